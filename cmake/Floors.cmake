@@ -1,0 +1,37 @@
+# Flags that hold for every target, and the two functions that the folders are built with.
+
+add_library(quadrix_flags INTERFACE)
+target_compile_options(quadrix_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
+target_compile_definitions(quadrix_flags INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH)
+target_include_directories(quadrix_flags INTERFACE ${PROJECT_SOURCE_DIR})
+if(QUADRIX_SANITIZE)
+    target_compile_options(quadrix_flags INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(quadrix_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# One floor of the house: a static library of the .cpp files of its folder (and of its sub-folders).
+# main.cpp, where there is one, belongs to the program and not to the library.
+function(quadrix_floor name)
+    cmake_parse_arguments(FLOOR "" "" "LINK;PRIVATE" ${ARGN})
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${name}/*.cpp ${PROJECT_SOURCE_DIR}/${name}/*.h)
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    add_library(quadrix_${name} STATIC ${sources})
+    target_link_libraries(quadrix_${name} PUBLIC quadrix_flags ${FLOOR_LINK} PRIVATE ${FLOOR_PRIVATE})
+    target_precompile_headers(quadrix_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
+endfunction()
+
+# One test program per floor, of the .cpp files of tests/<name>; each file is one QTest class, started by QUADRIX_TEST.
+function(quadrix_test name)
+    cmake_parse_arguments(TEST "" "" "LINK" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
+    add_executable(test_${name} ${sources} ${CMAKE_CURRENT_SOURCE_DIR}/support/main.cpp)
+    target_link_libraries(test_${name} PRIVATE quadrix_${name} Qt6::Test ${TEST_LINK})
+    target_compile_definitions(test_${name} PRIVATE QUADRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    target_precompile_headers(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
+    add_test(NAME ${name} COMMAND test_${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "sql/ovErrors.h"
+
+#include <memory>
+#include <optional>
+
+/// Caption of every message box.
+inline const QString QuadrixCaption = QStringLiteral("Quadrix Data Import");
+
+enum class Icon { Information, Exclamation };
+
+/// A yes/no question's look.
+enum class Question {
+    Plain,            ///< question icon
+    Exclamation,      ///< exclamation icon
+    ExclamationNo,    ///< exclamation icon, No is the default button
+};
+
+/// The progress dialog of a long operation. How it is drawn is up to the operator's side; the rules are here.
+class Progress {
+public:
+    virtual ~Progress() = default;
+
+    /// True once the operator pressed cancel.
+    virtual bool Cancel() const = 0;
+    float Max() const { return m_max; }
+    void SetMax(float max);
+    float Value() const { return m_value; }
+    /// A value of the maximum or more becomes the maximum. Then the operator's side gets its turn, so that a click on
+    /// cancel is seen.
+    void SetValue(float value);
+    /// Shows "Importazione in corso ", the text and "...".
+    void SetStep(const QString& text);
+    const QString& Caption() const { return m_caption; }
+
+protected:
+    /// Shows the state as it is now. Called at every change; it may skip drawing, never the turn of the operator.
+    virtual void Refresh() = 0;
+
+private:
+    float m_max = 100;
+    float m_value = 0;
+    QString m_caption;
+};
+
+/// The only way to reach a person. Every text goes out as it is given, under the caption "Quadrix Data Import" unless
+/// a title is passed.
+class Operator {
+public:
+    virtual ~Operator() = default;
+
+    virtual void Message(const QString& text, Icon icon = Icon::Information) = 0;
+    /// A yes/no question; true for yes.
+    virtual bool Ask(const QString& question, Question style = Question::Plain) = 0;
+    /// Asks for a text; none when the operator gave up.
+    virtual std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) = 0;
+    /// Lets the operator choose a file; an empty path when he gave up. @param filter "description|pattern" pairs
+    virtual QString OpenFile(const QString& title, const QString& filter) = 0;
+    /// What to do about a failing statement (Riprova, Ignora, Interrompi).
+    virtual ErrorAnswer ChooseOnError(const ErrorEntry& error) = 0;
+    /// Shows an error that ended a procedure.
+    virtual void ReportError(const ErrorEntry& error) = 0;
+    /// Shows a progress dialog; it closes when the object goes.
+    virtual std::unique_ptr<Progress> ShowProgress() = 0;
+
+    /// True while a `Busy` lives.
+    bool IsBusy() const { return m_busy > 0; }
+
+    /// The hourglass for the lifetime of the object; the pointer found before is restored at the end.
+    class Busy {
+    public:
+        explicit Busy(Operator& person);
+        ~Busy();
+        Busy(const Busy&) = delete;
+        Busy& operator=(const Busy&) = delete;
+
+    private:
+        Operator& m_person;
+    };
+
+protected:
+    /// Shows or takes away the hourglass; called at the first and the last `Busy` only.
+    virtual void ShowBusy(bool busy) = 0;
+
+private:
+    int m_busy = 0;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/Operator.h"
+#include "core/RunResult.h"
+#include "sql/ovConfig.h"
+#include "sql/ovRecords.h"
+#include "sql/ovUserManager.h"
+
+#include <QHash>
+
+/// What lives for the run: the framework objects, the two connections, the operator and the clock.
+/// Passed by reference; there is one per program.
+class Session {
+public:
+    /// Creates the framework objects and wires them; nothing is opened.
+    explicit Session(Operator& person);
+
+    ovErrors Errors;
+    ovConnection Quadrix; ///< the target database
+    ovConfig Config;
+    ovUserManager UserManager;
+    ovRecords Records;
+    /// The source of the import under way; null between imports and for imports without one.
+    std::unique_ptr<ovConnection> Source;
+    Operator& Person;
+    /// Today and now; a test sets its own.
+    std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
+    /// Path of the default import log, "import.log".
+    QString LogFile;
+
+    /// The source connection. Raises `ImportError` when no source is open.
+    ovConnection& SourceConnection();
+
+    /// Translations read in this run, keyed by table, field and old code (`modImport::GetNewCode`).
+    QHash<QString, QString> Translations;
+    /// Codes that were asked for and have no translation, as "table.field = code", in the order they were met.
+    QStringList Untranslated;
+    /// One entry per procedure that ran, oldest first.
+    QVector<RunResult> Results;
+};

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "sql/engine.h"
+
+#include <QHash>
+
+/// A query's rows, walked forward: `while (!rs.Eof()) { ... rs.MoveNext(); }`.
+/// A fresh recordset stands on its first row. It streams: no more than one row is held.
+class Recordset {
+public:
+    /// One column of the row under way.
+    class Field {
+    public:
+        Field(const Cursor& cursor, int column) : m_cursor(cursor), m_column(column) {}
+        /// A null variant is the database's Null.
+        QVariant Value() const { return m_cursor.Value(m_column); }
+
+    private:
+        const Cursor& m_cursor;
+        int m_column;
+    };
+
+    Recordset() = default;
+    /// Takes over a cursor and steps to its first row. @param query the text, for error messages
+    Recordset(std::unique_ptr<Cursor> cursor, QString query);
+
+    /// True after the last row, and on a closed recordset.
+    bool Eof() const { return m_eof; }
+    /// Steps to the next row. Raises `SqlError`.
+    void MoveNext();
+    /// True while open.
+    bool State() const { return m_cursor != nullptr; }
+    void Close();
+
+    /// The column of that name (case does not matter) of the row under way. Raises `SqlError` naming the column and
+    /// the query when there is no such column or no row.
+    Field Fields(const QString& name) const { return Field(*m_cursor, IndexOf(name)); }
+    Field Fields(int index) const;
+    /// Same as `Fields(name).Value()`.
+    QVariant Value(const QString& name) const { return m_cursor ? m_cursor->Value(IndexOf(name)) : Fields(name).Value(); }
+
+    /// Names of the columns in the order of the result; empty on a closed recordset.
+    QStringList Columns() const;
+    bool HasColumn(const QString& name) const;
+    const QString& Query() const { return m_query; }
+
+private:
+    int Find(const QString& name) const;
+    int IndexOf(const QString& name) const;
+
+    std::unique_ptr<Cursor> m_cursor;
+    QString m_query;
+    bool m_eof = true;
+    mutable QHash<QString, int> m_index; ///< column numbers by the spelling they were asked with
+};

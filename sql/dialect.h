@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Whose SQL an engine speaks.
+enum class Dialect {
+    SqlServer,
+    Sqlite,
+    MySql,
+    Other, ///< text goes through untouched, as with SQL Server
+};
+
+namespace dialect {
+
+/// Turns a statement written for SQL Server into the engine's own words. Only what the engine says differently is
+/// changed; literals, comments and quoted names are never touched, and what is not known is left as it is.
+/// SQL Server and other databases get the text untouched.
+QString Adapt(const QString& statement, Dialect target);
+
+/// A statement that switches the triggers of a table: "ALTER TABLE t DISABLE TRIGGER ALL".
+struct TriggerSwitch {
+    QString table; ///< empty: the statement is another one
+    bool enable = false;
+};
+
+/// Reads a trigger statement; any other text gives an empty table.
+TriggerSwitch ParseTriggerSwitch(const QString& statement);
+
+/// Cuts a script into its statements, at ";" and at lines that hold "GO" alone, outside literals and comments.
+/// Empty statements are left out.
+QStringList SplitScript(const QString& script);
+
+} // namespace dialect

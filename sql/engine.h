@@ -1,0 +1,77 @@
+#pragma once
+
+#include "sql/dialect.h"
+
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+
+/// The rows of a query, read forward one at a time: memory does not grow with the rows read.
+class Cursor {
+public:
+    virtual ~Cursor() = default;
+    /// Steps to the next row (the first call steps to the first row); false after the last one.
+    /// Raises `SqlError`.
+    virtual bool Next() = 0;
+    /// Names of the columns, in the order of the result.
+    virtual const QStringList& Columns() const = 0;
+    /// Value of a column (from 0) of the row under the cursor; a null variant is the database's Null.
+    virtual QVariant Value(int column) const = 0;
+};
+
+/// A column as the database itself describes it.
+struct ColumnInfo {
+    QString name;
+    QString type; ///< declared type in the database's own words, e.g. "NVARCHAR(35)"
+};
+
+/// One kind of database under `ovConnection`: takes text that is already in its own dialect.
+/// Every operation raises `SqlError` with the statement and the engine's own message and code.
+class Engine {
+public:
+    virtual ~Engine() = default;
+
+    virtual Dialect TextDialect() const = 0;
+    /// Runs a statement that returns no rows; returns the number of rows changed.
+    virtual qint64 Run(const QString& statement) = 0;
+    /// Runs a query and returns its cursor. A statement without a result is run and gives an empty cursor.
+    virtual std::unique_ptr<Cursor> Query(const QString& statement) = 0;
+    virtual void Begin() = 0;
+    virtual void Commit() = 0;
+    virtual void RollBack() = 0;
+    /// Stops the statement under way, from another thread or a signal; it then fails with `SqlError`.
+    virtual void Interrupt() noexcept = 0;
+    /// Identity value given by the last INSERT of this connection; 0 when there was none.
+    virtual qint64 LastInsertId() = 0;
+    /// Names of the tables and views the connection sees.
+    virtual QStringList Tables() = 0;
+    /// Columns of a table, in their order; empty when the table does not exist.
+    virtual QVector<ColumnInfo> Columns(const QString& table) = 0;
+    /// Switches every trigger of a table off or on again, with lasting effect.
+    virtual void SetTriggersEnabled(const QString& table, bool enabled) = 0;
+};
+
+/// How a database is reached.
+struct ConnectionSettings {
+    QString server;
+    QString databaseName;
+    QString user;
+    QString password;
+    QString dsn;
+    QString connectionString;
+    bool networkCredential = false; ///< integrated sign-on: user and password are not used
+    // Of sources that this program reads from files itself:
+    QStringList tables;        ///< tables that are read; empty for all
+    QStringList lookupColumns; ///< "table.column" of each column that rows are looked up by
+    QString codePage;          ///< code page of files that do not tell theirs; empty for cp1252
+};
+
+/// Opens a SQLite file, creating it when missing unless readOnly; ":memory:" and "" (a private temporary file) work
+/// as SQLite has them. Raises `SqlError`.
+std::unique_ptr<Engine> OpenSqlite(const QString& file, bool readOnly = false);
+/// Opens a MySQL or MariaDB database through Qt Sql. Raises `SqlError`.
+std::unique_ptr<Engine> OpenMySql(const ConnectionSettings& settings);
+/// Opens an ODBC data source (by DSN or connection string) through Qt Sql; `dialect` is that of the database behind it.
+/// Raises `SqlError`.
+std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Dialect dialect);

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+
+/// An error that names the thing it happened to and gains context while it rises.
+class Error : public std::exception {
+public:
+    explicit Error(QString message) : m_message(std::move(message)) {}
+
+    /// What happened and what to do, in Italian, for the operator.
+    const QString& Message() const { return m_message; }
+    /// Puts where it happened in front of the message ("Tabella 'anagrafe', riga 214: ...").
+    void AddContext(const QString& where) {
+        m_message = where + QStringLiteral(": ") + m_message;
+        m_utf8.clear();
+    }
+    const char* what() const noexcept override {
+        if (m_utf8.isEmpty()) {
+            m_utf8 = m_message.toUtf8();
+        }
+        return m_utf8.constData();
+    }
+
+private:
+    QString m_message;
+    mutable QByteArray m_utf8;
+};
+
+/// A statement, or the opening of a database, that an engine refused.
+class SqlError : public Error {
+public:
+    /// @param statement the text that failed; empty when a connection could not be opened
+    /// @param engineMessage the engine's own words
+    /// @param engineCode the engine's own code ("SQLITE_BUSY", "1146", "42S02"); empty when it has none
+    SqlError(QString statement, QString engineMessage, QString engineCode = {})
+        : Error(engineMessage), m_statement(std::move(statement)), m_engineMessage(std::move(engineMessage)),
+          m_engineCode(std::move(engineCode)) {}
+
+    const QString& Statement() const { return m_statement; }
+    const QString& EngineMessage() const { return m_engineMessage; }
+    const QString& EngineCode() const { return m_engineCode; }
+
+private:
+    QString m_statement;
+    QString m_engineMessage;
+    QString m_engineCode;
+};
+
+/// Source data or a setting that cannot be carried over as it is.
+class ImportError : public Error {
+public:
+    using Error::Error;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "sql/ovConnection.h"
+#include "sql/SettingsFile.h"
+
+/// The application's configuration: the settings file, seen by section and key, and the plain configuration keys.
+class ovConfig {
+public:
+    ovConnection* Connection = nullptr;
+    ovErrors* Errors = nullptr;
+    QString Azienda; ///< company under work
+
+    /// The settings file that everything below reads.
+    void SetConfigFile(const QString& path);
+    const QString& ConfigFile() const { return m_file.Path(); }
+
+    /// Called after the connection is open and after the company changed: reads the settings file anew.
+    /// Raises `ImportError` when it exists and cannot be read.
+    void LoadConfig();
+
+    /// A configuration value by key alone (section "CONFIG" of the settings file); never written into the file.
+    /// Read from the file as it is now.
+    QString GetConfig(const QString& key, const QString& defaultValue = {});
+    /// A setting; a missing or empty one is written into the file with its default, and the default is returned.
+    /// At most 127 characters are returned.
+    QString GetAppConfig(const QString& section, const QString& key, const QString& defaultValue = {});
+    /// Stores a setting. Raises `ImportError` when the file cannot be written.
+    void SetAppConfig(const QString& section, const QString& key, const QString& value);
+    /// A setting that is only read: a missing one is not written into the file.
+    QString PeekAppConfig(const QString& section, const QString& key, const QString& defaultValue = {});
+
+private:
+    SettingsFile m_file;
+};

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "sql/ovDatabase.h"
+#include "sql/ovErrors.h"
+
+class ovQueryConstructor;
+
+/// A connection to a database: runs text, in the words of SQL Server, on whatever engine stands behind it.
+class ovConnection : public ovDatabase {
+public:
+    /// Opens the engine of settings that name files which this program reads itself; null: they name something else.
+    using FileOpener = std::function<std::unique_ptr<Engine>(const ConnectionSettings&)>;
+    /// Sees every statement in the engine's own words, just before it runs.
+    using StatementObserver = std::function<void(const QString& statement)>;
+
+    ovConnection() = default;
+    ~ovConnection() override;
+    ovConnection(const ovConnection&) = delete;
+    ovConnection& operator=(const ovConnection&) = delete;
+
+    // Connection parameters, set before OpenConnection.
+    Provider ProviderType = Provider::SqlServer; ///< the text that is written, and the engine unless Embedded
+    QString Server;
+    QString DatabaseName; ///< a file path when Embedded
+    QString User;
+    QString Password;
+    QString DSN;
+    QString ConnectionString; ///< honoured as written when not empty
+    bool NetworkCredential = false;
+    bool Embedded = false; ///< the SQLite file DatabaseName, spoken to in the text of SQL Server
+    bool QuadrixProduct = false;
+    QString ProductName;
+    ovErrors* Errors = nullptr; ///< decides about failing statements; without it every failure is raised
+    // Of sources that this program reads from files itself:
+    QStringList SourceTables;  ///< tables that are read; empty for all
+    QStringList LookupColumns; ///< "table.column" of each column that rows are looked up by
+    QString CodePage;          ///< code page of files that do not tell theirs; empty for cp1252
+    FileOpener OpenFiles;
+    StatementObserver Trace;
+
+    /// Opens the database. Raises `SqlError` with the engine's message.
+    void OpenConnection();
+    /// Closes it; closing a closed connection does nothing.
+    void CloseConnection();
+    /// True while open.
+    bool State() const { return m_engine != nullptr; }
+
+    /// Company whose code stands in front of company tables; empty for none (a source database).
+    void SetCompany(const QString& code) { m_company = code; }
+    const QString& Company() const { return m_company; }
+
+    /// Runs a statement that returns no rows; returns the number of rows changed. A failure goes through
+    /// `Errors->Decide`: it may be retried, and is raised as `SqlError` or `RowGivenUp`.
+    qint64 Execute(const QString& statement) override;
+    /// Runs a query (or a statement) and returns its recordset, standing on the first row. Failures as `Execute`.
+    Recordset ExecuteWC(const QString& query) override;
+    /// Runs a query for one number, such as a count; 0 when it gives no row or Null.
+    qint64 ExecuteCommand(const QString& query);
+    /// Runs the statements of a script one after the other; the first failure ends it.
+    void ExecuteScript(const QString& script);
+    /// Runs a stored procedure with the fields of `parameters` as its arguments.
+    void ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters);
+    /// Opens a transaction. Without one every statement commits by itself.
+    void BeginTrans();
+    /// Commits the open transaction; does nothing when none is open.
+    void CommitTrans();
+    /// Takes back the open transaction; does nothing when none is open.
+    void RollbackTrans();
+    /// Identity value of the row inserted last on this connection.
+    qint64 LastInsertId();
+    /// Stops the statement under way; safe from another thread.
+    void Interrupt() noexcept;
+
+    /// "X01_CON_TRO" for "CON_TRO"; the shared TAB_, SYS_ and GEN_ tables and names that already carry the company
+    /// come back as they are, as does every name when no company is set.
+    QString GetFullTableName(const QString& table) const override;
+    QVector<ColumnInfo> GetColumns(const QString& table) override;
+    QStringList GetTables();
+    Provider GetProviderType() const override { return ProviderType; }
+    void SetTriggersEnabled(const QString& table, bool enabled) override;
+
+private:
+    Engine& Opened(const QString& statement) const;
+    template<class Work> auto WithDecision(const Work& work);
+    std::unique_ptr<Engine> OpenEngine() const;
+
+    std::unique_ptr<Engine> m_engine;
+    QString m_company;
+    bool m_inTransaction = false;
+};

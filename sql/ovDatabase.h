@@ -1,0 +1,62 @@
+#pragma once
+
+#include "sql/Recordset.h"
+#include "sql/types.h"
+
+/// What is known of a table by its name.
+struct TableInfo {
+    QString keyColumn;          ///< its code column, for example "CDIVA" of TAB_IVA; empty when it has none
+    QVector<ColumnInfo> columns; ///< empty when the table does not exist
+};
+
+/// Names and files of an attachment (`ovDatabase::WriteAttachment`).
+struct Attachment {
+    QString file;        ///< path of the file that is attached
+    QString description; ///< the file's name when empty
+    QString type;        ///< the file's extension in upper case when empty
+    QString revision;
+    bool linkOnly = false; ///< keep the path instead of the file's name alone
+};
+
+/// Database-level services over the statements that a connection runs.
+/// Every operation raises `SqlError` when a statement fails.
+class ovDatabase {
+public:
+    virtual ~ovDatabase() = default;
+
+    virtual qint64 Execute(const QString& statement) = 0;
+    virtual Recordset ExecuteWC(const QString& query) = 0;
+    /// Physical name of a table from its bare name.
+    virtual QString GetFullTableName(const QString& table) const = 0;
+    /// The table as the database itself describes it; empty when it does not exist.
+    virtual QVector<ColumnInfo> GetColumns(const QString& table) = 0;
+    virtual Provider GetProviderType() const = 0;
+    virtual void SetTriggersEnabled(const QString& table, bool enabled) = 0;
+
+    /// One column of the first row whose key column has the given value; `defaultValue` when there is no such row.
+    /// A Null in the row comes back as a null variant.
+    QVariant GetDbValue(const QString& table, const QString& keyColumn, const QVariant& keyValue, const QString& column,
+                        const QVariant& defaultValue = {});
+    /// Whether a row has that value in that column.
+    bool CheckExistValue(const QString& table, const QString& column, const QVariant& value,
+                         DataType type = DataType::VarChar);
+    /// Largest value of a column; `defaultValue` in an empty table. @param where a condition with its own WHERE
+    QVariant GetMaxValue(const QString& table, const QString& column, const QString& where = {},
+                         const QVariant& defaultValue = 0);
+    /// Kind of a column as a keyword that `ovQueryConstructor::GetDataTypeFromString` reads ("char", "datetime" ...);
+    /// `defaultText` when the column does not exist or its type is not known.
+    QString GetFieldTypeText(const QString& table, const QString& column, const QString& defaultText = "char");
+    /// Code column and columns of a table, by its bare name.
+    TableInfo GetTableInfo(const QString& table);
+    /// Switches the triggers of a table (physical name) off or on again, around a bulk load.
+    void AlterTriggersStatus(const QString& fullTableName, bool enabled);
+    /// Writes (or rewrites) the text of a record's field in a language into the shared language table.
+    void SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
+                              const QString& text, const QString& language = "IT");
+    /// Writes the row of an attachment of a record into SYS_ATT. Raises `ImportError` when the file cannot be read.
+    void WriteAttachment(const QString& table, const QString& key, const Attachment& attachment);
+    /// The content of a file. Raises `ImportError` when it cannot be read.
+    static QByteArray FileToBinary(const QString& file);
+    /// Writes an image file as JPEG. @param quality 0 (smallest) to 100. Raises `ImportError`.
+    static void ConvertToJpeg(const QString& imageFile, const QString& jpegFile, int quality = 90);
+};

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "sql/errors.h"
+
+#include <QDateTime>
+#include <QVector>
+
+#include <functional>
+
+/// What a failing statement leads to; the numbers are those of the collector's `Action`.
+enum class ErrorAction : int {
+    Retry = 0,  ///< the statement is tried three times more, then the procedure fails
+    Ignore = 1, ///< the source row under way is given up; outside a row it fails
+    Abort = 2,  ///< the procedure fails
+    Ask = 3,    ///< the operator chooses
+};
+
+/// The operator's choice when `Action` is `Ask`.
+enum class ErrorAnswer { Retry, Ignore, Abort };
+
+/// One error as the collector keeps it.
+struct ErrorEntry {
+    QDateTime time;
+    QString module;        ///< for example "modImport_Arca2000"; empty while the error is only being decided
+    QString procedure;     ///< for example "ImportContropartiArca2000"
+    QString message;       ///< the whole message, with the context it gained
+    QString statement;     ///< empty when no statement failed
+    QString engineMessage; ///< the engine's own words and code; empty when no statement failed
+    QString rowKey;        ///< the source row under way; empty outside a row
+};
+
+/// The source row under way has been given up: its error is already in the collector.
+/// Only the row loop of a procedure catches it.
+class RowGivenUp : public Error {
+public:
+    using Error::Error;
+};
+
+/// Error collector: keeps the errors of the run, decides what a failing statement leads to and reports errors.
+class ovErrors {
+public:
+    /// Asks the operator what to do about an error. Without it `Ask` behaves like `Abort`.
+    std::function<ErrorAnswer(const ErrorEntry&)> AskOperator;
+    /// Shows an error that ended a procedure.
+    std::function<void(const ErrorEntry&)> ReportToOperator;
+    /// The time written into the entries.
+    std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
+
+    ErrorAction Action = ErrorAction::Ask;
+
+    /// Empties the collection; `Action` stays.
+    void ClearError();
+
+    /// Takes in the exception being handled (call it inside a catch block) under the name of the procedure that it
+    /// ended, and shows it to the operator.
+    void Monitoring(const QString& module, const QString& procedure);
+
+    /// Every error taken in since `ClearError`, oldest first.
+    const QVector<ErrorEntry>& Entries() const { return m_entries; }
+
+    /// Decides about an error after `attempt` tries (from 1). Returns when the work is to be tried again; otherwise
+    /// raises `RowGivenUp` (the row under way is given up) or raises `error` again.
+    void Decide(const Error& error, int attempt);
+
+    /// Key of the source row under way, for the entries; empty outside a row.
+    const QString& RowKey() const { return m_rowKey; }
+    bool InRow() const { return m_inRow; }
+
+    /// Marks a source row as under way for its lifetime.
+    class Row {
+    public:
+        Row(ovErrors& errors, const QString& key);
+        ~Row();
+        Row(const Row&) = delete;
+        Row& operator=(const Row&) = delete;
+
+    private:
+        ovErrors& m_errors;
+    };
+
+private:
+    ErrorEntry MakeEntry(const std::exception& error) const;
+
+    QVector<ErrorEntry> m_entries;
+    QString m_rowKey;
+    bool m_inRow = false;
+};
+
+/// The border of a public procedure: runs `body`; an error is reported through `Monitoring` and gives `fallback`.
+template<class Body, class Result>
+Result Guarded(ovErrors& errors, const QString& module, const QString& procedure, Result fallback, Body&& body) {
+    try {
+        return body();
+    } catch (...) {
+        errors.Monitoring(module, procedure);
+        return fallback;
+    }
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+/// SQL dialect of a connection. Any other number takes the generic branch of each rule.
+enum class Provider : int {
+    SqlServer = 0,
+    Access = 1,
+    Sybase = 2,
+    MySql = 3,
+    Oracle = 4,
+    VisualFoxPro = 6,
+};
+
+/// Kind of value of a column: fixes its literal (`mod_ovTools::FormatSqlValue`) and its column type
+/// (`ovQueryConstructor::TranslateType`).
+enum class DataType : int {
+    Char = 0,
+    Integer = 1,
+    Long = 2,
+    Double = 3,
+    Date = 4,     ///< stored as 8 characters yyyymmdd
+    Time = 5,     ///< stored as 6 characters hhmmss
+    DateTime = 6,
+    Bit = 7,
+    Memo = 8,
+    AutoIncrement = 9,
+    Object = 11,  ///< binary object
+    VarChar = 12,
+    TinyInt = 13,
+    Duration = 14, ///< stored as 8 characters hhhhmmss
+    Null = 16,     ///< always written as Null
+    Expression = 17, ///< raw SQL, written verbatim
+    Guid = 18,
+    BigAutoIncrement = 19,
+    NChar = 101,
+    NVarChar = 102,
+    NText = 103,
+};
+
+/// Statement kinds of `ovQueryConstructor::MakeQuery`.
+enum class StatementKind : int {
+    CreateTable = 0,
+    AlterTable = 1,
+    PrimaryKey = 2,
+    DropTable = 3,
+    DropIndex = 4,
+    DropTrigger = 5,
+    DropFunction = 6,
+    DropProcedure = 7,
+    DropView = 8,
+    Select = 9,
+    Insert = 10,
+    Update = 11,
+    Delete = 12,
+    SelectDistinct = 13,
+};
