@@ -34,10 +34,13 @@ public:
 
     /// The column of that name (case does not matter) of the row under way. Raises `SqlError` naming the column and
     /// the query when there is no such column or no row.
-    Field Fields(const QString& name) const { return Field(*m_cursor, IndexOf(name)); }
+    Field Fields(const QString& name) const {
+        const int column = IndexOf(name);
+        return {*m_cursor, column};
+    }
     Field Fields(int index) const;
     /// Same as `Fields(name).Value()`.
-    QVariant Value(const QString& name) const { return m_cursor ? m_cursor->Value(IndexOf(name)) : Fields(name).Value(); }
+    QVariant Value(const QString& name) const { return Fields(name).Value(); }
 
     /// Names of the columns in the order of the result; empty on a closed recordset.
     QStringList Columns() const;

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+struct sqlite3;
+
 /// The rows of a query, read forward one at a time: memory does not grow with the rows read.
 class Cursor {
 public:
@@ -70,6 +72,9 @@ struct ConnectionSettings {
 /// Opens a SQLite file, creating it when missing unless readOnly; ":memory:" and "" (a private temporary file) work
 /// as SQLite has them. Raises `SqlError`.
 std::unique_ptr<Engine> OpenSqlite(const QString& file, bool readOnly = false);
+/// An engine over a SQLite database that is open already, and that it closes: for a private database that its maker
+/// has filled.
+std::unique_ptr<Engine> AdoptSqlite(sqlite3* database);
 /// Opens a MySQL or MariaDB database through Qt Sql. Raises `SqlError`.
 std::unique_ptr<Engine> OpenMySql(const ConnectionSettings& settings);
 /// Opens an ODBC data source (by DSN or connection string) through Qt Sql; `dialect` is that of the database behind it.

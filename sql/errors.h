@@ -16,6 +16,9 @@ public:
         m_message = where + QStringLiteral(": ") + m_message;
         m_utf8.clear();
     }
+    /// Key of the source row under way when it happened; empty outside a row.
+    const QString& RowKey() const { return m_rowKey; }
+    void SetRowKey(const QString& key) { m_rowKey = key; }
     const char* what() const noexcept override {
         if (m_utf8.isEmpty()) {
             m_utf8 = m_message.toUtf8();
@@ -25,6 +28,7 @@ public:
 
 private:
     QString m_message;
+    QString m_rowKey;
     mutable QByteArray m_utf8;
 };
 

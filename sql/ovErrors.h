@@ -58,9 +58,10 @@ public:
     /// Every error taken in since `ClearError`, oldest first.
     const QVector<ErrorEntry>& Entries() const { return m_entries; }
 
-    /// Decides about an error after `attempt` tries (from 1). Returns when the work is to be tried again; otherwise
-    /// raises `RowGivenUp` (the row under way is given up) or raises `error` again.
-    void Decide(const Error& error, int attempt);
+    /// Decides about the error being handled (call it inside its catch block) after `attempt` tries (from 1). Returns
+    /// when the work is to be tried again; otherwise raises `RowGivenUp` (the row under way is given up) or raises the
+    /// error again, with the key of the row under way.
+    void Decide(Error& error, int attempt);
 
     /// Key of the source row under way, for the entries; empty outside a row.
     const QString& RowKey() const { return m_rowKey; }

@@ -1,0 +1,298 @@
+#include "sql/dialect.h"
+
+#include "sql/sqlTokens.h"
+
+#include <algorithm>
+
+namespace dialect {
+
+namespace {
+
+/// Rewrites the tokens of one statement, from left to right. What no rule takes is copied as it stands.
+class Adapter {
+public:
+    Adapter(const QString& statement, Dialect target) : m_tokens(statement), m_target(target) {
+        m_out.reserve(statement.size() + 32);
+    }
+
+    QString Adapt() {
+        AdaptStart();
+        while (!m_tokens.AtEnd()) {
+            AdaptHere();
+        }
+        return std::move(m_out);
+    }
+
+private:
+    bool Sqlite() const { return m_target == Dialect::Sqlite; }
+    bool Is(QLatin1String word) const { return m_tokens.IsWord(word); }
+    void Copy() { m_out += m_tokens.Take(); }
+    void CopySpace() {
+        while (!m_tokens.AtEnd() && m_tokens.IsSpace()) {
+            Copy();
+        }
+    }
+    void Replace(const QString& text) {
+        m_tokens.Take();
+        m_out += text;
+    }
+
+    /// What only stands at the head of a statement.
+    void AdaptStart() {
+        CopySpace();
+        if (Is(QLatin1String("DELETE"))) {
+            AdaptDelete();
+        } else if (Is(QLatin1String("TRUNCATE"))) {
+            AdaptTruncate();
+        } else if (Is(QLatin1String("CREATE"))) {
+            m_inCreateTable = m_tokens.FollowedBy(QLatin1String("TABLE"));
+        }
+    }
+
+    /// "DELETE X" needs its FROM.
+    void AdaptDelete() {
+        Copy();
+        CopySpace();
+        if (!Is(QLatin1String("FROM"))) {
+            m_out += QLatin1String("FROM ");
+        }
+    }
+
+    void AdaptTruncate() {
+        if (!Sqlite() || !m_tokens.FollowedBy(QLatin1String("TABLE"))) {
+            return;
+        }
+        Replace(QStringLiteral("DELETE"));
+        CopySpace();
+        Replace(QStringLiteral("FROM"));
+    }
+
+    void AdaptHere() {
+        if (m_tokens.IsOpaque()) {
+            Copy();
+        } else if (m_tokens.Current() == u'[') {
+            AdaptBrackets();
+        } else if (m_tokens.IsWordToken()) {
+            AdaptWord();
+        } else if (m_tokens.Current() == u',' && m_inCreateTable && Sqlite()) {
+            AdaptKeyClause();
+        } else {
+            Copy();
+        }
+    }
+
+    /// Brackets are left to SQLite, which reads them; MySQL quotes names with backquotes.
+    void AdaptBrackets() {
+        QString name = m_tokens.Take();
+        if (!Sqlite()) {
+            name = u'`' + name.mid(1, name.size() - 2) + u'`';
+        }
+        m_out += name;
+    }
+
+    void AdaptWord() {
+        if (m_tokens.IsWordWithDot(QLatin1String("DBO"))) {
+            m_tokens.Take();
+            m_tokens.Take();
+        } else if (Is(QLatin1String("CONVERT")) && AdaptGuid()) {
+            return;
+        } else if (AdaptFunction()) {
+            return;
+        } else if (m_inCreateTable) {
+            AdaptColumnType();
+        } else {
+            Copy();
+        }
+    }
+
+    /// "CONVERT(uniqueidentifier, 'x')" is the plain text elsewhere.
+    bool AdaptGuid() {
+        const auto arguments = m_tokens.CallOf(QLatin1String("UNIQUEIDENTIFIER"));
+        if (!arguments) {
+            return false;
+        }
+        m_out += dialect::Adapt(*arguments, m_target);
+        return true;
+    }
+
+    /// Functions that the engines call by another name.
+    bool AdaptFunction() {
+        if (!m_tokens.IsCall()) {
+            return false;
+        }
+        if (Is(QLatin1String("GETDATE"))) {
+            m_tokens.TakeCall();
+            m_out += Sqlite() ? QLatin1String("strftime('%Y%m%d %H:%M:%S', 'now', 'localtime')")
+                              : QLatin1String("NOW()");
+        } else if (Is(QLatin1String("LEN"))) {
+            Replace(Sqlite() ? QStringLiteral("LENGTH") : QStringLiteral("CHAR_LENGTH"));
+        } else if (Is(QLatin1String("ISNULL"))) {
+            Replace(QStringLiteral("IFNULL"));
+        } else {
+            return (Is(QLatin1String("LEFT")) || Is(QLatin1String("RIGHT"))) && AdaptLeftRight(Is(QLatin1String("LEFT")));
+        }
+        return true;
+    }
+
+    /// SQLite knows neither LEFT nor RIGHT; MySQL knows both.
+    bool AdaptLeftRight(bool left) {
+        const QStringList arguments = m_tokens.Arguments();
+        if (!Sqlite() || arguments.size() != 2) {
+            return false;
+        }
+        m_tokens.TakeCall();
+        const QString text = dialect::Adapt(arguments.at(0).trimmed(), m_target);
+        const QString count = dialect::Adapt(arguments.at(1).trimmed(), m_target);
+        m_out += left ? QStringLiteral("SUBSTR(%1, 1, %2)").arg(text, count)
+                      : QStringLiteral("SUBSTR(%1, -(%2))").arg(text, count);
+        return true;
+    }
+
+    /// The types of a column definition. A date column of SQLite holds text, and says so, or its affinity would turn
+    /// "20240305" into a number.
+    void AdaptColumnType() { Sqlite() ? AdaptSqliteType() : AdaptMySqlType(); }
+
+    void AdaptSqliteType() {
+        if (Is(QLatin1String("IDENTITY"))) {
+            m_tokens.TakeCall();
+            m_out += QLatin1String("PRIMARY KEY AUTOINCREMENT");
+            m_hasIdentity = true;
+        } else if (Is(QLatin1String("BIGINT")) && m_tokens.FollowedBy(QLatin1String("IDENTITY"))) {
+            Replace(QStringLiteral("INTEGER"));
+        } else if (Is(QLatin1String("DATETIME"))) {
+            Copy();
+            m_out += QLatin1String(" TEXT");
+        } else if (Is(QLatin1String("NTEXT")) || Is(QLatin1String("TEXT"))) {
+            Copy();
+            m_out += QLatin1String(" COLLATE NOCASE");
+        } else if (IsTextType()) {
+            m_out += m_tokens.TakeCall();
+            AddCollation();
+        } else {
+            Copy();
+        }
+    }
+
+    bool IsTextType() const {
+        return m_tokens.IsCall() && (Is(QLatin1String("NVARCHAR")) || Is(QLatin1String("VARCHAR")) ||
+                                     Is(QLatin1String("NCHAR")) || Is(QLatin1String("CHAR")));
+    }
+
+    void AddCollation() {
+        if (!m_tokens.FollowedBy(QLatin1String("COLLATE"), 0)) {
+            m_out += QLatin1String(" COLLATE NOCASE");
+        }
+    }
+
+    /// The key of a table with an identity column is that column: the clause at the end would name it twice.
+    void AdaptKeyClause() {
+        if (m_hasIdentity && m_tokens.FollowedBy(QLatin1String("PRIMARY"))) {
+            m_tokens.Take();
+            CopySpace();
+            m_tokens.Take();
+            CopySpace();
+            m_tokens.TakeCall();
+        } else {
+            Copy();
+        }
+    }
+
+    /// Texts of four-byte characters and of any length fit; the names of the types stay those of the builder.
+    void AdaptMySqlType() {
+        if (Is(QLatin1String("NTEXT")) || Is(QLatin1String("TINYTEXT"))) {
+            Replace(QStringLiteral("LONGTEXT"));
+        } else if (Is(QLatin1String("OLEOBJECT")) || Is(QLatin1String("IMAGE"))) {
+            Replace(QStringLiteral("LONGBLOB"));
+        } else if (Is(QLatin1String("UNIQUEIDENTIFIER"))) {
+            Replace(QStringLiteral("CHAR(36)"));
+        } else if (Is(QLatin1String("NVARCHAR")) && m_tokens.IsCall()) {
+            Replace(QStringLiteral("VARCHAR"));
+        } else if (Is(QLatin1String("NCHAR")) && m_tokens.IsCall()) {
+            Replace(QStringLiteral("CHAR"));
+        } else if (Is(QLatin1String("BIT"))) {
+            Replace(QStringLiteral("TINYINT(1)"));
+        } else {
+            Copy();
+        }
+    }
+
+    SqlTokens m_tokens;
+    Dialect m_target;
+    QString m_out;
+    bool m_inCreateTable = false;
+    bool m_hasIdentity = false;
+};
+
+/// Whether a statement may hold anything that an engine says differently; most INSERTs hold nothing of the kind.
+bool MayDiffer(const QString& statement, Dialect target) {
+    SqlTokens tokens(statement);
+    tokens.SkipSpace();
+    if (tokens.AtEnd() || tokens.IsWord(QLatin1String("CREATE")) || tokens.IsWord(QLatin1String("DELETE")) ||
+        tokens.IsWord(QLatin1String("TRUNCATE"))) {
+        return true;
+    }
+    static constexpr QLatin1String Functions[] = {QLatin1String("LEFT"),    QLatin1String("RIGHT"),
+                                                  QLatin1String("LEN"),     QLatin1String("ISNULL"),
+                                                  QLatin1String("GETDATE"), QLatin1String("CONVERT")};
+    const auto isWord = [&tokens](QLatin1String word) { return tokens.IsWord(word); };
+    for (; !tokens.AtEnd(); tokens.Skip()) {
+        if ((tokens.Current() == u'[' && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
+            std::any_of(std::begin(Functions), std::end(Functions), isWord)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+QString Adapt(const QString& statement, Dialect target) {
+    if (target == Dialect::SqlServer || target == Dialect::Other || !MayDiffer(statement, target)) {
+        return statement;
+    }
+    return Adapter(statement, target).Adapt();
+}
+
+TriggerSwitch ParseTriggerSwitch(const QString& statement) {
+    SqlTokens tokens(statement);
+    tokens.SkipSpace();
+    if (!tokens.IsWord(QLatin1String("ALTER"))) {
+        return {};
+    }
+    QStringList words;
+    for (; !tokens.AtEnd(); tokens.Skip()) {
+        if (!tokens.IsSpace()) {
+            words.append(tokens.Text());
+        }
+    }
+    const auto word = [&words](int index) { return words.value(index).toUpper(); };
+    const bool enable = word(3) == QLatin1String("ENABLE");
+    if (words.size() != 6 || word(1) != QLatin1String("TABLE") || word(4) != QLatin1String("TRIGGER") ||
+        word(5) != QLatin1String("ALL") || (!enable && word(3) != QLatin1String("DISABLE"))) {
+        return {};
+    }
+    return {words.at(2), enable};
+}
+
+QStringList SplitScript(const QString& script) {
+    QStringList statements;
+    QString statement;
+    const auto end = [&] {
+        if (!statement.trimmed().isEmpty()) {
+            statements.append(statement.trimmed());
+        }
+        statement.clear();
+    };
+    for (SqlTokens tokens(script); !tokens.AtEnd();) {
+        if (tokens.Current() == u';' || tokens.IsLineOfGo()) {
+            tokens.Skip();
+            end();
+        } else {
+            statement += tokens.Take();
+        }
+    }
+    end();
+    return statements;
+}
+
+} // namespace dialect

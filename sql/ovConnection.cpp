@@ -1,0 +1,143 @@
+#include "sql/ovConnection.h"
+
+#include "sql/mod_ovTools.h"
+#include "sql/ovQueryConstructor.h"
+
+ovConnection::~ovConnection() = default;
+
+std::unique_ptr<Engine> ovConnection::OpenEngine() const {
+    const ConnectionSettings settings{Server,           DatabaseName, User,          Password, DSN, ConnectionString,
+                                      NetworkCredential, SourceTables, LookupColumns, CodePage};
+    if (OpenFiles) {
+        if (auto engine = OpenFiles(settings)) {
+            return engine;
+        }
+    }
+    if (Embedded) {
+        return OpenSqlite(DatabaseName);
+    }
+    if (ProviderType == Provider::MySql && DSN.isEmpty() && ConnectionString.isEmpty()) {
+        return OpenMySql(settings);
+    }
+    const bool mySql = ProviderType == Provider::MySql;
+    const bool sqlServer = ProviderType == Provider::SqlServer;
+    return OpenOdbc(settings, mySql ? Dialect::MySql : sqlServer ? Dialect::SqlServer : Dialect::Other);
+}
+
+void ovConnection::OpenConnection() {
+    CloseConnection();
+    m_engine = OpenEngine();
+}
+
+void ovConnection::CloseConnection() {
+    m_engine.reset();
+    m_inTransaction = false;
+}
+
+Engine& ovConnection::Opened(const QString& statement) const {
+    if (m_engine == nullptr) {
+        throw SqlError(statement, QStringLiteral("la connessione al database non è aperta"));
+    }
+    return *m_engine;
+}
+
+template<class Work>
+auto ovConnection::WithDecision(const Work& work) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return work();
+        } catch (SqlError& error) {
+            if (Errors == nullptr) {
+                throw;
+            }
+            Errors->Decide(error, attempt);
+        }
+    }
+}
+
+qint64 ovConnection::Execute(const QString& statement) {
+    return WithDecision([&] {
+        Engine& engine = Opened(statement);
+        const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
+        if (!triggers.table.isEmpty() && engine.TextDialect() != Dialect::SqlServer) {
+            engine.SetTriggersEnabled(triggers.table, triggers.enable);
+            return qint64(0);
+        }
+        const QString text = dialect::Adapt(statement, engine.TextDialect());
+        if (Trace) {
+            Trace(text);
+        }
+        return engine.Run(text);
+    });
+}
+
+Recordset ovConnection::ExecuteWC(const QString& query) {
+    return WithDecision([&] {
+        Engine& engine = Opened(query);
+        const QString text = dialect::Adapt(query, engine.TextDialect());
+        if (Trace) {
+            Trace(text);
+        }
+        return Recordset(engine.Query(text), query);
+    });
+}
+
+qint64 ovConnection::ExecuteCommand(const QString& query) {
+    const Recordset rows = ExecuteWC(query);
+    return rows.Eof() ? 0 : rows.Fields(0).Value().toLongLong();
+}
+
+void ovConnection::ExecuteScript(const QString& script) {
+    for (const QString& statement : dialect::SplitScript(script)) {
+        Execute(statement);
+    }
+}
+
+void ovConnection::ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters) {
+    Execute(mod_ovTools::StoredProcedureText(procedure, &parameters, ProviderType));
+}
+
+void ovConnection::BeginTrans() {
+    Opened(QStringLiteral("BEGIN TRANSACTION")).Begin();
+    m_inTransaction = true;
+}
+
+void ovConnection::CommitTrans() {
+    if (m_inTransaction) {
+        Opened(QStringLiteral("COMMIT")).Commit();
+        m_inTransaction = false;
+    }
+}
+
+void ovConnection::RollbackTrans() {
+    if (m_inTransaction) {
+        m_inTransaction = false;
+        Opened(QStringLiteral("ROLLBACK")).RollBack();
+    }
+}
+
+qint64 ovConnection::LastInsertId() { return Opened({}).LastInsertId(); }
+
+void ovConnection::Interrupt() noexcept {
+    if (m_engine != nullptr) {
+        m_engine->Interrupt();
+    }
+}
+
+QString ovConnection::GetFullTableName(const QString& table) const {
+    static const QStringList shared{QStringLiteral("TAB_"), QStringLiteral("SYS_"), QStringLiteral("GEN_")};
+    const QString prefix = m_company + u'_';
+    const bool isShared = shared.contains(table.left(4).toUpper());
+    if (m_company.isEmpty() || isShared || table.startsWith(prefix, Qt::CaseInsensitive)) {
+        return table;
+    }
+    return prefix + table;
+}
+
+QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) { return Opened({}).Columns(table); }
+
+QStringList ovConnection::GetTables() { return Opened({}).Tables(); }
+
+void ovConnection::SetTriggersEnabled(const QString& table, bool enabled) {
+    Opened(QStringLiteral("ALTER TABLE ") + table).SetTriggersEnabled(table, enabled);
+}

@@ -1,0 +1,106 @@
+#include "sql/ovDatabase.h"
+
+#include "sql/mod_ovTools.h"
+
+using mod_ovTools::FormatSqlValue;
+
+namespace {
+
+/// The kind a value has by itself, for comparing it in a condition.
+DataType TypeOf(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return DataType::Bit;
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+        return DataType::Long;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return DataType::Double;
+    case QMetaType::QDate:
+    case QMetaType::QDateTime:
+        return DataType::DateTime;
+    default:
+        return DataType::VarChar;
+    }
+}
+
+struct TypeWord {
+    const char* start; ///< how the database's type begins
+    const char* keyword;
+};
+
+/// Longer words first: the first that a type begins with counts.
+constexpr TypeWord TypeWords[] = {
+    {"DATETIME", "datetime"}, {"TIMESTAMP", "datetime"}, {"SMALLDATETIME", "datetime"}, {"DATE", "datetime"},
+    {"NVARCHAR", "char"},     {"VARCHAR", "char"},       {"NCHAR", "char"},             {"CHAR", "char"},
+    {"NTEXT", "memo"},        {"LONGTEXT", "memo"},      {"TINYTEXT", "memo"},          {"MEDIUMTEXT", "memo"},
+    {"TEXT", "memo"},         {"MEMO", "memo"},          {"BIGINT", "long"},            {"INT", "integer"},
+    {"SMALLINT", "integer"},  {"TINYINT(1)", "bit"},     {"TINYINT", "integer"},        {"BIT", "bit"},
+    {"FLOAT", "double"},      {"DOUBLE", "double"},      {"REAL", "double"},            {"NUMERIC", "double"},
+    {"DECIMAL", "double"},    {"MONEY", "double"},       {"IMAGE", "object"},           {"LONGBLOB", "object"},
+    {"BLOB", "object"},       {"VARBINARY", "object"},
+};
+
+} // namespace
+
+QVariant ovDatabase::GetDbValue(const QString& table, const QString& keyColumn, const QVariant& keyValue,
+                                const QString& column, const QVariant& defaultValue) {
+    const Recordset rows = ExecuteWC(QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") +
+                                     GetFullTableName(table) + QStringLiteral(" WHERE ") + keyColumn +
+                                     QStringLiteral(" = ") + FormatSqlValue(keyValue, TypeOf(keyValue), GetProviderType()));
+    return rows.Eof() ? defaultValue : rows.Fields(0).Value();
+}
+
+bool ovDatabase::CheckExistValue(const QString& table, const QString& column, const QVariant& value, DataType type) {
+    return !ExecuteWC(QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") + GetFullTableName(table) +
+                      QStringLiteral(" WHERE ") + column + QStringLiteral(" = ") +
+                      FormatSqlValue(value, type, GetProviderType()))
+                .Eof();
+}
+
+QVariant ovDatabase::GetMaxValue(const QString& table, const QString& column, const QString& where,
+                                 const QVariant& defaultValue) {
+    QString query = QStringLiteral("SELECT MAX(") + column + QStringLiteral(") FROM ") + GetFullTableName(table);
+    if (!where.isEmpty()) {
+        query += u' ' + where;
+    }
+    const Recordset rows = ExecuteWC(query);
+    const QVariant largest = rows.Eof() ? QVariant() : rows.Fields(0).Value();
+    return largest.isNull() ? defaultValue : largest;
+}
+
+QString ovDatabase::GetFieldTypeText(const QString& table, const QString& column, const QString& defaultText) {
+    for (const ColumnInfo& info : GetColumns(GetFullTableName(table))) {
+        if (info.name.compare(column, Qt::CaseInsensitive) != 0) {
+            continue;
+        }
+        for (const TypeWord& word : TypeWords) {
+            if (info.type.startsWith(QLatin1String(word.start), Qt::CaseInsensitive)) {
+                return QString::fromLatin1(word.keyword);
+            }
+        }
+    }
+    return defaultText;
+}
+
+TableInfo ovDatabase::GetTableInfo(const QString& table) {
+    TableInfo info;
+    info.columns = GetColumns(GetFullTableName(table));
+    // A shared list TAB_IVA keeps its code in CDIVA, a company's master CON_TRO in CDCON.
+    const QString bare = table.right(7).toUpper();
+    const QString code = QStringLiteral("CD") + (bare.startsWith(QLatin1String("TAB_")) ? bare.mid(4) : bare.left(3));
+    for (const ColumnInfo& column : info.columns) {
+        if (column.name.compare(code, Qt::CaseInsensitive) == 0) {
+            info.keyColumn = code;
+        }
+    }
+    return info;
+}
+
+void ovDatabase::AlterTriggersStatus(const QString& fullTableName, bool enabled) {
+    Execute(QStringLiteral("ALTER TABLE ") + fullTableName +
+            (enabled ? QStringLiteral(" ENABLE TRIGGER ALL") : QStringLiteral(" DISABLE TRIGGER ALL")));
+}

@@ -1,0 +1,74 @@
+#include "sql/errors.h"
+#include "sql/mod_ovTools.h"
+#include "sql/ovDatabase.h"
+#include "sql/ovQueryConstructor.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+
+using mod_ovTools::FormatSqlValue;
+
+void ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
+                                      const QString& text, const QString& language) {
+    const auto quoted = [this](const QString& value) {
+        return FormatSqlValue(value, DataType::NVarChar, GetProviderType());
+    };
+    const QString where = QStringLiteral("WHERE LNTBL = ") + quoted(fullTableName) + QStringLiteral(" AND LNFLD = ") +
+                          quoted(column) + QStringLiteral(" AND LNKEY = ") + quoted(key) +
+                          QStringLiteral(" AND LNLNG = ") + quoted(language);
+    ovQueryConstructor query;
+    query.ProviderType = GetProviderType();
+    query.SetTable(QStringLiteral("SYS_LNG"));
+    query.AddUpdateField(QStringLiteral("LNTXT"), text, DataType::NText);
+    if (!ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof()) {
+        query.WhereString = where;
+        Execute(query.MakeQuery(StatementKind::Update));
+        return;
+    }
+    query.AddUpdateField(QStringLiteral("LNTBL"), fullTableName, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("LNFLD"), column, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("LNKEY"), key, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
+    Execute(query.MakeQuery(StatementKind::Insert));
+}
+
+void ovDatabase::WriteAttachment(const QString& table, const QString& key, const Attachment& attachment) {
+    const QFileInfo file(attachment.file);
+    if (!file.isFile() || !file.isReadable()) {
+        throw ImportError(QStringLiteral("Allegato '%1': il file non esiste o non si può leggere").arg(attachment.file));
+    }
+    const auto orElse = [](const QString& text, const QString& other) { return text.isEmpty() ? other : text; };
+    ovQueryConstructor query;
+    query.ProviderType = GetProviderType();
+    query.SetTable(QStringLiteral("SYS_ATT"));
+    query.AddUpdateField(QStringLiteral("ATTBL"), table, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("ATKEY"), key, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("ATNAM"), file.fileName(), DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("ATDES"), orElse(attachment.description, file.fileName()), DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("ATLNK"), attachment.linkOnly ? file.absoluteFilePath() : file.fileName(),
+                         DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("ATTYP"), orElse(attachment.type, file.suffix().toUpper()), DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("ATSIZ"), file.size(), DataType::Long);
+    query.AddUpdateField(QStringLiteral("ATDAT"), file.lastModified(), DataType::DateTime);
+    query.AddUpdateField(QStringLiteral("ATREV"), attachment.revision, DataType::NVarChar);
+    Execute(query.MakeQuery(StatementKind::Insert));
+}
+
+QByteArray ovDatabase::FileToBinary(const QString& file) {
+    QFile input(file);
+    if (!input.open(QIODevice::ReadOnly)) {
+        throw ImportError(QStringLiteral("File '%1': %2").arg(file, input.errorString()));
+    }
+    return input.readAll();
+}
+
+void ovDatabase::ConvertToJpeg(const QString& imageFile, const QString& jpegFile, int quality) {
+    const QImage image(imageFile);
+    if (image.isNull()) {
+        throw ImportError(QStringLiteral("Immagine '%1': non si può leggere").arg(imageFile));
+    }
+    if (!image.save(jpegFile, "JPG", quality)) {
+        throw ImportError(QStringLiteral("Immagine '%1': non si può scrivere").arg(jpegFile));
+    }
+}

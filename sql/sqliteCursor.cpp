@@ -1,0 +1,115 @@
+#include "sql/sqliteCursor.h"
+
+#include "sql/errors.h"
+
+#include <QDateTime>
+
+#include <sqlite3.h>
+
+namespace {
+
+/// "2024-03-05" or "20240305" at the start of a text; an invalid date when it is neither.
+QDate ReadDay(const QString& text) {
+    if (text.size() >= 10 && text.at(4) == u'-') {
+        return QDate::fromString(text.left(10), Qt::ISODate);
+    }
+    bool digits = text.size() >= 8;
+    for (int i = 0; digits && i < 8; ++i) {
+        digits = text.at(i) >= u'0' && text.at(i) <= u'9';
+    }
+    return digits ? QDate(text.left(4).toInt(), text.mid(4, 2).toInt(), text.mid(6, 2).toInt()) : QDate();
+}
+
+/// The text as a date, or the text itself when it is none.
+QVariant AsDate(const QString& text) {
+    const bool whole = text.size() == 10 || text.size() == 8;
+    const QDate day = whole ? ReadDay(text) : QDate();
+    return day.isValid() ? QVariant(day) : QVariant(text);
+}
+
+QVariant AsDateTime(const QString& text) {
+    const QDate day = ReadDay(text);
+    if (!day.isValid()) {
+        return text;
+    }
+    const int dayLength = text.at(4) == u'-' ? 10 : 8;
+    if (text.size() == dayLength) {
+        return day.startOfDay();
+    }
+    const QTime time = QTime::fromString(text.mid(dayLength + 1), Qt::ISODate);
+    return time.isValid() ? QVariant(QDateTime(day, time)) : QVariant(text);
+}
+
+} // namespace
+
+void FinalizeStatement::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+
+SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString text)
+    : m_database(database), m_statement(std::move(statement)), m_text(std::move(text)) {
+    const int count = m_statement == nullptr ? 0 : sqlite3_column_count(m_statement.get());
+    m_columns.reserve(count);
+    m_kinds.reserve(count);
+    for (int column = 0; column < count; ++column) {
+        m_columns.append(QString::fromUtf8(sqlite3_column_name(m_statement.get(), column)));
+        m_kinds.append(KindOf(sqlite3_column_decltype(m_statement.get(), column)));
+    }
+}
+
+SqliteCursor::Kind SqliteCursor::KindOf(const char* declaredType) {
+    if (declaredType == nullptr) {
+        return Kind::Plain;
+    }
+    if (sqlite3_strnicmp(declaredType, "DATETIME", 8) == 0 || sqlite3_strnicmp(declaredType, "TIMESTAMP", 9) == 0) {
+        return Kind::DateTime;
+    }
+    if (sqlite3_strnicmp(declaredType, "DATE", 4) == 0) {
+        return Kind::Date;
+    }
+    return sqlite3_strnicmp(declaredType, "BIT", 3) == 0 ? Kind::Bit : Kind::Plain;
+}
+
+bool SqliteCursor::Next() {
+    if (m_statement == nullptr) {
+        return false;
+    }
+    const int code = sqlite3_step(m_statement.get());
+    if (code == SQLITE_ROW) {
+        return true;
+    }
+    if (code != SQLITE_DONE) {
+        throw SqlError(m_text, QString::fromUtf8(sqlite3_errmsg(m_database)),
+                       QString::number(sqlite3_extended_errcode(m_database)));
+    }
+    m_statement.reset();
+    return false;
+}
+
+QVariant SqliteCursor::Value(int column) const {
+    sqlite3_stmt* statement = m_statement.get();
+    switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER: {
+        const qint64 number = sqlite3_column_int64(statement, column);
+        return m_kinds.at(column) == Kind::Bit ? QVariant(number != 0) : QVariant(number);
+    }
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(statement, column);
+    case SQLITE_TEXT: {
+        const auto* utf8 = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+        QString text = QString::fromUtf8(utf8, sqlite3_column_bytes(statement, column));
+        switch (m_kinds.at(column)) {
+        case Kind::Date:
+            return AsDate(text);
+        case Kind::DateTime:
+            return AsDateTime(text);
+        default:
+            return text;
+        }
+    }
+    case SQLITE_BLOB: {
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
+        return QByteArray(bytes, sqlite3_column_bytes(statement, column));
+    }
+    default:
+        return {};
+    }
+}

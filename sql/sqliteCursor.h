@@ -1,0 +1,36 @@
+#pragma once
+
+#include "sql/engine.h"
+
+#include <QVector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+/// Ends a prepared statement.
+struct FinalizeStatement {
+    void operator()(sqlite3_stmt* statement) const noexcept;
+};
+using SqliteStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+
+/// The rows of a prepared SQLite statement. Values get the kind of their declared column type: dates become QDate or
+/// QDateTime, bits bool; a text that is no date stays a text, so that nothing is guessed.
+class SqliteCursor final : public Cursor {
+public:
+    /// @param statement null for a text without a statement: no rows
+    SqliteCursor(sqlite3* database, SqliteStatement statement, QString text);
+
+    bool Next() override;
+    const QStringList& Columns() const override { return m_columns; }
+    QVariant Value(int column) const override;
+
+private:
+    enum class Kind { Plain, Date, DateTime, Bit };
+    static Kind KindOf(const char* declaredType);
+
+    sqlite3* m_database;
+    SqliteStatement m_statement;
+    QString m_text;
+    QStringList m_columns;
+    QVector<Kind> m_kinds;
+};
