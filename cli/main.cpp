@@ -1,0 +1,2 @@
+#include <QCoreApplication>
+int main(int argc, char** argv) { QCoreApplication a(argc, argv); return 0; }

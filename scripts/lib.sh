@@ -1,0 +1,32 @@
+# Shared by the scripts of this folder: what the project needs, installed when missing, and the build.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+packages=(
+    g++ cmake ninja-build ccache pkg-config
+    qt6-base-dev qt6-base-dev-tools libqt6sql6-mysql libqt6sql6-odbc
+    libsqlite3-dev sqlite3 libgl1-mesa-dev
+)
+
+# Installs the Debian packages named that are missing; silent when all are there.
+install_missing() {
+    local missing=()
+    local name
+    for name in "$@"; do
+        dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local sudo=()
+    [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+    echo "Installing: ${missing[*]}" >&2
+    "${sudo[@]}" apt-get update -qq >&2
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# build PRESET [TARGET...]: configures once and builds.
+build() {
+    local preset=$1
+    shift
+    [ -f "$root/build/$preset/build.ninja" ] || cmake -S "$root" --preset "$preset" >&2
+    cmake --build "$root/build/$preset" ${1:+--target "$@"} >&2
+}
