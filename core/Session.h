@@ -7,6 +7,7 @@
 #include "sql/ovUserManager.h"
 
 #include <QHash>
+#include <QSet>
 
 /// What lives for the run: the framework objects, the two connections, the operator and the clock.
 /// Passed by reference; there is one per program.
@@ -35,6 +36,7 @@ public:
     QHash<QString, QString> Translations;
     /// Codes that were asked for and have no translation, as "table.field = code", in the order they were met.
     QStringList Untranslated;
+    QSet<QString> UntranslatedSeen; ///< the same, for a quick look
     /// One entry per procedure that ran, oldest first.
     QVector<RunResult> Results;
 };

@@ -45,7 +45,9 @@ QVariant AsDateTime(const QString& text) {
 void FinalizeStatement::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
 
 SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString text)
-    : m_database(database), m_statement(std::move(statement)), m_text(std::move(text)) {
+    : m_database(database), m_statement(std::move(statement)), m_text(std::move(text)) {}
+
+void SqliteCursor::Describe() const {
     const int count = m_statement == nullptr ? 0 : sqlite3_column_count(m_statement.get());
     m_columns.reserve(count);
     m_kinds.reserve(count);
@@ -53,6 +55,13 @@ SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString
         m_columns.append(QString::fromUtf8(sqlite3_column_name(m_statement.get(), column)));
         m_kinds.append(KindOf(sqlite3_column_decltype(m_statement.get(), column)));
     }
+}
+
+const QStringList& SqliteCursor::Columns() const {
+    if (m_kinds.isEmpty()) {
+        Describe();
+    }
+    return m_columns;
 }
 
 SqliteCursor::Kind SqliteCursor::KindOf(const char* declaredType) {
@@ -69,18 +78,22 @@ SqliteCursor::Kind SqliteCursor::KindOf(const char* declaredType) {
 }
 
 bool SqliteCursor::Next() {
-    if (m_statement == nullptr) {
+    if (m_statement == nullptr || m_done) {
         return false;
     }
     const int code = sqlite3_step(m_statement.get());
     if (code == SQLITE_ROW) {
+        if (m_kinds.isEmpty()) {
+            Describe();
+        }
         return true;
     }
     if (code != SQLITE_DONE) {
         throw SqlError(m_text, QString::fromUtf8(sqlite3_errmsg(m_database)),
                        QString::number(sqlite3_extended_errcode(m_database)));
     }
-    m_statement.reset();
+    m_done = true;
+    sqlite3_reset(m_statement.get());
     return false;
 }
 

@@ -21,16 +21,19 @@ public:
     SqliteCursor(sqlite3* database, SqliteStatement statement, QString text);
 
     bool Next() override;
-    const QStringList& Columns() const override { return m_columns; }
+    const QStringList& Columns() const override;
     QVariant Value(int column) const override;
 
 private:
     enum class Kind { Plain, Date, DateTime, Bit };
     static Kind KindOf(const char* declaredType);
+    /// Reads names and kinds of the columns, which most look-ups never need: they find no row.
+    void Describe() const;
 
     sqlite3* m_database;
     SqliteStatement m_statement;
     QString m_text;
-    QStringList m_columns;
-    QVector<Kind> m_kinds;
+    bool m_done = false;
+    mutable QStringList m_columns;
+    mutable QVector<Kind> m_kinds;
 };

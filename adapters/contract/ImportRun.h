@@ -1,0 +1,91 @@
+#pragma once
+
+#include "adapters/contract/Mapping.h"
+#include "adapters/contract/TargetRow.h"
+#include "core/Session.h"
+
+#include <QElapsedTimer>
+
+namespace contract {
+
+/// What became of a source row.
+enum class RowOutcome { Inserted, Updated, Skipped };
+
+/// A table and the columns of it that a procedure needs.
+struct TableNeed {
+    QString table;
+    QStringList columns;
+};
+
+/// One run of one import procedure: announcement, preflight, emptying, questions, the row loop with progress, cancel
+/// and the account, the completion message, and the guard around it all. When it ends, its result is in the session.
+class ImportRun {
+public:
+    /// @param singleCode empty imports everything; otherwise nothing is announced, shown or cancelled
+    ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode);
+
+    /// Runs the procedure's body: an error is reported under its name and ends it. The pointer, the progress dialog
+    /// and the source's recordsets are restored and closed in every case.
+    void Guard(const std::function<void()>& body);
+
+    /// Starts a new log with the announcement; a run of a single code is not announced.
+    void Announce(const QString& announcement);
+    /// Checks that the source and the target hold what the run reads and writes, before anything is written.
+    /// Raises `ImportError` listing everything that is missing.
+    void Preflight(const std::vector<TableNeed>& reads, const std::vector<TableNeed>& writes);
+    /// Empties tables (bare names), in their order, when the operator asked for it.
+    void Truncate(bool reset, const QStringList& tables);
+    /// Asks a yes/no question of this origin.
+    bool Ask(const QString& question);
+
+    /// A loop over source rows.
+    struct Loop {
+        QString step;      ///< for the progress dialog
+        QString table;     ///< source table, for messages
+        QString keyColumn; ///< its code column, for messages
+        QString count;     ///< query that counts the rows
+        QString select;    ///< query that reads them
+    };
+    /// Reads the rows and hands each to `row`. A row that cannot be carried over goes the way the error collector's
+    /// `Action` says; what it wrote before is taken back. Returns false when the operator cancelled.
+    bool Rows(const Loop& loop, const std::function<RowOutcome(const SourceRow&)>& row);
+    /// Shows the completion message, unless the run was cancelled or of a single code.
+    void Complete(const QString& message);
+
+    /// Appends a line to the import log.
+    void Log(const QString& message);
+    /// A text as an SQL literal of the target.
+    QString Quoted(const QString& text) const;
+    /// Physical name of a company table: the company's code and the bare name.
+    QString FullName(const QString& table) const { return m_session.Quadrix.GetFullTableName(table); }
+    Session& GetSession() const { return m_session; }
+    bool IsSingle() const { return m_single; }
+    /// Key of the row under way, for log lines.
+    const QString& RowKey() const { return m_session.Errors.RowKey(); }
+
+    /// Called by `TargetRow`: counts a row that was written for the source row under way.
+    void Inserted(const QString& table);
+    void Updated(const QString& table);
+
+private:
+    struct Written {
+        QString table;
+        qint64 id;
+    };
+    void ProcessRow(const QString& key, const std::function<RowOutcome()>& row);
+    void Account(RowOutcome outcome);
+    void GiveUp(const QString& key, const QString& reason);
+    void TakeBack();
+    void Finish();
+
+    Session& m_session;
+    RunResult m_result;
+    bool m_single;
+    bool m_failed = false;
+    std::vector<Written> m_written; ///< rows inserted for the source row under way
+    qsizetype m_untranslatedBefore;
+    qsizetype m_errorsBefore;
+    QElapsedTimer m_clock;
+};
+
+} // namespace contract

@@ -1,0 +1,97 @@
+#include "adapters/contract/TargetRow.h"
+
+#include "adapters/contract/ImportRun.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
+
+bool IsText(DataType type) {
+    return type == DataType::Char || type == DataType::VarChar || type == DataType::NChar || type == DataType::NVarChar;
+}
+
+bool IsNumber(DataType type) {
+    return type == DataType::Integer || type == DataType::Long || type == DataType::Double || type == DataType::TinyInt;
+}
+
+bool IsBlankText(const QVariant& value) {
+    return value.typeId() == QMetaType::QString && value.toString().trimmed().isEmpty();
+}
+
+} // namespace
+
+TargetRow::TargetRow(ImportRun& run, const QString& table) : m_run(run), m_table(schema::FindTable(table)) {
+    if (m_table == nullptr) {
+        throw ImportError(QStringLiteral("la tabella '%1' non è nello schema").arg(table));
+    }
+    m_query.ProviderType = run.GetSession().Quadrix.ProviderType;
+    m_query.SetTable(table, m_table->shared ? QString() : run.GetSession().UserManager.Azienda());
+}
+
+const schema::Column& TargetRow::Find(const QString& column) const {
+    const schema::Column* found = m_table->FindColumn(column);
+    if (found == nullptr) {
+        throw ImportError(QStringLiteral("la colonna '%1.%2' non è nello schema").arg(m_table->name, column));
+    }
+    return *found;
+}
+
+QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value) const {
+    if (value.isNull()) {
+        return value;
+    }
+    if (IsText(column.type)) {
+        const QString text = mod_ovTools::ToText(value);
+        if (text.size() > column.size) {
+            throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
+                                  .arg(text)
+                                  .arg(text.size())
+                                  .arg(m_table->name, QString(column.name))
+                                  .arg(column.size));
+        }
+        return text;
+    }
+    const bool date = column.type == DataType::DateTime;
+    if (!date && !IsNumber(column.type)) {
+        return value;
+    }
+    if (IsBlankText(value)) {
+        return {};
+    }
+    if (date && !mod_ovTools::ReadDate(value)) {
+        throw ImportError(QStringLiteral("'%1' non è una data").arg(value.toString()));
+    }
+    if (!date && !mod_ovTools::ReadNumber(value)) {
+        throw ImportError(QStringLiteral("'%1' non è un numero").arg(value.toString()));
+    }
+    return value;
+}
+
+TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
+    const schema::Column& found = Find(column);
+    m_query.AddUpdateField(column, Checked(found, value), found.type, true);
+    m_hasCreated = m_hasCreated || column == QLatin1String("DTINS");
+    return *this;
+}
+
+void TargetRow::Insert() {
+    Set(QStringLiteral("USINS"), ImportUser);
+    if (!m_hasCreated) {
+        Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
+    }
+    m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Insert));
+    m_run.Inserted(m_table->name);
+}
+
+void TargetRow::Update(const QString& where) {
+    Set(QStringLiteral("USMDF"), ImportUser);
+    Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
+    m_query.WhereString = where;
+    m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Update));
+    m_run.Updated(m_table->name);
+}
+
+} // namespace contract

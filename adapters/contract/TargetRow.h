@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/Schema.h"
+#include "sql/ovQueryConstructor.h"
+
+namespace contract {
+
+class ImportRun;
+
+/// A row of a target table under construction. Types and sizes come from the schema: a text that is longer than its
+/// column, a number that is none or a date that is none raises `ImportError` naming the column and the value.
+class TargetRow {
+public:
+    /// @param table bare name; one that the schema does not know raises `ImportError`
+    TargetRow(ImportRun& run, const QString& table);
+
+    /// Sets a column; a blank number or date is Null. Setting a column twice keeps the second value.
+    TargetRow& Set(const QString& column, const QVariant& value);
+    /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way.
+    void Insert();
+    /// Updates the rows of a condition (with its own WHERE), with USMDF and DTMDF.
+    void Update(const QString& where);
+
+private:
+    QVariant Checked(const schema::Column& column, const QVariant& value) const;
+    const schema::Column& Find(const QString& column) const;
+
+    ImportRun& m_run;
+    const schema::Table* m_table;
+    ovQueryConstructor m_query;
+    bool m_hasCreated = false;
+};
+
+} // namespace contract

@@ -1,0 +1,162 @@
+#include "adapters/contract/rules.h"
+
+#include "core/modImport.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+QString RuleInput::Text() const {
+    QString text = row.Text(columns.first());
+    for (qsizetype i = 1; i < columns.size(); ++i) {
+        text += u' ' + row.Text(columns.at(i));
+    }
+    return columns.size() > 1 ? text.trimmed() : text;
+}
+
+std::optional<double> ReadLeadingNumber(const QString& text) {
+    qsizetype end = 0;
+    bool decimals = false;
+    while (end < text.size() && (text.at(end).isDigit() || (text.at(end) == u'.' && !decimals))) {
+        decimals = decimals || text.at(end) == u'.';
+        ++end;
+    }
+    bool valid = false;
+    const double number = text.left(end).toDouble(&valid);
+    return valid ? std::optional(number) : std::nullopt;
+}
+
+namespace rules {
+
+namespace {
+
+/// A rule on the text of the source columns.
+Rule OnText(const QString& words, std::function<QString(const QString&)> convert) {
+    return {words, [convert = std::move(convert)](const RuleInput& input) { return RuleValue(convert(input.Text())); }};
+}
+
+/// A rule that is left out unless a condition holds.
+Rule Only(const QString& words, std::function<bool(const RuleInput&)> condition, const Rule& rule) {
+    return {rule.text.isEmpty() ? words : rule.text + QStringLiteral("; ") + words,
+            [condition = std::move(condition), apply = rule.apply](const RuleInput& input) {
+                return condition(input) ? apply(input) : RuleValue();
+            }};
+}
+
+QString NewCode(const RuleInput& input, const QString& table, const QString& field) {
+    return modImport::GetNewCode(input.session, table, field, input.Text(), true);
+}
+
+} // namespace
+
+Rule AsRead() {
+    return {"as read", [](const RuleInput& input) { return RuleValue(input.Value()); }};
+}
+
+Rule Text() {
+    return OnText("trimmed", [](const QString& text) { return text; });
+}
+
+Rule First(int count) {
+    return OnText(QStringLiteral("first %1 characters").arg(count),
+                  [count](const QString& text) { return text.left(count); });
+}
+
+Rule From(int position) {
+    return OnText(QStringLiteral("from character %1 onward").arg(position),
+                  [position](const QString& text) { return text.mid(position - 1); });
+}
+
+Rule FirstUpper(int count) {
+    return OnText(QStringLiteral("first %1 characters, trimmed, upper case").arg(count),
+                  [count](const QString& text) { return text.left(count).trimmed().toUpper(); });
+}
+
+Rule Part(int position, int count) {
+    return OnText(QStringLiteral("from character %1 onward, trimmed, first %2").arg(position).arg(count),
+                  [position, count](const QString& text) { return text.mid(position - 1).trimmed().left(count); });
+}
+
+Rule LeadingNumber() {
+    return {"leading number, only when not blank", [](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                if (text.isEmpty()) {
+                    return std::nullopt;
+                }
+                if (const auto number = ReadLeadingNumber(text)) {
+                    return QVariant(*number);
+                }
+                throw ImportError(QStringLiteral("'%1' non è un numero").arg(text));
+            }};
+}
+
+Rule Constant(const QVariant& value) {
+    return {QStringLiteral("constant \"%1\"").arg(mod_ovTools::ToText(value)),
+            [value](const RuleInput&) { return RuleValue(value); }};
+}
+
+Rule Today() {
+    return {"day of the import", [](const RuleInput& input) { return RuleValue(input.session.Now().date()); }};
+}
+
+Rule MomentOrNow() {
+    return {"as read, moment of the import when blank", [](const RuleInput& input) {
+                return RuleValue(input.Text().isEmpty() ? QVariant(input.session.Now()) : input.Value());
+            }};
+}
+
+Rule Code() {
+    return {"code assigned to the row", [](const RuleInput& input) { return RuleValue(input.facts.code); }};
+}
+
+Rule IsCustomer() {
+    return {"true for a customer", [](const RuleInput& input) { return RuleValue(input.facts.customer); }};
+}
+
+Rule IsSupplier() {
+    return {"true for a supplier", [](const RuleInput& input) { return RuleValue(!input.facts.customer); }};
+}
+
+Rule Translated(const QString& table, const QString& field) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded").arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                const QString code = NewCode(input, table, field);
+                return code.isEmpty() ? RuleValue() : RuleValue(code);
+            }};
+}
+
+Rule ExemptVat(const QString& table, const QString& field) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), only a code of TAB_IVA with rate zero").arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                const QString code = NewCode(input, table, field);
+                if (code.isEmpty()) {
+                    return std::nullopt;
+                }
+                const QVariant rate = input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code, "IVALI");
+                return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(code);
+            }};
+}
+
+Rule NotBlank(const Rule& rule) {
+    return Only(
+        "only when not blank", [](const RuleInput& input) { return !input.Text().isEmpty(); }, rule);
+}
+
+Rule WhenNotBlank(const QString& column, const Rule& rule) {
+    return Only(
+        QStringLiteral("only when %1 is not blank").arg(column),
+        [column](const RuleInput& input) { return !input.row.IsBlank(column); }, rule);
+}
+
+Rule CustomerOnly(const Rule& rule) {
+    return Only(
+        "customers only", [](const RuleInput& input) { return input.facts.customer; }, rule);
+}
+
+Rule SupplierOnly(const Rule& rule) {
+    return Only(
+        "suppliers only", [](const RuleInput& input) { return !input.facts.customer; }, rule);
+}
+
+} // namespace rules
+
+} // namespace contract

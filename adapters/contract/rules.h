@@ -1,0 +1,85 @@
+#pragma once
+
+#include "adapters/contract/SourceRow.h"
+#include "core/Session.h"
+
+namespace contract {
+
+/// What a procedure knows of the row under way before its mapping is applied.
+struct Facts {
+    QString code;          ///< the Quadrix code assigned to the row
+    bool customer = false; ///< of a counterparty: its role in the source; else it is a supplier
+};
+
+/// What a rule works on.
+struct RuleInput {
+    Session& session;
+    const SourceRow& row;
+    const QStringList& columns; ///< source columns of the mapping line
+    const Facts& facts;
+
+    /// The texts of the source columns, without surrounding blanks, joined with one blank; empty ones are left out.
+    QString Text() const;
+    /// The value of the first source column, as read.
+    QVariant Value() const { return row.Value(columns.first()); }
+};
+
+/// Value of a target column; none leaves the column out.
+using RuleValue = std::optional<QVariant>;
+
+/// A small conversion with a name that the mapping pages show.
+struct Rule {
+    QString text; ///< what it does, in a few words
+    std::function<RuleValue(const RuleInput&)> apply;
+};
+
+/// The rules of the mapping tables. Texts come without surrounding blanks.
+namespace rules {
+
+/// The value as it was read.
+Rule AsRead();
+/// The whole text.
+Rule Text();
+/// The first n characters.
+Rule First(int count);
+/// The characters from the n-th (from 1) onward.
+Rule From(int position);
+/// The first n characters, without surrounding blanks, in upper case.
+Rule FirstUpper(int count);
+/// At most `count` characters from the n-th (from 1) onward, without blanks in front and behind.
+Rule Part(int position, int count);
+/// The number that the text begins with: "10+5" gives 10. Blank is left out. Raises `ImportError` when the text begins
+/// with none.
+Rule LeadingNumber();
+/// The same value for every row.
+Rule Constant(const QVariant& value);
+/// The day of the import.
+Rule Today();
+/// The moment in the source column; the moment of the import when it is blank.
+Rule MomentOrNow();
+/// The code assigned to the row.
+Rule Code();
+/// Whether the row is a customer.
+Rule IsCustomer();
+/// Whether the row is a supplier.
+Rule IsSupplier();
+/// The Quadrix code of SYS_IMP (a missing one is recorded there); left out when there is none.
+Rule Translated(const QString& table, const QString& field);
+/// As `Translated`, left out unless it is a VAT code of TAB_IVA with rate zero.
+Rule ExemptVat(const QString& table, const QString& field);
+
+/// Left out when the source column is blank.
+Rule NotBlank(const Rule& rule);
+/// Left out when another source column is blank.
+Rule WhenNotBlank(const QString& column, const Rule& rule);
+/// Left out for suppliers.
+Rule CustomerOnly(const Rule& rule);
+/// Left out for customers.
+Rule SupplierOnly(const Rule& rule);
+
+} // namespace rules
+
+/// The number that a text begins with, with "." as decimal mark; none when it begins with no digit.
+std::optional<double> ReadLeadingNumber(const QString& text);
+
+} // namespace contract

@@ -1,0 +1,60 @@
+#include "core/modImport.h"
+#include "sql/CodePage.h"
+#include "sql/mod_ovTools.h"
+
+#include <QFile>
+
+namespace modImport {
+
+namespace {
+
+/// First character of a text that must have one.
+QChar First(const QString& text) {
+    if (text.isEmpty()) {
+        throw ImportError(QStringLiteral("il testo è vuoto: non ha un primo carattere"));
+    }
+    return text.at(0);
+}
+
+/// The value in upper case when the configuration key is 1; a configuration that cannot be read changes nothing.
+QString WithCase(Session& session, const QString& key, const QString& defaultValue, const QString& value) {
+    try {
+        const QString setting = session.Config.GetConfig(key, defaultValue);
+        return mod_ovTools::ReadNumber(setting).value_or(0) == 1 ? value.toUpper() : value;
+    } catch (const Error&) {
+        return value;
+    }
+}
+
+} // namespace
+
+bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName) {
+    static const CodePage page;
+    QFile file(fileName.isEmpty() ? session.LogFile : fileName);
+    const QString line = session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") + message +
+                         QStringLiteral("\r\n");
+    QString lost;
+    const QByteArray bytes = EncodeText(line, page, &lost);
+    const QIODevice::OpenMode mode = startNew ? QIODevice::Truncate : QIODevice::Append;
+    if (!file.open(QIODevice::WriteOnly | mode) || file.write(bytes) != bytes.size() || !file.flush()) {
+        throw ImportError(QStringLiteral("Log '%1': %2").arg(file.fileName(), file.errorString()));
+    }
+    return true;
+}
+
+QString FormatKeyField(Session& session, const QString& value) {
+    return WithCase(session, QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1"), value);
+}
+
+QString FormatTextField(Session& session, const QString& value) {
+    return WithCase(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0"), value);
+}
+
+bool IsDigitChar(const QString& text) {
+    const QChar first = First(text);
+    return first >= u'0' && first <= u'9';
+}
+
+bool IsDotChar(const QString& text) { return First(text) == u'.'; }
+
+} // namespace modImport

@@ -1,0 +1,158 @@
+#include "core/modImport.h"
+
+#include "sql/mod_ovTools.h"
+#include "sql/ovQueryConstructor.h"
+
+#include <QMap>
+#include <QSet>
+
+using mod_ovTools::FormatSqlValue;
+
+namespace modImport {
+
+namespace {
+
+const QString Module = QStringLiteral("modImport");
+
+constexpr int NameLength = 20; ///< of the table and field names in SYS_IMP
+
+/// External-code columns of the base tables that keep one.
+const QMap<QString, QString>& ExternalColumns() {
+    static const QMap<QString, QString> columns{
+        {"TAB_IVA", "IVEXT"}, {"TAB_MOP", "MPEXT"}, {"TAB_MPT", "PTEXT"}, {"TAB_NAZ", "NAEXT"}, {"TAB_LNG", "LNEXT"},
+        {"TAB_UMS", "UMEXT"}, {"TAB_VAL", "VAEXT"}, {"BAN_CHE", "BAEXT"}, {"TAB_MAT", "MAEXT"},
+    };
+    return columns;
+}
+
+QString Quoted(const Session& session, const QString& text) {
+    return FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
+}
+
+/// Key of a translation in the memory: one text for the three, compared without case.
+QString MemoryKey(const QString& table, const QString& field, const QString& oldCode) {
+    return (table + QChar(0) + field + QChar(0) + oldCode).toUpper();
+}
+
+void AddMissing(Session& session, const QString& table, const QString& field, const QString& oldCode) {
+    ovQueryConstructor query;
+    query.ProviderType = session.Quadrix.ProviderType;
+    query.SetTable(QStringLiteral("SYS_IMP"));
+    query.AddUpdateField(QStringLiteral("TBNAM"), table, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("TBFLD"), field, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("TBOLD"), oldCode, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("TBNEW"), QString(QLatin1String("")), DataType::NVarChar);
+    session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
+}
+
+/// Keeps a code that has no translation for the result of the run.
+void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
+    const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;
+    if (!session.UntranslatedSeen.contains(text)) {
+        session.UntranslatedSeen.insert(text);
+        session.Untranslated.append(text);
+    }
+}
+
+QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,
+                  bool addIfMissing) {
+    const QString key = MemoryKey(table, field, oldCode);
+    const auto known = session.Translations.constFind(key);
+    if (known != session.Translations.constEnd()) {
+        return *known;
+    }
+    const Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM SYS_IMP\rWHERE TBNAM = ") + Quoted(session, table) +
+        QStringLiteral(" AND\r      TBFLD = ") + Quoted(session, field) + QStringLiteral(" AND\r      TBOLD = ") +
+        Quoted(session, oldCode));
+    if (!rows.Eof()) {
+        const QString newCode = mod_ovTools::NzText(rows.Fields(QStringLiteral("TBNEW")).Value(), true).toString();
+        session.Translations.insert(key, newCode);
+        if (newCode.isEmpty()) {
+            NoteUntranslated(session, table, field, oldCode);
+        }
+        return newCode;
+    }
+    if (addIfMissing) {
+        AddMissing(session, table, field, oldCode);
+        NoteUntranslated(session, table, field, oldCode);
+    }
+    return {};
+}
+
+/// A lookup: an error is reported under its name and gives the empty text. Only a source row that has been given up is
+/// passed on, or it would go on as if its code had no translation.
+template<class Body>
+QString Looked(Session& session, const QString& procedure, const Body& body) {
+    try {
+        return body();
+    } catch (const RowGivenUp&) {
+        throw;
+    } catch (...) {
+        session.Errors.Monitoring(Module, procedure);
+        return {};
+    }
+}
+
+/// First column of the first row as text; empty without a row.
+QString FirstText(Session& session, const QString& query) {
+    const Recordset rows = session.Quadrix.ExecuteWC(query);
+    return rows.Eof() ? QString() : mod_ovTools::NzText(rows.Fields(0).Value(), true).toString();
+}
+
+} // namespace
+
+QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
+                   bool addIfMissing) {
+    if (oldCode.isEmpty()) {
+        return {};
+    }
+    const Operator::Busy busy(session.Person);
+    return Looked(session, QStringLiteral("GetNewCode"), [&] {
+        return Translate(session, tableName.left(NameLength), fieldName.left(NameLength), oldCode, addIfMissing);
+    });
+}
+
+QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,
+                                    bool partialMatch) {
+    const Operator::Busy busy(session.Person);
+    return Looked(session, QStringLiteral("GetNewControparteFromCodExt"), [&] {
+        const QString compare = partialMatch ? QStringLiteral(" LIKE '%") + sourceCode + QStringLiteral("%'")
+                                             : QStringLiteral(" = '") + sourceCode + u'\'';
+        const QString customer = QStringLiteral("COCGE") + compare;
+        const QString supplier = QStringLiteral("COFGE") + compare;
+        const QString condition = asCustomer   ? customer
+                                  : asSupplier ? supplier
+                                               : customer + QStringLiteral(" OR\r      ") + supplier;
+        return FirstText(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
+                                      QStringLiteral("_CON_TRO\rWHERE ") + condition);
+    });
+}
+
+QString GetExternalCode(Session& session, const QString& tableName, const QString& code, bool toQuadrix) {
+    const Operator::Busy busy(session.Person);
+    return Looked(session, QStringLiteral("GetExternalCode"), [&] {
+        const QString external = ExternalColumns().value(tableName.toUpper());
+        const QString key = external.isEmpty() ? QString() : session.Quadrix.GetTableInfo(tableName).keyColumn;
+        if (key.isEmpty()) {
+            return QString();
+        }
+        return FirstText(session, QStringLiteral("SELECT ") + (toQuadrix ? key : external) + QStringLiteral(" FROM ") +
+                                      session.Quadrix.GetFullTableName(tableName) + QStringLiteral("\rWHERE ") +
+                                      (toQuadrix ? external : key) + QStringLiteral(" = ") + Quoted(session, code));
+    });
+}
+
+qint16 GetDocTypeIndex(const QString& docType) {
+    static const QStringList types{"INT", "RDA", "RDL", "OFF", "RDO", "ORD", "PCK", "DTL",
+                                   "DDT", "DTR", "DTU", "DTI", "CQC", "FAT", "NDC"};
+    return static_cast<qint16>(types.indexOf(docType.toUpper()));
+}
+
+bool IsWarehouseDestination(int family, int docTypeIndex) {
+    static const QSet<int> purchases{1, 2, 4, 5, 8, 11, 13, 14};
+    static const QMap<int, QSet<int>> byFamily{{0, {7, 9}}, {1, purchases}, {2, purchases}, {3, {2, 11}}};
+    return byFamily.value(family).contains(docTypeIndex);
+}
+
+} // namespace modImport

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "core/Session.h"
+
+/// What every import procedure shares: code translation, lookups, the import log, the case of keys and texts.
+/// The lookups never raise: an error is reported through the error collector and gives the same result as a code that
+/// is not there.
+namespace modImport {
+
+/// Translates a source code through SYS_IMP. Translations are remembered for the run; missing codes are not.
+/// @param tableName,fieldName list and field that the code belongs to; their first 20 characters count
+/// @param oldCode the code in the source; the empty code has no translation
+/// @param addIfMissing records a code without translation in SYS_IMP, with an empty new code, for the operator
+/// @return the Quadrix code; empty when there is none
+QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
+                   bool addIfMissing);
+
+/// Finds the counterparty made from a source customer or supplier code. With neither flag both codes are looked at;
+/// asCustomer wins over asSupplier. A partial match looks for the code anywhere in the stored one.
+/// @return its CDCON, of the first row that the database gives; empty when there is none
+QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,
+                                    bool partialMatch);
+
+/// Converts between the code of a base table and the code that the source system had.
+/// @param toQuadrix true: `code` is the source's and the Quadrix code comes back; false: the other way round
+/// @return empty when there is none, or when the table keeps no external code
+QString GetExternalCode(Session& session, const QString& tableName, const QString& code, bool toQuadrix);
+
+/// Number of a document type ("ORD" is 5), in any case; -1 when it is none.
+qint16 GetDocTypeIndex(const QString& docType);
+
+/// Whether a document is addressed to one of the company's own warehouses rather than to its counterparty.
+/// @param family 0 sales, 1 purchases, 2 subcontracting, 3 intra-company
+bool IsWarehouseDestination(int family, int docTypeIndex);
+
+/// Writes one line "dd/MM/yyyy HH:mm:ss - message" to the import log, in code page 1252 with CR LF; the file is closed
+/// after each line. Characters that the code page lacks are written as "?".
+/// @param startNew empties the file first
+/// @param fileName empty for the default log of the session
+/// @return true; raises `ImportError` naming the file when it cannot be written
+bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName = {});
+
+/// The value in upper case when the configuration key KEYFIELD_CHAR (default "1") is 1, else as it is.
+QString FormatKeyField(Session& session, const QString& value);
+/// The value in upper case when the configuration key TEXTFIELD_CHAR (default "0") is 1, else as it is.
+QString FormatTextField(Session& session, const QString& value);
+
+/// Whether the first character is one of "0" to "9". Raises `ImportError` on an empty text.
+bool IsDigitChar(const QString& text);
+/// Whether the first character is ".". Raises `ImportError` on an empty text.
+bool IsDotChar(const QString& text);
+
+} // namespace modImport
