@@ -1,0 +1,124 @@
+#include "adapters/contract/Counterparty.h"
+
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+const QString Prefix = QStringLiteral("+39");
+constexpr qint64 HighestCode = 999999;
+
+QString Without(QString text, const QString& characters) {
+    return text.removeIf([&characters](QChar c) { return characters.contains(c); });
+}
+
+} // namespace
+
+QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
+
+QString CounterpartyWriter::FindByIdentity(const QString& vatNumber, const QString& taxCode) const {
+    if (vatNumber.isEmpty() && taxCode.isEmpty()) {
+        return {};
+    }
+    const QString condition = vatNumber.isEmpty() ? QStringLiteral("COFIS = ") + m_run.Quoted(taxCode)
+                                                  : QStringLiteral("COIVA = ") + m_run.Quoted(vatNumber);
+    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT CDCON FROM ") + m_run.FullName(QStringLiteral("CON_TRO")) + QStringLiteral(" WHERE ") + condition);
+    return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+}
+
+bool CounterpartyWriter::Exists(const QString& code) const {
+    return !m_run.GetSession()
+                .Quadrix
+                .ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName(QStringLiteral("CON_TRO")) +
+                           QStringLiteral(" WHERE CDCON = ") + m_run.Quoted(code))
+                .Eof();
+}
+
+QString CounterpartyWriter::NextCode() const {
+    const QString highest = m_run.GetSession()
+                                .Quadrix.GetMaxValue(QStringLiteral("CON_TRO"), QStringLiteral("CDCON"), {},
+                                                     QStringLiteral("000000"))
+                                .toString();
+    bool isNumber = false;
+    const qint64 number = highest.toLongLong(&isNumber);
+    if (!isNumber) {
+        throw ImportError(QStringLiteral("il codice più alto di CON_TRO, '%1', non è un numero: non se ne può fare un altro")
+                              .arg(highest));
+    }
+    if (number >= HighestCode) {
+        throw ImportError(QStringLiteral("i codici a sei cifre di CON_TRO sono esauriti"));
+    }
+    return QStringLiteral("%1").arg(number + 1, 6, 10, QLatin1Char('0'));
+}
+
+TargetRow CounterpartyWriter::NewRow(const QString& table) const {
+    TargetRow row(m_run, table);
+    if (!m_created.isNull()) {
+        row.Set(QStringLiteral("DTINS"), m_created);
+    }
+    return row;
+}
+
+void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, const QString& number) const {
+    if (number.isEmpty()) {
+        return;
+    }
+    QString stored = WithoutSeparators(number);
+    if (!mod_ovTools::ReadNumber(stored)) {
+        stored = u'0' + mod_ovTools::NumberText(ReadLeadingNumber(stored).value_or(0));
+        m_run.Log(QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' scritto come '%3'").arg(m_run.RowKey(), number, stored));
+    }
+    TargetRow row = NewRow(QStringLiteral("NUM_TEL"));
+    row.Set(QStringLiteral("TBNAM"), owner.table);
+    row.Set(QStringLiteral("TBKEY"), owner.key);
+    row.Set(QStringLiteral("NRDES"), label);
+    row.Set(QStringLiteral("NRPRI"), Prefix);
+    row.Set(QStringLiteral("NRNUM"), stored);
+    row.Set(QStringLiteral("NRTEL"), Prefix + u' ' + stored);
+    row.Insert();
+}
+
+void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const QString& label,
+                                 const QString& address) const {
+    TargetRow row = NewRow(QStringLiteral("IND_WEB"));
+    row.Set(QStringLiteral("TBNAM"), owner.table);
+    row.Set(QStringLiteral("TBKEY"), owner.key);
+    row.Set(QStringLiteral("WBTIP"), kind);
+    row.Set(QStringLiteral("WBDES"), label);
+    row.Set(QStringLiteral("WBIND"), address);
+    row.Insert();
+}
+
+void CounterpartyWriter::WebSite(const Owner& owner, const QString& address) const {
+    if (!address.isEmpty()) {
+        Address(owner, QStringLiteral("W"), QStringLiteral("Indirizzo Web"), WithoutSeparators(address));
+    }
+}
+
+void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QString& address) const {
+    if (!address.isEmpty()) {
+        Address(owner, QStringLiteral("E"), label, Without(address.toLower(), QStringLiteral("/ \\")));
+    }
+}
+
+Owner CounterpartyWriter::LastOf(const QString& table) const {
+    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + m_run.FullName(table));
+    return {table, rows.Fields(0).Value().toString()};
+}
+
+Owner CounterpartyWriter::Contact(const QString& code, const QString& name) const {
+    TargetRow row = NewRow(QStringLiteral("CON_RIF"));
+    row.Set(QStringLiteral("CDCON"), code);
+    row.Set(QStringLiteral("RFNOM"), name);
+    row.Insert();
+    return LastOf(QStringLiteral("CON_RIF"));
+}
+
+Owner CounterpartyWriter::Branch(TargetRow& branch) const {
+    branch.Insert();
+    return LastOf(QStringLiteral("CON_SED"));
+}
+
+} // namespace contract

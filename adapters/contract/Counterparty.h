@@ -1,0 +1,54 @@
+#pragma once
+
+#include "adapters/contract/ImportRun.h"
+
+namespace contract {
+
+/// The row that a telephone number or an address hangs on.
+struct Owner {
+    QString table; ///< bare name: "CON_TRO", "CON_RIF" or "CON_SED"
+    QString key;   ///< its code or RECORD_ID
+};
+
+/// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
+QString WithoutSeparators(QString text);
+
+/// Writes what hangs on a counterparty. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class CounterpartyWriter {
+public:
+    /// @param run the run under way @param created DTINS of the rows; Null for the moment of the import
+    CounterpartyWriter(ImportRun& run, QVariant created) : m_run(run), m_created(std::move(created)) {}
+
+    /// CDCON of the counterparty with that VAT number or, only when the VAT number is blank, with that tax code;
+    /// empty when there is none.
+    QString FindByIdentity(const QString& vatNumber, const QString& taxCode) const;
+    /// Whether a counterparty has that code.
+    bool Exists(const QString& code) const;
+    /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
+    /// digits are used up.
+    QString NextCode() const;
+
+    /// Writes a telephone number as "+39" and the number without separators. What is no number is written as a zero
+    /// and the number that it begins with, and logged. A blank one writes nothing.
+    void Telephone(const Owner& owner, const QString& label, const QString& number) const;
+    /// Writes a web site, without separators. A blank one writes nothing.
+    void WebSite(const Owner& owner, const QString& address) const;
+    /// Writes an e-mail address in lower case, without "/", " " and "\". A blank one writes nothing.
+    void Mail(const Owner& owner, const QString& label, const QString& address) const;
+    /// Writes a contact person and returns the owner for what hangs on it.
+    Owner Contact(const QString& code, const QString& name) const;
+    /// Inserts a branch that a mapping has filled and returns the owner for what hangs on it.
+    Owner Branch(TargetRow& branch) const;
+    /// A row of a table that hangs on a counterparty, with its creation moment.
+    TargetRow NewRow(const QString& table) const;
+
+private:
+    Owner LastOf(const QString& table) const;
+    void Address(const Owner& owner, const QString& kind, const QString& label, const QString& address) const;
+
+    ImportRun& m_run;
+    QVariant m_created;
+};
+
+} // namespace contract

@@ -1,0 +1,261 @@
+// Arca 2000: FoxPro tables in the folder of the setting Databasename. Counterparties.
+// The tables anagrafe, pagament and destinaz and their columns are known from installations. Names do not depend on
+// case; texts are padded with blanks. The street stands in the first 25 characters of "indirizzo", the house number
+// behind them.
+// Known gaps: telex, zone, agents, language and country of "anagrafe" are not carried over.
+
+#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/Mapping.h"
+#include "adapters/contract/Origin.h"
+#include "core/modMain.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Arca2000 {
+
+const contract::Origin& Entry();
+
+namespace {
+
+const QString Module = QStringLiteral("modImport_Arca2000");
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Anagrafe = QStringLiteral("anagrafe");
+const QString Destinaz = QStringLiteral("destinaz");
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+const Mapping& Controparti() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Anagrafe,
+        {
+            {"CDCON", "codice", Code()},
+            {"CORAS", "descrizion, supragsoc", First(35)},
+            {"CORA2", "descrizion, supragsoc", From(36)},
+            {"DTINS", "timestamp", MomentOrNow()},
+            {"COINV", "", Today()},
+            {"COANN", "", Constant(false)},
+            {"COCON", "", Constant(true)},
+            {"COCLI", "codice", IsCustomer()},
+            {"COMAC", "contrpart", CustomerOnly(Text())},
+            {"COSC1", "sconto1", CustomerOnly(LeadingNumber())},
+            {"COCGE", "codice", CustomerOnly(Text())},
+            {"COFOR", "codice", IsSupplier()},
+            {"COMAF", "contrpart", SupplierOnly(Text())},
+            {"COSF1", "sconto1", SupplierOnly(LeadingNumber())},
+            {"COFGE", "codice", SupplierOnly(Text())},
+            {"COIND", "indirizzo", NotBlank(FirstUpper(25))},
+            {"CONRC", "indirizzo", NotBlank(Part(26, 5))},
+            {"COCAP", "cap", WhenNotBlank("localita", Text())},
+            {"COCIT", "localita", Text()},
+            {"COPRO", "prov", Text()},
+            {"CONAZ", "", Constant("ITA")},
+            {"COLNG", "", Constant("IT")},
+            {"COVAL", "valuta", Text()},
+            {"COFIS", "codfiscale", NotBlank(Text())},
+            {"COIVA", "partiva", NotBlank(Text())},
+            {"COESE", "aliiva", ExemptVat("anagrafe", "aliva")},
+            {"COTPF", "", Constant("RI")},
+            {"COMOP", "pag", CustomerOnly(Translated("anagrafe", "pag"))},
+            {"COMOA", "pag", SupplierOnly(Translated("anagrafe", "pag"))},
+            // Bank receipts and every other kind of payment term keep the bank coordinates alike.
+            {"COABI", "abicab", NotBlank(First(5))},
+            {"COCAB", "abicab", NotBlank(From(6))},
+            {"COCOC", "contocorr", NotBlank(Text())},
+            {"COCIN", "cb_cin_it", NotBlank(Text())},
+            {"COBIC", "cb_bic", NotBlank(Text())},
+            {"COBAN", "banca", Translated("anagrafe", "banca")},
+            {"COCCC", "classe", Translated("anagrafe", "classe")},
+            {"COBLK", "", Constant(false)},
+            {"CONOT", "note", Text()},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& Sedi() {
+    static const Mapping mapping{
+        "CON_SED",
+        Destinaz,
+        {
+            {"CDCON", "codicecf", Code()},
+            {"CDSED", "codicedes", ThreeDigits()},
+            {"SERAS", "ragionesoc", Text()},
+            {"SETIP", "", Constant("CO")},
+            {"SEIND", "indirizzo", FirstUpper(25)},
+            {"SENRC", "indirizzo", Part(26, 5)},
+            {"SECAP", "cap", WhenNotBlank("localita", Text())},
+            {"SECIT", "localita", WhenNotBlank("localita", Text())},
+            {"SEPRO", "provincia", Text()},
+            {"SENAZ", "", Constant("ITA")},
+            {"SERIF", "personarif", Text()},
+        },
+    };
+    return mapping;
+}
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+bool IsCustomerCode(const QString& code) { return code.startsWith(u'C', Qt::CaseInsensitive); }
+
+/// Customers keep the number of their code, suppliers are numbered after the highest code present.
+QString AssignCode(ImportRun& run, const CounterpartyWriter& writer, const QString& sourceCode) {
+    const QString known = modImport::GetNewCode(run.GetSession(), Anagrafe, QStringLiteral("codice"), sourceCode, false);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    if (!IsCustomerCode(sourceCode)) {
+        return writer.NextCode();
+    }
+    bool isNumber = false;
+    const qint64 number = sourceCode.mid(1).toLongLong(&isNumber);
+    if (!isNumber) {
+        throw ImportError(QStringLiteral("colonna 'codice': dopo la prima lettera '%1' non è un numero").arg(sourceCode));
+    }
+    return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
+}
+
+/// A legal person that is there already only gains the role that the source row adds.
+RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
+    const bool supplier = row.Text("codice").startsWith(u'F', Qt::CaseInsensitive);
+    TargetRow target(run, "CON_TRO");
+    target.Set(supplier ? "COFOR" : "COCLI", true);
+    target.Set(supplier ? "COMAF" : "COMAC", row.Text("contrpart"));
+    target.Set(supplier ? "COSF1" : "COSC1", ReadLeadingNumber(row.Text("sconto1")).value_or(0));
+    target.Set(supplier ? "COFGE" : "COCGE", row.Text("codice"));
+    target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
+    return RowOutcome::Updated;
+}
+
+void WriteContact(const CounterpartyWriter& writer, const SourceRow& row, const QString& code) {
+    if (!row.IsBlank("persdacont")) {
+        writer.Contact(code, row.Text("persdacont"));
+    }
+}
+
+void WriteTelephones(const CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
+    writer.Telephone(owner, "Ufficio", row.Text("telefono"));
+    writer.Telephone(owner, "Fax (uff.)", row.Text("fax"));
+    writer.Telephone(owner, "Ufficio 2", row.Text("telefono2"));
+    writer.Telephone(owner, "Cellulare", row.Text("telefono3"));
+}
+
+/// The address of a department: a contact of its own when the operator wants it so, else on the counterparty.
+void WriteDepartmentMail(const CounterpartyWriter& writer, const Owner& owner, const QString& address, bool asContact,
+                         const QString& department, const QString& label) {
+    if (address.isEmpty()) {
+        return;
+    }
+    if (asContact) {
+        writer.Mail(writer.Contact(owner.key, department), "@ Principale", address);
+    } else {
+        writer.Mail(owner, label, address);
+    }
+}
+
+void WriteAddresses(const CounterpartyWriter& writer, const SourceRow& row, const Owner& owner, bool mailsToContacts) {
+    writer.WebSite(owner, row.Text("url"));
+    writer.Mail(owner, "@ Principale", row.Text("email"));
+    writer.Mail(owner, mailsToContacts ? "@ Principale" : "@ Amministrazione", row.Text("emailamm"));
+    WriteDepartmentMail(writer, owner, row.Text("emailven"), mailsToContacts, "VENDITE", "@ Ufficio");
+    WriteDepartmentMail(writer, owner, row.Text("emailacq"), mailsToContacts, "ACQUISTI", "@ Magazzino");
+}
+
+void WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts) {
+    Session& session = run.GetSession();
+    const QString defaultBranch = row.Text("destdiv");
+    Recordset rows = session.SourceConnection().ExecuteWC("SELECT * FROM destinaz\rWHERE codicecf = " +
+                                                          run.Quoted(row.Text("codice")));
+    for (const SourceRow branch(rows); !rows.Eof(); rows.MoveNext()) {
+        if (branch.IsBlank("indirizzo")) {
+            continue;
+        }
+        TargetRow target = writer.NewRow("CON_SED");
+        Sedi().Apply(target, session, branch, facts);
+        // Which branch is the default stands in the counterparty's row, which a mapping of the branch does not see.
+        target.Set("SEDEF", !defaultBranch.isEmpty() && defaultBranch == branch.Text("codicedes"));
+        const Owner owner = writer.Branch(target);
+        writer.Telephone(owner, "Ufficio", branch.Text("telefono"));
+        writer.Telephone(owner, "Fax (uff.)", branch.Text("fax"));
+    }
+}
+
+RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToContacts) {
+    const QString sourceCode = row.Text("codice");
+    const QVariant created = row.IsBlank("timestamp") ? QVariant() : row.Value("timestamp");
+    const CounterpartyWriter writer(run, created);
+    const QString same = writer.FindByIdentity(row.Text("partiva"), row.Text("codfiscale"));
+    if (!same.isEmpty()) {
+        return GainRole(run, row, same);
+    }
+    const Facts facts{AssignCode(run, writer, sourceCode), IsCustomerCode(sourceCode)};
+    if (writer.Exists(facts.code)) {
+        run.Log("CONTROPARTE DOPPIA: " + facts.code);
+        return GainRole(run, row, facts.code);
+    }
+    TargetRow target(run, "CON_TRO");
+    Controparti().Apply(target, run.GetSession(), row, facts);
+    target.Insert();
+    const Owner owner{"CON_TRO", facts.code};
+    WriteContact(writer, row, facts.code);
+    WriteTelephones(writer, row, owner);
+    WriteAddresses(writer, row, owner, mailsToContacts);
+    WriteBranches(run, writer, row, facts);
+    return RowOutcome::Inserted;
+}
+
+void ImportContropartiArca2000(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportContropartiArca2000", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione controparti");
+        run.Preflight({Reads(Controparti(), {"persdacont", "telefono", "fax", "telefono2", "telefono3", "url", "email",
+                                             "emailamm", "emailven", "emailacq", "destdiv"}),
+                       Reads(Sedi(), {"telefono", "fax"})},
+                      {Writes(Controparti()), Writes(Sedi(), {"SEDEF"}), ContactNeed, TelephoneNeed, WebNeed});
+        run.Truncate(reset, {"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"});
+        const bool mailsToContacts =
+            run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
+        const QString where = singleCode.isEmpty() ? QString() : "\rWHERE codice = " + run.Quoted(singleCode);
+        const ImportRun::Loop loop{"Controparti", Anagrafe, "codice", "SELECT COUNT(*) FROM anagrafe" + where,
+                                   "SELECT * \rFROM anagrafe" + where + "\rORDER BY codice"};
+        run.Rows(loop, [&](const SourceRow& row) { return ImportControparte(run, row, mailsToContacts); });
+        run.Complete("Controparti importate correttamente!");
+    });
+}
+
+bool PrepareSource(Session& session, ovConnection& source) {
+    const QString folder = modMain::GetAppConfig(session, "IMPORT", "Databasename", "");
+    source.ConnectionString = "Driver={Microsoft Visual FoxPro Driver};Data Source=" + folder;
+    source.ProviderType = Provider::VisualFoxPro;
+    source.SourceTables = QStringList{Anagrafe, Destinaz};
+    source.LookupColumns = QStringList{"anagrafe.codice", "destinaz.codicecf"};
+    return true;
+}
+
+} // namespace
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Arca 2000",
+        Module,
+        {"FoxPro", PrepareSource},
+        {{
+            {Shown::Yes, ""},                // Cli
+            {Shown::Yes, ""},                // Art
+            {Shown::No, ""},                 // Dis
+            {Shown::No, ""},                 // Doc
+            {Shown::No, ""},                 // Acq
+            {Shown::No, ""},                 // Saldi
+            {Shown::Yes, ""},                // Piano
+            {Shown::Yes, "Importa Listini"}, // Disegni
+        }},
+        Shown::Yes,
+        {{Button::Cli, "ImportContropartiArca2000", ImportContropartiArca2000}},
+    };
+    return origin;
+}
+
+} // namespace modImport_Arca2000

@@ -1,0 +1,156 @@
+#include "sources/DbfMemo.h"
+
+#include "sql/errors.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace sources {
+
+namespace {
+
+constexpr qint64 HeaderLength = 512;
+constexpr qint64 BlockHeaderLength = 8;
+
+/// The file with the table's name and another extension, in whatever case; empty when there is none.
+QString FileBeside(const QString& table, const QString& extension) {
+    const QFileInfo info(table);
+    const QString name = info.completeBaseName() + u'.' + extension;
+    const auto files = info.dir().entryInfoList(QDir::Files | QDir::Hidden);
+    const auto found = std::find_if(files.cbegin(), files.cend(), [&](const QFileInfo& file) {
+        return file.fileName().compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == files.cend() ? QString() : found->filePath();
+}
+
+/// The number of a block; null for text that is no number.
+std::optional<qint64> BlockNumber(QByteArrayView pointer) {
+    if (pointer.size() == 4) {
+        return qFromLittleEndian<quint32>(pointer.data());
+    }
+    const QByteArray digits = pointer.toByteArray().replace('\0', ' ').trimmed();
+    bool isNumber = digits.isEmpty();
+    const qint64 number = digits.isEmpty() ? 0 : digits.toLongLong(&isNumber);
+    return isNumber && number >= 0 ? std::optional(number) : std::nullopt;
+}
+
+} // namespace
+
+DbfMemo::DbfMemo(const DbfFile& table)
+    : m_tablePath(table.Path()),
+      m_format(table.Memos()) {}
+
+QByteArray DbfMemo::Read(QByteArrayView pointer) {
+    const auto block = BlockNumber(pointer);
+    if (!block) {
+        throw ImportError(QStringLiteral("il riferimento al testo del memo non è un numero ('%1')")
+                              .arg(QString::fromLatin1(pointer)));
+    }
+    if (*block == 0) {
+        return {};
+    }
+    if (!m_file.isOpen()) {
+        Open();
+    }
+    // Ten digits times 65,535 bytes stay far inside 64 bits.
+    const qint64 offset = *block * m_blockSize;
+    switch (m_format) {
+    case MemoFormat::DBase3:
+        return ReadToEndMark(offset);
+    case MemoFormat::DBase4:
+        return ReadDBase4(offset);
+    case MemoFormat::FoxPro:
+        break;
+    }
+    return ReadFoxPro(offset);
+}
+
+void DbfMemo::Open() {
+    const QString extension = m_format == MemoFormat::FoxPro ? QStringLiteral("fpt") : QStringLiteral("dbt");
+    const QString path = FileBeside(m_tablePath, extension);
+    if (path.isEmpty()) {
+        throw ImportError(QStringLiteral("manca il file dei memo '%1.%2'; copiarlo dall'origine nella stessa cartella")
+                              .arg(QFileInfo(m_tablePath).completeBaseName(), extension));
+    }
+    m_file.setFileName(path);
+    if (!m_file.open(QIODevice::ReadOnly)) {
+        throw ImportError(QStringLiteral("il file dei memo '%1' non si può aprire (%2)")
+                              .arg(QFileInfo(path).fileName(), m_file.errorString()));
+    }
+    const QByteArray header = Bytes(0, 24);
+    const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
+    m_blockSize = m_format == MemoFormat::FoxPro ? qFromBigEndian<quint16>(bytes + 6) : HeaderLength;
+    if (m_format == MemoFormat::DBase4 && qFromLittleEndian<quint16>(bytes + 20) != 0) {
+        m_blockSize = qFromLittleEndian<quint16>(bytes + 20);
+    }
+    // FoxPro writes 0 for blocks of one byte.
+    m_blockSize = std::max<qint64>(m_blockSize, 1);
+}
+
+QByteArray DbfMemo::Bytes(qint64 offset, qint64 length) {
+    const qint64 size = m_file.size();
+    if (offset > size || length > size - offset || !m_file.seek(offset)) {
+        throw ImportError(
+            QStringLiteral("il testo del memo sta fuori dal file '%1' (byte %2, lunghezza %3, file di %4); "
+                           "copiare di nuovo tabella e memo dall'origine, insieme")
+                .arg(QFileInfo(m_file.fileName()).fileName())
+                .arg(offset)
+                .arg(length)
+                .arg(size));
+    }
+    QByteArray bytes = m_file.read(length);
+    if (bytes.size() != length) {
+        throw ImportError(QStringLiteral("il file dei memo '%1' non si legge (%2)")
+                              .arg(QFileInfo(m_file.fileName()).fileName(), m_file.errorString()));
+    }
+    return bytes;
+}
+
+QByteArray DbfMemo::ReadToEndMark(qint64 offset) {
+    constexpr char endMark = 0x1a;
+    QByteArray text;
+    for (qint64 at = offset;;) {
+        const qint64 length = std::clamp<qint64>(m_file.size() - at, 1, HeaderLength);
+        const QByteArray block = Bytes(at, length);
+        const qsizetype end = block.indexOf(endMark);
+        text += end < 0 ? block : block.left(end);
+        if (end >= 0) {
+            // The editor of dBase marks the line ends it made itself with a byte of their own.
+            return text.replace("\x8d\n", "\r\n");
+        }
+        at += length;
+    }
+}
+
+QByteArray DbfMemo::ReadDBase4(qint64 offset) {
+    const QByteArray head = Bytes(offset, BlockHeaderLength);
+    const auto* bytes = reinterpret_cast<const uchar*>(head.constData());
+    const qint64 length = qFromLittleEndian<quint32>(bytes + 4);
+    if (bytes[0] != 0xff || bytes[1] != 0xff || length < BlockHeaderLength) {
+        throw ImportError(
+            QStringLiteral("il blocco %1 del file '%2' non è un testo di memo; copiare di nuovo tabella e "
+                           "memo dall'origine, insieme")
+                .arg(offset / m_blockSize)
+                .arg(QFileInfo(m_file.fileName()).fileName()));
+    }
+    return Bytes(offset + BlockHeaderLength, length - BlockHeaderLength);
+}
+
+QByteArray DbfMemo::ReadFoxPro(qint64 offset) {
+    constexpr quint32 highestKind = 2; // picture, text, object
+    const QByteArray head = Bytes(offset, BlockHeaderLength);
+    const auto* bytes = reinterpret_cast<const uchar*>(head.constData());
+    if (offset < HeaderLength || qFromBigEndian<quint32>(bytes) > highestKind) {
+        throw ImportError(
+            QStringLiteral("il blocco %1 del file '%2' non è un testo di memo; copiare di nuovo tabella e "
+                           "memo dall'origine, insieme")
+                .arg(offset / m_blockSize)
+                .arg(QFileInfo(m_file.fileName()).fileName()));
+    }
+    return Bytes(offset + BlockHeaderLength, qFromBigEndian<quint32>(bytes + 4));
+}
+
+} // namespace sources

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "sql/engine.h"
+
+#include <QByteArrayView>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace sources {
+
+/// The number of a row in its file, from 1: first column of every table read from a file, so that an error can name
+/// the row.
+inline const QString RecordNumberColumn = QStringLiteral("_RECNO");
+
+/// A temporary SQLite database that a file source is loaded into. Nothing of it remains when it is closed, whatever
+/// way the program ends.
+class PrivateDatabase {
+public:
+    /// Raises `ImportError` when no temporary file can be made, as do the other operations when it cannot grow.
+    PrivateDatabase();
+
+    /// Lets later queries find rows by a column fast.
+    void AddIndex(const QString& table, const QString& column);
+    /// Hands the loaded database over for queries; nothing can be loaded after that.
+    std::unique_ptr<Engine> Open();
+
+private:
+    friend class PrivateTable;
+    struct Close {
+        void operator()(sqlite3* database) const noexcept;
+    };
+
+    void Run(const QString& statement);
+    [[noreturn]] void Fail() const;
+
+    std::unique_ptr<sqlite3, Close> m_database;
+};
+
+/// Makes one table of a private database and fills it row by row.
+/// The declared type of a column tells its kind when rows are read back: "DATE TEXT" (values "yyyy-MM-dd"),
+/// "DATETIME TEXT" ("yyyy-MM-dd hh:mm:ss"), "BIT" (0, 1), any other type in SQLite's own sense. A text that is no such
+/// value is kept as it is.
+class PrivateTable {
+public:
+    /// @param columns without the record number, which comes first by itself; texts compare without case
+    PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns);
+
+    // The values of the row under way, by column (from 0); a column that is not set is Null.
+    void SetText(int column, QByteArrayView utf8);
+    void SetInteger(int column, qint64 value);
+    void SetReal(int column, double value);
+    /// Adds the row and starts an empty one. @param number the row's number in its file, from 1
+    void AddRow(qint64 number);
+
+private:
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const noexcept;
+    };
+    void Check(int code) const;
+
+    PrivateDatabase& m_database;
+    std::unique_ptr<sqlite3_stmt, Finalize> m_insert;
+};
+
+} // namespace sources
