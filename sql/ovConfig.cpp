@@ -1,0 +1,35 @@
+#include "sql/ovConfig.h"
+
+namespace {
+constexpr qsizetype LongestValue = 127; ///< a reader of private profiles has 128 characters, the last one ends the text
+const QString ConfigSection = QStringLiteral("CONFIG");
+} // namespace
+
+void ovConfig::SetConfigFile(const QString& path) { m_file = SettingsFile(path); }
+
+void ovConfig::LoadConfig() {
+    m_file.Reload();
+    m_file.Read(ConfigSection, {});
+}
+
+QString ovConfig::GetConfig(const QString& key, const QString& defaultValue) {
+    return PeekAppConfig(ConfigSection, key, defaultValue);
+}
+
+QString ovConfig::PeekAppConfig(const QString& section, const QString& key, const QString& defaultValue) {
+    const QString value = m_file.Read(section, key).left(LongestValue);
+    return value.isEmpty() ? defaultValue : value;
+}
+
+QString ovConfig::GetAppConfig(const QString& section, const QString& key, const QString& defaultValue) {
+    const QString value = m_file.Read(section, key).left(LongestValue);
+    if (!value.isEmpty()) {
+        return value;
+    }
+    SetAppConfig(section, key, defaultValue);
+    return defaultValue;
+}
+
+void ovConfig::SetAppConfig(const QString& section, const QString& key, const QString& value) {
+    m_file.Write(section, key, value);
+}
