@@ -1,0 +1,159 @@
+#include "app/reset.h"
+
+#include "sql/ovQueryConstructor.h"
+
+namespace {
+
+// The bar never stands at zero, and it is full only when the dialog closes.
+constexpr float StartMax = 1.0001F;
+constexpr float StartValue = 0.0001F;
+constexpr float MaxPerOption = 2;
+
+using Options = std::vector<ResetOption>;
+using R = ResetOptions;
+
+/// What a click on an option sets in others.
+struct Rule {
+    ResetOption option;
+    Options ticked;  ///< ticked along when it is ticked
+    Options cleared; ///< cleared along when it is cleared
+};
+
+const std::vector<Rule>& Rules() {
+    static const std::vector<Rule> rules{
+        {&R::AnaArt,
+         {&R::DocAcq, &R::DocVen, &R::Maga, &R::MagaLam, &R::DisBas, &R::PrevProd, &R::OrdProd, &R::Rilevamenti},
+         {}},
+        {&R::AnaCon, {&R::DocAcq, &R::DocVen}, {}},
+        {&R::DocVen, {&R::PrevProd, &R::OrdProd, &R::Rilevamenti}, {&R::AnaArt, &R::AnaCon}},
+        {&R::OrdProd, {&R::PrevProd, &R::Rilevamenti}, {&R::DocVen, &R::AnaArt}},
+        {&R::DocAcq, {}, {&R::AnaArt, &R::AnaCon}},
+        {&R::PrevProd, {}, {&R::AnaArt, &R::DocVen}},
+        {&R::Rilevamenti, {}, {&R::OrdProd, &R::DocVen}},
+        {&R::DisBas, {}, {&R::AnaArt}},
+        {&R::Maga, {}, {&R::AnaArt}},
+        {&R::MagaLam, {}, {&R::AnaArt}},
+        {&R::SystemTable, {}, {}},
+    };
+    return rules;
+}
+
+/// Runs the rule of an option, and in turn the rules of the options whose value it changed.
+void RunRule(ResetOptions& options, ResetOption clicked) {
+    const bool value = options.*clicked;
+    for (const Rule& rule : Rules()) {
+        if (rule.option != clicked) {
+            continue;
+        }
+        for (const ResetOption other : value ? rule.ticked : rule.cleared) {
+            if (options.*other != value) {
+                options.*other = value;
+                RunRule(options, other);
+            }
+        }
+    }
+}
+
+int CountOf(const ResetOptions& options) {
+    int count = 0;
+    for (const ResetChoice& choice : ResetChoices()) {
+        count += options.*choice.option ? 1 : 0;
+    }
+    return count;
+}
+
+QString DeleteStatement(const ovConnection& connection, const QString& table) {
+    ovQueryConstructor builder;
+    builder.ProviderType = connection.ProviderType;
+    builder.SetTable(connection.GetFullTableName(table));
+    return builder.MakeQuery(StatementKind::Delete);
+}
+
+/// Empties the tables of one group; false when the operator cancelled.
+bool EmptyGroup(ovConnection& connection, const ResetGroup& group, Progress& progress, EmptyingResult& result) {
+    for (const QString& table : group.tables) {
+        const qint64 rows = connection.Execute(DeleteStatement(connection, table));
+        result.tables.append({connection.GetFullTableName(table), rows});
+        progress.SetValue(progress.Value() + 1);
+        if (progress.Cancel()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& result) {
+    const Operator::Busy busy(session.Person);
+    const std::unique_ptr<Progress> progress = session.Person.ShowProgress();
+    progress->SetMax(StartMax + MaxPerOption * static_cast<float>(CountOf(options)));
+    progress->SetValue(StartValue);
+    for (const ResetGroup& group : ResetGroups()) {
+        if (options.*group.option && !EmptyGroup(session.Quadrix, group, *progress, result)) {
+            result.outcome = RunResult::Outcome::Cancelled;
+            return;
+        }
+    }
+}
+
+} // namespace
+
+const std::vector<ResetChoice>& ResetChoices() {
+    static const std::vector<ResetChoice> choices{
+        {&R::SystemTable, "SystemTable", QStringLiteral("Tabelle di sistema (di tutte le aziende)")},
+        {&R::Rilevamenti, "Rilevamenti", QStringLiteral("Rilevamenti di produzione")},
+        {&R::OrdProd, "OrdProd", QStringLiteral("Ordini di produzione")},
+        {&R::PrevProd, "PrevProd", QStringLiteral("Preventivi di produzione")},
+        {&R::DisBas, "DisBas", QStringLiteral("Distinte base")},
+        {&R::DocVen, "DocVen", QStringLiteral("Documenti di vendita e di acquisto")},
+        {&R::DocAcq, "DocAcq", QStringLiteral("Documenti di acquisto (si eliminano con quelli di vendita)")},
+        {&R::AnaArt, "AnaArt", QStringLiteral("Anagrafica articoli")},
+        {&R::AnaCon, "AnaCon", QStringLiteral("Anagrafica controparti")},
+        {&R::MagaLam, "MagaLam", QStringLiteral("Formati lamiera")},
+        {&R::Maga, "Maga", QStringLiteral("Magazzino: movimenti e giacenze")},
+    };
+    return choices;
+}
+
+ResetOptions AfterClick(ResetOptions options, ResetOption clicked) {
+    RunRule(options, clicked);
+    return options;
+}
+
+const std::vector<ResetGroup>& ResetGroups() {
+    static const std::vector<ResetGroup> groups{
+        {&R::Rilevamenti, {"RIL_TEM", "RIL_PRE"}},
+        {&R::OrdProd, {"ORD_FAS", "ORD_COM", "ORD_REV", "ORD_PRO"}},
+        {&R::PrevProd, {"PRE_FAS", "PRE_COM", "PRE_VEN"}},
+        {&R::DisBas, {"DIS_FAS", "DIS_COM", "DIS_BAS"}},
+        {&R::DocVen, {"DOC_VER", "DOC_VED", "DOC_VEN"}},
+        {&R::DocVen, {"DOC_ACR", "DOC_ACD", "DOC_ACQ"}},
+        {&R::MagaLam, {"ART_FMT"}},
+        {&R::Maga, {"MOV_MAR", "MOV_MAG", "ART_MAG"}},
+        {&R::AnaArt, {"ART_COD", "ART_ICO"}},
+        {&R::AnaCon, {"CON_SED", "CON_RIF", "CON_TRO"}},
+        {&R::SystemTable, {"IMA_GES", "SYS_LOG", "SYS_MSG", "SYS_ATT", "SYS_PIT", "SYS_CFG", "SYS_LAY"}},
+    };
+    return groups;
+}
+
+bool ConfirmReset(Operator& person, const ResetOptions& options) {
+    if (CountOf(options) == 0) {
+        person.Message(QStringLiteral("Selezionare almeno un opzione!"), Icon::Exclamation);
+        return false;
+    }
+    return person.Ask(QStringLiteral("Confermi l'eliminazione di tutti i dati selezionati?"), Question::Exclamation);
+}
+
+EmptyingResult ResetDatabase(Session& session, const ResetOptions& options) {
+    EmptyingResult result;
+    try {
+        EmptyGroups(session, options, result);
+        if (result.outcome == RunResult::Outcome::Done) {
+            session.Person.Message(QStringLiteral("Reset Database eseguito con successo!"));
+        }
+    } catch (...) {
+        result.outcome = RunResult::Outcome::Failed;
+        session.Errors.Monitoring(QStringLiteral("frmImport"), QStringLiteral("cmdReset_Click"));
+    }
+    return result;
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "core/Session.h"
+
+#include <vector>
+
+/// The kinds of data that a reset empties, one per check box of the dialog, in the order in which they are told.
+struct ResetOptions {
+    bool SystemTable = false;
+    bool Rilevamenti = false; ///< production time recordings
+    bool OrdProd = false;     ///< production orders
+    bool PrevProd = false;    ///< production estimates
+    bool DisBas = false;      ///< bills of materials
+    bool DocVen = false;      ///< sales documents
+    bool DocAcq = false;      ///< purchase documents; empties nothing of its own, their tables follow DocVen
+    bool AnaArt = false;      ///< articles
+    bool AnaCon = false;      ///< counterparties
+    bool MagaLam = false;     ///< sheet-metal formats
+    bool Maga = false;        ///< stock
+
+    bool operator==(const ResetOptions&) const = default;
+};
+
+/// One of the options.
+using ResetOption = bool ResetOptions::*;
+
+/// What there is to know about an option.
+struct ResetChoice {
+    ResetOption option;
+    const char* name; ///< "AnaArt": the check box is "chkAnaArt", the command line says "anaart"
+    QString caption;  ///< for the operator
+};
+
+/// Every option, in the order of `ResetOptions`.
+const std::vector<ResetChoice>& ResetChoices();
+
+/// The options after one of them was clicked: deleting master data takes along all that refers to it, and keeping
+/// something that refers to master data keeps the master data.
+/// @param options the options as the click left them
+ResetOptions AfterClick(ResetOptions options, ResetOption clicked);
+
+/// Tables that an option empties.
+struct ResetGroup {
+    ResetOption option;
+    QStringList tables; ///< bare names, in the order of deletion
+};
+
+/// The groups in the order of deletion; an option may have more than one.
+const std::vector<ResetGroup>& ResetGroups();
+
+/// How a reset or a truncation ended.
+struct EmptyingResult {
+    /// One table and the rows that went; -1 where the database does not count them.
+    struct Table {
+        QString name; ///< physical name
+        qint64 rows;
+    };
+
+    RunResult::Outcome outcome = RunResult::Outcome::Done;
+    QVector<Table> tables; ///< the tables emptied, in order; those not named keep their rows
+};
+
+/// Whether the chosen options may be deleted: at least one must be chosen and the operator must agree.
+bool ConfirmReset(Operator& person, const ResetOptions& options);
+
+/// Deletes every row of the chosen tables of the company under work, with a progress dialog that can be cancelled
+/// between two tables. Each statement commits by itself: what was emptied before a cancel or an error stays empty.
+/// An error is reported under "frmImport", "cmdReset_Click".
+EmptyingResult ResetDatabase(Session& session, const ResetOptions& options);

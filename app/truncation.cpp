@@ -1,0 +1,67 @@
+#include "app/truncation.h"
+
+#include "sql/mod_ovTools.h"
+
+namespace modImport {
+
+namespace {
+
+const QString ArticleTable = QStringLiteral("ART_ICO");
+const QString LanguageTable = QStringLiteral("SYS_LNG");
+
+/// The texts of the articles; those of other tables stay.
+QString DeleteArticleTexts(const ovConnection& connection) {
+    const QString owner = connection.GetFullTableName(ArticleTable);
+    return QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") +
+           mod_ovTools::FormatSqlValue(owner, DataType::NVarChar, connection.ProviderType);
+}
+
+void TruncateAll(Session& session, EmptyingResult& result) {
+    const Operator::Busy busy(session.Person);
+    ovConnection& connection = session.Quadrix;
+    for (const QString& table : TruncatedTables()) {
+        const QString name = connection.GetFullTableName(table);
+        result.tables.append({name, connection.Execute(QStringLiteral("TRUNCATE TABLE ") + name)});
+        if (table == ArticleTable) {
+            result.tables.append({LanguageTable, connection.Execute(DeleteArticleTexts(connection))});
+        }
+    }
+}
+
+} // namespace
+
+const QStringList& TruncatedTables() {
+    static const QStringList tables{// recordings and groupings
+                                    "RIL_PRE", "RIL_PRS", "RIL_TEM", "RIL_TER", "RAG_LAV", "RAG_LAR",
+                                    // production orders
+                                    "ORD_FAP", "ORD_FAS", "ORD_COP", "ORD_COM", "ORD_PRO", "ORD_REV",
+                                    // bills of materials
+                                    "DIS_FAP", "DIS_FAS", "DIS_COP", "DIS_COM", "DIS_BAS",
+                                    // accounting movements and due dates
+                                    "MOV_COR", "MOV_CON", "SCA_MOV",
+                                    // purchase, subcontracting, intra-company and sales documents
+                                    "DOC_ACX", "DOC_ACR", "DOC_ACD", "DOC_ACQ", "DOC_CTX", "DOC_CTR", "DOC_CTD",
+                                    "DOC_CTL", "DOC_ICX", "DOC_ICR", "DOC_ICD", "DOC_ICO", "DOC_VEX", "DOC_VER",
+                                    "DOC_VED", "DOC_VEN",
+                                    // warehouse locations, handling units, valuations and stock movements
+                                    "UBI_MAG", "UDC_MAG", "UDC_ART", "UDC_MOV", "UBI_MOV", "UBI_MOA", "VAL_MAR",
+                                    "VAL_MAG", "MOV_MAX", "MOV_MAR", "MOV_MAG", "MOV_LOG",
+                                    // articles
+                                    "ART_SAL", "ART_COD", "ART_FOR", "ART_KIT", "ART_FMT", "ART_ICO",
+                                    // counterparties
+                                    "CON_SED", "CON_RIF", "NUM_TEL", "IND_WEB", "CON_TRO"};
+    return tables;
+}
+
+EmptyingResult TruncateDatabase(Session& session) {
+    EmptyingResult result;
+    try {
+        TruncateAll(session, result);
+    } catch (...) {
+        result.outcome = RunResult::Outcome::Failed;
+        session.Errors.Monitoring(QStringLiteral("modImport"), QStringLiteral("TruncateDatabase"));
+    }
+    return result;
+}
+
+} // namespace modImport
