@@ -1,0 +1,49 @@
+#pragma once
+
+#include "sql/types.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+/// The tables of the Quadrix database that the imports read and write.
+namespace schema {
+
+/// A column of a table.
+struct Column {
+    QString name;
+    DataType type = DataType::NVarChar;
+    int size = 0;              ///< characters of a text; 0 for every other type
+    bool languageText = false; ///< its texts are kept by language in SYS_LNG too
+    bool indexed = false;      ///< has an index of its own, beside that of the table's key
+    QString refersTo;          ///< bare name of the table whose code column holds its values; empty for none
+    QString condition;         ///< column that names the table referred to, when a column serves several; else empty
+};
+
+/// A table, with the identity and audit columns that every table has.
+class Table {
+public:
+    QString name;                ///< bare name, "CON_TRO"
+    bool shared = false;         ///< one for all companies: carries no company code
+    QStringList key;             ///< columns of its key, in order; a key of one column is unique; may be empty
+    std::vector<Column> columns; ///< in the order in which the table is created
+
+    /// The column of that name, compared without case; null when there is none.
+    const Column* FindColumn(const QString& column) const;
+    /// Name of the column that holds the table's own code: its key of one column; empty when it has none.
+    QString CodeColumn() const { return key.size() == 1 ? key.front() : QString(); }
+    /// Adds a column after the last.
+    void Add(Column column);
+
+private:
+    QHash<QString, int> m_positions; ///< by name in upper case
+};
+
+/// All tables, by subject.
+const std::vector<Table>& Tables();
+/// The table of that bare name, compared without case; null when there is none.
+const Table* FindTable(const QString& bareName);
+
+} // namespace schema
