@@ -7,6 +7,7 @@
 #include "adapters/contract/Counterparty.h"
 #include "adapters/contract/Mapping.h"
 #include "adapters/contract/Origin.h"
+#include "core/modImport.h"
 #include "core/modMain.h"
 
 using namespace contract;
@@ -76,6 +77,36 @@ const Mapping& Controparti() {
     return mapping;
 }
 
+/// What a customer's row adds to a counterparty that is there already.
+const Mapping& RuoloCliente() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Anagrafe,
+        {
+            {"COCLI", "", Constant(true)},
+            {"COMAC", "contrpart", Text()},
+            {"COSC1", "sconto1", LeadingNumber()},
+            {"COCGE", "codice", Text()},
+        },
+    };
+    return mapping;
+}
+
+/// What a supplier's row adds to a counterparty that is there already.
+const Mapping& RuoloFornitore() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Anagrafe,
+        {
+            {"COFOR", "", Constant(true)},
+            {"COMAF", "contrpart", Text()},
+            {"COSF1", "sconto1", LeadingNumber()},
+            {"COFGE", "codice", Text()},
+        },
+    };
+    return mapping;
+}
+
 const Mapping& Sedi() {
     static const Mapping mapping{
         "CON_SED",
@@ -103,7 +134,8 @@ bool IsCustomerCode(const QString& code) { return code.startsWith(u'C', Qt::Case
 
 /// Customers keep the number of their code, suppliers are numbered after the highest code present.
 QString AssignCode(ImportRun& run, const CounterpartyWriter& writer, const QString& sourceCode) {
-    const QString known = modImport::GetNewCode(run.GetSession(), Anagrafe, QStringLiteral("codice"), sourceCode, false);
+    const QString known =
+        modImport::GetNewCode(run.GetSession(), Anagrafe, QStringLiteral("codice"), sourceCode, false);
     if (!known.isEmpty()) {
         return known;
     }
@@ -113,7 +145,8 @@ QString AssignCode(ImportRun& run, const CounterpartyWriter& writer, const QStri
     bool isNumber = false;
     const qint64 number = sourceCode.mid(1).toLongLong(&isNumber);
     if (!isNumber) {
-        throw ImportError(QStringLiteral("colonna 'codice': dopo la prima lettera '%1' non è un numero").arg(sourceCode));
+        throw ImportError(
+            QStringLiteral("colonna 'codice': dopo la prima lettera '%1' non è un numero").arg(sourceCode));
     }
     return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
 }
@@ -122,10 +155,7 @@ QString AssignCode(ImportRun& run, const CounterpartyWriter& writer, const QStri
 RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
     const bool supplier = row.Text("codice").startsWith(u'F', Qt::CaseInsensitive);
     TargetRow target(run, "CON_TRO");
-    target.Set(supplier ? "COFOR" : "COCLI", true);
-    target.Set(supplier ? "COMAF" : "COMAC", row.Text("contrpart"));
-    target.Set(supplier ? "COSF1" : "COSC1", ReadLeadingNumber(row.Text("sconto1")).value_or(0));
-    target.Set(supplier ? "COFGE" : "COCGE", row.Text("codice"));
+    (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
     target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
     return RowOutcome::Updated;
 }
@@ -207,17 +237,27 @@ RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToC
     return RowOutcome::Inserted;
 }
 
+const Needs& ContropartiNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Controparti(), &RuoloCliente(), &RuoloFornitore(), &Sedi()},
+                  {{Anagrafe,
+                    {"persdacont", "telefono", "fax", "telefono2", "telefono3", "url", "email", "emailamm", "emailven",
+                     "emailacq", "destdiv"}},
+                   {Destinaz, {"telefono", "fax"}}},
+                  CounterpartyNeeds()};
+        all.writes.push_back({"CON_SED", {"SEDEF"}});
+        return all;
+    }();
+    return needs;
+}
+
 void ImportContropartiArca2000(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportContropartiArca2000", singleCode);
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
-        run.Preflight({Reads(Controparti(), {"persdacont", "telefono", "fax", "telefono2", "telefono3", "url", "email",
-                                             "emailamm", "emailven", "emailacq", "destdiv"}),
-                       Reads(Sedi(), {"telefono", "fax"})},
-                      {Writes(Controparti()), Writes(Sedi(), {"SEDEF"}), ContactNeed, TelephoneNeed, WebNeed});
+        run.Preflight(ContropartiNeeds());
         run.Truncate(reset, {"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"});
-        const bool mailsToContacts =
-            run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
+        const bool mailsToContacts = run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
         const QString where = singleCode.isEmpty() ? QString() : "\rWHERE codice = " + run.Quoted(singleCode);
         const ImportRun::Loop loop{"Controparti", Anagrafe, "codice", "SELECT COUNT(*) FROM anagrafe" + where,
                                    "SELECT * \rFROM anagrafe" + where + "\rORDER BY codice"};
@@ -253,7 +293,7 @@ const Origin& Entry() {
             {Shown::Yes, "Importa Listini"}, // Disegni
         }},
         Shown::Yes,
-        {{Button::Cli, "ImportContropartiArca2000", ImportContropartiArca2000}},
+        {{Button::Cli, "ImportContropartiArca2000", ImportContropartiArca2000, ContropartiNeeds()}},
     };
     return origin;
 }

@@ -5,7 +5,7 @@ target_compile_options(quadrix_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
     -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 target_compile_definitions(quadrix_flags INTERFACE
-    QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH)
+    QT_USE_QSTRINGBUILDER QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH)
 target_include_directories(quadrix_flags INTERFACE ${PROJECT_SOURCE_DIR})
 if(QUADRIX_SANITIZE)
     target_compile_options(quadrix_flags INTERFACE
@@ -14,13 +14,14 @@ if(QUADRIX_SANITIZE)
 endif()
 
 # One floor of the house: a static library of the .cpp files of its folder (and of its sub-folders).
-# main.cpp, where there is one, belongs to the program and not to the library.
+# main.cpp, where there is one, belongs to the program and not to the library. MOC: it declares classes with Q_OBJECT.
 function(quadrix_floor name)
-    cmake_parse_arguments(FLOOR "" "" "LINK;PRIVATE" ${ARGN})
+    cmake_parse_arguments(FLOOR "MOC" "" "LINK;PRIVATE" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${name}/*.cpp ${PROJECT_SOURCE_DIR}/${name}/*.h)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     add_library(quadrix_${name} STATIC ${sources})
     target_link_libraries(quadrix_${name} PUBLIC quadrix_flags ${FLOOR_LINK} PRIVATE ${FLOOR_PRIVATE})
+    set_target_properties(quadrix_${name} PROPERTIES AUTOMOC ${FLOOR_MOC})
     target_precompile_headers(quadrix_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
 endfunction()
 
@@ -29,6 +30,7 @@ function(quadrix_test name)
     cmake_parse_arguments(TEST "" "" "LINK" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
     add_executable(test_${name} ${sources} ${CMAKE_CURRENT_SOURCE_DIR}/support/main.cpp)
+    set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(test_${name} PRIVATE quadrix_${name} Qt6::Test ${TEST_LINK})
     target_compile_definitions(test_${name} PRIVATE QUADRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     target_precompile_headers(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)

@@ -117,8 +117,8 @@ QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode,
                                     bool partialMatch) {
     const Operator::Busy busy(session.Person);
     return Looked(session, QStringLiteral("GetNewControparteFromCodExt"), [&] {
-        const QString compare = partialMatch ? QStringLiteral(" LIKE '%") + sourceCode + QStringLiteral("%'")
-                                             : QStringLiteral(" = '") + sourceCode + u'\'';
+        const QString compare = partialMatch ? QString(QStringLiteral(" LIKE '%") + sourceCode + QStringLiteral("%'"))
+                                             : QString(QStringLiteral(" = '") + sourceCode + u'\'');
         const QString customer = QStringLiteral("COCGE") + compare;
         const QString supplier = QStringLiteral("COFGE") + compare;
         const QString condition = asCustomer   ? customer

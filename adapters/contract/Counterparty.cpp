@@ -15,6 +15,14 @@ QString Without(QString text, const QString& characters) {
 
 } // namespace
 
+std::vector<TableNeed> CounterpartyNeeds() {
+    const QString name = QStringLiteral("TBNAM");
+    const QString key = QStringLiteral("TBKEY");
+    return {{"CON_RIF", {"CDCON", "RFNOM"}},
+            {"NUM_TEL", {name, key, "NRDES", "NRPRI", "NRNUM", "NRTEL"}},
+            {"IND_WEB", {name, key, "WBTIP", "WBDES", "WBIND"}}};
+}
+
 QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
 
 QString CounterpartyWriter::FindByIdentity(const QString& vatNumber, const QString& taxCode) const {
@@ -23,8 +31,9 @@ QString CounterpartyWriter::FindByIdentity(const QString& vatNumber, const QStri
     }
     const QString condition = vatNumber.isEmpty() ? QStringLiteral("COFIS = ") + m_run.Quoted(taxCode)
                                                   : QStringLiteral("COIVA = ") + m_run.Quoted(vatNumber);
-    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
-        QStringLiteral("SELECT CDCON FROM ") + m_run.FullName(QStringLiteral("CON_TRO")) + QStringLiteral(" WHERE ") + condition);
+    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT CDCON FROM ") +
+                                                                m_run.FullName(QStringLiteral("CON_TRO")) +
+                                                                QStringLiteral(" WHERE ") + condition);
     return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
 }
 
@@ -37,15 +46,16 @@ bool CounterpartyWriter::Exists(const QString& code) const {
 }
 
 QString CounterpartyWriter::NextCode() const {
-    const QString highest = m_run.GetSession()
-                                .Quadrix.GetMaxValue(QStringLiteral("CON_TRO"), QStringLiteral("CDCON"), {},
-                                                     QStringLiteral("000000"))
-                                .toString();
+    const QString highest =
+        m_run.GetSession()
+            .Quadrix.GetMaxValue(QStringLiteral("CON_TRO"), QStringLiteral("CDCON"), {}, QStringLiteral("000000"))
+            .toString();
     bool isNumber = false;
     const qint64 number = highest.toLongLong(&isNumber);
     if (!isNumber) {
-        throw ImportError(QStringLiteral("il codice più alto di CON_TRO, '%1', non è un numero: non se ne può fare un altro")
-                              .arg(highest));
+        throw ImportError(
+            QStringLiteral("il codice più alto di CON_TRO, '%1', non è un numero: non se ne può fare un altro")
+                .arg(highest));
     }
     if (number >= HighestCode) {
         throw ImportError(QStringLiteral("i codici a sei cifre di CON_TRO sono esauriti"));
@@ -68,7 +78,8 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
     QString stored = WithoutSeparators(number);
     if (!mod_ovTools::ReadNumber(stored)) {
         stored = u'0' + mod_ovTools::NumberText(ReadLeadingNumber(stored).value_or(0));
-        m_run.Log(QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' scritto come '%3'").arg(m_run.RowKey(), number, stored));
+        m_run.Log(
+            QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' scritto come '%3'").arg(m_run.RowKey(), number, stored));
     }
     TargetRow row = NewRow(QStringLiteral("NUM_TEL"));
     row.Set(QStringLiteral("TBNAM"), owner.table);
@@ -76,7 +87,7 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
     row.Set(QStringLiteral("NRDES"), label);
     row.Set(QStringLiteral("NRPRI"), Prefix);
     row.Set(QStringLiteral("NRNUM"), stored);
-    row.Set(QStringLiteral("NRTEL"), Prefix + u' ' + stored);
+    row.Set(QStringLiteral("NRTEL"), QString(Prefix + u' ' + stored));
     row.Insert();
 }
 
@@ -104,7 +115,8 @@ void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QS
 }
 
 Owner CounterpartyWriter::LastOf(const QString& table) const {
-    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + m_run.FullName(table));
+    const Recordset rows =
+        m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + m_run.FullName(table));
     return {table, rows.Fields(0).Value().toString()};
 }
 

@@ -10,6 +10,9 @@ struct Owner {
     QString key;   ///< its code or RECORD_ID
 };
 
+/// What the writer below writes.
+std::vector<TableNeed> CounterpartyNeeds();
+
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
 QString WithoutSeparators(QString text);
 
@@ -18,7 +21,9 @@ QString WithoutSeparators(QString text);
 class CounterpartyWriter {
 public:
     /// @param run the run under way @param created DTINS of the rows; Null for the moment of the import
-    CounterpartyWriter(ImportRun& run, QVariant created) : m_run(run), m_created(std::move(created)) {}
+    CounterpartyWriter(ImportRun& run, QVariant created)
+        : m_run(run),
+          m_created(std::move(created)) {}
 
     /// CDCON of the counterparty with that VAT number or, only when the VAT number is blank, with that tax code;
     /// empty when there is none.

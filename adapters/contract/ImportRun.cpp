@@ -9,25 +9,6 @@ namespace {
 
 constexpr qsizetype KeptReasons = 1000; ///< rows given up that the result lists; the log names them all
 
-/// Adds what of a need is missing in a database to the list.
-void AddMissing(QStringList& missing, ovConnection& connection, const TableNeed& need, const QString& where) {
-    const QString table = connection.GetFullTableName(need.table);
-    const QVector<ColumnInfo> columns = connection.GetColumns(table);
-    if (columns.isEmpty()) {
-        missing.append(QStringLiteral("%1: tabella '%2'").arg(where, table));
-        return;
-    }
-    QSet<QString> names;
-    for (const ColumnInfo& column : columns) {
-        names.insert(column.name.toUpper());
-    }
-    for (const QString& column : need.columns) {
-        if (!names.contains(column.toUpper())) {
-            missing.append(QStringLiteral("%1: colonna '%2.%3'").arg(where, table, column));
-        }
-    }
-}
-
 /// "tabella 'anagrafe', riga 214, codice 'C00012'", as far as the row tells.
 QString KeyOf(const ImportRun::Loop& loop, const SourceRow& row) {
     QString key = QStringLiteral("tabella '%1'").arg(loop.table);
@@ -38,11 +19,21 @@ QString KeyOf(const ImportRun::Loop& loop, const SourceRow& row) {
     return key + QStringLiteral(", %1 '%2'").arg(loop.keyColumn, row.Text(loop.keyColumn));
 }
 
+/// What tells rows that belong together from others.
+QString GroupOf(const ImportRun::Loop& loop, const SourceRow& row) {
+    QStringList values;
+    for (const QString& column : loop.group) {
+        values.append(row.Text(column));
+    }
+    return values.join(QChar(u'\x1f'));
+}
+
 } // namespace
 
 ImportRun::ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode)
-    : m_session(session), m_single(!singleCode.isEmpty()), m_untranslatedBefore(session.Untranslated.size()),
-      m_errorsBefore(session.Errors.Entries().size()) {
+    : m_session(session),
+      m_single(!singleCode.isEmpty()),
+      m_untranslatedBefore(session.Untranslated.size()) {
     m_result.module = module;
     m_result.procedure = procedure;
     m_clock.start();
@@ -60,8 +51,8 @@ void ImportRun::Guard(const std::function<void()>& body) {
 }
 
 void ImportRun::Finish() {
-    m_result.notReached = std::max<qint64>(
-        0, m_result.sourceRows - m_result.inserted - m_result.updated - m_result.skipped - m_result.givenUpCount);
+    m_result.notReached = std::max<qint64>(0, m_result.sourceRows - m_result.inserted - m_result.updated -
+                                                  m_result.skipped - m_result.givenUpCount);
     if (m_failed) {
         m_result.outcome = RunResult::Outcome::Failed;
         m_result.errors.append(m_session.Errors.Entries().last().message);
@@ -77,14 +68,8 @@ void ImportRun::Announce(const QString& announcement) {
     }
 }
 
-void ImportRun::Preflight(const std::vector<TableNeed>& reads, const std::vector<TableNeed>& writes) {
-    QStringList missing;
-    for (const TableNeed& need : reads) {
-        AddMissing(missing, m_session.SourceConnection(), need, QStringLiteral("origine"));
-    }
-    for (const TableNeed& need : writes) {
-        AddMissing(missing, m_session.Quadrix, need, QStringLiteral("Quadrix"));
-    }
+void ImportRun::Preflight(const Needs& needs) {
+    const QStringList missing = Missing(m_session, needs);
     if (!missing.isEmpty()) {
         throw ImportError(QStringLiteral("Nulla è stato scritto, manca quanto segue:\n") + missing.join(u'\n'));
     }
@@ -101,46 +86,75 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
 
 bool ImportRun::Ask(const QString& question) { return m_session.Person.Ask(question); }
 
-bool ImportRun::Rows(const Loop& loop, const std::function<RowOutcome(const SourceRow&)>& row) {
-    ovConnection& source = m_session.SourceConnection();
+bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {
+    const qint64 count = m_session.SourceConnection().ExecuteCommand(loop.count);
+    m_result.sourceRows += count;
     std::unique_ptr<Progress> progress;
-    const qint64 count = source.ExecuteCommand(loop.count);
     if (!m_single) {
         progress = m_session.Person.ShowProgress();
         progress->SetStep(loop.step);
         progress->SetMax(static_cast<float>(count));
     }
-    m_result.sourceRows += count;
+    ReadRows(loop, count, progress.get(), row, groupEnd);
+    return m_result.outcome != RunResult::Outcome::Cancelled;
+}
+
+void ImportRun::ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
+                         const std::function<void()>& groupEnd) {
+    m_group = {};
     qint64 read = 0;
-    Recordset rows = source.ExecuteWC(loop.select);
+    Recordset rows = m_session.SourceConnection().ExecuteWC(loop.select);
     for (const SourceRow current(rows); !rows.Eof(); rows.MoveNext()) {
-        if (progress && progress->Cancel()) {
-            m_result.outcome = RunResult::Outcome::Cancelled;
-            return false;
+        const QString group = GroupOf(loop, current);
+        if (loop.group.isEmpty() || group != m_group.value || read == 0) {
+            EndGroup(groupEnd);
+            if (progress != nullptr && progress->Cancel()) {
+                m_result.outcome = RunResult::Outcome::Cancelled;
+                return;
+            }
+            m_group.value = group;
         }
         if (++read > count) {
             ++m_result.sourceRows; // the source has grown since the count
         }
         ProcessRow(KeyOf(loop, current), [&] { return row(current); });
-        if (progress) {
+        if (progress != nullptr) {
             progress->SetValue(static_cast<float>(read));
         }
     }
-    return true;
+    EndGroup(groupEnd);
 }
 
 void ImportRun::ProcessRow(const QString& key, const std::function<RowOutcome()>& row) {
+    if (m_group.givenUp) {
+        CountGivenUp(key, QStringLiteral("appartiene a righe abbandonate"));
+        return;
+    }
+    m_group.keys.append(key);
+    Attempt(key, [&] { Account(row()); });
+}
+
+void ImportRun::EndGroup(const std::function<void()>& groupEnd) {
+    if (groupEnd && !m_group.keys.isEmpty() && !m_group.givenUp) {
+        Attempt(m_group.keys.last(), groupEnd);
+    }
+    m_group = {};
+    m_written.clear();
+    m_changed.clear();
+}
+
+void ImportRun::Attempt(const QString& key, const std::function<void()>& work) {
     const ovErrors::Row underWay(m_session.Errors, key);
+    const size_t before = m_written.size();
     for (int attempt = 1;; ++attempt) {
-        m_written.clear();
         try {
-            Account(row());
+            work();
             return;
         } catch (const RowGivenUp& error) {
             GiveUp(key, error.Message());
             return;
         } catch (ImportError& error) {
-            TakeBack();
+            TakeBack(before);
             try {
                 m_session.Errors.Decide(error, attempt);
             } catch (const RowGivenUp&) {
@@ -161,18 +175,34 @@ void ImportRun::Account(RowOutcome outcome) {
     switch (outcome) {
     case RowOutcome::Inserted:
         ++m_result.inserted;
+        ++m_group.inserted;
         break;
     case RowOutcome::Updated:
         ++m_result.updated;
+        ++m_group.updated;
         break;
     case RowOutcome::Skipped:
         ++m_result.skipped;
+        ++m_group.skipped;
         break;
     }
 }
 
 void ImportRun::GiveUp(const QString& key, const QString& reason) {
-    TakeBack();
+    TakeBack(0);
+    m_result.inserted -= m_group.inserted;
+    m_result.updated -= m_group.updated;
+    m_result.skipped -= m_group.skipped;
+    for (const QString& other : std::as_const(m_group.keys)) {
+        CountGivenUp(other, other == key ? reason : QString(QStringLiteral("appartiene a ") + key));
+    }
+    for (const QString& table : std::exchange(m_changed, {})) {
+        Log(QStringLiteral("Rimane aggiornata una riga di %1: %2").arg(FullName(table), key));
+    }
+    m_group = {m_group.value, {}, 0, 0, 0, true};
+}
+
+void ImportRun::CountGivenUp(const QString& key, const QString& reason) {
     ++m_result.givenUpCount;
     if (m_result.givenUp.size() < KeptReasons) {
         m_result.givenUp.append({key, reason});
@@ -180,16 +210,18 @@ void ImportRun::GiveUp(const QString& key, const QString& reason) {
     Log(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
 }
 
-void ImportRun::TakeBack() {
-    const std::vector<Written> written = std::exchange(m_written, {});
-    for (auto row = written.rbegin(); row != written.rend(); ++row) {
+void ImportRun::TakeBack(size_t from) {
+    while (m_written.size() > from) {
+        const Written row = std::move(m_written.back());
+        m_written.pop_back();
         try {
-            m_session.Quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE RECORD_ID = %2").arg(FullName(row->table)).arg(row->id));
-            ++m_result.tables[row->table].takenBack;
+            m_session.Quadrix.Execute(
+                QStringLiteral("DELETE FROM %1 WHERE RECORD_ID = %2").arg(FullName(row.table)).arg(row.id));
+            ++m_result.tables[row.table].takenBack;
         } catch (const Error& error) {
             Log(QStringLiteral("Rimane in %1 la riga %2 di una riga abbandonata: %3")
-                    .arg(FullName(row->table))
-                    .arg(row->id)
+                    .arg(FullName(row.table))
+                    .arg(row.id)
                     .arg(error.Message()));
         }
     }
@@ -200,7 +232,10 @@ void ImportRun::Inserted(const QString& table) {
     m_written.push_back({table, m_session.Quadrix.LastInsertId()});
 }
 
-void ImportRun::Updated(const QString& table) { ++m_result.tables[table].updated; }
+void ImportRun::Updated(const QString& table) {
+    ++m_result.tables[table].updated;
+    m_changed.append(table);
+}
 
 void ImportRun::Complete(const QString& message) {
     if (!m_single && m_result.outcome == RunResult::Outcome::Done) {

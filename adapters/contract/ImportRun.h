@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Mapping.h"
+#include "adapters/contract/Needs.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/Session.h"
 
@@ -10,12 +10,6 @@ namespace contract {
 
 /// What became of a source row.
 enum class RowOutcome { Inserted, Updated, Skipped };
-
-/// A table and the columns of it that a procedure needs.
-struct TableNeed {
-    QString table;
-    QStringList columns;
-};
 
 /// One run of one import procedure: announcement, preflight, emptying, questions, the row loop with progress, cancel
 /// and the account, the completion message, and the guard around it all. When it ends, its result is in the session.
@@ -32,7 +26,7 @@ public:
     void Announce(const QString& announcement);
     /// Checks that the source and the target hold what the run reads and writes, before anything is written.
     /// Raises `ImportError` listing everything that is missing.
-    void Preflight(const std::vector<TableNeed>& reads, const std::vector<TableNeed>& writes);
+    void Preflight(const Needs& needs);
     /// Empties tables (bare names), in their order, when the operator asked for it.
     void Truncate(bool reset, const QStringList& tables);
     /// Asks a yes/no question of this origin.
@@ -45,10 +39,17 @@ public:
         QString keyColumn; ///< its code column, for messages
         QString count;     ///< query that counts the rows
         QString select;    ///< query that reads them
+        /// Columns whose values tell which rows belong together, such as the rows of a document, and by which the rows
+        /// come ordered; empty: every row stands alone. Rows that belong together are carried over or given up as one,
+        /// and a cancel waits for their end.
+        QStringList group = {};
     };
+    using RowWork = std::function<RowOutcome(const SourceRow&)>;
     /// Reads the rows and hands each to `row`. A row that cannot be carried over goes the way the error collector's
-    /// `Action` says; what it wrote before is taken back. Returns false when the operator cancelled.
-    bool Rows(const Loop& loop, const std::function<RowOutcome(const SourceRow&)>& row);
+    /// `Action` says; what it wrote before is taken back, with the rows that belong to it.
+    /// @param groupEnd called after the last of the rows that belong together
+    /// @return false when the operator cancelled
+    bool Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd = {});
     /// Shows the completion message, unless the run was cancelled or of a single code.
     void Complete(const QString& message);
 
@@ -72,19 +73,34 @@ private:
         QString table;
         qint64 id;
     };
+    /// The rows under way that belong together, and what became of those that are done.
+    struct Group {
+        QString value;
+        QStringList keys;
+        qint64 inserted = 0;
+        qint64 updated = 0;
+        qint64 skipped = 0;
+        bool givenUp = false;
+    };
+    void ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
+                  const std::function<void()>& groupEnd);
     void ProcessRow(const QString& key, const std::function<RowOutcome()>& row);
+    void EndGroup(const std::function<void()>& groupEnd);
+    void Attempt(const QString& key, const std::function<void()>& work);
     void Account(RowOutcome outcome);
     void GiveUp(const QString& key, const QString& reason);
-    void TakeBack();
+    void CountGivenUp(const QString& key, const QString& reason);
+    void TakeBack(size_t from);
     void Finish();
 
     Session& m_session;
     RunResult m_result;
     bool m_single;
     bool m_failed = false;
-    std::vector<Written> m_written; ///< rows inserted for the source row under way
+    Group m_group;
+    std::vector<Written> m_written; ///< rows inserted for the source rows under way
+    QStringList m_changed;          ///< tables of rows updated for them
     qsizetype m_untranslatedBefore;
-    qsizetype m_errorsBefore;
     QElapsedTimer m_clock;
 };
 

@@ -37,11 +37,13 @@ QStringList Mapping::TargetColumns() const {
 }
 
 QString Mapping::Page() const {
-    QString page = QStringLiteral("### %1 from %2\n\n| Target | Source | Rule |\n|---|---|---|\n").arg(targetTable, sourceTable);
+    QString page =
+        QStringLiteral("### %1 from %2\n\n| Target | Source | Rule |\n|---|---|---|\n").arg(targetTable, sourceTable);
     for (const MapLine& line : lines) {
         page += QStringLiteral("| `%1` | %2 | %3 |\n")
-                    .arg(line.target, line.sources.isEmpty() ? QStringLiteral("none")
-                                                             : u'`' + line.sources.join(QStringLiteral("`, `")) + u'`',
+                    .arg(line.target,
+                         line.sources.isEmpty() ? QStringLiteral("none")
+                                                : u'`' + line.sources.join(QStringLiteral("`, `")) + u'`',
                          line.rule.text);
     }
     return page;

@@ -10,7 +10,8 @@ class TargetRow;
 /// none) and the rule between them.
 struct MapLine {
     MapLine(const QString& targetColumn, const QString& sourceColumns, Rule how)
-        : target(targetColumn), sources(sourceColumns.split(QStringLiteral(", "), Qt::SkipEmptyParts)),
+        : target(targetColumn),
+          sources(sourceColumns.split(QStringLiteral(", "), Qt::SkipEmptyParts)),
           rule(std::move(how)) {}
 
     QString target;

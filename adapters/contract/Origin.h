@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/Needs.h"
 #include "core/Session.h"
 
 #include <array>
@@ -32,6 +33,8 @@ struct Procedure {
     QString name;
     /// Runs it: a single code (empty for all) and whether the target is emptied first.
     std::function<void(Session&, const QString& singleCode, bool reset)> run;
+    /// What it reads and writes: for the check before a run and for its mapping page.
+    Needs needs;
 };
 
 /// How an origin's source opens.

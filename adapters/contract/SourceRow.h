@@ -8,7 +8,8 @@ namespace contract {
 /// `SqlError` naming it and the query.
 class SourceRow {
 public:
-    explicit SourceRow(const Recordset& rows) : m_rows(rows) {}
+    explicit SourceRow(const Recordset& rows)
+        : m_rows(rows) {}
 
     /// The value as read; a null variant is Null.
     QVariant Value(const QString& column) const { return m_rows.Value(column); }

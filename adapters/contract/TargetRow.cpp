@@ -23,7 +23,9 @@ bool IsBlankText(const QVariant& value) {
 
 } // namespace
 
-TargetRow::TargetRow(ImportRun& run, const QString& table) : m_run(run), m_table(schema::FindTable(table)) {
+TargetRow::TargetRow(ImportRun& run, const QString& table)
+    : m_run(run),
+      m_table(schema::FindTable(table)) {
     if (m_table == nullptr) {
         throw ImportError(QStringLiteral("la tabella '%1' non è nello schema").arg(table));
     }

@@ -76,16 +76,33 @@ Rule Part(int position, int count) {
                   [position, count](const QString& text) { return text.mid(position - 1).trimmed().left(count); });
 }
 
+Rule ThreeDigits() {
+    return OnText("three digits when numeric", [](const QString& text) {
+        const auto number = mod_ovTools::ReadNumber(text);
+        return number ? QStringLiteral("%1").arg(qRound64(*number), 3, 10, QLatin1Char('0')) : text;
+    });
+}
+
 Rule LeadingNumber() {
     return {"leading number, only when not blank", [](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 if (text.isEmpty()) {
                     return std::nullopt;
                 }
-                if (const auto number = ReadLeadingNumber(text)) {
-                    return QVariant(*number);
+                const auto number = ReadLeadingNumber(text);
+                if (!number) {
+                    throw ImportError(QStringLiteral("'%1' non è un numero").arg(text));
                 }
-                throw ImportError(QStringLiteral("'%1' non è un numero").arg(text));
+                bool whole = false;
+                text.toDouble(&whole);
+                if (!whole) {
+                    modImport::WriteImportLog(input.session,
+                                              QStringLiteral("NUMERO RIDOTTO: %1, colonna '%2': '%3' letto come %4")
+                                                  .arg(input.session.Errors.RowKey(), input.columns.first(), text,
+                                                       mod_ovTools::NumberText(*number)),
+                                              false);
+                }
+                return QVariant(*number);
             }};
 }
 
@@ -125,15 +142,16 @@ Rule Translated(const QString& table, const QString& field) {
 }
 
 Rule ExemptVat(const QString& table, const QString& field) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), only a code of TAB_IVA with rate zero").arg(table, field),
-            [table, field](const RuleInput& input) -> RuleValue {
-                const QString code = NewCode(input, table, field);
-                if (code.isEmpty()) {
-                    return std::nullopt;
-                }
-                const QVariant rate = input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code, "IVALI");
-                return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(code);
-            }};
+    return {
+        QStringLiteral("translated through SYS_IMP (%1, %2), only a code of TAB_IVA with rate zero").arg(table, field),
+        [table, field](const RuleInput& input) -> RuleValue {
+            const QString code = NewCode(input, table, field);
+            if (code.isEmpty()) {
+                return std::nullopt;
+            }
+            const QVariant rate = input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code, "IVALI");
+            return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(code);
+        }};
 }
 
 Rule NotBlank(const Rule& rule) {

@@ -48,8 +48,10 @@ Rule From(int position);
 Rule FirstUpper(int count);
 /// At most `count` characters from the n-th (from 1) onward, without blanks in front and behind.
 Rule Part(int position, int count);
-/// The number that the text begins with: "10+5" gives 10. Blank is left out. Raises `ImportError` when the text begins
-/// with none.
+/// A number as three digits ("7" gives "007"); a text that is none as it is.
+Rule ThreeDigits();
+/// The number that the text begins with: "10+5" gives 10, and what is left behind is logged. Blank is left out. Raises
+/// `ImportError` when the text begins with none.
 Rule LeadingNumber();
 /// The same value for every row.
 Rule Constant(const QVariant& value);
