@@ -1,0 +1,69 @@
+#include "core/modMain.h"
+
+#include "sql/mod_ovTools.h"
+
+#include <QFileInfo>
+
+namespace modMain {
+
+namespace {
+
+const QString Module = QStringLiteral("modMain");
+
+constexpr int ReadOnly = 1;
+constexpr int Hidden = 2;
+constexpr int Folder = 16;
+constexpr int Normal = 128;
+
+qint32 Attributes(const QFileInfo& file) {
+    const int bits = (file.isWritable() ? 0 : ReadOnly) | (file.isHidden() ? Hidden : 0) | (file.isDir() ? Folder : 0);
+    return bits == 0 ? Normal : bits;
+}
+
+/// The name of the short path, where it is another one than the long name.
+QString ShortName(const QString& path, const QString& longName) {
+    const QString name = QFileInfo(mod_ovTools::GetShortPath(path)).fileName();
+    return name == longName ? QString() : name;
+}
+
+} // namespace
+
+QString GetAppConfig(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
+    return Guarded(session.Errors, Module, QStringLiteral("GetAppConfig"), defaultValue,
+                   [&] { return session.Config.GetAppConfig(section, key, defaultValue); });
+}
+
+bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
+    return mod_ovTools::ReadNumber(GetAppConfig(session, section, key, defaultValue)).value_or(0) == 1;
+}
+
+void SetAppConfig(Session& session, const QString& section, const QString& key, const QString& value) {
+    Guarded(session.Errors, Module, QStringLiteral("SetAppConfig"), false, [&] {
+        session.Config.SetAppConfig(section, key, value);
+        return true;
+    });
+}
+
+QString GetSP(Session& session, const QString& name, const ovQueryConstructor* parameters) {
+    const Operator::Busy busy(session.Person);
+    return Guarded(session.Errors, Module, QStringLiteral("GetSP"), QString(),
+                   [&] { return mod_ovTools::StoredProcedureText(name, parameters, session.Quadrix.ProviderType); });
+}
+
+bool GetFileInfo(const QString& path, FileInfo& info) {
+    const QFileInfo file(path);
+    if (!file.exists()) {
+        return false;
+    }
+    info.fileName = file.fileName();
+    info.path = file.path();
+    info.shortName = ShortName(path, info.fileName);
+    info.size = static_cast<qint32>(static_cast<quint32>(file.size()));
+    info.created = file.birthTime();
+    info.accessed = file.lastRead();
+    info.written = file.lastModified();
+    info.attributes = Attributes(file);
+    return true;
+}
+
+} // namespace modMain
