@@ -91,6 +91,9 @@ MemoFormat DbfFile::Memos() const {
 void DbfFile::ReadHeader(const QString& codePage) {
     const QByteArray prologue = m_file.read(PrologueLength);
     const auto* bytes = reinterpret_cast<const uchar*>(prologue.constData());
+    if (m_file.error() != QFileDevice::NoError) {
+        throw ImportError(QStringLiteral("il file non si legge (%1)").arg(m_file.errorString()));
+    }
     if (prologue.size() < PrologueLength || !IsKnownVersion(bytes[0])) {
         throw ImportError(QStringLiteral("non è una tabella dBase III/IV o FoxPro; controllare che la cartella sia "
                                          "quella dei dati, o esportare la tabella in formato dBase IV"));
@@ -109,7 +112,7 @@ void DbfFile::ReadHeader(const QString& codePage) {
     ReadFields(m_file.read(m_headerLength - PrologueLength));
     CheckSize();
     if (!m_file.seek(m_headerLength)) {
-        throw ImportError(m_file.errorString());
+        throw ImportError(QStringLiteral("il file non si legge (%1)").arg(m_file.errorString()));
     }
 }
 
@@ -186,7 +189,7 @@ void DbfFile::CheckFields() const {
     }
 }
 
-void DbfFile::CheckSize() const {
+void DbfFile::CheckSize() {
     const qint64 whole = std::max<qint64>(0, (m_file.size() - m_headerLength) / m_recordLength);
     if (whole < m_recordCount) {
         throw ImportError(
@@ -194,6 +197,21 @@ void DbfFile::CheckSize() const {
                            "nuovo dall'origine o ripristinarlo da una copia")
                 .arg(m_recordCount)
                 .arg(whole));
+    }
+    if (whole > m_recordCount) {
+        CheckEnd();
+    }
+}
+
+/// Behind the last row may stand an end mark and rubbish, but no further row: a program that died before it wrote the
+/// header leaves the count behind its rows.
+void DbfFile::CheckEnd() {
+    const bool isAtEnd = m_file.seek(m_headerLength + m_recordCount * m_recordLength);
+    const QByteArray mark = isAtEnd ? m_file.read(1) : QByteArray();
+    if (mark == " " || mark == "*") {
+        throw ImportError(QStringLiteral("l'intestazione annuncia %1 righe ma il file ne contiene altre; riparare la "
+                                         "tabella con l'applicativo di origine o ripristinarla da una copia")
+                              .arg(m_recordCount));
     }
 }
 

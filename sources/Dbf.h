@@ -62,7 +62,8 @@ private:
     void ReadHeader(const QString& codePage);
     void ReadFields(const QByteArray& header);
     void NumberFlags();
-    void CheckSize() const;
+    void CheckSize();
+    void CheckEnd();
     void CheckFields() const;
     void FillBuffer();
     [[noreturn]] void Fail(const QString& message) const;

@@ -154,7 +154,8 @@ DbfValue DbfValues::Logical(QByteArrayView bytes) {
 }
 
 DbfValue DbfValues::Date(QByteArrayView bytes) {
-    if (bytes.isEmpty()) {
+    // Some programs write an empty date in zeros.
+    if (bytes.isEmpty() || bytes == QByteArrayView("00000000")) {
         return {};
     }
     int number = 0;

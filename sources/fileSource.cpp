@@ -44,15 +44,16 @@ QMap<QString, QString> ParseConnectionString(const QString& text) {
 }
 
 bool NamesFoxPro(const QMap<QString, QString>& values) {
-    return values.value(QStringLiteral("driver")).contains(u"FoxPro", Qt::CaseInsensitive) ||
+    const QString driver = values.value(QStringLiteral("driver"));
+    return driver.contains(u"FoxPro", Qt::CaseInsensitive) || driver.contains(u"dBase", Qt::CaseInsensitive) ||
            values.value(QStringLiteral("provider")).startsWith(u"VFPOLEDB", Qt::CaseInsensitive);
 }
 
 /// The folder of the tables; a database container (.dbc) stands in it.
 QString FoxProFolder(const QMap<QString, QString>& values) {
-    QString folder = values.value(QStringLiteral("data source"));
-    if (folder.isEmpty()) {
-        folder = values.value(QStringLiteral("sourcedb"));
+    QString folder;
+    for (const auto* key : {"data source", "sourcedb", "dbq", "defaultdir"}) {
+        folder = folder.isEmpty() ? values.value(QLatin1String(key)) : folder;
     }
     folder.replace(u'\\', u'/');
     return folder.endsWith(u".dbc", Qt::CaseInsensitive) ? QFileInfo(folder).path() : folder;

@@ -5,8 +5,9 @@
 /// Databases that this program reads from files itself, without a vendor's driver.
 namespace sources {
 
-/// Opens the files that a connection string names: "Driver={Microsoft Visual FoxPro Driver};Data Source=FOLDER" opens a
-/// folder of dBase/FoxPro tables. Null when the settings name something else. Raises `ImportError` naming the file.
+/// Opens the files that a connection string names: "Driver={Microsoft Visual FoxPro Driver};Data Source=FOLDER" (or a
+/// dBase driver, or the provider VFPOLEDB) opens a folder of dBase/FoxPro tables. Null when the settings name something
+/// else. Raises `ImportError` naming the file.
 std::unique_ptr<Engine> OpenFileSource(const ConnectionSettings& settings);
 
 } // namespace sources

@@ -1,7 +1,7 @@
 #include "sources/foxProFolder.h"
 
 #include "sources/DbfValues.h"
-#include "sources/privateDatabase.h"
+#include "sources/fileTables.h"
 #include "sql/errors.h"
 
 #include <QDir>
@@ -11,27 +11,20 @@ namespace sources {
 
 namespace {
 
-/// The tables of a folder: name in lower case -> file.
-QMap<QString, QFileInfo> FindTables(const QString& folder) {
+/// The tables of a folder: name in lower case -> files of that name; more than one where case tells them apart.
+QMap<QString, QStringList> FindTables(const QString& folder) {
     const QDir dir(folder);
     if (folder.isEmpty() || !dir.exists()) {
         throw ImportError(QStringLiteral("la cartella '%1' delle tabelle FoxPro non esiste o non si può leggere; "
                                          "controllare il percorso nelle impostazioni dell'origine")
                               .arg(folder));
     }
-    QMap<QString, QFileInfo> tables;
+    QMap<QString, QStringList> tables;
     const auto files = dir.entryInfoList(QDir::Files | QDir::Hidden, QDir::Name);
     for (const QFileInfo& file : files) {
-        if (file.suffix().compare(u"dbf", Qt::CaseInsensitive) != 0) {
-            continue;
+        if (file.suffix().compare(u"dbf", Qt::CaseInsensitive) == 0) {
+            tables[file.completeBaseName().toLower()].append(file.filePath());
         }
-        QFileInfo& table = tables[file.completeBaseName().toLower()];
-        if (!table.fileName().isEmpty()) {
-            throw ImportError(QStringLiteral("la cartella '%1' contiene due file per la stessa tabella ('%2' e '%3'); "
-                                             "toglierne uno")
-                                  .arg(folder, table.fileName(), file.fileName()));
-        }
-        table = file;
     }
     return tables;
 }
@@ -62,13 +55,8 @@ void SetValue(PrivateTable& table, int column, const DbfValue& value) {
     }
 }
 
-/// Loads a table; returns its columns.
-QVector<ColumnInfo> LoadTable(PrivateDatabase& database, const QString& name, DbfFile& file) {
-    const QVector<DbfField> fields = ReadableFields(file);
-    QVector<ColumnInfo> columns;
-    for (const DbfField& field : fields) {
-        columns.append({field.name, DbfValues::DeclaredType(field)});
-    }
+void FillTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns,
+               const QVector<DbfField>& fields, DbfFile& file) {
     PrivateTable table(database, name, columns);
     DbfValues values(file);
     while (file.Next()) {
@@ -77,39 +65,36 @@ QVector<ColumnInfo> LoadTable(PrivateDatabase& database, const QString& name, Db
         }
         table.AddRow(file.RecordNumber());
     }
-    return columns;
 }
 
-void AddIndexes(PrivateDatabase& database, const QString& table, const QVector<ColumnInfo>& columns,
-                const QStringList& lookupColumns) {
-    for (const ColumnInfo& column : columns) {
-        if (lookupColumns.contains(table + u'.' + column.name, Qt::CaseInsensitive)) {
-            database.AddIndex(table, column.name);
-        }
+void LoadTable(PrivateDatabase& database, const QString& name, const QStringList& paths,
+               const ConnectionSettings& settings) {
+    if (paths.size() > 1) {
+        throw ImportError(QStringLiteral("la tabella '%1' sta in due file, '%2' e '%3': toglierne uno")
+                              .arg(name, paths[0], paths[1]));
     }
+    DbfFile file(paths.first(), settings.codePage);
+    const QVector<DbfField> fields = ReadableFields(file);
+    QVector<ColumnInfo> columns;
+    for (const DbfField& field : fields) {
+        columns.append({field.name, DbfValues::DeclaredType(field)});
+    }
+    FillTable(database, name, columns, fields, file);
+    AddLookupIndexes(database, name, columns, settings.lookupColumns);
 }
 
 } // namespace
 
 std::unique_ptr<Engine> OpenFoxProFolder(const QString& folder, const ConnectionSettings& settings) {
+    std::vector<FileTable> tables;
     const auto files = FindTables(folder);
-    PrivateDatabase database;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        if (!settings.tables.isEmpty() && !settings.tables.contains(file.key(), Qt::CaseInsensitive)) {
-            continue;
-        }
-        DbfFile table(file->filePath(), settings.codePage);
-        try {
-            const auto columns = LoadTable(database, file.key(), table);
-            AddIndexes(database, file.key(), columns, settings.lookupColumns);
-        } catch (ImportError& error) {
-            if (!error.Message().startsWith(u"File ")) {
-                error.AddContext(QStringLiteral("File '%1'").arg(table.FileName()));
-            }
-            throw;
-        }
+        const QString name = file.key();
+        const QStringList paths = file.value();
+        tables.push_back(
+            {name, [name, paths, settings](PrivateDatabase& database) { LoadTable(database, name, paths, settings); }});
     }
-    return database.Open();
+    return OpenFileTables(QStringLiteral("la cartella '%1'").arg(folder), std::move(tables), settings);
 }
 
 } // namespace sources

@@ -10,7 +10,8 @@ namespace {
 
 QString Quoted(QString name) { return u'"' + name.replace(u'"', QLatin1String("\"\"")) + u'"'; }
 
-/// Columns that hold texts compare as FoxPro and SQL Server do, without case.
+/// Columns that hold texts compare without case, as everywhere in the program: a code is found whatever way it is
+/// written.
 QString Definition(const ColumnInfo& column) {
     const bool isText = column.type.contains(u"CHAR") || column.type == u"TEXT";
     return Quoted(column.name) + u' ' + column.type + (isText ? QStringLiteral(" COLLATE NOCASE") : QString());
@@ -21,20 +22,28 @@ constexpr int FirstParameter = 2;
 
 } // namespace
 
-void PrivateDatabase::Close::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
-
 PrivateDatabase::PrivateDatabase() {
-    sqlite3* handle = nullptr;
     // A database without a name is SQLite's own temporary file: it exists for this connection alone.
-    const int code = sqlite3_open_v2("", &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    m_database.reset(handle);
+    const int code = sqlite3_open_v2("", &m_database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    m_reader = AdoptSqlite(m_database);
     if (code != SQLITE_OK) {
         Fail();
     }
     Run(QStringLiteral("PRAGMA journal_mode = OFF"));
     Run(QStringLiteral("PRAGMA synchronous = OFF"));
     Run(QStringLiteral("PRAGMA cache_size = -32768"));
-    Run(QStringLiteral("BEGIN"));
+}
+
+void PrivateDatabase::Load(const std::function<void()>& load) {
+    Run(QStringLiteral("SAVEPOINT load"));
+    try {
+        load();
+    } catch (...) {
+        // Without a journal nothing can be taken back; what was loaded is never asked for.
+        sqlite3_exec(m_database, "RELEASE load", nullptr, nullptr, nullptr);
+        throw;
+    }
+    Run(QStringLiteral("RELEASE load"));
 }
 
 void PrivateDatabase::AddIndex(const QString& table, const QString& column) {
@@ -42,13 +51,8 @@ void PrivateDatabase::AddIndex(const QString& table, const QString& column) {
             .arg(Quoted(table + QStringLiteral("__") + column), Quoted(table), Quoted(column)));
 }
 
-std::unique_ptr<Engine> PrivateDatabase::Open() {
-    Run(QStringLiteral("COMMIT"));
-    return AdoptSqlite(m_database.release());
-}
-
 void PrivateDatabase::Run(const QString& statement) {
-    if (sqlite3_exec(m_database.get(), statement.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    if (sqlite3_exec(m_database, statement.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         Fail();
     }
 }
@@ -56,7 +60,7 @@ void PrivateDatabase::Run(const QString& statement) {
 void PrivateDatabase::Fail() const {
     throw ImportError(QStringLiteral("i dati di origine non si possono preparare nel database temporaneo (%1): "
                                      "controllare lo spazio libero nella cartella dei file temporanei")
-                          .arg(QString::fromUtf8(sqlite3_errmsg(m_database.get()))));
+                          .arg(QString::fromUtf8(sqlite3_errmsg(m_database))));
 }
 
 void PrivateTable::Finalize::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
@@ -73,7 +77,7 @@ PrivateTable::PrivateTable(PrivateDatabase& database, const QString& name, const
     const QByteArray insert =
         QStringLiteral("INSERT INTO %1 VALUES (%2)").arg(Quoted(name), parameters.join(u',')).toUtf8();
     sqlite3_stmt* handle = nullptr;
-    Check(sqlite3_prepare_v2(database.m_database.get(), insert.constData(), -1, &handle, nullptr));
+    Check(sqlite3_prepare_v2(database.m_database, insert.constData(), -1, &handle, nullptr));
     m_insert.reset(handle);
 }
 

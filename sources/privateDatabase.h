@@ -4,6 +4,8 @@
 
 #include <QByteArrayView>
 
+#include <functional>
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -13,28 +15,28 @@ namespace sources {
 /// the row.
 inline const QString RecordNumberColumn = QStringLiteral("_RECNO");
 
-/// A temporary SQLite database that a file source is loaded into. Nothing of it remains when it is closed, whatever
-/// way the program ends.
+/// A temporary SQLite database that a file source is loaded into. Nothing of it remains when its engine is closed,
+/// whatever way the program ends.
 class PrivateDatabase {
 public:
     /// Raises `ImportError` when no temporary file can be made, as do the other operations when it cannot grow.
     PrivateDatabase();
 
+    /// The engine that reads the database, and that closes it: nothing can be loaded once it is gone.
+    Engine& Reader() { return *m_reader; }
+    /// Runs a load as one unit of work; queries may be under way meanwhile.
+    void Load(const std::function<void()>& load);
     /// Lets later queries find rows by a column fast.
     void AddIndex(const QString& table, const QString& column);
-    /// Hands the loaded database over for queries; nothing can be loaded after that.
-    std::unique_ptr<Engine> Open();
 
 private:
     friend class PrivateTable;
-    struct Close {
-        void operator()(sqlite3* database) const noexcept;
-    };
 
     void Run(const QString& statement);
     [[noreturn]] void Fail() const;
 
-    std::unique_ptr<sqlite3, Close> m_database;
+    sqlite3* m_database = nullptr;
+    std::unique_ptr<Engine> m_reader;
 };
 
 /// Makes one table of a private database and fills it row by row.

@@ -1,0 +1,135 @@
+#include "sources/fileTables.h"
+
+#include "sql/errors.h"
+
+#include <algorithm>
+
+namespace sources {
+
+namespace {
+
+bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
+
+bool IsPartOfName(QChar character) { return character.isLetterOrNumber() || character == u'_'; }
+
+/// Whether a statement names a table, as a word of its own.
+bool Names(const QString& statement, const QString& table) {
+    for (qsizetype at = statement.indexOf(table, 0, Qt::CaseInsensitive); at >= 0;
+         at = statement.indexOf(table, at + 1, Qt::CaseInsensitive)) {
+        const qsizetype end = at + table.size();
+        const bool starts = at == 0 || !IsPartOfName(statement[at - 1]);
+        if (starts && (end == statement.size() || !IsPartOfName(statement[end]))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The private database of a file source, which grows by the tables that are asked for.
+class FileTablesEngine final : public Engine {
+public:
+    FileTablesEngine(const QString& where, std::vector<FileTable> tables, const QStringList& wanted)
+        : m_where(where),
+          m_pending(std::move(tables)) {
+        KeepWanted(wanted);
+        for (const FileTable& table : m_pending) {
+            m_names.append(table.name);
+        }
+    }
+
+    Dialect TextDialect() const override { return Dialect::Sqlite; }
+    qint64 Run(const QString& statement) override {
+        LoadNamed(statement);
+        return m_database.Reader().Run(statement);
+    }
+    std::unique_ptr<Cursor> Query(const QString& statement) override {
+        LoadNamed(statement);
+        return m_database.Reader().Query(statement);
+    }
+    void Begin() override { m_database.Reader().Begin(); }
+    void Commit() override { m_database.Reader().Commit(); }
+    void RollBack() override { m_database.Reader().RollBack(); }
+    void Interrupt() noexcept override { m_database.Reader().Interrupt(); }
+    qint64 LastInsertId() override { return m_database.Reader().LastInsertId(); }
+    QStringList Tables() override { return m_names; }
+    QVector<ColumnInfo> Columns(const QString& table) override {
+        LoadIf([&](const FileTable& pending) { return IsSame(pending.name, table); });
+        return m_database.Reader().Columns(table);
+    }
+    void SetTriggersEnabled(const QString&, bool) override {} // tables of a file have none
+
+private:
+    void KeepWanted(const QStringList& wanted) {
+        if (wanted.isEmpty()) {
+            return;
+        }
+        for (const QString& name : wanted) {
+            const bool isThere = std::any_of(m_pending.cbegin(), m_pending.cend(),
+                                             [&](const FileTable& table) { return IsSame(table.name, name); });
+            m_missing += isThere ? QStringList() : QStringList(name);
+        }
+        if (m_missing.size() == wanted.size()) {
+            throw ImportError(QStringLiteral("%1 non contiene nessuna delle tabelle da leggere (%2): controllare il "
+                                             "percorso nelle impostazioni dell'origine")
+                                  .arg(m_where, wanted.join(QStringLiteral(", "))));
+        }
+        std::erase_if(m_pending,
+                      [&](const FileTable& table) { return !wanted.contains(table.name, Qt::CaseInsensitive); });
+    }
+
+    void LoadNamed(const QString& statement) {
+        for (const QString& name : std::as_const(m_missing)) {
+            if (Names(statement, name)) {
+                throw ImportError(
+                    QStringLiteral("%1 non contiene la tabella '%2': copiarla dall'origine").arg(m_where, name));
+            }
+        }
+        LoadIf([&](const FileTable& table) { return Names(statement, table.name); });
+    }
+
+    template<class Condition>
+    void LoadIf(const Condition& condition) {
+        for (auto table = m_pending.begin(); table != m_pending.end();) {
+            if (!condition(*table)) {
+                ++table;
+                continue;
+            }
+            Load(*table);
+            table = m_pending.erase(table);
+        }
+    }
+
+    /// A table whose file has failed stays pending with its error: half of it is never read.
+    void Load(FileTable& table) {
+        try {
+            m_database.Load([&] { table.load(m_database); });
+        } catch (const ImportError& error) {
+            table.load = [error](PrivateDatabase&) { throw error; };
+            throw;
+        }
+    }
+
+    QString m_where;
+    std::vector<FileTable> m_pending; ///< not read yet
+    QStringList m_missing;            ///< wanted tables that the source does not have
+    QStringList m_names;
+    PrivateDatabase m_database;
+};
+
+} // namespace
+
+std::unique_ptr<Engine> OpenFileTables(const QString& where, std::vector<FileTable> tables,
+                                       const ConnectionSettings& settings) {
+    return std::make_unique<FileTablesEngine>(where, std::move(tables), settings.tables);
+}
+
+void AddLookupIndexes(PrivateDatabase& database, const QString& table, const QVector<ColumnInfo>& columns,
+                      const QStringList& lookupColumns) {
+    for (const ColumnInfo& column : columns) {
+        if (lookupColumns.contains(table + u'.' + column.name, Qt::CaseInsensitive)) {
+            database.AddIndex(table, column.name);
+        }
+    }
+}
+
+} // namespace sources
