@@ -26,7 +26,11 @@ QString ovConfig::GetAppConfig(const QString& section, const QString& key, const
     if (!value.isEmpty()) {
         return value;
     }
-    SetAppConfig(section, key, defaultValue);
+    try {
+        SetAppConfig(section, key, defaultValue);
+    } catch (const ImportError&) {
+        // A file that may only be read serves as well: the default holds without standing in it.
+    }
     return defaultValue;
 }
 

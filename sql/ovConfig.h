@@ -21,8 +21,9 @@ public:
     /// A configuration value by key alone (section "CONFIG" of the settings file); never written into the file.
     /// Read from the file as it is now.
     QString GetConfig(const QString& key, const QString& defaultValue = {});
-    /// A setting; a missing or empty one is written into the file with its default, and the default is returned.
-    /// At most 127 characters are returned.
+    /// A setting; a missing or empty one is written into the file with its default (where the file can be written), and
+    /// the default is returned. At most 127 characters are returned. Raises `ImportError` when the file exists and
+    /// cannot be read.
     QString GetAppConfig(const QString& section, const QString& key, const QString& defaultValue = {});
     /// Stores a setting. Raises `ImportError` when the file cannot be written.
     void SetAppConfig(const QString& section, const QString& key, const QString& value);
