@@ -1,0 +1,47 @@
+#pragma once
+
+#include "adapters/contract/Origin.h"
+
+/// How the sources of the origins open: each function makes the preparation of one kind of source, for the entry of an
+/// origin. The settings are those of section IMPORT; a missing one is written with the default given here, as reading
+/// a setting does everywhere.
+namespace sourceSettings {
+
+/// Fills a connection's parameters; false when the operator gave up.
+using Prepare = std::function<bool(Session&, ovConnection& source)>;
+
+/// An ODBC data source: setting DSN, with the user and password of the settings where they are set.
+Prepare DataSource(const QString& defaultDsn);
+
+/// A database server: settings ProviderType, Servername, Databasename, NetworkCredential and, without integrated
+/// sign-on, Username and Password. A Databasename that ends in ".sqlite" or ".db" names a SQLite file with the
+/// server's tables, such as the examples are; it is counted from the folder of the settings.
+struct ServerKeys {
+    QString networkSection = "IMPORT";
+    QString networkDefault = "0";
+    QString username = "Username";
+    QString password = "Password";
+};
+Prepare Server(const QString& defaultDatabase, const ServerKeys& keys = {});
+
+/// A folder of FoxPro tables: setting Databasename.
+Prepare FoxProFolder();
+
+/// An Access file that the operator chooses, after the one of the setting Databasename.
+Prepare ChosenAccessFile(const QString& defaultDatabase);
+/// The Access file of that name in the folder of the setting Databasename.
+Prepare AccessFileInFolder(const QString& fileName);
+/// An Excel workbook that the operator chooses.
+Prepare Workbook();
+/// A text file that the operator chooses, in columns divided by ";" or of fixed width.
+/// @param title,filter of the file dialog
+Prepare TextFile(const QString& title, const QString& filter);
+/// A folder of text files: setting Databasename.
+Prepare TextFolder(const QString& defaultFolder);
+/// A connection string that is always the same.
+Prepare Fixed(const QString& connectionString);
+
+/// The preparation of an origin of the list that has no module of its own; empty for a name that is not in the list.
+Prepare ForOrigin(const QString& originName);
+
+} // namespace sourceSettings

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "adapters/contract/Origin.h"
+
+/// How opening a source ended.
+enum class SourceOutcome {
+    Opened,
+    GivenUp, ///< the operator left a question or a file dialog without an answer
+    Failed,  ///< the reason has been reported under "frmImport", "ConnectSource"
+};
+
+/// Opens the source of an origin as the session's source connection. Unless it ends in `Opened` the session has no
+/// source.
+SourceOutcome ConnectSource(Session& session, const contract::Origin& origin);
+
+/// Closes the session's source and releases it; does nothing when there is none.
+void CloseSource(Session& session);
+
+/// Tells the operator that a source could not be opened: "Impossibile connettersi a Arca 2000!".
+void TellNotConnected(Session& session, const contract::Origin& origin);

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "adapters/contract/Origin.h"
+
+/// The four ways of dealing with errors, as the window lists them ("Gestiti dall'utente" first).
+const QStringList& ErrorModes();
+/// What the collector does in the mode at that position of the list; the mapping is not the identity.
+ErrorAction ErrorModeAction(int position);
+
+/// What is chosen in the main window before anything is started.
+struct Choice {
+    QString company;     ///< its name (AZRAS); empty: none is chosen
+    QString companyCode; ///< CDAZI, where it is known: tells companies of one name apart
+    const contract::Origin* origin = nullptr;
+    ErrorAction errors = ErrorAction::Ask;
+};
+
+/// The gate in front of every import, reset and sequence: checks the choice and takes the company under work.
+/// False when something is missing; the operator has been told then.
+bool CheckData(Session& session, const Choice& choice);
+
+/// One press of an import button.
+struct ImportRequest {
+    Choice choice;
+    contract::Button button = contract::Button::Cli;
+    QString singleCode;           ///< empty for all
+    bool confirmed = false;       ///< the confirmation has been given beforehand
+    std::optional<bool> reset;    ///< answer to the reset question given beforehand
+};
+
+enum class FlowOutcome {
+    Done,
+    Failed,      ///< told or reported
+    Cancelled,   ///< in the middle of a procedure
+    Declined,    ///< the operator said no, or gave up the opening of the source
+    Refused,     ///< something is not chosen
+    Unavailable, ///< the origin has no procedure for the button
+};
+
+/// The flow behind an import button: gate, confirmation, source, reset question, procedures, closing of the source.
+/// The results of the procedures are appended to those of the session. A procedure that fails or is cancelled ends the
+/// press: those after it do not run.
+FlowOutcome RunImport(Session& session, const ImportRequest& request);
+
+/// The procedures that a button of an origin calls, in order; empty when there are none.
+std::vector<const contract::Procedure*> ProceduresOf(const contract::Origin& origin, contract::Button button);
+/// What a button says for an origin that has been chosen alone: its own caption, else the usual one.
+QString ButtonCaption(const contract::Origin& origin, contract::Button button);
+/// The question that a button of an origin starts with, such as "Importare le controparti?".
+QString ConfirmationOf(const contract::Origin& origin, contract::Button button);
