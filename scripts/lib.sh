@@ -4,7 +4,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-base-dev-tools libqt6sql6-mysql libqt6sql6-odbc
+    qt6-base-dev qt6-base-dev-tools libqt6sql6-odbc libmariadb-dev
     libsqlite3-dev sqlite3 libgl1-mesa-dev
 )
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sql/dialect.h"
+#include "sql/types.h"
 
 #include <QStringList>
 #include <QVariant>
@@ -63,6 +64,7 @@ struct ConnectionSettings {
     QString dsn;
     QString connectionString;
     bool networkCredential = false; ///< integrated sign-on: user and password are not used
+    QString driver;                 ///< ODBC driver; empty for the usual one of the provider
     // Of sources that this program reads from files itself:
     QStringList tables;        ///< tables that are read; empty for all
     QStringList lookupColumns; ///< "table.column" of each column that rows are looked up by
@@ -75,8 +77,8 @@ std::unique_ptr<Engine> OpenSqlite(const QString& file, bool readOnly = false);
 /// An engine over a SQLite database that is open already, and that it closes: for a private database that its maker
 /// has filled.
 std::unique_ptr<Engine> AdoptSqlite(sqlite3* database);
-/// Opens a MySQL or MariaDB database through Qt Sql. Raises `SqlError`.
+/// Opens a MySQL or MariaDB database over the server's own client library. Raises `SqlError`.
 std::unique_ptr<Engine> OpenMySql(const ConnectionSettings& settings);
-/// Opens an ODBC data source (by DSN or connection string) through Qt Sql; `dialect` is that of the database behind it.
-/// Raises `SqlError`.
-std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Dialect dialect);
+/// Opens an ODBC data source through Qt Sql, by connection string, DSN, or driver, server and database; `provider` is
+/// that of the database behind it. Raises `SqlError`.
+std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Provider provider);

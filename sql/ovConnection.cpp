@@ -6,8 +6,9 @@
 ovConnection::~ovConnection() = default;
 
 std::unique_ptr<Engine> ovConnection::OpenEngine() const {
-    const ConnectionSettings settings{Server,           DatabaseName, User,          Password, DSN, ConnectionString,
-                                      NetworkCredential, SourceTables, LookupColumns, CodePage};
+    const ConnectionSettings settings{Server,           DatabaseName,      User,   Password,     DSN,
+                                      ConnectionString, NetworkCredential, Driver, SourceTables, LookupColumns,
+                                      CodePage};
     if (OpenFiles) {
         if (auto engine = OpenFiles(settings)) {
             return engine;
@@ -19,9 +20,7 @@ std::unique_ptr<Engine> ovConnection::OpenEngine() const {
     if (ProviderType == Provider::MySql && DSN.isEmpty() && ConnectionString.isEmpty()) {
         return OpenMySql(settings);
     }
-    const bool mySql = ProviderType == Provider::MySql;
-    const bool sqlServer = ProviderType == Provider::SqlServer;
-    return OpenOdbc(settings, mySql ? Dialect::MySql : sqlServer ? Dialect::SqlServer : Dialect::Other);
+    return OpenOdbc(settings, ProviderType);
 }
 
 void ovConnection::OpenConnection() {

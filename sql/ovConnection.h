@@ -26,6 +26,7 @@ public:
     QString Password;
     QString DSN;
     QString ConnectionString; ///< honoured as written when not empty
+    QString Driver;          ///< ODBC driver; empty for the usual one of the provider
     bool NetworkCredential = false;
     bool Embedded = false; ///< the SQLite file DatabaseName, spoken to in the text of SQL Server
     bool QuadrixProduct = false;

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "sql/engine.h"
+#include "sql/errors.h"
+
+struct st_mysql;
+struct st_mysql_res;
+
+/// One connection to a MySQL or MariaDB server, over the server's own client library.
+class MySqlConnection {
+public:
+    /// @param settings server as "host", "host:port" or the path of a local socket
+    explicit MySqlConnection(ConnectionSettings settings)
+        : m_settings(std::move(settings)) {}
+    ~MySqlConnection();
+    MySqlConnection(const MySqlConnection&) = delete;
+    MySqlConnection& operator=(const MySqlConnection&) = delete;
+
+    /// Connects (again) and sets up the session. Raises `SqlError` naming server and database.
+    void Open();
+    /// Sends a statement; its result, if any, is fetched with `Result` afterwards. Raises `SqlError`.
+    void Send(const QString& statement);
+    /// The result of the statement sent last, to be read row by row; null when it has none. Raises `SqlError`.
+    st_mysql_res* Result(const QString& statement);
+    /// Reads and drops the further results of a call of a stored procedure.
+    void DropFurtherResults();
+    /// Rows changed by the statement sent last.
+    qint64 RowsChanged() const;
+    /// Identity value given by the statement sent last; 0 when it gave none.
+    qint64 InsertId() const;
+    /// The error under way as an exception.
+    SqlError MakeError(const QString& statement);
+    /// 0 when nothing has failed.
+    unsigned ErrorCode() const;
+    /// True after the server went away: statements fail until `Open`.
+    bool Lost() const { return m_lost; }
+    /// Stops the statement under way, over a connection of its own; safe from another thread.
+    void Kill() noexcept;
+
+private:
+    void Close() noexcept;
+    void Connect(st_mysql* handle) const;
+    QString Place() const;
+
+    ConnectionSettings m_settings;
+    st_mysql* m_handle = nullptr;
+    unsigned long m_id = 0;
+    bool m_lost = false;
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "sql/engine.h"
+
+/// A name between backquotes, as MySQL quotes names; "base.table" is quoted part by part.
+QString MySqlName(const QString& name);
+/// Switches the triggers of a table of a MySQL or MariaDB database, whichever way it is reached. The server has no
+/// switch for them: their text waits in a table of its own while they are off, so that it is not lost when the program
+/// ends in between. Raises `SqlError`.
+void SwitchMySqlTriggers(Engine& engine, const QString& table, bool enabled);

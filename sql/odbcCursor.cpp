@@ -1,0 +1,68 @@
+#include "sql/odbcCursor.h"
+
+#include "sql/numberText.h"
+#include "sql/odbcConnection.h"
+
+#include <QSqlField>
+#include <QSqlRecord>
+
+namespace {
+// Types of columns as ODBC numbers them.
+constexpr int SqlNumeric = 2;
+constexpr int SqlDecimal = 3;
+} // namespace
+
+OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, QSqlQuery query, QString statement)
+    : m_connection(std::move(connection)),
+      m_query(std::move(query)),
+      m_statement(std::move(statement)) {
+    const QSqlRecord record = m_query.record();
+    for (int column = 0; column < record.count(); ++column) {
+        const QSqlField field = record.field(column);
+        m_columns.append(field.name());
+        m_decimal.append(field.typeID() == SqlNumeric || field.typeID() == SqlDecimal);
+    }
+}
+
+OdbcCursor::~OdbcCursor() { m_query.clear(); }
+
+bool OdbcCursor::Next() {
+    m_row.clear();
+    if (m_connection->Interrupted.exchange(false)) {
+        throw SqlError(m_statement, QStringLiteral("interrotto"));
+    }
+    if (m_query.isSelect() && m_query.next()) {
+        return true;
+    }
+    if (m_query.lastError().isValid()) {
+        throw OdbcError(m_query.lastError(), m_statement);
+    }
+    return false;
+}
+
+QVariant OdbcCursor::Value(int column) const {
+    if (column < 0 || column >= m_columns.size()) {
+        return {};
+    }
+    while (m_row.size() <= column) {
+        m_row.append(Read(static_cast<int>(m_row.size())));
+    }
+    return m_row.at(column);
+}
+
+QVariant OdbcCursor::Read(int column) const {
+    m_query.setNumericalPrecisionPolicy(m_decimal.at(column) ? QSql::HighPrecision : QSql::LowPrecisionDouble);
+    const QVariant value = m_query.value(column);
+    if (value.isNull()) {
+        return {};
+    }
+    switch (value.typeId()) {
+    case QMetaType::QString:
+        return m_decimal.at(column) ? NumberOfText(value.toString()) : value;
+    case QMetaType::Int:
+    case QMetaType::UInt:
+        return value.toLongLong();
+    default:
+        return value;
+    }
+}

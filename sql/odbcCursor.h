@@ -1,0 +1,31 @@
+#pragma once
+
+#include "sql/engine.h"
+
+#include <QSqlQuery>
+
+class OdbcConnection;
+
+/// The rows of a query that Qt Sql reads forward.
+class OdbcCursor final : public Cursor {
+public:
+    /// @param connection kept alive until the cursor goes
+    OdbcCursor(std::shared_ptr<OdbcConnection> connection, QSqlQuery query, QString statement);
+    ~OdbcCursor() override;
+    OdbcCursor(const OdbcCursor&) = delete;
+    OdbcCursor& operator=(const OdbcCursor&) = delete;
+
+    bool Next() override;
+    const QStringList& Columns() const override { return m_columns; }
+    QVariant Value(int column) const override;
+
+private:
+    QVariant Read(int column) const;
+
+    std::shared_ptr<OdbcConnection> m_connection;
+    mutable QSqlQuery m_query;
+    QString m_statement;
+    QStringList m_columns;
+    QVector<bool> m_decimal;         ///< columns whose digits must not pass through a double
+    mutable QVector<QVariant> m_row; ///< values read so far: a driver gives them in their order only
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "sql/engine.h"
+#include "sql/types.h"
+
+/// Connection strings in the words of ODBC.
+namespace odbc {
+
+/// The connection string of settings. One that is given is honoured; that of an OLE DB provider for ODBC data sources
+/// or for SQL Server is said in the words of ODBC. Else it is made of the DSN, or of the driver that `settings` names
+/// or that is usual for the provider, with server, database and sign-on. Raises `ImportError` when there is nothing to
+/// make it of.
+QString ConnectionText(const ConnectionSettings& settings, Provider provider);
+/// A value as it stands in a connection string: between braces when it holds what would end it.
+QString Quoted(const QString& value);
+/// A connection string or a driver's message with every password covered.
+QString WithoutPassword(const QString& text);
+/// Name of the driver, or else of the data source, of a connection string; empty when it names neither.
+QString DriverOrDsn(const QString& text);
+/// The connection string as Qt's driver takes it in place of a database name.
+QString QtDatabaseName(const QString& text);
+
+} // namespace odbc

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "sql/engine.h"
+
+#include <QTemporaryFile>
+
+#include <exception>
+
+class SpoolingCursor;
+
+/// A connection's line to its server, which carries one result at a time: knows the cursor whose rows are still on it.
+struct ResultLine {
+    SpoolingCursor* cursor = nullptr;
+    /// Frees the line for the next statement: the rows that are still on it are put aside for their cursor.
+    void Free();
+};
+
+/// A cursor over rows that come straight from the server, until another statement needs the connection: then the rest
+/// waits here, the first rows in memory and the others in a temporary file, so that memory stays flat, one connection
+/// (and its transaction) serves every statement, and a slow reader never makes the server give up.
+class SpoolingCursor final : public Cursor {
+public:
+    /// Takes over a cursor that reads from the line; the line must be free.
+    SpoolingCursor(std::unique_ptr<Cursor> live, std::shared_ptr<ResultLine> line, QString statement);
+    ~SpoolingCursor() override;
+
+    bool Next() override;
+    const QStringList& Columns() const override { return m_columns; }
+    QVariant Value(int column) const override;
+
+    /// Puts the rest of the rows aside. An error on the way is raised when the reader gets there.
+    void PutAside() noexcept;
+
+private:
+    using Row = QVector<QVariant>;
+    void ReadRest();
+    void Append(const Row& row);
+    Row LiveRow() const;
+    bool NextAside();
+    void LeaveLine();
+
+    std::unique_ptr<Cursor> m_live;
+    std::shared_ptr<ResultLine> m_line;
+    QString m_statement;
+    QStringList m_columns;
+    Row m_row;
+    QVector<Row> m_first;
+    qsizetype m_nextOfFirst = 0;
+    std::unique_ptr<QTemporaryFile> m_file;
+    qint64 m_rowsInFile = 0;
+    std::exception_ptr m_failure;
+};
