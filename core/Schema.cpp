@@ -2,6 +2,8 @@
 
 #include "core/schemaLines.h"
 
+#include <algorithm>
+
 namespace schema {
 
 namespace {
@@ -16,17 +18,36 @@ Column ColumnOf(const Line& line) {
     column.languageText = line.languageText;
     column.indexed = line.indexed;
     column.refersTo = QString::fromLatin1(line.refersTo);
-    column.condition = QString::fromLatin1(line.condition);
+    column.refersToColumn = QString::fromLatin1(line.refersToColumn);
+    column.conditionColumn = QString::fromLatin1(line.conditionColumn);
     return column;
 }
 
-Table TableOf(const Line& line) {
+const Table& Named(const Catalogue& tables, const QString& name) {
+    return *std::find_if(tables.begin(), tables.end(), [&name](const Table& table) { return table.name == name; });
+}
+
+Table TableOf(const Line& line, const Catalogue& earlier) {
     Table table;
+    if (*line.like != 0) {
+        table = Named(earlier, QString::fromLatin1(line.like));
+    } else {
+        table.Add(ColumnOf({.name = "RECORD_ID", .type = DataType::AutoIncrement}));
+    }
     table.name = QString::fromLatin1(line.name);
     table.shared = line.shared;
     table.key = QString::fromLatin1(line.key).split(u' ', Qt::SkipEmptyParts);
-    table.Add(ColumnOf({.name = "RECORD_ID", .type = DataType::AutoIncrement}));
     return table;
+}
+
+void AddTables(std::span<const Line> lines, Catalogue& tables) {
+    for (const Line& line : lines) {
+        if (line.isTable) {
+            tables.push_back(TableOf(line, tables));
+        } else {
+            tables.back().Add(ColumnOf(line));
+        }
+    }
 }
 
 /// The columns that tell who wrote a row, and when.
@@ -37,51 +58,43 @@ void AddAudit(Table& table) {
     }
 }
 
-void AddTables(std::span<const Line> lines, Catalogue& tables) {
-    for (const Line& line : lines) {
-        if (!line.isTable) {
-            tables.back().Add(ColumnOf(line));
-            continue;
-        }
-        tables.push_back(TableOf(line));
+/// Completes a reference from the code that it refers to; a text of a size of its own keeps that.
+void Resolve(Column& column, const Catalogue& tables) {
+    const Table& target = Named(tables, column.refersTo);
+    if (column.refersToColumn.isEmpty()) {
+        column.refersToColumn = target.CodeColumn();
     }
-}
-
-QHash<QString, int> PositionsOf(const Catalogue& tables) {
-    QHash<QString, int> positions;
-    for (const Table& table : tables) {
-        positions.insert(table.name, static_cast<int>(positions.size()));
-    }
-    return positions;
-}
-
-/// A reference is as long as the code that it refers to. Masters that take their code from another master
-/// come after it, so that one pass is enough.
-void SizeReferences(Catalogue& tables) {
-    const QHash<QString, int> positions = PositionsOf(tables);
-    for (Table& table : tables) {
-        for (Column& column : table.columns) {
-            if (column.size > 0 || column.refersTo.isEmpty()) {
-                continue;
-            }
-            const Table& target = tables.at(static_cast<std::size_t>(positions.value(column.refersTo)));
-            const Column* code = target.FindColumn(target.CodeColumn());
-            column.type = code->type;
-            column.size = code->size;
-        }
+    if (column.size == 0) {
+        const Column* code = target.FindColumn(column.refersToColumn);
+        column.type = code->type;
+        column.size = code->size;
     }
 }
 
 Catalogue MakeTables() {
     Catalogue tables;
-    for (const auto& subject : {Counterparties()}) {
+    for (const auto& subject :
+         {Counterparties(), Articles(), Warehouse(), PriceLists(), BillsOfMaterials(), Production(), Documents(),
+          StockMovements(), Accounting(), BaseTables(), SystemTables()}) {
         AddTables(subject, tables);
     }
     for (Table& table : tables) {
         AddAudit(table);
+        for (Column& column : table.columns) {
+            if (!column.refersTo.isEmpty()) {
+                Resolve(column, tables);
+            }
+        }
     }
-    SizeReferences(tables);
     return tables;
+}
+
+QHash<QString, int> Positions() {
+    QHash<QString, int> positions;
+    for (const Table& table : Tables()) {
+        positions.insert(table.name, static_cast<int>(positions.size()));
+    }
+    return positions;
 }
 
 } // namespace
@@ -105,7 +118,7 @@ const std::vector<Table>& Tables() {
 }
 
 const Table* FindTable(const QString& bareName) {
-    static const QHash<QString, int> positions = PositionsOf(Tables());
+    static const QHash<QString, int> positions = Positions();
     const int position = positions.value(bareName.toUpper(), -1);
     return position < 0 ? nullptr : &Tables()[static_cast<std::size_t>(position)];
 }

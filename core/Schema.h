@@ -18,8 +18,9 @@ struct Column {
     int size = 0;              ///< characters of a text; 0 for every other type
     bool languageText = false; ///< its texts are kept by language in SYS_LNG too
     bool indexed = false;      ///< has an index of its own, beside that of the table's key
-    QString refersTo;          ///< bare name of the table whose code column holds its values; empty for none
-    QString condition;         ///< column that names the table referred to, when a column serves several; else empty
+    QString refersTo;          ///< bare name of the table whose codes it holds; empty for none
+    QString refersToColumn;    ///< the column of those codes
+    QString conditionColumn;   ///< column that names the table referred to, when one column serves several; else empty
 };
 
 /// A table, with the identity and audit columns that every table has.

@@ -13,13 +13,21 @@ struct Line {
     DataType type = DataType::NVarChar;
     int size = 0;
     bool isTable = false;
-    bool shared = false;        ///< of a table
-    const char* key = "";       ///< of a table: its key columns, with a blank between
-    const char* refersTo = "";  ///< of a reference, which takes type and size of the code it refers to
-    const char* condition = ""; ///< of a reference: column that names the table referred to
+    bool shared = false;              ///< of a table
+    const char* key = "";             ///< of a table: its key columns, with a blank between
+    const char* like = "";            ///< of a table: an earlier table whose columns it has too
+    const char* refersTo = "";        ///< of a reference: the table whose codes the column holds
+    const char* refersToColumn = "";  ///< of a reference: the column of those codes; empty for the table's code column
+    const char* conditionColumn = ""; ///< of a reference: column that names the table referred to
     bool languageText = false;
     bool indexed = false;
 
+    /// Of a table: it has the columns of an earlier one.
+    constexpr Line Like(const char* table) const {
+        Line line = *this;
+        line.like = table;
+        return line;
+    }
     /// Rows are looked up by this column.
     constexpr Line Indexed() const {
         Line line = *this;
@@ -32,11 +40,11 @@ struct Line {
         line.languageText = true;
         return line;
     }
-    /// The column refers to the codes of a table in the rows whose `conditionColumn` names that table.
-    constexpr Line Names(const char* table, const char* conditionColumn) const {
+    /// The column holds codes of `table` in the rows whose `condition` column names that table.
+    constexpr Line Names(const char* table, const char* condition) const {
         Line line = *this;
         line.refersTo = table;
-        line.condition = conditionColumn;
+        line.conditionColumn = condition;
         return line;
     }
 };
@@ -57,16 +65,30 @@ constexpr Line Flag(const char* name) { return {.name = name, .type = DataType::
 constexpr Line Day(const char* name) { return {.name = name, .type = DataType::DateTime}; }
 /// A whole number.
 constexpr Line Whole(const char* name) { return {.name = name, .type = DataType::Integer}; }
+/// A whole number that may be a large one.
+constexpr Line Large(const char* name) { return {.name = name, .type = DataType::Long}; }
 /// A quantity, an amount, a measure or a percentage.
 constexpr Line Number(const char* name) { return {.name = name, .type = DataType::Double}; }
 /// A file's bytes.
 constexpr Line Bytes(const char* name) { return {.name = name, .type = DataType::Object}; }
 /// RECORD_ID of a row of another table.
 constexpr Line Link(const char* name) { return {.name = name, .type = DataType::Long, .indexed = true}; }
-/// A code of another table, or of a row of its own.
-constexpr Line Code(const char* name, const char* table) { return {.name = name, .refersTo = table}; }
+/// A code of another table (or of another row of the same), with the type and size that the code has there.
+constexpr Line Code(const char* name, const char* table, const char* column = "") {
+    return {.name = name, .refersTo = table, .refersToColumn = column};
+}
 
 // The schema, by subject.
 std::span<const Line> Counterparties();
+std::span<const Line> Articles();
+std::span<const Line> Warehouse();
+std::span<const Line> PriceLists();
+std::span<const Line> BillsOfMaterials();
+std::span<const Line> Production();
+std::span<const Line> Documents();
+std::span<const Line> StockMovements();
+std::span<const Line> Accounting();
+std::span<const Line> BaseTables();
+std::span<const Line> SystemTables();
 
 } // namespace schema

@@ -1,0 +1,94 @@
+#include "core/schemaLines.h"
+
+namespace schema {
+
+/// The ...EXT columns keep the code that the source system had.
+std::span<const Line> BaseTables() {
+    static constexpr Line Lines[] = {
+        SharedTable("TAB_IVA", "CDIVA"),
+        Text("CDIVA", 10),
+        Text("IVDES", 100),
+        Number("IVALI"),
+        Number("IVIND"),
+        Number("IVAGE"),
+        Flag("IVESP"),
+        Flag("IVBOL"),
+        Flag("IVPLA"),
+        Flag("IVPRO"),
+        Text("IVEXT", 50).Indexed(),
+
+        SharedTable("TAB_MOP", "CDMOP"),
+        Text("CDMOP", 10),
+        Text("MPDES", 100),
+        Whole("MPRAT"),
+        Number("MPSCM"),
+        Number("MPSPI"),
+        Text("MPEXT", 50).Indexed(),
+
+        SharedTable("TAB_MPR", "CDMOP NRRAT"),
+        Code("CDMOP", "TAB_MOP"),
+        Whole("NRRAT"),
+        Code("MPTIP", "TAB_MPT"),
+        Whole("MPGGF"),
+        Whole("MPGGS"),
+        Text("MPINI", 5),
+        Number("MPPER"),
+        Number("MPIVA"),
+        Number("MPNET"),
+        Number("MPSPE"),
+        Number("MPIGM"),
+
+        SharedTable("TAB_MPT", "CDMPT"),
+        Text("CDMPT", 10),
+        Text("PTDES", 100),
+        Text("PTCAT", 10),
+        Text("PTCNT", 20),
+        Text("PTEXT", 50).Indexed(),
+
+        SharedTable("TAB_NAZ", "CDNAZ"),
+        Text("CDNAZ", 3),
+        Text("NADES", 100),
+        Text("NAEXT", 50).Indexed(),
+
+        SharedTable("TAB_LNG", "CDLNG"),
+        Text("CDLNG", 3),
+        Text("LNDES", 100),
+        Text("LNEXT", 50).Indexed(),
+
+        SharedTable("TAB_UMS", "CDUMS"),
+        Text("CDUMS", 10),
+        Text("UMDES", 100),
+        Text("UMEXT", 50).Indexed(),
+
+        SharedTable("TAB_VAL", "CDVAL"),
+        Text("CDVAL", 3),
+        Text("VADES", 100),
+        Text("VAEXT", 50).Indexed(),
+
+        SharedTable("TAB_MAT", "CDMAT"),
+        Text("CDMAT", 50),
+        Text("MADES", 100),
+        Text("MAEXT", 50).Indexed(),
+
+        SharedTable("TAB_PRF", "CDPRF"),
+        Text("CDPRF", 20),
+        Text("PRDES", 100),
+        Number("PRDMZ"),
+        Number("PRLAA"),
+        Number("PRLAB"),
+        Number("PRLAT"),
+        Text("PREXT", 50).Indexed(),
+
+        SharedTable("TAB_ABI", "CDABI"),
+        Text("CDABI", 5),
+        Text("ABDES", 100),
+
+        SharedTable("TAB_CAB", "CDABI CDCAB"),
+        Code("CDABI", "TAB_ABI"),
+        Text("CDCAB", 5),
+        Text("CADES", 100),
+    };
+    return Lines;
+}
+
+} // namespace schema

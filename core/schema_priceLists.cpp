@@ -1,0 +1,86 @@
+#include "core/schemaLines.h"
+
+namespace schema {
+
+std::span<const Line> PriceLists() {
+    static constexpr Line Lines[] = {
+        CompanyTable("LIS_TES", "CDLIS LTTIP"),
+        Text("CDLIS", 20),
+        Text("LTDES", 100),
+        Text("LTTIP", 5),
+        Text("LTTYP", 5),
+        Code("LTVAL", "TAB_VAL"),
+        Day("LTINV"),
+
+        CompanyTable("LIS_ART", "CDLIS CDART"),
+        Link("IDTES"),
+        Code("CDLIS", "LIS_TES", "CDLIS"),
+        Code("CDART", "ART_ICO").Indexed(),
+        Day("LAINV"),
+        Day("LAFIV"),
+        Notes("LANOT"),
+
+        CompanyTable("LIS_ARS"),
+        Link("IDLSD"),
+        Number("SCQTA"),
+        Number("SCPRZ"),
+        Number("SCSCO"),
+        Number("SCSC2"),
+        Number("SCSC3"),
+
+        CompanyTable("LIS_LAV", "CDART CDFOR"),
+        Code("CDLAV", "LAV_ORA").Indexed(),
+        Code("CDART", "ART_ICO"),
+        Code("CDFOR", "CON_TRO").Indexed(),
+        Text("LLTYP", 5),
+        Code("LLVAL", "TAB_VAL"),
+        Day("LLINV"),
+        Day("LLFIV"),
+
+        CompanyTable("LIS_LAS"),
+        Link("IDLSD"),
+        Number("SCQTA"),
+        Number("SCCOS"),
+        Number("SCSCO"),
+        Number("SCSC2"),
+        Number("SCSC3"),
+
+        CompanyTable("PRO_MOZ", "CDPRM"),
+        Text("CDPRM", 20),
+        Text("PMDES", 100),
+        Text("PMTIP", 5),
+        Text("PMTYP", 5),
+        Code("PMCON", "CON_TRO").Indexed(),
+        Flag("PMVLD"),
+
+        CompanyTable("PRO_MOR"),
+        Code("CDPRM", "PRO_MOZ").Indexed(),
+        Number("PRSC1"),
+        Number("PRSC2"),
+        Number("PRSC3"),
+        Flag("PRVLD"),
+
+        CompanyTable("STO_PRZ", "CDART STDAT"),
+        Code("CDART", "ART_ICO"),
+        Day("STDAT"),
+        Number("STPRZ"),
+        Number("STCOS"),
+        Number("STSC1"),
+        Number("STSC2"),
+        Number("STSC3"),
+        Text("STNOT", 255),
+
+        CompanyTable("STO_COS", "CDART STDAT").Like("STO_PRZ"),
+
+        // conditions of a counterparty
+        CompanyTable("LIS_CTL"),
+        Code("CDCON", "CON_TRO").Indexed(),
+        CompanyTable("LIS_CLS"),
+        Code("CDCON", "CON_TRO").Indexed(),
+        CompanyTable("LIS_CLV"),
+        Code("CDCON", "CON_TRO").Indexed(),
+    };
+    return Lines;
+}
+
+} // namespace schema

@@ -1,0 +1,150 @@
+#include "core/schemaLines.h"
+
+namespace schema {
+
+std::span<const Line> BillsOfMaterials() {
+    static constexpr Line Lines[] = {
+        CompanyTable("DIS_BAS", "DBART DBREV"),
+        Code("DBART", "ART_ICO"),
+        Whole("DBREV"),
+        Flag("DBMAN"),
+        Flag("DBANN"),
+        Day("DBINV"),
+        Flag("DBACT"),
+        Flag("DBATT"),
+        Flag("DBCPL"),
+        Notes("DBNOT"),
+        Notes("DBNOL"),
+        Notes("DBNOC"),
+        Notes("DBNOR"),
+        Text("DBOBS", 255),
+        Text("DBPRY", 10),
+        Whole("DBREI"),
+        Text("DBSED", 10),
+        Text("IDOLD", 50).Indexed(),
+
+        CompanyTable("DIS_COM"),
+        Link("IDDIS"),
+        Link("IDDBL"),
+        Link("IDDBF"),
+        Code("DCART", "ART_ICO").Indexed(),
+        Number("DCQTA"),
+        Number("DCCOE"),
+        Whole("DCPOS"),
+        Number("DCDMX"),
+        Number("DCDMY"),
+        Number("DCCOS"),
+        Number("DCPRZ"),
+        Number("DCRIC"),
+        Flag("DCCTL"),
+        Flag("DCCHK"),
+        Notes("DCNOT"),
+
+        CompanyTable("DIS_FAS"),
+        Link("IDDIS"),
+        Whole("DLSEQ"),
+        Code("DLLAV", "LAV_ORA"),
+        Code("DLMAC", "MAC_CHI"),
+        Number("DLTAP"),
+        Number("DLTUP"),
+        Whole("DLTMP"),
+        Flag("DLACT"),
+        Number("DLNUP"),
+        Number("DLCOS"),
+        Number("DLPRZ"),
+        Number("DLRIC"),
+        Code("DLFOR", "CON_TRO").Indexed(),
+        Text("DLICO", 255),
+        Notes("DLNOT"),
+
+        CompanyTable("DIS_COP"),
+        Link("IDCOM"),
+        Text("CDPAR", 20),
+        Text("CPVAL", 255),
+        Whole("NLATI"),
+
+        CompanyTable("DIS_FAP"),
+        Link("IDFAS"),
+        Text("CDPAR", 20),
+        Text("FPVAL", 255),
+        Whole("NLATI"),
+    };
+    return Lines;
+}
+
+std::span<const Line> Production() {
+    static constexpr Line Lines[] = {
+        CompanyTable("LAV_ORA", "CDLAV"),
+        Text("CDLAV", 20),
+        Text("LVDES", 100),
+
+        CompanyTable("MAC_CHI", "CDMAC"),
+        Text("CDMAC", 20),
+        Text("MCDES", 100),
+
+        CompanyTable("TIP_PRO", "CDTIP"),
+        Text("CDTIP", 20),
+        Text("TPDES", 100),
+
+        CompanyTable("FAM_PRO", "CDFAM"),
+        Text("CDFAM", 20),
+        Text("FPDES", 100),
+
+        CompanyTable("ORD_PRO"),
+        Day("OPDAT"),
+        Day("OPDTC"),
+        Number("OPQTA"),
+        Text("OPSTA", 5),
+        Text("OPTPD", 5),
+        Link("OPIDD"),
+        Number("OPCFM"),
+
+        CompanyTable("ORD_COM"),
+        Link("IDORD"),
+        Code("OCART", "ART_ICO").Indexed(),
+        Text("OCDES", 255),
+        Number("OCQTA"),
+        Number("OCQTU"),
+        Code("OCUMP", "TAB_UMS"),
+        Whole("OCPOS"),
+        Whole("OCSEQ"),
+        Number("OCCOE"),
+        Flag("OCCTL"),
+        Number("OCASS"),
+        Number("OCCFM"),
+
+        CompanyTable("ORD_FAS"),
+        Link("IDOPR"),
+        Whole("FLSEQ"),
+        Code("FLLAV", "LAV_ORA"),
+        Number("FLQTA"),
+        Number("FLQTM"),
+        Text("FLSTA", 5),
+        Text("FLTIP", 5),
+        Flag("FLACT"),
+        Number("FLASS"),
+        Number("FLCFM"),
+        Number("FLCOE"),
+
+        // only emptied
+        CompanyTable("ORD_COP"),
+        CompanyTable("ORD_FAP"),
+        CompanyTable("ORD_REV"),
+        CompanyTable("RIL_PRE"),
+        CompanyTable("RIL_PRS"),
+        CompanyTable("RIL_TEM"),
+        CompanyTable("RIL_TER"),
+        CompanyTable("RAG_LAV"),
+        CompanyTable("RAG_LAR"),
+        CompanyTable("PRE_VEN"),
+        CompanyTable("PRE_COM"),
+        CompanyTable("PRE_FAS"),
+        SharedTable("GEN_ART_ICO"),
+        SharedTable("GEN_DIS_BAS"),
+        SharedTable("GEN_DIS_COM"),
+        SharedTable("GEN_DIS_FAS"),
+    };
+    return Lines;
+}
+
+} // namespace schema
