@@ -1,0 +1,36 @@
+#pragma once
+
+#include "sql/ovErrors.h"
+
+#include <QDialog>
+
+class QDialogButtonBox;
+class QVBoxLayout;
+
+/// Shows one error: what happened and what to do, the source row, the statement and the engine's own words, all of
+/// which can be copied at once.
+class ErrorDialog final : public QDialog {
+    Q_OBJECT
+
+public:
+    enum class Kind {
+        Report, ///< an error that ended a procedure: it can only be read
+        Choice, ///< a failing statement: Riprova, Ignora, Interrompi
+    };
+
+    ErrorDialog(const ErrorEntry& error, Kind kind, QWidget* parent);
+
+    /// The operator's choice; closing the dialog otherwise is `Abort`.
+    ErrorAnswer Answer() const { return m_answer; }
+
+    /// The error as text, for the clipboard and for mail to whoever can help.
+    static QString TextOf(const ErrorEntry& error);
+
+private:
+    void Lay(const ErrorEntry& error, Kind kind);
+    void AddDetail(QVBoxLayout& layout, const QString& title, const QString& name, const QString& text);
+    void AddChoices(QDialogButtonBox& buttons, bool inRow);
+    void AddCopy(QDialogButtonBox& buttons, const QString& text);
+
+    ErrorAnswer m_answer = ErrorAnswer::Abort;
+};

@@ -1,0 +1,150 @@
+#include "ui/WindowOperator.h"
+
+#include "ui/ErrorDialog.h"
+#include "ui/frmProgress.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace {
+
+/// The usual pointer while a dialog waits for the operator; the hourglass comes back behind it.
+class PointerPause {
+public:
+    explicit PointerPause(bool busy)
+        : m_busy(busy) {
+        if (m_busy) {
+            QGuiApplication::restoreOverrideCursor();
+        }
+    }
+    ~PointerPause() {
+        if (m_busy) {
+            QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        }
+    }
+    PointerPause(const PointerPause&) = delete;
+    PointerPause& operator=(const PointerPause&) = delete;
+
+private:
+    bool m_busy;
+};
+
+QPushButton* AddButton(QMessageBox& box, const QString& text, const QString& name, QMessageBox::ButtonRole role) {
+    QPushButton* button = box.addButton(text, role);
+    button->setObjectName(name);
+    return button;
+}
+
+} // namespace
+
+QWidget* WindowOperator::Parent() const {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : m_window;
+}
+
+int WindowOperator::Run(QMessageBox& box) const {
+    box.setWindowTitle(QuadrixCaption);
+    box.setTextFormat(Qt::PlainText);
+    const PointerPause pause(IsBusy());
+    return box.exec();
+}
+
+void WindowOperator::Message(const QString& text, Icon icon) {
+    QMessageBox box(Parent());
+    box.setIcon(icon == Icon::Information ? QMessageBox::Information : QMessageBox::Warning);
+    box.setText(text);
+    AddButton(box, "OK", "cmdOk", QMessageBox::AcceptRole);
+    Run(box);
+}
+
+bool WindowOperator::Ask(const QString& question, Question style) {
+    QMessageBox box(Parent());
+    box.setIcon(style == Question::Plain ? QMessageBox::Question : QMessageBox::Warning);
+    box.setText(question);
+    QPushButton* yes = AddButton(box, "&Sì", "cmdYes", QMessageBox::YesRole);
+    QPushButton* no = AddButton(box, "&No", "cmdNo", QMessageBox::NoRole);
+    box.setDefaultButton(style == Question::ExclamationNo ? no : yes);
+    box.setEscapeButton(no);
+    Run(box);
+    return box.clickedButton() == yes;
+}
+
+std::optional<QString> WindowOperator::Input(const QString& prompt, const QString& title, const QString& defaultText) {
+    QInputDialog dialog(Parent());
+    dialog.setWindowTitle(title.isEmpty() ? QuadrixCaption : title);
+    dialog.setLabelText(prompt);
+    dialog.setTextValue(defaultText);
+    dialog.setOkButtonText("OK");
+    dialog.setCancelButtonText("Annulla");
+    if (prompt.contains("password", Qt::CaseInsensitive)) {
+        dialog.setTextEchoMode(QLineEdit::Password);
+    }
+    const PointerPause pause(IsBusy());
+    return dialog.exec() == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
+}
+
+QString WindowOperator::OpenFile(const QString& title, const QString& filter) {
+    const PointerPause pause(IsBusy());
+    return QFileDialog::getOpenFileName(Parent(), title, {}, FileDialogFilter(filter));
+}
+
+ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {
+    ErrorDialog dialog(error, ErrorDialog::Kind::Choice, Parent());
+    const PointerPause pause(IsBusy());
+    dialog.exec();
+    return dialog.Answer();
+}
+
+void WindowOperator::ReportError(const ErrorEntry& error) {
+    ErrorDialog dialog(error, ErrorDialog::Kind::Report, Parent());
+    const PointerPause pause(IsBusy());
+    dialog.exec();
+}
+
+std::unique_ptr<Progress> WindowOperator::ShowProgress() {
+    auto dialog = std::make_unique<frmProgress>(Parent());
+    QObject::connect(dialog.get(), &frmProgress::CancelAsked, dialog.get(), [this](bool& agreed) {
+        agreed = Ask("Interrompere l'operazione in corso?", Question::ExclamationNo);
+    });
+    m_progresses.removeAll(nullptr);
+    m_progresses.append(dialog.get());
+    return dialog;
+}
+
+bool WindowOperator::AskToStop(const QString& question) {
+    m_progresses.removeAll(nullptr);
+    if (m_progresses.isEmpty() || !Ask(question, Question::ExclamationNo)) {
+        return false;
+    }
+    for (const QPointer<frmProgress>& progress : std::as_const(m_progresses)) {
+        progress->cmdCancel_Click();
+    }
+    return true;
+}
+
+void WindowOperator::ShowBusy(bool busy) {
+    if (busy) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QGuiApplication::restoreOverrideCursor();
+    }
+}
+
+QString FileDialogFilter(const QString& filter) {
+    const QStringList parts = filter.split(u'|');
+    QStringList result;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        QString patterns = parts.at(i + 1).trimmed();
+        QString description = parts.at(i).trimmed();
+        if (const qsizetype bracket = description.lastIndexOf(u'('); bracket > 0 && description.endsWith(u')')) {
+            description = description.left(bracket).trimmed();
+        }
+        // "*.*" means every file, those without a dot too.
+        patterns = patterns == u"*.*" ? QStringLiteral("*") : patterns.replace(u';', u' ');
+        result.append(description + " (" + patterns + ")");
+    }
+    return result.join(QStringLiteral(";;"));
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/Operator.h"
+
+#include <QPointer>
+
+class QMessageBox;
+class QWidget;
+class frmProgress;
+
+/// The operator at the window: real dialogs before the main window.
+class WindowOperator final : public Operator {
+public:
+    /// The window that the dialogs stand before, while there is one.
+    void SetWindow(QWidget* window) { m_window = window; }
+
+    void Message(const QString& text, Icon icon = Icon::Information) override;
+    bool Ask(const QString& question, Question style = Question::Plain) override;
+    /// A prompt that names a password hides what is typed.
+    std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
+    QString OpenFile(const QString& title, const QString& filter) override;
+    ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
+    void ReportError(const ErrorEntry& error) override;
+    std::unique_ptr<Progress> ShowProgress() override;
+
+    /// Asks whether the operation under way is to be stopped, and presses cancel in its progress dialogs.
+    /// @return whether it will stop; false without a question when it shows no progress dialog
+    bool AskToStop(const QString& question);
+
+protected:
+    void ShowBusy(bool busy) override;
+
+private:
+    QWidget* Parent() const;
+    int Run(QMessageBox& box) const;
+
+    QWidget* m_window = nullptr;
+    QVector<QPointer<frmProgress>> m_progresses; ///< those on the screen, oldest first
+};
+
+/// A filter of "description|pattern" pairs in the form that the file dialog reads: "File di Excel (*.xls);;Tutti i
+/// file (*)". Patterns in a description's own brackets are not repeated.
+QString FileDialogFilter(const QString& filter);

@@ -1,0 +1,113 @@
+#include "ui/frmProgress.h"
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace {
+
+constexpr int BarSteps = 10000;   ///< the bar counts whole numbers only
+constexpr double DrawEvery = 0.1; ///< seconds
+constexpr int WidthInCharacters = 56;
+
+QLabel* NewLabel(QWidget* parent, const QString& name, Qt::Alignment alignment) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(alignment | Qt::AlignVCenter);
+    return label;
+}
+
+} // namespace
+
+frmProgress::frmProgress(QWidget* parent)
+    : QDialog(parent),
+      lblProgress(NewLabel(this, "lblProgress", Qt::AlignLeft)),
+      prgImport(new QProgressBar(this)),
+      m_done(NewLabel(this, "lblDone", Qt::AlignLeft)),
+      m_rate(NewLabel(this, "lblRate", Qt::AlignHCenter)),
+      m_left(NewLabel(this, "lblTimeLeft", Qt::AlignRight)),
+      cmdCancel(new QPushButton("&Annulla", this)) {
+    setObjectName("frmProgress");
+    setWindowTitle(QuadrixCaption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setModal(true);
+    Lay();
+    connect(cmdCancel, &QPushButton::clicked, this, &frmProgress::cmdCancel_Click);
+    m_clock.start();
+    show();
+    Centre();
+}
+
+void frmProgress::Lay() {
+    lblProgress->setWordWrap(true);
+    lblProgress->setAccessibleName("Operazione in corso");
+    lblProgress->setMinimumWidth(fontMetrics().averageCharWidth() * WidthInCharacters);
+    prgImport->setObjectName("prgImport");
+    prgImport->setAccessibleName("Avanzamento");
+    prgImport->setRange(0, BarSteps);
+    cmdCancel->setObjectName("cmdCancel");
+    auto* facts = new QHBoxLayout;
+    facts->addWidget(m_done, 1);
+    facts->addWidget(m_rate, 1);
+    facts->addWidget(m_left, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdCancel);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(lblProgress);
+    all->addWidget(prgImport);
+    all->addLayout(facts);
+    all->addStretch();
+    all->addLayout(buttons);
+}
+
+void frmProgress::Centre() {
+    const QRect room = screen()->geometry();
+    move(room.left() + room.width() / 2 - width() / 2, room.top() + room.height() / 2 - height() / 2);
+}
+
+void frmProgress::cmdCancel_Click() {
+    m_cancel = true;
+    cmdCancel->setEnabled(false);
+    cmdCancel->setText("Interruzione...");
+}
+
+void frmProgress::reject() {
+    bool agreed = false;
+    if (!m_cancel) {
+        emit CancelAsked(agreed);
+    }
+    if (agreed) {
+        cmdCancel_Click();
+    }
+}
+
+void frmProgress::Refresh() {
+    const double seconds = static_cast<double>(m_clock.nsecsElapsed()) / 1e9;
+    const bool full = Value() >= Max();
+    if (seconds - m_drawnAt >= DrawEvery || m_drawnAt < 0 || full || m_drawnCaption != Caption() ||
+        m_drawnMax != Max()) {
+        Draw(seconds);
+    }
+    QCoreApplication::processEvents();
+}
+
+void frmProgress::Draw(double seconds) {
+    m_drawnAt = seconds;
+    m_drawnCaption = Caption();
+    m_drawnMax = Max();
+    m_meter.Add(seconds, Value());
+    lblProgress->setText(Caption());
+    const double share = Max() > 0 ? static_cast<double>(Value()) / static_cast<double>(Max()) : 0;
+    prgImport->setValue(static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * BarSteps)));
+    m_done->setText(DoneText(Value(), Max()));
+    m_rate->setText(RateText(m_meter.PerSecond()));
+    m_left->setText(TimeLeftText(Max() - Value(), m_meter.PerSecond()));
+}

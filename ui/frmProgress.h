@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/Operator.h"
+#include "ui/progressText.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+/// The dialog of a long operation: step, bar, rows done, rate, time left and a cancel button. Modal, but shown, not
+/// executed: the operation goes on and gives the window its turn at every value.
+class frmProgress final : public QDialog, public Progress {
+    Q_OBJECT
+
+public:
+    /// Shows the dialog in the middle of the screen. @param parent the window it stands before
+    explicit frmProgress(QWidget* parent);
+
+    bool Cancel() const override { return m_cancel; }
+
+public slots:
+    /// Sets the cancel flag; the operation stops at its next row and closes the dialog.
+    void cmdCancel_Click();
+    /// Escape and the close button of the frame: cancels when the operator says so; the dialog stays.
+    void reject() override;
+
+signals:
+    /// Asked by `reject` before it cancels.
+    void CancelAsked(bool& agreed);
+
+protected:
+    void Refresh() override;
+
+private:
+    void Lay();
+    void Centre();
+    void Draw(double seconds);
+
+    QLabel* lblProgress;
+    QProgressBar* prgImport;
+    QLabel* m_done;
+    QLabel* m_rate;
+    QLabel* m_left;
+    QPushButton* cmdCancel;
+    bool m_cancel = false;
+    RateMeter m_meter;
+    QElapsedTimer m_clock;
+    double m_drawnAt = -1; ///< seconds on the clock; negative before the first drawing
+    QString m_drawnCaption;
+    float m_drawnMax = 0;
+};

@@ -1,0 +1,134 @@
+#include "ui/frmReset.h"
+
+#include "ui/mnemonics.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+using R = ResetOptions;
+
+const ResetChoice& ChoiceOf(ResetOption option) {
+    const auto& choices = ResetChoices();
+    return *std::find_if(choices.begin(), choices.end(), [&](const ResetChoice& c) { return c.option == option; });
+}
+
+/// "Svuota ORD_FAS, ORD_COM, ..."
+QString TablesHint(ResetOption option) {
+    QStringList tables;
+    for (const ResetGroup& group : ResetGroups()) {
+        if (group.option == option) {
+            tables += group.tables;
+        }
+    }
+    return tables.isEmpty() ? QStringLiteral("Da solo non svuota alcuna tabella")
+                            : QString("Svuota " + tables.join(", "));
+}
+
+/// The caption of each option with its mnemonic; the letters of the two buttons are kept free.
+QString CaptionOf(ResetOption option) {
+    static const QStringList captions = [] {
+        QStringList all;
+        for (const ResetChoice& choice : ResetChoices()) {
+            all.append(choice.caption);
+        }
+        return WithMnemonics(all, {u'o', u'l'});
+    }();
+    const auto index = std::distance(ResetChoices().data(), &ChoiceOf(option));
+    return captions.at(index);
+}
+
+} // namespace
+
+frmReset::frmReset(Operator& person, const QString& company, QWidget* parent)
+    : QDialog(parent),
+      m_person(person) {
+    setObjectName("frmReset");
+    setWindowTitle("Reset Database");
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    Lay(company);
+}
+
+void frmReset::Lay(const QString& company) {
+    auto* title = new QLabel("Dati da eliminare dall'azienda " + company + ":");
+    title->setObjectName("lblCompany");
+    title->setTextFormat(Qt::PlainText);
+    title->setWordWrap(true);
+    auto* left = new QVBoxLayout;
+    AddGroup(*left, "Anagrafiche", {&R::AnaArt, &R::AnaCon});
+    AddGroup(*left, "Documenti", {&R::DocVen, &R::DocAcq});
+    AddGroup(*left, "Magazzino", {&R::Maga, &R::MagaLam});
+    left->addStretch();
+    auto* right = new QVBoxLayout;
+    AddGroup(*right, "Produzione", {&R::DisBas, &R::PrevProd, &R::OrdProd, &R::Rilevamenti});
+    AddGroup(*right, "Sistema", {&R::SystemTable});
+    right->addStretch();
+    auto* columns = new QHBoxLayout;
+    columns->addLayout(left);
+    columns->addLayout(right);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(title);
+    all->addLayout(columns, 1);
+    AddButtons(*all);
+}
+
+void frmReset::AddGroup(QVBoxLayout& column, const QString& title, const std::vector<ResetOption>& options) {
+    auto* group = new QGroupBox(title);
+    auto* lines = new QVBoxLayout(group);
+    for (const ResetOption option : options) {
+        lines->addWidget(NewBox(ChoiceOf(option)));
+    }
+    column.addWidget(group);
+}
+
+QCheckBox* frmReset::NewBox(const ResetChoice& choice) {
+    auto* box = new QCheckBox(CaptionOf(choice.option));
+    box->setObjectName(QStringLiteral("chk") + QLatin1String(choice.name));
+    box->setToolTip(TablesHint(choice.option));
+    box->setAccessibleDescription(box->toolTip());
+    connect(box, &QCheckBox::clicked, this, [this, option = choice.option](bool ticked) { Clicked(option, ticked); });
+    m_boxes.emplace_back(choice.option, box);
+    return box;
+}
+
+void frmReset::AddButtons(QVBoxLayout& all) {
+    auto* ok = new QPushButton("&OK");
+    ok->setObjectName("cmdOk");
+    ok->setAutoDefault(false);
+    connect(ok, &QPushButton::clicked, this, &frmReset::cmdOk_Click);
+    auto* cancel = new QPushButton("Annu&lla");
+    cancel->setObjectName("cmdCancel");
+    cancel->setDefault(true);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    all.addLayout(buttons);
+}
+
+void frmReset::Clicked(ResetOption option, bool ticked) {
+    m_options.*option = ticked;
+    m_options = AfterClick(m_options, option);
+    ShowOptions();
+}
+
+void frmReset::ShowOptions() {
+    for (const auto& [option, box] : m_boxes) {
+        box->setChecked(m_options.*option);
+    }
+}
+
+bool frmReset::SelectOptions() { return exec() == Accepted; }
+
+void frmReset::cmdOk_Click() {
+    if (ConfirmReset(m_person, m_options)) {
+        accept();
+    }
+}

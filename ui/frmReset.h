@@ -1,0 +1,38 @@
+#pragma once
+
+#include "app/reset.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QVBoxLayout;
+
+/// The dialog in which the operator chooses what a reset empties.
+class frmReset final : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param company name of the company that is emptied, shown for safety
+    frmReset(Operator& person, const QString& company, QWidget* parent);
+
+    /// Shows the dialog and returns whether the operator confirmed; `Options` are what he chose then.
+    bool SelectOptions();
+    /// The options as the check boxes show them.
+    const ResetOptions& Options() const { return m_options; }
+
+public slots:
+    /// Closes the dialog when something is chosen and the operator confirms.
+    void cmdOk_Click();
+
+private:
+    void Lay(const QString& company);
+    void AddGroup(QVBoxLayout& column, const QString& title, const std::vector<ResetOption>& options);
+    void AddButtons(QVBoxLayout& all);
+    QCheckBox* NewBox(const ResetChoice& choice);
+    void Clicked(ResetOption option, bool ticked);
+    void ShowOptions();
+
+    Operator& m_person;
+    ResetOptions m_options;
+    std::vector<std::pair<ResetOption, QCheckBox*>> m_boxes;
+};
