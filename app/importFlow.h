@@ -23,9 +23,9 @@ bool CheckData(Session& session, const Choice& choice);
 struct ImportRequest {
     Choice choice;
     contract::Button button = contract::Button::Cli;
-    QString singleCode;           ///< empty for all
-    bool confirmed = false;       ///< the confirmation has been given beforehand
-    std::optional<bool> reset;    ///< answer to the reset question given beforehand
+    QString singleCode;        ///< empty for all
+    bool confirmed = false;    ///< the confirmation has been given beforehand
+    std::optional<bool> reset; ///< answer to the reset question given beforehand
 };
 
 enum class FlowOutcome {

@@ -23,6 +23,8 @@ public:
     ovRecords Records;
     /// The source of the import under way; null between imports and for imports without one.
     std::unique_ptr<ovConnection> Source;
+    /// Sees every statement that a source is asked, in the source's own words.
+    ovConnection::StatementObserver TraceSource;
     Operator& Person;
     /// Today and now; a test sets its own.
     std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };

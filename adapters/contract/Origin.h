@@ -35,6 +35,9 @@ struct Procedure {
     std::function<void(Session&, const QString& singleCode, bool reset)> run;
     /// What it reads and writes: for the check before a run and for its mapping page.
     Needs needs;
+    QString confirmation = {}; ///< question that the button starts with; empty for the usual one of the button
+    bool opensSource = true;   ///< whether the origin's source is opened for it
+    bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
 };
 
 /// How an origin's source opens.

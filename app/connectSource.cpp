@@ -1,0 +1,48 @@
+#include "app/connectSource.h"
+
+#include "adapters/sourceSettings.h"
+#include "sources/fileSource.h"
+
+namespace {
+
+/// Fills the connection from settings and questions and opens it; false when the operator gave up.
+bool Open(Session& session, const contract::Origin& origin, ovConnection& source) {
+    const auto prepare = origin.source.prepare ? origin.source.prepare : sourceSettings::ForOrigin(origin.name);
+    if (!prepare) {
+        throw ImportError(QStringLiteral("Non è noto come aprire l'origine '%1'").arg(origin.name));
+    }
+    if (!prepare(session, source)) {
+        return false;
+    }
+    source.OpenConnection();
+    return true;
+}
+
+} // namespace
+
+SourceOutcome ConnectSource(Session& session, const contract::Origin& origin) {
+    const Operator::Busy busy(session.Person);
+    CloseSource(session);
+    const SourceOutcome outcome = Guarded(session.Errors, "frmImport", "ConnectSource", SourceOutcome::Failed, [&] {
+        session.Source = std::make_unique<ovConnection>();
+        session.Source->Errors = &session.Errors;
+        session.Source->OpenFiles = sources::OpenFileSource;
+        session.Source->Trace = session.TraceSource;
+        return Open(session, origin, *session.Source) ? SourceOutcome::Opened : SourceOutcome::GivenUp;
+    });
+    if (outcome != SourceOutcome::Opened) {
+        CloseSource(session);
+    }
+    return outcome;
+}
+
+void CloseSource(Session& session) {
+    if (session.Source) {
+        session.Source->CloseConnection();
+        session.Source.reset();
+    }
+}
+
+void TellNotConnected(Session& session, const contract::Origin& origin) {
+    session.Person.Message(QStringLiteral("Impossibile connettersi a ") + origin.name + u'!', Icon::Exclamation);
+}

@@ -1,0 +1,214 @@
+#include "app/importFlow.h"
+
+#include "app/connectSource.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+
+namespace {
+
+const QString Form = QStringLiteral("frmImport");
+
+/// What there is to say about a button, whatever the origin.
+struct ButtonTexts {
+    QString control;
+    QString caption;
+    QString confirmation;
+};
+
+const ButtonTexts& TextsOf(Button button) {
+    static const std::array<ButtonTexts, ButtonCount> texts{{
+        {"cmdImportCli", "Importa Controparti", "Importare le controparti?"},
+        {"cmdImportArt", "Importa Articoli", "Importare gli articoli?"},
+        {"cmdImportDis", "Importa Distinte Base", "Importare le distinte base?"},
+        {"cmdImportDoc", "Importa Documenti", "Importare i documenti?"},
+        {"cmdImportAcq", "Importa Acquisti", "Importare gli acquisti?"},
+        {"cmdImportSaldi", "Importa Saldi di Magazzino", "Importare i saldi di magazzino?"},
+        {"cmdImportPiano", "Importa Piano dei Conti", "Importare il piano dei conti?"},
+        {"cmdImportDisegni", "Importa Disegni", "Importare i disegni?"},
+    }};
+    return texts[static_cast<size_t>(button)];
+}
+
+bool Refuse(Session& session, const QString& reason) {
+    session.Person.Message(reason, Icon::Exclamation);
+    return false;
+}
+
+/// The code of the chosen company; empty when the database has no such company.
+QString FindCompany(Session& session, const Choice& choice) {
+    const QString name = mod_ovTools::FormatSqlValue(choice.company, DataType::NVarChar, session.Quadrix.ProviderType);
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT CDAZI FROM SYS_AZI WHERE AZRAS = " + name);
+    QString code;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString found = mod_ovTools::ToText(rows.Value("CDAZI"));
+        if (found.compare(choice.companyCode, Qt::CaseInsensitive) == 0) {
+            return found;
+        }
+        code = code.isEmpty() ? found : code;
+    }
+    return choice.companyCode.isEmpty() ? code : QString();
+}
+
+void TakeCompany(Session& session, const QString& code) {
+    session.UserManager.SetAzienda(code);
+    session.UserManager.DataElaborazione = session.Now().date();
+    session.Config.Azienda = code;
+    session.Config.LoadConfig();
+}
+
+/// What an earlier press has left must not be taken for this one's: the operator may have filled in translations since.
+void Forget(Session& session) {
+    session.Errors.ClearError();
+    session.Translations.clear();
+    session.Untranslated.clear();
+    session.UntranslatedSeen.clear();
+}
+
+bool AskReset(Session& session, const ImportRequest& request) {
+    if (request.reset) {
+        return *request.reset;
+    }
+    if (request.button == Button::Cli && request.choice.origin->deletesAllCounterparties) {
+        return session.Person.Ask("Cancellare tutte le controparti prima di importarle?", Question::ExclamationNo);
+    }
+    return session.Person.Ask("Resettare prima di importare?");
+}
+
+/// How the procedures ended whose results stand in the session from `first` on.
+FlowOutcome OutcomeOf(const Session& session, qsizetype first) {
+    for (const RunResult& result : session.Results.mid(first)) {
+        if (result.outcome != RunResult::Outcome::Done) {
+            return result.outcome == RunResult::Outcome::Failed ? FlowOutcome::Failed : FlowOutcome::Cancelled;
+        }
+    }
+    return FlowOutcome::Done;
+}
+
+FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
+                          const std::vector<const Procedure*>& procedures) {
+    const bool asks =
+        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->asksReset; });
+    const bool reset = asks && AskReset(session, request);
+    const qsizetype first = session.Results.size();
+    for (const Procedure* procedure : procedures) {
+        procedure->run(session, request.singleCode, reset && procedure->asksReset);
+        const FlowOutcome outcome = OutcomeOf(session, first);
+        if (outcome != FlowOutcome::Done) {
+            return outcome;
+        }
+    }
+    return FlowOutcome::Done;
+}
+
+/// Closes the source at the end of its life, however it is reached.
+class SourceCloser {
+public:
+    explicit SourceCloser(Session& session)
+        : m_session(session) {}
+    ~SourceCloser() { CloseSource(m_session); }
+    SourceCloser(const SourceCloser&) = delete;
+    SourceCloser& operator=(const SourceCloser&) = delete;
+
+private:
+    Session& m_session;
+};
+
+FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
+                         const std::vector<const Procedure*>& procedures) {
+    const SourceCloser closer(session);
+    const bool opens =
+        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->opensSource; });
+    const SourceOutcome source = opens ? ConnectSource(session, *request.choice.origin) : SourceOutcome::Opened;
+    if (source == SourceOutcome::Failed) {
+        TellNotConnected(session, *request.choice.origin);
+        return FlowOutcome::Failed;
+    }
+    return source == SourceOutcome::Opened ? RunProcedures(session, request, procedures) : FlowOutcome::Declined;
+}
+
+FlowOutcome Press(Session& session, const ImportRequest& request) {
+    Forget(session);
+    if (!CheckData(session, request.choice)) {
+        return FlowOutcome::Refused;
+    }
+    const Origin& origin = *request.choice.origin;
+    const auto procedures = ProceduresOf(origin, request.button);
+    if (procedures.empty()) {
+        Refuse(session, QStringLiteral("%1: la procedura del pulsante \"%2\" non è disponibile in questa versione!")
+                            .arg(origin.name, ButtonCaption(origin, request.button)));
+        return FlowOutcome::Unavailable;
+    }
+    if (!request.confirmed && !session.Person.Ask(ConfirmationOf(origin, request.button))) {
+        return FlowOutcome::Declined;
+    }
+    return RunConfirmed(session, request, procedures);
+}
+
+} // namespace
+
+const QStringList& ErrorModes() {
+    static const QStringList modes{"Gestiti dall'utente", "Ignora e continua", "Riprova 3 volte",
+                                   "Interrompi l'azione"};
+    return modes;
+}
+
+ErrorAction ErrorModeAction(int position) {
+    static const QVector<ErrorAction> actions{ErrorAction::Ask, ErrorAction::Ignore, ErrorAction::Retry,
+                                              ErrorAction::Abort};
+    return actions.value(position, ErrorAction::Ask);
+}
+
+bool CheckData(Session& session, const Choice& choice) {
+    return Guarded(session.Errors, Form, QStringLiteral("CheckData"), false, [&] {
+        if (choice.company.isEmpty() && choice.companyCode.isEmpty()) {
+            return Refuse(session, "Selezionare l'azienda sul quale operare!");
+        }
+        if (choice.origin == nullptr) {
+            return Refuse(session, "Selezionare l'origine dei dati!");
+        }
+        session.Errors.Action = choice.errors;
+        const QString code = FindCompany(session, choice);
+        if (code.isEmpty()) {
+            return Refuse(session, "Si è verificato un errore imprevisto sull'azienda selezionata!");
+        }
+        TakeCompany(session, code);
+        return true;
+    });
+}
+
+FlowOutcome RunImport(Session& session, const ImportRequest& request) {
+    const QString procedure = TextsOf(request.button).control + QStringLiteral("_Click");
+    return Guarded(session.Errors, Form, procedure, FlowOutcome::Failed, [&] { return Press(session, request); });
+}
+
+std::vector<const Procedure*> ProceduresOf(const Origin& origin, Button button) {
+    std::vector<const Procedure*> procedures;
+    for (const Procedure& procedure : origin.procedures) {
+        if (procedure.button == button && procedure.run) {
+            procedures.push_back(&procedure);
+        }
+    }
+    return procedures;
+}
+
+QString ButtonCaption(const Origin& origin, Button button) {
+    const QString& own = origin.buttons[static_cast<size_t>(button)].caption;
+    return own.isEmpty() ? TextsOf(button).caption : own;
+}
+
+QString ConfirmationOf(const Origin& origin, Button button) {
+    const auto procedures = ProceduresOf(origin, button);
+    if (!procedures.empty() && !procedures.front()->confirmation.isEmpty()) {
+        return procedures.front()->confirmation;
+    }
+    const QString& caption = origin.buttons[static_cast<size_t>(button)].caption;
+    if (caption.isEmpty() || caption == TextsOf(button).caption) {
+        return TextsOf(button).confirmation;
+    }
+    static const QString importa = QStringLiteral("Importa ");
+    if (caption.startsWith(importa)) {
+        return QStringLiteral("Importare ") + caption.mid(importa.size()) + u'?';
+    }
+    return QStringLiteral("Eseguire \"%1\"?").arg(caption);
+}
