@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/Operator.h"
-#include "ui/progressText.h"
+#include "app/progressText.h"
 
 #include <QDialog>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "ui/progressText.h"
+#include "app/progressText.h"
 
 #include <QLocale>
 
