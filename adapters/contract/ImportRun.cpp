@@ -139,8 +139,7 @@ void ImportRun::EndGroup(const std::function<void()>& groupEnd) {
         Attempt(m_group.keys.last(), groupEnd);
     }
     m_group = {};
-    m_written.clear();
-    m_changed.clear();
+    KeepWritten();
 }
 
 void ImportRun::Attempt(const QString& key, const std::function<void()>& work) {
@@ -235,6 +234,11 @@ void ImportRun::Inserted(const QString& table) {
 void ImportRun::Updated(const QString& table) {
     ++m_result.tables[table].updated;
     m_changed.append(table);
+}
+
+void ImportRun::KeepWritten() {
+    m_written.clear();
+    m_changed.clear();
 }
 
 void ImportRun::Complete(const QString& message) {

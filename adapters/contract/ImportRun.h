@@ -64,6 +64,9 @@ public:
     /// Key of the row under way, for log lines.
     const QString& RowKey() const { return m_session.Errors.RowKey(); }
 
+    /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones too.
+    void KeepWritten();
+
     /// Called by `TargetRow`: counts a row that was written for the source row under way.
     void Inserted(const QString& table);
     void Updated(const QString& table);

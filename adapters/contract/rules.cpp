@@ -1,7 +1,10 @@
 #include "adapters/contract/rules.h"
 
+#include "adapters/contract/lookups.h"
 #include "core/modImport.h"
 #include "sql/mod_ovTools.h"
+
+#include <cmath>
 
 namespace contract {
 
@@ -25,9 +28,41 @@ std::optional<double> ReadLeadingNumber(const QString& text) {
     return valid ? std::optional(number) : std::nullopt;
 }
 
+double NumberOf(const SourceRow& row, const QString& column) {
+    const QVariant value = row.Value(column);
+    if (value.isNull() || row.IsBlank(column)) {
+        return 0;
+    }
+    if (const auto number = mod_ovTools::ReadNumber(value)) {
+        return *number;
+    }
+    throw ImportError(QStringLiteral("colonna '%1': '%2' non è un numero").arg(column, row.Text(column)));
+}
+
+double RoundedTo(double number, int decimals) {
+    // Half a cent may be held a hair below its half: the nearest text of 15 digits decides, as a person reads it.
+    const double scale = std::pow(10.0, decimals);
+    const double scaled = QString::number(number * scale, 'g', 15).toDouble();
+    return std::round(scaled) / scale;
+}
+
+double MarkUpOf(double price, double cost) { return cost == 0 ? 0 : RoundedTo((price - cost) / cost * 100, 2); }
+
 namespace rules {
 
 namespace {
+
+constexpr int NoRounding = 6; ///< decimals that a price of any source keeps
+
+/// The first number other than zero of the columns from an index on.
+double FirstNumber(const RuleInput& input, qsizetype from) {
+    for (qsizetype i = from; i < input.columns.size(); ++i) {
+        if (const double number = NumberOf(input.row, input.columns.at(i)); number != 0) {
+            return number;
+        }
+    }
+    return 0;
+}
 
 /// A rule on the text of the source columns.
 Rule OnText(const QString& words, std::function<QString(const QString&)> convert) {
@@ -106,6 +141,43 @@ Rule LeadingNumber() {
             }};
 }
 
+Rule RoundedTo(int decimals) {
+    return {QStringLiteral("rounded to %1 decimals").arg(decimals), [decimals](const RuleInput& input) {
+                return RuleValue(input.Text().isEmpty() ? QVariant() : contract::RoundedTo(NumberOf(input.row, input.columns.first()), decimals));
+            }};
+}
+
+Rule FirstNotZero() {
+    return {"the first that is not zero",
+            [](const RuleInput& input) { return RuleValue(contract::RoundedTo(FirstNumber(input, 0), NoRounding)); }};
+}
+
+Rule MarkUp() {
+    return {"mark-up in percent of the first over the next that is not zero, 2 decimals", [](const RuleInput& input) {
+                return RuleValue(MarkUpOf(NumberOf(input.row, input.columns.first()), FirstNumber(input, 1)));
+            }};
+}
+
+Rule CodeAndText(int count) {
+    return {QStringLiteral("code, \" - \" and text, first %1 characters").arg(count), [count](const RuleInput& input) {
+                return RuleValue(QString(input.facts.code + QStringLiteral(" - ") + input.Text()).left(count));
+            }};
+}
+
+Rule Is(const QString& text) {
+    return {QStringLiteral("true for \"%1\"").arg(text), [text](const RuleInput& input) {
+                return RuleValue(input.Text().compare(text, Qt::CaseInsensitive) == 0);
+            }};
+}
+
+Rule UpperOr(int count, const QString& blank) {
+    return {QStringLiteral("first %1 characters in upper case, \"%2\" when blank").arg(count).arg(blank),
+            [count, blank](const RuleInput& input) {
+                const QString text = input.Text().left(count).toUpper();
+                return RuleValue(text.isEmpty() ? blank : text);
+            }};
+}
+
 Rule Constant(const QVariant& value) {
     return {QStringLiteral("constant \"%1\"").arg(mod_ovTools::ToText(value)),
             [value](const RuleInput&) { return RuleValue(value); }};
@@ -138,6 +210,30 @@ Rule Translated(const QString& table, const QString& field) {
             [table, field](const RuleInput& input) -> RuleValue {
                 const QString code = NewCode(input, table, field);
                 return code.isEmpty() ? RuleValue() : RuleValue(code);
+            }};
+}
+
+Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded and written in upper case, \"%3\" "
+                           "when blank")
+                .arg(table, field, blank),
+            [table, field, blank](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                if (text.isEmpty()) {
+                    return blank;
+                }
+                const QString code = NewCode(input, table, field);
+                return code.isEmpty() ? text.toUpper() : code;
+            }};
+}
+
+Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column) {
+    return {QStringLiteral("%1 of the %2 whose %3 it is, left out when there is none").arg(column, table, keyColumn),
+            [table, keyColumn, column](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                const QString found =
+                    text.isEmpty() ? text : LookUp(input.session, table, keyColumn, text, column);
+                return found.isEmpty() ? RuleValue() : RuleValue(found);
             }};
 }
 

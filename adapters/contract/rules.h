@@ -53,6 +53,19 @@ Rule ThreeDigits();
 /// The number that the text begins with: "10+5" gives 10, and what is left behind is logged. Blank is left out. Raises
 /// `ImportError` when the text begins with none.
 Rule LeadingNumber();
+/// A number rounded to a count of decimals; blank is Null. Raises `ImportError` when it is no number.
+Rule RoundedTo(int decimals);
+/// The first of the source columns that holds a number other than zero, rounded to 6 decimals; 0 when none does.
+Rule FirstNotZero();
+/// Mark-up in percent of a price (first source column) over a cost (the first other column that is not zero), rounded to
+/// 2 decimals; 0 without a cost.
+Rule MarkUp();
+/// The code assigned to the row, " - " and the text; the first n characters of it all.
+Rule CodeAndText(int count);
+/// Whether the text is the given one, compared without case.
+Rule Is(const QString& text);
+/// The first n characters in upper case; `blank` when there is none.
+Rule UpperOr(int count, const QString& blank);
 /// The same value for every row.
 Rule Constant(const QVariant& value);
 /// The day of the import.
@@ -67,6 +80,10 @@ Rule IsCustomer();
 Rule IsSupplier();
 /// The Quadrix code of SYS_IMP (a missing one is recorded there); left out when there is none.
 Rule Translated(const QString& table, const QString& field);
+/// As `Translated`; the text in upper case when there is no Quadrix code, `blank` when the text is blank.
+Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank);
+/// One column of the row of a Quadrix table whose key column has the text as its value; left out when there is none.
+Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column);
 /// As `Translated`, left out unless it is a VAT code of TAB_IVA with rate zero.
 Rule ExemptVat(const QString& table, const QString& field);
 
@@ -80,6 +97,15 @@ Rule CustomerOnly(const Rule& rule);
 Rule SupplierOnly(const Rule& rule);
 
 } // namespace rules
+
+/// The number of a source column, 0 when it is blank. Raises `ImportError` naming the column when it is no number.
+double NumberOf(const SourceRow& row, const QString& column);
+
+/// A number rounded half away from zero to a count of decimals, as prices and amounts are.
+double RoundedTo(double number, int decimals);
+
+/// Mark-up in percent of a price over a cost, rounded to 2 decimals; 0 without a cost.
+double MarkUpOf(double price, double cost);
 
 /// The number that a text begins with, with "." as decimal mark; none when it begins with no digit.
 std::optional<double> ReadLeadingNumber(const QString& text);

@@ -1,0 +1,141 @@
+#include "adapters/contract/Article.h"
+
+#include "adapters/contract/TargetRow.h"
+#include "adapters/contract/lookups.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+const QString Art = QStringLiteral("ART_ICO");
+const QString CodeColumn = QStringLiteral("CDART");
+
+} // namespace
+
+std::vector<TableNeed> ArticleNeeds() {
+    return {{Art, {CodeColumn, "ARANN", "ARINV"}},
+            {"ART_FOR", {CodeColumn, "CDCON", "ARPRZ", "AFABI"}},
+            {"STO_COS", {CodeColumn, "STDAT", "STCOS", "STSC1", "STNOT"}},
+            {"STO_PRZ", {CodeColumn, "STDAT", "STPRZ", "STSC1", "STNOT"}}};
+}
+
+void EmptyArticles(ImportRun& run, bool reset) {
+    run.Truncate(reset, {Art, "STO_COS", "STO_PRZ", "ART_FOR", "ART_COD", "ART_SAL", "UBI_MAG", "UBI_ART", "LIS_LAS",
+                         "LIS_LAV"});
+    if (reset) {
+        run.GetSession().Quadrix.Execute(QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") + run.Quoted(run.FullName(Art)));
+    }
+}
+
+QString ArticleWriter::CodeOf(const QString& table, const QString& field, const QString& sourceCode) const {
+    const int size = schema::FindTable(Art)->FindColumn(CodeColumn)->size;
+    const QString known = modImport::GetNewCode(m_run.GetSession(), table, field, sourceCode, false);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    if (sourceCode.size() > size) {
+        m_run.Log(QStringLiteral("CODICE ARTICOLO RIDOTTO: '%1' tagliato a %2 caratteri").arg(sourceCode).arg(size));
+    }
+    return modImport::FormatKeyField(m_run.GetSession(), sourceCode.left(size));
+}
+
+RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) const {
+    Session& session = m_run.GetSession();
+    const QDate today = session.Now().date();
+    TargetRow target(m_run, Art);
+    if (IsThere(session, Art, CodeColumn, facts.code)) {
+        mapping.Apply(target, session, row, facts);
+        target.Set("DTMDF", today);
+        target.Update(QStringLiteral("WHERE ") + Equals(session, CodeColumn, facts.code));
+        return RowOutcome::Updated;
+    }
+    target.Set(CodeColumn, facts.code);
+    target.Set("DTINS", today);
+    target.Set("ARANN", false);
+    target.Set("ARINV", today);
+    mapping.Apply(target, session, row, facts);
+    target.Insert();
+    return RowOutcome::Inserted;
+}
+
+void ArticleWriter::Texts(const QString& article, const QString& description) const {
+    constexpr int size = 100;
+    const QString text = description.left(size).toUpper();
+    for (const QString& column : {QStringLiteral("ARDES"), QStringLiteral("ARDEC")}) {
+        m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, text);
+    }
+}
+
+QString ArticleWriter::Supplier(const QString& article, const QString& supplierSourceCode, double price) const {
+    Session& session = m_run.GetSession();
+    const QString supplier = supplierSourceCode.isEmpty()
+                                 ? QString()
+                                 : LookUp(session, "CON_TRO", "COFGE", supplierSourceCode, "CDCON");
+    const QString link = Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", supplier);
+    if (supplier.isEmpty() || IdWhere(session, "ART_FOR", link) != 0) {
+        return supplier;
+    }
+    TargetRow row(m_run, "ART_FOR");
+    row.Set(CodeColumn, article);
+    row.Set("CDCON", supplier);
+    row.Set("DTINS", session.Now().date());
+    row.Set("ARPRZ", price);
+    row.Set("AFABI", true);
+    row.Insert();
+    return supplier;
+}
+
+void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const {
+    TargetRow row(m_run, "ART_COD");
+    row.Set(CodeColumn, article);
+    row.Set("CDCOD", code);
+    row.Set("COTIP", "C");
+    row.Set("COTPC", "PER");
+    row.Set("COCON", counterparty);
+    row.Insert();
+}
+
+void ArticleWriter::History(const QString& table, const QString& amountColumn, const HistoryLine& line) const {
+    Session& session = m_run.GetSession();
+    const qint64 present = session.Quadrix.ExecuteCommand(
+        QStringLiteral("Select count(*) from ") + m_run.FullName(table) + QStringLiteral(" WHERE ") +
+        Equals(session, CodeColumn, line.article) + QStringLiteral(" AND STDAT = ") +
+        mod_ovTools::FormatSqlValue(line.day, DataType::DateTime, session.Quadrix.ProviderType));
+    if (present > 0) {
+        return;
+    }
+    constexpr int noteSize = 255;
+    TargetRow row(m_run, table);
+    row.Set(CodeColumn, line.article);
+    row.Set("STDAT", line.day);
+    row.Set(amountColumn, line.amount);
+    row.Set("STSC1", line.discount);
+    row.Set("STNOT", line.note.left(noteSize));
+    row.Set("USMDF", "SYSTEM_IMPORT");
+    row.Set("DTMDF", line.changed.isNull() ? QVariant(session.Now()) : line.changed);
+    row.Insert();
+}
+
+void ArticleWriter::Location(const QString& article, const QString& location) const {
+    using schema::defaults::Warehouse;
+    Session& session = m_run.GetSession();
+    if (IdWhere(session, "UBI_MAG", Equals(session, "CDMAG", Warehouse) + QStringLiteral(" AND ") +
+                                        Equals(session, "CDUBI", location)) == 0) {
+        TargetRow place(m_run, "UBI_MAG");
+        place.Set("CDMAG", Warehouse);
+        place.Set("CDUBI", location);
+        place.Set("UBDES", location);
+        place.Insert();
+    }
+    TargetRow row(m_run, "UBI_ART");
+    row.Set(CodeColumn, article);
+    row.Set("CDUBI", location);
+    row.Set("UAMAG", Warehouse);
+    row.Set("UADEF", true);
+    row.Insert();
+}
+
+} // namespace contract

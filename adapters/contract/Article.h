@@ -1,0 +1,54 @@
+#pragma once
+
+#include "adapters/contract/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> ArticleNeeds();
+
+/// Empties the article tables and the texts of their languages, when the operator asked for it.
+void EmptyArticles(ImportRun& run, bool reset);
+
+/// A line of the cost or price history of an article.
+struct HistoryLine {
+    QString article;
+    QVariant day;
+    QVariant amount;
+    QVariant discount;
+    QString note;
+    QVariant changed; ///< moment of the line in the source; Null for the moment of the import
+};
+
+/// Writes articles and what hangs on them. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class ArticleWriter {
+public:
+    explicit ArticleWriter(ImportRun& run) : m_run(run) {}
+
+    /// CDART of a source code: translated through SYS_IMP (table and field), else the code itself in the case of key
+    /// fields; at most 50 characters.
+    QString CodeOf(const QString& table, const QString& field, const QString& sourceCode) const;
+    /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated.
+    RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) const;
+    /// Stores the description as language text of ARDES and ARDEC: 100 characters in upper case.
+    void Texts(const QString& article, const QString& description) const;
+    /// Links a supplier, found by its code in the source; false when there is no such counterparty.
+    /// @return the supplier's CDCON; empty when there is none, and nothing is written
+    QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
+    /// Writes the code that an article has at a counterparty.
+    void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const;
+    /// Writes a line of the cost history (STO_COS) or of the price history (STO_PRZ); an article has one a day, and a
+    /// second one is left out.
+    void Cost(const HistoryLine& line) const { History(QStringLiteral("STO_COS"), QStringLiteral("STCOS"), line); }
+    void Price(const HistoryLine& line) const { History(QStringLiteral("STO_PRZ"), QStringLiteral("STPRZ"), line); }
+    /// Writes the default location of an article, and the location itself when it is missing.
+    void Location(const QString& article, const QString& location) const;
+
+private:
+    void History(const QString& table, const QString& amountColumn, const HistoryLine& line) const;
+
+    ImportRun& m_run;
+};
+
+} // namespace contract

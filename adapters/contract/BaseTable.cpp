@@ -1,0 +1,21 @@
+#include "adapters/contract/BaseTable.h"
+
+#include "adapters/contract/TargetRow.h"
+#include "adapters/contract/lookups.h"
+
+namespace contract {
+
+RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
+    const QString codeColumn = schema::FindTable(mapping.targetTable)->CodeColumn();
+    const bool known = IsThere(run.GetSession(), mapping.targetTable, codeColumn, facts.code);
+    TargetRow target(run, mapping.targetTable);
+    mapping.Apply(target, run.GetSession(), row, facts);
+    if (known) {
+        target.Update(QStringLiteral("WHERE ") + Equals(run.GetSession(), codeColumn, facts.code));
+        return RowOutcome::Updated;
+    }
+    target.Insert();
+    return RowOutcome::Inserted;
+}
+
+} // namespace contract

@@ -1,0 +1,126 @@
+#include "adapters/contract/Bill.h"
+
+#include "adapters/contract/TargetRow.h"
+#include "adapters/contract/lookups.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+using namespace schema::defaults;
+
+namespace {
+
+/// Sets what cost, mark-up and price a component's article has now.
+void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
+    Session& session = run.GetSession();
+    const Recordset found = session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName("ART_ICO") +
+                                                      QStringLiteral(" WHERE ") + Equals(session, "CDART", article));
+    if (found.Eof()) {
+        throw ImportError(QStringLiteral("l'articolo '%1' non c'è").arg(article));
+    }
+    row.Set("DCCOS", found.Value("ARCOS"));
+    row.Set("DCRIC", found.Value("ARRIC"));
+    row.Set("DCPRZ", found.Value("ARPRZ"));
+}
+
+} // namespace
+
+std::vector<TableNeed> BillNeeds() {
+    return {{"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "IDOLD"}},
+            {"DIS_FAS", {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT"}},
+            {"DIS_COM",
+             {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
+            {"ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"}}};
+}
+
+void EmptyBills(ImportRun& run, bool reset) {
+    for (const QString& table : {QStringLiteral("DIS_BAS"), QStringLiteral("DIS_COM"), QStringLiteral("DIS_FAS")}) {
+        if (reset) {
+            run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + run.FullName(table));
+        }
+    }
+}
+
+bool BillWriter::HasArticle(const QString& article) const {
+    return IsThere(m_run.GetSession(), "ART_ICO", "CDART", article);
+}
+
+RowOutcome BillWriter::Begin(const QString& article, const QString& sourceKey) {
+    Session& session = m_run.GetSession();
+    const QDate today = session.Now().date();
+    m_bill = IdWhere(session, "DIS_BAS", Equals(session, "DBART", article));
+    ++m_bills;
+    TargetRow row(m_run, "DIS_BAS");
+    row.Set("IDOLD", sourceKey);
+    if (m_bill != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", m_bill));
+        return RowOutcome::Updated;
+    }
+    row.Set("DBART", article);
+    row.Set("DBREV", BillRevision);
+    row.Set("DBMAN", BillActive);
+    row.Set("DTINS", today);
+    row.Set("DBANN", false);
+    row.Set("DBINV", today);
+    row.Insert();
+    m_bill = LastId(session, "DIS_BAS");
+    return RowOutcome::Inserted;
+}
+
+qint64 BillWriter::Write(const Phase& phase) {
+    Session& session = m_run.GetSession();
+    const int sequence = phase.sequence == 0 ? FirstPhase : phase.sequence;
+    const qint64 known = IdWhere(session, "DIS_FAS",
+                                 Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("DLSEQ", sequence));
+    ++m_phases;
+    TargetRow row(m_run, "DIS_FAS");
+    row.Set("IDDIS", m_bill);
+    row.Set("DLSEQ", sequence);
+    row.Set("DLACT", PhaseActive);
+    row.Set("DLLAV", phase.work.isEmpty() ? GenericWork : phase.work);
+    row.Set("DLTAP", phase.setUpTime);
+    row.Set("DLTUP", phase.unitTime);
+    row.Set("DLTMP", TimeInMinutes);
+    row.Set("DLNUP", Operators);
+    row.Set("DLCOS", 0);
+    row.Set("DLNOT", phase.note);
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+        return known;
+    }
+    row.Insert();
+    return LastId(session, "DIS_FAS");
+}
+
+void BillWriter::Write(const Component& component, qint64 phase) {
+    Session& session = m_run.GetSession();
+    const qint64 known = IdWhere(session, "DIS_COM",
+                                 Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
+                                     Equals(session, "DCART", component.article));
+    ++m_components;
+    TargetRow row(m_run, "DIS_COM");
+    row.Set("IDDIS", m_bill);
+    row.Set("IDDBL", phase);
+    row.Set("DCART", component.article);
+    row.Set("DCQTA", component.quantity);
+    SetPrices(m_run, row, component.article);
+    row.Set("DCCTL", NotSubcontracted);
+    row.Set("DCCOE", ComponentFactor);
+    row.Set("DCNOT", component.note);
+    if (!component.position.isNull()) {
+        row.Set("DCPOS", component.position);
+    }
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Insert();
+    }
+}
+
+void BillWriter::LinkSubAssemblies() {
+    const QString components = m_run.FullName("DIS_COM");
+    m_run.GetSession().Quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = (SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)")
+                                           .arg(components, m_run.FullName("DIS_BAS")));
+}
+
+} // namespace contract

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "adapters/contract/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> BillNeeds();
+
+/// Empties the tables of the bills, when the operator asked for it.
+void EmptyBills(ImportRun& run, bool reset);
+
+/// A phase of a bill. Without an own number the phases count by tens.
+struct Phase {
+    int sequence = 0; ///< 0: the first
+    QString work;     ///< empty: the generic work centre
+    QString note = {};
+    double setUpTime = 0; ///< in minutes
+    double unitTime = 0;  ///< in minutes
+};
+
+/// A component of a bill.
+struct Component {
+    QString article;
+    double quantity = 0; ///< per unit of the parent
+    QString note = {};
+    QVariant position = {};
+};
+
+/// Writes bills of materials and counts them. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class BillWriter {
+public:
+    explicit BillWriter(ImportRun& run) : m_run(run) {}
+
+    /// Whether the article is there.
+    bool HasArticle(const QString& article) const;
+    /// Makes sure that an article has a bill: a new one is inserted, an existing one marked as changed. What it holds
+    /// is written by the calls below. @param sourceKey key of the bill in the source
+    RowOutcome Begin(const QString& article, const QString& sourceKey);
+    /// RECORD_ID of the bill begun last.
+    qint64 BillId() const { return m_bill; }
+    /// Writes a phase of the bill begun last, or the phase of that sequence number when it is there.
+    /// @return its RECORD_ID
+    qint64 Write(const Phase& phase);
+    /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
+    /// that the bill already has is rewritten. @param phase RECORD_ID of the phase that consumes it
+    void Write(const Component& component, qint64 phase);
+    /// Links every component whose article has a bill to that bill; the others have no link.
+    void LinkSubAssemblies();
+
+    // Bills, phases and components of the run, for the completion message.
+    int Bills() const { return m_bills; }
+    int Phases() const { return m_phases; }
+    int Components() const { return m_components; }
+
+private:
+    ImportRun& m_run;
+    qint64 m_bill = 0;
+    int m_bills = 0;
+    int m_phases = 0;
+    int m_components = 0;
+};
+
+} // namespace contract

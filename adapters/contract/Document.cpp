@@ -1,0 +1,196 @@
+#include "adapters/contract/Document.h"
+
+#include "adapters/contract/TargetRow.h"
+#include "adapters/contract/lookups.h"
+#include "core/modImport.h"
+#include "core/qdxProduction.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+using namespace schema::defaults;
+
+namespace {
+
+const std::array<const Family*, 3> Families{&Sales, &Purchases, &WorkAccount};
+
+QString TextOf(const Recordset& rows, const QString& column) { return mod_ovTools::ToText(rows.Value(column)).trimmed(); }
+
+} // namespace
+
+std::vector<TableNeed> DocumentNeeds(const Family& family) {
+    return {{family.head,
+             {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON", "DTRAS",
+              "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG", "DTESR", "DTVAL",
+              "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"}},
+            {family.row,
+             {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR", "DRQT2", "DRQTE",
+              "DRSTA", "DRQTD", "DRPRZ", "DRPR2", "DRPRA", "DRSCO", "DRSC2", "DRSC3", "DRTOT", "DRTTA",
+              "DRIVA", "DRCAM", "DRTPM", "DRMAG"}},
+            {family.dueDate, {"IDTES"}}};
+}
+
+TriggersOff::TriggersOff(ImportRun& run) : m_run(run) {
+    try {
+        Switch(false);
+    } catch (...) {
+        Switch(true);
+        throw;
+    }
+}
+
+TriggersOff::~TriggersOff() {
+    try {
+        Switch(true);
+    } catch (const std::exception& error) {
+        m_run.Log(QStringLiteral("I trigger dei documenti sono rimasti disattivati: ") + QString::fromUtf8(error.what()));
+    }
+}
+
+void TriggersOff::Switch(bool enabled) {
+    for (const Family* family : Families) {
+        m_run.GetSession().Quadrix.AlterTriggersStatus(m_run.FullName(family->row), enabled);
+    }
+}
+
+void RemoveImportedDocuments(ImportRun& run, bool reset) {
+    if (!reset) {
+        return;
+    }
+    ovConnection& quadrix = run.GetSession().Quadrix;
+    for (const Family* family : Families) {
+        const QString heads = run.FullName(family->head);
+        quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")));
+        for (const QString& children : {family->row, family->dueDate}) {
+            quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
+                                .arg(run.FullName(children), heads));
+        }
+    }
+}
+
+double DocumentRow::Amount() const {
+    return RoundedTo(mod_ovTools::ApplyDiscounts(quantity, price, discounts[0], discounts[1], discounts[2]), 2);
+}
+
+const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhenMissing) {
+    const auto known = m_causes.constFind(code);
+    if (known != m_causes.cend()) {
+        return *known;
+    }
+    Cause cause{code, typeWhenMissing, Warehouse, {}, {}};
+    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM ") + m_run.FullName("CAU_DOC") + QStringLiteral(" WHERE ") +
+        Equals(m_run.GetSession(), "CDCAD", code));
+    if (rows.Eof()) {
+        m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'").arg(code, typeWhenMissing));
+    } else {
+        cause = {code, TextOf(rows, "CDCAT"), TextOf(rows, "CDMAG"), TextOf(rows, "CDCAM"), TextOf(rows, "CDTPM")};
+    }
+    return *m_causes.insert(code, cause);
+}
+
+qint64 DocumentWriter::Find(const QString& number, const QString& cause, int year) const {
+    const Session& session = m_run.GetSession();
+    QString condition = Equals(session, "DTNUM", number) + QStringLiteral("  AND ") + Equals(session, "DTCAU", cause);
+    if (year != 0) {
+        condition += QStringLiteral(" AND ") + Equals("DTANN", year);
+    }
+    return IdWhere(m_run.GetSession(), m_family.head, condition);
+}
+
+TargetRow DocumentWriter::Head(const DocumentHead& head) const {
+    TargetRow row(m_run, m_family.head);
+    row.Set("DTCAU", head.cause.code);
+    row.Set("DTANN", head.year);
+    row.Set("DTSER", head.series);
+    row.Set("DTNUM", head.number);
+    row.Set("DTDAT", head.day);
+    row.Set("DTTPD", head.cause.type);
+    row.Set("DTSTA", head.state);
+    row.Set("DTANL", NotCancelled);
+    row.Set("DTCON", head.counterparty);
+    row.Set("DTRAS", head.name);
+    SetAddress(row, head);
+    row.Set("DTCAM", head.cause.reason);
+    row.Set("DTTPM", head.cause.movement);
+    row.Set("DTMAG", head.cause.warehouse);
+    row.Set("DTESR", head.year);
+    row.Set("DTVAL", Currency);
+    row.Set("DTCMB", ExchangeRate);
+    return row;
+}
+
+void DocumentWriter::SetAddress(TargetRow& row, const DocumentHead& head) const {
+    const Recordset found = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM ") + m_run.FullName("CON_TRO") + QStringLiteral(" WHERE ") +
+        Equals(m_run.GetSession(), "CDCON", head.counterparty));
+    if (found.Eof()) {
+        throw ImportError(QStringLiteral("la controparte '%1' del documento '%2' non c'è").arg(head.counterparty, head.number));
+    }
+    row.Set("DTRSS", DestinationName(head, TextOf(found, "CORAS")));
+    row.Set("DTVIA", TextOf(found, "COIND"));
+    row.Set("DTCAP", TextOf(found, "COCAP"));
+    row.Set("DTCIT", TextOf(found, "COCIT"));
+    row.Set("DTPRO", TextOf(found, "COPRO"));
+}
+
+QString DocumentWriter::DestinationName(const DocumentHead& head, const QString& counterpartyName) const {
+    if (!modImport::IsWarehouseDestination(m_family.number, modImport::GetDocTypeIndex(head.cause.type))) {
+        return counterpartyName;
+    }
+    return LookUp(m_run.GetSession(), "MAG_AZZ", "CDMAG", head.cause.warehouse, "MADES");
+}
+
+qint64 DocumentWriter::Insert(TargetRow& head) const {
+    head.Insert();
+    return LastId(m_run.GetSession(), m_family.head);
+}
+
+void DocumentWriter::Update(TargetRow& head, qint64 id) const {
+    head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
+}
+
+TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const {
+    const Recordset article = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT ARDES, ARUMS, ARUM2 FROM ") + m_run.FullName("ART_ICO") + QStringLiteral(" WHERE ") +
+        Equals(m_run.GetSession(), "CDART", row.article));
+    const auto fromArticle = [&](const QString& own, const QString& column) {
+        return own.isEmpty() && !article.Eof() ? TextOf(article, column) : own;
+    };
+    if (article.Eof() && !row.article.isEmpty()) {
+        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), row.article));
+    }
+    TargetRow target(m_run, m_family.row);
+    target.Set("IDTES", head);
+    target.Set("DRNUM", row.number);
+    target.Set("DRTIP", row.type);
+    target.Set("DRART", row.article);
+    target.Set("DRDES", fromArticle(row.description, "ARDES"));
+    target.Set("DRUMS", fromArticle(row.unit, "ARUMS"));
+    target.Set("DRUM2", fromArticle({}, "ARUM2"));
+    target.Set("DRQTR", row.quantity);
+    target.Set("DRQT2", row.quantity2);
+    target.Set("DRQTE", row.delivered);
+    target.Set("DRSTA", row.state);
+    target.Set("DRQTD", std::max(0.0, row.quantity - row.delivered));
+    target.Set("DRPRZ", row.price);
+    target.Set("DRPR2", row.price);
+    target.Set("DRPRA", row.price);
+    target.Set("DRSCO", row.discounts[0]);
+    target.Set("DRSC2", row.discounts[1]);
+    target.Set("DRSC3", row.discounts[2]);
+    target.Set("DRTOT", row.Amount());
+    target.Set("DRTTA", row.Amount());
+    target.Set("DRIVA", row.vatCode);
+    target.Set("DRCAM", of.cause.reason);
+    target.Set("DRTPM", of.cause.movement);
+    target.Set("DRMAG", of.cause.warehouse);
+    return target;
+}
+
+void DocumentWriter::Total(qint64 head) const {
+    qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head);
+}
+
+} // namespace contract

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "adapters/contract/ImportRun.h"
+
+#include <QSet>
+
+namespace contract {
+
+/// A family of documents: its tables.
+struct Family {
+    int number; ///< 0 sales, 1 purchases, 2 subcontracting
+    QString head;
+    QString row;
+    QString dueDate;
+};
+
+inline const Family Sales{0, "DOC_VEN", "DOC_VER", "DOC_VED"};
+inline const Family Purchases{1, "DOC_ACQ", "DOC_ACR", "DOC_ACD"};
+inline const Family WorkAccount{2, "DOC_CTL", "DOC_CTR", "DOC_CTD"};
+
+/// What the writer below writes into a family.
+std::vector<TableNeed> DocumentNeeds(const Family& family);
+
+/// The triggers of the document rows of all families, off for the lifetime of the object: switched on again also after
+/// an error or a cancel. Raises `SqlError` when they cannot be switched off.
+class TriggersOff {
+public:
+    explicit TriggersOff(ImportRun& run);
+    ~TriggersOff();
+    TriggersOff(const TriggersOff&) = delete;
+    TriggersOff& operator=(const TriggersOff&) = delete;
+
+private:
+    void Switch(bool enabled);
+
+    ImportRun& m_run;
+};
+
+/// Removes the documents that an import wrote, with the rows and due dates that are left without a head. Documents
+/// entered by hand stay.
+void RemoveImportedDocuments(ImportRun& run, bool reset);
+
+/// What a cause of CAU_DOC sets on its documents.
+struct Cause {
+    QString code;
+    QString type; ///< CDCAT, for example "DDT"
+    QString warehouse;
+    QString reason;   ///< CDCAM, of the stock movement
+    QString movement; ///< CDTPM
+};
+
+/// A document head.
+struct DocumentHead {
+    Cause cause;
+    QString series;
+    QString number;
+    QVariant day;
+    int year = 0;
+    QString counterparty;
+    QString name;
+    QString state;
+};
+
+/// A document row.
+struct DocumentRow {
+    int number = 0;
+    QString type;
+    QString article;
+    QString description; ///< empty: that of the article
+    QString unit;        ///< empty: that of the article
+    double quantity = 0;
+    double quantity2 = 0; ///< in the second unit
+    double delivered = 0;
+    double price = 0;
+    std::array<double, 3> discounts = {};
+    QString vatCode;
+    QString state;
+
+    /// Amount of the row, less its discounts, rounded to cents.
+    double Amount() const;
+};
+
+/// Writes documents of a family. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class DocumentWriter {
+public:
+    DocumentWriter(ImportRun& run, const Family& family) : m_run(run), m_family(family) {}
+
+    /// A cause, read from CAU_DOC once in a run. One that is missing there is logged, and has the given document type and
+    /// the default warehouse.
+    const Cause& CauseOf(const QString& code, const QString& typeWhenMissing);
+    /// RECORD_ID of the head of that number and cause (and year, unless 0); 0 when there is none.
+    qint64 Find(const QString& number, const QString& cause, int year = 0) const;
+    /// A head row with everything that the fields tell, the address of its counterparty and the defaults; a mapping or
+    /// further columns may follow before it is written by `Insert` or `Update`.
+    TargetRow Head(const DocumentHead& head) const;
+    /// Inserts a head and returns its RECORD_ID.
+    qint64 Insert(TargetRow& head) const;
+    /// Rewrites the head of that RECORD_ID.
+    void Update(TargetRow& head, qint64 id) const;
+    /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
+    /// follow before it is inserted.
+    TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
+    /// Recomputes the totals of a head from its rows.
+    void Total(qint64 head) const;
+
+private:
+    void SetAddress(TargetRow& row, const DocumentHead& head) const;
+    QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
+
+    ImportRun& m_run;
+    Family m_family;
+    QHash<QString, Cause> m_causes;
+};
+
+} // namespace contract

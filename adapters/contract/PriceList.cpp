@@ -1,0 +1,110 @@
+#include "adapters/contract/PriceList.h"
+
+#include "adapters/contract/TargetRow.h"
+#include "adapters/contract/lookups.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+const QStringList ScaleColumns{"IDLSD", "SCQTA", "SCPRZ", "SCSCO", "SCSC2", "SCSC3"};
+
+/// Writes a scale row; prices of articles and costs of works differ in the column of the amount alone.
+void WriteScale(ImportRun& run, const QString& table, const QString& amountColumn, qint64 owner, const Scale& scale,
+                const QVariant& created) {
+    TargetRow row(run, table);
+    row.Set("IDLSD", owner);
+    row.Set("SCQTA", scale.quantity.isNull() ? QVariant(schema::defaults::AnyQuantity) : scale.quantity);
+    row.Set(amountColumn, scale.price);
+    row.Set("SCSCO", scale.discounts[0]);
+    row.Set("SCSC2", scale.discounts[1]);
+    row.Set("SCSC3", scale.discounts[2]);
+    if (!created.isNull()) {
+        row.Set("DTINS", created);
+    }
+    row.Insert();
+}
+
+} // namespace
+
+std::vector<TableNeed> PriceListNeeds() {
+    return {{"LIS_TES", {"CDLIS", "LTDES", "LTTIP", "LTTYP", "LTVAL", "LTINV"}},
+            {"LIS_ART", {"CDLIS", "CDART", "LAINV", "LAFIV"}},
+            {"LIS_ARS", ScaleColumns}};
+}
+
+std::vector<TableNeed> WorkListNeeds() {
+    return {{"LIS_LAV", {"CDLAV", "CDART", "CDFOR", "LLTYP", "LLINV", "LLFIV", "LLVAL"}},
+            {"LIS_LAS", {"IDLSD", "SCQTA", "SCCOS", "SCSCO", "SCSC2", "SCSC3"}}};
+}
+
+void EmptyPriceLists(ImportRun& run, bool reset) { run.Truncate(reset, {"LIS_TES", "LIS_ART", "LIS_ARS"}); }
+
+qint64 PriceListWriter::Head(const QString& list, const QString& direction, const QString& description) const {
+    Session& session = m_run.GetSession();
+    const qint64 known = IdWhere(session, "LIS_TES",
+                                 Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "LTTIP", direction));
+    if (known != 0) {
+        return known;
+    }
+    TargetRow row(m_run, "LIS_TES");
+    row.Set("CDLIS", list);
+    row.Set("LTDES", description);
+    row.Set("LTTIP", direction);
+    row.Set("LTINV", session.Now().date());
+    row.Set("LTTYP", schema::defaults::PriceListType);
+    row.Set("LTVAL", schema::defaults::Currency);
+    row.Insert();
+    return LastId(session, "LIS_TES");
+}
+
+qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity) const {
+    Session& session = m_run.GetSession();
+    const QString from = validity.from.isNull()
+                             ? QStringLiteral("LAINV IS NULL")
+                             : QString(QStringLiteral("LAINV = ") +
+                                       mod_ovTools::FormatSqlValue(validity.from, DataType::DateTime, session.Quadrix.ProviderType));
+    const qint64 known = IdWhere(session, "LIS_ART",
+                                 Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "CDART", article) +
+                                     QStringLiteral(" AND ") + from);
+    if (known != 0) {
+        return known;
+    }
+    TargetRow row(m_run, "LIS_ART");
+    row.Set("CDLIS", list);
+    row.Set("CDART", article);
+    row.Set("LAINV", validity.from);
+    row.Set("LAFIV", validity.to);
+    row.Insert();
+    return LastId(session, "LIS_ART");
+}
+
+void PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
+    WriteScale(m_run, "LIS_ARS", "SCPRZ", articleRow, scale, {});
+}
+
+void PriceListWriter::Work(const QString& work, const QString& article, const QString& supplier,
+                           const Validity& validity, const Scale& scale, const QVariant& created) const {
+    TargetRow row(m_run, "LIS_LAV");
+    if (!work.isEmpty()) {
+        row.Set("CDLAV", work);
+    }
+    row.Set("CDART", article);
+    if (!supplier.isEmpty()) {
+        row.Set("CDFOR", supplier);
+    }
+    row.Set("LLTYP", schema::defaults::WorkListType);
+    row.Set("LLINV", validity.from);
+    row.Set("LLFIV", validity.to);
+    row.Set("LLVAL", schema::defaults::Currency);
+    if (!created.isNull()) {
+        row.Set("DTINS", created);
+    }
+    row.Insert();
+    WriteScale(m_run, "LIS_LAS", "SCCOS", m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong(),
+               scale, created);
+}
+
+} // namespace contract

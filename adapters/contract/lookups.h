@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/Session.h"
+
+namespace contract {
+
+/// One column of the first row of a Quadrix table (bare name) whose key column has that value, as text without
+/// surrounding blanks; empty when there is no such row.
+QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
+               const QString& column);
+
+/// RECORD_ID of the first row of a Quadrix table that meets a condition (without WHERE); 0 when there is none.
+qint64 IdWhere(Session& session, const QString& table, const QString& condition);
+
+/// RECORD_ID of the row inserted last, read back as the highest; 0 in an empty table.
+qint64 LastId(Session& session, const QString& table);
+
+/// "COLUMN = literal": a condition on a text of the target.
+QString Equals(const Session& session, const QString& column, const QString& text);
+/// "COLUMN = number".
+QString Equals(const QString& column, qint64 number);
+
+/// Whether a row of a Quadrix table has that value in that column.
+bool IsThere(Session& session, const QString& table, const QString& column, const QString& value);
+
+} // namespace contract

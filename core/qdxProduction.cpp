@@ -1,0 +1,116 @@
+#include "core/qdxProduction.h"
+
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+#include "sql/ovQueryConstructor.h"
+
+#include <QMap>
+
+#include <cmath>
+
+namespace qdxProduction {
+
+namespace {
+
+/// Amounts in whole cents: sums of them are exact.
+using Cents = qint64;
+
+Cents ToCents(double amount) {
+    // 1.005 is held as 1.00499..: the nearest text of 15 digits decides, as a person reads it.
+    return std::llround(QString::number(amount * 100, 'g', 15).toDouble());
+}
+
+double FromCents(Cents cents) { return static_cast<double>(cents) / 100; }
+
+Cents Part(Cents amount, double percent) { return ToCents(FromCents(amount) * percent / 100); }
+
+double Number(const Recordset& rows, const QString& column) { return mod_ovTools::ToDouble(rows.Value(column)); }
+
+/// Goods by VAT code.
+QMap<QString, Cents> GoodsByVat(Session& session, const QString& rowTable, qint64 head) {
+    QMap<QString, Cents> goods;
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT DRTIP, DRIVA, DRTOT FROM %1 WHERE IDTES = %2").arg(session.Quadrix.GetFullTableName(rowTable)).arg(head));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (mod_ovTools::ToText(rows.Value("DRTIP")).trimmed() != schema::defaults::DescriptionRow) {
+            goods[mod_ovTools::ToText(rows.Value("DRIVA")).trimmed()] += ToCents(Number(rows, "DRTOT"));
+        }
+    }
+    return goods;
+}
+
+double RateOf(Session& session, const QString& vatCode, const QString& document) {
+    if (vatCode.isEmpty()) {
+        return 0;
+    }
+    const QVariant rate = session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", vatCode, "IVALI");
+    if (rate.isNull()) {
+        throw ImportError(QStringLiteral("%1: il codice IVA '%2' manca in TAB_IVA, l'imposta non si può calcolare").arg(document, vatCode));
+    }
+    return mod_ovTools::ToDouble(rate);
+}
+
+/// Tax on a taxable amount that is spread over the VAT codes as the goods are.
+Cents TaxOf(Session& session, const QMap<QString, Cents>& goods, Cents taxable, const QString& document) {
+    Cents all = 0;
+    for (const Cents amount : goods) {
+        all += amount;
+    }
+    Cents left = taxable;
+    Cents tax = 0;
+    for (auto line = goods.cbegin(); line != goods.cend(); ++line) {
+        const bool last = std::next(line) == goods.cend();
+        const Cents share =
+            last || all == 0 ? left : ToCents(FromCents(taxable) * (static_cast<double>(*line) / static_cast<double>(all)));
+        left -= share;
+        tax += Part(share, RateOf(session, line.key(), document));
+    }
+    return tax;
+}
+
+} // namespace
+
+QString RowTableOf(const QString& headTable) {
+    static const QMap<QString, QString> rows{
+        {"DOC_VEN", "DOC_VER"}, {"DOC_ACQ", "DOC_ACR"}, {"DOC_CTL", "DOC_CTR"}, {"DOC_ICO", "DOC_ICR"}};
+    if (const auto found = rows.constFind(headTable); found != rows.cend()) {
+        return *found;
+    }
+    throw ImportError(QStringLiteral("'%1' non è una testata di documenti").arg(headTable));
+}
+
+void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 head) {
+    const QString document = QStringLiteral("documento %1, RECORD_ID %2").arg(headTable).arg(head);
+    const QString table = session.Quadrix.GetFullTableName(headTable);
+    Cents discount = 0;
+    Cents charges = 0;
+    Cents merchandise = 0;
+    const QMap<QString, Cents> goods = GoodsByVat(session, RowTableOf(headTable), head);
+    for (const Cents amount : goods) {
+        merchandise += amount;
+    }
+    {
+        const Recordset found = session.Quadrix.ExecuteWC(
+            QStringLiteral("SELECT DTSCO, DTSCI, DTSIM, DTSTR FROM %1 WHERE RECORD_ID = %2").arg(table).arg(head));
+        if (found.Eof()) {
+            throw ImportError(document + QStringLiteral(": la testata non c'è"));
+        }
+        const Cents first = Part(merchandise, Number(found, "DTSCO"));
+        discount = first + Part(merchandise - first, Number(found, "DTSCI"));
+        charges = ToCents(Number(found, "DTSIM")) + ToCents(Number(found, "DTSTR"));
+    }
+    const Cents taxable = merchandise - discount + charges;
+    const Cents tax = TaxOf(session, goods, taxable, document);
+    ovQueryConstructor query;
+    query.ProviderType = session.Quadrix.ProviderType;
+    query.SetTable(headTable, session.UserManager.Azienda());
+    query.AddUpdateField("DTMER", FromCents(merchandise), DataType::Double, true);
+    query.AddUpdateField("DTSCT", FromCents(discount), DataType::Double, true);
+    query.AddUpdateField("DTIMP", FromCents(taxable), DataType::Double, true);
+    query.AddUpdateField("DTIVA", FromCents(tax), DataType::Double, true);
+    query.AddUpdateField("DTTOT", FromCents(taxable + tax), DataType::Double, true);
+    query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(head);
+    session.Quadrix.Execute(query.MakeQuery(StatementKind::Update));
+}
+
+} // namespace qdxProduction
