@@ -1,0 +1,49 @@
+#pragma once
+
+#include "examples/TableWriter.h"
+
+#include <QPair>
+#include <QStringList>
+
+namespace examples {
+
+/// What is asked of an example.
+struct Options {
+    qint64 rows = 1000;                      ///< of each main table (counterparties, articles); others follow from them
+    quint64 seed = 1;                        ///< the same seed and rows give the same bytes, everywhere
+    QString folder;                          ///< where it is written; made when it does not exist
+    QStringList tables;                      ///< groups of tables that are made, see `Example::groups`; empty for all
+    QString company = QStringLiteral("DEM"); ///< code of the Quadrix company that the script "quadrix.sql" prepares
+    bool hasCycles = false;                  ///< bills of materials that contain themselves are planted
+};
+
+/// What an import of the example must give, in the order of the tables: what is counted and its number.
+using Totals = QVector<QPair<QString, QString>>;
+
+/// An example: the data of one origin.
+struct Example {
+    QString name;        ///< "arca2000"
+    QString description; ///< one line, Italian
+    QStringList groups;  ///< what `Options::tables` may name, e.g. "controparti"
+    /// Writes the tables. Raises `ExampleError`.
+    Totals (*make)(const Options& options);
+};
+
+/// All examples.
+const QVector<Example>& Examples();
+/// Makes an example and writes its totals beside the tables, as "totali.csv"; most examples also bring "quadrix.sql",
+/// the translations and base rows that an import of theirs needs in the Quadrix database. Raises `ExampleError` naming
+/// what is there to choose from when there is no such example or group.
+Totals Make(const QString& example, const Options& options);
+
+/// Whether a group of tables is asked for.
+bool IsAsked(const Options& options, const QString& group);
+/// The number of digits that codes of so many rows take, at least `digits`.
+int CodeDigits(qint64 rows, int digits);
+/// A code: the letter and the number with leading zeros, e.g. "C00001".
+QString MakeCode(QChar letter, qint64 number, int digits);
+
+// The examples, one file each.
+Totals MakeArca2000(const Options& options);
+
+} // namespace examples

@@ -1,0 +1,47 @@
+#include "examples/quadrixScript.h"
+
+#include "examples/TableWriter.h"
+
+#include <QFile>
+
+namespace examples {
+
+void QuadrixScript::Translate(const QString& table, const QString& field, const QString& oldCode,
+                              const QString& newCode) {
+    Replace("SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}, {table, field, oldCode, newCode}, 3);
+}
+
+void QuadrixScript::VatCode(const QString& code, const QString& description, int rate) {
+    Replace("TAB_IVA", {"CDIVA", "IVDES", "IVALI"}, {code, description, QString::number(rate)}, 1);
+}
+
+void QuadrixScript::CompanyRow(const QString& table, const QStringList& columns, const QStringList& values) {
+    Replace(m_company + u'_' + table, columns, values, 1);
+}
+
+void QuadrixScript::Replace(const QString& table, const QStringList& columns, const QStringList& values, int keys) {
+    QStringList literals;
+    QStringList conditions;
+    for (int index = 0; index < values.size(); ++index) {
+        QString text = values[index];
+        const QString literal = u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\'';
+        literals.append(literal);
+        if (index < keys) {
+            conditions.append(columns[index] + u" = " + literal);
+        }
+    }
+    m_statements.append(
+        QStringLiteral("DELETE FROM %1 WHERE %2;").arg(table, conditions.join(QStringLiteral(" AND "))));
+    m_statements.append(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3);")
+                            .arg(table, columns.join(QStringLiteral(", ")), literals.join(QStringLiteral(", "))));
+}
+
+void QuadrixScript::Write(const QString& folder) const {
+    QFile file(folder + QStringLiteral("/quadrix.sql"));
+    const QByteArray text = m_statements.join(QStringLiteral("\r\n")).toUtf8() + "\r\n";
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        throw ExampleError(QStringLiteral("File '%1': %2").arg(file.fileName(), file.errorString()));
+    }
+}
+
+} // namespace examples

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace examples {
+
+/// The statements that prepare a Quadrix database for the import of an example: what an operator would enter by hand.
+class QuadrixScript {
+public:
+    /// @param company code of the company that is imported into
+    explicit QuadrixScript(QString company)
+        : m_company(std::move(company)) {}
+
+    /// A translation of SYS_IMP.
+    void Translate(const QString& table, const QString& field, const QString& oldCode, const QString& newCode);
+    /// A VAT code. @param rate percent
+    void VatCode(const QString& code, const QString& description, int rate);
+    /// A row of a table of the company (bare name), replaced when its key is there.
+    void CompanyRow(const QString& table, const QStringList& columns, const QStringList& values);
+    /// Writes "quadrix.sql". Raises `ExampleError`.
+    void Write(const QString& folder) const;
+
+private:
+    /// @param keys so many of the columns, from the first, are the key
+    void Replace(const QString& table, const QStringList& columns, const QStringList& values, int keys);
+
+    QString m_company;
+    QStringList m_statements;
+};
+
+} // namespace examples
