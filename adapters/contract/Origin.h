@@ -56,8 +56,9 @@ struct Origin {
     Shown sequence = Shown::Keep; ///< what choosing the origin does to the sequence button
     /// The procedures behind its buttons, in the order in which a button calls them.
     std::vector<Procedure> procedures;
-    /// Names of the questions "reset" asks before emptying: true asks "Cancellare tutte le controparti prima di
-    /// importarle?" in place of "Resettare prima di importare?".
+    /// Which question the counterparty button asks about emptying the target: true for an origin whose counterparty
+    /// import deletes every counterparty, whoever wrote it: "Cancellare tutte le controparti prima di importarle?" (No
+    /// is the default button); false for "Resettare prima di importare?".
     bool deletesAllCounterparties = false;
 };
 

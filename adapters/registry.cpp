@@ -1,0 +1,85 @@
+#include "adapters/registry.h"
+
+#include "adapters/announced.h"
+
+// A module's one export; it has no header of its own.
+namespace modImport_Arca2000 {
+const contract::Origin& Entry();
+}
+
+namespace registry {
+
+const std::vector<const contract::Origin*>& Origins() {
+    using announced::Find;
+    static const std::vector<const contract::Origin*> origins{
+        &Find("Ad-Hoc"),
+        &Find("Tessera"),
+        &Find("Tessera + Solution"),
+        &Find("Solution"),
+        &Find("Gamma TeamSystem"),
+        &Find("Lumen"),
+        &modImport_Arca2000::Entry(),
+        &Find("SAM"),
+        &Find("LibertyCommerce"),
+        &Find("Memphis"),
+        &Find("Visual Space"),
+        &Find("Mexal"),
+        &Find("OSL GP90"),
+        &Find("DOMINIO"),
+        &Find("OS1"),
+        &Find("Factory"),
+        &Find("EsaSoftware \"e\""),
+        &Find("Metodo"),
+        &Find("Lantek 24"),
+        &Find("Kordel NetSuite"),
+        &Find("Excel"),
+        &Find("Access"),
+        &Find("SIGIP"),
+        &Find("Arca Evolution"),
+        &Find("Mago NET"),
+        &Find("Lantek Expert 30"),
+        &Find("Ferrobrio"),
+        &Find("Zucchetti G2"),
+        &Find("Access Velmoran"),
+        &Find("Vision SQL"),
+        &Find("Dss Waps"),
+        &Find("Axis"),
+        &Find("Ad-Hoc Windows"),
+        &Find("Excel scarico AS/400"),
+        &Find("Gemini"),
+        &Find("Fenice"),
+        &Find("Sigla"),
+        &Find("Gescom"),
+        &Find("WinProgest"),
+        &Find("MexalDB"),
+        &Find("Cometa"),
+        &Find("Albalog"),
+        &Find("Puzzle"),
+        &Find("Nubrio Excel"),
+        &Find("Gamma DB SqlServer"),
+        &Find("BMS"),
+        &Find("Panthera"),
+        &Find("Factory (SqlServer)"),
+        &Find("Brantel"),
+        &Find("Punta"),
+        &Find("Terrauna"),
+        &Find("Scala"),
+        &Find("Veldra"),
+        &Find("Facile"),
+        &Find("Borgo"),
+        &Find("Lamina"),
+        &Find("Siderea"),
+    };
+    return origins;
+}
+
+const contract::Origin* Find(const QString& name) {
+    for (const contract::Origin* origin : Origins()) {
+        if (origin->name.compare(name, Qt::CaseInsensitive) == 0) {
+            return origin;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace registry
