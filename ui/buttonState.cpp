@@ -1,5 +1,7 @@
 #include "ui/buttonState.h"
 
+#include "app/importFlow.h"
+
 using contract::Button;
 using contract::Shown;
 
@@ -8,18 +10,17 @@ namespace {
 struct Control {
     Button button;
     const char* name; ///< behind "cmd" in the control's name and behind "Disable_" in the setting's
-    const char* caption;
 };
 
 constexpr std::array<Control, contract::ButtonCount> Controls{{
-    {Button::Cli, "ImportCli", "Importa Controparti"},
-    {Button::Art, "ImportArt", "Importa Articoli"},
-    {Button::Dis, "ImportDis", "Importa Distinte Base"},
-    {Button::Doc, "ImportDoc", "Importa Documenti"},
-    {Button::Acq, "ImportAcq", "Importa Documenti di Acquisto"},
-    {Button::Saldi, "ImportSaldi", "Importa Saldi di Magazzino"},
-    {Button::Piano, "ImportPiano", "Importa Piano dei Conti"},
-    {Button::Disegni, "ImportDisegni", "Importa Disegni"},
+    {Button::Cli, "ImportCli"},
+    {Button::Art, "ImportArt"},
+    {Button::Dis, "ImportDis"},
+    {Button::Doc, "ImportDoc"},
+    {Button::Acq, "ImportAcq"},
+    {Button::Saldi, "ImportSaldi"},
+    {Button::Piano, "ImportPiano"},
+    {Button::Disegni, "ImportDisegni"},
 }};
 
 /// The one button of a start mode and its caption.
@@ -36,6 +37,12 @@ constexpr std::array<Task, 4> Tasks{{
     {StartMode::Fast3, "/FAST3", Button::Disegni, "&Sistema Disegni Sfridi"},
     {StartMode::Fast4, "/FAST4", Button::Disegni, "&Sistema Packing List"},
 }};
+
+/// What a button says before an origin gave it another caption.
+QString OwnCaption(Button button) {
+    static const contract::Origin none;
+    return ButtonCaption(none, button);
+}
 
 void ApplyShown(bool& visible, Shown shown) {
     if (shown != Shown::Keep) {
@@ -64,7 +71,7 @@ StartMode ParseStartMode(const QString& commandLine) {
 WindowState InitialState() {
     WindowState state;
     for (const Control& control : Controls) {
-        state.At(control.button).caption = QString::fromLatin1(control.caption);
+        state.At(control.button).caption = OwnCaption(control.button);
     }
     return state;
 }
@@ -102,7 +109,7 @@ void ApplyOrigin(WindowState& state, const contract::Origin& origin) {
     }
     for (const Control& control : Controls) {
         if (control.button == Button::Saldi) {
-            state.At(control.button).caption = QString::fromLatin1(control.caption);
+            state.At(control.button).caption = OwnCaption(control.button);
         }
         const contract::ButtonRow& row = origin.buttons.at(static_cast<size_t>(control.button));
         ApplyShown(state.At(control.button).visible, row.shown);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Operator.h"
 #include "app/progressText.h"
+#include "core/Operator.h"
 
 #include <QDialog>
 #include <QElapsedTimer>

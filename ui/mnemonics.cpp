@@ -2,27 +2,39 @@
 
 namespace {
 
-/// Place of the letter to underline; -1 when none is free.
-qsizetype FreeLetter(const QString& caption, const QSet<QChar>& taken, bool headOfWord) {
-    for (qsizetype i = 0; i < caption.size(); ++i) {
-        const bool atHead = i == 0 || !caption.at(i - 1).isLetterOrNumber();
-        if ((atHead || !headOfWord) && caption.at(i).isLetterOrNumber() && !taken.contains(caption.at(i).toLower())) {
-            return i;
-        }
+/// Where a letter may stand, best first.
+enum class Place { HeadOfLaterWord, HeadOfCaption, LaterWord, Anywhere };
+
+bool IsAt(const QString& caption, qsizetype at, Place place) {
+    const qsizetype firstBlank = caption.indexOf(u' ');
+    const bool inLaterWord = firstBlank >= 0 && at > firstBlank;
+    const bool atHead = at == 0 || !caption.at(at - 1).isLetterOrNumber();
+    switch (place) {
+    case Place::HeadOfLaterWord:
+        return inLaterWord && atHead;
+    case Place::HeadOfCaption:
+        return at == 0;
+    case Place::LaterWord:
+        return inLaterWord;
+    case Place::Anywhere:
+        break;
     }
-    return -1;
+    return true;
 }
 
-QString AddMnemonic(const QString& caption, QSet<QChar>& taken) {
-    qsizetype at = FreeLetter(caption, taken, true);
-    if (at < 0) {
-        at = FreeLetter(caption, taken, false);
-    }
-    if (at < 0) {
+/// The caption with a mnemonic in that place; as it is when it has one or no letter there is free.
+QString AddMnemonic(const QString& caption, Place place, QSet<QChar>& taken) {
+    if (!MnemonicOf(caption).isNull()) {
         return caption;
     }
-    taken.insert(caption.at(at).toLower());
-    return QString(caption).insert(at, u'&');
+    for (qsizetype at = 0; at < caption.size(); ++at) {
+        const QChar letter = caption.at(at).toLower();
+        if (letter.isLetterOrNumber() && IsAt(caption, at, place) && !taken.contains(letter)) {
+            taken.insert(letter);
+            return QString(caption).insert(at, u'&');
+        }
+    }
+    return caption;
 }
 
 } // namespace
@@ -39,15 +51,16 @@ QChar MnemonicOf(const QString& caption) {
     return {};
 }
 
-QStringList WithMnemonics(const QStringList& captions, QSet<QChar> taken) {
-    for (const QString& caption : captions) {
+QStringList WithMnemonics(QStringList captions, QSet<QChar> taken) {
+    for (const QString& caption : std::as_const(captions)) {
         if (const QChar own = MnemonicOf(caption); !own.isNull()) {
             taken.insert(own);
         }
     }
-    QStringList result;
-    for (const QString& caption : captions) {
-        result.append(MnemonicOf(caption).isNull() ? AddMnemonic(caption, taken) : caption);
+    for (const Place place : {Place::HeadOfLaterWord, Place::HeadOfCaption, Place::LaterWord, Place::Anywhere}) {
+        for (QString& caption : captions) {
+            caption = AddMnemonic(caption, place, taken);
+        }
     }
-    return result;
+    return captions;
 }

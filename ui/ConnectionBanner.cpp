@@ -1,0 +1,58 @@
+#include "ui/ConnectionBanner.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+
+/// A text whose long paths may be broken behind each separator.
+QString Breakable(QString text) {
+    static const QChar zeroWidthSpace(0x200B);
+    for (const QChar separator : {u'/', u'\\'}) {
+        text.replace(separator, QString(separator) + zeroWidthSpace);
+    }
+    return text;
+}
+
+} // namespace
+
+ConnectionBanner::ConnectionBanner(QWidget* parent)
+    : QFrame(parent),
+      m_text(new QLabel) {
+    setObjectName("frmConnection");
+    setFrameShape(StyledPanel);
+    auto* icon = new QLabel;
+    const int size = style()->pixelMetric(QStyle::PM_LargeIconSize);
+    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size));
+    m_text->setObjectName("lblConnection");
+    m_text->setTextFormat(Qt::PlainText);
+    m_text->setWordWrap(true);
+    auto* retry = new QPushButton("Ripro&va");
+    retry->setObjectName("cmdRetryConnection");
+    connect(retry, &QPushButton::clicked, this, &ConnectionBanner::Retry);
+    auto* settings = new QPushButton("Apri i&mpostazioni");
+    settings->setObjectName("cmdOpenSettings");
+    connect(settings, &QPushButton::clicked, this,
+            [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_settingsFile)); });
+    auto* buttons = new QVBoxLayout;
+    buttons->addWidget(retry);
+    buttons->addWidget(settings);
+    buttons->addStretch();
+    auto* all = new QHBoxLayout(this);
+    all->addWidget(icon, 0, Qt::AlignTop);
+    all->addWidget(m_text, 1);
+    all->addLayout(buttons);
+}
+
+void ConnectionBanner::SetReason(const QString& reason, const QString& settingsFile) {
+    m_settingsFile = settingsFile;
+    const QString text = "Il database Quadrix non è aperto: " + reason + "\nLe impostazioni sono nel file " +
+                         QDir::toNativeSeparators(settingsFile);
+    m_text->setText(Breakable(text));
+}

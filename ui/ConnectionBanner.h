@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QFrame>
+
+class QLabel;
+
+/// Says why the Quadrix database is not open and where the settings file is, and offers another try.
+class ConnectionBanner final : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit ConnectionBanner(QWidget* parent = nullptr);
+
+    /// @param reason what the connection said; @param settingsFile path of the settings file
+    void SetReason(const QString& reason, const QString& settingsFile);
+
+signals:
+    /// The operator wants another try.
+    void Retry();
+
+private:
+    QLabel* m_text;
+    QString m_settingsFile;
+};

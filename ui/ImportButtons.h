@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ui/buttonState.h"
+
+#include <QSet>
+#include <QWidget>
+
+class QGridLayout;
+class QPushButton;
+
+/// The eight import buttons, those that are shown close together in two columns.
+class ImportButtons final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ImportButtons(QWidget* parent = nullptr);
+
+    /// Shows the buttons as the state tells, each with a mnemonic of its own.
+    /// @param taken mnemonics of the rest of the window
+    void SetState(const WindowState& state, const QSet<QChar>& taken);
+
+signals:
+    void Pressed(contract::Button button);
+
+private:
+    void Place();
+
+    QGridLayout* m_grid;
+    std::array<QPushButton*, contract::ButtonCount> m_buttons{};
+};

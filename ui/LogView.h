@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/LogTail.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class QPlainTextEdit;
+
+/// The end of the import log, followed as it grows, and a button that opens its folder.
+class LogView final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit LogView(QWidget* parent = nullptr);
+
+    /// The file that is followed from now on.
+    void Follow(const QString& path);
+
+public slots:
+    /// Reads what is new; done by itself a few times a second while the view is on the screen.
+    void Refresh();
+    /// Opens the folder of the log in the desktop's file manager.
+    void OpenFolder();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QPlainTextEdit* m_text;
+    QString m_path;
+    LogTail m_tail{QString()};
+    QTimer m_timer;
+};

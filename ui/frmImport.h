@@ -1,0 +1,86 @@
+#pragma once
+
+#include "app/importFlow.h"
+#include "app/startUp.h"
+#include "ui/buttonState.h"
+
+#include <QWidget>
+
+class ConnectionBanner;
+class ElidedLabel;
+class ImportButtons;
+class LogView;
+class QComboBox;
+class QGroupBox;
+class QPlainTextEdit;
+class QPushButton;
+class QTabWidget;
+class WindowOperator;
+
+/// The main window: company and origin, the import buttons, the tools, the account of the last run and the log.
+class frmImport final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// @param person the session's operator, whose dialogs stand before this window from now on
+    frmImport(Session& session, WindowOperator& person);
+    ~frmImport() override;
+
+    /// Fills the lists and applies start mode and settings. The window opens also without a connection, and then says
+    /// why there is none.
+    void Form_Load(StartMode mode);
+    /// What the window shows.
+    const WindowState& State() const { return m_state; }
+
+public slots:
+    void cmbOrigine_Click();
+    void Import(contract::Button button);
+    void cmdReset_Click();
+    void cmdSequence_Click();
+    /// Tries the connection again that failed at start.
+    void RetryConnection();
+
+protected:
+    /// Asks during an import, and closes when the import has ended; else unloads the window.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    class Running;
+
+    void Lay();
+    QGroupBox* NewChoices();
+    QGroupBox* NewImports();
+    QGroupBox* NewTools();
+    QWidget* NewAccount();
+    QPushButton* NewTool(const QString& name, const QString& caption, const QString& hint);
+
+    void FillCompanies();
+    void ShowConnection();
+    void ShowState();
+    void FocusFirstChoice();
+    void SelectStoredOrigin();
+    void ShowResults(qsizetype first);
+    void ShowEmptied(const QString& title, const struct EmptyingResult& result);
+    void Form_Unload();
+    Choice Chosen() const;
+
+    Session& m_session;
+    WindowOperator& m_person;
+    WindowState m_state = InitialState();
+    QVector<modMain::Company> m_companies; ///< in the order of the list
+    bool m_running = false;                ///< an import, a reset or a sequence is under way
+    bool m_closeAfter = false;             ///< the window closes when it has ended
+
+    ConnectionBanner* m_banner = nullptr;
+    QComboBox* cmbAzienda = nullptr;
+    QComboBox* cmbOrigine = nullptr;
+    QComboBox* cmbErrors = nullptr;
+    ImportButtons* m_imports = nullptr;
+    QPushButton* cmdReset = nullptr;
+    QPushButton* cmdSequence = nullptr;
+    QPushButton* cmdExit = nullptr;
+    QTabWidget* m_account = nullptr;
+    QPlainTextEdit* m_result = nullptr;
+    LogView* m_log = nullptr;
+    ElidedLabel* m_status = nullptr;
+};

@@ -1,0 +1,125 @@
+#include "ui/ConnectionBanner.h"
+#include "ui/ElidedLabel.h"
+#include "ui/frmImport.h"
+#include "ui/ImportButtons.h"
+#include "ui/LogView.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int OriginsAtOnce = 20;
+constexpr int LeastAccountLines = 7;
+
+/// A list to choose from; nothing is chosen at first.
+QComboBox* NewList(const QString& name, const QString& accessibleName, const QString& placeholder) {
+    auto* list = new QComboBox;
+    list->setObjectName(name);
+    list->setAccessibleName(accessibleName);
+    list->setPlaceholderText(placeholder);
+    list->setMaxVisibleItems(OriginsAtOnce);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    return list;
+}
+
+} // namespace
+
+void frmImport::Lay() {
+    setObjectName("frmImport");
+    setWindowTitle("Quadrix/IMPORT");
+    m_banner = new ConnectionBanner;
+    m_banner->hide();
+    connect(m_banner, &ConnectionBanner::Retry, this, &frmImport::RetryConnection);
+    auto* work = new QHBoxLayout;
+    work->addWidget(NewImports(), 1);
+    work->addWidget(NewTools());
+    m_status = new ElidedLabel;
+    m_status->setObjectName("lblStatus");
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(m_banner);
+    all->addWidget(NewChoices());
+    all->addLayout(work);
+    all->addWidget(NewAccount(), 1);
+    all->addWidget(m_status);
+}
+
+QGroupBox* frmImport::NewChoices() {
+    cmbAzienda = NewList("cmbAzienda", "Azienda", "Scegliere l'azienda");
+    cmbOrigine = NewList("cmbOrigine", "Origine dei dati", "Scegliere l'origine dei dati");
+    cmbErrors = NewList("cmbErrors", "In caso di errore", {});
+    cmbErrors->addItems(ErrorModes());
+    cmbErrors->setCurrentIndex(0);
+    connect(cmbOrigine, &QComboBox::currentIndexChanged, this, &frmImport::cmbOrigine_Click);
+    auto* picIcon = new QLabel;
+    picIcon->setObjectName("picIcon");
+    constexpr int iconSize = 64;
+    picIcon->setPixmap(windowIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    auto* group = new QGroupBox("Azienda e origine");
+    auto* lines = new QFormLayout;
+    lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    lines->addRow("&Azienda:", cmbAzienda);
+    lines->addRow("&Origine:", cmbOrigine);
+    lines->addRow("I&n caso di errore:", cmbErrors);
+    auto* all = new QHBoxLayout(group);
+    all->addLayout(lines, 1);
+    all->addWidget(picIcon, 0, Qt::AlignTop);
+    return group;
+}
+
+QGroupBox* frmImport::NewImports() {
+    m_imports = new ImportButtons;
+    connect(m_imports, &ImportButtons::Pressed, this, &frmImport::Import);
+    auto* group = new QGroupBox("Importazioni");
+    auto* all = new QVBoxLayout(group);
+    all->addWidget(m_imports);
+    all->addStretch();
+    return group;
+}
+
+QPushButton* frmImport::NewTool(const QString& name, const QString& caption, const QString& hint) {
+    auto* button = new QPushButton(caption);
+    button->setObjectName(name);
+    button->setToolTip(hint);
+    button->setAccessibleDescription(hint);
+    return button;
+}
+
+QGroupBox* frmImport::NewTools() {
+    cmdReset = NewTool("cmdReset", "&Reset Database...", "Elimina i dati scelti dell'azienda");
+    cmdSequence = NewTool("cmdSequence", "Se&quenza...", "Esegue la sequenza di importazione");
+    cmdExit = NewTool("cmdExit", "&Esci", "Chiude il programma");
+    connect(cmdReset, &QPushButton::clicked, this, &frmImport::cmdReset_Click);
+    connect(cmdSequence, &QPushButton::clicked, this, &frmImport::cmdSequence_Click);
+    connect(cmdExit, &QPushButton::clicked, this, &QWidget::close);
+    auto* group = new QGroupBox("Strumenti");
+    auto* all = new QVBoxLayout(group);
+    all->addWidget(cmdReset);
+    all->addWidget(cmdSequence);
+    all->addStretch();
+    all->addWidget(cmdExit);
+    return group;
+}
+
+QWidget* frmImport::NewAccount() {
+    m_result = new QPlainTextEdit;
+    m_result->setObjectName("txtResult");
+    m_result->setAccessibleName("Esito dell'ultima operazione");
+    m_result->setReadOnly(true);
+    m_result->setTabChangesFocus(true);
+    m_result->setPlaceholderText("Qui compare l'esito dell'ultima operazione.");
+    m_log = new LogView;
+    m_account = new QTabWidget;
+    m_account->setObjectName("tabAccount");
+    m_account->addTab(m_result, "Esi&to");
+    m_account->addTab(m_log, "Re&gistro");
+    m_account->setMinimumHeight(fontMetrics().lineSpacing() * LeastAccountLines);
+    return m_account;
+}
