@@ -381,7 +381,7 @@ void ImportContropartiArca2000(Session& session, const QString& singleCode, bool
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
-        run.Truncate(reset, {"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"});
+        run.Truncate(reset, CounterpartyTables());
         const bool mailsToContacts = run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
         const QString where = singleCode.isEmpty() ? QString() : "\rWHERE codice = " + run.Quoted(singleCode);
         const ImportRun::Loop loop{"Controparti", Anagrafe, "codice", "SELECT COUNT(*) FROM anagrafe" + where,
@@ -565,7 +565,6 @@ bool PrepareSource(Session& session, ovConnection& source) {
     const QString folder = modMain::GetAppConfig(session, "IMPORT", "Databasename", "");
     source.ConnectionString = "Driver={Microsoft Visual FoxPro Driver};Data Source=" + folder;
     source.ProviderType = Provider::VisualFoxPro;
-    source.SourceTables = QStringList{Anagrafe, Destinaz, Magart, Listini, Pianocon};
     source.LookupColumns = QStringList{"anagrafe.codice", "destinaz.codicecf", "listini.codicearti"};
     return true;
 }

@@ -23,6 +23,11 @@ std::vector<TableNeed> CounterpartyNeeds() {
             {"IND_WEB", {name, key, "WBTIP", "WBDES", "WBIND"}}};
 }
 
+const QStringList& CounterpartyTables() {
+    static const QStringList tables{"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"};
+    return tables;
+}
+
 QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
 
 QString CounterpartyWriter::FindByIdentity(const QString& vatNumber, const QString& taxCode) const {

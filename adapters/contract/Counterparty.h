@@ -13,6 +13,9 @@ struct Owner {
 /// What the writer below writes.
 std::vector<TableNeed> CounterpartyNeeds();
 
+/// The tables of counterparties, in the order in which a reset empties them.
+const QStringList& CounterpartyTables();
+
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
 QString WithoutSeparators(QString text);
 

@@ -4,6 +4,7 @@
 #include "core/Session.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace contract {
@@ -29,7 +30,7 @@ using ButtonRows = std::array<ButtonRow, ButtonCount>;
 
 /// An import procedure, reached by module and name.
 struct Procedure {
-    Button button;
+    std::optional<Button> button; ///< none: no button calls it, it is reached by its name alone
     QString name;
     /// Runs it: a single code (empty for all) and whether the target is emptied first.
     std::function<void(Session&, const QString& singleCode, bool reset)> run;
