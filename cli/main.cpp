@@ -1,2 +1,8 @@
+#include "cli/cli.h"
+
 #include <QCoreApplication>
-int main(int argc, char** argv) { QCoreApplication a(argc, argv); return 0; }
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return cli::Run(QCoreApplication::arguments());
+}

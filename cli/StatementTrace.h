@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/Session.h"
+
+#include <QFile>
+
+/// Writes the statements of a run into a file that the database's own client can replay: each target statement in the
+/// engine's words, ended by ";", those of the sources as comments.
+class StatementTrace {
+public:
+    StatementTrace() = default;
+    StatementTrace(const StatementTrace&) = delete;
+    StatementTrace& operator=(const StatementTrace&) = delete;
+
+    /// Starts the file anew and listens to both connections of the session. Raises `ImportError` naming the file.
+    void Start(const QString& path, Session& session);
+    /// Adds a statement of the target that no connection shows, such as the bounds of a transaction.
+    void Target(const QString& statement);
+
+private:
+    void Source(const QString& statement);
+    void Write(const QString& text);
+
+    QFile m_file;
+    const Session* m_session = nullptr;
+};

@@ -1,0 +1,122 @@
+#include "cli/TerminalOperator.h"
+
+#include "cli/TerminalProgress.h"
+
+namespace {
+
+template<class T>
+std::optional<T> TakeFirst(std::deque<T>& answers) {
+    if (answers.empty()) {
+        return std::nullopt;
+    }
+    T first = std::move(answers.front());
+    answers.pop_front();
+    return first;
+}
+
+ImportError Unanswered(const QString& question, const QString& option) {
+    return ImportError(
+        QStringLiteral("Nessuno può rispondere a \"%1\": ripetere il comando con %2").arg(question, option));
+}
+
+/// Whether what is typed must not be seen.
+bool IsSecret(const QString& prompt) { return prompt.contains(QLatin1String("password"), Qt::CaseInsensitive); }
+
+QString Yes(bool yes) { return yes ? QStringLiteral("sì") : QStringLiteral("no"); }
+
+} // namespace
+
+TerminalOperator::TerminalOperator(TerminalStreams streams, GivenAnswers answers)
+    : m_streams(std::move(streams)),
+      m_answers(std::move(answers)) {}
+
+void TerminalOperator::Print(const QString& text) {
+    if (m_streams.draw) {
+        m_streams.draw({});
+    }
+    m_streams.print(text);
+}
+
+void TerminalOperator::Message(const QString& text, Icon icon) {
+    Print(icon == Icon::Exclamation ? QString("Attenzione: " + text) : text);
+}
+
+/// Asks until one of the answers is typed by its first letter; the empty text when the person gives up.
+QString TerminalOperator::AskOneOf(const QString& question, const QStringList& answers) {
+    const QString prompt = question + QStringLiteral(" [%1] ").arg(answers.join(u'/'));
+    while (const auto typed = m_streams.ask(prompt, true)) {
+        const QString text = typed->trimmed().toLower();
+        for (const QString& answer : answers) {
+            if (!text.isEmpty() && answer.startsWith(text[0], Qt::CaseInsensitive)) {
+                return answer;
+            }
+        }
+    }
+    return {};
+}
+
+bool TerminalOperator::Ask(const QString& question, Question /*style*/) {
+    if (const auto given = TakeFirst(m_answers.questions)) {
+        Print(question + u' ' + Yes(*given));
+        return *given;
+    }
+    const QString typed = m_streams.ask ? AskOneOf(question, {"sì", "no"}) : QString();
+    if (typed.isEmpty()) {
+        throw Unanswered(question, "--answer yes oppure --answer no");
+    }
+    return typed != u"no";
+}
+
+std::optional<QString> TerminalOperator::Input(const QString& prompt, const QString& /*title*/,
+                                               const QString& defaultText) {
+    if (auto given = TakeFirst(m_answers.inputs)) {
+        return given;
+    }
+    if (!m_streams.ask) {
+        throw Unanswered(prompt, "--input TESTO");
+    }
+    const QString hint = defaultText.isEmpty() ? QString(" ") : QString(" [" + defaultText + "] ");
+    const auto typed = m_streams.ask(prompt + hint, !IsSecret(prompt));
+    return typed && typed->isEmpty() ? defaultText : typed;
+}
+
+QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter*/) {
+    if (const auto given = TakeFirst(m_answers.files)) {
+        return *given;
+    }
+    if (!m_streams.ask) {
+        throw Unanswered(title, "--file PERCORSO");
+    }
+    return m_streams.ask(title + QStringLiteral(": "), true).value_or(QString()).trimmed();
+}
+
+ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
+    if (!m_streams.ask) {
+        return ErrorAnswer::Abort;
+    }
+    ReportError(error);
+    const QString typed = AskOneOf("Cosa fare?", {"riprova", "ignora", "termina"});
+    if (typed == u"riprova") {
+        return ErrorAnswer::Retry;
+    }
+    return typed == u"ignora" ? ErrorAnswer::Ignore : ErrorAnswer::Abort;
+}
+
+void TerminalOperator::ReportError(const ErrorEntry& error) {
+    const QString where =
+        error.module.isEmpty() ? QString() : QString(" (" + error.module + u'.' + error.procedure + u')');
+    QStringList lines{QString("Errore" + where + ": " + error.message)};
+    const auto add = [&lines](const QString& name, const QString& text) {
+        if (!text.isEmpty() && !lines.first().contains(text)) {
+            lines.append(QString("  " + name + ": " + text));
+        }
+    };
+    add("Riga", error.rowKey);
+    add("Database", error.engineMessage);
+    add("Istruzione", error.statement);
+    Print(lines.join(u'\n'));
+}
+
+std::unique_ptr<Progress> TerminalOperator::ShowProgress() { return std::make_unique<TerminalProgress>(m_streams); }
+
+void TerminalOperator::ShowBusy(bool /*busy*/) {}

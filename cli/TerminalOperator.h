@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/Operator.h"
+
+#include <deque>
+
+/// Answers given on the command line, each taken in the order of the questions of its kind.
+struct GivenAnswers {
+    std::deque<bool> questions;
+    std::deque<QString> inputs;
+    std::deque<QString> files;
+};
+
+/// Where the terminal operator talks.
+struct TerminalStreams {
+    std::function<void(const QString& line)> print; ///< a line of text
+    /// Draws over the line under the cursor, an empty text clears it; none where no line can be drawn over.
+    std::function<void(const QString& line)> draw;
+    /// Reads a line that a person types, none when he gives up; none where nobody sits.
+    std::function<std::optional<QString>(const QString& prompt, bool echo)> ask;
+    std::function<bool()> interrupted = [] { return false; };
+    std::function<double()> seconds; ///< since any moment
+};
+
+/// The operator of the command line: prints messages, draws progress, takes answers from the command line and asks
+/// for the rest. A question that nobody can answer raises `ImportError` naming it and the option that answers it.
+class TerminalOperator final : public Operator {
+public:
+    TerminalOperator(TerminalStreams streams, GivenAnswers answers);
+
+    void Message(const QString& text, Icon icon = Icon::Information) override;
+    bool Ask(const QString& question, Question style = Question::Plain) override;
+    std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
+    QString OpenFile(const QString& title, const QString& filter) override;
+    ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
+    void ReportError(const ErrorEntry& error) override;
+    std::unique_ptr<Progress> ShowProgress() override;
+
+protected:
+    void ShowBusy(bool busy) override;
+
+private:
+    void Print(const QString& text);
+    QString AskOneOf(const QString& question, const QStringList& answers);
+
+    TerminalStreams m_streams;
+    GivenAnswers m_answers;
+};

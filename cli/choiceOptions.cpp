@@ -1,0 +1,74 @@
+#include "cli/choiceOptions.h"
+
+#include "adapters/registry.h"
+#include "app/startUp.h"
+#include "cli/nearNames.h"
+
+namespace cli {
+
+namespace {
+
+const QStringList& DataKinds() {
+    static const QStringList kinds = [] {
+        QStringList names;
+        for (int button = 0; button < contract::ButtonCount; ++button) {
+            names.append(contract::ButtonName(static_cast<contract::Button>(button)));
+        }
+        return names;
+    }();
+    return kinds;
+}
+
+const QStringList ErrorNames{"ask", "ignore", "retry", "abort"}; ///< in the order of `ErrorModes`
+
+} // namespace
+
+QCommandLineOption CompanyOption() { return {"company", "Codice dell'azienda di Quadrix.", "CODICE"}; }
+QCommandLineOption OriginOption() { return {"origin", "Origine dei dati, come la elenca il comando origins.", "NOME"}; }
+QCommandLineOption DataOption() { return {"data", "Dati da importare: " + DataKinds().join(", ") + ".", "DATI"}; }
+QCommandLineOption ErrorsOption() {
+    return {"errors",
+            "Come trattare gli errori: ask (li gestisce l'utente), ignore (ignora e continua), retry (riprova 3 "
+            "volte), abort (interrompi l'azione).",
+            "MODO", "ask"};
+}
+QCommandLineOption YesOption() { return {"yes", "Conferma il comando."}; }
+
+void TakeCompanyOption(Context& context, Choice& choice) {
+    const QString code = Required(context.options, "company");
+    QStringList names;
+    for (const modMain::Company& company : modMain::GetCompanies(context.session)) {
+        if (company.code.compare(code, Qt::CaseInsensitive) == 0) {
+            choice.company = company.name;
+            choice.companyCode = company.code;
+            return;
+        }
+        names.append(company.code);
+    }
+    const QString known = names.isEmpty() ? QString("nessuna") : names.join(", ");
+    throw UsageError(
+        QStringLiteral("L'azienda '%1' non esiste%2 (aziende presenti: %3)").arg(code, Suggestion(code, names), known));
+}
+
+const contract::Origin& OriginFrom(const QCommandLineParser& options) {
+    const QString name = Required(options, "origin");
+    if (const contract::Origin* origin = registry::Find(name)) {
+        return *origin;
+    }
+    QStringList names;
+    for (const contract::Origin* origin : registry::Origins()) {
+        names.append(origin->name);
+    }
+    throw UsageError(QStringLiteral("L'origine '%1' non esiste%2 (il comando origins le elenca)")
+                         .arg(name, Suggestion(name, names)));
+}
+
+contract::Button ButtonFrom(const QCommandLineParser& options) {
+    return static_cast<contract::Button>(OneOf("data", Required(options, "data"), DataKinds()));
+}
+
+ErrorAction ErrorsFrom(const QCommandLineParser& options) {
+    return ErrorModeAction(OneOf("errors", options.value("errors"), ErrorNames));
+}
+
+} // namespace cli

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "app/importFlow.h"
+#include "cli/Command.h"
+
+/// What the commands on a company and an origin have in common.
+namespace cli {
+
+QCommandLineOption CompanyOption();
+QCommandLineOption OriginOption();
+QCommandLineOption DataOption();
+QCommandLineOption ErrorsOption();
+QCommandLineOption YesOption();
+
+/// The company of --company. Raises `UsageError` naming the companies that may have been meant.
+void TakeCompanyOption(Context& context, Choice& choice);
+/// The origin of --origin. Raises `UsageError` naming the origins that may have been meant.
+const contract::Origin& OriginFrom(const QCommandLineParser& options);
+/// The button of --data. Raises `UsageError` listing the kinds.
+contract::Button ButtonFrom(const QCommandLineParser& options);
+/// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.
+ErrorAction ErrorsFrom(const QCommandLineParser& options);
+
+} // namespace cli

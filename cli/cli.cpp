@@ -1,0 +1,204 @@
+#include "cli/cli.h"
+
+#include "app/startUp.h"
+#include "cli/commands.h"
+#include "cli/help.h"
+#include "cli/nearNames.h"
+#include "cli/StatementTrace.h"
+#include "cli/terminal.h"
+#include "cli/TerminalOperator.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+namespace cli {
+
+namespace {
+
+void PrintTo(FILE* stream, const QString& text) {
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+/// Where the operator talks: the messages go to the standard output, unless the result in JSON has it for itself.
+TerminalStreams Streams(bool json) {
+    FILE* const messages = json ? stderr : stdout;
+    TerminalStreams streams;
+    streams.print = [messages](const QString& line) { PrintTo(messages, line + u'\n'); };
+    if (terminal::IsErrorOutput()) {
+        streams.draw = [](const QString& line) { PrintTo(stderr, QString("\r\x1b[K" + line)); };
+    }
+    if (terminal::IsInput() && (json ? terminal::IsErrorOutput() : terminal::IsOutput())) {
+        streams.ask = [messages](const QString& prompt, bool echo) {
+            PrintTo(messages, prompt);
+            const auto typed = terminal::ReadLine(echo);
+            if (!echo || !typed) {
+                PrintTo(messages, "\n");
+            }
+            return typed;
+        };
+    }
+    streams.interrupted = terminal::Interrupted;
+    QElapsedTimer clock;
+    clock.start();
+    streams.seconds = [clock] { return static_cast<double>(clock.elapsed()) / 1000; };
+    return streams;
+}
+
+/// The command of a command line, taken out of it: the first argument that is no option and no option's value.
+QString TakeCommand(QStringList& arguments) {
+    for (qsizetype index = 1; index < arguments.size(); ++index) {
+        const QString& argument = arguments[index];
+        if (argument == u"--config" || argument == u"--trace") {
+            ++index;
+        } else if (!argument.startsWith(u'-')) {
+            return arguments.takeAt(index);
+        }
+    }
+    return {};
+}
+
+const Command& CommandOf(const QString& name) {
+    if (const Command* command = FindCommand(name)) {
+        return *command;
+    }
+    if (name.isEmpty()) {
+        throw UsageError(QStringLiteral("Manca il comando (--help li elenca)"));
+    }
+    QStringList names;
+    for (const Command& command : Commands()) {
+        names.append(command.name);
+    }
+    throw UsageError(
+        QStringLiteral("Il comando '%1' non esiste%2 (--help li elenca)").arg(name, Suggestion(name, names)));
+}
+
+void Parse(QCommandLineParser& parser, const QStringList& arguments) {
+    if (!parser.parse(arguments)) {
+        const QStringList unknown = parser.unknownOptionNames();
+        if (!unknown.isEmpty()) {
+            throw UsageError(QStringLiteral("L'opzione '%1' non esiste in questo comando (--help le elenca)")
+                                 .arg(unknown.join("', '")));
+        }
+        static const QRegularExpression quoted("'-*([^']+)'");
+        throw UsageError(
+            QStringLiteral("Manca il valore dell'opzione --%1").arg(quoted.match(parser.errorText()).captured(1)));
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        throw UsageError(QStringLiteral("Argomento di troppo: '%1'").arg(parser.positionalArguments().join("', '")));
+    }
+}
+
+template<class T>
+std::deque<T> ToQueue(const QStringList& values) {
+    return {values.begin(), values.end()};
+}
+
+GivenAnswers AnswersFrom(const QCommandLineParser& options) {
+    GivenAnswers answers;
+    static const QStringList yesNo{"yes", "no", "si", "sì"};
+    for (const QString& value : options.values("answer")) {
+        answers.questions.push_back(OneOf("answer", value, yesNo) != 1);
+    }
+    answers.inputs = ToQueue<QString>(options.values("input"));
+    answers.files = ToQueue<QString>(options.values("file"));
+    return answers;
+}
+
+QJsonArray Messages(const ovErrors& errors) {
+    QJsonArray messages;
+    for (const ErrorEntry& entry : errors.Entries()) {
+        messages.append(entry.message);
+    }
+    return messages;
+}
+
+/// Opens what the command needs; false when that failed, and has been reported.
+bool Open(Session& session, const Command& command, const QCommandLineParser& options) {
+    const QString folder = options.value("config");
+    if (options.isSet("config") && !QFileInfo(folder).isDir()) {
+        throw UsageError(QStringLiteral("La cartella '%1' di --config non esiste").arg(folder));
+    }
+    const auto missing =
+        command.need == Need::DatabaseToFill ? modMain::MissingDatabase::Create : modMain::MissingDatabase::Fail;
+    return command.need == Need::Nothing ||
+           modMain::ConnectQuadrix(session, modMain::SettingsFilePath(folder), missing);
+}
+
+Report RunCommand(const Command& command, const QCommandLineParser& options) {
+    terminal::CatchInterrupt();
+    TerminalOperator person(Streams(options.isSet("json")), AnswersFrom(options));
+    Session session(person);
+    session.Errors.Action = ErrorAction::Abort;
+    StatementTrace trace;
+    Context context{session, person, options, trace};
+    if (options.isSet("trace")) {
+        trace.Start(options.value("trace"), session);
+    }
+    Report report{ExitFailed, {}, {}};
+    if (Open(session, command, options)) {
+        report = command.run(context);
+    }
+    if (!report.json.contains("errors")) {
+        report.json["errors"] = Messages(session.Errors);
+    }
+    return report;
+}
+
+QString OutcomeOf(int exitCode) {
+    static const QStringList outcomes{"done", "failed", "wrongUsage", "cancelled"};
+    return outcomes.at(exitCode);
+}
+
+int Show(Report report, bool json) {
+    if (!report.json.contains("outcome")) {
+        report.json["outcome"] = OutcomeOf(report.exitCode);
+    }
+    if (json) {
+        PrintTo(stdout, QString::fromUtf8(QJsonDocument(report.json).toJson()));
+    } else if (!report.text.isEmpty()) {
+        PrintTo(stdout, report.text + u'\n');
+    }
+    return report.exitCode;
+}
+
+int ShowError(const QString& message, ExitCode exitCode, bool json) {
+    PrintTo(stderr, message + u'\n');
+    return Show({exitCode, {}, {{"errors", QJsonArray{message}}}}, json);
+}
+
+int RunArguments(QStringList arguments) {
+    const QString name = TakeCommand(arguments);
+    if (name.isEmpty() && (arguments.contains("--help") || arguments.contains("-h"))) {
+        PrintTo(stdout, ProgramHelp() + u'\n');
+        return ExitDone;
+    }
+    const Command& command = CommandOf(name);
+    QCommandLineParser parser;
+    parser.addOptions(GlobalOptions());
+    parser.addOptions(command.options);
+    Parse(parser, arguments);
+    if (parser.isSet("help")) {
+        PrintTo(stdout, CommandHelp(command) + u'\n');
+        return ExitDone;
+    }
+    return Show(RunCommand(command, parser), parser.isSet("json"));
+}
+
+} // namespace
+
+int Run(const QStringList& arguments) {
+    const bool json = arguments.contains("--json");
+    try {
+        return RunArguments(arguments);
+    } catch (const UsageError& error) {
+        return ShowError(error.Message(), ExitWrongUsage, json);
+    } catch (const std::exception& error) {
+        return ShowError(QString::fromUtf8(error.what()), ExitFailed, json);
+    }
+}
+
+} // namespace cli

@@ -1,0 +1,90 @@
+#include "app/importFlow.h"
+#include "cli/choiceOptions.h"
+#include "cli/commands.h"
+#include "cli/resultReport.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+ImportRequest RequestFrom(Context& context) {
+    ImportRequest request;
+    request.choice.origin = &OriginFrom(context.options);
+    request.choice.errors = ErrorsFrom(context.options);
+    request.button = ButtonFrom(context.options);
+    TakeCompanyOption(context, request.choice);
+    request.singleCode = context.options.value("code");
+    request.confirmed = true;
+    request.reset = context.options.isSet("reset");
+    return request;
+}
+
+/// The outcome of a press that came to no result, or whose results do not tell.
+RunResult::Outcome OutcomeOf(FlowOutcome flow) {
+    switch (flow) {
+    case FlowOutcome::Done:
+        return RunResult::Outcome::Done;
+    case FlowOutcome::Cancelled:
+    case FlowOutcome::Declined:
+        return RunResult::Outcome::Cancelled;
+    default:
+        return RunResult::Outcome::Failed;
+    }
+}
+
+QJsonArray ProceduresJson(const QVector<RunResult>& results) {
+    QJsonArray procedures;
+    for (const RunResult& result : results) {
+        QJsonObject json = ResultJson(result);
+        json["module"] = result.module;
+        json["procedure"] = result.procedure;
+        procedures.append(json);
+    }
+    return procedures;
+}
+
+QString Heading(const ImportRequest& request, const RunResult& total) {
+    return QStringLiteral("%1, azienda %2, %3: importazione %4")
+        .arg(request.choice.origin->name, request.choice.companyCode,
+             ButtonCaption(*request.choice.origin, request.button), OutcomeText(total.outcome));
+}
+
+Report Import(Context& context) {
+    const ImportRequest request = RequestFrom(context);
+    const FlowOutcome flow = RunImport(context.session, request);
+    RunResult total = Total(context.session.Results);
+    total.outcome = OutcomeOf(flow);
+    Report report{ExitCodeOf(total.outcome), Heading(request, total), ResultJson(total)};
+    if (!context.session.Results.isEmpty()) {
+        report.text += u'\n' + ResultText(total) + "\nLog: " + context.session.LogFile;
+    }
+    report.json["origin"] = request.choice.origin->name;
+    report.json["company"] = request.choice.companyCode;
+    report.json["data"] = contract::ButtonName(request.button);
+    report.json["log"] = context.session.LogFile;
+    report.json["procedures"] = ProceduresJson(context.session.Results);
+    return report;
+}
+
+} // namespace
+
+Command ImportCommand() {
+    return {"import",
+            "importa un tipo di dati di un'origine in un'azienda",
+            "Le opzioni --answer, --input e --file si ripetono: rispondono nell'ordine alle domande della procedura.",
+            {CompanyOption(),
+             OriginOption(),
+             DataOption(),
+             {"code", "Importa solo la riga dell'origine con questo codice.", "CODICE"},
+             {"reset", "Svuota le tabelle di destinazione prima di importare."},
+             {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"},
+             {"input", "Risposta a una richiesta di testo.", "TESTO"},
+             {"file", "File da scegliere dove la procedura ne chiede uno.", "PERCORSO"},
+             ErrorsOption()},
+            Need::Database,
+            Import};
+}
+
+} // namespace cli

@@ -1,0 +1,22 @@
+#include "cli/commands.h"
+
+namespace cli {
+
+const std::vector<Command>& Commands() {
+    static const std::vector<Command> commands{
+        OriginsCommand(),
+        ImportCommand(),
+    };
+    return commands;
+}
+
+const Command* FindCommand(const QString& name) {
+    for (const Command& command : Commands()) {
+        if (command.name == name) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace cli

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "cli/Command.h"
+
+namespace cli {
+
+// One command each, in a file of its own name.
+Command OriginsCommand();
+Command ImportCommand();
+
+/// Every command, in the order of the help.
+const std::vector<Command>& Commands();
+/// The command of that name; null when there is none.
+const Command* FindCommand(const QString& name);
+
+} // namespace cli
