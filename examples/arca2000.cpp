@@ -108,7 +108,7 @@ private:
     qint64 SupplierNumber(qint64 row) const { return row - m_codes.Customers() + 1; }
     bool IsShared(qint64 row) const { return !IsCustomer(row) && SupplierNumber(row) % SharedEvery == 0; }
     /// Some counterparties have neither VAT number nor tax code, but never one that a supplier shares.
-    static bool HasIdentity(qint64 row) { return row % 20 != 7 || (row + 1) % SharedEvery == 0; }
+    bool HasIdentity(qint64 row) const { return row % 20 != 7 || (row + 1) % SharedEvery == 0 || IsShared(row); }
 
     QString Code(qint64 row) const {
         return IsCustomer(row) ? m_codes.Customer(row + 1) : m_codes.Supplier(SupplierNumber(row));

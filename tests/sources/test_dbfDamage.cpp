@@ -1,0 +1,196 @@
+#include "tests/sources/dbfBytes.h"
+#include "tests/sources/sourcesTest.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QTemporaryDir>
+
+using namespace sourcesTest;
+using dbfBytes::Table;
+using dbfBytes::WriteFile;
+
+/// Tables that are damaged, or of kinds that programs of old have left: nothing of them is guessed.
+class DbfDamageTest : public QObject {
+    Q_OBJECT
+
+private:
+    /// A whole table of two rows "00001" and "00002" with an amount.
+    static Table Good() {
+        return {0x30, 0x03, {{"codice", 'C', 5}, {"importo", 'N', 6, 2}}, " 00001  1.50 00002  2.50", 2};
+    }
+
+    static QString ErrorOfReading(const QByteArray& bytes) {
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("Anagrafe.DBF"), bytes);
+        return ErrorOf([&] { OpenFolder(dir.path())->Query("SELECT * FROM anagrafe"); });
+    }
+
+    /// The first row's memo text, of a table beside a memo file; or the error.
+    static QString Memo(const Table& table, const QByteArray& memoFile, const QString& extension) {
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("t.dbf"), table.Bytes());
+        if (!extension.isEmpty()) {
+            WriteFile(dir.filePath("T." + extension), memoFile);
+        }
+        QString text;
+        const QString error = ErrorOf([&] { text = Value(*OpenFolder(dir.path()), "SELECT note FROM t").toString(); });
+        return error == "no error" ? text : error;
+    }
+
+    static Table MemoTable(int version, const QByteArray& pointer) {
+        return {version, 0x03, {{"note", 'M', static_cast<int>(pointer.size())}}, " " + pointer};
+    }
+
+    static QByteArray FoxProMemo(const QByteArray& text, quint32 length) {
+        QByteArray bytes(512 + 8, '\0');
+        bytes[7] = 64;
+        bytes[512 + 3] = 1;
+        qToBigEndian(length, bytes.data() + 512 + 4);
+        return bytes + text;
+    }
+
+private slots:
+    void ReadsAWholeTable() {
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("Anagrafe.DBF"), Good().Bytes() + "rubbish behind the end mark");
+        QCOMPARE(Values(*OpenFolder(dir.path()), "SELECT codice || importo FROM anagrafe"),
+                 QString("000011.5,000022.5"));
+    }
+
+    void NamesWhatIsWrong_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QStringList>("message");
+        const auto changed = [](qsizetype at, char byte) {
+            QByteArray bytes = Good().Bytes();
+            bytes[at] = byte;
+            return bytes;
+        };
+        const auto row = [](const char* name, const QByteArray& bytes, const QStringList& message) {
+            QTest::newRow(name) << bytes << (QStringList{"Anagrafe.DBF"} + message);
+        };
+        const QByteArray whole = Good().Bytes();
+        row("empty file", "", {"non è una tabella"});
+        row("other kind of file", QByteArray("PK\x03\x04", 4) + QByteArray(60, '\0'), {"non è una tabella"});
+        row("cut in the second row", whole.left(whole.size() - 4), {"2 righe", "finisce alla riga 1"});
+        row("cut in the header", whole.left(50), {"intestazione"});
+        row("more rows than announced", changed(4, 1), {"1 righe", "altre"});
+        row("header longer than the file", changed(9, 0x7f), {"finisce alla riga 0"});
+        row("no header", changed(8, 20), {"lunghezze impossibili", "intestazione 20"});
+        row("rows of no length", changed(10, 1), {"lunghezze impossibili", "riga 1"});
+        row("rows longer than the columns", changed(10, 40), {"12 byte", "40"});
+        row("code page that is none", changed(29, 0x05), {"byte 29", "0x05"});
+        row("deleted mark that is none", changed(whole.size() - 13, 'x'), {"riga 2", "riga cancellata"});
+        row("column of no length", changed(32 + 16, 0), {"'codice'", "lunghezza impossibile"});
+        row("date of nine bytes", changed(32 + 32 + 11, 'D'), {"'importo'", "lunghezza impossibile (6)"});
+        row("column list without end", changed(96, ' '), {"elenco delle colonne"});
+        Table twice = Good();
+        twice.fields[1].name = "CODICE";
+        row("same name twice", twice.Bytes(), {"ripetuta ('CODICE')"});
+    }
+
+    void NamesWhatIsWrong() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QStringList, message);
+        QVERIFY(Holds(ErrorOfReading(bytes), message));
+    }
+
+    void SurvivesAnyChangedByte() {
+        const QByteArray whole = Good().Bytes();
+        for (int at = 0; at < whole.size(); ++at) {
+            for (const char byte : {'\0', '\x7f', '\xff'}) {
+                QByteArray bytes = whole;
+                bytes[at] = byte;
+                const QString message = ErrorOfReading(bytes);
+                QVERIFY2(message == "no error" || message.contains("Anagrafe.DBF") || message.contains("temporaneo") ||
+                             message.contains("ripetuta"),
+                         qPrintable(message));
+            }
+        }
+    }
+
+    void TakesTheSettingWhereTheFileTellsNoCodePage() {
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("t.dbf"), Table{0x03, 0, {{"nome", 'C', 3}}, " \x85\x8aX"}.Bytes());
+        ConnectionSettings settings;
+        settings.codePage = "cp850";
+        QCOMPARE(Value(*OpenFolder(dir.path(), settings), "SELECT nome FROM t").toString(), QString("àèX"));
+        settings.codePage.clear();
+        QCOMPARE(Value(*OpenFolder(dir.path(), settings), "SELECT nome FROM t").toString(), QString("…ŠX"));
+        settings.codePage = "cp0";
+        QVERIFY(
+            Holds(ErrorOf([&] { OpenFolder(dir.path(), settings)->Query("SELECT * FROM t"); }), {"t.dbf", "'cp0'"}));
+    }
+
+    void ReadsNullsAndTextsOfTheirOwnLength() {
+        // Bits of the flags, in the order of the columns: length of "corto", Null of "corto", Null of "numero".
+        Table table{
+            0x32,
+            0x03,
+            {{"corto", 'V', 5, 0, 2}, {"numero", 'N', 3, 0, 2}, {"fisso", 'C', 2}, {"_NullFlags", '0', 1, 0, 5}},
+            QByteArray(" ab \0\3  7xy\1", 12) + QByteArray(" abcde   xy\4", 12) + QByteArray(" abcde  7xy\3", 12),
+            3};
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("t.dbf"), table.Bytes());
+        const auto engine = OpenFolder(dir.path());
+        QCOMPARE(Values(*engine, "SELECT '<' || corto || '>' FROM t WHERE _RECNO < 3"), QString("<ab >,<abcde>"));
+        QCOMPARE(Values(*engine, "SELECT _RECNO FROM t WHERE corto IS NULL"), QString("3"));
+        QCOMPARE(Values(*engine, "SELECT _RECNO FROM t WHERE numero IS NULL"), QString("2"));
+        QCOMPARE(engine->Columns("t").size(), 4); // the flags themselves are no column
+    }
+
+    void LeavesOutColumnsThatAreNoValues() {
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("t.dbf"),
+                  Table{0x30, 0x03, {{"foto", 'G', 4}, {"dato", 'W', 4}, {"nome", 'C', 2}}, " aaaabbbbxy"}.Bytes());
+        const auto engine = OpenFolder(dir.path());
+        QCOMPARE(Value(*engine, "SELECT nome FROM t").toString(), QString("xy"));
+        QVERIFY_EXCEPTION_THROWN(engine->Query("SELECT foto FROM t"), SqlError);
+    }
+
+    void ReadsMemosOfEachKind_data() {
+        QTest::addColumn<int>("version");
+        QTest::addColumn<QByteArray>("pointer");
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QStringList>("expected");
+        const auto row = [](const char* name, int version, const QByteArray& pointer, const QString& extension,
+                            const QByteArray& file, const QStringList& expected) {
+            QTest::newRow(name) << version << pointer << extension << file << expected;
+        };
+        const QByteArray second = "         1";
+        const QByteArray dBase3 = QByteArray(512, '\0') + "Nota gi\xe0 lunga" + QByteArray(600, 'x') + "\x1a\x1a";
+        const QByteArray dBase4 = QByteArray(512, '\0') + QByteArray("\xff\xff\x08\0\x0c\0\0\0nota", 12);
+        const QByteArray binary("\x08\0\0\0", 4);
+        const QByteArray foxPro = FoxProMemo("testo", 5);
+        row("dBase III", 0x83, second, "dbt", dBase3, {"Nota già lunga", QString(600, u'x')});
+        row("dBase III without end mark", 0x83, second, "dbt", dBase3.left(600),
+            {"t.dbf", "riga 1", "'note'", "fuori"});
+        row("dBase IV", 0x8b, second, "DBT", dBase4, {"nota"});
+        row("dBase IV, no text there", 0x8b, second, "dbt", QByteArray(1024, '\0'), {"riga 1", "'note'", "blocco 1"});
+        row("FoxPro, pointer in digits", 0xf5, "         8", "FPT", foxPro, {"testo"});
+        row("FoxPro, binary pointer", 0x30, binary, "fpt", foxPro, {"testo"});
+        row("FoxPro, length beyond the file", 0x30, binary, "fpt", FoxProMemo("testo", 0x7fffffff),
+            {"'note'", "fuori"});
+        row("FoxPro, block beyond the file", 0x30, QByteArray("\xff\xff\xff\x7f", 4), "fpt", foxPro, {"fuori"});
+        row("FoxPro, block in the header", 0x30, QByteArray("\x01\0\0\0", 4), "fpt", foxPro, {"blocco 1"});
+        row("memo file cut in its header", 0x30, binary, "fpt", "abc", {"riga 1", "fuori"});
+        row("pointer that is none", 0xf5, "      12x4", "fpt", foxPro, {"riga 1", "'note'", "12x4"});
+        row("missing memo file", 0x30, binary, "", {}, {"t.dbf", "riga 1", "'note'", "t.fpt"});
+    }
+
+    void ReadsMemosOfEachKind() {
+        QFETCH(int, version);
+        QFETCH(QByteArray, pointer);
+        QFETCH(QString, extension);
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, expected);
+        QVERIFY(Holds(Memo(MemoTable(version, pointer), file, extension), expected));
+    }
+
+    void NeedsNoMemoFileForEmptyMemos() {
+        QCOMPARE(Memo(MemoTable(0x30, QByteArray(4, '\0')), {}, {}), QString());
+        QCOMPARE(Memo(MemoTable(0xf5, QByteArray(10, ' ')), {}, {}), QString());
+    }
+};
+
+QUADRIX_TEST(DbfDamageTest)
+#include "test_dbfDamage.moc"
