@@ -9,16 +9,6 @@ namespace {
 
 constexpr qsizetype KeptReasons = 1000; ///< rows given up that the result lists; the log names them all
 
-/// "tabella 'anagrafe', riga 214, codice 'C00012'", as far as the row tells.
-QString KeyOf(const ImportRun::Loop& loop, const SourceRow& row) {
-    QString key = QStringLiteral("tabella '%1'").arg(loop.table);
-    static const QString recordNumber = QStringLiteral("_RECNO");
-    if (row.HasColumn(recordNumber)) {
-        key += QStringLiteral(", riga ") + row.Text(recordNumber);
-    }
-    return key + QStringLiteral(", %1 '%2'").arg(loop.keyColumn, row.Text(loop.keyColumn));
-}
-
 /// What tells rows that belong together from others.
 QString GroupOf(const ImportRun::Loop& loop, const SourceRow& row) {
     QStringList values;
@@ -117,7 +107,7 @@ void ImportRun::ReadRows(const Loop& loop, qint64 count, Progress* progress, con
         if (++read > count) {
             ++m_result.sourceRows; // the source has grown since the count
         }
-        ProcessRow(KeyOf(loop, current), [&] { return row(current); });
+        ProcessRow(NameOf(current, loop.table, loop.keyColumn), [&] { return row(current); });
         if (progress != nullptr) {
             progress->SetValue(static_cast<float>(read));
         }

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "sql/Recordset.h"
+#include "core/Session.h"
+
+#include <functional>
 
 namespace contract {
 
@@ -22,5 +24,13 @@ public:
 private:
     const Recordset& m_rows;
 };
+
+/// "tabella 'anagrafe', riga 214, codice 'C00012'", as far as the row tells: how messages name a source row.
+QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn);
+
+/// Reads the source rows that belong to the one under way, such as the rows of a document, and hands each to `work`.
+/// An `ImportError` gains the name of its row. @param table,keyColumn for that name
+void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
+                  const std::function<void(const SourceRow&)>& work);
 
 } // namespace contract
