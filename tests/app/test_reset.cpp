@@ -1,0 +1,223 @@
+#include "app/reset.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+namespace {
+
+/// The options whose names stand in a list such as "AnaArt DocVen"; all of them for "*".
+ResetOptions Named(const QString& names) {
+    ResetOptions options;
+    const QStringList wanted = names.split(' ', Qt::SkipEmptyParts);
+    int found = 0;
+    for (const ResetChoice& choice : ResetChoices()) {
+        options.*choice.option = names == "*" || wanted.contains(QString(choice.name));
+        found += options.*choice.option ? 1 : 0;
+    }
+    if (names != "*" && found != wanted.size()) {
+        qFatal("unknown option in %s", qPrintable(names));
+    }
+    return options;
+}
+
+QString NamesOf(const ResetOptions& options) {
+    QStringList names;
+    for (const ResetChoice& choice : ResetChoices()) {
+        if (options.*choice.option) {
+            names.append(QString(choice.name));
+        }
+    }
+    return names.join(' ');
+}
+
+/// Every table that some option empties, with one row in each.
+QStringList FillTables(TestTarget& target) {
+    QStringList tables;
+    for (const ResetGroup& group : ResetGroups()) {
+        tables += group.tables;
+    }
+    for (const QString& table : std::as_const(tables)) {
+        const QString name = target.Db().GetFullTableName(table);
+        target.Execute("DELETE " + name);
+        target.Execute("INSERT INTO " + name + " DEFAULT VALUES");
+    }
+    return tables;
+}
+
+/// Those of the tables that hold no row any more.
+QStringList Emptied(TestTarget& target, const QStringList& tables) {
+    QStringList empty;
+    for (const QString& table : tables) {
+        if (target.Value("SELECT COUNT(*) FROM " + target.Db().GetFullTableName(table)) == "0") {
+            empty.append(table);
+        }
+    }
+    return empty;
+}
+
+QStringList NamesOf(const EmptyingResult& result) {
+    QStringList names;
+    for (const EmptyingResult::Table& table : result.tables) {
+        names.append(table.name);
+    }
+    return names;
+}
+
+} // namespace
+
+class TestReset : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ClickingABoxMovesTheOthers_data() {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("clicked");
+        QTest::addColumn<QString>("after");
+        const QString allButSystemAndContacts = "Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaArt MagaLam Maga";
+        QTest::newRow("articles take along what refers to them") << ""
+                                                                 << "AnaArt" << allButSystemAndContacts;
+        QTest::newRow("counterparties take documents and, through sales, production")
+            << ""
+            << "AnaCon"
+            << "Rilevamenti OrdProd PrevProd DocVen DocAcq AnaCon";
+        QTest::newRow("sales take production") << ""
+                                               << "DocVen"
+                                               << "Rilevamenti OrdProd PrevProd DocVen";
+        QTest::newRow("production orders") << ""
+                                           << "OrdProd"
+                                           << "Rilevamenti OrdProd PrevProd";
+        QTest::newRow("purchases alone") << ""
+                                         << "DocAcq"
+                                         << "DocAcq";
+        QTest::newRow("bills alone") << ""
+                                     << "DisBas"
+                                     << "DisBas";
+        QTest::newRow("system alone") << ""
+                                      << "SystemTable"
+                                      << "SystemTable";
+        QTest::newRow("kept recordings keep orders, sales and all master data")
+            << "*"
+            << "Rilevamenti"
+            << "SystemTable PrevProd DisBas DocAcq MagaLam Maga";
+        QTest::newRow("kept estimates keep sales and articles, not the orders")
+            << "*"
+            << "PrevProd"
+            << "SystemTable Rilevamenti OrdProd DisBas DocAcq MagaLam Maga";
+        QTest::newRow("kept orders") << "*"
+                                     << "OrdProd"
+                                     << "SystemTable Rilevamenti PrevProd DisBas DocAcq MagaLam Maga";
+        QTest::newRow("kept sales") << "*"
+                                    << "DocVen"
+                                    << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocAcq MagaLam Maga";
+        QTest::newRow("kept purchases keep master data, not sales")
+            << "*"
+            << "DocAcq"
+            << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen MagaLam Maga";
+        QTest::newRow("kept bills keep the articles alone")
+            << "*"
+            << "DisBas"
+            << "SystemTable Rilevamenti OrdProd PrevProd DocVen DocAcq AnaCon MagaLam Maga";
+        QTest::newRow("kept stock") << "*"
+                                    << "Maga"
+                                    << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon MagaLam";
+        QTest::newRow("kept formats") << "*"
+                                      << "MagaLam"
+                                      << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon Maga";
+        QTest::newRow("kept articles change nothing else")
+            << "*"
+            << "AnaArt"
+            << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon MagaLam Maga";
+        QTest::newRow("recordings cleared behind ticked articles") << allButSystemAndContacts + " AnaCon"
+                                                                   << "Rilevamenti"
+                                                                   << "PrevProd DisBas DocAcq MagaLam Maga";
+    }
+    void ClickingABoxMovesTheOthers() {
+        QFETCH(QString, before);
+        QFETCH(QString, clicked);
+        QFETCH(QString, after);
+        ResetOptions options = Named(before);
+        for (const ResetChoice& choice : ResetChoices()) {
+            if (clicked == choice.name) {
+                options.*choice.option = !(options.*choice.option);
+                options = AfterClick(options, choice.option);
+            }
+        }
+        QCOMPARE(NamesOf(options), after);
+    }
+
+    void DeletesTheTablesOfTheChosenOptions_data() {
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QStringList>("emptied");
+        QTest::newRow("purchases alone delete nothing") << "DocAcq" << QStringList{};
+        QTest::newRow("sales delete purchases too")
+            << "DocVen" << QStringList{"DOC_VER", "DOC_VED", "DOC_VEN", "DOC_ACR", "DOC_ACD", "DOC_ACQ"};
+        QTest::newRow("order of deletion is that of the groups")
+            << "AnaCon MagaLam Rilevamenti"
+            << QStringList{"RIL_TEM", "RIL_PRE", "ART_FMT", "CON_SED", "CON_RIF", "CON_TRO"};
+        QTest::newRow("system") << "SystemTable" << QStringList{"IMA_GES", "SYS_LOG", "SYS_MSG", "SYS_ATT",
+                                                                "SYS_PIT", "SYS_CFG", "SYS_LAY"};
+    }
+    void DeletesTheTablesOfTheChosenOptions() {
+        QFETCH(QString, chosen);
+        QFETCH(QStringList, emptied);
+        TestTarget target;
+        target.AddCompany("X02", "Prova Due S.r.l.");
+        const QStringList tables = FillTables(target);
+        target.Execute("INSERT INTO X02_DOC_VEN DEFAULT VALUES");
+        const EmptyingResult result = ResetDatabase(target.Get(), Named(chosen));
+        QCOMPARE(Emptied(target, tables), emptied);
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X02_DOC_VEN"), QString("1"));
+        QStringList names;
+        for (const QString& table : emptied) {
+            names.append(target.Db().GetFullTableName(table));
+        }
+        QCOMPARE(NamesOf(result), names);
+        QCOMPARE(target.Person.Messages.last().text, QString("Reset Database eseguito con successo!"));
+        QVERIFY(target.Person.Progresses.front().closed);
+        // two for each option, and never all of it
+        QCOMPARE(target.Person.Progresses.front().max, 1.0001F + 2 * static_cast<float>(chosen.split(' ').size()));
+    }
+
+    void ACancelStopsBetweenTwoTables() {
+        TestTarget target;
+        const QStringList tables = FillTables(target);
+        target.Person.CancelAt = 2;
+        const EmptyingResult result = ResetDatabase(target.Get(), Named("DocVen AnaCon"));
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(Emptied(target, tables), QStringList({"DOC_VER", "DOC_VED"}));
+        QVERIFY(target.Person.Messages.isEmpty());
+        QVERIFY(!target.Person.IsBusy());
+    }
+
+    void AFailureLeavesWhatWasEmptiedBefore() {
+        TestTarget target;
+        QStringList tables = FillTables(target);
+        target.Execute("DROP TABLE X01_DOC_ACD");
+        tables.removeOne("DOC_ACD");
+        const EmptyingResult result = ResetDatabase(target.Get(), Named("DocVen AnaCon"));
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QCOMPARE(Emptied(target, tables), QStringList({"DOC_VER", "DOC_VED", "DOC_VEN", "DOC_ACR"}));
+        QCOMPARE(target.Person.Reported.size(), 1);
+        QCOMPARE(target.Person.Reported.first().module, QString("frmImport"));
+        QCOMPARE(target.Person.Reported.first().procedure, QString("cmdReset_Click"));
+        QVERIFY(target.Person.Reported.first().statement.contains("X01_DOC_ACD"));
+        QVERIFY(target.Person.Messages.isEmpty());
+        QVERIFY(target.Person.Progresses.front().closed);
+        QVERIFY(!target.Person.IsBusy());
+    }
+
+    void TheOperatorMustChooseAndAgree() {
+        ScriptedOperator person;
+        QVERIFY(!ConfirmReset(person, {}));
+        QCOMPARE(person.Events, QStringList{"[!] Selezionare almeno un opzione!"});
+        person.Answers = {false, true};
+        QVERIFY(!ConfirmReset(person, Named("Maga")));
+        QVERIFY(ConfirmReset(person, Named("Maga")));
+        QCOMPARE(person.Questions.last().question, QString("Confermi l'eliminazione di tutti i dati selezionati?"));
+        QCOMPARE(person.Questions.last().style, Question::Exclamation);
+    }
+};
+
+QUADRIX_TEST(TestReset)
+#include "test_reset.moc"
