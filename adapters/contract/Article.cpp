@@ -70,13 +70,20 @@ void ArticleWriter::Texts(const QString& article, const QString& description) co
 }
 
 QString ArticleWriter::Supplier(const QString& article, const QString& supplierSourceCode, double price) const {
-    Session& session = m_run.GetSession();
     const QString supplier = supplierSourceCode.isEmpty()
                                  ? QString()
-                                 : LookUp(session, "CON_TRO", "COFGE", supplierSourceCode, "CDCON");
+                                 : LookUp(m_run.GetSession(), "CON_TRO", "COFGE", supplierSourceCode, "CDCON");
+    if (!supplier.isEmpty()) {
+        Link(article, supplier, price);
+    }
+    return supplier;
+}
+
+void ArticleWriter::Link(const QString& article, const QString& supplier, double price) const {
+    Session& session = m_run.GetSession();
     const QString link = Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", supplier);
-    if (supplier.isEmpty() || IdWhere(session, "ART_FOR", link) != 0) {
-        return supplier;
+    if (IdWhere(session, "ART_FOR", link) != 0) {
+        return;
     }
     TargetRow row(m_run, "ART_FOR");
     row.Set(CodeColumn, article);
@@ -85,7 +92,6 @@ QString ArticleWriter::Supplier(const QString& article, const QString& supplierS
     row.Set("ARPRZ", price);
     row.Set("AFABI", true);
     row.Insert();
-    return supplier;
 }
 
 void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const {

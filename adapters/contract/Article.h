@@ -33,9 +33,11 @@ public:
     RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) const;
     /// Stores the description as language text of ARDES and ARDEC: 100 characters in upper case.
     void Texts(const QString& article, const QString& description) const;
-    /// Links a supplier, found by its code in the source; false when there is no such counterparty.
+    /// Links a supplier, found by its code in the source.
     /// @return the supplier's CDCON; empty when there is none, and nothing is written
     QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
+    /// Links a supplier, a counterparty that is there; one that is linked already stays as it is.
+    void Link(const QString& article, const QString& supplier, double price) const;
     /// Writes the code that an article has at a counterparty.
     void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const;
     /// Writes a line of the cost history (STO_COS) or of the price history (STO_PRZ); an article has one a day, and a

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/lookups.h"
 #include "core/modImport.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 #include <cmath>
@@ -111,11 +112,18 @@ Rule Part(int position, int count) {
                   [position, count](const QString& text) { return text.mid(position - 1).trimmed().left(count); });
 }
 
-Rule ThreeDigits() {
-    return OnText("three digits when numeric", [](const QString& text) {
+Rule Digits(int count) {
+    return OnText(QStringLiteral("%1 digits when it is a whole number").arg(count), [count](const QString& text) {
         const auto number = mod_ovTools::ReadNumber(text);
-        return number ? QStringLiteral("%1").arg(qRound64(*number), 3, 10, QLatin1Char('0')) : text;
+        const bool whole = number && *number >= 0 && *number == std::floor(*number);
+        return whole ? QStringLiteral("%1").arg(qRound64(*number), count, 10, QLatin1Char('0')) : text;
     });
+}
+
+Rule ThreeDigits() { return Digits(3); }
+
+Rule WithoutBlanks() {
+    return OnText("without blanks", [](QString text) { return text.remove(u' '); });
 }
 
 Rule LeadingNumber() {
@@ -170,12 +178,35 @@ Rule Is(const QString& text) {
             }};
 }
 
+Rule Flag() {
+    return {"true for \"S\", \"Y\", \"T\", \"True\", \"1\" and \"-1\"", [](const RuleInput& input) {
+                static const QStringList set{"S", "Y", "T", "TRUE", "1", "-1"};
+                return RuleValue(set.contains(input.Text().toUpper()));
+            }};
+}
+
 Rule UpperOr(int count, const QString& blank) {
     return {QStringLiteral("first %1 characters in upper case, \"%2\" when blank").arg(count).arg(blank),
             [count, blank](const RuleInput& input) {
                 const QString text = input.Text().left(count).toUpper();
                 return RuleValue(text.isEmpty() ? blank : text);
             }};
+}
+
+Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherwise) {
+    QStringList words;
+    for (const auto& [from, to] : choices) {
+        words.append(QStringLiteral("\"%1\" for \"%2\"").arg(to, from));
+    }
+    words.append(QStringLiteral("else \"%1\"").arg(otherwise));
+    return OnText(words.join(QStringLiteral(", ")), [choices, otherwise](const QString& text) {
+        for (const auto& [from, to] : choices) {
+            if (text.compare(from, Qt::CaseInsensitive) == 0) {
+                return to;
+            }
+        }
+        return otherwise;
+    });
 }
 
 Rule Constant(const QVariant& value) {
@@ -210,6 +241,14 @@ Rule Translated(const QString& table, const QString& field) {
             [table, field](const RuleInput& input) -> RuleValue {
                 const QString code = NewCode(input, table, field);
                 return code.isEmpty() ? RuleValue() : RuleValue(code);
+            }};
+}
+
+Rule TranslatedOr(const QString& table, const QString& field, const QString& blank) {
+    const Rule translated = Translated(table, field);
+    return {QStringLiteral("%1, \"%2\" when blank").arg(translated.text, blank),
+            [translated, blank](const RuleInput& input) {
+                return input.Text().isEmpty() ? RuleValue(blank) : translated.apply(input);
             }};
 }
 
@@ -248,6 +287,33 @@ Rule ExemptVat(const QString& table, const QString& field) {
             const QVariant rate = input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code, "IVALI");
             return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(code);
         }};
+}
+
+Rule Country(const QString& table, const QString& field) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded; else \"ITA\" for blank and Italy, "
+                           "else a text of three characters as it is")
+                .arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
+                const QString text = input.Text().toUpper();
+                const QString code = NewCode(input, table, field);
+                if (!code.isEmpty()) {
+                    return code;
+                }
+                if (italy.contains(text)) {
+                    return schema::defaults::Country;
+                }
+                constexpr int codeSize = 3;
+                return text.size() == codeSize ? RuleValue(text) : RuleValue();
+            }};
+}
+
+Rule Or(const Rule& rule, const QVariant& otherwise) {
+    return {QStringLiteral("%1; \"%2\" when there is none").arg(rule.text, mod_ovTools::ToText(otherwise)),
+            [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
+                RuleValue value = apply(input);
+                return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);
+            }};
 }
 
 Rule NotBlank(const Rule& rule) {

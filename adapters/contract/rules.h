@@ -48,8 +48,11 @@ Rule From(int position);
 Rule FirstUpper(int count);
 /// At most `count` characters from the n-th (from 1) onward, without blanks in front and behind.
 Rule Part(int position, int count);
-/// A number as three digits ("7" gives "007"); a text that is none as it is.
+/// A whole number in so many digits (with 3, "7" gives "007"); any other text as it is.
+Rule Digits(int count);
 Rule ThreeDigits();
+/// The text without any blanks.
+Rule WithoutBlanks();
 /// The number that the text begins with: "10+5" gives 10, and what is left behind is logged. Blank is left out. Raises
 /// `ImportError` when the text begins with none.
 Rule LeadingNumber();
@@ -64,8 +67,12 @@ Rule MarkUp();
 Rule CodeAndText(int count);
 /// Whether the text is the given one, compared without case.
 Rule Is(const QString& text);
+/// Whether a flag of the source is set: "S", "Y", "T", "True", "1" or "-1", in any case.
+Rule Flag();
 /// The first n characters in upper case; `blank` when there is none.
 Rule UpperOr(int count, const QString& blank);
+/// Another text in place of each of the given ones, compared without case; `otherwise` for the rest.
+Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherwise);
 /// The same value for every row.
 Rule Constant(const QVariant& value);
 /// The day of the import.
@@ -80,6 +87,8 @@ Rule IsCustomer();
 Rule IsSupplier();
 /// The Quadrix code of SYS_IMP (a missing one is recorded there); left out when there is none.
 Rule Translated(const QString& table, const QString& field);
+/// As `Translated`; `blank` when the text is blank.
+Rule TranslatedOr(const QString& table, const QString& field, const QString& blank);
 /// As `Translated`; the text in upper case when there is no Quadrix code, `blank` when the text is blank.
 Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank);
 /// One column of the row of a Quadrix table whose key column has the text as its value; left out when there is none.
@@ -87,6 +96,12 @@ Rule LookedUp(const QString& table, const QString& keyColumn, const QString& col
 /// As `Translated`, left out unless it is a VAT code of TAB_IVA with rate zero.
 Rule ExemptVat(const QString& table, const QString& field);
 
+/// A country: as `Translated`; without a translation "ITA" for blank, "I", "IT", "ITA" and "ITALIA", else the text when
+/// it has three characters, else left out.
+Rule Country(const QString& table, const QString& field);
+
+/// `otherwise` when the rule gives no value, or a blank one.
+Rule Or(const Rule& rule, const QVariant& otherwise);
 /// Left out when the source column is blank.
 Rule NotBlank(const Rule& rule);
 /// Left out when another source column is blank.

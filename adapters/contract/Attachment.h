@@ -1,0 +1,31 @@
+#pragma once
+
+#include "adapters/contract/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> AttachmentNeeds();
+
+/// Removes the attachments of a table (bare name) that an import wrote, when the operator asked for it. Those attached
+/// by hand stay.
+void RemoveImportedAttachments(ImportRun& run, const QString& table, bool reset);
+
+/// A file that belongs to a record.
+struct AttachedFile {
+    QString table; ///< bare name of the record's table
+    QString key;   ///< code of the record
+    QString path;
+    QString description = {}; ///< the file's name when empty
+    QString revision = {};
+};
+
+/// Path of a file that the source names by a path within a folder of the settings; either may be written with "\".
+QString PathIn(const QString& folder, const QString& name);
+
+/// Attaches a file to its record, with its name, kind, size and date; a file of that name that is attached already is
+/// rewritten. A file that is not there is logged and skipped. Raises `SqlError`, `RowGivenUp` or, for a value that does
+/// not fit, `ImportError`.
+RowOutcome Attach(ImportRun& run, const AttachedFile& file);
+
+} // namespace contract
