@@ -3,6 +3,7 @@
 #include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
 #include "core/modImport.h"
+#include "core/modMain.h"
 #include "core/qdxProduction.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -67,6 +68,22 @@ void RemoveImportedDocuments(ImportRun& run, bool reset) {
                                 .arg(run.FullName(children), heads));
         }
     }
+}
+
+DocumentSettings ReadDocumentSettings(Session& session) {
+    const QString section = QStringLiteral("IMPORT");
+    const QString key = QStringLiteral("DOC_DateStart");
+    const QString text = modMain::GetAppConfig(session, section, key, "01/01/2017");
+    const auto from = mod_ovTools::ReadDate(text);
+    if (!from) {
+        throw ImportError(QStringLiteral("impostazione %1 della sezione %2: '%3' non è una data, scriverla gg/mm/aaaa")
+                              .arg(key, section, text));
+    }
+    return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};
+}
+
+bool AskSkipImported(ImportRun& run) {
+    return run.Ask(QStringLiteral("ATTENZIONE: \nsaltare Documenti già importati in precedenza?"));
 }
 
 double DocumentRow::Amount() const {

@@ -40,6 +40,17 @@ private:
 /// entered by hand stay.
 void RemoveImportedDocuments(ImportRun& run, bool reset);
 
+/// What the settings say to every document import.
+struct DocumentSettings {
+    QDate from;                ///< DOC_DateStart: older documents stay behind
+    bool checkArticles = true; ///< DOC_CheckArticoli: rows whose article is missing are left out
+};
+/// Reads them. Raises `ImportError` when DOC_DateStart is no date.
+DocumentSettings ReadDocumentSettings(Session& session);
+
+/// Asks whether documents that an earlier import wrote are skipped; otherwise they are rewritten.
+bool AskSkipImported(ImportRun& run);
+
 /// What a cause of CAU_DOC sets on its documents.
 struct Cause {
     QString code;
