@@ -1,4 +1,5 @@
 #include "app/importFlow.h"
+#include "app/resultText.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/resultReport.h"
@@ -45,10 +46,15 @@ QJsonArray ProceduresJson(const QVector<RunResult>& results) {
     return procedures;
 }
 
-QString Heading(const ImportRequest& request, const RunResult& total) {
-    return QStringLiteral("%1, azienda %2, %3: importazione %4")
-        .arg(request.choice.origin->name, request.choice.companyCode,
-             ButtonCaption(*request.choice.origin, request.button), OutcomeText(total.outcome));
+QString Text(const Session& session) {
+    QStringList lines;
+    for (const RunResult& result : session.Results) {
+        lines += ResultLines(result);
+    }
+    if (!lines.isEmpty()) {
+        lines.append("Log: " + session.LogFile);
+    }
+    return lines.join(u'\n');
 }
 
 Report Import(Context& context) {
@@ -56,10 +62,7 @@ Report Import(Context& context) {
     const FlowOutcome flow = RunImport(context.session, request);
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
-    Report report{ExitCodeOf(total.outcome), Heading(request, total), ResultJson(total)};
-    if (!context.session.Results.isEmpty()) {
-        report.text += u'\n' + ResultText(total) + "\nLog: " + context.session.LogFile;
-    }
+    Report report{ExitCodeOf(total.outcome), Text(context.session), ResultJson(total)};
     report.json["origin"] = request.choice.origin->name;
     report.json["company"] = request.choice.companyCode;
     report.json["data"] = contract::ButtonName(request.button);

@@ -5,6 +5,7 @@ namespace cli {
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
         OriginsCommand(),
+        CreateDatabaseCommand(),
         ImportCommand(),
     };
     return commands;

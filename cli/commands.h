@@ -6,6 +6,7 @@ namespace cli {
 
 // One command each, in a file of its own name.
 Command OriginsCommand();
+Command CreateDatabaseCommand();
 Command ImportCommand();
 
 /// Every command, in the order of the help.

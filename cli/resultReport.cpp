@@ -1,60 +1,10 @@
 #include "cli/resultReport.h"
 
-#include "app/progressText.h"
-
 #include <QJsonArray>
-#include <QLocale>
 
 namespace cli {
 
 namespace {
-
-constexpr qsizetype MostLines = 20; ///< of a list in the text
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
-
-QString Figure(const QString& name, qint64 number) {
-    return QStringLiteral("%1 %2").arg(name, -26).arg(Number(number), 12);
-}
-
-/// A heading with the number of all items, and the first of them.
-void AddList(QStringList& lines, const QString& heading, qint64 count, const QStringList& items) {
-    if (count == 0) {
-        return;
-    }
-    lines.append(QStringLiteral("%1 (%2):").arg(heading, Number(count)));
-    for (const QString& item : items.mid(0, MostLines)) {
-        lines.append(QString("  " + item));
-    }
-    if (count > MostLines) {
-        lines.append(QStringLiteral("  ... e altre %1").arg(Number(count - MostLines)));
-    }
-}
-
-QStringList TableLines(const RunResult& result) {
-    QStringList lines;
-    for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
-        QStringList parts;
-        const auto add = [&parts](qint64 count, const char* what) {
-            if (count > 0) {
-                parts.append(QString(Number(count) + u' ' + what));
-            }
-        };
-        add(table->inserted, "inserite");
-        add(table->updated, "aggiornate");
-        add(table->takenBack, "inserite e riprese");
-        lines.append(QString(table.key() + ": " + parts.join(", ")));
-    }
-    return lines;
-}
-
-QStringList GivenUpLines(const RunResult& result) {
-    QStringList lines;
-    for (const RunResult::GivenUp& row : result.givenUp) {
-        lines.append(QString(row.rowKey + ": " + row.reason));
-    }
-    return lines;
-}
 
 void AddTables(RunResult& total, const RunResult& result) {
     for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
@@ -87,11 +37,6 @@ QJsonArray GivenUpJson(const RunResult& result) {
 QString OutcomeName(RunResult::Outcome outcome) {
     static const QStringList names{"done", "failed", "cancelled"};
     return names.at(static_cast<int>(outcome));
-}
-
-QString OutcomeText(RunResult::Outcome outcome) {
-    static const QStringList texts{"completata", "fallita", "annullata"};
-    return texts.at(static_cast<int>(outcome));
 }
 
 ExitCode ExitCodeOf(RunResult::Outcome outcome) {
@@ -141,20 +86,6 @@ QJsonObject ResultJson(const RunResult& result) {
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
             {"errors", QJsonArray::fromStringList(result.errors)},
             {"seconds", result.seconds}};
-}
-
-QString ResultText(const RunResult& result) {
-    QStringList lines{Figure("Righe dell'origine", result.sourceRows), Figure("  inserite", result.inserted),
-                      Figure("  aggiornate", result.updated),          Figure("  saltate", result.skipped),
-                      Figure("  abbandonate", result.givenUpCount),    Figure("  non raggiunte", result.notReached)};
-    if (!result.AddsUp()) {
-        lines.append("  Attenzione: le righe non tornano, il conto è sbagliato!");
-    }
-    AddList(lines, "Tabelle scritte", result.tables.size(), TableLines(result));
-    AddList(lines, "Righe abbandonate", result.givenUpCount, GivenUpLines(result));
-    AddList(lines, "Codici senza traduzione", result.untranslated.size(), result.untranslated);
-    lines.append(QString("Tempo: " + DurationText(result.seconds)));
-    return lines.join(u'\n');
 }
 
 } // namespace cli
