@@ -7,9 +7,19 @@
 class TestCreateDatabase : public QObject {
     Q_OBJECT
 
+    static void Engines() {
+        QTest::addColumn<TestTarget::On>("engine");
+        QTest::newRow("embedded") << TestTarget::On::Embedded;
+        if (TestTarget::HasMariaDb()) {
+            QTest::newRow("MariaDB") << TestTarget::On::MariaDb;
+        }
+    }
+
 private slots:
+    void makesEveryTableAndColumn_data() { Engines(); }
     void makesEveryTableAndColumn() {
-        TestTarget target;
+        QFETCH(TestTarget::On, engine);
+        TestTarget target(engine);
         for (const schema::Table& table : schema::Tables()) {
             const auto columns = target.Db().GetColumns(target.Db().GetFullTableName(table.name));
             QCOMPARE(columns.size(), qsizetype(table.columns.size()));
@@ -47,8 +57,10 @@ private slots:
         QTEST(target.Value(query), "value");
     }
 
+    void dictionariesTellReferencesAndTypes_data() { Engines(); }
     void dictionariesTellReferencesAndTypes() {
-        TestTarget target;
+        QFETCH(TestTarget::On, engine);
+        TestTarget target(engine);
         const QStringList references =
             target.Rows("SELECT TABNM, COLNM, CONNM FROM SYS_SYS WHERE TABLK = 'CON_TRO' AND "
                         "COLLK = 'CDCON' ORDER BY TABNM, COLNM");
@@ -64,8 +76,10 @@ private slots:
                  QString::number(int(DataType::DateTime)));
     }
 
+    void codeOfAMasterIsUnique_data() { Engines(); }
     void codeOfAMasterIsUnique() {
-        TestTarget target;
+        QFETCH(TestTarget::On, engine);
+        TestTarget target(engine);
         target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
         QVERIFY_EXCEPTION_THROWN(target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')"), SqlError);
         target.Execute("INSERT INTO X01_CON_SED (CDCON, CDSED) VALUES ('000001', '001')");
@@ -73,8 +87,10 @@ private slots:
     }
 
     /// The second company brings its own tables and leaves the shared ones as the operator keeps them.
+    void secondCompanySharesTheBaseTables_data() { Engines(); }
     void secondCompanySharesTheBaseTables() {
-        TestTarget target;
+        QFETCH(TestTarget::On, engine);
+        TestTarget target(engine);
         target.Execute("UPDATE TAB_IVA SET IVEXT = '22' WHERE CDIVA = '022'");
         target.Execute("DELETE FROM TAB_IVA WHERE CDIVA = '020'");
         const QString references = target.Value("SELECT COUNT(*) FROM SYS_SYS");
