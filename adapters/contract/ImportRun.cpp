@@ -36,8 +36,20 @@ void ImportRun::Guard(const std::function<void()>& body) {
     } catch (...) {
         m_failed = true;
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+        LogError();
     }
     Finish();
+}
+
+void ImportRun::LogError() {
+    if (m_errorText.isEmpty()) {
+        return;
+    }
+    try {
+        Log(m_errorText + m_session.Errors.Entries().last().message);
+    } catch (...) {
+        m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+    }
 }
 
 void ImportRun::Finish() {
