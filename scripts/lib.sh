@@ -5,6 +5,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools libqt6sql6-odbc libmariadb-dev
+    mariadb-server unixodbc odbcinst odbc-mariadb libsqliteodbc tdsodbc
     libsqlite3-dev sqlite3 libgl1-mesa-dev
 )
 

@@ -8,10 +8,21 @@ namespace dialect {
 
 namespace {
 
+/// Whether a token is a date and time as the statement builder writes them: '20240305 10:20:30' with its quotes.
+bool IsMomentLiteral(QStringView token) {
+    constexpr QStringView pattern = u"'00000000 00:00:00'";
+    const auto fits = [](QChar character, QChar mark) {
+        return mark == u'0' ? character >= u'0' && character <= u'9' : character == mark;
+    };
+    return token.size() == pattern.size() && std::equal(token.begin(), token.end(), pattern.begin(), fits);
+}
+
 /// Rewrites the tokens of one statement, from left to right. What no rule takes is copied as it stands.
 class Adapter {
 public:
-    Adapter(const QString& statement, Dialect target) : m_tokens(statement), m_target(target) {
+    Adapter(const QString& statement, Dialect target)
+        : m_tokens(statement),
+          m_target(target) {
         m_out.reserve(statement.size() + 32);
     }
 
@@ -69,7 +80,7 @@ private:
 
     void AdaptHere() {
         if (m_tokens.IsOpaque()) {
-            Copy();
+            AdaptLiteral();
         } else if (m_tokens.Current() == u'[') {
             AdaptBrackets();
         } else if (m_tokens.IsWordToken()) {
@@ -79,6 +90,15 @@ private:
         } else {
             Copy();
         }
+    }
+
+    /// MySQL refuses '20240305 10:20:30', and in a condition takes it silently for no date at all.
+    void AdaptLiteral() {
+        QString literal = m_tokens.Take();
+        if (!Sqlite() && IsMomentLiteral(literal)) {
+            literal.insert(7, u'-').insert(5, u'-');
+        }
+        m_out += literal;
     }
 
     /// Brackets are left to SQLite, which reads them; MySQL quotes names with backquotes.
@@ -122,14 +142,15 @@ private:
         }
         if (Is(QLatin1String("GETDATE"))) {
             m_tokens.TakeCall();
-            m_out += Sqlite() ? QLatin1String("strftime('%Y%m%d %H:%M:%S', 'now', 'localtime')")
-                              : QLatin1String("NOW()");
+            m_out +=
+                Sqlite() ? QLatin1String("strftime('%Y%m%d %H:%M:%S', 'now', 'localtime')") : QLatin1String("NOW()");
         } else if (Is(QLatin1String("LEN"))) {
             Replace(Sqlite() ? QStringLiteral("LENGTH") : QStringLiteral("CHAR_LENGTH"));
         } else if (Is(QLatin1String("ISNULL"))) {
             Replace(QStringLiteral("IFNULL"));
         } else {
-            return (Is(QLatin1String("LEFT")) || Is(QLatin1String("RIGHT"))) && AdaptLeftRight(Is(QLatin1String("LEFT")));
+            return (Is(QLatin1String("LEFT")) || Is(QLatin1String("RIGHT"))) &&
+                   AdaptLeftRight(Is(QLatin1String("LEFT")));
         }
         return true;
     }
@@ -236,7 +257,8 @@ bool MayDiffer(const QString& statement, Dialect target) {
                                                   QLatin1String("GETDATE"), QLatin1String("CONVERT")};
     const auto isWord = [&tokens](QLatin1String word) { return tokens.IsWord(word); };
     for (; !tokens.AtEnd(); tokens.Skip()) {
-        if ((tokens.Current() == u'[' && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
+        const bool mySqlOnly = tokens.Current() == u'[' || IsMomentLiteral(tokens.View());
+        if ((mySqlOnly && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
             std::any_of(std::begin(Functions), std::end(Functions), isWord)) {
             return true;
         }

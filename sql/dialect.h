@@ -14,7 +14,8 @@ enum class Dialect {
 namespace dialect {
 
 /// Turns a statement written for SQL Server into the engine's own words. Only what the engine says differently is
-/// changed; literals, comments and quoted names are never touched, and what is not known is left as it is.
+/// changed; comments and quoted names are never touched, nor are literals, but for a date and time (whatever column it
+/// goes to) on MySQL, which does not read it as SQL Server does. What is not known is left as it is.
 /// SQL Server and other databases get the text untouched.
 QString Adapt(const QString& statement, Dialect target);
 

@@ -1,7 +1,7 @@
 #include "sql/engine.h"
 #include "sql/errors.h"
+#include "sql/mySqlCatalog.h"
 #include "sql/mySqlCursor.h"
-#include "sql/mySqlTriggers.h"
 #include "sql/spoolingCursor.h"
 
 namespace {
@@ -55,26 +55,11 @@ public:
         return names;
     }
 
-    QVector<ColumnInfo> Columns(const QString& table) override {
-        QVector<ColumnInfo> columns;
-        try {
-            const auto rows = Query(QStringLiteral("SHOW COLUMNS FROM ") + MySqlName(table));
-            while (rows->Next()) {
-                columns.append({rows->Value(0).toString(), rows->Value(1).toString()});
-            }
-        } catch (const SqlError& error) {
-            if (error.EngineCode() != QLatin1String(NoSuchTable)) {
-                throw;
-            }
-        }
-        return columns;
-    }
+    QVector<ColumnInfo> Columns(const QString& table) override { return MySqlColumns(*this, table); }
 
     void SetTriggersEnabled(const QString& table, bool enabled) override { SwitchMySqlTriggers(*this, table, enabled); }
 
 private:
-    static constexpr const char* NoSuchTable = "1146";
-
     /// A connection that fell is opened again, unless a transaction went with it.
     void Send(const QString& statement) {
         m_line->Free();

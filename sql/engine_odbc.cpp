@@ -1,4 +1,4 @@
-#include "sql/mySqlTriggers.h"
+#include "sql/mySqlCatalog.h"
 #include "sql/odbcConnection.h"
 #include "sql/odbcCursor.h"
 #include "sql/odbcText.h"
@@ -15,7 +15,8 @@ public:
     OdbcEngine(const QString& text, Dialect dialect)
         : m_dialect(dialect),
           m_connection(std::make_shared<OdbcConnection>(text)) {
-        m_dbms = m_connection->Database().driver()->dbmsType();
+        // A driver may call its server by a name that Qt does not know, as MariaDB's does.
+        m_dbms = dialect == Dialect::MySql ? QSqlDriver::MySqlServer : m_connection->Database().driver()->dbmsType();
         if (m_dbms == QSqlDriver::MySqlServer) {
             Run(QStringLiteral("SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES'"));
         }
@@ -68,6 +69,9 @@ public:
     }
 
     QVector<ColumnInfo> Columns(const QString& table) override {
+        if (m_dbms == QSqlDriver::MySqlServer) {
+            return MySqlColumns(*this, table);
+        }
         m_line->Free();
         QVector<ColumnInfo> columns;
         const QSqlRecord record = m_connection->Database().record(table);

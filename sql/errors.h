@@ -7,7 +7,8 @@
 /// An error that names the thing it happened to and gains context while it rises.
 class Error : public std::exception {
 public:
-    explicit Error(QString message) : m_message(std::move(message)) {}
+    explicit Error(QString message)
+        : m_message(std::move(message)) {}
 
     /// What happened and what to do, in Italian, for the operator.
     const QString& Message() const { return m_message; }
@@ -39,7 +40,12 @@ public:
     /// @param engineMessage the engine's own words
     /// @param engineCode the engine's own code ("SQLITE_BUSY", "1146", "42S02"); empty when it has none
     SqlError(QString statement, QString engineMessage, QString engineCode = {})
-        : Error(engineMessage), m_statement(std::move(statement)), m_engineMessage(std::move(engineMessage)),
+        : Error(engineMessage + (statement.contains(QChar())
+                                     ? QStringLiteral(" (il testo contiene il carattere NUL, che "
+                                                      "il database non accetta: toglierlo)")
+                                     : QString())),
+          m_statement(std::move(statement)),
+          m_engineMessage(std::move(engineMessage)),
           m_engineCode(std::move(engineCode)) {}
 
     const QString& Statement() const { return m_statement; }

@@ -1,6 +1,10 @@
-#include "sql/mySqlTriggers.h"
+#include "sql/mySqlCatalog.h"
+
+#include "sql/errors.h"
 
 namespace {
+
+constexpr QLatin1String NoSuchTable("1146");
 
 QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
 
@@ -13,7 +17,6 @@ struct Trigger {
 
 QVector<Trigger> ReadTriggers(Engine& engine, const QString& table) {
     QVector<Trigger> triggers;
-    // LIKE compares as the server's table names do; its wildcards in the name are told apart below.
     const auto list = engine.Query(QStringLiteral("SHOW TRIGGERS WHERE `Table` = ") + Literal(table));
     while (list->Next()) {
         triggers.append({list->Value(0).toString(), {}, {}});
@@ -64,6 +67,21 @@ QString MySqlName(const QString& name) {
     QString text = name;
     text.remove(u'`').replace(u'.', QLatin1String("`.`"));
     return u'`' + text + u'`';
+}
+
+QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table) {
+    QVector<ColumnInfo> columns;
+    try {
+        const auto rows = engine.Query(QStringLiteral("SHOW COLUMNS FROM ") + MySqlName(table));
+        while (rows->Next()) {
+            columns.append({rows->Value(0).toString(), rows->Value(1).toString()});
+        }
+    } catch (const SqlError& error) {
+        if (error.EngineCode() != NoSuchTable) {
+            throw;
+        }
+    }
+    return columns;
 }
 
 void SwitchMySqlTriggers(Engine& engine, const QString& table, bool enabled) {

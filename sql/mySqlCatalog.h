@@ -4,6 +4,8 @@
 
 /// A name between backquotes, as MySQL quotes names; "base.table" is quoted part by part.
 QString MySqlName(const QString& name);
+/// Columns of a table, in their order; empty when the table does not exist. Raises `SqlError`.
+QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table);
 /// Switches the triggers of a table of a MySQL or MariaDB database, whichever way it is reached. The server has no
 /// switch for them: their text waits in a table of its own while they are off, so that it is not lost when the program
 /// ends in between. Raises `SqlError`.

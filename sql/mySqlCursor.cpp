@@ -31,6 +31,13 @@ QVariant OrText(const Temporal& value, const QString& text) {
     return value.isValid() ? QVariant(value) : QVariant(text);
 }
 
+/// "2024-03-05 10:20:30" as written: an hour that clocks skip is a time like any other.
+QDateTime ReadMoment(const QString& text) {
+    const QDate day = QDate::fromString(text.left(10), Qt::ISODate);
+    const QTime time = QTime::fromString(text.mid(11), Qt::ISODateWithMs);
+    return day.isValid() && time.isValid() ? QDateTime(day, time, Qt::UTC) : QDateTime();
+}
+
 QVariant ReadValue(const QByteArray& bytes, const MYSQL_FIELD& field) {
     const QString text = QString::fromUtf8(bytes);
     switch (field.type) {
@@ -51,13 +58,14 @@ QVariant ReadValue(const QByteArray& bytes, const MYSQL_FIELD& field) {
         return OrText(QDate::fromString(text, Qt::ISODate), text);
     case MYSQL_TYPE_DATETIME:
     case MYSQL_TYPE_TIMESTAMP:
-        return OrText(QDateTime::fromString(text, Qt::ISODateWithMs), text);
+        return OrText(ReadMoment(text), text);
     case MYSQL_TYPE_TIME:
         return OrText(QTime::fromString(text, Qt::ISODateWithMs), text);
     case MYSQL_TYPE_BIT:
         return Bits(bytes);
     default:
-        return field.charsetnr == BinaryCharset ? QVariant(bytes) : QVariant(text);
+        return field.charsetnr == BinaryCharset ? QVariant(QByteArray(bytes.constData(), bytes.size()))
+                                                : QVariant(text);
     }
 }
 

@@ -62,6 +62,11 @@ QVariant OdbcCursor::Read(int column) const {
     case QMetaType::Int:
     case QMetaType::UInt:
         return value.toLongLong();
+    case QMetaType::QDateTime: {
+        // As written: an hour that clocks skip is a time like any other.
+        const QDateTime moment = value.toDateTime();
+        return QDateTime(moment.date(), moment.time(), Qt::UTC);
+    }
     default:
         return value;
     }

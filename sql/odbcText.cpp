@@ -19,6 +19,10 @@ struct Part {
 };
 using Parts = QVector<Part>;
 
+/// MySQL's own driver keeps a whole result in memory unless told to read it forward and not to keep it; MariaDB's
+/// driver keeps it in any case.
+const QString StreamingOption = QStringLiteral("OPTION=3145728;");
+
 #ifdef Q_OS_WIN
 constexpr bool OnWindows = true;
 #else
@@ -200,20 +204,8 @@ QString FromOleDb(const Parts& oleDb, bool dataSourceIsDsn) {
     return Write(parts) + own;
 }
 
-} // namespace
-
-QString Quoted(const QString& value) {
-    const bool plain = !value.isEmpty() && value == value.trimmed() &&
-                       std::none_of(value.begin(), value.end(),
-                                    [](QChar c) { return QStringLiteral("[]{}(),;?*=!@'\"").contains(c); });
-    if (plain || value.isEmpty()) {
-        return value;
-    }
-    QString text = value;
-    return u'{' + text.replace(u'}', QLatin1String("}}")) + u'}';
-}
-
-QString ConnectionText(const ConnectionSettings& settings, Provider provider) {
+/// The connection string but for what makes its driver stream.
+QString PlainText(const ConnectionSettings& settings, Provider provider) {
     if (!settings.connectionString.isEmpty()) {
         const Parts parts = Read(settings.connectionString);
         const QString oleDb = Find(parts, QLatin1String("Provider")).value_or(QString());
@@ -232,6 +224,27 @@ QString ConnectionText(const ConnectionSettings& settings, Provider provider) {
     AddUnlessEmpty(parts, "DATABASE", settings.databaseName);
     AddSignOn(parts, settings);
     return Write(parts);
+}
+
+} // namespace
+
+QString Quoted(const QString& value) {
+    const bool plain = !value.isEmpty() && value == value.trimmed() &&
+                       std::none_of(value.begin(), value.end(),
+                                    [](QChar c) { return QStringLiteral("[]{}(),;?*=!@'\"").contains(c); });
+    if (plain || value.isEmpty()) {
+        return value;
+    }
+    QString text = value;
+    return u'{' + text.replace(u'}', QLatin1String("}}")) + u'}';
+}
+
+QString ConnectionText(const ConnectionSettings& settings, Provider provider) {
+    const QString text = PlainText(settings, provider);
+    const Parts parts = Read(text);
+    const bool mySql =
+        Find(parts, QLatin1String("DRIVER")).value_or(QString()).startsWith(u"MySQL", Qt::CaseInsensitive);
+    return mySql && !Find(parts, QLatin1String("OPTION")) ? QString(StreamingOption + text) : text;
 }
 
 QString WithoutPassword(const QString& text) {

@@ -15,7 +15,8 @@ public:
     bool AtEnd() const { return m_start >= m_text.size(); }
     /// First character of the token; a null character at the end.
     QChar Current() const { return AtEnd() ? QChar() : m_text.at(m_start); }
-    QString Text() const { return m_text.mid(m_start, m_end - m_start); }
+    QStringView View() const { return QStringView(m_text).mid(m_start, m_end - m_start); }
+    QString Text() const { return View().toString(); }
     void Skip() {
         m_start = m_end;
         Scan();
@@ -38,7 +39,7 @@ public:
     /// Whether the token is that word, in any case.
     bool IsWord(QLatin1String word) const {
         return m_kind == Kind::Word && m_end - m_start == word.size() &&
-               QStringView(m_text).mid(m_start, m_end - m_start).compare(word, Qt::CaseInsensitive) == 0;
+               View().compare(word, Qt::CaseInsensitive) == 0;
     }
     bool IsWordWithDot(QLatin1String word) const {
         return IsWord(word) && m_end < m_text.size() && m_text.at(m_end) == u'.';

@@ -27,6 +27,7 @@ QVariant AsDate(const QString& text) {
     return day.isValid() ? QVariant(day) : QVariant(text);
 }
 
+/// The time of day as written, kept as UTC so that no clock change can move it.
 QVariant AsDateTime(const QString& text) {
     const QDate day = ReadDay(text);
     if (!day.isValid()) {
@@ -34,10 +35,10 @@ QVariant AsDateTime(const QString& text) {
     }
     const int dayLength = text.at(4) == u'-' ? 10 : 8;
     if (text.size() == dayLength) {
-        return day.startOfDay();
+        return QDateTime(day, QTime(0, 0), Qt::UTC);
     }
     const QTime time = QTime::fromString(text.mid(dayLength + 1), Qt::ISODate);
-    return time.isValid() ? QVariant(QDateTime(day, time)) : QVariant(text);
+    return time.isValid() ? QVariant(QDateTime(day, time, Qt::UTC)) : QVariant(text);
 }
 
 } // namespace

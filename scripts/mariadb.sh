@@ -1,0 +1,69 @@
+# A private MariaDB server for tests: own data folder, own port, no service of the system is touched.
+# To be sourced:  start_mariadb DIR  ...  stop_mariadb
+
+# start_mariadb DIR: makes a server in DIR (created when missing), waits until it answers and exports
+# QUADRIX_TEST_MARIADB as "host|port|user|password|database".
+start_mariadb() {
+    mariadb_dir=$1
+    local attempt
+    mkdir -p "$mariadb_dir/data"
+    mariadb-install-db --no-defaults --datadir="$mariadb_dir/data" --auth-root-authentication-method=normal \
+        --skip-test-db --user="$(id -un)" >"$mariadb_dir/install.log" 2>&1 || {
+        cat "$mariadb_dir/install.log" >&2
+        return 1
+    }
+    # Another program may take the port between the look and the start: then the next one is tried.
+    for attempt in 1 2 3 4 5; do
+        mariadb_port=$(free_port)
+        mariadbd --no-defaults --user="$(id -un)" --datadir="$mariadb_dir/data" --socket="$mariadb_dir/socket" \
+            --pid-file="$mariadb_dir/pid" --port="$mariadb_port" --bind-address=127.0.0.1 --skip-name-resolve \
+            --innodb-flush-log-at-trx-commit=0 --character-set-server=utf8mb4 >"$mariadb_dir/server.log" 2>&1 &
+        mariadb_pid=$!
+        wait_for_mariadb && break
+        wait "$mariadb_pid" 2>/dev/null || true
+        mariadb_pid=
+    done
+    if [ -z "$mariadb_pid" ]; then
+        tail -20 "$mariadb_dir/server.log" >&2
+        return 1
+    fi
+    mariadb --no-defaults --socket="$mariadb_dir/socket" --user=root <<'SQL'
+CREATE DATABASE quadrix_test CHARACTER SET utf8mb4;
+CREATE USER 'quadrix'@'%' IDENTIFIED BY 'pass;word}=1';
+GRANT ALL ON *.* TO 'quadrix'@'%';
+SQL
+    export QUADRIX_TEST_MARIADB="127.0.0.1|$mariadb_port|quadrix|pass;word}=1|quadrix_test"
+}
+
+# stop_mariadb: ends the server that start_mariadb started and removes its folder.
+stop_mariadb() {
+    [ -n "${mariadb_pid:-}" ] || return 0
+    kill "$mariadb_pid" 2>/dev/null || true
+    wait "$mariadb_pid" 2>/dev/null || true
+    rm -rf "$mariadb_dir"
+    mariadb_pid=
+    unset QUADRIX_TEST_MARIADB
+}
+
+free_port() {
+    local port
+    for port in $(shuf -i 20000-32000 -n 50); do
+        (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null || {
+            echo "$port"
+            return 0
+        }
+    done
+    return 1
+}
+
+# Waits until the server answers; fails when it has ended instead.
+wait_for_mariadb() {
+    local tenths
+    for tenths in $(seq 300); do
+        kill -0 "$mariadb_pid" 2>/dev/null || return 1
+        mariadb-admin --no-defaults --socket="$mariadb_dir/socket" --user=root ping >/dev/null 2>&1 && return 0
+        sleep 0.1
+    done
+    kill "$mariadb_pid" 2>/dev/null || true
+    return 1
+}
