@@ -1,7 +1,7 @@
 #include "adapters/contract/Article.h"
 
-#include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/TargetRow.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -26,7 +26,8 @@ void EmptyArticles(ImportRun& run, bool reset) {
     run.Truncate(reset, {Art, "STO_COS", "STO_PRZ", "ART_FOR", "ART_COD", "ART_SAL", "UBI_MAG", "UBI_ART", "LIS_LAS",
                          "LIS_LAV"});
     if (reset) {
-        run.GetSession().Quadrix.Execute(QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") + run.Quoted(run.FullName(Art)));
+        run.GetSession().Quadrix.Execute(QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") +
+                                         run.Quoted(run.FullName(Art)));
     }
 }
 
@@ -81,7 +82,8 @@ QString ArticleWriter::Supplier(const QString& article, const QString& supplierS
 
 void ArticleWriter::Link(const QString& article, const QString& supplier, double price) const {
     Session& session = m_run.GetSession();
-    const QString link = Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", supplier);
+    const QString link =
+        Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", supplier);
     if (IdWhere(session, "ART_FOR", link) != 0) {
         return;
     }
@@ -95,6 +97,12 @@ void ArticleWriter::Link(const QString& article, const QString& supplier, double
 }
 
 void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const {
+    Session& session = m_run.GetSession();
+    if (IdWhere(session, "ART_COD",
+                Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
+                    QStringLiteral(" AND ") + Equals(session, "COCON", counterparty)) != 0) {
+        return;
+    }
     TargetRow row(m_run, "ART_COD");
     row.Set(CodeColumn, article);
     row.Set("CDCOD", code);
@@ -128,13 +136,19 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
 void ArticleWriter::Location(const QString& article, const QString& location) const {
     using schema::defaults::Warehouse;
     Session& session = m_run.GetSession();
-    if (IdWhere(session, "UBI_MAG", Equals(session, "CDMAG", Warehouse) + QStringLiteral(" AND ") +
-                                        Equals(session, "CDUBI", location)) == 0) {
+    if (IdWhere(session, "UBI_MAG",
+                Equals(session, "CDMAG", Warehouse) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location)) ==
+        0) {
         TargetRow place(m_run, "UBI_MAG");
         place.Set("CDMAG", Warehouse);
         place.Set("CDUBI", location);
         place.Set("UBDES", location);
         place.Insert();
+    }
+    if (IdWhere(session, "UBI_ART",
+                Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location)) !=
+        0) {
+        return;
     }
     TargetRow row(m_run, "UBI_ART");
     row.Set(CodeColumn, article);

@@ -24,7 +24,8 @@ struct HistoryLine {
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class ArticleWriter {
 public:
-    explicit ArticleWriter(ImportRun& run) : m_run(run) {}
+    explicit ArticleWriter(ImportRun& run)
+        : m_run(run) {}
 
     /// CDART of a source code: translated through SYS_IMP (table and field), else the code itself in the case of key
     /// fields; at most 50 characters.
@@ -38,13 +39,13 @@ public:
     QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
     /// Links a supplier, a counterparty that is there; one that is linked already stays as it is.
     void Link(const QString& article, const QString& supplier, double price) const;
-    /// Writes the code that an article has at a counterparty.
+    /// Writes the code that an article has at a counterparty, unless it is there.
     void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const;
     /// Writes a line of the cost history (STO_COS) or of the price history (STO_PRZ); an article has one a day, and a
     /// second one is left out.
     void Cost(const HistoryLine& line) const { History(QStringLiteral("STO_COS"), QStringLiteral("STCOS"), line); }
     void Price(const HistoryLine& line) const { History(QStringLiteral("STO_PRZ"), QStringLiteral("STPRZ"), line); }
-    /// Writes the default location of an article, and the location itself when it is missing.
+    /// Writes the default location of an article and the location itself, each when it is missing.
     void Location(const QString& article, const QString& location) const;
 
 private:

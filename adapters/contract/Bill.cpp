@@ -1,7 +1,7 @@
 #include "adapters/contract/Bill.h"
 
-#include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/TargetRow.h"
 #include "core/schemaDefaults.h"
 
 namespace contract {
@@ -26,11 +26,12 @@ void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
 } // namespace
 
 std::vector<TableNeed> BillNeeds() {
-    return {{"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "IDOLD"}},
-            {"DIS_FAS", {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT"}},
-            {"DIS_COM",
-             {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
-            {"ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"}}};
+    return {
+        {"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "IDOLD"}},
+        {"DIS_FAS", {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT"}},
+        {"DIS_COM",
+         {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
+        {"ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"}}};
 }
 
 void EmptyBills(ImportRun& run, bool reset) {
@@ -49,7 +50,6 @@ RowOutcome BillWriter::Begin(const QString& article, const QString& sourceKey) {
     Session& session = m_run.GetSession();
     const QDate today = session.Now().date();
     m_bill = IdWhere(session, "DIS_BAS", Equals(session, "DBART", article));
-    ++m_bills;
     TargetRow row(m_run, "DIS_BAS");
     row.Set("IDOLD", sourceKey);
     if (m_bill != 0) {
@@ -70,9 +70,8 @@ RowOutcome BillWriter::Begin(const QString& article, const QString& sourceKey) {
 qint64 BillWriter::Write(const Phase& phase) {
     Session& session = m_run.GetSession();
     const int sequence = phase.sequence == 0 ? FirstPhase : phase.sequence;
-    const qint64 known = IdWhere(session, "DIS_FAS",
-                                 Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("DLSEQ", sequence));
-    ++m_phases;
+    const qint64 known =
+        IdWhere(session, "DIS_FAS", Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("DLSEQ", sequence));
     TargetRow row(m_run, "DIS_FAS");
     row.Set("IDDIS", m_bill);
     row.Set("DLSEQ", sequence);
@@ -97,7 +96,6 @@ void BillWriter::Write(const Component& component, qint64 phase) {
     const qint64 known = IdWhere(session, "DIS_COM",
                                  Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
                                      Equals(session, "DCART", component.article));
-    ++m_components;
     TargetRow row(m_run, "DIS_COM");
     row.Set("IDDIS", m_bill);
     row.Set("IDDBL", phase);
@@ -119,8 +117,9 @@ void BillWriter::Write(const Component& component, qint64 phase) {
 
 void BillWriter::LinkSubAssemblies() {
     const QString components = m_run.FullName("DIS_COM");
-    m_run.GetSession().Quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = (SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)")
-                                           .arg(components, m_run.FullName("DIS_BAS")));
+    m_run.GetSession().Quadrix.Execute(
+        QStringLiteral("UPDATE %1\rSET IDDBF = (SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)")
+            .arg(components, m_run.FullName("DIS_BAS")));
 }
 
 } // namespace contract

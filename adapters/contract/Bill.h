@@ -31,7 +31,8 @@ struct Component {
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class BillWriter {
 public:
-    explicit BillWriter(ImportRun& run) : m_run(run) {}
+    explicit BillWriter(ImportRun& run)
+        : m_run(run) {}
 
     /// Whether the article is there.
     bool HasArticle(const QString& article) const;
@@ -50,16 +51,13 @@ public:
     void LinkSubAssemblies();
 
     // Bills, phases and components of the run, for the completion message.
-    int Bills() const { return m_bills; }
-    int Phases() const { return m_phases; }
-    int Components() const { return m_components; }
+    qint64 Bills() const { return m_run.WrittenRows("DIS_BAS"); }
+    qint64 Phases() const { return m_run.WrittenRows("DIS_FAS"); }
+    qint64 Components() const { return m_run.WrittenRows("DIS_COM"); }
 
 private:
     ImportRun& m_run;
     qint64 m_bill = 0;
-    int m_bills = 0;
-    int m_phases = 0;
-    int m_components = 0;
 };
 
 } // namespace contract

@@ -1,5 +1,7 @@
 #include "adapters/contract/Counterparty.h"
 
+#include "adapters/contract/lookups.h"
+#include "core/modImport.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -8,6 +10,8 @@ namespace {
 
 const QString Prefix = QStringLiteral("+39");
 constexpr qint64 HighestCode = 999999;
+
+QString SixDigits(qint64 number) { return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')); }
 
 QString Without(QString text, const QString& characters) {
     return text.removeIf([&characters](QChar c) { return characters.contains(c); });
@@ -65,7 +69,35 @@ QString CounterpartyWriter::NextCode() const {
     if (number >= HighestCode) {
         throw ImportError(QStringLiteral("i codici a sei cifre di CON_TRO sono esauriti"));
     }
-    return QStringLiteral("%1").arg(number + 1, 6, 10, QLatin1Char('0'));
+    return SixDigits(number + 1);
+}
+
+Placement CounterpartyWriter::Place(const SourceIdentity& source) const {
+    const QString same = FindByIdentity(source.vatNumber, source.taxCode);
+    if (!same.isEmpty()) {
+        return {same, true};
+    }
+    QString code = modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false);
+    if (code.isEmpty()) {
+        code = NewCode(source);
+    }
+    if (!Exists(code)) {
+        return {code, false};
+    }
+    m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
+    return {code, true};
+}
+
+QString CounterpartyWriter::NewCode(const SourceIdentity& source) const {
+    bool isNumber = false;
+    const qint64 number = source.code.toLongLong(&isNumber);
+    if (source.customer && isNumber && number > 0) {
+        return SixDigits(number);
+    }
+    // Imported before: a second one would be made at every import.
+    const QString before =
+        LookUp(m_run.GetSession(), "CON_TRO", source.customer ? "COCGE" : "COFGE", source.code, "CDCON");
+    return before.isEmpty() ? NextCode() : before;
 }
 
 TargetRow CounterpartyWriter::NewRow(const QString& table) const {

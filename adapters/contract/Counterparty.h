@@ -19,6 +19,22 @@ const QStringList& CounterpartyTables();
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
 QString WithoutSeparators(QString text);
 
+/// What tells a counterparty of the source from others.
+struct SourceIdentity {
+    QString table; ///< source table and code column, as SYS_IMP knows them
+    QString field;
+    QString code;
+    bool customer = false; ///< else a supplier
+    QString vatNumber;
+    QString taxCode;
+};
+
+/// The Quadrix code of a counterparty of the source.
+struct Placement {
+    QString code;
+    bool known = false; ///< the counterparty is there already: it only gains what the source row adds
+};
+
 /// Writes what hangs on a counterparty. It knows the target, never the origin.
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class CounterpartyWriter {
@@ -37,6 +53,11 @@ public:
     /// digits are used up.
     QString NextCode() const;
 
+    /// Finds the counterparty of a source row, or assigns it a code: the one with its VAT number or tax code; else the
+    /// code that SYS_IMP tells, else a customer's numeric code in six digits, else that of the one imported from the
+    /// same code before, else the highest code plus one. A code that is taken is logged.
+    Placement Place(const SourceIdentity& source) const;
+
     /// Writes a telephone number as "+39" and the number without separators. What is no number is written as a zero
     /// and the number that it begins with, and logged. A blank one writes nothing.
     void Telephone(const Owner& owner, const QString& label, const QString& number) const;
@@ -52,6 +73,7 @@ public:
     TargetRow NewRow(const QString& table) const;
 
 private:
+    QString NewCode(const SourceIdentity& source) const;
     Owner LastOf(const QString& table) const;
     void Address(const Owner& owner, const QString& kind, const QString& label, const QString& address) const;
 

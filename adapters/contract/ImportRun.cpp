@@ -29,27 +29,18 @@ ImportRun::ImportRun(Session& session, const QString& module, const QString& pro
     m_clock.start();
 }
 
-void ImportRun::Guard(const std::function<void()>& body) {
+void ImportRun::Guard(const std::function<void()>& body, const QString& logged) {
     const Operator::Busy busy(m_session.Person);
     try {
         body();
     } catch (...) {
         m_failed = true;
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
-        LogError();
+    }
+    if (m_failed && !logged.isEmpty()) {
+        Log(logged + m_session.Errors.Entries().last().message);
     }
     Finish();
-}
-
-void ImportRun::LogError() {
-    if (m_errorText.isEmpty()) {
-        return;
-    }
-    try {
-        Log(m_errorText + m_session.Errors.Entries().last().message);
-    } catch (...) {
-        m_session.Errors.Monitoring(m_result.module, m_result.procedure);
-    }
 }
 
 void ImportRun::Finish() {
@@ -226,6 +217,11 @@ void ImportRun::TakeBack(size_t from) {
                     .arg(error.Message()));
         }
     }
+}
+
+qint64 ImportRun::WrittenRows(const QString& table) const {
+    const RunResult::TableCount count = m_result.tables.value(table);
+    return count.inserted + count.updated - count.takenBack;
 }
 
 void ImportRun::Inserted(const QString& table) {

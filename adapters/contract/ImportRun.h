@@ -20,10 +20,8 @@ public:
 
     /// Runs the procedure's body: an error is reported under its name and ends it. The pointer, the progress dialog
     /// and the source's recordsets are restored and closed in every case.
-    void Guard(const std::function<void()>& body);
-
-    /// From now on an error that ends the run stands in the log too, behind this text ("Errore: ").
-    void LogErrorsAs(const QString& text) { m_errorText = text; }
+    /// @param logged not empty: the error is also logged, behind this text
+    void Guard(const std::function<void()>& body, const QString& logged = {});
 
     /// Starts a new log with the announcement; a run of a single code is not announced.
     void Announce(const QString& announcement);
@@ -67,9 +65,12 @@ public:
     /// Key of the row under way, for log lines.
     const QString& RowKey() const { return m_session.Errors.RowKey(); }
 
-    /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones too.
+    /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones
+    /// too.
     void KeepWritten();
 
+    /// Rows of a table (bare name) that the run has written so far, without those taken back.
+    qint64 WrittenRows(const QString& table) const;
     /// Called by `TargetRow`: counts a row that was written for the source row under way.
     void Inserted(const QString& table);
     void Updated(const QString& table);
@@ -97,14 +98,12 @@ private:
     void GiveUp(const QString& key, const QString& reason);
     void CountGivenUp(const QString& key, const QString& reason);
     void TakeBack(size_t from);
-    void LogError();
     void Finish();
 
     Session& m_session;
     RunResult m_result;
     bool m_single;
     bool m_failed = false;
-    QString m_errorText; ///< empty: errors are not logged
     Group m_group;
     std::vector<Written> m_written; ///< rows inserted for the source rows under way
     QStringList m_changed;          ///< tables of rows updated for them

@@ -1,7 +1,7 @@
 #include "adapters/contract/PriceList.h"
 
-#include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/TargetRow.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -11,20 +11,24 @@ namespace {
 
 const QStringList ScaleColumns{"IDLSD", "SCQTA", "SCPRZ", "SCSCO", "SCSC2", "SCSC3"};
 
-/// Writes a scale row; prices of articles and costs of works differ in the column of the amount alone.
-void WriteScale(ImportRun& run, const QString& table, const QString& amountColumn, qint64 owner, const Scale& scale,
-                const QVariant& created) {
+QVariant QuantityOf(const Scale& scale) {
+    return scale.quantity.isNull() ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
+}
+
+/// A scale row; prices of articles and costs of works differ in the column of the amount alone.
+TargetRow ScaleRow(ImportRun& run, const QString& table, const QString& amountColumn, qint64 owner,
+                   const Scale& scale) {
     TargetRow row(run, table);
     row.Set("IDLSD", owner);
-    row.Set("SCQTA", scale.quantity.isNull() ? QVariant(schema::defaults::AnyQuantity) : scale.quantity);
+    row.Set("SCQTA", QuantityOf(scale));
     row.Set(amountColumn, scale.price);
-    row.Set("SCSCO", scale.discounts[0]);
-    row.Set("SCSC2", scale.discounts[1]);
-    row.Set("SCSC3", scale.discounts[2]);
-    if (!created.isNull()) {
-        row.Set("DTINS", created);
+    static const std::array<QString, 3> columns{"SCSCO", "SCSC2", "SCSC3"};
+    for (size_t i = 0; i < columns.size(); ++i) {
+        if (!scale.discounts[i].isNull()) {
+            row.Set(columns[i], scale.discounts[i]);
+        }
     }
-    row.Insert();
+    return row;
 }
 
 } // namespace
@@ -44,8 +48,9 @@ void EmptyPriceLists(ImportRun& run, bool reset) { run.Truncate(reset, {"LIS_TES
 
 qint64 PriceListWriter::Head(const QString& list, const QString& direction, const QString& description) const {
     Session& session = m_run.GetSession();
-    const qint64 known = IdWhere(session, "LIS_TES",
-                                 Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "LTTIP", direction));
+    const qint64 known =
+        IdWhere(session, "LIS_TES",
+                Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "LTTIP", direction));
     if (known != 0) {
         return known;
     }
@@ -62,13 +67,14 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
 
 qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity) const {
     Session& session = m_run.GetSession();
-    const QString from = validity.from.isNull()
-                             ? QStringLiteral("LAINV IS NULL")
-                             : QString(QStringLiteral("LAINV = ") +
-                                       mod_ovTools::FormatSqlValue(validity.from, DataType::DateTime, session.Quadrix.ProviderType));
+    const QString from =
+        validity.from.isNull()
+            ? QStringLiteral("LAINV IS NULL")
+            : QString(QStringLiteral("LAINV = ") +
+                      mod_ovTools::FormatSqlValue(validity.from, DataType::DateTime, session.Quadrix.ProviderType));
     const qint64 known = IdWhere(session, "LIS_ART",
-                                 Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "CDART", article) +
-                                     QStringLiteral(" AND ") + from);
+                                 Equals(session, "CDLIS", list) + QStringLiteral(" AND ") +
+                                     Equals(session, "CDART", article) + QStringLiteral(" AND ") + from);
     if (known != 0) {
         return known;
     }
@@ -82,7 +88,17 @@ qint64 PriceListWriter::Article(const QString& list, const QString& article, con
 }
 
 void PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
-    WriteScale(m_run, "LIS_ARS", "SCPRZ", articleRow, scale, {});
+    Session& session = m_run.GetSession();
+    TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", articleRow, scale);
+    const qint64 known =
+        IdWhere(session, "LIS_ARS",
+                Equals("IDLSD", articleRow) + QStringLiteral(" AND SCQTA = ") +
+                    mod_ovTools::FormatSqlValue(QuantityOf(scale), DataType::Double, session.Quadrix.ProviderType));
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Insert();
+    }
 }
 
 void PriceListWriter::Work(const QString& work, const QString& article, const QString& supplier,
@@ -103,8 +119,12 @@ void PriceListWriter::Work(const QString& work, const QString& article, const QS
         row.Set("DTINS", created);
     }
     row.Insert();
-    WriteScale(m_run, "LIS_LAS", "SCCOS", m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong(),
-               scale, created);
+    TargetRow price = ScaleRow(m_run, "LIS_LAS", "SCCOS",
+                               m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong(), scale);
+    if (!created.isNull()) {
+        price.Set("DTINS", created);
+    }
+    price.Insert();
 }
 
 } // namespace contract

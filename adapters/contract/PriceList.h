@@ -28,14 +28,15 @@ struct Scale {
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class PriceListWriter {
 public:
-    explicit PriceListWriter(ImportRun& run) : m_run(run) {}
+    explicit PriceListWriter(ImportRun& run)
+        : m_run(run) {}
 
     /// Makes sure that the list has its head. @param direction "V" sales or "A" purchases
     /// @return RECORD_ID of the head
     qint64 Head(const QString& list, const QString& direction, const QString& description) const;
     /// Makes sure that an article is in a list from a day on. @return RECORD_ID of its row
     qint64 Article(const QString& list, const QString& article, const Validity& validity) const;
-    /// Writes a scale of an article's row.
+    /// Writes a scale of an article's row; one of the same quantity is rewritten.
     void AddScale(qint64 articleRow, const Scale& scale) const;
     /// Writes the price of a work on an article at a supplier, with one scale. A blank work or supplier is left out.
     void Work(const QString& work, const QString& article, const QString& supplier, const Validity& validity,
