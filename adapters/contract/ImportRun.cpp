@@ -29,18 +29,27 @@ ImportRun::ImportRun(Session& session, const QString& module, const QString& pro
     m_clock.start();
 }
 
-void ImportRun::Guard(const std::function<void()>& body, const QString& logged) {
+void ImportRun::Guard(const std::function<void()>& body) {
     const Operator::Busy busy(m_session.Person);
     try {
         body();
     } catch (...) {
         m_failed = true;
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
-    }
-    if (m_failed && !logged.isEmpty()) {
-        Log(logged + m_session.Errors.Entries().last().message);
+        LogError();
     }
     Finish();
+}
+
+void ImportRun::LogError() {
+    if (m_errorText.isEmpty()) {
+        return;
+    }
+    try {
+        Log(m_errorText + m_session.Errors.Entries().last().message);
+    } catch (...) {
+        m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+    }
 }
 
 void ImportRun::Finish() {

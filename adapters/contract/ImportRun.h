@@ -20,8 +20,10 @@ public:
 
     /// Runs the procedure's body: an error is reported under its name and ends it. The pointer, the progress dialog
     /// and the source's recordsets are restored and closed in every case.
-    /// @param logged not empty: the error is also logged, behind this text
-    void Guard(const std::function<void()>& body, const QString& logged = {});
+    void Guard(const std::function<void()>& body);
+
+    /// From now on an error that ends the run stands in the log too, behind this text ("Errore: ").
+    void LogErrorsAs(const QString& text) { m_errorText = text; }
 
     /// Starts a new log with the announcement; a run of a single code is not announced.
     void Announce(const QString& announcement);
@@ -98,12 +100,14 @@ private:
     void GiveUp(const QString& key, const QString& reason);
     void CountGivenUp(const QString& key, const QString& reason);
     void TakeBack(size_t from);
+    void LogError();
     void Finish();
 
     Session& m_session;
     RunResult m_result;
     bool m_single;
     bool m_failed = false;
+    QString m_errorText; ///< empty: errors are not logged
     Group m_group;
     std::vector<Written> m_written; ///< rows inserted for the source rows under way
     QStringList m_changed;          ///< tables of rows updated for them
