@@ -178,7 +178,8 @@ private:
             m_tokens.TakeCall();
             m_out += QLatin1String("PRIMARY KEY AUTOINCREMENT");
             m_hasIdentity = true;
-        } else if (Is(QLatin1String("BIGINT")) && m_tokens.FollowedBy(QLatin1String("IDENTITY"))) {
+        } else if ((Is(QLatin1String("BIGINT")) || Is(QLatin1String("INT"))) &&
+                   m_tokens.FollowedBy(QLatin1String("IDENTITY"))) {
             Replace(QStringLiteral("INTEGER"));
         } else if (Is(QLatin1String("DATETIME"))) {
             Copy();
@@ -283,7 +284,10 @@ TriggerSwitch ParseTriggerSwitch(const QString& statement) {
     }
     QStringList words;
     for (; !tokens.AtEnd(); tokens.Skip()) {
-        if (!tokens.IsSpace()) {
+        const bool ofName = !words.isEmpty() && (tokens.Current() == u'.' || words.last().endsWith(u'.'));
+        if (ofName) {
+            words.last() += tokens.Text();
+        } else if (!tokens.IsSpace()) {
             words.append(tokens.Text());
         }
     }
@@ -293,7 +297,8 @@ TriggerSwitch ParseTriggerSwitch(const QString& statement) {
         word(5) != QLatin1String("ALL") || (!enable && word(3) != QLatin1String("DISABLE"))) {
         return {};
     }
-    return {words.at(2), enable};
+    QString table = words.at(2).section(u'.', -1);
+    return {table.remove(u'[').remove(u']'), enable};
 }
 
 QStringList SplitScript(const QString& script) {

@@ -21,7 +21,7 @@ QString Adapt(const QString& statement, Dialect target);
 
 /// A statement that switches the triggers of a table: "ALTER TABLE t DISABLE TRIGGER ALL".
 struct TriggerSwitch {
-    QString table; ///< empty: the statement is another one
+    QString table; ///< without owner and brackets; empty: the statement is another one
     bool enable = false;
 };
 

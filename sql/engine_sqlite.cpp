@@ -1,6 +1,7 @@
 #include "sql/engine.h"
 #include "sql/errors.h"
 #include "sql/sqliteCursor.h"
+#include "sql/sqliteError.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -14,56 +15,6 @@ struct CloseDatabase {
     void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
 };
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
-
-/// The engine's extended code by name for the cases an operator can act on, else its number.
-QString CodeName(int code) {
-    switch (code & 0xff) {
-    case SQLITE_BUSY:
-        return QStringLiteral("SQLITE_BUSY");
-    case SQLITE_LOCKED:
-        return QStringLiteral("SQLITE_LOCKED");
-    case SQLITE_READONLY:
-        return QStringLiteral("SQLITE_READONLY");
-    case SQLITE_FULL:
-        return QStringLiteral("SQLITE_FULL");
-    case SQLITE_CANTOPEN:
-        return QStringLiteral("SQLITE_CANTOPEN");
-    case SQLITE_CONSTRAINT:
-        return QStringLiteral("SQLITE_CONSTRAINT");
-    case SQLITE_INTERRUPT:
-        return QStringLiteral("SQLITE_INTERRUPT");
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-        return QStringLiteral("SQLITE_CORRUPT");
-    default:
-        return QString::number(code);
-    }
-}
-
-/// What the operator can do about a code, after the engine's own words; empty when they say it all.
-QString Advice(int code) {
-    switch (code & 0xff) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        return QStringLiteral(" (il database è in uso da un altro programma: chiuderlo e riprovare)");
-    case SQLITE_READONLY:
-        return QStringLiteral(" (il file o la sua cartella sono di sola lettura)");
-    case SQLITE_FULL:
-        return QStringLiteral(" (il disco è pieno)");
-    case SQLITE_CANTOPEN:
-        return QStringLiteral(" (il file non esiste o non si può aprire)");
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-        return QStringLiteral(" (il file non è un database valido)");
-    default:
-        return {};
-    }
-}
-
-SqlError MakeError(sqlite3* database, const QString& statement) {
-    const int code = sqlite3_extended_errcode(database);
-    return {statement, QString::fromUtf8(sqlite3_errmsg(database)) + Advice(code), CodeName(code)};
-}
 
 /// A name as a quoted identifier.
 QString Quoted(const QString& name) {
@@ -79,7 +30,7 @@ public:
         const int code = sqlite3_open_v2(file.toUtf8().constData(), &handle, flags | SQLITE_OPEN_EXRESCODE, nullptr);
         m_database.reset(handle);
         if (code != SQLITE_OK) {
-            SqlError error = MakeError(handle, {});
+            SqlError error = SqliteErrorOf(handle, {});
             error.AddContext(QStringLiteral("Database '%1'").arg(file));
             throw error;
         }
@@ -106,7 +57,7 @@ public:
             code = sqlite3_step(prepared.get());
         }
         if (code != SQLITE_DONE) {
-            throw MakeError(m_database.get(), statement);
+            throw SqliteErrorOf(m_database.get(), statement);
         }
         return sqlite3_stmt_readonly(prepared.get()) != 0 ? 0 : sqlite3_changes64(m_database.get());
     }
@@ -171,7 +122,7 @@ private:
         const char* rest = nullptr;
         if (sqlite3_prepare_v2(m_database.get(), text.constData(), static_cast<int>(text.size()) + 1, &handle, &rest) !=
             SQLITE_OK) {
-            throw MakeError(m_database.get(), statement);
+            throw SqliteErrorOf(m_database.get(), statement);
         }
         SqliteStatement prepared(handle);
         if (rest != nullptr && HasMore(rest)) {

@@ -127,7 +127,9 @@ QString ovConnection::GetFullTableName(const QString& table) const {
     static const QStringList shared{QStringLiteral("TAB_"), QStringLiteral("SYS_"), QStringLiteral("GEN_")};
     const QString prefix = m_company + u'_';
     const bool isShared = shared.contains(table.left(4).toUpper());
-    if (m_company.isEmpty() || isShared || table.startsWith(prefix, Qt::CaseInsensitive)) {
+    // A bare name that only begins like the company ("CON_TRO" of a company CON) holds no second "_" behind it.
+    const bool carriesCompany = table.startsWith(prefix, Qt::CaseInsensitive) && table.indexOf(u'_', prefix.size()) > 0;
+    if (m_company.isEmpty() || isShared || carriesCompany) {
         return table;
     }
     return prefix + table;

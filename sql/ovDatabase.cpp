@@ -91,7 +91,8 @@ TableInfo ovDatabase::GetTableInfo(const QString& table) {
     info.columns = GetColumns(GetFullTableName(table));
     // A shared list TAB_IVA keeps its code in CDIVA, a company's master CON_TRO in CDCON.
     const QString bare = table.right(7).toUpper();
-    const QString code = QStringLiteral("CD") + (bare.startsWith(QLatin1String("TAB_")) ? bare.mid(4) : bare.left(3));
+    const bool shared = bare.startsWith(QLatin1String("TAB_")) || bare.startsWith(QLatin1String("SYS_"));
+    const QString code = QStringLiteral("CD") + (shared ? bare.mid(4) : bare.left(3));
     for (const ColumnInfo& column : info.columns) {
         if (column.name.compare(code, Qt::CaseInsensitive) == 0) {
             info.keyColumn = code;

@@ -65,12 +65,15 @@ void ovErrors::Decide(Error& error, int attempt) {
     throw;
 }
 
-ovErrors::Row::Row(ovErrors& errors, const QString& key) : m_errors(errors) {
+ovErrors::Row::Row(ovErrors& errors, const QString& key)
+    : m_errors(errors),
+      m_outerKey(errors.m_rowKey),
+      m_outer(errors.m_inRow) {
     m_errors.m_rowKey = key;
     m_errors.m_inRow = true;
 }
 
 ovErrors::Row::~Row() {
-    m_errors.m_rowKey.clear();
-    m_errors.m_inRow = false;
+    m_errors.m_rowKey = m_outerKey;
+    m_errors.m_inRow = m_outer;
 }

@@ -67,7 +67,7 @@ public:
     const QString& RowKey() const { return m_rowKey; }
     bool InRow() const { return m_inRow; }
 
-    /// Marks a source row as under way for its lifetime.
+    /// Marks a source row as under way for its lifetime; a row within a row gives way to the outer one again.
     class Row {
     public:
         Row(ovErrors& errors, const QString& key);
@@ -77,6 +77,8 @@ public:
 
     private:
         ovErrors& m_errors;
+        QString m_outerKey;
+        bool m_outer;
     };
 
 private:

@@ -64,7 +64,8 @@ QString ovQueryConstructor::FullTableName() const {
 int ovQueryConstructor::TakeField(const QString& name, bool overwrite, const char* source, const char* description) {
     const int index = Take(m_fields, name, overwrite);
     if (index < 0) {
-        throw DuplicateElementError(QString::fromLatin1(source), QString::fromLatin1(description).arg(name));
+        throw DuplicateElementError(QString::fromLatin1(source),
+                                    QString::fromLatin1(description).replace(QStringLiteral("%1"), name));
     }
     return index;
 }

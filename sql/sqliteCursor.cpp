@@ -1,6 +1,6 @@
 #include "sql/sqliteCursor.h"
 
-#include "sql/errors.h"
+#include "sql/sqliteError.h"
 
 #include <QDateTime>
 
@@ -90,8 +90,7 @@ bool SqliteCursor::Next() {
         return true;
     }
     if (code != SQLITE_DONE) {
-        throw SqlError(m_text, QString::fromUtf8(sqlite3_errmsg(m_database)),
-                       QString::number(sqlite3_extended_errcode(m_database)));
+        throw SqliteErrorOf(m_database, m_text);
     }
     m_done = true;
     sqlite3_reset(m_statement.get());
