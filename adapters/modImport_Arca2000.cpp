@@ -8,11 +8,11 @@
 #include "adapters/contract/Article.h"
 #include "adapters/contract/BaseTable.h"
 #include "adapters/contract/Counterparty.h"
+#include "adapters/contract/lookups.h"
 #include "adapters/contract/Mapping.h"
 #include "adapters/contract/Origin.h"
 #include "adapters/contract/PriceList.h"
 #include "adapters/contract/TargetRow.h"
-#include "adapters/contract/lookups.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
@@ -140,27 +140,38 @@ const Mapping& Sedi() {
     return mapping;
 }
 
+/// The class of an article in the source, id_ClasseArt; a table outside a database container keeps ten characters of a
+/// column's name. Empty when the table has neither.
+QString SourceClass(const SourceRow& row) {
+    for (const QString& column : {QStringLiteral("id_ClasseArt"), QStringLiteral("id_ClasseA")}) {
+        if (row.HasColumn(column)) {
+            return row.Text(column);
+        }
+    }
+    return {};
+}
+
 /// Article class: what SYS_IMP says of the group; else a component for a supplier's group, a product for a customer's.
 Rule ArticleClass() {
-    return {"translated through SYS_IMP (magart, gruppo); \"CM\" when it begins with F, \"PF\" with C; else \"CM\", logged",
-            [](const RuleInput& input) -> RuleValue {
-                const QString group = input.Text();
-                const QString known = modImport::GetNewCode(input.session, "magart", "gruppo", group, false);
-                if (!known.isEmpty()) {
-                    return known;
-                }
-                if (group.startsWith(u'F', Qt::CaseInsensitive)) {
-                    return "CM";
-                }
-                if (group.startsWith(u'C', Qt::CaseInsensitive)) {
-                    return "PF";
-                }
-                modImport::WriteImportLog(input.session,
-                                          "Impossibile trovare la conversione Classe Articolo per: " +
-                                              input.row.Text("id_ClasseArt"),
-                                          false);
+    return {
+        "translated through SYS_IMP (magart, gruppo); \"CM\" when it begins with F, \"PF\" with C; else \"CM\", logged",
+        [](const RuleInput& input) -> RuleValue {
+            const QString group = input.Text();
+            const QString known = modImport::GetNewCode(input.session, "magart", "gruppo", group, false);
+            if (!known.isEmpty()) {
+                return known;
+            }
+            if (group.startsWith(u'F', Qt::CaseInsensitive)) {
                 return "CM";
-            }};
+            }
+            if (group.startsWith(u'C', Qt::CaseInsensitive)) {
+                return "PF";
+            }
+            modImport::WriteImportLog(
+                input.session, "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row),
+                false);
+            return "CM";
+        }};
 }
 
 /// The customer that an article belongs to: the last one who bought it, else the one of its group.
@@ -216,7 +227,8 @@ const Mapping& Articoli() {
 
 /// The kind of an account: the counterpart of its letter in Arca 2000.
 Rule AccountNature() {
-    return {"the letter P, E, C, F or O in upper case", [](const RuleInput& input) { return RuleValue(input.Text().toUpper()); }};
+    return {"the letter P, E, C, F or O in upper case",
+            [](const RuleInput& input) { return RuleValue(input.Text().toUpper()); }};
 }
 
 /// The parent: the ledger named by the row, else the code without its last level (2 digits group, 4 ledger, 9 account).
@@ -227,10 +239,10 @@ Rule ParentAccount() {
                 const QString code = input.row.Text("codice");
                 constexpr int groupSize = 2;
                 constexpr int ledgerSize = 4;
-                return !ledger.isEmpty()           ? ledger
+                return !ledger.isEmpty()          ? ledger
                        : code.size() > ledgerSize ? code.left(ledgerSize)
                        : code.size() > groupSize  ? code.left(groupSize)
-                                                   : QString();
+                                                  : QString();
             }};
 }
 
@@ -338,6 +350,19 @@ void WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const Sourc
     }
 }
 
+/// A supplier without VAT number and tax code cannot be recognised, and becomes a counterparty at every run: a person
+/// has to know.
+void WarnOfSecondSupplier(ImportRun& run, const SourceRow& row) {
+    if (IsCustomerCode(row.Text("codice")) || !row.IsBlank("partiva") || !row.IsBlank("codfiscale")) {
+        return;
+    }
+    const QString present = LookUp(run.GetSession(), "CON_TRO", "COFGE", row.Text("codice"), "CDCON");
+    if (!present.isEmpty()) {
+        run.Log(QStringLiteral("FORNITORE FORSE DOPPIO: %1 senza partita IVA né codice fiscale, c'è già come %2")
+                    .arg(row.Text("codice"), present));
+    }
+}
+
 RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToContacts) {
     const QString sourceCode = row.Text("codice");
     const QVariant created = row.IsBlank("timestamp") ? QVariant() : row.Value("timestamp");
@@ -346,6 +371,7 @@ RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToC
     if (!same.isEmpty()) {
         return GainRole(run, row, same);
     }
+    WarnOfSecondSupplier(run, row);
     const Facts facts{AssignCode(run, writer, sourceCode), IsCustomerCode(sourceCode)};
     if (writer.Exists(facts.code)) {
         run.Log("CONTROPARTE DOPPIA: " + facts.code);
@@ -405,12 +431,16 @@ bool IsVariant(const QString& code) {
 void WritePrices(ImportRun& run, const ArticleWriter& writer, const QString& sourceCode, const QString& article) {
     Session& session = run.GetSession();
     const PriceListWriter lists(run);
-    Recordset rows = session.SourceConnection().ExecuteWC("SELECT * from listini\rWHERE codicearti = " +
-                                                          run.Quoted(sourceCode) + "\rORDER BY datainizio");
+    Recordset rows = session.SourceConnection().ExecuteWC(
+        "SELECT * from listini\rWHERE codicearti = " + run.Quoted(sourceCode) + "\rORDER BY datainizio");
     for (const SourceRow line(rows); !rows.Eof(); rows.MoveNext()) {
         const QString counterparty = line.IsBlank("gruppo") ? line.Text("codclifor") : line.Text("gruppo");
-        const HistoryLine history{article,           line.Value("datainizio"), line.Value("prezzo"), line.Value("sconto"),
-                                  line.Text("commento"), line.Value("timestamp")};
+        const HistoryLine history{article,
+                                  line.Value("datainizio"),
+                                  line.Value("prezzo"),
+                                  line.Value("sconto"),
+                                  line.Text("commento"),
+                                  line.Value("timestamp")};
         if (!counterparty.startsWith(u'F', Qt::CaseInsensitive)) {
             writer.Price(history);
             continue;
@@ -441,7 +471,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
 const Needs& ArticoliNeeds() {
     static const Needs needs = [] {
         Needs all{{&Articoli()},
-                  {{Magart, {"codice", "id_ClasseArt", "uafornitor"}},
+                  {{Magart, {"codice", "uafornitor"}},
                    {Listini,
                     {"codicearti", "codclifor", "gruppo", "datainizio", "datafine", "prezzo", "sconto", "commento",
                      "timestamp", "u_qta"}}},
@@ -483,7 +513,8 @@ CustomerList OpenList(ImportRun& run, const PriceListWriter& writer, const QStri
         const Recordset found = session.Quadrix.ExecuteWC("SELECT CDCON, CORAS FROM " + run.FullName("CON_TRO") +
                                                           "\rWHERE COCGE = " + run.Quoted(sourceCode));
         if (found.Eof()) {
-            throw ImportError(QStringLiteral("colonna 'codclifor': nessuna controparte ha il codice cliente '%1'").arg(sourceCode));
+            throw ImportError(
+                QStringLiteral("colonna 'codclifor': nessuna controparte ha il codice cliente '%1'").arg(sourceCode));
         }
         code = found.Value("CDCON").toString();
         name = found.Value("CORAS").toString();
@@ -505,14 +536,14 @@ RowOutcome ImportPrezzo(ImportRun& run, const SourceRow& row, CustomerList& list
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
     const qint64 articleRow =
         writer.Article(list.counterparty, article, {row.Value("datainizio"), row.Value("datafine")});
-    writer.AddScale(articleRow, {row.Value("u_qta"), row.Value("u_prezzo"), {row.Value("sconto"), 0, 0}});
+    writer.AddScale(articleRow, {row.Value("u_qta"), row.Value("u_prezzo")});
     return RowOutcome::Inserted;
 }
 
 const Needs& ListiniNeeds() {
     static const Needs needs = [] {
         Needs all{{},
-                  {{Listini, {"codclifor", "codicearti", "datainizio", "datafine", "u_qta", "u_prezzo", "sconto"}}},
+                  {{Listini, {"codclifor", "codicearti", "datainizio", "datafine", "u_qta", "u_prezzo"}}},
                   PriceListNeeds()};
         all.writes.push_back({"CON_TRO", {"CDCON", "COCGE", "CORAS", "COLSF"}});
         return all;
@@ -526,8 +557,9 @@ void ImportListiniArca2000(Session& session, const QString& singleCode, bool res
         run.Announce("Inizio importazione listini");
         run.Preflight(ListiniNeeds());
         EmptyPriceLists(run, reset);
-        const QString where = QString("\rWHERE LEFT(codclifor,1) = 'C'") +
-                              (singleCode.isEmpty() ? QString() : QString("\rAND codclifor = " + run.Quoted(singleCode)));
+        const QString where =
+            QString("\rWHERE LEFT(codclifor,1) = 'C'") +
+            (singleCode.isEmpty() ? QString() : QString("\rAND codclifor = " + run.Quoted(singleCode)));
         CustomerList list;
         run.Rows({"Listini", Listini, "codicearti", "SELECT COUNT(*) FROM listini" + where,
                   "SELECT * FROM  listini" + where + "\rORDER BY codclifor"},
@@ -552,9 +584,7 @@ void ImportPianoContiArca2000(Session& session, const QString& singleCode, bool 
         const QString where = singleCode.isEmpty() ? QString() : QString("\rWHERE codice = " + run.Quoted(singleCode));
         run.Rows({"Piano dei Conti", Pianocon, "codice", "SELECT COUNT(*) FROM pianocon" + where,
                   "SELECT * FROM pianocon" + where + "\rORDER BY codice"},
-                 [&](const SourceRow& row) {
-                     return WriteByCode(run, PianoConti(), row, {row.Text("codice")});
-                 });
+                 [&](const SourceRow& row) { return WriteByCode(run, PianoConti(), row, {row.Text("codice")}); });
         run.Complete("Piano dei Conti importato correttamente!");
     });
 }

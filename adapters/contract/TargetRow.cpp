@@ -76,6 +76,7 @@ TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     const schema::Column& found = Find(column);
     m_query.AddUpdateField(column, Checked(found, value), found.type, true);
     m_hasCreated = m_hasCreated || column == QLatin1String("DTINS");
+    m_hasChanged = m_hasChanged || column == QLatin1String("DTMDF");
     return *this;
 }
 
@@ -90,7 +91,9 @@ void TargetRow::Insert() {
 
 void TargetRow::Update(const QString& where) {
     Set(QStringLiteral("USMDF"), ImportUser);
-    Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
+    if (!m_hasChanged) {
+        Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
+    }
     m_query.WhereString = where;
     m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Update));
     m_run.Updated(m_table->name);

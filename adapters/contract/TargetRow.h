@@ -18,7 +18,7 @@ public:
     TargetRow& Set(const QString& column, const QVariant& value);
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way.
     void Insert();
-    /// Updates the rows of a condition (with its own WHERE), with USMDF and DTMDF.
+    /// Updates the rows of a condition (with its own WHERE), with USMDF and (unless set) DTMDF.
     void Update(const QString& where);
 
 private:
@@ -29,6 +29,7 @@ private:
     const schema::Table* m_table;
     ovQueryConstructor m_query;
     bool m_hasCreated = false;
+    bool m_hasChanged = false;
 };
 
 } // namespace contract

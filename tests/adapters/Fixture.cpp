@@ -1,0 +1,219 @@
+#include "tests/adapters/Fixture.h"
+
+#include "core/Schema.h"
+#include "examples/DbfWriter.h"
+#include "sources/fileSource.h"
+#include "sql/mod_ovTools.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QSet>
+
+namespace {
+
+QString ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+void WriteFile(const QString& path, const QByteArray& content) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        throw ImportError("Non si può scrivere " + path);
+    }
+}
+
+/// "name=a,b" of a line of run.txt.
+QStringList ListOf(const QStringList& words, const QString& name) {
+    for (const QString& word : words) {
+        if (word.startsWith(name + '=')) {
+            return word.mid(name.size() + 1).split(',');
+        }
+    }
+    return {};
+}
+
+QString OutcomeText(RunResult::Outcome outcome) {
+    switch (outcome) {
+    case RunResult::Outcome::Done:
+        return "done";
+    case RunResult::Outcome::Failed:
+        return "failed";
+    case RunResult::Outcome::Cancelled:
+        break;
+    }
+    return "cancelled";
+}
+
+} // namespace
+
+Fixture::Fixture(const QString& folder, const contract::Origin& origin)
+    : m_folder(folder),
+      m_origin(origin) {
+    MakeSource();
+    const QString settings = m_target.Folder.filePath("Quadrix.ini");
+    QString own = Read("settings.ini");
+    if (own.isEmpty()) {
+        own = "[IMPORT]\r\nDatabasename=%SOURCE%\r\n";
+    }
+    WriteFile(settings, own.replace("%SOURCE%", m_source).toLatin1());
+    m_target.Get().Config.SetConfigFile(settings);
+    m_target.Db().ExecuteScript(Read("target.sql"));
+    m_before = TargetRows();
+    m_target.Db().Trace = [this](const QString& statement) { m_statements += statement + ";\n"; };
+}
+
+QString Fixture::Read(const QString& name) const { return ReadFile(m_folder + '/' + name); }
+
+void Fixture::MakeSource() {
+    if (const QString script = Read("source.sql"); !script.isEmpty()) {
+        m_source = m_target.Folder.filePath("source.sqlite");
+        ovConnection source;
+        source.Embedded = true;
+        source.DatabaseName = m_source;
+        source.OpenConnection();
+        source.ExecuteScript(script);
+        return;
+    }
+    m_source = m_target.Folder.filePath("source");
+    QDir().mkpath(m_source);
+    const QDir tables(m_folder + "/tables");
+    for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
+        MakeFoxProTables(tables.filePath(name), m_source + '/' + QFileInfo(name).baseName() + ".dbf");
+    }
+    const QDir files(m_folder + "/files");
+    for (const QString& name : files.entryList(QDir::Files)) {
+        QFile::copy(files.filePath(name), m_source + '/' + name);
+    }
+}
+
+void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
+    QStringList lines = ReadFile(from).split('\n', Qt::SkipEmptyParts);
+    QVector<examples::Column> columns;
+    QList<QByteArray> names;
+    for (const QString& text : lines.takeFirst().split('|')) {
+        const QStringList parts = text.trimmed().split(' ');
+        names.append(parts[0].toUtf8());
+        columns.append({nullptr, parts[1].at(0).toLatin1(), parts.value(2).toInt(), parts.value(3).toInt()});
+    }
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        columns[i].name = names[i].constData();
+    }
+    examples::DbfWriter table(to, columns);
+    for (QString line : std::as_const(lines)) {
+        const bool isDeleted = line.startsWith('*');
+        const QStringList values = line.mid(isDeleted ? 1 : 0).split('|');
+        for (qsizetype i = 0; i < columns.size(); ++i) {
+            const QString value = values.value(i).replace("\\n", "\n");
+            table.Set(columns[i].name, value.isEmpty() ? QVariant() : QVariant(value));
+        }
+        isDeleted ? table.AddDeleted() : table.Add();
+    }
+    table.Finish();
+}
+
+void Fixture::Run() {
+    for (const QString& line : Read("run.txt").split('\n', Qt::SkipEmptyParts)) {
+        if (!line.startsWith('#')) {
+            RunLine(line);
+        }
+    }
+}
+
+void Fixture::RunLine(const QString& line) {
+    Session& session = m_target.Get();
+    const QStringList words = line.split(' ', Qt::SkipEmptyParts);
+    const auto procedure = std::find_if(m_origin.procedures.begin(), m_origin.procedures.end(),
+                                        [&](const contract::Procedure& one) { return one.name == words.first(); });
+    if (procedure == m_origin.procedures.end()) {
+        throw ImportError(m_origin.module + " non ha la procedura " + words.first());
+    }
+    for (const QString& answer : ListOf(words, "answers")) {
+        m_target.Person.Answers.push_back(answer == "si");
+    }
+    for (const QString& input : ListOf(words, "inputs")) {
+        m_target.Person.Inputs.emplace_back(input);
+    }
+    m_statements += "-- " + line + "\n";
+    m_target.Person.Events.clear();
+    session.Errors.Action = ErrorAction::Ignore;
+    session.Source = std::make_unique<ovConnection>();
+    session.Source->Errors = &session.Errors;
+    session.Source->OpenFiles = sources::OpenFileSource;
+    if (!m_origin.source.prepare(session, *session.Source)) {
+        throw ImportError("L'origine non si è aperta");
+    }
+    session.Source->OpenConnection();
+    session.Source->Trace = [this](const QString& statement) {
+        m_statements += "-- " + QString(statement).remove('\n').replace('\r', "\n-- ") + "\n";
+    };
+    procedure->run(session, ListOf(words, "code").value(0), words.contains("reset"));
+    session.Source.reset();
+    const RunResult& result = session.Results.last();
+    m_outcome.append(
+        QString("== %1\n%2: rows %3 = inserted %4 + updated %5 + skipped %6 + given up %7 + not reached %8")
+            .arg(line, OutcomeText(result.outcome))
+            .arg(result.sourceRows)
+            .arg(result.inserted)
+            .arg(result.updated)
+            .arg(result.skipped)
+            .arg(result.givenUpCount)
+            .arg(result.notReached));
+    m_outcome += result.errors;
+    m_outcome += m_target.Person.Events.filter(QRegularExpression("^(\\[|\\?|>|file|error|reported)"));
+    m_outcome.append("-- log");
+    m_outcome.append(QString::fromLatin1(m_target.Log()).remove('\r').trimmed());
+}
+
+QStringList Fixture::TargetRows() {
+    QStringList lines;
+    for (const schema::Table& table : schema::Tables()) {
+        if (m_target.Db().GetColumns(m_target.Db().GetFullTableName(table.name)).isEmpty()) {
+            continue;
+        }
+        Recordset rows = m_target.Db().ExecuteWC("SELECT * FROM " + m_target.Db().GetFullTableName(table.name) +
+                                                 " ORDER BY RECORD_ID");
+        for (; !rows.Eof(); rows.MoveNext()) {
+            QString line = table.name;
+            for (int i = 0; i < rows.Columns().size(); ++i) {
+                const QVariant value = rows.Fields(i).Value();
+                if (!value.isNull() && mod_ovTools::ToText(value) != "") {
+                    line += ' ' + rows.Columns().at(i) + '=' + mod_ovTools::ToText(value);
+                }
+            }
+            lines.append(line);
+        }
+    }
+    return lines;
+}
+
+QString Fixture::Outcome() {
+    m_target.Db().Trace = {};
+    const QSet<QString> before(m_before.begin(), m_before.end());
+    QStringList outcome = m_outcome;
+    outcome.append("== rows");
+    for (const QString& row : TargetRows()) {
+        if (!before.contains(row)) {
+            outcome.append(row);
+        }
+    }
+    return outcome.join('\n').replace(m_target.Folder.path(), "%FOLDER%") + '\n';
+}
+
+QString Fixture::Compare(const QString& name, const QString& content) const {
+    if (qEnvironmentVariableIsSet("QUADRIX_REWRITE_GOLDEN")) {
+        WriteFile(m_folder + '/' + name, content.toUtf8());
+        return {};
+    }
+    const QStringList expected = Read(name).split('\n');
+    const QStringList actual = content.split('\n');
+    for (qsizetype i = 0; i < std::max(expected.size(), actual.size()); ++i) {
+        if (expected.value(i) != actual.value(i)) {
+            return QString("%1, line %2:\nexpected: %3\n  actual: %4")
+                .arg(name)
+                .arg(i + 1)
+                .arg(expected.value(i, "(end)"), actual.value(i, "(end)"));
+        }
+    }
+    return {};
+}

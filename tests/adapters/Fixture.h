@@ -1,0 +1,46 @@
+#pragma once
+
+#include "adapters/contract/Origin.h"
+#include "tests/support/TestTarget.h"
+
+/// A small source of one origin, the procedures that are run on it and what must come of it. A folder with:
+/// - "source.sql": statements that make the source as a SQLite file; or "tables/NAME.txt": FoxPro tables, the first
+/// line
+///   "name C 6|price N 10 2|...", then one row a line with "|" between values ("*" in front: a deleted row; "\n" in a
+///   memo is a line break); or "files/": taken as they are.
+/// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source.
+/// - "target.sql" (may be missing): what the company holds before.
+/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]".
+/// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
+class Fixture {
+public:
+    Fixture(const QString& folder, const contract::Origin& origin);
+
+    /// Runs every procedure of "run.txt".
+    void Run();
+    /// Messages, account, log lines and the rows that are in the target and were not before.
+    QString Outcome();
+    /// Every statement, the source's as comments.
+    const QString& Statements() const { return m_statements; }
+    const QVector<RunResult>& Results() { return m_target.Get().Results; }
+    TestTarget& Target() { return m_target; }
+
+    /// Content of a file of the folder, UTF-8; empty when it is missing.
+    QString Read(const QString& name) const;
+    /// Compares with a file of the folder, or rewrites it. Returns the first difference; empty when there is none.
+    QString Compare(const QString& name, const QString& content) const;
+
+private:
+    void MakeSource();
+    void MakeFoxProTables(const QString& from, const QString& to) const;
+    void RunLine(const QString& line);
+    QStringList TargetRows();
+
+    QString m_folder;
+    const contract::Origin& m_origin;
+    TestTarget m_target;
+    QString m_source;
+    QString m_statements;
+    QStringList m_before;
+    QStringList m_outcome;
+};

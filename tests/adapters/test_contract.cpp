@@ -1,0 +1,117 @@
+#include "adapters/registry.h"
+#include "tests/adapters/Fixture.h"
+#include "tests/support/QuadrixTest.h"
+
+#include "core/Schema.h"
+
+#include <QDir>
+#include <QTest>
+
+namespace modImport_Template {
+const contract::Origin& Entry();
+}
+
+namespace {
+
+const QString Source = QStringLiteral(QUADRIX_SOURCE_DIR);
+
+/// The modules, each with an origin that stands for it: those of the list, and the template.
+QMap<QString, const contract::Origin*> Modules() {
+    QMap<QString, const contract::Origin*> modules{{"modImport_Template", &modImport_Template::Entry()}};
+    for (const contract::Origin* origin : registry::Origins()) {
+        if (!origin->procedures.empty()) {
+            modules.insert(origin->module, origin);
+        }
+    }
+    return modules;
+}
+
+QStringList EntriesOf(const QString& folder, const QStringList& names, QDir::Filters filter) {
+    QStringList entries = QDir(Source + folder).entryList(names, filter | QDir::NoDotAndDotDot, QDir::Name);
+    for (QString& entry : entries) {
+        entry = QFileInfo(entry).baseName().section('_', 0, 1);
+    }
+    entries.removeDuplicates();
+    return entries;
+}
+
+} // namespace
+
+/// What holds for every origin that has a module.
+class TestContract : public QObject {
+    Q_OBJECT
+
+private slots:
+    void FilesListAndFixturesAgree() {
+        const QStringList modules = Modules().keys();
+        QCOMPARE(EntriesOf("/adapters", {"modImport_*.cpp"}, QDir::Files), modules);
+        QCOMPARE(EntriesOf("/tests/adapters/fixtures", {"modImport_*"}, QDir::Dirs), modules);
+    }
+
+    void MappingsFitTheSchema() {
+        for (const contract::Origin* origin : Modules()) {
+            for (const contract::Procedure& procedure : origin->procedures) {
+                const QString name = origin->module + "::" + procedure.name;
+                QVERIFY2(!procedure.needs.mappings.empty() || !procedure.needs.writes.empty(), qPrintable(name));
+                for (const contract::Mapping* mapping : procedure.needs.mappings) {
+                    const schema::Table* table = schema::FindTable(mapping->targetTable);
+                    QVERIFY2(table != nullptr, qPrintable(name + " " + mapping->targetTable));
+                    QSet<QString> seen;
+                    for (const QString& column : mapping->TargetColumns()) {
+                        QVERIFY2(table->FindColumn(column) != nullptr, qPrintable(name + " " + column));
+                        QVERIFY2(!seen.contains(column), qPrintable(name + " maps twice " + column));
+                        seen.insert(column);
+                    }
+                }
+                for (const contract::TableNeed& need : procedure.needs.writes) {
+                    const schema::Table* table = schema::FindTable(need.table);
+                    QVERIFY2(table != nullptr, qPrintable(name + " " + need.table));
+                    for (const QString& column : need.columns) {
+                        QVERIFY2(table->FindColumn(column) != nullptr, qPrintable(name + " " + column));
+                    }
+                }
+            }
+        }
+    }
+
+    void EveryVisibleButtonHasItsProcedure() {
+        for (const contract::Origin* origin : Modules()) {
+            for (int i = 0; i < contract::ButtonCount; ++i) {
+                const auto button = static_cast<contract::Button>(i);
+                const bool has = std::any_of(origin->procedures.begin(), origin->procedures.end(),
+                                             [&](const contract::Procedure& one) { return one.button == button; });
+                const bool shown = origin->buttons.at(static_cast<size_t>(i)).shown == contract::Shown::Yes;
+                QVERIFY2(has || !shown, qPrintable(origin->name + ": " + contract::ButtonName(button)));
+            }
+        }
+    }
+
+    void Fixtures_data() {
+        QTest::addColumn<QString>("module");
+        for (const QString& module : Modules().keys()) {
+            QTest::newRow(qPrintable(module)) << module;
+        }
+    }
+
+    /// Expected rows, an account that adds up, the bad rows named, and the statements that made it.
+    void Fixtures() {
+        QFETCH(const QString, module);
+        Fixture fixture(Source + "/tests/adapters/fixtures/" + module, *Modules().value(module));
+        fixture.Run();
+        int givenUp = 0;
+        for (const RunResult& result : fixture.Results()) {
+            QVERIFY2(result.AddsUp(), qPrintable(result.procedure));
+            for (const RunResult::GivenUp& row : result.givenUp) {
+                ++givenUp;
+                QVERIFY2(row.rowKey.contains("tabella '") && row.reason.contains('\''),
+                         qPrintable(row.rowKey + row.reason));
+            }
+        }
+        QVERIFY2(givenUp > 0, "the fixture has no bad row");
+        QCOMPARE(fixture.Compare("expected.txt", fixture.Outcome()), QString());
+        QCOMPARE(fixture.Compare("statements.sql", fixture.Statements()), QString());
+    }
+};
+
+QUADRIX_TEST(TestContract)
+#include "test_contract.moc"
