@@ -16,6 +16,7 @@ namespace {
 constexpr int HeaderLength = 32;
 constexpr int DescriptorLength = 32;
 constexpr int VisualBackLink = 263; ///< room for the name of a database container
+constexpr int LongestName = 10;     ///< of a column in the header
 constexpr int MemoBlock = 64;
 constexpr int MemoHeader = 512;
 constexpr int BufferBytes = 1 << 20;
@@ -98,7 +99,7 @@ QByteArray To1252(const QString& text) {
 
 DbfWriter::DbfWriter(const QString& path, const QVector<Column>& columns, DbfStyle style)
     : TableWriter(QFileInfo(path).completeBaseName(), columns),
-      m_style(style),
+      m_style(std::move(style)),
       m_file(path) {
     bool hasMemo = false;
     for (const Column& column : columns) {
@@ -107,14 +108,15 @@ DbfWriter::DbfWriter(const QString& path, const QVector<Column>& columns, DbfSty
         m_recordLength += length;
         hasMemo = hasMemo || column.type == 'M';
         m_column = column.name;
-        if (length < 1 || length > 254 || qstrlen(column.name) > 10) {
+        if (length < 1 || length > 254 || (qstrlen(column.name) > LongestName && m_style.container.isEmpty())) {
             Fail(QStringLiteral("una colonna ha da 1 a 254 byte e un nome di 10 caratteri al più"));
         }
     }
     if (!m_file.open(QIODevice::WriteOnly)) {
         Fail(m_file.errorString());
     }
-    m_memo.setFileName(QFileInfo(path).path() + u'/' + Name() + QStringLiteral(".fpt"));
+    const bool isContainer = path.endsWith(u".dbc");
+    m_memo.setFileName(QFileInfo(path).path() + u'/' + Name() + (isContainer ? u".dct" : u".fpt"));
     if (hasMemo && !m_memo.open(QIODevice::WriteOnly)) {
         Fail(m_memo.errorString());
     }
@@ -140,13 +142,16 @@ void DbfWriter::WriteHeader() {
     for (int index = 0; index < count; ++index) {
         const Column& column = Columns()[index];
         char* descriptor = header.data() + HeaderLength + index * DescriptorLength;
-        qstrncpy(descriptor, column.name, 11);
+        qstrncpy(descriptor, column.name, LongestName + 1);
         descriptor[11] = column.type;
         Put(descriptor + 12, static_cast<quint32>(m_layout[index].offset));
         descriptor[16] = static_cast<char>(m_layout[index].length);
         descriptor[17] = static_cast<char>(DecimalsOf(column));
     }
-    header[HeaderLength + count * DescriptorLength] = '\x0d';
+    const qsizetype end = HeaderLength + count * DescriptorLength;
+    header[end] = '\x0d';
+    const QByteArray container = m_style.container.isEmpty() ? QByteArray() : m_style.container.toLatin1() + ".dbc";
+    header.replace(end + 1, container.size(), container);
     Append(m_file, header);
 }
 
@@ -266,14 +271,43 @@ void DbfWriter::Fail(const QString& message) const {
 
 DbfFolder::DbfFolder(QString folder, DbfStyle style)
     : m_folder(std::move(folder)),
-      m_style(style) {
+      m_style(std::move(style)) {
     if (!QDir().mkpath(m_folder)) {
         throw ExampleError(QStringLiteral("la cartella '%1' non si può creare").arg(m_folder));
     }
 }
 
 std::unique_ptr<TableWriter> DbfFolder::Create(const QString& table, const QVector<Column>& columns) {
+    m_tables.append({table, columns});
     return std::make_unique<DbfWriter>(m_folder + u'/' + table + QStringLiteral(".dbf"), columns, m_style);
+}
+
+void DbfFolder::Finish() {
+    if (m_style.container.isEmpty()) {
+        return;
+    }
+    DbfWriter objects(m_folder + u'/' + m_style.container + QStringLiteral(".dbc"), {{"OBJECTID", 'I'},
+                                                                                     {"PARENTID", 'I'},
+                                                                                     {"OBJECTTYPE", 'C', 10},
+                                                                                     {"OBJECTNAME", 'C', 128},
+                                                                                     {"PROPERTY", 'M'},
+                                                                                     {"CODE", 'M'},
+                                                                                     {"RIINFO", 'C', 6},
+                                                                                     {"USER", 'M'}});
+    int id = 0;
+    const auto add = [&](int parent, const char* type, const QString& name) {
+        objects.Set("OBJECTID", ++id).Set("PARENTID", parent).Set("OBJECTTYPE", QString(QLatin1String(type)));
+        objects.Set("OBJECTNAME", name).Add();
+        return id;
+    };
+    const int database = add(1, "Database", QStringLiteral("Database"));
+    for (const Table& table : std::as_const(m_tables)) {
+        const int owner = add(database, "Table", table.name);
+        for (const Column& column : table.columns) {
+            add(owner, "Field", QString(QLatin1String(column.name)).toLower());
+        }
+    }
+    objects.Finish();
 }
 
 } // namespace examples

@@ -8,12 +8,14 @@ namespace examples {
 
 /// How dBase tables are written.
 struct DbfStyle {
-    bool isVisual = true;  ///< as Visual FoxPro writes them (knows T, I, B and Y), else as FoxPro 2
-    uchar language = 0x03; ///< the header's code page byte: 0x03 Windows 1252, 0x02 DOS 850
+    bool isVisual = true;   ///< as Visual FoxPro writes them (knows T, I, B and Y), else as FoxPro 2
+    uchar language = 0x03;  ///< the header's code page byte: 0x03 Windows 1252, 0x02 DOS 850
+    QString container = {}; ///< name of the database container (.dbc) that the table belongs to; empty for none
 };
 
-/// A dBase table file and, when it has memo columns, the .fpt file beside it. The bytes depend on the rows alone: the
-/// day of the last change in the header is a fixed one.
+/// A dBase table file and, when it has memo columns, the .fpt file beside it (.dct beside a container). Of a name
+/// longer than ten characters the header holds the first ten: the whole name stands in the container. The bytes depend
+/// on the rows alone: the day of the last change in the header is a fixed one.
 class DbfWriter final : public TableWriter {
 public:
     /// @param path the .dbf file; a file that is there already is replaced. Raises `ExampleError`.
@@ -55,8 +57,15 @@ class DbfFolder final : public Store {
 public:
     explicit DbfFolder(QString folder, DbfStyle style = {});
     std::unique_ptr<TableWriter> Create(const QString& table, const QVector<Column>& columns) override;
+    /// Writes the container, when the style names one: the tables made so far and their columns.
+    void Finish() override;
 
 private:
+    struct Table {
+        QString name;
+        QVector<Column> columns;
+    };
+    QVector<Table> m_tables;
     QString m_folder;
     DbfStyle m_style;
 };

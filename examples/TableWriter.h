@@ -70,6 +70,8 @@ public:
     virtual ~Store() = default;
     /// Starts a table; one of that name that is there already is replaced. Raises `ExampleError`.
     virtual std::unique_ptr<TableWriter> Create(const QString& table, const QVector<Column>& columns) = 0;
+    /// Completes the store, after its tables. Raises `ExampleError`.
+    virtual void Finish() = 0;
 };
 
 } // namespace examples

@@ -4,7 +4,6 @@
 #include "examples/arca2000.h"
 
 #include "examples/italian.h"
-#include "examples/quadrixScript.h"
 
 namespace examples {
 
@@ -346,7 +345,7 @@ const QStringList& CategoryCodes() {
 } // namespace arca2000
 
 Totals MakeArca2000(const Options& options) {
-    DbfFolder store(options.folder);
+    DbfFolder store(options.folder, {true, 0x03, QStringLiteral("arca")});
     QuadrixScript script(options.company);
     Totals totals;
     if (IsAsked(options, "controparti")) {
@@ -354,6 +353,13 @@ Totals MakeArca2000(const Options& options) {
         totals += Counterparties(store, options).Write();
         Prepare(script);
     }
+    if (IsAsked(options, "articoli")) {
+        totals += WriteArticles(store, options, script);
+    }
+    if (IsAsked(options, "conti")) {
+        totals += WriteAccounts(store);
+    }
+    store.Finish();
     script.Write(options.folder);
     return totals;
 }

@@ -2,6 +2,7 @@
 
 #include "examples/DbfWriter.h"
 #include "examples/examples.h"
+#include "examples/quadrixScript.h"
 
 namespace examples::arca2000 {
 
@@ -41,5 +42,10 @@ const QVector<PaymentTerm>& PaymentTerms();
 const QStringList& VatCodes();
 const QStringList& BankCodes();
 const QStringList& CategoryCodes();
+
+/// Writes articles and price lines; returns what an import of them must give.
+Totals WriteArticles(Store& store, const Options& options, QuadrixScript& script);
+/// Writes the chart of accounts.
+Totals WriteAccounts(Store& store);
 
 } // namespace examples::arca2000

@@ -127,6 +127,10 @@ void DbfFile::ReadFields(const QByteArray& header) {
         throw ImportError(QStringLiteral("l'intestazione finisce prima della fine dell'elenco delle colonne; il file è "
                                          "danneggiato: ripristinarlo da una copia"));
     }
+    if (IsVisualFoxPro(m_version)) {
+        const QByteArray link = header.mid(at + 1);
+        m_container = DecodeText(link.left(link.indexOf('\0')), m_page).trimmed();
+    }
     const auto sum = [this](auto&& length) {
         qint64 bytesOfFields = 1;
         for (const DbfField& field : std::as_const(m_fields)) {

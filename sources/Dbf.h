@@ -46,6 +46,9 @@ public:
     /// Rows the header announces, deleted ones too.
     qint64 RecordCount() const { return m_recordCount; }
     const CodePage& TextPage() const { return m_page; }
+    /// The database container (.dbc) that a table of Visual FoxPro says it belongs to, as it stands in the header: a
+    /// path seen from the table's folder; empty for a table of its own.
+    const QString& Container() const { return m_container; }
     /// Format of the memo file by the table's version.
     MemoFormat Memos() const;
 
@@ -73,6 +76,7 @@ private:
     QFile m_file;
     CodePage m_page;
     QVector<DbfField> m_fields;
+    QString m_container;
     int m_version = 0;
     qint64 m_recordCount = 0;
     qint64 m_headerLength = 0;

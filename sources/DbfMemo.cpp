@@ -1,8 +1,8 @@
 #include "sources/DbfMemo.h"
 
+#include "sources/findFile.h"
 #include "sql/errors.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QtEndian>
 
@@ -14,17 +14,6 @@ namespace {
 
 constexpr qint64 HeaderLength = 512;
 constexpr qint64 BlockHeaderLength = 8;
-
-/// The file with the table's name and another extension, in whatever case; empty when there is none.
-QString FileBeside(const QString& table, const QString& extension) {
-    const QFileInfo info(table);
-    const QString name = info.completeBaseName() + u'.' + extension;
-    const auto files = info.dir().entryInfoList(QDir::Files | QDir::Hidden);
-    const auto found = std::find_if(files.cbegin(), files.cend(), [&](const QFileInfo& file) {
-        return file.fileName().compare(name, Qt::CaseInsensitive) == 0;
-    });
-    return found == files.cend() ? QString() : found->filePath();
-}
 
 /// The number of a block; null for text that is no number.
 std::optional<qint64> BlockNumber(QByteArrayView pointer) {
@@ -70,10 +59,11 @@ QByteArray DbfMemo::Read(QByteArrayView pointer) {
 
 void DbfMemo::Open() {
     const QString extension = m_format == MemoFormat::FoxPro ? QStringLiteral("fpt") : QStringLiteral("dbt");
-    const QString path = FileBeside(m_tablePath, extension);
+    const QFileInfo table(m_tablePath);
+    const QString path = FindFile(table.path() + u'/' + table.completeBaseName() + u'.' + extension);
     if (path.isEmpty()) {
         throw ImportError(QStringLiteral("manca il file dei memo '%1.%2'; copiarlo dall'origine nella stessa cartella")
-                              .arg(QFileInfo(m_tablePath).completeBaseName(), extension));
+                              .arg(table.completeBaseName(), extension));
     }
     m_file.setFileName(path);
     if (!m_file.open(QIODevice::ReadOnly)) {

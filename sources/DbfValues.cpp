@@ -163,9 +163,7 @@ DbfValue DbfValues::Date(QByteArrayView bytes) {
     if (!isNumber || !QDate::isValid(number / 10000, number / 100 % 100, number % 100)) {
         return Text(bytes);
     }
-    m_text.resize(0);
-    m_text.append(bytes.data(), 4).append('-').append(bytes.data() + 4, 2).append('-').append(bytes.data() + 6, 2);
-    return {.kind = DbfValue::Kind::Text, .text = m_text};
+    return {.kind = DbfValue::Kind::Text, .text = bytes};
 }
 
 DbfValue DbfValues::DateTime(QByteArrayView bytes) {
@@ -181,7 +179,7 @@ DbfValue DbfValues::DateTime(QByteArrayView bytes) {
     }
     // FoxPro counts in fractions of a day, so that a whole second may lack a millisecond.
     const QDateTime time = QDateTime(date, QTime(0, 0), Qt::UTC).addSecs((milliseconds + 500) / 1000);
-    return Scratch(time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")).toLatin1());
+    return Scratch(time.toString(QStringLiteral("yyyyMMdd hh:mm:ss")).toLatin1());
 }
 
 DbfValue DbfValues::Double(QByteArrayView bytes) {

@@ -15,8 +15,9 @@ struct DbfValue {
 
 /// Reads the values of a table's columns.
 ///
-/// Texts lose their trailing blanks and nothing else. Dates come as text "yyyy-MM-dd", times "yyyy-MM-dd hh:mm:ss"
-/// (to the second), logical values as 1 and 0. What is no value of the column's type (a date of 45 December, "10+5" or
+/// Texts lose their trailing blanks and nothing else. Dates come as text "yyyyMMdd", times as "yyyyMMdd hh:mm:ss" (to
+/// the second), as in the embedded database, logical values as 1 and 0. What is no value of the column's type (a date
+/// of 45 December, "10+5" or
 /// "****" in a number) comes as the text that stands in the file. Numbers are as exact as in FoxPro: whole ones to 18
 /// digits, others to 15 digits.
 class DbfValues {
@@ -32,7 +33,8 @@ public:
     /// Whether columns of this type are read. Pictures, objects and binary data (G, P, W, Q) are not: such a column
     /// is left out of the table, so that asking for it is an error.
     static bool IsReadable(const DbfField& field);
-    /// The column type that such values are kept under, e.g. "CHAR(40)", "NUMERIC(12,2)", "DATE TEXT", "BIT".
+    /// The column type that such values are kept under, e.g. "CHAR(40)", "NUMERIC(12,2)", "DATE TEXT",
+    /// "BIT".
     static QString DeclaredType(const DbfField& field);
 
 private:

@@ -2,6 +2,7 @@
 
 #include "sources/DbfValues.h"
 #include "sources/fileTables.h"
+#include "sources/foxProContainer.h"
 #include "sql/errors.h"
 
 #include <QDir>
@@ -29,9 +30,9 @@ QMap<QString, QStringList> FindTables(const QString& folder) {
     return tables;
 }
 
-QVector<DbfField> ReadableFields(const DbfFile& file) {
+QVector<DbfField> ReadableFields(const QVector<DbfField>& all) {
     QVector<DbfField> fields;
-    for (const DbfField& field : file.Fields()) {
+    for (const DbfField& field : all) {
         if (DbfValues::IsReadable(field)) {
             fields.append(field);
         }
@@ -74,7 +75,7 @@ void LoadTable(PrivateDatabase& database, const QString& name, const QStringList
                               .arg(name, paths[0], paths[1]));
     }
     DbfFile file(paths.first(), settings.codePage);
-    const QVector<DbfField> fields = ReadableFields(file);
+    const QVector<DbfField> fields = ReadableFields(WithLongNames(file));
     QVector<ColumnInfo> columns;
     for (const DbfField& field : fields) {
         columns.append({field.name, DbfValues::DeclaredType(field)});

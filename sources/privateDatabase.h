@@ -40,9 +40,9 @@ private:
 };
 
 /// Makes one table of a private database and fills it row by row.
-/// The declared type of a column tells its kind when rows are read back: "DATE TEXT" (values "yyyy-MM-dd"),
-/// "DATETIME TEXT" ("yyyy-MM-dd hh:mm:ss"), "BIT" (0, 1), any other type in SQLite's own sense. A text that is no such
-/// value is kept as it is.
+/// The declared type of a column tells its kind when rows are read back: "DATE TEXT" (values "yyyyMMdd"),
+/// "DATETIME TEXT" ("yyyyMMdd hh:mm:ss"), "BIT" (0, 1), any other type in SQLite's own sense. Dates compare as texts,
+/// with a literal of the same form. A text that is no such value is kept as it is.
 class PrivateTable {
 public:
     /// @param columns without the record number, which comes first by itself; texts compare without case

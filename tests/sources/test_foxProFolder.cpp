@@ -88,6 +88,29 @@ private slots:
         QCOMPARE(found, QStringList({"1", "2", "4", "5"}));
     }
 
+    void TakesLongNamesFromTheContainer() {
+        examples::DbfFolder folder(m_dir->path(), {true, 0x03, "Dati"});
+        const auto table = folder.Create("magart", {{"codice", 'C', 6}, {"id_ClasseArt", 'C', 3}});
+        table->Set("codice", QString("A1")).Set("id_ClasseArt", QString("STD")).Add();
+        table->Finish();
+        folder.Finish();
+        QVERIFY(QFile::rename(m_dir->filePath("Dati.dbc"), m_dir->filePath("DATI.DBC")));
+        QCOMPARE(Value(*OpenFolder(m_dir->path()), "SELECT ID_CLASSEART FROM magart").toString(), QString("STD"));
+
+        WriteTable("altra.dbf", 1); // a table without a container stands beside
+        QCOMPARE(Value(*OpenFolder(m_dir->path()), "SELECT codice FROM altra").toString(), QString("C1"));
+
+        examples::DbfFolder other(m_dir->path(), {true, 0x03, "DATI"});
+        other.Create("magart", {{"codice", 'C', 6}})->Finish();
+        other.Finish();
+        QVERIFY(QFile::remove(m_dir->filePath("DATI.DBC")));
+        DbfWriter(m_dir->filePath("magart.dbf"), {{"a", 'C', 1}, {"b", 'C', 1}}, {true, 0x03, "DATI"}).Finish();
+        QVERIFY(Holds(ErrorOf([&] { OpenFolder(m_dir->path())->Query("SELECT * FROM magart"); }),
+                      {"DATI.dbc", "1 colonne", "magart.dbf"}));
+        QVERIFY(QFile::remove(m_dir->filePath("DATI.dbc")));
+        QCOMPARE(OpenFolder(m_dir->path())->Columns("magart").last().name, QString("b"));
+    }
+
     void FindsLookupsByIndex() {
         WriteTable("anagrafe.dbf", 5);
         const auto engine = OpenFolder(m_dir->path(), Tables({"anagrafe"}, {"Anagrafe.CODICE"}));
