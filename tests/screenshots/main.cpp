@@ -1,0 +1,148 @@
+// Draws every window into a folder: quadrix-screenshots FOLDER THEME, THEME being "chiaro" or "scuro". The scale is
+// that of QT_SCALE_FACTOR; the names of the pictures carry both.
+
+#include "app/reset.h"
+#include "examples/examples.h"
+#include "tests/support/DialogDriver.h"
+#include "tests/support/TestWindow.h"
+#include "ui/frmReset.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QStyleFactory>
+#include <QTest>
+
+namespace {
+
+/// The colours of a dark desktop.
+QPalette DarkPalette() {
+    const QColor window(45, 45, 48);
+    const QColor base(30, 30, 32);
+    const QColor text(230, 230, 230);
+    QPalette palette(window);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+    }
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::ToolTipBase, window);
+    palette.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
+    palette.setColor(QPalette::Highlight, QColor(47, 128, 195));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+/// Where the pictures go and what their names end with.
+class Album {
+public:
+    Album(const QString& folder, const QString& theme)
+        : m_folder(folder) {
+        const int percent = qRound(qApp->devicePixelRatio() * 100);
+        m_suffix = QStringLiteral("-%1-%2.png").arg(theme).arg(percent);
+    }
+
+    void Take(QWidget& window, const QString& name) const {
+        QApplication::processEvents();
+        const QString path = m_folder.filePath(name + m_suffix);
+        if (!window.grab().save(path)) {
+            qFatal("cannot write %s", qPrintable(path));
+        }
+    }
+
+private:
+    QDir m_folder;
+    QString m_suffix;
+};
+
+void PrepareData(TestWindow& test) {
+    examples::Options options;
+    options.rows = 1200;
+    options.folder = test.Folder.filePath("arca");
+    options.company = "DEM";
+    examples::Make("arca2000", options);
+    test.Set("IMPORT", "Databasename", options.folder);
+    test.Set("IMPORT", "AZIENDA", "Officine Dimostrative S.r.l.");
+}
+
+void RunScript(TestWindow& test) {
+    QFile script(test.Folder.filePath("arca/quadrix.sql"));
+    if (script.open(QIODevice::ReadOnly)) {
+        test.Get().Quadrix.ExecuteScript(QString::fromUtf8(script.readAll()));
+    }
+}
+
+void TakeReset(TestWindow& test, const Album& album) {
+    frmReset dialog(test.Person(), "Officine Dimostrative S.r.l.", &test.Window());
+    dialog.show();
+    dialog.findChild<QCheckBox*>("chkAnaCon")->click();
+    album.Take(dialog, "frmReset");
+}
+
+void TakeError(TestWindow& test, const Album& album) {
+    ErrorEntry error;
+    error.time = QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30));
+    error.message = "Tabella 'DEM_CON_TRO': il valore della colonna COIVA è già presente (UNIQUE constraint failed)";
+    error.rowKey = "tabella 'anagrafe', riga 214, codice 'C00214'";
+    error.statement = "INSERT INTO DEM_CON_TRO\r\n(CDCON, CORAS, COIVA)\r\nVALUES\r\n('000214', 'Carpenteria Rossi & "
+                      "Figli S.n.c.', '01234567890')";
+    error.engineMessage = "UNIQUE constraint failed: DEM_CON_TRO.COIVA [SQLITE_CONSTRAINT]";
+    ErrorDialog dialog(error, ErrorDialog::Kind::Choice, &test.Window());
+    dialog.show();
+    album.Take(dialog, "errore");
+}
+
+void TakeImport(TestWindow& test, const Album& album) {
+    DialogDriver driver;
+    bool taken = false;
+    driver.On = [&](QWidget& dialog) {
+        auto* progress = qobject_cast<frmProgress*>(&dialog);
+        if (progress != nullptr && !taken && progress->Value() > progress->Max() / 2) {
+            taken = true;
+            album.Take(*progress, "frmProgress");
+        }
+        return progress != nullptr;
+    };
+    test.Choose("cmbOrigine", "Arca 2000");
+    album.Take(test.Window(), "frmImport-arca2000");
+    test.Button("cmdImportCli").click();
+    if (test.Get().Results.isEmpty() || test.Get().Results.last().outcome != RunResult::Outcome::Done) {
+        qFatal("the import failed: %s", qPrintable(driver.Events.join('\n')));
+    }
+    album.Take(test.Window(), "frmImport-esito");
+}
+
+void TakeFailed(const Album& album) {
+    TestWindow test;
+    test.Set("DATABASE", "DatabaseName", "cartella che manca/quadrix.db");
+    DialogDriver driver;
+    test.Start();
+    album.Take(test.Window(), "frmImport-senza-database");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() != 3 || !QDir().mkpath(arguments.at(1))) {
+        qWarning("usage: quadrix-screenshots FOLDER chiaro|scuro");
+        return 2;
+    }
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    if (arguments.at(2) == "scuro") {
+        QApplication::setPalette(DarkPalette());
+    }
+    const Album album(arguments.at(1), arguments.at(2));
+    TestWindow test;
+    PrepareData(test);
+    test.Start();
+    RunScript(test);
+    album.Take(test.Window(), "frmImport");
+    TakeImport(test, album);
+    TakeReset(test, album);
+    TakeError(test, album);
+    TakeFailed(album);
+    return 0;
+}

@@ -1,0 +1,223 @@
+#include "tests/support/DialogDriver.h"
+#include "tests/support/QuadrixTest.h"
+#include "ui/frmProgress.h"
+#include "ui/frmReset.h"
+#include "ui/WindowOperator.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QProgressBar>
+#include <QScreen>
+#include <QTest>
+
+class TestDialogs : public QObject {
+    Q_OBJECT
+
+private slots:
+    // --- Progress ---
+
+    void ProgressClampsAndTells() {
+        frmProgress dialog(nullptr);
+        auto* bar = dialog.findChild<QProgressBar*>("prgImport");
+        dialog.SetStep("Controparti");
+        dialog.SetMax(40);
+        QCOMPARE(dialog.findChild<QLabel*>("lblProgress")->text(), QString("Importazione in corso Controparti..."));
+        dialog.SetValue(10);
+        QTRY_VERIFY((dialog.SetValue(10), bar->value() * 4 == bar->maximum()));
+        QCOMPARE(dialog.findChild<QLabel*>("lblDone")->text(), QString("10 di 40"));
+        for (const float value : {40.0F, 50.0F}) {
+            dialog.SetValue(value);
+            QCOMPARE(dialog.Value(), 40.0F);
+            QCOMPARE(bar->value(), bar->maximum());
+        }
+        const QPoint middle = dialog.screen()->geometry().center();
+        QVERIFY((dialog.geometry().center() - middle).manhattanLength() <= 4);
+    }
+
+    void ACancelIsSeenAtTheNextValue() {
+        frmProgress dialog(nullptr);
+        dialog.SetMax(10);
+        auto* cancel = dialog.findChild<QPushButton*>("cmdCancel");
+        QTimer::singleShot(0, cancel, &QPushButton::click);
+        QVERIFY(!dialog.Cancel());
+        dialog.SetValue(1);
+        QVERIFY(dialog.Cancel());
+        QVERIFY(dialog.isVisible());
+        QVERIFY(!cancel->isEnabled());
+        dialog.SetValue(2);
+        QVERIFY(dialog.Cancel());
+    }
+
+    void ClosingTheProgressAsksAndNeverClosesIt() {
+        WindowOperator person;
+        DialogDriver driver;
+        driver.Otherwise = "cmdNo";
+        const std::unique_ptr<Progress> progress = person.ShowProgress();
+        auto& dialog = dynamic_cast<frmProgress&>(*progress);
+        dialog.close();
+        QVERIFY(dialog.isVisible() && !progress->Cancel());
+        driver.Otherwise = "cmdYes";
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+        QVERIFY(dialog.isVisible() && progress->Cancel());
+        dialog.close();
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(driver.Events, QStringList({"? Interrompere l'operazione in corso? = cmdNo",
+                                             "? Interrompere l'operazione in corso? = cmdYes"}));
+    }
+
+    // --- Reset ---
+
+    void BoxesMoveEachOther() {
+        WindowOperator person;
+        frmReset dialog(person, "Prova", nullptr);
+        const auto ticked = [&dialog] {
+            QStringList names;
+            for (const QCheckBox* box : dialog.findChildren<QCheckBox*>()) {
+                if (box->isChecked()) {
+                    names.append(box->objectName());
+                }
+            }
+            names.sort();
+            return names.join(' ');
+        };
+        const auto click = [&dialog](const char* name) { dialog.findChild<QCheckBox*>(name)->click(); };
+        QCOMPARE(dialog.findChildren<QCheckBox*>().size(), 11);
+        click("chkAnaArt");
+        click("chkAnaCon");
+        QCOMPARE(ticked(), QString("chkAnaArt chkAnaCon chkDisBas chkDocAcq chkDocVen chkMaga chkMagaLam chkOrdProd "
+                                   "chkPrevProd chkRilevamenti"));
+        click("chkRilevamenti");
+        QCOMPARE(ticked(), QString("chkDisBas chkDocAcq chkMaga chkMagaLam chkPrevProd"));
+        QVERIFY(dialog.Options().DisBas && !dialog.Options().AnaArt && !dialog.Options().Rilevamenti);
+    }
+
+    void OkNeedsAChoiceAndAYes() {
+        WindowOperator person;
+        frmReset dialog(person, "Prova", nullptr);
+        DialogDriver driver;
+        driver.Otherwise = "cmdNo";
+        int turn = 0;
+        // Pressed from outside the driver, whose own turn must end before the message box comes up.
+        driver.On = [&](QWidget& shown) {
+            if (&shown != &dialog) {
+                return false;
+            }
+            if (turn == 1) {
+                dialog.findChild<QCheckBox*>("chkMaga")->click();
+            } else if (turn == 2) {
+                driver.Otherwise = "cmdYes";
+            }
+            ++turn;
+            QTimer::singleShot(0, &dialog, &frmReset::cmdOk_Click);
+            return true;
+        };
+        QVERIFY(dialog.SelectOptions());
+        QCOMPARE(driver.Events, QStringList({"[!] Selezionare almeno un opzione!",
+                                             "? Confermi l'eliminazione di tutti i dati selezionati? = cmdNo",
+                                             "? Confermi l'eliminazione di tutti i dati selezionati? = cmdYes"}));
+        driver.On = [&](QWidget& shown) {
+            shown.findChild<QPushButton*>("cmdCancel")->click();
+            return true;
+        };
+        QVERIFY(!dialog.SelectOptions());
+    }
+
+    // --- Questions and errors ---
+
+    void QuestionsLookAsTheyAreMeant_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<int>("icon");
+        QTest::addColumn<QString>("byDefault");
+        QTest::newRow("plain") << static_cast<int>(Question::Plain) << static_cast<int>(QMessageBox::Question) << "cmdYes";
+        QTest::newRow("warning") << static_cast<int>(Question::Exclamation) << static_cast<int>(QMessageBox::Warning)
+                                 << "cmdYes";
+        QTest::newRow("warning, no") << static_cast<int>(Question::ExclamationNo)
+                                     << static_cast<int>(QMessageBox::Warning) << "cmdNo";
+    }
+    void QuestionsLookAsTheyAreMeant() {
+        QFETCH(int, style);
+        QFETCH(int, icon);
+        QFETCH(QString, byDefault);
+        WindowOperator person;
+        DialogDriver driver;
+        bool pointerIsFree = false;
+        driver.On = [&](QWidget& dialog) {
+            auto& box = dynamic_cast<QMessageBox&>(dialog);
+            pointerIsFree = QGuiApplication::overrideCursor() == nullptr;
+            driver.Events = {box.windowTitle(), box.text(), QString::number(box.icon()), box.defaultButton()->objectName()};
+            QTest::keyClick(&box, Qt::Key_Escape);
+            return true;
+        };
+        {
+            const Operator::Busy busy(person);
+            QVERIFY(!person.Ask("Davvero <b>?", static_cast<Question>(style)));
+            QVERIFY(pointerIsFree);
+            QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        }
+        QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+        QCOMPARE(driver.Events, QStringList({"Quadrix Data Import", "Davvero <b>?", QString::number(icon), byDefault}));
+    }
+
+    void AnErrorCanBeRetriedSkippedOrEnded_data() {
+        QTest::addColumn<QString>("clicked");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("retry") << "cmdRetry" << static_cast<int>(ErrorAnswer::Retry);
+        QTest::newRow("ignore") << "cmdIgnore" << static_cast<int>(ErrorAnswer::Ignore);
+        QTest::newRow("abort") << "cmdAbort" << static_cast<int>(ErrorAnswer::Abort);
+    }
+    void AnErrorCanBeRetriedSkippedOrEnded() {
+        QFETCH(QString, clicked);
+        QFETCH(int, answer);
+        WindowOperator person;
+        DialogDriver driver;
+        driver.ErrorClicks = {clicked};
+        driver.On = [](QWidget& dialog) {
+            dialog.findChild<QPushButton*>("cmdCopy")->click();
+            return false;
+        };
+        ErrorEntry error;
+        error.message = "valore troppo lungo";
+        error.rowKey = "riga 7";
+        error.statement = "INSERT INTO X";
+        error.engineMessage = "too long [22001]";
+        QCOMPARE(static_cast<int>(person.ChooseOnError(error)), answer);
+        QCOMPARE(driver.Events, QStringList{"error valore troppo lungo"});
+        const QString copied = QGuiApplication::clipboard()->text();
+        for (const QString& part : {error.message, error.rowKey, error.statement, error.engineMessage}) {
+            QVERIFY2(copied.contains(part), qPrintable(copied));
+        }
+    }
+
+    void OutsideARowNothingCanBeSkipped() {
+        ErrorEntry error;
+        error.message = "tabella mancante";
+        const ErrorDialog dialog(error, ErrorDialog::Kind::Choice, nullptr);
+        QVERIFY(!dialog.findChild<QPushButton*>("cmdIgnore")->isEnabled());
+        QCOMPARE(dialog.Answer(), ErrorAnswer::Abort);
+    }
+
+    void PasswordsAreNotShown() {
+        WindowOperator person;
+        DialogDriver driver;
+        QList<QLineEdit::EchoMode> modes;
+        driver.Inputs = {"segreto", "SAM", std::nullopt};
+        driver.On = [&modes](QWidget& dialog) {
+            modes.append(dynamic_cast<QInputDialog&>(dialog).textEchoMode());
+            return false;
+        };
+        QCOMPARE(person.Input("Database Password:", "", ""), std::optional<QString>("segreto"));
+        QCOMPARE(person.Input("Database Name:", "", ""), std::optional<QString>("SAM"));
+        QCOMPARE(person.Input("Database Name:", "", "x"), std::nullopt);
+        QCOMPARE(modes, QList<QLineEdit::EchoMode>({QLineEdit::Password, QLineEdit::Normal, QLineEdit::Normal}));
+    }
+
+    void FileFiltersAreUnderstood() {
+        QCOMPARE(FileDialogFilter("File di Excel (*.xls)|*.xls|Tutti i file (*.*)|*.*"),
+                 QString("File di Excel (*.xls);;Tutti i file (*)"));
+        QCOMPARE(FileDialogFilter("Testo|*.csv;*.txt"), QString("Testo (*.csv *.txt)"));
+        QCOMPARE(FileDialogFilter(""), QString());
+    }
+};
+
+QUADRIX_TEST(TestDialogs)
+#include "test_dialogs.moc"
