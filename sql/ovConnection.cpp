@@ -3,6 +3,17 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 
+namespace {
+
+/// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them.
+QString Revocable(const QString& statement) {
+    static const QString truncate = QStringLiteral("TRUNCATE TABLE ");
+    const bool truncates = statement.startsWith(truncate, Qt::CaseInsensitive);
+    return truncates ? QString("DELETE FROM " + statement.mid(truncate.size())) : statement;
+}
+
+} // namespace
+
 ovConnection::~ovConnection() = default;
 
 std::unique_ptr<Engine> ovConnection::OpenEngine() const {
@@ -59,13 +70,11 @@ qint64 ovConnection::Execute(const QString& statement) {
         Engine& engine = Opened(statement);
         const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
         if (!triggers.table.isEmpty() && engine.TextDialect() != Dialect::SqlServer) {
-            engine.SetTriggersEnabled(triggers.table, triggers.enable);
+            SetTriggersEnabled(triggers.table, triggers.enable);
             return qint64(0);
         }
-        const QString text = dialect::Adapt(statement, engine.TextDialect());
-        if (Trace) {
-            Trace(text);
-        }
+        const QString text = dialect::Adapt(m_inTransaction ? Revocable(statement) : statement, engine.TextDialect());
+        Show(text);
         return engine.Run(text);
     });
 }
@@ -74,9 +83,7 @@ Recordset ovConnection::ExecuteWC(const QString& query) {
     return WithDecision([&] {
         Engine& engine = Opened(query);
         const QString text = dialect::Adapt(query, engine.TextDialect());
-        if (Trace) {
-            Trace(text);
-        }
+        Show(text);
         return Recordset(engine.Query(text), query);
     });
 }
@@ -96,13 +103,23 @@ void ovConnection::ExecuteSP(const QString& procedure, const ovQueryConstructor&
     Execute(mod_ovTools::StoredProcedureText(procedure, &parameters, ProviderType));
 }
 
+void ovConnection::Show(const QString& statement) const {
+    if (Trace) {
+        Trace(statement);
+    }
+}
+
 void ovConnection::BeginTrans() {
-    Opened(QStringLiteral("BEGIN TRANSACTION")).Begin();
+    const QString statement = QStringLiteral("BEGIN TRANSACTION");
+    Engine& engine = Opened(statement);
+    Show(engine.TextDialect() == Dialect::MySql ? QStringLiteral("BEGIN") : statement);
+    engine.Begin();
     m_inTransaction = true;
 }
 
 void ovConnection::CommitTrans() {
     if (m_inTransaction) {
+        Show(QStringLiteral("COMMIT"));
         Opened(QStringLiteral("COMMIT")).Commit();
         m_inTransaction = false;
     }
@@ -111,6 +128,7 @@ void ovConnection::CommitTrans() {
 void ovConnection::RollbackTrans() {
     if (m_inTransaction) {
         m_inTransaction = false;
+        Show(QStringLiteral("ROLLBACK"));
         Opened(QStringLiteral("ROLLBACK")).RollBack();
     }
 }
@@ -140,5 +158,9 @@ QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) { return Open
 QStringList ovConnection::GetTables() { return Opened({}).Tables(); }
 
 void ovConnection::SetTriggersEnabled(const QString& table, bool enabled) {
+    if (m_inTransaction && Opened({}).TextDialect() == Dialect::MySql) {
+        throw SqlError(QStringLiteral("ALTER TABLE ") + table,
+                       QStringLiteral("i trigger di '%1' non si possono cambiare dentro una transazione").arg(table));
+    }
     Opened(QStringLiteral("ALTER TABLE ") + table).SetTriggersEnabled(table, enabled);
 }

@@ -61,7 +61,8 @@ public:
     void ExecuteScript(const QString& script);
     /// Runs a stored procedure with the fields of `parameters` as its arguments.
     void ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters);
-    /// Opens a transaction. Without one every statement commits by itself.
+    /// Opens a transaction. Without one every statement commits by itself. Within it a TRUNCATE runs as a DELETE, so that
+    /// it can be taken back.
     void BeginTrans();
     /// Commits the open transaction; does nothing when none is open.
     void CommitTrans();
@@ -82,6 +83,7 @@ public:
 
 private:
     Engine& Opened(const QString& statement) const;
+    void Show(const QString& statement) const;
     template<class Work> auto WithDecision(const Work& work);
     std::unique_ptr<Engine> OpenEngine() const;
 
