@@ -2,9 +2,8 @@
 
 #include "core/databaseContents.h"
 #include "core/Schema.h"
-#include "sql/mod_ovTools.h"
-#include "sql/ovConnection.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/Transaction.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -12,37 +11,6 @@
 namespace {
 
 const QString CreationUser = QStringLiteral("SYSTEM");
-
-/// Takes back what was written unless `Keep` is called.
-class Transaction {
-public:
-    explicit Transaction(ovConnection& connection)
-        : m_connection(connection) {
-        m_connection.BeginTrans();
-    }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    ~Transaction() {
-        if (!m_kept) {
-            TakeBack();
-        }
-    }
-    void Keep() {
-        m_connection.CommitTrans();
-        m_kept = true;
-    }
-
-private:
-    void TakeBack() noexcept {
-        try {
-            m_connection.RollbackTrans();
-        } catch (const Error&) { // the error under way tells more
-        }
-    }
-
-    ovConnection& m_connection;
-    bool m_kept = false;
-};
 
 /// A database to which what it lacks is added.
 class Creation {

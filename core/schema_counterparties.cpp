@@ -89,7 +89,7 @@ std::span<const Line> Counterparties() {
         Code("COAG3", "AGE_NTI"),
         Text("COPOR", 10),
         Text("COMOS", 10),
-        Code("COVEP", "CON_TRO"),
+        Code("COVEP", "CON_TRO").Indexed(),
         Text("COCCC", 10),
         Text("COCCF", 10),
         Text("COCCT", 10),

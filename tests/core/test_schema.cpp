@@ -80,6 +80,23 @@ private slots:
         }
     }
 
+    /// The merge of two companies re-points each of them once for every counterparty.
+    void referencesToCounterpartiesAreIndexed() {
+        int references = 0;
+        for (const Table& table : Tables()) {
+            for (const Column& column : table.columns) {
+                if (column.refersTo != "CON_TRO") {
+                    continue;
+                }
+                ++references;
+                const QStringList lookup = QStringList(column.conditionColumn) + QStringList(column.name);
+                QVERIFY2(column.indexed || table.key.value(0) == column.name || table.key == lookup,
+                         qPrintable(table.name + '.' + column.name));
+            }
+        }
+        QVERIFY(references > 10);
+    }
+
     void companyTablesAndSharedOnes() {
         static const QRegularExpression sharedForm("^(TAB|SYS|GEN)_");
         for (const Table& table : Tables()) {

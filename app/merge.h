@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/Session.h"
+
+namespace modMain {
+
+/// How a counterparty of the source company found its counterparty in the destination.
+enum class MergeCriterion { VatNumber, TaxCode, Name, New };
+inline constexpr int MergeCriterionCount = 4;
+
+/// "PARTITA IVA", "CODICE FISCALE", "RAGIONE SOCIALE", "NUOVO!!!!".
+QString MergeCriterionText(MergeCriterion criterion);
+
+/// A counterparty of the source company and the one it becomes.
+struct MergeMatch {
+    QString oldCode;
+    QString oldName;
+    QString newCode;
+    QString newName;
+    MergeCriterion criterion = MergeCriterion::New;
+};
+
+/// What a merge did, or would do.
+struct MergeResult {
+    RunResult::Outcome outcome = RunResult::Outcome::Failed;
+    QVector<MergeMatch> matches;  ///< every counterparty of the source, by old code; empty before all are known
+    qint64 merged = 0;            ///< how many of them were dealt with, from the first
+    QMap<QString, qint64> copied; ///< rows written into the destination, by bare table name
+    qint64 referencesUpdated = 0; ///< rows of the source company that were re-pointed
+
+    /// How many of the matches were found so.
+    qint64 Count(MergeCriterion criterion) const;
+};
+
+/// Merges the counterparties of a company into another of the same database. Each is matched by VAT number, else tax
+/// code, else part of the name; one without a match is copied under the destination's next code, with its telephone
+/// numbers, web addresses, contacts and branches.
+///
+/// On request the columns of the source company's tables that hold counterparty codes (dictionary SYS_SYS) are
+/// re-pointed to the new codes. A re-pointed code is written with "X" for "0" until all are done, which tells it from
+/// an old code that is still to come; a run that fails or is cancelled leaves such codes, and the next run completes
+/// them. After a run that ended well the codes are new ones: re-pointing them again would lead them astray.
+///
+/// Each counterparty is merged as a whole or not at all. The matches are written to the merge log (`MergeLogFile`).
+/// @param from,to company codes. Unknown ones, twice the same, a code that is not six digits, and tables or columns
+/// that one of the companies lacks are errors before anything is written
+/// @param result what was done, also after an error; may be null
+/// @return whether it ran to its end; errors are reported under "modMain", "FusioneControparti"
+bool FusioneControparti(Session& session, const QString& from, const QString& to, bool updateReferences,
+                        MergeResult* result = nullptr);
+
+/// The matches that a merge would make; writes nothing. Errors as `FusioneControparti`.
+MergeResult PreviewFusioneControparti(Session& session, const QString& from, const QString& to, bool updateReferences);
+
+/// "C:\fusione.log" on Windows, else "fusione.log" in the folder of the import log.
+QString MergeLogFile(const Session& session);
+
+} // namespace modMain

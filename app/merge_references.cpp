@@ -1,0 +1,115 @@
+#include "app/mergeParts.h"
+#include "sql/mod_ovTools.h"
+#include "sql/Transaction.h"
+
+#include <QRegularExpression>
+
+namespace merge {
+
+namespace {
+
+/// CONNM names the column that names the table, or is a comparison by itself.
+QString ConditionOf(const QString& connm) {
+    static const QRegularExpression name(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
+    const QString text = connm.trimmed();
+    return name.match(text).hasMatch() ? QString(text + u" = 'CON_TRO'") : text;
+}
+
+bool HasColumn(const QVector<ColumnInfo>& columns, const QString& name) {
+    return std::any_of(columns.begin(), columns.end(), [&name](const ColumnInfo& column) {
+        return column.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+}
+
+} // namespace
+
+References::References(Session& session, const Companies& companies)
+    : m_session(session),
+      m_companies(companies) {
+    Read();
+    Check();
+}
+
+void References::Read() {
+    Recordset rows =
+        m_session.Quadrix.ExecuteWC(u"SELECT * FROM SYS_SYS\rWHERE TABLK = " + Quoted(m_session, "CON_TRO") +
+                                    u" AND\r      COLLK = " + Quoted(m_session, "CDCON"));
+    const auto text = [&rows](const char* column) {
+        return mod_ovTools::ToText(rows.Value(QLatin1String(column))).trimmed();
+    };
+    for (; !rows.Eof(); rows.MoveNext()) {
+        m_references.push_back({text("TABNM"), text("COLNM"), ConditionOf(text("CONNM"))});
+    }
+}
+
+void References::Check() const {
+    QMap<QString, QVector<ColumnInfo>> known;
+    for (const Reference& reference : m_references) {
+        const QString table = TableOf(m_companies.from, reference.table);
+        if (!known.contains(table)) {
+            known.insert(table, m_session.Quadrix.GetColumns(table));
+        }
+        if (!HasColumn(known.value(table), reference.column)) {
+            throw ImportError(
+                QStringLiteral("Dizionario SYS_SYS: la colonna %1 della tabella %2 non esiste; correggere "
+                               "il dizionario o creare la tabella prima della fusione")
+                    .arg(reference.column, table));
+        }
+    }
+}
+
+void References::CheckMarks(const QVector<modMain::MergeMatch>& matches) const {
+    QHash<QString, QString> newCodes;
+    for (const modMain::MergeMatch& match : matches) {
+        newCodes.insert(match.oldCode, match.newCode);
+    }
+    for (const modMain::MergeMatch& match : matches) {
+        const QString next = newCodes.value(match.newCode, match.newCode);
+        if (!match.newCode.contains(u'0') && next != match.newCode) {
+            throw ImportError(
+                QStringLiteral(
+                    "Controparte %1 di %2: il nuovo codice %3 non contiene zeri ed è anche un vecchio codice "
+                    "da aggiornare in %4; i riferimenti si confonderebbero, cambiare uno dei codici")
+                    .arg(match.oldCode, m_companies.from, match.newCode, next));
+        }
+    }
+}
+
+QString References::Update(const Reference& reference, const QString& value, const QString& which) const {
+    QString text = u"UPDATE " + TableOf(m_companies.from, reference.table) + u" SET " + reference.column + u" = " +
+                   value + u"\rWHERE " + reference.column + which;
+    if (!reference.condition.isEmpty()) {
+        text += u" AND\r      " + reference.condition;
+    }
+    return text;
+}
+
+qint64 References::Repoint(const QString& oldCode, const QString& newCode) {
+    const QString marked = Quoted(m_session, Marked(newCode));
+    const QString which = u" = " + Quoted(m_session, oldCode);
+    qint64 changed = 0;
+    for (const Reference& reference : m_references) {
+        changed += m_session.Quadrix.Execute(Update(reference, marked, which));
+    }
+    return changed;
+}
+
+/// All or none: a half of the tables with new codes and a half with marked ones could not be told apart from old codes
+/// by the next run.
+void References::Unmark() {
+    Transaction transaction(m_session.Quadrix);
+    for (const Reference& reference : m_references) {
+        m_session.Quadrix.Execute(
+            Update(reference, u"REPLACE(" + reference.column + u", 'X', '0')", QStringLiteral(" LIKE '%X%'")));
+    }
+    transaction.Keep();
+}
+
+bool References::Holds(const QString& table, const QString& column) const {
+    return std::any_of(m_references.begin(), m_references.end(), [&](const Reference& reference) {
+        return reference.condition.isEmpty() && reference.table.compare(table, Qt::CaseInsensitive) == 0 &&
+               reference.column.compare(column, Qt::CaseInsensitive) == 0;
+    });
+}
+
+} // namespace merge
