@@ -15,6 +15,7 @@ class TestMariaDb : public QObject {
 
 private slots:
     void initTestCase();
+    void init();
     void ValuesComeBack_data() { Ways(); }
     void ValuesComeBack();
     void ServerValues_data();
@@ -52,6 +53,10 @@ private:
 
 void TestMariaDb::initTestCase() {
     m_server = qEnvironmentVariable("QUADRIX_TEST_MARIADB").split(u'|');
+}
+
+// Skipping the whole class in initTestCase would silence the classes after it.
+void TestMariaDb::init() {
     if (m_server.size() != 5) {
         QSKIP("QUADRIX_TEST_MARIADB names no server (scripts/test starts one)");
     }
