@@ -2,6 +2,7 @@
 
 #include "app/connectSource.h"
 #include "sql/mod_ovTools.h"
+#include "sql/Transaction.h"
 
 using namespace contract;
 
@@ -124,7 +125,14 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
         TellNotConnected(session, *request.choice.origin);
         return FlowOutcome::Failed;
     }
-    return source == SourceOutcome::Opened ? RunProcedures(session, request, procedures) : FlowOutcome::Declined;
+    if (source == SourceOutcome::GivenUp) {
+        return FlowOutcome::Declined;
+    }
+    std::optional<Transaction> trial;
+    if (request.dryRun) {
+        trial.emplace(session.Quadrix);
+    }
+    return RunProcedures(session, request, procedures);
 }
 
 FlowOutcome Press(Session& session, const ImportRequest& request) {

@@ -26,6 +26,7 @@ struct ImportRequest {
     QString singleCode;        ///< empty for all
     bool confirmed = false;    ///< the confirmation has been given beforehand
     std::optional<bool> reset; ///< answer to the reset question given beforehand
+    bool dryRun = false;       ///< what the procedures do to the database is taken back at the end
 };
 
 enum class FlowOutcome {

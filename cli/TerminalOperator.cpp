@@ -30,15 +30,28 @@ TerminalOperator::TerminalOperator(TerminalStreams streams, GivenAnswers answers
     : m_streams(std::move(streams)),
       m_answers(std::move(answers)) {}
 
-void TerminalOperator::Print(const QString& text) {
+void TerminalOperator::ClearLine() {
     if (m_streams.draw) {
         m_streams.draw({});
     }
+}
+
+void TerminalOperator::Print(const QString& text) {
+    ClearLine();
     m_streams.print(text);
 }
 
+void TerminalOperator::Complain(const QString& text) {
+    ClearLine();
+    m_streams.complain(text);
+}
+
 void TerminalOperator::Message(const QString& text, Icon icon) {
-    Print(icon == Icon::Exclamation ? QString("Attenzione: " + text) : text);
+    if (icon == Icon::Exclamation) {
+        Complain("Attenzione: " + text);
+    } else {
+        Print(text);
+    }
 }
 
 /// Asks until one of the answers is typed by its first letter; the empty text when the person gives up.
@@ -114,7 +127,7 @@ void TerminalOperator::ReportError(const ErrorEntry& error) {
     add("Riga", error.rowKey);
     add("Database", error.engineMessage);
     add("Istruzione", error.statement);
-    Print(lines.join(u'\n'));
+    Complain(lines.join(u'\n'));
 }
 
 std::unique_ptr<Progress> TerminalOperator::ShowProgress() { return std::make_unique<TerminalProgress>(m_streams); }

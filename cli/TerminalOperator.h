@@ -13,7 +13,8 @@ struct GivenAnswers {
 
 /// Where the terminal operator talks.
 struct TerminalStreams {
-    std::function<void(const QString& line)> print; ///< a line of text
+    std::function<void(const QString& line)> print;    ///< a line of text
+    std::function<void(const QString& line)> complain; ///< a line that something is wrong
     /// Draws over the line under the cursor, an empty text clears it; none where no line can be drawn over.
     std::function<void(const QString& line)> draw;
     /// Reads a line that a person types, none when he gives up; none where nobody sits.
@@ -40,7 +41,9 @@ protected:
     void ShowBusy(bool busy) override;
 
 private:
+    void ClearLine();
     void Print(const QString& text);
+    void Complain(const QString& text);
     QString AskOneOf(const QString& question, const QStringList& answers);
 
     TerminalStreams m_streams;

@@ -20,7 +20,11 @@ void TerminalProgress::Refresh() {
         return;
     }
     const double now = m_streams.seconds();
-    if (m_shownAt < 0 || now - m_shownAt >= (m_streams.draw ? DrawEvery : PrintEvery)) {
+    if (m_shownAt < 0) {
+        m_shownAt = now;
+        m_meter.Add(now, 0);
+    }
+    if (now - m_shownAt >= (m_streams.draw ? DrawEvery : PrintEvery)) {
         m_meter.Add(now, static_cast<double>(Value()));
         m_shownAt = now;
         m_shownValue = Value();

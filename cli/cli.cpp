@@ -28,6 +28,7 @@ TerminalStreams Streams(bool json) {
     FILE* const messages = json ? stderr : stdout;
     TerminalStreams streams;
     streams.print = [messages](const QString& line) { PrintTo(messages, line + u'\n'); };
+    streams.complain = [](const QString& line) { PrintTo(stderr, line + u'\n'); };
     if (terminal::IsErrorOutput()) {
         streams.draw = [](const QString& line) { PrintTo(stderr, QString("\r\x1b[K" + line)); };
     }
@@ -92,19 +93,21 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments) {
     }
 }
 
-template<class T>
-std::deque<T> ToQueue(const QStringList& values) {
-    return {values.begin(), values.end()};
+/// Every value of an option; none when the command does not know it.
+QStringList ValuesOf(const QCommandLineParser& options, const QString& name) {
+    return options.optionNames().contains(name) ? options.values(name) : QStringList();
 }
+
+std::deque<QString> ToQueue(const QStringList& values) { return {values.begin(), values.end()}; }
 
 GivenAnswers AnswersFrom(const QCommandLineParser& options) {
     GivenAnswers answers;
     static const QStringList yesNo{"yes", "no", "si", "sì"};
-    for (const QString& value : options.values("answer")) {
+    for (const QString& value : ValuesOf(options, "answer")) {
         answers.questions.push_back(OneOf("answer", value, yesNo) != 1);
     }
-    answers.inputs = ToQueue<QString>(options.values("input"));
-    answers.files = ToQueue<QString>(options.values("file"));
+    answers.inputs = ToQueue(ValuesOf(options, "input"));
+    answers.files = ToQueue(ValuesOf(options, "file"));
     return answers;
 }
 

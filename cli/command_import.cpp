@@ -19,6 +19,7 @@ ImportRequest RequestFrom(Context& context) {
     request.singleCode = context.options.value("code");
     request.confirmed = true;
     request.reset = context.options.isSet("reset");
+    request.dryRun = context.options.isSet("dry-run");
     return request;
 }
 
@@ -39,6 +40,8 @@ QJsonArray ProceduresJson(const QVector<RunResult>& results) {
     QJsonArray procedures;
     for (const RunResult& result : results) {
         QJsonObject json = ResultJson(result);
+        json.remove("givenUpRows"); // they stand in the total
+        json.remove("untranslated");
         json["module"] = result.module;
         json["procedure"] = result.procedure;
         procedures.append(json);
@@ -46,12 +49,15 @@ QJsonArray ProceduresJson(const QVector<RunResult>& results) {
     return procedures;
 }
 
-QString Text(const Session& session) {
+QString Text(const Session& session, bool dryRun) {
     QStringList lines;
     for (const RunResult& result : session.Results) {
         lines += ResultLines(result);
     }
-    if (!lines.isEmpty()) {
+    if (dryRun) {
+        lines.append("Era una prova: il database è rimasto com'era.");
+    }
+    if (!session.Results.isEmpty()) {
         lines.append("Log: " + session.LogFile);
     }
     return lines.join(u'\n');
@@ -62,10 +68,11 @@ Report Import(Context& context) {
     const FlowOutcome flow = RunImport(context.session, request);
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
-    Report report{ExitCodeOf(total.outcome), Text(context.session), ResultJson(total)};
+    Report report{ExitCodeOf(total.outcome), Text(context.session, request.dryRun), ResultJson(total)};
     report.json["origin"] = request.choice.origin->name;
     report.json["company"] = request.choice.companyCode;
     report.json["data"] = contract::ButtonName(request.button);
+    report.json["dryRun"] = request.dryRun;
     report.json["log"] = context.session.LogFile;
     report.json["procedures"] = ProceduresJson(context.session.Results);
     return report;
@@ -82,6 +89,7 @@ Command ImportCommand() {
              DataOption(),
              {"code", "Importa solo la riga dell'origine con questo codice.", "CODICE"},
              {"reset", "Svuota le tabelle di destinazione prima di importare."},
+             {"dry-run", "Prova: alla fine il database torna com'era."},
              {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"},
              {"input", "Risposta a una richiesta di testo.", "TESTO"},
              {"file", "File da scegliere dove la procedura ne chiede uno.", "PERCORSO"},

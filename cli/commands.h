@@ -8,6 +8,7 @@ namespace cli {
 Command OriginsCommand();
 Command CreateDatabaseCommand();
 Command ImportCommand();
+Command CheckCommand();
 
 /// Every command, in the order of the help.
 const std::vector<Command>& Commands();

@@ -1,0 +1,95 @@
+#include "app/connectSource.h"
+#include "cli/choiceOptions.h"
+#include "cli/commands.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+/// What a procedure needs and does not find.
+struct Finding {
+    const contract::Procedure* procedure;
+    QStringList missing;
+};
+
+/// The procedures to be checked: all of the origin, or those of --data.
+std::vector<Finding> ToCheck(const contract::Origin& origin, const QCommandLineParser& options) {
+    std::vector<Finding> findings;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        if (!options.isSet("data") || procedure.button == ButtonFrom(options)) {
+            findings.push_back({&procedure, {}});
+        }
+    }
+    if (findings.empty()) {
+        throw ImportError(QStringLiteral("%1: nessuna procedura da controllare").arg(origin.name));
+    }
+    return findings;
+}
+
+/// Opens the source, looks at it and at the company's tables, and closes it.
+bool LookAt(Session& session, const Choice& choice, std::vector<Finding>& findings) {
+    if (!CheckData(session, choice) || ConnectSource(session, *choice.origin) != SourceOutcome::Opened) {
+        return false;
+    }
+    for (Finding& finding : findings) {
+        finding.missing = contract::Missing(session, finding.procedure->needs);
+    }
+    CloseSource(session);
+    return true;
+}
+
+QStringList Lines(const Finding& finding) {
+    const QString name = contract::ButtonName(finding.procedure->button) + u' ' + finding.procedure->name;
+    if (finding.missing.isEmpty()) {
+        return {QString(name + ": c'è tutto")};
+    }
+    QStringList lines{QString(name + ": manca")};
+    for (const QString& missing : finding.missing) {
+        lines.append("  " + missing);
+    }
+    return lines;
+}
+
+Report Check(Context& context) {
+    Choice choice;
+    choice.origin = &OriginFrom(context.options);
+    choice.errors = ErrorAction::Abort;
+    TakeCompanyOption(context, choice);
+    std::vector<Finding> findings = ToCheck(*choice.origin, context.options);
+    if (!LookAt(context.session, choice, findings)) {
+        return {ExitFailed, {}, {}};
+    }
+    Report report;
+    QStringList lines;
+    QJsonArray procedures;
+    for (const Finding& finding : findings) {
+        lines += Lines(finding);
+        procedures.append(QJsonObject{{"data", contract::ButtonName(finding.procedure->button)},
+                                      {"procedure", finding.procedure->name},
+                                      {"missing", QJsonArray::fromStringList(finding.missing)}});
+        report.exitCode = finding.missing.isEmpty() ? report.exitCode : ExitFailed;
+    }
+    report.text = lines.join(u'\n');
+    report.json["procedures"] = procedures;
+    return report;
+}
+
+} // namespace
+
+Command CheckCommand() {
+    return {"check",
+            "controlla che origine e azienda abbiano ciò che l'importazione legge e scrive; non scrive nulla",
+            {},
+            {CompanyOption(),
+             OriginOption(),
+             DataOption(),
+             {"input", "Risposta a una richiesta di testo.", "TESTO"},
+             {"file", "File da scegliere dove l'origine ne chiede uno.", "PERCORSO"},
+             {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"}},
+            Need::Database,
+            Check};
+}
+
+} // namespace cli
