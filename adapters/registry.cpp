@@ -6,6 +6,12 @@
 namespace modImport_Arca2000 {
 const contract::Origin& Entry();
 }
+namespace modImport_Gescom {
+const contract::Origin& Entry();
+}
+namespace modImport_WinProgest {
+const contract::Origin& Entry();
+}
 
 namespace registry {
 
@@ -49,8 +55,8 @@ const std::vector<const contract::Origin*>& Origins() {
         &Find("Gemini"),
         &Find("Fenice"),
         &Find("Sigla"),
-        &Find("Gescom"),
-        &Find("WinProgest"),
+        &modImport_Gescom::Entry(),
+        &modImport_WinProgest::Entry(),
         &Find("MexalDB"),
         &Find("Cometa"),
         &Find("Albalog"),

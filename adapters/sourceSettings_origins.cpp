@@ -53,12 +53,6 @@ bool PrepareMemphis(Session& session, ovConnection& source) {
     return true;
 }
 
-bool PrepareWinProgest(Session& session, ovConnection& source) {
-    const bool files =
-        session.Person.Ask("Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer", Question::Plain);
-    return (files ? DataSource("WINPROGEST") : Server("WINPROGEST"))(session, source);
-}
-
 /// The connection stands in "Solution.ini", beside the settings of this program.
 bool PrepareSolution(Session& session, ovConnection& source) {
     const QString path = QFileInfo(session.Config.ConfigFile()).absolutePath() + QStringLiteral("/Solution.ini");
@@ -130,8 +124,6 @@ const QMap<QString, Prepare>& Preparations() {
         {"GEMINI", Server("GEMINI")},
         {"FENICE", DataSource("FENICE")},
         {"SIGLA", Server("SIGLA")},
-        {"GESCOM", Server("GESCOM")},
-        {"WINPROGEST", PrepareWinProgest},
         {"MEXALDB", Server("MEXALDB")},
         {"COMETA", DataSource("COMETA")},
         {"ALBALOG", DataSource("ALBALOG")},

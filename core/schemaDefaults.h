@@ -45,6 +45,7 @@ inline const QString NormalRow = QStringLiteral("N");
 inline const QString DescriptionRow = QStringLiteral("D"); ///< a text: left out of quantities and totals
 inline const QString Delivered = QStringLiteral("EV");     ///< state of what is delivered: history to look at
 inline const QString Closed = QStringLiteral("CO");
+inline const QString PartlyDelivered = QStringLiteral("PE");
 inline const QString ToDeliver = QStringLiteral("PV"); ///< state of an open row or document
 
 // Stock movements.

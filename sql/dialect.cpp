@@ -148,10 +148,23 @@ private:
             Replace(Sqlite() ? QStringLiteral("LENGTH") : QStringLiteral("CHAR_LENGTH"));
         } else if (Is(QLatin1String("ISNULL"))) {
             Replace(QStringLiteral("IFNULL"));
+        } else if (Is(QLatin1String("YEAR"))) {
+            return AdaptYear();
         } else {
             return (Is(QLatin1String("LEFT")) || Is(QLatin1String("RIGHT"))) &&
                    AdaptLeftRight(Is(QLatin1String("LEFT")));
         }
+        return true;
+    }
+
+    /// Dates are texts in SQLite, and the year stands first.
+    bool AdaptYear() {
+        const QStringList arguments = m_tokens.Arguments();
+        if (!Sqlite() || arguments.size() != 1) {
+            return false;
+        }
+        m_tokens.TakeCall();
+        m_out += QStringLiteral("CAST(SUBSTR(%1, 1, 4) AS INTEGER)").arg(dialect::Adapt(arguments.first(), m_target));
         return true;
     }
 
@@ -255,7 +268,8 @@ bool MayDiffer(const QString& statement, Dialect target) {
     }
     static constexpr QLatin1String Functions[] = {QLatin1String("LEFT"),    QLatin1String("RIGHT"),
                                                   QLatin1String("LEN"),     QLatin1String("ISNULL"),
-                                                  QLatin1String("GETDATE"), QLatin1String("CONVERT")};
+                                                  QLatin1String("GETDATE"), QLatin1String("CONVERT"),
+                                                  QLatin1String("YEAR")};
     const auto isWord = [&tokens](QLatin1String word) { return tokens.IsWord(word); };
     for (; !tokens.AtEnd(); tokens.Skip()) {
         const bool mySqlOnly = tokens.Current() == u'[' || IsMomentLiteral(tokens.View());

@@ -15,6 +15,37 @@ QString NameOf(const SourceRow& row, const QString& table, const QString& keyCol
     return name + QStringLiteral(", %1 '%2'").arg(keyColumn, row.Text(keyColumn));
 }
 
+QVariant DateOf(const SourceRow& row, const QString& column) {
+    if (row.IsBlank(column)) {
+        return {};
+    }
+    if (const auto date = mod_ovTools::ReadDate(row.Value(column))) {
+        return *date;
+    }
+    throw ImportError(QStringLiteral("colonna '%1': '%2' non è una data").arg(column, row.Text(column)));
+}
+
+QString LiteralOf(const ovConnection& source, const QVariant& value) {
+    DataType type = DataType::Double;
+    switch (value.typeId()) {
+    case QMetaType::QString:
+        type = DataType::NVarChar;
+        break;
+    case QMetaType::QDate:
+        type = DataType::Date;
+        break;
+    case QMetaType::QDateTime:
+        type = DataType::DateTime;
+        break;
+    case QMetaType::Bool:
+        type = DataType::Bit;
+        break;
+    default:
+        break;
+    }
+    return mod_ovTools::FormatSqlValue(value, type, source.ProviderType);
+}
+
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
                   const std::function<void(const SourceRow&)>& work) {
     Recordset rows = session.SourceConnection().ExecuteWC(query);

@@ -28,6 +28,13 @@ private:
 /// "tabella 'anagrafe', riga 214, codice 'C00012'", as far as the row tells: how messages name a source row.
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn);
 
+/// The date of a source column, with its time of day where it has one; Null when it is blank. Raises `ImportError`
+/// naming the column when it is none.
+QVariant DateOf(const SourceRow& row, const QString& column);
+
+/// A value of a source row as a literal of the source's own statements.
+QString LiteralOf(const ovConnection& source, const QVariant& value);
+
 /// Reads the source rows that belong to the one under way, such as the rows of a document, and hands each to `work`.
 /// An `ImportError` gains the name of its row. @param table,keyColumn for that name
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,

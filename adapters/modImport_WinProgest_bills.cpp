@@ -1,0 +1,109 @@
+// WinProgest: bills of materials. Heads stand in NFTDIS, components in NFCODIS; both and their columns are known from
+// installations.
+
+#include "adapters/contract/Article.h"
+#include "adapters/contract/Bill.h"
+#include "adapters/contract/lookups.h"
+#include "adapters/modImport_WinProgest.h"
+
+using namespace contract;
+
+namespace modImport_WinProgest {
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Nftdis = QStringLiteral("NFTDIS");
+const QString Nfcodis = QStringLiteral("NFCODIS");
+
+// --- Bills --------------------------------------------------------------------------------------------------------
+
+/// A counterparty code of digits is told in six of them.
+QString SixDigits(const QString& code) {
+    bool isNumber = false;
+    const qint64 number = code.toLongLong(&isNumber);
+    return isNumber ? QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')) : code;
+}
+
+QString SupplierNote(ImportRun& run, const SourceRow& row) {
+    if (row.IsBlank("CODFOR")) {
+        return {};
+    }
+    Session& session = run.GetSession();
+    const QString supplier = FindCounterparty(session, row.Text("CODFOR"), true);
+    if (supplier.isEmpty()) {
+        run.Log(
+            QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(NameOf(row, Nfcodis, "FIGLIO"), row.Text("CODFOR")));
+        return {};
+    }
+    return "Fornitore: " + SixDigits(supplier) + " - " + LookUp(session, "CON_TRO", "CDCON", supplier, "CORAS");
+}
+
+void ImportComponente(ImportRun& run, BillWriter& writer, const SourceRow& row, qint64 phase) {
+    const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("FIGLIO"));
+    if (writer.HasArticle(article)) {
+        writer.Write(Component{article, NumberOf(row, "QTA"), SupplierNote(run, row)}, phase);
+    }
+}
+
+RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& row) {
+    const QString parent = row.Text("PADRE");
+    const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", parent);
+    if (!writer.HasArticle(article)) {
+        return RowOutcome::Skipped;
+    }
+    constexpr int keySize = 50;
+    const RowOutcome outcome = writer.Begin(article, parent.left(keySize));
+    const qint64 phase = writer.Write(Phase{});
+    ForEachChild(run.GetSession(), "SELECT * FROM NFCODIS\rWHERE PADRE = " + run.Quoted(parent) + "\rORDER BY NINS",
+                 Nfcodis, "FIGLIO",
+                 [&](const SourceRow& component) { ImportComponente(run, writer, component, phase); });
+    return outcome;
+}
+
+} // namespace
+
+const Needs& DistinteNeeds() {
+    static const Needs needs = [] {
+        Needs all{{}, {{Nftdis, {"PADRE"}}, {Nfcodis, {"PADRE", "FIGLIO", "QTA", "CODFOR", "NINS"}}}, BillNeeds()};
+        all.writes.push_back({"CON_TRO", {"CDCON", "COFGE", "CORAS"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportDistinteWinProgest", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        if (!run.IsSingle()) {
+            run.Log("Inizio importazione Distinte Base da WinProgest"); // behind what the log holds already
+        }
+        run.Preflight(DistinteNeeds());
+        EmptyBills(run, reset);
+        const QString where = WhereCode(run, "PADRE", singleCode);
+        BillWriter writer(run);
+        bool found = false;
+        const bool toTheEnd = run.Rows({"Distinte Base", Nftdis, "PADRE", "SELECT COUNT(*) FROM NFTDIS" + where,
+                                        "SELECT * FROM NFTDIS" + where + "\rORDER BY PADRE"},
+                                       [&](const SourceRow& row) {
+                                           found = true;
+                                           return ImportDistinta(run, writer, row);
+                                       });
+        if (!toTheEnd) {
+            return;
+        }
+        if (run.IsSingle() && !found) {
+            session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
+            return;
+        }
+        writer.LinkSubAssemblies();
+        run.Complete(QStringLiteral("Distinte Base WinProgest importate correttamente: %1(Fasi: %2, Comp.: %3")
+                         .arg(writer.Bills())
+                         .arg(writer.Phases())
+                         .arg(writer.Components()));
+    });
+}
+
+} // namespace modImport_WinProgest
