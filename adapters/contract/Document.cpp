@@ -1,7 +1,7 @@
 #include "adapters/contract/Document.h"
 
-#include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/TargetRow.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/qdxProduction.h"
@@ -16,23 +16,24 @@ namespace {
 
 const std::array<const Family*, 3> Families{&Sales, &Purchases, &WorkAccount};
 
-QString TextOf(const Recordset& rows, const QString& column) { return mod_ovTools::ToText(rows.Value(column)).trimmed(); }
+QString TextOf(const Recordset& rows, const QString& column) {
+    return mod_ovTools::ToText(rows.Value(column)).trimmed();
+}
 
 } // namespace
 
 std::vector<TableNeed> DocumentNeeds(const Family& family) {
-    return {{family.head,
-             {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON", "DTRAS",
-              "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG", "DTESR", "DTVAL",
-              "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"}},
-            {family.row,
-             {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR", "DRQT2", "DRQTE",
-              "DRSTA", "DRQTD", "DRPRZ", "DRPR2", "DRPRA", "DRSCO", "DRSC2", "DRSC3", "DRTOT", "DRTTA",
-              "DRIVA", "DRCAM", "DRTPM", "DRMAG"}},
+    return {{family.head, {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON",
+                           "DTRAS", "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG",
+                           "DTESR", "DTVAL", "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"}},
+            {family.row, {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR",
+                          "DRQT2", "DRQTE", "DRSTA", "DRQTD", "DRPRZ", "DRPR2", "DRPRA", "DRSCO",
+                          "DRSC2", "DRSC3", "DRTOT", "DRTTA", "DRIVA", "DRCAM", "DRTPM", "DRMAG"}},
             {family.dueDate, {"IDTES"}}};
 }
 
-TriggersOff::TriggersOff(ImportRun& run) : m_run(run) {
+TriggersOff::TriggersOff(ImportRun& run)
+    : m_run(run) {
     try {
         Switch(false);
     } catch (...) {
@@ -45,7 +46,8 @@ TriggersOff::~TriggersOff() {
     try {
         Switch(true);
     } catch (const std::exception& error) {
-        m_run.Log(QStringLiteral("I trigger dei documenti sono rimasti disattivati: ") + QString::fromUtf8(error.what()));
+        m_run.Log(QStringLiteral("I trigger dei documenti sono rimasti disattivati: ") +
+                  QString::fromUtf8(error.what()));
     }
 }
 
@@ -96,11 +98,12 @@ const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhe
         return *known;
     }
     Cause cause{code, typeWhenMissing, Warehouse, {}, {}};
-    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
-        QStringLiteral("SELECT * FROM ") + m_run.FullName("CAU_DOC") + QStringLiteral(" WHERE ") +
-        Equals(m_run.GetSession(), "CDCAD", code));
+    const Recordset rows =
+        m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName("CAU_DOC") +
+                                             QStringLiteral(" WHERE ") + Equals(m_run.GetSession(), "CDCAD", code));
     if (rows.Eof()) {
-        m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'").arg(code, typeWhenMissing));
+        m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'")
+                      .arg(code, typeWhenMissing));
     } else {
         cause = {code, TextOf(rows, "CDCAT"), TextOf(rows, "CDMAG"), TextOf(rows, "CDCAM"), TextOf(rows, "CDTPM")};
     }
@@ -143,7 +146,8 @@ void DocumentWriter::SetAddress(TargetRow& row, const DocumentHead& head) const 
         QStringLiteral("SELECT * FROM ") + m_run.FullName("CON_TRO") + QStringLiteral(" WHERE ") +
         Equals(m_run.GetSession(), "CDCON", head.counterparty));
     if (found.Eof()) {
-        throw ImportError(QStringLiteral("la controparte '%1' del documento '%2' non c'è").arg(head.counterparty, head.number));
+        throw ImportError(
+            QStringLiteral("la controparte '%1' del documento '%2' non c'è").arg(head.counterparty, head.number));
     }
     row.Set("DTRSS", DestinationName(head, TextOf(found, "CORAS")));
     row.Set("DTVIA", TextOf(found, "COIND"));
@@ -204,6 +208,14 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
     target.Set("DRTPM", of.cause.movement);
     target.Set("DRMAG", of.cause.warehouse);
     return target;
+}
+
+qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
+    QString condition = Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number);
+    for (const qint64 row : but) {
+        condition += QStringLiteral(" AND RECORD_ID <> %1").arg(row);
+    }
+    return IdWhere(m_run.GetSession(), m_family.row, condition);
 }
 
 void DocumentWriter::Total(qint64 head) const {

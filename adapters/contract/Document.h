@@ -95,10 +95,12 @@ struct DocumentRow {
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class DocumentWriter {
 public:
-    DocumentWriter(ImportRun& run, const Family& family) : m_run(run), m_family(family) {}
+    DocumentWriter(ImportRun& run, const Family& family)
+        : m_run(run),
+          m_family(family) {}
 
-    /// A cause, read from CAU_DOC once in a run. One that is missing there is logged, and has the given document type and
-    /// the default warehouse.
+    /// A cause, read from CAU_DOC once in a run. One that is missing there is logged, and has the given document type
+    /// and the default warehouse.
     const Cause& CauseOf(const QString& code, const QString& typeWhenMissing);
     /// RECORD_ID of the head of that number and cause (and year, unless 0); 0 when there is none.
     qint64 Find(const QString& number, const QString& cause, int year = 0) const;
@@ -112,6 +114,9 @@ public:
     /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
     /// follow before it is inserted.
     TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
+    /// RECORD_ID of a row of a head by its number, to be rewritten when its document is imported again; 0 when there is
+    /// none. @param but rows that have been rewritten already: a number may come twice
+    qint64 FindRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
     /// Recomputes the totals of a head from its rows.
     void Total(qint64 head) const;
 
