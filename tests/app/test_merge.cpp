@@ -1,0 +1,351 @@
+#include "app/merge.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace modMain;
+
+class TestMerge : public QObject {
+    Q_OBJECT
+
+    /// Two companies, X01 merged into X02.
+    struct Pair {
+        TestTarget target;
+
+        Pair() {
+            target.AddCompany("X02", "Prova Due S.p.A.");
+            target.Execute("DELETE FROM X01_MAG_AZZ");
+        }
+        void Add(const QString& company, const QString& code, const QString& name, const QString& vatNumber = {},
+                 const QString& taxCode = {}) {
+            const auto quoted = [](QString text) -> QString { return "'" + text.replace("'", "''") + "'"; };
+            target.Execute("INSERT INTO " + company + "_CON_TRO (CDCON, CORAS, COIVA, COFIS) VALUES (" + quoted(code) +
+                           ", " + quoted(name) + ", " + quoted(vatNumber) + ", " + quoted(taxCode) + ")");
+        }
+        bool Merge(bool updateReferences, MergeResult* result = nullptr) {
+            return FusioneControparti(target.Get(), "X01", "X02", updateReferences, result);
+        }
+        QString Error() { return target.Person.Reported.isEmpty() ? QString() : target.Person.Reported.last().message; }
+    };
+
+    /// A merge with something of everything: matches of each kind, children, references of each kind.
+    static void FillAll(Pair& pair) {
+        pair.Add("X02", "000007", "Rossi Mario & C. S.n.c.", "01234567890");
+        pair.Add("X02", "000009", "Bianchi", "", "BNCLRA80A01F205X");
+        pair.Add("X01", "000001", "Rossi Mario", "01234567890");
+        pair.Add("X01", "000002", "Bianchi Laura", "", "BNCLRA80A01F205X");
+        pair.Add("X01", "000003", "Bianchi");
+        pair.Add("X01", "000007", "Verdi S.r.l.", "99999999999");
+        pair.Add("X01", "000010", "Neri d'Est S.p.A.");
+        for (const char* statement :
+             {"UPDATE X01_CON_TRO SET COVEP = '000001', COCLI = 1, DTINS = '20240115 08:30:00', COFID = 1234.5, "
+              "CONOT = 'note' WHERE CDCON = '000007'",
+              "UPDATE X01_CON_TRO SET COVEP = '000010' WHERE CDCON = '000001'",
+              "INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, NRNUM) VALUES ('CON_TRO', '000007', '041'), "
+              "('CON_TRO', '000001', '042'), ('CON_SED', '000007', '043')",
+              "INSERT INTO X01_IND_WEB (TBNAM, TBKEY, WBIND) VALUES ('CON_TRO', '000007', 'a@b.it')",
+              "INSERT INTO X01_CON_RIF (CDCON, RFNOM) VALUES ('000007', 'Anna'), ('000010', 'Ugo'), ('000001', 'Eva')",
+              "INSERT INTO X01_CON_SED (CDCON, CDSED, SERAS) VALUES ('000007', '001', 'Deposito')",
+              "INSERT INTO X01_ART_ICO (CDART, ARCLI) VALUES ('A', '000001'), ('B', '000007'), ('C', NULL)",
+              "INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000007'), (2, '000002'), (3, '000003'), (4, "
+              "'000999')",
+              "INSERT INTO X01_FLD_VAL (FLTAB, FLKEY, FLVAL) VALUES ('CON_TRO', '000010', 'x'), "
+              "('ART_ICO', '000001', 'y'), ('ART_ICO', 'MIX', 'z')",
+              "INSERT INTO X02_DOC_VEN (DTNUM, DTCON) VALUES (1, '000007')"}) {
+            pair.target.Execute(statement);
+        }
+    }
+
+    /// Everything both companies hold of counterparties.
+    static QStringList Contents(TestTarget& target) {
+        QStringList contents;
+        for (const char* company : {"X01", "X02"}) {
+            for (const char* table :
+                 {"CON_TRO", "CON_SED", "CON_RIF", "NUM_TEL", "IND_WEB", "ART_ICO", "DOC_VEN", "FLD_VAL"}) {
+                const QString name = QString(company) + '_' + table;
+                contents += name;
+                contents += target.Rows("SELECT * FROM " + name + " ORDER BY RECORD_ID");
+            }
+        }
+        return contents;
+    }
+
+private slots:
+    void matches_data() {
+        QTest::addColumn<QStringList>("source"); // code;name;vatNumber;taxCode
+        QTest::addColumn<QStringList>("destination");
+        QTest::addColumn<QStringList>("matches");
+        const QString vat = "01234567890";
+        QTest::newRow("VAT number") << QStringList{"000001;Rossi;" + vat + ";RSS"}
+                                    << QStringList{"000004;Altro;;RSS", "000005;Rossi;;",
+                                                   "000006;Rossi snc;" + vat + ";"}
+                                    << QStringList{"000001 000006 Rossi snc PARTITA IVA"};
+        QTest::newRow("tax code") << QStringList{"000001;Rossi;" + vat + ";RSS"}
+                                  << QStringList{"000005;Rossi;;", "000006;Altro;;RSS"}
+                                  << QStringList{"000001 000006 Altro CODICE FISCALE"};
+        QTest::newRow("part of a name") << QStringList{"000001;Rossi;" + vat + ";"}
+                                        << QStringList{"000005;Ditta ROSSI Mario;;"}
+                                        << QStringList{"000001 000005 Ditta ROSSI Mario RAGIONE SOCIALE"};
+        QTest::newRow("a longer name is no match")
+            << QStringList{"000001;Rossi Mario;;"} << QStringList{"000005;Rossi;;"}
+            << QStringList{"000001 000006 Rossi Mario NUOVO!!!!"};
+        QTest::newRow("blank texts match nobody")
+            << QStringList{"000001; ; ;", "000002;;;"} << QStringList{"000005;; ;"}
+            << QStringList{"000001 000006   NUOVO!!!!", "000002 000007  NUOVO!!!!"};
+        QTest::newRow("quotes") << QStringList{"000001;D'Est;;"} << QStringList{"000005;Neri D'Est;;"}
+                                << QStringList{"000001 000005 Neri D'Est RAGIONE SOCIALE"};
+        QTest::newRow("first of an empty company")
+            << QStringList{"000031;Uno;;"} << QStringList{} << QStringList{"000031 000001 Uno NUOVO!!!!"};
+        QTest::newRow("the copy of an earlier one is found")
+            << QStringList{"000001;Uno;" + vat + ";", "000002;Due;" + vat + ";", "000003;uno;;", "000004;Tre;;TRE",
+                           "000005;Altro;;tre"}
+            << QStringList{"000005;Cinque;;"}
+            << QStringList{"000001 000006 Uno NUOVO!!!!", "000002 000006 Uno PARTITA IVA",
+                           "000003 000006 Uno RAGIONE SOCIALE", "000004 000007 Tre NUOVO!!!!",
+                           "000005 000007 Tre CODICE FISCALE"};
+        QTest::newRow("names do not run into each other")
+            << QStringList{"000001;AB;;", "000002;CD;;", "000003;BC;;"} << QStringList{}
+            << QStringList{"000001 000001 AB NUOVO!!!!", "000002 000002 CD NUOVO!!!!", "000003 000003 BC NUOVO!!!!"};
+    }
+    void matches() {
+        QFETCH(QStringList, source);
+        QFETCH(QStringList, destination);
+        Pair pair;
+        const auto add = [&pair](const QString& company, const QStringList& rows) {
+            for (const QString& row : rows) {
+                const QStringList parts = row.split(';');
+                pair.Add(company, parts.at(0), parts.at(1), parts.at(2), parts.at(3));
+            }
+        };
+        add("X01", source);
+        add("X02", destination);
+        const auto lines = [](const MergeResult& result) {
+            QStringList found;
+            for (const MergeMatch& match : result.matches) {
+                found.append(match.oldCode + ' ' + match.newCode + ' ' + match.newName + ' ' +
+                             MergeCriterionText(match.criterion));
+            }
+            return found;
+        };
+        QTEST(lines(PreviewFusioneControparti(pair.target.Get(), "X01", "X02", true)), "matches");
+        MergeResult merged;
+        QVERIFY(pair.Merge(false, &merged));
+        QTEST(lines(merged), "matches");
+    }
+
+    void newCounterpartyIsCopiedWhole() {
+        Pair pair;
+        FillAll(pair);
+        const QString columns = "CORAS, COIVA, COVEP, COCLI, COFID, CONOT, DTINS, COFOR";
+        const QStringList before = pair.target.Rows("SELECT " + columns + " FROM X01_CON_TRO WHERE CDCON = '000007'");
+        MergeResult result;
+        QVERIFY(pair.Merge(false, &result));
+        QCOMPARE(pair.target.Rows("SELECT " + columns + " FROM X02_CON_TRO WHERE CDCON = '000010'"), before);
+        QCOMPARE(pair.target.Rows("SELECT TBNAM, TBKEY, NRNUM FROM X02_NUM_TEL"), QStringList("CON_TRO|000010|041"));
+        QCOMPARE(pair.target.Rows("SELECT TBNAM, TBKEY, WBIND FROM X02_IND_WEB"), QStringList("CON_TRO|000010|a@b.it"));
+        QCOMPARE(pair.target.Rows("SELECT CDCON, RFNOM FROM X02_CON_RIF ORDER BY RECORD_ID"),
+                 QStringList({"000010|Anna", "000011|Ugo"}));
+        QCOMPARE(pair.target.Rows("SELECT CDCON, CDSED, SERAS FROM X02_CON_SED"), QStringList("000010|001|Deposito"));
+        QCOMPARE(result.copied, (QMap<QString, qint64>{
+                                    {"CON_TRO", 2}, {"NUM_TEL", 1}, {"IND_WEB", 1}, {"CON_RIF", 2}, {"CON_SED", 1}}));
+        QCOMPARE(result.merged, 5);
+        QCOMPARE(pair.target.Person.Events.last(), QString("[i] Fusione completata correttamente!"));
+    }
+
+    void referencesStayWithoutTheFlag() {
+        Pair pair;
+        FillAll(pair);
+        const QStringList before = Contents(pair.target).filter(QRegularExpression("^X01")) +
+                                   pair.target.Rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM");
+        QVERIFY(pair.Merge(false));
+        QCOMPARE(Contents(pair.target).filter(QRegularExpression("^X01")) +
+                     pair.target.Rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM"),
+                 before);
+    }
+
+    void referencesOfTheSourceAreRepointed() {
+        Pair pair;
+        FillAll(pair);
+        MergeResult result;
+        QVERIFY(pair.Merge(true, &result));
+        const auto rows = [&pair](const char* query) { return pair.target.Rows(query).join(' '); };
+        QCOMPARE(rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM"), QString("000010 000009 000009 000999"));
+        QCOMPARE(rows("SELECT ARCLI FROM X01_ART_ICO ORDER BY CDART"), QString("000007 000010 NULL"));
+        QCOMPARE(rows("SELECT CDCON FROM X01_CON_RIF ORDER BY RFNOM"), QString("000010 000007 000011"));
+        // Keys of other tables in the same column are no counterparties, whatever they look like.
+        QCOMPARE(rows("SELECT TBKEY FROM X01_NUM_TEL ORDER BY NRNUM"), QString("000010 000007 000007"));
+        QCOMPARE(rows("SELECT FLKEY FROM X01_FLD_VAL ORDER BY FLVAL"), QString("000011 000001 MIX"));
+        // The preferred carrier: in the source, and in the copy that was made of it.
+        QCOMPARE(rows("SELECT COVEP FROM X01_CON_TRO WHERE COVEP IS NOT NULL ORDER BY CDCON"),
+                 QString("000011 000007"));
+        QCOMPARE(rows("SELECT COVEP FROM X02_CON_TRO WHERE CDCON = '000010'"), QString("000007"));
+        // The source's own codes, and the documents of the destination.
+        QCOMPARE(rows("SELECT CDCON FROM X01_CON_TRO ORDER BY CDCON"), QString("000001 000002 000003 000007 000010"));
+        QCOMPARE(rows("SELECT DTCON FROM X02_DOC_VEN"), QString("000007"));
+        QCOMPARE(result.referencesUpdated, 15);
+    }
+
+    void conditionThatIsAComparison() {
+        Pair pair;
+        FillAll(pair);
+        pair.target.Execute("DELETE FROM SYS_SYS WHERE TABLK = 'CON_TRO'");
+        pair.target.Execute("INSERT INTO SYS_SYS (TABLK, COLLK, TABNM, COLNM, CONNM) VALUES "
+                            "('CON_TRO', 'CDCON', 'DOC_VEN', 'DTCON', 'DTNUM > 1'), "
+                            "('ART_ICO', 'CDART', 'CON_TRO', 'CORAS', NULL)");
+        QVERIFY(pair.Merge(true));
+        QCOMPARE(pair.target.Rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM"),
+                 QStringList({"000007", "000009", "000009", "000999"}));
+    }
+
+    void log() {
+        Pair pair;
+        FillAll(pair);
+        QVERIFY(pair.Merge(false));
+        QStringList lines = QString::fromLatin1(pair.target.Log("fusione.log")).split("\r\n", Qt::SkipEmptyParts);
+        for (QString& line : lines) {
+            QVERIFY(line.startsWith("05/03/2024 10:20:30 - "));
+            line.remove(0, 22);
+        }
+        QCOMPARE(lines,
+                 QStringList({"Inizio fusione controparti da X01 a X02",
+                              "000001 Rossi Mario   -->   000007 Rossi Mario & C. S.n.c.   PARTITA IVA",
+                              "000002 Bianchi Laura   -->   000009 Bianchi   CODICE FISCALE",
+                              "000003 Bianchi   -->   000009 Bianchi   RAGIONE SOCIALE",
+                              "000007 Verdi S.r.l.   -->   000010 Verdi S.r.l.   NUOVO!!!!",
+                              "000010 Neri d'Est S.p.A.   -->   000011 Neri d'Est S.p.A.   NUOVO!!!!",
+                              "Controparti fuse: 5 (PARTITA IVA 1, CODICE FISCALE 1, RAGIONE SOCIALE 1, NUOVO!!!! 2)",
+                              "Corrispondenze per sola ragione sociale, da verificare: 1"}));
+    }
+
+    void previewWritesNothing() {
+        Pair pair;
+        FillAll(pair);
+        const QStringList before = Contents(pair.target);
+        const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "x01", "x02", true);
+        QCOMPARE(preview.outcome, RunResult::Outcome::Done);
+        QCOMPARE(preview.matches.size(), 5);
+        QCOMPARE(preview.Count(MergeCriterion::New), 2);
+        QCOMPARE(preview.merged, 0);
+        QCOMPARE(Contents(pair.target), before);
+        QVERIFY(pair.target.Log("fusione.log").isEmpty());
+        QVERIFY(pair.target.Person.Messages.isEmpty());
+    }
+
+    void errorsBeforeTheFirstWrite_data() {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("to");
+        QTest::addColumn<QString>("statement");
+        QTest::addColumn<QString>("told");
+        const auto row = [](const char* name, const char* from, const char* to, const char* statement,
+                            const char* told) {
+            QTest::newRow(name) << QString(from) << QString(to) << QString(statement) << QString::fromUtf8(told);
+        };
+        row("same company", "X01", "x01", "", "'X01': di partenza e di destinazione devono essere diverse");
+        row("unknown source", "X09", "X02", "", "Azienda 'X09': non esiste");
+        row("unknown destination", "X01", "", "", "Azienda '': non esiste");
+        row("code of the source", "X01", "X02", "UPDATE X01_CON_TRO SET CDCON = '12A' WHERE CDCON = '000010'",
+            "X01_CON_TRO, colonna CDCON: '12A'");
+        row("code of the destination", "X01", "X02", "UPDATE X02_CON_TRO SET CDCON = '0000009' WHERE CDCON = '000009'",
+            "X02_CON_TRO, colonna CDCON: '0000009'");
+        row("no more codes", "X01", "X02", "UPDATE X02_CON_TRO SET CDCON = '999999' WHERE CDCON = '000009'",
+            "i codici di sei cifre sono finiti");
+        row("table of the dictionary", "X01", "X02", "DROP TABLE X01_DOC_ACQ", "X01_DOC_ACQ non esiste");
+        row("column of the dictionary", "X01", "X02",
+            "UPDATE SYS_SYS SET COLNM = 'DTXXX' WHERE TABNM = 'DOC_ACQ' AND COLNM = 'DTCON'", "DTXXX");
+        row("column of the destination", "X01", "X02", "ALTER TABLE X02_CON_SED DROP COLUMN SERIF", "SERIF");
+        row("a code that cannot be marked", "X01", "X02",
+            "UPDATE X02_CON_TRO SET CDCON = '111111' WHERE CDCON = '000009'; "
+            "UPDATE X01_CON_TRO SET CDCON = '111111' WHERE CDCON = '000010'",
+            "il nuovo codice 111111 non contiene zeri");
+    }
+    void errorsBeforeTheFirstWrite() {
+        Pair pair;
+        FillAll(pair);
+        QFETCH(QString, from);
+        QFETCH(QString, to);
+        QFETCH(QString, statement);
+        QFETCH(QString, told);
+        pair.target.Db().ExecuteScript(statement);
+        const QStringList before = Contents(pair.target);
+        MergeResult result;
+        QVERIFY(!FusioneControparti(pair.target.Get(), from, to, true, &result));
+        QVERIFY2(pair.Error().contains(told), qPrintable(pair.Error()));
+        QCOMPARE(pair.target.Person.Reported.last().procedure, QString("FusioneControparti"));
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QCOMPARE(Contents(pair.target), before);
+        QVERIFY(pair.target.Log("fusione.log").isEmpty());
+        QVERIFY(!pair.target.Person.IsBusy());
+    }
+
+    void cancelStopsBetweenTwoCounterparties() {
+        Pair pair;
+        FillAll(pair);
+        QStringList whole;
+        {
+            Pair other;
+            FillAll(other);
+            QVERIFY(other.Merge(true));
+            whole = Contents(other.target);
+        }
+        pair.target.Db().Trace = [&pair](const QString& statement) {
+            if (statement.startsWith("INSERT")) {
+                pair.target.Person.CancelAt = 0;
+            }
+        };
+        MergeResult result;
+        QVERIFY(!pair.Merge(true, &result));
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(result.merged, 4);
+        QVERIFY(pair.target.Log("fusione.log").contains("Fusione interrotta: 4 controparti fuse su 5"));
+        QCOMPARE(pair.target.Value("SELECT DTCON FROM X01_DOC_VEN WHERE DTNUM = 1"), QString("XXXX1X"));
+        QVERIFY(pair.target.Person.Messages.isEmpty());
+        QVERIFY(pair.target.Person.Progresses.back().closed);
+        pair.target.Db().Trace = nullptr;
+        pair.target.Person.CancelAt.reset();
+        QVERIFY(pair.Merge(true));
+        QCOMPARE(Contents(pair.target), whole);
+    }
+
+    /// Wherever a statement fails, the next run ends where an undisturbed one does.
+    void secondRunCompletesWhatFailedAtAnyStatement() {
+        Pair pair;
+        FillAll(pair);
+        TestTarget& target = pair.target;
+        const QString file = target.Db().DatabaseName;
+        target.Db().CloseConnection();
+        QVERIFY(QFile::copy(file, file + ".start"));
+        const auto startAgain = [&] {
+            target.Db().CloseConnection();
+            return QFile::remove(file) && QFile::copy(file + ".start", file);
+        };
+
+        target.Db().OpenConnection();
+        int statements = 0;
+        target.Db().Trace = [&statements](const QString&) { ++statements; };
+        QVERIFY(pair.Merge(true));
+        target.Db().Trace = nullptr;
+        const QStringList whole = Contents(target);
+
+        int marksLeft = 0;
+        for (int failing = 1; failing <= statements; ++failing) {
+            QVERIFY(startAgain());
+            target.Db().OpenConnection();
+            int count = 0;
+            target.Db().Trace = [&](const QString& statement) {
+                if (++count == failing) {
+                    throw SqlError(statement, "fault");
+                }
+            };
+            QVERIFY2(!pair.Merge(true), qPrintable(QString::number(failing)));
+            target.Db().Trace = nullptr;
+            marksLeft += target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'").toInt() > 0 ? 1 : 0;
+            QVERIFY(pair.Merge(true));
+            QVERIFY2(Contents(target) == whole, qPrintable(QString::number(failing)));
+        }
+        QVERIFY(marksLeft > 0);
+    }
+};
+
+QUADRIX_TEST(TestMerge)
+#include "test_merge.moc"
