@@ -12,8 +12,16 @@ inline const QString Arclfr = QStringLiteral("ARCLFR");
 /// Phases of the articles.
 inline const QString Arcfas = QStringLiteral("arcfas");
 
+/// Condition of a run of a single code; empty for a run of all.
+QString WhereCode(const contract::ImportRun& run, const QString& column, const QString& singleCode);
 /// CDART of an article's code.
 QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
+
+const contract::Needs& ArticoliNeeds();
+void ImportArticoliGescom(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& ListiniNeeds();
+void ImportListiniGescom(Session& session, const QString& singleCode, bool reset);
 
 const contract::Needs& DistinteNeeds();
 void ImportDistinteGescom(Session& session, const QString& singleCode, bool reset);

@@ -118,8 +118,7 @@ void ImportDistinteGescom(Session& session, const QString& singleCode, bool rese
         run.Announce("Inizio importazione Distinte Base da Gescom");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
-        const QString where =
-            singleCode.isEmpty() ? QString() : QString("\rWHERE PADISBAS = " + run.Quoted(singleCode));
+        const QString where = WhereCode(run, "PADISBAS", singleCode);
         BillWriter writer(run);
         bool found = false;
         const bool toTheEnd =
