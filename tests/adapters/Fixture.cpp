@@ -23,6 +23,15 @@ void WriteFile(const QString& path, const QByteArray& content) {
     }
 }
 
+/// A copy is as old as it was on 2 January 2024: its time is part of what attachments tell.
+void CopyFile(const QString& from, const QString& to) {
+    QFile copy(to);
+    if (!QFile::copy(from, to) || !copy.open(QIODevice::ReadWrite) ||
+        !copy.setFileTime(QDateTime(QDate(2024, 1, 2), QTime(8, 30)), QFileDevice::FileModificationTime)) {
+        throw ImportError("Non si può copiare " + from);
+    }
+}
+
 /// "name=a,b" of a line of run.txt.
 QStringList ListOf(const QStringList& words, const QString& name) {
     for (const QString& word : words) {
@@ -60,7 +69,9 @@ Fixture::Fixture(const QString& folder, const contract::Origin& origin)
     m_target.Get().Config.SetConfigFile(settings);
     m_target.Db().ExecuteScript(Read("target.sql"));
     m_before = TargetRows();
-    m_target.Db().Trace = [this](const QString& statement) { m_statements += statement + ";\n"; };
+    m_target.Db().Trace = [this](const QString& statement) {
+        m_statements += QString(statement).replace(m_target.Folder.path(), "%FOLDER%") + ";\n";
+    };
 }
 
 QString Fixture::Read(const QString& name) const { return ReadFile(m_folder + '/' + name); }
@@ -83,7 +94,7 @@ void Fixture::MakeSource() {
     }
     const QDir files(m_folder + "/files");
     for (const QString& name : files.entryList(QDir::Files)) {
-        QFile::copy(files.filePath(name), m_source + '/' + name);
+        CopyFile(files.filePath(name), m_source + '/' + name);
     }
 }
 
