@@ -107,8 +107,8 @@ DbfWriter::DbfWriter(const QString& path, const QVector<Column>& columns, DbfSty
         m_layout.append({m_recordLength, length});
         m_recordLength += length;
         hasMemo = hasMemo || column.type == 'M';
-        m_column = column.name;
-        if (length < 1 || length > 254 || (qstrlen(column.name) > LongestName && m_style.container.isEmpty())) {
+        m_column = column.name.constData();
+        if (length < 1 || length > 254 || (column.name.size() > LongestName && m_style.container.isEmpty())) {
             Fail(QStringLiteral("una colonna ha da 1 a 254 byte e un nome di 10 caratteri al più"));
         }
     }
@@ -142,7 +142,7 @@ void DbfWriter::WriteHeader() {
     for (int index = 0; index < count; ++index) {
         const Column& column = Columns()[index];
         char* descriptor = header.data() + HeaderLength + index * DescriptorLength;
-        qstrncpy(descriptor, column.name, LongestName + 1);
+        qstrncpy(descriptor, column.name.constData(), LongestName + 1);
         descriptor[11] = column.type;
         Put(descriptor + 12, static_cast<quint32>(m_layout[index].offset));
         descriptor[16] = static_cast<char>(m_layout[index].length);
@@ -181,7 +181,7 @@ void DbfWriter::Write(const QVector<QVariant>& row, bool isDeleted) {
     m_buffer[start] = isDeleted ? '*' : ' ';
     ++m_rows;
     for (int index = 0; index < row.size(); ++index) {
-        m_column = Columns()[index].name;
+        m_column = Columns()[index].name.constData();
         const Layout& at = m_layout[index];
         WriteValue(Columns()[index], m_buffer.data() + start + at.offset, at.length, row[index]);
     }
@@ -281,6 +281,8 @@ std::unique_ptr<TableWriter> DbfFolder::Create(const QString& table, const QVect
     m_tables.append({table, columns});
     return std::make_unique<DbfWriter>(m_folder + u'/' + table + QStringLiteral(".dbf"), columns, m_style);
 }
+
+void DbfFolder::AddIndex(const QString&, const QStringList&) {}
 
 void DbfFolder::Finish() {
     if (m_style.container.isEmpty()) {

@@ -57,6 +57,8 @@ class DbfFolder final : public Store {
 public:
     explicit DbfFolder(QString folder, DbfStyle style = {});
     std::unique_ptr<TableWriter> Create(const QString& table, const QVector<Column>& columns) override;
+    /// A reader of the tables indexes what it needs: nothing is written.
+    void AddIndex(const QString& table, const QStringList& columns) override;
     /// Writes the container, when the style names one: the tables made so far and their columns.
     void Finish() override;
 

@@ -11,7 +11,7 @@ TableWriter& TableWriter::Set(const char* column, const QVariant& value) {
     const auto count = static_cast<int>(m_columns.size());
     for (int step = 0; step < count; ++step) {
         const int index = (m_next + step) % count;
-        if (qstrcmp(m_columns[index].name, column) == 0) {
+        if (m_columns[index].name == column) {
             m_row[index] = value;
             m_next = (index + 1) % count;
             return *this;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
 
@@ -20,7 +21,7 @@ public:
 
 /// A column of a table, in the terms of dBase.
 struct Column {
-    const char* name;
+    QByteArray name;
     char type;        ///< C text, N number, D date, T date and time, L logical, I integer, B double, Y money, M memo
     int length = 0;   ///< characters of C, digits of N; the other types have one length
     int decimals = 0; ///< of N
@@ -70,6 +71,8 @@ public:
     virtual ~Store() = default;
     /// Starts a table; one of that name that is there already is replaced. Raises `ExampleError`.
     virtual std::unique_ptr<TableWriter> Create(const QString& table, const QVector<Column>& columns) = 0;
+    /// Lets rows be found by these columns, where the kind of store has indexes.
+    virtual void AddIndex(const QString& table, const QStringList& columns) = 0;
     /// Completes the store, after its tables. Raises `ExampleError`.
     virtual void Finish() = 0;
 };

@@ -55,6 +55,12 @@ void WriteTotals(const QString& folder, const Totals& totals) {
 const QVector<Example>& Examples() {
     static const QVector<Example> examples{
         {"arca2000", "Arca 2000: cartella di tabelle FoxPro", {"controparti", "articoli", "conti"}, MakeArca2000},
+        {"winprogest", "WinProgest: cartella di tabelle dBase", {"articoli", "distinte", "documenti"}, MakeWinProgest},
+        {"winprogest-server",
+         "WinProgest: le stesse tabelle in un database",
+         {"articoli", "distinte", "documenti"},
+         MakeWinProgestServer},
+        {"gescom", "Gescom: tabelle in un database", {"controparti", "articoli", "distinte", "documenti"}, MakeGescom},
     };
     return examples;
 }

@@ -45,5 +45,8 @@ QString MakeCode(QChar letter, qint64 number, int digits);
 
 // The examples, one file each.
 Totals MakeArca2000(const Options& options);
+Totals MakeWinProgest(const Options& options);
+Totals MakeWinProgestServer(const Options& options);
+Totals MakeGescom(const Options& options);
 
 } // namespace examples

@@ -41,6 +41,9 @@ bool IsTaxCode(const QString& text);
 /// The check letter (CIN) of bank coordinates: five digits ABI, five digits CAB, twelve characters of account.
 QString BankCheck(const QString& abi, const QString& cab, const QString& account);
 
+/// An Italian IBAN, its check digits calculated.
+QString MakeIban(const QString& check, const QString& abi, const QString& cab, const QString& account);
+
 struct Bank {
     QString abi;
     QString cab;

@@ -86,6 +86,18 @@ bool IsTaxCode(const QString& text) {
     return text.size() == TaxCharacters && CheckLetter(text.left(TaxCharacters - 1)) == text.back();
 }
 
+QString MakeIban(const QString& check, const QString& abi, const QString& cab, const QString& account) {
+    constexpr int modulus = 97;
+    const QString coordinates = check + abi + cab + account;
+    int rest = 0;
+    for (const QChar character : QString(coordinates + QStringLiteral("IT00"))) {
+        // A letter counts as two digits: A is 10.
+        const int worth = character.isDigit() ? character.digitValue() : character.unicode() - u'A' + 10;
+        rest = (rest * (worth > 9 ? 100 : 10) + worth) % modulus;
+    }
+    return QStringLiteral("IT%1%2").arg(modulus + 1 - rest, 2, 10, QLatin1Char('0')).arg(coordinates);
+}
+
 QString BankCheck(const QString& abi, const QString& cab, const QString& account) {
     return CheckLetter(abi + cab + account);
 }

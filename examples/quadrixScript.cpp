@@ -15,8 +15,13 @@ void QuadrixScript::VatCode(const QString& code, const QString& description, int
     Replace("TAB_IVA", {"CDIVA", "IVDES", "IVALI"}, {code, description, QString::number(rate)}, 1);
 }
 
-void QuadrixScript::CompanyRow(const QString& table, const QStringList& columns, const QStringList& values) {
-    Replace(m_company + u'_' + table, columns, values, 1);
+void QuadrixScript::DocumentReason(const QString& category, const QString& code, const QString& type) {
+    Replace(m_company + QStringLiteral("_CAU_DOC"), {"CDCAT", "CDCAD", "CDTIP", "CDMAG"}, {category, code, type, "001"},
+            2);
+}
+
+void QuadrixScript::WorkCentre(const QString& code, const QString& description) {
+    Replace(m_company + QStringLiteral("_LAV_ORA"), {"CDLAV", "LVDES"}, {code, description}, 1);
 }
 
 void QuadrixScript::Replace(const QString& table, const QStringList& columns, const QStringList& values, int keys) {

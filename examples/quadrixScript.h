@@ -16,8 +16,10 @@ public:
     void Translate(const QString& table, const QString& field, const QString& oldCode, const QString& newCode);
     /// A VAT code. @param rate percent
     void VatCode(const QString& code, const QString& description, int rate);
-    /// A row of a table of the company (bare name), replaced when its key is there.
-    void CompanyRow(const QString& table, const QStringList& columns, const QStringList& values);
+    /// A document reason of the company. @param category e.g. "VEN" @param type e.g. "DDT"
+    void DocumentReason(const QString& category, const QString& code, const QString& type);
+    /// A work centre of the company.
+    void WorkCentre(const QString& code, const QString& description);
     /// Writes "quadrix.sql". Raises `ExampleError`.
     void Write(const QString& folder) const;
 

@@ -1,0 +1,34 @@
+#include "examples/amounts.h"
+
+namespace examples {
+
+Amount MakeAmount(Random& random, bool hasDiscounts) {
+    static constexpr int discounts[][3] = {{10, 0, 0}, {50, 0, 0}, {10, 20, 0}, {20, 50, 0}, {10, 20, 50}};
+    Amount amount;
+    amount.quantity = random.Between(1, 200);
+    if (!hasDiscounts || !random.Chance(30)) {
+        const qint64 price = random.Between(5, 99999);
+        amount.price = static_cast<double>(price) / 100;
+        amount.cents = amount.quantity * price;
+        return amount;
+    }
+    const qint64 price = random.Between(1, 900);
+    amount.price = static_cast<double>(price);
+    amount.cents = amount.quantity * price * 100;
+    const auto& chosen = random.Pick(discounts);
+    for (int i = 0; i < 3; ++i) {
+        amount.discounts[i] = chosen[i];
+        amount.cents = amount.cents * (100 - chosen[i]) / 100;
+    }
+    return amount;
+}
+
+Totals DocumentSums::Counted() const {
+    const QString euro = QStringLiteral("%1.%2").arg(m_cents / 100).arg(m_cents % 100, 2, 10, QLatin1Char('0'));
+    return {{m_kind + u": documenti", QString::number(m_documents)},
+            {m_kind + u": righe", QString::number(m_rows)},
+            {m_kind + u": somma delle quantità", QString::number(m_quantity)},
+            {m_kind + u": somma degli imponibili", euro}};
+}
+
+} // namespace examples
