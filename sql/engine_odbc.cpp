@@ -50,17 +50,8 @@ public:
     void Interrupt() noexcept override { m_connection->Interrupted = true; }
 
     qint64 LastInsertId() override {
-        switch (m_dbms) {
-        case QSqlDriver::MSSqlServer:
-        case QSqlDriver::Sybase:
-            return Number(QStringLiteral("SELECT @@IDENTITY"));
-        case QSqlDriver::MySqlServer:
-            return Number(QStringLiteral("SELECT LAST_INSERT_ID()"));
-        case QSqlDriver::SQLite:
-            return Number(QStringLiteral("SELECT last_insert_rowid()"));
-        default:
-            return Number(QStringLiteral("SELECT @@IDENTITY"));
-        }
+        const bool mySql = m_dbms == QSqlDriver::MySqlServer;
+        return Number(mySql ? QStringLiteral("SELECT LAST_INSERT_ID()") : QStringLiteral("SELECT @@IDENTITY"));
     }
 
     QStringList Tables() override {

@@ -58,19 +58,27 @@ QString Unquoted(const QString& value) {
     return inner.replace(QString(2, close), QString(close));
 }
 
+/// A piece without "=" belongs to the value before it: a password with a ";" that nobody put between braces.
 Parts Read(const QString& text) {
     Parts parts;
     for (qsizetype at = 0; at < text.size();) {
         const qsizetype equals = text.indexOf(u'=', at);
-        if (equals < 0) {
-            break;
+        const qsizetype semicolon = text.indexOf(u';', at);
+        const qsizetype pieceEnd = semicolon < 0 ? text.size() : semicolon;
+        if (equals < 0 || equals > pieceEnd) {
+            const QString piece = text.mid(at, pieceEnd - at);
+            if (!parts.isEmpty() && !piece.trimmed().isEmpty()) {
+                parts.last().value += u';' + piece;
+            }
+            at = pieceEnd + 1;
+            continue;
         }
         qsizetype start = equals + 1;
         while (start < text.size() && text.at(start) == u' ') {
             ++start;
         }
         const qsizetype end = EndOfValue(text, start);
-        parts.append({text.mid(at, equals - at).remove(u';').trimmed(), Unquoted(text.mid(start, end - start))});
+        parts.append({text.mid(at, equals - at).trimmed(), Unquoted(text.mid(start, end - start))});
         at = end + 1;
     }
     return parts;

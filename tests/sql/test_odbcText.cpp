@@ -1,0 +1,208 @@
+#include "sql/odbcText.h"
+#include "sql/ovConnection.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+/// Connection strings, and ODBC itself over a driver that needs no server.
+class TestOdbc : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ConnectionTexts_data();
+    void ConnectionTexts();
+    void NothingToConnectTo();
+    void PasswordsAreCovered_data();
+    void PasswordsAreCovered();
+    void QtNames_data();
+    void QtNames();
+    void MissingDrivers_data();
+    void MissingDrivers();
+    void RowsOfADriver();
+};
+
+namespace {
+
+ConnectionSettings Settings(const QString& server, const QString& database, const QString& user = {},
+                            const QString& password = {}) {
+    ConnectionSettings settings;
+    settings.server = server;
+    settings.databaseName = database;
+    settings.user = user;
+    settings.password = password;
+    return settings;
+}
+
+ConnectionSettings WithDriver(ConnectionSettings settings, const QString& driver) {
+    settings.driver = driver;
+    return settings;
+}
+
+ConnectionSettings Integrated(ConnectionSettings settings) {
+    settings.networkCredential = true;
+    return settings;
+}
+
+ConnectionSettings Dsn(ConnectionSettings settings, const QString& dsn) {
+    settings.dsn = dsn;
+    return settings;
+}
+
+ConnectionSettings Written(const QString& text) {
+    ConnectionSettings settings = Settings("unused", "unused", "unused", "unused");
+    settings.connectionString = text;
+    return settings;
+}
+
+} // namespace
+
+void TestOdbc::ConnectionTexts_data() {
+    QTest::addColumn<ConnectionSettings>("settings");
+    QTest::addColumn<Provider>("provider");
+    QTest::addColumn<QString>("text");
+    const auto add = [](const char* name, const ConnectionSettings& settings, Provider provider, const char* text) {
+        QTest::newRow(name) << settings << provider << QString(text);
+    };
+#ifndef Q_OS_WIN
+    add("SQL Server", Settings("SRV", "QUADRIX", "sa", "p"), Provider::SqlServer,
+        "DRIVER=FreeTDS;SERVER=SRV;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;DATABASE=QUADRIX;UID=sa;PWD=p;");
+    add("SQL Server, port", Settings("SRV, 1533", "Q", "sa"), Provider::SqlServer,
+        "DRIVER=FreeTDS;SERVER=SRV;PORT=1533;TDS_Version=7.4;ClientCharset=UTF-8;DATABASE=Q;UID=sa;");
+    add("SQL Server, instance", Settings("SRV\\SQLEXPRESS", "Q", "sa"), Provider::SqlServer,
+        "DRIVER=FreeTDS;SERVER=SRV\\SQLEXPRESS;TDS_Version=7.4;ClientCharset=UTF-8;DATABASE=Q;UID=sa;");
+    add("SQL Server, signed on", Integrated(Settings("SRV", "Q", "sa", "p")), Provider::SqlServer,
+        "DRIVER=FreeTDS;SERVER=SRV;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;DATABASE=Q;Trusted_Connection=Yes;");
+    add("Oracle", Settings("srv:1521", "ORCL", "scott", "tiger"), Provider::Oracle,
+        "DRIVER=Oracle;DBQ=//srv:1521/ORCL;UID=scott;PWD=tiger;");
+    add("Oracle, alias", Settings("", "ORCL", "scott", "tiger"), Provider::Oracle,
+        "DRIVER=Oracle;DBQ=ORCL;UID=scott;PWD=tiger;");
+    add("Access", Settings("", "C:\\dati\\OS1.mdb"), Provider::Access, "DRIVER=MDBTools;DBQ=C:\\dati\\OS1.mdb;");
+#endif
+    add("named driver", WithDriver(Settings("SRV,1533", "Q", "sa", "p"), "ODBC Driver 18 for SQL Server"),
+        Provider::SqlServer, "DRIVER=ODBC Driver 18 for SQL Server;SERVER={SRV,1533};DATABASE=Q;UID=sa;PWD=p;");
+    add("hard password", WithDriver(Settings("SRV", "Q", "sa", "a;b}c"), "D"), Provider::SqlServer,
+        "DRIVER=D;SERVER=SRV;DATABASE=Q;UID=sa;PWD={a;b}}c};");
+    add("Microsoft's Oracle", WithDriver(Settings("srv", "ORCL", "u", "p"), "Microsoft ODBC for Oracle"),
+        Provider::Oracle, "DRIVER=Microsoft ODBC for Oracle;SERVER=//srv/ORCL;UID=u;PWD=p;");
+    add("MySQL's driver streams", WithDriver(Settings("srv", "Q", "u", "p"), "MySQL ODBC 8.0 Unicode Driver"),
+        Provider::MySql, "OPTION=3145728;DRIVER=MySQL ODBC 8.0 Unicode Driver;SERVER=srv;DATABASE=Q;UID=u;PWD=p;");
+    add("DSN", Dsn(Settings("unused", "", "u", "p"), "MEXAL"), Provider::SqlServer, "DSN=MEXAL;UID=u;PWD=p;");
+    add("DSN, database", Dsn(Settings("", "Q"), "MEXAL"), Provider(7), "DSN=MEXAL;DATABASE=Q;");
+    add("as written", Written("Driver={X};Foo=1"), Provider::SqlServer, "Driver={X};Foo=1");
+    add("OLE DB over ODBC",
+        Written(
+            "Provider=MSDASQL.1;Password=p;w;Persist Security Info=True;User ID=u;Data Source=SAM;Initial Catalog=DB"),
+        Provider::SqlServer, "PWD={p;w};UID=u;DSN=SAM;DATABASE=DB;");
+    add("OLE DB, quoted password", Written("Provider=MSDASQL.1;Password=\"p;w\";User ID=u;Data Source=SAM"),
+        Provider::SqlServer, "PWD={p;w};UID=u;DSN=SAM;");
+    add("OLE DB, blanks", Written("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"), Provider::Access,
+        "UID=Admin;DSN=LibertyCommerce;");
+}
+
+void TestOdbc::ConnectionTexts() {
+    QFETCH(ConnectionSettings, settings);
+    QFETCH(Provider, provider);
+    QTEST(odbc::ConnectionText(settings, provider), "text");
+}
+
+void TestOdbc::NothingToConnectTo() {
+    QVERIFY(ErrorOf<ImportError>([] { odbc::ConnectionText({}, Provider::SqlServer); }));
+    QVERIFY(ErrorOf<ImportError>([] { odbc::ConnectionText(Settings("SRV", "DB"), Provider(7)); }));
+}
+
+void TestOdbc::PasswordsAreCovered_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("covered");
+    QTest::newRow("plain") << "UID=u;PWD=segreto;DATABASE=D"
+                           << "UID=u;PWD=***;DATABASE=D";
+    QTest::newRow("at the end") << "uid=u;pwd = segreto"
+                                << "uid=u;pwd=***";
+    QTest::newRow("braces") << "PWD={a;b}}c};UID=u"
+                            << "PWD=***;UID=u";
+    QTest::newRow("quotes") << "Password=\"a;b\";User ID=u"
+                            << "Password=***;User ID=u";
+    QTest::newRow("none") << "DSN=X;UID=u"
+                          << "DSN=X;UID=u";
+}
+
+void TestOdbc::PasswordsAreCovered() {
+    QFETCH(QString, text);
+    QTEST(odbc::WithoutPassword(text), "covered");
+}
+
+void TestOdbc::QtNames_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("driver") << "Driver={X};Dbq=a"
+                            << "Driver={X};Dbq=a";
+    QTest::newRow("DSN") << "DSN=SAM;UID=u;PWD={a;b}"
+                         << "SAM;UID=u;PWD={a;b};";
+    QTest::newRow("DSN behind") << "PWD=p;UID=u;DSN=SAM"
+                                << "SAM;PWD=p;UID=u;";
+    QTest::newRow("DSN and server") << "DSN=SAM;SERVER=x"
+                                    << "DSN=SAM;SERVER=x";
+}
+
+void TestOdbc::QtNames() {
+    QFETCH(QString, text);
+    QTEST(odbc::QtDatabaseName(text), "name");
+}
+
+void TestOdbc::MissingDrivers_data() {
+    QTest::addColumn<QString>("driver");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("known") << "PostgreSQL Unicode"
+                           << "su Debian è nel pacchetto odbc-postgresql";
+    QTest::newRow("unknown") << "Driver di nessuno"
+                             << "'Driver di nessuno' non è installato";
+}
+
+void TestOdbc::MissingDrivers() {
+    QFETCH(QString, driver);
+    QFETCH(QString, words);
+    ovConnection connection;
+    connection.Driver = driver;
+    connection.Server = "srv";
+    connection.User = "u";
+    connection.Password = "segreto";
+    const auto error = ErrorOf<SqlError>([&] { connection.OpenConnection(); });
+    QVERIFY(error);
+    QVERIFY2(error->Message().contains(words), qPrintable(error->Message()));
+    QVERIFY2(!error->Message().contains("segreto"), qPrintable(error->Message()));
+}
+
+void TestOdbc::RowsOfADriver() {
+    const QTemporaryDir folder;
+    ovConnection connection;
+    connection.ConnectionString = "Driver={SQLite3};Database=" + folder.filePath("a.db");
+    connection.ProviderType = Provider(7);
+    const auto refused = ErrorOf<SqlError>([&] { connection.OpenConnection(); });
+    if (refused) {
+        QSKIP(qPrintable(refused->Message()));
+    }
+    connection.Execute("CREATE TABLE T (ID INTEGER PRIMARY KEY, A VARCHAR(20), D DOUBLE, M DATETIME)");
+    connection.BeginTrans();
+    for (int row = 1; row <= 3000; ++row) {
+        connection.Execute(QStringLiteral("INSERT INTO T (A, D) VALUES ('perché %1', 1.5)").arg(row));
+    }
+    connection.CommitTrans();
+    QCOMPARE(connection.GetTables(), QStringList{"T"});
+    QCOMPARE(connection.GetColumns("T").size(), 4);
+    int count = 0;
+    for (Recordset rows = connection.ExecuteWC("SELECT ID, A, M FROM T ORDER BY ID"); !rows.Eof(); rows.MoveNext()) {
+        QCOMPARE(rows.Value("A").toString(), QStringLiteral("perché %1").arg(++count));
+        QVERIFY(rows.Value("M").isNull());
+        if (count % 100 == 0) {
+            QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM T"), 3000);
+        }
+    }
+    QCOMPARE(count, 3000);
+    const auto error = ErrorOf<SqlError>([&] { connection.ExecuteWC("SELECT NOCOL FROM T"); });
+    QVERIFY(error && error->Message().contains("NOCOL") && error->Statement() == "SELECT NOCOL FROM T");
+}
+
+QUADRIX_TEST(TestOdbc)
+
+#include "test_odbcText.moc"
