@@ -126,8 +126,8 @@ bool RiallineaDRORI(ImportRun& run, Kind which, const QString& singleCode) {
         return true;
     }
     run.Preflight(NeedsOf(kind));
-    const QString unique = "SELECT NUMDOC, YEAR(DATDOC) AS ANNO FROM " + kind.head +
-                           WhereCode(run, "NUMDOC", singleCode) +
+    const QString unique = "SELECT NUMDOC, YEAR(DATDOC) AS ANNO FROM " + kind.head + "\rWHERE DATDOC IS NOT NULL" +
+                           (singleCode.isEmpty() ? QString() : QString(" AND NUMDOC = " + run.Quoted(singleCode))) +
                            "\rGROUP BY NUMDOC, YEAR(DATDOC)\rHAVING COUNT(*) = 1";
     const QString count = "SELECT COUNT(*) FROM (" + unique + ") UNICI";
     if (session.SourceConnection().ExecuteCommand(count) == 0) {
@@ -153,7 +153,8 @@ void RiallineaDRORIWinProgest(Session& session, const QString& singleCode, bool 
         const bool toTheEnd =
             std::all_of(chosen.begin(), chosen.end(), [&](Kind kind) { return RiallineaDRORI(run, kind, singleCode); });
         if (toTheEnd && !chosen.empty()) {
-            run.Complete("Riallineamento DRORI eseguito correttamente!");
+            run.Complete(QStringLiteral("Riallineamento DRORI eseguito correttamente: %1 righe")
+                             .arg(run.WrittenRows(Sales.row)));
         }
     });
 }
