@@ -257,6 +257,9 @@ QString TranslationOf(const Session& session, const QString& carrier) {
 /// to a customer or supplier since, when the counterparties were emptied and numbered anew: then it is none.
 QString CodeBefore(Session& session, const QString& carrier) {
     const QString code = modImport::GetNewCode(session, VettoriTable, "CDVETTOR", carrier, false);
+    if (code.isEmpty()) {
+        return {};
+    }
     const bool byImport =
         IdWhere(session, "SYS_IMP",
                 TranslationOf(session, carrier) + " AND " + Equals(session, "USINS", "SYSTEM_IMPORT")) != 0;
@@ -271,12 +274,13 @@ void StoreCode(ImportRun& run, const QString& carrier, const QString& code) {
     row.Set("TBNEW", code);
     if (known != 0) {
         row.Update("WHERE " + Equals("RECORD_ID", known));
-        return;
+    } else {
+        row.Set("TBNAM", VettoriTable);
+        row.Set("TBFLD", "CDVETTOR");
+        row.Set("TBOLD", carrier);
+        row.Insert();
     }
-    row.Set("TBNAM", VettoriTable);
-    row.Set("TBFLD", "CDVETTOR");
-    row.Set("TBOLD", carrier);
-    row.Insert();
+    modImport::RememberNewCode(session, VettoriTable, "CDVETTOR", carrier, code);
 }
 
 RowOutcome ImportVettore(ImportRun& run, const SourceRow& row) {

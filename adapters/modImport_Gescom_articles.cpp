@@ -129,17 +129,17 @@ QString DirectionOf(const SourceRow& row) {
 }
 
 RowOutcome ImportPrezzo(ImportRun& run, const SourceRow& row) {
-    const PriceListWriter writer(run);
-    const QString list = row.Text("CDLISTIN");
-    writer.Head(list, DirectionOf(row), row.Text("DSLISTIN"));
-    run.KeepWritten(); // the head serves the rows that follow too
-    const qint64 article =
-        writer.Article(list, ArticleOf(run, row.Text("ARLISTIN")), {DateOf(row, "DILISTIN"), DateOf(row, "DFLISTIN")});
     const auto number = [&row](const QString& column) {
         return row.IsBlank(column) ? QVariant() : QVariant(NumberOf(row, column));
     };
-    writer.AddScale(article, {number("QTLISTIN"), number("PRLISTIN"), {number("S1LISTIN"), number("S2LISTIN"), {}}});
-    return RowOutcome::Inserted;
+    const QString list = row.Text("CDLISTIN");
+    const QString direction = DirectionOf(row);
+    const Validity validity{DateOf(row, "DILISTIN"), DateOf(row, "DFLISTIN")};
+    const Scale scale{number("QTLISTIN"), number("PRLISTIN"), {number("S1LISTIN"), number("S2LISTIN"), {}}};
+    const PriceListWriter writer(run);
+    writer.Head(list, direction, row.Text("DSLISTIN"));
+    run.KeepWritten(); // the head serves the rows that follow too
+    return writer.AddScale(writer.Article(list, ArticleOf(run, row.Text("ARLISTIN")), validity), scale);
 }
 
 } // namespace
@@ -160,7 +160,7 @@ void ImportListiniGescom(Session& session, const QString& singleCode, bool reset
         run.Preflight(ListiniNeeds());
         EmptyPriceLists(run, reset);
         const QString where = WhereCode(run, "CDLISTIN", singleCode);
-        run.Rows({"Listini", ListiniTable, "ARLISTIN", "SELECT COUNT(*) FROM LISTINI" + where,
+        run.Rows({"Listini", ListiniTable, "CDLISTIN, ARLISTIN", "SELECT COUNT(*) FROM LISTINI" + where,
                   "SELECT * FROM LISTINI" + where + "\rORDER BY CDLISTIN, ARLISTIN, DILISTIN"},
                  [&](const SourceRow& row) { return ImportPrezzo(run, row); });
         run.Complete("Listini importati correttamente!");

@@ -133,6 +133,7 @@ void ImportDistinteGescom(Session& session, const QString& singleCode, bool rese
         }
         if (run.IsSingle() && !found) {
             session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
+            return;
         }
         writer.LinkSubAssemblies();
         run.Complete(QStringLiteral("Distinte Base Gescom importate correttamente: %1 (Fasi: %2, Comp.: %3)")

@@ -260,14 +260,14 @@ void ImportDocumentiGescom(Session& session, const QString& singleCode, bool res
         const QString where = "WHERE DTRIEMOV >= " + LiteralOf(session.SourceConnection(), from) +
                               (singleCode.isEmpty() ? QString() : QString(" AND RDRIEMOV = " + run.Quoted(singleCode)));
         Importer importer(run);
+        const ImportRun::Loop loop{"Documenti",
+                                   Riemov,
+                                   "RDRIEMOV, RGRIEMOV",
+                                   "SELECT COUNT(*) FROM RIEMOV " + where,
+                                   "SELECT * FROM RIEMOV " + where + " ORDER BY RDRIEMOV",
+                                   {"RDRIEMOV"}};
         const bool toTheEnd = run.Rows(
-            {"Documenti",
-             Riemov,
-             "RDRIEMOV",
-             "SELECT COUNT(*) FROM RIEMOV " + where,
-             "SELECT * FROM RIEMOV " + where + " ORDER BY RDRIEMOV",
-             {"RDRIEMOV"}},
-            [&](const SourceRow& row) { return importer.Row(row); }, [&] { importer.EndNumber(); });
+            loop, [&](const SourceRow& row) { return importer.Row(row); }, [&] { importer.EndNumber(); });
         if (toTheEnd) {
             run.Complete("Documenti Gescom importati correttamente: " + QString::number(importer.Count()));
         }

@@ -113,6 +113,11 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
     });
 }
 
+void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
+                     const QString& newCode) {
+    session.Translations.insert(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode), newCode);
+}
+
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,
                                     bool partialMatch) {
     const Operator::Busy busy(session.Person);

@@ -15,6 +15,10 @@ namespace modImport {
 QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                    bool addIfMissing);
 
+/// Takes in a translation that has been written into SYS_IMP just now, in place of the one remembered.
+void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
+                     const QString& newCode);
+
 /// Finds the counterparty made from a source customer or supplier code. With neither flag both codes are looked at;
 /// asCustomer wins over asSupplier. A partial match looks for the code anywhere in the stored one.
 /// @return its CDCON, of the first row that the database gives; empty when there is none

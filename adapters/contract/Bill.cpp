@@ -1,5 +1,6 @@
 #include "adapters/contract/Bill.h"
 
+#include "adapters/contract/billCycles.h"
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/schemaDefaults.h"
@@ -120,6 +121,27 @@ void BillWriter::LinkSubAssemblies() {
     m_run.GetSession().Quadrix.Execute(
         QStringLiteral("UPDATE %1\rSET IDDBF = (SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)")
             .arg(components, m_run.FullName("DIS_BAS")));
+    LogCycles();
+}
+
+void BillWriter::LogCycles() {
+    Session& session = m_run.GetSession();
+    std::vector<BillLink> links;
+    {
+        Recordset rows =
+            session.Quadrix.ExecuteWC(QStringLiteral("SELECT IDDIS, IDDBF FROM ") + m_run.FullName("DIS_COM") +
+                                      QStringLiteral(" WHERE IDDBF IS NOT NULL"));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            links.push_back({rows.Fields(0).Value().toLongLong(), rows.Fields(1).Value().toLongLong()});
+        }
+    }
+    ForEachCycle(std::move(links), [&](const std::vector<qint64>& path) {
+        QStringList articles;
+        for (const qint64 bill : path) {
+            articles.append(LookUp(session, "DIS_BAS", "RECORD_ID", QString::number(bill), "DBART"));
+        }
+        m_run.Log(QStringLiteral("CICLO NELLA DISTINTA: ") + articles.join(QStringLiteral(" > ")));
+    });
 }
 
 } // namespace contract

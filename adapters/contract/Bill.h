@@ -47,7 +47,8 @@ public:
     /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
     /// that the bill already has is rewritten. @param phase RECORD_ID of the phase that consumes it
     void Write(const Component& component, qint64 phase);
-    /// Links every component whose article has a bill to that bill; the others have no link.
+    /// Links every component whose article has a bill to that bill; the others have no link. A bill that contains
+    /// itself, over any number of levels, is logged with its path: it cannot be unfolded.
     void LinkSubAssemblies();
 
     // Bills, phases and components of the run, for the completion message.
@@ -56,6 +57,8 @@ public:
     qint64 Components() const { return m_run.WrittenRows("DIS_COM"); }
 
 private:
+    void LogCycles();
+
     ImportRun& m_run;
     qint64 m_bill = 0;
 };

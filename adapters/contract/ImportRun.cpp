@@ -129,7 +129,7 @@ void ImportRun::ReadRows(const Loop& loop, qint64 count, Progress* progress, con
 
 void ImportRun::ProcessRow(const QString& key, const std::function<RowOutcome()>& row) {
     if (m_group.givenUp) {
-        CountGivenUp(key, QStringLiteral("appartiene a righe abbandonate"));
+        CountGivenUp(key, QStringLiteral("appartiene a ") + m_group.culprit);
         return;
     }
     m_group.keys.append(key);
@@ -200,7 +200,7 @@ void ImportRun::GiveUp(const QString& key, const QString& reason) {
     for (const QString& table : std::exchange(m_changed, {})) {
         Log(QStringLiteral("Rimane aggiornata una riga di %1: %2").arg(FullName(table), key));
     }
-    m_group = {m_group.value, {}, 0, 0, 0, true};
+    m_group = {m_group.value, {}, 0, 0, 0, true, key};
 }
 
 void ImportRun::CountGivenUp(const QString& key, const QString& reason) {

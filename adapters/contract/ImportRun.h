@@ -39,7 +39,7 @@ public:
     struct Loop {
         QString step;      ///< for the progress dialog
         QString table;     ///< source table, for messages
-        QString keyColumn; ///< its code column, for messages
+        QString keyColumn; ///< its code column, for messages; several are joined, separated by ", "
         QString count;     ///< query that counts the rows
         QString select;    ///< query that reads them
         /// Columns whose values tell which rows belong together, such as the rows of a document, and by which the rows
@@ -90,6 +90,7 @@ private:
         qint64 updated = 0;
         qint64 skipped = 0;
         bool givenUp = false;
+        QString culprit = {}; ///< the row that has been given up with its reason
     };
     void ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
                   const std::function<void()>& groupEnd);

@@ -87,7 +87,7 @@ qint64 PriceListWriter::Article(const QString& list, const QString& article, con
     return LastId(session, "LIS_ART");
 }
 
-void PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
+RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
     Session& session = m_run.GetSession();
     TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", articleRow, scale);
     const qint64 known =
@@ -96,9 +96,10 @@ void PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
                     mod_ovTools::FormatSqlValue(QuantityOf(scale), DataType::Double, session.Quadrix.ProviderType));
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-    } else {
-        row.Insert();
+        return RowOutcome::Updated;
     }
+    row.Insert();
+    return RowOutcome::Inserted;
 }
 
 void PriceListWriter::Work(const QString& work, const QString& article, const QString& supplier,

@@ -12,7 +12,10 @@ QString NameOf(const SourceRow& row, const QString& table, const QString& keyCol
     if (row.HasColumn(recordNumber)) {
         name += QStringLiteral(", riga ") + row.Text(recordNumber);
     }
-    return name + QStringLiteral(", %1 '%2'").arg(keyColumn, row.Text(keyColumn));
+    for (const QString& column : keyColumn.split(QStringLiteral(", "))) {
+        name += QStringLiteral(", %1 '%2'").arg(column, row.Text(column));
+    }
+    return name;
 }
 
 QVariant DateOf(const SourceRow& row, const QString& column) {

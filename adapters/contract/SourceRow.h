@@ -26,6 +26,7 @@ private:
 };
 
 /// "tabella 'anagrafe', riga 214, codice 'C00012'", as far as the row tells: how messages name a source row.
+/// @param keyColumn its code column; several are joined, separated by ", "
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn);
 
 /// The date of a source column, with its time of day where it has one; Null when it is blank. Raises `ImportError`
