@@ -109,7 +109,7 @@ const std::vector<ResetChoice>& ResetChoices() {
         {&R::AnaArt, "AnaArt", QStringLiteral("Anagrafica articoli")},
         {&R::AnaCon, "AnaCon", QStringLiteral("Anagrafica controparti")},
         {&R::MagaLam, "MagaLam", QStringLiteral("Formati lamiera")},
-        {&R::Maga, "Maga", QStringLiteral("Magazzino: movimenti e giacenze")},
+        {&R::Maga, "Maga", QStringLiteral("Movimenti e giacenze di magazzino")},
     };
     return choices;
 }

@@ -1,5 +1,7 @@
 #include "ui/ConnectionBanner.h"
 
+#include "ui/WrappedLabel.h"
+
 #include <QDesktopServices>
 #include <QDir>
 #include <QHBoxLayout>
@@ -9,34 +11,19 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-namespace {
-
-/// A text whose long paths may be broken behind each separator.
-QString Breakable(QString text) {
-    static const QChar zeroWidthSpace(0x200B);
-    for (const QChar separator : {u'/', u'\\'}) {
-        text.replace(separator, QString(separator) + zeroWidthSpace);
-    }
-    return text;
-}
-
-} // namespace
-
 ConnectionBanner::ConnectionBanner(QWidget* parent)
     : QFrame(parent),
-      m_text(new QLabel) {
+      m_text(new WrappedLabel) {
     setObjectName("frmConnection");
     setFrameShape(StyledPanel);
     auto* icon = new QLabel;
     const int size = style()->pixelMetric(QStyle::PM_LargeIconSize);
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size));
     m_text->setObjectName("lblConnection");
-    m_text->setTextFormat(Qt::PlainText);
-    m_text->setWordWrap(true);
     auto* retry = new QPushButton("Ripro&va");
     retry->setObjectName("cmdRetryConnection");
     connect(retry, &QPushButton::clicked, this, &ConnectionBanner::Retry);
-    auto* settings = new QPushButton("Apri i&mpostazioni");
+    auto* settings = new QPushButton("Apri imposta&zioni");
     settings->setObjectName("cmdOpenSettings");
     connect(settings, &QPushButton::clicked, this,
             [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_settingsFile)); });
@@ -54,5 +41,5 @@ void ConnectionBanner::SetReason(const QString& reason, const QString& settingsF
     m_settingsFile = settingsFile;
     const QString text = "Il database Quadrix non è aperto: " + reason + "\nLe impostazioni sono nel file " +
                          QDir::toNativeSeparators(settingsFile);
-    m_text->setText(Breakable(text));
+    m_text->SetText(text);
 }

@@ -2,7 +2,7 @@
 
 #include <QFrame>
 
-class QLabel;
+class WrappedLabel;
 
 /// Says why the Quadrix database is not open and where the settings file is, and offers another try.
 class ConnectionBanner final : public QFrame {
@@ -19,6 +19,6 @@ signals:
     void Retry();
 
 private:
-    QLabel* m_text;
+    WrappedLabel* m_text;
     QString m_settingsFile;
 };

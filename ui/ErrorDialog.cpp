@@ -1,6 +1,7 @@
 #include "ui/ErrorDialog.h"
 
 #include "core/Operator.h"
+#include "ui/WrappedLabel.h"
 
 #include <QClipboard>
 #include <QDialogButtonBox>
@@ -18,12 +19,10 @@ namespace {
 constexpr int WidthInCharacters = 84;
 constexpr int MostDetailLines = 8;
 
-/// A label of plain text that can be selected.
-QLabel* NewText(const QString& name, const QString& text) {
-    auto* label = new QLabel(text);
+/// A text that can be selected.
+WrappedLabel* NewText(const QString& name, const QString& text) {
+    auto* label = new WrappedLabel(text);
     label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     return label;
 }
@@ -52,8 +51,8 @@ void ErrorDialog::Lay(const ErrorEntry& error, Kind kind) {
     const QString procedure = error.module.isEmpty() ? QString() : QString(error.module + "." + error.procedure);
     AddDetail(*all, "Procedura", "lblProcedure", procedure);
     AddDetail(*all, "Riga dell'origine", "lblRow", error.rowKey);
-    AddDetail(*all, "Istruzione", "txtStatement", error.statement);
-    AddDetail(*all, "Risposta del database", "txtEngine", error.engineMessage);
+    AddDetail(*all, "Risposta del database", "lblEngine", error.engineMessage);
+    AddStatement(*all, error.statement);
     auto* buttons = new QDialogButtonBox;
     AddCopy(*buttons, TextOf(error));
     if (kind == Kind::Choice) {
@@ -68,24 +67,24 @@ void ErrorDialog::Lay(const ErrorEntry& error, Kind kind) {
 }
 
 void ErrorDialog::AddDetail(QVBoxLayout& layout, const QString& title, const QString& name, const QString& text) {
+    if (!text.isEmpty()) {
+        layout.addWidget(NewText(name, title + ": " + text));
+    }
+}
+
+void ErrorDialog::AddStatement(QVBoxLayout& layout, const QString& text) {
     if (text.isEmpty()) {
         return;
     }
-    if (name.startsWith("lbl")) {
-        layout.addWidget(NewText(name, title + ": " + text));
-        return;
-    }
     auto* box = new QPlainTextEdit(text);
-    box->setObjectName(name);
+    box->setObjectName("txtStatement");
+    box->setAccessibleName("Istruzione");
     box->setReadOnly(true);
     box->setTabChangesFocus(true);
     box->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     const int lines = std::clamp(static_cast<int>(text.count(u'\n') + text.count(u'\r')) + 2, 2, MostDetailLines);
     box->setMinimumHeight(box->fontMetrics().lineSpacing() * lines + 2 * box->frameWidth());
-    auto* label = new QLabel(title);
-    label->setBuddy(box);
-    box->setAccessibleName(title);
-    layout.addWidget(label);
+    layout.addWidget(new QLabel("Istruzione:"));
     layout.addWidget(box, 1);
 }
 

@@ -29,6 +29,7 @@ public:
 private:
     void Lay(const ErrorEntry& error, Kind kind);
     void AddDetail(QVBoxLayout& layout, const QString& title, const QString& name, const QString& text);
+    void AddStatement(QVBoxLayout& layout, const QString& text);
     void AddChoices(QDialogButtonBox& buttons, bool inRow);
     void AddCopy(QDialogButtonBox& buttons, const QString& text);
 

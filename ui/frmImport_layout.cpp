@@ -18,6 +18,8 @@ namespace {
 
 constexpr int OriginsAtOnce = 20;
 constexpr int LeastAccountLines = 7;
+constexpr int WidthInCharacters = 110;
+constexpr int HeightInLines = 44;
 
 /// A list to choose from; nothing is chosen at first.
 QComboBox* NewList(const QString& name, const QString& accessibleName, const QString& placeholder) {
@@ -49,6 +51,7 @@ void frmImport::Lay() {
     all->addLayout(work);
     all->addWidget(NewAccount(), 1);
     all->addWidget(m_status);
+    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
 }
 
 QGroupBox* frmImport::NewChoices() {
@@ -70,7 +73,7 @@ QGroupBox* frmImport::NewChoices() {
     lines->addRow("I&n caso di errore:", cmbErrors);
     auto* all = new QHBoxLayout(group);
     all->addLayout(lines, 1);
-    all->addWidget(picIcon, 0, Qt::AlignTop);
+    all->addWidget(picIcon, 0, Qt::AlignVCenter);
     return group;
 }
 

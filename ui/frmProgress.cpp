@@ -1,5 +1,7 @@
 #include "ui/frmProgress.h"
 
+#include "ui/WrappedLabel.h"
+
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,7 +16,7 @@ namespace {
 
 constexpr int BarSteps = 10000;   ///< the bar counts whole numbers only
 constexpr double DrawEvery = 0.1; ///< seconds
-constexpr int WidthInCharacters = 56;
+constexpr int WidthInCharacters = 72;
 
 QLabel* NewLabel(QWidget* parent, const QString& name, Qt::Alignment alignment) {
     auto* label = new QLabel(parent);
@@ -28,7 +30,7 @@ QLabel* NewLabel(QWidget* parent, const QString& name, Qt::Alignment alignment) 
 
 frmProgress::frmProgress(QWidget* parent)
     : QDialog(parent),
-      lblProgress(NewLabel(this, "lblProgress", Qt::AlignLeft)),
+      lblProgress(new WrappedLabel({}, this)),
       prgImport(new QProgressBar(this)),
       m_done(NewLabel(this, "lblDone", Qt::AlignLeft)),
       m_rate(NewLabel(this, "lblRate", Qt::AlignHCenter)),
@@ -46,7 +48,7 @@ frmProgress::frmProgress(QWidget* parent)
 }
 
 void frmProgress::Lay() {
-    lblProgress->setWordWrap(true);
+    lblProgress->setObjectName("lblProgress");
     lblProgress->setAccessibleName("Operazione in corso");
     lblProgress->setMinimumWidth(fontMetrics().averageCharWidth() * WidthInCharacters);
     prgImport->setObjectName("prgImport");
@@ -104,7 +106,7 @@ void frmProgress::Draw(double seconds) {
     m_drawnCaption = Caption();
     m_drawnMax = Max();
     m_meter.Add(seconds, Value());
-    lblProgress->setText(Caption());
+    lblProgress->SetText(Caption());
     const double share = Max() > 0 ? static_cast<double>(Value()) / static_cast<double>(Max()) : 0;
     prgImport->setValue(static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * BarSteps)));
     m_done->setText(DoneText(Value(), Max()));

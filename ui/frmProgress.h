@@ -9,6 +9,7 @@
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class WrappedLabel;
 
 /// The dialog of a long operation: step, bar, rows done, rate, time left and a cancel button. Modal, but shown, not
 /// executed: the operation goes on and gives the window its turn at every value.
@@ -39,7 +40,7 @@ private:
     void Centre();
     void Draw(double seconds);
 
-    QLabel* lblProgress;
+    WrappedLabel* lblProgress;
     QProgressBar* prgImport;
     QLabel* m_done;
     QLabel* m_rate;

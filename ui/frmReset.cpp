@@ -1,10 +1,10 @@
 #include "ui/frmReset.h"
 
 #include "ui/mnemonics.h"
+#include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -56,10 +56,8 @@ frmReset::frmReset(Operator& person, const QString& company, QWidget* parent)
 }
 
 void frmReset::Lay(const QString& company) {
-    auto* title = new QLabel("Dati da eliminare dall'azienda " + company + ":");
+    auto* title = new WrappedLabel("Dati da eliminare dall'azienda " + company + ":");
     title->setObjectName("lblCompany");
-    title->setTextFormat(Qt::PlainText);
-    title->setWordWrap(true);
     auto* left = new QVBoxLayout;
     AddGroup(*left, "Anagrafiche", {&R::AnaArt, &R::AnaCon});
     AddGroup(*left, "Documenti", {&R::DocVen, &R::DocAcq});

@@ -9,7 +9,6 @@
 
 #include <QCheckBox>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QStyleFactory>
 #include <QTest>
 
@@ -44,7 +43,7 @@ public:
     }
 
     void Take(QWidget& window, const QString& name) const {
-        QApplication::processEvents();
+        QTest::qWait(50); // until every layout has settled
         const QString path = m_folder.filePath(name + m_suffix);
         if (!window.grab().save(path)) {
             qFatal("cannot write %s", qPrintable(path));
@@ -80,6 +79,17 @@ void TakeReset(TestWindow& test, const Album& album) {
     album.Take(dialog, "frmReset");
 }
 
+void TakeProgress(TestWindow& test, const Album& album) {
+    frmProgress dialog(&test.Window());
+    dialog.SetStep("Controparti");
+    dialog.SetMax(20000);
+    for (int row = 6000; row <= 7200; ++row) {
+        dialog.SetValue(static_cast<float>(row));
+        QTest::qSleep(1);
+    }
+    album.Take(dialog, "frmProgress");
+}
+
 void TakeError(TestWindow& test, const Album& album) {
     ErrorEntry error;
     error.time = QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30));
@@ -95,15 +105,6 @@ void TakeError(TestWindow& test, const Album& album) {
 
 void TakeImport(TestWindow& test, const Album& album) {
     DialogDriver driver;
-    bool taken = false;
-    driver.On = [&](QWidget& dialog) {
-        auto* progress = qobject_cast<frmProgress*>(&dialog);
-        if (progress != nullptr && !taken && progress->Value() > progress->Max() / 2) {
-            taken = true;
-            album.Take(*progress, "frmProgress");
-        }
-        return progress != nullptr;
-    };
     test.Choose("cmbOrigine", "Arca 2000");
     album.Take(test.Window(), "frmImport-arca2000");
     test.Button("cmdImportCli").click();
@@ -142,6 +143,7 @@ int main(int argc, char** argv) {
     album.Take(test.Window(), "frmImport");
     TakeImport(test, album);
     TakeReset(test, album);
+    TakeProgress(test, album);
     TakeError(test, album);
     TakeFailed(album);
     return 0;

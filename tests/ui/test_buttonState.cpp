@@ -87,10 +87,14 @@ private slots:
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("caption");
         QTest::addColumn<bool>("locked");
-        QTest::newRow("1") << 1 << "NNYNNNNN" << "&Importa Distinta Base" << false;
-        QTest::newRow("2") << 2 << "NNNNNYNN" << "&Importa Movimenti" << true;
-        QTest::newRow("3") << 3 << "NNNNNNNY" << "&Sistema Disegni Sfridi" << false;
-        QTest::newRow("4") << 4 << "NNNNNNNY" << "&Sistema Packing List" << false;
+        QTest::newRow("1") << 1 << "NNYNNNNN"
+                           << "&Importa Distinta Base" << false;
+        QTest::newRow("2") << 2 << "NNNNNYNN"
+                           << "&Importa Movimenti" << true;
+        QTest::newRow("3") << 3 << "NNNNNNNY"
+                           << "&Sistema Disegni Sfridi" << false;
+        QTest::newRow("4") << 4 << "NNNNNNNY"
+                           << "&Sistema Packing List" << false;
     }
     void AStartModeLeavesOneTask() {
         QFETCH(int, mode);
@@ -126,8 +130,8 @@ private slots:
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("heads of later words") << QStringList{"Importa Controparti", "Importa Articoli"}
                                               << QStringList{"Importa &Controparti", "Importa &Articoli"};
-        QTest::newRow("own ones come first") << QStringList{"Importa Clienti", "&Chiudi"}
-                                             << QStringList{"&Importa Clienti", "&Chiudi"};
+        QTest::newRow("own ones come first")
+            << QStringList{"Importa Clienti", "&Chiudi"} << QStringList{"&Importa Clienti", "&Chiudi"};
         QTest::newRow("inside a word") << QStringList{"Dati", "Dadi", "Dado"} << QStringList{"&Dati", "D&adi", "Dad&o"};
         QTest::newRow("no letter left") << QStringList{"A", "Aa"} << QStringList{"&A", "Aa"};
         QTest::newRow("a written ampersand is none") << QStringList{"R&&D"} << QStringList{"&R&&D"};

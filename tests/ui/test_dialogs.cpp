@@ -128,7 +128,8 @@ private slots:
         QTest::addColumn<int>("style");
         QTest::addColumn<int>("icon");
         QTest::addColumn<QString>("byDefault");
-        QTest::newRow("plain") << static_cast<int>(Question::Plain) << static_cast<int>(QMessageBox::Question) << "cmdYes";
+        QTest::newRow("plain") << static_cast<int>(Question::Plain) << static_cast<int>(QMessageBox::Question)
+                               << "cmdYes";
         QTest::newRow("warning") << static_cast<int>(Question::Exclamation) << static_cast<int>(QMessageBox::Warning)
                                  << "cmdYes";
         QTest::newRow("warning, no") << static_cast<int>(Question::ExclamationNo)
@@ -144,7 +145,8 @@ private slots:
         driver.On = [&](QWidget& dialog) {
             auto& box = dynamic_cast<QMessageBox&>(dialog);
             pointerIsFree = QGuiApplication::overrideCursor() == nullptr;
-            driver.Events = {box.windowTitle(), box.text(), QString::number(box.icon()), box.defaultButton()->objectName()};
+            driver.Events = {box.windowTitle(), box.text(), QString::number(box.icon()),
+                             box.defaultButton()->objectName()};
             QTest::keyClick(&box, Qt::Key_Escape);
             return true;
         };
