@@ -16,6 +16,10 @@ QString FindCounterparty(Session& session, const QString& sourceCode, bool suppl
 /// As `FindCounterparty`. Raises `ImportError` when there is no such counterparty.
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier);
 
+/// The Quadrix VAT code of one of the source: translated, else the same where TAB_IVA has it; empty when there is none,
+/// and the code is recorded in SYS_IMP.
+QString VatCodeOf(Session& session, const QString& sourceCode);
+
 /// Condition for a single code, with its own WHERE; empty when everything is imported.
 QString WhereCode(const contract::ImportRun& run, const QString& column, const QString& singleCode);
 

@@ -291,10 +291,11 @@ QString KindImport::VatOf(const SourceRow& row, const QString& article) const {
         const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARIVA");
         return own.isEmpty() ? VatCode : own;
     }
-    const QString code = modImport::GetNewCode(session, Articoli, "IVA", row.Text("IVA"), true);
+    const QString code = VatCodeOf(session, row.Text("IVA"));
     if (code.isEmpty()) {
-        throw ImportError(QStringLiteral("colonna 'IVA': il codice '%1' non è tradotto in SYS_IMP (%2, IVA)")
-                              .arg(row.Text("IVA"), Articoli));
+        throw ImportError(
+            QStringLiteral("colonna 'IVA': il codice '%1' non è in TAB_IVA né tradotto in SYS_IMP (%2, IVA)")
+                .arg(row.Text("IVA"), Articoli));
     }
     return code;
 }

@@ -148,14 +148,17 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(announced::Find("Arca"), ImportError);
     }
 
-    /// A procedure is reached by its name; one that no visible button leads to could not be started.
+    /// A procedure is reached by its button and its name (two buttons may lead to the same); one that no visible button
+    /// leads to could not be started.
     void proceduresStandBehindButtonsThatCanBeSeen() {
         for (const Origin* origin : registry::Origins()) {
             QSet<QString> names;
             for (const Procedure& procedure : origin->procedures) {
-                const QString place = origin->name + ' ' + procedure.name;
-                QVERIFY2(!names.contains(procedure.name), qPrintable(place));
-                names.insert(procedure.name);
+                const QString reached =
+                    (procedure.button ? ButtonName(*procedure.button) : QString("-")) + ' ' + procedure.name;
+                const QString place = origin->name + ' ' + reached;
+                QVERIFY2(!names.contains(reached), qPrintable(place));
+                names.insert(reached);
                 QVERIFY2(!procedure.button || origin->buttons[size_t(*procedure.button)].shown != Shown::No,
                          qPrintable(place));
                 QVERIFY2(procedure.run != nullptr, qPrintable(place));
