@@ -153,6 +153,7 @@ Totals WriteDocuments(Store& store, const Options& options, QuadrixScript& scrip
     script.DocumentReason("VEN", "DTGES", "DDT");
     script.DocumentReason("ACQ", "DAGES", "DDT");
     script.DocumentReason("CTL", "RSGES", "DTL");
+    script.VatCode("22", "IVA 22%", 22);
     return Documents(store, options).Write(store);
 }
 
