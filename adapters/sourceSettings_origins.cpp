@@ -83,7 +83,7 @@ const QString CsvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*
 const QString DatTitle = QStringLiteral("File DAT da importare");
 const QString DatFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
 
-/// Every origin of the list, under its name in upper case.
+/// The origins of the list whose modules do not say themselves how they open, under their names in upper case.
 const QMap<QString, Prepare>& Preparations() {
     static const ServerKeys tessera{"IMPORT", "0", "Tessera_Username", "Tessera_Password"};
     static const QMap<QString, Prepare> preparations{
@@ -93,7 +93,6 @@ const QMap<QString, Prepare>& Preparations() {
         {"SOLUTION", PrepareSolution},
         {"GAMMA TEAMSYSTEM", DataSource("GAMMATEAMSYSTEM")},
         {"LUMEN", TextFile(DatTitle, DatFilter)},
-        {"ARCA 2000", FoxProFolder()},
         {"SAM", PrepareSam},
         {"LIBERTYCOMMERCE", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce")},
         {"MEMPHIS", PrepareMemphis},

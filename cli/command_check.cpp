@@ -40,8 +40,13 @@ bool LookAt(Session& session, const Choice& choice, std::vector<Finding>& findin
     return true;
 }
 
+/// The short name of its button; empty for a procedure without one.
+QString DataOf(const contract::Procedure& procedure) {
+    return procedure.button ? contract::ButtonName(*procedure.button) : QString();
+}
+
 QStringList Lines(const Finding& finding) {
-    const QString name = contract::ButtonName(finding.procedure->button) + u' ' + finding.procedure->name;
+    const QString name = QString(DataOf(*finding.procedure) + u' ' + finding.procedure->name).trimmed();
     if (finding.missing.isEmpty()) {
         return {QString(name + ": c'è tutto")};
     }
@@ -66,7 +71,7 @@ Report Check(Context& context) {
     QJsonArray procedures;
     for (const Finding& finding : findings) {
         lines += Lines(finding);
-        procedures.append(QJsonObject{{"data", contract::ButtonName(finding.procedure->button)},
+        procedures.append(QJsonObject{{"data", DataOf(*finding.procedure)},
                                       {"procedure", finding.procedure->name},
                                       {"missing", QJsonArray::fromStringList(finding.missing)}});
         report.exitCode = finding.missing.isEmpty() ? report.exitCode : ExitFailed;

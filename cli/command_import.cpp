@@ -14,7 +14,11 @@ ImportRequest RequestFrom(Context& context) {
     ImportRequest request;
     request.choice.origin = &OriginFrom(context.options);
     request.choice.errors = ErrorsFrom(context.options);
-    request.button = ButtonFrom(context.options);
+    if (const auto* named = ProcedureOf(*request.choice.origin, context.options.value("data"))) {
+        request.procedure = named->name;
+    } else {
+        request.button = ButtonFrom(context.options);
+    }
     TakeCompanyOption(context, request.choice);
     request.singleCode = context.options.value("code");
     request.confirmed = true;
@@ -71,7 +75,7 @@ Report Import(Context& context) {
     Report report{ExitCodeOf(total.outcome), Text(context.session, request.dryRun), ResultJson(total)};
     report.json["origin"] = request.choice.origin->name;
     report.json["company"] = request.choice.companyCode;
-    report.json["data"] = contract::ButtonName(request.button);
+    report.json["data"] = request.procedure.isEmpty() ? contract::ButtonName(request.button) : request.procedure;
     report.json["dryRun"] = request.dryRun;
     report.json["log"] = context.session.LogFile;
     report.json["procedures"] = ProceduresJson(context.session.Results);
@@ -83,6 +87,7 @@ Report Import(Context& context) {
 Command ImportCommand() {
     return {"import",
             "importa un tipo di dati di un'origine in un'azienda",
+            "--data prende anche il nome di una procedura, come la elenca il comando origins: quella sola si esegue.\n"
             "Le opzioni --answer, --input e --file si ripetono: rispondono nell'ordine alle domande della procedura.",
             {CompanyOption(),
              OriginOption(),

@@ -33,7 +33,18 @@ QJsonArray ButtonsJson(const Origin& origin) {
     return buttons;
 }
 
-/// The data that an origin can import now: "cli (Importa Controparti)".
+/// The procedures that no button calls.
+QStringList NamesWithoutButton(const Origin& origin) {
+    QStringList names;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        if (!procedure.button) {
+            names.append(procedure.name);
+        }
+    }
+    return names;
+}
+
+/// The data that an origin can import now: "cli (Importa Controparti)", and the procedures without a button.
 QStringList ReadyData(const Origin& origin) {
     QStringList ready;
     for (int index = 0; index < contract::ButtonCount; ++index) {
@@ -42,7 +53,7 @@ QStringList ReadyData(const Origin& origin) {
             ready.append(QString(contract::ButtonName(button) + " (" + ButtonCaption(origin, button) + u')'));
         }
     }
-    return ready;
+    return ready + NamesWithoutButton(origin);
 }
 
 Report ListOrigins(Context& /*context*/) {
@@ -52,7 +63,8 @@ Report ListOrigins(Context& /*context*/) {
         origins.append(QJsonObject{{"name", origin->name},
                                    {"module", origin->module},
                                    {"kind", origin->source.kind},
-                                   {"buttons", ButtonsJson(*origin)}});
+                                   {"buttons", ButtonsJson(*origin)},
+                                   {"withoutButton", QJsonArray::fromStringList(NamesWithoutButton(*origin))}});
         lines.append(QStringLiteral("%1 %2 %3")
                          .arg(origin->name, -22)
                          .arg(origin->source.kind, -22)
