@@ -79,6 +79,9 @@ public:
 
     /// Merges all; false when cancelled between two counterparties.
     bool Run(Progress& progress) {
+        if (m_references) {
+            m_references->ReadCodes();
+        }
         Log(QStringLiteral("Inizio fusione controparti da %1 a %2").arg(m_companies.from, m_companies.to));
         progress.SetStep(QStringLiteral("fusione controparti"));
         progress.SetMax(static_cast<float>(m_result.matches.size()));

@@ -32,6 +32,8 @@ public:
     /// Raises `ImportError` when a new code could be taken for an old one that is still to be re-pointed: one without
     /// a "0" cannot be marked.
     void CheckMarks(const QVector<modMain::MergeMatch>& matches) const;
+    /// Reads which codes are in use, so that only those are re-pointed. Called once, before the first.
+    void ReadCodes();
     /// Re-points one code, marked; returns the number of rows changed.
     qint64 Repoint(const QString& oldCode, const QString& newCode);
     /// Takes the marks away, all or none.
@@ -48,7 +50,8 @@ private:
     struct Reference {
         QString table; ///< bare name
         QString column;
-        QString condition; ///< which rows hold counterparty codes; empty for all
+        QString condition;   ///< which rows hold counterparty codes; empty for all
+        QSet<QString> codes; ///< that stood there at the start
     };
 
     void Read();

@@ -34,6 +34,31 @@ struct Found {
     QString name;
 };
 
+/// Names that are searched for a part. All are one text, or 20,000 searches among 20,000 names would take minutes.
+class Names {
+public:
+    void Add(const QString& name) {
+        m_starts.push_back(m_text.size());
+        m_text += Folded(name) + u'\n';
+    }
+    /// Number of the first name that contains the part, whatever its case and accents; -1 when there is none.
+    int Find(const QString& part) const {
+        const qsizetype place = m_text.indexOf(Folded(part));
+        const auto after = std::upper_bound(m_starts.begin(), m_starts.end(), place);
+        return static_cast<int>(after - m_starts.begin()) - 1;
+    }
+
+private:
+    static QString Folded(const QString& name) {
+        QString text = name.normalized(QString::NormalizationForm_KD);
+        text.removeIf([](QChar character) { return character.isMark(); });
+        return text.toUpper();
+    }
+
+    QString m_text;
+    std::vector<qsizetype> m_starts;
+};
+
 /// The counterparties that the merge adds before the one at hand: not yet in the database, but found as if they were.
 class Additions {
 public:
@@ -42,22 +67,13 @@ public:
         m_added.push_back(added);
         AddOnce(m_byVatNumber, vatNumber, position);
         AddOnce(m_byTaxCode, taxCode, position);
-        m_starts.push_back(m_names.size());
-        m_names += added.name.toUpper() + u'\n';
+        m_names.Add(added.name);
     }
     const Found* ByVatNumber(const QString& vatNumber) const {
         return At(m_byVatNumber.value(vatNumber.toUpper(), -1));
     }
     const Found* ByTaxCode(const QString& taxCode) const { return At(m_byTaxCode.value(taxCode.toUpper(), -1)); }
-    /// The first whose name contains the text. All names are one text, or 20,000 of them would take minutes.
-    const Found* ByName(const QString& part) const {
-        const qsizetype place = m_names.indexOf(part.toUpper());
-        if (place < 0) {
-            return nullptr;
-        }
-        const auto after = std::upper_bound(m_starts.begin(), m_starts.end(), place);
-        return At(static_cast<int>(after - m_starts.begin()) - 1);
-    }
+    const Found* ByName(const QString& part) const { return At(m_names.Find(part)); }
 
 private:
     static void AddOnce(QHash<QString, int>& index, const QString& value, int position) {
@@ -72,8 +88,7 @@ private:
     std::vector<Found> m_added;
     QHash<QString, int> m_byVatNumber;
     QHash<QString, int> m_byTaxCode;
-    QString m_names;                 ///< in capitals, each ended by a line break
-    std::vector<qsizetype> m_starts; ///< where each name starts
+    Names m_names;
 };
 
 /// Finds the matches one after the other, as if each were merged before the next is looked at.
@@ -82,7 +97,7 @@ public:
     Matcher(Session& session, const Companies& companies)
         : m_session(session),
           m_companies(companies) {
-        m_next = CheckDestination() + 1;
+        ReadDestination();
     }
 
     MergeMatch Match(const Recordset& row) {
@@ -104,22 +119,27 @@ private:
     /// The criteria in their order. A blank text is none: it would match anybody.
     std::optional<Found> Find(MergeMatch& match, const QString& vatNumber, const QString& taxCode) {
         std::optional<Found> found;
-        const auto attempt = [&](MergeCriterion criterion, const QString& text, const QString& condition,
+        const auto attempt = [&](MergeCriterion criterion, const QString& text, auto inDatabase,
                                  const Found* (Additions::*among)(const QString&) const) {
             if (found || text.trimmed().isEmpty()) {
                 return;
             }
-            found = InDatabase(condition);
+            found = inDatabase(text);
             if (const Found* added = found ? nullptr : (m_additions.*among)(text)) {
                 found = *added;
             }
             match.criterion = found ? criterion : MergeCriterion::New;
         };
-        attempt(MergeCriterion::VatNumber, vatNumber, u"COIVA = " + Quoted(m_session, vatNumber),
-                &Additions::ByVatNumber);
-        attempt(MergeCriterion::TaxCode, taxCode, u"COFIS = " + Quoted(m_session, taxCode), &Additions::ByTaxCode);
-        attempt(MergeCriterion::Name, match.oldName, u"CORAS LIKE " + Quoted(m_session, u'%' + match.oldName + u'%'),
-                &Additions::ByName);
+        const auto equal = [this](const char* column) {
+            return [this, column](const QString& text) {
+                return InDatabase(QLatin1String(column) + u" = " + Quoted(m_session, text));
+            };
+        };
+        attempt(MergeCriterion::VatNumber, vatNumber, equal("COIVA"), &Additions::ByVatNumber);
+        attempt(MergeCriterion::TaxCode, taxCode, equal("COFIS"), &Additions::ByTaxCode);
+        attempt(
+            MergeCriterion::Name, match.oldName, [this](const QString& name) { return NameInDatabase(name); },
+            &Additions::ByName);
         return found;
     }
 
@@ -130,14 +150,20 @@ private:
         return rows.Eof() ? std::nullopt : std::optional(Found{TextOf(rows, "CDCON"), TextOf(rows, "CORAS")});
     }
 
-    /// The destination's highest code; every one must be a number for the highest to be one.
-    int CheckDestination() {
-        int highest = 0;
-        Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT CDCON FROM " + TableOf(m_companies.to, Master));
+    /// The database decides; it is spared the names that are found nowhere, each of which would scan its table.
+    std::optional<Found> NameInDatabase(const QString& name) {
+        static const QRegularExpression wildcard(QStringLiteral("[%_\\[\\\\]"));
+        const bool possible = m_names.Find(name) >= 0 || name.contains(wildcard);
+        return possible ? InDatabase(u"CORAS LIKE " + Quoted(m_session, u'%' + name + u'%')) : std::nullopt;
+    }
+
+    /// The destination's names and its highest code; every code must be a number for the highest to be one.
+    void ReadDestination() {
+        Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT CDCON, CORAS FROM " + TableOf(m_companies.to, Master));
         for (; !rows.Eof(); rows.MoveNext()) {
-            highest = std::max(highest, CheckedCode(m_companies.to, rows.Value("CDCON")).toInt());
+            m_next = std::max(m_next, CheckedCode(m_companies.to, rows.Value("CDCON")).toInt() + 1);
+            m_names.Add(TextOf(rows, "CORAS"));
         }
-        return highest;
     }
 
     QString NextCode() {
@@ -151,6 +177,7 @@ private:
 
     Session& m_session;
     Companies m_companies;
+    Names m_names; ///< of the destination
     Additions m_additions;
     int m_next = 1;
 };

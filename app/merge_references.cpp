@@ -38,7 +38,7 @@ void References::Read() {
         return mod_ovTools::ToText(rows.Value(QLatin1String(column))).trimmed();
     };
     for (; !rows.Eof(); rows.MoveNext()) {
-        m_references.push_back({text("TABNM"), text("COLNM"), ConditionOf(text("CONNM"))});
+        m_references.push_back({text("TABNM"), text("COLNM"), ConditionOf(text("CONNM")), {}});
     }
 }
 
@@ -84,12 +84,26 @@ QString References::Update(const Reference& reference, const QString& value, con
     return text;
 }
 
+void References::ReadCodes() {
+    for (Reference& reference : m_references) {
+        QString query = u"SELECT DISTINCT " + reference.column + u" FROM " + TableOf(m_companies.from, reference.table);
+        if (!reference.condition.isEmpty()) {
+            query += u"\rWHERE " + reference.condition;
+        }
+        for (Recordset rows = m_session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
+            reference.codes.insert(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
+        }
+    }
+}
+
 qint64 References::Repoint(const QString& oldCode, const QString& newCode) {
     const QString marked = Quoted(m_session, Marked(newCode));
     const QString which = u" = " + Quoted(m_session, oldCode);
     qint64 changed = 0;
     for (const Reference& reference : m_references) {
-        changed += m_session.Quadrix.Execute(Update(reference, marked, which));
+        if (reference.codes.contains(oldCode)) {
+            changed += m_session.Quadrix.Execute(Update(reference, marked, which));
+        }
     }
     return changed;
 }
