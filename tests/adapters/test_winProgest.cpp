@@ -1,0 +1,144 @@
+#include "adapters/modImport_WinProgest.h"
+#include "adapters/registry.h"
+#include "sources/fileSource.h"
+#include "tests/adapters/Fixture.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QTest>
+
+namespace {
+
+const contract::Origin& WinProgest() { return *registry::Find("WinProgest"); }
+
+} // namespace
+
+/// What the fixture of WinProgest does not tell: settings, sources, cancel and errors that end an import.
+class TestWinProgest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<Fixture> m_fixture;
+
+    Session& Target() { return m_fixture->Target().Get(); }
+    ScriptedOperator& Person() { return m_fixture->Target().Person; }
+    qint64 Count(const QString& table) { return Target().Quadrix.ExecuteCommand("SELECT COUNT(*) FROM X01_" + table); }
+    QString Log() { return QString::fromLatin1(m_fixture->Target().Log()); }
+    void Set(const QString& key, const QString& value) { Target().Config.SetAppConfig("IMPORT", key, value); }
+
+    void OpenSource() {
+        Target().Source = std::make_unique<ovConnection>();
+        Target().Source->Errors = &Target().Errors;
+        Target().Source->OpenFiles = sources::OpenFileSource;
+        Person().Answers.push_front(true);
+        WinProgest().source.prepare(Target(), *Target().Source);
+        Target().Source->OpenConnection();
+    }
+
+    RunResult Run(const QString& name, const std::deque<bool>& answers = {}) {
+        const auto& procedures = WinProgest().procedures;
+        const auto procedure =
+            std::find_if(procedures.begin(), procedures.end(), [&](const auto& one) { return one.name == name; });
+        Person().Answers = answers;
+        OpenSource();
+        Person().Events.clear();
+        Person().Messages.clear();
+        procedure->run(Target(), {}, false);
+        Target().Source.reset();
+        return Target().Results.last();
+    }
+
+private slots:
+    void init() {
+        m_fixture = std::make_unique<Fixture>(
+            QStringLiteral(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/modImport_WinProgest"), WinProgest());
+        Target().Errors.Action = ErrorAction::Ignore;
+    }
+
+    void sources_data() {
+        QTest::addColumn<bool>("files");
+        QTest::addColumn<QString>("database");
+        QTest::addColumn<QString>("expected"); // DSN, server, database and connection string
+        QTest::newRow("folder of tables") << true << "/tmp"
+                                          << "|||Driver={Microsoft Visual FoxPro Driver};Data Source=/tmp";
+        QTest::newRow("no folder") << true << ""
+                                   << "WINPROGEST|||";
+        QTest::newRow("a database, but files are wanted") << true << "PROGEST"
+                                                          << "WINPROGEST|||";
+        QTest::newRow("server") << false << ""
+                                << "|SERVER|WINPROGEST|";
+        QTest::newRow("server, other database") << false << "PROGEST"
+                                                << "|SERVER|PROGEST|";
+    }
+    void sources() {
+        QFETCH(bool, files);
+        QFETCH(QString, database);
+        Set("Databasename", database);
+        Person().AnswerTo["Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer"] = files;
+        ovConnection source;
+        QVERIFY(WinProgest().source.prepare(Target(), source));
+        QTEST(QString(source.DSN + '|' + source.Server + '|' + source.DatabaseName + '|' + source.ConnectionString),
+              "expected");
+    }
+
+    void settingsThatStopAnImport_data() {
+        QTest::addColumn<QString>("procedure");
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("start date") << "ImportDocumentiWinProgest"
+                                    << "DOC_DateStart"
+                                    << "ieri";
+        QTest::newRow("no folder of drawings") << "ImportDisegniWinProgest"
+                                               << "SourcePathAttachArticoli"
+                                               << "";
+    }
+    void settingsThatStopAnImport() {
+        QFETCH(QString, procedure);
+        QFETCH(QString, setting);
+        QFETCH(QString, value);
+        Set(setting, value);
+        const RunResult result = Run(procedure);
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QVERIFY2(result.errors.first().contains(setting), qPrintable(result.errors.first()));
+        QVERIFY(result.tables.isEmpty());
+        QVERIFY(Person().Messages.isEmpty());
+    }
+
+    void rowsWithoutTheirArticleWhenArticlesAreNotChecked() {
+        Set("DOC_CheckArticoli", "0");
+        Run("ImportDocumentiWinProgest", {false});
+        QCOMPARE(m_fixture->Target().Rows("SELECT DRNUM, DRDES, DRUMS, DRTOT FROM X01_DOC_VER WHERE DRART = 'GHOST'"),
+                 QStringList{"1|articolo che manca|NR|1"});
+        QVERIFY(Log().contains("ARTICOLO NON TROVATO"));
+    }
+
+    void anErrorThatEndsTheBillsIsLogged() {
+        Run("ImportArticoliWinProgest");
+        Target().Errors.Action = ErrorAction::Abort;
+        const RunResult result = Run("ImportDistinteWinProgest");
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QVERIFY(result.AddsUp());
+        QVERIFY(Log().contains("Errore: tabella 'NFCODIS'"));
+        QVERIFY(Person().Messages.isEmpty());
+        QCOMPARE(Count("DIS_BAS"), 1); // the one before the bad one stays, of the bad one nothing does
+        QCOMPARE(Count("DIS_COM"), 2);
+    }
+
+    void aCancelEndsAllKindsOfDocuments() {
+        Person().CancelAt = 1;
+        const RunResult result = Run("ImportDocumentiWinProgest", {false});
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(Person().Progresses.size(), 2); // one offer is all there is; the orders are cancelled behind the first
+        QCOMPARE(Count("DOC_VEN WHERE USINS = 'SYSTEM_IMPORT'"), 2);
+        QCOMPARE(Count("DOC_ACQ"), 0);
+        QVERIFY(Person().Messages.isEmpty());
+    }
+
+    void documentsThatComeFromNoOtherHaveNothingToLink() {
+        OpenSource();
+        contract::ImportRun run(Target(), modImport_WinProgest::Module, "RiallineaDRORIWinProgest", {});
+        QVERIFY(modImport_WinProgest::RiallineaDRORI(run, modImport_WinProgest::Kind::Offers, {}));
+        QCOMPARE(Person().Events.last(), QString("[!] Attenzione: tabella origine non specificata!"));
+    }
+};
+
+QUADRIX_TEST(TestWinProgest)
+#include "test_winProgest.moc"
