@@ -70,7 +70,8 @@ bool AskReset(Session& session, const ImportRequest& request) {
     if (request.reset) {
         return *request.reset;
     }
-    if (request.button == Button::Cli && request.choice.origin->deletesAllCounterparties) {
+    if (request.procedure.isEmpty() && request.button == Button::Cli &&
+        request.choice.origin->deletesAllCounterparties) {
         return session.Person.Ask("Cancellare tutte le controparti prima di importarle?", Question::ExclamationNo);
     }
     return session.Person.Ask("Resettare prima di importare?");
@@ -84,6 +85,26 @@ FlowOutcome OutcomeOf(const Session& session, qsizetype first) {
         }
     }
     return FlowOutcome::Done;
+}
+
+std::vector<const Procedure*> Called(const Origin& origin, const ImportRequest& request) {
+    if (request.procedure.isEmpty()) {
+        return ProceduresOf(origin, request.button);
+    }
+    const Procedure* named = ProcedureOf(origin, request.procedure);
+    return named == nullptr ? std::vector<const Procedure*>() : std::vector<const Procedure*>{named};
+}
+
+/// What is called, as messages name it.
+QString NameOf(const Origin& origin, const ImportRequest& request) {
+    return request.procedure.isEmpty()
+               ? QStringLiteral("la procedura del pulsante \"%1\"").arg(ButtonCaption(origin, request.button))
+               : QStringLiteral("la procedura \"%1\"").arg(request.procedure);
+}
+
+QString QuestionOf(const Origin& origin, const ImportRequest& request) {
+    return request.procedure.isEmpty() ? ConfirmationOf(origin, request.button)
+                                       : QStringLiteral("Eseguire \"%1\"?").arg(request.procedure);
 }
 
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
@@ -141,13 +162,14 @@ FlowOutcome Press(Session& session, const ImportRequest& request) {
         return FlowOutcome::Refused;
     }
     const Origin& origin = *request.choice.origin;
-    const auto procedures = ProceduresOf(origin, request.button);
+    const auto procedures = Called(origin, request);
     if (procedures.empty()) {
-        Refuse(session, QStringLiteral("%1: la procedura del pulsante \"%2\" non è disponibile in questa versione!")
-                            .arg(origin.name, ButtonCaption(origin, request.button)));
+        Refuse(
+            session,
+            QStringLiteral("%1: %2 non è disponibile in questa versione!").arg(origin.name, NameOf(origin, request)));
         return FlowOutcome::Unavailable;
     }
-    if (!request.confirmed && !session.Person.Ask(ConfirmationOf(origin, request.button))) {
+    if (!request.confirmed && !session.Person.Ask(QuestionOf(origin, request))) {
         return FlowOutcome::Declined;
     }
     return RunConfirmed(session, request, procedures);
@@ -198,6 +220,14 @@ std::vector<const Procedure*> ProceduresOf(const Origin& origin, Button button) 
         }
     }
     return procedures;
+}
+
+const Procedure* ProcedureOf(const Origin& origin, const QString& name) {
+    const auto found =
+        std::find_if(origin.procedures.begin(), origin.procedures.end(), [&name](const Procedure& procedure) {
+            return procedure.run && procedure.name.compare(name, Qt::CaseInsensitive) == 0;
+        });
+    return found == origin.procedures.end() ? nullptr : &*found;
 }
 
 QString ButtonCaption(const Origin& origin, Button button) {

@@ -23,6 +23,7 @@ bool CheckData(Session& session, const Choice& choice);
 struct ImportRequest {
     Choice choice;
     contract::Button button = contract::Button::Cli;
+    QString procedure;         ///< not empty: this procedure alone, by its name, whatever the button
     QString singleCode;        ///< empty for all
     bool confirmed = false;    ///< the confirmation has been given beforehand
     std::optional<bool> reset; ///< answer to the reset question given beforehand
@@ -35,7 +36,7 @@ enum class FlowOutcome {
     Cancelled,   ///< in the middle of a procedure
     Declined,    ///< the operator said no, or gave up the opening of the source
     Refused,     ///< something is not chosen
-    Unavailable, ///< the origin has no procedure for the button
+    Unavailable, ///< the origin has no procedure for the button, or none of that name
 };
 
 /// The flow behind an import button: gate, confirmation, source, reset question, procedures, closing of the source.
@@ -45,6 +46,8 @@ FlowOutcome RunImport(Session& session, const ImportRequest& request);
 
 /// The procedures that a button of an origin calls, in order; empty when there are none.
 std::vector<const contract::Procedure*> ProceduresOf(const contract::Origin& origin, contract::Button button);
+/// The procedure of that name (compared without case); none when the origin has none.
+const contract::Procedure* ProcedureOf(const contract::Origin& origin, const QString& name);
 /// What a button says for an origin that has been chosen alone: its own caption, else the usual one.
 QString ButtonCaption(const contract::Origin& origin, contract::Button button);
 /// The question that a button of an origin starts with, such as "Importare le controparti?".

@@ -25,7 +25,7 @@ public:
         };
     }
 
-    contract::Procedure& Add(Button button, const QString& name) {
+    contract::Procedure& Add(std::optional<Button> button, const QString& name) {
         Origin.procedures.push_back({button,
                                      name,
                                      [this, name](Session& session, const QString& code, bool reset) {
@@ -85,6 +85,7 @@ private slots:
     void tellsThatASourceCannotBeOpened();
     void leavesTheSourceAloneWhenNotNeeded();
     void namesAButtonWithoutProcedure();
+    void runsAProcedureByItsName();
     void forgetsTranslationsOfTheLastPress();
     void takesATrialBack();
     void wordsConfirmations_data();
@@ -317,6 +318,25 @@ void TestImportFlow::forgetsTranslationsOfTheLastPress() {
     target.Execute("UPDATE SYS_IMP SET TBNEW = 'R2'");
     RunImport(target.Get(), Request(fake));
     QCOMPARE(found, QStringList({"R1", "R2"}));
+}
+
+void TestImportFlow::runsAProcedureByItsName() {
+    TestTarget target;
+    FakeOrigin fake;
+    fake.Origin.deletesAllCounterparties = true; // asked of its button alone
+    fake.Add(Button::Cli, "ImportUno");
+    fake.Add(std::nullopt, "ImportListini");
+    target.Person.Answers = {true, false};
+    ImportRequest request = Request(fake);
+    request.procedure = "importlistini";
+    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
+    QCOMPARE(fake.Calls, QStringList{"ImportListini"});
+    QCOMPARE(target.Person.Events, QStringList({"? Eseguire \"importlistini\"? = si", "? " + Reset + " = no"}));
+    request.procedure = "ImportAltro";
+    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Unavailable);
+    QCOMPARE(target.Person.Messages.last().text,
+             QString("Prova: la procedura \"ImportAltro\" non è disponibile in questa versione!"));
+    QVERIFY(ProceduresOf(fake.Origin, Button::Disegni).empty());
 }
 
 void TestImportFlow::takesATrialBack() {
