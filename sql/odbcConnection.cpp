@@ -34,8 +34,16 @@ QString PackageOf(const QString& driver) {
 
 /// What the operator can do about an opening that failed.
 QString Advice(const QString& message, const QString& driver) {
-    const bool noDriver = message.contains(QLatin1String("Can't open lib")) || message.contains(QLatin1String("IM002"));
-    if (!noDriver) {
+    const auto says = [&message](const char* words) {
+        return message.contains(QLatin1String(words), Qt::CaseInsensitive);
+    };
+    if (says("Login failed") || says("Access denied")) {
+        return QStringLiteral(" (utente o password errati)");
+    }
+    if (says("unable to connect") || says("can't connect")) {
+        return QStringLiteral(" (il server non risponde: verificare nome, porta e che sia avviato)");
+    }
+    if (!says("Can't open lib") && !says("Data source name not found")) {
         return {};
     }
     const QString package = PackageOf(driver);

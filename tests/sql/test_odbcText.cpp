@@ -155,6 +155,7 @@ void TestOdbc::MissingDrivers_data() {
     QTest::addColumn<QString>("words");
     QTest::newRow("known") << "PostgreSQL Unicode"
                            << "su Debian è nel pacchetto odbc-postgresql";
+    QTest::newRow("no server") << "FreeTDS" << "il server non risponde";
     QTest::newRow("unknown") << "Driver di nessuno"
                              << "'Driver di nessuno' non è installato";
 }
@@ -164,7 +165,7 @@ void TestOdbc::MissingDrivers() {
     QFETCH(QString, words);
     ovConnection connection;
     connection.Driver = driver;
-    connection.Server = "srv";
+    connection.Server = "127.0.0.1,9";
     connection.User = "u";
     connection.Password = "segreto";
     const auto error = ErrorOf<SqlError>([&] { connection.OpenConnection(); });
