@@ -4,6 +4,7 @@
 # start_mariadb DIR: makes a server in DIR (created when missing), waits until it answers and exports
 # QUADRIX_TEST_MARIADB as "host|port|user|password|database".
 start_mariadb() {
+    local PATH=$PATH:/usr/sbin
     mariadb_dir=$1
     local attempt
     mkdir -p "$mariadb_dir/data"
