@@ -1,0 +1,135 @@
+#include "adapters/mappingPages.h"
+
+using namespace contract;
+
+namespace mappingPages {
+
+namespace {
+
+const QString MadeBy =
+    QStringLiteral("Made by `scripts/mappings` from the tables that the imports run by; not to be edited by hand.\n");
+
+/// Tables in the order in which they come, each with its columns, each once.
+class Tables {
+public:
+    void Add(const QString& table, const QStringList& columns) {
+        if (!m_columns.contains(table)) {
+            m_order.append(table);
+        }
+        m_columns[table] += columns;
+        m_columns[table].removeDuplicates();
+    }
+
+    /// A Markdown table under a heading, without the columns that are told elsewhere; empty when nothing is left.
+    QString Text(const QString& heading, const Tables& elsewhere) const {
+        QString lines;
+        for (const QString& table : m_order) {
+            QStringList columns = m_columns.value(table);
+            columns.removeIf([&](const QString& column) { return elsewhere.m_columns.value(table).contains(column); });
+            if (!columns.isEmpty()) {
+                lines += QStringLiteral("| `%1` | `%2` |\n").arg(table, columns.join(QStringLiteral("`, `")));
+            }
+        }
+        return lines.isEmpty()
+                   ? lines
+                   : QStringLiteral("### %1\n\n| Table | Columns |\n|---|---|\n").arg(heading) + lines + u'\n';
+    }
+
+private:
+    QStringList m_order;
+    QMap<QString, QStringList> m_columns;
+};
+
+QString NeedsText(const Needs& needs) {
+    QString text;
+    Tables mappedFrom;
+    Tables mappedTo;
+    for (const Mapping* mapping : needs.mappings) {
+        text += mapping->Page() + u'\n';
+        mappedFrom.Add(mapping->sourceTable, mapping->SourceColumns());
+        mappedTo.Add(mapping->targetTable, mapping->TargetColumns());
+    }
+    Tables reads;
+    for (const TableNeed& need : needs.reads) {
+        reads.Add(need.table, need.columns);
+    }
+    Tables writes;
+    for (const TableNeed& need : needs.writes) {
+        writes.Add(need.table, need.columns);
+    }
+    return text + reads.Text(QStringLiteral("Read from the source, beyond the mappings"), mappedFrom) +
+           writes.Text(QStringLiteral("Used in Quadrix, beyond the mappings"), mappedTo);
+}
+
+QString ButtonText(const Origin& origin, const Procedure& procedure) {
+    if (!procedure.button) {
+        return QStringLiteral("%1: no button, by its name").arg(origin.name);
+    }
+    const QString& caption = origin.buttons[static_cast<size_t>(*procedure.button)].caption;
+    return QStringLiteral("%1: `%2`%3")
+        .arg(origin.name, ButtonName(*procedure.button),
+             caption.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(caption));
+}
+
+/// A procedure, with every button that leads to it.
+struct Entry {
+    const Procedure* procedure;
+    QStringList buttons;
+};
+
+/// The procedures of a module in their order, each once.
+std::vector<Entry> EntriesOf(const std::vector<const Origin*>& origins) {
+    std::vector<Entry> entries;
+    for (const Origin* origin : origins) {
+        for (const Procedure& procedure : origin->procedures) {
+            auto known = std::find_if(entries.begin(), entries.end(),
+                                      [&](const Entry& entry) { return entry.procedure->name == procedure.name; });
+            if (known == entries.end()) {
+                known = entries.insert(entries.end(), Entry{&procedure, {}});
+            }
+            known->buttons.append(ButtonText(*origin, procedure));
+        }
+    }
+    return entries;
+}
+
+QString OriginsText(const std::vector<const Origin*>& origins) {
+    QStringList texts;
+    for (const Origin* origin : origins) {
+        texts.append(QStringLiteral("%1 (%2)").arg(origin->name, origin->source.kind));
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+QString ModulePage(const QString& module, const std::vector<const Origin*>& origins) {
+    QString page = QStringLiteral("# %1\n\n%2\nOrigins: %3\n").arg(module, MadeBy, OriginsText(origins));
+    for (const Entry& entry : EntriesOf(origins)) {
+        const QString needs = NeedsText(entry.procedure->needs).trimmed();
+        page += QStringLiteral("\n## %1\n\nButtons: %2\n")
+                    .arg(entry.procedure->name, entry.buttons.join(QStringLiteral(", ")));
+        page += needs.isEmpty() ? QString() : QString(u'\n' + needs + u'\n');
+    }
+    return page;
+}
+
+} // namespace
+
+QMap<QString, QString> Pages(const std::vector<const Origin*>& origins) {
+    QMap<QString, std::vector<const Origin*>> modules;
+    for (const Origin* origin : origins) {
+        if (!origin->procedures.empty()) {
+            modules[origin->module].push_back(origin);
+        }
+    }
+    QMap<QString, QString> pages;
+    QString list = QStringLiteral("# Mappings\n\n%1\n| Module | Origins |\n|---|---|\n").arg(MadeBy);
+    for (auto module = modules.cbegin(); module != modules.cend(); ++module) {
+        const QString file = module.key() + QStringLiteral(".md");
+        pages.insert(file, ModulePage(module.key(), module.value()));
+        list += QStringLiteral("| [%1](%2) | %3 |\n").arg(module.key(), file, OriginsText(module.value()));
+    }
+    pages.insert(QStringLiteral("README.md"), list);
+    return pages;
+}
+
+} // namespace mappingPages
