@@ -23,12 +23,29 @@ Amount MakeAmount(Random& random, bool hasDiscounts) {
     return amount;
 }
 
+void DocumentSums::Sums::Add(const Amount& amount) {
+    ++rows;
+    quantity += amount.quantity;
+    cents += amount.cents;
+}
+
+Totals DocumentSums::Sums::Counted(const QString& what) const {
+    const QString euro = QStringLiteral("%1.%2").arg(cents / 100).arg(cents % 100, 2, 10, QLatin1Char('0'));
+    return {{what + u": righe", QString::number(rows)},
+            {what + u": somma delle quantità", QString::number(quantity)},
+            {what + u": somma degli imponibili", euro}};
+}
+
+void DocumentSums::AddRow(const Amount& amount, bool isUnknown) {
+    m_all.Add(amount);
+    if (isUnknown) {
+        m_unknown.Add(amount);
+    }
+}
+
 Totals DocumentSums::Counted() const {
-    const QString euro = QStringLiteral("%1.%2").arg(m_cents / 100).arg(m_cents % 100, 2, 10, QLatin1Char('0'));
-    return {{m_kind + u": documenti", QString::number(m_documents)},
-            {m_kind + u": righe", QString::number(m_rows)},
-            {m_kind + u": somma delle quantità", QString::number(m_quantity)},
-            {m_kind + u": somma degli imponibili", euro}};
+    const Totals documents{{m_kind + u": documenti", QString::number(m_documents)}};
+    return documents + m_all.Counted(m_kind) + m_unknown.Counted(m_kind + u", di cui con articoli che mancano");
 }
 
 } // namespace examples

@@ -24,22 +24,27 @@ public:
         : m_kind(std::move(kind)) {}
 
     void AddDocument() { ++m_documents; }
-    void AddRow(const Amount& amount) {
-        ++m_rows;
-        m_quantity += amount.quantity;
-        m_cents += amount.cents;
-    }
-    void AddTextRow() { ++m_rows; }
+    /// @param isUnknown the article is not there: an import may leave such rows out
+    void AddRow(const Amount& amount, bool isUnknown);
+    void AddTextRow() { ++m_all.rows; }
     qint64 Documents() const { return m_documents; }
-    /// Documents, rows, sum of quantities and sum of amounts.
+    /// Documents, rows, sum of quantities and sum of amounts; then the sums of the rows whose article is not there.
     Totals Counted() const;
 
 private:
+    struct Sums {
+        qint64 rows = 0;
+        qint64 quantity = 0;
+        qint64 cents = 0;
+
+        void Add(const Amount& amount);
+        Totals Counted(const QString& what) const;
+    };
+
     QString m_kind;
     qint64 m_documents = 0;
-    qint64 m_rows = 0;
-    qint64 m_quantity = 0;
-    qint64 m_cents = 0;
+    Sums m_all;
+    Sums m_unknown;
 };
 
 } // namespace examples

@@ -179,7 +179,12 @@ Totals WriteCounterparties(Store& store, const Options& options, QuadrixScript& 
     for (const char* payment : {"B30", "B60", "RB3", "RD"}) {
         script.Translate("ARCLFR", "PAGCLFOR", payment, payment);
     }
+    for (const char* list : {"L1", "L2", "L3", "L4"}) {
+        script.Translate("ARCLFR", "LISCLFOR", list, list);
+    }
     script.Translate("ARCLFR", "ESECLFOR", "N8", "N8");
+    script.Translate("ARCLFR", "NAZCLFOR", "ITA", "ITA");
+    script.Translate("ARCLFR", "VALCLFOR", "EUR", "EUR");
     script.VatCode("N8", "Non imponibile art. 8", 0);
     return WriteCustomersAndSuppliers(store, options) + WriteCarriers(store, options);
 }

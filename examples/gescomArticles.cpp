@@ -135,6 +135,7 @@ Totals WriteArticles(Store& store, const Options& options, QuadrixScript& script
     for (const char* unit : {"NR", "PZ", "KG", "MT"}) {
         script.Translate("ARTICOLI", "UMARTICO", unit, unit);
     }
+    script.Translate("ARTICOLI", "IVARTICO", "22", "022");
     for (const char* family : {"MECC", "ELET", "VITE"}) {
         script.Translate("ARTICOLI", "FMARTICO", family, family);
     }

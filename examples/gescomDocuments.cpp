@@ -84,8 +84,7 @@ public:
         m_movements->Finish();
         store.AddIndex(m_rows->Name(), {QStringLiteral("RDRIEMOV")});
         store.AddIndex(m_movements->Name(), {QStringLiteral("NDMOVMAG"), QStringLiteral("ARMOVMAG")});
-        Totals totals{{"RIEMOV: righe", QString::number(m_rows->Count())},
-                      {"RIEMOV: righe con articoli che mancano", QString::number(m_unknown)}};
+        Totals totals{{"RIEMOV: righe", QString::number(m_rows->Count())}};
         for (const DocumentSums& sums : m_sums) {
             totals += sums.Counted();
         }
@@ -106,13 +105,14 @@ private:
         const QChar flag = partner.startsWith(u'5') ? u'F' : u'C';
         for (qint64 row = 1; row <= rows; ++row) {
             const Amount amount = MakeAmount(random, false);
-            const QString article = ArticleOf(random);
+            const bool isUnknown = random.Chance(1);
+            const QString article = isUnknown ? UnknownArticleCode : ArticleCode(random.Below(m_options.rows));
             m_rows->Set("RDRIEMOV", number).Set("CSRIEMOV", QString(QLatin1String(movement.kind)));
             m_rows->Set("DTRIEMOV", moment).Set("ESRIEMOV", moment.date().year()).Set("CLRIEMOV", partner);
             m_rows->Set("FLRIEMOV", QString(flag)).Set("RGRIEMOV", row).Set("CDRIEMOV", article);
             m_rows->Set("QSRIEMOV", amount.quantity).Set("QTRIEMOV", amount.quantity).Set("IRRIEMOV", amount.price);
             m_rows->Add();
-            sums.AddRow(amount);
+            sums.AddRow(amount, isUnknown);
             WritePhase(random, movement, number, article);
         }
     }
@@ -121,14 +121,6 @@ private:
         const bool isSupplier = kind == 'F' && m_codes.Suppliers() > 0;
         return isSupplier ? m_codes.Supplier(1 + random.Below(m_codes.Suppliers()))
                           : m_codes.Customer(1 + random.Below(m_codes.Customers()));
-    }
-
-    QString ArticleOf(Random& random) {
-        if (random.Chance(1)) {
-            ++m_unknown;
-            return UnknownArticleCode;
-        }
-        return ArticleCode(random.Below(m_options.rows));
     }
 
     /// The work phase of a row of work for account.
@@ -144,7 +136,6 @@ private:
     std::unique_ptr<TableWriter> m_movements;
     std::vector<DocumentSums> m_sums;
     qint64 m_documents = 1;
-    qint64 m_unknown = 0;
 };
 
 } // namespace

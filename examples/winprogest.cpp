@@ -131,7 +131,7 @@ Totals WriteArticles(Store& store, const Options& options, QuadrixScript& script
     for (const char* group : {"MECC", "ELET", "VITE"}) {
         script.Translate("ARTICOLI", "GRUPPO", group, group);
     }
-    script.VatCode("22", "IVA 22%", 22);
+    script.Translate("ARTICOLI", "IVA", "22", "022");
     return WriteArticleTable(store, options) + WriteOtherCodes(store, options) + WritePromotions(store, options);
 }
 

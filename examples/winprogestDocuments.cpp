@@ -257,7 +257,7 @@ private:
         row.Set("PREZZO", amount.price).Set("SCO1", amount.discounts[0]).Set("SCO2", amount.discounts[1]);
         row.Set("SCO3", amount.discounts[2]).Set("IVA", QStringLiteral("22"));
         row.Set("DATCON", DayOf(chain, kind).addDays(30)).Add();
-        table.Sums().AddRow(amount);
+        table.Sums().AddRow(amount, isUnknown);
     }
 
     Store& m_store;
@@ -273,6 +273,12 @@ Totals WriteDocuments(Store& store, const Options& options, QuadrixScript& scrip
     for (const auto* reason : {"OFFWP", "ORDWP", "DDTWP", "FATWP"}) {
         script.DocumentReason("VEN", reason, QLatin1String(reason).left(3));
     }
+    for (const arca2000::PaymentTerm& term : arca2000::PaymentTerms()) {
+        if (!term.code.startsWith(u"ZZ")) {
+            script.Translate("TESTATE", "CODPAG", term.code, term.code);
+        }
+    }
+    script.Translate("ARTICOLI", "IVA", "22", "022");
     script.DocumentReason("VEN", "PROWP", "FAT");
     script.DocumentReason("ACQ", "ORFWP", "ORD");
     return Documents(store, options).Write();

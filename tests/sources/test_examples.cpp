@@ -149,8 +149,8 @@ private slots:
         row("DIS_FAS attese",
             "SUM(MAX(1, (SELECT COUNT(*) FROM arcfas WHERE ARARCFAS = PADISBAS))) FROM (SELECT DISTINCT "
             "PADISBAS FROM DISBAS)");
-        row("RIEMOV: righe con articoli che mancano",
-            "COUNT(*) FROM RIEMOV WHERE CDRIEMOV NOT IN (SELECT CDARTICO FROM ARTICOLI)");
+        row("BV (DOC_VEN, DTGES), di cui con articoli che mancano: somma delle quantità",
+            "SUM(QSRIEMOV) FROM RIEMOV WHERE CSRIEMOV = 'BV' AND CDRIEMOV NOT IN (SELECT CDARTICO FROM ARTICOLI)");
         row("LE e LEB (DOC_CTL, RSGES): documenti",
             "COUNT(DISTINCT RDRIEMOV) FROM RIEMOV WHERE CSRIEMOV IN ('LE', 'LEB')");
         row("LE e LEB (DOC_CTL, RSGES): righe", "COUNT(*) FROM RIEMOV JOIN ARCLFR ON CODCLFOR = CLRIEMOV AND FLAGCLFR "
