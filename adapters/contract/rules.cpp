@@ -10,11 +10,13 @@
 namespace contract {
 
 QString RuleInput::Text() const {
-    QString text = row.Text(columns.first());
-    for (qsizetype i = 1; i < columns.size(); ++i) {
-        text += u' ' + row.Text(columns.at(i));
+    QStringList texts;
+    for (const QString& column : columns) {
+        if (const QString text = row.Text(column); !text.isEmpty()) {
+            texts.append(text);
+        }
     }
-    return columns.size() > 1 ? text.trimmed() : text;
+    return texts.join(u' ');
 }
 
 std::optional<double> ReadLeadingNumber(const QString& text) {
