@@ -4,10 +4,7 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(),
-        CreateDatabaseCommand(),
-        CheckCommand(),
-        ImportCommand(),
+        OriginsCommand(), CreateDatabaseCommand(), CheckCommand(), ImportCommand(), MergeCommand(),
     };
     return commands;
 }

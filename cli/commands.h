@@ -9,6 +9,7 @@ Command OriginsCommand();
 Command CreateDatabaseCommand();
 Command ImportCommand();
 Command CheckCommand();
+Command MergeCommand();
 
 /// Every command, in the order of the help.
 const std::vector<Command>& Commands();
