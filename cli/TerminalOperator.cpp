@@ -48,6 +48,7 @@ void TerminalOperator::Complain(const QString& text) {
 
 void TerminalOperator::Message(const QString& text, Icon icon) {
     if (icon == Icon::Exclamation) {
+        m_warnings.append(text);
         Complain("Attenzione: " + text);
     } else {
         Print(text);

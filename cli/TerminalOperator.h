@@ -29,6 +29,9 @@ class TerminalOperator final : public Operator {
 public:
     TerminalOperator(TerminalStreams streams, GivenAnswers answers);
 
+    /// The warnings shown so far.
+    const QStringList& Warnings() const { return m_warnings; }
+
     void Message(const QString& text, Icon icon = Icon::Information) override;
     bool Ask(const QString& question, Question style = Question::Plain) override;
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -48,4 +51,5 @@ private:
 
     TerminalStreams m_streams;
     GivenAnswers m_answers;
+    QStringList m_warnings;
 };

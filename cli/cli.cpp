@@ -111,12 +111,13 @@ GivenAnswers AnswersFrom(const QCommandLineParser& options) {
     return answers;
 }
 
-QJsonArray Messages(const ovErrors& errors) {
-    QJsonArray messages;
+/// What went wrong, as it was told.
+QJsonArray Told(const ovErrors& errors, const TerminalOperator& person) {
+    QJsonArray told = QJsonArray::fromStringList(person.Warnings());
     for (const ErrorEntry& entry : errors.Entries()) {
-        messages.append(entry.message);
+        told.append(entry.message);
     }
-    return messages;
+    return told;
 }
 
 /// Opens what the command needs; false when that failed, and has been reported.
@@ -146,7 +147,7 @@ Report RunCommand(const Command& command, const QCommandLineParser& options) {
         report = command.run(context);
     }
     if (!report.json.contains("errors")) {
-        report.json["errors"] = Messages(session.Errors);
+        report.json["errors"] = Told(session.Errors, person);
     }
     return report;
 }

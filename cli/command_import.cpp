@@ -73,6 +73,9 @@ Report Import(Context& context) {
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
     Report report{ExitCodeOf(total.outcome), Text(context.session, request.dryRun), ResultJson(total)};
+    if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
+        report.json.remove("errors"); // what went wrong has been told outside the procedures
+    }
     report.json["origin"] = request.choice.origin->name;
     report.json["company"] = request.choice.companyCode;
     report.json["data"] = request.procedure.isEmpty() ? contract::ButtonName(request.button) : request.procedure;

@@ -35,14 +35,25 @@ qsizetype Remoteness(const QString& name, const QString& candidate) {
     return holds ? std::min<qsizetype>(distance, 1) : distance;
 }
 
+/// The letters and digits of a name, in upper case.
+QString Core(const QString& name) {
+    QString core;
+    for (const QChar character : name.toUpper()) {
+        if (character.isLetterOrNumber()) {
+            core += character;
+        }
+    }
+    return core;
+}
+
 } // namespace
 
 QStringList NearNames(const QString& name, const QStringList& names) {
-    const QString written = name.trimmed().toUpper();
-    const qsizetype limit = std::max<qsizetype>(1, written.size() / 3);
+    const QString written = Core(name);
+    const qsizetype limit = std::max<qsizetype>(1, (written.size() + 1) / 3);
     std::vector<std::pair<qsizetype, QString>> near;
     for (const QString& candidate : names) {
-        const qsizetype remoteness = Remoteness(written, candidate.toUpper());
+        const qsizetype remoteness = Remoteness(written, Core(candidate));
         if (remoteness <= limit) {
             near.emplace_back(remoteness, candidate);
         }

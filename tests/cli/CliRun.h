@@ -1,0 +1,48 @@
+#pragma once
+
+#include "sql/SettingsFile.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+/// A folder with settings for an embedded database, and the program run on it.
+class CliRun {
+public:
+    struct Ended {
+        int exitCode = -1;
+        QString output;
+        QString errors;
+        QJsonObject Json() const { return QJsonDocument::fromJson(output.toUtf8()).object(); }
+    };
+
+    CliRun() {
+        Set("DATABASE", "Provider", "SQLITE");
+        Set("DATABASE", "DatabaseName", "quadrix.db");
+    }
+
+    void Set(const QString& section, const QString& key, const QString& value) const {
+        SettingsFile(Folder.filePath("Quadrix.ini")).Write(section, key, value);
+    }
+
+    /// Starts the program with --config and these arguments, without a terminal.
+    std::unique_ptr<QProcess> Start(const QStringList& arguments) const {
+        auto process = std::make_unique<QProcess>();
+        process->setStandardInputFile(QProcess::nullDevice());
+        process->start(QUADRIX_CLI, QStringList{"--config", Folder.path()} + arguments);
+        return process;
+    }
+    static Ended End(QProcess& process) {
+        process.waitForFinished(120000);
+        const bool exited = process.state() == QProcess::NotRunning && process.exitStatus() == QProcess::NormalExit;
+        return {exited ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+    Ended Run(const QStringList& arguments) const { return End(*Start(arguments)); }
+
+    QString Database() const { return Folder.filePath("quadrix.db"); }
+    Ended CreateCompany() const { return Run({"create-database", "--company", "x01", "--name", "Prova Uno"}); }
+
+    QTemporaryDir Folder;
+};
