@@ -85,7 +85,7 @@ void TestStatementTrace::suggestsNearNames_data() {
     QTest::newRow("a letter wrong") << "Gescam"
                                     << "Gescom";
     QTest::newRow("a part") << "adhoc win"
-                            << "Ad-Hoc Windows";
+                            << "Ad-Hoc,Ad-Hoc Windows";
     QTest::newRow("a part of two") << "ad-hoc"
                                    << "Ad-Hoc,Ad-Hoc Windows";
     QTest::newRow("letters changed round") << "scaal"
