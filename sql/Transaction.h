@@ -3,15 +3,19 @@
 #include "sql/errors.h"
 #include "sql/ovConnection.h"
 
-/// A transaction of a connection that is taken back at the end of its life unless it was kept.
+/// A transaction of a connection that is taken back at the end of its life unless it was kept. Within an open one it is
+/// a part of that, and does nothing by itself.
 class Transaction {
 public:
     explicit Transaction(ovConnection& connection)
-        : m_connection(connection) {
-        m_connection.BeginTrans();
+        : m_connection(connection),
+          m_isPart(connection.InTransaction()) {
+        if (!m_isPart) {
+            m_connection.BeginTrans();
+        }
     }
     ~Transaction() {
-        if (!m_kept) {
+        if (!m_kept && !m_isPart) {
             TakeBack();
         }
     }
@@ -20,7 +24,9 @@ public:
 
     /// Commits. Raises `SqlError`; the transaction is taken back then.
     void Keep() {
-        m_connection.CommitTrans();
+        if (!m_isPart) {
+            m_connection.CommitTrans();
+        }
         m_kept = true;
     }
 
@@ -33,5 +39,6 @@ private:
     }
 
     ovConnection& m_connection;
+    bool m_isPart;
     bool m_kept = false;
 };

@@ -34,6 +34,7 @@ public:
             error.AddContext(QStringLiteral("Database '%1'").arg(file));
             throw error;
         }
+        m_statements = std::make_shared<SqliteStatements>(handle);
         sqlite3_busy_timeout(handle, BusyMilliseconds);
         try {
             Configure(readOnly);
@@ -43,7 +44,9 @@ public:
         }
     }
 
-    explicit SqliteEngine(Database database) : m_database(std::move(database)) {}
+    explicit SqliteEngine(Database database)
+        : m_database(std::move(database)),
+          m_statements(std::make_shared<SqliteStatements>(m_database.get())) {}
 
     Dialect TextDialect() const override { return Dialect::Sqlite; }
 
@@ -116,34 +119,7 @@ private:
         }
     }
 
-    SqliteStatement Prepare(const QString& statement) {
-        const QByteArray text = statement.toUtf8();
-        sqlite3_stmt* handle = nullptr;
-        const char* rest = nullptr;
-        if (sqlite3_prepare_v2(m_database.get(), text.constData(), static_cast<int>(text.size()) + 1, &handle, &rest) !=
-            SQLITE_OK) {
-            throw SqliteErrorOf(m_database.get(), statement);
-        }
-        SqliteStatement prepared(handle);
-        if (rest != nullptr && HasMore(rest)) {
-            throw SqlError(statement, QStringLiteral("più istruzioni in un solo testo"), QStringLiteral("SQLITE_MISUSE"));
-        }
-        return prepared;
-    }
-
-    /// Whether another statement follows, so that it is not lost silently.
-    bool HasMore(const char* rest) {
-        while (*rest == ' ' || *rest == '\r' || *rest == '\n' || *rest == '\t' || *rest == ';') {
-            ++rest;
-        }
-        if (*rest == '\0') {
-            return false;
-        }
-        sqlite3_stmt* handle = nullptr;
-        const int code = sqlite3_prepare_v2(m_database.get(), rest, -1, &handle, nullptr);
-        const SqliteStatement second(handle);
-        return code != SQLITE_OK || handle != nullptr;
-    }
+    SqliteStatement Prepare(const QString& statement) { return m_statements->Prepare(statement); }
 
     QStringList Texts(const QString& query) {
         QStringList texts;
@@ -157,8 +133,9 @@ private:
     static QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
 
     void StoreTriggers(const QString& table) {
-        const QString where = QStringLiteral(" FROM sqlite_master WHERE type = 'trigger' AND tbl_name = %1 COLLATE NOCASE")
-                                  .arg(Literal(table));
+        const QString where =
+            QStringLiteral(" FROM sqlite_master WHERE type = 'trigger' AND tbl_name = %1 COLLATE NOCASE")
+                .arg(Literal(table));
         const QStringList names = Texts(QStringLiteral("SELECT name") + where);
         Run(QStringLiteral("INSERT OR REPLACE INTO QDX_TRIGGERS_OFF SELECT name, tbl_name, sql") + where);
         for (const QString& name : names) {
@@ -175,6 +152,7 @@ private:
     }
 
     Database m_database;
+    std::shared_ptr<SqliteStatements> m_statements; ///< goes before the database
 };
 
 } // namespace

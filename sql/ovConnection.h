@@ -68,6 +68,8 @@ public:
     void CommitTrans();
     /// Takes back the open transaction; does nothing when none is open.
     void RollbackTrans();
+    /// True between `BeginTrans` and its end.
+    bool InTransaction() const { return m_inTransaction; }
     /// Identity value of the row inserted last on this connection.
     qint64 LastInsertId();
     /// Stops the statement under way; safe from another thread.

@@ -43,10 +43,10 @@ QVariant AsDateTime(const QString& text) {
 
 } // namespace
 
-void FinalizeStatement::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
-
 SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString text)
-    : m_database(database), m_statement(std::move(statement)), m_text(std::move(text)) {}
+    : m_database(database),
+      m_statement(std::move(statement)),
+      m_text(std::move(text)) {}
 
 void SqliteCursor::Describe() const {
     const int count = m_statement == nullptr ? 0 : sqlite3_column_count(m_statement.get());

@@ -1,17 +1,9 @@
 #pragma once
 
 #include "sql/engine.h"
+#include "sql/sqliteStatements.h"
 
 #include <QVector>
-
-struct sqlite3;
-struct sqlite3_stmt;
-
-/// Ends a prepared statement.
-struct FinalizeStatement {
-    void operator()(sqlite3_stmt* statement) const noexcept;
-};
-using SqliteStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 /// The rows of a prepared SQLite statement. Values get the kind of their declared column type: dates become QDate or
 /// QDateTime, bits bool; a text that is no date stays a text, so that nothing is guessed.
