@@ -3,9 +3,9 @@
 // How sure the layout is: made up. Known gaps: everything but code, name, street, town and telephone.
 
 #include "adapters/contract/Counterparty.h"
+#include "adapters/contract/lookups.h"
 #include "adapters/contract/Origin.h"
 #include "adapters/contract/TargetRow.h"
-#include "adapters/contract/lookups.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 

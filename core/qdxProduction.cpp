@@ -29,8 +29,9 @@ double Number(const Recordset& rows, const QString& column) { return mod_ovTools
 /// Goods by VAT code.
 QMap<QString, Cents> GoodsByVat(Session& session, const QString& rowTable, qint64 head) {
     QMap<QString, Cents> goods;
-    Recordset rows = session.Quadrix.ExecuteWC(
-        QStringLiteral("SELECT DRTIP, DRIVA, DRTOT FROM %1 WHERE IDTES = %2").arg(session.Quadrix.GetFullTableName(rowTable)).arg(head));
+    Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT DRTIP, DRIVA, DRTOT FROM %1 WHERE IDTES = %2")
+                                                   .arg(session.Quadrix.GetFullTableName(rowTable))
+                                                   .arg(head));
     for (; !rows.Eof(); rows.MoveNext()) {
         if (mod_ovTools::ToText(rows.Value("DRTIP")).trimmed() != schema::defaults::DescriptionRow) {
             goods[mod_ovTools::ToText(rows.Value("DRIVA")).trimmed()] += ToCents(Number(rows, "DRTOT"));
@@ -45,7 +46,8 @@ double RateOf(Session& session, const QString& vatCode, const QString& document)
     }
     const QVariant rate = session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", vatCode, "IVALI");
     if (rate.isNull()) {
-        throw ImportError(QStringLiteral("%1: il codice IVA '%2' manca in TAB_IVA, l'imposta non si può calcolare").arg(document, vatCode));
+        throw ImportError(QStringLiteral("%1: il codice IVA '%2' manca in TAB_IVA, l'imposta non si può calcolare")
+                              .arg(document, vatCode));
     }
     return mod_ovTools::ToDouble(rate);
 }
@@ -60,8 +62,9 @@ Cents TaxOf(Session& session, const QMap<QString, Cents>& goods, Cents taxable, 
     Cents tax = 0;
     for (auto line = goods.cbegin(); line != goods.cend(); ++line) {
         const bool last = std::next(line) == goods.cend();
-        const Cents share =
-            last || all == 0 ? left : ToCents(FromCents(taxable) * (static_cast<double>(*line) / static_cast<double>(all)));
+        const Cents share = last || all == 0
+                                ? left
+                                : ToCents(FromCents(taxable) * (static_cast<double>(*line) / static_cast<double>(all)));
         left -= share;
         tax += Part(share, RateOf(session, line.key(), document));
     }

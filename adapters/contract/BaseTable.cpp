@@ -1,7 +1,7 @@
 #include "adapters/contract/BaseTable.h"
 
-#include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/TargetRow.h"
 
 namespace contract {
 

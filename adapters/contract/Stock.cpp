@@ -1,7 +1,7 @@
 #include "adapters/contract/Stock.h"
 
-#include "adapters/contract/TargetRow.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/TargetRow.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -10,9 +10,10 @@ namespace contract {
 using namespace schema::defaults;
 
 std::vector<TableNeed> StockNeeds() {
-    return {{"MOV_MAG", {"MMANN", "MMNUM", "MMDAT", "MMMAG", "MMTPM", "MMSTA", "MMINV", "MMESR"}},
-            {"MOV_MAR",
-             {"MRTES", "MRNUM", "MRART", "MRDES", "MRUMS", "MRQTA", "MRQTI", "MRPRZ", "MRVAL", "MRMAG", "MRTPM", "MRSTA"}}};
+    return {
+        {"MOV_MAG", {"MMANN", "MMNUM", "MMDAT", "MMMAG", "MMTPM", "MMSTA", "MMINV", "MMESR"}},
+        {"MOV_MAR",
+         {"MRTES", "MRNUM", "MRART", "MRDES", "MRUMS", "MRQTA", "MRQTI", "MRPRZ", "MRVAL", "MRMAG", "MRTPM", "MRSTA"}}};
 }
 
 void EmptyStock(ImportRun& run, bool reset) {
@@ -48,9 +49,9 @@ RowOutcome StockWriter::Balance(const QString& warehouse, const QString& article
     if (quantity == 0) {
         return RowOutcome::Skipped;
     }
-    const Recordset found = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName("ART_ICO") +
-                                                                 QStringLiteral(" WHERE ") +
-                                                                 Equals(m_run.GetSession(), "CDART", article));
+    const Recordset found =
+        m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName("ART_ICO") +
+                                             QStringLiteral(" WHERE ") + Equals(m_run.GetSession(), "CDART", article));
     if (found.Eof()) {
         m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), article));
         return RowOutcome::Skipped;

@@ -14,7 +14,8 @@ void EmptyStock(ImportRun& run, bool reset);
 /// never the origin. Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class StockWriter {
 public:
-    explicit StockWriter(ImportRun& run) : m_run(run) {}
+    explicit StockWriter(ImportRun& run)
+        : m_run(run) {}
 
     /// Writes the balance of an article in a warehouse, valued at the article's cost. A balance of zero, or an article
     /// that is not there (logged), is skipped.

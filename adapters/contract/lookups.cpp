@@ -11,7 +11,8 @@ QString LookUp(Session& session, const QString& table, const QString& keyColumn,
 
 qint64 IdWhere(Session& session, const QString& table, const QString& condition) {
     return session.Quadrix.ExecuteCommand(QStringLiteral("SELECT RECORD_ID FROM ") +
-                                          session.Quadrix.GetFullTableName(table) + QStringLiteral(" WHERE ") + condition);
+                                          session.Quadrix.GetFullTableName(table) + QStringLiteral(" WHERE ") +
+                                          condition);
 }
 
 qint64 LastId(Session& session, const QString& table) {
@@ -20,7 +21,8 @@ qint64 LastId(Session& session, const QString& table) {
 }
 
 QString Equals(const Session& session, const QString& column, const QString& text) {
-    return column + QStringLiteral(" = ") + mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
+    return column + QStringLiteral(" = ") +
+           mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
 QString Equals(const QString& column, qint64 number) {

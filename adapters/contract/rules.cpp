@@ -31,15 +31,28 @@ std::optional<double> ReadLeadingNumber(const QString& text) {
     return valid ? std::optional(number) : std::nullopt;
 }
 
-double NumberOf(const SourceRow& row, const QString& column) {
-    const QVariant value = row.Value(column);
-    if (value.isNull() || row.IsBlank(column)) {
+namespace {
+
+/// The number of a source column; the error does not name the column.
+double NumberIn(const SourceRow& row, const QString& column) {
+    if (row.IsBlank(column)) {
         return 0;
     }
-    if (const auto number = mod_ovTools::ReadNumber(value)) {
+    if (const auto number = mod_ovTools::ReadNumber(row.Value(column))) {
         return *number;
     }
-    throw ImportError(QStringLiteral("colonna '%1': '%2' non è un numero").arg(column, row.Text(column)));
+    throw ImportError(QStringLiteral("'%1' non è un numero").arg(row.Text(column)));
+}
+
+} // namespace
+
+double NumberOf(const SourceRow& row, const QString& column) {
+    try {
+        return NumberIn(row, column);
+    } catch (ImportError& error) {
+        error.AddContext(QStringLiteral("colonna '%1'").arg(column));
+        throw;
+    }
 }
 
 double RoundedTo(double number, int decimals) {
@@ -60,7 +73,7 @@ constexpr int NoRounding = 6; ///< decimals that a price of any source keeps
 /// The first number other than zero of the columns from an index on.
 double FirstNumber(const RuleInput& input, qsizetype from) {
     for (qsizetype i = from; i < input.columns.size(); ++i) {
-        if (const double number = NumberOf(input.row, input.columns.at(i)); number != 0) {
+        if (const double number = NumberIn(input.row, input.columns.at(i)); number != 0) {
             return number;
         }
     }
@@ -153,7 +166,9 @@ Rule LeadingNumber() {
 
 Rule RoundedTo(int decimals) {
     return {QStringLiteral("rounded to %1 decimals").arg(decimals), [decimals](const RuleInput& input) {
-                return RuleValue(input.Text().isEmpty() ? QVariant() : contract::RoundedTo(NumberOf(input.row, input.columns.first()), decimals));
+                return RuleValue(input.Text().isEmpty()
+                                     ? QVariant()
+                                     : contract::RoundedTo(NumberIn(input.row, input.columns.first()), decimals));
             }};
 }
 
@@ -164,7 +179,7 @@ Rule FirstNotZero() {
 
 Rule MarkUp() {
     return {"mark-up in percent of the first over the next that is not zero, 2 decimals", [](const RuleInput& input) {
-                return RuleValue(MarkUpOf(NumberOf(input.row, input.columns.first()), FirstNumber(input, 1)));
+                return RuleValue(MarkUpOf(NumberIn(input.row, input.columns.first()), FirstNumber(input, 1)));
             }};
 }
 
@@ -175,9 +190,8 @@ Rule CodeAndText(int count) {
 }
 
 Rule Is(const QString& text) {
-    return {QStringLiteral("true for \"%1\"").arg(text), [text](const RuleInput& input) {
-                return RuleValue(input.Text().compare(text, Qt::CaseInsensitive) == 0);
-            }};
+    return {QStringLiteral("true for \"%1\"").arg(text),
+            [text](const RuleInput& input) { return RuleValue(input.Text().compare(text, Qt::CaseInsensitive) == 0); }};
 }
 
 Rule Flag() {
@@ -255,25 +269,25 @@ Rule TranslatedOr(const QString& table, const QString& field, const QString& bla
 }
 
 Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded and written in upper case, \"%3\" "
-                           "when blank")
-                .arg(table, field, blank),
-            [table, field, blank](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                if (text.isEmpty()) {
-                    return blank;
-                }
-                const QString code = NewCode(input, table, field);
-                return code.isEmpty() ? text.toUpper() : code;
-            }};
+    return {
+        QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded and written in upper case, \"%3\" "
+                       "when blank")
+            .arg(table, field, blank),
+        [table, field, blank](const RuleInput& input) -> RuleValue {
+            const QString text = input.Text();
+            if (text.isEmpty()) {
+                return blank;
+            }
+            const QString code = NewCode(input, table, field);
+            return code.isEmpty() ? text.toUpper() : code;
+        }};
 }
 
 Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column) {
     return {QStringLiteral("%1 of the %2 whose %3 it is, left out when there is none").arg(column, table, keyColumn),
             [table, keyColumn, column](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
-                const QString found =
-                    text.isEmpty() ? text : LookUp(input.session, table, keyColumn, text, column);
+                const QString found = text.isEmpty() ? text : LookUp(input.session, table, keyColumn, text, column);
                 return found.isEmpty() ? RuleValue() : RuleValue(found);
             }};
 }
@@ -292,22 +306,23 @@ Rule ExemptVat(const QString& table, const QString& field) {
 }
 
 Rule Country(const QString& table, const QString& field) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded; else \"ITA\" for blank and Italy, "
-                           "else a text of three characters as it is")
-                .arg(table, field),
-            [table, field](const RuleInput& input) -> RuleValue {
-                static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
-                const QString text = input.Text().toUpper();
-                const QString code = NewCode(input, table, field);
-                if (!code.isEmpty()) {
-                    return code;
-                }
-                if (italy.contains(text)) {
-                    return schema::defaults::Country;
-                }
-                constexpr int codeSize = 3;
-                return text.size() == codeSize ? RuleValue(text) : RuleValue();
-            }};
+    return {
+        QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded; else \"ITA\" for blank and Italy, "
+                       "else a text of three characters as it is")
+            .arg(table, field),
+        [table, field](const RuleInput& input) -> RuleValue {
+            static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
+            const QString text = input.Text().toUpper();
+            const QString code = NewCode(input, table, field);
+            if (!code.isEmpty()) {
+                return code;
+            }
+            if (italy.contains(text)) {
+                return schema::defaults::Country;
+            }
+            constexpr int codeSize = 3;
+            return text.size() == codeSize ? RuleValue(text) : RuleValue();
+        }};
 }
 
 Rule Or(const Rule& rule, const QVariant& otherwise) {

@@ -60,8 +60,8 @@ Rule LeadingNumber();
 Rule RoundedTo(int decimals);
 /// The first of the source columns that holds a number other than zero, rounded to 6 decimals; 0 when none does.
 Rule FirstNotZero();
-/// Mark-up in percent of a price (first source column) over a cost (the first other column that is not zero), rounded to
-/// 2 decimals; 0 without a cost.
+/// Mark-up in percent of a price (first source column) over a cost (the first other column that is not zero), rounded
+/// to 2 decimals; 0 without a cost.
 Rule MarkUp();
 /// The code assigned to the row, " - " and the text; the first n characters of it all.
 Rule CodeAndText(int count);
