@@ -46,6 +46,18 @@ stop_mariadb() {
     unset QUADRIX_TEST_MARIADB
 }
 
+# mariadb_folder: makes a folder for start_mariadb and prints it; in memory where there is room, for a server on disk
+# waits for it with every table it makes.
+mariadb_folder() {
+    local free
+    free=$(df --output=avail /dev/shm 2>/dev/null | tail -1)
+    if [ "${free:-0}" -gt 2000000 ] && [ -w /dev/shm ]; then
+        mktemp -d -p /dev/shm
+    else
+        mktemp -d
+    fi
+}
+
 free_port() {
     local port
     for port in $(shuf -i 20000-32000 -n 50); do
