@@ -28,6 +28,8 @@ struct Case {
 const std::vector<Case> Cases{
     {"controparti", "arca2000", "", "Arca 2000", "cli", {}},
     {"articoli", "arca2000", "", "Arca 2000", "art", {"cli"}},
+    {"distinte", "winprogest-server", "winprogest.db", "WinProgest", "dis", {"art"}},
+    {"documenti", "gescom", "gescom.db", "Gescom", "doc", {"cli", "art"}},
 };
 
 constexpr double RatioLimit = 1.3;
