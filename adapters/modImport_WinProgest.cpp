@@ -150,9 +150,12 @@ const Mapping& CodificheMapping() {
 
 QString FindCounterparty(Session& session, const QString& sourceCode, bool supplier) {
     const QString found = LookUp(session, "CON_TRO", supplier ? "COFGE" : "COCGE", sourceCode, "CDCON");
-    return found.isEmpty()
-               ? modImport::GetNewCode(session, "UNIFICATI", supplier ? "F-CODICECF" : "C-CODICECF", sourceCode, false)
-               : found;
+    if (!found.isEmpty()) {
+        return found;
+    }
+    const QString survivor =
+        modImport::GetNewCode(session, "UNIFICATI", supplier ? "F-CODICECF" : "C-CODICECF", sourceCode, false);
+    return IsThere(session, "CON_TRO", "CDCON", survivor) ? survivor : QString();
 }
 
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier) {
@@ -163,6 +166,8 @@ QString RequireCounterparty(Session& session, const QString& sourceCode, bool su
     }
     return found;
 }
+
+TableNeed CounterpartyNeed() { return {"CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}}; }
 
 QString VatCodeOf(Session& session, const QString& sourceCode) {
     const QString code = modImport::GetNewCode(session, Articoli, "IVA", sourceCode, false);
@@ -177,6 +182,14 @@ QString WhereCode(const ImportRun& run, const QString& column, const QString& si
 }
 
 namespace {
+
+/// The code of a row. Raises `ImportError` when it is blank.
+QString CodeOf(const SourceRow& row, const QString& column) {
+    if (row.IsBlank(column)) {
+        throw ImportError(QStringLiteral("colonna '%1': il codice manca").arg(column));
+    }
+    return row.Text(column);
+}
 
 // --- Articles -----------------------------------------------------------------------------------------------------
 
@@ -196,7 +209,7 @@ void LinkSupplier(ImportRun& run, const ArticleWriter& writer, const SourceRow& 
 
 RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
     const ArticleWriter writer(run);
-    const Facts facts{writer.CodeOf(Articoli, "CODART", row.Text("CODART"))};
+    const Facts facts{writer.CodeOf(Articoli, "CODART", CodeOf(row, "CODART"))};
     const RowOutcome outcome = writer.Write(ArticoliMapping(), row, facts);
     writer.Texts(facts.code, row.Text("DESCR"));
     LinkSupplier(run, writer, row, facts.code);
@@ -204,7 +217,11 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
 }
 
 const Needs& ArticoliNeeds() {
-    static const Needs needs{{&ArticoliMapping()}, {{Articoli, {"CODART", "CODFOR"}}}, ArticleNeeds()};
+    static const Needs needs = [] {
+        Needs all{{&ArticoliMapping()}, {{Articoli, {"CODART", "CODFOR"}}}, ArticleNeeds()};
+        all.writes.push_back(CounterpartyNeed());
+        return all;
+    }();
     return needs;
 }
 
@@ -238,7 +255,7 @@ std::vector<qint64> RowsOfPromotion(ImportRun& run, const QString& code) {
 }
 
 RowOutcome ImportPromozione(ImportRun& run, const SourceRow& row) {
-    const Facts facts{row.Text("CODPRO")};
+    const Facts facts{CodeOf(row, "CODPRO")};
     const RowOutcome outcome = WriteByCode(run, Promozioni(), row, facts);
     // The rows have no key of their own: the first in the source is the first here.
     const std::vector<qint64> known = RowsOfPromotion(run, facts.code);
@@ -262,7 +279,7 @@ RowOutcome ImportPromozione(ImportRun& run, const SourceRow& row) {
 }
 
 const Needs& PromozioniNeeds() {
-    static const Needs needs{{&Promozioni(), &RighePromozione()}, {{Promor, {"CODART"}}}, {}};
+    static const Needs needs{{&Promozioni(), &RighePromozione()}, {{Promor, {"CODART"}}}, {CounterpartyNeed()}};
     return needs;
 }
 
@@ -306,9 +323,7 @@ RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
         run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), facts.code));
         return RowOutcome::Skipped;
     }
-    if (row.IsBlank("CODALT")) {
-        throw ImportError("colonna 'CODALT': il codice manca");
-    }
+    const QString code = CodeOf(row, "CODALT");
     const QString owner = OwnerOfCode(run, row);
     TargetRow target(run, "ART_COD");
     CodificheMapping().Apply(target, session, row, facts);
@@ -318,8 +333,8 @@ RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
         target.Set("COCON", owner);
     }
     // The same code may be used by several counterparties.
-    const QString same = Equals(session, "CDART", facts.code) + " AND " + Equals(session, "CDCOD", row.Text("CODALT")) +
-                         " AND " + (owner.isEmpty() ? Equals(session, "COTIP", "I") : Equals(session, "COCON", owner));
+    const QString same = Equals(session, "CDART", facts.code) + " AND " + Equals(session, "CDCOD", code) + " AND " +
+                         (owner.isEmpty() ? Equals(session, "COTIP", "I") : Equals(session, "COCON", owner));
     const qint64 known = IdWhere(session, "ART_COD", same);
     if (known != 0) {
         target.Update("WHERE " + Equals("RECORD_ID", known));
@@ -332,7 +347,7 @@ RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
 const Needs& CodificheNeeds() {
     static const Needs needs{{&CodificheMapping()},
                              {{Codifiche, {"CODCLF", "TIPCLF"}}},
-                             {{"ART_COD", {"COTIP", "COTPC", "COCON"}}, {"ART_ICO", {"CDART"}}}};
+                             {{"ART_COD", {"COTIP", "COTPC", "COCON"}}, {"ART_ICO", {"CDART"}}, CounterpartyNeed()}};
     return needs;
 }
 

@@ -10,11 +10,15 @@ inline const QString Module = QStringLiteral("modImport_WinProgest");
 /// The list of SYS_IMP that article codes, units and VAT codes of all tables are translated by.
 inline const QString Articoli = QStringLiteral("ARTICOLI");
 
-/// CDCON of the counterparty with that code in the source, or of the one it was merged into; empty when there is none.
+/// CDCON of the counterparty with that code in the source, else of the one it was merged into; empty when there is
+/// none.
 QString FindCounterparty(Session& session, const QString& sourceCode, bool supplier);
 
 /// As `FindCounterparty`. Raises `ImportError` when there is no such counterparty.
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier);
+
+/// What finding a counterparty reads.
+contract::TableNeed CounterpartyNeed();
 
 /// The Quadrix VAT code of one of the source: translated, else the same where TAB_IVA has it; empty when there is none,
 /// and the code is recorded in SYS_IMP.

@@ -67,7 +67,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
 const Needs& DistinteNeeds() {
     static const Needs needs = [] {
         Needs all{{}, {{Nftdis, {"PADRE"}}, {Nfcodis, {"PADRE", "FIGLIO", "QTA", "CODFOR", "NINS"}}}, BillNeeds()};
-        all.writes.push_back({"CON_TRO", {"CDCON", "COFGE", "CORAS"}});
+        all.writes.push_back(CounterpartyNeed());
         return all;
     }();
     return needs;

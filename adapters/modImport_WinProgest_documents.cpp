@@ -35,6 +35,9 @@ const DocumentKind& Of(Kind kind) {
 
 namespace {
 
+/// The list of SYS_IMP that the payment terms of all kinds are translated by.
+const QString Testate = QStringLiteral("TESTATE");
+
 constexpr std::array AllKinds{Kind::Offers,   Kind::Orders,   Kind::DeliveryNotes,
                               Kind::Invoices, Kind::ProForma, Kind::SupplierOrders};
 
@@ -45,7 +48,7 @@ Mapping MakeHeadMapping(const DocumentKind& kind) {
     return {kind.family.head,
             kind.head,
             {
-                {"DTMOP", "CODPAG", Translated("TESTATE", "CODPAG")},
+                {"DTMOP", "CODPAG", Translated(Testate, "CODPAG")},
                 {"DTRIC", "RIFCLI", Text()},
                 {"DTRID", "DATRIF", NotBlank(AsRead())},
                 {"DTPOR", "PORTO", Text()},
@@ -83,12 +86,13 @@ struct Answers {
     bool skipImported = false;
 };
 
-/// How much of a document is delivered.
-struct Delivery {
+/// The rows of a document that are written.
+struct Written {
     int rows = 0;
+    int goods = 0; ///< those that are more than a text
     int delivered = 0;
 
-    bool IsComplete() const { return rows > 0 && delivered == rows; }
+    bool IsDelivered() const { return goods > 0 && delivered == goods; }
 };
 
 /// Imports the documents of one kind.
@@ -109,7 +113,7 @@ private:
     DocumentHead HeadOf(const SourceRow& row);
     qint64 FindHead(const DocumentHead& head) const;
     qint64 WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known) const;
-    void WriteRow(const SourceRow& row, qint64 id, const DocumentHead& head, bool again, Delivery& delivery) const;
+    void WriteRow(const SourceRow& row, qint64 id, const DocumentHead& head, bool again, Written& written) const;
     DocumentRow RowOf(const SourceRow& row) const;
     QString StateOf(const DocumentRow& row) const;
     QString VatOf(const SourceRow& row, const QString& article) const;
@@ -119,6 +123,7 @@ private:
     }
     void FindTwins(const QString& where);
     void TellWithoutDay() const;
+    void TellRowsLeft(qint64 id, const Written& written) const;
 
     ImportRun& m_run;
     const DocumentKind& m_kind;
@@ -175,16 +180,18 @@ RowOutcome KindImport::Import(const SourceRow& row) {
         return RowOutcome::Skipped;
     }
     const qint64 id = WriteHead(row, head, known);
-    Delivery delivery;
+    Written written;
     ForEachChild(m_run.GetSession(),
                  "SELECT * FROM " + m_kind.rows + "\rWHERE NUMDOC = " + SourceLiteral(row.Value("NUMDOC")) +
                      " AND DATDOC = " + SourceLiteral(row.Value("DATDOC")) + "\rORDER BY NRIGA",
-                 m_kind.rows, "NRIGA",
-                 [&](const SourceRow& child) { WriteRow(child, id, head, known != 0, delivery); });
-    if (m_kind.open && delivery.IsComplete()) {
+                 m_kind.rows, "NRIGA", [&](const SourceRow& child) { WriteRow(child, id, head, known != 0, written); });
+    if (m_kind.open && written.IsDelivered()) {
         TargetRow state(m_run, m_kind.family.head);
         state.Set("DTSTA", Delivered);
         m_writer.Update(state, id);
+    }
+    if (known != 0) {
+        TellRowsLeft(id, written);
     }
     m_writer.Total(id);
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
@@ -236,7 +243,7 @@ qint64 KindImport::WriteHead(const SourceRow& row, const DocumentHead& head, qin
 
 /// @param again the document was imported before: its row of that number is rewritten, as others may be linked to it
 void KindImport::WriteRow(const SourceRow& row, qint64 id, const DocumentHead& head, bool again,
-                          Delivery& delivery) const {
+                          Written& written) const {
     Session& session = m_run.GetSession();
     const DocumentRow values = RowOf(row);
     const bool missing = !values.article.isEmpty() && !IsThere(session, "ART_ICO", "CDART", values.article);
@@ -246,9 +253,10 @@ void KindImport::WriteRow(const SourceRow& row, qint64 id, const DocumentHead& h
         return;
     }
     if (values.type != DescriptionRow) {
-        ++delivery.rows;
-        delivery.delivered += values.state == Delivered ? 1 : 0;
+        ++written.goods;
+        written.delivered += values.state == Delivered ? 1 : 0;
     }
+    ++written.rows;
     TargetRow target = m_writer.Row(id, head, values);
     m_mappings.row.Apply(target, session, row, {});
     const qint64 known =
@@ -257,6 +265,18 @@ void KindImport::WriteRow(const SourceRow& row, qint64 id, const DocumentHead& h
         target.Update("WHERE " + Equals("RECORD_ID", known));
     } else {
         target.Insert();
+    }
+}
+
+/// Rows that were imported before and are no longer in the source still count in the totals.
+void KindImport::TellRowsLeft(qint64 id, const Written& written) const {
+    const qint64 left = m_run.GetSession().Quadrix.ExecuteCommand(
+                            "SELECT COUNT(*) FROM " + m_run.FullName(m_kind.family.row) + " WHERE " +
+                            Equals("IDTES", id) + " AND " + Equals(m_run.GetSession(), "USINS", "SYSTEM_IMPORT")) -
+                        written.rows;
+    if (left > 0) {
+        m_run.Log(
+            QStringLiteral("RIGHE NON PIÙ NELL'ORIGINE: %1: %2 rimangono in Quadrix").arg(m_run.RowKey()).arg(left));
     }
 }
 
@@ -324,6 +344,7 @@ const Needs& DocumentiNeeds() {
             const std::vector<TableNeed> writes = DocumentNeeds(family);
             all.writes.insert(all.writes.end(), writes.begin(), writes.end());
         }
+        all.writes.push_back(CounterpartyNeed());
         return all;
     }();
     return needs;

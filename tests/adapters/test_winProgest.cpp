@@ -110,6 +110,18 @@ private slots:
         QVERIFY(Log().contains("ARTICOLO NON TROVATO"));
     }
 
+    void rowsThatAreNoLongerInTheSourceAreTold() {
+        Set("DOC_CheckArticoli", "0");
+        Run("ImportDocumentiWinProgest", {false});
+        QVERIFY(!Log().contains("RIGHE NON"));
+        m_fixture->Target().Execute(
+            "INSERT INTO X01_DOC_VER (IDTES, DRNUM, USINS) SELECT RECORD_ID, 9, 'SYSTEM_IMPORT' "
+            "FROM X01_DOC_VEN WHERE DTNUM = 11");
+        Run("ImportDocumentiWinProgest", {false});
+        QCOMPARE(Log().count("RIGHE NON"), 1);
+        QVERIFY(Log().contains("RIGHE NON PIÙ NELL'ORIGINE: tabella 'TESTIMP', riga 2, NUMDOC '11': 1 rimangono"));
+    }
+
     void anErrorThatEndsTheBillsIsLogged() {
         Run("ImportArticoliWinProgest");
         Target().Errors.Action = ErrorAction::Abort;
