@@ -91,6 +91,7 @@ struct Written {
     int rows = 0;
     int goods = 0; ///< those that are more than a text
     int delivered = 0;
+    QSet<qint64> rewritten = {}; ///< RECORD_IDs of those that were there
 
     bool IsDelivered() const { return goods > 0 && delivered == goods; }
 };
@@ -259,9 +260,9 @@ void KindImport::WriteRow(const SourceRow& row, qint64 id, const DocumentHead& h
     ++written.rows;
     TargetRow target = m_writer.Row(id, head, values);
     m_mappings.row.Apply(target, session, row, {});
-    const qint64 known =
-        again ? IdWhere(session, m_kind.family.row, Equals("IDTES", id) + " AND " + Equals("DRNUM", values.number)) : 0;
+    const qint64 known = again ? m_writer.FindRow(id, values.number, written.rewritten) : 0;
     if (known != 0) {
+        written.rewritten.insert(known);
         target.Update("WHERE " + Equals("RECORD_ID", known));
     } else {
         target.Insert();

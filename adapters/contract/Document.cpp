@@ -211,11 +211,16 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
 }
 
 qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
-    QString condition = Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number);
-    for (const qint64 row : but) {
-        condition += QStringLiteral(" AND RECORD_ID <> %1").arg(row);
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
+        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
+        QStringLiteral(" ORDER BY RECORD_ID"));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (const qint64 row = rows.Fields(0).Value().toLongLong(); !but.contains(row)) {
+            return row;
+        }
     }
-    return IdWhere(m_run.GetSession(), m_family.row, condition);
+    return 0;
 }
 
 void DocumentWriter::Total(qint64 head) const {
