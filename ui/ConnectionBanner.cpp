@@ -23,7 +23,7 @@ ConnectionBanner::ConnectionBanner(QWidget* parent)
     auto* retry = new QPushButton("Ripro&va");
     retry->setObjectName("cmdRetryConnection");
     connect(retry, &QPushButton::clicked, this, &ConnectionBanner::Retry);
-    auto* settings = new QPushButton("Apri imposta&zioni");
+    auto* settings = new QPushButton("Apri il &file");
     settings->setObjectName("cmdOpenSettings");
     connect(settings, &QPushButton::clicked, this,
             [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_settingsFile)); });

@@ -27,7 +27,7 @@ const QString SequencePassword = QStringLiteral("Tr1v0la8");
 constexpr int MostListed = 200; ///< reasons and codes that the account of a run lists
 
 /// Letters that stand for the lists, the tools, the tabs and the buttons beside them.
-const QSet<QChar> FixedMnemonics{u'a', u'o', u'n', u'r', u'q', u'e', u't', u'g', u'l', u'v', u'z'};
+const QSet<QChar> FixedMnemonics{u'z', u'o', u'n', u'r', u'q', u'e', u't', u'g', u'l', u'v', u'f'};
 
 } // namespace
 

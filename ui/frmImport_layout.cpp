@@ -68,7 +68,7 @@ QGroupBox* frmImport::NewChoices() {
     auto* group = new QGroupBox("Azienda e origine");
     auto* lines = new QFormLayout;
     lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    lines->addRow("&Azienda:", cmbAzienda);
+    lines->addRow("A&zienda:", cmbAzienda);
     lines->addRow("&Origine:", cmbOrigine);
     lines->addRow("I&n caso di errore:", cmbErrors);
     auto* all = new QHBoxLayout(group);

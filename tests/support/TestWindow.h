@@ -14,6 +14,7 @@ class TestWindow {
 public:
     TestWindow()
         : m_session(m_person) {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
         m_session.Quadrix.Embedded = true;
         m_session.Quadrix.DatabaseName = Folder.filePath("quadrix.db");
         m_session.Quadrix.OpenConnection();

@@ -1,0 +1,285 @@
+#include "adapters/registry.h"
+#include "tests/support/DialogDriver.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestWindow.h"
+#include "ui/mnemonics.h"
+
+#include <QTest>
+
+using contract::Button;
+
+namespace {
+
+const QString Company = "Officine Dimostrative S.r.l.";
+
+constexpr std::array<const char*, 8> ImportControls{"cmdImportCli",   "cmdImportArt",    "cmdImportDis",
+                                                    "cmdImportDoc",   "cmdImportAcq",    "cmdImportSaldi",
+                                                    "cmdImportPiano", "cmdImportDisegni"};
+
+QString Caption(const QPushButton& button) { return button.text().remove('&'); }
+
+/// Every control of the window that a mnemonic of its own stands for and that is on the screen now.
+QStringList VisibleCaptions(QWidget& window) {
+    QStringList captions;
+    for (const QPushButton* button : window.findChildren<QPushButton*>()) {
+        if (button->isVisible()) {
+            captions.append(button->text());
+        }
+    }
+    for (const QLabel* label : window.findChildren<QLabel*>()) {
+        if (label->isVisible() && label->buddy() != nullptr) {
+            captions.append(label->text());
+        }
+    }
+    return captions;
+}
+
+/// What a control lacks for those who see it, read it aloud or reach it by its letter; empty when all is well.
+QString Flaw(QWidget& window) {
+    QSet<QChar> letters;
+    for (const QString& caption : VisibleCaptions(window)) {
+        const QChar letter = MnemonicOf(caption);
+        if (letter.isNull() || letters.contains(letter)) {
+            return "mnemonic of " + caption;
+        }
+        letters.insert(letter);
+    }
+    for (const QPushButton* button : window.findChildren<QPushButton*>()) {
+        if (button->isVisible() && (button->width() < button->sizeHint().width() ||
+                                    button->height() < button->sizeHint().height() || button->text().isEmpty())) {
+            return QStringLiteral("size of %1: %2 x %3").arg(button->text()).arg(button->width()).arg(button->height());
+        }
+    }
+    for (const QComboBox* list : window.findChildren<QComboBox*>()) {
+        if (list->accessibleName().isEmpty() || list->focusPolicy() == Qt::NoFocus) {
+            return "name of " + list->objectName();
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+class TestFrmImport : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanupTestCase() { m_origins.reset(); }
+
+    // --- Loading ---
+
+    void LoadsListsAndRemembersTheCompany() {
+        TestWindow test;
+        test.Set("IMPORT", "AZIENDA", Company);
+        test.Set("IMPORT", "ORIGINE", "Mexal");
+        test.Start();
+        QCOMPARE(test.List("cmbAzienda").currentText(), Company);
+        QCOMPARE(test.List("cmbOrigine").count(), 57);
+        QCOMPARE(test.List("cmbOrigine").itemText(2), QString("Tessera + Solution"));
+        QCOMPARE(test.List("cmbOrigine").currentIndex(), -1);
+        QCOMPARE(test.List("cmbErrors").currentText(), QString("Gestiti dall'utente"));
+        QVERIFY(test.Button("cmdReset").isVisible() && test.Button("cmdSequence").isVisible());
+        QVERIFY(!test.Window().findChild<QWidget*>("frmConnection")->isVisible());
+        QCOMPARE(test.Setting("IMPORT", "Disable_ImportPiano"), QString("0"));
+    }
+
+    void SettingsHideAndLock() {
+        TestWindow test;
+        test.Set("IMPORT", "ORIGINE", "Arca 2000");
+        test.Set("IMPORT", "Disable_Configuration", "1");
+        test.Set("IMPORT", "Disable_Reset", "1.0");
+        test.Set("IMPORT", "Disable_ImportDoc", "si");
+        test.Start();
+        for (const char* list : {"cmbAzienda", "cmbOrigine", "cmbErrors"}) {
+            QVERIFY(!test.List(list).isEnabled());
+        }
+        QVERIFY(!test.Button("cmdReset").isVisible());
+        // Locked lists leave no other way to choose than the last one.
+        QCOMPARE(test.List("cmbOrigine").currentText(), QString("Arca 2000"));
+    }
+
+    void AStartModeShowsOneTask() {
+        TestWindow test;
+        test.Start(StartMode::Fast3);
+        QStringList shown;
+        for (const char* name : ImportControls) {
+            if (test.Button(name).isVisible()) {
+                shown.append(test.Button(name).text());
+            }
+        }
+        QCOMPARE(shown, QStringList{"&Sistema Disegni Sfridi"});
+        QVERIFY(!test.Button("cmdReset").isVisible() && !test.Button("cmdSequence").isVisible());
+        QVERIFY(test.Button("cmdExit").isVisible());
+    }
+
+    void AFailedConnectionIsExplainedAndTriedAgain() {
+        TestWindow test;
+        test.Set("DATABASE", "DatabaseName", "manca/quadrix.db");
+        DialogDriver driver;
+        test.Start();
+        QCOMPARE(driver.Events.size(), 1);
+        QVERIFY(driver.Events.first().startsWith("reported "));
+        const auto* banner = test.Window().findChild<QWidget*>("frmConnection");
+        QVERIFY(test.Window().isVisible() && banner->isVisible());
+        const QString text = banner->findChild<QLabel*>("lblConnection")->text().remove(QChar(0x200B));
+        QVERIFY2(text.contains("manca/quadrix.db") && text.contains("Quadrix.ini"), qPrintable(text));
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events.last(), QString("[!] Selezionare l'azienda sul quale operare!"));
+        test.Set("DATABASE", "DatabaseName", "quadrix.db");
+        test.Button("cmdRetryConnection").click();
+        QVERIFY(!banner->isVisible());
+        QCOMPARE(test.List("cmbAzienda").itemText(0), Company);
+        QCOMPARE(driver.Events.size(), 2);
+    }
+
+    // --- Choosing ---
+
+    void EveryOriginSetsItsButtons_data() {
+        QTest::addColumn<QString>("name");
+        for (const contract::Origin* origin : registry::Origins()) {
+            QTest::newRow(qPrintable(origin->name)) << origin->name;
+        }
+    }
+    /// One window, in which the origins are chosen one after the other: what a row does not mention stays.
+    void EveryOriginSetsItsButtons() {
+        if (!m_origins) {
+            m_origins = std::make_unique<TestWindow>();
+            m_origins->Start();
+        }
+        TestWindow& test = *m_origins;
+        QFETCH(QString, name);
+        std::array<ButtonState, 8> before;
+        for (size_t i = 0; i < before.size(); ++i) {
+            before[i] = {test.Button(ImportControls[i]).isVisible(), Caption(test.Button(ImportControls[i]))};
+        }
+        before[5].caption = "Importa Saldi di Magazzino";
+        test.Choose("cmbOrigine", name);
+        const contract::ButtonRows& rows = registry::Find(name)->buttons;
+        for (size_t i = 0; i < before.size(); ++i) {
+            const bool visible =
+                rows[i].shown == contract::Shown::Keep ? before[i].visible : rows[i].shown == contract::Shown::Yes;
+            QCOMPARE(test.Button(ImportControls[i]).isVisible(), visible);
+            QCOMPARE(Caption(test.Button(ImportControls[i])),
+                     rows[i].caption.isEmpty() ? before[i].caption : rows[i].caption);
+        }
+        test.Window().resize(test.Window().minimumSizeHint());
+        QTest::qWait(1);
+        QTRY_COMPARE(Flaw(test.Window()), QString());
+    }
+
+    void AnOriginShowsWhatASettingHid() {
+        TestWindow test;
+        test.Set("IMPORT", "Disable_ImportCli", "1");
+        test.Start();
+        QVERIFY(!test.Button("cmdImportCli").isVisible());
+        test.Choose("cmbOrigine", "Ad-Hoc");
+        QVERIFY(test.Button("cmdImportCli").isVisible());
+        test.Choose("cmbOrigine", "Mexal");
+        QVERIFY(test.Button("cmdImportAcq").isVisible());
+        QCOMPARE(Caption(test.Button("cmdImportAcq")), QString("Importa Tabelle Generali"));
+    }
+
+    // --- The gate ---
+
+    void NothingStartsWithoutCompanyAndOrigin_data() {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("import") << "cmdImportCli";
+        QTest::newRow("reset") << "cmdReset";
+    }
+    void NothingStartsWithoutCompanyAndOrigin() {
+        QFETCH(QString, button);
+        TestWindow test;
+        test.Start();
+        DialogDriver driver;
+        test.Button(button).click();
+        test.Choose("cmbAzienda", Company);
+        test.Button(button).click();
+        test.Choose("cmbOrigine", "Arca 2000");
+        test.Get().Quadrix.Execute("UPDATE SYS_AZI SET AZRAS = 'Altra'");
+        test.Button(button).click();
+        QCOMPARE(driver.Events,
+                 QStringList({"[!] Selezionare l'azienda sul quale operare!", "[!] Selezionare l'origine dei dati!",
+                              "[!] Si è verificato un errore imprevisto sull'azienda selezionata!"}));
+    }
+
+    void TheErrorListIsMappedAndAMissingProcedureNamed() {
+        TestWindow test;
+        test.Start();
+        test.Choose("cmbAzienda", Company);
+        contract::Origin unbuilt;
+        for (const contract::Origin* origin : registry::Origins()) {
+            if (ProceduresOf(*origin, Button::Cli).empty()) {
+                unbuilt = *origin;
+            }
+        }
+        QVERIFY2(!unbuilt.name.isEmpty(), "every origin has its counterparties: this case needs another button");
+        test.Choose("cmbOrigine", unbuilt.name);
+        const std::array expected{ErrorAction::Ask, ErrorAction::Ignore, ErrorAction::Retry, ErrorAction::Abort};
+        for (int position = 0; position < 4; ++position) {
+            DialogDriver driver;
+            test.List("cmbErrors").setCurrentIndex(position);
+            test.Button("cmdImportCli").click();
+            QCOMPARE(test.Get().Errors.Action, expected.at(static_cast<size_t>(position)));
+            QCOMPARE(driver.Events.size(), 1);
+            QVERIFY2(driver.Events.first().startsWith("[!] ") && driver.Events.first().contains(unbuilt.name),
+                     qPrintable(driver.Events.first()));
+        }
+    }
+
+    void TheSequenceNeedsItsPassword() {
+        TestWindow test;
+        test.Start();
+        DialogDriver driver;
+        driver.Inputs = {"tr1v0la8", std::nullopt, "Tr1v0la8"};
+        for (int i = 0; i < 3; ++i) {
+            test.Button("cmdSequence").click();
+        }
+        const QStringList asked{"? Lanciare la sequenza di importazione? = cmdYes", "> Password per import: "};
+        QCOMPARE(driver.Events, asked + asked + asked + QStringList{"[!] Selezionare l'azienda sul quale operare!"});
+    }
+
+    // --- Reset and closing ---
+
+    void AResetEmptiesTheChosenTables() {
+        TestWindow test;
+        test.Set("IMPORT", "AZIENDA", Company);
+        test.Start();
+        test.Choose("cmbOrigine", "Arca 2000");
+        test.Get().Quadrix.Execute("INSERT INTO DEM_ART_FMT DEFAULT VALUES");
+        DialogDriver driver;
+        driver.On = [](QWidget& dialog) {
+            if (dialog.objectName() == "frmReset" && dialog.isVisible()) {
+                auto* box = dialog.findChild<QAbstractButton*>("chkMagaLam");
+                if (!box->isChecked()) {
+                    box->click();
+                    QTimer::singleShot(0, dialog.findChild<QPushButton*>("cmdOk"), &QPushButton::click);
+                }
+                return true;
+            }
+            return false;
+        };
+        test.Button("cmdReset").click();
+        QCOMPARE(driver.Events, QStringList({"? Confermi l'eliminazione di tutti i dati selezionati? = cmdYes",
+                                             "[i] Reset Database eseguito con successo!"}));
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_ART_FMT"), QString("0"));
+    }
+
+    void ClosingRemembersTheChoice() {
+        TestWindow test;
+        test.Start();
+        test.Choose("cmbAzienda", Company);
+        test.Choose("cmbOrigine", "Esatto");
+        test.Choose("cmbOrigine", "EsaSoftware \"e\"");
+        test.Button("cmdExit").click();
+        QVERIFY(!test.Window().isVisible());
+        QVERIFY(!test.Get().Quadrix.State());
+        QCOMPARE(test.Setting("IMPORT", "ORIGINE"), QString("EsaSoftware \"e\""));
+        QCOMPARE(test.Setting("IMPORT", "AZIENDA"), Company);
+    }
+
+private:
+    std::unique_ptr<TestWindow> m_origins; ///< the window that goes through all origins
+};
+
+QUADRIX_TEST(TestFrmImport)
+#include "test_frmImport.moc"

@@ -1,0 +1,201 @@
+#include "examples/examples.h"
+#include "tests/support/DialogDriver.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestWindow.h"
+
+#include <QPlainTextEdit>
+#include <QTest>
+
+namespace {
+
+const QString Company = "Officine Dimostrative S.r.l.";
+const QString Confirmation = "? Importare le controparti? = cmdYes";
+const QString Completed = "[i] Controparti importate correttamente!";
+constexpr qint64 RowCount = 120;
+
+/// A started window with the company and Arca 2000 chosen, and a source of 120 counterparties behind it.
+class ArcaWindow : public TestWindow {
+public:
+    ArcaWindow() {
+        examples::Options options;
+        options.rows = RowCount;
+        options.folder = Folder.filePath("arca");
+        options.company = "DEM";
+        options.tables = QStringList{"controparti"};
+        examples::Make("arca2000", options);
+        Set("IMPORT", "Databasename", options.folder);
+        Start();
+        Choose("cmbAzienda", Company);
+        Choose("cmbOrigine", "Arca 2000");
+    }
+
+    const RunResult& Result() { return Get().Results.last(); }
+    QString Text(const char* name) { return Window().findChild<QPlainTextEdit*>(name)->toPlainText(); }
+    /// Makes the insertion of one counterparty fail.
+    void FailAt(const QString& code) {
+        Get().Quadrix.Execute("CREATE TRIGGER Guasto BEFORE INSERT ON DEM_CON_TRO WHEN NEW.CDCON = '" + code +
+                              "' BEGIN SELECT RAISE(ABORT, 'riga rifiutata'); END");
+    }
+};
+
+/// Does something once, in the turn of the window that follows a value of the progress dialog.
+class AtProgress {
+public:
+    AtProgress(DialogDriver& driver, float value, std::function<void(frmProgress&)> work) {
+        driver.On = [this, value, work](QWidget& dialog) {
+            auto* progress = qobject_cast<frmProgress*>(&dialog);
+            if (progress != nullptr && progress->Value() >= value && !m_done) {
+                m_done = true;
+                QTimer::singleShot(0, progress, [progress, work] { work(*progress); });
+            }
+            return progress != nullptr;
+        };
+    }
+    bool Done() const { return m_done; }
+
+private:
+    bool m_done = false;
+};
+
+} // namespace
+
+class TestImporting : public QObject {
+    Q_OBJECT
+
+private slots:
+    void TheWholeWay() {
+        ArcaWindow test;
+        DialogDriver driver;
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events.first(), Confirmation);
+        QVERIFY2(driver.Events.contains("? Resettare prima di importare? = cmdYes"),
+                 qPrintable(driver.Events.join('\n')));
+        QCOMPARE(driver.Events.last(), Completed);
+        QCOMPARE(test.Result().sourceRows, RowCount);
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO").toLongLong(), test.Result().inserted);
+        QVERIFY(test.Result().inserted > RowCount / 2);
+        QVERIFY(test.Get().Source == nullptr);
+        QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+        QVERIFY(test.Text("txtResult").contains("Righe lette 120"));
+        QVERIFY(test.Text("txtLog").contains("Inizio importazione controparti"));
+    }
+
+    void NoToTheConfirmationReadsNothing() {
+        ArcaWindow test;
+        DialogDriver driver;
+        driver.Otherwise = "cmdNo";
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events, QStringList{"? Importare le controparti? = cmdNo"});
+        QVERIFY(test.Get().Results.isEmpty());
+    }
+
+    void AMissingSourceIsTold() {
+        ArcaWindow test;
+        test.Set("IMPORT", "Databasename", test.Folder.filePath("manca"));
+        DialogDriver driver;
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events.last(), QString("[!] Impossibile connettersi a Arca 2000!"));
+        QVERIFY(driver.Events.at(1).startsWith("reported "));
+        QVERIFY(test.Window().isEnabled());
+    }
+
+    void CancelStopsAtTheNextRow() {
+        ArcaWindow test;
+        DialogDriver driver;
+        const AtProgress cancel(driver, 40, [](frmProgress& dialog) {
+            QTest::mouseClick(dialog.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
+        });
+        test.Button("cmdImportCli").click();
+        QVERIFY(cancel.Done());
+        QCOMPARE(test.Result().outcome, RunResult::Outcome::Cancelled);
+        QVERIFY(test.Result().AddsUp());
+        const qint64 reached = RowCount - test.Result().notReached;
+        QVERIFY2(reached >= 40 && reached < RowCount, qPrintable(QString::number(reached)));
+        QVERIFY(!driver.Events.contains(Completed));
+        QVERIFY(test.Text("txtResult").contains("interrotta dall'operatore"));
+        QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+        driver.On = nullptr;
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events.last(), Completed);
+    }
+
+    void EachErrorModeGoesItsWay_data() {
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<QStringList>("clicks");
+        QTest::addColumn<int>("asked");
+        QTest::addColumn<bool>("done");
+        QTest::newRow("operator ignores") << "Gestiti dall'utente" << QStringList{"cmdIgnore"} << 1 << true;
+        QTest::newRow("operator retries, then ignores")
+            << "Gestiti dall'utente" << QStringList{"cmdRetry", "cmdRetry", "cmdIgnore"} << 3 << true;
+        QTest::newRow("operator ends") << "Gestiti dall'utente" << QStringList{"cmdAbort"} << 1 << false;
+        QTest::newRow("ignore") << "Ignora e continua" << QStringList{} << 0 << true;
+        QTest::newRow("retry") << "Riprova 3 volte" << QStringList{} << 0 << false;
+        QTest::newRow("end") << "Interrompi l'azione" << QStringList{} << 0 << false;
+    }
+    void EachErrorModeGoesItsWay() {
+        QFETCH(QString, mode);
+        QFETCH(QStringList, clicks);
+        QFETCH(int, asked);
+        QFETCH(bool, done);
+        ArcaWindow test;
+        test.FailAt("000020");
+        test.Choose("cmbErrors", mode);
+        DialogDriver driver;
+        driver.ErrorClicks.assign(clicks.begin(), clicks.end());
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events.filter(QRegularExpression("^error ")).size(), asked);
+        QCOMPARE(driver.Events.filter(QRegularExpression("^reported ")).size(), done ? 0 : 1);
+        QCOMPARE(test.Result().outcome, done ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
+        QCOMPARE(test.Result().givenUpCount, 1);
+        QVERIFY(test.Result().AddsUp());
+        QCOMPARE(driver.Events.last() == Completed, done);
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO WHERE CDCON = '000020'"), QString("0"));
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO").toLongLong(), test.Result().inserted);
+        QVERIFY(test.Text("txtResult").contains("riga rifiutata"));
+        QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+    }
+
+    void ClosingDuringAnImportAsks_data() {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<bool>("closes");
+        QTest::newRow("no: the import goes on") << "cmdNo" << false;
+        QTest::newRow("yes: it stops at the next row, then the window closes") << "cmdYes" << true;
+    }
+    void ClosingDuringAnImportAsks() {
+        QFETCH(QString, answer);
+        QFETCH(bool, closes);
+        ArcaWindow test;
+        DialogDriver driver;
+        const QString question = "Un'operazione è in corso. Interromperla e chiudere il programma?";
+        driver.Click = {{question, answer}};
+        const AtProgress close(driver, 30, [&test](frmProgress&) { test.Window().close(); });
+        test.Button("cmdImportCli").click();
+        QCOMPARE(driver.Events.count("? " + question + " = " + answer), 1);
+        QCOMPARE(test.Result().outcome, closes ? RunResult::Outcome::Cancelled : RunResult::Outcome::Done);
+        QVERIFY(test.Result().AddsUp());
+        QCOMPARE(driver.Events.last() == Completed, !closes);
+        QTRY_COMPARE(test.Window().isVisible(), !closes);
+        QCOMPARE(test.Get().Quadrix.State(), !closes);
+        QCOMPARE(test.Setting("IMPORT", "ORIGINE"), closes ? QString("Arca 2000") : QString());
+    }
+
+    /// While a question waits nothing can be stopped: the window stays, the import goes its way.
+    void ClosingBehindAQuestionDoesNothing() {
+        ArcaWindow test;
+        DialogDriver driver;
+        bool closed = false;
+        driver.On = [&](QWidget& dialog) {
+            if (!closed && qobject_cast<QMessageBox*>(&dialog) != nullptr) {
+                closed = true;
+                test.Window().close();
+            }
+            return false;
+        };
+        test.Button("cmdImportCli").click();
+        QVERIFY(closed && test.Window().isVisible());
+        QCOMPARE(driver.Events.last(), Completed);
+    }
+};
+
+QUADRIX_TEST(TestImporting)
+#include "test_importing.moc"
