@@ -1,12 +1,13 @@
 #include "sql/mySqlCatalog.h"
 
 #include "sql/errors.h"
+#include "sql/mod_ovTools.h"
 
 namespace {
 
 constexpr QLatin1String NoSuchTable("1146");
 
-QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
+QString Literal(const QString& text) { return mod_ovTools::FormatSqlValue(text, DataType::Char, Provider::MySql); }
 
 /// One trigger as it must be written back.
 struct Trigger {

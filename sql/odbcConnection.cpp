@@ -1,5 +1,6 @@
 #include "sql/odbcConnection.h"
 
+#include "sql/connectionParts.h"
 #include "sql/odbcText.h"
 
 #include <QSqlDriver>

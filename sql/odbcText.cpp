@@ -1,23 +1,13 @@
 #include "sql/odbcText.h"
 
+#include "sql/connectionParts.h"
 #include "sql/errors.h"
 
-#include <QRegularExpression>
-#include <QSysInfo>
-
 #include <algorithm>
-#include <optional>
 
 namespace odbc {
 
 namespace {
-
-/// One "key=value" of a connection string, the value without its braces or quotes.
-struct Part {
-    QString key;
-    QString value;
-};
-using Parts = QVector<Part>;
 
 /// MySQL's own driver keeps a whole result in memory unless told to read it forward and not to keep it; MariaDB's
 /// driver keeps it in any case.
@@ -28,75 +18,6 @@ constexpr bool OnWindows = true;
 #else
 constexpr bool OnWindows = false;
 #endif
-
-bool Same(const QString& text, QLatin1String word) { return text.compare(word, Qt::CaseInsensitive) == 0; }
-
-/// End of the value that starts at `at`: the ";" after it, or the end of the text.
-qsizetype EndOfValue(const QString& text, qsizetype at) {
-    const QChar first = at < text.size() ? text.at(at) : QChar();
-    const QChar close = first == u'{' ? QChar(u'}') : first;
-    if (close == u'}' || close == u'"' || close == u'\'') {
-        for (qsizetype end = text.indexOf(close, at + 1); end >= 0; end = text.indexOf(close, end + 2)) {
-            if (end + 1 >= text.size() || text.at(end + 1) != close) {
-                at = end + 1;
-                break;
-            }
-        }
-    }
-    const qsizetype end = text.indexOf(u';', at);
-    return end < 0 ? text.size() : end;
-}
-
-QString Unquoted(const QString& value) {
-    const QString text = value.trimmed();
-    const QChar first = text.isEmpty() ? QChar() : text.front();
-    const QChar close = first == u'{' ? QChar(u'}') : first;
-    if (text.size() < 2 || (close != u'}' && close != u'"' && close != u'\'') || text.back() != close) {
-        return text;
-    }
-    QString inner = text.mid(1, text.size() - 2);
-    return inner.replace(QString(2, close), QString(close));
-}
-
-/// A piece without "=" belongs to the value before it: a password with a ";" that nobody put between braces.
-Parts Read(const QString& text) {
-    Parts parts;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype equals = text.indexOf(u'=', at);
-        const qsizetype semicolon = text.indexOf(u';', at);
-        const qsizetype pieceEnd = semicolon < 0 ? text.size() : semicolon;
-        if (equals < 0 || equals > pieceEnd) {
-            const QString piece = text.mid(at, pieceEnd - at);
-            if (!parts.isEmpty() && !piece.trimmed().isEmpty()) {
-                parts.last().value += u';' + piece;
-            }
-            at = pieceEnd + 1;
-            continue;
-        }
-        qsizetype start = equals + 1;
-        while (start < text.size() && text.at(start) == u' ') {
-            ++start;
-        }
-        const qsizetype end = EndOfValue(text, start);
-        parts.append({text.mid(at, equals - at).trimmed(), Unquoted(text.mid(start, end - start))});
-        at = end + 1;
-    }
-    return parts;
-}
-
-std::optional<QString> Find(const Parts& parts, QLatin1String key) {
-    const auto found =
-        std::find_if(parts.begin(), parts.end(), [key](const Part& part) { return Same(part.key, key); });
-    return found == parts.end() ? std::nullopt : std::optional(found->value);
-}
-
-QString Write(const Parts& parts) {
-    QString text;
-    for (const Part& part : parts) {
-        text += part.key + u'=' + Quoted(part.value) + u';';
-    }
-    return text;
-}
 
 void AddUnlessEmpty(Parts& parts, const char* key, const QString& value) {
     if (!value.isEmpty()) {
@@ -162,13 +83,13 @@ QString FromServer(const ConnectionSettings& settings, Provider provider) {
     if (provider == Provider::Access) {
         parts.append({QStringLiteral("DBQ"), settings.databaseName});
         AddUnlessEmpty(parts, "PWD", settings.networkCredential ? QString() : settings.password);
-        return Write(parts);
+        return WriteParts(parts);
     }
     if (provider == Provider::Oracle) {
         const bool microsoft = driver.startsWith(QLatin1String("Microsoft"));
         parts.append({microsoft ? QStringLiteral("SERVER") : QStringLiteral("DBQ"), OracleName(settings)});
         AddSignOn(parts, settings);
-        return Write(parts);
+        return WriteParts(parts);
     }
     if (driver.contains(QLatin1String("FreeTDS"), Qt::CaseInsensitive)) {
         AddFreeTds(parts, settings, provider == Provider::Sybase ? "5.0" : "7.4");
@@ -177,7 +98,7 @@ QString FromServer(const ConnectionSettings& settings, Provider provider) {
     }
     AddUnlessEmpty(parts, "DATABASE", settings.databaseName);
     AddSignOn(parts, settings);
-    return Write(parts);
+    return WriteParts(parts);
 }
 
 /// What OLE DB says, in the words of ODBC; other keys are the driver's own and stay.
@@ -209,13 +130,13 @@ QString FromOleDb(const Parts& oleDb, bool dataSourceIsDsn) {
         }
     }
     const QString own = Find(oleDb, QLatin1String("Extended Properties")).value_or(QString());
-    return Write(parts) + own;
+    return WriteParts(parts) + own;
 }
 
 /// The connection string but for what makes its driver stream.
 QString PlainText(const ConnectionSettings& settings, Provider provider) {
     if (!settings.connectionString.isEmpty()) {
-        const Parts parts = Read(settings.connectionString);
+        const Parts parts = ReadParts(settings.connectionString);
         const QString oleDb = Find(parts, QLatin1String("Provider")).value_or(QString());
         if (oleDb.startsWith(QLatin1String("MSDASQL"), Qt::CaseInsensitive)) {
             return FromOleDb(parts, true);
@@ -231,46 +152,27 @@ QString PlainText(const ConnectionSettings& settings, Provider provider) {
     Parts parts{{QStringLiteral("DSN"), settings.dsn}};
     AddUnlessEmpty(parts, "DATABASE", settings.databaseName);
     AddSignOn(parts, settings);
-    return Write(parts);
+    return WriteParts(parts);
 }
 
 } // namespace
 
-QString Quoted(const QString& value) {
-    const bool plain = !value.isEmpty() && value == value.trimmed() &&
-                       std::none_of(value.begin(), value.end(),
-                                    [](QChar c) { return QStringLiteral("[]{}(),;?*=!@'\"").contains(c); });
-    if (plain || value.isEmpty()) {
-        return value;
-    }
-    QString text = value;
-    return u'{' + text.replace(u'}', QLatin1String("}}")) + u'}';
-}
-
 QString ConnectionText(const ConnectionSettings& settings, Provider provider) {
     const QString text = PlainText(settings, provider);
-    const Parts parts = Read(text);
+    const Parts parts = ReadParts(text);
     const bool mySql =
         Find(parts, QLatin1String("DRIVER")).value_or(QString()).startsWith(u"MySQL", Qt::CaseInsensitive);
     return mySql && !Find(parts, QLatin1String("OPTION")) ? QString(StreamingOption + text) : text;
 }
 
-QString WithoutPassword(const QString& text) {
-    static const QRegularExpression password(
-        QStringLiteral(R"(\b(PWD|Password)\s*=\s*(\{(?:[^}]|\}\})*\}|"[^"]*"|[^;\]]*))"),
-        QRegularExpression::CaseInsensitiveOption);
-    QString covered = text;
-    return covered.replace(password, QStringLiteral("\\1=***"));
-}
-
 QString DriverOrDsn(const QString& text) {
-    const Parts parts = Read(text);
+    const Parts parts = ReadParts(text);
     const auto driver = Find(parts, QLatin1String("DRIVER"));
     return driver ? *driver : Find(parts, QLatin1String("DSN")).value_or(QString());
 }
 
 QString QtDatabaseName(const QString& text) {
-    Parts parts = Read(text);
+    Parts parts = ReadParts(text);
     const bool asWritten = text.contains(QLatin1String("DRIVER="), Qt::CaseInsensitive) ||
                            text.contains(QLatin1String("SERVER="), Qt::CaseInsensitive);
     const auto dsn = Find(parts, QLatin1String("DSN"));
@@ -280,7 +182,7 @@ QString QtDatabaseName(const QString& text) {
     // Qt puts "DSN=" before a text that names neither driver nor server.
     parts.erase(
         std::find_if(parts.begin(), parts.end(), [](const Part& p) { return Same(p.key, QLatin1String("DSN")); }));
-    return Quoted(*dsn) + u';' + Write(parts);
+    return Quoted(*dsn) + u';' + WriteParts(parts);
 }
 
 } // namespace odbc

@@ -11,10 +11,6 @@ namespace odbc {
 /// or that is usual for the provider, with server, database and sign-on. Raises `ImportError` when there is nothing to
 /// make it of.
 QString ConnectionText(const ConnectionSettings& settings, Provider provider);
-/// A value as it stands in a connection string: between braces when it holds what would end it.
-QString Quoted(const QString& value);
-/// A connection string or a driver's message with every password covered.
-QString WithoutPassword(const QString& text);
 /// Name of the driver, or else of the data source, of a connection string; empty when it names neither.
 QString DriverOrDsn(const QString& text);
 /// The connection string as Qt's driver takes it in place of a database name.

@@ -1,3 +1,4 @@
+#include "sql/connectionParts.h"
 #include "sql/odbcText.h"
 #include "sql/ovConnection.h"
 #include "tests/support/errorOf.h"

@@ -1,0 +1,287 @@
+#include "tests/sql/MariaDbServer.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <future>
+
+/// Reading while other statements run, transactions, and connections that fail.
+class TestMariaDbConnection : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { SKIP_WITHOUT(m_server) }
+    void OtherStatementsWhileReading_data() { MariaDbServer::Ways(); }
+    void OtherStatementsWhileReading();
+    void MemoryStaysFlat();
+    void ReadingIsGivenUp();
+    void ReaderOutlivesConnection_data() { MariaDbServer::Ways(); }
+    void ReaderOutlivesConnection();
+    void Identity_data() { MariaDbServer::Ways(); }
+    void Identity();
+    void Transactions_data() { MariaDbServer::Ways(); }
+    void Transactions();
+    void TriggersOffAndOn_data() { MariaDbServer::Ways(); }
+    void TriggersOffAndOn();
+    void RefusedConnections_data();
+    void RefusedConnections();
+    void ServerGoesAway_data() { MariaDbServer::Ways(); }
+    void ServerGoesAway();
+    void ServerGoesAwayInATransaction();
+    void Interruption();
+
+private:
+    MariaDbServer m_server;
+};
+
+void TestMariaDbConnection::OtherStatementsWhileReading() {
+    OPEN(connection);
+    constexpr int Rows = 5000; // more than wait in memory
+    MariaDbServer::Fill(connection, Rows);
+    Recordset outer = connection.ExecuteWC("SELECT N, T FROM NUMBERS ORDER BY N");
+    Recordset beside = connection.ExecuteWC("SELECT N FROM NUMBERS ORDER BY N DESC");
+    qint64 expected = 1;
+    for (; !outer.Eof(); outer.MoveNext(), beside.MoveNext(), ++expected) {
+        const qint64 n = outer.Value("N").toLongLong();
+        QCOMPARE(n, expected);
+        QCOMPARE(beside.Value("N").toLongLong(), Rows + 1 - expected);
+        if (n % 10 == 0) {
+            QCOMPARE(connection.Execute(QStringLiteral("UPDATE NUMBERS SET HITS = HITS + 1 WHERE N = %1").arg(n)), 1);
+            QCOMPARE(connection.ExecuteCommand(QStringLiteral("SELECT HITS FROM NUMBERS WHERE N = %1").arg(n)), 1);
+        }
+        QCOMPARE(outer.Value("T").toString().size(), 100);
+    }
+    QCOMPARE(expected, Rows + 1);
+    QVERIFY(beside.Eof());
+    QCOMPARE(connection.ExecuteCommand("SELECT SUM(HITS) FROM NUMBERS"), Rows / 10);
+}
+
+namespace {
+
+/// Largest memory the program has used so far, in kilobytes.
+qint64 PeakMemory() {
+    QFile file("/proc/self/status");
+    if (file.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : file.readAll().split('\n')) {
+            if (line.startsWith("VmHWM:")) {
+                return line.mid(6).simplified().split(' ').first().toLongLong();
+            }
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+void TestMariaDbConnection::MemoryStaysFlat() {
+    const auto openedconnection = m_server.Open();
+    ovConnection& connection = *openedconnection;
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("the sanitizer keeps freed memory");
+#endif
+    constexpr int Rows = 300000; // some 40 MB as they come
+    MariaDbServer::Fill(connection, Rows);
+    const qint64 before = PeakMemory();
+    if (before == 0) {
+        QSKIP("this system does not tell the memory used");
+    }
+    int rows = 0;
+    for (Recordset rs = connection.ExecuteWC("SELECT * FROM NUMBERS"); !rs.Eof(); rs.MoveNext()) {
+        if (++rows == Rows / 2) {
+            connection.Execute("UPDATE NUMBERS SET HITS = 1 WHERE N = 1");
+        }
+    }
+    QCOMPARE(rows, Rows);
+    QVERIFY2(PeakMemory() - before < 10000, qPrintable(QString::number(PeakMemory() - before)));
+}
+
+void TestMariaDbConnection::ReadingIsGivenUp() {
+    const auto openedconnection = m_server.Open();
+    ovConnection& connection = *openedconnection;
+    MariaDbServer::Fill(connection, 50000);
+    {
+        const Recordset rows = connection.ExecuteWC("SELECT * FROM NUMBERS a, NUMBERS b"); // 2,500,000,000 rows
+        QVERIFY(!rows.Eof());
+    }
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS"), 50000);
+    QVERIFY(timer.elapsed() < 20000);
+}
+
+void TestMariaDbConnection::ReaderOutlivesConnection() {
+    Recordset rows;
+    {
+        OPEN(connection);
+        MariaDbServer::Fill(connection, 3000);
+        rows = connection.ExecuteWC("SELECT N FROM NUMBERS");
+    }
+    int count = 0;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        ++count;
+    }
+    QCOMPARE(count, 3000);
+}
+
+void TestMariaDbConnection::Identity() {
+    OPEN(connection);
+    connection.Execute("DROP TABLE IF EXISTS HEADS");
+    connection.Execute("CREATE TABLE HEADS (RECORD_ID BIGINT NOT NULL AUTO_INCREMENT PRIMARY KEY, T VARCHAR(10))");
+    QCOMPARE(connection.Execute("INSERT INTO HEADS (T) VALUES ('a')"), 1);
+    QCOMPARE(connection.LastInsertId(), 1);
+    connection.Execute("INSERT INTO HEADS (T) VALUES ('b')");
+    connection.Execute("UPDATE HEADS SET T = 'c' WHERE RECORD_ID = 1");
+    QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM HEADS"), 2);
+    QCOMPARE(connection.LastInsertId(), 2);
+    QCOMPARE(connection.GetMaxValue("HEADS", "RECORD_ID"), QVariant(2LL));
+}
+
+void TestMariaDbConnection::Transactions() {
+    OPEN(connection);
+    MariaDbServer::Fill(connection, 2000);
+    connection.BeginTrans();
+    Recordset rows = connection.ExecuteWC("SELECT N FROM NUMBERS");
+    connection.Execute("UPDATE NUMBERS SET HITS = 5");
+    QCOMPARE(connection.ExecuteCommand("SELECT SUM(HITS) FROM NUMBERS"), 10000);
+    connection.RollbackTrans();
+    int count = 0;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        ++count;
+    }
+    QCOMPARE(count, 2000);
+    QCOMPARE(connection.ExecuteCommand("SELECT SUM(HITS) FROM NUMBERS"), 0);
+    connection.BeginTrans();
+    connection.Execute("UPDATE NUMBERS SET HITS = 1");
+    connection.CommitTrans();
+    connection.RollbackTrans();
+    QCOMPARE(connection.ExecuteCommand("SELECT SUM(HITS) FROM NUMBERS"), 2000);
+    QCOMPARE(connection.Execute("UPDATE NUMBERS SET HITS = 2 WHERE N <= 10"), 10);
+    if (way == "client") { // the rows found count, though nothing changes in them
+        QCOMPARE(connection.Execute("UPDATE NUMBERS SET HITS = 2 WHERE N <= 10"), 10);
+    }
+}
+
+void TestMariaDbConnection::TriggersOffAndOn() {
+    OPEN(connection);
+    connection.Execute("DROP TABLE IF EXISTS ROWS_WITH_TRIGGER");
+    connection.Execute("DROP TABLE IF EXISTS QDX_TRIGGERS_OFF");
+    connection.Execute("CREATE TABLE ROWS_WITH_TRIGGER (N INT, SEEN INT)");
+    connection.Execute("CREATE TRIGGER FIRST_TRIGGER BEFORE INSERT ON ROWS_WITH_TRIGGER FOR EACH ROW SET NEW.SEEN = 1");
+    connection.Execute("CREATE TRIGGER SECOND_TRIGGER BEFORE INSERT ON ROWS_WITH_TRIGGER FOR EACH ROW "
+                       "BEGIN SET NEW.SEEN = NEW.SEEN + 10; END");
+    const auto seen = [&](int n) {
+        connection.Execute(QStringLiteral("INSERT INTO ROWS_WITH_TRIGGER (N) VALUES (%1)").arg(n));
+        return connection.ExecuteCommand(QStringLiteral("SELECT SEEN FROM ROWS_WITH_TRIGGER WHERE N = %1").arg(n));
+    };
+    QCOMPARE(seen(1), 11);
+    connection.AlterTriggersStatus("ROWS_WITH_TRIGGER", false);
+    connection.AlterTriggersStatus("ROWS_WITH_TRIGGER", false); // twice loses nothing
+    QCOMPARE(seen(2), 0);
+    connection.AlterTriggersStatus("ROWS_WITH_TRIGGER", true);
+    QCOMPARE(seen(3), 11);
+    connection.AlterTriggersStatus("ROWS_WITH_TRIGGER", true);
+    QCOMPARE(seen(4), 11);
+}
+
+void TestMariaDbConnection::RefusedConnections_data() {
+    QTest::addColumn<QString>("way");
+    QTest::addColumn<int>("wrong"); ///< place in the server's list
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("password, client") << "client" << 3 << "segreto"
+                                      << "utente o password errati";
+    QTest::newRow("password, ODBC") << "ODBC" << 3 << "segreto"
+                                    << "Access denied";
+    QTest::newRow("port, client") << "client" << 1 << "9"
+                                  << "il server non risponde";
+    QTest::newRow("port, ODBC") << "ODBC" << 1 << "9"
+                                << "connect";
+    QTest::newRow("host, client") << "client" << 0 << "no-such-host.invalid"
+                                  << "no-such-host.invalid";
+    QTest::newRow("database, client") << "client" << 4 << "nessuno"
+                                      << "il database non esiste";
+    QTest::newRow("database, ODBC") << "ODBC" << 4 << "nessuno"
+                                    << "Unknown database 'nessuno'";
+}
+
+void TestMariaDbConnection::RefusedConnections() {
+    QFETCH(QString, way);
+    QFETCH(int, wrong);
+    QFETCH(QString, value);
+    QFETCH(QString, words);
+    MariaDbServer server = m_server;
+    server.Parts[wrong] = value;
+    ovConnection connection;
+    server.Set(connection, way);
+    const auto error = ErrorOf<SqlError>([&] { connection.OpenConnection(); });
+    QVERIFY(error);
+    QVERIFY2(error->Message().contains(words), qPrintable(error->Message()));
+    QVERIFY2(!error->Message().contains("segreto") && !error->Message().contains("word}"),
+             qPrintable(error->Message()));
+    QVERIFY(!connection.State());
+}
+
+void TestMariaDbConnection::ServerGoesAway() {
+    OPEN(connection);
+    MariaDbServer::Fill(connection, 200000);
+    const auto openedother = m_server.Open();
+    ovConnection& other = *openedother;
+    const qint64 id = connection.ExecuteCommand("SELECT CONNECTION_ID()");
+    Recordset rows = connection.ExecuteWC("SELECT * FROM NUMBERS");
+    other.Execute(QStringLiteral("KILL %1").arg(id));
+    int count = 0;
+    const auto cut = ErrorOf<SqlError>([&] {
+        for (; !rows.Eof(); rows.MoveNext()) {
+            ++count;
+        }
+    });
+    QVERIFY2(cut || count == 200000, "rows ended early without a word");
+    const auto error = ErrorOf<SqlError>([&] { connection.Execute("DELETE FROM NUMBERS WHERE N = 1"); });
+    QVERIFY(cut || error);
+    if (way == "ODBC") {
+        connection.CloseConnection();
+        connection.OpenConnection();
+    }
+    QVERIFY(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS") >= 199999);
+}
+
+void TestMariaDbConnection::ServerGoesAwayInATransaction() {
+    const auto openedconnection = m_server.Open();
+    ovConnection& connection = *openedconnection;
+    const auto openedother = m_server.Open();
+    ovConnection& other = *openedother;
+    MariaDbServer::Fill(connection, 10);
+    connection.BeginTrans();
+    connection.Execute("DELETE FROM NUMBERS WHERE N = 1");
+    other.Execute(QStringLiteral("KILL %1").arg(connection.ExecuteCommand("SELECT CONNECTION_ID()")));
+    const auto half = [&] { connection.Execute("DELETE FROM NUMBERS WHERE N = 2"); };
+    QVERIFY(ErrorOf<SqlError>(half));
+    const auto error = ErrorOf<SqlError>(half); // what was begun is lost: the rest must not be written alone
+    QVERIFY(error && error->Message().contains("la connessione con il server è caduta"));
+    connection.RollbackTrans();
+    QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS"), 10);
+}
+
+void TestMariaDbConnection::Interruption() {
+    const auto openedconnection = m_server.Open();
+    ovConnection& connection = *openedconnection;
+    MariaDbServer::Fill(connection, 5000);
+    QElapsedTimer timer;
+    timer.start();
+    const auto stop = std::async(std::launch::async, [&] {
+        QTest::qSleep(300);
+        connection.Interrupt();
+    });
+    const auto error = ErrorOf<SqlError>([&] {
+        connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS a, NUMBERS b, NUMBERS c WHERE a.N + b.N + c.N = 5");
+    });
+    QVERIFY(error);
+    QVERIFY(timer.elapsed() < 20000);
+    QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS"), 5000);
+}
+
+QUADRIX_TEST(TestMariaDbConnection)
+
+#include "test_mariadbConnection.moc"
