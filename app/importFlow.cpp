@@ -1,6 +1,7 @@
 #include "app/importFlow.h"
 
 #include "app/connectSource.h"
+#include "app/mergeButton.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
@@ -85,6 +86,19 @@ FlowOutcome OutcomeOf(const Session& session, qsizetype first) {
         }
     }
     return FlowOutcome::Done;
+}
+
+/// Every procedure of an origin that can run: its module's and those of the program itself.
+std::vector<const Procedure*> BuiltProcedures(const Origin& origin) {
+    std::vector<const Procedure*> procedures;
+    for (const auto* each : {&origin.procedures, &modMain::ProgramProcedures(origin)}) {
+        for (const Procedure& procedure : *each) {
+            if (procedure.run) {
+                procedures.push_back(&procedure);
+            }
+        }
+    }
+    return procedures;
 }
 
 std::vector<const Procedure*> Called(const Origin& origin, const ImportRequest& request) {
@@ -213,21 +227,17 @@ FlowOutcome RunImport(Session& session, const ImportRequest& request) {
 }
 
 std::vector<const Procedure*> ProceduresOf(const Origin& origin, Button button) {
-    std::vector<const Procedure*> procedures;
-    for (const Procedure& procedure : origin.procedures) {
-        if (procedure.button == button && procedure.run) {
-            procedures.push_back(&procedure);
-        }
-    }
+    std::vector<const Procedure*> procedures = BuiltProcedures(origin);
+    std::erase_if(procedures, [button](const Procedure* procedure) { return procedure->button != button; });
     return procedures;
 }
 
 const Procedure* ProcedureOf(const Origin& origin, const QString& name) {
-    const auto found =
-        std::find_if(origin.procedures.begin(), origin.procedures.end(), [&name](const Procedure& procedure) {
-            return procedure.run && procedure.name.compare(name, Qt::CaseInsensitive) == 0;
-        });
-    return found == origin.procedures.end() ? nullptr : &*found;
+    const auto procedures = BuiltProcedures(origin);
+    const auto found = std::find_if(procedures.begin(), procedures.end(), [&name](const Procedure* procedure) {
+        return procedure->name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == procedures.end() ? nullptr : *found;
 }
 
 QString ButtonCaption(const Origin& origin, Button button) {

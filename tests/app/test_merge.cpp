@@ -1,3 +1,5 @@
+#include "adapters/registry.h"
+#include "app/importFlow.h"
 #include "app/merge.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestTarget.h"
@@ -234,6 +236,51 @@ private slots:
         QCOMPARE(preview.merged, 0);
         QCOMPARE(Contents(pair.target), before);
         QVERIFY(pair.target.Log("fusione.log").isEmpty());
+        QVERIFY(pair.target.Person.Messages.isEmpty());
+    }
+
+    /// Behind the button of its origin: the questions, and an account that adds up.
+    void button_data() {
+        QTest::addColumn<bool>("dryRun");
+        QTest::newRow("merge") << false;
+        QTest::newRow("trial") << true;
+    }
+    void button() {
+        QFETCH(bool, dryRun);
+        Pair pair;
+        FillAll(pair);
+        const QStringList before = Contents(pair.target);
+        pair.target.Person.AnswerTo = {{"Fondere le Controparti di due Aziende?", true},
+                                       {"Aggiornare i Riferimenti alle tabelle esistenti?", true}};
+        pair.target.Person.Inputs = {QString("X01"), QString("X02")};
+        ImportRequest request;
+        request.choice = {"Prova Due S.p.A.", {}, registry::Find("Kordel NetSuite"), ErrorAction::Abort};
+        request.button = contract::Button::Disegni;
+        request.dryRun = dryRun;
+        QCOMPARE(RunImport(pair.target.Get(), request), FlowOutcome::Done);
+        QCOMPARE(
+            pair.target.Person.Events,
+            QStringList({"? Fondere le Controparti di due Aziende? = si", "> Codice Azienda di Partenza:",
+                         "> Codice Azienda di Destinazione:", "? Aggiornare i Riferimenti alle tabelle esistenti? = si",
+                         "progress", "progress closed", "[i] Fusione completata correttamente!"}));
+        QCOMPARE(pair.target.Person.Prompts.last().title, QString("Fusione Controparti"));
+        QCOMPARE(pair.target.Person.Prompts.last().defaultText, QString("X02"));
+        const RunResult& account = pair.target.Get().Results.last();
+        QVERIFY(account.AddsUp());
+        QCOMPARE(account.inserted, 2);
+        QCOMPARE(account.updated, 3);
+        QCOMPARE(account.tables.value("CON_TRO").inserted, 2);
+        QCOMPARE(Contents(pair.target) == before, dryRun);
+    }
+
+    void buttonGivenUp() {
+        Pair pair;
+        pair.target.Person.Otherwise = true;
+        pair.target.Person.Inputs = {QString("X01"), std::nullopt};
+        ImportRequest request;
+        request.choice = {"Prova Due S.p.A.", {}, registry::Find("Kordel NetSuite"), ErrorAction::Abort};
+        request.button = contract::Button::Disegni;
+        QCOMPARE(RunImport(pair.target.Get(), request), FlowOutcome::Cancelled);
         QVERIFY(pair.target.Person.Messages.isEmpty());
     }
 
