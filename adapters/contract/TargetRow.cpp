@@ -3,6 +3,9 @@
 #include "adapters/contract/ImportRun.h"
 #include "sql/mod_ovTools.h"
 
+#include <cmath>
+#include <limits>
+
 namespace contract {
 
 namespace {
@@ -19,6 +22,23 @@ bool IsNumber(DataType type) {
 
 bool IsBlankText(const QVariant& value) {
     return value.typeId() == QMetaType::QString && value.toString().trimmed().isEmpty();
+}
+
+/// A number that its column would round, or not hold at all, is none that can be written.
+void CheckNumber(const schema::Column& column, const QVariant& value) {
+    const auto number = mod_ovTools::ReadNumber(value);
+    if (!number) {
+        throw ImportError(QStringLiteral("'%1' non è un numero").arg(mod_ovTools::ToText(value)));
+    }
+    const bool isWhole = column.type == DataType::Integer || column.type == DataType::Long;
+    if (isWhole && *number != std::floor(*number)) {
+        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(mod_ovTools::ToText(value)));
+    }
+    const double limit = column.type == DataType::Integer ? std::numeric_limits<qint32>::max()
+                                                          : static_cast<double>(std::numeric_limits<qint64>::max());
+    if (isWhole && std::abs(*number) > limit) {
+        throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(mod_ovTools::ToText(value)));
+    }
 }
 
 } // namespace
@@ -66,8 +86,8 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
     if (date && !mod_ovTools::ReadDate(value)) {
         throw ImportError(QStringLiteral("'%1' non è una data").arg(value.toString()));
     }
-    if (!date && !mod_ovTools::ReadNumber(value)) {
-        throw ImportError(QStringLiteral("'%1' non è un numero").arg(value.toString()));
+    if (!date) {
+        CheckNumber(column, value);
     }
     return value;
 }

@@ -8,7 +8,8 @@ namespace contract {
 class ImportRun;
 
 /// A row of a target table under construction. Types and sizes come from the schema: a text that is longer than its
-/// column, a number that is none or a date that is none raises `ImportError` naming the column and the value.
+/// column, a number that is none or that its column does not hold as it is, or a date that is none raises `ImportError`
+/// naming the value.
 class TargetRow {
 public:
     /// @param table bare name; one that the schema does not know raises `ImportError`

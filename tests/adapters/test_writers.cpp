@@ -1,0 +1,205 @@
+#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/Document.h"
+#include "adapters/contract/PriceList.h"
+#include "adapters/contract/Stock.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace contract;
+
+namespace {
+
+/// A company with a run under way of which nothing is shown.
+class Written : public TestTarget {
+public:
+    ImportRun Run{Get(), "modImport_Prova", "ImportProva", "X"};
+};
+
+QString MessageOf(const std::optional<ImportError>& error) { return error ? error->Message() : QString("no error"); }
+
+} // namespace
+
+/// What the writers of the contract do where no origin's fixture leads.
+class TestWriters : public QObject {
+    Q_OBJECT
+
+private slots:
+    /// Nothing is cut, rounded away or written as Null for want of room.
+    void rowsRefuseWhatDoesNotFit_data() {
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("text") << "CON_TRO"
+                              << "COPRO" << QVariant("TORINO") << "'TORINO' ha 6 caratteri, CON_TRO.COPRO ne tiene 5";
+        QTest::newRow("number") << "CON_TRO"
+                                << "COSC1" << QVariant("dieci") << "'dieci' non è un numero";
+        QTest::newRow("whole number") << "DIS_COM"
+                                      << "DCPOS" << QVariant("1.5") << "'1.5' non è un numero intero";
+        QTest::newRow("whole number, of a source that counts in doubles")
+            << "DIS_COM"
+            << "DCPOS" << QVariant(0.5) << "'0.5' non è un numero intero";
+        QTest::newRow("large") << "DOC_VER"
+                               << "DRNUM" << QVariant("3000000000") << "'3000000000' è un numero troppo grande";
+        QTest::newRow("date") << "CON_TRO"
+                              << "COINV" << QVariant("31/02/2024") << "'31/02/2024' non è una data";
+        QTest::newRow("column") << "CON_TRO"
+                                << "COXXX" << QVariant(1) << "la colonna 'CON_TRO.COXXX' non è nello schema";
+    }
+    void rowsRefuseWhatDoesNotFit() {
+        QFETCH(const QString, table);
+        QFETCH(const QString, column);
+        QFETCH(const QVariant, value);
+        Written target;
+        TargetRow row(target.Run, table);
+        QTEST(MessageOf(ErrorOf<ImportError>([&] { row.Set(column, value); })), "message");
+    }
+
+    void rowsHoldWhatFits() {
+        Written target;
+        TargetRow row(target.Run, "DOC_VER");
+        row.Set("DRNUM", "7.0")
+            .Set("DRPRZ", "1,5")
+            .Set("DRCON", " ")
+            .Set("DRQTR", "")
+            .Set("DRART", "A")
+            .Set("DRART", "B");
+        row.Insert();
+        QCOMPARE(target.Rows("SELECT DRNUM, DRPRZ, DRCON, DRQTR, DRART, USINS FROM X01_DOC_VER"),
+                 QStringList{"7|1.5|NULL|NULL|B|SYSTEM_IMPORT"});
+        QCOMPARE(target.Run.WrittenRows("DOC_VER"), qint64{1});
+    }
+
+    void numbersCounterparties_data() {
+        QTest::addColumn<QString>("highest");
+        QTest::addColumn<QString>("next");
+        QTest::newRow("none") << ""
+                              << "000001";
+        QTest::newRow("one") << "000999"
+                             << "001000";
+        QTest::newRow("a code that is no number")
+            << "ZZ9"
+            << "il codice più alto di CON_TRO, 'ZZ9', non è un numero: non se ne può fare un altro";
+        QTest::newRow("the last") << "999999"
+                                  << "i codici a sei cifre di CON_TRO sono esauriti";
+    }
+    void numbersCounterparties() {
+        QFETCH(const QString, highest);
+        Written target;
+        if (!highest.isEmpty()) {
+            target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('" + highest + "')");
+        }
+        const CounterpartyWriter writer(target.Run, {});
+        QString next;
+        const auto error = ErrorOf<ImportError>([&] { next = writer.NextCode(); });
+        QTEST(error ? error->Message() : next, "next");
+    }
+
+    /// One load movement for each warehouse, numbered after those of the year, with the articles' costs.
+    void loadsBalances() {
+        Written target;
+        target.Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('VITE', 'Vite M8', 'PZ', 0.335)");
+        target.Execute("INSERT INTO X01_MOV_MAG (MMANN, MMNUM) VALUES (2024, 41)");
+        target.Execute("INSERT INTO X01_MOV_MAG (MMANN, MMNUM) VALUES (2023, 900)");
+        StockWriter writer(target.Run);
+        QCOMPARE(writer.Balance("001", "VITE", 0), RowOutcome::Skipped);
+        QCOMPARE(writer.Balance("001", "MANCA", 5), RowOutcome::Skipped);
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_MOV_MAG"), QString("2"));
+        QVERIFY(target.Log().contains("ARTICOLO NON TROVATO"));
+        QCOMPARE(writer.Balance("001", "VITE", 3), RowOutcome::Inserted);
+        QCOMPARE(writer.Balance("002", "VITE", -1), RowOutcome::Inserted);
+        QCOMPARE(writer.Balance("001", "VITE", 2), RowOutcome::Inserted);
+        QCOMPARE(target.Rows("SELECT MMNUM, MMMAG, MMESR FROM X01_MOV_MAG WHERE MMNUM BETWEEN 42 AND 50"),
+                 QStringList({"42|001|2024", "43|002|2024"}));
+        QCOMPARE(target.Rows("SELECT MRTES, MRNUM, MRQTA, MRPRZ, MRVAL, MRUMS FROM X01_MOV_MAR"),
+                 QStringList({"3|1|3|0.335|1.01|PZ", "4|1|-1|0.335|-0.34|PZ", "3|2|2|0.335|0.67|PZ"}));
+    }
+
+    /// A reset removes what an import wrote and what has lost its head; what a hand wrote stays.
+    void removesImportedDocuments() {
+        Written target;
+        for (const Family* family : {&Sales, &Purchases, &WorkAccount}) {
+            for (const char* user : {"SYSTEM_IMPORT", "ANNA"}) {
+                target.Execute(QString("INSERT INTO X01_%1 (DTNUM, USINS) VALUES (1, '%2')").arg(family->head, user));
+            }
+            for (const QString& child : {family->row, family->dueDate}) {
+                for (const int head : {1, 2, 2, 99}) {
+                    target.Execute(QString("INSERT INTO X01_%1 (IDTES, USINS) VALUES (%2, 'X')").arg(child).arg(head));
+                }
+            }
+        }
+        RemoveImportedDocuments(target.Run, false);
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_VER"), QString("4"));
+        RemoveImportedDocuments(target.Run, true);
+        for (const Family* family : {&Sales, &Purchases, &WorkAccount}) {
+            QCOMPARE(target.Rows("SELECT USINS FROM X01_" + family->head), QStringList{"ANNA"});
+            QCOMPARE(target.Rows("SELECT IDTES FROM X01_" + family->row), QStringList({"2", "2"}));
+            QCOMPARE(target.Rows("SELECT IDTES FROM X01_" + family->dueDate), QStringList({"2", "2"}));
+        }
+    }
+
+    /// The triggers of document rows sleep while documents are written, and wake up whatever happens.
+    void switchesTriggersOnAgain() {
+        Written target;
+        target.Execute("CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VER BEGIN UPDATE X01_DOC_VEN SET DTMER = 1; END");
+        target.Execute("INSERT INTO X01_DOC_VEN (DTNUM, DTMER) VALUES (1, 0)");
+        QVERIFY(ErrorOf<ImportError>([&] {
+            const TriggersOff triggers(target.Run);
+            target.Execute("INSERT INTO X01_DOC_VER (DRNUM) VALUES (1)");
+            throw ImportError("interrotto");
+        }));
+        QCOMPARE(target.Value("SELECT DTMER FROM X01_DOC_VEN"), QString("0"));
+        target.Execute("INSERT INTO X01_DOC_VER (DRNUM) VALUES (2)");
+        QCOMPARE(target.Value("SELECT DTMER FROM X01_DOC_VEN"), QString("1"));
+    }
+
+    void valuesDocumentRows_data() {
+        QTest::addColumn<QList<double>>("numbers"); // quantity, price, discounts
+        QTest::addColumn<double>("amount");
+        QTest::newRow("half a cent") << QList<double>{3, 1.005, 0, 0, 0} << 3.02;
+        QTest::newRow("discounts, one on the other") << QList<double>{2, 100, 10, 10, 50} << 81.0;
+        QTest::newRow("a return") << QList<double>{-2, 10.333, 0, 0, 0} << -20.67;
+        QTest::newRow("given away") << QList<double>{2, 100, 100, 0, 0} << 0.0;
+    }
+    void valuesDocumentRows() {
+        QFETCH(const QList<double>, numbers);
+        DocumentRow row;
+        row.quantity = numbers[0];
+        row.price = numbers[1];
+        row.discounts = {numbers[2], numbers[3], numbers[4]};
+        QTEST(row.Amount(), "amount");
+    }
+
+    /// A document may be imported again: its rows are found by their numbers, each once.
+    void findsRowsToRewrite() {
+        Written target;
+        for (const char* row : {"1, 1", "1, 2", "1, 2", "9, 2"}) {
+            target.Execute(QString("INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (%1)").arg(row));
+        }
+        const DocumentWriter writer(target.Run, Sales);
+        QCOMPARE(writer.FindRow(1, 2), qint64{2});
+        QCOMPARE(writer.FindRow(1, 2, {2}), qint64{3});
+        QCOMPARE(writer.FindRow(1, 2, {2, 3}), qint64{0});
+    }
+
+    /// Without a quantity a price holds for any; the same quantity is rewritten, in another validity it is another.
+    void rewritesScales() {
+        Written target;
+        const PriceListWriter writer(target.Run);
+        const QDate newYear(2024, 1, 1);
+        QCOMPARE(writer.Head("L1", "V", "Listino"), writer.Head("L1", "V", "Altro nome"));
+        QVERIFY(writer.Head("L1", "A", "Acquisti") != writer.Head("L1", "V", "Listino"));
+        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {newYear, {}}), {{}, 10}), RowOutcome::Inserted);
+        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {newYear, {}}), {{}, 11}), RowOutcome::Updated);
+        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {newYear, {}}), {0.5, 12}), RowOutcome::Inserted);
+        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {}), {{}, 13}), RowOutcome::Inserted);
+        QCOMPARE(target.Rows("SELECT IDLSD, SCQTA, SCPRZ FROM X01_LIS_ARS ORDER BY RECORD_ID"),
+                 QStringList({"1|999999999|11", "1|0.5|12", "2|999999999|13"}));
+    }
+};
+
+QUADRIX_TEST(TestWriters)
+#include "test_writers.moc"
