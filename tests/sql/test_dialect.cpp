@@ -33,6 +33,9 @@ void TestDialect::Adapted_data() {
     add("brackets", "SELECT [A B] FROM [dbo].[T]", "SELECT [A B] FROM [dbo].[T]", "SELECT `A B` FROM `dbo`.`T`");
     add("left and right", "SELECT LEFT(A, 3), Right (B,2)", "SELECT SUBSTR(A, 1, 3), SUBSTR(B, -(2))",
         "SELECT LEFT(A, 3), Right (B,2)");
+    add("year", "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)",
+        "SELECT CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER) FROM T GROUP BY CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER)",
+        "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)");
     add("nested", "SELECT LEFT(ISNULL(A, 'x,y(' ), LEN(B))", "SELECT SUBSTR(IFNULL(A, 'x,y(' ), 1, LENGTH(B))",
         "SELECT LEFT(IFNULL(A, 'x,y(' ), CHAR_LENGTH(B))");
     add("join is no function", "SELECT * FROM A LEFT JOIN B ON 1=1", "SELECT * FROM A LEFT JOIN B ON 1=1",
@@ -81,7 +84,7 @@ void TestDialect::Untouched_data() {
     QTest::newRow("moment in a comment") << "SELECT 1 -- '20240305 10:20:30'";
     QTest::newRow("nearly a moment") << "SELECT '20240305 10:20:3x', ' 20240305 10:20:30', '20240305T10:20:30'";
     QTest::newRow("words within words") << "SELECT GETDATES(), MYLEN(1), ISNULLABLE(A), DBO_X.A FROM DBOX";
-    QTest::newRow("column of that name") << "SELECT LEN, ISNULL FROM T";
+    QTest::newRow("column of that name") << "SELECT LEN, ISNULL, YEAR FROM T";
     QTest::newRow("backslash before a quote") << "UPDATE T SET A = 'C:\\', B = 'LEN(x)'";
     QTest::newRow("empty") << "";
 }
