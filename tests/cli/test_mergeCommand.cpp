@@ -1,0 +1,77 @@
+#include "sql/ovConnection.h"
+#include "tests/cli/CliRun.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QJsonArray>
+#include <QTest>
+
+class TestMergeCommand : public QObject {
+    Q_OBJECT
+
+    CliRun m_run;
+
+    /// Runs a query on the database of the program; the first column of the first row.
+    QString Value(const QString& query) const {
+        ovConnection connection;
+        connection.Embedded = true;
+        connection.DatabaseName = m_run.Database();
+        connection.OpenConnection();
+        const Recordset rows = connection.ExecuteWC(query);
+        return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+    }
+
+private slots:
+    void initTestCase() {
+        QCOMPARE(m_run.CreateCompany().exitCode, 0);
+        QCOMPARE(m_run.Run({"create-database", "--company", "X02", "--name", "Prova Due"}).exitCode, 0);
+        Value(
+            "INSERT INTO X01_CON_TRO (CDCON, CORAS, COIVA) VALUES ('000001', 'Rossi', '01'), ('000002', 'Verdi', '')");
+        Value("INSERT INTO X02_CON_TRO (CDCON, CORAS, COIVA) VALUES ('000009', 'Rossi S.r.l.', '01')");
+        Value("INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000002')");
+    }
+
+    void refusals_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("without confirmation") << QStringList{"--from", "X01", "--to", "X02"} << 2 << "--yes";
+        QTest::newRow("without destination") << QStringList{"--from", "X01", "--yes"} << 2 << "--to";
+        QTest::newRow("unknown company") << QStringList{"--from", "X01", "--to", "X09", "--yes"} << 1
+                                         << "'X09': non esiste";
+        QTest::newRow("same company") << QStringList{"--from", "X01", "--to", "x01", "--preview"} << 1 << "diverse";
+    }
+    void refusals() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const auto ended = m_run.Run(QStringList("merge") + arguments);
+        QTEST(ended.exitCode, "exitCode");
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+        QCOMPARE(Value("SELECT COUNT(*) FROM X02_CON_TRO"), QString("1"));
+    }
+
+    void previewsThenMerges() {
+        const auto preview = m_run.Run({"merge", "--from", "X01", "--to", "X02", "--preview", "--json"});
+        QCOMPARE(preview.exitCode, 0);
+        QCOMPARE(preview.Json()["matches"].toArray().at(0).toObject(), (QJsonObject{{"oldCode", "000001"},
+                                                                                    {"oldName", "Rossi"},
+                                                                                    {"newCode", "000009"},
+                                                                                    {"newName", "Rossi S.r.l."},
+                                                                                    {"criterion", "PARTITA IVA"}}));
+        QCOMPARE(Value("SELECT COUNT(*) FROM X02_CON_TRO"), QString("1"));
+
+        const auto merged =
+            m_run.Run({"merge", "--from", "X01", "--to", "X02", "--update-references", "--yes", "--json"});
+        QCOMPARE(merged.exitCode, 0);
+        const QJsonObject json = merged.Json();
+        QCOMPARE(json["outcome"].toString(), QString("done"));
+        QCOMPARE(json["merged"].toInt(), 2);
+        QCOMPARE(json["criteria"].toObject()["NUOVO!!!!"].toInt(), 1);
+        QCOMPARE(json["copied"].toObject()["CON_TRO"].toInt(), 1);
+        QCOMPARE(json["referencesUpdated"].toInt(), 1);
+        QCOMPARE(Value("SELECT CORAS FROM X02_CON_TRO WHERE CDCON = '000010'"), QString("Verdi"));
+        QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
+    }
+};
+
+QUADRIX_TEST(TestMergeCommand)
+#include "test_mergeCommand.moc"
