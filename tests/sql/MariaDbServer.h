@@ -61,7 +61,7 @@ public:
     const auto opened##name = m_server.Open(way);                                                                      \
     ovConnection& name = *opened##name
 
-/// Leaves out the tests of a class when there is no server.
+/// Leaves out a test when there is no server; for init(), since initTestCase() would leave out all that follow.
 #define SKIP_WITHOUT(server)                                                                                           \
     if (!server.IsThere()) {                                                                                           \
         QSKIP("QUADRIX_TEST_MARIADB names no server (scripts/test starts one)");                                       \

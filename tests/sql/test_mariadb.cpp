@@ -8,7 +8,7 @@ class TestMariaDb : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { SKIP_WITHOUT(m_server) }
+    void init() { SKIP_WITHOUT(m_server) }
     void ValuesComeBack_data() { MariaDbServer::Ways(); }
     void ValuesComeBack();
     void ServerValues_data();

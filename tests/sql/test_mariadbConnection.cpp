@@ -12,7 +12,7 @@ class TestMariaDbConnection : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { SKIP_WITHOUT(m_server) }
+    void init() { SKIP_WITHOUT(m_server) }
     void OtherStatementsWhileReading_data() { MariaDbServer::Ways(); }
     void OtherStatementsWhileReading();
     void MemoryStaysFlat();
