@@ -267,22 +267,6 @@ QString CodeBefore(Session& session, const QString& carrier) {
     return byImport && !isCarrier ? QString() : code;
 }
 
-void StoreCode(ImportRun& run, const QString& carrier, const QString& code) {
-    Session& session = run.GetSession();
-    const qint64 known = IdWhere(session, "SYS_IMP", TranslationOf(session, carrier));
-    TargetRow row(run, "SYS_IMP");
-    row.Set("TBNEW", code);
-    if (known != 0) {
-        row.Update("WHERE " + Equals("RECORD_ID", known));
-    } else {
-        row.Set("TBNAM", VettoriTable);
-        row.Set("TBFLD", "CDVETTOR");
-        row.Set("TBOLD", carrier);
-        row.Insert();
-    }
-    modImport::RememberNewCode(session, VettoriTable, "CDVETTOR", carrier, code);
-}
-
 RowOutcome ImportVettore(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const CounterpartyWriter writer(run, {});
@@ -303,7 +287,7 @@ RowOutcome ImportVettore(ImportRun& run, const SourceRow& row) {
         writer.Telephone({"CON_TRO", facts.code}, "Ufficio", row.Text("TEVETTOR"));
     }
     if (facts.code != before) {
-        StoreCode(run, carrier, facts.code);
+        StoreNewCode(run, VettoriTable, "CDVETTOR", carrier, facts.code);
     }
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
 }

@@ -71,14 +71,14 @@ Prepare DataSource(const QString& defaultDsn) {
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
-        source.Server = Setting(session, "Servername", "SERVER");
-        source.DatabaseName = Setting(session, "Databasename", defaultDatabase);
+        source.Server = Setting(session, keys.server, "SERVER");
+        source.DatabaseName = Setting(session, keys.database, defaultDatabase);
         source.Embedded = NamesSqliteFile(source.DatabaseName);
         if (source.Embedded) {
             source.DatabaseName = FromSettingsFolder(session, source.DatabaseName);
         }
         source.NetworkCredential =
-            modMain::IsAppConfigOn(session, keys.networkSection, "NetworkCredential", keys.networkDefault);
+            modMain::IsAppConfigOn(session, keys.networkSection, keys.network, keys.networkDefault);
         if (!source.NetworkCredential) {
             source.User = Setting(session, keys.username, "sa");
             source.Password = Setting(session, keys.password, "");

@@ -21,6 +21,9 @@ struct ServerKeys {
     QString networkDefault = "0";
     QString username = "Username";
     QString password = "Password";
+    QString server = "Servername";
+    QString database = "Databasename";
+    QString network = "NetworkCredential";
 };
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys = {});
 

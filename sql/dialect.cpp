@@ -17,6 +17,14 @@ bool IsMomentLiteral(QStringView token) {
     return token.size() == pattern.size() && std::equal(token.begin(), token.end(), pattern.begin(), fits);
 }
 
+/// Whether a token is bytes as SQL Server writes them: 0xFFD8, two digits a byte.
+bool IsBytesLiteral(QStringView token) {
+    return token.size() > 2 && token.size() % 2 == 0 && token.startsWith(u"0x", Qt::CaseInsensitive) &&
+           std::all_of(token.begin() + 2, token.end(), [](QChar digit) {
+               return digit.isDigit() || (digit.toLower() >= u'a' && digit.toLower() <= u'f');
+           });
+}
+
 /// Rewrites the tokens of one statement, from left to right. What no rule takes is copied as it stands.
 class Adapter {
 public:
@@ -114,6 +122,9 @@ private:
         if (m_tokens.IsWordWithDot(QLatin1String("DBO"))) {
             m_tokens.Take();
             m_tokens.Take();
+        } else if (Sqlite() && IsBytesLiteral(m_tokens.View())) {
+            m_out += QStringLiteral("X'") + m_tokens.View().mid(2) + u'\''; // a number there otherwise
+            m_tokens.Skip();
         } else if (Is(QLatin1String("CONVERT")) && AdaptGuid()) {
             return;
         } else if (AdaptFunction()) {
@@ -266,14 +277,14 @@ bool MayDiffer(const QString& statement, Dialect target) {
         tokens.IsWord(QLatin1String("TRUNCATE"))) {
         return true;
     }
-    static constexpr QLatin1String Functions[] = {QLatin1String("LEFT"),    QLatin1String("RIGHT"),
-                                                  QLatin1String("LEN"),     QLatin1String("ISNULL"),
-                                                  QLatin1String("GETDATE"), QLatin1String("CONVERT"),
-                                                  QLatin1String("YEAR")};
+    static constexpr QLatin1String Functions[] = {
+        QLatin1String("LEFT"),    QLatin1String("RIGHT"),   QLatin1String("LEN"), QLatin1String("ISNULL"),
+        QLatin1String("GETDATE"), QLatin1String("CONVERT"), QLatin1String("YEAR")};
     const auto isWord = [&tokens](QLatin1String word) { return tokens.IsWord(word); };
     for (; !tokens.AtEnd(); tokens.Skip()) {
         const bool mySqlOnly = tokens.Current() == u'[' || IsMomentLiteral(tokens.View());
-        if ((mySqlOnly && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
+        const bool bytes = target == Dialect::Sqlite && IsBytesLiteral(tokens.View());
+        if (bytes || (mySqlOnly && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
             std::any_of(std::begin(Functions), std::end(Functions), isWord)) {
             return true;
         }

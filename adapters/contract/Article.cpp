@@ -43,12 +43,19 @@ QString ArticleWriter::CodeOf(const QString& table, const QString& field, const 
     return modImport::FormatKeyField(m_run.GetSession(), sourceCode.left(size));
 }
 
-RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) const {
+RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
+                                const std::function<void(TargetRow&)>& more) const {
     Session& session = m_run.GetSession();
     const QDate today = session.Now().date();
     TargetRow target(m_run, Art);
-    if (IsThere(session, Art, CodeColumn, facts.code)) {
+    const auto fill = [&] {
         mapping.Apply(target, session, row, facts);
+        if (more) {
+            more(target);
+        }
+    };
+    if (IsThere(session, Art, CodeColumn, facts.code)) {
+        fill();
         target.Set("DTMDF", today);
         target.Update(QStringLiteral("WHERE ") + Equals(session, CodeColumn, facts.code));
         return RowOutcome::Updated;
@@ -57,7 +64,7 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
     target.Set("DTINS", today);
     target.Set("ARANN", false);
     target.Set("ARINV", today);
-    mapping.Apply(target, session, row, facts);
+    fill();
     target.Insert();
     return RowOutcome::Inserted;
 }
@@ -80,7 +87,7 @@ QString ArticleWriter::Supplier(const QString& article, const QString& supplierS
     return supplier;
 }
 
-void ArticleWriter::Link(const QString& article, const QString& supplier, double price) const {
+void ArticleWriter::Link(const QString& article, const QString& supplier, double price, bool preferred) const {
     Session& session = m_run.GetSession();
     const QString link =
         Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", supplier);
@@ -92,7 +99,7 @@ void ArticleWriter::Link(const QString& article, const QString& supplier, double
     row.Set("CDCON", supplier);
     row.Set("DTINS", session.Now().date());
     row.Set("ARPRZ", price);
-    row.Set("AFABI", true);
+    row.Set("AFABI", preferred);
     row.Insert();
 }
 
@@ -109,6 +116,20 @@ void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& co
     row.Set("COTIP", "C");
     row.Set("COTPC", "PER");
     row.Set("COCON", counterparty);
+    row.Insert();
+}
+
+void ArticleWriter::InternalCode(const QString& article, const QString& code) const {
+    Session& session = m_run.GetSession();
+    if (IdWhere(session, "ART_COD",
+                Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
+                    QStringLiteral(" AND ") + Equals(session, "COTIP", "I")) != 0) {
+        return;
+    }
+    TargetRow row(m_run, "ART_COD");
+    row.Set(CodeColumn, article);
+    row.Set("CDCOD", code);
+    row.Set("COTIP", "I");
     row.Insert();
 }
 

@@ -31,16 +31,20 @@ public:
     /// fields; at most 50 characters.
     QString CodeOf(const QString& table, const QString& field, const QString& sourceCode) const;
     /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated.
-    RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) const;
+    /// @param more sets what the mapping cannot tell, after it
+    RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
+                     const std::function<void(TargetRow&)>& more = {}) const;
     /// Stores the description as language text of ARDES and ARDEC: 100 characters in upper case.
     void Texts(const QString& article, const QString& description) const;
     /// Links a supplier, found by its code in the source.
     /// @return the supplier's CDCON; empty when there is none, and nothing is written
     QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
     /// Links a supplier, a counterparty that is there; one that is linked already stays as it is.
-    void Link(const QString& article, const QString& supplier, double price) const;
+    void Link(const QString& article, const QString& supplier, double price, bool preferred = true) const;
     /// Writes the code that an article has at a counterparty, unless it is there.
     void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const;
+    /// Writes another code of an article, of the company's own, unless it is there.
+    void InternalCode(const QString& article, const QString& code) const;
     /// Writes a line of the cost history (STO_COS) or of the price history (STO_PRZ); an article has one a day, and a
     /// second one is left out.
     void Cost(const HistoryLine& line) const { History(QStringLiteral("STO_COS"), QStringLiteral("STCOS"), line); }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 namespace contract {
 
@@ -50,6 +51,32 @@ RowOutcome Attach(ImportRun& run, const AttachedFile& file) {
     row.Set("ATSIZ", info.size());
     row.Set("ATDAT", info.lastModified());
     row.Set("ATREV", file.revision);
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+        return RowOutcome::Updated;
+    }
+    row.Insert();
+    return RowOutcome::Inserted;
+}
+
+std::vector<TableNeed> ImageNeeds() { return {{"IMA_GES", {"TBNAM", "TBKEY", "IMIMG"}}}; }
+
+RowOutcome StoreImage(ImportRun& run, const AttachedFile& file) {
+    if (!QFileInfo(file.path).isFile()) {
+        run.Log(QStringLiteral("IMMAGINE NON TROVATA: %1: '%2'").arg(run.RowKey(), file.path));
+        return RowOutcome::Skipped;
+    }
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath(QStringLiteral("image.jpg"));
+    ovDatabase::ConvertToJpeg(file.path, picture);
+    const Session& session = run.GetSession();
+    const qint64 known =
+        IdWhere(run.GetSession(), "IMA_GES",
+                Equals(session, "TBNAM", file.table) + QStringLiteral(" AND ") + Equals(session, "TBKEY", file.key));
+    TargetRow row(run, "IMA_GES");
+    row.Set("TBNAM", file.table);
+    row.Set("TBKEY", file.key);
+    row.Set("IMIMG", ovDatabase::FileToBinary(picture));
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
         return RowOutcome::Updated;

@@ -28,4 +28,11 @@ QString PathIn(const QString& folder, const QString& name);
 /// not fit, `ImportError`.
 RowOutcome Attach(ImportRun& run, const AttachedFile& file);
 
+/// What the images below are written into.
+std::vector<TableNeed> ImageNeeds();
+
+/// Stores a picture file as the image of a record, as JPEG, in place of the one that is there. A file that is not there
+/// is logged and skipped. Raises as `Attach`, and `ImportError` naming the file when it is no picture.
+RowOutcome StoreImage(ImportRun& run, const AttachedFile& file);
+
 } // namespace contract

@@ -90,7 +90,7 @@ Placement CounterpartyWriter::Place(const SourceIdentity& source) const {
 
 QString CounterpartyWriter::NewCode(const SourceIdentity& source) const {
     bool isNumber = false;
-    const qint64 number = source.code.toLongLong(&isNumber);
+    const qint64 number = (source.number.isEmpty() ? source.code : source.number).toLongLong(&isNumber);
     if (source.customer && isNumber && number > 0) {
         return SixDigits(number);
     }
@@ -151,7 +151,8 @@ void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QS
     }
 }
 
-Owner CounterpartyWriter::LastOf(const QString& table) const {
+Owner CounterpartyWriter::InsertOwner(TargetRow& row, const QString& table) const {
+    row.Insert();
     const Recordset rows =
         m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + m_run.FullName(table));
     return {table, rows.Fields(0).Value().toString()};
@@ -161,13 +162,11 @@ Owner CounterpartyWriter::Contact(const QString& code, const QString& name) cons
     TargetRow row = NewRow(QStringLiteral("CON_RIF"));
     row.Set(QStringLiteral("CDCON"), code);
     row.Set(QStringLiteral("RFNOM"), name);
-    row.Insert();
-    return LastOf(QStringLiteral("CON_RIF"));
+    return Contact(row);
 }
 
-Owner CounterpartyWriter::Branch(TargetRow& branch) const {
-    branch.Insert();
-    return LastOf(QStringLiteral("CON_SED"));
-}
+Owner CounterpartyWriter::Contact(TargetRow& contact) const { return InsertOwner(contact, QStringLiteral("CON_RIF")); }
+
+Owner CounterpartyWriter::Branch(TargetRow& branch) const { return InsertOwner(branch, QStringLiteral("CON_SED")); }
 
 } // namespace contract

@@ -27,6 +27,7 @@ struct SourceIdentity {
     bool customer = false; ///< else a supplier
     QString vatNumber;
     QString taxCode;
+    QString number = {}; ///< of a customer whose code is more than its number: the number
 };
 
 /// The Quadrix code of a counterparty of the source.
@@ -67,6 +68,8 @@ public:
     void Mail(const Owner& owner, const QString& label, const QString& address) const;
     /// Writes a contact person and returns the owner for what hangs on it.
     Owner Contact(const QString& code, const QString& name) const;
+    /// Inserts a contact person that a mapping has filled and returns the owner for what hangs on it.
+    Owner Contact(TargetRow& contact) const;
     /// Inserts a branch that a mapping has filled and returns the owner for what hangs on it.
     Owner Branch(TargetRow& branch) const;
     /// A row of a table that hangs on a counterparty, with its creation moment.
@@ -74,7 +77,7 @@ public:
 
 private:
     QString NewCode(const SourceIdentity& source) const;
-    Owner LastOf(const QString& table) const;
+    Owner InsertOwner(TargetRow& row, const QString& table) const;
     void Address(const Owner& owner, const QString& kind, const QString& label, const QString& address) const;
 
     ImportRun& m_run;

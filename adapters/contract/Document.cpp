@@ -57,19 +57,34 @@ void TriggersOff::Switch(bool enabled) {
     }
 }
 
-void RemoveImportedDocuments(ImportRun& run, bool reset) {
+void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes) {
     if (!reset) {
         return;
     }
+    QStringList quoted;
+    for (const QString& cause : causes) {
+        quoted.append(run.Quoted(cause));
+    }
+    const QString ofCauses = quoted.isEmpty() ? QString() : QString(" AND DTCAU IN (" + quoted.join(u',') + u')');
     ovConnection& quadrix = run.GetSession().Quadrix;
     for (const Family* family : Families) {
         const QString heads = run.FullName(family->head);
-        quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")));
+        quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
+                        ofCauses);
         for (const QString& children : {family->row, family->dueDate}) {
             quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
                                 .arg(run.FullName(children), heads));
         }
     }
+}
+
+QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {
+    const QString known = TranslatedCode(session, table, field, code, "TAB_IVA");
+    if (known.isEmpty() && !code.isEmpty()) {
+        throw ImportError(QStringLiteral("colonna '%1': il codice IVA '%2' non è in TAB_IVA né tradotto in SYS_IMP")
+                              .arg(field, code));
+    }
+    return known;
 }
 
 DocumentSettings ReadDocumentSettings(Session& session) {
@@ -105,16 +120,25 @@ const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhe
         m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'")
                       .arg(code, typeWhenMissing));
     } else {
-        cause = {code, TextOf(rows, "CDCAT"), TextOf(rows, "CDMAG"), TextOf(rows, "CDCAM"), TextOf(rows, "CDTPM")};
+        cause = {code,
+                 TextOf(rows, "CDCAT"),
+                 TextOf(rows, "CDMAG"),
+                 TextOf(rows, "CDCAM"),
+                 TextOf(rows, "CDTPM"),
+                 TextOf(rows, "CDTIP"),
+                 TextOf(rows, "CDSER")};
     }
     return *m_causes.insert(code, cause);
 }
 
-qint64 DocumentWriter::Find(const QString& number, const QString& cause, int year) const {
+qint64 DocumentWriter::Find(const QString& number, const QString& cause, int year, const QString& further) const {
     const Session& session = m_run.GetSession();
     QString condition = Equals(session, "DTNUM", number) + QStringLiteral("  AND ") + Equals(session, "DTCAU", cause);
     if (year != 0) {
         condition += QStringLiteral(" AND ") + Equals("DTANN", year);
+    }
+    if (!further.isEmpty()) {
+        condition += QStringLiteral(" AND ") + further;
     }
     return IdWhere(m_run.GetSession(), m_family.head, condition);
 }

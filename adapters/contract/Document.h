@@ -37,8 +37,12 @@ private:
 };
 
 /// Removes the documents that an import wrote, with the rows and due dates that are left without a head. Documents
-/// entered by hand stay.
-void RemoveImportedDocuments(ImportRun& run, bool reset);
+/// entered by hand stay. @param causes only those of these causes; empty for all
+void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes = {});
+
+/// The VAT code of a document row: translated through SYS_IMP (table and field), else the code itself when TAB_IVA has
+/// it; empty for a blank one. Raises `ImportError` for any other: the tax of the document could not be computed.
+QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code);
 
 /// What the settings say to every document import.
 struct DocumentSettings {
@@ -56,8 +60,10 @@ struct Cause {
     QString code;
     QString type; ///< CDCAT, for example "DDT"
     QString warehouse;
-    QString reason;   ///< CDCAM, of the stock movement
-    QString movement; ///< CDTPM
+    QString reason;      ///< CDCAM, of the stock movement
+    QString movement;    ///< CDTPM
+    QString kind = {};   ///< CDTIP, the document type of its own; often empty
+    QString series = {}; ///< CDSER
 };
 
 /// A document head.
@@ -103,7 +109,8 @@ public:
     /// and the default warehouse.
     const Cause& CauseOf(const QString& code, const QString& typeWhenMissing);
     /// RECORD_ID of the head of that number and cause (and year, unless 0); 0 when there is none.
-    qint64 Find(const QString& number, const QString& cause, int year = 0) const;
+    /// @param further one more condition, without AND
+    qint64 Find(const QString& number, const QString& cause, int year = 0, const QString& further = {}) const;
     /// A head row with everything that the fields tell, the address of its counterparty and the defaults; a mapping or
     /// further columns may follow before it is written by `Insert` or `Update`.
     TargetRow Head(const DocumentHead& head) const;

@@ -24,6 +24,11 @@ bool IsBlankText(const QVariant& value) {
     return value.typeId() == QMetaType::QString && value.toString().trimmed().isEmpty();
 }
 
+/// Bytes as SQL Server writes them.
+QString BytesLiteral(const QByteArray& bytes) {
+    return bytes.isEmpty() ? QStringLiteral("Null") : QStringLiteral("0x") + QString::fromLatin1(bytes.toHex());
+}
+
 /// A number that its column would round, or not hold at all, is none that can be written.
 void CheckNumber(const schema::Column& column, const QVariant& value) {
     const auto number = mod_ovTools::ReadNumber(value);
@@ -94,7 +99,11 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
 
 TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     const schema::Column& found = Find(column);
-    m_query.AddUpdateField(column, Checked(found, value), found.type, true);
+    if (found.type == DataType::Object) {
+        m_query.AddUpdateField(column, BytesLiteral(value.toByteArray()), DataType::Expression, true);
+    } else {
+        m_query.AddUpdateField(column, Checked(found, value), found.type, true);
+    }
     m_hasCreated = m_hasCreated || column == QLatin1String("DTINS");
     m_hasChanged = m_hasChanged || column == QLatin1String("DTMDF");
     return *this;

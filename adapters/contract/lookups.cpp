@@ -1,5 +1,9 @@
 #include "adapters/contract/lookups.h"
 
+#include "adapters/contract/ImportRun.h"
+#include "adapters/contract/TargetRow.h"
+#include "core/modImport.h"
+#include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -27,6 +31,38 @@ QString Equals(const Session& session, const QString& column, const QString& tex
 
 QString Equals(const QString& column, qint64 number) {
     return column + QStringLiteral(" = ") + QString::number(number);
+}
+
+QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,
+                       const QString& codeTable) {
+    const QString known = modImport::GetNewCode(session, table, field, code, false);
+    if (!known.isEmpty() || code.isEmpty()) {
+        return known;
+    }
+    if (IsThere(session, codeTable, schema::FindTable(codeTable)->CodeColumn(), code)) {
+        return code;
+    }
+    return modImport::GetNewCode(session, table, field, code, true);
+}
+
+void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
+                  const QString& newCode) {
+    Session& session = run.GetSession();
+    const qint64 known =
+        IdWhere(session, "SYS_IMP",
+                Equals(session, "TBNAM", table) + QStringLiteral(" AND ") + Equals(session, "TBFLD", field) +
+                    QStringLiteral(" AND ") + Equals(session, "TBOLD", oldCode));
+    TargetRow row(run, "SYS_IMP");
+    row.Set("TBNEW", newCode);
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Set("TBNAM", table);
+        row.Set("TBFLD", field);
+        row.Set("TBOLD", oldCode);
+        row.Insert();
+    }
+    modImport::RememberNewCode(session, table, field, oldCode, newCode);
 }
 
 bool IsThere(Session& session, const QString& table, const QString& column, const QString& value) {

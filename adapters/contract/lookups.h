@@ -4,6 +4,8 @@
 
 namespace contract {
 
+class ImportRun;
+
 /// One column of the first row of a Quadrix table (bare name) whose key column has that value, as text without
 /// surrounding blanks; empty when there is no such row.
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
@@ -19,6 +21,16 @@ qint64 LastId(Session& session, const QString& table);
 QString Equals(const Session& session, const QString& column, const QString& text);
 /// "COLUMN = number".
 QString Equals(const QString& column, qint64 number);
+
+/// The Quadrix code of a source code: what SYS_IMP says, else the code itself when a Quadrix table (bare name) has it;
+/// empty, and recorded in SYS_IMP, when there is none.
+QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,
+                       const QString& codeTable);
+
+/// Writes what a code of the source has become into SYS_IMP, in place of what stands there, so that later lookups find
+/// it.
+void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
+                  const QString& newCode);
 
 /// Whether a row of a Quadrix table has that value in that column.
 bool IsThere(Session& session, const QString& table, const QString& column, const QString& value);

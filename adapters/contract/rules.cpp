@@ -64,6 +64,22 @@ double RoundedTo(double number, int decimals) {
 
 double MarkUpOf(double price, double cost) { return cost == 0 ? 0 : RoundedTo((price - cost) / cost * 100, 2); }
 
+std::array<double, 3> DiscountsOf(const QString& text) {
+    std::array<double, 3> discounts{};
+    const QStringList parts = text.split(u'+', Qt::SkipEmptyParts);
+    if (static_cast<size_t>(parts.size()) > discounts.size()) {
+        throw ImportError(QStringLiteral("'%1' sono più di tre sconti").arg(text));
+    }
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        const auto number = mod_ovTools::ReadNumber(parts.at(i).trimmed());
+        if (!number) {
+            throw ImportError(QStringLiteral("'%1' non è uno sconto").arg(text));
+        }
+        discounts[static_cast<size_t>(i)] = *number;
+    }
+    return discounts;
+}
+
 namespace rules {
 
 namespace {
@@ -189,6 +205,31 @@ Rule CodeAndText(int count) {
             }};
 }
 
+Rule Times(double factor) {
+    return {QStringLiteral("times %1, rounded to %2 decimals").arg(factor).arg(NoRounding),
+            [factor](const RuleInput& input) {
+                return RuleValue(
+                    input.Text().isEmpty()
+                        ? QVariant()
+                        : contract::RoundedTo(NumberIn(input.row, input.columns.first()) * factor, NoRounding));
+            }};
+}
+
+Rule Discount(int position) {
+    return {QStringLiteral("number %1 of those joined with \"+\", left out when there is none").arg(position),
+            [position](const RuleInput& input) -> RuleValue {
+                const double discount = DiscountsOf(input.Text())[static_cast<size_t>(position - 1)];
+                return discount == 0 ? RuleValue() : RuleValue(discount);
+            }};
+}
+
+Rule Not(const Rule& rule) {
+    return {QStringLiteral("not: ") + rule.text, [apply = rule.apply](const RuleInput& input) -> RuleValue {
+                const RuleValue value = apply(input);
+                return value ? RuleValue(!mod_ovTools::ToBoolean(*value)) : value;
+            }};
+}
+
 Rule Is(const QString& text) {
     return {QStringLiteral("true for \"%1\"").arg(text),
             [text](const RuleInput& input) { return RuleValue(input.Text().compare(text, Qt::CaseInsensitive) == 0); }};
@@ -281,6 +322,15 @@ Rule TranslatedOrUpper(const QString& table, const QString& field, const QString
             const QString code = NewCode(input, table, field);
             return code.isEmpty() ? text.toUpper() : code;
         }};
+}
+
+Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2); else as it is when %3 has that code, else recorded")
+                .arg(table, field, codeTable),
+            [table, field, codeTable](const RuleInput& input) -> RuleValue {
+                const QString code = TranslatedCode(input.session, table, field, input.Text(), codeTable);
+                return code.isEmpty() ? RuleValue() : RuleValue(code);
+            }};
 }
 
 Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column) {

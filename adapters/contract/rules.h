@@ -3,6 +3,8 @@
 #include "adapters/contract/SourceRow.h"
 #include "core/Session.h"
 
+#include <array>
+
 namespace contract {
 
 /// What a procedure knows of the row under way before its mapping is applied.
@@ -65,8 +67,15 @@ Rule FirstNotZero();
 Rule MarkUp();
 /// The code assigned to the row, " - " and the text; the first n characters of it all.
 Rule CodeAndText(int count);
+/// A number times a factor, rounded to 6 decimals; blank is Null. Raises `ImportError` when it is no number.
+Rule Times(double factor);
+/// The n-th (from 1) of the discounts that a text joins with "+": of "10+4" the second is 4; left out when there is
+/// none. Raises `ImportError` when a part is no number, or there are more than three.
+Rule Discount(int position);
 /// Whether the text is the given one, compared without case.
 Rule Is(const QString& text);
+/// The opposite of a yes or no.
+Rule Not(const Rule& rule);
 /// Whether a flag of the source is set: "S", "Y", "T", "True", "1" or "-1", in any case.
 Rule Flag();
 /// The first n characters in upper case; `blank` when there is none.
@@ -91,6 +100,8 @@ Rule Translated(const QString& table, const QString& field);
 Rule TranslatedOr(const QString& table, const QString& field, const QString& blank);
 /// As `Translated`; the text in upper case when there is no Quadrix code, `blank` when the text is blank.
 Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank);
+/// As `Translated`; without a Quadrix code the text itself when a Quadrix table has it as its code.
+Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable);
 /// One column of the row of a Quadrix table whose key column has the text as its value; left out when there is none.
 Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column);
 /// As `Translated`, left out unless it is a VAT code of TAB_IVA with rate zero.
@@ -115,6 +126,10 @@ Rule SupplierOnly(const Rule& rule);
 
 /// The number of a source column, 0 when it is blank. Raises `ImportError` naming the column when it is no number.
 double NumberOf(const SourceRow& row, const QString& column);
+
+/// The discounts that a text joins with "+", 0 for those that are not there: "10+4" gives 10, 4, 0. Raises
+/// `ImportError` when a part is no number, or there are more than three.
+std::array<double, 3> DiscountsOf(const QString& text);
 
 /// A number rounded half away from zero to a count of decimals, as prices and amounts are.
 double RoundedTo(double number, int decimals);
