@@ -20,16 +20,24 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
 
 } // namespace
 
+std::unique_ptr<ovConnection> NewSource(Session& session) {
+    auto source = std::make_unique<ovConnection>();
+    source->Errors = &session.Errors;
+    source->OpenFiles = sources::OpenFileSource;
+    source->Trace = session.TraceSource;
+    return source;
+}
+
+SourceOutcome OpenSource(Session& session, const contract::Origin& origin) {
+    CloseSource(session);
+    session.Source = NewSource(session);
+    return Open(session, origin, *session.Source) ? SourceOutcome::Opened : SourceOutcome::GivenUp;
+}
+
 SourceOutcome ConnectSource(Session& session, const contract::Origin& origin) {
     const Operator::Busy busy(session.Person);
-    CloseSource(session);
-    const SourceOutcome outcome = Guarded(session.Errors, "frmImport", "ConnectSource", SourceOutcome::Failed, [&] {
-        session.Source = std::make_unique<ovConnection>();
-        session.Source->Errors = &session.Errors;
-        session.Source->OpenFiles = sources::OpenFileSource;
-        session.Source->Trace = session.TraceSource;
-        return Open(session, origin, *session.Source) ? SourceOutcome::Opened : SourceOutcome::GivenUp;
-    });
+    const SourceOutcome outcome = Guarded(session.Errors, "frmImport", "ConnectSource", SourceOutcome::Failed,
+                                          [&] { return OpenSource(session, origin); });
     if (outcome != SourceOutcome::Opened) {
         CloseSource(session);
     }

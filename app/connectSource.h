@@ -13,6 +13,12 @@ enum class SourceOutcome {
 /// source.
 SourceOutcome ConnectSource(Session& session, const contract::Origin& origin);
 
+/// The same, for a caller that reports errors itself: raises what `ConnectSource` reports.
+SourceOutcome OpenSource(Session& session, const contract::Origin& origin);
+
+/// A connection with what a source needs of the session, still to be filled and opened.
+std::unique_ptr<ovConnection> NewSource(Session& session);
+
 /// Closes the session's source and releases it; does nothing when there is none.
 void CloseSource(Session& session);
 

@@ -28,6 +28,20 @@ QVariant DateOf(const SourceRow& row, const QString& column) {
     throw ImportError(QStringLiteral("colonna '%1': '%2' non è una data").arg(column, row.Text(column)));
 }
 
+std::optional<QDate> DayOfDigits(const QString& digits) {
+    constexpr int yearSize = 4;
+    constexpr int monthSize = 2;
+    constexpr int fullSize = 8;
+    const bool isNumber = std::all_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    if (!isNumber || digits.size() < fullSize - 1 || digits.size() > fullSize) {
+        return std::nullopt;
+    }
+    const QString dayAndMonth = digits.chopped(yearSize);
+    const QDate day(digits.right(yearSize).toInt(), dayAndMonth.right(monthSize).toInt(),
+                    dayAndMonth.chopped(monthSize).toInt());
+    return day.isValid() ? std::optional(day) : std::nullopt;
+}
+
 QString LiteralOf(const ovConnection& source, const QVariant& value) {
     DataType type = DataType::Double;
     switch (value.typeId()) {

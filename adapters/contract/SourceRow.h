@@ -33,6 +33,9 @@ QString NameOf(const SourceRow& row, const QString& table, const QString& keyCol
 /// naming the column when it is none.
 QVariant DateOf(const SourceRow& row, const QString& column);
 
+/// The day of digits "dMMyyyy", whose day has no leading zero: "5032024" is 5 March 2024. None for any other text.
+std::optional<QDate> DayOfDigits(const QString& digits);
+
 /// A value of a source row as a literal of the source's own statements.
 QString LiteralOf(const ovConnection& source, const QVariant& value);
 

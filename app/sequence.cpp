@@ -1,0 +1,176 @@
+#include "app/sequence.h"
+
+#include "app/connectSource.h"
+#include "app/resultText.h"
+#include "app/sequenceRun.h"
+#include "app/truncation.h"
+
+namespace {
+
+using Outcome = SequenceEntry::Outcome;
+
+const QString ArcaEvolution = QStringLiteral("ARCA EVOLUTION");
+const QString Lantek24 = QStringLiteral("LANTEK 24");
+const QString LantekExpert = QStringLiteral("LANTEK EXPERT 30");
+const QString Automa = QStringLiteral("AUTOMA");
+const QString Ferrobrio = QStringLiteral("FERROBRIO");
+
+/// The steps as the log names them, behind "Inizio ".
+const QString Counterparties = QStringLiteral("Import Controparti Arca");
+const QString CamDocuments = QStringLiteral("Documenti da Lantek 24 e Distinte Base / Ord. Prod.");
+const QString AutomaStock = QStringLiteral("Saldi di Magazzino da AUTOMA");
+const QString CamStock = QStringLiteral("Saldi di Magazzino da Lantek 24");
+const QString FerrobrioStock = QStringLiteral("Saldi di Magazzino da Ferrobrio");
+const QString EmptyCompany = QStringLiteral("Svuotamento delle tabelle dell'azienda");
+const QString EmptyCam = QStringLiteral("Svuotamento del database CAM");
+
+/// Asks whether the company, and then the CAM database, is emptied, and does it. The question about the CAM database
+/// belongs to a yes to the first.
+void AskAndEmpty(SequenceRun& run) {
+    Operator& person = run.GetSession().Person;
+    if (!person.Ask("Attenzione: svuotare tutte le tabelle del database dell'azienda prima di effettuare "
+                    "l'importazione?",
+                    Question::Exclamation)) {
+        return;
+    }
+    run.PlanFirst(EmptyCompany);
+    run.Begin(EmptyCompany);
+    const EmptyingResult emptied = modImport::TruncateDatabase(run.GetSession());
+    if (emptied.outcome != RunResult::Outcome::Done) {
+        // An import into what is left would mix the old with the new.
+        throw ImportError("le tabelle dell'azienda non sono state svuotate del tutto: la sequenza non prosegue");
+    }
+    run.End(Outcome::Done, QStringLiteral("tabelle svuotate: %1").arg(emptied.tables.size()));
+    if (person.Ask("Attenzione: desideri svuotare anche il database del software CAM collegato?",
+                   Question::Exclamation)) {
+        run.PlanFirst(EmptyCam);
+        run.Begin(EmptyCam);
+        run.Import(LantekExpert, "SvuotaTabelleCam");
+    }
+}
+
+/// A step that a source of its own serves.
+void ImportFromSource(SequenceRun& run, const QString& step, const QString& origin, const QString& procedure,
+                      const QString& notConnected) {
+    run.Begin(step);
+    run.Log("Inizio " + step);
+    if (run.Connect(origin)) {
+        run.Import(origin, procedure);
+    } else {
+        run.SkipNotConnected(notConnected);
+    }
+}
+
+/// The second source of the stock balances: the settings of section IMPORT whose keys begin with the prefix.
+std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& name) {
+    const QString prefix = name + '_';
+    run.WriteKeys(name, prefix);
+    Session& session = run.GetSession();
+    sourceSettings::ServerKeys keys;
+    keys.username = prefix + "Username";
+    keys.password = prefix + "Password";
+    keys.server = prefix + "Servername";
+    keys.database = prefix + "Databasename";
+    keys.network = prefix + "NetworkCredential";
+    return Guarded(session.Errors, "frmImport", "Sequence", std::unique_ptr<ovConnection>(), [&] {
+        auto source = NewSource(session);
+        sourceSettings::Server(name, keys)(session, *source);
+        source->OpenConnection();
+        return source;
+    });
+}
+
+/// A step that is served by a second source, beside that of Lantek 24.
+void ImportFromSecond(SequenceRun& run, const QString& step, const QString& name, const QString& origin,
+                      const QString& procedure, const QString& notConnected) {
+    run.Begin(step);
+    run.Log("Inizio " + step);
+    if (auto source = ConnectSecond(run, name)) {
+        run.ImportFrom(source, origin, procedure);
+    } else {
+        run.SkipNotConnected(notConnected);
+    }
+}
+
+void ImportStock(SequenceRun& run) {
+    const QString notConnected = "Impossibile connettersi a Lantek 24 / AUTOMA!";
+    if (!run.Connect(Lantek24)) {
+        for (const QString& step : {AutomaStock, CamStock, FerrobrioStock}) {
+            run.Begin(step);
+            run.End(Outcome::NotConnected, notConnected);
+        }
+        run.Log(notConnected);
+        run.GetSession().Person.Message(notConnected, Icon::Exclamation);
+        return;
+    }
+    ImportFromSecond(run, AutomaStock, Automa, Lantek24, "ImportInventarioAUTOMA", notConnected);
+    run.Begin(CamStock);
+    run.Log("Inizio " + CamStock);
+    run.Import(Lantek24, "ImportInventarioLantek24");
+    ImportFromSecond(run, FerrobrioStock, Ferrobrio, Ferrobrio, "ImportSaldiFerrobrio",
+                     "Impossibile connettersi a Ferrobrio!");
+    CloseSource(run.GetSession());
+}
+
+std::optional<SequenceResult> Press(Session& session, const Choice& choice, const SequenceWindow& window) {
+    static const QString password = QStringLiteral("Tr1v0la8");
+    if (!session.Person.Ask("Lanciare la sequenza di importazione?")) {
+        return std::nullopt;
+    }
+    const auto typed = session.Person.Input("Password per import: ", "Quadrimpt Import", {});
+    // A wrong password is not told.
+    if (typed != password || !CheckData(session, choice)) {
+        return std::nullopt;
+    }
+    const SequenceSettings settings = ReadSequenceSettings(session);
+    return settings.script == 1 ? Sequence(session, settings, window) : Sequence2(session, settings, window);
+}
+
+QString OutcomeText(Outcome outcome) {
+    static const QMap<Outcome, QString> texts{
+        {Outcome::NotReached, "non raggiunto"}, {Outcome::Done, "completato"},
+        {Outcome::Failed, "non riuscito"},      {Outcome::Cancelled, "interrotto dall'operatore"},
+        {Outcome::NotConnected, "saltato"},     {Outcome::Unavailable, "saltato"}};
+    return texts.value(outcome);
+}
+
+} // namespace
+
+SequenceResult Sequence(Session& session, const SequenceSettings& settings, const SequenceWindow& window) {
+    SequenceRun run(session, settings, window);
+    run.Plan({Counterparties, CamDocuments, AutomaStock, CamStock, FerrobrioStock});
+    return run.Guard("Sequence", [&] {
+        run.Bar().SetStep("inizializzazione in corso");
+        run.SelectCompany();
+        AskAndEmpty(run);
+        ImportFromSource(run, Counterparties, ArcaEvolution, "ImportContropartiArcaEvolution",
+                         "Impossibile connettersi ad Arca Evolution!");
+        CloseSource(session);
+        ImportFromSource(run, CamDocuments, Lantek24, "ImportDocumentiLantek24",
+                         "Impossibile connettersi a Lantek 24!");
+        CloseSource(session);
+        ImportStock(run);
+    });
+}
+
+std::optional<SequenceResult> PressSequence(Session& session, const Choice& choice, const SequenceWindow& window) {
+    return Guarded(session.Errors, "frmImport", "cmdSequence_Click", std::optional<SequenceResult>(),
+                   [&] { return Press(session, choice, window); });
+}
+
+QStringList SequenceLines(const SequenceResult& result, int most) {
+    QStringList lines;
+    for (const SequenceEntry& entry : result.entries) {
+        lines.append(entry.step + ": " + OutcomeText(entry.outcome) +
+                     (entry.message.isEmpty() ? QString() : QString(" (" + entry.message + ')')));
+        for (const RunResult& procedure : entry.results) {
+            for (const QString& line : ResultLines(procedure, most)) {
+                lines.append("  " + line);
+            }
+        }
+    }
+    if (!result.logFile.isEmpty()) {
+        lines.append("Log della sequenza: " + result.logFile);
+    }
+    return lines;
+}

@@ -1,0 +1,243 @@
+#include "app/sequenceRun.h"
+
+#include "adapters/registry.h"
+#include "app/connectSource.h"
+#include "core/modImport.h"
+#include "core/modMain.h"
+
+#include <algorithm>
+
+using Outcome = SequenceEntry::Outcome;
+
+namespace {
+
+const QString ImportSection = QStringLiteral("IMPORT");
+
+const contract::Origin& OriginOf(const QString& name) {
+    const contract::Origin* origin = registry::Find(name);
+    if (origin == nullptr) {
+        throw ImportError(QStringLiteral("l'origine '%1' non è nell'elenco").arg(name));
+    }
+    return *origin;
+}
+
+Outcome OutcomeOf(const QVector<RunResult>& results) {
+    for (const RunResult& result : results) {
+        if (result.outcome != RunResult::Outcome::Done) {
+            return result.outcome == RunResult::Outcome::Failed ? Outcome::Failed : Outcome::Cancelled;
+        }
+    }
+    return Outcome::Done;
+}
+
+/// "righe lette 10 su 100", as far as a cancelled procedure came.
+QString ReachedText(const QVector<RunResult>& results) {
+    qint64 rows = 0;
+    qint64 notReached = 0;
+    for (const RunResult& result : results) {
+        rows += result.sourceRows;
+        notReached += result.notReached;
+    }
+    return QStringLiteral("righe lette %1 su %2").arg(rows - notReached).arg(rows);
+}
+
+} // namespace
+
+SequenceRun::SequenceRun(Session& session, const SequenceSettings& settings, const SequenceWindow& window)
+    : m_session(session),
+      m_settings(settings),
+      m_window(window) {
+    m_result.logFile = settings.logFile;
+}
+
+SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<void()>& body) {
+    const Operator::Busy busy(m_session.Person);
+    try {
+        m_progress = m_session.Person.ShowProgress();
+        body();
+        m_progress.reset();
+        CloseSource(m_session);
+        Conclude();
+    } catch (const Declined&) {
+        m_progress.reset();
+        m_result.outcome = RunResult::Outcome::Cancelled;
+    } catch (const Stopped&) {
+        m_progress.reset();
+        m_result.outcome = RunResult::Outcome::Cancelled;
+        Guarded(m_session.Errors, QStringLiteral("frmImport"), procedure, false, [&] {
+            TellStopped();
+            return true;
+        });
+    } catch (...) {
+        m_progress.reset();
+        m_session.Errors.Monitoring(QStringLiteral("frmImport"), procedure);
+        if (m_current >= 0 && Current().outcome == Outcome::NotReached) {
+            End(Outcome::Failed, m_session.Errors.Entries().last().message);
+        }
+    }
+    CloseSource(m_session);
+    return m_result;
+}
+
+void SequenceRun::Conclude() {
+    QStringList failed;
+    for (const SequenceEntry& entry : std::as_const(m_result.entries)) {
+        if (entry.outcome == Outcome::Failed || entry.outcome == Outcome::Unavailable) {
+            failed.append(entry.step + ": " + entry.message);
+        }
+    }
+    const bool allDone = std::all_of(m_result.entries.cbegin(), m_result.entries.cend(),
+                                     [](const SequenceEntry& entry) { return entry.outcome == Outcome::Done; });
+    m_result.outcome = allDone ? RunResult::Outcome::Done : RunResult::Outcome::Failed;
+    if (failed.isEmpty()) {
+        m_session.Person.Message("Importazione terminata correttamente!");
+    } else {
+        m_session.Person.Message("Importazione terminata, ma non tutto è riuscito:\n" + failed.join(u'\n'),
+                                 Icon::Exclamation);
+    }
+}
+
+void SequenceRun::TellStopped() {
+    const auto done = std::count_if(m_result.entries.cbegin(), m_result.entries.cend(), [](const SequenceEntry& entry) {
+        return entry.outcome != Outcome::NotReached && entry.outcome != Outcome::Cancelled;
+    });
+    QString text = QStringLiteral("Sequenza interrotta dopo %1 passi su %2").arg(done).arg(m_result.entries.size());
+    if (m_current >= 0 && Current().outcome == Outcome::Cancelled) {
+        text += QStringLiteral(", a metà di \"%1\" (%2)").arg(Current().step, Current().message);
+    }
+    text += QStringLiteral("; quanto è stato scritto rimane.");
+    Log(text);
+    m_session.Person.Message(text, Icon::Exclamation);
+}
+
+void SequenceRun::Log(const QString& message) {
+    modImport::WriteImportLog(m_session, message, !m_logStarted, m_settings.logFile);
+    m_logStarted = true;
+}
+
+void SequenceRun::SelectCompany() {
+    if (m_window.SelectCompany) {
+        m_window.SelectCompany(m_settings.company);
+    }
+    // The gate wants an origin; each source is selected when its turn comes.
+    const Choice choice{m_settings.company, {}, registry::Origins().front(), m_session.Errors.Action};
+    if (!CheckData(m_session, choice)) {
+        throw ImportError(
+            QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(m_settings.company, m_settings.file));
+    }
+}
+
+void SequenceRun::Plan(const QStringList& steps) {
+    for (const QString& step : steps) {
+        m_result.entries.append({step});
+    }
+}
+
+void SequenceRun::PlanFirst(const QString& step) { m_result.entries.insert(m_current + 1, {step}); }
+
+void SequenceRun::Begin(const QString& step) {
+    if (m_progress->Cancel()) {
+        throw Stopped();
+    }
+    ++m_current;
+    float all = 0;
+    for (const SequenceEntry& entry : std::as_const(m_result.entries)) {
+        all += WeightOf(entry);
+    }
+    m_progress->SetMax(all);
+    m_progress->SetStep(step);
+}
+
+void SequenceRun::End(Outcome outcome, const QString& message) {
+    Current().outcome = outcome;
+    Current().message = message;
+    if (outcome == Outcome::Cancelled) {
+        throw Stopped();
+    }
+    m_progress->SetValue(m_progress->Value() + WeightOf(Current()));
+}
+
+void SequenceRun::SkipNotConnected(const QString& text) {
+    Log(text);
+    End(Outcome::NotConnected, text);
+    m_session.Person.Message(text, Icon::Exclamation);
+}
+
+void SequenceRun::WriteKeys(const QString& section, const QString& prefix) {
+    for (const auto& [key, value] : m_settings.sources.value(section)) {
+        modMain::SetAppConfig(m_session, ImportSection, prefix + key, value);
+    }
+}
+
+bool SequenceRun::Connect(const QString& origin) {
+    if (m_window.SelectOrigin) {
+        m_window.SelectOrigin(origin);
+    }
+    const QString section = origin.toUpper();
+    if (!m_settings.sources.contains(section)) {
+        Log(QStringLiteral("Il file '%1' non ha la sezione %2").arg(m_settings.file, section));
+        return false;
+    }
+    WriteKeys(section);
+    return ConnectSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
+}
+
+bool SequenceRun::ConnectQuietly(const QString& origin) {
+    const QString section = origin.toUpper();
+    if (!m_settings.sources.contains(section)) {
+        return false;
+    }
+    WriteKeys(section);
+    try {
+        const bool opened = OpenSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
+        m_session.Source->Errors = nullptr; // nobody is asked about its failures
+        return opened;
+    } catch (const Error& error) {
+        Log(origin + ": " + error.Message());
+        CloseSource(m_session);
+        return false;
+    }
+}
+
+qint64 SequenceRun::Quietly(const QString& title, const std::function<qint64()>& work) {
+    try {
+        return work();
+    } catch (const Error& error) {
+        Log(title + ": " + error.Message());
+        return 0;
+    }
+}
+
+void SequenceRun::Import(const QString& origin, const QString& procedure) {
+    const contract::Procedure* found = ProcedureOf(OriginOf(origin), procedure);
+    if (found == nullptr) {
+        const QString text = QStringLiteral("%1: la procedura \"%2\" non è disponibile in questa versione!")
+                                 .arg(OriginOf(origin).module, procedure);
+        Log(text);
+        End(Outcome::Unavailable, text);
+        m_session.Person.Message(text, Icon::Exclamation);
+        return;
+    }
+    const qsizetype first = m_session.Results.size();
+    found->run(m_session, {}, false);
+    Current().results += m_session.Results.mid(first);
+    const Outcome outcome = OutcomeOf(Current().results);
+    QString message;
+    if (outcome == Outcome::Failed) {
+        message = Current().results.last().errors.join(u'\n');
+    } else if (outcome == Outcome::Cancelled) {
+        message = ReachedText(Current().results);
+    }
+    End(outcome, message);
+}
+
+void SequenceRun::ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure) {
+    std::swap(m_session.Source, source);
+    try {
+        Import(origin, procedure);
+    } catch (...) {
+        std::swap(m_session.Source, source);
+        throw;
+    }
+    std::swap(m_session.Source, source);
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "adapters/sourceSettings.h"
+#include "app/sequence.h"
+
+/// What the two sequences share: log, progress, sources, procedures and the account of the steps.
+class SequenceRun {
+public:
+    /// The operator has stopped the sequence.
+    class Stopped : public std::exception {};
+    /// The operator has given it up before it began.
+    class Declined : public std::exception {};
+
+    SequenceRun(Session& session, const SequenceSettings& settings, const SequenceWindow& window);
+
+    /// Runs the body under the name of its procedure and returns the account.
+    SequenceResult Guard(const QString& procedure, const std::function<void()>& body);
+
+    Session& GetSession() const { return m_session; }
+    Progress& Bar() { return *m_progress; }
+    /// Writes a line into the log of the sequence; the first one starts it anew.
+    void Log(const QString& message);
+    /// Takes the company of the settings under work. Raises `ImportError` when there is none of that name.
+    void SelectCompany();
+    /// Adds steps behind those planned.
+    void Plan(const QStringList& steps);
+    /// Puts a further step in front of those still to come.
+    void PlanFirst(const QString& step);
+    /// How much of the bar each step is; 1 for those not named.
+    void SetWeights(const QMap<QString, qint64>& weights) { m_weights = weights; }
+    /// Starts a step. Raises `Stopped` when the operator pressed cancel.
+    void Begin(const QString& step);
+    /// Ends the step under way.
+    void End(SequenceEntry::Outcome outcome, const QString& message = {});
+    /// Skips the step because of its source, and tells the operator so.
+    void SkipNotConnected(const QString& text);
+
+    /// Writes the values of a source of the settings into section IMPORT, its keys with `prefix` in front.
+    void WriteKeys(const QString& section, const QString& prefix = {});
+    /// Writes the keys of an origin and opens it as the session's source.
+    bool Connect(const QString& origin);
+    /// Opens it quietly, with the keys as they are; an error is logged. False when it cannot be opened.
+    bool ConnectQuietly(const QString& origin);
+    /// The number that some work gives; 0 when it fails, which is logged under a title.
+    qint64 Quietly(const QString& title, const std::function<qint64()>& work);
+    /// Runs a procedure of an origin as the step under way, and ends the step.
+    void Import(const QString& origin, const QString& procedure);
+    /// The same on another connection than the session's source, which is put back.
+    void ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure);
+
+private:
+    void Conclude();
+    void TellStopped();
+    float WeightOf(const SequenceEntry& entry) const { return static_cast<float>(m_weights.value(entry.step, 1)); }
+    SequenceEntry& Current() { return m_result.entries[m_current]; }
+
+    Session& m_session;
+    const SequenceSettings& m_settings;
+    const SequenceWindow& m_window;
+    SequenceResult m_result;
+    std::unique_ptr<Progress> m_progress;
+    QMap<QString, qint64> m_weights;
+    qsizetype m_current = -1; ///< the step under way or ended last
+    bool m_logStarted = false;
+};
