@@ -7,6 +7,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools libqt6sql6-odbc libmariadb-dev
     mariadb-server unixodbc odbcinst odbc-mariadb libsqliteodbc tdsodbc
     libsqlite3-dev sqlite3 libgl1-mesa-dev
+    libqt6svg6 qt6-translations-l10n fonts-dejavu-core
 )
 
 # Installs the Debian packages named that are missing; silent when all are there.
