@@ -52,13 +52,6 @@ QString FindCompany(Session& session, const Choice& choice) {
     return choice.companyCode.isEmpty() ? code : QString();
 }
 
-void TakeCompany(Session& session, const QString& code) {
-    session.UserManager.SetAzienda(code);
-    session.UserManager.DataElaborazione = session.Now().date();
-    session.Config.Azienda = code;
-    session.Config.LoadConfig();
-}
-
 /// What an earlier press has left must not be taken for this one's: the operator may have filled in translations since.
 void Forget(Session& session) {
     session.Errors.ClearError();
@@ -201,6 +194,13 @@ ErrorAction ErrorModeAction(int position) {
     static const QVector<ErrorAction> actions{ErrorAction::Ask, ErrorAction::Ignore, ErrorAction::Retry,
                                               ErrorAction::Abort};
     return actions.value(position, ErrorAction::Ask);
+}
+
+void TakeCompany(Session& session, const QString& code) {
+    session.UserManager.SetAzienda(code);
+    session.UserManager.DataElaborazione = session.Now().date();
+    session.Config.Azienda = code;
+    session.Config.LoadConfig();
 }
 
 bool CheckData(Session& session, const Choice& choice) {

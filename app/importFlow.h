@@ -15,6 +15,10 @@ struct Choice {
     ErrorAction errors = ErrorAction::Ask;
 };
 
+/// Takes a company under work: from here on its code stands in front of the company tables.
+/// @param code CDAZI, as it stands in SYS_AZI
+void TakeCompany(Session& session, const QString& code);
+
 /// The gate in front of every import, reset and sequence: checks the choice and takes the company under work.
 /// False when something is missing; the operator has been told then.
 bool CheckData(Session& session, const Choice& choice);
