@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/registry.h"
 #include "app/importFlow.h"
 
 /// What is fixed for one installation: read from "Sequence.ini", beside the settings file of the program.
@@ -13,6 +14,8 @@ struct SequenceSettings {
     int script = 1;                ///< which one the window's button starts: 1 `Sequence`, 2 `Sequence2`
     QDate from;                    ///< documents from this day on; invalid: the setting DOC_DateStart stays as it is
     QMap<QString, Source> sources; ///< by section, such as "ARCA EVOLUTION"; those that the file describes
+    /// Where the origins of the steps are found, by name.
+    std::function<const contract::Origin*(const QString& name)> findOrigin = registry::Find;
 };
 
 /// Reads "Sequence.ini". Raises `ImportError` naming the file and the key when it is missing or a value is none.

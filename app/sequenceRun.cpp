@@ -1,6 +1,5 @@
 #include "app/sequenceRun.h"
 
-#include "adapters/registry.h"
 #include "app/connectSource.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
@@ -12,14 +11,6 @@ using Outcome = SequenceEntry::Outcome;
 namespace {
 
 const QString ImportSection = QStringLiteral("IMPORT");
-
-const contract::Origin& OriginOf(const QString& name) {
-    const contract::Origin* origin = registry::Find(name);
-    if (origin == nullptr) {
-        throw ImportError(QStringLiteral("l'origine '%1' non è nell'elenco").arg(name));
-    }
-    return *origin;
-}
 
 Outcome OutcomeOf(const QVector<RunResult>& results) {
     for (const RunResult& result : results) {
@@ -101,7 +92,7 @@ void SequenceRun::TellStopped() {
     const auto done = std::count_if(m_result.entries.cbegin(), m_result.entries.cend(), [](const SequenceEntry& entry) {
         return entry.outcome != Outcome::NotReached && entry.outcome != Outcome::Cancelled;
     });
-    QString text = QStringLiteral("Sequenza interrotta dopo %1 passi su %2").arg(done).arg(m_result.entries.size());
+    QString text = QStringLiteral("Sequenza interrotta: passi eseguiti %1 su %2").arg(done).arg(m_result.entries.size());
     if (m_current >= 0 && Current().outcome == Outcome::Cancelled) {
         text += QStringLiteral(", a metà di \"%1\" (%2)").arg(Current().step, Current().message);
     }
@@ -161,6 +152,14 @@ void SequenceRun::SkipNotConnected(const QString& text) {
     Log(text);
     End(Outcome::NotConnected, text);
     m_session.Person.Message(text, Icon::Exclamation);
+}
+
+const contract::Origin& SequenceRun::OriginOf(const QString& name) const {
+    const contract::Origin* origin = m_settings.findOrigin(name);
+    if (origin == nullptr) {
+        throw ImportError(QStringLiteral("l'origine '%1' non è nell'elenco").arg(name));
+    }
+    return *origin;
 }
 
 void SequenceRun::WriteKeys(const QString& section, const QString& prefix) {

@@ -52,6 +52,7 @@ private:
     void Conclude();
     void TellStopped();
     float WeightOf(const SequenceEntry& entry) const { return static_cast<float>(m_weights.value(entry.step, 1)); }
+    const contract::Origin& OriginOf(const QString& name) const;
     SequenceEntry& Current() { return m_result.entries[m_current]; }
 
     Session& m_session;
