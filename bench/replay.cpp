@@ -50,7 +50,7 @@ void ReadRows(sqlite3_stmt* statement, sqlite3* database) {
 long Replay(const std::string& database, const std::string& trace) {
     const Database handle = Open(database);
     sqlite3_exec(handle.get(),
-                 "PRAGMA foreign_keys=ON; PRAGMA cache_size=-32768; PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL",
+                 "PRAGMA foreign_keys=ON; PRAGMA cache_size=-16384; PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL",
                  nullptr, nullptr, nullptr);
     const std::string text = ReadAll(trace);
     long count = 0;

@@ -31,7 +31,7 @@ PrivateDatabase::PrivateDatabase() {
     }
     Run(QStringLiteral("PRAGMA journal_mode = OFF"));
     Run(QStringLiteral("PRAGMA synchronous = OFF"));
-    Run(QStringLiteral("PRAGMA cache_size = -32768"));
+    Run(QStringLiteral("PRAGMA cache_size = -8192"));
 }
 
 void PrivateDatabase::Load(const std::function<void()>& load) {

@@ -112,7 +112,7 @@ private:
     /// loses nothing.
     void Configure(bool readOnly) {
         Run(QStringLiteral("PRAGMA foreign_keys = ON"));
-        Run(QStringLiteral("PRAGMA cache_size = -32768"));
+        Run(QStringLiteral("PRAGMA cache_size = -16384"));
         if (!readOnly) {
             Run(QStringLiteral("PRAGMA journal_mode = WAL"));
             Run(QStringLiteral("PRAGMA synchronous = NORMAL"));

@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -19,45 +20,48 @@ bool IsNamePart(char c) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// Walks through a statement and takes its values out.
+/// Walks through a statement and takes its values out; what stands between them is copied in one piece.
 class Splitter {
 public:
     explicit Splitter(const QByteArray& text)
-        : m_text(text) {
+        : m_text(text),
+          m_begin(text.constData()),
+          m_end(text.constData() + text.size()),
+          m_at(m_begin),
+          m_copied(m_begin) {
         m_result.shape.reserve(text.size());
     }
 
     StatementShape Split() {
-        while (m_at < m_text.size()) {
+        while (m_at < m_end) {
             Step();
         }
+        CopyUpTo(m_end);
         return std::move(m_result);
     }
 
 private:
-    char Current() const { return m_text.at(m_at); }
-    char Next() const { return m_at + 1 < m_text.size() ? m_text.at(m_at + 1) : '\0'; }
+    char Next() const { return m_at + 1 < m_end ? m_at[1] : '\0'; }
 
     void Step() {
-        const char c = Current();
-        if (c == '\'') {
-            TakeText();
-        } else if (c == '"' || c == '`' || c == '[') {
-            CopyTo(m_text.indexOf(c == '[' ? ']' : c, m_at + 1), 1);
-        } else if (c == '-' && Next() == '-') {
-            CopyTo(m_text.indexOf('\n', m_at), 0);
-        } else if (c == '/' && Next() == '*') {
-            CopyTo(m_text.indexOf("*/", m_at + 2), 2);
-        } else if (IsDigit(c) && IsValuePlace()) {
+        const char c = *m_at;
+        if (IsDigit(c) && IsValuePlace()) {
             TakeNumber();
         } else if (IsNamePart(c)) {
-            CopyName();
+            PassName();
+        } else if (c == '\'') {
+            TakeText();
+        } else if (c == '"' || c == '`' || c == '[') {
+            Pass(Find(c == '[' ? "]" : (c == '"' ? "\"" : "`"), m_at + 1));
+        } else if (c == '-' && Next() == '-') {
+            Pass(Find("\n", m_at));
+        } else if (c == '/' && Next() == '*') {
+            Pass(Find("*/", m_at + 2));
         } else {
             const bool isSign = (c == '-' || c == '+') && IsValuePlace();
             if (c > ' ' && !isSign) {
                 m_before = c;
             }
-            m_result.shape += c;
             ++m_at;
         }
     }
@@ -65,75 +69,82 @@ private:
     /// Numbers elsewhere may be positions ("ORDER BY 1"), which are no values.
     bool IsValuePlace() const { return m_before == '=' || (m_inValues && (m_before == '(' || m_before == ',')); }
 
-    void Copy(qsizetype end) {
-        m_result.shape += m_text.mid(m_at, end - m_at);
+    /// Just behind a text that is looked for; the end when it is not there.
+    const char* Find(const char* what, const char* from) const {
+        const qsizetype found = m_text.indexOf(what, from - m_begin);
+        return found < 0 ? m_end : m_begin + found + static_cast<qsizetype>(qstrlen(what));
+    }
+
+    void Pass(const char* end) {
         m_at = end;
         m_before = 'x';
     }
 
-    /// Copies up to a position found, and so many characters behind it; to the end when it was not found.
-    void CopyTo(qsizetype found, qsizetype behind) { Copy(found < 0 ? m_text.size() : found + behind); }
-
-    void CopyName() {
-        qsizetype end = m_at;
-        while (end < m_text.size() && IsNamePart(m_text.at(end))) {
+    void PassName() {
+        const char* end = m_at;
+        while (end < m_end && IsNamePart(*end)) {
             ++end;
         }
+        constexpr qsizetype valuesLength = 6;
         // x'00' is a value of bytes: what follows the name is part of it.
-        if (end < m_text.size() && m_text.at(end) == '\'') {
-            const qsizetype close = m_text.indexOf('\'', end + 1);
-            end = close < 0 ? m_text.size() : close + 1;
-        } else if (m_text.mid(m_at, end - m_at).toUpper() == "VALUES") {
+        if (end < m_end && *end == '\'') {
+            end = Find("'", end + 1);
+        } else if (end - m_at == valuesLength && qstrnicmp(m_at, "VALUES", valuesLength) == 0) {
             m_inValues = true;
         }
-        Copy(end);
+        Pass(end);
     }
 
     void TakeText() {
         QByteArray bytes;
-        qsizetype from = m_at + 1;
+        const char* from = m_at + 1;
         for (;;) {
-            const qsizetype close = m_text.indexOf('\'', from);
-            if (close < 0) {
-                Copy(m_text.size()); // an open literal: the database names the error
+            const auto* close = static_cast<const char*>(std::memchr(from, '\'', static_cast<size_t>(m_end - from)));
+            if (close == nullptr) {
+                Pass(m_end); // an open literal: the database names the error
                 return;
             }
-            bytes += m_text.mid(from, close - from);
-            from = close + 1;
-            if (from >= m_text.size() || m_text.at(from) != '\'') {
+            const bool isDoubled = close + 1 < m_end && close[1] == '\'';
+            bytes.append(from, close - from + (isDoubled ? 1 : 0));
+            from = close + (isDoubled ? 2 : 1);
+            if (!isDoubled) {
                 break;
             }
-            bytes += '\'';
-            ++from;
         }
         Take({true, bytes}, from);
     }
 
     void TakeNumber() {
-        qsizetype end = m_at;
-        while (end < m_text.size() && (IsNamePart(m_text.at(end)) || m_text.at(end) == '.')) {
+        const char* end = m_at;
+        while (end < m_end && (IsNamePart(*end) || *end == '.')) {
             ++end;
         }
-        const QByteArray digits = m_text.mid(m_at, end - m_at);
+        const QByteArray digits(m_at, end - m_at);
         bool isNumber = false;
         digits.toDouble(&isNumber);
         if (isNumber) {
             Take({false, digits}, end);
         } else {
-            Copy(end);
+            Pass(end);
         }
     }
 
-    void Take(StatementShape::Value value, qsizetype end) {
+    void Take(StatementShape::Value value, const char* end) {
+        CopyUpTo(m_at);
+        m_copied = end;
         m_result.values.append(std::move(value));
         m_result.shape += '?';
-        m_before = 'x';
-        m_at = end;
+        Pass(end);
     }
 
+    void CopyUpTo(const char* end) { m_result.shape.append(m_copied, end - m_copied); }
+
     const QByteArray& m_text;
+    const char* m_begin;
+    const char* m_end;
+    const char* m_at;
+    const char* m_copied; ///< what stands before it is in the shape
     StatementShape m_result;
-    qsizetype m_at = 0;
     char m_before = '\0'; ///< last character that is no blank; 'x' behind names and values
     bool m_inValues = false;
 };

@@ -58,8 +58,11 @@ double NumberOf(const SourceRow& row, const QString& column) {
 double RoundedTo(double number, int decimals) {
     // Half a cent may be held a hair below its half: the nearest text of 15 digits decides, as a person reads it.
     const double scale = std::pow(10.0, decimals);
-    const double scaled = QString::number(number * scale, 'g', 15).toDouble();
-    return std::round(scaled) / scale;
+    const double scaled = number * scale;
+    if (scaled == std::floor(scaled)) {
+        return number;
+    }
+    return std::round(QString::number(scaled, 'g', 15).toDouble()) / scale;
 }
 
 double MarkUpOf(double price, double cost) { return cost == 0 ? 0 : RoundedTo((price - cost) / cost * 100, 2); }
@@ -78,6 +81,15 @@ std::array<double, 3> DiscountsOf(const QString& text) {
         discounts[static_cast<size_t>(i)] = *number;
     }
     return discounts;
+}
+
+std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
+    try {
+        return DiscountsOf(row.Text(column));
+    } catch (ImportError& error) {
+        error.AddContext(QStringLiteral("colonna '%1'").arg(column));
+        throw;
+    }
 }
 
 namespace rules {
