@@ -102,6 +102,10 @@ private:
             << "[IMPORT]\r\nDatabasename=" << (source / one.source).string() << "\r\n";
         RunProgram({Program("cli/quadrix-import-cli"), "--config", m_folder.string(), "create-database", "--company",
                     "X01", "--name", "Misure"});
+        // What an operator would have set up in the company: translations, VAT codes, document causes.
+        if (const fs::path setUp = source / "quadrix.sql"; fs::exists(setUp)) {
+            Replay(Database().string(), setUp.string());
+        }
         for (const std::string& kind : one.before) {
             RunProgram(Import(one.origin, kind));
         }
