@@ -15,7 +15,8 @@ class TestMerge : public QObject {
     struct Pair {
         TestTarget target;
 
-        Pair() {
+        explicit Pair(TestTarget::On engine = TestTarget::On::Embedded)
+            : target(engine) {
             target.AddCompany("X02", "Prova Due S.p.A.");
             target.Execute("DELETE FROM X01_MAG_AZZ");
         }
@@ -71,6 +72,14 @@ class TestMerge : public QObject {
             }
         }
         return contents;
+    }
+
+    static void Engines() {
+        QTest::addColumn<TestTarget::On>("engine");
+        QTest::newRow("embedded") << TestTarget::On::Embedded;
+        if (TestTarget::HasMariaDb()) {
+            QTest::newRow("MariaDB") << TestTarget::On::MariaDb;
+        }
     }
 
 private slots:
@@ -141,8 +150,10 @@ private slots:
         QTEST(lines(merged), "matches");
     }
 
+    void newCounterpartyIsCopiedWhole_data() { Engines(); }
     void newCounterpartyIsCopiedWhole() {
-        Pair pair;
+        QFETCH(TestTarget::On, engine);
+        Pair pair(engine);
         FillAll(pair);
         const QString columns = "CORAS, COIVA, COVEP, COCLI, COFID, CONOT, DTINS, COFOR";
         const QStringList before = pair.target.Rows("SELECT " + columns + " FROM X01_CON_TRO WHERE CDCON = '000007'");
@@ -171,8 +182,10 @@ private slots:
                  before);
     }
 
+    void referencesOfTheSourceAreRepointed_data() { Engines(); }
     void referencesOfTheSourceAreRepointed() {
-        Pair pair;
+        QFETCH(TestTarget::On, engine);
+        Pair pair(engine);
         FillAll(pair);
         MergeResult result;
         QVERIFY(pair.Merge(true, &result));
@@ -225,8 +238,10 @@ private slots:
                               "Corrispondenze per sola ragione sociale, da verificare: 1"}));
     }
 
+    void previewWritesNothing_data() { Engines(); }
     void previewWritesNothing() {
-        Pair pair;
+        QFETCH(TestTarget::On, engine);
+        Pair pair(engine);
         FillAll(pair);
         const QStringList before = Contents(pair.target);
         const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "x01", "x02", true);
