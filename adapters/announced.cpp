@@ -59,8 +59,6 @@ const std::vector<Row>& Rows() {
         {"Excel", "modImport_Excel", "Excel", "YYNNN---"},
         {"Access", "modImport_Access", "Access", "YYYNN---"},
         {"SIGIP", "modImport_SIGIP", "ODBC", "YYYYYYN-", {{Saldi, "Correggi Date Consegna"}}},
-        {"Arca Evolution", "modImport_ArcaEvolution", "SQL Server", "YYNYYNNY",
-         {{Doc, "Importa Documenti"}, {Acq, "Importa Mod. di Pag."}, {Disegni, "Sistema Dati Fornitori"}}},
         {"Mago NET", "modImport_Mago", "SQL Server", "YYYNN---"},
         {"Lantek Expert 30", "modImport_Lantek30", "SQL Server", "NNYNN---", {{Dis, "Sposta Ritagli"}}},
         {"Ferrobrio", "modImport_Ferrobrio", "SQL Server", "NNNNNYN-", {{Saldi, "Sistema Codifiche Lamiera"}}},

@@ -6,6 +6,9 @@
 namespace modImport_Arca2000 {
 const contract::Origin& Entry();
 }
+namespace modImport_ArcaEvolution {
+const contract::Origin& Entry();
+}
 namespace modImport_Gescom {
 const contract::Origin& Entry();
 }
@@ -41,7 +44,7 @@ const std::vector<const contract::Origin*>& Origins() {
         &Find("Excel"),
         &Find("Access"),
         &Find("SIGIP"),
-        &Find("Arca Evolution"),
+        &modImport_ArcaEvolution::Entry(),
         &Find("Mago NET"),
         &Find("Lantek Expert 30"),
         &Find("Ferrobrio"),

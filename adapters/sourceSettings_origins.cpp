@@ -109,7 +109,6 @@ const QMap<QString, Prepare>& Preparations() {
         {"EXCEL", Workbook()},
         {"ACCESS", ChosenAccessFile("ACCESS")},
         {"SIGIP", DataSource("SIGIP")},
-        {"ARCA EVOLUTION", Server("ARCAEVOLUTION")},
         {"MAGO NET", Server("MAGONET")},
         {"LANTEK EXPERT 30", Server("LANTEK30")},
         {"FERROBRIO", Server("FERROBRIO")},

@@ -10,11 +10,11 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
     connection->Errors = &session.Errors;
     connection->Trace = session.TraceSource;
     sourceSettings::ServerKeys keys;
-    keys.prefix = prefix + u'_';
-    keys.server = QStringLiteral("Server");
-    keys.database = QStringLiteral("Database");
-    keys.username = keys.prefix + QStringLiteral("Username");
-    keys.password = keys.prefix + QStringLiteral("Password");
+    keys.username = prefix + QStringLiteral("_Username");
+    keys.password = prefix + QStringLiteral("_Password");
+    keys.server = prefix + QStringLiteral("_Server");
+    keys.database = prefix + QStringLiteral("_Database");
+    keys.network = prefix + QStringLiteral("_NetworkCredential");
     sourceSettings::Server("LANTEK", keys)(session, *connection);
     connection->OpenConnection();
     return connection;

@@ -14,7 +14,7 @@ void RemoveImportedPaymentTerms(ImportRun& run, bool reset);
 /// An instalment of a payment term.
 struct Instalment {
     QString type;       ///< payment type; empty for none
-    int days = 0;       ///< after the start
+    double days = 0;    ///< after the start, whole
     QString start;      ///< "DF" date of the invoice, "FM" end of its month
     double percent = 0; ///< of the document's total
 };

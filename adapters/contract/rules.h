@@ -130,6 +130,8 @@ double NumberOf(const SourceRow& row, const QString& column);
 /// The discounts that a text joins with "+", 0 for those that are not there: "10+4" gives 10, 4, 0. Raises
 /// `ImportError` when a part is no number, or there are more than three.
 std::array<double, 3> DiscountsOf(const QString& text);
+/// The same of a source column, which the error names.
+std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column);
 
 /// A number rounded half away from zero to a count of decimals, as prices and amounts are.
 double RoundedTo(double number, int decimals);

@@ -1,0 +1,468 @@
+// Arca Evolution: a SQL Server database, ARCAEVOLUTION unless the setting Databasename names another. Counterparties
+// with destinations, invoicing addresses and contacts. The refresh of the suppliers and the payment terms stand in
+// modImport_ArcaEvolution_base.cpp, articles in modImport_ArcaEvolution_articles.cpp, documents in
+// modImport_ArcaEvolution_documents.cpp.
+// CF, AR, LS, DO and their companions are known from databases and applications; what CFStato and TipoDitta mean, the
+// columns of PGRata and the house number behind the last comma of a street are this system's own reading.
+// Known gaps: the form of address of a contact, locations of single articles, brands.
+
+#include "adapters/modImport_ArcaEvolution.h"
+
+#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/lookups.h"
+#include "adapters/contract/Origin.h"
+#include "adapters/sourceSettings.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_ArcaEvolution {
+
+const contract::Origin& Entry();
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Contatti = QStringLiteral("CFContatto");
+const QString TipiContatto = QStringLiteral("CFContattoTipo");
+const QString Destinazioni = QStringLiteral("CFDest");
+const QString SediTable = QStringLiteral("CFSede");
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+/// The language of the counterparty, Italian when the source has none; a number that is not known is recorded.
+Rule Language() {
+    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" when blank; else translated",
+            [](const RuleInput& input) -> RuleValue {
+                if (input.Text().isEmpty()) {
+                    return schema::defaults::Language;
+                }
+                const QString language = LanguageOf(input.session, input.Text());
+                return language.isEmpty() ? RuleValue() : RuleValue(language);
+            }};
+}
+
+/// Zero is no day of the month.
+Rule FixedDay() {
+    return {"as it is, left out when zero", [](const RuleInput& input) -> RuleValue {
+                const QString day = input.Text();
+                return day.isEmpty() || day == "0" ? RuleValue() : RuleValue(day);
+            }};
+}
+
+/// What a counterparty has whatever its role.
+const Mapping& Controparti() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Cf,
+        {
+            {"CDCON", "Cd_CF", Code()},
+            {"CORAS", "Descrizione", First(35)},
+            {"CORA2", "Descrizione", From(36)},
+            {"DTINS", "TimeIns", MomentOrNow()},
+            {"COINV", "", Today()},
+            {"COANN", "Obsoleto", Flag()},
+            {"COCON", "", Constant(true)},
+            // The roles that the row has are set behind.
+            {"COCLI", "", Constant(false)},
+            {"COFOR", "", Constant(false)},
+            {"COPER", "TipoDitta", Choice({{"G", "0"}, {"", "0"}}, "1")},
+            {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
+            {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
+            {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
+            {"COCAP", "Cap", Text()},
+            {"COCIT", "Localita", Text()},
+            {"COPRO", "Cd_Provincia", Text()},
+            {"CONAZ", "Cd_Nazione", Country(Cf, "Cd_Nazione")},
+            {"COLNG", "Id_Lingua", Language()},
+            {"COZON", "Cd_CFZona", Translated(Cf, "Cd_CFZona")},
+            {"COSET", "Cd_CFSettore", Translated(Cf, "Cd_CFSettore")},
+            {"COVAL", "Cd_VL", Or(TranslatedOrKnown(Cf, "Cd_VL", "TAB_VAL"), schema::defaults::Currency)},
+            {"COFIS", "CodiceFiscale", NotBlank(Text())},
+            {"COIVA", "PartitaIva", NotBlank(Text())},
+            {"COCFE", "CodiceIPA", NotBlank(Text())},
+            {"COESE", "Cd_Aliquota", ExemptVat(Cf, "Cd_Aliquota")},
+            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
+            {"COSPP", "IvaSplit", Flag()},
+            {"COBAN", "Cd_CGConto_Banca", OurBank()},
+            {"COFID", "Fido", RoundedTo(2)},
+            {"COCLC", "Cd_CFClasse1", Translated(Cf, "Cd_CFClasse1")},
+            {"COAGE", "Cd_Agente_1", Translated(Cf, "Cd_Agente_1")},
+            {"COAG2", "Cd_Agente_2", Translated(Cf, "Cd_Agente_2")},
+            {"COPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
+            {"COMOS", "Cd_DOSped", Translated(Cf, "Cd_DOSped")},
+            {"COVEP", "Cd_DOVettore", Translated(Cf, "Cd_DOVettore")},
+            // A state is only set on counterparties that are held up.
+            {"COBLK", "Cd_CFStato", Choice({{"", "0"}}, "1")},
+            {"CONOT", "Note_CF", Text()},
+        },
+    };
+    return mapping;
+}
+
+/// What a customer's row adds to a counterparty, also to one that is there already.
+const Mapping& RuoloCliente() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Cf,
+        {
+            {"COCLI", "", Constant(true)},
+            {"COMAC", "Cd_CGConto_Mastro", NotBlank(Text())},
+            {"COSC1", "Sconto", Discount(1)},
+            {"COSC2", "Sconto", Discount(2)},
+            {"COSC3", "Sconto", Discount(3)},
+            {"COCGE", "Cd_CF", Text()},
+        },
+    };
+    return mapping;
+}
+
+/// What a supplier's row adds to a counterparty, also to one that is there already.
+const Mapping& RuoloFornitore() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Cf,
+        {
+            {"COFOR", "", Constant(true)},
+            {"COMAF", "Cd_CGConto_Mastro", NotBlank(Text())},
+            {"COSF1", "Sconto", Discount(1)},
+            {"COSF2", "Sconto", Discount(2)},
+            {"COSF3", "Sconto", Discount(3)},
+            {"COFGE", "Cd_CF", Text()},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& CondizioniCliente() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Cf,
+        {
+            {"COMOP", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
+            {"COMAS", "Cd_CGConto_Merce", NotBlank(Text())},
+            {"COLSC", "Cd_LS_1", Translated(Cf, "Cd_LS_1")},
+            {"COCCC", "Cd_CFGruppo1", Translated(Cf, "Cd_CFGruppo1")},
+            {"COGPV", "ScGiornoFisso1", FixedDay()},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& CondizioniFornitore() {
+    static const Mapping mapping{
+        "CON_TRO",
+        Cf,
+        {
+            {"COMOA", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
+            {"COCAC", "Cd_CGConto_Merce", NotBlank(Text())},
+            {"COLSF", "Cd_LS_1", Translated(Cf, "Cd_LS_1")},
+            {"COCCF", "Cd_CFGruppo1", Translated(Cf, "Cd_CFGruppo1")},
+            {"COGPA", "ScGiornoFisso1", FixedDay()},
+        },
+    };
+    return mapping;
+}
+
+/// Destinations and invoicing addresses differ in the column of their number alone.
+Mapping BranchMapping(const QString& table, const QString& number, const QString& type) {
+    return {"CON_SED",
+            table,
+            {
+                {"CDCON", "Cd_CF", Code()},
+                {"CDSED", number, Digits(3)},
+                {"SETIP", "", Constant(type)},
+                {"SERAS", "Descrizione", Text()},
+                {"SEIND", "Indirizzo", Text()},
+                {"SECAP", "Cap", WhenNotBlank("Localita", Text())},
+                {"SECIT", "Localita", WhenNotBlank("Localita", Text())},
+                {"SEPRO", "Cd_Provincia", Text()},
+                {"SENAZ", "Cd_Nazione", Country(Cf, "Cd_Nazione")},
+                {"SEDEF", "", Constant(false)},
+            }};
+}
+
+const Mapping& SediConsegna() {
+    static const Mapping mapping = BranchMapping(Destinazioni, "Cd_CFDest", "CO");
+    return mapping;
+}
+
+const Mapping& SediFattura() {
+    static const Mapping mapping = BranchMapping(SediTable, "Cd_CFSede", "FT");
+    return mapping;
+}
+
+const Mapping& Riferimenti() {
+    static const Mapping mapping{
+        "CON_RIF",
+        Contatti,
+        {
+            {"CDCON", "Cd_CF", Code()},
+            {"RFNOM", "Cognome, Nome", Text()},
+            {"RFQUA", "Descrizione", Text()},
+        },
+    };
+    return mapping;
+}
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+struct Roles {
+    bool customer;
+    bool supplier;
+};
+
+/// The roles that the flags tell; without any, the first letter of the code does.
+Roles RolesOf(const SourceRow& row) {
+    const Roles flags{mod_ovTools::ToBoolean(row.Value("Cliente")), mod_ovTools::ToBoolean(row.Value("Fornitore"))};
+    if (flags.customer || flags.supplier) {
+        return flags;
+    }
+    const QString code = row.Text("Cd_CF").toUpper();
+    if (!code.startsWith(u'C') && !code.startsWith(u'F')) {
+        throw ImportError(
+            QStringLiteral("colonne 'Cliente', 'Fornitore', 'Cd_CF': '%1' non è né cliente né fornitore").arg(code));
+    }
+    return {code.startsWith(u'C'), code.startsWith(u'F')};
+}
+
+void SetRoles(Session& session, const SourceRow& row, const Roles& roles, TargetRow& target) {
+    if (roles.customer) {
+        RuoloCliente().Apply(target, session, row, {});
+    }
+    if (roles.supplier) {
+        RuoloFornitore().Apply(target, session, row, {});
+    }
+}
+
+void SetConditions(Session& session, const SourceRow& row, const Roles& roles, TargetRow& target) {
+    if (roles.customer) {
+        CondizioniCliente().Apply(target, session, row, {});
+    }
+    if (roles.supplier) {
+        CondizioniFornitore().Apply(target, session, row, {});
+    }
+}
+
+/// The counterparty's bank: an Italian IBAN tells its parts itself; without one the other columns do.
+void SetBank(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    const auto set = [&target](const QString& column, const QString& text) {
+        if (!text.isEmpty()) {
+            target.Set(column, text);
+        }
+    };
+    const QString iban = row.Text("Iban").remove(u' ').toUpper();
+    const bool valid = ValidateIBAN(iban);
+    if (valid) {
+        target.Set("COIBA", iban);
+    } else if (!iban.isEmpty()) {
+        run.Log(QStringLiteral("IBAN NON VALIDO: %1: '%2'").arg(run.RowKey(), row.Text("Iban")));
+    }
+    set("COBIC", row.Text("BicCode"));
+    if (valid && iban.startsWith(QLatin1String("IT"))) {
+        set("COCIN", iban.mid(4, 1));
+        set("COABI", iban.mid(5, 5));
+        set("COCAB", iban.mid(10, 5));
+        set("COCOC", iban.mid(15));
+        return;
+    }
+    const QString bank = row.Text("Cd_Abicab");
+    set("COABI", bank.left(5));
+    set("COCAB", bank.mid(5));
+    set("COCOC", row.Text("ContoCorrente"));
+}
+
+/// Writes the branches and returns the destinations by their code in the source.
+QHash<QString, Owner> WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row,
+                                    const Facts& facts) {
+    Session& session = run.GetSession();
+    QHash<QString, Owner> destinations;
+    const auto query = [&](const QString& table, const QString& number) {
+        return QStringLiteral("SELECT * FROM %1\rWHERE Cd_CF = %2\rORDER BY %3")
+            .arg(table, run.Quoted(row.Text("Cd_CF")), number);
+    };
+    ForEachChild(session, query(Destinazioni, "Cd_CFDest"), Destinazioni, "Cd_CFDest", [&](const SourceRow& branch) {
+        if (!branch.IsBlank("Indirizzo")) {
+            TargetRow target = writer.NewRow("CON_SED");
+            SediConsegna().Apply(target, session, branch, facts);
+            destinations.insert(branch.Text("Cd_CFDest"), writer.Branch(target));
+        }
+    });
+    ForEachChild(session, query(SediTable, "Cd_CFSede"), SediTable, "Cd_CFSede", [&](const SourceRow& branch) {
+        if (!branch.IsBlank("Indirizzo")) {
+            TargetRow target = writer.NewRow("CON_SED");
+            SediFattura().Apply(target, session, branch, facts);
+            const QString number = branch.Text("Cd_CFSede");
+            if (destinations.contains(number)) { // the two are numbered apart in the source
+                target.Set("CDSED", QString(u'F' + number));
+                run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come 'F%2'").arg(run.RowKey(), number));
+            }
+            writer.Mail(writer.Branch(target), "@ Principale", branch.Text("EMail"));
+        }
+    });
+    return destinations;
+}
+
+QString ContactsOf(const ImportRun& run, const SourceRow& row) {
+    return "SELECT * FROM CFContatto\rWHERE Cd_CF = " + run.Quoted(row.Text("Cd_CF")) + "\rORDER BY Sequenza";
+}
+
+bool IsNamed(const SourceRow& contact) { return !contact.IsBlank("Nome") || !contact.IsBlank("Cognome"); }
+
+/// Whether the certified address of a contact is the one of the counterparty itself.
+bool IsOwnPec(const SourceRow& contact) {
+    return !mod_ovTools::ToBoolean(contact.Value("Obsoleto")) && !IsNamed(contact) && contact.IsBlank("Cd_CFDest") &&
+           !contact.IsBlank("EMailPec");
+}
+
+/// The certified address of the counterparty: of the first contact that is the counterparty itself.
+void SetCertifiedMail(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    bool found = false;
+    ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
+        if (!found && IsOwnPec(contact)) {
+            target.Set("COPEC", contact.Text("EMailPec").toLower());
+            found = true;
+        }
+    });
+}
+
+/// A contact with a name is a person of its own. Which destination the person sits at has no column: it is noted.
+Owner WritePerson(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& contact, const Facts& facts) {
+    Session& session = run.GetSession();
+    TargetRow target = writer.NewRow("CON_RIF");
+    Riferimenti().Apply(target, session, contact, facts);
+    if (!contact.IsBlank("Cd_CFDest")) {
+        target.Set("RFNOT", QString("Destinazione: " + contact.Text("Cd_CFDest")));
+    }
+    const Recordset type =
+        session.SourceConnection().ExecuteWC("SELECT Descrizione FROM CFContattoTipo\rWHERE Id_CFContattoTipo = " +
+                                             LiteralOf(session.SourceConnection(), contact.Value("Id_CFContattoTipo")));
+    if (!type.Eof()) {
+        target.Set("RFTIT", SourceRow(type).Text("Descrizione"));
+    }
+    return writer.Contact(target);
+}
+
+void WriteContact(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& contact, const Facts& facts,
+                  const QHash<QString, Owner>& destinations) {
+    const Owner owner = IsNamed(contact) ? WritePerson(run, writer, contact, facts)
+                                         : destinations.value(contact.Text("Cd_CFDest"), Owner{"CON_TRO", facts.code});
+    writer.Telephone(owner, "Ufficio", contact.Text("Telefono"));
+    writer.Telephone(owner, "Ufficio 2", contact.Text("Telefono2"));
+    writer.Telephone(owner, "Cellulare", contact.Text("Cellulare"));
+    writer.Telephone(owner, "Fax (uff.)", contact.Text("Fax"));
+    writer.Telephone(owner, "Fax", contact.Text("Fax2"));
+    writer.Mail(owner, "@ Principale", contact.Text("EMail"));
+    writer.WebSite(owner, contact.Text("Url"));
+}
+
+void WriteContacts(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts,
+                   const QHash<QString, Owner>& destinations) {
+    bool ownPec = false;
+    ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
+        if (mod_ovTools::ToBoolean(contact.Value("Obsoleto"))) {
+            return;
+        }
+        WriteContact(run, writer, contact, facts, destinations);
+        // One certified address has its column; another has none, and stands among the counterparty's addresses.
+        if (IsOwnPec(contact) && !ownPec) {
+            ownPec = true;
+        } else {
+            writer.Mail({"CON_TRO", facts.code}, "@ PEC", contact.Text("EMailPec"));
+        }
+    });
+}
+
+RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const Roles roles = RolesOf(row);
+    const QString code = row.Text("Cd_CF");
+    const CounterpartyWriter writer(run, row.IsBlank("TimeIns") ? QVariant() : row.Value("TimeIns"));
+    const Placement place = writer.Place({Cf, "Cd_CF", code, roles.customer, row.Text("PartitaIva"),
+                                          row.Text("CodiceFiscale"), roles.customer ? code.mid(1) : QString()});
+    TargetRow target(run, "CON_TRO");
+    if (place.known) { // a legal person that is there only gains the role that the row adds
+        SetRoles(session, row, roles, target);
+        target.Update("WHERE CDCON = " + run.Quoted(place.code));
+        return RowOutcome::Updated;
+    }
+    const Facts facts{place.code, roles.customer};
+    Controparti().Apply(target, session, row, facts);
+    SetRoles(session, row, roles, target);
+    SetConditions(session, row, roles, target);
+    SetBank(run, row, target);
+    SetCertifiedMail(run, row, target);
+    target.Insert();
+    WriteContacts(run, writer, row, facts, WriteBranches(run, writer, row, facts));
+    return RowOutcome::Inserted;
+}
+
+const Needs& ContropartiNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Controparti(), &RuoloCliente(), &RuoloFornitore(), &CondizioniCliente(), &CondizioniFornitore(),
+                   &SediConsegna(), &SediFattura(), &Riferimenti()},
+                  {{Cf, {"Cliente", "Fornitore", "Iban", "BicCode", "Cd_Abicab", "ContoCorrente"}},
+                   {"Banca", {"Cd_CGConto", "Iban"}},
+                   {SediTable, {"EMail"}},
+                   {Contatti,
+                    {"Cd_CF", "Id_CFContattoTipo", "Sequenza", "Obsoleto", "Telefono", "Telefono2", "Cellulare", "Fax",
+                     "Fax2", "EMail", "EMailPec", "Url", "Cd_CFDest"}},
+                   {TipiContatto, {"Id_CFContattoTipo", "Descrizione"}}},
+                  CounterpartyNeeds()};
+        all.writes.push_back({"CON_TRO", {"COIBA", "COBIC", "COCIN", "COABI", "COCAB", "COCOC", "COPEC"}});
+        all.writes.push_back({"CON_RIF", {"RFNOT", "RFTIT"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportContropartiArcaEvolution(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportContropartiArcaEvolution", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione controparti");
+        run.Preflight(ContropartiNeeds());
+        run.Truncate(reset, CounterpartyTables());
+        const QString where = WhereCode(run, "Cd_CF", singleCode);
+        run.Rows({"Controparti", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
+                  "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
+                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+        run.Complete("Controparti importate correttamente!");
+    });
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Arca Evolution",
+        Module,
+        {"SQL Server", sourceSettings::Server("ARCAEVOLUTION")},
+        {{
+            {Shown::Yes, ""},                       // Cli
+            {Shown::Yes, ""},                       // Art
+            {Shown::No, ""},                        // Dis
+            {Shown::Yes, "Importa Documenti"},      // Doc
+            {Shown::Yes, "Importa Mod. di Pag."},   // Acq
+            {Shown::No, ""},                        // Saldi
+            {Shown::No, ""},                        // Piano
+            {Shown::Yes, "Sistema Dati Fornitori"}, // Disegni
+        }},
+        Shown::Keep,
+        {
+            {Button::Cli, "ImportContropartiArcaEvolution", ImportContropartiArcaEvolution, ContropartiNeeds()},
+            {Button::Art, "ImportArticoliArcaEvolution", ImportArticoliArcaEvolution, ArticoliNeeds()},
+            {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds()},
+            {Button::Acq, "ImportTabelleBaseArcaEvolution", ImportTabelleBaseArcaEvolution, PagamentiNeeds()},
+            {Button::Disegni, "SistemaSediLegaliFornitori", SistemaSediLegaliFornitori, FornitoriNeeds(),
+             "Sistemare i dati dei fornitori?", true, false},
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_ArcaEvolution
