@@ -85,7 +85,7 @@ Report Sequence(Context& context) {
     Report report{ExitCodeOf(result.outcome), SequenceLines(result).join(u'\n'), {}};
     report.json["script"] = script;
     report.json["company"] = settings.company;
-    report.json["outcome"] = OutcomeName(result.outcome);
+    report.json["outcome"] = cli::OutcomeName(result.outcome);
     report.json["steps"] = EntriesJson(result);
     report.json["log"] = result.logFile;
     return report;
