@@ -2,37 +2,40 @@
 
 namespace schema {
 
-std::span<const Line> Accounting() {
-    static constexpr Line Lines[] = {
-        CompanyTable("PIA_CON", "CDCNT"),
-        Text("CDCNT", 20),
-        Text("PCDES", 100),
-        Code("PCMAS", "PIA_CON"),
-        Text("PCNAT", 5),
-        Text("PCTIP", 5),
-        Text("PCBIL", 5),
-        Whole("PCLEV"),
-        Text("PCPTH", 255), // the ledgers above the account, from the top, with "\" between
-        Text("PCRAG", 20),
-        Flag("PCDET"),
+namespace {
 
-        CompanyTable("MAS_TRI", "CDMAS"),
-        Text("CDMAS", 20),
-        Text("MCDES", 100),
-        Text("MCTIP", 5),
-        Text("MCBIL", 5),
-        Whole("MCLIV"),
-        Text("MCRAG", 20),
+constexpr Line AccountingLines[] = {
+    CompanyTable("PIA_CON", "CDCNT"),
+    Text("CDCNT", 20),
+    Text("PCDES", 100),
+    Code("PCMAS", "PIA_CON"),
+    Text("PCNAT", 5),
+    Text("PCTIP", 5),
+    Text("PCBIL", 5),
+    Whole("PCLEV"),
+    Text("PCPTH", 255), // the ledgers above the account, from the top, with "\" between
+    Text("PCRAG", 20),
+    Flag("PCDET"),
 
-        CompanyTable("CON_CON", "CDCNT"),
-        Text("CDCNT", 20),
-        Text("CCDES", 100),
-        Code("CCMAS", "MAS_TRI"),
-        Text("CCNAT", 5),
-        Whole("CCLIV"),
-        Text("CCEXT", 50).Indexed(),
-    };
-    return Lines;
-}
+    CompanyTable("MAS_TRI", "CDMAS"),
+    Text("CDMAS", 20),
+    Text("MCDES", 100),
+    Text("MCTIP", 5),
+    Text("MCBIL", 5),
+    Whole("MCLIV"),
+    Text("MCRAG", 20),
+
+    CompanyTable("CON_CON", "CDCNT"),
+    Text("CDCNT", 20),
+    Text("CCDES", 100),
+    Code("CCMAS", "MAS_TRI"),
+    Text("CCNAT", 5),
+    Whole("CCLIV"),
+    Text("CCEXT", 50).Indexed(),
+};
+
+} // namespace
+
+std::span<const Line> Accounting() { return AccountingLines; }
 
 } // namespace schema

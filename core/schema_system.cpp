@@ -2,80 +2,83 @@
 
 namespace schema {
 
-std::span<const Line> SystemTables() {
-    static constexpr Line Lines[] = {
-        SharedTable("SYS_AZI", "CDAZI"),
-        Text("CDAZI", 10),
-        Text("AZRAS", 60).Indexed(),
+namespace {
 
-        // which column (TABNM, COLNM) holds codes of which other (TABLK, COLLK)
-        SharedTable("SYS_SYS", "TABLK COLLK"),
-        Text("TABLK", 20),
-        Text("COLLK", 20),
-        Text("TABNM", 20),
-        Text("COLNM", 20),
-        Text("CONNM", 255),
+constexpr Line SystemTablesLines[] = {
+    SharedTable("SYS_AZI", "CDAZI"),
+    Text("CDAZI", 10),
+    Text("AZRAS", 60).Indexed(),
 
-        // kind of value of every column
-        SharedTable("SYS_SYS_COL", "TABNM COLNM"),
-        Text("TABNM", 20),
-        Text("COLNM", 20),
-        Whole("COLTP"),
+    // which column (TABNM, COLNM) holds codes of which other (TABLK, COLLK)
+    SharedTable("SYS_SYS", "TABLK COLLK"),
+    Text("TABLK", 20),
+    Text("COLLK", 20),
+    Text("TABNM", 20),
+    Text("COLNM", 20),
+    Text("CONNM", 255),
 
-        SharedTable("SYS_IMP", "TBNAM TBFLD TBOLD"),
-        Text("TBNAM", 20),
-        Text("TBFLD", 20),
-        Text("TBOLD", 100).Indexed(),
-        Text("TBNEW", 100),
+    // kind of value of every column
+    SharedTable("SYS_SYS_COL", "TABNM COLNM"),
+    Text("TABNM", 20),
+    Text("COLNM", 20),
+    Whole("COLTP"),
 
-        SharedTable("SYS_LNG", "LNTBL LNKEY LNFLD"),
-        Text("LNTBL", 50),
-        Text("LNFLD", 20),
-        Text("LNKEY", 50),
-        Code("LNLNG", "TAB_LNG"),
-        Notes("LNTXT"),
+    SharedTable("SYS_IMP", "TBNAM TBFLD TBOLD"),
+    Text("TBNAM", 20),
+    Text("TBFLD", 20),
+    Text("TBOLD", 100).Indexed(),
+    Text("TBNEW", 100),
 
-        SharedTable("SYS_ATT", "ATTBL ATKEY"),
-        Text("ATTBL", 50),
-        Text("ATKEY", 50),
-        Text("ATNAM", 255),
-        Text("ATDES", 255),
-        Text("ATLNK", 500),
-        Text("ATTYP", 20),
-        Large("ATSIZ"),
-        Day("ATDAT"),
-        Flag("ATCHK"),
-        Text("ATREV", 20),
+    SharedTable("SYS_LNG", "LNTBL LNKEY LNFLD"),
+    Text("LNTBL", 50),
+    Text("LNFLD", 20),
+    Text("LNKEY", 50),
+    Code("LNLNG", "TAB_LNG"),
+    Notes("LNTXT"),
 
-        SharedTable("SYS_PIT", "PITBL PIKEY"),
-        Text("PITBL", 50),
-        Text("PIKEY", 50),
-        Number("PILEF"),
-        Number("PITOP"),
-        Number("PIWTH"),
-        Number("PIHGH"),
-        Flag("PIVIS"),
-        Notes("PINOT"),
+    SharedTable("SYS_ATT", "ATTBL ATKEY"),
+    Text("ATTBL", 50),
+    Text("ATKEY", 50),
+    Text("ATNAM", 255),
+    Text("ATDES", 255),
+    Text("ATLNK", 500),
+    Text("ATTYP", 20),
+    Large("ATSIZ"),
+    Day("ATDAT"),
+    Flag("ATCHK"),
+    Text("ATREV", 20),
 
-        CompanyTable("FLD_VAL", "FLTAB FLKEY"),
-        Text("FLTAB", 20),
-        Text("FLKEY", 50).Names("CON_TRO", "FLTAB"),
-        Text("FLFLD", 50),
-        Notes("FLVAL"),
-        Text("FLDEF", 255),
+    SharedTable("SYS_PIT", "PITBL PIKEY"),
+    Text("PITBL", 50),
+    Text("PIKEY", 50),
+    Number("PILEF"),
+    Number("PITOP"),
+    Number("PIWTH"),
+    Number("PIHGH"),
+    Flag("PIVIS"),
+    Notes("PINOT"),
 
-        CompanyTable("IMA_GES", "TBNAM TBKEY"),
-        Text("TBNAM", 20),
-        Text("TBKEY", 50).Names("CON_TRO", "TBNAM"),
-        Bytes("IMIMG"),
+    CompanyTable("FLD_VAL", "FLTAB FLKEY"),
+    Text("FLTAB", 20),
+    Text("FLKEY", 50).Names("CON_TRO", "FLTAB"),
+    Text("FLFLD", 50),
+    Notes("FLVAL"),
+    Text("FLDEF", 255),
 
-        // only emptied
-        SharedTable("SYS_LOG"),
-        SharedTable("SYS_MSG"),
-        SharedTable("SYS_CFG"),
-        SharedTable("SYS_LAY"),
-    };
-    return Lines;
-}
+    CompanyTable("IMA_GES", "TBNAM TBKEY"),
+    Text("TBNAM", 20),
+    Text("TBKEY", 50).Names("CON_TRO", "TBNAM"),
+    Bytes("IMIMG"),
+
+    // only emptied
+    SharedTable("SYS_LOG"),
+    SharedTable("SYS_MSG"),
+    SharedTable("SYS_CFG"),
+    SharedTable("SYS_LAY"),
+};
+
+} // namespace
+
+std::span<const Line> SystemTables() { return SystemTablesLines; }
 
 } // namespace schema
