@@ -2,6 +2,8 @@
 
 #include "sql/ovQueryConstructor.h"
 
+#include <QLocale>
+
 namespace {
 
 // The bar never stands at zero, and it is full only when the dialog closes.
@@ -134,6 +136,12 @@ const std::vector<ResetGroup>& ResetGroups() {
         {&R::SystemTable, {"IMA_GES", "SYS_LOG", "SYS_MSG", "SYS_ATT", "SYS_PIT", "SYS_CFG", "SYS_LAY"}},
     };
     return groups;
+}
+
+QString EmptiedLine(const EmptyingResult::Table& table) {
+    const QString line = QStringLiteral("Tabella %1: svuotata").arg(table.name);
+    const QString rows = QLocale(QLocale::Italian, QLocale::Italy).toString(table.rows);
+    return table.rows < 0 ? line : QString(line + ", righe " + rows);
 }
 
 bool ConfirmReset(Operator& person, const ResetOptions& options) {

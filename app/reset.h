@@ -60,6 +60,9 @@ struct EmptyingResult {
     QVector<Table> tables; ///< the tables emptied, in order; those not named keep their rows
 };
 
+/// "Tabella X01_DOC_VEN: svuotata, righe 1.200"
+QString EmptiedLine(const EmptyingResult::Table& table);
+
 /// Whether the chosen options may be deleted: at least one must be chosen and the operator must agree.
 bool ConfirmReset(Operator& person, const ResetOptions& options);
 

@@ -4,7 +4,8 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(), CreateDatabaseCommand(), CheckCommand(), ImportCommand(), MergeCommand(),
+        OriginsCommand(),  CreateDatabaseCommand(), CheckCommand(), ImportCommand(),
+        SequenceCommand(), MergeCommand(),          ResetCommand(), TruncateCommand(),
     };
     return commands;
 }

@@ -10,6 +10,9 @@ Command CreateDatabaseCommand();
 Command ImportCommand();
 Command CheckCommand();
 Command MergeCommand();
+Command SequenceCommand();
+Command ResetCommand();
+Command TruncateCommand();
 
 /// Every command, in the order of the help.
 const std::vector<Command>& Commands();

@@ -217,8 +217,7 @@ void frmImport::ShowEmptied(const QString& title, const EmptyingResult& result) 
     const bool done = result.outcome == RunResult::Outcome::Done;
     QStringList lines{title + (done ? ": completato" : ": interrotto, le tabelle non elencate restano come erano")};
     for (const EmptyingResult::Table& table : result.tables) {
-        lines.append("Tabella " + table.name + ": svuotata" +
-                     (table.rows < 0 ? QString() : QString(", righe " + QString::number(table.rows))));
+        lines.append(EmptiedLine(table));
     }
     m_result->setPlainText(lines.join(u'\n'));
     m_account->setCurrentWidget(m_result);

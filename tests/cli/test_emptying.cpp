@@ -1,0 +1,82 @@
+#include "sql/ovConnection.h"
+#include "tests/cli/CliRun.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QJsonArray>
+#include <QTest>
+
+class TestEmptying : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        QCOMPARE(m_run.CreateCompany().exitCode, 0);
+        m_database.Embedded = true;
+        m_database.DatabaseName = m_run.Database();
+        m_database.OpenConnection();
+    }
+
+    void init() {
+        for (const char* table : Tables) {
+            m_database.Execute(QString("DELETE ") + table);
+            m_database.Execute(QString("INSERT INTO ") + table + " DEFAULT VALUES");
+        }
+    }
+
+    void Refusals_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("reset unconfirmed") << QStringList{"reset", "--company", "X01", "--kind", "docven"} << "--yes";
+        QTest::newRow("reset tells what goes along")
+            << QStringList{"reset", "--company", "X01", "--kind", "docven"} << "rilevamenti, ordprod, prevprod, docven";
+        QTest::newRow("reset of nothing") << QStringList{"reset", "--company", "X01", "--yes"} << "--kind";
+        QTest::newRow("reset of an unknown kind")
+            << QStringList{"reset", "--company", "X01", "--kind", "tutto", "--yes"} << "anaart";
+        QTest::newRow("truncate unconfirmed") << QStringList{"truncate", "--company", "X01"} << "--yes";
+        QTest::newRow("truncate of an unknown company")
+            << QStringList{"truncate", "--company", "X07", "--yes"} << "X07";
+    }
+    void Refusals() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const auto ended = m_run.Run(arguments);
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+        QCOMPARE(Counts(), QString("1 1 1"));
+    }
+
+    void ResetDeletesTheKinds() {
+        const auto ended = m_run.Run({"reset", "--company", "x01", "--kind", "DocVen", "--yes", "--json"});
+        QCOMPARE(ended.exitCode, 0);
+        QCOMPARE(Counts(), QString("0 1 1"));
+        QCOMPARE(ended.Json()["outcome"].toString(), QString("done"));
+        const QJsonArray emptied = ended.Json()["emptied"].toArray();
+        QVERIFY(emptied.contains(QJsonObject{{"table", "X01_DOC_VEN"}, {"rows", 1}}));
+        QCOMPARE(emptied.size(), 15);
+    }
+
+    void TruncateEmptiesAllButTheBaseTables() {
+        const auto ended = m_run.Run({"truncate", "--company", "X01", "--yes", "--json"});
+        QCOMPARE(ended.exitCode, 0);
+        QCOMPARE(Counts(), QString("0 0 1"));
+        QCOMPARE(ended.Json()["emptied"].toArray().size(), 60);
+    }
+
+private:
+    static constexpr std::array Tables{"X01_DOC_VEN", "X01_CON_TRO", "X01_PIA_CON"};
+
+    /// Rows of the three tables.
+    QString Counts() {
+        QStringList counts;
+        for (const char* table : Tables) {
+            counts.append(QString::number(m_database.ExecuteCommand(QString("SELECT COUNT(*) FROM ") + table)));
+        }
+        return counts.join(' ');
+    }
+
+    CliRun m_run;
+    ovConnection m_database;
+};
+
+QUADRIX_TEST(TestEmptying)
+#include "test_emptying.moc"
