@@ -16,6 +16,9 @@ struct Finding {
 
 /// The procedures to be checked: all of the origin, or those of --data.
 std::vector<Finding> ToCheck(const contract::Origin& origin, const QCommandLineParser& options) {
+    if (const auto* named = ProcedureOf(origin, options.value("data"))) {
+        return {{named, {}}};
+    }
     std::vector<Finding> findings;
     for (const contract::Procedure& procedure : origin.procedures) {
         if (!options.isSet("data") || procedure.button == ButtonFrom(options)) {

@@ -44,6 +44,17 @@ QStringList NamesWithoutButton(const Origin& origin) {
     return names;
 }
 
+/// The procedures that no button calls.
+QJsonArray OtherProcedures(const Origin& origin) {
+    QJsonArray names;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        if (!procedure.button) {
+            names.append(procedure.name);
+        }
+    }
+    return names;
+}
+
 /// The data that an origin can import now: "cli (Importa Controparti)", and the procedures without a button.
 QStringList ReadyData(const Origin& origin) {
     QStringList ready;
@@ -64,6 +75,7 @@ Report ListOrigins(Context& /*context*/) {
                                    {"module", origin->module},
                                    {"kind", origin->source.kind},
                                    {"buttons", ButtonsJson(*origin)},
+                                   {"otherProcedures", OtherProcedures(*origin)},
                                    {"withoutButton", QJsonArray::fromStringList(NamesWithoutButton(*origin))}});
         lines.append(QStringLiteral("%1 %2 %3")
                          .arg(origin->name, -22)

@@ -227,6 +227,12 @@ void TestImportFlow::runsProceduresInOrder() {
     target.Person.Otherwise = true;
     QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
     QCOMPARE(fake.Calls, QStringList({"ImportUno reset", "ImportDue"}));
+    fake.Calls.clear();
+    ImportRequest named = Request(fake);
+    named.procedure = "importaltro";
+    QCOMPARE(RunImport(target.Get(), named), FlowOutcome::Done);
+    QCOMPARE(fake.Calls, QStringList{"ImportAltro reset"});
+    fake.Prepared = 1;
     QCOMPARE(fake.Prepared, 1);
 }
 
