@@ -3,10 +3,12 @@
 #include "adapters/registry.h"
 #include "app/reset.h"
 #include "app/resultText.h"
+#include "app/sequence.h"
 #include "core/modMain.h"
 #include "ui/ConnectionBanner.h"
 #include "ui/ElidedLabel.h"
 #include "ui/frmReset.h"
+#include "ui/frmSequence.h"
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
 #include "ui/WindowOperator.h"
@@ -23,7 +25,6 @@ namespace {
 const QString Section = QStringLiteral("IMPORT");
 const QString CompanyKey = QStringLiteral("AZIENDA");
 const QString OriginKey = QStringLiteral("ORIGINE");
-const QString SequencePassword = QStringLiteral("Tr1v0la8");
 constexpr int MostListed = 200; ///< reasons and codes that the account of a run lists
 
 /// Letters that stand for the lists, the tools, the tabs and the buttons beside them.
@@ -191,12 +192,14 @@ void frmImport::cmdSequence_Click() {
         return;
     }
     const Running running(*this);
-    if (!m_person.Ask("Lanciare la sequenza di importazione?")) {
-        return;
-    }
-    const auto password = m_person.Input("Password per import: ", "Quadrimpt Import", {});
-    if (password == SequencePassword && CheckData(m_session, Chosen())) {
-        m_person.Message("La procedura Sequence non è disponibile in questa versione!", Icon::Exclamation);
+    SequenceWindow window;
+    window.SelectCompany = [this](const QString& name) { cmbAzienda->setCurrentIndex(cmbAzienda->findText(name)); };
+    window.SelectOrigin = [this](const QString& name) {
+        cmbOrigine->setCurrentIndex(cmbOrigine->findText(name, Qt::MatchFixedString));
+    };
+    window.LanciaSequenza = [this] { return frmSequence(this).LanciaSequenza(); };
+    if (const auto result = PressSequence(m_session, Chosen(), window)) {
+        ShowAccount(SequenceLines(*result, MostListed));
     }
 }
 
@@ -208,8 +211,7 @@ void frmImport::ShowResults(qsizetype first) {
         lines += ResultLines(result, MostListed) + QStringList{{}};
     }
     if (!lines.isEmpty()) {
-        m_result->setPlainText(lines.join(u'\n'));
-        m_account->setCurrentWidget(m_result);
+        ShowAccount(lines);
     }
 }
 
@@ -219,6 +221,10 @@ void frmImport::ShowEmptied(const QString& title, const EmptyingResult& result) 
     for (const EmptyingResult::Table& table : result.tables) {
         lines.append(EmptiedLine(table));
     }
+    ShowAccount(lines);
+}
+
+void frmImport::ShowAccount(const QStringList& lines) {
     m_result->setPlainText(lines.join(u'\n'));
     m_account->setCurrentWidget(m_result);
 }

@@ -1,6 +1,6 @@
 #include "ui/frmReset.h"
 
-#include "ui/mnemonics.h"
+#include "ui/choiceDialog.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
@@ -31,14 +31,14 @@ QString TablesHint(ResetOption option) {
                             : QString("Svuota " + tables.join(", "));
 }
 
-/// The caption of each option with its mnemonic; the letters of the two buttons are kept free.
+/// The caption of an option with its mnemonic.
 QString CaptionOf(ResetOption option) {
     static const QStringList captions = [] {
         QStringList all;
         for (const ResetChoice& choice : ResetChoices()) {
             all.append(choice.caption);
         }
-        return WithMnemonics(all, {u'o', u'l'});
+        return choiceDialog::WithMnemonics(all);
     }();
     const auto index = std::distance(ResetChoices().data(), &ChoiceOf(option));
     return captions.at(index);
@@ -73,7 +73,10 @@ void frmReset::Lay(const QString& company) {
     auto* all = new QVBoxLayout(this);
     all->addWidget(title);
     all->addLayout(columns, 1);
-    AddButtons(*all);
+    const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
+    connect(buttons.ok, &QPushButton::clicked, this, &frmReset::cmdOk_Click);
+    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    all->addLayout(buttons.row);
 }
 
 void frmReset::AddGroup(QVBoxLayout& column, const QString& title, const std::vector<ResetOption>& options) {
@@ -93,22 +96,6 @@ QCheckBox* frmReset::NewBox(const ResetChoice& choice) {
     connect(box, &QCheckBox::clicked, this, [this, option = choice.option](bool ticked) { Clicked(option, ticked); });
     m_boxes.emplace_back(choice.option, box);
     return box;
-}
-
-void frmReset::AddButtons(QVBoxLayout& all) {
-    auto* ok = new QPushButton("&OK");
-    ok->setObjectName("cmdOk");
-    ok->setAutoDefault(false);
-    connect(ok, &QPushButton::clicked, this, &frmReset::cmdOk_Click);
-    auto* cancel = new QPushButton("Annu&lla");
-    cancel->setObjectName("cmdCancel");
-    cancel->setDefault(true);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    all.addLayout(buttons);
 }
 
 void frmReset::Clicked(ResetOption option, bool ticked) {

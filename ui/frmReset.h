@@ -27,7 +27,6 @@ public slots:
 private:
     void Lay(const QString& company);
     void AddGroup(QVBoxLayout& column, const QString& title, const std::vector<ResetOption>& options);
-    void AddButtons(QVBoxLayout& all);
     QCheckBox* NewBox(const ResetChoice& choice);
     void Clicked(ResetOption option, bool ticked);
     void ShowOptions();

@@ -6,6 +6,7 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/TestWindow.h"
 #include "ui/frmReset.h"
+#include "ui/frmSequence.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -79,6 +80,12 @@ void TakeReset(TestWindow& test, const Album& album) {
     album.Take(dialog, "frmReset");
 }
 
+void TakeSequence(TestWindow& test, const Album& album) {
+    frmSequence dialog(&test.Window());
+    dialog.show();
+    album.Take(dialog, "frmSequence");
+}
+
 void TakeProgress(TestWindow& test, const Album& album) {
     frmProgress dialog(&test.Window());
     dialog.SetStep("Controparti");
@@ -143,6 +150,7 @@ int main(int argc, char** argv) {
     album.Take(test.Window(), "frmImport");
     TakeImport(test, album);
     TakeReset(test, album);
+    TakeSequence(test, album);
     TakeProgress(test, album);
     TakeError(test, album);
     TakeFailed(album);

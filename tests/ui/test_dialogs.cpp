@@ -2,6 +2,7 @@
 #include "tests/support/QuadrixTest.h"
 #include "ui/frmProgress.h"
 #include "ui/frmReset.h"
+#include "ui/frmSequence.h"
 #include "ui/WindowOperator.h"
 
 #include <QCheckBox>
@@ -120,6 +121,28 @@ private slots:
             return true;
         };
         QVERIFY(!dialog.SelectOptions());
+    }
+
+    // --- Sequence ---
+
+    void TheStepsAreThoseTicked() {
+        frmSequence dialog(nullptr);
+        QCOMPARE(dialog.findChildren<QCheckBox*>().size(), 13);
+        DialogDriver driver;
+        QString button = "cmdOk";
+        driver.On = [&](QWidget& shown) {
+            for (const char* name : {"chkSaldiMEX", "chkQuery"}) {
+                shown.findChild<QCheckBox*>(name)->setChecked(true);
+            }
+            shown.findChild<QPushButton*>(button)->click();
+            return true;
+        };
+        SequenceSteps expected;
+        expected.SaldiMEX = true;
+        expected.Query = true;
+        QCOMPARE(dialog.LanciaSequenza(), std::optional(expected));
+        button = "cmdCancel";
+        QCOMPARE(dialog.LanciaSequenza(), std::nullopt);
     }
 
     // --- Questions and errors ---

@@ -236,6 +236,13 @@ private slots:
         }
         const QStringList asked{"? Lanciare la sequenza di importazione? = cmdYes", "> Password per import: "};
         QCOMPARE(driver.Events, asked + asked + asked + QStringList{"[!] Selezionare l'azienda sul quale operare!"});
+        driver.Events.clear();
+        driver.Inputs = {"Tr1v0la8"};
+        test.Choose("cmbAzienda", Company);
+        test.Choose("cmbOrigine", "Arca Evolution");
+        test.Button("cmdSequence").click();
+        QVERIFY2(driver.Events.last().startsWith("reported ") && driver.Events.last().contains("Sequence.ini"),
+                 qPrintable(driver.Events.last()));
     }
 
     // --- Reset and closing ---
