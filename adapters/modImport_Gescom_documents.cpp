@@ -51,7 +51,8 @@ const Kind* KindOf(const QString& movement) {
 struct Document {
     qint64 id = 0;
     DocumentHead head = {};
-    bool wasThere = false;       ///< an earlier import, or a hand, has written it
+    bool wasThere = false; ///< an earlier import, or a hand, has written it
+    qint64 rows = 0;
     QSet<qint64> rewritten = {}; ///< of its rows, when it was there
 };
 
@@ -103,13 +104,18 @@ RowOutcome Importer::Row(const SourceRow& row) {
     // A row that fails leaves nothing behind, here as in the tables.
     Document document = m_documents.contains(key) ? m_documents.value(key) : Begin(row, *kind);
     const RowOutcome outcome = WriteRow(row, *kind, document);
+    ++document.rows;
     m_documents.insert(key, document);
     return outcome;
 }
 
 void Importer::EndNumber() {
     for (auto document = m_documents.cbegin(); document != m_documents.cend(); ++document) {
-        m_writers[static_cast<size_t>(document.key().first)].Total(document->id);
+        const DocumentWriter& writer = m_writers[static_cast<size_t>(document.key().first)];
+        if (document->wasThere) {
+            writer.TellRowsLeft(document->id, document->rows);
+        }
+        writer.Total(document->id);
     }
     m_count += static_cast<int>(m_documents.size());
     m_documents.clear();

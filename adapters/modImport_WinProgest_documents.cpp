@@ -124,7 +124,6 @@ private:
     }
     void FindTwins(const QString& where);
     void TellWithoutDay() const;
-    void TellRowsLeft(qint64 id, const Written& written) const;
 
     ImportRun& m_run;
     const DocumentKind& m_kind;
@@ -192,7 +191,7 @@ RowOutcome KindImport::Import(const SourceRow& row) {
         m_writer.Update(state, id);
     }
     if (known != 0) {
-        TellRowsLeft(id, written);
+        m_writer.TellRowsLeft(id, written.rows);
     }
     m_writer.Total(id);
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
@@ -266,18 +265,6 @@ void KindImport::WriteRow(const SourceRow& row, qint64 id, const DocumentHead& h
         target.Update("WHERE " + Equals("RECORD_ID", known));
     } else {
         target.Insert();
-    }
-}
-
-/// Rows that were imported before and are no longer in the source still count in the totals.
-void KindImport::TellRowsLeft(qint64 id, const Written& written) const {
-    const qint64 left = m_run.GetSession().Quadrix.ExecuteCommand(
-                            "SELECT COUNT(*) FROM " + m_run.FullName(m_kind.family.row) + " WHERE " +
-                            Equals("IDTES", id) + " AND " + Equals(m_run.GetSession(), "USINS", "SYSTEM_IMPORT")) -
-                        written.rows;
-    if (left > 0) {
-        m_run.Log(
-            QStringLiteral("RIGHE NON PIÙ NELL'ORIGINE: %1: %2 rimangono in Quadrix").arg(m_run.RowKey()).arg(left));
     }
 }
 

@@ -247,6 +247,18 @@ qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but)
     return 0;
 }
 
+void DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
+    Session& session = m_run.GetSession();
+    const qint64 imported = session.Quadrix.ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
+        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals(session, "USINS", "SYSTEM_IMPORT"));
+    if (imported > writtenNow) {
+        m_run.Log(QStringLiteral("RIGHE NON PIÙ NELL'ORIGINE: %1: %2 rimangono in Quadrix")
+                      .arg(m_run.RowKey())
+                      .arg(imported - writtenNow));
+    }
+}
+
 void DocumentWriter::Total(qint64 head) const {
     qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head);
 }
