@@ -12,6 +12,9 @@ const contract::Origin& Entry();
 namespace modImport_Gescom {
 const contract::Origin& Entry();
 }
+namespace modImport_Tessera {
+const contract::Origin& Entry();
+}
 namespace modImport_WinProgest {
 const contract::Origin& Entry();
 }
@@ -22,7 +25,7 @@ const std::vector<const contract::Origin*>& Origins() {
     using announced::Find;
     static const std::vector<const contract::Origin*> origins{
         &Find("Ad-Hoc"),
-        &Find("Tessera"),
+        &modImport_Tessera::Entry(),
         &Find("Tessera + Solution"),
         &Find("Solution"),
         &Find("Gamma TeamSystem"),

@@ -88,7 +88,6 @@ const QMap<QString, Prepare>& Preparations() {
     static const ServerKeys tessera{"IMPORT", "0", "Tessera_Username", "Tessera_Password"};
     static const QMap<QString, Prepare> preparations{
         {"AD-HOC", Server("AHR", {"AHR", "1"})},
-        {"TESSERA", Server("TESSERA", tessera)},
         {"TESSERA + SOLUTION", Server("TESSERA", tessera)},
         {"SOLUTION", PrepareSolution},
         {"GAMMA TEAMSYSTEM", DataSource("GAMMATEAMSYSTEM")},

@@ -4,6 +4,7 @@
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -47,19 +48,31 @@ bool BillWriter::HasArticle(const QString& article) const {
     return IsThere(m_run.GetSession(), "ART_ICO", "CDART", article);
 }
 
-RowOutcome BillWriter::Begin(const QString& article, const QString& sourceKey) {
+RowOutcome BillWriter::Begin(const BillHead& head) {
     Session& session = m_run.GetSession();
     const QDate today = session.Now().date();
-    m_bill = IdWhere(session, "DIS_BAS", Equals(session, "DBART", article));
+    m_hasRevisions = m_hasRevisions || !head.revision.isNull();
+    QString condition = Equals(session, "DBART", head.article);
+    if (!head.revision.isNull()) {
+        condition += QStringLiteral(" AND DBREV = ") +
+                     mod_ovTools::FormatSqlValue(head.revision, DataType::Integer, session.Quadrix.ProviderType);
+    }
+    m_bill = IdWhere(session, "DIS_BAS", condition);
     TargetRow row(m_run, "DIS_BAS");
-    row.Set("IDOLD", sourceKey);
+    row.Set("IDOLD", head.sourceKey);
+    if (!head.note.isEmpty()) {
+        row.Set("DBNOT", head.note);
+    }
+    if (!head.active.isNull()) {
+        row.Set("DBMAN", head.active);
+    }
     if (m_bill != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", m_bill));
         return RowOutcome::Updated;
     }
-    row.Set("DBART", article);
-    row.Set("DBREV", BillRevision);
-    row.Set("DBMAN", BillActive);
+    row.Set("DBART", head.article);
+    row.Set("DBREV", head.revision.isNull() ? QVariant(BillRevision) : head.revision);
+    row.Set("DBMAN", head.active.isNull() ? QVariant(BillActive) : head.active);
     row.Set("DTINS", today);
     row.Set("DBANN", false);
     row.Set("DBINV", today);
@@ -82,8 +95,11 @@ qint64 BillWriter::Write(const Phase& phase) {
     row.Set("DLTUP", phase.unitTime);
     row.Set("DLTMP", TimeInMinutes);
     row.Set("DLNUP", Operators);
-    row.Set("DLCOS", 0);
+    row.Set("DLCOS", phase.cost);
     row.Set("DLNOT", phase.note);
+    if (!phase.supplier.isEmpty()) {
+        row.Set("DLFOR", phase.supplier);
+    }
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
         return known;
@@ -117,10 +133,13 @@ void BillWriter::Write(const Component& component, qint64 phase) {
 }
 
 void BillWriter::LinkSubAssemblies() {
-    const QString components = m_run.FullName("DIS_COM");
-    m_run.GetSession().Quadrix.Execute(
-        QStringLiteral("UPDATE %1\rSET IDDBF = (SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)")
-            .arg(components, m_run.FullName("DIS_BAS")));
+    const QString bill = m_hasRevisions
+                             // The one in force that was written last; without one in force, the last.
+                             ? QStringLiteral("COALESCE((SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART AND "
+                                              "DBMAN = 1), (SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART))")
+                             : QStringLiteral("(SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)");
+    m_run.GetSession().Quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = ").arg(m_run.FullName("DIS_COM")) +
+                                       bill.arg(m_run.FullName("DIS_COM"), m_run.FullName("DIS_BAS")));
     LogCycles();
 }
 

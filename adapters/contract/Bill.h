@@ -15,8 +15,19 @@ struct Phase {
     int sequence = 0; ///< 0: the first
     QString work;     ///< empty: the generic work centre
     QString note = {};
-    double setUpTime = 0; ///< in minutes
-    double unitTime = 0;  ///< in minutes
+    double setUpTime = 0;  ///< in minutes
+    double unitTime = 0;   ///< in minutes
+    double cost = 0;       ///< per hour
+    QString supplier = {}; ///< CDCON of who does it; empty for the company itself
+};
+
+/// A bill.
+struct BillHead {
+    QString article;
+    QString sourceKey;
+    QVariant revision = {}; ///< Null: an article has one bill
+    QVariant active = {};   ///< whether it is the revision in force; Null: it is
+    QString note = {};
 };
 
 /// A component of a bill.
@@ -38,7 +49,9 @@ public:
     bool HasArticle(const QString& article) const;
     /// Makes sure that an article has a bill: a new one is inserted, an existing one marked as changed. What it holds
     /// is written by the calls below. @param sourceKey key of the bill in the source
-    RowOutcome Begin(const QString& article, const QString& sourceKey);
+    RowOutcome Begin(const QString& article, const QString& sourceKey) { return Begin(BillHead{article, sourceKey}); }
+    /// The same; an article has one bill for each revision.
+    RowOutcome Begin(const BillHead& head);
     /// RECORD_ID of the bill begun last.
     qint64 BillId() const { return m_bill; }
     /// Writes a phase of the bill begun last, or the phase of that sequence number when it is there.
@@ -47,7 +60,8 @@ public:
     /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
     /// that the bill already has is rewritten. @param phase RECORD_ID of the phase that consumes it
     void Write(const Component& component, qint64 phase);
-    /// Links every component whose article has a bill to that bill; the others have no link. A bill that contains
+    /// Links every component whose article has a bill to that bill, of several revisions to the one in force; the
+    /// others have no link. A bill that contains
     /// itself, over any number of levels, is logged with its path: it cannot be unfolded.
     void LinkSubAssemblies();
 
@@ -61,6 +75,7 @@ private:
 
     ImportRun& m_run;
     qint64 m_bill = 0;
+    bool m_hasRevisions = false;
 };
 
 } // namespace contract

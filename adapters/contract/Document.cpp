@@ -94,6 +94,21 @@ DocumentSettings ReadDocumentSettings(Session& session) {
     const auto from = mod_ovTools::ReadDate(text);
     if (!from) {
         throw ImportError(QStringLiteral("impostazione %1 della sezione %2: '%3' non è una data, scriverla gg/mm/aaaa")
+std::optional<QDate> AskStartDate(ImportRun& run) {
+    Session& session = run.GetSession();
+    const auto typed = session.Person.Input(QStringLiteral("Data inizio documenti:"), QuadrixCaption,
+                                            ReadDocumentSettings(session).from.toString(QStringLiteral("dd/MM/yyyy")));
+    if (!typed) {
+        run.Cancel();
+        return std::nullopt;
+    }
+    const auto from = mod_ovTools::ReadDate(*typed);
+    if (!from) {
+        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(*typed));
+    }
+    return from->date();
+}
+
                               .arg(key, section, text));
     }
     return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};

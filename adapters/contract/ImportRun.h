@@ -35,6 +35,9 @@ public:
     /// Asks a yes/no question of this origin.
     bool Ask(const QString& question);
 
+    /// The operator has given a question up: the run ends as cancelled.
+    void Cancel() { m_result.outcome = RunResult::Outcome::Cancelled; }
+
     /// A loop over source rows.
     struct Loop {
         QString step;      ///< for the progress dialog

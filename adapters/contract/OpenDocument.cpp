@@ -1,0 +1,69 @@
+#include "adapters/contract/OpenDocument.h"
+
+#include "adapters/contract/lookups.h"
+
+namespace contract {
+
+OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head) const {
+    const DocumentHead& fields = head.fields;
+    State state{key, 0, fields};
+    const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year,
+                                       head.bySeries ? Equals(m_run.GetSession(), "DTSER", fields.series) : QString());
+    state.wasThere = known != 0;
+    if (state.wasThere && m_options.skipImported) {
+        return state;
+    }
+    TargetRow target = m_writer.Head(fields);
+    if (head.more) {
+        head.more(target);
+    }
+    if (state.wasThere) {
+        m_writer.Update(target, known);
+        state.id = known;
+    } else {
+        state.id = m_writer.Insert(target);
+    }
+    return state;
+}
+
+RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& head, const DocumentRow& row,
+                             const More& more, qint64* id) {
+    if (m_options.checkArticles && !row.article.isEmpty() &&
+        !IsThere(m_run.GetSession(), "ART_ICO", "CDART", row.article)) {
+        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), row.article));
+        return RowOutcome::Skipped;
+    }
+    State state = m_state && m_state->key == key ? *m_state : Begin(key, head());
+    const RowOutcome outcome = state.id == 0 ? RowOutcome::Skipped : WriteRow(state, row, more, id);
+    m_state = state;
+    return outcome;
+}
+
+RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const {
+    TargetRow target = m_writer.Row(state.id, state.head, row);
+    if (more) {
+        more(target);
+    }
+    ++state.rows;
+    const qint64 known = state.wasThere ? m_writer.FindRow(state.id, row.number, state.rewritten) : 0;
+    if (known != 0) {
+        target.Update("WHERE " + Equals("RECORD_ID", known));
+        state.rewritten.insert(known);
+    } else {
+        target.Insert();
+    }
+    if (id != nullptr) {
+        *id = known != 0 ? known : LastId(m_run.GetSession(), m_family.row);
+    }
+    return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
+void OpenDocument::End() {
+    if (m_state && m_state->id != 0) {
+        m_writer.Total(m_state->id);
+        ++m_count;
+    }
+    m_state.reset();
+}
+
+} // namespace contract

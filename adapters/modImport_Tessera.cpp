@@ -1,0 +1,461 @@
+// Tessera: a database, TESSERA unless the setting Databasename names another; user and password in Tessera_Username and
+// Tessera_Password. Counterparties with destinations, articles with locations; bills stand in
+// modImport_Tessera_bills.cpp, customer orders with production orders and purchase documents in
+// modImport_Tessera_documents.cpp.
+// OrdCliT with StatOrd and DisBasT are known from an installation. Everything else, tables and columns, is this
+// system's own reading in their style; a name that differs is put right in the section "Source tables" or the mapping.
+// Known gaps: contacts, price lists, stock.
+
+#include "adapters/modImport_Tessera.h"
+
+#include "adapters/contract/Article.h"
+#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/lookups.h"
+#include "adapters/contract/Origin.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Tessera {
+
+const contract::Origin& Entry();
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+namespace {
+
+const QString CliFor = QStringLiteral("CliFor");
+const QString CliForDest = QStringLiteral("CliForDest");
+const QString Pagam = QStringLiteral("Pagam");
+const QString Iva = QStringLiteral("Iva");
+const QString Lavorazioni = QStringLiteral("Lavorazioni"); ///< only a name of translations
+
+// --- Lookups ------------------------------------------------------------------------------------------------------
+
+/// The code that a table of the source has for an id.
+QString CodeOfId(Session& session, const QString& query, const SourceRow& row, const QString& idColumn) {
+    const double id = NumberOf(row, idColumn);
+    if (id == 0) {
+        return {};
+    }
+    const Recordset rows = session.SourceConnection().ExecuteWC(query + QString::number(id, 'f', 0));
+    return rows.Eof() ? QString() : rows.Fields(0).Value().toString().trimmed();
+}
+
+} // namespace
+
+QString GetCodContropartiTessera(Session& session, const SourceRow& row, const QString& idColumn) {
+    return CodeOfId(session, "SELECT CodCliFor FROM CliFor WHERE IdCliFor = ", row, idColumn);
+}
+
+QString GetCodPagamentoTessera(Session& session, const SourceRow& row, const QString& idColumn) {
+    return CodeOfId(session, "SELECT CodPag FROM Pagam WHERE IdPag = ", row, idColumn);
+}
+
+QString GetCodIvaTessera(Session& session, const SourceRow& row, const QString& idColumn) {
+    return CodeOfId(session, "SELECT CodIva FROM Iva WHERE IdIva = ", row, idColumn);
+}
+
+std::vector<TableNeed> LookupNeeds() {
+    return {{CliFor, {"IdCliFor", "CodCliFor"}}, {Pagam, {"IdPag", "CodPag"}}, {Iva, {"IdIva", "CodIva"}}};
+}
+
+QString WhereCode(const ImportRun& run, const QString& column, const QString& singleCode) {
+    return singleCode.isEmpty() ? QString() : QString("\rWHERE " + column + " = " + run.Quoted(singleCode));
+}
+
+QString ArticleOf(ImportRun& run, const QString& sourceCode) {
+    return ArticleWriter(run).CodeOf(Artic, "CodArt", sourceCode);
+}
+
+QString UnitOf(Session& session, const QString& sourceCode) {
+    const QString known = modImport::GetNewCode(session, Artic, "UniMis", sourceCode, true);
+    return known.isEmpty() ? sourceCode.toUpper() : known;
+}
+
+QString WorkOf(Session& session, const QString& sourceCode) {
+    const QString known = modImport::GetNewCode(session, Lavorazioni, "CodLav", sourceCode, true);
+    return known.isEmpty() ? sourceCode : known;
+}
+
+QString SupplierOf(ImportRun& run, const SourceRow& row, const QString& idColumn) {
+    Session& session = run.GetSession();
+    if (NumberOf(row, idColumn) == 0) {
+        return {};
+    }
+    const QString code = GetCodContropartiTessera(session, row, idColumn);
+    const QString supplier = code.isEmpty() ? QString() : LookUp(session, "CON_TRO", "COFGE", code, "CDCON");
+    if (supplier.isEmpty()) {
+        run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: %2 '%3'")
+                    .arg(run.RowKey(), idColumn, code.isEmpty() ? row.Text(idColumn) : code));
+    }
+    return supplier;
+}
+
+namespace {
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+/// The payment term behind the id of a row.
+Rule PaymentTerm() {
+    return {"code of the Pagam of that IdPag, translated through SYS_IMP (Pagam, CodPag), missing codes recorded",
+            [](const RuleInput& input) -> RuleValue {
+                const QString code = GetCodPagamentoTessera(input.session, input.row, input.columns.first());
+                const QString known = modImport::GetNewCode(input.session, Pagam, "CodPag", code, true);
+                return known.isEmpty() ? RuleValue() : RuleValue(known);
+            }};
+}
+
+QString NewVatCode(const RuleInput& input) {
+    const QString code = GetCodIvaTessera(input.session, input.row, input.columns.first());
+    return modImport::GetNewCode(input.session, Iva, "CodIva", code, true);
+}
+
+/// The VAT code behind the id of a row.
+Rule VatCode() {
+    return {"code of the Iva of that IdIva, translated through SYS_IMP (Iva, CodIva), missing codes recorded",
+            [](const RuleInput& input) -> RuleValue {
+                const QString known = NewVatCode(input);
+                return known.isEmpty() ? RuleValue() : RuleValue(known);
+            }};
+}
+
+/// The VAT code behind the id of a row, when it is an exemption.
+Rule Exemption() {
+    return {"code of the Iva of that IdIva, translated through SYS_IMP (Iva, CodIva), only a code of TAB_IVA with rate "
+            "zero",
+            [](const RuleInput& input) -> RuleValue {
+                const QString known = NewVatCode(input);
+                const QVariant rate =
+                    known.isEmpty() ? QVariant() : input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", known, "IVALI");
+                return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(known);
+            }};
+}
+
+/// What both roles of a counterparty share.
+std::vector<MapLine> CommonLines() {
+    return {
+        {"CDCON", "CodCliFor", Code()},
+        {"CORAS", "RagSoc", First(35)},
+        {"COINV", "", Today()},
+        {"COANN", "FlgAnn", Flag()},
+        {"COCON", "", Constant(true)},
+        {"COIND", "Indir", Text()},
+        {"COCAP", "Cap", Text()},
+        {"COCIT", "Citta", Text()},
+        {"COPRO", "Prov", Text()},
+        {"CONAZ", "CodNaz", Country(CliFor, "CodNaz")},
+        {"COLNG", "", Constant(schema::defaults::Language)},
+        {"COVAL", "CodVal", Or(Translated(CliFor, "CodVal"), schema::defaults::Currency)},
+        {"COFIS", "CodFis", NotBlank(Text())},
+        {"COIVA", "PartIva", NotBlank(Text())},
+        {"COESE", "IdIva", Exemption()},
+        {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
+        {"COABI", "Abi", NotBlank(Digits(5))},
+        {"COCAB", "Cab", NotBlank(Digits(5))},
+        {"COCOC", "ContoC", NotBlank(Text())},
+        {"COCIN", "Cin", NotBlank(Text())},
+        {"COIBA", "Iban", NotBlank(WithoutBlanks())},
+        {"COAGE", "CodAge", Translated(CliFor, "CodAge")},
+        {"COBLK", "", Constant(false)},
+        {"CONOT", "Note", Text()},
+    };
+}
+
+/// The second line of a name: what the first leaves of the name column, and the column of its own.
+Rule SecondName() {
+    return {"from character 36 onward of the first, and the second", [](const RuleInput& input) {
+                constexpr int firstLine = 35;
+                const QString rest = input.row.Text("RagSoc").mid(firstLine);
+                return RuleValue(QString(rest + ' ' + input.row.Text("RagSoc2")).trimmed());
+            }};
+}
+
+const Mapping& Controparti() {
+    static const Mapping mapping = [] {
+        Mapping all{"CON_TRO", CliFor, CommonLines()};
+        all.lines.emplace_back("CORA2", "RagSoc, RagSoc2", SecondName());
+        return all;
+    }();
+    return mapping;
+}
+
+/// What a customer's row sets, also on a counterparty that is there already.
+const Mapping& RuoloCliente() {
+    static const Mapping mapping{
+        "CON_TRO",
+        CliFor,
+        {
+            {"COCLI", "", Constant(true)},
+            {"COCGE", "CodCliFor", Text()},
+            {"COSC1", "Sconto1", RoundedTo(2)},
+            {"COSC2", "Sconto2", RoundedTo(2)},
+            {"COLSC", "CodLis", Translated(CliFor, "CodLis")},
+            {"COMOP", "IdPag", PaymentTerm()},
+        },
+    };
+    return mapping;
+}
+
+/// What a supplier's row sets, also on a counterparty that is there already.
+const Mapping& RuoloFornitore() {
+    static const Mapping mapping{
+        "CON_TRO",
+        CliFor,
+        {
+            {"COFOR", "", Constant(true)},
+            {"COFGE", "CodCliFor", Text()},
+            {"COSF1", "Sconto1", RoundedTo(2)},
+            {"COSF2", "Sconto2", RoundedTo(2)},
+            {"COLSF", "CodLis", Translated(CliFor, "CodLis")},
+            {"COMOA", "IdPag", PaymentTerm()},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& Destinazioni() {
+    static const Mapping mapping{
+        "CON_SED",
+        CliForDest,
+        {
+            {"CDCON", "IdCliFor", Code()},
+            {"CDSED", "Progr", Digits(3)},
+            {"SETIP", "", Constant("CO")},
+            {"SERAS", "RagSoc", Text()},
+            {"SEIND", "Indir", Text()},
+            {"SECAP", "Cap", WhenNotBlank("Citta", Text())},
+            {"SECIT", "Citta", WhenNotBlank("Citta", Text())},
+            {"SEPRO", "Prov", Text()},
+            {"SENAZ", "", Constant(schema::defaults::Country)},
+            {"SEDEF", "", Constant(false)},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& Articoli() {
+    static const Mapping mapping{
+        "ART_ICO",
+        Artic,
+        {
+            {"CDEXT", "CodArt", First(50)},
+            {"IDEST", "IdArt", Text()},
+            {"ARDES", "DesArt", First(100)},
+            {"ARDE2", "DesArt2", First(100)},
+            {"ARCDR", "DesArt", CodeAndText(100)},
+            {"ARCLA", "TipArt", Choice({{"0", "PF"}, {"1", "SL"}, {"2", "CM"}, {"3", "LM"}}, "CM")},
+            {"ARFAM", "CodFam", Translated(Artic, "CodFam")},
+            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
+            {"ARLAM", "", Constant(false)},
+            {"ARANN", "FlgAnn", Flag()},
+            {"ARDIS", "Disegno", Text()},
+            {"ARREV", "Rev", Text()},
+            {"ARUMS", "UniMis", TranslatedOrUpper(Artic, "UniMis", schema::defaults::Unit)},
+            {"ARUM2", "UniMis2", TranslatedOrUpper(Artic, "UniMis", "")},
+            {"ARCOE", "FatConv", RoundedTo(6)},
+            {"ARIVA", "IdIva", Or(VatCode(), schema::defaults::VatCode)},
+            {"ARMAG", "", Constant(true)},
+            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
+            {"ARSMN", "ScoMin", RoundedTo(6)},
+            {"ARLOR", "LotRio", RoundedTo(6)},
+            {"ARGGA", "GgRio", RoundedTo(0)},
+            {"ARPSN", "PesoN", RoundedTo(3)},
+            {"ARPSL", "PesoL", RoundedTo(3)},
+            {"ARCOS", "CosStd, CosUlt", FirstNotZero()},
+            {"ARPRZ", "PrzVen", RoundedTo(6)},
+            {"ARRIC", "PrzVen, CosStd, CosUlt", MarkUp()},
+        },
+    };
+    return mapping;
+}
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+/// The roles of a row; one that has none cannot be carried over.
+struct Roles {
+    bool customer;
+    bool supplier;
+};
+
+Roles RolesOf(const SourceRow& row) {
+    const Roles roles{NumberOf(row, "FlgCli") != 0, NumberOf(row, "FlgFor") != 0};
+    if (!roles.customer && !roles.supplier) {
+        throw ImportError(QStringLiteral("colonne 'FlgCli', 'FlgFor': '%1', '%2' non dicono né cliente né fornitore")
+                              .arg(row.Text("FlgCli"), row.Text("FlgFor")));
+    }
+    return roles;
+}
+
+void ApplyRoles(ImportRun& run, TargetRow& target, const SourceRow& row, const Facts& facts, const Roles& roles) {
+    if (roles.customer) {
+        RuoloCliente().Apply(target, run.GetSession(), row, facts);
+    }
+    if (roles.supplier) {
+        RuoloFornitore().Apply(target, run.GetSession(), row, facts);
+    }
+}
+
+void WriteNumbers(const CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
+    writer.Telephone(owner, "Ufficio", row.Text("Tel1"));
+    writer.Telephone(owner, "Ufficio 2", row.Text("Tel2"));
+    writer.Telephone(owner, "Fax (uff.)", row.Text("Fax"));
+    writer.Telephone(owner, "Cellulare", row.Text("Cell"));
+    writer.Mail(owner, "@ Principale", row.Text("EMail"));
+    writer.WebSite(owner, row.Text("Web"));
+}
+
+void WriteDestinations(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts) {
+    Session& session = run.GetSession();
+    ForEachChild(session,
+                 "SELECT * FROM CliForDest\rWHERE IdCliFor = " +
+                     LiteralOf(session.SourceConnection(), row.Value("IdCliFor")) + "\rORDER BY Progr",
+                 CliForDest, "Progr", [&](const SourceRow& destination) {
+                     if (!destination.IsBlank("Indir")) {
+                         TargetRow target = writer.NewRow("CON_SED");
+                         Destinazioni().Apply(target, session, destination, facts);
+                         writer.Branch(target);
+                     }
+                 });
+}
+
+RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
+    const CounterpartyWriter writer(run, {});
+    const Roles roles = RolesOf(row);
+    const Placement place = writer.Place(
+        {CliFor, "CodCliFor", row.Text("CodCliFor"), roles.customer, row.Text("PartIva"), row.Text("CodFis")});
+    const Facts facts{place.code, roles.customer};
+    TargetRow target(run, "CON_TRO");
+    if (place.known) {
+        ApplyRoles(run, target, row, facts, roles);
+        target.Update("WHERE CDCON = " + run.Quoted(facts.code));
+        return RowOutcome::Updated;
+    }
+    target.Set("COCLI", false);
+    target.Set("COFOR", false);
+    Controparti().Apply(target, run.GetSession(), row, facts);
+    ApplyRoles(run, target, row, facts, roles);
+    target.Insert();
+    WriteNumbers(writer, row, {"CON_TRO", facts.code});
+    WriteDestinations(run, writer, row, facts);
+    return RowOutcome::Inserted;
+}
+
+} // namespace
+
+const Needs& ContropartiNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Controparti(), &RuoloCliente(), &RuoloFornitore(), &Destinazioni()},
+                  {{CliFor, {"IdCliFor", "FlgCli", "FlgFor", "Tel1", "Tel2", "Fax", "Cell", "EMail", "Web"}}},
+                  CounterpartyNeeds()};
+        const auto lookups = LookupNeeds();
+        all.reads.insert(all.reads.end(), lookups.begin(), lookups.end());
+        return all;
+    }();
+    return needs;
+}
+
+void ImportContropartiTessera(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportContropartiTessera", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione controparti");
+        run.Preflight(ContropartiNeeds());
+        run.Truncate(reset, CounterpartyTables());
+        const QString where = WhereCode(run, "CodCliFor", singleCode);
+        run.Rows({"Controparti", CliFor, "CodCliFor", "SELECT COUNT(*) FROM CliFor" + where,
+                  "SELECT * FROM CliFor" + where + "\rORDER BY CodCliFor"},
+                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+        run.Complete("Controparti importate correttamente!");
+    });
+}
+
+// --- Articles -----------------------------------------------------------------------------------------------------
+
+namespace {
+
+void LinkSupplier(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+    const QString supplier = SupplierOf(run, row, "IdFor");
+    if (supplier.isEmpty()) {
+        return;
+    }
+    const double cost = NumberOf(row, "CosStd");
+    writer.Link(article, supplier, cost != 0 ? cost : NumberOf(row, "CosUlt"));
+    if (!row.IsBlank("CodArtFor")) {
+        writer.CodeAtCounterparty(article, row.Text("CodArtFor"), supplier);
+    }
+}
+
+RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
+    const ArticleWriter writer(run);
+    const Facts facts{ArticleOf(run, row.Text("CodArt"))};
+    const RowOutcome outcome = writer.Write(Articoli(), row, facts);
+    writer.Texts(facts.code, row.Text("DesArt"));
+    LinkSupplier(run, writer, row, facts.code);
+    if (!row.IsBlank("CodUbi")) {
+        writer.Location(facts.code, row.Text("CodUbi"));
+    }
+    return outcome;
+}
+
+} // namespace
+
+const Needs& ArticoliNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Articoli()}, LookupNeeds(), ArticleNeeds()};
+        all.reads.push_back({Artic, {"IdFor", "CodArtFor", "CodUbi"}});
+        all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP", "COTPC", "COCON"}});
+        all.writes.push_back({"UBI_MAG", {"CDMAG", "CDUBI", "UBDES"}});
+        all.writes.push_back({"UBI_ART", {"CDART", "CDUBI", "UAMAG", "UADEF"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportArticoliTessera(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportArticoliTessera", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.Announce("Inizio importazione articoli");
+        run.Preflight(ArticoliNeeds());
+        EmptyArticles(run, reset);
+        const QString where = WhereCode(run, "CodArt", singleCode);
+        run.Rows({"Articoli", Artic, "CodArt", "SELECT COUNT(*) FROM Artic" + where,
+                  "SELECT * FROM Artic" + where + "\rORDER BY CodArt"},
+                 [&](const SourceRow& row) { return ImportArticolo(run, row); });
+        run.Complete("Articoli importati correttamente!");
+    });
+}
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Tessera",
+        Module,
+        {"SQL Server", sourceSettings::Server("TESSERA", {"IMPORT", "0", "Tessera_Username", "Tessera_Password"})},
+        {{
+            {Shown::Yes, ""},  // Cli
+            {Shown::Yes, ""},  // Art
+            {Shown::Yes, ""},  // Dis
+            {Shown::Yes, ""},  // Doc
+            {Shown::No, ""},   // Acq
+            {Shown::No, ""},   // Saldi
+            {Shown::No, ""},   // Piano
+            {Shown::Keep, ""}, // Disegni
+        }},
+        Shown::Keep,
+        {
+            {Button::Cli, "ImportContropartiTessera", ImportContropartiTessera, ContropartiNeeds()},
+            {Button::Art, "ImportArticoliTessera", ImportArticoliTessera, ArticoliNeeds()},
+            {Button::Dis, "ImportDistinteTessera", ImportDistinteTessera, DistinteNeeds()},
+            {Button::Doc, "ImportOrdCliTessera", ImportOrdCliTessera, OrdCliNeeds()},
+            {Button::Acq, "ImportDocAcqTessera", ImportDocAcqTessera, DocAcqNeeds()},
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_Tessera

@@ -1,0 +1,101 @@
+#include "adapters/registry.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+/// What the triggers of the production orders see of the import of customer orders.
+class TestTessera : public QObject {
+    Q_OBJECT
+
+private slots:
+    void SwitchesTheTriggersOfProductionOrders_data();
+    void SwitchesTheTriggersOfProductionOrders();
+};
+
+namespace {
+
+/// One customer order with a production order of one component and one phase.
+const QString Source = R"(
+CREATE TABLE CliFor (IdCliFor INT, CodCliFor VARCHAR(8));
+INSERT INTO CliFor VALUES (1, 'C1');
+CREATE TABLE Pagam (IdPag INT, CodPag VARCHAR(4));
+CREATE TABLE Iva (IdIva INT, CodIva VARCHAR(4));
+CREATE TABLE OrdCliT (IdOrdCli INT, AnnOrd INT, NumOrd INT, DatOrd DATETIME TEXT, IdCliFor INT, RifCli VARCHAR(20),
+ DatRif DATETIME TEXT, IdPag INT, StatOrd INT, Note TEXT);
+INSERT INTO OrdCliT VALUES (1, 2024, 7, '20240110 00:00:00', 1, NULL, NULL, 0, 0, NULL);
+CREATE TABLE OrdCliR (IdOrdCliR INT, IdOrdCli INT, NumRig INT, CodArt VARCHAR(50), DesArt VARCHAR(100),
+ UniMis VARCHAR(3), Qta REAL, QtaEva REAL, Prezzo REAL, Sconto1 REAL, Sconto2 REAL, IdIva INT, DatCons DATETIME TEXT);
+INSERT INTO OrdCliR VALUES (1, 1, 1, 'AB', NULL, NULL, 1, 0, 1, 0, 0, 0, NULL);
+CREATE TABLE OrdProT (IdOrdPro INT, IdOrdCliR INT, NumOrdP INT, DatOrdP DATETIME TEXT, DatCons DATETIME TEXT,
+ Qta REAL, Stato VARCHAR(5));
+INSERT INTO OrdProT VALUES (1, 1, 1, NULL, NULL, 1, 'INI');
+CREATE TABLE OrdProR (IdOrdPro INT, NumRig INT, CodArt VARCHAR(50), DesArt VARCHAR(100), Qta REAL, UniMis VARCHAR(3),
+ NumFas INT);
+INSERT INTO OrdProR VALUES (1, 1, 'AB', NULL, 1, NULL, 10);
+CREATE TABLE OrdProF (IdOrdPro INT, NumFas INT, CodLav VARCHAR(10), Qta REAL, QtaFat REAL, Stato VARCHAR(5));
+INSERT INTO OrdProF VALUES (1, 10, 'SALD', 1, 0, 'INI');
+)";
+
+const QStringList Tables{"ORD_COM", "ORD_FAS", "ORD_PRO", "DOC_VER"};
+
+/// Triggers that note each row that is written and each that is deleted.
+void WatchTables(TestTarget& target) {
+    target.Execute("CREATE TABLE SEEN (WHAT VARCHAR(20))");
+    for (const QString& table : Tables) {
+        target.Execute("CREATE TRIGGER TI_" + table + " AFTER INSERT ON X01_" + table +
+                       " BEGIN INSERT INTO SEEN VALUES ('+" + table + "'); END");
+        target.Execute("CREATE TRIGGER TD_" + table + " AFTER DELETE ON X01_" + table +
+                       " BEGIN INSERT INTO SEEN VALUES ('-" + table + "'); END");
+    }
+}
+
+} // namespace
+
+void TestTessera::SwitchesTheTriggersOfProductionOrders_data() {
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("to the end") << false;
+    QTest::newRow("after an error") << true;
+}
+
+void TestTessera::SwitchesTheTriggersOfProductionOrders() {
+    QFETCH(const bool, fails);
+    TestTarget target;
+    target.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000001', 'C1')");
+    target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
+    for (const QString table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
+        target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('SYSTEM_IMPORT')");
+    }
+    WatchTables(target);
+    Session& session = target.Get();
+    session.Config.SetConfigFile(target.Folder.filePath("Quadrix.ini"));
+    session.Source = std::make_unique<ovConnection>();
+    session.Source->Errors = &session.Errors;
+    session.Source->Embedded = true;
+    session.Source->DatabaseName = ":memory:";
+    session.Source->OpenConnection();
+    session.Source->ExecuteScript(Source);
+    if (fails) {
+        session.Source->Execute("UPDATE OrdProF SET Qta = 'uno'");
+    }
+    const contract::Origin* origin = registry::Find("Tessera");
+    const auto orders = std::find_if(origin->procedures.begin(), origin->procedures.end(),
+                                     [](const auto& procedure) { return procedure.name == "ImportOrdCliTessera"; });
+    orders->run(session, {}, true);
+    QCOMPARE(session.Results.last().outcome, fails ? RunResult::Outcome::Failed : RunResult::Outcome::Done);
+    // The reset is not seen by any; of the rows, components and document rows are not.
+    QStringList seen{"+ORD_PRO", "+ORD_FAS"};
+    if (fails) {
+        seen = {"+ORD_PRO", "-ORD_PRO"};
+    }
+    QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"), seen);
+    target.Execute("DELETE FROM SEEN");
+    for (const QString& table : Tables) {
+        target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('ANNA')");
+    }
+    QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"),
+             QStringList({"+ORD_COM", "+ORD_FAS", "+ORD_PRO", "+DOC_VER"}));
+}
+
+QUADRIX_TEST(TestTessera)
+#include "test_tessera.moc"
