@@ -60,6 +60,9 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
 
 void OpenDocument::End() {
     if (m_state && m_state->id != 0) {
+        if (m_state->wasThere) {
+            m_writer.TellRowsLeft(m_state->id, m_state->rows);
+        }
         m_writer.Total(m_state->id);
         ++m_count;
     }
