@@ -104,8 +104,8 @@ void frmImport::ShowConnection() {
         m_banner->SetReason(errors.isEmpty() ? QString() : errors.last().message, m_session.Config.ConfigFile());
     }
     m_banner->setVisible(!open);
-    m_status->SetText((open ? "Database: " : "Database non aperto: ") + m_session.Quadrix.DatabaseName +
-                      "   Impostazioni: " + QDir::toNativeSeparators(m_session.Config.ConfigFile()));
+    m_database->SetText((open ? "Database: " : "Database non aperto: ") + m_session.Quadrix.DatabaseName);
+    m_settings->SetText("Impostazioni: " + QDir::toNativeSeparators(m_session.Config.ConfigFile()));
 }
 
 /// A window whose lists are locked works on the origin of the last time.

@@ -83,5 +83,6 @@ private:
     QTabWidget* m_account = nullptr;
     QPlainTextEdit* m_result = nullptr;
     LogView* m_log = nullptr;
-    ElidedLabel* m_status = nullptr;
+    ElidedLabel* m_database = nullptr;
+    ElidedLabel* m_settings = nullptr;
 };

@@ -43,14 +43,19 @@ void frmImport::Lay() {
     auto* work = new QHBoxLayout;
     work->addWidget(NewImports(), 1);
     work->addWidget(NewTools());
-    m_status = new ElidedLabel;
-    m_status->setObjectName("lblStatus");
+    m_database = new ElidedLabel;
+    m_database->setObjectName("lblDatabase");
+    m_settings = new ElidedLabel;
+    m_settings->setObjectName("lblSettings");
+    auto* status = new QHBoxLayout;
+    status->addWidget(m_database, 1);
+    status->addWidget(m_settings, 1);
     auto* all = new QVBoxLayout(this);
     all->addWidget(m_banner);
     all->addWidget(NewChoices());
     all->addLayout(work);
     all->addWidget(NewAccount(), 1);
-    all->addWidget(m_status);
+    all->addLayout(status);
     resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
 }
 
