@@ -1,6 +1,7 @@
 #include "sources/fileSource.h"
 
 #include "sources/foxProFolder.h"
+#include "sources/textFolder.h"
 
 #include <QFileInfo>
 #include <QMap>
@@ -49,13 +50,22 @@ bool NamesFoxPro(const QMap<QString, QString>& values) {
            values.value(QStringLiteral("provider")).startsWith(u"VFPOLEDB", Qt::CaseInsensitive);
 }
 
-/// The folder of the tables; a database container (.dbc) stands in it.
-QString FoxProFolder(const QMap<QString, QString>& values) {
+bool NamesText(const QMap<QString, QString>& values) {
+    return values.value(QStringLiteral("driver")).contains(u"Text Driver", Qt::CaseInsensitive);
+}
+
+/// The folder that the tables stand in.
+QString FolderOf(const QMap<QString, QString>& values) {
     QString folder;
     for (const auto* key : {"data source", "sourcedb", "dbq", "defaultdir"}) {
         folder = folder.isEmpty() ? values.value(QLatin1String(key)) : folder;
     }
-    folder.replace(u'\\', u'/');
+    return folder.replace(u'\\', u'/');
+}
+
+/// The same of FoxPro tables; a database container (.dbc) stands in it.
+QString FoxProFolder(const QMap<QString, QString>& values) {
+    const QString folder = FolderOf(values);
     return folder.endsWith(u".dbc", Qt::CaseInsensitive) ? QFileInfo(folder).path() : folder;
 }
 
@@ -63,6 +73,9 @@ QString FoxProFolder(const QMap<QString, QString>& values) {
 
 std::unique_ptr<Engine> OpenFileSource(const ConnectionSettings& settings) {
     const auto values = ParseConnectionString(settings.connectionString);
+    if (NamesText(values)) {
+        return OpenTextFolder(FolderOf(values), settings);
+    }
     if (!NamesFoxPro(values)) {
         return nullptr;
     }

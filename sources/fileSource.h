@@ -6,7 +6,9 @@
 namespace sources {
 
 /// Opens the files that a connection string names: "Driver={Microsoft Visual FoxPro Driver};Data Source=FOLDER" (or a
-/// dBase driver, or the provider VFPOLEDB) opens a folder of dBase/FoxPro tables. Null when the settings name something
+/// dBase driver, or the provider VFPOLEDB) opens a folder of dBase/FoxPro tables, "Driver={Microsoft Text Driver
+/// (*.txt;
+/// *.csv)};DBQ=FOLDER" one of text files. Null when the settings name something
 /// else. Raises `ImportError` naming the file.
 std::unique_ptr<Engine> OpenFileSource(const ConnectionSettings& settings);
 

@@ -1,0 +1,125 @@
+#include "sources/CsvFile.h"
+
+#include "sql/errors.h"
+
+#include <csv.h>
+
+namespace sources {
+
+namespace {
+
+const QByteArray Utf8Mark = QByteArrayLiteral("\xEF\xBB\xBF");
+
+[[noreturn]] void FailReading(const QFile& file) {
+    throw ImportError(QStringLiteral("il file '%1' non si può leggere: %2").arg(file.fileName(), file.errorString()));
+}
+
+void OpenForReading(QFile& file) {
+    if (!file.open(QIODevice::ReadOnly)) {
+        FailReading(file);
+    }
+}
+
+/// No character is a blank that may be cut off around a field.
+int IsSpace(unsigned char) { return 0; }
+
+} // namespace
+
+CsvFile::CsvFile(const QString& path, char separator)
+    : m_path(path),
+      m_file(path),
+      m_parser(std::make_unique<csv_parser>()) {
+    OpenForReading(m_file);
+    m_hasMark = m_file.peek(Utf8Mark.size()) == Utf8Mark;
+    if (m_hasMark) {
+        m_file.skip(Utf8Mark.size());
+    }
+    csv_init(m_parser.get(), CSV_STRICT_FINI);
+    csv_set_delim(m_parser.get(), static_cast<unsigned char>(separator));
+    csv_set_space_func(m_parser.get(), IsSpace);
+}
+
+CsvFile::~CsvFile() { csv_free(m_parser.get()); }
+
+bool CsvFile::Next(Record& record) {
+    while (m_complete.isEmpty() && !m_ended) {
+        const QByteArray bytes = m_file.readLine();
+        if (!bytes.isEmpty()) {
+            Feed(bytes);
+        } else if (m_file.error() != QFile::NoError) {
+            FailReading(m_file);
+        } else {
+            EndFile();
+        }
+    }
+    if (m_complete.isEmpty()) {
+        return false;
+    }
+    record = m_complete.takeFirst();
+    return true;
+}
+
+namespace {
+
+// The library hands fields and ends of records to functions, with the reader as their last argument.
+struct Sink {
+    CsvFile::Record& open;
+    QVector<CsvFile::Record>& complete;
+};
+
+void TakeField(void* bytes, size_t size, void* data) {
+    static_cast<Sink*>(data)->open.fields.append(
+        QByteArray(static_cast<const char*>(bytes), static_cast<qsizetype>(size)));
+}
+
+void TakeRecord(int /*end*/, void* data) {
+    auto* sink = static_cast<Sink*>(data);
+    sink->complete.append(std::exchange(sink->open, {}));
+}
+
+} // namespace
+
+void CsvFile::Feed(const QByteArray& bytes) {
+    ++m_line;
+    if (m_open.line == 0) {
+        m_open.line = m_line;
+    }
+    Sink sink{m_open, m_complete};
+    const auto size = static_cast<size_t>(bytes.size());
+    if (csv_parse(m_parser.get(), bytes.constData(), size, TakeField, TakeRecord, &sink) != size) {
+        throw ImportError(QStringLiteral("file '%1', riga %2: %3")
+                              .arg(m_path)
+                              .arg(m_line)
+                              .arg(QLatin1String(csv_strerror(csv_error(m_parser.get())))));
+    }
+    const bool isBlank = bytes == "\n" || bytes == "\r\n";
+    if (isBlank && m_open.fields.isEmpty() && m_complete.isEmpty() && m_open.line == m_line) {
+        m_open = {};
+    }
+}
+
+void CsvFile::EndFile() {
+    m_ended = true;
+    Sink sink{m_open, m_complete};
+    if (csv_fini(m_parser.get(), TakeField, TakeRecord, &sink) != 0) {
+        throw ImportError(
+            QStringLiteral("file '%1', riga %2: le virgolette che vi si aprono non si chiudono, il file è incompleto")
+                .arg(m_path)
+                .arg(m_open.line));
+    }
+}
+
+QByteArray CsvFile::FirstLine(const QString& path) {
+    QFile file(path);
+    OpenForReading(file);
+    QByteArray line = file.readLine();
+    if (line.startsWith(Utf8Mark)) {
+        line.remove(0, Utf8Mark.size());
+    }
+    while (line.endsWith('\n') || line.endsWith('\r')) {
+        line.chop(1);
+    }
+    return line;
+}
+
+} // namespace sources

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QFile>
+#include <QVector>
+
+#include <functional>
+#include <memory>
+
+struct csv_parser;
+
+namespace sources {
+
+/// A text file with a record a line and a separator between the fields. A field between double quotes may hold the
+/// separator, line breaks and, doubled, quotes. Blanks are kept; lines without any character are left out.
+class CsvFile {
+public:
+    /// One record: the bytes of its fields, and the number of the line that it begins on, from 1.
+    struct Record {
+        qint64 line = 0;
+        QVector<QByteArray> fields;
+    };
+
+    /// Raises `ImportError` naming the file when it cannot be read.
+    CsvFile(const QString& path, char separator);
+    ~CsvFile();
+    CsvFile(const CsvFile&) = delete;
+    CsvFile& operator=(const CsvFile&) = delete;
+
+    const QString& Path() const { return m_path; }
+    /// Whether the file begins with the mark of UTF-8, which is no part of its first field.
+    bool HasUtf8Mark() const { return m_hasMark; }
+    /// Reads the next record; false at the end. Raises `ImportError` naming file and line for a quote that is not
+    /// closed, and when reading fails.
+    bool Next(Record& record);
+
+    /// The first line of a file, without its end. Raises `ImportError` naming the file.
+    static QByteArray FirstLine(const QString& path);
+
+private:
+    void Feed(const QByteArray& bytes);
+    void EndFile();
+
+    QString m_path;
+    QFile m_file;
+    bool m_hasMark = false;
+    bool m_ended = false;
+    qint64 m_line = 0;
+    Record m_open;              ///< the record under way
+    QVector<Record> m_complete; ///< records read and not handed out yet, the next one last
+    std::unique_ptr<csv_parser> m_parser;
+};
+
+} // namespace sources
