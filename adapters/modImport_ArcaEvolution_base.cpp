@@ -90,19 +90,20 @@ namespace {
 const QString Pg = QStringLiteral("PG");
 const QString Rate = QStringLiteral("PGRata"); // not every release has it
 
+/// What the source leaves blank stays as it is.
 const Mapping& Fornitori() {
     static const Mapping mapping{
         "CON_TRO",
         Cf,
         {
-            {"CORAS", "Descrizione", First(35)},
-            {"CORA2", "Descrizione", From(36)},
-            {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
-            {"COIN2", "Indirizzo", StreetPart(&Street::rest, "what is left before the house number")},
-            {"CONRC", "Indirizzo", StreetPart(&Street::number, "house number behind the last comma")},
-            {"COCAP", "CAP", Text()},
-            {"COCIT", "Localita", Text()},
-            {"COPRO", "Cd_Provincia", Text()},
+            {"CORAS", "Descrizione", NotBlank(First(35))},
+            {"CORA2", "Descrizione", NotBlank(From(36))},
+            {"COIND", "Indirizzo", NotBlank(StreetPart(&Street::first, "first 35 characters before the house number"))},
+            {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
+            {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
+            {"COCAP", "CAP", NotBlank(Text())},
+            {"COCIT", "Localita", NotBlank(Text())},
+            {"COPRO", "Cd_Provincia", NotBlank(Text())},
             {"COBAN", "Cd_CgConto_Banca", OurBank()},
         },
     };

@@ -267,7 +267,9 @@ RowOutcome Importer::Head(const SourceRow& row) {
 /// What a row has beyond what the writer sets.
 void Importer::SetRow(const SourceRow& row, const Document& document, TargetRow& target) {
     Session& session = m_run.GetSession();
-    target.Set("DRQTD", NumberOf(row, "QtaEvadibile"));
+    if (!row.IsBlank("QtaEvadibile")) {
+        target.Set("DRQTD", NumberOf(row, "QtaEvadibile"));
+    }
     target.Set("DRTOT", NumberOf(row, "PrezzoTotaleV"));
     target.Set("DRTTA", NumberOf(row, "PrezzoTotaleV"));
     target.Set("DRCON", DateOf(row, "DataConsegna"));
@@ -336,7 +338,7 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
 qint64 Importer::OriginRow(const Family& family, qint64 sourceRow) {
     Session& session = m_run.GetSession();
     const Recordset found = session.SourceConnection().ExecuteWC(
-        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, R.Riga FROM DORig R\r"
+        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, T.TipoDocumento, R.Riga FROM DORig R\r"
                        "JOIN DOTes T ON T.Id_DOTes = R.Id_DOTes\rWHERE R.Id_DORig = %1")
             .arg(sourceRow));
     if (found.Eof()) {
@@ -347,7 +349,7 @@ qint64 Importer::OriginRow(const Family& family, qint64 sourceRow) {
     if (cause.isEmpty()) {
         return 0;
     }
-    const qint64 head = Find(family, row, cause, CauseOf(family, cause, {}).series);
+    const qint64 head = Find(family, row, cause, CauseOf(family, cause, TypeOf(row)).series);
     return head == 0 ? 0 : WriterOf(family).FindRow(head, static_cast<int>(NumberOf(row, "Riga")));
 }
 

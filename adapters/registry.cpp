@@ -6,13 +6,25 @@
 namespace modImport_Arca2000 {
 const contract::Origin& Entry();
 }
+namespace modImport_AUTOMA {
+const contract::Origin& Entry();
+}
 namespace modImport_ArcaEvolution {
+const contract::Origin& Entry();
+}
+namespace modImport_Ferrobrio {
 const contract::Origin& Entry();
 }
 namespace modImport_Gescom {
 const contract::Origin& Entry();
 }
 namespace modImport_Tessera {
+const contract::Origin& Entry();
+}
+namespace modImport_Lantek24 {
+const contract::Origin& Entry();
+}
+namespace modImport_Lantek30 {
 const contract::Origin& Entry();
 }
 namespace modImport_WinProgest {
@@ -42,15 +54,15 @@ const std::vector<const contract::Origin*>& Origins() {
         &Find("Factory"),
         &Find("EsaSoftware \"e\""),
         &Find("Metodo"),
-        &Find("Lantek 24"),
+        &modImport_Lantek24::Entry(),
         &Find("Kordel NetSuite"),
         &Find("Excel"),
         &Find("Access"),
         &Find("SIGIP"),
         &modImport_ArcaEvolution::Entry(),
         &Find("Mago NET"),
-        &Find("Lantek Expert 30"),
-        &Find("Ferrobrio"),
+        &modImport_Lantek30::Entry(),
+        &modImport_Ferrobrio::Entry(),
         &Find("Zucchetti G2"),
         &Find("Access Velmoran"),
         &Find("Vision SQL"),
@@ -85,10 +97,17 @@ const std::vector<const contract::Origin*>& Origins() {
     return origins;
 }
 
+const std::vector<const contract::Origin*>& SecondSources() {
+    static const std::vector<const contract::Origin*> origins{&modImport_AUTOMA::Entry()};
+    return origins;
+}
+
 const contract::Origin* Find(const QString& name) {
-    for (const contract::Origin* origin : Origins()) {
-        if (origin->name.compare(name, Qt::CaseInsensitive) == 0) {
-            return origin;
+    for (const auto* origins : {&Origins(), &SecondSources()}) {
+        for (const contract::Origin* origin : *origins) {
+            if (origin->name.compare(name, Qt::CaseInsensitive) == 0) {
+                return origin;
+            }
         }
     }
     return nullptr;

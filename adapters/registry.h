@@ -7,7 +7,9 @@ namespace registry {
 
 /// All origins, in the order of the list.
 const std::vector<const contract::Origin*>& Origins();
-/// The origin of that name, compared without case; null when there is none.
+/// Origins that the list does not show: a sequence opens them beside one of the list.
+const std::vector<const contract::Origin*>& SecondSources();
+/// The origin of that name, of the list or not, compared without case; null when there is none.
 const contract::Origin* Find(const QString& name);
 
 } // namespace registry

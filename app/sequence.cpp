@@ -103,7 +103,7 @@ void ImportStock(SequenceRun& run) {
         run.GetSession().Person.Message(notConnected, Icon::Exclamation);
         return;
     }
-    ImportFromSecond(run, AutomaStock, Automa, Lantek24, "ImportInventarioAUTOMA", notConnected);
+    ImportFromSecond(run, AutomaStock, Automa, Automa, "ImportInventarioAUTOMA", notConnected);
     run.Begin(CamStock);
     run.Log("Inizio " + CamStock);
     run.Import(Lantek24, "ImportInventarioLantek24");

@@ -1,5 +1,6 @@
 #include "adapters/contract/Cam.h"
 
+#include "adapters/contract/Attachment.h"
 #include "adapters/sourceSettings.h"
 #include "core/modMain.h"
 
@@ -23,6 +24,13 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
 QString CamProductsFolder(Session& session, const QString& prefix) {
     return modMain::GetAppConfig(session, QStringLiteral("IMPORT"), prefix + QStringLiteral("_Path"), {})
         .replace(u'\\', u'/');
+}
+
+void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& product) {
+    const QString folder = CamProductsFolder(run.GetSession());
+    if (!folder.isEmpty()) {
+        StoreImage(run, {"ART_FMT", QString::number(format), PathIn(folder, product + QStringLiteral(".bmp"))});
+    }
 }
 
 } // namespace contract

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Session.h"
+#include "adapters/contract/ImportRun.h"
 
 namespace contract {
 
@@ -14,5 +14,9 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
 
 /// The folder of its products; empty when the setting is.
 QString CamProductsFolder(Session& session, const QString& prefix = CurrentCam);
+
+/// Stores the drawing of a remnant, "<product>.bmp" in the products folder, as the image of its format (RECORD_ID of
+/// ART_FMT). Nothing without a products folder; a drawing that is not there is logged. Raises as `StoreImage`.
+void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& product);
 
 } // namespace contract

@@ -25,7 +25,8 @@ public:
                  "[MEXAL]\nDatabasename=mexal.db\n[TESSERA]\nDatabasename=tessera.db\n"
                  "[VISUAL SPACE]\nDatabasename=vs.db\n");
         Add("Arca Evolution", {"ImportContropartiArcaEvolution"});
-        Add("Lantek 24", {"ImportDocumentiLantek24", "ImportInventarioAUTOMA", "ImportInventarioLantek24"});
+        Add("Lantek 24", {"ImportDocumentiLantek24", "ImportInventarioLantek24"});
+        Add("AUTOMA", {"ImportInventarioAUTOMA"});
         Add("Lantek Expert 30", {"SvuotaTabelleCam"});
         Add("Ferrobrio", {"ImportSaldiFerrobrio"});
         Add("Mexal", {"ImportContropartiMEX", "ImportDocumentiMEX", "ImportSaldiMEX", "ImportUbicazioniMEX"});
