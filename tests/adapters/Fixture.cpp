@@ -65,7 +65,8 @@ Fixture::Fixture(const QString& folder, const contract::Origin& origin)
     if (own.isEmpty()) {
         own = "[IMPORT]\r\nDatabasename=%SOURCE%\r\n";
     }
-    WriteFile(settings, own.replace("%SOURCE%", m_source).toLatin1());
+    own.replace("%SOURCE%", m_source).replace("%FILES%", m_target.Folder.filePath("files"));
+    WriteFile(settings, own.toLatin1());
     m_target.Get().Config.SetConfigFile(settings);
     m_target.Db().ExecuteScript(Read("target.sql"));
     m_before = TargetRows();
@@ -84,17 +85,22 @@ void Fixture::MakeSource() {
         source.DatabaseName = m_source;
         source.OpenConnection();
         source.ExecuteScript(script);
+        CopyFiles(m_target.Folder.filePath("files"));
         return;
     }
     m_source = m_target.Folder.filePath("source");
-    QDir().mkpath(m_source);
+    CopyFiles(m_source);
     const QDir tables(m_folder + "/tables");
     for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
         MakeFoxProTables(tables.filePath(name), m_source + '/' + QFileInfo(name).baseName() + ".dbf");
     }
+}
+
+void Fixture::CopyFiles(const QString& to) const {
+    QDir().mkpath(to);
     const QDir files(m_folder + "/files");
     for (const QString& name : files.entryList(QDir::Files)) {
-        CopyFile(files.filePath(name), m_source + '/' + name);
+        CopyFile(files.filePath(name), to + '/' + name);
     }
 }
 

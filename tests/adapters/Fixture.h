@@ -8,7 +8,8 @@
 /// line
 ///   "name C 6|price N 10 2|...", then one row a line with "|" between values ("*" in front: a deleted row; "\n" in a
 ///   memo is a line break); or "files/": taken as they are.
-/// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source.
+/// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source and "%FILES%"
+///   for the folder that "files/" are copied into beside a "source.sql".
 /// - "target.sql" (may be missing): what the company holds before.
 /// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]".
 /// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
@@ -32,6 +33,7 @@ public:
 
 private:
     void MakeSource();
+    void CopyFiles(const QString& to) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
     void RunLine(const QString& line);
     QStringList TargetRows();

@@ -18,9 +18,11 @@ const QString Source = QStringLiteral(QUADRIX_SOURCE_DIR);
 /// The modules, each with an origin that stands for it: those of the list, and the template.
 QMap<QString, const contract::Origin*> Modules() {
     QMap<QString, const contract::Origin*> modules{{"modImport_Template", &modImport_Template::Entry()}};
-    for (const contract::Origin* origin : registry::Origins()) {
-        if (!origin->procedures.empty()) {
-            modules.insert(origin->module, origin);
+    for (const auto* origins : {&registry::Origins(), &registry::SecondSources()}) {
+        for (const contract::Origin* origin : *origins) {
+            if (!origin->procedures.empty()) {
+                modules.insert(origin->module, origin);
+            }
         }
     }
     return modules;
@@ -52,7 +54,8 @@ private slots:
         for (const contract::Origin* origin : Modules()) {
             for (const contract::Procedure& procedure : origin->procedures) {
                 const QString name = origin->module + "::" + procedure.name;
-                QVERIFY2(!procedure.needs.mappings.empty() || !procedure.needs.writes.empty(), qPrintable(name));
+                const contract::Needs& needs = procedure.needs;
+                QVERIFY2(!needs.mappings.empty() || !needs.reads.empty() || !needs.writes.empty(), qPrintable(name));
                 for (const contract::Mapping* mapping : procedure.needs.mappings) {
                     const schema::Table* table = schema::FindTable(mapping->targetTable);
                     QVERIFY2(table != nullptr, qPrintable(name + " " + mapping->targetTable));
