@@ -91,7 +91,7 @@ Placement CounterpartyWriter::Place(const SourceIdentity& source) const {
 QString CounterpartyWriter::NewCode(const SourceIdentity& source) const {
     bool isNumber = false;
     const qint64 number = (source.number.isEmpty() ? source.code : source.number).toLongLong(&isNumber);
-    if (source.customer && isNumber && number > 0) {
+    if (source.customer && isNumber && number > 0 && number <= HighestCode) {
         return SixDigits(number);
     }
     // Imported before: a second one would be made at every import.

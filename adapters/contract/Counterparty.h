@@ -55,8 +55,8 @@ public:
     QString NextCode() const;
 
     /// Finds the counterparty of a source row, or assigns it a code: the one with its VAT number or tax code; else the
-    /// code that SYS_IMP tells, else a customer's numeric code in six digits, else that of the one imported from the
-    /// same code before, else the highest code plus one. A code that is taken is logged.
+    /// code that SYS_IMP tells, else a customer's numeric code where six digits hold it, else that of the one imported
+    /// from the same code before, else the highest code plus one. A code that is taken is logged.
     Placement Place(const SourceIdentity& source) const;
 
     /// Writes a telephone number as "+39" and the number without separators. What is no number is written as a zero
