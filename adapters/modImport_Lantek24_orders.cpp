@@ -61,14 +61,13 @@ public:
 
 private:
     qint64 BillOf(const QString& product);
-    QString Alike(qint64 bill, const OrderFacts& facts) const;
-    qint64 FindOrder(const QString& alike);
+    qint64 FindOrder(qint64 bill, const OrderFacts& facts);
     void WriteOperation(const SourceRow& row, qint64 order);
 
     ImportRun& m_run;
     BillWriter m_bills;
-    QHash<QString, qint64> m_billIds;        ///< of this run, by product
-    QHash<QString, QList<qint64>> m_written; ///< orders of this run, by what tells them apart
+    QHash<QString, qint64> m_billIds; ///< of this run, by product
+    QSet<qint64> m_written;           ///< orders of this run
 };
 
 /// The bill of a product, written once in a run; 0 when its article is not there.
@@ -82,24 +81,20 @@ qint64 Importer::BillOf(const QString& product) {
     return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
 }
 
-/// An order has no code of its own in Quadrix: its bill, day and quantity tell it apart from others.
-QString Importer::Alike(qint64 bill, const OrderFacts& facts) const {
+/// An order has no code of its own in Quadrix: that of the same bill, day and quantity is the same, unless this run has
+/// written it for another one. 0 when there is none.
+qint64 Importer::FindOrder(qint64 bill, const OrderFacts& facts) {
     const Provider provider = m_run.GetSession().Quadrix.ProviderType;
     const QString day =
         facts.day.isNull() ? QStringLiteral("OPDAT IS NULL")
                            : QString("OPDAT = " + mod_ovTools::FormatSqlValue(facts.day, DataType::DateTime, provider));
-    return Equals("OPIDD", bill) + " AND " + day +
-           " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) + " AND " +
-           Equals(m_run.GetSession(), "USINS", "SYSTEM_IMPORT");
-}
-
-/// The order that an earlier import has written, unless this run has taken it for another one; 0 when there is none.
-qint64 Importer::FindOrder(const QString& alike) {
-    QString others;
-    for (const qint64 written : m_written.value(alike)) {
-        others += " AND RECORD_ID <> " + QString::number(written);
+    QString condition = Equals("OPIDD", bill) + " AND " + day +
+                        " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) +
+                        " AND " + Equals(m_run.GetSession(), "USINS", "SYSTEM_IMPORT");
+    for (const qint64 written : std::as_const(m_written)) {
+        condition += " AND RECORD_ID <> " + QString::number(written);
     }
-    return IdWhere(m_run.GetSession(), "ORD_PRO", alike + others);
+    return IdWhere(m_run.GetSession(), "ORD_PRO", condition);
 }
 
 void Importer::WriteOperation(const SourceRow& row, qint64 order) {
@@ -128,8 +123,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
         return RowOutcome::Skipped; // the missing article has been logged
     }
     const OrderFacts facts = FactsOf(m_run, row);
-    const QString alike = Alike(bill, facts);
-    qint64 order = FindOrder(alike);
+    qint64 order = FindOrder(bill, facts);
     const bool known = order != 0;
     TargetRow target(m_run, "ORD_PRO");
     target.Set("OPDAT", facts.day);
@@ -145,7 +139,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
     }
     ForEachChild(session, OperationsOf(m_run, row), Operations, "MnORef, OOrder",
                  [&](const SourceRow& operation) { WriteOperation(operation, order); });
-    m_written[alike].append(order);
+    m_written.insert(order);
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
