@@ -35,25 +35,20 @@ std::vector<TableNeed> DocumentNeeds(const Family& family) {
 TriggersOff::TriggersOff(ImportRun& run)
     : m_run(run) {
     try {
-        Switch(false);
+        for (const Family* family : Families) {
+            m_run.GetSession().Quadrix.AlterTriggersStatus(m_run.FullName(family->row), false);
+        }
     } catch (...) {
-        Switch(true);
+        SwitchOn();
         throw;
     }
 }
 
-TriggersOff::~TriggersOff() {
-    try {
-        Switch(true);
-    } catch (const std::exception& error) {
-        m_run.Log(QStringLiteral("I trigger dei documenti sono rimasti disattivati: ") +
-                  QString::fromUtf8(error.what()));
-    }
-}
+TriggersOff::~TriggersOff() { SwitchOn(); }
 
-void TriggersOff::Switch(bool enabled) {
+void TriggersOff::SwitchOn() noexcept {
     for (const Family* family : Families) {
-        m_run.GetSession().Quadrix.AlterTriggersStatus(m_run.FullName(family->row), enabled);
+        m_run.SwitchTriggersOn(family->row);
     }
 }
 
@@ -94,6 +89,11 @@ DocumentSettings ReadDocumentSettings(Session& session) {
     const auto from = mod_ovTools::ReadDate(text);
     if (!from) {
         throw ImportError(QStringLiteral("impostazione %1 della sezione %2: '%3' non è una data, scriverla gg/mm/aaaa")
+                              .arg(key, section, text));
+    }
+    return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};
+}
+
 std::optional<QDate> AskStartDate(ImportRun& run) {
     Session& session = run.GetSession();
     const auto typed = session.Person.Input(QStringLiteral("Data inizio documenti:"), QuadrixCaption,
@@ -107,11 +107,6 @@ std::optional<QDate> AskStartDate(ImportRun& run) {
         throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(*typed));
     }
     return from->date();
-}
-
-                              .arg(key, section, text));
-    }
-    return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};
 }
 
 bool AskSkipImported(ImportRun& run) {

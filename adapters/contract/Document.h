@@ -31,7 +31,7 @@ public:
     TriggersOff& operator=(const TriggersOff&) = delete;
 
 private:
-    void Switch(bool enabled);
+    void SwitchOn() noexcept;
 
     ImportRun& m_run;
 };

@@ -42,13 +42,31 @@ void ImportRun::Guard(const std::function<void()>& body) {
 }
 
 void ImportRun::LogError() {
-    if (m_errorText.isEmpty()) {
-        return;
+    if (!m_errorText.isEmpty()) {
+        LogOrReport(m_errorText + m_session.Errors.Entries().last().message);
     }
+}
+
+void ImportRun::LogOrReport(const QString& message) {
     try {
-        Log(m_errorText + m_session.Errors.Entries().last().message);
+        Log(message);
     } catch (...) {
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+    }
+}
+
+void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
+    const auto switchOn = [&] { m_session.Quadrix.AlterTriggersStatus(FullName(table), true); };
+    try {
+        try {
+            switchOn();
+        } catch (const Error&) {
+            switchOn();
+        }
+    } catch (Error& error) {
+        error.AddContext(QStringLiteral("I trigger di %1 sono rimasti disattivati").arg(FullName(table)));
+        m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+        LogOrReport(error.Message());
     }
 }
 
@@ -211,20 +229,31 @@ void ImportRun::CountGivenUp(const QString& key, const QString& reason) {
     Log(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
 }
 
+/// Children go before their parents; when one cannot go, its parent stays with it: the code of a parent that is gone is
+/// given to another one, which would find the child as its own.
 void ImportRun::TakeBack(size_t from) {
     while (m_written.size() > from) {
-        const Written row = std::move(m_written.back());
-        m_written.pop_back();
+        const Written& row = m_written.back();
         try {
             m_session.Quadrix.Execute(
                 QStringLiteral("DELETE FROM %1 WHERE RECORD_ID = %2").arg(FullName(row.table)).arg(row.id));
-            ++m_result.tables[row.table].takenBack;
         } catch (const Error& error) {
-            Log(QStringLiteral("Rimane in %1 la riga %2 di una riga abbandonata: %3")
-                    .arg(FullName(row.table))
-                    .arg(row.id)
-                    .arg(error.Message()));
+            TellLeft(from, error.Message());
+            return;
         }
+        ++m_result.tables[row.table].takenBack;
+        m_written.pop_back();
+    }
+}
+
+void ImportRun::TellLeft(size_t from, const QString& reason) {
+    while (m_written.size() > from) {
+        const Written row = std::move(m_written.back());
+        m_written.pop_back();
+        Log(QStringLiteral("Rimane in %1 la riga %2 di una riga abbandonata: %3")
+                .arg(FullName(row.table))
+                .arg(row.id)
+                .arg(reason));
     }
 }
 

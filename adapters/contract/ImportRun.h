@@ -59,6 +59,10 @@ public:
     /// Shows the completion message, unless the run was cancelled or of a single code.
     void Complete(const QString& message);
 
+    /// Switches the triggers of a table (bare name) on again, whatever has happened. It is tried once more when it
+    /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told.
+    void SwitchTriggersOn(const QString& table) noexcept;
+
     /// Appends a line to the import log.
     void Log(const QString& message);
     /// A text as an SQL literal of the target.
@@ -104,7 +108,9 @@ private:
     void GiveUp(const QString& key, const QString& reason);
     void CountGivenUp(const QString& key, const QString& reason);
     void TakeBack(size_t from);
+    void TellLeft(size_t from, const QString& reason);
     void LogError();
+    void LogOrReport(const QString& message);
     void Finish();
 
     Session& m_session;
