@@ -452,7 +452,8 @@ const Origin& Entry() {
             {Button::Art, "ImportArticoliTessera", ImportArticoliTessera, ArticoliNeeds()},
             {Button::Dis, "ImportDistinteTessera", ImportDistinteTessera, DistinteNeeds()},
             {Button::Doc, "ImportOrdCliTessera", ImportOrdCliTessera, OrdCliNeeds()},
-            {Button::Acq, "ImportDocAcqTessera", ImportDocAcqTessera, DocAcqNeeds()},
+            // The list hides the button of purchases for this origin: it is reached by its name.
+            {std::nullopt, "ImportDocAcqTessera", ImportDocAcqTessera, DocAcqNeeds()},
         },
     };
     return origin;

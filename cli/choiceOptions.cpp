@@ -25,7 +25,9 @@ const QStringList ErrorNames{"ask", "ignore", "retry", "abort"}; ///< in the ord
 
 QCommandLineOption CompanyOption() { return {"company", "Codice dell'azienda di Quadrix.", "CODICE"}; }
 QCommandLineOption OriginOption() { return {"origin", "Origine dei dati, come la elenca il comando origins.", "NOME"}; }
-QCommandLineOption DataOption() { return {"data", "Dati da importare: " + DataKinds().join(", ") + ", o il nome di una procedura.", "DATI"}; }
+QCommandLineOption DataOption() {
+    return {"data", "Dati da importare: " + DataKinds().join(", ") + ", o il nome di una procedura.", "DATI"};
+}
 QCommandLineOption ErrorsOption() {
     return {"errors",
             "Come trattare gli errori: ask (li gestisce l'utente), ignore (ignora e continua), retry (riprova 3 "

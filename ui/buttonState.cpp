@@ -29,13 +29,14 @@ struct Task {
     const char* commandLine;
     Button button;
     const char* caption;
+    const char* procedure; ///< what it calls; empty for what the origin has behind the button
 };
 
 constexpr std::array<Task, 4> Tasks{{
-    {StartMode::Fast, "/FAST", Button::Dis, "&Importa Distinta Base"},
-    {StartMode::Fast2, "/FAST2", Button::Saldi, "&Importa Movimenti"},
-    {StartMode::Fast3, "/FAST3", Button::Disegni, "&Sistema Disegni Sfridi"},
-    {StartMode::Fast4, "/FAST4", Button::Disegni, "&Sistema Packing List"},
+    {StartMode::Fast, "/FAST", Button::Dis, "&Importa Distinta Base", ""},
+    {StartMode::Fast2, "/FAST2", Button::Saldi, "&Importa Movimenti", ""},
+    {StartMode::Fast3, "/FAST3", Button::Disegni, "&Sistema Disegni Sfridi", "CorreggiAllegatiLantek"},
+    {StartMode::Fast4, "/FAST4", Button::Disegni, "&Sistema Packing List", "CorreggiPackingList2"},
 }};
 
 /// What a button says before an origin gave it another caption.
@@ -90,6 +91,15 @@ void ApplyStartMode(WindowState& state, StartMode mode) {
         state.locked = mode == StartMode::Fast2;
         state.mode = mode;
     }
+}
+
+QString TaskProcedure(StartMode mode) {
+    for (const Task& task : Tasks) {
+        if (task.mode == mode) {
+            return QString::fromLatin1(task.procedure);
+        }
+    }
+    return {};
 }
 
 void ApplySwitches(WindowState& state, const std::function<bool(const QString& key)>& isOn) {

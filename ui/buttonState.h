@@ -33,6 +33,10 @@ WindowState InitialState();
 /// Reduces the window to one task; `None` changes nothing.
 void ApplyStartMode(WindowState& state, StartMode mode);
 
+/// The procedure that the one button of a start mode calls, whatever it calls otherwise; empty: it calls what the
+/// origin has behind it.
+QString TaskProcedure(StartMode mode);
+
 /// Hides and locks what the settings take away. @param isOn whether the setting of that name is 1
 void ApplySwitches(WindowState& state, const std::function<bool(const QString& key)>& isOn);
 

@@ -169,6 +169,7 @@ void frmImport::Import(contract::Button button) {
     ImportRequest request;
     request.choice = Chosen();
     request.button = button;
+    request.procedure = TaskProcedure(m_state.mode);
     RunImport(m_session, request);
     ShowResults(first);
 }

@@ -22,6 +22,7 @@ private slots:
     void opensTheEmbeddedDatabase();
     void tellsWhyItIsNotOpen_data();
     void tellsWhyItIsNotOpen();
+    void reportsUnreadableSettingsOnce();
     void showsTheWindowAfterAFailure();
     void listsCompanies();
     void namesADatabaseWithoutQuadrix();
@@ -188,6 +189,19 @@ void TestStartUp::tellsWhyItIsNotOpen() {
     QVERIFY(person.Reported[0].message.contains(m_folder->filePath("Config")));
     QVERIFY(!QFile::exists(m_folder->filePath("Config/manca.db")));
     QVERIFY(!person.IsBusy());
+}
+
+void TestStartUp::reportsUnreadableSettingsOnce() {
+    QDir().mkpath(QFileInfo(Ini()).path());
+    QFile file(Ini());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("\xff\xfe[") == 3);
+    file.close();
+    ScriptedOperator person;
+    Session session(person);
+    QVERIFY(!modMain::ConnectQuadrix(session, Ini()));
+    QCOMPARE(person.Reported.size(), 1);
+    QVERIFY2(person.Reported[0].message.contains(Ini()), qPrintable(person.Reported[0].message));
+    QCOMPARE(file.size(), 3);
 }
 
 void TestStartUp::showsTheWindowAfterAFailure() {

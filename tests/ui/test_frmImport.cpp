@@ -110,6 +110,13 @@ private slots:
         QCOMPARE(shown, QStringList{"&Sistema Disegni Sfridi"});
         QVERIFY(!test.Button("cmdReset").isVisible() && !test.Button("cmdSequence").isVisible());
         QVERIFY(test.Button("cmdExit").isVisible());
+        // The task is the same for every origin, also for one whose own button does something else.
+        DialogDriver driver;
+        test.Choose("cmbAzienda", Company);
+        test.Choose("cmbOrigine", "Arca 2000");
+        test.Button("cmdImportDisegni").click();
+        QCOMPARE(driver.Events.size(), 1);
+        QVERIFY2(driver.Events.first().contains("CorreggiAllegatiLantek"), qPrintable(driver.Events.first()));
     }
 
     void AFailedConnectionIsExplainedAndTriedAgain() {
