@@ -350,17 +350,13 @@ void WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const Sourc
     }
 }
 
-/// A supplier without VAT number and tax code cannot be recognised, and becomes a counterparty at every run: a person
-/// has to know.
-void WarnOfSecondSupplier(ImportRun& run, const SourceRow& row) {
+/// A supplier without VAT number and tax code is recognised by its code in the source, so that a second run does not
+/// number it anew. Empty when it is not there yet.
+QString SupplierImportedBefore(ImportRun& run, const SourceRow& row) {
     if (IsCustomerCode(row.Text("codice")) || !row.IsBlank("partiva") || !row.IsBlank("codfiscale")) {
-        return;
+        return {};
     }
-    const QString present = LookUp(run.GetSession(), "CON_TRO", "COFGE", row.Text("codice"), "CDCON");
-    if (!present.isEmpty()) {
-        run.Log(QStringLiteral("FORNITORE FORSE DOPPIO: %1 senza partita IVA né codice fiscale, c'è già come %2")
-                    .arg(row.Text("codice"), present));
-    }
+    return LookUp(run.GetSession(), "CON_TRO", "COFGE", row.Text("codice"), "CDCON");
 }
 
 RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToContacts) {
@@ -371,7 +367,9 @@ RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToC
     if (!same.isEmpty()) {
         return GainRole(run, row, same);
     }
-    WarnOfSecondSupplier(run, row);
+    if (const QString before = SupplierImportedBefore(run, row); !before.isEmpty()) {
+        return GainRole(run, row, before);
+    }
     const Facts facts{AssignCode(run, writer, sourceCode), IsCustomerCode(sourceCode)};
     if (writer.Exists(facts.code)) {
         run.Log("CONTROPARTE DOPPIA: " + facts.code);
