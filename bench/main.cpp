@@ -96,7 +96,7 @@ private:
         fs::create_directories(m_folder);
         const fs::path source = m_folder / "source";
         RunProgram({Program("examples/quadrix-examples"), one.example, "--rows", std::to_string(rows), "--seed", "1",
-                    "--out", source.string()});
+                    "--company", "X01", "--out", source.string()});
         std::ofstream(m_folder / "Quadrix.ini")
             << "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=quadrix.db\r\n"
             << "[IMPORT]\r\nDatabasename=" << (source / one.source).string() << "\r\n";
