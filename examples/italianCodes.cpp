@@ -54,7 +54,7 @@ QString ThreeLetters(const QString& name, bool isFirstName) {
     if (isFirstName && consonants.size() > 3) {
         consonants.remove(1, 1);
     }
-    return QString(consonants + vowels + QStringLiteral("XXX")).left(3);
+    return QString(consonants + vowels + QString(3, u'X')).left(3);
 }
 
 } // namespace
