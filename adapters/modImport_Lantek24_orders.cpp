@@ -48,6 +48,13 @@ OrderFacts FactsOf(ImportRun& run, const SourceRow& order) {
     return facts;
 }
 
+/// An order has no code of its own in Quadrix: bill, day and quantity tell it apart from others.
+using OrderIdentity = std::tuple<qint64, qint64, double>;
+
+OrderIdentity IdentityOf(qint64 bill, const OrderFacts& facts) {
+    return {bill, facts.day.isNull() ? 0 : facts.day.toDateTime().toMSecsSinceEpoch(), facts.quantity};
+}
+
 QString StateOf(bool over) { return over ? schema::defaults::Closed : schema::defaults::ToDeliver; }
 
 class Importer {
@@ -66,8 +73,8 @@ private:
 
     ImportRun& m_run;
     BillWriter m_bills;
-    QHash<QString, qint64> m_billIds; ///< of this run, by product
-    QSet<qint64> m_written;           ///< orders of this run
+    QHash<QString, qint64> m_billIds;      ///< of this run, by product
+    QMap<OrderIdentity, qint64> m_written; ///< last of the orders of this run that are alike
 };
 
 /// The bill of a product, written once in a run; 0 when its article is not there.
@@ -81,20 +88,19 @@ qint64 Importer::BillOf(const QString& product) {
     return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
 }
 
-/// An order has no code of its own in Quadrix: that of the same bill, day and quantity is the same, unless this run has
-/// written it for another one. 0 when there is none.
+/// The order that an earlier import has written; 0 when there is none. Those alike are taken one after the other, in
+/// the order in which they were written: a run that comes again finds each where it was.
 qint64 Importer::FindOrder(qint64 bill, const OrderFacts& facts) {
-    const Provider provider = m_run.GetSession().Quadrix.ProviderType;
+    Session& session = m_run.GetSession();
+    const Provider provider = session.Quadrix.ProviderType;
     const QString day =
         facts.day.isNull() ? QStringLiteral("OPDAT IS NULL")
                            : QString("OPDAT = " + mod_ovTools::FormatSqlValue(facts.day, DataType::DateTime, provider));
-    QString condition = Equals("OPIDD", bill) + " AND " + day +
-                        " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) +
-                        " AND " + Equals(m_run.GetSession(), "USINS", "SYSTEM_IMPORT");
-    for (const qint64 written : std::as_const(m_written)) {
-        condition += " AND RECORD_ID <> " + QString::number(written);
-    }
-    return IdWhere(m_run.GetSession(), "ORD_PRO", condition);
+    return session.Quadrix.ExecuteCommand(
+        "SELECT MIN(RECORD_ID) FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " + day +
+        " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) + " AND " +
+        Equals(session, "USINS", "SYSTEM_IMPORT") + " AND RECORD_ID > " +
+        QString::number(m_written.value(IdentityOf(bill, facts))));
 }
 
 void Importer::WriteOperation(const SourceRow& row, qint64 order) {
@@ -139,7 +145,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
     }
     ForEachChild(session, OperationsOf(m_run, row), Operations, "MnORef, OOrder",
                  [&](const SourceRow& operation) { WriteOperation(operation, order); });
-    m_written.insert(order);
+    m_written[IdentityOf(bill, facts)] = order;
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 

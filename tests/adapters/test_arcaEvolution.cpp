@@ -1,0 +1,90 @@
+#include "adapters/contract/PaymentTerm.h"
+#include "adapters/contract/rules.h"
+#include "adapters/modImport_ArcaEvolution.h"
+#include "core/qdxProduction_sheets.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QTest>
+
+using namespace modImport_ArcaEvolution;
+
+class TestArcaEvolution : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ibans_data() {
+        QTest::addColumn<QString>("iban");
+        QTest::addColumn<bool>("valid");
+        QTest::newRow("Italian") << "IT60X0542811101000000123456" << true;
+        QTest::newRow("German") << "DE89370400440532013000" << true;
+        QTest::newRow("British, with letters in the account") << "GB82WEST12345698765432" << true;
+        QTest::newRow("one digit changed") << "IT60X0542811101000000123457" << false;
+        QTest::newRow("two digits exchanged") << "IT60X0542811101000000124356" << false;
+        QTest::newRow("Italian, one short") << "IT60X054281110100000012345" << false;
+        QTest::newRow("blank inside") << "IT60 X0542811101000000123456" << false;
+        QTest::newRow("lower case") << "it60x0542811101000000123456" << false;
+        QTest::newRow("country alone") << "DE89" << false;
+        QTest::newRow("no country") << "60X0542811101000000123456IT" << false;
+        QTest::newRow("empty") << "" << false;
+    }
+    void ibans() {
+        QFETCH(const QString, iban);
+        QTEST(ValidateIBAN(iban), "valid");
+    }
+
+    void streets_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("rest");
+        QTest::addColumn<QString>("number");
+        const auto row = [](const char* text, const char* first, const char* rest, const char* number) {
+            QTest::newRow(text) << QString(text) << QString(first) << QString(rest) << QString(number);
+        };
+        row("Via Roma, 12/A", "Via Roma", "", "12/A");
+        row("Via Roma, angolo via Verdi, snc", "Via Roma, angolo via Verdi", "", "snc");
+        row("Via Roma 12", "Via Roma 12", "", "");
+        row("Via Roma, interno B", "Via Roma, interno B", "", "");
+        row("Via Roma, 12 scala B interno 4", "Via Roma, 12 scala B interno 4", "", "");
+        row("Strada Statale del Lago di Garda e del Trentino, 3", "Strada Statale del Lago di Garda e ", "del Trentino",
+            "3");
+        row("", "", "", "");
+    }
+    void streets() {
+        QFETCH(const QString, text);
+        const Street street = StreetOf(text);
+        QTEST(street.first, "first");
+        QTEST(street.rest, "rest");
+        QTEST(street.number, "number");
+    }
+
+    void discounts() {
+        QCOMPARE(contract::DiscountsOf("10+4"), (std::array<double, 3>{10, 4, 0}));
+        QCOMPARE(contract::DiscountsOf("1 + 2,5 + 3"), (std::array<double, 3>{1, 2.5, 3}));
+        QCOMPARE(contract::DiscountsOf(""), (std::array<double, 3>{0, 0, 0}));
+        QVERIFY_EXCEPTION_THROWN(contract::DiscountsOf("10+x"), ImportError);
+        QVERIFY_EXCEPTION_THROWN(contract::DiscountsOf("1+2+3+4"), ImportError);
+    }
+
+    /// Whatever their count, the shares are a hundred.
+    void sharesAddUp() {
+        QVERIFY(contract::EqualShares(0).empty());
+        for (int count = 1; count <= 36; ++count) {
+            qint64 hundredths = 0;
+            for (const double share : contract::EqualShares(count)) {
+                hundredths += qRound64(share * 100);
+            }
+            QCOMPARE(hundredths, qint64(10000));
+        }
+    }
+
+    void sheets() {
+        using namespace qdxProduction;
+        QCOMPARE(qdxPesoArticoloLamiera({1000, 1000, 1}, 7.85), 7.85);
+        QCOMPARE(qdxPesoArticoloLamiera({3000, 1500, 1.5}, 0), 0.0);
+        QCOMPARE(qdxCalcolaCodiceFormatoArticolo(2500.5, 1250), QString("2500.5X1250"));
+        QCOMPARE(qdxAnaGetCodeArtSheet(" s235jr ", 1.5), QString("LM-S235JR-1.5"));
+    }
+};
+
+QUADRIX_TEST(TestArcaEvolution)
+#include "test_arcaEvolution.moc"
