@@ -40,7 +40,6 @@ const std::vector<Row>& Rows() {
         {"LibertyCommerce", "modImport_LC", "ODBC", "YNNNN---"},
         {"Memphis", "modImport_Memphis", "SQL Server", "YNNNNN--"},
         {"Visual Space", "modImport_VS", "SQL Server", "YYYYYYN-"},
-        {"Mexal", "modImport_Mexal", "ODBC", "YYYYYYYY", {{Disegni, "Importa Costi/Prezzi"}}},
         {"OSL GP90", "modImport_OSL", "SQL Server", "YYYYYYNY",
          {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Importa Listini"}}},
         {"DOMINIO", "modImport_Dominio", "ODBC", "YNNNNYY-", {{Saldi, "Importa Tabelle Generali"}}},

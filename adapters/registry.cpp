@@ -18,6 +18,9 @@ const contract::Origin& Entry();
 namespace modImport_Gescom {
 const contract::Origin& Entry();
 }
+namespace modImport_Mexal {
+const contract::Origin& Entry();
+}
 namespace modImport_Tessera {
 const contract::Origin& Entry();
 }
@@ -47,7 +50,7 @@ const std::vector<const contract::Origin*>& Origins() {
         &Find("LibertyCommerce"),
         &Find("Memphis"),
         &Find("Visual Space"),
-        &Find("Mexal"),
+        &modImport_Mexal::Entry(),
         &Find("OSL GP90"),
         &Find("DOMINIO"),
         &Find("OS1"),

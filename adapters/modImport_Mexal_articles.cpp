@@ -1,0 +1,325 @@
+// Articles of Mexal with their suppliers, stock and locations: ART_MAG holds a row for each article (for each
+// warehouse, as far as stock goes).
+
+#include "adapters/modImport_Mexal.h"
+
+#include "adapters/contract/Article.h"
+#include "adapters/contract/lookups.h"
+#include "adapters/contract/Stock.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Mexal {
+
+namespace {
+
+/// The rows of an article: the first one tells what it is, and stands for the others when it cannot be carried over.
+const QStringList OneArticle{"_ARCOD"};
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+constexpr int Suppliers = 9; ///< of an article, the first one preferred
+
+/// Column of a supplier of the article: "_ARFOR(1)".
+QString OfSupplier(const char* column, int supplier) {
+    return QString::fromLatin1(column) + '(' + QString::number(supplier) + ')';
+}
+
+const Mapping& Articoli() {
+    static const Mapping mapping{
+        "ART_ICO",
+        ArtMag,
+        {
+            {"CDEXT", "_ARCOD", First(50)},
+            {"DTINS", "_ARDTC", MomentOrNow()},
+            {"ARDES", "_ARDES, _ARAGG", First(100)},
+            {"ARCDR", "_ARDES, _ARAGG", CodeAndText(100)},
+            {"ARCLA", "_ARDBP", Choice({{"S", "PF"}}, "CM")},
+            {"ARFAM", "GRPMERCE", Translated(ArtMag, "GRPMERCE")},
+            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
+            {"ARLAM", "", Constant(false)},
+            {"ARANN", "_ARANN", Flag()},
+            {"ARUMS", "_ARUM1", TranslatedOrUpper(ArtMag, "_ARUM1", schema::defaults::Unit)},
+            {"ARUM2", "_ARUM2", TranslatedOrUpper(ArtMag, "_ARUM1", "")},
+            {"ARCOE", "_ARKOEPTA", RoundedTo(6)},
+            {"ARIVA", "_ARIVA", Or(Translated(ArtMag, "_ARIVA"), schema::defaults::VatCode)},
+            {"ARMAG", "", Constant(true)},
+            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
+            {"ARSMN", "_ARSMI", RoundedTo(6)},
+            {"ARSMX", "_ARSMA", RoundedTo(6)},
+            {"ARLOR", "_ARLOT(1)", RoundedTo(6)},
+            {"ARGGA", "_ARGGR(1)", RoundedTo(0)},
+            {"ARPSN", "_ARPES", RoundedTo(3)},
+            {"ARCOS", "_ARCUL, _ARCOS", FirstNotZero()},
+            {"ARPRZ", "_ARPRZ(1)", RoundedTo(6)},
+            {"ARRIC", "_ARPRZ(1), _ARCUL, _ARCOS", MarkUp()},
+        },
+    };
+    return mapping;
+}
+
+/// What a refresh of costs and prices sets.
+const Mapping& CostiPrezzi() {
+    static const Mapping mapping{
+        "ART_ICO",
+        ArtMag,
+        {
+            {"ARCOS", "_ARCUL, _ARCOS", FirstNotZero()},
+            {"ARPRZ", "_ARPRZ(1)", RoundedTo(6)},
+            {"ARRIC", "_ARPRZ(1), _ARCUL, _ARCOS", MarkUp()},
+        },
+    };
+    return mapping;
+}
+
+/// Columns of a supplier beside its code: its own code of the article and its price.
+std::vector<TableNeed> SupplierReads() {
+    QStringList columns;
+    for (int supplier = 1; supplier <= Suppliers; ++supplier) {
+        columns +=
+            QStringList{OfSupplier("_ARFOR", supplier), OfSupplier("_ARCOF", supplier), OfSupplier("_ARFPR", supplier)};
+    }
+    return {{ArtMag, columns}};
+}
+
+} // namespace
+
+QString ArticleOf(ImportRun& run, const QString& sourceCode) {
+    return ArticleWriter(run).CodeOf(ArtMag, "_ARCOD", sourceCode);
+}
+
+// --- Articles -----------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// What is no article, such as an index or a service of the catalogue, stays behind; sheets and labour are articles.
+bool IsArticle(const SourceRow& row) {
+    static const QStringList kinds{"A", "S", "L"};
+    return row.IsBlank("_ARTIP") || kinds.contains(row.Text("_ARTIP").toUpper());
+}
+
+void LinkSuppliers(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+    for (int number = 1; number <= Suppliers; ++number) {
+        const QString code = row.Text(OfSupplier("_ARFOR", number));
+        if (code.isEmpty()) {
+            continue;
+        }
+        const QString supplier = GetControparteMexal(run.GetSession(), code, false);
+        if (supplier.isEmpty()) {
+            run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(run.RowKey(), code));
+            continue;
+        }
+        writer.Link(article, supplier, NumberOf(row, OfSupplier("_ARFPR", number)), number == 1);
+        if (const QString own = row.Text(OfSupplier("_ARCOF", number)); !own.isEmpty()) {
+            writer.CodeAtCounterparty(article, own, supplier);
+        }
+    }
+}
+
+void WriteTexts(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+    writer.Texts(article, QString(row.Text("_ARDES") + ' ' + row.Text("_ARAGG")).trimmed());
+    if (const QString english = row.Text("_ARDSL(1)"); !english.isEmpty()) {
+        run.GetSession().Quadrix.SetLanguageTextValue(run.FullName("ART_ICO"), "ARDES", article, english, "EN");
+    }
+}
+
+RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QSet<QString>& seen) {
+    if (!IsArticle(row)) {
+        return RowOutcome::Skipped;
+    }
+    const ArticleWriter writer(run);
+    const Facts facts{ArticleOf(run, row.Text("_ARCOD"))};
+    if (seen.contains(facts.code)) {
+        return RowOutcome::Skipped; // the row of another warehouse
+    }
+    const RowOutcome outcome = writer.Write(Articoli(), row, facts, [&row](TargetRow& target) {
+        // The discount category is a discount only where it is a number.
+        bool isNumber = false;
+        const double discount = row.Text("_ARSCO").replace(',', '.').toDouble(&isNumber);
+        if (isNumber) {
+            target.Set("ARSCO", discount);
+        }
+    });
+    WriteTexts(run, writer, row, facts.code);
+    LinkSuppliers(run, writer, row, facts.code);
+    if (!row.IsBlank("_ARALT")) {
+        writer.InternalCode(facts.code, row.Text("_ARALT"));
+    }
+    seen.insert(facts.code);
+    return outcome;
+}
+
+} // namespace
+
+const Needs& ArticoliNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Articoli()}, SupplierReads(), ArticleNeeds()};
+        all.reads.push_back({ArtMag, {"_ARTIP", "_ARALT", "_ARDSL(1)", "_ARSCO"}});
+        all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP", "COTPC", "COCON"}});
+        all.writes.push_back({"ART_ICO", {"ARSCO"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportArticoliMEX", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.Announce("Inizio importazione articoli");
+        run.Preflight(ArticoliNeeds());
+        EmptyArticles(run, reset);
+        const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
+        QSet<QString> seen;
+        run.Rows({"Articoli", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD]",
+                  OneArticle},
+                 [&](const SourceRow& row) { return ImportArticolo(run, row, seen); });
+        run.Complete("Articoli importati correttamente!");
+    });
+}
+
+// --- Costs and prices ---------------------------------------------------------------------------------------------
+
+namespace {
+
+RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QSet<QString>& seen) {
+    Session& session = run.GetSession();
+    const QString article = ArticleOf(run, row.Text("_ARCOD"));
+    if (seen.contains(article) || !IsThere(session, "ART_ICO", "CDART", article)) {
+        return RowOutcome::Skipped;
+    }
+    TargetRow target(run, "ART_ICO");
+    CostiPrezzi().Apply(target, session, row, {article});
+    target.Update("WHERE " + Equals(session, "CDART", article));
+    seen.insert(article);
+    return RowOutcome::Updated;
+}
+
+} // namespace
+
+const Needs& CostiPrezziNeeds() {
+    static const Needs needs{{&CostiPrezzi()}, {{ArtMag, {"_ARCOD"}}}, {{"ART_ICO", {"CDART"}}}};
+    return needs;
+}
+
+/// Refreshes articles that are there: nothing is emptied.
+void ImportaCostiPrezziFromMEX(Session& session, const QString& singleCode, bool /*reset*/) {
+    ImportRun run(session, Module, "ImportaCostiPrezziFromMEX", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione Costi/Prezzi");
+        run.Preflight(CostiPrezziNeeds());
+        const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
+        QSet<QString> seen;
+        run.Rows({"Costi/Prezzi", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD]",
+                  OneArticle},
+                 [&](const SourceRow& row) { return RefreshArticle(run, row, seen); });
+        run.Complete("Costi/Prezzi importati correttamente!");
+    });
+}
+
+// --- Stock --------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// The warehouse of its number in the source: 1 is "001".
+QString WarehouseOf(Session& session, const SourceRow& row) {
+    const QString number = row.Text("NUMMAG");
+    const QString known = modImport::GetNewCode(session, ArtMag, "NUMMAG", number, false);
+    if (!known.isEmpty() || number.isEmpty()) {
+        return known.isEmpty() ? schema::defaults::Warehouse : known;
+    }
+    return QStringLiteral("%1").arg(static_cast<int>(NumberOf(row, "NUMMAG")), 3, 10, QLatin1Char('0'));
+}
+
+RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row, QSet<QString>& seen) {
+    const QString warehouse = WarehouseOf(run.GetSession(), row);
+    const QString article = ArticleOf(run, row.Text("_ARCOD"));
+    const QString key = warehouse + '\n' + article;
+    if (seen.contains(key)) {
+        return RowOutcome::Skipped; // exports repeat rows as they are
+    }
+    const double quantity = NumberOf(row, "QTAINVENT") + NumberOf(row, "QTACARICO") - NumberOf(row, "QTASCARIC");
+    const RowOutcome outcome = writer.Balance(warehouse, article, RoundedTo(quantity, 6));
+    seen.insert(key);
+    return outcome;
+}
+
+} // namespace
+
+const Needs& SaldiNeeds() {
+    static const Needs needs{{}, {{ArtMag, {"_ARCOD", "NUMMAG", "QTAINVENT", "QTACARICO", "QTASCARIC"}}}, StockNeeds()};
+    return needs;
+}
+
+void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportSaldiMEX", singleCode);
+    run.Guard([&] {
+        if (!run.IsSingle()) {
+            run.Log("Inizio importazione Saldi di Magazzino"); // behind what the log holds
+        }
+        run.Preflight(SaldiNeeds());
+        EmptyStock(run, reset);
+        StockWriter writer(run);
+        QSet<QString> seen;
+        const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
+        run.Rows({"Saldi di Magazzino",
+                  ArtMag,
+                  "NUMMAG, _ARCOD",
+                  "SELECT COUNT(*)" + from,
+                  "SELECT *" + from + " ORDER BY NUMMAG, [_ARCOD]",
+                  {"NUMMAG", "_ARCOD"}},
+                 [&](const SourceRow& row) { return ImportSaldo(run, writer, row, seen); });
+        run.Complete("Saldi di Magazzino importati correttamente!");
+    });
+}
+
+// --- Locations ----------------------------------------------------------------------------------------------------
+
+namespace {
+
+RowOutcome ImportUbicazione(ImportRun& run, const SourceRow& row) {
+    const QString article = ArticleOf(run, row.Text("_ARCOD"));
+    if (!IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
+        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), article));
+        return RowOutcome::Skipped;
+    }
+    const qint64 before = run.WrittenRows("UBI_ART");
+    ArticleWriter(run).Location(article, row.Text("_ARUBI"));
+    return run.WrittenRows("UBI_ART") > before ? RowOutcome::Inserted : RowOutcome::Skipped;
+}
+
+} // namespace
+
+const Needs& UbicazioniNeeds() {
+    static const Needs needs{
+        {},
+        {{ArtMag, {"_ARCOD", "_ARUBI"}}},
+        {{"UBI_MAG", {"CDMAG", "CDUBI", "UBDES"}}, {"UBI_ART", {"CDART", "CDUBI", "UAMAG", "UADEF"}}}};
+    return needs;
+}
+
+void ImportUbicazioniMEX(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportUbicazioniMEX", singleCode);
+    run.Guard([&] {
+        if (!run.IsSingle()) {
+            run.Log("Inizio importazione Ubicazioni Articolo"); // behind what the log holds
+        }
+        run.Preflight(UbicazioniNeeds());
+        for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
+            if (reset) {
+                session.Quadrix.Execute("DELETE " + run.FullName(table));
+            }
+        }
+        const QString from =
+            " FROM ART_MAG" + QString(" WHERE [_ARUBI] > ''") + SingleCode(run, "AND", "[_ARCOD]", singleCode);
+        run.Rows({"Ubicazioni Articolo", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
+                  "SELECT *" + from + " ORDER BY [_ARCOD]"},
+                 [&](const SourceRow& row) { return ImportUbicazione(run, row); });
+        run.Complete("Ubicazioni importate correttamente!");
+    });
+}
+
+} // namespace modImport_Mexal
