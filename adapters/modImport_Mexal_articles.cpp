@@ -28,17 +28,32 @@ QString OfSupplier(const char* column, int supplier) {
     return QString::fromLatin1(column) + '(' + QString::number(supplier) + ')';
 }
 
+/// The goods group, or the category of the statistics where an article has none.
+Rule FamilyOf() {
+    return {"translated through SYS_IMP (ART_MAG, GRPMERCE); without one through (ART_MAG, _ARCTG)",
+            [](const RuleInput& input) -> RuleValue {
+                for (const QString& column : input.columns) {
+                    const QString family =
+                        modImport::GetNewCode(input.session, ArtMag, column, input.row.Text(column), true);
+                    if (!family.isEmpty()) {
+                        return family;
+                    }
+                }
+                return std::nullopt;
+            }};
+}
+
 const Mapping& Articoli() {
     static const Mapping mapping{
         "ART_ICO",
         ArtMag,
         {
             {"CDEXT", "_ARCOD", First(50)},
-            {"DTINS", "_ARDTC", MomentOrNow()},
+            {"DTINS", "_ARDTC", NotBlank(MomentOrNow())},
             {"ARDES", "_ARDES, _ARAGG", First(100)},
             {"ARCDR", "_ARDES, _ARAGG", CodeAndText(100)},
             {"ARCLA", "_ARDBP", Choice({{"S", "PF"}}, "CM")},
-            {"ARFAM", "GRPMERCE", Translated(ArtMag, "GRPMERCE")},
+            {"ARFAM", "GRPMERCE, _ARCTG", FamilyOf()},
             {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
             {"ARLAM", "", Constant(false)},
             {"ARANN", "_ARANN", Flag()},
@@ -75,7 +90,8 @@ const Mapping& CostiPrezzi() {
     return mapping;
 }
 
-/// Columns of a supplier beside its code: its own code of the article and its price.
+/// Columns of the suppliers: code, own code of the article, price; lead days, lot and least quantity of an order
+/// stand in the exports of some installations only.
 std::vector<TableNeed> SupplierReads() {
     QStringList columns;
     for (int supplier = 1; supplier <= Suppliers; ++supplier) {
@@ -95,7 +111,7 @@ QString ArticleOf(ImportRun& run, const QString& sourceCode) {
 
 namespace {
 
-/// What is no article, such as an index or a service of the catalogue, stays behind; sheets and labour are articles.
+/// What is no article, such as an index of the catalogue, stays behind; services and labour are articles.
 bool IsArticle(const SourceRow& row) {
     static const QStringList kinds{"A", "S", "L"};
     return row.IsBlank("_ARTIP") || kinds.contains(row.Text("_ARTIP").toUpper());
@@ -112,7 +128,13 @@ void LinkSuppliers(ImportRun& run, const ArticleWriter& writer, const SourceRow&
             run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(run.RowKey(), code));
             continue;
         }
-        writer.Link(article, supplier, NumberOf(row, OfSupplier("_ARFPR", number)), number == 1);
+        const auto numberIn = [&row](const QString& column) {
+            const bool told = row.HasColumn(column) && !row.IsBlank(column);
+            return told ? QVariant(NumberOf(row, column)) : QVariant();
+        };
+        writer.Link(article, {supplier, NumberOf(row, OfSupplier("_ARFPR", number)), number == 1,
+                              numberIn(OfSupplier("_ARGGR", number)), numberIn(OfSupplier("_ARLOT", number)),
+                              numberIn(QStringLiteral("_ARQTA(%1,1)").arg(number))});
         if (const QString own = row.Text(OfSupplier("_ARCOF", number)); !own.isEmpty()) {
             writer.CodeAtCounterparty(article, own, supplier);
         }
@@ -126,14 +148,15 @@ void WriteTexts(ImportRun& run, const ArticleWriter& writer, const SourceRow& ro
     }
 }
 
-RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QSet<QString>& seen) {
+/// @param last CDART of the article carried over last: its further rows are those of other warehouses
+RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QString& last) {
     if (!IsArticle(row)) {
         return RowOutcome::Skipped;
     }
     const ArticleWriter writer(run);
     const Facts facts{ArticleOf(run, row.Text("_ARCOD"))};
-    if (seen.contains(facts.code)) {
-        return RowOutcome::Skipped; // the row of another warehouse
+    if (facts.code == last) {
+        return RowOutcome::Skipped;
     }
     const RowOutcome outcome = writer.Write(Articoli(), row, facts, [&row](TargetRow& target) {
         // The discount category is a discount only where it is a number.
@@ -148,7 +171,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QSet<QString>& s
     if (!row.IsBlank("_ARALT")) {
         writer.InternalCode(facts.code, row.Text("_ARALT"));
     }
-    seen.insert(facts.code);
+    last = facts.code;
     return outcome;
 }
 
@@ -173,10 +196,10 @@ void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset) 
         run.Preflight(ArticoliNeeds());
         EmptyArticles(run, reset);
         const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
-        QSet<QString> seen;
+        QString last;
         run.Rows({"Articoli", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD]",
                   OneArticle},
-                 [&](const SourceRow& row) { return ImportArticolo(run, row, seen); });
+                 [&](const SourceRow& row) { return ImportArticolo(run, row, last); });
         run.Complete("Articoli importati correttamente!");
     });
 }
@@ -185,16 +208,17 @@ void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset) 
 
 namespace {
 
-RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QSet<QString>& seen) {
+/// @param last as of `ImportArticolo`
+RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QString& last) {
     Session& session = run.GetSession();
     const QString article = ArticleOf(run, row.Text("_ARCOD"));
-    if (seen.contains(article) || !IsThere(session, "ART_ICO", "CDART", article)) {
+    if (article == last || !IsThere(session, "ART_ICO", "CDART", article)) {
         return RowOutcome::Skipped;
     }
     TargetRow target(run, "ART_ICO");
     CostiPrezzi().Apply(target, session, row, {article});
     target.Update("WHERE " + Equals(session, "CDART", article));
-    seen.insert(article);
+    last = article;
     return RowOutcome::Updated;
 }
 
@@ -212,10 +236,10 @@ void ImportaCostiPrezziFromMEX(Session& session, const QString& singleCode, bool
         run.Announce("Inizio importazione Costi/Prezzi");
         run.Preflight(CostiPrezziNeeds());
         const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
-        QSet<QString> seen;
+        QString last;
         run.Rows({"Costi/Prezzi", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD]",
                   OneArticle},
-                 [&](const SourceRow& row) { return RefreshArticle(run, row, seen); });
+                 [&](const SourceRow& row) { return RefreshArticle(run, row, last); });
         run.Complete("Costi/Prezzi importati correttamente!");
     });
 }

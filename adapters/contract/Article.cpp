@@ -17,7 +17,7 @@ const QString CodeColumn = QStringLiteral("CDART");
 
 std::vector<TableNeed> ArticleNeeds() {
     return {{Art, {CodeColumn, "ARANN", "ARINV"}},
-            {"ART_FOR", {CodeColumn, "CDCON", "ARPRZ", "AFABI"}},
+            {"ART_FOR", {CodeColumn, "CDCON", "ARPRZ", "AFABI", "AFGGR", "AFLOR", "AFQTR"}},
             {"STO_COS", {CodeColumn, "STDAT", "STCOS", "STSC1", "STNOT"}},
             {"STO_PRZ", {CodeColumn, "STDAT", "STPRZ", "STSC1", "STNOT"}}};
 }
@@ -87,19 +87,25 @@ QString ArticleWriter::Supplier(const QString& article, const QString& supplierS
     return supplier;
 }
 
-void ArticleWriter::Link(const QString& article, const QString& supplier, double price, bool preferred) const {
+void ArticleWriter::Link(const QString& article, const SupplierLink& link) const {
     Session& session = m_run.GetSession();
-    const QString link =
-        Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", supplier);
-    if (IdWhere(session, "ART_FOR", link) != 0) {
+    const QString where =
+        Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", link.supplier);
+    if (IdWhere(session, "ART_FOR", where) != 0) {
         return;
     }
     TargetRow row(m_run, "ART_FOR");
     row.Set(CodeColumn, article);
-    row.Set("CDCON", supplier);
+    row.Set("CDCON", link.supplier);
     row.Set("DTINS", session.Now().date());
-    row.Set("ARPRZ", price);
-    row.Set("AFABI", preferred);
+    row.Set("ARPRZ", link.price);
+    row.Set("AFABI", link.preferred);
+    for (const auto& [column, value] :
+         {std::pair("AFGGR", link.leadDays), std::pair("AFLOR", link.lot), std::pair("AFQTR", link.minimum)}) {
+        if (!value.isNull()) {
+            row.Set(column, value);
+        }
+    }
     row.Insert();
 }
 

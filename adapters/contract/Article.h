@@ -20,6 +20,16 @@ struct HistoryLine {
     QVariant changed; ///< moment of the line in the source; Null for the moment of the import
 };
 
+/// A supplier of an article, a counterparty that is there.
+struct SupplierLink {
+    QString supplier; ///< CDCON
+    double price = 0;
+    bool preferred = true;
+    QVariant leadDays = {}; ///< Null: not told
+    QVariant lot = {};      ///< of a reorder
+    QVariant minimum = {};  ///< order quantity
+};
+
 /// Writes articles and what hangs on them. It knows the target, never the origin.
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class ArticleWriter {
@@ -40,7 +50,11 @@ public:
     /// @return the supplier's CDCON; empty when there is none, and nothing is written
     QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
     /// Links a supplier, a counterparty that is there; one that is linked already stays as it is.
-    void Link(const QString& article, const QString& supplier, double price, bool preferred = true) const;
+    void Link(const QString& article, const QString& supplier, double price, bool preferred = true) const {
+        Link(article, SupplierLink{supplier, price, preferred});
+    }
+    /// The same, with what the supplier asks.
+    void Link(const QString& article, const SupplierLink& link) const;
     /// Writes the code that an article has at a counterparty, unless it is there.
     void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const;
     /// Writes another code of an article, of the company's own, unless it is there.
