@@ -6,7 +6,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools libqt6sql6-odbc libmariadb-dev
     mariadb-server unixodbc odbcinst odbc-mariadb libsqliteodbc tdsodbc
-    libsqlite3-dev sqlite3 libcsv-dev libgl1-mesa-dev
+    libsqlite3-dev sqlite3 libcsv-dev mdbtools-dev libgl1-mesa-dev
     libqt6svg6 qt6-translations-l10n fonts-dejavu-core
 )
 
@@ -23,6 +23,20 @@ install_missing() {
     echo "Installing: ${missing[*]}" >&2
     "${sudo[@]}" apt-get update -qq >&2
     DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# Prints the path of a database that Access itself has written, which a package of the npm registry ships; nothing where
+# the registry cannot be reached.
+access_sample() {
+    local folder="$root/build/samples"
+    local sample="$folder/package/test/fruit.mdb"
+    if [ ! -f "$sample" ]; then
+        command -v npm >/dev/null || install_missing npm || return 0
+        mkdir -p "$folder"
+        (cd "$folder" && npm pack --silent --fetch-retries=0 --fetch-timeout=20000 mdb@0.1.0 >/dev/null 2>&1 &&
+            tar -xzf mdb-0.1.0.tgz package/test/fruit.mdb) || return 0
+    fi
+    echo "$sample"
 }
 
 # build PRESET [TARGET...]: configures once and builds.

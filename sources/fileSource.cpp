@@ -1,85 +1,84 @@
 #include "sources/fileSource.h"
 
+#include "sources/accessFile.h"
 #include "sources/foxProFolder.h"
 #include "sources/textFolder.h"
+#include "sql/connectionParts.h"
 
 #include <QFileInfo>
-#include <QMap>
 
 namespace sources {
 
 namespace {
 
-/// A value without surrounding blanks and without one pair of braces or quotes.
-QString Unwrapped(const QString& text) {
-    QString value = text.trimmed();
-    static const QStringList pairs{QStringLiteral("{}"), QStringLiteral("\"\""), QStringLiteral("''")};
-    for (const QString& pair : pairs) {
-        if (value.size() >= 2 && value.front() == pair[0] && value.back() == pair[1]) {
-            return value.mid(1, value.size() - 2).trimmed();
-        }
+/// What a connection string says of files.
+class FileSettings {
+public:
+    explicit FileSettings(const QString& connectionString)
+        : m_parts(odbc::ReadParts(connectionString)) {}
+
+    bool NamesFoxPro() const {
+        return NamesDriver(u"FoxPro") || NamesDriver(u"dBase") || NamesProvider(u"VFPOLEDB") ||
+               (NamesJet() && HasProperty(u"dBase"));
     }
-    return value;
-}
-
-/// The keys, in lower case, and values of "key=value;key={value}".
-QMap<QString, QString> ParseConnectionString(const QString& text) {
-    QMap<QString, QString> values;
-    qsizetype start = 0;
-    int depth = 0;
-    for (qsizetype at = 0; at <= text.size(); ++at) {
-        const QChar character = at < text.size() ? text[at] : QChar(u';');
-        depth += character == u'{' ? 1 : 0;
-        depth -= character == u'}' ? 1 : 0;
-        if (character != u';' || (depth > 0 && at < text.size())) {
-            continue;
-        }
-        const QString part = text.mid(start, at - start);
-        const qsizetype equals = part.indexOf(u'=');
-        if (equals > 0) {
-            values.insert(part.left(equals).trimmed().toLower(), Unwrapped(part.mid(equals + 1)));
-        }
-        start = at + 1;
+    bool NamesText() const { return NamesDriver(u"Text Driver") || (NamesJet() && HasProperty(u"text")); }
+    bool NamesAccess() const {
+        const bool isOther = NamesJet() && !Value("extended properties").isEmpty();
+        return NamesDriver(u"Access Driver") || (NamesJet() && !isOther) || (!isOther && IsAccessFile(Path()));
     }
-    return values;
-}
 
-bool NamesFoxPro(const QMap<QString, QString>& values) {
-    const QString driver = values.value(QStringLiteral("driver"));
-    return driver.contains(u"FoxPro", Qt::CaseInsensitive) || driver.contains(u"dBase", Qt::CaseInsensitive) ||
-           values.value(QStringLiteral("provider")).startsWith(u"VFPOLEDB", Qt::CaseInsensitive);
-}
-
-bool NamesText(const QMap<QString, QString>& values) {
-    return values.value(QStringLiteral("driver")).contains(u"Text Driver", Qt::CaseInsensitive);
-}
-
-/// The folder that the tables stand in.
-QString FolderOf(const QMap<QString, QString>& values) {
-    QString folder;
-    for (const auto* key : {"data source", "sourcedb", "dbq", "defaultdir"}) {
-        folder = folder.isEmpty() ? values.value(QLatin1String(key)) : folder;
+    /// The file, or the folder that the tables stand in.
+    QString Path() const {
+        QString path;
+        for (const char* key : {"data source", "sourcedb", "dbq", "defaultdir", "database"}) {
+            path = path.isEmpty() ? Value(key) : path;
+        }
+        return path.replace(u'\\', u'/');
     }
-    return folder.replace(u'\\', u'/');
+
+    static bool IsAccessFile(const QString& path) {
+        return path.endsWith(u".mdb", Qt::CaseInsensitive) || path.endsWith(u".accdb", Qt::CaseInsensitive);
+    }
+
+private:
+    QString Value(const char* key) const { return odbc::Find(m_parts, QLatin1String(key)).value_or(QString()); }
+    bool NamesDriver(QStringView words) const { return Value("driver").contains(words, Qt::CaseInsensitive); }
+    bool NamesProvider(QStringView start) const { return Value("provider").startsWith(start, Qt::CaseInsensitive); }
+    bool NamesJet() const { return NamesProvider(u"Microsoft.Jet.OLEDB") || NamesProvider(u"Microsoft.ACE.OLEDB"); }
+    bool HasProperty(QStringView word) const {
+        return Value("extended properties").startsWith(word, Qt::CaseInsensitive);
+    }
+
+    odbc::Parts m_parts;
+};
+
+/// A database container (.dbc) stands in the folder of its tables.
+QString FoxProFolder(const QString& path) {
+    return path.endsWith(u".dbc", Qt::CaseInsensitive) ? QFileInfo(path).path() : path;
 }
 
-/// The same of FoxPro tables; a database container (.dbc) stands in it.
-QString FoxProFolder(const QMap<QString, QString>& values) {
-    const QString folder = FolderOf(values);
-    return folder.endsWith(u".dbc", Qt::CaseInsensitive) ? QFileInfo(folder).path() : folder;
+/// The Access file that stands where a data source or a database is named; empty for another name.
+QString AccessFileOf(const ConnectionSettings& settings) {
+    QString name = settings.dsn.isEmpty() ? settings.databaseName : settings.dsn;
+    return settings.connectionString.isEmpty() && FileSettings::IsAccessFile(name) ? name.replace(u'\\', u'/')
+                                                                                   : QString();
 }
 
 } // namespace
 
 std::unique_ptr<Engine> OpenFileSource(const ConnectionSettings& settings) {
-    const auto values = ParseConnectionString(settings.connectionString);
-    if (NamesText(values)) {
-        return OpenTextFolder(FolderOf(values), settings);
+    const FileSettings files(settings.connectionString);
+    if (files.NamesText()) {
+        return OpenTextFolder(files.Path(), settings);
     }
-    if (!NamesFoxPro(values)) {
-        return nullptr;
+    if (files.NamesFoxPro()) {
+        return OpenFoxProFolder(FoxProFolder(files.Path()), settings);
     }
-    return OpenFoxProFolder(FoxProFolder(values), settings);
+    if (files.NamesAccess()) {
+        return OpenAccessFile(files.Path(), settings);
+    }
+    const QString access = AccessFileOf(settings);
+    return access.isEmpty() ? nullptr : OpenAccessFile(access, settings);
 }
 
 } // namespace sources

@@ -5,11 +5,14 @@
 /// Databases that this program reads from files itself, without a vendor's driver.
 namespace sources {
 
-/// Opens the files that a connection string names: "Driver={Microsoft Visual FoxPro Driver};Data Source=FOLDER" (or a
-/// dBase driver, or the provider VFPOLEDB) opens a folder of dBase/FoxPro tables, "Driver={Microsoft Text Driver
-/// (*.txt;
-/// *.csv)};DBQ=FOLDER" one of text files. Null when the settings name something
-/// else. Raises `ImportError` naming the file.
+/// Opens the files that the settings name:
+/// - a folder of dBase/FoxPro tables: "Driver={Microsoft Visual FoxPro Driver};Data Source=FOLDER", a dBase driver, the
+///   provider VFPOLEDB, or that of Jet with the extended properties "dBASE IV";
+/// - a folder of text files: "Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=FOLDER", or Jet with "text";
+/// - an Access file: "Driver={Microsoft Access Driver (*.mdb, *.accdb)};DBQ=FILE", the providers Microsoft.Jet.OLEDB
+/// and
+///   Microsoft.ACE.OLEDB, any other string, DSN or database name that ends in .mdb or .accdb.
+/// Null when the settings name something else. Raises `ImportError` naming the file.
 std::unique_ptr<Engine> OpenFileSource(const ConnectionSettings& settings);
 
 } // namespace sources

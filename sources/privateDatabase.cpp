@@ -94,6 +94,11 @@ void PrivateTable::SetReal(int column, double value) {
     Check(sqlite3_bind_double(m_insert.get(), column + FirstParameter, value));
 }
 
+void PrivateTable::SetBytes(int column, QByteArrayView bytes) {
+    Check(sqlite3_bind_blob64(m_insert.get(), column + FirstParameter, bytes.data() == nullptr ? "" : bytes.data(),
+                              static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT));
+}
+
 void PrivateTable::AddRow(qint64 number) {
     Check(sqlite3_bind_int64(m_insert.get(), 1, number));
     if (sqlite3_step(m_insert.get()) != SQLITE_DONE) {

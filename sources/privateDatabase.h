@@ -52,6 +52,7 @@ public:
     void SetText(int column, QByteArrayView utf8);
     void SetInteger(int column, qint64 value);
     void SetReal(int column, double value);
+    void SetBytes(int column, QByteArrayView bytes);
     /// Adds the row and starts an empty one. @param number the row's number in its file, from 1
     void AddRow(qint64 number);
 

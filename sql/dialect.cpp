@@ -17,6 +17,10 @@ bool IsMomentLiteral(QStringView token) {
     return token.size() == pattern.size() && std::equal(token.begin(), token.end(), pattern.begin(), fits);
 }
 
+/// Whether a token is a date as Access or FoxPro writes it, whose files SQLite reads here: #2024/03/05 10:20:30#,
+/// {^2024/03/05}.
+bool IsForeignMoment(QStringView token) { return token.startsWith(u'#') || token.startsWith(u"{^"); }
+
 /// Whether a token is bytes as SQL Server writes them: 0xFFD8, two digits a byte.
 bool IsBytesLiteral(QStringView token) {
     return token.size() > 2 && token.size() % 2 == 0 && token.startsWith(u"0x", Qt::CaseInsensitive) &&
@@ -103,6 +107,9 @@ private:
     /// MySQL refuses '20240305 10:20:30', and in a condition takes it silently for no date at all.
     void AdaptLiteral() {
         QString literal = m_tokens.Take();
+        if (Sqlite() && IsForeignMoment(literal)) {
+            literal = u'\'' + literal.remove(u'/').remove(u'-').remove(u'^').mid(1).chopped(1) + u'\'';
+        }
         if (!Sqlite() && IsMomentLiteral(literal)) {
             literal.insert(7, u'-').insert(5, u'-');
         }
@@ -283,8 +290,9 @@ bool MayDiffer(const QString& statement, Dialect target) {
     const auto isWord = [&tokens](QLatin1String word) { return tokens.IsWord(word); };
     for (; !tokens.AtEnd(); tokens.Skip()) {
         const bool mySqlOnly = tokens.Current() == u'[' || IsMomentLiteral(tokens.View());
-        const bool bytes = target == Dialect::Sqlite && IsBytesLiteral(tokens.View());
-        if (bytes || (mySqlOnly && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
+        const bool sqliteOnly = target == Dialect::Sqlite && (IsBytesLiteral(tokens.View()) ||
+                                                              (tokens.IsOpaque() && IsForeignMoment(tokens.View())));
+        if (sqliteOnly || (mySqlOnly && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
             std::any_of(std::begin(Functions), std::end(Functions), isWord)) {
             return true;
         }

@@ -27,6 +27,12 @@ qsizetype SqlTokens::EndOfQuoted(QChar quote) const {
     return m_text.size();
 }
 
+qsizetype SqlTokens::EndOfMoment(QChar first, QChar next) const {
+    const bool isAccess = first == u'#' && next.isDigit();
+    const bool isFoxPro = first == u'{' && next == u'^';
+    return isAccess || isFoxPro ? m_text.indexOf(isAccess ? u'#' : u'}', m_start + 1) + 1 : 0;
+}
+
 void SqlTokens::Scan() {
     m_end = m_start;
     m_kind = Kind::Other;
@@ -37,7 +43,10 @@ void SqlTokens::Scan() {
     const qsizetype size = m_text.size();
     const QChar c = data[m_start];
     const QChar next = m_start + 1 < size ? data[m_start + 1] : QChar();
-    if (IsWordCharacter(c)) {
+    if (const qsizetype end = EndOfMoment(c, next); end > 0) {
+        m_kind = Kind::Opaque;
+        m_end = end;
+    } else if (IsWordCharacter(c)) {
         m_kind = Kind::Word;
         while (m_end < size && IsWordCharacter(data[m_end])) {
             ++m_end;

@@ -61,6 +61,8 @@ private:
     enum class Kind { Word, Space, Opaque, Bracket, Other };
     void Scan();
     qsizetype EndOfQuoted(QChar quote) const;
+    /// End of a date as Access ("#2024/03/05#") or FoxPro ("{^2024/03/05}") writes it; 0 for another token.
+    qsizetype EndOfMoment(QChar first, QChar next) const;
 
     const QString& m_text;
     qsizetype m_start = 0;

@@ -1,6 +1,8 @@
 #include "adapters/registry.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
+#include "sql/mod_ovTools.h"
+#include "tests/sources/mdbBytes.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestTarget.h"
 
@@ -18,6 +20,7 @@ private slots:
     void givesUp();
     void readsServerSettings();
     void opensASqliteFileForAServer();
+    void opensAnAccessFile();
     void readsSolutionIni();
     void closesTheFormerSource();
 };
@@ -145,6 +148,27 @@ void TestConnectSource::opensASqliteFileForAServer() {
     QCOMPARE(traced.size(), 1);
     CloseSource(target.Get());
     QVERIFY(!target.Get().Source);
+}
+
+void TestConnectSource::opensAnAccessFile() {
+    TestTarget target;
+    target.Get().Config.SetConfigFile(target.Folder.filePath("Quadrix.ini"));
+    const mdbBytes::Table orders{
+        "Ordini",
+        {{"Numero", 4, 4}, {"Data", 8, 8}},
+        {{mdbBytes::Raw(1), mdbBytes::Raw(45355.5)}, {mdbBytes::Raw(2), mdbBytes::Raw(45356.0)}}};
+    QFile file(target.Folder.filePath("os1.MDB"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(mdbBytes::Database({orders}));
+    file.close();
+    contract::Origin origin;
+    origin.name = "OS1";
+    QCOMPARE(ConnectSource(target.Get(), origin), SourceOutcome::Opened);
+    ovConnection& source = target.Get().SourceConnection();
+    const QString from = mod_ovTools::FormatSqlValue(QDate(2024, 3, 5), DataType::DateTime, source.ProviderType);
+    const Recordset rows = source.ExecuteWC("SELECT Numero, Data FROM Ordini WHERE Data >= " + from);
+    QCOMPARE(rows.Fields("Numero").Value().toInt(), 2);
+    QCOMPARE(rows.Fields("Data").Value().toDate(), QDate(2024, 3, 5));
 }
 
 void TestConnectSource::readsSolutionIni() {

@@ -49,6 +49,9 @@ void TestDialect::Adapted_data() {
     add("moment", "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
         "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
         "UPDATE T SET D = '2024-03-05 10:20:30', E = '20240305'");
+    add("moments of Access and FoxPro", "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}",
+        "SELECT #T1 FROM T WHERE D >= '20240305 10:20:30' AND E = '20240305'",
+        "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}");
     add("create",
         "CREATE TABLE dbo.T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C NVARCHAR(35) NULL,\r\n"
         "  M NTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);",

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "sources/AccessDatabase.h"
+#include "sources/privateDatabase.h"
+#include "sql/CodePage.h"
+
+#include <array>
+
+namespace sources {
+
+/// A table of an Access database, read forward one row at a time.
+///
+/// Texts stay as they are; an empty one is no Null. Numbers come as they were entered: a currency amount or a decimal
+/// with more digits than a double keeps stays a text. Dates come as text "yyyyMMdd hh:mm:ss", yes/no as 1 and 0, a
+/// replication number as "6BA7B810-9DAD-11D1-80B4-00C04FD430C8", pictures, objects and binary data as their bytes.
+class AccessTable {
+public:
+    /// Reads the definition. @param codePage page of the texts of Access 97 when the file tells none.
+    /// Raises `ImportError` when it is damaged.
+    AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry, const QString& codePage);
+
+    /// The columns, without those whose values are kept in tables of their own (attachments, lists of values), which
+    /// are not read: asking for one of them is an error.
+    const QVector<ColumnInfo>& Columns() const { return m_columns; }
+    /// Adds every row to a table with those columns. Raises `ImportError` naming row and column, and when there are
+    /// other rows than the definition announces.
+    void CopyRows(PrivateTable& target);
+
+private:
+    struct Free {
+        void operator()(MdbTableDef* table) const noexcept { mdb_free_tabledef(table); }
+    };
+    void ReadColumns();
+    void CopyRow(PrivateTable& target);
+    void CopyValue(PrivateTable& target, int column, const MdbField& field);
+    void CopyText(PrivateTable& target, int column, QByteArrayView bytes);
+    void CopyDateTime(PrivateTable& target, int column, double days);
+    QByteArray LongValue(MdbColumn& column, const MdbField& field);
+    QByteArrayView Fixed(const MdbField& field, qsizetype size) const;
+    MdbColumn& ColumnAt(int index) const;
+
+    MdbHandle* m_handle;
+    QString m_codePage;
+    CodePage m_page;
+    std::unique_ptr<MdbTableDef, Free> m_table;
+    QVector<ColumnInfo> m_columns;
+    QVector<int> m_indexes; ///< of the columns that are read, in the definition
+    std::array<MdbField, MDB_MAX_COLS> m_fields{};
+    QByteArray m_chunk; ///< a part of a long value
+};
+
+} // namespace sources
