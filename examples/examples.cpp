@@ -61,6 +61,21 @@ const QVector<Example>& Examples() {
          {"articoli", "distinte", "documenti"},
          MakeWinProgestServer},
         {"gescom", "Gescom: tabelle in un database", {"controparti", "articoli", "distinte", "documenti"}, MakeGescom},
+        {"arcaevolution",
+         "Arca Evolution: tabelle in un database",
+         {"controparti", "tabelle", "articoli", "documenti"},
+         MakeArcaEvolution},
+        {"lantek24",
+         "Lantek 24: database CAM",
+         {"controparti", "articoli", "distinte", "documenti", "produzione", "magazzino"},
+         MakeLantek24},
+        {"lantek30", "Lantek Expert 30: database CAM", {"articoli", "distinte", "magazzino"}, MakeLantek30},
+        {"automa", "AUTOMA: magazzino automatico delle lamiere", {"ubicazioni", "giacenze"}, MakeAutoma},
+        {"ferrobrio", "Ferrobrio: magazzino lamiere di un cliente", {"materiali", "giacenze"}, MakeFerrobrio},
+        {"tessera",
+         "Tessera: tabelle in un database",
+         {"controparti", "articoli", "distinte", "documenti"},
+         MakeTessera},
     };
     return examples;
 }

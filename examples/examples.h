@@ -48,5 +48,11 @@ Totals MakeArca2000(const Options& options);
 Totals MakeWinProgest(const Options& options);
 Totals MakeWinProgestServer(const Options& options);
 Totals MakeGescom(const Options& options);
+Totals MakeArcaEvolution(const Options& options);
+Totals MakeLantek24(const Options& options);
+Totals MakeLantek30(const Options& options);
+Totals MakeAutoma(const Options& options);
+Totals MakeFerrobrio(const Options& options);
+Totals MakeTessera(const Options& options);
 
 } // namespace examples

@@ -20,6 +20,10 @@ void QuadrixScript::DocumentReason(const QString& category, const QString& code,
             2);
 }
 
+void QuadrixScript::Material(const QString& externalCode, const QString& description) {
+    Replace(QStringLiteral("TAB_MAT"), {"CDMAT", "MADES", "MAEXT"}, {externalCode, description, externalCode}, 1);
+}
+
 void QuadrixScript::WorkCentre(const QString& code, const QString& description) {
     Replace(m_company + QStringLiteral("_LAV_ORA"), {"CDLAV", "LVDES"}, {code, description}, 1);
 }

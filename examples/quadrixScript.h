@@ -18,6 +18,8 @@ public:
     void VatCode(const QString& code, const QString& description, int rate);
     /// A document reason of the company. @param category e.g. "VEN" @param type e.g. "DDT"
     void DocumentReason(const QString& category, const QString& code, const QString& type);
+    /// A material, with the code that the source has for it.
+    void Material(const QString& externalCode, const QString& description);
     /// A work centre of the company.
     void WorkCentre(const QString& code, const QString& description);
     /// Writes "quadrix.sql". Raises `ExampleError`.

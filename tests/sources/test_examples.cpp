@@ -166,6 +166,10 @@ private slots:
                                                 "= FLRIEMOV WHERE CSRIEMOV LIKE 'LE%'");
         row("BV (DOC_VEN, DTGES): somma degli imponibili",
             "printf('%.2f', SUM(QSRIEMOV * IRRIEMOV)) FROM RIEMOV WHERE CSRIEMOV = 'BV'");
+        example = "arcaevolution";
+        row("CF: righe", "COUNT(*) FROM CF");
+        row("DOTotali: righe", "COUNT(*) FROM DOTotali d WHERE printf('%.2f', TotImponibileV) = (SELECT "
+                               "printf('%.2f', SUM(PrezzoTotaleV)) FROM DORig r WHERE r.Id_DOTes = d.Id_DOTes)");
     }
 
     void TotalsFollowFromTheTables() {
@@ -182,6 +186,53 @@ private slots:
         const QString expected = Total(made[example], total);
         QCOMPARE(Value(*engine, query).toString(), expected);
         QVERIFY(expected.toDouble() > 0);
+    }
+
+    void NamesWhatTheOtherSourceHas_data() {
+        QTest::addColumn<QString>("example");
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<QString>("other");
+        QTest::addColumn<QString>("has");
+        const QString products = "SELECT PrdRef FROM PPRR_PPRR_00000100";
+        QTest::newRow("suppliers of the CAM") << "lantek24"
+                                              << "SELECT SuppRef FROM SSHH_PPOO_00000100 WHERE SuppRef <> 'F999999'"
+                                              << "arcaevolution"
+                                              << "SELECT Cd_CF FROM CF WHERE Fornitore";
+        QTest::newRow("products of the CAM") << "lantek30" << products << "lantek24" << products;
+        QTest::newRow("automatic warehouse") << "automa"
+                                             << "SELECT COD_ARTICOLO FROM GIACENZE WHERE COD_ARTICOLO <> 'NON-CE'"
+                                             << "lantek24" << products;
+        QTest::newRow("store of a customer") << "ferrobrio"
+                                             << "SELECT Codice FROM Giacenze WHERE Codice <> 'NON-CE'"
+                                             << "lantek24" << products;
+        const QString components = "SELECT CodArt FROM DisBasR WHERE CodArt <> 'NON-CE'";
+        QTest::newRow("components") << "tessera" << components << "tessera"
+                                    << "SELECT CodArt FROM Artic";
+        QTest::newRow("no component is a head")
+            << "tessera" << components << "tessera"
+            << "SELECT CodArt FROM Artic WHERE CodArt NOT IN (SELECT CodArt FROM DisBasT)";
+        QTest::newRow("rows that a document carries out")
+            << "arcaevolution"
+            << "SELECT Id_DORig_Evade || Cd_AR || Qta FROM DORig WHERE Id_DORig_Evade IS NOT NULL"
+            << "arcaevolution"
+            << "SELECT Id_DORig || Cd_AR || Qta FROM DORig";
+    }
+
+    void NamesWhatTheOtherSourceHas() {
+        QFETCH(QString, example);
+        QFETCH(QString, names);
+        QFETCH(QString, other);
+        QFETCH(QString, has);
+        const QTemporaryDir left;
+        const QTemporaryDir right;
+        MakeIn(example, left.path(), 200);
+        MakeIn(other, right.path(), 200);
+        const QStringList there = Values(*OpenExample(right.path()), has).split(',');
+        const QStringList named = Values(*OpenExample(left.path()), names).split(',');
+        QVERIFY(named.size() > 5);
+        for (const QString& name : named) {
+            QVERIFY2(there.contains(name), qPrintable(name));
+        }
     }
 
     void WritesTheSameValuesToFilesAndDatabases() {

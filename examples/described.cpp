@@ -1,0 +1,69 @@
+#include "examples/described.h"
+
+#include "examples/SqliteWriter.h"
+
+namespace examples::described {
+
+namespace {
+
+/// @param odd what the row differs by; null for a row that follows the rules
+void AddRow(TableWriter& writer, const Table& table, const Options& options, qint64 row, const OddRow* odd) {
+    for (const Field& field : table.fields) {
+        const QByteArray& name = field.column.name;
+        if (field.rule) {
+            writer.Set(name.constData(), field.rule({options, row, StreamOf(table.name.toLatin1() + '.' + name)}));
+        }
+    }
+    if (odd != nullptr) {
+        for (const auto& [column, value] : *odd) {
+            writer.Set(column, value);
+        }
+    }
+    writer.Add();
+}
+
+qint64 WriteTable(Store& store, const Table& table, const Options& options) {
+    QVector<Column> columns;
+    for (const Field& field : table.fields) {
+        columns.append(field.column);
+    }
+    const auto writer = store.Create(table.name, columns);
+    qint64 row = 0;
+    for (const qint64 count = table.rows(options); row < count; ++row) {
+        AddRow(*writer, table, options, row, nullptr);
+    }
+    for (const OddRow& odd : table.odd) {
+        AddRow(*writer, table, options, row++, &odd);
+    }
+    writer->Finish();
+    for (const QStringList& index : table.indexes) {
+        store.AddIndex(table.name, index);
+    }
+    return row;
+}
+
+} // namespace
+
+quint64 StreamOf(const QByteArray& name) {
+    // FNV-1a
+    quint64 hash = 0xcbf29ce484222325U;
+    for (const char character : name) {
+        hash = (hash ^ static_cast<quint8>(character)) * 0x100000001b3U;
+    }
+    return hash;
+}
+
+Totals Write(const QString& file, const QVector<Table>& tables, const Options& options, const QuadrixScript& script) {
+    SqliteFile store(options.folder + u'/' + file);
+    Totals totals;
+    for (const Table& table : tables) {
+        if (IsAsked(options, table.group)) {
+            totals.append({table.name + QStringLiteral(": righe"), QString::number(WriteTable(store, table, options))});
+        }
+    }
+    store.Finish();
+    script.Write(options.folder);
+    return totals;
+}
+
+} // namespace examples::described

@@ -1,0 +1,102 @@
+#include "examples/describedRules.h"
+#include "examples/italian.h"
+
+#include <algorithm>
+
+namespace examples::described {
+
+namespace {
+
+constexpr qint64 SharedEvery = 10; ///< one supplier in so many is a customer as well
+
+/// The number of the identity of a counterparty.
+qint64 WhoOf(const Place& place) {
+    const qint64 supplier = place.row - Customers(place.options);
+    const bool isCustomerToo = supplier > 0 && supplier % SharedEvery == 0;
+    return isCustomerToo ? supplier : place.row;
+}
+
+Rule OfIdentity(const std::function<QString(const italian::Identity&)>& part) {
+    return
+        [part](const Place& place) { return QVariant(part(italian::MakeIdentity(place.options.seed, WhoOf(place)))); };
+}
+
+/// Somebody's name, one word of it.
+Rule OfPerson(int word) {
+    return [word](const Place& place) {
+        Random random(place.options.seed, StreamOf("person"), static_cast<quint64>(place.row));
+        return QVariant(italian::MakePerson(random).section(u' ', word, word == 0 ? 0 : -1));
+    };
+}
+
+Rule OfTown(quint64 stream, const std::function<QString(Random&, const italian::Town&)>& part) {
+    return [=](const Place& place) {
+        Random random(place.options.seed, stream, static_cast<quint64>(place.row));
+        const italian::Town& town = italian::MakeTown(random);
+        return QVariant(part(random, town));
+    };
+}
+
+} // namespace
+
+qint64 Customers(const Options& options) { return options.rows - Suppliers(options); }
+
+qint64 Suppliers(const Options& options) { return std::max<qint64>(1, options.rows * 3 / 10); }
+
+qint64 Counterparties(const Options& options) { return options.rows; }
+
+Rule CompanyName(int length) {
+    return OfIdentity([length](const italian::Identity& who) { return who.name.left(length).trimmed(); });
+}
+
+Rule VatNumber() {
+    return OfIdentity([](const italian::Identity& who) { return who.vatNumber; });
+}
+
+Rule TaxCode() {
+    return OfIdentity([](const italian::Identity& who) { return who.taxCode; });
+}
+
+Rule FirstName() { return OfPerson(0); }
+
+Rule LastName() { return OfPerson(1); }
+
+Rule OnInternet(const QString& prefix) {
+    return [prefix](const Place& place) {
+        return QVariant(prefix + QStringLiteral("ditta%1.example").arg(place.row + 1));
+    };
+}
+
+Rule Address::Street() const {
+    return OfTown(m_stream, [](Random& random, const italian::Town&) {
+        const QString street = italian::MakeStreet(random);
+        return QString(street + u", " + italian::MakeHouseNumber(random));
+    });
+}
+
+Rule Address::PostCode() const {
+    return OfTown(m_stream, [](Random&, const italian::Town& town) { return QString::fromUtf16(town.postCode); });
+}
+
+Rule Address::Town() const {
+    return OfTown(m_stream, [](Random&, const italian::Town& town) { return QString::fromUtf16(town.name); });
+}
+
+Rule Address::Province() const {
+    return OfTown(m_stream, [](Random&, const italian::Town& town) { return QString::fromUtf16(town.province); });
+}
+
+Rule Address::Telephone() const {
+    return OfTown(m_stream,
+                  [](Random& random, const italian::Town& town) { return italian::MakeTelephone(random, town); });
+}
+
+Rule Iban() {
+    return [](const Place& place) {
+        Random random = place.Draw();
+        const italian::Bank bank = italian::MakeBank(random);
+        return QVariant(italian::MakeIban(bank.check, bank.abi, bank.cab, bank.account));
+    };
+}
+
+} // namespace examples::described

@@ -1,0 +1,170 @@
+#include "examples/describedRules.h"
+
+#include "examples/articles.h"
+
+namespace examples::described {
+
+namespace {
+
+const QDate FirstDay(2024, 1, 2);
+constexpr qint64 VatRate = 22;
+
+double Euro(qint64 cents) { return static_cast<double>(cents) / 100; }
+
+} // namespace
+
+Rule Fixed(const QVariant& value) {
+    return [value](const Place&) { return value; };
+}
+
+Rule Code(const QString& prefix, int digits, qint64 first) {
+    return [=](const Place& place) {
+        return QVariant(prefix + QStringLiteral("%1").arg(place.row + first, digits, 10, QLatin1Char('0')));
+    };
+}
+
+Rule OneOf(const QVariantList& values) {
+    return [values](const Place& place) { return values[static_cast<int>(place.Draw().Below(values.size()))]; };
+}
+
+Rule Whole(qint64 from, qint64 to) {
+    return [=](const Place& place) { return QVariant(place.Draw().Between(from, to)); };
+}
+
+Rule Number(double from, double to, int decimals) {
+    return [=](const Place& place) { return QVariant(place.Draw().Amount(from, to, decimals)); };
+}
+
+Rule Chance(int percent, const Rule& then, const Rule& otherwise) {
+    return [=](const Place& place) {
+        // Another stream than that of the value: which values come up does not hang on whether they do.
+        const Place draw{place.options, place.row, place.stream + 1};
+        const Rule& chosen = draw.Draw().Chance(percent) ? then : otherwise;
+        return chosen ? chosen(place) : QVariant();
+    };
+}
+
+Rule Flag(int percent) {
+    return [percent](const Place& place) { return QVariant(place.Draw().Chance(percent)); };
+}
+
+Rule Day(int days) {
+    return
+        [days](const Place& place) { return QVariant(FirstDay.addDays(place.Draw().Below(days)).startOfDay(Qt::UTC)); };
+}
+
+Rule ArticleText() {
+    return [](const Place& place) {
+        Random random = place.Draw();
+        return QVariant(ArticleName(random));
+    };
+}
+
+QVector<Field> Unused(const QVector<QByteArray>& columns) {
+    constexpr int length = 40;
+    QVector<Field> fields;
+    for (const QByteArray& column : columns) {
+        fields.append(Field{{column, 'C', length}, {}});
+    }
+    return fields;
+}
+
+Rule With(const std::function<qint64(qint64)>& row, const Rule& rule) {
+    return [=](const Place& place) { return rule ? rule(place.At(row(place.row))) : QVariant(); };
+}
+
+Rule OfParent(qint64 rows, const Rule& rule) {
+    return With([rows](qint64 row) { return row / rows; }, rule);
+}
+
+Rule Line(qint64 rows) {
+    return [rows](const Place& place) { return QVariant(place.row % rows + 1); };
+}
+
+Rule Turn(qint64 rows, const QVector<Rule>& rules) {
+    return [=](const Place& place) {
+        const Rule& rule = rules[static_cast<int>(place.row / rows % rules.size())];
+        return rule ? rule(place) : QVariant();
+    };
+}
+
+Rule AnyOf(const Count& count, const Rule& rule) {
+    return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
+}
+
+Rule Kinds(const QVector<Kind>& kinds) {
+    return [kinds](const Place& place) {
+        qint64 row = place.row;
+        for (const Kind& kind : kinds) {
+            const qint64 count = kind.rows(place.options);
+            if (row < count || &kind == &kinds.last()) {
+                return kind.rule ? kind.rule(place.At(row)) : QVariant();
+            }
+            row -= count;
+        }
+        return QVariant();
+    };
+}
+
+Count Times(qint64 factor, const Count& count) {
+    return [=](const Options& options) { return factor * count(options); };
+}
+
+Count Exactly(qint64 count) {
+    return [count](const Options&) { return count; };
+}
+
+Count EachOf(qint64 rows) {
+    return [rows](const Options& options) { return options.rows / rows + 1; };
+}
+
+// --- Amounts ------------------------------------------------------------------------------------------------------
+
+Amounts::Amounts(const QByteArray& name, qint64 lines, std::function<qint64(qint64)> key)
+    : m_stream(StreamOf(name)),
+      m_lines(lines),
+      m_key(std::move(key)) {}
+
+Amount Amounts::Of(const Options& options, qint64 row) const {
+    Random random(options.seed, m_stream, static_cast<quint64>(m_key ? m_key(row) : row));
+    return MakeAmount(random, false);
+}
+
+qint64 Amounts::NetCents(const Options& options, qint64 head) const {
+    qint64 cents = 0;
+    for (qint64 line = 0; line < m_lines; ++line) {
+        cents += Of(options, head * m_lines + line).cents;
+    }
+    return cents;
+}
+
+Rule Amounts::Quantity() const {
+    return [self = *this](const Place& place) { return QVariant(self.Of(place.options, place.row).quantity); };
+}
+
+Rule Amounts::Price() const {
+    return [self = *this](const Place& place) { return QVariant(self.Of(place.options, place.row).price); };
+}
+
+Rule Amounts::RowTotal() const {
+    return [self = *this](const Place& place) { return QVariant(Euro(self.Of(place.options, place.row).cents)); };
+}
+
+Rule Amounts::Net() const {
+    return [self = *this](const Place& place) { return QVariant(Euro(self.NetCents(place.options, place.row))); };
+}
+
+Rule Amounts::Vat() const {
+    return [self = *this](const Place& place) {
+        return QVariant(Euro((self.NetCents(place.options, place.row) * VatRate + 50) / 100));
+    };
+}
+
+Rule Amounts::Gross() const {
+    return [self = *this](const Place& place) {
+        const qint64 net = self.NetCents(place.options, place.row);
+        return QVariant(Euro(net + (net * VatRate + 50) / 100));
+    };
+}
+
+} // namespace examples::described
