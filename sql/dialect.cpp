@@ -262,8 +262,6 @@ private:
             Replace(QStringLiteral("VARCHAR"));
         } else if (Is(QLatin1String("NCHAR")) && m_tokens.IsCall()) {
             Replace(QStringLiteral("CHAR"));
-        } else if (Is(QLatin1String("BIT"))) {
-            Replace(QStringLiteral("TINYINT(1)"));
         } else {
             Copy();
         }

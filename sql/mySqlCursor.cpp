@@ -16,13 +16,13 @@ QVariant Whole(const QString& text, const MYSQL_FIELD& field) {
                                                                   : QVariant(text.toLongLong());
 }
 
-/// A bit column comes as its bytes, the highest first.
-QVariant Bits(const QByteArray& bytes) {
+/// A bit column comes as its bytes, the highest first; one bit is a yes or a no.
+QVariant Bits(const QByteArray& bytes, const MYSQL_FIELD& field) {
     qulonglong number = 0;
     for (const char byte : bytes) {
         number = (number << 8U) | static_cast<unsigned char>(byte);
     }
-    return number;
+    return field.length == 1 ? QVariant(number != 0) : QVariant(number);
 }
 
 /// The value, or the text itself when it is none ("0000-00-00").
@@ -62,7 +62,7 @@ QVariant ReadValue(const QByteArray& bytes, const MYSQL_FIELD& field) {
     case MYSQL_TYPE_TIME:
         return OrText(QTime::fromString(text, Qt::ISODateWithMs), text);
     case MYSQL_TYPE_BIT:
-        return Bits(bytes);
+        return Bits(bytes, field);
     default:
         return field.charsetnr == BinaryCharset ? QVariant(QByteArray(bytes.constData(), bytes.size()))
                                                 : QVariant(text);

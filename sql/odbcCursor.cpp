@@ -10,6 +10,15 @@ namespace {
 // Types of columns as ODBC numbers them.
 constexpr int SqlNumeric = 2;
 constexpr int SqlDecimal = 3;
+constexpr int SqlBit = -7;
+
+OdbcCursor::Kind KindOf(int type) {
+    if (type == SqlNumeric || type == SqlDecimal) {
+        return OdbcCursor::Kind::Decimal;
+    }
+    return type == SqlBit ? OdbcCursor::Kind::Bit : OdbcCursor::Kind::Plain;
+}
+
 } // namespace
 
 OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, QSqlQuery query, QString statement)
@@ -20,7 +29,7 @@ OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, QSqlQuery que
     for (int column = 0; column < record.count(); ++column) {
         const QSqlField field = record.field(column);
         m_columns.append(field.name());
-        m_decimal.append(field.typeID() == SqlNumeric || field.typeID() == SqlDecimal);
+        m_kinds.append(KindOf(field.typeID()));
     }
 }
 
@@ -51,14 +60,18 @@ QVariant OdbcCursor::Value(int column) const {
 }
 
 QVariant OdbcCursor::Read(int column) const {
-    m_query.setNumericalPrecisionPolicy(m_decimal.at(column) ? QSql::HighPrecision : QSql::LowPrecisionDouble);
+    const bool isDecimal = m_kinds.at(column) == Kind::Decimal;
+    m_query.setNumericalPrecisionPolicy(isDecimal ? QSql::HighPrecision : QSql::LowPrecisionDouble);
     const QVariant value = m_query.value(column);
     if (value.isNull()) {
         return {};
     }
+    if (m_kinds.at(column) == Kind::Bit) {
+        return value.toBool();
+    }
     switch (value.typeId()) {
     case QMetaType::QString:
-        return m_decimal.at(column) ? NumberOfText(value.toString()) : value;
+        return isDecimal ? NumberOfText(value.toString()) : value;
     case QMetaType::Int:
     case QMetaType::UInt:
         return value.toLongLong();

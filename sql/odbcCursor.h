@@ -9,6 +9,9 @@ class OdbcConnection;
 /// The rows of a query that Qt Sql reads forward.
 class OdbcCursor final : public Cursor {
 public:
+    /// How the values of a column are read: the digits of a decimal must not pass through a double.
+    enum class Kind { Plain, Decimal, Bit };
+
     /// @param connection kept alive until the cursor goes
     OdbcCursor(std::shared_ptr<OdbcConnection> connection, QSqlQuery query, QString statement);
     ~OdbcCursor() override;
@@ -26,6 +29,6 @@ private:
     mutable QSqlQuery m_query;
     QString m_statement;
     QStringList m_columns;
-    QVector<bool> m_decimal;         ///< columns whose digits must not pass through a double
+    QVector<Kind> m_kinds;
     mutable QVector<QVariant> m_row; ///< values read so far: a driver gives them in their order only
 };

@@ -59,7 +59,7 @@ void TestDialect::Adapted_data() {
         "NULL,"
         "\r\n  M NTEXT COLLATE NOCASE NULL,\r\n  D DATETIME TEXT NULL,\r\n  B BIT NOT NULL DEFAULT (0)\r\n   \r\n);",
         "CREATE TABLE T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C VARCHAR(35) NULL,\r\n"
-        "  M LONGTEXT NULL,\r\n  D DATETIME NULL,\r\n  B TINYINT(1) NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);");
+        "  M LONGTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);");
     add("create with a collation", "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
         "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
         "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I CHAR(36), O LONGBLOB)");

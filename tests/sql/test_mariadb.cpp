@@ -1,6 +1,6 @@
 #include "sql/ovQueryConstructor.h"
-#include "tests/sql/MariaDbServer.h"
 #include "tests/support/errorOf.h"
+#include "tests/support/MariaDbServer.h"
 #include "tests/support/QuadrixTest.h"
 
 /// Values, columns and refused statements, through the server's own client and through ODBC.
@@ -47,7 +47,7 @@ void TestMariaDb::ValuesComeBack() {
          DataType::Date},
         {"CTIM", DataType::VarChar, QTime(12, 34, 56), "12:34:56", DataType::Time},
         {"CDTM", DataType::DateTime, moment, moment},
-        {"CBIT", DataType::Bit, true, 1LL},
+        {"CBIT", DataType::Bit, true, true},
         {"CNULL", DataType::VarChar, QVariant(), QVariant()},
         {"CEMPTY", DataType::VarChar, "", ""},
         {"CGUID", DataType::Char, "6F9619FF-8B86-D011-B42D-00CF4FC964FF", "6F9619FF-8B86-D011-B42D-00CF4FC964FF"},
