@@ -53,6 +53,9 @@ public:
     virtual QVector<ColumnInfo> Columns(const QString& table) = 0;
     /// Switches every trigger of a table off or on again, with lasting effect.
     virtual void SetTriggersEnabled(const QString& table, bool enabled) = 0;
+    /// Statement after which the rows of a table that was just emptied are numbered from 1 again; empty where TRUNCATE
+    /// sees to it.
+    virtual QString RestartStatement(const QString& /*table*/) { return {}; }
 };
 
 /// How a database is reached.

@@ -105,6 +105,13 @@ public:
         Run(QStringLiteral("RELEASE triggers"));
     }
 
+    QString RestartStatement(const QString& table) override {
+        const QString numbers = QStringLiteral("sqlite_sequence"); // there once a table has an identity column
+        return Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = ") + Literal(numbers)).isEmpty()
+                   ? QString()
+                   : QString("DELETE FROM " + numbers + " WHERE name = " + Literal(table) + " COLLATE NOCASE");
+    }
+
 private:
     static constexpr int BusyMilliseconds = 5000;
 

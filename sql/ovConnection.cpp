@@ -5,11 +5,13 @@
 
 namespace {
 
+const QString TruncateTable = QStringLiteral("TRUNCATE TABLE ");
+
+bool IsTruncate(const QString& statement) { return statement.startsWith(TruncateTable, Qt::CaseInsensitive); }
+
 /// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them.
 QString Revocable(const QString& statement) {
-    static const QString truncate = QStringLiteral("TRUNCATE TABLE ");
-    const bool truncates = statement.startsWith(truncate, Qt::CaseInsensitive);
-    return truncates ? QString("DELETE FROM " + statement.mid(truncate.size())) : statement;
+    return IsTruncate(statement) ? QString("DELETE FROM " + statement.mid(TruncateTable.size())) : statement;
 }
 
 } // namespace
@@ -75,8 +77,20 @@ qint64 ovConnection::Execute(const QString& statement) {
         }
         const QString text = dialect::Adapt(m_inTransaction ? Revocable(statement) : statement, engine.TextDialect());
         Show(text);
-        return engine.Run(text);
+        const qint64 rows = engine.Run(text);
+        if (IsTruncate(statement)) {
+            RestartNumbers(engine, statement.mid(TruncateTable.size()).trimmed());
+        }
+        return rows;
     });
+}
+
+void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
+    const QString restart = engine.RestartStatement(table);
+    if (!restart.isEmpty()) {
+        Show(restart);
+        engine.Run(restart);
+    }
 }
 
 Recordset ovConnection::ExecuteWC(const QString& query) {

@@ -26,7 +26,7 @@ public:
     QString Password;
     QString DSN;
     QString ConnectionString; ///< honoured as written when not empty
-    QString Driver;          ///< ODBC driver; empty for the usual one of the provider
+    QString Driver;           ///< ODBC driver; empty for the usual one of the provider
     bool NetworkCredential = false;
     bool Embedded = false; ///< the SQLite file DatabaseName, spoken to in the text of SQL Server
     bool QuadrixProduct = false;
@@ -61,8 +61,8 @@ public:
     void ExecuteScript(const QString& script);
     /// Runs a stored procedure with the fields of `parameters` as its arguments.
     void ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters);
-    /// Opens a transaction. Without one every statement commits by itself. Within it a TRUNCATE runs as a DELETE, so that
-    /// it can be taken back.
+    /// Opens a transaction. Without one every statement commits by itself. Within it a TRUNCATE runs as a DELETE, so
+    /// that it can be taken back.
     void BeginTrans();
     /// Commits the open transaction; does nothing when none is open.
     void CommitTrans();
@@ -86,7 +86,9 @@ public:
 private:
     Engine& Opened(const QString& statement) const;
     void Show(const QString& statement) const;
-    template<class Work> auto WithDecision(const Work& work);
+    void RestartNumbers(Engine& engine, const QString& table) const;
+    template<class Work>
+    auto WithDecision(const Work& work);
     std::unique_ptr<Engine> OpenEngine() const;
 
     std::unique_ptr<Engine> m_engine;
