@@ -56,9 +56,10 @@ QString OutcomeText(RunResult::Outcome outcome) {
 
 } // namespace
 
-Fixture::Fixture(const QString& folder, const contract::Origin& origin)
+Fixture::Fixture(const QString& folder, const contract::Origin& origin, TestTarget::On engine)
     : m_folder(folder),
-      m_origin(origin) {
+      m_origin(origin),
+      m_target(engine) {
     MakeSource();
     const QString settings = m_target.Folder.filePath("Quadrix.ini");
     QString own = Read("settings.ini");
@@ -137,23 +138,8 @@ void Fixture::Run() {
     }
 }
 
-void Fixture::RunLine(const QString& line) {
+void Fixture::OpenSource() {
     Session& session = m_target.Get();
-    const QStringList words = line.split(' ', Qt::SkipEmptyParts);
-    const auto procedure = std::find_if(m_origin.procedures.begin(), m_origin.procedures.end(),
-                                        [&](const contract::Procedure& one) { return one.name == words.first(); });
-    if (procedure == m_origin.procedures.end()) {
-        throw ImportError(m_origin.module + " non ha la procedura " + words.first());
-    }
-    for (const QString& answer : ListOf(words, "answers")) {
-        m_target.Person.Answers.push_back(answer == "si");
-    }
-    for (const QString& input : ListOf(words, "inputs")) {
-        m_target.Person.Inputs.emplace_back(input);
-    }
-    m_statements += "-- " + line + "\n";
-    m_target.Person.Events.clear();
-    session.Errors.Action = ErrorAction::Ignore;
     session.Source = std::make_unique<ovConnection>();
     session.Source->Errors = &session.Errors;
     session.Source->OpenFiles = sources::OpenFileSource;
@@ -164,7 +150,32 @@ void Fixture::RunLine(const QString& line) {
     session.Source->Trace = [this](const QString& statement) {
         m_statements += "-- " + QString(statement).remove('\n').replace('\r', "\n-- ") + "\n";
     };
-    procedure->run(session, ListOf(words, "code").value(0), words.contains("reset"));
+}
+
+void Fixture::Call(const QString& line) {
+    const QStringList words = line.split(' ', Qt::SkipEmptyParts);
+    const auto procedure = std::find_if(m_origin.procedures.begin(), m_origin.procedures.end(),
+                                        [&](const contract::Procedure& one) { return one.name == words.first(); });
+    if (procedure == m_origin.procedures.end()) {
+        throw ImportError(m_origin.module + " non ha la procedura " + words.first());
+    }
+    procedure->run(m_target.Get(), ListOf(words, "code").value(0), words.contains("reset"));
+}
+
+void Fixture::RunLine(const QString& line) {
+    Session& session = m_target.Get();
+    const QStringList words = line.split(' ', Qt::SkipEmptyParts);
+    for (const QString& answer : ListOf(words, "answers")) {
+        m_target.Person.Answers.push_back(answer == "si");
+    }
+    for (const QString& input : ListOf(words, "inputs")) {
+        m_target.Person.Inputs.emplace_back(input);
+    }
+    m_statements += "-- " + line + "\n";
+    m_target.Person.Events.clear();
+    session.Errors.Action = ErrorAction::Ignore;
+    OpenSource();
+    Call(line);
     session.Source.reset();
     const RunResult& result = session.Results.last();
     m_outcome.append(

@@ -15,10 +15,18 @@
 /// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
 public:
-    Fixture(const QString& folder, const contract::Origin& origin);
+    Fixture(const QString& folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded);
 
     /// Runs every procedure of "run.txt".
     void Run();
+    /// Runs the procedure of one line of "run.txt".
+    void RunLine(const QString& line);
+    /// Opens the source, as the window does before a procedure.
+    void OpenSource();
+    /// Runs the procedure of a line over the source that is open; nothing is kept for `Outcome`.
+    void Call(const QString& line);
+    /// Every row of the target, each as a text with its columns that hold something.
+    QStringList TargetRows();
     /// Messages, account, log lines and the rows that are in the target and were not before.
     QString Outcome();
     /// Every statement, the source's as comments.
@@ -35,8 +43,6 @@ private:
     void MakeSource();
     void CopyFiles(const QString& to) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
-    void RunLine(const QString& line);
-    QStringList TargetRows();
 
     QString m_folder;
     const contract::Origin& m_origin;

@@ -1,5 +1,5 @@
-#include "tests/sql/MariaDbServer.h"
 #include "tests/support/errorOf.h"
+#include "tests/support/MariaDbServer.h"
 #include "tests/support/QuadrixTest.h"
 
 #include <QElapsedTimer>

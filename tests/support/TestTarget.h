@@ -2,6 +2,7 @@
 
 #include "core/createDatabase.h"
 #include "core/Session.h"
+#include "tests/support/MariaDbServer.h"
 #include "tests/support/ScriptedOperator.h"
 
 #include <QTemporaryDir>
@@ -9,24 +10,35 @@
 /// A session over a Quadrix database of its own, with company "X01" chosen. Its today is 5 March 2024.
 class TestTarget {
 public:
-    enum class On { Embedded, MariaDb };
+    /// The last two share a company on the MariaDB server, reached through its own client or through ODBC, that is made
+    /// once and put back as it was for every further target, as making one takes the server seconds; databases that a
+    /// test makes beside it, and columns that it changes, are not put back.
+    enum class On { Embedded, MariaDb, MariaDbAgain, OdbcAgain };
 
     /// Whether the test script has started a MariaDB server.
-    static bool HasMariaDb() { return Server().size() == 5; }
+    static bool HasMariaDb() { return MariaDbServer().IsThere(); }
 
     explicit TestTarget(On engine = On::Embedded)
         : m_session(Person),
           m_engine(engine) {
         m_session.Now = [] { return QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30)); };
         m_session.LogFile = Folder.filePath("import.log");
-        engine == On::Embedded ? OpenEmbedded() : OpenMariaDb();
-        AddCompany("X01", "Prova Uno S.r.l.");
+        if (engine == On::Embedded) {
+            OpenEmbedded();
+            AddCompany("X01", Company);
+        } else if (engine == On::MariaDb) {
+            MakeDatabase(OwnDatabase);
+            OpenMariaDb(OwnDatabase);
+            AddCompany("X01", Company);
+        } else {
+            OpenAgain();
+        }
         Choose("X01");
         m_session.Errors.Action = ErrorAction::Abort;
     }
     ~TestTarget() {
         if (m_engine == On::MariaDb) {
-            m_session.Quadrix.Execute("DROP DATABASE quadrix_target");
+            Execute("DROP DATABASE " + OwnDatabase);
         }
     }
     TestTarget(const TestTarget&) = delete;
@@ -67,7 +79,10 @@ public:
     ScriptedOperator Person;
 
 private:
-    static QStringList Server() { return qEnvironmentVariable("QUADRIX_TEST_MARIADB").split('|'); }
+    static inline const QString Company = QStringLiteral("Prova Uno S.r.l.");
+    static inline const QString OwnDatabase = QStringLiteral("quadrix_target");
+    static inline const QString SharedDatabase = QStringLiteral("quadrix_again");
+    static inline const QString StartDatabase = QStringLiteral("quadrix_start"); ///< the shared one as it was made
 
     void OpenEmbedded() {
         m_session.Quadrix.Embedded = true;
@@ -75,20 +90,47 @@ private:
         m_session.Quadrix.OpenConnection();
     }
 
-    void OpenMariaDb() {
-        const QStringList server = Server();
-        ovConnection& quadrix = m_session.Quadrix;
-        quadrix.ProviderType = Provider::MySql;
-        quadrix.Server = server.at(0) + ':' + server.at(1);
-        quadrix.User = server.at(2);
-        quadrix.Password = server.at(3);
-        quadrix.DatabaseName = server.at(4);
-        quadrix.OpenConnection();
-        quadrix.Execute("DROP DATABASE IF EXISTS quadrix_target");
-        quadrix.Execute("CREATE DATABASE quadrix_target CHARACTER SET utf8mb4");
-        quadrix.CloseConnection();
-        quadrix.DatabaseName = "quadrix_target";
-        quadrix.OpenConnection();
+    void OpenMariaDb(const QString& database) {
+        MariaDbServer().Set(m_session.Quadrix, m_engine == On::OdbcAgain ? "ODBC" : "client", database);
+        m_session.Quadrix.OpenConnection();
+    }
+
+    static void MakeDatabase(const QString& name) {
+        const auto server = MariaDbServer().Open();
+        server->Execute("DROP DATABASE IF EXISTS " + name);
+        server->Execute("CREATE DATABASE " + name + " CHARACTER SET utf8mb4");
+    }
+
+    void OpenAgain() {
+        static bool isMade = false;
+        if (isMade) {
+            OpenMariaDb(SharedDatabase);
+            PutBackStart();
+            return;
+        }
+        MakeDatabase(SharedDatabase);
+        MakeDatabase(StartDatabase);
+        OpenMariaDb(SharedDatabase);
+        AddCompany("X01", Company);
+        for (const QString& table : UsedTables(SharedDatabase)) {
+            Execute("CREATE TABLE " + StartDatabase + "." + table + " AS SELECT * FROM " + table);
+        }
+        isMade = true;
+    }
+
+    /// Tables of a database that hold rows, or have held some.
+    QStringList UsedTables(const QString& database) {
+        return Rows("SELECT TABLE_NAME FROM information_schema.TABLES WHERE TABLE_SCHEMA = '" + database +
+                    "' AND (AUTO_INCREMENT > 1 OR AUTO_INCREMENT IS NULL) ORDER BY TABLE_NAME");
+    }
+
+    void PutBackStart() {
+        for (const QString& table : UsedTables(SharedDatabase)) {
+            Execute("TRUNCATE TABLE " + table);
+        }
+        for (const QString& table : UsedTables(StartDatabase)) {
+            Execute("INSERT INTO " + table + " SELECT * FROM " + StartDatabase + "." + table);
+        }
     }
 
     static QString Text(const QVariant& value) { return value.isNull() ? QString("NULL") : value.toString(); }
