@@ -3,7 +3,8 @@
 #include "sql/errors.h"
 
 Recordset::Recordset(std::unique_ptr<Cursor> cursor, QString query)
-    : m_cursor(std::move(cursor)), m_query(std::move(query)) {
+    : m_cursor(std::move(cursor)),
+      m_query(std::move(query)) {
     MoveNext();
 }
 
@@ -11,7 +12,6 @@ void Recordset::MoveNext() { m_eof = m_cursor == nullptr || !m_cursor->Next(); }
 
 void Recordset::Close() {
     m_cursor.reset();
-    m_index.clear();
     m_eof = true;
 }
 
@@ -24,34 +24,16 @@ Recordset::Field Recordset::Fields(int index) const {
 
 QStringList Recordset::Columns() const { return m_cursor ? m_cursor->Columns() : QStringList(); }
 
-bool Recordset::HasColumn(const QString& name) const { return Find(name) >= 0; }
-
-int Recordset::Find(const QString& name) const {
-    if (m_cursor == nullptr) {
-        return -1;
-    }
-    const QStringList& columns = m_cursor->Columns();
-    for (int i = 0; i < columns.size(); ++i) {
-        if (columns.at(i).compare(name, Qt::CaseInsensitive) == 0) {
-            return i;
-        }
-    }
-    return -1;
-}
+bool Recordset::HasColumn(const QString& name) const { return m_cursor != nullptr && m_cursor->IndexOf(name) >= 0; }
 
 int Recordset::IndexOf(const QString& name) const {
     if (m_eof) {
         throw SqlError(m_query, QStringLiteral("nessuna riga da cui leggere la colonna '%1'").arg(name));
     }
-    const auto known = m_index.constFind(name);
-    if (known != m_index.constEnd()) {
-        return *known;
-    }
-    const int column = Find(name);
+    const int column = m_cursor->IndexOf(name);
     if (column < 0) {
         throw SqlError(m_query, QStringLiteral("la colonna '%1' non c'è (ci sono: %2)")
                                     .arg(name, m_cursor->Columns().join(QStringLiteral(", "))));
     }
-    m_index.insert(name, column);
     return column;
 }

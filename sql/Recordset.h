@@ -2,8 +2,6 @@
 
 #include "sql/engine.h"
 
-#include <QHash>
-
 /// A query's rows, walked forward: `while (!rs.Eof()) { ... rs.MoveNext(); }`.
 /// A fresh recordset stands on its first row. It streams: no more than one row is held.
 class Recordset {
@@ -48,11 +46,9 @@ public:
     const QString& Query() const { return m_query; }
 
 private:
-    int Find(const QString& name) const;
     int IndexOf(const QString& name) const;
 
     std::unique_ptr<Cursor> m_cursor;
     QString m_query;
     bool m_eof = true;
-    mutable QHash<QString, int> m_index; ///< column numbers by the spelling they were asked with
 };

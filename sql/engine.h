@@ -3,12 +3,34 @@
 #include "sql/dialect.h"
 #include "sql/types.h"
 
+#include <QHash>
 #include <QStringList>
 #include <QVariant>
 
+#include <algorithm>
 #include <memory>
 
 struct sqlite3;
+
+/// Remembers where the columns of a result stand, by the spelling they were asked with.
+class ColumnPositions {
+public:
+    /// Position of the first column of that name, in any case; -1 when there is none.
+    int Of(const QString& name, const QStringList& columns) {
+        auto known = m_known.constFind(name);
+        if (known == m_known.constEnd()) {
+            const auto found = std::find_if(columns.begin(), columns.end(), [&name](const QString& column) {
+                return column.compare(name, Qt::CaseInsensitive) == 0;
+            });
+            known = m_known.insert(name, found == columns.end() ? -1 : static_cast<int>(found - columns.begin()));
+        }
+        return *known;
+    }
+    void Clear() { m_known.clear(); }
+
+private:
+    QHash<QString, int> m_known;
+};
 
 /// The rows of a query, read forward one at a time: memory does not grow with the rows read.
 class Cursor {
@@ -19,8 +41,13 @@ public:
     virtual bool Next() = 0;
     /// Names of the columns, in the order of the result.
     virtual const QStringList& Columns() const = 0;
+    /// Position of the first column of that name (case does not matter); -1 when there is none.
+    virtual int IndexOf(const QString& name) const { return m_positions.Of(name, Columns()); }
     /// Value of a column (from 0) of the row under the cursor; a null variant is the database's Null.
     virtual QVariant Value(int column) const = 0;
+
+private:
+    mutable ColumnPositions m_positions;
 };
 
 /// A column as the database itself describes it.
@@ -29,13 +56,15 @@ struct ColumnInfo {
     QString type; ///< declared type in the database's own words, e.g. "NVARCHAR(35)"
 };
 
-/// One kind of database under `ovConnection`: takes text that is already in its own dialect.
+/// One kind of database under `ovConnection`: takes text that is in its own dialect, unless it adapts it.
 /// Every operation raises `SqlError` with the statement and the engine's own message and code.
 class Engine {
 public:
     virtual ~Engine() = default;
 
     virtual Dialect TextDialect() const = 0;
+    /// Whether it turns SQL Server's words into its own by itself, as one does that does so once for many texts.
+    virtual bool AdaptsText() const { return false; }
     /// Runs a statement that returns no rows; returns the number of rows changed.
     virtual qint64 Run(const QString& statement) = 0;
     /// Runs a query and returns its cursor. A statement without a result is run and gives an empty cursor.

@@ -49,20 +49,21 @@ public:
           m_statements(std::make_shared<SqliteStatements>(m_database.get())) {}
 
     Dialect TextDialect() const override { return Dialect::Sqlite; }
+    bool AdaptsText() const override { return true; }
 
     qint64 Run(const QString& statement) override {
         const auto prepared = Prepare(statement);
         if (prepared == nullptr) {
             return 0;
         }
-        int code = sqlite3_step(prepared.get());
+        int code = sqlite3_step(prepared->handle);
         while (code == SQLITE_ROW) {
-            code = sqlite3_step(prepared.get());
+            code = sqlite3_step(prepared->handle);
         }
         if (code != SQLITE_DONE) {
             throw SqliteErrorOf(m_database.get(), statement);
         }
-        return sqlite3_stmt_readonly(prepared.get()) != 0 ? 0 : sqlite3_changes64(m_database.get());
+        return sqlite3_stmt_readonly(prepared->handle) != 0 ? 0 : sqlite3_changes64(m_database.get());
     }
 
     std::unique_ptr<Cursor> Query(const QString& statement) override {

@@ -75,9 +75,7 @@ qint64 ovConnection::Execute(const QString& statement) {
             SetTriggersEnabled(triggers.table, triggers.enable);
             return qint64(0);
         }
-        const QString text = dialect::Adapt(m_inTransaction ? Revocable(statement) : statement, engine.TextDialect());
-        Show(text);
-        const qint64 rows = engine.Run(text);
+        const qint64 rows = engine.Run(TextFor(engine, m_inTransaction ? Revocable(statement) : statement));
         if (IsTruncate(statement)) {
             RestartNumbers(engine, statement.mid(TruncateTable.size()).trimmed());
         }
@@ -96,9 +94,7 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 Recordset ovConnection::ExecuteWC(const QString& query) {
     return WithDecision([&] {
         Engine& engine = Opened(query);
-        const QString text = dialect::Adapt(query, engine.TextDialect());
-        Show(text);
-        return Recordset(engine.Query(text), query);
+        return Recordset(engine.Query(TextFor(engine, query)), query);
     });
 }
 
@@ -115,6 +111,15 @@ void ovConnection::ExecuteScript(const QString& script) {
 
 void ovConnection::ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters) {
     Execute(mod_ovTools::StoredProcedureText(procedure, &parameters, ProviderType));
+}
+
+QString ovConnection::TextFor(const Engine& engine, const QString& statement) const {
+    if (!Trace && engine.AdaptsText()) {
+        return statement;
+    }
+    QString text = dialect::Adapt(statement, engine.TextDialect());
+    Show(text);
+    return text;
 }
 
 void ovConnection::Show(const QString& statement) const {

@@ -85,6 +85,8 @@ public:
 
 private:
     Engine& Opened(const QString& statement) const;
+    /// The text that the engine is given; the trace gets it in the engine's own words.
+    QString TextFor(const Engine& engine, const QString& statement) const;
     void Show(const QString& statement) const;
     void RestartNumbers(Engine& engine, const QString& table) const;
     template<class Work>

@@ -9,10 +9,15 @@ namespace {
 constexpr auto addFieldSource = "Database.QueryConstructor.AddField";
 constexpr auto duplicatedElement = "Duplicated element!";
 
+/// The columns of a table begin alike and have names of one length: their ends tell most of them apart.
+bool IsSameName(const QString& left, const QString& right) {
+    return left.size() == right.size() && (left.isEmpty() || left.back() == right.back()) && left == right;
+}
+
 template<class Record>
 qsizetype IndexOfName(const QVector<Record>& records, const QString& name) {
     for (qsizetype index = 0; index < records.size(); ++index) {
-        if (records[index].Name == name) {
+        if (IsSameName(records[index].Name, name)) {
             return index;
         }
     }

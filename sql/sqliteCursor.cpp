@@ -48,71 +48,52 @@ SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString
       m_statement(std::move(statement)),
       m_text(std::move(text)) {}
 
-void SqliteCursor::Describe() const {
-    const int count = m_statement == nullptr ? 0 : sqlite3_column_count(m_statement.get());
-    m_columns.reserve(count);
-    m_kinds.reserve(count);
-    for (int column = 0; column < count; ++column) {
-        m_columns.append(QString::fromUtf8(sqlite3_column_name(m_statement.get(), column)));
-        m_kinds.append(KindOf(sqlite3_column_decltype(m_statement.get(), column)));
-    }
-}
-
 const QStringList& SqliteCursor::Columns() const {
-    if (m_kinds.isEmpty()) {
-        Describe();
+    static const QStringList none;
+    if (m_statement == nullptr) {
+        return none;
     }
-    return m_columns;
+    m_statement->Describe();
+    return m_statement->columns;
 }
 
-SqliteCursor::Kind SqliteCursor::KindOf(const char* declaredType) {
-    if (declaredType == nullptr) {
-        return Kind::Plain;
-    }
-    if (sqlite3_strnicmp(declaredType, "DATETIME", 8) == 0 || sqlite3_strnicmp(declaredType, "TIMESTAMP", 9) == 0) {
-        return Kind::DateTime;
-    }
-    if (sqlite3_strnicmp(declaredType, "DATE", 4) == 0) {
-        return Kind::Date;
-    }
-    return sqlite3_strnicmp(declaredType, "BIT", 3) == 0 ? Kind::Bit : Kind::Plain;
+int SqliteCursor::IndexOf(const QString& name) const {
+    return m_statement == nullptr ? -1 : m_statement->positions.Of(name, Columns());
 }
 
 bool SqliteCursor::Next() {
     if (m_statement == nullptr || m_done) {
         return false;
     }
-    const int code = sqlite3_step(m_statement.get());
+    const int code = sqlite3_step(m_statement->handle);
     if (code == SQLITE_ROW) {
-        if (m_kinds.isEmpty()) {
-            Describe();
-        }
+        m_statement->Describe(); // most look-ups never need it: they find no row
         return true;
     }
     if (code != SQLITE_DONE) {
         throw SqliteErrorOf(m_database, m_text);
     }
     m_done = true;
-    sqlite3_reset(m_statement.get());
+    sqlite3_reset(m_statement->handle);
     return false;
 }
 
 QVariant SqliteCursor::Value(int column) const {
-    sqlite3_stmt* statement = m_statement.get();
+    sqlite3_stmt* statement = m_statement->handle;
     switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER: {
         const qint64 number = sqlite3_column_int64(statement, column);
-        return m_kinds.at(column) == Kind::Bit ? QVariant(number != 0) : QVariant(number);
+        return m_statement->kinds.at(column) == PreparedStatement::Kind::Bit ? QVariant(number != 0) : QVariant(number);
     }
     case SQLITE_FLOAT:
         return sqlite3_column_double(statement, column);
     case SQLITE_TEXT: {
         const auto* utf8 = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
         QString text = QString::fromUtf8(utf8, sqlite3_column_bytes(statement, column));
-        switch (m_kinds.at(column)) {
-        case Kind::Date:
+        switch (m_statement->kinds.at(column)) {
+        case PreparedStatement::Kind::Date:
             return AsDate(text);
-        case Kind::DateTime:
+        case PreparedStatement::Kind::DateTime:
             return AsDateTime(text);
         default:
             return text;

@@ -1,9 +1,11 @@
 #include "sql/sqliteStatements.h"
 
+#include "sql/dialect.h"
 #include "sql/sqliteError.h"
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -20,6 +22,8 @@ bool IsNamePart(char c) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+constexpr const char* Verbs[] = {"SELECT", "INSERT", "UPDATE", "DELETE"};
+
 /// Walks through a statement and takes its values out; what stands between them is copied in one piece.
 class Splitter {
 public:
@@ -29,7 +33,10 @@ public:
           m_end(text.constData() + text.size()),
           m_at(m_begin),
           m_copied(m_begin) {
+        constexpr qsizetype usualValues = 16;
+        m_result.text = text;
         m_result.shape.reserve(text.size());
+        m_result.values.reserve(usualValues);
     }
 
     StatementShape Split() {
@@ -96,7 +103,7 @@ private:
     }
 
     void TakeText() {
-        QByteArray bytes;
+        QByteArray doubled; ///< what stands before a doubled quote
         const char* from = m_at + 1;
         for (;;) {
             const auto* close = static_cast<const char*>(std::memchr(from, '\'', static_cast<size_t>(m_end - from)));
@@ -104,24 +111,29 @@ private:
                 Pass(m_end); // an open literal: the database names the error
                 return;
             }
-            const bool isDoubled = close + 1 < m_end && close[1] == '\'';
-            bytes.append(from, close - from + (isDoubled ? 1 : 0));
-            from = close + (isDoubled ? 2 : 1);
-            if (!isDoubled) {
-                break;
+            if (close + 1 == m_end || close[1] != '\'') {
+                const QByteArray rest = Part(from, close);
+                Take({true, doubled.isEmpty() ? rest : doubled + rest}, close + 1);
+                return;
             }
+            doubled.append(from, close + 1 - from);
+            from = close + 2;
         }
-        Take({true, bytes}, from);
     }
+
+    /// A piece of the statement, which the result holds.
+    static QByteArray Part(const char* from, const char* end) { return QByteArray::fromRawData(from, end - from); }
 
     void TakeNumber() {
         const char* end = m_at;
         while (end < m_end && (IsNamePart(*end) || *end == '.')) {
             ++end;
         }
-        const QByteArray digits(m_at, end - m_at);
-        bool isNumber = false;
-        digits.toDouble(&isNumber);
+        const QByteArray digits = Part(m_at, end);
+        bool isNumber = std::all_of(m_at, end, IsDigit);
+        if (!isNumber) {
+            digits.toDouble(&isNumber);
+        }
         if (isNumber) {
             Take({false, digits}, end);
         } else {
@@ -150,22 +162,26 @@ private:
 };
 
 bool TakesValues(const QByteArray& statement) {
-    const QByteArray start = statement.left(64).trimmed().left(6).toUpper();
-    return start == "SELECT" || start == "INSERT" || start == "UPDATE" || start == "DELETE";
+    constexpr qsizetype lead = 64;
+    constexpr qsizetype verb = 6;
+    const QByteArray start = QByteArray::fromRawData(statement.constData(), std::min(statement.size(), lead)).trimmed();
+    return std::any_of(std::begin(Verbs), std::end(Verbs),
+                       [&start](const char* word) { return qstrnicmp(start.constData(), word, verb) == 0; });
 }
 
+/// SQLite does not copy the texts: they live as long as the prepared statement holds them.
 void Bind(sqlite3_stmt* statement, const QVector<StatementShape::Value>& values) {
     int index = 0;
     for (const StatementShape::Value& value : values) {
         ++index;
         if (value.isText) {
             sqlite3_bind_text64(statement, index, value.bytes.constData(),
-                                static_cast<sqlite3_uint64>(value.bytes.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+                                static_cast<sqlite3_uint64>(value.bytes.size()), SQLITE_STATIC, SQLITE_UTF8);
             continue;
         }
-        bool isInteger = false;
-        const qlonglong integer = value.bytes.toLongLong(&isInteger);
-        if (isInteger && value.bytes.size() <= LongestInteger) {
+        bool isInteger = value.bytes.size() <= LongestInteger;
+        const qlonglong integer = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
+        if (isInteger) {
             sqlite3_bind_int64(statement, index, integer);
         } else {
             sqlite3_bind_double(statement, index, value.bytes.toDouble());
@@ -173,57 +189,104 @@ void Bind(sqlite3_stmt* statement, const QVector<StatementShape::Value>& values)
     }
 }
 
+PreparedStatement::Kind KindOf(const char* declaredType) {
+    using Kind = PreparedStatement::Kind;
+    if (declaredType == nullptr) {
+        return Kind::Plain;
+    }
+    if (sqlite3_strnicmp(declaredType, "DATETIME", 8) == 0 || sqlite3_strnicmp(declaredType, "TIMESTAMP", 9) == 0) {
+        return Kind::DateTime;
+    }
+    if (sqlite3_strnicmp(declaredType, "DATE", 4) == 0) {
+        return Kind::Date;
+    }
+    return sqlite3_strnicmp(declaredType, "BIT", 3) == 0 ? Kind::Bit : Kind::Plain;
+}
+
 } // namespace
 
 StatementShape StatementShape::Of(const QByteArray& statement) {
     if (!TakesValues(statement)) {
-        return {statement, {}};
+        return {statement, statement, {}, false};
     }
     StatementShape split = Splitter(statement).Split();
-    return split.values.size() > MostValues ? StatementShape{statement, {}} : split;
+    if (split.values.size() > MostValues) {
+        return {statement, statement, {}, false};
+    }
+    split.isCommon = true;
+    return split;
 }
 
-void GiveBackStatement::operator()(sqlite3_stmt* statement) const noexcept { home->GiveBack(shape, statement); }
-
-SqliteStatement SqliteStatements::Prepare(const QString& statement) {
-    const QByteArray text = statement.toUtf8();
-    StatementShape split = StatementShape::Of(text);
-    sqlite3_stmt* handle = m_idle.take(split.shape);
-    if (handle == nullptr) {
-        handle = Compile(split.shape, statement);
-    }
-    if (handle == nullptr) {
-        return {nullptr, {shared_from_this(), {}}};
-    }
-    SqliteStatement prepared(handle, {shared_from_this(), split.values.isEmpty() ? QByteArray() : split.shape});
-    Bind(handle, split.values);
-    return prepared;
-}
-
-void SqliteStatements::GiveBack(const QByteArray& shape, sqlite3_stmt* statement) noexcept {
-    if (shape.isEmpty() || m_idle.contains(shape)) {
-        sqlite3_finalize(statement);
+void PreparedStatement::Describe() {
+    const int compilation = sqlite3_stmt_status(handle, SQLITE_STMTSTATUS_REPREPARE, 0);
+    if (compilation == describedCompilation) {
         return;
     }
-    sqlite3_reset(statement);
-    sqlite3_clear_bindings(statement);
-    if (m_idle.size() >= KeptStatements) {
-        Clear();
+    const int count = sqlite3_column_count(handle);
+    columns.clear();
+    kinds.clear();
+    positions.Clear();
+    for (int column = 0; column < count; ++column) {
+        columns.append(QString::fromUtf8(sqlite3_column_name(handle, column)));
+        kinds.append(KindOf(sqlite3_column_decltype(handle, column)));
     }
-    m_idle.insert(shape, statement);
+    describedCompilation = compilation;
+}
+
+void GiveBackStatement::operator()(PreparedStatement* statement) const noexcept {
+    SqliteStatements::GiveBack(statement);
+}
+
+SqliteStatement SqliteStatements::Prepare(const QString& statement) {
+    StatementShape source = StatementShape::Of(statement.toUtf8());
+    PreparedStatement* prepared = m_kept.value(source.shape);
+    if (prepared == nullptr || prepared->isTaken) {
+        sqlite3_stmt* handle = Compile(source.shape, statement);
+        if (handle == nullptr) {
+            return {nullptr, {}};
+        }
+        const bool isKept = prepared == nullptr && source.isCommon;
+        prepared = new PreparedStatement;
+        prepared->handle = handle;
+        prepared->isKept = isKept;
+        if (isKept) {
+            if (m_kept.size() >= KeptStatements) {
+                Clear();
+            }
+            m_kept.insert(source.shape, prepared);
+        }
+    }
+    prepared->isTaken = true;
+    prepared->source = std::move(source);
+    Bind(prepared->handle, prepared->source.values);
+    return SqliteStatement(prepared, {shared_from_this()});
+}
+
+void SqliteStatements::GiveBack(PreparedStatement* statement) noexcept {
+    if (statement->isKept) {
+        sqlite3_reset(statement->handle);
+        statement->isTaken = false;
+        return;
+    }
+    sqlite3_finalize(statement->handle);
+    delete statement;
 }
 
 void SqliteStatements::Clear() noexcept {
-    for (sqlite3_stmt* statement : std::as_const(m_idle)) {
-        sqlite3_finalize(statement);
+    for (PreparedStatement* statement : std::as_const(m_kept)) {
+        statement->isKept = false;
+        if (!statement->isTaken) {
+            GiveBack(statement);
+        }
     }
-    m_idle.clear();
+    m_kept.clear();
 }
 
 sqlite3_stmt* SqliteStatements::Compile(const QByteArray& text, const QString& statement) {
+    const QByteArray adapted = dialect::Adapt(QString::fromUtf8(text), Dialect::Sqlite).toUtf8();
     sqlite3_stmt* handle = nullptr;
     const char* rest = nullptr;
-    if (sqlite3_prepare_v2(m_database, text.constData(), static_cast<int>(text.size()) + 1, &handle, &rest) !=
+    if (sqlite3_prepare_v2(m_database, adapted.constData(), static_cast<int>(adapted.size()) + 1, &handle, &rest) !=
         SQLITE_OK) {
         throw SqliteErrorOf(m_database, statement);
     }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "sql/engine.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <memory>
@@ -14,14 +17,34 @@ struct sqlite3_stmt;
 struct StatementShape {
     struct Value {
         bool isText;
-        QByteArray bytes; ///< the text in UTF-8, or the digits of the number
+        QByteArray bytes; ///< the text in UTF-8, or the digits of the number; mostly a part of `text`, not a copy
     };
+    QByteArray text; ///< the whole statement
     QByteArray shape;
     QVector<Value> values;
+    bool isCommon = false; ///< a shape that may come again with other values
 
     /// Takes texts, and the numbers of a VALUES list or behind "=", out of a SELECT, INSERT, UPDATE or DELETE. Nothing
     /// inside quoted names and comments is touched; any other statement stays as it is, without values.
     static StatementShape Of(const QByteArray& statement);
+};
+
+/// A statement that SQLite has compiled, with the values that it runs with.
+struct PreparedStatement {
+    sqlite3_stmt* handle = nullptr;
+    StatementShape source; ///< owns the bytes of the bound texts
+    bool isKept = false;
+    bool isTaken = false;
+
+    /// What is known of a column of the result: dates are texts in the file, bits are numbers.
+    enum class Kind { Plain, Date, DateTime, Bit };
+    QStringList columns;
+    QVector<Kind> kinds;
+    ColumnPositions positions;
+    int describedCompilation = -1; ///< SQLite compiles anew when the schema has changed, with other columns perhaps
+
+    /// Brings names and kinds of the columns up to date.
+    void Describe();
 };
 
 class SqliteStatements;
@@ -29,13 +52,12 @@ class SqliteStatements;
 /// Gives a prepared statement back to where it came from, to be used again.
 struct GiveBackStatement {
     std::shared_ptr<SqliteStatements> home;
-    QByteArray shape;
-    void operator()(sqlite3_stmt* statement) const noexcept;
+    void operator()(PreparedStatement* statement) const noexcept;
 };
-using SqliteStatement = std::unique_ptr<sqlite3_stmt, GiveBackStatement>;
+using SqliteStatement = std::unique_ptr<PreparedStatement, GiveBackStatement>;
 
 /// The prepared statements of a SQLite database, kept by their shape: an import runs few shapes with ever new values,
-/// and preparing them anew would take longer than running them.
+/// and adapting and compiling each text anew would take longer than running it.
 class SqliteStatements : public std::enable_shared_from_this<SqliteStatements> {
 public:
     explicit SqliteStatements(sqlite3* database)
@@ -44,17 +66,19 @@ public:
     SqliteStatements(const SqliteStatements&) = delete;
     SqliteStatements& operator=(const SqliteStatements&) = delete;
 
-    /// The statement, ready to run with its values; null for a text without a statement. A statement that is running
-    /// is not given out a second time. Raises `SqlError`, also for a text that holds several statements.
+    /// The statement, in SQL Server's words or SQLite's own, ready to run with its values; null for a text without a
+    /// statement. A statement that is running is not given out a second time. Raises `SqlError`, also for a text that
+    /// holds several statements.
     SqliteStatement Prepare(const QString& statement);
     /// Takes a statement back.
-    void GiveBack(const QByteArray& shape, sqlite3_stmt* statement) noexcept;
+    static void GiveBack(PreparedStatement* statement) noexcept;
 
 private:
     sqlite3_stmt* Compile(const QByteArray& text, const QString& statement);
     bool HasMore(const char* rest) const;
+    /// Forgets the statements that are not running; those are kept no longer.
     void Clear() noexcept;
 
     sqlite3* m_database;
-    QHash<QByteArray, sqlite3_stmt*> m_idle;
+    QHash<QByteArray, PreparedStatement*> m_kept;
 };
