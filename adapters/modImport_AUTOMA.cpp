@@ -113,7 +113,7 @@ const Needs& UbicazioniNeeds() {
 void ImportUbicazioniAUTOMA(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportUbicazioniAUTOMA", singleCode);
     run.Guard([&] {
-        run.Announce("Inizio importazione ubicazioni");
+        run.AnnounceAppending("Inizio importazione ubicazioni");
         run.Preflight(UbicazioniNeeds());
         for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
             if (reset) {
@@ -196,13 +196,11 @@ const Needs& InventarioNeeds() {
     return needs;
 }
 
-/// Stock follows the locations that it lies in. The log of the sequence goes on.
+/// Stock follows the locations that it lies in. What the log holds stays.
 void ImportInventarioAUTOMA(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportInventarioAUTOMA", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio Saldi di Magazzino da AUTOMA");
-        }
+        run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(InventarioNeeds());
         EmptyStock(run, reset);
         if (!run.IsSingle() && !ImportCelle(run)) {

@@ -167,9 +167,8 @@ Rule ArticleClass() {
             if (group.startsWith(u'C', Qt::CaseInsensitive)) {
                 return "PF";
             }
-            modImport::WriteImportLog(
-                input.session, "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row),
-                false);
+            modImport::LogNote(input.session,
+                               "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row));
             return "CM";
         }};
 }

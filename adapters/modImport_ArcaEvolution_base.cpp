@@ -63,9 +63,8 @@ Rule OurBank() {
                     bank = found.Eof() ? QString() : SourceRow(found).Text("CDBAN");
                 }
                 if (bank.isEmpty()) {
-                    modImport::WriteImportLog(
-                        session, QStringLiteral("BANCA NON TROVATA: %1: '%2'").arg(session.Errors.RowKey(), account),
-                        false);
+                    modImport::LogNote(
+                        session, QStringLiteral("BANCA NON TROVATA: %1: '%2'").arg(session.Errors.RowKey(), account));
                     return std::nullopt;
                 }
                 return bank;

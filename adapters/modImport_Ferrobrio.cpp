@@ -263,13 +263,11 @@ const Needs& SaldiNeeds() {
     return needs;
 }
 
-/// The log of the sequence goes on.
+/// What the log holds stays.
 void ImportSaldiFerrobrio(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportSaldiFerrobrio", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio Saldi di Magazzino da Ferrobrio");
-        }
+        run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(SaldiNeeds());
         EmptyStock(run, reset);
         StockWriter writer(run);

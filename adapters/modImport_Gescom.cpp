@@ -305,9 +305,7 @@ const Needs& VettoriNeeds() {
 void ImportVettoriGescom(Session& session, const QString& singleCode, bool /*reset*/) {
     ImportRun run(session, Module, "ImportVettoriGescom", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione vettori"); // behind the log of the counterparties
-        }
+        run.AnnounceAppending("Inizio importazione vettori");
         run.Preflight(VettoriNeeds());
         const QString where = WhereCode(run, "CDVETTOR", singleCode);
         run.Rows({"Vettori", VettoriTable, "CDVETTOR", "SELECT COUNT(*) FROM VETTORI" + where,

@@ -144,7 +144,7 @@ const Needs& InventarioNeeds() {
 void ImportInventarioLantek24(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportInventarioLantek24", singleCode);
     run.Guard([&] {
-        run.Announce("Inizio importazione saldi di magazzino");
+        run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(InventarioNeeds());
         EmptyStock(run, reset);
         StockWriter writer(run);

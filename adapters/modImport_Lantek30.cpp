@@ -360,7 +360,7 @@ const Needs& InventarioNeeds() {
 void ImportInventarioLantek30(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportInventarioLantek30", singleCode);
     run.Guard([&] {
-        run.Announce("Inizio importazione saldi di magazzino");
+        run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(InventarioNeeds());
         EmptyStock(run, reset);
         Stocktaker stocktaker(run);

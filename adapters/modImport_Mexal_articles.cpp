@@ -281,9 +281,7 @@ const Needs& SaldiNeeds() {
 void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportSaldiMEX", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione Saldi di Magazzino"); // behind what the log holds
-        }
+        run.AnnounceAppending("Inizio importazione Saldi di Magazzino");
         run.Preflight(SaldiNeeds());
         EmptyStock(run, reset);
         StockWriter writer(run);
@@ -328,9 +326,7 @@ const Needs& UbicazioniNeeds() {
 void ImportUbicazioniMEX(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportUbicazioniMEX", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione Ubicazioni Articolo"); // behind what the log holds
-        }
+        run.AnnounceAppending("Inizio importazione Ubicazioni Articolo");
         run.Preflight(UbicazioniNeeds());
         for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
             if (reset) {

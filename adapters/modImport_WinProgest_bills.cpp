@@ -77,9 +77,7 @@ void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool 
     ImportRun run(session, Module, "ImportDistinteWinProgest", singleCode);
     run.LogErrorsAs("Errore: ");
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione Distinte Base da WinProgest"); // behind what the log holds already
-        }
+        run.AnnounceAppending("Inizio importazione Distinte Base da WinProgest");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
         const QString where = WhereCode(run, "PADRE", singleCode);

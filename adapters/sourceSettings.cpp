@@ -29,6 +29,15 @@ QString FromSettingsFolder(const Session& session, const QString& path) {
     return QDir::cleanPath(folder.absoluteFilePath(QString(path).replace(u'\\', u'/')));
 }
 
+/// SQLite would make a file that is not there, and the import would find an empty database.
+void RequireFile(const QString& file) {
+    if (!QFileInfo(file).isFile()) {
+        throw ImportError(QStringLiteral("Il file '%1' non esiste: correggere il nome del database nelle impostazioni "
+                                         "dell'origine")
+                              .arg(file));
+    }
+}
+
 void UseFoxProFolder(ovConnection& source, const QString& folder) {
     source.ProviderType = Provider::VisualFoxPro;
     source.ConnectionString = "Driver={Microsoft Visual FoxPro Driver};Data Source=" + folder;
@@ -76,6 +85,7 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
         source.Embedded = NamesSqliteFile(source.DatabaseName);
         if (source.Embedded) {
             source.DatabaseName = FromSettingsFolder(session, source.DatabaseName);
+            RequireFile(source.DatabaseName);
         }
         source.NetworkCredential =
             modMain::IsAppConfigOn(session, keys.networkSection, keys.network, keys.networkDefault);

@@ -23,12 +23,6 @@ QString OutcomeText(RunResult::Outcome outcome) {
     return QStringLiteral("completata");
 }
 
-QString RowsLine(const RunResult& result) {
-    return QStringLiteral("Righe lette %1: inserite %2, aggiornate %3, saltate %4, abbandonate %5, non raggiunte %6")
-        .arg(Number(result.sourceRows), Number(result.inserted), Number(result.updated), Number(result.skipped),
-             Number(result.givenUpCount), Number(result.notReached));
-}
-
 QString TableLine(const QString& table, const RunResult::TableCount& count) {
     const QString line = QStringLiteral("Tabella %1: scritte %2, aggiornate %3")
                              .arg(table, Number(count.inserted), Number(count.updated));
@@ -52,6 +46,12 @@ void AddList(QStringList& lines, const QString& title, const QStringList& entrie
 
 } // namespace
 
+QString RowsLine(const RunResult& result) {
+    return QStringLiteral("Righe lette %1: inserite %2, aggiornate %3, saltate %4, abbandonate %5, non raggiunte %6")
+        .arg(Number(result.sourceRows), Number(result.inserted), Number(result.updated), Number(result.skipped),
+             Number(result.givenUpCount), Number(result.notReached));
+}
+
 QStringList ResultLines(const RunResult& result, int most) {
     QStringList lines{result.procedure + ": " + OutcomeText(result.outcome) + " in " +
                       Italian().toString(result.seconds, 'f', 1) + " s"};
@@ -67,6 +67,7 @@ QStringList ResultLines(const RunResult& result, int most) {
         reasons.append(row.rowKey + ": " + row.reason);
     }
     AddList(lines, "Righe abbandonate", reasons, result.givenUpCount, most);
+    AddList(lines, "Annotazioni", result.notes.lines, result.notes.count, most);
     AddList(lines, "Codici senza traduzione", result.untranslated, result.untranslated.size(), most);
     return lines;
 }

@@ -126,6 +126,8 @@ std::optional<SequenceResult> Press(Session& session, const Choice& choice, cons
     return settings.script == 1 ? Sequence(session, settings, window) : Sequence2(session, settings, window);
 }
 
+} // namespace
+
 QString OutcomeText(Outcome outcome) {
     static const QMap<Outcome, QString> texts{
         {Outcome::NotReached, "non raggiunto"}, {Outcome::Done, "completato"},
@@ -133,8 +135,6 @@ QString OutcomeText(Outcome outcome) {
         {Outcome::NotConnected, "saltato"},     {Outcome::Unavailable, "saltato"}};
     return texts.value(outcome);
 }
-
-} // namespace
 
 SequenceResult Sequence(Session& session, const SequenceSettings& settings, const SequenceWindow& window) {
     SequenceRun run(session, settings, window);

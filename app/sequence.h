@@ -99,5 +99,8 @@ SequenceResult Sequence2(Session& session, const SequenceSettings& settings, con
 /// it came to no sequence: the operator declined, the password was wrong (which is not told), or something is missing.
 std::optional<SequenceResult> PressSequence(Session& session, const Choice& choice, const SequenceWindow& window);
 
+/// What became of a step, in Italian: "completato".
+QString OutcomeText(SequenceEntry::Outcome outcome);
+
 /// The account of a sequence as lines of text for the operator. @param most entries of a list before it is cut
 QStringList SequenceLines(const SequenceResult& result, int most = 20);

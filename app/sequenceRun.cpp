@@ -1,8 +1,11 @@
 #include "app/sequenceRun.h"
 
 #include "app/connectSource.h"
+#include "app/resultText.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
+
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -19,6 +22,14 @@ Outcome OutcomeOf(const QVector<RunResult>& results) {
         }
     }
     return Outcome::Done;
+}
+
+/// Whether rows were left out for want of their article.
+bool LackedArticles(const QVector<RunResult>& results) {
+    return std::any_of(results.cbegin(), results.cend(), [](const RunResult& result) {
+        return std::any_of(result.notes.lines.cbegin(), result.notes.lines.cend(),
+                           [](const QString& note) { return note.startsWith(u"ARTICOLO NON TROVATO"); });
+    });
 }
 
 /// "righe lette 10 su 100", as far as a cancelled procedure came.
@@ -63,7 +74,12 @@ SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<
         m_progress.reset();
         m_session.Errors.Monitoring(QStringLiteral("frmImport"), procedure);
         if (m_current >= 0 && Current().outcome == Outcome::NotReached) {
-            End(Outcome::Failed, m_session.Errors.Entries().last().message);
+            Current().outcome = Outcome::Failed;
+            Current().message = m_session.Errors.Entries().last().message;
+            Guarded(m_session.Errors, QStringLiteral("frmImport"), procedure, false, [&] {
+                LogOutcome();
+                return true;
+            });
         }
     }
     CloseSource(m_session);
@@ -92,7 +108,8 @@ void SequenceRun::TellStopped() {
     const auto done = std::count_if(m_result.entries.cbegin(), m_result.entries.cend(), [](const SequenceEntry& entry) {
         return entry.outcome != Outcome::NotReached && entry.outcome != Outcome::Cancelled;
     });
-    QString text = QStringLiteral("Sequenza interrotta: passi eseguiti %1 su %2").arg(done).arg(m_result.entries.size());
+    QString text =
+        QStringLiteral("Sequenza interrotta: passi eseguiti %1 su %2").arg(done).arg(m_result.entries.size());
     if (m_current >= 0 && Current().outcome == Outcome::Cancelled) {
         text += QStringLiteral(", a metà di \"%1\" (%2)").arg(Current().step, Current().message);
     }
@@ -143,9 +160,24 @@ void SequenceRun::End(Outcome outcome, const QString& message) {
     Current().outcome = outcome;
     Current().message = message;
     if (outcome == Outcome::Cancelled) {
-        throw Stopped();
+        throw Stopped(); // logged with how far the whole came
     }
+    LogOutcome();
     m_progress->SetValue(m_progress->Value() + WeightOf(Current()));
+}
+
+/// The log of a step tells how it ended; that it was skipped stands there already.
+void SequenceRun::LogOutcome() {
+    const SequenceEntry& entry = Current();
+    if (!m_logStarted || entry.outcome == Outcome::NotConnected || entry.outcome == Outcome::Unavailable) {
+        return;
+    }
+    QString line = entry.step + ": " + OutcomeText(entry.outcome);
+    line += entry.message.isEmpty() ? QString() : QString(" (" + entry.message + ')');
+    for (const RunResult& result : entry.results) {
+        line += ". " + RowsLine(result);
+    }
+    Log(line);
 }
 
 void SequenceRun::SkipNotConnected(const QString& text) {
@@ -217,17 +249,28 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
         m_session.Person.Message(text, Icon::Exclamation);
         return;
     }
-    const qsizetype first = m_session.Results.size();
-    found->run(m_session, {}, false);
-    Current().results += m_session.Results.mid(first);
+    RunProcedure(*found);
     const Outcome outcome = OutcomeOf(Current().results);
     QString message;
     if (outcome == Outcome::Failed) {
         message = Current().results.last().errors.join(u'\n');
     } else if (outcome == Outcome::Cancelled) {
         message = ReachedText(Current().results);
+    } else if (LackedArticles(Current().results) &&
+               m_session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " +
+                                                m_session.Quadrix.GetFullTableName("ART_ICO")) == 0) {
+        message = "l'azienda non ha articoli: importarli e ripetere il passo";
     }
     End(outcome, message);
+}
+
+/// What the procedure logs stands in the log of the sequence too: its own log holds the last procedure alone.
+void SequenceRun::RunProcedure(const contract::Procedure& procedure) {
+    const qsizetype first = m_session.Results.size();
+    m_session.LogCopy = m_settings.logFile;
+    const auto back = qScopeGuard([this] { m_session.LogCopy.clear(); });
+    procedure.run(m_session, {}, false);
+    Current().results += m_session.Results.mid(first);
 }
 
 void SequenceRun::ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure) {

@@ -50,6 +50,8 @@ public:
 
 private:
     void Conclude();
+    void LogOutcome();
+    void RunProcedure(const contract::Procedure& procedure);
     void TellStopped();
     float WeightOf(const SequenceEntry& entry) const { return static_cast<float>(m_weights.value(entry.step, 1)); }
     const contract::Origin& OriginOf(const QString& name) const;

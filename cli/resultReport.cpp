@@ -65,6 +65,7 @@ RunResult Total(const QVector<RunResult>& results) {
         total.givenUpCount += result.givenUpCount;
         total.givenUp += result.givenUp;
         total.untranslated += result.untranslated;
+        total.notes.Add(result.notes);
         total.errors += result.errors;
         total.seconds += result.seconds;
         AddTables(total, result);
@@ -84,6 +85,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"givenUpRows", GivenUpJson(result)},
             {"written", TablesJson(result)},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
+            {"notes", QJsonArray::fromStringList(result.notes.lines)},
             {"errors", QJsonArray::fromStringList(result.errors)},
             {"seconds", result.seconds}};
 }

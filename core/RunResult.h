@@ -5,6 +5,24 @@
 #include <QStringList>
 #include <QVector>
 
+/// Lines to tell about, as many as there may be.
+struct Notes {
+    qint64 count = 0;
+    QStringList lines; ///< the first 1000 of them
+
+    void Add(const QString& line) {
+        constexpr int kept = 1000;
+        ++count;
+        if (lines.size() < kept) {
+            lines.append(line);
+        }
+    }
+    void Add(const Notes& more) {
+        count += more.count;
+        lines += more.lines;
+    }
+};
+
 /// What one procedure did with its source rows and what it wrote. Every source row is in exactly one class.
 struct RunResult {
     enum class Outcome { Done, Failed, Cancelled };
@@ -33,6 +51,7 @@ struct RunResult {
     QVector<GivenUp> givenUp; ///< the first 1000 of them
     QMap<QString, TableCount> tables;
     QStringList untranslated; ///< codes met without a translation, as "table.field = code"
+    Notes notes;              ///< what the log tells about its rows, beside those given up
     QStringList errors;       ///< messages of the errors that ended the procedure
     double seconds = 0;
 

@@ -31,6 +31,9 @@ public:
     /// Path of the default import log, "import.log".
     QString LogFile;
 
+    /// Path of a further log that gets every line of the default one, and keeps those of earlier runs; empty for none.
+    QString LogCopy;
+
     /// The source connection. Raises `ImportError` when no source is open.
     ovConnection& SourceConnection();
 
@@ -39,6 +42,7 @@ public:
     /// Codes that were asked for and have no translation, as "table.field = code", in the order they were met.
     QStringList Untranslated;
     QSet<QString> UntranslatedSeen; ///< the same, for a quick look
+    ::Notes Notes;                  ///< of the procedure under way
     /// One entry per procedure that ran, oldest first.
     QVector<RunResult> Results;
 };

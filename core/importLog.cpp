@@ -26,20 +26,32 @@ QString WithCase(Session& session, const QString& key, const QString& defaultVal
     }
 }
 
+void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
+    QFile file(path);
+    const QIODevice::OpenMode mode = startNew ? QIODevice::Truncate : QIODevice::Append;
+    if (!file.open(QIODevice::WriteOnly | mode) || file.write(bytes) != bytes.size() || !file.flush()) {
+        throw ImportError(QStringLiteral("Log '%1': %2").arg(path, file.errorString()));
+    }
+}
+
 } // namespace
 
 bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName) {
     static const CodePage page;
-    QFile file(fileName.isEmpty() ? session.LogFile : fileName);
-    const QString line = session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") + message +
-                         QStringLiteral("\r\n");
+    const QString line = session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") +
+                         message + QStringLiteral("\r\n");
     QString lost;
     const QByteArray bytes = EncodeText(line, page, &lost);
-    const QIODevice::OpenMode mode = startNew ? QIODevice::Truncate : QIODevice::Append;
-    if (!file.open(QIODevice::WriteOnly | mode) || file.write(bytes) != bytes.size() || !file.flush()) {
-        throw ImportError(QStringLiteral("Log '%1': %2").arg(file.fileName(), file.errorString()));
+    WriteTo(fileName.isEmpty() ? session.LogFile : fileName, bytes, startNew);
+    if (fileName.isEmpty() && !session.LogCopy.isEmpty()) {
+        WriteTo(session.LogCopy, bytes, false);
     }
     return true;
+}
+
+void LogNote(Session& session, const QString& message) {
+    WriteImportLog(session, message, false);
+    session.Notes.Add(message);
 }
 
 QString FormatKeyField(Session& session, const QString& value) {

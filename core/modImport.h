@@ -44,6 +44,9 @@ bool IsWarehouseDestination(int family, int docTypeIndex);
 /// @return true; raises `ImportError` naming the file when it cannot be written
 bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName = {});
 
+/// Appends what there is to tell about the row under way to the default log, and notes it for the result of the run.
+void LogNote(Session& session, const QString& message);
+
 /// The value in upper case when the configuration key KEYFIELD_CHAR (default "1") is 1, else as it is.
 QString FormatKeyField(Session& session, const QString& value);
 /// The value in upper case when the configuration key TEXTFIELD_CHAR (default "0") is 1, else as it is.

@@ -26,6 +26,7 @@ ImportRun::ImportRun(Session& session, const QString& module, const QString& pro
       m_untranslatedBefore(session.Untranslated.size()) {
     m_result.module = module;
     m_result.procedure = procedure;
+    m_session.Notes = {};
     m_clock.start();
 }
 
@@ -49,7 +50,7 @@ void ImportRun::LogError() {
 
 void ImportRun::LogOrReport(const QString& message) {
     try {
-        Log(message);
+        AppendToLog(message);
     } catch (...) {
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
     }
@@ -79,12 +80,19 @@ void ImportRun::Finish() {
     }
     m_result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
     m_result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
+    m_result.notes = std::exchange(m_session.Notes, {});
     m_session.Results.append(m_result);
 }
 
 void ImportRun::Announce(const QString& announcement) {
     if (!m_single) {
         modImport::WriteImportLog(m_session, announcement, true);
+    }
+}
+
+void ImportRun::AnnounceAppending(const QString& announcement) {
+    if (!m_single) {
+        AppendToLog(announcement);
     }
 }
 
@@ -226,7 +234,7 @@ void ImportRun::CountGivenUp(const QString& key, const QString& reason) {
     if (m_result.givenUp.size() < KeptReasons) {
         m_result.givenUp.append({key, reason});
     }
-    Log(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
+    AppendToLog(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
 }
 
 /// Children go before their parents; when one cannot go, its parent stays with it: the code of a parent that is gone is
@@ -283,7 +291,9 @@ void ImportRun::Complete(const QString& message) {
     }
 }
 
-void ImportRun::Log(const QString& message) { modImport::WriteImportLog(m_session, message, false); }
+void ImportRun::Log(const QString& message) { modImport::LogNote(m_session, message); }
+
+void ImportRun::AppendToLog(const QString& line) { modImport::WriteImportLog(m_session, line, false); }
 
 QString ImportRun::Quoted(const QString& text) const {
     return mod_ovTools::FormatSqlValue(text, DataType::NVarChar, m_session.Quadrix.ProviderType);

@@ -27,6 +27,8 @@ public:
 
     /// Starts a new log with the announcement; a run of a single code is not announced.
     void Announce(const QString& announcement);
+    /// Writes the announcement behind what the log holds already.
+    void AnnounceAppending(const QString& announcement);
     /// Checks that the source and the target hold what the run reads and writes, before anything is written.
     /// Raises `ImportError` listing everything that is missing.
     void Preflight(const Needs& needs);
@@ -63,7 +65,7 @@ public:
     /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told.
     void SwitchTriggersOn(const QString& table) noexcept;
 
-    /// Appends a line to the import log.
+    /// Appends a line about the row under way to the import log; it also stands in the result.
     void Log(const QString& message);
     /// A text as an SQL literal of the target.
     QString Quoted(const QString& text) const;
@@ -110,6 +112,7 @@ private:
     void TakeBack(size_t from);
     void TellLeft(size_t from, const QString& reason);
     void LogError();
+    void AppendToLog(const QString& line);
     void LogOrReport(const QString& message);
     void Finish();
 

@@ -182,11 +182,10 @@ Rule LeadingNumber() {
                 bool whole = false;
                 text.toDouble(&whole);
                 if (!whole) {
-                    modImport::WriteImportLog(input.session,
-                                              QStringLiteral("NUMERO RIDOTTO: %1, colonna '%2': '%3' letto come %4")
-                                                  .arg(input.session.Errors.RowKey(), input.columns.first(), text,
-                                                       mod_ovTools::NumberText(*number)),
-                                              false);
+                    modImport::LogNote(input.session,
+                                       QStringLiteral("NUMERO RIDOTTO: %1, colonna '%2': '%3' letto come %4")
+                                           .arg(input.session.Errors.RowKey(), input.columns.first(), text,
+                                                mod_ovTools::NumberText(*number)));
                 }
                 return QVariant(*number);
             }};

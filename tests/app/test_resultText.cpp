@@ -20,6 +20,7 @@ private slots:
         result.givenUp = {{"codice 'C1'", "data impossibile"}, {"codice 'C2'", "nome mancante"}};
         result.tables["CON_TRO"] = {10003, 12, 3};
         result.tables["NUM_TEL"] = {20000, 0, 0};
+        result.notes.Add(QString("ARTICOLO NON TROVATO: codice 'C3'"));
         result.untranslated = {"anagrafe.pag = ZZ"};
         result.seconds = 12.34;
         QCOMPARE(ResultLines(result, 1),
@@ -29,6 +30,7 @@ private slots:
                               "Tabella CON_TRO: scritte 10.003, aggiornate 12, riprese 3",
                               "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
                               "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",
+                              "Annotazioni (1):", "  ARTICOLO NON TROVATO: codice 'C3'",
                               "Codici senza traduzione (1):", "  anagrafe.pag = ZZ"}));
     }
 };

@@ -1,7 +1,9 @@
 #include "app/sequence.h"
+#include "core/modImport.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestTarget.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -166,16 +168,29 @@ void TestSequence::runsOneSourceAfterTheOther() {
     SequenceWindow window;
     window.SelectCompany = [&](const QString& name) { selected.append(name); };
     window.SelectOrigin = [&](const QString& name) { selected.append(name); };
+    fake.Work = [&](const QString& procedure) {
+        modImport::WriteImportLog(fake.Target.Get(), "Riga di " + procedure, true);
+    };
     const SequenceResult result = Sequence(fake.Target.Get(), fake.Settings(), window);
     QCOMPARE(result.outcome, RunResult::Outcome::Done);
     QCOMPARE(fake.Calls, QStringList({"ImportContropartiArcaEvolution arca.db", "ImportDocumentiLantek24 lantek.db",
                                       "ImportInventarioAUTOMA automa.db", "ImportInventarioLantek24 lantek.db",
                                       "ImportSaldiFerrobrio ferrobrio.db"}));
     QCOMPARE(selected, QStringList({"Prova Uno S.r.l.", "ARCA EVOLUTION", "LANTEK 24", "LANTEK 24"}));
-    QCOMPARE(fake.Log(), QStringList({"Inizio Import Controparti Arca",
-                                      "Inizio Documenti da Lantek 24 e Distinte Base / Ord. Prod.",
-                                      "Inizio Saldi di Magazzino da AUTOMA", "Inizio Saldi di Magazzino da Lantek 24",
-                                      "Inizio Saldi di Magazzino da Ferrobrio"}));
+    // Of each step the log tells where it begins, what its procedure has logged, and how it ended.
+    QCOMPARE(fake.Log().size(), 15);
+    QCOMPARE(fake.Log().mid(0, 3),
+             QStringList({"Inizio Import Controparti Arca", "Riga di ImportContropartiArcaEvolution",
+                          "Import Controparti Arca: completato. Righe lette 10: inserite 10, aggiornate 0, saltate 0, "
+                          "abbandonate 0, non raggiunte 0"}));
+    QCOMPARE(
+        fake.Log().filter(QRegularExpression("^Inizio")),
+        QStringList({"Inizio Import Controparti Arca", "Inizio Documenti da Lantek 24 e Distinte Base / Ord. Prod.",
+                     "Inizio Saldi di Magazzino da AUTOMA", "Inizio Saldi di Magazzino da Lantek 24",
+                     "Inizio Saldi di Magazzino da Ferrobrio"}));
+    QVERIFY(fake.Target.Log().contains("Riga di ImportSaldiFerrobrio"));
+    modImport::WriteImportLog(fake.Target.Get(), "Riga di dopo", false);
+    QVERIFY(!fake.Log().contains("Riga di dopo"));
     QCOMPARE(fake.Target.Person.Events.first(), QString("progress"));
     QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
              QString("Importazione in corso inizializzazione in corso..."));
