@@ -39,7 +39,6 @@ const std::vector<Row>& Rows() {
         {"SAM", "modImport_SAM", "ODBC", "YYNNN---"},
         {"LibertyCommerce", "modImport_LC", "ODBC", "YNNNN---"},
         {"Memphis", "modImport_Memphis", "SQL Server", "YNNNNN--"},
-        {"Visual Space", "modImport_VS", "SQL Server", "YYYYYYN-"},
         {"OSL GP90", "modImport_OSL", "SQL Server", "YYYYYYNY",
          {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Importa Listini"}}},
         {"DOMINIO", "modImport_Dominio", "ODBC", "YNNNNYY-", {{Saldi, "Importa Tabelle Generali"}}},

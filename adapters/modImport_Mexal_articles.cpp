@@ -304,22 +304,13 @@ namespace {
 
 RowOutcome ImportUbicazione(ImportRun& run, const SourceRow& row) {
     const QString article = ArticleOf(run, row.Text("_ARCOD"));
-    if (!IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), article));
-        return RowOutcome::Skipped;
-    }
-    const qint64 before = run.WrittenRows("UBI_ART");
-    ArticleWriter(run).Location(article, row.Text("_ARUBI"));
-    return run.WrittenRows("UBI_ART") > before ? RowOutcome::Inserted : RowOutcome::Skipped;
+    return IsImported(run, article) ? ArticleWriter(run).Location(article, row.Text("_ARUBI")) : RowOutcome::Skipped;
 }
 
 } // namespace
 
 const Needs& UbicazioniNeeds() {
-    static const Needs needs{
-        {},
-        {{ArtMag, {"_ARCOD", "_ARUBI"}}},
-        {{"UBI_MAG", {"CDMAG", "CDUBI", "UBDES"}}, {"UBI_ART", {"CDART", "CDUBI", "UAMAG", "UADEF"}}}};
+    static const Needs needs{{}, {{ArtMag, {"_ARCOD", "_ARUBI"}}}, LocationNeeds()};
     return needs;
 }
 
@@ -328,11 +319,7 @@ void ImportUbicazioniMEX(Session& session, const QString& singleCode, bool reset
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione Ubicazioni Articolo");
         run.Preflight(UbicazioniNeeds());
-        for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
-            if (reset) {
-                session.Quadrix.Execute("DELETE " + run.FullName(table));
-            }
-        }
+        EmptyLocations(run, reset);
         const QString from =
             " FROM ART_MAG" + QString(" WHERE [_ARUBI] > ''") + SingleCode(run, "AND", "[_ARCOD]", singleCode);
         run.Rows({"Ubicazioni Articolo", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,

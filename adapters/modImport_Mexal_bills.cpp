@@ -2,6 +2,7 @@
 
 #include "adapters/modImport_Mexal.h"
 
+#include "adapters/contract/Article.h"
 #include "adapters/contract/Bill.h"
 #include "core/schemaDefaults.h"
 
@@ -17,15 +18,6 @@ const QString DisMat = QStringLiteral("DIS_MAT");
 
 // --- Bills --------------------------------------------------------------------------------------------------------
 
-/// Whether the article is there; one that is not is logged and left out.
-bool IsImported(ImportRun& run, const BillWriter& writer, const QString& rowName, const QString& article) {
-    const bool there = writer.HasArticle(article);
-    if (!there) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(rowName, article));
-    }
-    return there;
-}
-
 /// RECORD_ID of the phase that a row names; phases are numbered 1, 2, 3 and stand at 10, 20, 30.
 qint64 PhaseOf(BillWriter& writer, const SourceRow& row, QHash<int, qint64>& phases) {
     const int number = std::max(1, static_cast<int>(NumberOf(row, "_DBFAS")));
@@ -38,7 +30,7 @@ qint64 PhaseOf(BillWriter& writer, const SourceRow& row, QHash<int, qint64>& pha
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& row) {
     const QString parent = row.Text("_DBPAD");
     const QString article = ArticleOf(run, parent);
-    if (!IsImported(run, writer, run.RowKey(), article)) {
+    if (!IsImported(run, article)) {
         return RowOutcome::Skipped;
     }
     const RowOutcome outcome = writer.Begin(article, parent);
@@ -48,7 +40,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
                  DisMat, "_DBPAD, _DBFAS, _DBRIG", [&](const SourceRow& component) {
                      const QString child = ArticleOf(run, component.Text("_DBFIG"));
                      const qint64 phase = PhaseOf(writer, component, phases);
-                     if (IsImported(run, writer, NameOf(component, DisMat, "_DBPAD, _DBFAS, _DBRIG"), child)) {
+                     if (IsImported(run, child, NameOf(component, DisMat, "_DBPAD, _DBFAS, _DBRIG"))) {
                          writer.Write(Component{child, NumberOf(component, "_DBQTA"), component.Text("_DBNOT"),
                                                 NumberOf(component, "_DBRIG")},
                                       phase);

@@ -30,6 +30,9 @@ const contract::Origin& Entry();
 namespace modImport_Lantek30 {
 const contract::Origin& Entry();
 }
+namespace modImport_VS {
+const contract::Origin& Entry();
+}
 namespace modImport_WinProgest {
 const contract::Origin& Entry();
 }
@@ -49,7 +52,7 @@ const std::vector<const contract::Origin*>& Origins() {
         &Find("SAM"),
         &Find("LibertyCommerce"),
         &Find("Memphis"),
-        &Find("Visual Space"),
+        &modImport_VS::Entry(),
         &modImport_Mexal::Entry(),
         &Find("OSL GP90"),
         &Find("DOMINIO"),

@@ -95,7 +95,6 @@ const QMap<QString, Prepare>& Preparations() {
         {"SAM", PrepareSam},
         {"LIBERTYCOMMERCE", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce")},
         {"MEMPHIS", PrepareMemphis},
-        {"VISUAL SPACE", Server("VISUALSPACE")},
         {"OSL GP90", Server("OSL")},
         {"DOMINIO", DataSource("DOMINIO")},
         {"OS1", AccessFileInFolder("OS1.mdb")},

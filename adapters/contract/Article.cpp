@@ -31,6 +31,27 @@ void EmptyArticles(ImportRun& run, bool reset) {
     }
 }
 
+bool IsImported(ImportRun& run, const QString& article, const QString& rowName) {
+    const bool there = IsThere(run.GetSession(), Art, CodeColumn, article);
+    if (!there) {
+        run.Log(
+            QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(rowName.isEmpty() ? run.RowKey() : rowName, article));
+    }
+    return there;
+}
+
+std::vector<TableNeed> LocationNeeds() {
+    return {{"UBI_MAG", {"CDMAG", "CDUBI", "UBDES"}}, {"UBI_ART", {CodeColumn, "CDUBI", "UAMAG", "UADEF"}}};
+}
+
+void EmptyLocations(ImportRun& run, bool reset) {
+    for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
+        if (reset) {
+            run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + run.FullName(table));
+        }
+    }
+}
+
 QString ArticleWriter::CodeOf(const QString& table, const QString& field, const QString& sourceCode) const {
     const int size = schema::FindTable(Art)->FindColumn(CodeColumn)->size;
     const QString known = modImport::GetNewCode(m_run.GetSession(), table, field, sourceCode, false);
@@ -160,7 +181,7 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
     row.Insert();
 }
 
-void ArticleWriter::Location(const QString& article, const QString& location) const {
+RowOutcome ArticleWriter::Location(const QString& article, const QString& location, const QString& description) const {
     using schema::defaults::Warehouse;
     Session& session = m_run.GetSession();
     if (IdWhere(session, "UBI_MAG",
@@ -169,13 +190,13 @@ void ArticleWriter::Location(const QString& article, const QString& location) co
         TargetRow place(m_run, "UBI_MAG");
         place.Set("CDMAG", Warehouse);
         place.Set("CDUBI", location);
-        place.Set("UBDES", location);
+        place.Set("UBDES", description.isEmpty() ? location : description);
         place.Insert();
     }
     if (IdWhere(session, "UBI_ART",
                 Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location)) !=
         0) {
-        return;
+        return RowOutcome::Skipped;
     }
     TargetRow row(m_run, "UBI_ART");
     row.Set(CodeColumn, article);
@@ -183,6 +204,7 @@ void ArticleWriter::Location(const QString& article, const QString& location) co
     row.Set("UAMAG", Warehouse);
     row.Set("UADEF", true);
     row.Insert();
+    return RowOutcome::Inserted;
 }
 
 } // namespace contract

@@ -10,6 +10,16 @@ std::vector<TableNeed> ArticleNeeds();
 /// Empties the article tables and the texts of their languages, when the operator asked for it.
 void EmptyArticles(ImportRun& run, bool reset);
 
+/// Whether an article is there. One that is not is logged.
+/// @param rowName the source row that names it; empty for the row under way
+bool IsImported(ImportRun& run, const QString& article, const QString& rowName = {});
+
+/// What `ArticleWriter::Location` writes.
+std::vector<TableNeed> LocationNeeds();
+
+/// Empties the tables of the locations, when the operator asked for it.
+void EmptyLocations(ImportRun& run, bool reset);
+
 /// A line of the cost or price history of an article.
 struct HistoryLine {
     QString article;
@@ -64,7 +74,9 @@ public:
     void Cost(const HistoryLine& line) const { History(QStringLiteral("STO_COS"), QStringLiteral("STCOS"), line); }
     void Price(const HistoryLine& line) const { History(QStringLiteral("STO_PRZ"), QStringLiteral("STPRZ"), line); }
     /// Writes the default location of an article and the location itself, each when it is missing.
-    void Location(const QString& article, const QString& location) const;
+    /// @param description of the location; empty for its code
+    /// @return whether the article has gained it; else it is skipped
+    RowOutcome Location(const QString& article, const QString& location, const QString& description = {}) const;
 
 private:
     void History(const QString& table, const QString& amountColumn, const HistoryLine& line) const;

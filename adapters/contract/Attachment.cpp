@@ -49,7 +49,7 @@ RowOutcome Attach(ImportRun& run, const AttachedFile& file) {
     row.Set("ATLNK", file.path);
     row.Set("ATTYP", info.suffix().toUpper());
     row.Set("ATSIZ", info.size());
-    row.Set("ATDAT", info.lastModified());
+    row.Set("ATDAT", file.day.isNull() ? QVariant(info.lastModified()) : file.day);
     row.Set("ATREV", file.revision);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));

@@ -18,6 +18,7 @@ struct AttachedFile {
     QString path;
     QString description = {}; ///< the file's name when empty
     QString revision = {};
+    QVariant day = {}; ///< Null: that of the file
 };
 
 /// Path of a file that the source names by a path within a folder of the settings; either may be written with "\".

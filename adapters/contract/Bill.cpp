@@ -51,7 +51,6 @@ bool BillWriter::HasArticle(const QString& article) const {
 RowOutcome BillWriter::Begin(const BillHead& head) {
     Session& session = m_run.GetSession();
     const QDate today = session.Now().date();
-    m_hasRevisions = m_hasRevisions || !head.revision.isNull();
     QString condition = Equals(session, "DBART", head.article);
     if (!head.revision.isNull()) {
         condition += QStringLiteral(" AND DBREV = ") +
@@ -133,13 +132,20 @@ void BillWriter::Write(const Component& component, qint64 phase) {
 }
 
 void BillWriter::LinkSubAssemblies() {
-    const QString bill = m_hasRevisions
+    ovConnection& quadrix = m_run.GetSession().Quadrix;
+    const QString bills = m_run.FullName("DIS_BAS");
+    // Also where this origin has none: revisions may have been made by hand or come from another one.
+    const bool hasRevisions =
+        quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM (SELECT DBART FROM %1 GROUP BY DBART HAVING "
+                                              "COUNT(*) > 1) R")
+                                   .arg(bills)) > 0;
+    const QString bill = hasRevisions
                              // The one in force that was written last; without one in force, the last.
                              ? QStringLiteral("COALESCE((SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART AND "
                                               "DBMAN = 1), (SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART))")
                              : QStringLiteral("(SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)");
-    m_run.GetSession().Quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = ").arg(m_run.FullName("DIS_COM")) +
-                                       bill.arg(m_run.FullName("DIS_COM"), m_run.FullName("DIS_BAS")));
+    quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = ").arg(m_run.FullName("DIS_COM")) +
+                    bill.arg(m_run.FullName("DIS_COM"), bills));
     LogCycles();
 }
 

@@ -75,7 +75,6 @@ private:
 
     ImportRun& m_run;
     qint64 m_bill = 0;
-    bool m_hasRevisions = false;
 };
 
 } // namespace contract

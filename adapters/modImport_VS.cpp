@@ -1,0 +1,249 @@
+// Visual Space: an SQL Server database. Counterparties stand here, articles and drawings in modImport_VS_articles.cpp,
+// stock and locations in modImport_VS_stock.cpp, orders in modImport_VS_documents.cpp, bills in modImport_VS_bills.cpp.
+// DISTINTA_BASE with PADRE, T_ORDINI_CLI, T_ORDINI_FOR, STOCK and MAGAZZINO_1 with COD_UBICAZIONE are known from an
+// installation; the other tables and columns are this system's own reading in the style of these: a name that differs
+// is put right in the mappings and the sections "Source tables".
+// Known gaps: destinations, contacts, price lists.
+
+#include "adapters/modImport_VS.h"
+
+#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/lookups.h"
+#include "adapters/contract/Origin.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_VS {
+
+const contract::Origin& Entry();
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+/// Customers and suppliers have the same columns, but for that of the code.
+struct Register {
+    QString table;
+    QString code;
+    bool customer;
+};
+const Register Customers{Clienti, QStringLiteral("COD_CLIENTE"), true};
+const Register Suppliers{Fornitori, QStringLiteral("COD_FORNITORE"), false};
+
+const Register& RegisterOf(bool customer) { return customer ? Customers : Suppliers; }
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+constexpr int NameSize = 35;
+
+/// What the name holds beyond its size, and the second name.
+Rule SecondName() {
+    return {QStringLiteral("from character %1 of the first onward, and the second").arg(NameSize + 1),
+            [](const RuleInput& input) {
+                const QString rest = input.row.Text(input.columns.first()).mid(NameSize).trimmed();
+                return RuleValue(QString(rest + ' ' + input.row.Text(input.columns.last())).trimmed());
+            }};
+}
+
+Mapping MakeControparti(const Register& of) {
+    const QString& table = of.table;
+    return {
+        "CON_TRO",
+        table,
+        {
+            {"CDCON", of.code, Code()},
+            {"CORAS", "RAGIONE_SOCIALE", First(NameSize)},
+            {"CORA2", "RAGIONE_SOCIALE, RAGIONE_SOCIALE_2", SecondName()},
+            {"COINV", "", Today()},
+            {"COANN", "ANNULLATO", Flag()},
+            {"COCON", "", Constant(true)},
+            {"COCLI", "", IsCustomer()},
+            {"COSC1", "SCONTO_1", CustomerOnly(NotBlank(RoundedTo(2)))},
+            {"COSC2", "SCONTO_2", CustomerOnly(NotBlank(RoundedTo(2)))},
+            {"COCGE", of.code, CustomerOnly(Text())},
+            {"COFOR", "", IsSupplier()},
+            {"COSF1", "SCONTO_1", SupplierOnly(NotBlank(RoundedTo(2)))},
+            {"COSF2", "SCONTO_2", SupplierOnly(NotBlank(RoundedTo(2)))},
+            {"COFGE", of.code, SupplierOnly(Text())},
+            {"COIND", "INDIRIZZO", Text()},
+            {"COCAP", "CAP", Text()},
+            {"COCIT", "LOCALITA", Text()},
+            {"COPRO", "PROVINCIA", Text()},
+            {"CONAZ", "COD_NAZIONE", Country(table, "COD_NAZIONE")},
+            {"COLNG", "", Constant(schema::defaults::Language)},
+            {"COZON", "COD_ZONA", Translated(table, "COD_ZONA")},
+            {"COVAL", "COD_VALUTA", Or(TranslatedOrKnown(table, "COD_VALUTA", "TAB_VAL"), schema::defaults::Currency)},
+            {"COFIS", "CODICE_FISCALE", NotBlank(Text())},
+            {"COIVA", "PARTITA_IVA", NotBlank(Text())},
+            {"COESE", "COD_IVA", ExemptVat(table, "COD_IVA")},
+            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
+            {"COMOP", "COD_PAGAMENTO", CustomerOnly(Translated(table, "COD_PAGAMENTO"))},
+            {"COMOA", "COD_PAGAMENTO", SupplierOnly(Translated(table, "COD_PAGAMENTO"))},
+            {"COABI", "ABI", NotBlank(Digits(5))},
+            {"COCAB", "CAB", NotBlank(Digits(5))},
+            {"COCOC", "NUM_CONTO", NotBlank(Text())},
+            {"COCIN", "CIN", NotBlank(Text())},
+            {"COIBA", "IBAN", NotBlank(WithoutBlanks())},
+            {"COBAN", "COD_BANCA", Translated(table, "COD_BANCA")},
+            {"COLSC", "COD_LISTINO", CustomerOnly(Translated(table, "COD_LISTINO"))},
+            {"COLSF", "COD_LISTINO", SupplierOnly(Translated(table, "COD_LISTINO"))},
+            {"COAGE", "COD_AGENTE", Translated(table, "COD_AGENTE")},
+            {"COBLK", "", Constant(false)},
+            {"CONOT", "NOTE", Text()},
+        },
+    };
+}
+
+const Mapping& Controparti(bool customer) {
+    static const Mapping customers = MakeControparti(Customers);
+    static const Mapping suppliers = MakeControparti(Suppliers);
+    return customer ? customers : suppliers;
+}
+
+/// What a row adds to a counterparty that is there already.
+const Mapping& Ruolo(bool customer) {
+    static const Mapping customers{
+        "CON_TRO",
+        Clienti,
+        {
+            {"COCLI", "", Constant(true)},
+            {"COSC1", "SCONTO_1", NotBlank(RoundedTo(2))},
+            {"COSC2", "SCONTO_2", NotBlank(RoundedTo(2))},
+            {"COCGE", Customers.code, Text()},
+        },
+    };
+    static const Mapping suppliers{
+        "CON_TRO",
+        Fornitori,
+        {
+            {"COFOR", "", Constant(true)},
+            {"COSF1", "SCONTO_1", NotBlank(RoundedTo(2))},
+            {"COSF2", "SCONTO_2", NotBlank(RoundedTo(2))},
+            {"COFGE", Suppliers.code, Text()},
+        },
+    };
+    return customer ? customers : suppliers;
+}
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, const Register& from) {
+    const CounterpartyWriter writer(run, {});
+    const Placement place = writer.Place({from.table, from.code, row.Text(from.code), from.customer,
+                                          row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE")});
+    const Facts facts{place.code, from.customer};
+    TargetRow target(run, "CON_TRO");
+    if (place.known) {
+        Ruolo(from.customer).Apply(target, run.GetSession(), row, facts);
+        target.Update("WHERE CDCON = " + run.Quoted(facts.code));
+        return RowOutcome::Updated;
+    }
+    Controparti(from.customer).Apply(target, run.GetSession(), row, facts);
+    target.Insert();
+    const Owner owner{"CON_TRO", facts.code};
+    writer.Telephone(owner, "Ufficio", row.Text("TELEFONO"));
+    writer.Telephone(owner, "Ufficio 2", row.Text("TELEFONO_2"));
+    writer.Telephone(owner, "Fax (uff.)", row.Text("FAX"));
+    writer.Telephone(owner, "Cellulare", row.Text("CELLULARE"));
+    writer.Mail(owner, "@ Principale", row.Text("EMAIL"));
+    writer.WebSite(owner, row.Text("SITO_WEB"));
+    return RowOutcome::Inserted;
+}
+
+const Needs& ContropartiNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Controparti(true), &Controparti(false), &Ruolo(true), &Ruolo(false)}, {}, CounterpartyNeeds()};
+        for (const QString& table : {Clienti, Fornitori}) {
+            all.reads.push_back({table, {"TELEFONO", "TELEFONO_2", "FAX", "CELLULARE", "EMAIL", "SITO_WEB"}});
+        }
+        return all;
+    }();
+    return needs;
+}
+
+/// Customers come first: they keep their numbers, suppliers are numbered after them.
+void ImportContropartiVSP(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportContropartiVSP", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione controparti");
+        run.Preflight(ContropartiNeeds());
+        run.Truncate(reset, CounterpartyTables());
+        for (const Register& from : {Customers, Suppliers}) {
+            const QString select = " FROM " + from.table + SingleCode(run, "WHERE", from.code, singleCode);
+            const bool toTheEnd = run.Rows({from.customer ? "Clienti" : "Fornitori", from.table, from.code,
+                                            "SELECT COUNT(*)" + select, "SELECT *" + select + " ORDER BY " + from.code},
+                                           [&](const SourceRow& row) { return ImportControparte(run, row, from); });
+            if (!toTheEnd) {
+                return;
+            }
+        }
+        run.Complete("Controparti importate correttamente!");
+    });
+}
+
+} // namespace
+
+QString GetNewControparteFromVisual(ImportRun& run, const QString& code, bool customer) {
+    if (code.isEmpty()) {
+        return {};
+    }
+    Session& session = run.GetSession();
+    const Register& from = RegisterOf(customer);
+    QString found = modImport::GetNewCode(session, from.table, from.code, code, false);
+    if (found.isEmpty()) {
+        found = LookUp(session, "CON_TRO", customer ? "COCGE" : "COFGE", code, "CDCON");
+    }
+    if (!found.isEmpty()) {
+        return found;
+    }
+    const Recordset rows = session.SourceConnection().ExecuteWC("SELECT PARTITA_IVA, CODICE_FISCALE FROM " +
+                                                                from.table + SingleCode(run, "WHERE", from.code, code));
+    if (rows.Eof()) {
+        return {};
+    }
+    const SourceRow row(rows);
+    return CounterpartyWriter(run, {}).FindByIdentity(row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE"));
+}
+
+QString SingleCode(const ImportRun& run, const QString& joint, const QString& column, const QString& singleCode) {
+    return singleCode.isEmpty() ? QString() : QString(" " + joint + " " + column + " = " + run.Quoted(singleCode));
+}
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Visual Space",
+        Module,
+        {"SQL Server", sourceSettings::Server("VISUALSPACE")},
+        {{
+            {Shown::Yes, ""},  // Cli
+            {Shown::Yes, ""},  // Art
+            {Shown::Yes, ""},  // Dis
+            {Shown::Yes, ""},  // Doc
+            {Shown::Yes, ""},  // Acq
+            {Shown::Yes, ""},  // Saldi
+            {Shown::No, ""},   // Piano
+            {Shown::Keep, ""}, // Disegni
+        }},
+        Shown::Keep,
+        {
+            {Button::Cli, "ImportContropartiVSP", ImportContropartiVSP, ContropartiNeeds()},
+            {Button::Art, "ImportArticoliVSP", ImportArticoliVSP, ArticoliNeeds()},
+            {Button::Dis, "ImportDistinteVSP", ImportDistinteVSP, DistinteNeeds()},
+            {Button::Dis, "CorreggiDistinteVSP", CorreggiDistinteVSP, CorrezioneNeeds(), {}, true, false},
+            {Button::Doc, "ImportDocVenVSP", ImportDocVenVSP, DocVenNeeds()},
+            {Button::Acq, "ImportDocAcqVSP", ImportDocAcqVSP, DocAcqNeeds()},
+            {Button::Saldi, "ImportSaldiVSP", ImportSaldiVSP, SaldiNeeds()},
+            {Button::Disegni, "ImportDisegniVSP", ImportDisegniVSP, DisegniNeeds()},
+            {std::nullopt, "ImportUbicazioniVSP", ImportUbicazioniVSP, UbicazioniNeeds()},
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_VS
