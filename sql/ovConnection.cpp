@@ -70,6 +70,7 @@ auto ovConnection::WithDecision(const Work& work) {
 qint64 ovConnection::Execute(const QString& statement) {
     return WithDecision([&] {
         Engine& engine = Opened(statement);
+        Show(Written, statement);
         const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
         if (!triggers.table.isEmpty() && engine.TextDialect() != Dialect::SqlServer) {
             SetTriggersEnabled(triggers.table, triggers.enable);
@@ -86,7 +87,7 @@ qint64 ovConnection::Execute(const QString& statement) {
 void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
     const QString restart = engine.RestartStatement(table);
     if (!restart.isEmpty()) {
-        Show(restart);
+        Show(Trace, restart);
         engine.Run(restart);
     }
 }
@@ -94,6 +95,7 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 Recordset ovConnection::ExecuteWC(const QString& query) {
     return WithDecision([&] {
         Engine& engine = Opened(query);
+        Show(Written, query);
         return Recordset(engine.Query(TextFor(engine, query)), query);
     });
 }
@@ -118,27 +120,27 @@ QString ovConnection::TextFor(const Engine& engine, const QString& statement) co
         return statement;
     }
     QString text = dialect::Adapt(statement, engine.TextDialect());
-    Show(text);
+    Show(Trace, text);
     return text;
 }
 
-void ovConnection::Show(const QString& statement) const {
-    if (Trace) {
-        Trace(statement);
+void ovConnection::Show(const StatementObserver& observer, const QString& statement) {
+    if (observer) {
+        observer(statement);
     }
 }
 
 void ovConnection::BeginTrans() {
     const QString statement = QStringLiteral("BEGIN TRANSACTION");
     Engine& engine = Opened(statement);
-    Show(engine.TextDialect() == Dialect::MySql ? QStringLiteral("BEGIN") : statement);
+    Show(Trace, engine.TextDialect() == Dialect::MySql ? QStringLiteral("BEGIN") : statement);
     engine.Begin();
     m_inTransaction = true;
 }
 
 void ovConnection::CommitTrans() {
     if (m_inTransaction) {
-        Show(QStringLiteral("COMMIT"));
+        Show(Trace, QStringLiteral("COMMIT"));
         Opened(QStringLiteral("COMMIT")).Commit();
         m_inTransaction = false;
     }
@@ -147,7 +149,7 @@ void ovConnection::CommitTrans() {
 void ovConnection::RollbackTrans() {
     if (m_inTransaction) {
         m_inTransaction = false;
-        Show(QStringLiteral("ROLLBACK"));
+        Show(Trace, QStringLiteral("ROLLBACK"));
         Opened(QStringLiteral("ROLLBACK")).RollBack();
     }
 }

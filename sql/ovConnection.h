@@ -10,7 +10,7 @@ class ovConnection : public ovDatabase {
 public:
     /// Opens the engine of settings that name files which this program reads itself; null: they name something else.
     using FileOpener = std::function<std::unique_ptr<Engine>(const ConnectionSettings&)>;
-    /// Sees every statement in the engine's own words, just before it runs.
+    /// Sees a statement just before it runs.
     using StatementObserver = std::function<void(const QString& statement)>;
 
     ovConnection() = default;
@@ -37,7 +37,8 @@ public:
     QStringList LookupColumns; ///< "table.column" of each column that rows are looked up by
     QString CodePage;          ///< code page of files that do not tell theirs; empty for cp1252
     FileOpener OpenFiles;
-    StatementObserver Trace;
+    StatementObserver Trace;   ///< sees every statement in the engine's own words
+    StatementObserver Written; ///< sees every statement as it was written, before the engine's own words
 
     /// Opens the database. Raises `SqlError` with the engine's message.
     void OpenConnection();
@@ -87,7 +88,7 @@ private:
     Engine& Opened(const QString& statement) const;
     /// The text that the engine is given; the trace gets it in the engine's own words.
     QString TextFor(const Engine& engine, const QString& statement) const;
-    void Show(const QString& statement) const;
+    static void Show(const StatementObserver& observer, const QString& statement);
     void RestartNumbers(Engine& engine, const QString& table) const;
     template<class Work>
     auto WithDecision(const Work& work);

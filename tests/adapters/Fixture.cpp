@@ -147,6 +147,9 @@ void Fixture::OpenSource() {
         throw ImportError("L'origine non si è aperta");
     }
     session.Source->OpenConnection();
+    if (session.Source->ProviderType == Provider::SqlServer) {
+        session.Source->Written = WrittenStatements();
+    }
     session.Source->Trace = [this](const QString& statement) {
         m_statements += "-- " + QString(statement).remove('\n').replace('\r', "\n-- ") + "\n";
     };

@@ -4,6 +4,7 @@
 #include "core/Session.h"
 #include "tests/support/MariaDbServer.h"
 #include "tests/support/ScriptedOperator.h"
+#include "tests/support/writtenStatements.h"
 
 #include <QTemporaryDir>
 
@@ -24,6 +25,7 @@ public:
         m_session.Now = [] { return QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30)); };
         m_session.LogFile = Folder.filePath("import.log");
         if (engine == On::Embedded) {
+            m_session.Quadrix.Written = WrittenStatements();
             OpenEmbedded();
             AddCompany("X01", Company);
         } else if (engine == On::MariaDb) {

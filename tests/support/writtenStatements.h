@@ -1,0 +1,30 @@
+#pragma once
+
+#include "sql/ovConnection.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSet>
+
+/// An observer that leaves every statement that was written for SQL Server, once, in the folder that QUADRIX_TSQL
+/// names, each ended by a NUL, for `scripts/check-tsql`; none without that folder.
+inline ovConnection::StatementObserver WrittenStatements() {
+    const QString folder = qEnvironmentVariable("QUADRIX_TSQL");
+    if (folder.isEmpty()) {
+        return nullptr;
+    }
+    static QFile file(folder + '/' + QFileInfo(QCoreApplication::applicationFilePath()).fileName() + ".sql");
+    if (!file.isOpen() && !file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+        qFatal("%s: %s", qPrintable(file.fileName()), qPrintable(file.errorString()));
+    }
+    static QSet<size_t> seen;
+    return [](const QString& statement) {
+        // Triggers are made by tests alone, in the words of SQLite.
+        const bool isOfTest = statement.contains(" TRIGGER ") && !statement.startsWith("ALTER");
+        if (const size_t hash = qHash(statement); !isOfTest && !seen.contains(hash)) {
+            seen.insert(hash);
+            file.write(statement.toUtf8().append('\0'));
+            file.flush();
+        }
+    };
+}
