@@ -275,40 +275,39 @@ void WriteProduction(ImportRun& run, const SourceRow& orderRow, qint64 documentR
     }
 }
 
-/// The triggers of the production orders, off from here: those of phases and orders until `EnablePhases`, those of the
-/// components to the end of the run, so that they are written without them.
+/// The triggers of the production orders, off from here: those of phases and orders until `SwitchPhasesOn`, those of
+/// the components to the end of the run, so that they are written without them.
 class OrderTriggersOff {
 public:
     explicit OrderTriggersOff(ImportRun& run)
         : m_run(run) {
-        for (const auto* table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
-            m_off.append(table);
-            run.GetSession().Quadrix.Execute("ALTER TABLE " + run.FullName(table) + " DISABLE TRIGGER ALL");
-        }
-    }
-    ~OrderTriggersOff() {
-        for (const QString& table : std::as_const(m_off)) {
-            try {
-                Enable(table);
-            } catch (const std::exception& error) {
-                m_run.Log(QStringLiteral("I trigger di %1 sono rimasti disattivati: %2")
-                              .arg(m_run.FullName(table), QString::fromUtf8(error.what())));
+        try {
+            for (const char* table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
+                m_off.append(table);
+                Database().AlterTriggersStatus(m_run.FullName(table), false);
             }
+        } catch (...) {
+            SwitchOn();
+            throw;
         }
     }
+    ~OrderTriggersOff() { SwitchOn(); }
     OrderTriggersOff(const OrderTriggersOff&) = delete;
     OrderTriggersOff& operator=(const OrderTriggersOff&) = delete;
 
-    void EnablePhases() {
+    void SwitchPhasesOn() {
         while (m_off.size() > 1) {
-            Enable(m_off.at(1));
+            Database().AlterTriggersStatus(m_run.FullName(m_off.at(1)), true);
             m_off.removeAt(1);
         }
     }
 
 private:
-    void Enable(const QString& table) {
-        m_run.GetSession().Quadrix.Execute("ALTER TABLE " + m_run.FullName(table) + " ENABLE TRIGGER ALL");
+    ovConnection& Database() { return m_run.GetSession().Quadrix; }
+    void SwitchOn() noexcept {
+        for (const QString& table : std::as_const(m_off)) {
+            m_run.SwitchTriggersOn(table);
+        }
     }
 
     ImportRun& m_run;
@@ -356,7 +355,7 @@ void ImportOrdCliTessera(Session& session, const QString& singleCode, bool reset
         const TriggersOff documentTriggers(run);
         OrderTriggersOff orderTriggers(run);
         RemoveImportedOrders(run, reset);
-        orderTriggers.EnablePhases();
+        orderTriggers.SwitchPhasesOn();
         Orders orders(run, Customers(), options);
         const QString where = "T.DatOrd >= " + LiteralOf(session.SourceConnection(), OldestOrder) +
                               " AND T.StatOrd IN (0, 1, 4)" + SingleNumber(run, singleCode);
