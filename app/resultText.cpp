@@ -29,6 +29,12 @@ QString TableLine(const QString& table, const RunResult::TableCount& count) {
     return count.takenBack == 0 ? line : QString(line + ", riprese " + Number(count.takenBack));
 }
 
+QString NoteLine(const Notes::Kind& kind) {
+    const QString often = kind.count == 1 ? QString() : QString(" (" + Number(kind.count) + ')');
+    return kind.name + often + (kind.first.isEmpty() ? QString() : QString(": " + kind.first)) +
+           (kind.count == 1 ? "" : ", ...");
+}
+
 /// A title and its entries, cut at `most`; nothing without entries.
 void AddList(QStringList& lines, const QString& title, const QStringList& entries, qint64 count, int most) {
     if (count == 0) {
@@ -67,7 +73,11 @@ QStringList ResultLines(const RunResult& result, int most) {
         reasons.append(row.rowKey + ": " + row.reason);
     }
     AddList(lines, "Righe abbandonate", reasons, result.givenUpCount, most);
-    AddList(lines, "Annotazioni", result.notes.lines, result.notes.count, most);
+    QStringList notes;
+    for (const Notes::Kind& kind : result.notes.kinds) {
+        notes.append(NoteLine(kind));
+    }
+    AddList(lines, "Annotazioni nel log, per tipo", notes, notes.size(), most);
     AddList(lines, "Codici senza traduzione", result.untranslated, result.untranslated.size(), most);
     return lines;
 }

@@ -126,6 +126,26 @@ std::optional<SequenceResult> Press(Session& session, const Choice& choice, cons
     return settings.script == 1 ? Sequence(session, settings, window) : Sequence2(session, settings, window);
 }
 
+/// "Passi 5: completati 4, saltati 1"; what did not happen is left out.
+QString StepsLine(const SequenceResult& result) {
+    static const QList<QPair<QString, QList<Outcome>>> classes{
+        {"completati", {Outcome::Done}},
+        {"non riusciti", {Outcome::Failed}},
+        {"saltati", {Outcome::NotConnected, Outcome::Unavailable}},
+        {"interrotti", {Outcome::Cancelled}},
+        {"non raggiunti", {Outcome::NotReached}}};
+    QStringList parts;
+    for (const auto& [name, outcomes] : classes) {
+        const auto count =
+            std::count_if(result.entries.cbegin(), result.entries.cend(),
+                          [&, &among = outcomes](const SequenceEntry& entry) { return among.contains(entry.outcome); });
+        if (count > 0) {
+            parts.append(name + ' ' + QString::number(count));
+        }
+    }
+    return QStringLiteral("Passi %1: ").arg(result.entries.size()) + parts.join(", ");
+}
+
 } // namespace
 
 QString OutcomeText(Outcome outcome) {
@@ -159,7 +179,7 @@ std::optional<SequenceResult> PressSequence(Session& session, const Choice& choi
 }
 
 QStringList SequenceLines(const SequenceResult& result, int most) {
-    QStringList lines;
+    QStringList lines{StepsLine(result)};
     for (const SequenceEntry& entry : result.entries) {
         lines.append(entry.step + ": " + OutcomeText(entry.outcome) +
                      (entry.message.isEmpty() ? QString() : QString(" (" + entry.message + ')')));

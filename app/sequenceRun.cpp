@@ -27,8 +27,8 @@ Outcome OutcomeOf(const QVector<RunResult>& results) {
 /// Whether rows were left out for want of their article.
 bool LackedArticles(const QVector<RunResult>& results) {
     return std::any_of(results.cbegin(), results.cend(), [](const RunResult& result) {
-        return std::any_of(result.notes.lines.cbegin(), result.notes.lines.cend(),
-                           [](const QString& note) { return note.startsWith(u"ARTICOLO NON TROVATO"); });
+        return std::any_of(result.notes.kinds.cbegin(), result.notes.kinds.cend(),
+                           [](const Notes::Kind& kind) { return kind.name == u"ARTICOLO NON TROVATO"; });
     });
 }
 
@@ -57,6 +57,7 @@ SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<
     try {
         m_progress = m_session.Person.ShowProgress();
         body();
+        m_progress->SetStep("sequenza di importazione"); // the last thing that a terminal shows of it
         m_progress.reset();
         CloseSource(m_session);
         Conclude();
@@ -148,6 +149,7 @@ void SequenceRun::Begin(const QString& step) {
         throw Stopped();
     }
     ++m_current;
+    m_errorsBefore = m_session.Errors.Entries().size();
     float all = 0;
     for (const SequenceEntry& entry : std::as_const(m_result.entries)) {
         all += WeightOf(entry);
@@ -181,8 +183,13 @@ void SequenceRun::LogOutcome() {
 }
 
 void SequenceRun::SkipNotConnected(const QString& text) {
+    const auto& errors = m_session.Errors.Entries();
+    const QString reason = errors.size() > m_errorsBefore ? errors.last().message : QString();
+    if (!reason.isEmpty()) {
+        Log(reason);
+    }
     Log(text);
-    End(Outcome::NotConnected, text);
+    End(Outcome::NotConnected, reason.isEmpty() ? text : QString(text + ' ' + reason));
     m_session.Person.Message(text, Icon::Exclamation);
 }
 

@@ -32,6 +32,14 @@ QJsonArray GivenUpJson(const RunResult& result) {
     return rows;
 }
 
+QJsonArray NotesJson(const RunResult& result) {
+    QJsonArray notes;
+    for (const Notes::Kind& kind : result.notes.kinds) {
+        notes.append(QJsonObject{{"kind", kind.name}, {"count", kind.count}, {"first", kind.first}});
+    }
+    return notes;
+}
+
 } // namespace
 
 QString OutcomeName(RunResult::Outcome outcome) {
@@ -85,7 +93,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"givenUpRows", GivenUpJson(result)},
             {"written", TablesJson(result)},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
-            {"notes", QJsonArray::fromStringList(result.notes.lines)},
+            {"notes", NotesJson(result)},
             {"errors", QJsonArray::fromStringList(result.errors)},
             {"seconds", result.seconds}};
 }

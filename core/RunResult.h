@@ -5,21 +5,36 @@
 #include <QStringList>
 #include <QVector>
 
-/// Lines to tell about, as many as there may be.
-struct Notes {
-    qint64 count = 0;
-    QStringList lines; ///< the first 1000 of them
+#include <algorithm>
 
-    void Add(const QString& line) {
-        constexpr int kept = 1000;
-        ++count;
-        if (lines.size() < kept) {
-            lines.append(line);
+/// What a log tells about rows, by kind: the text of a line up to its colon, such as "ARTICOLO NON TROVATO".
+struct Notes {
+    struct Kind {
+        QString name;
+        qint64 count = 0;
+        QString first; ///< the rest of its first line
+    };
+    qint64 count = 0;
+    QVector<Kind> kinds; ///< in the order in which they came up; the first 100 of them
+
+    void Add(const QString& line) { Add({line.section(u':', 0, 0), 1, line.section(u':', 1).trimmed()}); }
+    void Add(const Notes& more) {
+        for (const Kind& kind : more.kinds) {
+            Add(kind);
         }
     }
-    void Add(const Notes& more) {
+
+private:
+    void Add(const Kind& more) {
+        constexpr int kept = 100;
         count += more.count;
-        lines += more.lines;
+        const auto known =
+            std::find_if(kinds.begin(), kinds.end(), [&](const Kind& kind) { return kind.name == more.name; });
+        if (known != kinds.end()) {
+            known->count += more.count;
+        } else if (kinds.size() < kept) {
+            kinds.append(more);
+        }
     }
 };
 

@@ -42,7 +42,7 @@ Table CounterpartyTable() {
                           {{"TipoDitta", 'C', 1}, Fixed("G")},
                           {{"Cd_CFGruppo1", 'C', 3}, OneOf({"G1", "G2"})},
                           {{"Cd_PG", 'C', 4}, OneOf({"R60", "R30", "CON"})},
-                          {{"Cd_CGConto_Banca", 'C', 12}, OneOf({"BANCA01", {}})},
+                          {{"Cd_CGConto_Banca", 'C', 12}, Chance(10, Fixed("BANCA01"))},
                           {{"Iban", 'C', 40}, Chance(60, Iban())},
                           {{"Cd_VL", 'C', 3}, Fixed("EUR")},
                           {{"Id_Lingua", 'I'}, Fixed(1040)},
@@ -299,6 +299,7 @@ QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
     script.VatCode("22", "IVA 22%", 22);
     script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.Translate("CF", "Cd_Nazione", "IT", "ITA");
     script.Translate("CF", "Cd_Aliquota", "N8", "N8");
     script.Translate("CF", "Cd_Aliquota", "22", "22");
     for (const char* term : {"R60", "R30", "CON"}) {

@@ -23,7 +23,7 @@ Rule Id() {
     return [](const Place& place) { return QVariant(place.row + 1); };
 }
 Rule Counted(const Count& count) { return AnyOf(count, Id()); }
-Rule CodeOfCounterparty() { return Kinds({{Customers, Code("201.", 5)}, {Suppliers, Code("401.", 5)}}); }
+Rule CodeOfCounterparty() { return Kinds({{Customers, Code("201.", 5)}, {Suppliers, Code("601.", 5)}}); }
 /// Id of a supplier: they stand behind the customers.
 Rule SupplierId() {
     return [](const Place& place) {
@@ -270,7 +270,10 @@ QuadrixScript PreparedFor(const Options& options) {
     for (const char* code : {"B30", "B60", "RD"}) {
         script.Translate("Pagam", "CodPag", code, code);
     }
+    script.Translate("CliFor", "CodNaz", "IT", "ITA");
+    script.Translate("CliFor", "CodVal", "EUR", "EUR");
     script.Translate("Artic", "UniMis", "PZ", "NR");
+    script.Translate("Artic", "UniMis", "KG", "KG");
     script.Translate("Artic", "CodFam", "MECC", "MECCANICA");
     script.Translate("Lavorazioni", "CodLav", "SALD", "SALD");
     script.Translate("Lavorazioni", "CodLav", "MONT", "MONT");

@@ -20,18 +20,21 @@ private slots:
         result.givenUp = {{"codice 'C1'", "data impossibile"}, {"codice 'C2'", "nome mancante"}};
         result.tables["CON_TRO"] = {10003, 12, 3};
         result.tables["NUM_TEL"] = {20000, 0, 0};
-        result.notes.Add(QString("ARTICOLO NON TROVATO: codice 'C3'"));
+        result.notes.Add("ARTICOLO NON TROVATO: codice 'C3': 'AB'");
+        result.notes.Add("CONTROPARTE DOPPIA: 000001");
+        result.notes.Add("ARTICOLO NON TROVATO: codice 'C4': 'AC'");
         result.untranslated = {"anagrafe.pag = ZZ"};
         result.seconds = 12.34;
-        QCOMPARE(ResultLines(result, 1),
-                 QStringList({"ImportContropartiArca2000: interrotta dall'operatore in 12,3 s",
-                              "Righe lette 12.345: inserite 10.000, aggiornate 12, saltate 3, abbandonate 3, non "
-                              "raggiunte 2.327",
-                              "Tabella CON_TRO: scritte 10.003, aggiornate 12, riprese 3",
-                              "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
-                              "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",
-                              "Annotazioni (1):", "  ARTICOLO NON TROVATO: codice 'C3'",
-                              "Codici senza traduzione (1):", "  anagrafe.pag = ZZ"}));
+        QCOMPARE(
+            ResultLines(result, 1),
+            QStringList({"ImportContropartiArca2000: interrotta dall'operatore in 12,3 s",
+                         "Righe lette 12.345: inserite 10.000, aggiornate 12, saltate 3, abbandonate 3, non "
+                         "raggiunte 2.327",
+                         "Tabella CON_TRO: scritte 10.003, aggiornate 12, riprese 3",
+                         "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
+                         "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",
+                         "Annotazioni nel log, per tipo (2):", "  ARTICOLO NON TROVATO (2): codice 'C3': 'AB', ...",
+                         "  ... e altre 1", "Codici senza traduzione (1):", "  anagrafe.pag = ZZ"}));
     }
 };
 

@@ -241,6 +241,9 @@ void TestSequence::goesOnWithoutASource() {
     QCOMPARE(result.outcome, RunResult::Outcome::Failed);
     QVERIFY(fake.Target.Person.Events.contains("reported server spento"));
     QVERIFY(fake.Target.Person.Events.contains("[!] Impossibile connettersi ad Arca Evolution!"));
+    QCOMPARE(result.entries[0].message, QString("Impossibile connettersi ad Arca Evolution! server spento"));
+    QCOMPARE(fake.Log().mid(0, 3), QStringList({"Inizio Import Controparti Arca", "server spento",
+                                                "Impossibile connettersi ad Arca Evolution!"}));
 
     // Without Lantek 24 nothing of it and of AUTOMA is left to import; the message comes once for all its steps.
     fake.Unreachable = {"lantek.db"};
