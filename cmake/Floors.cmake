@@ -12,6 +12,11 @@ if(QUADRIX_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(quadrix_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(QUADRIX_FUZZ)
+    target_compile_options(quadrix_flags INTERFACE -Wno-error -fsanitize=fuzzer-no-link,address,undefined
+        -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(quadrix_flags INTERFACE -fsanitize=address,undefined)
+endif()
 
 # One floor of the house: a static library of the .cpp files of its folder (and of its sub-folders).
 # main.cpp, where there is one, belongs to the program and not to the library. MOC: it declares classes with Q_OBJECT.

@@ -35,13 +35,34 @@ void CheckFile(const QString& path) {
             .arg(path));
 }
 
+/// Whether the list of tables is a table: the library reads it without looking.
+bool HasCatalog(MdbHandle* handle) {
+    constexpr unsigned CatalogPage = 2;
+    MdbCatalogEntry entry{};
+    entry.mdb = handle;
+    entry.object_type = MDB_TABLE;
+    entry.table_pg = CatalogPage;
+    return ReadAccessDefinition(&entry) != nullptr;
+}
+
 } // namespace
+
+AccessDefinition ReadAccessDefinition(MdbCatalogEntry* entry) {
+    // The smallest map of a table's pages: its kind and where it begins.
+    constexpr size_t SmallestMap = 5;
+    AccessDefinition table(mdb_read_table(entry));
+    const bool isWhole = table != nullptr && table->usage_map != nullptr && table->map_sz >= SmallestMap &&
+                         table->num_cols <= MDB_MAX_COLS && mdb_read_columns(table.get()) != nullptr &&
+                         table->columns->len == table->num_cols;
+    return isWhole ? std::move(table) : nullptr;
+}
 
 AccessDatabase::AccessDatabase(const QString& path)
     : m_fileName(QFileInfo(path).fileName()) {
     CheckFile(path);
     m_handle.reset(mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS));
-    if (m_handle == nullptr || mdb_read_catalog(m_handle.get(), MDB_ANY) == nullptr || m_handle->num_catalog == 0) {
+    if (m_handle == nullptr || !HasCatalog(m_handle.get()) || mdb_read_catalog(m_handle.get(), MDB_ANY) == nullptr ||
+        m_handle->num_catalog == 0) {
         FailUnreadable(path);
     }
     mdb_set_bind_size(m_handle.get(), MDB_BIND_SIZE);

@@ -9,6 +9,15 @@
 
 namespace sources {
 
+/// Gives a table's definition back to the library.
+struct FreeAccessTable {
+    void operator()(MdbTableDef* table) const noexcept { mdb_free_tabledef(table); }
+};
+using AccessDefinition = std::unique_ptr<MdbTableDef, FreeAccessTable>;
+
+/// Reads the definition of a table with its columns; null when it is damaged.
+AccessDefinition ReadAccessDefinition(MdbCatalogEntry* entry);
+
 /// An Access database opened for reading, with the list of its tables.
 class AccessDatabase {
 public:

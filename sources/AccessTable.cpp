@@ -88,10 +88,9 @@ QString DeclaredType(const MdbColumn& column, bool isUnicode) {
 AccessTable::AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry, const QString& codePage)
     : m_handle(database.Handle()),
       m_page(m_handle->f->code_page != 0 ? QString::number(m_handle->f->code_page) : codePage),
-      m_table(mdb_read_table(entry.entry)),
+      m_table(ReadAccessDefinition(entry.entry)),
       m_chunk(MDB_BIND_SIZE, '\0') {
-    if (m_table == nullptr || m_table->num_cols > MDB_MAX_COLS || mdb_read_columns(m_table.get()) == nullptr ||
-        m_table->columns->len != m_table->num_cols) {
+    if (m_table == nullptr) {
         throw ImportError(QStringLiteral("la definizione della tabella è danneggiata: riparare il file con Access "
                                          "('Compatta e ripristina database')"));
     }
@@ -149,11 +148,20 @@ void AccessTable::CopyRow(PrivateTable& target) {
     }
 }
 
+/// The library takes the place of a value as the row tells it.
+QByteArrayView AccessTable::Bytes(const MdbField& field) const {
+    if (field.start < 0 || field.siz < 0 || field.start + field.siz > m_handle->fmt->pg_size) {
+        throw ImportError(QStringLiteral("il valore è danneggiato (%1 byte)").arg(field.siz));
+    }
+    return {reinterpret_cast<const char*>(m_handle->pg_buf) + field.start, field.siz};
+}
+
 QByteArrayView AccessTable::Fixed(const MdbField& field, qsizetype size) const {
-    if (field.siz != size) {
+    const QByteArrayView bytes = Bytes(field);
+    if (bytes.size() != size) {
         throw ImportError(QStringLiteral("il valore è danneggiato (%1 byte invece di %2)").arg(field.siz).arg(size));
     }
-    return {static_cast<const char*>(field.value), size};
+    return bytes;
 }
 
 void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& field) {
@@ -199,7 +207,7 @@ void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& fi
                        Owned(mdb_uuid_to_string_fmt(m_handle->pg_buf, field.start, MDB_NOBRACES_4_2_2_2_6)).toLatin1());
         break;
     case MDB_BINARY:
-        target.SetBytes(column, {static_cast<const char*>(field.value), field.siz});
+        target.SetBytes(column, Bytes(field));
         break;
     case MDB_OLE:
         target.SetBytes(column, LongValue(definition, field));
@@ -208,7 +216,7 @@ void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& fi
         CopyText(target, column, LongValue(definition, field));
         break;
     default:
-        CopyText(target, column, {static_cast<const char*>(field.value), field.siz});
+        CopyText(target, column, Bytes(field));
     }
 }
 
@@ -244,11 +252,12 @@ void AccessTable::CopyDateTime(PrivateTable& target, int column, double days) {
 
 /// A long value stands behind its head in the row, or in one row of another page, or in a chain of them.
 QByteArray AccessTable::LongValue(MdbColumn& column, const MdbField& field) {
-    if (field.siz < MDB_MEMO_OVERHEAD) {
+    const QByteArrayView bytes = Bytes(field);
+    if (bytes.size() < MDB_MEMO_OVERHEAD) {
         throw ImportError(QStringLiteral("il valore è danneggiato (%1 byte)").arg(field.siz));
     }
     std::array<char, MDB_MEMO_OVERHEAD> head{};
-    memcpy(head.data(), field.value, head.size());
+    std::copy_n(bytes.begin(), head.size(), head.begin());
     const auto length = static_cast<qsizetype>(Read<quint32>(head) & LengthMask);
     column.cur_value_start = field.start;
     column.cur_value_len = field.siz;

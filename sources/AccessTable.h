@@ -27,22 +27,20 @@ public:
     void CopyRows(PrivateTable& target);
 
 private:
-    struct Free {
-        void operator()(MdbTableDef* table) const noexcept { mdb_free_tabledef(table); }
-    };
     void ReadColumns();
     void CopyRow(PrivateTable& target);
     void CopyValue(PrivateTable& target, int column, const MdbField& field);
     void CopyText(PrivateTable& target, int column, QByteArrayView bytes);
     void CopyDateTime(PrivateTable& target, int column, double days);
     QByteArray LongValue(MdbColumn& column, const MdbField& field);
+    QByteArrayView Bytes(const MdbField& field) const;
     QByteArrayView Fixed(const MdbField& field, qsizetype size) const;
     MdbColumn& ColumnAt(int index) const;
 
     MdbHandle* m_handle;
     QString m_codePage;
     CodePage m_page;
-    std::unique_ptr<MdbTableDef, Free> m_table;
+    AccessDefinition m_table;
     QVector<ColumnInfo> m_columns;
     QVector<int> m_indexes; ///< of the columns that are read, in the definition
     std::array<MdbField, MDB_MAX_COLS> m_fields{};
