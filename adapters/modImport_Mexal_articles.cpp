@@ -197,8 +197,8 @@ void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset) 
         EmptyArticles(run, reset);
         const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
         QString last;
-        run.Rows({"Articoli", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD]",
-                  OneArticle},
+        run.Rows({"Articoli", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
+                  "SELECT *" + from + " ORDER BY [_ARCOD], NUMMAG", OneArticle},
                  [&](const SourceRow& row) { return ImportArticolo(run, row, last); });
         run.Complete("Articoli importati correttamente!");
     });
@@ -237,8 +237,8 @@ void ImportaCostiPrezziFromMEX(Session& session, const QString& singleCode, bool
         run.Preflight(CostiPrezziNeeds());
         const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
         QString last;
-        run.Rows({"Costi/Prezzi", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD]",
-                  OneArticle},
+        run.Rows({"Costi/Prezzi", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
+                  "SELECT *" + from + " ORDER BY [_ARCOD], NUMMAG", OneArticle},
                  [&](const SourceRow& row) { return RefreshArticle(run, row, last); });
         run.Complete("Costi/Prezzi importati correttamente!");
     });

@@ -254,9 +254,7 @@ void ImportDistinteVSP(Session& session, const QString& singleCode, bool reset) 
     ImportRun run(session, Module, "ImportDistinteVSP", singleCode);
     run.LogErrorsAs("Errore: ");
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione Distinte Base da Visual Space"); // behind what the log holds
-        }
+        run.AnnounceAppending("Inizio importazione Distinte Base da Visual Space");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
         BillWriter writer(run);
@@ -285,9 +283,7 @@ void CorreggiDistinteVSP(Session& session, const QString& singleCode, bool /*res
         if (!run.Ask("Correggere le distinte?")) {
             return;
         }
-        if (!run.IsSingle()) {
-            run.Log("Inizio correzione Distinte Base da Visual Space"); // behind what the log holds
-        }
+        run.AnnounceAppending("Inizio correzione Distinte Base da Visual Space");
         run.Preflight(CorrezioneNeeds());
         BillWriter writer(run);
         if (!ForEachParent(run, "Correzione Distinte Base", singleCode,

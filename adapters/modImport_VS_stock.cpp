@@ -48,9 +48,7 @@ const Needs& SaldiNeeds() {
 void ImportSaldiVSP(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportSaldiVSP", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione Saldi di Magazzino da Visual Space"); // behind what the log holds
-        }
+        run.AnnounceAppending("Inizio importazione Saldi di Magazzino da Visual Space");
         run.Preflight(SaldiNeeds());
         EmptyStock(run, reset);
         StockWriter writer(run);
@@ -88,9 +86,7 @@ const Needs& UbicazioniNeeds() {
 void ImportUbicazioniVSP(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportUbicazioniVSP", singleCode);
     run.Guard([&] {
-        if (!run.IsSingle()) {
-            run.Log("Inizio importazione Ubicazioni Articolo da Visual Space"); // behind what the log holds
-        }
+        run.AnnounceAppending("Inizio importazione Ubicazioni Articolo da Visual Space");
         run.Preflight(UbicazioniNeeds());
         EmptyLocations(run, reset);
         const QString from = " FROM " + Magazzino + " WHERE COD_UBICAZIONE IS NOT NULL" +

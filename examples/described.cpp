@@ -53,8 +53,7 @@ quint64 StreamOf(const QByteArray& name) {
     return hash;
 }
 
-Totals Write(const QString& file, const QVector<Table>& tables, const Options& options, const QuadrixScript& script) {
-    SqliteFile store(options.folder + u'/' + file);
+Totals Write(Store& store, const QVector<Table>& tables, const Options& options, const QuadrixScript& script) {
     Totals totals;
     for (const Table& table : tables) {
         if (IsAsked(options, table.group)) {
@@ -64,6 +63,11 @@ Totals Write(const QString& file, const QVector<Table>& tables, const Options& o
     store.Finish();
     script.Write(options.folder);
     return totals;
+}
+
+Totals Write(const QString& file, const QVector<Table>& tables, const Options& options, const QuadrixScript& script) {
+    SqliteFile store(options.folder + u'/' + file);
+    return Write(store, tables, options, script);
 }
 
 } // namespace examples::described

@@ -44,8 +44,10 @@ struct Table {
 /// The stream of random numbers of a name: the same on every machine, and whatever stands beside it.
 quint64 StreamOf(const QByteArray& name);
 
-/// Writes the tables that are asked for into a SQLite file of the folder, and the script beside it. Returns the rows of
-/// each table. Raises `ExampleError`.
+/// Writes the tables that are asked for into a store, and the script into the folder. Returns the rows of each table.
+/// Raises `ExampleError`.
+Totals Write(Store& store, const QVector<Table>& tables, const Options& options, const QuadrixScript& script);
+/// The same into a SQLite file of the folder.
 Totals Write(const QString& file, const QVector<Table>& tables, const Options& options, const QuadrixScript& script);
 
 } // namespace examples::described

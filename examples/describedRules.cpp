@@ -60,6 +60,10 @@ Rule ArticleText() {
     };
 }
 
+Rule Named(const QByteArray& name, const Rule& rule) {
+    return [rule, stream = StreamOf(name)](const Place& place) { return rule({place.options, place.row, stream}); };
+}
+
 QVector<Field> Unused(const QVector<QByteArray>& columns) {
     constexpr int length = 40;
     QVector<Field> fields;

@@ -23,6 +23,9 @@ Rule Day(int days);
 /// What an article is called.
 Rule ArticleText();
 
+/// The value that the rule draws under a name, for columns of several tables that say the same.
+Rule Named(const QByteArray& name, const Rule& rule);
+
 /// Columns that the example leaves Null.
 QVector<Field> Unused(const QVector<QByteArray>& columns);
 

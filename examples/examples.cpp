@@ -76,6 +76,11 @@ const QVector<Example>& Examples() {
          "Tessera: tabelle in un database",
          {"controparti", "articoli", "distinte", "documenti"},
          MakeTessera},
+        {"mexal", "Mexal: cartella di file CSV", {"controparti", "articoli", "distinte", "documenti"}, MakeMexal},
+        {"visualspace",
+         "Visual Space: tabelle in un database",
+         {"controparti", "articoli", "magazzino", "distinte", "documenti", "disegni"},
+         MakeVisualSpace},
     };
     return examples;
 }

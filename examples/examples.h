@@ -54,5 +54,7 @@ Totals MakeLantek30(const Options& options);
 Totals MakeAutoma(const Options& options);
 Totals MakeFerrobrio(const Options& options);
 Totals MakeTessera(const Options& options);
+Totals MakeMexal(const Options& options);
+Totals MakeVisualSpace(const Options& options);
 
 } // namespace examples

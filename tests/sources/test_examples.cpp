@@ -41,7 +41,15 @@ private:
     /// The tables of an example, wherever they stand.
     static std::unique_ptr<Engine> OpenExample(const QString& folder) {
         const QStringList databases = QDir(folder).entryList({"*.db"});
-        return databases.isEmpty() ? OpenFolder(folder) : OpenSqlite(folder + "/" + databases.first(), true);
+        if (!databases.isEmpty()) {
+            return OpenSqlite(folder + "/" + databases.first(), true);
+        }
+        if (!QDir(folder).entryList({"*.CSV"}, QDir::Files | QDir::CaseSensitive).isEmpty()) {
+            ConnectionSettings settings;
+            settings.connectionString = "Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=" + folder;
+            return sources::OpenFileSource(settings);
+        }
+        return OpenFolder(folder);
     }
 
     static QString Total(const Totals& totals, const QString& name) {
@@ -211,6 +219,23 @@ private slots:
         QTest::newRow("no component is a head")
             << "tessera" << components << "tessera"
             << "SELECT CodArt FROM Artic WHERE CodArt NOT IN (SELECT CodArt FROM DisBasT)";
+        const QString document = "SELECT [_MMSIG] || '/' || [_MMNUM] || '/' || [_MMDAT] || '/' || [_MMCLI] FROM ";
+        QTest::newRow("heads of the rows") << "mexal" << document + "DOC_RIG"
+                                           << "mexal" << document + "DOC_TES";
+        QTest::newRow("counterparties of two programs")
+            << "tessera"
+            << "SELECT CodCliFor || PartIva FROM CliFor WHERE CodCliFor NOT LIKE '201.9%'"
+            << "mexal"
+            << "SELECT [_PCCOD] || COALESCE([_PCPIV], '') FROM PIA_CON";
+        QTest::newRow("VAT numbers of two programs") << "visualspace"
+                                                     << "SELECT PARTITA_IVA FROM A_FORNITORI WHERE PARTITA_IVA <> ''"
+                                                     << "mexal"
+                                                     << "SELECT [_PCPIV] FROM PIA_CON WHERE TIPO = 'F'";
+        QTest::newRow("no component is a parent")
+            << "visualspace"
+            << "SELECT FIGLIO FROM DISTINTA_BASE WHERE FIGLIO <> 'NON-CE'"
+            << "visualspace"
+            << "SELECT COD_ARTICOLO FROM A_ARTICOLI WHERE COD_ARTICOLO NOT IN (SELECT PADRE FROM DISTINTA_BASE)";
         QTest::newRow("rows that a document carries out")
             << "arcaevolution"
             << "SELECT Id_DORig_Evade || Cd_AR || Qta FROM DORig WHERE Id_DORig_Evade IS NOT NULL"
