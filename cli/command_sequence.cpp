@@ -23,7 +23,7 @@ QStringList StepNames() {
 /// The steps of "--steps a,b,c"; "all" is every import and the final queries, not the emptying.
 SequenceSteps StepsFrom(const QCommandLineParser& options) {
     SequenceSteps steps;
-    for (const QString& given : options.value("steps").split(u',', Qt::SkipEmptyParts)) {
+    for (const QString& given : options.values("steps").join(u',').split(u',', Qt::SkipEmptyParts)) {
         const QString name = given.trimmed().toLower();
         bool known = name == u"all";
         for (const SequenceChoice& choice : SequenceChoices()) {

@@ -23,7 +23,7 @@ Rule Id() {
     return [](const Place& place) { return QVariant(place.row + 1); };
 }
 Rule Counted(const Count& count) { return AnyOf(count, Id()); }
-Rule CodeOfCounterparty() { return Kinds({{Customers, Code("201.", 5)}, {Suppliers, Code("601.", 5)}}); }
+Rule CodeOfCounterparty() { return Kinds({{Customers, Code("201.", 5)}, {Suppliers, Code("401.", 5)}}); }
 /// Id of a supplier: they stand behind the customers.
 Rule SupplierId() {
     return [](const Place& place) {

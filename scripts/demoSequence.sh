@@ -51,5 +51,27 @@ echo
 counts X04 CON_TRO ART_ICO DIS_BAS DIS_COM DOC_ACQ DOC_ACR ORD_PRO MOV_MAR UBI_MAG
 
 echo
+"${cli[@]}" create-database --company X05 --name "Demo Sequenza 2"
+for source in mexal tessera visualspace; do
+    example X05 "$source" 100
+done
+sequence_settings "Demo Sequenza 2"
+source_section MEXAL mexal
+source_section TESSERA tessera/tessera.db
+source_section "VISUAL SPACE" visualspace/visualspace.db
+# First the counterparties; then the articles, which name suppliers and which no sequence brings; then the rest.
+sequence --script 2 --steps contropartimex
+settings "$folder/mexal"
+import X05 Mexal art
+settings "$folder/tessera/tessera.db"
+import X05 Tessera art
+settings "$folder/visualspace/visualspace.db"
+import X05 "Visual Space" art
+sequence --script 2 --steps distintesic,ordclisic,distintevsp,documentimex,docvenvsp,docacqvsp,saldimex,saldivsp \
+    --steps ubicazionimex,ubicazionivsp,query
+echo
+counts X05 CON_TRO ART_ICO DIS_BAS DIS_COM DOC_VEN DOC_VER DOC_ACQ DOC_ACR ORD_PRO MOV_MAR UBI_ART
+
+echo
 echo "Log delle sequenze: $folder/*.log"
 echo "Database: $folder/quadrix.db"

@@ -1,0 +1,81 @@
+#include "examples/examples.h"
+#include "tests/cli/CliRun.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QTest>
+
+/// The second sequence over made-up sources, one of which is not there.
+class TestSequenceCommand : public QObject {
+    Q_OBJECT
+
+    CliRun m_run;
+
+    CliRun::Ended Sequence(const QStringList& arguments) const {
+        return m_run.Run(QStringList{"sequence", "--errors", "ignore"} + arguments);
+    }
+    /// "step outcome" of each step.
+    static QStringList Steps(const QJsonObject& json) {
+        QStringList steps;
+        for (const QJsonValue& value : json["steps"].toArray()) {
+            const QJsonObject step = value.toObject();
+            steps.append(step["step"].toString() + ' ' + step["outcome"].toString());
+        }
+        return steps;
+    }
+
+private slots:
+    void initTestCase() {
+        QCOMPARE(m_run.CreateCompany().exitCode, 0);
+        examples::Options options;
+        options.rows = 30;
+        options.folder = m_run.Folder.path();
+        for (const char* source : {"mexal", "tessera"}) {
+            examples::Make(source, options);
+        }
+        m_run.Set("IMPORT", "DOC_DateStart", "01/01/2024");
+        QFile file(m_run.Folder.filePath("Sequence.ini"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[SEQUENCE]\nAzienda=Prova Uno\nScript=2\n[MEXAL]\nDatabasename=" + m_run.Folder.path().toLatin1() +
+                   "\n[TESSERA]\nDatabasename=tessera.db\n[VISUAL SPACE]\nDatabasename=manca.db\n");
+    }
+
+    void refusals_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("without confirmation") << QStringList{"--steps", "all"} << "--yes";
+        QTest::newRow("without steps") << QStringList{"--yes"} << "--steps";
+        QTest::newRow("no such step") << QStringList{"--steps", "saldimex,saldimx", "--yes"} << "'saldimx'";
+        QTest::newRow("no such script") << QStringList{"--script", "3", "--yes"} << "3";
+    }
+    void refusals() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const auto ended = Sequence(arguments);
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+        QVERIFY(!QFile::exists(m_run.Folder.filePath("sequence.log")));
+    }
+
+    /// A skipped step makes the program fail, and the others run; steps may be given several times.
+    void skipsWhatCannotBeReached() {
+        const auto ended =
+            Sequence({"--steps", "distintesic,contropartimex", "--steps", "SaldiVSP", "--yes", "--json"});
+        QCOMPARE(ended.exitCode, 1);
+        const QJsonObject json = ended.Json();
+        QCOMPARE(Steps(json), QStringList({"Controparti Mexal done", "Distinte Base Tessera done",
+                                           "Saldi di Magazzino Visual Space notConnected"}));
+        const QJsonObject imported = json["steps"][0]["procedures"][0].toObject();
+        QCOMPARE(imported["procedure"].toString(), QString("ImportContropartiMEX"));
+        QVERIFY(imported["inserted"].toInt() > 20);
+        QVERIFY(json["steps"][1]["message"].toString().contains("non ha articoli"));
+        const QString reason = json["steps"][2]["message"].toString();
+        QVERIFY2(reason.startsWith("Impossibile connettersi a Visual Sapce! ") && reason.contains("manca.db"),
+                 qPrintable(reason));
+        QVERIFY(!QFile::exists(m_run.Folder.filePath("manca.db")));
+    }
+};
+
+QUADRIX_TEST(TestSequenceCommand)
+#include "test_sequenceCommand.moc"
