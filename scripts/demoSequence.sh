@@ -34,6 +34,8 @@ counts() {
     rows "$(join "${queries[@]}")"
 }
 
+echo
+echo "=== Sequenza 1: Arca Evolution, Lantek 24, AUTOMA e Ferrobrio, che è spento ==="
 settings "$folder/lantek24/lantek24.db"
 "${cli[@]}" create-database --company X04 --name "Demo Sequenza 1"
 for source in arcaevolution lantek24 automa ferrobrio; do
@@ -51,6 +53,7 @@ echo
 counts X04 CON_TRO ART_ICO DIS_BAS DIS_COM DOC_ACQ DOC_ACR ORD_PRO MOV_MAR UBI_MAG
 
 echo
+echo "=== Sequenza 2: Mexal, Tessera e Visual Space ==="
 "${cli[@]}" create-database --company X05 --name "Demo Sequenza 2"
 for source in mexal tessera visualspace; do
     example X05 "$source" 100

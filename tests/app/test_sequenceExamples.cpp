@@ -13,25 +13,40 @@ const QString Empty = "Attenzione: svuotare tutte le tabelle del database dell'a
                       "l'importazione?";
 const QString EmptyCam = "Attenzione: desideri svuotare anche il database del software CAM collegato?";
 
-/// An installation whose sources are made-up data, with the articles of the CAM in its company.
+/// A source of an installation.
+struct Source {
+    const char* example;
+    const char* origin;
+    const char* database;
+    const char* articles; ///< procedure that imports them; null when it has none
+};
+
+/// An installation whose sources are made-up data.
 class Installation {
 public:
-    Installation() {
+    explicit Installation(const QVector<Source>& sources)
+        : m_sources(sources) {
         Session& session = Target.Get();
         session.Config.SetConfigFile(Target.Folder.filePath("Quadrix.ini"));
+        session.Config.SetAppConfig("IMPORT", "DOC_DateStart", "01/01/2024");
         session.Errors.Action = ErrorAction::Ignore;
-        for (const char* name : {"arcaevolution", "lantek24", "automa", "ferrobrio"}) {
-            MakeSource(name);
+        QByteArray text = "[SEQUENCE]\nAzienda=Prova Uno S.r.l.\nLogFile=mig.log\n";
+        for (const Source& source : sources) {
+            MakeSource(source);
+            text += '[' + QByteArray(source.origin).toUpper() + "]\nDatabasename=" + PathOf(source).toLatin1() + '\n';
         }
         QFile file(Target.Folder.filePath("Sequence.ini"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[SEQUENCE]\nAzienda=Prova Uno S.r.l.\nLogFile=mig.log\n"
-                   "[ARCA EVOLUTION]\nDatabasename=arca.db\n[LANTEK 24]\nDatabasename=lantek24.db\n"
-                   "[AUTOMA]\nDatabasename=automa.db\n[FERROBRIO]\nDatabasename=ferrobrio.db\n");
-        file.close();
-        session.Config.SetAppConfig("IMPORT", "DOC_DateStart", "01/01/2024");
-        session.Config.SetAppConfig("IMPORT", "Databasename", "lantek24.db");
-        Import("Lantek 24", "ImportArticoliLantek24");
+        file.write(text);
+    }
+
+    void ImportArticles() {
+        for (const Source& source : std::as_const(m_sources)) {
+            if (source.articles != nullptr) {
+                Target.Get().Config.SetAppConfig("IMPORT", "Databasename", PathOf(source));
+                Import(source.origin, source.articles);
+            }
+        }
     }
 
     SequenceResult Run(bool empties = false) {
@@ -43,13 +58,16 @@ public:
     TestTarget Target;
 
 private:
-    void MakeSource(const QString& name) {
+    QString PathOf(const Source& source) const {
+        return Target.Folder.filePath(QString(source.example) + '/' + source.database);
+    }
+    void MakeSource(const Source& source) {
         examples::Options options;
         options.rows = 40;
-        options.folder = Target.Folder.path();
+        options.folder = Target.Folder.filePath(source.example);
         options.company = "X01";
-        examples::Make(name, options);
-        QFile script(Target.Folder.filePath("quadrix.sql"));
+        examples::Make(source.example, options);
+        QFile script(options.folder + "/quadrix.sql");
         QVERIFY(script.open(QIODevice::ReadOnly));
         Target.Db().ExecuteScript(QString::fromUtf8(script.readAll()));
     }
@@ -63,21 +81,33 @@ private:
         }
         CloseSource(Target.Get());
     }
+
+    QVector<Source> m_sources;
 };
+
+const QVector<Source> Workshop{{"arcaevolution", "Arca Evolution", "arca.db", nullptr},
+                               {"lantek24", "Lantek 24", "lantek24.db", "ImportArticoliLantek24"},
+                               {"automa", "AUTOMA", "automa.db", nullptr},
+                               {"ferrobrio", "Ferrobrio", "ferrobrio.db", nullptr}};
+const QVector<Source> Factory{{"mexal", "Mexal", "", "ImportArticoliMEX"},
+                              {"tessera", "Tessera", "tessera.db", "ImportArticoliTessera"},
+                              {"visualspace", "Visual Space", "visualspace.db", "ImportArticoliVSP"}};
 
 } // namespace
 
-/// The first sequence over real sources and with the real procedures.
+/// The sequences over real sources and with the real procedures.
 class TestSequenceExamples : public QObject {
     Q_OBJECT
 
 private slots:
     void importsEverySourceOnce();
     void tellsThatArticlesAreMissing();
+    void importsAndPutsRight();
 };
 
 void TestSequenceExamples::importsEverySourceOnce() {
-    Installation installation;
+    Installation installation(Workshop);
+    installation.ImportArticles();
     const QStringList counted{"CON_TRO", "CON_RIF", "NUM_TEL", "DIS_BAS", "DIS_COM", "DIS_FAS",
                               "DOC_ACQ", "DOC_ACR", "ORD_PRO", "ORD_FAS", "UBI_MAG", "ART_ICO"};
     QVector<qint64> before;
@@ -106,7 +136,8 @@ void TestSequenceExamples::importsEverySourceOnce() {
 }
 
 void TestSequenceExamples::tellsThatArticlesAreMissing() {
-    Installation installation;
+    Installation installation(Workshop);
+    installation.ImportArticles();
     const SequenceResult result = installation.Run(true);
     QCOMPARE(result.outcome, RunResult::Outcome::Done);
     const QString hint = "l'azienda non ha articoli: importarli e ripetere il passo";
@@ -118,6 +149,33 @@ void TestSequenceExamples::tellsThatArticlesAreMissing() {
                                   "Saldi di Magazzino da Lantek 24", "Saldi di Magazzino da Ferrobrio"}));
     QCOMPARE(SequenceLines(result).first(), QString("Passi 6: completati 6"));
     QVERIFY(installation.Target.Log("mig.log").contains(hint.toLatin1()));
+}
+
+void TestSequenceExamples::importsAndPutsRight() {
+    Installation installation(Factory);
+    installation.ImportArticles();
+    SequenceSteps steps;
+    for (const SequenceChoice& choice : SequenceChoices()) {
+        steps.*choice.step = choice.step != &SequenceSteps::DeleteBefore;
+    }
+    SequenceWindow window;
+    window.LanciaSequenza = [steps] { return std::optional(steps); };
+    const SequenceResult result =
+        Sequence2(installation.Target.Get(), ReadSequenceSettings(installation.Target.Get()), window);
+    QCOMPARE(result.entries.size(), 12);
+    for (const SequenceEntry& entry : result.entries) {
+        QVERIFY2(entry.outcome == SequenceEntry::Outcome::Done, qPrintable(entry.step + ' ' + entry.message));
+        for (const RunResult& procedure : entry.results) {
+            QVERIFY2(procedure.AddsUp() && procedure.inserted > 0, qPrintable(entry.step));
+        }
+    }
+    // Each source has brought orders of its own; heads of bills that are no component are finished products.
+    QCOMPARE(installation.Target.Rows("SELECT DISTINCT DTCAU FROM X01_DOC_VEN WHERE DTCAU LIKE 'ORD%' ORDER BY DTCAU"),
+             QStringList({"ORDCL", "ORDCM", "ORDCV"}));
+    QCOMPARE(installation.Target.Value("SELECT COUNT(*) FROM X01_ART_ICO WHERE ARCLA = 'PF' AND CDART IN (SELECT DBART "
+                                       "FROM X01_DIS_BAS) AND ARDBA = CDART"),
+             installation.Target.Value("SELECT COUNT(DISTINCT DBART) FROM X01_DIS_BAS WHERE DBART NOT IN (SELECT DCART "
+                                       "FROM X01_DIS_COM)"));
 }
 
 QUADRIX_TEST(TestSequenceExamples)
