@@ -144,7 +144,7 @@ private:
         Random random(m_options.seed, PriceStream, static_cast<quint64>(row));
         QSet<QDate> costDays;
         QSet<QDate> priceDays;
-        QSet<qint64> customers;
+        QSet<std::pair<qint64, QDate>> listed; ///< a customer's list holds an article once for each first day
         const qint64 lines = random.Below(5);
         for (qint64 line = 0; line < lines; ++line) {
             const bool isCustomer = m_codes.Suppliers() == 0 || random.Chance(50);
@@ -157,13 +157,13 @@ private:
             m_supplierLines += isCustomer ? 0 : 1;
             if (isCustomer) {
                 ++m_customerLines;
-                customers.insert(number);
+                listed.insert({number, day});
                 m_hasList[static_cast<std::size_t>(number)] = true;
             }
         }
         m_costs += costDays.size();
         m_prices += priceDays.size();
-        m_listed += customers.size();
+        m_listed += listed.size();
     }
 
     void WriteLine(Random& random, const QString& code, const QString& partner, QDate day, double cost) {

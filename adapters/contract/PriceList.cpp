@@ -90,16 +90,30 @@ qint64 PriceListWriter::Article(const QString& list, const QString& article, con
 RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
     Session& session = m_run.GetSession();
     TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", articleRow, scale);
-    const qint64 known =
-        IdWhere(session, "LIS_ARS",
-                Equals("IDLSD", articleRow) + QStringLiteral(" AND SCQTA = ") +
-                    mod_ovTools::FormatSqlValue(QuantityOf(scale), DataType::Double, session.Quadrix.ProviderType));
-    if (known != 0) {
-        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-        return RowOutcome::Updated;
+    const QString quantity =
+        mod_ovTools::FormatSqlValue(QuantityOf(scale), DataType::Double, session.Quadrix.ProviderType);
+    Recordset known = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, SCPRZ FROM " +
+                                                session.Quadrix.GetFullTableName(QStringLiteral("LIS_ARS")) +
+                                                u" WHERE " + Equals("IDLSD", articleRow) + u" AND SCQTA = " + quantity);
+    if (known.Eof()) {
+        row.Insert();
+        return RowOutcome::Inserted;
     }
-    row.Insert();
-    return RowOutcome::Inserted;
+    const qint64 id = known.Value("RECORD_ID").toLongLong();
+    LogReplacedPrice(known.Value("SCPRZ"), scale);
+    known.Close();
+    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
+    return RowOutcome::Updated;
+}
+
+void PriceListWriter::LogReplacedPrice(const QVariant& before, const Scale& scale) const {
+    const auto old = mod_ovTools::ReadNumber(before);
+    const auto now = mod_ovTools::ReadNumber(scale.price);
+    if (old != now) {
+        m_run.Log(QStringLiteral("PREZZO SOSTITUITO: %1: stesso listino, articolo, decorrenza e quantità; prezzo %2, "
+                                 "prima %3")
+                      .arg(m_run.RowKey(), mod_ovTools::ToText(scale.price), mod_ovTools::ToText(before)));
+    }
 }
 
 void PriceListWriter::Work(const QString& work, const QString& article, const QString& supplier,

@@ -36,13 +36,16 @@ public:
     qint64 Head(const QString& list, const QString& direction, const QString& description) const;
     /// Makes sure that an article is in a list from a day on. @return RECORD_ID of its row
     qint64 Article(const QString& list, const QString& article, const Validity& validity) const;
-    /// Writes a scale of an article's row; one of the same quantity is rewritten.
+    /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is
+    /// logged.
     RowOutcome AddScale(qint64 articleRow, const Scale& scale) const;
     /// Writes the price of a work on an article at a supplier, with one scale. A blank work or supplier is left out.
     void Work(const QString& work, const QString& article, const QString& supplier, const Validity& validity,
               const Scale& scale, const QVariant& created) const;
 
 private:
+    void LogReplacedPrice(const QVariant& before, const Scale& scale) const;
+
     ImportRun& m_run;
 };
 
