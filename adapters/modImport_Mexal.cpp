@@ -12,7 +12,6 @@
 
 #include "adapters/contract/BaseTable.h"
 #include "adapters/contract/Counterparty.h"
-#include "adapters/contract/lookups.h"
 #include "adapters/contract/Origin.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
@@ -29,8 +28,11 @@ namespace modImport_Mexal {
 const contract::Origin& Entry();
 
 QString GetControparteMexal(Session& session, const QString& code, bool customer) {
+    if (code.isEmpty()) {
+        return {};
+    }
     const QString known = modImport::GetNewCode(session, "CON_TRO", "CDCON", code, false);
-    return known.isEmpty() ? LookUp(session, "CON_TRO", customer ? "COCGE" : "COFGE", code, "CDCON") : known;
+    return known.isEmpty() ? modImport::GetNewControparteFromCodExt(session, code, customer, !customer, false) : known;
 }
 
 QString SingleCode(const ImportRun& run, const QString& joint, const QString& column, const QString& singleCode) {
