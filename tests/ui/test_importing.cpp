@@ -80,6 +80,32 @@ private slots:
         QVERIFY(test.Text("txtLog").contains("Inizio importazione controparti"));
     }
 
+    /// The counterparties just imported go to another company, with theirs.
+    void MergesTwoCompanies() {
+        ArcaWindow test;
+        CreateDatabase(test.Get().Quadrix, "DUE", "Officine Riunite S.p.A.");
+        test.Get().Quadrix.Execute("INSERT INTO DUE_CON_TRO (CDCON, CORAS, COIVA, COCLI) VALUES ('000007', 'Altra', "
+                                   "'99999999999', 1)");
+        DialogDriver driver;
+        test.Button("cmdImportCli").click();
+        const qint64 imported = test.Result().inserted;
+        test.Choose("cmbOrigine", "Kordel NetSuite");
+        driver.Inputs = {QString("DEM"), QString("DUE")};
+        driver.Events.clear();
+        test.Button("cmdImportDisegni").click();
+        QCOMPARE(driver.Events, QStringList({"? Fondere le Controparti di due Aziende? = cmdYes",
+                                             "> Codice Azienda di Partenza:", "> Codice Azienda di Destinazione:",
+                                             "? Aggiornare i Riferimenti alle tabelle esistenti? = cmdYes",
+                                             "[i] Fusione completata correttamente!"}));
+        QCOMPARE(test.Result().sourceRows, imported);
+        QVERIFY(test.Result().inserted > 0 && test.Result().AddsUp());
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM DUE_CON_TRO").toLongLong(), test.Result().inserted + 1);
+        const qint64 telephones = test.Value("SELECT COUNT(*) FROM DUE_NUM_TEL").toLongLong();
+        QVERIFY(telephones > 0);
+        QCOMPARE(telephones, test.Result().tables.value("NUM_TEL").inserted);
+        QVERIFY(test.Text("txtResult").contains("FusioneControparti"));
+    }
+
     void NoToTheConfirmationReadsNothing() {
         ArcaWindow test;
         DialogDriver driver;
