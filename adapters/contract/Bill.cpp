@@ -51,6 +51,7 @@ bool BillWriter::HasArticle(const QString& article) const {
 RowOutcome BillWriter::Begin(const BillHead& head) {
     Session& session = m_run.GetSession();
     const QDate today = session.Now().date();
+    m_quantities.clear();
     QString condition = Equals(session, "DBART", head.article);
     if (!head.revision.isNull()) {
         condition += QStringLiteral(" AND DBREV = ") +
@@ -107,8 +108,19 @@ qint64 BillWriter::Write(const Phase& phase) {
     return LastId(session, "DIS_FAS");
 }
 
+void BillWriter::TellRepeated(const Component& component) {
+    const QString article = component.article.toUpper();
+    if (const auto before = m_quantities.constFind(article); before != m_quantities.cend()) {
+        m_run.Log(QStringLiteral("COMPONENTE RIPETUTO: %1: '%2' c'è già, la quantità %3 sostituisce %4")
+                      .arg(m_run.RowKey(), component.article, mod_ovTools::NumberText(component.quantity),
+                           mod_ovTools::NumberText(*before)));
+    }
+    m_quantities.insert(article, component.quantity);
+}
+
 void BillWriter::Write(const Component& component, qint64 phase) {
     Session& session = m_run.GetSession();
+    TellRepeated(component);
     const qint64 known = IdWhere(session, "DIS_COM",
                                  Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
                                      Equals(session, "DCART", component.article));

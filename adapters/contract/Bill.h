@@ -58,7 +58,8 @@ public:
     /// @return its RECORD_ID
     qint64 Write(const Phase& phase);
     /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
-    /// that the bill already has is rewritten. @param phase RECORD_ID of the phase that consumes it
+    /// that the bill already has is rewritten; what this run wrote before is logged, as its quantity is lost.
+    /// @param phase RECORD_ID of the phase that consumes it
     void Write(const Component& component, qint64 phase);
     /// Links every component whose article has a bill to that bill, of several revisions to the one in force; the
     /// others have no link. A bill that contains
@@ -72,9 +73,11 @@ public:
 
 private:
     void LogCycles();
+    void TellRepeated(const Component& component);
 
     ImportRun& m_run;
     qint64 m_bill = 0;
+    QHash<QString, double> m_quantities; ///< of the bill begun last, by article
 };
 
 } // namespace contract

@@ -127,6 +127,7 @@ private slots:
             "dis=(Riallinea N° Tel e Fax);doc=Importa Documenti;acq=Importa Nr. Documento;saldi=Importa Mod. "
             "Pagamento;disegni=Importa Banche");
         row("MEXAL", "YYYYYYYY", "disegni=Importa Costi/Prezzi");
+        row("VISUAL SPACE", "YYYYYYN-", "");
         row("VISION SQL", "YYN-----", "");
         row("PANTHERA", "NNYNNNNN", "disegni=Importa Listini");
         row("BORGO", "NYYYYNYN",
