@@ -55,9 +55,17 @@ QStringList Causes() {
     return causes;
 }
 
-const QString Join = QStringLiteral(
-    "FROM DOC_TES T INNER JOIN DOC_RIG R ON R.[_MMSIG] = T.[_MMSIG] AND R.[_MMSER] = T.[_MMSER] AND R.[_MMNUM] = "
-    "T.[_MMNUM] AND R.[_MMCLI] = T.[_MMCLI] AND R.[_MMDAT] = T.[_MMDAT] WHERE T.[_MMSIG] NOT IN ('MF', 'MA')");
+/// What tells a document, over its head and its row under the names of a query.
+QString SameDocument(const QString& head, const QString& row) {
+    QStringList conditions;
+    for (const char* column : {"[_MMSIG]", "[_MMSER]", "[_MMNUM]", "[_MMCLI]", "[_MMDAT]"}) {
+        conditions.append(QStringLiteral("%1.%3 = %2.%3").arg(row, head, QLatin1String(column)));
+    }
+    return conditions.join(" AND ");
+}
+
+/// Signs of stock movements, which are no documents.
+const QString NoMovements = QStringLiteral("[_MMSIG] NOT IN ('MF', 'MA')");
 
 const QString Columns = QStringLiteral(
     "T.[_MMSIG], T.[_MMSER], T.[_MMNUM], T.[_MMDAT], T.[_MMCLI], T.[_MMPAG], T.[_MMVAL], T.[_MMNOT], T.[_MMRIF], "
@@ -201,7 +209,10 @@ void ImportDocumentiMEX(Session& session, const QString& singleCode, bool reset)
         const TriggersOff triggers(run);
         RemoveImportedDocuments(run, reset, Causes());
         Documents documents(run, {settings.checkArticles, false}, settings.from);
-        const QString from = Join + SingleCode(run, "AND", "T.[_MMNUM]", singleCode);
+        TellUnmatched(run, {DocRig, DocTes, SameDocument("O", "L"), "[_MMSIG]", "L." + NoMovements});
+        TellUnmatched(run, {DocTes, DocRig, SameDocument("L", "O"), "[_MMSIG]", "L." + NoMovements});
+        const QString from = "FROM DOC_TES T INNER JOIN DOC_RIG R ON " + SameDocument("T", "R") + " WHERE T." +
+                             NoMovements + SingleCode(run, "AND", "T.[_MMNUM]", singleCode);
         const ImportRun::Loop loop{
             "Documenti",
             DocTes,

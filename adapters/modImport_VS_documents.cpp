@@ -151,6 +151,9 @@ void ImportOrders(ImportRun& run, const Orders& orders, const Needs& needs, cons
         const TriggersOff triggers(run);
         RemoveImportedDocuments(run, reset, {orders.cause});
         OpenDocument document(run, *orders.family, {settings.checkArticles, false});
+        const QString same = "O.ANNO = L.ANNO AND O.NUM_ORDINE = L.NUM_ORDINE";
+        TellUnmatched(run, {orders.rows, orders.heads, same, "NUM_ORDINE", {}});
+        TellUnmatched(run, {orders.heads, orders.rows, same, "NUM_ORDINE", "L.SALDATO = 0"});
         const QString from = "FROM " + orders.heads + " T INNER JOIN " + orders.rows +
                              " R ON R.ANNO = T.ANNO AND R.NUM_ORDINE = T.NUM_ORDINE WHERE T.DATA_REG >= " +
                              LiteralOf(session.SourceConnection(), settings.from) + " AND T.SALDATO = 0" +

@@ -113,6 +113,21 @@ bool AskSkipImported(ImportRun& run) {
     return run.Ask(QStringLiteral("ATTENZIONE: \nsaltare Documenti già importati in precedenza?"));
 }
 
+void TellUnmatched(ImportRun& run, const Joined& joined) {
+    if (run.IsSingle()) {
+        return;
+    }
+    const qint64 count = run.GetSession().SourceConnection().ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM %1 L LEFT JOIN %2 O ON %3 WHERE O.%4 IS NULL%5")
+            .arg(joined.table, joined.other, joined.on, joined.blank,
+                 joined.where.isEmpty() ? QString() : QString(" AND " + joined.where)));
+    if (count > 0) {
+        run.Log(QStringLiteral("RIGHE SENZA CORRISPONDENZA: %1 di '%2' non ne hanno in '%3', non si importano")
+                    .arg(count)
+                    .arg(joined.table, joined.other));
+    }
+}
+
 double DocumentRow::Amount() const {
     return RoundedTo(mod_ovTools::ApplyDiscounts(quantity, price, discounts[0], discounts[1], discounts[2]), 2);
 }

@@ -59,6 +59,18 @@ std::optional<QDate> AskStartDate(ImportRun& run);
 /// Asks whether documents that an earlier import wrote are skipped; otherwise they are rewritten.
 bool AskSkipImported(ImportRun& run);
 
+/// Two tables of the source that a join reads together: what one of them lacks in the other is not read.
+struct Joined {
+    QString table;
+    QString other;
+    QString on;    ///< condition of the join, over L (the table) and O (the other)
+    QString blank; ///< a column of the other that is never Null
+    QString where; ///< condition on L; empty for every row
+};
+/// Logs how many rows of the table the join leaves out, which nobody would notice: rows without their head, heads
+/// without rows. A run of a single code does not ask.
+void TellUnmatched(ImportRun& run, const Joined& joined);
+
 /// What a cause of CAU_DOC sets on its documents.
 struct Cause {
     QString code;
