@@ -2,6 +2,7 @@
 
 #include "adapters/modImport_Gescom.h"
 
+#include "adapters/contract/Article.h"
 #include "adapters/contract/Bill.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -70,18 +71,9 @@ qint64 PhaseOf(ImportRun& run, const SourceRow& row, const Phases& phases) {
     return phases.byCode.value(code, phases.first);
 }
 
-/// Whether the article is there; one that is not is logged and left out.
-bool IsImported(ImportRun& run, const BillWriter& writer, const QString& rowName, const QString& article) {
-    const bool there = writer.HasArticle(article);
-    if (!there) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(rowName, article));
-    }
-    return there;
-}
-
 void ImportComponente(ImportRun& run, BillWriter& writer, const SourceRow& row, const Phases& phases) {
     const QString article = ArticleOf(run, row.Text("FIDISBAS"));
-    if (IsImported(run, writer, NameOf(row, Disbas, "FIDISBAS"), article)) {
+    if (IsImported(run, article, NameOf(row, Disbas, "FIDISBAS"))) {
         writer.Write(Component{article, NumberOf(row, "QTDISBAS"), row.Text("NTDISBAS"), row.Value("RGDISBAS")},
                      PhaseOf(run, row, phases));
     }
@@ -90,7 +82,7 @@ void ImportComponente(ImportRun& run, BillWriter& writer, const SourceRow& row, 
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& row) {
     const QString parent = row.Text("PADISBAS");
     const QString article = ArticleOf(run, parent);
-    if (!IsImported(run, writer, run.RowKey(), article)) {
+    if (!IsImported(run, article)) {
         return RowOutcome::Skipped;
     }
     const RowOutcome outcome = writer.Begin(article, parent);

@@ -3,6 +3,7 @@
 
 #include "adapters/modImport_Lantek24.h"
 
+#include "adapters/contract/Article.h"
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 
@@ -68,8 +69,7 @@ void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, co
 
 RowOutcome WriteBill(ImportRun& run, BillWriter& writer, const QString& product) {
     const QString article = ArticleOf(run, product);
-    if (!writer.HasArticle(article)) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), article));
+    if (!IsImported(run, article)) {
         return RowOutcome::Skipped;
     }
     const RowOutcome outcome = writer.Begin(article, product);

@@ -2,6 +2,7 @@
 
 #include "adapters/modImport_Tessera.h"
 
+#include "adapters/contract/Article.h"
 #include "adapters/contract/Bill.h"
 
 using namespace contract;
@@ -61,21 +62,12 @@ qint64 PhaseOf(ImportRun& run, const SourceRow& row, const Phases& phases) {
     return phases.byNumber.value(number, phases.first);
 }
 
-/// Whether the article is there; one that is not is logged and left out.
-bool IsImported(ImportRun& run, const BillWriter& writer, const QString& rowName, const QString& article) {
-    const bool there = writer.HasArticle(article);
-    if (!there) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(rowName, article));
-    }
-    return there;
-}
-
 void WriteComponents(ImportRun& run, BillWriter& writer, const SourceRow& bill, const Phases& phases) {
     Session& session = run.GetSession();
     ForEachChild(session, ChildrenOf(session.SourceConnection(), DisBasR, bill, "NumRig"), DisBasR, "NumRig, CodArt",
                  [&](const SourceRow& row) {
                      const QString article = ArticleOf(run, row.Text("CodArt"));
-                     if (IsImported(run, writer, NameOf(row, DisBasR, "NumRig, CodArt"), article)) {
+                     if (IsImported(run, article, NameOf(row, DisBasR, "NumRig, CodArt"))) {
                          writer.Write(Component{article, NumberOf(row, "Qta"), row.Text("Note"), row.Value("NumRig")},
                                       PhaseOf(run, row, phases));
                      }
@@ -84,7 +76,7 @@ void WriteComponents(ImportRun& run, BillWriter& writer, const SourceRow& bill, 
 
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& row) {
     const QString article = ArticleOf(run, row.Text("CodArt"));
-    if (!IsImported(run, writer, run.RowKey(), article)) {
+    if (!IsImported(run, article)) {
         return RowOutcome::Skipped;
     }
     const RowOutcome outcome = writer.Begin(

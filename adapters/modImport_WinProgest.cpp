@@ -319,8 +319,7 @@ QString OwnerOfCode(ImportRun& run, const SourceRow& row) {
 RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const Facts facts{ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"))};
-    if (!IsThere(session, "ART_ICO", "CDART", facts.code)) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), facts.code));
+    if (!IsImported(run, facts.code)) {
         return RowOutcome::Skipped;
     }
     const QString code = CodeOf(row, "CODALT");
@@ -378,8 +377,7 @@ QString FolderOfDrawings(Session& session) {
 RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& folder) {
     Session& session = run.GetSession();
     const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"));
-    if (!IsThere(session, "ART_ICO", "CDART", article)) {
-        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), article));
+    if (!IsImported(run, article)) {
         return RowOutcome::Skipped;
     }
     const RowOutcome outcome = Attach(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO"))});
