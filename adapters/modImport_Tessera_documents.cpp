@@ -65,6 +65,12 @@ QString FromJoin(const Side& side, const QString& where) {
            where;
 }
 
+void TellLeftOut(ImportRun& run, const Side& side) {
+    const QString on = "O." + side.id + " = L." + side.id;
+    TellUnmatched(run, {side.rows, side.heads, on, side.id, {}});
+    TellUnmatched(run, {side.heads, side.rows, on, side.id, {}});
+}
+
 ImportRun::Loop LoopOf(const Side& side, const QString& step, const QString& where) {
     const QString columns = "T.AnnOrd, T.NumOrd, T.DatOrd, T.IdCliFor, T." + side.reference +
                             ", T.DatRif, T.IdPag, T.StatOrd, T.Note, R." + side.rowId +
@@ -356,6 +362,7 @@ void ImportOrdCliTessera(Session& session, const QString& singleCode, bool reset
         OrderTriggersOff orderTriggers(run);
         RemoveImportedOrders(run, reset);
         orderTriggers.SwitchPhasesOn();
+        TellLeftOut(run, Customers());
         Orders orders(run, Customers(), options);
         const QString where = "T.DatOrd >= " + LiteralOf(session.SourceConnection(), OldestOrder) +
                               " AND T.StatOrd IN (0, 1, 4)" + SingleNumber(run, singleCode);
@@ -399,6 +406,7 @@ void ImportDocAcqTessera(Session& session, const QString& singleCode, bool reset
         const OpenDocument::Options options{ReadDocumentSettings(session).checkArticles, AskSkipImported(run)};
         const TriggersOff triggers(run);
         RemoveImportedDocuments(run, reset, {Suppliers().cause});
+        TellLeftOut(run, Suppliers());
         Orders orders(run, Suppliers(), options);
         const QString where =
             "T.DatOrd >= " + LiteralOf(session.SourceConnection(), *from) + SingleNumber(run, singleCode);
