@@ -16,6 +16,7 @@
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
+#include "sql/Transaction.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -145,7 +146,9 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     const QString old = modImport::FormatKeyField(session, sheet.oldCode);
     const bool there = IsThere(session, "ART_ICO", "CDART", sheet.code);
     const bool recoded = !there && old != sheet.code && IsThere(session, "ART_ICO", "CDART", old);
+    std::optional<Transaction> asOne; // an article that only some of the tables know by its new code would be two
     if (recoded) {
+        asOne.emplace(session.Quadrix);
         Recode(run, old, sheet.code);
     }
     const auto setSheet = [&](TargetRow& target) {
@@ -163,6 +166,9 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     TargetRow target(run, "ART_ICO");
     setSheet(target);
     target.Update("WHERE " + Equals(session, "CDART", sheet.code));
+    if (asOne) {
+        asOne->Keep();
+    }
     return RowOutcome::Updated;
 }
 
