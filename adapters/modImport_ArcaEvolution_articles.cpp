@@ -274,8 +274,7 @@ void Importer::WriteLanguages(const QString& sourceCode, const QString& article)
             if (language.isEmpty()) {
                 m_run.Log(QStringLiteral("LINGUA NON TROVATA: %1: '%2'").arg(m_run.RowKey(), row.Text("Id_Lingua")));
             } else if (!row.IsBlank("Descrizione")) {
-                session.Quadrix.SetLanguageTextValue(m_run.FullName("ART_ICO"), "ARDES", article,
-                                                     row.Text("Descrizione"), language);
+                ArticleWriter(m_run).Text(article, "ARDES", row.Text("Descrizione"), language);
             }
         });
 }

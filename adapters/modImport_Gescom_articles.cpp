@@ -138,7 +138,6 @@ RowOutcome ImportPrezzo(ImportRun& run, const SourceRow& row) {
     const Scale scale{number("QTLISTIN"), number("PRLISTIN"), {number("S1LISTIN"), number("S2LISTIN"), {}}};
     const PriceListWriter writer(run);
     writer.Head(list, direction, row.Text("DSLISTIN"));
-    run.KeepWritten(); // the head serves the rows that follow too
     return writer.AddScale(writer.Article(list, ArticleOf(run, row.Text("ARLISTIN")), validity), scale);
 }
 

@@ -141,10 +141,10 @@ void LinkSuppliers(ImportRun& run, const ArticleWriter& writer, const SourceRow&
     }
 }
 
-void WriteTexts(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+void WriteTexts(const ArticleWriter& writer, const SourceRow& row, const QString& article) {
     writer.Texts(article, QString(row.Text("_ARDES") + ' ' + row.Text("_ARAGG")).trimmed());
     if (const QString english = row.Text("_ARDSL(1)"); !english.isEmpty()) {
-        run.GetSession().Quadrix.SetLanguageTextValue(run.FullName("ART_ICO"), "ARDES", article, english, "EN");
+        writer.Text(article, "ARDES", english, "EN");
     }
 }
 
@@ -166,7 +166,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QString& last) {
             target.Set("ARSCO", discount);
         }
     });
-    WriteTexts(run, writer, row, facts.code);
+    WriteTexts(writer, row, facts.code);
     LinkSuppliers(run, writer, row, facts.code);
     if (!row.IsBlank("_ARALT")) {
         writer.InternalCode(facts.code, row.Text("_ARALT"));

@@ -50,8 +50,8 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
 }
 
 void LogNote(Session& session, const QString& message) {
+    session.Notes.Add(message); // stands in the result even when the log cannot be written
     WriteImportLog(session, message, false);
-    session.Notes.Add(message);
 }
 
 QString FormatKeyField(Session& session, const QString& value) {

@@ -5,7 +5,7 @@
 
 /// What is known of a table by its name.
 struct TableInfo {
-    QString keyColumn;          ///< its code column, for example "CDIVA" of TAB_IVA; empty when it has none
+    QString keyColumn;           ///< its code column, for example "CDIVA" of TAB_IVA; empty when it has none
     QVector<ColumnInfo> columns; ///< empty when the table does not exist
 };
 
@@ -51,7 +51,8 @@ public:
     /// Switches the triggers of a table (physical name) off or on again, around a bulk load.
     void AlterTriggersStatus(const QString& fullTableName, bool enabled);
     /// Writes (or rewrites) the text of a record's field in a language into the shared language table.
-    void SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
+    /// @return whether the text is a new one
+    bool SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
                               const QString& text, const QString& language = "IT");
     /// Writes the row of an attachment of a record into SYS_ATT. Raises `ImportError` when the file cannot be read.
     void WriteAttachment(const QString& table, const QString& key, const Attachment& attachment);

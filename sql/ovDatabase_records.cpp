@@ -9,7 +9,7 @@
 
 using mod_ovTools::FormatSqlValue;
 
-void ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
+bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
                                       const QString& text, const QString& language) {
     const auto quoted = [this](const QString& value) {
         return FormatSqlValue(value, DataType::NVarChar, GetProviderType());
@@ -24,19 +24,21 @@ void ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     if (!ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof()) {
         query.WhereString = where;
         Execute(query.MakeQuery(StatementKind::Update));
-        return;
+        return false;
     }
     query.AddUpdateField(QStringLiteral("LNTBL"), fullTableName, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNFLD"), column, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNKEY"), key, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
     Execute(query.MakeQuery(StatementKind::Insert));
+    return true;
 }
 
 void ovDatabase::WriteAttachment(const QString& table, const QString& key, const Attachment& attachment) {
     const QFileInfo file(attachment.file);
     if (!file.isFile() || !file.isReadable()) {
-        throw ImportError(QStringLiteral("Allegato '%1': il file non esiste o non si può leggere").arg(attachment.file));
+        throw ImportError(
+            QStringLiteral("Allegato '%1': il file non esiste o non si può leggere").arg(attachment.file));
     }
     const auto orElse = [](const QString& text, const QString& other) { return text.isEmpty() ? other : text; };
     ovQueryConstructor query;

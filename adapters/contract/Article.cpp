@@ -90,11 +90,18 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
     return RowOutcome::Inserted;
 }
 
+void ArticleWriter::Text(const QString& article, const QString& column, const QString& text,
+                         const QString& language) const {
+    if (m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, text, language)) {
+        m_run.Inserted(QStringLiteral("SYS_LNG"));
+    }
+}
+
 void ArticleWriter::Texts(const QString& article, const QString& description) const {
     constexpr int size = 100;
     const QString text = description.left(size).toUpper();
     for (const QString& column : {QStringLiteral("ARDES"), QStringLiteral("ARDEC")}) {
-        m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, text);
+        Text(article, column, text);
     }
 }
 

@@ -54,6 +54,8 @@ public:
     /// @param more sets what the mapping cannot tell, after it
     RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
                      const std::function<void(TargetRow&)>& more = {}) const;
+    /// Stores a text of ARDES or ARDEC in a language; a new one goes when the row under way is given up.
+    void Text(const QString& article, const QString& column, const QString& text, const QString& language = "IT") const;
     /// Stores the description as language text of ARDES and ARDEC: 100 characters in upper case.
     void Texts(const QString& article, const QString& description) const;
     /// Links a supplier, found by its code in the source.

@@ -37,6 +37,7 @@ void ImportRun::Guard(const std::function<void()>& body) {
     } catch (...) {
         m_failed = true;
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+        m_result.errors.append(m_session.Errors.Entries().last().message);
         LogError();
     }
     Finish();
@@ -44,7 +45,7 @@ void ImportRun::Guard(const std::function<void()>& body) {
 
 void ImportRun::LogError() {
     if (!m_errorText.isEmpty()) {
-        LogOrReport(m_errorText + m_session.Errors.Entries().last().message);
+        LogOrReport(m_errorText + m_result.errors.last());
     }
 }
 
@@ -76,7 +77,6 @@ void ImportRun::Finish() {
                                                   m_result.skipped - m_result.givenUpCount);
     if (m_failed) {
         m_result.outcome = RunResult::Outcome::Failed;
-        m_result.errors.append(m_session.Errors.Entries().last().message);
     }
     m_result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
     m_result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
@@ -155,7 +155,7 @@ void ImportRun::ReadRows(const Loop& loop, qint64 count, Progress* progress, con
 
 void ImportRun::ProcessRow(const QString& key, const std::function<RowOutcome()>& row) {
     if (m_group.givenUp) {
-        CountGivenUp(key, QStringLiteral("appartiene a ") + m_group.culprit);
+        AppendToLog(CountGivenUp(key, QStringLiteral("appartiene a ") + m_group.culprit));
         return;
     }
     m_group.keys.append(key);
@@ -181,18 +181,20 @@ void ImportRun::Attempt(const QString& key, const std::function<void()>& work) {
             GiveUp(key, error.Message());
             return;
         } catch (ImportError& error) {
-            TakeBack(before);
+            for (const QString& line : TakeBack(before)) {
+                LogOrReport(line);
+            }
             try {
                 m_session.Errors.Decide(error, attempt);
             } catch (const RowGivenUp&) {
                 GiveUp(key, error.Message());
                 return;
             } catch (...) {
-                GiveUp(key, error.Message());
+                GiveUpFor(error, key);
                 throw;
             }
         } catch (const Error& error) {
-            GiveUp(key, error.Message());
+            GiveUpFor(error, key);
             throw;
         }
     }
@@ -215,54 +217,79 @@ void ImportRun::Account(RowOutcome outcome) {
     }
 }
 
+/// The account is complete before the log is written, which may fail too.
 void ImportRun::GiveUp(const QString& key, const QString& reason) {
-    TakeBack(0);
+    QStringList lines = TakeBack(0);
     m_result.inserted -= m_group.inserted;
     m_result.updated -= m_group.updated;
     m_result.skipped -= m_group.skipped;
     for (const QString& other : std::as_const(m_group.keys)) {
-        CountGivenUp(other, other == key ? reason : QString(QStringLiteral("appartiene a ") + key));
+        lines += CountGivenUp(other, other == key ? reason : QString(QStringLiteral("appartiene a ") + key));
     }
     for (const QString& table : std::exchange(m_changed, {})) {
-        Log(QStringLiteral("Rimane aggiornata una riga di %1: %2").arg(FullName(table), key));
+        lines += QStringLiteral("Rimane aggiornata una riga di %1: %2").arg(FullName(table), key);
+        m_session.Notes.Add(lines.last());
     }
     m_group = {m_group.value, {}, 0, 0, 0, true, key};
+    try {
+        for (const QString& line : std::as_const(lines)) {
+            AppendToLog(line);
+        }
+    } catch (Error& error) {
+        error.AddContext(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
+        throw;
+    }
 }
 
-void ImportRun::CountGivenUp(const QString& key, const QString& reason) {
+/// Gives a row up for an error that goes on rising: a log that cannot be written must not take its place.
+void ImportRun::GiveUpFor(const Error& error, const QString& key) noexcept {
+    try {
+        GiveUp(key, error.Message());
+    } catch (...) {
+        m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+    }
+}
+
+/// Returns the line that tells it in the log.
+QString ImportRun::CountGivenUp(const QString& key, const QString& reason) {
     ++m_result.givenUpCount;
     if (m_result.givenUp.size() < KeptReasons) {
         m_result.givenUp.append({key, reason});
     }
-    AppendToLog(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
+    return QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason);
 }
 
 /// Children go before their parents; when one cannot go, its parent stays with it: the code of a parent that is gone is
-/// given to another one, which would find the child as its own.
-void ImportRun::TakeBack(size_t from) {
+/// given to another one, which would find the child as its own. Returns what is to be told of those that stay.
+QStringList ImportRun::TakeBack(size_t from) {
     while (m_written.size() > from) {
         const Written& row = m_written.back();
         try {
             m_session.Quadrix.Execute(
                 QStringLiteral("DELETE FROM %1 WHERE RECORD_ID = %2").arg(FullName(row.table)).arg(row.id));
         } catch (const Error& error) {
-            TellLeft(from, error.Message());
-            return;
+            return LeaveWritten(from, error.Message());
         }
         ++m_result.tables[row.table].takenBack;
+        if (row.forget) {
+            row.forget();
+        }
         m_written.pop_back();
     }
+    return {};
 }
 
-void ImportRun::TellLeft(size_t from, const QString& reason) {
-    while (m_written.size() > from) {
-        const Written row = std::move(m_written.back());
-        m_written.pop_back();
-        Log(QStringLiteral("Rimane in %1 la riga %2 di una riga abbandonata: %3")
-                .arg(FullName(row.table))
-                .arg(row.id)
-                .arg(reason));
+QStringList ImportRun::LeaveWritten(size_t from, const QString& reason) {
+    QStringList lines;
+    for (; m_written.size() > from; m_written.pop_back()) {
+        const Written& row = m_written.back();
+        lines += QStringLiteral("Rimane in %1 la riga %2 di una riga abbandonata: %3")
+                     .arg(FullName(row.table))
+                     .arg(row.id)
+                     .arg(reason);
+        m_session.Notes.Add(lines.last());
     }
+    return lines;
 }
 
 qint64 ImportRun::WrittenRows(const QString& table) const {

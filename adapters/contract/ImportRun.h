@@ -79,6 +79,9 @@ public:
     /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones
     /// too.
     void KeepWritten();
+    /// Has the writer of the row that was written last called when that row is taken back: what it remembers of it must
+    /// not serve later rows.
+    void WhenTakenBack(std::function<void()> forget) { m_written.back().forget = std::move(forget); }
 
     /// Rows of a table (bare name) that the run has written so far, without those taken back.
     qint64 WrittenRows(const QString& table) const;
@@ -90,6 +93,7 @@ private:
     struct Written {
         QString table;
         qint64 id;
+        std::function<void()> forget = {};
     };
     /// The rows under way that belong together, and what became of those that are done.
     struct Group {
@@ -108,9 +112,10 @@ private:
     void Attempt(const QString& key, const std::function<void()>& work);
     void Account(RowOutcome outcome);
     void GiveUp(const QString& key, const QString& reason);
-    void CountGivenUp(const QString& key, const QString& reason);
-    void TakeBack(size_t from);
-    void TellLeft(size_t from, const QString& reason);
+    void GiveUpFor(const Error& error, const QString& key) noexcept;
+    QString CountGivenUp(const QString& key, const QString& reason);
+    QStringList TakeBack(size_t from);
+    QStringList LeaveWritten(size_t from, const QString& reason);
     void LogError();
     void AppendToLog(const QString& line);
     void LogOrReport(const QString& message);

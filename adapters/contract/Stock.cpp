@@ -65,7 +65,7 @@ StockWriter::Movement& StockWriter::MovementOf(const StockLine& line) {
         row.Set("MMLAM", true);
     }
     row.Insert();
-    m_run.KeepWritten();
+    m_run.WhenTakenBack([this, key] { m_movements.remove(key); });
     return *m_movements.insert(key, {LastId(session, "MOV_MAG"), 0});
 }
 
@@ -97,6 +97,7 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     row.Set("MRSTA", Closed);
     SetParticulars(row, line);
     row.Insert();
+    m_run.WhenTakenBack([&movement] { --movement.rows; });
     ++movement.rows;
     return RowOutcome::Inserted;
 }
