@@ -1,5 +1,6 @@
 #include "tests/adapters/Fixture.h"
 
+#include "adapters/registry.h"
 #include "core/Schema.h"
 #include "examples/DbfWriter.h"
 #include "sources/fileSource.h"
@@ -8,6 +9,10 @@
 #include <QDir>
 #include <QRegularExpression>
 #include <QSet>
+
+namespace modImport_Template {
+const contract::Origin& Entry();
+}
 
 namespace {
 
@@ -55,6 +60,25 @@ QString OutcomeText(RunResult::Outcome outcome) {
 }
 
 } // namespace
+
+const QMap<QString, const contract::Origin*>& FixtureOrigins() {
+    static const auto modules = [] {
+        QMap<QString, const contract::Origin*> map{{"modImport_Template", &modImport_Template::Entry()}};
+        for (const auto* origins : {&registry::Origins(), &registry::SecondSources()}) {
+            for (const contract::Origin* origin : *origins) {
+                if (!origin->procedures.empty()) {
+                    map.insert(origin->module, origin);
+                }
+            }
+        }
+        return map;
+    }();
+    return modules;
+}
+
+QString FixtureFolder(const QString& module) {
+    return QStringLiteral(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/") + module;
+}
 
 Fixture::Fixture(const QString& folder, const contract::Origin& origin, TestTarget::On engine)
     : m_folder(folder),
@@ -131,18 +155,22 @@ void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
 }
 
 void Fixture::Run() {
-    for (const QString& line : Read("run.txt").split('\n', Qt::SkipEmptyParts)) {
-        if (!line.startsWith('#')) {
-            RunLine(line);
-        }
+    for (const QString& line : Lines()) {
+        RunLine(line);
     }
 }
 
-void Fixture::OpenSource() {
+QStringList Fixture::Lines() const {
+    QStringList lines = Read("run.txt").split('\n', Qt::SkipEmptyParts);
+    lines.removeIf([](const QString& line) { return line.startsWith('#'); });
+    return lines;
+}
+
+void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     Session& session = m_target.Get();
     session.Source = std::make_unique<ovConnection>();
     session.Source->Errors = &session.Errors;
-    session.Source->OpenFiles = sources::OpenFileSource;
+    session.Source->OpenFiles = open ? open : sources::OpenFileSource;
     if (!m_origin.source.prepare(session, *session.Source)) {
         throw ImportError("L'origine non si è aperta");
     }
@@ -153,6 +181,16 @@ void Fixture::OpenSource() {
     session.Source->Trace = [this](const QString& statement) {
         m_statements += "-- " + QString(statement).remove('\n').replace('\r', "\n-- ") + "\n";
     };
+}
+
+void Fixture::Answer(const QString& line) {
+    const QStringList words = line.split(' ', Qt::SkipEmptyParts);
+    for (const QString& answer : ListOf(words, "answers")) {
+        m_target.Person.Answers.push_back(answer == "si");
+    }
+    for (const QString& input : ListOf(words, "inputs")) {
+        m_target.Person.Inputs.emplace_back(input);
+    }
 }
 
 void Fixture::Call(const QString& line) {
@@ -167,16 +205,10 @@ void Fixture::Call(const QString& line) {
 
 void Fixture::RunLine(const QString& line) {
     Session& session = m_target.Get();
-    const QStringList words = line.split(' ', Qt::SkipEmptyParts);
-    for (const QString& answer : ListOf(words, "answers")) {
-        m_target.Person.Answers.push_back(answer == "si");
-    }
-    for (const QString& input : ListOf(words, "inputs")) {
-        m_target.Person.Inputs.emplace_back(input);
-    }
     m_statements += "-- " + line + "\n";
     m_target.Person.Events.clear();
     session.Errors.Action = ErrorAction::Ignore;
+    Answer(line);
     OpenSource();
     Call(line);
     session.Source.reset();

@@ -3,6 +3,11 @@
 #include "adapters/contract/Origin.h"
 #include "tests/support/TestTarget.h"
 
+/// The modules, each with an origin that stands for it: those of the list, and the template.
+const QMap<QString, const contract::Origin*>& FixtureOrigins();
+/// Folder of the fixture of a module.
+QString FixtureFolder(const QString& module);
+
 /// A small source of one origin, the procedures that are run on it and what must come of it. A folder with:
 /// - "source.sql": statements that make the source as a SQLite file; or "tables/NAME.txt": FoxPro tables, the first
 /// line
@@ -21,12 +26,14 @@ public:
     void Run();
     /// Runs the procedure of one line of "run.txt".
     void RunLine(const QString& line);
-    /// Opens the source, as the window does before a procedure.
-    void OpenSource();
+    /// The lines of "run.txt", without its comments.
+    QStringList Lines() const;
+    /// Opens the source, as the window does before a procedure; `open` stands in for what opens its files.
+    void OpenSource(const ovConnection::FileOpener& open = {});
+    /// Gives the operator the answers and inputs of a line.
+    void Answer(const QString& line);
     /// Runs the procedure of a line over the source that is open; nothing is kept for `Outcome`.
     void Call(const QString& line);
-    /// Every row of the target, each as a text with its columns that hold something.
-    QStringList TargetRows();
     /// Messages, account, log lines and the rows that are in the target and were not before.
     QString Outcome();
     /// Every statement, the source's as comments.
@@ -43,6 +50,7 @@ private:
     void MakeSource();
     void CopyFiles(const QString& to) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
+    QStringList TargetRows();
 
     QString m_folder;
     const contract::Origin& m_origin;

@@ -1,4 +1,3 @@
-#include "adapters/registry.h"
 #include "tests/adapters/Fixture.h"
 #include "tests/support/QuadrixTest.h"
 
@@ -7,26 +6,9 @@
 #include <QDir>
 #include <QTest>
 
-namespace modImport_Template {
-const contract::Origin& Entry();
-}
-
 namespace {
 
 const QString Source = QStringLiteral(QUADRIX_SOURCE_DIR);
-
-/// The modules, each with an origin that stands for it: those of the list, and the template.
-QMap<QString, const contract::Origin*> Modules() {
-    QMap<QString, const contract::Origin*> modules{{"modImport_Template", &modImport_Template::Entry()}};
-    for (const auto* origins : {&registry::Origins(), &registry::SecondSources()}) {
-        for (const contract::Origin* origin : *origins) {
-            if (!origin->procedures.empty()) {
-                modules.insert(origin->module, origin);
-            }
-        }
-    }
-    return modules;
-}
 
 QStringList EntriesOf(const QString& folder, const QStringList& names, QDir::Filters filter) {
     QStringList entries = QDir(Source + folder).entryList(names, filter | QDir::NoDotAndDotDot, QDir::Name);
@@ -45,13 +27,13 @@ class TestContract : public QObject {
 
 private slots:
     void FilesListAndFixturesAgree() {
-        const QStringList modules = Modules().keys();
+        const QStringList modules = FixtureOrigins().keys();
         QCOMPARE(EntriesOf("/adapters", {"modImport_*.cpp"}, QDir::Files), modules);
         QCOMPARE(EntriesOf("/tests/adapters/fixtures", {"modImport_*"}, QDir::Dirs), modules);
     }
 
     void MappingsFitTheSchema() {
-        for (const contract::Origin* origin : Modules()) {
+        for (const contract::Origin* origin : FixtureOrigins()) {
             for (const contract::Procedure& procedure : origin->procedures) {
                 const QString name = origin->module + "::" + procedure.name;
                 const contract::Needs& needs = procedure.needs;
@@ -78,7 +60,7 @@ private slots:
     }
 
     void EveryVisibleButtonHasItsProcedure() {
-        for (const contract::Origin* origin : Modules()) {
+        for (const contract::Origin* origin : FixtureOrigins()) {
             for (int i = 0; i < contract::ButtonCount; ++i) {
                 const auto button = static_cast<contract::Button>(i);
                 const bool has = std::any_of(origin->procedures.begin(), origin->procedures.end(),
@@ -96,7 +78,7 @@ private slots:
                                                                       {" on MariaDB", TestTarget::On::MariaDbAgain},
                                                                       {" over ODBC", TestTarget::On::OdbcAgain}};
         for (const auto& [name, engine] : engines) {
-            for (const QString& module : Modules().keys()) {
+            for (const QString& module : FixtureOrigins().keys()) {
                 QTest::newRow(qPrintable(module + name)) << module << engine;
             }
         }
@@ -113,7 +95,7 @@ private slots:
             QSKIP(
                 "QUADRIX_TEST_MARIADB names no server (scripts/test starts one), or what is expected is being written");
         }
-        Fixture fixture(Source + "/tests/adapters/fixtures/" + module, *Modules().value(module), engine);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), engine);
         fixture.Run();
         int givenUp = 0;
         for (const RunResult& result : fixture.Results()) {

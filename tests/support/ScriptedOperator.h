@@ -37,6 +37,7 @@ public:
     std::deque<std::optional<QString>> Inputs; ///< one per input box; past the end the default text is confirmed
     std::deque<QString> Files;                 ///< one per file dialog; past the end the operator gives up
     std::deque<ErrorAnswer> ErrorAnswers;      ///< one per failing statement; past the end `Abort`
+    std::function<ErrorAnswer(const ErrorEntry&)> AnswerToError; ///< asked instead of the queue when set
     std::optional<float> CancelAt;             ///< cancel is pressed once a progress value reaches this
 
     // The record.
@@ -79,6 +80,9 @@ public:
     ErrorAnswer ChooseOnError(const ErrorEntry& error) override {
         Decided.append(error);
         Events.append("error " + error.message);
+        if (AnswerToError) {
+            return AnswerToError(error);
+        }
         return ErrorAnswers.empty() ? ErrorAnswer::Abort : Next(ErrorAnswers);
     }
 

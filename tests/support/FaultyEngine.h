@@ -1,0 +1,104 @@
+#pragma once
+
+#include "sql/engine.h"
+#include "sql/errors.h"
+
+#include <functional>
+#include <limits>
+
+/// What of an engine fails.
+struct Faults {
+    static constexpr int Always = std::numeric_limits<int>::max();
+    static inline const QString Words = QStringLiteral("guasto di prova");
+
+    int first = 0;           ///< the first that fails, from 1; 0 for none
+    int times = 1;           ///< how many in a row; `Always` for every one from then on; 0 only calls `struck`
+    bool rows = false;       ///< whether the reading of each row counts too, beside the statements
+    int seen = 0;            ///< how many were asked for so far
+    QStringList failed = {}; ///< their texts
+    std::function<void()> struck = {}; ///< called when the first fails
+
+    void Meet(const QString& text) {
+        ++seen;
+        if (first == 0 || seen < first) {
+            return;
+        }
+        if (seen == first && struck) {
+            struck();
+        }
+        if (seen - first < times) {
+            failed.append(text);
+            throw SqlError(text, Words, QStringLiteral("GUASTO"));
+        }
+    }
+};
+
+/// A cursor that can break between two rows.
+class FaultyCursor final : public Cursor {
+public:
+    FaultyCursor(std::unique_ptr<Cursor> cursor, Faults& faults, QString statement)
+        : m_cursor(std::move(cursor)),
+          m_faults(faults),
+          m_statement(std::move(statement)) {}
+
+    bool Next() override {
+        if (m_faults.rows) {
+            m_faults.Meet(m_statement);
+        }
+        return m_cursor->Next();
+    }
+    const QStringList& Columns() const override { return m_cursor->Columns(); }
+    QVariant Value(int column) const override { return m_cursor->Value(column); }
+
+private:
+    std::unique_ptr<Cursor> m_cursor;
+    Faults& m_faults;
+    QString m_statement;
+};
+
+/// An engine whose statements fail where the test wants it, as if the database had refused them.
+class FaultyEngine final : public Engine {
+public:
+    /// Sees each statement that has run, with the rows that it changed.
+    using Ran = std::function<void(const QString& statement, qint64 rows)>;
+
+    FaultyEngine(std::unique_ptr<Engine> engine, Faults& faults, Ran ran = {})
+        : m_engine(std::move(engine)),
+          m_faults(faults),
+          m_ran(std::move(ran)) {}
+
+    Dialect TextDialect() const override { return m_engine->TextDialect(); }
+    qint64 Run(const QString& statement) override {
+        m_faults.Meet(statement);
+        const qint64 rows = m_engine->Run(statement);
+        if (m_ran) {
+            m_ran(statement, rows);
+        }
+        return rows;
+    }
+    std::unique_ptr<Cursor> Query(const QString& statement) override {
+        m_faults.Meet(statement);
+        return std::make_unique<FaultyCursor>(m_engine->Query(statement), m_faults, statement);
+    }
+    // The test's own transaction is open around those of the program.
+    void Begin() override { m_engine->Run(QStringLiteral("SAVEPOINT own")); }
+    void Commit() override { m_engine->Run(QStringLiteral("RELEASE own")); }
+    void RollBack() override {
+        m_engine->Run(QStringLiteral("ROLLBACK TO own"));
+        Commit();
+    }
+    void Interrupt() noexcept override { m_engine->Interrupt(); }
+    qint64 LastInsertId() override { return m_engine->LastInsertId(); }
+    QStringList Tables() override { return m_engine->Tables(); }
+    QVector<ColumnInfo> Columns(const QString& table) override { return m_engine->Columns(table); }
+    void SetTriggersEnabled(const QString& table, bool enabled) override {
+        m_faults.Meet(QStringLiteral("trigger ") + table);
+        m_engine->SetTriggersEnabled(table, enabled);
+    }
+    QString RestartStatement(const QString& table) override { return m_engine->RestartStatement(table); }
+
+private:
+    std::unique_ptr<Engine> m_engine;
+    Faults& m_faults;
+    Ran m_ran;
+};
