@@ -17,9 +17,7 @@ public:
           m_connection(std::make_shared<OdbcConnection>(text)) {
         // A driver may call its server by a name that Qt does not know, as MariaDB's does.
         m_dbms = dialect == Dialect::MySql ? QSqlDriver::MySqlServer : m_connection->Database().driver()->dbmsType();
-        if (m_dbms == QSqlDriver::MySqlServer) {
-            Run(QStringLiteral("SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES'"));
-        }
+        SetSession();
     }
 
     Dialect TextDialect() const override { return m_dialect; }
@@ -36,15 +34,19 @@ public:
 
     void Begin() override {
         m_line->Free();
+        ReopenLost();
         Check(m_connection->Database().transaction(), "BEGIN TRANSACTION");
+        m_inTransaction = true;
     }
     void Commit() override {
         m_line->Free();
         Check(m_connection->Database().commit(), "COMMIT");
+        m_inTransaction = false;
     }
     void RollBack() override {
         m_line->Free();
-        Check(m_connection->Database().rollback(), "ROLLBACK");
+        m_inTransaction = false;
+        Check(m_lost || m_connection->Database().rollback(), "ROLLBACK");
     }
     /// The rows under way end; a statement that the driver is running is not taken back from it.
     void Interrupt() noexcept override { m_connection->Interrupted = true; }
@@ -84,6 +86,21 @@ public:
     }
 
 private:
+    void SetSession() {
+        if (m_dbms == QSqlDriver::MySqlServer) {
+            Run(QStringLiteral("SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES'"));
+        }
+    }
+
+    /// A connection that fell is opened again, unless a transaction went with it.
+    void ReopenLost() {
+        if (m_lost && !m_inTransaction) {
+            m_connection->Reopen();
+            m_lost = false;
+            SetSession();
+        }
+    }
+
     void Check(bool done, const char* statement) const {
         if (!done) {
             throw OdbcError(m_connection->Database().lastError(), QString::fromLatin1(statement));
@@ -92,10 +109,12 @@ private:
 
     QSqlQuery Executed(const QString& statement) {
         m_line->Free();
+        ReopenLost();
         m_connection->Interrupted = false;
         QSqlQuery query(m_connection->Database());
         query.setForwardOnly(true);
         if (!query.exec(statement)) {
+            m_lost = m_lost || IsLost(query.lastError());
             throw OdbcError(query.lastError(), statement);
         }
         return query;
@@ -133,6 +152,8 @@ private:
     Dialect m_dialect;
     std::shared_ptr<OdbcConnection> m_connection;
     std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
+    bool m_lost = false;
+    bool m_inTransaction = false;
     QSqlDriver::DbmsType m_dbms = QSqlDriver::UnknownDbms;
 };
 

@@ -58,23 +58,37 @@ QString Advice(const QString& message, const QString& driver) {
 } // namespace
 
 OdbcConnection::OdbcConnection(const QString& text)
-    : m_name(UniqueName()) {
+    : m_text(text),
+      m_name(UniqueName()) {
     if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QODBC"))) {
         throw SqlError({}, QStringLiteral("Manca il driver QODBC di Qt: su Debian è nel pacchetto libqt6sql6-odbc"));
     }
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), m_name);
     m_database.setConnectOptions(QStringLiteral("SQL_ATTR_ODBC_VERSION=SQL_OV_ODBC3;SQL_ATTR_LOGIN_TIMEOUT=15"));
     m_database.setDatabaseName(odbc::QtDatabaseName(text));
+    try {
+        Open();
+    } catch (...) {
+        m_database = {};
+        QSqlDatabase::removeDatabase(m_name);
+        throw;
+    }
+}
+
+void OdbcConnection::Open() {
     if (m_database.open()) {
         return;
     }
     const SqlError error = OdbcError(m_database.lastError(), {});
-    SqlError named({}, error.EngineMessage() + Advice(error.EngineMessage(), odbc::DriverOrDsn(text)),
+    SqlError named({}, error.EngineMessage() + Advice(error.EngineMessage(), odbc::DriverOrDsn(m_text)),
                    error.EngineCode());
-    named.AddContext(QStringLiteral("Connessione '%1'").arg(odbc::WithoutPassword(text)));
-    m_database = {};
-    QSqlDatabase::removeDatabase(m_name);
+    named.AddContext(QStringLiteral("Connessione '%1'").arg(odbc::WithoutPassword(m_text)));
     throw named;
+}
+
+void OdbcConnection::Reopen() {
+    m_database.close();
+    Open();
 }
 
 OdbcConnection::~OdbcConnection() {
@@ -83,7 +97,18 @@ OdbcConnection::~OdbcConnection() {
     QSqlDatabase::removeDatabase(m_name);
 }
 
+bool IsLost(const QSqlError& error) {
+    // MariaDB and MySQL; SQL Server through FreeTDS and through its own driver; Oracle.
+    static const QStringList codes{"2006",  "2013",  "20003", "20004", "20006", "20047",
+                                   "10053", "10054", "10060", "3113",  "3114",  "1012"};
+    return codes.contains(error.nativeErrorCode());
+}
+
 SqlError OdbcError(const QSqlError& error, const QString& statement) {
     QString message = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    return {statement, odbc::WithoutPassword(message.simplified()), error.nativeErrorCode()};
+    message = odbc::WithoutPassword(message.simplified());
+    if (IsLost(error)) {
+        message += QStringLiteral(" (la connessione con il server è caduta)");
+    }
+    return {statement, message, error.nativeErrorCode()};
 }
