@@ -111,27 +111,11 @@ void ImportDistinteGescom(Session& session, const QString& singleCode, bool rese
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
         const QString where = WhereCode(run, "PADISBAS", singleCode);
-        BillWriter writer(run);
-        bool found = false;
-        const bool toTheEnd =
-            run.Rows({"Distinte Base", Disbas, "PADISBAS", "SELECT COUNT(DISTINCT PADISBAS) FROM DISBAS" + where,
-                      "SELECT DISTINCT PADISBAS FROM DISBAS" + where + "\rORDER BY PADISBAS"},
-                     [&](const SourceRow& row) {
-                         found = true;
-                         return ImportDistinta(run, writer, row);
-                     });
-        if (!toTheEnd) {
-            return;
-        }
-        if (run.IsSingle() && !found) {
-            session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete(QStringLiteral("Distinte Base Gescom importate correttamente: %1 (Fasi: %2, Comp.: %3)")
-                         .arg(writer.Bills())
-                         .arg(writer.Phases())
-                         .arg(writer.Components()));
+        const ImportRun::Loop heads{"Distinte Base", Disbas, "PADISBAS",
+                                    "SELECT COUNT(DISTINCT PADISBAS) FROM DISBAS" + where,
+                                    "SELECT DISTINCT PADISBAS FROM DISBAS" + where + "\rORDER BY PADISBAS"};
+        ImportBills(run, heads, singleCode, "Distinte Base Gescom importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+                    [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row); });
     });
 }
 

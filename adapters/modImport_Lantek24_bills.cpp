@@ -95,27 +95,12 @@ void ImportDistintaLantek24(Session& session, const QString& singleCode, bool re
         run.Announce("Inizio importazione Distinte Base da Lantek 24");
         run.Preflight(DistintaNeeds());
         EmptyBills(run, reset);
-        BillWriter writer(run);
-        bool found = false;
         const QString from = Costs + "\rWHERE " + Material + WhereCode(run, "AND", "PrdRef", singleCode);
-        const bool toTheEnd = run.Rows({"Distinte Base", Costs, "PrdRef", "SELECT COUNT(DISTINCT PrdRef) FROM " + from,
-                                        "SELECT DISTINCT PrdRef FROM " + from + "\rORDER BY PrdRef"},
-                                       [&](const SourceRow& row) {
-                                           found = true;
-                                           return WriteBill(run, writer, row.Text("PrdRef"));
-                                       });
-        if (!toTheEnd) {
-            return;
-        }
-        if (run.IsSingle() && !found) {
-            session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete(QStringLiteral("Distinte Base Lantek 24 importate correttamente: %1 (Fasi: %2, Comp.: %3)")
-                         .arg(writer.Bills())
-                         .arg(writer.Phases())
-                         .arg(writer.Components()));
+        const ImportRun::Loop heads{"Distinte Base", Costs, "PrdRef", "SELECT COUNT(DISTINCT PrdRef) FROM " + from,
+                                    "SELECT DISTINCT PrdRef FROM " + from + "\rORDER BY PrdRef"};
+        ImportBills(
+            run, heads, singleCode, "Distinte Base Lantek 24 importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+            [&](BillWriter& writer, const SourceRow& row) { return WriteBill(run, writer, row.Text("PrdRef")); });
     });
 }
 

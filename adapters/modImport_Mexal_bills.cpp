@@ -64,26 +64,10 @@ void ImportDistinteMex(Session& session, const QString& singleCode, bool reset) 
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
         const QString from = " FROM DIS_MAT" + SingleCode(run, "WHERE", "[_DBPAD]", singleCode);
-        BillWriter writer(run);
-        bool found = false;
-        const bool toTheEnd = run.Rows({"Distinte Base", DisMat, "_DBPAD", "SELECT COUNT(DISTINCT [_DBPAD])" + from,
-                                        "SELECT DISTINCT [_DBPAD]" + from + " ORDER BY [_DBPAD]"},
-                                       [&](const SourceRow& row) {
-                                           found = true;
-                                           return ImportDistinta(run, writer, row);
-                                       });
-        if (!toTheEnd) {
-            return;
-        }
-        if (run.IsSingle() && !found) {
-            session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete(QStringLiteral("Distinte Base Mexal importate correttamente: %1 (Fasi: %2, Comp.: %3)")
-                         .arg(writer.Bills())
-                         .arg(writer.Phases())
-                         .arg(writer.Components()));
+        const ImportRun::Loop heads{"Distinte Base", DisMat, "_DBPAD", "SELECT COUNT(DISTINCT [_DBPAD])" + from,
+                                    "SELECT DISTINCT [_DBPAD]" + from + " ORDER BY [_DBPAD]"};
+        ImportBills(run, heads, singleCode, "Distinte Base Mexal importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+                    [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row); });
     });
 }
 

@@ -108,26 +108,10 @@ void ImportDistinteTessera(Session& session, const QString& singleCode, bool res
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
         const QString where = WhereCode(run, "CodArt", singleCode);
-        BillWriter writer(run);
-        bool found = false;
-        const bool toTheEnd = run.Rows({"Distinte Base", DisBasT, "CodArt, Rev", "SELECT COUNT(*) FROM DisBasT" + where,
-                                        "SELECT * FROM DisBasT" + where + "\rORDER BY CodArt, Rev"},
-                                       [&](const SourceRow& row) {
-                                           found = true;
-                                           return ImportDistinta(run, writer, row);
-                                       });
-        if (!toTheEnd) {
-            return;
-        }
-        if (run.IsSingle() && !found) {
-            session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete(QStringLiteral("Distinte Base Tessera importate correttamente: %1 (Fasi: %2, Comp.: %3)")
-                         .arg(writer.Bills())
-                         .arg(writer.Phases())
-                         .arg(writer.Components()));
+        const ImportRun::Loop heads{"Distinte Base", DisBasT, "CodArt, Rev", "SELECT COUNT(*) FROM DisBasT" + where,
+                                    "SELECT * FROM DisBasT" + where + "\rORDER BY CodArt, Rev"};
+        ImportBills(run, heads, singleCode, "Distinte Base Tessera importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+                    [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row); });
     });
 }
 

@@ -217,22 +217,11 @@ RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& p
 
 // --- Procedures ---------------------------------------------------------------------------------------------------
 
-/// Hands every parent of the source to `work`. @return false when the operator cancelled or there is no such parent
-bool ForEachParent(ImportRun& run, const QString& step, const QString& singleCode,
-                   const std::function<RowOutcome(const QString& parent)>& work) {
+/// Every parent of the source.
+ImportRun::Loop Parents(const ImportRun& run, const QString& step, const QString& singleCode) {
     const QString from = " FROM DISTINTA_BASE" + SingleCode(run, "WHERE", "PADRE", singleCode);
-    bool found = false;
-    const bool toTheEnd = run.Rows({step, DistintaBase, "PADRE", "SELECT COUNT(DISTINCT(PADRE))" + from,
-                                    "SELECT DISTINCT PADRE" + from + " ORDER BY PADRE"},
-                                   [&](const SourceRow& row) {
-                                       found = true;
-                                       return work(row.Text("PADRE"));
-                                   });
-    if (toTheEnd && run.IsSingle() && !found) {
-        run.GetSession().Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
-        return false;
-    }
-    return toTheEnd;
+    return {step, DistintaBase, "PADRE", "SELECT COUNT(DISTINCT(PADRE))" + from,
+            "SELECT DISTINCT PADRE" + from + " ORDER BY PADRE"};
 }
 
 const TableNeed& DistintaBaseNeed() {
@@ -257,16 +246,10 @@ void ImportDistinteVSP(Session& session, const QString& singleCode, bool reset) 
         run.AnnounceAppending("Inizio importazione Distinte Base da Visual Space");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
-        BillWriter writer(run);
-        if (!ForEachParent(run, "Distinte Base", singleCode,
-                           [&](const QString& parent) { return ImportDistinta(run, writer, parent); })) {
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete(QStringLiteral("Distinte Base Visual Space importate correttamente: %1 (Fasi: %2, Comp.: %3)")
-                         .arg(writer.Bills())
-                         .arg(writer.Phases())
-                         .arg(writer.Components()));
+        ImportBills(
+            run, Parents(run, "Distinte Base", singleCode), singleCode,
+            "Distinte Base Visual Space importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+            [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row.Text("PADRE")); });
     });
 }
 
@@ -285,13 +268,9 @@ void CorreggiDistinteVSP(Session& session, const QString& singleCode, bool /*res
         }
         run.AnnounceAppending("Inizio correzione Distinte Base da Visual Space");
         run.Preflight(CorrezioneNeeds());
-        BillWriter writer(run);
-        if (!ForEachParent(run, "Correzione Distinte Base", singleCode,
-                           [&](const QString& parent) { return CorreggiDistinta(run, writer, parent); })) {
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete("Distinte Base corrette!");
+        ImportBills(
+            run, Parents(run, "Correzione Distinte Base", singleCode), singleCode, "Distinte Base corrette!",
+            [&](BillWriter& writer, const SourceRow& row) { return CorreggiDistinta(run, writer, row.Text("PADRE")); });
     });
 }
 

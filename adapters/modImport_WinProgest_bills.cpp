@@ -81,26 +81,10 @@ void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool 
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
         const QString where = WhereCode(run, "PADRE", singleCode);
-        BillWriter writer(run);
-        bool found = false;
-        const bool toTheEnd = run.Rows({"Distinte Base", Nftdis, "PADRE", "SELECT COUNT(*) FROM NFTDIS" + where,
-                                        "SELECT * FROM NFTDIS" + where + "\rORDER BY PADRE"},
-                                       [&](const SourceRow& row) {
-                                           found = true;
-                                           return ImportDistinta(run, writer, row);
-                                       });
-        if (!toTheEnd) {
-            return;
-        }
-        if (run.IsSingle() && !found) {
-            session.Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
-            return;
-        }
-        writer.LinkSubAssemblies();
-        run.Complete(QStringLiteral("Distinte Base WinProgest importate correttamente: %1(Fasi: %2, Comp.: %3")
-                         .arg(writer.Bills())
-                         .arg(writer.Phases())
-                         .arg(writer.Components()));
+        const ImportRun::Loop heads{"Distinte Base", Nftdis, "PADRE", "SELECT COUNT(*) FROM NFTDIS" + where,
+                                    "SELECT * FROM NFTDIS" + where + "\rORDER BY PADRE"};
+        ImportBills(run, heads, singleCode, "Distinte Base WinProgest importate correttamente: %1(Fasi: %2, Comp.: %3",
+                    [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row); });
     });
 }
 

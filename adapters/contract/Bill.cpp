@@ -181,4 +181,27 @@ void BillWriter::LogCycles() {
     });
 }
 
+void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,
+                 const std::function<RowOutcome(BillWriter&, const SourceRow&)>& bill) {
+    BillWriter writer(run);
+    bool found = false;
+    const bool toTheEnd = run.Rows(heads, [&](const SourceRow& row) {
+        found = true;
+        return bill(writer, row);
+    });
+    if (!toTheEnd) {
+        return;
+    }
+    if (run.IsSingle() && !found) {
+        run.GetSession().Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
+        return;
+    }
+    writer.LinkSubAssemblies();
+    QString message = completion;
+    message.replace("%1", QString::number(writer.Bills()));
+    message.replace("%2", QString::number(writer.Phases()));
+    message.replace("%3", QString::number(writer.Components()));
+    run.Complete(message);
+}
+
 } // namespace contract

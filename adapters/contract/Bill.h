@@ -62,8 +62,8 @@ public:
     /// @param phase RECORD_ID of the phase that consumes it
     void Write(const Component& component, qint64 phase);
     /// Links every component whose article has a bill to that bill, of several revisions to the one in force; the
-    /// others have no link. A bill that contains
-    /// itself, over any number of levels, is logged with its path: it cannot be unfolded.
+    /// others have no link. A bill that contains itself, over any number of levels, is logged with its path: it cannot
+    /// be unfolded.
     void LinkSubAssemblies();
 
     // Bills, phases and components of the run, for the completion message.
@@ -79,5 +79,12 @@ private:
     qint64 m_bill = 0;
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
 };
+
+/// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill
+/// that is not there is told; a run that is cancelled links nothing.
+/// @param singleCode of the bill that is wanted; empty for all
+/// @param completion the message at the end, in which %1 bills, %2 phases and %3 components may stand
+void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,
+                 const std::function<RowOutcome(BillWriter&, const SourceRow&)>& bill);
 
 } // namespace contract
