@@ -4,7 +4,7 @@
 # start_mariadb DIR: makes a server in DIR (created when missing), waits until it answers and exports
 # QUADRIX_TEST_MARIADB as "host|port|user|password|database".
 start_mariadb() {
-    local PATH=$PATH:/usr/sbin
+    PATH=$PATH:/usr/sbin
     mariadb_dir=$1
     local attempt
     mkdir -p "$mariadb_dir/data"
@@ -16,11 +16,7 @@ start_mariadb() {
     # Another program may take the port between the look and the start: then the next one is tried.
     for attempt in 1 2 3 4 5; do
         mariadb_port=$(free_port)
-        mariadbd --no-defaults --user="$(id -un)" --datadir="$mariadb_dir/data" --socket="$mariadb_dir/socket" \
-            --pid-file="$mariadb_dir/pid" --port="$mariadb_port" --bind-address=127.0.0.1 --skip-name-resolve \
-            --innodb-flush-log-at-trx-commit=0 --character-set-server=utf8mb4 >"$mariadb_dir/server.log" 2>&1 &
-        mariadb_pid=$!
-        wait_for_mariadb && break
+        run_mariadb && break
         wait "$mariadb_pid" 2>/dev/null || true
         mariadb_pid=
     done
@@ -34,6 +30,15 @@ CREATE USER 'quadrix'@'%' IDENTIFIED BY 'pass;word}=1';
 GRANT ALL ON *.* TO 'quadrix'@'%';
 SQL
     export QUADRIX_TEST_MARIADB="127.0.0.1|$mariadb_port|quadrix|pass;word}=1|quadrix_test"
+}
+
+# run_mariadb [OPTION...]: runs the server on its folder and port, also again after it has ended, and waits for it.
+run_mariadb() {
+    mariadbd --no-defaults --user="$(id -un)" --datadir="$mariadb_dir/data" --socket="$mariadb_dir/socket" \
+        --pid-file="$mariadb_dir/pid" --port="$mariadb_port" --bind-address=127.0.0.1 --skip-name-resolve \
+        --innodb-flush-log-at-trx-commit=0 --character-set-server=utf8mb4 "$@" >"$mariadb_dir/server.log" 2>&1 &
+    mariadb_pid=$!
+    wait_for_mariadb
 }
 
 # stop_mariadb: ends the server that start_mariadb started and removes its folder.
