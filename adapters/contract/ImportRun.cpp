@@ -123,7 +123,15 @@ bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<v
         progress->SetStep(loop.step);
         progress->SetMax(static_cast<float>(count));
     }
-    ReadRows(loop, count, progress.get(), row, groupEnd);
+    try {
+        ReadRows(loop, count, progress.get(), row, groupEnd);
+    } catch (const Error& error) {
+        // When the source breaks off, the rest of what belongs together has not been read.
+        if (!loop.group.isEmpty() && !m_group.keys.isEmpty() && !m_group.givenUp) {
+            GiveUpFor(error, m_group.keys.last());
+        }
+        throw;
+    }
     return m_result.outcome != RunResult::Outcome::Cancelled;
 }
 

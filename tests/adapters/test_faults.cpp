@@ -238,7 +238,7 @@ private slots:
         QFETCH(const QString, module);
         QFETCH(const QString, line);
         Rehearsal& stage = Stage(module, line);
-        for (const int place : Places(stage.CleanSource, Few, 0)) {
+        for (const int place : Places(stage.CleanSource, Many, 0)) {
             ++m_faults;
             stage.Run({.source = {.first = place, .rows = true}});
             QString wrong = stage.Wrong();
