@@ -52,7 +52,8 @@ void ImportRun::LogError() {
 void ImportRun::LogOrReport(const QString& message) {
     try {
         AppendToLog(message);
-    } catch (...) {
+    } catch (Error& error) {
+        error.AddContext(message);
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
     }
 }
@@ -128,7 +129,8 @@ bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<v
     } catch (const Error& error) {
         // When the source breaks off, the rest of what belongs together has not been read.
         if (!loop.group.isEmpty() && !m_group.keys.isEmpty() && !m_group.givenUp) {
-            GiveUpFor(error, m_group.keys.last());
+            const QString key = m_group.keys.last();
+            GiveUpFor(error, key);
         }
         throw;
     }
@@ -172,7 +174,8 @@ void ImportRun::ProcessRow(const QString& key, const std::function<RowOutcome()>
 
 void ImportRun::EndGroup(const std::function<void()>& groupEnd) {
     if (groupEnd && !m_group.keys.isEmpty() && !m_group.givenUp) {
-        Attempt(m_group.keys.last(), groupEnd);
+        const QString key = m_group.keys.last(); // the list goes when the rows are given up
+        Attempt(key, groupEnd);
     }
     m_group = {};
     KeepWritten();
@@ -227,7 +230,8 @@ void ImportRun::Account(RowOutcome outcome) {
 
 /// The account is complete before the log is written, which may fail too.
 void ImportRun::GiveUp(const QString& key, const QString& reason) {
-    QStringList lines = TakeBack(0);
+    const QStringList left = TakeBack(0);
+    QStringList lines = left;
     m_result.inserted -= m_group.inserted;
     m_result.updated -= m_group.updated;
     m_result.skipped -= m_group.skipped;
@@ -244,7 +248,8 @@ void ImportRun::GiveUp(const QString& key, const QString& reason) {
             AppendToLog(line);
         }
     } catch (Error& error) {
-        error.AddContext(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
+        const QStringList what{QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason)};
+        error.AddContext((what + left).join(QStringLiteral("; ")));
         throw;
     }
 }
