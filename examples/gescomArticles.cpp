@@ -176,7 +176,7 @@ Totals WriteBills(Store& store, const Options& options, QuadrixScript& script) {
     phases->Finish();
     store.AddIndex(lines->Name(), {QStringLiteral("PADISBAS"), QStringLiteral("RGDISBAS")});
     store.AddIndex(phases->Name(), {QStringLiteral("ARARCFAS"), QStringLiteral("SQARCFAS")});
-    store.AddIndex(phases->Name(), {QStringLiteral("CODFASEL")});
+    store.AddIndex(phases->Name(), {QStringLiteral("ARARCFAS"), QStringLiteral("CODFASEL")});
     const auto text = [](qint64 number) { return QString::number(number); };
     return {
         {"DISBAS: righe", text(lines->Count())},    {"DISBAS: componenti che mancano in ARTICOLI", text(count.unknown)},
