@@ -328,6 +328,8 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
     } else {
         target.Insert();
         id = LastId(session, document.family->row);
+        m_run.WhenTakenBack(
+            [this, id] { std::erase_if(m_openLinks, [id](const OpenLink& link) { return link.row == id; }); });
     }
     if (origin != 0 && originRow == 0) {
         m_openLinks.push_back({document.family, id, origin});

@@ -61,10 +61,10 @@ QString Translate(Session& session, const QString& table, const QString& field, 
     if (known != session.Translations.constEnd()) {
         return *known;
     }
-    const Recordset rows = session.Quadrix.ExecuteWC(
-        QStringLiteral("SELECT * FROM SYS_IMP\rWHERE TBNAM = ") + Quoted(session, table) +
-        QStringLiteral(" AND\r      TBFLD = ") + Quoted(session, field) + QStringLiteral(" AND\r      TBOLD = ") +
-        Quoted(session, oldCode));
+    const Recordset rows =
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM SYS_IMP\rWHERE TBNAM = ") + Quoted(session, table) +
+                                  QStringLiteral(" AND\r      TBFLD = ") + Quoted(session, field) +
+                                  QStringLiteral(" AND\r      TBOLD = ") + Quoted(session, oldCode));
     if (!rows.Eof()) {
         const QString newCode = mod_ovTools::NzText(rows.Fields(QStringLiteral("TBNEW")).Value(), true).toString();
         session.Translations.insert(key, newCode);
@@ -116,6 +116,10 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                      const QString& newCode) {
     session.Translations.insert(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode), newCode);
+}
+
+void ForgetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode) {
+    session.Translations.remove(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode));
 }
 
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,

@@ -18,6 +18,8 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
 /// Takes in a translation that has been written into SYS_IMP just now, in place of the one remembered.
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                      const QString& newCode);
+/// Forgets a translation that was remembered, or read: the next look-up reads it again.
+void ForgetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode);
 
 /// Finds the counterparty made from a source customer or supplier code. With neither flag both codes are looked at;
 /// asCustomer wins over asSupplier. A partial match looks for the code anywhere in the stored one.

@@ -61,6 +61,7 @@ void StoreNewCode(ImportRun& run, const QString& table, const QString& field, co
         row.Set("TBFLD", field);
         row.Set("TBOLD", oldCode);
         row.Insert();
+        run.WhenTakenBack([=, &session] { modImport::ForgetNewCode(session, table, field, oldCode); });
     }
     modImport::RememberNewCode(session, table, field, oldCode, newCode);
 }

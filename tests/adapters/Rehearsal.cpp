@@ -110,7 +110,7 @@ void Rehearsal::OpenFaultySource() {
 /// then has the keys that it has when the row was never written, and the two can be compared.
 void Rehearsal::Note(const QString& statement, qint64 rows) {
     const QString table = ChangedTable(statement, "INSERT INTO|UPDATE|DELETE FROM");
-    if (!table.isEmpty() && table != "SYS_IMP" && !m_written.contains(table)) {
+    if (m_isLearning && !table.isEmpty() && table != "SYS_IMP" && !m_written.contains(table)) {
         m_written.append(table);
     }
     const QString emptied = ChangedTable(statement, "DELETE FROM");
@@ -127,6 +127,7 @@ void Rehearsal::Learn() {
     }
     Run({});
     RunAgain(false); // only now it is known which tables are written
+    m_isLearning = false;
     Clean = Run({.source = {.rows = true}});
     CleanStatements = TargetFault.seen;
     CleanSource = SourceFault.seen;

@@ -70,6 +70,7 @@ private:
     qsizetype m_sourceAnswers = 0; ///< how many of the answers of the line are about opening the source
     Engine* m_engine = nullptr;    ///< that of the target, without faults
     QStringList m_written;         ///< physical names of the tables that the line writes
+    bool m_isLearning = true;
     QMap<QString, qint64> m_deleted;
     QMap<QString, qint64> m_startCounts;
     QString m_startTriggers;

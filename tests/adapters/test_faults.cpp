@@ -23,8 +23,8 @@ constexpr int Many = 8;
 const QSet<QString> KeepsRows{"ImportListiniArca2000", "ImportDocumentiLantek24"};
 
 /// Procedures whose second run finds that another source row has taken the place of one that was given up: a code, the
-/// description of a location.
-const QSet<QString> GivesPlace{"ImportMaterialiFerrobrio", "ImportUbicazioniVSP"};
+/// description of a location, the count of a sheet.
+const QSet<QString> GivesPlace{"ImportMaterialiFerrobrio", "ImportUbicazioniVSP", "ImportInventarioLantek30"};
 
 /// Places from 1 to `count`: as many as are wanted, spread evenly, others for each `shift`.
 QVector<int> Places(int count, int wanted, int shift) {
@@ -113,9 +113,10 @@ class TestFaults : public QObject {
     QString WrongEnd(Rehearsal& stage, const Faults& fault, End end) {
         const RunResult& result = stage.Result();
         if (end == End::Clean) {
-            return result.outcome == stage.Clean.outcome && stage.Rows() == stage.CleanRows
+            const QStringList rows = stage.Rows();
+            return result.outcome == stage.Clean.outcome && rows == stage.CleanRows
                        ? QString()
-                       : "not as without the fault";
+                       : "not as without the fault:\n" + Difference(stage.CleanRows, rows);
         }
         if (fault.failed.isEmpty() || IsSwitch(stage)) {
             return {}; // in this mode the run had ended before
