@@ -367,8 +367,12 @@ void ImportInventarioLantek30(Session& session, const QString& singleCode, bool 
         const QString from = Products + " P\rLEFT JOIN " + Inventory +
                              " I ON I.PrdRef = P.PrdRef\rWHERE P.DIS_PClass = 51" +
                              (singleCode.isEmpty() ? QString() : QString(" AND P.PrdRef = " + run.Quoted(singleCode)));
-        run.Rows({"Saldi di magazzino", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
-                  "SELECT P.*, I.StockQ, I.WrhRef, I.LocDefault FROM " + from + "\rORDER BY P.PrdRef, I.WrhRef"},
+        run.Rows({"Saldi di magazzino",
+                  Products,
+                  "PrdRef",
+                  "SELECT COUNT(*) FROM " + from,
+                  "SELECT P.*, I.StockQ, I.WrhRef, I.LocDefault FROM " + from + "\rORDER BY P.PrdRef, I.WrhRef",
+                  {"PrdRef"}}, // what the CAM counts is shared out among the warehouses
                  [&](const SourceRow& row) { return stocktaker.Row(row); });
         run.Complete("Saldi di magazzino importati correttamente!");
     });

@@ -23,8 +23,8 @@ constexpr int Many = 8;
 const QSet<QString> KeepsRows{"ImportListiniArca2000", "ImportDocumentiLantek24"};
 
 /// Procedures whose second run finds that another source row has taken the place of one that was given up: a code, the
-/// description of a location, the count of a sheet.
-const QSet<QString> GivesPlace{"ImportMaterialiFerrobrio", "ImportUbicazioniVSP", "ImportInventarioLantek30"};
+/// description of a location.
+const QSet<QString> GivesPlace{"ImportMaterialiFerrobrio", "ImportUbicazioniVSP"};
 
 /// Places from 1 to `count`: as many as are wanted, spread evenly, others for each `shift`.
 QVector<int> Places(int count, int wanted, int shift) {
