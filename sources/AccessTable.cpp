@@ -83,11 +83,18 @@ QString DeclaredType(const MdbColumn& column, bool isUnicode) {
     }
 }
 
+/// The page of the texts of Access 97; later ones are Unicode, whatever page their file tells.
+QString PageOf(const MdbFile& file, const QString& codePage) {
+    const bool tellsPage = file.jet_version == MDB_VER_JET3 && file.code_page != 0;
+    return tellsPage ? QString::number(file.code_page) : codePage;
+}
+
 } // namespace
 
 AccessTable::AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry, const QString& codePage)
     : m_handle(database.Handle()),
-      m_page(m_handle->f->code_page != 0 ? QString::number(m_handle->f->code_page) : codePage),
+      m_isUnicode(m_handle->f->jet_version != MDB_VER_JET3),
+      m_page(PageOf(*m_handle->f, codePage)),
       m_table(ReadAccessDefinition(entry.entry)),
       m_chunk(MDB_BIND_SIZE, '\0') {
     if (m_table == nullptr) {
@@ -102,9 +109,8 @@ MdbColumn& AccessTable::ColumnAt(int index) const {
 }
 
 void AccessTable::ReadColumns() {
-    const bool isUnicode = m_handle->f->jet_version != MDB_VER_JET3;
     for (int index = 0; index < static_cast<int>(m_table->num_cols); ++index) {
-        const QString type = DeclaredType(ColumnAt(index), isUnicode);
+        const QString type = DeclaredType(ColumnAt(index), m_isUnicode);
         if (!type.isEmpty()) {
             m_columns.append({QString::fromUtf8(ColumnAt(index).name), type});
             m_indexes.append(index);
@@ -222,7 +228,7 @@ void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& fi
 
 void AccessTable::CopyText(PrivateTable& target, int column, QByteArrayView bytes) {
     QByteArray utf8;
-    if (m_handle->f->jet_version == MDB_VER_JET3) {
+    if (!m_isUnicode) {
         if (!m_page.AppendUtf8(bytes, utf8)) {
             throw ImportError(QStringLiteral("il testo non è in %1").arg(m_page.Name()));
         }

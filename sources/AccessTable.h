@@ -38,8 +38,8 @@ private:
     MdbColumn& ColumnAt(int index) const;
 
     MdbHandle* m_handle;
-    QString m_codePage;
-    CodePage m_page;
+    bool m_isUnicode;
+    CodePage m_page; ///< of texts that are not
     AccessDefinition m_table;
     QVector<ColumnInfo> m_columns;
     QVector<int> m_indexes; ///< of the columns that are read, in the definition

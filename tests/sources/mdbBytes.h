@@ -160,7 +160,7 @@ inline QByteArray HeaderPage() {
     QByteArray page(PageSize, '\0');
     page.replace(1, 19, QByteArray("\1\0\0Standard Jet DB\0", 19));
     page[0x14] = 1;
-    qToLittleEndian(quint16(1252), page.data() + 0x3c);
+    qToLittleEndian(quint16(9), page.data() + 0x3c); // a code page that is none: texts are Unicode here
     Scramble(page, 0x18, 128);
     return page;
 }
