@@ -1,8 +1,12 @@
 // Measures the imports against the replay of their own statements through the bare SQLite library.
 // quadrix-bench BUILD FOLDER [SMALL LARGE]: BUILD holds the programs, FOLDER is emptied and filled.
+// quadrix-bench streaming ROWS measures the reading of so many rows, quadrix-bench server BUILD FOLDER ROWS an import
+// into MariaDB.
 
 #include "bench/measure.h"
 #include "bench/replay.h"
+#include "bench/server.h"
+#include "bench/streaming.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -135,30 +139,43 @@ bool Print(const Case& one, long small, const Result& little, long large, const 
     return within;
 }
 
+bool MeasureImports(const std::string& build, const std::string& folder, long small, long large) {
+    Bench bench(build, folder);
+    std::printf("Limits: ratio %.1f, ten times the rows at most %.0f times the time, %.0f MiB, memory x %.1f\n",
+                RatioLimit, GrowthLimit, MemoryLimit, MemoryGrowthLimit);
+    std::printf("| %-12s | %8s | %9s | %8s | %8s | %5s | %8s |\n", "import", "rows", "statem.", "run s", "replay s",
+                "ratio", "peak MiB");
+    bool within = true;
+    for (const Case& one : Cases) {
+        const Result little = bench.Measure(one, small);
+        const Result much = bench.Measure(one, large);
+        within = Print(one, small, little, large, much) && within;
+    }
+    return within;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3 && argc != 5) {
-        std::fprintf(stderr, "quadrix-bench BUILD FOLDER [SMALL LARGE]\n");
-        return 2;
-    }
+    const std::vector<std::string> words(argv + 1, argv + argc);
     try {
-        const long small = argc == 5 ? std::stol(argv[3]) : 20'000;
-        const long large = argc == 5 ? std::stol(argv[4]) : 200'000;
-        Bench bench(argv[1], argv[2]);
-        std::printf("Limits: ratio %.1f, ten times the rows at most %.0f times the time, %.0f MiB, memory x %.1f\n",
-                    RatioLimit, GrowthLimit, MemoryLimit, MemoryGrowthLimit);
-        std::printf("| %-12s | %8s | %9s | %8s | %8s | %5s | %8s |\n", "import", "rows", "statem.", "run s", "replay s",
-                    "ratio", "peak MiB");
-        bool within = true;
-        for (const Case& one : Cases) {
-            const Result little = bench.Measure(one, small);
-            const Result much = bench.Measure(one, large);
-            within = Print(one, small, little, large, much) && within;
+        if (words.size() == 2 && words[0] == "streaming") {
+            return MeasureStreaming(std::stol(words[1])) ? 0 : 1;
         }
-        return within ? 0 : 1;
+        if (words.size() == 4 && words[0] == "server") {
+            return MeasureServer(words[1] + "/examples/quadrix-examples", words[2], std::stol(words[3])) ? 0 : 1;
+        }
+        if (words.size() == 2 || words.size() == 4) {
+            const bool hasRows = words.size() == 4;
+            return MeasureImports(words[0], words[1], hasRows ? std::stol(words[2]) : 20'000,
+                                  hasRows ? std::stol(words[3]) : 200'000)
+                       ? 0
+                       : 1;
+        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
     }
+    std::fprintf(stderr, "quadrix-bench BUILD FOLDER [SMALL LARGE] | streaming ROWS | server BUILD FOLDER ROWS\n");
+    return 2;
 }

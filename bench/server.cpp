@@ -1,0 +1,164 @@
+#include "bench/server.h"
+
+#include "adapters/registry.h"
+#include "app/connectSource.h"
+#include "bench/measure.h"
+#include "bench/mySqlReplay.h"
+#include "core/createDatabase.h"
+#include "tests/support/MariaDbServer.h"
+#include "tests/support/ScriptedOperator.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+constexpr double ClientLimit = 1.2;
+constexpr double OdbcLimit = 1.3;
+constexpr int Rounds = 3;
+const QString Database = QStringLiteral("quadrix_bench");
+const QString Company = QStringLiteral("X01");
+
+/// Processor seconds of the server so far.
+double ServerSeconds() {
+    QFile file("/proc/" + qEnvironmentVariable("QUADRIX_BENCH_SERVER") + "/stat");
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error("QUADRIX_BENCH_SERVER names no process");
+    }
+    const QByteArray line = file.readAll();
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' '); // from the third field on
+    return (fields.at(11).toDouble() + fields.at(12).toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+class ServerBench {
+public:
+    explicit ServerBench(const QString& folder)
+        : m_folder(folder) {}
+
+    /// An empty company in a database of its own.
+    void MakeDatabase() const {
+        Apart([this] {
+            const auto connection = m_server.Open();
+            connection->Execute("DROP DATABASE IF EXISTS " + Database);
+            connection->Execute("CREATE DATABASE " + Database + " CHARACTER SET utf8mb4");
+            InSession("client", [](Session& session) { CreateDatabase(session.Quadrix, Company, "Misure"); });
+        });
+    }
+
+    /// Imports the counterparties; with `trace`, leaves there the statements that were run.
+    Cost Import(const QString& way, const QString& trace = {}) const {
+        return Apart([&] {
+            InSession(way, [&](Session& session) {
+                QFile file(trace);
+                if (!trace.isEmpty() && file.open(QIODevice::WriteOnly)) {
+                    session.Quadrix.Trace = [&file](const QString& text) { file.write(text.toUtf8().append(";\n")); };
+                }
+                RunImport(session);
+            });
+        });
+    }
+
+    Cost Replay(const QString& trace) const {
+        return Apart([&] {
+            ReplayMySql(qEnvironmentVariable("QUADRIX_TEST_MARIADB").toStdString(), Database.toStdString(),
+                        trace.toStdString());
+        });
+    }
+
+private:
+    /// Work in a process of its own; its cost with the server's part.
+    static Cost Apart(const std::function<void()>& work) {
+        const double before = ServerSeconds();
+        Cost cost = RunApart([&work] {
+            int count = 1;
+            char name[] = "bench";
+            char* arguments[] = {name, nullptr};
+            const QCoreApplication application(count, arguments);
+            work();
+        });
+        cost.cpu += ServerSeconds() - before;
+        return cost;
+    }
+
+    void InSession(const QString& way, const std::function<void(Session&)>& work) const {
+        ScriptedOperator person;
+        person.Otherwise = false;
+        Session session(person);
+        session.Config.SetConfigFile(m_folder + "/Quadrix.ini");
+        session.LogFile = m_folder + "/import.log";
+        session.Errors.Action = ErrorAction::Abort;
+        m_server.Set(session.Quadrix, way, Database);
+        session.Quadrix.OpenConnection();
+        work(session);
+    }
+
+    static void RunImport(Session& session) {
+        session.Quadrix.SetCompany(Company);
+        session.UserManager.SetAzienda(Company);
+        const contract::Origin* origin = registry::Find("Arca 2000");
+        OpenSource(session, *origin);
+        for (const contract::Procedure& procedure : origin->procedures) {
+            if (procedure.button == contract::Button::Cli) {
+                procedure.run(session, {}, false);
+            }
+        }
+        if (session.Results.isEmpty() || session.Results.last().outcome != RunResult::Outcome::Done) {
+            throw std::runtime_error("the import did not come to its end");
+        }
+    }
+
+    QString m_folder;
+    MariaDbServer m_server;
+};
+
+/// The least of each figure: what else ran on the machine only adds to it.
+void Lower(Cost& least, const Cost& cost) {
+    least.wall = least.wall == 0 ? cost.wall : std::min(least.wall, cost.wall);
+    least.cpu = least.cpu == 0 ? cost.cpu : std::min(least.cpu, cost.cpu);
+    least.peak = std::max(least.peak, cost.peak);
+}
+
+bool Print(const char* name, const Cost& cost, const Cost& floor, double limit) {
+    const double ratio = cost.cpu / floor.cpu;
+    std::printf("| %-8s | %8.2f | %8.2f | %8.1f | %9.2f | %5.2f | %5.1f |\n", name, cost.wall, cost.cpu, cost.peak,
+                cost.wall / floor.wall, ratio, limit);
+    return ratio <= limit;
+}
+
+} // namespace
+
+bool MeasureServer(const std::string& examples, const std::string& folder, long rows) {
+    const QString place = QString::fromStdString(folder);
+    QDir(place).removeRecursively();
+    QDir().mkpath(place);
+    RunProgram({examples, "arca2000", "--rows", std::to_string(rows), "--seed", "1", "--company", "X01", "--out",
+                folder + "/source"});
+    SettingsFile(place + "/Quadrix.ini").Write("IMPORT", "Databasename", place + "/source");
+    const ServerBench bench(place);
+    const QString trace = place + "/trace.sql";
+    bench.MakeDatabase();
+    bench.Import("client", trace);
+    Cost client;
+    Cost odbc;
+    Cost floor;
+    for (int round = 0; round < Rounds; ++round) {
+        bench.MakeDatabase();
+        Lower(floor, bench.Replay(trace));
+        bench.MakeDatabase();
+        Lower(client, bench.Import("client"));
+        bench.MakeDatabase();
+        Lower(odbc, bench.Import("ODBC"));
+    }
+    std::printf("Arca 2000 counterparties into MariaDB, %ld rows, the best of %d; processor time with the server's\n"
+                "| %-8s | %8s | %8s | %8s | %9s | %5s | %5s |\n",
+                rows, Rounds, "way", "wall s", "cpu s", "peak MiB", "wall rat.", "ratio", "limit");
+    Print("replay", floor, floor, 1);
+    const bool clientWithin = Print("client", client, floor, ClientLimit);
+    return Print("ODBC", odbc, floor, OdbcLimit) && clientWithin;
+}
