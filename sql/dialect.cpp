@@ -49,7 +49,10 @@ public:
 private:
     bool Sqlite() const { return m_target == Dialect::Sqlite; }
     bool Is(QLatin1String word) const { return m_tokens.IsWord(word); }
-    void Copy() { m_out += m_tokens.Take(); }
+    void Copy() {
+        m_out += m_tokens.View();
+        m_tokens.Skip();
+    }
     void CopySpace() {
         while (!m_tokens.AtEnd() && m_tokens.IsSpace()) {
             Copy();
@@ -106,11 +109,15 @@ private:
 
     /// MySQL refuses '20240305 10:20:30', and in a condition takes it silently for no date at all.
     void AdaptLiteral() {
-        QString literal = m_tokens.Take();
-        if (Sqlite() && IsForeignMoment(literal)) {
-            literal = u'\'' + literal.remove(u'/').remove(u'-').remove(u'^').mid(1).chopped(1) + u'\'';
+        const bool differs = Sqlite() ? IsForeignMoment(m_tokens.View()) : IsMomentLiteral(m_tokens.View());
+        if (!differs) {
+            Copy();
+            return;
         }
-        if (!Sqlite() && IsMomentLiteral(literal)) {
+        QString literal = m_tokens.Take();
+        if (Sqlite()) {
+            literal = u'\'' + literal.remove(u'/').remove(u'-').remove(u'^').mid(1).chopped(1) + u'\'';
+        } else {
             literal.insert(7, u'-').insert(5, u'-');
         }
         m_out += literal;
