@@ -144,7 +144,9 @@ private:
         Random random(m_options.seed, PriceStream, static_cast<quint64>(row));
         QSet<QDate> costDays;
         QSet<QDate> priceDays;
-        QSet<std::pair<qint64, QDate>> listed; ///< a customer's list holds an article once for each first day
+        // A customer's list holds an article once for each first day, with a price for each quantity.
+        QSet<std::pair<qint64, QDate>> listed;
+        QSet<std::pair<std::pair<qint64, QDate>, qint64>> scales;
         const qint64 lines = random.Below(5);
         for (qint64 line = 0; line < lines; ++line) {
             const bool isCustomer = m_codes.Suppliers() == 0 || random.Chance(50);
@@ -152,28 +154,32 @@ private:
             const QDate day = QDate(2024, 1, 1).addMonths(static_cast<int>(random.Below(6)));
             const qint64 number = (row + random.Below(3)) % (isCustomer ? m_codes.Customers() : m_codes.Suppliers());
             const QString partner = isCustomer ? m_codes.Customer(number + 1) : m_codes.Supplier(number + 1);
-            WriteLine(random, code, partner, day, cost);
+            const qint64 quantity = WriteLine(random, code, partner, day, cost);
             (isCustomer ? priceDays : costDays).insert(day);
             m_supplierLines += isCustomer ? 0 : 1;
             if (isCustomer) {
-                ++m_customerLines;
                 listed.insert({number, day});
+                scales.insert({{number, day}, quantity});
                 m_hasList[static_cast<std::size_t>(number)] = true;
             }
         }
         m_costs += costDays.size();
         m_prices += priceDays.size();
         m_listed += listed.size();
+        m_scales += scales.size();
     }
 
-    void WriteLine(Random& random, const QString& code, const QString& partner, QDate day, double cost) {
+    /// Returns the quantity of the line.
+    qint64 WriteLine(Random& random, const QString& code, const QString& partner, QDate day, double cost) {
         m_listini->Set("codicearti", code).Set("codclifor", partner).Set("datainizio", day);
         m_listini->Set("datafine", random.Chance(50) ? QVariant(day.addYears(1)) : QVariant());
         m_listini->Set("prezzo", cost).Set("sconto", random.Chance(40) ? QVariant(random.Between(1, 30)) : QVariant());
         m_listini->Set("commento",
                        random.Chance(10) ? QStringLiteral("Prezzo già concordato, IVA esclusa") : QString());
-        m_listini->Set("timestamp", day.addDays(-3)).Set("u_qta", random.Below(4) * 50).Set("u_prezzo", cost * 1.4);
+        const qint64 quantity = random.Below(4) * 50;
+        m_listini->Set("timestamp", day.addDays(-3)).Set("u_qta", quantity).Set("u_prezzo", cost * 1.4);
         m_listini->Add();
+        return quantity;
     }
 
     Totals Counted() const {
@@ -188,7 +194,7 @@ private:
                 {"STO_PRZ attese", text(m_prices)},
                 {"LIS_TES attese", text(std::count(m_hasList.cbegin(), m_hasList.cend(), true))},
                 {"LIS_ART attese", text(m_listed)},
-                {"LIS_ARS attese", text(m_customerLines)}};
+                {"LIS_ARS attese", text(m_scales)}};
     }
 
     Codes m_codes;
@@ -199,7 +205,7 @@ private:
     qint64 m_skipped = 0;
     qint64 m_linked = 0;
     qint64 m_supplierLines = 0;
-    qint64 m_customerLines = 0;
+    qint64 m_scales = 0;
     qint64 m_costs = 0;
     qint64 m_prices = 0;
     qint64 m_listed = 0;

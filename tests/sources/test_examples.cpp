@@ -142,7 +142,11 @@ private slots:
         row("STO_COS attese", "COUNT(DISTINCT codicearti || datainizio) FROM listini WHERE codclifor LIKE 'F%'");
         row("STO_PRZ attese", "COUNT(DISTINCT codicearti || datainizio) FROM listini WHERE codclifor LIKE 'C%'");
         row("LIS_TES attese", "COUNT(DISTINCT codclifor) FROM listini WHERE codclifor LIKE 'C%'");
-        row("LIS_ART attese", "COUNT(DISTINCT codicearti || codclifor || datainizio) FROM listini WHERE codclifor LIKE 'C%'");
+        row("LIS_ART attese",
+            "COUNT(DISTINCT codicearti || codclifor || datainizio) FROM listini WHERE codclifor LIKE 'C%'");
+        row("LIS_ARS attese",
+            "COUNT(DISTINCT codicearti || codclifor || datainizio || '/' || u_qta) FROM listini WHERE codclifor LIKE "
+            "'C%'");
         example = "winprogest";
         row("DIS_BAS attese", "COUNT(*) FROM NFTDIS WHERE PADRE IN (SELECT CODART FROM ARTICOLI)");
         const QString components = "COUNT(DISTINCT PADRE || '/' || FIGLIO) FROM NFCODIS WHERE PADRE IN (SELECT CODART "
