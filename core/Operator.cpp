@@ -15,7 +15,8 @@ void Progress::SetStep(const QString& text) {
     Refresh();
 }
 
-Operator::Busy::Busy(Operator& person) : m_person(person) {
+Operator::Busy::Busy(Operator& person)
+    : m_person(person) {
     if (m_person.m_busy++ == 0) {
         m_person.ShowBusy(true);
     }

@@ -12,9 +12,9 @@ enum class Icon { Information, Exclamation };
 
 /// A yes/no question's look.
 enum class Question {
-    Plain,            ///< question icon
-    Exclamation,      ///< exclamation icon
-    ExclamationNo,    ///< exclamation icon, No is the default button
+    Plain,         ///< question icon
+    Exclamation,   ///< exclamation icon
+    ExclamationNo, ///< exclamation icon, No is the default button
 };
 
 /// The progress dialog of a long operation. How it is drawn is up to the operator's side; the rules are here.

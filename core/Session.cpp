@@ -1,6 +1,7 @@
 #include "core/Session.h"
 
-Session::Session(Operator& person) : Person(person) {
+Session::Session(Operator& person)
+    : Person(person) {
     Errors.ClearError();
     Errors.Now = [this] { return Now(); };
     Errors.AskOperator = [this](const ErrorEntry& error) { return Person.ChooseOnError(error); };

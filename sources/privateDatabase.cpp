@@ -24,7 +24,8 @@ constexpr int FirstParameter = 2;
 
 PrivateDatabase::PrivateDatabase() {
     // A database without a name is SQLite's own temporary file: it exists for this connection alone.
-    const int code = sqlite3_open_v2("", &m_database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int code =
+        sqlite3_open_v2("", &m_database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
     m_reader = AdoptSqlite(m_database);
     if (code != SQLITE_OK) {
         Fail();

@@ -9,7 +9,9 @@ public:
     /// One column of the row under way.
     class Field {
     public:
-        Field(const Cursor& cursor, int column) : m_cursor(cursor), m_column(column) {}
+        Field(const Cursor& cursor, int column)
+            : m_cursor(cursor),
+              m_column(column) {}
         /// A null variant is the database's Null.
         QVariant Value() const { return m_cursor.Value(m_column); }
 

@@ -34,23 +34,46 @@ struct TypeWord {
 
 /// Longer words first: the first that a type begins with counts.
 constexpr TypeWord TypeWords[] = {
-    {"DATETIME", "datetime"}, {"TIMESTAMP", "datetime"}, {"SMALLDATETIME", "datetime"}, {"DATE", "datetime"},
-    {"NVARCHAR", "char"},     {"VARCHAR", "char"},       {"NCHAR", "char"},             {"CHAR", "char"},
-    {"NTEXT", "memo"},        {"LONGTEXT", "memo"},      {"TINYTEXT", "memo"},          {"MEDIUMTEXT", "memo"},
-    {"TEXT", "memo"},         {"MEMO", "memo"},          {"BIGINT", "long"},            {"INT", "integer"},
-    {"SMALLINT", "integer"},  {"TINYINT(1)", "bit"},     {"TINYINT", "integer"},        {"BIT", "bit"},
-    {"FLOAT", "double"},      {"DOUBLE", "double"},      {"REAL", "double"},            {"NUMERIC", "double"},
-    {"DECIMAL", "double"},    {"MONEY", "double"},       {"IMAGE", "object"},           {"LONGBLOB", "object"},
-    {"BLOB", "object"},       {"VARBINARY", "object"},
+    {"DATETIME", "datetime"},
+    {"TIMESTAMP", "datetime"},
+    {"SMALLDATETIME", "datetime"},
+    {"DATE", "datetime"},
+    {"NVARCHAR", "char"},
+    {"VARCHAR", "char"},
+    {"NCHAR", "char"},
+    {"CHAR", "char"},
+    {"NTEXT", "memo"},
+    {"LONGTEXT", "memo"},
+    {"TINYTEXT", "memo"},
+    {"MEDIUMTEXT", "memo"},
+    {"TEXT", "memo"},
+    {"MEMO", "memo"},
+    {"BIGINT", "long"},
+    {"INT", "integer"},
+    {"SMALLINT", "integer"},
+    {"TINYINT(1)", "bit"},
+    {"TINYINT", "integer"},
+    {"BIT", "bit"},
+    {"FLOAT", "double"},
+    {"DOUBLE", "double"},
+    {"REAL", "double"},
+    {"NUMERIC", "double"},
+    {"DECIMAL", "double"},
+    {"MONEY", "double"},
+    {"IMAGE", "object"},
+    {"LONGBLOB", "object"},
+    {"BLOB", "object"},
+    {"VARBINARY", "object"},
 };
 
 } // namespace
 
 QVariant ovDatabase::GetDbValue(const QString& table, const QString& keyColumn, const QVariant& keyValue,
                                 const QString& column, const QVariant& defaultValue) {
-    const Recordset rows = ExecuteWC(QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") +
-                                     GetFullTableName(table) + QStringLiteral(" WHERE ") + keyColumn +
-                                     QStringLiteral(" = ") + FormatSqlValue(keyValue, TypeOf(keyValue), GetProviderType()));
+    const Recordset rows =
+        ExecuteWC(QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") + GetFullTableName(table) +
+                  QStringLiteral(" WHERE ") + keyColumn + QStringLiteral(" = ") +
+                  FormatSqlValue(keyValue, TypeOf(keyValue), GetProviderType()));
     return rows.Eof() ? defaultValue : rows.Fields(0).Value();
 }
 

@@ -15,7 +15,7 @@ public:
         ShowInput;
 
     QString DialogTitle;
-    QString Filter; ///< "description|pattern" pairs joined with "|"
+    QString Filter;   ///< "description|pattern" pairs joined with "|"
     QString FileName; ///< the file chosen by `ovShowOpen`
 
     /// Shows the open-file dialog; true when the operator chose a file, which then is `FileName`.

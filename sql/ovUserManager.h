@@ -9,8 +9,8 @@ class ovUserManager {
 public:
     ovConnection* Connection = nullptr;
     QString User;
-    QString Esercizio;       ///< financial year
-    QDate DataElaborazione;  ///< processing date
+    QString Esercizio;      ///< financial year
+    QDate DataElaborazione; ///< processing date
 
     /// Company under work: from here on its code stands in front of the connection's company tables.
     void SetAzienda(const QString& code) {

@@ -10,7 +10,10 @@
 /// other character by itself. The text must outlive it.
 class SqlTokens {
 public:
-    explicit SqlTokens(const QString& text) : m_text(text) { Scan(); }
+    explicit SqlTokens(const QString& text)
+        : m_text(text) {
+        Scan();
+    }
 
     bool AtEnd() const { return m_start >= m_text.size(); }
     /// First character of the token; a null character at the end.
@@ -38,8 +41,7 @@ public:
     bool IsWordToken() const { return m_kind == Kind::Word; }
     /// Whether the token is that word, in any case.
     bool IsWord(QLatin1String word) const {
-        return m_kind == Kind::Word && m_end - m_start == word.size() &&
-               View().compare(word, Qt::CaseInsensitive) == 0;
+        return m_kind == Kind::Word && m_end - m_start == word.size() && View().compare(word, Qt::CaseInsensitive) == 0;
     }
     bool IsWordWithDot(QLatin1String word) const {
         return IsWord(word) && m_end < m_text.size() && m_text.at(m_end) == u'.';

@@ -156,7 +156,8 @@ void TestOdbc::MissingDrivers_data() {
     QTest::addColumn<QString>("words");
     QTest::newRow("known") << "PostgreSQL Unicode"
                            << "su Debian è nel pacchetto odbc-postgresql";
-    QTest::newRow("no server") << "FreeTDS" << "il server non risponde";
+    QTest::newRow("no server") << "FreeTDS"
+                               << "il server non risponde";
     QTest::newRow("unknown") << "Driver di nessuno"
                              << "'Driver di nessuno' non è installato";
 }

@@ -38,7 +38,7 @@ public:
     std::deque<QString> Files;                 ///< one per file dialog; past the end the operator gives up
     std::deque<ErrorAnswer> ErrorAnswers;      ///< one per failing statement; past the end `Abort`
     std::function<ErrorAnswer(const ErrorEntry&)> AnswerToError; ///< asked instead of the queue when set
-    std::optional<float> CancelAt;             ///< cancel is pressed once a progress value reaches this
+    std::optional<float> CancelAt; ///< cancel is pressed once a progress value reaches this
 
     // The record.
     QVector<Shown> Messages;
