@@ -74,6 +74,7 @@ void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
 }
 
 void ImportRun::Finish() {
+    m_underWay.reset();
     m_result.notReached = std::max<qint64>(0, m_result.sourceRows - m_result.inserted - m_result.updated -
                                                   m_result.skipped - m_result.givenUpCount);
     if (m_failed) {
@@ -118,6 +119,7 @@ bool ImportRun::Ask(const QString& question) { return m_session.Person.Ask(quest
 bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {
     const qint64 count = m_session.SourceConnection().ExecuteCommand(loop.count);
     m_result.sourceRows += count;
+    TellInterrupted();
     std::unique_ptr<Progress> progress;
     if (!m_single) {
         progress = m_session.Person.ShowProgress();
@@ -163,12 +165,36 @@ void ImportRun::ReadRows(const Loop& loop, qint64 count, Progress* progress, con
     EndGroup(groupEnd);
 }
 
+/// Told by the first run that follows, whatever it imports: the log that it begins is the one that is read.
+void ImportRun::TellInterrupted() {
+    if (m_underWay || m_session.Quadrix.InTransaction()) {
+        return;
+    }
+    if (const QString interrupted = RowUnderWay::Interrupted(m_session); !interrupted.isEmpty()) {
+        Log(interrupted);
+    }
+    m_underWay.emplace(m_session, m_result.module + u'.' + m_result.procedure);
+}
+
+void ImportRun::NoteUnderWay(const QString& key) {
+    if (!m_underWay) {
+        return;
+    }
+    try {
+        m_underWay->Begin(key);
+    } catch (const Error& error) {
+        m_underWay.reset();
+        Log(QStringLiteral("RIGA IN CORSO NON ANNOTATA: ") + error.Message());
+    }
+}
+
 void ImportRun::ProcessRow(const QString& key, const std::function<RowOutcome()>& row) {
     if (m_group.givenUp) {
         AppendToLog(CountGivenUp(key, QStringLiteral("appartiene a ") + m_group.culprit));
         return;
     }
     m_group.keys.append(key);
+    NoteUnderWay(key);
     Attempt(key, [&] { Account(row()); });
 }
 

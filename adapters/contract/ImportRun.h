@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/Needs.h"
+#include "adapters/contract/RowUnderWay.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/Session.h"
 
@@ -116,6 +117,8 @@ private:
     QString CountGivenUp(const QString& key, const QString& reason);
     QStringList TakeBack(size_t from);
     QStringList LeaveWritten(size_t from, const QString& reason);
+    void TellInterrupted();
+    void NoteUnderWay(const QString& key);
     void LogError();
     void AppendToLog(const QString& line);
     void LogOrReport(const QString& message);
@@ -127,8 +130,9 @@ private:
     bool m_failed = false;
     QString m_errorText; ///< empty: errors are not logged
     Group m_group;
-    std::vector<Written> m_written; ///< rows inserted for the source rows under way
-    QStringList m_changed;          ///< tables of rows updated for them
+    std::optional<RowUnderWay> m_underWay; ///< none where the death of the program takes the whole run back
+    std::vector<Written> m_written;        ///< rows inserted for the source rows under way
+    QStringList m_changed;                 ///< tables of rows updated for them
     qsizetype m_untranslatedBefore;
     QElapsedTimer m_clock;
 };

@@ -156,6 +156,44 @@ private slots:
         QCOMPARE(target.Value("SELECT DTMER FROM X01_DOC_VEN"), QString("1"));
     }
 
+    /// A program that dies leaves word of its row for the next run, which tells it once; one that ends leaves none.
+    void namesTheRowOfADeadRun() {
+        TestTarget target;
+        Session& session = target.Get();
+        session.Source = std::make_unique<ovConnection>();
+        session.Source->Embedded = true;
+        session.Source->DatabaseName = ":memory:";
+        session.Source->OpenConnection();
+        session.Source->ExecuteScript("CREATE TABLE clienti (cod VARCHAR(40)); INSERT INTO clienti VALUES "
+                                      "('PRIMO, CON UN CODICE LUNGO'), ('ALTRO')");
+        const QString file = session.LogFile + ".inCorso";
+        const QString kept = file + ".kept";
+        const auto run = [&](const QString& copyAt) {
+            ImportRun one(session, "modImport_Prova", "ImportProva", {});
+            one.Guard([&] {
+                one.Announce("Inizio");
+                one.Rows({"Clienti", "clienti", "cod", "SELECT COUNT(*) FROM clienti", "SELECT * FROM clienti"},
+                         [&](const SourceRow& row) {
+                             if (row.Text("cod") == copyAt) {
+                                 QFile::copy(file, kept);
+                             }
+                             return RowOutcome::Skipped;
+                         });
+            });
+        };
+        run("ALTRO");
+        QVERIFY(!QFile::exists(file));
+        QVERIFY(session.Results.last().notes.kinds.isEmpty());
+        QVERIFY(QFile::rename(kept, file));
+        run({});
+        const QByteArray told = "modImport_Prova.ImportProva, azienda X01, iniziata 05/03/2024 10:20:30: tabella "
+                                "'clienti', cod 'ALTRO' può essere scritta solo in parte";
+        QCOMPARE(session.Results.last().notes.kinds.value(0).name, QString("IMPORTAZIONE INTERROTTA"));
+        QVERIFY2(QString::fromLatin1(target.Log()).contains(QString::fromUtf8(told)), target.Log());
+        run({});
+        QVERIFY(session.Results.last().notes.kinds.isEmpty());
+    }
+
     void valuesDocumentRows_data() {
         QTest::addColumn<QList<double>>("numbers"); // quantity, price, discounts
         QTest::addColumn<double>("amount");

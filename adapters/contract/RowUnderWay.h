@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/Session.h"
+
+#include <QFile>
+
+namespace contract {
+
+/// Keeps, in a file beside the import log, which source row is under way, for the case that the program dies: each
+/// statement commits by itself, so that this one row may be written in part, and a later run would find its code there
+/// and take it for whole. The file is gone when a run has come to its end, whichever.
+class RowUnderWay {
+public:
+    /// @param procedure module and procedure, as they are told
+    RowUnderWay(const Session& session, const QString& procedure);
+    ~RowUnderWay();
+    RowUnderWay(const RowUnderWay&) = delete;
+    RowUnderWay& operator=(const RowUnderWay&) = delete;
+
+    /// What is to be told of a run that did not come to its end; empty when the last one did. Asked before `Begin`.
+    static QString Interrupted(const Session& session);
+    /// Notes that a row is under way from now on. Raises `ImportError` when that cannot be noted.
+    void Begin(const QString& key);
+
+private:
+    QString m_head;
+    QFile m_file;
+};
+
+} // namespace contract
