@@ -4,8 +4,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-base-dev-tools libqt6sql6-odbc libmariadb-dev
-    mariadb-server unixodbc odbcinst odbc-mariadb libsqliteodbc tdsodbc
+    qt6-base-dev qt6-base-dev-tools libmariadb-dev
+    mariadb-server unixodbc-dev odbcinst odbc-mariadb libsqliteodbc tdsodbc
     libsqlite3-dev sqlite3 libcsv-dev mdbtools-dev python3-sqlglot libgl1-mesa-dev
     libqt6svg6 qt6-translations-l10n fonts-dejavu-core
 )

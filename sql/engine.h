@@ -111,6 +111,6 @@ std::unique_ptr<Engine> OpenSqlite(const QString& file, bool readOnly = false);
 std::unique_ptr<Engine> AdoptSqlite(sqlite3* database);
 /// Opens a MySQL or MariaDB database over the server's own client library. Raises `SqlError`.
 std::unique_ptr<Engine> OpenMySql(const ConnectionSettings& settings);
-/// Opens an ODBC data source through Qt Sql, by connection string, DSN, or driver, server and database; `provider` is
+/// Opens an ODBC data source, by connection string, DSN, or driver, server and database; `provider` is
 /// that of the database behind it. Raises `SqlError`.
 std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Provider provider);

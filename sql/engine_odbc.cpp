@@ -1,12 +1,10 @@
 #include "sql/mySqlCatalog.h"
-#include "sql/odbcConnection.h"
+#include "sql/mySqlShape.h"
+#include "sql/odbcCatalog.h"
 #include "sql/odbcCursor.h"
+#include "sql/odbcPrepared.h"
 #include "sql/odbcText.h"
 #include "sql/spoolingCursor.h"
-
-#include <QSqlDriver>
-#include <QSqlField>
-#include <QSqlRecord>
 
 namespace {
 
@@ -14,110 +12,123 @@ class OdbcEngine final : public Engine {
 public:
     OdbcEngine(const QString& text, Dialect dialect)
         : m_dialect(dialect),
-          m_connection(std::make_shared<OdbcConnection>(text)) {
-        // A driver may call its server by a name that Qt does not know, as MariaDB's does.
-        m_dbms = dialect == Dialect::MySql ? QSqlDriver::MySqlServer : m_connection->Database().driver()->dbmsType();
+          m_connection(std::make_shared<OdbcConnection>(text)),
+          m_dbms(dialect == Dialect::MySql ? Dbms::MySql : odbc::DbmsOf(*m_connection)),
+          m_prepared(m_connection, [this](const QString& table) { return MySqlIdentityColumn(*this, table); }) {
         SetSession();
     }
 
     Dialect TextDialect() const override { return m_dialect; }
+    bool AdaptsText() const override { return true; }
 
     qint64 Run(const QString& statement) override {
-        const QSqlQuery query = Executed(statement);
-        return query.isSelect() ? 0 : qMax(0, query.numRowsAffected());
+        MakeReady();
+        if (KeepsPrepared(statement)) {
+            if (const auto rows = m_prepared.Run(statement)) {
+                return *rows;
+            }
+        }
+        return RunText(statement)->RowsChanged();
     }
 
     std::unique_ptr<Cursor> Query(const QString& statement) override {
-        auto rows = std::make_unique<OdbcCursor>(m_connection, Executed(statement), statement);
+        MakeReady();
+        auto ran = KeepsPrepared(statement) ? m_prepared.Query(statement) : nullptr;
+        if (ran == nullptr) {
+            ran = RunText(statement);
+        }
+        auto rows = std::make_unique<OdbcCursor>(m_connection, std::move(ran), statement);
         return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
     }
 
     void Begin() override {
-        m_line->Free();
-        ReopenLost();
-        Check(m_connection->Database().transaction(), "BEGIN TRANSACTION");
+        MakeReady();
+        m_connection->SetTransaction(true);
         m_inTransaction = true;
     }
     void Commit() override {
         m_line->Free();
-        Check(m_connection->Database().commit(), "COMMIT");
+        m_connection->EndTransaction(true);
         m_inTransaction = false;
     }
     void RollBack() override {
         m_line->Free();
         m_inTransaction = false;
-        Check(m_lost || m_connection->Database().rollback(), "ROLLBACK");
+        if (!m_connection->Lost()) {
+            m_connection->EndTransaction(false);
+        }
     }
-    /// The rows under way end; a statement that the driver is running is not taken back from it.
-    void Interrupt() noexcept override { m_connection->Interrupted = true; }
+    void Interrupt() noexcept override { m_connection->Interrupt(); }
 
     qint64 LastInsertId() override {
-        const bool mySql = m_dbms == QSqlDriver::MySqlServer;
-        return Number(mySql ? QStringLiteral("SELECT LAST_INSERT_ID()") : QStringLiteral("SELECT @@IDENTITY"));
+        if (m_dbms != Dbms::MySql) {
+            return Number(QStringLiteral("SELECT @@IDENTITY"));
+        }
+        const auto known = m_prepared.LastInsertId();
+        return known ? *known : Number(QStringLiteral("SELECT LAST_INSERT_ID()"));
     }
 
     QStringList Tables() override {
         m_line->Free();
-        return m_connection->Database().tables(QSql::Tables) + m_connection->Database().tables(QSql::Views);
+        return odbc::Tables(m_connection);
     }
 
     QVector<ColumnInfo> Columns(const QString& table) override {
-        if (m_dbms == QSqlDriver::MySqlServer) {
+        if (m_dbms == Dbms::MySql) {
             return MySqlColumns(*this, table);
         }
         m_line->Free();
-        QVector<ColumnInfo> columns;
-        const QSqlRecord record = m_connection->Database().record(table);
-        for (int column = 0; column < record.count(); ++column) {
-            columns.append({record.fieldName(column), TypeText(record.field(column))});
-        }
-        return columns;
+        return odbc::Columns(m_connection, table);
     }
 
     void SetTriggersEnabled(const QString& table, bool enabled) override {
         const QString word = enabled ? QStringLiteral(" ENABLE ") : QStringLiteral(" DISABLE ");
-        if (m_dbms == QSqlDriver::MySqlServer) {
+        if (m_dbms == Dbms::MySql) {
             SwitchMySqlTriggers(*this, table, enabled);
-        } else if (m_dbms == QSqlDriver::MSSqlServer) {
+        } else if (m_dbms == Dbms::SqlServer) {
             Run(QStringLiteral("ALTER TABLE ") + table + word + QStringLiteral("TRIGGER ALL"));
-        } else if (m_dbms == QSqlDriver::Oracle) {
+        } else if (m_dbms == Dbms::Oracle) {
             Run(QStringLiteral("ALTER TABLE ") + table + word + QStringLiteral("ALL TRIGGERS"));
         }
     }
 
 private:
+    using Dbms = odbc::Dbms;
+
     void SetSession() {
-        if (m_dbms == QSqlDriver::MySqlServer) {
+        if (m_dbms == Dbms::MySql) {
             Run(QStringLiteral("SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES'"));
         }
     }
 
-    /// A connection that fell is opened again, unless a transaction went with it.
-    void ReopenLost() {
-        if (m_lost && !m_inTransaction) {
+    /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
+    /// it.
+    void MakeReady() {
+        m_line->Free();
+        if (m_connection->Lost() && !m_inTransaction) {
+            m_prepared.Clear();
             m_connection->Reopen();
-            m_lost = false;
             SetSession();
         }
+        m_connection->TakeInterruption();
     }
 
-    void Check(bool done, const char* statement) const {
-        if (!done) {
-            throw OdbcError(m_connection->Database().lastError(), QString::fromLatin1(statement));
+    /// Whether statements are run prepared; what is prepared is forgotten when the statement may change tables.
+    bool KeepsPrepared(const QString& statement) {
+        if (m_dialect != Dialect::MySql) {
+            return false;
         }
+        if (!mySqlShape::KeepsTables(statement)) {
+            m_prepared.Clear();
+        }
+        return true;
     }
 
-    QSqlQuery Executed(const QString& statement) {
-        m_line->Free();
-        ReopenLost();
-        m_connection->Interrupted = false;
-        QSqlQuery query(m_connection->Database());
-        query.setForwardOnly(true);
-        if (!query.exec(statement)) {
-            m_lost = m_lost || IsLost(query.lastError());
-            throw OdbcError(query.lastError(), statement);
-        }
-        return query;
+    std::shared_ptr<OdbcStatement> RunText(const QString& statement) {
+        auto ran = std::make_shared<OdbcStatement>(m_connection);
+        ran->Run(dialect::Adapt(statement, m_dialect), statement);
+        m_prepared.ForgetLastInsertId();
+        return ran;
     }
 
     qint64 Number(const QString& query) {
@@ -125,36 +136,12 @@ private:
         return rows->Next() ? rows->Value(0).toLongLong() : 0;
     }
 
-    /// The type in the words of SQL Server: ODBC gives its kind, not the database's own text.
-    static QString TypeText(const QSqlField& field) {
-        switch (field.metaType().id()) {
-        case QMetaType::Bool:
-            return QStringLiteral("BIT");
-        case QMetaType::Int:
-        case QMetaType::UInt:
-        case QMetaType::Short:
-            return QStringLiteral("INT");
-        case QMetaType::LongLong:
-        case QMetaType::ULongLong:
-            return QStringLiteral("BIGINT");
-        case QMetaType::Double:
-            return QStringLiteral("FLOAT");
-        case QMetaType::QDate:
-        case QMetaType::QDateTime:
-            return QStringLiteral("DATETIME");
-        case QMetaType::QByteArray:
-            return QStringLiteral("IMAGE");
-        default:
-            return QStringLiteral("NVARCHAR(%1)").arg(field.length());
-        }
-    }
-
     Dialect m_dialect;
     std::shared_ptr<OdbcConnection> m_connection;
+    Dbms m_dbms;
+    OdbcPrepared m_prepared;
     std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
-    bool m_lost = false;
     bool m_inTransaction = false;
-    QSqlDriver::DbmsType m_dbms = QSqlDriver::UnknownDbms;
 };
 
 } // namespace

@@ -85,6 +85,16 @@ QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table) {
     return columns;
 }
 
+QString MySqlIdentityColumn(Engine& engine, const QString& table) {
+    QString name;
+    const auto rows = engine.Query(QStringLiteral("SHOW COLUMNS FROM ") + MySqlName(table) +
+                                   QStringLiteral(" WHERE Extra LIKE '%auto_increment%'"));
+    while (rows->Next()) {
+        name = rows->Value(0).toString();
+    }
+    return name;
+}
+
 void SwitchMySqlTriggers(Engine& engine, const QString& table, bool enabled) {
     engine.Run(QStringLiteral("CREATE TABLE IF NOT EXISTS QDX_TRIGGERS_OFF (ID BIGINT AUTO_INCREMENT PRIMARY KEY, "
                               "NAME VARCHAR(64) NOT NULL UNIQUE, TBL VARCHAR(64), MODE TEXT, DDL LONGTEXT) "

@@ -3,14 +3,17 @@
 #include "sql/connectionParts.h"
 #include "sql/odbcText.h"
 
-#include <QSqlDriver>
-
 namespace {
 
-/// A name that no other connection of the program has.
-QString UniqueName() {
-    static std::atomic_int count = 0;
-    return QStringLiteral("quadrix-odbc-%1").arg(++count);
+constexpr SQLULEN ConnectSeconds = 15;
+
+/// A whole number where the ODBC API takes a pointer.
+SQLPOINTER AsPointer(SQLULEN number) { return reinterpret_cast<SQLPOINTER>(number); }
+
+template<class Number>
+Number InfoNumber(SQLHDBC connection, SQLUSMALLINT what) {
+    Number number = 0;
+    return SQL_SUCCEEDED(SQLGetInfoW(connection, what, &number, sizeof(number), nullptr)) ? number : Number(0);
 }
 
 /// Debian package of a driver by the name it is registered with; empty when not known.
@@ -57,58 +60,104 @@ QString Advice(const QString& message, const QString& driver) {
 
 } // namespace
 
-OdbcConnection::OdbcConnection(const QString& text)
-    : m_text(text),
-      m_name(UniqueName()) {
-    if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QODBC"))) {
-        throw SqlError({}, QStringLiteral("Manca il driver QODBC di Qt: su Debian è nel pacchetto libqt6sql6-odbc"));
-    }
-    m_database = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), m_name);
-    m_database.setConnectOptions(QStringLiteral("SQL_ATTR_ODBC_VERSION=SQL_OV_ODBC3;SQL_ATTR_LOGIN_TIMEOUT=15"));
-    m_database.setDatabaseName(odbc::QtDatabaseName(text));
-    try {
-        Open();
-    } catch (...) {
-        m_database = {};
-        QSqlDatabase::removeDatabase(m_name);
-        throw;
-    }
+OdbcConnection::OdbcConnection(QString text)
+    : m_text(std::move(text)),
+      m_environment(nullptr) {
+    SQLSetEnvAttr(m_environment.Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0);
+    m_handle = odbc::Handle<SQL_HANDLE_DBC>(m_environment.Get());
+    Open();
 }
 
+OdbcConnection::~OdbcConnection() { Close(); }
+
 void OdbcConnection::Open() {
-    if (m_database.open()) {
+    SQLSetConnectAttrW(Handle(), SQL_ATTR_LOGIN_TIMEOUT, AsPointer(ConnectSeconds), 0);
+    const SQLRETURN result =
+        SQLDriverConnectW(Handle(), nullptr, odbc::Wide(m_text), static_cast<SQLSMALLINT>(m_text.size()), nullptr, 0,
+                          nullptr, SQL_DRIVER_NOPROMPT);
+    if (SQL_SUCCEEDED(result)) {
+        m_lost = false;
         return;
     }
-    const SqlError error = OdbcError(m_database.lastError(), {});
+    const SqlError error = MakeError(SQL_HANDLE_DBC, Handle(), {});
     SqlError named({}, error.EngineMessage() + Advice(error.EngineMessage(), odbc::DriverOrDsn(m_text)),
                    error.EngineCode());
     named.AddContext(QStringLiteral("Connessione '%1'").arg(odbc::WithoutPassword(m_text)));
     throw named;
 }
 
+/// The driver takes nothing back by itself when a connection goes within a transaction, but refuses to let go.
+void OdbcConnection::Close() noexcept {
+    if (Handle() == nullptr) {
+        return;
+    }
+    if (!SQL_SUCCEEDED(SQLDisconnect(Handle()))) {
+        SQLEndTran(SQL_HANDLE_DBC, Handle(), SQL_ROLLBACK);
+        SQLDisconnect(Handle());
+    }
+}
+
 void OdbcConnection::Reopen() {
-    m_database.close();
+    Close();
+    m_handle = odbc::Handle<SQL_HANDLE_DBC>(m_environment.Get());
     Open();
 }
 
-OdbcConnection::~OdbcConnection() {
-    m_database.close();
-    m_database = {};
-    QSqlDatabase::removeDatabase(m_name);
-}
-
-bool IsLost(const QSqlError& error) {
-    // MariaDB and MySQL; SQL Server through FreeTDS and through its own driver; Oracle.
-    static const QStringList codes{"2006",  "2013",  "20003", "20004", "20006", "20047",
-                                   "10053", "10054", "10060", "3113",  "3114",  "1012"};
-    return codes.contains(error.nativeErrorCode());
-}
-
-SqlError OdbcError(const QSqlError& error, const QString& statement) {
-    QString message = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    message = odbc::WithoutPassword(message.simplified());
-    if (IsLost(error)) {
-        message += QStringLiteral(" (la connessione con il server è caduta)");
+void OdbcConnection::SetTransaction(bool on) {
+    const SQLULEN mode = on ? SQL_AUTOCOMMIT_OFF : SQL_AUTOCOMMIT_ON;
+    if (!SQL_SUCCEEDED(SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT, AsPointer(mode), SQL_IS_UINTEGER))) {
+        throw MakeError(SQL_HANDLE_DBC, Handle(), on ? QStringLiteral("BEGIN TRANSACTION") : QStringLiteral("COMMIT"));
     }
-    return {statement, message, error.nativeErrorCode()};
+}
+
+void OdbcConnection::EndTransaction(bool commit) {
+    if (!SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, Handle(), commit ? SQL_COMMIT : SQL_ROLLBACK))) {
+        throw MakeError(SQL_HANDLE_DBC, Handle(), commit ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK"));
+    }
+    SetTransaction(false);
+}
+
+QString OdbcConnection::Info(SQLUSMALLINT what) const {
+    constexpr SQLSMALLINT Longest = 256;
+    SQLWCHAR text[Longest] = {};
+    SQLSMALLINT bytes = 0;
+    const SQLRETURN result = SQLGetInfoW(Handle(), what, text, sizeof(text), &bytes);
+    return SQL_SUCCEEDED(result)
+               ? odbc::Text(text, std::min<qsizetype>(bytes / qsizetype(sizeof(SQLWCHAR)), Longest - 1))
+               : QString();
+}
+
+SQLUINTEGER OdbcConnection::InfoBits(SQLUSMALLINT what) const { return InfoNumber<SQLUINTEGER>(Handle(), what); }
+
+SQLUSMALLINT OdbcConnection::InfoWord(SQLUSMALLINT what) const { return InfoNumber<SQLUSMALLINT>(Handle(), what); }
+
+bool OdbcConnection::IsDead() const {
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    SQLGetConnectAttrW(Handle(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
+    return dead == SQL_CD_TRUE;
+}
+
+SqlError OdbcConnection::MakeError(SQLSMALLINT type, SQLHANDLE handle, const QString& statement) {
+    QVector<odbc::Diagnosis> diagnoses = odbc::Diagnoses(type, handle);
+    if (diagnoses.isEmpty()) {
+        // Such is the answer when the driver has closed the connection before.
+        diagnoses.append({IsDead() ? QStringLiteral("08S01") : QString(),
+                          {},
+                          QStringLiteral("il driver ODBC ha rifiutato l'operazione senza dire perché")});
+    }
+    m_lost = m_lost || odbc::IsLost(diagnoses);
+    return odbc::MakeError(diagnoses, statement);
+}
+
+void OdbcConnection::SetRunning(SQLHSTMT statement) noexcept {
+    const std::lock_guard lock(m_runningMutex);
+    m_running = statement;
+}
+
+void OdbcConnection::Interrupt() noexcept {
+    m_interrupted = true;
+    const std::lock_guard lock(m_runningMutex);
+    if (m_running != nullptr) {
+        SQLCancel(m_running);
+    }
 }

@@ -1,38 +1,64 @@
 #pragma once
 
-#include "sql/engine.h"
-#include "sql/errors.h"
-
-#include <QSqlDatabase>
-#include <QSqlError>
+#include "sql/odbcApi.h"
 
 #include <atomic>
+#include <mutex>
 
-/// One ODBC connection of Qt Sql, under a name of its own that goes with it.
+/// One connection over the ODBC API.
 class OdbcConnection {
 public:
     /// Connects. @param text connection string in the words of ODBC. Raises `SqlError` naming what was asked for.
-    explicit OdbcConnection(const QString& text);
+    explicit OdbcConnection(QString text);
     ~OdbcConnection();
     OdbcConnection(const OdbcConnection&) = delete;
     OdbcConnection& operator=(const OdbcConnection&) = delete;
 
-    QSqlDatabase& Database() { return m_database; }
-    /// Connects again after the connection has fallen. Raises `SqlError`.
+    SQLHDBC Handle() const { return m_handle.Get(); }
+    /// Connects again after the connection has fallen; its statements are gone by then. Raises `SqlError`.
     void Reopen();
-    /// Set by an interruption, read and taken back by the rows under way.
-    std::atomic_bool Interrupted = false;
+    /// True after the connection has fallen: statements fail until `Reopen`.
+    bool Lost() const { return m_lost; }
+
+    /// With `on`, statements no longer commit each by itself. Raises `SqlError`.
+    void SetTransaction(bool on);
+    /// Ends the transaction and lets each statement commit by itself again. Raises `SqlError`.
+    void EndTransaction(bool commit);
+
+    /// What the driver tells of itself or of its database, such as SQL_DBMS_NAME; empty when it does not.
+    QString Info(SQLUSMALLINT what) const;
+    /// The same for what it tells as a set of bits; 0 when it does not.
+    SQLUINTEGER InfoBits(SQLUSMALLINT what) const;
+    /// The same for what it tells as a number of 16 bits.
+    SQLUSMALLINT InfoWord(SQLUSMALLINT what) const;
+
+    /// The error of the last call with a handle of this connection.
+    SqlError MakeError(SQLSMALLINT type, SQLHANDLE handle, const QString& statement);
+
+    /// Runs a call that the server may take long over, during which `Interrupt` reaches the statement.
+    template<class Call>
+    SQLRETURN Running(SQLHSTMT statement, const Call& call) {
+        SetRunning(statement);
+        const SQLRETURN result = call();
+        SetRunning(nullptr);
+        return result;
+    }
+    /// Asks the driver to stop the statement under way, and the rows under way to end; safe from another thread.
+    void Interrupt() noexcept;
+    /// Whether an interruption has come since the last statement began; taken back by the asking.
+    bool TakeInterruption() { return m_interrupted.exchange(false); }
 
 private:
     void Open();
+    bool IsDead() const;
+    void Close() noexcept;
+    void SetRunning(SQLHSTMT statement) noexcept;
 
     QString m_text;
-    QString m_name;
-    QSqlDatabase m_database;
+    odbc::Handle<SQL_HANDLE_ENV> m_environment;
+    odbc::Handle<SQL_HANDLE_DBC> m_handle;
+    bool m_lost = false;
+    std::atomic_bool m_interrupted = false;
+    std::mutex m_runningMutex;
+    SQLHSTMT m_running = nullptr;
 };
-
-/// Whether an error says that the connection has fallen.
-bool IsLost(const QSqlError& error);
-
-/// An error of Qt Sql with the driver's own words and code; a password that the words repeat is covered.
-SqlError OdbcError(const QSqlError& error, const QString& statement);

@@ -1,34 +1,31 @@
 #pragma once
 
-#include "sql/engine.h"
+#include "sql/odbcStatement.h"
 
-#include <QSqlQuery>
-
-class OdbcConnection;
-
-/// The rows of a query that Qt Sql reads forward.
+/// The rows of a query over ODBC, read forward.
 class OdbcCursor final : public Cursor {
 public:
-    /// How the values of a column are read: the digits of a decimal must not pass through a double.
-    enum class Kind { Plain, Decimal, Bit };
-
-    /// @param connection kept alive until the cursor goes
-    OdbcCursor(std::shared_ptr<OdbcConnection> connection, QSqlQuery query, QString statement);
-    ~OdbcCursor() override;
+    /// Takes a statement that has run, and lets it go when the rows are no longer read.
+    OdbcCursor(std::shared_ptr<OdbcConnection> connection, std::shared_ptr<OdbcStatement> statement, QString text)
+        : m_connection(std::move(connection)),
+          m_statement(std::move(statement)),
+          m_text(std::move(text)) {}
+    ~OdbcCursor() override { m_statement->Close(); }
     OdbcCursor(const OdbcCursor&) = delete;
     OdbcCursor& operator=(const OdbcCursor&) = delete;
 
-    bool Next() override;
-    const QStringList& Columns() const override { return m_columns; }
-    QVariant Value(int column) const override;
+    bool Next() override {
+        if (m_connection->TakeInterruption()) {
+            throw SqlError(m_text, QStringLiteral("interrotto"));
+        }
+        return m_statement->Fetch();
+    }
+    const QStringList& Columns() const override { return m_statement->Columns(); }
+    int IndexOf(const QString& name) const override { return m_statement->Positions().Of(name, Columns()); }
+    QVariant Value(int column) const override { return m_statement->Value(column); }
 
 private:
-    QVariant Read(int column) const;
-
     std::shared_ptr<OdbcConnection> m_connection;
-    mutable QSqlQuery m_query;
-    QString m_statement;
-    QStringList m_columns;
-    QVector<Kind> m_kinds;
-    mutable QVector<QVariant> m_row; ///< values read so far: a driver gives them in their order only
+    std::shared_ptr<OdbcStatement> m_statement;
+    QString m_text;
 };

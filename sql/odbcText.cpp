@@ -171,18 +171,4 @@ QString DriverOrDsn(const QString& text) {
     return driver ? *driver : Find(parts, QLatin1String("DSN")).value_or(QString());
 }
 
-QString QtDatabaseName(const QString& text) {
-    Parts parts = ReadParts(text);
-    const bool asWritten = text.contains(QLatin1String("DRIVER="), Qt::CaseInsensitive) ||
-                           text.contains(QLatin1String("SERVER="), Qt::CaseInsensitive);
-    const auto dsn = Find(parts, QLatin1String("DSN"));
-    if (asWritten || !dsn) {
-        return text;
-    }
-    // Qt puts "DSN=" before a text that names neither driver nor server.
-    parts.erase(
-        std::find_if(parts.begin(), parts.end(), [](const Part& p) { return Same(p.key, QLatin1String("DSN")); }));
-    return Quoted(*dsn) + u';' + WriteParts(parts);
-}
-
 } // namespace odbc

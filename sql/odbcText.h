@@ -13,7 +13,5 @@ namespace odbc {
 QString ConnectionText(const ConnectionSettings& settings, Provider provider);
 /// Name of the driver, or else of the data source, of a connection string; empty when it names neither.
 QString DriverOrDsn(const QString& text);
-/// The connection string as Qt's driver takes it in place of a database name.
-QString QtDatabaseName(const QString& text);
 
 } // namespace odbc

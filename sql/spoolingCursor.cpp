@@ -17,15 +17,17 @@ void ResultLine::Free() {
 SpoolingCursor::SpoolingCursor(std::unique_ptr<Cursor> live, std::shared_ptr<ResultLine> line, QString statement)
     : m_live(std::move(live)),
       m_line(std::move(line)),
-      m_statement(std::move(statement)),
-      m_columns(m_live->Columns()) {
+      m_statement(std::move(statement)) {
     m_line->cursor = this;
 }
 
 SpoolingCursor::~SpoolingCursor() { LeaveLine(); }
 
 void SpoolingCursor::LeaveLine() {
-    m_live.reset();
+    if (m_live != nullptr) {
+        m_columns = m_live->Columns();
+        m_live.reset();
+    }
     if (m_line->cursor == this) {
         m_line->cursor = nullptr;
     }
@@ -49,8 +51,9 @@ QVariant SpoolingCursor::Value(int column) const {
 
 SpoolingCursor::Row SpoolingCursor::LiveRow() const {
     Row row;
-    row.reserve(m_columns.size());
-    for (int column = 0; column < m_columns.size(); ++column) {
+    const auto count = static_cast<int>(m_live->Columns().size());
+    row.reserve(count);
+    for (int column = 0; column < count; ++column) {
         row.append(m_live->Value(column));
     }
     return row;

@@ -25,7 +25,10 @@ public:
     ~SpoolingCursor() override;
 
     bool Next() override;
-    const QStringList& Columns() const override { return m_columns; }
+    const QStringList& Columns() const override { return m_live != nullptr ? m_live->Columns() : m_columns; }
+    int IndexOf(const QString& name) const override {
+        return m_live != nullptr ? m_live->IndexOf(name) : Cursor::IndexOf(name);
+    }
     QVariant Value(int column) const override;
 
     /// Puts the rest of the rows aside. An error on the way is raised when the reader gets there.
@@ -42,7 +45,7 @@ private:
     std::unique_ptr<Cursor> m_live;
     std::shared_ptr<ResultLine> m_line;
     QString m_statement;
-    QStringList m_columns;
+    QStringList m_columns; ///< once nothing is live
     Row m_row;
     QVector<Row> m_first;
     qsizetype m_nextOfFirst = 0;

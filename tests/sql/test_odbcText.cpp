@@ -17,8 +17,6 @@ private slots:
     void NothingToConnectTo();
     void PasswordsAreCovered_data();
     void PasswordsAreCovered();
-    void QtNames_data();
-    void QtNames();
     void MissingDrivers_data();
     void MissingDrivers();
     void RowsOfADriver();
@@ -131,24 +129,6 @@ void TestOdbc::PasswordsAreCovered_data() {
 void TestOdbc::PasswordsAreCovered() {
     QFETCH(QString, text);
     QTEST(odbc::WithoutPassword(text), "covered");
-}
-
-void TestOdbc::QtNames_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("driver") << "Driver={X};Dbq=a"
-                            << "Driver={X};Dbq=a";
-    QTest::newRow("DSN") << "DSN=SAM;UID=u;PWD={a;b}"
-                         << "SAM;UID=u;PWD={a;b};";
-    QTest::newRow("DSN behind") << "PWD=p;UID=u;DSN=SAM"
-                                << "SAM;PWD=p;UID=u;";
-    QTest::newRow("DSN and server") << "DSN=SAM;SERVER=x"
-                                    << "DSN=SAM;SERVER=x";
-}
-
-void TestOdbc::QtNames() {
-    QFETCH(QString, text);
-    QTEST(odbc::QtDatabaseName(text), "name");
 }
 
 void TestOdbc::MissingDrivers_data() {
