@@ -1,7 +1,10 @@
 #include "sql/engine.h"
 #include "sql/errors.h"
+#include "sql/keptStatements.h"
 #include "sql/mySqlCatalog.h"
 #include "sql/mySqlCursor.h"
+#include "sql/mySqlPreparedCursor.h"
+#include "sql/mySqlShape.h"
 #include "sql/spoolingCursor.h"
 
 namespace {
@@ -14,8 +17,13 @@ public:
     }
 
     Dialect TextDialect() const override { return Dialect::MySql; }
+    bool AdaptsText() const override { return true; }
 
     qint64 Run(const QString& statement) override {
+        if (const auto prepared = RunPrepared(statement)) {
+            prepared->Close();
+            return m_rows;
+        }
         Send(statement);
         MySqlCursor rows(m_connection, m_connection->Result(statement), statement);
         while (rows.Next()) {
@@ -24,8 +32,13 @@ public:
     }
 
     std::unique_ptr<Cursor> Query(const QString& statement) override {
-        Send(statement);
-        auto rows = std::make_unique<MySqlCursor>(m_connection, m_connection->Result(statement), statement);
+        std::unique_ptr<Cursor> rows;
+        if (auto prepared = RunPrepared(statement)) {
+            rows = std::make_unique<MySqlPreparedCursor>(std::move(prepared));
+        } else {
+            Send(statement);
+            rows = std::make_unique<MySqlCursor>(m_connection, m_connection->Result(statement), statement);
+        }
         return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
     }
 
@@ -60,20 +73,52 @@ public:
     void SetTriggersEnabled(const QString& table, bool enabled) override { SwitchMySqlTriggers(*this, table, enabled); }
 
 private:
-    /// A connection that fell is opened again, unless a transaction went with it.
-    void Send(const QString& statement) {
+    /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
+    /// it.
+    void MakeReady() {
         m_line->Free();
         if (m_connection->Lost() && !m_inTransaction) {
+            m_prepared.Clear();
             m_connection->Open();
         }
-        m_connection->Send(statement);
-        m_rows = m_connection->RowsChanged();
-        if (const qint64 id = m_connection->InsertId(); id != 0) {
+    }
+
+    void Send(const QString& statement) {
+        m_connection->Send(dialect::Adapt(statement, Dialect::MySql));
+        SetResult(m_connection->RowsChanged(), m_connection->InsertId());
+    }
+
+    void SetResult(qint64 rows, qint64 id) {
+        m_rows = rows;
+        if (id != 0) {
             m_lastInsertId = id;
         }
     }
 
+    /// Runs a statement that may come again with other values; null when it is none, and has not run.
+    std::shared_ptr<MySqlStatement> RunPrepared(const QString& statement) {
+        MakeReady();
+        if (!mySqlShape::KeepsTables(statement)) {
+            m_prepared.Clear(); // the columns of results may change
+        }
+        const StatementShape source = mySqlShape::Of(statement);
+        auto prepared = source.isCommon ? m_prepared.Take(source.shape, [&] { return Prepared(source); }) : nullptr;
+        if (prepared != nullptr) {
+            prepared->Run(source.values, statement);
+            SetResult(prepared->RowsChanged(), prepared->InsertId());
+        }
+        return prepared;
+    }
+
+    std::shared_ptr<MySqlStatement> Prepared(const StatementShape& source) {
+        auto statement = std::make_shared<MySqlStatement>(m_connection);
+        const bool isPrepared =
+            statement->Prepare(mySqlShape::Text(source).toUtf8(), source.values.size(), QString::fromUtf8(source.text));
+        return isPrepared ? statement : nullptr;
+    }
+
     std::shared_ptr<MySqlConnection> m_connection;
+    KeptStatements<MySqlStatement> m_prepared;
     std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
     qint64 m_rows = 0;
     qint64 m_lastInsertId = 0;

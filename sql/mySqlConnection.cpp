@@ -116,11 +116,16 @@ void MySqlConnection::Open() {
 }
 
 SqlError MySqlConnection::MakeError(const QString& statement) {
-    const unsigned code = ErrorCode();
+    return MakeError(statement, ErrorCode(), m_handle == nullptr ? "la connessione è chiusa" : mysql_error(m_handle));
+}
+
+SqlError MySqlConnection::MakeError(const QString& statement, unsigned code, const char* message) {
     m_lost = m_lost || IsLost(code);
-    const QString message =
-        m_handle == nullptr ? QStringLiteral("la connessione è chiusa") : QString::fromUtf8(mysql_error(m_handle));
-    return {statement, message + Advice(code), QString::number(code)};
+    return {statement, QString::fromUtf8(message) + Advice(code), QString::number(code)};
+}
+
+st_mysql_stmt* MySqlConnection::NewStatement() const {
+    return m_handle == nullptr ? nullptr : mysql_stmt_init(m_handle);
 }
 
 unsigned MySqlConnection::ErrorCode() const {

@@ -5,6 +5,7 @@
 
 struct st_mysql;
 struct st_mysql_res;
+struct st_mysql_stmt;
 
 /// One connection to a MySQL or MariaDB server, over the server's own client library.
 class MySqlConnection {
@@ -28,16 +29,33 @@ public:
     qint64 RowsChanged() const;
     /// Identity value given by the statement sent last; 0 when it gave none.
     qint64 InsertId() const;
+    /// A statement to be prepared, which the caller closes; null when the connection is closed.
+    st_mysql_stmt* NewStatement() const;
     /// The error under way as an exception.
     SqlError MakeError(const QString& statement);
+    /// An error of a prepared statement as an exception.
+    SqlError MakeError(const QString& statement, unsigned code, const char* message);
     /// 0 when nothing has failed.
     unsigned ErrorCode() const;
     /// True after the server went away: statements fail until `Open`.
     bool Lost() const { return m_lost; }
+    /// Leaves the rest of the rows of a result: the line is free only when the last one has been read, so that a long
+    /// rest is stopped at the server. @param skip reads one row, and tells whether it was the end
+    template<class Skip>
+    void SkipRest(const Skip& skip) noexcept {
+        for (int row = 0; row < RowsWorthReading; ++row) {
+            if (skip()) {
+                return;
+            }
+        }
+        Kill();
+    }
     /// Stops the statement under way, over a connection of its own; safe from another thread.
     void Kill() noexcept;
 
 private:
+    static constexpr int RowsWorthReading = 1000;
+
     void Close() noexcept;
     void Connect(st_mysql* handle) const;
     QString Place() const;

@@ -16,7 +16,6 @@ public:
     QVariant Value(int column) const override;
 
 private:
-    void SkipRest() noexcept;
     void Release() noexcept;
 
     std::shared_ptr<MySqlConnection> m_connection;
