@@ -1,8 +1,14 @@
 #include "sql/odbcStatement.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype LongestInteger = 18; ///< digits that fit 64 bits whatever they are
+
+bool IsAscii(const QByteArray& bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<signed char>(byte) >= 0; });
+}
 
 } // namespace
 
@@ -41,33 +47,36 @@ void OdbcStatement::Run(const QVector<StatementShape::Value>& values, const QStr
 }
 
 void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, const StatementShape::Value& value) {
-    if (value.isText) {
-        BindText(place, parameter, value.bytes, SQL_WVARCHAR);
+    bool isInteger = !value.isText && value.bytes.size() <= LongestInteger;
+    parameter.number = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
+    if (isInteger) {
+        parameter.length = sizeof(parameter.number);
+        Bind(place, parameter, SQL_C_SBIGINT, SQL_BIGINT, &parameter.number);
+    } else if (!IsAscii(value.bytes)) {
+        parameter.text.resize(0);
+        parameter.text += QString::fromUtf8(value.bytes);
+        parameter.length = static_cast<SQLLEN>(parameter.text.size() * qsizetype(sizeof(char16_t)));
+        Bind(place, parameter, SQL_C_WCHAR, SQL_WVARCHAR, odbc::Wide(parameter.text));
+    } else {
+        // The same in every code page: the driver need not convert it.
+        parameter.bytes.resize(0);
+        parameter.bytes += value.bytes;
+        parameter.length = static_cast<SQLLEN>(parameter.bytes.size());
+        Bind(place, parameter, SQL_C_CHAR, value.isText ? SQL_VARCHAR : SQL_DECIMAL, parameter.bytes.data());
+    }
+}
+
+/// The driver is told of a place only when it is a new one: that takes longer than writing there.
+void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, SQLSMALLINT type, SQLSMALLINT sqlType, void* data) {
+    if (parameter.bound == data && parameter.sqlType == sqlType) {
         return;
     }
-    bool isInteger = value.bytes.size() <= LongestInteger;
-    const qint64 number = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
-    isInteger ? BindNumber(place, parameter, number) : BindText(place, parameter, value.bytes, SQL_DECIMAL);
-}
-
-/// The driver is told a place only when it is a new one: that costs more than writing there.
-void OdbcStatement::BindNumber(SQLUSMALLINT place, Parameter& parameter, qint64 number) {
-    parameter.number = number;
-    parameter.length = sizeof(parameter.number);
-    if (parameter.bound != &parameter.number) {
-        SQLBindParameter(m_handle.Get(), place, SQL_PARAM_INPUT, SQL_C_SBIGINT, SQL_BIGINT, 0, 0, &parameter.number,
-                         sizeof(parameter.number), &parameter.length);
-        parameter.bound = &parameter.number;
-    }
-}
-
-void OdbcStatement::BindText(SQLUSMALLINT place, Parameter& parameter, const QByteArray& text, SQLSMALLINT type) {
-    parameter.text = QString::fromUtf8(text);
-    parameter.length = static_cast<SQLLEN>(parameter.text.size() * qsizetype(sizeof(char16_t)));
-    SQLBindParameter(m_handle.Get(), place, SQL_PARAM_INPUT, SQL_C_WCHAR, type,
-                     static_cast<SQLULEN>(std::max<qsizetype>(1, parameter.text.size())), 0, odbc::Wide(parameter.text),
-                     parameter.length, &parameter.length);
-    parameter.bound = parameter.text.constData();
+    constexpr SQLULEN LongestText = 1 << 20;
+    const bool isFixed = type == SQL_C_SBIGINT;
+    SQLBindParameter(m_handle.Get(), place, SQL_PARAM_INPUT, type, sqlType, isFixed ? 0 : LongestText, 0, data,
+                     isFixed ? SQLLEN(sizeof(parameter.number)) : SQLLEN(LongestText), &parameter.length);
+    parameter.bound = data;
+    parameter.sqlType = sqlType;
 }
 
 void OdbcStatement::Ran(SQLRETURN result) {
@@ -142,4 +151,8 @@ QVariant OdbcStatement::Read(int column) const {
     return value;
 }
 
-void OdbcStatement::Close() noexcept { SQLFreeStmt(m_handle.Get(), SQL_CLOSE); }
+void OdbcStatement::Close() noexcept {
+    if (HasRows()) {
+        SQLFreeStmt(m_handle.Get(), SQL_CLOSE);
+    }
+}

@@ -48,15 +48,16 @@ public:
 private:
     /// A value that the statement is run with, at a place that the driver knows.
     struct Parameter {
+        QByteArray bytes;
         QString text;
         qint64 number = 0;
         SQLLEN length = 0;
         const void* bound = nullptr; ///< where the driver looks
+        SQLSMALLINT sqlType = 0;     ///< as what
     };
 
     void Bind(SQLUSMALLINT place, Parameter& parameter, const StatementShape::Value& value);
-    void BindNumber(SQLUSMALLINT place, Parameter& parameter, qint64 number);
-    void BindText(SQLUSMALLINT place, Parameter& parameter, const QByteArray& text, SQLSMALLINT type);
+    void Bind(SQLUSMALLINT place, Parameter& parameter, SQLSMALLINT type, SQLSMALLINT sqlType, void* data);
     void Ran(SQLRETURN result);
     void Describe() const;
     QVariant Read(int column) const;
