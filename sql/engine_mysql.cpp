@@ -103,10 +103,14 @@ private:
         }
         const StatementShape source = mySqlShape::Of(statement);
         auto prepared = source.isCommon ? m_prepared.Take(source.shape, [&] { return Prepared(source); }) : nullptr;
-        if (prepared != nullptr) {
-            prepared->Run(source.values, statement);
-            SetResult(prepared->RowsChanged(), prepared->InsertId());
+        if (prepared == nullptr) {
+            return nullptr;
         }
+        if (!prepared->Run(source.values, statement)) {
+            m_prepared.Clear();
+            return nullptr;
+        }
+        SetResult(prepared->RowsChanged(), prepared->InsertId());
         return prepared;
     }
 

@@ -19,12 +19,25 @@ void AdaptMoment(QByteArray& bytes) {
     }
 }
 
+/// Whether the server takes a number as a value for what it is in a text: one with an exponent, or one with a fraction
+/// behind a sign, it does not.
+bool IsSameAsValue(const StatementShape::Value& value, const QByteArray& shape) {
+    if (value.isText) {
+        return true;
+    }
+    const bool hasExponent = value.bytes.contains('e') || value.bytes.contains('E');
+    const bool isSigned = shape.contains("-?") || shape.contains("+?");
+    return !hasExponent && !(value.bytes.contains('.') && isSigned);
+}
+
 } // namespace
 
 StatementShape Of(const QString& statement) {
     constexpr qsizetype MomentLength = 17;
     StatementShape source = StatementShape::Of(statement.toUtf8());
-    source.isCommon = source.isCommon && !source.shape.contains('#');
+    source.isCommon = source.isCommon && !source.shape.contains('#') &&
+                      std::all_of(source.values.begin(), source.values.end(),
+                                  [&source](const auto& value) { return IsSameAsValue(value, source.shape); });
     if (!source.isCommon) {
         return source;
     }

@@ -8,7 +8,8 @@
 namespace mySqlShape {
 
 /// The statement taken apart, its values in the server's own words; its shape stays in those of SQL Server. Nothing is
-/// taken out of a text that the server may read otherwise than it was taken apart ("#" begins a comment there).
+/// taken out of a text that the server would read otherwise: one with "#", which begins a comment there, or with a
+/// number that is another one as a value.
 StatementShape Of(const QString& statement);
 /// The shape in the server's own words.
 QString Text(const StatementShape& source);

@@ -4,6 +4,10 @@
 
 #include <mysql.h>
 
+#include <errmsg.h>
+
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype LongestInteger = 18; ///< digits that fit 64 bits whatever they are
@@ -46,6 +50,7 @@ bool MySqlStatement::Describe() {
     for (unsigned column = 0; column < count; ++column) {
         const MYSQL_FIELD& field = *mysql_fetch_field_direct(result.get(), column);
         m_columns.append(QString::fromUtf8(field.name));
+        m_names.append(field.name);
         if (!mySqlValue::IsSamePrepared(field)) {
             return false;
         }
@@ -53,7 +58,7 @@ bool MySqlStatement::Describe() {
     return true;
 }
 
-void MySqlStatement::Run(const QVector<StatementShape::Value>& values, const QString& statement) {
+bool MySqlStatement::Run(const QVector<StatementShape::Value>& values, const QString& statement) {
     m_statement = statement;
     std::vector<MYSQL_BIND> places(static_cast<size_t>(values.size()));
     std::vector<qint64> numbers(places.size());
@@ -63,9 +68,20 @@ void MySqlStatement::Run(const QVector<StatementShape::Value>& values, const QSt
         ++index;
     }
     if ((!places.empty() && mysql_stmt_bind_param(m_handle, places.data()) != 0) || mysql_stmt_execute(m_handle) != 0) {
+        if (mysql_stmt_errno(m_handle) == CR_NEW_STMT_METADATA) {
+            return false;
+        }
         throw MakeError(statement);
     }
     m_isAtEnd = m_columns.isEmpty();
+    return GivesSameColumns();
+}
+
+/// Another program may have changed the table: the server then names other columns.
+bool MySqlStatement::GivesSameColumns() const {
+    const MYSQL_FIELD* field = m_handle->mysql->fields;
+    return std::all_of(m_names.begin(), m_names.end(),
+                       [&field](const QByteArray& name) { return name == (field++)->name; });
 }
 
 /// The server reads the digits of a decimal as it would in a text.

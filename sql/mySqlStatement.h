@@ -22,8 +22,9 @@ public:
     /// text itself would give other values. Raises `SqlError` with `statement`, what the caller knows it by, when the
     /// connection has fallen.
     bool Prepare(const QByteArray& text, qsizetype values, const QString& statement);
-    /// Runs it. Raises `SqlError` with `statement`, what the caller knows it by.
-    void Run(const QVector<StatementShape::Value>& values, const QString& statement);
+    /// Runs it; false when it would give other columns by now than when it was prepared. Raises `SqlError` with
+    /// `statement`, what the caller knows it by.
+    bool Run(const QVector<StatementShape::Value>& values, const QString& statement);
     /// Rows changed by the last run.
     qint64 RowsChanged() const;
     /// Identity value given by the last run; 0 when it gave none.
@@ -41,6 +42,7 @@ public:
 
 private:
     bool Describe();
+    bool GivesSameColumns() const;
     void Bind(st_mysql_bind& place, qint64& number, const StatementShape::Value& value);
     SqlError MakeError(const QString& statement);
 
@@ -48,6 +50,7 @@ private:
     st_mysql_stmt* m_handle;
     QString m_statement;
     QStringList m_columns;
+    QByteArrayList m_names; ///< those of the columns as the server writes them
     ColumnPositions m_positions;
     bool m_hasRow = false;
     bool m_isAtEnd = true;

@@ -7,6 +7,9 @@
 
 namespace {
 
+/// Code of MariaDB's client for a table that another program has changed since.
+constexpr QLatin1String OtherColumns("2057");
+
 /// Whether the server gives back what an INSERT has written.
 bool CanReturn(const OdbcConnection& connection) {
     const auto version = QVersionNumber::fromString(connection.Info(SQL_DBMS_VER));
@@ -36,7 +39,15 @@ std::shared_ptr<OdbcStatement> OdbcPrepared::Query(const QString& statement) {
     if (kept == nullptr) {
         return nullptr;
     }
-    kept->statement.Run(source.values, statement);
+    try {
+        kept->statement.Run(source.values, statement);
+    } catch (const SqlError& error) {
+        if (error.EngineCode() != OtherColumns) {
+            throw;
+        }
+        Clear();
+        return nullptr;
+    }
     return {kept, &kept->statement};
 }
 
