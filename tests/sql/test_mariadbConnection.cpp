@@ -30,6 +30,7 @@ private slots:
     void ServerGoesAway_data() { MariaDbServer::Ways(); }
     void ServerGoesAway();
     void ServerGoesAwayInATransaction();
+    void Interruption_data() { MariaDbServer::Ways(); }
     void Interruption();
 
 private:
@@ -240,10 +241,6 @@ void TestMariaDbConnection::ServerGoesAway() {
     QVERIFY2(cut || count == 200000, "rows ended early without a word");
     const auto error = ErrorOf<SqlError>([&] { connection.Execute("DELETE FROM NUMBERS WHERE N = 1"); });
     QVERIFY(cut || error);
-    if (way == "ODBC") {
-        connection.CloseConnection();
-        connection.OpenConnection();
-    }
     QVERIFY(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS") >= 199999);
 }
 
@@ -265,8 +262,7 @@ void TestMariaDbConnection::ServerGoesAwayInATransaction() {
 }
 
 void TestMariaDbConnection::Interruption() {
-    const auto openedconnection = m_server.Open();
-    ovConnection& connection = *openedconnection;
+    OPEN(connection);
     MariaDbServer::Fill(connection, 5000);
     QElapsedTimer timer;
     timer.start();
