@@ -270,7 +270,7 @@ void ImportDocumentiGescom(Session& session, const QString& singleCode, bool res
                                    Riemov,
                                    "RDRIEMOV, RGRIEMOV",
                                    "SELECT COUNT(*) FROM RIEMOV " + where,
-                                   "SELECT * FROM RIEMOV " + where + " ORDER BY RDRIEMOV",
+                                   "SELECT * FROM RIEMOV " + where + " ORDER BY RDRIEMOV, ESRIEMOV, CSRIEMOV, RGRIEMOV",
                                    {"RDRIEMOV"}};
         const bool toTheEnd = run.Rows(
             loop, [&](const SourceRow& row) { return importer.Row(row); }, [&] { importer.EndNumber(); });

@@ -143,11 +143,17 @@ private:
             return;
         } else if (AdaptFunction()) {
             return;
-        } else if (m_inCreateTable) {
+        } else if (m_inCreateTable && !AtColumnName()) {
             AdaptColumnType();
         } else {
             Copy();
         }
+    }
+
+    /// A column may be called like a type, as "Image" or "Text": its name comes first in its definition.
+    bool AtColumnName() const {
+        const auto last = std::find_if(m_out.rbegin(), m_out.rend(), [](QChar one) { return !one.isSpace(); });
+        return last != m_out.rend() && (*last == u'(' || *last == u',');
     }
 
     /// "CONVERT(uniqueidentifier, 'x')" is the plain text elsewhere.

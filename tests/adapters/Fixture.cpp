@@ -16,6 +16,8 @@ const contract::Origin& Entry();
 
 namespace {
 
+const QString SourceDatabase = QStringLiteral("quadrix_source");
+
 QString ReadFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
@@ -105,9 +107,13 @@ QString Fixture::Read(const QString& name) const { return ReadFile(m_folder + '/
 void Fixture::MakeSource() {
     if (const QString script = Read("source.sql"); !script.isEmpty()) {
         m_source = m_target.Folder.filePath("source.sqlite");
+        m_isServed = !m_target.Way().isEmpty() && !script.startsWith("-- a SQLite file");
+        if (m_isServed) {
+            TestTarget::MakeDatabase(SourceDatabase);
+            WriteFile(m_source, {}); // the settings name it
+        }
         ovConnection source;
-        source.Embedded = true;
-        source.DatabaseName = m_source;
+        SetSource(source);
         source.OpenConnection();
         source.ExecuteScript(script);
         CopyFiles(m_target.Folder.filePath("files"));
@@ -119,6 +125,17 @@ void Fixture::MakeSource() {
     for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
         MakeFoxProTables(tables.filePath(name), m_source + '/' + QFileInfo(name).baseName() + ".dbf");
     }
+}
+
+/// Where the target is a server, so is the source.
+void Fixture::SetSource(ovConnection& source) const {
+    if (!m_isServed) {
+        source.Embedded = true;
+        source.DatabaseName = m_source;
+        return;
+    }
+    source.Embedded = false;
+    MariaDbServer().Set(source, m_target.Way(), SourceDatabase);
 }
 
 void Fixture::CopyFiles(const QString& to) const {
@@ -173,6 +190,9 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     session.Source->OpenFiles = open ? open : sources::OpenFileSource;
     if (!m_origin.source.prepare(session, *session.Source)) {
         throw ImportError("L'origine non si è aperta");
+    }
+    if (m_isServed) {
+        SetSource(*session.Source);
     }
     session.Source->OpenConnection();
     if (session.Source->ProviderType == Provider::SqlServer) {

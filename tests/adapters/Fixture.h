@@ -9,8 +9,8 @@ const QMap<QString, const contract::Origin*>& FixtureOrigins();
 QString FixtureFolder(const QString& module);
 
 /// A small source of one origin, the procedures that are run on it and what must come of it. A folder with:
-/// - "source.sql": statements that make the source as a SQLite file; or "tables/NAME.txt": FoxPro tables, the first
-/// line
+/// - "source.sql": statements that make the source: a database of the server that the target is on, else, or where the
+///   file begins with "-- a SQLite file", a SQLite file; or "tables/NAME.txt": FoxPro tables, the first line
 ///   "name C 6|price N 10 2|...", then one row a line with "|" between values ("*" in front: a deleted row; "\n" in a
 ///   memo is a line break); or "files/": taken as they are.
 /// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source and "%FILES%"
@@ -48,6 +48,7 @@ public:
 
 private:
     void MakeSource();
+    void SetSource(ovConnection& source) const;
     void CopyFiles(const QString& to) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
     QStringList TargetRows();
@@ -56,6 +57,7 @@ private:
     const contract::Origin& m_origin;
     TestTarget m_target;
     QString m_source;
+    bool m_isServed = false; ///< whether the source is a database of the server
     QString m_statements;
     QStringList m_before;
     QStringList m_outcome;

@@ -63,6 +63,9 @@ void TestDialect::Adapted_data() {
     add("create with a collation", "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
         "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
         "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I CHAR(36), O LONGBLOB)");
+    add("columns called like types", "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)",
+        "CREATE TABLE T (Image VARCHAR(60) COLLATE NOCASE, Text DATETIME TEXT)",
+        "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)");
     add("key of two columns", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))",
         "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))");
 }

@@ -52,6 +52,18 @@ public:
         m_session.UserManager.SetAzienda(code);
     }
 
+    /// Makes an empty database on the server, in place of one of that name.
+    static void MakeDatabase(const QString& name) {
+        const auto server = MariaDbServer().Open();
+        server->Execute("DROP DATABASE IF EXISTS " + name);
+        server->Execute("CREATE DATABASE " + name + " CHARACTER SET utf8mb4");
+    }
+
+    /// The way to the server that the company is on; empty for the embedded database.
+    QString Way() const {
+        return m_engine == On::Embedded ? QString() : m_engine == On::OdbcAgain ? QString("ODBC") : QString("client");
+    }
+
     Session& Get() { return m_session; }
     ovConnection& Db() { return m_session.Quadrix; }
     qint64 Execute(const QString& statement) { return Db().Execute(statement); }
@@ -93,14 +105,8 @@ private:
     }
 
     void OpenMariaDb(const QString& database) {
-        MariaDbServer().Set(m_session.Quadrix, m_engine == On::OdbcAgain ? "ODBC" : "client", database);
+        MariaDbServer().Set(m_session.Quadrix, Way(), database);
         m_session.Quadrix.OpenConnection();
-    }
-
-    static void MakeDatabase(const QString& name) {
-        const auto server = MariaDbServer().Open();
-        server->Execute("DROP DATABASE IF EXISTS " + name);
-        server->Execute("CREATE DATABASE " + name + " CHARACTER SET utf8mb4");
     }
 
     void OpenAgain() {
