@@ -2,6 +2,7 @@
 #include "sql/mySqlShape.h"
 #include "sql/odbcCatalog.h"
 #include "sql/odbcCursor.h"
+#include "sql/odbcPortions.h"
 #include "sql/odbcPrepared.h"
 #include "sql/odbcText.h"
 #include "sql/spoolingCursor.h"
@@ -33,11 +34,18 @@ public:
 
     std::unique_ptr<Cursor> Query(const QString& statement) override {
         MakeReady();
-        auto ran = KeepsPrepared(statement) ? m_prepared.Query(statement) : nullptr;
-        if (ran == nullptr) {
-            ran = RunText(statement);
+        auto ran = KeepsPrepared(statement) ? m_prepared.Query(statement) : OdbcPrepared::Result();
+        if (ran.isCut) {
+            ran.rows->Close();
+            ran.rows.reset();
+            if (auto portions = InPortions(statement)) {
+                return portions;
+            }
         }
-        auto rows = std::make_unique<OdbcCursor>(m_connection, std::move(ran), statement);
+        if (ran.rows == nullptr) {
+            ran.rows = RunText(statement);
+        }
+        auto rows = std::make_unique<OdbcCursor>(m_connection, std::move(ran.rows), statement);
         return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
     }
 
@@ -122,6 +130,20 @@ private:
             m_prepared.Clear();
         }
         return true;
+    }
+
+    /// The rows of a query that the driver should not hold whole; null when the server may not put them aside.
+    std::unique_ptr<Cursor> InPortions(const QString& statement) {
+        constexpr QLatin1String Interrupted("1317");
+        m_prepared.SetLastInsertId(LastInsertId()); // the rows put aside are numbered too
+        try {
+            return std::make_unique<OdbcPortions>(m_connection, dialect::Adapt(statement, m_dialect), statement);
+        } catch (const SqlError& error) {
+            if (m_connection->Lost() || error.EngineCode() == Interrupted) {
+                throw;
+            }
+            return nullptr;
+        }
     }
 
     std::shared_ptr<OdbcStatement> RunText(const QString& statement) {

@@ -46,6 +46,8 @@ public:
     }
 
     SQLHANDLE Get() const { return m_handle; }
+    /// Leaves a handle that its parent has freed already.
+    void Forget() noexcept { m_handle = nullptr; }
     void Free() noexcept {
         if (m_handle != nullptr) {
             SQLFreeHandle(Type, std::exchange(m_handle, nullptr));

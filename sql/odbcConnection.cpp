@@ -99,6 +99,7 @@ void OdbcConnection::Close() noexcept {
 
 void OdbcConnection::Reopen() {
     Close();
+    ++m_age;
     m_handle = odbc::Handle<SQL_HANDLE_DBC>(m_environment.Get());
     Open();
 }

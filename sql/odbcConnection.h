@@ -17,6 +17,8 @@ public:
     SQLHDBC Handle() const { return m_handle.Get(); }
     /// Connects again after the connection has fallen; its statements are gone by then. Raises `SqlError`.
     void Reopen();
+    /// Grows with each `Reopen`: statements of before are gone.
+    int Age() const { return m_age; }
     /// True after the connection has fallen: statements fail until `Reopen`.
     bool Lost() const { return m_lost; }
 
@@ -57,6 +59,7 @@ private:
     QString m_text;
     odbc::Handle<SQL_HANDLE_ENV> m_environment;
     odbc::Handle<SQL_HANDLE_DBC> m_handle;
+    int m_age = 0;
     bool m_lost = false;
     std::atomic_bool m_interrupted = false;
     std::mutex m_runningMutex;

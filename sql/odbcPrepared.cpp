@@ -10,11 +10,25 @@ namespace {
 /// Code of MariaDB's client for a table that another program has changed since.
 constexpr QLatin1String OtherColumns("2057");
 
-/// Whether the server gives back what an INSERT has written.
-bool CanReturn(const OdbcConnection& connection) {
-    const auto version = QVersionNumber::fromString(connection.Info(SQL_DBMS_VER));
-    return connection.Info(SQL_DBMS_NAME) == QLatin1String("MariaDB") && version >= QVersionNumber(10, 5);
+/// Rows that a driver may hold at once.
+constexpr qint64 RowsHeld = 10000;
+
+bool IsMariaDb(const OdbcConnection& connection, const QVersionNumber& version) {
+    return connection.Info(SQL_DBMS_NAME) == QLatin1String("MariaDB") &&
+           QVersionNumber::fromString(connection.Info(SQL_DBMS_VER)) >= version;
 }
+
+/// Whether the server gives back what an INSERT has written.
+bool CanReturn(const OdbcConnection& connection) { return IsMariaDb(connection, QVersionNumber(10, 5)); }
+
+/// Whether the driver holds a result whole, whatever it is told, and the server can cut it.
+bool HoldsResults(const OdbcConnection& connection) {
+    return IsMariaDb(connection, QVersionNumber(10, 1, 2)) &&
+           connection.Info(SQL_DRIVER_NAME).contains(QLatin1String("maodbc"), Qt::CaseInsensitive);
+}
+
+/// The value that cuts a result just behind the rows that may be held.
+StatementShape::Value Limit() { return {false, QByteArray::number(RowsHeld + 1)}; }
 
 /// The statement taken apart; drivers end a text at its first NUL, which is then left to the server to refuse.
 StatementShape ShapeOf(const QString& statement) {
@@ -28,16 +42,17 @@ StatementShape ShapeOf(const QString& statement) {
 OdbcPrepared::OdbcPrepared(std::shared_ptr<OdbcConnection> connection, IdentityColumn identityColumn)
     : m_connection(std::move(connection)),
       m_identityColumn(std::move(identityColumn)),
-      m_canReturn(CanReturn(*m_connection)) {}
+      m_canReturn(CanReturn(*m_connection)),
+      m_holdsResults(HoldsResults(*m_connection)) {}
 
-std::shared_ptr<OdbcStatement> OdbcPrepared::Query(const QString& statement) {
-    const StatementShape source = ShapeOf(statement);
-    if (!source.isCommon || !mySqlShape::IsQuery(source)) {
-        return nullptr;
-    }
-    const auto kept = Take(source);
+OdbcPrepared::Result OdbcPrepared::Query(const QString& statement) {
+    StatementShape source = ShapeOf(statement);
+    const auto kept = source.isCommon && mySqlShape::IsQuery(source) ? Take(source) : nullptr;
     if (kept == nullptr) {
-        return nullptr;
+        return {};
+    }
+    if (kept->isCut) {
+        source.values.prepend(Limit());
     }
     try {
         kept->statement.Run(source.values, statement);
@@ -46,9 +61,10 @@ std::shared_ptr<OdbcStatement> OdbcPrepared::Query(const QString& statement) {
             throw;
         }
         Clear();
-        return nullptr;
+        return {};
     }
-    return {kept, &kept->statement};
+    const bool isCut = kept->isCut && kept->statement.RowsHeld() > RowsHeld;
+    return {std::shared_ptr<OdbcStatement>(kept, &kept->statement), isCut};
 }
 
 std::optional<qint64> OdbcPrepared::Run(const QString& statement) {
@@ -84,6 +100,9 @@ std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Take(const StatementShape& sou
 
 std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Prepare(const StatementShape& source) {
     const QString text = mySqlShape::Text(source);
+    if (mySqlShape::IsQuery(source)) {
+        return PreparedQuery(source, text);
+    }
     const QString table = mySqlShape::InsertedTable(source);
     const QString identity = table.isEmpty() ? QString() : m_identityColumn(table);
     if (!identity.isEmpty() && m_canReturn) {
@@ -94,6 +113,18 @@ std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Prepare(const StatementShape& 
         }
     }
     return Prepared(source, text, identity.isEmpty() ? Identity::None : Identity::MustBeAsked);
+}
+
+std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::PreparedQuery(const StatementShape& source, const QString& text) {
+    // The driver prepares only what holds a value: the limit is one.
+    const QString cut = QStringLiteral("SET STATEMENT sql_select_limit=CAST(? AS UNSIGNED) FOR ") + text;
+    StatementShape withLimit = source;
+    withLimit.values.prepend(Limit());
+    if (auto kept = m_holdsResults ? Prepared(withLimit, cut, Identity::None) : nullptr) {
+        kept->isCut = true;
+        return kept;
+    }
+    return Prepared(source, text, Identity::None);
 }
 
 std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Prepared(const StatementShape& source, const QString& text,

@@ -14,8 +14,13 @@ public:
 
     OdbcPrepared(std::shared_ptr<OdbcConnection> connection, IdentityColumn identityColumn);
 
-    /// Runs a query; its rows are still to be read. Raises `SqlError`.
-    std::shared_ptr<OdbcStatement> Query(const QString& statement);
+    /// A query that has run.
+    struct Result {
+        std::shared_ptr<OdbcStatement> rows; ///< still to be read; null: none to be prepared, which has not run
+        bool isCut = false;                  ///< there are more than the driver is to hold at once
+    };
+    /// Runs a query. Raises `SqlError`.
+    Result Query(const QString& statement);
     /// Runs a statement and returns the number of rows changed; nothing when it is none to be prepared, and has not
     /// run. Raises `SqlError`.
     std::optional<qint64> Run(const QString& statement);
@@ -24,6 +29,8 @@ public:
     std::optional<qint64> LastInsertId() const { return m_lastInsertId; }
     /// Forgets it: rows were inserted another way.
     void ForgetLastInsertId() { m_lastInsertId.reset(); }
+    /// Keeps what the server has told.
+    void SetLastInsertId(qint64 id) { m_lastInsertId = id; }
     /// Forgets what is prepared: the connection goes, or tables change.
     void Clear() { m_kept.Clear(); }
 
@@ -35,16 +42,19 @@ private:
             : statement(std::move(connection)) {}
         OdbcStatement statement;
         Identity identity = Identity::None;
+        bool isCut = false; ///< gives no more rows than the driver is to hold
     };
 
     std::shared_ptr<Kept> Take(const StatementShape& source);
     std::shared_ptr<Kept> Prepare(const StatementShape& source);
     std::shared_ptr<Kept> Prepared(const StatementShape& source, const QString& text, Identity identity);
+    std::shared_ptr<Kept> PreparedQuery(const StatementShape& source, const QString& text);
     qint64 ReadIdentity(OdbcStatement& statement);
 
     std::shared_ptr<OdbcConnection> m_connection;
     IdentityColumn m_identityColumn;
     KeptStatements<Kept> m_kept;
     bool m_canReturn;
+    bool m_holdsResults;
     std::optional<qint64> m_lastInsertId;
 };

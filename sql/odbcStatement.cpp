@@ -15,22 +15,36 @@ bool IsAscii(const QByteArray& bytes) {
 OdbcStatement::OdbcStatement(std::shared_ptr<OdbcConnection> connection)
     : m_connection(std::move(connection)),
       m_handle(m_connection->Handle()),
+      m_age(m_connection->Age()),
       m_inAnyOrder((m_connection->InfoBits(SQL_GETDATA_EXTENSIONS) & SQL_GD_ANY_ORDER) != 0) {}
+
+OdbcStatement::~OdbcStatement() {
+    if (IsGone()) {
+        m_handle.Forget();
+    }
+}
+
+SqlError OdbcStatement::MakeError(const QString& statement) const {
+    if (IsGone()) {
+        return {statement, QStringLiteral("la connessione con il server è caduta")};
+    }
+    return m_connection->MakeError(SQL_HANDLE_STMT, Handle(), statement);
+}
 
 void OdbcStatement::Run(const QString& text, const QString& statement) {
     Run(statement, [&text](SQLHSTMT handle) { return SQLExecDirectW(handle, odbc::Wide(text), SQL_NTS); });
 }
 
 bool OdbcStatement::Prepare(const QString& text, qsizetype values, const QString& statement) {
-    if (!SQL_SUCCEEDED(SQLPrepareW(m_handle.Get(), odbc::Wide(text), SQL_NTS))) {
-        const SqlError error = m_connection->MakeError(SQL_HANDLE_STMT, m_handle.Get(), statement);
+    if (!SQL_SUCCEEDED(SQLPrepareW(Handle(), odbc::Wide(text), SQL_NTS))) {
+        const SqlError error = MakeError(statement);
         if (m_connection->Lost()) {
             throw error;
         }
         return false;
     }
     SQLSMALLINT places = 0;
-    if (!SQL_SUCCEEDED(SQLNumParams(m_handle.Get(), &places)) || places != values) {
+    if (!SQL_SUCCEEDED(SQLNumParams(Handle(), &places)) || places != values) {
         return false;
     }
     m_parameters.resize(static_cast<size_t>(values));
@@ -73,7 +87,7 @@ void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, SQLSMALLINT t
     }
     constexpr SQLULEN LongestText = 1 << 20;
     const bool isFixed = type == SQL_C_SBIGINT;
-    SQLBindParameter(m_handle.Get(), place, SQL_PARAM_INPUT, type, sqlType, isFixed ? 0 : LongestText, 0, data,
+    SQLBindParameter(Handle(), place, SQL_PARAM_INPUT, type, sqlType, isFixed ? 0 : LongestText, 0, data,
                      isFixed ? SQLLEN(sizeof(parameter.number)) : SQLLEN(LongestText), &parameter.length);
     parameter.bound = data;
     parameter.sqlType = sqlType;
@@ -82,19 +96,19 @@ void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, SQLSMALLINT t
 void OdbcStatement::Ran(SQLRETURN result) {
     m_row.clear();
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) {
-        throw m_connection->MakeError(SQL_HANDLE_STMT, m_handle.Get(), m_statement);
+        throw MakeError(m_statement);
     }
     SQLSMALLINT count = 0;
-    SQLNumResultCols(m_handle.Get(), &count);
+    SQLNumResultCols(Handle(), &count);
     if (count != m_columnCount) {
         m_columns.clear();
         m_columnCount = count;
     }
 }
 
-qint64 OdbcStatement::RowsChanged() const {
+qint64 OdbcStatement::RowCount() const {
     SQLLEN rows = 0;
-    return HasRows() || !SQL_SUCCEEDED(SQLRowCount(m_handle.Get(), &rows)) ? 0 : std::max<qint64>(0, rows);
+    return SQL_SUCCEEDED(SQLRowCount(Handle(), &rows)) ? std::max<qint64>(0, rows) : 0;
 }
 
 bool OdbcStatement::Fetch() {
@@ -102,9 +116,9 @@ bool OdbcStatement::Fetch() {
     if (!HasRows()) {
         return false;
     }
-    const SQLRETURN result = m_connection->Running(m_handle.Get(), [this] { return SQLFetch(m_handle.Get()); });
+    const SQLRETURN result = m_connection->Running(Handle(), [this] { return SQLFetch(Handle()); });
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) {
-        throw m_connection->MakeError(SQL_HANDLE_STMT, m_handle.Get(), m_statement);
+        throw MakeError(m_statement);
     }
     return result != SQL_NO_DATA;
 }
@@ -113,7 +127,7 @@ void OdbcStatement::Describe() const {
     m_kinds.clear();
     m_positions.Clear();
     for (SQLSMALLINT place = 1; place <= m_columnCount; ++place) {
-        const odbc::Column column = odbc::Describe(m_handle.Get(), static_cast<SQLUSMALLINT>(place));
+        const odbc::Column column = odbc::Describe(Handle(), static_cast<SQLUSMALLINT>(place));
         m_columns.append(column.name);
         m_kinds.append(column.kind);
     }
@@ -144,15 +158,15 @@ QVariant OdbcStatement::Read(int column) const {
     Columns();
     QVariant value;
     const SQLRETURN result =
-        odbc::ReadValue(m_handle.Get(), static_cast<SQLUSMALLINT>(column + 1), m_kinds.at(column), value);
+        odbc::ReadValue(Handle(), static_cast<SQLUSMALLINT>(column + 1), m_kinds.at(column), value);
     if (!SQL_SUCCEEDED(result)) {
-        throw m_connection->MakeError(SQL_HANDLE_STMT, m_handle.Get(), m_statement);
+        throw MakeError(m_statement);
     }
     return value;
 }
 
 void OdbcStatement::Close() noexcept {
     if (HasRows()) {
-        SQLFreeStmt(m_handle.Get(), SQL_CLOSE);
+        SQLFreeStmt(Handle(), SQL_CLOSE);
     }
 }

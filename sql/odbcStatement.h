@@ -14,6 +14,7 @@ class OdbcStatement {
 public:
     /// @param connection kept alive until the statement goes
     explicit OdbcStatement(std::shared_ptr<OdbcConnection> connection);
+    ~OdbcStatement();
     OdbcStatement(const OdbcStatement&) = delete;
     OdbcStatement& operator=(const OdbcStatement&) = delete;
 
@@ -23,7 +24,7 @@ public:
     template<class Call>
     void Run(const QString& name, const Call& call) requires std::is_invocable_v<Call, SQLHSTMT> {
         m_statement = name;
-        Ran(m_connection->Running(m_handle.Get(), [&] { return call(m_handle.Get()); }));
+        Ran(m_connection->Running(Handle(), [&] { return call(Handle()); }));
     }
     /// Prepares a text with "?" for its values; false when the driver does not take it with that many. Raises
     /// `SqlError` with `statement`, what the caller knows it by, when the connection has fallen.
@@ -34,7 +35,9 @@ public:
     /// Whether what has run gives rows.
     bool HasRows() const { return m_columnCount > 0; }
     /// Rows changed by what has run; 0 for a query.
-    qint64 RowsChanged() const;
+    qint64 RowsChanged() const { return HasRows() ? 0 : RowCount(); }
+    /// Rows of the result that the driver holds; 0 when it does not tell.
+    qint64 RowsHeld() const { return RowCount(); }
     /// Steps to the next row; false after the last one. Raises `SqlError`.
     bool Fetch();
     /// Columns of the result; described when first asked for.
@@ -56,14 +59,21 @@ private:
         SQLSMALLINT sqlType = 0;     ///< as what
     };
 
+    /// Whether the connection has been opened anew since, which frees its statements.
+    bool IsGone() const { return m_age != m_connection->Age(); }
+    /// A handle that the API refuses when the statement is gone.
+    SQLHSTMT Handle() const { return IsGone() ? nullptr : m_handle.Get(); }
+    SqlError MakeError(const QString& statement) const;
     void Bind(SQLUSMALLINT place, Parameter& parameter, const StatementShape::Value& value);
     void Bind(SQLUSMALLINT place, Parameter& parameter, SQLSMALLINT type, SQLSMALLINT sqlType, void* data);
     void Ran(SQLRETURN result);
+    qint64 RowCount() const;
     void Describe() const;
     QVariant Read(int column) const;
 
     std::shared_ptr<OdbcConnection> m_connection;
     odbc::Handle<SQL_HANDLE_STMT> m_handle;
+    int m_age;
     bool m_inAnyOrder;
     QString m_statement;
     std::vector<Parameter> m_parameters;
