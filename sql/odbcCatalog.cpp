@@ -26,7 +26,7 @@ QStringList TablesOf(const std::shared_ptr<OdbcConnection>& connection, const QS
 
 /// The type in the words of SQL Server.
 QString TypeText(int type, int size) {
-    switch (KindOf(type, false)) {
+    switch (KindOf(type, false, true)) {
     case ValueKind::Bit:
         return QStringLiteral("BIT");
     case ValueKind::Integer:
@@ -44,6 +44,7 @@ QString TypeText(int type, int size) {
     case ValueKind::Bytes:
         return QStringLiteral("IMAGE");
     case ValueKind::Text:
+    case ValueKind::NarrowText:
     case ValueKind::Time:
         break;
     }

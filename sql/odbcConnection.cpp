@@ -77,6 +77,7 @@ void OdbcConnection::Open() {
                           nullptr, SQL_DRIVER_NOPROMPT);
     if (SQL_SUCCEEDED(result)) {
         m_lost = false;
+        m_isWide = GivesWideText();
         return;
     }
     const SqlError error = MakeError(SQL_HANDLE_DBC, Handle(), {});
@@ -84,6 +85,24 @@ void OdbcConnection::Open() {
                    error.EngineCode());
     named.AddContext(QStringLiteral("Connessione '%1'").arg(odbc::WithoutPassword(m_text)));
     throw named;
+}
+
+/// A driver without wide characters fills them with narrow ones and says nothing: it is asked for a text that is known.
+bool OdbcConnection::GivesWideText() const {
+    if ((InfoBits(SQL_CONVERT_CHAR) & SQL_CVT_WCHAR) != 0 || (InfoBits(SQL_CONVERT_VARCHAR) & SQL_CVT_WVARCHAR) != 0) {
+        return true;
+    }
+    for (const QString text : {"select 'test'", "values('test')", "select 'test' from dual"}) {
+        const odbc::Handle<SQL_HANDLE_STMT> statement(Handle());
+        constexpr SQLLEN Room = 16;
+        SQLWCHAR read[Room] = {};
+        if (SQL_SUCCEEDED(SQLExecDirectW(statement.Get(), odbc::Wide(text), SQL_NTS))) {
+            return SQL_SUCCEEDED(SQLFetch(statement.Get())) &&
+                   SQL_SUCCEEDED(SQLGetData(statement.Get(), 1, SQL_C_WCHAR, read, sizeof(read), nullptr)) &&
+                   odbc::Text(read, Room).startsWith(QLatin1String("test"));
+        }
+    }
+    return false;
 }
 
 /// The driver takes nothing back by itself when a connection goes within a transaction, but refuses to let go.

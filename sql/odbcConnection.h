@@ -27,6 +27,8 @@ public:
     /// Ends the transaction and lets each statement commit by itself again. Raises `SqlError`.
     void EndTransaction(bool commit);
 
+    /// Whether the driver gives any text in wide characters.
+    bool IsWide() const { return m_isWide; }
     /// What the driver tells of itself or of its database, such as SQL_DBMS_NAME; empty when it does not.
     QString Info(SQLUSMALLINT what) const;
     /// The same for what it tells as a set of bits; 0 when it does not.
@@ -53,6 +55,7 @@ public:
 private:
     void Open();
     bool IsDead() const;
+    bool GivesWideText() const;
     void Close() noexcept;
     void SetRunning(SQLHSTMT statement) noexcept;
 
@@ -61,6 +64,7 @@ private:
     odbc::Handle<SQL_HANDLE_DBC> m_handle;
     int m_age = 0;
     bool m_lost = false;
+    bool m_isWide = true;
     std::atomic_bool m_interrupted = false;
     std::mutex m_runningMutex;
     SQLHSTMT m_running = nullptr;

@@ -54,14 +54,15 @@ SQLRETURN ReadLong(SQLHSTMT statement, SQLUSMALLINT place, SQLSMALLINT type, qsi
 
 SQLRETURN ReadText(SQLHSTMT statement, SQLUSMALLINT place, QVariant& value) {
     QString text;
-    SQLRETURN result = ReadLong(statement, place, SQL_C_WCHAR, 1, text);
-    if (result == SQL_ERROR) {
-        // A driver without wide characters.
-        QByteArray bytes;
-        result = ReadLong(statement, place, SQL_C_CHAR, 1, bytes);
-        text = bytes.isNull() ? QString() : QString::fromUtf8(bytes);
-    }
+    const SQLRETURN result = ReadLong(statement, place, SQL_C_WCHAR, 1, text);
     value = text.isNull() ? QVariant() : QVariant(text);
+    return result;
+}
+
+SQLRETURN ReadNarrowText(SQLHSTMT statement, SQLUSMALLINT place, QVariant& value) {
+    QByteArray bytes;
+    const SQLRETURN result = ReadLong(statement, place, SQL_C_CHAR, 1, bytes);
+    value = bytes.isNull() ? QVariant() : QVariant(QString::fromUtf8(bytes));
     return result;
 }
 
@@ -95,7 +96,7 @@ QVariant MomentOf(const SQL_TIMESTAMP_STRUCT& raw) {
 
 } // namespace
 
-ValueKind KindOf(int type, bool isUnsigned) {
+ValueKind KindOf(int type, bool isUnsigned, bool isWide) {
     switch (type) {
     case SQL_BIT:
         return ValueKind::Bit;
@@ -125,12 +126,16 @@ ValueKind KindOf(int type, bool isUnsigned) {
     case SQL_VARBINARY:
     case SQL_LONGVARBINARY:
         return ValueKind::Bytes;
+    case SQL_CHAR:
+    case SQL_VARCHAR:
+    case SQL_LONGVARCHAR:
+        return isWide ? ValueKind::Text : ValueKind::NarrowText;
     default:
         return ValueKind::Text;
     }
 }
 
-Column Describe(SQLHSTMT statement, SQLUSMALLINT place) {
+Column Describe(SQLHSTMT statement, SQLUSMALLINT place, bool isWide) {
     constexpr SQLSMALLINT Longest = 256;
     SQLWCHAR name[Longest] = {};
     SQLSMALLINT length = 0;
@@ -141,7 +146,7 @@ Column Describe(SQLHSTMT statement, SQLUSMALLINT place) {
         SQLColAttributeW(statement, place, SQL_DESC_UNSIGNED, nullptr, 0, nullptr, &isUnsigned);
     }
     const auto units = std::clamp<SQLSMALLINT>(length, 0, Longest - 1);
-    return {Text(name, units), KindOf(type, isUnsigned == SQL_TRUE)};
+    return {Text(name, units), KindOf(type, isUnsigned == SQL_TRUE, isWide)};
 }
 
 SQLRETURN ReadValue(SQLHSTMT statement, SQLUSMALLINT place, ValueKind kind, QVariant& value) {
@@ -169,10 +174,12 @@ SQLRETURN ReadValue(SQLHSTMT statement, SQLUSMALLINT place, ValueKind kind, QVar
     case ValueKind::Moment:
         return ReadFixed<SQL_TIMESTAMP_STRUCT>(statement, place, SQL_C_TYPE_TIMESTAMP, value, MomentOf);
     case ValueKind::Text:
+        return ReadText(statement, place, value);
+    case ValueKind::NarrowText:
     case ValueKind::Decimal:
         break;
     }
-    const SQLRETURN result = ReadText(statement, place, value);
+    const SQLRETURN result = ReadNarrowText(statement, place, value);
     if (kind == ValueKind::Decimal && !value.isNull()) {
         value = NumberOfText(value.toString());
     }
