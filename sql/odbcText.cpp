@@ -10,7 +10,7 @@ namespace odbc {
 namespace {
 
 /// MySQL's own driver keeps a whole result in memory unless told to read it forward and not to keep it; MariaDB's
-/// driver keeps it in any case.
+/// driver keeps it in any case, see `OdbcPortions`.
 const QString StreamingOption = QStringLiteral("OPTION=3145728;");
 
 #ifdef Q_OS_WIN
