@@ -75,12 +75,17 @@ public:
 private:
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
     /// it.
-    void MakeReady() {
+    void MakeReady(const QString& statement) {
         m_line->Free();
-        if (m_connection->Lost() && !m_inTransaction) {
-            m_prepared.Clear();
-            m_connection->Open();
+        m_connection->NoticeEnd();
+        if (!m_connection->Lost()) {
+            return;
         }
+        if (m_inTransaction) {
+            throw m_connection->GoneError(statement);
+        }
+        m_prepared.Clear();
+        m_connection->Open();
     }
 
     void Send(const QString& statement) {
@@ -97,7 +102,7 @@ private:
 
     /// Runs a statement that may come again with other values; null when it is none, and has not run.
     std::shared_ptr<MySqlStatement> RunPrepared(const QString& statement) {
-        MakeReady();
+        MakeReady(statement);
         if (!mySqlShape::KeepsTables(statement)) {
             m_prepared.Clear(); // the columns of results may change
         }

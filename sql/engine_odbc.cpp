@@ -113,6 +113,7 @@ private:
     /// it.
     void MakeReady() {
         m_line->Free();
+        m_connection->NoticeEnd();
         if (m_connection->Lost() && !m_inTransaction) {
             m_prepared.Clear();
             m_connection->Reopen();

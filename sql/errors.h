@@ -17,6 +17,11 @@ public:
         m_message = where + QStringLiteral(": ") + m_message;
         m_utf8.clear();
     }
+    /// Puts more of what is known, or can be done, behind the message.
+    void AddAdvice(const QString& what) {
+        m_message += QStringLiteral("; ") + what;
+        m_utf8.clear();
+    }
     /// Key of the source row under way when it happened; empty outside a row.
     const QString& RowKey() const { return m_rowKey; }
     void SetRowKey(const QString& key) { m_rowKey = key; }
@@ -51,11 +56,16 @@ public:
     const QString& Statement() const { return m_statement; }
     const QString& EngineMessage() const { return m_engineMessage; }
     const QString& EngineCode() const { return m_engineCode; }
+    /// Whether the connection fell after the statement was sent and before its answer came: the database may have
+    /// carried it out.
+    bool AnswerLost() const { return m_answerLost; }
+    void SetAnswerLost(bool lost) { m_answerLost = lost; }
 
 private:
     QString m_statement;
     QString m_engineMessage;
     QString m_engineCode;
+    bool m_answerLost = false;
 };
 
 /// Source data or a setting that cannot be carried over as it is.

@@ -7,6 +7,12 @@
 #include <errmsg.h>
 #include <mysqld_error.h>
 
+#ifdef Q_OS_WIN
+#include <winsock2.h>
+#else
+#include <poll.h>
+#endif
+
 namespace {
 
 constexpr unsigned ConnectSeconds = 15;
@@ -121,7 +127,26 @@ SqlError MySqlConnection::MakeError(const QString& statement) {
 
 SqlError MySqlConnection::MakeError(const QString& statement, unsigned code, const char* message) {
     m_lost = m_lost || IsLost(code);
-    return {statement, QString::fromUtf8(message) + Advice(code), QString::number(code)};
+    SqlError error(statement, QString::fromUtf8(message) + Advice(code), QString::number(code));
+    error.SetAnswerLost(code == CR_SERVER_LOST || code == CR_SERVER_LOST_EXTENDED);
+    return error;
+}
+
+void MySqlConnection::NoticeEnd() {
+    if (m_handle == nullptr || m_lost) {
+        return;
+    }
+#ifdef Q_OS_WIN
+    WSAPOLLFD line{static_cast<SOCKET>(mysql_get_socket(m_handle)), 0, 0};
+    m_lost = WSAPoll(&line, 1, 0) > 0 && (line.revents & (POLLHUP | POLLERR)) != 0;
+#else
+    pollfd line{mysql_get_socket(m_handle), POLLRDHUP, 0};
+    m_lost = poll(&line, 1, 0) > 0 && (line.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
+#endif
+}
+
+SqlError MySqlConnection::GoneError(const QString& statement) {
+    return MakeError(statement, CR_SERVER_GONE_ERROR, "la connessione è chiusa");
 }
 
 st_mysql_stmt* MySqlConnection::NewStatement() const {

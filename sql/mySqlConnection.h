@@ -37,6 +37,11 @@ public:
     SqlError MakeError(const QString& statement, unsigned code, const char* message);
     /// 0 when nothing has failed.
     unsigned ErrorCode() const;
+    /// Looks whether the server has ended the connection while nothing was asked of it: a statement sent then would
+    /// seem to be lost on its way, and to have been carried out perhaps.
+    void NoticeEnd();
+    /// The error of a statement that was not sent, as the connection has fallen.
+    SqlError GoneError(const QString& statement);
     /// True after the server went away: statements fail until `Open`.
     bool Lost() const { return m_lost; }
     /// Leaves the rest of the rows of a result: the line is free only when the last one has been read, so that a long

@@ -34,7 +34,8 @@ bool MySqlStatement::Prepare(const QByteArray& text, qsizetype values, const QSt
         return false;
     }
     if (mysql_stmt_prepare(m_handle, text.constData(), static_cast<unsigned long>(text.size())) != 0) {
-        const SqlError error = MakeError(statement);
+        SqlError error = MakeError(statement);
+        error.SetAnswerLost(false); // nothing has run yet
         if (m_connection->Lost()) {
             throw error;
         }

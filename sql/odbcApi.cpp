@@ -8,6 +8,14 @@
 
 namespace odbc {
 
+namespace {
+
+/// Of the codes of a lost connection, those which say that the statement has not reached the server: of MariaDB and
+/// MySQL, and of FreeTDS.
+const QStringList NotSent{"2006", "20047"};
+
+} // namespace
+
 QVector<Diagnosis> Diagnoses(SQLSMALLINT type, SQLHANDLE handle) {
     constexpr SQLSMALLINT Longest = 2048;
     constexpr int StateLength = 5;
@@ -43,7 +51,10 @@ SqlError MakeError(const QVector<Diagnosis>& diagnoses, const QString& statement
     if (IsLost(diagnoses)) {
         message += QStringLiteral(" (la connessione con il server è caduta)");
     }
-    return {statement, message, diagnoses.isEmpty() ? QString() : diagnoses.first().code};
+    const QString code = diagnoses.isEmpty() ? QString() : diagnoses.first().code;
+    SqlError error(statement, message, code);
+    error.SetAnswerLost(IsLost(diagnoses) && !NotSent.contains(code));
+    return error;
 }
 
 } // namespace odbc

@@ -157,6 +157,14 @@ bool OdbcConnection::IsDead() const {
     return dead == SQL_CD_TRUE;
 }
 
+void OdbcConnection::NoticeEnd() {
+    constexpr qint64 PauseMilliseconds = 100;
+    if (!m_lost && m_idle.isValid() && m_idle.elapsed() > PauseMilliseconds) {
+        m_lost = IsDead();
+        m_idle.restart();
+    }
+}
+
 SqlError OdbcConnection::MakeError(SQLSMALLINT type, SQLHANDLE handle, const QString& statement) {
     QVector<odbc::Diagnosis> diagnoses = odbc::Diagnoses(type, handle);
     if (diagnoses.isEmpty()) {

@@ -2,6 +2,8 @@
 
 #include "sql/odbcApi.h"
 
+#include <QElapsedTimer>
+
 #include <atomic>
 #include <mutex>
 
@@ -21,6 +23,11 @@ public:
     int Age() const { return m_age; }
     /// True after the connection has fallen: statements fail until `Reopen`.
     bool Lost() const { return m_lost; }
+
+    /// Looks whether the connection has fallen while nothing was asked of it: a statement sent then would seem to be
+    /// lost on its way, and to have been carried out perhaps. It asks after a pause only: the driver may ask the
+    /// server.
+    void NoticeEnd();
 
     /// With `on`, statements no longer commit each by itself. Raises `SqlError`.
     void SetTransaction(bool on);
@@ -45,6 +52,7 @@ public:
         SetRunning(statement);
         const SQLRETURN result = call();
         SetRunning(nullptr);
+        m_idle.restart();
         return result;
     }
     /// Asks the driver to stop the statement under way, and the rows under way to end; safe from another thread.
@@ -65,6 +73,7 @@ private:
     int m_age = 0;
     bool m_lost = false;
     bool m_isWide = true;
+    QElapsedTimer m_idle; ///< since the last statement
     std::atomic_bool m_interrupted = false;
     std::mutex m_runningMutex;
     SQLHSTMT m_running = nullptr;

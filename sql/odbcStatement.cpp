@@ -37,7 +37,8 @@ void OdbcStatement::Run(const QString& text, const QString& statement) {
 
 bool OdbcStatement::Prepare(const QString& text, qsizetype values, const QString& statement) {
     if (!SQL_SUCCEEDED(SQLPrepareW(Handle(), odbc::Wide(text), SQL_NTS))) {
-        const SqlError error = MakeError(statement);
+        SqlError error = MakeError(statement);
+        error.SetAnswerLost(false); // nothing has run yet
         if (m_connection->Lost()) {
             throw error;
         }

@@ -7,6 +7,10 @@ namespace {
 
 const QString TruncateTable = QStringLiteral("TRUNCATE TABLE ");
 
+const QString Commit = QStringLiteral("COMMIT");
+
+bool IsQuery(const QString& statement) { return statement.trimmed().startsWith(u"SELECT", Qt::CaseInsensitive); }
+
 bool IsTruncate(const QString& statement) { return statement.startsWith(TruncateTable, Qt::CaseInsensitive); }
 
 /// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them.
@@ -53,22 +57,34 @@ Engine& ovConnection::Opened(const QString& statement) const {
     return *m_engine;
 }
 
+/// Whether a statement that failed may have been carried out, which the message then says. What only reads does no
+/// harm, and a transaction that was open when the connection fell has been taken back by the server.
+bool ovConnection::TellDoubt(SqlError& error, const QString& statement) const {
+    const bool mayBeDone = error.AnswerLost() && !IsQuery(statement) && (!m_inTransaction || statement == Commit);
+    if (mayBeDone) {
+        error.AddAdvice(
+            QStringLiteral("l'istruzione può essere stata eseguita lo stesso: verificare prima di ripeterla"));
+    }
+    return mayBeDone;
+}
+
 template<class Work>
-auto ovConnection::WithDecision(const Work& work) {
+auto ovConnection::WithDecision(const QString& statement, const Work& work) {
     for (int attempt = 1;; ++attempt) {
         try {
             return work();
         } catch (SqlError& error) {
+            const bool mayBeDone = TellDoubt(error, statement);
             if (Errors == nullptr) {
                 throw;
             }
-            Errors->Decide(error, attempt);
+            Errors->Decide(error, attempt, mayBeDone);
         }
     }
 }
 
 qint64 ovConnection::Execute(const QString& statement) {
-    return WithDecision([&] {
+    return WithDecision(statement, [&] {
         Engine& engine = Opened(statement);
         Show(Written, statement);
         const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
@@ -93,7 +109,7 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 }
 
 Recordset ovConnection::ExecuteWC(const QString& query) {
-    return WithDecision([&] {
+    return WithDecision(query, [&] {
         Engine& engine = Opened(query);
         Show(Written, query);
         return Recordset(engine.Query(TextFor(engine, query)), query);
@@ -140,8 +156,13 @@ void ovConnection::BeginTrans() {
 
 void ovConnection::CommitTrans() {
     if (m_inTransaction) {
-        Show(Trace, QStringLiteral("COMMIT"));
-        Opened(QStringLiteral("COMMIT")).Commit();
+        Show(Trace, Commit);
+        try {
+            Opened(Commit).Commit();
+        } catch (SqlError& error) {
+            TellDoubt(error, Commit);
+            throw;
+        }
         m_inTransaction = false;
     }
 }

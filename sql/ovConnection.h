@@ -52,7 +52,9 @@ public:
     const QString& Company() const { return m_company; }
 
     /// Runs a statement that returns no rows; returns the number of rows changed. A failure goes through
-    /// `Errors->Decide`: it may be retried, and is raised as `SqlError` or `RowGivenUp`.
+    /// `Errors->Decide`: it may be retried, and is raised as `SqlError` or `RowGivenUp`. When the connection falls
+    /// before the answer, the message says that the statement may have been carried out, and only the operator can have
+    /// it tried again: an INSERT is never run twice unseen.
     qint64 Execute(const QString& statement) override;
     /// Runs a query (or a statement) and returns its recordset, standing on the first row. Failures as `Execute`.
     Recordset ExecuteWC(const QString& query) override;
@@ -90,8 +92,9 @@ private:
     QString TextFor(const Engine& engine, const QString& statement) const;
     static void Show(const StatementObserver& observer, const QString& statement);
     void RestartNumbers(Engine& engine, const QString& table) const;
+    bool TellDoubt(SqlError& error, const QString& statement) const;
     template<class Work>
-    auto WithDecision(const Work& work);
+    auto WithDecision(const QString& statement, const Work& work);
     std::unique_ptr<Engine> OpenEngine() const;
 
     std::unique_ptr<Engine> m_engine;

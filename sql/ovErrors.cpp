@@ -42,10 +42,10 @@ void ovErrors::Monitoring(const QString& module, const QString& procedure) {
     }
 }
 
-void ovErrors::Decide(Error& error, int attempt) {
+void ovErrors::Decide(Error& error, int attempt, bool mayBeDone) {
     const ErrorEntry entry = MakeEntry(error);
     bool ignore = Action == ErrorAction::Ignore;
-    if (Action == ErrorAction::Retry && attempt < Tries) {
+    if (Action == ErrorAction::Retry && attempt < Tries && !mayBeDone) {
         return;
     }
     if (Action == ErrorAction::Ask && AskOperator) {

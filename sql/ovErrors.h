@@ -9,7 +9,7 @@
 
 /// What a failing statement leads to; the numbers are those of the collector's `Action`.
 enum class ErrorAction : int {
-    Retry = 0,  ///< the statement is tried three times more, then the procedure fails
+    Retry = 0,  ///< the statement is tried three times more, unless it may have been carried out; then it fails
     Ignore = 1, ///< the source row under way is given up; outside a row it fails
     Abort = 2,  ///< the procedure fails
     Ask = 3,    ///< the operator chooses
@@ -61,7 +61,9 @@ public:
     /// Decides about the error being handled (call it inside its catch block) after `attempt` tries (from 1). Returns
     /// when the work is to be tried again; otherwise raises `RowGivenUp` (the row under way is given up) or raises the
     /// error again, with the key of the row under way.
-    void Decide(Error& error, int attempt);
+    /// @param mayBeDone whether the work may have been done in spite of the error: it could be done twice, and is tried
+    /// again only when the operator says so; `Retry` then fails at once
+    void Decide(Error& error, int attempt, bool mayBeDone = false);
 
     /// Key of the source row under way, for the entries; empty outside a row.
     const QString& RowKey() const { return m_rowKey; }

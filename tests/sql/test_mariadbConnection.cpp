@@ -1,3 +1,4 @@
+#include "tests/support/CutLine.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/MariaDbServer.h"
 #include "tests/support/QuadrixTest.h"
@@ -33,6 +34,12 @@ private slots:
     void ServerGoesAway_data() { MariaDbServer::Ways(); }
     void ServerGoesAway();
     void ServerGoesAwayInATransaction();
+    void AnswerIsLost_data();
+    void AnswerIsLost();
+    void AnswerToCommitIsLost_data() { MariaDbServer::Ways(); }
+    void AnswerToCommitIsLost();
+    void EndedInBetween_data() { MariaDbServer::Ways(); }
+    void EndedInBetween();
     void Interruption_data() { MariaDbServer::Ways(); }
     void Interruption();
 
@@ -294,6 +301,104 @@ void TestMariaDbConnection::ServerGoesAwayInATransaction() {
     QVERIFY(error && error->Message().contains("la connessione con il server è caduta"));
     connection.RollbackTrans();
     QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS"), 10);
+}
+
+namespace {
+
+const QString Doubt = QStringLiteral("può essere stata eseguita lo stesso");
+
+/// An empty table that a row which is written twice is written to twice. Its text is what the line is cut at: a
+/// prepared statement is sent without its words.
+void MakeOnce(ovConnection& connection) {
+    connection.Execute("DROP TABLE IF EXISTS ONCE");
+    connection.Execute("CREATE TABLE ONCE (T VARCHAR(20))");
+}
+
+/// A connection whose failing statements are decided about.
+struct Decided {
+    Decided(const MariaDbServer& server, const QString& way, quint16 port, ErrorAction action) {
+        MariaDbServer through = server;
+        through.Parts[1] = QString::number(port);
+        through.Set(connection, way);
+        errors.Action = action;
+        errors.AskOperator = [this](const ErrorEntry& error) {
+            asked.append(error.message);
+            return ErrorAnswer::Abort;
+        };
+        connection.Errors = &errors;
+        connection.OpenConnection();
+    }
+    QStringList asked;
+    ovErrors errors;
+    ovConnection connection;
+};
+
+} // namespace
+
+void TestMariaDbConnection::AnswerIsLost_data() {
+    QTest::addColumn<QString>("way");
+    QTest::addColumn<ErrorAction>("action");
+    for (const char* way : {"client", "ODBC"}) {
+        QTest::addRow("%s, retried", way) << way << ErrorAction::Retry;
+        QTest::addRow("%s, asked", way) << way << ErrorAction::Ask;
+    }
+}
+
+/// The server has carried the statement out, and the connection falls before it says so.
+void TestMariaDbConnection::AnswerIsLost() {
+    QFETCH(QString, way);
+    QFETCH(ErrorAction, action);
+    const auto own = m_server.Open();
+    MakeOnce(*own);
+    CutLine line(m_server.Parts[0], m_server.Parts[1].toInt());
+    Decided decided(m_server, way, line.Port, action);
+    line.CutAt("unica");
+    const auto error = ErrorOf<SqlError>([&] { decided.connection.Execute("INSERT INTO ONCE (T) VALUES ('unica')"); });
+    QVERIFY(error);
+    QVERIFY2(error->Message().contains(Doubt), qPrintable(error->Message()));
+    const QStringList asked = action == ErrorAction::Ask ? QStringList(error->Message()) : QStringList();
+    QCOMPARE(decided.asked, asked);
+    QCOMPARE(own->ExecuteCommand("SELECT COUNT(*) FROM ONCE"), 1);
+    decided.errors.Action = ErrorAction::Retry; // reading again does no harm
+    line.CutAt("SELECT COUNT");
+    QCOMPARE(decided.connection.ExecuteCommand("SELECT COUNT(*) FROM ONCE"), 1);
+}
+
+/// In a transaction it is known what became of a statement, but for the last one.
+void TestMariaDbConnection::AnswerToCommitIsLost() {
+    QFETCH(QString, way);
+    const auto own = m_server.Open();
+    MakeOnce(*own);
+    CutLine line(m_server.Parts[0], m_server.Parts[1].toInt());
+    Decided decided(m_server, way, line.Port, ErrorAction::Abort);
+    const auto cut = [&](const char* words) {
+        line.CutAt(words);
+        const auto error = ErrorOf<SqlError>([&] {
+            decided.connection.BeginTrans();
+            decided.connection.Execute("INSERT INTO ONCE (T) VALUES ('unica')");
+            decided.connection.CommitTrans();
+        });
+        decided.connection.RollbackTrans();
+        return error ? error->Message() : QString();
+    };
+    const QString inside = cut("unica");
+    QVERIFY2(inside.contains("caduta") && !inside.contains(Doubt), qPrintable(inside));
+    QCOMPARE(own->ExecuteCommand("SELECT COUNT(*) FROM ONCE"), 0);
+    const QString atEnd = cut("COMMIT");
+    QVERIFY2(atEnd.contains(Doubt), qPrintable(atEnd));
+    QCOMPARE(own->ExecuteCommand("SELECT COUNT(*) FROM ONCE"), 1);
+}
+
+/// A connection that fell while nothing was asked of it is opened again: the statement cannot have been carried out.
+void TestMariaDbConnection::EndedInBetween() {
+    QFETCH(QString, way);
+    const auto own = m_server.Open();
+    MakeOnce(*own);
+    Decided decided(m_server, way, static_cast<quint16>(m_server.Parts[1].toInt()), ErrorAction::Retry);
+    own->Execute(QStringLiteral("KILL %1").arg(decided.connection.ExecuteCommand("SELECT CONNECTION_ID()")));
+    QTest::qSleep(200);
+    QCOMPARE(decided.connection.Execute("INSERT INTO ONCE (T) VALUES ('unica')"), 1);
+    QCOMPARE(own->ExecuteCommand("SELECT COUNT(*) FROM ONCE"), 1);
 }
 
 void TestMariaDbConnection::Interruption() {
