@@ -3,6 +3,7 @@
 #include "sql/mySqlCatalog.h"
 #include "sql/mySqlShape.h"
 
+#include <QScopeGuard>
 #include <QVersionNumber>
 
 namespace {
@@ -69,18 +70,16 @@ OdbcPrepared::Result OdbcPrepared::Query(const QString& statement) {
 
 std::optional<qint64> OdbcPrepared::Run(const QString& statement) {
     const StatementShape source = ShapeOf(statement);
-    const auto kept = source.isCommon ? Take(source) : nullptr;
+    const auto kept = source.isCommon && !mySqlShape::IsQuery(source) ? Take(source) : nullptr;
     if (kept == nullptr) {
         return std::nullopt;
     }
+    const auto close = qScopeGuard([&kept] { kept->statement.Close(); });
     kept->statement.Run(source.values, statement);
-    const qint64 rows =
-        kept->identity == Identity::Returned ? ReadIdentity(kept->statement) : kept->statement.RowsChanged();
     if (kept->identity == Identity::MustBeAsked) {
         ForgetLastInsertId();
     }
-    kept->statement.Close();
-    return rows;
+    return kept->identity == Identity::Returned ? ReadIdentity(kept->statement) : kept->statement.RowsChanged();
 }
 
 /// The first row's is the one that the server would tell.
@@ -104,15 +103,30 @@ std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Prepare(const StatementShape& 
         return PreparedQuery(source, text);
     }
     const QString table = mySqlShape::InsertedTable(source);
-    const QString identity = table.isEmpty() ? QString() : m_identityColumn(table);
-    if (!identity.isEmpty() && m_canReturn) {
+    const std::optional<QString> column = table.isEmpty() ? QString() : FindIdentity(table, source);
+    if (column && column->isEmpty()) {
+        return Prepared(source, text, Identity::None);
+    }
+    if (column && m_canReturn) {
         // Asked for afterwards, the value would take a statement of its own.
         if (auto kept =
-                Prepared(source, text + QStringLiteral(" RETURNING ") + MySqlName(identity), Identity::Returned)) {
+                Prepared(source, text + QStringLiteral(" RETURNING ") + MySqlName(*column), Identity::Returned)) {
             return kept;
         }
     }
-    return Prepared(source, text, identity.isEmpty() ? Identity::None : Identity::MustBeAsked);
+    return Prepared(source, text, Identity::MustBeAsked);
+}
+
+/// What the server does not tell is left to the INSERT itself, whose error is the one to be told.
+std::optional<QString> OdbcPrepared::FindIdentity(const QString& table, const StatementShape& source) {
+    try {
+        return m_identityColumn(table);
+    } catch (const SqlError& error) {
+        if (m_connection->Lost()) {
+            throw SqlError(QString::fromUtf8(source.text), error.EngineMessage(), error.EngineCode());
+        }
+        return std::nullopt;
+    }
 }
 
 std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::PreparedQuery(const StatementShape& source, const QString& text) {

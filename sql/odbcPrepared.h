@@ -45,6 +45,7 @@ private:
         bool isCut = false; ///< gives no more rows than the driver is to hold
     };
 
+    std::optional<QString> FindIdentity(const QString& table, const StatementShape& source);
     std::shared_ptr<Kept> Take(const StatementShape& source);
     std::shared_ptr<Kept> Prepare(const StatementShape& source);
     std::shared_ptr<Kept> Prepared(const StatementShape& source, const QString& text, Identity identity);

@@ -179,6 +179,9 @@ void TestMariaDb::FailingStatements_data() {
     QTest::newRow("no table") << "SELECT * FROM NO_SUCH_TABLE"
                               << "1146"
                               << "NO_SUCH_TABLE";
+    QTest::newRow("no table to write into") << "INSERT INTO NO_SUCH_TABLE (N) VALUES (1)"
+                                            << "1146"
+                                            << "NO_SUCH_TABLE";
     QTest::newRow("no column") << "SELECT NOCOL FROM NUMBERS"
                                << "1054"
                                << "NOCOL";

@@ -171,6 +171,7 @@ void TestPreparedText::Identities() {
     QVERIFY(connection.ExecuteWC("INSERT INTO NUMBERED (T) VALUES ('e')").Eof());
     QCOMPARE(connection.ExecuteCommand("SELECT MAX(ID) FROM NUMBERED"), connection.LastInsertId());
     QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERED"), 5);
+    QCOMPARE(connection.Execute("SELECT COUNT(*) FROM NUMBERED"), 0); // gives rows, and changes none
 }
 
 /// The server is not left with more prepared statements than are kept, and each shape still does what it says.
