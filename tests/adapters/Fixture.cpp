@@ -5,6 +5,9 @@
 #include "examples/DbfWriter.h"
 #include "sources/fileSource.h"
 #include "sql/mod_ovTools.h"
+#include "tests/support/embedded.h"
+#include "tests/support/files.h"
+#include "tests/support/procedures.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -17,18 +20,6 @@ const contract::Origin& Entry();
 namespace {
 
 const QString SourceDatabase = QStringLiteral("quadrix_source");
-
-QString ReadFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-void WriteFile(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        throw ImportError("Non si può scrivere " + path);
-    }
-}
 
 /// A copy is as old as it was on 2 January 2024: its time is part of what attachments tell.
 void CopyFile(const QString& from, const QString& to) {
@@ -102,7 +93,7 @@ Fixture::Fixture(const QString& folder, const contract::Origin& origin, TestTarg
     };
 }
 
-QString Fixture::Read(const QString& name) const { return ReadFile(m_folder + '/' + name); }
+QString Fixture::Read(const QString& name) const { return QString::fromUtf8(ReadFile(m_folder + '/' + name)); }
 
 void Fixture::MakeSource() {
     if (const QString script = Read("source.sql"); !script.isEmpty()) {
@@ -147,7 +138,7 @@ void Fixture::CopyFiles(const QString& to) const {
 }
 
 void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
-    QStringList lines = ReadFile(from).split('\n', Qt::SkipEmptyParts);
+    QStringList lines = QString::fromUtf8(ReadFile(from)).split('\n', Qt::SkipEmptyParts);
     QVector<examples::Column> columns;
     QList<QByteArray> names;
     for (const QString& text : lines.takeFirst().split('|')) {
@@ -215,12 +206,7 @@ void Fixture::Answer(const QString& line) {
 
 void Fixture::Call(const QString& line) {
     const QStringList words = line.split(' ', Qt::SkipEmptyParts);
-    const auto procedure = std::find_if(m_origin.procedures.begin(), m_origin.procedures.end(),
-                                        [&](const contract::Procedure& one) { return one.name == words.first(); });
-    if (procedure == m_origin.procedures.end()) {
-        throw ImportError(m_origin.module + " non ha la procedura " + words.first());
-    }
-    procedure->run(m_target.Get(), ListOf(words, "code").value(0), words.contains("reset"));
+    RunProcedure(m_target.Get(), m_origin, words.first(), ListOf(words, "code").value(0), words.contains("reset"));
 }
 
 void Fixture::RunLine(const QString& line) {

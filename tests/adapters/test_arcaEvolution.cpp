@@ -3,6 +3,7 @@
 #include "adapters/modImport_ArcaEvolution.h"
 #include "core/qdxProduction_sheets.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -13,19 +14,18 @@ class TestArcaEvolution : public QObject {
 
 private slots:
     void ibans_data() {
-        QTest::addColumn<QString>("iban");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("Italian") << "IT60X0542811101000000123456" << true;
-        QTest::newRow("German") << "DE89370400440532013000" << true;
-        QTest::newRow("British, with letters in the account") << "GB82WEST12345698765432" << true;
-        QTest::newRow("one digit changed") << "IT60X0542811101000000123457" << false;
-        QTest::newRow("two digits exchanged") << "IT60X0542811101000000124356" << false;
-        QTest::newRow("Italian, one short") << "IT60X054281110100000012345" << false;
-        QTest::newRow("blank inside") << "IT60 X0542811101000000123456" << false;
-        QTest::newRow("lower case") << "it60x0542811101000000123456" << false;
-        QTest::newRow("country alone") << "DE89" << false;
-        QTest::newRow("no country") << "60X0542811101000000123456IT" << false;
-        QTest::newRow("empty") << "" << false;
+        Columns<QString, bool>("iban", "valid");
+        Row("Italian", "IT60X0542811101000000123456", true);
+        Row("German", "DE89370400440532013000", true);
+        Row("British, with letters in the account", "GB82WEST12345698765432", true);
+        Row("one digit changed", "IT60X0542811101000000123457", false);
+        Row("two digits exchanged", "IT60X0542811101000000124356", false);
+        Row("Italian, one short", "IT60X054281110100000012345", false);
+        Row("blank inside", "IT60 X0542811101000000123456", false);
+        Row("lower case", "it60x0542811101000000123456", false);
+        Row("country alone", "DE89", false);
+        Row("no country", "60X0542811101000000123456IT", false);
+        Row("empty", "", false);
     }
     void ibans() {
         QFETCH(const QString, iban);
@@ -33,12 +33,9 @@ private slots:
     }
 
     void streets_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("rest");
-        QTest::addColumn<QString>("number");
+        Columns<QString, QString, QString, QString>("text", "first", "rest", "number");
         const auto row = [](const char* text, const char* first, const char* rest, const char* number) {
-            QTest::newRow(text) << QString(text) << QString(first) << QString(rest) << QString(number);
+            Row(text, QString(text), QString(first), QString(rest), QString(number));
         };
         row("Via Roma, 12/A", "Via Roma", "", "12/A");
         row("Via Roma, angolo via Verdi, snc", "Via Roma, angolo via Verdi", "", "snc");

@@ -1,6 +1,7 @@
 #include "adapters/contract/Bill.h"
 #include "adapters/contract/billCycles.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -70,26 +71,16 @@ class TestBillCycles : public QObject {
 
 private slots:
     void findsPaths_data() {
-        QTest::addColumn<QString>("links");
-        QTest::addColumn<QString>("paths");
-        QTest::newRow("nothing") << ""
-                                 << "";
-        QTest::newRow("a tree with a shared part") << "1>2 1>3 2>4 3>4 4>5"
-                                                   << "";
-        QTest::newRow("itself") << "7>7"
-                                << "7>7";
-        QTest::newRow("two, entered from outside") << "1>2 2>3 3>2"
-                                                   << "2>3>2";
-        QTest::newRow("lowest first") << "9>4 4>6 6>9"
-                                      << "4>6>9>4";
-        QTest::newRow("the same part twice") << "1>2 1>2 2>1 2>1"
-                                             << "1>2>1";
-        QTest::newRow("shortest way") << "1>2 2>3 3>1 2>1"
-                                      << "1>2>1 3>1>2>3";
-        QTest::newRow("one behind a closed one") << "1>2 2>1 1>3 3>2"
-                                                 << "1>2>1 3>2>1>3";
-        QTest::newRow("two apart") << "1>2 2>1 2>5 5>6 6>5"
-                                   << "1>2>1 5>6>5";
+        Columns<QString, QString>("links", "paths");
+        Row("nothing", "", "");
+        Row("a tree with a shared part", "1>2 1>3 2>4 3>4 4>5", "");
+        Row("itself", "7>7", "7>7");
+        Row("two, entered from outside", "1>2 2>3 3>2", "2>3>2");
+        Row("lowest first", "9>4 4>6 6>9", "4>6>9>4");
+        Row("the same part twice", "1>2 1>2 2>1 2>1", "1>2>1");
+        Row("shortest way", "1>2 2>3 3>1 2>1", "1>2>1 3>1>2>3");
+        Row("one behind a closed one", "1>2 2>1 1>3 3>2", "1>2>1 3>2>1>3");
+        Row("two apart", "1>2 2>1 2>5 5>6 6>5", "1>2>1 5>6>5");
     }
     void findsPaths() {
         QFETCH(const QString, links);

@@ -1,5 +1,6 @@
 #include "tests/adapters/Fixture.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include "core/Schema.h"
 
@@ -72,14 +73,13 @@ private slots:
     }
 
     void Fixtures_data() {
-        QTest::addColumn<QString>("module");
-        QTest::addColumn<TestTarget::On>("engine");
+        Columns<QString, TestTarget::On>("module", "engine");
         const std::vector<std::pair<QString, TestTarget::On>> engines{{"", TestTarget::On::Embedded},
                                                                       {" on MariaDB", TestTarget::On::MariaDbAgain},
                                                                       {" over ODBC", TestTarget::On::OdbcAgain}};
         for (const auto& [name, engine] : engines) {
             for (const QString& module : FixtureOrigins().keys()) {
-                QTest::newRow(qPrintable(module + name)) << module << engine;
+                Row(qPrintable(module + name), module, engine);
             }
         }
     }

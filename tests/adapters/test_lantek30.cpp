@@ -1,5 +1,9 @@
 #include "adapters/registry.h"
+#include "tests/support/embedded.h"
+#include "tests/support/files.h"
+#include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QDir>
@@ -18,14 +22,12 @@ public:
         Session& session = Target.Get();
         QDir(Target.Folder.path()).mkpath("old");
         QDir(Target.Folder.path()).mkpath("new");
-        QFile settings(Target.Folder.filePath("Quadrix.ini"));
-        (void)settings.open(QIODevice::WriteOnly);
-        settings.write(QString("[IMPORT]\r\nOld_CAM_Database=old.db\r\nCAM_Database=new.db\r\nOld_CAM_Path=%1\r\n"
-                               "CAM_Path=%2\r\n")
-                           .arg(Target.Folder.filePath("old"), Target.Folder.filePath("new"))
-                           .toLatin1());
-        settings.close();
-        session.Config.SetConfigFile(settings.fileName());
+        for (const auto& [key, value] : {std::pair{"Old_CAM_Database", QString("old.db")},
+                                         {"CAM_Database", "new.db"},
+                                         {"Old_CAM_Path", Target.Folder.filePath("old")},
+                                         {"CAM_Path", Target.Folder.filePath("new")}}) {
+            session.Config.SetAppConfig("IMPORT", key, value);
+        }
         Make(Old, "old.db",
              "CREATE TABLE PPRR_PPRR_00000100 (RecID INTEGER PRIMARY KEY, PrdRef TEXT, PrdName TEXT, DIS_PClass INT, "
              "DIS_IsRemnant INT, DIS_CamQuan NUMERIC, OldOnly TEXT);" +
@@ -37,22 +39,9 @@ public:
         session.Errors.Action = ErrorAction::Ignore;
     }
 
-    void Run(const QString& procedure) {
-        for (const contract::Procedure& each : registry::Find("Lantek Expert 30")->procedures) {
-            if (each.name == procedure) {
-                each.run(Target.Get(), {}, false);
-            }
-        }
-    }
-    void File(const QString& path, const QByteArray& content) {
-        QFile file(Target.Folder.filePath(path));
-        (void)file.open(QIODevice::WriteOnly);
-        file.write(content);
-    }
-    QByteArray Content(const QString& path) {
-        QFile file(Target.Folder.filePath(path));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    void Run(const QString& procedure) { RunProcedure(Target.Get(), *registry::Find("Lantek Expert 30"), procedure); }
+    void File(const QString& path, const QByteArray& content) { WriteFile(Target.Folder.filePath(path), content); }
+    QByteArray Content(const QString& path) { return ReadFile(Target.Folder.filePath(path)); }
     QStringList Rows(const QString& query) {
         QStringList rows;
         for (Recordset found = New.ExecuteWC(query); !found.Eof(); found.MoveNext()) {
@@ -67,10 +56,7 @@ public:
 
 private:
     void Make(ovConnection& database, const QString& file, const QString& script) {
-        database.Embedded = true;
-        database.DatabaseName = Target.Folder.filePath(file);
-        database.OpenConnection();
-        database.ExecuteScript(script);
+        OpenEmbedded(database, Target.Folder.filePath(file)).ExecuteScript(script);
     }
 };
 
@@ -136,12 +122,10 @@ private slots:
 
     /// All three tables or none; a trial empties nothing.
     void emptying_data() {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<bool>("trial");
-        QTest::addColumn<qint64>("left");
-        QTest::newRow("emptied") << "" << false << qint64(0);
-        QTest::newRow("a trial") << "" << true << qint64(2);
-        QTest::newRow("the last table is missing") << "DROP TABLE DIS_SHPR_PPTT_00000200" << false << qint64(2);
+        Columns<QString, bool, qint64>("before", "trial", "left");
+        Row("emptied", "", false, qint64(0));
+        Row("a trial", "", true, qint64(2));
+        Row("the last table is missing", "DROP TABLE DIS_SHPR_PPTT_00000200", false, qint64(2));
     }
     void emptying() {
         QFETCH(const QString, before);

@@ -22,44 +22,6 @@ private slots:
             QVERIFY2(QString::fromUtf8(file.readAll()) == page.value(), qPrintable(page.key()));
         }
     }
-
-    /// A module of two origins; a procedure behind two buttons; what a mapping tells is not told again.
-    void PageOfAModule() {
-        static const Mapping mapping{
-            "TAB_IVA", "aliquote", {{"CDIVA", "codice", rules::Code()}, {"IVALI", "perc", rules::AsRead()}}};
-        const Needs needs{{&mapping},
-                          {{"aliquote", {"codice", "tipo"}}, {"ditta", {"nome"}}, {"ditta", {"nome", "via"}}},
-                          {{"TAB_IVA", {"IVALI"}}}};
-        Origin first{"Prova", "modImport_Prova", {"CSV", {}}, {}, Shown::Keep, {}};
-        first.buttons[static_cast<size_t>(Button::Art)].caption = "Importa IVA";
-        first.procedures = {{Button::Art, "ImportIva", {}, needs}, {Button::Doc, "ImportIva", {}, needs}};
-        Origin second = first;
-        second.name = "Prova SQL";
-        second.source.kind = "SQL Server";
-        second.procedures = {{std::nullopt, "ImportAltro", {}, {}}};
-        const Origin announced{"Altro", "modImport_Altro", {"CSV", {}}, {}, Shown::Keep, {}};
-
-        const auto pages = mappingPages::Pages({&first, &announced, &second});
-        QCOMPARE(pages.keys(), (QStringList{"README.md", "modImport_Prova.md"}));
-        QVERIFY(pages["README.md"].endsWith(
-            "| [modImport_Prova](modImport_Prova.md) | Prova (CSV), Prova SQL (SQL Server) |\n"));
-        const QString page = pages["modImport_Prova.md"];
-        QCOMPARE(page.section("\n\n", 2), QString("Origins: Prova (CSV), Prova SQL (SQL Server)\n\n"
-                                                  "## ImportIva\n\n"
-                                                  "Buttons: Prova: `art` \"Importa IVA\", Prova: `doc`\n\n"
-                                                  "### TAB_IVA from aliquote\n\n"
-                                                  "| Target | Source | Rule |\n"
-                                                  "|---|---|---|\n"
-                                                  "| `CDIVA` | `codice` | code assigned to the row |\n"
-                                                  "| `IVALI` | `perc` | as read |\n\n"
-                                                  "### Read from the source, beyond the mappings\n\n"
-                                                  "| Table | Columns |\n"
-                                                  "|---|---|\n"
-                                                  "| `aliquote` | `tipo` |\n"
-                                                  "| `ditta` | `nome`, `via` |\n\n"
-                                                  "## ImportAltro\n\n"
-                                                  "Buttons: Prova SQL: no button, by its name\n"));
-    }
 };
 
 QUADRIX_TEST(TestMappings)

@@ -2,6 +2,7 @@
 #include "sql/mod_ovTools.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -38,9 +39,7 @@ private slots:
     void cleanupTestCase() { m_target.reset(); }
 
     void converts_data() {
-        QTest::addColumn<Rule>("rule");
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QString>("result");
+        Columns<Rule, QString, QString>("rule", "row", "result");
         TextRows();
         NumberRows();
         CodeRows();
@@ -54,13 +53,12 @@ private slots:
 
     /// Values that cannot be carried over name themselves.
     void refuses_data() {
-        QTest::addColumn<Rule>("rule");
-        QTest::addColumn<QString>("row");
-        QTest::newRow("RoundedTo") << RoundedTo(2) << "'dieci' A";
-        QTest::newRow("RoundedTo, two points") << RoundedTo(2) << "'1.000.000' A";
-        QTest::newRow("FirstNotZero, behind a zero") << FirstNotZero() << "0 A, 'dieci' B";
-        QTest::newRow("MarkUp") << MarkUp() << "'dieci' A, 1 B";
-        QTest::newRow("LeadingNumber") << LeadingNumber() << "'circa 10' A";
+        Columns<Rule, QString>("rule", "row");
+        Row("RoundedTo", RoundedTo(2), "'dieci' A");
+        Row("RoundedTo, two points", RoundedTo(2), "'1.000.000' A");
+        Row("FirstNotZero, behind a zero", FirstNotZero(), "0 A, 'dieci' B");
+        Row("MarkUp", MarkUp(), "'dieci' A, 1 B");
+        Row("LeadingNumber", LeadingNumber(), "'circa 10' A");
     }
     void refuses() {
         QFETCH(const Rule, rule);
@@ -89,22 +87,12 @@ private slots:
         QCOMPARE(m_target->Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBOLD = ''"), QString("0"));
     }
 
-    /// The mapping pages tell the rules apart.
-    void wordsRules() {
-        QCOMPARE(CustomerOnly(NotBlank(First(35))).text,
-                 QString("first 35 characters; only when not blank; customers only"));
-        QCOMPARE(Choice({{"P", "PF"}}, "CM").text, QString("\"PF\" for \"P\", else \"CM\""));
-        QCOMPARE(Or(Translated("t", "c"), "EUR").text, Translated("t", "c").text + "; \"EUR\" when there is none");
-    }
-
     void rounds_data() {
-        QTest::addColumn<double>("number");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<double>("rounded");
-        QTest::newRow("a half held below itself") << 1.005 << 2 << 1.01;
-        QTest::newRow("away from zero") << -2.5 << 0 << -3.0;
-        QTest::newRow("less than a half") << 1.00499 << 2 << 1.0;
-        QTest::newRow("large") << 123456789.125 << 2 << 123456789.13;
+        Columns<double, int, double>("number", "decimals", "rounded");
+        Row("a half held below itself", 1.005, 2, 1.01);
+        Row("away from zero", -2.5, 0, -3.0);
+        Row("less than a half", 1.00499, 2, 1.0);
+        Row("large", 123456789.125, 2, 123456789.13);
     }
     void rounds() {
         QFETCH(const double, number);
@@ -122,126 +110,78 @@ private:
     }
 
     static void TextRows() {
-        QTest::newRow("Text, trimmed") << Text() << "'  x y ' A"
-                                       << "x y";
-        QTest::newRow("Text, joined without blank ones") << Text() << "'Uno' A, NULL B, ' Tre ' C"
-                                                         << "Uno Tre";
-        QTest::newRow("Text, a number is not written with an exponent") << Text() << "1e15 A"
-                                                                        << "1000000000000000";
-        QTest::newRow("First, of the joined text") << First(5) << "'Uno' A, 'Due' B"
-                                                   << "Uno D";
-        QTest::newRow("From") << From(4) << "'abcdef' A"
-                              << "def";
-        QTest::newRow("From, behind the end") << From(9) << "'abc' A"
-                                              << "";
-        QTest::newRow("FirstUpper, cut then trimmed") << FirstUpper(4) << "'via x' A"
-                                                      << "VIA";
-        QTest::newRow("Part, trimmed then cut") << Part(4, 3) << "'abc  12345' A"
-                                                << "123";
-        QTest::newRow("Digits") << Digits(5) << "'3069' A"
-                                << "03069";
-        QTest::newRow("Digits, longer") << Digits(3) << "'12345' A"
-                                        << "12345";
-        QTest::newRow("Digits, of a number") << ThreeDigits() << "7 A"
-                                             << "007";
-        QTest::newRow("Digits, not whole") << ThreeDigits() << "'1.5' A"
-                                           << "1.5";
-        QTest::newRow("Digits, negative") << ThreeDigits() << "'-1' A"
-                                          << "-1";
-        QTest::newRow("Digits, no number") << ThreeDigits() << "'EST' A"
-                                           << "EST";
-        QTest::newRow("WithoutBlanks") << WithoutBlanks() << "'IT60 X030 6905' A"
-                                       << "IT60X0306905";
-        QTest::newRow("CodeAndText") << CodeAndText(9) << "'Vite' A"
-                                     << "K1 - Vite";
-        QTest::newRow("CodeAndText, cut") << CodeAndText(6) << "'Vite' A"
-                                          << "K1 - V";
-        QTest::newRow("UpperOr, cut") << UpperOr(2, "NR") << "'kgx' A"
-                                      << "KG";
-        QTest::newRow("UpperOr, blank") << UpperOr(2, "NR") << "' ' A"
-                                        << "NR";
-        QTest::newRow("Choice") << Choice({{"P", "PF"}, {"S", "SL"}}, "CM") << "'s' A"
-                                << "SL";
-        QTest::newRow("Choice, else") << Choice({{"P", "PF"}}, "CM") << "NULL A"
-                                      << "CM";
+        Row("Text, trimmed", Text(), "'  x y ' A", "x y");
+        Row("Text, joined without blank ones", Text(), "'Uno' A, NULL B, ' Tre ' C", "Uno Tre");
+        Row("Text, a number is not written with an exponent", Text(), "1e15 A", "1000000000000000");
+        Row("First, of the joined text", First(5), "'Uno' A, 'Due' B", "Uno D");
+        Row("From", From(4), "'abcdef' A", "def");
+        Row("From, behind the end", From(9), "'abc' A", "");
+        Row("FirstUpper, cut then trimmed", FirstUpper(4), "'via x' A", "VIA");
+        Row("Part, trimmed then cut", Part(4, 3), "'abc  12345' A", "123");
+        Row("Digits", Digits(5), "'3069' A", "03069");
+        Row("Digits, longer", Digits(3), "'12345' A", "12345");
+        Row("Digits, of a number", ThreeDigits(), "7 A", "007");
+        Row("Digits, not whole", ThreeDigits(), "'1.5' A", "1.5");
+        Row("Digits, negative", ThreeDigits(), "'-1' A", "-1");
+        Row("Digits, no number", ThreeDigits(), "'EST' A", "EST");
+        Row("WithoutBlanks", WithoutBlanks(), "'IT60 X030 6905' A", "IT60X0306905");
+        Row("CodeAndText", CodeAndText(9), "'Vite' A", "K1 - Vite");
+        Row("CodeAndText, cut", CodeAndText(6), "'Vite' A", "K1 - V");
+        Row("UpperOr, cut", UpperOr(2, "NR"), "'kgx' A", "KG");
+        Row("UpperOr, blank", UpperOr(2, "NR"), "' ' A", "NR");
+        Row("Choice", Choice({{"P", "PF"}, {"S", "SL"}}, "CM"), "'s' A", "SL");
+        Row("Choice, else", Choice({{"P", "PF"}}, "CM"), "NULL A", "CM");
     }
 
     static void NumberRows() {
-        QTest::newRow("RoundedTo, comma") << RoundedTo(2) << "'12,345' A"
-                                          << "12.35";
-        QTest::newRow("RoundedTo, blank") << RoundedTo(2) << "'' A" << Null;
-        QTest::newRow("FirstNotZero") << FirstNotZero() << "0 A, NULL B, 3.5 C"
-                                      << "3.5";
-        QTest::newRow("FirstNotZero, none") << FirstNotZero() << "'' A, 0 B"
-                                            << "0";
-        QTest::newRow("MarkUp") << MarkUp() << "100 A, 0 B, 80 C"
-                                << "25";
-        QTest::newRow("MarkUp, without a cost") << MarkUp() << "100 A, 0 B"
-                                                << "0";
-        QTest::newRow("MarkUp, rounded") << MarkUp() << "10 A, 3 B"
-                                         << "233.33";
-        QTest::newRow("LeadingNumber") << LeadingNumber() << "'10+5' A"
-                                       << "10";
-        QTest::newRow("LeadingNumber, one point") << LeadingNumber() << "'1.5.2' A"
-                                                  << "1.5";
-        QTest::newRow("LeadingNumber, blank") << LeadingNumber() << "NULL A" << LeftOut;
+        Row("RoundedTo, comma", RoundedTo(2), "'12,345' A", "12.35");
+        Row("RoundedTo, blank", RoundedTo(2), "'' A", Null);
+        Row("FirstNotZero", FirstNotZero(), "0 A, NULL B, 3.5 C", "3.5");
+        Row("FirstNotZero, none", FirstNotZero(), "'' A, 0 B", "0");
+        Row("MarkUp", MarkUp(), "100 A, 0 B, 80 C", "25");
+        Row("MarkUp, without a cost", MarkUp(), "100 A, 0 B", "0");
+        Row("MarkUp, rounded", MarkUp(), "10 A, 3 B", "233.33");
+        Row("LeadingNumber", LeadingNumber(), "'10+5' A", "10");
+        Row("LeadingNumber, one point", LeadingNumber(), "'1.5.2' A", "1.5");
+        Row("LeadingNumber, blank", LeadingNumber(), "NULL A", LeftOut);
     }
 
     static void CodeRows() {
         const QString table = QStringLiteral("tab");
         const QString field = QStringLiteral("col");
-        QTest::newRow("Translated") << Translated(table, field) << "' a ' A"
-                                    << "X1";
-        QTest::newRow("Translated, still empty") << Translated(table, field) << "'b' A" << LeftOut;
-        QTest::newRow("Translated, missing") << Translated(table, field) << "'q' A" << LeftOut;
-        QTest::newRow("TranslatedOr, blank") << TranslatedOr(table, field, "022") << "NULL A"
-                                             << "022";
-        QTest::newRow("TranslatedOr, missing") << TranslatedOr(table, field, "022") << "'q' A" << LeftOut;
-        QTest::newRow("TranslatedOrUpper, missing") << TranslatedOrUpper(table, field, "NR") << "'kg' A"
-                                                    << "KG";
-        QTest::newRow("TranslatedOrUpper, blank") << TranslatedOrUpper(table, field, "NR") << "'' A"
-                                                  << "NR";
-        QTest::newRow("Or, missing") << Or(Translated(table, field), "EUR") << "'q' A"
-                                     << "EUR";
-        QTest::newRow("Or, there") << Or(Translated(table, field), "EUR") << "'a' A"
-                                   << "X1";
-        QTest::newRow("Or, blank") << Or(Text(), "EUR") << "' ' A"
-                                   << "EUR";
-        QTest::newRow("ExemptVat, rate zero") << ExemptVat(table, field) << "'n4' A"
-                                              << "N4";
-        QTest::newRow("ExemptVat, ordinary rate") << ExemptVat(table, field) << "'ord' A" << LeftOut;
-        QTest::newRow("ExemptVat, not in TAB_IVA") << ExemptVat(table, field) << "'zz' A" << LeftOut;
-        QTest::newRow("Country, translated") << Country(table, field) << "'D' A"
-                                             << "DEU";
-        QTest::newRow("Country, blank") << Country(table, field) << "NULL A"
-                                        << "ITA";
-        QTest::newRow("Country, Italy") << Country(table, field) << "'Italia' A"
-                                        << "ITA";
-        QTest::newRow("Country, three letters") << Country(table, field) << "'fra' A"
-                                                << "FRA";
-        QTest::newRow("Country, two letters") << Country(table, field) << "'FR' A" << LeftOut;
-        QTest::newRow("LookedUp") << LookedUp("CON_TRO", "COFGE", "CDCON") << "'F7' A"
-                                  << "000007";
-        QTest::newRow("LookedUp, none") << LookedUp("CON_TRO", "COFGE", "CDCON") << "'F8' A" << LeftOut;
-        QTest::newRow("LookedUp, blank") << LookedUp("CON_TRO", "COCGE", "CDCON") << "'' A" << LeftOut;
+        Row("Translated", Translated(table, field), "' a ' A", "X1");
+        Row("Translated, still empty", Translated(table, field), "'b' A", LeftOut);
+        Row("Translated, missing", Translated(table, field), "'q' A", LeftOut);
+        Row("TranslatedOr, blank", TranslatedOr(table, field, "022"), "NULL A", "022");
+        Row("TranslatedOr, missing", TranslatedOr(table, field, "022"), "'q' A", LeftOut);
+        Row("TranslatedOrUpper, missing", TranslatedOrUpper(table, field, "NR"), "'kg' A", "KG");
+        Row("TranslatedOrUpper, blank", TranslatedOrUpper(table, field, "NR"), "'' A", "NR");
+        Row("Or, missing", Or(Translated(table, field), "EUR"), "'q' A", "EUR");
+        Row("Or, there", Or(Translated(table, field), "EUR"), "'a' A", "X1");
+        Row("Or, blank", Or(Text(), "EUR"), "' ' A", "EUR");
+        Row("ExemptVat, rate zero", ExemptVat(table, field), "'n4' A", "N4");
+        Row("ExemptVat, ordinary rate", ExemptVat(table, field), "'ord' A", LeftOut);
+        Row("ExemptVat, not in TAB_IVA", ExemptVat(table, field), "'zz' A", LeftOut);
+        Row("Country, translated", Country(table, field), "'D' A", "DEU");
+        Row("Country, blank", Country(table, field), "NULL A", "ITA");
+        Row("Country, Italy", Country(table, field), "'Italia' A", "ITA");
+        Row("Country, three letters", Country(table, field), "'fra' A", "FRA");
+        Row("Country, two letters", Country(table, field), "'FR' A", LeftOut);
+        Row("LookedUp", LookedUp("CON_TRO", "COFGE", "CDCON"), "'F7' A", "000007");
+        Row("LookedUp, none", LookedUp("CON_TRO", "COFGE", "CDCON"), "'F8' A", LeftOut);
+        Row("LookedUp, blank", LookedUp("CON_TRO", "COCGE", "CDCON"), "'' A", LeftOut);
     }
 
     static void ConditionRows() {
-        QTest::newRow("NotBlank") << NotBlank(First(1)) << "'ab' A"
-                                  << "a";
-        QTest::newRow("NotBlank, blank") << NotBlank(First(1)) << "' ' A" << LeftOut;
-        QTest::newRow("WhenNotBlank") << WhenNotBlank("OTHER", Text()) << "'x' A, 'y' OTHER"
-                                      << "x";
-        QTest::newRow("WhenNotBlank, blank") << WhenNotBlank("OTHER", Text()) << "'x' A, '' OTHER" << LeftOut;
-        QTest::newRow("CustomerOnly") << CustomerOnly(Text()) << "'x' A"
-                                      << "x";
-        QTest::newRow("SupplierOnly") << SupplierOnly(Text()) << "'x' A" << LeftOut;
-        QTest::newRow("IsSupplier") << IsSupplier() << "'x' A"
-                                    << "False";
-        QTest::newRow("Is, any case") << Is("s") << "'S' A"
-                                      << "True";
-        QTest::newRow("Is, blank") << Is("S") << "NULL A"
-                                   << "False";
+        Row("NotBlank", NotBlank(First(1)), "'ab' A", "a");
+        Row("NotBlank, blank", NotBlank(First(1)), "' ' A", LeftOut);
+        Row("WhenNotBlank", WhenNotBlank("OTHER", Text()), "'x' A, 'y' OTHER", "x");
+        Row("WhenNotBlank, blank", WhenNotBlank("OTHER", Text()), "'x' A, '' OTHER", LeftOut);
+        Row("CustomerOnly", CustomerOnly(Text()), "'x' A", "x");
+        Row("SupplierOnly", SupplierOnly(Text()), "'x' A", LeftOut);
+        Row("IsSupplier", IsSupplier(), "'x' A", "False");
+        Row("Is, any case", Is("s"), "'S' A", "True");
+        Row("Is, blank", Is("S"), "NULL A", "False");
         for (const char* set : {"'s'", "'Y'", "'t'", "'true'", "1", "-1"}) {
             QTest::addRow("Flag, %s", set) << Flag() << QString(set) + " A"
                                            << "True";
@@ -250,12 +190,9 @@ private:
             QTest::addRow("Flag, %s", clear) << Flag() << QString(clear) + " A"
                                              << "False";
         }
-        QTest::newRow("Today") << Today() << "'x' A"
-                               << "2024-03-05";
-        QTest::newRow("MomentOrNow, blank") << MomentOrNow() << "'' A"
-                                            << "2024-03-05 10:20:30";
-        QTest::newRow("MomentOrNow") << MomentOrNow() << "'20200101 08:00:00' A"
-                                     << "20200101 08:00:00";
+        Row("Today", Today(), "'x' A", "2024-03-05");
+        Row("MomentOrNow, blank", MomentOrNow(), "'' A", "2024-03-05 10:20:30");
+        Row("MomentOrNow", MomentOrNow(), "'20200101 08:00:00' A", "20200101 08:00:00");
     }
 
     std::unique_ptr<TestTarget> m_target;

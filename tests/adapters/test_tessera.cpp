@@ -1,17 +1,11 @@
 #include "adapters/registry.h"
+#include "tests/support/embedded.h"
+#include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
-
-/// What the triggers of the production orders see of the import of customer orders.
-class TestTessera : public QObject {
-    Q_OBJECT
-
-private slots:
-    void SwitchesTheTriggersOfProductionOrders_data();
-    void SwitchesTheTriggersOfProductionOrders();
-};
 
 namespace {
 
@@ -52,50 +46,48 @@ void WatchTables(TestTarget& target) {
 
 } // namespace
 
-void TestTessera::SwitchesTheTriggersOfProductionOrders_data() {
-    QTest::addColumn<bool>("fails");
-    QTest::newRow("to the end") << false;
-    QTest::newRow("after an error") << true;
-}
+/// What the triggers of the production orders see of the import of customer orders.
+class TestTessera : public QObject {
+    Q_OBJECT
 
-void TestTessera::SwitchesTheTriggersOfProductionOrders() {
-    QFETCH(const bool, fails);
-    TestTarget target;
-    target.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000001', 'C1')");
-    target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
-    for (const QString table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
-        target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('SYSTEM_IMPORT')");
+private slots:
+    void SwitchesTheTriggersOfProductionOrders_data() {
+        Columns<bool>("fails");
+        Row("to the end", false);
+        Row("after an error", true);
     }
-    WatchTables(target);
-    Session& session = target.Get();
-    session.Config.SetConfigFile(target.Folder.filePath("Quadrix.ini"));
-    session.Source = std::make_unique<ovConnection>();
-    session.Source->Errors = &session.Errors;
-    session.Source->Embedded = true;
-    session.Source->DatabaseName = ":memory:";
-    session.Source->OpenConnection();
-    session.Source->ExecuteScript(Source);
-    if (fails) {
-        session.Source->Execute("UPDATE OrdProF SET Qta = 'uno'");
+    void SwitchesTheTriggersOfProductionOrders() {
+        QFETCH(const bool, fails);
+        TestTarget target;
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000001', 'C1')");
+        target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
+        for (const QString table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
+            target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('SYSTEM_IMPORT')");
+        }
+        WatchTables(target);
+        Session& session = target.Get();
+        session.Source = std::make_unique<ovConnection>();
+        session.Source->Errors = &session.Errors;
+        OpenEmbedded(*session.Source).ExecuteScript(Source);
+        if (fails) {
+            session.Source->Execute("UPDATE OrdProF SET Qta = 'uno'");
+        }
+        const RunResult& result = RunProcedure(session, *registry::Find("Tessera"), "ImportOrdCliTessera", {}, true);
+        QCOMPARE(result.outcome, fails ? RunResult::Outcome::Failed : RunResult::Outcome::Done);
+        // The reset is not seen by any; of the rows, components and document rows are not.
+        QStringList seen{"+ORD_PRO", "+ORD_FAS"};
+        if (fails) {
+            seen = {"+ORD_PRO", "-ORD_PRO"};
+        }
+        QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"), seen);
+        target.Execute("DELETE FROM SEEN");
+        for (const QString& table : Tables) {
+            target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('ANNA')");
+        }
+        QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"),
+                 QStringList({"+ORD_COM", "+ORD_FAS", "+ORD_PRO", "+DOC_VER"}));
     }
-    const contract::Origin* origin = registry::Find("Tessera");
-    const auto orders = std::find_if(origin->procedures.begin(), origin->procedures.end(),
-                                     [](const auto& procedure) { return procedure.name == "ImportOrdCliTessera"; });
-    orders->run(session, {}, true);
-    QCOMPARE(session.Results.last().outcome, fails ? RunResult::Outcome::Failed : RunResult::Outcome::Done);
-    // The reset is not seen by any; of the rows, components and document rows are not.
-    QStringList seen{"+ORD_PRO", "+ORD_FAS"};
-    if (fails) {
-        seen = {"+ORD_PRO", "-ORD_PRO"};
-    }
-    QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"), seen);
-    target.Execute("DELETE FROM SEEN");
-    for (const QString& table : Tables) {
-        target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('ANNA')");
-    }
-    QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"),
-             QStringList({"+ORD_COM", "+ORD_FAS", "+ORD_PRO", "+DOC_VER"}));
-}
+};
 
 QUADRIX_TEST(TestTessera)
 #include "test_tessera.moc"

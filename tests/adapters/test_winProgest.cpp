@@ -2,7 +2,9 @@
 #include "adapters/registry.h"
 #include "sources/fileSource.h"
 #include "tests/adapters/Fixture.h"
+#include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -34,14 +36,11 @@ class TestWinProgest : public QObject {
     }
 
     RunResult Run(const QString& name, const std::deque<bool>& answers = {}) {
-        const auto& procedures = WinProgest().procedures;
-        const auto procedure =
-            std::find_if(procedures.begin(), procedures.end(), [&](const auto& one) { return one.name == name; });
         Person().Answers = answers;
         OpenSource();
         Person().Events.clear();
         Person().Messages.clear();
-        procedure->run(Target(), {}, false);
+        RunProcedure(Target(), WinProgest(), name);
         Target().Source.reset();
         return Target().Results.last();
     }
@@ -54,19 +53,13 @@ private slots:
     }
 
     void sources_data() {
-        QTest::addColumn<bool>("files");
-        QTest::addColumn<QString>("database");
+        Columns<bool, QString>("files", "database");
         QTest::addColumn<QString>("expected"); // DSN, server, database and connection string
-        QTest::newRow("folder of tables") << true << "/tmp"
-                                          << "|||Driver={Microsoft Visual FoxPro Driver};Data Source=/tmp";
-        QTest::newRow("no folder") << true << ""
-                                   << "WINPROGEST|||";
-        QTest::newRow("a database, but files are wanted") << true << "PROGEST"
-                                                          << "WINPROGEST|||";
-        QTest::newRow("server") << false << ""
-                                << "|SERVER|WINPROGEST|";
-        QTest::newRow("server, other database") << false << "PROGEST"
-                                                << "|SERVER|PROGEST|";
+        Row("folder of tables", true, "/tmp", "|||Driver={Microsoft Visual FoxPro Driver};Data Source=/tmp");
+        Row("no folder", true, "", "WINPROGEST|||");
+        Row("a database, but files are wanted", true, "PROGEST", "WINPROGEST|||");
+        Row("server", false, "", "|SERVER|WINPROGEST|");
+        Row("server, other database", false, "PROGEST", "|SERVER|PROGEST|");
     }
     void sources() {
         QFETCH(bool, files);
@@ -80,15 +73,9 @@ private slots:
     }
 
     void settingsThatStopAnImport_data() {
-        QTest::addColumn<QString>("procedure");
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("start date") << "ImportDocumentiWinProgest"
-                                    << "DOC_DateStart"
-                                    << "ieri";
-        QTest::newRow("no folder of drawings") << "ImportDisegniWinProgest"
-                                               << "SourcePathAttachArticoli"
-                                               << "";
+        Columns<QString, QString, QString>("procedure", "setting", "value");
+        Row("start date", "ImportDocumentiWinProgest", "DOC_DateStart", "ieri");
+        Row("no folder of drawings", "ImportDisegniWinProgest", "SourcePathAttachArticoli", "");
     }
     void settingsThatStopAnImport() {
         QFETCH(QString, procedure);

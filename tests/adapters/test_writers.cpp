@@ -2,8 +2,10 @@
 #include "adapters/contract/Document.h"
 #include "adapters/contract/PriceList.h"
 #include "adapters/contract/Stock.h"
+#include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -29,25 +31,15 @@ class TestWriters : public QObject {
 private slots:
     /// Nothing is cut, rounded away or written as Null for want of room.
     void rowsRefuseWhatDoesNotFit_data() {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("text") << "CON_TRO"
-                              << "COPRO" << QVariant("TORINO") << "'TORINO' ha 6 caratteri, CON_TRO.COPRO ne tiene 5";
-        QTest::newRow("number") << "CON_TRO"
-                                << "COSC1" << QVariant("dieci") << "'dieci' non è un numero";
-        QTest::newRow("whole number") << "DIS_COM"
-                                      << "DCPOS" << QVariant("1.5") << "'1.5' non è un numero intero";
-        QTest::newRow("whole number, of a source that counts in doubles")
-            << "DIS_COM"
-            << "DCPOS" << QVariant(0.5) << "'0.5' non è un numero intero";
-        QTest::newRow("large") << "DOC_VER"
-                               << "DRNUM" << QVariant("3000000000") << "'3000000000' è un numero troppo grande";
-        QTest::newRow("date") << "CON_TRO"
-                              << "COINV" << QVariant("31/02/2024") << "'31/02/2024' non è una data";
-        QTest::newRow("column") << "CON_TRO"
-                                << "COXXX" << QVariant(1) << "la colonna 'CON_TRO.COXXX' non è nello schema";
+        Columns<QString, QString, QVariant, QString>("table", "column", "value", "message");
+        Row("text", "CON_TRO", "COPRO", QVariant("TORINO"), "'TORINO' ha 6 caratteri, CON_TRO.COPRO ne tiene 5");
+        Row("number", "CON_TRO", "COSC1", QVariant("dieci"), "'dieci' non è un numero");
+        Row("whole number", "DIS_COM", "DCPOS", QVariant("1.5"), "'1.5' non è un numero intero");
+        Row("whole number, of a source that counts in doubles", "DIS_COM", "DCPOS", QVariant(0.5),
+            "'0.5' non è un numero intero");
+        Row("large", "DOC_VER", "DRNUM", QVariant("3000000000"), "'3000000000' è un numero troppo grande");
+        Row("date", "CON_TRO", "COINV", QVariant("31/02/2024"), "'31/02/2024' non è una data");
+        Row("column", "CON_TRO", "COXXX", QVariant(1), "la colonna 'CON_TRO.COXXX' non è nello schema");
     }
     void rowsRefuseWhatDoesNotFit() {
         QFETCH(const QString, table);
@@ -74,17 +66,12 @@ private slots:
     }
 
     void numbersCounterparties_data() {
-        QTest::addColumn<QString>("highest");
-        QTest::addColumn<QString>("next");
-        QTest::newRow("none") << ""
-                              << "000001";
-        QTest::newRow("one") << "000999"
-                             << "001000";
-        QTest::newRow("a code that is no number")
-            << "ZZ9"
-            << "il codice più alto di CON_TRO, 'ZZ9', non è un numero: non se ne può fare un altro";
-        QTest::newRow("the last") << "999999"
-                                  << "i codici a sei cifre di CON_TRO sono esauriti";
+        Columns<QString, QString>("highest", "next");
+        Row("none", "", "000001");
+        Row("one", "000999", "001000");
+        Row("a code that is no number", "ZZ9",
+            "il codice più alto di CON_TRO, 'ZZ9', non è un numero: non se ne può fare un altro");
+        Row("the last", "999999", "i codici a sei cifre di CON_TRO sono esauriti");
     }
     void numbersCounterparties() {
         QFETCH(const QString, highest);
@@ -161,11 +148,9 @@ private slots:
         TestTarget target;
         Session& session = target.Get();
         session.Source = std::make_unique<ovConnection>();
-        session.Source->Embedded = true;
-        session.Source->DatabaseName = ":memory:";
-        session.Source->OpenConnection();
-        session.Source->ExecuteScript("CREATE TABLE clienti (cod VARCHAR(40)); INSERT INTO clienti VALUES "
-                                      "('PRIMO, CON UN CODICE LUNGO'), ('ALTRO')");
+        OpenEmbedded(*session.Source)
+            .ExecuteScript("CREATE TABLE clienti (cod VARCHAR(40)); INSERT INTO clienti VALUES "
+                           "('PRIMO, CON UN CODICE LUNGO'), ('ALTRO')");
         const QString file = session.LogFile + ".inCorso";
         const QString kept = file + ".kept";
         const auto run = [&](const QString& copyAt) {
@@ -196,11 +181,11 @@ private slots:
 
     void valuesDocumentRows_data() {
         QTest::addColumn<QList<double>>("numbers"); // quantity, price, discounts
-        QTest::addColumn<double>("amount");
-        QTest::newRow("half a cent") << QList<double>{3, 1.005, 0, 0, 0} << 3.02;
-        QTest::newRow("discounts, one on the other") << QList<double>{2, 100, 10, 10, 50} << 81.0;
-        QTest::newRow("a return") << QList<double>{-2, 10.333, 0, 0, 0} << -20.67;
-        QTest::newRow("given away") << QList<double>{2, 100, 100, 0, 0} << 0.0;
+        Columns<double>("amount");
+        Row("half a cent", QList<double>{3, 1.005, 0, 0, 0}, 3.02);
+        Row("discounts, one on the other", QList<double>{2, 100, 10, 10, 50}, 81.0);
+        Row("a return", QList<double>{-2, 10.333, 0, 0, 0}, -20.67);
+        Row("given away", QList<double>{2, 100, 100, 0, 0}, 0.0);
     }
     void valuesDocumentRows() {
         QFETCH(const QList<double>, numbers);

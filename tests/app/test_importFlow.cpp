@@ -4,6 +4,7 @@
 #include "app/importFlow.h"
 #include "core/modImport.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -68,327 +69,245 @@ class TestImportFlow : public QObject {
     Q_OBJECT
 
 private slots:
-    void mapsErrorModes();
-    void asksInOrder();
-    void stopsAtEachNo_data();
-    void stopsAtEachNo();
-    void refusesAnIncompleteChoice_data();
-    void refusesAnIncompleteChoice();
-    void tellsCompaniesOfOneNameApart();
-    void takesTheCompany();
-    void asksBeforeDeletingAllCounterparties();
-    void runsWithoutQuestionsWhenAnswered();
-    void runsProceduresInOrder();
-    void stopsAfterAFailureOrCancel_data();
-    void stopsAfterAFailureOrCancel();
-    void closesTheSourceAfterAnException();
-    void tellsThatASourceCannotBeOpened();
-    void leavesTheSourceAloneWhenNotNeeded();
-    void namesAButtonWithoutProcedure();
-    void runsAProcedureByItsName();
-    void forgetsTranslationsOfTheLastPress();
-    void takesATrialBack();
-    void wordsConfirmations_data();
-    void wordsConfirmations();
-};
-
-void TestImportFlow::mapsErrorModes() {
-    QCOMPARE(ErrorModes().size(), 4);
-    QCOMPARE(ErrorModes()[0], QString("Gestiti dall'utente"));
-    QVector<int> actions;
-    for (int position = 0; position < 4; ++position) {
-        actions.append(static_cast<int>(ErrorModeAction(position)));
+    void asksInOrder() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        target.Person.Answers = {true, true};
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
+        QCOMPARE(target.Person.Events, QStringList({"? Importare le controparti? = si", "? " + Reset + " = si"}));
+        QCOMPARE(target.Person.Questions[1].style, Question::Plain);
+        QCOMPARE(fake.Calls, QStringList{"ImportUno reset"});
+        QVERIFY(!target.Get().Source);
+        QCOMPARE(fake.Prepared, 1);
     }
-    QCOMPARE(actions, QVector<int>({3, 1, 0, 2}));
-}
 
-void TestImportFlow::asksInOrder() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    target.Person.Answers = {true, true};
-    QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
-    QCOMPARE(target.Person.Events, QStringList({"? Importare le controparti? = si", "? " + Reset + " = si"}));
-    QCOMPARE(target.Person.Questions[1].style, Question::Plain);
-    QCOMPARE(fake.Calls, QStringList{"ImportUno reset"});
-    QVERIFY(!target.Get().Source);
-    QCOMPARE(fake.Prepared, 1);
-}
+    void stopsAtEachNo_data() {
+        Columns<bool, bool, int>("confirmed", "givesUp", "prepared");
+        Row("confirmation", false, false, 0);
+        Row("opening of the source", true, true, 1);
+    }
+    void stopsAtEachNo() {
+        QFETCH(bool, confirmed);
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        fake.GiveUp = QTest::currentDataTag() == QByteArray("opening of the source");
+        target.Person.Answers = {confirmed};
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Declined);
+        QCOMPARE(target.Person.Events.size(), 1);
+        QTEST(fake.Prepared, "prepared");
+        QVERIFY(fake.Calls.isEmpty());
+        QVERIFY(!target.Get().Source);
+    }
 
-void TestImportFlow::stopsAtEachNo_data() {
-    QTest::addColumn<bool>("confirmed");
-    QTest::addColumn<bool>("givesUp");
-    QTest::addColumn<int>("prepared");
-    QTest::newRow("confirmation") << false << false << 0;
-    QTest::newRow("opening of the source") << true << true << 1;
-}
+    void tellsCompaniesOfOneNameApart() {
+        TestTarget target;
+        target.AddCompany("A01", "Altra");
+        target.Execute("UPDATE SYS_AZI SET AZRAS = 'Prova Uno S.r.l.' WHERE CDAZI = 'A01'");
+        FakeOrigin fake;
+        Choice choice = Request(fake).choice;
+        for (const char* code : {"X01", "a01"}) {
+            choice.companyCode = code;
+            QVERIFY(CheckData(target.Get(), choice));
+            QCOMPARE(target.Get().UserManager.Azienda(), QString(code).toUpper());
+        }
+        choice.companyCode = "Z99";
+        QVERIFY(!CheckData(target.Get(), choice));
+        QCOMPARE(CheckData(target.Get(), {"Altra l'Una", {}, &fake.Origin, ErrorAction::Abort}), false);
+        QVERIFY(target.Person.Reported.isEmpty());
+    }
 
-void TestImportFlow::stopsAtEachNo() {
-    QFETCH(bool, confirmed);
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    fake.GiveUp = QTest::currentDataTag() == QByteArray("opening of the source");
-    target.Person.Answers = {confirmed};
-    QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Declined);
-    QCOMPARE(target.Person.Events.size(), 1);
-    QTEST(fake.Prepared, "prepared");
-    QVERIFY(fake.Calls.isEmpty());
-    QVERIFY(!target.Get().Source);
-}
-
-void TestImportFlow::refusesAnIncompleteChoice_data() {
-    QTest::addColumn<QString>("company");
-    QTest::addColumn<bool>("hasOrigin");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no company") << "" << true << "Selezionare l'azienda sul quale operare!";
-    QTest::newRow("nothing") << "" << false << "Selezionare l'azienda sul quale operare!";
-    QTest::newRow("no origin") << "Prova Uno S.r.l." << false << "Selezionare l'origine dei dati!";
-    QTest::newRow("unknown company") << "Altra l'Una" << true
-                                     << "Si è verificato un errore imprevisto sull'azienda selezionata!";
-}
-
-void TestImportFlow::refusesAnIncompleteChoice() {
-    QFETCH(QString, company);
-    QFETCH(bool, hasOrigin);
-    QFETCH(QString, message);
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    ImportRequest request = Request(fake);
-    request.choice.company = company;
-    request.choice.origin = hasOrigin ? request.choice.origin : nullptr;
-    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Refused);
-    QCOMPARE(target.Person.Events, QStringList{"[!] " + message});
-    QVERIFY(fake.Calls.isEmpty());
-}
-
-void TestImportFlow::tellsCompaniesOfOneNameApart() {
-    TestTarget target;
-    target.AddCompany("A01", "Altra");
-    target.Execute("UPDATE SYS_AZI SET AZRAS = 'Prova Uno S.r.l.' WHERE CDAZI = 'A01'");
-    FakeOrigin fake;
-    Choice choice = Request(fake).choice;
-    for (const char* code : {"X01", "a01"}) {
-        choice.companyCode = code;
+    void takesTheCompany() {
+        TestTarget target;
+        target.Choose("ZZZ");
+        FakeOrigin fake;
+        Choice choice = Request(fake).choice;
+        choice.errors = ErrorAction::Ignore;
         QVERIFY(CheckData(target.Get(), choice));
-        QCOMPARE(target.Get().UserManager.Azienda(), QString(code).toUpper());
+        QCOMPARE(target.Get().Config.Azienda, QString("X01"));
+        QCOMPARE(target.Db().GetFullTableName("CON_TRO"), QString("X01_CON_TRO"));
+        QCOMPARE(target.Get().UserManager.DataElaborazione, QDate(2024, 3, 5));
+        QCOMPARE(target.Get().Errors.Action, ErrorAction::Ignore);
     }
-    choice.companyCode = "Z99";
-    QVERIFY(!CheckData(target.Get(), choice));
-}
 
-void TestImportFlow::takesTheCompany() {
-    TestTarget target;
-    target.Choose("ZZZ");
-    FakeOrigin fake;
-    Choice choice = Request(fake).choice;
-    choice.errors = ErrorAction::Ignore;
-    QVERIFY(CheckData(target.Get(), choice));
-    QCOMPARE(target.Get().Config.Azienda, QString("X01"));
-    QCOMPARE(target.Db().GetFullTableName("CON_TRO"), QString("X01_CON_TRO"));
-    QCOMPARE(target.Get().UserManager.DataElaborazione, QDate(2024, 3, 5));
-    QCOMPARE(target.Get().Errors.Action, ErrorAction::Ignore);
-}
+    void asksBeforeDeletingAllCounterparties() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Origin.deletesAllCounterparties = true;
+        fake.Add(Button::Cli, "ImportUno");
+        fake.Add(Button::Art, "ImportDue");
+        target.Person.Otherwise = true;
+        RunImport(target.Get(), Request(fake));
+        RunImport(target.Get(), Request(fake, Button::Art));
+        QCOMPARE(target.Person.Questions[1].question, QString("Cancellare tutte le controparti prima di importarle?"));
+        QCOMPARE(target.Person.Questions[1].style, Question::ExclamationNo);
+        QCOMPARE(target.Person.Questions[3].question, Reset);
+    }
 
-void TestImportFlow::asksBeforeDeletingAllCounterparties() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Origin.deletesAllCounterparties = true;
-    fake.Add(Button::Cli, "ImportUno");
-    fake.Add(Button::Art, "ImportDue");
-    target.Person.Otherwise = true;
-    RunImport(target.Get(), Request(fake));
-    RunImport(target.Get(), Request(fake, Button::Art));
-    QCOMPARE(target.Person.Questions[1].question, QString("Cancellare tutte le controparti prima di importarle?"));
-    QCOMPARE(target.Person.Questions[1].style, Question::ExclamationNo);
-    QCOMPARE(target.Person.Questions[3].question, Reset);
-}
+    void runsWithoutQuestionsWhenAnswered() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        ImportRequest request = Request(fake);
+        request.confirmed = true;
+        request.reset = false;
+        request.singleCode = "C1";
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
+        QVERIFY(target.Person.Events.isEmpty());
+        QCOMPARE(fake.Calls, QStringList{"ImportUno C1"});
+    }
 
-void TestImportFlow::runsWithoutQuestionsWhenAnswered() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    ImportRequest request = Request(fake);
-    request.confirmed = true;
-    request.reset = false;
-    request.singleCode = "C1";
-    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
-    QVERIFY(target.Person.Events.isEmpty());
-    QCOMPARE(fake.Calls, QStringList{"ImportUno C1"});
-}
+    void runsProceduresInOrder() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        fake.Add(Button::Art, "ImportAltro");
+        fake.Add(Button::Cli, "ImportDue").asksReset = false;
+        target.Person.Otherwise = true;
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
+        QCOMPARE(fake.Calls, QStringList({"ImportUno reset", "ImportDue"}));
+        fake.Calls.clear();
+        ImportRequest named = Request(fake);
+        named.procedure = "importaltro";
+        QCOMPARE(RunImport(target.Get(), named), FlowOutcome::Done);
+        QCOMPARE(fake.Calls, QStringList{"ImportAltro reset"});
+        QCOMPARE(fake.Prepared, 2);
+    }
 
-void TestImportFlow::runsProceduresInOrder() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    fake.Add(Button::Art, "ImportAltro");
-    fake.Add(Button::Cli, "ImportDue").asksReset = false;
-    target.Person.Otherwise = true;
-    QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
-    QCOMPARE(fake.Calls, QStringList({"ImportUno reset", "ImportDue"}));
-    fake.Calls.clear();
-    ImportRequest named = Request(fake);
-    named.procedure = "importaltro";
-    QCOMPARE(RunImport(target.Get(), named), FlowOutcome::Done);
-    QCOMPARE(fake.Calls, QStringList{"ImportAltro reset"});
-    fake.Prepared = 1;
-    QCOMPARE(fake.Prepared, 1);
-}
+    void stopsAfterAFailureOrCancel_data() {
+        Columns<RunResult::Outcome, FlowOutcome, int>("outcome", "flow", "calls");
+        Row("done", RunResult::Outcome::Done, FlowOutcome::Done, 2);
+        Row("failed", RunResult::Outcome::Failed, FlowOutcome::Failed, 1);
+        Row("cancelled", RunResult::Outcome::Cancelled, FlowOutcome::Cancelled, 1);
+    }
+    void stopsAfterAFailureOrCancel() {
+        QFETCH(RunResult::Outcome, outcome);
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        fake.Add(Button::Cli, "ImportDue");
+        fake.Work = [outcome](Session& session, const QString&) { End(session, outcome); };
+        target.Person.Answers = {true, false};
+        End(target.Get(), RunResult::Outcome::Failed); // of an earlier press
+        QTEST(RunImport(target.Get(), Request(fake)), "flow");
+        QTEST(static_cast<int>(fake.Calls.size()), "calls");
+        QVERIFY(!target.Get().Source);
+    }
 
-void TestImportFlow::stopsAfterAFailureOrCancel_data() {
-    QTest::addColumn<RunResult::Outcome>("outcome");
-    QTest::addColumn<FlowOutcome>("flow");
-    QTest::addColumn<int>("calls");
-    QTest::newRow("done") << RunResult::Outcome::Done << FlowOutcome::Done << 2;
-    QTest::newRow("failed") << RunResult::Outcome::Failed << FlowOutcome::Failed << 1;
-    QTest::newRow("cancelled") << RunResult::Outcome::Cancelled << FlowOutcome::Cancelled << 1;
-}
+    void closesTheSourceAfterAnException() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        fake.Work = [](Session&, const QString&) { throw ImportError("di troppo"); };
+        target.Person.Otherwise = true;
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
+        QVERIFY(!target.Get().Source);
+        QCOMPARE(target.Person.Reported.size(), 1);
+        QCOMPARE(target.Person.Reported[0].module + '.' + target.Person.Reported[0].procedure,
+                 QString("frmImport.cmdImportCli_Click"));
+    }
 
-void TestImportFlow::stopsAfterAFailureOrCancel() {
-    QFETCH(RunResult::Outcome, outcome);
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    fake.Add(Button::Cli, "ImportDue");
-    fake.Work = [outcome](Session& session, const QString&) { End(session, outcome); };
-    target.Person.Answers = {true, false};
-    End(target.Get(), RunResult::Outcome::Failed); // of an earlier press
-    QTEST(RunImport(target.Get(), Request(fake)), "flow");
-    QTEST(static_cast<int>(fake.Calls.size()), "calls");
-    QVERIFY(!target.Get().Source);
-}
+    void tellsThatASourceCannotBeOpened() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        fake.Database = target.Folder.filePath("no/such/folder.db");
+        target.Person.Answers = {true};
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
+        QCOMPARE(target.Person.Reported.size(), 1);
+        QCOMPARE(target.Person.Reported[0].procedure, QString("ConnectSource"));
+        QCOMPARE(target.Person.Messages.last().text, QString("Impossibile connettersi a Prova!"));
+        QCOMPARE(target.Person.Messages.last().icon, Icon::Exclamation);
+        QVERIFY(!target.Get().Source);
+        QVERIFY(!target.Person.IsBusy());
+    }
 
-void TestImportFlow::closesTheSourceAfterAnException() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    fake.Work = [](Session&, const QString&) { throw ImportError("di troppo"); };
-    target.Person.Otherwise = true;
-    QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
-    QVERIFY(!target.Get().Source);
-    QCOMPARE(target.Person.Reported.size(), 1);
-    QCOMPARE(target.Person.Reported[0].module + '.' + target.Person.Reported[0].procedure,
-             QString("frmImport.cmdImportCli_Click"));
-}
+    void namesAButtonWithoutProcedure() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Origin.buttons[static_cast<size_t>(Button::Saldi)].caption = "Importa Promozioni";
+        QCOMPARE(RunImport(target.Get(), Request(fake, Button::Saldi)), FlowOutcome::Unavailable);
+        QVERIFY(target.Person.Messages.last().text.contains("Prova"));
+        QVERIFY(target.Person.Messages.last().text.contains("\"Importa Promozioni\""));
+    }
 
-void TestImportFlow::tellsThatASourceCannotBeOpened() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    fake.Database = target.Folder.filePath("no/such/folder.db");
-    target.Person.Answers = {true};
-    QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
-    QCOMPARE(target.Person.Reported.size(), 1);
-    QCOMPARE(target.Person.Reported[0].procedure, QString("ConnectSource"));
-    QCOMPARE(target.Person.Messages.last().text, QString("Impossibile connettersi a Prova!"));
-    QCOMPARE(target.Person.Messages.last().icon, Icon::Exclamation);
-    QVERIFY(!target.Get().Source);
-    QVERIFY(!target.Person.IsBusy());
-}
+    void runsAProcedureByItsName() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Origin.deletesAllCounterparties = true; // asked of its button alone
+        fake.Add(Button::Cli, "ImportUno");
+        fake.Add(std::nullopt, "ImportListini");
+        target.Person.Answers = {true, false};
+        ImportRequest request = Request(fake);
+        request.procedure = "importlistini";
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
+        QCOMPARE(fake.Calls, QStringList{"ImportListini"});
+        QCOMPARE(target.Person.Events, QStringList({"? Eseguire \"importlistini\"? = si", "? " + Reset + " = no"}));
+        request.procedure = "ImportAltro";
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Unavailable);
+        QCOMPARE(target.Person.Messages.last().text,
+                 QString("Prova: la procedura \"ImportAltro\" non è disponibile in questa versione!"));
+        QVERIFY(ProceduresOf(fake.Origin, Button::Disegni).empty());
+    }
 
-void TestImportFlow::leavesTheSourceAloneWhenNotNeeded() {
-    TestTarget target;
-    FakeOrigin fake;
-    contract::Procedure& procedure = fake.Add(Button::Disegni, "Fusione");
-    procedure.opensSource = false;
-    procedure.asksReset = false;
-    procedure.confirmation = "Fondere le Controparti di due Aziende?";
-    target.Person.Answers = {true};
-    QCOMPARE(RunImport(target.Get(), Request(fake, Button::Disegni)), FlowOutcome::Done);
-    QCOMPARE(target.Person.Events, QStringList{"? Fondere le Controparti di due Aziende? = si"});
-    QCOMPARE(fake.Calls, QStringList{"Fusione closed"});
-}
+    void forgetsTranslationsOfTheLastPress() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        QStringList found;
+        fake.Work = [&found](Session& session, const QString&) {
+            found.append(modImport::GetNewCode(session, "anagrafe", "pag", "RB30", false));
+        };
+        target.Person.Otherwise = false;
+        target.Person.AnswerTo["Importare le controparti?"] = true;
+        target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', 'RB30', 'R1')");
+        RunImport(target.Get(), Request(fake));
+        target.Execute("UPDATE SYS_IMP SET TBNEW = 'R2'");
+        RunImport(target.Get(), Request(fake));
+        QCOMPARE(found, QStringList({"R1", "R2"}));
+    }
 
-void TestImportFlow::namesAButtonWithoutProcedure() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Origin.buttons[static_cast<size_t>(Button::Saldi)].caption = "Importa Promozioni";
-    QCOMPARE(RunImport(target.Get(), Request(fake, Button::Saldi)), FlowOutcome::Unavailable);
-    QVERIFY(target.Person.Messages.last().text.contains("Prova"));
-    QVERIFY(target.Person.Messages.last().text.contains("\"Importa Promozioni\""));
-}
+    void takesATrialBack() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
+        QStringList seen;
+        fake.Work = [&](Session& session, const QString&) {
+            session.Quadrix.Execute("TRUNCATE TABLE X01_CON_TRO");
+            session.Quadrix.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000002')");
+            seen = target.Rows("SELECT CDCON FROM X01_CON_TRO");
+        };
+        ImportRequest request = Request(fake);
+        request.dryRun = true;
+        target.Person.Otherwise = true;
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
+        QCOMPARE(seen, QStringList{"000002"});
+        QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList{"000001"});
+        fake.Work = [](Session& session, const QString&) {
+            session.Quadrix.Execute("DELETE X01_CON_TRO");
+            throw ImportError("di troppo");
+        };
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Failed);
+        QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList{"000001"});
+        target.Execute("DELETE X01_CON_TRO"); // no transaction is left open
+        QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList());
+    }
 
-void TestImportFlow::forgetsTranslationsOfTheLastPress() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    QStringList found;
-    fake.Work = [&found](Session& session, const QString&) {
-        found.append(modImport::GetNewCode(session, "anagrafe", "pag", "RB30", false));
-    };
-    target.Person.Otherwise = false;
-    target.Person.AnswerTo["Importare le controparti?"] = true;
-    target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', 'RB30', 'R1')");
-    RunImport(target.Get(), Request(fake));
-    target.Execute("UPDATE SYS_IMP SET TBNEW = 'R2'");
-    RunImport(target.Get(), Request(fake));
-    QCOMPARE(found, QStringList({"R1", "R2"}));
-}
-
-void TestImportFlow::runsAProcedureByItsName() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Origin.deletesAllCounterparties = true; // asked of its button alone
-    fake.Add(Button::Cli, "ImportUno");
-    fake.Add(std::nullopt, "ImportListini");
-    target.Person.Answers = {true, false};
-    ImportRequest request = Request(fake);
-    request.procedure = "importlistini";
-    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
-    QCOMPARE(fake.Calls, QStringList{"ImportListini"});
-    QCOMPARE(target.Person.Events, QStringList({"? Eseguire \"importlistini\"? = si", "? " + Reset + " = no"}));
-    request.procedure = "ImportAltro";
-    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Unavailable);
-    QCOMPARE(target.Person.Messages.last().text,
-             QString("Prova: la procedura \"ImportAltro\" non è disponibile in questa versione!"));
-    QVERIFY(ProceduresOf(fake.Origin, Button::Disegni).empty());
-}
-
-void TestImportFlow::takesATrialBack() {
-    TestTarget target;
-    FakeOrigin fake;
-    fake.Add(Button::Cli, "ImportUno");
-    target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
-    QStringList seen;
-    fake.Work = [&](Session& session, const QString&) {
-        session.Quadrix.Execute("TRUNCATE TABLE X01_CON_TRO");
-        session.Quadrix.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000002')");
-        seen = target.Rows("SELECT CDCON FROM X01_CON_TRO");
-    };
-    ImportRequest request = Request(fake);
-    request.dryRun = true;
-    target.Person.Otherwise = true;
-    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
-    QCOMPARE(seen, QStringList{"000002"});
-    QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList{"000001"});
-    fake.Work = [](Session& session, const QString&) {
-        session.Quadrix.Execute("DELETE X01_CON_TRO");
-        throw ImportError("di troppo");
-    };
-    QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Failed);
-    QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList{"000001"});
-    target.Execute("DELETE X01_CON_TRO"); // no transaction is left open
-    QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList());
-}
-
-void TestImportFlow::wordsConfirmations_data() {
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<QString>("confirmation");
-    QTest::newRow("usual") << ""
-                           << "Importare i saldi di magazzino?";
-    QTest::newRow("own caption") << "Importa Tabelle Generali"
-                                 << "Importare Tabelle Generali?";
-    QTest::newRow("no import") << "Correggi Date Consegna"
-                               << "Eseguire \"Correggi Date Consegna\"?";
-}
-
-void TestImportFlow::wordsConfirmations() {
-    QFETCH(QString, caption);
-    contract::Origin origin;
-    origin.buttons[static_cast<size_t>(Button::Saldi)].caption = caption;
-    QTEST(ConfirmationOf(origin, Button::Saldi), "confirmation");
-}
+    void wordsConfirmations_data() {
+        Columns<QString, QString>("caption", "confirmation");
+        Row("usual", "", "Importare i saldi di magazzino?");
+        Row("own caption", "Importa Tabelle Generali", "Importare Tabelle Generali?");
+        Row("no import", "Correggi Date Consegna", "Eseguire \"Correggi Date Consegna\"?");
+    }
+    void wordsConfirmations() {
+        QFETCH(QString, caption);
+        contract::Origin origin;
+        origin.buttons[static_cast<size_t>(Button::Saldi)].caption = caption;
+        QTEST(ConfirmationOf(origin, Button::Saldi), "confirmation");
+    }
+};
 
 QUADRIX_TEST(TestImportFlow)
 #include "test_importFlow.moc"

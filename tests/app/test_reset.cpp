@@ -1,5 +1,6 @@
 #include "app/reset.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -71,66 +72,33 @@ class TestReset : public QObject {
 
 private slots:
     void ClickingABoxMovesTheOthers_data() {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("clicked");
-        QTest::addColumn<QString>("after");
+        Columns<QString, QString, QString>("before", "clicked", "after");
         const QString allButSystemAndContacts = "Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaArt MagaLam Maga";
-        QTest::newRow("articles take along what refers to them") << ""
-                                                                 << "AnaArt" << allButSystemAndContacts;
-        QTest::newRow("counterparties take documents and, through sales, production")
-            << ""
-            << "AnaCon"
-            << "Rilevamenti OrdProd PrevProd DocVen DocAcq AnaCon";
-        QTest::newRow("sales take production") << ""
-                                               << "DocVen"
-                                               << "Rilevamenti OrdProd PrevProd DocVen";
-        QTest::newRow("production orders") << ""
-                                           << "OrdProd"
-                                           << "Rilevamenti OrdProd PrevProd";
-        QTest::newRow("purchases alone") << ""
-                                         << "DocAcq"
-                                         << "DocAcq";
-        QTest::newRow("bills alone") << ""
-                                     << "DisBas"
-                                     << "DisBas";
-        QTest::newRow("system alone") << ""
-                                      << "SystemTable"
-                                      << "SystemTable";
-        QTest::newRow("kept recordings keep orders, sales and all master data")
-            << "*"
-            << "Rilevamenti"
-            << "SystemTable PrevProd DisBas DocAcq MagaLam Maga";
-        QTest::newRow("kept estimates keep sales and articles, not the orders")
-            << "*"
-            << "PrevProd"
-            << "SystemTable Rilevamenti OrdProd DisBas DocAcq MagaLam Maga";
-        QTest::newRow("kept orders") << "*"
-                                     << "OrdProd"
-                                     << "SystemTable Rilevamenti PrevProd DisBas DocAcq MagaLam Maga";
-        QTest::newRow("kept sales") << "*"
-                                    << "DocVen"
-                                    << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocAcq MagaLam Maga";
-        QTest::newRow("kept purchases keep master data, not sales")
-            << "*"
-            << "DocAcq"
-            << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen MagaLam Maga";
-        QTest::newRow("kept bills keep the articles alone")
-            << "*"
-            << "DisBas"
-            << "SystemTable Rilevamenti OrdProd PrevProd DocVen DocAcq AnaCon MagaLam Maga";
-        QTest::newRow("kept stock") << "*"
-                                    << "Maga"
-                                    << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon MagaLam";
-        QTest::newRow("kept formats") << "*"
-                                      << "MagaLam"
-                                      << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon Maga";
-        QTest::newRow("kept articles change nothing else")
-            << "*"
-            << "AnaArt"
-            << "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon MagaLam Maga";
-        QTest::newRow("recordings cleared behind ticked articles") << allButSystemAndContacts + " AnaCon"
-                                                                   << "Rilevamenti"
-                                                                   << "PrevProd DisBas DocAcq MagaLam Maga";
+        Row("articles take along what refers to them", "", "AnaArt", allButSystemAndContacts);
+        Row("counterparties take documents and, through sales, production", "", "AnaCon",
+            "Rilevamenti OrdProd PrevProd DocVen DocAcq AnaCon");
+        Row("sales take production", "", "DocVen", "Rilevamenti OrdProd PrevProd DocVen");
+        Row("production orders", "", "OrdProd", "Rilevamenti OrdProd PrevProd");
+        Row("purchases alone", "", "DocAcq", "DocAcq");
+        Row("bills alone", "", "DisBas", "DisBas");
+        Row("system alone", "", "SystemTable", "SystemTable");
+        Row("kept recordings keep orders, sales and all master data", "*", "Rilevamenti",
+            "SystemTable PrevProd DisBas DocAcq MagaLam Maga");
+        Row("kept estimates keep sales and articles, not the orders", "*", "PrevProd",
+            "SystemTable Rilevamenti OrdProd DisBas DocAcq MagaLam Maga");
+        Row("kept orders", "*", "OrdProd", "SystemTable Rilevamenti PrevProd DisBas DocAcq MagaLam Maga");
+        Row("kept sales", "*", "DocVen", "SystemTable Rilevamenti OrdProd PrevProd DisBas DocAcq MagaLam Maga");
+        Row("kept purchases keep master data, not sales", "*", "DocAcq",
+            "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen MagaLam Maga");
+        Row("kept bills keep the articles alone", "*", "DisBas",
+            "SystemTable Rilevamenti OrdProd PrevProd DocVen DocAcq AnaCon MagaLam Maga");
+        Row("kept stock", "*", "Maga", "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon MagaLam");
+        Row("kept formats", "*", "MagaLam",
+            "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon Maga");
+        Row("kept articles change nothing else", "*", "AnaArt",
+            "SystemTable Rilevamenti OrdProd PrevProd DisBas DocVen DocAcq AnaCon MagaLam Maga");
+        Row("recordings cleared behind ticked articles", allButSystemAndContacts + " AnaCon", "Rilevamenti",
+            "PrevProd DisBas DocAcq MagaLam Maga");
     }
     void ClickingABoxMovesTheOthers() {
         QFETCH(QString, before);
@@ -147,16 +115,14 @@ private slots:
     }
 
     void DeletesTheTablesOfTheChosenOptions_data() {
-        QTest::addColumn<QString>("chosen");
-        QTest::addColumn<QStringList>("emptied");
-        QTest::newRow("purchases alone delete nothing") << "DocAcq" << QStringList{};
-        QTest::newRow("sales delete purchases too")
-            << "DocVen" << QStringList{"DOC_VER", "DOC_VED", "DOC_VEN", "DOC_ACR", "DOC_ACD", "DOC_ACQ"};
-        QTest::newRow("order of deletion is that of the groups")
-            << "AnaCon MagaLam Rilevamenti"
-            << QStringList{"RIL_TEM", "RIL_PRE", "ART_FMT", "CON_SED", "CON_RIF", "CON_TRO"};
-        QTest::newRow("system") << "SystemTable" << QStringList{"IMA_GES", "SYS_LOG", "SYS_MSG", "SYS_ATT",
-                                                                "SYS_PIT", "SYS_CFG", "SYS_LAY"};
+        Columns<QString, QStringList>("chosen", "emptied");
+        Row("purchases alone delete nothing", "DocAcq", QStringList{});
+        Row("sales delete purchases too", "DocVen",
+            QStringList{"DOC_VER", "DOC_VED", "DOC_VEN", "DOC_ACR", "DOC_ACD", "DOC_ACQ"});
+        Row("order of deletion is that of the groups", "AnaCon MagaLam Rilevamenti",
+            QStringList{"RIL_TEM", "RIL_PRE", "ART_FMT", "CON_SED", "CON_RIF", "CON_TRO"});
+        Row("system", "SystemTable",
+            QStringList{"IMA_GES", "SYS_LOG", "SYS_MSG", "SYS_ATT", "SYS_PIT", "SYS_CFG", "SYS_LAY"});
     }
     void DeletesTheTablesOfTheChosenOptions() {
         QFETCH(QString, chosen);
@@ -205,17 +171,6 @@ private slots:
         QVERIFY(target.Person.Messages.isEmpty());
         QVERIFY(target.Person.Progresses.front().closed);
         QVERIFY(!target.Person.IsBusy());
-    }
-
-    void TheOperatorMustChooseAndAgree() {
-        ScriptedOperator person;
-        QVERIFY(!ConfirmReset(person, {}));
-        QCOMPARE(person.Events, QStringList{"[!] Selezionare almeno un opzione!"});
-        person.Answers = {false, true};
-        QVERIFY(!ConfirmReset(person, Named("Maga")));
-        QVERIFY(ConfirmReset(person, Named("Maga")));
-        QCOMPARE(person.Questions.last().question, QString("Confermi l'eliminazione di tutti i dati selezionati?"));
-        QCOMPARE(person.Questions.last().style, Question::Exclamation);
     }
 };
 

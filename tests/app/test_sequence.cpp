@@ -1,6 +1,9 @@
 #include "app/sequence.h"
 #include "core/modImport.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QRegularExpression>
@@ -19,13 +22,16 @@ const QString EmptyCam = "Attenzione: desideri svuotare anche il database del so
 class FakeInstallation {
 public:
     FakeInstallation() {
-        Target.Get().Config.SetConfigFile(Target.Folder.filePath("Quadrix.ini"));
         WriteIni("[SEQUENCE]\nAzienda=Prova Uno S.r.l.\nLogFile=mig.log\nDateStart=01/02/2020\n"
                  "[ARCA EVOLUTION]\nServername=ARCASRV\nDatabasename=arca.db\nUsername=u1\nPassword=p1\n"
                  "[LANTEK 24]\nServername=LANTEKSRV\nDatabasename=lantek.db\nUsername=u2\n"
                  "[AUTOMA]\nDatabasename=automa.db\n[FERROBRIO]\nDatabasename=ferrobrio.db\n"
                  "[MEXAL]\nDatabasename=mexal.db\n[TESSERA]\nDatabasename=tessera.db\n"
                  "[VISUAL SPACE]\nDatabasename=vs.db\n");
+        for (const char* name : {"automa.db", "ferrobrio.db"}) {
+            WriteFile(Target.Folder.filePath(name), {});
+        }
+        Target.Person.AnswerTo[Empty] = false;
         Add("Arca Evolution", {"ImportContropartiArcaEvolution"});
         Add("Lantek 24", {"ImportDocumentiLantek24", "ImportInventarioLantek24"});
         Add("AUTOMA", {"ImportInventarioAUTOMA"});
@@ -37,11 +43,7 @@ public:
             {"ImportDistinteVSP", "ImportDocVenVSP", "ImportDocAcqVSP", "ImportSaldiVSP", "ImportUbicazioniVSP"});
     }
 
-    void WriteIni(const QString& text) {
-        QFile file(Target.Folder.filePath("Sequence.ini"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(text.toLatin1());
-    }
+    void WriteIni(const QString& text) const { WriteFile(Target.Folder.filePath("Sequence.ini"), text.toLatin1()); }
 
     SequenceSettings Settings() {
         SequenceSettings settings = ReadSequenceSettings(Target.Get());
@@ -86,7 +88,7 @@ private:
                 throw ImportError("server spento");
             }
             source.DatabaseName = Target.Folder.filePath(database);
-            QFile(source.DatabaseName).open(QIODevice::WriteOnly);
+            WriteFile(source.DatabaseName, {});
             return true;
         };
         for (const QString& procedure : procedures) {
@@ -125,364 +127,285 @@ QVector<Outcome> OutcomesOf(const SequenceResult& result) {
     return outcomes;
 }
 
-void MakeDatabase(const FakeInstallation& fake, const QString& name) {
-    ovConnection database;
-    database.Embedded = true;
-    database.DatabaseName = fake.Target.Folder.filePath(name);
-    QFile(database.DatabaseName).open(QIODevice::WriteOnly);
-    database.OpenConnection();
-}
-
 } // namespace
 
 class TestSequence : public QObject {
     Q_OBJECT
 
 private slots:
-    void runsOneSourceAfterTheOther();
-    void empties_data();
-    void empties();
-    void goesOnWithoutASource();
-    void goesOnAfterAFailure();
-    void goesOnWithoutAProcedure();
-    void stopsWhenCancelled();
-    void stopsWithoutItsCompany();
-    void runsTheChosenSteps();
-    void skipsTheStepsOfALostSource();
-    void emptiesAndSwitchesTriggersOnAgain_data();
-    void emptiesAndSwitchesTriggersOnAgain();
-    void putsRightWhatWasImported();
-    void declines();
-    void readsItsSettings_data();
-    void readsItsSettings();
-    void wantsThePassword_data();
-    void wantsThePassword();
+    void runsOneSourceAfterTheOther() {
+        FakeInstallation fake;
+        QStringList selected;
+        SequenceWindow window;
+        window.SelectCompany = [&](const QString& name) { selected.append(name); };
+        window.SelectOrigin = [&](const QString& name) { selected.append(name); };
+        fake.Work = [&](const QString& procedure) {
+            modImport::WriteImportLog(fake.Target.Get(), "Riga di " + procedure, true);
+        };
+        const SequenceResult result = Sequence(fake.Target.Get(), fake.Settings(), window);
+        QCOMPARE(result.outcome, RunResult::Outcome::Done);
+        QCOMPARE(fake.Calls, QStringList({"ImportContropartiArcaEvolution arca.db", "ImportDocumentiLantek24 lantek.db",
+                                          "ImportInventarioAUTOMA automa.db", "ImportInventarioLantek24 lantek.db",
+                                          "ImportSaldiFerrobrio ferrobrio.db"}));
+        QCOMPARE(selected, QStringList({"Prova Uno S.r.l.", "ARCA EVOLUTION", "LANTEK 24", "LANTEK 24"}));
+        // Of each step the log tells where it begins, what its procedure has logged, and how it ended.
+        QCOMPARE(fake.Log().size(), 15);
+        QCOMPARE(
+            fake.Log().mid(0, 3),
+            QStringList({"Inizio Import Controparti Arca", "Riga di ImportContropartiArcaEvolution",
+                         "Import Controparti Arca: completato. Righe lette 10: inserite 10, aggiornate 0, saltate 0, "
+                         "abbandonate 0, non raggiunte 0"}));
+        QCOMPARE(
+            fake.Log().filter(QRegularExpression("^Inizio")),
+            QStringList({"Inizio Import Controparti Arca", "Inizio Documenti da Lantek 24 e Distinte Base / Ord. Prod.",
+                         "Inizio Saldi di Magazzino da AUTOMA", "Inizio Saldi di Magazzino da Lantek 24",
+                         "Inizio Saldi di Magazzino da Ferrobrio"}));
+        QVERIFY(fake.Target.Log().contains("Riga di ImportSaldiFerrobrio"));
+        modImport::WriteImportLog(fake.Target.Get(), "Riga di dopo", false);
+        QVERIFY(!fake.Log().contains("Riga di dopo"));
+        QCOMPARE(fake.Target.Person.Events.first(), QString("progress"));
+        QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
+                 QString("Importazione in corso inizializzazione in corso..."));
+        QCOMPARE(fake.Target.Person.Events.mid(fake.Target.Person.Events.size() - 2),
+                 QStringList({"progress closed", "[i] Importazione terminata correttamente!"}));
+        // The settings keep what the last source wrote.
+        QCOMPARE(fake.Setting("Servername"), QString("LANTEKSRV"));
+        QCOMPARE(fake.Setting("Username"), QString("u2"));
+        QCOMPARE(fake.Setting("Password"), QString());
+        QCOMPARE(fake.Setting("AUTOMA_Databasename"), QString("automa.db"));
+        QVERIFY(!fake.Target.Get().Source);
+    }
+
+    void empties_data() {
+        Columns<bool, bool, int, QString>("company", "cam", "questions", "left");
+        Row("nothing", false, true, 1, "1");
+        Row("the company", true, false, 2, "0");
+        Row("both", true, true, 2, "0");
+    }
+    void empties() {
+        QFETCH(bool, company);
+        QFETCH(bool, cam);
+        FakeInstallation fake;
+        fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
+        fake.Target.Person.AnswerTo = {{Empty, company}, {EmptyCam, cam}};
+        const SequenceResult result = fake.Run();
+        QTEST(fake.Target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), "left");
+        QTEST(static_cast<int>(fake.Target.Person.Questions.size()), "questions");
+        QCOMPARE(fake.Target.Person.Questions[0].style, Question::Exclamation);
+        QCOMPARE(fake.Calls.contains("SvuotaTabelleCam -"), company && cam);
+        QCOMPARE(result.entries.size(), 5 + (company ? 1 : 0) + (company && cam ? 1 : 0));
+        QCOMPARE(result.entries.first().outcome, Outcome::Done);
+    }
+
+    void goesOnWithoutASource() {
+        FakeInstallation fake;
+        fake.Unreachable = {"arca.db"};
+        const SequenceResult result = fake.Run();
+        QCOMPARE(OutcomesOf(result),
+                 QVector<Outcome>({Outcome::NotConnected, Outcome::Done, Outcome::Done, Outcome::Done, Outcome::Done}));
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QVERIFY(fake.Target.Person.Events.contains("reported server spento"));
+        QVERIFY(fake.Target.Person.Events.contains("[!] Impossibile connettersi ad Arca Evolution!"));
+        QCOMPARE(result.entries[0].message, QString("Impossibile connettersi ad Arca Evolution! server spento"));
+        QCOMPARE(fake.Log().mid(0, 3), QStringList({"Inizio Import Controparti Arca", "server spento",
+                                                    "Impossibile connettersi ad Arca Evolution!"}));
+
+        // Without Lantek 24 nothing of it and of AUTOMA is left to import; the message comes once for all its steps.
+        fake.Unreachable = {"lantek.db"};
+        fake.Target.Person.Events.clear();
+        fake.Calls.clear();
+        fake.Run();
+        QCOMPARE(fake.Calls, QStringList("ImportContropartiArcaEvolution arca.db"));
+        QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Lantek 24!"), 1);
+        QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Lantek 24 / AUTOMA!"), 1);
+    }
+
+    void goesOnAfterAFailure() {
+        FakeInstallation fake;
+        fake.Ends["ImportDocumentiLantek24"] = RunResult::Outcome::Failed;
+        const SequenceResult result = fake.Run();
+        QCOMPARE(fake.Calls.size(), 5);
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QCOMPARE(result.entries[1].outcome, Outcome::Failed);
+        QCOMPARE(result.entries[1].message, QString("tabella rotta"));
+        QCOMPARE(fake.Target.Person.Messages.last().icon, Icon::Exclamation);
+        QVERIFY(fake.Target.Person.Messages.last().text.contains("tabella rotta"));
+    }
+
+    void goesOnWithoutAProcedure() {
+        FakeInstallation fake;
+        fake.OriginOf("Mexal").procedures.clear();
+        SequenceSteps steps;
+        steps.SaldiMEX = true;
+        steps.SaldiVSP = true;
+        const SequenceResult result = fake.Run2(steps);
+        QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::Unavailable, Outcome::Done}));
+        QCOMPARE(result.entries[0].message,
+                 QString("modImport_Mexal: la procedura \"ImportSaldiMEX\" non è disponibile in questa versione!"));
+        QVERIFY(fake.Target.Person.Events.contains("[!] " + result.entries[0].message));
+    }
+
+    void stopsWhenCancelled() {
+        FakeInstallation fake;
+        fake.Ends["ImportDocumentiLantek24"] = RunResult::Outcome::Cancelled;
+        const SequenceResult result = fake.Run();
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::Done, Outcome::Cancelled, Outcome::NotReached,
+                                                       Outcome::NotReached, Outcome::NotReached}));
+        const QString told =
+            "Sequenza interrotta: passi eseguiti 1 su 5, a metà di \"Documenti da Lantek 24 e Distinte Base / "
+            "Ord. Prod.\" (righe lette 4 su 10); quanto è stato scritto rimane.";
+        QCOMPARE(fake.Target.Person.Messages.last().text, told);
+        QCOMPARE(fake.Log().last(), told);
+        QVERIFY(!fake.Target.Get().Source);
+    }
+
+    void stopsWithoutItsCompany() {
+        FakeInstallation fake;
+        fake.WriteIni("[SEQUENCE]\nAzienda=Altra\n");
+        const SequenceResult result = fake.Run();
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QVERIFY(fake.Calls.isEmpty());
+        QVERIFY(fake.Target.Person.Questions.isEmpty());
+        QVERIFY(fake.Target.Person.Reported.last().message.contains("'Altra'"));
+        QCOMPARE(fake.Target.Person.Reported.last().procedure, QString("Sequence"));
+    }
+
+    void runsTheChosenSteps() {
+        FakeInstallation fake;
+        SequenceSteps steps;
+        for (const SequenceChoice& choice : SequenceChoices()) {
+            steps.*choice.step = choice.step != &SequenceSteps::DeleteBefore;
+        }
+        const SequenceResult result = fake.Run2(steps);
+        QCOMPARE(result.outcome, RunResult::Outcome::Done);
+        QCOMPARE(fake.Calls, QStringList({"ImportContropartiMEX mexal.db", "ImportDistinteTessera tessera.db",
+                                          "ImportOrdCliTessera tessera.db", "ImportDistinteVSP vs.db",
+                                          "ImportDocumentiMEX mexal.db", "ImportDocVenVSP vs.db",
+                                          "ImportDocAcqVSP vs.db", "ImportSaldiMEX mexal.db", "ImportSaldiVSP vs.db",
+                                          "ImportUbicazioniMEX mexal.db", "ImportUbicazioniVSP vs.db"}));
+        QStringList labels{"[Calcolo records]"};
+        for (const SequenceEntry& entry : result.entries) {
+            labels.append('[' + entry.step + ']');
+        }
+        labels.append("[Fine Importazione]");
+        QCOMPARE(fake.Log().filter(QRegularExpression("^\\[")), labels);
+        QCOMPARE(fake.Setting("DOC_DateStart"), QString("01/02/2020"));
+        QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
+                 QString("Importazione in corso Lancio Sequenza di Importazione..."));
+    }
+
+    void skipsTheStepsOfALostSource() {
+        FakeInstallation fake;
+        fake.Unreachable = {"vs.db"};
+        SequenceSteps steps;
+        steps.DistinteVSP = true;
+        steps.SaldiMEX = true;
+        const SequenceResult result = fake.Run2(steps);
+        QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::NotConnected, Outcome::Done}));
+        QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Visual Sapce!"), 1);
+        QCOMPARE(fake.Target.Person.Events.count("reported server spento"), 1); // not by the counting
+    }
+
+    void emptiesAndSwitchesTriggersOnAgain_data() {
+        Columns<RunResult::Outcome>("end");
+        Row("to the end", RunResult::Outcome::Done);
+        Row("cancelled", RunResult::Outcome::Cancelled);
+        Row("failed", RunResult::Outcome::Failed);
+    }
+    void emptiesAndSwitchesTriggersOnAgain() {
+        QFETCH(RunResult::Outcome, end);
+        FakeInstallation fake;
+        TestTarget& target = fake.Target;
+        target.Execute("CREATE TABLE FIRED (N INTEGER)");
+        target.Execute("CREATE TRIGGER TR_COM AFTER INSERT ON X01_ORD_COM BEGIN INSERT INTO FIRED VALUES (1); END");
+        target.Execute("INSERT INTO X01_CON_SED (CDCON) VALUES ('1')");
+        target.Execute("INSERT INTO X01_DIS_FAS (DLSEQ) VALUES (10)");
+        target.Execute("INSERT INTO GEN_DIS_FAS DEFAULT VALUES");
+        fake.Ends["ImportSaldiMEX"] = end;
+        QString firedWithin;
+        fake.Work = [&](const QString&) {
+            target.Execute("INSERT INTO X01_ORD_COM (OCQTA) VALUES (1)");
+            firedWithin = target.Value("SELECT COUNT(*) FROM FIRED");
+        };
+        SequenceSteps steps;
+        steps.DeleteBefore = true;
+        steps.SaldiMEX = true;
+        const SequenceResult result = fake.Run2(steps);
+        QCOMPARE(result.outcome, end);
+        QCOMPARE(firedWithin, QString("0"));
+        target.Execute("INSERT INTO X01_ORD_COM (OCQTA) VALUES (2)");
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM FIRED"), QString("1"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DIS_FAS"), QString("0"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM GEN_DIS_FAS"), QString("0"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_CON_SED"), QString("1")); // not of the list
+        QVERIFY(fake.Log().contains("[Reset Tabelle]"));
+        QVERIFY(fake.Log().contains("[Reset Tabella GEN_DIS_FAS]"));
+    }
+
+    void putsRightWhatWasImported() {
+        FakeInstallation fake;
+        TestTarget& target = fake.Target;
+        for (const QString statement :
+             {"INSERT INTO X01_DOC_VEN (DTNUM) VALUES (1)", "INSERT INTO X01_DOC_VEN (DTNUM) VALUES (2)",
+              "INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (1, 1)",
+              "INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (9, 2)", "INSERT INTO X01_DOC_ACQ (DTNUM) VALUES (3)",
+              "INSERT INTO X01_DOC_CTR (IDTES) VALUES (7)"}) {
+            target.Execute(statement);
+        }
+        // A top, its part with a bill of its own, two raw parts, one of a class that stays, and one of no bill.
+        for (const QString article : {"TOP", "SEMI", "RAW", "KEEP", "ALONE"}) {
+            target.Execute("INSERT INTO X01_ART_ICO (CDART, ARCLA) VALUES ('" + article + "', 'XX')");
+        }
+        target.Execute("UPDATE X01_ART_ICO SET ARCLA = 'CL' WHERE CDART = 'KEEP'");
+        target.Execute("UPDATE X01_ART_ICO SET ARCLA = NULL WHERE CDART = 'RAW'");
+        target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBREI, DBMAN) VALUES ('TOP', 0, 5, 0)");
+        target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBREI, DBMAN) VALUES ('TOP', 2, 3, 0)");
+        target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBMAN) VALUES ('SEMI', 1, 0)");
+        for (const QString part : {"SEMI", "RAW", "KEEP"}) {
+            target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES ('" + part + "')");
+        }
+        target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES (NULL)");
+        SequenceSteps steps;
+        steps.Query = true;
+        QCOMPARE(fake.Run2(steps).outcome, RunResult::Outcome::Done);
+        QCOMPARE(target.Rows("SELECT DTNUM FROM X01_DOC_VEN"), QStringList("1"));
+        QCOMPARE(target.Rows("SELECT DRNUM FROM X01_DOC_VER"), QStringList("1"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_ACQ"), QString("0"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_CTR"), QString("0"));
+        QCOMPARE(target.Rows("SELECT CDART, ARCLA, ARDBA, ARDRV, ARDRI FROM X01_ART_ICO ORDER BY CDART"),
+                 QStringList({"ALONE|XX|NULL|NULL|NULL", "KEEP|CL|NULL|NULL|NULL", "RAW|CM|NULL|NULL|NULL",
+                              "SEMI|SL|SEMI|1|NULL", "TOP|PF|TOP|2|3"}));
+        QCOMPARE(target.Rows("SELECT DBART, DBMAN FROM X01_DIS_BAS ORDER BY RECORD_ID"),
+                 QStringList({"TOP|true", "TOP|true", "SEMI|false"}));
+    }
+
+    void declines() {
+        FakeInstallation fake;
+        SequenceWindow window;
+        window.LanciaSequenza = [] { return std::optional<SequenceSteps>(); };
+        const SequenceResult result = Sequence2(fake.Target.Get(), fake.Settings(), window);
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QVERIFY(result.entries.isEmpty());
+        QVERIFY(fake.Target.Person.Messages.isEmpty());
+    }
+
+    void readsItsSettings_data() {
+        Columns<QString, QString>("text", "named");
+        Row("no company", "[SEQUENCE]\nScript=1\n", "Azienda");
+        Row("no such script", "[SEQUENCE]\nAzienda=A\nScript=3\n", "Script");
+        Row("no date", "[SEQUENCE]\nAzienda=A\nDateStart=31/02/2020\n", "DateStart");
+    }
+    void readsItsSettings() {
+        QFETCH(QString, text);
+        QFETCH(QString, named);
+        FakeInstallation fake;
+        fake.WriteIni(text);
+        const auto error = ErrorOf<ImportError>([&] { ReadSequenceSettings(fake.Target.Get()); });
+        QVERIFY2(error && error->Message().contains(named), qPrintable(error ? error->Message() : "read"));
+        QVERIFY(error->Message().contains("Sequence.ini"));
+    }
 };
-
-void TestSequence::runsOneSourceAfterTheOther() {
-    FakeInstallation fake;
-    MakeDatabase(fake, "automa.db");
-    MakeDatabase(fake, "ferrobrio.db");
-    fake.Target.Person.AnswerTo[Empty] = false;
-    QStringList selected;
-    SequenceWindow window;
-    window.SelectCompany = [&](const QString& name) { selected.append(name); };
-    window.SelectOrigin = [&](const QString& name) { selected.append(name); };
-    fake.Work = [&](const QString& procedure) {
-        modImport::WriteImportLog(fake.Target.Get(), "Riga di " + procedure, true);
-    };
-    const SequenceResult result = Sequence(fake.Target.Get(), fake.Settings(), window);
-    QCOMPARE(result.outcome, RunResult::Outcome::Done);
-    QCOMPARE(fake.Calls, QStringList({"ImportContropartiArcaEvolution arca.db", "ImportDocumentiLantek24 lantek.db",
-                                      "ImportInventarioAUTOMA automa.db", "ImportInventarioLantek24 lantek.db",
-                                      "ImportSaldiFerrobrio ferrobrio.db"}));
-    QCOMPARE(selected, QStringList({"Prova Uno S.r.l.", "ARCA EVOLUTION", "LANTEK 24", "LANTEK 24"}));
-    // Of each step the log tells where it begins, what its procedure has logged, and how it ended.
-    QCOMPARE(fake.Log().size(), 15);
-    QCOMPARE(fake.Log().mid(0, 3),
-             QStringList({"Inizio Import Controparti Arca", "Riga di ImportContropartiArcaEvolution",
-                          "Import Controparti Arca: completato. Righe lette 10: inserite 10, aggiornate 0, saltate 0, "
-                          "abbandonate 0, non raggiunte 0"}));
-    QCOMPARE(
-        fake.Log().filter(QRegularExpression("^Inizio")),
-        QStringList({"Inizio Import Controparti Arca", "Inizio Documenti da Lantek 24 e Distinte Base / Ord. Prod.",
-                     "Inizio Saldi di Magazzino da AUTOMA", "Inizio Saldi di Magazzino da Lantek 24",
-                     "Inizio Saldi di Magazzino da Ferrobrio"}));
-    QVERIFY(fake.Target.Log().contains("Riga di ImportSaldiFerrobrio"));
-    modImport::WriteImportLog(fake.Target.Get(), "Riga di dopo", false);
-    QVERIFY(!fake.Log().contains("Riga di dopo"));
-    QCOMPARE(fake.Target.Person.Events.first(), QString("progress"));
-    QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
-             QString("Importazione in corso inizializzazione in corso..."));
-    QCOMPARE(fake.Target.Person.Events.mid(fake.Target.Person.Events.size() - 2),
-             QStringList({"progress closed", "[i] Importazione terminata correttamente!"}));
-    // The settings keep what the last source wrote.
-    QCOMPARE(fake.Setting("Servername"), QString("LANTEKSRV"));
-    QCOMPARE(fake.Setting("Username"), QString("u2"));
-    QCOMPARE(fake.Setting("Password"), QString());
-    QCOMPARE(fake.Setting("AUTOMA_Databasename"), QString("automa.db"));
-    QVERIFY(!fake.Target.Get().Source);
-}
-
-void TestSequence::empties_data() {
-    QTest::addColumn<bool>("company");
-    QTest::addColumn<bool>("cam");
-    QTest::addColumn<int>("questions");
-    QTest::addColumn<QString>("left");
-    QTest::newRow("nothing") << false << true << 1 << "1";
-    QTest::newRow("the company") << true << false << 2 << "0";
-    QTest::newRow("both") << true << true << 2 << "0";
-}
-
-void TestSequence::empties() {
-    QFETCH(bool, company);
-    QFETCH(bool, cam);
-    FakeInstallation fake;
-    fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
-    fake.Target.Person.AnswerTo = {{Empty, company}, {EmptyCam, cam}};
-    const SequenceResult result = fake.Run();
-    QTEST(fake.Target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), "left");
-    QTEST(static_cast<int>(fake.Target.Person.Questions.size()), "questions");
-    QCOMPARE(fake.Target.Person.Questions[0].style, Question::Exclamation);
-    QCOMPARE(fake.Calls.contains("SvuotaTabelleCam -"), company && cam);
-    QCOMPARE(result.entries.size(), 5 + (company ? 1 : 0) + (company && cam ? 1 : 0));
-    QCOMPARE(result.entries.first().outcome, Outcome::Done);
-}
-
-void TestSequence::goesOnWithoutASource() {
-    FakeInstallation fake;
-    MakeDatabase(fake, "automa.db");
-    MakeDatabase(fake, "ferrobrio.db");
-    fake.Unreachable = {"arca.db"};
-    fake.Target.Person.AnswerTo[Empty] = false;
-    const SequenceResult result = fake.Run();
-    QCOMPARE(OutcomesOf(result),
-             QVector<Outcome>({Outcome::NotConnected, Outcome::Done, Outcome::Done, Outcome::Done, Outcome::Done}));
-    QCOMPARE(result.outcome, RunResult::Outcome::Failed);
-    QVERIFY(fake.Target.Person.Events.contains("reported server spento"));
-    QVERIFY(fake.Target.Person.Events.contains("[!] Impossibile connettersi ad Arca Evolution!"));
-    QCOMPARE(result.entries[0].message, QString("Impossibile connettersi ad Arca Evolution! server spento"));
-    QCOMPARE(fake.Log().mid(0, 3), QStringList({"Inizio Import Controparti Arca", "server spento",
-                                                "Impossibile connettersi ad Arca Evolution!"}));
-
-    // Without Lantek 24 nothing of it and of AUTOMA is left to import; the message comes once for all its steps.
-    fake.Unreachable = {"lantek.db"};
-    fake.Target.Person.Events.clear();
-    fake.Calls.clear();
-    fake.Run();
-    QCOMPARE(fake.Calls, QStringList("ImportContropartiArcaEvolution arca.db"));
-    QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Lantek 24!"), 1);
-    QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Lantek 24 / AUTOMA!"), 1);
-}
-
-void TestSequence::goesOnAfterAFailure() {
-    FakeInstallation fake;
-    MakeDatabase(fake, "automa.db");
-    MakeDatabase(fake, "ferrobrio.db");
-    fake.Ends["ImportDocumentiLantek24"] = RunResult::Outcome::Failed;
-    fake.Target.Person.AnswerTo[Empty] = false;
-    const SequenceResult result = fake.Run();
-    QCOMPARE(fake.Calls.size(), 5);
-    QCOMPARE(result.outcome, RunResult::Outcome::Failed);
-    QCOMPARE(result.entries[1].outcome, Outcome::Failed);
-    QCOMPARE(result.entries[1].message, QString("tabella rotta"));
-    QCOMPARE(fake.Target.Person.Messages.last().icon, Icon::Exclamation);
-    QVERIFY(fake.Target.Person.Messages.last().text.contains("tabella rotta"));
-}
-
-void TestSequence::goesOnWithoutAProcedure() {
-    FakeInstallation fake;
-    fake.OriginOf("Mexal").procedures.clear();
-    SequenceSteps steps;
-    steps.SaldiMEX = true;
-    steps.SaldiVSP = true;
-    const SequenceResult result = fake.Run2(steps);
-    QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::Unavailable, Outcome::Done}));
-    QCOMPARE(result.entries[0].message,
-             QString("modImport_Mexal: la procedura \"ImportSaldiMEX\" non è disponibile in questa versione!"));
-    QVERIFY(fake.Target.Person.Events.contains("[!] " + result.entries[0].message));
-}
-
-void TestSequence::stopsWhenCancelled() {
-    FakeInstallation fake;
-    fake.Ends["ImportDocumentiLantek24"] = RunResult::Outcome::Cancelled;
-    fake.Target.Person.AnswerTo[Empty] = false;
-    const SequenceResult result = fake.Run();
-    QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
-    QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::Done, Outcome::Cancelled, Outcome::NotReached,
-                                                   Outcome::NotReached, Outcome::NotReached}));
-    const QString told =
-        "Sequenza interrotta: passi eseguiti 1 su 5, a metà di \"Documenti da Lantek 24 e Distinte Base / "
-        "Ord. Prod.\" (righe lette 4 su 10); quanto è stato scritto rimane.";
-    QCOMPARE(fake.Target.Person.Messages.last().text, told);
-    QCOMPARE(fake.Log().last(), told);
-    QVERIFY(!fake.Target.Get().Source);
-}
-
-void TestSequence::stopsWithoutItsCompany() {
-    FakeInstallation fake;
-    fake.WriteIni("[SEQUENCE]\nAzienda=Altra\n");
-    const SequenceResult result = fake.Run();
-    QCOMPARE(result.outcome, RunResult::Outcome::Failed);
-    QVERIFY(fake.Calls.isEmpty());
-    QVERIFY(fake.Target.Person.Questions.isEmpty());
-    QVERIFY(fake.Target.Person.Reported.last().message.contains("'Altra'"));
-    QCOMPARE(fake.Target.Person.Reported.last().procedure, QString("Sequence"));
-}
-
-void TestSequence::runsTheChosenSteps() {
-    FakeInstallation fake;
-    SequenceSteps steps;
-    for (const SequenceChoice& choice : SequenceChoices()) {
-        steps.*choice.step = choice.step != &SequenceSteps::DeleteBefore;
-    }
-    const SequenceResult result = fake.Run2(steps);
-    QCOMPARE(result.outcome, RunResult::Outcome::Done);
-    QCOMPARE(fake.Calls,
-             QStringList({"ImportContropartiMEX mexal.db", "ImportDistinteTessera tessera.db",
-                          "ImportOrdCliTessera tessera.db", "ImportDistinteVSP vs.db", "ImportDocumentiMEX mexal.db",
-                          "ImportDocVenVSP vs.db", "ImportDocAcqVSP vs.db", "ImportSaldiMEX mexal.db",
-                          "ImportSaldiVSP vs.db", "ImportUbicazioniMEX mexal.db", "ImportUbicazioniVSP vs.db"}));
-    QStringList labels;
-    for (const QString& line : fake.Log()) {
-        labels += line.startsWith('[') ? QStringList(line) : QStringList();
-    }
-    QCOMPARE(labels, QStringList({"[Calcolo records]", "[Controparti Mexal]", "[Distinte Base Tessera]",
-                                  "[Ordini Aperti Tessera]", "[Distinte Base Visual Space]", "[Ordini Ven/Acq Mexal]",
-                                  "[Ordini di Vendita Visual Space]", "[Ordini di Acquisto Visual Space]",
-                                  "[Saldi di Magazzino Mexal]", "[Saldi di Magazzino Visual Space]",
-                                  "[Ubicazioni Articolo Mexal]", "[Ubicazioni Articolo Visual Space]", "[Query Finali]",
-                                  "[Fine Importazione]"}));
-    QCOMPARE(fake.Setting("DOC_DateStart"), QString("01/02/2020"));
-    QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
-             QString("Importazione in corso Lancio Sequenza di Importazione..."));
-}
-
-void TestSequence::skipsTheStepsOfALostSource() {
-    FakeInstallation fake;
-    fake.Unreachable = {"vs.db"};
-    SequenceSteps steps;
-    steps.DistinteVSP = true;
-    steps.SaldiMEX = true;
-    const SequenceResult result = fake.Run2(steps);
-    QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::NotConnected, Outcome::Done}));
-    QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Visual Sapce!"), 1);
-    QCOMPARE(fake.Target.Person.Events.count("reported server spento"), 1); // not by the counting
-}
-
-void TestSequence::emptiesAndSwitchesTriggersOnAgain_data() {
-    QTest::addColumn<RunResult::Outcome>("end");
-    QTest::newRow("to the end") << RunResult::Outcome::Done;
-    QTest::newRow("cancelled") << RunResult::Outcome::Cancelled;
-    QTest::newRow("failed") << RunResult::Outcome::Failed;
-}
-
-void TestSequence::emptiesAndSwitchesTriggersOnAgain() {
-    QFETCH(RunResult::Outcome, end);
-    FakeInstallation fake;
-    TestTarget& target = fake.Target;
-    target.Execute("CREATE TABLE FIRED (N INTEGER)");
-    target.Execute("CREATE TRIGGER TR_COM AFTER INSERT ON X01_ORD_COM BEGIN INSERT INTO FIRED VALUES (1); END");
-    target.Execute("INSERT INTO X01_CON_SED (CDCON) VALUES ('1')");
-    target.Execute("INSERT INTO X01_DIS_FAS (DLSEQ) VALUES (10)");
-    target.Execute("INSERT INTO GEN_DIS_FAS DEFAULT VALUES");
-    fake.Ends["ImportSaldiMEX"] = end;
-    QString firedWithin;
-    fake.Work = [&](const QString&) {
-        target.Execute("INSERT INTO X01_ORD_COM (OCQTA) VALUES (1)");
-        firedWithin = target.Value("SELECT COUNT(*) FROM FIRED");
-    };
-    SequenceSteps steps;
-    steps.DeleteBefore = true;
-    steps.SaldiMEX = true;
-    const SequenceResult result = fake.Run2(steps);
-    QCOMPARE(result.outcome, end);
-    QCOMPARE(firedWithin, QString("0"));
-    target.Execute("INSERT INTO X01_ORD_COM (OCQTA) VALUES (2)");
-    QCOMPARE(target.Value("SELECT COUNT(*) FROM FIRED"), QString("1"));
-    QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DIS_FAS"), QString("0"));
-    QCOMPARE(target.Value("SELECT COUNT(*) FROM GEN_DIS_FAS"), QString("0"));
-    QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_CON_SED"), QString("1")); // not of the list
-    QVERIFY(fake.Log().contains("[Reset Tabelle]"));
-    QVERIFY(fake.Log().contains("[Reset Tabella GEN_DIS_FAS]"));
-}
-
-void TestSequence::putsRightWhatWasImported() {
-    FakeInstallation fake;
-    TestTarget& target = fake.Target;
-    for (const QString statement :
-         {"INSERT INTO X01_DOC_VEN (DTNUM) VALUES (1)", "INSERT INTO X01_DOC_VEN (DTNUM) VALUES (2)",
-          "INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (1, 1)",
-          "INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (9, 2)", "INSERT INTO X01_DOC_ACQ (DTNUM) VALUES (3)",
-          "INSERT INTO X01_DOC_CTR (IDTES) VALUES (7)"}) {
-        target.Execute(statement);
-    }
-    // A top, its part with a bill of its own, two raw parts, one of a class that stays, and one of no bill.
-    for (const QString article : {"TOP", "SEMI", "RAW", "KEEP", "ALONE"}) {
-        target.Execute("INSERT INTO X01_ART_ICO (CDART, ARCLA) VALUES ('" + article + "', 'XX')");
-    }
-    target.Execute("UPDATE X01_ART_ICO SET ARCLA = 'CL' WHERE CDART = 'KEEP'");
-    target.Execute("UPDATE X01_ART_ICO SET ARCLA = NULL WHERE CDART = 'RAW'");
-    target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBREI, DBMAN) VALUES ('TOP', 0, 5, 0)");
-    target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBREI, DBMAN) VALUES ('TOP', 2, 3, 0)");
-    target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBMAN) VALUES ('SEMI', 1, 0)");
-    for (const QString part : {"SEMI", "RAW", "KEEP"}) {
-        target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES ('" + part + "')");
-    }
-    target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES (NULL)");
-    SequenceSteps steps;
-    steps.Query = true;
-    QCOMPARE(fake.Run2(steps).outcome, RunResult::Outcome::Done);
-    QCOMPARE(target.Rows("SELECT DTNUM FROM X01_DOC_VEN"), QStringList("1"));
-    QCOMPARE(target.Rows("SELECT DRNUM FROM X01_DOC_VER"), QStringList("1"));
-    QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_ACQ"), QString("0"));
-    QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_CTR"), QString("0"));
-    QCOMPARE(target.Rows("SELECT CDART, ARCLA, ARDBA, ARDRV, ARDRI FROM X01_ART_ICO ORDER BY CDART"),
-             QStringList({"ALONE|XX|NULL|NULL|NULL", "KEEP|CL|NULL|NULL|NULL", "RAW|CM|NULL|NULL|NULL",
-                          "SEMI|SL|SEMI|1|NULL", "TOP|PF|TOP|2|3"}));
-    QCOMPARE(target.Rows("SELECT DBART, DBMAN FROM X01_DIS_BAS ORDER BY RECORD_ID"),
-             QStringList({"TOP|true", "TOP|true", "SEMI|false"}));
-}
-
-void TestSequence::declines() {
-    FakeInstallation fake;
-    SequenceWindow window;
-    window.LanciaSequenza = [] { return std::optional<SequenceSteps>(); };
-    const SequenceResult result = Sequence2(fake.Target.Get(), fake.Settings(), window);
-    QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
-    QVERIFY(result.entries.isEmpty());
-    QVERIFY(fake.Target.Person.Messages.isEmpty());
-}
-
-void TestSequence::readsItsSettings_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("named");
-    QTest::newRow("no company") << "[SEQUENCE]\nScript=1\n"
-                                << "Azienda";
-    QTest::newRow("no such script") << "[SEQUENCE]\nAzienda=A\nScript=3\n"
-                                    << "Script";
-    QTest::newRow("no date") << "[SEQUENCE]\nAzienda=A\nDateStart=31/02/2020\n"
-                             << "DateStart";
-}
-
-void TestSequence::readsItsSettings() {
-    QFETCH(QString, text);
-    QFETCH(QString, named);
-    FakeInstallation fake;
-    fake.WriteIni(text);
-    try {
-        ReadSequenceSettings(fake.Target.Get());
-        QFAIL("read");
-    } catch (const ImportError& error) {
-        QVERIFY2(error.Message().contains(named), qPrintable(error.Message()));
-        QVERIFY(error.Message().contains("Sequence.ini"));
-    }
-}
-
-void TestSequence::wantsThePassword_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("runs");
-    QTest::newRow("right") << "Tr1v0la8" << true;
-    QTest::newRow("wrong case") << "tr1v0la8" << false;
-    QTest::newRow("with a blank") << "Tr1v0la8 " << false;
-}
-
-void TestSequence::wantsThePassword() {
-    QFETCH(QString, typed);
-    QFETCH(bool, runs);
-    FakeInstallation fake;
-    fake.WriteIni("[SEQUENCE]\nAzienda=Prova Uno S.r.l.\nScript=2\n");
-    fake.Target.Person.Inputs = {typed};
-    fake.Target.Person.AnswerTo["Lanciare la sequenza di importazione?"] = true;
-    SequenceWindow window;
-    window.LanciaSequenza = [] { return std::optional(SequenceSteps()); };
-    const Choice choice{"Prova Uno S.r.l.", {}, &fake.OriginOf("Mexal"), ErrorAction::Abort};
-    const auto result = PressSequence(fake.Target.Get(), choice, window);
-    QCOMPARE(result.has_value(), runs);
-    QCOMPARE(fake.Target.Person.Prompts[0].prompt, QString("Password per import: "));
-    QCOMPARE(fake.Target.Person.Prompts[0].title, QString("Quadrimpt Import"));
-    QCOMPARE(fake.Target.Person.Messages.isEmpty(), !runs);
-}
 
 QUADRIX_TEST(TestSequence)
 #include "test_sequence.moc"

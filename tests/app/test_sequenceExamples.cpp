@@ -1,6 +1,8 @@
 #include "app/connectSource.h"
 #include "app/sequence.h"
 #include "examples/examples.h"
+#include "tests/support/files.h"
+#include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestTarget.h"
 
@@ -27,7 +29,6 @@ public:
     explicit Installation(const QVector<Source>& sources)
         : m_sources(sources) {
         Session& session = Target.Get();
-        session.Config.SetConfigFile(Target.Folder.filePath("Quadrix.ini"));
         session.Config.SetAppConfig("IMPORT", "DOC_DateStart", "01/01/2024");
         session.Errors.Action = ErrorAction::Ignore;
         QByteArray text = "[SEQUENCE]\nAzienda=Prova Uno S.r.l.\nLogFile=mig.log\n";
@@ -35,9 +36,7 @@ public:
             MakeSource(source);
             text += '[' + QByteArray(source.origin).toUpper() + "]\nDatabasename=" + PathOf(source).toLatin1() + '\n';
         }
-        QFile file(Target.Folder.filePath("Sequence.ini"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(text);
+        WriteFile(Target.Folder.filePath("Sequence.ini"), text);
     }
 
     void ImportArticles() {
@@ -67,18 +66,12 @@ private:
         options.folder = Target.Folder.filePath(source.example);
         options.company = "X01";
         examples::Make(source.example, options);
-        QFile script(options.folder + "/quadrix.sql");
-        QVERIFY(script.open(QIODevice::ReadOnly));
-        Target.Db().ExecuteScript(QString::fromUtf8(script.readAll()));
+        Target.Db().ExecuteScript(QString::fromUtf8(ReadFile(options.folder + "/quadrix.sql")));
     }
     void Import(const QString& origin, const QString& procedure) {
         const contract::Origin* found = registry::Find(origin);
         QCOMPARE(ConnectSource(Target.Get(), *found), SourceOutcome::Opened);
-        for (const contract::Procedure& each : found->procedures) {
-            if (each.name == procedure) {
-                each.run(Target.Get(), {}, false);
-            }
-        }
+        RunProcedure(Target.Get(), *found, procedure);
         CloseSource(Target.Get());
     }
 
@@ -100,83 +93,79 @@ class TestSequenceExamples : public QObject {
     Q_OBJECT
 
 private slots:
-    void importsEverySourceOnce();
-    void tellsThatArticlesAreMissing();
-    void importsAndPutsRight();
-};
+    void importsEverySourceOnce() {
+        Installation installation(Workshop);
+        installation.ImportArticles();
+        const QStringList counted{"CON_TRO", "CON_RIF", "NUM_TEL", "DIS_BAS", "DIS_COM", "DIS_FAS",
+                                  "DOC_ACQ", "DOC_ACR", "ORD_PRO", "ORD_FAS", "UBI_MAG", "ART_ICO"};
+        QVector<qint64> before;
+        for (const bool again : {false, true}) {
+            const SequenceResult result = installation.Run();
+            QCOMPARE(result.outcome, RunResult::Outcome::Done);
+            QVector<qint64> givenUp;
+            for (const SequenceEntry& entry : result.entries) {
+                QCOMPARE(entry.message, QString());
+                QVERIFY2(entry.results.size() == 1 && entry.results[0].AddsUp(), qPrintable(entry.step));
+                givenUp.append(entry.results[0].givenUpCount);
+            }
+            QCOMPARE(givenUp, QVector<qint64>({2, 2, 2, 1, 1})); // the rows that are planted as wrong
+            QVector<qint64> rows;
+            for (const QString& table : counted) {
+                rows.append(installation.Count(table));
+                QVERIFY2(rows.last() > 0, qPrintable(table));
+            }
+            QCOMPARE(again ? before : rows, rows);
+            before = rows;
+        }
+        // What is ordered is worth what the source says: no total differs.
+        QVERIFY(!installation.Target.Log("mig.log").contains("TOTALE DIVERSO"));
+        QCOMPARE(installation.Target.Value("SELECT COUNT(*) FROM X01_DOC_ACQ WHERE DTTOT > 0"),
+                 QString::number(installation.Count("DOC_ACQ")));
 
-void TestSequenceExamples::importsEverySourceOnce() {
-    Installation installation(Workshop);
-    installation.ImportArticles();
-    const QStringList counted{"CON_TRO", "CON_RIF", "NUM_TEL", "DIS_BAS", "DIS_COM", "DIS_FAS",
-                              "DOC_ACQ", "DOC_ACR", "ORD_PRO", "ORD_FAS", "UBI_MAG", "ART_ICO"};
-    QVector<qint64> before;
-    for (const bool again : {false, true}) {
-        const SequenceResult result = installation.Run();
+        // Without its articles it is told which steps are to be repeated.
+        const SequenceResult result = installation.Run(true);
         QCOMPARE(result.outcome, RunResult::Outcome::Done);
-        QVector<qint64> givenUp;
+        const QString hint = "l'azienda non ha articoli: importarli e ripetere il passo";
+        QStringList hinted;
         for (const SequenceEntry& entry : result.entries) {
-            QCOMPARE(entry.message, QString());
-            QVERIFY2(entry.results.size() == 1 && entry.results[0].AddsUp(), qPrintable(entry.step));
-            givenUp.append(entry.results[0].givenUpCount);
+            hinted += entry.message == hint ? QStringList(entry.step) : QStringList();
         }
-        QCOMPARE(givenUp, QVector<qint64>({2, 2, 2, 1, 1})); // the rows that are planted as wrong
-        QVector<qint64> rows;
-        for (const QString& table : counted) {
-            rows.append(installation.Count(table));
-            QVERIFY2(rows.last() > 0, qPrintable(table));
-        }
-        QCOMPARE(again ? before : rows, rows);
-        before = rows;
+        QCOMPARE(hinted,
+                 QStringList({"Documenti da Lantek 24 e Distinte Base / Ord. Prod.", "Saldi di Magazzino da AUTOMA",
+                              "Saldi di Magazzino da Lantek 24", "Saldi di Magazzino da Ferrobrio"}));
+        QCOMPARE(SequenceLines(result).first(), QString("Passi 6: completati 6"));
+        QVERIFY(installation.Target.Log("mig.log").contains(hint.toLatin1()));
     }
-    // What is ordered is worth what the source says: no total differs.
-    QVERIFY(!installation.Target.Log("mig.log").contains("TOTALE DIVERSO"));
-    QCOMPARE(installation.Target.Value("SELECT COUNT(*) FROM X01_DOC_ACQ WHERE DTTOT > 0"),
-             QString::number(installation.Count("DOC_ACQ")));
-}
 
-void TestSequenceExamples::tellsThatArticlesAreMissing() {
-    Installation installation(Workshop);
-    installation.ImportArticles();
-    const SequenceResult result = installation.Run(true);
-    QCOMPARE(result.outcome, RunResult::Outcome::Done);
-    const QString hint = "l'azienda non ha articoli: importarli e ripetere il passo";
-    QStringList hinted;
-    for (const SequenceEntry& entry : result.entries) {
-        hinted += entry.message == hint ? QStringList(entry.step) : QStringList();
-    }
-    QCOMPARE(hinted, QStringList({"Documenti da Lantek 24 e Distinte Base / Ord. Prod.", "Saldi di Magazzino da AUTOMA",
-                                  "Saldi di Magazzino da Lantek 24", "Saldi di Magazzino da Ferrobrio"}));
-    QCOMPARE(SequenceLines(result).first(), QString("Passi 6: completati 6"));
-    QVERIFY(installation.Target.Log("mig.log").contains(hint.toLatin1()));
-}
-
-void TestSequenceExamples::importsAndPutsRight() {
-    Installation installation(Factory);
-    installation.ImportArticles();
-    SequenceSteps steps;
-    for (const SequenceChoice& choice : SequenceChoices()) {
-        steps.*choice.step = choice.step != &SequenceSteps::DeleteBefore;
-    }
-    SequenceWindow window;
-    window.LanciaSequenza = [steps] { return std::optional(steps); };
-    const SequenceResult result =
-        Sequence2(installation.Target.Get(), ReadSequenceSettings(installation.Target.Get()), window);
-    QCOMPARE(result.entries.size(), 12);
-    for (const SequenceEntry& entry : result.entries) {
-        QVERIFY2(entry.outcome == SequenceEntry::Outcome::Done, qPrintable(entry.step + ' ' + entry.message));
-        for (const RunResult& procedure : entry.results) {
-            QVERIFY2(procedure.AddsUp() && procedure.inserted > 0, qPrintable(entry.step));
+    void importsAndPutsRight() {
+        Installation installation(Factory);
+        installation.ImportArticles();
+        SequenceSteps steps;
+        for (const SequenceChoice& choice : SequenceChoices()) {
+            steps.*choice.step = choice.step != &SequenceSteps::DeleteBefore;
         }
+        SequenceWindow window;
+        window.LanciaSequenza = [steps] { return std::optional(steps); };
+        const SequenceResult result =
+            Sequence2(installation.Target.Get(), ReadSequenceSettings(installation.Target.Get()), window);
+        QCOMPARE(result.entries.size(), 12);
+        for (const SequenceEntry& entry : result.entries) {
+            QVERIFY2(entry.outcome == SequenceEntry::Outcome::Done, qPrintable(entry.step + ' ' + entry.message));
+            for (const RunResult& procedure : entry.results) {
+                QVERIFY2(procedure.AddsUp() && procedure.inserted > 0, qPrintable(entry.step));
+            }
+        }
+        // Each source has brought orders of its own; heads of bills that are no component are finished products.
+        QCOMPARE(
+            installation.Target.Rows("SELECT DISTINCT DTCAU FROM X01_DOC_VEN WHERE DTCAU LIKE 'ORD%' ORDER BY DTCAU"),
+            QStringList({"ORDCL", "ORDCM", "ORDCV"}));
+        QCOMPARE(
+            installation.Target.Value("SELECT COUNT(*) FROM X01_ART_ICO WHERE ARCLA = 'PF' AND CDART IN (SELECT DBART "
+                                      "FROM X01_DIS_BAS) AND ARDBA = CDART"),
+            installation.Target.Value("SELECT COUNT(DISTINCT DBART) FROM X01_DIS_BAS WHERE DBART NOT IN (SELECT DCART "
+                                      "FROM X01_DIS_COM)"));
     }
-    // Each source has brought orders of its own; heads of bills that are no component are finished products.
-    QCOMPARE(installation.Target.Rows("SELECT DISTINCT DTCAU FROM X01_DOC_VEN WHERE DTCAU LIKE 'ORD%' ORDER BY DTCAU"),
-             QStringList({"ORDCL", "ORDCM", "ORDCV"}));
-    QCOMPARE(installation.Target.Value("SELECT COUNT(*) FROM X01_ART_ICO WHERE ARCLA = 'PF' AND CDART IN (SELECT DBART "
-                                       "FROM X01_DIS_BAS) AND ARDBA = CDART"),
-             installation.Target.Value("SELECT COUNT(DISTINCT DBART) FROM X01_DIS_BAS WHERE DBART NOT IN (SELECT DCART "
-                                       "FROM X01_DIS_COM)"));
-}
+};
 
 QUADRIX_TEST(TestSequenceExamples)
 #include "test_sequenceExamples.moc"

@@ -1,5 +1,6 @@
 #include "app/truncation.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -59,9 +60,9 @@ private slots:
     /// The n-th statement fails, for tables at the start, in the middle, beside the language table and at the end; even
     /// when errors are to be ignored, no statement is skipped outside a row.
     void StopsAtTheFirstFailure_data() {
-        QTest::addColumn<QString>("missing");
+        Columns<QString>("missing");
         for (const char* table : {"RIL_PRE", "DOC_ACR", "ART_FMT", "CON_SED", "CON_TRO"}) {
-            QTest::newRow(table) << QString(table);
+            Row(table, QString(table));
         }
     }
     void StopsAtTheFirstFailure() {

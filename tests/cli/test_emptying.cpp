@@ -1,6 +1,8 @@
 #include "sql/ovConnection.h"
 #include "tests/cli/CliRun.h"
+#include "tests/support/embedded.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QJsonArray>
 #include <QTest>
@@ -11,9 +13,7 @@ class TestEmptying : public QObject {
 private slots:
     void initTestCase() {
         QCOMPARE(m_run.CreateCompany().exitCode, 0);
-        m_database.Embedded = true;
-        m_database.DatabaseName = m_run.Database();
-        m_database.OpenConnection();
+        OpenEmbedded(m_database, m_run.Database());
     }
 
     void init() {
@@ -24,17 +24,14 @@ private slots:
     }
 
     void Refusals_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("reset unconfirmed") << QStringList{"reset", "--company", "X01", "--kind", "docven"} << "--yes";
-        QTest::newRow("reset tells what goes along")
-            << QStringList{"reset", "--company", "X01", "--kind", "docven"} << "rilevamenti, ordprod, prevprod, docven";
-        QTest::newRow("reset of nothing") << QStringList{"reset", "--company", "X01", "--yes"} << "--kind";
-        QTest::newRow("reset of an unknown kind")
-            << QStringList{"reset", "--company", "X01", "--kind", "tutto", "--yes"} << "anaart";
-        QTest::newRow("truncate unconfirmed") << QStringList{"truncate", "--company", "X01"} << "--yes";
-        QTest::newRow("truncate of an unknown company")
-            << QStringList{"truncate", "--company", "X07", "--yes"} << "X07";
+        Columns<QStringList, QString>("arguments", "told");
+        Row("reset unconfirmed", QStringList{"reset", "--company", "X01", "--kind", "docven"}, "--yes");
+        Row("reset tells what goes along", QStringList{"reset", "--company", "X01", "--kind", "docven"},
+            "rilevamenti, ordprod, prevprod, docven");
+        Row("reset of nothing", QStringList{"reset", "--company", "X01", "--yes"}, "--kind");
+        Row("reset of an unknown kind", QStringList{"reset", "--company", "X01", "--kind", "tutto", "--yes"}, "anaart");
+        Row("truncate unconfirmed", QStringList{"truncate", "--company", "X01"}, "--yes");
+        Row("truncate of an unknown company", QStringList{"truncate", "--company", "X07", "--yes"}, "X07");
     }
     void Refusals() {
         QFETCH(QStringList, arguments);

@@ -1,6 +1,8 @@
 #include "sql/ovConnection.h"
 #include "tests/cli/CliRun.h"
+#include "tests/support/embedded.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QJsonArray>
 #include <QTest>
@@ -13,10 +15,7 @@ class TestMergeCommand : public QObject {
     /// Runs a query on the database of the program; the first column of the first row.
     QString Value(const QString& query) const {
         ovConnection connection;
-        connection.Embedded = true;
-        connection.DatabaseName = m_run.Database();
-        connection.OpenConnection();
-        const Recordset rows = connection.ExecuteWC(query);
+        const Recordset rows = OpenEmbedded(connection, m_run.Database()).ExecuteWC(query);
         return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
     }
 
@@ -31,14 +30,11 @@ private slots:
     }
 
     void refusals_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("without confirmation") << QStringList{"--from", "X01", "--to", "X02"} << 2 << "--yes";
-        QTest::newRow("without destination") << QStringList{"--from", "X01", "--yes"} << 2 << "--to";
-        QTest::newRow("unknown company") << QStringList{"--from", "X01", "--to", "X09", "--yes"} << 1
-                                         << "'X09': non esiste";
-        QTest::newRow("same company") << QStringList{"--from", "X01", "--to", "x01", "--preview"} << 1 << "diverse";
+        Columns<QStringList, int, QString>("arguments", "exitCode", "told");
+        Row("without confirmation", QStringList{"--from", "X01", "--to", "X02"}, 2, "--yes");
+        Row("without destination", QStringList{"--from", "X01", "--yes"}, 2, "--to");
+        Row("unknown company", QStringList{"--from", "X01", "--to", "X09", "--yes"}, 1, "'X09': non esiste");
+        Row("same company", QStringList{"--from", "X01", "--to", "x01", "--preview"}, 1, "diverse");
     }
     void refusals() {
         QFETCH(QStringList, arguments);

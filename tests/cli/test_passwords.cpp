@@ -1,24 +1,17 @@
 #include "tests/cli/CliRun.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
-#include <QFile>
 #include <QTest>
 
 /// No password is seen, wherever a connection fails.
 class TestPasswords : public QObject {
     Q_OBJECT
 
-    static QString Read(const QString& path) {
-        QFile file(path);
-        return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
-    }
-
 private slots:
     void AreNotSeen_data() {
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<QStringList>("settings");
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<QString>("told");
+        Columns<QString, QStringList, QString, QString>("section", "settings", "password", "told");
         const QString noServer = QStringLiteral("il server non risponde");
         for (const QString password : {"Segreta9", "Segreta;9}{", "Segreta\"9'"}) {
             QTest::addRow("target, MariaDB, %s", qPrintable(password))
@@ -32,14 +25,11 @@ private slots:
         }
         const QStringList server = qEnvironmentVariable("QUADRIX_TEST_MARIADB").split(u'|');
         if (server.size() == 5) {
-            QTest::newRow("target, MariaDB refuses it")
-                << "DATABASE"
-                << QStringList{"Provider=MYSQL", "ServerName=" + server[0] + ':' + server[1], "DatabaseName=q"}
-                << "Segreta;9}{"
-                << "utente o password errati";
+            Row("target, MariaDB refuses it", "DATABASE",
+                QStringList{"Provider=MYSQL", "ServerName=" + server[0] + ':' + server[1], "DatabaseName=q"},
+                "Segreta;9}{", "utente o password errati");
         }
     }
-
     void AreNotSeen() {
         QFETCH(const QString, section);
         QFETCH(const QStringList, settings);
@@ -59,7 +49,8 @@ private slots:
                 QStringList{"import", "--company", "X01", "--origin", "Gescom", "--data", "cli", "--trace", trace} +
                 more);
             QCOMPARE(ended.exitCode, 1);
-            const QString seen = ended.output + ended.errors + Read(trace) + Read(ended.Json()["log"].toString());
+            const QString seen =
+                ended.output + ended.errors + ReadFile(trace) + ReadFile(ended.Json()["log"].toString());
             QVERIFY2(seen.contains(told), qPrintable(seen));
             QVERIFY2(!seen.contains("Segreta"), qPrintable(seen));
         }

@@ -1,7 +1,10 @@
 #include "examples/examples.h"
 #include "sql/ovConnection.h"
 #include "tests/cli/CliRun.h"
+#include "tests/support/embedded.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -16,24 +19,230 @@ class TestProgram : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void refusesWrongUsage_data();
-    void refusesWrongUsage();
-    void showsHelp_data();
-    void showsHelp();
-    void answersWrongUsageInJson();
-    void listsOrigins();
-    void createsCompanies();
-    void tellsWhyItCannotStart_data();
-    void tellsWhyItCannotStart();
-    void importsAndAccounts();
-    void importsOneCode();
-    void replaysItsTrace();
-    void takesATrialBack();
-    void namesAnUnansweredQuestion();
-    void checksWithoutWriting();
-    void stopsAtAnInterrupt();
+    void initTestCase() {
+        examples::Options options;
+        options.rows = 300;
+        options.folder = m_source.path();
+        options.tables = QStringList{"controparti"};
+        for (const auto& [what, number] : examples::Make("arca2000", options)) {
+            m_expected = what.startsWith("CON_TRO") ? number.toLongLong() : m_expected;
+        }
+        QVERIFY(m_expected > 200);
+    }
+
+    void init() {
+        m_cli = std::make_unique<CliRun>();
+        m_cli->Set("IMPORT", "Databasename", m_source.path());
+    }
+
+    void refusesWrongUsage_data() {
+        Columns<QStringList, QString>("arguments", "told");
+        const auto row = [](const char* name, const QStringList& arguments, const char* told) {
+            Row(name, arguments, QString::fromUtf8(told));
+        };
+        row("no command", {}, "Manca il comando");
+        row("unknown command", {"imprt"}, "forse 'import'?");
+        row("unknown option", {"origins", "--resett"}, "'resett' non esiste");
+        row("option of another command", {"origins", "--reset"}, "'reset' non esiste");
+        row("no value", {"import", "--company"}, "Manca il valore dell'opzione --company");
+        row("one argument too many", {"origins", "tutte"}, "Argomento di troppo: 'tutte'");
+        row("no origin", {"import", "--company", "X01", "--data", "cli"}, "Manca l'opzione --origin");
+        row("unknown origin", {"import", "--company", "X01", "--origin", "arca", "--data", "cli"},
+            "forse 'Arca 2000' o 'Arca Evolution'?");
+        row("unknown data", Import({}).mid(0, 6) + QStringList{"clienti"}, "i valori sono cli, art, dis");
+        row("unknown errors", Import({"--errors", "skip"}), "ask, ignore, retry, abort");
+        row("unknown answer", Import({"--answer", "forse"}), "'forse' non è previsto");
+        row("unknown company", Import({}).replaceInStrings("X01", "X02"), "forse 'X01'? (aziende presenti: X01)");
+    }
+    void refusesWrongUsage() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        m_cli->CreateCompany();
+        const auto ended = m_cli->Run(arguments);
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+        QCOMPARE(ended.output, QString());
+    }
+
+    void showsHelp_data() {
+        Columns<QStringList, QString>("arguments", "told");
+        Row("program", QStringList{"--help"}, "create-database");
+        Row("command", QStringList{"import", "-h"}, "--errors MODO");
+        Row("command, options before", QStringList{"--help", "import"}, "--errors MODO");
+    }
+    void showsHelp() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const auto ended = m_cli->Run(arguments);
+        QCOMPARE(ended.exitCode, 0);
+        QVERIFY2(ended.output.contains(told), qPrintable(ended.output));
+        QVERIFY2(ended.errors.isEmpty(), qPrintable(ended.errors));
+    }
+
+    void answersWrongUsageInJson() {
+        const auto ended = m_cli->Run({"import", "--json", "--nome", "x"});
+        QCOMPARE(ended.exitCode, 2);
+        QCOMPARE(ended.Json()["outcome"].toString(), QString("wrongUsage"));
+        QCOMPARE(ended.Json()["errors"].toArray().size(), 1);
+    }
+
+    void listsOrigins() {
+        const auto ended = m_cli->Run({"origins", "--json"});
+        QCOMPARE(ended.exitCode, 0);
+        const QJsonArray origins = ended.Json()["origins"].toArray();
+        QCOMPARE(origins.size(), 57);
+        const QJsonObject arca = origins[6].toObject();
+        QCOMPARE(arca["name"].toString(), QString("Arca 2000"));
+        const QJsonObject disegni = arca["buttons"].toArray()[7].toObject();
+        QCOMPARE(disegni["caption"].toString(), QString("Importa Listini"));
+        QCOMPARE(disegni["shown"].toString(), QString("yes"));
+        const QJsonObject cli = arca["buttons"].toArray()[0].toObject();
+        QCOMPARE(cli["procedures"].toArray()[0].toString(), QString("ImportContropartiArca2000"));
+        QVERIFY(m_cli->Run({"origins"}).output.contains("Excel scarico AS/400"));
+    }
+
+    void createsCompanies() {
+        const auto first = m_cli->Run({"create-database", "--company", "x01", "--name", "Prova Uno", "--json"});
+        QCOMPARE(first.exitCode, 0);
+        QCOMPARE(first.Json()["company"].toString(), QString("X01"));
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM SYS_AZI WHERE AZRAS = 'Prova Uno'"), 1);
+        const auto again = m_cli->CreateCompany();
+        QCOMPARE(again.exitCode, 1);
+        QVERIFY2(again.errors.contains("X01"), qPrintable(again.errors));
+    }
+
+    void tellsWhyItCannotStart_data() {
+        Columns<QString, QString, QString>("key", "value", "told");
+        Row("no database", "DatabaseName", "manca.db", "non esiste");
+        Row("no database of Quadrix", "DatabaseName", "altro.db", "SYS_AZI");
+        Row("source missing", "", "", "Impossibile connettersi a Arca 2000!");
+    }
+    void tellsWhyItCannotStart() {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QFETCH(QString, told);
+        m_cli->CreateCompany();
+        Count(m_cli->Folder.filePath("altro.db"), "SELECT 1");
+        if (key.isEmpty()) {
+            m_cli->Set("IMPORT", "Databasename", m_cli->Folder.filePath("manca"));
+        } else {
+            m_cli->Set("DATABASE", key, value);
+        }
+        const auto ended = m_cli->Run(Import({"--json"}));
+        QCOMPARE(ended.exitCode, 1);
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+        QCOMPARE(ended.Json()["outcome"].toString(), QString("failed"));
+        QVERIFY2(QString(QJsonDocument(ended.Json()).toJson()).contains(told), qPrintable(ended.output));
+        QVERIFY(!QFile::exists(m_cli->Folder.filePath("manca.db")));
+    }
+
+    void importsAndAccounts() {
+        m_cli->CreateCompany();
+        const auto ended = m_cli->Run(Import({"--answer", "yes", "--json"}));
+        QVERIFY2(ended.exitCode == 0, qPrintable(ended.errors));
+        const QJsonObject json = ended.Json();
+        QCOMPARE(json["outcome"].toString(), QString("done"));
+        QCOMPARE(json["inserted"].toInteger(), m_expected);
+        QCOMPARE(json["inserted"].toInteger(), Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"));
+        QCOMPARE(json["inserted"].toInteger() + json["updated"].toInteger() + json["skipped"].toInteger() +
+                     json["givenUp"].toInteger() + json["notReached"].toInteger(),
+                 json["sourceRows"].toInteger());
+        const QJsonObject written = json["written"].toObject();
+        for (const QString& table : written.keys()) {
+            QCOMPARE(written[table].toObject()["inserted"].toInteger(),
+                     Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_" + table));
+        }
+        QVERIFY(written.contains("NUM_TEL"));
+        QVERIFY(!json["untranslated"].toArray().isEmpty());
+        QVERIFY(json["seconds"].toDouble() > 0);
+        QVERIFY(QFile::exists(json["log"].toString()));
+        QVERIFY2(ended.errors.contains("Controparti importate correttamente!"), qPrintable(ended.errors));
+
+        const auto again = m_cli->Run(Import({"--answer", "no", "--reset"}));
+        QCOMPARE(again.exitCode, 0);
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), m_expected);
+        QVERIFY2(again.output.contains("completata"), qPrintable(again.output));
+    }
+
+    void importsOneCode() {
+        m_cli->CreateCompany();
+        const auto ended = m_cli->Run(Import({"--code", "C00007", "--answer", "no", "--json"}));
+        QCOMPARE(ended.exitCode, 0);
+        QCOMPARE(ended.Json()["sourceRows"].toInteger(), 1);
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO WHERE CDCON = '000007'"), 1);
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 1);
+    }
+
+    void replaysItsTrace() {
+        if (QStandardPaths::findExecutable("sqlite3").isEmpty()) {
+            QSKIP("sqlite3 is not installed");
+        }
+        m_cli->CreateCompany();
+        const QString copy = m_cli->Folder.filePath("copy.db");
+        QVERIFY(QFile::copy(m_cli->Database(), copy));
+        const QString path = m_cli->Folder.filePath("trace.sql");
+        QCOMPARE(m_cli->Run(Import({"--answer", "yes", "--reset", "--trace", path})).exitCode, 0);
+        const QByteArray statements = ReadFile(path);
+        QVERIFY(statements.contains("\n-- SELECT COUNT(*) FROM anagrafe\n"));
+        QVERIFY(!Sqlite(copy, statements).startsWith("failed"));
+        QVERIFY(Dump(copy) == Dump(m_cli->Database()));
+        QVERIFY(Dump(copy).size() > 100000);
+    }
+
+    void takesATrialBack() {
+        m_cli->CreateCompany();
+        m_cli->Run(Import({"--code", "C00007", "--answer", "no"}));
+        const auto ended = m_cli->Run(Import({"--answer", "no", "--reset", "--dry-run", "--json"}));
+        QCOMPARE(ended.exitCode, 0);
+        QCOMPARE(ended.Json()["inserted"].toInteger(), m_expected);
+        QCOMPARE(ended.Json()["dryRun"].toBool(), true);
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 1);
+    }
+
+    void namesAnUnansweredQuestion() {
+        m_cli->CreateCompany();
+        const auto ended = m_cli->Run(Import({}));
+        QCOMPARE(ended.exitCode, 1);
+        QVERIFY2(ended.errors.contains("Vuoi riportare gli indirizzi mail"), qPrintable(ended.errors));
+        QVERIFY(ended.errors.contains("--answer"));
+    }
+
+    void checksWithoutWriting() {
+        m_cli->CreateCompany();
+        const QStringList check{"check", "--company", "X01", "--origin", "Arca 2000"};
+        QCOMPARE(m_cli->Run(check + QStringList{"--data", "cli"}).exitCode, 0);
+        const auto missing = m_cli->Run(check + QStringList{"--data", "piano", "--json"});
+        QCOMPARE(missing.exitCode, 1);
+        const QJsonObject procedure = missing.Json()["procedures"].toArray()[0].toObject();
+        QCOMPARE(procedure["procedure"].toString(), QString("ImportPianoContiArca2000"));
+        QVERIFY(procedure["missing"].toArray()[0].toString().contains("pianocon"));
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 0);
+    }
+
+    void stopsAtAnInterrupt() {
+#ifdef Q_OS_WIN
+        QSKIP("no signals to send");
+#else
+        examples::Options options;
+        options.rows = 5000;
+        const QTemporaryDir large;
+        options.folder = large.path();
+        options.tables = QStringList{"controparti"};
+        examples::Make("arca2000", options);
+        m_cli->Set("IMPORT", "Databasename", large.path());
+        m_cli->CreateCompany();
+        const auto process = m_cli->Start(Import({"--answer", "no", "--json"}));
+        const auto written = [this] { return Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"); };
+        QTRY_VERIFY_WITH_TIMEOUT(written() > 0, 60000);
+        QCOMPARE(kill(static_cast<pid_t>(process->processId()), SIGINT), 0);
+        const auto ended = CliRun::End(*process);
+        QCOMPARE(ended.exitCode, 3);
+        const QJsonObject json = ended.Json();
+        QCOMPARE(json["outcome"].toString(), QString("cancelled"));
+        QVERIFY(json["notReached"].toInteger() > 0);
+        QCOMPARE(json["inserted"].toInteger(), written());
+#endif
+    }
 
 private:
     static QStringList Import(const QStringList& more) {
@@ -42,10 +251,7 @@ private:
     /// First column of the first row.
     static qint64 Count(const QString& database, const QString& query) {
         ovConnection connection;
-        connection.Embedded = true;
-        connection.DatabaseName = database;
-        connection.OpenConnection();
-        return connection.ExecuteCommand(query);
+        return OpenEmbedded(connection, database).ExecuteCommand(query);
     }
     /// The content of a database as its own client writes it.
     static QByteArray Dump(const QString& database) { return Sqlite(database, ".dump\n"); }
@@ -62,245 +268,6 @@ private:
     qint64 m_expected = 0;
     std::unique_ptr<CliRun> m_cli;
 };
-
-void TestProgram::initTestCase() {
-    examples::Options options;
-    options.rows = 300;
-    options.folder = m_source.path();
-    options.tables = QStringList{"controparti"};
-    for (const auto& [what, number] : examples::Make("arca2000", options)) {
-        m_expected = what.startsWith("CON_TRO") ? number.toLongLong() : m_expected;
-    }
-    QVERIFY(m_expected > 200);
-}
-
-void TestProgram::init() {
-    m_cli = std::make_unique<CliRun>();
-    m_cli->Set("IMPORT", "Databasename", m_source.path());
-}
-
-void TestProgram::refusesWrongUsage_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("told");
-    const auto row = [](const char* name, const QStringList& arguments, const char* told) {
-        QTest::newRow(name) << arguments << QString::fromUtf8(told);
-    };
-    row("no command", {}, "Manca il comando");
-    row("unknown command", {"imprt"}, "forse 'import'?");
-    row("unknown option", {"origins", "--resett"}, "'resett' non esiste");
-    row("option of another command", {"origins", "--reset"}, "'reset' non esiste");
-    row("no value", {"import", "--company"}, "Manca il valore dell'opzione --company");
-    row("one argument too many", {"origins", "tutte"}, "Argomento di troppo: 'tutte'");
-    row("no origin", {"import", "--company", "X01", "--data", "cli"}, "Manca l'opzione --origin");
-    row("unknown origin", {"import", "--company", "X01", "--origin", "arca", "--data", "cli"},
-        "forse 'Arca 2000' o 'Arca Evolution'?");
-    row("unknown data", Import({}).mid(0, 6) + QStringList{"clienti"}, "i valori sono cli, art, dis");
-    row("unknown errors", Import({"--errors", "skip"}), "ask, ignore, retry, abort");
-    row("unknown answer", Import({"--answer", "forse"}), "'forse' non è previsto");
-    row("unknown company", Import({}).replaceInStrings("X01", "X02"), "forse 'X01'? (aziende presenti: X01)");
-}
-
-void TestProgram::refusesWrongUsage() {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, told);
-    m_cli->CreateCompany();
-    const auto ended = m_cli->Run(arguments);
-    QCOMPARE(ended.exitCode, 2);
-    QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
-    QCOMPARE(ended.output, QString());
-}
-
-void TestProgram::showsHelp_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("told");
-    QTest::newRow("program") << QStringList{"--help"} << "create-database";
-    QTest::newRow("command") << QStringList{"import", "-h"} << "--errors MODO";
-    QTest::newRow("command, options before") << QStringList{"--help", "import"} << "--errors MODO";
-}
-
-void TestProgram::showsHelp() {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, told);
-    const auto ended = m_cli->Run(arguments);
-    QCOMPARE(ended.exitCode, 0);
-    QVERIFY2(ended.output.contains(told), qPrintable(ended.output));
-    QVERIFY2(ended.errors.isEmpty(), qPrintable(ended.errors));
-}
-
-void TestProgram::answersWrongUsageInJson() {
-    const auto ended = m_cli->Run({"import", "--json", "--nome", "x"});
-    QCOMPARE(ended.exitCode, 2);
-    QCOMPARE(ended.Json()["outcome"].toString(), QString("wrongUsage"));
-    QCOMPARE(ended.Json()["errors"].toArray().size(), 1);
-}
-
-void TestProgram::listsOrigins() {
-    const auto ended = m_cli->Run({"origins", "--json"});
-    QCOMPARE(ended.exitCode, 0);
-    const QJsonArray origins = ended.Json()["origins"].toArray();
-    QCOMPARE(origins.size(), 57);
-    const QJsonObject arca = origins[6].toObject();
-    QCOMPARE(arca["name"].toString(), QString("Arca 2000"));
-    const QJsonObject disegni = arca["buttons"].toArray()[7].toObject();
-    QCOMPARE(disegni["caption"].toString(), QString("Importa Listini"));
-    QCOMPARE(disegni["shown"].toString(), QString("yes"));
-    const QJsonObject cli = arca["buttons"].toArray()[0].toObject();
-    QCOMPARE(cli["procedures"].toArray()[0].toString(), QString("ImportContropartiArca2000"));
-    QVERIFY(m_cli->Run({"origins"}).output.contains("Excel scarico AS/400"));
-}
-
-void TestProgram::createsCompanies() {
-    const auto first = m_cli->Run({"create-database", "--company", "x01", "--name", "Prova Uno", "--json"});
-    QCOMPARE(first.exitCode, 0);
-    QCOMPARE(first.Json()["company"].toString(), QString("X01"));
-    QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM SYS_AZI WHERE AZRAS = 'Prova Uno'"), 1);
-    const auto again = m_cli->CreateCompany();
-    QCOMPARE(again.exitCode, 1);
-    QVERIFY2(again.errors.contains("X01"), qPrintable(again.errors));
-}
-
-void TestProgram::tellsWhyItCannotStart_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("told");
-    QTest::newRow("no database") << "DatabaseName"
-                                 << "manca.db"
-                                 << "non esiste";
-    QTest::newRow("no database of Quadrix") << "DatabaseName"
-                                            << "altro.db"
-                                            << "SYS_AZI";
-    QTest::newRow("source missing") << ""
-                                    << ""
-                                    << "Impossibile connettersi a Arca 2000!";
-}
-
-void TestProgram::tellsWhyItCannotStart() {
-    QFETCH(QString, key);
-    QFETCH(QString, value);
-    QFETCH(QString, told);
-    m_cli->CreateCompany();
-    Count(m_cli->Folder.filePath("altro.db"), "SELECT 1");
-    if (key.isEmpty()) {
-        m_cli->Set("IMPORT", "Databasename", m_cli->Folder.filePath("manca"));
-    } else {
-        m_cli->Set("DATABASE", key, value);
-    }
-    const auto ended = m_cli->Run(Import({"--json"}));
-    QCOMPARE(ended.exitCode, 1);
-    QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
-    QCOMPARE(ended.Json()["outcome"].toString(), QString("failed"));
-    QVERIFY2(QString(QJsonDocument(ended.Json()).toJson()).contains(told), qPrintable(ended.output));
-}
-
-void TestProgram::importsAndAccounts() {
-    m_cli->CreateCompany();
-    const auto ended = m_cli->Run(Import({"--answer", "yes", "--json"}));
-    QVERIFY2(ended.exitCode == 0, qPrintable(ended.errors));
-    const QJsonObject json = ended.Json();
-    QCOMPARE(json["outcome"].toString(), QString("done"));
-    QCOMPARE(json["inserted"].toInteger(), m_expected);
-    QCOMPARE(json["inserted"].toInteger(), Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"));
-    QCOMPARE(json["inserted"].toInteger() + json["updated"].toInteger() + json["skipped"].toInteger() +
-                 json["givenUp"].toInteger() + json["notReached"].toInteger(),
-             json["sourceRows"].toInteger());
-    const QJsonObject written = json["written"].toObject();
-    for (const QString& table : written.keys()) {
-        QCOMPARE(written[table].toObject()["inserted"].toInteger(),
-                 Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_" + table));
-    }
-    QVERIFY(written.contains("NUM_TEL"));
-    QVERIFY(!json["untranslated"].toArray().isEmpty());
-    QVERIFY(json["seconds"].toDouble() > 0);
-    QVERIFY(QFile::exists(json["log"].toString()));
-    QVERIFY2(ended.errors.contains("Controparti importate correttamente!"), qPrintable(ended.errors));
-
-    const auto again = m_cli->Run(Import({"--answer", "no", "--reset"}));
-    QCOMPARE(again.exitCode, 0);
-    QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), m_expected);
-    QVERIFY2(again.output.contains("completata"), qPrintable(again.output));
-}
-
-void TestProgram::importsOneCode() {
-    m_cli->CreateCompany();
-    const auto ended = m_cli->Run(Import({"--code", "C00007", "--answer", "no", "--json"}));
-    QCOMPARE(ended.exitCode, 0);
-    QCOMPARE(ended.Json()["sourceRows"].toInteger(), 1);
-    QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO WHERE CDCON = '000007'"), 1);
-    QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 1);
-}
-
-void TestProgram::replaysItsTrace() {
-    if (QStandardPaths::findExecutable("sqlite3").isEmpty()) {
-        QSKIP("sqlite3 is not installed");
-    }
-    m_cli->CreateCompany();
-    const QString copy = m_cli->Folder.filePath("copy.db");
-    QVERIFY(QFile::copy(m_cli->Database(), copy));
-    const QString path = m_cli->Folder.filePath("trace.sql");
-    QCOMPARE(m_cli->Run(Import({"--answer", "yes", "--reset", "--trace", path})).exitCode, 0);
-    QFile trace(path);
-    QVERIFY(trace.open(QIODevice::ReadOnly));
-    const QByteArray statements = trace.readAll();
-    QVERIFY(statements.contains("\n-- SELECT COUNT(*) FROM anagrafe\n"));
-    QVERIFY(!Sqlite(copy, statements).startsWith("failed"));
-    QVERIFY(Dump(copy) == Dump(m_cli->Database()));
-    QVERIFY(Dump(copy).size() > 100000);
-}
-
-void TestProgram::takesATrialBack() {
-    m_cli->CreateCompany();
-    m_cli->Run(Import({"--code", "C00007", "--answer", "no"}));
-    const auto ended = m_cli->Run(Import({"--answer", "no", "--reset", "--dry-run", "--json"}));
-    QCOMPARE(ended.exitCode, 0);
-    QCOMPARE(ended.Json()["inserted"].toInteger(), m_expected);
-    QCOMPARE(ended.Json()["dryRun"].toBool(), true);
-    QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 1);
-}
-
-void TestProgram::namesAnUnansweredQuestion() {
-    m_cli->CreateCompany();
-    const auto ended = m_cli->Run(Import({}));
-    QCOMPARE(ended.exitCode, 1);
-    QVERIFY2(ended.errors.contains("Vuoi riportare gli indirizzi mail"), qPrintable(ended.errors));
-    QVERIFY(ended.errors.contains("--answer"));
-}
-
-void TestProgram::checksWithoutWriting() {
-    m_cli->CreateCompany();
-    const QStringList check{"check", "--company", "X01", "--origin", "Arca 2000"};
-    QCOMPARE(m_cli->Run(check + QStringList{"--data", "cli"}).exitCode, 0);
-    const auto missing = m_cli->Run(check + QStringList{"--data", "piano", "--json"});
-    QCOMPARE(missing.exitCode, 1);
-    const QJsonObject procedure = missing.Json()["procedures"].toArray()[0].toObject();
-    QCOMPARE(procedure["procedure"].toString(), QString("ImportPianoContiArca2000"));
-    QVERIFY(procedure["missing"].toArray()[0].toString().contains("pianocon"));
-    QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 0);
-}
-
-void TestProgram::stopsAtAnInterrupt() {
-#ifdef Q_OS_WIN
-    QSKIP("no signals to send");
-#else
-    examples::Options options;
-    options.rows = 5000;
-    const QTemporaryDir large;
-    options.folder = large.path();
-    options.tables = QStringList{"controparti"};
-    examples::Make("arca2000", options);
-    m_cli->Set("IMPORT", "Databasename", large.path());
-    m_cli->CreateCompany();
-    const auto process = m_cli->Start(Import({"--answer", "no", "--json"}));
-    const auto written = [this] { return Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"); };
-    QTRY_VERIFY_WITH_TIMEOUT(written() > 0, 60000);
-    QCOMPARE(kill(static_cast<pid_t>(process->processId()), SIGINT), 0);
-    const auto ended = CliRun::End(*process);
-    QCOMPARE(ended.exitCode, 3);
-    const QJsonObject json = ended.Json();
-    QCOMPARE(json["outcome"].toString(), QString("cancelled"));
-    QVERIFY(json["notReached"].toInteger() > 0);
-    QCOMPARE(json["inserted"].toInteger(), written());
-#endif
-}
 
 QUADRIX_TEST(TestProgram)
 #include "test_program.moc"

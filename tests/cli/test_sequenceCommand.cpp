@@ -1,6 +1,8 @@
 #include "examples/examples.h"
 #include "tests/cli/CliRun.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -35,19 +37,17 @@ private slots:
             examples::Make(source, options);
         }
         m_run.Set("IMPORT", "DOC_DateStart", "01/01/2024");
-        QFile file(m_run.Folder.filePath("Sequence.ini"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[SEQUENCE]\nAzienda=Prova Uno\nScript=2\n[MEXAL]\nDatabasename=" + m_run.Folder.path().toLatin1() +
-                   "\n[TESSERA]\nDatabasename=tessera.db\n[VISUAL SPACE]\nDatabasename=manca.db\n");
+        WriteFile(m_run.Folder.filePath("Sequence.ini"),
+                  "[SEQUENCE]\nAzienda=Prova Uno\nScript=2\n[MEXAL]\nDatabasename=" + m_run.Folder.path().toLatin1() +
+                      "\n[TESSERA]\nDatabasename=tessera.db\n[VISUAL SPACE]\nDatabasename=manca.db\n");
     }
 
     void refusals_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("without confirmation") << QStringList{"--steps", "all"} << "--yes";
-        QTest::newRow("without steps") << QStringList{"--yes"} << "--steps";
-        QTest::newRow("no such step") << QStringList{"--steps", "saldimex,saldimx", "--yes"} << "'saldimx'";
-        QTest::newRow("no such script") << QStringList{"--script", "3", "--yes"} << "3";
+        Columns<QStringList, QString>("arguments", "told");
+        Row("without confirmation", QStringList{"--steps", "all"}, "--yes");
+        Row("without steps", QStringList{"--yes"}, "--steps");
+        Row("no such step", QStringList{"--steps", "saldimex,saldimx", "--yes"}, "'saldimx'");
+        Row("no such script", QStringList{"--script", "3", "--yes"}, "3");
     }
     void refusals() {
         QFETCH(QStringList, arguments);

@@ -1,6 +1,7 @@
 #include "cli/TerminalOperator.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -42,152 +43,138 @@ class TestTerminalOperator : public QObject {
     Q_OBJECT
 
 private slots:
-    void answersFromTheCommandLine();
-    void asksAPerson_data();
-    void asksAPerson();
-    void failsWithoutAnAnswer();
-    void hidesPasswords();
-    void choosesOnErrors_data();
-    void choosesOnErrors();
-    void reportsErrorsInFull();
-    void drawsProgress();
-    void printsProgressNowAndThen();
-};
-
-void TestTerminalOperator::answersFromTheCommandLine() {
-    FakeTerminal fake;
-    TerminalOperator person(fake.Streams(true, false), {{true, false}, {"testo"}, {"/a.xls"}});
-    QVERIFY(person.Ask("Prima?"));
-    QVERIFY(!person.Ask("Seconda?"));
-    QCOMPARE(person.Input("Nome:", "", "altro"), std::optional<QString>("testo"));
-    QCOMPARE(person.OpenFile("File:", ""), QString("/a.xls"));
-    QCOMPARE(fake.Lines, QStringList({"Prima? sì", "Seconda? no"}));
-    QVERIFY(fake.Prompts.isEmpty());
-    fake.Typed = {"sì"};
-    QVERIFY(person.Ask("Terza?")); // the answers of the command line are used up
-}
-
-void TestTerminalOperator::asksAPerson_data() {
-    QTest::addColumn<QStringList>("typed");
-    QTest::addColumn<bool>("answer");
-    QTest::newRow("s") << QStringList{"s"} << true;
-    QTest::newRow("SI") << QStringList{" SI "} << true;
-    QTest::newRow("n") << QStringList{"n"} << false;
-    QTest::newRow("asked again") << QStringList{"", "forse", "no"} << false;
-}
-
-void TestTerminalOperator::asksAPerson() {
-    QFETCH(QStringList, typed);
-    FakeTerminal fake;
-    fake.Typed = typed;
-    TerminalOperator person(fake.Streams(true, false), {});
-    QTEST(person.Ask("Vuoi?"), "answer");
-    QCOMPARE(fake.Prompts.size(), typed.size());
-}
-
-void TestTerminalOperator::failsWithoutAnAnswer() {
-    for (const bool present : {false, true}) { // nobody there, or somebody who gives up
+    void answersFromTheCommandLine() {
         FakeTerminal fake;
-        TerminalOperator person(fake.Streams(present, false), {});
-        const auto error = ErrorOf<ImportError>([&] { person.Ask("Vuoi?"); });
-        QVERIFY(error && error->Message().contains("\"Vuoi?\"") && error->Message().contains("--answer"));
+        TerminalOperator person(fake.Streams(true, false), {{true, false}, {"testo"}, {"/a.xls"}});
+        QVERIFY(person.Ask("Prima?"));
+        QVERIFY(!person.Ask("Seconda?"));
+        QCOMPARE(person.Input("Nome:", "", "altro"), std::optional<QString>("testo"));
+        QCOMPARE(person.OpenFile("File:", ""), QString("/a.xls"));
+        QCOMPARE(fake.Lines, QStringList({"Prima? sì", "Seconda? no"}));
+        QVERIFY(fake.Prompts.isEmpty());
+        fake.Typed = {"sì"};
+        QVERIFY(person.Ask("Terza?")); // the answers of the command line are used up
     }
-    FakeTerminal fake;
-    TerminalOperator person(fake.Streams(false, false), {});
-    QVERIFY(ErrorOf<ImportError>([&] { person.Input("Nome:", "", "x"); })->Message().contains("--input"));
-    QVERIFY(ErrorOf<ImportError>([&] { person.OpenFile("File:", ""); })->Message().contains("--file"));
-}
 
-void TestTerminalOperator::hidesPasswords() {
-    FakeTerminal fake;
-    TerminalOperator person(fake.Streams(true, false), {{}, {"segreta"}, {}});
-    QCOMPARE(person.Input("Password:", "", ""), std::optional<QString>("segreta"));
-    QVERIFY2(fake.Lines.isEmpty(), "an answer of the command line is not shown");
-    fake.Typed = {"x", ""};
-    QCOMPARE(person.Input("Database Password:", "", ""), std::optional<QString>("x"));
-    QCOMPARE(person.Input("Nome:", "", "predefinito"), std::optional<QString>("predefinito"));
-    QCOMPARE(person.Input("Nome:", "", "predefinito"), std::nullopt);
-    QCOMPARE(fake.Prompts[0], QString("Database Password: (hidden)"));
-    QCOMPARE(fake.Prompts[1], QString("Nome: [predefinito] "));
-}
-
-void TestTerminalOperator::choosesOnErrors_data() {
-    QTest::addColumn<QStringList>("typed");
-    QTest::addColumn<ErrorAnswer>("answer");
-    QTest::newRow("retry") << QStringList{"R"} << ErrorAnswer::Retry;
-    QTest::newRow("ignore") << QStringList{"ignora"} << ErrorAnswer::Ignore;
-    QTest::newRow("abort") << QStringList{"x", "t"} << ErrorAnswer::Abort;
-    QTest::newRow("gives up") << QStringList{} << ErrorAnswer::Abort;
-}
-
-void TestTerminalOperator::choosesOnErrors() {
-    QFETCH(QStringList, typed);
-    FakeTerminal fake;
-    fake.Typed = typed;
-    ErrorEntry entry;
-    entry.message = "tabella piena";
-    TerminalOperator person(fake.Streams(true, false), {});
-    QTEST(person.ChooseOnError(entry), "answer");
-    QVERIFY(fake.Complaints.join(' ').contains("tabella piena"));
-    TerminalOperator nobody(fake.Streams(false, false), {});
-    QCOMPARE(nobody.ChooseOnError(entry), ErrorAnswer::Abort);
-}
-
-void TestTerminalOperator::reportsErrorsInFull() {
-    FakeTerminal fake;
-    TerminalOperator person(fake.Streams(false, true), {});
-    ErrorEntry entry;
-    entry.module = "modImport_Arca2000";
-    entry.procedure = "ImportContropartiArca2000";
-    entry.message = "scrittura fallita";
-    entry.statement = "INSERT INTO X";
-    entry.engineMessage = "disk full [SQLITE_FULL]";
-    entry.rowKey = "codice 'C1'";
-    person.ReportError(entry);
-    QCOMPARE(fake.Complaints,
-             QStringList{"Errore (modImport_Arca2000.ImportContropartiArca2000): scrittura fallita\n"
-                         "  Riga: codice 'C1'\n  Database: disk full [SQLITE_FULL]\n  Istruzione: INSERT INTO X"});
-    QCOMPARE(fake.Drawn, QStringList{""}); // the line of a progress makes room
-}
-
-void TestTerminalOperator::drawsProgress() {
-    FakeTerminal fake;
-    TerminalOperator person(fake.Streams(false, true), {});
-    auto progress = person.ShowProgress();
-    progress->SetStep("Controparti");
-    progress->SetMax(200);
-    for (int row = 1; row <= 100; ++row) {
-        fake.Seconds = row * 0.25;
-        progress->SetValue(static_cast<float>(row));
-        progress->SetMax(200); // too soon to be drawn again
+    void asksAPerson_data() {
+        Columns<QStringList, bool>("typed", "answer");
+        Row("s", QStringList{"s"}, true);
+        Row("SI", QStringList{" SI "}, true);
+        Row("n", QStringList{"n"}, false);
+        Row("asked again", QStringList{"", "forse", "no"}, false);
     }
-    QCOMPARE(fake.Drawn.size(), 100);
-    QCOMPARE(fake.Drawn.last(), QString("Importazione in corso Controparti... [############------------] 100 di 200, "
-                                        "4,0 al secondo, ancora 25 s"));
-    QVERIFY(fake.Lines.isEmpty());
-    QVERIFY(!progress->Cancel());
-    fake.Interrupted = true;
-    QVERIFY(progress->Cancel());
-    progress.reset();
-    QCOMPARE(fake.Drawn.last(), QString());
-    QCOMPARE(fake.Lines, QStringList{"Importazione in corso Controparti... 100 di 200"});
-}
-
-void TestTerminalOperator::printsProgressNowAndThen() {
-    FakeTerminal fake;
-    TerminalOperator person(fake.Streams(false, false), {});
-    auto progress = person.ShowProgress();
-    progress->SetStep("Articoli");
-    progress->SetMax(30);
-    for (int row = 1; row <= 30; ++row) {
-        fake.Seconds = row;
-        progress->SetValue(static_cast<float>(row));
+    void asksAPerson() {
+        QFETCH(QStringList, typed);
+        FakeTerminal fake;
+        fake.Typed = typed;
+        TerminalOperator person(fake.Streams(true, false), {});
+        QTEST(person.Ask("Vuoi?"), "answer");
+        QCOMPARE(fake.Prompts.size(), typed.size());
     }
-    progress.reset();
-    QCOMPARE(fake.Lines.size(), 3);
-    QVERIFY(fake.Lines[0].startsWith("Importazione in corso Articoli... 10 di 30"));
-    QVERIFY(fake.Lines[2].startsWith("Importazione in corso Articoli... 30 di 30"));
-}
+
+    void failsWithoutAnAnswer() {
+        for (const bool present : {false, true}) { // nobody there, or somebody who gives up
+            FakeTerminal fake;
+            TerminalOperator person(fake.Streams(present, false), {});
+            const auto error = ErrorOf<ImportError>([&] { person.Ask("Vuoi?"); });
+            QVERIFY(error && error->Message().contains("\"Vuoi?\"") && error->Message().contains("--answer"));
+        }
+        FakeTerminal fake;
+        TerminalOperator person(fake.Streams(false, false), {});
+        QVERIFY(ErrorOf<ImportError>([&] { person.Input("Nome:", "", "x"); })->Message().contains("--input"));
+        QVERIFY(ErrorOf<ImportError>([&] { person.OpenFile("File:", ""); })->Message().contains("--file"));
+    }
+
+    void hidesPasswords() {
+        FakeTerminal fake;
+        TerminalOperator person(fake.Streams(true, false), {{}, {"segreta"}, {}});
+        QCOMPARE(person.Input("Password:", "", ""), std::optional<QString>("segreta"));
+        QVERIFY2(fake.Lines.isEmpty(), "an answer of the command line is not shown");
+        fake.Typed = {"x", ""};
+        QCOMPARE(person.Input("Database Password:", "", ""), std::optional<QString>("x"));
+        QCOMPARE(person.Input("Nome:", "", "predefinito"), std::optional<QString>("predefinito"));
+        QCOMPARE(person.Input("Nome:", "", "predefinito"), std::nullopt);
+        QCOMPARE(fake.Prompts[0], QString("Database Password: (hidden)"));
+        QCOMPARE(fake.Prompts[1], QString("Nome: [predefinito] "));
+    }
+
+    void choosesOnErrors_data() {
+        Columns<QStringList, ErrorAnswer>("typed", "answer");
+        Row("retry", QStringList{"R"}, ErrorAnswer::Retry);
+        Row("ignore", QStringList{"ignora"}, ErrorAnswer::Ignore);
+        Row("abort", QStringList{"x", "t"}, ErrorAnswer::Abort);
+        Row("gives up", QStringList{}, ErrorAnswer::Abort);
+    }
+    void choosesOnErrors() {
+        QFETCH(QStringList, typed);
+        FakeTerminal fake;
+        fake.Typed = typed;
+        ErrorEntry entry;
+        entry.message = "tabella piena";
+        TerminalOperator person(fake.Streams(true, false), {});
+        QTEST(person.ChooseOnError(entry), "answer");
+        QVERIFY(fake.Complaints.join(' ').contains("tabella piena"));
+        TerminalOperator nobody(fake.Streams(false, false), {});
+        QCOMPARE(nobody.ChooseOnError(entry), ErrorAnswer::Abort);
+    }
+
+    void reportsErrorsInFull() {
+        FakeTerminal fake;
+        TerminalOperator person(fake.Streams(false, true), {});
+        ErrorEntry entry;
+        entry.module = "modImport_Arca2000";
+        entry.procedure = "ImportContropartiArca2000";
+        entry.message = "scrittura fallita";
+        entry.statement = "INSERT INTO X";
+        entry.engineMessage = "disk full [SQLITE_FULL]";
+        entry.rowKey = "codice 'C1'";
+        person.ReportError(entry);
+        QCOMPARE(fake.Complaints,
+                 QStringList{"Errore (modImport_Arca2000.ImportContropartiArca2000): scrittura fallita\n"
+                             "  Riga: codice 'C1'\n  Database: disk full [SQLITE_FULL]\n  Istruzione: INSERT INTO X"});
+        QCOMPARE(fake.Drawn, QStringList{""}); // the line of a progress makes room
+    }
+
+    void drawsProgress() {
+        FakeTerminal fake;
+        TerminalOperator person(fake.Streams(false, true), {});
+        auto progress = person.ShowProgress();
+        progress->SetStep("Controparti");
+        progress->SetMax(200);
+        for (int row = 1; row <= 100; ++row) {
+            fake.Seconds = row * 0.25;
+            progress->SetValue(static_cast<float>(row));
+            progress->SetMax(200); // too soon to be drawn again
+        }
+        QCOMPARE(fake.Drawn.size(), 100);
+        QCOMPARE(fake.Drawn.last(),
+                 QString("Importazione in corso Controparti... [############------------] 100 di 200, "
+                         "4,0 al secondo, ancora 25 s"));
+        QVERIFY(fake.Lines.isEmpty());
+        QVERIFY(!progress->Cancel());
+        fake.Interrupted = true;
+        QVERIFY(progress->Cancel());
+        progress.reset();
+        QCOMPARE(fake.Drawn.last(), QString());
+        QCOMPARE(fake.Lines, QStringList{"Importazione in corso Controparti... 100 di 200"});
+    }
+
+    void printsProgressNowAndThen() {
+        FakeTerminal fake;
+        TerminalOperator person(fake.Streams(false, false), {});
+        auto progress = person.ShowProgress();
+        progress->SetStep("Articoli");
+        progress->SetMax(30);
+        for (int row = 1; row <= 30; ++row) {
+            fake.Seconds = row;
+            progress->SetValue(static_cast<float>(row));
+        }
+        progress.reset();
+        QCOMPARE(fake.Lines.size(), 3);
+        QVERIFY(fake.Lines[0].startsWith("Importazione in corso Articoli... 10 di 30"));
+        QVERIFY(fake.Lines[2].startsWith("Importazione in corso Articoli... 30 di 30"));
+    }
+};
 
 QUADRIX_TEST(TestTerminalOperator)
 #include "test_terminalOperator.moc"

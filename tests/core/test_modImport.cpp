@@ -1,5 +1,8 @@
 #include "core/modImport.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -17,38 +20,14 @@ class TestModImport : public QObject {
 
 private slots:
     void getNewCode_data() {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("oldCode");
-        QTest::addColumn<QString>("newCode");
-        QTest::newRow("found") << "TAB_MOP"
-                               << "CDMOP"
-                               << "RB30"
-                               << "030";
-        QTest::newRow("another field") << "TAB_MOP"
-                                       << "CDMPT"
-                                       << "RB30"
-                                       << "";
-        QTest::newRow("another table") << "TAB_IVA"
-                                       << "CDMOP"
-                                       << "RB30"
-                                       << "";
-        QTest::newRow("first 20 characters count") << "ABCDEFGHIJKLMNOPQRST_ONE"
-                                                   << "ABCDEFGHIJKLMNOPQRST_TWO"
-                                                   << "A"
-                                                   << "B";
-        QTest::newRow("empty code has none") << "TAB_MOP"
-                                             << "CDMOP"
-                                             << ""
-                                             << "";
-        QTest::newRow("quotes") << "TAB_MOP"
-                                << "CDMOP"
-                                << "O'K"
-                                << "Q1";
-        QTest::newRow("Null is empty") << "TAB_MOP"
-                                       << "CDMOP"
-                                       << "NULLO"
-                                       << "";
+        Columns<QString, QString, QString, QString>("table", "field", "oldCode", "newCode");
+        Row("found", "TAB_MOP", "CDMOP", "RB30", "030");
+        Row("another field", "TAB_MOP", "CDMPT", "RB30", "");
+        Row("another table", "TAB_IVA", "CDMOP", "RB30", "");
+        Row("first 20 characters count", "ABCDEFGHIJKLMNOPQRST_ONE", "ABCDEFGHIJKLMNOPQRST_TWO", "A", "B");
+        Row("empty code has none", "TAB_MOP", "CDMOP", "", "");
+        Row("quotes", "TAB_MOP", "CDMOP", "O'K", "Q1");
+        Row("Null is empty", "TAB_MOP", "CDMOP", "NULLO", "");
     }
     void getNewCode() {
         TestTarget target;
@@ -66,6 +45,7 @@ private slots:
 
     void firstMatchStaysForTheRun() {
         TestTarget target;
+        QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "abc", false), QString());
         AddTranslation(target, "TAB_MOP", "CDMOP", "abc", "'1'");
         QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "abc", false), QString("1"));
         target.Execute("UPDATE SYS_IMP SET TBNEW = '2'");
@@ -74,7 +54,7 @@ private slots:
         QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "abc", false), QString("2"));
     }
 
-    void missingCodeIsAddedOnceAndNotRemembered() {
+    void missingCodeIsAddedOnce() {
         TestTarget target;
         QCOMPARE(GetNewCode(target.Get(), "ANAGRAFICACF", "VALUTA", "LIT", true), QString());
         QCOMPARE(GetNewCode(target.Get(), "ANAGRAFICACF", "VALUTA", "LIT", true), QString());
@@ -83,28 +63,17 @@ private slots:
         QCOMPARE(target.Get().Untranslated, QStringList("ANAGRAFICACF.VALUTA = LIT"));
     }
 
-    void codeThatIsNotThereIsAskedForAgain() {
-        TestTarget target;
-        QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "NEW", false), QString());
-        AddTranslation(target, "TAB_MOP", "CDMOP", "NEW", "'9'");
-        QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "NEW", false), QString("9"));
-    }
-
     void counterpartyFromSourceCode_data() {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<bool>("asCustomer");
-        QTest::addColumn<bool>("asSupplier");
-        QTest::addColumn<bool>("partial");
-        QTest::addColumn<QString>("found");
-        QTest::newRow("customer") << "C12" << true << false << false << "000001";
-        QTest::newRow("customer's code as supplier") << "C12" << false << true << false << "";
-        QTest::newRow("supplier") << "F12" << false << true << false << "000002";
-        QTest::newRow("either, customer") << "C12" << false << false << false << "000001";
-        QTest::newRow("either, supplier") << "F12" << false << false << false << "000002";
-        QTest::newRow("customer wins over supplier") << "F12" << true << true << false << "";
-        QTest::newRow("no part of a code") << "12" << false << false << false << "";
-        QTest::newRow("part of a code") << "12" << false << true << true << "000002";
-        QTest::newRow("part of a longer code") << "33" << true << false << true << "000003";
+        Columns<QString, bool, bool, bool, QString>("code", "asCustomer", "asSupplier", "partial", "found");
+        Row("customer", "C12", true, false, false, "000001");
+        Row("customer's code as supplier", "C12", false, true, false, "");
+        Row("supplier", "F12", false, true, false, "000002");
+        Row("either, customer", "C12", false, false, false, "000001");
+        Row("either, supplier", "F12", false, false, false, "000002");
+        Row("customer wins over supplier", "F12", true, true, false, "");
+        Row("no part of a code", "12", false, false, false, "");
+        Row("part of a code", "12", false, true, true, "000002");
+        Row("part of a longer code", "33", true, false, true, "000003");
     }
     void counterpartyFromSourceCode() {
         TestTarget target;
@@ -119,20 +88,12 @@ private slots:
     }
 
     void externalCode_data() {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<bool>("toQuadrix");
-        QTest::addColumn<QString>("found");
-        QTest::newRow("to Quadrix") << "TAB_IVA"
-                                    << "22" << true << "022";
-        QTest::newRow("from Quadrix") << "TAB_IVA"
-                                      << "022" << false << "22";
-        QTest::newRow("company table") << "BAN_CHE"
-                                       << "INTESA" << true << "00007";
-        QTest::newRow("unknown code") << "TAB_IVA"
-                                      << "99" << true << "";
-        QTest::newRow("a table without external codes") << "CON_TRO"
-                                                        << "000001" << false << "";
+        Columns<QString, QString, bool, QString>("table", "code", "toQuadrix", "found");
+        Row("to Quadrix", "TAB_IVA", "22", true, "022");
+        Row("from Quadrix", "TAB_IVA", "022", false, "22");
+        Row("company table", "BAN_CHE", "INTESA", true, "00007");
+        Row("unknown code", "TAB_IVA", "99", true, "");
+        Row("a table without external codes", "CON_TRO", "000001", false, "");
     }
     void externalCode() {
         TestTarget target;
@@ -160,41 +121,23 @@ private slots:
         QCOMPARE(target.Person.BusyChanges % 2, 0);
     }
 
-    void docTypes_data() {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<int>("index");
-        QTest::newRow("first") << "INT" << 0;
-        QTest::newRow("order") << "ORD" << 5;
-        QTest::newRow("packing list") << "PCK" << 6;
-        QTest::newRow("any case") << "ddt" << 8;
-        QTest::newRow("quality check") << "CQC" << 12;
-        QTest::newRow("last") << "NDC" << 14;
-        QTest::newRow("empty") << "" << -1;
-        QTest::newRow("unknown") << "XYZ" << -1;
-    }
-    void docTypes() {
-        QFETCH(QString, type);
-        QTEST(int(GetDocTypeIndex(type)), "index");
-    }
-
     void warehouseDestination_data() {
-        QTest::addColumn<int>("family");
-        QTest::addColumn<QString>("types");
-        QTest::newRow("sales") << 0 << "DTL DTR";
-        QTest::newRow("purchases") << 1 << "RDA RDL RDO ORD DDT DTI FAT NDC";
-        QTest::newRow("subcontracting") << 2 << "RDA RDL RDO ORD DDT DTI FAT NDC";
-        QTest::newRow("intra-company") << 3 << "RDL DTI";
-        QTest::newRow("no family") << 4 << "";
-        QTest::newRow("negative") << -1 << "";
+        Columns<int, QString>("family", "types");
+        Row("sales", 0, "DTL DTR");
+        Row("purchases", 1, "RDA RDL RDO ORD DDT DTI FAT NDC");
+        Row("subcontracting", 2, "RDA RDL RDO ORD DDT DTI FAT NDC");
+        Row("intra-company", 3, "RDL DTI");
+        Row("no family", 4, "");
+        Row("negative", -1, "");
     }
     void warehouseDestination() {
         QFETCH(int, family);
         QFETCH(QString, types);
         QStringList yes;
-        for (const char* type : {"INT", "RDA", "RDL", "OFF", "RDO", "ORD", "PCK", "DTL", "DDT", "DTR", "DTU", "DTI",
+        for (const char* type : {"INT", "rda", "RDL", "OFF", "RDO", "ORD", "PCK", "DTL", "DDT", "DTR", "DTU", "DTI",
                                  "CQC", "FAT", "NDC", "???"}) {
             if (IsWarehouseDestination(family, GetDocTypeIndex(type))) {
-                yes.append(type);
+                yes.append(QString(type).toUpper());
             }
         }
         QCOMPARE(yes.join(' '), types);
@@ -215,42 +158,22 @@ private slots:
     void logThatCannotBeWrittenIsAnError() {
         TestTarget target;
         const QString path = target.Folder.filePath("no/such/folder.log");
-        try {
-            WriteImportLog(target.Get(), "x", true, path);
-            QFAIL("written");
-        } catch (const ImportError& error) {
-            QVERIFY(error.Message().contains(path));
-        }
+        const auto error = ErrorOf<ImportError>([&] { WriteImportLog(target.Get(), "x", true, path); });
+        QVERIFY(error && error->Message().contains(path));
     }
 
     void caseOfKeysAndTexts_data() {
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("default") << ""
-                                 << "AB"
-                                 << "Ab";
-        QTest::newRow("both") << "KEYFIELD_CHAR=1\r\nTEXTFIELD_CHAR=1\r\n"
-                              << "AB"
-                              << "AB";
-        QTest::newRow("neither") << "KEYFIELD_CHAR=0\r\nTEXTFIELD_CHAR=0\r\n"
-                                 << "Ab"
-                                 << "Ab";
-        QTest::newRow("a number's value counts") << "KEYFIELD_CHAR=1.0\r\nTEXTFIELD_CHAR= 1\r\n"
-                                                 << "AB"
-                                                 << "AB";
-        QTest::newRow("no number") << "KEYFIELD_CHAR=yes\r\nTEXTFIELD_CHAR=x\r\n"
-                                   << "Ab"
-                                   << "Ab";
+        Columns<QString, QString, QString>("settings", "key", "text");
+        Row("default", "", "AB", "Ab");
+        Row("both", "KEYFIELD_CHAR=1\r\nTEXTFIELD_CHAR=1\r\n", "AB", "AB");
+        Row("neither", "KEYFIELD_CHAR=0\r\nTEXTFIELD_CHAR=0\r\n", "Ab", "Ab");
+        Row("a number's value counts", "KEYFIELD_CHAR=1.0\r\nTEXTFIELD_CHAR= 1\r\n", "AB", "AB");
+        Row("no number", "KEYFIELD_CHAR=yes\r\nTEXTFIELD_CHAR=x\r\n", "Ab", "Ab");
     }
     void caseOfKeysAndTexts() {
         TestTarget target;
         QFETCH(QString, settings);
-        QFile file(target.Folder.filePath("Quadrix.ini"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[CONFIG]\r\n" + settings.toLatin1());
-        file.close();
-        target.Get().Config.SetConfigFile(file.fileName());
+        WriteFile(target.Folder.filePath("Quadrix.ini"), "[CONFIG]\r\n" + settings.toLatin1());
         QTEST(FormatKeyField(target.Get(), "Ab"), "key");
         QTEST(FormatTextField(target.Get(), "Ab"), "text");
     }

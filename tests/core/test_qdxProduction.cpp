@@ -1,6 +1,7 @@
 #include "core/qdxProduction.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
@@ -18,75 +19,34 @@ private slots:
         QTest::addColumn<QString>("rows");   // VAT code and amount; "D" in front: a text
         QTest::addColumn<QString>("totals"); // goods, discount, taxable, tax, total
 
-        QTest::newRow("one row") << ""
-                                 << "022 100"
-                                 << "100|0|100|22|122";
-        QTest::newRow("two VAT codes") << ""
-                                       << "022 100, 010 50"
-                                       << "150|0|150|27|177";
-        QTest::newRow("rate zero") << ""
-                                   << "N3 100, 022 1"
-                                   << "101|0|101|0.22|101.22";
-        QTest::newRow("without a VAT code") << ""
-                                            << "- 100"
-                                            << "100|0|100|0|100";
-        QTest::newRow("a text does not count") << ""
-                                               << "022 100, D022 999"
-                                               << "100|0|100|22|122";
-        QTest::newRow("no rows") << ""
-                                 << ""
-                                 << "0|0|0|0|0";
+        Row("one row", "", "022 100", "100|0|100|22|122");
+        Row("two VAT codes", "", "022 100, 010 50", "150|0|150|27|177");
+        Row("rate zero", "", "N3 100, 022 1", "101|0|101|0.22|101.22");
+        Row("without a VAT code", "", "- 100", "100|0|100|0|100");
+        Row("a text does not count", "", "022 100, D022 999", "100|0|100|22|122");
+        Row("no rows", "", "", "0|0|0|0|0");
 
-        QTest::newRow("tenths add up") << "" << QString("022 0.1, ").repeated(9) + "022 0.1"
-                                       << "1|0|1|0.22|1.22";
-        QTest::newRow("a row of half a cent") << ""
-                                              << "022 1.005, 022 1.005"
-                                              << "2.02|0|2.02|0.44|2.46";
-        QTest::newRow("tax of half a cent") << ""
-                                            << "022 0.25"
-                                            << "0.25|0|0.25|0.06|0.31";
-        QTest::newRow("tax is rounded by code, not by row") << ""
-                                                            << "022 0.02, 022 0.02, 022 0.02"
-                                                            << "0.06|0|0.06|0.01|0.07";
-        QTest::newRow("large") << ""
-                               << "022 9999999.99"
-                               << "9999999.99|0|9999999.99|2200000|12199999.99";
+        Row("tenths add up", "", QString("022 0.1, ").repeated(9) + "022 0.1", "1|0|1|0.22|1.22");
+        Row("a row of half a cent", "", "022 1.005, 022 1.005", "2.02|0|2.02|0.44|2.46");
+        Row("tax of half a cent", "", "022 0.25", "0.25|0|0.25|0.06|0.31");
+        Row("tax is rounded by code, not by row", "", "022 0.02, 022 0.02, 022 0.02", "0.06|0|0.06|0.01|0.07");
+        Row("large", "", "022 9999999.99", "9999999.99|0|9999999.99|2200000|12199999.99");
 
         // 10 % of 200, then 5 % of 180
-        QTest::newRow("two discounts") << "DTSCO 10, DTSCI 5"
-                                       << "022 200"
-                                       << "200|29|171|37.62|208.62";
-        QTest::newRow("discount of half a cent") << "DTSCO 50"
-                                                 << "022 0.05"
-                                                 << "0.05|0.03|0.02|0|0.02";
-        QTest::newRow("everything discounted") << "DTSCO 100"
-                                               << "022 80"
-                                               << "80|80|0|0|0";
+        Row("two discounts", "DTSCO 10, DTSCI 5", "022 200", "200|29|171|37.62|208.62");
+        Row("discount of half a cent", "DTSCO 50", "022 0.05", "0.05|0.03|0.02|0|0.02");
+        Row("everything discounted", "DTSCO 100", "022 80", "80|80|0|0|0");
         // 90 spread as 66.67 to 33.33: 60.00 at 4 %, the rest at 22 %
-        QTest::newRow("discount over two codes") << "DTSCO 10"
-                                                 << "022 33.33, 004 66.67"
-                                                 << "100|10|90|9|99";
+        Row("discount over two codes", "DTSCO 10", "022 33.33, 004 66.67", "100|10|90|9|99");
 
-        QTest::newRow("packing and transport") << "DTSIM 5, DTSTR 7.5"
-                                               << "022 100"
-                                               << "100|0|112.5|24.75|137.25";
+        Row("packing and transport", "DTSIM 5, DTSTR 7.5", "022 100", "100|0|112.5|24.75|137.25");
         // 30.10 over three equal codes: 10.03 at 4 %, 10.03 at 10 %, 10.04 at 22 %
-        QTest::newRow("the last code takes the rest") << "DTSIM 0.1"
-                                                      << "022 10, 004 10, 010 10"
-                                                      << "30|0|30.1|3.61|33.71";
-        QTest::newRow("discount, then charges") << "DTSCO 10, DTSTR 10"
-                                                << "022 100"
-                                                << "100|10|100|22|122";
-        QTest::newRow("charges alone") << "DTSTR 10"
-                                       << ""
-                                       << "0|0|10|0|10";
+        Row("the last code takes the rest", "DTSIM 0.1", "022 10, 004 10, 010 10", "30|0|30.1|3.61|33.71");
+        Row("discount, then charges", "DTSCO 10, DTSTR 10", "022 100", "100|10|100|22|122");
+        Row("charges alone", "DTSTR 10", "", "0|0|10|0|10");
 
-        QTest::newRow("a return") << ""
-                                  << "022 -50"
-                                  << "-50|0|-50|-11|-61";
-        QTest::newRow("a row taken back, transport stays") << "DTSTR 10"
-                                                           << "022 100, 022 -100"
-                                                           << "0|0|10|2.2|12.2";
+        Row("a return", "", "022 -50", "-50|0|-50|-11|-61");
+        Row("a row taken back, transport stays", "DTSTR 10", "022 100, 022 -100", "0|0|10|2.2|12.2");
     }
     void totals() {
         QFETCH(const QString, head);
@@ -102,14 +62,10 @@ private slots:
     }
 
     void everyFamily_data() {
-        QTest::addColumn<QString>("head");
-        QTest::addColumn<QString>("row");
-        QTest::newRow("purchases") << "DOC_ACQ"
-                                   << "DOC_ACR";
-        QTest::newRow("work account") << "DOC_CTL"
-                                      << "DOC_CTR";
-        QTest::newRow("within the company") << "DOC_ICO"
-                                            << "DOC_ICR";
+        Columns<QString, QString>("head", "row");
+        Row("purchases", "DOC_ACQ", "DOC_ACR");
+        Row("work account", "DOC_CTL", "DOC_CTR");
+        Row("within the company", "DOC_ICO", "DOC_ICR");
     }
     void everyFamily() {
         QFETCH(const QString, head);

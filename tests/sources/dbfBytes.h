@@ -47,11 +47,4 @@ struct Table {
     }
 };
 
-inline void WriteFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    Q_ASSERT(isWritten);
-    Q_UNUSED(isWritten)
-}
-
 } // namespace dbfBytes

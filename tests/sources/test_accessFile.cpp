@@ -1,7 +1,9 @@
 #include "tests/sources/dbfBytes.h"
 #include "tests/sources/mdbBytes.h"
 #include "tests/sources/sourcesTest.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -18,7 +20,7 @@ private:
 
     QString Path() const { return m_dir->filePath("Dati.MDB"); }
     std::unique_ptr<Engine> Open(const QByteArray& bytes, const ConnectionSettings& more = {}) const {
-        dbfBytes::WriteFile(Path(), bytes);
+        WriteFile(Path(), bytes);
         ConnectionSettings settings = more;
         settings.connectionString = "Driver={Microsoft Access Driver (*.mdb, *.accdb)};DBQ=" + Path();
         return sources::OpenFileSource(settings);
@@ -69,11 +71,9 @@ private slots:
     }
 
     void ReadsEveryType_data() {
-        QTest::addColumn<Column>("column");
-        QTest::addColumn<QByteArray>("value");
-        QTest::addColumn<QString>("expected");
+        Columns<Column, QByteArray, QString>("column", "value", "expected");
         const auto row = [](const char* name, const Column& column, const QByteArray& value, const QString& expected) {
-            QTest::newRow(name) << column << value << expected;
+            ::Row(name, column, value, expected);
         };
         const auto decimal = [](int sign, const char* hexadecimal) -> QByteArray {
             return Raw(static_cast<qint8>(sign)) + QByteArray::fromHex(hexadecimal);
@@ -109,7 +109,6 @@ private slots:
         row("no date", {"c", 8, 8}, Raw(4e6),
             "File 'Dati.MDB', tabella 't': riga 1: colonna 'c': il valore 4e+06 non è una data");
     }
-
     void ReadsEveryType() {
         QFETCH(const Column, column);
         QFETCH(const QByteArray, value);
@@ -117,11 +116,9 @@ private slots:
     }
 
     void ReadsLongValues_data() {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QByteArray>("head");
-        QTest::addColumn<QStringList>("expected");
+        Columns<int, QByteArray, QStringList>("type", "head", "expected");
         const auto row = [](const char* name, int type, const QByteArray& head, const QStringList& expected) {
-            QTest::newRow(name) << type << head << expected;
+            ::Row(name, type, head, expected);
         };
         const auto place = [](int index) { return LongValueRow(1, index); };
         constexpr int Memo = 12;
@@ -142,7 +139,6 @@ private slots:
         row("row that is not there", Memo, LongValue(Kept::OneRow, 10, place(9)), where + QStringList{"danneggiato"});
         row("head cut off", Memo, QByteArray(5, '\1'), where + QStringList{"danneggiato (5 byte)"});
     }
-
     void ReadsLongValues() {
         QFETCH(const int, type);
         QFETCH(const QByteArray, head);
@@ -154,10 +150,9 @@ private slots:
     }
 
     void NamesWhatCannotBeRead_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("message");
+        Columns<QByteArray, QStringList>("bytes", "message");
         const auto row = [](const char* name, const QByteArray& bytes, const QStringList& message) {
-            QTest::newRow(name) << bytes << (QStringList{"Dati.MDB"} + message);
+            ::Row(name, bytes, (QStringList{"Dati.MDB"} + message));
         };
         const QByteArray whole = Database({Articles()});
         const auto changed = [&](qsizetype at, const QByteArray& with) {
@@ -182,7 +177,6 @@ private slots:
         shorter.rows = {{Utf16("A"), Raw(1)}};
         row("amount of four bytes", Database({shorter}), {"riga 1", "'Prezzo'", "4 byte invece di 8"});
     }
-
     void NamesWhatCannotBeRead() {
         QFETCH(const QByteArray, bytes);
         QFETCH(const QStringList, message);
@@ -199,31 +193,24 @@ private slots:
     }
 
     void ReadsConnectionSettings_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("dsn");
-        QTest::addColumn<QString>("database");
-        QTest::addColumn<bool>("isFile");
-        const auto row = [](const char* name, const char* text, const char* dsn, const char* database, bool isFile) {
-            QTest::newRow(name) << QString(text) << QString(dsn) << QString(database) << isFile;
-        };
-        row("driver", "Driver={Microsoft Access Driver (*.mdb)};Dbq=%1\\dati.mdb;Uid=Admin;Pwd=;", "", "", true);
-        row("Jet", "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"%1/Dati.mdb\";User Id=admin", "", "", true);
-        row("ACE", "Provider=Microsoft.ACE.OLEDB.12.0;Data Source=%1/Dati.mdb", "", "", true);
-        row("file alone", "Data Source=%1/Dati.mdb", "", "", true);
-        row("data source", "", "%1\\DATI.MDB", "", true);
-        row("database", "", "", "%1/dati.mdb", true);
-        row("database of a server", "", "", "FACTORY", false);
-        row("Jet over a workbook",
-            "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=%1/a.xls;Extended Properties=\"Excel 8.0\"", "", "", false);
-        row("DSN", "", "FACTORY", "", false);
+        Columns<QString, QString, QString, bool>("text", "dsn", "database", "isFile");
+        ::Row("driver", "Driver={Microsoft Access Driver (*.mdb)};Dbq=%1\\dati.mdb;Uid=Admin;Pwd=;", "", "", true);
+        ::Row("Jet", "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"%1/Dati.mdb\";User Id=admin", "", "", true);
+        ::Row("ACE", "Provider=Microsoft.ACE.OLEDB.12.0;Data Source=%1/Dati.mdb", "", "", true);
+        ::Row("file alone", "Data Source=%1/Dati.mdb", "", "", true);
+        ::Row("data source", "", "%1\\DATI.MDB", "", true);
+        ::Row("database", "", "", "%1/dati.mdb", true);
+        ::Row("database of a server", "", "", "FACTORY", false);
+        ::Row("Jet over a workbook",
+              "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=%1/a.xls;Extended Properties=\"Excel 8.0\"", "", "", false);
+        ::Row("DSN", "", "FACTORY", "", false);
     }
-
     void ReadsConnectionSettings() {
         QFETCH(QString, text);
         QFETCH(QString, dsn);
         QFETCH(QString, database);
         QFETCH(const bool, isFile);
-        dbfBytes::WriteFile(Path(), Database({Articles()}));
+        WriteFile(Path(), Database({Articles()}));
         ConnectionSettings settings;
         settings.connectionString = text.replace("%1", m_dir->path());
         settings.dsn = dsn.replace("%1", m_dir->path());

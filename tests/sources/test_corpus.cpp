@@ -1,5 +1,6 @@
 #include "fuzz/foreignFiles.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -9,13 +10,12 @@ class CorpusTest : public QObject {
 
 private slots:
     void RefusesWhatTheFuzzersFound_data() {
-        QTest::addColumn<QString>("path");
+        Columns<QString>("path");
         const QDir folder(QUADRIX_SOURCE_DIR "/tests/sources/corpus/Access");
         for (const QString& name : folder.entryList(QDir::Files)) {
-            QTest::newRow(qPrintable(name)) << folder.filePath(name);
+            Row(qPrintable(name), folder.filePath(name));
         }
     }
-
     void RefusesWhatTheFuzzersFound() {
         QFETCH(const QString, path);
         QFile file(path);

@@ -1,12 +1,13 @@
 #include "tests/sources/dbfBytes.h"
 #include "tests/sources/sourcesTest.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTemporaryDir>
 
 using namespace sourcesTest;
 using dbfBytes::Table;
-using dbfBytes::WriteFile;
 
 /// Tables that are damaged, or of kinds that programs of old have left: nothing of them is guessed.
 class DbfDamageTest : public QObject {
@@ -57,15 +58,14 @@ private slots:
     }
 
     void NamesWhatIsWrong_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("message");
+        Columns<QByteArray, QStringList>("bytes", "message");
         const auto changed = [](qsizetype at, char byte) {
             QByteArray bytes = Good().Bytes();
             bytes[at] = byte;
             return bytes;
         };
         const auto row = [](const char* name, const QByteArray& bytes, const QStringList& message) {
-            QTest::newRow(name) << bytes << (QStringList{"Anagrafe.DBF"} + message);
+            Row(name, bytes, (QStringList{"Anagrafe.DBF"} + message));
         };
         const QByteArray whole = Good().Bytes();
         row("empty file", "", {"non è una tabella"});
@@ -86,7 +86,6 @@ private slots:
         twice.fields[1].name = "CODICE";
         row("same name twice", twice.Bytes(), {"ripetuta ('CODICE')"});
     }
-
     void NamesWhatIsWrong() {
         QFETCH(QByteArray, bytes);
         QFETCH(QStringList, message);
@@ -145,15 +144,11 @@ private slots:
     }
 
     void ReadsMemosOfEachKind_data() {
-        QTest::addColumn<int>("version");
-        QTest::addColumn<QByteArray>("pointer");
-        QTest::addColumn<QString>("extension");
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QStringList>("expected");
+        Columns<int, QByteArray, QString, QByteArray, QStringList>("version", "pointer", "extension", "file",
+                                                                   "expected");
         const auto row = [](const char* name, int version, const QByteArray& pointer, const QString& extension,
-                            const QByteArray& file, const QStringList& expected) {
-            QTest::newRow(name) << version << pointer << extension << file << expected;
-        };
+                            const QByteArray& file,
+                            const QStringList& expected) { Row(name, version, pointer, extension, file, expected); };
         const QByteArray second = "         1";
         const QByteArray dBase3 = QByteArray(512, '\0') + "Nota gi\xe0 lunga" + QByteArray(600, 'x') + "\x1a\x1a";
         const QByteArray dBase4 = QByteArray(512, '\0') + QByteArray("\xff\xff\x08\0\x0c\0\0\0nota", 12);
@@ -174,7 +169,6 @@ private slots:
         row("pointer that is none", 0xf5, "      12x4", "fpt", foxPro, {"riga 1", "'note'", "12x4"});
         row("missing memo file", 0x30, binary, "", {}, {"t.dbf", "riga 1", "'note'", "t.fpt"});
     }
-
     void ReadsMemosOfEachKind() {
         QFETCH(int, version);
         QFETCH(QByteArray, pointer);

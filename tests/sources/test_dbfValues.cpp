@@ -1,6 +1,7 @@
 #include "examples/DbfWriter.h"
 #include "tests/sources/sourcesTest.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
@@ -27,15 +28,9 @@ private:
 
 private slots:
     void ReadsWhatWasWritten_data() {
-        QTest::addColumn<char>("type");
-        QTest::addColumn<int>("length");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<QVariant>("written");
-        QTest::addColumn<QVariant>("read");
+        Columns<char, int, int, QVariant, QVariant>("type", "length", "decimals", "written", "read");
         const auto row = [](const char* name, char type, int length, int decimals, const QVariant& written,
-                            const QVariant& read) {
-            QTest::newRow(name) << type << length << decimals << written << read;
-        };
+                            const QVariant& read) { Row(name, type, length, decimals, written, read); };
         const auto same = [&](const char* name, char type, int length, int decimals, const QVariant& value) {
             row(name, type, length, decimals, value, value);
         };
@@ -79,7 +74,6 @@ private slots:
         same("long memo", 'M', 0, 0, QString("àbcdefghij").repeated(20000));
         row("no memo", 'M', 0, 0, QVariant(), "");
     }
-
     void ReadsWhatWasWritten() {
         QFETCH(char, type);
         QFETCH(int, length);

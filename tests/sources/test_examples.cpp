@@ -2,7 +2,10 @@
 #include "examples/italian.h"
 #include "examples/italianWords.h"
 #include "tests/sources/sourcesTest.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QCryptographicHash>
 #include <QDirIterator>
@@ -29,11 +32,7 @@ private:
     static QByteArray HashOf(const QString& folder) {
         QCryptographicHash hash(QCryptographicHash::Sha1);
         for (const QFileInfo& info : QDir(folder).entryInfoList(QDir::Files, QDir::Name)) {
-            QFile file(info.filePath());
-            hash.addData(info.fileName().toUtf8());
-            if (file.open(QIODevice::ReadOnly)) {
-                hash.addData(file.readAll());
-            }
+            hash.addData(QByteArray(info.fileName().toUtf8() + ReadFile(info.filePath())));
         }
         return hash.result().toHex();
     }
@@ -100,12 +99,11 @@ private slots:
     }
 
     void GivesTheSameBytesForTheSameSeed_data() {
-        QTest::addColumn<QString>("example");
+        Columns<QString>("example");
         for (const Example& example : Examples()) {
-            QTest::newRow(qPrintable(example.name)) << example.name;
+            Row(qPrintable(example.name), example.name);
         }
     }
-
     void GivesTheSameBytesForTheSameSeed() {
         QFETCH(QString, example);
         const QTemporaryDir first;
@@ -119,12 +117,10 @@ private slots:
     }
 
     void TotalsFollowFromTheTables_data() {
-        QTest::addColumn<QString>("example");
-        QTest::addColumn<QString>("total");
-        QTest::addColumn<QString>("query");
+        Columns<QString, QString, QString>("example", "total", "query");
         QString example;
         const auto row = [&](const QString& total, const QString& query) {
-            QTest::newRow(qPrintable(example + " " + total)) << example << total << "SELECT " + query;
+            Row(qPrintable(example + " " + total), example, total, "SELECT " + query);
         };
         example = "arca2000";
         row("anagrafe: righe", "COUNT(*) FROM anagrafe");
@@ -183,7 +179,6 @@ private slots:
         row("DOTotali: righe", "COUNT(*) FROM DOTotali d WHERE printf('%.2f', TotImponibileV) = (SELECT "
                                "printf('%.2f', SUM(PrezzoTotaleV)) FROM DORig r WHERE r.Id_DOTes = d.Id_DOTes)");
     }
-
     void TotalsFollowFromTheTables() {
         QFETCH(QString, example);
         QFETCH(QString, total);
@@ -201,52 +196,33 @@ private slots:
     }
 
     void NamesWhatTheOtherSourceHas_data() {
-        QTest::addColumn<QString>("example");
-        QTest::addColumn<QString>("names");
-        QTest::addColumn<QString>("other");
-        QTest::addColumn<QString>("has");
+        Columns<QString, QString, QString, QString>("example", "names", "other", "has");
         const QString products = "SELECT PrdRef FROM PPRR_PPRR_00000100";
-        QTest::newRow("suppliers of the CAM") << "lantek24"
-                                              << "SELECT SuppRef FROM SSHH_PPOO_00000100 WHERE SuppRef <> 'F999999'"
-                                              << "arcaevolution"
-                                              << "SELECT Cd_CF FROM CF WHERE Fornitore";
-        QTest::newRow("products of the CAM") << "lantek30" << products << "lantek24" << products;
-        QTest::newRow("automatic warehouse") << "automa"
-                                             << "SELECT COD_ARTICOLO FROM GIACENZE WHERE COD_ARTICOLO <> 'NON-CE'"
-                                             << "lantek24" << products;
-        QTest::newRow("store of a customer") << "ferrobrio"
-                                             << "SELECT Codice FROM Giacenze WHERE Codice <> 'NON-CE'"
-                                             << "lantek24" << products;
+        Row("suppliers of the CAM", "lantek24", "SELECT SuppRef FROM SSHH_PPOO_00000100 WHERE SuppRef <> 'F999999'",
+            "arcaevolution", "SELECT Cd_CF FROM CF WHERE Fornitore");
+        Row("products of the CAM", "lantek30", products, "lantek24", products);
+        Row("automatic warehouse", "automa", "SELECT COD_ARTICOLO FROM GIACENZE WHERE COD_ARTICOLO <> 'NON-CE'",
+            "lantek24", products);
+        Row("store of a customer", "ferrobrio", "SELECT Codice FROM Giacenze WHERE Codice <> 'NON-CE'", "lantek24",
+            products);
         const QString components = "SELECT CodArt FROM DisBasR WHERE CodArt <> 'NON-CE'";
-        QTest::newRow("components") << "tessera" << components << "tessera"
-                                    << "SELECT CodArt FROM Artic";
-        QTest::newRow("no component is a head")
-            << "tessera" << components << "tessera"
-            << "SELECT CodArt FROM Artic WHERE CodArt NOT IN (SELECT CodArt FROM DisBasT)";
+        Row("components", "tessera", components, "tessera", "SELECT CodArt FROM Artic");
+        Row("no component is a head", "tessera", components, "tessera",
+            "SELECT CodArt FROM Artic WHERE CodArt NOT IN (SELECT CodArt FROM DisBasT)");
         const QString document = "SELECT [_MMSIG] || '/' || [_MMNUM] || '/' || [_MMDAT] || '/' || [_MMCLI] FROM ";
-        QTest::newRow("heads of the rows") << "mexal" << document + "DOC_RIG"
-                                           << "mexal" << document + "DOC_TES";
-        QTest::newRow("counterparties of two programs")
-            << "tessera"
-            << "SELECT CodCliFor || PartIva FROM CliFor WHERE CodCliFor NOT LIKE '201.9%'"
-            << "mexal"
-            << "SELECT [_PCCOD] || COALESCE([_PCPIV], '') FROM PIA_CON";
-        QTest::newRow("VAT numbers of two programs") << "visualspace"
-                                                     << "SELECT PARTITA_IVA FROM A_FORNITORI WHERE PARTITA_IVA <> ''"
-                                                     << "mexal"
-                                                     << "SELECT [_PCPIV] FROM PIA_CON WHERE TIPO = 'F'";
-        QTest::newRow("no component is a parent")
-            << "visualspace"
-            << "SELECT FIGLIO FROM DISTINTA_BASE WHERE FIGLIO <> 'NON-CE'"
-            << "visualspace"
-            << "SELECT COD_ARTICOLO FROM A_ARTICOLI WHERE COD_ARTICOLO NOT IN (SELECT PADRE FROM DISTINTA_BASE)";
-        QTest::newRow("rows that a document carries out")
-            << "arcaevolution"
-            << "SELECT Id_DORig_Evade || Cd_AR || Qta FROM DORig WHERE Id_DORig_Evade IS NOT NULL"
-            << "arcaevolution"
-            << "SELECT Id_DORig || Cd_AR || Qta FROM DORig";
+        Row("heads of the rows", "mexal", document + "DOC_RIG", "mexal", document + "DOC_TES");
+        Row("counterparties of two programs", "tessera",
+            "SELECT CodCliFor || PartIva FROM CliFor WHERE CodCliFor NOT LIKE '201.9%'", "mexal",
+            "SELECT [_PCCOD] || COALESCE([_PCPIV], '') FROM PIA_CON");
+        Row("VAT numbers of two programs", "visualspace", "SELECT PARTITA_IVA FROM A_FORNITORI WHERE PARTITA_IVA <> ''",
+            "mexal", "SELECT [_PCPIV] FROM PIA_CON WHERE TIPO = 'F'");
+        Row("no component is a parent", "visualspace", "SELECT FIGLIO FROM DISTINTA_BASE WHERE FIGLIO <> 'NON-CE'",
+            "visualspace",
+            "SELECT COD_ARTICOLO FROM A_ARTICOLI WHERE COD_ARTICOLO NOT IN (SELECT PADRE FROM DISTINTA_BASE)");
+        Row("rows that a document carries out", "arcaevolution",
+            "SELECT Id_DORig_Evade || Cd_AR || Qta FROM DORig WHERE Id_DORig_Evade IS NOT NULL", "arcaevolution",
+            "SELECT Id_DORig || Cd_AR || Qta FROM DORig");
     }
-
     void NamesWhatTheOtherSourceHas() {
         QFETCH(QString, example);
         QFETCH(QString, names);
@@ -337,18 +313,11 @@ private slots:
     }
 
     void NamesWhatCannotBeMade_data() {
-        QTest::addColumn<QString>("example");
-        QTest::addColumn<qint64>("rows");
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("no such example") << "arca" << qint64(1) << ""
-                                         << "arca2000";
-        QTest::newRow("no rows") << "arca2000" << qint64(0) << ""
-                                 << "da 1 a";
-        QTest::newRow("no such tables") << "arca2000" << qint64(1) << "bilanci"
-                                        << "controparti";
+        Columns<QString, qint64, QString, QString>("example", "rows", "table", "message");
+        Row("no such example", "arca", qint64(1), "", "arca2000");
+        Row("no rows", "arca2000", qint64(0), "", "da 1 a");
+        Row("no such tables", "arca2000", qint64(1), "bilanci", "controparti");
     }
-
     void NamesWhatCannotBeMade() {
         QFETCH(QString, example);
         QFETCH(qint64, rows);
@@ -359,12 +328,8 @@ private slots:
         options.rows = rows;
         options.folder = dir.path();
         options.tables = table.isEmpty() ? QStringList() : QStringList(table);
-        try {
-            Make(example, options);
-            QFAIL("no error");
-        } catch (const ExampleError& error) {
-            QVERIFY(Holds(error.Message(), {message}));
-        }
+        const auto error = ::ErrorOf<ExampleError>([&] { Make(example, options); });
+        QVERIFY(error && Holds(error->Message(), {message}));
     }
 };
 

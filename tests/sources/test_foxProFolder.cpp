@@ -1,7 +1,9 @@
 #include "examples/DbfWriter.h"
 #include "tests/sources/dbfBytes.h"
 #include "tests/sources/sourcesTest.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTemporaryDir>
 
@@ -62,7 +64,7 @@ private slots:
 
     void ReadsATableWhenItIsNamed() {
         WriteTable("anagrafe.dbf", 2);
-        dbfBytes::WriteFile(m_dir->filePath("rotta.dbf"), "broken");
+        WriteFile(m_dir->filePath("rotta.dbf"), "broken");
         const auto engine = OpenFolder(m_dir->path());
         const auto first = engine->Query("SELECT codice FROM anagrafe ORDER BY _RECNO");
         QVERIFY(first->Next());
@@ -137,17 +139,15 @@ private slots:
     }
 
     void ReadsConnectionStrings_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("isFiles");
-        QTest::newRow("driver") << "Driver={Microsoft Visual FoxPro Driver};Data Source=%1" << true;
-        QTest::newRow("other order and case") << "DATA SOURCE = \"%1\" ; driver=Microsoft Visual FoxPro Driver" << true;
-        QTest::newRow("ODBC words") << "Driver={Microsoft Visual FoxPro Driver};SourceType=DBF;SourceDB={%1};" << true;
-        QTest::newRow("container") << "Provider=VFPOLEDB.1;Data Source=%1/dati.DBC" << true;
-        QTest::newRow("dBase driver") << "Driver={Microsoft dBASE Driver (*.dbf)};DBQ=%1" << true;
-        QTest::newRow("server") << "Driver={SQL Server};Server=S;Database=FoxPro" << false;
-        QTest::newRow("none") << "" << false;
+        Columns<QString, bool>("text", "isFiles");
+        Row("driver", "Driver={Microsoft Visual FoxPro Driver};Data Source=%1", true);
+        Row("other order and case", "DATA SOURCE = \"%1\" ; driver=Microsoft Visual FoxPro Driver", true);
+        Row("ODBC words", "Driver={Microsoft Visual FoxPro Driver};SourceType=DBF;SourceDB={%1};", true);
+        Row("container", "Provider=VFPOLEDB.1;Data Source=%1/dati.DBC", true);
+        Row("dBase driver", "Driver={Microsoft dBASE Driver (*.dbf)};DBQ=%1", true);
+        Row("server", "Driver={SQL Server};Server=S;Database=FoxPro", false);
+        Row("none", "", false);
     }
-
     void ReadsConnectionStrings() {
         QFETCH(QString, text);
         QFETCH(bool, isFiles);

@@ -1,5 +1,7 @@
 #include "tests/sources/sourcesTest.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTemporaryDir>
 
@@ -12,11 +14,7 @@ class TextFolderTest : public QObject {
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
 
-    void Write(const QString& name, const QByteArray& content) const {
-        QFile file(m_dir->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
+    void Write(const QString& name, const QByteArray& content) const { WriteFile(m_dir->filePath(name), content); }
     std::unique_ptr<Engine> Open(const ConnectionSettings& more = {}) const {
         ConnectionSettings settings = more;
         settings.connectionString = "Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=" + m_dir->path();
@@ -46,25 +44,23 @@ private slots:
     }
 
     void FindsSeparatorAndCodePage_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QByteArray>("schema");
-        QTest::addColumn<QString>("second");
+        Columns<QByteArray, QByteArray, QString>("content", "schema", "second");
         const QString city = QString::fromUtf8("Città");
-        QTest::newRow("semicolons, cp1252") << QByteArray("a;b\n1,5;Citt\xE0\n") << QByteArray() << city;
-        QTest::newRow("commas") << QByteArray("a,b\n1,x;y\n") << QByteArray() << "x;y";
-        QTest::newRow("tabs") << QByteArray("a\tb\n1\tx,y\n") << QByteArray() << "x,y";
-        QTest::newRow("UTF-8 mark") << QByteArray("\xEF\xBB\xBF"
-                                                  "a;b\n1;Citt\xC3\xA0\n")
-                                    << QByteArray() << city;
-        QTest::newRow("schema: OEM") << QByteArray("a;b\n1;Citt\x85\n") << QByteArray("CharacterSet=OEM\n") << city;
-        QTest::newRow("schema: own names") << QByteArray("1|x\n")
-                                           << QByteArray("Format=Delimited(|)\nColNameHeader=False\nCol1=A Text\n"
-                                                         "Col2=\"B\" Text Width 10\n")
-                                           << "x";
-        QTest::newRow("schema: own names over a header")
-            << QByteArray("uno;due\n1;x\n") << QByteArray("Col1=A Text\nCol2=B Text\n") << "x";
+        Row("semicolons, cp1252", QByteArray("a;b\n1,5;Citt\xE0\n"), QByteArray(), city);
+        Row("commas", QByteArray("a,b\n1,x;y\n"), QByteArray(), "x;y");
+        Row("tabs", QByteArray("a\tb\n1\tx,y\n"), QByteArray(), "x,y");
+        Row("UTF-8 mark",
+            QByteArray("\xEF\xBB\xBF"
+                       "a;b\n1;Citt\xC3\xA0\n"),
+            QByteArray(), city);
+        Row("schema: OEM", QByteArray("a;b\n1;Citt\x85\n"), QByteArray("CharacterSet=OEM\n"), city);
+        Row("schema: own names", QByteArray("1|x\n"),
+            QByteArray("Format=Delimited(|)\nColNameHeader=False\nCol1=A Text\n"
+                       "Col2=\"B\" Text Width 10\n"),
+            "x");
+        Row("schema: own names over a header", QByteArray("uno;due\n1;x\n"), QByteArray("Col1=A Text\nCol2=B Text\n"),
+            "x");
     }
-
     void FindsSeparatorAndCodePage() {
         QFETCH(const QByteArray, content);
         QFETCH(const QByteArray, schema);
@@ -77,25 +73,19 @@ private slots:
     }
 
     void NamesWhatCannotBeRead_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QByteArray>("schema");
-        QTest::addColumn<QStringList>("named");
+        Columns<QByteArray, QByteArray, QStringList>("content", "schema", "named");
         const QByteArray none;
-        QTest::newRow("fewer fields") << QByteArray("a;b\n1;2\n3\n") << none << QStringList{"riga 3", "1 campi", "2"};
-        QTest::newRow("more fields") << QByteArray("a;b\n1;2;3\n") << none << QStringList{"riga 2", "3 campi"};
-        QTest::newRow("open quote") << QByteArray("a;b\n1;2\n\"3;4\n5;6\n") << none
-                                    << QStringList{"riga 3", "virgolette"};
-        QTest::newRow("no such text") << QByteArray("a;b\n1;Citt\xE0\n") << QByteArray("CharacterSet=65001\n")
-                                      << QStringList{"riga 2", "'b'", "UTF-8"};
-        QTest::newRow("column twice") << QByteArray("a;A\n1;2\n") << none << QStringList{"'A'", "due volte"};
-        QTest::newRow("column without a name") << QByteArray("a;;c\n1;2;3\n") << none << QStringList{"colonna 2"};
-        QTest::newRow("empty") << none << none << QStringList{"vuoto"};
-        QTest::newRow("neither header nor names")
-            << QByteArray("1;2\n") << QByteArray("ColNameHeader=False\n") << QStringList{"Col1"};
-        QTest::newRow("no format") << QByteArray("1;2\n") << QByteArray("Format=FixedLength\n")
-                                   << QStringList{"FixedLength"};
+        Row("fewer fields", QByteArray("a;b\n1;2\n3\n"), none, QStringList{"riga 3", "1 campi", "2"});
+        Row("more fields", QByteArray("a;b\n1;2;3\n"), none, QStringList{"riga 2", "3 campi"});
+        Row("open quote", QByteArray("a;b\n1;2\n\"3;4\n5;6\n"), none, QStringList{"riga 3", "virgolette"});
+        Row("no such text", QByteArray("a;b\n1;Citt\xE0\n"), QByteArray("CharacterSet=65001\n"),
+            QStringList{"riga 2", "'b'", "UTF-8"});
+        Row("column twice", QByteArray("a;A\n1;2\n"), none, QStringList{"'A'", "due volte"});
+        Row("column without a name", QByteArray("a;;c\n1;2;3\n"), none, QStringList{"colonna 2"});
+        Row("empty", none, none, QStringList{"vuoto"});
+        Row("neither header nor names", QByteArray("1;2\n"), QByteArray("ColNameHeader=False\n"), QStringList{"Col1"});
+        Row("no format", QByteArray("1;2\n"), QByteArray("Format=FixedLength\n"), QStringList{"FixedLength"});
     }
-
     void NamesWhatCannotBeRead() {
         QFETCH(const QByteArray, content);
         QFETCH(const QByteArray, schema);

@@ -1,9 +1,11 @@
 #include "sql/ovConnection.h"
 #include "sql/ovQueryConstructor.h"
+#include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,321 +17,273 @@ class TestConnection : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void ValuesComeBack();
-    void HostileTexts_data();
-    void HostileTexts();
-    void WritingWhileReading();
-    void MissingColumns();
-    void Transactions();
-    void Identity();
-    void TriggersOffAndOn();
-    void Scripts();
-    void CompanyTables_data();
-    void CompanyTables();
-    void ClosedConnection();
-    void FilesThatCannotBeOpened_data();
-    void FilesThatCannotBeOpened();
-    void ReadOnlyFile();
-    void LockedFile();
-    void Interruption();
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void ValuesComeBack() {
+        const auto connection = Open();
+        ovQueryConstructor query;
+        query.SetTable("T");
+        query.AddCreateField("RECORD_ID", DataType::BigAutoIncrement, 0, {}, true);
+        query.AddCreateField("C", DataType::NVarChar, 20);
+        query.AddCreateField("D", DataType::DateTime);
+        query.AddCreateField("B", DataType::Bit);
+        query.AddCreateField("F", DataType::Double);
+        query.AddCreateField("L", DataType::Long);
+        query.AddCreateField("P", DataType::Date);
+        connection->Execute(query.MakeQuery(StatementKind::CreateTable));
+        const QDateTime moment(QDate(2024, 3, 31), QTime(2, 30), Qt::UTC); // an hour that clocks of Italy skip
+        query.Reset();
+        query.SetTable("T");
+        query.AddUpdateField("C", "00123", DataType::NVarChar);
+        query.AddUpdateField("D", moment, DataType::DateTime);
+        query.AddUpdateField("B", true, DataType::Bit);
+        query.AddUpdateField("F", 1e15, DataType::Double);
+        query.AddUpdateField("L", 9007199254740993LL, DataType::Long);
+        query.AddUpdateField("P", QDate(2024, 3, 5), DataType::Date);
+        QCOMPARE(connection->Execute(query.MakeQuery(StatementKind::Insert)), 1);
+        const Recordset row = connection->ExecuteWC("SELECT * FROM T WHERE LEFT(C, 2) = '00'");
+        QCOMPARE(row.Value("C"), QVariant("00123"));
+        QCOMPARE(row.Value("D"), QVariant(moment));
+        QCOMPARE(row.Value("B"), QVariant(true));
+        QCOMPARE(row.Value("F"), QVariant(1e15));
+        QCOMPARE(row.Value("L"), QVariant(9007199254740993LL));
+        QCOMPARE(row.Value("P"), QVariant("20240305"));
+        QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM T WHERE C = '00123 '"), 0);
+        QCOMPARE(connection->ExecuteCommand("SELECT MAX(RECORD_ID) FROM T WHERE 1=0"), 0);
+    }
+
+    void HostileTexts_data() {
+        Columns<QString>("text");
+        Row("quotes", "L'Aquila ''x'' \"y\"");
+        Row("backslash", "C:\\dati\\");
+        Row("injection", "'); DROP TABLE T; --");
+        Row("comment", "a -- b /* c */");
+        Row("percent and question mark", "100% ?1 :a @b $c");
+        Row("line breaks", "a\r\nb\nc\td");
+        Row("four bytes", QString::fromUtf8("\xf0\x9f\x94\xa9"));
+        Row("right to left", QString::fromUtf8("\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d 12"));
+        Row("10,000 characters", QStringLiteral("àè'ù").repeated(2500));
+        Row("words of SQL Server", "dbo.X LEFT(a, 1) GETDATE() [b]");
+        Row("NUL", QString("a" + QString(QChar()) + "b"));
+    }
+    void HostileTexts() {
+        QFETCH(QString, text);
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE T (C NTEXT)");
+        ovQueryConstructor query;
+        query.SetTable("T");
+        query.AddUpdateField("C", text, DataType::NText);
+        const auto error = ErrorOf<SqlError>([&] { connection->Execute(query.MakeQuery(StatementKind::Insert)); });
+        if (error) {
+            QVERIFY2(text.contains(QChar()) && error->Message().contains("NUL"), qPrintable(error->Message()));
+            return;
+        }
+        QCOMPARE(connection->ExecuteWC("SELECT C FROM T").Value("C").toString(), text);
+    }
+
+    void WritingWhileReading() {
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE SRC (N INTEGER)");
+        connection->Execute("CREATE TABLE DST (N INTEGER)");
+        connection->Execute("WITH RECURSIVE S(N) AS (SELECT 1 UNION ALL SELECT N + 1 FROM S WHERE N < 3000) "
+                            "INSERT INTO SRC SELECT N FROM S");
+        int rows = 0;
+        for (Recordset source = connection->ExecuteWC("SELECT N FROM SRC ORDER BY N"); !source.Eof();
+             source.MoveNext()) {
+            QCOMPARE(source.Value("N").toInt(), ++rows);
+            connection->Execute(QStringLiteral("INSERT INTO DST (N) VALUES (%1)").arg(rows));
+            if (rows % 500 == 0) {
+                QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM DST"), rows);
+            }
+        }
+        QCOMPARE(rows, 3000);
+    }
+
+    void MissingColumns() {
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE T (CDCON TEXT, CORAS TEXT)");
+        connection->Execute("INSERT INTO T VALUES ('1', NULL)");
+        const QString query = "SELECT * FROM T";
+        Recordset rows = connection->ExecuteWC(query);
+        QCOMPARE(rows.Value("cdcon"), QVariant("1"));
+        QVERIFY(rows.Value("CORAS").isNull());
+        QVERIFY(rows.HasColumn("coras") && !rows.HasColumn("COIND"));
+        const auto missing = ErrorOf<SqlError>([&] { rows.Value("COIND"); });
+        QVERIFY(missing);
+        QVERIFY2(missing->Message().contains("'COIND'") && missing->Message().contains("CDCON, CORAS"),
+                 qPrintable(missing->Message()));
+        QCOMPARE(missing->Statement(), query);
+        QVERIFY(ErrorOf<SqlError>([&] { rows.Fields(2); }));
+        rows.MoveNext();
+        QVERIFY(rows.Eof());
+        const auto noRow = ErrorOf<SqlError>([&] { rows.Value("CORAS"); });
+        QVERIFY(noRow && noRow->Message().contains("'CORAS'"));
+        rows.Close();
+        QVERIFY(!rows.State());
+    }
+
+    void Transactions() {
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE T (N INTEGER)");
+        connection->CommitTrans(); // none is open
+        connection->BeginTrans();
+        connection->Execute("INSERT INTO T VALUES (1)");
+        connection->RollbackTrans();
+        QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM T"), 0);
+        connection->BeginTrans();
+        connection->Execute("INSERT INTO T VALUES (1)");
+        connection->CommitTrans();
+        connection->RollbackTrans();
+        QCOMPARE(connection->Execute("UPDATE T SET N = 2"), 1);
+        const auto other = Open();
+        QCOMPARE(other->ExecuteCommand("SELECT N FROM T"), 2); // every statement is there for others at once
+    }
+
+    void Identity() {
+        const auto connection = Open();
+        connection->Execute(
+            "CREATE TABLE dbo.T (RECORD_ID BIGINT IDENTITY(1, 1) NOT NULL, C NVARCHAR(9), PRIMARY KEY (RECORD_ID))");
+        connection->Execute("INSERT INTO T (C) VALUES ('a')");
+        connection->Execute("INSERT INTO T (C) VALUES ('b')");
+        connection->Execute("DELETE T WHERE C = 'b'");
+        connection->Execute("INSERT INTO T (C) VALUES ('B')");
+        QCOMPARE(connection->LastInsertId(), 3); // a number is never given twice
+        QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM T WHERE C = 'b'"), 1);
+        connection->Execute("TRUNCATE TABLE T");
+        connection->Execute("INSERT INTO T (C) VALUES ('c')");
+        QCOMPARE(connection->LastInsertId(), 1); // but for those of an emptied table, as on the other engines
+    }
+
+    void TriggersOffAndOn() {
+        {
+            const auto connection = Open();
+            connection->Execute("CREATE TABLE X01_DOC_VER (N INTEGER)");
+            connection->Execute("CREATE TABLE SEEN (N INTEGER)");
+            connection->Execute(
+                "CREATE TRIGGER TR1 AFTER INSERT ON X01_DOC_VER BEGIN INSERT INTO SEEN VALUES (NEW.N); END");
+            connection->Execute("INSERT INTO X01_DOC_VER VALUES (1)");
+            connection->AlterTriggersStatus("X01_DOC_VER", false);
+            connection->AlterTriggersStatus("X01_DOC_VER", false);
+            connection->Execute("INSERT INTO X01_DOC_VER VALUES (2)");
+        } // the program ends in between
+        const auto connection = Open();
+        connection->Execute("INSERT INTO X01_DOC_VER VALUES (3)");
+        connection->AlterTriggersStatus("x01_doc_ver", true);
+        connection->AlterTriggersStatus("x01_doc_ver", true);
+        connection->Execute("INSERT INTO X01_DOC_VER VALUES (4)");
+        QCOMPARE(connection->ExecuteCommand("SELECT SUM(N) FROM SEEN"), 1 + 4);
+    }
+
+    void Scripts() {
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE T (N INTEGER)");
+        const auto error = ErrorOf<SqlError>([&] {
+            connection->ExecuteScript("INSERT INTO T VALUES (1);\r\nGO\r\nINSERT INTO NOWHERE VALUES (2);\r\n"
+                                      "INSERT INTO T VALUES (3)");
+        });
+        QVERIFY(error && error->Statement() == "INSERT INTO NOWHERE VALUES (2)");
+        QCOMPARE(connection->ExecuteCommand("SELECT SUM(N) FROM T"), 1);
+        QVERIFY(
+            ErrorOf<SqlError>([&] { connection->Execute("DELETE T; DELETE T"); })); // two at once are refused, not cut
+        QCOMPARE(connection->ExecuteCommand("SELECT SUM(N) FROM T"), 1);
+    }
+
+    void CompanyTables_data() {
+        Columns<QString, QString, QString>("company", "table", "full");
+        Row("bare", "X01", "CON_TRO", "X01_CON_TRO");
+        Row("full already", "X01", "X01_CON_TRO", "X01_CON_TRO");
+        Row("shared list", "X01", "TAB_IVA", "TAB_IVA");
+        Row("shared system", "X01", "SYS_IMP", "SYS_IMP");
+        Row("no company", "", "CON_TRO", "CON_TRO");
+        Row("company like a table", "CON", "CON_TRO", "CON_CON_TRO");
+        Row("company like a table, full", "CON", "CON_CON_TRO", "CON_CON_TRO");
+    }
+    void CompanyTables() {
+        QFETCH(QString, company);
+        QFETCH(QString, table);
+        ovConnection connection;
+        connection.SetCompany(company);
+        QTEST(connection.GetFullTableName(table), "full");
+    }
+
+    void ClosedConnection() {
+        ovConnection connection;
+        QVERIFY(!connection.State());
+        const auto error = ErrorOf<SqlError>([&] { connection.Execute("DELETE T"); });
+        QVERIFY(error && error->Message().contains("non è aperta") && error->Statement() == "DELETE T");
+        connection.CloseConnection();
+        connection.RollbackTrans();
+        connection.Interrupt();
+    }
+
+    void FilesThatCannotBeOpened_data() {
+        Columns<QString, QString>("file", "words");
+        Row("no folder", "nessuna/quadrix.db", "il file non esiste o non si può aprire");
+        Row("a folder", ".", "il file non esiste o non si può aprire");
+        Row("another kind of file", "lista.txt", "il file non è un database valido");
+    }
+    void FilesThatCannotBeOpened() {
+        QFETCH(QString, file);
+        QFETCH(QString, words);
+        WriteFile(m_folder->filePath("lista.txt"), QByteArray("non è un database\n").repeated(200));
+        ovConnection connection;
+        const auto error = ErrorOf<SqlError>([&] { OpenEmbedded(connection, m_folder->filePath(file)); });
+        QVERIFY(error);
+        QVERIFY2(error->Message().contains(words) && error->Message().contains(connection.DatabaseName),
+                 qPrintable(error->Message()));
+        QVERIFY(!connection.State());
+    }
+
+    void ReadOnlyFile() {
+        Open()->Execute("CREATE TABLE T (N INTEGER)");
+        const auto engine = OpenSqlite(m_folder->filePath("quadrix.db"), true);
+        const auto error = ErrorOf<SqlError>([&] { engine->Run("INSERT INTO T VALUES (1)"); });
+        QVERIFY(error);
+        QCOMPARE(error->EngineCode(), "SQLITE_READONLY");
+        QVERIFY2(error->Message().contains("sola lettura"), qPrintable(error->Message()));
+    }
+
+    void LockedFile() {
+        const auto holder = Open();
+        holder->Execute("CREATE TABLE T (N INTEGER)");
+        holder->BeginTrans();
+        holder->Execute("INSERT INTO T VALUES (1)");
+        const auto other = Open();
+        other->Execute("PRAGMA busy_timeout = 100"); // does not wait as long as an operator would
+        const auto error = ErrorOf<SqlError>([&] { other->Execute("INSERT INTO T VALUES (2)"); });
+        QVERIFY(error);
+        QCOMPARE(error->EngineCode(), "SQLITE_BUSY");
+        QVERIFY2(error->Message().contains("in uso da un altro programma"), qPrintable(error->Message()));
+        QCOMPARE(other->ExecuteCommand("SELECT COUNT(*) FROM T"), 0); // reading goes on meanwhile
+        holder->CommitTrans();
+        other->Execute("INSERT INTO T VALUES (2)");
+        QCOMPARE(holder->ExecuteCommand("SELECT COUNT(*) FROM T"), 2);
+    }
+
+    void Interruption() {
+        const auto connection = Open();
+        const auto stop = std::async(std::launch::async, [&] {
+            QTest::qSleep(200);
+            connection->Interrupt();
+        });
+        const auto error = ErrorOf<SqlError>([&] {
+            connection->ExecuteCommand(
+                "WITH RECURSIVE S(N) AS (SELECT 1 UNION ALL SELECT N + 1 FROM S) SELECT COUNT(*) FROM S");
+        });
+        QVERIFY(error);
+        QCOMPARE(error->EngineCode(), "SQLITE_INTERRUPT");
+        QCOMPARE(connection->ExecuteCommand("SELECT 1"), 1);
+    }
 
 private:
-    std::unique_ptr<ovConnection> Open() const;
+    std::unique_ptr<ovConnection> Open() const {
+        auto connection = std::make_unique<ovConnection>();
+        OpenEmbedded(*connection, m_folder->filePath("quadrix.db"));
+        return connection;
+    }
+
     std::unique_ptr<QTemporaryDir> m_folder;
 };
-
-void TestConnection::init() { m_folder = std::make_unique<QTemporaryDir>(); }
-
-std::unique_ptr<ovConnection> TestConnection::Open() const {
-    auto connection = std::make_unique<ovConnection>();
-    connection->Embedded = true;
-    connection->DatabaseName = m_folder->filePath("quadrix.db");
-    connection->OpenConnection();
-    return connection;
-}
-
-void TestConnection::ValuesComeBack() {
-    const auto connection = Open();
-    ovQueryConstructor query;
-    query.SetTable("T");
-    query.AddCreateField("RECORD_ID", DataType::BigAutoIncrement, 0, {}, true);
-    query.AddCreateField("C", DataType::NVarChar, 20);
-    query.AddCreateField("D", DataType::DateTime);
-    query.AddCreateField("B", DataType::Bit);
-    query.AddCreateField("F", DataType::Double);
-    query.AddCreateField("L", DataType::Long);
-    query.AddCreateField("P", DataType::Date);
-    connection->Execute(query.MakeQuery(StatementKind::CreateTable));
-    const QDateTime moment(QDate(2024, 3, 31), QTime(2, 30), Qt::UTC); // an hour that clocks of Italy skip
-    query.Reset();
-    query.SetTable("T");
-    query.AddUpdateField("C", "00123", DataType::NVarChar);
-    query.AddUpdateField("D", moment, DataType::DateTime);
-    query.AddUpdateField("B", true, DataType::Bit);
-    query.AddUpdateField("F", 1e15, DataType::Double);
-    query.AddUpdateField("L", 9007199254740993LL, DataType::Long);
-    query.AddUpdateField("P", QDate(2024, 3, 5), DataType::Date);
-    QCOMPARE(connection->Execute(query.MakeQuery(StatementKind::Insert)), 1);
-    const Recordset row = connection->ExecuteWC("SELECT * FROM T WHERE LEFT(C, 2) = '00'");
-    QCOMPARE(row.Value("C"), QVariant("00123"));
-    QCOMPARE(row.Value("D"), QVariant(moment));
-    QCOMPARE(row.Value("B"), QVariant(true));
-    QCOMPARE(row.Value("F"), QVariant(1e15));
-    QCOMPARE(row.Value("L"), QVariant(9007199254740993LL));
-    QCOMPARE(row.Value("P"), QVariant("20240305"));
-    QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM T WHERE C = '00123 '"), 0);
-    QCOMPARE(connection->ExecuteCommand("SELECT MAX(RECORD_ID) FROM T WHERE 1=0"), 0);
-}
-
-void TestConnection::HostileTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("quotes") << "L'Aquila ''x'' \"y\"";
-    QTest::newRow("backslash") << "C:\\dati\\";
-    QTest::newRow("injection") << "'); DROP TABLE T; --";
-    QTest::newRow("comment") << "a -- b /* c */";
-    QTest::newRow("percent and question mark") << "100% ?1 :a @b $c";
-    QTest::newRow("line breaks") << "a\r\nb\nc\td";
-    QTest::newRow("four bytes") << QString::fromUtf8("\xf0\x9f\x94\xa9");
-    QTest::newRow("right to left") << QString::fromUtf8("\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d 12");
-    QTest::newRow("10,000 characters") << QStringLiteral("àè'ù").repeated(2500);
-    QTest::newRow("words of SQL Server") << "dbo.X LEFT(a, 1) GETDATE() [b]";
-    QTest::newRow("NUL") << QString("a" + QString(QChar()) + "b");
-}
-
-void TestConnection::HostileTexts() {
-    QFETCH(QString, text);
-    const auto connection = Open();
-    connection->Execute("CREATE TABLE T (C NTEXT)");
-    ovQueryConstructor query;
-    query.SetTable("T");
-    query.AddUpdateField("C", text, DataType::NText);
-    const auto error = ErrorOf<SqlError>([&] { connection->Execute(query.MakeQuery(StatementKind::Insert)); });
-    if (error) {
-        QVERIFY2(text.contains(QChar()) && error->Message().contains("NUL"), qPrintable(error->Message()));
-        return;
-    }
-    QCOMPARE(connection->ExecuteWC("SELECT C FROM T").Value("C").toString(), text);
-}
-
-void TestConnection::WritingWhileReading() {
-    const auto connection = Open();
-    connection->Execute("CREATE TABLE SRC (N INTEGER)");
-    connection->Execute("CREATE TABLE DST (N INTEGER)");
-    connection->Execute("WITH RECURSIVE S(N) AS (SELECT 1 UNION ALL SELECT N + 1 FROM S WHERE N < 3000) "
-                        "INSERT INTO SRC SELECT N FROM S");
-    int rows = 0;
-    for (Recordset source = connection->ExecuteWC("SELECT N FROM SRC ORDER BY N"); !source.Eof(); source.MoveNext()) {
-        QCOMPARE(source.Value("N").toInt(), ++rows);
-        connection->Execute(QStringLiteral("INSERT INTO DST (N) VALUES (%1)").arg(rows));
-        if (rows % 500 == 0) {
-            QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM DST"), rows);
-        }
-    }
-    QCOMPARE(rows, 3000);
-}
-
-void TestConnection::MissingColumns() {
-    const auto connection = Open();
-    connection->Execute("CREATE TABLE T (CDCON TEXT, CORAS TEXT)");
-    connection->Execute("INSERT INTO T VALUES ('1', NULL)");
-    const QString query = "SELECT * FROM T";
-    Recordset rows = connection->ExecuteWC(query);
-    QCOMPARE(rows.Value("cdcon"), QVariant("1"));
-    QVERIFY(rows.Value("CORAS").isNull());
-    QVERIFY(rows.HasColumn("coras") && !rows.HasColumn("COIND"));
-    const auto missing = ErrorOf<SqlError>([&] { rows.Value("COIND"); });
-    QVERIFY(missing);
-    QVERIFY2(missing->Message().contains("'COIND'") && missing->Message().contains("CDCON, CORAS"),
-             qPrintable(missing->Message()));
-    QCOMPARE(missing->Statement(), query);
-    QVERIFY(ErrorOf<SqlError>([&] { rows.Fields(2); }));
-    rows.MoveNext();
-    QVERIFY(rows.Eof());
-    const auto noRow = ErrorOf<SqlError>([&] { rows.Value("CORAS"); });
-    QVERIFY(noRow && noRow->Message().contains("'CORAS'"));
-    rows.Close();
-    QVERIFY(!rows.State());
-}
-
-void TestConnection::Transactions() {
-    const auto connection = Open();
-    connection->Execute("CREATE TABLE T (N INTEGER)");
-    connection->CommitTrans(); // none is open
-    connection->BeginTrans();
-    connection->Execute("INSERT INTO T VALUES (1)");
-    connection->RollbackTrans();
-    QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM T"), 0);
-    connection->BeginTrans();
-    connection->Execute("INSERT INTO T VALUES (1)");
-    connection->CommitTrans();
-    connection->RollbackTrans();
-    QCOMPARE(connection->Execute("UPDATE T SET N = 2"), 1);
-    const auto other = Open();
-    QCOMPARE(other->ExecuteCommand("SELECT N FROM T"), 2); // every statement is there for others at once
-}
-
-void TestConnection::Identity() {
-    const auto connection = Open();
-    connection->Execute(
-        "CREATE TABLE dbo.T (RECORD_ID BIGINT IDENTITY(1, 1) NOT NULL, C NVARCHAR(9), PRIMARY KEY (RECORD_ID))");
-    connection->Execute("INSERT INTO T (C) VALUES ('a')");
-    connection->Execute("INSERT INTO T (C) VALUES ('b')");
-    connection->Execute("DELETE T WHERE C = 'b'");
-    connection->Execute("INSERT INTO T (C) VALUES ('B')");
-    QCOMPARE(connection->LastInsertId(), 3); // a number is never given twice
-    QCOMPARE(connection->ExecuteCommand("SELECT COUNT(*) FROM T WHERE C = 'b'"), 1);
-    connection->Execute("TRUNCATE TABLE T");
-    connection->Execute("INSERT INTO T (C) VALUES ('c')");
-    QCOMPARE(connection->LastInsertId(), 1); // but for those of an emptied table, as on the other engines
-}
-
-void TestConnection::TriggersOffAndOn() {
-    {
-        const auto connection = Open();
-        connection->Execute("CREATE TABLE X01_DOC_VER (N INTEGER)");
-        connection->Execute("CREATE TABLE SEEN (N INTEGER)");
-        connection->Execute(
-            "CREATE TRIGGER TR1 AFTER INSERT ON X01_DOC_VER BEGIN INSERT INTO SEEN VALUES (NEW.N); END");
-        connection->Execute("INSERT INTO X01_DOC_VER VALUES (1)");
-        connection->AlterTriggersStatus("X01_DOC_VER", false);
-        connection->AlterTriggersStatus("X01_DOC_VER", false);
-        connection->Execute("INSERT INTO X01_DOC_VER VALUES (2)");
-    } // the program ends in between
-    const auto connection = Open();
-    connection->Execute("INSERT INTO X01_DOC_VER VALUES (3)");
-    connection->AlterTriggersStatus("x01_doc_ver", true);
-    connection->AlterTriggersStatus("x01_doc_ver", true);
-    connection->Execute("INSERT INTO X01_DOC_VER VALUES (4)");
-    QCOMPARE(connection->ExecuteCommand("SELECT SUM(N) FROM SEEN"), 1 + 4);
-}
-
-void TestConnection::Scripts() {
-    const auto connection = Open();
-    connection->Execute("CREATE TABLE T (N INTEGER)");
-    const auto error = ErrorOf<SqlError>([&] {
-        connection->ExecuteScript("INSERT INTO T VALUES (1);\r\nGO\r\nINSERT INTO NOWHERE VALUES (2);\r\n"
-                                  "INSERT INTO T VALUES (3)");
-    });
-    QVERIFY(error && error->Statement() == "INSERT INTO NOWHERE VALUES (2)");
-    QCOMPARE(connection->ExecuteCommand("SELECT SUM(N) FROM T"), 1);
-    QVERIFY(ErrorOf<SqlError>([&] { connection->Execute("DELETE T; DELETE T"); })); // two at once are refused, not cut
-    QCOMPARE(connection->ExecuteCommand("SELECT SUM(N) FROM T"), 1);
-}
-
-void TestConnection::CompanyTables_data() {
-    QTest::addColumn<QString>("company");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("full");
-    QTest::newRow("bare") << "X01"
-                          << "CON_TRO"
-                          << "X01_CON_TRO";
-    QTest::newRow("full already") << "X01"
-                                  << "X01_CON_TRO"
-                                  << "X01_CON_TRO";
-    QTest::newRow("shared list") << "X01"
-                                 << "TAB_IVA"
-                                 << "TAB_IVA";
-    QTest::newRow("shared system") << "X01"
-                                   << "SYS_IMP"
-                                   << "SYS_IMP";
-    QTest::newRow("no company") << ""
-                                << "CON_TRO"
-                                << "CON_TRO";
-    QTest::newRow("company like a table") << "CON"
-                                          << "CON_TRO"
-                                          << "CON_CON_TRO";
-    QTest::newRow("company like a table, full") << "CON"
-                                                << "CON_CON_TRO"
-                                                << "CON_CON_TRO";
-}
-
-void TestConnection::CompanyTables() {
-    QFETCH(QString, company);
-    QFETCH(QString, table);
-    ovConnection connection;
-    connection.SetCompany(company);
-    QTEST(connection.GetFullTableName(table), "full");
-}
-
-void TestConnection::ClosedConnection() {
-    ovConnection connection;
-    QVERIFY(!connection.State());
-    const auto error = ErrorOf<SqlError>([&] { connection.Execute("DELETE T"); });
-    QVERIFY(error && error->Message().contains("non è aperta") && error->Statement() == "DELETE T");
-    connection.CloseConnection();
-    connection.RollbackTrans();
-    connection.Interrupt();
-}
-
-void TestConnection::FilesThatCannotBeOpened_data() {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("words");
-    QTest::newRow("no folder") << "nessuna/quadrix.db"
-                               << "il file non esiste o non si può aprire";
-    QTest::newRow("a folder") << "."
-                              << "il file non esiste o non si può aprire";
-    QTest::newRow("another kind of file") << "lista.txt"
-                                          << "il file non è un database valido";
-}
-
-void TestConnection::FilesThatCannotBeOpened() {
-    QFETCH(QString, file);
-    QFETCH(QString, words);
-    QFile text(m_folder->filePath("lista.txt"));
-    QVERIFY(text.open(QIODevice::WriteOnly));
-    text.write(QByteArray("non è un database\n").repeated(200));
-    text.close();
-    ovConnection connection;
-    connection.Embedded = true;
-    connection.DatabaseName = m_folder->filePath(file);
-    const auto error = ErrorOf<SqlError>([&] { connection.OpenConnection(); });
-    QVERIFY(error);
-    QVERIFY2(error->Message().contains(words) && error->Message().contains(connection.DatabaseName),
-             qPrintable(error->Message()));
-    QVERIFY(!connection.State());
-}
-
-void TestConnection::ReadOnlyFile() {
-    Open()->Execute("CREATE TABLE T (N INTEGER)");
-    const auto engine = OpenSqlite(m_folder->filePath("quadrix.db"), true);
-    const auto error = ErrorOf<SqlError>([&] { engine->Run("INSERT INTO T VALUES (1)"); });
-    QVERIFY(error);
-    QCOMPARE(error->EngineCode(), "SQLITE_READONLY");
-    QVERIFY2(error->Message().contains("sola lettura"), qPrintable(error->Message()));
-}
-
-void TestConnection::LockedFile() {
-    const auto holder = Open();
-    holder->Execute("CREATE TABLE T (N INTEGER)");
-    holder->BeginTrans();
-    holder->Execute("INSERT INTO T VALUES (1)");
-    const auto other = Open();
-    other->Execute("PRAGMA busy_timeout = 100"); // does not wait as long as an operator would
-    const auto error = ErrorOf<SqlError>([&] { other->Execute("INSERT INTO T VALUES (2)"); });
-    QVERIFY(error);
-    QCOMPARE(error->EngineCode(), "SQLITE_BUSY");
-    QVERIFY2(error->Message().contains("in uso da un altro programma"), qPrintable(error->Message()));
-    QCOMPARE(other->ExecuteCommand("SELECT COUNT(*) FROM T"), 0); // reading goes on meanwhile
-    holder->CommitTrans();
-    other->Execute("INSERT INTO T VALUES (2)");
-    QCOMPARE(holder->ExecuteCommand("SELECT COUNT(*) FROM T"), 2);
-}
-
-void TestConnection::Interruption() {
-    const auto connection = Open();
-    const auto stop = std::async(std::launch::async, [&] {
-        QTest::qSleep(200);
-        connection->Interrupt();
-    });
-    const auto error = ErrorOf<SqlError>([&] {
-        connection->ExecuteCommand(
-            "WITH RECURSIVE S(N) AS (SELECT 1 UNION ALL SELECT N + 1 FROM S) SELECT COUNT(*) FROM S");
-    });
-    QVERIFY(error);
-    QCOMPARE(error->EngineCode(), "SQLITE_INTERRUPT");
-    QCOMPARE(connection->ExecuteCommand("SELECT 1"), 1);
-}
 
 QUADRIX_TEST(TestConnection)
 

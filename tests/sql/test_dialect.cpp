@@ -1,5 +1,6 @@
 #include "sql/dialect.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -7,142 +8,123 @@ class TestDialect : public QObject {
     Q_OBJECT
 
 private slots:
-    void Adapted_data();
-    void Adapted();
-    void Untouched_data();
-    void Untouched();
-    void TriggerSwitches_data();
-    void TriggerSwitches();
-    void Scripts_data();
-    void Scripts();
+    void Adapted_data() {
+        Columns<QString, QString, QString>("text", "sqlite", "mySql");
+        const auto add = [](const char* name, const char* text, const char* sqlite, const char* mySql) {
+            Row(name, QString(text), QString(sqlite), QString(mySql));
+        };
+        add("delete without from", "DELETE X01_CON_TRO", "DELETE FROM X01_CON_TRO", "DELETE FROM X01_CON_TRO");
+        add("delete, where", " delete\r\nSYS_LNG WHERE LNTBL = 'A'", " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'",
+            " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'");
+        add("delete with from", "DELETE FROM T", "DELETE FROM T", "DELETE FROM T");
+        add("truncate", "TRUNCATE TABLE X01_ART_ICO", "DELETE FROM X01_ART_ICO", "TRUNCATE TABLE X01_ART_ICO");
+        add("owner", "SELECT dbo.T.A FROM DBO.T", "SELECT T.A FROM T", "SELECT T.A FROM T");
+        add("brackets", "SELECT [A B] FROM [dbo].[T]", "SELECT [A B] FROM [dbo].[T]", "SELECT `A B` FROM `dbo`.`T`");
+        add("left and right", "SELECT LEFT(A, 3), Right (B,2)", "SELECT SUBSTR(A, 1, 3), SUBSTR(B, -(2))",
+            "SELECT LEFT(A, 3), Right (B,2)");
+        add("year", "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)",
+            "SELECT CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER) FROM T GROUP BY CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER)",
+            "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)");
+        add("nested", "SELECT LEFT(ISNULL(A, 'x,y(' ), LEN(B))", "SELECT SUBSTR(IFNULL(A, 'x,y(' ), 1, LENGTH(B))",
+            "SELECT LEFT(IFNULL(A, 'x,y(' ), CHAR_LENGTH(B))");
+        add("join is no function", "SELECT * FROM A LEFT JOIN B ON 1=1", "SELECT * FROM A LEFT JOIN B ON 1=1",
+            "SELECT * FROM A LEFT JOIN B ON 1=1");
+        add("now", "INSERT INTO T (D) VALUES (GETDATE())",
+            "INSERT INTO T (D) VALUES (strftime('%Y%m%d %H:%M:%S', 'now', 'localtime'))",
+            "INSERT INTO T (D) VALUES (NOW())");
+        add("guid", "INSERT INTO T VALUES (CONVERT(uniqueidentifier, '6F96-19FF'))",
+            "INSERT INTO T VALUES ('6F96-19FF')", "INSERT INTO T VALUES ('6F96-19FF')");
+        add("other conversion", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)");
+        add("moment", "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
+            "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
+            "UPDATE T SET D = '2024-03-05 10:20:30', E = '20240305'");
+        add("moments of Access and FoxPro", "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}",
+            "SELECT #T1 FROM T WHERE D >= '20240305 10:20:30' AND E = '20240305'",
+            "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}");
+        add("create",
+            "CREATE TABLE dbo.T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C NVARCHAR(35) NULL,\r\n"
+            "  M NTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);",
+            "CREATE TABLE T\r\n(\r\n  ID INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL,\r\n  C NVARCHAR(35) COLLATE "
+            "NOCASE "
+            "NULL,"
+            "\r\n  M NTEXT COLLATE NOCASE NULL,\r\n  D DATETIME TEXT NULL,\r\n  B BIT NOT NULL DEFAULT (0)\r\n   "
+            "\r\n);",
+            "CREATE TABLE T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C VARCHAR(35) NULL,\r\n"
+            "  M LONGTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);");
+        add("create with a collation", "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
+            "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
+            "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I CHAR(36), O LONGBLOB)");
+        add("columns called like types", "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)",
+            "CREATE TABLE T (Image VARCHAR(60) COLLATE NOCASE, Text DATETIME TEXT)",
+            "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)");
+        add("key of two columns", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))",
+            "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))");
+    }
+
+    void Adapted() {
+        QFETCH(QString, text);
+        QTEST(dialect::Adapt(text, Dialect::Sqlite), "sqlite");
+        QTEST(dialect::Adapt(text, Dialect::MySql), "mySql");
+        QCOMPARE(dialect::Adapt(text, Dialect::SqlServer), text);
+        QCOMPARE(dialect::Adapt(text, Dialect::Other), text);
+    }
+
+    void Untouched_data() {
+        Columns<QString>("text");
+        Row("literal", "INSERT INTO T (A) VALUES ('DELETE dbo.X LEFT(A,1) [b] GETDATE() LEN(x)')");
+        Row("literal with quotes", "UPDATE T SET A = 'l''[x] dbo.', B = '''', C = 'LEN(a)'''");
+        Row("open literal", "SELECT 'dbo.x [y]");
+        Row("quoted name", "SELECT \"dbo.A [b] LEN(x)\" FROM T");
+        Row("line comment", "SELECT 1 -- dbo.X LEN(A) [b]\r\n, 2");
+        Row("comment at the end", "SELECT 1 -- LEN(A)");
+        Row("block comment", "SELECT 1 /* dbo.X ' LEN(A) */, 2");
+        Row("moment in a comment", "SELECT 1 -- '20240305 10:20:30'");
+        Row("nearly a moment", "SELECT '20240305 10:20:3x', ' 20240305 10:20:30', '20240305T10:20:30'");
+        Row("words within words", "SELECT GETDATES(), MYLEN(1), ISNULLABLE(A), DBO_X.A FROM DBOX");
+        Row("column of that name", "SELECT LEN, ISNULL, YEAR FROM T");
+        Row("backslash before a quote", "UPDATE T SET A = 'C:\\', B = 'LEN(x)'");
+        Row("empty", "");
+    }
+
+    void Untouched() {
+        QFETCH(QString, text);
+        QCOMPARE(dialect::Adapt(text, Dialect::Sqlite), text);
+        QCOMPARE(dialect::Adapt(text, Dialect::MySql), text);
+    }
+
+    void TriggerSwitches_data() {
+        Columns<QString, QString, bool>("text", "table", "enable");
+        Row("off", "ALTER TABLE X01_DOC_VER DISABLE TRIGGER ALL", "X01_DOC_VER", false);
+        Row("on", " alter table X01_DOC_VER\r\nenable trigger all ", "X01_DOC_VER", true);
+        Row("owner and brackets", "ALTER TABLE [dbo].[01 DOC] ENABLE TRIGGER ALL", "01 DOC", true);
+        Row("owner", "ALTER TABLE dbo.T DISABLE TRIGGER ALL", "T", false);
+        Row("one trigger", "ALTER TABLE T DISABLE TRIGGER TR1", "", false);
+        Row("another change", "ALTER TABLE T ADD TRIGGER INT ALL", "", false);
+        Row("another statement", "UPDATE T SET DISABLE = TRIGGER", "", false);
+    }
+
+    void TriggerSwitches() {
+        QFETCH(QString, text);
+        const dialect::TriggerSwitch read = dialect::ParseTriggerSwitch(text);
+        QTEST(read.table, "table");
+        QTEST(read.enable, "enable");
+    }
+
+    void Scripts_data() {
+        Columns<QString, QStringList>("script", "statements");
+        Row("semicolons", "DELETE A;\r\n DELETE B ; ;", QStringList{"DELETE A", "DELETE B"});
+        Row("go", "DELETE A\nGO\nDELETE B\r\ngo", QStringList{"DELETE A", "DELETE B"});
+        Row("go within a line", "SELECT 1 go", QStringList{"SELECT 1 go"});
+        Row("in literals and comments", "UPDATE T SET A = ';'; -- ; GO\nDELETE B /* ; */",
+            QStringList{"UPDATE T SET A = ';'", "-- ; GO\nDELETE B /* ; */"});
+        Row("nothing", " \r\n;", QStringList{});
+    }
+
+    void Scripts() {
+        QFETCH(QString, script);
+        QTEST(dialect::SplitScript(script), "statements");
+    }
 };
-
-void TestDialect::Adapted_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("sqlite");
-    QTest::addColumn<QString>("mySql");
-    const auto add = [](const char* name, const char* text, const char* sqlite, const char* mySql) {
-        QTest::newRow(name) << QString(text) << QString(sqlite) << QString(mySql);
-    };
-    add("delete without from", "DELETE X01_CON_TRO", "DELETE FROM X01_CON_TRO", "DELETE FROM X01_CON_TRO");
-    add("delete, where", " delete\r\nSYS_LNG WHERE LNTBL = 'A'", " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'",
-        " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'");
-    add("delete with from", "DELETE FROM T", "DELETE FROM T", "DELETE FROM T");
-    add("truncate", "TRUNCATE TABLE X01_ART_ICO", "DELETE FROM X01_ART_ICO", "TRUNCATE TABLE X01_ART_ICO");
-    add("owner", "SELECT dbo.T.A FROM DBO.T", "SELECT T.A FROM T", "SELECT T.A FROM T");
-    add("brackets", "SELECT [A B] FROM [dbo].[T]", "SELECT [A B] FROM [dbo].[T]", "SELECT `A B` FROM `dbo`.`T`");
-    add("left and right", "SELECT LEFT(A, 3), Right (B,2)", "SELECT SUBSTR(A, 1, 3), SUBSTR(B, -(2))",
-        "SELECT LEFT(A, 3), Right (B,2)");
-    add("year", "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)",
-        "SELECT CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER) FROM T GROUP BY CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER)",
-        "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)");
-    add("nested", "SELECT LEFT(ISNULL(A, 'x,y(' ), LEN(B))", "SELECT SUBSTR(IFNULL(A, 'x,y(' ), 1, LENGTH(B))",
-        "SELECT LEFT(IFNULL(A, 'x,y(' ), CHAR_LENGTH(B))");
-    add("join is no function", "SELECT * FROM A LEFT JOIN B ON 1=1", "SELECT * FROM A LEFT JOIN B ON 1=1",
-        "SELECT * FROM A LEFT JOIN B ON 1=1");
-    add("now", "INSERT INTO T (D) VALUES (GETDATE())",
-        "INSERT INTO T (D) VALUES (strftime('%Y%m%d %H:%M:%S', 'now', 'localtime'))",
-        "INSERT INTO T (D) VALUES (NOW())");
-    add("guid", "INSERT INTO T VALUES (CONVERT(uniqueidentifier, '6F96-19FF'))", "INSERT INTO T VALUES ('6F96-19FF')",
-        "INSERT INTO T VALUES ('6F96-19FF')");
-    add("other conversion", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)");
-    add("moment", "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
-        "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
-        "UPDATE T SET D = '2024-03-05 10:20:30', E = '20240305'");
-    add("moments of Access and FoxPro", "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}",
-        "SELECT #T1 FROM T WHERE D >= '20240305 10:20:30' AND E = '20240305'",
-        "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}");
-    add("create",
-        "CREATE TABLE dbo.T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C NVARCHAR(35) NULL,\r\n"
-        "  M NTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);",
-        "CREATE TABLE T\r\n(\r\n  ID INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL,\r\n  C NVARCHAR(35) COLLATE NOCASE "
-        "NULL,"
-        "\r\n  M NTEXT COLLATE NOCASE NULL,\r\n  D DATETIME TEXT NULL,\r\n  B BIT NOT NULL DEFAULT (0)\r\n   \r\n);",
-        "CREATE TABLE T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C VARCHAR(35) NULL,\r\n"
-        "  M LONGTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);");
-    add("create with a collation", "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
-        "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
-        "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I CHAR(36), O LONGBLOB)");
-    add("columns called like types", "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)",
-        "CREATE TABLE T (Image VARCHAR(60) COLLATE NOCASE, Text DATETIME TEXT)",
-        "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)");
-    add("key of two columns", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))",
-        "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))");
-}
-
-void TestDialect::Adapted() {
-    QFETCH(QString, text);
-    QTEST(dialect::Adapt(text, Dialect::Sqlite), "sqlite");
-    QTEST(dialect::Adapt(text, Dialect::MySql), "mySql");
-    QCOMPARE(dialect::Adapt(text, Dialect::SqlServer), text);
-    QCOMPARE(dialect::Adapt(text, Dialect::Other), text);
-}
-
-void TestDialect::Untouched_data() {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("literal") << "INSERT INTO T (A) VALUES ('DELETE dbo.X LEFT(A,1) [b] GETDATE() LEN(x)')";
-    QTest::newRow("literal with quotes") << "UPDATE T SET A = 'l''[x] dbo.', B = '''', C = 'LEN(a)'''";
-    QTest::newRow("open literal") << "SELECT 'dbo.x [y]";
-    QTest::newRow("quoted name") << "SELECT \"dbo.A [b] LEN(x)\" FROM T";
-    QTest::newRow("line comment") << "SELECT 1 -- dbo.X LEN(A) [b]\r\n, 2";
-    QTest::newRow("comment at the end") << "SELECT 1 -- LEN(A)";
-    QTest::newRow("block comment") << "SELECT 1 /* dbo.X ' LEN(A) */, 2";
-    QTest::newRow("moment in a comment") << "SELECT 1 -- '20240305 10:20:30'";
-    QTest::newRow("nearly a moment") << "SELECT '20240305 10:20:3x', ' 20240305 10:20:30', '20240305T10:20:30'";
-    QTest::newRow("words within words") << "SELECT GETDATES(), MYLEN(1), ISNULLABLE(A), DBO_X.A FROM DBOX";
-    QTest::newRow("column of that name") << "SELECT LEN, ISNULL, YEAR FROM T";
-    QTest::newRow("backslash before a quote") << "UPDATE T SET A = 'C:\\', B = 'LEN(x)'";
-    QTest::newRow("empty") << "";
-}
-
-void TestDialect::Untouched() {
-    QFETCH(QString, text);
-    QCOMPARE(dialect::Adapt(text, Dialect::Sqlite), text);
-    QCOMPARE(dialect::Adapt(text, Dialect::MySql), text);
-}
-
-void TestDialect::TriggerSwitches_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<bool>("enable");
-    QTest::newRow("off") << "ALTER TABLE X01_DOC_VER DISABLE TRIGGER ALL"
-                         << "X01_DOC_VER" << false;
-    QTest::newRow("on") << " alter table X01_DOC_VER\r\nenable trigger all "
-                        << "X01_DOC_VER" << true;
-    QTest::newRow("owner and brackets") << "ALTER TABLE [dbo].[01 DOC] ENABLE TRIGGER ALL"
-                                        << "01 DOC" << true;
-    QTest::newRow("owner") << "ALTER TABLE dbo.T DISABLE TRIGGER ALL"
-                           << "T" << false;
-    QTest::newRow("one trigger") << "ALTER TABLE T DISABLE TRIGGER TR1"
-                                 << "" << false;
-    QTest::newRow("another change") << "ALTER TABLE T ADD TRIGGER INT ALL"
-                                    << "" << false;
-    QTest::newRow("another statement") << "UPDATE T SET DISABLE = TRIGGER"
-                                       << "" << false;
-}
-
-void TestDialect::TriggerSwitches() {
-    QFETCH(QString, text);
-    const dialect::TriggerSwitch read = dialect::ParseTriggerSwitch(text);
-    QTEST(read.table, "table");
-    QTEST(read.enable, "enable");
-}
-
-void TestDialect::Scripts_data() {
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QStringList>("statements");
-    QTest::newRow("semicolons") << "DELETE A;\r\n DELETE B ; ;" << QStringList{"DELETE A", "DELETE B"};
-    QTest::newRow("go") << "DELETE A\nGO\nDELETE B\r\ngo" << QStringList{"DELETE A", "DELETE B"};
-    QTest::newRow("go within a line") << "SELECT 1 go" << QStringList{"SELECT 1 go"};
-    QTest::newRow("in literals and comments") << "UPDATE T SET A = ';'; -- ; GO\nDELETE B /* ; */"
-                                              << QStringList{"UPDATE T SET A = ';'", "-- ; GO\nDELETE B /* ; */"};
-    QTest::newRow("nothing") << " \r\n;" << QStringList{};
-}
-
-void TestDialect::Scripts() {
-    QFETCH(QString, script);
-    QTEST(dialect::SplitScript(script), "statements");
-}
 
 QUADRIX_TEST(TestDialect)
 

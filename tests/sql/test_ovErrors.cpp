@@ -1,6 +1,8 @@
 #include "sql/ovConnection.h"
+#include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -10,186 +12,163 @@
 class TestErrors : public QObject {
     Q_OBJECT
 
+    enum class Outcome { Raised, RowGivenUp };
+
 private slots:
-    void init();
-    void Decisions_data();
-    void Decisions();
-    void RetrySucceeds();
-    void AskAgain();
-    void RowsWithinRows();
-    void Monitoring_data();
-    void Monitoring();
+    void init() {
+        m_errors = {};
+        m_errors.Now = [] { return QDateTime(QDate(2024, 3, 5), QTime(10, 20), Qt::UTC); };
+        m_tries = 0;
+        m_connection = std::make_unique<ovConnection>();
+        m_connection->Errors = &m_errors;
+        m_connection->Trace = [this](const QString&) { ++m_tries; };
+        OpenEmbedded(*m_connection);
+    }
+
+    void Decisions_data() {
+        Columns<ErrorAction, bool, QVector<ErrorAnswer>, int, Outcome>("action", "inRow", "answers", "tries",
+                                                                       "outcome");
+        using Answers = QVector<ErrorAnswer>;
+        Row("retry", ErrorAction::Retry, true, Answers{}, 4, Outcome::Raised);
+        Row("ignore", ErrorAction::Ignore, true, Answers{}, 1, Outcome::RowGivenUp);
+        Row("ignore outside a row", ErrorAction::Ignore, false, Answers{}, 1, Outcome::Raised);
+        Row("abort", ErrorAction::Abort, true, Answers{}, 1, Outcome::Raised);
+        Row("ask: abort", ErrorAction::Ask, true, Answers{ErrorAnswer::Abort}, 1, Outcome::Raised);
+        Row("ask: ignore", ErrorAction::Ask, true, Answers{ErrorAnswer::Ignore}, 1, Outcome::RowGivenUp);
+        Row("ask: ignore outside a row", ErrorAction::Ask, false, Answers{ErrorAnswer::Ignore}, 1, Outcome::Raised);
+        Row("ask: five times again, then ignore", ErrorAction::Ask, true,
+            (Answers(5, ErrorAnswer::Retry) << ErrorAnswer::Ignore), 6, Outcome::RowGivenUp);
+        Row("ask nobody", ErrorAction::Ask, true, Answers{}, 1, Outcome::Raised);
+    }
+    void Decisions() {
+        QFETCH(ErrorAction, action);
+        QFETCH(bool, inRow);
+        QFETCH(QVector<ErrorAnswer>, answers);
+        QFETCH(Outcome, outcome);
+        m_errors.Action = action;
+        if (!answers.isEmpty()) {
+            m_errors.AskOperator = [&answers](const ErrorEntry&) { return answers.takeFirst(); };
+        }
+        std::optional<ovErrors::Row> row;
+        if (inRow) {
+            row.emplace(m_errors, "anagrafe 123");
+        }
+        std::optional<RowGivenUp> givenUp;
+        std::optional<SqlError> raised;
+        try {
+            m_connection->Execute("DELETE NOWHERE");
+        } catch (const RowGivenUp& error) {
+            givenUp = error;
+        } catch (const SqlError& error) {
+            raised = error;
+        }
+        QTEST(m_tries, "tries");
+        QVERIFY(answers.isEmpty());
+        QCOMPARE(givenUp.has_value(), outcome == Outcome::RowGivenUp);
+        QCOMPARE(raised.has_value(), outcome == Outcome::Raised);
+        QCOMPARE(m_errors.Entries().size(), givenUp ? 1 : 0); // what is raised is taken in by whoever it ends
+        if (raised) {
+            QCOMPARE(raised->Statement(), "DELETE FROM NOWHERE");
+            QCOMPARE(raised->RowKey(), inRow ? "anagrafe 123" : "");
+        } else {
+            QCOMPARE(m_errors.Entries().first().rowKey, "anagrafe 123");
+            QVERIFY(m_errors.Entries().first().message.contains("NOWHERE"));
+        }
+    }
+
+    void RetrySucceeds() {
+        m_errors.Action = ErrorAction::Retry;
+        m_connection->Trace = [this](const QString& statement) {
+            if (statement.startsWith("INSERT") && ++m_tries == 3) {
+                m_connection->Execute("CREATE TABLE T (N INTEGER)");
+            }
+        };
+        QCOMPARE(m_connection->Execute("INSERT INTO T VALUES (1)"), 1);
+        QCOMPARE(m_tries, 3);
+        QVERIFY(m_errors.Entries().isEmpty());
+    }
+
+    void AskAgain() {
+        ErrorEntry shown;
+        m_errors.AskOperator = [&](const ErrorEntry& entry) {
+            shown = entry;
+            m_connection->Execute("CREATE TABLE T (N INTEGER)");
+            return ErrorAnswer::Retry;
+        };
+        const ovErrors::Row row(m_errors, "riga 7");
+        QVERIFY(m_connection->ExecuteWC("SELECT N FROM T").Eof());
+        QCOMPARE(shown.rowKey, "riga 7");
+        QCOMPARE(shown.statement, "SELECT N FROM T");
+        QVERIFY2(shown.engineMessage.contains("no such table: T [1]"), qPrintable(shown.engineMessage));
+    }
+
+    void RowsWithinRows() {
+        QVERIFY(!m_errors.InRow());
+        {
+            const ovErrors::Row outer(m_errors, "1");
+            {
+                const ovErrors::Row inner(m_errors, "1a");
+                QCOMPARE(m_errors.RowKey(), "1a");
+            }
+            QVERIFY(m_errors.InRow());
+            QCOMPARE(m_errors.RowKey(), "1");
+        }
+        QVERIFY(!m_errors.InRow());
+        QCOMPARE(m_errors.RowKey(), "");
+    }
+
+    void Monitoring_data() {
+        Columns<int, ErrorEntry>("kind", "entry");
+        const auto entry = [](const char* message, const char* statement, const char* engine, const char* key) {
+            return ErrorEntry{{}, {}, {}, QString(message), QString(statement), QString(engine), QString(key)};
+        };
+        Row("statement", 0, entry("Tabella 'T': rotto", "DELETE T", "rotto [E7]", "riga 3"));
+        Row("source data", 1, entry("file vuoto", "", "", ""));
+        Row("the language's own", 2, entry("bad cast", "", "", ""));
+        Row("anything", 3, entry("errore sconosciuto", "", "", ""));
+    }
+    void Monitoring() {
+        QFETCH(int, kind);
+        QFETCH(ErrorEntry, entry);
+        QVector<ErrorEntry> reported;
+        m_errors.ReportToOperator = [&](const ErrorEntry& shown) { reported.append(shown); };
+        const int result = Guarded(m_errors, "modX", "ImportX", 7, [kind]() -> int {
+            SqlError error("DELETE T", "rotto", "E7");
+            error.AddContext("Tabella 'T'");
+            error.SetRowKey("riga 3");
+            switch (kind) {
+            case 0:
+                throw error;
+            case 1:
+                throw ImportError("file vuoto");
+            case 2:
+                throw std::runtime_error("bad cast");
+            default:
+                throw 5;
+            }
+        });
+        QCOMPARE(result, 7);
+        QCOMPARE(reported.size(), 1);
+        QCOMPARE(m_errors.Entries().size(), 1);
+        const ErrorEntry& kept = m_errors.Entries().first();
+        QCOMPARE(kept.module, "modX");
+        QCOMPARE(kept.procedure, "ImportX");
+        QCOMPARE(kept.time, m_errors.Now());
+        QCOMPARE(kept.message, entry.message);
+        QCOMPARE(kept.statement, entry.statement);
+        QCOMPARE(kept.engineMessage, entry.engineMessage);
+        QCOMPARE(kept.rowKey, entry.rowKey);
+        m_errors.ClearError();
+        QVERIFY(m_errors.Entries().isEmpty());
+        QCOMPARE(Guarded(m_errors, "modX", "ImportX", 7, [] { return 8; }), 8);
+        QVERIFY(m_errors.Entries().isEmpty());
+    }
 
 private:
-    int TriesOf(const QString& statement);
     std::unique_ptr<ovConnection> m_connection;
     ovErrors m_errors;
     int m_tries = 0;
 };
-
-void TestErrors::init() {
-    m_errors = {};
-    m_errors.Now = [] { return QDateTime(QDate(2024, 3, 5), QTime(10, 20), Qt::UTC); };
-    m_tries = 0;
-    m_connection = std::make_unique<ovConnection>();
-    m_connection->Embedded = true;
-    m_connection->DatabaseName = ":memory:";
-    m_connection->Errors = &m_errors;
-    m_connection->Trace = [this](const QString&) { ++m_tries; };
-    m_connection->OpenConnection();
-}
-
-namespace {
-enum class Outcome { Raised, RowGivenUp, Done };
-}
-
-void TestErrors::Decisions_data() {
-    QTest::addColumn<ErrorAction>("action");
-    QTest::addColumn<bool>("inRow");
-    QTest::addColumn<QVector<ErrorAnswer>>("answers");
-    QTest::addColumn<int>("tries");
-    QTest::addColumn<Outcome>("outcome");
-    using Answers = QVector<ErrorAnswer>;
-    QTest::newRow("retry") << ErrorAction::Retry << true << Answers{} << 4 << Outcome::Raised;
-    QTest::newRow("ignore") << ErrorAction::Ignore << true << Answers{} << 1 << Outcome::RowGivenUp;
-    QTest::newRow("ignore outside a row") << ErrorAction::Ignore << false << Answers{} << 1 << Outcome::Raised;
-    QTest::newRow("abort") << ErrorAction::Abort << true << Answers{} << 1 << Outcome::Raised;
-    QTest::newRow("ask: abort") << ErrorAction::Ask << true << Answers{ErrorAnswer::Abort} << 1 << Outcome::Raised;
-    QTest::newRow("ask: ignore") << ErrorAction::Ask << true << Answers{ErrorAnswer::Ignore} << 1
-                                 << Outcome::RowGivenUp;
-    QTest::newRow("ask: ignore outside a row")
-        << ErrorAction::Ask << false << Answers{ErrorAnswer::Ignore} << 1 << Outcome::Raised;
-    QTest::newRow("ask: five times again, then ignore")
-        << ErrorAction::Ask << true << (Answers(5, ErrorAnswer::Retry) << ErrorAnswer::Ignore) << 6
-        << Outcome::RowGivenUp;
-    QTest::newRow("ask nobody") << ErrorAction::Ask << true << Answers{} << 1 << Outcome::Raised;
-}
-
-void TestErrors::Decisions() {
-    QFETCH(ErrorAction, action);
-    QFETCH(bool, inRow);
-    QFETCH(QVector<ErrorAnswer>, answers);
-    QFETCH(Outcome, outcome);
-    m_errors.Action = action;
-    if (!answers.isEmpty()) {
-        m_errors.AskOperator = [&answers](const ErrorEntry&) { return answers.takeFirst(); };
-    }
-    std::optional<ovErrors::Row> row;
-    if (inRow) {
-        row.emplace(m_errors, "anagrafe 123");
-    }
-    std::optional<RowGivenUp> givenUp;
-    std::optional<SqlError> raised;
-    try {
-        m_connection->Execute("DELETE NOWHERE");
-    } catch (const RowGivenUp& error) {
-        givenUp = error;
-    } catch (const SqlError& error) {
-        raised = error;
-    }
-    QTEST(m_tries, "tries");
-    QVERIFY(answers.isEmpty());
-    QCOMPARE(givenUp.has_value(), outcome == Outcome::RowGivenUp);
-    QCOMPARE(raised.has_value(), outcome == Outcome::Raised);
-    QCOMPARE(m_errors.Entries().size(), givenUp ? 1 : 0); // what is raised is taken in by whoever it ends
-    if (raised) {
-        QCOMPARE(raised->Statement(), "DELETE FROM NOWHERE");
-        QCOMPARE(raised->RowKey(), inRow ? "anagrafe 123" : "");
-    } else {
-        QCOMPARE(m_errors.Entries().first().rowKey, "anagrafe 123");
-        QVERIFY(m_errors.Entries().first().message.contains("NOWHERE"));
-    }
-}
-
-void TestErrors::RetrySucceeds() {
-    m_errors.Action = ErrorAction::Retry;
-    m_connection->Trace = [this](const QString& statement) {
-        if (statement.startsWith("INSERT") && ++m_tries == 3) {
-            m_connection->Execute("CREATE TABLE T (N INTEGER)");
-        }
-    };
-    QCOMPARE(m_connection->Execute("INSERT INTO T VALUES (1)"), 1);
-    QCOMPARE(m_tries, 3);
-    QVERIFY(m_errors.Entries().isEmpty());
-}
-
-void TestErrors::AskAgain() {
-    ErrorEntry shown;
-    m_errors.AskOperator = [&](const ErrorEntry& entry) {
-        shown = entry;
-        m_connection->Execute("CREATE TABLE T (N INTEGER)");
-        return ErrorAnswer::Retry;
-    };
-    const ovErrors::Row row(m_errors, "riga 7");
-    QVERIFY(m_connection->ExecuteWC("SELECT N FROM T").Eof());
-    QCOMPARE(shown.rowKey, "riga 7");
-    QCOMPARE(shown.statement, "SELECT N FROM T");
-    QVERIFY2(shown.engineMessage.contains("no such table: T [1]"), qPrintable(shown.engineMessage));
-}
-
-void TestErrors::RowsWithinRows() {
-    QVERIFY(!m_errors.InRow());
-    {
-        const ovErrors::Row outer(m_errors, "1");
-        {
-            const ovErrors::Row inner(m_errors, "1a");
-            QCOMPARE(m_errors.RowKey(), "1a");
-        }
-        QVERIFY(m_errors.InRow());
-        QCOMPARE(m_errors.RowKey(), "1");
-    }
-    QVERIFY(!m_errors.InRow());
-    QCOMPARE(m_errors.RowKey(), "");
-}
-
-void TestErrors::Monitoring_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<ErrorEntry>("entry");
-    const auto entry = [](const char* message, const char* statement, const char* engine, const char* key) {
-        return ErrorEntry{{}, {}, {}, QString(message), QString(statement), QString(engine), QString(key)};
-    };
-    QTest::newRow("statement") << 0 << entry("Tabella 'T': rotto", "DELETE T", "rotto [E7]", "riga 3");
-    QTest::newRow("source data") << 1 << entry("file vuoto", "", "", "");
-    QTest::newRow("the language's own") << 2 << entry("bad cast", "", "", "");
-    QTest::newRow("anything") << 3 << entry("errore sconosciuto", "", "", "");
-}
-
-void TestErrors::Monitoring() {
-    QFETCH(int, kind);
-    QFETCH(ErrorEntry, entry);
-    QVector<ErrorEntry> reported;
-    m_errors.ReportToOperator = [&](const ErrorEntry& shown) { reported.append(shown); };
-    const int result = Guarded(m_errors, "modX", "ImportX", 7, [kind]() -> int {
-        SqlError error("DELETE T", "rotto", "E7");
-        error.AddContext("Tabella 'T'");
-        error.SetRowKey("riga 3");
-        switch (kind) {
-        case 0:
-            throw error;
-        case 1:
-            throw ImportError("file vuoto");
-        case 2:
-            throw std::runtime_error("bad cast");
-        default:
-            throw 5;
-        }
-    });
-    QCOMPARE(result, 7);
-    QCOMPARE(reported.size(), 1);
-    QCOMPARE(m_errors.Entries().size(), 1);
-    const ErrorEntry& kept = m_errors.Entries().first();
-    QCOMPARE(kept.module, "modX");
-    QCOMPARE(kept.procedure, "ImportX");
-    QCOMPARE(kept.time, m_errors.Now());
-    QCOMPARE(kept.message, entry.message);
-    QCOMPARE(kept.statement, entry.statement);
-    QCOMPARE(kept.engineMessage, entry.engineMessage);
-    QCOMPARE(kept.rowKey, entry.rowKey);
-    m_errors.ClearError();
-    QVERIFY(m_errors.Entries().isEmpty());
-    QCOMPARE(Guarded(m_errors, "modX", "ImportX", 7, [] { return 8; }), 8);
-    QVERIFY(m_errors.Entries().isEmpty());
-}
 
 QUADRIX_TEST(TestErrors)
 

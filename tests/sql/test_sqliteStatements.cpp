@@ -1,6 +1,7 @@
 #include "sql/engine.h"
 #include "sql/sqliteStatements.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -10,11 +11,9 @@ class TestSqliteStatements : public QObject {
 
 private slots:
     void Shapes_data() {
-        QTest::addColumn<QByteArray>("statement");
-        QTest::addColumn<QByteArray>("shape");
-        QTest::addColumn<QByteArray>("values");
+        Columns<QByteArray, QByteArray, QByteArray>("statement", "shape", "values");
         const auto row = [](const char* name, const char* statement, const char* shape, const char* values) {
-            QTest::newRow(name) << QByteArray(statement) << QByteArray(shape) << QByteArray(values);
+            Row(name, QByteArray(statement), QByteArray(shape), QByteArray(values));
         };
         row("texts and numbers", "INSERT INTO X01_A (N, P) VALUES ('L''Aquila', 12.5, -3, Null)",
             "INSERT INTO X01_A (N, P) VALUES (?, ?, -?, Null)", "'L'Aquila 12.5 3");
@@ -30,7 +29,6 @@ private slots:
         row("other statements", "CREATE TABLE T (A TEXT DEFAULT 'x')", "CREATE TABLE T (A TEXT DEFAULT 'x')", "");
         row("open text", "SELECT 'abc", "SELECT 'abc", "");
     }
-
     void Shapes() {
         QFETCH(const QByteArray, statement);
         const StatementShape split = StatementShape::Of(statement);

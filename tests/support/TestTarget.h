@@ -2,6 +2,8 @@
 
 #include "core/createDatabase.h"
 #include "core/Session.h"
+#include "tests/support/embedded.h"
+#include "tests/support/files.h"
 #include "tests/support/MariaDbServer.h"
 #include "tests/support/ScriptedOperator.h"
 #include "tests/support/writtenStatements.h"
@@ -24,9 +26,10 @@ public:
           m_engine(engine) {
         m_session.Now = [] { return QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30)); };
         m_session.LogFile = Folder.filePath("import.log");
+        m_session.Config.SetConfigFile(Folder.filePath("Quadrix.ini"));
         if (engine == On::Embedded) {
             m_session.Quadrix.Written = WrittenStatements();
-            OpenEmbedded();
+            OpenEmbedded(m_session.Quadrix, Folder.filePath("quadrix.db"));
             AddCompany("X01", Company);
         } else if (engine == On::MariaDb) {
             MakeDatabase(OwnDatabase);
@@ -84,10 +87,7 @@ public:
         }
         return result;
     }
-    QByteArray Log(const QString& name = "import.log") const {
-        QFile file(Folder.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray Log(const QString& name = "import.log") const { return ReadFile(Folder.filePath(name)); }
 
     QTemporaryDir Folder;
     ScriptedOperator Person;
@@ -97,12 +97,6 @@ private:
     static inline const QString OwnDatabase = QStringLiteral("quadrix_target");
     static inline const QString SharedDatabase = QStringLiteral("quadrix_again");
     static inline const QString StartDatabase = QStringLiteral("quadrix_start"); ///< the shared one as it was made
-
-    void OpenEmbedded() {
-        m_session.Quadrix.Embedded = true;
-        m_session.Quadrix.DatabaseName = Folder.filePath("quadrix.db");
-        m_session.Quadrix.OpenConnection();
-    }
 
     void OpenMariaDb(const QString& database) {
         MariaDbServer().Set(m_session.Quadrix, Way(), database);

@@ -2,6 +2,7 @@
 
 #include "app/startUp.h"
 #include "core/createDatabase.h"
+#include "tests/support/embedded.h"
 #include "ui/frmImport.h"
 #include "ui/WindowOperator.h"
 
@@ -15,9 +16,7 @@ public:
     TestWindow()
         : m_session(m_person) {
         QGuiApplication::setQuitOnLastWindowClosed(false);
-        m_session.Quadrix.Embedded = true;
-        m_session.Quadrix.DatabaseName = Folder.filePath("quadrix.db");
-        m_session.Quadrix.OpenConnection();
+        OpenEmbedded(m_session.Quadrix, Folder.filePath("quadrix.db"));
         CreateDatabase(m_session.Quadrix, "DEM", "Officine Dimostrative S.r.l.");
         m_session.Quadrix.CloseConnection();
         Set("DATABASE", "Provider", "SQLITE");

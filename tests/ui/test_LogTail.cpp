@@ -1,20 +1,10 @@
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "ui/LogTail.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace {
-
-void Write(const QString& path, const QByteArray& bytes, QIODevice::OpenMode mode) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | mode) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-}
-
-} // namespace
 
 class TestLogTail : public QObject {
     Q_OBJECT
@@ -27,32 +17,32 @@ private slots:
 
     void ReadsWholeLinesAsTheyCome() {
         QVERIFY(m_tail.Read().text.isEmpty());
-        Write(m_path, "uno\r\ndu", QIODevice::Append);
+        WriteFile(m_path, "uno\r\ndu", QIODevice::Append);
         QCOMPARE(m_tail.Read().text, QString("uno\n"));
         QVERIFY(m_tail.Read().text.isEmpty());
-        Write(m_path, "e \xE0\r\ntre\r\n", QIODevice::Append);
+        WriteFile(m_path, "e \xE0\r\ntre\r\n", QIODevice::Append);
         const LogTail::Change change = m_tail.Read();
         QCOMPARE(change.text, QString("due à\ntre\n"));
         QVERIFY(!change.restarted);
     }
 
     void SeesANewLog_data() {
-        QTest::addColumn<QByteArray>("next");
-        QTest::newRow("shorter") << QByteArray("B\r\n");
-        QTest::newRow("longer than what was read") << QByteArray("05/03/2024 11:00:00 - altro e molto altro\r\nC\r\n");
+        Columns<QByteArray>("next");
+        Row("shorter", QByteArray("B\r\n"));
+        Row("longer than what was read", QByteArray("05/03/2024 11:00:00 - altro e molto altro\r\nC\r\n"));
     }
     void SeesANewLog() {
         QFETCH(QByteArray, next);
-        Write(m_path, "05/03/2024 10:00:00 - uno\r\n", QIODevice::Append);
+        WriteFile(m_path, "05/03/2024 10:00:00 - uno\r\n", QIODevice::Append);
         QVERIFY(!m_tail.Read().text.isEmpty());
-        Write(m_path, next, QIODevice::Truncate);
+        WriteFile(m_path, next);
         const LogTail::Change change = m_tail.Read();
         QVERIFY(change.restarted);
         QCOMPARE(change.text, QString::fromLatin1(next).remove('\r'));
     }
 
     void ARemovedLogIsEmpty() {
-        Write(m_path, "uno\r\n", QIODevice::Append);
+        WriteFile(m_path, "uno\r\n", QIODevice::Append);
         m_tail.Read();
         QFile::remove(m_path);
         const LogTail::Change change = m_tail.Read();
@@ -65,7 +55,7 @@ private slots:
         for (int i = 0; i < 40000; ++i) {
             bytes += "riga " + QByteArray::number(i) + "\r\n";
         }
-        Write(m_path, bytes, QIODevice::Append);
+        WriteFile(m_path, bytes, QIODevice::Append);
         const QString text = m_tail.Read().text;
         QVERIFY(text.size() < 300 * 1024);
         QVERIFY(text.startsWith("riga "));

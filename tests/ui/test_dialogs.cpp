@@ -1,5 +1,6 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "ui/frmProgress.h"
 #include "ui/frmReset.h"
 #include "ui/frmSequence.h"
@@ -148,15 +149,10 @@ private slots:
     // --- Questions and errors ---
 
     void QuestionsLookAsTheyAreMeant_data() {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<int>("icon");
-        QTest::addColumn<QString>("byDefault");
-        QTest::newRow("plain") << static_cast<int>(Question::Plain) << static_cast<int>(QMessageBox::Question)
-                               << "cmdYes";
-        QTest::newRow("warning") << static_cast<int>(Question::Exclamation) << static_cast<int>(QMessageBox::Warning)
-                                 << "cmdYes";
-        QTest::newRow("warning, no") << static_cast<int>(Question::ExclamationNo)
-                                     << static_cast<int>(QMessageBox::Warning) << "cmdNo";
+        Columns<int, int, QString>("style", "icon", "byDefault");
+        Row("plain", static_cast<int>(Question::Plain), static_cast<int>(QMessageBox::Question), "cmdYes");
+        Row("warning", static_cast<int>(Question::Exclamation), static_cast<int>(QMessageBox::Warning), "cmdYes");
+        Row("warning, no", static_cast<int>(Question::ExclamationNo), static_cast<int>(QMessageBox::Warning), "cmdNo");
     }
     void QuestionsLookAsTheyAreMeant() {
         QFETCH(int, style);
@@ -184,11 +180,10 @@ private slots:
     }
 
     void AnErrorCanBeRetriedSkippedOrEnded_data() {
-        QTest::addColumn<QString>("clicked");
-        QTest::addColumn<int>("answer");
-        QTest::newRow("retry") << "cmdRetry" << static_cast<int>(ErrorAnswer::Retry);
-        QTest::newRow("ignore") << "cmdIgnore" << static_cast<int>(ErrorAnswer::Ignore);
-        QTest::newRow("abort") << "cmdAbort" << static_cast<int>(ErrorAnswer::Abort);
+        Columns<QString, int>("clicked", "answer");
+        Row("retry", "cmdRetry", static_cast<int>(ErrorAnswer::Retry));
+        Row("ignore", "cmdIgnore", static_cast<int>(ErrorAnswer::Ignore));
+        Row("abort", "cmdAbort", static_cast<int>(ErrorAnswer::Abort));
     }
     void AnErrorCanBeRetriedSkippedOrEnded() {
         QFETCH(QString, clicked);

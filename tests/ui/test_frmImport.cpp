@@ -1,6 +1,7 @@
 #include "adapters/registry.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestWindow.h"
 #include "ui/mnemonics.h"
 
@@ -142,9 +143,9 @@ private slots:
     // --- Choosing ---
 
     void EveryOriginSetsItsButtons_data() {
-        QTest::addColumn<QString>("name");
+        Columns<QString>("name");
         for (const contract::Origin* origin : registry::Origins()) {
-            QTest::newRow(qPrintable(origin->name)) << origin->name;
+            Row(qPrintable(origin->name), origin->name);
         }
     }
     /// One window, in which the origins are chosen one after the other: what a row does not mention stays.
@@ -176,9 +177,17 @@ private slots:
 
     void AnOriginShowsWhatASettingHid() {
         TestWindow test;
-        test.Set("IMPORT", "Disable_ImportCli", "1");
+        QVector<bool> shown;
+        for (const QString control : ImportControls) {
+            shown.append(shown.size() % 3 != 0);
+            test.Set("IMPORT", "Disable_" + control.mid(3), shown.last() ? "0" : "1");
+        }
+        test.Set("IMPORT", "Disable_Sequence", "1");
         test.Start();
-        QVERIFY(!test.Button("cmdImportCli").isVisible());
+        for (qsizetype i = 0; i < shown.size(); ++i) {
+            QCOMPARE(test.Button(ImportControls.at(size_t(i))).isVisible(), shown[i]);
+        }
+        QVERIFY(!test.Button("cmdSequence").isVisible() && test.Button("cmdReset").isVisible());
         test.Choose("cmbOrigine", "Ad-Hoc");
         QVERIFY(test.Button("cmdImportCli").isVisible());
         test.Choose("cmbOrigine", "Mexal");
@@ -189,9 +198,9 @@ private slots:
     // --- The gate ---
 
     void NothingStartsWithoutCompanyAndOrigin_data() {
-        QTest::addColumn<QString>("button");
-        QTest::newRow("import") << "cmdImportCli";
-        QTest::newRow("reset") << "cmdReset";
+        Columns<QString>("button");
+        Row("import", "cmdImportCli");
+        Row("reset", "cmdReset");
     }
     void NothingStartsWithoutCompanyAndOrigin() {
         QFETCH(QString, button);
@@ -237,12 +246,13 @@ private slots:
         TestWindow test;
         test.Start();
         DialogDriver driver;
-        driver.Inputs = {"tr1v0la8", std::nullopt, "Tr1v0la8"};
-        for (int i = 0; i < 3; ++i) {
+        driver.Inputs = {"tr1v0la8", "Tr1v0la8 ", std::nullopt, "Tr1v0la8"};
+        for (int i = 0; i < 4; ++i) {
             test.Button("cmdSequence").click();
         }
         const QStringList asked{"? Lanciare la sequenza di importazione? = cmdYes", "> Password per import: "};
-        QCOMPARE(driver.Events, asked + asked + asked + QStringList{"[!] Selezionare l'azienda sul quale operare!"});
+        QCOMPARE(driver.Events,
+                 asked + asked + asked + asked + QStringList{"[!] Selezionare l'azienda sul quale operare!"});
         driver.Events.clear();
         driver.Inputs = {"Tr1v0la8"};
         test.Choose("cmbAzienda", Company);

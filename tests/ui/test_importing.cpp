@@ -1,6 +1,7 @@
 #include "examples/examples.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 #include "tests/support/TestWindow.h"
 
 #include <QPlainTextEdit>
@@ -106,25 +107,6 @@ private slots:
         QVERIFY(test.Text("txtResult").contains("FusioneControparti"));
     }
 
-    void NoToTheConfirmationReadsNothing() {
-        ArcaWindow test;
-        DialogDriver driver;
-        driver.Otherwise = "cmdNo";
-        test.Button("cmdImportCli").click();
-        QCOMPARE(driver.Events, QStringList{"? Importare le controparti? = cmdNo"});
-        QVERIFY(test.Get().Results.isEmpty());
-    }
-
-    void AMissingSourceIsTold() {
-        ArcaWindow test;
-        test.Set("IMPORT", "Databasename", test.Folder.filePath("manca"));
-        DialogDriver driver;
-        test.Button("cmdImportCli").click();
-        QCOMPARE(driver.Events.last(), QString("[!] Impossibile connettersi a Arca 2000!"));
-        QVERIFY(driver.Events.at(1).startsWith("reported "));
-        QVERIFY(test.Window().isEnabled());
-    }
-
     void CancelStopsAtTheNextRow() {
         ArcaWindow test;
         DialogDriver driver;
@@ -146,17 +128,14 @@ private slots:
     }
 
     void EachErrorModeGoesItsWay_data() {
-        QTest::addColumn<QString>("mode");
-        QTest::addColumn<QStringList>("clicks");
-        QTest::addColumn<int>("asked");
-        QTest::addColumn<bool>("done");
-        QTest::newRow("operator ignores") << "Gestiti dall'utente" << QStringList{"cmdIgnore"} << 1 << true;
-        QTest::newRow("operator retries, then ignores")
-            << "Gestiti dall'utente" << QStringList{"cmdRetry", "cmdRetry", "cmdIgnore"} << 3 << true;
-        QTest::newRow("operator ends") << "Gestiti dall'utente" << QStringList{"cmdAbort"} << 1 << false;
-        QTest::newRow("ignore") << "Ignora e continua" << QStringList{} << 0 << true;
-        QTest::newRow("retry") << "Riprova 3 volte" << QStringList{} << 0 << false;
-        QTest::newRow("end") << "Interrompi l'azione" << QStringList{} << 0 << false;
+        Columns<QString, QStringList, int, bool>("mode", "clicks", "asked", "done");
+        Row("operator ignores", "Gestiti dall'utente", QStringList{"cmdIgnore"}, 1, true);
+        Row("operator retries, then ignores", "Gestiti dall'utente", QStringList{"cmdRetry", "cmdRetry", "cmdIgnore"},
+            3, true);
+        Row("operator ends", "Gestiti dall'utente", QStringList{"cmdAbort"}, 1, false);
+        Row("ignore", "Ignora e continua", QStringList{}, 0, true);
+        Row("retry", "Riprova 3 volte", QStringList{}, 0, false);
+        Row("end", "Interrompi l'azione", QStringList{}, 0, false);
     }
     void EachErrorModeGoesItsWay() {
         QFETCH(QString, mode);
@@ -182,10 +161,9 @@ private slots:
     }
 
     void ClosingDuringAnImportAsks_data() {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<bool>("closes");
-        QTest::newRow("no: the import goes on") << "cmdNo" << false;
-        QTest::newRow("yes: it stops at the next row, then the window closes") << "cmdYes" << true;
+        Columns<QString, bool>("answer", "closes");
+        Row("no: the import goes on", "cmdNo", false);
+        Row("yes: it stops at the next row, then the window closes", "cmdYes", true);
     }
     void ClosingDuringAnImportAsks() {
         QFETCH(QString, answer);
