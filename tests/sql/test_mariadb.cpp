@@ -111,7 +111,7 @@ void TestMariaDb::ServerValues() {
 void TestMariaDb::HostileTexts_data() {
     QTest::addColumn<QString>("way");
     QTest::addColumn<QString>("text");
-    const std::vector<std::pair<const char*, QString>> texts{
+    const std::vector<std::pair<QString, QString>> texts{
         {"quote", "L'Aquila"},
         {"quotes at the ends", "''"},
         {"double quotes", "3\" tubo"},
@@ -130,9 +130,9 @@ void TestMariaDb::HostileTexts_data() {
         {"brace and semicolon", "{a};b"},
         {"the word Null in capitals", "NULL"},
     };
-    for (const char* way : {"client", "ODBC"}) {
+    for (const QString way : {"client", "ODBC"}) {
         for (const auto& [name, text] : texts) {
-            QTest::addRow("%s by %s", name, way) << way << text;
+            QTest::newRow(qPrintable(QString("%1 by %2").arg(name, way))) << way << text;
         }
     }
 }
