@@ -458,8 +458,12 @@ const Origin& Entry() {
             {Button::Art, "ImportArticoliArcaEvolution", ImportArticoliArcaEvolution, ArticoliNeeds()},
             {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds()},
             {Button::Acq, "ImportTabelleBaseArcaEvolution", ImportTabelleBaseArcaEvolution, PagamentiNeeds()},
-            {Button::Disegni, "SistemaSediLegaliFornitori", SistemaSediLegaliFornitori, FornitoriNeeds(),
-             "Sistemare i dati dei fornitori?", true, false},
+            {.button = Button::Disegni,
+             .name = "SistemaSediLegaliFornitori",
+             .run = SistemaSediLegaliFornitori,
+             .needs = FornitoriNeeds(),
+             .confirmation = "Sistemare i dati dei fornitori?",
+             .asksReset = false},
         },
     };
     return origin;

@@ -378,6 +378,18 @@ void ImportInventarioLantek30(Session& session, const QString& singleCode, bool 
     });
 }
 
+/// A procedure that works on the two CAM databases of the settings, whatever the origin's source is.
+Procedure BetweenCams(std::optional<Button> button, const QString& name, decltype(Procedure::run) run, Needs needs,
+                      const QString& confirmation) {
+    return {.button = button,
+            .name = name,
+            .run = std::move(run),
+            .needs = std::move(needs),
+            .confirmation = confirmation,
+            .opensSource = false,
+            .asksReset = false};
+}
+
 } // namespace
 
 // --- Entry --------------------------------------------------------------------------------------------------------
@@ -400,12 +412,12 @@ const Origin& Entry() {
         Shown::Keep,
         {
             {Button::Saldi, "ImportInventarioLantek30", ImportInventarioLantek30, InventarioNeeds()},
-            {Button::Dis, "CopyScrapsFromLantekToLantek", CopyScrapsFromLantekToLantek, SfridiNeeds(),
-             "Spostare i ritagli?", false, false},
-            {std::nullopt, "CopyProductsFromLantekToLantek", CopyProductsFromLantekToLantek, ProdottiNeeds(),
-             "Copiare i prodotti?", false, false},
-            {std::nullopt, "SvuotaTabelleCam", SvuotaTabelleCam, SvuotaNeeds(),
-             "Attenzione: desideri svuotare anche il database del software CAM collegato?", false, false},
+            BetweenCams(Button::Dis, "CopyScrapsFromLantekToLantek", CopyScrapsFromLantekToLantek, SfridiNeeds(),
+                        "Spostare i ritagli?"),
+            BetweenCams({}, "CopyProductsFromLantekToLantek", CopyProductsFromLantekToLantek, ProdottiNeeds(),
+                        "Copiare i prodotti?"),
+            BetweenCams({}, "SvuotaTabelleCam", SvuotaTabelleCam, SvuotaNeeds(),
+                        "Attenzione: desideri svuotare anche il database del software CAM collegato?"),
         },
     };
     return origin;
