@@ -364,14 +364,10 @@ void AppendSqlValue(QString& statement, const QVariant& value, DataType type, Pr
         return;
     }
     QString storage;
-    switch (type) {
-    case DataType::Char:
-    case DataType::Memo:
-    case DataType::VarChar:
-    case DataType::NChar:
-    case DataType::NVarChar:
-    case DataType::NText:
+    if (IsTextType(type)) {
         return AppendQuoted(statement, ViewText(value, storage));
+    }
+    switch (type) {
     case DataType::Integer:
     case DataType::Long:
     case DataType::AutoIncrement:

@@ -7,20 +7,6 @@
 
 namespace {
 
-bool IsText(DataType type) {
-    switch (type) {
-    case DataType::Char:
-    case DataType::Memo:
-    case DataType::VarChar:
-    case DataType::NChar:
-    case DataType::NVarChar:
-    case DataType::NText:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool IsDate(DataType type) { return type == DataType::Date || type == DataType::Time || type == DataType::DateTime; }
 
 bool IsNumber(DataType type) {
@@ -41,7 +27,7 @@ bool IsNumber(DataType type) {
 /// A field's default as it stands in a statement.
 QString DefaultText(const QueryField& field) {
     const QString value = ovQueryConstructor::FormatDefaultValue(field.DefaultValue, field.Type);
-    if (IsText(field.Type) || IsDate(field.Type)) {
+    if (IsTextType(field.Type) || IsDate(field.Type)) {
         return mod_ovTools::FormatSqlValue(value, DataType::Char, Provider::SqlServer);
     }
     return value;
@@ -60,7 +46,7 @@ QString ovQueryConstructor::FormatDefaultValue(const QVariant& value, DataType t
     QString text = mod_ovTools::ToText(value);
     if (IsNumber(type)) {
         text.removeIf([](QChar character) { return character == u'(' || character == u')' || character == u'\''; });
-    } else if (IsText(type) || IsDate(type) || type == emptyType) {
+    } else if (IsTextType(type) || IsDate(type) || type == emptyType) {
         for (const QChar opening : {u'(', u'\''}) {
             if (text.startsWith(opening)) {
                 text.remove(0, 1);
@@ -77,7 +63,7 @@ QString ovQueryConstructor::FormatDefaultValue(const QVariant& value, DataType t
 
 QString ovQueryConstructor::ColumnText(const QueryField& field, const QString& type) const {
     QString text = field.Name + u' ' + type;
-    if (!field.Collation.isEmpty() && IsText(field.Type)) {
+    if (!field.Collation.isEmpty() && IsTextType(field.Type)) {
         text += u" COLLATE " + field.Collation;
     }
     text += field.AllowNull ? u" NULL" : u" NOT NULL";

@@ -36,6 +36,21 @@ enum class DataType : int {
     NText = 103,
 };
 
+/// Whether values of a type are texts, of whatever length.
+constexpr bool IsTextType(DataType type) {
+    switch (type) {
+    case DataType::Char:
+    case DataType::Memo:
+    case DataType::VarChar:
+    case DataType::NChar:
+    case DataType::NVarChar:
+    case DataType::NText:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// Statement kinds of `ovQueryConstructor::MakeQuery`.
 enum class StatementKind : int {
     CreateTable = 0,

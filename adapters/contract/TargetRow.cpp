@@ -12,10 +12,6 @@ namespace {
 
 const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
 
-bool IsText(DataType type) {
-    return type == DataType::Char || type == DataType::VarChar || type == DataType::NChar || type == DataType::NVarChar;
-}
-
 bool IsNumber(DataType type) {
     return type == DataType::Integer || type == DataType::Long || type == DataType::Double || type == DataType::TinyInt;
 }
@@ -70,7 +66,7 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
     if (value.isNull()) {
         return value;
     }
-    if (IsText(column.type)) {
+    if (column.size > 0) { // a text: nothing else has a length
         const QString text = mod_ovTools::ToText(value);
         if (text.size() > column.size) {
             throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
