@@ -425,7 +425,7 @@ void ImportContropartiArcaEvolution(Session& session, const QString& singleCode,
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         run.Truncate(reset, CounterpartyTables());
-        const QString where = WhereCode(run, "Cd_CF", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "Cd_CF", singleCode);
         run.Rows({"Controparti", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
                   "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
                  [&](const SourceRow& row) { return ImportControparte(run, row); });

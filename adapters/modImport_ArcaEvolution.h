@@ -29,8 +29,6 @@ contract::Rule StreetPart(QString Street::*part, const QString& words);
 /// that table Banca tells. Left out, and logged, when there is none.
 contract::Rule OurBank();
 
-/// Condition of a run of a single code; empty for a run of all.
-QString WhereCode(const contract::ImportRun& run, const QString& column, const QString& singleCode);
 /// The Quadrix language of a Windows language number (1040 is Italian); empty for one that is not known.
 QString LanguageOf(Session& session, const QString& number);
 

@@ -71,10 +71,6 @@ Rule OurBank() {
             }};
 }
 
-QString WhereCode(const ImportRun& run, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString("\rWHERE " + column + " = " + run.Quoted(singleCode));
-}
-
 QString LanguageOf(Session& session, const QString& number) {
     static const QHash<QString, QString> languages{
         {"1040", "IT"}, {"1033", "EN"}, {"1031", "DE"}, {"1036", "FR"}, {"3082", "ES"}};
@@ -236,7 +232,7 @@ void ImportTabelleBaseArcaEvolution(Session& session, const QString& singleCode,
         run.Preflight(PagamentiNeeds());
         RemoveImportedPaymentTerms(run, reset);
         const bool hasRates = !session.SourceConnection().GetColumns(Rate).isEmpty();
-        const QString where = WhereCode(run, "Cd_PG", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "Cd_PG", singleCode);
         run.Rows({"Modalità di pagamento", Pg, "Cd_PG", "SELECT COUNT(*) FROM PG" + where,
                   "SELECT * FROM PG" + where + "\rORDER BY Cd_PG"},
                  [&](const SourceRow& row) { return ImportPagamento(run, row, hasRates); });

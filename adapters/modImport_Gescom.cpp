@@ -237,7 +237,7 @@ void ImportContropartiGescom(Session& session, const QString& singleCode, bool r
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         run.Truncate(reset, CounterpartyTables());
-        const QString where = WhereCode(run, "CODCLFOR", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CODCLFOR", singleCode);
         run.Rows({"Controparti", Arclfr, "CODCLFOR", "SELECT COUNT(*) FROM ARCLFR" + where,
                   "SELECT * FROM ARCLFR" + where + "\rORDER BY FLAGCLFR, CODCLFOR"},
                  [&](const SourceRow& row) { return ImportControparte(run, row); });
@@ -307,7 +307,7 @@ void ImportVettoriGescom(Session& session, const QString& singleCode, bool /*res
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione vettori");
         run.Preflight(VettoriNeeds());
-        const QString where = WhereCode(run, "CDVETTOR", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CDVETTOR", singleCode);
         run.Rows({"Vettori", VettoriTable, "CDVETTOR", "SELECT COUNT(*) FROM VETTORI" + where,
                   "SELECT * FROM VETTORI" + where + "\rORDER BY CDVETTOR"},
                  [&](const SourceRow& row) { return ImportVettore(run, row); });
@@ -316,10 +316,6 @@ void ImportVettoriGescom(Session& session, const QString& singleCode, bool /*res
 }
 
 } // namespace
-
-QString WhereCode(const ImportRun& run, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString("\rWHERE " + column + " = " + run.Quoted(singleCode));
-}
 
 // --- Entry --------------------------------------------------------------------------------------------------------
 

@@ -12,8 +12,6 @@ inline const QString Arclfr = QStringLiteral("ARCLFR");
 /// Phases of the articles.
 inline const QString Arcfas = QStringLiteral("arcfas");
 
-/// Condition of a run of a single code; empty for a run of all.
-QString WhereCode(const contract::ImportRun& run, const QString& column, const QString& singleCode);
 /// CDART of an article's code.
 QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
 

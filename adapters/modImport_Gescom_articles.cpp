@@ -108,7 +108,7 @@ void ImportArticoliGescom(Session& session, const QString& singleCode, bool rese
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         EmptyArticles(run, reset);
-        const QString where = WhereCode(run, "CDARTICO", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CDARTICO", singleCode);
         run.Rows({"Articoli", Articoli, "CDARTICO", "SELECT COUNT(*) FROM ARTICOLI" + where,
                   "SELECT * FROM ARTICOLI" + where + "\rORDER BY CDARTICO"},
                  [&](const SourceRow& row) { return ImportArticolo(run, row); });
@@ -158,7 +158,7 @@ void ImportListiniGescom(Session& session, const QString& singleCode, bool reset
         run.Announce("Inizio importazione listini");
         run.Preflight(ListiniNeeds());
         EmptyPriceLists(run, reset);
-        const QString where = WhereCode(run, "CDLISTIN", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CDLISTIN", singleCode);
         run.Rows({"Listini", ListiniTable, "CDLISTIN, ARLISTIN", "SELECT COUNT(*) FROM LISTINI" + where,
                   "SELECT * FROM LISTINI" + where + "\rORDER BY CDLISTIN, ARLISTIN, DILISTIN"},
                  [&](const SourceRow& row) { return ImportPrezzo(run, row); });

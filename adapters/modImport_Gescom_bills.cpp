@@ -110,7 +110,7 @@ void ImportDistinteGescom(Session& session, const QString& singleCode, bool rese
         run.Announce("Inizio importazione Distinte Base da Gescom");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
-        const QString where = WhereCode(run, "PADISBAS", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "PADISBAS", singleCode);
         const ImportRun::Loop heads{"Distinte Base", Disbas, "PADISBAS",
                                     "SELECT COUNT(DISTINCT PADISBAS) FROM DISBAS" + where,
                                     "SELECT DISTINCT PADISBAS FROM DISBAS" + where + "\rORDER BY PADISBAS"};

@@ -199,7 +199,7 @@ void ImportContropartiLantek24(Session& session, const QString& singleCode, bool
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         run.Truncate(reset, CounterpartyTables());
-        const QString from = Companies + WhereCode(run, "WHERE", "ComRef", singleCode);
+        const QString from = Companies + run.OnlyCode("\rWHERE", "ComRef", singleCode);
         run.Rows({"Controparti", Companies, "ComRef", "SELECT COUNT(*) FROM " + from,
                   "SELECT * FROM " + from + "\rORDER BY ComRef"},
                  [&](const SourceRow& row) { return ImportControparte(run, row); });
@@ -210,10 +210,6 @@ void ImportContropartiLantek24(Session& session, const QString& singleCode, bool
 } // namespace
 
 // --- Shared -------------------------------------------------------------------------------------------------------
-
-QString WhereCode(const ImportRun& run, const QString& first, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString(u'\r' + first + ' ' + column + " = " + run.Quoted(singleCode));
-}
 
 QVariant DayOf(const SourceRow& row, const QString& column) {
     static const QDate none(1900, 1, 1);

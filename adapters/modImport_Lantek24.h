@@ -12,9 +12,6 @@ inline const QString Products = QStringLiteral("PPRR_PPRR_00000100");
 /// The class of a product that is a sheet.
 inline const QString SheetClass = QStringLiteral("51");
 
-/// Condition of a run of a single code; empty for a run of all. @param first "WHERE" or "AND"
-QString WhereCode(const contract::ImportRun& run, const QString& first, const QString& column,
-                  const QString& singleCode);
 /// CDART of a product.
 QString ArticleOf(contract::ImportRun& run, const QString& product);
 /// The unit of a unit's name in the source; the usual one for a blank name and for "unt".

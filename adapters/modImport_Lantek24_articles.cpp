@@ -192,7 +192,7 @@ void ImportArticoliLantek24(Session& session, const QString& singleCode, bool re
         EmptyFreeAttributes(run, "ART_ICO", reset);
         const QString folder = CamProductsFolder(session);
         const QString from = Products + "\rWHERE IsActive = " + LiteralOf(session.SourceConnection(), true) +
-                             WhereCode(run, "AND", "PrdRef", singleCode);
+                             run.OnlyCode("\rAND", "PrdRef", singleCode);
         run.Rows({"Articoli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
                   "SELECT * FROM " + from + "\rORDER BY PrdRef"},
                  [&](const SourceRow& row) { return ImportArticolo(run, row, folder); });

@@ -95,7 +95,7 @@ void ImportDistintaLantek24(Session& session, const QString& singleCode, bool re
         run.Announce("Inizio importazione Distinte Base da Lantek 24");
         run.Preflight(DistintaNeeds());
         EmptyBills(run, reset);
-        const QString from = Costs + "\rWHERE " + Material + WhereCode(run, "AND", "PrdRef", singleCode);
+        const QString from = Costs + "\rWHERE " + Material + run.OnlyCode("\rAND", "PrdRef", singleCode);
         const ImportRun::Loop heads{"Distinte Base", Costs, "PrdRef", "SELECT COUNT(DISTINCT PrdRef) FROM " + from,
                                     "SELECT DISTINCT PrdRef FROM " + from + "\rORDER BY PrdRef"};
         ImportBills(

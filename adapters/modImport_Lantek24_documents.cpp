@@ -183,13 +183,7 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
     target.Set("DRTTA", NumberOf(row, "TPrice"));
     target.Set("DRNOT", row.Text("Descrip"));
     SetSheet(row, target);
-    const qint64 known = document.wasThere ? m_writer.FindRow(document.id, values.number, document.rewritten) : 0;
-    if (known != 0) {
-        target.Update("WHERE " + Equals("RECORD_ID", known));
-        document.rewritten.insert(known);
-    } else {
-        target.Insert();
-    }
+    m_writer.PutRow(target, document.id, values.number, document.wasThere, document.rewritten);
     if (there && !row.IsBlank("SPrdRef")) {
         ArticleWriter(m_run).CodeAtCounterparty(values.article, row.Text("SPrdRef"), document.head.counterparty);
     }
@@ -257,7 +251,7 @@ void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool r
         RemoveImportedOrders(run, reset);
         const QString from = " FROM " + Orders + "\rWHERE RQPrice = 0 AND CDate >= " +
                              LiteralOf(session.SourceConnection(), importer.Settings().from) +
-                             WhereCode(run, "AND", "OrdRef", singleCode);
+                             run.OnlyCode("\rAND", "OrdRef", singleCode);
         bool toTheEnd = run.Rows(
             {"Documenti", Orders, "OrdRef", "SELECT COUNT(*)" + from, "SELECT *" + from + "\rORDER BY CDate, OrdRef"},
             [&](const SourceRow& row) { return importer.Head(row); });

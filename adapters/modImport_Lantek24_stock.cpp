@@ -150,7 +150,7 @@ void ImportInventarioLantek24(Session& session, const QString& singleCode, bool 
         StockWriter writer(run);
         const QString from =
             Inventory + " I\rJOIN " + Products + " P ON P.PrdRef = I.PrdRef\rWHERE P.DIS_PClass = " + SheetClass +
-            " AND P.DIS_IsRemnant = 0 AND I.StockQ <> 0" + WhereCode(run, "AND", "I.PrdRef", singleCode);
+            " AND P.DIS_IsRemnant = 0 AND I.StockQ <> 0" + run.OnlyCode("\rAND", "I.PrdRef", singleCode);
         run.Rows({"Saldi di magazzino", Inventory, "WrhRef, PrdRef", "SELECT COUNT(*) FROM " + from,
                   "SELECT I.*, P.DIS_Length, P.DIS_Width FROM " + from + "\rORDER BY I.WrhRef, I.PrdRef"},
                  [&](const SourceRow& row) { return ImportSaldo(run, writer, row); });
@@ -182,7 +182,7 @@ void ImportRitagliLantek24(Session& session, const QString& singleCode, bool res
         StockWriter stock(run);
         const QString from = Products +
                              "\rWHERE DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0" +
-                             WhereCode(run, "AND", "PrdRef", singleCode);
+                             run.OnlyCode("\rAND", "PrdRef", singleCode);
         run.Rows({"Ritagli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
                   "SELECT * FROM " + from + "\rORDER BY PrdRef"},
                  [&](const SourceRow& row) { return ImportRitaglio(run, stock, row); });

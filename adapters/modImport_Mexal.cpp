@@ -35,10 +35,6 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
     return known.isEmpty() ? modImport::GetNewControparteFromCodExt(session, code, customer, !customer, false) : known;
 }
 
-QString SingleCode(const ImportRun& run, const QString& joint, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString(" " + joint + " " + column + " = " + run.Quoted(singleCode));
-}
-
 namespace {
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
@@ -221,8 +217,8 @@ void ImportContropartiMEX(Session& session, const QString& singleCode, bool rese
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         run.Truncate(reset, CounterpartyTables());
-        const QString from = " FROM PIA_CON WHERE TIPO IN ('C', 'F') AND [_PCANN] = 'N'" +
-                             SingleCode(run, "AND", "[_PCCOD]", singleCode);
+        const QString from =
+            " FROM PIA_CON WHERE TIPO IN ('C', 'F') AND [_PCANN] = 'N'" + run.OnlyCode(" AND", "[_PCCOD]", singleCode);
         run.Rows({"Controparti", PiaCon, "_PCCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_PCCOD]"},
                  [&](const SourceRow& row) { return ImportControparte(run, row); });
         run.Complete("Controparti importate correttamente!");
@@ -243,7 +239,7 @@ void ImportPianoContiMEX(Session& session, const QString& singleCode, bool reset
         run.Preflight(PianoContiNeeds());
         run.Truncate(reset, {"PIA_CON"});
         const QString from = " FROM PIA_CON WHERE (TIPO IS NULL OR TIPO NOT IN ('C', 'F'))" +
-                             SingleCode(run, "AND", "[_PCCOD]", singleCode);
+                             run.OnlyCode(" AND", "[_PCCOD]", singleCode);
         run.Rows(
             {"Piano dei Conti", PiaCon, "_PCCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_PCCOD]"},
             [&](const SourceRow& row) { return WriteByCode(run, PianoConti(), row, {row.Text("_PCCOD")}); });

@@ -16,9 +16,6 @@ inline const QString ArtMag = QStringLiteral("ART_MAG");
 /// empty when there is none.
 QString GetControparteMexal(Session& session, const QString& code, bool customer);
 
-/// " AND column = code" (or WHERE) of a run of a single code; empty for a run of all.
-QString SingleCode(const contract::ImportRun& run, const QString& joint, const QString& column,
-                   const QString& singleCode);
 /// CDART of an article's code.
 QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
 

@@ -16,8 +16,13 @@ namespace modImport_Mexal {
 
 namespace {
 
-/// The rows of an article: the first one tells what it is, and stands for the others when it cannot be carried over.
-const QStringList OneArticle{"_ARCOD"};
+/// The rows of the articles, or of a single one. Of those of an article the first one tells what it is, and stands for
+/// the others when it cannot be carried over.
+ImportRun::Loop ArticleRows(const ImportRun& run, const QString& step, const QString& singleCode) {
+    const QString from = " FROM ART_MAG" + run.OnlyCode(" WHERE", "[_ARCOD]", singleCode);
+    return {step,      ArtMag, "_ARCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_ARCOD], NUMMAG",
+            {"_ARCOD"}};
+}
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
@@ -195,10 +200,8 @@ void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset) 
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         EmptyArticles(run, reset);
-        const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
         QString last;
-        run.Rows({"Articoli", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY [_ARCOD], NUMMAG", OneArticle},
+        run.Rows(ArticleRows(run, "Articoli", singleCode),
                  [&](const SourceRow& row) { return ImportArticolo(run, row, last); });
         run.Complete("Articoli importati correttamente!");
     });
@@ -235,10 +238,8 @@ void ImportaCostiPrezziFromMEX(Session& session, const QString& singleCode, bool
     run.Guard([&] {
         run.Announce("Inizio importazione Costi/Prezzi");
         run.Preflight(CostiPrezziNeeds());
-        const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
         QString last;
-        run.Rows({"Costi/Prezzi", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY [_ARCOD], NUMMAG", OneArticle},
+        run.Rows(ArticleRows(run, "Costi/Prezzi", singleCode),
                  [&](const SourceRow& row) { return RefreshArticle(run, row, last); });
         run.Complete("Costi/Prezzi importati correttamente!");
     });
@@ -286,7 +287,7 @@ void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
         EmptyStock(run, reset);
         StockWriter writer(run);
         QSet<QString> seen;
-        const QString from = " FROM ART_MAG" + SingleCode(run, "WHERE", "[_ARCOD]", singleCode);
+        const QString from = " FROM ART_MAG" + run.OnlyCode(" WHERE", "[_ARCOD]", singleCode);
         run.Rows({"Saldi di Magazzino",
                   ArtMag,
                   "NUMMAG, _ARCOD",
@@ -321,7 +322,7 @@ void ImportUbicazioniMEX(Session& session, const QString& singleCode, bool reset
         run.Preflight(UbicazioniNeeds());
         EmptyLocations(run, reset);
         const QString from =
-            " FROM ART_MAG" + QString(" WHERE [_ARUBI] > ''") + SingleCode(run, "AND", "[_ARCOD]", singleCode);
+            " FROM ART_MAG" + QString(" WHERE [_ARUBI] > ''") + run.OnlyCode(" AND", "[_ARCOD]", singleCode);
         run.Rows({"Ubicazioni Articolo", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
                   "SELECT *" + from + " ORDER BY [_ARCOD]"},
                  [&](const SourceRow& row) { return ImportUbicazione(run, row); });

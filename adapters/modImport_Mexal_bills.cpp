@@ -63,7 +63,7 @@ void ImportDistinteMex(Session& session, const QString& singleCode, bool reset) 
         run.Announce("Inizio importazione Distinte Base da Mexal");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
-        const QString from = " FROM DIS_MAT" + SingleCode(run, "WHERE", "[_DBPAD]", singleCode);
+        const QString from = " FROM DIS_MAT" + run.OnlyCode(" WHERE", "[_DBPAD]", singleCode);
         const ImportRun::Loop heads{"Distinte Base", DisMat, "_DBPAD", "SELECT COUNT(DISTINCT [_DBPAD])" + from,
                                     "SELECT DISTINCT [_DBPAD]" + from + " ORDER BY [_DBPAD]"};
         ImportBills(run, heads, singleCode, "Distinte Base Mexal importate correttamente: %1 (Fasi: %2, Comp.: %3)",

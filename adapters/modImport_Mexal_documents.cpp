@@ -212,7 +212,7 @@ void ImportDocumentiMEX(Session& session, const QString& singleCode, bool reset)
         TellUnmatched(run, {DocRig, DocTes, SameDocument("O", "L"), "[_MMSIG]", "L." + NoMovements});
         TellUnmatched(run, {DocTes, DocRig, SameDocument("L", "O"), "[_MMSIG]", "L." + NoMovements});
         const QString from = "FROM DOC_TES T INNER JOIN DOC_RIG R ON " + SameDocument("T", "R") + " WHERE T." +
-                             NoMovements + SingleCode(run, "AND", "T.[_MMNUM]", singleCode);
+                             NoMovements + run.OnlyCode(" AND", "T.[_MMNUM]", singleCode);
         const ImportRun::Loop loop{
             "Documenti",
             DocTes,

@@ -63,10 +63,6 @@ std::vector<TableNeed> LookupNeeds() {
     return {{CliFor, {"IdCliFor", "CodCliFor"}}, {Pagam, {"IdPag", "CodPag"}}, {Iva, {"IdIva", "CodIva"}}};
 }
 
-QString WhereCode(const ImportRun& run, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString("\rWHERE " + column + " = " + run.Quoted(singleCode));
-}
-
 QString ArticleOf(ImportRun& run, const QString& sourceCode) {
     return ArticleWriter(run).CodeOf(Artic, "CodArt", sourceCode);
 }
@@ -364,7 +360,7 @@ void ImportContropartiTessera(Session& session, const QString& singleCode, bool 
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         run.Truncate(reset, CounterpartyTables());
-        const QString where = WhereCode(run, "CodCliFor", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CodCliFor", singleCode);
         run.Rows({"Controparti", CliFor, "CodCliFor", "SELECT COUNT(*) FROM CliFor" + where,
                   "SELECT * FROM CliFor" + where + "\rORDER BY CodCliFor"},
                  [&](const SourceRow& row) { return ImportControparte(run, row); });
@@ -421,7 +417,7 @@ void ImportArticoliTessera(Session& session, const QString& singleCode, bool res
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         EmptyArticles(run, reset);
-        const QString where = WhereCode(run, "CodArt", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CodArt", singleCode);
         run.Rows({"Articoli", Artic, "CodArt", "SELECT COUNT(*) FROM Artic" + where,
                   "SELECT * FROM Artic" + where + "\rORDER BY CodArt"},
                  [&](const SourceRow& row) { return ImportArticolo(run, row); });

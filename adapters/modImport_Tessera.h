@@ -10,9 +10,6 @@ inline const QString Module = QStringLiteral("modImport_Tessera");
 /// Articles; also the translations of units.
 inline const QString Artic = QStringLiteral("Artic");
 
-/// Condition of a run of a single code; empty for a run of all.
-QString WhereCode(const contract::ImportRun& run, const QString& column, const QString& singleCode);
-
 // Codes of the source behind its ids. Empty for the id 0, a blank one and one that is not there.
 QString GetCodContropartiTessera(Session& session, const contract::SourceRow& row, const QString& idColumn);
 QString GetCodPagamentoTessera(Session& session, const contract::SourceRow& row, const QString& idColumn);

@@ -107,7 +107,7 @@ void ImportDistinteTessera(Session& session, const QString& singleCode, bool res
         run.Announce("Inizio importazione Distinte Base da Tessera");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
-        const QString where = WhereCode(run, "CodArt", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CodArt", singleCode);
         const ImportRun::Loop heads{"Distinte Base", DisBasT, "CodArt, Rev", "SELECT COUNT(*) FROM DisBasT" + where,
                                     "SELECT * FROM DisBasT" + where + "\rORDER BY CodArt, Rev"};
         ImportBills(run, heads, singleCode, "Distinte Base Tessera importate correttamente: %1 (Fasi: %2, Comp.: %3)",

@@ -214,45 +214,53 @@ void Delete(ImportRun& run, const QString& table, const QString& condition) {
     run.GetSession().Quadrix.Execute("DELETE " + run.FullName(table) + " WHERE " + condition);
 }
 
-void WriteParts(ImportRun& run, const SourceRow& order, qint64 id) {
+/// Rows of a production order: where they are read and where they go.
+struct Children {
+    QString source;
+    QString number; ///< column of the source that orders them
+    QString target;
+    QString owner; ///< column of the target that holds the order's RECORD_ID
+};
+
+void WriteChildren(ImportRun& run, const SourceRow& order, qint64 id, const Children& of,
+                   const std::function<void(const SourceRow&, TargetRow&)>& fill) {
     Session& session = run.GetSession();
-    const QString of = " WHERE IdOrdPro = " + LiteralOf(session.SourceConnection(), order.Value("IdOrdPro"));
-    Rewriter known(run, "ORD_COM", Equals("IDORD", id));
-    ForEachChild(session, "SELECT * FROM OrdProR" + of + " ORDER BY NumRig", OrdProR, "NumRig",
-                 [&](const SourceRow& row) {
-                     TargetRow target(run, "ORD_COM");
-                     target.Set("IDORD", id);
-                     target.Set("OCART", ArticleOf(run, row.Text("CodArt")));
-                     target.Set("OCDES", row.Text("DesArt"));
-                     target.Set("OCQTA", NumberOf(row, "Qta"));
-                     target.Set("OCUMP", UnitOf(session, row.Text("UniMis")));
-                     target.Set("OCPOS", NumberOf(row, "NumRig"));
-                     target.Set("OCSEQ", NumberOf(row, "NumFas"));
+    Rewriter known(run, of.target, Equals(of.owner, id));
+    ForEachChild(session,
+                 "SELECT * FROM " + of.source + " WHERE IdOrdPro = " +
+                     LiteralOf(session.SourceConnection(), order.Value("IdOrdPro")) + " ORDER BY " + of.number,
+                 of.source, of.number, [&](const SourceRow& row) {
+                     TargetRow target(run, of.target);
+                     target.Set(of.owner, id);
+                     fill(row, target);
                      known.Write(target);
                  });
     for (const qint64 rest : known.Rest()) {
-        Delete(run, "ORD_COM", Equals("RECORD_ID", rest));
+        Delete(run, of.target, Equals("RECORD_ID", rest));
     }
 }
 
+void WriteParts(ImportRun& run, const SourceRow& order, qint64 id) {
+    WriteChildren(run, order, id, {OrdProR, "NumRig", "ORD_COM", "IDORD"},
+                  [&run](const SourceRow& row, TargetRow& target) {
+                      target.Set("OCART", ArticleOf(run, row.Text("CodArt")));
+                      target.Set("OCDES", row.Text("DesArt"));
+                      target.Set("OCQTA", NumberOf(row, "Qta"));
+                      target.Set("OCUMP", UnitOf(run.GetSession(), row.Text("UniMis")));
+                      target.Set("OCPOS", NumberOf(row, "NumRig"));
+                      target.Set("OCSEQ", NumberOf(row, "NumFas"));
+                  });
+}
+
 void WriteSteps(ImportRun& run, const SourceRow& order, qint64 id) {
-    Session& session = run.GetSession();
-    const QString of = " WHERE IdOrdPro = " + LiteralOf(session.SourceConnection(), order.Value("IdOrdPro"));
-    Rewriter known(run, "ORD_FAS", Equals("IDOPR", id));
-    ForEachChild(session, "SELECT * FROM OrdProF" + of + " ORDER BY NumFas", OrdProF, "NumFas",
-                 [&](const SourceRow& row) {
-                     TargetRow target(run, "ORD_FAS");
-                     target.Set("IDOPR", id);
-                     target.Set("FLSEQ", NumberOf(row, "NumFas"));
-                     target.Set("FLLAV", WorkOf(session, row.Text("CodLav")));
-                     target.Set("FLQTA", NumberOf(row, "Qta"));
-                     target.Set("FLQTM", NumberOf(row, "QtaFat"));
-                     target.Set("FLSTA", row.Text("Stato"));
-                     known.Write(target);
-                 });
-    for (const qint64 rest : known.Rest()) {
-        Delete(run, "ORD_FAS", Equals("RECORD_ID", rest));
-    }
+    WriteChildren(run, order, id, {OrdProF, "NumFas", "ORD_FAS", "IDOPR"},
+                  [&run](const SourceRow& row, TargetRow& target) {
+                      target.Set("FLSEQ", NumberOf(row, "NumFas"));
+                      target.Set("FLLAV", WorkOf(run.GetSession(), row.Text("CodLav")));
+                      target.Set("FLQTA", NumberOf(row, "Qta"));
+                      target.Set("FLQTM", NumberOf(row, "QtaFat"));
+                      target.Set("FLSTA", row.Text("Stato"));
+                  });
 }
 
 /// The production orders of a row of a customer order.

@@ -173,7 +173,7 @@ void ImportContropartiVSP(Session& session, const QString& singleCode, bool rese
         run.Preflight(ContropartiNeeds());
         run.Truncate(reset, CounterpartyTables());
         for (const Register& from : {Customers, Suppliers}) {
-            const QString select = " FROM " + from.table + SingleCode(run, "WHERE", from.code, singleCode);
+            const QString select = " FROM " + from.table + run.OnlyCode(" WHERE", from.code, singleCode);
             const bool toTheEnd = run.Rows({from.customer ? "Clienti" : "Fornitori", from.table, from.code,
                                             "SELECT COUNT(*)" + select, "SELECT *" + select + " ORDER BY " + from.code},
                                            [&](const SourceRow& row) { return ImportControparte(run, row, from); });
@@ -201,16 +201,12 @@ QString GetNewControparteFromVisual(ImportRun& run, const QString& code, bool cu
         return found;
     }
     const Recordset rows = session.SourceConnection().ExecuteWC("SELECT PARTITA_IVA, CODICE_FISCALE FROM " +
-                                                                from.table + SingleCode(run, "WHERE", from.code, code));
+                                                                from.table + run.OnlyCode(" WHERE", from.code, code));
     if (rows.Eof()) {
         return {};
     }
     const SourceRow row(rows);
     return CounterpartyWriter(run, {}).FindByIdentity(row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE"));
-}
-
-QString SingleCode(const ImportRun& run, const QString& joint, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString(" " + joint + " " + column + " = " + run.Quoted(singleCode));
 }
 
 // --- Entry --------------------------------------------------------------------------------------------------------

@@ -18,9 +18,6 @@ inline const QString Fornitori = QStringLiteral("A_FORNITORI");
 /// another origin. Empty when there is none.
 QString GetNewControparteFromVisual(contract::ImportRun& run, const QString& code, bool customer);
 
-/// "WHERE column = code" (or AND) of a run of a single code; empty for a run of all.
-QString SingleCode(const contract::ImportRun& run, const QString& joint, const QString& column,
-                   const QString& singleCode);
 /// CDART of an article's code.
 QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
 

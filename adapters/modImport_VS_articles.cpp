@@ -116,7 +116,7 @@ void ImportArticoliVSP(Session& session, const QString& singleCode, bool reset) 
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         EmptyArticles(run, reset);
-        const QString from = " FROM " + Articoli + SingleCode(run, "WHERE", "COD_ARTICOLO", singleCode);
+        const QString from = " FROM " + Articoli + run.OnlyCode(" WHERE", "COD_ARTICOLO", singleCode);
         run.Rows({"Articoli", Articoli, "COD_ARTICOLO", "SELECT COUNT(*)" + from,
                   "SELECT *" + from + " ORDER BY COD_ARTICOLO"},
                  [&](const SourceRow& row) { return ImportArticolo(run, row); });
@@ -187,7 +187,7 @@ void ImportDisegniVSP(Session& session, const QString& singleCode, bool reset) {
         run.Announce("Inizio importazione Disegni da Visual Space");
         run.Preflight(DisegniNeeds());
         RemoveImportedAttachments(run, "ART_ICO", reset);
-        const QString from = " FROM " + Disegni + SingleCode(run, "WHERE", "COD_ARTICOLO", singleCode);
+        const QString from = " FROM " + Disegni + run.OnlyCode(" WHERE", "COD_ARTICOLO", singleCode);
         run.Rows({"Disegni", Disegni, "COD_ARTICOLO", "SELECT COUNT(*)" + from,
                   "SELECT *" + from + " ORDER BY COD_ARTICOLO, REVISIONE"},
                  [&](const SourceRow& row) { return ImportDisegno(run, row); });

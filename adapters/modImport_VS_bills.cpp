@@ -219,7 +219,7 @@ RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& p
 
 /// Every parent of the source.
 ImportRun::Loop Parents(const ImportRun& run, const QString& step, const QString& singleCode) {
-    const QString from = " FROM DISTINTA_BASE" + SingleCode(run, "WHERE", "PADRE", singleCode);
+    const QString from = " FROM DISTINTA_BASE" + run.OnlyCode(" WHERE", "PADRE", singleCode);
     return {step, DistintaBase, "PADRE", "SELECT COUNT(DISTINCT(PADRE))" + from,
             "SELECT DISTINCT PADRE" + from + " ORDER BY PADRE"};
 }

@@ -157,7 +157,7 @@ void ImportOrders(ImportRun& run, const Orders& orders, const Needs& needs, cons
         const QString from = "FROM " + orders.heads + " T INNER JOIN " + orders.rows +
                              " R ON R.ANNO = T.ANNO AND R.NUM_ORDINE = T.NUM_ORDINE WHERE T.DATA_REG >= " +
                              LiteralOf(session.SourceConnection(), settings.from) + " AND T.SALDATO = 0" +
-                             SingleCode(run, "AND", "T.NUM_ORDINE", singleCode);
+                             run.OnlyCode(" AND", "T.NUM_ORDINE", singleCode);
         const ImportRun::Loop loop{orders.step,
                                    orders.heads,
                                    "ANNO, NUM_ORDINE, NUM_RIGA",

@@ -53,7 +53,7 @@ void ImportSaldiVSP(Session& session, const QString& singleCode, bool reset) {
         EmptyStock(run, reset);
         StockWriter writer(run);
         QSet<QString> told;
-        const QString from = " FROM " + Stock + SingleCode(run, "WHERE", "COD_ARTICOLO", singleCode);
+        const QString from = " FROM " + Stock + run.OnlyCode(" WHERE", "COD_ARTICOLO", singleCode);
         run.Rows({"Saldi di Magazzino", Stock, "COD_MAGAZZINO, COD_ARTICOLO", "SELECT COUNT(*)" + from,
                   "SELECT *" + from + " ORDER BY COD_MAGAZZINO, COD_ARTICOLO"},
                  [&](const SourceRow& row) {
@@ -90,7 +90,7 @@ void ImportUbicazioniVSP(Session& session, const QString& singleCode, bool reset
         run.Preflight(UbicazioniNeeds());
         EmptyLocations(run, reset);
         const QString from = " FROM " + Magazzino + " WHERE COD_UBICAZIONE IS NOT NULL" +
-                             SingleCode(run, "AND", "COD_ARTICOLO", singleCode);
+                             run.OnlyCode(" AND", "COD_ARTICOLO", singleCode);
         run.Rows({"Ubicazioni Articolo", Magazzino, "COD_ARTICOLO", "SELECT COUNT(*)" + from,
                   "SELECT *" + from + " ORDER BY COD_ARTICOLO"},
                  [&](const SourceRow& row) { return ImportUbicazione(run, row); });

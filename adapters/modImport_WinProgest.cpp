@@ -177,10 +177,6 @@ QString VatCodeOf(Session& session, const QString& sourceCode) {
     return code.isEmpty() ? modImport::GetNewCode(session, Articoli, "IVA", sourceCode, true) : code;
 }
 
-QString WhereCode(const ImportRun& run, const QString& column, const QString& singleCode) {
-    return singleCode.isEmpty() ? QString() : QString("\rWHERE " + column + " = " + run.Quoted(singleCode));
-}
-
 namespace {
 
 /// The code of a row. Raises `ImportError` when it is blank.
@@ -232,7 +228,7 @@ void ImportArticoliWinProgest(Session& session, const QString& singleCode, bool 
         run.Announce("Inizio importazione Articoli da WinProgest");
         run.Preflight(ArticoliNeeds());
         EmptyArticles(run, reset);
-        const QString where = WhereCode(run, "CODART", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
         run.Rows({"Articoli", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
                   "SELECT * FROM ARTICOLI" + where + "\rORDER BY CODART"},
                  [&](const SourceRow& row) { return ImportArticolo(run, row); });
@@ -289,7 +285,7 @@ void ImportPromozioniWinProgest(Session& session, const QString& singleCode, boo
         run.Announce("Inizio importazione Promozioni da WinProgest");
         run.Preflight(PromozioniNeeds());
         run.Truncate(reset, {"PRO_MOZ", "PRO_MOR"});
-        const QString where = WhereCode(run, "CODPRO", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CODPRO", singleCode);
         run.Rows({"Promozioni", Promo, "CODPRO", "SELECT COUNT(*) FROM PROMO" + where,
                   "SELECT * FROM PROMO" + where + "\rORDER BY CODPRO"},
                  [&](const SourceRow& row) { return ImportPromozione(run, row); });
@@ -356,7 +352,7 @@ void ImportCodificheWinProgest(Session& session, const QString& singleCode, bool
         run.Announce("Inizio importazione Codifiche Articoli da WinProgest");
         run.Preflight(CodificheNeeds());
         run.Truncate(reset, {"ART_COD"});
-        const QString where = WhereCode(run, "CODART", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
         run.Rows({"Codifiche Articoli", Codifiche, "CODALT", "SELECT COUNT(*) FROM CODIFICHE" + where,
                   "SELECT * FROM CODIFICHE" + where + "\rORDER BY CODART, CODALT"},
                  [&](const SourceRow& row) { return ImportCodifica(run, row); });

@@ -24,9 +24,6 @@ contract::TableNeed CounterpartyNeed();
 /// and the code is recorded in SYS_IMP.
 QString VatCodeOf(Session& session, const QString& sourceCode);
 
-/// Condition for a single code, with its own WHERE; empty when everything is imported.
-QString WhereCode(const contract::ImportRun& run, const QString& column, const QString& singleCode);
-
 const contract::Needs& DistinteNeeds();
 void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool reset);
 

@@ -80,7 +80,7 @@ void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool 
         run.AnnounceAppending("Inizio importazione Distinte Base da WinProgest");
         run.Preflight(DistinteNeeds());
         EmptyBills(run, reset);
-        const QString where = WhereCode(run, "PADRE", singleCode);
+        const QString where = run.OnlyCode("\rWHERE", "PADRE", singleCode);
         const ImportRun::Loop heads{"Distinte Base", Nftdis, "PADRE", "SELECT COUNT(*) FROM NFTDIS" + where,
                                     "SELECT * FROM NFTDIS" + where + "\rORDER BY PADRE"};
         ImportBills(run, heads, singleCode, "Distinte Base WinProgest importate correttamente: %1(Fasi: %2, Comp.: %3",

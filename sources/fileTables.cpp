@@ -123,6 +123,34 @@ std::unique_ptr<Engine> OpenFileTables(const QString& where, std::vector<FileTab
     return std::make_unique<FileTablesEngine>(where, std::move(tables), settings.tables);
 }
 
+QFileInfoList FilesOf(const QString& folder, const QString& what) {
+    const QDir dir(folder);
+    if (folder.isEmpty() || !dir.exists()) {
+        throw ImportError(QStringLiteral("la cartella '%1' %2 non esiste o non si può leggere; "
+                                         "controllare il percorso nelle impostazioni dell'origine")
+                              .arg(folder, what));
+    }
+    return dir.entryInfoList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+std::unique_ptr<Engine> OpenFolderTables(const QString& folder, const QMap<QString, QStringList>& files,
+                                         const FileLoader& load, const ConnectionSettings& settings) {
+    std::vector<FileTable> tables;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        const QString name = file.key();
+        const QStringList paths = file.value();
+        tables.push_back({name, [name, paths, load](PrivateDatabase& database) {
+                              if (paths.size() > 1) {
+                                  throw ImportError(
+                                      QStringLiteral("la tabella '%1' sta in due file, '%2' e '%3': toglierne uno")
+                                          .arg(name, paths[0], paths[1]));
+                              }
+                              load(database, name, paths.first());
+                          }});
+    }
+    return OpenFileTables(QStringLiteral("la cartella '%1'").arg(folder), std::move(tables), settings);
+}
+
 void AddLookupIndexes(PrivateDatabase& database, const QString& table, const QVector<ColumnInfo>& columns,
                       const QStringList& lookupColumns) {
     for (const ColumnInfo& column : columns) {

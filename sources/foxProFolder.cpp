@@ -5,24 +5,14 @@
 #include "sources/foxProContainer.h"
 #include "sql/errors.h"
 
-#include <QDir>
-#include <QMap>
-
 namespace sources {
 
 namespace {
 
 /// The tables of a folder: name in lower case -> files of that name; more than one where case tells them apart.
 QMap<QString, QStringList> FindTables(const QString& folder) {
-    const QDir dir(folder);
-    if (folder.isEmpty() || !dir.exists()) {
-        throw ImportError(QStringLiteral("la cartella '%1' delle tabelle FoxPro non esiste o non si può leggere; "
-                                         "controllare il percorso nelle impostazioni dell'origine")
-                              .arg(folder));
-    }
     QMap<QString, QStringList> tables;
-    const auto files = dir.entryInfoList(QDir::Files | QDir::Hidden, QDir::Name);
-    for (const QFileInfo& file : files) {
+    for (const QFileInfo& file : FilesOf(folder, QStringLiteral("delle tabelle FoxPro"))) {
         if (file.suffix().compare(u"dbf", Qt::CaseInsensitive) == 0) {
             tables[file.completeBaseName().toLower()].append(file.filePath());
         }
@@ -68,13 +58,9 @@ void FillTable(PrivateDatabase& database, const QString& name, const QVector<Col
     }
 }
 
-void LoadTable(PrivateDatabase& database, const QString& name, const QStringList& paths,
+void LoadTable(PrivateDatabase& database, const QString& name, const QString& path,
                const ConnectionSettings& settings) {
-    if (paths.size() > 1) {
-        throw ImportError(QStringLiteral("la tabella '%1' sta in due file, '%2' e '%3': toglierne uno")
-                              .arg(name, paths[0], paths[1]));
-    }
-    DbfFile file(paths.first(), settings.codePage);
+    DbfFile file(path, settings.codePage);
     const QVector<DbfField> fields = ReadableFields(WithLongNames(file));
     QVector<ColumnInfo> columns;
     for (const DbfField& field : fields) {
@@ -87,15 +73,10 @@ void LoadTable(PrivateDatabase& database, const QString& name, const QStringList
 } // namespace
 
 std::unique_ptr<Engine> OpenFoxProFolder(const QString& folder, const ConnectionSettings& settings) {
-    std::vector<FileTable> tables;
-    const auto files = FindTables(folder);
-    for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        const QString name = file.key();
-        const QStringList paths = file.value();
-        tables.push_back(
-            {name, [name, paths, settings](PrivateDatabase& database) { LoadTable(database, name, paths, settings); }});
-    }
-    return OpenFileTables(QStringLiteral("la cartella '%1'").arg(folder), std::move(tables), settings);
+    const auto load = [settings](PrivateDatabase& database, const QString& name, const QString& path) {
+        LoadTable(database, name, path, settings);
+    };
+    return OpenFolderTables(folder, FindTables(folder), load, settings);
 }
 
 } // namespace sources

@@ -6,24 +6,14 @@
 #include "sql/CodePage.h"
 #include "sql/errors.h"
 
-#include <QDir>
-#include <QMap>
-
 namespace sources {
 
 namespace {
 
 /// The text files of a folder: table name in lower case -> files of that name.
 QMap<QString, QStringList> FindTables(const QString& folder, const QStringList& wanted) {
-    const QDir dir(folder);
-    if (folder.isEmpty() || !dir.exists()) {
-        throw ImportError(QStringLiteral("la cartella '%1' dei file di testo non esiste o non si può leggere; "
-                                         "controllare il percorso nelle impostazioni dell'origine")
-                              .arg(folder));
-    }
     QMap<QString, QStringList> tables;
-    const auto files = dir.entryInfoList(QDir::Files | QDir::Hidden, QDir::Name);
-    for (const QFileInfo& file : files) {
+    for (const QFileInfo& file : FilesOf(folder, QStringLiteral("dei file di testo"))) {
         static const QStringList extensions{"csv", "txt"};
         if (extensions.contains(file.suffix().toLower())) {
             tables[file.completeBaseName().toLower()].append(file.filePath());
@@ -122,27 +112,13 @@ void LoadFile(PrivateDatabase& database, const QString& name, const QString& pat
     AddLookupIndexes(database, name, columns, settings.lookupColumns);
 }
 
-void LoadTable(PrivateDatabase& database, const QString& name, const QStringList& paths,
-               const ConnectionSettings& settings) {
-    if (paths.size() > 1) {
-        throw ImportError(QStringLiteral("la tabella '%1' sta in due file, '%2' e '%3': toglierne uno")
-                              .arg(name, paths[0], paths[1]));
-    }
-    LoadFile(database, name, paths.first(), settings);
-}
-
 } // namespace
 
 std::unique_ptr<Engine> OpenTextFolder(const QString& folder, const ConnectionSettings& settings) {
-    std::vector<FileTable> tables;
-    const auto files = FindTables(folder, settings.tables);
-    for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        const QString name = file.key();
-        const QStringList paths = file.value();
-        tables.push_back(
-            {name, [name, paths, settings](PrivateDatabase& database) { LoadTable(database, name, paths, settings); }});
-    }
-    return OpenFileTables(QStringLiteral("la cartella '%1'").arg(folder), std::move(tables), settings);
+    const auto load = [settings](PrivateDatabase& database, const QString& name, const QString& path) {
+        LoadFile(database, name, path, settings);
+    };
+    return OpenFolderTables(folder, FindTables(folder, settings.tables), load, settings);
 }
 
 } // namespace sources

@@ -272,6 +272,17 @@ qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but)
     return 0;
 }
 
+qint64 DocumentWriter::PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const {
+    const qint64 known = wasThere ? FindRow(head, number, rewritten) : 0;
+    if (known == 0) {
+        row.Insert();
+        return 0;
+    }
+    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    rewritten.insert(known);
+    return known;
+}
+
 void DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
     Session& session = m_run.GetSession();
     const qint64 imported = session.Quadrix.ExecuteCommand(

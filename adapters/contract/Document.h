@@ -140,6 +140,9 @@ public:
     /// RECORD_ID of a row of a head by its number, to be rewritten when its document is imported again; 0 when there is
     /// none. @param but rows that have been rewritten already: a number may come twice
     qint64 FindRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
+    /// Writes a row of a head: over the one of its number when an earlier import has written the head, which is then
+    /// added to `rewritten`, else anew. Returns the RECORD_ID of the one written over; 0 when it is inserted.
+    qint64 PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const;
     /// Logs how many rows an import has written to a head beyond those of this run: they were imported before and are
     /// no longer in the source, yet they still count in the totals.
     void TellRowsLeft(qint64 head, qint64 writtenNow) const;

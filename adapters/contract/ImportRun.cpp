@@ -365,4 +365,8 @@ QString ImportRun::Quoted(const QString& text) const {
     return mod_ovTools::FormatSqlValue(text, DataType::NVarChar, m_session.Quadrix.ProviderType);
 }
 
+QString ImportRun::OnlyCode(const QString& lead, const QString& column, const QString& code) const {
+    return code.isEmpty() ? QString() : QString(lead + u' ' + column + u" = " + Quoted(code));
+}
+
 } // namespace contract

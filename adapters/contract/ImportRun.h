@@ -70,6 +70,9 @@ public:
     void Log(const QString& message);
     /// A text as an SQL literal of the target.
     QString Quoted(const QString& text) const;
+    /// "\rWHERE column = 'code'", the condition of a run of a single code; empty for a run of all.
+    /// @param lead what stands before the column, with the white space before it, e.g. "\rWHERE" or " AND"
+    QString OnlyCode(const QString& lead, const QString& column, const QString& code) const;
     /// Physical name of a company table: the company's code and the bare name.
     QString FullName(const QString& table) const { return m_session.Quadrix.GetFullTableName(table); }
     Session& GetSession() const { return m_session; }

@@ -45,13 +45,7 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
         more(target);
     }
     ++state.rows;
-    const qint64 known = state.wasThere ? m_writer.FindRow(state.id, row.number, state.rewritten) : 0;
-    if (known != 0) {
-        target.Update("WHERE " + Equals("RECORD_ID", known));
-        state.rewritten.insert(known);
-    } else {
-        target.Insert();
-    }
+    const qint64 known = m_writer.PutRow(target, state.id, row.number, state.wasThere, state.rewritten);
     if (id != nullptr) {
         *id = known != 0 ? known : LastId(m_run.GetSession(), m_family.row);
     }
