@@ -5,7 +5,6 @@
 #include "examples/DbfWriter.h"
 #include "sources/fileSource.h"
 #include "sql/mod_ovTools.h"
-#include "tests/support/embedded.h"
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
 

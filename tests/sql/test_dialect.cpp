@@ -10,38 +10,35 @@ class TestDialect : public QObject {
 private slots:
     void Adapted_data() {
         Columns<QString, QString, QString>("text", "sqlite", "mySql");
-        const auto add = [](const char* name, const char* text, const char* sqlite, const char* mySql) {
-            Row(name, QString(text), QString(sqlite), QString(mySql));
-        };
-        add("delete without from", "DELETE X01_CON_TRO", "DELETE FROM X01_CON_TRO", "DELETE FROM X01_CON_TRO");
-        add("delete, where", " delete\r\nSYS_LNG WHERE LNTBL = 'A'", " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'",
+        Row("delete without from", "DELETE X01_CON_TRO", "DELETE FROM X01_CON_TRO", "DELETE FROM X01_CON_TRO");
+        Row("delete, where", " delete\r\nSYS_LNG WHERE LNTBL = 'A'", " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'",
             " delete\r\nFROM SYS_LNG WHERE LNTBL = 'A'");
-        add("delete with from", "DELETE FROM T", "DELETE FROM T", "DELETE FROM T");
-        add("truncate", "TRUNCATE TABLE X01_ART_ICO", "DELETE FROM X01_ART_ICO", "TRUNCATE TABLE X01_ART_ICO");
-        add("owner", "SELECT dbo.T.A FROM DBO.T", "SELECT T.A FROM T", "SELECT T.A FROM T");
-        add("brackets", "SELECT [A B] FROM [dbo].[T]", "SELECT [A B] FROM [dbo].[T]", "SELECT `A B` FROM `dbo`.`T`");
-        add("left and right", "SELECT LEFT(A, 3), Right (B,2)", "SELECT SUBSTR(A, 1, 3), SUBSTR(B, -(2))",
+        Row("delete with from", "DELETE FROM T", "DELETE FROM T", "DELETE FROM T");
+        Row("truncate", "TRUNCATE TABLE X01_ART_ICO", "DELETE FROM X01_ART_ICO", "TRUNCATE TABLE X01_ART_ICO");
+        Row("owner", "SELECT dbo.T.A FROM DBO.T", "SELECT T.A FROM T", "SELECT T.A FROM T");
+        Row("brackets", "SELECT [A B] FROM [dbo].[T]", "SELECT [A B] FROM [dbo].[T]", "SELECT `A B` FROM `dbo`.`T`");
+        Row("left and right", "SELECT LEFT(A, 3), Right (B,2)", "SELECT SUBSTR(A, 1, 3), SUBSTR(B, -(2))",
             "SELECT LEFT(A, 3), Right (B,2)");
-        add("year", "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)",
+        Row("year", "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)",
             "SELECT CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER) FROM T GROUP BY CAST(SUBSTR(DATDOC, 1, 4) AS INTEGER)",
             "SELECT YEAR(DATDOC) FROM T GROUP BY YEAR(DATDOC)");
-        add("nested", "SELECT LEFT(ISNULL(A, 'x,y(' ), LEN(B))", "SELECT SUBSTR(IFNULL(A, 'x,y(' ), 1, LENGTH(B))",
+        Row("nested", "SELECT LEFT(ISNULL(A, 'x,y(' ), LEN(B))", "SELECT SUBSTR(IFNULL(A, 'x,y(' ), 1, LENGTH(B))",
             "SELECT LEFT(IFNULL(A, 'x,y(' ), CHAR_LENGTH(B))");
-        add("join is no function", "SELECT * FROM A LEFT JOIN B ON 1=1", "SELECT * FROM A LEFT JOIN B ON 1=1",
+        Row("join is no function", "SELECT * FROM A LEFT JOIN B ON 1=1", "SELECT * FROM A LEFT JOIN B ON 1=1",
             "SELECT * FROM A LEFT JOIN B ON 1=1");
-        add("now", "INSERT INTO T (D) VALUES (GETDATE())",
+        Row("now", "INSERT INTO T (D) VALUES (GETDATE())",
             "INSERT INTO T (D) VALUES (strftime('%Y%m%d %H:%M:%S', 'now', 'localtime'))",
             "INSERT INTO T (D) VALUES (NOW())");
-        add("guid", "INSERT INTO T VALUES (CONVERT(uniqueidentifier, '6F96-19FF'))",
+        Row("guid", "INSERT INTO T VALUES (CONVERT(uniqueidentifier, '6F96-19FF'))",
             "INSERT INTO T VALUES ('6F96-19FF')", "INSERT INTO T VALUES ('6F96-19FF')");
-        add("other conversion", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)");
-        add("moment", "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
+        Row("other conversion", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)", "SELECT CONVERT(INT, A)");
+        Row("moment", "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
             "UPDATE T SET D = '20240305 10:20:30', E = '20240305'",
             "UPDATE T SET D = '2024-03-05 10:20:30', E = '20240305'");
-        add("moments of Access and FoxPro", "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}",
+        Row("moments of Access and FoxPro", "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}",
             "SELECT #T1 FROM T WHERE D >= '20240305 10:20:30' AND E = '20240305'",
             "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}");
-        add("create",
+        Row("create",
             "CREATE TABLE dbo.T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C NVARCHAR(35) NULL,\r\n"
             "  M NTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);",
             "CREATE TABLE T\r\n(\r\n  ID INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL,\r\n  C NVARCHAR(35) COLLATE "
@@ -51,16 +48,15 @@ private slots:
             "\r\n);",
             "CREATE TABLE T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C VARCHAR(35) NULL,\r\n"
             "  M LONGTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);");
-        add("create with a collation", "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
+        Row("create with a collation", "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
             "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I UNIQUEIDENTIFIER, O IMAGE)",
             "CREATE TABLE T (C CHAR(3) COLLATE BINARY, I CHAR(36), O LONGBLOB)");
-        add("columns called like types", "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)",
+        Row("columns called like types", "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)",
             "CREATE TABLE T (Image VARCHAR(60) COLLATE NOCASE, Text DATETIME TEXT)",
             "CREATE TABLE T (Image VARCHAR(60), Text DATETIME)");
-        add("key of two columns", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))",
+        Row("key of two columns", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))",
             "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))", "CREATE TABLE T (A INT, B INT, PRIMARY KEY (A, B))");
     }
-
     void Adapted() {
         QFETCH(QString, text);
         QTEST(dialect::Adapt(text, Dialect::Sqlite), "sqlite");
@@ -85,7 +81,6 @@ private slots:
         Row("backslash before a quote", "UPDATE T SET A = 'C:\\', B = 'LEN(x)'");
         Row("empty", "");
     }
-
     void Untouched() {
         QFETCH(QString, text);
         QCOMPARE(dialect::Adapt(text, Dialect::Sqlite), text);
@@ -102,7 +97,6 @@ private slots:
         Row("another change", "ALTER TABLE T ADD TRIGGER INT ALL", "", false);
         Row("another statement", "UPDATE T SET DISABLE = TRIGGER", "", false);
     }
-
     void TriggerSwitches() {
         QFETCH(QString, text);
         const dialect::TriggerSwitch read = dialect::ParseTriggerSwitch(text);
@@ -119,7 +113,6 @@ private slots:
             QStringList{"UPDATE T SET A = ';'", "-- ; GO\nDELETE B /* ; */"});
         Row("nothing", " \r\n;", QStringList{});
     }
-
     void Scripts() {
         QFETCH(QString, script);
         QTEST(dialect::SplitScript(script), "statements");
