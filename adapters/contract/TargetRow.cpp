@@ -25,6 +25,29 @@ QString BytesLiteral(const QByteArray& bytes) {
     return bytes.isEmpty() ? QStringLiteral("Null") : QStringLiteral("0x") + QString::fromLatin1(bytes.toHex());
 }
 
+/// Whether a character of two units has lost one of them, as a cut at a length may have it.
+bool HasHalfCharacter(const QString& text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool isPair = text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (!isPair && text.at(i).isSurrogate()) {
+            return true;
+        }
+        i += isPair ? 1 : 0;
+    }
+    return false;
+}
+
+/// What the engines keep each in its own way, or replace silently, is none that can be written.
+void CheckText(const QString& table, const schema::Column& column, const QString& text) {
+    const char* wrong = text.contains(QChar(u'\0')) ? "contiene un carattere NUL"
+                        : HasHalfCharacter(text)    ? "ha un carattere tagliato a metà"
+                                                    : nullptr;
+    if (wrong != nullptr) {
+        throw ImportError(
+            QStringLiteral("il testo per %1.%2 %3").arg(table, QString(column.name), QString::fromUtf8(wrong)));
+    }
+}
+
 /// A number that its column would round, or not hold at all, is none that can be written.
 void CheckNumber(const schema::Column& column, const QVariant& value) {
     const auto number = mod_ovTools::ReadNumber(value);
@@ -65,6 +88,9 @@ const schema::Column& TargetRow::Find(const QString& column) const {
 QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value) const {
     if (value.isNull()) {
         return value;
+    }
+    if (IsTextType(column.type)) {
+        CheckText(m_table->name, column, mod_ovTools::ToText(value));
     }
     if (column.size > 0) { // a text: nothing else has a length
         const QString text = mod_ovTools::ToText(value);

@@ -33,6 +33,10 @@ private slots:
     void rowsRefuseWhatDoesNotFit_data() {
         Columns<QString, QString, QVariant, QString>("table", "column", "value", "message");
         Row("text", "CON_TRO", "COPRO", QVariant("TORINO"), "'TORINO' ha 6 caratteri, CON_TRO.COPRO ne tiene 5");
+        Row("NUL", "CON_TRO", "CONOT", QVariant(QString("a") + QChar(u'\0') + "b"),
+            "il testo per CON_TRO.CONOT contiene un carattere NUL");
+        Row("a character cut in two", "CON_TRO", "CORAS", QVariant(QString::fromUtf8("Ditta 😀").chopped(1)),
+            "il testo per CON_TRO.CORAS ha un carattere tagliato a metà");
         Row("number", "CON_TRO", "COSC1", QVariant("dieci"), "'dieci' non è un numero");
         Row("whole number", "DIS_COM", "DCPOS", QVariant("1.5"), "'1.5' non è un numero intero");
         Row("whole number, of a source that counts in doubles", "DIS_COM", "DCPOS", QVariant(0.5),
