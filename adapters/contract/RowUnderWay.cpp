@@ -13,7 +13,9 @@ RowUnderWay::RowUnderWay(const Session& session, const QString& procedure)
     : m_head(QStringLiteral("%1, azienda %2, iniziata %3: ")
                  .arg(procedure, session.Quadrix.Company(),
                       session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")))),
-      m_file(PathOf(session)) {}
+      m_file(PathOf(session)) {
+    m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+}
 
 RowUnderWay::~RowUnderWay() {
     if (m_file.isOpen()) {
@@ -33,9 +35,8 @@ QString RowUnderWay::Interrupted(const Session& session) {
 
 /// What an earlier, longer row leaves behind the line is never read.
 void RowUnderWay::Begin(const QString& key) {
-    const bool isOpen = m_file.isOpen() || m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     const QByteArray line = QString(m_head + key).simplified().toUtf8() + '\n';
-    if (!isOpen || !m_file.seek(0) || m_file.write(line) != line.size()) {
+    if (!m_file.isOpen() || !m_file.seek(0) || m_file.write(line) != line.size()) {
         throw ImportError(QStringLiteral("File '%1': %2").arg(m_file.fileName(), m_file.errorString()));
     }
 }

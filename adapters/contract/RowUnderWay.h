@@ -11,13 +11,14 @@ namespace contract {
 /// and take it for whole. The file is gone when a run has come to its end, whichever.
 class RowUnderWay {
 public:
+    /// Begins anew, without a row: what a run that died has left is forgotten.
     /// @param procedure module and procedure, as they are told
     RowUnderWay(const Session& session, const QString& procedure);
     ~RowUnderWay();
     RowUnderWay(const RowUnderWay&) = delete;
     RowUnderWay& operator=(const RowUnderWay&) = delete;
 
-    /// What is to be told of a run that did not come to its end; empty when the last one did. Asked before `Begin`.
+    /// What is to be told of a run that did not come to its end; empty when the last one did, or had begun no row.
     static QString Interrupted(const Session& session);
     /// Notes that a row is under way from now on. Raises `ImportError` when that cannot be noted.
     void Begin(const QString& key);
