@@ -1,5 +1,7 @@
 #include "bench/mySqlReplay.h"
 
+#include "sql/mySqlSession.h"
+
 #include <mysql.h>
 
 #include <fstream>
@@ -37,7 +39,7 @@ Handle Open(const std::string& server, const std::string& database) {
                            static_cast<unsigned>(std::stoul(parts[1])), nullptr, CLIENT_FOUND_ROWS) == nullptr) {
         throw std::runtime_error("cannot open " + database);
     }
-    Send(handle.get(), "SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES'");
+    Send(handle.get(), MySqlSession);
     return handle;
 }
 

@@ -1,4 +1,5 @@
 #include "sql/mySqlCatalog.h"
+#include "sql/mySqlSession.h"
 #include "sql/mySqlShape.h"
 #include "sql/odbcCatalog.h"
 #include "sql/odbcCursor.h"
@@ -105,7 +106,7 @@ private:
 
     void SetSession() {
         if (m_dbms == Dbms::MySql) {
-            Run(QStringLiteral("SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES'"));
+            Run(QLatin1String(MySqlSession));
         }
     }
 

@@ -1,5 +1,7 @@
 #include "sql/mySqlConnection.h"
 
+#include "sql/mySqlSession.h"
+
 #include <QStringList>
 
 #include <mysql.h>
@@ -16,12 +18,6 @@
 namespace {
 
 constexpr unsigned ConnectSeconds = 15;
-
-/// Literals as SQL Server reads them (a backslash is a character like any other, double quotes hold names), no value
-/// cut or changed silently, and a server that waits for an operator who thinks about a question.
-constexpr const char* SessionSettings =
-    "SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES,NO_ENGINE_SUBSTITUTION', "
-    "SESSION wait_timeout = 2147483, SESSION net_write_timeout = 86400, SESSION net_read_timeout = 3600";
 
 /// What the operator can do about a code, after the server's own words; empty when they say it all.
 QString Advice(unsigned code) {
@@ -111,7 +107,7 @@ void MySqlConnection::Open() {
     m_lost = false;
     m_handle = mysql_init(nullptr);
     Connect(m_handle);
-    if (mysql_errno(m_handle) != 0 || mysql_query(m_handle, SessionSettings) != 0) {
+    if (mysql_errno(m_handle) != 0 || mysql_query(m_handle, MySqlSession) != 0) {
         SqlError error = MakeError({});
         error.AddContext(Place());
         Close();

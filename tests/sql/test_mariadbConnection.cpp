@@ -14,6 +14,8 @@ class TestMariaDbConnection : public QObject {
 
 private slots:
     void init() { SKIP_WITHOUT(m_server) }
+    void SessionsAreAlike_data();
+    void SessionsAreAlike();
     void OtherStatementsWhileReading_data() { MariaDbServer::Ways(); }
     void OtherStatementsWhileReading();
     void MemoryStaysFlat_data() { MariaDbServer::Ways(); }
@@ -46,6 +48,43 @@ private slots:
 private:
     MariaDbServer m_server;
 };
+
+void TestMariaDbConnection::SessionsAreAlike_data() {
+    QTest::addColumn<QString>("way");
+    QTest::addColumn<bool>("isAgain"); ///< whether the connection has fallen and was opened again
+    QTest::newRow("ODBC") << "ODBC" << false;
+    QTest::newRow("client, again") << "client" << true;
+    QTest::newRow("ODBC, again") << "ODBC" << true;
+}
+
+/// The same statement means the same whichever way it comes: all that the server keeps for a session is the same.
+void TestMariaDbConnection::SessionsAreAlike() {
+    OPEN(connection);
+    QFETCH(bool, isAgain);
+    const auto first = m_server.Open();
+    if (isAgain) {
+        first->Execute(QStringLiteral("KILL %1").arg(connection.ExecuteCommand("SELECT CONNECTION_ID()")));
+        QTest::qSleep(200);
+    }
+    const auto variables = [](ovConnection& of) {
+        QMap<QString, QString> values;
+        for (Recordset rows = of.ExecuteWC("SHOW SESSION VARIABLES"); !rows.Eof(); rows.MoveNext()) {
+            values.insert(rows.Value("Variable_name").toString(), rows.Value("Value").toString());
+        }
+        for (const char* own : {"pseudo_thread_id", "rand_seed1", "rand_seed2", "timestamp",
+                                "session_track_system_variables"}) { // what is told to the driver alone
+            values.remove(own);
+        }
+        return values;
+    };
+    const auto expected = variables(*first);
+    const auto actual = variables(connection);
+    QCOMPARE(actual.keys(), expected.keys());
+    for (auto variable = expected.cbegin(); variable != expected.cend(); ++variable) {
+        QVERIFY2(actual.value(variable.key()) == *variable,
+                 qPrintable(QString(variable.key() + u": " + actual.value(variable.key()) + u", not " + *variable)));
+    }
+}
 
 void TestMariaDbConnection::OtherStatementsWhileReading() {
     OPEN(connection);
