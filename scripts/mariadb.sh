@@ -41,10 +41,14 @@ run_mariadb() {
     wait_for_mariadb
 }
 
-# stop_mariadb: ends the server that start_mariadb started and removes its folder.
+# stop_mariadb: ends the server that start_mariadb started and removes its folder. The end of the log of a server that
+# had ended by itself is shown.
 stop_mariadb() {
     [ -n "${mariadb_pid:-}" ] || return 0
-    kill "$mariadb_pid" 2>/dev/null || true
+    kill "$mariadb_pid" 2>/dev/null || {
+        echo "The server of MariaDB had ended by itself:" >&2
+        tail -50 "$mariadb_dir/server.log" >&2 || true
+    }
     wait "$mariadb_pid" 2>/dev/null || true
     rm -rf "$mariadb_dir"
     mariadb_pid=
