@@ -72,8 +72,8 @@ QString FixtureFolder(const QString& module) {
     return QStringLiteral(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/") + module;
 }
 
-Fixture::Fixture(const QString& folder, const contract::Origin& origin, TestTarget::On engine)
-    : m_folder(folder),
+Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine)
+    : m_folder(std::move(folder)),
       m_origin(origin),
       m_target(engine) {
     MakeSource();
@@ -149,7 +149,7 @@ void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
         columns[i].name = names[i].constData();
     }
     examples::DbfWriter table(to, columns);
-    for (QString line : std::as_const(lines)) {
+    for (const QString& line : std::as_const(lines)) {
         const bool isDeleted = line.startsWith('*');
         const QStringList values = line.mid(isDeleted ? 1 : 0).split('|');
         for (qsizetype i = 0; i < columns.size(); ++i) {

@@ -20,7 +20,7 @@ QString FixtureFolder(const QString& module);
 /// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
 public:
-    Fixture(const QString& folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded);
+    Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded);
 
     /// Runs every procedure of "run.txt".
     void Run();

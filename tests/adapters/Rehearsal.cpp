@@ -103,7 +103,7 @@ void Rehearsal::OpenFaultySource() {
                                               SourceFault);
     });
     Get().Source->Trace = {};
-    m_sourceAnswers = answers - Person().Answers.size();
+    m_sourceAnswers = static_cast<qsizetype>(answers - Person().Answers.size());
 }
 
 /// Keeps count of what the statements delete. The key of a row that is taken back is free again: what is written later

@@ -25,11 +25,11 @@ private slots:
         result.notes.Add("ARTICOLO NON TROVATO: codice 'C4': 'AC'");
         result.untranslated = {"anagrafe.pag = ZZ"};
         result.seconds = 12.34;
+        const QString account =
+            "Righe lette 12.345: inserite 10.000, aggiornate 12, saltate 3, abbandonate 3, non raggiunte 2.327";
         QCOMPARE(
             ResultLines(result, 1),
-            QStringList({"ImportContropartiArca2000: interrotta dall'operatore in 12,3 s",
-                         "Righe lette 12.345: inserite 10.000, aggiornate 12, saltate 3, abbandonate 3, non "
-                         "raggiunte 2.327",
+            QStringList({"ImportContropartiArca2000: interrotta dall'operatore in 12,3 s", account,
                          "Tabella CON_TRO: scritte 10.003, aggiornate 12, riprese 3",
                          "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
                          "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",

@@ -20,7 +20,7 @@ class TestSequenceCommand : public QObject {
     /// "step outcome" of each step.
     static QStringList Steps(const QJsonObject& json) {
         QStringList steps;
-        for (const QJsonValue& value : json["steps"].toArray()) {
+        for (const auto& value : json["steps"].toArray()) {
             const QJsonObject step = value.toObject();
             steps.append(step["step"].toString() + ' ' + step["outcome"].toString());
         }

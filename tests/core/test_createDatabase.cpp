@@ -91,7 +91,7 @@ private slots:
         TestTarget target;
         const qsizetype tables = target.Db().GetTables().size();
         target.Execute("CREATE TRIGGER no_more BEFORE INSERT ON SYS_AZI BEGIN SELECT RAISE(ABORT, 'stop'); END");
-        QVERIFY_EXCEPTION_THROWN(target.AddCompany("X02", "Prova Due"), SqlError);
+        QVERIFY(ErrorOf<SqlError>([&] { target.AddCompany("X02", "Prova Due"); }));
         QCOMPARE(target.Db().GetTables().size(), tables);
         target.Execute("DROP TRIGGER no_more");
         target.AddCompany("X02", "Prova Due");

@@ -10,7 +10,7 @@
 /// for damage.
 namespace mdbBytes {
 
-constexpr int PageSize = 4096;
+constexpr qsizetype PageSize = 4096;
 
 template<class Number>
 QByteArray Raw(Number number) {
@@ -54,9 +54,9 @@ inline QByteArray RowPage(int type, quint32 owner, const QVector<QByteArray>& ro
     page[1] = 1;
     qToLittleEndian(owner, page.data() + 4);
     qToLittleEndian(static_cast<quint16>(rows.size()), page.data() + 12);
-    int start = PageSize;
-    for (int row = 0; row < rows.size(); ++row) {
-        start -= static_cast<int>(rows.at(row).size());
+    qsizetype start = PageSize;
+    for (qsizetype row = 0; row < rows.size(); ++row) {
+        start -= rows.at(row).size();
         page.replace(start, rows.at(row).size(), rows.at(row));
         qToLittleEndian(static_cast<quint16>(start), page.data() + 14 + 2 * row);
     }

@@ -18,7 +18,7 @@ class DbfValuesTest : public QObject {
 private:
     QTemporaryDir m_dir;
 
-    std::unique_ptr<Engine> WriteAndOpen(const Column& column, const QVariant& value, DbfStyle style = {}) {
+    std::unique_ptr<Engine> WriteAndOpen(const Column& column, const QVariant& value, const DbfStyle& style = {}) {
         DbfWriter writer(m_dir.filePath("tabella.dbf"), {column, {"dopo", 'C', 1}}, style);
         writer.Set(column.name, value).Set("dopo", QString("X"));
         writer.Add();

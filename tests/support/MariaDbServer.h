@@ -60,10 +60,10 @@ public:
 #define OPEN(name)                                                                                                     \
     QFETCH(QString, way);                                                                                              \
     const auto opened##name = m_server.Open(way);                                                                      \
-    ovConnection& name = *opened##name
+    ovConnection& name = *opened##name /* NOLINT(bugprone-macro-parentheses) */
 
 /// Leaves out a test when there is no server; for init(), since initTestCase() would leave out all that follow.
 #define SKIP_WITHOUT(server)                                                                                           \
-    if (!server.IsThere()) {                                                                                           \
+    if (!(server).IsThere()) {                                                                                         \
         QSKIP("QUADRIX_TEST_MARIADB names no server (scripts/test starts one)");                                       \
     }

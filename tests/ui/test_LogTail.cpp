@@ -57,7 +57,7 @@ private slots:
         }
         WriteFile(m_path, bytes, QIODevice::Append);
         const QString text = m_tail.Read().text;
-        QVERIFY(text.size() < 300 * 1024);
+        QVERIFY(text.size() < qsizetype(300) * 1024);
         QVERIFY(text.startsWith("riga "));
         QVERIFY(text.endsWith("riga 39999\n"));
         QVERIFY(m_tail.Read().text.isEmpty());

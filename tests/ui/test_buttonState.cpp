@@ -6,8 +6,6 @@
 
 #include <QTest>
 
-using contract::Button;
-
 namespace {
 
 const contract::Origin& OriginOf(const char* name) {
