@@ -71,6 +71,7 @@ std::vector<Bill> BillsOf(ImportRun& run, const QString& parent) {
             AddComponent(run, row, bills.try_emplace(number, Bill{number, {}}).first->second);
         });
     std::vector<Bill> sorted;
+    sorted.reserve(bills.size());
     for (auto& bill : bills) {
         sorted.push_back(std::move(bill.second));
     }

@@ -70,6 +70,7 @@ struct KindMappings {
 const KindMappings& MappingsOf(Kind kind) {
     static const std::vector<KindMappings> mappings = [] {
         std::vector<KindMappings> all;
+        all.reserve(AllKinds.size());
         for (const Kind each : AllKinds) {
             all.push_back({MakeHeadMapping(Of(each)), MakeRowMapping(Of(each))});
         }

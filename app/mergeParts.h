@@ -27,7 +27,7 @@ std::optional<QVector<modMain::MergeMatch>> FindMatches(Session& session, const 
 class References {
 public:
     /// Reads the dictionary. Raises `ImportError` when it names a table or column that the company lacks.
-    References(Session& session, const Companies& companies);
+    References(Session& session, Companies companies);
 
     /// Raises `ImportError` when a new code could be taken for an old one that is still to be re-pointed: one without
     /// a "0" cannot be marked.
@@ -67,7 +67,7 @@ private:
 class Copier {
 public:
     /// Raises `ImportError` when the destination lacks a column of the source.
-    Copier(Session& session, const Companies& companies);
+    Copier(Session& session, Companies companies);
 
     /// Gives the new code of a counterparty that a copied row refers to; without it they are copied as they are.
     std::function<QString(const QString& oldCode)> NewCodeOf;

@@ -27,9 +27,9 @@ const QString Identity = QStringLiteral("RECORD_ID");
 
 } // namespace
 
-Copier::Copier(Session& session, const Companies& companies)
+Copier::Copier(Session& session, Companies companies)
     : m_session(session),
-      m_companies(companies),
+      m_companies(std::move(companies)),
       m_parts{{"CON_TRO", "CDCON", "", {}},
               {"NUM_TEL", "TBKEY", "TBNAM = 'CON_TRO'", {}},
               {"IND_WEB", "TBKEY", "TBNAM = 'CON_TRO'", {}},

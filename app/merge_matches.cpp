@@ -94,9 +94,9 @@ private:
 /// Finds the matches one after the other, as if each were merged before the next is looked at.
 class Matcher {
 public:
-    Matcher(Session& session, const Companies& companies)
+    Matcher(Session& session, Companies companies)
         : m_session(session),
-          m_companies(companies) {
+          m_companies(std::move(companies)) {
         ReadDestination();
     }
 

@@ -23,9 +23,9 @@ bool HasColumn(const QVector<ColumnInfo>& columns, const QString& name) {
 
 } // namespace
 
-References::References(Session& session, const Companies& companies)
+References::References(Session& session, Companies companies)
     : m_session(session),
-      m_companies(companies) {
+      m_companies(std::move(companies)) {
     Read();
     Check();
 }

@@ -38,8 +38,8 @@ double ServerSeconds() {
 
 class ServerBench {
 public:
-    explicit ServerBench(const QString& folder)
-        : m_folder(folder) {}
+    explicit ServerBench(QString folder)
+        : m_folder(std::move(folder)) {}
 
     /// An empty company in a database of its own.
     void MakeDatabase() const {

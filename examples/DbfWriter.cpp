@@ -141,7 +141,7 @@ void DbfWriter::WriteHeader() {
     header[29] = static_cast<char>(m_style.language);
     for (int index = 0; index < count; ++index) {
         const Column& column = Columns()[index];
-        char* descriptor = header.data() + HeaderLength + index * DescriptorLength;
+        char* descriptor = header.data() + HeaderLength + qsizetype(index) * DescriptorLength;
         qstrncpy(descriptor, column.name.constData(), LongestName + 1);
         descriptor[11] = column.type;
         Put(descriptor + 12, static_cast<quint32>(m_layout[index].offset));

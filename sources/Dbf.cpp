@@ -54,7 +54,7 @@ int LongTextLength(const DbfField& field) {
 DbfField ReadDescriptor(const uchar* bytes, const CodePage& page, bool isVisual) {
     DbfField field;
     const char* name = reinterpret_cast<const char*>(bytes);
-    field.name = DecodeText(QByteArrayView(name, qstrnlen(name, 11)), page).trimmed();
+    field.name = DecodeText(QByteArrayView(name, static_cast<qsizetype>(qstrnlen(name, 11))), page).trimmed();
     field.type = static_cast<char>(bytes[11]);
     field.length = bytes[16];
     field.decimals = bytes[17];

@@ -1,6 +1,8 @@
 #include "sources/Dbf.h"
 #include "sql/errors.h"
 
+#include <QHash>
+
 #include <optional>
 
 namespace sources {

@@ -168,8 +168,8 @@ DbfValue DbfValues::Date(QByteArrayView bytes) {
 
 DbfValue DbfValues::DateTime(QByteArrayView bytes) {
     constexpr int dayMilliseconds = 24 * 60 * 60 * 1000;
-    const qint32 day = qFromLittleEndian<qint32>(bytes.data());
-    const qint32 milliseconds = qFromLittleEndian<qint32>(bytes.data() + 4);
+    const auto day = qFromLittleEndian<qint32>(bytes.data());
+    const auto milliseconds = qFromLittleEndian<qint32>(bytes.data() + 4);
     if ((day == 0 && milliseconds == 0) || WithoutBlanks(bytes).isEmpty()) {
         return {};
     }

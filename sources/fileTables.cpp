@@ -28,8 +28,8 @@ bool Names(const QString& statement, const QString& table) {
 /// The private database of a file source, which grows by the tables that are asked for.
 class FileTablesEngine final : public Engine {
 public:
-    FileTablesEngine(const QString& where, std::vector<FileTable> tables, const QStringList& wanted)
-        : m_where(where),
+    FileTablesEngine(QString where, std::vector<FileTable> tables, const QStringList& wanted)
+        : m_where(std::move(where)),
           m_pending(std::move(tables)) {
         KeepWanted(wanted);
         for (const FileTable& table : m_pending) {
@@ -137,8 +137,8 @@ std::unique_ptr<Engine> OpenFolderTables(const QString& folder, const QMap<QStri
                                          const FileLoader& load, const ConnectionSettings& settings) {
     std::vector<FileTable> tables;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        const QString name = file.key();
-        const QStringList paths = file.value();
+        const QString& name = file.key();
+        const QStringList& paths = file.value();
         tables.push_back({name, [name, paths, load](PrivateDatabase& database) {
                               if (paths.size() > 1) {
                                   throw ImportError(

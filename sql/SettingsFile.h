@@ -8,8 +8,8 @@
 /// Section and key names are compared without case; comments, order and unknown lines are kept when a value is written.
 class SettingsFile {
 public:
-    explicit SettingsFile(const QString& path = {})
-        : m_path(path) {}
+    explicit SettingsFile(QString path = {})
+        : m_path(std::move(path)) {}
 
     const QString& Path() const { return m_path; }
 

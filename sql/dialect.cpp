@@ -139,9 +139,7 @@ private:
         } else if (Sqlite() && IsBytesLiteral(m_tokens.View())) {
             m_out += QStringLiteral("X'") + m_tokens.View().mid(2) + u'\''; // a number there otherwise
             m_tokens.Skip();
-        } else if (Is(QLatin1String("CONVERT")) && AdaptGuid()) {
-            return;
-        } else if (AdaptFunction()) {
+        } else if ((Is(QLatin1String("CONVERT")) && AdaptGuid()) || AdaptFunction()) {
             return;
         } else if (m_inCreateTable && !AtColumnName()) {
             AdaptColumnType();

@@ -8,7 +8,9 @@ namespace {
 constexpr SQLULEN ConnectSeconds = 15;
 
 /// A whole number where the ODBC API takes a pointer.
-SQLPOINTER AsPointer(SQLULEN number) { return reinterpret_cast<SQLPOINTER>(number); }
+SQLPOINTER AsPointer(SQLULEN number) {
+    return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr)
+}
 
 template<class Number>
 Number InfoNumber(SQLHDBC connection, SQLUSMALLINT what) {

@@ -6,7 +6,7 @@
 
 namespace {
 constexpr qint64 HeadSize = 64;
-constexpr qint64 MostAtOnce = 256 * 1024;
+constexpr qint64 MostAtOnce = qint64(256) * 1024;
 } // namespace
 
 LogTail::Change LogTail::Read() {

@@ -11,8 +11,8 @@ public:
         QString text;           ///< whole lines, with "\n" at the end of each
     };
 
-    explicit LogTail(const QString& path)
-        : m_path(path) {}
+    explicit LogTail(QString path)
+        : m_path(std::move(path)) {}
     /// Reads on. Of much new text only the last 256 KB come. A file that is not there is an empty one.
     Change Read();
 

@@ -26,7 +26,7 @@ void RemoveImportedAttachments(ImportRun& run, const QString& table, bool reset)
 }
 
 QString PathIn(const QString& folder, const QString& name) {
-    const auto portable = [](QString path) { return path.trimmed().replace(u'\\', u'/'); };
+    const auto portable = [](const QString& path) { return path.trimmed().replace(u'\\', u'/'); };
     return QDir::cleanPath(QString(portable(folder) + u'/' + portable(name)));
 }
 

@@ -117,9 +117,9 @@ struct DocumentRow {
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class DocumentWriter {
 public:
-    DocumentWriter(ImportRun& run, const Family& family)
+    DocumentWriter(ImportRun& run, Family family)
         : m_run(run),
-          m_family(family) {}
+          m_family(std::move(family)) {}
 
     /// A cause, read from CAU_DOC once in a run. One that is missing there is logged, and has the given document type
     /// and the default warehouse.

@@ -9,8 +9,8 @@ class TargetRow;
 /// One line of a mapping table: the target column, the source column (several are joined, separated by ", "; empty for
 /// none) and the rule between them.
 struct MapLine {
-    MapLine(const QString& targetColumn, const QString& sourceColumns, Rule how)
-        : target(targetColumn),
+    MapLine(QString targetColumn, const QString& sourceColumns, Rule how)
+        : target(std::move(targetColumn)),
           sources(sourceColumns.split(QStringLiteral(", "), Qt::SkipEmptyParts)),
           rule(std::move(how)) {}
 
