@@ -43,7 +43,7 @@ public:
 class AtProgress {
 public:
     AtProgress(DialogDriver& driver, float value, std::function<void(frmProgress&)> work) {
-        driver.On = [this, value, work](QWidget& dialog) {
+        driver.On = [this, value, work = std::move(work)](QWidget& dialog) {
             auto* progress = qobject_cast<frmProgress*>(&dialog);
             if (progress != nullptr && progress->Value() >= value && !m_done) {
                 m_done = true;
