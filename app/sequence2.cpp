@@ -108,10 +108,12 @@ public:
     explicit Triggers(SequenceRun& run)
         : m_run(run) {}
     ~Triggers() {
-        Guarded(m_run.GetSession().Errors, "frmImport", "Sequence2", false, [this] {
-            Enable();
-            return true;
-        });
+        while (!m_disabled.isEmpty()) { // one that cannot be switched on does not keep the others off
+            Guarded(m_run.GetSession().Errors, "frmImport", "Sequence2", false, [this] {
+                EnableFirst();
+                return true;
+            });
+        }
     }
     Triggers(const Triggers&) = delete;
     Triggers& operator=(const Triggers&) = delete;
@@ -125,11 +127,20 @@ public:
     }
     void Enable() {
         while (!m_disabled.isEmpty()) {
-            Switch(m_disabled.takeFirst(), " ENABLE TRIGGER ALL");
+            EnableFirst();
         }
     }
 
 private:
+    void EnableFirst() {
+        const QString table = m_disabled.takeFirst();
+        try {
+            Switch(table, " ENABLE TRIGGER ALL");
+        } catch (Error& error) {
+            error.AddContext(QStringLiteral("I trigger di %1 sono rimasti disattivati").arg(table));
+            throw;
+        }
+    }
     void Switch(const QString& table, const QString& how) {
         m_run.GetSession().Quadrix.Execute("ALTER TABLE " + table + how);
     }

@@ -343,6 +343,38 @@ private slots:
         QVERIFY(fake.Log().contains("[Reset Tabella GEN_DIS_FAS]"));
     }
 
+    void switchesTheOtherTriggersOnAgain_data() {
+        Columns<RunResult::Outcome>("end");
+        Row("to the end", RunResult::Outcome::Done);
+        Row("failed", RunResult::Outcome::Failed);
+    }
+    void switchesTheOtherTriggersOnAgain() {
+        QFETCH(RunResult::Outcome, end);
+        FakeInstallation fake;
+        TestTarget& target = fake.Target;
+        target.Execute("CREATE TABLE FIRED (N INTEGER)");
+        for (const QString table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
+            target.Execute("CREATE TRIGGER TR_" + table + " AFTER INSERT ON X01_" + table +
+                           " BEGIN INSERT INTO FIRED VALUES (1); END");
+        }
+        fake.Ends["ImportSaldiMEX"] = end;
+        fake.Work = [&](const QString&) {
+            target.Execute("DROP TABLE X01_ORD_COM");
+            target.Execute("DROP TABLE X01_ORD_FAS");
+        };
+        SequenceSteps steps;
+        steps.DeleteBefore = true;
+        steps.SaldiMEX = true;
+        const SequenceResult result = fake.Run2(steps);
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        for (const QString table : {"X01_ORD_COM", "X01_ORD_FAS"}) {
+            const QString told = "I trigger di " + table + " sono rimasti disattivati";
+            QVERIFY2(!target.Person.Events.filter(told).isEmpty(), qPrintable(target.Person.Events.join('\n')));
+        }
+        target.Execute("INSERT INTO X01_ORD_PRO DEFAULT VALUES");
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM FIRED"), QString("1"));
+    }
+
     void putsRightWhatWasImported() {
         FakeInstallation fake;
         TestTarget& target = fake.Target;
