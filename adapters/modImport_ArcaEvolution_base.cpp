@@ -5,6 +5,7 @@
 #include "adapters/contract/BaseTable.h"
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/PaymentTerm.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "core/modImport.h"
 
 #include <QRegularExpression>
@@ -36,7 +37,7 @@ Street StreetOf(const QString& text) {
     constexpr int lineSize = 35;
     const QRegularExpressionMatch match = numbered.match(text);
     const QString street = match.hasMatch() ? match.captured(1).trimmed() : text;
-    return {street.left(lineSize), street.mid(lineSize).trimmed(), match.captured(2)};
+    return {FirstOf(street, lineSize), RestOf(street, lineSize).trimmed(), match.captured(2)};
 }
 
 Rule StreetPart(QString Street::*part, const QString& words) {

@@ -11,6 +11,7 @@
 #include "adapters/contract/SheetFormat.h"
 #include "adapters/contract/Stock.h"
 #include "adapters/contract/TargetRow.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/qdxProduction_sheets.h"
@@ -74,7 +75,7 @@ const Mapping& Articoli() {
 /// CDMAT of a material of the source: translated, else its code cut to the key.
 QString MaterialOf(Session& session, const QString& material) {
     const QString known = modImport::GetNewCode(session, "TAB_MAT", "CDMAT", material, true);
-    return known.isEmpty() ? material.left(schema::FindTable("TAB_MAT")->FindColumn("CDMAT")->size) : known;
+    return known.isEmpty() ? FirstOf(material, schema::FindTable("TAB_MAT")->FindColumn("CDMAT")->size) : known;
 }
 
 RowOutcome ImportMateriale(ImportRun& run, const SourceRow& row) {

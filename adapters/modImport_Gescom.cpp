@@ -32,16 +32,6 @@ const QString VettoriTable = QStringLiteral("VETTORI");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-/// The second line of a name: what the first leaves of the name column, and the column of its own.
-Rule SecondName() {
-    return {"from character 36 onward of the first, and the second", [](const RuleInput& input) {
-                constexpr int firstLine = 35;
-                const QString rest = input.row.Text("RAGCLFOR").mid(firstLine);
-                const QString own = input.row.Text("RA2CLFOR");
-                return RuleValue(own.isEmpty() ? rest : QString(rest + ' ' + own).trimmed());
-            }};
-}
-
 const Mapping& Controparti() {
     static const Mapping mapping{
         "CON_TRO",
@@ -49,7 +39,7 @@ const Mapping& Controparti() {
         {
             {"CDCON", "CODCLFOR", Code()},
             {"CORAS", "RAGCLFOR", First(35)},
-            {"CORA2", "RAGCLFOR, RA2CLFOR", SecondName()},
+            {"CORA2", "RAGCLFOR, RA2CLFOR", SecondName(35)},
             {"COINV", "", Today()},
             {"COANN", "ANNCLFOR", Is("S")},
             {"COCON", "", Constant(true)},

@@ -34,8 +34,7 @@ int SequenceOf(ImportRun& run, const SourceRow& row, int last) {
     }
     const int next = last + schema::defaults::FirstPhase;
     run.Log(QStringLiteral("FASE RINUMERATA: %1: sequenza '%2' scritta come %3")
-                .arg(NameOf(row, Arcfas, "CODFASEL"), row.Text("SQARCFAS"))
-                .arg(next));
+                .arg(NameOf(row, Arcfas, "CODFASEL"), row.Text("SQARCFAS"), QString::number(next)));
     return next;
 }
 

@@ -7,6 +7,7 @@
 #include "adapters/contract/Cam.h"
 #include "adapters/contract/FreeAttribute.h"
 #include "adapters/contract/SheetFormat.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "core/modImport.h"
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
@@ -133,7 +134,7 @@ void WriteFormat(ImportRun& run, const SourceRow& row, const QString& article) {
     WriteSheetFormat(run,
                      {article, qdxProduction::qdxCalcolaCodiceFormatoArticolo(size.length, size.width), size.length,
                       size.width, weight != 0 ? weight : qdxProduction::qdxPesoArticoloLamiera(size, density), density,
-                      row.Text("PrdName").left(100), QString(), row.Text("PrdRef")});
+                      FirstOf(row.Text("PrdName"), 100), QString(), row.Text("PrdRef")});
 }
 
 RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, const QString& folder) {

@@ -211,9 +211,7 @@ void Importer::CheckTotal(const SourceRow& row, const Document& document) {
     constexpr double cent = 0.01;
     if (there != 0 && std::abs(here - there) > cent) {
         m_run.Log(QStringLiteral("TOTALE DIVERSO: %1: qui %2, nell'origine %3")
-                      .arg(m_run.RowKey())
-                      .arg(here, 0, 'f', 2)
-                      .arg(there, 0, 'f', 2));
+                      .arg(m_run.RowKey(), QString::number(here, 'f', 2), QString::number(there, 'f', 2)));
     }
 }
 

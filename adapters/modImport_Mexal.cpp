@@ -13,6 +13,7 @@
 #include "adapters/contract/BaseTable.h"
 #include "adapters/contract/Counterparty.h"
 #include "adapters/contract/Origin.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
@@ -32,7 +33,9 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
         return {};
     }
     const QString known = modImport::GetNewCode(session, "CON_TRO", "CDCON", code, false);
-    return known.isEmpty() ? modImport::GetNewControparteFromCodExt(session, code, customer, !customer, false) : known;
+    const QString quoted = QString(code).replace('\'', "''"); // it goes into the statement as it is
+    return known.isEmpty() ? modImport::GetNewControparteFromCodExt(session, quoted, customer, !customer, false)
+                           : known;
 }
 
 namespace {
@@ -45,7 +48,7 @@ Rule NamePart(int from, int count) {
             [from, count](const RuleInput& input) {
                 const QString longName = input.row.Text(input.columns.first());
                 const QString name = longName.isEmpty() ? input.row.Text(input.columns.last()) : longName;
-                return RuleValue(name.mid(from - 1, count).trimmed());
+                return RuleValue(FirstOf(RestOf(name, from - 1), count).trimmed());
             }};
 }
 

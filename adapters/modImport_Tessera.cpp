@@ -161,19 +161,10 @@ std::vector<MapLine> CommonLines() {
     };
 }
 
-/// The second line of a name: what the first leaves of the name column, and the column of its own.
-Rule SecondName() {
-    return {"from character 36 onward of the first, and the second", [](const RuleInput& input) {
-                constexpr int firstLine = 35;
-                const QString rest = input.row.Text("RagSoc").mid(firstLine);
-                return RuleValue(QString(rest + ' ' + input.row.Text("RagSoc2")).trimmed());
-            }};
-}
-
 const Mapping& Controparti() {
     static const Mapping mapping = [] {
         Mapping all{"CON_TRO", CliFor, CommonLines()};
-        all.lines.emplace_back("CORA2", "RagSoc, RagSoc2", SecondName());
+        all.lines.emplace_back("CORA2", "RagSoc, RagSoc2", SecondName(35));
         return all;
     }();
     return mapping;

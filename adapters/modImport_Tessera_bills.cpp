@@ -56,8 +56,7 @@ qint64 PhaseOf(ImportRun& run, const SourceRow& row, const Phases& phases) {
     const int number = static_cast<int>(NumberOf(row, "NumFas"));
     if (number != 0 && !phases.byNumber.contains(number)) {
         run.Log(QStringLiteral("FASE NON TROVATA: %1: '%2', si usa la prima")
-                    .arg(NameOf(row, DisBasR, "NumRig, CodArt"))
-                    .arg(number));
+                    .arg(NameOf(row, DisBasR, "NumRig, CodArt"), QString::number(number)));
     }
     return phases.byNumber.value(number, phases.first);
 }

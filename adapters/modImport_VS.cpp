@@ -40,15 +40,6 @@ const Register& RegisterOf(bool customer) { return customer ? Customers : Suppli
 
 constexpr int NameSize = 35;
 
-/// What the name holds beyond its size, and the second name.
-Rule SecondName() {
-    return {QStringLiteral("from character %1 of the first onward, and the second").arg(NameSize + 1),
-            [](const RuleInput& input) {
-                const QString rest = input.row.Text(input.columns.first()).mid(NameSize).trimmed();
-                return RuleValue(QString(rest + ' ' + input.row.Text(input.columns.last())).trimmed());
-            }};
-}
-
 Mapping MakeControparti(const Register& of) {
     const QString& table = of.table;
     return {
@@ -57,7 +48,7 @@ Mapping MakeControparti(const Register& of) {
         {
             {"CDCON", of.code, Code()},
             {"CORAS", "RAGIONE_SOCIALE", First(NameSize)},
-            {"CORA2", "RAGIONE_SOCIALE, RAGIONE_SOCIALE_2", SecondName()},
+            {"CORA2", "RAGIONE_SOCIALE, RAGIONE_SOCIALE_2", SecondName(NameSize)},
             {"COINV", "", Today()},
             {"COANN", "ANNULLATO", Flag()},
             {"COCON", "", Constant(true)},

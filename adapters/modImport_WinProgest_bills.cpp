@@ -4,6 +4,7 @@
 #include "adapters/contract/Article.h"
 #include "adapters/contract/Bill.h"
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "adapters/modImport_WinProgest.h"
 
 using namespace contract;
@@ -54,7 +55,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
         return RowOutcome::Skipped;
     }
     constexpr int keySize = 50;
-    const RowOutcome outcome = writer.Begin(article, parent.left(keySize));
+    const RowOutcome outcome = writer.Begin(article, FirstOf(parent, keySize));
     const qint64 phase = writer.Write(Phase{});
     ForEachChild(run.GetSession(), "SELECT * FROM NFCODIS\rWHERE PADRE = " + run.Quoted(parent) + "\rORDER BY NINS",
                  Nfcodis, "FIGLIO",

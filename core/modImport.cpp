@@ -1,5 +1,6 @@
 #include "core/modImport.h"
 
+#include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -34,7 +35,17 @@ QString MemoryKey(const QString& table, const QString& field, const QString& old
     return (table + QChar(0) + field + QChar(0) + oldCode).toUpper();
 }
 
+/// Notes a code without a translation for whoever is to give it one. A code that SYS_IMP cannot hold has none, and is
+/// logged.
 void AddMissing(Session& session, const QString& table, const QString& field, const QString& oldCode) {
+    static const int size = schema::FindTable("SYS_IMP")->FindColumn("TBOLD")->size;
+    if (oldCode.size() > size) {
+        LogNote(session,
+                QStringLiteral("CODICE NON ANNOTATO: %1: %2.%3 '%4' ha %5 caratteri, SYS_IMP.TBOLD ne tiene %6")
+                    .arg(session.Errors.RowKey(), table, field, oldCode, QString::number(oldCode.size()),
+                         QString::number(size)));
+        return;
+    }
     ovQueryConstructor query;
     query.ProviderType = session.Quadrix.ProviderType;
     query.SetTable(QStringLiteral("SYS_IMP"));

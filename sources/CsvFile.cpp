@@ -87,10 +87,9 @@ void CsvFile::Feed(const QByteArray& bytes) {
     Sink sink{m_open, m_complete};
     const auto size = static_cast<size_t>(bytes.size());
     if (csv_parse(m_parser.get(), bytes.constData(), size, TakeField, TakeRecord, &sink) != size) {
-        throw ImportError(QStringLiteral("file '%1', riga %2: %3")
-                              .arg(m_path)
-                              .arg(m_line)
-                              .arg(QLatin1String(csv_strerror(csv_error(m_parser.get())))));
+        throw ImportError(
+            QStringLiteral("file '%1', riga %2: %3")
+                .arg(m_path, QString::number(m_line), QLatin1String(csv_strerror(csv_error(m_parser.get())))));
     }
     const bool isBlank = bytes == "\n" || bytes == "\r\n";
     if (isBlank && m_open.fields.isEmpty() && m_complete.isEmpty() && m_open.line == m_line) {
@@ -104,8 +103,7 @@ void CsvFile::EndFile() {
     if (csv_fini(m_parser.get(), TakeField, TakeRecord, &sink) != 0) {
         throw ImportError(
             QStringLiteral("file '%1', riga %2: le virgolette che vi si aprono non si chiudono, il file è incompleto")
-                .arg(m_path)
-                .arg(m_open.line));
+                .arg(m_path, QString::number(m_open.line)));
     }
 }
 

@@ -180,8 +180,7 @@ void DbfFile::CheckFields() const {
             throw ImportError(
                 QStringLiteral("la colonna '%1' di tipo '%2' ha una lunghezza impossibile (%3); il file è "
                                "danneggiato: ripristinarlo da una copia")
-                    .arg(field.name, QChar::fromLatin1(field.type))
-                    .arg(field.length));
+                    .arg(field.name, QChar::fromLatin1(field.type), QString::number(field.length)));
         }
     }
     if (m_fields.isEmpty() || length != m_recordLength) {
@@ -257,7 +256,7 @@ bool DbfFile::HasFlag(int bit) const {
 }
 
 void DbfFile::Fail(const QString& message) const {
-    throw ImportError(QStringLiteral("File '%1', riga %2: %3").arg(m_fileName).arg(m_record).arg(message));
+    throw ImportError(QStringLiteral("File '%1', riga %2: %3").arg(m_fileName, QString::number(m_record), message));
 }
 
 } // namespace sources

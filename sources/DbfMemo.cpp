@@ -86,10 +86,8 @@ QByteArray DbfMemo::Bytes(qint64 offset, qint64 length) {
         throw ImportError(
             QStringLiteral("il testo del memo sta fuori dal file '%1' (byte %2, lunghezza %3, file di %4); "
                            "copiare di nuovo tabella e memo dall'origine, insieme")
-                .arg(QFileInfo(m_file.fileName()).fileName())
-                .arg(offset)
-                .arg(length)
-                .arg(size));
+                .arg(QFileInfo(m_file.fileName()).fileName(), QString::number(offset), QString::number(length),
+                     QString::number(size)));
     }
     QByteArray bytes = m_file.read(length);
     if (bytes.size() != length) {

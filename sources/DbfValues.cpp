@@ -78,9 +78,7 @@ DbfValue DbfValues::Read(const DbfField& field) {
         return ReadRaw(field);
     } catch (ImportError& error) {
         error.AddContext(QStringLiteral("File '%1', riga %2, colonna '%3'")
-                             .arg(m_table.FileName())
-                             .arg(m_table.RecordNumber())
-                             .arg(field.name));
+                             .arg(m_table.FileName(), QString::number(m_table.RecordNumber()), field.name));
         throw;
     }
 }

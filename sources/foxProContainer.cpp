@@ -76,10 +76,7 @@ QVector<DbfField> WithLongNames(const DbfFile& table) {
     if (names.size() != own) {
         throw ImportError(QStringLiteral("il contenitore '%1' descrive %2 colonne della tabella '%3' che ne ha %4: "
                                          "copiare di nuovo tutti i file dall'origine")
-                              .arg(path)
-                              .arg(names.size())
-                              .arg(table.FileName())
-                              .arg(own));
+                              .arg(path, QString::number(names.size()), table.FileName(), QString::number(own)));
     }
     for (DbfField& field : fields) {
         field.name = field.isHidden ? field.name : names.takeFirst();

@@ -39,9 +39,7 @@ public:
         if (!m_page.AppendUtf8(bytes, utf8)) {
             throw ImportError(QStringLiteral("file '%1', riga %2, colonna '%3': il testo non è in %4; dire la code "
                                              "page del file in schema.ini (CharacterSet)")
-                                  .arg(m_path)
-                                  .arg(line)
-                                  .arg(column, m_page.Name()));
+                                  .arg(m_path, QString::number(line), column, m_page.Name()));
         }
         return utf8;
     }
@@ -55,7 +53,8 @@ void CheckNames(const QStringList& names, const QString& path) {
     QStringList seen;
     for (qsizetype i = 0; i < names.size(); ++i) {
         if (names.at(i).isEmpty()) {
-            throw ImportError(QStringLiteral("file '%1': la colonna %2 non ha un nome").arg(path).arg(i + 1));
+            throw ImportError(
+                QStringLiteral("file '%1': la colonna %2 non ha un nome").arg(path, QString::number(i + 1)));
         }
         if (seen.contains(names.at(i), Qt::CaseInsensitive)) {
             throw ImportError(QStringLiteral("file '%1': la colonna '%2' c'è due volte").arg(path, names.at(i)));
@@ -96,10 +95,8 @@ void LoadFile(PrivateDatabase& database, const QString& name, const QString& pat
             if (record.fields.size() != names.size()) {
                 throw ImportError(QStringLiteral("file '%1', riga %2: ha %3 campi, le colonne sono %4; controllare "
                                                  "separatore e virgolette")
-                                      .arg(path)
-                                      .arg(record.line)
-                                      .arg(record.fields.size())
-                                      .arg(names.size()));
+                                      .arg(path, QString::number(record.line), QString::number(record.fields.size()),
+                                           QString::number(names.size())));
             }
             for (int column = 0; column < names.size(); ++column) {
                 if (!record.fields.at(column).isEmpty()) {

@@ -107,6 +107,8 @@ private:
     void SetSession() {
         if (m_dbms == Dbms::MySql) {
             Run(QLatin1String(MySqlSession));
+            m_connection->TryUtf8(
+                QStringLiteral("SELECT CONCAT('a', CHAR(0 USING utf8mb4), CHAR(0xF09F94A9 USING utf8mb4))"));
         }
     }
 

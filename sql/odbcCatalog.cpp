@@ -26,7 +26,7 @@ QStringList TablesOf(const std::shared_ptr<OdbcConnection>& connection, const QS
 
 /// The type in the words of SQL Server.
 QString TypeText(int type, int size) {
-    switch (KindOf(type, false, true)) {
+    switch (KindOf(type, false, TextForm::Wide)) {
     case ValueKind::Bit:
         return QStringLiteral("BIT");
     case ValueKind::Integer:

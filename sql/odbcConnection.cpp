@@ -79,7 +79,7 @@ void OdbcConnection::Open() {
                           nullptr, SQL_DRIVER_NOPROMPT);
     if (SQL_SUCCEEDED(result)) {
         m_lost = false;
-        m_isWide = GivesWideText();
+        m_texts = GivesWideText() ? odbc::TextForm::Wide : odbc::TextForm::Narrow;
         return;
     }
     const SqlError error = MakeError(SQL_HANDLE_DBC, Handle(), {});
@@ -105,6 +105,19 @@ bool OdbcConnection::GivesWideText() const {
         }
     }
     return false;
+}
+
+void OdbcConnection::TryUtf8(const QString& query) {
+    constexpr std::string_view expected("a\0\xf0\x9f\x94\xa9", 6);
+    const odbc::Handle<SQL_HANDLE_STMT> statement(Handle());
+    char read[16] = {};
+    SQLLEN length = 0;
+    const bool isRead = SQL_SUCCEEDED(SQLExecDirectW(statement.Get(), odbc::Wide(query), SQL_NTS)) &&
+                        SQL_SUCCEEDED(SQLFetch(statement.Get())) &&
+                        SQL_SUCCEEDED(SQLGetData(statement.Get(), 1, SQL_C_CHAR, read, sizeof(read), &length));
+    if (isRead && length == SQLLEN(expected.size()) && expected == std::string_view(read, expected.size())) {
+        m_texts = odbc::TextForm::Utf8;
+    }
 }
 
 /// The driver takes nothing back by itself when a connection goes within a transaction, but refuses to let go.

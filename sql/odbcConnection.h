@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sql/odbcApi.h"
+#include "sql/odbcValue.h"
 
 #include <QElapsedTimer>
 
@@ -34,8 +34,11 @@ public:
     /// Ends the transaction and lets each statement commit by itself again. Raises `SqlError`.
     void EndTransaction(bool commit);
 
-    /// Whether the driver gives any text in wide characters.
-    bool IsWide() const { return m_isWide; }
+    /// How the driver gives texts.
+    odbc::TextForm Texts() const { return m_texts; }
+    /// Reads texts as UTF-8 from now on, if the driver gives the one of this query so: "a", a NUL and a character of
+    /// four bytes. Drivers of MySQL end wide texts at a NUL.
+    void TryUtf8(const QString& query);
     /// What the driver tells of itself or of its database, such as SQL_DBMS_NAME; empty when it does not.
     QString Info(SQLUSMALLINT what) const;
     /// The same for what it tells as a set of bits; 0 when it does not.
@@ -72,7 +75,7 @@ private:
     odbc::Handle<SQL_HANDLE_DBC> m_handle;
     int m_age = 0;
     bool m_lost = false;
-    bool m_isWide = true;
+    odbc::TextForm m_texts = odbc::TextForm::Wide;
     QElapsedTimer m_idle; ///< since the last statement
     std::atomic_bool m_interrupted = false;
     std::mutex m_runningMutex;

@@ -128,7 +128,7 @@ void OdbcStatement::Describe() const {
     m_kinds.clear();
     m_positions.Clear();
     for (SQLSMALLINT place = 1; place <= m_columnCount; ++place) {
-        const odbc::Column column = odbc::Describe(Handle(), static_cast<SQLUSMALLINT>(place), m_connection->IsWide());
+        const odbc::Column column = odbc::Describe(Handle(), static_cast<SQLUSMALLINT>(place), m_connection->Texts());
         m_columns.append(column.name);
         m_kinds.append(column.kind);
     }

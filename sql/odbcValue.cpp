@@ -96,7 +96,7 @@ QVariant MomentOf(const SQL_TIMESTAMP_STRUCT& raw) {
 
 } // namespace
 
-ValueKind KindOf(int type, bool isUnsigned, bool isWide) {
+ValueKind KindOf(int type, bool isUnsigned, TextForm form) {
     switch (type) {
     case SQL_BIT:
         return ValueKind::Bit;
@@ -129,13 +129,13 @@ ValueKind KindOf(int type, bool isUnsigned, bool isWide) {
     case SQL_CHAR:
     case SQL_VARCHAR:
     case SQL_LONGVARCHAR:
-        return isWide ? ValueKind::Text : ValueKind::NarrowText;
+        return form == TextForm::Wide ? ValueKind::Text : ValueKind::NarrowText;
     default:
-        return ValueKind::Text;
+        return form == TextForm::Utf8 ? ValueKind::NarrowText : ValueKind::Text;
     }
 }
 
-Column Describe(SQLHSTMT statement, SQLUSMALLINT place, bool isWide) {
+Column Describe(SQLHSTMT statement, SQLUSMALLINT place, TextForm form) {
     constexpr SQLSMALLINT Longest = 256;
     SQLWCHAR name[Longest] = {};
     SQLSMALLINT length = 0;
@@ -146,7 +146,7 @@ Column Describe(SQLHSTMT statement, SQLUSMALLINT place, bool isWide) {
         SQLColAttributeW(statement, place, SQL_DESC_UNSIGNED, nullptr, 0, nullptr, &isUnsigned);
     }
     const auto units = std::clamp<SQLSMALLINT>(length, 0, Longest - 1);
-    return {Text(name, units), KindOf(type, isUnsigned == SQL_TRUE, isWide)};
+    return {Text(name, units), KindOf(type, isUnsigned == SQL_TRUE, form)};
 }
 
 SQLRETURN ReadValue(SQLHSTMT statement, SQLUSMALLINT place, ValueKind kind, QVariant& value) {

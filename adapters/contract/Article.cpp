@@ -2,6 +2,7 @@
 
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/TargetRow.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -59,9 +60,10 @@ QString ArticleWriter::CodeOf(const QString& table, const QString& field, const 
         return known;
     }
     if (sourceCode.size() > size) {
-        m_run.Log(QStringLiteral("CODICE ARTICOLO RIDOTTO: '%1' tagliato a %2 caratteri").arg(sourceCode).arg(size));
+        m_run.Log(QStringLiteral("CODICE ARTICOLO RIDOTTO: '%1' tagliato a %2 caratteri")
+                      .arg(sourceCode, QString::number(size)));
     }
-    return modImport::FormatKeyField(m_run.GetSession(), sourceCode.left(size));
+    return modImport::FormatKeyField(m_run.GetSession(), FirstOf(sourceCode, size));
 }
 
 RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
@@ -99,7 +101,7 @@ void ArticleWriter::Text(const QString& article, const QString& column, const QS
 
 void ArticleWriter::Texts(const QString& article, const QString& description) const {
     constexpr int size = 100;
-    const QString text = description.left(size).toUpper();
+    const QString text = FirstOf(description, size).toUpper();
     for (const QString& column : {QStringLiteral("ARDES"), QStringLiteral("ARDEC")}) {
         Text(article, column, text);
     }
@@ -182,7 +184,7 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
     row.Set("STDAT", line.day);
     row.Set(amountColumn, line.amount);
     row.Set("STSC1", line.discount);
-    row.Set("STNOT", line.note.left(noteSize));
+    row.Set("STNOT", FirstOf(line.note, noteSize));
     row.Set("USMDF", "SYSTEM_IMPORT");
     row.Set("DTMDF", line.changed.isNull() ? QVariant(session.Now()) : line.changed);
     row.Insert();

@@ -290,8 +290,7 @@ void DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
         Equals("IDTES", head) + QStringLiteral(" AND ") + Equals(session, "USINS", "SYSTEM_IMPORT"));
     if (imported > writtenNow) {
         m_run.Log(QStringLiteral("RIGHE NON PIÙ NELL'ORIGINE: %1: %2 rimangono in Quadrix")
-                      .arg(m_run.RowKey())
-                      .arg(imported - writtenNow));
+                      .arg(m_run.RowKey(), QString::number(imported - writtenNow)));
     }
 }
 

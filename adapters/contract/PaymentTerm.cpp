@@ -63,7 +63,8 @@ void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Ins
             row.Insert();
         }
     }
-    session.Quadrix.Execute(QStringLiteral("DELETE %1 WHERE %2 AND NRRAT > %3").arg(Instalments, ofTerm).arg(number));
+    session.Quadrix.Execute(
+        QStringLiteral("DELETE %1 WHERE %2 AND NRRAT > %3").arg(Instalments, ofTerm, QString::number(number)));
 }
 
 } // namespace contract

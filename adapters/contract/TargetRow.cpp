@@ -1,6 +1,7 @@
 #include "adapters/contract/TargetRow.h"
 
 #include "adapters/contract/ImportRun.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "sql/mod_ovTools.h"
 
 #include <cmath>
@@ -37,6 +38,13 @@ bool HasHalfCharacter(const QString& text) {
     return false;
 }
 
+/// A value in a message: a long text by its beginning.
+QString Shown(const QVariant& value) {
+    constexpr qsizetype most = 200;
+    const QString text = mod_ovTools::ToText(value);
+    return text.size() > most ? FirstOf(text, most) + QStringLiteral("…") : text;
+}
+
 /// What the engines keep each in its own way, or replace silently, is none that can be written.
 void CheckText(const QString& table, const schema::Column& column, const QString& text) {
     const char* wrong = text.contains(QChar(u'\0')) ? "contiene un carattere NUL"
@@ -52,16 +60,16 @@ void CheckText(const QString& table, const schema::Column& column, const QString
 void CheckNumber(const schema::Column& column, const QVariant& value) {
     const auto number = mod_ovTools::ReadNumber(value);
     if (!number) {
-        throw ImportError(QStringLiteral("'%1' non è un numero").arg(mod_ovTools::ToText(value)));
+        throw ImportError(QStringLiteral("'%1' non è un numero").arg(Shown(value)));
     }
     const bool isWhole = column.type == DataType::Integer || column.type == DataType::Long;
     if (isWhole && *number != std::floor(*number)) {
-        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(mod_ovTools::ToText(value)));
+        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(Shown(value)));
     }
     const double limit = column.type == DataType::Integer ? std::numeric_limits<qint32>::max()
                                                           : static_cast<double>(std::numeric_limits<qint64>::max());
     if (isWhole && std::abs(*number) > limit) {
-        throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(mod_ovTools::ToText(value)));
+        throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(Shown(value)));
     }
 }
 
@@ -96,10 +104,8 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
         const QString text = mod_ovTools::ToText(value);
         if (text.size() > column.size) {
             throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
-                                  .arg(text)
-                                  .arg(text.size())
-                                  .arg(m_table->name, QString(column.name))
-                                  .arg(column.size));
+                                  .arg(Shown(text), QString::number(text.size()), m_table->name, QString(column.name),
+                                       QString::number(column.size)));
         }
         return text;
     }
@@ -111,7 +117,7 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
         return {};
     }
     if (date && !mod_ovTools::ReadDate(value)) {
-        throw ImportError(QStringLiteral("'%1' non è una data").arg(value.toString()));
+        throw ImportError(QStringLiteral("'%1' non è una data").arg(Shown(value)));
     }
     if (!date) {
         CheckNumber(column, value);

@@ -1,6 +1,7 @@
 #include "adapters/contract/rules.h"
 
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/wholeCharacters.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -137,22 +138,31 @@ Rule Text() {
 
 Rule First(int count) {
     return OnText(QStringLiteral("first %1 characters").arg(count),
-                  [count](const QString& text) { return text.left(count); });
+                  [count](const QString& text) { return FirstOf(text, count); });
 }
 
 Rule From(int position) {
     return OnText(QStringLiteral("from character %1 onward").arg(position),
-                  [position](const QString& text) { return text.mid(position - 1); });
+                  [position](const QString& text) { return RestOf(text, position - 1); });
+}
+
+Rule SecondName(int count) {
+    return {QStringLiteral("from character %1 onward of the first, and the second").arg(count + 1),
+            [count](const RuleInput& input) {
+                const QString rest = RestOf(input.row.Text(input.columns.first()), count).trimmed();
+                return RuleValue(QString(rest + ' ' + input.row.Text(input.columns.last())).trimmed());
+            }};
 }
 
 Rule FirstUpper(int count) {
     return OnText(QStringLiteral("first %1 characters, trimmed, upper case").arg(count),
-                  [count](const QString& text) { return text.left(count).trimmed().toUpper(); });
+                  [count](const QString& text) { return FirstOf(text, count).trimmed().toUpper(); });
 }
 
 Rule Part(int position, int count) {
-    return OnText(QStringLiteral("from character %1 onward, trimmed, first %2").arg(position).arg(count),
-                  [position, count](const QString& text) { return text.mid(position - 1).trimmed().left(count); });
+    return OnText(
+        QStringLiteral("from character %1 onward, trimmed, first %2").arg(position).arg(count),
+        [position, count](const QString& text) { return FirstOf(RestOf(text, position - 1).trimmed(), count); });
 }
 
 Rule Digits(int count) {
@@ -212,7 +222,7 @@ Rule MarkUp() {
 
 Rule CodeAndText(int count) {
     return {QStringLiteral("code, \" - \" and text, first %1 characters").arg(count), [count](const RuleInput& input) {
-                return RuleValue(QString(input.facts.code + QStringLiteral(" - ") + input.Text()).left(count));
+                return RuleValue(FirstOf(input.facts.code + QStringLiteral(" - ") + input.Text(), count));
             }};
 }
 
@@ -256,7 +266,7 @@ Rule Flag() {
 Rule UpperOr(int count, const QString& blank) {
     return {QStringLiteral("first %1 characters in upper case, \"%2\" when blank").arg(count).arg(blank),
             [count, blank](const RuleInput& input) {
-                const QString text = input.Text().left(count).toUpper();
+                const QString text = FirstOf(input.Text(), count).toUpper();
                 return RuleValue(text.isEmpty() ? blank : text);
             }};
 }

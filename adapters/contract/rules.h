@@ -46,6 +46,8 @@ Rule Text();
 Rule First(int count);
 /// The characters from the n-th (from 1) onward.
 Rule From(int position);
+/// The second line of a name: what the first n characters leave of the first source column, and the last one.
+Rule SecondName(int count);
 /// The first n characters, without surrounding blanks, in upper case.
 Rule FirstUpper(int count);
 /// At most `count` characters from the n-th (from 1) onward, without blanks in front and behind.

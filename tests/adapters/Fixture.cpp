@@ -7,6 +7,7 @@
 #include "sql/mod_ovTools.h"
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
+#include "tests/support/rows.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -72,10 +73,23 @@ QString FixtureFolder(const QString& module) {
     return QStringLiteral(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/") + module;
 }
 
-Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine)
+void ModulesOnEngines() {
+    Columns<QString, TestTarget::On>("module", "engine");
+    const std::vector<std::pair<QString, TestTarget::On>> engines{{"", TestTarget::On::Embedded},
+                                                                  {" on MariaDB", TestTarget::On::MariaDbAgain},
+                                                                  {" over ODBC", TestTarget::On::OdbcAgain}};
+    for (const auto& [name, engine] : engines) {
+        for (const QString& module : FixtureOrigins().keys()) {
+            Row(qPrintable(module + name), module, engine);
+        }
+    }
+}
+
+Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change)
     : m_folder(std::move(folder)),
       m_origin(origin),
-      m_target(engine) {
+      m_target(engine),
+      m_change(std::move(change)) {
     MakeSource();
     const QString settings = m_target.Folder.filePath("Quadrix.ini");
     QString own = Read("settings.ini");
@@ -95,7 +109,7 @@ Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On 
 QString Fixture::Read(const QString& name) const { return QString::fromUtf8(ReadFile(m_folder + '/' + name)); }
 
 void Fixture::MakeSource() {
-    if (const QString script = Read("source.sql"); !script.isEmpty()) {
+    if (QString script = Read("source.sql"); !script.isEmpty()) {
         m_source = m_target.Folder.filePath("source.sqlite");
         m_isServed = !m_target.Way().isEmpty() && !script.startsWith("-- a SQLite file");
         if (m_isServed) {
@@ -105,7 +119,13 @@ void Fixture::MakeSource() {
         ovConnection source;
         SetSource(source);
         source.OpenConnection();
-        source.ExecuteScript(script);
+        if (m_change) {
+            static const QRegularExpression sized("VARCHAR\\(\\d+\\)");
+            source.ExecuteScript(script.replace(sized, "TEXT"));
+            m_change(source);
+        } else {
+            source.ExecuteScript(script);
+        }
         CopyFiles(m_target.Folder.filePath("files"));
         return;
     }
@@ -185,6 +205,9 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
         SetSource(*session.Source);
     }
     session.Source->OpenConnection();
+    if (m_change && Read("source.sql").isEmpty()) {
+        m_change(*session.Source);
+    }
     if (session.Source->ProviderType == Provider::SqlServer) {
         session.Source->Written = WrittenStatements();
     }
@@ -218,15 +241,14 @@ void Fixture::RunLine(const QString& line) {
     Call(line);
     session.Source.reset();
     const RunResult& result = session.Results.last();
-    m_outcome.append(
-        QString("== %1\n%2: rows %3 = inserted %4 + updated %5 + skipped %6 + given up %7 + not reached %8")
-            .arg(line, OutcomeText(result.outcome))
-            .arg(result.sourceRows)
-            .arg(result.inserted)
-            .arg(result.updated)
-            .arg(result.skipped)
-            .arg(result.givenUpCount)
-            .arg(result.notReached));
+    m_outcome.append("== " + line + '\n' + OutcomeText(result.outcome) +
+                     QString(": rows %1 = inserted %2 + updated %3 + skipped %4 + given up %5 + not reached %6")
+                         .arg(result.sourceRows)
+                         .arg(result.inserted)
+                         .arg(result.updated)
+                         .arg(result.skipped)
+                         .arg(result.givenUpCount)
+                         .arg(result.notReached));
     m_outcome += result.errors;
     m_outcome += m_target.Person.Events.filter(QRegularExpression("^(\\[|\\?|>|file|error|reported)"));
     m_outcome.append("-- log");

@@ -7,6 +7,8 @@
 const QMap<QString, const contract::Origin*>& FixtureOrigins();
 /// Folder of the fixture of a module.
 QString FixtureFolder(const QString& module);
+/// The data of a test: each module on each engine, as columns "module" and "engine".
+void ModulesOnEngines();
 
 /// A small source of one origin, the procedures that are run on it and what must come of it. A folder with:
 /// - "source.sql": statements that make the source: a database of the server that the target is on, else, or where the
@@ -20,7 +22,13 @@ QString FixtureFolder(const QString& module);
 /// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
 public:
-    Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded);
+    /// Changes values of a source.
+    using SourceChange = std::function<void(ovConnection& source)>;
+
+    /// @param change done once where the source is a database, each time that it is opened where it is files; the
+    /// texts of a database can be of any length then
+    Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded,
+            SourceChange change = {});
 
     /// Runs every procedure of "run.txt".
     void Run();
@@ -56,6 +64,7 @@ private:
     QString m_folder;
     const contract::Origin& m_origin;
     TestTarget m_target;
+    SourceChange m_change;
     QString m_source;
     bool m_isServed = false; ///< whether the source is a database of the server
     QString m_statements;

@@ -72,17 +72,7 @@ private slots:
         }
     }
 
-    void Fixtures_data() {
-        Columns<QString, TestTarget::On>("module", "engine");
-        const std::vector<std::pair<QString, TestTarget::On>> engines{{"", TestTarget::On::Embedded},
-                                                                      {" on MariaDB", TestTarget::On::MariaDbAgain},
-                                                                      {" over ODBC", TestTarget::On::OdbcAgain}};
-        for (const auto& [name, engine] : engines) {
-            for (const QString& module : FixtureOrigins().keys()) {
-                Row(qPrintable(module + name), module, engine);
-            }
-        }
-    }
+    void Fixtures_data() { ModulesOnEngines(); }
 
     /// Expected rows, the same on every engine, an account that adds up, the bad rows named, and the statements that
     /// made it.

@@ -116,6 +116,9 @@ private:
         Row("First, of the joined text", First(5), "'Uno' A, 'Due' B", "Uno D");
         Row("From", From(4), "'abcdef' A", "def");
         Row("From, behind the end", From(9), "'abc' A", "");
+        Row("First, no half of a character", First(3), "'ab😀c' A", "ab");
+        Row("From, the whole character", From(4), "'ab😀c' A", "😀c");
+        Row("SecondName, what the first line leaves", SecondName(3), "'Rossi' A, 'Figli' B", "si Figli");
         Row("FirstUpper, cut then trimmed", FirstUpper(4), "'via x' A", "VIA");
         Row("Part, trimmed then cut", Part(4, 3), "'abc  12345' A", "123");
         Row("Digits", Digits(5), "'3069' A", "03069");
