@@ -7,7 +7,7 @@
 #include <QSet>
 
 /// An observer that leaves every statement that was written for SQL Server, once, in the folder that QUADRIX_TSQL
-/// names, each ended by a NUL, for `scripts/check-tsql`; none without that folder.
+/// names, each ended by a NUL, for `scripts/check-tsql`; none without that folder. A NUL within one stands as U+2400.
 inline ovConnection::StatementObserver WrittenStatements() {
     const QString folder = qEnvironmentVariable("QUADRIX_TSQL");
     if (folder.isEmpty()) {
@@ -24,7 +24,7 @@ inline ovConnection::StatementObserver WrittenStatements() {
                               statement.startsWith("PRAGMA ") || statement.startsWith("VACUUM ");
         if (const size_t hash = qHash(statement); !isOfTest && !seen.contains(hash)) {
             seen.insert(hash);
-            file.write(statement.toUtf8().append('\0'));
+            file.write(QString(statement).replace(QChar(u'\0'), QChar(0x2400)).toUtf8().append('\0'));
             file.flush();
         }
     };
