@@ -22,7 +22,8 @@ void RememberNewCode(Session& session, const QString& tableName, const QString& 
 void ForgetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode);
 
 /// Finds the counterparty made from a source customer or supplier code. With neither flag both codes are looked at;
-/// asCustomer wins over asSupplier. A partial match looks for the code anywhere in the stored one.
+/// asCustomer wins over asSupplier. A partial match looks for the code anywhere in the stored one. The code goes
+/// between quotes as it is: a quote in it must come doubled.
 /// @return its CDCON, of the first row that the database gives; empty when there is none
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,
                                     bool partialMatch);

@@ -36,7 +36,7 @@ struct Column {
     ValueKind kind = ValueKind::Text;
 };
 
-/// The kind of a type as ODBC numbers them; one that is not known is read as text.
+/// The kind of a type as ODBC numbers them; one that is not known is read as text. @param form of the driver's texts
 ValueKind KindOf(int type, bool isUnsigned, TextForm form);
 /// The column at a place (from 1) of the result of a statement.
 Column Describe(SQLHSTMT statement, SQLUSMALLINT place, TextForm form);

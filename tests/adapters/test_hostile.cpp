@@ -253,8 +253,6 @@ QString Difference(const QStringList& left, const QString& outcome) {
 
 } // namespace
 
-Q_DECLARE_METATYPE(Account)
-
 /// Texts with what can trip a database, a statement or a message, through every procedure of every module, on every
 /// engine, source and target.
 class TestHostile : public QObject {
