@@ -1,6 +1,6 @@
 #include "bench/mySqlReplay.h"
 
-#include "sql/mySqlSession.h"
+#include "sql/engines/mysql/mySqlSession.h"
 
 #include <mysql.h>
 

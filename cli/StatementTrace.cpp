@@ -1,32 +1,8 @@
 #include "cli/StatementTrace.h"
 
-#include "sql/sqlTokens.h"
+#include "sql/replayText.h"
 
 #include <QDir>
-
-namespace {
-
-const QString LineBreak = QStringLiteral("\r\n");
-
-/// The client of SQLite drops the carriage return at the end of a line that it reads, also in a literal: such a
-/// literal is written as an expression of the same value.
-QString KeepLineBreaks(const QString& statement) {
-    if (!statement.contains(LineBreak)) {
-        return statement;
-    }
-    QString text;
-    for (SqlTokens tokens(statement); !tokens.AtEnd();) {
-        const bool isLiteral = tokens.IsOpaque() && tokens.Current() == u'\'';
-        QString token = tokens.Take();
-        if (isLiteral && token.contains(LineBreak)) {
-            token = u'(' + token.replace(LineBreak, QStringLiteral("'||char(13)||char(10)||'")) + u')';
-        }
-        text += token;
-    }
-    return text;
-}
-
-} // namespace
 
 void StatementTrace::Start(const QString& path, Session& session) {
     m_file.setFileName(path);
@@ -41,13 +17,13 @@ void StatementTrace::Start(const QString& path, Session& session) {
 
 void StatementTrace::Target(const QString& statement) {
     if (m_file.isOpen()) {
-        Write((m_session->Quadrix.Embedded ? KeepLineBreaks(statement) : statement) + QStringLiteral(";\n"));
+        Write((m_session->Quadrix.Embedded ? ReplayText(statement) : statement) + QStringLiteral(";\n"));
     }
 }
 
 void StatementTrace::Source(const QString& statement) {
     QString text = statement;
-    text.replace(LineBreak, QLatin1String("\n")).replace(u'\r', u'\n');
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
     Write(QStringLiteral("-- ") + text.replace(u'\n', QLatin1String("\n-- ")) + u'\n');
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "sql/dialect.h"
 #include "sql/types.h"
 
 #include <QHash>

@@ -2,6 +2,7 @@
 
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/text/dialect.h"
 
 namespace {
 

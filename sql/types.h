@@ -68,3 +68,11 @@ enum class StatementKind : int {
     Delete = 12,
     SelectDistinct = 13,
 };
+
+/// Whose SQL an engine speaks.
+enum class Dialect {
+    SqlServer,
+    Sqlite,
+    MySql,
+    Other, ///< text goes through untouched, as with SQL Server
+};

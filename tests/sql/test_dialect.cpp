@@ -1,4 +1,4 @@
-#include "sql/dialect.h"
+#include "sql/text/dialect.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 

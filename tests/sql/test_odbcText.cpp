@@ -1,5 +1,5 @@
 #include "sql/connectionParts.h"
-#include "sql/odbcText.h"
+#include "sql/engines/odbc/odbcText.h"
 #include "sql/ovConnection.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"

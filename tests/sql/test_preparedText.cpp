@@ -1,4 +1,4 @@
-#include "sql/mySqlShape.h"
+#include "sql/engines/mysql/mySqlShape.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/MariaDbServer.h"
 #include "tests/support/QuadrixTest.h"

@@ -1,5 +1,5 @@
 #include "sql/engine.h"
-#include "sql/sqliteStatements.h"
+#include "sql/engines/sqlite/sqliteStatements.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 

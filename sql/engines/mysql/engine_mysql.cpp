@@ -1,0 +1,142 @@
+#include "sql/engine.h"
+#include "sql/engines/keptStatements.h"
+#include "sql/engines/mysql/mySqlCatalog.h"
+#include "sql/engines/mysql/mySqlCursor.h"
+#include "sql/engines/mysql/mySqlPreparedCursor.h"
+#include "sql/engines/mysql/mySqlShape.h"
+#include "sql/engines/spoolingCursor.h"
+#include "sql/errors.h"
+#include "sql/text/dialect.h"
+
+namespace {
+
+class MySqlEngine final : public Engine {
+public:
+    explicit MySqlEngine(const ConnectionSettings& settings)
+        : m_connection(std::make_shared<MySqlConnection>(settings)) {
+        m_connection->Open();
+    }
+
+    Dialect TextDialect() const override { return Dialect::MySql; }
+    bool AdaptsText() const override { return true; }
+
+    qint64 Run(const QString& statement) override {
+        if (const auto prepared = RunPrepared(statement)) {
+            prepared->Close();
+            return m_rows;
+        }
+        Send(statement);
+        MySqlCursor rows(m_connection, m_connection->Result(statement), statement);
+        while (rows.Next()) {
+        }
+        return m_rows;
+    }
+
+    std::unique_ptr<Cursor> Query(const QString& statement) override {
+        std::unique_ptr<Cursor> rows;
+        if (auto prepared = RunPrepared(statement)) {
+            rows = std::make_unique<MySqlPreparedCursor>(std::move(prepared));
+        } else {
+            Send(statement);
+            rows = std::make_unique<MySqlCursor>(m_connection, m_connection->Result(statement), statement);
+        }
+        return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
+    }
+
+    void Begin() override {
+        Run(QStringLiteral("START TRANSACTION"));
+        m_inTransaction = true;
+    }
+    void Commit() override {
+        Run(QStringLiteral("COMMIT"));
+        m_inTransaction = false;
+    }
+    void RollBack() override {
+        m_inTransaction = false;
+        if (!m_connection->Lost()) {
+            Run(QStringLiteral("ROLLBACK"));
+        }
+    }
+    void Interrupt() noexcept override { m_connection->Kill(); }
+    qint64 LastInsertId() override { return m_lastInsertId; }
+
+    QStringList Tables() override {
+        QStringList names;
+        const auto rows = Query(QStringLiteral("SHOW TABLES"));
+        while (rows->Next()) {
+            names.append(rows->Value(0).toString());
+        }
+        return names;
+    }
+
+    QVector<ColumnInfo> Columns(const QString& table) override { return MySqlColumns(*this, table); }
+
+    void SetTriggersEnabled(const QString& table, bool enabled) override { SwitchMySqlTriggers(*this, table, enabled); }
+
+private:
+    /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
+    /// it.
+    void MakeReady(const QString& statement) {
+        m_line->Free();
+        m_connection->NoticeEnd();
+        if (!m_connection->Lost()) {
+            return;
+        }
+        if (m_inTransaction) {
+            throw m_connection->GoneError(statement);
+        }
+        m_prepared.Clear();
+        m_connection->Open();
+    }
+
+    void Send(const QString& statement) {
+        m_connection->Send(dialect::Adapt(statement, Dialect::MySql));
+        SetResult(m_connection->RowsChanged(), m_connection->InsertId());
+    }
+
+    void SetResult(qint64 rows, qint64 id) {
+        m_rows = rows;
+        if (id != 0) {
+            m_lastInsertId = id;
+        }
+    }
+
+    /// Runs a statement that may come again with other values; null when it is none, and has not run.
+    std::shared_ptr<MySqlStatement> RunPrepared(const QString& statement) {
+        MakeReady(statement);
+        if (!mySqlShape::KeepsTables(statement)) {
+            m_prepared.Clear(); // the columns of results may change
+        }
+        const StatementShape source = mySqlShape::Of(statement);
+        auto prepared = source.isCommon ? m_prepared.Take(source.shape, [&] { return Prepared(source); }) : nullptr;
+        if (prepared == nullptr) {
+            return nullptr;
+        }
+        if (!prepared->Run(source.values, statement)) {
+            m_prepared.Clear();
+            return nullptr;
+        }
+        SetResult(prepared->RowsChanged(), prepared->InsertId());
+        return prepared;
+    }
+
+    std::shared_ptr<MySqlStatement> Prepared(const StatementShape& source) {
+        auto statement = std::make_shared<MySqlStatement>(m_connection);
+        const bool isPrepared =
+            statement->Prepare(mySqlShape::Text(source).toUtf8(), source.values.size(), QString::fromUtf8(source.text));
+        return isPrepared ? statement : nullptr;
+    }
+
+    std::shared_ptr<MySqlConnection> m_connection;
+    KeptStatements<MySqlStatement> m_prepared;
+    std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
+    qint64 m_rows = 0;
+    qint64 m_lastInsertId = 0;
+    bool m_inTransaction = false;
+};
+
+} // namespace
+
+std::unique_ptr<Engine> OpenMySql(const ConnectionSettings& settings) {
+    return std::make_unique<MySqlEngine>(settings);
+}

@@ -1,0 +1,196 @@
+#include "sql/engines/mysql/mySqlConnection.h"
+
+#include "sql/engines/mysql/mySqlSession.h"
+
+#include <QStringList>
+
+#include <mysql.h>
+
+#include <errmsg.h>
+#include <mysqld_error.h>
+
+#ifdef Q_OS_WIN
+#include <winsock2.h>
+#else
+#include <poll.h>
+#endif
+
+namespace {
+
+constexpr unsigned ConnectSeconds = 15;
+
+/// What the operator can do about a code, after the server's own words; empty when they say it all.
+QString Advice(unsigned code) {
+    switch (code) {
+    case CR_CONNECTION_ERROR:
+    case CR_CONN_HOST_ERROR:
+    case CR_UNKNOWN_HOST:
+        return QStringLiteral(" (il server non risponde: verificare nome, porta e che sia avviato)");
+    case CR_SERVER_GONE_ERROR:
+    case CR_SERVER_LOST:
+    case CR_SERVER_LOST_EXTENDED:
+        return QStringLiteral(" (la connessione con il server è caduta)");
+    case ER_ACCESS_DENIED_ERROR:
+        return QStringLiteral(" (utente o password errati)");
+    case ER_DBACCESS_DENIED_ERROR:
+        return QStringLiteral(" (l'utente non ha diritti sul database)");
+    case ER_BAD_DB_ERROR:
+        return QStringLiteral(" (il database non esiste)");
+    case ER_LOCK_WAIT_TIMEOUT:
+    case ER_LOCK_DEADLOCK:
+        return QStringLiteral(" (i dati sono in uso da un altro programma: riprovare)");
+    case ER_NET_PACKET_TOO_LARGE:
+        return QStringLiteral(" (l'istruzione è più lunga di max_allowed_packet del server)");
+    default:
+        return {};
+    }
+}
+
+bool IsLost(unsigned code) {
+    return code == CR_SERVER_GONE_ERROR || code == CR_SERVER_LOST || code == CR_SERVER_LOST_EXTENDED;
+}
+
+/// Server, port and socket of a server setting.
+struct Address {
+    QByteArray host;
+    QByteArray socket;
+    unsigned port = 0; ///< 0 is the usual one
+};
+
+Address ReadAddress(const QString& server) {
+    Address address;
+    if (server.startsWith(u'/')) {
+        address.socket = server.toUtf8();
+        return address;
+    }
+    // More than one colon is an IPv6 address.
+    const bool withPort = server.count(u':') == 1;
+    address.port = withPort ? server.section(u':', 1).toUInt() : 0U;
+    const QString host = withPort ? server.section(u':', 0, 0) : server;
+    const bool local = host == QLatin1String("(local)") || host == QLatin1String(".");
+    address.host = local ? QByteArrayLiteral("localhost") : host.toUtf8();
+    return address;
+}
+
+const char* OrNull(const QByteArray& text) { return text.isEmpty() ? nullptr : text.constData(); }
+
+} // namespace
+
+MySqlConnection::~MySqlConnection() { Close(); }
+
+void MySqlConnection::Close() noexcept {
+    if (m_handle != nullptr) {
+        mysql_close(m_handle);
+        m_handle = nullptr;
+    }
+}
+
+QString MySqlConnection::Place() const {
+    return QStringLiteral("Database '%1' sul server '%2'").arg(m_settings.databaseName, m_settings.server);
+}
+
+void MySqlConnection::Connect(st_mysql* handle) const {
+    const unsigned seconds = ConnectSeconds;
+    mysql_options(handle, MYSQL_OPT_CONNECT_TIMEOUT, &seconds);
+    mysql_options(handle, MYSQL_SET_CHARSET_NAME, "utf8mb4");
+    const Address address = ReadAddress(m_settings.server);
+    const QByteArray user = m_settings.networkCredential ? QByteArray() : m_settings.user.toUtf8();
+    const QByteArray password = m_settings.networkCredential ? QByteArray() : m_settings.password.toUtf8();
+    const QByteArray database = m_settings.databaseName.toUtf8();
+    // An UPDATE counts the rows it finds, also those that held the new values already.
+    mysql_real_connect(handle, OrNull(address.host), OrNull(user), OrNull(password), OrNull(database), address.port,
+                       OrNull(address.socket), CLIENT_FOUND_ROWS);
+}
+
+void MySqlConnection::Open() {
+    Close();
+    m_lost = false;
+    m_handle = mysql_init(nullptr);
+    Connect(m_handle);
+    if (mysql_errno(m_handle) != 0 || mysql_query(m_handle, MySqlSession) != 0) {
+        SqlError error = MakeError({});
+        error.AddContext(Place());
+        Close();
+        m_lost = true;
+        throw error;
+    }
+    m_id = mysql_thread_id(m_handle);
+}
+
+SqlError MySqlConnection::MakeError(const QString& statement) {
+    return MakeError(statement, ErrorCode(), m_handle == nullptr ? "la connessione è chiusa" : mysql_error(m_handle));
+}
+
+SqlError MySqlConnection::MakeError(const QString& statement, unsigned code, const char* message) {
+    m_lost = m_lost || IsLost(code);
+    SqlError error(statement, QString::fromUtf8(message) + Advice(code), QString::number(code));
+    error.SetAnswerLost(code == CR_SERVER_LOST || code == CR_SERVER_LOST_EXTENDED);
+    return error;
+}
+
+void MySqlConnection::NoticeEnd() {
+    if (m_handle == nullptr || m_lost) {
+        return;
+    }
+#ifdef Q_OS_WIN
+    WSAPOLLFD line{static_cast<SOCKET>(mysql_get_socket(m_handle)), 0, 0};
+    m_lost = WSAPoll(&line, 1, 0) > 0 && (line.revents & (POLLHUP | POLLERR)) != 0;
+#else
+    pollfd line{mysql_get_socket(m_handle), POLLRDHUP, 0};
+    m_lost = poll(&line, 1, 0) > 0 && (line.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
+#endif
+}
+
+SqlError MySqlConnection::GoneError(const QString& statement) {
+    return MakeError(statement, CR_SERVER_GONE_ERROR, "la connessione è chiusa");
+}
+
+st_mysql_stmt* MySqlConnection::NewStatement() const {
+    return m_handle == nullptr ? nullptr : mysql_stmt_init(m_handle);
+}
+
+unsigned MySqlConnection::ErrorCode() const {
+    return m_handle == nullptr ? unsigned(CR_SERVER_GONE_ERROR) : mysql_errno(m_handle);
+}
+
+void MySqlConnection::Send(const QString& statement) {
+    const QByteArray text = statement.toUtf8();
+    if (m_handle == nullptr ||
+        mysql_real_query(m_handle, text.constData(), static_cast<unsigned long>(text.size())) != 0) {
+        throw MakeError(statement);
+    }
+}
+
+st_mysql_res* MySqlConnection::Result(const QString& statement) {
+    st_mysql_res* result = mysql_use_result(m_handle);
+    if (result == nullptr && mysql_errno(m_handle) != 0) {
+        throw MakeError(statement);
+    }
+    return result;
+}
+
+void MySqlConnection::DropFurtherResults() {
+    while (mysql_more_results(m_handle) != 0 && mysql_next_result(m_handle) == 0) {
+        mysql_free_result(mysql_use_result(m_handle));
+    }
+}
+
+qint64 MySqlConnection::RowsChanged() const {
+    const auto rows = mysql_affected_rows(m_handle);
+    return rows == ~0ULL ? 0 : static_cast<qint64>(rows);
+}
+
+qint64 MySqlConnection::InsertId() const { return static_cast<qint64>(mysql_insert_id(m_handle)); }
+
+void MySqlConnection::Kill() noexcept {
+    st_mysql* other = mysql_init(nullptr);
+    if (other == nullptr) {
+        return;
+    }
+    Connect(other);
+    if (mysql_errno(other) == 0) {
+        const QByteArray text = "KILL QUERY " + QByteArray::number(qulonglong(m_id));
+        mysql_query(other, text.constData());
+    }
+    mysql_close(other);
+}

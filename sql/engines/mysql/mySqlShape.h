@@ -1,0 +1,23 @@
+#pragma once
+
+#include "sql/text/statementShape.h"
+
+#include <QString>
+
+/// What a MySQL or MariaDB server is given of a statement taken apart, whichever way it is reached.
+namespace mySqlShape {
+
+/// The statement taken apart, its values in the server's own words; its shape stays in those of SQL Server. Nothing is
+/// taken out of a text that the server would read otherwise: one with "#", which begins a comment there, or with a
+/// number that is another one as a value.
+StatementShape Of(const QString& statement);
+/// The shape in the server's own words.
+QString Text(const StatementShape& source);
+/// Whether it is a SELECT.
+bool IsQuery(const StatementShape& source);
+/// Whether a statement leaves tables and columns as they are, so that what is prepared stays good.
+bool KeepsTables(const QString& statement);
+/// Name of the table that an INSERT writes into, as it stands there; empty for any other statement.
+QString InsertedTable(const StatementShape& source);
+
+} // namespace mySqlShape

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "sql/engine.h"
+#include "sql/engines/odbc/odbcConnection.h"
+
+/// What an ODBC driver tells of the database behind it.
+namespace odbc {
+
+/// Databases that are spoken to in words of their own.
+enum class Dbms { Other, SqlServer, MySql, Oracle };
+
+/// The database behind a connection.
+Dbms DbmsOf(const OdbcConnection& connection);
+/// Names of the tables and views that the connection sees. Raises `SqlError`.
+QStringList Tables(const std::shared_ptr<OdbcConnection>& connection);
+/// Columns of a table ("owner.table" too), in their order, with types in the words of SQL Server: ODBC gives their
+/// kind, not the database's own text. Empty when the table does not exist. Raises `SqlError`.
+QVector<ColumnInfo> Columns(const std::shared_ptr<OdbcConnection>& connection, const QString& table);
+
+} // namespace odbc

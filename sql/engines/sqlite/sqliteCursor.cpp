@@ -1,0 +1,109 @@
+#include "sql/engines/sqlite/sqliteCursor.h"
+
+#include "sql/engines/sqlite/sqliteError.h"
+
+#include <QDateTime>
+
+#include <sqlite3.h>
+
+namespace {
+
+/// "2024-03-05" or "20240305" at the start of a text; an invalid date when it is neither.
+QDate ReadDay(const QString& text) {
+    if (text.size() >= 10 && text.at(4) == u'-') {
+        return QDate::fromString(text.left(10), Qt::ISODate);
+    }
+    bool digits = text.size() >= 8;
+    for (int i = 0; digits && i < 8; ++i) {
+        digits = text.at(i) >= u'0' && text.at(i) <= u'9';
+    }
+    return digits ? QDate(text.left(4).toInt(), text.mid(4, 2).toInt(), text.mid(6, 2).toInt()) : QDate();
+}
+
+/// The text as a date, or the text itself when it is none.
+QVariant AsDate(const QString& text) {
+    const bool whole = text.size() == 10 || text.size() == 8;
+    const QDate day = whole ? ReadDay(text) : QDate();
+    return day.isValid() ? QVariant(day) : QVariant(text);
+}
+
+/// The time of day as written, kept as UTC so that no clock change can move it.
+QVariant AsDateTime(const QString& text) {
+    const QDate day = ReadDay(text);
+    if (!day.isValid()) {
+        return text;
+    }
+    const int dayLength = text.at(4) == u'-' ? 10 : 8;
+    if (text.size() == dayLength) {
+        return QDateTime(day, QTime(0, 0), Qt::UTC);
+    }
+    const QTime time = QTime::fromString(text.mid(dayLength + 1), Qt::ISODate);
+    return time.isValid() ? QVariant(QDateTime(day, time, Qt::UTC)) : QVariant(text);
+}
+
+} // namespace
+
+SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString text)
+    : m_database(database),
+      m_statement(std::move(statement)),
+      m_text(std::move(text)) {}
+
+const QStringList& SqliteCursor::Columns() const {
+    static const QStringList none;
+    if (m_statement == nullptr) {
+        return none;
+    }
+    m_statement->Describe();
+    return m_statement->columns;
+}
+
+int SqliteCursor::IndexOf(const QString& name) const {
+    return m_statement == nullptr ? -1 : m_statement->positions.Of(name, Columns());
+}
+
+bool SqliteCursor::Next() {
+    if (m_statement == nullptr || m_done) {
+        return false;
+    }
+    const int code = sqlite3_step(m_statement->handle);
+    if (code == SQLITE_ROW) {
+        m_statement->Describe(); // most look-ups never need it: they find no row
+        return true;
+    }
+    if (code != SQLITE_DONE) {
+        throw SqliteErrorOf(m_database, m_text);
+    }
+    m_done = true;
+    sqlite3_reset(m_statement->handle);
+    return false;
+}
+
+QVariant SqliteCursor::Value(int column) const {
+    sqlite3_stmt* statement = m_statement->handle;
+    switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER: {
+        const qint64 number = sqlite3_column_int64(statement, column);
+        return m_statement->kinds.at(column) == PreparedStatement::Kind::Bit ? QVariant(number != 0) : QVariant(number);
+    }
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(statement, column);
+    case SQLITE_TEXT: {
+        const auto* utf8 = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+        QString text = QString::fromUtf8(utf8, sqlite3_column_bytes(statement, column));
+        switch (m_statement->kinds.at(column)) {
+        case PreparedStatement::Kind::Date:
+            return AsDate(text);
+        case PreparedStatement::Kind::DateTime:
+            return AsDateTime(text);
+        default:
+            return text;
+        }
+    }
+    case SQLITE_BLOB: {
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
+        return QByteArray(bytes, sqlite3_column_bytes(statement, column));
+    }
+    default:
+        return {};
+    }
+}

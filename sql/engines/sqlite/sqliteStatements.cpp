@@ -1,0 +1,145 @@
+#include "sql/engines/sqlite/sqliteStatements.h"
+
+#include "sql/engines/sqlite/sqliteError.h"
+#include "sql/text/dialect.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+constexpr qsizetype KeptStatements = 128;
+constexpr qsizetype LongestInteger = 18; ///< digits that fit 64 bits whatever they are
+
+/// SQLite does not copy the texts: they live as long as the prepared statement holds them.
+void Bind(sqlite3_stmt* statement, const QVector<StatementShape::Value>& values) {
+    int index = 0;
+    for (const StatementShape::Value& value : values) {
+        ++index;
+        if (value.isText) {
+            sqlite3_bind_text64(statement, index, value.bytes.constData(),
+                                static_cast<sqlite3_uint64>(value.bytes.size()), SQLITE_STATIC, SQLITE_UTF8);
+            continue;
+        }
+        bool isInteger = value.bytes.size() <= LongestInteger;
+        const qlonglong integer = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
+        if (isInteger) {
+            sqlite3_bind_int64(statement, index, integer);
+        } else {
+            sqlite3_bind_double(statement, index, value.bytes.toDouble());
+        }
+    }
+}
+
+PreparedStatement::Kind KindOf(const char* declaredType) {
+    using Kind = PreparedStatement::Kind;
+    if (declaredType == nullptr) {
+        return Kind::Plain;
+    }
+    if (sqlite3_strnicmp(declaredType, "DATETIME", 8) == 0 || sqlite3_strnicmp(declaredType, "TIMESTAMP", 9) == 0) {
+        return Kind::DateTime;
+    }
+    if (sqlite3_strnicmp(declaredType, "DATE", 4) == 0) {
+        return Kind::Date;
+    }
+    return sqlite3_strnicmp(declaredType, "BIT", 3) == 0 ? Kind::Bit : Kind::Plain;
+}
+
+} // namespace
+
+void PreparedStatement::Describe() {
+    const int compilation = sqlite3_stmt_status(handle, SQLITE_STMTSTATUS_REPREPARE, 0);
+    if (compilation == describedCompilation) {
+        return;
+    }
+    const int count = sqlite3_column_count(handle);
+    columns.clear();
+    kinds.clear();
+    positions.Clear();
+    for (int column = 0; column < count; ++column) {
+        columns.append(QString::fromUtf8(sqlite3_column_name(handle, column)));
+        kinds.append(KindOf(sqlite3_column_decltype(handle, column)));
+    }
+    describedCompilation = compilation;
+}
+
+void GiveBackStatement::operator()(PreparedStatement* statement) const noexcept {
+    SqliteStatements::GiveBack(statement);
+}
+
+SqliteStatement SqliteStatements::Prepare(const QString& statement) {
+    StatementShape source = StatementShape::Of(statement.toUtf8());
+    PreparedStatement* prepared = m_kept.value(source.shape);
+    if (prepared == nullptr || prepared->isTaken) {
+        sqlite3_stmt* handle = Compile(source.shape, statement);
+        if (handle == nullptr) {
+            return {nullptr, {}};
+        }
+        const bool isKept = prepared == nullptr && source.isCommon;
+        prepared = new PreparedStatement;
+        prepared->handle = handle;
+        prepared->isKept = isKept;
+        if (isKept) {
+            if (m_kept.size() >= KeptStatements) {
+                Clear();
+            }
+            m_kept.insert(source.shape, prepared);
+        }
+    }
+    prepared->isTaken = true;
+    prepared->source = std::move(source);
+    Bind(prepared->handle, prepared->source.values);
+    return SqliteStatement(prepared, {shared_from_this()});
+}
+
+void SqliteStatements::GiveBack(PreparedStatement* statement) noexcept {
+    if (statement->isKept) {
+        sqlite3_reset(statement->handle);
+        statement->isTaken = false;
+        return;
+    }
+    sqlite3_finalize(statement->handle);
+    delete statement;
+}
+
+void SqliteStatements::Clear() noexcept {
+    for (PreparedStatement* statement : std::as_const(m_kept)) {
+        statement->isKept = false;
+        if (!statement->isTaken) {
+            GiveBack(statement);
+        }
+    }
+    m_kept.clear();
+}
+
+sqlite3_stmt* SqliteStatements::Compile(const QByteArray& text, const QString& statement) {
+    const QByteArray adapted = dialect::Adapt(QString::fromUtf8(text), Dialect::Sqlite).toUtf8();
+    sqlite3_stmt* handle = nullptr;
+    const char* rest = nullptr;
+    if (sqlite3_prepare_v2(m_database, adapted.constData(), static_cast<int>(adapted.size()) + 1, &handle, &rest) !=
+        SQLITE_OK) {
+        throw SqliteErrorOf(m_database, statement);
+    }
+    if (rest != nullptr && HasMore(rest)) {
+        sqlite3_finalize(handle);
+        throw SqlError(statement, QStringLiteral("più istruzioni in un solo testo"), QStringLiteral("SQLITE_MISUSE"));
+    }
+    return handle;
+}
+
+/// Whether another statement follows, so that it is not lost silently.
+bool SqliteStatements::HasMore(const char* rest) const {
+    while (*rest == ' ' || *rest == '\r' || *rest == '\n' || *rest == '\t' || *rest == ';') {
+        ++rest;
+    }
+    if (*rest == '\0') {
+        return false;
+    }
+    sqlite3_stmt* handle = nullptr;
+    const int code = sqlite3_prepare_v2(m_database, rest, -1, &handle, nullptr);
+    sqlite3_finalize(handle);
+    return code != SQLITE_OK || handle != nullptr;
+}

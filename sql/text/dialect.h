@@ -1,0 +1,29 @@
+#pragma once
+
+#include "sql/types.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace dialect {
+
+/// Turns a statement written for SQL Server into the engine's own words. Only what the engine says differently is
+/// changed; comments and quoted names are never touched, nor are literals, but for a date and time (whatever column it
+/// goes to) on MySQL, which does not read it as SQL Server does. What is not known is left as it is.
+/// SQL Server and other databases get the text untouched.
+QString Adapt(const QString& statement, Dialect target);
+
+/// A statement that switches the triggers of a table: "ALTER TABLE t DISABLE TRIGGER ALL".
+struct TriggerSwitch {
+    QString table; ///< without owner and brackets; empty: the statement is another one
+    bool enable = false;
+};
+
+/// Reads a trigger statement; any other text gives an empty table.
+TriggerSwitch ParseTriggerSwitch(const QString& statement);
+
+/// Cuts a script into its statements, at ";" and at lines that hold "GO" alone, outside literals and comments.
+/// Empty statements are left out.
+QStringList SplitScript(const QString& script);
+
+} // namespace dialect
