@@ -2,6 +2,9 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+# Without it ccache keeps nothing that is compiled with a precompiled header, which is everything here.
+export CCACHE_SLOPPINESS=pch_defines,time_macros
+
 packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools libmariadb-dev
