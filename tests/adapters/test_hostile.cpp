@@ -240,12 +240,13 @@ QString Comparable(const QString& line) {
     return isAddress ? QString(line).remove(lost) : line;
 }
 
-/// The first difference; empty when there is none.
+/// The first difference with what follows it, such as the error of a procedure that failed; empty when there is none.
 QString Difference(const QStringList& left, const QString& outcome) {
     const QStringList right = LinesOf(outcome);
     for (qsizetype i = 0; i < std::max(left.size(), right.size()); ++i) {
         if (Comparable(left.value(i)) != Comparable(right.value(i))) {
-            return QString("line %1:\nexpected: ").arg(i) + left.value(i) + "\n  actual: " + right.value(i);
+            return QString("line %1:\nexpected: ").arg(i) + left.value(i) +
+                   "\n  actual: " + right.mid(i, 8).join("\n          ");
         }
     }
     return {};
