@@ -283,7 +283,7 @@ void Importer::Attach(const QString& sourceCode, const QString& article) {
     QStringList files = m_settings.attachments.values(sourceCode.toUpper());
     files.sort();
     for (const QString& file : files) {
-        contract::Attach(m_run, {"ART_ICO", article, file});
+        contract::WriteAttachment(m_run, {"ART_ICO", article, file});
         if (m_settings.logAttachments) {
             m_run.Log(QStringLiteral("ALLEGATO: %1: '%2'").arg(article, file));
         }

@@ -159,8 +159,8 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
         return RowOutcome::Skipped;
     }
     const QString path = FileOf(session, row);
-    const RowOutcome outcome =
-        Attach(run, {"ART_ICO", article, path, row.Text("DESCRIZIONE"), row.Text("REVISIONE"), DateOf(row, "DATA")});
+    const RowOutcome outcome = WriteAttachment(
+        run, {"ART_ICO", article, path, row.Text("DESCRIZIONE"), row.Text("REVISIONE"), DateOf(row, "DATA")});
     if (outcome != RowOutcome::Skipped) {
         TargetRow target(run, "ART_ICO");
         target.Set("ARATT", true);

@@ -92,7 +92,7 @@ Rule Customer() {
 Rule ValidToday() {
     return {"true when the day of the import lies between the two, a blank one being open",
             [](const RuleInput& input) -> RuleValue {
-                const QDate today = input.session.Now().date();
+                const QDate today = input.session.UserManager.DataElaborazione;
                 const auto day = [&input](qsizetype column, const QDate& open) {
                     const QVariant value = DateOf(input.row, input.columns.at(column));
                     return value.isNull() ? open : value.toDate();
@@ -376,7 +376,7 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& fo
     if (!IsImported(run, article)) {
         return RowOutcome::Skipped;
     }
-    const RowOutcome outcome = Attach(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO"))});
+    const RowOutcome outcome = WriteAttachment(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO"))});
     if (outcome != RowOutcome::Skipped) {
         TargetRow target(run, "ART_ICO");
         target.Set("ARATT", true);

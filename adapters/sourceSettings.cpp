@@ -56,11 +56,12 @@ void UseTextFolder(ovConnection& source, const QString& folder) {
 template<class Use>
 Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
     return [=](Session& session, ovConnection& source) {
-        const QString file = session.Person.OpenFile(title, filter);
-        if (file.isEmpty()) {
+        session.Dialogs.DialogTitle = title;
+        session.Dialogs.Filter = filter;
+        if (!session.Dialogs.ovShowOpen()) {
             return false;
         }
-        use(source, file);
+        use(source, session.Dialogs.FileName);
         return true;
     };
 }

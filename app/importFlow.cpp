@@ -199,7 +199,6 @@ ErrorAction ErrorModeAction(int position) {
 void TakeCompany(Session& session, const QString& code) {
     session.UserManager.SetAzienda(code);
     session.UserManager.DataElaborazione = session.Now().date();
-    session.Config.Azienda = code;
     session.Config.LoadConfig();
 }
 

@@ -33,8 +33,6 @@ void Wire(Session& session, const QString& settingsFile) {
     QDir().mkpath(folder);
     session.Config.SetConfigFile(settingsFile);
     session.LogFile = LogPath(folder);
-    session.Quadrix.QuadrixProduct = true;
-    session.Quadrix.ProductName = QuadrixCaption;
 }
 
 /// @param name the setting, in any case; one that is not known leaves the connection as it is

@@ -101,6 +101,7 @@ private:
     static void RunImport(Session& session) {
         session.Quadrix.SetCompany(Company);
         session.UserManager.SetAzienda(Company);
+        session.UserManager.DataElaborazione = session.Now().date();
         const contract::Origin* origin = registry::Find("Arca 2000");
         OpenSource(session, *origin);
         for (const contract::Procedure& procedure : origin->procedures) {

@@ -7,10 +7,10 @@ Session::Session(Operator& person)
     Errors.AskOperator = [this](const ErrorEntry& error) { return Person.ChooseOnError(error); };
     Errors.ReportToOperator = [this](const ErrorEntry& error) { Person.ReportError(error); };
     Quadrix.Errors = &Errors;
-    Config.Connection = &Quadrix;
-    Config.Errors = &Errors;
     UserManager.Connection = &Quadrix;
-    Records = {&Quadrix, &Config, &UserManager, &Errors};
+    Dialogs.ShowOpenFile = [this](const QString& title, const QString& filter) {
+        return Person.OpenFile(title, filter);
+    };
 }
 
 ovConnection& Session::SourceConnection() {

@@ -3,7 +3,7 @@
 #include "core/Operator.h"
 #include "core/RunResult.h"
 #include "sql/ovConfig.h"
-#include "sql/ovRecords.h"
+#include "sql/ovDialogs.h"
 #include "sql/ovUserManager.h"
 
 #include <QHash>
@@ -20,7 +20,7 @@ public:
     ovConnection Quadrix; ///< the target database
     ovConfig Config;
     ovUserManager UserManager;
-    ovRecords Records;
+    ovDialogs Dialogs;
     /// The source of the import under way; null between imports and for imports without one.
     std::unique_ptr<ovConnection> Source;
     /// Sees every statement that a source is asked, in the source's own words.

@@ -1,5 +1,7 @@
 #include "sql/ovConfig.h"
 
+#include "sql/errors.h"
+
 namespace {
 constexpr qsizetype LongestValue = 127; ///< a reader of private profiles has 128 characters, the last one ends the text
 const QString ConfigSection = QStringLiteral("CONFIG");

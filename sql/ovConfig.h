@@ -1,15 +1,10 @@
 #pragma once
 
-#include "sql/ovConnection.h"
 #include "sql/SettingsFile.h"
 
 /// The application's configuration: the settings file, seen by section and key, and the plain configuration keys.
 class ovConfig {
 public:
-    ovConnection* Connection = nullptr;
-    ovErrors* Errors = nullptr;
-    QString Azienda; ///< company under work
-
     /// The settings file that everything below reads.
     void SetConfigFile(const QString& path);
     const QString& ConfigFile() const { return m_file.Path(); }

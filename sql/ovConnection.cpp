@@ -128,10 +128,6 @@ void ovConnection::ExecuteScript(const QString& script) {
     }
 }
 
-void ovConnection::ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters) {
-    Execute(mod_ovTools::StoredProcedureText(procedure, &parameters, ProviderType));
-}
-
 QString ovConnection::TextFor(const Engine& engine, const QString& statement) const {
     if (!Trace && engine.AdaptsText()) {
         return statement;

@@ -3,8 +3,6 @@
 #include "sql/ovDatabase.h"
 #include "sql/ovErrors.h"
 
-class ovQueryConstructor;
-
 /// A connection to a database: runs text, in the words of SQL Server, on whatever engine stands behind it.
 class ovConnection : public ovDatabase {
 public:
@@ -28,9 +26,7 @@ public:
     QString ConnectionString; ///< honoured as written when not empty
     QString Driver;           ///< ODBC driver; empty for the usual one of the provider
     bool NetworkCredential = false;
-    bool Embedded = false; ///< the SQLite file DatabaseName, spoken to in the text of SQL Server
-    bool QuadrixProduct = false;
-    QString ProductName;
+    bool Embedded = false;      ///< the SQLite file DatabaseName, spoken to in the text of SQL Server
     ovErrors* Errors = nullptr; ///< decides about failing statements; without it every failure is raised
     // Of sources that this program reads from files itself:
     QStringList SourceTables;  ///< tables that are read; empty for all
@@ -62,8 +58,6 @@ public:
     qint64 ExecuteCommand(const QString& query);
     /// Runs the statements of a script one after the other; the first failure ends it.
     void ExecuteScript(const QString& script);
-    /// Runs a stored procedure with the fields of `parameters` as its arguments.
-    void ExecuteSP(const QString& procedure, const ovQueryConstructor& parameters);
     /// Opens a transaction. Without one every statement commits by itself. Within it a TRUNCATE runs as a DELETE, so
     /// that it can be taken back.
     void BeginTrans();

@@ -9,15 +9,6 @@ struct TableInfo {
     QVector<ColumnInfo> columns; ///< empty when the table does not exist
 };
 
-/// Names and files of an attachment (`ovDatabase::WriteAttachment`).
-struct Attachment {
-    QString file;        ///< path of the file that is attached
-    QString description; ///< the file's name when empty
-    QString type;        ///< the file's extension in upper case when empty
-    QString revision;
-    bool linkOnly = false; ///< keep the path instead of the file's name alone
-};
-
 /// Database-level services over the statements that a connection runs.
 /// Every operation raises `SqlError` when a statement fails.
 class ovDatabase {
@@ -54,8 +45,6 @@ public:
     /// @return whether the text is a new one
     bool SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
                               const QString& text, const QString& language = "IT");
-    /// Writes the row of an attachment of a record into SYS_ATT. Raises `ImportError` when the file cannot be read.
-    void WriteAttachment(const QString& table, const QString& key, const Attachment& attachment);
     /// The content of a file. Raises `ImportError` when it cannot be read.
     static QByteArray FileToBinary(const QString& file);
     /// Writes an image file as JPEG. @param quality 0 (smallest) to 100. Raises `ImportError`.

@@ -4,7 +4,6 @@
 #include "sql/ovQueryConstructor.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QImage>
 
 using mod_ovTools::FormatSqlValue;
@@ -32,29 +31,6 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
     Execute(query.MakeQuery(StatementKind::Insert));
     return true;
-}
-
-void ovDatabase::WriteAttachment(const QString& table, const QString& key, const Attachment& attachment) {
-    const QFileInfo file(attachment.file);
-    if (!file.isFile() || !file.isReadable()) {
-        throw ImportError(
-            QStringLiteral("Allegato '%1': il file non esiste o non si può leggere").arg(attachment.file));
-    }
-    const auto orElse = [](const QString& text, const QString& other) { return text.isEmpty() ? other : text; };
-    ovQueryConstructor query;
-    query.ProviderType = GetProviderType();
-    query.SetTable(QStringLiteral("SYS_ATT"));
-    query.AddUpdateField(QStringLiteral("ATTBL"), table, DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("ATKEY"), key, DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("ATNAM"), file.fileName(), DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("ATDES"), orElse(attachment.description, file.fileName()), DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("ATLNK"), attachment.linkOnly ? file.absoluteFilePath() : file.fileName(),
-                         DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("ATTYP"), orElse(attachment.type, file.suffix().toUpper()), DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("ATSIZ"), file.size(), DataType::Long);
-    query.AddUpdateField(QStringLiteral("ATDAT"), file.lastModified(), DataType::DateTime);
-    query.AddUpdateField(QStringLiteral("ATREV"), attachment.revision, DataType::NVarChar);
-    Execute(query.MakeQuery(StatementKind::Insert));
 }
 
 QByteArray ovDatabase::FileToBinary(const QString& file) {

@@ -4,13 +4,13 @@
 
 #include <QDate>
 
-/// The current user, company and processing date.
+/// The company under work and the processing date.
 class ovUserManager {
 public:
     ovConnection* Connection = nullptr;
-    QString User;
-    QString Esercizio;      ///< financial year
-    QDate DataElaborazione; ///< processing date
+    /// Processing date, set together with the company: the day that what is written counts from, also when the run
+    /// goes on past midnight.
+    QDate DataElaborazione;
 
     /// Company under work: from here on its code stands in front of the connection's company tables.
     void SetAzienda(const QString& code) {

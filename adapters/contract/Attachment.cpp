@@ -30,7 +30,7 @@ QString PathIn(const QString& folder, const QString& name) {
     return QDir::cleanPath(QString(portable(folder) + u'/' + portable(name)));
 }
 
-RowOutcome Attach(ImportRun& run, const AttachedFile& file) {
+RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
     const QFileInfo info(file.path);
     if (!info.isFile()) {
         run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(run.RowKey(), file.path));

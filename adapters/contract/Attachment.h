@@ -24,16 +24,16 @@ struct AttachedFile {
 /// Path of a file that the source names by a path within a folder of the settings; either may be written with "\".
 QString PathIn(const QString& folder, const QString& name);
 
-/// Attaches a file to its record, with its name, kind, size and date; a file of that name that is attached already is
-/// rewritten. A file that is not there is logged and skipped. Raises `SqlError`, `RowGivenUp` or, for a value that does
-/// not fit, `ImportError`.
-RowOutcome Attach(ImportRun& run, const AttachedFile& file);
+/// Attaches a file to its record, with its name, whole path, kind, size and date; a file of that name that is attached
+/// already is rewritten. A file that is not there is logged and skipped. Raises `SqlError`, `RowGivenUp` or, for a
+/// value that does not fit, `ImportError`.
+RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file);
 
 /// What the images below are written into.
 std::vector<TableNeed> ImageNeeds();
 
 /// Stores a picture file as the image of a record, as JPEG, in place of the one that is there. A file that is not there
-/// is logged and skipped. Raises as `Attach`, and `ImportError` naming the file when it is no picture.
+/// is logged and skipped. Raises as `WriteAttachment`, and `ImportError` naming the file when it is no picture.
 RowOutcome StoreImage(ImportRun& run, const AttachedFile& file);
 
 } // namespace contract

@@ -61,16 +61,16 @@ void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& caus
         quoted.append(run.Quoted(cause));
     }
     const QString ofCauses = quoted.isEmpty() ? QString() : QString(" AND DTCAU IN (" + quoted.join(u',') + u')');
-    ovConnection& quadrix = run.GetSession().Quadrix;
+    QStringList script;
     for (const Family* family : Families) {
         const QString heads = run.FullName(family->head);
-        quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
-                        ofCauses);
+        script += QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) + ofCauses;
         for (const QString& children : {family->row, family->dueDate}) {
-            quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
-                                .arg(run.FullName(children), heads));
+            script += QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
+                          .arg(run.FullName(children), heads);
         }
     }
+    run.GetSession().Quadrix.ExecuteScript(script.join(QStringLiteral(";\n")));
 }
 
 QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {

@@ -58,7 +58,7 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
     row.Set("CDLIS", list);
     row.Set("LTDES", description);
     row.Set("LTTIP", direction);
-    row.Set("LTINV", session.Now().date());
+    row.Set("LTINV", session.UserManager.DataElaborazione);
     row.Set("LTTYP", schema::defaults::PriceListType);
     row.Set("LTVAL", schema::defaults::Currency);
     row.Insert();

@@ -50,7 +50,7 @@ StockWriter::Movement& StockWriter::MovementOf(const StockLine& line) {
         return *known;
     }
     Session& session = m_run.GetSession();
-    const QDate today = session.Now().date();
+    const QDate today = session.UserManager.DataElaborazione;
     const QString year = QStringLiteral("WHERE ") + Equals("MMANN", today.year());
     TargetRow row(m_run, "MOV_MAG");
     row.Set("MMANN", today.year());

@@ -125,7 +125,6 @@ private slots:
         Choice choice = Request(fake).choice;
         choice.errors = ErrorAction::Ignore;
         QVERIFY(CheckData(target.Get(), choice));
-        QCOMPARE(target.Get().Config.Azienda, QString("X01"));
         QCOMPARE(target.Db().GetFullTableName("CON_TRO"), QString("X01_CON_TRO"));
         QCOMPARE(target.Get().UserManager.DataElaborazione, QDate(2024, 3, 5));
         QCOMPARE(target.Get().Errors.Action, ErrorAction::Ignore);

@@ -107,7 +107,6 @@ private slots:
         QCOMPARE(session.Quadrix.DatabaseName, m_folder->filePath("Config/data/azienda.db"));
         QVERIFY(QFile::exists(session.Quadrix.DatabaseName));
         QCOMPARE(session.Quadrix.ProviderType, Provider::SqlServer);
-        QVERIFY(session.Quadrix.QuadrixProduct);
         QCOMPARE(QFileInfo(session.LogFile).fileName(), QString("import.log"));
         QVERIFY(!person.IsBusy());
         QVERIFY(person.Events.isEmpty());

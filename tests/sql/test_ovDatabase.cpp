@@ -89,29 +89,6 @@ private slots:
         QCOMPARE(One("SELECT LNTXT FROM SYS_LNG WHERE LNLNG = 'EN' AND LNKEY = 'A''1'"), QVariant("Screw"));
     }
 
-    void Attachments() {
-        ovConnection& db = *m_connection;
-        db.Execute(
-            "CREATE TABLE SYS_ATT (ATTBL NVARCHAR(9), ATKEY NVARCHAR(50), ATNAM NVARCHAR(99), ATDES NVARCHAR(99), "
-            "ATLNK NTEXT, ATTYP NVARCHAR(9), ATSIZ BIGINT, ATDAT DATETIME, ATREV NVARCHAR(9))");
-        const QString path = m_folder->filePath("disegno d'insieme.pdf");
-        WriteFile(path, "12345");
-        db.WriteAttachment("ART_ICO", "A1", {path, {}, {}, "B", true});
-        db.WriteAttachment("ART_ICO", "A2", {path, "Disegno", "DWG", {}, false});
-        const Recordset rows = db.ExecuteWC("SELECT * FROM SYS_ATT ORDER BY ATKEY");
-        QCOMPARE(rows.Value("ATNAM"), QVariant("disegno d'insieme.pdf"));
-        QCOMPARE(rows.Value("ATDES"), QVariant("disegno d'insieme.pdf"));
-        QCOMPARE(rows.Value("ATLNK"), QVariant(path));
-        QCOMPARE(rows.Value("ATTYP"), QVariant("PDF"));
-        QCOMPARE(rows.Value("ATSIZ"), QVariant(5LL));
-        QCOMPARE(rows.Value("ATREV"), QVariant("B"));
-        QCOMPARE(One("SELECT ATTYP FROM SYS_ATT WHERE ATDES = 'Disegno'"), QVariant("DWG"));
-        const auto missing = ErrorOf<ImportError>([&] {
-            db.WriteAttachment("ART_ICO", "A3", {"/nessuno.pdf", {}, {}, {}});
-        });
-        QVERIFY(missing && missing->Message().contains("/nessuno.pdf"));
-    }
-
     void Files() {
         const QString picture = m_folder->filePath("foto.ppm");
         const QString jpeg = m_folder->filePath("foto.jpg");

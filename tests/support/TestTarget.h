@@ -53,6 +53,7 @@ public:
     void Choose(const QString& code) {
         m_session.Quadrix.SetCompany(code);
         m_session.UserManager.SetAzienda(code);
+        m_session.UserManager.DataElaborazione = m_session.Now().date();
     }
 
     /// Makes an empty database on the server, in place of one of that name.
