@@ -181,7 +181,6 @@ RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
     format.code = qdxProduction::qdxCalcolaCodiceFormatoArticolo(sheet.size.length, sheet.size.width);
     format.length = sheet.size.length;
     format.width = sheet.size.width;
-    format.weight = qdxProduction::qdxPesoArticoloLamiera(sheet.size, sheet.density);
     format.density = sheet.density;
     format.old = sheet.oldCode;
     format.external = sheet.oldCode;

@@ -1,5 +1,6 @@
 #include "core/qdxProduction.h"
 
+#include "core/amounts.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
@@ -15,10 +16,7 @@ namespace {
 /// Amounts in whole cents: sums of them are exact.
 using Cents = qint64;
 
-Cents ToCents(double amount) {
-    // 1.005 is held as 1.00499..: the nearest text of 15 digits decides, as a person reads it.
-    return std::llround(QString::number(amount * 100, 'g', 15).toDouble());
-}
+Cents ToCents(double amount) { return std::llround(RoundCurrency(amount) * 100); }
 
 double FromCents(Cents cents) { return static_cast<double>(cents) / 100; }
 

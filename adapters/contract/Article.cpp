@@ -4,6 +4,7 @@
 #include "adapters/contract/TargetRow.h"
 #include "adapters/contract/wholeCharacters.h"
 #include "core/modImport.h"
+#include "core/qdxProduction_articles.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -69,27 +70,14 @@ QString ArticleWriter::CodeOf(const QString& table, const QString& field, const 
 RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
                                 const std::function<void(TargetRow&)>& more) const {
     Session& session = m_run.GetSession();
-    const QDate today = session.Now().date();
     TargetRow target(m_run, Art);
-    const auto fill = [&] {
+    const bool isNew = qdxProduction::qdxInsertUpdateArticolo(session, facts.code, target, [&] {
         mapping.Apply(target, session, row, facts);
         if (more) {
             more(target);
         }
-    };
-    if (IsThere(session, Art, CodeColumn, facts.code)) {
-        fill();
-        target.Set("DTMDF", today);
-        target.Update(QStringLiteral("WHERE ") + Equals(session, CodeColumn, facts.code));
-        return RowOutcome::Updated;
-    }
-    target.Set(CodeColumn, facts.code);
-    target.Set("DTINS", today);
-    target.Set("ARANN", false);
-    target.Set("ARINV", today);
-    fill();
-    target.Insert();
-    return RowOutcome::Inserted;
+    });
+    return isNew ? RowOutcome::Inserted : RowOutcome::Updated;
 }
 
 void ArticleWriter::Text(const QString& article, const QString& column, const QString& text,
@@ -127,7 +115,7 @@ void ArticleWriter::Link(const QString& article, const SupplierLink& link) const
     TargetRow row(m_run, "ART_FOR");
     row.Set(CodeColumn, article);
     row.Set("CDCON", link.supplier);
-    row.Set("DTINS", session.Now().date());
+    row.Set("DTINS", session.UserManager.DataElaborazione);
     row.Set("ARPRZ", link.price);
     row.Set("AFABI", link.preferred);
     for (const auto& [column, value] :

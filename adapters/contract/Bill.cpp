@@ -1,8 +1,9 @@
 #include "adapters/contract/Bill.h"
 
-#include "adapters/contract/billCycles.h"
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/TargetRow.h"
+#include "core/billCycles.h"
+#include "core/qdxProduction_articles.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -14,15 +15,10 @@ namespace {
 
 /// Sets what cost, mark-up and price a component's article has now.
 void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
-    Session& session = run.GetSession();
-    const Recordset found = session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName("ART_ICO") +
-                                                      QStringLiteral(" WHERE ") + Equals(session, "CDART", article));
-    if (found.Eof()) {
-        throw ImportError(QStringLiteral("l'articolo '%1' non c'è").arg(article));
-    }
-    row.Set("DCCOS", found.Value("ARCOS"));
-    row.Set("DCRIC", found.Value("ARRIC"));
-    row.Set("DCPRZ", found.Value("ARPRZ"));
+    const qdxProduction::ArticleAmounts amounts = qdxProduction::AmountsOf(run.GetSession(), article);
+    row.Set("DCCOS", amounts.cost);
+    row.Set("DCRIC", amounts.markUp);
+    row.Set("DCPRZ", amounts.price);
 }
 
 } // namespace
@@ -50,7 +46,7 @@ bool BillWriter::HasArticle(const QString& article) const {
 
 RowOutcome BillWriter::Begin(const BillHead& head) {
     Session& session = m_run.GetSession();
-    const QDate today = session.Now().date();
+    const QDate today = session.UserManager.DataElaborazione;
     m_quantities.clear();
     QString condition = Equals(session, "DBART", head.article);
     if (!head.revision.isNull()) {
@@ -163,7 +159,7 @@ void BillWriter::LinkSubAssemblies() {
 
 void BillWriter::LogCycles() {
     Session& session = m_run.GetSession();
-    std::vector<BillLink> links;
+    std::vector<qdxProduction::BillLink> links;
     {
         Recordset rows =
             session.Quadrix.ExecuteWC(QStringLiteral("SELECT IDDIS, IDDBF FROM ") + m_run.FullName("DIS_COM") +
@@ -172,7 +168,7 @@ void BillWriter::LogCycles() {
             links.push_back({rows.Fields(0).Value().toLongLong(), rows.Fields(1).Value().toLongLong()});
         }
     }
-    ForEachCycle(std::move(links), [&](const std::vector<qint64>& path) {
+    qdxProduction::ForEachCycle(std::move(links), [&](const std::vector<qint64>& path) {
         QStringList articles;
         for (const qint64 bill : path) {
             articles.append(LookUp(session, "DIS_BAS", "RECORD_ID", QString::number(bill), "DBART"));

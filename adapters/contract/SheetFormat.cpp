@@ -2,6 +2,7 @@
 
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/TargetRow.h"
+#include "core/qdxProduction_sheets.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -9,6 +10,12 @@ namespace contract {
 namespace {
 
 const QString Table = QStringLiteral("ART_FMT");
+
+double WeightOf(Session& session, const SheetFormat& format) {
+    return format.weight != 0 || format.density == 0
+               ? format.weight
+               : qdxProduction::qdxPesoFormato(session, format.article, format.length, format.width, format.density);
+}
 
 } // namespace
 
@@ -39,7 +46,7 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
     setText("LMDES", format.description);
     setNumber("LMDMX", format.length);
     setNumber("LMDMY", format.width);
-    setNumber("LMPES", format.weight);
+    setNumber("LMPES", WeightOf(session, format));
     setNumber("LMPSR", format.density);
     setText("LMSFR", format.offcut);
     setText("LMEXT", format.external);

@@ -13,7 +13,7 @@ struct SheetFormat {
     QString code;       ///< CDFMT
     double length = 0;  ///< mm
     double width = 0;   ///< mm
-    double weight = 0;  ///< kg
+    double weight = 0;  ///< kg; 0: what its measures and the article's thickness weigh, where the density is known
     double density = 0; ///< kg/dm3
     QString description = {};
     QString offcut = {};   ///< code of the offcut that it is; empty for a whole sheet

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Record.h"
 #include "core/Schema.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -10,17 +11,17 @@ class ImportRun;
 /// A row of a target table under construction. Types and sizes come from the schema: a text that is longer than its
 /// column, a number that is none or that its column does not hold as it is, or a date that is none raises `ImportError`
 /// naming the value.
-class TargetRow {
+class TargetRow final : public Record {
 public:
     /// @param table bare name; one that the schema does not know raises `ImportError`
     TargetRow(ImportRun& run, const QString& table);
 
     /// Sets a column; a blank number or date is Null. Setting a column twice keeps the second value.
-    TargetRow& Set(const QString& column, const QVariant& value);
+    TargetRow& Set(const QString& column, const QVariant& value) override;
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way.
-    void Insert();
+    void Insert() override;
     /// Updates the rows of a condition (with its own WHERE), with USMDF and (unless set) DTMDF.
-    void Update(const QString& where);
+    void Update(const QString& where) override;
 
 private:
     QVariant Checked(const schema::Column& column, const QVariant& value) const;

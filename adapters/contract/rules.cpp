@@ -56,18 +56,6 @@ double NumberOf(const SourceRow& row, const QString& column) {
     }
 }
 
-double RoundedTo(double number, int decimals) {
-    // Half a cent may be held a hair below its half: the nearest text of 15 digits decides, as a person reads it.
-    const double scale = std::pow(10.0, decimals);
-    const double scaled = number * scale;
-    if (scaled == std::floor(scaled)) {
-        return number;
-    }
-    return std::round(QString::number(scaled, 'g', 15).toDouble()) / scale;
-}
-
-double MarkUpOf(double price, double cost) { return cost == 0 ? 0 : RoundedTo((price - cost) / cost * 100, 2); }
-
 std::array<double, 3> DiscountsOf(const QString& text) {
     std::array<double, 3> discounts{};
     const QStringList parts = text.split(u'+', Qt::SkipEmptyParts);
@@ -96,8 +84,6 @@ std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
 namespace rules {
 
 namespace {
-
-constexpr int NoRounding = 6; ///< decimals that a price of any source keeps
 
 /// The first number other than zero of the columns from an index on.
 double FirstNumber(const RuleInput& input, qsizetype from) {
@@ -205,13 +191,13 @@ Rule RoundedTo(int decimals) {
     return {QStringLiteral("rounded to %1 decimals").arg(decimals), [decimals](const RuleInput& input) {
                 return RuleValue(input.Text().isEmpty()
                                      ? QVariant()
-                                     : contract::RoundedTo(NumberIn(input.row, input.columns.first()), decimals));
+                                     : ::RoundedTo(NumberIn(input.row, input.columns.first()), decimals));
             }};
 }
 
 Rule FirstNotZero() {
     return {"the first that is not zero",
-            [](const RuleInput& input) { return RuleValue(contract::RoundedTo(FirstNumber(input, 0), NoRounding)); }};
+            [](const RuleInput& input) { return RuleValue(::RoundedTo(FirstNumber(input, 0), UnitDecimals)); }};
 }
 
 Rule MarkUp() {
@@ -227,12 +213,11 @@ Rule CodeAndText(int count) {
 }
 
 Rule Times(double factor) {
-    return {QStringLiteral("times %1, rounded to %2 decimals").arg(factor).arg(NoRounding),
+    return {QStringLiteral("times %1, rounded to %2 decimals").arg(factor).arg(UnitDecimals),
             [factor](const RuleInput& input) {
-                return RuleValue(
-                    input.Text().isEmpty()
-                        ? QVariant()
-                        : contract::RoundedTo(NumberIn(input.row, input.columns.first()) * factor, NoRounding));
+                return RuleValue(input.Text().isEmpty()
+                                     ? QVariant()
+                                     : ::RoundedTo(NumberIn(input.row, input.columns.first()) * factor, UnitDecimals));
             }};
 }
 
@@ -293,7 +278,8 @@ Rule Constant(const QVariant& value) {
 }
 
 Rule Today() {
-    return {"day of the import", [](const RuleInput& input) { return RuleValue(input.session.Now().date()); }};
+    return {"day of the import",
+            [](const RuleInput& input) { return RuleValue(input.session.UserManager.DataElaborazione); }};
 }
 
 Rule MomentOrNow() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/SourceRow.h"
+#include "core/amounts.h"
 #include "core/Session.h"
 
 #include <array>
@@ -135,11 +136,8 @@ std::array<double, 3> DiscountsOf(const QString& text);
 /// The same of a source column, which the error names.
 std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column);
 
-/// A number rounded half away from zero to a count of decimals, as prices and amounts are.
-double RoundedTo(double number, int decimals);
-
-/// Mark-up in percent of a price over a cost, rounded to 2 decimals; 0 without a cost.
-double MarkUpOf(double price, double cost);
+using ::MarkUpOf;
+using ::RoundedTo;
 
 /// The number that a text begins with, with "." as decimal mark; none when it begins with no digit.
 std::optional<double> ReadLeadingNumber(const QString& text);

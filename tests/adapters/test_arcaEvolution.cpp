@@ -1,7 +1,6 @@
 #include "adapters/contract/PaymentTerm.h"
 #include "adapters/contract/rules.h"
 #include "adapters/modImport_ArcaEvolution.h"
-#include "core/qdxProduction_sheets.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -72,14 +71,6 @@ private slots:
             }
             QCOMPARE(hundredths, qint64(10000));
         }
-    }
-
-    void sheets() {
-        using namespace qdxProduction;
-        QCOMPARE(qdxPesoArticoloLamiera({1000, 1000, 1}, 7.85), 7.85);
-        QCOMPARE(qdxPesoArticoloLamiera({3000, 1500, 1.5}, 0), 0.0);
-        QCOMPARE(qdxCalcolaCodiceFormatoArticolo(2500.5, 1250), QString("2500.5X1250"));
-        QCOMPARE(qdxAnaGetCodeArtSheet(" s235jr ", 1.5), QString("LM-S235JR-1.5"));
     }
 };
 

@@ -1,5 +1,5 @@
 #include "adapters/contract/Bill.h"
-#include "adapters/contract/billCycles.h"
+#include "core/billCycles.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
@@ -10,6 +10,7 @@
 #include <set>
 
 using namespace contract;
+using namespace qdxProduction;
 
 namespace {
 

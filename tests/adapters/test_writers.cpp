@@ -2,6 +2,7 @@
 #include "adapters/contract/Document.h"
 #include "adapters/contract/PriceList.h"
 #include "adapters/contract/Stock.h"
+#include "core/qdxProduction_articles.h"
 #include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -52,6 +53,26 @@ private slots:
         Written target;
         TargetRow row(target.Run, table);
         QTEST(MessageOf(ErrorOf<ImportError>([&] { row.Set(column, value); })), "message");
+    }
+
+    /// A run that goes on past midnight writes as of the day on which it began.
+    void articlesCountFromTheProcessingDate() {
+        Written target;
+        target.Get().UserManager.DataElaborazione = QDate(2024, 3, 4);
+        const auto write = [&](const QString& code, const QVariant& valid) {
+            TargetRow row(target.Run, "ART_ICO");
+            return qdxProduction::qdxInsertUpdateArticolo(target.Get(), code, row, [&] {
+                row.Set("ARDES", "Vite");
+                if (!valid.isNull()) {
+                    row.Set("ARINV", valid);
+                }
+            });
+        };
+        QVERIFY(write("A'1", {}));
+        QVERIFY(write("A2", QDate(2020, 1, 1))); // what the import says of itself wins
+        QVERIFY(!write("a'1", {}));              // codes compare without case
+        QCOMPARE(target.Rows("SELECT CDART, ARINV, ARANN, DTINS, DTMDF FROM X01_ART_ICO ORDER BY CDART"),
+                 QStringList({"A'1|20240304|false|20240304|20240304", "A2|20200101|false|20240304|NULL"}));
     }
 
     void rowsHoldWhatFits() {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-namespace contract {
+namespace qdxProduction {
 
 /// A bill and one that it contains, by RECORD_ID.
 struct BillLink {
@@ -19,4 +19,4 @@ struct BillLink {
 /// RECORD_ID of those not shown yet.
 void ForEachCycle(std::vector<BillLink> links, const std::function<void(const std::vector<qint64>& path)>& found);
 
-} // namespace contract
+} // namespace qdxProduction

@@ -1,8 +1,8 @@
-#include "adapters/contract/billCycles.h"
+#include "core/billCycles.h"
 
 #include <algorithm>
 
-namespace contract {
+namespace qdxProduction {
 
 namespace {
 
@@ -178,4 +178,4 @@ void ForEachCycle(std::vector<BillLink> links, const std::function<void(const st
     }
 }
 
-} // namespace contract
+} // namespace qdxProduction

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+/// A row of a target table under construction. Calculations that end in rows fill it; whoever keeps the account of a
+/// run checks the values and writes them.
+class Record {
+public:
+    virtual ~Record() = default;
+
+    /// Sets a column. Raises `ImportError` naming a value that the column does not hold.
+    virtual Record& Set(const QString& column, const QVariant& value) = 0;
+    virtual void Insert() = 0;
+    /// Updates the rows of a condition, with its own WHERE.
+    virtual void Update(const QString& where) = 0;
+
+protected:
+    Record() = default;
+    Record(const Record&) = default;
+    Record& operator=(const Record&) = default;
+};
+
+/// Begins a row of a table, by its bare name.
+using RecordMaker = std::function<std::unique_ptr<Record>(const QString& table)>;
