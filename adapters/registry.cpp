@@ -12,6 +12,9 @@ const contract::Origin& Entry();
 namespace modImport_ArcaEvolution {
 const contract::Origin& Entry();
 }
+namespace modImport_Brantel {
+const contract::Origin& Entry();
+}
 namespace modImport_Ferrobrio {
 const contract::Origin& Entry();
 }
@@ -90,7 +93,7 @@ const std::vector<const contract::Origin*>& Origins() {
         &Find("BMS"),
         &Find("Panthera"),
         &Find("Factory (SqlServer)"),
-        &Find("Brantel"),
+        &modImport_Brantel::Entry(),
         &Find("Punta"),
         &Find("Terrauna"),
         &Find("Scala"),

@@ -125,7 +125,6 @@ const QMap<QString, Prepare>& Preparations() {
         {"BMS", PrepareBms},
         {"PANTHERA", Server("PANTHERA")},
         {"FACTORY (SQLSERVER)", Server("FACTORY")},
-        {"BRANTEL", Server("BRANTEL")},
         {"PUNTA", Server("PUNTA")},
         {"TERRAUNA", TextFile(CsvTitle, CsvFilter)},
         {"SCALA", Workbook()},

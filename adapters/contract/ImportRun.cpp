@@ -117,7 +117,7 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
 bool ImportRun::Ask(const QString& question) { return m_session.Person.Ask(question); }
 
 bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {
-    const qint64 count = m_session.SourceConnection().ExecuteCommand(loop.count);
+    const qint64 count = DatabaseOf(loop).ExecuteCommand(loop.count);
     m_result.sourceRows += count;
     TellInterrupted();
     std::unique_ptr<Progress> progress;
@@ -139,11 +139,15 @@ bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<v
     return m_result.outcome != RunResult::Outcome::Cancelled;
 }
 
+ovConnection& ImportRun::DatabaseOf(const Loop& loop) const {
+    return loop.database != nullptr ? *loop.database : m_session.SourceConnection();
+}
+
 void ImportRun::ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
                          const std::function<void()>& groupEnd) {
     m_group = {};
     qint64 read = 0;
-    Recordset rows = m_session.SourceConnection().ExecuteWC(loop.select);
+    Recordset rows = DatabaseOf(loop).ExecuteWC(loop.select);
     for (const SourceRow current(rows); !rows.Eof(); rows.MoveNext()) {
         const QString group = GroupOf(loop, current);
         if (loop.group.isEmpty() || group != m_group.value || read == 0) {

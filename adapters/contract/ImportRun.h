@@ -52,6 +52,8 @@ public:
         /// come ordered; empty: every row stands alone. Rows that belong together are carried over or given up as one,
         /// and a cancel waits for their end.
         QStringList group = {};
+        /// The database that holds the rows; null: the source of the import.
+        ovConnection* database = nullptr;
     };
     using RowWork = std::function<RowOutcome(const SourceRow&)>;
     /// Reads the rows and hands each to `row`. A row that cannot be carried over goes the way the error collector's
@@ -109,6 +111,7 @@ private:
         bool givenUp = false;
         QString culprit = {}; ///< the row that has been given up with its reason
     };
+    ovConnection& DatabaseOf(const Loop& loop) const;
     void ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
                   const std::function<void()>& groupEnd);
     void ProcessRow(const QString& key, const std::function<RowOutcome()>& row);
