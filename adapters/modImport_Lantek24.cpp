@@ -217,16 +217,6 @@ QVariant DayOf(const SourceRow& row, const QString& column) {
     return day.toDate() == none ? QVariant() : day;
 }
 
-QString MaterialOf(Session& session, const QString& material) {
-    return material.isEmpty() ? material : LookUp(session, "TAB_MAT", "MAEXT", material, "CDMAT");
-}
-
-QString WorkOf(const ImportRun& run, const SourceRow& row) {
-    const QString operation = row.IsBlank("OprRef") ? row.Text("WrkRef") : row.Text("OprRef");
-    const QString work = TranslatedCode(run.GetSession(), "MMNN_PPOO", "OprRef", operation, "LAV_ORA");
-    return work.isEmpty() ? schema::defaults::GenericWork : work;
-}
-
 // --- Entry --------------------------------------------------------------------------------------------------------
 
 const Origin& Entry() {
@@ -249,7 +239,7 @@ const Origin& Entry() {
             {Button::Cli, "ImportContropartiLantek24", ImportContropartiLantek24, ContropartiNeeds()},
             {Button::Art, "ImportArticoliLantek24", ImportArticoliLantek24, ArticoliNeeds()},
             {Button::Doc, "ImportDocumentiLantek24", ImportDocumentiLantek24, DocumentiNeeds()},
-            {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, DistintaNeeds()},
+            {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, CamBillNeeds()},
             {Button::Saldi, "ImportInventarioLantek24", ImportInventarioLantek24, InventarioNeeds()},
             {Button::Disegni, "ImportRitagliLantek24", ImportRitagliLantek24, RitagliNeeds()},
         },

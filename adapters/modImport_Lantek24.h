@@ -1,35 +1,29 @@
 #pragma once
 
-#include "adapters/contract/Bill.h"
+#include "adapters/contract/Cam.h"
+#include "adapters/contract/CamBill.h"
 
 /// What the files of the module share.
 namespace modImport_Lantek24 {
 
 inline const QString Module = QStringLiteral("modImport_Lantek24");
 
-/// Products: parts, assemblies and sheets.
-inline const QString Products = QStringLiteral("PPRR_PPRR_00000100");
+using contract::cam::ArticleOf;
+using contract::cam::MaterialOf;
+using contract::cam::Products;
+using contract::cam::WorkOf;
+
 /// The class of a product that is a sheet.
 inline const QString SheetClass = QStringLiteral("51");
 
-/// CDART of a product.
-QString ArticleOf(contract::ImportRun& run, const QString& product);
 /// The unit of a unit's name in the source; the usual one for a blank name and for "unt".
 QString UnitOf(Session& session, const QString& name);
-/// The work centre of an operation, the generic one when there is none.
-QString WorkOf(const contract::ImportRun& run, const contract::SourceRow& row);
-/// CDMAT of a material of the source; empty when TAB_MAT has none with that external code.
-QString MaterialOf(Session& session, const QString& material);
 /// The day of a column, with its time; Null for a blank one and for 1 January 1900, which stands for none.
 QVariant DayOf(const contract::SourceRow& row, const QString& column);
 
 const contract::Needs& ArticoliNeeds();
 void ImportArticoliLantek24(Session& session, const QString& singleCode, bool reset);
 
-/// What the bill of a product reads and writes.
-const contract::Needs& DistintaNeeds();
-/// Writes the bill of a product, whose article is there, with its phases and components.
-contract::RowOutcome WriteBill(contract::ImportRun& run, contract::BillWriter& writer, const QString& product);
 void ImportDistintaLantek24(Session& session, const QString& singleCode, bool reset);
 
 const contract::Needs& DocumentiNeeds();

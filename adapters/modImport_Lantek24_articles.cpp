@@ -4,7 +4,6 @@
 
 #include "adapters/contract/Article.h"
 #include "adapters/contract/Attachment.h"
-#include "adapters/contract/Cam.h"
 #include "adapters/contract/FreeAttribute.h"
 #include "adapters/contract/SheetFormat.h"
 #include "adapters/contract/wholeCharacters.h"
@@ -23,8 +22,7 @@ namespace {
 // --- Source tables ------------------------------------------------------------------------------------------------
 
 const QString Materials = QStringLiteral("DIS_MMTT_MMTT_00000100");
-/// How SYS_IMP names the codes of products.
-const QString Codes = QStringLiteral("PPRR_PPRR");
+using contract::cam::ProductCodes;
 
 /// Data of the user, which become free attributes.
 const QStringList& UserColumns() {
@@ -68,7 +66,7 @@ Rule FamilyOfArticle() {
                 for (const QString& column : input.columns) {
                     if (!input.row.IsBlank(column)) {
                         const QString code =
-                            modImport::GetNewCode(input.session, Codes, column, input.row.Text(column), true);
+                            modImport::GetNewCode(input.session, ProductCodes, column, input.row.Text(column), true);
                         return code.isEmpty() ? RuleValue() : RuleValue(code);
                     }
                 }
@@ -127,14 +125,11 @@ double DensityOf(ImportRun& run, const QString& material) {
 
 /// A sheet has its own format, which weighs what the source says, else what its measures do.
 void WriteFormat(ImportRun& run, const SourceRow& row, const QString& article) {
-    const qdxProduction::SheetSize size{NumberOf(row, "DIS_Length"), NumberOf(row, "DIS_Width"),
-                                        NumberOf(row, "DIS_Thickness")};
-    const double density = DensityOf(run, row.Text("DIS_MatRef"));
-    const double weight = NumberOf(row, "Weight");
-    WriteSheetFormat(run,
-                     {article, qdxProduction::qdxCalcolaCodiceFormatoArticolo(size.length, size.width), size.length,
-                      size.width, weight != 0 ? weight : qdxProduction::qdxPesoArticoloLamiera(size, density), density,
-                      FirstOf(row.Text("PrdName"), 100), QString(), row.Text("PrdRef")});
+    const double length = NumberOf(row, "DIS_Length");
+    const double width = NumberOf(row, "DIS_Width");
+    WriteSheetFormat(run, {article, qdxProduction::qdxCalcolaCodiceFormatoArticolo(length, width), length, width,
+                           NumberOf(row, "Weight"), DensityOf(run, row.Text("DIS_MatRef")),
+                           FirstOf(row.Text("PrdName"), 100), QString(), row.Text("PrdRef")});
 }
 
 RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, const QString& folder) {
@@ -156,12 +151,8 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, const QString& f
 
 } // namespace
 
-QString ArticleOf(ImportRun& run, const QString& product) {
-    return ArticleWriter(run).CodeOf(Codes, "PrdRef", product);
-}
-
 QString UnitOf(Session& session, const QString& name) {
-    const QString known = modImport::GetNewCode(session, Codes, "UntName", name, true);
+    const QString known = modImport::GetNewCode(session, ProductCodes, "UntName", name, true);
     if (!known.isEmpty()) {
         return known;
     }

@@ -228,7 +228,7 @@ const Needs& DocumentiNeeds() {
                   DocumentNeeds(Purchases)};
         all.writes.push_back({"DOC_ACR", {"DRNOT", "DRLAM", "DRLMX", "DRLMY"}});
         all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP", "COTPC", "COCON"}});
-        for (const Needs* more : {&DistintaNeeds(), &OrdiniNeeds()}) {
+        for (const Needs* more : {&CamBillNeeds(), &OrdiniNeeds()}) {
             all.reads.insert(all.reads.end(), more->reads.begin(), more->reads.end());
             all.writes.insert(all.writes.end(), more->writes.begin(), more->writes.end());
         }

@@ -83,7 +83,7 @@ qint64 Importer::BillOf(const QString& product) {
     if (known != m_billIds.cend()) {
         return *known;
     }
-    const bool written = WriteBill(m_run, m_bills, product) != RowOutcome::Skipped;
+    const bool written = qdxImportDistintaFromLantek24(m_run, m_bills, product) != RowOutcome::Skipped;
     m_run.KeepWritten(); // the bill stays, whatever becomes of the order
     return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
 }

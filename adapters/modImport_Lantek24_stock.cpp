@@ -3,7 +3,6 @@
 #include "adapters/modImport_Lantek24.h"
 
 #include "adapters/contract/Attachment.h"
-#include "adapters/contract/Cam.h"
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/SheetFormat.h"
 #include "adapters/contract/Stock.h"

@@ -5,7 +5,6 @@
 // releases 30 to 44; that what is in progress lessens the stock is this system's own reading. Copying takes the columns
 // that both databases have. Known gaps: customers and suppliers; documents.
 
-#include "adapters/contract/Article.h"
 #include "adapters/contract/Cam.h"
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/Origin.h"
@@ -31,7 +30,7 @@ const QString Module = QStringLiteral("modImport_Lantek30");
 
 // --- Source tables ------------------------------------------------------------------------------------------------
 
-const QString Products = QStringLiteral("PPRR_PPRR_00000100");
+using cam::Products;
 const QString Inventory = QStringLiteral("WWHH_IIVV_00000100");
 const QString Operations = QStringLiteral("MMNN_PPOO_00000200");
 const QString Values = QStringLiteral("DIS_SHPR_PPTT_00000200");
@@ -327,8 +326,7 @@ RowOutcome Stocktaker::Row(const SourceRow& row) {
     StockLine line;
     line.quantity = QuantityOf(row);
     line.warehouse = warehouse.isEmpty() ? schema::defaults::Warehouse : warehouse;
-    line.article =
-        format.article.isEmpty() ? ArticleWriter(m_run).CodeOf("PPRR_PPRR", "PrdRef", product) : format.article;
+    line.article = format.article.isEmpty() ? cam::ArticleOf(m_run, product) : format.article;
     const double price = NumberOf(row, "DIS_Price");
     line.price = price != 0 ? price : NumberOf(row, "CurCost");
     line.location = row.Text("LocDefault");

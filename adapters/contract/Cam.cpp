@@ -1,8 +1,11 @@
 #include "adapters/contract/Cam.h"
 
+#include "adapters/contract/Article.h"
 #include "adapters/contract/Attachment.h"
+#include "adapters/contract/lookups.h"
 #include "adapters/sourceSettings.h"
 #include "core/modMain.h"
+#include "core/schemaDefaults.h"
 
 namespace contract {
 
@@ -32,5 +35,23 @@ void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& pr
         StoreImage(run, {"ART_FMT", QString::number(format), PathIn(folder, product + QStringLiteral(".bmp"))});
     }
 }
+
+namespace cam {
+
+QString ArticleOf(ImportRun& run, const QString& product) {
+    return ArticleWriter(run).CodeOf(ProductCodes, "PrdRef", product);
+}
+
+QString MaterialOf(Session& session, const QString& material) {
+    return material.isEmpty() ? material : LookUp(session, "TAB_MAT", "MAEXT", material, "CDMAT");
+}
+
+QString WorkOf(const ImportRun& run, const SourceRow& row) {
+    const QString operation = row.IsBlank("OprRef") ? row.Text("WrkRef") : row.Text("OprRef");
+    const QString work = TranslatedCode(run.GetSession(), "MMNN_PPOO", "OprRef", operation, "LAV_ORA");
+    return work.isEmpty() ? schema::defaults::GenericWork : work;
+}
+
+} // namespace cam
 
 } // namespace contract

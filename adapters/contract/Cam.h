@@ -19,4 +19,21 @@ QString CamProductsFolder(Session& session, const QString& prefix = CurrentCam);
 /// ART_FMT). Nothing without a products folder; a drawing that is not there is logged. Raises as `StoreImage`.
 void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& product);
 
+/// What the CAM's own codes are in Quadrix.
+namespace cam {
+
+/// Products: parts, assemblies and sheets.
+inline const QString Products = QStringLiteral("PPRR_PPRR_00000100");
+/// How SYS_IMP names the codes of products.
+inline const QString ProductCodes = QStringLiteral("PPRR_PPRR");
+
+/// CDART of a product.
+QString ArticleOf(ImportRun& run, const QString& product);
+/// CDMAT of a material; empty when TAB_MAT has none with that external code.
+QString MaterialOf(Session& session, const QString& material);
+/// The work centre of an operation, the generic one when there is none.
+QString WorkOf(const ImportRun& run, const SourceRow& row);
+
+} // namespace cam
+
 } // namespace contract
