@@ -125,18 +125,22 @@ class LookUpAction {
 public:
     explicit LookUpAction(Session& session)
         : m_session(session),
-          m_action(session.Errors.Action) {
-        if (m_action == ErrorAction::Ask && session.FailedLookUps.wasAborted) {
+          m_silent(session.Errors.Action == ErrorAction::Ask && session.FailedLookUps.wasAborted) {
+        if (m_silent) {
             session.Errors.Action = ErrorAction::Abort;
         }
     }
-    ~LookUpAction() { m_session.Errors.Action = m_action; }
+    ~LookUpAction() {
+        if (m_silent) {
+            m_session.Errors.Action = ErrorAction::Ask;
+        }
+    }
     LookUpAction(const LookUpAction&) = delete;
     LookUpAction& operator=(const LookUpAction&) = delete;
 
 private:
     Session& m_session;
-    ErrorAction m_action;
+    bool m_silent;
 };
 
 /// A look-up: an error is told under its name and gives the empty text. Only a source row that has been given up is
