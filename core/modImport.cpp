@@ -15,7 +15,8 @@ namespace {
 
 const QString Module = QStringLiteral("modImport");
 
-constexpr int NameLength = 20; ///< of the table and field names in SYS_IMP
+constexpr int NameLength = 20;       ///< of the table and field names in SYS_IMP
+constexpr int MostFailuresTold = 20; ///< different ones that are shown in a run; the log has them all
 
 /// External-code columns of the base tables that keep one.
 const QMap<QString, QString>& ExternalColumns() {
@@ -106,7 +107,7 @@ void TellFailure(Session& session, const QString& procedure, const QString& what
     const QString cause = CauseOf(error);
     const QString message = procedure + QStringLiteral(": ") + cause;
     ++failures.count;
-    if (!failures.messages.contains(message)) {
+    if (failures.messages.size() < MostFailuresTold && !failures.messages.contains(message)) {
         failures.messages.append(message);
         session.Errors.Monitoring(Module, procedure);
     }
@@ -145,9 +146,9 @@ private:
 
 /// A look-up: an error is told under its name and gives the empty text. Only a source row that has been given up is
 /// passed on, or it would go on as if its code had no translation.
-/// @param what the code looked for, as the log names it
-template<class Body>
-QString Looked(Session& session, const QString& procedure, const QString& what, const Body& body) {
+/// @param what gives the code looked for, as the log names it
+template<class What, class Body>
+QString Looked(Session& session, const QString& procedure, const What& what, const Body& body) {
     const LookUpAction action(session);
     try {
         return body();
@@ -155,9 +156,9 @@ QString Looked(Session& session, const QString& procedure, const QString& what, 
         throw;
     } catch (const Error& error) {
         session.FailedLookUps.wasAborted = true;
-        TellFailure(session, procedure, what, error);
+        TellFailure(session, procedure, what(), error);
     } catch (const std::exception& error) {
-        TellFailure(session, procedure, what, ImportError(QString::fromUtf8(error.what())));
+        TellFailure(session, procedure, what(), ImportError(QString::fromUtf8(error.what())));
     }
     return {};
 }
@@ -176,7 +177,7 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
         return {};
     }
     const Operator::Busy busy(session.Person);
-    const QString what = QStringLiteral("%1.%2 = %3").arg(tableName, fieldName, oldCode);
+    const auto what = [&] { return QStringLiteral("%1.%2 = %3").arg(tableName, fieldName, oldCode); };
     return Looked(session, QStringLiteral("GetNewCode"), what, [&] {
         return Translate(session, tableName.left(NameLength), fieldName.left(NameLength), oldCode, addIfMissing);
     });
@@ -194,24 +195,24 @@ void ForgetNewCode(Session& session, const QString& tableName, const QString& fi
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,
                                     bool partialMatch) {
     const Operator::Busy busy(session.Person);
-    return Looked(session, QStringLiteral("GetNewControparteFromCodExt"), QStringLiteral("CON_TRO = ") + sourceCode,
-                  [&] {
-                      const QString compare =
-                          partialMatch ? QString(QStringLiteral(" LIKE '%") + sourceCode + QStringLiteral("%'"))
-                                       : QString(QStringLiteral(" = '") + sourceCode + u'\'');
-                      const QString customer = QStringLiteral("COCGE") + compare;
-                      const QString supplier = QStringLiteral("COFGE") + compare;
-                      const QString condition = asCustomer   ? customer
-                                                : asSupplier ? supplier
-                                                             : customer + QStringLiteral(" OR\r      ") + supplier;
-                      return FirstText(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
-                                                    QStringLiteral("_CON_TRO\rWHERE ") + condition);
-                  });
+    const auto what = [&] { return QString(QStringLiteral("CON_TRO = ") + sourceCode); };
+    return Looked(session, QStringLiteral("GetNewControparteFromCodExt"), what, [&] {
+        const QString compare = partialMatch ? QString(QStringLiteral(" LIKE '%") + sourceCode + QStringLiteral("%'"))
+                                             : QString(QStringLiteral(" = '") + sourceCode + u'\'');
+        const QString customer = QStringLiteral("COCGE") + compare;
+        const QString supplier = QStringLiteral("COFGE") + compare;
+        const QString condition = asCustomer   ? customer
+                                  : asSupplier ? supplier
+                                               : customer + QStringLiteral(" OR\r      ") + supplier;
+        return FirstText(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
+                                      QStringLiteral("_CON_TRO\rWHERE ") + condition);
+    });
 }
 
 QString GetExternalCode(Session& session, const QString& tableName, const QString& code, bool toQuadrix) {
     const Operator::Busy busy(session.Person);
-    return Looked(session, QStringLiteral("GetExternalCode"), tableName + QStringLiteral(" = ") + code, [&] {
+    const auto what = [&] { return QString(tableName + QStringLiteral(" = ") + code); };
+    return Looked(session, QStringLiteral("GetExternalCode"), what, [&] {
         const QString external = ExternalColumns().value(tableName.toUpper());
         const QString key = external.isEmpty() ? QString() : session.Quadrix.GetTableInfo(tableName).keyColumn;
         if (key.isEmpty()) {

@@ -122,24 +122,23 @@ void AccessTable::ReadColumns() {
 }
 
 void AccessTable::CopyRows(PrivateTable& target) {
-    qint64& row = m_row;
-    row = 0;
+    m_row = 0;
     mdb_rewind_table(m_table.get());
     while (mdb_fetch_row(m_table.get()) != 0) {
-        ++row;
+        ++m_row;
         try {
             CopyRow(target);
         } catch (ImportError& error) {
-            error.AddContext(QStringLiteral("riga %1").arg(row));
+            error.AddContext(QStringLiteral("riga %1").arg(m_row));
             throw;
         }
-        target.AddRow(row);
+        target.AddRow(m_row);
     }
-    if (row != m_table->num_rows) {
+    if (m_row != m_table->num_rows) {
         throw ImportError(QStringLiteral("dovrebbe avere %1 righe, se ne leggono %2: riparare il file con Access "
                                          "('Compatta e ripristina database')")
                               .arg(m_table->num_rows)
-                              .arg(row));
+                              .arg(m_row));
     }
 }
 
