@@ -13,8 +13,8 @@
 #include "adapters/contract/Mapping.h"
 #include "adapters/contract/Origin.h"
 #include "adapters/contract/TargetRow.h"
+#include "adapters/sourceSettings.h"
 #include "core/modImport.h"
-#include "core/modMain.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;

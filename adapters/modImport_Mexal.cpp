@@ -19,7 +19,7 @@
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
 
-#include <QDir>
+#include <QFileInfo>
 
 using namespace contract;
 using namespace contract::rules;
