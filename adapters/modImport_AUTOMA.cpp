@@ -226,7 +226,8 @@ const sourceSettings::ServerKeys& Keys() {
                                                  "AUTOMA_Password",
                                                  "AUTOMA_Servername",
                                                  "AUTOMA_Databasename",
-                                                 "AUTOMA_NetworkCredential"};
+                                                 "AUTOMA_NetworkCredential",
+                                                 "AUTOMA_Driver"};
     return keys;
 }
 

@@ -13,8 +13,8 @@
 #include "adapters/contract/Mapping.h"
 #include "adapters/contract/Origin.h"
 #include "adapters/contract/TargetRow.h"
+#include "adapters/sourceSettings.h"
 #include "core/modImport.h"
-#include "core/modMain.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -348,9 +348,7 @@ void ImportPianoContiArca2000(Session& session, const QString& singleCode, bool 
 // --- Source and entry ---------------------------------------------------------------------------------------------
 
 bool PrepareSource(Session& session, ovConnection& source) {
-    const QString folder = modMain::GetAppConfig(session, "IMPORT", "Databasename", "");
-    source.ConnectionString = "Driver={Microsoft Visual FoxPro Driver};Data Source=" + folder;
-    source.ProviderType = Provider::VisualFoxPro;
+    sourceSettings::FoxProFolder()(session, source);
     source.LookupColumns = QStringList{"anagrafe.codice", "destinaz.codicecf", "listini.codicearti"};
     return true;
 }

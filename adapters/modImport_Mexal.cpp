@@ -19,7 +19,7 @@
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
 
-#include <QDir>
+#include <QFileInfo>
 
 using namespace contract;
 using namespace contract::rules;
@@ -253,13 +253,11 @@ void ImportPianoContiMEX(Session& session, const QString& singleCode, bool reset
 // --- Source and entry ---------------------------------------------------------------------------------------------
 
 bool PrepareSource(Session& session, ovConnection& source) {
-    const QString folder = session.Config.PeekAppConfig("IMPORT", "Databasename");
-    const QDir base = QFileInfo(session.Config.ConfigFile()).absoluteDir();
-    if (folder.isEmpty() || !QFileInfo(base.filePath(QString(folder).replace(u'\\', u'/'))).isDir()) {
+    if (!QFileInfo(sourceSettings::DatabasePath(session)).isDir()) {
         return sourceSettings::DataSource("MEXAL")(session, source);
     }
     source.LookupColumns = QStringList{"PIA_CON._PCCOD", "ART_MAG._ARCOD", "DIS_MAT._DBPAD"};
-    return sourceSettings::TextFolder(folder)(session, source);
+    return sourceSettings::TextFolder(QString())(session, source);
 }
 
 } // namespace

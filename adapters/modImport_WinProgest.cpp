@@ -414,8 +414,7 @@ void ImportDisegniWinProgest(Session& session, const QString& singleCode, bool r
 
 /// The data files are the tables of the folder Databasename where that is a folder, else those of an ODBC data source.
 bool PrepareFiles(Session& session, ovConnection& source) {
-    const QString folder = session.Config.PeekAppConfig("IMPORT", "Databasename");
-    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
+    if (!QFileInfo(sourceSettings::DatabasePath(session)).isDir()) {
         return sourceSettings::DataSource("WINPROGEST")(session, source);
     }
     sourceSettings::FoxProFolder()(session, source);

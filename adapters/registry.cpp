@@ -111,15 +111,18 @@ const std::vector<const contract::Origin*>& SecondSources() {
     return origins;
 }
 
+std::vector<const contract::Origin*> All() {
+    std::vector<const contract::Origin*> all = Origins();
+    all.insert(all.end(), SecondSources().begin(), SecondSources().end());
+    return all;
+}
+
 const contract::Origin* Find(const QString& name) {
-    for (const auto* origins : {&Origins(), &SecondSources()}) {
-        for (const contract::Origin* origin : *origins) {
-            if (origin->name.compare(name, Qt::CaseInsensitive) == 0) {
-                return origin;
-            }
-        }
-    }
-    return nullptr;
+    const auto all = All();
+    const auto found = std::find_if(all.begin(), all.end(), [&name](const contract::Origin* origin) {
+        return origin->name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == all.end() ? nullptr : *found;
 }
 
 } // namespace registry

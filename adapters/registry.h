@@ -9,6 +9,8 @@ namespace registry {
 const std::vector<const contract::Origin*>& Origins();
 /// Origins that the list does not show: a sequence opens them beside one of the list.
 const std::vector<const contract::Origin*>& SecondSources();
+/// Both: every origin that the program knows.
+std::vector<const contract::Origin*> All();
 /// The origin of that name, of the list or not, compared without case; null when there is none.
 const contract::Origin* Find(const QString& name);
 

@@ -1,21 +1,40 @@
 #include "adapters/sourceSettings.h"
 
 #include "core/modMain.h"
+#include "sql/mod_ovTools.h"
 
 #include <QDir>
+#include <QSet>
 
 namespace sourceSettings {
 
 namespace {
 
 const QString Section = QStringLiteral("IMPORT");
+const QString Database = QStringLiteral("Databasename");
+
+/// A setting as messages name it.
+QString KeyName(const Session& session, const QString& key) {
+    return QStringLiteral("chiave %1, sezione [%2] di '%3'")
+        .arg(key, Section, QDir::toNativeSeparators(session.Config.ConfigFile()));
+}
 
 QString Setting(Session& session, const QString& key, const QString& defaultValue) {
     return modMain::GetAppConfig(session, Section, key, defaultValue);
 }
 
 void ReadProvider(Session& session, ovConnection& source) {
-    source.ProviderType = static_cast<Provider>(Setting(session, "ProviderType", "0").toInt());
+    static const QSet<int> known{0, 1, 2, 3, 4, 6};
+    const QString key = QStringLiteral("ProviderType");
+    const QString text = Setting(session, key, QStringLiteral("0"));
+    const auto number = mod_ovTools::ReadNumber(text);
+    const int provider = number && *number == static_cast<int>(*number) ? static_cast<int>(*number) : -1;
+    if (!known.contains(provider)) {
+        throw ImportError(QStringLiteral("'%1' non è un tipo di database: 0 SQL Server, 1 Access, 2 Sybase, 3 MySQL, 4 "
+                                         "Oracle, 6 Visual FoxPro (%2)")
+                              .arg(text, KeyName(session, key)));
+    }
+    source.ProviderType = static_cast<Provider>(provider);
 }
 
 /// Whether the name of a database is that of a SQLite file.
@@ -23,18 +42,34 @@ bool NamesSqliteFile(const QString& database) {
     return database.endsWith(u".sqlite", Qt::CaseInsensitive) || database.endsWith(u".db", Qt::CaseInsensitive);
 }
 
+/// Whether a path begins with a drive or a computer of Windows, whatever system this is.
+bool IsWindowsPath(const QString& path) {
+    return path.startsWith(u"\\\\") || (path.size() > 1 && path.at(1) == u':' && path.at(0).isLetter());
+}
+
 /// A path of the settings, counted from their folder.
 QString FromSettingsFolder(const Session& session, const QString& path) {
+    if (IsWindowsPath(path)) {
+        return path;
+    }
     const QDir folder = QFileInfo(session.Config.ConfigFile()).absoluteDir();
     return QDir::cleanPath(folder.absoluteFilePath(QString(path).replace(u'\\', u'/')));
 }
 
+/// The path of the setting Databasename that a source of files cannot do without.
+QString RequiredPath(Session& session, const QString& defaultPath) {
+    const QString path = Setting(session, Database, defaultPath);
+    if (path.isEmpty()) {
+        throw ImportError(
+            QStringLiteral("Manca il percorso dei dati dell'origine: scriverlo in %1").arg(KeyName(session, Database)));
+    }
+    return FromSettingsFolder(session, path);
+}
+
 /// SQLite would make a file that is not there, and the import would find an empty database.
-void RequireFile(const QString& file) {
+void RequireFile(Session& session, const QString& file, const QString& key) {
     if (!QFileInfo(file).isFile()) {
-        throw ImportError(QStringLiteral("Il file '%1' non esiste: correggere il nome del database nelle impostazioni "
-                                         "dell'origine")
-                              .arg(file));
+        throw ImportError(QStringLiteral("Il file '%1' non esiste: correggere %2").arg(file, KeyName(session, key)));
     }
 }
 
@@ -68,12 +103,29 @@ Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
 
 } // namespace
 
+QString DatabasePath(Session& session) {
+    const QString path = session.Config.PeekAppConfig(Section, Database);
+    return path.isEmpty() ? path : FromSettingsFolder(session, path);
+}
+
+QString PathAdvice(Session& session, const ovConnection& source) {
+    const QString path = DatabasePath(session);
+    if (path.isEmpty() || !source.ConnectionString.contains(path)) {
+        return {};
+    }
+    const QString cut = session.Config.IsCut(Section, Database)
+                            ? QStringLiteral("; del percorso si leggono solo i primi %1 caratteri: accorciarlo")
+                                  .arg(ovConfig::LongestValue)
+                            : QString();
+    return QStringLiteral("il percorso è quello della ") + KeyName(session, Database) + cut;
+}
+
 Prepare DataSource(const QString& defaultDsn) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
         source.DSN = Setting(session, "DSN", defaultDsn);
-        source.User = session.Config.PeekAppConfig(Section, "Username");
-        source.Password = session.Config.PeekAppConfig(Section, "Password");
+        source.User = session.Config.PeekAppConfig(Section, "DSN_Username");
+        source.Password = session.Config.PeekAppConfig(Section, "DSN_Password");
         return true;
     };
 }
@@ -81,12 +133,13 @@ Prepare DataSource(const QString& defaultDsn) {
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
+        source.Driver = session.Config.PeekAppConfig(Section, keys.driver);
         source.Server = Setting(session, keys.server, "SERVER");
         source.DatabaseName = Setting(session, keys.database, defaultDatabase);
         source.Embedded = NamesSqliteFile(source.DatabaseName);
         if (source.Embedded) {
             source.DatabaseName = FromSettingsFolder(session, source.DatabaseName);
-            RequireFile(source.DatabaseName);
+            RequireFile(session, source.DatabaseName, keys.database);
         }
         source.NetworkCredential =
             modMain::IsAppConfigOn(session, keys.networkSection, keys.network, keys.networkDefault);
@@ -100,7 +153,7 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
 
 Prepare FoxProFolder() {
     return [](Session& session, ovConnection& source) {
-        UseFoxProFolder(source, Setting(session, "Databasename", ""));
+        UseFoxProFolder(source, RequiredPath(session, QString()));
         return true;
     };
 }
@@ -109,7 +162,7 @@ Prepare ChosenAccessFile(const QString& defaultDatabase) {
     const Prepare choose =
         ChosenFile("File Access da importare", "File di Access (*.mdb)|*.mdb|Tutti i file (*.*)|*.*", UseAccessFile);
     return [=](Session& session, ovConnection& source) {
-        const QString file = FromSettingsFolder(session, Setting(session, "Databasename", defaultDatabase));
+        const QString file = RequiredPath(session, defaultDatabase);
         if (QFileInfo(file).isFile()) {
             UseAccessFile(source, file);
             return true;
@@ -120,8 +173,7 @@ Prepare ChosenAccessFile(const QString& defaultDatabase) {
 
 Prepare AccessFileInFolder(const QString& fileName) {
     return [=](Session& session, ovConnection& source) {
-        const QString folder = Setting(session, "Databasename", ".");
-        UseAccessFile(source, QDir(FromSettingsFolder(session, folder)).filePath(fileName));
+        UseAccessFile(source, QDir(RequiredPath(session, ".")).filePath(fileName));
         return true;
     };
 }
@@ -142,7 +194,7 @@ Prepare TextFile(const QString& title, const QString& filter) {
 
 Prepare TextFolder(const QString& defaultFolder) {
     return [=](Session& session, ovConnection& source) {
-        UseTextFolder(source, FromSettingsFolder(session, Setting(session, "Databasename", defaultFolder)));
+        UseTextFolder(source, RequiredPath(session, defaultFolder));
         return true;
     };
 }

@@ -10,12 +10,20 @@ namespace sourceSettings {
 /// Fills a connection's parameters; false when the operator gave up.
 using Prepare = std::function<bool(Session&, ovConnection& source)>;
 
-/// An ODBC data source: setting DSN, with the user and password of the settings where they are set.
+/// The path of the setting Databasename, counted from the folder of the settings; empty when it is not set.
+QString DatabasePath(Session& session);
+/// What an error says of the path of a file source: which setting it stands in, and whether only its beginning was
+/// read. Empty for a source whose path comes from elsewhere.
+QString PathAdvice(Session& session, const ovConnection& source);
+
+/// An ODBC data source: setting DSN, with the user and password of DSN_Username and DSN_Password where they are set.
+/// The user of the server origins is not that of a data source, which keeps its own.
 Prepare DataSource(const QString& defaultDsn);
 
 /// A database server: settings ProviderType, Servername, Databasename, NetworkCredential and, without integrated
 /// sign-on, Username and Password. A Databasename that ends in ".sqlite" or ".db" names a SQLite file with the
-/// server's tables, such as the examples are; it is counted from the folder of the settings.
+/// server's tables, such as the examples are; it is counted from the folder of the settings. Setting Driver names the
+/// ODBC driver, where it is not the usual one.
 struct ServerKeys {
     QString networkSection = "IMPORT";
     QString networkDefault = "0";
@@ -24,8 +32,12 @@ struct ServerKeys {
     QString server = "Servername";
     QString database = "Databasename";
     QString network = "NetworkCredential";
+    QString driver = "Driver";
 };
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys = {});
+
+// A path of Databasename is counted from the folder of the settings; without one, and without a default, preparing
+// raises `ImportError` naming the setting.
 
 /// A folder of FoxPro tables: setting Databasename.
 Prepare FoxProFolder();

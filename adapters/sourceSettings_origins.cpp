@@ -3,6 +3,7 @@
 #include "core/modMain.h"
 #include "sql/mod_ovTools.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QMap>
 
@@ -62,9 +63,18 @@ bool PrepareSolution(Session& session, ovConnection& source) {
     }
     SettingsFile file(path);
     const QString section = QStringLiteral("DATABASE");
+    const QString provider = file.Read(section, "Provider");
+    if (!provider.isEmpty() && !modMain::SetProvider(source, provider)) {
+        throw ImportError(QStringLiteral("File '%1', sezione [%2], chiave Provider: '%3' non è un tipo di database "
+                                         "(MSSQL, ACCESS, SYBASE, MYSQL, ORACLE, SQLITE)")
+                              .arg(path, section, provider));
+    }
     const QString database = file.Read(section, "DatabaseName");
     source.Server = file.Read(section, "ServerName");
     source.DatabaseName = database.isEmpty() ? QStringLiteral("SOLUTION") : database;
+    if (source.Embedded) {
+        source.DatabaseName = QFileInfo(path).dir().filePath(source.DatabaseName);
+    }
     source.User = file.Read(section, "Username");
     source.Password = file.Read(section, "Password");
     source.NetworkCredential = source.User.isEmpty();

@@ -1,9 +1,28 @@
 #include "app/connectSource.h"
 
 #include "adapters/sourceSettings.h"
+#include "core/modImport.h"
 #include "sources/fileSource.h"
+#include "sql/CodePage.h"
+
+#include <QDir>
 
 namespace {
+
+/// The code page of files that do not tell theirs.
+QString ReadCodePage(Session& session) {
+    const QString section = QStringLiteral("IMPORT");
+    const QString key = QStringLiteral("CodePage");
+    const QString name = session.Config.PeekAppConfig(section, key);
+    try {
+        const CodePage known(name);
+    } catch (ImportError& error) {
+        error.AddContext(QStringLiteral("File '%1', sezione [%2], chiave %3")
+                             .arg(QDir::toNativeSeparators(session.Config.ConfigFile()), section, key));
+        throw;
+    }
+    return name;
+}
 
 /// Fills the connection from settings and questions and opens it; false when the operator gave up.
 bool Open(Session& session, const contract::Origin& origin, ovConnection& source) {
@@ -14,7 +33,14 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
     if (!prepare(session, source)) {
         return false;
     }
-    source.OpenConnection();
+    try {
+        source.OpenConnection();
+    } catch (ImportError& error) {
+        if (const QString advice = sourceSettings::PathAdvice(session, source); !advice.isEmpty()) {
+            error.AddAdvice(advice);
+        }
+        throw;
+    }
     return true;
 }
 
@@ -25,6 +51,8 @@ std::unique_ptr<ovConnection> NewSource(Session& session) {
     source->Errors = &session.Errors;
     source->OpenFiles = sources::OpenFileSource;
     source->Trace = session.TraceSource;
+    source->CodePage = ReadCodePage(session);
+    source->Note = [&session](const QString& note) { modImport::LogNote(session, note); };
     return source;
 }
 
@@ -51,6 +79,15 @@ void CloseSource(Session& session) {
     }
 }
 
-void TellNotConnected(Session& session, const contract::Origin& origin) {
-    session.Person.Message(QStringLiteral("Impossibile connettersi a ") + origin.name + u'!', Icon::Exclamation);
+SourceOutcome ConnectOrTell(Session& session, const contract::Origin& origin) {
+    // The collector keeps the error; one box shows it, not two.
+    const auto report = std::exchange(session.Errors.ReportToOperator, {});
+    const SourceOutcome outcome = ConnectSource(session, origin);
+    session.Errors.ReportToOperator = report;
+    if (outcome == SourceOutcome::Failed) {
+        session.Person.Message(QStringLiteral("Impossibile connettersi a %1!\n\n%2")
+                                   .arg(origin.name, session.Errors.Entries().last().message),
+                               Icon::Exclamation);
+    }
+    return outcome;
 }

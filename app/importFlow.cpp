@@ -148,9 +148,8 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     const SourceCloser closer(session);
     const bool opens =
         std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->opensSource; });
-    const SourceOutcome source = opens ? ConnectSource(session, *request.choice.origin) : SourceOutcome::Opened;
+    const SourceOutcome source = opens ? ConnectOrTell(session, *request.choice.origin) : SourceOutcome::Opened;
     if (source == SourceOutcome::Failed) {
-        TellNotConnected(session, *request.choice.origin);
         return FlowOutcome::Failed;
     }
     if (source == SourceOutcome::GivenUp) {

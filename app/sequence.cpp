@@ -72,6 +72,7 @@ std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& nam
     keys.server = prefix + "Servername";
     keys.database = prefix + "Databasename";
     keys.network = prefix + "NetworkCredential";
+    keys.driver = prefix + "Driver";
     return Guarded(session.Errors, "frmImport", "Sequence", std::unique_ptr<ovConnection>(), [&] {
         auto source = NewSource(session);
         sourceSettings::Server(name, keys)(session, *source);

@@ -35,20 +35,27 @@ void Wire(Session& session, const QString& settingsFile) {
     session.LogFile = LogPath(folder);
 }
 
-/// @param name the setting, in any case; one that is not known leaves the connection as it is
-void SetProvider(ovConnection& connection, const QString& name) {
-    static const QMap<QString, Provider> providers{{"MSSQL", Provider::SqlServer},
-                                                   {"ACCESS", Provider::Access},
-                                                   {"SYBASE", Provider::Sybase},
-                                                   {"MYSQL", Provider::MySql},
-                                                   {"ORACLE", Provider::Oracle}};
-    const QString key = name.trimmed().toUpper();
-    connection.ProviderType = providers.value(key, connection.ProviderType);
-    connection.Embedded = key == u"SQLITE";
+/// Replaces the clear password in the file by its scrambled form. A file that may only be read serves as well: the
+/// operator is told that the password stays legible.
+void HidePassword(Session& session, const QString& password) {
+    try {
+        const QString scrambled = ScramblePassword(password, Scrambling::Scramble, true);
+        if (scrambled.size() > ovConfig::LongestValue) {
+            throw ImportError(QStringLiteral("la password è troppo lunga per essere mascherata"));
+        }
+        session.Config.SetAppConfig(Section, "Password", scrambled);
+        session.Config.SetAppConfig(Section, "PasswordEncryption", "1");
+    } catch (const ImportError& error) {
+        session.Person.Message(
+            QStringLiteral("La password resta leggibile nelle impostazioni ([DATABASE], Password): %1")
+                .arg(error.Message()),
+            Icon::Exclamation);
+    }
 }
 
 /// The password as the connection needs it; a clear one in the file is replaced by its scrambled form.
-QString ReadPassword(ovConfig& config) {
+QString ReadPassword(Session& session) {
+    ovConfig& config = session.Config;
     const QString stored = config.GetAppConfig(Section, "Password", "");
     if (stored.trimmed().isEmpty()) {
         return stored;
@@ -58,23 +65,34 @@ QString ReadPassword(ovConfig& config) {
         return ScramblePassword(stored, Scrambling::Unscramble, true);
     }
     if (form == u"0") {
-        config.SetAppConfig(Section, "Password", ScramblePassword(stored, Scrambling::Scramble, true));
-        config.SetAppConfig(Section, "PasswordEncryption", "1");
+        HidePassword(session, stored);
     }
     return stored;
+}
+
+/// A line that means nothing is one that somebody meant something by.
+void TellBrokenLines(Session& session) {
+    const QStringList broken = session.Config.BrokenLines();
+    if (!broken.isEmpty()) {
+        session.Person.Message(QStringLiteral("File delle impostazioni '%1': ci sono righe che non sono né una sezione "
+                                              "né un valore\n%2")
+                                   .arg(QDir::toNativeSeparators(session.Config.ConfigFile()), broken.join(u'\n')),
+                               Icon::Exclamation);
+    }
 }
 
 void ReadConnection(Session& session) {
     ovConfig& config = session.Config;
     ovConnection& connection = session.Quadrix;
     SetProvider(connection, config.GetAppConfig(Section, "Provider", "MSSQL"));
+    connection.Driver = config.PeekAppConfig(Section, "Driver");
     connection.Server = config.GetAppConfig(Section, "ServerName", QSysInfo::machineHostName().toUpper());
     connection.DatabaseName = config.GetAppConfig(Section, "DatabaseName", "QUADRIX");
     const QString network = config.GetAppConfig(Section, "NetworkCredential", "1");
     connection.NetworkCredential = mod_ovTools::ReadNumber(network).value_or(0) == 1;
     if (!connection.NetworkCredential) {
         connection.User = config.GetAppConfig(Section, "Username", mod_ovTools::GetUserName());
-        connection.Password = ReadPassword(config);
+        connection.Password = ReadPassword(session);
     }
 }
 
@@ -115,6 +133,7 @@ bool ConnectQuadrix(Session& session, const QString& settingsFile, MissingDataba
     const Operator::Busy busy(session.Person);
     return Guarded(session.Errors, QStringLiteral("modMain"), QStringLiteral("ConnectQuadrix"), false, [&] {
         Wire(session, settingsFile);
+        TellBrokenLines(session);
         ReadConnection(session);
         if (session.Quadrix.Embedded) {
             const QDir folder = QFileInfo(settingsFile).absoluteDir();

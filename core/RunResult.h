@@ -63,11 +63,12 @@ struct RunResult {
     qint64 skipped = 0;    ///< source rows left out by a rule
     qint64 notReached = 0; ///< source rows behind a cancel or an error
     qint64 givenUpCount = 0;
+    qint64 failedLookUps = 0; ///< look-ups that failed; their rows went on as without a translation
     QVector<GivenUp> givenUp; ///< the first 1000 of them
     QMap<QString, TableCount> tables;
     QStringList untranslated; ///< codes met without a translation, as "table.field = code"
     Notes notes;              ///< what the log tells about its rows, beside those given up
-    QStringList errors;       ///< messages of the errors that ended the procedure
+    QStringList errors;       ///< messages of the errors that ended the procedure, and of failed look-ups, each once
     double seconds = 0;
 
     /// Whether the classes add up to the source rows.

@@ -15,6 +15,8 @@ Column ColumnOf(const Line& line) {
     column.name = QString::fromLatin1(line.name);
     column.type = line.type;
     column.size = line.size;
+    column.words = line.words;
+    column.foreign = line.foreign;
     column.languageText = line.languageText;
     column.indexed = line.indexed;
     column.refersTo = QString::fromLatin1(line.refersTo);

@@ -16,6 +16,8 @@ struct Column {
     QString name;
     DataType type = DataType::NVarChar;
     int size = 0;              ///< characters of a text; 0 for every other type
+    bool words = false;        ///< a text that people read: a name, a description, an address; not a code
+    bool foreign = false;      ///< codes of somebody else, that are kept as they come
     bool languageText = false; ///< its texts are kept by language in SYS_LNG too
     bool indexed = false;      ///< has an index of its own, beside that of the table's key
     QString refersTo;          ///< bare name of the table whose codes it holds; empty for none
@@ -35,6 +37,11 @@ public:
     const Column* FindColumn(const QString& column) const;
     /// Name of the column that holds the table's own code: its key of one column; empty when it has none.
     QString CodeColumn() const { return key.size() == 1 ? key.front() : QString(); }
+    /// Whether a column holds codes of Quadrix: those of the table itself ("CD..." in its key) or another table's.
+    bool HoldsCodes(const Column& column) const {
+        return !column.refersTo.isEmpty() ||
+               (column.name.startsWith(u"CD") && key.contains(column.name) && !column.foreign);
+    }
     /// Adds a column after the last.
     void Add(Column column);
 

@@ -13,6 +13,20 @@ Session::Session(Operator& person)
     };
 }
 
+void Session::MonitorOnce(const QString& module, const QString& procedure) {
+    try {
+        throw;
+    } catch (const Error& error) {
+        const auto& told = Errors.Entries();
+        if (std::any_of(told.cbegin(), told.cend(),
+                        [&error](const ErrorEntry& entry) { return entry.message == error.Message(); })) {
+            return;
+        }
+    } catch (...) { // anything else is told each time
+    }
+    Errors.Monitoring(module, procedure);
+}
+
 ovConnection& Session::SourceConnection() {
     if (!Source || !Source->State()) {
         throw ImportError(QStringLiteral("Nessuna origine dati aperta"));

@@ -9,6 +9,13 @@
 #include <QHash>
 #include <QSet>
 
+/// Look-ups that failed in the procedure under way.
+struct LookUpFailures {
+    qint64 count = 0;
+    QStringList messages;    ///< of the different ones, each once
+    bool wasAborted = false; ///< the operator has been asked about one of them, and would not go on with it
+};
+
 /// What lives for the run: the framework objects, the two connections, the operator and the clock.
 /// Passed by reference; there is one per program.
 class Session {
@@ -34,6 +41,10 @@ public:
     /// Path of a further log that gets every line of the default one, and keeps those of earlier runs; empty for none.
     QString LogCopy;
 
+    /// Reports the error being handled (call it inside a catch block) as `ovErrors::Monitoring` does, unless one with
+    /// the same words has been reported since the collector was cleared: one that every setting meets is told once.
+    void MonitorOnce(const QString& module, const QString& procedure);
+
     /// The source connection. Raises `ImportError` when no source is open.
     ovConnection& SourceConnection();
 
@@ -43,6 +54,7 @@ public:
     QStringList Untranslated;
     QSet<QString> UntranslatedSeen; ///< the same, for a quick look
     ::Notes Notes;                  ///< of the procedure under way
+    LookUpFailures FailedLookUps;
     /// One entry per procedure that ran, oldest first.
     QVector<RunResult> Results;
 };

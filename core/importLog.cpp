@@ -16,15 +16,18 @@ QChar First(const QString& text) {
     return text.at(0);
 }
 
-/// The value in upper case when the configuration key is 1; a configuration that cannot be read changes nothing.
-QString WithCase(Session& session, const QString& key, const QString& defaultValue, const QString& value) {
+/// Whether the configuration key is 1; a configuration that cannot be read changes no value.
+bool IsUpper(Session& session, const QString& key, const QString& defaultValue) {
     try {
-        const QString setting = session.Config.GetConfig(key, defaultValue);
-        return mod_ovTools::ReadNumber(setting).value_or(0) == 1 ? value.toUpper() : value;
+        return mod_ovTools::ReadNumber(session.Config.GetConfig(key, defaultValue)).value_or(0) == 1;
     } catch (const Error&) {
-        return value;
+        return false;
     }
 }
+
+bool UpperKeys(Session& session) { return IsUpper(session, QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1")); }
+
+bool UpperTexts(Session& session) { return IsUpper(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")); }
 
 void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
     QFile file(path);
@@ -55,12 +58,14 @@ void LogNote(Session& session, const QString& message) {
 }
 
 QString FormatKeyField(Session& session, const QString& value) {
-    return WithCase(session, QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1"), value);
+    return UpperKeys(session) ? mod_ovTools::UpperChars(value) : value;
 }
 
 QString FormatTextField(Session& session, const QString& value) {
-    return WithCase(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0"), value);
+    return UpperTexts(session) ? mod_ovTools::UpperChars(value) : value;
 }
+
+FieldCase ReadFieldCase(Session& session) { return {UpperKeys(session), UpperTexts(session)}; }
 
 bool IsDigitChar(const QString& text) {
     const QChar first = First(text);

@@ -15,7 +15,8 @@ namespace {
 
 const QString Module = QStringLiteral("modImport");
 
-constexpr int NameLength = 20; ///< of the table and field names in SYS_IMP
+constexpr int NameLength = 20;       ///< of the table and field names in SYS_IMP
+constexpr int MostFailuresTold = 20; ///< different ones that are shown in a run; the log has them all
 
 /// External-code columns of the base tables that keep one.
 const QMap<QString, QString>& ExternalColumns() {
@@ -26,13 +27,15 @@ const QMap<QString, QString>& ExternalColumns() {
     return columns;
 }
 
+/// A code as a literal. A code that happens to be "Null" is one like any other.
 QString Quoted(const Session& session, const QString& text) {
-    return FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
+    const QString literal = FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
+    return literal.startsWith(u'\'') ? literal : QString(u'\'' + text + u'\'');
 }
 
 /// Key of a translation in the memory: one text for the three, compared without case.
 QString MemoryKey(const QString& table, const QString& field, const QString& oldCode) {
-    return (table + QChar(0) + field + QChar(0) + oldCode).toUpper();
+    return mod_ovTools::UpperChars(table + QChar(0) + field + QChar(0) + oldCode);
 }
 
 /// Notes a code without a translation for whoever is to give it one. A code that SYS_IMP cannot hold has none, and is
@@ -51,7 +54,7 @@ void AddMissing(Session& session, const QString& table, const QString& field, co
     query.SetTable(QStringLiteral("SYS_IMP"));
     query.AddUpdateField(QStringLiteral("TBNAM"), table, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("TBFLD"), field, DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("TBOLD"), oldCode, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("TBOLD"), Quoted(session, oldCode), DataType::Expression);
     query.AddUpdateField(QStringLiteral("TBNEW"), QString(QLatin1String("")), DataType::NVarChar);
     session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
 }
@@ -91,18 +94,73 @@ QString Translate(Session& session, const QString& table, const QString& field, 
     return {};
 }
 
-/// A lookup: an error is reported under its name and gives the empty text. Only a source row that has been given up is
+/// The error being handled in words that are the same for every code: the engine's own, without the statement.
+QString CauseOf(const Error& error) {
+    const auto* sql = dynamic_cast<const SqlError*>(&error);
+    return sql != nullptr && !sql->EngineMessage().isEmpty() ? sql->EngineMessage() : error.Message();
+}
+
+/// Counts a look-up that failed and logs it with the row under way; a failure that is a new one is reported. Called
+/// inside the catch block of the error.
+void TellFailure(Session& session, const QString& procedure, const QString& what, const Error& error) {
+    LookUpFailures& failures = session.FailedLookUps;
+    const QString cause = CauseOf(error);
+    const QString message = procedure + QStringLiteral(": ") + cause;
+    ++failures.count;
+    if (failures.messages.size() < MostFailuresTold && !failures.messages.contains(message)) {
+        failures.messages.append(message);
+        session.Errors.Monitoring(Module, procedure);
+    }
+    const QString row = session.Errors.RowKey();
+    try {
+        LogNote(session, QStringLiteral("RICERCA FALLITA (%1): %2%3: %4")
+                             .arg(procedure, row.isEmpty() ? row : QString(row + QStringLiteral(": ")), what, cause));
+    } catch (const Error&) {
+        session.MonitorOnce(Module, procedure); // a log that cannot be written ends no look-up either
+    }
+}
+
+/// Once the operator would not go on with a failing look-up, those that follow are told and not asked about: the
+/// import goes on in any case.
+class LookUpAction {
+public:
+    explicit LookUpAction(Session& session)
+        : m_session(session),
+          m_silent(session.Errors.Action == ErrorAction::Ask && session.FailedLookUps.wasAborted) {
+        if (m_silent) {
+            session.Errors.Action = ErrorAction::Abort;
+        }
+    }
+    ~LookUpAction() {
+        if (m_silent) {
+            m_session.Errors.Action = ErrorAction::Ask;
+        }
+    }
+    LookUpAction(const LookUpAction&) = delete;
+    LookUpAction& operator=(const LookUpAction&) = delete;
+
+private:
+    Session& m_session;
+    bool m_silent;
+};
+
+/// A look-up: an error is told under its name and gives the empty text. Only a source row that has been given up is
 /// passed on, or it would go on as if its code had no translation.
-template<class Body>
-QString Looked(Session& session, const QString& procedure, const Body& body) {
+/// @param what gives the code looked for, as the log names it
+template<class What, class Body>
+QString Looked(Session& session, const QString& procedure, const What& what, const Body& body) {
+    const LookUpAction action(session);
     try {
         return body();
     } catch (const RowGivenUp&) {
         throw;
-    } catch (...) {
-        session.Errors.Monitoring(Module, procedure);
-        return {};
+    } catch (const Error& error) {
+        session.FailedLookUps.wasAborted = true;
+        TellFailure(session, procedure, what(), error);
+    } catch (const std::exception& error) {
+        TellFailure(session, procedure, what(), ImportError(QString::fromUtf8(error.what())));
     }
+    return {};
 }
 
 /// First column of the first row as text; empty without a row.
@@ -119,7 +177,8 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
         return {};
     }
     const Operator::Busy busy(session.Person);
-    return Looked(session, QStringLiteral("GetNewCode"), [&] {
+    const auto what = [&] { return QStringLiteral("%1.%2 = %3").arg(tableName, fieldName, oldCode); };
+    return Looked(session, QStringLiteral("GetNewCode"), what, [&] {
         return Translate(session, tableName.left(NameLength), fieldName.left(NameLength), oldCode, addIfMissing);
     });
 }
@@ -136,7 +195,8 @@ void ForgetNewCode(Session& session, const QString& tableName, const QString& fi
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,
                                     bool partialMatch) {
     const Operator::Busy busy(session.Person);
-    return Looked(session, QStringLiteral("GetNewControparteFromCodExt"), [&] {
+    const auto what = [&] { return QString(QStringLiteral("CON_TRO = ") + sourceCode); };
+    return Looked(session, QStringLiteral("GetNewControparteFromCodExt"), what, [&] {
         const QString compare = partialMatch ? QString(QStringLiteral(" LIKE '%") + sourceCode + QStringLiteral("%'"))
                                              : QString(QStringLiteral(" = '") + sourceCode + u'\'');
         const QString customer = QStringLiteral("COCGE") + compare;
@@ -151,7 +211,8 @@ QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode,
 
 QString GetExternalCode(Session& session, const QString& tableName, const QString& code, bool toQuadrix) {
     const Operator::Busy busy(session.Person);
-    return Looked(session, QStringLiteral("GetExternalCode"), [&] {
+    const auto what = [&] { return QString(tableName + QStringLiteral(" = ") + code); };
+    return Looked(session, QStringLiteral("GetExternalCode"), what, [&] {
         const QString external = ExternalColumns().value(tableName.toUpper());
         const QString key = external.isEmpty() ? QString() : session.Quadrix.GetTableInfo(tableName).keyColumn;
         if (key.isEmpty()) {

@@ -3,8 +3,9 @@
 #include "core/Session.h"
 
 /// What every import procedure shares: code translation, lookups, the import log, the case of keys and texts.
-/// The lookups never raise: an error is reported through the error collector and gives the same result as a code that
-/// is not there.
+/// A look-up that fails gives the same result as a code that is not there, and its row goes on: it is counted and
+/// logged with the row's key, and each different failure is reported through the error collector once in a run. Only
+/// `RowGivenUp` passes through a look-up: the operator has given the row up.
 namespace modImport {
 
 /// Translates a source code through SYS_IMP. Translations are remembered for the run; missing codes are not.
@@ -50,10 +51,18 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
 /// Appends what there is to tell about the row under way to the default log, and notes it for the result of the run.
 void LogNote(Session& session, const QString& message);
 
-/// The value in upper case when the configuration key KEYFIELD_CHAR (default "1") is 1, else as it is.
+/// The value in upper case, character for character, when the configuration key KEYFIELD_CHAR (default "1") is 1, else
+/// as it is. The key is read at each call.
 QString FormatKeyField(Session& session, const QString& value);
-/// The value in upper case when the configuration key TEXTFIELD_CHAR (default "0") is 1, else as it is.
+/// The same for the configuration key TEXTFIELD_CHAR (default "0").
 QString FormatTextField(Session& session, const QString& value);
+
+/// What both keys say, read once for the many values of a run.
+struct FieldCase {
+    bool upperKeys = true;
+    bool upperTexts = false;
+};
+FieldCase ReadFieldCase(Session& session);
 
 /// Whether the first character is one of "0" to "9". Raises `ImportError` on an empty text.
 bool IsDigitChar(const QString& text);

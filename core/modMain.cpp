@@ -29,8 +29,12 @@ QString ShortName(const QString& path, const QString& longName) {
 } // namespace
 
 QString GetAppConfig(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
-    return Guarded(session.Errors, Module, QStringLiteral("GetAppConfig"), defaultValue,
-                   [&] { return session.Config.GetAppConfig(section, key, defaultValue); });
+    try {
+        return session.Config.GetAppConfig(section, key, defaultValue);
+    } catch (...) {
+        session.MonitorOnce(Module, QStringLiteral("GetAppConfig"));
+        return defaultValue;
+    }
 }
 
 bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
@@ -42,6 +46,18 @@ void SetAppConfig(Session& session, const QString& section, const QString& key, 
         session.Config.SetAppConfig(section, key, value);
         return true;
     });
+}
+
+bool SetProvider(ovConnection& connection, const QString& name) {
+    static const QMap<QString, Provider> providers{{"MSSQL", Provider::SqlServer},
+                                                   {"ACCESS", Provider::Access},
+                                                   {"SYBASE", Provider::Sybase},
+                                                   {"MYSQL", Provider::MySql},
+                                                   {"ORACLE", Provider::Oracle}};
+    const QString key = name.trimmed().toUpper();
+    connection.ProviderType = providers.value(key, connection.ProviderType);
+    connection.Embedded = key == u"SQLITE";
+    return connection.Embedded || providers.contains(key);
 }
 
 QString GetSP(Session& session, const QString& name, const ovQueryConstructor* parameters) {

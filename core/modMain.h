@@ -21,7 +21,7 @@ struct FileInfo {
 };
 
 /// A setting of "Quadrix.ini", at most 127 characters. A missing or empty one is written into the file with its
-/// default, and the default is returned, as it is after an error.
+/// default, and the default is returned, as it is after an error; a file that cannot be read is reported once.
 QString GetAppConfig(Session& session, const QString& section, const QString& key, const QString& defaultValue);
 
 /// Whether a setting, read as `GetAppConfig` does, is the number 1 ("1", "1.0").
@@ -29,6 +29,11 @@ bool IsAppConfigOn(Session& session, const QString& section, const QString& key,
 
 /// Writes a setting into "Quadrix.ini".
 void SetAppConfig(Session& session, const QString& section, const QString& key, const QString& value);
+
+/// Makes a connection one of the kind of database that a setting `Provider` names, in any case: "MSSQL", "ACCESS",
+/// "SYBASE", "MYSQL", "ORACLE", "SQLITE" (an embedded file, in the text of SQL Server).
+/// @return false for a name that is not known, which leaves the kind as it is
+bool SetProvider(ovConnection& connection, const QString& name);
 
 /// Text of the call of a stored procedure for the Quadrix database: "EXEC ", the name and a carriage return, then the
 /// fields of `parameters` (null for none), one a line. Empty after an error.

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr int Bytes = 256;
-constexpr int MostAttempts = 20000; ///< far beyond the number of keys: each of them has been drawn by then
 
 using Table = std::array<quint8, Bytes>;
 
@@ -45,22 +44,37 @@ QByteArray Replaced(QByteArray bytes, const Table& table) {
     return bytes;
 }
 
-bool IsAllowed(quint8 byte, bool printable) { return printable ? byte >= 32 && byte != 255 : byte != 0; }
+/// Which bytes a scrambled text may have. NUL ends a text, and the ends of a line end a setting.
+using Allowed = bool (*)(quint8 byte);
 
-bool AreAllowed(const QByteArray& bytes, bool printable) {
-    return std::all_of(bytes.cbegin(), bytes.cend(),
-                       [printable](char byte) { return IsAllowed(static_cast<quint8>(byte), printable); });
-}
+bool IsStorable(quint8 byte) { return byte != 0 && byte != '\n' && byte != '\r'; }
 
-QByteArray Scrambled(const QByteArray& bytes, bool printable) {
-    for (int attempt = 0; attempt < MostAttempts; ++attempt) {
-        const auto key = static_cast<quint8>(QRandomGenerator::global()->bounded(1, Bytes));
+bool IsPrintable(quint8 byte) { return byte >= ' ' && byte != 255; }
+
+/// Tries every key once, from a random one on; empty when none gives allowed bytes alone.
+QByteArray Scrambled(const QByteArray& bytes, Allowed allowed) {
+    const int first = QRandomGenerator::global()->bounded(Bytes);
+    for (int step = 0; step < Bytes; ++step) {
+        const auto key = static_cast<quint8>((first + step) % Bytes);
         const QByteArray result = static_cast<char>(key) + Replaced(bytes, Substitution(key));
-        if (AreAllowed(result, printable)) {
+        if (std::all_of(result.cbegin(), result.cend(),
+                        [allowed](char byte) { return allowed(static_cast<quint8>(byte)); })) {
             return result;
         }
     }
-    throw ImportError(QStringLiteral("La password è troppo lunga per essere mascherata"));
+    return {};
+}
+
+/// A password of many different characters has no key that makes all of them printable.
+QByteArray Scrambled(const QByteArray& bytes, bool printable) {
+    QByteArray result = printable ? Scrambled(bytes, &IsPrintable) : QByteArray();
+    if (result.isEmpty()) {
+        result = Scrambled(bytes, &IsStorable);
+    }
+    if (result.isEmpty()) {
+        throw ImportError(QStringLiteral("La password ha troppi caratteri diversi per essere mascherata"));
+    }
+    return result;
 }
 
 } // namespace

@@ -19,6 +19,8 @@ struct Line {
     const char* refersTo = "";        ///< of a reference: the table whose codes the column holds
     const char* refersToColumn = "";  ///< of a reference: the column of those codes; empty for the table's code column
     const char* conditionColumn = ""; ///< of a reference: column that names the table referred to
+    bool words = false;
+    bool foreign = false;
     bool languageText = false;
     bool indexed = false;
 
@@ -32,6 +34,12 @@ struct Line {
     constexpr Line Indexed() const {
         Line line = *this;
         line.indexed = true;
+        return line;
+    }
+    /// The codes are somebody else's, such as a customer's for an article.
+    constexpr Line Foreign() const {
+        Line line = *this;
+        line.foreign = true;
         return line;
     }
     /// The text is kept by language too.
@@ -55,8 +63,10 @@ constexpr Line CompanyTable(const char* name, const char* key = "") {
 constexpr Line SharedTable(const char* name, const char* key = "") {
     return {.name = name, .isTable = true, .shared = true, .key = key};
 }
-/// A text of that many characters.
+/// A text of that many characters: a code, a number, a mark.
 constexpr Line Text(const char* name, int size) { return {.name = name, .size = size}; }
+/// A text of that many characters that people read: a name, a description, an address.
+constexpr Line Words(const char* name, int size) { return {.name = name, .size = size, .words = true}; }
 /// A text of any length.
 constexpr Line Notes(const char* name) { return {.name = name, .type = DataType::NText}; }
 /// Yes or no.

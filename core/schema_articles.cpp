@@ -13,11 +13,11 @@ constexpr Line ArticlesLines[] = {
     Flag("ARANN"),
     Day("ARINV"),
     // descriptions
-    Text("ARDES", 100).Translated(),
-    Text("ARDE2", 100),
-    Text("ARDEC", 255).Translated(),
-    Text("ARCDR", 100),
-    Text("ARSD2", 160),
+    Words("ARDES", 100).Translated(),
+    Words("ARDE2", 100),
+    Words("ARDEC", 255).Translated(),
+    Words("ARCDR", 100),
+    Words("ARSD2", 160),
     Notes("ARNOT"),
     Text("AROBS", 255),
     // classification
@@ -56,8 +56,8 @@ constexpr Line ArticlesLines[] = {
     Number("ARQMR"),
     Number("ARLOR"),
     Number("ARGGA"),
-    Number("ARCOP"),
-    Number("ARCPL"),
+    Number("ARCOP"), // how many stock units a purchase unit has: a factor, where a flag could only say 1
+    Number("ARCPL"), // as ARCOP
     // dimensions and weights
     Number("ARDMX"),
     Number("ARDMY"),
@@ -92,9 +92,9 @@ constexpr Line ArticlesLines[] = {
 
     CompanyTable("ART_COD", "CDART CDCOD"),
     Code("CDART", "ART_ICO"),
-    Text("CDCOD", 50).Indexed(),
-    Text("CODES", 100),
-    Text("CODE2", 100),
+    Text("CDCOD", 50).Foreign().Indexed(),
+    Words("CODES", 100),
+    Words("CODE2", 100),
     Text("COTIP", 5),
     Text("COTPC", 5),
     Code("COCON", "CON_TRO").Indexed(),
@@ -102,7 +102,7 @@ constexpr Line ArticlesLines[] = {
     CompanyTable("ART_FMT", "CDART CDFMT"),
     Code("CDART", "ART_ICO"),
     Text("CDFMT", 50).Indexed(),
-    Text("LMDES", 100),
+    Words("LMDES", 100),
     Number("LMDMX"),
     Number("LMDMY"),
     Number("LMPES"),
@@ -111,7 +111,7 @@ constexpr Line ArticlesLines[] = {
     Text("LMCOL", 50),
     Number("LMCOE"),
     Text("LMIDF", 50).Indexed(),
-    Text("LMSFR", 50).Indexed(),
+    Text("LMSFR", 50).Indexed(), // code of the offcut, empty for a whole sheet: offcuts are found again by it
     Text("LMEXT", 50).Indexed(),
     Text("LMOLD", 50).Indexed(),
     Flag("LMATT"),
@@ -135,7 +135,7 @@ constexpr Line ArticlesLines[] = {
     // quality checks
     CompanyTable("ANA_CHR", "CDCHR"),
     Text("CDCHR", 20),
-    Text("CHDES", 100),
+    Words("CHDES", 100),
     Code("CHUMS", "TAB_UMS"),
     Text("CHTIP", 5),
 

@@ -8,7 +8,7 @@ namespace {
 constexpr Line BaseTablesLines[] = {
     SharedTable("TAB_IVA", "CDIVA"),
     Text("CDIVA", 10),
-    Text("IVDES", 100),
+    Words("IVDES", 100),
     Number("IVALI"),
     Number("IVIND"),
     Number("IVAGE"),
@@ -20,7 +20,7 @@ constexpr Line BaseTablesLines[] = {
 
     SharedTable("TAB_MOP", "CDMOP"),
     Text("CDMOP", 10),
-    Text("MPDES", 100),
+    Words("MPDES", 100),
     Whole("MPRAT"),
     Number("MPSCM"),
     Number("MPSPI"),
@@ -41,39 +41,39 @@ constexpr Line BaseTablesLines[] = {
 
     SharedTable("TAB_MPT", "CDMPT"),
     Text("CDMPT", 10),
-    Text("PTDES", 100),
+    Words("PTDES", 100),
     Text("PTCAT", 10),
     Text("PTCNT", 20),
     Text("PTEXT", 50).Indexed(),
 
     SharedTable("TAB_NAZ", "CDNAZ"),
     Text("CDNAZ", 3),
-    Text("NADES", 100),
+    Words("NADES", 100),
     Text("NAEXT", 50).Indexed(),
 
     SharedTable("TAB_LNG", "CDLNG"),
     Text("CDLNG", 3),
-    Text("LNDES", 100),
+    Words("LNDES", 100),
     Text("LNEXT", 50).Indexed(),
 
     SharedTable("TAB_UMS", "CDUMS"),
     Text("CDUMS", 10),
-    Text("UMDES", 100),
+    Words("UMDES", 100),
     Text("UMEXT", 50).Indexed(),
 
     SharedTable("TAB_VAL", "CDVAL"),
     Text("CDVAL", 3),
-    Text("VADES", 100),
+    Words("VADES", 100),
     Text("VAEXT", 50).Indexed(),
 
     SharedTable("TAB_MAT", "CDMAT"),
     Text("CDMAT", 50),
-    Text("MADES", 100),
+    Words("MADES", 100),
     Text("MAEXT", 50).Indexed(),
 
     SharedTable("TAB_PRF", "CDPRF"),
     Text("CDPRF", 20),
-    Text("PRDES", 100),
+    Words("PRDES", 100),
     Number("PRDMZ"),
     Number("PRLAA"),
     Number("PRLAB"),
@@ -82,12 +82,12 @@ constexpr Line BaseTablesLines[] = {
 
     SharedTable("TAB_ABI", "CDABI"),
     Text("CDABI", 5),
-    Text("ABDES", 100),
+    Words("ABDES", 100),
 
     SharedTable("TAB_CAB", "CDABI CDCAB"),
     Code("CDABI", "TAB_ABI"),
     Text("CDCAB", 5),
-    Text("CADES", 100),
+    Words("CADES", 100),
 };
 
 } // namespace

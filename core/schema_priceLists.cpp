@@ -5,9 +5,9 @@ namespace schema {
 namespace {
 
 constexpr Line PriceListsLines[] = {
-    CompanyTable("LIS_TES", "CDLIS LTTIP"),
+    CompanyTable("LIS_TES", "CDLIS LTTIP"), // a sales list and a purchase list may bear the same code
     Text("CDLIS", 20),
-    Text("LTDES", 100),
+    Words("LTDES", 100),
     Text("LTTIP", 5),
     Text("LTTYP", 5),
     Code("LTVAL", "TAB_VAL"),
@@ -48,7 +48,7 @@ constexpr Line PriceListsLines[] = {
 
     CompanyTable("PRO_MOZ", "CDPRM"),
     Text("CDPRM", 20),
-    Text("PMDES", 100),
+    Words("PMDES", 100),
     Text("PMTIP", 5),
     Text("PMTYP", 5),
     Code("PMCON", "CON_TRO").Indexed(),

@@ -74,19 +74,19 @@ constexpr Line BillsOfMaterialsLines[] = {
 constexpr Line ProductionLines[] = {
     CompanyTable("LAV_ORA", "CDLAV"),
     Text("CDLAV", 20),
-    Text("LVDES", 100),
+    Words("LVDES", 100),
 
     CompanyTable("MAC_CHI", "CDMAC"),
     Text("CDMAC", 20),
-    Text("MCDES", 100),
+    Words("MCDES", 100),
 
     CompanyTable("TIP_PRO", "CDTIP"),
     Text("CDTIP", 20),
-    Text("TPDES", 100),
+    Words("TPDES", 100),
 
     CompanyTable("FAM_PRO", "CDFAM"),
     Text("CDFAM", 20),
-    Text("FPDES", 100),
+    Words("FPDES", 100),
 
     CompanyTable("ORD_PRO"),
     Day("OPDAT"),
@@ -100,7 +100,7 @@ constexpr Line ProductionLines[] = {
     CompanyTable("ORD_COM"),
     Link("IDORD"),
     Code("OCART", "ART_ICO").Indexed(),
-    Text("OCDES", 255),
+    Words("OCDES", 255),
     Number("OCQTA"),
     Number("OCQTU"),
     Code("OCUMP", "TAB_UMS"),

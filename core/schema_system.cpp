@@ -7,7 +7,7 @@ namespace {
 constexpr Line SystemTablesLines[] = {
     SharedTable("SYS_AZI", "CDAZI"),
     Text("CDAZI", 10),
-    Text("AZRAS", 60).Indexed(),
+    Words("AZRAS", 60).Indexed(),
 
     // which column (TABNM, COLNM) holds codes of which other (TABLK, COLLK)
     SharedTable("SYS_SYS", "TABLK COLLK"),
@@ -40,7 +40,7 @@ constexpr Line SystemTablesLines[] = {
     Text("ATTBL", 50),
     Text("ATKEY", 50),
     Text("ATNAM", 255),
-    Text("ATDES", 255),
+    Words("ATDES", 255),
     Text("ATLNK", 500),
     Text("ATTYP", 20),
     Large("ATSIZ"),

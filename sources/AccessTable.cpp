@@ -84,17 +84,20 @@ QString DeclaredType(const MdbColumn& column, bool isUnicode) {
 }
 
 /// The page of the texts of Access 97; later ones are Unicode, whatever page their file tells.
+bool TellsPage(const MdbFile& file) { return file.jet_version == MDB_VER_JET3 && file.code_page != 0; }
+
 QString PageOf(const MdbFile& file, const QString& codePage) {
-    const bool tellsPage = file.jet_version == MDB_VER_JET3 && file.code_page != 0;
-    return tellsPage ? QString::number(file.code_page) : codePage;
+    return TellsPage(file) ? QString::number(file.code_page) : codePage;
 }
 
 } // namespace
 
-AccessTable::AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry, const QString& codePage)
+AccessTable::AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry,
+                         const ConnectionSettings& settings)
     : m_handle(database.Handle()),
       m_isUnicode(m_handle->f->jet_version != MDB_VER_JET3),
-      m_page(PageOf(*m_handle->f, codePage)),
+      m_page(PageOf(*m_handle->f, settings.codePage)),
+      m_untold(settings, m_isUnicode || TellsPage(*m_handle->f), database.FileName(), m_page.Name()),
       m_table(ReadAccessDefinition(entry.entry)),
       m_chunk(MDB_BIND_SIZE, '\0') {
     if (m_table == nullptr) {
@@ -119,23 +122,23 @@ void AccessTable::ReadColumns() {
 }
 
 void AccessTable::CopyRows(PrivateTable& target) {
-    qint64 row = 0;
+    m_row = 0;
     mdb_rewind_table(m_table.get());
     while (mdb_fetch_row(m_table.get()) != 0) {
-        ++row;
+        ++m_row;
         try {
             CopyRow(target);
         } catch (ImportError& error) {
-            error.AddContext(QStringLiteral("riga %1").arg(row));
+            error.AddContext(QStringLiteral("riga %1").arg(m_row));
             throw;
         }
-        target.AddRow(row);
+        target.AddRow(m_row);
     }
-    if (row != m_table->num_rows) {
+    if (m_row != m_table->num_rows) {
         throw ImportError(QStringLiteral("dovrebbe avere %1 righe, se ne leggono %2: riparare il file con Access "
                                          "('Compatta e ripristina database')")
                               .arg(m_table->num_rows)
-                              .arg(row));
+                              .arg(m_row));
     }
 }
 
@@ -238,6 +241,7 @@ void AccessTable::CopyText(PrivateTable& target, int column, QByteArrayView byte
         utf8.resize(mdb_unicode2ascii(m_handle, bytes.data(), static_cast<size_t>(bytes.size()), utf8.data(),
                                       static_cast<size_t>(utf8.size())));
     }
+    m_untold.Look(utf8, m_row, m_columns.at(column).name);
     target.SetText(column, utf8);
 }
 

@@ -2,6 +2,7 @@
 
 #include "sources/AccessDatabase.h"
 #include "sources/privateDatabase.h"
+#include "sources/UntoldPage.h"
 #include "sql/CodePage.h"
 
 #include <array>
@@ -15,9 +16,9 @@ namespace sources {
 /// replication number as "6BA7B810-9DAD-11D1-80B4-00C04FD430C8", pictures, objects and binary data as their bytes.
 class AccessTable {
 public:
-    /// Reads the definition. @param codePage page of the texts of Access 97 when the file tells none.
+    /// Reads the definition. @param settings its `codePage` is that of the texts of Access 97 when the file tells none.
     /// Raises `ImportError` when it is damaged.
-    AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry, const QString& codePage);
+    AccessTable(AccessDatabase& database, const AccessDatabase::Entry& entry, const ConnectionSettings& settings);
 
     /// The columns, without those whose values are kept in tables of their own (attachments, lists of values), which
     /// are not read: asking for one of them is an error.
@@ -40,8 +41,10 @@ private:
     MdbHandle* m_handle;
     bool m_isUnicode;
     CodePage m_page; ///< of texts that are not
+    UntoldPage m_untold;
     AccessDefinition m_table;
     QVector<ColumnInfo> m_columns;
+    qint64 m_row = 0;       ///< under way, from 1
     QVector<int> m_indexes; ///< of the columns that are read, in the definition
     std::array<MdbField, MDB_MAX_COLS> m_fields{};
     QByteArray m_chunk; ///< a part of a long value

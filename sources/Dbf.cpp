@@ -102,7 +102,9 @@ void DbfFile::ReadHeader(const QString& codePage) {
     m_recordCount = qFromLittleEndian<quint32>(bytes + 4);
     m_headerLength = qFromLittleEndian<quint16>(bytes + 8);
     m_recordLength = qFromLittleEndian<quint16>(bytes + 10);
-    m_page = CodePage(CodePageOfLanguage(bytes[29]).value_or(codePage));
+    const auto told = CodePageOfLanguage(bytes[29]);
+    m_tellsPage = told.has_value();
+    m_page = CodePage(told.value_or(codePage));
     if (m_headerLength <= PrologueLength || m_recordLength < 2) {
         throw ImportError(QStringLiteral("l'intestazione ha lunghezze impossibili (intestazione %1, riga %2 byte); il "
                                          "file è danneggiato: ripristinarlo da una copia")

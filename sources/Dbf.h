@@ -46,6 +46,8 @@ public:
     /// Rows the header announces, deleted ones too.
     qint64 RecordCount() const { return m_recordCount; }
     const CodePage& TextPage() const { return m_page; }
+    /// Whether the header tells the code page.
+    bool TellsPage() const { return m_tellsPage; }
     /// The database container (.dbc) that a table of Visual FoxPro says it belongs to, as it stands in the header: a
     /// path seen from the table's folder; empty for a table of its own.
     const QString& Container() const { return m_container; }
@@ -75,6 +77,7 @@ private:
     QString m_fileName;
     QFile m_file;
     CodePage m_page;
+    bool m_tellsPage = false;
     QVector<DbfField> m_fields;
     QString m_container;
     int m_version = 0;

@@ -15,7 +15,7 @@ void LoadTable(PrivateDatabase& database, AccessDatabase& access, const AccessDa
         if (entry.isLinked) {
             throw ImportError(QStringLiteral("è collegata da un altro file, che si deve importare al suo posto"));
         }
-        AccessTable table(access, entry, settings.codePage);
+        AccessTable table(access, entry, settings);
         {
             PrivateTable target(database, entry.name, table.Columns());
             table.CopyRows(target);

@@ -3,6 +3,7 @@
 #include "sources/DbfValues.h"
 #include "sources/fileTables.h"
 #include "sources/foxProContainer.h"
+#include "sources/UntoldPage.h"
 #include "sql/errors.h"
 
 namespace sources {
@@ -47,12 +48,17 @@ void SetValue(PrivateTable& table, int column, const DbfValue& value) {
 }
 
 void FillTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns,
-               const QVector<DbfField>& fields, DbfFile& file) {
+               const QVector<DbfField>& fields, DbfFile& file, const ConnectionSettings& settings) {
     PrivateTable table(database, name, columns);
     DbfValues values(file);
+    UntoldPage page(settings, file.TellsPage(), file.FileName(), file.TextPage().Name());
     while (file.Next()) {
         for (int column = 0; column < fields.size(); ++column) {
-            SetValue(table, column, values.Read(fields[column]));
+            const DbfValue value = values.Read(fields[column]);
+            SetValue(table, column, value);
+            if (value.kind == DbfValue::Kind::Text) {
+                page.Look(value.text, file.RecordNumber(), fields[column].name);
+            }
         }
         table.AddRow(file.RecordNumber());
     }
@@ -66,7 +72,7 @@ void LoadTable(PrivateDatabase& database, const QString& name, const QString& pa
     for (const DbfField& field : fields) {
         columns.append({field.name, DbfValues::DeclaredType(field)});
     }
-    FillTable(database, name, columns, fields, file);
+    FillTable(database, name, columns, fields, file, settings);
     AddLookupIndexes(database, name, columns, settings.lookupColumns);
 }
 

@@ -3,6 +3,7 @@
 #include "sources/CsvFile.h"
 #include "sources/fileTables.h"
 #include "sources/textSchema.h"
+#include "sources/UntoldPage.h"
 #include "sql/CodePage.h"
 #include "sql/errors.h"
 
@@ -28,25 +29,28 @@ QMap<QString, QStringList> FindTables(const QString& folder, const QStringList& 
 /// Reads the fields of a file as text.
 class Decoder {
 public:
-    Decoder(const CsvFile& file, const TextSchema& schema, const QString& codePage)
+    Decoder(const CsvFile& file, const TextSchema& schema, const ConnectionSettings& settings)
         : m_path(file.Path()),
           m_page(file.HasUtf8Mark()          ? QStringLiteral("UTF-8")
-                 : schema.codePage.isEmpty() ? codePage
-                                             : schema.codePage) {}
+                 : schema.codePage.isEmpty() ? settings.codePage
+                                             : schema.codePage),
+          m_untold(settings, file.HasUtf8Mark() || !schema.codePage.isEmpty(), file.Path(), m_page.Name()) {}
 
-    QByteArray Utf8(const QByteArray& bytes, qint64 line, const QString& column) const {
+    QByteArray Utf8(const QByteArray& bytes, qint64 line, const QString& column) {
         QByteArray utf8;
         if (!m_page.AppendUtf8(bytes, utf8)) {
             throw ImportError(QStringLiteral("file '%1', riga %2, colonna '%3': il testo non è in %4; dire la code "
                                              "page del file in schema.ini (CharacterSet)")
                                   .arg(m_path, QString::number(line), column, m_page.Name()));
         }
+        m_untold.Look(utf8, line, column);
         return utf8;
     }
 
 private:
     QString m_path;
     CodePage m_page;
+    UntoldPage m_untold;
 };
 
 void CheckNames(const QStringList& names, const QString& path) {
@@ -64,7 +68,7 @@ void CheckNames(const QStringList& names, const QString& path) {
 }
 
 /// The names of the columns: the schema's own, else those of the header, which is read in any case.
-QStringList ColumnNames(CsvFile& file, const TextSchema& schema, const Decoder& decoder) {
+QStringList ColumnNames(CsvFile& file, const TextSchema& schema, Decoder& decoder) {
     QStringList names = schema.columns;
     CsvFile::Record header;
     if (schema.hasHeader && !file.Next(header)) {
@@ -83,7 +87,7 @@ QStringList ColumnNames(CsvFile& file, const TextSchema& schema, const Decoder& 
 void LoadFile(PrivateDatabase& database, const QString& name, const QString& path, const ConnectionSettings& settings) {
     const TextSchema schema = ReadTextSchema(path);
     CsvFile file(path, schema.separator);
-    const Decoder decoder(file, schema, settings.codePage);
+    Decoder decoder(file, schema, settings);
     const QStringList names = ColumnNames(file, schema, decoder);
     QVector<ColumnInfo> columns;
     for (const QString& column : names) {

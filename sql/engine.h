@@ -7,6 +7,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 struct sqlite3;
@@ -97,9 +98,10 @@ struct ConnectionSettings {
     bool networkCredential = false; ///< integrated sign-on: user and password are not used
     QString driver;                 ///< ODBC driver; empty for the usual one of the provider
     // Of sources that this program reads from files itself:
-    QStringList tables;        ///< tables that are read; empty for all
-    QStringList lookupColumns; ///< "table.column" of each column that rows are looked up by
-    QString codePage;          ///< code page of files that do not tell theirs; empty for cp1252
+    QStringList tables;                            ///< tables that are read; empty for all
+    QStringList lookupColumns;                     ///< "table.column" of each column that rows are looked up by
+    QString codePage;                              ///< code page of files that do not tell theirs; empty for cp1252
+    std::function<void(const QString& note)> note; ///< is told what was taken for granted when a file was read; or null
 };
 
 /// Opens a SQLite file, creating it when missing unless readOnly; ":memory:" and "" (a private temporary file) work

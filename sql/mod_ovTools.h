@@ -31,6 +31,10 @@ const LocaleSeparators& UserSeparators();
 /// @param systemLocale the machine's locale instead of the user's, where the system keeps two
 QString GetLocaleString(int item, bool systemLocale = false);
 
+/// The text in upper case, character for character: it keeps its length, and what stays different ("ß" and "SS") is
+/// not taken for the same.
+QString UpperChars(QString text);
+
 // --- Literals ---------------------------------------------------------------------------------------------------
 
 /// The SQL literal of a value. "Null" for a null variant and for the text "Null"; otherwise by `type`:

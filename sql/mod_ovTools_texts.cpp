@@ -29,6 +29,13 @@ QString FloatText(float number) {
 
 } // namespace
 
+QString UpperChars(QString text) {
+    for (QChar& character : text) {
+        character = character.toUpper();
+    }
+    return text;
+}
+
 QString ToText(const QVariant& value) {
     if (value.isNull()) {
         return {};

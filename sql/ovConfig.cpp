@@ -3,7 +3,6 @@
 #include "sql/errors.h"
 
 namespace {
-constexpr qsizetype LongestValue = 127; ///< a reader of private profiles has 128 characters, the last one ends the text
 const QString ConfigSection = QStringLiteral("CONFIG");
 } // namespace
 

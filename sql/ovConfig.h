@@ -5,6 +5,9 @@
 /// The application's configuration: the settings file, seen by section and key, and the plain configuration keys.
 class ovConfig {
 public:
+    /// Characters of a value that are read: a reader of private profiles has 128, the last one ends the text.
+    static constexpr qsizetype LongestValue = 127;
+
     /// The settings file that everything below reads.
     void SetConfigFile(const QString& path);
     const QString& ConfigFile() const { return m_file.Path(); }
@@ -22,6 +25,10 @@ public:
     QString GetAppConfig(const QString& section, const QString& key, const QString& defaultValue = {});
     /// Stores a setting. Raises `ImportError` when the file cannot be written.
     void SetAppConfig(const QString& section, const QString& key, const QString& value);
+    /// Whether a setting has more characters than are read.
+    bool IsCut(const QString& section, const QString& key) { return m_file.Read(section, key).size() > LongestValue; }
+    /// `SettingsFile::BrokenLines` of the settings file.
+    QStringList BrokenLines() { return m_file.BrokenLines(); }
     /// A setting that is only read: a missing one is not written into the file.
     QString PeekAppConfig(const QString& section, const QString& key, const QString& defaultValue = {});
 

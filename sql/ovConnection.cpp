@@ -24,9 +24,9 @@ QString Revocable(const QString& statement) {
 ovConnection::~ovConnection() = default;
 
 std::unique_ptr<Engine> ovConnection::OpenEngine() const {
-    const ConnectionSettings settings{Server,           DatabaseName,      User,   Password,     DSN,
-                                      ConnectionString, NetworkCredential, Driver, SourceTables, LookupColumns,
-                                      CodePage};
+    const ConnectionSettings settings{
+        Server, DatabaseName, User,          Password, DSN, ConnectionString, NetworkCredential,
+        Driver, SourceTables, LookupColumns, CodePage, Note};
     if (OpenFiles) {
         if (auto engine = OpenFiles(settings)) {
             return engine;

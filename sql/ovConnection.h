@@ -32,6 +32,7 @@ public:
     QStringList SourceTables;  ///< tables that are read; empty for all
     QStringList LookupColumns; ///< "table.column" of each column that rows are looked up by
     QString CodePage;          ///< code page of files that do not tell theirs; empty for cp1252
+    StatementObserver Note;    ///< is told what was taken for granted when a file was read
     FileOpener OpenFiles;
     StatementObserver Trace;   ///< sees every statement in the engine's own words
     StatementObserver Written; ///< sees every statement as it was written, before the engine's own words

@@ -82,14 +82,15 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
 
 void ArticleWriter::Text(const QString& article, const QString& column, const QString& text,
                          const QString& language) const {
-    if (m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, text, language)) {
+    const QString written = m_run.Case().upperTexts ? mod_ovTools::UpperChars(text) : text;
+    if (m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, written, language)) {
         m_run.Inserted(QStringLiteral("SYS_LNG"));
     }
 }
 
 void ArticleWriter::Texts(const QString& article, const QString& description) const {
     constexpr int size = 100;
-    const QString text = FirstOf(description, size).toUpper();
+    const QString text = mod_ovTools::UpperChars(FirstOf(description, size));
     for (const QString& column : {QStringLiteral("ARDES"), QStringLiteral("ARDEC")}) {
         Text(article, column, text);
     }

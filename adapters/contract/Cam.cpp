@@ -19,6 +19,7 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
     keys.server = prefix + QStringLiteral("_Server");
     keys.database = prefix + QStringLiteral("_Database");
     keys.network = prefix + QStringLiteral("_NetworkCredential");
+    keys.driver = prefix + QStringLiteral("_Driver");
     sourceSettings::Server("LANTEK", keys)(session, *connection);
     connection->OpenConnection();
     return connection;

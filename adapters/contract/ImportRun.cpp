@@ -1,6 +1,5 @@
 #include "adapters/contract/ImportRun.h"
 
-#include "core/modImport.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -22,11 +21,13 @@ QString GroupOf(const ImportRun::Loop& loop, const SourceRow& row) {
 
 ImportRun::ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode)
     : m_session(session),
+      m_case(modImport::ReadFieldCase(session)),
       m_single(!singleCode.isEmpty()),
       m_untranslatedBefore(session.Untranslated.size()) {
     m_result.module = module;
     m_result.procedure = procedure;
     m_session.Notes = {};
+    m_session.FailedLookUps = {};
     m_clock.start();
 }
 
@@ -83,6 +84,9 @@ void ImportRun::Finish() {
     m_result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
     m_result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
     m_result.notes = std::exchange(m_session.Notes, {});
+    const LookUpFailures failed = std::exchange(m_session.FailedLookUps, {});
+    m_result.failedLookUps = failed.count;
+    m_result.errors += failed.messages;
     m_session.Results.append(m_result);
 }
 

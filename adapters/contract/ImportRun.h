@@ -3,7 +3,7 @@
 #include "adapters/contract/Needs.h"
 #include "adapters/contract/RowUnderWay.h"
 #include "adapters/contract/TargetRow.h"
-#include "core/Session.h"
+#include "core/modImport.h"
 
 #include <QElapsedTimer>
 
@@ -78,6 +78,8 @@ public:
     /// Physical name of a company table: the company's code and the bare name.
     QString FullName(const QString& table) const { return m_session.Quadrix.GetFullTableName(table); }
     Session& GetSession() const { return m_session; }
+    /// How codes and texts are written, as the configuration said when the run began.
+    const modImport::FieldCase& Case() const { return m_case; }
     bool IsSingle() const { return m_single; }
     /// Key of the row under way, for log lines.
     const QString& RowKey() const { return m_session.Errors.RowKey(); }
@@ -131,6 +133,7 @@ private:
     void Finish();
 
     Session& m_session;
+    modImport::FieldCase m_case;
     RunResult m_result;
     bool m_single;
     bool m_failed = false;

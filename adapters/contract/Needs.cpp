@@ -48,6 +48,8 @@ QStringList Missing(Session& session, const Needs& needs) {
     for (const TableNeed& need : needs.writes) {
         Add(writes, need.table, need.columns);
     }
+    // Whatever is imported asks for translations, and a look-up that fails does not end it.
+    Add(writes, QStringLiteral("SYS_IMP"), {"TBNAM", "TBFLD", "TBOLD", "TBNEW"});
     QStringList missing;
     if (!reads.isEmpty()) {
         AddMissing(missing, session.SourceConnection(), reads, QStringLiteral("origine"));

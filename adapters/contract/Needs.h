@@ -17,8 +17,8 @@ struct Needs {
     std::vector<TableNeed> writes;
 };
 
-/// Every table and column of the needs that the open source and the company's tables lack, one line each, each once;
-/// empty when nothing is missing. Raises `SqlError` when a database cannot be asked.
+/// Every table and column of the needs, and of the translations, that the open source and the company's tables lack,
+/// one line each, each once; empty when nothing is missing. Raises `SqlError` when a database cannot be asked.
 QStringList Missing(Session& session, const Needs& needs);
 
 } // namespace contract

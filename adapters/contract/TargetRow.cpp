@@ -125,12 +125,18 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
     return value;
 }
 
+QVariant TargetRow::Cased(const schema::Column& column, const QVariant& value) const {
+    const bool upper = (column.words && m_run.Case().upperTexts) ||
+                       (m_run.Case().upperKeys && IsTextType(column.type) && m_table->HoldsCodes(column));
+    return upper && !value.isNull() ? mod_ovTools::UpperChars(mod_ovTools::ToText(value)) : value;
+}
+
 TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     const schema::Column& found = Find(column);
     if (found.type == DataType::Object) {
         m_query.AddUpdateField(column, BytesLiteral(value.toByteArray()), DataType::Expression, true);
     } else {
-        m_query.AddUpdateField(column, Checked(found, value), found.type, true);
+        m_query.AddUpdateField(column, Cased(found, Checked(found, value)), found.type, true);
     }
     m_hasCreated = m_hasCreated || column == QLatin1String("DTINS");
     m_hasChanged = m_hasChanged || column == QLatin1String("DTMDF");

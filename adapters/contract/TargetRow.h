@@ -16,7 +16,8 @@ public:
     /// @param table bare name; one that the schema does not know raises `ImportError`
     TargetRow(ImportRun& run, const QString& table);
 
-    /// Sets a column; a blank number or date is Null. Setting a column twice keeps the second value.
+    /// Sets a column; a blank number or date is Null. Codes and texts that people read are written in upper case when
+    /// the configuration says so (KEYFIELD_CHAR, TEXTFIELD_CHAR). Setting a column twice keeps the second value.
     TargetRow& Set(const QString& column, const QVariant& value) override;
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way.
     void Insert() override;
@@ -24,6 +25,7 @@ public:
     void Update(const QString& where) override;
 
 private:
+    QVariant Cased(const schema::Column& column, const QVariant& value) const;
     QVariant Checked(const schema::Column& column, const QVariant& value) const;
     const schema::Column& Find(const QString& column) const;
 

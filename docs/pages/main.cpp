@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
         return WrongUsage;
     }
     QDir folder(QCoreApplication::arguments().last());
-    const auto pages = mappingPages::Pages(registry::Origins());
+    const auto pages = mappingPages::Pages(registry::All());
     for (auto page = pages.cbegin(); page != pages.cend(); ++page) {
         if (!Write(folder.filePath(page.key()), page.value())) {
             err << folder.filePath(page.key()) << QStringLiteral(": la pagina non si può scrivere\n");

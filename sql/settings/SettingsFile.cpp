@@ -7,6 +7,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStringConverter>
+
+#include <algorithm>
+#include <array>
 
 namespace {
 
@@ -84,18 +88,58 @@ ImportError FileError(const QString& path, const QString& what) {
     return ImportError(QStringLiteral("File delle impostazioni '%1': %2").arg(QDir::toNativeSeparators(path), what));
 }
 
-QString DecodeLines(const QString& path, const QByteArray& bytes) {
-    for (const char* mark : {"\xef\xbb\xbf", "\xff\xfe", "\xfe\xff"}) {
-        if (bytes.startsWith(mark)) {
-            throw FileError(path, QStringLiteral("è in Unicode, salvarlo come testo ANSI (Windows-1252)"));
-        }
-    }
-    return DecodeText(bytes, CodePage());
+using Form = SettingsFile::Form;
+
+/// A Unicode form with the mark that tells it.
+struct Unicode {
+    Form form;
+    QByteArray mark;
+    QStringConverter::Encoding encoding;
+};
+
+const Unicode* UnicodeOf(Form form) {
+    static const std::array<Unicode, 3> forms{{{Form::Utf8, "\xef\xbb\xbf", QStringConverter::Utf8},
+                                               {Form::Utf16Little, "\xff\xfe", QStringConverter::Utf16LE},
+                                               {Form::Utf16Big, "\xfe\xff", QStringConverter::Utf16BE}}};
+    const auto* found =
+        std::find_if(forms.begin(), forms.end(), [form](const auto& each) { return each.form == form; });
+    return found == forms.end() ? nullptr : found;
 }
 
-QByteArray EncodeLines(const QString& path, const QStringList& lines) {
+Form FormOf(const QByteArray& bytes) {
+    for (const Form form : {Form::Utf8, Form::Utf16Little, Form::Utf16Big}) {
+        if (bytes.startsWith(UnicodeOf(form)->mark)) {
+            return form;
+        }
+    }
+    return Form::Ansi;
+}
+
+QString DecodeLines(const QString& path, const QByteArray& bytes, Form form) {
+    const QString remedy = QStringLiteral("; salvarlo di nuovo come testo ANSI (Windows-1252) o UTF-8 con BOM");
+    const Unicode* unicode = UnicodeOf(form);
+    if (unicode == nullptr) {
+        if (bytes.contains('\0')) {
+            throw FileError(path, QStringLiteral("contiene byte NUL, non è un testo ANSI") + remedy);
+        }
+        return DecodeText(bytes, CodePage());
+    }
+    QStringDecoder decode(unicode->encoding, QStringConverter::Flag::Stateless);
+    const QString text = decode(bytes.sliced(unicode->mark.size()));
+    if (decode.hasError() || text.contains(QChar(u'\0'))) {
+        throw FileError(path, QStringLiteral("non è un testo Unicode valido") + remedy);
+    }
+    return text;
+}
+
+QByteArray EncodeLines(const QString& path, const QStringList& lines, Form form) {
+    const QString text = lines.join(u'\n') + u'\n';
+    if (const Unicode* unicode = UnicodeOf(form)) {
+        QStringEncoder encode(unicode->encoding);
+        return unicode->mark + QByteArray(encode(text));
+    }
     try {
-        return EncodeText(lines.join(u'\n') + u'\n', CodePage());
+        return EncodeText(text, CodePage());
     } catch (ImportError& error) {
         throw FileError(path, error.Message());
     }
@@ -117,6 +161,7 @@ void WriteFile(const QString& path, const QByteArray& bytes) {
 } // namespace
 
 void SettingsFile::Reload() {
+    m_form = Form::Ansi;
     m_lines.clear();
     m_modified = {};
     m_size = -1;
@@ -140,7 +185,8 @@ void SettingsFile::Load() {
     if (file.error() != QFileDevice::NoError) {
         throw FileError(m_path, QStringLiteral("non si può leggere (%1)").arg(file.errorString()));
     }
-    m_lines = DecodeLines(m_path, bytes).split(u'\n');
+    m_form = FormOf(bytes);
+    m_lines = DecodeLines(m_path, bytes, m_form).split(u'\n');
     if (m_lines.last().isEmpty()) {
         m_lines.removeLast();
     }
@@ -157,6 +203,19 @@ QString SettingsFile::Read(const QString& section, const QString& key) {
     }
     const QStringView line = m_lines[place.key];
     return Unquoted(Trimmed(line.sliced(line.indexOf(u'=') + 1))).toString();
+}
+
+QStringList SettingsFile::BrokenLines() {
+    Load();
+    QStringList broken;
+    for (qsizetype index = 0; index < m_lines.size(); ++index) {
+        const QStringView line = Trimmed(m_lines[index]);
+        const bool isWhole = IsSection(line) ? line.contains(u']') : line.indexOf(u'=') > 0;
+        if (!isWhole && !line.isEmpty() && !line.startsWith(u';')) {
+            broken.append(QStringLiteral("riga %1: '%2'").arg(QString::number(index + 1), line));
+        }
+    }
+    return broken;
 }
 
 void SettingsFile::Write(const QString& section, const QString& key, const QString& value) {
@@ -178,6 +237,6 @@ void SettingsFile::Write(const QString& section, const QString& key, const QStri
     if (lines == m_lines) {
         return;
     }
-    WriteFile(m_path, EncodeLines(m_path, lines));
+    WriteFile(m_path, EncodeLines(m_path, lines, m_form));
     Reload();
 }

@@ -90,6 +90,58 @@ private slots:
         QCOMPARE(target.Run.WrittenRows("DOC_VER"), qint64{1});
     }
 
+    /// Codes and texts that people read follow the configuration, as it was when the run began; marks, numbers, notes
+    /// and the codes of the source stay as they are.
+    void rowsKeepTheCaseOfTheConfiguration_data() {
+        Columns<QByteArray, QString, QString>("settings", "counterparty", "article");
+        Row("default", QByteArray(), "Rossi & Straße|Via Po 1|Città|Nota|c1|a", "A1|Vite|ext1|NR|M3|Note");
+        Row("both", QByteArray("TEXTFIELD_CHAR=1\n"), "ROSSI & STRAßE|VIA PO 1|CITTÀ|Nota|c1|a",
+            "A1|VITE|ext1|NR|M3|Note");
+        Row("neither", QByteArray("KEYFIELD_CHAR=0\n"), "Rossi & Straße|Via Po 1|Città|Nota|c1|a",
+            "a1|Vite|ext1|nr|m3|Note");
+    }
+    void rowsKeepTheCaseOfTheConfiguration() {
+        QFETCH(const QByteArray, settings);
+        TestTarget target;
+        const QString ini = target.Folder.filePath("Quadrix.ini");
+        WriteFile(ini, "[CONFIG]\n" + settings);
+        ImportRun run(target.Get(), "modImport_Prova", "ImportProva", "X");
+        WriteFile(ini, "[CONFIG]\nKEYFIELD_CHAR=1\nTEXTFIELD_CHAR=0\n"); // holds for the next run
+        TargetRow counterparty(run, "CON_TRO");
+        counterparty.Set("CORAS", "Rossi & Straße").Set("COIND", "Via Po 1").Set("COCIT", "Città").Set("CONOT", "Nota");
+        counterparty.Set("COCGE", "c1").Set("COMID", "a").Insert();
+        TargetRow article(run, "ART_ICO");
+        article.Set("CDART", "a1").Set("ARDES", "Vite").Set("CDEXT", "ext1").Set("ARUMS", "nr").Set("ARMAT", "m3");
+        article.Set("ARNOT", "Note").Insert();
+        QTEST(target.Rows("SELECT CORAS, COIND, COCIT, CONOT, COCGE, COMID FROM X01_CON_TRO").value(0), "counterparty");
+        QTEST(target.Rows("SELECT CDART, ARDES, CDEXT, ARUMS, ARMAT, ARNOT FROM X01_ART_ICO").value(0), "article");
+    }
+
+    /// The translations are looked at before anything is written, whatever is imported.
+    void checksTheTranslations() {
+        TestTarget target;
+        target.Execute("ALTER TABLE SYS_IMP RENAME COLUMN TBOLD TO TBALT");
+        QCOMPARE(Missing(target.Get(), {}), QStringList{"Quadrix: colonna 'SYS_IMP.TBOLD'"});
+    }
+
+    /// An import whose look-ups fail goes on, and its result says so.
+    void countsFailedLookupsInTheResult() {
+        TestTarget target;
+        target.Execute("DROP TABLE SYS_IMP");
+        ImportRun run(target.Get(), "modImport_Prova", "ImportProva", "X");
+        run.Guard([&] {
+            for (const char* code : {"a", "b"}) {
+                modImport::GetNewCode(target.Get(), "TAB_MOP", "CDMOP", code, true);
+            }
+        });
+        const RunResult& result = target.Get().Results.last();
+        QCOMPARE(result.outcome, RunResult::Outcome::Done);
+        QCOMPARE(result.failedLookUps, 2);
+        QCOMPARE(result.errors.size(), 1);
+        QVERIFY2(result.errors[0].startsWith("GetNewCode: "), qPrintable(result.errors[0]));
+        QCOMPARE(result.notes.count, 2);
+    }
+
     void numbersCounterparties_data() {
         Columns<QString, QString>("highest", "next");
         Row("none", "", "000001");

@@ -2,7 +2,9 @@
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "sql/mod_ovTools.h"
+#include "tests/sources/dbfBytes.h"
 #include "tests/sources/mdbBytes.h"
+#include "tests/support/errorOf.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -26,6 +28,7 @@ QString Describe(const ovConnection& source) {
     add("User", source.User);
     add("Password", source.Password);
     add("String", source.ConnectionString);
+    add("Driver", source.Driver);
     add("Network", source.NetworkCredential ? "1" : "");
     return parts.join(' ');
 }
@@ -115,7 +118,135 @@ private slots:
         config.SetAppConfig("IMPORT", "NetworkCredential", "1.0");
         QCOMPARE(Prepare(target.Get(), "Gescom"), QString("3 Server=db1 Database=gescom2 Network=1"));
         config.SetAppConfig("AHR", "NetworkCredential", "0");
-        QCOMPARE(Prepare(target.Get(), "Ad-Hoc"), QString("3 Server=db1 Database=gescom2 User=carlo Password=p"));
+        config.SetAppConfig("IMPORT", "Driver", "MariaDB Unicode");
+        QCOMPARE(Prepare(target.Get(), "Ad-Hoc"),
+                 QString("3 Server=db1 Database=gescom2 User=carlo Password=p Driver=MariaDB Unicode"));
+    }
+
+    /// The user of a server, seeded by an origin that has one, is not that of a data source.
+    void keepsDataSourcesApart() {
+        TestTarget target;
+        ovConfig& config = target.Get().Config;
+        QCOMPARE(Prepare(target.Get(), "OSL GP90"), QString("0 Server=SERVER Database=OSL User=sa"));
+        QCOMPARE(Prepare(target.Get(), "DOMINIO"), QString("0 DSN=DOMINIO"));
+        config.SetAppConfig("IMPORT", "DSN_Username", "lettore");
+        config.SetAppConfig("IMPORT", "DSN_Password", "p");
+        QCOMPARE(Prepare(target.Get(), "DOMINIO"), QString("0 DSN=DOMINIO User=lettore Password=p"));
+    }
+
+    void refusesUnknownProviders_data() {
+        Columns<QString, QString>("setting", "prepared");
+        Row("number", "3", "3 DSN=DOMINIO");
+        Row("number with decimals", "4.0", "4 DSN=DOMINIO");
+        Row("name", "MYSQL", "");
+        Row("half", "1.5", "");
+        Row("no such number", "5", "");
+    }
+    void refusesUnknownProviders() {
+        QFETCH(QString, setting);
+        QFETCH(QString, prepared);
+        TestTarget target;
+        target.Get().Config.SetAppConfig("IMPORT", "ProviderType", setting);
+        QString seen;
+        const auto error = ErrorOf<ImportError>([&] { seen = Prepare(target.Get(), "DOMINIO"); });
+        QCOMPARE(seen, prepared);
+        QCOMPARE(error.has_value(), prepared.isEmpty());
+        if (error) {
+            for (const QString& part :
+                 {setting, QString("ProviderType"), QString("[IMPORT]"), QString("Quadrix.ini")}) {
+                QVERIFY2(error->Message().contains(part), qPrintable(error->Message()));
+            }
+        }
+    }
+
+    /// A path counts from the folder of the settings, whatever folder the program was started in.
+    void countsPathsFromTheSettings_data() {
+        Columns<QString, bool>("path", "isThere");
+        Row("relative", "dati", true);
+        Row("relative, as Windows writes it", "sotto\\dati", true);
+        Row("not there", "altri", false);
+    }
+    void countsPathsFromTheSettings() {
+        QFETCH(QString, path);
+        QFETCH(bool, isThere);
+        TestTarget target;
+        target.Person.Otherwise = true; // WinProgest: data files
+        QDir(target.Folder.path()).mkpath("dati");
+        QDir(target.Folder.path()).mkpath("sotto/dati");
+        target.Get().Config.SetAppConfig("IMPORT", "Databasename", path);
+        const QString whole = target.Folder.filePath(QString(path).replace('\\', '/'));
+        for (const char* origin : {"Arca 2000", "Ad-Hoc Windows", "Mexal", "WinProgest", "DSS Waps"}) {
+            const bool isChoice = origin == QString("Mexal") || origin == QString("WinProgest");
+            const QString prepared = Prepare(target.Get(), origin);
+            QVERIFY2(prepared.contains(isThere || !isChoice ? whole : "DSN="), qPrintable(origin + (": " + prepared)));
+        }
+    }
+
+    void namesTheSettingOfAPath_data() {
+        Columns<QString, QStringList>("path", "parts");
+        Row("missing", "", QStringList{"Manca il percorso"});
+        Row("wrong", "altrove", QStringList{"/altrove'", "non esiste", "il percorso è quello"});
+        Row("cut", "d/" + QString(130, 'x'), QStringList{"non esiste", "solo i primi 127 caratteri"});
+    }
+    void namesTheSettingOfAPath() {
+        QFETCH(QString, path);
+        QFETCH(QStringList, parts);
+        TestTarget target;
+        target.Get().Config.SetAppConfig("IMPORT", "Databasename", path);
+        QCOMPARE(ConnectOrTell(target.Get(), *registry::Find("Arca 2000")), SourceOutcome::Failed);
+        QCOMPARE(target.Person.Events.size(), 1); // one box for one error
+        const QString shown = target.Person.Messages.value(0).text;
+        QVERIFY2(shown.startsWith("Impossibile connettersi a Arca 2000!\n"), qPrintable(shown));
+        for (const QString& part : parts + QStringList{"chiave Databasename, sezione [IMPORT]", "Quadrix.ini"}) {
+            QVERIFY2(shown.contains(part), qPrintable(shown));
+        }
+        QCOMPARE(target.Get().Errors.Entries().last().procedure, QString("ConnectSource"));
+        target.Get().Errors.ReportToOperator({}); // it is shown again from now on
+        QCOMPARE(target.Person.Reported.size(), 1);
+    }
+
+    /// A table of MS-DOS does not tell its code page: the setting does, and without it the log says what was taken.
+    void readsFilesInTheCodePageOfTheSettings_data() {
+        Columns<QString, int, QByteArray, QString, QString>("setting", "language", "city", "read", "noted");
+        const QByteArray dos("Mondov\x8d ");
+        Row("set", "cp850", 0, dos, "Mondovì", "");
+        Row("not set", "", 0, dos, "Mondov\u008d",
+            "CODE PAGE NON DICHIARATA: il file 'clienti.dbf' è letto in windows-1252");
+        Row("not set, and of no account", "", 0, QByteArray("Torino  "), "Torino", "");
+        Row("told by the file", "cp1252", 2, dos, "Mondovì", "");
+    }
+    void readsFilesInTheCodePageOfTheSettings() {
+        QFETCH(QString, setting);
+        QFETCH(int, language);
+        QFETCH(QByteArray, city);
+        QFETCH(QString, noted);
+        TestTarget target;
+        const dbfBytes::Table table{0x03, language, {{"CITTA", 'C', 8}}, " " + city + " " + city, 2};
+        WriteFile(target.Folder.filePath("clienti.dbf"), table.Bytes());
+        target.Get().Config.SetAppConfig("IMPORT", "Databasename", ".");
+        target.Get().Config.SetAppConfig("IMPORT", "CodePage", setting);
+        contract::Origin origin;
+        origin.source.prepare = sourceSettings::FoxProFolder();
+        QCOMPARE(ConnectSource(target.Get(), origin), SourceOutcome::Opened);
+        QTEST(target.Get().SourceConnection().ExecuteWC("SELECT CITTA FROM clienti").Fields(0).Value().toString(),
+              "read");
+        const Notes& notes = target.Get().Notes;
+        QCOMPARE(notes.count, noted.isEmpty() ? 0 : 1); // once, not for each row
+        if (!noted.isEmpty()) {
+            const QString note = notes.kinds[0].name + ": " + notes.kinds[0].first;
+            QVERIFY2(note.startsWith(noted) && note.contains("riga 1, colonna CITTA") && note.contains("CodePage"),
+                     qPrintable(note));
+            QVERIFY(target.Log().contains("CODE PAGE NON DICHIARATA"));
+        }
+    }
+
+    void refusesUnknownCodePages() {
+        TestTarget target;
+        target.Get().Config.SetAppConfig("IMPORT", "CodePage", "cp9999");
+        QCOMPARE(ConnectSource(target.Get(), *registry::Find("OSL GP90")), SourceOutcome::Failed);
+        const QString message = target.Person.Reported.value(0).message;
+        QVERIFY2(message.contains("CodePage") && message.contains("cp9999") && message.contains("Quadrix.ini"),
+                 qPrintable(message));
     }
 
     void opensASqliteFileForAServer() {
@@ -163,6 +294,12 @@ private slots:
         file.Write("DATABASE", "ServerName", "solsrv");
         file.Write("DATABASE", "Username", "u");
         QCOMPARE(Prepare(target.Get(), "Solution"), QString("0 Server=solsrv Database=SOLUTION User=u"));
+        file.Write("DATABASE", "Provider", "mysql");
+        QCOMPARE(Prepare(target.Get(), "Solution"), QString("3 Server=solsrv Database=SOLUTION User=u"));
+        file.Write("DATABASE", "Provider", "DB2");
+        const auto error = ErrorOf<ImportError>([&] { Prepare(target.Get(), "Solution"); });
+        QVERIFY(error && error->Message().contains("chiave Provider: 'DB2'") &&
+                error->Message().contains("Solution.ini"));
     }
 
     void closesTheFormerSource() {

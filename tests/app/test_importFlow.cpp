@@ -214,9 +214,11 @@ private slots:
         fake.Database = target.Folder.filePath("no/such/folder.db");
         target.Person.Answers = {true};
         QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
-        QCOMPARE(target.Person.Reported.size(), 1);
-        QCOMPARE(target.Person.Reported[0].procedure, QString("ConnectSource"));
-        QCOMPARE(target.Person.Messages.last().text, QString("Impossibile connettersi a Prova!"));
+        QCOMPARE(target.Person.Reported.size(), 0); // one box for one error
+        const ErrorEntry& error = target.Get().Errors.Entries().last();
+        QCOMPARE(error.procedure, QString("ConnectSource"));
+        QCOMPARE(target.Person.Messages.size(), 1);
+        QCOMPARE(target.Person.Messages.last().text, QString("Impossibile connettersi a Prova!\n\n") + error.message);
         QCOMPARE(target.Person.Messages.last().icon, Icon::Exclamation);
         QVERIFY(!target.Get().Source);
         QVERIFY(!target.Person.IsBusy());

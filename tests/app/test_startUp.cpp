@@ -5,6 +5,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
+#include <QRandomGenerator>
 #include <QSysInfo>
 #include <QTest>
 
@@ -98,6 +99,71 @@ private slots:
         }
     }
 
+    /// Passwords as they are drawn by programs that keep them: the first start hides each, the second one reads it.
+    void startsWithStrongPasswords_data() {
+        Columns<int>("length");
+        for (const int length : {8, 16, 24, 32, 48, 64}) {
+            QTest::addRow("%d characters", length) << length;
+        }
+    }
+    void startsWithStrongPasswords() {
+        QFETCH(int, length);
+        QRandomGenerator random(static_cast<quint32>(length));
+        for (int drawn = 0; drawn < 40; ++drawn) {
+            QString password;
+            while (password.size() < length) {
+                password += QChar(random.bounded(u'!', u'~' + 1));
+            }
+            QFile::remove(Ini());
+            Set({"Provider=SQLITE", "DatabaseName=missing.db", "NetworkCredential=0", "Password=" + password});
+            for (int start = 0; start < 2; ++start) {
+                ScriptedOperator person;
+                Session session(person);
+                modMain::ConnectQuadrix(session, Ini());
+                QCOMPARE(session.Quadrix.Password, password);
+                QCOMPARE(Get("PasswordEncryption"), QString("1"));
+                QVERIFY2(!ReadFile(Ini()).contains(password.toLatin1()), qPrintable(password));
+                QVERIFY(person.Messages.isEmpty());
+            }
+        }
+    }
+
+    /// What cannot be hidden, for whatever reason, is told and does not keep the program from starting.
+    void startsWithAPasswordThatStaysClear() {
+        QDir().mkpath(QFileInfo(Ini()).path());
+        const QString settings = "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=a.db\r\nNetworkCredential=0\r\n"
+                                 "Username=u\r\nPassword=日本\r\nPasswordEncryption=0\r\n";
+        WriteFile(Ini(), "\xef\xbb\xbf" + settings.toUtf8());
+        ScriptedOperator person;
+        Session session(person);
+        QVERIFY(modMain::ConnectQuadrix(session, Ini(), modMain::MissingDatabase::Create));
+        QCOMPARE(session.Quadrix.Password, QString("日本"));
+        QCOMPARE(person.Events.size(), 1);
+        QVERIFY2(person.Events[0].contains("Password") && person.Events[0].contains("leggibile"),
+                 qPrintable(person.Events[0]));
+        QVERIFY(person.Reported.isEmpty());
+        QCOMPARE(ReadFile(Ini()), "\xef\xbb\xbf" + settings.toUtf8());
+    }
+
+    void namesTheDriver() {
+        Set({"Provider=MSSQL", "Driver=ODBC Driver 18 for SQL Server", "ServerName=nowhere.invalid"});
+        ScriptedOperator person;
+        Session session(person);
+        modMain::ConnectQuadrix(session, Ini());
+        QCOMPARE(session.Quadrix.Driver, QString("ODBC Driver 18 for SQL Server"));
+    }
+
+    void tellsBrokenLines() {
+        QDir().mkpath(QFileInfo(Ini()).path());
+        WriteFile(Ini(), "[DATABASE\nProvider=SQLITE\nDatabaseName=a.db\n\n; a comment\nDatabase Name\n[IMPORT]\n");
+        ScriptedOperator person;
+        Session session(person);
+        QVERIFY(modMain::ConnectQuadrix(session, Ini(), modMain::MissingDatabase::Create));
+        QCOMPARE(person.Events.size(), 1);
+        QVERIFY2(person.Events[0].endsWith("riga 1: '[DATABASE'\nriga 6: 'Database Name'"),
+                 qPrintable(person.Events[0]));
+    }
+
     void opensTheEmbeddedDatabase() {
         Set({"Provider=SQLITE", "DatabaseName=data/azienda.db"});
         ScriptedOperator person;
@@ -114,13 +180,17 @@ private slots:
 
     void reportsUnreadableSettingsOnce() {
         QDir().mkpath(QFileInfo(Ini()).path());
-        WriteFile(Ini(), "\xff\xfe[");
+        WriteFile(Ini(), "\xef\xbb\xbf[A\xff");
         ScriptedOperator person;
         Session session(person);
         QVERIFY(!modMain::ConnectQuadrix(session, Ini()));
         QCOMPARE(person.Reported.size(), 1);
         QVERIFY2(person.Reported[0].message.contains(Ini()), qPrintable(person.Reported[0].message));
-        QCOMPARE(ReadFile(Ini()).size(), 3);
+        for (const char* key : {"Disable_Reset", "Disable_Sequence", "AZIENDA"}) { // as the window asks
+            QCOMPARE(modMain::GetAppConfig(session, "IMPORT", key, "0"), QString("0"));
+        }
+        QCOMPARE(person.Reported.size(), 1);
+        QCOMPARE(ReadFile(Ini()).size(), 6);
     }
 
     void listsCompanies() {

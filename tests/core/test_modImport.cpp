@@ -106,6 +106,63 @@ private slots:
         QVERIFY(target.Person.Reported.isEmpty());
     }
 
+    /// Codes are compared without case and not beyond it, and "Null" is one like any other.
+    void codesThatLookAlike() {
+        TestTarget target;
+        AddTranslation(target, "TAB_MOP", "CDMOP", "STRASSE", "'1'");
+        QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "strasse", false), QString("1"));
+        QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "straße", false), QString());
+        for (int time = 0; time < 2; ++time) {
+            QCOMPARE(GetNewCode(target.Get(), "TAB_MOP", "CDMOP", "Null", true), QString());
+        }
+        QCOMPARE(target.Rows("SELECT TBOLD FROM SYS_IMP WHERE TBFLD = 'CDMOP' ORDER BY RECORD_ID"),
+                 QStringList({"STRASSE", "Null"}));
+    }
+
+    /// A failure that comes back with each row is told once; the log has it with each row.
+    void countsFailedLookups() {
+        TestTarget target;
+        Session& session = target.Get();
+        target.Execute("ALTER TABLE SYS_IMP RENAME COLUMN TBOLD TO TBALT");
+        for (const char* code : {"1", "2", "3"}) {
+            const ovErrors::Row row(session.Errors, QString("Tabella 'pagamenti', codice ") + code);
+            QCOMPARE(GetNewCode(session, "TAB_MOP", "CDMOP", code, false), QString());
+        }
+        QCOMPARE(session.FailedLookUps.count, 3);
+        QCOMPARE(session.FailedLookUps.messages.size(), 1);
+        QCOMPARE(target.Person.Reported.size(), 1);
+        QCOMPARE(session.Notes.kinds.size(), 1);
+        QCOMPARE(session.Notes.kinds[0].count, 3);
+        QVERIFY2(session.Notes.kinds[0].first.startsWith("Tabella 'pagamenti', codice 1: TAB_MOP.CDMOP = 1: "),
+                 qPrintable(session.Notes.kinds[0].first));
+        QCOMPARE(target.Log().count("RICERCA FALLITA (GetNewCode): Tabella 'pagamenti', codice "), 3);
+        target.Execute("DROP TABLE SYS_IMP"); // another failure
+        GetNewCode(session, "TAB_MOP", "CDMOP", "4", false);
+        QCOMPARE(target.Person.Reported.size(), 2);
+        QFile::remove(session.LogFile);
+        session.LogFile = target.Folder.path(); // a log that cannot be written
+        QCOMPARE(GetNewCode(session, "TAB_MOP", "CDMOP", "5", false), QString());
+        QCOMPARE(session.FailedLookUps.count, 5);
+    }
+
+    /// Whoever will not go on with a failing look-up is not asked about the next one: the import goes on in any case.
+    void asksAboutFailedLookupsOnce() {
+        TestTarget target;
+        int asked = 0;
+        target.Get().Errors.Action = ErrorAction::Ask;
+        target.Get().Errors.AskOperator = [&asked](const ErrorEntry&) {
+            ++asked;
+            return ErrorAnswer::Abort;
+        };
+        target.Execute("DROP TABLE SYS_IMP");
+        for (const char* code : {"1", "2", "3"}) {
+            const ovErrors::Row row(target.Get().Errors, code);
+            GetNewCode(target.Get(), "TAB_MOP", "CDMOP", code, false);
+        }
+        QCOMPARE(asked, 1);
+        QCOMPARE(target.Get().Errors.Action, ErrorAction::Ask);
+    }
+
     /// A lookup reports an error under its own name and finds nothing.
     void lookupsNeverRaise() {
         TestTarget target;
@@ -176,6 +233,7 @@ private slots:
         WriteFile(target.Folder.filePath("Quadrix.ini"), "[CONFIG]\r\n" + settings.toLatin1());
         QTEST(FormatKeyField(target.Get(), "Ab"), "key");
         QTEST(FormatTextField(target.Get(), "Ab"), "text");
+        QCOMPARE(FormatKeyField(target.Get(), "straße").size(), 6); // a code that fits its column goes on fitting
     }
 
     void firstCharacter() {

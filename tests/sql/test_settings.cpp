@@ -4,11 +4,17 @@
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
+#include <QStringConverter>
 #include <QTemporaryDir>
 #include <QTest>
 
 class TestSettings : public QObject {
     Q_OBJECT
+
+    static QByteArray Utf16(const QString& text, QStringConverter::Encoding encoding) {
+        QStringEncoder encode(encoding, QStringConverter::Flag::WriteBom);
+        return encode(text);
+    }
 
 private slots:
     void init() { QFile::remove(m_path); }
@@ -26,6 +32,9 @@ private slots:
         Row("longer key", QByteArray("[A]\nKey2=1\nMyKey=2\n"), "");
         Row("code page", QByteArray("[A]\nKey=Citt\xe0 \x80\n"), "Città €");
         Row("hard blank belongs to the value", QByteArray("[A]\nKey=\xa0x\xa0\n"), QString("\u00a0x\u00a0"));
+        Row("UTF-8 with its mark", QByteArray("\xef\xbb\xbf[A]\nKey=Citt\xc3\xa0 \xe2\x82\xac\n"), "Città €");
+        Row("UTF-16", Utf16("[A]\r\nKey=Città €\r\n", QStringConverter::Utf16LE), "Città €");
+        Row("UTF-16, high byte first", Utf16("[A]\r\nKey=日本\r\n", QStringConverter::Utf16BE), "日本");
         Row("no end of line", QByteArray("[A]\nKey=last"), "last");
         Row("empty file", QByteArray(), "");
     }
@@ -43,6 +52,10 @@ private slots:
             QByteArray("; mine\r\nstray line\r\n\r\n[B]\r\nx=1\r\n\r\n[A]\r\n; why\r\nKey=new\r\nz=\r\n"));
         Row("key goes to the end of its section", QByteArray("[A]\nx=1\n; note\n\n[B]\nKey=b\n"),
             QByteArray("[A]\nx=1\n; note\nKey=new\n\n[B]\nKey=b\n"));
+        Row("UTF-8 stays", QByteArray("\xef\xbb\xbf[A]\nx=\xc3\xa0\n"),
+            QByteArray("\xef\xbb\xbf[A]\nx=\xc3\xa0\nKey=new\n"));
+        Row("UTF-16 stays", Utf16("[A]\r\nx=à\r\n", QStringConverter::Utf16LE),
+            Utf16("[A]\r\nx=à\r\nKey=new\r\n", QStringConverter::Utf16LE));
         Row("new section goes last", QByteArray("[B]\nx=1"), QByteArray("[B]\nx=1\n[A]\nKey=new\n"));
     }
     void writes() {
@@ -105,8 +118,13 @@ private slots:
             const auto error = ErrorOf<ImportError>(work);
             return error && error->Message().contains(m_path);
         };
-        Put("\xff\xfe[\0A\0]\0");
-        QVERIFY(fails([this] { SettingsFile(m_path).Read("A", "Key"); }));
+        for (const QByteArray& damaged :
+             {QByteArray("\xef\xbb\xbf[A]\nKey=\xff\n"), QByteArray("\xff\xfe[\0A", 5), QByteArray("[\0A\0]\0", 6)}) {
+            Put(damaged);
+            QVERIFY(fails([this] { SettingsFile(m_path).Read("A", "Key"); }));
+            QVERIFY(fails([this] { SettingsFile(m_path).Write("A", "Key", "new"); }));
+            QCOMPARE(Content(), damaged);
+        }
         Put("[A]\nKey=1\n");
         QVERIFY(fails([this] { SettingsFile(m_path).Write("A", "Key", "one\ntwo"); }));
         QVERIFY(fails([this] { SettingsFile(m_path).Write("A", "Key", "日本"); }));
