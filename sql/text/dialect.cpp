@@ -142,6 +142,9 @@ private:
         case Kind::Text:
             AdaptText();
             break;
+        case Kind::Prefixed:
+            Sqlite() && m_tokens.Current().toUpper() == u'N' ? Replace(m_tokens.View().mid(1)) : Keep(); // all Unicode
+            break;
         case Kind::Moment:
             AdaptForeignMoment();
             break;

@@ -40,6 +40,8 @@ private slots:
             "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}");
         Row("placeholder within an argument", "SELECT LEFT('%2', LEN(B))", "SELECT SUBSTR('%2', 1, LENGTH(B))",
             "SELECT LEFT('%2', CHAR_LENGTH(B))");
+        Row("text of SQL Server's Unicode", "UPDATE T SET A = N'it''s', B = X'00'",
+            "UPDATE T SET A = 'it''s', B = X'00'", "UPDATE T SET A = N'it''s', B = X'00'");
         Row("bytes", "INSERT INTO T VALUES (0xFFD8, 0xF, '0xFF')", "INSERT INTO T VALUES (X'FFD8', 0xF, '0xFF')",
             "INSERT INTO T VALUES (0xFFD8, 0xF, '0xFF')");
         Row("create",
