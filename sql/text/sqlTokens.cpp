@@ -45,8 +45,8 @@ bool SqlTokens::FollowedBy(QLatin1String word, int skip) const {
     return ahead.IsWord(word);
 }
 
-QString SqlTokens::TakeCall() {
-    QString call = Take();
+QString SqlTokens::TakeParenthesis() {
+    QString call;
     int depth = 0;
     while (!AtEnd()) {
         const QChar c = Current();

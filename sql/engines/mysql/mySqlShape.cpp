@@ -2,6 +2,7 @@
 
 #include "sql/text/dialect.h"
 #include "sql/text/sqlTokens.h"
+#include "sql/text/writtenParts.h"
 
 #include <algorithm>
 
@@ -37,21 +38,7 @@ bool KeepsTables(const QString& statement) {
 }
 
 QString InsertedTable(const StatementShape& source) {
-    const QString text = Text(source);
-    SqlTokens tokens(text);
-    tokens.SkipSpace();
-    if (!tokens.IsWord(QLatin1String("INSERT")) || !tokens.FollowedBy(QLatin1String("INTO"))) {
-        return {};
-    }
-    for (int word = 0; word < 2; ++word) {
-        tokens.Skip();
-        tokens.SkipSpace();
-    }
-    QString table;
-    while (!tokens.AtEnd() && !tokens.IsSpace() && tokens.Current() != u'(') {
-        table += tokens.Take();
-    }
-    return table;
+    return source.verb == StatementShape::Verb::Insert ? writtenParts::Table(Text(source)) : QString();
 }
 
 } // namespace mySqlShape

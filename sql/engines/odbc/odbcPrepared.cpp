@@ -125,7 +125,10 @@ std::optional<QString> OdbcPrepared::FindIdentity(const QString& table, const St
         return m_identityColumn(table);
     } catch (const SqlError& error) {
         if (m_connection->Lost()) {
-            throw SqlError(QString::fromUtf8(source.text), error.EngineMessage(), error.EngineCode());
+            SqlError ofInsert(QString::fromUtf8(source.text), error.EngineMessage(), error.EngineCode());
+            ofInsert.Reword(error.Message());
+            ofInsert.SetMayPass(true);
+            throw ofInsert;
         }
         return std::nullopt;
     }
