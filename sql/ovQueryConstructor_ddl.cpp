@@ -45,7 +45,9 @@ QString ExpressionOf(const QString& value) {
 
 /// A field's default as it stands in a statement.
 QString DefaultText(const QueryField& field) {
-    const QString expression = ExpressionOf(field.DefaultValue);
+    const QString& given = field.DefaultValue;
+    const QString expression =
+        ExpressionOf(IsDate(field.Type) ? QString(u'(' + given + u')') : given); // no date is a call
     if (!expression.isEmpty()) {
         return expression;
     }

@@ -54,7 +54,10 @@ public:
     /// Whether the next word after this token (blanks apart) is `word`; with `skip` 0 this token itself, blanks apart.
     bool FollowedBy(QLatin1String word, int skip = 1) const;
     /// Takes the word and its whole parenthesis.
-    QString TakeCall() { return Take() + TakeParenthesis(); }
+    QString TakeCall() {
+        const QString word = Take();
+        return word + TakeParenthesis();
+    }
     /// Takes what stands up to the end of the parenthesis that comes next, with it.
     QString TakeParenthesis();
     /// The arguments of the call under way, cut at the commas of its own level.

@@ -238,7 +238,9 @@ private slots:
         Row("text of Unicode", DataType::VarChar, "(N'it''s')", "VARCHAR(5) NULL DEFAULT (N'it''s')");
         Row("call of a number", DataType::Integer, "(datepart(year,getdate()))",
             "INTEGER NULL DEFAULT (datepart(year,getdate()))");
-        Row("bare text", DataType::VarChar, "getdate()", "VARCHAR(5) NULL DEFAULT ('getdate()')");
+        Row("bare call", DataType::DateTime, "getdate()", "DATETIME NULL DEFAULT (getdate())");
+        Row("bare date", DataType::DateTime, "20240305", "DATETIME NULL DEFAULT ('20240305')");
+        Row("bare text", DataType::VarChar, "a(b) c", "VARCHAR(5) NULL DEFAULT ('a(b) c')");
         Row("words in brackets", DataType::VarChar, "('a (b)')", "VARCHAR(5) NULL DEFAULT ('a (b)')");
     }
     void ExpressionsAsDefaults() {

@@ -6,8 +6,9 @@ namespace {
 
 constexpr const char* MustHaveValue = "la colonna '%1'%T deve avere un valore";
 
-/// Of a foreign key: table, column, and the table that it refers to.
-constexpr QLatin1String ForeignKey("`([^`]+)`, CONSTRAINT .* FOREIGN KEY \\(`(.+?)`\\) REFERENCES `([^`]+)`");
+/// Of a foreign key: table, column, and the table that it refers to, in the quotes of the session or of any other.
+constexpr QLatin1String
+    ForeignKey("[`\"]([^`\"]+)[`\"], CONSTRAINT .* FOREIGN KEY \\([`\"](.+?)[`\"]\\) REFERENCES [`\"]([^`\"]+)[`\"]");
 
 constexpr meaning::Refusal Refusals[] = {
     {QLatin1String("1062"), QLatin1String("Duplicate entry '(.*)' for key '(?:[^']*\\.)?([^']+)'"),
@@ -22,7 +23,7 @@ constexpr meaning::Refusal Refusals[] = {
      "il valore per la colonna '%1'%T è troppo lungo"},
     {QLatin1String("1264"), QLatin1String("Out of range value for column '(.+?)'"),
      "il numero per la colonna '%1'%T è troppo grande"},
-    {QLatin1String("1366"), QLatin1String("Incorrect (\\w+) value: '(.*)' for column .*`([^`]+)` at row"),
+    {QLatin1String("1366"), QLatin1String("Incorrect (\\w+) value: '(.*)' for column .*[`\"]([^`\"]+)[`\"] at row"),
      "il valore '%2' non va nella colonna '%3'%T"},
     {QLatin1String("1146"), QLatin1String("Table '(?:.+?\\.)?(.+?)' doesn't exist"),
      "la tabella '%1' non c'è nel database"},
