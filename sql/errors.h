@@ -22,6 +22,11 @@ public:
         m_message += QStringLiteral("; ") + what;
         m_utf8.clear();
     }
+    /// Says it in other words.
+    void Reword(const QString& message) {
+        m_message = message;
+        m_utf8.clear();
+    }
     /// Key of the source row under way when it happened; empty outside a row.
     const QString& RowKey() const { return m_rowKey; }
     void SetRowKey(const QString& key) { m_rowKey = key; }
@@ -56,6 +61,15 @@ public:
     const QString& Statement() const { return m_statement; }
     const QString& EngineMessage() const { return m_engineMessage; }
     const QString& EngineCode() const { return m_engineCode; }
+    /// Puts what the engine's words mean for the operator in front of them: they stay behind, in brackets, with their
+    /// code.
+    void Explain(const QString& meaning) {
+        const QString code = m_engineCode.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(m_engineCode);
+        Reword(meaning + QStringLiteral(" (") + Message() + code + u')');
+    }
+    /// Whether the same statement may succeed after a while: what it needs is in use, or the connection has fallen.
+    bool MayPass() const { return m_mayPass; }
+    void SetMayPass(bool mayPass) { m_mayPass = mayPass; }
     /// Whether the connection fell after the statement was sent and before its answer came: the database may have
     /// carried it out.
     bool AnswerLost() const { return m_answerLost; }
@@ -65,6 +79,7 @@ private:
     QString m_statement;
     QString m_engineMessage;
     QString m_engineCode;
+    bool m_mayPass = false;
     bool m_answerLost = false;
 };
 

@@ -78,11 +78,13 @@ QString NumberText(double number);
 QString ToSqlNumber(const QString& number, const LocaleSeparators& separators = UserSeparators());
 
 /// The number that a value is as a whole: a number, or a text with one decimal mark (".", "," or the locale's), a
-/// sign in front or a "-" behind, an exponent. Nothing when it is none; infinite beyond the range of a double.
+/// sign in front or a "-" behind, an exponent. Nothing when it is none or is beyond a
+/// double.
 std::optional<double> ReadNumber(const QVariant& value, const LocaleSeparators& separators = UserSeparators());
 
-/// A number written with either separator. A text that `ReadNumber` refuses is read by its digits, a leading "-" and
-/// its last separator, which divides integers from decimals: "1.234,50" gives 1234.5; 0 without digits and for Null.
+/// A number written with either separator. A text that is none is read by its digits, a leading "-" and
+/// its last separator, which divides integers from decimals: "1.234,50" gives 1234.5; 0 without digits and for Null,
+/// infinite beyond a double.
 double ToDouble(const QVariant& value, const LocaleSeparators& separators = UserSeparators());
 
 /// @param zero true: 0 for Null and blank text, else the value; false: the text "Null" for Null, the empty text and

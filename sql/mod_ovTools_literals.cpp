@@ -100,8 +100,8 @@ std::optional<qint64> ReadInteger(QStringView text) {
     LeadingNumber number = ScanNumber(text);
     const qsizetype end = ExponentEnd(text, number.end);
     if (end != number.end) {
-        const auto scaled = ReadNumber(text.first(end).toString());
-        return scaled ? RoundToInteger(negative ? -*scaled : *scaled) : 0;
+        const double scaled = ToDouble(QString(u'0' + text.first(end))); // ".e5" is 0
+        return RoundToInteger(negative ? -scaled : scaled);
     }
     if (number.above || (number.half && number.integer % 2 == 1)) {
         number.overflow = number.overflow || number.integer == std::numeric_limits<quint64>::max();

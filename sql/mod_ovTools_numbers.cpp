@@ -3,9 +3,11 @@
 
 #include <QVarLengthArray>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace mod_ovTools {
 
@@ -18,11 +20,26 @@ bool IsSeparator(QChar character, const LocaleSeparators& separators) {
            (!separators.decimal.isEmpty() && character == separators.decimal.front());
 }
 
+/// Whether a number that no double holds is too large, not too small.
+bool IsLarge(const NumberBuffer& text) {
+    const auto mark = std::find(text.begin(), text.end(), 'e');
+    int power = 0;
+    const auto read = mark == text.end() ? std::from_chars_result{text.end(), std::errc()}
+                                         : std::from_chars(mark + 1, text.end(), power);
+    if (read.ec != std::errc()) {
+        return *(mark + 1) != '-';
+    }
+    const auto point = std::find(text.begin(), mark, '.');
+    const auto first = std::find_if(text.begin(), mark, [](char c) { return c != '0' && c != '.'; });
+    return (point - first) + power > 0;
+}
+
+/// Infinite beyond the range of a double.
 double Convert(const NumberBuffer& text) {
     double number = 0;
     const auto result = std::from_chars(text.constBegin(), text.constEnd(), number);
     if (result.ec == std::errc::result_out_of_range) {
-        return QByteArray(text.constData(), text.size()).toDouble(); // infinite or 0: from_chars does not say which
+        return IsLarge(text) ? std::numeric_limits<double>::infinity() : 0; // from_chars does not say which
     }
     return number;
 }
@@ -55,6 +72,7 @@ qsizetype CopyExponent(QStringView text, qsizetype at, NumberBuffer& buffer) {
     return end;
 }
 
+/// Infinite beyond the range of a double.
 std::optional<double> ReadNumberText(QStringView text, const LocaleSeparators& separators) {
     text = text.trimmed();
     bool negative = text.startsWith(u'-');
@@ -126,11 +144,10 @@ std::optional<double> ReadNumber(const QVariant& value, const LocaleSeparators& 
     if (value.isNull()) {
         return std::nullopt;
     }
-    if (HoldsNumber(value)) {
-        return value.toDouble();
-    }
     QString storage;
-    return ReadNumberText(ViewText(value, storage), separators);
+    const auto number =
+        HoldsNumber(value) ? std::optional(value.toDouble()) : ReadNumberText(ViewText(value, storage), separators);
+    return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 double ToDouble(const QVariant& value, const LocaleSeparators& separators) {

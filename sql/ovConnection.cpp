@@ -4,6 +4,8 @@
 #include "sql/ovQueryConstructor.h"
 #include "sql/text/dialect.h"
 
+#include <QThread>
+
 namespace {
 
 const QString TruncateTable = QStringLiteral("TRUNCATE TABLE ");
@@ -80,8 +82,23 @@ auto ovConnection::WithDecision(const QString& statement, const Work& work) {
                 throw;
             }
             Errors->Decide(error, attempt, mayBeDone);
+            WaitToPass(error, attempt);
         }
     }
+}
+
+/// Retries that follow each other at once use up the tries before a lock is let go or a server is back. An operator who
+/// was asked has waited already.
+void ovConnection::WaitToPass(const SqlError& error, int attempt) const {
+    if (!error.MayPass() || Errors->Action != ErrorAction::Retry) {
+        return;
+    }
+    constexpr int Growth = 3;
+    int pause = RetryPause;
+    for (int before = 1; before < attempt; ++before) {
+        pause *= Growth;
+    }
+    QThread::msleep(static_cast<unsigned long>(pause));
 }
 
 qint64 ovConnection::Execute(const QString& statement) {

@@ -34,6 +34,9 @@ public:
     QString CodePage;          ///< code page of files that do not tell theirs; empty for cp1252
     StatementObserver Note;    ///< is told what was taken for granted when a file was read
     FileOpener OpenFiles;
+    /// Milliseconds before the first retry of what may pass by itself, such as a lock; three times as long before each
+    /// further one. 0: no pause.
+    int RetryPause = 100;
     StatementObserver Trace;   ///< sees every statement in the engine's own words
     StatementObserver Written; ///< sees every statement as it was written, before the engine's own words
 
@@ -87,6 +90,7 @@ private:
     QString TextFor(const Engine& engine, const QString& statement) const;
     static void Show(const StatementObserver& observer, const QString& statement);
     void RestartNumbers(Engine& engine, const QString& table) const;
+    void WaitToPass(const SqlError& error, int attempt) const;
     bool TellDoubt(SqlError& error, const QString& statement) const;
     template<class Work>
     auto WithDecision(const QString& statement, const Work& work);

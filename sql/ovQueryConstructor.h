@@ -110,7 +110,8 @@ public:
     void SetFieldSecondType(int index, DataType type);
 
     /// Text of the statement; empty for an unknown kind. ALTER TABLE gives one statement per field, more where a
-    /// column must be filled or replaced, separated by ";" and a line break.
+    /// column must be filled or replaced, separated by ";" and a line break. A column that may not hold Null is filled
+    /// before it is altered; one that is added needs a default for that: it is not there to be filled before.
     /// @param columnAction of ALTER TABLE
     /// @param dropMode of DROP INDEX; an unknown one gives an empty text
     /// @param resultFlag cleared by ALTER TABLE

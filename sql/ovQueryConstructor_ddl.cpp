@@ -1,5 +1,6 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/text/sqlTokens.h"
 
 #include <QStringList>
 
@@ -24,8 +25,32 @@ bool IsNumber(DataType type) {
     }
 }
 
+/// What a catalogue gives back as SQL that quotes would make a text of: "(getdate())", "(N'abc')". Without its outer
+/// brackets; empty for any other default.
+QString ExpressionOf(const QString& value) {
+    if (!value.startsWith(u'(') || !value.endsWith(u')')) {
+        return {};
+    }
+    const QString inner = value.mid(1).chopped(1).trimmed();
+    SqlTokens tokens(inner);
+    if (tokens.IsCall()) {
+        tokens.TakeCall();
+    } else if (tokens.TokenKind() == SqlTokens::Kind::Prefixed) {
+        tokens.Skip();
+    } else {
+        return ExpressionOf(inner);
+    }
+    return tokens.AtEnd() ? inner : QString();
+}
+
 /// A field's default as it stands in a statement.
 QString DefaultText(const QueryField& field) {
+    const QString& given = field.DefaultValue;
+    const QString expression =
+        ExpressionOf(IsDate(field.Type) ? QString(u'(' + given + u')') : given); // no date is a call
+    if (!expression.isEmpty()) {
+        return expression;
+    }
     const QString value = ovQueryConstructor::FormatDefaultValue(field.DefaultValue, field.Type);
     if (IsTextType(field.Type) || IsDate(field.Type)) {
         return mod_ovTools::FormatSqlValue(value, DataType::Char, Provider::SqlServer);

@@ -1,7 +1,5 @@
 #include "sql/engines/spoolingCursor.h"
 
-#include "sql/errors.h"
-
 #include <QDataStream>
 
 namespace {
@@ -37,7 +35,8 @@ bool SpoolingCursor::Next() {
     if (m_live == nullptr) {
         return NextAside();
     }
-    if (m_live->Next()) {
+    m_hasRow = m_live->Next();
+    if (m_hasRow) {
         return true;
     }
     LeaveLine();
@@ -46,6 +45,9 @@ bool SpoolingCursor::Next() {
 }
 
 QVariant SpoolingCursor::Value(int column) const {
+    if (m_live == nullptr && m_row.isEmpty() && m_failure != nullptr) {
+        std::rethrow_exception(m_failure); // the row could not be put aside
+    }
     return m_live != nullptr ? m_live->Value(column) : m_row.value(column);
 }
 
@@ -65,17 +67,34 @@ void SpoolingCursor::PutAside() noexcept {
     } catch (...) {
         m_failure = std::current_exception();
     }
+    BackToFirst();
     LeaveLine();
 }
 
+/// The rows read until a failure wait in the file too, and what failed is told behind them.
+void SpoolingCursor::BackToFirst() noexcept {
+    if (m_file == nullptr || m_file->seek(0)) {
+        return;
+    }
+    m_rowsInFile = 0;
+    if (m_failure == nullptr) {
+        m_failure = std::make_exception_ptr(FileError());
+    }
+}
+
 void SpoolingCursor::ReadRest() {
-    m_row = LiveRow();
+    if (m_hasRow) {
+        m_row = LiveRow();
+    }
     while (m_live->Next()) {
         Append(LiveRow());
     }
-    if (m_file != nullptr) {
-        m_file->seek(0);
-    }
+}
+
+SqlError SpoolingCursor::FileError() const {
+    return {
+        m_statement,
+        QStringLiteral("file temporaneo '%1': %2 (il disco è pieno?)").arg(m_file->fileName(), m_file->errorString())};
 }
 
 void SpoolingCursor::Append(const Row& row) {
@@ -86,14 +105,13 @@ void SpoolingCursor::Append(const Row& row) {
     if (m_file == nullptr) {
         m_file = std::make_unique<QTemporaryFile>();
         if (!m_file->open()) {
-            throw SqlError(m_statement, QStringLiteral("file temporaneo: ") + m_file->errorString());
+            throw FileError();
         }
     }
     QDataStream stream(m_file.get());
     stream << row;
     if (stream.status() != QDataStream::Ok) {
-        throw SqlError(m_statement, QStringLiteral("file temporaneo '%1': %2 (il disco è pieno?)")
-                                        .arg(m_file->fileName(), m_file->errorString()));
+        throw FileError();
     }
     ++m_rowsInFile;
 }
@@ -111,8 +129,7 @@ bool SpoolingCursor::NextAside() {
         QDataStream stream(m_file.get());
         stream >> m_row;
         if (stream.status() != QDataStream::Ok) {
-            throw SqlError(m_statement,
-                           QStringLiteral("file temporaneo '%1': %2").arg(m_file->fileName(), m_file->errorString()));
+            throw FileError();
         }
         return true;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sql/engine.h"
+#include "sql/errors.h"
 
 #include <QTemporaryFile>
 
@@ -31,12 +32,15 @@ public:
     }
     QVariant Value(int column) const override;
 
-    /// Puts the rest of the rows aside. An error on the way is raised when the reader gets there.
+    /// Puts the rest of the rows aside. An error on the way is raised, as it is, when the reader gets there: behind
+    /// every row that came before it.
     void PutAside() noexcept;
 
 private:
     using Row = QVector<QVariant>;
     void ReadRest();
+    void BackToFirst() noexcept;
+    SqlError FileError() const;
     void Append(const Row& row);
     Row LiveRow() const;
     bool NextAside();
@@ -46,6 +50,7 @@ private:
     std::shared_ptr<ResultLine> m_line;
     QString m_statement;
     QStringList m_columns; ///< once nothing is live
+    bool m_hasRow = false; ///< the live cursor stands on one
     Row m_row;
     QVector<Row> m_first;
     qsizetype m_nextOfFirst = 0;

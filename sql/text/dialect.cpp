@@ -1,71 +1,113 @@
 #include "sql/text/dialect.h"
 
+#include "sql/text/columnTypes.h"
 #include "sql/text/sqlTokens.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dialect {
 
 namespace {
 
-/// Whether a token is a date and time as the statement builder writes them: '20240305 10:20:30' with its quotes.
-bool IsMomentLiteral(QStringView token) {
-    constexpr QStringView pattern = u"'00000000 00:00:00'";
-    const auto fits = [](QChar character, QChar mark) {
-        return mark == u'0' ? character >= u'0' && character <= u'9' : character == mark;
-    };
-    return token.size() == pattern.size() && std::equal(token.begin(), token.end(), pattern.begin(), fits);
-}
+using Kind = SqlTokens::Kind;
 
-/// Whether a token is a date as Access or FoxPro writes it, whose files SQLite reads here: #2024/03/05 10:20:30#,
-/// {^2024/03/05}.
-bool IsForeignMoment(QStringView token) { return token.startsWith(u'#') || token.startsWith(u"{^"); }
+/// A function of SQL Server as the engines say it. A text with "(" or "%" takes the place of the whole call, "%1" being
+/// its first argument; any other takes the place of the name. Empty: said the same.
+struct Function {
+    QLatin1String word;
+    int arguments;       ///< that the call must have; -1 for any number
+    QLatin1String first; ///< what its first argument must be; empty: anything
+    QLatin1String sqlite;
+    QLatin1String mySql;
+};
 
-/// Whether a token is bytes as SQL Server writes them: 0xFFD8, two digits a byte.
-bool IsBytesLiteral(QStringView token) {
-    return token.size() > 2 && token.size() % 2 == 0 && token.startsWith(u"0x", Qt::CaseInsensitive) &&
-           std::all_of(token.begin() + 2, token.end(), [](QChar digit) {
-               return digit.isDigit() || (digit.toLower() >= u'a' && digit.toLower() <= u'f');
-           });
-}
+constexpr int AnyNumber = -1;
+constexpr QLatin1String Anything;
+constexpr QLatin1String Same;
 
-/// Rewrites the tokens of one statement, from left to right. What no rule takes is copied as it stands.
+/// Dates are texts in SQLite, and the year stands first.
+constexpr Function Functions[] = {
+    {QLatin1String("LEN"), AnyNumber, Anything, QLatin1String("LENGTH"), QLatin1String("CHAR_LENGTH")},
+    {QLatin1String("ISNULL"), AnyNumber, Anything, QLatin1String("IFNULL"), QLatin1String("IFNULL")},
+    {QLatin1String("GETDATE"), AnyNumber, Anything, QLatin1String("strftime('%Y%m%d %H:%M:%S', 'now', 'localtime')"),
+     QLatin1String("NOW()")},
+    {QLatin1String("YEAR"), 1, Anything, QLatin1String("CAST(SUBSTR(%1, 1, 4) AS INTEGER)"), Same},
+    {QLatin1String("LEFT"), 2, Anything, QLatin1String("SUBSTR(%1, 1, %2)"), Same},
+    {QLatin1String("RIGHT"), 2, Anything, QLatin1String("SUBSTR(%1, -(%2))"), Same},
+    {QLatin1String("CONVERT"), 2, QLatin1String("UNIQUEIDENTIFIER"), QLatin1String("%2"), QLatin1String("%2")},
+};
+
+/// Whether the text of a literal, without its quotes, is a date and time as the statement builder writes them.
+bool IsMoment(QStringView text) { return sqlScan::IsMoment(text.utf16(), text.utf16() + text.size()); }
+
+/// Walks through one statement from left to right. What the engine says the same is copied in one piece, and a
+/// statement without anything else is not copied at all.
 class Adapter {
 public:
     Adapter(const QString& statement, Dialect target)
-        : m_tokens(statement),
-          m_target(target) {
-        m_out.reserve(statement.size() + 32);
-    }
+        : m_text(statement),
+          m_tokens(statement),
+          m_target(target) {}
 
     QString Adapt() {
-        AdaptStart();
+        AdaptHead();
         while (!m_tokens.AtEnd()) {
             AdaptHere();
         }
+        if (m_copied == 0) {
+            return m_text;
+        }
+        CopyUpTo(m_text.size());
         return std::move(m_out);
     }
 
 private:
     bool Sqlite() const { return m_target == Dialect::Sqlite; }
     bool Is(QLatin1String word) const { return m_tokens.IsWord(word); }
-    void Copy() {
-        m_out += m_tokens.View();
+
+    /// Leaves the token as it is.
+    void Keep() {
+        if (!m_tokens.IsSpace()) {
+            m_before = m_tokens.Current();
+        }
         m_tokens.Skip();
     }
-    void CopySpace() {
+    void KeepSpace() {
         while (!m_tokens.AtEnd() && m_tokens.IsSpace()) {
-            Copy();
+            Keep();
         }
     }
-    void Replace(const QString& text) {
-        m_tokens.Take();
+    void CopyUpTo(qsizetype position) {
+        m_out += QStringView(m_text).mid(m_copied, position - m_copied);
+        m_copied = position;
+    }
+    /// Says something before the token under way.
+    void Insert(QLatin1String text) {
+        CopyUpTo(m_tokens.Position());
         m_out += text;
+    }
+    /// Says `text` instead of what `skip` passes over.
+    template<class Text, class Skip>
+    void Replace(const Text& text, const Skip& skip) {
+        CopyUpTo(m_tokens.Position());
+        m_out += text;
+        skip();
+        m_copied = m_tokens.Position();
+        m_before = u'x';
+    }
+    template<class Text>
+    void Replace(const Text& text) {
+        Replace(text, [this] { m_tokens.Skip(); });
+    }
+    template<class Text>
+    void ReplaceCall(const Text& text) {
+        Replace(text, [this] { m_tokens.TakeCall(); });
     }
 
     /// What only stands at the head of a statement.
-    void AdaptStart() {
-        CopySpace();
+    void AdaptHead() {
+        KeepSpace();
         if (Is(QLatin1String("DELETE"))) {
             AdaptDelete();
         } else if (Is(QLatin1String("TRUNCATE"))) {
@@ -77,291 +119,193 @@ private:
 
     /// "DELETE X" needs its FROM.
     void AdaptDelete() {
-        Copy();
-        CopySpace();
+        Keep();
+        KeepSpace();
         if (!Is(QLatin1String("FROM"))) {
-            m_out += QLatin1String("FROM ");
+            Insert(QLatin1String("FROM "));
         }
     }
 
     void AdaptTruncate() {
-        if (!Sqlite() || !m_tokens.FollowedBy(QLatin1String("TABLE"))) {
-            return;
+        if (Sqlite() && m_tokens.FollowedBy(QLatin1String("TABLE"))) {
+            Replace(QLatin1String("DELETE"));
+            KeepSpace();
+            Replace(QLatin1String("FROM"));
         }
-        Replace(QStringLiteral("DELETE"));
-        CopySpace();
-        Replace(QStringLiteral("FROM"));
     }
 
     void AdaptHere() {
-        if (m_tokens.IsOpaque()) {
-            AdaptLiteral();
-        } else if (m_tokens.Current() == u'[') {
-            AdaptBrackets();
-        } else if (m_tokens.IsWordToken()) {
+        switch (m_tokens.TokenKind()) {
+        case Kind::Word:
             AdaptWord();
-        } else if (m_tokens.Current() == u',' && m_inCreateTable && Sqlite()) {
-            AdaptKeyClause();
-        } else {
-            Copy();
+            break;
+        case Kind::Text:
+            AdaptText();
+            break;
+        case Kind::Prefixed:
+            Sqlite() && m_tokens.Current().toUpper() == u'N' ? Replace(m_tokens.View().mid(1)) : Keep(); // all Unicode
+            break;
+        case Kind::Moment:
+            AdaptForeignMoment();
+            break;
+        case Kind::Bytes:
+            Sqlite() ? Replace(QString("X'" + m_tokens.View().mid(2) + u'\'')) : Keep(); // a number there otherwise
+            break;
+        case Kind::Bracket:
+            AdaptBrackets();
+            break;
+        default:
+            m_tokens.Current() == u',' && m_inCreateTable&& Sqlite() ? AdaptKeyClause() : Keep();
         }
     }
 
     /// MySQL refuses '20240305 10:20:30', and in a condition takes it silently for no date at all.
-    void AdaptLiteral() {
-        const bool differs = Sqlite() ? IsForeignMoment(m_tokens.View()) : IsMomentLiteral(m_tokens.View());
-        if (!differs) {
-            Copy();
-            return;
-        }
-        QString literal = m_tokens.Take();
-        if (Sqlite()) {
-            literal = u'\'' + literal.remove(u'/').remove(u'-').remove(u'^').mid(1).chopped(1) + u'\'';
-        } else {
-            literal.insert(7, u'-').insert(5, u'-');
-        }
-        m_out += literal;
+    void AdaptText() {
+        const QStringView text = m_tokens.View().mid(1).chopped(1);
+        Sqlite() || !IsMoment(text) ? Keep() : Replace(QString(u'\'' + MySqlMoment(text.toString()) + u'\''));
+    }
+
+    /// SQLite reads the files of Access and FoxPro here, with the dates as texts.
+    void AdaptForeignMoment() {
+        QString text = m_tokens.Text().remove(u'/').remove(u'-').remove(u'^');
+        text = text.mid(1).chopped(1);
+        const bool isDay = text.size() == 8 &&
+                           std::all_of(text.begin(), text.end(), [](QChar c) { return sqlScan::IsDigit(c.unicode()); });
+        Sqlite() && (isDay || IsMoment(text)) ? Replace(QString(u'\'' + text + u'\'')) : Keep();
     }
 
     /// Brackets are left to SQLite, which reads them; MySQL quotes names with backquotes.
-    void AdaptBrackets() {
-        QString name = m_tokens.Take();
-        if (!Sqlite()) {
-            name = u'`' + name.mid(1, name.size() - 2) + u'`';
-        }
-        m_out += name;
-    }
+    void AdaptBrackets() { Sqlite() ? Keep() : Replace(QString(u'`' + m_tokens.View().mid(1).chopped(1) + u'`')); }
 
     void AdaptWord() {
         if (m_tokens.IsWordWithDot(QLatin1String("DBO"))) {
-            m_tokens.Take();
-            m_tokens.Take();
-        } else if (Sqlite() && IsBytesLiteral(m_tokens.View())) {
-            m_out += QStringLiteral("X'") + m_tokens.View().mid(2) + u'\''; // a number there otherwise
-            m_tokens.Skip();
-        } else if ((Is(QLatin1String("CONVERT")) && AdaptGuid()) || AdaptFunction()) {
-            return;
-        } else if (m_inCreateTable && !AtColumnName()) {
-            AdaptColumnType();
-        } else {
-            Copy();
+            Replace(QLatin1String(), [this] {
+                m_tokens.Skip();
+                m_tokens.Skip();
+            });
+        } else if (!AdaptFunction() && !(m_inCreateTable && !AtColumnName() && AdaptColumnType())) {
+            Keep();
         }
     }
 
     /// A column may be called like a type, as "Image" or "Text": its name comes first in its definition.
-    bool AtColumnName() const {
-        const auto last = std::find_if(m_out.rbegin(), m_out.rend(), [](QChar one) { return !one.isSpace(); });
-        return last != m_out.rend() && (*last == u'(' || *last == u',');
-    }
+    bool AtColumnName() const { return m_before == u'(' || m_before == u','; }
 
-    /// "CONVERT(uniqueidentifier, 'x')" is the plain text elsewhere.
-    bool AdaptGuid() {
-        const auto arguments = m_tokens.CallOf(QLatin1String("UNIQUEIDENTIFIER"));
-        if (!arguments) {
-            return false;
-        }
-        m_out += dialect::Adapt(*arguments, m_target);
-        return true;
-    }
-
-    /// Functions that the engines call by another name.
     bool AdaptFunction() {
-        if (!m_tokens.IsCall()) {
-            return false;
+        for (const Function& function : Functions) {
+            if (Is(function.word)) {
+                const QLatin1String said = Sqlite() ? function.sqlite : function.mySql;
+                return !said.isEmpty() && m_tokens.IsCall() && AdaptCall(function, said);
+            }
         }
-        if (Is(QLatin1String("GETDATE"))) {
-            m_tokens.TakeCall();
-            m_out +=
-                Sqlite() ? QLatin1String("strftime('%Y%m%d %H:%M:%S', 'now', 'localtime')") : QLatin1String("NOW()");
-        } else if (Is(QLatin1String("LEN"))) {
-            Replace(Sqlite() ? QStringLiteral("LENGTH") : QStringLiteral("CHAR_LENGTH"));
-        } else if (Is(QLatin1String("ISNULL"))) {
-            Replace(QStringLiteral("IFNULL"));
-        } else if (Is(QLatin1String("YEAR"))) {
-            return AdaptYear();
-        } else {
-            return (Is(QLatin1String("LEFT")) || Is(QLatin1String("RIGHT"))) &&
-                   AdaptLeftRight(Is(QLatin1String("LEFT")));
-        }
-        return true;
+        return false;
     }
 
-    /// Dates are texts in SQLite, and the year stands first.
-    bool AdaptYear() {
+    bool AdaptCall(const Function& function, QLatin1String said) {
+        if (!said.contains(u'(') && !said.contains(u'%')) {
+            Replace(said);
+            return true;
+        }
         const QStringList arguments = m_tokens.Arguments();
-        if (!Sqlite() || arguments.size() != 1) {
-            return false;
+        const bool fits =
+            (function.arguments == AnyNumber || arguments.size() == function.arguments) &&
+            (function.first.isEmpty() || arguments.first().trimmed().compare(function.first, Qt::CaseInsensitive) == 0);
+        if (fits) {
+            ReplaceCall(Said(said, arguments));
         }
-        m_tokens.TakeCall();
-        m_out += QStringLiteral("CAST(SUBSTR(%1, 1, 4) AS INTEGER)").arg(dialect::Adapt(arguments.first(), m_target));
-        return true;
+        return fits;
     }
 
-    /// SQLite knows neither LEFT nor RIGHT; MySQL knows both.
-    bool AdaptLeftRight(bool left) {
-        const QStringList arguments = m_tokens.Arguments();
-        if (!Sqlite() || arguments.size() != 2) {
-            return false;
+    /// An argument may hold what is said differently too, and a "%1" of its own.
+    QString Said(QLatin1String said, const QStringList& arguments) const {
+        QString text;
+        for (qsizetype at = 0; at < said.size(); ++at) {
+            const int argument = said[at] == u'%' ? said[at + 1].toLatin1() - '1' : -1;
+            if (argument >= 0 && argument < arguments.size()) {
+                text += dialect::Adapt(arguments.at(argument).trimmed(), m_target);
+                ++at;
+            } else {
+                text += said[at];
+            }
         }
-        m_tokens.TakeCall();
-        const QString text = dialect::Adapt(arguments.at(0).trimmed(), m_target);
-        const QString count = dialect::Adapt(arguments.at(1).trimmed(), m_target);
-        m_out += left ? QStringLiteral("SUBSTR(%1, 1, %2)").arg(text, count)
-                      : QStringLiteral("SUBSTR(%1, -(%2))").arg(text, count);
-        return true;
+        return text;
     }
 
-    /// The types of a column definition. A date column of SQLite holds text, and says so, or its affinity would turn
-    /// "20240305" into a number.
-    void AdaptColumnType() { Sqlite() ? AdaptSqliteType() : AdaptMySqlType(); }
+    bool AdaptColumnType() {
+        if (Sqlite() && AdaptIdentity()) {
+            return true;
+        }
+        for (const ColumnType& type : columnTypes::Types) {
+            if (Is(type.word)) {
+                return (!type.hasLength || m_tokens.IsCall()) && (Sqlite() ? AddBehind(type) : RenameType(type));
+            }
+        }
+        return false;
+    }
 
-    void AdaptSqliteType() {
+    bool AdaptIdentity() {
         if (Is(QLatin1String("IDENTITY"))) {
-            m_tokens.TakeCall();
-            m_out += QLatin1String("PRIMARY KEY AUTOINCREMENT");
+            ReplaceCall(QLatin1String("PRIMARY KEY AUTOINCREMENT"));
             m_hasIdentity = true;
-        } else if ((Is(QLatin1String("BIGINT")) || Is(QLatin1String("INT"))) &&
-                   m_tokens.FollowedBy(QLatin1String("IDENTITY"))) {
-            Replace(QStringLiteral("INTEGER"));
-        } else if (Is(QLatin1String("DATETIME"))) {
-            Copy();
-            m_out += QLatin1String(" TEXT");
-        } else if (Is(QLatin1String("NTEXT")) || Is(QLatin1String("TEXT"))) {
-            Copy();
-            m_out += QLatin1String(" COLLATE NOCASE");
-        } else if (IsTextType()) {
-            m_out += m_tokens.TakeCall();
-            AddCollation();
-        } else {
-            Copy();
+            return true;
         }
+        const bool isNumbered =
+            (Is(QLatin1String("BIGINT")) || Is(QLatin1String("INT"))) && m_tokens.FollowedBy(QLatin1String("IDENTITY"));
+        if (isNumbered) {
+            Replace(QLatin1String("INTEGER"));
+        }
+        return isNumbered;
     }
 
-    bool IsTextType() const {
-        return m_tokens.IsCall() && (Is(QLatin1String("NVARCHAR")) || Is(QLatin1String("VARCHAR")) ||
-                                     Is(QLatin1String("NCHAR")) || Is(QLatin1String("CHAR")));
-    }
-
-    void AddCollation() {
+    bool AddBehind(const ColumnType& type) {
+        if (type.sqlite.isEmpty()) {
+            return false;
+        }
+        m_before = u'x';
+        type.hasLength ? static_cast<void>(m_tokens.TakeCall()) : m_tokens.Skip();
         if (!m_tokens.FollowedBy(QLatin1String("COLLATE"), 0)) {
-            m_out += QLatin1String(" COLLATE NOCASE");
+            Insert(type.sqlite);
         }
+        return true;
+    }
+
+    bool RenameType(const ColumnType& type) {
+        if (!type.mySql.isEmpty()) {
+            Replace(type.mySql);
+        }
+        return !type.mySql.isEmpty();
     }
 
     /// The key of a table with an identity column is that column: the clause at the end would name it twice.
     void AdaptKeyClause() {
         if (m_hasIdentity && m_tokens.FollowedBy(QLatin1String("PRIMARY"))) {
-            m_tokens.Take();
-            CopySpace();
-            m_tokens.Take();
-            CopySpace();
-            m_tokens.TakeCall();
+            Replace(QLatin1String());
+            KeepSpace();
+            Replace(QLatin1String());
+            KeepSpace();
+            ReplaceCall(QLatin1String());
         } else {
-            Copy();
+            Keep();
         }
     }
 
-    /// Texts of four-byte characters and of any length fit; the names of the types stay those of the builder.
-    void AdaptMySqlType() {
-        if (Is(QLatin1String("NTEXT")) || Is(QLatin1String("TINYTEXT"))) {
-            Replace(QStringLiteral("LONGTEXT"));
-        } else if (Is(QLatin1String("OLEOBJECT")) || Is(QLatin1String("IMAGE"))) {
-            Replace(QStringLiteral("LONGBLOB"));
-        } else if (Is(QLatin1String("UNIQUEIDENTIFIER"))) {
-            Replace(QStringLiteral("CHAR(36)"));
-        } else if (Is(QLatin1String("NVARCHAR")) && m_tokens.IsCall()) {
-            Replace(QStringLiteral("VARCHAR"));
-        } else if (Is(QLatin1String("NCHAR")) && m_tokens.IsCall()) {
-            Replace(QStringLiteral("CHAR"));
-        } else {
-            Copy();
-        }
-    }
-
+    const QString& m_text;
     SqlTokens m_tokens;
     Dialect m_target;
     QString m_out;
+    qsizetype m_copied = 0; ///< what stands before it is in `m_out`
+    QChar m_before;         ///< first character of the last token that is no blank
     bool m_inCreateTable = false;
     bool m_hasIdentity = false;
 };
 
-/// Whether a statement may hold anything that an engine says differently; most INSERTs hold nothing of the kind.
-bool MayDiffer(const QString& statement, Dialect target) {
-    SqlTokens tokens(statement);
-    tokens.SkipSpace();
-    if (tokens.AtEnd() || tokens.IsWord(QLatin1String("CREATE")) || tokens.IsWord(QLatin1String("DELETE")) ||
-        tokens.IsWord(QLatin1String("TRUNCATE"))) {
-        return true;
-    }
-    static constexpr QLatin1String Functions[] = {
-        QLatin1String("LEFT"),    QLatin1String("RIGHT"),   QLatin1String("LEN"), QLatin1String("ISNULL"),
-        QLatin1String("GETDATE"), QLatin1String("CONVERT"), QLatin1String("YEAR")};
-    const auto isWord = [&tokens](QLatin1String word) { return tokens.IsWord(word); };
-    for (; !tokens.AtEnd(); tokens.Skip()) {
-        const bool mySqlOnly = tokens.Current() == u'[' || IsMomentLiteral(tokens.View());
-        const bool sqliteOnly = target == Dialect::Sqlite && (IsBytesLiteral(tokens.View()) ||
-                                                              (tokens.IsOpaque() && IsForeignMoment(tokens.View())));
-        if (sqliteOnly || (mySqlOnly && target != Dialect::Sqlite) || tokens.IsWordWithDot(QLatin1String("DBO")) ||
-            std::any_of(std::begin(Functions), std::end(Functions), isWord)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 } // namespace
 
 QString Adapt(const QString& statement, Dialect target) {
-    if (target == Dialect::SqlServer || target == Dialect::Other || !MayDiffer(statement, target)) {
+    if (target == Dialect::SqlServer || target == Dialect::Other) {
         return statement;
     }
     return Adapter(statement, target).Adapt();
-}
-
-TriggerSwitch ParseTriggerSwitch(const QString& statement) {
-    SqlTokens tokens(statement);
-    tokens.SkipSpace();
-    if (!tokens.IsWord(QLatin1String("ALTER"))) {
-        return {};
-    }
-    QStringList words;
-    for (; !tokens.AtEnd(); tokens.Skip()) {
-        const bool ofName = !words.isEmpty() && (tokens.Current() == u'.' || words.last().endsWith(u'.'));
-        if (ofName) {
-            words.last() += tokens.Text();
-        } else if (!tokens.IsSpace()) {
-            words.append(tokens.Text());
-        }
-    }
-    const auto word = [&words](int index) { return words.value(index).toUpper(); };
-    const bool enable = word(3) == QLatin1String("ENABLE");
-    if (words.size() != 6 || word(1) != QLatin1String("TABLE") || word(4) != QLatin1String("TRIGGER") ||
-        word(5) != QLatin1String("ALL") || (!enable && word(3) != QLatin1String("DISABLE"))) {
-        return {};
-    }
-    QString table = words.at(2).section(u'.', -1);
-    return {table.remove(u'[').remove(u']'), enable};
-}
-
-QStringList SplitScript(const QString& script) {
-    QStringList statements;
-    QString statement;
-    const auto end = [&] {
-        if (!statement.trimmed().isEmpty()) {
-            statements.append(statement.trimmed());
-        }
-        statement.clear();
-    };
-    for (SqlTokens tokens(script); !tokens.AtEnd();) {
-        if (tokens.Current() == u';' || tokens.IsLineOfGo()) {
-            tokens.Skip();
-            end();
-        } else {
-            statement += tokens.Take();
-        }
-    }
-    end();
-    return statements;
 }
 
 } // namespace dialect

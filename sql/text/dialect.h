@@ -13,6 +13,16 @@ namespace dialect {
 /// SQL Server and other databases get the text untouched.
 QString Adapt(const QString& statement, Dialect target);
 
+/// A date and time as the statement builder writes it ("20240305 10:20:30"), as MySQL reads it.
+template<class Text>
+Text MySqlMoment(Text moment) {
+    constexpr int BeforeDay = 6;
+    constexpr int BeforeMonth = 4;
+    moment.insert(BeforeDay, '-');
+    moment.insert(BeforeMonth, '-');
+    return moment;
+}
+
 /// A statement that switches the triggers of a table: "ALTER TABLE t DISABLE TRIGGER ALL".
 struct TriggerSwitch {
     QString table; ///< without owner and brackets; empty: the statement is another one

@@ -1,31 +1,67 @@
 #include "sql/text/statementShape.h"
 
+#include "sql/text/sqlScan.h"
+
 #include <algorithm>
-#include <cstring>
+#include <cmath>
 #include <utility>
 
 namespace {
 
+using sqlScan::Kind;
+using Value = StatementShape::Value;
+using Verb = StatementShape::Verb;
+using Token = sqlScan::Token<char>;
+
 constexpr qsizetype MostValues = 500;
 
-bool IsNamePart(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$' ||
-           static_cast<unsigned char>(c) >= 0x80;
+/// A piece of the statement, which the result holds.
+QByteArray Part(const char* from, const char* end) { return QByteArray::fromRawData(from, end - from); }
+
+bool IsWord(const char* from, const char* end, const char* word, qsizetype length) {
+    return end - from == length && qstrnicmp(from, word, static_cast<size_t>(length)) == 0;
 }
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+Value NumberOf(const char* from, const char* end) {
+    Value number{Value::Kind::Decimal, 0, Part(from, end)};
+    if (std::any_of(from, end, [](char c) { return c == 'e' || c == 'E'; })) {
+        number.kind = Value::Kind::Float;
+    } else if (std::find(from, end, '.') == end) {
+        bool fits = false;
+        number.integer = number.bytes.toLongLong(&fits);
+        number.kind = fits ? Value::Kind::Integer : Value::Kind::Digits;
+    }
+    return number;
+}
 
-constexpr const char* Verbs[] = {"SELECT", "INSERT", "UPDATE", "DELETE"};
+Value TextOf(const char* from, const Token& token) {
+    const QByteArray inner = Part(from + 1, token.end - 1);
+    return {Value::Kind::Text, 0, token.hasDoubled ? QByteArray(inner).replace("''", "'") : inner};
+}
+
+Verb VerbOf(const QByteArray& statement) {
+    struct Known {
+        const char* word;
+        Verb verb;
+    };
+    constexpr Known Verbs[] = {
+        {"SELECT", Verb::Select}, {"INSERT", Verb::Insert}, {"UPDATE", Verb::Update}, {"DELETE", Verb::Delete}};
+    constexpr qsizetype length = 6;
+    const char* end = statement.constData() + statement.size();
+    const char* from = sqlScan::Behind(statement.constData(), end, sqlScan::IsBlank<char>);
+    const char* behind = sqlScan::Behind(from, end, sqlScan::IsWordPart<char>);
+    const auto* known = std::find_if(std::begin(Verbs), std::end(Verbs),
+                                     [&](const Known& verb) { return IsWord(from, behind, verb.word, length); });
+    return known == std::end(Verbs) ? Verb::Other : known->verb;
+}
 
 /// Walks through a statement and takes its values out; what stands between them is copied in one piece.
 class Splitter {
 public:
     explicit Splitter(const QByteArray& text)
-        : m_text(text),
-          m_begin(text.constData()),
-          m_end(text.constData() + text.size()),
-          m_at(m_begin),
-          m_copied(m_begin) {
+        : m_end(text.constData() + text.size()),
+          m_at(text.constData()),
+          m_copied(m_at) {
         constexpr qsizetype usualValues = 16;
         m_result.text = text;
         m_result.shape.reserve(text.size());
@@ -33,108 +69,65 @@ public:
     }
 
     StatementShape Split() {
-        while (m_at < m_end) {
-            Step();
+        while (m_at != m_end) {
+            Step(sqlScan::Read(m_at, m_end));
         }
         CopyUpTo(m_end);
         return std::move(m_result);
     }
 
 private:
-    char Next() const { return m_at + 1 < m_end ? m_at[1] : '\0'; }
-
-    void Step() {
-        const char c = *m_at;
-        if (IsDigit(c) && IsValuePlace()) {
-            TakeNumber();
-        } else if (IsNamePart(c)) {
-            PassName();
-        } else if (c == '\'') {
-            TakeText();
-        } else if (c == '"' || c == '`' || c == '[') {
-            Pass(Find(c == '[' ? "]" : (c == '"' ? "\"" : "`"), m_at + 1));
-        } else if (c == '-' && Next() == '-') {
-            Pass(Find("\n", m_at));
-        } else if (c == '/' && Next() == '*') {
-            Pass(Find("*/", m_at + 2));
-        } else {
-            const bool isSign = (c == '-' || c == '+') && IsValuePlace();
-            if (c > ' ' && !isSign) {
-                m_before = c;
-            }
-            ++m_at;
+    void Step(const Token& token) {
+        switch (token.kind) {
+        case Kind::Space:
+        case Kind::Comment:
+            m_at = token.end; // what stands before them counts
+            return;
+        case Kind::Text:
+            Take(TextOf(m_at, token), token.end);
+            return;
+        case Kind::Number:
+            IsValuePlace() ? TakeNumber(token.end) : Pass(token.end);
+            return;
+        case Kind::Word:
+            m_inValues = m_inValues || IsWord(m_at, token.end, "VALUES", 6);
+            Pass(token.end);
+            return;
+        case Kind::Other:
+            *m_at == '-' && IsValuePlace() ? TakeNegative(token.end) : Pass(token.end, *m_at);
+            return;
+        default:
+            Pass(token.end);
         }
     }
 
     /// Numbers elsewhere may be positions ("ORDER BY 1"), which are no values.
     bool IsValuePlace() const { return m_before == '=' || (m_inValues && (m_before == '(' || m_before == ',')); }
 
-    /// Just behind a text that is looked for; the end when it is not there.
-    const char* Find(const char* what, const char* from) const {
-        const qsizetype found = m_text.indexOf(what, from - m_begin);
-        return found < 0 ? m_end : m_begin + found + static_cast<qsizetype>(qstrlen(what));
+    /// The minus belongs to the number: engines read a parameter behind a sign as something to be negated, which for a
+    /// decimal is another thing than the number itself.
+    void TakeNegative(const char* digits) {
+        const bool isNumber = digits != m_end && sqlScan::IsDigit(*digits);
+        const Token number = isNumber ? sqlScan::Read(digits, m_end) : Token{digits, Kind::Other};
+        number.kind == Kind::Number ? TakeNumber(number.end) : Pass(digits, '-');
     }
 
-    void Pass(const char* end) {
+    /// What is beyond a double is left to the engine, whose word about it counts.
+    void TakeNumber(const char* end) {
+        const Value number = NumberOf(m_at, end);
+        bool isHeld = number.kind != Value::Kind::Float;
+        if (!isHeld) {
+            isHeld = std::isfinite(number.bytes.toDouble(&isHeld)) && isHeld;
+        }
+        isHeld ? Take(number, end) : Pass(end);
+    }
+
+    void Pass(const char* end, char before = 'x') {
         m_at = end;
-        m_before = 'x';
+        m_before = before;
     }
 
-    void PassName() {
-        const char* end = m_at;
-        while (end < m_end && IsNamePart(*end)) {
-            ++end;
-        }
-        constexpr qsizetype valuesLength = 6;
-        // x'00' is a value of bytes: what follows the name is part of it.
-        if (end < m_end && *end == '\'') {
-            end = Find("'", end + 1);
-        } else if (end - m_at == valuesLength && qstrnicmp(m_at, "VALUES", valuesLength) == 0) {
-            m_inValues = true;
-        }
-        Pass(end);
-    }
-
-    void TakeText() {
-        QByteArray doubled; ///< what stands before a doubled quote
-        const char* from = m_at + 1;
-        for (;;) {
-            const auto* close = static_cast<const char*>(std::memchr(from, '\'', static_cast<size_t>(m_end - from)));
-            if (close == nullptr) {
-                Pass(m_end); // an open literal: the database names the error
-                return;
-            }
-            if (close + 1 == m_end || close[1] != '\'') {
-                const QByteArray rest = Part(from, close);
-                Take({true, doubled.isEmpty() ? rest : doubled + rest}, close + 1);
-                return;
-            }
-            doubled.append(from, close + 1 - from);
-            from = close + 2;
-        }
-    }
-
-    /// A piece of the statement, which the result holds.
-    static QByteArray Part(const char* from, const char* end) { return QByteArray::fromRawData(from, end - from); }
-
-    void TakeNumber() {
-        const char* end = m_at;
-        while (end < m_end && (IsNamePart(*end) || *end == '.')) {
-            ++end;
-        }
-        const QByteArray digits = Part(m_at, end);
-        bool isNumber = std::all_of(m_at, end, IsDigit);
-        if (!isNumber) {
-            digits.toDouble(&isNumber);
-        }
-        if (isNumber) {
-            Take({false, digits}, end);
-        } else {
-            Pass(end);
-        }
-    }
-
-    void Take(StatementShape::Value value, const char* end) {
+    void Take(Value value, const char* end) {
         CopyUpTo(m_at);
         m_copied = end;
         m_result.values.append(std::move(value));
@@ -144,8 +137,6 @@ private:
 
     void CopyUpTo(const char* end) { m_result.shape.append(m_copied, end - m_copied); }
 
-    const QByteArray& m_text;
-    const char* m_begin;
     const char* m_end;
     const char* m_at;
     const char* m_copied; ///< what stands before it is in the shape
@@ -154,24 +145,17 @@ private:
     bool m_inValues = false;
 };
 
-bool TakesValues(const QByteArray& statement) {
-    constexpr qsizetype lead = 64;
-    constexpr qsizetype verb = 6;
-    const QByteArray start = QByteArray::fromRawData(statement.constData(), std::min(statement.size(), lead)).trimmed();
-    return std::any_of(std::begin(Verbs), std::end(Verbs),
-                       [&start](const char* word) { return qstrnicmp(start.constData(), word, verb) == 0; });
-}
-
 } // namespace
 
 StatementShape StatementShape::Of(const QByteArray& statement) {
-    if (!TakesValues(statement)) {
-        return {statement, statement, {}, false};
+    const Verb verb = VerbOf(statement);
+    if (verb != Verb::Other) {
+        StatementShape split = Splitter(statement).Split();
+        if (split.values.size() <= MostValues) {
+            split.verb = verb;
+            split.isCommon = true;
+            return split;
+        }
     }
-    StatementShape split = Splitter(statement).Split();
-    if (split.values.size() > MostValues) {
-        return {statement, statement, {}, false};
-    }
-    split.isCommon = true;
-    return split;
+    return {statement, statement, {}, verb, false};
 }

@@ -39,6 +39,7 @@ private slots:
         Row("a character cut in two", "CON_TRO", "CORAS", QVariant(QString::fromUtf8("Ditta 😀").chopped(1)),
             "il testo per CON_TRO.CORAS ha un carattere tagliato a metà");
         Row("number", "CON_TRO", "COSC1", QVariant("dieci"), "'dieci' non è un numero");
+        Row("beyond a double", "CON_TRO", "COSC1", QVariant("1e400"), "'1e400' non è un numero");
         Row("whole number", "DIS_COM", "DCPOS", QVariant("1.5"), "'1.5' non è un numero intero");
         Row("whole number, of a source that counts in doubles", "DIS_COM", "DCPOS", QVariant(0.5),
             "'0.5' non è un numero intero");

@@ -234,6 +234,40 @@ private slots:
         QVERIFY(!connection.State());
     }
 
+    /// What an operator reads of a refusal: table, column and value in his language, the engine's own words behind.
+    void Refusals_data() {
+        Columns<QString, QString>("statement", "message");
+        const char* twice = "%1 è già presente nella colonna 'CORAS' della tabella 'A', che non ammette doppioni "
+                            "(UNIQUE constraint failed: A.CORAS [SQLITE_CONSTRAINT])";
+        Row("twice", "INSERT INTO A (ID, CORAS) VALUES (2, 'L''Aquila')", QString(twice).arg("il valore 'L''Aquila'"));
+        Row("twice, without columns", "INSERT INTO A SELECT 2, 'L''Aquila', 1", QString(twice).arg("lo stesso valore"));
+        Row("twice, changed", "UPDATE A SET ID = 3, CORAS = 'L''Aquila' WHERE ID = 9",
+            QString(twice).arg("il valore 'L''Aquila'"));
+        Row("two columns twice", "INSERT INTO B (P, Q) VALUES (1, 1)",
+            "c'è già una riga con gli stessi valori in B.P, B.Q, che insieme non ammettono doppioni (UNIQUE constraint "
+            "failed: B.P, B.Q [SQLITE_CONSTRAINT])");
+        Row("no value", "INSERT INTO A (ID, CORAS) VALUES (4, Null)",
+            "la colonna 'CORAS' della tabella 'A' deve avere un valore (NOT NULL constraint failed: A.CORAS "
+            "[SQLITE_CONSTRAINT])");
+        Row("reference", "INSERT INTO B (P, Q, AID) VALUES (5, 5, 77)",
+            "la riga della tabella 'B' rimanda a un'altra che non c'è, oppure altre righe rimandano a essa (FOREIGN "
+            "KEY constraint failed [SQLITE_CONSTRAINT])");
+        Row("no table", "DELETE NOWHERE", "la tabella 'NOWHERE' non c'è nel database (no such table: NOWHERE [1])");
+        Row("not known", "INSERT INTO A (ID) VALUES (", "incomplete input");
+    }
+    void Refusals() {
+        QFETCH(const QString, statement);
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE A (ID INTEGER PRIMARY KEY, CORAS NVARCHAR(40) NOT NULL UNIQUE, N INT)");
+        connection->Execute("CREATE TABLE B (P INT, Q INT, AID INT REFERENCES A(ID), UNIQUE (P, Q))");
+        connection->Execute("INSERT INTO A (ID, CORAS) VALUES (1, 'L''Aquila'), (9, 'x')");
+        connection->Execute("INSERT INTO B (P, Q) VALUES (1, 1)");
+        const auto error = ErrorOf<SqlError>([&] { connection->Execute(statement); });
+        QVERIFY(error);
+        QTEST(error->Message(), "message");
+        QVERIFY(!error->EngineMessage().contains("tabella"));
+    }
+
     void ReadOnlyFile() {
         Open()->Execute("CREATE TABLE T (N INTEGER)");
         const auto engine = OpenSqlite(m_folder->filePath("quadrix.db"), true);

@@ -38,6 +38,12 @@ private slots:
         Row("moments of Access and FoxPro", "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}",
             "SELECT #T1 FROM T WHERE D >= '20240305 10:20:30' AND E = '20240305'",
             "SELECT #T1 FROM T WHERE D >= #2024/03/05 10:20:30# AND E = {^2024/03/05}");
+        Row("placeholder within an argument", "SELECT LEFT('%2', LEN(B))", "SELECT SUBSTR('%2', 1, LENGTH(B))",
+            "SELECT LEFT('%2', CHAR_LENGTH(B))");
+        Row("text of SQL Server's Unicode", "UPDATE T SET A = N'it''s', B = X'00'",
+            "UPDATE T SET A = 'it''s', B = X'00'", "UPDATE T SET A = N'it''s', B = X'00'");
+        Row("bytes", "INSERT INTO T VALUES (0xFFD8, 0xF, '0xFF')", "INSERT INTO T VALUES (X'FFD8', 0xF, '0xFF')",
+            "INSERT INTO T VALUES (0xFFD8, 0xF, '0xFF')");
         Row("create",
             "CREATE TABLE dbo.T\r\n(\r\n  ID BIGINT IDENTITY(1, 1) NOT NULL,\r\n  C NVARCHAR(35) NULL,\r\n"
             "  M NTEXT NULL,\r\n  D DATETIME NULL,\r\n  B BIT NOT NULL DEFAULT (0),\r\n  PRIMARY KEY (ID)\r\n);",
@@ -70,6 +76,8 @@ private slots:
         Row("literal", "INSERT INTO T (A) VALUES ('DELETE dbo.X LEFT(A,1) [b] GETDATE() LEN(x)')");
         Row("literal with quotes", "UPDATE T SET A = 'l''[x] dbo.', B = '''', C = 'LEN(a)'''");
         Row("open literal", "SELECT 'dbo.x [y]");
+        Row("open bracket", "SELECT A FROM [dbo.x");
+        Row("moment of Access in another order", "SELECT A FROM T WHERE D = #3/5/2024#");
         Row("quoted name", "SELECT \"dbo.A [b] LEN(x)\" FROM T");
         Row("line comment", "SELECT 1 -- dbo.X LEN(A) [b]\r\n, 2");
         Row("comment at the end", "SELECT 1 -- LEN(A)");

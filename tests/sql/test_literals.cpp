@@ -67,6 +67,10 @@ private slots:
         Row("real with both separators", QVariant("1.234,50"), DataType::Double, "1234.5");
         Row("float keeps its digits", QVariant(0.1F), DataType::Double, "0.1");
         Row("no number", QVariant("abc"), DataType::Double, "0");
+        Row("beyond a double", QVariant("-1e400"), DataType::Double, "Null");
+        Row("beyond a double, without exponent", QVariant("1" + QString(400, u'0')), DataType::Double, "Null");
+        Row("too small for a double", QVariant("0.001e-400"), DataType::Double, "0");
+        Row("beyond a double for whole numbers", QVariant("1e400"), DataType::Long, "Null");
         Row("infinite", QVariant(std::numeric_limits<double>::infinity()), DataType::Double, "Null");
 
         Row("bit of empty text", QVariant(""), DataType::Bit, "0");

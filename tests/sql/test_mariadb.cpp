@@ -187,16 +187,28 @@ void TestMariaDb::FailingStatements_data() {
                                << "NOCOL";
     QTest::newRow("text too long") << "UPDATE NUMBERS SET T = REPEAT('y', 201) WHERE N = 1"
                                    << "1406"
-                                   << "'T'";
+                                   << "il valore per la colonna 'T' della tabella 'NUMBERS' è troppo lungo";
     QTest::newRow("no number") << "UPDATE NUMBERS SET HITS = 'abc' WHERE N = 1"
                                << "1366"
-                               << "HITS";
+                               << "il valore 'abc' non va nella colonna 'HITS' della tabella 'NUMBERS'";
     QTest::newRow("no date") << "INSERT INTO DAYS (D) VALUES ('20240230')"
                              << "1292"
                              << "20240230";
     QTest::newRow("twice the key") << "INSERT INTO NUMBERS (N) VALUES (1)"
                                    << "1062"
-                                   << "Duplicate";
+                                   << "il valore '1' è già presente nella chiave 'PRIMARY' della tabella 'NUMBERS', "
+                                      "che non ammette doppioni (";
+    QTest::newRow("no value") << "INSERT INTO NUMBERS (N) VALUES (Null)"
+                              << "1048"
+                              << "la colonna 'N' della tabella 'NUMBERS' deve avere un valore";
+    QTest::newRow("reference to nothing") << "INSERT INTO CHILDREN (N) VALUES (999)"
+                                          << "1452"
+                                          << "la colonna 'N' della tabella 'CHILDREN' rimanda a una riga che nella "
+                                             "tabella 'PARENTS' non c'è";
+    QTest::newRow("referred to") << "DELETE PARENTS"
+                                 << "1451"
+                                 << "altre righe (tabella 'CHILDREN', colonna 'N') rimandano a quella della tabella "
+                                    "'PARENTS'";
     QTest::newRow("no sense") << "SELEKT 1"
                               << "1064"
                               << "SELEKT";
@@ -211,6 +223,11 @@ void TestMariaDb::FailingStatements() {
         ovConnection& connection = *openedconnection;
         MariaDbServer::Fill(connection, 10);
         connection.Execute("CREATE TABLE IF NOT EXISTS DAYS (D DATETIME)");
+        connection.Execute("CREATE OR REPLACE TABLE CHILDREN (N INT)");
+        connection.Execute("CREATE OR REPLACE TABLE PARENTS (N INT PRIMARY KEY)");
+        connection.Execute("CREATE OR REPLACE TABLE CHILDREN (N INT, FOREIGN KEY (N) REFERENCES PARENTS (N))");
+        connection.Execute("INSERT INTO PARENTS (N) VALUES (1)");
+        connection.Execute("INSERT INTO CHILDREN (N) VALUES (1)");
         const auto error = ErrorOf<SqlError>([&] { connection.Execute(statement); });
         QVERIFY(error);
         QCOMPARE(error->Statement(), statement);

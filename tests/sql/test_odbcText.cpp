@@ -1,5 +1,7 @@
 #include "sql/connectionParts.h"
+#include "sql/engines/odbc/odbcApi.h"
 #include "sql/engines/odbc/odbcText.h"
+#include "sql/engines/odbc/odbcValue.h"
 #include "sql/ovConnection.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -17,6 +19,11 @@ private slots:
     void NothingToConnectTo();
     void PasswordsAreCovered_data();
     void PasswordsAreCovered();
+    void Places_data();
+    void Places();
+    void Refusals_data();
+    void Refusals();
+    void ImpossibleDates();
     void MissingDrivers_data();
     void MissingDrivers();
     void RowsOfADriver();
@@ -131,6 +138,82 @@ void TestOdbc::PasswordsAreCovered() {
     QTEST(odbc::WithoutPassword(text), "covered");
 }
 
+void TestOdbc::Places_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("place");
+    const auto row = [](const char* name, const char* text, const char* place) {
+        QTest::newRow(name) << QString(text) << QString(place);
+    };
+    row("server and database", "DRIVER=FreeTDS;SERVER=srv;PORT=1433;DATABASE=Q;UID=u;PWD=segreto",
+        "Database 'Q' sul server 'srv,1433'");
+    row("server", "Driver={X};Server=srv;pwd=segreto", "Server 'srv'");
+    row("DSN", "DSN=MEXAL;DATABASE=Q;PWD=segreto", "Origine dati ODBC 'MEXAL'");
+    row("file", "DRIVER=MDBTools;DBQ={C:\\dati;1\\a.mdb};PWD=segreto", "Database 'C:\\dati;1\\a.mdb'");
+    row("nothing known", "Driver={X};Host_=srv;PWD=segreto", "Connessione 'Driver={X};Host_=srv;PWD=***'");
+}
+
+void TestOdbc::Places() {
+    QFETCH(QString, text);
+    QTEST(odbc::PlaceOf(text), "place");
+}
+
+void TestOdbc::Refusals_data() {
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("meaning");
+    const auto row = [](const char* name, const char* code, const char* words, const char* meaning) {
+        QTest::newRow(name) << QString(code) << QString(words) << QString::fromUtf8(meaning);
+    };
+    row("SQL Server, index", "2601",
+        "[FreeTDS][SQL Server]Cannot insert duplicate key row in object 'dbo.X01_CON_TRO' with unique index "
+        "'UX_CORAS'. "
+        "The duplicate key value is (Rossi (MI)).",
+        "il valore (Rossi (MI)) è già presente nella chiave 'UX_CORAS' della tabella 'dbo.X01_CON_TRO', che non "
+        "ammette "
+        "doppioni");
+    row("SQL Server 2005, index", "2601", "Cannot insert duplicate key row in object 'dbo.T' with unique index 'UX'.",
+        "lo stesso valore è già presente nella chiave 'UX' della tabella 'dbo.T', che non ammette doppioni");
+    row("SQL Server, key", "2627",
+        "Violation of PRIMARY KEY constraint 'PK_T'. Cannot insert duplicate key in object 'dbo.T'. The duplicate key "
+        "value is (7, a).",
+        "il valore (7, a) è già presente nella chiave 'PK_T' della tabella 'dbo.T', che non ammette doppioni");
+    row("SQL Server, Null", "515",
+        "Cannot insert the value NULL into column 'CORAS', table 'Q.dbo.T'; column does not allow nulls. INSERT fails.",
+        "la colonna 'CORAS' della tabella 'Q.dbo.T' deve avere un valore");
+    row("SQL Server, reference to nothing", "547",
+        "The INSERT statement conflicted with the FOREIGN KEY constraint \"FK_X\". The conflict occurred in database "
+        "\"Q\", table \"dbo.PARENT\", column 'ID'.",
+        "la riga della tabella 'X01_CON_TRO' rimanda a una riga che nella tabella 'dbo.PARENT' non c'è (vincolo "
+        "'FK_X')");
+    row("SQL Server, referred to", "547",
+        "The DELETE statement conflicted with the REFERENCE constraint \"FK_X\". The conflict occurred in database "
+        "\"Q\", table \"dbo.CHILD\", column 'PID'.",
+        "altre righe della tabella 'dbo.CHILD' rimandano a quella della tabella 'X01_CON_TRO' da cambiare o togliere "
+        "(vincolo 'FK_X')");
+    row("Oracle, twice", "1", "[Oracle][ODBC][Ora]ORA-00001: unique constraint (QDX.UX_CORAS) violated",
+        "lo stesso valore è già presente nella chiave 'QDX.UX_CORAS' della tabella 'X01_CON_TRO', che non ammette "
+        "doppioni");
+    row("number of another database", "1", "near \"(\": syntax error (1)", "");
+}
+
+void TestOdbc::Refusals() {
+    QFETCH(QString, code);
+    QFETCH(QString, words);
+    QFETCH(QString, meaning);
+    const SqlError error = odbc::MakeError({{"23000", code, words}}, "INSERT INTO X01_CON_TRO (CORAS) VALUES ('x')");
+    QCOMPARE(error.Message(), meaning.isEmpty() ? words : QString(meaning + " (" + words + " [" + code + "])"));
+    QCOMPARE(error.EngineMessage(), words);
+}
+
+/// A date that is none comes as its text, so that its row can be named; as Null nobody would miss it.
+void TestOdbc::ImpossibleDates() {
+    QCOMPARE(odbc::DayOf({0, 0, 0}), QVariant("0000-00-00"));
+    QCOMPARE(odbc::DayOf({2024, 2, 30}), QVariant("2024-02-30"));
+    QCOMPARE(odbc::DayOf({2024, 2, 29}), QVariant(QDate(2024, 2, 29)));
+    QCOMPARE(odbc::MomentOf({2024, 2, 30, 7, 5, 0, 0}), QVariant("2024-02-30 07:05:00"));
+    QCOMPARE(odbc::TimeOf({25, 0, 0}), QVariant("25:00:00"));
+}
+
 void TestOdbc::MissingDrivers_data() {
     QTest::addColumn<QString>("driver");
     QTest::addColumn<QString>("words");
@@ -154,6 +237,8 @@ void TestOdbc::MissingDrivers() {
     QVERIFY(error);
     QVERIFY2(error->Message().contains(words), qPrintable(error->Message()));
     QVERIFY2(!error->Message().contains("segreto"), qPrintable(error->Message()));
+    QVERIFY2(!error->Message().contains("caduta"), qPrintable(error->Message())); // it never stood
+    QVERIFY2(error->Message().startsWith("Server '127.0.0.1"), qPrintable(error->Message()));
 }
 
 void TestOdbc::RowsOfADriver() {

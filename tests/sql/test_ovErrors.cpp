@@ -4,6 +4,8 @@
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
+#include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <deque>
@@ -74,6 +76,35 @@ private slots:
             QCOMPARE(m_errors.Entries().first().rowKey, "anagrafe 123");
             QVERIFY(m_errors.Entries().first().message.contains("NOWHERE"));
         }
+    }
+
+    /// A retry waits for what may pass by itself, and for nothing else.
+    void RetriesWait_data() {
+        Columns<QString, ErrorAction, bool>("statement", "action", "waits");
+        Row("locked", "INSERT INTO T VALUES (2)", ErrorAction::Retry, true);
+        Row("locked, given up", "INSERT INTO T VALUES (2)", ErrorAction::Abort, false);
+        Row("no such table", "DELETE NOWHERE", ErrorAction::Retry, false);
+    }
+    void RetriesWait() {
+        QFETCH(const QString, statement);
+        QFETCH(const ErrorAction, action);
+        QFETCH(const bool, waits);
+        const QTemporaryDir folder;
+        ovConnection holder;
+        OpenEmbedded(holder, folder.filePath("quadrix.db"));
+        holder.Execute("CREATE TABLE T (N INTEGER)");
+        holder.BeginTrans();
+        ovConnection other;
+        OpenEmbedded(other, folder.filePath("quadrix.db"));
+        other.Execute("PRAGMA busy_timeout = 0");
+        other.RetryPause = 20;
+        other.Errors = &m_errors;
+        m_errors.Action = action;
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(ErrorOf<SqlError>([&] { other.Execute(statement); }));
+        constexpr int Pauses = 20 + 60 + 180;
+        QCOMPARE(timer.elapsed() >= Pauses, waits);
     }
 
     void RetrySucceeds() {

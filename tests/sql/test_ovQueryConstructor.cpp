@@ -229,6 +229,31 @@ private slots:
         }
     }
 
+    /// Quotes would make a text of what a catalogue gives back as an expression.
+    void ExpressionsAsDefaults_data() {
+        Columns<DataType, QString, QString>("type", "value", "column");
+        Row("call", DataType::DateTime, "(getdate())", "DATETIME NULL DEFAULT (getdate())");
+        Row("call in two brackets", DataType::DateTime, "((getdate()))", "DATETIME NULL DEFAULT (getdate())");
+        Row("call with arguments", DataType::VarChar, "(left('a)b',(3)))", "VARCHAR(5) NULL DEFAULT (left('a)b',(3)))");
+        Row("text of Unicode", DataType::VarChar, "(N'it''s')", "VARCHAR(5) NULL DEFAULT (N'it''s')");
+        Row("call of a number", DataType::Integer, "(datepart(year,getdate()))",
+            "INTEGER NULL DEFAULT (datepart(year,getdate()))");
+        Row("bare call", DataType::DateTime, "getdate()", "DATETIME NULL DEFAULT (getdate())");
+        Row("bare date", DataType::DateTime, "20240305", "DATETIME NULL DEFAULT ('20240305')");
+        Row("bare text", DataType::VarChar, "a(b) c", "VARCHAR(5) NULL DEFAULT ('a(b) c')");
+        Row("words in brackets", DataType::VarChar, "('a (b)')", "VARCHAR(5) NULL DEFAULT ('a (b)')");
+    }
+    void ExpressionsAsDefaults() {
+        QFETCH(const DataType, type);
+        QFETCH(const QString, value);
+        ovQueryConstructor query;
+        query.SetTable("T");
+        const int field = query.AddCreateField("C", type, 5);
+        query.SetFieldAllowNull(field, true);
+        query.SetFieldDefaultValue(field, value);
+        QTEST(query.MakeQuery(StatementKind::AlterTable).section(" ADD C ", 1), "column");
+    }
+
     void Duplicates() {
         ovQueryConstructor query = Filled();
         const auto error = ErrorOf<DuplicateElementError>([&] { query.AddUpdateField("B", 6, DataType::Integer); });

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <limits>
+
 /// Statements are prepared by their shape: what is a value and what is not must be told apart without fail.
 class TestSqliteStatements : public QObject {
     Q_OBJECT
@@ -16,7 +18,7 @@ private slots:
             Row(name, QByteArray(statement), QByteArray(shape), QByteArray(values));
         };
         row("texts and numbers", "INSERT INTO X01_A (N, P) VALUES ('L''Aquila', 12.5, -3, Null)",
-            "INSERT INTO X01_A (N, P) VALUES (?, ?, -?, Null)", "'L'Aquila 12.5 3");
+            "INSERT INTO X01_A (N, P) VALUES (?, ?, ?, Null)", "'L'Aquila 12.5 -3");
         row("conditions", "SELECT * FROM A WHERE B = 'x' AND ID = 17 AND C >=4",
             "SELECT * FROM A WHERE B = ? AND ID = ? AND C >=?", "'x 17 4");
         row("positions stay", "SELECT A, 1 FROM T ORDER BY 1, 2", "SELECT A, 1 FROM T ORDER BY 1, 2", "");
@@ -26,6 +28,19 @@ private slots:
         row("bytes", "INSERT INTO T VALUES (x'0102', 'a')", "INSERT INTO T VALUES (x'0102', ?)", "'a");
         row("empty text", "UPDATE T SET A = ''", "UPDATE T SET A = ?", "'");
         row("exponent", "INSERT INTO T VALUES (1e5,0x10)", "INSERT INTO T VALUES (?,0x10)", "1e5");
+        row("exponent with a sign, beyond a double", "INSERT INTO T VALUES (-1.5e-7, 1e400)",
+            "INSERT INTO T VALUES (?, 1e400)", "-1.5e-7");
+        row("signs that are no part of a number", "UPDATE T SET A = - 1, B = +2, C = -D, E = 5 - 3, F = --4\n5",
+            "UPDATE T SET A = - 1, B = +2, C = -D, E = ? - 3, F = --4\n?", "5 5");
+        row("names that begin with a digit", "SELECT * FROM 01_A WHERE B = 01_A.C AND D = 2.",
+            "SELECT * FROM 01_A WHERE B = 01_A.C AND D = ?", "2.");
+        row("texts of another kind", "INSERT INTO T VALUES (N'it''s', X'00', 'b')",
+            "INSERT INTO T VALUES (N'it''s', X'00', ?)", "'b");
+        row("a word before a text", "SELECT A FROM T WHERE A LIKE'x' OR A = 'y'",
+            "SELECT A FROM T WHERE A LIKE? OR A = ?", "'x 'y");
+        row("dates of Access", "SELECT A FROM T WHERE D = #2024/03/05# AND B = 'x'",
+            "SELECT A FROM T WHERE D = #2024/03/05# AND B = ?", "'x");
+        row("brackets doubled", "SELECT [a]]'b] FROM T WHERE C = 'x'", "SELECT [a]]'b] FROM T WHERE C = ?", "'x");
         row("other statements", "CREATE TABLE T (A TEXT DEFAULT 'x')", "CREATE TABLE T (A TEXT DEFAULT 'x')", "");
         row("open text", "SELECT 'abc", "SELECT 'abc", "");
     }
@@ -34,10 +49,33 @@ private slots:
         const StatementShape split = StatementShape::Of(statement);
         QByteArrayList values;
         for (const StatementShape::Value& value : split.values) {
-            values.append((value.isText ? "'" : "") + value.bytes);
+            values.append((value.IsText() ? "'" : "") + value.bytes);
+            if (value.kind == StatementShape::Value::Kind::Integer) {
+                QCOMPARE(value.integer, value.bytes.toLongLong());
+            }
         }
         QTEST(split.shape, "shape");
         QTEST(values.join(' '), "values");
+    }
+
+    /// No digit of a whole number is lost: up to 64 bits it is one, beyond that a column of text keeps it.
+    void LongNumbers_data() {
+        Columns<QString, QVariant, QString>("number", "value", "text");
+        Row("19 digits", "1234567890123456789", QVariant(1234567890123456789LL), "1234567890123456789");
+        Row("largest", "9223372036854775807", QVariant(std::numeric_limits<qint64>::max()), "9223372036854775807");
+        Row("smallest", "-9223372036854775808", QVariant(std::numeric_limits<qint64>::min()), "-9223372036854775808");
+        Row("beyond", "9223372036854775808", QVariant(9223372036854775808.0), "9223372036854775808");
+        Row("beyond, negative", "-12345678901234567890", QVariant(-12345678901234567890.0), "-12345678901234567890");
+    }
+    void LongNumbers() {
+        QFETCH(const QString, number);
+        const auto engine = OpenSqlite(":memory:");
+        engine->Run("CREATE TABLE T (N BIGINT, F FLOAT, T NVARCHAR(30))");
+        engine->Run(QString("INSERT INTO T VALUES (%1, %1, %1)").arg(number));
+        const auto row = engine->Query("SELECT N, T FROM T WHERE T = " + number + " AND N = " + number);
+        QVERIFY(row->Next());
+        QTEST(row->Value(0), "value");
+        QTEST(row->Value(1).toString(), "text");
     }
 
     /// The same shape while its statement is still running, and again when it has come back.

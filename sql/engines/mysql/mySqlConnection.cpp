@@ -1,5 +1,7 @@
 #include "sql/engines/mysql/mySqlConnection.h"
 
+#include "sql/engines/meaning.h"
+#include "sql/engines/mysql/mySqlMeaning.h"
 #include "sql/engines/mysql/mySqlSession.h"
 
 #include <QStringList>
@@ -7,7 +9,6 @@
 #include <mysql.h>
 
 #include <errmsg.h>
-#include <mysqld_error.h>
 
 #ifdef Q_OS_WIN
 #include <winsock2.h>
@@ -18,33 +19,6 @@
 namespace {
 
 constexpr unsigned ConnectSeconds = 15;
-
-/// What the operator can do about a code, after the server's own words; empty when they say it all.
-QString Advice(unsigned code) {
-    switch (code) {
-    case CR_CONNECTION_ERROR:
-    case CR_CONN_HOST_ERROR:
-    case CR_UNKNOWN_HOST:
-        return QStringLiteral(" (il server non risponde: verificare nome, porta e che sia avviato)");
-    case CR_SERVER_GONE_ERROR:
-    case CR_SERVER_LOST:
-    case CR_SERVER_LOST_EXTENDED:
-        return QStringLiteral(" (la connessione con il server è caduta)");
-    case ER_ACCESS_DENIED_ERROR:
-        return QStringLiteral(" (utente o password errati)");
-    case ER_DBACCESS_DENIED_ERROR:
-        return QStringLiteral(" (l'utente non ha diritti sul database)");
-    case ER_BAD_DB_ERROR:
-        return QStringLiteral(" (il database non esiste)");
-    case ER_LOCK_WAIT_TIMEOUT:
-    case ER_LOCK_DEADLOCK:
-        return QStringLiteral(" (i dati sono in uso da un altro programma: riprovare)");
-    case ER_NET_PACKET_TOO_LARGE:
-        return QStringLiteral(" (l'istruzione è più lunga di max_allowed_packet del server)");
-    default:
-        return {};
-    }
-}
 
 bool IsLost(unsigned code) {
     return code == CR_SERVER_GONE_ERROR || code == CR_SERVER_LOST || code == CR_SERVER_LOST_EXTENDED;
@@ -108,7 +82,8 @@ void MySqlConnection::Open() {
     m_handle = mysql_init(nullptr);
     Connect(m_handle);
     if (mysql_errno(m_handle) != 0 || mysql_query(m_handle, MySqlSession) != 0) {
-        SqlError error = MakeError({});
+        SqlError error({}, QString::fromUtf8(mysql_error(m_handle)), QString::number(mysql_errno(m_handle)));
+        ExplainMySql(error);
         error.AddContext(Place());
         Close();
         m_lost = true;
@@ -123,7 +98,13 @@ SqlError MySqlConnection::MakeError(const QString& statement) {
 
 SqlError MySqlConnection::MakeError(const QString& statement, unsigned code, const char* message) {
     m_lost = m_lost || IsLost(code);
-    SqlError error(statement, QString::fromUtf8(message) + Advice(code), QString::number(code));
+    SqlError error(statement, QString::fromUtf8(message), QString::number(code));
+    if (IsLost(code)) {
+        error.Explain(QString::fromUtf8(meaning::HasFallen));
+        error.SetMayPass(true);
+    } else {
+        ExplainMySql(error);
+    }
     error.SetAnswerLost(code == CR_SERVER_LOST || code == CR_SERVER_LOST_EXTENDED);
     return error;
 }

@@ -9,12 +9,10 @@ namespace mySqlShape {
 
 /// The statement taken apart, its values in the server's own words; its shape stays in those of SQL Server. Nothing is
 /// taken out of a text that the server would read otherwise: one with "#", which begins a comment there, or with a
-/// number that is another one as a value.
+/// number that has an exponent, which is another one as a value.
 StatementShape Of(const QString& statement);
 /// The shape in the server's own words.
 QString Text(const StatementShape& source);
-/// Whether it is a SELECT.
-bool IsQuery(const StatementShape& source);
 /// Whether a statement leaves tables and columns as they are, so that what is prepared stays good.
 bool KeepsTables(const QString& statement);
 /// Name of the table that an INSERT writes into, as it stands there; empty for any other statement.

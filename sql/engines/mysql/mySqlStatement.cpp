@@ -8,12 +8,6 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr qsizetype LongestInteger = 18; ///< digits that fit 64 bits whatever they are
-
-} // namespace
-
 MySqlStatement::MySqlStatement(std::shared_ptr<MySqlConnection> connection)
     : m_connection(std::move(connection)),
       m_handle(m_connection->NewStatement()) {}
@@ -62,10 +56,9 @@ bool MySqlStatement::Describe() {
 bool MySqlStatement::Run(const QVector<StatementShape::Value>& values, const QString& statement) {
     m_statement = statement;
     std::vector<MYSQL_BIND> places(static_cast<size_t>(values.size()));
-    std::vector<qint64> numbers(places.size());
     size_t index = 0;
     for (const StatementShape::Value& value : values) {
-        Bind(places[index], numbers[index], value);
+        Bind(places[index], value);
         ++index;
     }
     if ((!places.empty() && mysql_stmt_bind_param(m_handle, places.data()) != 0) || mysql_stmt_execute(m_handle) != 0) {
@@ -86,15 +79,13 @@ bool MySqlStatement::GivesSameColumns() const {
 }
 
 /// The server reads the digits of a decimal as it would in a text.
-void MySqlStatement::Bind(MYSQL_BIND& place, qint64& number, const StatementShape::Value& value) {
-    bool isInteger = !value.isText && value.bytes.size() <= LongestInteger;
-    number = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
-    if (isInteger) {
+void MySqlStatement::Bind(MYSQL_BIND& place, const StatementShape::Value& value) {
+    if (value.kind == StatementShape::Value::Kind::Integer) {
         place.buffer_type = MYSQL_TYPE_LONGLONG;
-        place.buffer = &number;
+        place.buffer = const_cast<qint64*>(&value.integer);
         return;
     }
-    place.buffer_type = value.isText ? MYSQL_TYPE_STRING : MYSQL_TYPE_NEWDECIMAL;
+    place.buffer_type = value.IsText() ? MYSQL_TYPE_STRING : MYSQL_TYPE_NEWDECIMAL;
     place.buffer = const_cast<char*>(value.bytes.constData());
     place.buffer_length = static_cast<unsigned long>(value.bytes.size());
     place.length = &place.buffer_length;

@@ -43,7 +43,7 @@ public:
 private:
     bool Describe();
     bool GivesSameColumns() const;
-    void Bind(st_mysql_bind& place, qint64& number, const StatementShape::Value& value);
+    static void Bind(st_mysql_bind& place, const StatementShape::Value& value);
     SqlError MakeError(const QString& statement);
 
     std::shared_ptr<MySqlConnection> m_connection;

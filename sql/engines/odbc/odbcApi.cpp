@@ -1,6 +1,8 @@
 #include "sql/engines/odbc/odbcApi.h"
 
 #include "sql/connectionParts.h"
+#include "sql/engines/meaning.h"
+#include "sql/engines/odbc/odbcMeaning.h"
 
 #include <QStringList>
 
@@ -41,19 +43,25 @@ bool IsLost(const QVector<Diagnosis>& diagnoses) {
     });
 }
 
-SqlError MakeError(const QVector<Diagnosis>& diagnoses, const QString& statement) {
+SqlError PlainError(const QVector<Diagnosis>& diagnoses, const QString& statement) {
     QStringList messages;
     for (const Diagnosis& diagnosis : diagnoses) {
         messages.append(diagnosis.message);
     }
     messages.removeDuplicates();
-    QString message = WithoutPassword(messages.join(u' ').simplified());
-    if (IsLost(diagnoses)) {
-        message += QStringLiteral(" (la connessione con il server è caduta)");
-    }
     const QString code = diagnoses.isEmpty() ? QString() : diagnoses.first().code;
-    SqlError error(statement, message, code);
-    error.SetAnswerLost(IsLost(diagnoses) && !NotSent.contains(code));
+    return {statement, WithoutPassword(messages.join(u' ').simplified()), code};
+}
+
+SqlError MakeError(const QVector<Diagnosis>& diagnoses, const QString& statement) {
+    SqlError error = PlainError(diagnoses, statement);
+    if (IsLost(diagnoses)) {
+        error.Explain(QString::fromUtf8(meaning::HasFallen));
+        error.SetMayPass(true);
+        error.SetAnswerLost(!NotSent.contains(error.EngineCode()));
+    } else {
+        Explain(error);
+    }
     return error;
 }
 

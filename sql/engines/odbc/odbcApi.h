@@ -73,7 +73,9 @@ inline QString Text(const SQLWCHAR* text, qsizetype length) {
 QVector<Diagnosis> Diagnoses(SQLSMALLINT type, SQLHANDLE handle);
 /// Whether they say that the connection has fallen.
 bool IsLost(const QVector<Diagnosis>& diagnoses);
-/// They as an exception, with the driver's own words and code; a password that the words repeat is covered.
+/// They as an exception, in the driver's own words; a password that the words repeat is covered.
+SqlError PlainError(const QVector<Diagnosis>& diagnoses, const QString& statement);
+/// The same, with what they mean for the operator.
 SqlError MakeError(const QVector<Diagnosis>& diagnoses, const QString& statement);
 
 } // namespace odbc

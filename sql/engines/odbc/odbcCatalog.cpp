@@ -65,6 +65,21 @@ QString AsKept(const OdbcConnection& connection, const QString& name) {
 
 } // namespace
 
+DbmsWords WordsOf(Dbms dbms) {
+    const QString ofSession = QStringLiteral("SELECT @@IDENTITY");
+    switch (dbms) {
+    case Dbms::SqlServer:
+        return {ofSession, QStringLiteral("ALTER TABLE %1 %2 TRIGGER ALL")};
+    case Dbms::Oracle:
+        return {ofSession, QStringLiteral("ALTER TABLE %1 %2 ALL TRIGGERS")};
+    case Dbms::MySql:
+        return {QStringLiteral("SELECT LAST_INSERT_ID()"), {}};
+    case Dbms::Other:
+        break;
+    }
+    return {ofSession, {}};
+}
+
 Dbms DbmsOf(const OdbcConnection& connection) {
     const QString name = connection.Info(SQL_DBMS_NAME);
     const auto says = [&name](const char* word) { return name.contains(QLatin1String(word), Qt::CaseInsensitive); };

@@ -9,6 +9,13 @@ namespace odbc {
 /// Databases that are spoken to in words of their own.
 enum class Dbms { Other, SqlServer, MySql, Oracle };
 
+/// What is said to a database in its own words.
+struct DbmsWords {
+    QString identity; ///< query for the identity value that was given last
+    QString triggers; ///< switches the triggers of table %1, %2 being ENABLE or DISABLE; empty: there is no switch
+};
+DbmsWords WordsOf(Dbms dbms);
+
 /// The database behind a connection.
 Dbms DbmsOf(const OdbcConnection& connection);
 /// Names of the tables and views that the connection sees. Raises `SqlError`.

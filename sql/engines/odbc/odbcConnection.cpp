@@ -1,6 +1,7 @@
 #include "sql/engines/odbc/odbcConnection.h"
 
-#include "sql/connectionParts.h"
+#include "sql/engines/meaning.h"
+#include "sql/engines/odbc/odbcMeaning.h"
 #include "sql/engines/odbc/odbcText.h"
 
 namespace {
@@ -38,26 +39,23 @@ QString PackageOf(const QString& driver) {
     return {};
 }
 
-/// What the operator can do about an opening that failed.
-QString Advice(const QString& message, const QString& driver) {
+/// What an opening that failed means, told by the driver's words; empty when they are not known.
+QString OpeningMeaning(const QString& message, const QString& driver) {
     const auto says = [&message](const char* words) {
         return message.contains(QLatin1String(words), Qt::CaseInsensitive);
     };
     if (says("Login failed") || says("Access denied")) {
-        return QStringLiteral(" (utente o password errati)");
+        return QString::fromUtf8(meaning::WrongPassword);
     }
     if (says("unable to connect") || says("can't connect")) {
-        return QStringLiteral(" (il server non risponde: verificare nome, porta e che sia avviato)");
+        return QString::fromUtf8(meaning::NoAnswer);
     }
     if (!says("Can't open lib") && !says("Data source name not found")) {
         return {};
     }
     const QString package = PackageOf(driver);
-    QString advice = QStringLiteral(" (il driver ODBC o l'origine dati '%1' non è installato").arg(driver);
-    if (!package.isEmpty()) {
-        advice += QStringLiteral(": su Debian è nel pacchetto ") + package;
-    }
-    return advice + u')';
+    const QString missing = QStringLiteral("il driver ODBC o l'origine dati '%1' non è installato").arg(driver);
+    return package.isEmpty() ? missing : QString(missing + QStringLiteral(": su Debian è nel pacchetto ") + package);
 }
 
 } // namespace
@@ -82,11 +80,20 @@ void OdbcConnection::Open() {
         m_texts = GivesWideText() ? odbc::TextForm::Wide : odbc::TextForm::Narrow;
         return;
     }
-    const SqlError error = MakeError(SQL_HANDLE_DBC, Handle(), {});
-    SqlError named({}, error.EngineMessage() + Advice(error.EngineMessage(), odbc::DriverOrDsn(m_text)),
-                   error.EngineCode());
-    named.AddContext(QStringLiteral("Connessione '%1'").arg(odbc::WithoutPassword(m_text)));
-    throw named;
+    throw OpeningError();
+}
+
+SqlError OdbcConnection::OpeningError() const {
+    const QVector<odbc::Diagnosis> diagnoses = odbc::Diagnoses(SQL_HANDLE_DBC, Handle());
+    SqlError error = odbc::PlainError(diagnoses, {});
+    const QString meaning = OpeningMeaning(error.EngineMessage(), odbc::DriverOrDsn(m_text));
+    if (!meaning.isEmpty() || odbc::IsLost(diagnoses)) {
+        error.Explain(meaning.isEmpty() ? QString::fromUtf8(meaning::NoAnswer) : meaning);
+    } else {
+        odbc::Explain(error);
+    }
+    error.AddContext(odbc::PlaceOf(m_text));
+    return error;
 }
 
 /// A driver without wide characters fills them with narrow ones and says nothing: it is asked for a text that is known.

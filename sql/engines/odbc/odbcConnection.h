@@ -65,6 +65,7 @@ public:
 
 private:
     void Open();
+    SqlError OpeningError() const;
     bool IsDead() const;
     bool GivesWideText() const;
     void Close() noexcept;

@@ -29,7 +29,7 @@ bool HoldsResults(const OdbcConnection& connection) {
 }
 
 /// The value that cuts a result just behind the rows that may be held.
-StatementShape::Value Limit() { return {false, QByteArray::number(RowsHeld + 1)}; }
+StatementShape::Value Limit() { return StatementShape::Value::OfInteger(RowsHeld + 1); }
 
 /// The statement taken apart; drivers end a text at its first NUL, which is then left to the server to refuse.
 StatementShape ShapeOf(const QString& statement) {
@@ -37,6 +37,8 @@ StatementShape ShapeOf(const QString& statement) {
     source.isCommon = source.isCommon && !statement.contains(QChar());
     return source;
 }
+
+bool IsQuery(const StatementShape& source) { return source.verb == StatementShape::Verb::Select; }
 
 } // namespace
 
@@ -48,7 +50,7 @@ OdbcPrepared::OdbcPrepared(std::shared_ptr<OdbcConnection> connection, IdentityC
 
 OdbcPrepared::Result OdbcPrepared::Query(const QString& statement) {
     StatementShape source = ShapeOf(statement);
-    const auto kept = source.isCommon && mySqlShape::IsQuery(source) ? Take(source) : nullptr;
+    const auto kept = source.isCommon && IsQuery(source) ? Take(source) : nullptr;
     if (kept == nullptr) {
         return {};
     }
@@ -70,7 +72,7 @@ OdbcPrepared::Result OdbcPrepared::Query(const QString& statement) {
 
 std::optional<qint64> OdbcPrepared::Run(const QString& statement) {
     const StatementShape source = ShapeOf(statement);
-    const auto kept = source.isCommon && !mySqlShape::IsQuery(source) ? Take(source) : nullptr;
+    const auto kept = source.isCommon && !IsQuery(source) ? Take(source) : nullptr;
     if (kept == nullptr) {
         return std::nullopt;
     }
@@ -99,7 +101,7 @@ std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Take(const StatementShape& sou
 
 std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Prepare(const StatementShape& source) {
     const QString text = mySqlShape::Text(source);
-    if (mySqlShape::IsQuery(source)) {
+    if (IsQuery(source)) {
         return PreparedQuery(source, text);
     }
     const QString table = mySqlShape::InsertedTable(source);
@@ -123,7 +125,10 @@ std::optional<QString> OdbcPrepared::FindIdentity(const QString& table, const St
         return m_identityColumn(table);
     } catch (const SqlError& error) {
         if (m_connection->Lost()) {
-            throw SqlError(QString::fromUtf8(source.text), error.EngineMessage(), error.EngineCode());
+            SqlError ofInsert(QString::fromUtf8(source.text), error.EngineMessage(), error.EngineCode());
+            ofInsert.Reword(error.Message());
+            ofInsert.SetMayPass(true);
+            throw ofInsert;
         }
         return std::nullopt;
     }

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr qsizetype LongestInteger = 18; ///< digits that fit 64 bits whatever they are
-
 bool IsAscii(const QByteArray& bytes) {
     return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<signed char>(byte) >= 0; });
 }
@@ -62,9 +60,8 @@ void OdbcStatement::Run(const QVector<StatementShape::Value>& values, const QStr
 }
 
 void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, const StatementShape::Value& value) {
-    bool isInteger = !value.isText && value.bytes.size() <= LongestInteger;
-    parameter.number = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
-    if (isInteger) {
+    if (value.kind == StatementShape::Value::Kind::Integer) {
+        parameter.number = value.integer;
         parameter.length = sizeof(parameter.number);
         Bind(place, parameter, SQL_C_SBIGINT, SQL_BIGINT, &parameter.number);
     } else if (!IsAscii(value.bytes)) {
@@ -77,7 +74,7 @@ void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, const Stateme
         parameter.bytes.resize(0);
         parameter.bytes += value.bytes;
         parameter.length = static_cast<SQLLEN>(parameter.bytes.size());
-        Bind(place, parameter, SQL_C_CHAR, value.isText ? SQL_VARCHAR : SQL_DECIMAL, parameter.bytes.data());
+        Bind(place, parameter, SQL_C_CHAR, value.IsText() ? SQL_VARCHAR : SQL_DECIMAL, parameter.bytes.data());
     }
 }
 

@@ -165,6 +165,33 @@ QString ConnectionText(const ConnectionSettings& settings, Provider provider) {
     return mySql && !Find(parts, QLatin1String("OPTION")) ? QString(StreamingOption + text) : text;
 }
 
+QString PlaceOf(const QString& text) {
+    const Parts parts = ReadParts(text);
+    const auto named = [&parts](std::initializer_list<const char*> keys) {
+        for (const char* key : keys) {
+            const QString value = Find(parts, QLatin1String(key)).value_or(QString());
+            if (!value.isEmpty()) {
+                return value;
+            }
+        }
+        return QString();
+    };
+    const QString port = named({"PORT"});
+    const QString host = named({"SERVER", "SERVERNAME", "HOST"});
+    const QString server = port.isEmpty() || host.isEmpty() ? host : QString(host + u',' + port);
+    const QString database = named({"DATABASE", "DBQ", "INITIAL CATALOG"});
+    const QString dsn = named({"DSN"});
+    if (!server.isEmpty()) {
+        return database.isEmpty() ? QStringLiteral("Server '%1'").arg(server)
+                                  : QStringLiteral("Database '%1' sul server '%2'").arg(database, server);
+    }
+    if (!dsn.isEmpty()) {
+        return QStringLiteral("Origine dati ODBC '%1'").arg(dsn);
+    }
+    return database.isEmpty() ? QStringLiteral("Connessione '%1'").arg(WithoutPassword(text))
+                              : QStringLiteral("Database '%1'").arg(database);
+}
+
 QString DriverOrDsn(const QString& text) {
     const Parts parts = ReadParts(text);
     const auto driver = Find(parts, QLatin1String("DRIVER"));

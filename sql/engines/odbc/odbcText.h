@@ -11,6 +11,9 @@ namespace odbc {
 /// or that is usual for the provider, with server, database and sign-on. Raises `ImportError` when there is nothing to
 /// make it of.
 QString ConnectionText(const ConnectionSettings& settings, Provider provider);
+/// What a connection string leads to, as an operator knows it: "Database 'Q' sul server 'S'", "Origine dati ODBC 'D'".
+/// One that names nothing of the kind comes as it is, its passwords covered.
+QString PlaceOf(const QString& text);
 /// Name of the driver, or else of the data source, of a connection string; empty when it names neither.
 QString DriverOrDsn(const QString& text);
 

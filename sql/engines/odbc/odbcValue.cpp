@@ -73,16 +73,32 @@ SQLRETURN ReadBytes(SQLHSTMT statement, SQLUSMALLINT place, QVariant& value) {
     return result;
 }
 
-QVariant OrNull(bool isValid, const QVariant& value) { return isValid ? value : QVariant(); }
+/// Two digits or more.
+QString Digits(int number, int places = 2) { return QStringLiteral("%1").arg(number, places, 10, QChar(u'0')); }
+
+QString DayText(int year, int month, int day) {
+    constexpr int PlacesOfYear = 4;
+    return Digits(year, PlacesOfYear) + u'-' + Digits(month) + u'-' + Digits(day);
+}
+
+QString TimeText(int hour, int minute, int second) {
+    return Digits(hour) + u':' + Digits(minute) + u':' + Digits(second);
+}
+
+/// The value, or its text when it is none ("0000-00-00"): whoever reads it names the row.
+template<class Temporal>
+QVariant OrText(const Temporal& value, const QString& text) {
+    return value.isValid() ? QVariant(value) : QVariant(text);
+}
+
+} // namespace
 
 QVariant DayOf(const SQL_DATE_STRUCT& raw) {
-    const QDate day(raw.year, raw.month, raw.day);
-    return OrNull(day.isValid(), day);
+    return OrText(QDate(raw.year, raw.month, raw.day), DayText(raw.year, raw.month, raw.day));
 }
 
 QVariant TimeOf(const SQL_TIME_STRUCT& raw) {
-    const QTime time(raw.hour, raw.minute, raw.second);
-    return OrNull(time.isValid(), time);
+    return OrText(QTime(raw.hour, raw.minute, raw.second), TimeText(raw.hour, raw.minute, raw.second));
 }
 
 /// As written: an hour that clocks skip is a time like any other.
@@ -91,10 +107,8 @@ QVariant MomentOf(const SQL_TIMESTAMP_STRUCT& raw) {
     const QDateTime moment(
         QDate(raw.year, raw.month, raw.day),
         QTime(raw.hour, raw.minute, raw.second, static_cast<int>(raw.fraction / NanosecondsOfMillisecond)), Qt::UTC);
-    return OrNull(moment.isValid(), moment);
+    return OrText(moment, DayText(raw.year, raw.month, raw.day) + u' ' + TimeText(raw.hour, raw.minute, raw.second));
 }
-
-} // namespace
 
 ValueKind KindOf(int type, bool isUnsigned, TextForm form) {
     switch (type) {

@@ -40,6 +40,10 @@ struct Column {
 ValueKind KindOf(int type, bool isUnsigned, TextForm form);
 /// The column at a place (from 1) of the result of a statement.
 Column Describe(SQLHSTMT statement, SQLUSMALLINT place, TextForm form);
+// Date, time, and both, as the driver gives them; the text of one that is none ("0000-00-00").
+QVariant DayOf(const SQL_DATE_STRUCT& raw);
+QVariant TimeOf(const SQL_TIME_STRUCT& raw);
+QVariant MomentOf(const SQL_TIMESTAMP_STRUCT& raw);
 /// Reads the value at a place (from 1) of the row under way; a null variant is the database's Null. Returns what the
 /// driver returned; the value counts only when that is a success.
 SQLRETURN ReadValue(SQLHSTMT statement, SQLUSMALLINT place, ValueKind kind, QVariant& value);

@@ -12,25 +12,36 @@
 namespace {
 
 constexpr qsizetype KeptStatements = 128;
-constexpr qsizetype LongestInteger = 18; ///< digits that fit 64 bits whatever they are
 
 /// SQLite does not copy the texts: they live as long as the prepared statement holds them.
+void BindText(sqlite3_stmt* statement, int place, const QByteArray& text) {
+    sqlite3_bind_text64(statement, place, text.constData(), static_cast<sqlite3_uint64>(text.size()), SQLITE_STATIC,
+                        SQLITE_UTF8);
+}
+
+/// A whole number beyond 64 bits goes as its digits: a text column keeps them all, as one of SQL Server does, and a
+/// numeric column makes of them the nearest number that SQLite has.
+void Bind(sqlite3_stmt* statement, int place, const StatementShape::Value& value) {
+    using Kind = StatementShape::Value::Kind;
+    switch (value.kind) {
+    case Kind::Text:
+    case Kind::Digits:
+        BindText(statement, place, value.bytes);
+        break;
+    case Kind::Integer:
+        sqlite3_bind_int64(statement, place, value.integer);
+        break;
+    case Kind::Decimal:
+    case Kind::Float:
+        sqlite3_bind_double(statement, place, value.bytes.toDouble());
+        break;
+    }
+}
+
 void Bind(sqlite3_stmt* statement, const QVector<StatementShape::Value>& values) {
-    int index = 0;
+    int place = 0;
     for (const StatementShape::Value& value : values) {
-        ++index;
-        if (value.isText) {
-            sqlite3_bind_text64(statement, index, value.bytes.constData(),
-                                static_cast<sqlite3_uint64>(value.bytes.size()), SQLITE_STATIC, SQLITE_UTF8);
-            continue;
-        }
-        bool isInteger = value.bytes.size() <= LongestInteger;
-        const qlonglong integer = isInteger ? value.bytes.toLongLong(&isInteger) : 0;
-        if (isInteger) {
-            sqlite3_bind_int64(statement, index, integer);
-        } else {
-            sqlite3_bind_double(statement, index, value.bytes.toDouble());
-        }
+        Bind(statement, ++place, value);
     }
 }
 

@@ -1,0 +1,91 @@
+#include "sql/engines/odbc/mariaDbOverOdbc.h"
+
+#include "sql/engines/mysql/mySqlCatalog.h"
+#include "sql/engines/mysql/mySqlSession.h"
+#include "sql/engines/mysql/mySqlShape.h"
+#include "sql/engines/odbc/odbcPortions.h"
+#include "sql/text/dialect.h"
+
+MariaDbOverOdbc::MariaDbOverOdbc(std::shared_ptr<OdbcConnection> connection, Dialect dialect)
+    : OdbcEngine(std::move(connection), odbc::Dbms::MySql, dialect),
+      m_prepared(Connection(), [this](const QString& table) { return MySqlIdentityColumn(*this, table); }) {
+    SetSession();
+}
+
+void MariaDbOverOdbc::SetSession() {
+    Run(QLatin1String(MySqlSession));
+    Connection()->TryUtf8(QStringLiteral("SELECT CONCAT('a', CHAR(0 USING utf8mb4), CHAR(0xF09F94A9 USING utf8mb4))"));
+}
+
+void MariaDbOverOdbc::Reopened() {
+    m_prepared.Clear();
+    SetSession();
+}
+
+qint64 MariaDbOverOdbc::Run(const QString& statement) {
+    MakeReady();
+    if (KeepsPrepared(statement)) {
+        if (const auto rows = m_prepared.Run(statement)) {
+            return *rows;
+        }
+    }
+    return RunUnprepared(statement)->RowsChanged();
+}
+
+/// A result that the driver has cut is closed before the server puts its rows aside: the line carries one at a time.
+std::unique_ptr<Cursor> MariaDbOverOdbc::Query(const QString& statement) {
+    MakeReady();
+    auto ran = KeepsPrepared(statement) ? m_prepared.Query(statement) : OdbcPrepared::Result();
+    if (ran.isCut) {
+        ran.rows->Close();
+        ran.rows.reset();
+        if (auto portions = InPortions(statement)) {
+            return portions;
+        }
+    }
+    return RowsOf(ran.rows != nullptr ? std::move(ran.rows) : RunUnprepared(statement), statement);
+}
+
+qint64 MariaDbOverOdbc::LastInsertId() {
+    const auto known = m_prepared.LastInsertId();
+    return known ? *known : Number(odbc::WordsOf(odbc::Dbms::MySql).identity);
+}
+
+QVector<ColumnInfo> MariaDbOverOdbc::Columns(const QString& table) { return MySqlColumns(*this, table); }
+
+void MariaDbOverOdbc::SetTriggersEnabled(const QString& table, bool enabled) {
+    SwitchMySqlTriggers(*this, table, enabled);
+}
+
+/// Whether statements are run prepared; what is prepared is forgotten when the statement may change tables.
+bool MariaDbOverOdbc::KeepsPrepared(const QString& statement) {
+    if (TextDialect() != Dialect::MySql) {
+        return false;
+    }
+    if (!mySqlShape::KeepsTables(statement)) {
+        m_prepared.Clear();
+    }
+    return true;
+}
+
+/// The server has to be asked for the identity value of what runs as a text.
+std::shared_ptr<OdbcStatement> MariaDbOverOdbc::RunUnprepared(const QString& statement) {
+    auto ran = RunText(statement);
+    m_prepared.ForgetLastInsertId();
+    return ran;
+}
+
+/// The rows of a query that the driver should not hold whole; null when the server may not put them aside. They are
+/// numbered there, which would be the identity value given last: it is asked for before.
+std::unique_ptr<Cursor> MariaDbOverOdbc::InPortions(const QString& statement) {
+    constexpr QLatin1String Interrupted("1317");
+    m_prepared.SetLastInsertId(LastInsertId());
+    try {
+        return std::make_unique<OdbcPortions>(Connection(), dialect::Adapt(statement, TextDialect()), statement);
+    } catch (const SqlError& error) {
+        if (Connection()->Lost() || error.EngineCode() == Interrupted) {
+            throw;
+        }
+        return nullptr;
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "sql/engines/odbc/odbcEngine.h"
+#include "sql/engines/odbc/odbcPrepared.h"
+
+/// A MySQL or MariaDB server over ODBC: a session that reads literals as SQL Server does, statements that the server
+/// keeps prepared, identity values that come with the INSERT, and long results that the driver must not hold whole.
+class MariaDbOverOdbc final : public OdbcEngine {
+public:
+    /// @param dialect of the statements that it is given; in another than MySQL's they are run as they are
+    MariaDbOverOdbc(std::shared_ptr<OdbcConnection> connection, Dialect dialect);
+
+    qint64 Run(const QString& statement) override;
+    std::unique_ptr<Cursor> Query(const QString& statement) override;
+    qint64 LastInsertId() override;
+    QVector<ColumnInfo> Columns(const QString& table) override;
+    void SetTriggersEnabled(const QString& table, bool enabled) override;
+
+protected:
+    void Reopened() override;
+
+private:
+    void SetSession();
+    bool KeepsPrepared(const QString& statement);
+    std::shared_ptr<OdbcStatement> RunUnprepared(const QString& statement);
+    std::unique_ptr<Cursor> InPortions(const QString& statement);
+
+    OdbcPrepared m_prepared;
+};

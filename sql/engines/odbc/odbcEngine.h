@@ -1,0 +1,50 @@
+#pragma once
+
+#include "sql/engines/odbc/odbcCatalog.h"
+#include "sql/engines/odbc/odbcStatement.h"
+#include "sql/engines/spoolingCursor.h"
+
+/// A database over ODBC, in the words that the standard and its drivers share. What one database needs beyond them
+/// stands in a class derived from it.
+class OdbcEngine : public Engine {
+public:
+    /// @param connection open @param dbms the database behind it @param dialect of the statements that it is given
+    OdbcEngine(std::shared_ptr<OdbcConnection> connection, odbc::Dbms dbms, Dialect dialect)
+        : m_connection(std::move(connection)),
+          m_dbms(dbms),
+          m_dialect(dialect) {}
+
+    Dialect TextDialect() const override { return m_dialect; }
+    bool AdaptsText() const override { return true; }
+    qint64 Run(const QString& statement) override;
+    std::unique_ptr<Cursor> Query(const QString& statement) override;
+    void Begin() override;
+    void Commit() override;
+    void RollBack() override;
+    void Interrupt() noexcept override { m_connection->Interrupt(); }
+    qint64 LastInsertId() override;
+    QStringList Tables() override;
+    QVector<ColumnInfo> Columns(const QString& table) override;
+    void SetTriggersEnabled(const QString& table, bool enabled) override;
+
+protected:
+    const std::shared_ptr<OdbcConnection>& Connection() const { return m_connection; }
+    /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
+    /// it.
+    void MakeReady();
+    /// The connection has been opened again: statements of before are gone, and the session is a new one.
+    virtual void Reopened() {}
+    /// Runs a statement as a text, on a line that is ready.
+    std::shared_ptr<OdbcStatement> RunText(const QString& statement);
+    /// The rows of a statement that has run, read from the line until another statement needs it.
+    std::unique_ptr<Cursor> RowsOf(std::shared_ptr<OdbcStatement> ran, const QString& statement);
+    /// First value of a query that gives a number; 0 when it gives no row or Null.
+    qint64 Number(const QString& query);
+
+private:
+    std::shared_ptr<OdbcConnection> m_connection;
+    odbc::Dbms m_dbms;
+    Dialect m_dialect;
+    std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
+    bool m_inTransaction = false;
+};
