@@ -70,12 +70,13 @@ void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, co
 RowOutcome WriteBill(ImportRun& run, BillWriter& writer, const QString& product) {
     const QString article = ArticleOf(run, product);
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const RowOutcome outcome = writer.Begin(article, product);
     const qint64 phase = WritePhases(run, writer, product);
     ForEachChild(run.GetSession(), OfProduct(run, Costs, product) + " AND " + Material, Costs, "PrdRef",
                  [&](const SourceRow& row) { WriteComponent(run, writer, row, product, phase); });
+    writer.TellComponentsLeft();
     return outcome;
 }
 
