@@ -31,7 +31,6 @@ const std::vector<Row>& Rows() {
     static const std::vector<Row> rows{
         {"Ad-Hoc", "modImport_AdHoc", "SQL Server", "YYNNY-NY",
          {{Acq, "Importa Tabelle Generali"}, {Disegni, "Importa Lamiere"}}},
-        {"Tessera + Solution", "modImport_Solution", "SQL Server", "YYYYY---"},
         {"Solution", "modImport_Solution", "SQL Server", "YYNYNN--"},
         {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", "YNNNNNYY",
          {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},

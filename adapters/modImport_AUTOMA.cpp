@@ -82,7 +82,7 @@ const Mapping& Ubicazioni() {
 
 RowOutcome ImportCella(ImportRun& run, const SourceRow& row) {
     if (mod_ovTools::ToBoolean(row.Value("FL_DISABILITATA"))) {
-        return RowOutcome::Skipped;
+        return run.Skip("cella disabilitata");
     }
     Session& session = run.GetSession();
     const qint64 known = IdWhere(session, "UBI_MAG",
@@ -173,7 +173,7 @@ RowOutcome ImportGiacenza(ImportRun& run, StockWriter& writer, const SourceRow& 
     line.length = NumberOf(row, "LUNGHEZZA");
     line.width = NumberOf(row, "LARGHEZZA");
     const RowOutcome outcome = writer.Balance(line);
-    if (outcome == RowOutcome::Inserted) {
+    if (outcome != RowOutcome::Skipped) {
         CheckThickness(run, row, line.article);
         WriteHandlingUnit(run, row);
     }
@@ -210,9 +210,13 @@ void ImportInventarioAUTOMA(Session& session, const QString& singleCode, bool re
         const QString from =
             "GIACENZE G\rJOIN CELLE C ON C.ID_CELLA = G.ID_CELLA\rWHERE G.QTA > 0" +
             (singleCode.isEmpty() ? QString() : QString(" AND G.COD_ARTICOLO = " + run.Quoted(singleCode)));
-        run.Rows({"Saldi di magazzino", Giacenze, "COD_ARTICOLO, COD_CELLA", "SELECT COUNT(*) FROM " + from,
-                  "SELECT G.*, C.COD_CELLA FROM " + from + "\rORDER BY G.COD_ARTICOLO, C.COD_CELLA"},
-                 [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
+        const bool toTheEnd =
+            run.Rows({"Saldi di magazzino", Giacenze, "COD_ARTICOLO, COD_CELLA", "SELECT COUNT(*) FROM " + from,
+                      "SELECT G.*, C.COD_CELLA FROM " + from + "\rORDER BY G.COD_ARTICOLO, C.COD_CELLA"},
+                     [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
         run.Complete("Saldi di magazzino AUTOMA importati correttamente!");
     });
 }

@@ -9,6 +9,7 @@
 #include "adapters/contract/TargetRow.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 #include <QRegularExpression>
 
@@ -119,29 +120,40 @@ bool IsVariant(const QString& code) {
     return code.size() > shortest && variant.match(code.toUpper()).hasMatch();
 }
 
+/// A price or discount of a line of `listini`; Null, which leaves its column out, for a text that is no number (told).
+QVariant AmountOf(ImportRun& run, const SourceRow& line, const QString& column) {
+    const QVariant value = line.Value(column);
+    if (line.IsBlank(column) || mod_ovTools::ReadNumber(value)) {
+        return value;
+    }
+    run.Log(QStringLiteral("VALORE NON NUMERICO: %1, tabella '%2', colonna '%3': '%4' non è un numero, non si importa")
+                .arg(run.RowKey(), Listini, column, line.Text(column)));
+    return {};
+}
+
 /// Cost or price history of the article, and the work price list of its suppliers. A line belongs to the counterparty
 /// of its group when it has one.
 void WritePrices(ImportRun& run, const ArticleWriter& writer, const QString& sourceCode, const QString& article) {
     Session& session = run.GetSession();
-    const PriceListWriter lists(run);
+    PriceListWriter lists(run);
     Recordset rows = session.SourceConnection().ExecuteWC(
         "SELECT * from listini\rWHERE codicearti = " + run.Quoted(sourceCode) + "\rORDER BY datainizio");
     for (const SourceRow line(rows); !rows.Eof(); rows.MoveNext()) {
         const QString counterparty = line.IsBlank("gruppo") ? line.Text("codclifor") : line.Text("gruppo");
-        const HistoryLine history{article,
-                                  line.Value("datainizio"),
-                                  line.Value("prezzo"),
-                                  line.Value("sconto"),
-                                  line.Text("commento"),
-                                  line.Value("timestamp")};
+        const QVariant price = AmountOf(run, line, "prezzo");
+        const QVariant discount = AmountOf(run, line, "sconto");
+        const HistoryLine history{article,  line.Value("datainizio"), price,
+                                  discount, line.Text("commento"),    line.Value("timestamp")};
         if (!counterparty.startsWith(u'F', Qt::CaseInsensitive)) {
             writer.Price(history);
             continue;
         }
-        lists.Work(modImport::GetNewCode(session, "LIS_LAV", "CDLAV", sourceCode, false), article,
-                   LookUp(session, "CON_TRO", "COFGE", counterparty, "CDCON"),
-                   {line.Value("datainizio"), line.Value("datafine")},
-                   {line.Value("u_qta"), line.Value("prezzo"), {line.Value("sconto"), 0, 0}}, line.Value("timestamp"));
+        lists.Work({.work = modImport::GetNewCode(session, "LIS_LAV", "CDLAV", sourceCode, false),
+                    .article = article,
+                    .supplier = LookUp(session, "CON_TRO", "COFGE", counterparty, "CDCON"),
+                    .validity = {line.Value("datainizio"), line.Value("datafine")},
+                    .scale = {line.Value("u_qta"), price, {discount, 0, 0}},
+                    .created = line.Value("timestamp")});
         writer.Cost(history);
     }
 }
@@ -151,7 +163,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
     const ArticleWriter writer(run);
     const Facts facts{writer.CodeOf("ART_ICO", "CDART", sourceCode)};
     if (IsVariant(facts.code)) {
-        return RowOutcome::Skipped;
+        return run.Skip("variante -C");
     }
     WritePrices(run, writer, sourceCode, facts.code);
     const RowOutcome outcome = writer.Write(Articoli(), row, facts);
@@ -200,7 +212,7 @@ RowOutcome ImportPrezzo(ImportRun& run, const SourceRow& row, CustomerList& list
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
     const qint64 articleRow =
         writer.Article(list.counterparty, article, {row.Value("datainizio"), row.Value("datafine")});
-    return writer.AddScale(articleRow, {row.Value("u_qta"), row.Value("u_prezzo")});
+    return writer.AddScale(articleRow, {row.Value("u_qta"), AmountOf(run, row, "u_prezzo")});
 }
 
 } // namespace
@@ -222,6 +234,7 @@ const Needs& ArticoliNeeds() {
 
 void ImportArticoliArca2000(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportArticoliArca2000", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
@@ -247,6 +260,7 @@ const Needs& ListiniNeeds() {
 
 void ImportListiniArca2000(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportListiniArca2000", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione listini");
         run.Preflight(ListiniNeeds());

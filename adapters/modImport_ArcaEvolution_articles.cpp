@@ -172,7 +172,8 @@ private:
     ArticleSettings m_settings;
 };
 
-/// The unit of the article and a second one, with the units of sales and purchases.
+/// The unit of the article and a second one, with the units of sales and purchases. Further ones have no place in
+/// Quadrix and are told.
 void Importer::SetUnits(const SourceRow& row, TargetRow& target) {
     Session& session = m_run.GetSession();
     QString unit = row.HasColumn("Cd_ARMisura") ? row.Text("Cd_ARMisura") : QString();
@@ -188,6 +189,10 @@ void Importer::SetUnits(const SourceRow& row, TargetRow& target) {
                              second = true;
                              target.Set("ARUM2", UnitOf(session, code));
                              target.Set("ARCOE", NumberOf(measure, "UMFatt"));
+                         } else {
+                             m_run.Log(QStringLiteral("UNITÀ DI MISURA ULTERIORE: %1: '%2' (fattore %3) non ha posto "
+                                                      "nell'articolo, che ne tiene due")
+                                           .arg(m_run.RowKey(), code, measure.Text("UMFatt")));
                          }
                          if (kind == "V" || kind == "E") {
                              target.Set("ARUMV", UnitOf(session, code));
@@ -316,7 +321,7 @@ RowOutcome ImportUbicazione(ImportRun& run, const SourceRow& row) {
     const QString location = row.Text("Cd_MGUbicazione");
     if (IdWhere(session, "UBI_MAG", Equals(session, "CDMAG", code) + " AND " + Equals(session, "CDUBI", location)) !=
         0) {
-        return RowOutcome::Skipped;
+        return run.Skip("ubicazione già presente");
     }
     TargetRow target(run, "UBI_MAG");
     target.Set("CDMAG", code);

@@ -111,7 +111,7 @@ RowOutcome SistemaFornitore(ImportRun& run, const SourceRow& row) {
     const QString code = row.Text("Cd_CF");
     if (!IsThere(session, "CON_TRO", "COFGE", code)) {
         run.Log(QStringLiteral("FORNITORE NON TROVATO: %1").arg(run.RowKey()));
-        return RowOutcome::Skipped;
+        return run.Skip("fornitore non trovato");
     }
     TargetRow target(run, "CON_TRO");
     Fornitori().Apply(target, session, row, {});

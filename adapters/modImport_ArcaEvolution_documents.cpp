@@ -120,6 +120,7 @@ struct Document {
     const Family* family = nullptr;
     bool wasThere = false;       ///< an earlier import, or a hand, has written it
     QSet<qint64> rewritten = {}; ///< of its rows, when it was there
+    qint64 rows = 0;             ///< written by this run
     double gifts = 0;            ///< amount of the rows that are given away
 };
 
@@ -141,6 +142,11 @@ public:
     void LinkRest();
     const DocumentSettings& Settings() const { return m_settings; }
     int Count() const { return m_count; }
+    void TellLeft() const {
+        for (const DocumentWriter& writer : m_writers) {
+            writer.TellDocumentsLeft(writer.Causes(), m_settings.from);
+        }
+    }
 
 private:
     DocumentWriter& WriterOf(const Family& family) { return m_writers[static_cast<size_t>(family.number)]; }
@@ -233,12 +239,12 @@ RowOutcome Importer::Head(const SourceRow& row) {
     Session& session = m_run.GetSession();
     const QString type = TypeOf(row);
     if (type.isEmpty()) {
-        return RowOutcome::Skipped;
+        return m_run.Skip("tipo di documento che non si importa");
     }
     const QString causeCode = modImport::GetNewCode(session, "DO", "Cd_DO", row.Text("Cd_DO"), true);
     if (causeCode.isEmpty()) {
         m_run.Log(QStringLiteral("CAUSALE NON TRADOTTA: %1: '%2'").arg(m_run.RowKey(), row.Text("Cd_DO")));
-        return RowOutcome::Skipped;
+        return m_run.Skip("causale non tradotta");
     }
     Document document;
     document.family = &FamilyOf(row);
@@ -331,6 +337,7 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
         m_run.WhenTakenBack(
             [this, id] { std::erase_if(m_openLinks, [id](const OpenLink& link) { return link.row == id; }); });
     }
+    ++document.rows;
     if (origin != 0 && originRow == 0) {
         m_openLinks.push_back({document.family, id, origin});
     }
@@ -372,15 +379,18 @@ void Importer::LinkRest() {
     }
 }
 
-/// Totals follow from the rows; those of the source stand in their place where it has them, as they are on the paper.
+/// Totals follow from the rows; those of the source stand in their place where it has them, as they are on the paper,
+/// unless rows that it has no more still stand in the document.
 void Importer::SetTotals(const SourceRow& row, const Document& document) {
     Session& session = m_run.GetSession();
-    WriterOf(*document.family).Total(document.id);
+    DocumentWriter& writer = WriterOf(*document.family);
+    const qint64 left = document.wasThere ? writer.TellRowsLeft(document.id, document.rows) : 0;
+    writer.Total(document.id);
     const Recordset found = session.SourceConnection().ExecuteWC(
         "SELECT * FROM DOTotali\rWHERE Id_DOTes = " + LiteralOf(session.SourceConnection(), row.Value("Id_DOTes")));
     TargetRow target(m_run, document.family->head);
     target.Set("DTOMA", document.gifts);
-    if (!found.Eof()) {
+    if (left == 0 && !found.Eof()) {
         const SourceRow totals(found);
         target.Set("DTIMP", NumberOf(totals, "TotImponibileV"));
         target.Set("DTIVA", NumberOf(totals, "TotImpostaV"));
@@ -440,6 +450,7 @@ void ImportDocumentiArcaEvolution(Session& session, const QString& singleCode, b
                                        [&](const SourceRow& row) { return importer.Head(row); });
         if (toTheEnd) {
             importer.LinkRest();
+            importer.TellLeft();
             run.Complete("Documenti Arca Evolution importati correttamente: " + QString::number(importer.Count()));
         }
     });

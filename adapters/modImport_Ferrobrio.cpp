@@ -209,6 +209,7 @@ const Needs& MaterialiNeeds() {
 /// A single code is that of a sheet. A reset empties the formats alone: the articles keep what hangs on them.
 void ImportMaterialiFerrobrio(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportMaterialiFerrobrio", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio sistemazione codifiche lamiera");
         run.Preflight(MaterialiNeeds());
@@ -279,9 +280,13 @@ void ImportSaldiFerrobrio(Session& session, const QString& singleCode, bool rese
         StockWriter writer(run);
         const QString from = "Giacenze G\rLEFT JOIN Lamiere L ON L.CodLamiera = G.Codice\rWHERE G.Quantita <> 0" +
                              (singleCode.isEmpty() ? QString() : QString(" AND G.Codice = " + run.Quoted(singleCode)));
-        run.Rows({"Saldi di magazzino", Giacenze, "Magazzino, Codice", "SELECT COUNT(*) FROM " + from,
-                  "SELECT G.*, L.Lunghezza, L.Larghezza FROM " + from + "\rORDER BY G.Magazzino, G.Codice"},
-                 [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
+        const bool toTheEnd =
+            run.Rows({"Saldi di magazzino", Giacenze, "Magazzino, Codice", "SELECT COUNT(*) FROM " + from,
+                      "SELECT G.*, L.Lunghezza, L.Larghezza FROM " + from + "\rORDER BY G.Magazzino, G.Codice"},
+                     [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
         run.Complete("Saldi di magazzino Ferrobrio importati correttamente!");
     });
 }

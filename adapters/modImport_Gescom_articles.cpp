@@ -104,6 +104,7 @@ const Needs& ArticoliNeeds() {
 
 void ImportArticoliGescom(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportArticoliGescom", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
@@ -154,6 +155,7 @@ const Needs& ListiniNeeds() {
 
 void ImportListiniGescom(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportListiniGescom", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione listini");
         run.Preflight(ListiniNeeds());

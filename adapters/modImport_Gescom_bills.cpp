@@ -82,13 +82,14 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
     const QString parent = row.Text("PADISBAS");
     const QString article = ArticleOf(run, parent);
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const RowOutcome outcome = writer.Begin(article, parent);
     const Phases phases = WritePhases(run, writer, parent);
     ForEachChild(run.GetSession(),
                  "SELECT * FROM DISBAS\rWHERE PADISBAS = " + run.Quoted(parent) + "\rORDER BY RGDISBAS", Disbas,
                  "FIDISBAS", [&](const SourceRow& component) { ImportComponente(run, writer, component, phases); });
+    writer.TellComponentsLeft();
     return outcome;
 }
 

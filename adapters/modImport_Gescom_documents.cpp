@@ -67,6 +67,11 @@ public:
     /// Ends the documents of a number: their totals follow from their rows.
     void EndNumber();
     int Count() const { return m_count; }
+    void TellLeft(const QDate& from) const {
+        for (const DocumentWriter& writer : m_writers) {
+            writer.TellDocumentsLeft(writer.Causes(), from);
+        }
+    }
 
 private:
     DocumentWriter& WriterOf(const Family& family) { return m_writers[static_cast<size_t>(family.number)]; }
@@ -94,7 +99,7 @@ int YearOf(const SourceRow& row) {
 RowOutcome Importer::Row(const SourceRow& row) {
     const Kind* kind = KindOf(row.Text("CSRIEMOV"));
     if (kind == nullptr) {
-        return RowOutcome::Skipped;
+        return m_run.Skip("genere di movimento che non si importa");
     }
     if (m_number != row.Text("RDRIEMOV")) {
         m_number = row.Text("RDRIEMOV");
@@ -154,7 +159,7 @@ DocumentHead Importer::HeadOf(const SourceRow& row, const Kind& kind) {
 }
 
 Document Importer::Begin(const SourceRow& row, const Kind& kind) {
-    const DocumentWriter& writer = WriterOf(kind.family);
+    DocumentWriter& writer = WriterOf(kind.family);
     Document document;
     document.head = HeadOf(row, kind);
     document.id = writer.Find(document.head.number, document.head.cause.code, document.head.year);
@@ -275,6 +280,7 @@ void ImportDocumentiGescom(Session& session, const QString& singleCode, bool res
         const bool toTheEnd = run.Rows(
             loop, [&](const SourceRow& row) { return importer.Row(row); }, [&] { importer.EndNumber(); });
         if (toTheEnd) {
+            importer.TellLeft(from);
             run.Complete("Documenti Gescom importati correttamente: " + QString::number(importer.Count()));
         }
     });

@@ -165,7 +165,7 @@ RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
     const Roles roles{mod_ovTools::ToBoolean(row.Value("IsCust")), mod_ovTools::ToBoolean(row.Value("IsSupp"))};
     if (!roles.customer && !roles.supplier) {
         run.Log(QStringLiteral("NÉ CLIENTE NÉ FORNITORE: %1").arg(run.RowKey()));
-        return RowOutcome::Skipped;
+        return run.Skip("né cliente né fornitore");
     }
     const Placement place =
         writer.Place({Codes, "ComRef", row.Text("ComRef"), roles.customer, row.Text("VATNum"), QString()});

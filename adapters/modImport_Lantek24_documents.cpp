@@ -80,6 +80,7 @@ struct Document {
     qint64 id = 0;
     DocumentHead head = {};
     bool wasThere = false;       ///< an earlier import has written it
+    qint64 rows = 0;             ///< written by this run
     QSet<qint64> rewritten = {}; ///< of its rows, when it was there
 };
 
@@ -92,6 +93,7 @@ public:
     RowOutcome Head(const SourceRow& row);
     const DocumentSettings& Settings() const { return m_settings; }
     int Count() const { return m_count; }
+    void TellLeft() const { m_writer.TellDocumentsLeft({OrderCause}, m_settings.from); }
 
 private:
     DocumentHead HeadOf(const SourceRow& row);
@@ -150,6 +152,9 @@ RowOutcome Importer::Head(const SourceRow& row) {
                  "SELECT * FROM " + OrderRows + "\rWHERE OrdRef = " + m_run.Quoted(row.Text("OrdRef")) +
                      "\rORDER BY LineNum",
                  OrderRows, "LineNum", [&](const SourceRow& each) { WriteRow(each, document); });
+    if (document.wasThere) {
+        m_writer.TellRowsLeft(document.id, document.rows);
+    }
     m_writer.Total(document.id);
     CheckTotal(row, document);
     ++m_count;
@@ -184,6 +189,7 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
     target.Set("DRNOT", row.Text("Descrip"));
     SetSheet(row, target);
     m_writer.PutRow(target, document.id, values.number, document.wasThere, document.rewritten);
+    ++document.rows;
     if (there && !row.IsBlank("SPrdRef")) {
         ArticleWriter(m_run).CodeAtCounterparty(values.article, row.Text("SPrdRef"), document.head.counterparty);
     }
@@ -253,6 +259,9 @@ void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool r
         bool toTheEnd = run.Rows(
             {"Documenti", Orders, "OrdRef", "SELECT COUNT(*)" + from, "SELECT *" + from + "\rORDER BY CDate, OrdRef"},
             [&](const SourceRow& row) { return importer.Head(row); });
+        if (toTheEnd) {
+            importer.TellLeft();
+        }
         if (toTheEnd && !run.IsSingle()) {
             toTheEnd = ImportOrdiniProduzione(run);
         }

@@ -3,6 +3,7 @@
 
 #include "adapters/modImport_Lantek24.h"
 
+#include "adapters/contract/Article.h"
 #include "adapters/contract/lookups.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/schemaDefaults.h"
@@ -93,11 +94,9 @@ qint64 Importer::BillOf(const QString& product) {
 qint64 Importer::FindOrder(qint64 bill, const OrderFacts& facts) {
     Session& session = m_run.GetSession();
     const Provider provider = session.Quadrix.ProviderType;
-    const QString day =
-        facts.day.isNull() ? QStringLiteral("OPDAT IS NULL")
-                           : QString("OPDAT = " + mod_ovTools::FormatSqlValue(facts.day, DataType::DateTime, provider));
     return session.Quadrix.ExecuteCommand(
-        "SELECT MIN(RECORD_ID) FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " + day +
+        "SELECT MIN(RECORD_ID) FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " +
+        Equals(session, "OPTPD", schema::defaults::OrderOfBill) + " AND " + OnDay(session, "OPDAT", facts.day) +
         " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) + " AND " +
         Equals(session, "USINS", "SYSTEM_IMPORT") + " AND RECORD_ID > " +
         QString::number(m_written.value(IdentityOf(bill, facts))));
@@ -126,7 +125,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
     Session& session = m_run.GetSession();
     const qint64 bill = BillOf(row.Text("PrdRef"));
     if (bill == 0) {
-        return RowOutcome::Skipped; // the missing article has been logged
+        return m_run.Skip(ArticleMissing);
     }
     const OrderFacts facts = FactsOf(m_run, row);
     qint64 order = FindOrder(bill, facts);
@@ -136,6 +135,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
     target.Set("OPDTC", facts.due);
     target.Set("OPQTA", facts.quantity);
     target.Set("OPSTA", StateOf(facts.over));
+    target.Set("OPTPD", schema::defaults::OrderOfBill);
     target.Set("OPIDD", bill);
     if (known) {
         target.Update("WHERE " + Equals("RECORD_ID", order));
@@ -156,7 +156,7 @@ const Needs& OrdiniNeeds() {
         {},
         {{Orders, {"MnORef", "PrdRef", "DIS_IsQuote"}},
          {Operations, {"MnORef", "OOrder", "WrkRef", "OprRef", "Quantity", "MQ", "CDate", "RDate", "EDate"}}},
-        {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPIDD"}},
+        {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPTPD", "OPIDD"}},
          {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}}}};
     return needs;
 }

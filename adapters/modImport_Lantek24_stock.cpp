@@ -81,7 +81,7 @@ RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& r
     const QString article = SheetOf(run, row);
     if (article.isEmpty()) {
         run.Log(QStringLiteral("LAMIERA NON TROVATA: %1: '%2'").arg(run.RowKey(), row.Text("DIS_ShtRefOrg")));
-        return RowOutcome::Skipped;
+        return run.Skip("lamiera non trovata");
     }
     SheetFormat format;
     format.article = article;
@@ -150,9 +150,13 @@ void ImportInventarioLantek24(Session& session, const QString& singleCode, bool 
         const QString from =
             Inventory + " I\rJOIN " + Products + " P ON P.PrdRef = I.PrdRef\rWHERE P.DIS_PClass = " + SheetClass +
             " AND P.DIS_IsRemnant = 0 AND I.StockQ <> 0" + run.OnlyCode("\rAND", "I.PrdRef", singleCode);
-        run.Rows({"Saldi di magazzino", Inventory, "WrhRef, PrdRef", "SELECT COUNT(*) FROM " + from,
-                  "SELECT I.*, P.DIS_Length, P.DIS_Width FROM " + from + "\rORDER BY I.WrhRef, I.PrdRef"},
-                 [&](const SourceRow& row) { return ImportSaldo(run, writer, row); });
+        const bool toTheEnd =
+            run.Rows({"Saldi di magazzino", Inventory, "WrhRef, PrdRef", "SELECT COUNT(*) FROM " + from,
+                      "SELECT I.*, P.DIS_Length, P.DIS_Width FROM " + from + "\rORDER BY I.WrhRef, I.PrdRef"},
+                     [&](const SourceRow& row) { return ImportSaldo(run, writer, row); });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
         run.Complete("Saldi di magazzino importati correttamente!");
     });
 }
@@ -182,9 +186,12 @@ void ImportRitagliLantek24(Session& session, const QString& singleCode, bool res
         const QString from = Products +
                              "\rWHERE DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0" +
                              run.OnlyCode("\rAND", "PrdRef", singleCode);
-        run.Rows({"Ritagli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
-                  "SELECT * FROM " + from + "\rORDER BY PrdRef"},
-                 [&](const SourceRow& row) { return ImportRitaglio(run, stock, row); });
+        const bool toTheEnd = run.Rows({"Ritagli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
+                                        "SELECT * FROM " + from + "\rORDER BY PrdRef"},
+                                       [&](const SourceRow& row) { return ImportRitaglio(run, stock, row); });
+        if (toTheEnd) {
+            stock.TellRowsLeft();
+        }
         run.Complete("Ritagli importati correttamente!");
     });
 }

@@ -196,7 +196,7 @@ void Copier::CopyFiles(const QString& product) {
 RowOutcome Copier::Product(const SourceRow& row, bool parts) {
     const QString product = row.Text("PrdRef");
     if (m_cams.Current().ExecuteCommand("SELECT COUNT(*) FROM " + Products + OfProduct("PrdRef", product)) > 0) {
-        return RowOutcome::Skipped;
+        return m_run.Skip("già nella banca dati CAM corrente");
     }
     try {
         Insert(Products, row);
@@ -296,6 +296,7 @@ public:
           m_writer(run) {}
 
     RowOutcome Row(const SourceRow& row);
+    void TellRowsLeft() { m_writer.TellRowsLeft(); }
 
 private:
     double QuantityOf(const SourceRow& row);
@@ -365,13 +366,17 @@ void ImportInventarioLantek30(Session& session, const QString& singleCode, bool 
         const QString from = Products + " P\rLEFT JOIN " + Inventory +
                              " I ON I.PrdRef = P.PrdRef\rWHERE P.DIS_PClass = 51" +
                              (singleCode.isEmpty() ? QString() : QString(" AND P.PrdRef = " + run.Quoted(singleCode)));
-        run.Rows({"Saldi di magazzino",
-                  Products,
-                  "PrdRef",
-                  "SELECT COUNT(*) FROM " + from,
-                  "SELECT P.*, I.StockQ, I.WrhRef, I.LocDefault FROM " + from + "\rORDER BY P.PrdRef, I.WrhRef",
-                  {"PrdRef"}}, // what the CAM counts is shared out among the warehouses
-                 [&](const SourceRow& row) { return stocktaker.Row(row); });
+        const bool toTheEnd =
+            run.Rows({"Saldi di magazzino",
+                      Products,
+                      "PrdRef",
+                      "SELECT COUNT(*) FROM " + from,
+                      "SELECT P.*, I.StockQ, I.WrhRef, I.LocDefault FROM " + from + "\rORDER BY P.PrdRef, I.WrhRef",
+                      {"PrdRef"}}, // what the CAM counts is shared out among the warehouses
+                     [&](const SourceRow& row) { return stocktaker.Row(row); });
+        if (toTheEnd) {
+            stocktaker.TellRowsLeft();
+        }
         run.Complete("Saldi di magazzino importati correttamente!");
     });
 }

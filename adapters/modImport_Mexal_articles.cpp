@@ -153,15 +153,18 @@ void WriteTexts(const ArticleWriter& writer, const SourceRow& row, const QString
     }
 }
 
+/// Why a further row of an article is left out.
+const QString OtherWarehouse = QStringLiteral("articolo già letto, riga di un altro magazzino");
+
 /// @param last CDART of the article carried over last: its further rows are those of other warehouses
 RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QString& last) {
     if (!IsArticle(row)) {
-        return RowOutcome::Skipped;
+        return run.Skip("riga che non è un articolo");
     }
     const ArticleWriter writer(run);
     const Facts facts{ArticleOf(run, row.Text("_ARCOD"))};
     if (facts.code == last) {
-        return RowOutcome::Skipped;
+        return run.Skip(OtherWarehouse);
     }
     const RowOutcome outcome = writer.Write(Articoli(), row, facts, [&row](TargetRow& target) {
         // The discount category is a discount only where it is a number.
@@ -215,8 +218,11 @@ namespace {
 RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QString& last) {
     Session& session = run.GetSession();
     const QString article = ArticleOf(run, row.Text("_ARCOD"));
-    if (article == last || !IsThere(session, "ART_ICO", "CDART", article)) {
-        return RowOutcome::Skipped;
+    if (article == last) {
+        return run.Skip(OtherWarehouse);
+    }
+    if (!IsThere(session, "ART_ICO", "CDART", article)) {
+        return run.Skip(ArticleMissing);
     }
     TargetRow target(run, "ART_ICO");
     CostiPrezzi().Apply(target, session, row, {article});
@@ -235,6 +241,7 @@ const Needs& CostiPrezziNeeds() {
 /// Refreshes articles that are there: nothing is emptied.
 void ImportaCostiPrezziFromMEX(Session& session, const QString& singleCode, bool /*reset*/) {
     ImportRun run(session, Module, "ImportaCostiPrezziFromMEX", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione Costi/Prezzi");
         run.Preflight(CostiPrezziNeeds());
@@ -264,7 +271,7 @@ RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row
     const QString article = ArticleOf(run, row.Text("_ARCOD"));
     const QString key = warehouse + '\n' + article;
     if (seen.contains(key)) {
-        return RowOutcome::Skipped; // exports repeat rows as they are
+        return run.Skip("riga ripetuta nell'esportazione");
     }
     const double quantity = NumberOf(row, "QTAINVENT") + NumberOf(row, "QTACARICO") - NumberOf(row, "QTASCARIC");
     const RowOutcome outcome = writer.Balance(warehouse, article, RoundedTo(quantity, 6));
@@ -288,13 +295,16 @@ void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
         StockWriter writer(run);
         QSet<QString> seen;
         const QString from = " FROM ART_MAG" + run.OnlyCode(" WHERE", "[_ARCOD]", singleCode);
-        run.Rows({"Saldi di Magazzino",
-                  ArtMag,
-                  "NUMMAG, _ARCOD",
-                  "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY NUMMAG, [_ARCOD]",
-                  {"NUMMAG", "_ARCOD"}},
-                 [&](const SourceRow& row) { return ImportSaldo(run, writer, row, seen); });
+        const bool toTheEnd = run.Rows({"Saldi di Magazzino",
+                                        ArtMag,
+                                        "NUMMAG, _ARCOD",
+                                        "SELECT COUNT(*)" + from,
+                                        "SELECT *" + from + " ORDER BY NUMMAG, [_ARCOD]",
+                                        {"NUMMAG", "_ARCOD"}},
+                                       [&](const SourceRow& row) { return ImportSaldo(run, writer, row, seen); });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
         run.Complete("Saldi di Magazzino importati correttamente!");
     });
 }
@@ -305,7 +315,8 @@ namespace {
 
 RowOutcome ImportUbicazione(ImportRun& run, const SourceRow& row) {
     const QString article = ArticleOf(run, row.Text("_ARCOD"));
-    return IsImported(run, article) ? ArticleWriter(run).Location(article, row.Text("_ARUBI")) : RowOutcome::Skipped;
+    return IsImported(run, article) ? ArticleWriter(run).Location(article, row.Text("_ARUBI"))
+                                    : run.Skip(ArticleMissing);
 }
 
 } // namespace

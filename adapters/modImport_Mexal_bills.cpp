@@ -31,7 +31,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
     const QString parent = row.Text("_DBPAD");
     const QString article = ArticleOf(run, parent);
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const RowOutcome outcome = writer.Begin(article, parent);
     QHash<int, qint64> phases;
@@ -46,6 +46,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
                                       phase);
                      }
                  });
+    writer.TellComponentsLeft();
     return outcome;
 }
 

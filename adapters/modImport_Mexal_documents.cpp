@@ -95,6 +95,11 @@ public:
         m_sales.End();
         m_purchases.End();
     }
+    void TellLeft() const {
+        for (const OpenDocument* each : {&m_sales, &m_purchases}) {
+            each->TellDocumentsLeft(Causes(), m_from);
+        }
+    }
     int Count() const { return m_sales.Count() + m_purchases.Count(); }
 
 private:
@@ -162,15 +167,18 @@ DocumentRow Documents::RowOf(const SourceRow& row, const Kind& kind) {
 
 RowOutcome Documents::Row(const SourceRow& row) {
     const Kind* kind = KindOf(row.Text("_MMSIG"));
-    if (kind == nullptr || DayOf(row, "_MMDAT") < m_from) {
-        return RowOutcome::Skipped;
+    if (kind == nullptr) {
+        return m_run.Skip("genere di documento che non si importa");
+    }
+    if (DayOf(row, "_MMDAT") < m_from) {
+        return m_run.Skip("documento anteriore alla data d'inizio");
     }
     OpenDocument& document = kind->sales ? m_sales : m_purchases;
     const QString key =
         QStringList{row.Text("_MMSIG"), row.Text("_MMSER"), row.Text("_MMNUM"), row.Text("_MMCLI"), row.Text("_MMDAT")}
             .join(u'/');
     return document.Row(
-        key, [&] { return HeadOf(row, *kind, document); }, RowOf(row, *kind),
+        key, [&] { return HeadOf(row, *kind, document); }, [&] { return RowOf(row, *kind); },
         [&row](TargetRow& target) {
             if (!row.IsBlank("_MMSCA")) {
                 target.Set("DRCOR", DayOf(row, "_MMSCA"));
@@ -224,6 +232,7 @@ void ImportDocumentiMEX(Session& session, const QString& singleCode, bool reset)
         const bool toTheEnd = run.Rows(
             loop, [&](const SourceRow& row) { return documents.Row(row); }, [&] { documents.End(); });
         if (toTheEnd) {
+            documents.TellLeft();
             run.Complete(QStringLiteral("Documenti Mexal importati correttamente: %1").arg(documents.Count()));
         }
     });

@@ -51,7 +51,7 @@ const Mapping& Controparti() {
 RowOutcome ImportCliente(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     if (!LookUp(session, "CON_TRO", "COCGE", row.Text("CODICE"), "CDCON").isEmpty()) {
-        return RowOutcome::Skipped;
+        return run.Skip("controparte già presente");
     }
     const CounterpartyWriter writer(run, {});
     const Facts facts{writer.NextCode(), true};

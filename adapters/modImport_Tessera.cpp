@@ -418,11 +418,21 @@ void ImportArticoliTessera(Session& session, const QString& singleCode, bool res
 
 // --- Entry --------------------------------------------------------------------------------------------------------
 
+namespace {
+
+const SourceSpec& Source() {
+    static const SourceSpec source{
+        "SQL Server", sourceSettings::Server("TESSERA", {"IMPORT", "0", "Tessera_Username", "Tessera_Password"})};
+    return source;
+}
+
+} // namespace
+
 const Origin& Entry() {
     static const Origin origin{
         "Tessera",
         Module,
-        {"SQL Server", sourceSettings::Server("TESSERA", {"IMPORT", "0", "Tessera_Username", "Tessera_Password"})},
+        Source(),
         {{
             {Shown::Yes, ""},  // Cli
             {Shown::Yes, ""},  // Art
@@ -441,6 +451,36 @@ const Origin& Entry() {
             {Button::Doc, "ImportOrdCliTessera", ImportOrdCliTessera, OrdCliNeeds()},
             // The list hides the button of purchases for this origin: it is reached by its name.
             {std::nullopt, "ImportDocAcqTessera", ImportDocAcqTessera, DocAcqNeeds()},
+        },
+    };
+    return origin;
+}
+
+/// Tessera where Solution keeps the accounts: its counterparties and its documents are Solution's, which has no module
+/// yet.
+const Origin& EntryWithSolution() {
+    static const Origin origin{
+        "Tessera + Solution",
+        Module,
+        Source(),
+        {{
+            {Shown::Yes, ""},  // Cli
+            {Shown::Yes, ""},  // Art
+            {Shown::Yes, ""},  // Dis
+            {Shown::Yes, ""},  // Doc
+            {Shown::Yes, ""},  // Acq
+            {Shown::Keep, ""}, // Saldi
+            {Shown::Keep, ""}, // Piano
+            {Shown::Keep, ""}, // Disegni
+        }},
+        Shown::Keep,
+        {
+            {Button::Art, "ImportArticoliTessera", ImportArticoliTessera, ArticoliNeeds()},
+            {Button::Dis, "ImportDistinteTessera", ImportDistinteTessera, DistinteNeeds()},
+            {Button::Doc, "ImportOrdCliTessera", ImportOrdCliTessera, OrdCliNeeds(),
+             "Importare gli ordini clienti di Tessera?\nI documenti di Solution non sono disponibili in questa "
+             "versione."},
+            {Button::Acq, "ImportDocAcqTessera", ImportDocAcqTessera, DocAcqNeeds()},
         },
     };
     return origin;

@@ -76,11 +76,12 @@ void WriteComponents(ImportRun& run, BillWriter& writer, const SourceRow& bill, 
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& row) {
     const QString article = ArticleOf(run, row.Text("CodArt"));
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const RowOutcome outcome = writer.Begin(
         BillHead{article, row.Text("IdDisBas"), NumberOf(row, "Rev"), NumberOf(row, "FlgAtt") != 0, row.Text("Note")});
     WriteComponents(run, writer, row, WritePhases(run, writer, row));
+    writer.TellComponentsLeft();
     return outcome;
 }
 

@@ -120,6 +120,7 @@ public:
     RowOutcome Row(const SourceRow& row, qint64* id = nullptr);
     void End() { m_documents.End(); }
     int Count() const { return m_documents.Count(); }
+    void TellLeft(const QDate& from) const { m_documents.TellDocumentsLeft({m_side.cause}, from); }
 
 private:
     OpenDocument::Head HeadOf(const SourceRow& row);
@@ -172,7 +173,7 @@ DocumentRow Orders::RowOf(const SourceRow& row) {
 
 RowOutcome Orders::Row(const SourceRow& row, qint64* id) {
     return m_documents.Row(
-        row.Text("AnnOrd") + '/' + row.Text("NumOrd"), [&] { return HeadOf(row); }, RowOf(row),
+        row.Text("AnnOrd") + '/' + row.Text("NumOrd"), [&] { return HeadOf(row); }, [&] { return RowOf(row); },
         [&row](TargetRow& target) { target.Set("DRCOR", DateOf(row, "DatCons")); }, id);
 }
 
@@ -266,7 +267,9 @@ void WriteSteps(ImportRun& run, const SourceRow& order, qint64 id) {
 /// The production orders of a row of a customer order.
 void WriteProduction(ImportRun& run, const SourceRow& orderRow, qint64 documentRow) {
     Session& session = run.GetSession();
-    Rewriter known(run, "ORD_PRO", Equals("OPIDD", documentRow) + " AND " + Equals(session, "OPTPD", Order));
+    Rewriter known(run, "ORD_PRO",
+                   Equals("OPIDD", documentRow) + " AND " +
+                       Equals(session, "OPTPD", schema::defaults::OrderOfDocument));
     ForEachChild(session,
                  "SELECT * FROM OrdProT P WHERE P.IdOrdCliR = " +
                      LiteralOf(session.SourceConnection(), orderRow.Value("IdOrdCliR")) + " ORDER BY P.NumOrdP",
@@ -276,7 +279,7 @@ void WriteProduction(ImportRun& run, const SourceRow& orderRow, qint64 documentR
                      target.Set("OPDTC", DateOf(row, "DatCons"));
                      target.Set("OPQTA", NumberOf(row, "Qta"));
                      target.Set("OPSTA", row.Text("Stato"));
-                     target.Set("OPTPD", Order);
+                     target.Set("OPTPD", schema::defaults::OrderOfDocument);
                      target.Set("OPIDD", documentRow);
                      const qint64 id = known.Write(target);
                      WriteParts(run, row, id);
@@ -386,6 +389,7 @@ void ImportOrdCliTessera(Session& session, const QString& singleCode, bool reset
             },
             [&] { orders.End(); });
         if (toTheEnd) {
+            orders.TellLeft(OldestOrder);
             run.Complete(QStringLiteral("Ordini Clienti Tessera importati correttamente: %1").arg(orders.Count()));
         }
     });
@@ -422,6 +426,7 @@ void ImportDocAcqTessera(Session& session, const QString& singleCode, bool reset
             LoopOf(Suppliers(), "Documenti di Acquisto", where), [&](const SourceRow& row) { return orders.Row(row); },
             [&] { orders.End(); });
         if (toTheEnd) {
+            orders.TellLeft(*from);
             run.Complete(
                 QStringLiteral("Documenti di Acquisto Tessera importati correttamente: %1").arg(orders.Count()));
         }

@@ -156,7 +156,7 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString article = ArticleOf(run, row.Text("COD_ARTICOLO"));
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const QString path = FileOf(session, row);
     const RowOutcome outcome = WriteAttachment(

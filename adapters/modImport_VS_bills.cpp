@@ -112,7 +112,7 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
     const QString article = ArticleOf(run, parent);
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     RowOutcome outcome = RowOutcome::Updated;
     const std::vector<Bill> bills = BillsOf(run, parent);
@@ -125,6 +125,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
         for (const Component& component : bill.components) {
             writer.Write(component, phase);
         }
+        writer.TellComponentsLeft();
     }
     return outcome;
 }
@@ -196,7 +197,7 @@ void Remove(ImportRun& run, const Gone& component) {
 
 RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
     const QString article = ArticleOf(run, parent);
-    RowOutcome outcome = RowOutcome::Skipped;
+    RowOutcome outcome = run.Skip("distinta che nessuna importazione ha scritto");
     std::vector<Gone> gone;
     for (const Bill& bill : BillsOf(run, parent)) {
         if (ImportedBill(run.GetSession(), article, bill.revision) == 0) {

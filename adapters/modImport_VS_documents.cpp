@@ -114,11 +114,11 @@ bool IsDelivered(const SourceRow& row) {
 
 RowOutcome ImportRow(ImportRun& run, const Orders& orders, const SourceRow& row, OpenDocument& document) {
     if (IsDelivered(row)) {
-        return RowOutcome::Skipped;
+        return run.Skip("riga già consegnata");
     }
     const QString key = row.Text("ANNO") + '/' + row.Text("NUM_ORDINE");
     return document.Row(
-        key, [&] { return HeadOf(run, orders, row, document); }, RowOf(run, row),
+        key, [&] { return HeadOf(run, orders, row, document); }, [&] { return RowOf(run, row); },
         [&row](TargetRow& target) {
             if (!row.IsBlank("DATA_CONSEGNA")) {
                 target.Set("DRCOR", DateOf(row, "DATA_CONSEGNA"));
@@ -168,6 +168,7 @@ void ImportOrders(ImportRun& run, const Orders& orders, const Needs& needs, cons
         const bool toTheEnd = run.Rows(
             loop, [&](const SourceRow& row) { return ImportRow(run, orders, row, document); }, [&] { document.End(); });
         if (toTheEnd) {
+            document.TellDocumentsLeft({orders.cause}, settings.from);
             run.Complete(
                 QStringLiteral("%1 Visual Space importati correttamente: %2").arg(orders.step).arg(document.Count()));
         }

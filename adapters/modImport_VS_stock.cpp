@@ -54,12 +54,16 @@ void ImportSaldiVSP(Session& session, const QString& singleCode, bool reset) {
         StockWriter writer(run);
         QSet<QString> told;
         const QString from = " FROM " + Stock + run.OnlyCode(" WHERE", "COD_ARTICOLO", singleCode);
-        run.Rows({"Saldi di Magazzino", Stock, "COD_MAGAZZINO, COD_ARTICOLO", "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY COD_MAGAZZINO, COD_ARTICOLO"},
-                 [&](const SourceRow& row) {
-                     return writer.Balance(WarehouseOf(run, row.Text("COD_MAGAZZINO"), told),
-                                           ArticleOf(run, row.Text("COD_ARTICOLO")), NumberOf(row, "GIACENZA"));
-                 });
+        const bool toTheEnd =
+            run.Rows({"Saldi di Magazzino", Stock, "COD_MAGAZZINO, COD_ARTICOLO", "SELECT COUNT(*)" + from,
+                      "SELECT *" + from + " ORDER BY COD_MAGAZZINO, COD_ARTICOLO"},
+                     [&](const SourceRow& row) {
+                         return writer.Balance(WarehouseOf(run, row.Text("COD_MAGAZZINO"), told),
+                                               ArticleOf(run, row.Text("COD_ARTICOLO")), NumberOf(row, "GIACENZA"));
+                     });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
         run.Complete("Saldi di Magazzino importati correttamente!");
     });
 }
@@ -70,8 +74,11 @@ namespace {
 
 RowOutcome ImportUbicazione(ImportRun& run, const SourceRow& row) {
     const QString article = ArticleOf(run, row.Text("COD_ARTICOLO"));
-    if (row.IsBlank("COD_UBICAZIONE") || !IsImported(run, article)) {
-        return RowOutcome::Skipped;
+    if (row.IsBlank("COD_UBICAZIONE")) {
+        return run.Skip("riga senza ubicazione");
+    }
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
     }
     return ArticleWriter(run).Location(article, row.Text("COD_UBICAZIONE"), row.Text("DES_UBICAZIONE"));
 }

@@ -281,6 +281,7 @@ const Needs& PromozioniNeeds() {
 
 void ImportPromozioniWinProgest(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportPromozioniWinProgest", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione Promozioni da WinProgest");
         run.Preflight(PromozioniNeeds());
@@ -316,7 +317,7 @@ RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const Facts facts{ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"))};
     if (!IsImported(run, facts.code)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const QString code = CodeOf(row, "CODALT");
     const QString owner = OwnerOfCode(run, row);
@@ -348,6 +349,7 @@ const Needs& CodificheNeeds() {
 
 void ImportCodificheWinProgest(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportCodificheWinProgest", singleCode);
+    run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione Codifiche Articoli da WinProgest");
         run.Preflight(CodificheNeeds());
@@ -374,7 +376,7 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& fo
     Session& session = run.GetSession();
     const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"));
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const RowOutcome outcome = WriteAttachment(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO"))});
     if (outcome != RowOutcome::Skipped) {

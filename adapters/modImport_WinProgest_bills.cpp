@@ -52,7 +52,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
     const QString parent = row.Text("PADRE");
     const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", parent);
     if (!writer.HasArticle(article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     constexpr int keySize = 50;
     const RowOutcome outcome = writer.Begin(article, FirstOf(parent, keySize));
@@ -60,6 +60,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& r
     ForEachChild(run.GetSession(), "SELECT * FROM NFCODIS\rWHERE PADRE = " + run.Quoted(parent) + "\rORDER BY NINS",
                  Nfcodis, "FIGLIO",
                  [&](const SourceRow& component) { ImportComponente(run, writer, component, phase); });
+    writer.TellComponentsLeft();
     return outcome;
 }
 

@@ -114,7 +114,7 @@ private:
     RowOutcome Import(const SourceRow& row);
     DocumentHead HeadOf(const SourceRow& row);
     qint64 FindHead(const DocumentHead& head) const;
-    qint64 WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known) const;
+    qint64 WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known);
     void WriteRow(const SourceRow& row, qint64 id, const DocumentHead& head, bool again, Written& written) const;
     DocumentRow RowOf(const SourceRow& row) const;
     QString StateOf(const DocumentRow& row) const;
@@ -145,9 +145,13 @@ bool KindImport::Run(const QString& singleCode) {
     }
     FindTwins(where);
     TellWithoutDay();
-    return m_run.Rows({m_kind.name, m_kind.head, "NUMDOC", "SELECT COUNT(*) FROM " + m_kind.head + where,
-                       "SELECT * FROM " + m_kind.head + where + "\rORDER BY DATDOC, NUMDOC"},
-                      [this](const SourceRow& row) { return Import(row); });
+    const bool toTheEnd = m_run.Rows({m_kind.name, m_kind.head, "NUMDOC", "SELECT COUNT(*) FROM " + m_kind.head + where,
+                                      "SELECT * FROM " + m_kind.head + where + "\rORDER BY DATDOC, NUMDOC"},
+                                     [this](const SourceRow& row) { return Import(row); });
+    if (toTheEnd) {
+        m_writer.TellDocumentsLeft({m_kind.cause}, m_answers.settings.from);
+    }
+    return toTheEnd;
 }
 
 /// Two heads of the same number and day share their rows: nobody can tell whose they are.
@@ -177,8 +181,9 @@ RowOutcome KindImport::Import(const SourceRow& row) {
     }
     const DocumentHead head = HeadOf(row);
     const qint64 known = FindHead(head);
+    m_writer.Saw(known);
     if (known != 0 && m_answers.skipImported) {
-        return RowOutcome::Skipped;
+        return m_run.Skip(AlreadyImported);
     }
     const qint64 id = WriteHead(row, head, known);
     Written written;
@@ -232,7 +237,7 @@ qint64 KindImport::FindHead(const DocumentHead& head) const {
             " AND DTDAT = " + mod_ovTools::FormatSqlValue(head.day, DataType::DateTime, session.Quadrix.ProviderType));
 }
 
-qint64 KindImport::WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known) const {
+qint64 KindImport::WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known) {
     TargetRow target = m_writer.Head(head);
     m_mappings.head.Apply(target, m_run.GetSession(), row, {});
     if (known == 0) {

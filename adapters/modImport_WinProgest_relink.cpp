@@ -74,7 +74,7 @@ RowOutcome RelinkDocument(ImportRun& run, const DocumentKind& kind, const Source
                      "\rWHERE NUMDOC = " + LiteralOf(session.SourceConnection(), document.Value("NUMDOC")) +
                      " AND YEAR(DATDOC) = " + year + "\rORDER BY NRIGA",
                  kind.rows, "NRIGA", [&](const SourceRow& row) { linked = Relink(run, kind, head, row) || linked; });
-    return linked ? RowOutcome::Updated : RowOutcome::Skipped;
+    return linked ? RowOutcome::Updated : run.Skip("nessuna riga da ricollegare");
 }
 
 Needs NeedsOf(const DocumentKind& kind) {

@@ -26,7 +26,8 @@ const contract::Origin& Entry();
 }
 namespace modImport_Tessera {
 const contract::Origin& Entry();
-}
+const contract::Origin& EntryWithSolution();
+} // namespace modImport_Tessera
 namespace modImport_Lantek24 {
 const contract::Origin& Entry();
 }
@@ -47,7 +48,7 @@ const std::vector<const contract::Origin*>& Origins() {
     static const std::vector<const contract::Origin*> origins{
         &Find("Ad-Hoc"),
         &modImport_Tessera::Entry(),
-        &Find("Tessera + Solution"),
+        &modImport_Tessera::EntryWithSolution(),
         &Find("Solution"),
         &Find("Gamma TeamSystem"),
         &Find("Lumen"),

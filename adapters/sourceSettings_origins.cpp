@@ -95,10 +95,8 @@ const QString DatFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*
 
 /// The origins of the list whose modules do not say themselves how they open, under their names in upper case.
 const QMap<QString, Prepare>& Preparations() {
-    static const ServerKeys tessera{"IMPORT", "0", "Tessera_Username", "Tessera_Password"};
     static const QMap<QString, Prepare> preparations{
         {"AD-HOC", Server("AHR", {"AHR", "1"})},
-        {"TESSERA + SOLUTION", Server("TESSERA", tessera)},
         {"SOLUTION", PrepareSolution},
         {"GAMMA TEAMSYSTEM", DataSource("GAMMATEAMSYSTEM")},
         {"LUMEN", TextFile(DatTitle, DatFilter)},

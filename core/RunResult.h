@@ -61,6 +61,7 @@ struct RunResult {
     qint64 inserted = 0;   ///< source rows that became a new target row
     qint64 updated = 0;    ///< source rows that changed an existing target row
     qint64 skipped = 0;    ///< source rows left out by a rule
+    QMap<QString, qint64> skippedBy; ///< rows left out, by the rule that left them out
     qint64 notReached = 0; ///< source rows behind a cancel or an error
     qint64 givenUpCount = 0;
     qint64 failedLookUps = 0; ///< look-ups that failed; their rows went on as without a translation

@@ -41,6 +41,9 @@ inline constexpr double ComponentFactor = 1;    ///< DCCOE
 inline const QString NoSeries = QStringLiteral(""); ///< DTSER: numbered in the main series
 inline constexpr bool NotCancelled = false;         ///< DTANL
 inline constexpr double ExchangeRate = 1;           ///< DTCMB: euro to euro
+// What a production order is for: OPIDD is the RECORD_ID of what OPTPD names.
+inline const QString OrderOfDocument = QStringLiteral("ORD"); ///< the row of an order
+inline const QString OrderOfBill = QStringLiteral("DIS");     ///< a bill: made for stock, or for what is not imported
 inline const QString NormalRow = QStringLiteral("N");
 inline const QString DescriptionRow = QStringLiteral("D"); ///< a text: left out of quantities and totals
 inline const QString Delivered = QStringLiteral("EV");     ///< state of what is delivered: history to look at

@@ -162,8 +162,7 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
     Session& session = m_run.GetSession();
     const qint64 present = session.Quadrix.ExecuteCommand(
         QStringLiteral("Select count(*) from ") + m_run.FullName(table) + QStringLiteral(" WHERE ") +
-        Equals(session, CodeColumn, line.article) + QStringLiteral(" AND STDAT = ") +
-        mod_ovTools::FormatSqlValue(line.day, DataType::DateTime, session.Quadrix.ProviderType));
+        Equals(session, CodeColumn, line.article) + QStringLiteral(" AND ") + OnDay(session, "STDAT", line.day));
     if (present > 0) {
         return;
     }
@@ -194,7 +193,7 @@ RowOutcome ArticleWriter::Location(const QString& article, const QString& locati
     if (IdWhere(session, "UBI_ART",
                 Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location)) !=
         0) {
-        return RowOutcome::Skipped;
+        return m_run.Skip(QStringLiteral("articolo già nell'ubicazione"));
     }
     TargetRow row(m_run, "UBI_ART");
     row.Set(CodeColumn, article);

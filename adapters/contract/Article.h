@@ -10,6 +10,9 @@ std::vector<TableNeed> ArticleNeeds();
 /// Empties the article tables and the texts of their languages, when the operator asked for it.
 void EmptyArticles(ImportRun& run, bool reset);
 
+/// Why a source row is left out whose article is not there.
+inline const QString ArticleMissing = QStringLiteral("articolo non trovato");
+
 /// Whether an article is there. One that is not is logged.
 /// @param rowName the source row that names it; empty for the row under way
 bool IsImported(ImportRun& run, const QString& article, const QString& rowName = {});

@@ -34,7 +34,7 @@ RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
     const QFileInfo info(file.path);
     if (!info.isFile()) {
         run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(run.RowKey(), file.path));
-        return RowOutcome::Skipped;
+        return run.Skip(QStringLiteral("file non trovato"));
     }
     const Session& session = run.GetSession();
     const qint64 known =
@@ -64,7 +64,7 @@ std::vector<TableNeed> ImageNeeds() { return {{"IMA_GES", {"TBNAM", "TBKEY", "IM
 RowOutcome StoreImage(ImportRun& run, const AttachedFile& file) {
     if (!QFileInfo(file.path).isFile()) {
         run.Log(QStringLiteral("IMMAGINE NON TROVATA: %1: '%2'").arg(run.RowKey(), file.path));
-        return RowOutcome::Skipped;
+        return run.Skip(QStringLiteral("file non trovato"));
     }
     const QTemporaryDir folder;
     const QString picture = folder.filePath(QStringLiteral("image.jpg"));

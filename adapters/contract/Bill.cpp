@@ -1,6 +1,7 @@
 #include "adapters/contract/Bill.h"
 
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/noLongerThere.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/billCycles.h"
 #include "core/qdxProduction_articles.h"
@@ -54,6 +55,7 @@ RowOutcome BillWriter::Begin(const BillHead& head) {
                      mod_ovTools::FormatSqlValue(head.revision, DataType::Integer, session.Quadrix.ProviderType);
     }
     m_bill = IdWhere(session, "DIS_BAS", condition);
+    m_wasThere = m_bill != 0;
     TargetRow row(m_run, "DIS_BAS");
     row.Set("IDOLD", head.sourceKey);
     if (!head.note.isEmpty()) {
@@ -137,6 +139,25 @@ void BillWriter::Write(const Component& component, qint64 phase) {
     } else {
         row.Insert();
     }
+}
+
+void BillWriter::TellComponentsLeft() {
+    if (!m_wasThere) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    QStringList left;
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT DCART FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
+                                               Equals("IDDIS", m_bill) + u" AND " +
+                                               Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString article = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
+        if (!m_quantities.contains(article.toUpper())) {
+            left.append(u'\'' + article + u'\'');
+        }
+    }
+    TellNoLongerThere(m_run, QStringLiteral("COMPONENTI"),
+                      m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
 }
 
 void BillWriter::LinkSubAssemblies() {

@@ -61,6 +61,9 @@ public:
     /// that the bill already has is rewritten; what this run wrote before is logged, as its quantity is lost.
     /// @param phase RECORD_ID of the phase that consumes it
     void Write(const Component& component, qint64 phase);
+    /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
+    /// no longer in the source, yet they stay. Called when the bill is complete.
+    void TellComponentsLeft();
     /// Links every component whose article has a bill to that bill, of several revisions to the one in force; the
     /// others have no link. A bill that contains itself, over any number of levels, is logged with its path: it cannot
     /// be unfolded.
@@ -77,6 +80,7 @@ private:
 
     ImportRun& m_run;
     qint64 m_bill = 0;
+    bool m_wasThere = false;             ///< the bill begun last
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
 };
 

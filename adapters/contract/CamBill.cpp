@@ -61,10 +61,11 @@ void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, co
 RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const QString& product) {
     const QString article = ArticleOf(run, product);
     if (!IsImported(run, article)) {
-        return RowOutcome::Skipped;
+        return run.Skip(ArticleMissing);
     }
     const RowOutcome outcome = writer.Begin(article, product);
     qdxMakeDistintaFromCAM(run, writer, product);
+    writer.TellComponentsLeft();
     return outcome;
 }
 

@@ -1,6 +1,7 @@
 #include "adapters/contract/Document.h"
 
 #include "adapters/contract/lookups.h"
+#include "adapters/contract/noLongerThere.h"
 #include "adapters/contract/TargetRow.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
@@ -212,12 +213,15 @@ QString DocumentWriter::DestinationName(const DocumentHead& head, const QString&
     return LookUp(m_run.GetSession(), "MAG_AZZ", "CDMAG", head.cause.warehouse, "MADES");
 }
 
-qint64 DocumentWriter::Insert(TargetRow& head) const {
+qint64 DocumentWriter::Insert(TargetRow& head) {
     head.Insert();
-    return LastId(m_run.GetSession(), m_family.head);
+    const qint64 id = LastId(m_run.GetSession(), m_family.head);
+    Saw(id);
+    return id;
 }
 
-void DocumentWriter::Update(TargetRow& head, qint64 id) const {
+void DocumentWriter::Update(TargetRow& head, qint64 id) {
+    Saw(id);
     head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
 }
 
@@ -283,14 +287,36 @@ qint64 DocumentWriter::PutRow(TargetRow& row, qint64 head, int number, bool wasT
     return known;
 }
 
-void DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
+qint64 DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
     Session& session = m_run.GetSession();
     const qint64 imported = session.Quadrix.ExecuteCommand(
         QStringLiteral("SELECT COUNT(*) FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
         Equals("IDTES", head) + QStringLiteral(" AND ") + Equals(session, "USINS", "SYSTEM_IMPORT"));
-    if (imported > writtenNow) {
-        m_run.Log(QStringLiteral("RIGHE NON PIÙ NELL'ORIGINE: %1: %2 rimangono in Quadrix")
-                      .arg(m_run.RowKey(), QString::number(imported - writtenNow)));
+    TellNoLongerThere(m_run, QStringLiteral("RIGHE"), m_run.RowKey(), imported - writtenNow);
+    return std::max<qint64>(0, imported - writtenNow);
+}
+
+void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
+    if (m_run.IsSingle() || causes.isEmpty()) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    QStringList quoted;
+    for (const QString& cause : causes) {
+        quoted.append(m_run.Quoted(cause));
+    }
+    Recordset heads = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, DTCAU, DTANN, DTNUM, DTRAS FROM " + m_run.FullName(m_family.head) + u" WHERE " +
+        Equals(session, "USINS", "SYSTEM_IMPORT") + u" AND DTCAU IN (" + quoted.join(u',') + u") AND DTDAT >= " +
+        mod_ovTools::FormatSqlValue(from, DataType::DateTime, session.Quadrix.ProviderType) + u" ORDER BY RECORD_ID");
+    for (; !heads.Eof(); heads.MoveNext()) {
+        if (!m_seen.contains(heads.Value("RECORD_ID").toLongLong())) {
+            TellNoLongerThere(m_run, QStringLiteral("DOCUMENTI"),
+                              QStringLiteral("%1 %2/%3 di '%4'")
+                                  .arg(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
+                                       TextOf(heads, "DTRAS")),
+                              1);
+        }
     }
 }
 

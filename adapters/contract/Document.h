@@ -56,6 +56,9 @@ DocumentSettings ReadDocumentSettings(Session& session);
 /// the run is then cancelled. Raises `ImportError` when the answer is no date.
 std::optional<QDate> AskStartDate(ImportRun& run);
 
+/// Why a source row is left out whose document is there and is not rewritten.
+inline const QString AlreadyImported = QStringLiteral("documento già importato");
+
 /// Asks whether documents that an earlier import wrote are skipped; otherwise they are rewritten.
 bool AskSkipImported(ImportRun& run);
 
@@ -131,9 +134,11 @@ public:
     /// further columns may follow before it is written by `Insert` or `Update`.
     TargetRow Head(const DocumentHead& head) const;
     /// Inserts a head and returns its RECORD_ID.
-    qint64 Insert(TargetRow& head) const;
+    qint64 Insert(TargetRow& head);
     /// Rewrites the head of that RECORD_ID.
-    void Update(TargetRow& head, qint64 id) const;
+    void Update(TargetRow& head, qint64 id);
+    /// The source has the document of that head, whatever becomes of it; heads that are written need not be told.
+    void Saw(qint64 head) { m_seen.insert(head); }
     /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
     /// follow before it is inserted.
     TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
@@ -143,9 +148,15 @@ public:
     /// Writes a row of a head: over the one of its number when an earlier import has written the head, which is then
     /// added to `rewritten`, else anew. Returns the RECORD_ID of the one written over; 0 when it is inserted.
     qint64 PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const;
-    /// Logs how many rows an import has written to a head beyond those of this run: they were imported before and are
-    /// no longer in the source, yet they still count in the totals.
-    void TellRowsLeft(qint64 head, qint64 writtenNow) const;
+    /// Tells how many rows an import has written to a head beyond those of this run: they were imported before and are
+    /// no longer in the source, yet they still count in the totals. @return their number
+    qint64 TellRowsLeft(qint64 head, qint64 writtenNow) const;
+    /// Tells which documents of these causes, of that day or later, an earlier import has written and this run has not
+    /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
+    /// run of a single code tells none.
+    void TellDocumentsLeft(const QStringList& causes, const QDate& from) const;
+    /// The causes that the run has asked for.
+    QStringList Causes() const { return m_causes.keys(); }
     /// Recomputes the totals of a head from its rows.
     void Total(qint64 head) const;
 
@@ -156,6 +167,7 @@ private:
     ImportRun& m_run;
     Family m_family;
     QHash<QString, Cause> m_causes;
+    QSet<qint64> m_seen; ///< heads whose documents the source has
 };
 
 } // namespace contract

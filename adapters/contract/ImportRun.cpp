@@ -219,6 +219,7 @@ void ImportRun::Attempt(const QString& key, const std::function<void()>& work) {
     const ovErrors::Row underWay(m_session.Errors, key);
     const size_t before = m_written.size();
     for (int attempt = 1;; ++attempt) {
+        m_rule.clear();
         try {
             work();
             return;
@@ -258,6 +259,8 @@ void ImportRun::Account(RowOutcome outcome) {
     case RowOutcome::Skipped:
         ++m_result.skipped;
         ++m_group.skipped;
+        ++m_result.skippedBy[m_rule];
+        ++m_group.skippedBy[m_rule];
         break;
     }
 }
@@ -269,6 +272,10 @@ void ImportRun::GiveUp(const QString& key, const QString& reason) {
     m_result.inserted -= m_group.inserted;
     m_result.updated -= m_group.updated;
     m_result.skipped -= m_group.skipped;
+    for (const auto& [rule, rows] : m_group.skippedBy.asKeyValueRange()) {
+        m_result.skippedBy[rule] -= rows;
+    }
+    m_result.skippedBy.removeIf([](QMap<QString, qint64>::iterator rule) { return rule.value() == 0; });
     for (const QString& other : std::as_const(m_group.keys)) {
         lines += CountGivenUp(other, other == key ? reason : QString(QStringLiteral("appartiene a ") + key));
     }
@@ -276,7 +283,7 @@ void ImportRun::GiveUp(const QString& key, const QString& reason) {
         lines += QStringLiteral("Rimane aggiornata una riga di %1: %2").arg(FullName(table), key);
         m_session.Notes.Add(lines.last());
     }
-    m_group = {m_group.value, {}, 0, 0, 0, true, key};
+    m_group = {.value = m_group.value, .givenUp = true, .culprit = key};
     try {
         for (const QString& line : std::as_const(lines)) {
             AppendToLog(line);
@@ -311,13 +318,15 @@ QString ImportRun::CountGivenUp(const QString& key, const QString& reason) {
 QStringList ImportRun::TakeBack(size_t from) {
     while (m_written.size() > from) {
         const Written& row = m_written.back();
-        try {
-            m_session.Quadrix.Execute(
-                QStringLiteral("DELETE FROM %1 WHERE RECORD_ID = %2").arg(FullName(row.table)).arg(row.id));
-        } catch (const Error& error) {
-            return LeaveWritten(from, error.Message());
+        if (row.id != 0) {
+            try {
+                m_session.Quadrix.Execute(
+                    QStringLiteral("DELETE FROM %1 WHERE RECORD_ID = %2").arg(FullName(row.table)).arg(row.id));
+            } catch (const Error& error) {
+                return LeaveWritten(from, error.Message());
+            }
+            ++m_result.tables[row.table].takenBack;
         }
-        ++m_result.tables[row.table].takenBack;
         if (row.forget) {
             row.forget();
         }
@@ -330,6 +339,9 @@ QStringList ImportRun::LeaveWritten(size_t from, const QString& reason) {
     QStringList lines;
     for (; m_written.size() > from; m_written.pop_back()) {
         const Written& row = m_written.back();
+        if (row.id == 0) {
+            continue;
+        }
         lines += QStringLiteral("Rimane in %1 la riga %2 di una riga abbandonata: %3")
                      .arg(FullName(row.table))
                      .arg(row.id)
@@ -344,12 +356,22 @@ qint64 ImportRun::WrittenRows(const QString& table) const {
     return count.inserted + count.updated - count.takenBack;
 }
 
+void ImportRun::WhenTakenBack(std::function<void()> forget) {
+    if (m_insertedLast && !m_written.empty() && !m_written.back().forget) {
+        m_written.back().forget = std::move(forget);
+    } else {
+        m_written.push_back({{}, 0, std::move(forget)});
+    }
+}
+
 void ImportRun::Inserted(const QString& table) {
+    m_insertedLast = true;
     ++m_result.tables[table].inserted;
     m_written.push_back({table, m_session.Quadrix.LastInsertId()});
 }
 
 void ImportRun::Updated(const QString& table) {
+    m_insertedLast = false;
     ++m_result.tables[table].updated;
     m_changed.append(table);
 }

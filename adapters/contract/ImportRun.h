@@ -61,6 +61,12 @@ public:
     /// @param groupEnd called after the last of the rows that belong together
     /// @return false when the operator cancelled
     bool Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd = {});
+    /// Leaves the row under way out by a rule of the import, which the result tells with the number of its rows.
+    /// @param rule in the operator's words, e.g. "documento già importato"
+    RowOutcome Skip(const QString& rule) {
+        m_rule = rule;
+        return RowOutcome::Skipped;
+    }
     /// Shows the completion message, unless the run was cancelled or of a single code.
     void Complete(const QString& message);
 
@@ -87,9 +93,9 @@ public:
     /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones
     /// too.
     void KeepWritten();
-    /// Has the writer of the row that was written last called when that row is taken back: what it remembers of it must
-    /// not serve later rows.
-    void WhenTakenBack(std::function<void()> forget) { m_written.back().forget = std::move(forget); }
+    /// Has the writer of the row that was written last called when that row, new or rewritten, is taken back: what it
+    /// remembers of it must not serve later rows.
+    void WhenTakenBack(std::function<void()> forget);
 
     /// Rows of a table (bare name) that the run has written so far, without those taken back.
     qint64 WrittenRows(const QString& table) const;
@@ -100,16 +106,17 @@ public:
 private:
     struct Written {
         QString table;
-        qint64 id;
+        qint64 id; ///< 0: no row, but something to forget
         std::function<void()> forget = {};
     };
     /// The rows under way that belong together, and what became of those that are done.
     struct Group {
-        QString value;
-        QStringList keys;
+        QString value = {};
+        QStringList keys = {};
         qint64 inserted = 0;
         qint64 updated = 0;
         qint64 skipped = 0;
+        QMap<QString, qint64> skippedBy = {};
         bool givenUp = false;
         QString culprit = {}; ///< the row that has been given up with its reason
     };
@@ -138,9 +145,11 @@ private:
     bool m_single;
     bool m_failed = false;
     QString m_errorText; ///< empty: errors are not logged
+    QString m_rule;      ///< that leaves the row under way out
     Group m_group;
     std::optional<RowUnderWay> m_underWay; ///< none where the death of the program takes the whole run back
     std::vector<Written> m_written;        ///< rows inserted for the source rows under way
+    bool m_insertedLast = false;           ///< whether the row that was written last is new
     QStringList m_changed;                 ///< tables of rows updated for them
     qsizetype m_untranslatedBefore;
     QElapsedTimer m_clock;

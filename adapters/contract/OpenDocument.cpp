@@ -1,15 +1,21 @@
 #include "adapters/contract/OpenDocument.h"
 
+#include "adapters/contract/Article.h"
 #include "adapters/contract/lookups.h"
 
 namespace contract {
 
-OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head) const {
+qint64 OpenDocument::Find(const Head& head) {
     const DocumentHead& fields = head.fields;
-    State state{key, 0, fields};
     const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year,
                                        head.bySeries ? Equals(m_run.GetSession(), "DTSER", fields.series) : QString());
-    state.wasThere = known != 0;
+    m_writer.Saw(known);
+    return known;
+}
+
+OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head, qint64 known) {
+    const DocumentHead& fields = head.fields;
+    State state{key, 0, fields, known != 0};
     if (state.wasThere && m_options.skipImported) {
         return state;
     }
@@ -26,15 +32,19 @@ OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head) co
     return state;
 }
 
-RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& head, const DocumentRow& row,
-                             const More& more, qint64* id) {
-    if (m_options.checkArticles && !row.article.isEmpty() &&
-        !IsThere(m_run.GetSession(), "ART_ICO", "CDART", row.article)) {
-        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), row.article));
-        return RowOutcome::Skipped;
+RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& head,
+                             const std::function<DocumentRow()>& row, const More& more, qint64* id) {
+    const bool begins = !m_state || m_state->key != key;
+    const Head first = begins ? head() : Head();
+    const qint64 known = begins ? Find(first) : 0;
+    const DocumentRow values = row();
+    if (m_options.checkArticles && !values.article.isEmpty() &&
+        !IsThere(m_run.GetSession(), "ART_ICO", "CDART", values.article)) {
+        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), values.article));
+        return m_run.Skip(ArticleMissing);
     }
-    State state = m_state && m_state->key == key ? *m_state : Begin(key, head());
-    const RowOutcome outcome = state.id == 0 ? RowOutcome::Skipped : WriteRow(state, row, more, id);
+    State state = begins ? Begin(key, first, known) : *m_state;
+    const RowOutcome outcome = state.id == 0 ? m_run.Skip(AlreadyImported) : WriteRow(state, values, more, id);
     m_state = state;
     return outcome;
 }

@@ -30,13 +30,17 @@ public:
 
     DocumentWriter& Writer() { return m_writer; }
     /// Writes a row. @param key tells its document from others @param head asked with the first row of a document
-    /// @param more sets further columns @param id gets the RECORD_ID of the row; may be null
-    RowOutcome Row(const QString& key, const std::function<Head()>& head, const DocumentRow& row, const More& more = {},
-                   qint64* id = nullptr);
+    /// @param row asked after it @param more sets further columns @param id gets the RECORD_ID of the row; may be null
+    RowOutcome Row(const QString& key, const std::function<Head()>& head, const std::function<DocumentRow()>& row,
+                   const More& more = {}, qint64* id = nullptr);
     /// Ends the document under way: its totals follow from its rows. Does nothing when there is none.
     void End();
     /// Documents ended so far.
     int Count() const { return m_count; }
+    /// Tells the documents that are no longer in the source: see `DocumentWriter::TellDocumentsLeft`.
+    void TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
+        m_writer.TellDocumentsLeft(causes, from);
+    }
 
 private:
     struct State {
@@ -47,7 +51,8 @@ private:
         QSet<qint64> rewritten = {}; ///< rows of a document that was there
         qint64 rows = 0;
     };
-    State Begin(const QString& key, const Head& head) const;
+    qint64 Find(const Head& head);
+    State Begin(const QString& key, const Head& head, qint64 known);
     RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
 
     ImportRun& m_run;

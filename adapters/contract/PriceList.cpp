@@ -12,7 +12,9 @@ namespace {
 const QStringList ScaleColumns{"IDLSD", "SCQTA", "SCPRZ", "SCSCO", "SCSC2", "SCSC3"};
 
 QVariant QuantityOf(const Scale& scale) {
-    return scale.quantity.isNull() ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
+    const auto quantity = mod_ovTools::ReadNumber(scale.quantity);
+    const bool isBlank = mod_ovTools::ToText(scale.quantity).trimmed().isEmpty();
+    return isBlank || quantity == 0.0 ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
 }
 
 /// A scale row; prices of articles and costs of works differ in the column of the amount alone.
@@ -67,14 +69,10 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
 
 qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity) const {
     Session& session = m_run.GetSession();
-    const QString from =
-        validity.from.isNull()
-            ? QStringLiteral("LAINV IS NULL")
-            : QString(QStringLiteral("LAINV = ") +
-                      mod_ovTools::FormatSqlValue(validity.from, DataType::DateTime, session.Quadrix.ProviderType));
-    const qint64 known = IdWhere(session, "LIS_ART",
-                                 Equals(session, "CDLIS", list) + QStringLiteral(" AND ") +
-                                     Equals(session, "CDART", article) + QStringLiteral(" AND ") + from);
+    const qint64 known =
+        IdWhere(session, "LIS_ART",
+                Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "CDART", article) +
+                    QStringLiteral(" AND ") + OnDay(session, "LAINV", validity.from));
     if (known != 0) {
         return known;
     }
@@ -116,30 +114,60 @@ void PriceListWriter::LogReplacedPrice(const QVariant& before, const Scale& scal
     }
 }
 
-void PriceListWriter::Work(const QString& work, const QString& article, const QString& supplier,
-                           const Validity& validity, const Scale& scale, const QVariant& created) const {
-    TargetRow row(m_run, "LIS_LAV");
-    if (!work.isEmpty()) {
-        row.Set("CDLAV", work);
+/// A price that was written before its work or its supplier was known has none of them.
+PriceListWriter::KnownWork PriceListWriter::FindWork(const WorkPrice& price) const {
+    Session& session = m_run.GetSession();
+    const auto sameOrBlank = [&](const QString& column, const QString& value) {
+        const QString text = QStringLiteral("COALESCE(%1, '')").arg(column);
+        return QString(u'(' + Equals(session, text, value) + u" OR " + text + u" = '')");
+    };
+    Recordset rows = session.Quadrix.ExecuteWC(
+        u"SELECT L.RECORD_ID, S.RECORD_ID SCALE_ID FROM " + m_run.FullName("LIS_LAV") + u" L JOIN " +
+        m_run.FullName("LIS_LAS") + u" S ON S.IDLSD = L.RECORD_ID WHERE " + Equals(session, "L.CDART", price.article) +
+        u" AND " + OnDay(session, "L.LLINV", price.validity.from) + u" AND S.SCQTA = " +
+        mod_ovTools::FormatSqlValue(QuantityOf(price.scale), DataType::Double, session.Quadrix.ProviderType) +
+        u" AND " + sameOrBlank("L.CDLAV", price.work) + u" AND " + sameOrBlank("L.CDFOR", price.supplier) +
+        u" ORDER BY L.CDFOR DESC, L.CDLAV DESC, L.RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const KnownWork known{rows.Fields(0).Value().toLongLong(), rows.Fields(1).Value().toLongLong()};
+        if (!m_works.contains(known.price)) {
+            return known;
+        }
     }
-    row.Set("CDART", article);
-    if (!supplier.isEmpty()) {
-        row.Set("CDFOR", supplier);
+    return {};
+}
+
+void PriceListWriter::Work(const WorkPrice& price) {
+    KnownWork known = FindWork(price);
+    TargetRow row(m_run, "LIS_LAV");
+    if (!price.work.isEmpty()) {
+        row.Set("CDLAV", price.work);
+    }
+    row.Set("CDART", price.article);
+    if (!price.supplier.isEmpty()) {
+        row.Set("CDFOR", price.supplier);
     }
     row.Set("LLTYP", schema::defaults::WorkListType);
-    row.Set("LLINV", validity.from);
-    row.Set("LLFIV", validity.to);
+    row.Set("LLINV", price.validity.from);
+    row.Set("LLFIV", price.validity.to);
     row.Set("LLVAL", schema::defaults::Currency);
-    if (!created.isNull()) {
-        row.Set("DTINS", created);
+    const auto write = [&](TargetRow& target, qint64 id) {
+        if (id != 0) {
+            target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
+            return;
+        }
+        if (!price.created.isNull()) {
+            target.Set("DTINS", price.created);
+        }
+        target.Insert();
+    };
+    write(row, known.price);
+    if (known.price == 0) {
+        known.price = m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong();
     }
-    row.Insert();
-    TargetRow price = ScaleRow(m_run, "LIS_LAS", "SCCOS",
-                               m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong(), scale);
-    if (!created.isNull()) {
-        price.Set("DTINS", created);
-    }
-    price.Insert();
+    m_works.insert(known.price);
+    TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", known.price, price.scale);
+    write(scale, known.scale);
 }
 
 } // namespace contract

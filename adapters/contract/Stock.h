@@ -2,6 +2,10 @@
 
 #include "adapters/contract/ImportRun.h"
 
+#include <QSet>
+
+#include <map>
+
 namespace contract {
 
 /// What the writer below writes.
@@ -25,31 +29,44 @@ struct StockLine {
     double width = 0;    ///< of the sheet, mm
 };
 
-/// Writes opening balances: one load movement for each warehouse (and one more for its sheets), with a row for each
-/// article. It knows the target, never the origin. Every operation raises `SqlError`, `RowGivenUp` or, for a value that
-/// does not fit, `ImportError`.
+/// Writes opening balances: one load movement for each warehouse (and one more for its sheets) and year, with a row for
+/// each balance. What an earlier import wrote in the year is found and rewritten. It knows the target, never the
+/// origin. Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class StockWriter {
 public:
     explicit StockWriter(ImportRun& run)
         : m_run(run) {}
 
-    /// Writes the balance of an article in a warehouse, valued at the article's cost. A balance of zero, or an article
-    /// that is not there (logged), is skipped.
+    /// Writes the balance of an article in a warehouse, valued at the article's cost. An article that is not there
+    /// (logged) is skipped, and a balance of zero where no earlier import wrote another one.
     RowOutcome Balance(const QString& warehouse, const QString& article, double quantity) {
         return Balance(StockLine{warehouse, article, quantity});
     }
     /// The same, of a balance with all its particulars.
     RowOutcome Balance(const StockLine& line);
 
+    /// Tells how many rows earlier imports have left in the movements of this run that it has not written: their
+    /// quantities still count.
+    void TellRowsLeft();
+
 private:
     struct Movement {
         qint64 id = 0;
-        int rows = 0;
+        QString name = {};           ///< in the operator's words
+        qint64 last = 0;             ///< number of its last row
+        qint64 lastBefore = 0;       ///< the same, before this run
+        QSet<qint64> rewritten = {}; ///< of its rows that were there
+        QSet<bool> offcuts = {};     ///< whether offcuts and whether others have been written
+        bool wasThere = false;
     };
-    Movement& MovementOf(const StockLine& line);
+    /// The movement that a line belongs to, of this run or an earlier one; with id 0 when there is none.
+    Movement& FindMovement(const StockLine& line);
+    void InsertMovement(Movement& movement, const StockLine& line);
+    qint64 FindRow(const Movement& movement, const StockLine& line) const;
 
     ImportRun& m_run;
-    QHash<QPair<QString, bool>, Movement> m_movements; ///< of this run, by warehouse and of sheets or not
+    using Key = QPair<QString, bool>;
+    std::map<Key, Movement> m_movements; ///< by warehouse and of sheets or not
 };
 
 } // namespace contract

@@ -33,6 +33,14 @@ QString Equals(const QString& column, qint64 number) {
     return column + QStringLiteral(" = ") + QString::number(number);
 }
 
+QString OnDay(const Session& session, const QString& column, const QVariant& day) {
+    const bool blank = mod_ovTools::ToText(day).trimmed().isEmpty();
+    return column + (blank
+                         ? QStringLiteral(" IS NULL")
+                         : QString(QStringLiteral(" = ") +
+                                   mod_ovTools::FormatSqlValue(day, DataType::DateTime, session.Quadrix.ProviderType)));
+}
+
 QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,
                        const QString& codeTable) {
     const QString known = modImport::GetNewCode(session, table, field, code, false);

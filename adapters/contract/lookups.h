@@ -22,6 +22,9 @@ QString Equals(const Session& session, const QString& column, const QString& tex
 /// "COLUMN = number".
 QString Equals(const QString& column, qint64 number);
 
+/// "COLUMN = day": a condition on a day of the target; "COLUMN IS NULL" for a blank one.
+QString OnDay(const Session& session, const QString& column, const QVariant& day);
+
 /// The Quadrix code of a source code: what SYS_IMP says, else the code itself when a Quadrix table (bare name) has it;
 /// empty, and recorded in SYS_IMP, when there is none.
 QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,

@@ -59,7 +59,7 @@ const QMap<QString, const contract::Origin*>& FixtureOrigins() {
         QMap<QString, const contract::Origin*> map{{"modImport_Template", &modImport_Template::Entry()}};
         for (const auto* origins : {&registry::Origins(), &registry::SecondSources()}) {
             for (const contract::Origin* origin : *origins) {
-                if (!origin->procedures.empty()) {
+                if (!origin->procedures.empty() && !map.contains(origin->module)) {
                     map.insert(origin->module, origin);
                 }
             }
@@ -189,8 +189,18 @@ void Fixture::Run() {
 
 QStringList Fixture::Lines() const {
     QStringList lines = Read("run.txt").split('\n', Qt::SkipEmptyParts);
-    lines.removeIf([](const QString& line) { return line.startsWith('#'); });
+    lines.removeIf([](const QString& line) { return line.startsWith('#') || line.startsWith('~'); });
     return lines;
+}
+
+bool Fixture::MayChange(const QString& procedure, const QString& table) const {
+    return Read("run.txt").contains("~ " + procedure + ' ' + table + ": ");
+}
+
+QStringList Fixture::Content() {
+    QStringList rows = TargetRows({"RECORD_ID", "DTINS", "USMDF", "DTMDF"});
+    rows.sort();
+    return rows;
 }
 
 void Fixture::OpenSource(const ovConnection::FileOpener& open) {
@@ -214,6 +224,15 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     session.Source->Trace = [this](const QString& statement) {
         m_statements += "-- " + QString(statement).remove('\n').replace('\r', "\n-- ") + "\n";
     };
+}
+
+void Fixture::ChangeSource(const QString& statement) {
+    ovConnection source;
+    SetSource(source);
+    source.OpenConnection();
+    if (source.Execute(statement) == 0) {
+        throw ImportError("La sorgente non è cambiata: " + statement);
+    }
 }
 
 void Fixture::Answer(const QString& line) {
@@ -255,7 +274,7 @@ void Fixture::RunLine(const QString& line) {
     m_outcome.append(QString::fromLatin1(m_target.Log()).remove('\r').trimmed());
 }
 
-QStringList Fixture::TargetRows() {
+QStringList Fixture::TargetRows(const QSet<QString>& but) {
     QStringList lines;
     for (const schema::Table& table : schema::Tables()) {
         if (m_target.Db().GetColumns(m_target.Db().GetFullTableName(table.name)).isEmpty()) {
@@ -267,7 +286,7 @@ QStringList Fixture::TargetRows() {
             QString line = table.name;
             for (int i = 0; i < rows.Columns().size(); ++i) {
                 const QVariant value = rows.Fields(i).Value();
-                if (!value.isNull() && mod_ovTools::ToText(value) != "") {
+                if (!value.isNull() && mod_ovTools::ToText(value) != "" && !but.contains(rows.Columns().at(i))) {
                     line += ' ' + rows.Columns().at(i) + '=' + mod_ovTools::ToText(value);
                 }
             }

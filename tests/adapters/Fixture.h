@@ -18,7 +18,8 @@ void ModulesOnEngines();
 /// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source and "%FILES%"
 ///   for the folder that "files/" are copied into beside a "source.sql".
 /// - "target.sql" (may be missing): what the company holds before.
-/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]".
+/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]"; and, where a
+///   second run rightly changes a table, "~ NAME TABLE: reason".
 /// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
 public:
@@ -34,10 +35,17 @@ public:
     void Run();
     /// Runs the procedure of one line of "run.txt".
     void RunLine(const QString& line);
-    /// The lines of "run.txt", without its comments.
+    /// The lines of "run.txt" that name a procedure to run.
     QStringList Lines() const;
+    /// Whether "run.txt" says that a second run of a procedure rightly changes a table (bare name).
+    bool MayChange(const QString& procedure, const QString& table) const;
+    /// Every row of the target but for its RECORD_ID and the marks of who wrote it when, sorted: "TABLE COLUMN=value
+    /// ..".
+    QStringList Content();
     /// Opens the source, as the window does before a procedure; `open` stands in for what opens its files.
     void OpenSource(const ovConnection::FileOpener& open = {});
+    /// Changes a source that is a database between two runs.
+    void ChangeSource(const QString& statement);
     /// Gives the operator the answers and inputs of a line.
     void Answer(const QString& line);
     /// Runs the procedure of a line over the source that is open; nothing is kept for `Outcome`.
@@ -59,7 +67,8 @@ private:
     void SetSource(ovConnection& source) const;
     void CopyFiles(const QString& to) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
-    QStringList TargetRows();
+    /// @param but columns that are left out
+    QStringList TargetRows(const QSet<QString>& but = {});
 
     QString m_folder;
     const contract::Origin& m_origin;

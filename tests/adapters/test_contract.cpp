@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QTest>
 
+#include <numeric>
+
 namespace {
 
 const QString Source = QStringLiteral(QUADRIX_SOURCE_DIR);
@@ -90,6 +92,9 @@ private slots:
         int givenUp = 0;
         for (const RunResult& result : fixture.Results()) {
             QVERIFY2(result.AddsUp(), qPrintable(result.procedure));
+            const QList<qint64> byRule = result.skippedBy.values();
+            QCOMPARE(std::accumulate(byRule.begin(), byRule.end(), qint64{0}), result.skipped);
+            QVERIFY2(!result.skippedBy.contains({}), qPrintable(result.procedure + " leaves rows out without a rule"));
             for (const RunResult::GivenUp& row : result.givenUp) {
                 ++givenUp;
                 QVERIFY2(row.rowKey.contains("tabella '") && row.reason.contains('\''),

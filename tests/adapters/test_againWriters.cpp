@@ -1,0 +1,204 @@
+#include "adapters/contract/Article.h"
+#include "adapters/contract/Bill.h"
+#include "adapters/contract/Document.h"
+#include "adapters/contract/PriceList.h"
+#include "adapters/contract/Stock.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace contract;
+
+namespace {
+
+/// A company with a run of everything under way.
+class Written : public TestTarget {
+public:
+    ImportRun Run{Get(), "modImport_Prova", "ImportProva", {}};
+
+    Written() {
+        Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('VITE', 'Vite M8', 'PZ', 0.5)");
+        Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('DADO', 'Dado M8', 'PZ', 0.1)");
+    }
+    /// What the log tells of things that the source has no more, each from its kind on.
+    QStringList Left() const {
+        QStringList lines = QString::fromLatin1(Log()).remove('\r').split('\n').filter("NON PI");
+        for (QString& line : lines) {
+            line = line.mid(line.indexOf("ORIGINE: ") + 9);
+        }
+        return lines;
+    }
+};
+
+} // namespace
+
+/// What the writers do with what an earlier run of an import has written.
+class TestAgainWriters : public QObject {
+    Q_OBJECT
+
+    static WorkPrice Price(const QString& supplier, const QVariant& quantity, double price) {
+        return {.article = "VITE",
+                .supplier = supplier,
+                .validity = {QDate(2024, 1, 1), {}},
+                .scale = {quantity, price},
+                .created = {}};
+    }
+
+private slots:
+    void aBlankThresholdIsAnyQuantity_data() {
+        Columns<QVariant, QString>("quantity", "written");
+        Row("Null", QVariant(), "999999999");
+        Row("zero", QVariant(0), "999999999");
+        Row("zero of a text", QVariant("0,00"), "999999999");
+        Row("blank", QVariant("  "), "999999999");
+        Row("ten", QVariant(10), "10");
+    }
+    void aBlankThresholdIsAnyQuantity() {
+        QFETCH(const QVariant, quantity);
+        Written target;
+        PriceListWriter writer(target.Run);
+        writer.AddScale(writer.Article("L1", "VITE", {}), {quantity, 1});
+        writer.AddScale(writer.Article("L1", "VITE", {}), {quantity, 2});
+        writer.Work(Price("000001", quantity, 3));
+        QTEST(target.Rows("SELECT SCQTA FROM X01_LIS_ARS").join('|'), "written");
+        QTEST(target.Rows("SELECT SCQTA FROM X01_LIS_LAS").join('|'), "written");
+    }
+
+    /// Also where the supplier has been imported since, and where the source has two alike.
+    void workPricesAreRewritten() {
+        Written target;
+        PriceListWriter first(target.Run);
+        first.Work(Price("000001", 0, 1));
+        first.Work(Price("000001", 0, 2));
+        first.Work(Price("000001", 10, 3));
+        first.Work(Price({}, 0, 4));
+        PriceListWriter again(target.Run);
+        again.Work(Price("000001", QVariant(), 5));
+        again.Work(Price("000001", 0, 6));
+        again.Work(Price("000001", 10, 7));
+        again.Work(Price("000002", 0, 8));
+        again.Work(Price("000003", 0, 9));
+        QCOMPARE(target.Rows("SELECT L.CDFOR, S.SCQTA, S.SCCOS FROM X01_LIS_LAV L JOIN X01_LIS_LAS S ON S.IDLSD = "
+                             "L.RECORD_ID ORDER BY L.RECORD_ID"),
+                 QStringList({"000001|999999999|5", "000001|999999999|6", "000001|10|7", "000002|999999999|8",
+                              "000003|999999999|9"}));
+    }
+
+    void historyWithoutADayIsWrittenOnce() {
+        Written target;
+        const ArticleWriter writer(target.Run);
+        for (int run = 0; run < 2; ++run) {
+            writer.Cost({"VITE", {}, 5, {}, "senza data", {}});
+            writer.Cost({"VITE", QDate(2024, 1, 1), 6, {}, {}, {}});
+        }
+        QCOMPARE(target.Rows("SELECT STDAT, STCOS FROM X01_STO_COS").size(), qsizetype{2});
+    }
+
+    /// The opening movement of a warehouse and year is one; a balance that has gone to zero does not stay.
+    void openingBalancesAreRewritten() {
+        Written target;
+        StockWriter first(target.Run);
+        first.Balance({.warehouse = "001", .article = "VITE", .quantity = 3});
+        first.Balance({.warehouse = "001", .article = "VITE", .quantity = 4, .location = "A1"});
+        first.Balance({.warehouse = "001", .article = "DADO", .quantity = 7});
+        first.Balance({.warehouse = "001", .article = "DADO", .quantity = 8, .location = "A1"});
+        StockWriter again(target.Run);
+        QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 4, .location = "A1"}),
+                 RowOutcome::Updated);
+        QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 0}), RowOutcome::Updated);
+        QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 5}), RowOutcome::Inserted);
+        QCOMPARE(target.Rows("SELECT MRTES, MRNUM, MRART, MRUBI, MRQTA, MRVAL FROM X01_MOV_MAR ORDER BY MRNUM"),
+                 QStringList({"1|1|VITE|NULL|0|0", "1|2|VITE|A1|4|2", "1|3|DADO|NULL|7|0.7", "1|4|DADO|A1|8|0.8",
+                              "1|5|VITE|NULL|5|2.5"}));
+        QVERIFY(target.Left().isEmpty());
+        again.TellRowsLeft();
+        QCOMPARE(target.Left(), QStringList{"movimento 1/2024, magazzino '001': 2 rimangono in Quadrix"});
+        target.Get().Now = [] { return QDateTime(QDate(2025, 1, 2), QTime(8, 0)); };
+        StockWriter(target.Run).Balance({.warehouse = "001", .article = "VITE", .quantity = 1});
+        QCOMPARE(target.Rows("SELECT MMANN, MMNUM FROM X01_MOV_MAG"), QStringList({"2024|1", "2025|1"}));
+    }
+
+    /// A row that is tried again rewrites what its first attempt rewrote, and a movement of a hand is nobody's.
+    void stockIsRewrittenOnceForARow() {
+        Written target;
+        target.Execute(
+            "INSERT INTO X01_MOV_MAG (MMANN, MMNUM, MMMAG, MMINV, USINS) VALUES (2024, 1, '001', 1, 'ANNA')");
+        StockWriter(target.Run).Balance("001", "VITE", 3);
+        Session& session = target.Get();
+        session.Source = std::make_unique<ovConnection>();
+        OpenEmbedded(*session.Source).ExecuteScript("CREATE TABLE g (cod VARCHAR(9)); INSERT INTO g VALUES ('VITE')");
+        session.Errors.Action = ErrorAction::Retry;
+        int attempts = 0;
+        StockWriter again(target.Run);
+        target.Run.Guard([&] {
+            target.Run.Rows({"Saldi", "g", "cod", "SELECT COUNT(*) FROM g", "SELECT * FROM g"}, [&](const SourceRow&) {
+                const RowOutcome outcome = again.Balance("001", "VITE", 4);
+                if (++attempts < 3) {
+                    throw ImportError("non ancora");
+                }
+                return outcome;
+            });
+        });
+        QCOMPARE(attempts, 3);
+        QCOMPARE(target.Rows("SELECT MRTES, MRQTA FROM X01_MOV_MAR"), QStringList{"2|4"});
+    }
+
+    void documentsOfTheSourceAreTellingOfTheRest() {
+        Written target;
+        for (const char* head : {"'SYSTEM_IMPORT', 'ORDCL', 1, '20240201'", "'SYSTEM_IMPORT', 'ORDCL', 2, '20240201'",
+                                 "'SYSTEM_IMPORT', 'ORDCL', 3, '20230201'", "'SYSTEM_IMPORT', 'DDT', 4, '20240201'",
+                                 "'ANNA', 'ORDCL', 5, '20240201'", "'SYSTEM_IMPORT', 'ORDCL', 6, '20240301'"}) {
+            target.Execute(QString("INSERT INTO X01_DOC_VEN (USINS, DTCAU, DTNUM, DTDAT, DTANN, DTRAS) VALUES (%1, "
+                                   "2024, 'Rossi')")
+                               .arg(head));
+        }
+        DocumentWriter writer(target.Run, Sales);
+        writer.Saw(1);
+        writer.TellDocumentsLeft({"ORDCL"}, QDate(2024, 1, 1));
+        QCOMPARE(target.Left(), QStringList({"ORDCL 2/2024 di 'Rossi': 1 rimane in Quadrix",
+                                             "ORDCL 6/2024 di 'Rossi': 1 rimane in Quadrix"}));
+    }
+
+    void componentsThatTheSourceHasNoMoreAreTold() {
+        Written target;
+        BillWriter bills(target.Run);
+        bills.Begin("VITE", "V");
+        bills.Write(Component{"DADO", 2}, bills.Write(Phase{}));
+        bills.TellComponentsLeft();
+        target.Execute("INSERT INTO X01_DIS_COM (IDDIS, DCART, USINS) VALUES (1, 'A MANO', 'ANNA')");
+        QVERIFY(target.Left().isEmpty());
+        bills.Begin("VITE", "V");
+        bills.TellComponentsLeft();
+        QCOMPARE(target.Left().size(), qsizetype{1});
+        QVERIFY2(target.Left().first().contains("'DADO': 1 rimane"), qPrintable(target.Left().first()));
+    }
+
+    /// A row that is given up with what belongs to it was not left out by a rule.
+    void rowsLeftOutAreCountedByTheirRule() {
+        Written target;
+        Session& session = target.Get();
+        session.Source = std::make_unique<ovConnection>();
+        OpenEmbedded(*session.Source)
+            .ExecuteScript("CREATE TABLE g (doc VARCHAR(9), rig INTEGER); INSERT INTO g VALUES ('A', 1), ('A', 2), "
+                           "('A', 3), ('B', 1), ('B', 2)");
+        session.Errors.Action = ErrorAction::Ignore;
+        target.Run.Guard([&] {
+            target.Run.Rows({"Prova", "g", "doc, rig", "SELECT COUNT(*) FROM g", "SELECT * FROM g", {"doc"}},
+                            [&](const SourceRow& row) {
+                                if (row.Text("doc") == "B" && row.Text("rig") == "2") {
+                                    throw ImportError("guasta");
+                                }
+                                return target.Run.Skip(row.Text("rig") == "1" ? "prima" : "altra");
+                            });
+        });
+        const RunResult& result = session.Results.last();
+        QCOMPARE(result.skippedBy, (QMap<QString, qint64>{{"prima", 1}, {"altra", 2}}));
+        QCOMPARE(result.skipped, qint64{3});
+        QVERIFY(result.AddsUp());
+    }
+};
+
+QUADRIX_TEST(TestAgainWriters)
+#include "test_againWriters.moc"

@@ -1,0 +1,117 @@
+#include "tests/adapters/Fixture.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QTest>
+
+namespace {
+
+/// What a run has changed, one line a row: "+" behind it, "-" before it; without what the fixture expects.
+QStringList Changes(const Fixture& fixture, const QString& procedure, QStringList before, QStringList after) {
+    for (const QString& row : QStringList(before)) {
+        if (after.removeOne(row)) {
+            before.removeOne(row);
+        }
+    }
+    QStringList changes;
+    for (const auto& [mark, rows] : {std::pair('-', before), std::pair('+', after)}) {
+        for (const QString& row : rows) {
+            if (!fixture.MayChange(procedure, row.section(' ', 0, 0))) {
+                changes.append(mark + row);
+            }
+        }
+    }
+    return changes;
+}
+
+QString WithoutReset(QString line) { return line.remove(" reset"); }
+
+} // namespace
+
+/// What an import has written is found and rewritten by the next: nothing doubles, nothing grows.
+class TestTwice : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ProceduresFindWhatTheyWrote_data() {
+        Columns<QString>("module");
+        for (const QString& module : FixtureOrigins().keys()) {
+            Row(qPrintable(module), module);
+        }
+    }
+    /// Each procedure right after itself; then all of them once more after all of them, as they share tables.
+    void ProceduresFindWhatTheyWrote() {
+        QFETCH(const QString, module);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        QStringList changes;
+        const auto again = [&](const QString& line) {
+            const QStringList before = fixture.Content();
+            fixture.RunLine(WithoutReset(line));
+            const QString procedure = line.section(' ', 0, 0);
+            for (const QString& change : Changes(fixture, procedure, before, fixture.Content())) {
+                changes.append(line + ": " + change);
+            }
+        };
+        for (const QString& line : fixture.Lines()) {
+            fixture.RunLine(line);
+            again(line);
+        }
+        for (const QString& line : fixture.Lines()) {
+            fixture.RunLine(WithoutReset(line));
+        }
+        for (const QString& line : fixture.Lines()) {
+            again(line);
+        }
+        QVERIFY2(changes.isEmpty(), qPrintable(changes.join('\n')));
+    }
+
+    void WhatTheSourceHasNoMoreIsTold_data() {
+        Columns<QString, QString, QString, QString>("module", "procedure", "change", "told");
+        Row("row of a head and its rows", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
+            "DELETE FROM DORig WHERE Id_DORig = 103", "RIGHE: tabella 'DOTes', Id_DOTes '10', NumeroDoc '000012/A': 1");
+        Row("document", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
+            "DELETE FROM DOTes WHERE Id_DOTes = 12", "DOCUMENTI: DDTVE 5/2024 di ");
+        Row("row of an order", "modImport_Lantek24", "ImportDocumentiLantek24",
+            "DELETE FROM SSHH_PPOO_00000200 WHERE OrdRef = 'PO-2024-0012' AND LineNum = 2",
+            "RIGHE: tabella 'SSHH_PPOO_00000100', OrdRef 'PO-2024-0012': 1");
+        Row("order that is settled", "modImport_VS", "ImportDocVenVSP",
+            "UPDATE T_ORDINI_CLI SET SALDATO = 1 WHERE ANNO = 2024 AND NUM_ORDINE = 7", "DOCUMENTI: ORDCV 7/2024 di ");
+        Row("order whose rows are delivered", "modImport_VS", "ImportDocVenVSP",
+            "UPDATE R_ORDINI_CLI SET QTA_EVASA = QTA WHERE ANNO = 2024 AND NUM_ORDINE = 8",
+            "DOCUMENTI: ORDCV 8/2024 di ");
+        Row("order that is closed", "modImport_Tessera", "ImportOrdCliTessera",
+            "UPDATE OrdCliT SET StatOrd = 2 WHERE AnnOrd = 2024 AND NumOrd = 7", "DOCUMENTI: ORDCL 7/2024 di ");
+        Row("component", "modImport_Tessera", "ImportDistinteTessera",
+            "DELETE FROM DisBasR WHERE IdDisBas = 2 AND CodArt = 'AB-03'",
+            "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
+        Row("balance", "modImport_VS", "ImportSaldiVSP", "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-200'",
+            "GIACENZE: movimento ");
+    }
+    /// It stays, and the totals of a document go on agreeing with its rows.
+    void WhatTheSourceHasNoMoreIsTold() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, procedure);
+        QFETCH(const QString, change);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        fixture.RunLine(procedure);
+        const QByteArray before = fixture.Target().Log();
+        QVERIFY2(!before.contains("NON PI"), before);
+        const qsizetype rows = fixture.Content().size();
+        fixture.ChangeSource(change);
+        fixture.RunLine(procedure);
+        QFETCH(const QString, told);
+        const QString log = QString::fromLatin1(fixture.Target().Log()).replace(" NON PIÙ NELL'ORIGINE: ", ": ");
+        QVERIFY2(log.contains(told), qPrintable(log));
+        QCOMPARE(fixture.Content().size(), rows);
+        for (const QString& heads : {QString("X01_DOC_VEN"), QString("X01_DOC_ACQ")}) {
+            QCOMPARE(fixture.Target().Rows("SELECT DTNUM, DTMER, DTSCT, DTIMP, DTIVA, DTTOT FROM " + heads +
+                                           " WHERE ABS(DTMER - DTSCT - DTIMP) > 0.005 OR ABS(DTIMP + DTIVA - DTTOT) > "
+                                           "0.005"),
+                     QStringList());
+        }
+    }
+};
+
+QUADRIX_TEST(TestTwice)
+#include "test_twice.moc"
