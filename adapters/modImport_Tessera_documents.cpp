@@ -407,17 +407,14 @@ void ImportDocAcqTessera(Session& session, const QString& singleCode, bool reset
     run.Guard([&] {
         run.Announce("Inizio importazione Documenti di Acquisto da Tessera");
         run.Preflight(DocAcqNeeds());
-        const auto from = AskStartDate(run);
-        if (!from) {
-            return;
-        }
+        const QDate from = AskStartDate(run);
         const OpenDocument::Options options{ReadDocumentSettings(session).checkArticles, AskSkipImported(run)};
         const TriggersOff triggers(run);
         RemoveImportedDocuments(run, reset, {Suppliers().cause});
         TellLeftOut(run, Suppliers());
         Orders orders(run, Suppliers(), options);
         const QString where =
-            "T.DatOrd >= " + LiteralOf(session.SourceConnection(), *from) + SingleNumber(run, singleCode);
+            "T.DatOrd >= " + LiteralOf(session.SourceConnection(), from) + SingleNumber(run, singleCode);
         const bool toTheEnd = run.Rows(
             LoopOf(Suppliers(), "Documenti di Acquisto", where), [&](const SourceRow& row) { return orders.Row(row); },
             [&] { orders.End(); });

@@ -60,9 +60,9 @@ void Forget(Session& session) {
     session.UntranslatedSeen.clear();
 }
 
-bool AskReset(Session& session, const ImportRequest& request) {
+Answer AskReset(Session& session, const ImportRequest& request) {
     if (request.reset) {
-        return *request.reset;
+        return *request.reset ? Answer::Yes : Answer::No;
     }
     if (request.procedure.isEmpty() && request.button == Button::Cli &&
         request.choice.origin->deletesAllCounterparties) {
@@ -118,10 +118,13 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
                           const std::vector<const Procedure*>& procedures) {
     const bool asks =
         std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->asksReset; });
-    const bool reset = asks && AskReset(session, request);
+    const Answer reset = asks ? AskReset(session, request) : Answer::No;
+    if (reset == Answer::GivenUp) {
+        return FlowOutcome::Declined;
+    }
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
-        procedure->run(session, request.singleCode, reset && procedure->asksReset);
+        procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
         const FlowOutcome outcome = OutcomeOf(session, first);
         if (outcome != FlowOutcome::Done) {
             return outcome;
@@ -176,7 +179,7 @@ FlowOutcome Press(Session& session, const ImportRequest& request) {
             QStringLiteral("%1: %2 non è disponibile in questa versione!").arg(origin.name, NameOf(origin, request)));
         return FlowOutcome::Unavailable;
     }
-    if (!request.confirmed && !session.Person.Ask(QuestionOf(origin, request))) {
+    if (!request.confirmed && session.Person.Ask(QuestionOf(origin, request)) != Answer::Yes) {
         return FlowOutcome::Declined;
     }
     return RunConfirmed(session, request, procedures);

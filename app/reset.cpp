@@ -149,7 +149,8 @@ bool ConfirmReset(Operator& person, const ResetOptions& options) {
         person.Message(QStringLiteral("Selezionare almeno un opzione!"), Icon::Exclamation);
         return false;
     }
-    return person.Ask(QStringLiteral("Confermi l'eliminazione di tutti i dati selezionati?"), Question::Exclamation);
+    return person.Ask(QStringLiteral("Confermi l'eliminazione di tutti i dati selezionati?"), Question::Exclamation) ==
+           Answer::Yes;
 }
 
 EmptyingResult ResetDatabase(Session& session, const ResetOptions& options) {

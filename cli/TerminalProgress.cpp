@@ -19,7 +19,7 @@ void TerminalProgress::Refresh() {
     if (Caption().isEmpty()) {
         return;
     }
-    const double now = m_streams.seconds();
+    const double now = m_person.WorkedSeconds();
     if (m_shownAt < 0) {
         m_shownAt = now;
         m_meter.Add(now, 0);

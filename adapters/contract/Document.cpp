@@ -94,24 +94,18 @@ DocumentSettings ReadDocumentSettings(Session& session) {
     return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};
 }
 
-std::optional<QDate> AskStartDate(ImportRun& run) {
-    Session& session = run.GetSession();
-    const auto typed = session.Person.Input(QStringLiteral("Data inizio documenti:"), QuadrixCaption,
-                                            ReadDocumentSettings(session).from.toString(QStringLiteral("dd/MM/yyyy")));
-    if (!typed) {
-        run.Cancel();
-        return std::nullopt;
-    }
-    const auto from = mod_ovTools::ReadDate(*typed);
+QDate AskStartDate(ImportRun& run) {
+    const QDate proposed = ReadDocumentSettings(run.GetSession()).from;
+    const QString typed =
+        run.Input(StartDateQuestion, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
+    const auto from = mod_ovTools::ReadDate(typed);
     if (!from) {
-        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(*typed));
+        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));
     }
     return from->date();
 }
 
-bool AskSkipImported(ImportRun& run) {
-    return run.Ask(QStringLiteral("ATTENZIONE: \nsaltare Documenti già importati in precedenza?"));
-}
+bool AskSkipImported(ImportRun& run) { return run.Ask(SkipImportedQuestion); }
 
 void TellUnmatched(ImportRun& run, const Joined& joined) {
     if (run.IsSingle()) {

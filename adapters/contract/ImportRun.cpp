@@ -18,22 +18,27 @@ QString GroupOf(const ImportRun::Loop& loop, const SourceRow& row) {
     return values.join(QChar(u'\x1f'));
 }
 
+/// Raised where the operator gives a question up, past everything that reports errors.
+struct GivenUpByOperator {};
+
 } // namespace
 
 ImportRun::ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode)
     : m_session(session),
       m_single(!singleCode.isEmpty()),
-      m_untranslatedBefore(session.Untranslated.size()) {
+      m_untranslatedBefore(session.Untranslated.size()),
+      m_start(session.Person.WorkedSeconds()) {
     m_result.module = module;
     m_result.procedure = procedure;
     m_session.Notes = {};
-    m_clock.start();
 }
 
 void ImportRun::Guard(const std::function<void()>& body) {
     const Operator::Busy busy(m_session.Person);
     try {
         body();
+    } catch (const GivenUpByOperator&) {
+        m_result.outcome = RunResult::Outcome::Cancelled;
     } catch (...) {
         m_failed = true;
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
@@ -81,7 +86,7 @@ void ImportRun::Finish() {
         m_result.outcome = RunResult::Outcome::Failed;
     }
     m_result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
-    m_result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
+    m_result.seconds = m_session.Person.WorkedSeconds() - m_start;
     m_result.notes = std::exchange(m_session.Notes, {});
     m_session.Results.append(m_result);
 }
@@ -114,7 +119,21 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
     }
 }
 
-bool ImportRun::Ask(const QString& question) { return m_session.Person.Ask(question); }
+bool ImportRun::Ask(const QString& question) {
+    const Answer answer = m_session.Person.Ask(question);
+    if (answer == Answer::GivenUp) {
+        throw GivenUpByOperator();
+    }
+    return answer == Answer::Yes;
+}
+
+QString ImportRun::Input(const QString& prompt, const QString& title, const QString& defaultText) {
+    const auto typed = m_session.Person.Input(prompt, title, defaultText);
+    if (!typed) {
+        throw GivenUpByOperator();
+    }
+    return *typed;
+}
 
 bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {
     const qint64 count = m_session.SourceConnection().ExecuteCommand(loop.count);

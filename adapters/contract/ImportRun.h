@@ -5,8 +5,6 @@
 #include "adapters/contract/TargetRow.h"
 #include "core/Session.h"
 
-#include <QElapsedTimer>
-
 namespace contract {
 
 /// What became of a source row.
@@ -35,11 +33,10 @@ public:
     void Preflight(const Needs& needs);
     /// Empties tables (bare names), in their order, when the operator asked for it.
     void Truncate(bool reset, const QStringList& tables);
-    /// Asks a yes/no question of this origin.
+    /// Asks a yes/no question of this origin. When the operator gives it up, the run ends there as cancelled.
     bool Ask(const QString& question);
-
-    /// The operator has given a question up: the run ends as cancelled.
-    void Cancel() { m_result.outcome = RunResult::Outcome::Cancelled; }
+    /// Asks for a text; the same.
+    QString Input(const QString& prompt, const QString& title, const QString& defaultText);
 
     /// A loop over source rows.
     struct Loop {
@@ -137,7 +134,7 @@ private:
     std::vector<Written> m_written;        ///< rows inserted for the source rows under way
     QStringList m_changed;                 ///< tables of rows updated for them
     qsizetype m_untranslatedBefore;
-    QElapsedTimer m_clock;
+    double m_start; ///< seconds on the operator's clock
 };
 
 } // namespace contract

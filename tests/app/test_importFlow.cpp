@@ -83,19 +83,23 @@ private slots:
     }
 
     void stopsAtEachNo_data() {
-        Columns<bool, bool, int>("confirmed", "givesUp", "prepared");
-        Row("confirmation", false, false, 0);
-        Row("opening of the source", true, true, 1);
+        Columns<bool, QString, int>("confirmed", "givesUpAt", "prepared");
+        Row("confirmation", false, "", 0);
+        Row("confirmation given up", true, "Importare le controparti?", 0);
+        Row("opening of the source", true, "source", 1);
+        Row("reset given up", true, Reset, 1);
     }
     void stopsAtEachNo() {
         QFETCH(bool, confirmed);
         TestTarget target;
         FakeOrigin fake;
         fake.Add(Button::Cli, "ImportUno");
-        fake.GiveUp = QTest::currentDataTag() == QByteArray("opening of the source");
+        QFETCH(QString, givesUpAt);
+        fake.GiveUp = givesUpAt == "source";
+        target.Person.GiveUpAt = {givesUpAt};
         target.Person.Answers = {confirmed};
         QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Declined);
-        QCOMPARE(target.Person.Events.size(), 1);
+        QCOMPARE(target.Person.Events.size(), givesUpAt == Reset ? 2 : 1);
         QTEST(fake.Prepared, "prepared");
         QVERIFY(fake.Calls.isEmpty());
         QVERIFY(!target.Get().Source);
