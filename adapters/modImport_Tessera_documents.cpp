@@ -332,7 +332,8 @@ void RemoveImportedOrders(ImportRun& run, bool reset) {
     RemoveImportedDocuments(run, reset, {Customers().cause});
     for (const QString& table : {QStringLiteral("ORD_COM"), QStringLiteral("ORD_FAS"), QStringLiteral("ORD_PRO")}) {
         if (reset) {
-            Delete(run, table, "USINS = " + run.Quoted("SYSTEM_IMPORT"));
+            run.Delete(run.FullName(table),
+                       "DELETE " + run.FullName(table) + " WHERE USINS = " + run.Quoted("SYSTEM_IMPORT"));
         }
     }
 }

@@ -15,8 +15,7 @@ std::optional<T> TakeFirst(std::deque<T>& answers) {
 }
 
 ImportError Unanswered(const QString& question, const QString& option) {
-    return ImportError(
-        QStringLiteral("Manca la risposta a \"%1\": ripetere il comando con %2").arg(question, option));
+    return ImportError(QStringLiteral("Manca la risposta a \"%1\": ripetere il comando con %2").arg(question, option));
 }
 
 /// Whether what is typed must not be seen.
@@ -146,6 +145,8 @@ void TerminalOperator::ReportError(const ErrorEntry& error) {
     Complain(lines.join(u'\n'));
 }
 
-std::unique_ptr<Progress> TerminalOperator::ShowProgress() { return std::make_unique<TerminalProgress>(m_streams, *this); }
+std::unique_ptr<Progress> TerminalOperator::ShowProgress() {
+    return std::make_unique<TerminalProgress>(m_streams, *this);
+}
 
 void TerminalOperator::ShowBusy(bool /*busy*/) {}

@@ -10,7 +10,7 @@ TerminalProgress::~TerminalProgress() {
     if (m_streams.draw) {
         m_streams.draw({});
     }
-    if (Value() > 0 && (m_streams.draw || m_shownValue != Value())) {
+    if (!Caption().isEmpty() && Value() > 0 && (m_streams.draw || m_shownValue != Value())) {
         m_streams.print(Caption() + u' ' + DoneText(static_cast<double>(Value()), static_cast<double>(Max())));
     }
 }

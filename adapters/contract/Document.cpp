@@ -61,14 +61,14 @@ void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& caus
         quoted.append(run.Quoted(cause));
     }
     const QString ofCauses = quoted.isEmpty() ? QString() : QString(" AND DTCAU IN (" + quoted.join(u',') + u')');
-    ovConnection& quadrix = run.GetSession().Quadrix;
     for (const Family* family : Families) {
         const QString heads = run.FullName(family->head);
-        quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
-                        ofCauses);
+        run.Delete(heads, QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
+                              ofCauses);
         for (const QString& children : {family->row, family->dueDate}) {
-            quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
-                                .arg(run.FullName(children), heads));
+            run.Delete(run.FullName(children),
+                       QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
+                           .arg(run.FullName(children), heads));
         }
     }
 }
@@ -96,8 +96,7 @@ DocumentSettings ReadDocumentSettings(Session& session) {
 
 QDate AskStartDate(ImportRun& run) {
     const QDate proposed = ReadDocumentSettings(run.GetSession()).from;
-    const QString typed =
-        run.Input(StartDateQuestion, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
+    const QString typed = run.Input(StartDateQuestion, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
     const auto from = mod_ovTools::ReadDate(typed);
     if (!from) {
         throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));

@@ -1,6 +1,7 @@
 #include "adapters/contract/ImportRun.h"
 
 #include "core/modImport.h"
+#include "core/runEnding.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -89,6 +90,28 @@ void ImportRun::Finish() {
     m_result.seconds = m_session.Person.WorkedSeconds() - m_start;
     m_result.notes = std::exchange(m_session.Notes, {});
     m_session.Results.append(m_result);
+    LogEnding();
+}
+
+/// Without it nothing but the box, once it is closed, would tell how a run ended.
+void ImportRun::LogEnding() {
+    if (m_single) {
+        return;
+    }
+    QStringList parts{QStringLiteral("Fine %1: %2").arg(m_result.procedure, EndingText(EndingOf(m_result)))};
+    if (m_errorText.isEmpty()) { // else the error stands in the log already
+        parts += m_result.errors;
+    }
+    parts.append(RowsLine(m_result));
+    const QString line = parts.join(QStringLiteral(". ")).replace(u'\n', QLatin1String(" "));
+    try {
+        AppendToLog(line);
+    } catch (Error& error) {
+        if (!m_failed) {
+            error.AddContext(line);
+            m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+        }
+    }
 }
 
 void ImportRun::Announce(const QString& announcement) {
@@ -106,7 +129,7 @@ void ImportRun::AnnounceAppending(const QString& announcement) {
 void ImportRun::Preflight(const Needs& needs) {
     const QStringList missing = Missing(m_session, needs);
     if (!missing.isEmpty()) {
-        throw ImportError(QStringLiteral("Nulla è stato scritto, manca quanto segue:\n") + missing.join(u'\n'));
+        throw ImportError(QStringLiteral("Non è stato scritto nulla. Mancano:\n") + missing.join(u'\n'));
     }
 }
 
@@ -115,7 +138,26 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
         return;
     }
     for (const QString& table : tables) {
-        m_session.Quadrix.Execute(QStringLiteral("TRUNCATE TABLE ") + FullName(table));
+        const QString name = FullName(table);
+        // A server that is told to truncate does not tell how many rows there were.
+        const qint64 before = m_session.Quadrix.Embedded
+                                  ? -1
+                                  : m_session.Quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + name);
+        const qint64 rows = m_session.Quadrix.Execute(QStringLiteral("TRUNCATE TABLE ") + name);
+        const qint64 deleted = std::max(before, rows);
+        TellEmptied(name, deleted, EmptiedLine(name, deleted));
+    }
+}
+
+void ImportRun::Delete(const QString& table, const QString& statement) {
+    const qint64 rows = m_session.Quadrix.Execute(statement);
+    TellEmptied(table, rows, QStringLiteral("Tabella %1: %2").arg(table, DeletedText(rows)));
+}
+
+void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& line) {
+    m_result.emptied.append({table, rows});
+    if (rows > 0) {
+        AppendToLog(line);
     }
 }
 
@@ -371,9 +413,18 @@ void ImportRun::KeepWritten() {
 }
 
 void ImportRun::Complete(const QString& message) {
-    if (!m_single && m_result.outcome == RunResult::Outcome::Done) {
-        m_session.Person.Message(message);
+    if (m_single || m_result.outcome != RunResult::Outcome::Done) {
+        return;
     }
+    QStringList lines{message};
+    const QString losses = LossesText(m_result);
+    if (!losses.isEmpty()) {
+        lines.append(losses + QStringLiteral(". Il risultato e il log le elencano."));
+    }
+    if (m_session.Quadrix.InTransaction()) {
+        lines.append(QStringLiteral("Era una prova: il database resta com'era."));
+    }
+    m_session.Person.Message(lines.join(u'\n'), losses.isEmpty() ? Icon::Information : Icon::Exclamation);
 }
 
 void ImportRun::Log(const QString& message) { modImport::LogNote(m_session, message); }

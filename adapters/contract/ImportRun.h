@@ -31,8 +31,11 @@ public:
     /// Checks that the source and the target hold what the run reads and writes, before anything is written.
     /// Raises `ImportError` listing everything that is missing.
     void Preflight(const Needs& needs);
-    /// Empties tables (bare names), in their order, when the operator asked for it.
+    /// Empties tables (bare names), in their order, when the operator asked for it. Result and log tell the rows.
     void Truncate(bool reset, const QStringList& tables);
+    /// Runs a statement that deletes rows of a table (physical name) before the first row is read; result and log tell
+    /// how many.
+    void Delete(const QString& table, const QString& statement);
     /// Asks a yes/no question of this origin. When the operator gives it up, the run ends there as cancelled.
     bool Ask(const QString& question);
     /// Asks for a text; the same.
@@ -122,6 +125,8 @@ private:
     void LogError();
     void AppendToLog(const QString& line);
     void LogOrReport(const QString& message);
+    void TellEmptied(const QString& table, qint64 rows, const QString& line);
+    void LogEnding();
     void Finish();
 
     Session& m_session;

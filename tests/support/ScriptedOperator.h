@@ -55,8 +55,8 @@ public:
     int BusyChanges = 0;
     std::optional<double> Time; ///< seconds on the operator's clock; the real ones without
     double Thinks = 0;          ///< seconds of `Time` that pass while a question waits
-    /// Everything in order: "[i] text", "[!] text", "? question = si" (or "no", "esc"), "> prompt", "file title", "error message",
-    /// "progress", "progress closed".
+    /// Everything in order: "[i] text", "[!] text", "? question = si" (or "no", "esc"), "> prompt", "file title",
+    /// "error message", "progress", "progress closed".
     QStringList Events;
 
     void Message(const QString& text, Icon icon = Icon::Information) override {
