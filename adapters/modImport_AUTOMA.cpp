@@ -117,7 +117,7 @@ void ImportUbicazioniAUTOMA(Session& session, const QString& singleCode, bool re
         run.Preflight(UbicazioniNeeds());
         for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
             if (reset) {
-                session.Quadrix.Execute("DELETE " + run.FullName(table));
+                run.Delete(run.FullName(table), "DELETE " + run.FullName(table));
             }
         }
         ImportCelle(run);

@@ -166,9 +166,9 @@ void RemoveImportedOrders(ImportRun& run, bool reset) {
         return;
     }
     const QString orders = run.FullName("ORD_PRO");
-    run.GetSession().Quadrix.Execute("DELETE FROM " + orders + " WHERE USINS = " + run.Quoted("SYSTEM_IMPORT"));
-    run.GetSession().Quadrix.Execute("DELETE FROM " + run.FullName("ORD_FAS") +
-                                     " WHERE IDOPR NOT IN (SELECT RECORD_ID FROM " + orders + ")");
+    run.Delete(orders, "DELETE FROM " + orders + " WHERE USINS = " + run.Quoted("SYSTEM_IMPORT"));
+    run.Delete(run.FullName("ORD_FAS"),
+               "DELETE FROM " + run.FullName("ORD_FAS") + " WHERE IDOPR NOT IN (SELECT RECORD_ID FROM " + orders + ")");
 }
 
 bool ImportOrdiniProduzione(ImportRun& run) {

@@ -113,8 +113,8 @@ void RemoveImportedRemnants(ImportRun& run, bool reset) {
     const QList<QPair<QString, QString>> tables{{"ART_FMT", "LMSFR"}, {"MOV_MAR", "MRSFR"}};
     for (const auto& [table, offcut] : tables) {
         if (reset) {
-            run.GetSession().Quadrix.Execute("DELETE " + run.FullName(table) + " WHERE " + offcut +
-                                             " > '' AND USINS = " + run.Quoted("SYSTEM_IMPORT"));
+            run.Delete(run.FullName(table), "DELETE " + run.FullName(table) + " WHERE " + offcut +
+                                                " > '' AND USINS = " + run.Quoted("SYSTEM_IMPORT"));
         }
     }
 }

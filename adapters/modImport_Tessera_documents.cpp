@@ -335,7 +335,8 @@ void RemoveImportedOrders(ImportRun& run, bool reset) {
     RemoveImportedDocuments(run, reset, {Customers().cause});
     for (const QString& table : {QStringLiteral("ORD_COM"), QStringLiteral("ORD_FAS"), QStringLiteral("ORD_PRO")}) {
         if (reset) {
-            Delete(run, table, "USINS = " + run.Quoted("SYSTEM_IMPORT"));
+            run.Delete(run.FullName(table),
+                       "DELETE " + run.FullName(table) + " WHERE USINS = " + run.Quoted("SYSTEM_IMPORT"));
         }
     }
 }
@@ -411,17 +412,14 @@ void ImportDocAcqTessera(Session& session, const QString& singleCode, bool reset
     run.Guard([&] {
         run.Announce("Inizio importazione Documenti di Acquisto da Tessera");
         run.Preflight(DocAcqNeeds());
-        const auto from = AskStartDate(run);
-        if (!from) {
-            return;
-        }
+        const QDate from = AskStartDate(run);
         const OpenDocument::Options options{ReadDocumentSettings(session).checkArticles, AskSkipImported(run)};
         const TriggersOff triggers(run);
         RemoveImportedDocuments(run, reset, {Suppliers().cause});
         TellLeftOut(run, Suppliers());
         Orders orders(run, Suppliers(), options);
         const QString where =
-            "T.DatOrd >= " + LiteralOf(session.SourceConnection(), *from) + SingleNumber(run, singleCode);
+            "T.DatOrd >= " + LiteralOf(session.SourceConnection(), from) + SingleNumber(run, singleCode);
         const bool toTheEnd = run.Rows(
             LoopOf(Suppliers(), "Documenti di Acquisto", where), [&](const SourceRow& row) { return orders.Row(row); },
             [&] { orders.End(); });

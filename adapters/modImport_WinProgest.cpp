@@ -429,9 +429,15 @@ bool PrepareFiles(Session& session, ovConnection& source) {
 }
 
 bool PrepareSource(Session& session, ovConnection& source) {
-    const bool files =
-        session.Person.Ask("Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer", Question::Plain);
-    return files ? PrepareFiles(session, source) : sourceSettings::Server("WINPROGEST")(session, source);
+    switch (session.Person.Ask("Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer")) {
+    case Answer::Yes:
+        return PrepareFiles(session, source);
+    case Answer::No:
+        return sourceSettings::Server("WINPROGEST")(session, source);
+    case Answer::GivenUp:
+        break;
+    }
+    return false;
 }
 
 Procedure Riallinea() {

@@ -1,7 +1,9 @@
 #include "app/importFlow.h"
 
+#include "app/confirmation.h"
 #include "app/connectSource.h"
 #include "app/mergeButton.h"
+#include "app/procedureTitle.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
@@ -60,15 +62,31 @@ void Forget(Session& session) {
     session.UntranslatedSeen.clear();
 }
 
-bool AskReset(Session& session, const ImportRequest& request) {
-    if (request.reset) {
-        return *request.reset;
+/// Each table once, where several procedures of a button empty it.
+QString RowsDetails(Session& session, const std::vector<const Procedure*>& procedures) {
+    std::vector<RowsToDelete> rows;
+    for (const Procedure* procedure : procedures) {
+        for (const RowsToDelete& each : DeletedByReset(session, *procedure)) {
+            if (std::none_of(rows.begin(), rows.end(), [&](const auto& known) { return known.table == each.table; })) {
+                rows.push_back(each);
+            }
+        }
     }
+    return confirmation::RowsText(session, rows);
+}
+
+Answer AskReset(Session& session, const ImportRequest& request, const std::vector<const Procedure*>& procedures) {
+    if (request.reset) {
+        return *request.reset ? Answer::Yes : Answer::No;
+    }
+    const QString details = confirmation::RunDetails(session, *request.choice.origin, procedures) + u'\n' +
+                            RowsDetails(session, procedures);
     if (request.procedure.isEmpty() && request.button == Button::Cli &&
         request.choice.origin->deletesAllCounterparties) {
-        return session.Person.Ask("Cancellare tutte le controparti prima di importarle?", Question::ExclamationNo);
+        return session.Person.Ask("Cancellare tutte le controparti prima di importarle?", Question::ExclamationNo,
+                                  details);
     }
-    return session.Person.Ask("Resettare prima di importare?");
+    return session.Person.Ask("Resettare prima di importare?", Question::PlainNo, details);
 }
 
 /// How the procedures ended whose results stand in the session from `first` on.
@@ -94,14 +112,6 @@ std::vector<const Procedure*> BuiltProcedures(const Origin& origin) {
     return procedures;
 }
 
-std::vector<const Procedure*> Called(const Origin& origin, const ImportRequest& request) {
-    if (request.procedure.isEmpty()) {
-        return ProceduresOf(origin, request.button);
-    }
-    const Procedure* named = ProcedureOf(origin, request.procedure);
-    return named == nullptr ? std::vector<const Procedure*>() : std::vector<const Procedure*>{named};
-}
-
 /// What is called, as messages name it.
 QString NameOf(const Origin& origin, const ImportRequest& request) {
     return request.procedure.isEmpty()
@@ -110,18 +120,25 @@ QString NameOf(const Origin& origin, const ImportRequest& request) {
 }
 
 QString QuestionOf(const Origin& origin, const ImportRequest& request) {
-    return request.procedure.isEmpty() ? ConfirmationOf(origin, request.button)
-                                       : QStringLiteral("Eseguire \"%1\"?").arg(request.procedure);
+    if (request.procedure.isEmpty()) {
+        return ConfirmationOf(origin, request.button);
+    }
+    const Procedure* named = ProcedureOf(origin, request.procedure);
+    return named->confirmation.isEmpty() ? QStringLiteral("Eseguire \"%1\"?").arg(ProcedureTitle(origin, *named))
+                                         : named->confirmation;
 }
 
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
                           const std::vector<const Procedure*>& procedures) {
     const bool asks =
         std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->asksReset; });
-    const bool reset = asks && AskReset(session, request);
+    const Answer reset = asks ? AskReset(session, request, procedures) : Answer::No;
+    if (reset == Answer::GivenUp) {
+        return FlowOutcome::Declined;
+    }
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
-        procedure->run(session, request.singleCode, reset && procedure->asksReset);
+        procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
         const FlowOutcome outcome = OutcomeOf(session, first);
         if (outcome != FlowOutcome::Done) {
             return outcome;
@@ -168,14 +185,16 @@ FlowOutcome Press(Session& session, const ImportRequest& request) {
         return FlowOutcome::Refused;
     }
     const Origin& origin = *request.choice.origin;
-    const auto procedures = Called(origin, request);
+    const auto procedures = CalledBy(request);
     if (procedures.empty()) {
         Refuse(
             session,
             QStringLiteral("%1: %2 non è disponibile in questa versione!").arg(origin.name, NameOf(origin, request)));
         return FlowOutcome::Unavailable;
     }
-    if (!request.confirmed && !session.Person.Ask(QuestionOf(origin, request))) {
+    if (!request.confirmed &&
+        session.Person.Ask(QuestionOf(origin, request), Question::Plain,
+                           confirmation::RunDetails(session, origin, procedures)) != Answer::Yes) {
         return FlowOutcome::Declined;
     }
     return RunConfirmed(session, request, procedures);
@@ -222,6 +241,15 @@ bool CheckData(Session& session, const Choice& choice) {
 FlowOutcome RunImport(Session& session, const ImportRequest& request) {
     const QString procedure = TextsOf(request.button).control + QStringLiteral("_Click");
     return Guarded(session.Errors, Form, procedure, FlowOutcome::Failed, [&] { return Press(session, request); });
+}
+
+std::vector<const Procedure*> CalledBy(const ImportRequest& request) {
+    const Origin& origin = *request.choice.origin;
+    if (request.procedure.isEmpty()) {
+        return ProceduresOf(origin, request.button);
+    }
+    const Procedure* named = ProcedureOf(origin, request.procedure);
+    return named == nullptr ? std::vector<const Procedure*>() : std::vector<const Procedure*>{named};
 }
 
 std::vector<const Procedure*> ProceduresOf(const Origin& origin, Button button) {

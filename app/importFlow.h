@@ -48,6 +48,8 @@ enum class FlowOutcome {
 /// press: those after it do not run.
 FlowOutcome RunImport(Session& session, const ImportRequest& request);
 
+/// The procedures that a press calls, in order; empty when the origin has none for it.
+std::vector<const contract::Procedure*> CalledBy(const ImportRequest& request);
 /// The procedures that a button of an origin calls, in order; empty when there are none.
 std::vector<const contract::Procedure*> ProceduresOf(const contract::Origin& origin, contract::Button button);
 /// The procedure of that name (compared without case); none when the origin has none.

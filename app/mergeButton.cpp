@@ -49,7 +49,11 @@ std::optional<Answers> AskOperator(Session& session) {
     if (!to) {
         return std::nullopt;
     }
-    return Answers{*from, *to, session.Person.Ask("Aggiornare i Riferimenti alle tabelle esistenti?")};
+    const Answer update = session.Person.Ask("Aggiornare i Riferimenti alle tabelle esistenti?");
+    if (update == Answer::GivenUp) {
+        return std::nullopt;
+    }
+    return Answers{*from, *to, update == Answer::Yes};
 }
 
 void AskAndMerge(Session& session, const QString& /*singleCode*/, bool /*reset*/) {

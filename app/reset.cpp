@@ -1,8 +1,8 @@
 #include "app/reset.h"
 
+#include "app/confirmation.h"
+#include "core/runEnding.h"
 #include "sql/ovQueryConstructor.h"
-
-#include <QLocale>
 
 namespace {
 
@@ -138,18 +138,27 @@ const std::vector<ResetGroup>& ResetGroups() {
     return groups;
 }
 
-QString EmptiedLine(const EmptyingResult::Table& table) {
-    const QString line = QStringLiteral("Tabella %1: svuotata").arg(table.name);
-    const QString rows = QLocale(QLocale::Italian, QLocale::Italy).toString(table.rows);
-    return table.rows < 0 ? line : QString(line + ", righe " + rows);
+QString EmptiedLine(const EmptyingResult::Table& table) { return ::EmptiedLine(table.name, table.rows); }
+
+QString ResetDetails(Session& session, const ResetOptions& options) {
+    QStringList tables;
+    for (const ResetGroup& group : ResetGroups()) {
+        tables += options.*group.option ? group.tables : QStringList();
+    }
+    std::vector<contract::RowsToDelete> rows;
+    for (const QString& table : std::as_const(tables)) {
+        rows.push_back({session.Quadrix.GetFullTableName(table)});
+    }
+    return confirmation::CompanyLine(session) + u'\n' + confirmation::RowsText(session, rows);
 }
 
-bool ConfirmReset(Operator& person, const ResetOptions& options) {
+bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details) {
     if (CountOf(options) == 0) {
         person.Message(QStringLiteral("Selezionare almeno un opzione!"), Icon::Exclamation);
         return false;
     }
-    return person.Ask(QStringLiteral("Confermi l'eliminazione di tutti i dati selezionati?"), Question::Exclamation);
+    return person.Ask(QStringLiteral("Confermi l'eliminazione di tutti i dati selezionati?"), Question::ExclamationNo,
+                      details) == Answer::Yes;
 }
 
 EmptyingResult ResetDatabase(Session& session, const ResetOptions& options) {

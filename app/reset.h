@@ -60,11 +60,15 @@ struct EmptyingResult {
     QVector<Table> tables; ///< the tables emptied, in order; those not named keep their rows
 };
 
-/// "Tabella X01_DOC_VEN: svuotata, righe 1.200"
+/// "Tabella X01_DOC_VEN: svuotata (1.200 righe eliminate)"
 QString EmptiedLine(const EmptyingResult::Table& table);
 
+/// The company under work and, of the tables of the chosen options that hold rows, how many each holds.
+QString ResetDetails(Session& session, const ResetOptions& options);
+
 /// Whether the chosen options may be deleted: at least one must be chosen and the operator must agree.
-bool ConfirmReset(Operator& person, const ResetOptions& options);
+/// @param details shown with the question
+bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details);
 
 /// Deletes every row of the chosen tables of the company under work, with a progress dialog that can be cancelled
 /// between two tables. Each statement commits by itself: what was emptied before a cancel or an error stays empty.

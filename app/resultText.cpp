@@ -1,5 +1,7 @@
 #include "app/resultText.h"
 
+#include "app/procedureTitle.h"
+
 #include <QLocale>
 
 namespace {
@@ -11,22 +13,18 @@ const QLocale& Italian() {
 
 QString Number(qint64 number) { return Italian().toString(number); }
 
-QString OutcomeText(RunResult::Outcome outcome) {
-    switch (outcome) {
-    case RunResult::Outcome::Failed:
-        return QStringLiteral("interrotta da un errore");
-    case RunResult::Outcome::Cancelled:
-        return QStringLiteral("interrotta dall'operatore");
-    case RunResult::Outcome::Done:
-        break;
-    }
-    return QStringLiteral("completata");
+/// "Controparti da Arca 2000: completata in 12,3 s"
+QString EndingLine(const RunResult& result) {
+    const Ending ending = EndingOf(result);
+    const bool toTheEnd = ending == Ending::Complete || ending == Ending::Incomplete;
+    return ProcedureTitle(result.module, result.procedure) + ": " + EndingText(ending) +
+           (toTheEnd ? " in " : " dopo ") + Italian().toString(result.seconds, 'f', 1) + " s";
 }
 
 QString TableLine(const QString& table, const RunResult::TableCount& count) {
     const QString line = QStringLiteral("Tabella %1: scritte %2, aggiornate %3")
                              .arg(table, Number(count.inserted), Number(count.updated));
-    return count.takenBack == 0 ? line : QString(line + ", riprese " + Number(count.takenBack));
+    return count.takenBack == 0 ? line : QString(line + ", annullate " + Number(count.takenBack));
 }
 
 QString NoteLine(const Notes::Kind& kind) {
@@ -52,16 +50,17 @@ void AddList(QStringList& lines, const QString& title, const QStringList& entrie
 
 } // namespace
 
-QString RowsLine(const RunResult& result) {
-    return QStringLiteral("Righe lette %1: inserite %2, aggiornate %3, saltate %4, abbandonate %5, non raggiunte %6")
-        .arg(Number(result.sourceRows), Number(result.inserted), Number(result.updated), Number(result.skipped),
-             Number(result.givenUpCount), Number(result.notReached));
-}
-
 QStringList ResultLines(const RunResult& result, int most) {
-    QStringList lines{result.procedure + ": " + OutcomeText(result.outcome) + " in " +
-                      Italian().toString(result.seconds, 'f', 1) + " s"};
+    QStringList lines{EndingLine(result)};
+    for (const RunResult::Emptied& emptied : result.emptied) {
+        lines.append(
+            QStringLiteral("Tabella %1 prima di importare: %2")
+                .arg(emptied.table, emptied.rows < 0 ? QStringLiteral("svuotata") : DeletedText(emptied.rows)));
+    }
     lines.append(RowsLine(result));
+    if (result.failedLookUps > 0) {
+        lines.append("Ricerche non riuscite: " + Number(result.failedLookUps));
+    }
     for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
         lines.append(TableLine(table.key(), table.value()));
     }
@@ -73,6 +72,11 @@ QStringList ResultLines(const RunResult& result, int most) {
         reasons.append(row.rowKey + ": " + row.reason);
     }
     AddList(lines, "Righe abbandonate", reasons, result.givenUpCount, most);
+    QStringList rules;
+    for (auto rule = result.skippedBy.cbegin(); rule != result.skippedBy.cend(); ++rule) {
+        rules.append(rule.key() + ": " + Number(rule.value()));
+    }
+    AddList(lines, "Righe saltate, per motivo", rules, rules.size(), most);
     QStringList notes;
     for (const Notes::Kind& kind : result.notes.kinds) {
         notes.append(NoteLine(kind));

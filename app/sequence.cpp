@@ -28,9 +28,9 @@ const QString EmptyCam = QStringLiteral("Svuotamento del database CAM");
 /// belongs to a yes to the first.
 void AskAndEmpty(SequenceRun& run) {
     Operator& person = run.GetSession().Person;
-    if (!person.Ask("Attenzione: svuotare tutte le tabelle del database dell'azienda prima di effettuare "
-                    "l'importazione?",
-                    Question::Exclamation)) {
+    if (person.Ask("Attenzione: svuotare tutte le tabelle del database dell'azienda prima di effettuare "
+                   "l'importazione?",
+                   Question::Exclamation) != Answer::Yes) {
         return;
     }
     run.PlanFirst(EmptyCompany);
@@ -42,7 +42,7 @@ void AskAndEmpty(SequenceRun& run) {
     }
     run.End(Outcome::Done, QStringLiteral("tabelle svuotate: %1").arg(emptied.tables.size()));
     if (person.Ask("Attenzione: desideri svuotare anche il database del software CAM collegato?",
-                   Question::Exclamation)) {
+                   Question::Exclamation) == Answer::Yes) {
         run.PlanFirst(EmptyCam);
         run.Begin(EmptyCam);
         run.Import(LantekExpert, "SvuotaTabelleCam");
@@ -115,7 +115,7 @@ void ImportStock(SequenceRun& run) {
 
 std::optional<SequenceResult> Press(Session& session, const Choice& choice, const SequenceWindow& window) {
     static const QString password = QStringLiteral("Tr1v0la8");
-    if (!session.Person.Ask("Lanciare la sequenza di importazione?")) {
+    if (session.Person.Ask("Lanciare la sequenza di importazione?") != Answer::Yes) {
         return std::nullopt;
     }
     const auto typed = session.Person.Input("Password per import: ", "Quadrimpt Import", {});

@@ -1,5 +1,7 @@
 #include "cli/Command.h"
 
+#include "cli/nearNames.h"
+
 namespace cli {
 
 QString Required(const QCommandLineParser& options, const QString& name) {
@@ -10,11 +12,26 @@ QString Required(const QCommandLineParser& options, const QString& name) {
     return value;
 }
 
+void RequireAll(const QCommandLineParser& options, const QStringList& names) {
+    QStringList missing;
+    for (const QString& name : names) {
+        if (options.value(name).isEmpty()) {
+            missing.append("--" + name);
+        }
+    }
+    if (missing.size() > 1) {
+        throw UsageError(QStringLiteral("Mancano le opzioni %1").arg(missing.join(", ")));
+    }
+    if (!missing.isEmpty()) {
+        throw UsageError(QStringLiteral("Manca l'opzione %1").arg(missing.first()));
+    }
+}
+
 int OneOf(const QString& option, const QString& value, const QStringList& values) {
     const auto index = values.indexOf(value.toLower());
     if (index < 0) {
-        throw UsageError(QStringLiteral("Opzione --%1: '%2' non è previsto, i valori sono %3")
-                             .arg(option, value, values.join(", ")));
+        throw UsageError(QStringLiteral("Opzione --%1: valore '%2' non previsto%3 (valori ammessi: %4)")
+                             .arg(option, value, Suggestion(value, values), values.join(", ")));
     }
     return static_cast<int>(index);
 }

@@ -11,7 +11,13 @@ class TerminalOperator;
 namespace cli {
 
 /// What the program hands back to the shell.
-enum ExitCode { ExitDone = 0, ExitFailed = 1, ExitWrongUsage = 2, ExitCancelled = 3 };
+enum ExitCode {
+    ExitDone = 0,
+    ExitFailed = 1,
+    ExitWrongUsage = 2,
+    ExitCancelled = 3,
+    ExitIncomplete = 4, ///< done, but rows were given up or look-ups failed
+};
 
 /// A command line that cannot be carried out as it is written.
 class UsageError : public Error {
@@ -54,6 +60,8 @@ struct Command {
 
 /// Value of an option that must be there. Raises `UsageError` naming it.
 QString Required(const QCommandLineParser& options, const QString& name);
+/// Raises `UsageError` naming those of the options that are not there, all together.
+void RequireAll(const QCommandLineParser& options, const QStringList& names);
 
 /// One of the values of an option, by position in `values`. Raises `UsageError` listing them.
 int OneOf(const QString& option, const QString& value, const QStringList& values);

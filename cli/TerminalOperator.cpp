@@ -15,8 +15,7 @@ std::optional<T> TakeFirst(std::deque<T>& answers) {
 }
 
 ImportError Unanswered(const QString& question, const QString& option) {
-    return ImportError(
-        QStringLiteral("Nessuno può rispondere a \"%1\": ripetere il comando con %2").arg(question, option));
+    return ImportError(QStringLiteral("Manca la risposta a \"%1\": ripetere il comando con %2").arg(question, option));
 }
 
 /// Whether what is typed must not be seen.
@@ -55,10 +54,18 @@ void TerminalOperator::Message(const QString& text, Icon icon) {
     }
 }
 
+/// A line that the person types; none when he gives up.
+std::optional<QString> TerminalOperator::Type(const QString& prompt, bool echo) {
+    const Waiting waiting(*this);
+    auto typed = m_streams.ask(prompt, echo);
+    m_gaveUp = m_gaveUp || !typed;
+    return typed;
+}
+
 /// Asks until one of the answers is typed by its first letter; the empty text when the person gives up.
 QString TerminalOperator::AskOneOf(const QString& question, const QStringList& answers) {
     const QString prompt = question + QStringLiteral(" [%1] ").arg(answers.join(u'/'));
-    while (const auto typed = m_streams.ask(prompt, true)) {
+    while (const auto typed = Type(prompt, true)) {
         const QString text = typed->trimmed().toLower();
         for (const QString& answer : answers) {
             if (!text.isEmpty() && answer.startsWith(text[0], Qt::CaseInsensitive)) {
@@ -69,16 +76,23 @@ QString TerminalOperator::AskOneOf(const QString& question, const QStringList& a
     return {};
 }
 
-bool TerminalOperator::Ask(const QString& question, Question /*style*/) {
-    if (const auto given = TakeFirst(m_answers.questions)) {
-        Print(question + u' ' + Yes(*given));
-        return *given;
-    }
-    const QString typed = m_streams.ask ? AskOneOf(question, {"sì", "no"}) : QString();
-    if (typed.isEmpty()) {
+Answer TerminalOperator::Ask(const QString& question, Question /*style*/, const QString& details) {
+    const auto given = TakeFirst(m_answers.questions);
+    if (!given && !m_streams.ask) {
         throw Unanswered(question, "--answer yes oppure --answer no");
     }
-    return typed != u"no";
+    if (!details.isEmpty()) {
+        Print(details);
+    }
+    if (given) {
+        Print(question + u' ' + Yes(*given));
+        return *given ? Answer::Yes : Answer::No;
+    }
+    const QString typed = AskOneOf(question, {"sì", "no"});
+    if (typed.isEmpty()) {
+        return Answer::GivenUp;
+    }
+    return typed == u"no" ? Answer::No : Answer::Yes;
 }
 
 std::optional<QString> TerminalOperator::Input(const QString& prompt, const QString& /*title*/,
@@ -90,7 +104,7 @@ std::optional<QString> TerminalOperator::Input(const QString& prompt, const QStr
         throw Unanswered(prompt, "--input TESTO");
     }
     const QString hint = defaultText.isEmpty() ? QString(" ") : QString(" [" + defaultText + "] ");
-    const auto typed = m_streams.ask(prompt + hint, !IsSecret(prompt));
+    const auto typed = Type(prompt + hint, !IsSecret(prompt));
     return typed && typed->isEmpty() ? defaultText : typed;
 }
 
@@ -101,7 +115,7 @@ QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter
     if (!m_streams.ask) {
         throw Unanswered(title, "--file PERCORSO");
     }
-    return m_streams.ask(title + QStringLiteral(": "), true).value_or(QString()).trimmed();
+    return Type(title + QStringLiteral(": "), true).value_or(QString()).trimmed();
 }
 
 ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
@@ -131,6 +145,8 @@ void TerminalOperator::ReportError(const ErrorEntry& error) {
     Complain(lines.join(u'\n'));
 }
 
-std::unique_ptr<Progress> TerminalOperator::ShowProgress() { return std::make_unique<TerminalProgress>(m_streams); }
+std::unique_ptr<Progress> TerminalOperator::ShowProgress() {
+    return std::make_unique<TerminalProgress>(m_streams, *this);
+}
 
 void TerminalOperator::ShowBusy(bool /*busy*/) {}

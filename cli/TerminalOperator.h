@@ -17,7 +17,7 @@ struct TerminalStreams {
     std::function<void(const QString& line)> complain; ///< a line that something is wrong
     /// Draws over the line under the cursor, an empty text clears it; none where no line can be drawn over.
     std::function<void(const QString& line)> draw;
-    /// Reads a line that a person types, none when he gives up; none where nobody sits.
+    /// Reads a line that a person types, none when he gives up; no function where nobody sits.
     std::function<std::optional<QString>(const QString& prompt, bool echo)> ask;
     std::function<bool()> interrupted = [] { return false; };
     std::function<double()> seconds; ///< since any moment
@@ -29,11 +29,18 @@ class TerminalOperator final : public Operator {
 public:
     TerminalOperator(TerminalStreams streams, GivenAnswers answers);
 
+    /// Whether somebody sits there who can be asked.
+    bool HasPerson() const { return static_cast<bool>(m_streams.ask); }
+    /// Whether he has left a question without an answer.
+    bool GaveUp() const { return m_gaveUp; }
+    /// Answers of the command line that no question has taken.
+    const GivenAnswers& AnswersLeft() const { return m_answers; }
     /// The warnings shown so far.
     const QStringList& Warnings() const { return m_warnings; }
 
     void Message(const QString& text, Icon icon = Icon::Information) override;
-    bool Ask(const QString& question, Question style = Question::Plain) override;
+    /// The details are lines before the question. The end of the input and the interrupt give it up.
+    Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;
     ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
@@ -42,14 +49,17 @@ public:
 
 protected:
     void ShowBusy(bool busy) override;
+    double Seconds() const override { return m_streams.seconds ? m_streams.seconds() : Operator::Seconds(); }
 
 private:
     void ClearLine();
     void Print(const QString& text);
     void Complain(const QString& text);
+    std::optional<QString> Type(const QString& prompt, bool echo);
     QString AskOneOf(const QString& question, const QStringList& answers);
 
     TerminalStreams m_streams;
     GivenAnswers m_answers;
     QStringList m_warnings;
+    bool m_gaveUp = false;
 };

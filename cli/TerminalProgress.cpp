@@ -10,7 +10,7 @@ TerminalProgress::~TerminalProgress() {
     if (m_streams.draw) {
         m_streams.draw({});
     }
-    if (Value() > 0 && (m_streams.draw || m_shownValue != Value())) {
+    if (!Caption().isEmpty() && Value() > 0 && (m_streams.draw || m_shownValue != Value())) {
         m_streams.print(Caption() + u' ' + DoneText(static_cast<double>(Value()), static_cast<double>(Max())));
     }
 }
@@ -19,7 +19,7 @@ void TerminalProgress::Refresh() {
     if (Caption().isEmpty()) {
         return;
     }
-    const double now = m_streams.seconds();
+    const double now = m_person.WorkedSeconds();
     if (m_shownAt < 0) {
         m_shownAt = now;
         m_meter.Add(now, 0);

@@ -7,8 +7,9 @@
 /// a line now and then. The interrupt of the terminal is its cancel.
 class TerminalProgress final : public Progress {
 public:
-    explicit TerminalProgress(const TerminalStreams& streams)
-        : m_streams(streams) {}
+    TerminalProgress(const TerminalStreams& streams, const Operator& person)
+        : m_streams(streams),
+          m_person(person) {}
     ~TerminalProgress() override;
     TerminalProgress(const TerminalProgress&) = delete;
     TerminalProgress& operator=(const TerminalProgress&) = delete;
@@ -24,6 +25,7 @@ private:
     void Show();
 
     const TerminalStreams& m_streams;
+    const Operator& m_person;
     RateMeter m_meter;
     double m_shownAt = -1; ///< seconds; negative before the first time
     float m_shownValue = -1;

@@ -65,8 +65,18 @@ const contract::Origin& OriginFrom(const QCommandLineParser& options) {
                          .arg(name, Suggestion(name, names)));
 }
 
-contract::Button ButtonFrom(const QCommandLineParser& options) {
-    return static_cast<contract::Button>(OneOf("data", Required(options, "data"), DataKinds()));
+contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin) {
+    const QString data = Required(options, "data");
+    if (const auto button = contract::ButtonFromName(data)) {
+        return *button;
+    }
+    QStringList procedures;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        procedures.append(procedure.name);
+    }
+    throw UsageError(
+        QStringLiteral("Opzione --data: valore '%1' non previsto%2 (valori ammessi: %3, o una procedura di %4)")
+            .arg(data, Suggestion(data, DataKinds() + procedures), DataKinds().join(", "), origin.name));
 }
 
 ErrorAction ErrorsFrom(const QCommandLineParser& options) {

@@ -16,8 +16,8 @@ QCommandLineOption YesOption();
 void TakeCompanyOption(Context& context, Choice& choice);
 /// The origin of --origin. Raises `UsageError` naming the origins that may have been meant.
 const contract::Origin& OriginFrom(const QCommandLineParser& options);
-/// The button of --data. Raises `UsageError` listing the kinds.
-contract::Button ButtonFrom(const QCommandLineParser& options);
+/// The button of --data. Raises `UsageError` listing the kinds, with the procedures of the origin that may be meant.
+contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin);
 /// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.
 ErrorAction ErrorsFrom(const QCommandLineParser& options);
 

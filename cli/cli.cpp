@@ -8,6 +8,7 @@
 #include "cli/terminal.h"
 #include "cli/TerminalOperator.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -77,19 +78,39 @@ const Command& CommandOf(const QString& name) {
         QStringLiteral("Il comando '%1' non esiste%2 (--help li elenca)").arg(name, Suggestion(name, names)));
 }
 
-void Parse(QCommandLineParser& parser, const QStringList& arguments) {
+/// The names of options without their short forms.
+QStringList LongNames(const QList<QCommandLineOption>& options) {
+    QStringList names;
+    for (const QCommandLineOption& option : options) {
+        names.append(option.names().constLast());
+    }
+    return names;
+}
+
+/// "L'opzione 'orign' non esiste: forse 'origin'? (--help elenca quelle del comando)"
+QString UnknownOptions(const QStringList& unknown, const QStringList& known) {
+    QStringList near;
+    for (const QString& name : unknown) {
+        near += NearNames(name, known).mid(0, 1);
+    }
+    const QString maybe = near.isEmpty() ? QString() : QStringLiteral(": forse '%1'?").arg(near.join("', '"));
+    return QStringLiteral("%1 '%2' %3%4 (--help elenca quelle del comando)")
+        .arg(unknown.size() > 1 ? QStringLiteral("Le opzioni") : QStringLiteral("L'opzione"), unknown.join("', '"),
+             unknown.size() > 1 ? QStringLiteral("non esistono") : QStringLiteral("non esiste"), maybe);
+}
+
+void Parse(QCommandLineParser& parser, const QStringList& arguments, const QStringList& known) {
     if (!parser.parse(arguments)) {
         const QStringList unknown = parser.unknownOptionNames();
         if (!unknown.isEmpty()) {
-            throw UsageError(QStringLiteral("L'opzione '%1' non esiste in questo comando (--help le elenca)")
-                                 .arg(unknown.join("', '")));
+            throw UsageError(UnknownOptions(unknown, known));
         }
         static const QRegularExpression quoted("'-*([^']+)'");
         throw UsageError(
             QStringLiteral("Manca il valore dell'opzione --%1").arg(quoted.match(parser.errorText()).captured(1)));
     }
     if (!parser.positionalArguments().isEmpty()) {
-        throw UsageError(QStringLiteral("Argomento di troppo: '%1'").arg(parser.positionalArguments().join("', '")));
+        throw UsageError(QStringLiteral("Argomento inatteso: '%1'").arg(parser.positionalArguments().join("', '")));
     }
 }
 
@@ -153,7 +174,7 @@ Report RunCommand(const Command& command, const QCommandLineParser& options) {
 }
 
 QString OutcomeOf(int exitCode) {
-    static const QStringList outcomes{"done", "failed", "wrongUsage", "cancelled"};
+    static const QStringList outcomes{"done", "failed", "wrongUsage", "cancelled", "incomplete"};
     return outcomes.at(exitCode);
 }
 
@@ -175,7 +196,15 @@ int ShowError(const QString& message, ExitCode exitCode, bool json) {
 }
 
 int RunArguments(QStringList arguments) {
-    const QString name = TakeCommand(arguments);
+    QString name = TakeCommand(arguments);
+    if (arguments.contains("--version")) {
+        PrintTo(stdout, "quadrix-import-cli " + QCoreApplication::applicationVersion() + '\n');
+        return ExitDone;
+    }
+    if (name == u"help") {
+        name = TakeCommand(arguments); // "help import" is "import --help"
+        arguments.append("--help");
+    }
     if (name.isEmpty() && (arguments.contains("--help") || arguments.contains("-h"))) {
         PrintTo(stdout, ProgramHelp() + u'\n');
         return ExitDone;
@@ -184,7 +213,7 @@ int RunArguments(QStringList arguments) {
     QCommandLineParser parser;
     parser.addOptions(GlobalOptions());
     parser.addOptions(command.options);
-    Parse(parser, arguments);
+    Parse(parser, arguments, LongNames(GlobalOptions() + command.options));
     if (parser.isSet("help")) {
         PrintTo(stdout, CommandHelp(command) + u'\n');
         return ExitDone;

@@ -1,8 +1,10 @@
+#include "adapters/contract/Cam.h"
 #include "app/connectSource.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 
 #include <QJsonArray>
+#include <QScopeGuard>
 
 namespace cli {
 
@@ -21,7 +23,7 @@ std::vector<Finding> ToCheck(const contract::Origin& origin, const QCommandLineP
     }
     std::vector<Finding> findings;
     for (const contract::Procedure& procedure : origin.procedures) {
-        if (!options.isSet("data") || procedure.button == ButtonFrom(options)) {
+        if (!options.isSet("data") || procedure.button == ButtonFrom(options, origin)) {
             findings.push_back({&procedure, {}});
         }
     }
@@ -31,15 +33,51 @@ std::vector<Finding> ToCheck(const contract::Origin& origin, const QCommandLineP
     return findings;
 }
 
-/// Opens the source, looks at it and at the company's tables, and closes it.
-bool LookAt(Session& session, const Choice& choice, std::vector<Finding>& findings) {
-    if (!CheckData(session, choice) || ConnectSource(session, *choice.origin) != SourceOutcome::Opened) {
-        return false;
+/// Looks at the CAM databases of a procedure that opens no source of the origin: the one in use and, for a copy, the
+/// old one. Raises what their opening raises.
+QStringList MissingFromCams(Session& session, const contract::Procedure& procedure) {
+    QStringList missing;
+    const bool copies = procedure.name.contains(QLatin1String("FromLantekToLantek"));
+    for (const QString& prefix :
+         copies ? QStringList{"Old_CAM", contract::CurrentCam} : QStringList{contract::CurrentCam}) {
+        session.Source = contract::qdxCamOpenConnection(session, prefix);
+        for (const QString& each : contract::Missing(session, procedure.needs)) {
+            missing.append(prefix + ": " + each);
+        }
+        session.Source.reset();
     }
-    for (Finding& finding : findings) {
-        finding.missing = contract::Missing(session, finding.procedure->needs);
+    return missing;
+}
+
+/// Looks at the source of a procedure, which is opened when it is not, and at the company's tables; none when it cannot
+/// be opened, which has been told.
+std::optional<QStringList> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure) {
+    if (procedure.opensSource) {
+        if (!session.Source && ConnectSource(session, *choice.origin) != SourceOutcome::Opened) {
+            return std::nullopt;
+        }
+        return contract::Missing(session, procedure.needs);
     }
     CloseSource(session);
+    return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<QStringList>(), [&] {
+        return std::optional(procedure.needs.reads.empty() ? contract::Missing(session, procedure.needs)
+                                                           : MissingFromCams(session, procedure));
+    });
+}
+
+/// Looks at what each procedure uses; false when that cannot be opened, which has been told.
+bool LookAt(Session& session, const Choice& choice, std::vector<Finding>& findings) {
+    if (!CheckData(session, choice)) {
+        return false;
+    }
+    const auto close = qScopeGuard([&session] { CloseSource(session); });
+    for (Finding& finding : findings) {
+        const auto missing = LookFor(session, choice, *finding.procedure);
+        if (!missing) {
+            return false;
+        }
+        finding.missing = *missing;
+    }
     return true;
 }
 
@@ -62,6 +100,7 @@ QStringList Lines(const Finding& finding) {
 
 Report Check(Context& context) {
     Choice choice;
+    RequireAll(context.options, {"company", "origin"});
     choice.origin = &OriginFrom(context.options);
     choice.errors = ErrorAction::Abort;
     TakeCompanyOption(context, choice);

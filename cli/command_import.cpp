@@ -1,8 +1,10 @@
+#include "adapters/answers.h"
 #include "app/importFlow.h"
 #include "app/resultText.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/resultReport.h"
+#include "cli/TerminalOperator.h"
 
 #include <QJsonArray>
 
@@ -10,20 +12,62 @@ namespace cli {
 
 namespace {
 
+QString QuotedList(const QStringList& texts) { return u'"' + texts.join(QStringLiteral("\", \"")) + u'"'; }
+
+/// The questions of a kind that the command line does not answer; raises `UsageError` when it answers more.
+QStringList Unanswered(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given,
+                       const QString& option) {
+    QStringList questions;
+    for (const contract::AnswerNeed& need : needed) {
+        if (need.kind == kind) {
+            questions.append(need.question);
+        }
+    }
+    if (given > static_cast<size_t>(questions.size())) {
+        throw UsageError(
+            QStringLiteral("Risposte --%1 in più: %2, mentre si chiede %3")
+                .arg(option, QString::number(given),
+                     questions.isEmpty() ? QStringLiteral("niente") : QString("solo " + QuotedList(questions))));
+    }
+    return questions.mid(static_cast<qsizetype>(given));
+}
+
+/// Nothing may be deleted before it is known that every question will have its answer.
+void RequireAnswers(const Context& context, const ImportRequest& request) {
+    const auto needed = contract::AnswersNeeded(*request.choice.origin, CalledBy(request));
+    const GivenAnswers& given = context.person.AnswersLeft();
+    const QStringList yesNo = Unanswered(needed, contract::AnswerKind::YesNo, given.questions.size(), "answer");
+    const QStringList texts = Unanswered(needed, contract::AnswerKind::Text, given.inputs.size(), "input");
+    if (context.person.HasPerson() || (yesNo.isEmpty() && texts.isEmpty())) {
+        return;
+    }
+    QStringList missing;
+    if (!yesNo.isEmpty()) {
+        missing.append(QStringLiteral("%1 (--answer yes oppure --answer no, una per domanda)").arg(QuotedList(yesNo)));
+    }
+    if (!texts.isEmpty()) {
+        missing.append(QStringLiteral("%1 (--input TESTO, uno per domanda)").arg(QuotedList(texts)));
+    }
+    throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")
+                         .arg(missing.join(QStringLiteral("; "))));
+}
+
 ImportRequest RequestFrom(Context& context) {
+    RequireAll(context.options, {"company", "origin", "data"});
     ImportRequest request;
     request.choice.origin = &OriginFrom(context.options);
     request.choice.errors = ErrorsFrom(context.options);
     if (const auto* named = ProcedureOf(*request.choice.origin, context.options.value("data"))) {
         request.procedure = named->name;
     } else {
-        request.button = ButtonFrom(context.options);
+        request.button = ButtonFrom(context.options, *request.choice.origin);
     }
     TakeCompanyOption(context, request.choice);
     request.singleCode = context.options.value("code");
     request.confirmed = true;
     request.reset = context.options.isSet("reset");
     request.dryRun = context.options.isSet("dry-run");
+    RequireAnswers(context, request);
     return request;
 }
 
@@ -72,7 +116,10 @@ Report Import(Context& context) {
     const FlowOutcome flow = RunImport(context.session, request);
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
-    Report report{ExitCodeOf(total.outcome), Text(context.session, request.dryRun), ResultJson(total)};
+    if (total.outcome == RunResult::Outcome::Failed && context.person.GaveUp()) {
+        total.outcome = RunResult::Outcome::Cancelled; // at the question what to do about an error
+    }
+    Report report{ExitCodeOf(EndingOf(total)), Text(context.session, request.dryRun), ResultJson(total)};
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
         report.json.remove("errors"); // what went wrong has been told outside the procedures
     }
@@ -91,6 +138,7 @@ Command ImportCommand() {
     return {"import",
             "importa un tipo di dati di un'origine in un'azienda",
             "--data prende anche il nome di una procedura, come la elenca il comando origins: quella sola si esegue.\n"
+            "Le domande di ogni procedura, nel loro ordine, sono in origins --json alla voce \"questions\".\n"
             "Le opzioni --answer, --input e --file si ripetono: rispondono nell'ordine alle domande della procedura.",
             {CompanyOption(),
              OriginOption(),

@@ -1,3 +1,4 @@
+#include "adapters/answers.h"
 #include "adapters/registry.h"
 #include "app/importFlow.h"
 #include "cli/commands.h"
@@ -19,6 +20,16 @@ QStringList ProcedureNames(const Origin& origin, Button button) {
     return names;
 }
 
+/// The questions that a press asks, in their order, as "import --answer" and "--input" answer them.
+QJsonArray QuestionsJson(const Origin& origin, const std::vector<const contract::Procedure*>& procedures) {
+    QJsonArray questions;
+    for (const contract::AnswerNeed& need : contract::AnswersNeeded(origin, procedures)) {
+        const bool text = need.kind == contract::AnswerKind::Text;
+        questions.append(QJsonObject{{"question", need.question}, {"option", text ? "input" : "answer"}});
+    }
+    return questions;
+}
+
 QJsonArray ButtonsJson(const Origin& origin) {
     static const QStringList shown{"keep", "yes", "no"};
     QJsonArray buttons;
@@ -28,6 +39,7 @@ QJsonArray ButtonsJson(const Origin& origin) {
         buttons.append(QJsonObject{{"data", contract::ButtonName(button)},
                                    {"shown", shown.at(row)},
                                    {"caption", ButtonCaption(origin, button)},
+                                   {"questions", QuestionsJson(origin, ProceduresOf(origin, button))},
                                    {"procedures", QJsonArray::fromStringList(ProcedureNames(origin, button))}});
     }
     return buttons;
@@ -44,15 +56,16 @@ QStringList NamesWithoutButton(const Origin& origin) {
     return names;
 }
 
-/// The procedures that no button calls.
-QJsonArray OtherProcedures(const Origin& origin) {
-    QJsonArray names;
+/// Of every procedure that asks something, under its name.
+QJsonObject QuestionsByProcedure(const Origin& origin) {
+    QJsonObject asking;
     for (const contract::Procedure& procedure : origin.procedures) {
-        if (!procedure.button) {
-            names.append(procedure.name);
+        const QJsonArray questions = QuestionsJson(origin, {&procedure});
+        if (!questions.isEmpty()) {
+            asking[procedure.name] = questions;
         }
     }
-    return names;
+    return asking;
 }
 
 /// The data that an origin can import now: "cli (Importa Controparti)", and the procedures without a button.
@@ -75,12 +88,15 @@ Report ListOrigins(Context& /*context*/) {
                                    {"module", origin->module},
                                    {"kind", origin->source.kind},
                                    {"buttons", ButtonsJson(*origin)},
-                                   {"otherProcedures", OtherProcedures(*origin)},
+                                   {"built", !ReadyData(*origin).isEmpty()},
+                                   {"questions", QuestionsByProcedure(*origin)},
+                                   {"otherProcedures", QJsonArray::fromStringList(NamesWithoutButton(*origin))},
                                    {"withoutButton", QJsonArray::fromStringList(NamesWithoutButton(*origin))}});
         lines.append(QStringLiteral("%1 %2 %3")
                          .arg(origin->name, -22)
                          .arg(origin->source.kind, -22)
-                         .arg(ReadyData(*origin).join(", ")));
+                         .arg(ReadyData(*origin).isEmpty() ? "(non disponibile in questa versione)"
+                                                           : ReadyData(*origin).join(", ")));
     }
     return {ExitDone, lines.join(u'\n'), {{"origins", origins}}};
 }

@@ -30,6 +30,7 @@ const QList<QCommandLineOption>& GlobalOptions() {
         {"trace", "Scrive nel file tutte le istruzioni eseguite, nell'ordine.", "FILE"},
         {"json", "Scrive il risultato come un oggetto JSON; i messaggi vanno sull'uscita degli errori."},
         {{"h", "help"}, "Mostra questo aiuto."},
+        {"version", "Mostra la versione del programma."},
     };
     return options;
 }
@@ -40,13 +41,15 @@ QString ProgramHelp() {
         text += Line(command.name, command.summary);
     }
     text += "\nOpzioni di ogni comando:\n" + OptionLines(GlobalOptions());
-    text += "\nCodici d'uscita: 0 completato, 1 fallito, 2 comando scritto male, 3 annullato.\n"
-            "quadrix-import-cli COMANDO --help mostra le opzioni di un comando.";
+    text += "\nCodici d'uscita: 0 completato, 1 fallito, 2 uso errato, 3 annullato, 4 completato ma con righe "
+            "abbandonate o ricerche non riuscite.\n"
+            "quadrix-import-cli COMANDO --help, o help COMANDO, mostra le opzioni di un comando.";
     return text;
 }
 
 QString CommandHelp(const Command& command) {
-    QString text = "Uso: quadrix-import-cli " + command.name + " [OPZIONI]\n\n" + command.summary + u'\n';
+    QString text = "Uso: quadrix-import-cli " + command.name + " [OPZIONI]\n\n" + command.summary.left(1).toUpper() +
+                   command.summary.mid(1) + u'\n';
     if (!command.details.isEmpty()) {
         text += command.details + u'\n';
     }

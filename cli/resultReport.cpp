@@ -2,6 +2,8 @@
 
 #include <QJsonArray>
 
+#include <array>
+
 namespace cli {
 
 namespace {
@@ -13,6 +15,29 @@ void AddTables(RunResult& total, const RunResult& result) {
         sum.updated += table->updated;
         sum.takenBack += table->takenBack;
     }
+    for (auto rule = result.skippedBy.cbegin(); rule != result.skippedBy.cend(); ++rule) {
+        total.skippedBy[rule.key()] += rule.value();
+    }
+}
+
+QJsonArray EmptiedJson(const RunResult& result) {
+    QJsonArray tables;
+    for (const RunResult::Emptied& emptied : result.emptied) {
+        QJsonObject json{{"table", emptied.table}};
+        if (emptied.rows >= 0) {
+            json["rows"] = emptied.rows;
+        }
+        tables.append(json);
+    }
+    return tables;
+}
+
+QJsonObject SkippedByJson(const RunResult& result) {
+    QJsonObject rules;
+    for (auto rule = result.skippedBy.cbegin(); rule != result.skippedBy.cend(); ++rule) {
+        rules[rule.key()] = rule.value();
+    }
+    return rules;
 }
 
 QJsonObject TablesJson(const RunResult& result) {
@@ -59,6 +84,16 @@ ExitCode ExitCodeOf(RunResult::Outcome outcome) {
     return ExitFailed;
 }
 
+QString EndingName(Ending ending) {
+    static const QStringList names{"done", "incomplete", "cancelled", "failed"};
+    return names.at(static_cast<int>(ending));
+}
+
+ExitCode ExitCodeOf(Ending ending) {
+    static const std::array<ExitCode, 4> codes{ExitDone, ExitIncomplete, ExitCancelled, ExitFailed};
+    return codes.at(static_cast<size_t>(ending));
+}
+
 RunResult Total(const QVector<RunResult>& results) {
     RunResult total;
     for (const RunResult& result : results) {
@@ -71,6 +106,8 @@ RunResult Total(const QVector<RunResult>& results) {
         total.skipped += result.skipped;
         total.notReached += result.notReached;
         total.givenUpCount += result.givenUpCount;
+        total.failedLookUps += result.failedLookUps;
+        total.emptied += result.emptied;
         total.givenUp += result.givenUp;
         total.untranslated += result.untranslated;
         total.notes.Add(result.notes);
@@ -82,15 +119,18 @@ RunResult Total(const QVector<RunResult>& results) {
 }
 
 QJsonObject ResultJson(const RunResult& result) {
-    return {{"outcome", OutcomeName(result.outcome)},
+    return {{"outcome", EndingName(EndingOf(result))},
             {"sourceRows", result.sourceRows},
             {"rowsRead", result.sourceRows - result.notReached},
             {"inserted", result.inserted},
             {"updated", result.updated},
             {"skipped", result.skipped},
+            {"skippedBy", SkippedByJson(result)},
             {"givenUp", result.givenUpCount},
+            {"failedLookUps", result.failedLookUps},
             {"notReached", result.notReached},
             {"givenUpRows", GivenUpJson(result)},
+            {"emptied", EmptiedJson(result)},
             {"written", TablesJson(result)},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
             {"notes", NotesJson(result)},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Command.h"
+#include "core/runEnding.h"
 
 /// The account of procedures that ran, for scripts.
 namespace cli {
@@ -12,7 +13,10 @@ RunResult Total(const QVector<RunResult>& results);
 /// and seconds.
 QJsonObject ResultJson(const RunResult& result);
 
-/// "done", "failed", "cancelled".
+/// "done", "incomplete", "cancelled", "failed".
+QString EndingName(Ending ending);
+ExitCode ExitCodeOf(Ending ending);
+/// The same for what has no rows that could be given up: "done", "cancelled", "failed".
 QString OutcomeName(RunResult::Outcome outcome);
 ExitCode ExitCodeOf(RunResult::Outcome outcome);
 

@@ -15,6 +15,25 @@ void Progress::SetStep(const QString& text) {
     Refresh();
 }
 
+Operator::Operator() { m_clock.start(); }
+
+double Operator::Seconds() const { return static_cast<double>(m_clock.nsecsElapsed()) / 1e9; }
+
+double Operator::WorkedSeconds() const { return (m_waiting > 0 ? m_waitingSince : Seconds()) - m_waited; }
+
+Operator::Waiting::Waiting(Operator& person)
+    : m_person(person) {
+    if (m_person.m_waiting++ == 0) {
+        m_person.m_waitingSince = m_person.Seconds();
+    }
+}
+
+Operator::Waiting::~Waiting() {
+    if (--m_person.m_waiting == 0) {
+        m_person.m_waited += m_person.Seconds() - m_person.m_waitingSince;
+    }
+}
+
 Operator::Busy::Busy(Operator& person)
     : m_person(person) {
     if (m_person.m_busy++ == 0) {

@@ -2,6 +2,8 @@
 
 #include "sql/ovErrors.h"
 
+#include <QElapsedTimer>
+
 #include <memory>
 #include <optional>
 
@@ -13,9 +15,14 @@ enum class Icon { Information, Exclamation };
 /// A yes/no question's look.
 enum class Question {
     Plain,         ///< question icon
+    PlainNo,       ///< question icon, No is the default button
     Exclamation,   ///< exclamation icon
     ExclamationNo, ///< exclamation icon, No is the default button
 };
+
+/// What came of a yes/no question. Giving up (Esc, the close button of the box, the end of the input) is no No: it
+/// takes back the whole of what was begun.
+enum class Answer { Yes, No, GivenUp };
 
 /// The progress dialog of a long operation. How it is drawn is up to the operator's side; the rules are here.
 class Progress {
@@ -48,11 +55,12 @@ private:
 /// a title is passed.
 class Operator {
 public:
+    Operator();
     virtual ~Operator() = default;
 
     virtual void Message(const QString& text, Icon icon = Icon::Information) = 0;
-    /// A yes/no question; true for yes.
-    virtual bool Ask(const QString& question, Question style = Question::Plain) = 0;
+    /// A yes/no question. @param details what it is about, in lines of text, shown with the question
+    virtual Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) = 0;
     /// Asks for a text; none when the operator gave up.
     virtual std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) = 0;
     /// Lets the operator choose a file; an empty path when he gave up. @param filter "description|pattern" pairs
@@ -63,6 +71,9 @@ public:
     virtual void ReportError(const ErrorEntry& error) = 0;
     /// Shows a progress dialog; it closes when the object goes.
     virtual std::unique_ptr<Progress> ShowProgress() = 0;
+
+    /// Seconds of work since the operator was made: while he is waited for, they stand still.
+    double WorkedSeconds() const;
 
     /// True while a `Busy` lives.
     bool IsBusy() const { return m_busy > 0; }
@@ -82,7 +93,25 @@ public:
 protected:
     /// Shows or takes away the hourglass; called at the first and the last `Busy` only.
     virtual void ShowBusy(bool busy) = 0;
+    /// Seconds since any fixed moment.
+    virtual double Seconds() const;
+
+    /// The operator is waited for during the lifetime of the object: a box stands open, or a line is to be typed.
+    class Waiting {
+    public:
+        explicit Waiting(Operator& person);
+        ~Waiting();
+        Waiting(const Waiting&) = delete;
+        Waiting& operator=(const Waiting&) = delete;
+
+    private:
+        Operator& m_person;
+    };
 
 private:
     int m_busy = 0;
+    int m_waiting = 0;
+    double m_waitingSince = 0;
+    double m_waited = 0; ///< seconds, without those of the wait under way
+    QElapsedTimer m_clock;
 };

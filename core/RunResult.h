@@ -48,6 +48,11 @@ struct RunResult {
         qint64 updated = 0;
         qint64 takenBack = 0; ///< inserted by a row that was given up, and deleted again
     };
+    /// Rows deleted from a table.
+    struct Emptied {
+        QString table;   ///< physical name
+        qint64 rows = 0; ///< -1 where the database does not count them
+    };
     /// A source row that was given up.
     struct GivenUp {
         QString rowKey;
@@ -57,16 +62,17 @@ struct RunResult {
     QString module;
     QString procedure;
     Outcome outcome = Outcome::Done;
-    qint64 sourceRows = 0; ///< rows the source holds for this run
-    qint64 inserted = 0;   ///< source rows that became a new target row
-    qint64 updated = 0;    ///< source rows that changed an existing target row
-    qint64 skipped = 0;    ///< source rows left out by a rule
+    qint64 sourceRows = 0;           ///< rows the source holds for this run
+    qint64 inserted = 0;             ///< source rows that became a new target row
+    qint64 updated = 0;              ///< source rows that changed an existing target row
+    qint64 skipped = 0;              ///< source rows left out by a rule
     QMap<QString, qint64> skippedBy; ///< rows left out, by the rule that left them out
-    qint64 notReached = 0; ///< source rows behind a cancel or an error
+    qint64 notReached = 0;           ///< source rows behind a cancel or an error
     qint64 givenUpCount = 0;
     qint64 failedLookUps = 0; ///< look-ups that failed; their rows went on as without a translation
     QVector<GivenUp> givenUp; ///< the first 1000 of them
     QMap<QString, TableCount> tables;
+    QVector<Emptied> emptied; ///< what was deleted before the rows were read, in order
     QStringList untranslated; ///< codes met without a translation, as "table.field = code"
     Notes notes;              ///< what the log tells about its rows, beside those given up
     QStringList errors;       ///< messages of the errors that ended the procedure, and of failed look-ups, each once

@@ -38,6 +38,13 @@ QPushButton* AddButton(QMessageBox& box, const QString& text, const QString& nam
     return button;
 }
 
+/// Text beneath the question; the box would take a "<" in it for the start of a tag.
+void SetDetails(QMessageBox& box, const QString& details) {
+    if (!details.isEmpty()) {
+        box.setInformativeText(details.toHtmlEscaped().replace(u'\n', QLatin1String("<br>")));
+    }
+}
+
 } // namespace
 
 QWidget* WindowOperator::Parent() const {
@@ -48,6 +55,7 @@ QWidget* WindowOperator::Parent() const {
 int WindowOperator::Run(QMessageBox& box) const {
     box.setWindowTitle(QuadrixCaption);
     box.setTextFormat(Qt::PlainText);
+    const Waiting waiting(*this);
     const PointerPause pause(IsBusy());
     return box.exec();
 }
@@ -60,16 +68,24 @@ void WindowOperator::Message(const QString& text, Icon icon) {
     Run(box);
 }
 
-bool WindowOperator::Ask(const QString& question, Question style) {
+Answer WindowOperator::Ask(const QString& question, Question style, const QString& details) {
+    const bool plain = style == Question::Plain || style == Question::PlainNo;
+    const bool noByDefault = style == Question::PlainNo || style == Question::ExclamationNo;
     QMessageBox box(Parent());
-    box.setIcon(style == Question::Plain ? QMessageBox::Question : QMessageBox::Warning);
+    box.setIcon(plain ? QMessageBox::Question : QMessageBox::Warning);
     box.setText(question);
+    SetDetails(box, details);
     QPushButton* yes = AddButton(box, "&Sì", "cmdYes", QMessageBox::YesRole);
     QPushButton* no = AddButton(box, "&No", "cmdNo", QMessageBox::NoRole);
-    box.setDefaultButton(style == Question::ExclamationNo ? no : yes);
-    box.setEscapeButton(no);
+    QPushButton* giveUp = AddButton(box, {}, "cmdGiveUp", QMessageBox::RejectRole);
+    giveUp->hide(); // the box needs a button behind Esc and its close button
+    box.setDefaultButton(noByDefault ? no : yes);
+    box.setEscapeButton(giveUp);
     Run(box);
-    return box.clickedButton() == yes;
+    if (box.clickedButton() == yes) {
+        return Answer::Yes;
+    }
+    return box.clickedButton() == no ? Answer::No : Answer::GivenUp;
 }
 
 std::optional<QString> WindowOperator::Input(const QString& prompt, const QString& title, const QString& defaultText) {
@@ -82,17 +98,20 @@ std::optional<QString> WindowOperator::Input(const QString& prompt, const QStrin
     if (prompt.contains("password", Qt::CaseInsensitive)) {
         dialog.setTextEchoMode(QLineEdit::Password);
     }
+    const Waiting waiting(*this);
     const PointerPause pause(IsBusy());
     return dialog.exec() == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
 }
 
 QString WindowOperator::OpenFile(const QString& title, const QString& filter) {
+    const Waiting waiting(*this);
     const PointerPause pause(IsBusy());
     return QFileDialog::getOpenFileName(Parent(), title, {}, FileDialogFilter(filter));
 }
 
 ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {
     ErrorDialog dialog(error, ErrorDialog::Kind::Choice, Parent());
+    const Waiting waiting(*this);
     const PointerPause pause(IsBusy());
     dialog.exec();
     return dialog.Answer();
@@ -100,14 +119,15 @@ ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {
 
 void WindowOperator::ReportError(const ErrorEntry& error) {
     ErrorDialog dialog(error, ErrorDialog::Kind::Report, Parent());
+    const Waiting waiting(*this);
     const PointerPause pause(IsBusy());
     dialog.exec();
 }
 
 std::unique_ptr<Progress> WindowOperator::ShowProgress() {
-    auto dialog = std::make_unique<frmProgress>(Parent());
+    auto dialog = std::make_unique<frmProgress>(Parent(), [this] { return WorkedSeconds(); });
     QObject::connect(dialog.get(), &frmProgress::CancelAsked, dialog.get(), [this](bool& agreed) {
-        agreed = Ask("Interrompere l'operazione in corso?", Question::ExclamationNo);
+        agreed = Ask("Interrompere l'operazione in corso?", Question::ExclamationNo) == Answer::Yes;
     });
     m_progresses.removeAll(nullptr);
     m_progresses.append(dialog.get());
@@ -116,7 +136,7 @@ std::unique_ptr<Progress> WindowOperator::ShowProgress() {
 
 bool WindowOperator::AskToStop(const QString& question) {
     m_progresses.removeAll(nullptr);
-    if (m_progresses.isEmpty() || !Ask(question, Question::ExclamationNo)) {
+    if (m_progresses.isEmpty() || Ask(question, Question::ExclamationNo) != Answer::Yes) {
         return false;
     }
     for (const QPointer<frmProgress>& progress : std::as_const(m_progresses)) {

@@ -15,7 +15,8 @@ public:
     void SetWindow(QWidget* window) { m_window = window; }
 
     void Message(const QString& text, Icon icon = Icon::Information) override;
-    bool Ask(const QString& question, Question style = Question::Plain) override;
+    /// The details stand beneath the question. Esc and the close button of the box give the question up.
+    Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
     /// A prompt that names a password hides what is typed.
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;

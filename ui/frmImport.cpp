@@ -182,7 +182,8 @@ void frmImport::cmdReset_Click() {
     if (!CheckData(m_session, Chosen())) {
         return;
     }
-    frmReset dialog(m_person, cmbAzienda->currentText(), this);
+    frmReset dialog(m_person, cmbAzienda->currentText(), this,
+                    [this](const ResetOptions& options) { return ResetDetails(m_session, options); });
     if (dialog.SelectOptions()) {
         ShowEmptied("Reset Database", ResetDatabase(m_session, dialog.Options()));
     }

@@ -28,21 +28,25 @@ QLabel* NewLabel(QWidget* parent, const QString& name, Qt::Alignment alignment) 
 
 } // namespace
 
-frmProgress::frmProgress(QWidget* parent)
+frmProgress::frmProgress(QWidget* parent, std::function<double()> seconds)
     : QDialog(parent),
       lblProgress(new WrappedLabel({}, this)),
       prgImport(new QProgressBar(this)),
       m_done(NewLabel(this, "lblDone", Qt::AlignLeft)),
       m_rate(NewLabel(this, "lblRate", Qt::AlignHCenter)),
       m_left(NewLabel(this, "lblTimeLeft", Qt::AlignRight)),
-      cmdCancel(new QPushButton("&Annulla", this)) {
+      cmdCancel(new QPushButton("&Interrompi", this)),
+      m_seconds(std::move(seconds)) {
     setObjectName("frmProgress");
     setWindowTitle(QuadrixCaption);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setModal(true);
     Lay();
     connect(cmdCancel, &QPushButton::clicked, this, &frmProgress::cmdCancel_Click);
-    m_clock.start();
+    // Who answers a row of boxes with Enter or Space must not stop what they have started with the last stroke.
+    cmdCancel->setAutoDefault(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setFocus();
     show();
     Centre();
 }
@@ -92,7 +96,7 @@ void frmProgress::reject() {
 }
 
 void frmProgress::Refresh() {
-    const double seconds = static_cast<double>(m_clock.nsecsElapsed()) / 1e9;
+    const double seconds = m_seconds();
     const bool full = Value() >= Max();
     if (seconds - m_drawnAt >= DrawEvery || m_drawnAt < 0 || full || m_drawnCaption != Caption() ||
         m_drawnMax != Max()) {

@@ -4,7 +4,8 @@
 #include "core/Operator.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
+
+#include <functional>
 
 class QLabel;
 class QProgressBar;
@@ -18,7 +19,8 @@ class frmProgress final : public QDialog, public Progress {
 
 public:
     /// Shows the dialog in the middle of the screen. @param parent the window it stands before
-    explicit frmProgress(QWidget* parent);
+    /// @param seconds of work since any fixed moment, for the rate
+    frmProgress(QWidget* parent, std::function<double()> seconds);
 
     bool Cancel() const override { return m_cancel; }
 
@@ -48,7 +50,7 @@ private:
     QPushButton* cmdCancel;
     bool m_cancel = false;
     RateMeter m_meter;
-    QElapsedTimer m_clock;
+    std::function<double()> m_seconds;
     double m_drawnAt = -1; ///< seconds on the clock; negative before the first drawing
     QString m_drawnCaption;
     float m_drawnMax = 0;

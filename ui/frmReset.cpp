@@ -46,9 +46,11 @@ QString CaptionOf(ResetOption option) {
 
 } // namespace
 
-frmReset::frmReset(Operator& person, const QString& company, QWidget* parent)
+frmReset::frmReset(Operator& person, const QString& company, QWidget* parent,
+                   std::function<QString(const ResetOptions&)> details)
     : QDialog(parent),
-      m_person(person) {
+      m_person(person),
+      m_details(std::move(details)) {
     setObjectName("frmReset");
     setWindowTitle("Reset Database");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -113,7 +115,7 @@ void frmReset::ShowOptions() {
 bool frmReset::SelectOptions() { return exec() == Accepted; }
 
 void frmReset::cmdOk_Click() {
-    if (ConfirmReset(m_person, m_options)) {
+    if (ConfirmReset(m_person, m_options, m_details ? m_details(m_options) : QString())) {
         accept();
     }
 }

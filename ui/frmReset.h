@@ -13,7 +13,9 @@ class frmReset final : public QDialog {
 
 public:
     /// @param company name of the company that is emptied, shown for safety
-    frmReset(Operator& person, const QString& company, QWidget* parent);
+    /// @param details what the confirmation says beside its question
+    frmReset(Operator& person, const QString& company, QWidget* parent,
+             std::function<QString(const ResetOptions&)> details = {});
 
     /// Shows the dialog and returns whether the operator confirmed; `Options` are what he chose then.
     bool SelectOptions();
@@ -32,6 +34,7 @@ private:
     void ShowOptions();
 
     Operator& m_person;
+    std::function<QString(const ResetOptions&)> m_details;
     ResetOptions m_options;
     std::vector<std::pair<ResetOption, QCheckBox*>> m_boxes;
 };

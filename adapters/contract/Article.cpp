@@ -28,8 +28,7 @@ void EmptyArticles(ImportRun& run, bool reset) {
     run.Truncate(reset, {Art, "STO_COS", "STO_PRZ", "ART_FOR", "ART_COD", "ART_SAL", "UBI_MAG", "UBI_ART", "LIS_LAS",
                          "LIS_LAV"});
     if (reset) {
-        run.GetSession().Quadrix.Execute(QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") +
-                                         run.Quoted(run.FullName(Art)));
+        run.Delete("SYS_LNG", QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") + run.Quoted(run.FullName(Art)));
     }
 }
 
@@ -49,7 +48,7 @@ std::vector<TableNeed> LocationNeeds() {
 void EmptyLocations(ImportRun& run, bool reset) {
     for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
         if (reset) {
-            run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + run.FullName(table));
+            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
         }
     }
 }

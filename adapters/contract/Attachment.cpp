@@ -20,8 +20,8 @@ std::vector<TableNeed> AttachmentNeeds() {
 
 void RemoveImportedAttachments(ImportRun& run, const QString& table, bool reset) {
     if (reset) {
-        run.GetSession().Quadrix.Execute(QStringLiteral("DELETE SYS_ATT WHERE ATTBL = %1 AND USINS = %2")
-                                             .arg(run.Quoted(table), run.Quoted("SYSTEM_IMPORT")));
+        run.Delete(Table, QStringLiteral("DELETE SYS_ATT WHERE ATTBL = %1 AND USINS = %2")
+                              .arg(run.Quoted(table), run.Quoted("SYSTEM_IMPORT")));
     }
 }
 

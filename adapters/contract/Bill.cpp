@@ -36,7 +36,7 @@ std::vector<TableNeed> BillNeeds() {
 void EmptyBills(ImportRun& run, bool reset) {
     for (const QString& table : {QStringLiteral("DIS_BAS"), QStringLiteral("DIS_COM"), QStringLiteral("DIS_FAS")}) {
         if (reset) {
-            run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + run.FullName(table));
+            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
         }
     }
 }

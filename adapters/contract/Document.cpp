@@ -62,16 +62,16 @@ void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& caus
         quoted.append(run.Quoted(cause));
     }
     const QString ofCauses = quoted.isEmpty() ? QString() : QString(" AND DTCAU IN (" + quoted.join(u',') + u')');
-    QStringList script;
     for (const Family* family : Families) {
         const QString heads = run.FullName(family->head);
-        script += QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) + ofCauses;
+        run.Delete(heads, QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
+                              ofCauses);
         for (const QString& children : {family->row, family->dueDate}) {
-            script += QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
-                          .arg(run.FullName(children), heads);
+            run.Delete(run.FullName(children),
+                       QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
+                           .arg(run.FullName(children), heads));
         }
     }
-    run.GetSession().Quadrix.ExecuteScript(script.join(QStringLiteral(";\n")));
 }
 
 QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {
@@ -95,24 +95,17 @@ DocumentSettings ReadDocumentSettings(Session& session) {
     return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};
 }
 
-std::optional<QDate> AskStartDate(ImportRun& run) {
-    Session& session = run.GetSession();
-    const auto typed = session.Person.Input(QStringLiteral("Data inizio documenti:"), QuadrixCaption,
-                                            ReadDocumentSettings(session).from.toString(QStringLiteral("dd/MM/yyyy")));
-    if (!typed) {
-        run.Cancel();
-        return std::nullopt;
-    }
-    const auto from = mod_ovTools::ReadDate(*typed);
+QDate AskStartDate(ImportRun& run) {
+    const QDate proposed = ReadDocumentSettings(run.GetSession()).from;
+    const QString typed = run.Input(StartDateQuestion, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
+    const auto from = mod_ovTools::ReadDate(typed);
     if (!from) {
-        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(*typed));
+        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));
     }
     return from->date();
 }
 
-bool AskSkipImported(ImportRun& run) {
-    return run.Ask(QStringLiteral("ATTENZIONE: \nsaltare Documenti già importati in precedenza?"));
-}
+bool AskSkipImported(ImportRun& run) { return run.Ask(SkipImportedQuestion); }
 
 void TellUnmatched(ImportRun& run, const Joined& joined) {
     if (run.IsSingle()) {

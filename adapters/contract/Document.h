@@ -52,9 +52,13 @@ struct DocumentSettings {
 /// Reads them. Raises `ImportError` when DOC_DateStart is no date.
 DocumentSettings ReadDocumentSettings(Session& session);
 
-/// Asks from which day on documents are imported, the day of DOC_DateStart proposed. None when the operator gave up:
-/// the run is then cancelled. Raises `ImportError` when the answer is no date.
-std::optional<QDate> AskStartDate(ImportRun& run);
+inline const QString StartDateQuestion = QStringLiteral("Data inizio documenti:");
+inline const QString SkipImportedQuestion =
+    QStringLiteral("ATTENZIONE: \nsaltare Documenti già importati in precedenza?");
+
+/// Asks from which day on documents are imported, the day of DOC_DateStart proposed. Raises `ImportError` when the
+/// answer is no date.
+QDate AskStartDate(ImportRun& run);
 
 /// Why a source row is left out whose document is there and is not rewritten.
 inline const QString AlreadyImported = QStringLiteral("documento già importato");

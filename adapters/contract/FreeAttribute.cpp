@@ -15,8 +15,8 @@ std::vector<TableNeed> FreeAttributeNeeds() { return {{Table, {"FLTAB", "FLKEY",
 
 void EmptyFreeAttributes(ImportRun& run, const QString& table, bool reset) {
     if (reset) {
-        run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + run.FullName(Table) +
-                                         QStringLiteral(" WHERE FLTAB = ") + run.Quoted(table));
+        run.Delete(run.FullName(Table), QStringLiteral("DELETE ") + run.FullName(Table) +
+                                            QStringLiteral(" WHERE FLTAB = ") + run.Quoted(table));
     }
 }
 

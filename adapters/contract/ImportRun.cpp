@@ -1,5 +1,6 @@
 #include "adapters/contract/ImportRun.h"
 
+#include "core/runEnding.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -17,24 +18,29 @@ QString GroupOf(const ImportRun::Loop& loop, const SourceRow& row) {
     return values.join(QChar(u'\x1f'));
 }
 
+/// Raised where the operator gives a question up, past everything that reports errors.
+struct GivenUpByOperator {};
+
 } // namespace
 
 ImportRun::ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode)
     : m_session(session),
       m_case(modImport::ReadFieldCase(session)),
       m_single(!singleCode.isEmpty()),
-      m_untranslatedBefore(session.Untranslated.size()) {
+      m_untranslatedBefore(session.Untranslated.size()),
+      m_start(session.Person.WorkedSeconds()) {
     m_result.module = module;
     m_result.procedure = procedure;
     m_session.Notes = {};
     m_session.FailedLookUps = {};
-    m_clock.start();
 }
 
 void ImportRun::Guard(const std::function<void()>& body) {
     const Operator::Busy busy(m_session.Person);
     try {
         body();
+    } catch (const GivenUpByOperator&) {
+        m_result.outcome = RunResult::Outcome::Cancelled;
     } catch (...) {
         m_failed = true;
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
@@ -82,12 +88,34 @@ void ImportRun::Finish() {
         m_result.outcome = RunResult::Outcome::Failed;
     }
     m_result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
-    m_result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
+    m_result.seconds = m_session.Person.WorkedSeconds() - m_start;
     m_result.notes = std::exchange(m_session.Notes, {});
     const LookUpFailures failed = std::exchange(m_session.FailedLookUps, {});
     m_result.failedLookUps = failed.count;
-    m_result.errors += failed.messages;
+    LogEnding();
+    m_result.errors += failed.messages; // these stand in the log, each with its row
     m_session.Results.append(m_result);
+}
+
+/// Without it nothing but the box, once it is closed, would tell how a run ended.
+void ImportRun::LogEnding() {
+    if (m_single) {
+        return;
+    }
+    QStringList parts{QStringLiteral("Fine %1: %2").arg(m_result.procedure, EndingText(EndingOf(m_result)))};
+    if (m_errorText.isEmpty()) { // else the error stands in the log already
+        parts += m_result.errors;
+    }
+    parts.append(RowsLine(m_result));
+    const QString line = parts.join(QStringLiteral(". ")).replace(u'\n', QLatin1String(" "));
+    try {
+        AppendToLog(line);
+    } catch (Error& error) {
+        if (!m_failed) {
+            error.AddContext(line);
+            m_session.Errors.Monitoring(m_result.module, m_result.procedure);
+        }
+    }
 }
 
 void ImportRun::Announce(const QString& announcement) {
@@ -105,7 +133,7 @@ void ImportRun::AnnounceAppending(const QString& announcement) {
 void ImportRun::Preflight(const Needs& needs) {
     const QStringList missing = Missing(m_session, needs);
     if (!missing.isEmpty()) {
-        throw ImportError(QStringLiteral("Nulla è stato scritto, manca quanto segue:\n") + missing.join(u'\n'));
+        throw ImportError(QStringLiteral("Non è stato scritto nulla. Mancano:\n") + missing.join(u'\n'));
     }
 }
 
@@ -114,11 +142,44 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
         return;
     }
     for (const QString& table : tables) {
-        m_session.Quadrix.Execute(QStringLiteral("TRUNCATE TABLE ") + FullName(table));
+        const QString name = FullName(table);
+        // A server that is told to truncate does not tell how many rows there were.
+        const qint64 before = m_session.Quadrix.Embedded
+                                  ? -1
+                                  : m_session.Quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + name);
+        const qint64 rows = m_session.Quadrix.Execute(QStringLiteral("TRUNCATE TABLE ") + name);
+        const qint64 deleted = std::max(before, rows);
+        TellEmptied(name, deleted, EmptiedLine(name, deleted));
     }
 }
 
-bool ImportRun::Ask(const QString& question) { return m_session.Person.Ask(question); }
+void ImportRun::Delete(const QString& table, const QString& statement) {
+    const qint64 rows = m_session.Quadrix.Execute(statement);
+    TellEmptied(table, rows, QStringLiteral("Tabella %1: %2").arg(table, DeletedText(rows)));
+}
+
+void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& line) {
+    m_result.emptied.append({table, rows});
+    if (rows > 0) {
+        AppendToLog(line);
+    }
+}
+
+bool ImportRun::Ask(const QString& question) {
+    const Answer answer = m_session.Person.Ask(question);
+    if (answer == Answer::GivenUp) {
+        throw GivenUpByOperator();
+    }
+    return answer == Answer::Yes;
+}
+
+QString ImportRun::Input(const QString& prompt, const QString& title, const QString& defaultText) {
+    const auto typed = m_session.Person.Input(prompt, title, defaultText);
+    if (!typed) {
+        throw GivenUpByOperator();
+    }
+    return *typed;
+}
 
 bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {
     const qint64 count = DatabaseOf(loop).ExecuteCommand(loop.count);
@@ -382,9 +443,18 @@ void ImportRun::KeepWritten() {
 }
 
 void ImportRun::Complete(const QString& message) {
-    if (!m_single && m_result.outcome == RunResult::Outcome::Done) {
-        m_session.Person.Message(message);
+    if (m_single || m_result.outcome != RunResult::Outcome::Done) {
+        return;
     }
+    QStringList lines{message};
+    const QString losses = LossesText(m_result);
+    if (!losses.isEmpty()) {
+        lines.append(losses + QStringLiteral(". Il risultato e il log le elencano."));
+    }
+    if (m_session.Quadrix.InTransaction()) {
+        lines.append(QStringLiteral("Era una prova: il database resta com'era."));
+    }
+    m_session.Person.Message(lines.join(u'\n'), losses.isEmpty() ? Icon::Information : Icon::Exclamation);
 }
 
 void ImportRun::Log(const QString& message) { modImport::LogNote(m_session, message); }

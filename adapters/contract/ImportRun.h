@@ -5,8 +5,6 @@
 #include "adapters/contract/TargetRow.h"
 #include "core/modImport.h"
 
-#include <QElapsedTimer>
-
 namespace contract {
 
 /// What became of a source row.
@@ -33,13 +31,15 @@ public:
     /// Checks that the source and the target hold what the run reads and writes, before anything is written.
     /// Raises `ImportError` listing everything that is missing.
     void Preflight(const Needs& needs);
-    /// Empties tables (bare names), in their order, when the operator asked for it.
+    /// Empties tables (bare names), in their order, when the operator asked for it. Result and log tell the rows.
     void Truncate(bool reset, const QStringList& tables);
-    /// Asks a yes/no question of this origin.
+    /// Runs a statement that deletes rows of a table (physical name) before the first row is read; result and log tell
+    /// how many.
+    void Delete(const QString& table, const QString& statement);
+    /// Asks a yes/no question of this origin. When the operator gives it up, the run ends there as cancelled.
     bool Ask(const QString& question);
-
-    /// The operator has given a question up: the run ends as cancelled.
-    void Cancel() { m_result.outcome = RunResult::Outcome::Cancelled; }
+    /// Asks for a text; the same.
+    QString Input(const QString& prompt, const QString& title, const QString& defaultText);
 
     /// A loop over source rows.
     struct Loop {
@@ -137,6 +137,8 @@ private:
     void LogError();
     void AppendToLog(const QString& line);
     void LogOrReport(const QString& message);
+    void TellEmptied(const QString& table, qint64 rows, const QString& line);
+    void LogEnding();
     void Finish();
 
     Session& m_session;
@@ -152,7 +154,7 @@ private:
     bool m_insertedLast = false;           ///< whether the row that was written last is new
     QStringList m_changed;                 ///< tables of rows updated for them
     qsizetype m_untranslatedBefore;
-    QElapsedTimer m_clock;
+    double m_start; ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -21,8 +21,8 @@ std::vector<TableNeed> InstalmentNeeds() {
 void RemoveImportedPaymentTerms(ImportRun& run, bool reset) {
     for (const QString& table : {Instalments, Terms}) {
         if (reset) {
-            run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + table + QStringLiteral(" WHERE USINS = ") +
-                                             run.Quoted("SYSTEM_IMPORT"));
+            run.Delete(table, QStringLiteral("DELETE ") + table + QStringLiteral(" WHERE USINS = ") +
+                                  run.Quoted("SYSTEM_IMPORT"));
         }
     }
 }

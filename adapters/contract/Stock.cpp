@@ -41,7 +41,7 @@ std::vector<TableNeed> StockNeeds() {
 void EmptyStock(ImportRun& run, bool reset) {
     for (const QString& table : {QStringLiteral("ART_MAG"), QStringLiteral("MOV_MAR"), QStringLiteral("MOV_MAG")}) {
         if (reset) {
-            run.GetSession().Quadrix.Execute(QStringLiteral("DELETE ") + run.FullName(table));
+            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
         }
     }
 }

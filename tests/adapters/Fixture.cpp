@@ -271,7 +271,9 @@ void Fixture::RunLine(const QString& line) {
     m_outcome += result.errors;
     m_outcome += m_target.Person.Events.filter(QRegularExpression("^(\\[|\\?|>|file|error|reported)"));
     m_outcome.append("-- log");
-    m_outcome.append(QString::fromLatin1(m_target.Log()).remove('\r').trimmed());
+    // The last line tells again what the account above tells.
+    static const QRegularExpression ending("[^\n]* - Fine [^\n]*\n?");
+    m_outcome.append(QString::fromLatin1(m_target.Log()).remove('\r').remove(ending).trimmed());
 }
 
 QStringList Fixture::TargetRows(const QSet<QString>& but) {

@@ -1,3 +1,5 @@
+#include "adapters/answers.h"
+#include "adapters/emptied.h"
 #include "tests/adapters/Fixture.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -7,6 +9,7 @@
 #include <QDir>
 #include <QTest>
 
+#include <algorithm>
 #include <numeric>
 
 namespace {
@@ -20,6 +23,19 @@ QStringList EntriesOf(const QString& folder, const QStringList& names, QDir::Fil
     }
     entries.removeDuplicates();
     return entries;
+}
+
+/// The questions and prompts since the script began anew.
+QStringList Asked(const ScriptedOperator& person) {
+    QStringList asked;
+    for (const QString& event : person.Events) {
+        if (event.startsWith("? ")) {
+            asked.append(event.mid(2).section(" = ", 0, -2));
+        } else if (event.startsWith("> ")) {
+            asked.append(event.mid(2));
+        }
+    }
+    return asked;
 }
 
 } // namespace
@@ -71,6 +87,45 @@ private slots:
                 const bool shown = origin->buttons.at(static_cast<size_t>(i)).shown == contract::Shown::Yes;
                 QVERIFY2(has || !shown, qPrintable(origin->name + ": " + contract::ButtonName(button)));
             }
+        }
+    }
+
+    void WhatIsAskedAndDeletedIsKnownBefore_data() {
+        Columns<QString>("module");
+        for (auto origin = FixtureOrigins().cbegin(); origin != FixtureOrigins().cend(); ++origin) {
+            Row(qPrintable(origin.key()), origin.key());
+        }
+    }
+
+    /// A caller that shows the rows that will go, or that cannot ask, relies on it.
+    void WhatIsAskedAndDeletedIsKnownBefore() {
+        QFETCH(const QString, module);
+        const contract::Origin& origin = *FixtureOrigins().value(module);
+        Fixture fixture(FixtureFolder(module), origin);
+        for (const QString& line : fixture.Lines()) {
+            const QString name = line.section(' ', 0, 0);
+            const auto procedure = std::find_if(origin.procedures.begin(), origin.procedures.end(),
+                                                [&name](const auto& each) { return each.name == name; });
+            fixture.RunLine(line.contains(" reset") ? line : line + " reset");
+            QStringList needed;
+            for (const contract::AnswerNeed& need : contract::AnswersNeeded(origin, {&*procedure})) {
+                needed.append(need.question);
+            }
+            const bool done = fixture.Results().last().outcome == RunResult::Outcome::Done;
+            const QStringList asked = Asked(fixture.Target().Person);
+            QCOMPARE(asked, done ? needed : needed.mid(0, asked.size()));
+            QStringList deleted;
+            for (const RunResult::Emptied& emptied : fixture.Results().last().emptied) {
+                deleted.append(emptied.table);
+            }
+            QStringList known;
+            for (const contract::RowsToDelete& rows : contract::DeletedByReset(fixture.Target().Get(), *procedure)) {
+                known.append(rows.table);
+            }
+            deleted.sort();
+            known.sort();
+            QVERIFY2(deleted == known || (!done && deleted.isEmpty()),
+                     qPrintable(name + ": " + deleted.join(' ') + " instead of " + known.join(' ')));
         }
     }
 

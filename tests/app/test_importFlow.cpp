@@ -76,26 +76,30 @@ private slots:
         target.Person.Answers = {true, true};
         QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
         QCOMPARE(target.Person.Events, QStringList({"? Importare le controparti? = si", "? " + Reset + " = si"}));
-        QCOMPARE(target.Person.Questions[1].style, Question::Plain);
+        QCOMPARE(target.Person.Questions[1].style, Question::PlainNo);
         QCOMPARE(fake.Calls, QStringList{"ImportUno reset"});
         QVERIFY(!target.Get().Source);
         QCOMPARE(fake.Prepared, 1);
     }
 
     void stopsAtEachNo_data() {
-        Columns<bool, bool, int>("confirmed", "givesUp", "prepared");
-        Row("confirmation", false, false, 0);
-        Row("opening of the source", true, true, 1);
+        Columns<bool, QString, int>("confirmed", "givesUpAt", "prepared");
+        Row("confirmation", false, "", 0);
+        Row("confirmation given up", true, "Importare le controparti?", 0);
+        Row("opening of the source", true, "source", 1);
+        Row("reset given up", true, Reset, 1);
     }
     void stopsAtEachNo() {
         QFETCH(bool, confirmed);
         TestTarget target;
         FakeOrigin fake;
         fake.Add(Button::Cli, "ImportUno");
-        fake.GiveUp = QTest::currentDataTag() == QByteArray("opening of the source");
+        QFETCH(QString, givesUpAt);
+        fake.GiveUp = givesUpAt == "source";
+        target.Person.GiveUpAt = {givesUpAt};
         target.Person.Answers = {confirmed};
         QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Declined);
-        QCOMPARE(target.Person.Events.size(), 1);
+        QCOMPARE(target.Person.Events.size(), givesUpAt == Reset ? 2 : 1);
         QTEST(fake.Prepared, "prepared");
         QVERIFY(fake.Calls.isEmpty());
         QVERIFY(!target.Get().Source);
@@ -244,12 +248,43 @@ private slots:
         request.procedure = "importlistini";
         QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
         QCOMPARE(fake.Calls, QStringList{"ImportListini"});
-        QCOMPARE(target.Person.Events, QStringList({"? Eseguire \"importlistini\"? = si", "? " + Reset + " = no"}));
+        QCOMPARE(target.Person.Events, QStringList({"? Eseguire \"Listini da Prova\"? = si", "? " + Reset + " = no"}));
         request.procedure = "ImportAltro";
         QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Unavailable);
         QCOMPARE(target.Person.Messages.last().text,
                  QString("Prova: la procedura \"ImportAltro\" non è disponibile in questa versione!"));
         QVERIFY(ProceduresOf(fake.Origin, Button::Disegni).empty());
+    }
+
+    void asksTheQuestionOfTheProcedureItself() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(std::nullopt, "SistemaDisegni").confirmation = "Sistemare i disegni?";
+        target.Person.Otherwise = false;
+        ImportRequest request = Request(fake);
+        request.procedure = "SistemaDisegni";
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Declined);
+        QCOMPARE(target.Person.Questions[0].question, QString("Sistemare i disegni?"));
+    }
+
+    void namesWhatIsAboutToHappen() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Database = target.Folder.filePath("origine.db");
+        fake.Add(Button::Cli, "ImportControparti");
+        target.Get().Config.SetAppConfig("IMPORT", "Password", "segreta");
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000002')");
+        target.Execute("INSERT INTO X01_NUM_TEL (TBNAM) VALUES ('CON_TRO')");
+        target.Person.Otherwise = true;
+        RunImport(target.Get(), Request(fake));
+        const QString before = target.Person.Questions[0].details;
+        const QString details = target.Person.Questions[1].details;
+        const QString about = "Azienda: X01 Prova Uno S.r.l.\nOrigine: Prova\nOperazione: Controparti da Prova";
+        QVERIFY2(before.startsWith(about), qPrintable(before));
+        QCOMPARE(details, QString(about + "\nSorgente: " + fake.Database +
+                                  "\nRighe che verranno eliminate: 3\n  X01_CON_TRO: 2\n  X01_NUM_TEL: 1"));
+        QVERIFY(!before.contains("segreta"));
     }
 
     void forgetsTranslationsOfTheLastPress() {

@@ -152,9 +152,10 @@ private slots:
         QCOMPARE(fake.Log().size(), 15);
         QCOMPARE(
             fake.Log().mid(0, 3),
-            QStringList({"Inizio Import Controparti Arca", "Riga di ImportContropartiArcaEvolution",
-                         "Import Controparti Arca: completato. Righe lette 10: inserite 10, aggiornate 0, saltate 0, "
-                         "abbandonate 0, non raggiunte 0"}));
+            QStringList(
+                {"Inizio Import Controparti Arca", "Riga di ImportContropartiArcaEvolution",
+                 "Import Controparti Arca: completato. Righe dell'origine 10: inserite 10, aggiornate 0, saltate 0, "
+                 "abbandonate 0, non raggiunte 0"}));
         QCOMPARE(
             fake.Log().filter(QRegularExpression("^Inizio")),
             QStringList({"Inizio Import Controparti Arca", "Inizio Documenti da Lantek 24 e Distinte Base / Ord. Prod.",

@@ -45,13 +45,20 @@ private slots:
         row("unknown option", {"origins", "--resett"}, "'resett' non esiste");
         row("option of another command", {"origins", "--reset"}, "'reset' non esiste");
         row("no value", {"import", "--company"}, "Manca il valore dell'opzione --company");
-        row("one argument too many", {"origins", "tutte"}, "Argomento di troppo: 'tutte'");
+        row("one argument too many", {"origins", "tutte"}, "Argomento inatteso: 'tutte'");
+        row("two unknown options", {"import", "--compamy", "X01", "--orign", "x"},
+            "Le opzioni 'compamy', 'orign' non esistono: forse 'company', 'origin'?");
         row("no origin", {"import", "--company", "X01", "--data", "cli"}, "Manca l'opzione --origin");
+        row("nothing told", {"import"}, "Mancano le opzioni --company, --origin, --data");
         row("unknown origin", {"import", "--company", "X01", "--origin", "arca", "--data", "cli"},
             "forse 'Arca 2000' o 'Arca Evolution'?");
-        row("unknown data", Import({}).mid(0, 6) + QStringList{"clienti"}, "i valori sono cli, art, dis");
+        row("unknown data", Import({}).mid(0, 6) + QStringList{"clienti"}, "valori ammessi: cli, art, dis");
+        row("nearly a procedure", Import({}).mid(0, 6) + QStringList{"ImportListiniArca200"},
+            "forse 'ImportListiniArca2000'?");
         row("unknown errors", Import({"--errors", "skip"}), "ask, ignore, retry, abort");
-        row("unknown answer", Import({"--answer", "forse"}), "'forse' non è previsto");
+        row("unknown answer", Import({"--answer", "forse"}), "'forse' non previsto");
+        row("an answer too many", Import({"--answer", "yes", "--answer", "no"}), "Risposte --answer in più: 2");
+        row("a text that nobody asks for", Import({"--answer", "yes", "--input", "x"}), "si chiede niente");
         row("unknown company", Import({}).replaceInStrings("X01", "X02"), "forse 'X01'? (aziende presenti: X01)");
     }
     void refusesWrongUsage() {
@@ -68,6 +75,9 @@ private slots:
         Columns<QStringList, QString>("arguments", "told");
         Row("program", QStringList{"--help"}, "create-database");
         Row("command", QStringList{"import", "-h"}, "--errors MODO");
+        Row("help", QStringList{"help"}, "create-database");
+        Row("help of a command", QStringList{"help", "import"}, "--errors MODO");
+        Row("version", QStringList{"--version"}, "quadrix-import-cli 0.");
         Row("command, options before", QStringList{"--help", "import"}, "--errors MODO");
     }
     void showsHelp() {
@@ -199,12 +209,49 @@ private slots:
         QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 1);
     }
 
-    void namesAnUnansweredQuestion() {
+    void deletesNothingWhileAnAnswerIsMissing() {
         m_cli->CreateCompany();
-        const auto ended = m_cli->Run(Import({}));
-        QCOMPARE(ended.exitCode, 1);
+        m_cli->Run(Import({"--code", "C00007", "--answer", "no"}));
+        const auto ended = m_cli->Run(Import({"--reset"}));
+        QCOMPARE(ended.exitCode, 2);
         QVERIFY2(ended.errors.contains("Vuoi riportare gli indirizzi mail"), qPrintable(ended.errors));
         QVERIFY(ended.errors.contains("--answer"));
+        QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 1);
+    }
+
+    void tellsHowItEndedAndWhatWasDeleted() {
+        m_cli->CreateCompany();
+        const auto first = m_cli->Run(Import({"--answer", "no", "--json"})).Json();
+        ovConnection target;
+        OpenEmbedded(target, m_cli->Database())
+            .Execute("CREATE TRIGGER refuse BEFORE INSERT ON X01_CON_TRO WHEN NEW.CDCON = '000007' "
+                     "BEGIN SELECT RAISE(ABORT, 'rifiutata'); END");
+        const auto ended = m_cli->Run(Import({"--answer", "no", "--reset", "--errors", "ignore", "--json"}));
+        const QJsonObject json = ended.Json();
+        QCOMPARE(ended.exitCode, 4);
+        QCOMPARE(json["outcome"].toString(), QString("incomplete"));
+        QCOMPARE(json["givenUp"].toInteger(), 1);
+        const QJsonObject emptied = json["emptied"].toArray()[0].toObject();
+        QCOMPARE(emptied["table"].toString(), QString("X01_CON_TRO"));
+        QCOMPARE(emptied["rows"].toInteger(), first["inserted"].toInteger());
+        QVERIFY2(ended.errors.contains("Controparti importate correttamente!\nRighe abbandonate: 1."),
+                 qPrintable(ended.errors));
+        const QString log = QString::fromLatin1(ReadFile(json["log"].toString()));
+        QVERIFY2(log.contains(QStringLiteral("Tabella X01_CON_TRO: svuotata (%1 righe eliminate)").arg(m_expected)),
+                 qPrintable(log));
+        QVERIFY2(log.contains("Fine ImportContropartiArca2000: completata ma non per intero. Righe dell'origine"),
+                 qPrintable(log));
+    }
+
+    void namesQuestionsAndWhatIsBuilt() {
+        const QJsonArray origins = m_cli->Run({"origins", "--json"}).Json()["origins"].toArray();
+        const QJsonObject arca = origins[6].toObject();
+        const QJsonArray questions = arca["buttons"].toArray()[0].toObject()["questions"].toArray();
+        QCOMPARE(questions.size(), 1);
+        QVERIFY(questions[0].toObject()["question"].toString().startsWith("Vuoi riportare"));
+        QCOMPARE(arca["built"].toBool(), true);
+        QCOMPARE(origins[7].toObject()["built"].toBool(), false);
+        QVERIFY(m_cli->Run({"origins"}).output.contains("(non disponibile in questa versione)"));
     }
 
     void checksWithoutWriting() {

@@ -46,22 +46,23 @@ private slots:
     void answersFromTheCommandLine() {
         FakeTerminal fake;
         TerminalOperator person(fake.Streams(true, false), {{true, false}, {"testo"}, {"/a.xls"}});
-        QVERIFY(person.Ask("Prima?"));
-        QVERIFY(!person.Ask("Seconda?"));
+        QCOMPARE(person.Ask("Prima?", Question::Plain, "Azienda: X01"), Answer::Yes);
+        QCOMPARE(person.Ask("Seconda?"), Answer::No);
         QCOMPARE(person.Input("Nome:", "", "altro"), std::optional<QString>("testo"));
         QCOMPARE(person.OpenFile("File:", ""), QString("/a.xls"));
-        QCOMPARE(fake.Lines, QStringList({"Prima? sì", "Seconda? no"}));
+        QCOMPARE(fake.Lines, QStringList({"Azienda: X01", "Prima? sì", "Seconda? no"}));
         QVERIFY(fake.Prompts.isEmpty());
         fake.Typed = {"sì"};
-        QVERIFY(person.Ask("Terza?")); // the answers of the command line are used up
+        QCOMPARE(person.Ask("Terza?"), Answer::Yes); // the answers of the command line are used up
     }
 
     void asksAPerson_data() {
-        Columns<QStringList, bool>("typed", "answer");
-        Row("s", QStringList{"s"}, true);
-        Row("SI", QStringList{" SI "}, true);
-        Row("n", QStringList{"n"}, false);
-        Row("asked again", QStringList{"", "forse", "no"}, false);
+        Columns<QStringList, Answer>("typed", "answer");
+        Row("s", QStringList{"s"}, Answer::Yes);
+        Row("SI", QStringList{" SI "}, Answer::Yes);
+        Row("n", QStringList{"n"}, Answer::No);
+        Row("asked again", QStringList{"", "forse", "no"}, Answer::No);
+        Row("end of the input", QStringList{"forse"}, Answer::GivenUp);
     }
     void asksAPerson() {
         QFETCH(QStringList, typed);
@@ -69,18 +70,15 @@ private slots:
         fake.Typed = typed;
         TerminalOperator person(fake.Streams(true, false), {});
         QTEST(person.Ask("Vuoi?"), "answer");
-        QCOMPARE(fake.Prompts.size(), typed.size());
+        QCOMPARE(fake.Prompts.size(), typed.size() + (person.GaveUp() ? 1 : 0));
+        QCOMPARE(person.GaveUp(), typed == QStringList{"forse"});
     }
 
     void failsWithoutAnAnswer() {
-        for (const bool present : {false, true}) { // nobody there, or somebody who gives up
-            FakeTerminal fake;
-            TerminalOperator person(fake.Streams(present, false), {});
-            const auto error = ErrorOf<ImportError>([&] { person.Ask("Vuoi?"); });
-            QVERIFY(error && error->Message().contains("\"Vuoi?\"") && error->Message().contains("--answer"));
-        }
         FakeTerminal fake;
         TerminalOperator person(fake.Streams(false, false), {});
+        const auto error = ErrorOf<ImportError>([&] { person.Ask("Vuoi?"); });
+        QVERIFY(error && error->Message().contains("\"Vuoi?\"") && error->Message().contains("--answer"));
         QVERIFY(ErrorOf<ImportError>([&] { person.Input("Nome:", "", "x"); })->Message().contains("--input"));
         QVERIFY(ErrorOf<ImportError>([&] { person.OpenFile("File:", ""); })->Message().contains("--file"));
     }

@@ -87,12 +87,13 @@ void TakeSequence(TestWindow& test, const Album& album) {
 }
 
 void TakeProgress(TestWindow& test, const Album& album) {
-    frmProgress dialog(&test.Window());
+    double seconds = 0;
+    frmProgress dialog(&test.Window(), [&seconds] { return seconds; });
     dialog.SetStep("Controparti");
     dialog.SetMax(20000);
     for (int row = 6000; row <= 7200; ++row) {
         dialog.SetValue(static_cast<float>(row));
-        QTest::qSleep(1);
+        seconds += 0.001;
     }
     album.Take(dialog, "frmProgress");
 }

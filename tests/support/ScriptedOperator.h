@@ -2,6 +2,8 @@
 
 #include "core/Operator.h"
 
+#include <QSet>
+
 #include <deque>
 
 /// An operator that plays a script and records what was asked and shown.
@@ -14,7 +16,8 @@ public:
     struct Asked {
         QString question;
         Question style;
-        bool answer;
+        Answer answer;
+        QString details;
     };
     struct Prompted {
         QString prompt;
@@ -32,6 +35,7 @@ public:
     // The script. A question looks up its own text first, then takes the next answer of the queue, then `Otherwise`;
     // without any of them it raises `ImportError`, so that an unexpected question is seen.
     QHash<QString, bool> AnswerTo;
+    QSet<QString> GiveUpAt; ///< questions at which the operator gives up
     std::deque<bool> Answers;
     std::optional<bool> Otherwise;
     std::deque<std::optional<QString>> Inputs; ///< one per input box; past the end the default text is confirmed
@@ -49,8 +53,10 @@ public:
     QVector<ErrorEntry> Reported; ///< errors that ended a procedure
     std::deque<ProgressRecord> Progresses;
     int BusyChanges = 0;
-    /// Everything in order: "[i] text", "[!] text", "? question = si", "> prompt", "file title", "error message",
-    /// "progress", "progress closed".
+    std::optional<double> Time; ///< seconds on the operator's clock; the real ones without
+    double Thinks = 0;          ///< seconds of `Time` that pass while a question waits
+    /// Everything in order: "[i] text", "[!] text", "? question = si" (or "no", "esc"), "> prompt", "file title",
+    /// "error message", "progress", "progress closed".
     QStringList Events;
 
     void Message(const QString& text, Icon icon = Icon::Information) override {
@@ -58,10 +64,13 @@ public:
         Events.append((icon == Icon::Information ? "[i] " : "[!] ") + text);
     }
 
-    bool Ask(const QString& question, Question style = Question::Plain) override {
-        const bool answer = AnswerFor(question);
-        Questions.append({question, style, answer});
-        Events.append("? " + question + (answer ? " = si" : " = no"));
+    Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override {
+        const Waiting waiting(*this);
+        Time = Time ? std::optional(*Time + Thinks) : std::nullopt;
+        const Answer answer = AnswerFor(question);
+        Questions.append({question, style, answer, details});
+        static const QStringList names{"si", "no", "esc"};
+        Events.append("? " + question + " = " + names.at(static_cast<int>(answer)));
         return answer;
     }
 
@@ -98,6 +107,7 @@ public:
 
 protected:
     void ShowBusy(bool /*busy*/) override { ++BusyChanges; }
+    double Seconds() const override { return Time ? *Time : Operator::Seconds(); }
 
 private:
     class ScriptedProgress final : public Progress {
@@ -136,15 +146,19 @@ private:
         return next;
     }
 
-    bool AnswerFor(const QString& question) {
+    Answer AnswerFor(const QString& question) {
+        const auto word = [](bool yes) { return yes ? Answer::Yes : Answer::No; };
+        if (GiveUpAt.contains(question)) {
+            return Answer::GivenUp;
+        }
         if (const auto known = AnswerTo.constFind(question); known != AnswerTo.constEnd()) {
-            return *known;
+            return word(*known);
         }
         if (!Answers.empty()) {
-            return Next(Answers);
+            return word(Next(Answers));
         }
         if (Otherwise) {
-            return *Otherwise;
+            return word(*Otherwise);
         }
         Events.append("? " + question + " without an answer");
         throw ImportError("Domanda senza risposta nel copione: " + question);

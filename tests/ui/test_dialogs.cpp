@@ -19,13 +19,14 @@ private slots:
     // --- Progress ---
 
     void ProgressClampsAndTells() {
-        frmProgress dialog(nullptr);
+        double seconds = 0;
+        frmProgress dialog(nullptr, [&seconds] { return ++seconds; });
         auto* bar = dialog.findChild<QProgressBar*>("prgImport");
         dialog.SetStep("Controparti");
         dialog.SetMax(40);
         QCOMPARE(dialog.findChild<QLabel*>("lblProgress")->text(), QString("Importazione in corso Controparti..."));
         dialog.SetValue(10);
-        QTRY_VERIFY((dialog.SetValue(10), bar->value() * 4 == bar->maximum()));
+        QCOMPARE(bar->value() * 4, bar->maximum());
         QCOMPARE(dialog.findChild<QLabel*>("lblDone")->text(), QString("10 di 40"));
         for (const float value : {40.0F, 50.0F}) {
             dialog.SetValue(value);
@@ -37,7 +38,8 @@ private slots:
     }
 
     void ACancelIsSeenAtTheNextValue() {
-        frmProgress dialog(nullptr);
+        double seconds = 0;
+        frmProgress dialog(nullptr, [&seconds] { return ++seconds; });
         dialog.SetMax(10);
         auto* cancel = dialog.findChild<QPushButton*>("cmdCancel");
         QTimer::singleShot(0, cancel, &QPushButton::click);
@@ -48,6 +50,23 @@ private slots:
         QVERIFY(!cancel->isEnabled());
         dialog.SetValue(2);
         QVERIFY(dialog.Cancel());
+    }
+
+    void TheLastStrokeOfARowOfBoxesCancelsNothing_data() {
+        Columns<QList<int>, bool>("keys", "cancels");
+        Row("enter", QList<int>{Qt::Key_Return, Qt::Key_Enter}, false);
+        Row("space", QList<int>{Qt::Key_Space}, false);
+        Row("the button is chosen first", QList<int>{Qt::Key_Tab, Qt::Key_Space}, true);
+    }
+    void TheLastStrokeOfARowOfBoxesCancelsNothing() {
+        QFETCH(QList<int>, keys);
+        frmProgress dialog(nullptr, [] { return 0.0; });
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        for (const int key : keys) {
+            QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+        }
+        QTEST(dialog.Cancel(), "cancels");
+        QVERIFY(dialog.isVisible());
     }
 
     void ClosingTheProgressAsksAndNeverClosesIt() {
@@ -151,6 +170,7 @@ private slots:
     void QuestionsLookAsTheyAreMeant_data() {
         Columns<int, int, QString>("style", "icon", "byDefault");
         Row("plain", static_cast<int>(Question::Plain), static_cast<int>(QMessageBox::Question), "cmdYes");
+        Row("plain, no", static_cast<int>(Question::PlainNo), static_cast<int>(QMessageBox::Question), "cmdNo");
         Row("warning", static_cast<int>(Question::Exclamation), static_cast<int>(QMessageBox::Warning), "cmdYes");
         Row("warning, no", static_cast<int>(Question::ExclamationNo), static_cast<int>(QMessageBox::Warning), "cmdNo");
     }
@@ -166,17 +186,48 @@ private slots:
             pointerIsFree = QGuiApplication::overrideCursor() == nullptr;
             driver.Events = {box.windowTitle(), box.text(), QString::number(box.icon()),
                              box.defaultButton()->objectName()};
-            QTest::keyClick(&box, Qt::Key_Escape);
+            QTest::keyClick(&box, Qt::Key_Return);
             return true;
         };
         {
             const Operator::Busy busy(person);
-            QVERIFY(!person.Ask("Davvero <b>?", static_cast<Question>(style)));
+            const Answer answer = person.Ask("Davvero <b>?", static_cast<Question>(style));
+            QCOMPARE(answer, byDefault == "cmdYes" ? Answer::Yes : Answer::No);
             QVERIFY(pointerIsFree);
             QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
         }
         QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
         QCOMPARE(driver.Events, QStringList({"Quadrix Data Import", "Davvero <b>?", QString::number(icon), byDefault}));
+    }
+
+    void GivingAQuestionUpIsNoNo_data() {
+        Columns<std::function<void(QMessageBox&)>, int>("act", "answer");
+        Row("escape", std::function<void(QMessageBox&)>([](auto& box) { QTest::keyClick(&box, Qt::Key_Escape); }),
+            static_cast<int>(Answer::GivenUp));
+        Row("close button", std::function<void(QMessageBox&)>([](auto& box) { box.close(); }),
+            static_cast<int>(Answer::GivenUp));
+        Row("no", std::function<void(QMessageBox&)>([](auto& box) { QTest::keyClick(&box, Qt::Key_N); }),
+            static_cast<int>(Answer::No));
+    }
+    void GivingAQuestionUpIsNoNo() {
+        QFETCH(std::function<void(QMessageBox&)>, act);
+        WindowOperator person;
+        DialogDriver driver;
+        QString shown;
+        int visible = 0;
+        driver.On = [&](QWidget& dialog) {
+            auto& box = dynamic_cast<QMessageBox&>(dialog);
+            shown = box.findChild<QLabel*>("qt_msgbox_informativelabel")->text();
+            for (const QAbstractButton* button : box.buttons()) {
+                visible += button->isVisible() ? 1 : 0;
+            }
+            act(box);
+            return true;
+        };
+        const Answer answer = person.Ask("Davvero?", Question::Plain, "Azienda: X01 A<b>\nSorgente: /tmp");
+        QTEST(static_cast<int>(answer), "answer");
+        QCOMPARE(shown, QString("Azienda: X01 A&lt;b&gt;<br>Sorgente: /tmp"));
+        QCOMPARE(visible, 2);
     }
 
     void AnErrorCanBeRetriedSkippedOrEnded_data() {

@@ -77,7 +77,7 @@ private slots:
         QVERIFY(test.Result().inserted > RowCount / 2);
         QVERIFY(test.Get().Source == nullptr);
         QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
-        QVERIFY(test.Text("txtResult").contains("Righe lette 120"));
+        QVERIFY(test.Text("txtResult").contains("Righe dell'origine 120"));
         QVERIFY(test.Text("txtLog").contains("Inizio importazione controparti"));
     }
 

@@ -1,0 +1,107 @@
+#include "app/confirmation.h"
+
+#include "app/procedureTitle.h"
+#include "sql/mod_ovTools.h"
+
+#include <QDir>
+#include <QLocale>
+
+using namespace contract;
+
+namespace confirmation {
+
+namespace {
+
+QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
+
+/// The part of a connection string behind one of the keys; empty when it has none of them.
+QString PartOf(const QString& connectionString, const QStringList& keys) {
+    for (const QString& part : connectionString.split(u';', Qt::SkipEmptyParts)) {
+        if (keys.contains(part.section(u'=', 0, 0).trimmed(), Qt::CaseInsensitive)) {
+            return part.section(u'=', 1).trimmed();
+        }
+    }
+    return {};
+}
+
+QString Of(const ovConnection& source) {
+    if (!source.ConnectionString.isEmpty()) {
+        const QString place = PartOf(source.ConnectionString, {"DBQ", "Data Source", "Server", "DSN"});
+        const QString database = PartOf(source.ConnectionString, {"Initial Catalog", "Database"});
+        return database.isEmpty() ? place : QString(place + QStringLiteral(", database ") + database);
+    }
+    if (!source.DSN.isEmpty()) {
+        return QStringLiteral("DSN ") + source.DSN;
+    }
+    return source.Embedded ? QDir::toNativeSeparators(source.DatabaseName)
+                           : QStringLiteral("server %1, database %2").arg(source.Server, source.DatabaseName);
+}
+
+/// What the settings say of a source that is not open yet; a key that is not set is left out.
+QString OfSettings(Session& session) {
+    QStringList parts;
+    for (const QString& key : {QStringLiteral("Databasename"), QStringLiteral("Servername"), QStringLiteral("DSN")}) {
+        const QString value = session.Config.PeekAppConfig(QStringLiteral("IMPORT"), key);
+        if (!value.isEmpty()) {
+            parts.append(key + u'=' + value);
+        }
+    }
+    return parts.isEmpty() ? QString() : QString(parts.join(QStringLiteral(", ")) + QStringLiteral(" (impostazioni)"));
+}
+
+/// -1 when they cannot be counted.
+qint64 Count(Session& session, const RowsToDelete& rows) {
+    try {
+        const QString where = rows.where.isEmpty() ? QString() : QString(" WHERE " + rows.where);
+        return session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + rows.table + where);
+    } catch (const Error&) {
+        return -1; // the check before the run tells what is missing
+    }
+}
+
+} // namespace
+
+QString CompanyLine(Session& session) {
+    const QString code = session.UserManager.Azienda();
+    const QString literal = mod_ovTools::FormatSqlValue(code, DataType::NVarChar, session.Quadrix.ProviderType);
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = " + literal);
+    const QString name = rows.Eof() ? QString() : mod_ovTools::ToText(rows.Value("AZRAS"));
+    return QStringLiteral("Azienda: %1 %2").arg(code, name).trimmed();
+}
+
+QString RunDetails(Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
+    QStringList titles;
+    bool opens = false;
+    for (const Procedure* procedure : procedures) {
+        titles.append(ProcedureTitle(origin, *procedure));
+        opens = opens || procedure->opensSource;
+    }
+    QStringList lines{CompanyLine(session), QStringLiteral("Origine: ") + origin.name,
+                      QStringLiteral("Operazione: ") + titles.join(QStringLiteral(", "))};
+    const QString source = !opens ? QString() : session.Source ? Of(*session.Source) : OfSettings(session);
+    if (!source.isEmpty()) {
+        lines.append(QStringLiteral("Sorgente: ") + source);
+    }
+    return lines.join(u'\n');
+}
+
+QString RowsText(Session& session, const std::vector<RowsToDelete>& rows) {
+    QStringList lines;
+    qint64 total = 0;
+    bool atMost = false;
+    for (const RowsToDelete& each : rows) {
+        const qint64 count = Count(session, each);
+        if (count > 0) {
+            lines.append(QStringLiteral("  %1: %2").arg(each.table, Number(count)));
+            total += count;
+            atMost = atMost || each.atMost;
+        }
+    }
+    if (lines.isEmpty()) {
+        return QStringLiteral("Nessuna riga da eliminare.");
+    }
+    const QString upTo = atMost ? QStringLiteral("fino a ") : QString();
+    return QStringLiteral("Righe che verranno eliminate: %1%2\n%3").arg(upTo, Number(total), lines.join(u'\n'));
+}
+
+} // namespace confirmation

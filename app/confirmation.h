@@ -1,0 +1,17 @@
+#pragma once
+
+#include "adapters/emptied.h"
+
+/// What a person sees under a question before anything is written: lines of text.
+namespace confirmation {
+
+/// "Azienda: X04 Rossi & Figli", the company under work.
+QString CompanyLine(Session& session);
+/// Company, origin, what the procedures do, and the source: that which is open, else what the settings say of it. A
+/// password is never shown.
+QString RunDetails(Session& session, const contract::Origin& origin,
+                   const std::vector<const contract::Procedure*>& procedures);
+/// "Righe che verranno eliminate: 6.452" and, below it, those of each table that has some.
+QString RowsText(Session& session, const std::vector<contract::RowsToDelete>& rows);
+
+} // namespace confirmation

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "adapters/contract/Origin.h"
+
+/// What a procedure does, as the operator calls it: "Controparti da Arca 2000". One that imports nothing is called by
+/// its button's caption, or else by its own name: "Riallinea DRORI (WinProgest)".
+QString ProcedureTitle(const contract::Origin& origin, const contract::Procedure& procedure);
+/// The same for a procedure of a result; its bare name when no origin of the list has it.
+QString ProcedureTitle(const QString& module, const QString& procedure);

@@ -1,0 +1,66 @@
+#include "core/runEnding.h"
+
+#include <QLocale>
+
+namespace {
+
+QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
+
+} // namespace
+
+Ending EndingOf(const RunResult& result) {
+    switch (result.outcome) {
+    case RunResult::Outcome::Failed:
+        return Ending::Failed;
+    case RunResult::Outcome::Cancelled:
+        return Ending::Interrupted;
+    case RunResult::Outcome::Done:
+        break;
+    }
+    return result.givenUpCount > 0 || result.failedLookUps > 0 ? Ending::Incomplete : Ending::Complete;
+}
+
+QString EndingText(Ending ending) {
+    switch (ending) {
+    case Ending::Incomplete:
+        return QStringLiteral("completata ma non per intero");
+    case Ending::Interrupted:
+        return QStringLiteral("interrotta dall'operatore");
+    case Ending::Failed:
+        return QStringLiteral("interrotta da un errore");
+    case Ending::Complete:
+        break;
+    }
+    return QStringLiteral("completata");
+}
+
+QString LossesText(const RunResult& result) {
+    QStringList losses;
+    if (result.givenUpCount > 0) {
+        losses.append("Righe abbandonate: " + Number(result.givenUpCount));
+    }
+    if (result.failedLookUps > 0) {
+        losses.append((losses.isEmpty() ? "Ricerche non riuscite: " : "ricerche non riuscite: ") +
+                      Number(result.failedLookUps));
+    }
+    return losses.join(QStringLiteral(", "));
+}
+
+QString RowsLine(const RunResult& result) {
+    return QStringLiteral(
+               "Righe dell'origine %1: inserite %2, aggiornate %3, saltate %4, abbandonate %5, non raggiunte %6")
+        .arg(Number(result.sourceRows), Number(result.inserted), Number(result.updated), Number(result.skipped),
+             Number(result.givenUpCount), Number(result.notReached));
+}
+
+QString DeletedText(qint64 rows) {
+    if (rows < 0) {
+        return {};
+    }
+    return rows == 1 ? QStringLiteral("1 riga eliminata") : Number(rows) + QStringLiteral(" righe eliminate");
+}
+
+QString EmptiedLine(const QString& table, qint64 rows) {
+    const QString line = QStringLiteral("Tabella %1: svuotata").arg(table);
+    return rows < 0 ? line : QString(line + " (" + DeletedText(rows) + ')');
+}
