@@ -82,6 +82,12 @@ QString Named(const Who& who) {
                                          : numbers.join(QStringLiteral(", ")));
 }
 
+/// The name of both lines; one that was cut at the end of the first goes on without a blank.
+QString WholeName(const QString& first, const QString& second) {
+    constexpr qsizetype cut = 35;
+    return QString(first + (first.size() == cut ? QString() : QStringLiteral(" ")) + second).simplified();
+}
+
 std::optional<TakenCode> ReadTakenCode(Session& session) {
     const QString value = session.Config.PeekAppConfig(QStringLiteral("IMPORT"), QStringLiteral("CodiceOccupato"));
     const auto is = [&value](QLatin1String text) { return value.compare(text, Qt::CaseInsensitive) == 0; };
@@ -109,7 +115,7 @@ std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QSt
                                                           m_run.FullName(QStringLiteral("CON_TRO")) +
                                                           QStringLiteral(" WHERE ") + condition);
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        parties.push_back({row.Text("CDCON"), QString(row.Text("CORAS") + u' ' + row.Text("CORA2")).trimmed(),
+        parties.push_back({row.Text("CDCON"), WholeName(mod_ovTools::ToText(row.Value("CORAS")), row.Text("CORA2")),
                            row.Text("COIVA"), row.Text("COFIS"), row.Text("COCGE"), row.Text("COFGE")});
     }
     return parties;

@@ -195,17 +195,17 @@ private slots:
         const auto write = [&](const Placement& place, const Roles& roles, const QString& telephone) {
             CounterpartyWriter writer(target.Run, {});
             writer.Write(Mapped(), row, place, roles);
-            writer.Numbers(OwnerOf(place), row, {.office = "TEL", .mail = "MAIL"});
+            writer.Numbers(OwnerOf(place), row, {"TEL", {}, {}, {}, "MAIL", {}});
             writer.Telephone(OwnerOf(place), "Ufficio", telephone);
         };
         write({"000001", false}, RoleOf(true), {});
         QCOMPARE(target.Rows("SELECT COMOP, COMOA, COLSF, COCLI, COFOR FROM X01_CON_TRO"),
-                 QStringList{"R30|NULL|NULL|True|False"});
+                 QStringList{"R30|NULL|NULL|true|false"});
         for (int i = 0; i < 2; ++i) {
             write({"000001", true}, RoleOf(false), "0039 0471-5678");
         }
         QCOMPARE(target.Rows("SELECT COMOP, COMOA, COLSF, COCGE, COFGE, COCLI, COFOR FROM X01_CON_TRO"),
-                 QStringList{"R30|R30|L1|C1|C1|True|True"});
+                 QStringList{"R30|R30|L1|C1|C1|true|true"});
         QCOMPARE(target.Rows("SELECT NRNUM FROM X01_NUM_TEL"), QStringList({"04711234", "003904715678"}));
         QCOMPARE(target.Rows("SELECT WBIND FROM X01_IND_WEB"), QStringList{"info@verdi.it"});
     }
