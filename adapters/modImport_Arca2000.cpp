@@ -64,7 +64,7 @@ const Mapping& Controparti() {
             {"COVAL", "valuta", Text()},
             {"COFIS", "codfiscale", NotBlank(Text())},
             {"COIVA", "partiva", NotBlank(Text())},
-            {"COESE", "aliiva", ExemptVat("anagrafe", "aliva")},
+            {"COESE", "aliiva", Exemption(Translated("anagrafe", "aliva"))},
             {"COTPF", "", Constant("RI")},
             {"COMOP", "pag", CustomerOnly(Translated("anagrafe", "pag"))},
             {"COMOA", "pag", SupplierOnly(Translated("anagrafe", "pag"))},
@@ -179,14 +179,14 @@ const Mapping& PianoConti() {
 bool IsCustomerCode(const QString& code) { return code.startsWith(u'C', Qt::CaseInsensitive); }
 
 /// Customers keep the number of their code, suppliers are numbered after the highest code present.
-QString AssignCode(ImportRun& run, const CounterpartyWriter& writer, const QString& sourceCode) {
+QString AssignCode(ImportRun& run, const CounterpartyRegister& parties, const QString& sourceCode) {
     const QString known =
         modImport::GetNewCode(run.GetSession(), Anagrafe, QStringLiteral("codice"), sourceCode, false);
     if (!known.isEmpty()) {
         return known;
     }
     if (!IsCustomerCode(sourceCode)) {
-        return writer.NextCode();
+        return parties.NextCode();
     }
     bool isNumber = false;
     const qint64 number = sourceCode.mid(1).toLongLong(&isNumber);
@@ -206,9 +206,9 @@ RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
     return RowOutcome::Updated;
 }
 
-void WriteContact(const CounterpartyWriter& writer, const SourceRow& row, const QString& code) {
+void WriteContact(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
     if (!row.IsBlank("persdacont")) {
-        writer.Contact(code, row.Text("persdacont"));
+        writer.Contact(owner, row.Text("persdacont"));
     }
 }
 
@@ -220,19 +220,19 @@ void WriteTelephones(const CounterpartyWriter& writer, const SourceRow& row, con
 }
 
 /// The address of a department: a contact of its own when the operator wants it so, else on the counterparty.
-void WriteDepartmentMail(const CounterpartyWriter& writer, const Owner& owner, const QString& address, bool asContact,
+void WriteDepartmentMail(CounterpartyWriter& writer, const Owner& owner, const QString& address, bool asContact,
                          const QString& department, const QString& label) {
     if (address.isEmpty()) {
         return;
     }
     if (asContact) {
-        writer.Mail(writer.Contact(owner.key, department), "@ Principale", address);
+        writer.Mail(writer.Contact(owner, department), "@ Principale", address);
     } else {
         writer.Mail(owner, label, address);
     }
 }
 
-void WriteAddresses(const CounterpartyWriter& writer, const SourceRow& row, const Owner& owner, bool mailsToContacts) {
+void WriteAddresses(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner, bool mailsToContacts) {
     writer.WebSite(owner, row.Text("url"));
     writer.Mail(owner, "@ Principale", row.Text("email"));
     writer.Mail(owner, mailsToContacts ? "@ Principale" : "@ Amministrazione", row.Text("emailamm"));
@@ -240,7 +240,7 @@ void WriteAddresses(const CounterpartyWriter& writer, const SourceRow& row, cons
     WriteDepartmentMail(writer, owner, row.Text("emailacq"), mailsToContacts, "ACQUISTI", "@ Magazzino");
 }
 
-void WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts) {
+void WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& counterparty) {
     Session& session = run.GetSession();
     const QString defaultBranch = row.Text("destdiv");
     Recordset rows = session.SourceConnection().ExecuteWC("SELECT * FROM destinaz\rWHERE codicecf = " +
@@ -250,48 +250,42 @@ void WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const Sourc
             continue;
         }
         TargetRow target = writer.NewRow("CON_SED");
-        Sedi().Apply(target, session, branch, facts);
+        Sedi().Apply(target, session, branch, {counterparty.key});
         // Which branch is the default stands in the counterparty's row, which a mapping of the branch does not see.
         target.Set("SEDEF", !defaultBranch.isEmpty() && defaultBranch == branch.Text("codicedes"));
-        const Owner owner = writer.Branch(target);
+        const Owner owner = writer.Branch(counterparty, target);
         writer.Telephone(owner, "Ufficio", branch.Text("telefono"));
         writer.Telephone(owner, "Fax (uff.)", branch.Text("fax"));
     }
 }
 
-/// A supplier without VAT number and tax code is recognised by its code in the source, so that a second run does not
-/// number it anew. Empty when it is not there yet.
-QString SupplierImportedBefore(ImportRun& run, const SourceRow& row) {
-    if (IsCustomerCode(row.Text("codice")) || !row.IsBlank("partiva") || !row.IsBlank("codfiscale")) {
-        return {};
-    }
-    return LookUp(run.GetSession(), "CON_TRO", "COFGE", row.Text("codice"), "CDCON");
-}
-
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, bool mailsToContacts) {
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row,
+                             bool mailsToContacts) {
     const QString sourceCode = row.Text("codice");
-    const QVariant created = row.IsBlank("timestamp") ? QVariant() : row.Value("timestamp");
-    const CounterpartyWriter writer(run, created);
-    const QString same = writer.FindByIdentity(row.Text("partiva"), row.Text("codfiscale"));
-    if (!same.isEmpty()) {
+    const Roles roles = RoleOf(IsCustomerCode(sourceCode));
+    const QString name = QString(row.Text("descrizion") + ' ' + row.Text("supragsoc")).trimmed();
+    const SourceIdentity source{
+        Anagrafe, "codice", sourceCode, roles, name, row.Text("partiva"), row.Text("codfiscale")};
+    if (const QString same = parties.FindSame(source); !same.isEmpty()) {
         return GainRole(run, row, same);
     }
-    if (const QString before = SupplierImportedBefore(run, row); !before.isEmpty()) {
+    // A supplier's code does not tell its number: without this a second run would number it anew.
+    if (const QString before = roles.supplier ? parties.ImportedBefore(source) : QString(); !before.isEmpty()) {
         return GainRole(run, row, before);
     }
-    const Facts facts{AssignCode(run, writer, sourceCode), IsCustomerCode(sourceCode)};
-    if (writer.Exists(facts.code)) {
-        run.Log("CONTROPARTE DOPPIA: " + facts.code);
-        return GainRole(run, row, facts.code);
+    const Placement place = parties.Settle(source, AssignCode(run, parties, sourceCode));
+    if (place.known) {
+        return GainRole(run, row, place.code);
     }
     TargetRow target(run, "CON_TRO");
-    Controparti().Apply(target, run.GetSession(), row, facts);
+    Controparti().Apply(target, run.GetSession(), row, {place.code, roles});
     target.Insert();
-    const Owner owner{"CON_TRO", facts.code};
-    WriteContact(writer, row, facts.code);
+    CounterpartyWriter writer(run, row.IsBlank("timestamp") ? QVariant() : row.Value("timestamp"));
+    const Owner owner = OwnerOf(place);
+    WriteContact(writer, row, owner);
     WriteTelephones(writer, row, owner);
     WriteAddresses(writer, row, owner, mailsToContacts);
-    WriteBranches(run, writer, row, facts);
+    WriteBranches(run, writer, row, owner);
     return RowOutcome::Inserted;
 }
 
@@ -314,12 +308,13 @@ void ImportContropartiArca2000(Session& session, const QString& singleCode, bool
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run, TakenCode::Update);
         run.Truncate(reset, CounterpartyTables());
         const bool mailsToContacts = run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
         const QString where = singleCode.isEmpty() ? QString() : "\rWHERE codice = " + run.Quoted(singleCode);
         const ImportRun::Loop loop{"Controparti", Anagrafe, "codice", "SELECT COUNT(*) FROM anagrafe" + where,
                                    "SELECT * \rFROM anagrafe" + where + "\rORDER BY codice"};
-        run.Rows(loop, [&](const SourceRow& row) { return ImportControparte(run, row, mailsToContacts); });
+        run.Rows(loop, [&](const SourceRow& row) { return ImportControparte(run, parties, row, mailsToContacts); });
         run.Complete("Controparti importate correttamente!");
     });
 }

@@ -53,9 +53,8 @@ Rule FixedDay() {
             }};
 }
 
-/// What a counterparty has whatever its role.
-const Mapping& Controparti() {
-    static const Mapping mapping{
+const CounterpartyMapping& Controparti() {
+    static const CounterpartyMapping mapping({
         "CON_TRO",
         Cf,
         {
@@ -66,9 +65,18 @@ const Mapping& Controparti() {
             {"COINV", "", Today()},
             {"COANN", "Obsoleto", Flag()},
             {"COCON", "", Constant(true)},
-            // The roles that the row has are set behind.
-            {"COCLI", "", Constant(false)},
-            {"COFOR", "", Constant(false)},
+            {"COCLI", "Cliente, Cd_CF", IsCustomer()},
+            {"COMAC", "Cd_CGConto_Mastro", CustomerOnly(NotBlank(Text()))},
+            {"COSC1", "Sconto", CustomerOnly(Discount(1))},
+            {"COSC2", "Sconto", CustomerOnly(Discount(2))},
+            {"COSC3", "Sconto", CustomerOnly(Discount(3))},
+            {"COCGE", "Cd_CF", CustomerOnly(Text())},
+            {"COFOR", "Fornitore, Cd_CF", IsSupplier()},
+            {"COMAF", "Cd_CGConto_Mastro", SupplierOnly(NotBlank(Text()))},
+            {"COSF1", "Sconto", SupplierOnly(Discount(1))},
+            {"COSF2", "Sconto", SupplierOnly(Discount(2))},
+            {"COSF3", "Sconto", SupplierOnly(Discount(3))},
+            {"COFGE", "Cd_CF", SupplierOnly(Text())},
             {"COPER", "TipoDitta", Choice({{"G", "0"}, {"", "0"}}, "1")},
             {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
             {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
@@ -80,13 +88,23 @@ const Mapping& Controparti() {
             {"COLNG", "Id_Lingua", Language()},
             {"COZON", "Cd_CFZona", Translated(Cf, "Cd_CFZona")},
             {"COSET", "Cd_CFSettore", Translated(Cf, "Cd_CFSettore")},
-            {"COVAL", "Cd_VL", Or(TranslatedOrKnown(Cf, "Cd_VL", "TAB_VAL"), schema::defaults::Currency)},
+            {"COVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
             {"COFIS", "CodiceFiscale", NotBlank(Text())},
             {"COIVA", "PartitaIva", NotBlank(Text())},
             {"COCFE", "CodiceIPA", NotBlank(Text())},
             {"COESE", "Cd_Aliquota", ExemptVat(Cf, "Cd_Aliquota")},
             {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
             {"COSPP", "IvaSplit", Flag()},
+            {"COMOP", "Cd_PG", CustomerOnly(TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP"))},
+            {"COMAS", "Cd_CGConto_Merce", CustomerOnly(NotBlank(Text()))},
+            {"COLSC", "Cd_LS_1", CustomerOnly(Translated(Cf, "Cd_LS_1"))},
+            {"COCCC", "Cd_CFGruppo1", CustomerOnly(Translated(Cf, "Cd_CFGruppo1"))},
+            {"COGPV", "ScGiornoFisso1", CustomerOnly(FixedDay())},
+            {"COMOA", "Cd_PG", SupplierOnly(TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP"))},
+            {"COCAC", "Cd_CGConto_Merce", SupplierOnly(NotBlank(Text()))},
+            {"COLSF", "Cd_LS_1", SupplierOnly(Translated(Cf, "Cd_LS_1"))},
+            {"COCCF", "Cd_CFGruppo1", SupplierOnly(Translated(Cf, "Cd_CFGruppo1"))},
+            {"COGPA", "ScGiornoFisso1", SupplierOnly(FixedDay())},
             {"COBAN", "Cd_CGConto_Banca", OurBank()},
             {"COFID", "Fido", RoundedTo(2)},
             {"COCLC", "Cd_CFClasse1", Translated(Cf, "Cd_CFClasse1")},
@@ -99,71 +117,7 @@ const Mapping& Controparti() {
             {"COBLK", "Cd_CFStato", Choice({{"", "0"}}, "1")},
             {"CONOT", "Note_CF", Text()},
         },
-    };
-    return mapping;
-}
-
-/// What a customer's row adds to a counterparty, also to one that is there already.
-const Mapping& RuoloCliente() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Cf,
-        {
-            {"COCLI", "", Constant(true)},
-            {"COMAC", "Cd_CGConto_Mastro", NotBlank(Text())},
-            {"COSC1", "Sconto", Discount(1)},
-            {"COSC2", "Sconto", Discount(2)},
-            {"COSC3", "Sconto", Discount(3)},
-            {"COCGE", "Cd_CF", Text()},
-        },
-    };
-    return mapping;
-}
-
-/// What a supplier's row adds to a counterparty, also to one that is there already.
-const Mapping& RuoloFornitore() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Cf,
-        {
-            {"COFOR", "", Constant(true)},
-            {"COMAF", "Cd_CGConto_Mastro", NotBlank(Text())},
-            {"COSF1", "Sconto", Discount(1)},
-            {"COSF2", "Sconto", Discount(2)},
-            {"COSF3", "Sconto", Discount(3)},
-            {"COFGE", "Cd_CF", Text()},
-        },
-    };
-    return mapping;
-}
-
-const Mapping& CondizioniCliente() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Cf,
-        {
-            {"COMOP", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
-            {"COMAS", "Cd_CGConto_Merce", NotBlank(Text())},
-            {"COLSC", "Cd_LS_1", Translated(Cf, "Cd_LS_1")},
-            {"COCCC", "Cd_CFGruppo1", Translated(Cf, "Cd_CFGruppo1")},
-            {"COGPV", "ScGiornoFisso1", FixedDay()},
-        },
-    };
-    return mapping;
-}
-
-const Mapping& CondizioniFornitore() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Cf,
-        {
-            {"COMOA", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
-            {"COCAC", "Cd_CGConto_Merce", NotBlank(Text())},
-            {"COLSF", "Cd_LS_1", Translated(Cf, "Cd_LS_1")},
-            {"COCCF", "Cd_CFGruppo1", Translated(Cf, "Cd_CFGruppo1")},
-            {"COGPA", "ScGiornoFisso1", FixedDay()},
-        },
-    };
+    });
     return mapping;
 }
 
@@ -210,11 +164,6 @@ const Mapping& Riferimenti() {
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-struct Roles {
-    bool customer;
-    bool supplier;
-};
-
 /// The roles that the flags tell; without any, the first letter of the code does.
 Roles RolesOf(const SourceRow& row) {
     const Roles flags{mod_ovTools::ToBoolean(row.Value("Cliente")), mod_ovTools::ToBoolean(row.Value("Fornitore"))};
@@ -227,24 +176,6 @@ Roles RolesOf(const SourceRow& row) {
             QStringLiteral("colonne 'Cliente', 'Fornitore', 'Cd_CF': '%1' non è né cliente né fornitore").arg(code));
     }
     return {code.startsWith(u'C'), code.startsWith(u'F')};
-}
-
-void SetRoles(Session& session, const SourceRow& row, const Roles& roles, TargetRow& target) {
-    if (roles.customer) {
-        RuoloCliente().Apply(target, session, row, {});
-    }
-    if (roles.supplier) {
-        RuoloFornitore().Apply(target, session, row, {});
-    }
-}
-
-void SetConditions(Session& session, const SourceRow& row, const Roles& roles, TargetRow& target) {
-    if (roles.customer) {
-        CondizioniCliente().Apply(target, session, row, {});
-    }
-    if (roles.supplier) {
-        CondizioniFornitore().Apply(target, session, row, {});
-    }
 }
 
 /// The counterparty's bank: an Italian IBAN tells its parts itself; without one the other columns do.
@@ -275,9 +206,10 @@ void SetBank(ImportRun& run, const SourceRow& row, TargetRow& target) {
     set("COCOC", row.Text("ContoCorrente"));
 }
 
-/// Writes the branches and returns the destinations by their code in the source.
-QHash<QString, Owner> WriteBranches(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row,
-                                    const Facts& facts) {
+/// Writes the branches and returns the destinations by their code in the source. The two kinds are numbered apart
+/// there.
+QHash<QString, Owner> WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row,
+                                    const Owner& counterparty) {
     Session& session = run.GetSession();
     QHash<QString, Owner> destinations;
     const auto query = [&](const QString& table, const QString& number) {
@@ -287,20 +219,15 @@ QHash<QString, Owner> WriteBranches(ImportRun& run, const CounterpartyWriter& wr
     ForEachChild(session, query(Destinazioni, "Cd_CFDest"), Destinazioni, "Cd_CFDest", [&](const SourceRow& branch) {
         if (!branch.IsBlank("Indirizzo")) {
             TargetRow target = writer.NewRow("CON_SED");
-            SediConsegna().Apply(target, session, branch, facts);
-            destinations.insert(branch.Text("Cd_CFDest"), writer.Branch(target));
+            SediConsegna().Apply(target, session, branch, {counterparty.key});
+            destinations.insert(branch.Text("Cd_CFDest"), writer.Branch(counterparty, target));
         }
     });
     ForEachChild(session, query(SediTable, "Cd_CFSede"), SediTable, "Cd_CFSede", [&](const SourceRow& branch) {
         if (!branch.IsBlank("Indirizzo")) {
             TargetRow target = writer.NewRow("CON_SED");
-            SediFattura().Apply(target, session, branch, facts);
-            const QString number = branch.Text("Cd_CFSede");
-            if (destinations.contains(number)) { // the two are numbered apart in the source
-                target.Set("CDSED", QString(u'F' + number));
-                run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come 'F%2'").arg(run.RowKey(), number));
-            }
-            writer.Mail(writer.Branch(target), "@ Principale", branch.Text("EMail"));
+            SediFattura().Apply(target, session, branch, {counterparty.key});
+            writer.Mail(writer.Branch(counterparty, target), "@ Principale", branch.Text("EMail"));
         }
     });
     return destinations;
@@ -330,10 +257,10 @@ void SetCertifiedMail(ImportRun& run, const SourceRow& row, TargetRow& target) {
 }
 
 /// A contact with a name is a person of its own. Which destination the person sits at has no column: it is noted.
-Owner WritePerson(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& contact, const Facts& facts) {
+Owner WritePerson(ImportRun& run, CounterpartyWriter& writer, const SourceRow& contact, const Owner& counterparty) {
     Session& session = run.GetSession();
     TargetRow target = writer.NewRow("CON_RIF");
-    Riferimenti().Apply(target, session, contact, facts);
+    Riferimenti().Apply(target, session, contact, {counterparty.key});
     if (!contact.IsBlank("Cd_CFDest")) {
         target.Set("RFNOT", QString("Destinazione: " + contact.Text("Cd_CFDest")));
     }
@@ -343,13 +270,13 @@ Owner WritePerson(ImportRun& run, const CounterpartyWriter& writer, const Source
     if (!type.Eof()) {
         target.Set("RFTIT", SourceRow(type).Text("Descrizione"));
     }
-    return writer.Contact(target);
+    return writer.Contact(counterparty, target);
 }
 
-void WriteContact(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& contact, const Facts& facts,
+void WriteContact(ImportRun& run, CounterpartyWriter& writer, const SourceRow& contact, const Owner& counterparty,
                   const QHash<QString, Owner>& destinations) {
-    const Owner owner = IsNamed(contact) ? WritePerson(run, writer, contact, facts)
-                                         : destinations.value(contact.Text("Cd_CFDest"), Owner{"CON_TRO", facts.code});
+    const Owner owner = IsNamed(contact) ? WritePerson(run, writer, contact, counterparty)
+                                         : destinations.value(contact.Text("Cd_CFDest"), counterparty);
     writer.Telephone(owner, "Ufficio", contact.Text("Telefono"));
     writer.Telephone(owner, "Ufficio 2", contact.Text("Telefono2"));
     writer.Telephone(owner, "Cellulare", contact.Text("Cellulare"));
@@ -359,52 +286,50 @@ void WriteContact(ImportRun& run, const CounterpartyWriter& writer, const Source
     writer.WebSite(owner, contact.Text("Url"));
 }
 
-void WriteContacts(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts,
+/// Whether the counterparty's own certified address is that one, as `SetCertifiedMail` gives it to a new one.
+bool HasCertifiedMail(ImportRun& run, const Owner& counterparty, const QString& address) {
+    const QString there = LookUp(run.GetSession(), "CON_TRO", "CDCON", counterparty.key, "COPEC");
+    return there.compare(address, Qt::CaseInsensitive) == 0;
+}
+
+void WriteContacts(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& counterparty,
                    const QHash<QString, Owner>& destinations) {
     bool ownPec = false;
     ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
         if (mod_ovTools::ToBoolean(contact.Value("Obsoleto"))) {
             return;
         }
-        WriteContact(run, writer, contact, facts, destinations);
+        WriteContact(run, writer, contact, counterparty, destinations);
         // One certified address has its column; another has none, and stands among the counterparty's addresses.
-        if (IsOwnPec(contact) && !ownPec) {
+        if (IsOwnPec(contact) && !ownPec && HasCertifiedMail(run, counterparty, contact.Text("EMailPec"))) {
             ownPec = true;
         } else {
-            writer.Mail({"CON_TRO", facts.code}, "@ PEC", contact.Text("EMailPec"));
+            writer.Mail(counterparty, "@ PEC", contact.Text("EMailPec"));
         }
     });
 }
 
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
     const Roles roles = RolesOf(row);
     const QString code = row.Text("Cd_CF");
-    const CounterpartyWriter writer(run, row.IsBlank("TimeIns") ? QVariant() : row.Value("TimeIns"));
-    const Placement place = writer.Place({Cf, "Cd_CF", code, roles.customer, row.Text("PartitaIva"),
-                                          row.Text("CodiceFiscale"), roles.customer ? code.mid(1) : QString()});
-    TargetRow target(run, "CON_TRO");
-    if (place.known) { // a legal person that is there only gains the role that the row adds
-        SetRoles(session, row, roles, target);
-        target.Update("WHERE CDCON = " + run.Quoted(place.code));
-        return RowOutcome::Updated;
-    }
-    const Facts facts{place.code, roles.customer};
-    Controparti().Apply(target, session, row, facts);
-    SetRoles(session, row, roles, target);
-    SetConditions(session, row, roles, target);
-    SetBank(run, row, target);
-    SetCertifiedMail(run, row, target);
-    target.Insert();
-    WriteContacts(run, writer, row, facts, WriteBranches(run, writer, row, facts));
-    return RowOutcome::Inserted;
+    const Placement place = parties.Place({Cf, "Cd_CF", code, roles, row.Text("Descrizione"), row.Text("PartitaIva"),
+                                           row.Text("CodiceFiscale"), roles.customer ? code.mid(1) : QString()});
+    CounterpartyWriter writer(run, row.IsBlank("TimeIns") ? QVariant() : row.Value("TimeIns"));
+    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles, [&](TargetRow& target) {
+        if (!place.known) {
+            SetBank(run, row, target);
+            SetCertifiedMail(run, row, target);
+        }
+    });
+    const Owner owner = OwnerOf(place);
+    WriteContacts(run, writer, row, owner, WriteBranches(run, writer, row, owner));
+    return outcome;
 }
 
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
-        Needs all{{&Controparti(), &RuoloCliente(), &RuoloFornitore(), &CondizioniCliente(), &CondizioniFornitore(),
-                   &SediConsegna(), &SediFattura(), &Riferimenti()},
-                  {{Cf, {"Cliente", "Fornitore", "Iban", "BicCode", "Cd_Abicab", "ContoCorrente"}},
+        Needs all{Controparti().All(),
+                  {{Cf, {"Iban", "BicCode", "Cd_Abicab", "ContoCorrente"}},
                    {"Banca", {"Cd_CGConto", "Iban"}},
                    {SediTable, {"EMail"}},
                    {Contatti,
@@ -412,6 +337,9 @@ const Needs& ContropartiNeeds() {
                      "Fax2", "EMail", "EMailPec", "Url", "Cd_CFDest"}},
                    {TipiContatto, {"Id_CFContattoTipo", "Descrizione"}}},
                   CounterpartyNeeds()};
+        for (const Mapping* mapping : {&SediConsegna(), &SediFattura(), &Riferimenti()}) {
+            all.mappings.push_back(mapping);
+        }
         all.writes.push_back({"CON_TRO", {"COIBA", "COBIC", "COCIN", "COABI", "COCAB", "COCOC", "COPEC"}});
         all.writes.push_back({"CON_RIF", {"RFNOT", "RFTIT"}});
         return all;
@@ -424,11 +352,12 @@ void ImportContropartiArcaEvolution(Session& session, const QString& singleCode,
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
         run.Truncate(reset, CounterpartyTables());
         const QString where = run.OnlyCode("\rWHERE", "Cd_CF", singleCode);
         run.Rows({"Controparti", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
                   "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
-                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
         run.Complete("Controparti importate correttamente!");
     });
 }

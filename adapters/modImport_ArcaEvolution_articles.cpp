@@ -70,7 +70,7 @@ const Mapping& Articoli() {
             {"ARFAM", "Cd_ARGruppo1", Translated(Ar, "Cd_ARGruppo1")},
             {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
             {"ARLAM", "", Constant(false)},
-            {"ARIVA", "Cd_Aliquota_V", TranslatedOr(Ar, "Cd_Aliquota_V", schema::defaults::VatCode)},
+            {"ARIVA", "Cd_Aliquota_V", VatCode(Ar, "Cd_Aliquota_V")},
             {"ARCAC", "Cd_CGConto_VI", NotBlank(Text())},
             {"ARMAG", "Fittizio", Not(Flag())},
             {"ARMAD", "", Constant(schema::defaults::Warehouse)},

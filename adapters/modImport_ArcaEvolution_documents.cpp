@@ -41,7 +41,7 @@ const Mapping& Testata() {
         Testate,
         {
             {"DTMOP", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
-            {"DTVAL", "Cd_VL", Or(TranslatedOrKnown(Cf, "Cd_VL", "TAB_VAL"), schema::defaults::Currency)},
+            {"DTVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
             {"DTCMB", "Cambio", ExchangeRate()},
             {"DTRIC", "NumeroDocRif", Text()},
             {"DTRID", "DataDocRif", AsRead()},

@@ -29,11 +29,12 @@ namespace {
 
 const QString Ardest = QStringLiteral("ARDEST");
 const QString VettoriTable = QStringLiteral("VETTORI");
+const NumberColumns Numeri{"TELCLFOR", "TE2CLFOR", "FAXCLFOR", "CELCLFOR", "EMACLFOR", "WEBCLFOR"};
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-const Mapping& Controparti() {
-    static const Mapping mapping{
+const CounterpartyMapping& Controparti() {
+    static const CounterpartyMapping mapping({
         "CON_TRO",
         Arclfr,
         {
@@ -58,7 +59,7 @@ const Mapping& Controparti() {
             {"CONAZ", "NAZCLFOR", Country(Arclfr, "NAZCLFOR")},
             {"COLNG", "", Constant(schema::defaults::Language)},
             {"COZON", "ZONCLFOR", Translated(Arclfr, "ZONCLFOR")},
-            {"COVAL", "VALCLFOR", Or(Translated(Arclfr, "VALCLFOR"), schema::defaults::Currency)},
+            {"COVAL", "VALCLFOR", Currency(Arclfr, "VALCLFOR")},
             {"COFIS", "FISCLFOR", NotBlank(Text())},
             {"COIVA", "IVACLFOR", NotBlank(Text())},
             {"COESE", "ESECLFOR", ExemptVat(Arclfr, "ESECLFOR")},
@@ -76,37 +77,7 @@ const Mapping& Controparti() {
             {"COBLK", "", Constant(false)},
             {"CONOT", "NOTCLFOR", Text()},
         },
-    };
-    return mapping;
-}
-
-/// What a customer's row adds to a counterparty that is there already.
-const Mapping& RuoloCliente() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Arclfr,
-        {
-            {"COCLI", "", Constant(true)},
-            {"COSC1", "SC1CLFOR", RoundedTo(2)},
-            {"COSC2", "SC2CLFOR", RoundedTo(2)},
-            {"COCGE", "CODCLFOR", Text()},
-        },
-    };
-    return mapping;
-}
-
-/// What a supplier's row adds to a counterparty that is there already.
-const Mapping& RuoloFornitore() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Arclfr,
-        {
-            {"COFOR", "", Constant(true)},
-            {"COSF1", "SC1CLFOR", RoundedTo(2)},
-            {"COSF2", "SC2CLFOR", RoundedTo(2)},
-            {"COFGE", "CODCLFOR", Text()},
-        },
-    };
+    });
     return mapping;
 }
 
@@ -169,55 +140,37 @@ bool IsCustomerRow(const SourceRow& row) {
     return kind == "C";
 }
 
-/// A legal person that is there already only gains the role that the source row adds.
-RowOutcome GainRole(ImportRun& run, const SourceRow& row, const Facts& facts) {
-    TargetRow target(run, "CON_TRO");
-    (facts.customer ? RuoloCliente() : RuoloFornitore()).Apply(target, run.GetSession(), row, facts);
-    target.Update("WHERE CDCON = " + run.Quoted(facts.code));
-    return RowOutcome::Updated;
-}
-
-void WriteDestinations(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts) {
+void WriteDestinations(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
     ForEachChild(run.GetSession(),
                  "SELECT * FROM ARDEST\rWHERE CODCLFOR = " + run.Quoted(row.Text("CODCLFOR")) +
                      "\r  AND FLAGCLFR = " + run.Quoted(row.Text("FLAGCLFR")) + "\rORDER BY PRGDEST",
                  Ardest, "PRGDEST", [&](const SourceRow& destination) {
                      if (!destination.IsBlank("INDDEST")) {
                          TargetRow target = writer.NewRow("CON_SED");
-                         Destinazioni().Apply(target, run.GetSession(), destination, facts);
-                         writer.Branch(target);
+                         Destinazioni().Apply(target, run.GetSession(), destination, {owner.key});
+                         writer.Branch(owner, target);
                      }
                  });
 }
 
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
-    const CounterpartyWriter writer(run, {});
-    const bool customer = IsCustomerRow(row);
-    const Placement place =
-        writer.Place({Arclfr, "CODCLFOR", row.Text("CODCLFOR"), customer, row.Text("IVACLFOR"), row.Text("FISCLFOR")});
-    const Facts facts{place.code, customer};
-    if (place.known) {
-        return GainRole(run, row, facts);
-    }
-    TargetRow target(run, "CON_TRO");
-    Controparti().Apply(target, run.GetSession(), row, facts);
-    target.Insert();
-    const Owner owner{"CON_TRO", facts.code};
-    writer.Telephone(owner, "Ufficio", row.Text("TELCLFOR"));
-    writer.Telephone(owner, "Ufficio 2", row.Text("TE2CLFOR"));
-    writer.Telephone(owner, "Fax (uff.)", row.Text("FAXCLFOR"));
-    writer.Telephone(owner, "Cellulare", row.Text("CELCLFOR"));
-    writer.Mail(owner, "@ Principale", row.Text("EMACLFOR"));
-    writer.WebSite(owner, row.Text("WEBCLFOR"));
-    WriteDestinations(run, writer, row, facts);
-    return RowOutcome::Inserted;
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
+    const Roles roles = RoleOf(IsCustomerRow(row));
+    const QString name = QString(row.Text("RAGCLFOR") + ' ' + row.Text("RA2CLFOR")).trimmed();
+    const Placement place = parties.Place(
+        {Arclfr, "CODCLFOR", row.Text("CODCLFOR"), roles, name, row.Text("IVACLFOR"), row.Text("FISCLFOR")});
+    CounterpartyWriter writer(run, {});
+    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles);
+    writer.Numbers(OwnerOf(place), row, Numeri);
+    WriteDestinations(run, writer, row, OwnerOf(place));
+    return outcome;
 }
 
 const Needs& ContropartiNeeds() {
-    static const Needs needs{
-        {&Controparti(), &RuoloCliente(), &RuoloFornitore(), &Destinazioni()},
-        {{Arclfr, {"TELCLFOR", "TE2CLFOR", "FAXCLFOR", "CELCLFOR", "EMACLFOR", "WEBCLFOR"}}, {Ardest, {"FLAGCLFR"}}},
-        CounterpartyNeeds()};
+    static const Needs needs = [] {
+        Needs all{Controparti().All(), {{Arclfr, Numeri.Names()}, {Ardest, {"FLAGCLFR"}}}, CounterpartyNeeds()};
+        all.mappings.push_back(&Destinazioni());
+        return all;
+    }();
     return needs;
 }
 
@@ -226,11 +179,12 @@ void ImportContropartiGescom(Session& session, const QString& singleCode, bool r
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
         run.Truncate(reset, CounterpartyTables());
         const QString where = run.OnlyCode("\rWHERE", "CODCLFOR", singleCode);
         run.Rows({"Controparti", Arclfr, "CODCLFOR", "SELECT COUNT(*) FROM ARCLFR" + where,
                   "SELECT * FROM ARCLFR" + where + "\rORDER BY FLAGCLFR, CODCLFOR"},
-                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
         run.Complete("Controparti importate correttamente!");
     });
 }
@@ -257,29 +211,31 @@ QString CodeBefore(Session& session, const QString& carrier) {
     return byImport && !isCarrier ? QString() : code;
 }
 
-RowOutcome ImportVettore(ImportRun& run, const SourceRow& row) {
+RowOutcome ImportVettore(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
     Session& session = run.GetSession();
-    const CounterpartyWriter writer(run, {});
     const QString carrier = row.Text("CDVETTOR");
     const QString before = CodeBefore(session, carrier);
-    Facts facts{writer.FindByIdentity(row.Text("PIVETTOR"), {})};
-    if (facts.code.isEmpty()) {
-        facts.code = before.isEmpty() ? writer.NextCode() : before;
+    const SourceIdentity source{VettoriTable, "CDVETTOR", carrier, {}, row.Text("DSVETTOR"), row.Text("PIVETTOR"), {}};
+    QString code = parties.FindByIdentity(source.vatNumber, {});
+    if (code.isEmpty()) {
+        code = before.isEmpty() ? parties.NextCode() : before;
+    } else if (code != before) {
+        parties.TellMerge(source, code);
     }
-    const bool known = writer.Exists(facts.code);
+    const Placement place{code, parties.Exists(code)};
     TargetRow target(run, "CON_TRO");
-    if (known) {
+    if (place.known) {
         target.Set("COVET", true);
-        target.Update("WHERE CDCON = " + run.Quoted(facts.code));
+        target.Update("WHERE CDCON = " + run.Quoted(code));
     } else {
-        Vettori().Apply(target, session, row, facts);
+        Vettori().Apply(target, session, row, {code});
         target.Insert();
-        writer.Telephone({"CON_TRO", facts.code}, "Ufficio", row.Text("TEVETTOR"));
     }
-    if (facts.code != before) {
-        StoreNewCode(run, VettoriTable, "CDVETTOR", carrier, facts.code);
+    CounterpartyWriter(run, {}).Telephone(OwnerOf(place), "Ufficio", row.Text("TEVETTOR"));
+    if (code != before) {
+        StoreNewCode(run, VettoriTable, "CDVETTOR", carrier, code);
     }
-    return known ? RowOutcome::Updated : RowOutcome::Inserted;
+    return place.known ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
 const Needs& VettoriNeeds() {
@@ -297,10 +253,11 @@ void ImportVettoriGescom(Session& session, const QString& singleCode, bool /*res
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione vettori");
         run.Preflight(VettoriNeeds());
+        const CounterpartyRegister parties(run);
         const QString where = run.OnlyCode("\rWHERE", "CDVETTOR", singleCode);
         run.Rows({"Vettori", VettoriTable, "CDVETTOR", "SELECT COUNT(*) FROM VETTORI" + where,
                   "SELECT * FROM VETTORI" + where + "\rORDER BY CDVETTOR"},
-                 [&](const SourceRow& row) { return ImportVettore(run, row); });
+                 [&](const SourceRow& row) { return ImportVettore(run, parties, row); });
         run.Complete("Vettori importati correttamente!");
     });
 }

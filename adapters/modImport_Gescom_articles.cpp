@@ -37,7 +37,7 @@ const Mapping& ArticoliMapping() {
             {"ARUMS", "UMARTICO", TranslatedOrUpper(Articoli, "UMARTICO", schema::defaults::Unit)},
             {"ARUM2", "U2ARTICO", TranslatedOrUpper(Articoli, "UMARTICO", "")},
             {"ARCOE", "FCARTICO", RoundedTo(6)},
-            {"ARIVA", "IVARTICO", TranslatedOr(Articoli, "IVARTICO", schema::defaults::VatCode)},
+            {"ARIVA", "IVARTICO", VatCode(Articoli, "IVARTICO")},
             {"ARMAG", "", Constant(true)},
             {"ARMAD", "", Constant(schema::defaults::Warehouse)},
             {"ARSMN", "SMARTICO", RoundedTo(6)},

@@ -32,13 +32,14 @@ const QString Companies = QStringLiteral("CCOO_CCOO_00000100");
 const QString Contacts = QStringLiteral("CCOO_CCOO_00000200");
 const QString Customers = QStringLiteral("SSAA_CCUU_00000100");
 const QString Suppliers = QStringLiteral("SSHH_SSPP_00000100");
+const NumberColumns Numeri{"Phone", {}, "Fax", {}, "EMail", "Web"};
 /// How SYS_IMP names the codes of companies.
 const QString Codes = QStringLiteral("CCOO_CCOO");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-const Mapping& Controparti() {
-    static const Mapping mapping{
+const CounterpartyMapping& Controparti() {
+    static const CounterpartyMapping mapping({
         "CON_TRO",
         Companies,
         {
@@ -48,9 +49,10 @@ const Mapping& Controparti() {
             {"COINV", "", Today()},
             {"COANN", "", Constant(false)},
             {"COCON", "", Constant(true)},
-            // The roles that the row has are set behind.
-            {"COCLI", "", Constant(false)},
-            {"COFOR", "", Constant(false)},
+            {"COCLI", "IsCust", IsCustomer()},
+            {"COCGE", "ComRef", CustomerOnly(Text())},
+            {"COFOR", "IsSupp", IsSupplier()},
+            {"COFGE", "ComRef", SupplierOnly(Text())},
             {"COIND", "Address1", Text()},
             {"COIN2", "Address2", NotBlank(Text())},
             {"COCAP", "ZipCode", Text()},
@@ -61,21 +63,11 @@ const Mapping& Controparti() {
             {"COZON", "Zone", Translated(Codes, "Zone")},
             {"COIVA", "VATNum", NotBlank(Text())},
             {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
-            {"COVAL", "CurName", Or(TranslatedOrKnown(Codes, "CurName", "TAB_VAL"), schema::defaults::Currency)},
+            {"COVAL", "CurName", Currency(Codes, "CurName")},
             {"COBLK", "", Constant(false)},
             {"CONOT", "Descrip", Text()},
         },
-    };
-    return mapping;
-}
-
-const Mapping& RuoloCliente() {
-    static const Mapping mapping{"CON_TRO", Companies, {{"COCLI", "", Constant(true)}, {"COCGE", "ComRef", Text()}}};
-    return mapping;
-}
-
-const Mapping& RuoloFornitore() {
-    static const Mapping mapping{"CON_TRO", Companies, {{"COFOR", "", Constant(true)}, {"COFGE", "ComRef", Text()}}};
+    });
     return mapping;
 }
 
@@ -94,24 +86,10 @@ const Mapping& Riferimenti() {
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-struct Roles {
-    bool customer;
-    bool supplier;
-};
-
-void SetRoles(Session& session, const SourceRow& row, const Roles& roles, TargetRow& target) {
-    if (roles.customer) {
-        RuoloCliente().Apply(target, session, row, {});
-    }
-    if (roles.supplier) {
-        RuoloFornitore().Apply(target, session, row, {});
-    }
-}
-
-/// Payment term and bank of a role stand in a table of its own.
+/// Payment term and bank of a role stand in a table of its own. The bank of a counterparty that is there stays.
 /// @param termColumn COMOP or COMOA
 void SetConditions(ImportRun& run, const QString& table, const QString& keyColumn, const QString& company,
-                   const QString& termColumn, TargetRow& target) {
+                   const QString& termColumn, bool known, TargetRow& target) {
     Session& session = run.GetSession();
     ForEachChild(session, "SELECT * FROM " + table + "\rWHERE " + keyColumn + " = " + run.Quoted(company), table,
                  keyColumn, [&](const SourceRow& row) {
@@ -121,72 +99,57 @@ void SetConditions(ImportRun& run, const QString& table, const QString& keyColum
                          }
                      };
                      set(termColumn, TranslatedCode(session, Codes, "PymName", row.Text("PymName"), "TAB_MOP"));
-                     set("COCOC", row.Text("BnkAcc"));
-                     set("COBIC", row.Text("SwCode"));
-                     set("COIBA", row.Text("Iban").remove(u' '));
+                     if (!known) {
+                         set("COCOC", row.Text("BnkAcc"));
+                         set("COBIC", row.Text("SwCode"));
+                         set("COIBA", row.Text("Iban").remove(u' '));
+                     }
                  });
 }
 
-void WriteContacts(ImportRun& run, const CounterpartyWriter& writer, const QString& company, const Facts& facts) {
+void WriteContacts(ImportRun& run, CounterpartyWriter& writer, const QString& company, const Owner& counterparty) {
     ForEachChild(run.GetSession(), "SELECT * FROM " + Contacts + "\rWHERE ComRef = " + run.Quoted(company), Contacts,
                  "ESurname1, EName", [&](const SourceRow& row) {
                      TargetRow target = writer.NewRow("CON_RIF");
-                     Riferimenti().Apply(target, run.GetSession(), row, facts);
-                     const Owner owner = writer.Contact(target);
+                     Riferimenti().Apply(target, run.GetSession(), row, {counterparty.key});
+                     const Owner owner = writer.Contact(counterparty, target);
                      writer.Telephone(owner, "Ufficio", row.Text("WPhone"));
                      writer.Mail(owner, "@ Principale", row.Text("WEMail"));
                  });
 }
 
-void WriteNew(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Roles& roles,
-              const Facts& facts) {
-    Session& session = run.GetSession();
-    const QString company = row.Text("ComRef");
-    TargetRow target(run, "CON_TRO");
-    Controparti().Apply(target, session, row, facts);
-    SetRoles(session, row, roles, target);
-    if (roles.supplier) {
-        SetConditions(run, Suppliers, "SuppRef", company, "COMOA", target);
-    }
-    if (roles.customer) { // behind the supplier's: of two banks the one that we are paid from counts
-        SetConditions(run, Customers, "CusRef", company, "COMOP", target);
-    }
-    target.Insert();
-    const Owner owner{"CON_TRO", facts.code};
-    writer.Telephone(owner, "Ufficio", row.Text("Phone"));
-    writer.Telephone(owner, "Fax (uff.)", row.Text("Fax"));
-    writer.Mail(owner, "@ Principale", row.Text("EMail"));
-    writer.WebSite(owner, row.Text("Web"));
-    WriteContacts(run, writer, company, facts);
-}
-
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
-    const CounterpartyWriter writer(run, {});
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
     const Roles roles{mod_ovTools::ToBoolean(row.Value("IsCust")), mod_ovTools::ToBoolean(row.Value("IsSupp"))};
     if (!roles.customer && !roles.supplier) {
         run.Log(QStringLiteral("NÉ CLIENTE NÉ FORNITORE: %1").arg(run.RowKey()));
         return run.Skip("né cliente né fornitore");
     }
+    const QString company = row.Text("ComRef");
     const Placement place =
-        writer.Place({Codes, "ComRef", row.Text("ComRef"), roles.customer, row.Text("VATNum"), QString()});
-    if (!place.known) {
-        WriteNew(run, writer, row, roles, {place.code, roles.customer});
-        return RowOutcome::Inserted;
-    }
-    TargetRow target(run, "CON_TRO"); // a legal person that is there only gains the role that the row adds
-    SetRoles(run.GetSession(), row, roles, target);
-    target.Update("WHERE CDCON = " + run.Quoted(place.code));
-    return RowOutcome::Updated;
+        parties.Place({Codes, "ComRef", company, roles, row.Text("ComName"), row.Text("VATNum"), QString()});
+    CounterpartyWriter writer(run, {});
+    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles, [&](TargetRow& target) {
+        if (roles.supplier) {
+            SetConditions(run, Suppliers, "SuppRef", company, "COMOA", place.known, target);
+        }
+        if (roles.customer) { // behind the supplier's: of two banks the one that we are paid from counts
+            SetConditions(run, Customers, "CusRef", company, "COMOP", place.known, target);
+        }
+    });
+    writer.Numbers(OwnerOf(place), row, Numeri);
+    WriteContacts(run, writer, company, OwnerOf(place));
+    return outcome;
 }
 
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
-        Needs all{{&Controparti(), &RuoloCliente(), &RuoloFornitore(), &Riferimenti()},
-                  {{Companies, {"IsCust", "IsSupp", "Phone", "Fax", "EMail", "Web"}},
+        Needs all{Controparti().All(),
+                  {{Companies, Numeri.Names()},
                    {Customers, {"CusRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
                    {Suppliers, {"SuppRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
                    {Contacts, {"WPhone", "WEMail"}}},
                   CounterpartyNeeds()};
+        all.mappings.push_back(&Riferimenti());
         all.writes.push_back({"CON_TRO", {"COMOP", "COMOA", "COCOC", "COBIC", "COIBA"}});
         return all;
     }();
@@ -198,11 +161,12 @@ void ImportContropartiLantek24(Session& session, const QString& singleCode, bool
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
         run.Truncate(reset, CounterpartyTables());
         const QString from = Companies + run.OnlyCode("\rWHERE", "ComRef", singleCode);
         run.Rows({"Controparti", Companies, "ComRef", "SELECT COUNT(*) FROM " + from,
                   "SELECT * FROM " + from + "\rORDER BY ComRef"},
-                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
         run.Complete("Controparti importate correttamente!");
     });
 }

@@ -44,7 +44,7 @@ const Mapping& Testata() {
         Orders,
         {
             {"DTMOP", "PymName", TranslatedOrKnown(Codes, "PymName", "TAB_MOP")},
-            {"DTVAL", "CurName", Or(TranslatedOrKnown(Codes, "CurName", "TAB_VAL"), schema::defaults::Currency)},
+            {"DTVAL", "CurName", Currency(Codes, "CurName")},
             {"DTRIC", "OrdRef", Text()},
             {"DTCOR", "DDate", DayOrNull()},
             {"DTSCO", "DDisc", RoundedTo(2)},

@@ -12,6 +12,7 @@
 
 #include "adapters/contract/BaseTable.h"
 #include "adapters/contract/Counterparty.h"
+#include "adapters/contract/lookups.h"
 #include "adapters/contract/Origin.h"
 #include "adapters/contract/wholeCharacters.h"
 #include "adapters/sourceSettings.h"
@@ -38,7 +39,16 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
                            : known;
 }
 
+/// Lire, euro and dollar are numbers: 1 is the company's own currency.
+QString CurrencyOfNumber(Session& session, const QString& number) {
+    return CurrencyOf(session, PiaCon, "_PCVAL", number == u"1" ? QString() : number);
+}
+
 namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const NumberColumns Numeri{"_PCTEL", {}, "_PCFAX", "_PCCEL", "_PCEMA", "_PCWEB"};
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
@@ -52,19 +62,15 @@ Rule NamePart(int from, int count) {
             }};
 }
 
-/// Lire, euro and dollar are numbers: 1 is the company's own currency.
-Rule CurrencyOf() {
-    const Rule translated = Or(Translated(PiaCon, "_PCVAL"), schema::defaults::Currency);
-    return {"\"EUR\" for blank and 1, else translated through SYS_IMP (PIA_CON, _PCVAL)",
-            [translated](const RuleInput& input) {
-                const QString number = input.Text();
-                return number.isEmpty() || number == u"1" ? RuleValue(schema::defaults::Currency)
-                                                          : translated.apply(input);
-            }};
+Rule NumberedCurrency() {
+    return {
+        "\"EUR\" for blank and 1; else translated through SYS_IMP (PIA_CON, _PCVAL), else as it is when TAB_VAL has "
+        "it, else recorded, logged and \"EUR\"",
+        [](const RuleInput& input) { return RuleValue(CurrencyOfNumber(input.session, input.Text())); }};
 }
 
-const Mapping& Controparti() {
-    static const Mapping mapping{
+const CounterpartyMapping& Controparti() {
+    static const CounterpartyMapping mapping({
         "CON_TRO",
         PiaCon,
         {
@@ -77,10 +83,12 @@ const Mapping& Controparti() {
             {"COCLI", "TIPO", IsCustomer()},
             {"COSC1", "_PCSCO", CustomerOnly(Discount(1))},
             {"COSC2", "_PCSCO", CustomerOnly(Discount(2))},
+            {"COSC3", "_PCSCO", CustomerOnly(Discount(3))},
             {"COCGE", "_PCCOD", CustomerOnly(Text())},
             {"COFOR", "TIPO", IsSupplier()},
             {"COSF1", "_PCSCO", SupplierOnly(Discount(1))},
             {"COSF2", "_PCSCO", SupplierOnly(Discount(2))},
+            {"COSF3", "_PCSCO", SupplierOnly(Discount(3))},
             {"COFGE", "_PCCOD", SupplierOnly(Text())},
             {"COIND", "_PCIND", Text()},
             {"COCAP", "_PCCAP", Text()},
@@ -89,7 +97,7 @@ const Mapping& Controparti() {
             {"CONAZ", "_PCPAE", Country(PiaCon, "_PCPAE")},
             {"COLNG", "", Constant(schema::defaults::Language)},
             {"COZON", "_PCZON", Translated(PiaCon, "_PCZON")},
-            {"COVAL", "_PCVAL", CurrencyOf()},
+            {"COVAL", "_PCVAL", NumberedCurrency()},
             {"COFIS", "_PCFIS", NotBlank(Text())},
             {"COIVA", "_PCPIV", NotBlank(Text())},
             {"COESE", "_PCALI", ExemptVat(PiaCon, "_PCALI")},
@@ -106,37 +114,7 @@ const Mapping& Controparti() {
             {"COBLK", "", Constant(false)},
             {"CONOT", "_PCNOT", Text()},
         },
-    };
-    return mapping;
-}
-
-/// What a customer's row adds to a counterparty that is there already.
-const Mapping& RuoloCliente() {
-    static const Mapping mapping{
-        "CON_TRO",
-        PiaCon,
-        {
-            {"COCLI", "", Constant(true)},
-            {"COSC1", "_PCSCO", Discount(1)},
-            {"COSC2", "_PCSCO", Discount(2)},
-            {"COCGE", "_PCCOD", Text()},
-        },
-    };
-    return mapping;
-}
-
-/// What a supplier's row adds to a counterparty that is there already.
-const Mapping& RuoloFornitore() {
-    static const Mapping mapping{
-        "CON_TRO",
-        PiaCon,
-        {
-            {"COFOR", "", Constant(true)},
-            {"COSF1", "_PCSCO", Discount(1)},
-            {"COSF2", "_PCSCO", Discount(2)},
-            {"COFGE", "_PCCOD", Text()},
-        },
-    };
+    });
     return mapping;
 }
 
@@ -178,39 +156,32 @@ const Mapping& PianoConti() {
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-/// A legal person that is there already only gains the role that the source row adds.
-RowOutcome GainRole(ImportRun& run, const SourceRow& row, const Facts& facts) {
-    TargetRow target(run, "CON_TRO");
-    (facts.customer ? RuoloCliente() : RuoloFornitore()).Apply(target, run.GetSession(), row, facts);
-    target.Update("WHERE CDCON = " + run.Quoted(facts.code));
-    return RowOutcome::Updated;
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
+    const Roles roles = RoleOf(row.Text("TIPO").compare(u"C", Qt::CaseInsensitive) == 0);
+    const Placement place =
+        parties.Place({PiaCon, "_PCCOD", row.Text("_PCCOD"), roles,
+                       row.Text(row.IsBlank("_PCRAG") ? "_PCDES" : "_PCRAG"), row.Text("_PCPIV"), row.Text("_PCFIS")});
+    const CounterpartyWriter writer(run, {});
+    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles);
+    writer.Numbers(OwnerOf(place), row, Numeri);
+    return outcome;
 }
 
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
-    const CounterpartyWriter writer(run, {});
-    const bool customer = row.Text("TIPO").compare(u"C", Qt::CaseInsensitive) == 0;
-    const Placement place =
-        writer.Place({PiaCon, "_PCCOD", row.Text("_PCCOD"), customer, row.Text("_PCPIV"), row.Text("_PCFIS")});
-    const Facts facts{place.code, customer};
-    if (place.known) {
-        return GainRole(run, row, facts);
-    }
-    TargetRow target(run, "CON_TRO");
-    Controparti().Apply(target, run.GetSession(), row, facts);
-    target.Insert();
-    const Owner owner{"CON_TRO", facts.code};
-    writer.Telephone(owner, "Ufficio", row.Text("_PCTEL"));
-    writer.Telephone(owner, "Fax (uff.)", row.Text("_PCFAX"));
-    writer.Telephone(owner, "Cellulare", row.Text("_PCCEL"));
-    writer.Mail(owner, "@ Principale", row.Text("_PCEMA"));
-    writer.WebSite(owner, row.Text("_PCWEB"));
-    return RowOutcome::Inserted;
+/// A counterparty is cancelled or not: one of which the source does not say so is left out, and told.
+void TellUnmarked(ImportRun& run, const QString& onlyCode) {
+    ForEachChild(run.GetSession(),
+                 "SELECT * FROM PIA_CON WHERE TIPO IN ('C', 'F') AND ([_PCANN] IS NULL OR [_PCANN] NOT IN ('N', 'S'))" +
+                     onlyCode + " ORDER BY [_PCCOD]",
+                 PiaCon, "_PCCOD", [&run](const SourceRow& row) {
+                     run.Log(QStringLiteral("CONTROPARTE NON LETTA: %1 '%2': _PCANN '%3' non è N (valida) né S "
+                                            "(annullata)")
+                                 .arg(NameOf(row, PiaCon, "_PCCOD"), row.Text("_PCDES"), row.Text("_PCANN")));
+                 });
 }
 
 const Needs& ContropartiNeeds() {
-    static const Needs needs{{&Controparti(), &RuoloCliente(), &RuoloFornitore()},
-                             {{PiaCon, {"_PCANN", "_PCTEL", "_PCFAX", "_PCCEL", "_PCEMA", "_PCWEB"}}},
-                             CounterpartyNeeds()};
+    static const Needs needs{
+        Controparti().All(), {{PiaCon, QStringList{"_PCANN"} + Numeri.Names()}}, CounterpartyNeeds()};
     return needs;
 }
 
@@ -219,11 +190,13 @@ void ImportContropartiMEX(Session& session, const QString& singleCode, bool rese
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
         run.Truncate(reset, CounterpartyTables());
-        const QString from =
-            " FROM PIA_CON WHERE TIPO IN ('C', 'F') AND [_PCANN] = 'N'" + run.OnlyCode(" AND", "[_PCCOD]", singleCode);
+        const QString onlyCode = run.OnlyCode(" AND", "[_PCCOD]", singleCode);
+        TellUnmarked(run, onlyCode);
+        const QString from = " FROM PIA_CON WHERE TIPO IN ('C', 'F') AND [_PCANN] = 'N'" + onlyCode;
         run.Rows({"Controparti", PiaCon, "_PCCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_PCCOD]"},
-                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
         run.Complete("Controparti importate correttamente!");
     });
 }

@@ -16,6 +16,9 @@ inline const QString ArtMag = QStringLiteral("ART_MAG");
 /// empty when there is none.
 QString GetControparteMexal(Session& session, const QString& code, bool customer);
 
+/// The currency of a number of the source; the euro for 1 and a blank one.
+QString CurrencyOfNumber(Session& session, const QString& number);
+
 /// CDART of an article's code.
 QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
 

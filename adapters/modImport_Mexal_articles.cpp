@@ -65,7 +65,7 @@ const Mapping& Articoli() {
             {"ARUMS", "_ARUM1", TranslatedOrUpper(ArtMag, "_ARUM1", schema::defaults::Unit)},
             {"ARUM2", "_ARUM2", TranslatedOrUpper(ArtMag, "_ARUM1", "")},
             {"ARCOE", "_ARKOEPTA", RoundedTo(6)},
-            {"ARIVA", "_ARIVA", Or(Translated(ArtMag, "_ARIVA"), schema::defaults::VatCode)},
+            {"ARIVA", "_ARIVA", VatCode(ArtMag, "_ARIVA")},
             {"ARMAG", "", Constant(true)},
             {"ARMAD", "", Constant(schema::defaults::Warehouse)},
             {"ARSMN", "_ARSMI", RoundedTo(6)},

@@ -136,12 +136,7 @@ OpenDocument::Head Documents::HeadOf(const SourceRow& row, const Kind& kind, Ope
             !term.isEmpty()) {
             target.Set("DTMOP", term);
         }
-        const QString currency = row.Text("_MMVAL");
-        const bool own = currency.isEmpty() || currency == u"1";
-        const QString known = own ? QString() : modImport::GetNewCode(session, PiaCon, "_PCVAL", currency, true);
-        if (!known.isEmpty()) {
-            target.Set("DTVAL", known);
-        }
+        target.Set("DTVAL", CurrencyOfNumber(session, row.Text("_MMVAL")));
     };
     return {head, more, !head.series.isEmpty()};
 }

@@ -53,12 +53,11 @@ RowOutcome ImportCliente(ImportRun& run, const SourceRow& row) {
     if (!LookUp(session, "CON_TRO", "COCGE", row.Text("CODICE"), "CDCON").isEmpty()) {
         return run.Skip("controparte già presente");
     }
-    const CounterpartyWriter writer(run, {});
-    const Facts facts{writer.NextCode(), true};
+    const Facts facts{CounterpartyRegister(run).NextCode(), RoleOf(true)};
     TargetRow target(run, "CON_TRO");
     Controparti().Apply(target, session, row, facts);
     target.Insert();
-    writer.Telephone({"CON_TRO", facts.code}, "Ufficio", row.Text("TELEFONO"));
+    CounterpartyWriter(run, {}).Telephone({"CON_TRO", facts.code}, "Ufficio", row.Text("TELEFONO"));
     return RowOutcome::Inserted;
 }
 

@@ -31,6 +31,7 @@ const QString CliFor = QStringLiteral("CliFor");
 const QString CliForDest = QStringLiteral("CliForDest");
 const QString Pagam = QStringLiteral("Pagam");
 const QString Iva = QStringLiteral("Iva");
+const NumberColumns Numeri{"Tel1", "Tel2", "Fax", "Cell", "EMail", "Web"};
 const QString Lavorazioni = QStringLiteral("Lavorazioni"); ///< only a name of translations
 
 // --- Lookups ------------------------------------------------------------------------------------------------------
@@ -105,102 +106,77 @@ Rule PaymentTerm() {
             }};
 }
 
-QString NewVatCode(const RuleInput& input) {
-    const QString code = GetCodIvaTessera(input.session, input.row, input.columns.first());
-    return modImport::GetNewCode(input.session, Iva, "CodIva", code, true);
+/// The VAT code behind the id of a row, as it is in the source.
+QString SourceVatCode(const RuleInput& input) {
+    return GetCodIvaTessera(input.session, input.row, input.columns.first());
 }
 
 /// The VAT code behind the id of a row.
-Rule VatCode() {
-    return {"code of the Iva of that IdIva, translated through SYS_IMP (Iva, CodIva), missing codes recorded",
-            [](const RuleInput& input) -> RuleValue {
-                const QString known = NewVatCode(input);
-                return known.isEmpty() ? RuleValue() : RuleValue(known);
+Rule VatCodeOfId() {
+    return {QStringLiteral("code of the Iva of that IdIva: \"%1\" when there is none; else translated through SYS_IMP "
+                           "(Iva, CodIva), else as it is when TAB_IVA has it, else recorded, logged and \"%1\"")
+                .arg(schema::defaults::VatCode),
+            [](const RuleInput& input) {
+                const QString code = VatCodeOf(input.session, Iva, "CodIva", SourceVatCode(input));
+                return RuleValue(code.isEmpty() ? schema::defaults::VatCode : code);
             }};
 }
 
-/// The VAT code behind the id of a row, when it is an exemption.
-Rule Exemption() {
-    return {"code of the Iva of that IdIva, translated through SYS_IMP (Iva, CodIva), only a code of TAB_IVA with rate "
-            "zero",
-            [](const RuleInput& input) -> RuleValue {
-                const QString known = NewVatCode(input);
-                const QVariant rate =
-                    known.isEmpty() ? QVariant() : input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", known, "IVALI");
-                return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(known);
-            }};
-}
-
-/// What both roles of a counterparty share.
-std::vector<MapLine> CommonLines() {
+/// The same of a counterparty, who needs none.
+Rule KnownVatOfId() {
     return {
-        {"CDCON", "CodCliFor", Code()},
-        {"CORAS", "RagSoc", First(35)},
-        {"COINV", "", Today()},
-        {"COANN", "FlgAnn", Flag()},
-        {"COCON", "", Constant(true)},
-        {"COIND", "Indir", Text()},
-        {"COCAP", "Cap", Text()},
-        {"COCIT", "Citta", Text()},
-        {"COPRO", "Prov", Text()},
-        {"CONAZ", "CodNaz", Country(CliFor, "CodNaz")},
-        {"COLNG", "", Constant(schema::defaults::Language)},
-        {"COVAL", "CodVal", Or(Translated(CliFor, "CodVal"), schema::defaults::Currency)},
-        {"COFIS", "CodFis", NotBlank(Text())},
-        {"COIVA", "PartIva", NotBlank(Text())},
-        {"COESE", "IdIva", Exemption()},
-        {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
-        {"COABI", "Abi", NotBlank(Digits(5))},
-        {"COCAB", "Cab", NotBlank(Digits(5))},
-        {"COCOC", "ContoC", NotBlank(Text())},
-        {"COCIN", "Cin", NotBlank(Text())},
-        {"COIBA", "Iban", NotBlank(WithoutBlanks())},
-        {"COAGE", "CodAge", Translated(CliFor, "CodAge")},
-        {"COBLK", "", Constant(false)},
-        {"CONOT", "Note", Text()},
-    };
+        "code of the Iva of that IdIva, translated through SYS_IMP (Iva, CodIva); else as it is when TAB_IVA has that "
+        "code, else recorded",
+        [](const RuleInput& input) -> RuleValue {
+            const QString code = TranslatedCode(input.session, Iva, "CodIva", SourceVatCode(input), "TAB_IVA");
+            return code.isEmpty() ? RuleValue() : RuleValue(code);
+        }};
 }
 
-const Mapping& Controparti() {
-    static const Mapping mapping = [] {
-        Mapping all{"CON_TRO", CliFor, CommonLines()};
-        all.lines.emplace_back("CORA2", "RagSoc, RagSoc2", SecondName(35));
-        return all;
-    }();
-    return mapping;
-}
-
-/// What a customer's row sets, also on a counterparty that is there already.
-const Mapping& RuoloCliente() {
-    static const Mapping mapping{
+const CounterpartyMapping& Controparti() {
+    static const CounterpartyMapping mapping({
         "CON_TRO",
         CliFor,
         {
-            {"COCLI", "", Constant(true)},
-            {"COCGE", "CodCliFor", Text()},
-            {"COSC1", "Sconto1", RoundedTo(2)},
-            {"COSC2", "Sconto2", RoundedTo(2)},
-            {"COLSC", "CodLis", Translated(CliFor, "CodLis")},
-            {"COMOP", "IdPag", PaymentTerm()},
+            {"CDCON", "CodCliFor", Code()},
+            {"CORAS", "RagSoc", First(35)},
+            {"CORA2", "RagSoc, RagSoc2", SecondName(35)},
+            {"COINV", "", Today()},
+            {"COANN", "FlgAnn", Flag()},
+            {"COCON", "", Constant(true)},
+            {"COCLI", "FlgCli", IsCustomer()},
+            {"COSC1", "Sconto1", CustomerOnly(RoundedTo(2))},
+            {"COSC2", "Sconto2", CustomerOnly(RoundedTo(2))},
+            {"COCGE", "CodCliFor", CustomerOnly(Text())},
+            {"COFOR", "FlgFor", IsSupplier()},
+            {"COSF1", "Sconto1", SupplierOnly(RoundedTo(2))},
+            {"COSF2", "Sconto2", SupplierOnly(RoundedTo(2))},
+            {"COFGE", "CodCliFor", SupplierOnly(Text())},
+            {"COIND", "Indir", Text()},
+            {"COCAP", "Cap", Text()},
+            {"COCIT", "Citta", Text()},
+            {"COPRO", "Prov", Text()},
+            {"CONAZ", "CodNaz", Country(CliFor, "CodNaz")},
+            {"COLNG", "", Constant(schema::defaults::Language)},
+            {"COVAL", "CodVal", Currency(CliFor, "CodVal")},
+            {"COFIS", "CodFis", NotBlank(Text())},
+            {"COIVA", "PartIva", NotBlank(Text())},
+            {"COESE", "IdIva", Exemption(KnownVatOfId())},
+            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
+            {"COMOP", "IdPag", CustomerOnly(PaymentTerm())},
+            {"COMOA", "IdPag", SupplierOnly(PaymentTerm())},
+            {"COABI", "Abi", NotBlank(Digits(5))},
+            {"COCAB", "Cab", NotBlank(Digits(5))},
+            {"COCOC", "ContoC", NotBlank(Text())},
+            {"COCIN", "Cin", NotBlank(Text())},
+            {"COIBA", "Iban", NotBlank(WithoutBlanks())},
+            {"COLSC", "CodLis", CustomerOnly(Translated(CliFor, "CodLis"))},
+            {"COLSF", "CodLis", SupplierOnly(Translated(CliFor, "CodLis"))},
+            {"COAGE", "CodAge", Translated(CliFor, "CodAge")},
+            {"COBLK", "", Constant(false)},
+            {"CONOT", "Note", Text()},
         },
-    };
-    return mapping;
-}
-
-/// What a supplier's row sets, also on a counterparty that is there already.
-const Mapping& RuoloFornitore() {
-    static const Mapping mapping{
-        "CON_TRO",
-        CliFor,
-        {
-            {"COFOR", "", Constant(true)},
-            {"COFGE", "CodCliFor", Text()},
-            {"COSF1", "Sconto1", RoundedTo(2)},
-            {"COSF2", "Sconto2", RoundedTo(2)},
-            {"COLSF", "CodLis", Translated(CliFor, "CodLis")},
-            {"COMOA", "IdPag", PaymentTerm()},
-        },
-    };
+    });
     return mapping;
 }
 
@@ -237,14 +213,14 @@ const Mapping& Articoli() {
             {"ARCLA", "TipArt", Choice({{"0", "PF"}, {"1", "SL"}, {"2", "CM"}, {"3", "LM"}}, "CM")},
             {"ARFAM", "CodFam", Translated(Artic, "CodFam")},
             {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
-            {"ARLAM", "", Constant(false)},
+            {"ARLAM", "TipArt", Is("3")},
             {"ARANN", "FlgAnn", Flag()},
             {"ARDIS", "Disegno", Text()},
             {"ARREV", "Rev", Text()},
             {"ARUMS", "UniMis", TranslatedOrUpper(Artic, "UniMis", schema::defaults::Unit)},
             {"ARUM2", "UniMis2", TranslatedOrUpper(Artic, "UniMis", "")},
             {"ARCOE", "FatConv", RoundedTo(6)},
-            {"ARIVA", "IdIva", Or(VatCode(), schema::defaults::VatCode)},
+            {"ARIVA", "IdIva", VatCodeOfId()},
             {"ARMAG", "", Constant(true)},
             {"ARMAD", "", Constant(schema::defaults::Warehouse)},
             {"ARSMN", "ScoMin", RoundedTo(6)},
@@ -263,11 +239,6 @@ const Mapping& Articoli() {
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
 /// The roles of a row; one that has none cannot be carried over.
-struct Roles {
-    bool customer;
-    bool supplier;
-};
-
 Roles RolesOf(const SourceRow& row) {
     const Roles roles{NumberOf(row, "FlgCli") != 0, NumberOf(row, "FlgFor") != 0};
     if (!roles.customer && !roles.supplier) {
@@ -277,25 +248,7 @@ Roles RolesOf(const SourceRow& row) {
     return roles;
 }
 
-void ApplyRoles(ImportRun& run, TargetRow& target, const SourceRow& row, const Facts& facts, const Roles& roles) {
-    if (roles.customer) {
-        RuoloCliente().Apply(target, run.GetSession(), row, facts);
-    }
-    if (roles.supplier) {
-        RuoloFornitore().Apply(target, run.GetSession(), row, facts);
-    }
-}
-
-void WriteNumbers(const CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
-    writer.Telephone(owner, "Ufficio", row.Text("Tel1"));
-    writer.Telephone(owner, "Ufficio 2", row.Text("Tel2"));
-    writer.Telephone(owner, "Fax (uff.)", row.Text("Fax"));
-    writer.Telephone(owner, "Cellulare", row.Text("Cell"));
-    writer.Mail(owner, "@ Principale", row.Text("EMail"));
-    writer.WebSite(owner, row.Text("Web"));
-}
-
-void WriteDestinations(ImportRun& run, const CounterpartyWriter& writer, const SourceRow& row, const Facts& facts) {
+void WriteDestinations(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
     Session& session = run.GetSession();
     ForEachChild(session,
                  "SELECT * FROM CliForDest\rWHERE IdCliFor = " +
@@ -303,41 +256,30 @@ void WriteDestinations(ImportRun& run, const CounterpartyWriter& writer, const S
                  CliForDest, "Progr", [&](const SourceRow& destination) {
                      if (!destination.IsBlank("Indir")) {
                          TargetRow target = writer.NewRow("CON_SED");
-                         Destinazioni().Apply(target, session, destination, facts);
-                         writer.Branch(target);
+                         Destinazioni().Apply(target, session, destination, {owner.key});
+                         writer.Branch(owner, target);
                      }
                  });
 }
 
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row) {
-    const CounterpartyWriter writer(run, {});
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
     const Roles roles = RolesOf(row);
-    const Placement place = writer.Place(
-        {CliFor, "CodCliFor", row.Text("CodCliFor"), roles.customer, row.Text("PartIva"), row.Text("CodFis")});
-    const Facts facts{place.code, roles.customer};
-    TargetRow target(run, "CON_TRO");
-    if (place.known) {
-        ApplyRoles(run, target, row, facts, roles);
-        target.Update("WHERE CDCON = " + run.Quoted(facts.code));
-        return RowOutcome::Updated;
-    }
-    target.Set("COCLI", false);
-    target.Set("COFOR", false);
-    Controparti().Apply(target, run.GetSession(), row, facts);
-    ApplyRoles(run, target, row, facts, roles);
-    target.Insert();
-    WriteNumbers(writer, row, {"CON_TRO", facts.code});
-    WriteDestinations(run, writer, row, facts);
-    return RowOutcome::Inserted;
+    const QString name = QString(row.Text("RagSoc") + ' ' + row.Text("RagSoc2")).trimmed();
+    const Placement place = parties.Place(
+        {CliFor, "CodCliFor", row.Text("CodCliFor"), roles, name, row.Text("PartIva"), row.Text("CodFis")});
+    CounterpartyWriter writer(run, {});
+    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles);
+    writer.Numbers(OwnerOf(place), row, Numeri);
+    WriteDestinations(run, writer, row, OwnerOf(place));
+    return outcome;
 }
 
 } // namespace
 
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
-        Needs all{{&Controparti(), &RuoloCliente(), &RuoloFornitore(), &Destinazioni()},
-                  {{CliFor, {"IdCliFor", "FlgCli", "FlgFor", "Tel1", "Tel2", "Fax", "Cell", "EMail", "Web"}}},
-                  CounterpartyNeeds()};
+        Needs all{Controparti().All(), {{CliFor, QStringList{"IdCliFor"} + Numeri.Names()}}, CounterpartyNeeds()};
+        all.mappings.push_back(&Destinazioni());
         const auto lookups = LookupNeeds();
         all.reads.insert(all.reads.end(), lookups.begin(), lookups.end());
         return all;
@@ -350,11 +292,12 @@ void ImportContropartiTessera(Session& session, const QString& singleCode, bool 
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
         run.Truncate(reset, CounterpartyTables());
         const QString where = run.OnlyCode("\rWHERE", "CodCliFor", singleCode);
         run.Rows({"Controparti", CliFor, "CodCliFor", "SELECT COUNT(*) FROM CliFor" + where,
                   "SELECT * FROM CliFor" + where + "\rORDER BY CodCliFor"},
-                 [&](const SourceRow& row) { return ImportControparte(run, row); });
+                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
         run.Complete("Controparti importate correttamente!");
     });
 }

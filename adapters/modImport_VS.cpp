@@ -34,15 +34,17 @@ struct Register {
 const Register Customers{Clienti, QStringLiteral("COD_CLIENTE"), true};
 const Register Suppliers{Fornitori, QStringLiteral("COD_FORNITORE"), false};
 
+const NumberColumns Numeri{"TELEFONO", "TELEFONO_2", "FAX", "CELLULARE", "EMAIL", "SITO_WEB"};
+
 const Register& RegisterOf(bool customer) { return customer ? Customers : Suppliers; }
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
 constexpr int NameSize = 35;
 
-Mapping MakeControparti(const Register& of) {
+CounterpartyMapping MakeControparti(const Register& of) {
     const QString& table = of.table;
-    return {
+    return CounterpartyMapping({
         "CON_TRO",
         table,
         {
@@ -67,7 +69,7 @@ Mapping MakeControparti(const Register& of) {
             {"CONAZ", "COD_NAZIONE", Country(table, "COD_NAZIONE")},
             {"COLNG", "", Constant(schema::defaults::Language)},
             {"COZON", "COD_ZONA", Translated(table, "COD_ZONA")},
-            {"COVAL", "COD_VALUTA", Or(TranslatedOrKnown(table, "COD_VALUTA", "TAB_VAL"), schema::defaults::Currency)},
+            {"COVAL", "COD_VALUTA", Currency(table, "COD_VALUTA")},
             {"COFIS", "CODICE_FISCALE", NotBlank(Text())},
             {"COIVA", "PARTITA_IVA", NotBlank(Text())},
             {"COESE", "COD_IVA", ExemptVat(table, "COD_IVA")},
@@ -86,70 +88,37 @@ Mapping MakeControparti(const Register& of) {
             {"COBLK", "", Constant(false)},
             {"CONOT", "NOTE", Text()},
         },
-    };
+    });
 }
 
-const Mapping& Controparti(bool customer) {
-    static const Mapping customers = MakeControparti(Customers);
-    static const Mapping suppliers = MakeControparti(Suppliers);
-    return customer ? customers : suppliers;
-}
-
-/// What a row adds to a counterparty that is there already.
-const Mapping& Ruolo(bool customer) {
-    static const Mapping customers{
-        "CON_TRO",
-        Clienti,
-        {
-            {"COCLI", "", Constant(true)},
-            {"COSC1", "SCONTO_1", NotBlank(RoundedTo(2))},
-            {"COSC2", "SCONTO_2", NotBlank(RoundedTo(2))},
-            {"COCGE", Customers.code, Text()},
-        },
-    };
-    static const Mapping suppliers{
-        "CON_TRO",
-        Fornitori,
-        {
-            {"COFOR", "", Constant(true)},
-            {"COSF1", "SCONTO_1", NotBlank(RoundedTo(2))},
-            {"COSF2", "SCONTO_2", NotBlank(RoundedTo(2))},
-            {"COFGE", Suppliers.code, Text()},
-        },
-    };
+const CounterpartyMapping& Controparti(bool customer) {
+    static const CounterpartyMapping customers = MakeControparti(Customers);
+    static const CounterpartyMapping suppliers = MakeControparti(Suppliers);
     return customer ? customers : suppliers;
 }
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-RowOutcome ImportControparte(ImportRun& run, const SourceRow& row, const Register& from) {
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row,
+                             const Register& from) {
+    const Roles roles = RoleOf(from.customer);
+    const QString name = QString(row.Text("RAGIONE_SOCIALE") + ' ' + row.Text("RAGIONE_SOCIALE_2")).trimmed();
+    const Placement place = parties.Place(
+        {from.table, from.code, row.Text(from.code), roles, name, row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE")});
     const CounterpartyWriter writer(run, {});
-    const Placement place = writer.Place({from.table, from.code, row.Text(from.code), from.customer,
-                                          row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE")});
-    const Facts facts{place.code, from.customer};
-    TargetRow target(run, "CON_TRO");
-    if (place.known) {
-        Ruolo(from.customer).Apply(target, run.GetSession(), row, facts);
-        target.Update("WHERE CDCON = " + run.Quoted(facts.code));
-        return RowOutcome::Updated;
-    }
-    Controparti(from.customer).Apply(target, run.GetSession(), row, facts);
-    target.Insert();
-    const Owner owner{"CON_TRO", facts.code};
-    writer.Telephone(owner, "Ufficio", row.Text("TELEFONO"));
-    writer.Telephone(owner, "Ufficio 2", row.Text("TELEFONO_2"));
-    writer.Telephone(owner, "Fax (uff.)", row.Text("FAX"));
-    writer.Telephone(owner, "Cellulare", row.Text("CELLULARE"));
-    writer.Mail(owner, "@ Principale", row.Text("EMAIL"));
-    writer.WebSite(owner, row.Text("SITO_WEB"));
-    return RowOutcome::Inserted;
+    const RowOutcome outcome = writer.Write(Controparti(from.customer), row, place, roles);
+    writer.Numbers(OwnerOf(place), row, Numeri);
+    return outcome;
 }
 
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
-        Needs all{{&Controparti(true), &Controparti(false), &Ruolo(true), &Ruolo(false)}, {}, CounterpartyNeeds()};
+        Needs all{{&Controparti(true).Whole(), &Controparti(false).Whole(), &Controparti(true).Role(true),
+                   &Controparti(false).Role(false)},
+                  {},
+                  CounterpartyNeeds()};
         for (const QString& table : {Clienti, Fornitori}) {
-            all.reads.push_back({table, {"TELEFONO", "TELEFONO_2", "FAX", "CELLULARE", "EMAIL", "SITO_WEB"}});
+            all.reads.push_back({table, Numeri.Names()});
         }
         return all;
     }();
@@ -162,12 +131,14 @@ void ImportContropartiVSP(Session& session, const QString& singleCode, bool rese
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
         run.Truncate(reset, CounterpartyTables());
         for (const Register& from : {Customers, Suppliers}) {
             const QString select = " FROM " + from.table + run.OnlyCode(" WHERE", from.code, singleCode);
-            const bool toTheEnd = run.Rows({from.customer ? "Clienti" : "Fornitori", from.table, from.code,
-                                            "SELECT COUNT(*)" + select, "SELECT *" + select + " ORDER BY " + from.code},
-                                           [&](const SourceRow& row) { return ImportControparte(run, row, from); });
+            const bool toTheEnd =
+                run.Rows({from.customer ? "Clienti" : "Fornitori", from.table, from.code, "SELECT COUNT(*)" + select,
+                          "SELECT *" + select + " ORDER BY " + from.code},
+                         [&](const SourceRow& row) { return ImportControparte(run, parties, row, from); });
             if (!toTheEnd) {
                 return;
             }
@@ -197,7 +168,7 @@ QString GetNewControparteFromVisual(ImportRun& run, const QString& code, bool cu
         return {};
     }
     const SourceRow row(rows);
-    return CounterpartyWriter(run, {}).FindByIdentity(row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE"));
+    return CounterpartyRegister(run).FindByIdentity(row.Text("PARTITA_IVA"), row.Text("CODICE_FISCALE"));
 }
 
 // --- Entry --------------------------------------------------------------------------------------------------------

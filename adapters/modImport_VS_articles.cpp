@@ -44,7 +44,7 @@ const Mapping& Articolo() {
             {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
             {"ARUM2", "UM_2", TranslatedOrUpper(Articoli, "UM", "")},
             {"ARCOE", "COEFFICIENTE", RoundedTo(6)},
-            {"ARIVA", "COD_IVA", Or(Translated(Articoli, "COD_IVA"), schema::defaults::VatCode)},
+            {"ARIVA", "COD_IVA", VatCode(Articoli, "COD_IVA")},
             {"ARMAG", "", Constant(true)},
             {"ARMAD", "", Constant(schema::defaults::Warehouse)},
             {"ARSMN", "SCORTA_MINIMA", RoundedTo(6)},

@@ -79,10 +79,7 @@ OpenDocument::Head HeadOf(ImportRun& run, const Orders& orders, const SourceRow&
             !term.isEmpty()) {
             target.Set("DTMOP", term);
         }
-        if (const QString currency = TranslatedCode(session, list, "COD_VALUTA", row.Text("COD_VALUTA"), "TAB_VAL");
-            !currency.isEmpty()) {
-            target.Set("DTVAL", currency);
-        }
+        target.Set("DTVAL", CurrencyOf(session, list, "COD_VALUTA", row.Text("COD_VALUTA")));
     };
     return {head, more};
 }

@@ -36,17 +36,6 @@ const QString Codifiche = QStringLiteral("CODIFICHE");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-Rule Vat() {
-    return {QStringLiteral("translated through SYS_IMP (%1, IVA), else as it is when TAB_IVA has it, else left out and "
-                           "recorded; \"%2\" when blank")
-                .arg(Articoli, schema::defaults::VatCode),
-            [](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                const QString code = text.isEmpty() ? schema::defaults::VatCode : VatCodeOf(input.session, text);
-                return code.isEmpty() ? RuleValue() : RuleValue(code);
-            }};
-}
-
 const Mapping& ArticoliMapping() {
     static const Mapping mapping{
         "ART_ICO",
@@ -65,7 +54,7 @@ const Mapping& ArticoliMapping() {
             {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
             {"ARUM2", "UM2", TranslatedOrUpper(Articoli, "UM", "")},
             {"ARCOE", "FATCON", RoundedTo(6)},
-            {"ARIVA", "IVA", Vat()},
+            {"ARIVA", "IVA", VatCode(Articoli, "IVA")},
             {"ARMAG", "", Constant(true)},
             {"ARMAD", "", Constant(schema::defaults::Warehouse)},
             {"ARSMN", "SCOMIN", RoundedTo(6)},
@@ -168,14 +157,6 @@ QString RequireCounterparty(Session& session, const QString& sourceCode, bool su
 }
 
 TableNeed CounterpartyNeed() { return {"CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}}; }
-
-QString VatCodeOf(Session& session, const QString& sourceCode) {
-    const QString code = modImport::GetNewCode(session, Articoli, "IVA", sourceCode, false);
-    if (code.isEmpty() && IsThere(session, "TAB_IVA", "CDIVA", sourceCode)) {
-        return sourceCode;
-    }
-    return code.isEmpty() ? modImport::GetNewCode(session, Articoli, "IVA", sourceCode, true) : code;
-}
 
 namespace {
 

@@ -20,10 +20,6 @@ QString RequireCounterparty(Session& session, const QString& sourceCode, bool su
 /// What finding a counterparty reads.
 contract::TableNeed CounterpartyNeed();
 
-/// The Quadrix VAT code of one of the source: translated, else the same where TAB_IVA has it; empty when there is none,
-/// and the code is recorded in SYS_IMP.
-QString VatCodeOf(Session& session, const QString& sourceCode);
-
 const contract::Needs& DistinteNeeds();
 void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool reset);
 

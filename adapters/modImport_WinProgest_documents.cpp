@@ -303,15 +303,9 @@ QString KindImport::VatOf(const SourceRow& row, const QString& article) const {
     Session& session = m_run.GetSession();
     if (row.IsBlank("IVA")) {
         const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARIVA");
-        return own.isEmpty() ? VatCode : own;
+        return own.isEmpty() ? schema::defaults::VatCode : own;
     }
-    const QString code = VatCodeOf(session, row.Text("IVA"));
-    if (code.isEmpty()) {
-        throw ImportError(
-            QStringLiteral("colonna 'IVA': il codice '%1' non è in TAB_IVA né tradotto in SYS_IMP (%2, IVA)")
-                .arg(row.Text("IVA"), Articoli));
-    }
-    return code;
+    return VatCodeOf(session, Articoli, "IVA", row.Text("IVA"));
 }
 
 /// Empty for a blank one: the row takes that of its article.

@@ -1,20 +1,39 @@
 #include "adapters/contract/Counterparty.h"
 
 #include "adapters/contract/lookups.h"
-#include "core/modImport.h"
 #include "sql/mod_ovTools.h"
+
+#include <QRegularExpression>
 
 namespace contract {
 
 namespace {
 
 const QString Prefix = QStringLiteral("+39");
-constexpr qint64 HighestCode = 999999;
-
-QString SixDigits(qint64 number) { return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')); }
-
+const QString Contacts = QStringLiteral("CON_RIF");
+const QString Branches = QStringLiteral("CON_SED");
 QString Without(QString text, const QString& characters) {
     return text.removeIf([&characters](QChar c) { return characters.contains(c); });
+}
+
+/// A name or street without what is written now so, now otherwise.
+QString Bare(const QVariant& text) {
+    return mod_ovTools::ToText(text).removeIf([](QChar c) { return !c.isLetterOrNumber(); }).toUpper();
+}
+
+/// A telephone number by its digits, without the prefix of the country.
+QString Digits(const QString& number) {
+    static const QRegularExpression prefix(QStringLiteral("^(\\+|00)39"));
+    QString digits = WithoutSeparators(number).remove(prefix);
+    return digits.removeIf([](QChar c) { return !c.isDigit(); });
+}
+
+/// The lines of a role, behind the mark of the role.
+Mapping RoleLines(const Mapping& whole, Side side, const QString& mark) {
+    Mapping role{whole.targetTable, whole.sourceTable, {{mark, {}, rules::Constant(true)}}};
+    std::copy_if(whole.lines.begin(), whole.lines.end(), std::back_inserter(role.lines),
+                 [side](const MapLine& line) { return line.rule.side == side; });
+    return role;
 }
 
 } // namespace
@@ -22,7 +41,8 @@ QString Without(QString text, const QString& characters) {
 std::vector<TableNeed> CounterpartyNeeds() {
     const QString name = QStringLiteral("TBNAM");
     const QString key = QStringLiteral("TBKEY");
-    return {{"CON_RIF", {"CDCON", "RFNOM"}},
+    return {{"CON_TRO", {"CDCON", "CORAS", "CORA2", "COIVA", "COFIS", "COCGE", "COFGE"}},
+            {"CON_RIF", {"CDCON", "RFNOM"}},
             {"NUM_TEL", {name, key, "NRDES", "NRPRI", "NRNUM", "NRTEL"}},
             {"IND_WEB", {name, key, "WBTIP", "WBDES", "WBIND"}}};
 }
@@ -34,70 +54,38 @@ const QStringList& CounterpartyTables() {
 
 QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
 
-QString CounterpartyWriter::FindByIdentity(const QString& vatNumber, const QString& taxCode) const {
-    if (vatNumber.isEmpty() && taxCode.isEmpty()) {
-        return {};
-    }
-    const QString condition = vatNumber.isEmpty() ? QStringLiteral("COFIS = ") + m_run.Quoted(taxCode)
-                                                  : QStringLiteral("COIVA = ") + m_run.Quoted(vatNumber);
-    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT CDCON FROM ") +
-                                                                m_run.FullName(QStringLiteral("CON_TRO")) +
-                                                                QStringLiteral(" WHERE ") + condition);
-    return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+QStringList NumberColumns::Names() const {
+    QStringList names{office, office2, fax, mobile, mail, web};
+    names.removeAll(QString());
+    return names;
 }
 
-bool CounterpartyWriter::Exists(const QString& code) const {
-    return !m_run.GetSession()
-                .Quadrix
-                .ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName(QStringLiteral("CON_TRO")) +
-                           QStringLiteral(" WHERE CDCON = ") + m_run.Quoted(code))
-                .Eof();
-}
+CounterpartyMapping::CounterpartyMapping(Mapping whole)
+    : m_whole(std::move(whole)),
+      m_customer(RoleLines(m_whole, Side::Customer, QStringLiteral("COCLI"))),
+      m_supplier(RoleLines(m_whole, Side::Supplier, QStringLiteral("COFOR"))) {}
 
-QString CounterpartyWriter::NextCode() const {
-    const QString highest =
-        m_run.GetSession()
-            .Quadrix.GetMaxValue(QStringLiteral("CON_TRO"), QStringLiteral("CDCON"), {}, QStringLiteral("000000"))
-            .toString();
-    bool isNumber = false;
-    const qint64 number = highest.toLongLong(&isNumber);
-    if (!isNumber) {
-        throw ImportError(
-            QStringLiteral("il codice più alto di CON_TRO, '%1', non è un numero: non se ne può fare un altro")
-                .arg(highest));
+RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
+                                     const Roles& roles, const std::function<void(TargetRow&)>& more) const {
+    TargetRow target(m_run, QStringLiteral("CON_TRO"));
+    const auto apply = [&](const Mapping& one) { one.Apply(target, m_run.GetSession(), row, {place.code, roles}); };
+    if (!place.known) {
+        apply(mapping.Whole());
     }
-    if (number >= HighestCode) {
-        throw ImportError(QStringLiteral("i codici a sei cifre di CON_TRO sono esauriti"));
+    for (const bool customer : {true, false}) {
+        if (place.known && (customer ? roles.customer : roles.supplier)) {
+            apply(mapping.Role(customer));
+        }
     }
-    return SixDigits(number + 1);
-}
-
-Placement CounterpartyWriter::Place(const SourceIdentity& source) const {
-    const QString same = FindByIdentity(source.vatNumber, source.taxCode);
-    if (!same.isEmpty()) {
-        return {same, true};
+    if (more) {
+        more(target);
     }
-    QString code = modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false);
-    if (code.isEmpty()) {
-        code = NewCode(source);
+    if (place.known) {
+        target.Update(QStringLiteral("WHERE CDCON = ") + m_run.Quoted(place.code));
+        return RowOutcome::Updated;
     }
-    if (!Exists(code)) {
-        return {code, false};
-    }
-    m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
-    return {code, true};
-}
-
-QString CounterpartyWriter::NewCode(const SourceIdentity& source) const {
-    bool isNumber = false;
-    const qint64 number = (source.number.isEmpty() ? source.code : source.number).toLongLong(&isNumber);
-    if (source.customer && isNumber && number > 0 && number <= HighestCode) {
-        return SixDigits(number);
-    }
-    // Imported before: a second one would be made at every import.
-    const QString before =
-        LookUp(m_run.GetSession(), "CON_TRO", source.customer ? "COCGE" : "COFGE", source.code, "CDCON");
-    return before.isEmpty() ? NextCode() : before;
+    target.Insert();
+    return RowOutcome::Inserted;
 }
 
 TargetRow CounterpartyWriter::NewRow(const QString& table) const {
@@ -108,15 +96,51 @@ TargetRow CounterpartyWriter::NewRow(const QString& table) const {
     return row;
 }
 
+bool CounterpartyWriter::Hangs(const Owner& owner, const QString& table, const QString& column,
+                               const std::function<bool(const QString&)>& isIt) const {
+    if (!owner.known) {
+        return false;
+    }
+    const Session& session = m_run.GetSession();
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(column, m_run.FullName(table)) +
+        Equals(session, QStringLiteral("TBNAM"), owner.table) + QStringLiteral(" AND ") +
+        Equals(session, QStringLiteral("TBKEY"), owner.key));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (isIt(mod_ovTools::ToText(rows.Value(column)))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void CounterpartyWriter::Numbers(const Owner& owner, const SourceRow& row, const NumberColumns& columns) const {
+    const auto text = [&row](const QString& column) { return column.isEmpty() ? QString() : row.Text(column); };
+    Telephone(owner, QStringLiteral("Ufficio"), text(columns.office));
+    Telephone(owner, QStringLiteral("Ufficio 2"), text(columns.office2));
+    Telephone(owner, QStringLiteral("Fax (uff.)"), text(columns.fax));
+    Telephone(owner, QStringLiteral("Cellulare"), text(columns.mobile));
+    Mail(owner, QStringLiteral("@ Principale"), text(columns.mail));
+    WebSite(owner, text(columns.web));
+}
+
 void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, const QString& number) const {
     if (number.isEmpty()) {
         return;
     }
     QString stored = WithoutSeparators(number);
-    if (!mod_ovTools::ReadNumber(stored)) {
+    const bool isNumber = mod_ovTools::ReadNumber(stored).has_value();
+    if (!isNumber) {
         stored = u'0' + mod_ovTools::NumberText(ReadLeadingNumber(stored).value_or(0));
-        m_run.Log(
-            QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' scritto come '%3'").arg(m_run.RowKey(), number, stored));
+    }
+    const QString digits = Digits(stored);
+    if (Hangs(owner, QStringLiteral("NUM_TEL"), QStringLiteral("NRNUM"),
+              [&digits](const QString& there) { return Digits(there) == digits; })) {
+        return;
+    }
+    if (!isNumber) {
+        m_run.Log(QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' non è un numero, scritto come '%3'")
+                      .arg(m_run.RowKey(), number, stored));
     }
     TargetRow row = NewRow(QStringLiteral("NUM_TEL"));
     row.Set(QStringLiteral("TBNAM"), owner.table);
@@ -130,6 +154,10 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
 
 void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const QString& label,
                                  const QString& address) const {
+    if (Hangs(owner, QStringLiteral("IND_WEB"), QStringLiteral("WBIND"),
+              [&address](const QString& there) { return there.compare(address, Qt::CaseInsensitive) == 0; })) {
+        return;
+    }
     TargetRow row = NewRow(QStringLiteral("IND_WEB"));
     row.Set(QStringLiteral("TBNAM"), owner.table);
     row.Set(QStringLiteral("TBKEY"), owner.key);
@@ -151,22 +179,84 @@ void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QS
     }
 }
 
-Owner CounterpartyWriter::InsertOwner(TargetRow& row, const QString& table) const {
+/// The child that a row of a counterparty is already; none when it is new. Each child stands for one row of the source,
+/// so that two contacts of one name stay two.
+/// @param alike the columns that tell
+std::optional<Owner> CounterpartyWriter::Met(const Owner& counterparty, const TargetRow& row, const QString& table,
+                                             const QStringList& alike) {
+    if (!counterparty.known) {
+        return std::nullopt;
+    }
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, table));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString id = mod_ovTools::ToText(rows.Value(QStringLiteral("RECORD_ID")));
+        const bool same = std::all_of(alike.begin(), alike.end(), [&](const QString& column) {
+            return Bare(rows.Value(column)) == Bare(row.Value(column));
+        });
+        if (same && !m_met.contains(table + id)) {
+            m_met.insert(table + id);
+            return Owner{table, id, true};
+        }
+    }
+    return std::nullopt;
+}
+
+QString CounterpartyWriter::ChildrenOf(const Owner& counterparty, const QString& table) const {
+    return QStringLiteral("SELECT * FROM %1 WHERE ").arg(m_run.FullName(table)) +
+           Equals(m_run.GetSession(), QStringLiteral("CDCON"), counterparty.key) +
+           QStringLiteral(" ORDER BY RECORD_ID");
+}
+
+Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table) {
     row.Insert();
-    const Recordset rows =
-        m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + m_run.FullName(table));
-    return {table, rows.Fields(0).Value().toString()};
+    const QString id = QString::number(LastId(m_run.GetSession(), table));
+    m_met.insert(table + id);
+    return {table, id};
 }
 
-Owner CounterpartyWriter::Contact(const QString& code, const QString& name) const {
-    TargetRow row = NewRow(QStringLiteral("CON_RIF"));
-    row.Set(QStringLiteral("CDCON"), code);
+Owner CounterpartyWriter::Contact(const Owner& counterparty, const QString& name) {
+    TargetRow row = NewRow(Contacts);
+    row.Set(QStringLiteral("CDCON"), counterparty.key);
     row.Set(QStringLiteral("RFNOM"), name);
-    return Contact(row);
+    return Contact(counterparty, row);
 }
 
-Owner CounterpartyWriter::Contact(TargetRow& contact) const { return InsertOwner(contact, QStringLiteral("CON_RIF")); }
+Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact) {
+    const auto met = Met(counterparty, contact, Contacts, {QStringLiteral("RFNOM")});
+    return met ? *met : Insert(contact, Contacts);
+}
 
-Owner CounterpartyWriter::Branch(TargetRow& branch) const { return InsertOwner(branch, QStringLiteral("CON_SED")); }
+Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
+    static const QStringList alike{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
+    if (const auto met = Met(counterparty, branch, Branches, alike)) {
+        return *met;
+    }
+    const QString code = mod_ovTools::ToText(branch.Value(QStringLiteral("CDSED")));
+    const QString free = FreeBranchCode(counterparty, code);
+    if (free != code) {
+        branch.Set(QStringLiteral("CDSED"), free);
+        m_run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come '%3'").arg(m_run.RowKey(), code, free));
+    }
+    return Insert(branch, Branches);
+}
+
+/// The code, where another branch of the counterparty has it behind an "F", else the first number that is free.
+QString CounterpartyWriter::FreeBranchCode(const Owner& counterparty, const QString& code) {
+    if (!m_branchCodes) {
+        m_branchCodes.emplace();
+        if (counterparty.known) {
+            Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, Branches));
+            for (; !rows.Eof(); rows.MoveNext()) {
+                m_branchCodes->insert(mod_ovTools::ToText(rows.Value(QStringLiteral("CDSED"))).trimmed().toUpper());
+            }
+        }
+    }
+    QString free = code;
+    for (int number = 0; m_branchCodes->contains(free.toUpper()); ++number) {
+        free = number == 0 ? QString(u'F' + code) : QStringLiteral("%1").arg(number, 3, 10, QLatin1Char('0'));
+    }
+    m_branchCodes->insert(free.toUpper());
+    return free;
+}
 
 } // namespace contract

@@ -74,15 +74,6 @@ void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& caus
     }
 }
 
-QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {
-    const QString known = TranslatedCode(session, table, field, code, "TAB_IVA");
-    if (known.isEmpty() && !code.isEmpty()) {
-        throw ImportError(QStringLiteral("colonna '%1': il codice IVA '%2' non è in TAB_IVA né tradotto in SYS_IMP")
-                              .arg(field, code));
-    }
-    return known;
-}
-
 DocumentSettings ReadDocumentSettings(Session& session) {
     const QString section = QStringLiteral("IMPORT");
     const QString key = QStringLiteral("DOC_DateStart");

@@ -40,10 +40,6 @@ private:
 /// entered by hand stay. @param causes only those of these causes; empty for all
 void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes = {});
 
-/// The VAT code of a document row: translated through SYS_IMP (table and field), else the code itself when TAB_IVA has
-/// it; empty for a blank one. Raises `ImportError` for any other: the tax of the document could not be computed.
-QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code);
-
 /// What the settings say to every document import.
 struct DocumentSettings {
     QDate from;                ///< DOC_DateStart: older documents stay behind

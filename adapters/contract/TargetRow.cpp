@@ -143,6 +143,15 @@ TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     return *this;
 }
 
+QVariant TargetRow::Value(const QString& column) const {
+    for (int i = m_query.GetFieldsCount(); i >= 0; --i) {
+        if (m_query.Field(i).Name == column) {
+            return m_query.Field(i).Value;
+        }
+    }
+    return {};
+}
+
 void TargetRow::Insert() {
     Set(QStringLiteral("USINS"), ImportUser);
     if (!m_hasCreated) {

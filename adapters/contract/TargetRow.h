@@ -19,6 +19,8 @@ public:
     /// Sets a column; a blank number or date is Null. Codes and texts that people read are written in upper case when
     /// the configuration says so (KEYFIELD_CHAR, TEXTFIELD_CHAR). Setting a column twice keeps the second value.
     TargetRow& Set(const QString& column, const QVariant& value) override;
+    /// What a column has been set to; none when it has not been.
+    QVariant Value(const QString& column) const;
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way.
     void Insert() override;
     /// Updates the rows of a condition (with its own WHERE), with USMDF and (unless set) DTMDF.

@@ -4,9 +4,27 @@
 #include "adapters/contract/TargetRow.h"
 #include "core/modImport.h"
 #include "core/Schema.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
+
+namespace {
+
+/// `TranslatedCode`, or what stands in for it; the log tells which code that was.
+/// @param what kind of the line in the log
+QString CodeOrDefault(Session& session, const QString& what, const QString& table, const QString& field,
+                      const QString& code, const QString& codeTable, const QString& otherwise) {
+    const QString known = TranslatedCode(session, table, field, code, codeTable);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    modImport::LogNote(session, QStringLiteral("%1: %2: '%3' non è in %4 né tradotto in SYS_IMP (%5, %6), scritto '%7'")
+                                    .arg(what, session.Errors.RowKey(), code, codeTable, table, field, otherwise));
+    return otherwise;
+}
+
+} // namespace
 
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column) {
@@ -51,6 +69,18 @@ QString TranslatedCode(Session& session, const QString& table, const QString& fi
         return code;
     }
     return modImport::GetNewCode(session, table, field, code, true);
+}
+
+QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {
+    return code.isEmpty() ? QString()
+                          : CodeOrDefault(session, QStringLiteral("CODICE IVA NON TROVATO"), table, field, code,
+                                          QStringLiteral("TAB_IVA"), schema::defaults::VatCode);
+}
+
+QString CurrencyOf(Session& session, const QString& table, const QString& field, const QString& code) {
+    return code.isEmpty() ? schema::defaults::Currency
+                          : CodeOrDefault(session, QStringLiteral("VALUTA NON TROVATA"), table, field, code,
+                                          QStringLiteral("TAB_VAL"), schema::defaults::Currency);
 }
 
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,

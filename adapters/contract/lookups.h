@@ -30,6 +30,15 @@ QString OnDay(const Session& session, const QString& column, const QVariant& day
 QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,
                        const QString& codeTable);
 
+/// The VAT code of Quadrix for one of the source: what SYS_IMP says, else the code itself when TAB_IVA has it, else the
+/// ordinary rate; the code is recorded in SYS_IMP then, and the log names it with the row under way. Empty for a blank
+/// one.
+QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code);
+
+/// The currency of Quadrix for one of the source: what SYS_IMP says, else the code itself when TAB_VAL has it, else the
+/// euro; the code is recorded in SYS_IMP then, and the log names it with the row under way. The euro for a blank one.
+QString CurrencyOf(Session& session, const QString& table, const QString& field, const QString& code);
+
 /// Writes what a code of the source has become into SYS_IMP, in place of what stands there, so that later lookups find
 /// it.
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,

@@ -108,6 +108,14 @@ Rule Only(const QString& words, std::function<bool(const RuleInput&)> condition,
             }};
 }
 
+/// Whether a text is numbers joined with "+".
+bool IsDiscountChain(const QString& text) {
+    const QStringList parts = text.split(u'+');
+    return parts.size() > 1 && std::all_of(parts.begin(), parts.end(), [](const QString& part) {
+               return mod_ovTools::ReadNumber(part.trimmed()).has_value();
+           });
+}
+
 QString NewCode(const RuleInput& input, const QString& table, const QString& field) {
     return modImport::GetNewCode(input.session, table, field, input.Text(), true);
 }
@@ -178,9 +186,11 @@ Rule LeadingNumber() {
                 bool whole = false;
                 text.toDouble(&whole);
                 if (!whole) {
+                    const QString what = IsDiscountChain(text) ? QStringLiteral("SCONTO RIDOTTO A UN SOLO VALORE")
+                                                               : QStringLiteral("NUMERO RIDOTTO");
                     modImport::LogNote(input.session,
-                                       QStringLiteral("NUMERO RIDOTTO: %1, colonna '%2': '%3' letto come %4")
-                                           .arg(input.session.Errors.RowKey(), input.columns.first(), text,
+                                       QStringLiteral("%1: %2, colonna '%3': '%4' letto come %5")
+                                           .arg(what, input.session.Errors.RowKey(), input.columns.first(), text,
                                                 mod_ovTools::NumberText(*number)));
                 }
                 return QVariant(*number);
@@ -293,11 +303,11 @@ Rule Code() {
 }
 
 Rule IsCustomer() {
-    return {"true for a customer", [](const RuleInput& input) { return RuleValue(input.facts.customer); }};
+    return {"true for a customer", [](const RuleInput& input) { return RuleValue(input.facts.roles.customer); }};
 }
 
 Rule IsSupplier() {
-    return {"true for a supplier", [](const RuleInput& input) { return RuleValue(!input.facts.customer); }};
+    return {"true for a supplier", [](const RuleInput& input) { return RuleValue(input.facts.roles.supplier); }};
 }
 
 Rule Translated(const QString& table, const QString& field) {
@@ -349,17 +359,39 @@ Rule LookedUp(const QString& table, const QString& keyColumn, const QString& col
             }};
 }
 
-Rule ExemptVat(const QString& table, const QString& field) {
+Rule VatCode(const QString& table, const QString& field) {
     return {
-        QStringLiteral("translated through SYS_IMP (%1, %2), only a code of TAB_IVA with rate zero").arg(table, field),
-        [table, field](const RuleInput& input) -> RuleValue {
-            const QString code = NewCode(input, table, field);
-            if (code.isEmpty()) {
-                return std::nullopt;
-            }
-            const QVariant rate = input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code, "IVALI");
-            return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : RuleValue(code);
+        QStringLiteral("\"%3\" when blank; else translated through SYS_IMP (%1, %2), else as it is when TAB_IVA has "
+                       "it, else recorded, logged and \"%3\"")
+            .arg(table, field, schema::defaults::VatCode),
+        [table, field](const RuleInput& input) {
+            const QString code = VatCodeOf(input.session, table, field, input.Text());
+            return RuleValue(code.isEmpty() ? schema::defaults::VatCode : code);
         }};
+}
+
+Rule Currency(const QString& table, const QString& field) {
+    return {
+        QStringLiteral("\"%3\" when blank; else translated through SYS_IMP (%1, %2), else as it is when TAB_VAL has "
+                       "it, else recorded, logged and \"%3\"")
+            .arg(table, field, schema::defaults::Currency),
+        [table, field](const RuleInput& input) {
+            return RuleValue(CurrencyOf(input.session, table, field, input.Text()));
+        }};
+}
+
+Rule Exemption(const Rule& vatCode) {
+    return {vatCode.text + QStringLiteral("; only a code of TAB_IVA with rate zero"),
+            [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
+                const RuleValue code = apply(input);
+                const QVariant rate =
+                    code ? input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code->toString(), "IVALI") : QVariant();
+                return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : code;
+            }};
+}
+
+Rule ExemptVat(const QString& table, const QString& field) {
+    return Exemption(TranslatedOrKnown(table, field, "TAB_IVA"));
 }
 
 Rule Country(const QString& table, const QString& field) {
@@ -402,13 +434,17 @@ Rule WhenNotBlank(const QString& column, const Rule& rule) {
 }
 
 Rule CustomerOnly(const Rule& rule) {
-    return Only(
-        "customers only", [](const RuleInput& input) { return input.facts.customer; }, rule);
+    Rule only = Only(
+        "customers only", [](const RuleInput& input) { return input.facts.roles.customer; }, rule);
+    only.side = Side::Customer;
+    return only;
 }
 
 Rule SupplierOnly(const Rule& rule) {
-    return Only(
-        "suppliers only", [](const RuleInput& input) { return !input.facts.customer; }, rule);
+    Rule only = Only(
+        "suppliers only", [](const RuleInput& input) { return input.facts.roles.supplier; }, rule);
+    only.side = Side::Supplier;
+    return only;
 }
 
 } // namespace rules

@@ -8,10 +8,19 @@
 
 namespace contract {
 
+/// What a counterparty is in the source: one of the two, or both.
+struct Roles {
+    bool customer = false;
+    bool supplier = false;
+};
+
+/// The roles of a source that keeps customers and suppliers apart.
+inline Roles RoleOf(bool customer) { return {customer, !customer}; }
+
 /// What a procedure knows of the row under way before its mapping is applied.
 struct Facts {
-    QString code;          ///< the Quadrix code assigned to the row
-    bool customer = false; ///< of a counterparty: its role in the source; else it is a supplier
+    QString code;     ///< the Quadrix code assigned to the row
+    Roles roles = {}; ///< of a counterparty
 };
 
 /// What a rule works on.
@@ -30,10 +39,14 @@ struct RuleInput {
 /// Value of a target column; none leaves the column out.
 using RuleValue = std::optional<QVariant>;
 
+/// The role that a column of a counterparty belongs to.
+enum class Side { Both, Customer, Supplier };
+
 /// A small conversion with a name that the mapping pages show.
 struct Rule {
     QString text; ///< what it does, in a few words
     std::function<RuleValue(const RuleInput&)> apply;
+    Side side = Side::Both;
 };
 
 /// The rules of the mapping tables. Texts come without surrounding blanks.
@@ -107,7 +120,13 @@ Rule TranslatedOrUpper(const QString& table, const QString& field, const QString
 Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable);
 /// One column of the row of a Quadrix table whose key column has the text as its value; left out when there is none.
 Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column);
-/// As `Translated`, left out unless it is a VAT code of TAB_IVA with rate zero.
+/// A VAT code, as `VatCodeOf` finds it; the ordinary rate when the text is blank.
+Rule VatCode(const QString& table, const QString& field);
+/// A currency, as `CurrencyOf` finds it.
+Rule Currency(const QString& table, const QString& field);
+/// Left out unless the rule gives a VAT code of TAB_IVA with rate zero: an exemption.
+Rule Exemption(const Rule& vatCode);
+/// The exemption that a VAT code of the source is, as `TranslatedOrKnown` finds it in TAB_IVA.
 Rule ExemptVat(const QString& table, const QString& field);
 
 /// A country: as `Translated`; without a translation "ITA" for blank, "I", "IT", "ITA" and "ITALIA", else the text when
@@ -120,9 +139,9 @@ Rule Or(const Rule& rule, const QVariant& otherwise);
 Rule NotBlank(const Rule& rule);
 /// Left out when another source column is blank.
 Rule WhenNotBlank(const QString& column, const Rule& rule);
-/// Left out for suppliers.
+/// A column of the role of customer: left out for who is none.
 Rule CustomerOnly(const Rule& rule);
-/// Left out for customers.
+/// A column of the role of supplier: left out for who is none.
 Rule SupplierOnly(const Rule& rule);
 
 } // namespace rules

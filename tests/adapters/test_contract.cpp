@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <numeric>
 
 namespace {
 

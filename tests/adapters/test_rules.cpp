@@ -73,7 +73,29 @@ private slots:
         Apply(LeadingNumber(), "'12.5' A");
         QVERIFY(!m_target->Log().contains("'12.5'"));
         Apply(LeadingNumber(), "'30+4' A");
-        QVERIFY2(m_target->Log().contains("'A': '30+4' letto come 30\r\n"), m_target->Log().constData());
+        QVERIFY2(m_target->Log().contains("SCONTO RIDOTTO A UN SOLO VALORE: , colonna 'A': '30+4' letto come 30\r\n"),
+                 m_target->Log().constData());
+        Apply(LeadingNumber(), "'30 gg' A");
+        QVERIFY2(m_target->Log().contains("NUMERO RIDOTTO: , colonna 'A': '30 gg' letto come 30\r\n"),
+                 m_target->Log().constData());
+    }
+
+    /// A code that Quadrix does not have is replaced, recorded for the operator, and named with its row.
+    void replacesUnknownCodes_data() {
+        Columns<Rule, QString, QString>("rule", "result", "line");
+        Row("VAT code", VatCode("tab", "col"), "022",
+            "CODICE IVA NON TROVATO: riga 7: 'w1' non è in TAB_IVA né tradotto in SYS_IMP (tab, col), scritto "
+            "'022'");
+        Row("currency", Currency("tab", "col"), "EUR",
+            "VALUTA NON TROVATA: riga 7: 'w1' non è in TAB_VAL né tradotto in SYS_IMP (tab, col), scritto 'EUR'");
+    }
+    void replacesUnknownCodes() {
+        QFETCH(const Rule, rule);
+        const ovErrors::Row underWay(m_target->Get().Errors, "riga 7");
+        QTEST(TextOf(Apply(rule, "'w1' A")), "result");
+        QFETCH(const QString, line);
+        QVERIFY2(QString::fromLatin1(m_target->Log()).contains(line), m_target->Log().constData());
+        QCOMPARE(m_target->Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBOLD = 'w1'"), QString("1"));
     }
 
     /// Codes without a translation are recorded once for the operator; those of the other rules are not.
@@ -104,7 +126,7 @@ private:
     RuleValue Apply(const Rule& rule, const QString& row, bool customer = true) {
         const Recordset rows = m_target->Db().ExecuteWC("SELECT " + row);
         const SourceRow source(rows);
-        const Facts facts{"K1", customer};
+        const Facts facts{"K1", RoleOf(customer)};
         const QStringList columns = rows.Columns().filter(QRegularExpression("^[ABC]$"));
         return rule.apply({m_target->Get(), source, columns, facts});
     }
@@ -162,6 +184,12 @@ private:
         Row("Or, missing", Or(Translated(table, field), "EUR"), "'q' A", "EUR");
         Row("Or, there", Or(Translated(table, field), "EUR"), "'a' A", "X1");
         Row("Or, blank", Or(Text(), "EUR"), "' ' A", "EUR");
+        Row("VatCode, translated", VatCode(table, field), "'n4' A", "N4");
+        Row("VatCode, known to Quadrix", VatCode(table, field), "'010' A", "010");
+        Row("VatCode, blank", VatCode(table, field), "NULL A", "022");
+        Row("Currency, known to Quadrix", Currency(table, field), "'USD' A", "USD");
+        Row("Currency, blank", Currency(table, field), "'' A", "EUR");
+        Row("ExemptVat, known to Quadrix", ExemptVat(table, field), "'N4' A", "N4");
         Row("ExemptVat, rate zero", ExemptVat(table, field), "'n4' A", "N4");
         Row("ExemptVat, ordinary rate", ExemptVat(table, field), "'ord' A", LeftOut);
         Row("ExemptVat, not in TAB_IVA", ExemptVat(table, field), "'zz' A", LeftOut);

@@ -157,9 +157,9 @@ private slots:
         if (!highest.isEmpty()) {
             target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('" + highest + "')");
         }
-        const CounterpartyWriter writer(target.Run, {});
+        const CounterpartyRegister parties(target.Run);
         QString next;
-        const auto error = ErrorOf<ImportError>([&] { next = writer.NextCode(); });
+        const auto error = ErrorOf<ImportError>([&] { next = parties.NextCode(); });
         QTEST(error ? error->Message() : next, "next");
     }
 

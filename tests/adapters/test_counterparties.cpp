@@ -1,0 +1,242 @@
+#include "adapters/contract/Counterparty.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace {
+
+/// A company with a run under way of which nothing is shown.
+class Written : public TestTarget {
+public:
+    ImportRun Run{Get(), "modImport_Prova", "ImportProva", "X"};
+
+    void Party(const QString& values) {
+        Execute("INSERT INTO X01_CON_TRO (CDCON, CORAS, COIVA, COFIS, COCGE, COFGE) VALUES (" + values + ')');
+    }
+    /// The kinds of lines that the log has about the rows so far.
+    QStringList Kinds() {
+        QStringList kinds;
+        for (const Notes::Kind& kind : Get().Notes.kinds) {
+            kinds.append(kind.name);
+        }
+        return kinds;
+    }
+    QString LogText() const { return QString::fromLatin1(Log()); }
+};
+
+SourceIdentity Customer(const QString& code, const QString& name, const QString& vatNumber = {}) {
+    return {"CLIENTI", "CODICE", code, RoleOf(true), name, vatNumber, {}};
+}
+
+QString Shown(const Placement& place) { return place.code + (place.known ? " known" : " new"); }
+
+/// A counterparty as a source with few columns has it.
+const CounterpartyMapping& Mapped() {
+    static const CounterpartyMapping mapping({"CON_TRO",
+                                              "CLIENTI",
+                                              {{"CDCON", "CODICE", Code()},
+                                               {"CORAS", "NOME", Text()},
+                                               {"COCLI", "", IsCustomer()},
+                                               {"COMOP", "PAG", CustomerOnly(Text())},
+                                               {"COCGE", "CODICE", CustomerOnly(Text())},
+                                               {"COFOR", "", IsSupplier()},
+                                               {"COMOA", "PAG", SupplierOnly(Text())},
+                                               {"COLSF", "LISTINO", SupplierOnly(Text())},
+                                               {"COFGE", "CODICE", SupplierOnly(Text())}}});
+    return mapping;
+}
+
+} // namespace
+
+/// Who is whom among the counterparties, and what becomes of what hangs on them.
+class TestCounterparties : public QObject {
+    Q_OBJECT
+
+private slots:
+    /// The customer "71", of whom the code 000071 may be taken.
+    void GivesCodes_data() {
+        Columns<QString, QString, TakenCode, QString, QString, QStringList>("party", "vatNumber", "usual", "setting",
+                                                                            "place", "kinds");
+        const QString nobody = "'000100', 'Altro', NULL, NULL, NULL, NULL";
+        const QString stranger = "'000071', 'Informatica Esposito', '70370370911', NULL, NULL, 'F1'";
+        const QString alike = "'000071', 'ROSSI  s.n.c', NULL, NULL, NULL, NULL";
+        const QStringList taken{"CODICE OCCUPATO"};
+        const QStringList twice{"CONTROPARTE DOPPIA"};
+        const QStringList strangers{"CONTROPARTE DOPPIA", "CONTROPARTI DIVERSE"};
+        const QString vat = "99999990011";
+        Row("free", nobody, vat, TakenCode::Next, QString(), QString("000071 new"), QStringList());
+        Row("a stranger's", stranger, vat, TakenCode::Next, QString(), QString("000072 new"), taken);
+        Row("a stranger's, who has no numbers", stranger, QString(), TakenCode::Next, QString(), QString("000072 new"),
+            taken);
+        Row("a stranger's, taken over", stranger, vat, TakenCode::Update, QString(), QString("000071 known"),
+            strangers);
+        Row("a stranger's, setting aggiorna", stranger, vat, TakenCode::Next, QString("Aggiorna"),
+            QString("000071 known"), strangers);
+        Row("a stranger's, setting nuovo", stranger, vat, TakenCode::Update, QString("nuovo"), QString("000072 new"),
+            taken);
+        Row("of the same name", alike, vat, TakenCode::Next, QString(), QString("000071 known"), twice);
+        Row("of the same name, setting nuovo", alike, vat, TakenCode::Next, QString("nuovo"), QString("000071 known"),
+            twice);
+    }
+    void GivesCodes() {
+        QFETCH(const QString, party);
+        QFETCH(const QString, vatNumber);
+        QFETCH(const TakenCode, usual);
+        QFETCH(const QString, setting);
+        Written target;
+        target.Party(party);
+        target.Get().Config.SetAppConfig("IMPORT", "CodiceOccupato", setting);
+        const CounterpartyRegister parties(target.Run, usual);
+        const SourceIdentity source = Customer("71", "Rossi SNC", vatNumber);
+        const Placement place = parties.Place(source);
+        QTEST(Shown(place), "place");
+        QTEST(target.Kinds(), "kinds");
+        // What was written is found again, and gets no third code.
+        if (!place.known) {
+            target.Party(QString("'%1', 'Rossi SNC', '%2', NULL, '71', NULL").arg(place.code, vatNumber));
+            QCOMPARE(Shown(parties.Place(source)), place.code + " known");
+        }
+    }
+
+    void TellsBothOfATakenCode() {
+        Written target;
+        target.Party("'000071', 'Informatica Esposito', '70370370911', NULL, NULL, 'F1'");
+        CounterpartyRegister(target.Run).Place(Customer("71", "Rossi", "99999990011"));
+        QVERIFY2(target.LogText().contains("'Rossi' (partita IVA 99999990011) prende il codice 000072: 000071 è di "
+                                           "'Informatica Esposito' (partita IVA 70370370911)"),
+                 target.Log());
+    }
+
+    void RefusesAnotherSetting() {
+        Written target;
+        target.Get().Config.SetAppConfig("IMPORT", "CodiceOccupato", "sempre");
+        const auto error = ErrorOf<ImportError>([&] { const CounterpartyRegister parties(target.Run); });
+        QVERIFY(error);
+        QCOMPARE(error->Message(), QString("impostazione CodiceOccupato della sezione IMPORT: 'sempre' non è né "
+                                           "'aggiorna' né 'nuovo'"));
+    }
+
+    /// A code that SYS_IMP tells is somebody's word.
+    void ObeysTranslatedCodes() {
+        Written target;
+        target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('CLIENTI', 'CODICE', '71', '000500')");
+        target.Party("'000500', 'Scritto a mano', '70370370911', NULL, NULL, NULL");
+        const CounterpartyRegister parties(target.Run);
+        QCOMPARE(Shown(parties.Place(Customer("71", "Rossi", "99999990011"))), QString("000500 known"));
+        QCOMPARE(target.Kinds(), QStringList({"CONTROPARTE DOPPIA", "CONTROPARTI DIVERSE"}));
+    }
+
+    /// The code of the source finds what an earlier import wrote, but not what another origin wrote under that code.
+    void FindsWhatItWrote_data() {
+        Columns<QString, QString>("party", "place");
+        Row("another VAT number since", "'000009', 'Rossi', '70370370911', NULL, 'C9', NULL", "000009 known");
+        Row("another name since", "'000009', 'Rossi e figli', '99999990011', NULL, 'C9', NULL", "000009 known");
+        Row("a stranger of another origin", "'000009', 'Bianchi', '70370370911', NULL, 'C9', NULL", "000010 new");
+        Row("a supplier of that code", "'000009', 'Rossi', NULL, NULL, NULL, 'C9'", "000010 new");
+    }
+    void FindsWhatItWrote() {
+        QFETCH(const QString, party);
+        Written target;
+        target.Party(party);
+        QTEST(Shown(CounterpartyRegister(target.Run).Place(Customer("C9", "Rossi", "99999990011"))), "place");
+        QVERIFY(target.Kinds().isEmpty());
+    }
+
+    void MergesByIdentity_data() {
+        Columns<QString, QString, QString, QString>("party", "vatNumber", "taxCode", "found");
+        const QString party = "'000001', 'Verdi', '01234567890', 'VRDMRA80A01H501U', 'C1', NULL";
+        Row("VAT number", party, QString("01234567890"), QString(), QString("000001"));
+        Row("tax code", party, QString(), QString("vrdmra80a01h501u"), QString("000001"));
+        Row("tax code, the VAT number fills the field", party, QString("00000000000"), QString("VRDMRA80A01H501U"),
+            QString("000001"));
+        Row("another VAT number", party, QString("99999990011"), QString("VRDMRA80A01H501U"), QString());
+        const QString filled = "'000001', 'Verdi', '00000000000', 'XXXXXXXXXXXXXXXX', 'C1', NULL";
+        Row("both fill the field", filled, QString("00000000000"), QString(), QString());
+        Row("both fill the tax code", filled, QString(), QString("XXXXXXXXXXXXXXXX"), QString());
+        Row("one character", "'000001', 'Verdi', '-', NULL, 'C1', NULL", QString("-"), QString(), QString());
+    }
+    void MergesByIdentity() {
+        QFETCH(const QString, party);
+        QFETCH(const QString, vatNumber);
+        QFETCH(const QString, taxCode);
+        Written target;
+        target.Party(party);
+        QTEST(CounterpartyRegister(target.Run).FindByIdentity(vatNumber, taxCode), "found");
+    }
+
+    /// Two customers of one VAT number: the log names both, and the code that is overwritten.
+    void TellsMerges() {
+        Written target;
+        target.Party("'000001', 'Verdi', '01234567890', NULL, 'C1', 'F7'");
+        const CounterpartyRegister parties(target.Run);
+        QCOMPARE(Shown(parties.Place(Customer("C2", "Verdi Due", "01234567890"))), QString("000001 known"));
+        QVERIFY2(target.LogText().contains("CONTROPARTI UNITE: "), target.Log());
+        QVERIFY2(
+            target.LogText().contains("'Verdi Due' (partita IVA 01234567890) e 'Verdi' (partita IVA 01234567890), "
+                                      "cliente 'C1', fornitore 'F7', diventano una: 000001; il codice cliente 'C1' "
+                                      "lascia il posto a 'C2'"),
+            target.Log());
+        parties.FindSame(Customer("c1", "Verdi", "01234567890")); // the same again is no merge
+        QCOMPARE(target.Get().Notes.count, qint64{1});
+    }
+
+    /// A second role brings its columns, and what hangs on it unless it hangs there; a third time nothing is added.
+    void BringsASecondRole() {
+        Written target;
+        const Recordset rows = target.Db().ExecuteWC("SELECT 'C1' CODICE, 'Verdi' NOME, 'R30' PAG, 'L1' LISTINO, "
+                                                     "'0471/12 34' TEL, 'Info@verdi.it' MAIL");
+        const SourceRow row(rows);
+        const auto write = [&](const Placement& place, const Roles& roles, const QString& telephone) {
+            CounterpartyWriter writer(target.Run, {});
+            writer.Write(Mapped(), row, place, roles);
+            writer.Numbers(OwnerOf(place), row, {"TEL", {}, {}, {}, "MAIL", {}});
+            writer.Telephone(OwnerOf(place), "Ufficio", telephone);
+        };
+        write({"000001", false}, RoleOf(true), {});
+        QCOMPARE(target.Rows("SELECT COMOP, COMOA, COLSF, COCLI, COFOR FROM X01_CON_TRO"),
+                 QStringList{"R30|NULL|NULL|true|false"});
+        for (int i = 0; i < 2; ++i) {
+            write({"000001", true}, RoleOf(false), "0039 0471-5678");
+        }
+        QCOMPARE(target.Rows("SELECT COMOP, COMOA, COLSF, COCGE, COFGE, COCLI, COFOR FROM X01_CON_TRO"),
+                 QStringList{"R30|R30|L1|C1|C1|true|true"});
+        QCOMPARE(target.Rows("SELECT NRNUM FROM X01_NUM_TEL"), QStringList({"04711234", "003904715678"}));
+        QCOMPARE(target.Rows("SELECT WBIND FROM X01_IND_WEB"), QStringList{"info@verdi.it"});
+    }
+
+    /// Contacts of one name stay two; branches keep their address and give way with their code.
+    void BringsContactsAndBranches() {
+        Written target;
+        const auto write = [&](bool known, const QString& street) {
+            CounterpartyWriter writer(target.Run, {});
+            const Owner owner{"CON_TRO", "000001", known};
+            for (const char* telephone : {"1", "2"}) {
+                writer.Telephone(writer.Contact(owner, "Rossi M."), "Ufficio", telephone);
+            }
+            TargetRow branch = writer.NewRow("CON_SED");
+            branch.Set("CDCON", owner.key).Set("CDSED", "001").Set("SETIP", "CO").Set("SEIND", street);
+            writer.Telephone(writer.Branch(owner, branch), "Ufficio", "3");
+        };
+        write(false, "Via Po 1");
+        write(true, "VIA PO, 1");
+        QVERIFY(target.Kinds().isEmpty());
+        for (int i = 0; i < 2; ++i) {
+            write(true, "Via Adige 2");
+        }
+        QCOMPARE(target.Rows("SELECT CDSED, SEIND FROM X01_CON_SED"),
+                 QStringList({"001|Via Po 1", "F001|Via Adige 2"}));
+        QCOMPARE(target.Kinds(), QStringList{"SEDE RINUMERATA"});
+        QCOMPARE(target.Rows("SELECT RFNOM FROM X01_CON_RIF"), QStringList({"Rossi M.", "Rossi M."}));
+        QCOMPARE(target.Rows("SELECT TBNAM, TBKEY, NRNUM FROM X01_NUM_TEL"),
+                 QStringList({"CON_RIF|1|1", "CON_RIF|2|2", "CON_SED|1|3", "CON_SED|2|3"}));
+    }
+};
+
+QUADRIX_TEST(TestCounterparties)
+#include "test_counterparties.moc"
