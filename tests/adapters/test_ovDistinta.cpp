@@ -206,7 +206,7 @@ private slots:
 
     /// Bills are nested as deep as the data say.
     void deep() {
-        constexpr int levels = 20000;
+        constexpr int levels = 4000;
         Bills target;
         target.Db().BeginTrans();
         target.Execute(QString("WITH RECURSIVE N(N) AS (SELECT 0 UNION ALL SELECT N + 1 FROM N WHERE N < %1) "
@@ -229,7 +229,7 @@ private:
         const QStringList scale{"IDLSD", "SCQTA", "SCCOS", "SCSCO", "SCSC2"};
         target.Insert("LIS_LAV", list, {"TAGLIO", "P", "000001", "20200101", "20231231"}); // over
         target.Insert("LIS_LAS", scale, {"1", "999999999", "1"});
-        target.Insert("LIS_LAV", list, {"TAGLIO", "P", "000001", "20240305", "20240305"});
+        target.Insert("LIS_LAV", list, {"TAGLIO", "P", "000001", "20240305 00:00:00", "20240305 00:00:00"});
         target.Insert("LIS_LAS", scale, {"2", "999999999", "2"});
         target.Insert("LIS_LAS", scale, {"2", "10", "20", "10", "5.555555555"});
         target.Insert("LIS_LAS", scale, {"2", "9", "30"});
