@@ -305,16 +305,18 @@ private:
         return outcomes[key];
     }
 
-    /// The row of a text with a NUL is given up; a code without a translation is noted with it, whole.
+    /// The row of a text with a NUL is given up; a code without a translation is noted with it, whole. A module that
+    /// takes no text from its source has no such row.
     static void HoldsNoNul(const QString& module, const TextColumns& columns, TestTarget::On engine) {
         const QString ending = QStringLiteral("~\u0000~");
         const Account account = Run(module, columns, ending, engine);
         const QString rows = account.outcome.section("== rows", 1).remove(ending);
         QVERIFY2(!rows.contains('~') && !rows.contains(QChar(u'\0')), qPrintable(rows));
         const auto tellsNul = [](const RunResult::GivenUp& row) { return row.reason.contains("carattere NUL"); };
-        QVERIFY(std::any_of(account.whole.begin(), account.whole.end(), [&](const RunResult& result) {
-            return std::any_of(result.givenUp.begin(), result.givenUp.end(), tellsNul);
-        }));
+        QVERIFY(columns.isEmpty() ||
+                std::any_of(account.whole.begin(), account.whole.end(), [&](const RunResult& result) {
+                    return std::any_of(result.givenUp.begin(), result.givenUp.end(), tellsNul);
+                }));
     }
 };
 

@@ -72,8 +72,10 @@ private slots:
         QVERIFY(write("A'1", {}));
         QVERIFY(write("A2", QDate(2020, 1, 1))); // what the import says of itself wins
         QVERIFY(!write("a'1", {}));              // codes compare without case
-        QCOMPARE(target.Rows("SELECT CDART, ARINV, ARANN, DTINS, DTMDF FROM X01_ART_ICO ORDER BY CDART"),
-                 QStringList({"A'1|20240304|false|20240304|20240304", "A2|20200101|false|20240304|NULL"}));
+        const QString day = "2024-03-04T00:00:00.000Z";
+        QCOMPARE(target.Rows("SELECT CDART, ARANN, ARINV, DTINS, DTMDF FROM X01_ART_ICO ORDER BY CDART"),
+                 QStringList({"A'1|false|" + QStringList(3, day).join("|"),
+                              "A2|false|2020-01-01T00:00:00.000Z|" + day + "|NULL"}));
     }
 
     void rowsHoldWhatFits() {
