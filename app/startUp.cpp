@@ -1,5 +1,6 @@
 #include "app/startUp.h"
 
+#include "core/modMain.h"
 #include "core/passwordScrambling.h"
 #include "sql/mod_ovTools.h"
 

@@ -1,4 +1,5 @@
 #include "app/startUp.h"
+#include "core/modMain.h"
 #include "core/passwordScrambling.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
