@@ -126,7 +126,8 @@ QString DecodeLines(const QString& path, const QByteArray& bytes, Form form) {
     }
     QStringDecoder decode(unicode->encoding, QStringConverter::Flag::Stateless);
     const QString text = decode(bytes.sliced(unicode->mark.size()));
-    if (decode.hasError() || text.contains(QChar(u'\0'))) {
+    const bool isCut = form != Form::Utf8 && bytes.size() % 2 != 0;
+    if (isCut || decode.hasError() || text.contains(QChar(u'\0'))) {
         throw FileError(path, QStringLiteral("non è un testo Unicode valido") + remedy);
     }
     return text;

@@ -132,8 +132,9 @@ private slots:
     /// What cannot be hidden, for whatever reason, is told and does not keep the program from starting.
     void startsWithAPasswordThatStaysClear() {
         QDir().mkpath(QFileInfo(Ini()).path());
-        const QString settings = "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=a.db\r\nNetworkCredential=0\r\n"
-                                 "Username=u\r\nPassword=日本\r\nPasswordEncryption=0\r\n";
+        const QString settings =
+            "[DATABASE]\r\nProvider=SQLITE\r\nServerName=S\r\nDatabaseName=a.db\r\nNetworkCredential=0\r\n"
+            "Username=u\r\nPassword=日本\r\nPasswordEncryption=0\r\n";
         WriteFile(Ini(), "\xef\xbb\xbf" + settings.toUtf8());
         ScriptedOperator person;
         Session session(person);
