@@ -85,7 +85,7 @@ QString Named(const Who& who) {
 /// The name of both lines; one that was cut at the end of the first goes on without a blank.
 QString WholeName(const QString& first, const QString& second) {
     constexpr qsizetype cut = 35;
-    return QString(first + (first.size() == cut ? QString() : QStringLiteral(" ")) + second).simplified();
+    return QString(first + (first.size() == cut ? QString() : QStringLiteral(" ")) + second).trimmed();
 }
 
 std::optional<TakenCode> ReadTakenCode(Session& session) {
