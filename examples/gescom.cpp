@@ -110,8 +110,7 @@ Totals WriteCustomersAndSuppliers(Store& store, const Options& options) {
         SetTerms(*table, random);
         table->Add();
         merged += isShared ? 1 : 0;
-        const qint64 count = WriteDestinations(*destinations, options, row, code, isCustomer);
-        branches += isShared ? 0 : count;
+        branches += WriteDestinations(*destinations, options, row, code, isCustomer);
     }
     table->Finish();
     destinations->Finish();
