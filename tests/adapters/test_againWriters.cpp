@@ -20,7 +20,7 @@ public:
 
     Written() {
         Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('VITE', 'Vite M8', 'PZ', 0.5)");
-        Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('DADO', 'Dado M8', 'PZ', 0.1)");
+        Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('DADO', 'Dado M8', 'PZ', 0.25)");
     }
     /// What the log tells of things that the source has no more, each from its kind on.
     QStringList Left() const {
@@ -110,7 +110,7 @@ private slots:
         QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 0}), RowOutcome::Updated);
         QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 5}), RowOutcome::Inserted);
         QCOMPARE(target.Rows("SELECT MRTES, MRNUM, MRART, MRUBI, MRQTA, MRVAL FROM X01_MOV_MAR ORDER BY MRNUM"),
-                 QStringList({"1|1|VITE|NULL|0|0", "1|2|VITE|A1|4|2", "1|3|DADO|NULL|7|0.7", "1|4|DADO|A1|8|0.8",
+                 QStringList({"1|1|VITE|NULL|0|0", "1|2|VITE|A1|4|2", "1|3|DADO|NULL|7|1.75", "1|4|DADO|A1|8|2",
                               "1|5|VITE|NULL|5|2.5"}));
         QVERIFY(target.Left().isEmpty());
         again.TellRowsLeft();
