@@ -144,11 +144,12 @@ public:
     int Count() const { return m_count; }
     void TellLeft() const {
         for (const DocumentWriter& writer : m_writers) {
-            writer.TellDocumentsLeft(writer.Causes(), m_settings.from);
+            writer.TellDocumentsLeft(Causes(), m_settings.from);
         }
     }
 
 private:
+    QStringList Causes() const;
     DocumentWriter& WriterOf(const Family& family) { return m_writers[static_cast<size_t>(family.number)]; }
     Cause CauseOf(const Family& family, const QString& code, const QString& type);
     qint64 Find(const Family& family, const SourceRow& head, const QString& cause, const QString& ownSeries);
@@ -167,6 +168,19 @@ private:
     std::vector<OpenLink> m_openLinks;
     int m_count = 0;
 };
+
+/// What the kinds of document have become, whether this run has met them or not.
+QStringList Importer::Causes() const {
+    const Session& session = m_run.GetSession();
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        "SELECT DISTINCT TBNEW FROM SYS_IMP WHERE " + Equals(session, "TBNAM", "DO") + " AND " +
+        Equals(session, "TBFLD", "Cd_DO") + " AND TBNEW > '' ORDER BY TBNEW");
+    QStringList causes;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        causes.append(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
+    }
+    return causes;
+}
 
 /// The cause, with the document type of its own when it has one.
 Cause Importer::CauseOf(const Family& family, const QString& code, const QString& type) {

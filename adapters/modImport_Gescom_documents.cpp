@@ -37,6 +37,15 @@ const std::array<Kind, 4> Kinds{{
     {"LEB", "RSGES", WorkAccount},
 }};
 
+QStringList Causes() {
+    QStringList causes;
+    for (const Kind& kind : Kinds) {
+        causes.append(QString::fromLatin1(kind.cause));
+    }
+    causes.removeDuplicates();
+    return causes;
+}
+
 /// The kind of a movement; null for one that is not imported.
 const Kind* KindOf(const QString& movement) {
     const auto found = std::find_if(Kinds.begin(), Kinds.end(), [&](const Kind& kind) {
@@ -69,7 +78,7 @@ public:
     int Count() const { return m_count; }
     void TellLeft(const QDate& from) const {
         for (const DocumentWriter& writer : m_writers) {
-            writer.TellDocumentsLeft(writer.Causes(), from);
+            writer.TellDocumentsLeft(Causes(), from);
         }
     }
 

@@ -155,8 +155,6 @@ public:
     /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
     /// run of a single code tells none.
     void TellDocumentsLeft(const QStringList& causes, const QDate& from) const;
-    /// The causes that the run has asked for.
-    QStringList Causes() const { return m_causes.keys(); }
     /// Recomputes the totals of a head from its rows.
     void Total(qint64 head) const;
 

@@ -189,12 +189,8 @@ void Fixture::Run() {
 
 QStringList Fixture::Lines() const {
     QStringList lines = Read("run.txt").split('\n', Qt::SkipEmptyParts);
-    lines.removeIf([](const QString& line) { return line.startsWith('#') || line.startsWith('~'); });
+    lines.removeIf([](const QString& line) { return line.startsWith('#'); });
     return lines;
-}
-
-bool Fixture::MayChange(const QString& procedure, const QString& table) const {
-    return Read("run.txt").contains("~ " + procedure + ' ' + table + ": ");
 }
 
 QStringList Fixture::Content() {

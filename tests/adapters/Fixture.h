@@ -18,8 +18,7 @@ void ModulesOnEngines();
 /// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source and "%FILES%"
 ///   for the folder that "files/" are copied into beside a "source.sql".
 /// - "target.sql" (may be missing): what the company holds before.
-/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]"; and, where a
-///   second run rightly changes a table, "~ NAME TABLE: reason".
+/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]".
 /// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
 public:
@@ -35,10 +34,8 @@ public:
     void Run();
     /// Runs the procedure of one line of "run.txt".
     void RunLine(const QString& line);
-    /// The lines of "run.txt" that name a procedure to run.
+    /// The lines of "run.txt", without its comments.
     QStringList Lines() const;
-    /// Whether "run.txt" says that a second run of a procedure rightly changes a table (bare name).
-    bool MayChange(const QString& procedure, const QString& table) const;
     /// Every row of the target but for its RECORD_ID and the marks of who wrote it when, sorted: "TABLE COLUMN=value
     /// ..".
     QStringList Content();
