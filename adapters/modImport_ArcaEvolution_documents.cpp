@@ -143,8 +143,9 @@ public:
     const DocumentSettings& Settings() const { return m_settings; }
     int Count() const { return m_count; }
     void TellLeft() const {
+        const QStringList causes = Causes();
         for (const DocumentWriter& writer : m_writers) {
-            writer.TellDocumentsLeft(Causes(), m_settings.from);
+            writer.TellDocumentsLeft(causes, m_settings.from);
         }
     }
 

@@ -91,13 +91,16 @@ private slots:
         fixture.RunLine(procedure);
         QFETCH(const QString, told);
         const QString log = QString::fromLatin1(fixture.Target().Log()).replace(" NON PIÙ NELL'ORIGINE: ", ": ");
-        QVERIFY2(log.contains(told), qPrintable(log));
+        QVERIFY2(log.contains(told), qPrintable(log.section("Inizio", -1)));
         QCOMPARE(fixture.Content().size(), rows);
-        for (const QString& heads : {QString("X01_DOC_VEN"), QString("X01_DOC_ACQ")}) {
-            QCOMPARE(fixture.Target().Rows("SELECT DTNUM, DTMER, DTSCT, DTIMP, DTIVA, DTTOT FROM " + heads +
-                                           " WHERE ABS(DTMER - DTSCT - DTIMP) > 0.005 OR ABS(DTIMP + DTIVA - DTTOT) > "
-                                           "0.005"),
-                     QStringList());
+        if (told.startsWith("RIGHE")) {
+            for (const QString& heads : {QString("X01_DOC_VEN"), QString("X01_DOC_ACQ")}) {
+                QCOMPARE(
+                    fixture.Target().Rows("SELECT DTNUM, DTMER, DTSCT, DTIMP, DTIVA, DTTOT FROM " + heads +
+                                          " WHERE ABS(DTMER - DTSCT - DTIMP) > 0.005 OR ABS(DTIMP + DTIVA - DTTOT) > "
+                                          "0.005"),
+                    QStringList());
+            }
         }
     }
 };
