@@ -73,8 +73,9 @@ private slots:
         Row("component", "modImport_Tessera", "ImportDistinteTessera",
             "DELETE FROM DisBasR WHERE IdDisBas = 2 AND CodArt = 'AB-03'",
             "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
-        Row("balance", "modImport_VS", "ImportSaldiVSP", "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-200'",
-            "GIACENZE: movimento ");
+        Row("balance", "modImport_VS", "ImportSaldiVSP",
+            "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
+            "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
     }
     /// It stays, and the totals of a document go on agreeing with its rows.
     void WhatTheSourceHasNoMoreIsTold() {
@@ -89,6 +90,8 @@ private slots:
         const qsizetype rows = fixture.Content().size();
         fixture.ChangeSource(change);
         fixture.RunLine(procedure);
+        const RunResult& result = fixture.Results().last();
+        QVERIFY2(result.outcome == RunResult::Outcome::Done, qPrintable(result.errors.join('\n')));
         QFETCH(const QString, told);
         const QString log = QString::fromLatin1(fixture.Target().Log()).replace(" NON PIÙ NELL'ORIGINE: ", ": ");
         QVERIFY2(log.contains(told), qPrintable(log.section("Inizio", -1)));
