@@ -18,6 +18,8 @@ QString GroupOf(const ImportRun::Loop& loop, const SourceRow& row) {
     return values.join(QChar(u'\x1f'));
 }
 
+const QString WasTrial = QStringLiteral("Era una prova: il database resta com'era");
+
 /// Raised where the operator gives a question up, past everything that reports errors.
 struct GivenUpByOperator {};
 
@@ -107,6 +109,9 @@ void ImportRun::LogEnding() {
         parts += m_result.errors;
     }
     parts.append(RowsLine(m_result));
+    if (m_session.Quadrix.InTransaction()) {
+        parts.append(WasTrial);
+    }
     const QString line = parts.join(QStringLiteral(". ")).replace(u'\n', QLatin1String(" "));
     try {
         AppendToLog(line);
@@ -452,7 +457,7 @@ void ImportRun::Complete(const QString& message) {
         lines.append(losses + QStringLiteral(". Il risultato e il log le elencano."));
     }
     if (m_session.Quadrix.InTransaction()) {
-        lines.append(QStringLiteral("Era una prova: il database resta com'era."));
+        lines.append(WasTrial + u'.');
     }
     m_session.Person.Message(lines.join(u'\n'), losses.isEmpty() ? Icon::Information : Icon::Exclamation);
 }

@@ -135,6 +135,23 @@ private slots:
         }
     }
 
+    void AQuestionGivenUpEndsTheRun() {
+        const QString module = "modImport_Arca2000";
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        ScriptedOperator& person = fixture.Target().Person;
+        person.GiveUpAt = {"Vuoi riportare gli indirizzi mail della controparte nei riferimenti?"};
+        person.Time = 0;
+        person.Thinks = 100;
+        fixture.RunLine("ImportContropartiArca2000 reset");
+        const RunResult& result = fixture.Results().last();
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(result.emptied.size(), 5);
+        QVERIFY(result.tables.isEmpty() && result.errors.isEmpty());
+        QCOMPARE(result.seconds, 0.0); // the box stood open, nobody worked
+        QVERIFY(person.Progresses.empty() && person.Messages.isEmpty() && person.Reported.isEmpty());
+        QVERIFY(fixture.Target().Log().contains("Fine ImportContropartiArca2000: interrotta dall'operatore"));
+    }
+
     void Fixtures_data() { ModulesOnEngines(); }
 
     /// Expected rows, the same on every engine, an account that adds up, the bad rows named, and the statements that
