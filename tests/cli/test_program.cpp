@@ -54,7 +54,7 @@ private slots:
             "forse 'Arca 2000' o 'Arca Evolution'?");
         row("unknown data", Import({}).mid(0, 6) + QStringList{"clienti"}, "valori ammessi: cli, art, dis");
         row("nearly a procedure", Import({}).mid(0, 6) + QStringList{"ImportListiniArca200"},
-            "forse 'ImportListiniArca2000'?");
+            "forse 'ImportListiniArca2000'");
         row("unknown errors", Import({"--errors", "skip"}), "ask, ignore, retry, abort");
         row("unknown answer", Import({"--answer", "forse"}), "'forse' non previsto");
         row("an answer too many", Import({"--answer", "yes", "--answer", "no"}), "Risposte --answer in più: 2");
