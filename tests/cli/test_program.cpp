@@ -138,7 +138,7 @@ private slots:
         } else {
             m_cli->Set("DATABASE", key, value);
         }
-        const auto ended = m_cli->Run(Import({"--json"}));
+        const auto ended = m_cli->Run(Import({"--answer", "no", "--json"}));
         QCOMPARE(ended.exitCode, 1);
         QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
         QCOMPARE(ended.Json()["outcome"].toString(), QString("failed"));
