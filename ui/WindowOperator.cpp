@@ -52,7 +52,7 @@ QWidget* WindowOperator::Parent() const {
     return modal != nullptr ? modal : m_window;
 }
 
-int WindowOperator::Run(QMessageBox& box) const {
+int WindowOperator::Run(QMessageBox& box) {
     box.setWindowTitle(QuadrixCaption);
     box.setTextFormat(Qt::PlainText);
     const Waiting waiting(*this);

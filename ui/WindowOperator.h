@@ -33,7 +33,7 @@ protected:
 
 private:
     QWidget* Parent() const;
-    int Run(QMessageBox& box) const;
+    int Run(QMessageBox& box);
 
     QWidget* m_window = nullptr;
     QVector<QPointer<frmProgress>> m_progresses; ///< those on the screen, oldest first
