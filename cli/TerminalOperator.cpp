@@ -45,7 +45,7 @@ void TerminalOperator::Complain(const QString& text) {
     m_streams.complain(text);
 }
 
-void TerminalOperator::Message(const QString& text, Icon icon) {
+void TerminalOperator::ShowMessage(const QString& text, Icon icon) {
     if (icon == Icon::Exclamation) {
         m_warnings.append(text);
         Complain("Attenzione: " + text);
@@ -95,6 +95,10 @@ Answer TerminalOperator::Ask(const QString& question, Question /*style*/, const 
     return typed == u"no" ? Answer::No : Answer::Yes;
 }
 
+bool TerminalOperator::Review(const QString& question, const QStringList& lines) {
+    return Ask(question, Question::ExclamationNo, lines.join(u'\n')) == Answer::Yes;
+}
+
 std::optional<QString> TerminalOperator::Input(const QString& prompt, const QString& /*title*/,
                                                const QString& defaultText) {
     if (auto given = TakeFirst(m_answers.inputs)) {
@@ -122,7 +126,7 @@ ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
     if (!m_streams.ask) {
         return ErrorAnswer::Abort;
     }
-    ReportError(error);
+    ShowError(error);
     const QString typed = AskOneOf("Cosa fare?", {"riprova", "ignora", "termina"});
     if (typed == u"riprova") {
         return ErrorAnswer::Retry;
@@ -130,7 +134,7 @@ ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
     return typed == u"ignora" ? ErrorAnswer::Ignore : ErrorAnswer::Abort;
 }
 
-void TerminalOperator::ReportError(const ErrorEntry& error) {
+void TerminalOperator::ShowError(const ErrorEntry& error) {
     const QString where =
         error.module.isEmpty() ? QString() : QString(" (" + error.module + u'.' + error.procedure + u')');
     QStringList lines{QString("Errore" + where + ": " + error.message)};

@@ -38,16 +38,17 @@ public:
     /// The warnings shown so far.
     const QStringList& Warnings() const { return m_warnings; }
 
-    void Message(const QString& text, Icon icon = Icon::Information) override;
     /// The details are lines before the question. The end of the input and the interrupt give it up.
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
+    bool Review(const QString& question, const QStringList& lines) override;
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;
     ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
-    void ReportError(const ErrorEntry& error) override;
     std::unique_ptr<Progress> ShowProgress() override;
 
 protected:
+    void ShowMessage(const QString& text, Icon icon) override;
+    void ShowError(const ErrorEntry& error) override;
     void ShowBusy(bool busy) override;
     double Seconds() const override { return m_streams.seconds ? m_streams.seconds() : Operator::Seconds(); }
 

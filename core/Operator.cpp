@@ -1,5 +1,7 @@
 #include "core/Operator.h"
 
+#include <utility>
+
 void Progress::SetMax(float max) {
     m_max = max;
     Refresh();
@@ -33,6 +35,26 @@ Operator::Waiting::~Waiting() {
         m_person.m_waited += m_person.Seconds() - m_person.m_waitingSince;
     }
 }
+
+void Operator::Message(const QString& text, Icon icon) {
+    if (m_quiet != nullptr) {
+        m_quiet->m_kept.append(text);
+    } else {
+        ShowMessage(text, icon);
+    }
+}
+
+void Operator::ReportError(const ErrorEntry& error) {
+    if (m_quiet == nullptr) {
+        ShowError(error);
+    }
+}
+
+Operator::Quiet::Quiet(Operator& person)
+    : m_person(person),
+      m_outer(std::exchange(person.m_quiet, this)) {}
+
+Operator::Quiet::~Quiet() { m_person.m_quiet = m_outer; }
 
 Operator::Busy::Busy(Operator& person)
     : m_person(person) {

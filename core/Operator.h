@@ -58,17 +58,20 @@ public:
     Operator();
     virtual ~Operator() = default;
 
-    virtual void Message(const QString& text, Icon icon = Icon::Information) = 0;
+    /// Shows a text; kept instead while a `Quiet` lives.
+    void Message(const QString& text, Icon icon = Icon::Information);
     /// A yes/no question. @param details what it is about, in lines of text, shown with the question
     virtual Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) = 0;
+    /// A yes/no question about a list that is looked through before; true for yes, No is the default.
+    virtual bool Review(const QString& question, const QStringList& lines) = 0;
     /// Asks for a text; none when the operator gave up.
     virtual std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) = 0;
     /// Lets the operator choose a file; an empty path when he gave up. @param filter "description|pattern" pairs
     virtual QString OpenFile(const QString& title, const QString& filter) = 0;
     /// What to do about a failing statement (Riprova, Ignora, Interrompi).
     virtual ErrorAnswer ChooseOnError(const ErrorEntry& error) = 0;
-    /// Shows an error that ended a procedure.
-    virtual void ReportError(const ErrorEntry& error) = 0;
+    /// Shows an error that ended a procedure; not while a `Quiet` lives, as the error collector has it.
+    void ReportError(const ErrorEntry& error);
     /// Shows a progress dialog; it closes when the object goes.
     virtual std::unique_ptr<Progress> ShowProgress() = 0;
 
@@ -90,7 +93,29 @@ public:
         Operator& m_person;
     };
 
+    /// Work that goes on alone: for the lifetime of the object no box waits that only wants to be read. Questions are
+    /// asked as ever. Within another one it keeps the texts for itself.
+    class Quiet {
+    public:
+        explicit Quiet(Operator& person);
+        ~Quiet();
+        Quiet(const Quiet&) = delete;
+        Quiet& operator=(const Quiet&) = delete;
+
+        /// The texts that have not been shown, oldest first.
+        const QStringList& Kept() const { return m_kept; }
+
+    private:
+        friend class Operator;
+
+        Operator& m_person;
+        Quiet* m_outer;
+        QStringList m_kept;
+    };
+
 protected:
+    virtual void ShowMessage(const QString& text, Icon icon) = 0;
+    virtual void ShowError(const ErrorEntry& error) = 0;
     /// Shows or takes away the hourglass; called at the first and the last `Busy` only.
     virtual void ShowBusy(bool busy) = 0;
     /// Seconds since any fixed moment.
@@ -114,4 +139,5 @@ private:
     double m_waitingSince = 0;
     double m_waited = 0; ///< seconds, without those of the wait under way
     QElapsedTimer m_clock;
+    Quiet* m_quiet = nullptr; ///< the innermost one
 };

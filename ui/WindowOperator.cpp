@@ -2,6 +2,7 @@
 
 #include "ui/ErrorDialog.h"
 #include "ui/frmProgress.h"
+#include "ui/ReviewDialog.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -60,7 +61,7 @@ int WindowOperator::Run(QMessageBox& box) {
     return box.exec();
 }
 
-void WindowOperator::Message(const QString& text, Icon icon) {
+void WindowOperator::ShowMessage(const QString& text, Icon icon) {
     QMessageBox box(Parent());
     box.setIcon(icon == Icon::Information ? QMessageBox::Information : QMessageBox::Warning);
     box.setText(text);
@@ -86,6 +87,13 @@ Answer WindowOperator::Ask(const QString& question, Question style, const QStrin
         return Answer::Yes;
     }
     return box.clickedButton() == no ? Answer::No : Answer::GivenUp;
+}
+
+bool WindowOperator::Review(const QString& question, const QStringList& lines) {
+    ReviewDialog dialog(question, lines, Parent());
+    const Waiting waiting(*this);
+    const PointerPause pause(IsBusy());
+    return dialog.exec() == QDialog::Accepted;
 }
 
 std::optional<QString> WindowOperator::Input(const QString& prompt, const QString& title, const QString& defaultText) {
@@ -117,7 +125,7 @@ ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {
     return dialog.Answer();
 }
 
-void WindowOperator::ReportError(const ErrorEntry& error) {
+void WindowOperator::ShowError(const ErrorEntry& error) {
     ErrorDialog dialog(error, ErrorDialog::Kind::Report, Parent());
     const Waiting waiting(*this);
     const PointerPause pause(IsBusy());

@@ -14,14 +14,13 @@ public:
     /// The window that the dialogs stand before, while there is one.
     void SetWindow(QWidget* window) { m_window = window; }
 
-    void Message(const QString& text, Icon icon = Icon::Information) override;
     /// The details stand beneath the question. Esc and the close button of the box give the question up.
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
+    bool Review(const QString& question, const QStringList& lines) override;
     /// A prompt that names a password hides what is typed.
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;
     ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
-    void ReportError(const ErrorEntry& error) override;
     std::unique_ptr<Progress> ShowProgress() override;
 
     /// Asks whether the operation under way is to be stopped, and presses cancel in its progress dialogs.
@@ -29,6 +28,8 @@ public:
     bool AskToStop(const QString& question);
 
 protected:
+    void ShowMessage(const QString& text, Icon icon) override;
+    void ShowError(const ErrorEntry& error) override;
     void ShowBusy(bool busy) override;
 
 private:

@@ -7,6 +7,7 @@
 #include "tests/support/TestWindow.h"
 #include "ui/frmReset.h"
 #include "ui/frmSequence.h"
+#include "ui/ReviewDialog.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -122,6 +123,20 @@ void TakeImport(TestWindow& test, const Album& album) {
     album.Take(test.Window(), "frmImport-esito");
 }
 
+void TakeReview(TestWindow& test, const Album& album) {
+    const QStringList matches{"000001 Rossi Mario --> 000007 Rossi Mario & C. S.n.c. (PARTITA IVA)",
+                              "000002 Bianchi Laura --> 000009 Bianchi (CODICE FISCALE)",
+                              "000003 Riva S.r.l. --> 000012 Stampaggio Plastica Riva S.r.l. (RAGIONE SOCIALE)",
+                              "000004 Neri d'Est S.p.A. --> 000013 Neri d'Est S.p.A. (NUOVO!!!!)"};
+    ReviewDialog dialog("Controparti: 4\n  PARTITA IVA: 1\n  CODICE FISCALE: 1\n  RAGIONE SOCIALE: 1 (per sola "
+                        "ragione sociale: da verificare)\n  NUOVO!!!!: 1\nI riferimenti di X01 Officine Riunite S.p.A. "
+                        "si aggiornano.\n\nFondere le controparti di X01 Officine Riunite S.p.A. in quelle di DEM "
+                        "Officine Dimostrative S.r.l.?",
+                        matches, &test.Window());
+    dialog.show();
+    album.Take(dialog, "fusione");
+}
+
 void TakeFailed(const Album& album) {
     TestWindow test;
     test.Set("DATABASE", "DatabaseName", "cartella che manca/quadrix.db");
@@ -154,6 +169,7 @@ int main(int argc, char** argv) {
     TakeSequence(test, album);
     TakeProgress(test, album);
     TakeError(test, album);
+    TakeReview(test, album);
     TakeFailed(album);
     return 0;
 }

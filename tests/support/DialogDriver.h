@@ -2,6 +2,8 @@
 
 #include "ui/ErrorDialog.h"
 #include "ui/frmProgress.h"
+#include "ui/ReviewDialog.h"
+#include "ui/WrappedLabel.h"
 
 #include <QApplication>
 #include <QInputDialog>
@@ -30,7 +32,8 @@ public:
     /// Called for a dialog, before it is answered, or again and again for one of another kind; true: leave it alone.
     std::function<bool(QWidget&)> On;
 
-    /// "[i] text", "[!] text", "? text = cmdYes", "> prompt", "error message", "reported message", in order.
+    /// "[i] text", "[!] text", "? text = cmdYes", "review question = cmdYes", "> prompt", "error message", "reported
+    /// message", in order.
     QStringList Events;
 
 private:
@@ -45,6 +48,8 @@ private:
             AnswerError(*error);
         } else if (auto* input = qobject_cast<QInputDialog*>(dialog)) {
             AnswerInput(*input);
+        } else if (auto* review = qobject_cast<ReviewDialog*>(dialog)) {
+            AnswerReview(*review);
         }
     }
 
@@ -74,6 +79,13 @@ private:
             ErrorClicks.pop_front();
         }
         Events.append("error " + message);
+        Button(dialog, name)->click();
+    }
+
+    void AnswerReview(ReviewDialog& dialog) {
+        const QString name = Otherwise.isEmpty() ? "cmdYes" : Otherwise;
+        const QString question = dialog.findChild<WrappedLabel*>("lblQuestion")->Text();
+        Events.append("review " + question.section('\n', -1) + " = " + name);
         Button(dialog, name)->click();
     }
 

@@ -47,6 +47,7 @@ public:
     // The record.
     QVector<Shown> Messages;
     QVector<Asked> Questions;
+    QStringList Reviewed; ///< the list that the last review showed
     QVector<Prompted> Prompts;
     QStringList FileTitles;
     QVector<ErrorEntry> Decided;  ///< errors the operator was asked about
@@ -59,11 +60,6 @@ public:
     /// "error message", "progress", "progress closed".
     QStringList Events;
 
-    void Message(const QString& text, Icon icon = Icon::Information) override {
-        Messages.append({text, icon});
-        Events.append((icon == Icon::Information ? "[i] " : "[!] ") + text);
-    }
-
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override {
         const Waiting waiting(*this);
         Time = Time ? std::optional(*Time + Thinks) : std::nullopt;
@@ -72,6 +68,11 @@ public:
         static const QStringList names{"si", "no", "esc"};
         Events.append("? " + question + " = " + names.at(static_cast<int>(answer)));
         return answer;
+    }
+
+    bool Review(const QString& question, const QStringList& lines) override {
+        Reviewed = lines;
+        return Ask(question, Question::ExclamationNo) == Answer::Yes;
     }
 
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override {
@@ -95,17 +96,20 @@ public:
         return ErrorAnswers.empty() ? ErrorAnswer::Abort : Next(ErrorAnswers);
     }
 
-    void ReportError(const ErrorEntry& error) override {
-        Reported.append(error);
-        Events.append("reported " + error.message);
-    }
-
     std::unique_ptr<Progress> ShowProgress() override {
         Events.append("progress");
         return std::make_unique<ScriptedProgress>(*this, Progresses.emplace_back());
     }
 
 protected:
+    void ShowMessage(const QString& text, Icon icon) override {
+        Messages.append({text, icon});
+        Events.append((icon == Icon::Information ? "[i] " : "[!] ") + text);
+    }
+    void ShowError(const ErrorEntry& error) override {
+        Reported.append(error);
+        Events.append("reported " + error.message);
+    }
     void ShowBusy(bool /*busy*/) override { ++BusyChanges; }
     double Seconds() const override { return Time ? *Time : Operator::Seconds(); }
 

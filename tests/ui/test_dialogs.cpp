@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QScreen>
 #include <QTest>
@@ -16,6 +17,32 @@ class TestDialogs : public QObject {
     Q_OBJECT
 
 private slots:
+    // --- Review ---
+
+    /// What is looked through is there in full; Enter and Escape mean No.
+    void ReviewStartsNothingByAccident_data() {
+        Columns<int, bool>("key", "agrees");
+        Row("Enter", int(Qt::Key_Return), false);
+        Row("Escape", int(Qt::Key_Escape), false);
+        Row("the letter of Yes", int(Qt::Key_S), true);
+    }
+    void ReviewStartsNothingByAccident() {
+        QFETCH(int, key);
+        WindowOperator person;
+        QStringList lines;
+        for (int line = 0; line < 2000; ++line) {
+            lines.append(QString("%1 <b>Rossi</b> & C.").arg(line));
+        }
+        QString shown;
+        QTimer::singleShot(50, [&] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            shown = dialog->findChild<QPlainTextEdit*>("txtList")->toPlainText();
+            QTest::keyClick(dialog, Qt::Key(key), key == Qt::Key_S ? Qt::AltModifier : Qt::NoModifier);
+        });
+        QTEST(person.Review("Fondere?", lines), "agrees");
+        QCOMPARE(shown, lines.join('\n'));
+    }
+
     // --- Progress ---
 
     void ProgressClampsAndTells() {

@@ -1,0 +1,52 @@
+#include "ui/ReviewDialog.h"
+
+#include "core/Operator.h"
+#include "ui/WrappedLabel.h"
+
+#include <QDialogButtonBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int WidthInCharacters = 100;
+constexpr int HeightInLines = 18;
+
+QPlainTextEdit* NewList(const QStringList& lines) {
+    auto* list = new QPlainTextEdit(lines.join(u'\n'));
+    list->setObjectName("txtList");
+    list->setAccessibleName("Elenco da controllare");
+    list->setReadOnly(true);
+    list->setTabChangesFocus(true);
+    list->setLineWrapMode(QPlainTextEdit::NoWrap);
+    const QFontMetrics metrics = list->fontMetrics();
+    list->setMinimumSize(metrics.averageCharWidth() * WidthInCharacters / 2, metrics.lineSpacing() * HeightInLines / 2);
+    return list;
+}
+
+} // namespace
+
+ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QWidget* parent)
+    : QDialog(parent) {
+    setObjectName("dlgReview");
+    setWindowTitle(QuadrixCaption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    auto* text = new WrappedLabel(question);
+    text->setObjectName("lblQuestion");
+    auto* buttons = new QDialogButtonBox;
+    QPushButton* yes = buttons->addButton("&Sì", QDialogButtonBox::YesRole);
+    yes->setObjectName("cmdYes");
+    yes->setAutoDefault(false);
+    QPushButton* no = buttons->addButton("&No", QDialogButtonBox::NoRole);
+    no->setObjectName("cmdNo");
+    no->setDefault(true);
+    no->setFocus();
+    connect(yes, &QPushButton::clicked, this, &QDialog::accept);
+    connect(no, &QPushButton::clicked, this, &QDialog::reject);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(NewList(lines), 1);
+    all->addWidget(text);
+    all->addWidget(buttons);
+    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * (HeightInLines + 6));
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QDialog>
+
+/// A question about a list that is looked through before it is answered; No is the default, and what Escape means.
+class ReviewDialog final : public QDialog {
+    Q_OBJECT
+
+public:
+    ReviewDialog(const QString& question, const QStringList& lines, QWidget* parent);
+};
