@@ -1,6 +1,7 @@
 #include "app/merge.h"
 
-#include "app/mergeParts.h"
+#include "app/mergeRecord.h"
+#include "app/mergeText.h"
 #include "core/modImport.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
@@ -15,26 +16,16 @@ QString Quoted(const Session& session, const QString& text) {
     return mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
-namespace {
-
-QString FindCompany(Session& session, const QString& code) {
-    const Recordset rows =
-        session.Quadrix.ExecuteWC(u"SELECT CDAZI FROM SYS_AZI WHERE CDAZI = " + Quoted(session, code.trimmed()));
-    if (rows.Eof()) {
-        throw ImportError(QStringLiteral("Azienda '%1': non esiste (tabella SYS_AZI)").arg(code));
+modMain::Company FindCompany(Session& session, const QString& code) {
+    QStringList known;
+    for (const modMain::Company& company : modMain::GetCompanies(session)) {
+        if (company.code.compare(code.trimmed(), Qt::CaseInsensitive) == 0) {
+            return company;
+        }
+        known.append(modMain::CompanyText(company));
     }
-    return mod_ovTools::ToText(rows.Value("CDAZI"));
-}
-
-} // namespace
-
-Companies FindCompanies(Session& session, const QString& from, const QString& to) {
-    const Companies companies{FindCompany(session, from), FindCompany(session, to)};
-    if (companies.from.compare(companies.to, Qt::CaseInsensitive) == 0) {
-        throw ImportError(
-            QStringLiteral("Azienda '%1': di partenza e di destinazione devono essere diverse").arg(companies.from));
-    }
-    return companies;
+    throw ImportError(QStringLiteral("Azienda '%1': non esiste (tabella SYS_AZI; aziende presenti: %2)")
+                          .arg(code, known.join(QStringLiteral(", "))));
 }
 
 } // namespace merge
@@ -50,21 +41,47 @@ using merge::References;
 const QString Module = QStringLiteral("modMain");
 const QString Procedure = QStringLiteral("FusioneControparti");
 
+/// Codes of the companies, whose names go into the result.
+Companies FindCompanies(Session& session, const QString& from, const QString& to, MergeResult& result) {
+    result.from = merge::FindCompany(session, from);
+    result.to = merge::FindCompany(session, to);
+    if (result.from.code == result.to.code) {
+        throw ImportError(
+            QStringLiteral("Azienda '%1': di partenza e di destinazione devono essere diverse").arg(result.from.code));
+    }
+    return {result.from.code, result.to.code};
+}
+
 /// One merge, from its checks to its log.
 class Merge {
 public:
     Merge(Session& session, const QString& from, const QString& to, bool updateReferences, MergeResult& result)
         : m_session(session),
           m_result(result),
-          m_companies(merge::FindCompanies(session, from, to)),
-          m_copier(session, m_companies) {
+          m_companies(FindCompanies(session, from, to, result)),
+          m_copier(session, m_companies),
+          m_records(session) {
+        m_result.earlier = m_records.LastOf(m_companies.from);
+        CheckInterrupted();
         if (updateReferences) {
             m_references.emplace(session, m_companies);
         }
     }
 
+    /// Raises `ImportError` when references would be re-pointed that are re-pointed already.
+    void RefuseRepeated() const {
+        if (m_references && IsRepeated()) {
+            throw ImportError(
+                EarlierMergeText(*m_result.earlier) +
+                QStringLiteral(". I riferimenti contengono già i codici nuovi: aggiornarli di nuovo li porterebbe su "
+                               "controparti sbagliate. Non è stato scritto nulla. Solo se da allora l'azienda di "
+                               "partenza è stata ricaricata si possono aggiornare ancora (dalla riga di comando: "
+                               "--update-references-again)"));
+        }
+    }
+
     /// Finds all matches; false when cancelled. Nothing is written up to its end.
-    bool Prepare(Progress& progress) {
+    bool Prepare(Progress& progress, bool again) {
         auto matches = merge::FindMatches(m_session, m_companies, progress);
         if (!matches) {
             return false;
@@ -72,6 +89,11 @@ public:
         m_result.matches = std::move(*matches);
         if (m_references) {
             m_references->CheckMarks(m_result.matches);
+            m_references->ReadCodes();
+            m_copier.KnownReferences = &*m_references;
+            m_result.takesUp = m_references->HasMarks() || (m_result.earlier && !m_result.earlier->IsDone());
+        }
+        if (again || !IsRepeated()) {
             TranslateCopies();
         }
         return true;
@@ -80,9 +102,13 @@ public:
     /// Merges all; false when cancelled between two counterparties.
     bool Run(Progress& progress) {
         if (m_references) {
-            m_references->ReadCodes();
+            m_records.Prepare();
+            m_records.Begin(m_companies, m_result.earlier);
         }
         Log(QStringLiteral("Inizio fusione controparti da %1 a %2").arg(m_companies.from, m_companies.to));
+        if (m_result.takesUp) {
+            Log(QStringLiteral("Si riprende una fusione interrotta: i riferimenti segnati con X si completano"));
+        }
         progress.SetStep(QStringLiteral("fusione controparti"));
         progress.SetMax(static_cast<float>(m_result.matches.size()));
         for (const MergeMatch& match : m_result.matches) {
@@ -94,39 +120,64 @@ public:
             progress.SetValue(static_cast<float>(m_result.merged));
         }
         if (m_references) {
-            m_references->Unmark();
+            EndReferences();
         }
         LogSummary();
         return true;
     }
 
 private:
+    /// Whether the references of the source company hold new codes already.
+    bool IsRepeated() const { return m_result.earlier && m_result.earlier->IsDone(); }
+
+    /// Codes marked for another destination would be taken for codes of this one.
+    void CheckInterrupted() const {
+        const auto& earlier = m_result.earlier;
+        if (earlier && !earlier->IsDone() && earlier->to.code != m_companies.to) {
+            throw ImportError(EarlierMergeText(*earlier) + QStringLiteral(": completarla prima di farne un'altra"));
+        }
+    }
+
     void TranslateCopies() {
         for (const MergeMatch& match : m_result.matches) {
             m_newCodes.insert(match.oldCode, match.newCode);
         }
-        m_copier.KnownReferences = &*m_references;
-        m_copier.NewCodeOf = [this](const QString& oldCode) { return m_newCodes.value(oldCode, oldCode); };
+        m_copier.NewCodeOf = [this](const QString& oldCode) {
+            const auto known = m_newCodes.constFind(oldCode);
+            return known == m_newCodes.constEnd() ? std::nullopt : std::optional(*known);
+        };
     }
 
     void MergeOne(const MergeMatch& match) {
         Transaction transaction(m_session.Quadrix);
-        QMap<QString, qint64> copied;
+        merge::Copied copied;
         qint64 updated = 0;
         if (match.criterion == MergeCriterion::New) {
-            m_copier.Copy(match, copied);
+            copied = m_copier.Copy(match);
         }
         if (m_references) {
             updated = m_references->Repoint(match.oldCode, match.newCode);
         }
         transaction.Keep();
-        for (auto table = copied.begin(); table != copied.end(); ++table) {
+        for (auto table = copied.rows.begin(); table != copied.rows.end(); ++table) {
             m_result.copied[table.key()] += table.value();
         }
         m_result.referencesUpdated += updated;
         ++m_result.merged;
         Log(match.oldCode + u' ' + match.oldName + u"   -->   " + match.newCode + u' ' + match.newName + u"   " +
             MergeCriterionText(match.criterion));
+        for (const QString& note : copied.notes) {
+            m_result.notes.Add(note);
+            Log(note);
+        }
+    }
+
+    /// With the marks goes what tells them from old codes: in the same moment it is noted that all are new.
+    void EndReferences() {
+        Transaction transaction(m_session.Quadrix);
+        m_references->Unmark();
+        m_records.End();
+        transaction.Keep();
     }
 
     void Log(const QString& line) { modImport::WriteImportLog(m_session, line, false, MergeLogFile(m_session)); }
@@ -153,6 +204,7 @@ private:
     MergeResult& m_result;
     Companies m_companies;
     Copier m_copier;
+    merge::Records m_records;
     std::optional<References> m_references;
     QHash<QString, QString> m_newCodes;
 };
@@ -190,16 +242,19 @@ QString MergeLogFile(const Session& session) {
 }
 
 bool FusioneControparti(Session& session, const QString& from, const QString& to, bool updateReferences,
-                        MergeResult* result) {
+                        MergeResult* result, bool again) {
     MergeResult own;
     MergeResult& outcome = result != nullptr ? *result : own;
     outcome = {};
     return Guarded(session.Errors, Module, Procedure, false, [&] {
         const Operator::Busy busy(session.Person);
         Merge work(session, from, to, updateReferences, outcome);
+        if (!again) {
+            work.RefuseRepeated();
+        }
         {
             const auto progress = session.Person.ShowProgress();
-            outcome.outcome = OutcomeOf(work.Prepare(*progress) && work.Run(*progress));
+            outcome.outcome = OutcomeOf(work.Prepare(*progress, again) && work.Run(*progress));
         }
         if (outcome.outcome != RunResult::Outcome::Done) {
             return false;
@@ -215,7 +270,7 @@ MergeResult PreviewFusioneControparti(Session& session, const QString& from, con
         const Operator::Busy busy(session.Person);
         Merge work(session, from, to, updateReferences, result);
         const auto progress = session.Person.ShowProgress();
-        result.outcome = OutcomeOf(work.Prepare(*progress));
+        result.outcome = OutcomeOf(work.Prepare(*progress, false));
         return true;
     });
     return result;

@@ -1,6 +1,6 @@
 #include "app/mergeButton.h"
 
-#include "app/merge.h"
+#include "app/mergeText.h"
 
 namespace modMain {
 
@@ -9,7 +9,7 @@ namespace {
 const QString Title = QStringLiteral("Fusione Controparti");
 const QString MergeOrigin = QStringLiteral("Kordel NetSuite");
 
-/// A merge as one account: a counterparty of the source is a source row.
+/// A merge as one account: a counterparty of the source is a source row; one that the destination has is left out.
 RunResult AccountOf(const Session& session, const MergeResult& merge, qsizetype firstError, double seconds) {
     RunResult account;
     account.module = QStringLiteral("modMain");
@@ -17,7 +17,7 @@ RunResult AccountOf(const Session& session, const MergeResult& merge, qsizetype 
     account.outcome = merge.outcome;
     account.sourceRows = merge.matches.size();
     for (const MergeMatch& match : merge.matches.first(merge.merged)) {
-        ++(match.criterion == MergeCriterion::New ? account.inserted : account.updated);
+        ++(match.criterion == MergeCriterion::New ? account.inserted : account.skipped);
     }
     account.notReached = account.sourceRows - merge.merged;
     for (auto table = merge.copied.begin(); table != merge.copied.end(); ++table) {
@@ -26,6 +26,7 @@ RunResult AccountOf(const Session& session, const MergeResult& merge, qsizetype 
     for (const ErrorEntry& entry : session.Errors.Entries().mid(firstError)) {
         account.errors.append(entry.message);
     }
+    account.notes = merge.notes;
     account.seconds = seconds;
     return account;
 }
@@ -56,17 +57,70 @@ std::optional<Answers> AskOperator(Session& session) {
     return Answers{*from, *to, update == Answer::Yes};
 }
 
+/// Whether references that an earlier merge has re-pointed are to be re-pointed again.
+bool AgreesToRepeat(Operator& person, const EarlierMerge& earlier) {
+    return person.Ask(EarlierMergeText(earlier) +
+                          ".\n\nI riferimenti contengono già i codici nuovi: aggiornarli di nuovo li porterebbe su "
+                          "controparti sbagliate, a meno che da allora l'azienda di partenza non sia stata ricaricata."
+                          "\n\nAggiornarli di nuovo?",
+                      Question::ExclamationNo);
+}
+
+/// Shows what would become of every counterparty, and asks.
+bool AgreesToMatches(Operator& person, const MergeResult& preview, bool updateReferences) {
+    QStringList lines;
+    for (const MergeMatch& match : preview.matches) {
+        lines.append(MatchLine(match));
+    }
+    QStringList question = MatchCounts(preview);
+    question.append(updateReferences
+                        ? QStringLiteral("I riferimenti di %1 si aggiornano.").arg(CompanyText(preview.from))
+                        : QStringLiteral("I riferimenti di %1 restano come sono.").arg(CompanyText(preview.from)));
+    if (preview.takesUp) {
+        question.append(preview.earlier && !preview.earlier->IsDone()
+                            ? QString(EarlierMergeText(*preview.earlier) + ": si riprende.")
+
+                            : QStringLiteral("Una fusione precedente è rimasta interrotta: si riprende."));
+    }
+    question.append(QStringLiteral("\nFondere le controparti di %1 in quelle di %2?")
+                        .arg(CompanyText(preview.from), CompanyText(preview.to)));
+    return person.Review(question.join(u'\n'), lines);
+}
+
+/// Merges what the operator agrees to; cancelled when he does not.
+MergeResult MergeAsked(Session& session) {
+    MergeResult cancelled;
+    cancelled.outcome = RunResult::Outcome::Cancelled;
+    const auto answers = AskOperator(session);
+    if (!answers) {
+        return cancelled;
+    }
+    MergeResult merge = PreviewFusioneControparti(session, answers->from, answers->to, answers->updateReferences);
+    if (merge.outcome != RunResult::Outcome::Done) {
+        return merge;
+    }
+    const bool again = answers->updateReferences && merge.earlier && merge.earlier->IsDone();
+    if ((again && !AgreesToRepeat(session.Person, *merge.earlier)) ||
+        !AgreesToMatches(session.Person, merge, answers->updateReferences)) {
+        return cancelled;
+    }
+    FusioneControparti(session, answers->from, answers->to, answers->updateReferences, &merge, again);
+    return merge;
+}
+
 void AskAndMerge(Session& session, const QString& /*singleCode*/, bool /*reset*/) {
     const qsizetype firstError = session.Errors.Entries().size();
-    const auto answers = AskOperator(session);
     const QDateTime start = QDateTime::currentDateTime();
-    MergeResult merge;
-    merge.outcome = RunResult::Outcome::Cancelled;
-    if (answers) {
-        FusioneControparti(session, answers->from, answers->to, answers->updateReferences, &merge);
-    }
+    const MergeResult merge = MergeAsked(session);
     const double seconds = static_cast<double>(start.msecsTo(QDateTime::currentDateTime())) / 1000;
-    session.Results.append(AccountOf(session, merge, firstError, seconds));
+    RunResult account = AccountOf(session, merge, firstError, seconds);
+    if (merge.merged > 0) {
+        account.details = MatchCounts(merge);
+        account.details.append(QStringLiteral("Riferimenti aggiornati: %1").arg(merge.referencesUpdated));
+        account.details.append("Log della fusione: " + MergeLogFile(session));
+        account.logFile = MergeLogFile(session);
+    }
+    session.Results.append(account);
 }
 
 contract::Procedure MergeProcedure() {

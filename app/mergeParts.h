@@ -5,14 +5,14 @@
 /// The parts of a counterparty merge.
 namespace merge {
 
-/// The two companies, with their codes as the database writes them.
+/// Codes of the two companies, as the database writes them.
 struct Companies {
     QString from;
     QString to;
 };
 
-/// Finds both companies. Raises `ImportError` when one is unknown or both are the same.
-Companies FindCompanies(Session& session, const QString& from, const QString& to);
+/// The company of that code, compared without case. Raises `ImportError` naming those that there are.
+modMain::Company FindCompany(Session& session, const QString& code);
 /// Physical name of a company's table.
 QString TableOf(const QString& company, const QString& bareName);
 /// A text as a literal.
@@ -34,6 +34,8 @@ public:
     void CheckMarks(const QVector<modMain::MergeMatch>& matches) const;
     /// Reads which codes are in use, so that only those are re-pointed. Called once, before the first.
     void ReadCodes();
+    /// Whether some of them are marked: a merge was interrupted.
+    bool HasMarks() const;
     /// Re-points one code, marked; returns the number of rows changed.
     qint64 Repoint(const QString& oldCode, const QString& newCode);
     /// Takes the marks away, all or none.
@@ -45,6 +47,8 @@ public:
     /// A code as it stands while references are being re-pointed: "0" is written "X".
     static QString Marked(QString code) { return code.replace(u'0', u'X'); }
     static QString Unmarked(QString code) { return code.replace(u'X', u'0'); }
+    /// Whether it is a code of six digits with "X" for each "0".
+    static bool IsMarked(const QString& code);
 
 private:
     struct Reference {
@@ -63,37 +67,46 @@ private:
     std::vector<Reference> m_references;
 };
 
+/// What was copied for a counterparty.
+struct Copied {
+    QMap<QString, qint64> rows; ///< by bare table name
+    QStringList notes;          ///< lines for the log
+};
+
 /// Copies counterparties into the destination company.
 class Copier {
 public:
     /// Raises `ImportError` when the destination lacks a column of the source.
     Copier(Session& session, Companies companies);
 
-    /// Gives the new code of a counterparty that a copied row refers to; without it they are copied as they are.
-    std::function<QString(const QString& oldCode)> NewCodeOf;
-    /// Tells the columns that refer to counterparties.
+    /// Gives the new code of another counterparty that a copied row refers to; none: it is kept, and noted.
+    std::function<std::optional<QString>(const QString& oldCode)> NewCodeOf = [](auto&) { return std::nullopt; };
+    /// Tells further columns that refer to counterparties than the schema does; may be null.
     const References* KnownReferences = nullptr;
 
-    /// Copies a counterparty with all that hangs on it. @param copied rows written, by bare table name
-    void Copy(const modMain::MergeMatch& match, QMap<QString, qint64>& copied);
+    /// Copies a counterparty with all that hangs on it.
+    Copied Copy(const modMain::MergeMatch& match);
 
 private:
-    /// A table that is copied along.
-    struct Part {
-        QString table;      ///< bare name
-        QString codeColumn; ///< holds the counterparty's code
-        QString condition;  ///< behind the code's
-        QMap<QString, DataType> types;
+    /// Rows that are copied together, and how they change.
+    struct Rows {
+        QString table; ///< bare name
+        QString keyColumn;
+        QString oldKey;
+        QString newKey;
+        QString condition = {}; ///< in front of that of the key
     };
 
-    void ReadTypes(Part& part);
-    qint64 CopyRows(const Part& part, const modMain::MergeMatch& match);
-    QString InsertText(const Part& part, const Recordset& rows, const QString& newCode) const;
-    QVariant Translated(const Part& part, const QString& column, const QVariant& value) const;
+    void ReadTypes(const QString& table);
+    void CopyRows(const Rows& what, Copied& copied);
+    void CopyAttached(const QString& owner, const QString& oldKey, const QString& newKey, Copied& copied);
+    QString InsertText(const Rows& what, const Recordset& row, Copied& copied) const;
+    bool HoldsCounterparty(const QString& table, const QString& column) const;
+    QVariant Translated(const Rows& what, const QString& column, const QVariant& value, Copied& copied) const;
 
     Session& m_session;
     Companies m_companies;
-    std::vector<Part> m_parts;
+    QHash<QString, QMap<QString, DataType>> m_types; ///< of the columns, by bare table name
 };
 
 } // namespace merge

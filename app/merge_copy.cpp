@@ -1,4 +1,5 @@
 #include "app/mergeParts.h"
+#include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -24,83 +25,109 @@ private:
 };
 
 const QString Identity = QStringLiteral("RECORD_ID");
+const QString Master = QStringLiteral("CON_TRO");
+
+/// Tables whose rows belong to a counterparty and own numbers and addresses themselves, by their RECORD_ID.
+const QStringList Owners{"CON_RIF", "CON_SED"};
+/// Tables of what rows of others own.
+const QStringList Attached{"NUM_TEL", "IND_WEB"};
 
 } // namespace
 
 Copier::Copier(Session& session, Companies companies)
     : m_session(session),
-      m_companies(std::move(companies)),
-      m_parts{{"CON_TRO", "CDCON", "", {}},
-              {"NUM_TEL", "TBKEY", "TBNAM = 'CON_TRO'", {}},
-              {"IND_WEB", "TBKEY", "TBNAM = 'CON_TRO'", {}},
-              {"CON_RIF", "CDCON", "", {}},
-              {"CON_SED", "CDCON", "", {}}} {
-    for (Part& part : m_parts) {
-        ReadTypes(part);
+      m_companies(std::move(companies)) {
+    for (const QString& table : QStringList(Master) + Attached + Owners) {
+        ReadTypes(table);
     }
 }
 
-void Copier::ReadTypes(Part& part) {
+void Copier::ReadTypes(const QString& table) {
     const CompanyUnderWork source(m_session.Quadrix, m_companies.from);
-    const QString destination = TableOf(m_companies.to, part.table);
+    const QString destination = TableOf(m_companies.to, table);
     QStringList known;
     for (const ColumnInfo& column : m_session.Quadrix.GetColumns(destination)) {
         known.append(column.name.toUpper());
     }
-    for (const ColumnInfo& column : m_session.Quadrix.GetColumns(TableOf(m_companies.from, part.table))) {
+    for (const ColumnInfo& column : m_session.Quadrix.GetColumns(TableOf(m_companies.from, table))) {
         if (!known.contains(column.name.toUpper())) {
             throw ImportError(QStringLiteral("La colonna %1 della tabella %2 manca nella tabella %3")
-                                  .arg(column.name, TableOf(m_companies.from, part.table), destination));
+                                  .arg(column.name, TableOf(m_companies.from, table), destination));
         }
-        const QString type = m_session.Quadrix.GetFieldTypeText(part.table, column.name);
-        part.types.insert(column.name.toUpper(), ovQueryConstructor::GetDataTypeFromString(type));
+        const QString type = m_session.Quadrix.GetFieldTypeText(table, column.name);
+        m_types[table].insert(column.name.toUpper(), ovQueryConstructor::GetDataTypeFromString(type));
     }
 }
 
-void Copier::Copy(const modMain::MergeMatch& match, QMap<QString, qint64>& copied) {
-    for (const Part& part : m_parts) {
-        copied[part.table] += CopyRows(part, match);
-    }
-}
-
-qint64 Copier::CopyRows(const Part& part, const modMain::MergeMatch& match) {
-    QString query = u"SELECT * FROM " + TableOf(m_companies.from, part.table) + u"\rWHERE " + part.codeColumn + u" = " +
-                    Quoted(m_session, match.oldCode);
-    if (!part.condition.isEmpty()) {
-        query += u" AND\r      " + part.condition;
-    }
-    qint64 copied = 0;
-    for (Recordset rows = m_session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
-        m_session.Quadrix.Execute(InsertText(part, rows, match.newCode));
-        ++copied;
+Copied Copier::Copy(const modMain::MergeMatch& match) {
+    Copied copied;
+    CopyRows({Master, "CDCON", match.oldCode, match.newCode}, copied);
+    CopyAttached(Master, match.oldCode, match.newCode, copied);
+    for (const QString& table : Owners) {
+        CopyRows({table, "CDCON", match.oldCode, match.newCode}, copied);
     }
     return copied;
 }
 
-QString Copier::InsertText(const Part& part, const Recordset& rows, const QString& newCode) const {
+void Copier::CopyRows(const Rows& what, Copied& copied) {
+    const QString query = u"SELECT * FROM " + TableOf(m_companies.from, what.table) + u"\rWHERE " + what.condition +
+                          what.keyColumn + u" = " + Quoted(m_session, what.oldKey);
+    for (Recordset rows = m_session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
+        m_session.Quadrix.Execute(InsertText(what, rows, copied));
+        ++copied.rows[what.table];
+        if (Owners.contains(what.table)) {
+            CopyAttached(what.table, mod_ovTools::ToText(rows.Value(Identity)),
+                         QString::number(m_session.Quadrix.LastInsertId()), copied);
+        }
+    }
+}
+
+void Copier::CopyAttached(const QString& owner, const QString& oldKey, const QString& newKey, Copied& copied) {
+    const QString condition = u"TBNAM = " + Quoted(m_session, owner) + u" AND\r      ";
+    for (const QString& table : Attached) {
+        CopyRows({table, "TBKEY", oldKey, newKey, condition}, copied);
+    }
+}
+
+QString Copier::InsertText(const Rows& what, const Recordset& row, Copied& copied) const {
+    const auto& types = m_types[what.table];
     QStringList columns;
     QStringList values;
-    for (const QString& column : rows.Columns()) {
+    for (const QString& column : row.Columns()) {
         if (column.compare(Identity, Qt::CaseInsensitive) == 0) {
             continue;
         }
-        const bool isCode = column.compare(part.codeColumn, Qt::CaseInsensitive) == 0;
-        const QVariant value = isCode ? QVariant(newCode) : Translated(part, column, rows.Value(column));
+        const bool isKey = column.compare(what.keyColumn, Qt::CaseInsensitive) == 0;
+        const QVariant value = isKey ? QVariant(what.newKey) : Translated(what, column, row.Value(column), copied);
         columns.append(column);
-        values.append(mod_ovTools::FormatSqlValue(value, part.types.value(column.toUpper(), DataType::Char),
+        values.append(mod_ovTools::FormatSqlValue(value, types.value(column.toUpper(), DataType::Char),
                                                   m_session.Quadrix.ProviderType));
     }
-    return u"INSERT INTO " + TableOf(m_companies.to, part.table) + u" (" + columns.join(QStringLiteral(", ")) +
+    return u"INSERT INTO " + TableOf(m_companies.to, what.table) + u" (" + columns.join(QStringLiteral(", ")) +
            u")\rVALUES (" + values.join(QStringLiteral(", ")) + u')';
 }
 
-/// The new code of another counterparty that the row refers to: the source may hold it old or already re-pointed.
-QVariant Copier::Translated(const Part& part, const QString& column, const QVariant& value) const {
-    if (KnownReferences == nullptr || value.isNull() || !KnownReferences->Holds(part.table, column)) {
+bool Copier::HoldsCounterparty(const QString& table, const QString& column) const {
+    const schema::Column* known = schema::FindTable(table)->FindColumn(column);
+    const bool inSchema = known != nullptr && known->refersTo == Master && known->conditionColumn.isEmpty();
+    return inSchema || (KnownReferences != nullptr && KnownReferences->Holds(table, column));
+}
+
+/// The source may hold the code of the other counterparty old or already re-pointed.
+QVariant Copier::Translated(const Rows& what, const QString& column, const QVariant& value, Copied& copied) const {
+    const QString code = mod_ovTools::ToText(value);
+    if (code.trimmed().isEmpty() || !HoldsCounterparty(what.table, column)) {
         return value;
     }
-    const QString code = mod_ovTools::ToText(value);
-    return code.contains(u'X') ? References::Unmarked(code) : NewCodeOf(code);
+    if (References::IsMarked(code)) {
+        return References::Unmarked(code);
+    }
+    if (const auto newCode = NewCodeOf(code)) {
+        return *newCode;
+    }
+    copied.notes.append(QStringLiteral("CODICE NON TRADOTTO: controparte %1 di %2, colonna %3: '%4' copiato com'è")
+                            .arg(what.oldKey, m_companies.from, column, code));
+    return value;
 }
 
 } // namespace merge

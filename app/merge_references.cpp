@@ -108,6 +108,17 @@ qint64 References::Repoint(const QString& oldCode, const QString& newCode) {
     return changed;
 }
 
+bool References::HasMarks() const {
+    return std::any_of(m_references.begin(), m_references.end(), [](const Reference& reference) {
+        return std::any_of(reference.codes.begin(), reference.codes.end(), IsMarked);
+    });
+}
+
+bool References::IsMarked(const QString& code) {
+    static const QRegularExpression form(QStringLiteral("^(?=.*X)[1-9X]{6}$"));
+    return form.match(code).hasMatch();
+}
+
 /// All or none: a half of the tables with new codes and a half with marked ones could not be told apart from old codes
 /// by the next run.
 void References::Unmark() {

@@ -61,6 +61,7 @@ QStringList ResultLines(const RunResult& result, int most) {
     if (result.failedLookUps > 0) {
         lines.append("Ricerche non riuscite: " + Number(result.failedLookUps));
     }
+    lines += result.details;
     for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
         lines.append(TableLine(table.key(), table.value()));
     }

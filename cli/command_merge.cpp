@@ -1,4 +1,4 @@
-#include "app/merge.h"
+#include "app/mergeText.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/resultReport.h"
@@ -10,11 +10,6 @@ using namespace modMain;
 namespace cli {
 
 namespace {
-
-QString MatchLine(const MergeMatch& match) {
-    return match.oldCode + u' ' + match.oldName + u" --> " + match.newCode + u' ' + match.newName + u" (" +
-           MergeCriterionText(match.criterion) + u')';
-}
 
 QJsonArray MatchesJson(const MergeResult& result) {
     QJsonArray matches;
@@ -43,33 +38,47 @@ QJsonObject Json(const MergeResult& result) {
             {"criteria", criteria},
             {"merged", result.merged},
             {"copied", copied},
-            {"referencesUpdated", result.referencesUpdated}};
+            {"referencesUpdated", result.referencesUpdated},
+            {"takesUp", result.takesUp},
+            {"notes", NotesJson(result.notes)}};
 }
 
-QStringList Summary(const MergeResult& result) {
-    QStringList lines{QStringLiteral("Controparti: %1").arg(result.matches.size())};
-    for (int criterion = 0; criterion < MergeCriterionCount; ++criterion) {
-        const auto each = static_cast<MergeCriterion>(criterion);
-        lines.append(QStringLiteral("  %1: %2").arg(MergeCriterionText(each)).arg(result.Count(each)));
+/// What an earlier merge means for the one at hand; empty when it means nothing.
+QStringList EarlierLines(const MergeResult& result, bool references) {
+    if (result.takesUp && !result.earlier) {
+        return {
+            "Riferimenti segnati con X: una fusione precedente è rimasta interrotta; --update-references la riprende."};
     }
-    return lines;
+    if (!result.earlier || (!references && result.earlier->IsDone())) {
+        return {};
+    }
+    return {EarlierMergeText(*result.earlier) +
+            (result.earlier->IsDone() ? QString(".") : QString("; --update-references la riprende."))};
 }
 
-QString PreviewText(const MergeResult& result) {
+QString PreviewText(const MergeResult& result, bool references) {
     QStringList lines;
     for (const MergeMatch& match : result.matches) {
         lines.append(MatchLine(match));
     }
-    return (lines + Summary(result) + QStringList("Era un'anteprima: il database è rimasto com'era.")).join(u'\n');
+    lines += MatchCounts(result) + EarlierLines(result, references);
+    return (lines + QStringList("Era un'anteprima: il database è rimasto com'era.")).join(u'\n');
 }
 
 QString MergedText(const Session& session, const MergeResult& result) {
-    QStringList lines = Summary(result);
+    QStringList lines{QStringLiteral("Fusione di %1 in %2").arg(CompanyText(result.from), CompanyText(result.to))};
+    if (result.takesUp) {
+        lines.append("Ripresa di una fusione interrotta.");
+    }
+    lines += MatchCounts(result);
     lines.append(QStringLiteral("Controparti fuse: %1").arg(result.merged));
     for (auto table = result.copied.begin(); table != result.copied.end(); ++table) {
         lines.append(QStringLiteral("  righe copiate in %1: %2").arg(table.key()).arg(table.value()));
     }
     lines.append(QStringLiteral("Riferimenti aggiornati: %1").arg(result.referencesUpdated));
+    for (const Notes::Kind& kind : result.notes.kinds) {
+        lines.append(QStringLiteral("%1 (%2): %3").arg(kind.name).arg(kind.count).arg(kind.first));
+    }
     lines.append("Log: " + MergeLogFile(session));
     return lines.join(u'\n');
 }
@@ -77,14 +86,15 @@ QString MergedText(const Session& session, const MergeResult& result) {
 Report Merge(Context& context) {
     const QString from = Required(context.options, "from");
     const QString to = Required(context.options, "to");
-    const bool references = context.options.isSet("update-references");
+    const bool again = context.options.isSet("update-references-again");
+    const bool references = again || context.options.isSet("update-references");
     const bool preview = context.options.isSet("preview");
     MergeResult result;
     if (preview) {
         result = PreviewFusioneControparti(context.session, from, to, references);
     } else {
         RequireYes(context.options, QStringLiteral("Le controparti di %1 si fondono in quelle di %2").arg(from, to));
-        FusioneControparti(context.session, from, to, references, &result);
+        FusioneControparti(context.session, from, to, references, &result, again);
     }
     Report report{ExitCodeOf(result.outcome), {}, Json(result)};
     report.json["preview"] = preview;
@@ -94,7 +104,7 @@ Report Merge(Context& context) {
         report.json["log"] = MergeLogFile(context.session);
     }
     if (!result.matches.isEmpty()) {
-        report.text = preview ? PreviewText(result) : MergedText(context.session, result);
+        report.text = preview ? PreviewText(result, references) : MergedText(context.session, result);
     }
     return report;
 }
@@ -107,11 +117,14 @@ Command MergeCommand() {
         "fonde le controparti di un'azienda in quelle di un'altra",
         "Le corrispondenze si cercano per partita IVA, codice fiscale, ragione sociale; le controparti senza "
         "corrispondenza si copiano con un nuovo codice. --preview le elenca e non scrive nulla.\n"
-        "--update-references va usato una volta sola per fusione riuscita: dopo, i codici sono già quelli nuovi. Una "
-        "fusione interrotta o fallita si completa rilanciandola.",
+        "Una fusione con --update-references si annota nel database (tabella SYS_FUS) e una seconda si rifiuta: i "
+        "riferimenti contengono già i codici nuovi. Una fusione interrotta o fallita si riprende rilanciandola.",
         {{"from", "Codice dell'azienda di partenza.", "CODICE"},
          {"to", "Codice dell'azienda di destinazione.", "CODICE"},
          {"update-references", "Aggiorna i codici nelle tabelle dell'azienda di partenza."},
+         {"update-references-again",
+          "Li aggiorna anche se una fusione li ha già aggiornati: solo quando da allora l'azienda di partenza è stata "
+          "ricaricata, altrimenti i codici nuovi si prendono per vecchi e si rovinano."},
          {"preview", "Elenca le corrispondenze, senza scrivere."},
          YesOption()},
         Need::Database,

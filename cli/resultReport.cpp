@@ -57,15 +57,15 @@ QJsonArray GivenUpJson(const RunResult& result) {
     return rows;
 }
 
-QJsonArray NotesJson(const RunResult& result) {
-    QJsonArray notes;
-    for (const Notes::Kind& kind : result.notes.kinds) {
-        notes.append(QJsonObject{{"kind", kind.name}, {"count", kind.count}, {"first", kind.first}});
-    }
-    return notes;
-}
-
 } // namespace
+
+QJsonArray NotesJson(const Notes& notes) {
+    QJsonArray json;
+    for (const Notes::Kind& kind : notes.kinds) {
+        json.append(QJsonObject{{"kind", kind.name}, {"count", kind.count}, {"first", kind.first}});
+    }
+    return json;
+}
 
 QString OutcomeName(RunResult::Outcome outcome) {
     static const QStringList names{"done", "failed", "cancelled"};
@@ -133,7 +133,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"emptied", EmptiedJson(result)},
             {"written", TablesJson(result)},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
-            {"notes", NotesJson(result)},
+            {"notes", NotesJson(result.notes)},
             {"errors", QJsonArray::fromStringList(result.errors)},
             {"seconds", result.seconds}};
 }

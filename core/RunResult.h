@@ -77,6 +77,8 @@ struct RunResult {
     Notes notes;              ///< what the log tells about its rows, beside those given up
     QStringList errors;       ///< messages of the errors that ended the procedure, and of failed look-ups, each once
     double seconds = 0;
+    QStringList details; ///< what else there is to tell of the run, line by line
+    QString logFile;     ///< its log, where that is not the import log
 
     /// Whether the classes add up to the source rows.
     bool AddsUp() const { return inserted + updated + skipped + givenUpCount + notReached == sourceRows; }

@@ -39,10 +39,14 @@ public:
 
     void CreateTables() {
         for (const schema::Table& table : schema::Tables()) {
-            if (!m_present.contains(PhysicalName(table).toUpper())) {
-                CreateTable(table);
-                CreateIndexes(table);
-            }
+            CreateMissing(table);
+        }
+    }
+
+    void CreateMissing(const schema::Table& table) {
+        if (!m_present.contains(PhysicalName(table).toUpper())) {
+            CreateTable(table);
+            CreateIndexes(table);
         }
     }
 
@@ -191,4 +195,8 @@ void CreateDatabase(ovConnection& quadrix, const QString& company, const QString
     creation.FillShared();
     creation.FillCompany(name.trimmed());
     transaction.Keep();
+}
+
+void CreateSharedTable(ovConnection& quadrix, const QString& bareName) {
+    Creation(quadrix, {}).CreateMissing(*schema::FindTable(bareName));
 }

@@ -13,3 +13,7 @@ class ovConnection;
 /// Raises `ImportError` when the company exists already, its name is taken or a text is not a company code, and
 /// `SqlError` when a statement fails; the database is then as it was, on engines whose CREATE TABLE can be taken back.
 void CreateDatabase(ovConnection& quadrix, const QString& company, const QString& name);
+
+/// Makes a table that all companies share (bare name, of the schema) where the database lacks it. Raises `SqlError`,
+/// such as for want of the right to make tables.
+void CreateSharedTable(ovConnection& quadrix, const QString& bareName);

@@ -29,6 +29,15 @@ constexpr Line SystemTablesLines[] = {
     Text("TBOLD", 100).Indexed(),
     Text("TBNEW", 100),
 
+    // merges of counterparties that re-pointed the references of a company (FUPAR) to the codes of another (FUDES);
+    // the program's own, made by the first of them
+    SharedTable("SYS_FUS", "FUPAR FUDES"),
+    Text("FUPAR", 10),
+    Text("FUDES", 10),
+    Day("FUINI"),
+    Day("FUFIN"),
+    Text("FUUTE", 60),
+
     SharedTable("SYS_LNG", "LNTBL LNKEY LNFLD"),
     Text("LNTBL", 50),
     Text("LNFLD", 20),

@@ -16,6 +16,7 @@ public:
 
     /// The file that is followed from now on.
     void Follow(const QString& path);
+    const QString& Path() const { return m_path; }
 
 public slots:
     /// Reads what is new; done by itself a few times a second while the view is on the screen.

@@ -166,6 +166,7 @@ void frmImport::Import(contract::Button button) {
     const Running running(*this);
     const qsizetype first = m_session.Results.size();
     m_account->setCurrentWidget(m_log);
+    ShowLog(m_session.LogFile);
     ImportRequest request;
     request.choice = Chosen();
     request.button = button;
@@ -200,6 +201,7 @@ void frmImport::cmdSequence_Click() {
         cmbOrigine->setCurrentIndex(cmbOrigine->findText(name, Qt::MatchFixedString));
     };
     window.LanciaSequenza = [this] { return frmSequence(this).LanciaSequenza(); };
+    window.AgreesToEmpty = [this](const QString& question) { return m_person.Ask(question, Question::ExclamationNo); };
     if (const auto result = PressSequence(m_session, Chosen(), window)) {
         ShowAccount(SequenceLines(*result, MostListed));
     }
@@ -214,6 +216,14 @@ void frmImport::ShowResults(qsizetype first) {
     }
     if (!lines.isEmpty()) {
         ShowAccount(lines);
+        ShowLog(m_session.Results.last().logFile);
+    }
+}
+
+/// Follows another log than before; an empty path leaves the one that is shown.
+void frmImport::ShowLog(const QString& path) {
+    if (!path.isEmpty() && path != m_log->Path()) {
+        m_log->Follow(path);
     }
 }
 

@@ -61,6 +61,7 @@ private:
     void SelectStoredOrigin();
     void ShowResults(qsizetype first);
     void ShowEmptied(const QString& title, const struct EmptyingResult& result);
+    void ShowLog(const QString& path);
     void ShowAccount(const QStringList& lines);
     void Form_Unload();
     Choice Chosen() const;

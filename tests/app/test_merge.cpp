@@ -27,8 +27,20 @@ class TestMerge : public QObject {
             target.Execute("INSERT INTO " + company + "_CON_TRO (CDCON, CORAS, COIVA, COFIS) VALUES (" + quoted(code) +
                            ", " + quoted(name) + ", " + quoted(vatNumber) + ", " + quoted(taxCode) + ")");
         }
-        bool Merge(bool updateReferences, MergeResult* result = nullptr) {
-            return FusioneControparti(target.Get(), "X01", "X02", updateReferences, result);
+        bool Merge(bool updateReferences, MergeResult* result = nullptr, bool again = false) {
+            return FusioneControparti(target.Get(), "X01", "X02", updateReferences, result, again);
+        }
+        /// With references; cancelled behind the counterparty that is copied first.
+        bool MergeUntilTheFirstCopy(MergeResult* result = nullptr) {
+            target.Db().Trace = [this](const QString& statement) {
+                if (statement.startsWith("INSERT") && statement.contains("X02_CON_TRO")) {
+                    target.Person.CancelAt = 0;
+                }
+            };
+            const bool ended = Merge(true, result);
+            target.Db().Trace = nullptr;
+            target.Person.CancelAt.reset();
+            return ended;
         }
         FlowOutcome Press(bool dryRun = false) {
             ImportRequest request;
@@ -54,10 +66,14 @@ class TestMerge : public QObject {
               "CONOT = 'note' WHERE CDCON = '000007'",
               "UPDATE X01_CON_TRO SET COVEP = '000010' WHERE CDCON = '000001'",
               "INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, NRNUM) VALUES ('CON_TRO', '000007', '041'), "
-              "('CON_TRO', '000001', '042'), ('CON_SED', '000007', '043')",
-              "INSERT INTO X01_IND_WEB (TBNAM, TBKEY, WBIND) VALUES ('CON_TRO', '000007', 'a@b.it')",
-              "INSERT INTO X01_CON_RIF (CDCON, RFNOM) VALUES ('000007', 'Anna'), ('000010', 'Ugo'), ('000001', 'Eva')",
-              "INSERT INTO X01_CON_SED (CDCON, CDSED, SERAS) VALUES ('000007', '001', 'Deposito')",
+              "('CON_TRO', '000001', '042'), ('CON_SED', '000007', '043'), ('CON_SED', '1', '044'), "
+              "('CON_SED', '2', '045'), ('CON_RIF', '2', '046')",
+              "INSERT INTO X01_IND_WEB (TBNAM, TBKEY, WBIND) VALUES ('CON_TRO', '000007', 'a@b.it'), "
+              "('CON_RIF', '1', 'eva@b.it'), ('CON_RIF', '3', 'ugo@b.it')",
+              "INSERT INTO X01_CON_RIF (CDCON, RFNOM) VALUES ('000001', 'Eva'), ('000007', 'Anna'), ('000010', 'Ugo')",
+              "INSERT INTO X01_CON_SED (CDCON, CDSED, SERAS) VALUES ('000001', '001', 'Sede'), "
+              "('000007', '001', 'Deposito')",
+              "INSERT INTO X02_CON_SED (CDCON, CDSED) VALUES ('000007', '001'), ('000007', '002'), ('000009', '001')",
               "INSERT INTO X01_ART_ICO (CDART, ARCLI) VALUES ('A', '000001'), ('B', '000007'), ('C', NULL)",
               "INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000007'), (2, '000002'), (3, '000003'), (4, "
               "'000999')",
@@ -89,6 +105,13 @@ class TestMerge : public QObject {
             Row("MariaDB", TestTarget::On::MariaDb);
         }
     }
+
+    static inline const QStringList Counts{"Controparti: 5", "  PARTITA IVA: 1", "  CODICE FISCALE: 1",
+                                           "  RAGIONE SOCIALE: 1 (per sola ragione sociale: da verificare)",
+                                           "  NUOVO!!!!: 2"};
+    static inline const QString Review =
+        Counts.join('\n') + "\nI riferimenti di X01 Prova Uno S.r.l. si aggiornano.\n\nFondere le controparti di X01 "
+                            "Prova Uno S.r.l. in quelle di X02 Prova Due S.p.A.?";
 
 private slots:
     void matches_data() {
@@ -157,22 +180,66 @@ private slots:
         QFETCH(TestTarget::On, engine);
         Pair pair(engine);
         FillAll(pair);
-        const QString columns = "CORAS, COIVA, COVEP, COCLI, COFID, CONOT, DTINS, COFOR";
+        const QString columns = "CORAS, COIVA, COCLI, COFID, CONOT, DTINS, COFOR";
         const QStringList before = pair.target.Rows("SELECT " + columns + " FROM X01_CON_TRO WHERE CDCON = '000007'");
         const QStringList source = Contents(pair.target, {"X01"});
         MergeResult result;
         QVERIFY(pair.Merge(false, &result));
         QCOMPARE(Contents(pair.target, {"X01"}), source); // references stay without the flag
         QCOMPARE(pair.target.Rows("SELECT " + columns + " FROM X02_CON_TRO WHERE CDCON = '000010'"), before);
-        QCOMPARE(pair.target.Rows("SELECT TBNAM, TBKEY, NRNUM FROM X02_NUM_TEL"), QStringList("CON_TRO|000010|041"));
-        QCOMPARE(pair.target.Rows("SELECT TBNAM, TBKEY, WBIND FROM X02_IND_WEB"), QStringList("CON_TRO|000010|a@b.it"));
         QCOMPARE(pair.target.Rows("SELECT CDCON, RFNOM FROM X02_CON_RIF ORDER BY RECORD_ID"),
                  QStringList({"000010|Anna", "000011|Ugo"}));
-        QCOMPARE(pair.target.Rows("SELECT CDCON, CDSED, SERAS FROM X02_CON_SED"), QStringList("000010|001|Deposito"));
+        QCOMPARE(pair.target.Rows("SELECT CDCON, CDSED, SERAS FROM X02_CON_SED WHERE CDCON = '000010'"),
+                 QStringList("000010|001|Deposito"));
         QCOMPARE(result.copied, (QMap<QString, qint64>{
-                                    {"CON_TRO", 2}, {"NUM_TEL", 1}, {"IND_WEB", 1}, {"CON_RIF", 2}, {"CON_SED", 1}}));
+                                    {"CON_TRO", 2}, {"NUM_TEL", 3}, {"IND_WEB", 2}, {"CON_RIF", 2}, {"CON_SED", 1}}));
         QCOMPARE(result.merged, 5);
         QCOMPARE(pair.target.Person.Events.last(), QString("[i] Fusione completata correttamente!"));
+    }
+
+    /// The branch and the contacts have other numbers in the destination; what they own finds them.
+    void numbersAndAddressesFollowTheirOwner_data() { Engines(); }
+    void numbersAndAddressesFollowTheirOwner() {
+        QFETCH(TestTarget::On, engine);
+        Pair pair(engine);
+        FillAll(pair);
+        QVERIFY(pair.Merge(false));
+        const QString branch = pair.target.Value("SELECT RECORD_ID FROM X02_CON_SED WHERE CDCON = '000010'");
+        const QString anna = pair.target.Value("SELECT RECORD_ID FROM X02_CON_RIF WHERE RFNOM = 'Anna'");
+        const QString ugo = pair.target.Value("SELECT RECORD_ID FROM X02_CON_RIF WHERE RFNOM = 'Ugo'");
+        QVERIFY(branch != "2" && anna != "2");
+        QCOMPARE(pair.target.Rows("SELECT TBNAM, TBKEY, NRNUM FROM X02_NUM_TEL ORDER BY NRNUM"),
+                 QStringList({"CON_TRO|000010|041", "CON_SED|" + branch + "|045", "CON_RIF|" + anna + "|046"}));
+        QCOMPARE(pair.target.Rows("SELECT TBNAM, TBKEY, WBIND FROM X02_IND_WEB ORDER BY WBIND"),
+                 QStringList({"CON_TRO|000010|a@b.it", "CON_RIF|" + ugo + "|ugo@b.it"}));
+    }
+
+    /// The carrier of a copied counterparty, matched or copied itself, or none that is known.
+    void carrierOfACopy_data() {
+        Columns<QString, bool, QString, bool>("carrier", "references", "copied", "noted");
+        for (const bool references : {false, true}) {
+            const QString with = references ? ", with references" : "";
+            Row(qPrintable("matched" + with), QString("000001"), references, QString("000007"), false);
+            Row(qPrintable("copied" + with), QString("000010"), references, QString("000011"), false);
+            Row(qPrintable("itself" + with), QString("000007"), references, QString("000010"), false);
+            Row(qPrintable("unknown" + with), QString("000999"), references, QString("000999"), true);
+            Row(qPrintable("blank" + with), QString(), references, QString(), false);
+        }
+    }
+    void carrierOfACopy() {
+        QFETCH(QString, carrier);
+        QFETCH(bool, references);
+        QFETCH(bool, noted);
+        Pair pair;
+        FillAll(pair);
+        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '" + carrier + "' WHERE CDCON = '000007'");
+        MergeResult result;
+        QVERIFY(pair.Merge(references, &result));
+        QTEST(pair.target.Value("SELECT COVEP FROM X02_CON_TRO WHERE CDCON = '000010'"), "copied");
+        QCOMPARE(result.notes.count, noted ? 1 : 0);
+        QCOMPARE(pair.target.Log("fusione.log")
+                     .contains("CODICE NON TRADOTTO: controparte 000007 di X01, colonna COVEP: '000999'"),
+                 noted);
     }
 
     void referencesOfTheSourceAreRepointed_data() { Engines(); }
@@ -187,7 +254,7 @@ private slots:
         QCOMPARE(rows("SELECT ARCLI FROM X01_ART_ICO ORDER BY CDART"), QString("000007 000010 NULL"));
         QCOMPARE(rows("SELECT CDCON FROM X01_CON_RIF ORDER BY RFNOM"), QString("000010 000007 000011"));
         // Keys of other tables in the same column are no counterparties, whatever they look like.
-        QCOMPARE(rows("SELECT TBKEY FROM X01_NUM_TEL ORDER BY NRNUM"), QString("000010 000007 000007"));
+        QCOMPARE(rows("SELECT TBKEY FROM X01_NUM_TEL ORDER BY NRNUM"), QString("000010 000007 000007 1 2 2"));
         QCOMPARE(rows("SELECT FLKEY FROM X01_FLD_VAL ORDER BY FLVAL"), QString("000011 000001 MIX"));
         // The preferred carrier: in the source, and in the copy that was made of it.
         QCOMPARE(rows("SELECT COVEP FROM X01_CON_TRO WHERE COVEP IS NOT NULL ORDER BY CDCON"),
@@ -196,7 +263,7 @@ private slots:
         // The source's own codes, and the documents of the destination.
         QCOMPARE(rows("SELECT CDCON FROM X01_CON_TRO ORDER BY CDCON"), QString("000001 000002 000003 000007 000010"));
         QCOMPARE(rows("SELECT DTCON FROM X02_DOC_VEN"), QString("000007"));
-        QCOMPARE(result.referencesUpdated, 15);
+        QCOMPARE(result.referencesUpdated, 16);
     }
 
     void conditionThatIsAComparison() {
@@ -231,6 +298,94 @@ private slots:
                               "Corrispondenze per sola ragione sociale, da verificare: 1"}));
     }
 
+    /// Re-pointed references are not re-pointed again, into whatever company, unless that is asked for by name.
+    void secondMergeWithReferencesIsRefused_data() { Engines(); }
+    void secondMergeWithReferencesIsRefused() {
+        QFETCH(TestTarget::On, engine);
+        Pair pair(engine);
+        FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
+        pair.target.Execute("DROP TABLE SYS_FUS"); // a database that has never seen a merge
+        QVERIFY(pair.Merge(true));
+        const QStringList merged = Contents(pair.target);
+        const QString told = "La fusione di X01 Prova Uno S.r.l. in X02 Prova Due S.p.A., con l'aggiornamento dei "
+                             "riferimenti, è già stata fatta il 05/03/2024 10:20 da ";
+        for (const QString& to : {QString("X02"), QString("X03")}) {
+            QVERIFY(!FusioneControparti(pair.target.Get(), "X01", to, true));
+            QVERIFY2(pair.Error().startsWith(told), qPrintable(pair.Error()));
+            const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X01", to, true);
+            QVERIFY(preview.earlier && preview.earlier->IsDone() && !preview.takesUp);
+        }
+        QCOMPARE(Contents(pair.target), merged);
+        QVERIFY(pair.Merge(false)); // everybody is found again, nothing is re-pointed
+        QCOMPARE(Contents(pair.target), merged);
+        QVERIFY(pair.Merge(true, nullptr, true));
+        QVERIFY(Contents(pair.target) != merged);
+        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS WHERE FUFIN IS NOT NULL"), QString("2"));
+    }
+
+    /// After a merge of the references a counterparty that the source has gained may name its carrier by either code.
+    void carrierIsKeptAfterAMergeOfTheReferences() {
+        Pair pair;
+        FillAll(pair);
+        QVERIFY(pair.Merge(true));
+        pair.Add("X01", "000020", "Gialli");
+        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '000007' WHERE CDCON = '000020'");
+        MergeResult result;
+        QVERIFY(pair.Merge(false, &result));
+        QCOMPARE(pair.target.Value("SELECT COVEP FROM X02_CON_TRO WHERE CORAS = 'Gialli'"), QString("000007"));
+        QCOMPARE(result.notes.count, 1);
+    }
+
+    void interruptedMergeIsTold_data() {
+        Columns<QString, QString, bool, QString>("statement", "to", "takesUp", "refused");
+        Row("marks and record", "", "X02", true, "");
+        Row("marks of before there were records", "DELETE FROM SYS_FUS", "X02", true, "");
+        Row("another destination", "", "X03", false, "rimasta interrotta: completarla prima");
+    }
+    void interruptedMergeIsTold() {
+        QFETCH(QString, statement);
+        QFETCH(QString, to);
+        QFETCH(bool, takesUp);
+        QFETCH(QString, refused);
+        Pair pair;
+        FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
+        QVERIFY(!pair.MergeUntilTheFirstCopy());
+        pair.target.Db().ExecuteScript(statement);
+        const QStringList before = Contents(pair.target);
+        const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X01", to, true);
+        QCOMPARE(preview.takesUp, takesUp);
+        QCOMPARE(Contents(pair.target), before);
+        MergeResult result;
+        QCOMPARE(FusioneControparti(pair.target.Get(), "X01", to, true, &result), refused.isEmpty());
+        QVERIFY2(pair.Error().contains(refused), qPrintable(pair.Error()));
+        QCOMPARE(result.takesUp, takesUp);
+        QCOMPARE(pair.target.Log("fusione.log").contains("Si riprende una fusione interrotta"), takesUp);
+        if (refused.isEmpty()) {
+            QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'"), QString("0"));
+            QVERIFY(!pair.Merge(true)); // it is done now
+        }
+    }
+
+    /// Whoever may not make tables learns it before anything is written.
+    void tableThatCannotBeMadeIsTold() {
+        Pair pair;
+        FillAll(pair);
+        pair.target.Execute("DROP TABLE SYS_FUS");
+        const QStringList before = Contents(pair.target);
+        pair.target.Db().Trace = [](const QString& statement) {
+            if (statement.startsWith("CREATE TABLE")) {
+                throw SqlError(statement, "permission denied");
+            }
+        };
+        QVERIFY(!pair.Merge(true));
+        QVERIFY2(pair.Error().contains("SYS_FUS, che non c'è e non si può creare"), qPrintable(pair.Error()));
+        QCOMPARE(Contents(pair.target), before);
+        QVERIFY(pair.target.Log("fusione.log").isEmpty());
+        QVERIFY(pair.Merge(false)); // without references there is nothing to remember
+    }
+
     /// Behind the button of its origin: the questions, and an account that adds up.
     void button_data() {
         Columns<bool>("dryRun");
@@ -245,28 +400,55 @@ private slots:
         pair.target.Person.AnswerTo = {{"Fondere le Controparti di due Aziende?", true},
                                        {"Aggiornare i Riferimenti alle tabelle esistenti?", true}};
         pair.target.Person.Inputs = {QString("X01"), QString("X02")};
+        pair.target.Person.Otherwise = true; // the matches
         QCOMPARE(pair.Press(dryRun), FlowOutcome::Done);
         QCOMPARE(
             pair.target.Person.Events,
             QStringList({"? Fondere le Controparti di due Aziende? = si", "> Codice Azienda di Partenza:",
                          "> Codice Azienda di Destinazione:", "? Aggiornare i Riferimenti alle tabelle esistenti? = si",
-                         "progress", "progress closed", "[i] Fusione completata correttamente!"}));
+                         "progress", "progress closed", "? " + Review + " = si", "progress", "progress closed",
+                         "[i] Fusione completata correttamente!"}));
+        QCOMPARE(pair.target.Person.Reviewed.at(2), QString("000003 Bianchi --> 000009 Bianchi (RAGIONE SOCIALE)"));
         QCOMPARE(pair.target.Person.Prompts.last().title, QString("Fusione Controparti"));
         QCOMPARE(pair.target.Person.Prompts.last().defaultText, QString("X02"));
         const RunResult& account = pair.target.Get().Results.last();
         QVERIFY(account.AddsUp());
         QCOMPARE(account.inserted, 2);
-        QCOMPARE(account.updated, 3);
+        QCOMPARE(account.skipped, 3);
         QCOMPARE(account.tables.value("CON_TRO").inserted, 2);
+        QCOMPARE(account.details.mid(0, 5), Counts);
+        QCOMPARE(account.details.last(), "Log della fusione: " + account.logFile);
+        QVERIFY(QFile::exists(account.logFile));
         QCOMPARE(Contents(pair.target) == before, dryRun);
+        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS"), QString(dryRun ? "0" : "1"));
     }
 
+    /// Nothing is written when the operator gives up, wherever he does.
+    void buttonGivenUp_data() {
+        Columns<std::optional<QString>, bool, QString>("to", "merged", "answeredNo");
+        Row("at a prompt", std::optional<QString>(), false, "");
+        Row("at the matches", std::optional<QString>("X02"), false, Review);
+        Row("at the earlier merge", std::optional<QString>("X02"), true, "La fusione di X01");
+    }
     void buttonGivenUp() {
+        QFETCH(std::optional<QString>, to);
+        QFETCH(bool, merged);
+        QFETCH(QString, answeredNo);
         Pair pair;
-        pair.target.Person.Otherwise = true;
-        pair.target.Person.Inputs = {QString("X01"), std::nullopt};
+        FillAll(pair);
+        QVERIFY(!merged || pair.Merge(true));
+        const QStringList before = Contents(pair.target);
+        pair.target.Person.Inputs = {QString("X01"), to};
+        pair.target.Person.Answers = {true, true, false};
+        pair.target.Person.Messages.clear();
         QCOMPARE(pair.Press(), FlowOutcome::Cancelled);
         QVERIFY(pair.target.Person.Messages.isEmpty());
+        QCOMPARE(Contents(pair.target), before);
+        if (!answeredNo.isEmpty()) {
+            const ScriptedOperator::Asked& asked = pair.target.Person.Questions.last();
+            QVERIFY2(asked.question.startsWith(answeredNo), qPrintable(asked.question));
+            QCOMPARE(asked.style, Question::ExclamationNo);
+        }
     }
 
     void errorsBeforeTheFirstWrite_data() {
@@ -318,21 +500,14 @@ private slots:
             QVERIFY(other.Merge(true));
             whole = Contents(other.target);
         }
-        pair.target.Db().Trace = [&pair](const QString& statement) {
-            if (statement.startsWith("INSERT")) {
-                pair.target.Person.CancelAt = 0;
-            }
-        };
         MergeResult result;
-        QVERIFY(!pair.Merge(true, &result));
+        QVERIFY(!pair.MergeUntilTheFirstCopy(&result));
         QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
         QCOMPARE(result.merged, 4);
         QVERIFY(pair.target.Log("fusione.log").contains("Fusione interrotta: 4 controparti fuse su 5"));
         QCOMPARE(pair.target.Value("SELECT DTCON FROM X01_DOC_VEN WHERE DTNUM = 1"), QString("XXXX1X"));
         QVERIFY(pair.target.Person.Messages.isEmpty());
         QVERIFY(pair.target.Person.Progresses.back().closed);
-        pair.target.Db().Trace = nullptr;
-        pair.target.Person.CancelAt.reset();
         QVERIFY(pair.Merge(true));
         QCOMPARE(Contents(pair.target), whole);
     }

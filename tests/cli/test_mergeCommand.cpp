@@ -68,6 +68,22 @@ private slots:
         QCOMPARE(Value("SELECT CORAS FROM X02_CON_TRO WHERE CDCON = '000010'"), QString("Verdi"));
         QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
     }
+
+    /// Once more is refused, and told which merge was done; only the option by its own name re-points again.
+    void secondMergeOfReferencesIsRefused() {
+        const QStringList merge{"merge", "--from", "X01", "--to", "X02", "--yes"};
+        const auto again = m_run.Run(merge + QStringList("--update-references"));
+        QCOMPARE(again.exitCode, 1);
+        QVERIFY2(again.errors.contains("La fusione di X01 Prova Uno in X02 Prova Due, con l'aggiornamento dei "
+                                       "riferimenti, è già stata fatta"),
+                 qPrintable(again.errors));
+        QVERIFY(again.errors.contains("--update-references-again"));
+        const auto preview =
+            m_run.Run(QStringList(merge).replaceInStrings("--yes", "--preview") + QStringList("--update-references"));
+        QVERIFY2(preview.exitCode == 0 && preview.output.contains("è già stata fatta"), qPrintable(preview.output));
+        QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
+        QCOMPARE(m_run.Run(merge + QStringList("--update-references-again")).exitCode, 0);
+    }
 };
 
 QUADRIX_TEST(TestMergeCommand)

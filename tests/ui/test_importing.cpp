@@ -97,6 +97,8 @@ private slots:
         QCOMPARE(driver.Events, QStringList({"? Fondere le Controparti di due Aziende? = cmdYes",
                                              "> Codice Azienda di Partenza:", "> Codice Azienda di Destinazione:",
                                              "? Aggiornare i Riferimenti alle tabelle esistenti? = cmdYes",
+                                             "review Fondere le controparti di DEM Officine Dimostrative S.r.l. in "
+                                             "quelle di DUE Officine Riunite S.p.A.? = cmdYes",
                                              "[i] Fusione completata correttamente!"}));
         QCOMPARE(test.Result().sourceRows, imported);
         QVERIFY(test.Result().inserted > 0 && test.Result().AddsUp());
@@ -105,6 +107,14 @@ private slots:
         QVERIFY(telephones > 0);
         QCOMPARE(telephones, test.Result().tables.value("NUM_TEL").inserted);
         QVERIFY(test.Text("txtResult").contains("FusioneControparti"));
+        QVERIFY(test.Text("txtResult").contains("  PARTITA IVA: "));
+        QVERIFY(test.Text("txtResult").contains(test.Folder.filePath("fusione.log")));
+        QVERIFY(test.Text("txtLog").contains("Inizio fusione controparti da DEM a DUE"));
+
+        // The next import has its own log again.
+        test.Choose("cmbOrigine", "Arca 2000");
+        test.Button("cmdImportCli").click();
+        QVERIFY(test.Text("txtLog").contains("Inizio importazione controparti"));
     }
 
     void CancelStopsAtTheNextRow() {

@@ -1,0 +1,110 @@
+#include "app/mergeRecord.h"
+
+#include "core/createDatabase.h"
+#include "core/Schema.h"
+#include "sql/mod_ovTools.h"
+#include "sql/ovQueryConstructor.h"
+
+#include <QSysInfo>
+
+namespace merge {
+
+namespace {
+
+const QString Table = QStringLiteral("SYS_FUS");
+
+/// "anna (PC-UFFICIO)": who works at which machine.
+QString Worker() {
+    static const int size = schema::FindTable(Table)->FindColumn("FUUTE")->size;
+    return QStringLiteral("%1 (%2)").arg(mod_ovTools::GetUserName(), QSysInfo::machineHostName()).left(size);
+}
+
+ovQueryConstructor NewQuery(const Session& session) {
+    ovQueryConstructor query;
+    query.ProviderType = session.Quadrix.ProviderType;
+    query.SetTable(Table);
+    return query;
+}
+
+/// The company of a code; without its name when it is no longer there.
+modMain::Company Named(Session& session, const QString& code) {
+    const auto companies = modMain::GetCompanies(session);
+    const auto known = std::find_if(companies.begin(), companies.end(), [&code](const modMain::Company& company) {
+        return company.code.compare(code, Qt::CaseInsensitive) == 0;
+    });
+    return known == companies.end() ? modMain::Company{code, {}} : *known;
+}
+
+QDateTime MomentOf(const Recordset& rows, const char* column) {
+    return mod_ovTools::ReadDate(rows.Value(QLatin1String(column))).value_or(QDateTime());
+}
+
+} // namespace
+
+Records::Records(Session& session)
+    : m_session(session) {}
+
+bool Records::IsThere() const { return m_session.Quadrix.GetTables().contains(Table, Qt::CaseInsensitive); }
+
+std::optional<modMain::EarlierMerge> Records::LastOf(const QString& company) const {
+    if (!IsThere()) {
+        return std::nullopt;
+    }
+    const Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + Table + u"\rWHERE FUPAR = " +
+                                                       Quoted(m_session, company) + u"\rORDER BY RECORD_ID DESC");
+    if (rows.Eof()) {
+        return std::nullopt;
+    }
+    const auto text = [&rows](const char* column) { return mod_ovTools::ToText(rows.Value(QLatin1String(column))); };
+    return modMain::EarlierMerge{rows.Value("RECORD_ID").toLongLong(),
+                                 Named(m_session, text("FUPAR")),
+                                 Named(m_session, text("FUDES")),
+                                 MomentOf(rows, "FUINI"),
+                                 MomentOf(rows, "FUFIN"),
+                                 text("FUUTE")};
+}
+
+void Records::Prepare() {
+    if (IsOff() || IsThere()) {
+        return;
+    }
+    try {
+        CreateSharedTable(m_session.Quadrix, Table);
+    } catch (Error& error) {
+        error.AddContext(QStringLiteral("La fusione con i riferimenti si annota nella tabella %1, che non c'è e non si "
+                                        "può creare; farla creare da chi ha il diritto di creare tabelle e ripetere. "
+                                        "Non è stato scritto nulla")
+                             .arg(Table));
+        throw;
+    }
+}
+
+void Records::Begin(const Companies& companies, const std::optional<modMain::EarlierMerge>& last) {
+    if (IsOff()) {
+        return;
+    }
+    if (last && !last->ended.isValid()) {
+        m_id = last->id;
+        return;
+    }
+    ovQueryConstructor query = NewQuery(m_session);
+    query.AddUpdateField("FUPAR", companies.from, DataType::NVarChar);
+    query.AddUpdateField("FUDES", companies.to, DataType::NVarChar);
+    query.AddUpdateField("FUINI", m_session.Now(), DataType::DateTime);
+    query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
+    m_session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
+    m_id = m_session.Quadrix.LastInsertId();
+}
+
+void Records::End() {
+    if (m_id == 0) {
+        return;
+    }
+    ovQueryConstructor query = NewQuery(m_session);
+    query.AddUpdateField("FUFIN", m_session.Now(), DataType::DateTime);
+    query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
+    query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(m_id);
+    m_session.Quadrix.Execute(query.MakeQuery(StatementKind::Update));
+}
+
+} // namespace merge

@@ -1,0 +1,44 @@
+#include "app/mergeText.h"
+
+#include <QLocale>
+
+namespace modMain {
+
+namespace {
+
+QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
+QString Moment(const QDateTime& moment) { return moment.toString(QStringLiteral("dd/MM/yyyy HH:mm")); }
+
+} // namespace
+
+QString CompanyText(const Company& company) {
+    return company.name.isEmpty() ? company.code : QString(company.code + u' ' + company.name);
+}
+
+QString MatchLine(const MergeMatch& match) {
+    return match.oldCode + u' ' + match.oldName + u" --> " + match.newCode + u' ' + match.newName + u" (" +
+           MergeCriterionText(match.criterion) + u')';
+}
+
+QStringList MatchCounts(const MergeResult& result) {
+    QStringList lines{QStringLiteral("Controparti: ") + Number(result.matches.size())};
+    for (int criterion = 0; criterion < MergeCriterionCount; ++criterion) {
+        const auto each = static_cast<MergeCriterion>(criterion);
+        const bool doubtful = each == MergeCriterion::Name && result.Count(each) > 0;
+        lines.append(u"  " + MergeCriterionText(each) + u": " + Number(result.Count(each)) +
+                     (doubtful ? u" (per sola ragione sociale: da verificare)" : u""));
+    }
+    return lines;
+}
+
+QString EarlierMergeText(const EarlierMerge& earlier) {
+    const QString companies = CompanyText(earlier.from) + u" in " + CompanyText(earlier.to);
+    return earlier.IsDone()
+               ? QStringLiteral("La fusione di %1, con l'aggiornamento dei riferimenti, è già stata fatta il %2 da %3")
+                     .arg(companies, Moment(earlier.ended), earlier.by)
+               : QStringLiteral("La fusione di %1, con l'aggiornamento dei riferimenti, cominciata il %2 da %3, è "
+                                "rimasta interrotta")
+                     .arg(companies, Moment(earlier.begun), earlier.by);
+}
+
+} // namespace modMain
