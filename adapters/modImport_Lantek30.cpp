@@ -274,15 +274,21 @@ void SvuotaTabelleCam(Session& session, const QString& singleCode, bool /*reset*
     run.Guard([&] {
         const auto cam = qdxCamOpenConnection(session);
         cam->BeginTrans();
-        cam->Execute("TRUNCATE TABLE PPRR_PPRR_00000100");
-        cam->Execute("TRUNCATE TABLE MMNN_PPOO_00000200");
-        cam->Execute("TRUNCATE TABLE DIS_SHPR_PPTT_00000200");
+        QStringList emptied;
+        for (const QString& table : {Products, Operations, Values}) {
+            const qint64 rows = cam->ExecuteCommand("SELECT COUNT(*) FROM " + table);
+            cam->Execute("TRUNCATE TABLE " + table);
+            emptied.append(QStringLiteral("Tabella %1: svuotata, righe %2").arg(table).arg(rows));
+        }
         if (session.Quadrix.InTransaction()) { // a trial
             cam->RollbackTrans();
         } else {
             cam->CommitTrans();
         }
         cam->CloseConnection();
+        for (const QString& line : emptied) {
+            run.Log(line);
+        }
     });
 }
 
@@ -393,6 +399,14 @@ Procedure BetweenCams(std::optional<Button> button, const QString& name, decltyp
             .asksReset = false};
 }
 
+Procedure Emptying() {
+    Procedure emptying = BetweenCams({}, "SvuotaTabelleCam", SvuotaTabelleCam, SvuotaNeeds(),
+                                     "Attenzione: desideri svuotare anche il database del software CAM collegato?");
+    emptying.destroys =
+        QStringLiteral("Si svuota il database CAM: tutte le righe di %1, %2 e %3").arg(Products, Operations, Values);
+    return emptying;
+}
+
 } // namespace
 
 // --- Entry --------------------------------------------------------------------------------------------------------
@@ -419,8 +433,7 @@ const Origin& Entry() {
                         "Spostare i ritagli?"),
             BetweenCams({}, "CopyProductsFromLantekToLantek", CopyProductsFromLantekToLantek, ProdottiNeeds(),
                         "Copiare i prodotti?"),
-            BetweenCams({}, "SvuotaTabelleCam", SvuotaTabelleCam, SvuotaNeeds(),
-                        "Attenzione: desideri svuotare anche il database del software CAM collegato?"),
+            Emptying(),
         },
     };
     return origin;

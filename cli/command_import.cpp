@@ -59,6 +59,9 @@ ImportRequest RequestFrom(Context& context) {
     request.choice.errors = ErrorsFrom(context.options);
     if (const auto* named = ProcedureOf(*request.choice.origin, context.options.value("data"))) {
         request.procedure = named->name;
+        if (!named->destroys.isEmpty() && !context.options.isSet("dry-run")) {
+            RequireYes(context.options, named->destroys);
+        }
     } else {
         request.button = ButtonFrom(context.options, *request.choice.origin);
     }
@@ -149,7 +152,8 @@ Command ImportCommand() {
              {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"},
              {"input", "Risposta a una richiesta di testo.", "TESTO"},
              {"file", "File da scegliere dove la procedura ne chiede uno.", "PERCORSO"},
-             ErrorsOption()},
+             ErrorsOption(),
+             {"yes", "Conferma una procedura che non fa altro che eliminare dati."}},
             Need::Database,
             Import};
 }

@@ -39,6 +39,7 @@ struct Procedure {
     QString confirmation = {}; ///< question that the button starts with; empty for the usual one of the button
     bool opensSource = true;   ///< whether the origin's source is opened for it
     bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
+    QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
 };
 
 /// How an origin's source opens.

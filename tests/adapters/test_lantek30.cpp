@@ -141,7 +141,10 @@ private slots:
         QTEST(cams.New.ExecuteCommand("SELECT (SELECT COUNT(*) FROM PPRR_PPRR_00000100) + "
                                       "(SELECT COUNT(*) FROM MMNN_PPOO_00000200)"),
               "left");
-        QCOMPARE(cams.Target.Get().Results.last().outcome,
+        const RunResult& result = cams.Target.Get().Results.last();
+        QCOMPARE(result.notes.kinds.size(), before.isEmpty() ? 3 : 0); // what went, by table
+        QCOMPARE(cams.Target.Log().contains("Tabella PPRR_PPRR_00000100: svuotata, righe 1"), before.isEmpty());
+        QCOMPARE(result.outcome,
                  before.isEmpty() ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
     }
 

@@ -5,6 +5,7 @@
 #include "tests/support/rows.h"
 
 #include <QJsonArray>
+#include <QTemporaryDir>
 #include <QTest>
 
 class TestEmptying : public QObject {
@@ -50,6 +51,33 @@ private slots:
         const QJsonArray emptied = ended.Json()["emptied"].toArray();
         QVERIFY(emptied.contains(QJsonObject{{"table", "X01_DOC_VEN"}, {"rows", 1}}));
         QCOMPARE(emptied.size(), 15);
+    }
+
+    /// A procedure that only deletes wants the same confirmation as the commands that do, and tells what went.
+    void CamTablesWantConfirmation_data() {
+        Columns<QStringList, int, int>("options", "exitCode", "left");
+        Row("unconfirmed", QStringList{}, 2, 2);
+        Row("a trial", QStringList{"--dry-run"}, 0, 2);
+        Row("confirmed", QStringList{"--yes"}, 0, 0);
+    }
+    void CamTablesWantConfirmation() {
+        QFETCH(QStringList, options);
+        QFETCH(int, exitCode);
+        QTemporaryDir folder;
+        ovConnection cam;
+        OpenEmbedded(cam, folder.filePath("cam.db"))
+            .ExecuteScript("CREATE TABLE PPRR_PPRR_00000100 (PrdRef TEXT); CREATE TABLE MMNN_PPOO_00000200 (N INT);"
+                           "CREATE TABLE DIS_SHPR_PPTT_00000200 (N INT);"
+                           "INSERT INTO PPRR_PPRR_00000100 VALUES ('A'), ('B')");
+        m_run.Set("IMPORT", "CAM_Database", folder.filePath("cam.db"));
+        const auto ended = m_run.Run(
+            QStringList{"import", "--company", "X01", "--origin", "Lantek Expert 30", "--data", "SvuotaTabelleCam"} +
+            options);
+        QVERIFY2(ended.exitCode == exitCode, qPrintable(ended.errors));
+        QTEST(static_cast<int>(cam.ExecuteCommand("SELECT COUNT(*) FROM PPRR_PPRR_00000100")), "left");
+        const QString told = ended.exitCode == 0 ? ended.output : ended.errors;
+        QVERIFY2(told.contains(exitCode == 0 ? "PPRR_PPRR_00000100: svuotata, righe 2" : "--yes per confermare"),
+                 qPrintable(told));
     }
 
     void TruncateEmptiesAllButTheBaseTables() {
