@@ -54,14 +54,6 @@ QString FindCompany(Session& session, const Choice& choice) {
     return choice.companyCode.isEmpty() ? code : QString();
 }
 
-/// What an earlier press has left must not be taken for this one's: the operator may have filled in translations since.
-void Forget(Session& session) {
-    session.Errors.ClearError();
-    session.Translations.clear();
-    session.Untranslated.clear();
-    session.UntranslatedSeen.clear();
-}
-
 /// Each table once, where several procedures of a button empty it.
 QString RowsDetails(Session& session, const std::vector<const Procedure*>& procedures) {
     std::vector<RowsToDelete> rows;
@@ -218,6 +210,13 @@ void TakeCompany(Session& session, const QString& code) {
     session.UserManager.SetAzienda(code);
     session.UserManager.DataElaborazione = session.Now().date();
     session.Config.LoadConfig();
+}
+
+void Forget(Session& session) {
+    session.Errors.ClearError();
+    session.Translations.clear();
+    session.Untranslated.clear();
+    session.UntranslatedSeen.clear();
 }
 
 bool CheckData(Session& session, const Choice& choice) {

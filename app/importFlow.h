@@ -19,6 +19,10 @@ struct Choice {
 /// @param code CDAZI, as it stands in SYS_AZI
 void TakeCompany(Session& session, const QString& code);
 
+/// Forgets what an earlier press of a button has left: it must not be taken for this one's, as the operator may have
+/// filled in translations since.
+void Forget(Session& session);
+
 /// The gate in front of every import, reset and sequence: checks the choice and takes the company under work.
 /// False when something is missing; the operator has been told then.
 bool CheckData(Session& session, const Choice& choice);

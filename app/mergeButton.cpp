@@ -63,7 +63,7 @@ bool AgreesToRepeat(Operator& person, const EarlierMerge& earlier) {
                           ".\n\nI riferimenti contengono già i codici nuovi: aggiornarli di nuovo li porterebbe su "
                           "controparti sbagliate, a meno che da allora l'azienda di partenza non sia stata ricaricata."
                           "\n\nAggiornarli di nuovo?",
-                      Question::ExclamationNo);
+                      Question::ExclamationNo) == Answer::Yes;
 }
 
 /// Shows what would become of every counterparty, and asks.

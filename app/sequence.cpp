@@ -28,9 +28,13 @@ const QString EmptyCam = QStringLiteral("Svuotamento del database CAM");
 /// belongs to a yes to the first.
 void AskAndEmpty(SequenceRun& run) {
     Operator& person = run.GetSession().Person;
-    if (person.Ask("Attenzione: svuotare tutte le tabelle del database dell'azienda prima di effettuare "
-                   "l'importazione?",
-                   Question::Exclamation) != Answer::Yes) {
+    const Answer company = person.Ask("Attenzione: svuotare tutte le tabelle del database dell'azienda prima di "
+                                      "effettuare l'importazione?",
+                                      Question::ExclamationNo);
+    if (company == Answer::GivenUp) {
+        throw SequenceRun::Declined();
+    }
+    if (company == Answer::No) {
         return;
     }
     run.PlanFirst(EmptyCompany);
@@ -40,9 +44,18 @@ void AskAndEmpty(SequenceRun& run) {
         // An import into what is left would mix the old with the new.
         throw ImportError("le tabelle dell'azienda non sono state svuotate del tutto: la sequenza non prosegue");
     }
-    run.End(Outcome::Done, QStringLiteral("tabelle svuotate: %1").arg(emptied.tables.size()));
-    if (person.Ask("Attenzione: desideri svuotare anche il database del software CAM collegato?",
-                   Question::Exclamation) == Answer::Yes) {
+    qint64 rows = 0;
+    for (const EmptyingResult::Table& table : emptied.tables) {
+        run.Log(EmptiedLine(table));
+        rows += std::max<qint64>(table.rows, 0);
+    }
+    run.End(Outcome::Done, EmptiedText(emptied.tables.size(), rows));
+    const Answer cam = person.Ask("Attenzione: desideri svuotare anche il database del software CAM collegato?",
+                                  Question::ExclamationNo);
+    if (cam == Answer::GivenUp) {
+        throw SequenceRun::Stopped();
+    }
+    if (cam == Answer::Yes) {
         run.PlanFirst(EmptyCam);
         run.Begin(EmptyCam);
         run.Import(LantekExpert, "SvuotaTabelleCam");
@@ -73,6 +86,7 @@ std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& nam
     keys.database = prefix + "Databasename";
     keys.network = prefix + "NetworkCredential";
     keys.driver = prefix + "Driver";
+    const Operator::Quiet quiet(session.Person);
     return Guarded(session.Errors, "frmImport", "Sequence", std::unique_ptr<ovConnection>(), [&] {
         auto source = NewSource(session);
         sourceSettings::Server(name, keys)(session, *source);
@@ -98,10 +112,8 @@ void ImportStock(SequenceRun& run) {
     if (!run.Connect(Lantek24)) {
         for (const QString& step : {AutomaStock, CamStock, FerrobrioStock}) {
             run.Begin(step);
-            run.End(Outcome::NotConnected, notConnected);
+            run.SkipNotConnected(notConnected);
         }
-        run.Log(notConnected);
-        run.GetSession().Person.Message(notConnected, Icon::Exclamation);
         return;
     }
     ImportFromSecond(run, AutomaStock, Automa, Automa, "ImportInventarioAUTOMA", notConnected);
@@ -115,6 +127,7 @@ void ImportStock(SequenceRun& run) {
 
 std::optional<SequenceResult> Press(Session& session, const Choice& choice, const SequenceWindow& window) {
     static const QString password = QStringLiteral("Tr1v0la8");
+    Forget(session);
     if (session.Person.Ask("Lanciare la sequenza di importazione?") != Answer::Yes) {
         return std::nullopt;
     }
@@ -148,6 +161,26 @@ QString StepsLine(const SequenceResult& result) {
 }
 
 } // namespace
+
+QString EmptiedText(qint64 tables, qint64 rows) {
+    return QStringLiteral("tabelle svuotate: %1, righe eliminate: %2").arg(tables).arg(rows);
+}
+
+qint64 SequenceEntry::GivenUp() const {
+    qint64 rows = 0;
+    for (const RunResult& result : results) {
+        rows += result.givenUpCount;
+    }
+    return rows;
+}
+
+qint64 SequenceResult::GivenUp() const {
+    qint64 rows = 0;
+    for (const SequenceEntry& entry : entries) {
+        rows += entry.GivenUp();
+    }
+    return rows;
+}
 
 QString OutcomeText(Outcome outcome) {
     static const QMap<Outcome, QString> texts{
@@ -184,6 +217,9 @@ QStringList SequenceLines(const SequenceResult& result, int most) {
     for (const SequenceEntry& entry : result.entries) {
         lines.append(entry.step + ": " + OutcomeText(entry.outcome) +
                      (entry.message.isEmpty() ? QString() : QString(" (" + entry.message + ')')));
+        for (const QString& text : entry.told) {
+            lines.append("  " + QString(text).replace(u'\n', u' '));
+        }
         for (const RunResult& procedure : entry.results) {
             for (const QString& line : ResultLines(procedure, most)) {
                 lines.append("  " + line);

@@ -67,7 +67,11 @@ struct SequenceEntry {
     QString step;
     Outcome outcome = Outcome::NotReached;
     QString message = {};            ///< why it is not `Done`, or what was done
+    QStringList told = {};           ///< what its procedures told the operator, who may not have been there
     QVector<RunResult> results = {}; ///< of the procedures that ran
+
+    /// Source rows that its procedures gave up.
+    qint64 GivenUp() const;
 };
 
 /// What a sequence did: `Done` when every step is. What was imported before a cancel or an error stays.
@@ -75,6 +79,9 @@ struct SequenceResult {
     RunResult::Outcome outcome = RunResult::Outcome::Failed;
     QVector<SequenceEntry> entries; ///< one per step
     QString logFile;
+
+    /// Source rows that its procedures gave up.
+    qint64 GivenUp() const;
 };
 
 /// What the sequences show or ask in the main window; a function that is not there is left out.
@@ -83,11 +90,15 @@ struct SequenceWindow {
     std::function<void(const QString& origin)> SelectOrigin;
     /// Asks for the steps of `Sequence2`; none when the operator gave up.
     std::function<std::optional<SequenceSteps>()> LanciaSequenza;
+    /// Whether the tables may be emptied that the question tells; without the function they may.
+    std::function<bool(const QString& question)> AgreesToEmpty;
 };
 
 /// The whole migration of an installation with Arca Evolution, Lantek 24, AUTOMA and Ferrobrio: one source after the
-/// other into the company of the settings, which may be emptied first. A source that cannot be opened, and a procedure
-/// that is not there or fails, is told and the next step follows. Errors are reported under "frmImport", "Sequence".
+/// other into the company of the settings, which may be emptied first. Once begun it needs nobody, unless a procedure
+/// asks a question: what its procedures tell goes to the log and into the result. A source that cannot be opened, and a
+/// procedure that is not there or fails, is told at the end and the next step follows. Errors are reported under
+/// "frmImport", "Sequence".
 SequenceResult Sequence(Session& session, const SequenceSettings& settings, const SequenceWindow& window);
 
 /// The chosen steps of the migration of an installation with Mexal, Tessera and Visual Space. The triggers that the
@@ -98,6 +109,9 @@ SequenceResult Sequence2(Session& session, const SequenceSettings& settings, con
 /// The flow behind the button "cmdSequence": confirmation, password, gate, and the sequence of the settings. None when
 /// it came to no sequence: the operator declined, the password was wrong (which is not told), or something is missing.
 std::optional<SequenceResult> PressSequence(Session& session, const Choice& choice, const SequenceWindow& window);
+
+/// "tabelle svuotate: 59, righe eliminate: 1234".
+QString EmptiedText(qint64 tables, qint64 rows);
 
 /// What became of a step, in Italian: "completato".
 QString OutcomeText(SequenceEntry::Outcome outcome);

@@ -2,7 +2,8 @@
 #include "adapters/contract/SourceRow.h"
 #include "app/connectSource.h"
 #include "app/sequenceRun.h"
-#include "core/modMain.h"
+
+#include <QLocale>
 
 namespace {
 
@@ -149,21 +150,44 @@ private:
     QStringList m_disabled;
 };
 
-void EmptyTables(SequenceRun& run, Triggers& triggers) {
+const QStringList& EmptiedTables() {
     static const QStringList tables{"CON_TRO", "CON_RIF", "NUM_TEL",     "ART_ICO",     "ART_FOR",     "ART_COD",
                                     "ART_MAG", "MOV_MAG", "MOV_MAR",     "UBI_ART",     "UBI_MAG",     "DIS_BAS",
                                     "DIS_COM", "DIS_FAS", "DOC_VEN",     "DOC_VER",     "DOC_VED",     "DOC_ACD",
                                     "DOC_ACR", "DOC_ACQ", "DOC_CTD",     "DOC_CTR",     "DOC_CTL",     "ORD_PRO",
                                     "ORD_COM", "ORD_FAS", "GEN_ART_ICO", "GEN_DIS_BAS", "GEN_DIS_COM", "GEN_DIS_FAS"};
+    return tables;
+}
+
+/// Which company is emptied and how much goes.
+QString EmptyingQuestion(Session& session, const SequenceSettings& settings) {
+    ovConnection& quadrix = session.Quadrix;
+    qint64 rows = 0;
+    qint64 shared = 0;
+    for (const QString& table : EmptiedTables()) {
+        rows += quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + quadrix.GetFullTableName(table));
+        shared += table.startsWith(u"GEN_") ? 1 : 0;
+    }
+    return QStringLiteral(
+               "Attenzione: prima di importare si svuotano %1 tabelle dell'azienda %2 %3 e %4 comuni a tutte "
+               "le aziende (GEN_...), in tutto %5 righe.\n\nProcedere?")
+        .arg(EmptiedTables().size() - shared)
+        .arg(session.UserManager.Azienda(), settings.company)
+        .arg(shared)
+        .arg(QLocale(QLocale::Italian, QLocale::Italy).toString(rows));
+}
+
+void EmptyTables(SequenceRun& run, Triggers& triggers) {
     run.Begin(ResetStep);
     run.Log('[' + ResetStep + ']');
     triggers.Disable();
-    for (const QString& table : tables) {
+    qint64 rows = 0;
+    for (const QString& table : EmptiedTables()) {
         run.Log("[Reset Tabella " + table + ']');
         ovConnection& quadrix = run.GetSession().Quadrix;
-        quadrix.Execute("DELETE " + quadrix.GetFullTableName(table));
+        rows += quadrix.Execute("DELETE " + quadrix.GetFullTableName(table));
     }
-    run.End(Outcome::Done, QStringLiteral("tabelle svuotate: %1").arg(tables.size()));
+    run.End(Outcome::Done, EmptiedText(EmptiedTables().size(), rows));
 }
 
 // --- Steps --------------------------------------------------------------------------------------------------------
@@ -285,11 +309,11 @@ SequenceResult Sequence2(Session& session, const SequenceSettings& settings, con
     return run.Guard("Sequence2", [&] {
         run.Bar().SetStep("Lancio Sequenza di Importazione");
         run.SelectCompany();
-        if (settings.from.isValid()) {
-            modMain::SetAppConfig(session, "IMPORT", "DOC_DateStart", settings.from.toString("dd/MM/yyyy"));
-        }
         const auto steps = window.LanciaSequenza ? window.LanciaSequenza() : std::nullopt;
         if (!steps) {
+            throw SequenceRun::Declined();
+        }
+        if (steps->DeleteBefore && window.AgreesToEmpty && !window.AgreesToEmpty(EmptyingQuestion(session, settings))) {
             throw SequenceRun::Declined();
         }
         run.Plan(TitlesOf(*steps));

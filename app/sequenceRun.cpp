@@ -54,6 +54,9 @@ SequenceRun::SequenceRun(Session& session, const SequenceSettings& settings, con
 
 SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<void()>& body) {
     const Operator::Busy busy(m_session.Person);
+    // Not through the settings file, where a sequence that is killed would leave it.
+    m_session.DocumentsFrom = m_settings.from;
+    const auto back = qScopeGuard([this] { m_session.DocumentsFrom = {}; });
     try {
         m_progress = m_session.Person.ShowProgress();
         body();
@@ -87,22 +90,37 @@ SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<
     return m_result;
 }
 
+/// It ended well when nothing is left to be looked at: only then is that said.
 void SequenceRun::Conclude() {
-    QStringList failed;
-    for (const SequenceEntry& entry : std::as_const(m_result.entries)) {
-        if (entry.outcome == Outcome::Failed || entry.outcome == Outcome::Unavailable) {
-            failed.append(entry.step + ": " + entry.message);
-        }
-    }
     const bool allDone = std::all_of(m_result.entries.cbegin(), m_result.entries.cend(),
                                      [](const SequenceEntry& entry) { return entry.outcome == Outcome::Done; });
     m_result.outcome = allDone ? RunResult::Outcome::Done : RunResult::Outcome::Failed;
-    if (failed.isEmpty()) {
+    const QStringList shortcomings = Shortcomings();
+    if (shortcomings.isEmpty()) {
         m_session.Person.Message("Importazione terminata correttamente!");
     } else {
-        m_session.Person.Message("Importazione terminata, ma non tutto è riuscito:\n" + failed.join(u'\n'),
+        m_session.Person.Message("Importazione terminata, ma non tutto è riuscito:\n" + shortcomings.join(u'\n'),
                                  Icon::Exclamation);
     }
+}
+
+/// What is to be told of the steps that did not go smoothly: a text that several share once, the sources first.
+QStringList SequenceRun::Shortcomings() const {
+    QStringList unreachable;
+    QStringList others;
+    for (const SequenceEntry& entry : m_result.entries) {
+        if (entry.outcome == Outcome::NotConnected) {
+            const auto tells = [&entry](const QString& text) { return text.startsWith(entry.message); };
+            if (std::none_of(unreachable.cbegin(), unreachable.cend(), tells)) {
+                unreachable.append(entry.message);
+            }
+        } else if (entry.outcome != Outcome::Done) {
+            others.append(entry.step + ": " + entry.message);
+        } else if (const qint64 rows = entry.GivenUp(); rows > 0) {
+            others.append(QStringLiteral("%1: righe abbandonate %2").arg(entry.step).arg(rows));
+        }
+    }
+    return unreachable + others;
 }
 
 void SequenceRun::TellStopped() {
@@ -190,7 +208,6 @@ void SequenceRun::SkipNotConnected(const QString& text) {
     }
     Log(text);
     End(Outcome::NotConnected, reason.isEmpty() ? text : QString(text + ' ' + reason));
-    m_session.Person.Message(text, Icon::Exclamation);
 }
 
 const contract::Origin& SequenceRun::OriginOf(const QString& name) const {
@@ -217,6 +234,7 @@ bool SequenceRun::Connect(const QString& origin) {
         return false;
     }
     WriteKeys(section);
+    const Operator::Quiet quiet(m_session.Person);
     return ConnectSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
 }
 
@@ -253,7 +271,6 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
                                  .arg(OriginOf(origin).module, procedure);
         Log(text);
         End(Outcome::Unavailable, text);
-        m_session.Person.Message(text, Icon::Exclamation);
         return;
     }
     RunProcedure(*found);
@@ -261,6 +278,7 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
     QString message;
     if (outcome == Outcome::Failed) {
         message = Current().results.last().errors.join(u'\n');
+        LogStatement();
     } else if (outcome == Outcome::Cancelled) {
         message = ReachedText(Current().results);
     } else if (LackedArticles(Current().results) &&
@@ -271,13 +289,26 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
     End(outcome, message);
 }
 
+/// The statement that has failed, which no box shows to whoever is not there.
+void SequenceRun::LogStatement() {
+    const auto& errors = m_session.Errors.Entries();
+    if (errors.size() > m_errorsBefore && !errors.last().statement.isEmpty()) {
+        Log("Istruzione: " + errors.last().statement);
+    }
+}
+
 /// What the procedure logs stands in the log of the sequence too: its own log holds the last procedure alone.
 void SequenceRun::RunProcedure(const contract::Procedure& procedure) {
     const qsizetype first = m_session.Results.size();
     m_session.LogCopy = m_settings.logFile;
     const auto back = qScopeGuard([this] { m_session.LogCopy.clear(); });
+    const Operator::Quiet quiet(m_session.Person);
     procedure.run(m_session, {}, false);
     Current().results += m_session.Results.mid(first);
+    Current().told = quiet.Kept();
+    for (const QString& text : quiet.Kept()) {
+        Log(text);
+    }
 }
 
 void SequenceRun::ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure) {

@@ -32,7 +32,7 @@ public:
     void Begin(const QString& step);
     /// Ends the step under way.
     void End(SequenceEntry::Outcome outcome, const QString& message = {});
-    /// Skips the step because of its source, and tells the operator so.
+    /// Skips the step because of its source; the text is told at the end.
     void SkipNotConnected(const QString& text);
 
     /// Writes the values of a source of the settings into section IMPORT, its keys with `prefix` in front.
@@ -50,7 +50,9 @@ public:
 
 private:
     void Conclude();
+    QStringList Shortcomings() const;
     void LogOutcome();
+    void LogStatement();
     void RunProcedure(const contract::Procedure& procedure);
     void TellStopped();
     float WeightOf(const SequenceEntry& entry) const { return static_cast<float>(m_weights.value(entry.step, 1)); }

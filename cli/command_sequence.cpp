@@ -61,6 +61,7 @@ QJsonArray EntriesJson(const SequenceResult& result) {
         entries.append(QJsonObject{{"step", entry.step},
                                    {"outcome", OutcomeName(entry.outcome)},
                                    {"message", entry.message},
+                                   {"told", QJsonArray::fromStringList(entry.told)},
                                    {"procedures", procedures}});
     }
     return entries;
@@ -74,11 +75,13 @@ Report Sequence(Context& context) {
     const SequenceSettings settings = ReadSequenceSettings(context.session);
     const int script = ScriptFrom(context.options, settings);
     SequenceWindow window;
+    QString what = QStringLiteral("La sequenza %1 importa nell'azienda '%2'").arg(script).arg(settings.company);
     if (script == 2) {
-        window.LanciaSequenza = [steps = StepsFrom(context.options)] { return std::optional(steps); };
+        const SequenceSteps steps = StepsFrom(context.options);
+        window.LanciaSequenza = [steps] { return std::optional(steps); };
+        what += steps.DeleteBefore ? " e prima ne svuota le tabelle, con quelle comuni GEN_..." : "";
     }
-    RequireYes(context.options,
-               QStringLiteral("La sequenza %1 importa nell'azienda '%2'").arg(script).arg(settings.company));
+    RequireYes(context.options, what);
     context.session.Errors.Action = ErrorsFrom(context.options);
     const SequenceResult result =
         script == 1 ? ::Sequence(context.session, settings, window) : Sequence2(context.session, settings, window);
@@ -86,6 +89,7 @@ Report Sequence(Context& context) {
     report.json["script"] = script;
     report.json["company"] = settings.company;
     report.json["outcome"] = cli::OutcomeName(result.outcome);
+    report.json["givenUp"] = result.GivenUp();
     report.json["steps"] = EntriesJson(result);
     report.json["log"] = result.logFile;
     return report;

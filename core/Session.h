@@ -45,6 +45,9 @@ public:
     /// the same words has been reported since the collector was cleared: one that every setting meets is told once.
     void MonitorOnce(const QString& module, const QString& procedure);
 
+    /// From which day on documents are imported, in place of the setting DOC_DateStart; invalid: the setting counts.
+    QDate DocumentsFrom;
+
     /// The source connection. Raises `ImportError` when no source is open.
     ovConnection& SourceConnection();
 

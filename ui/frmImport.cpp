@@ -201,7 +201,9 @@ void frmImport::cmdSequence_Click() {
         cmbOrigine->setCurrentIndex(cmbOrigine->findText(name, Qt::MatchFixedString));
     };
     window.LanciaSequenza = [this] { return frmSequence(this).LanciaSequenza(); };
-    window.AgreesToEmpty = [this](const QString& question) { return m_person.Ask(question, Question::ExclamationNo); };
+    window.AgreesToEmpty = [this](const QString& question) {
+        return m_person.Ask(question, Question::ExclamationNo) == Answer::Yes;
+    };
     if (const auto result = PressSequence(m_session, Chosen(), window)) {
         ShowAccount(SequenceLines(*result, MostListed));
     }

@@ -21,6 +21,22 @@ QString TextOf(const Recordset& rows, const QString& column) {
     return mod_ovTools::ToText(rows.Value(column)).trimmed();
 }
 
+/// The day from which on documents are imported.
+QDate StartDateOf(Session& session) {
+    if (session.DocumentsFrom.isValid()) {
+        return session.DocumentsFrom;
+    }
+    const QString section = QStringLiteral("IMPORT");
+    const QString key = QStringLiteral("DOC_DateStart");
+    const QString text = modMain::GetAppConfig(session, section, key, "01/01/2017");
+    const auto from = mod_ovTools::ReadDate(text);
+    if (!from) {
+        throw ImportError(QStringLiteral("impostazione %1 della sezione %2: '%3' non è una data, scriverla gg/mm/aaaa")
+                              .arg(key, section, text));
+    }
+    return from->date();
+}
+
 } // namespace
 
 std::vector<TableNeed> DocumentNeeds(const Family& family) {
@@ -75,15 +91,7 @@ void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& caus
 }
 
 DocumentSettings ReadDocumentSettings(Session& session) {
-    const QString section = QStringLiteral("IMPORT");
-    const QString key = QStringLiteral("DOC_DateStart");
-    const QString text = modMain::GetAppConfig(session, section, key, "01/01/2017");
-    const auto from = mod_ovTools::ReadDate(text);
-    if (!from) {
-        throw ImportError(QStringLiteral("impostazione %1 della sezione %2: '%3' non è una data, scriverla gg/mm/aaaa")
-                              .arg(key, section, text));
-    }
-    return {from->date(), modMain::IsAppConfigOn(session, section, "DOC_CheckArticoli", "1")};
+    return {StartDateOf(session), modMain::IsAppConfigOn(session, "IMPORT", "DOC_CheckArticoli", "1")};
 }
 
 QDate AskStartDate(ImportRun& run) {

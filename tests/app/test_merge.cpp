@@ -425,17 +425,21 @@ private slots:
 
     /// Nothing is written when the operator gives up, wherever he does.
     void buttonGivenUp_data() {
-        Columns<std::optional<QString>, bool, QString>("to", "merged", "answeredNo");
-        Row("at a prompt", std::optional<QString>(), false, "");
-        Row("at the matches", std::optional<QString>("X02"), false, Review);
-        Row("at the earlier merge", std::optional<QString>("X02"), true, "La fusione di X01");
+        Columns<std::optional<QString>, bool, QString, QString>("to", "merged", "givenUp", "answeredNo");
+        const std::optional<QString> to = "X02";
+        Row("at a prompt", std::optional<QString>(), false, QString(), QString());
+        Row("at the references", to, false, QString("Aggiornare i Riferimenti alle tabelle esistenti?"), QString());
+        Row("at the matches", to, false, QString(), Review);
+        Row("at the earlier merge", to, true, QString(), QString("La fusione di X01"));
     }
     void buttonGivenUp() {
         QFETCH(std::optional<QString>, to);
         QFETCH(bool, merged);
+        QFETCH(QString, givenUp);
         QFETCH(QString, answeredNo);
         Pair pair;
         FillAll(pair);
+        pair.target.Person.GiveUpAt = {givenUp};
         QVERIFY(!merged || pair.Merge(true));
         const QStringList before = Contents(pair.target);
         pair.target.Person.Inputs = {QString("X01"), to};

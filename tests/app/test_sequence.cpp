@@ -1,3 +1,4 @@
+#include "adapters/contract/Document.h"
 #include "app/sequence.h"
 #include "core/modImport.h"
 #include "tests/support/errorOf.h"
@@ -73,6 +74,7 @@ public:
     TestTarget Target;
     QStringList Calls;                                       ///< "procedure database"
     QHash<QString, RunResult::Outcome> Ends;                 ///< by procedure; `Done` for the others
+    QHash<QString, qint64> GivenUp;                          ///< rows, by procedure
     QSet<QString> Unreachable;                               ///< names of databases
     std::function<void(const QString&)> Work = [](auto&) {}; ///< what a procedure does, by name
 
@@ -111,7 +113,9 @@ private:
         result.outcome = Ends.value(procedure, RunResult::Outcome::Done);
         result.sourceRows = 10;
         result.inserted = result.outcome == RunResult::Outcome::Done ? 10 : 4;
-        result.notReached = result.sourceRows - result.inserted;
+        result.givenUpCount = GivenUp.value(procedure);
+        result.inserted -= result.givenUpCount;
+        result.notReached = result.sourceRows - result.inserted - result.givenUpCount;
         result.errors = result.outcome == RunResult::Outcome::Failed ? QStringList("tabella rotta") : QStringList();
         session.Results.append(result);
     }
@@ -192,10 +196,38 @@ private slots:
         const SequenceResult result = fake.Run();
         QTEST(fake.Target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), "left");
         QTEST(static_cast<int>(fake.Target.Person.Questions.size()), "questions");
-        QCOMPARE(fake.Target.Person.Questions[0].style, Question::Exclamation);
+        for (const ScriptedOperator::Asked& asked : std::as_const(fake.Target.Person.Questions)) {
+            QCOMPARE(asked.style, Question::ExclamationNo);
+        }
+        QVERIFY(!company || result.entries[0].message == "tabelle svuotate: 60, righe eliminate: 1");
+        QCOMPARE(fake.Log().contains("Tabella X01_CON_TRO: svuotata, righe 1"), company);
         QCOMPARE(fake.Calls.contains("SvuotaTabelleCam -"), company && cam);
         QCOMPARE(result.entries.size(), 5 + (company ? 1 : 0) + (company && cam ? 1 : 0));
         QCOMPARE(result.entries.first().outcome, Outcome::Done);
+    }
+
+    /// Giving a question up is no No: nothing goes on behind it.
+    void questionsGivenUp_data() {
+        Columns<QString, QString, QStringList>("question", "left", "told");
+        Row("before anything is emptied", Empty, QString("1"), QStringList{});
+        Row("behind the emptying of the company", EmptyCam, QString("0"),
+            QStringList{"Sequenza interrotta: passi eseguiti 1 su 6; quanto è stato scritto rimane."});
+    }
+    void questionsGivenUp() {
+        QFETCH(QString, question);
+        QFETCH(QStringList, told);
+        FakeInstallation fake;
+        fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
+        fake.Target.Person.AnswerTo[Empty] = true;
+        fake.Target.Person.GiveUpAt = {question};
+        QCOMPARE(fake.Run().outcome, RunResult::Outcome::Cancelled);
+        QVERIFY(fake.Calls.isEmpty());
+        QTEST(fake.Target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), "left");
+        QStringList messages;
+        for (const ScriptedOperator::Shown& shown : std::as_const(fake.Target.Person.Messages)) {
+            messages.append(shown.text);
+        }
+        QCOMPARE(messages, told);
     }
 
     void goesOnWithoutASource() {
@@ -205,8 +237,10 @@ private slots:
         QCOMPARE(OutcomesOf(result),
                  QVector<Outcome>({Outcome::NotConnected, Outcome::Done, Outcome::Done, Outcome::Done, Outcome::Done}));
         QCOMPARE(result.outcome, RunResult::Outcome::Failed);
-        QVERIFY(fake.Target.Person.Events.contains("reported server spento"));
-        QVERIFY(fake.Target.Person.Events.contains("[!] Impossibile connettersi ad Arca Evolution!"));
+        const QString attention = "[!] Importazione terminata, ma non tutto è riuscito:\n";
+        QCOMPARE(
+            fake.Target.Person.Events.mid(fake.Target.Person.Events.indexOf("progress closed")),
+            QStringList({"progress closed", attention + "Impossibile connettersi ad Arca Evolution! server spento"}));
         QCOMPARE(result.entries[0].message, QString("Impossibile connettersi ad Arca Evolution! server spento"));
         QCOMPARE(fake.Log().mid(0, 3), QStringList({"Inizio Import Controparti Arca", "server spento",
                                                     "Impossibile connettersi ad Arca Evolution!"}));
@@ -217,8 +251,8 @@ private slots:
         fake.Calls.clear();
         fake.Run();
         QCOMPARE(fake.Calls, QStringList("ImportContropartiArcaEvolution arca.db"));
-        QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Lantek 24!"), 1);
-        QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Lantek 24 / AUTOMA!"), 1);
+        QCOMPARE(fake.Target.Person.Events.last(), attention + "Impossibile connettersi a Lantek 24! server spento\n"
+                                                               "Impossibile connettersi a Lantek 24 / AUTOMA!");
     }
 
     void goesOnAfterAFailure() {
@@ -243,7 +277,53 @@ private slots:
         QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::Unavailable, Outcome::Done}));
         QCOMPARE(result.entries[0].message,
                  QString("modImport_Mexal: la procedura \"ImportSaldiMEX\" non è disponibile in questa versione!"));
-        QVERIFY(fake.Target.Person.Events.contains("[!] " + result.entries[0].message));
+        QVERIFY(
+            fake.Target.Person.Messages.last().text.endsWith("Saldi di Magazzino Mexal: " + result.entries[0].message));
+    }
+
+    /// Nobody sits there: what a procedure tells is kept for the log and the result, and one box stands at the end.
+    void waitsForNobody() {
+        FakeInstallation fake;
+        fake.Work = [&](const QString& procedure) {
+            fake.Target.Person.Message(procedure + ": fatto!");
+            fake.Target.Person.ReportError({});
+        };
+        fake.GivenUp = {{"ImportDocumentiLantek24", 3}};
+        const SequenceResult result = fake.Run();
+        QCOMPARE(result.outcome, RunResult::Outcome::Done);
+        QCOMPARE(result.GivenUp(), 3);
+        QCOMPARE(result.entries[0].told, QStringList("ImportContropartiArcaEvolution: fatto!"));
+        QVERIFY(SequenceLines(result).contains("  ImportSaldiFerrobrio: fatto!"));
+        QVERIFY(fake.Log().contains("ImportContropartiArcaEvolution: fatto!"));
+        QVERIFY(fake.Target.Person.Reported.isEmpty());
+        QCOMPARE(fake.Target.Person.Messages.size(), 1);
+        QCOMPARE(fake.Target.Person.Messages[0].icon, Icon::Exclamation);
+        QCOMPARE(fake.Target.Person.Messages[0].text,
+                 QString("Importazione terminata, ma non tutto è riuscito:\nDocumenti da Lantek 24 e Distinte Base / "
+                         "Ord. Prod.: righe abbandonate 3"));
+    }
+
+    /// The date of the sequence counts in both scripts, for its own time, and is nowhere written down.
+    void dateOfTheSequence_data() {
+        Columns<int>("script");
+        Row("first", 1);
+        Row("second", 2);
+    }
+    void dateOfTheSequence() {
+        QFETCH(int, script);
+        FakeInstallation fake;
+        fake.Target.Get().Config.SetAppConfig("IMPORT", "DOC_DateStart", "05/05/2018");
+        const auto from = [&] { return contract::ReadDocumentSettings(fake.Target.Get()).from; };
+        QVector<QDate> within;
+        fake.Work = [&](const QString&) {
+            within.append(from());
+            QCOMPARE(fake.Setting("DOC_DateStart"), QString("05/05/2018"));
+        };
+        SequenceSteps steps;
+        steps.SaldiMEX = true;
+        script == 1 ? fake.Run() : fake.Run2(steps);
+        QCOMPARE(within, QVector<QDate>(script == 1 ? 5 : 1, QDate(2020, 2, 1)));
+        QCOMPARE(from(), QDate(2018, 5, 5));
     }
 
     void stopsWhenCancelled() {
@@ -291,7 +371,6 @@ private slots:
         }
         labels.append("[Fine Importazione]");
         QCOMPARE(fake.Log().filter(QRegularExpression("^\\[")), labels);
-        QCOMPARE(fake.Setting("DOC_DateStart"), QString("01/02/2020"));
         QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
                  QString("Importazione in corso Lancio Sequenza di Importazione..."));
     }
@@ -304,8 +383,9 @@ private slots:
         steps.SaldiMEX = true;
         const SequenceResult result = fake.Run2(steps);
         QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::NotConnected, Outcome::Done}));
-        QCOMPARE(fake.Target.Person.Events.count("[!] Impossibile connettersi a Visual Sapce!"), 1);
-        QCOMPARE(fake.Target.Person.Events.count("reported server spento"), 1); // not by the counting
+        QCOMPARE(fake.Target.Person.Messages.size(), 1);
+        QVERIFY(fake.Target.Person.Messages[0].text.contains("Impossibile connettersi a Visual Sapce! server spento"));
+        QVERIFY(fake.Target.Person.Reported.isEmpty());
     }
 
     void emptiesAndSwitchesTriggersOnAgain_data() {
@@ -411,6 +491,37 @@ private slots:
                               "SEMI|SL|SEMI|1|NULL", "TOP|PF|TOP|2|3"}));
         QCOMPARE(target.Rows("SELECT DBART, DBMAN FROM X01_DIS_BAS ORDER BY RECORD_ID"),
                  QStringList({"TOP|true", "TOP|true", "SEMI|false"}));
+    }
+
+    /// Before the tables are emptied it is told which company's, and how much goes.
+    void asksBeforeEmptying_data() {
+        Columns<bool>("agrees");
+        Row("agreed", true);
+        Row("declined", false);
+    }
+    void asksBeforeEmptying() {
+        QFETCH(bool, agrees);
+        FakeInstallation fake;
+        fake.Target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('A'), ('B')");
+        fake.Target.Execute("INSERT INTO GEN_DIS_FAS DEFAULT VALUES");
+        QString asked;
+        SequenceWindow window;
+        window.LanciaSequenza = [] {
+            SequenceSteps steps;
+            steps.DeleteBefore = true;
+            return std::optional(steps);
+        };
+        window.AgreesToEmpty = [&](const QString& question) {
+            asked = question;
+            return agrees;
+        };
+        const SequenceResult result = Sequence2(fake.Target.Get(), fake.Settings(), window);
+        QVERIFY2(asked.contains("26 tabelle dell'azienda X01 Prova Uno S.r.l. e 4 comuni") &&
+                     asked.contains("in tutto 3 righe"),
+                 qPrintable(asked));
+        QCOMPARE(result.outcome, agrees ? RunResult::Outcome::Done : RunResult::Outcome::Cancelled);
+        QCOMPARE(fake.Target.Value("SELECT COUNT(*) FROM X01_ART_ICO"), QString(agrees ? "0" : "2"));
+        QVERIFY(!agrees || result.entries[0].message == "tabelle svuotate: 30, righe eliminate: 3");
     }
 
     void declines() {

@@ -100,9 +100,12 @@ private slots:
                                   "DOC_ACQ", "DOC_ACR", "ORD_PRO", "ORD_FAS", "UBI_MAG", "ART_ICO"};
         QVector<qint64> before;
         for (const bool again : {false, true}) {
+            installation.Target.Person.Messages.clear();
             const SequenceResult result = installation.Run();
             QCOMPARE(result.outcome, RunResult::Outcome::Done);
             QVector<qint64> givenUp;
+            QCOMPARE(installation.Target.Person.Messages.size(), 1); // rows given up are told
+            QCOMPARE(installation.Target.Person.Messages.last().icon, Icon::Exclamation);
             for (const SequenceEntry& entry : result.entries) {
                 QCOMPARE(entry.message, QString());
                 QVERIFY2(entry.results.size() == 1 && entry.results[0].AddsUp(), qPrintable(entry.step));
@@ -135,6 +138,39 @@ private slots:
                               "Saldi di Magazzino da Lantek 24", "Saldi di Magazzino da Ferrobrio"}));
         QCOMPARE(SequenceLines(result).first(), QString("Passi 6: completati 6"));
         QVERIFY(installation.Target.Log("mig.log").contains(hint.toLatin1()));
+    }
+
+    /// What the operator has filled in between two presses counts in the second, and what is still open is told again.
+    void secondPressReadsTheTranslationsAnew() {
+        Installation installation({{"mexal", "Mexal", "", nullptr}});
+        TestTarget& target = installation.Target;
+        QFile settings(target.Folder.filePath("Sequence.ini"));
+        QVERIFY(settings.open(QIODevice::ReadWrite));
+        const QByteArray text = settings.readAll().replace("[SEQUENCE]\n", "[SEQUENCE]\nScript=2\n");
+        settings.close();
+        WriteFile(settings.fileName(), text);
+        target.Execute("DELETE FROM SYS_IMP WHERE TBFLD = '_PCPAG'");
+        target.Person.Otherwise = true;
+        SequenceWindow window;
+        window.LanciaSequenza = [] {
+            SequenceSteps steps;
+            steps.DeleteBefore = true;
+            steps.ContropartiMEX = true;
+            return std::optional(steps);
+        };
+        const auto press = [&] {
+            target.Person.Inputs = {QString("Tr1v0la8")};
+            const auto result = PressSequence(
+                target.Get(), {"Prova Uno S.r.l.", {}, registry::Find("Mexal"), ErrorAction::Ignore}, window);
+            return result && result->entries.size() == 2 ? result->entries[1].results.value(0) : RunResult();
+        };
+        const auto open = press().untranslated.filter("_PCPAG");
+        QVERIFY(open.size() > 1);
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_CON_TRO WHERE COMOP IS NOT NULL"), QString("0"));
+        const QString code = open.first().section(" = ", 1);
+        target.Execute("UPDATE SYS_IMP SET TBNEW = 'PAG' WHERE TBFLD = '_PCPAG' AND TBOLD = '" + code + "'");
+        QCOMPARE(press().untranslated.filter("_PCPAG"), open.mid(1));
+        QVERIFY(target.Value("SELECT COUNT(*) FROM X01_CON_TRO WHERE COMOP = 'PAG'").toInt() > 0);
     }
 
     void importsAndPutsRight() {
