@@ -30,7 +30,8 @@ const QHash<QString, Needed>& OfProcedures() {
         {"FusioneControparti",
          {{"Codice Azienda di Partenza:", AnswerKind::Text},
           {"Codice Azienda di Destinazione:", AnswerKind::Text},
-          {"Aggiornare i Riferimenti alle tabelle esistenti?"}}},
+          {"Aggiornare i Riferimenti alle tabelle esistenti?"},
+          {"Fondere le controparti così abbinate?"}}},
     };
     return needed;
 }
