@@ -144,8 +144,7 @@ private slots:
         const RunResult& result = cams.Target.Get().Results.last();
         QCOMPARE(result.notes.kinds.size(), before.isEmpty() ? 3 : 0); // what went, by table
         QCOMPARE(cams.Target.Log().contains("Tabella PPRR_PPRR_00000100: svuotata, righe 1"), before.isEmpty());
-        QCOMPARE(result.outcome,
-                 before.isEmpty() ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
+        QCOMPARE(result.outcome, before.isEmpty() ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
     }
 
     void missingDatabaseIsTold() {
