@@ -10,7 +10,7 @@ const QString Title = QStringLiteral("Fusione Controparti");
 const QString MergeOrigin = QStringLiteral("Kordel NetSuite");
 
 /// A merge as one account: a counterparty of the source is a source row; one that the destination has is left out.
-RunResult AccountOf(const Session& session, const MergeResult& merge, qsizetype firstError, double seconds) {
+RunResult AccountOf(const Session& session, const MergeResult& merge, qint64 errorsBefore, double seconds) {
     RunResult account;
     account.module = QStringLiteral("modMain");
     account.procedure = QStringLiteral("FusioneControparti");
@@ -23,7 +23,7 @@ RunResult AccountOf(const Session& session, const MergeResult& merge, qsizetype 
     for (auto table = merge.copied.begin(); table != merge.copied.end(); ++table) {
         account.tables[table.key()].inserted = table.value();
     }
-    for (const ErrorEntry& entry : session.Errors.Entries().mid(firstError)) {
+    for (const ErrorEntry& entry : session.Errors.Since(errorsBefore)) {
         account.errors.append(entry.message);
     }
     account.notes = merge.notes;
@@ -109,11 +109,11 @@ MergeResult MergeAsked(Session& session) {
 }
 
 void AskAndMerge(Session& session, const QString& /*singleCode*/, bool /*reset*/) {
-    const qsizetype firstError = session.Errors.Entries().size();
+    const qint64 errorsBefore = session.Errors.Count();
     const QDateTime start = QDateTime::currentDateTime();
     const MergeResult merge = MergeAsked(session);
     const double seconds = static_cast<double>(start.msecsTo(QDateTime::currentDateTime())) / 1000;
-    RunResult account = AccountOf(session, merge, firstError, seconds);
+    RunResult account = AccountOf(session, merge, errorsBefore, seconds);
     if (merge.merged > 0) {
         account.details = MatchCounts(merge);
         account.details.append(QStringLiteral("Riferimenti aggiornati: %1").arg(merge.referencesUpdated));

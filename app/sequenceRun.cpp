@@ -167,7 +167,7 @@ void SequenceRun::Begin(const QString& step) {
         throw Stopped();
     }
     ++m_current;
-    m_errorsBefore = m_session.Errors.Entries().size();
+    m_errorsBefore = m_session.Errors.Count();
     float all = 0;
     for (const SequenceEntry& entry : std::as_const(m_result.entries)) {
         all += WeightOf(entry);
@@ -201,8 +201,8 @@ void SequenceRun::LogOutcome() {
 }
 
 void SequenceRun::SkipNotConnected(const QString& text) {
-    const auto& errors = m_session.Errors.Entries();
-    const QString reason = errors.size() > m_errorsBefore ? errors.last().message : QString();
+    const auto errors = m_session.Errors.Since(m_errorsBefore);
+    const QString reason = errors.isEmpty() ? QString() : errors.last().message;
     if (!reason.isEmpty()) {
         Log(reason);
     }

@@ -67,5 +67,5 @@ private:
     QMap<QString, qint64> m_weights;
     qsizetype m_current = -1; ///< the step under way or ended last
     bool m_logStarted = false;
-    qsizetype m_errorsBefore = 0; ///< reported before the step under way
+    qint64 m_errorsBefore = 0; ///< reported before the step under way
 };

@@ -123,15 +123,24 @@ QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter
 }
 
 ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
+    ReportError(error);
     if (!m_streams.ask) {
         return ErrorAnswer::Abort;
     }
     ShowError(error);
-    const QString typed = AskOneOf("Cosa fare?", {"riprova", "ignora", "termina"});
-    if (typed == u"riprova") {
-        return ErrorAnswer::Retry;
+    static const QVector<std::pair<QString, ErrorAnswer>> choices{{"riprova", ErrorAnswer::Retry},
+                                                                  {"termina", ErrorAnswer::Abort},
+                                                                  {"ignora", ErrorAnswer::Ignore},
+                                                                  {"sempre ignora", ErrorAnswer::IgnoreAll}};
+    constexpr qsizetype outsideARow = 2;
+    QStringList names;
+    for (const auto& choice : choices.first(error.rowKey.isEmpty() ? outsideARow : choices.size())) {
+        names.append(choice.first);
     }
-    return typed == u"ignora" ? ErrorAnswer::Ignore : ErrorAnswer::Abort;
+    const QString typed = AskOneOf("Cosa fare?", names);
+    const auto chosen =
+        std::find_if(choices.begin(), choices.end(), [&](const auto& choice) { return choice.first == typed; });
+    return chosen == choices.end() ? ErrorAnswer::Abort : chosen->second;
 }
 
 void TerminalOperator::ShowError(const ErrorEntry& error) {

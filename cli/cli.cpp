@@ -138,6 +138,9 @@ QJsonArray Told(const ovErrors& errors, const TerminalOperator& person) {
     for (const ErrorEntry& entry : errors.Entries()) {
         told.append(entry.message);
     }
+    if (const qint64 more = errors.Count() - errors.Entries().size(); more > 0) {
+        told.append(QStringLiteral("... e altri %1 errori").arg(more));
+    }
     return told;
 }
 

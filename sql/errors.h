@@ -30,6 +30,9 @@ public:
     /// Key of the source row under way when it happened; empty outside a row.
     const QString& RowKey() const { return m_rowKey; }
     void SetRowKey(const QString& key) { m_rowKey = key; }
+    /// Whether the operator has seen it and chosen to end: it is not shown to him again.
+    bool WasShown() const { return m_wasShown; }
+    void SetShown() { m_wasShown = true; }
     const char* what() const noexcept override {
         if (m_utf8.isEmpty()) {
             m_utf8 = m_message.toUtf8();
@@ -40,6 +43,7 @@ public:
 private:
     QString m_message;
     QString m_rowKey;
+    bool m_wasShown = false;
     mutable QByteArray m_utf8;
 };
 

@@ -1,10 +1,29 @@
 #include "sql/ovErrors.h"
 
+#include "sql/text/refusal.h"
+
 namespace {
 constexpr int Tries = 4; ///< the first one and three more
 } // namespace
 
-void ovErrors::ClearError() { m_entries.clear(); }
+void ovErrors::ClearError() {
+    m_entries.clear();
+    m_count = 0;
+}
+
+QVector<ErrorEntry> ovErrors::Since(qint64 count) const {
+    const qint64 fresh = m_count - count;
+    return fresh <= 0 ? QVector<ErrorEntry>() : m_entries.mid(std::min<qint64>(count, m_entries.size() - 1));
+}
+
+void ovErrors::Keep(const ErrorEntry& entry) {
+    ++m_count;
+    if (m_entries.size() < MostKept) {
+        m_entries.append(entry);
+    } else {
+        m_entries.last() = entry;
+    }
+}
 
 ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
     ErrorEntry entry;
@@ -15,7 +34,9 @@ ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
     if (ours != nullptr && !ours->RowKey().isEmpty()) {
         entry.rowKey = ours->RowKey();
     }
+    entry.mayPass = dynamic_cast<const ImportError*>(&error) == nullptr;
     if (const auto* sql = dynamic_cast<const SqlError*>(&error)) {
+        entry.mayPass = !refusal::IsOfValues(*sql);
         entry.statement = sql->Statement();
         entry.engineMessage = sql->EngineMessage();
         if (!sql->EngineCode().isEmpty()) {
@@ -27,8 +48,12 @@ ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
 
 void ovErrors::Monitoring(const QString& module, const QString& procedure) {
     ErrorEntry entry;
+    bool wasShown = false;
     try {
         throw;
+    } catch (const Error& error) {
+        entry = MakeEntry(error);
+        wasShown = error.WasShown();
     } catch (const std::exception& error) {
         entry = MakeEntry(error);
     } catch (...) {
@@ -36,31 +61,45 @@ void ovErrors::Monitoring(const QString& module, const QString& procedure) {
     }
     entry.module = module;
     entry.procedure = procedure;
-    m_entries.append(entry);
-    if (ReportToOperator) {
+    Keep(entry);
+    if (ReportToOperator && !wasShown) {
         ReportToOperator(entry);
     }
 }
 
+ErrorAnswer ovErrors::AnswerTo(const ErrorEntry& entry, bool mayTryAgain) const {
+    switch (Action) {
+    case ErrorAction::Retry:
+        return mayTryAgain ? ErrorAnswer::Retry : ErrorAnswer::Abort;
+    case ErrorAction::Ignore:
+        return ErrorAnswer::Ignore;
+    case ErrorAction::Ask:
+        return AskOperator ? AskOperator(entry) : ErrorAnswer::Abort;
+    case ErrorAction::Abort:
+        break;
+    }
+    return ErrorAnswer::Abort;
+}
+
 void ovErrors::Decide(Error& error, int attempt, bool mayBeDone) {
     const ErrorEntry entry = MakeEntry(error);
-    bool ignore = Action == ErrorAction::Ignore;
-    if (Action == ErrorAction::Retry && attempt < Tries && !mayBeDone) {
+    const bool asks = Action == ErrorAction::Ask && AskOperator;
+    const ErrorAnswer answer = AnswerTo(entry, attempt < Tries && !mayBeDone);
+    if (answer == ErrorAnswer::Retry) {
         return;
     }
-    if (Action == ErrorAction::Ask && AskOperator) {
-        const ErrorAnswer answer = AskOperator(entry);
-        if (answer == ErrorAnswer::Retry) {
-            return;
-        }
-        ignore = answer == ErrorAnswer::Ignore;
+    if (answer == ErrorAnswer::IgnoreAll) {
+        Action = ErrorAction::Ignore;
     }
-    if (ignore && m_inRow) {
-        m_entries.append(entry);
+    if (answer != ErrorAnswer::Abort && m_inRow) {
+        Keep(entry);
         throw RowGivenUp(entry.message);
     }
     if (m_inRow) {
         error.SetRowKey(m_rowKey);
+    }
+    if (asks) {
+        error.SetShown();
     }
     throw;
 }

@@ -16,7 +16,12 @@ enum class ErrorAction : int {
 };
 
 /// The operator's choice when `Action` is `Ask`.
-enum class ErrorAnswer { Retry, Ignore, Abort };
+enum class ErrorAnswer {
+    Retry,
+    Ignore,
+    IgnoreAll, ///< this row and every later one whose work fails, without asking again
+    Abort,
+};
 
 /// One error as the collector keeps it.
 struct ErrorEntry {
@@ -27,6 +32,7 @@ struct ErrorEntry {
     QString statement;     ///< empty when no statement failed
     QString engineMessage; ///< the engine's own words and code; empty when no statement failed
     QString rowKey;        ///< the source row under way; empty outside a row
+    bool mayPass = true;   ///< whether the same may succeed when it is tried again: not where a value is refused
 };
 
 /// The source row under way has been given up: its error is already in the collector.
@@ -39,7 +45,7 @@ public:
 /// Error collector: keeps the errors of the run, decides what a failing statement leads to and reports errors.
 class ovErrors {
 public:
-    /// Asks the operator what to do about an error. Without it `Ask` behaves like `Abort`.
+    /// Shows the operator an error and asks what to do about it. Without it `Ask` behaves like `Abort`.
     std::function<ErrorAnswer(const ErrorEntry&)> AskOperator;
     /// Shows an error that ended a procedure.
     std::function<void(const ErrorEntry&)> ReportToOperator;
@@ -52,11 +58,17 @@ public:
     void ClearError();
 
     /// Takes in the exception being handled (call it inside a catch block) under the name of the procedure that it
-    /// ended, and shows it to the operator.
+    /// ended, and shows it to the operator, unless he has ended the procedure himself when he was asked about it.
     void Monitoring(const QString& module, const QString& procedure);
 
-    /// Every error taken in since `ClearError`, oldest first.
+    /// Entries that are kept at the most; a row given up for each of many rows must not fill the memory.
+    static constexpr qsizetype MostKept = 1000;
+    /// The errors taken in since `ClearError`, oldest first: the first ones and the last one, `MostKept` in all.
     const QVector<ErrorEntry>& Entries() const { return m_entries; }
+    /// How many were taken in since `ClearError`, with those that are not kept.
+    qint64 Count() const { return m_count; }
+    /// The errors taken in since `Count` was that number, as far as they are kept: the last one always is.
+    QVector<ErrorEntry> Since(qint64 count) const;
 
     /// Decides about the error being handled (call it inside its catch block) after `attempt` tries (from 1). Returns
     /// when the work is to be tried again; otherwise raises `RowGivenUp` (the row under way is given up) or raises the
@@ -85,8 +97,11 @@ public:
 
 private:
     ErrorEntry MakeEntry(const std::exception& error) const;
+    ErrorAnswer AnswerTo(const ErrorEntry& entry, bool mayTryAgain) const;
+    void Keep(const ErrorEntry& entry);
 
     QVector<ErrorEntry> m_entries;
+    qint64 m_count = 0;
     QString m_rowKey;
     bool m_inRow = false;
 };

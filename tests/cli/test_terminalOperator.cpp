@@ -97,23 +97,30 @@ private slots:
     }
 
     void choosesOnErrors_data() {
-        Columns<QStringList, ErrorAnswer>("typed", "answer");
-        Row("retry", QStringList{"R"}, ErrorAnswer::Retry);
-        Row("ignore", QStringList{"ignora"}, ErrorAnswer::Ignore);
-        Row("abort", QStringList{"x", "t"}, ErrorAnswer::Abort);
-        Row("gives up", QStringList{}, ErrorAnswer::Abort);
+        Columns<QStringList, QString, ErrorAnswer>("typed", "row", "answer");
+        Row("retry", QStringList{"R"}, "riga 7", ErrorAnswer::Retry);
+        Row("ignore", QStringList{"ignora"}, "riga 7", ErrorAnswer::Ignore);
+        Row("ignore all", QStringList{"s"}, "riga 7", ErrorAnswer::IgnoreAll);
+        Row("abort", QStringList{"x", "t"}, "riga 7", ErrorAnswer::Abort);
+        Row("gives up", QStringList{}, "riga 7", ErrorAnswer::Abort);
+        Row("outside a row nothing is ignored", QStringList{"i", "s", "r"}, "", ErrorAnswer::Retry);
     }
     void choosesOnErrors() {
         QFETCH(QStringList, typed);
+        QFETCH(QString, row);
         FakeTerminal fake;
         fake.Typed = typed;
         ErrorEntry entry;
         entry.message = "tabella piena";
+        entry.rowKey = row;
         TerminalOperator person(fake.Streams(true, false), {});
         QTEST(person.ChooseOnError(entry), "answer");
         QVERIFY(fake.Complaints.join(' ').contains("tabella piena"));
+        // Where nobody can choose, the error is told all the same: it is not told again.
+        fake.Complaints.clear();
         TerminalOperator nobody(fake.Streams(false, false), {});
         QCOMPARE(nobody.ChooseOnError(entry), ErrorAnswer::Abort);
+        QVERIFY(fake.Complaints.join(' ').contains("tabella piena"));
     }
 
     void reportsErrorsInFull() {

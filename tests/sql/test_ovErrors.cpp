@@ -1,4 +1,5 @@
 #include "sql/ovConnection.h"
+#include "sql/text/refusal.h"
 #include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -40,6 +41,7 @@ private slots:
         Row("ask: ignore outside a row", ErrorAction::Ask, false, Answers{ErrorAnswer::Ignore}, 1, Outcome::Raised);
         Row("ask: five times again, then ignore", ErrorAction::Ask, true,
             (Answers(5, ErrorAnswer::Retry) << ErrorAnswer::Ignore), 6, Outcome::RowGivenUp);
+        Row("ask: ignore all", ErrorAction::Ask, true, Answers{ErrorAnswer::IgnoreAll}, 1, Outcome::RowGivenUp);
         Row("ask nobody", ErrorAction::Ask, true, Answers{}, 1, Outcome::Raised);
     }
     void Decisions() {
@@ -131,6 +133,117 @@ private slots:
         QCOMPARE(shown.rowKey, "riga 7");
         QCOMPARE(shown.statement, "SELECT N FROM T");
         QVERIFY2(shown.engineMessage.contains("no such table: T [1]"), qPrintable(shown.engineMessage));
+    }
+
+    /// Asked once, then the rows that fail are given up; outside a row the work fails without a question.
+    void IgnoreAllAsksNoMore() {
+        int asked = 0;
+        m_errors.AskOperator = [&asked](const ErrorEntry&) {
+            ++asked;
+            return ErrorAnswer::IgnoreAll;
+        };
+        const auto fails = [this] { m_connection->Execute("DELETE NOWHERE"); };
+        for (const char* key : {"riga 1", "riga 2", "riga 3"}) {
+            const ovErrors::Row row(m_errors, key);
+            QVERIFY_THROWS_EXCEPTION(RowGivenUp, fails());
+        }
+        QVERIFY_THROWS_EXCEPTION(SqlError, fails());
+        QCOMPARE(asked, 1);
+        QCOMPARE(m_errors.Entries().size(), 3);
+    }
+
+    /// Who has seen an error and chosen to end is not shown it once more; it is kept all the same.
+    void AnEndedProcedureIsNotTold_data() {
+        Columns<ErrorAction, int>("action", "told");
+        Row("chosen by the operator", ErrorAction::Ask, 0);
+        Row("chosen beforehand", ErrorAction::Abort, 1);
+    }
+    void AnEndedProcedureIsNotTold() {
+        QFETCH(ErrorAction, action);
+        int told = 0;
+        m_errors.Action = action;
+        m_errors.AskOperator = [](const ErrorEntry&) { return ErrorAnswer::Abort; };
+        m_errors.ReportToOperator = [&told](const ErrorEntry&) { ++told; };
+        const bool done = Guarded(m_errors, "modX", "ImportX", false, [this] {
+            m_connection->Execute("DELETE NOWHERE");
+            return true;
+        });
+        QVERIFY(!done);
+        QTEST(told, "told");
+        QCOMPARE(m_errors.Entries().size(), 1);
+        QCOMPARE(m_errors.Entries().first().procedure, "ImportX");
+    }
+
+    void RefusedValuesAreNamed_data() {
+        Columns<QString, QString, bool>("statement", "message", "mayPass");
+        const QString two = "INSERT INTO T\r\n(\r\n  A,\r\n  B\r\n) VALUES (\r\n  ";
+        Row("double", two + "'Rossi, (e figli)',\r\n  3\r\n)",
+            "tabella T, colonna A, B: il valore 'Rossi, (e figli)', 3 è già presente: UNIQUE constraint failed: T.A, "
+            "T.B",
+            false);
+        Row("double by an update", "UPDATE T SET A = 'Rossi, (e figli)', B = 3",
+            "tabella T, colonna A, B: il valore è già presente: UNIQUE constraint failed: T.A, T.B", false);
+        Row("missing", two + "'Verdi', NULL)", "tabella T, colonna B: manca il valore: NOT NULL constraint failed: T.B",
+            false);
+        Row("no such table", "DELETE FROM NOWHERE", "no such table: NOWHERE", true);
+    }
+    void RefusedValuesAreNamed() {
+        QFETCH(QString, statement);
+        m_connection->Execute("CREATE TABLE T (A TEXT, B INTEGER NOT NULL, UNIQUE (A, B))");
+        m_connection->Execute("INSERT INTO T VALUES ('Rossi, (e figli)', 3)");
+        m_connection->Execute("INSERT INTO T VALUES ('Verdi', 4)");
+        ErrorEntry shown;
+        m_errors.AskOperator = [&shown](const ErrorEntry& entry) {
+            shown = entry;
+            return ErrorAnswer::Ignore;
+        };
+        const ovErrors::Row row(m_errors, "riga 7");
+        QVERIFY_THROWS_EXCEPTION(RowGivenUp, m_connection->Execute(statement));
+        QTEST(shown.message, "message");
+        QTEST(shown.mayPass, "mayPass");
+    }
+
+    /// Engines that are not at hand, by their own words.
+    void RefusedValuesOfServersAreNamed_data() {
+        Columns<QString, QString, QString, bool>("words", "code", "explained", "ofValues");
+        Row("MariaDB, double", "Duplicate entry 'Rossi-3' for key 'T.A'", "1062",
+            "chiave T.A: il valore 'Rossi-3' è già presente", true);
+        Row("MariaDB, missing", "Column 'B' cannot be null", "1048", "colonna B: manca il valore", true);
+        Row("MariaDB, too long", "Data too long for column 'A' at row 1", "1406", "", true);
+        Row("MariaDB, lock", "Lock wait timeout exceeded; try restarting transaction", "1205", "", false);
+        Row("SQL Server, double",
+            "Cannot insert duplicate key row in object 'dbo.T' with unique index 'K'. The duplicate key value is "
+            "(Rossi).",
+            "23000", "tabella T: il valore 'Rossi' è già presente", true);
+        Row("SQL Server, cut", "String or binary data would be truncated.", "22001", "", true);
+        Row("SQL Server, deadlock", "Transaction was deadlocked", "40001", "", false);
+    }
+    void RefusedValuesOfServersAreNamed() {
+        QFETCH(QString, words);
+        QFETCH(QString, code);
+        const SqlError error("INSERT INTO T (A) VALUES ('x')", words, code);
+        QTEST(refusal::Explain(error), "explained");
+        QTEST(refusal::IsOfValues(error), "ofValues");
+    }
+
+    /// What is kept does not grow with the rows that fail; the last one and the number of all are known.
+    void OfVeryManyErrorsTheFirstAndTheLastAreKept() {
+        constexpr int rows = 2500;
+        m_errors.Action = ErrorAction::Ignore;
+        for (int i = 1; i <= rows; ++i) {
+            const ovErrors::Row row(m_errors, QString::number(i));
+            QVERIFY_THROWS_EXCEPTION(RowGivenUp, m_connection->Execute("DELETE NOWHERE"));
+        }
+        QCOMPARE(m_errors.Count(), rows);
+        QCOMPARE(m_errors.Entries().size(), ovErrors::MostKept);
+        QCOMPARE(m_errors.Entries().first().rowKey, "1");
+        QCOMPARE(m_errors.Entries().last().rowKey, "2500");
+        QVERIFY(m_errors.Since(rows).isEmpty());
+        QCOMPARE(m_errors.Since(rows - 1).size(), 1);
+        QCOMPARE(m_errors.Since(900).size(), ovErrors::MostKept - 900);
+        m_errors.ClearError();
+        QCOMPARE(m_errors.Count(), 0);
+        QVERIFY(m_errors.Since(0).isEmpty());
     }
 
     void RowsWithinRows() {
