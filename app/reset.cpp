@@ -84,6 +84,22 @@ bool EmptyGroup(ovConnection& connection, const ResetGroup& group, Progress& pro
     return true;
 }
 
+/// The rows in the tables of an option; none when it has no tables or one of them cannot be counted.
+std::optional<qint64> CountRows(ovConnection& connection, ResetOption option) {
+    std::optional<qint64> rows;
+    try {
+        for (const ResetGroup& group : ResetGroups()) {
+            for (const QString& table : group.option == option ? group.tables : QStringList()) {
+                const QString name = connection.GetFullTableName(table);
+                rows = rows.value_or(0) + connection.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + name);
+            }
+        }
+    } catch (const SqlError&) {
+        return std::nullopt;
+    }
+    return rows;
+}
+
 void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& result) {
     const Operator::Busy busy(session.Person);
     const std::unique_ptr<Progress> progress = session.Person.ShowProgress();
@@ -140,16 +156,16 @@ const std::vector<ResetGroup>& ResetGroups() {
 
 QString EmptiedLine(const EmptyingResult::Table& table) { return ::EmptiedLine(table.name, table.rows); }
 
-QString ResetDetails(Session& session, const ResetOptions& options) {
-    QStringList tables;
-    for (const ResetGroup& group : ResetGroups()) {
-        tables += options.*group.option ? group.tables : QStringList();
+ResetRows CountResetRows(Session& session) {
+    const Operator::Busy busy(session.Person);
+    const ovErrors::Acting acting(session.Errors, ErrorAction::Abort); // a count is not worth a question
+    ResetRows rows;
+    for (const ResetChoice& choice : ResetChoices()) {
+        if (const auto count = CountRows(session.Quadrix, choice.option)) {
+            rows.emplace_back(choice.option, *count);
+        }
     }
-    std::vector<contract::RowsToDelete> rows;
-    for (const QString& table : std::as_const(tables)) {
-        rows.push_back({session.Quadrix.GetFullTableName(table)});
-    }
-    return confirmation::CompanyLine(session) + u'\n' + confirmation::RowsText(session, rows);
+    return rows;
 }
 
 bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details) {

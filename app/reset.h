@@ -48,6 +48,13 @@ struct ResetGroup {
 /// The groups in the order of deletion; an option may have more than one.
 const std::vector<ResetGroup>& ResetGroups();
 
+/// Options with the rows that they would delete.
+using ResetRows = std::vector<std::pair<ResetOption, qint64>>;
+
+/// The rows of the company under work that each option would delete; an option whose tables cannot be counted, or that
+/// has none of its own, is not among them.
+ResetRows CountResetRows(Session& session);
+
 /// How a reset or a truncation ended.
 struct EmptyingResult {
     /// One table and the rows that went; -1 where the database does not count them.
@@ -63,12 +70,10 @@ struct EmptyingResult {
 /// "Tabella X01_DOC_VEN: svuotata (1.200 righe eliminate)"
 QString EmptiedLine(const EmptyingResult::Table& table);
 
-/// The company under work and, of the tables of the chosen options that hold rows, how many each holds.
-QString ResetDetails(Session& session, const ResetOptions& options);
-
-/// Whether the chosen options may be deleted: at least one must be chosen and the operator must agree.
-/// @param details shown with the question
-bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details);
+/// Whether the chosen options may be deleted: at least one must be chosen and the operator must agree; No is the
+/// default.
+/// @param details what goes, in lines of text, shown with the question
+bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details = {});
 
 /// Deletes every row of the chosen tables of the company under work, with a progress dialog that can be cancelled
 /// between two tables. Each statement commits by itself: what was emptied before a cancel or an error stays empty.

@@ -123,7 +123,6 @@ QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter
 }
 
 ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
-    ReportError(error);
     if (!m_streams.ask) {
         return ErrorAnswer::Abort;
     }

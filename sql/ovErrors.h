@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <functional>
+#include <utility>
 
 /// What a failing statement leads to; the numbers are those of the collector's `Action`.
 enum class ErrorAction : int {
@@ -93,6 +94,21 @@ public:
         ovErrors& m_errors;
         QString m_outerKey;
         bool m_outer;
+    };
+
+    /// Another `Action` for its lifetime.
+    class Acting {
+    public:
+        Acting(ovErrors& errors, ErrorAction action)
+            : m_errors(errors),
+              m_before(std::exchange(errors.Action, action)) {}
+        ~Acting() { m_errors.Action = m_before; }
+        Acting(const Acting&) = delete;
+        Acting& operator=(const Acting&) = delete;
+
+    private:
+        ovErrors& m_errors;
+        ErrorAction m_before;
     };
 
 private:

@@ -37,9 +37,7 @@ ConnectionBanner::ConnectionBanner(QWidget* parent)
     all->addLayout(buttons);
 }
 
-void ConnectionBanner::SetReason(const QString& reason, const QString& settingsFile) {
+void ConnectionBanner::SetReason(const QString& what, const QString& reason, const QString& settingsFile) {
     m_settingsFile = settingsFile;
-    const QString text = "Il database Quadrix non è aperto: " + reason + "\nLe impostazioni sono nel file " +
-                         QDir::toNativeSeparators(settingsFile);
-    m_text->SetText(text);
+    m_text->SetText(what + ": " + reason + "\nLe impostazioni sono nel file " + QDir::toNativeSeparators(settingsFile));
 }

@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QDialogButtonBox;
+class QPushButton;
 class QVBoxLayout;
 
 /// Shows one error: what happened and what to do, the source row, the statement and the engine's own words, all of
@@ -15,7 +16,7 @@ class ErrorDialog final : public QDialog {
 public:
     enum class Kind {
         Report, ///< an error that ended a procedure: it can only be read
-        Choice, ///< a failing statement: Riprova, Ignora, Interrompi
+        Choice, ///< a failing statement: Riprova, Ignora, Ignora tutti, Interrompi
     };
 
     ErrorDialog(const ErrorEntry& error, Kind kind, QWidget* parent);
@@ -26,11 +27,16 @@ public:
     /// The error as text, for the clipboard and for mail to whoever can help.
     static QString TextOf(const ErrorEntry& error);
 
+protected:
+    /// A letter alone presses the button that it stands for, as in a question box.
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     void Lay(const ErrorEntry& error, Kind kind);
     void AddDetail(QVBoxLayout& layout, const QString& title, const QString& name, const QString& text);
     void AddStatement(QVBoxLayout& layout, const QString& text);
-    void AddChoices(QDialogButtonBox& buttons, bool inRow);
+    void AddChoices(QDialogButtonBox& buttons, const ErrorEntry& error);
+    QPushButton* AddChoice(QDialogButtonBox& buttons, const QString& text, const QString& name, ErrorAnswer answer);
     void AddCopy(QDialogButtonBox& buttons, const QString& text);
 
     ErrorAnswer m_answer = ErrorAnswer::Abort;

@@ -24,7 +24,7 @@ ImportButtons::ImportButtons(QWidget* parent)
     }
 }
 
-void ImportButtons::SetState(const WindowState& state, const QSet<QChar>& taken) {
+void ImportButtons::SetState(const WindowState& state, const QSet<QChar>& taken, const contract::Origin* origin) {
     QStringList captions;
     for (const ButtonState& button : state.imports) {
         if (button.visible) {
@@ -36,8 +36,18 @@ void ImportButtons::SetState(const WindowState& state, const QSet<QChar>& taken)
         const ButtonState& button = state.imports[i];
         m_buttons[i]->setText(button.visible ? captions.takeFirst() : button.caption);
         m_buttons[i]->setVisible(button.visible);
+        ShowHint(*m_buttons[i], HintOf(state, static_cast<contract::Button>(i), origin));
     }
     Place();
+}
+
+/// A button without a procedure stays: pressed, it says so. It is told apart before, to the eye and to a reader.
+void ImportButtons::ShowHint(QPushButton& button, const ButtonHint& hint) {
+    button.setToolTip(hint.text);
+    button.setAccessibleDescription(hint.text);
+    QFont font = button.font();
+    font.setItalic(!hint.built);
+    button.setFont(font);
 }
 
 void ImportButtons::Place() {

@@ -17,13 +17,15 @@ public:
 
     /// Shows the buttons as the state tells, each with a mnemonic of its own.
     /// @param taken mnemonics of the rest of the window
-    void SetState(const WindowState& state, const QSet<QChar>& taken);
+    /// @param origin the one chosen, whose procedures the hints name; null for none
+    void SetState(const WindowState& state, const QSet<QChar>& taken, const contract::Origin* origin);
 
 signals:
     void Pressed(contract::Button button);
 
 private:
     void Place();
+    static void ShowHint(QPushButton& button, const ButtonHint& hint);
 
     QGridLayout* m_grid;
     std::array<QPushButton*, contract::ButtonCount> m_buttons{};

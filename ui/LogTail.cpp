@@ -20,8 +20,8 @@ LogTail::Change LogTail::Read() {
         m_offset = 0;
     }
     m_head = head;
-    const bool skips = size - m_offset > MostAtOnce;
-    if (skips) {
+    change.skipped = size - m_offset > MostAtOnce;
+    if (change.skipped) {
         m_offset = size - MostAtOnce;
     }
     if (!opened || !file.seek(m_offset)) {
@@ -30,7 +30,7 @@ LogTail::Change LogTail::Read() {
     QByteArray bytes = file.read(size - m_offset);
     bytes.truncate(bytes.lastIndexOf('\n') + 1);
     m_offset += bytes.size();
-    if (skips) {
+    if (change.skipped) {
         bytes.remove(0, bytes.indexOf('\n') + 1);
     }
     bytes.replace("\r\n", "\n");

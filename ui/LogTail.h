@@ -8,6 +8,7 @@ public:
     /// What is new since the last look.
     struct Change {
         bool restarted = false; ///< the file was emptied or went: forget what was read before
+        bool skipped = false;   ///< there was too much new text: its beginning does not come
         QString text;           ///< whole lines, with "\n" at the end of each
     };
 

@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -16,7 +17,8 @@ constexpr int Interval = 300; ///< milliseconds between two looks at the file
 
 LogView::LogView(QWidget* parent)
     : QWidget(parent),
-      m_text(new QPlainTextEdit) {
+      m_text(new QPlainTextEdit),
+      m_cut(new QLabel("Le righe più vecchie non sono mostrate: il registro intero è nel file import.log.")) {
     m_text->setObjectName("txtLog");
     m_text->setAccessibleName("Registro dell'importazione");
     m_text->setReadOnly(true);
@@ -24,11 +26,19 @@ LogView::LogView(QWidget* parent)
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_text->setMaximumBlockCount(MostLines);
     m_text->setPlaceholderText("Il registro (import.log) è vuoto.");
+    m_cut->setObjectName("lblLogCut");
+    m_cut->hide();
+    // Where the last line stands is known only after the text has been laid out, long after it was added.
+    QScrollBar* bar = m_text->verticalScrollBar();
+    connect(bar, &QScrollBar::rangeChanged, this, &LogView::ScrollToEnd);
+    connect(bar, &QScrollBar::actionTriggered, this,
+            [this, bar] { m_follows = bar->sliderPosition() == bar->maximum(); });
     auto* open = new QPushButton("Apri carte&lla");
     open->setObjectName("cmdOpenLogFolder");
     open->setToolTip("Apre la cartella che contiene import.log");
     connect(open, &QPushButton::clicked, this, &LogView::OpenFolder);
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_cut, 1);
     buttons->addStretch();
     buttons->addWidget(open);
     auto* all = new QVBoxLayout(this);
@@ -41,24 +51,48 @@ LogView::LogView(QWidget* parent)
 void LogView::Follow(const QString& path) {
     m_path = path;
     m_tail = LogTail(path);
-    m_text->clear();
+    Forget();
     Refresh();
+}
+
+void LogView::Forget() {
+    m_text->clear();
+    m_cut->hide();
+    m_follows = true;
 }
 
 void LogView::Refresh() {
     const LogTail::Change change = m_tail.Read();
     if (change.restarted) {
-        m_text->clear();
+        Forget();
     }
     if (change.text.isEmpty()) {
         return;
     }
-    // Who has scrolled up to read is left where he is.
-    QScrollBar* bar = m_text->verticalScrollBar();
-    const bool atEnd = bar->value() == bar->maximum();
-    const int before = bar->value();
-    m_text->appendPlainText(change.text.chopped(1));
-    bar->setValue(atEnd ? bar->maximum() : before);
+    const qsizetype before = m_text->document()->isEmpty() ? 0 : m_text->blockCount();
+    const bool tooMany = before + change.text.count(u'\n') > MostLines;
+    m_cut->setVisible(m_cut->isVisibleTo(this) || change.skipped || tooMany);
+    Append(change.text.chopped(1));
+}
+
+void LogView::Append(const QString& lines) {
+    const bool first = m_text->document()->isEmpty();
+    QScrollBar* across = m_text->horizontalScrollBar();
+    const int place = across->value();
+    m_text->appendPlainText(lines);
+    if (first) {
+        m_text->moveCursor(QTextCursor::StartOfBlock); // where it stands is brought into sight, sideways too
+    }
+    across->setValue(place);
+    ScrollToEnd();
+}
+
+/// Who has scrolled up to read, or marks a text to copy it, is left where he is.
+void LogView::ScrollToEnd() {
+    if (m_follows && !m_text->textCursor().hasSelection()) {
+        QScrollBar* bar = m_text->verticalScrollBar();
+        bar->setValue(bar->maximum());
+    }
 }
 
 void LogView::OpenFolder() { QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(m_path).absolutePath())); }

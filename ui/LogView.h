@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class QLabel;
 class QPlainTextEdit;
 
 /// The end of the import log, followed as it grows, and a button that opens its folder.
@@ -29,7 +30,13 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void Append(const QString& lines);
+    void Forget();
+    void ScrollToEnd();
+
     QPlainTextEdit* m_text;
+    QLabel* m_cut;
+    bool m_follows = true; ///< the last line is to be seen: nobody has scrolled up to read
     QString m_path;
     LogTail m_tail{QString()};
     QTimer m_timer;

@@ -2,6 +2,8 @@
 
 #include "app/importFlow.h"
 
+#include <algorithm>
+
 using contract::Button;
 using contract::Shown;
 
@@ -55,6 +57,13 @@ void HideWhenOn(bool& visible, const std::function<bool(const QString&)>& isOn, 
     if (isOn(key)) {
         visible = false;
     }
+}
+
+/// What a button of an origin imports, without the word "Importa": "Controparti", "Riallinea DRORI".
+QString KindOf(const contract::Origin& origin, Button button) {
+    static const QString importa = QStringLiteral("Importa ");
+    const QString caption = ButtonCaption(origin, button);
+    return caption.startsWith(importa) ? caption.mid(importa.size()) : caption;
 }
 
 } // namespace
@@ -128,6 +137,30 @@ void ApplyOrigin(WindowState& state, const contract::Origin& origin) {
         }
     }
     ApplyShown(state.sequence, origin.sequence);
+}
+
+bool IsBuilt(const contract::Origin& origin) {
+    return std::any_of(Controls.begin(), Controls.end(),
+                       [&origin](const Control& control) { return !ProceduresOf(origin, control.button).empty(); });
+}
+
+ButtonHint HintOf(const WindowState& state, Button button, const contract::Origin* origin) {
+    if (origin == nullptr) {
+        return {{}, QStringLiteral("Scegliere prima l'origine dei dati")};
+    }
+    const QString task = TaskProcedure(state.mode);
+    QStringList names;
+    if (task.isEmpty()) {
+        for (const contract::Procedure* procedure : ProceduresOf(*origin, button)) {
+            names.append(procedure->name);
+        }
+    } else if (ProcedureOf(*origin, task) != nullptr) {
+        names.append(task);
+    }
+    const QString what = (task.isEmpty() ? KindOf(*origin, button) : task) + QStringLiteral(" da ") + origin->name;
+    const QString behind =
+        names.isEmpty() ? QStringLiteral("non disponibile in questa versione") : names.join(QStringLiteral(", "));
+    return {what, what + QStringLiteral(": ") + behind, !names.isEmpty()};
 }
 
 QString ControlName(Button button) {

@@ -44,5 +44,19 @@ void ApplySwitches(WindowState& state, const std::function<bool(const QString& k
 /// reduced to one task keeps its one button as it is.
 void ApplyOrigin(WindowState& state, const contract::Origin& origin);
 
+/// What a button runs, as it is told beside it.
+struct ButtonHint {
+    QString what;      ///< "Controparti da Arca 2000"; empty when no origin is chosen
+    QString text;      ///< the same with the procedures that are called
+    bool built = true; ///< whether there is a procedure behind the button in this version
+};
+
+/// What a button runs now, whatever its caption says.
+/// @param origin the one chosen; null for none
+ButtonHint HintOf(const WindowState& state, contract::Button button, const contract::Origin* origin);
+
+/// Whether any button of an origin has a procedure behind it in this version.
+bool IsBuilt(const contract::Origin& origin);
+
 /// Name of the control of an import button, for example "cmdImportCli".
 QString ControlName(contract::Button button);

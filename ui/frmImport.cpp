@@ -5,6 +5,7 @@
 #include "app/resultText.h"
 #include "app/sequence.h"
 #include "core/modMain.h"
+#include "ui/ChoiceList.h"
 #include "ui/ConnectionBanner.h"
 #include "ui/ElidedLabel.h"
 #include "ui/frmReset.h"
@@ -12,9 +13,9 @@
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
 #include "ui/WindowOperator.h"
+#include "ui/windowPlace.h"
 
 #include <QCloseEvent>
-#include <QComboBox>
 #include <QDir>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -25,6 +26,7 @@ namespace {
 const QString Section = QStringLiteral("IMPORT");
 const QString CompanyKey = QStringLiteral("AZIENDA");
 const QString OriginKey = QStringLiteral("ORIGINE");
+const QString LockKey = QStringLiteral("Disable_Configuration");
 constexpr int MostListed = 200; ///< reasons and codes that the account of a run lists
 
 /// Letters that stand for the lists, the tools, the tabs and the buttons beside them.
@@ -67,52 +69,114 @@ frmImport::~frmImport() { m_person.SetWindow(nullptr); }
 
 void frmImport::Form_Load(StartMode mode) {
     Guarded(m_session.Errors, "frmImport", "Form_Load", false, [&] {
-        ShowConnection();
-        FillCompanies();
-        for (const contract::Origin* origin : registry::Origins()) {
-            cmbOrigine->addItem(origin->name);
-        }
-        cmbOrigine->setCurrentIndex(-1);
+        windowPlace::Restore(*this, SettingsFolder());
+        LoadCompanies();
+        FillOrigins();
         m_log->Follow(m_session.LogFile);
         ApplyStartMode(m_state, mode);
-        ApplySwitches(m_state, [this](const QString& key) {
-            return modMain::IsAppConfigOn(m_session, Section, key, QStringLiteral("0"));
-        });
+        ApplySettings();
         return true;
     });
-    SelectStoredOrigin();
     ShowState();
     FocusFirstChoice();
 }
 
-void frmImport::FillCompanies() {
-    cmbAzienda->clear();
-    if (!m_session.Quadrix.State()) {
-        return;
+QString frmImport::SettingsFolder() const { return QFileInfo(m_session.Config.ConfigFile()).absolutePath(); }
+
+void frmImport::FillOrigins() {
+    const QColor pale = palette().color(QPalette::Disabled, QPalette::Text);
+    for (const contract::Origin* origin : registry::Origins()) {
+        cmbOrigine->addItem(origin->name);
+        if (!IsBuilt(*origin)) {
+            const int index = cmbOrigine->count() - 1;
+            const QString hint = "Nessuna importazione disponibile in questa versione";
+            cmbOrigine->setItemData(index, pale, Qt::ForegroundRole);
+            cmbOrigine->setItemData(index, hint, Qt::ToolTipRole);
+            cmbOrigine->setItemData(index, hint, Qt::AccessibleDescriptionRole);
+        }
     }
-    m_companies = modMain::GetCompanies(m_session);
-    for (const modMain::Company& company : std::as_const(m_companies)) {
+    cmbOrigine->setCurrentIndex(-1);
+}
+
+/// Fills the list of companies and chooses that of the last time; says why where there are none.
+void frmImport::LoadCompanies() {
+    // Nothing has been chosen about errors yet, and there is nothing to ask: the window itself offers another try.
+    const ovErrors::Acting acting(m_session.Errors, ErrorAction::Abort);
+    QString trouble;
+    if (!m_session.Quadrix.State()) {
+        trouble = "Il database Quadrix non è aperto";
+    } else if (!Guarded(m_session.Errors, "frmImport", "Form_Load", false, [this] {
+                   FillCompanies(modMain::GetCompanies(m_session));
+                   cmbAzienda->setCurrentIndex(
+                       cmbAzienda->findText(m_session.Config.GetAppConfig(Section, CompanyKey, {})));
+                   return true;
+               })) {
+        trouble = "Il database aperto non è un database di Quadrix";
+    }
+    ShowConnection(trouble);
+}
+
+void frmImport::FillCompanies(const QVector<modMain::Company>& companies) {
+    m_companies = companies;
+    cmbAzienda->clear();
+    for (const modMain::Company& company : companies) {
         cmbAzienda->addItem(company.name);
     }
-    cmbAzienda->setCurrentIndex(cmbAzienda->findText(m_session.Config.GetAppConfig(Section, CompanyKey, {})));
 }
 
-void frmImport::ShowConnection() {
-    const bool open = m_session.Quadrix.State();
-    const QVector<ErrorEntry>& errors = m_session.Errors.Entries();
-    if (!open) {
-        m_banner->SetReason(errors.isEmpty() ? QString() : errors.last().message, m_session.Config.ConfigFile());
+/// A company may have been made since: the list is read anew when it opens, and the choice stays. A database that does
+/// not answer leaves the list as it is; whatever is started next will tell.
+void frmImport::RenewCompanies() {
+    if (m_running || !m_session.Quadrix.State()) {
+        return;
     }
-    m_banner->setVisible(!open);
-    m_database->SetText((open ? "Database: " : "Database non aperto: ") + m_session.Quadrix.DatabaseName);
-    m_settings->SetText("Impostazioni: " + QDir::toNativeSeparators(m_session.Config.ConfigFile()));
+    const ovErrors::Acting acting(m_session.Errors, ErrorAction::Abort);
+    try {
+        const QString chosen = m_companies.value(cmbAzienda->currentIndex()).code;
+        FillCompanies(modMain::GetCompanies(m_session));
+        const auto kept = std::find_if(m_companies.cbegin(), m_companies.cend(),
+                                       [&chosen](const modMain::Company& each) { return each.code == chosen; });
+        cmbAzienda->setCurrentIndex(kept == m_companies.cend() ? -1 : int(kept - m_companies.cbegin()));
+    } catch (const SqlError&) {
+        return;
+    }
 }
 
-/// A window whose lists are locked works on the origin of the last time.
+/// Hides and locks what the settings take away. Settings that cannot be read have been told when the connection was
+/// tried: they are applied when that succeeds.
+void frmImport::ApplySettings() {
+    try {
+        m_session.Config.PeekAppConfig(Section, OriginKey);
+    } catch (const ImportError&) {
+        return;
+    }
+    m_settled = true;
+    const auto isOn = [this](const QString& key) {
+        return modMain::IsAppConfigOn(m_session, Section, key, QStringLiteral("0"));
+    };
+    if (m_state.locked || isOn(LockKey)) {
+        SelectStoredOrigin();
+    }
+    ApplySwitches(m_state, isOn);
+}
+
+/// A window whose lists are locked works on the origin of the last time. It is chosen before the switches are applied,
+/// as choosing shows what they hide.
 void frmImport::SelectStoredOrigin() {
-    if (m_state.locked) {
-        cmbOrigine->setCurrentIndex(cmbOrigine->findText(m_session.Config.PeekAppConfig(Section, OriginKey)));
+    cmbOrigine->setCurrentIndex(cmbOrigine->findText(m_session.Config.PeekAppConfig(Section, OriginKey)));
+}
+
+/// @param trouble why nothing can be done on the database; empty when all is well
+void frmImport::ShowConnection(const QString& trouble) {
+    const QVector<ErrorEntry>& errors = m_session.Errors.Entries();
+    if (!trouble.isEmpty()) {
+        m_banner->SetReason(trouble, errors.isEmpty() ? QString() : errors.last().message,
+                            m_session.Config.ConfigFile());
     }
+    m_banner->setVisible(!trouble.isEmpty());
+    m_database->SetText((m_session.Quadrix.State() ? "Database: " : "Database non aperto: ") +
+                        m_session.Quadrix.DatabaseName);
+    m_settings->SetText("Impostazioni: " + QDir::toNativeSeparators(m_session.Config.ConfigFile()));
 }
 
 void frmImport::FocusFirstChoice() {
@@ -124,18 +188,18 @@ void frmImport::FocusFirstChoice() {
 void frmImport::RetryConnection() {
     m_session.Errors.ClearError();
     modMain::ConnectQuadrix(m_session, m_session.Config.ConfigFile());
-    ShowConnection();
-    Guarded(m_session.Errors, "frmImport", "Form_Load", false, [&] {
-        FillCompanies();
-        return true;
-    });
+    LoadCompanies();
+    if (!m_settled) {
+        ApplySettings();
+        ShowState();
+    }
 }
 
 void frmImport::ShowState() {
     cmbAzienda->setEnabled(!m_state.locked);
     cmbOrigine->setEnabled(!m_state.locked);
     cmbErrors->setEnabled(!m_state.locked);
-    m_imports->SetState(m_state, FixedMnemonics);
+    m_imports->SetState(m_state, FixedMnemonics, registry::Find(cmbOrigine->currentText()));
     cmdSequence->setVisible(m_state.sequence);
     cmdReset->setVisible(m_state.reset);
 }
@@ -171,8 +235,10 @@ void frmImport::Import(contract::Button button) {
     request.choice = Chosen();
     request.button = button;
     request.procedure = TaskProcedure(m_state.mode);
-    RunImport(m_session, request);
-    ShowResults(first);
+    const FlowOutcome outcome = RunImport(m_session, request);
+    if (request.choice.origin != nullptr) {
+        ShowResults(HintOf(m_state, button, request.choice.origin).what, first, outcome);
+    }
 }
 
 void frmImport::cmdReset_Click() {
@@ -183,10 +249,9 @@ void frmImport::cmdReset_Click() {
     if (!CheckData(m_session, Chosen())) {
         return;
     }
-    frmReset dialog(m_person, cmbAzienda->currentText(), this,
-                    [this](const ResetOptions& options) { return ResetDetails(m_session, options); });
+    frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), this);
     if (dialog.SelectOptions()) {
-        ShowEmptied("Reset Database", ResetDatabase(m_session, dialog.Options()));
+        ShowEmptied(ResetDatabase(m_session, dialog.Options()));
     }
 }
 
@@ -205,19 +270,34 @@ void frmImport::cmdSequence_Click() {
         return m_person.Ask(question, Question::ExclamationNo) == Answer::Yes;
     };
     if (const auto result = PressSequence(m_session, Chosen(), window)) {
-        ShowAccount(SequenceLines(*result, MostListed));
+        ShowAccount("Sequenza di importazione", SequenceLines(*result, MostListed));
     }
 }
 
 // --- Account of a run ---------------------------------------------------------------------------------------------
 
-void frmImport::ShowResults(qsizetype first) {
+/// "DEM Officine Dimostrative S.r.l."
+QString frmImport::CompanyText() const {
+    const modMain::Company company = m_companies.value(cmbAzienda->currentIndex());
+    return company.code + ' ' + company.name;
+}
+
+/// @param what the operation; @param first the first of its results in the session
+void frmImport::ShowResults(const QString& what, qsizetype first, FlowOutcome outcome) {
     QStringList lines;
     for (const RunResult& result : m_session.Results.mid(first)) {
-        lines += ResultLines(result, MostListed) + QStringList{{}};
+        lines += QStringList{{}} + ResultLines(result, MostListed);
+    }
+    if (outcome == FlowOutcome::Failed && lines.isEmpty()) {
+        lines.append("Non eseguita: non è stato scritto nulla.");
+        for (const ErrorEntry& entry : m_session.Errors.Entries()) {
+            lines.append("Errore: " + entry.message);
+        }
     }
     if (!lines.isEmpty()) {
-        ShowAccount(lines);
+        ShowAccount(what, lines);
+    }
+    if (first < m_session.Results.size()) {
         ShowLog(m_session.Results.last().logFile);
     }
 }
@@ -229,17 +309,20 @@ void frmImport::ShowLog(const QString& path) {
     }
 }
 
-void frmImport::ShowEmptied(const QString& title, const EmptyingResult& result) {
+void frmImport::ShowEmptied(const EmptyingResult& result) {
     const bool done = result.outcome == RunResult::Outcome::Done;
-    QStringList lines{title + (done ? ": completato" : ": interrotto, le tabelle non elencate restano come erano")};
+    QStringList lines{done ? "Completato" : "Interrotto: le tabelle non elencate restano come erano"};
     for (const EmptyingResult::Table& table : result.tables) {
         lines.append(EmptiedLine(table));
     }
-    ShowAccount(lines);
+    ShowAccount("Reset Database", lines);
 }
 
-void frmImport::ShowAccount(const QStringList& lines) {
-    m_result->setPlainText(lines.join(u'\n'));
+/// The account of an operation under a line that says which one it was, of which company and when.
+void frmImport::ShowAccount(const QString& what, const QStringList& lines) {
+    const QString when = m_session.Now().toString("dd/MM/yyyy HH:mm");
+    const QStringList head{what + ", azienda " + CompanyText() + ", " + when};
+    m_result->setPlainText((head + lines).join(u'\n'));
     m_account->setCurrentWidget(m_result);
 }
 
@@ -266,5 +349,6 @@ void frmImport::Form_Unload() {
         }
         return true;
     });
+    windowPlace::Keep(*this, SettingsFolder());
     m_session.Quadrix.CloseConnection();
 }

@@ -6,11 +6,11 @@
 
 #include <QWidget>
 
+class ChoiceList;
 class ConnectionBanner;
 class ElidedLabel;
 class ImportButtons;
 class LogView;
-class QComboBox;
 class QGroupBox;
 class QPlainTextEdit;
 class QPushButton;
@@ -54,15 +54,21 @@ private:
     QWidget* NewAccount();
     QPushButton* NewTool(const QString& name, const QString& caption, const QString& hint);
 
-    void FillCompanies();
-    void ShowConnection();
+    void LoadCompanies();
+    void FillCompanies(const QVector<modMain::Company>& companies);
+    void RenewCompanies();
+    void FillOrigins();
+    void ApplySettings();
+    void SelectStoredOrigin();
+    void ShowConnection(const QString& trouble);
     void ShowState();
     void FocusFirstChoice();
-    void SelectStoredOrigin();
-    void ShowResults(qsizetype first);
-    void ShowEmptied(const QString& title, const struct EmptyingResult& result);
+    QString CompanyText() const;
+    QString SettingsFolder() const;
+    void ShowResults(const QString& what, qsizetype first, FlowOutcome outcome);
+    void ShowEmptied(const struct EmptyingResult& result);
     void ShowLog(const QString& path);
-    void ShowAccount(const QStringList& lines);
+    void ShowAccount(const QString& what, const QStringList& lines);
     void Form_Unload();
     Choice Chosen() const;
 
@@ -70,13 +76,14 @@ private:
     WindowOperator& m_person;
     WindowState m_state = InitialState();
     QVector<modMain::Company> m_companies; ///< in the order of the list
+    bool m_settled = false;                ///< the settings have been read and applied
     bool m_running = false;                ///< an import, a reset or a sequence is under way
     bool m_closeAfter = false;             ///< the window closes when it has ended
 
     ConnectionBanner* m_banner = nullptr;
-    QComboBox* cmbAzienda = nullptr;
-    QComboBox* cmbOrigine = nullptr;
-    QComboBox* cmbErrors = nullptr;
+    ChoiceList* cmbAzienda = nullptr;
+    ChoiceList* cmbOrigine = nullptr;
+    ChoiceList* cmbErrors = nullptr;
     ImportButtons* m_imports = nullptr;
     QPushButton* cmdReset = nullptr;
     QPushButton* cmdSequence = nullptr;

@@ -1,10 +1,10 @@
+#include "ui/ChoiceList.h"
 #include "ui/ConnectionBanner.h"
 #include "ui/ElidedLabel.h"
 #include "ui/frmImport.h"
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
 
-#include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -22,8 +22,8 @@ constexpr int WidthInCharacters = 110;
 constexpr int HeightInLines = 44;
 
 /// A list to choose from; nothing is chosen at first.
-QComboBox* NewList(const QString& name, const QString& accessibleName, const QString& placeholder) {
-    auto* list = new QComboBox;
+ChoiceList* NewList(const QString& name, const QString& accessibleName, const QString& placeholder) {
+    auto* list = new ChoiceList;
     list->setObjectName(name);
     list->setAccessibleName(accessibleName);
     list->setPlaceholderText(placeholder);
@@ -65,6 +65,7 @@ QGroupBox* frmImport::NewChoices() {
     cmbErrors = NewList("cmbErrors", "In caso di errore", {});
     cmbErrors->addItems(ErrorModes());
     cmbErrors->setCurrentIndex(0);
+    connect(cmbAzienda, &ChoiceList::Opening, this, &frmImport::RenewCompanies);
     connect(cmbOrigine, &QComboBox::currentIndexChanged, this, &frmImport::cmbOrigine_Click);
     auto* picIcon = new QLabel;
     picIcon->setObjectName("picIcon");

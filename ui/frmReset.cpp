@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -31,6 +32,17 @@ QString TablesHint(ResetOption option) {
                             : QString("Svuota " + tables.join(", "));
 }
 
+/// "1.200 righe"
+QString RowsText(qint64 rows) {
+    return QLocale(QLocale::Italian, QLocale::Italy).toString(rows) + (rows == 1 ? " riga" : " righe");
+}
+
+/// What an option would delete, behind its caption; empty for one that is not counted.
+QString RowsBehind(const ResetRows& rows, ResetOption option) {
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& each) { return each.first == option; });
+    return found == rows.end() ? QString() : QString(" - " + RowsText(found->second));
+}
+
 /// The caption of an option with its mnemonic.
 QString CaptionOf(ResetOption option) {
     static const QStringList captions = [] {
@@ -46,19 +58,19 @@ QString CaptionOf(ResetOption option) {
 
 } // namespace
 
-frmReset::frmReset(Operator& person, const QString& company, QWidget* parent,
-                   std::function<QString(const ResetOptions&)> details)
+frmReset::frmReset(Operator& person, QString company, ResetRows rows, QWidget* parent)
     : QDialog(parent),
       m_person(person),
-      m_details(std::move(details)) {
+      m_company(std::move(company)),
+      m_rows(std::move(rows)) {
     setObjectName("frmReset");
     setWindowTitle("Reset Database");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    Lay(company);
+    Lay();
 }
 
-void frmReset::Lay(const QString& company) {
-    auto* title = new WrappedLabel("Dati da eliminare dall'azienda " + company + ":");
+void frmReset::Lay() {
+    auto* title = new WrappedLabel("Dati da eliminare dall'azienda " + m_company + ":");
     title->setObjectName("lblCompany");
     auto* left = new QVBoxLayout;
     AddGroup(*left, "Anagrafiche", {&R::AnaArt, &R::AnaCon});
@@ -75,6 +87,11 @@ void frmReset::Lay(const QString& company) {
     auto* all = new QVBoxLayout(this);
     all->addWidget(title);
     all->addLayout(columns, 1);
+    auto* stays = new WrappedLabel("Telefoni e indirizzi web (tabelle NUM_TEL e IND_WEB) non vengono eliminati: la "
+                                   "prossima importazione delle controparti li aggiunge di nuovo, se non si risponde "
+                                   "Sì alla sua domanda sul reset.");
+    stays->setObjectName("lblStays");
+    all->addWidget(stays);
     const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
     connect(buttons.ok, &QPushButton::clicked, this, &frmReset::cmdOk_Click);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -91,7 +108,7 @@ void frmReset::AddGroup(QVBoxLayout& column, const QString& title, const std::ve
 }
 
 QCheckBox* frmReset::NewBox(const ResetChoice& choice) {
-    auto* box = new QCheckBox(CaptionOf(choice.option));
+    auto* box = new QCheckBox(CaptionOf(choice.option) + RowsBehind(m_rows, choice.option));
     box->setObjectName(QStringLiteral("chk") + QLatin1String(choice.name));
     box->setToolTip(TablesHint(choice.option));
     box->setAccessibleDescription(box->toolTip());
@@ -114,8 +131,17 @@ void frmReset::ShowOptions() {
 
 bool frmReset::SelectOptions() { return exec() == Accepted; }
 
+/// Company and number of rows that the boxes ticked delete, as far as they are counted.
+QString frmReset::WhatGoes() const {
+    qint64 rows = 0;
+    for (const auto& [option, count] : m_rows) {
+        rows += m_options.*option ? count : 0;
+    }
+    return "Azienda " + m_company + ": " + RowsText(rows);
+}
+
 void frmReset::cmdOk_Click() {
-    if (ConfirmReset(m_person, m_options, m_details ? m_details(m_options) : QString())) {
+    if (ConfirmReset(m_person, m_options, WhatGoes())) {
         accept();
     }
 }

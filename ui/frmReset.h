@@ -12,10 +12,9 @@ class frmReset final : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param company name of the company that is emptied, shown for safety
-    /// @param details what the confirmation says beside its question
-    frmReset(Operator& person, const QString& company, QWidget* parent,
-             std::function<QString(const ResetOptions&)> details = {});
+    /// @param company code and name of the company that is emptied, shown for safety
+    /// @param rows what each option would delete, shown beside it
+    frmReset(Operator& person, QString company, ResetRows rows, QWidget* parent);
 
     /// Shows the dialog and returns whether the operator confirmed; `Options` are what he chose then.
     bool SelectOptions();
@@ -27,14 +26,16 @@ public slots:
     void cmdOk_Click();
 
 private:
-    void Lay(const QString& company);
+    void Lay();
     void AddGroup(QVBoxLayout& column, const QString& title, const std::vector<ResetOption>& options);
     QCheckBox* NewBox(const ResetChoice& choice);
     void Clicked(ResetOption option, bool ticked);
     void ShowOptions();
+    QString WhatGoes() const;
 
     Operator& m_person;
-    std::function<QString(const ResetOptions&)> m_details;
+    QString m_company;
+    ResetRows m_rows;
     ResetOptions m_options;
     std::vector<std::pair<ResetOption, QCheckBox*>> m_boxes;
 };

@@ -93,7 +93,8 @@ QString Explain(const SqlError& error) {
     if (const auto found = Found(error, "Column '(.+)' cannot be null"); !found.isEmpty()) {
         return QStringLiteral("colonna %1: manca il valore").arg(found.first());
     }
-    if (const auto found = Found(error, "duplicate key .*'(?:dbo\\.)?(.+)'.*duplicate key value is \\((.*)\\)");
+    if (const auto found =
+            Found(error, "duplicate key .*object '(?:dbo\\.)?([^']+)'.*duplicate key value is \\((.*)\\)");
         !found.isEmpty()) {
         return AlreadyThere(QStringLiteral("tabella %1").arg(found.at(0)), QString(u'\'' + found.at(1) + u'\''));
     }

@@ -156,6 +156,28 @@ private slots:
         QVERIFY(!target.Person.IsBusy());
     }
 
+    /// Before the operator agrees he sees how much goes; a table that is not there takes its option's number away.
+    void CountsWhatWouldGo() {
+        TestTarget target;
+        FillTables(target);
+        target.Execute("INSERT INTO X01_ART_FMT DEFAULT VALUES");
+        target.Execute("DROP TABLE X01_DOC_ACD");
+        target.Get().Errors.Action = ErrorAction::Ask;
+        QHash<QString, qint64> counted;
+        for (const auto& [option, rows] : CountResetRows(target.Get())) {
+            for (const ResetChoice& choice : ResetChoices()) {
+                if (choice.option == option) {
+                    counted.insert(choice.name, rows);
+                }
+            }
+        }
+        QCOMPARE(counted.value("MagaLam"), 2);
+        QCOMPARE(counted.value("AnaArt"), 2);
+        QVERIFY(!counted.contains("DocVen") && !counted.contains("DocAcq"));
+        QVERIFY(target.Person.Events.isEmpty());
+        QCOMPARE(target.Get().Errors.Action, ErrorAction::Ask);
+    }
+
     void AFailureLeavesWhatWasEmptiedBefore() {
         TestTarget target;
         QStringList tables = FillTables(target);

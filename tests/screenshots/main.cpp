@@ -75,7 +75,7 @@ void RunScript(TestWindow& test) {
 }
 
 void TakeReset(TestWindow& test, const Album& album) {
-    frmReset dialog(test.Person(), "Officine Dimostrative S.r.l.", &test.Window());
+    frmReset dialog(test.Person(), "DEM Officine Dimostrative S.r.l.", CountResetRows(test.Get()), &test.Window());
     dialog.show();
     dialog.findChild<QCheckBox*>("chkAnaCon")->click();
     album.Take(dialog, "frmReset");
@@ -102,7 +102,9 @@ void TakeProgress(TestWindow& test, const Album& album) {
 void TakeError(TestWindow& test, const Album& album) {
     ErrorEntry error;
     error.time = QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30));
-    error.message = "Tabella 'DEM_CON_TRO': il valore della colonna COIVA è già presente (UNIQUE constraint failed)";
+    error.message = "tabella DEM_CON_TRO, colonna COIVA: il valore '01234567890' è già presente: UNIQUE constraint "
+                    "failed: DEM_CON_TRO.COIVA";
+    error.mayPass = false;
     error.rowKey = "tabella 'anagrafe', riga 214, codice 'C00214'";
     error.statement = "INSERT INTO DEM_CON_TRO\r\n(CDCON, CORAS, COIVA)\r\nVALUES\r\n('000214', 'Carpenteria Rossi & "
                       "Figli S.n.c.', '01234567890')";

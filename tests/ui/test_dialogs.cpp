@@ -117,7 +117,7 @@ private slots:
 
     void BoxesMoveEachOther() {
         WindowOperator person;
-        frmReset dialog(person, "Prova", nullptr);
+        frmReset dialog(person, "Prova", {}, nullptr);
         const auto ticked = [&dialog] {
             QStringList names;
             for (const QCheckBox* box : dialog.findChildren<QCheckBox*>()) {
@@ -141,7 +141,7 @@ private slots:
 
     void OkNeedsAChoiceAndAYes() {
         WindowOperator person;
-        frmReset dialog(person, "Prova", nullptr);
+        frmReset dialog(person, "Prova", {}, nullptr);
         DialogDriver driver;
         driver.Otherwise = "cmdNo";
         int turn = 0;
@@ -168,6 +168,34 @@ private slots:
             return true;
         };
         QVERIFY(!dialog.SelectOptions());
+    }
+
+    void ResetTellsWhatGoesAndWhatStays() {
+        WindowOperator person;
+        frmReset dialog(person, "DEM Prova", {{&ResetOptions::AnaCon, 6452}, {&ResetOptions::Maga, 1}}, nullptr);
+        const auto caption = [&dialog](const char* name) {
+            return dialog.findChild<QCheckBox*>(name)->text().remove('&');
+        };
+        QCOMPARE(caption("chkAnaCon"), QString("Anagrafica controparti - 6.452 righe"));
+        QCOMPARE(caption("chkMaga"), QString("Movimenti e giacenze di magazzino - 1 riga"));
+        QCOMPARE(caption("chkAnaArt"), QString("Anagrafica articoli"));
+        QVERIFY(dialog.findChild<QLabel*>("lblCompany")->text().contains("DEM Prova"));
+        const QString stays = dialog.findChild<QLabel*>("lblStays")->text();
+        QVERIFY(stays.contains("NUM_TEL") && stays.contains("IND_WEB"));
+        QString details;
+        QString byDefault;
+        DialogDriver driver;
+        driver.On = [&](QWidget& shown) {
+            if (auto* box = qobject_cast<QMessageBox*>(&shown)) {
+                details = box->informativeText();
+                byDefault = box->defaultButton()->objectName();
+            }
+            return false;
+        };
+        dialog.findChild<QCheckBox*>("chkAnaCon")->click();
+        dialog.cmdOk_Click();
+        QCOMPARE(details, QString("Azienda DEM Prova: 6.452 righe"));
+        QCOMPARE(byDefault, QString("cmdNo"));
     }
 
     // --- Sequence ---
@@ -261,6 +289,7 @@ private slots:
         Columns<QString, int>("clicked", "answer");
         Row("retry", "cmdRetry", static_cast<int>(ErrorAnswer::Retry));
         Row("ignore", "cmdIgnore", static_cast<int>(ErrorAnswer::Ignore));
+        Row("ignore all", "cmdIgnoreAll", static_cast<int>(ErrorAnswer::IgnoreAll));
         Row("abort", "cmdAbort", static_cast<int>(ErrorAnswer::Abort));
     }
     void AnErrorCanBeRetriedSkippedOrEnded() {
@@ -279,7 +308,7 @@ private slots:
         error.statement = "INSERT INTO X";
         error.engineMessage = "too long [22001]";
         QCOMPARE(static_cast<int>(person.ChooseOnError(error)), answer);
-        QCOMPARE(driver.Events, QStringList{"error valore troppo lungo"});
+        QCOMPARE(driver.Events, QStringList{"error Valore troppo lungo"});
         const QString copied = QGuiApplication::clipboard()->text();
         for (const QString& part : {error.message, error.rowKey, error.statement, error.engineMessage}) {
             QVERIFY2(copied.contains(part), qPrintable(copied));
@@ -291,7 +320,74 @@ private slots:
         error.message = "tabella mancante";
         const ErrorDialog dialog(error, ErrorDialog::Kind::Choice, nullptr);
         QVERIFY(!dialog.findChild<QPushButton*>("cmdIgnore")->isEnabled());
+        QVERIFY(!dialog.findChild<QPushButton*>("cmdIgnoreAll")->isEnabled());
         QCOMPARE(dialog.Answer(), ErrorAnswer::Abort);
+    }
+
+    void ALetterAlonePressesItsButton_data() {
+        Columns<Qt::Key, bool, ErrorAnswer>("key", "closes", "answer");
+        Row("Riprova", Qt::Key_R, true, ErrorAnswer::Retry);
+        Row("Ignora", Qt::Key_I, true, ErrorAnswer::Ignore);
+        Row("Ignora tutti", Qt::Key_T, true, ErrorAnswer::IgnoreAll);
+        Row("Interrompi", Qt::Key_N, true, ErrorAnswer::Abort);
+        Row("Copia", Qt::Key_C, false, ErrorAnswer::Abort);
+        Row("no letter of a button", Qt::Key_X, false, ErrorAnswer::Abort);
+    }
+    void ALetterAlonePressesItsButton() {
+        QFETCH(Qt::Key, key);
+        QFETCH(bool, closes);
+        ErrorEntry error;
+        error.message = "valore troppo lungo";
+        error.rowKey = "riga 7";
+        error.statement = "INSERT INTO X";
+        ErrorDialog dialog(error, ErrorDialog::Kind::Choice, nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        dialog.findChild<QWidget*>("txtStatement")->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), key);
+        QTest::qWait(200); // the button is seen to go down
+        QCOMPARE(dialog.isVisible(), !closes);
+        QTEST(dialog.Answer(), "answer");
+    }
+
+    void EnterDoesWhatCanHelp_data() {
+        Columns<bool, QString, QString>("mayPass", "row", "byDefault");
+        Row("a lock", true, "riga 7", "cmdRetry");
+        Row("a refused value", false, "riga 7", "cmdIgnore");
+        Row("a refused value outside a row", false, "", "cmdAbort");
+    }
+    void EnterDoesWhatCanHelp() {
+        QFETCH(bool, mayPass);
+        QFETCH(QString, row);
+        ErrorEntry error;
+        error.message = "valore";
+        error.rowKey = row;
+        error.mayPass = mayPass;
+        const ErrorDialog dialog(error, ErrorDialog::Kind::Choice, nullptr);
+        QStringList defaults;
+        for (const QPushButton* button : dialog.findChildren<QPushButton*>()) {
+            if (button->isDefault()) {
+                defaults.append(button->objectName());
+            }
+        }
+        QTEST(defaults.join(' '), "byDefault");
+    }
+
+    void TheEnginesWordsStandOnce_data() {
+        Columns<QString, bool>("message", "beside");
+        Row("within the message", "tabella T, colonna A: il valore 'x' è già presente: UNIQUE constraint failed: T.A",
+            false);
+        Row("the message has words of its own", "il disco è pieno", true);
+    }
+    void TheEnginesWordsStandOnce() {
+        QFETCH(QString, message);
+        QFETCH(bool, beside);
+        ErrorEntry error;
+        error.message = message;
+        error.engineMessage = "UNIQUE constraint failed: T.A [SQLITE_CONSTRAINT]";
+        const ErrorDialog dialog(error, ErrorDialog::Kind::Choice, nullptr);
+        QCOMPARE(dialog.findChild<QLabel*>("lblEngine") != nullptr, beside);
+        QVERIFY(ErrorDialog::TextOf(error).contains("[SQLITE_CONSTRAINT]"));
     }
 
     void PasswordsAreNotShown() {

@@ -1,11 +1,14 @@
 #include "adapters/registry.h"
 #include "tests/support/DialogDriver.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestWindow.h"
 #include "ui/mnemonics.h"
+#include "ui/windowPlace.h"
 
 #include <QTest>
+#include <QWheelEvent>
 
 using contract::Button;
 
@@ -90,6 +93,8 @@ private slots:
         test.Set("IMPORT", "Disable_Configuration", "1");
         test.Set("IMPORT", "Disable_Reset", "1.0");
         test.Set("IMPORT", "Disable_ImportDoc", "si");
+        test.Set("IMPORT", "Disable_ImportCli", "1");
+        test.Set("IMPORT", "Disable_Sequence", "1");
         test.Start();
         for (const char* list : {"cmbAzienda", "cmbOrigine", "cmbErrors"}) {
             QVERIFY(!test.List(list).isEnabled());
@@ -97,6 +102,91 @@ private slots:
         QVERIFY(!test.Button("cmdReset").isVisible());
         // Locked lists leave no other way to choose than the last one.
         QCOMPARE(test.List("cmbOrigine").currentText(), QString("Arca 2000"));
+        // What the row of that origin shows stays hidden.
+        QVERIFY(!test.Button("cmdImportCli").isVisible() && !test.Button("cmdSequence").isVisible());
+        QVERIFY(test.Button("cmdImportArt").isVisible());
+    }
+
+    void UnreadableSettingsAreToldOnce_data() {
+        Columns<StartMode>("mode");
+        Row("no start mode", StartMode::None);
+        Row("locked lists", StartMode::Fast2);
+    }
+    void UnreadableSettingsAreToldOnce() {
+        QFETCH(StartMode, mode);
+        TestWindow test;
+        test.Set("IMPORT", "Disable_ImportSaldi", "1");
+        const QString path = test.Folder.filePath("Quadrix.ini");
+        const QByteArray readable = ReadFile(path);
+        WriteFile(path, "\xEF\xBB\xBF" + readable);
+        DialogDriver driver;
+        test.Start(mode);
+        QCOMPARE(driver.Events.size(), 1);
+        QVERIFY2(driver.Events.first().contains("Quadrix.ini"), qPrintable(driver.Events.first()));
+        QVERIFY(test.Window().isVisible() && test.Window().findChild<QWidget*>("frmConnection")->isVisible());
+        QVERIFY(test.Button("cmdImportSaldi").isVisible());
+        WriteFile(path, readable);
+        test.Button("cmdRetryConnection").click();
+        QCOMPARE(driver.Events.size(), 1);
+        QCOMPARE(test.List("cmbAzienda").itemText(0), Company);
+        QVERIFY(!test.Button("cmdImportSaldi").isVisible());
+    }
+
+    /// The window tells what is wrong, shows what its start mode leaves, and goes on when the setting is mended.
+    void ADatabaseThatIsNoQuadrixDatabaseIsExplained() {
+        TestWindow test;
+        {
+            ovConnection other;
+            OpenEmbedded(other, test.Folder.filePath("altro.db"));
+            other.Execute("CREATE TABLE X (N INTEGER)");
+        }
+        test.Set("DATABASE", "DatabaseName", "altro.db");
+        test.Set("IMPORT", "Disable_ImportDisegni", "0");
+        DialogDriver driver;
+        test.Start(StartMode::Fast3);
+        QCOMPARE(driver.Events.size(), 1);
+        const auto* banner = test.Window().findChild<QWidget*>("frmConnection");
+        QVERIFY(banner->isVisible());
+        QVERIFY(banner->findChild<QLabel*>("lblConnection")->text().contains("non è un database di Quadrix"));
+        QCOMPARE(test.List("cmbOrigine").count(), 57);
+        QVERIFY(!test.Button("cmdReset").isVisible() && !test.Button("cmdImportCli").isVisible());
+        QVERIFY(test.Button("cmdImportDisegni").isVisible());
+        test.Set("DATABASE", "DatabaseName", "quadrix.db");
+        test.Button("cmdRetryConnection").click();
+        QVERIFY(!banner->isVisible());
+        QCOMPARE(test.List("cmbAzienda").itemText(0), Company);
+        QCOMPARE(driver.Events.size(), 1);
+    }
+
+    void ACompanyMadeMeanwhileIsInTheList() {
+        TestWindow test;
+        test.Start();
+        test.Choose("cmbAzienda", Company);
+        CreateDatabase(test.Get().Quadrix, "ALT", "Altra S.p.A.");
+        CreateDatabase(test.Get().Quadrix, "ZZ9", "Nuova S.p.A.");
+        QComboBox& list = test.List("cmbAzienda");
+        list.showPopup();
+        QCOMPARE(list.count(), 3);
+        // The chosen one stays, which now is the second.
+        QCOMPARE(list.currentIndex(), 1);
+        list.hidePopup();
+        test.Get().Quadrix.Execute("DROP TABLE SYS_AZI");
+        DialogDriver driver;
+        list.showPopup();
+        list.hidePopup();
+        QCOMPARE(list.count(), 3);
+        QVERIFY(driver.Events.isEmpty());
+    }
+
+    void TheWindowIsWhereItWas() {
+        TestWindow test;
+        test.Start();
+        test.Window().resize(760, 560);
+        test.Window().close();
+        test.Start();
+        QCOMPARE(test.Window().size(), QSize(760, 560));
+        QCOMPARE(windowPlace::Fitted({820, 730}, {960, 540}), QSize(820, 492));
+        QCOMPARE(windowPlace::Fitted({820, 730}, {1920, 1080}), QSize(820, 730));
     }
 
     void AStartModeShowsOneTask() {
@@ -173,6 +263,53 @@ private slots:
         test.Window().resize(test.Window().minimumSizeHint());
         QTest::qWait(1);
         QTRY_COMPARE(Flaw(test.Window()), QString());
+    }
+
+    void TheWheelChangesNoChoice_data() {
+        Columns<QString>("name");
+        Row("company", "cmbAzienda");
+        Row("origin", "cmbOrigine");
+        Row("errors", "cmbErrors");
+    }
+    void TheWheelChangesNoChoice() {
+        QFETCH(QString, name);
+        TestWindow test;
+        test.Start();
+        CreateDatabase(test.Get().Quadrix, "ZZ9", "Nuova S.p.A.");
+        QComboBox& list = test.List(name);
+        test.List("cmbAzienda").showPopup();
+        test.List("cmbAzienda").hidePopup();
+        list.setCurrentIndex(0);
+        list.setFocus();
+        const QPointF at = list.rect().center();
+        QWheelEvent notch(at, list.mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(&list, &notch);
+        QCOMPARE(list.currentIndex(), 0);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(list.currentIndex(), 1);
+    }
+
+    /// Captions of an earlier origin stay; the hint tells what runs now.
+    void HintsTellWhatRuns() {
+        TestWindow test;
+        test.Start();
+        const auto hint = [&test](const char* name) {
+            const QPushButton& button = test.Button(name);
+            return button.accessibleDescription() == button.toolTip() ? button.toolTip() : QString();
+        };
+        QCOMPARE(hint("cmdImportCli"), QString("Scegliere prima l'origine dei dati"));
+        test.Choose("cmbOrigine", "WinProgest");
+        test.Choose("cmbOrigine", "Arca 2000");
+        QCOMPARE(Caption(test.Button("cmdImportCli")), QString("Riallinea DRORI"));
+        QCOMPARE(hint("cmdImportCli"), QString("Controparti da Arca 2000: ImportContropartiArca2000"));
+        QVERIFY(!test.Button("cmdImportCli").font().italic());
+        test.Choose("cmbOrigine", "Cometa");
+        QCOMPARE(hint("cmdImportCli"), QString("Controparti da Cometa: non disponibile in questa versione"));
+        QVERIFY(test.Button("cmdImportCli").font().italic());
+        const QComboBox& list = test.List("cmbOrigine");
+        QVERIFY(list.itemData(list.findText("Cometa"), Qt::ToolTipRole).toString().contains("Nessuna importazione"));
+        QVERIFY(list.itemData(list.findText("Arca 2000"), Qt::ToolTipRole).isNull());
     }
 
     void AnOriginShowsWhatASettingHid() {

@@ -159,7 +159,8 @@ private slots:
         driver.ErrorClicks.assign(clicks.begin(), clicks.end());
         test.Button("cmdImportCli").click();
         QCOMPARE(driver.Events.filter(QRegularExpression("^error ")).size(), asked);
-        QCOMPARE(driver.Events.filter(QRegularExpression("^reported ")).size(), done ? 0 : 1);
+        // Who ended it himself has seen the error.
+        QCOMPARE(driver.Events.filter(QRegularExpression("^reported ")).size(), done || asked > 0 ? 0 : 1);
         QCOMPARE(test.Result().outcome, done ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
         QCOMPARE(test.Result().givenUpCount, 1);
         QVERIFY(test.Result().AddsUp());
@@ -168,6 +169,37 @@ private slots:
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO").toLongLong(), test.Result().inserted);
         QVERIFY(test.Text("txtResult").contains("riga rifiutata"));
         QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+    }
+
+    /// Asked once in a run; the next one begins as the list says.
+    void IgnoreAllHoldsForOneRun() {
+        ArcaWindow test;
+        test.Get().Quadrix.Execute("CREATE TRIGGER Guasto BEFORE INSERT ON DEM_CON_TRO WHEN NEW.CDCON LIKE '00002%' "
+                                   "BEGIN SELECT RAISE(ABORT, 'riga rifiutata'); END");
+        for (int run = 0; run < 2; ++run) {
+            DialogDriver driver;
+            driver.ErrorClicks = {"cmdIgnoreAll"};
+            test.Button("cmdImportCli").click();
+            QCOMPARE(driver.Events.filter(QRegularExpression("^error ")).size(), 1);
+            QCOMPARE(test.Result().outcome, RunResult::Outcome::Done);
+            QVERIFY2(test.Result().givenUpCount > 1, qPrintable(QString::number(test.Result().givenUpCount)));
+            QVERIFY(test.Result().AddsUp());
+        }
+    }
+
+    /// What is told is the operation that was started last, also when it came to nothing.
+    void TheAccountNamesItsOperation() {
+        ArcaWindow test;
+        DialogDriver driver;
+        test.Button("cmdImportCli").click();
+        QVERIFY2(test.Text("txtResult").startsWith("Controparti da Arca 2000, azienda DEM " + Company + ", "),
+                 qPrintable(test.Text("txtResult")));
+        test.Set("IMPORT", "Databasename", test.Folder.filePath("manca"));
+        test.Button("cmdImportArt").click();
+        const QString account = test.Text("txtResult");
+        QVERIFY2(account.startsWith("Articoli da Arca 2000, azienda DEM "), qPrintable(account));
+        QVERIFY2(account.contains("Non eseguita") && account.contains("manca"), qPrintable(account));
+        QVERIFY(!account.contains("inserite"));
     }
 
     void ClosingDuringAnImportAsks_data() {

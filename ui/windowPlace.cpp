@@ -1,0 +1,32 @@
+#include "ui/windowPlace.h"
+
+#include <QDir>
+#include <QScreen>
+#include <QSettings>
+#include <QWidget>
+
+namespace windowPlace {
+
+namespace {
+
+const QString Key = QStringLiteral("Geometria");
+constexpr QSize Frame(16, 48); ///< what a desktop puts around a window, at the most
+
+QString FileIn(const QString& folder) { return QDir(folder).filePath(QStringLiteral("Finestra.ini")); }
+
+} // namespace
+
+void Restore(QWidget& window, const QString& folder) {
+    const QSettings kept(FileIn(folder), QSettings::IniFormat);
+    if (!window.restoreGeometry(kept.value(Key).toByteArray())) {
+        window.resize(Fitted(window.size(), window.screen()->availableSize()));
+    }
+}
+
+void Keep(const QWidget& window, const QString& folder) {
+    QSettings(FileIn(folder), QSettings::IniFormat).setValue(Key, window.saveGeometry());
+}
+
+QSize Fitted(const QSize& wanted, const QSize& available) { return wanted.boundedTo(available - Frame); }
+
+} // namespace windowPlace
