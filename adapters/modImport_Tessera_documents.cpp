@@ -424,7 +424,7 @@ void ImportDocAcqTessera(Session& session, const QString& singleCode, bool reset
             LoopOf(Suppliers(), "Documenti di Acquisto", where), [&](const SourceRow& row) { return orders.Row(row); },
             [&] { orders.End(); });
         if (toTheEnd) {
-            orders.TellLeft(*from);
+            orders.TellLeft(from);
             run.Complete(
                 QStringLiteral("Documenti di Acquisto Tessera importati correttamente: %1").arg(orders.Count()));
         }

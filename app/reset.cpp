@@ -1,6 +1,5 @@
 #include "app/reset.h"
 
-#include "app/confirmation.h"
 #include "core/runEnding.h"
 #include "sql/ovQueryConstructor.h"
 
