@@ -61,7 +61,8 @@ Rows Articles(const Target& target) {
 /// Many procedures delete those of some causes alone.
 Rows Documents(const Target& target) {
     return target.WithChildren("DOC_VEN", {"DOC_VER", "DOC_VED"}, "IDTES", true) +
-           target.WithChildren("DOC_ACQ", {"DOC_ACR", "DOC_ACD"}, "IDTES", true);
+           target.WithChildren("DOC_ACQ", {"DOC_ACR", "DOC_ACD"}, "IDTES", true) +
+           target.WithChildren("DOC_CTL", {"DOC_CTR", "DOC_CTD"}, "IDTES", true);
 }
 
 Rows Attachments(const Target& target) {

@@ -50,7 +50,7 @@ void AggiornaCostiPrezzi(Session& session, const QString& singleCode, bool /*res
                   .database = &session.Quadrix},
                  [&](const SourceRow& row) {
                      const bool hasChanged = bill.AggiornaCostiPrezzi(row.Value("RECORD_ID").toLongLong());
-                     return hasChanged ? RowOutcome::Updated : RowOutcome::Skipped;
+                     return hasChanged ? RowOutcome::Updated : run.Skip("costi e prezzi già aggiornati");
                  });
         run.Complete("Costi/Prezzi distinte correttamente aggiornati!");
     });

@@ -123,10 +123,10 @@ QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter
 }
 
 ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {
+    ShowError(error);
     if (!m_streams.ask) {
         return ErrorAnswer::Abort;
     }
-    ShowError(error);
     static const QVector<std::pair<QString, ErrorAnswer>> choices{{"riprova", ErrorAnswer::Retry},
                                                                   {"termina", ErrorAnswer::Abort},
                                                                   {"ignora", ErrorAnswer::Ignore},

@@ -70,7 +70,9 @@ public:
     void Explain(const QString& meaning) {
         const QString code = m_engineCode.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(m_engineCode);
         Reword(meaning + QStringLiteral(" (") + Message() + code + u')');
+        m_isExplained = true;
     }
+    bool IsExplained() const { return m_isExplained; }
     /// Whether the same statement may succeed after a while: what it needs is in use, or the connection has fallen.
     bool MayPass() const { return m_mayPass; }
     void SetMayPass(bool mayPass) { m_mayPass = mayPass; }
@@ -83,6 +85,7 @@ private:
     QString m_statement;
     QString m_engineMessage;
     QString m_engineCode;
+    bool m_isExplained = false;
     bool m_mayPass = false;
     bool m_answerLost = false;
 };

@@ -3,7 +3,6 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/text/dialect.h"
-#include "sql/text/refusal.h"
 
 #include <QThread>
 
@@ -79,9 +78,6 @@ auto ovConnection::WithDecision(const QString& statement, const Work& work) {
             return work();
         } catch (SqlError& error) {
             const bool mayBeDone = TellDoubt(error, statement);
-            if (const QString refused = refusal::Explain(error); !refused.isEmpty()) {
-                error.AddContext(refused);
-            }
             if (Errors == nullptr) {
                 throw;
             }

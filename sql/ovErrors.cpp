@@ -1,7 +1,5 @@
 #include "sql/ovErrors.h"
 
-#include "sql/text/refusal.h"
-
 namespace {
 constexpr int Tries = 4; ///< the first one and three more
 } // namespace
@@ -36,7 +34,7 @@ ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
     }
     entry.mayPass = dynamic_cast<const ImportError*>(&error) == nullptr;
     if (const auto* sql = dynamic_cast<const SqlError*>(&error)) {
-        entry.mayPass = !refusal::IsOfValues(*sql);
+        entry.mayPass = sql->MayPass() || !sql->IsExplained();
         entry.statement = sql->Statement();
         entry.engineMessage = sql->EngineMessage();
         if (!sql->EngineCode().isEmpty()) {

@@ -33,7 +33,7 @@ struct ErrorEntry {
     QString statement;     ///< empty when no statement failed
     QString engineMessage; ///< the engine's own words and code; empty when no statement failed
     QString rowKey;        ///< the source row under way; empty outside a row
-    bool mayPass = true;   ///< whether the same may succeed when it is tried again: not where a value is refused
+    bool mayPass = true;   ///< whether the same may succeed when it is tried again, as far as is known
 };
 
 /// The source row under way has been given up: its error is already in the collector.

@@ -26,13 +26,12 @@ QDate StartDateOf(Session& session) {
     if (session.DocumentsFrom.isValid()) {
         return session.DocumentsFrom;
     }
-    const QString section = QStringLiteral("IMPORT");
-    const QString key = QStringLiteral("DOC_DateStart");
-    const QString text = modMain::GetAppConfig(session, section, key, "01/01/2017");
+    const QString text = modMain::GetAppConfig(session, "IMPORT", "DOC_DateStart", "01/01/2017");
     const auto from = mod_ovTools::ReadDate(text);
     if (!from) {
-        throw ImportError(QStringLiteral("impostazione %1 della sezione %2: '%3' non è una data, scriverla gg/mm/aaaa")
-                              .arg(key, section, text));
+        throw ImportError(
+            QStringLiteral("impostazione DOC_DateStart della sezione IMPORT: '%1' non è una data, scriverla gg/mm/aaaa")
+                .arg(text));
     }
     return from->date();
 }

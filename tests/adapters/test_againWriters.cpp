@@ -115,7 +115,7 @@ private slots:
         QVERIFY(target.Left().isEmpty());
         again.TellRowsLeft();
         QCOMPARE(target.Left(), QStringList{"movimento 1/2024, magazzino '001': 2 rimangono in Quadrix"});
-        target.Get().Now = [] { return QDateTime(QDate(2025, 1, 2), QTime(8, 0)); };
+        target.Get().UserManager.DataElaborazione = QDate(2025, 1, 2);
         StockWriter(target.Run).Balance({.warehouse = "001", .article = "VITE", .quantity = 1});
         QCOMPARE(target.Rows("SELECT MMANN, MMNUM FROM X01_MOV_MAG"), QStringList({"2024|1", "2025|1"}));
     }

@@ -200,7 +200,7 @@ private slots:
             QCOMPARE(asked.style, Question::ExclamationNo);
         }
         QVERIFY(!company || result.entries[0].message == "tabelle svuotate: 60, righe eliminate: 1");
-        QCOMPARE(fake.Log().contains("Tabella X01_CON_TRO: svuotata, righe 1"), company);
+        QCOMPARE(fake.Log().contains("Tabella X01_CON_TRO: svuotata (1 riga eliminata)"), company);
         QCOMPARE(fake.Calls.contains("SvuotaTabelleCam -"), company && cam);
         QCOMPARE(result.entries.size(), 5 + (company ? 1 : 0) + (company && cam ? 1 : 0));
         QCOMPARE(result.entries.first().outcome, Outcome::Done);

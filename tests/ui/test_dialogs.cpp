@@ -261,7 +261,9 @@ private slots:
             static_cast<int>(Answer::GivenUp));
         Row("close button", std::function<void(QMessageBox&)>([](auto& box) { box.close(); }),
             static_cast<int>(Answer::GivenUp));
-        Row("no", std::function<void(QMessageBox&)>([](auto& box) { QTest::keyClick(&box, Qt::Key_N); }),
+        Row("no", std::function<void(QMessageBox&)>([](auto& box) {
+                box.template findChild<QPushButton*>("cmdNo")->click();
+            }),
             static_cast<int>(Answer::No));
     }
     void GivingAQuestionUpIsNoNo() {
