@@ -47,11 +47,15 @@ void EmptyStock(ImportRun& run, bool reset) {
 }
 
 StockWriter::Movement& StockWriter::FindMovement(const StockLine& line) {
-    const auto [place, isNew] = m_movements.try_emplace({line.warehouse, line.sheet});
-    Movement& movement = place->second;
-    if (!isNew) {
-        return movement;
-    }
+    const auto known = m_movements.find({line.warehouse, line.sheet});
+    // One that could not be looked up is not remembered: the next row would make a second one.
+    return known != m_movements.end()
+               ? known->second
+               : m_movements.emplace(std::pair(line.warehouse, line.sheet), ReadMovement(line)).first->second;
+}
+
+StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
+    Movement movement;
     Session& session = m_run.GetSession();
     const int year = session.UserManager.DataElaborazione.year();
     Recordset found =

@@ -61,6 +61,7 @@ private:
     };
     /// The movement that a line belongs to, of this run or an earlier one; with id 0 when there is none.
     Movement& FindMovement(const StockLine& line);
+    Movement ReadMovement(const StockLine& line) const;
     void InsertMovement(Movement& movement, const StockLine& line);
     qint64 FindRow(const Movement& movement, const StockLine& line) const;
 

@@ -118,7 +118,7 @@ private slots:
         test.Set("IMPORT", "Disable_ImportSaldi", "1");
         const QString path = test.Folder.filePath("Quadrix.ini");
         const QByteArray readable = ReadFile(path);
-        WriteFile(path, "\xEF\xBB\xBF" + readable);
+        WriteFile(path, "\xEF\xBB\xBF\xFF" + readable); // says that it is UTF-8, and is not
         DialogDriver driver;
         test.Start(mode);
         QCOMPARE(driver.Events.size(), 1);

@@ -164,7 +164,10 @@ private slots:
         QCOMPARE(test.Result().outcome, done ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
         QCOMPARE(test.Result().givenUpCount, 1);
         QVERIFY(test.Result().AddsUp());
-        QCOMPARE(driver.Events.last() == Completed, done);
+        QCOMPARE(driver.Events.last() ==
+                     "[!] Controparti importate correttamente!\nRighe abbandonate: 1. Il risultato e "
+                     "il log le elencano.",
+                 done);
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO WHERE CDCON = '000020'"), QString("0"));
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO").toLongLong(), test.Result().inserted);
         QVERIFY(test.Text("txtResult").contains("riga rifiutata"));
