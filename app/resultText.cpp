@@ -53,9 +53,10 @@ void AddList(QStringList& lines, const QString& title, const QStringList& entrie
 QStringList ResultLines(const RunResult& result, int most) {
     QStringList lines{EndingLine(result)};
     for (const RunResult::Emptied& emptied : result.emptied) {
-        lines.append(
-            QStringLiteral("Tabella %1 prima di importare: %2")
-                .arg(emptied.table, emptied.rows < 0 ? QStringLiteral("svuotata") : DeletedText(emptied.rows)));
+        if (emptied.rows != 0) {
+            const QString what = emptied.rows < 0 ? QStringLiteral("svuotata") : DeletedText(emptied.rows);
+            lines.append(QStringLiteral("Tabella %1: %2 prima di importare").arg(emptied.table, what));
+        }
     }
     lines.append(RowsLine(result));
     if (result.failedLookUps > 0) {

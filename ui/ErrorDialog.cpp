@@ -77,7 +77,7 @@ void ErrorDialog::Lay(const ErrorEntry& error, Kind kind) {
     if (error.statement.isEmpty()) {
         all->addStretch();
     }
-    auto* buttons = new QDialogButtonBox;
+    auto* buttons = new QDialogButtonBox(this); // its buttons must know their dialog to be its default
     AddCopy(*buttons, TextOf(error));
     if (kind == Kind::Choice) {
         AddChoices(*buttons, error);

@@ -106,7 +106,7 @@ private slots:
             "FROM X01_DOC_VEN WHERE DTNUM = 11");
         Run("ImportDocumentiWinProgest", {false});
         QCOMPARE(Log().count("RIGHE NON"), 1);
-        QVERIFY(Log().contains("RIGHE NON PIÙ NELL'ORIGINE: tabella 'TESTIMP', riga 2, NUMDOC '11': 1 rimangono"));
+        QVERIFY(Log().contains("RIGHE NON PIÙ NELL'ORIGINE: tabella 'TESTIMP', riga 2, NUMDOC '11': 1 rimane"));
     }
 
     void anErrorThatEndsTheBillsIsLogged() {

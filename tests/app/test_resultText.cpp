@@ -36,9 +36,9 @@ private slots:
         QCOMPARE(
             ResultLines(result, 1),
             QStringList({"Controparti da Arca 2000: interrotta dall'operatore dopo 12,3 s",
-                         "Tabella X01_CON_TRO prima di importare: 6.452 righe eliminate",
-                         "Tabella X01_IND_WEB prima di importare: 1 riga eliminata",
-                         "Tabella X01_NUM_TEL prima di importare: svuotata", account, "Ricerche non riuscite: 2",
+                         "Tabella X01_CON_TRO: 6.452 righe eliminate prima di importare",
+                         "Tabella X01_IND_WEB: 1 riga eliminata prima di importare",
+                         "Tabella X01_NUM_TEL: svuotata prima di importare", account, "Ricerche non riuscite: 2",
                          "Tabella CON_TRO: scritte 10.003, aggiornate 12, annullate 3",
                          "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
                          "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",

@@ -11,7 +11,9 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QSet>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTest>
 
 namespace {
@@ -102,8 +104,8 @@ void TakeProgress(TestWindow& test, const Album& album) {
 void TakeError(TestWindow& test, const Album& album) {
     ErrorEntry error;
     error.time = QDateTime(QDate(2024, 3, 5), QTime(10, 20, 30));
-    error.message = "tabella DEM_CON_TRO, colonna COIVA: il valore '01234567890' è già presente: UNIQUE constraint "
-                    "failed: DEM_CON_TRO.COIVA";
+    error.message = "il valore '01234567890' è già presente nella colonna 'COIVA' della tabella 'DEM_CON_TRO', che non "
+                    "ammette doppioni (UNIQUE constraint failed: DEM_CON_TRO.COIVA [SQLITE_CONSTRAINT])";
     error.mayPass = false;
     error.rowKey = "tabella 'anagrafe', riga 214, codice 'C00214'";
     error.statement = "INSERT INTO DEM_CON_TRO\r\n(CDCON, CORAS, COIVA)\r\nVALUES\r\n('000214', 'Carpenteria Rossi & "
@@ -114,10 +116,55 @@ void TakeError(TestWindow& test, const Album& album) {
     album.Take(dialog, "errore");
 }
 
+/// Takes what an import shows while it runs: the question before a reset, the log in the middle, the end.
+class ImportPictures {
+public:
+    ImportPictures(TestWindow& test, const Album& album)
+        : m_test(test),
+          m_album(album) {}
+
+    /// For a dialog that is shown; true while a picture is taken.
+    bool Look(QWidget& dialog) {
+        const QString name = NameOf(dialog);
+        if (m_isTaking || name.isEmpty() || m_taken.contains(name)) {
+            return m_isTaking;
+        }
+        m_isTaking = true;
+        m_taken.insert(name);
+        m_album.Take(name.startsWith("frmImport") ? m_test.Window() : dialog, name);
+        m_isTaking = false;
+        return false;
+    }
+
+private:
+    static QString NameOf(const QWidget& dialog) {
+        if (const auto* progress = qobject_cast<const frmProgress*>(&dialog)) {
+            return progress->Value() > progress->Max() / 2 ? "frmImport-registro" : "";
+        }
+        const auto* box = qobject_cast<const QMessageBox*>(&dialog);
+        const QString text = box == nullptr ? QString() : box->text();
+        return text.startsWith("Resettare")               ? "conferma"
+               : text.startsWith("Controparti importate") ? "fine-incompleta"
+                                                          : "";
+    }
+
+    TestWindow& m_test;
+    const Album& m_album;
+    QSet<QString> m_taken;
+    bool m_isTaking = false;
+};
+
 void TakeImport(TestWindow& test, const Album& album) {
     DialogDriver driver;
     test.Choose("cmbOrigine", "Arca 2000");
+    test.Choose("cmbErrors", "Ignora e continua");
     album.Take(test.Window(), "frmImport-arca2000");
+    test.Button("cmdImportCli").click(); // so that a reset has rows to delete
+    test.Get().Quadrix.Execute("CREATE TRIGGER REFUSED BEFORE INSERT ON DEM_CON_TRO WHEN NEW.CDCON = '000020' "
+                               "BEGIN SELECT RAISE(ABORT, 'riga rifiutata'); END");
+    ImportPictures pictures(test, album);
+    driver.On = [&pictures](QWidget& dialog) { return pictures.Look(dialog); };
+    test.Window().findChild<QTabWidget*>()->setCurrentIndex(1);
     test.Button("cmdImportCli").click();
     if (test.Get().Results.isEmpty() || test.Get().Results.last().outcome != RunResult::Outcome::Done) {
         qFatal("the import failed: %s", qPrintable(driver.Events.join('\n')));
