@@ -239,7 +239,7 @@ void Importer::SetPhase(const SourceRow& row, TargetRow& target) {
 void RequireVatCode(Session& session) {
     if (!IsThere(session, "TAB_IVA", "CDIVA", VatCode)) {
         throw ImportError(
-            QStringLiteral("Nulla è stato scritto: in TAB_IVA manca il codice IVA '%1', che hanno le righe "
+            QStringLiteral("Non è stato scritto nulla: in TAB_IVA manca il codice IVA '%1', che hanno le righe "
                            "dei documenti; inserirlo con la sua aliquota e ripetere")
                 .arg(VatCode));
     }

@@ -182,6 +182,18 @@ qint64 SequenceResult::GivenUp() const {
     return rows;
 }
 
+Ending SequenceResult::HowItEnded() const {
+    RunResult whole;
+    whole.outcome = outcome;
+    Ending ending = EndingOf(whole);
+    for (const SequenceEntry& entry : entries) {
+        for (const RunResult& result : entry.results) {
+            ending = std::max(ending, EndingOf(result));
+        }
+    }
+    return ending;
+}
+
 QString OutcomeText(Outcome outcome) {
     static const QMap<Outcome, QString> texts{
         {Outcome::NotReached, "non raggiunto"}, {Outcome::Done, "completato"},

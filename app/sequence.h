@@ -2,6 +2,7 @@
 
 #include "adapters/registry.h"
 #include "app/importFlow.h"
+#include "core/runEnding.h"
 
 /// What is fixed for one installation: read from "Sequence.ini", beside the settings file of the program.
 struct SequenceSettings {
@@ -82,6 +83,9 @@ struct SequenceResult {
 
     /// Source rows that its procedures gave up.
     qint64 GivenUp() const;
+    /// How the whole ended: a step that failed or was skipped makes it fail, a row that a procedure gave up, or a
+    /// look-up that failed, makes it incomplete.
+    Ending HowItEnded() const;
 };
 
 /// What the sequences show or ask in the main window; a function that is not there is left out.

@@ -116,8 +116,12 @@ QStringList SequenceRun::Shortcomings() const {
             }
         } else if (entry.outcome != Outcome::Done) {
             others.append(entry.step + ": " + entry.message);
-        } else if (const qint64 rows = entry.GivenUp(); rows > 0) {
-            others.append(QStringLiteral("%1: righe abbandonate %2").arg(entry.step).arg(rows));
+        } else {
+            for (const RunResult& result : entry.results) {
+                if (const QString losses = LossesText(result); !losses.isEmpty()) {
+                    others.append(entry.step + ": " + losses);
+                }
+            }
         }
     }
     return unreachable + others;

@@ -85,10 +85,11 @@ Report Sequence(Context& context) {
     context.session.Errors.Action = ErrorsFrom(context.options);
     const SequenceResult result =
         script == 1 ? ::Sequence(context.session, settings, window) : Sequence2(context.session, settings, window);
-    Report report{ExitCodeOf(result.outcome), SequenceLines(result).join(u'\n'), {}};
+    const Ending ending = result.HowItEnded();
+    Report report{ExitCodeOf(ending), SequenceLines(result).join(u'\n'), {}};
     report.json["script"] = script;
     report.json["company"] = settings.company;
-    report.json["outcome"] = cli::OutcomeName(result.outcome);
+    report.json["outcome"] = EndingName(ending);
     report.json["givenUp"] = result.GivenUp();
     report.json["steps"] = EntriesJson(result);
     report.json["log"] = result.logFile;

@@ -292,6 +292,7 @@ private slots:
         const SequenceResult result = fake.Run();
         QCOMPARE(result.outcome, RunResult::Outcome::Done);
         QCOMPARE(result.GivenUp(), 3);
+        QCOMPARE(result.HowItEnded(), Ending::Incomplete);
         QCOMPARE(result.entries[0].told, QStringList("ImportContropartiArcaEvolution: fatto!"));
         QVERIFY(SequenceLines(result).contains("  ImportSaldiFerrobrio: fatto!"));
         QVERIFY(fake.Log().contains("ImportContropartiArcaEvolution: fatto!"));
@@ -300,7 +301,7 @@ private slots:
         QCOMPARE(fake.Target.Person.Messages[0].icon, Icon::Exclamation);
         QCOMPARE(fake.Target.Person.Messages[0].text,
                  QString("Importazione terminata, ma non tutto è riuscito:\nDocumenti da Lantek 24 e Distinte Base / "
-                         "Ord. Prod.: righe abbandonate 3"));
+                         "Ord. Prod.: Righe abbandonate: 3"));
     }
 
     /// The date of the sequence counts in both scripts, for its own time, and is nowhere written down.
