@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <numeric>
 
 namespace {
 
