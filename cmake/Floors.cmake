@@ -40,5 +40,7 @@ function(quadrix_test name)
     target_compile_definitions(test_${name} PRIVATE QUADRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     target_precompile_headers(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
     add_test(NAME ${name} COMMAND test_${name})
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_DISABLE_STACK_DUMP=1")
+    # Qt's five minutes hold for all rows of a function together, which a busy machine may need for those of all modules.
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT
+        "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_DISABLE_STACK_DUMP=1;QTEST_FUNCTION_TIMEOUT=1800000")
 endfunction()
