@@ -208,6 +208,7 @@ private slots:
     void deep() {
         constexpr int levels = 4000;
         Bills target;
+        target.Db().Written = {}; // so many rows are made in the words of SQLite
         target.Db().BeginTrans();
         target.Execute(QString("WITH RECURSIVE N(N) AS (SELECT 0 UNION ALL SELECT N + 1 FROM N WHERE N < %1) "
                                "INSERT INTO X01_ART_ICO (CDART, ARCOS, ARPRZ) SELECT 'A' || N, 1, 2 FROM N")
