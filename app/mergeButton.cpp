@@ -79,7 +79,6 @@ bool AgreesToMatches(Operator& person, const MergeResult& preview, bool updateRe
     if (preview.takesUp) {
         question.append(preview.earlier && !preview.earlier->IsDone()
                             ? QString(EarlierMergeText(*preview.earlier) + ": si riprende.")
-
                             : QStringLiteral("Una fusione precedente è rimasta interrotta: si riprende."));
     }
     question.append(QStringLiteral("\nFondere le controparti di %1 in quelle di %2?")
