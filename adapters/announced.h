@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 
 /// The origins of the list that have no module yet: what choosing them does to the window is known, the procedures are
 /// not there. Giving one its module takes its row out of here.

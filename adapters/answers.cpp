@@ -1,6 +1,6 @@
 #include "adapters/answers.h"
 
-#include "adapters/contract/Document.h"
+#include "adapters/contract/write/Document.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "adapters/emptied.h"
 
-#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/write/Counterparty.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {

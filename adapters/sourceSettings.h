@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 
 /// How the sources of the origins open: each function makes the preparation of one kind of source, for the entry of an
 /// origin. The settings are those of section IMPORT; a missing one is written with the default given here, as reading

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 
 /// How opening a source ended.
 enum class SourceOutcome {

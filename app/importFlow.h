@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 
 /// The four ways of dealing with errors, as the window lists them ("Gestiti dall'utente" first).
 const QStringList& ErrorModes();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 
 /// What a procedure does, as the operator calls it: "Controparti da Arca 2000". One that imports nothing is called by
 /// its button's caption, or else by its own name: "Riallinea DRORI (WinProgest)".

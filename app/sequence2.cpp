@@ -1,5 +1,5 @@
-#include "adapters/contract/Document.h"
-#include "adapters/contract/SourceRow.h"
+#include "adapters/contract/run/SourceRow.h"
+#include "adapters/contract/write/Document.h"
 #include "app/connectSource.h"
 #include "app/sequenceRun.h"
 

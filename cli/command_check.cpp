@@ -1,4 +1,4 @@
-#include "adapters/contract/Cam.h"
+#include "adapters/contract/write/Cam.h"
 #include "app/connectSource.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"

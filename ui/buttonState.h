@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 
 /// The task that the program was started for.
 enum class StartMode { None, Fast, Fast2, Fast3, Fast4 };

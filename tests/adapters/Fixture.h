@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 #include "tests/support/TestTarget.h"
 
 /// The modules, each with an origin that stands for it: those of the list, and the template.

@@ -1,6 +1,6 @@
-#include "adapters/contract/PaymentTerm.h"
-#include "adapters/contract/rules.h"
-#include "adapters/modImport_ArcaEvolution.h"
+#include "adapters/contract/map/rules.h"
+#include "adapters/contract/write/PaymentTerm.h"
+#include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 

@@ -1,4 +1,4 @@
-#include "adapters/contract/Bill.h"
+#include "adapters/contract/write/Bill.h"
 #include "core/billCycles.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"

@@ -47,7 +47,14 @@ class TestContract : public QObject {
 private slots:
     void FilesListAndFixturesAgree() {
         const QStringList modules = FixtureOrigins().keys();
-        QCOMPARE(EntriesOf("/adapters", {"modImport_*.cpp"}, QDir::Files), modules);
+        QStringList folders =
+            QDir(Source + "/adapters/origins").entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+        for (QString& folder : folders) {
+            QVERIFY2(QFile::exists(Source + "/adapters/origins/" + folder + "/modImport_" + folder + ".cpp"),
+                     qPrintable(folder));
+            folder.prepend("modImport_");
+        }
+        QCOMPARE(folders, modules);
         QCOMPARE(EntriesOf("/tests/adapters/fixtures", {"modImport_*"}, QDir::Dirs), modules);
     }
 

@@ -1,4 +1,4 @@
-#include "adapters/contract/Counterparty.h"
+#include "adapters/contract/write/Counterparty.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"

@@ -1,4 +1,4 @@
-#include "adapters/contract/ImportRun.h"
+#include "adapters/contract/run/ImportRun.h"
 #include "core/ovDistinta.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"

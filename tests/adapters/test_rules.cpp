@@ -1,4 +1,4 @@
-#include "adapters/contract/rules.h"
+#include "adapters/contract/map/rules.h"
 #include "sql/mod_ovTools.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"

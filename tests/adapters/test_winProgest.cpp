@@ -1,4 +1,4 @@
-#include "adapters/modImport_WinProgest.h"
+#include "adapters/origins/WinProgest/modImport_WinProgest.h"
 #include "adapters/registry.h"
 #include "sources/fileSource.h"
 #include "tests/adapters/Fixture.h"

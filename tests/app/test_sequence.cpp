@@ -1,4 +1,4 @@
-#include "adapters/contract/Document.h"
+#include "adapters/contract/write/Document.h"
 #include "app/sequence.h"
 #include "core/modImport.h"
 #include "tests/support/errorOf.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/Origin.h"
+#include "adapters/contract/run/Origin.h"
 #include "core/Session.h"
 
 /// Runs the procedure of that name, over the source that is open, and returns its account.

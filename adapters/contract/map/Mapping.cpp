@@ -1,0 +1,52 @@
+#include "adapters/contract/map/Mapping.h"
+
+#include "adapters/contract/run/TargetRow.h"
+
+namespace contract {
+
+void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const {
+    for (const MapLine& line : lines) {
+        try {
+            if (const RuleValue value = line.rule.apply({session, row, line.sources, facts})) {
+                target.Set(line.target, *value);
+            }
+        } catch (ImportError& error) {
+            if (!line.sources.isEmpty()) {
+                error.AddContext(QStringLiteral("colonna '%1'").arg(line.sources.join(QStringLiteral("', '"))));
+            }
+            throw;
+        }
+    }
+}
+
+QStringList Mapping::SourceColumns() const {
+    QStringList columns;
+    for (const MapLine& line : lines) {
+        columns += line.sources;
+    }
+    columns.removeDuplicates();
+    return columns;
+}
+
+QStringList Mapping::TargetColumns() const {
+    QStringList columns;
+    for (const MapLine& line : lines) {
+        columns.append(line.target);
+    }
+    return columns;
+}
+
+QString Mapping::Page() const {
+    QString page =
+        QStringLiteral("### %1 from %2\n\n| Target | Source | Rule |\n|---|---|---|\n").arg(targetTable, sourceTable);
+    for (const MapLine& line : lines) {
+        page += QStringLiteral("| `%1` | %2 | %3 |\n")
+                    .arg(line.target,
+                         line.sources.isEmpty() ? QStringLiteral("none")
+                                                : u'`' + line.sources.join(QStringLiteral("`, `")) + u'`',
+                         line.rule.text);
+    }
+    return page;
+}
+
+} // namespace contract

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "adapters/contract/map/rules.h"
+
+namespace contract {
+
+class TargetRow;
+
+/// One line of a mapping table: the target column, the source column (several are joined, separated by ", "; empty for
+/// none) and the rule between them.
+struct MapLine {
+    MapLine(QString targetColumn, const QString& sourceColumns, Rule how)
+        : target(std::move(targetColumn)),
+          sources(sourceColumns.split(QStringLiteral(", "), Qt::SkipEmptyParts)),
+          rule(std::move(how)) {}
+
+    QString target;
+    QStringList sources;
+    Rule rule;
+};
+
+/// How a row of one source table becomes a row of one target table, column by column in target order.
+struct Mapping {
+    QString targetTable; ///< bare name
+    QString sourceTable;
+    std::vector<MapLine> lines;
+
+    /// Sets every column whose rule gives a value. An `ImportError` of a rule or of a value that does not fit gains
+    /// the name of its source column.
+    void Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const;
+    /// Source columns that are read, each once.
+    QStringList SourceColumns() const;
+    /// Target columns that are written.
+    QStringList TargetColumns() const;
+    /// The mapping as a Markdown table: target, source, rule.
+    QString Page() const;
+};
+
+} // namespace contract

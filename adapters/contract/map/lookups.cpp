@@ -1,0 +1,111 @@
+#include "adapters/contract/map/lookups.h"
+
+#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "core/modImport.h"
+#include "core/Schema.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+/// `TranslatedCode`, or what stands in for it; the log tells which code that was.
+/// @param what kind of the line in the log
+QString CodeOrDefault(Session& session, const QString& what, const QString& table, const QString& field,
+                      const QString& code, const QString& codeTable, const QString& otherwise) {
+    const QString known = TranslatedCode(session, table, field, code, codeTable);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    modImport::LogNote(session, QStringLiteral("%1: %2: '%3' non è in %4 né tradotto in SYS_IMP (%5, %6), scritto '%7'")
+                                    .arg(what, session.Errors.RowKey(), code, codeTable, table, field, otherwise));
+    return otherwise;
+}
+
+} // namespace
+
+QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
+               const QString& column) {
+    return mod_ovTools::ToText(session.Quadrix.GetDbValue(table, keyColumn, keyValue, column)).trimmed();
+}
+
+qint64 IdWhere(Session& session, const QString& table, const QString& condition) {
+    return session.Quadrix.ExecuteCommand(QStringLiteral("SELECT RECORD_ID FROM ") +
+                                          session.Quadrix.GetFullTableName(table) + QStringLiteral(" WHERE ") +
+                                          condition);
+}
+
+qint64 LastId(Session& session, const QString& table) {
+    return session.Quadrix.ExecuteCommand(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") +
+                                          session.Quadrix.GetFullTableName(table));
+}
+
+QString Equals(const Session& session, const QString& column, const QString& text) {
+    return column + QStringLiteral(" = ") +
+           mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
+}
+
+QString Equals(const QString& column, qint64 number) {
+    return column + QStringLiteral(" = ") + QString::number(number);
+}
+
+QString OnDay(const Session& session, const QString& column, const QVariant& day) {
+    const bool blank = mod_ovTools::ToText(day).trimmed().isEmpty();
+    return column + (blank
+                         ? QStringLiteral(" IS NULL")
+                         : QString(QStringLiteral(" = ") +
+                                   mod_ovTools::FormatSqlValue(day, DataType::DateTime, session.Quadrix.ProviderType)));
+}
+
+QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,
+                       const QString& codeTable) {
+    const QString known = modImport::GetNewCode(session, table, field, code, false);
+    if (!known.isEmpty() || code.isEmpty()) {
+        return known;
+    }
+    if (IsThere(session, codeTable, schema::FindTable(codeTable)->CodeColumn(), code)) {
+        return code;
+    }
+    return modImport::GetNewCode(session, table, field, code, true);
+}
+
+QString VatCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {
+    return code.isEmpty() ? QString()
+                          : CodeOrDefault(session, QStringLiteral("CODICE IVA NON TROVATO"), table, field, code,
+                                          QStringLiteral("TAB_IVA"), schema::defaults::VatCode);
+}
+
+QString CurrencyOf(Session& session, const QString& table, const QString& field, const QString& code) {
+    return code.isEmpty() ? schema::defaults::Currency
+                          : CodeOrDefault(session, QStringLiteral("VALUTA NON TROVATA"), table, field, code,
+                                          QStringLiteral("TAB_VAL"), schema::defaults::Currency);
+}
+
+void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
+                  const QString& newCode) {
+    Session& session = run.GetSession();
+    const qint64 known =
+        IdWhere(session, "SYS_IMP",
+                Equals(session, "TBNAM", table) + QStringLiteral(" AND ") + Equals(session, "TBFLD", field) +
+                    QStringLiteral(" AND ") + Equals(session, "TBOLD", oldCode));
+    TargetRow row(run, "SYS_IMP");
+    row.Set("TBNEW", newCode);
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Set("TBNAM", table);
+        row.Set("TBFLD", field);
+        row.Set("TBOLD", oldCode);
+        row.Insert();
+        run.WhenTakenBack([=, &session] { modImport::ForgetNewCode(session, table, field, oldCode); });
+    }
+    modImport::RememberNewCode(session, table, field, oldCode, newCode);
+}
+
+bool IsThere(Session& session, const QString& table, const QString& column, const QString& value) {
+    return session.Quadrix.CheckExistValue(table, column, value);
+}
+
+} // namespace contract

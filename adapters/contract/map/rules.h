@@ -1,0 +1,164 @@
+#pragma once
+
+#include "adapters/contract/run/SourceRow.h"
+#include "core/amounts.h"
+#include "core/Session.h"
+
+#include <array>
+
+namespace contract {
+
+/// What a counterparty is in the source: one of the two, or both.
+struct Roles {
+    bool customer = false;
+    bool supplier = false;
+};
+
+/// The roles of a source that keeps customers and suppliers apart.
+inline Roles RoleOf(bool customer) { return {customer, !customer}; }
+
+/// What a procedure knows of the row under way before its mapping is applied.
+struct Facts {
+    QString code;     ///< the Quadrix code assigned to the row
+    Roles roles = {}; ///< of a counterparty
+};
+
+/// What a rule works on.
+struct RuleInput {
+    Session& session;
+    const SourceRow& row;
+    const QStringList& columns; ///< source columns of the mapping line
+    const Facts& facts;
+
+    /// The texts of the source columns, without surrounding blanks, joined with one blank; empty ones are left out.
+    QString Text() const;
+    /// The value of the first source column, as read.
+    QVariant Value() const { return row.Value(columns.first()); }
+};
+
+/// Value of a target column; none leaves the column out.
+using RuleValue = std::optional<QVariant>;
+
+/// The role that a column of a counterparty belongs to.
+enum class Side { Both, Customer, Supplier };
+
+/// A small conversion with a name that the mapping pages show.
+struct Rule {
+    QString text; ///< what it does, in a few words
+    std::function<RuleValue(const RuleInput&)> apply;
+    Side side = Side::Both;
+};
+
+/// The rules of the mapping tables. Texts come without surrounding blanks.
+namespace rules {
+
+/// The value as it was read.
+Rule AsRead();
+/// The whole text.
+Rule Text();
+/// The first n characters.
+Rule First(int count);
+/// The characters from the n-th (from 1) onward.
+Rule From(int position);
+/// The second line of a name: what the first n characters leave of the first source column, and the last one.
+Rule SecondName(int count);
+/// The first n characters, without surrounding blanks, in upper case.
+Rule FirstUpper(int count);
+/// At most `count` characters from the n-th (from 1) onward, without blanks in front and behind.
+Rule Part(int position, int count);
+/// A whole number in so many digits (with 3, "7" gives "007"); any other text as it is.
+Rule Digits(int count);
+Rule ThreeDigits();
+/// The text without any blanks.
+Rule WithoutBlanks();
+/// The number that the text begins with: "10+5" gives 10, and what is left behind is logged. Blank is left out. Raises
+/// `ImportError` when the text begins with none.
+Rule LeadingNumber();
+/// A number rounded to a count of decimals; blank is Null. Raises `ImportError` when it is no number.
+Rule RoundedTo(int decimals);
+/// The first of the source columns that holds a number other than zero, rounded to 6 decimals; 0 when none does.
+Rule FirstNotZero();
+/// Mark-up in percent of a price (first source column) over a cost (the first other column that is not zero), rounded
+/// to 2 decimals; 0 without a cost.
+Rule MarkUp();
+/// The code assigned to the row, " - " and the text; the first n characters of it all.
+Rule CodeAndText(int count);
+/// A number times a factor, rounded to 6 decimals; blank is Null. Raises `ImportError` when it is no number.
+Rule Times(double factor);
+/// The n-th (from 1) of the discounts that a text joins with "+": of "10+4" the second is 4; left out when there is
+/// none. Raises `ImportError` when a part is no number, or there are more than three.
+Rule Discount(int position);
+/// Whether the text is the given one, compared without case.
+Rule Is(const QString& text);
+/// The opposite of a yes or no.
+Rule Not(const Rule& rule);
+/// Whether a flag of the source is set: "S", "Y", "T", "True", "1" or "-1", in any case.
+Rule Flag();
+/// The first n characters in upper case; `blank` when there is none.
+Rule UpperOr(int count, const QString& blank);
+/// Another text in place of each of the given ones, compared without case; `otherwise` for the rest.
+Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherwise);
+/// The same value for every row.
+Rule Constant(const QVariant& value);
+/// The day of the import.
+Rule Today();
+/// The moment in the source column; the moment of the import when it is blank.
+Rule MomentOrNow();
+/// The code assigned to the row.
+Rule Code();
+/// Whether the row is a customer.
+Rule IsCustomer();
+/// Whether the row is a supplier.
+Rule IsSupplier();
+/// The Quadrix code of SYS_IMP (a missing one is recorded there); left out when there is none.
+Rule Translated(const QString& table, const QString& field);
+/// As `Translated`; `blank` when the text is blank.
+Rule TranslatedOr(const QString& table, const QString& field, const QString& blank);
+/// As `Translated`; the text in upper case when there is no Quadrix code, `blank` when the text is blank.
+Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank);
+/// As `Translated`; without a Quadrix code the text itself when a Quadrix table has it as its code.
+Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable);
+/// One column of the row of a Quadrix table whose key column has the text as its value; left out when there is none.
+Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column);
+/// A VAT code, as `VatCodeOf` finds it; the ordinary rate when the text is blank.
+Rule VatCode(const QString& table, const QString& field);
+/// A currency, as `CurrencyOf` finds it.
+Rule Currency(const QString& table, const QString& field);
+/// Left out unless the rule gives a VAT code of TAB_IVA with rate zero: an exemption.
+Rule Exemption(const Rule& vatCode);
+/// The exemption that a VAT code of the source is, as `TranslatedOrKnown` finds it in TAB_IVA.
+Rule ExemptVat(const QString& table, const QString& field);
+
+/// A country: as `Translated`; without a translation "ITA" for blank, "I", "IT", "ITA" and "ITALIA", else the text when
+/// it has three characters, else left out.
+Rule Country(const QString& table, const QString& field);
+
+/// `otherwise` when the rule gives no value, or a blank one.
+Rule Or(const Rule& rule, const QVariant& otherwise);
+/// Left out when the source column is blank.
+Rule NotBlank(const Rule& rule);
+/// Left out when another source column is blank.
+Rule WhenNotBlank(const QString& column, const Rule& rule);
+/// A column of the role of customer: left out for who is none.
+Rule CustomerOnly(const Rule& rule);
+/// A column of the role of supplier: left out for who is none.
+Rule SupplierOnly(const Rule& rule);
+
+} // namespace rules
+
+/// The number of a source column, 0 when it is blank. Raises `ImportError` naming the column when it is no number.
+double NumberOf(const SourceRow& row, const QString& column);
+
+/// The discounts that a text joins with "+", 0 for those that are not there: "10+4" gives 10, 4, 0. Raises
+/// `ImportError` when a part is no number, or there are more than three.
+std::array<double, 3> DiscountsOf(const QString& text);
+/// The same of a source column, which the error names.
+std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column);
+
+using ::MarkUpOf;
+using ::RoundedTo;
+
+/// The number that a text begins with, with "." as decimal mark; none when it begins with no digit.
+std::optional<double> ReadLeadingNumber(const QString& text);
+
+} // namespace contract

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "adapters/contract/run/Needs.h"
+#include "adapters/contract/run/RowUnderWay.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "core/modImport.h"
+
+namespace contract {
+
+/// What became of a source row.
+enum class RowOutcome { Inserted, Updated, Skipped };
+
+/// One run of one import procedure: announcement, preflight, emptying, questions, the row loop with progress, cancel
+/// and the account, the completion message, and the guard around it all. When it ends, its result is in the session.
+class ImportRun {
+public:
+    /// @param singleCode empty imports everything; otherwise nothing is announced, shown or cancelled
+    ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode);
+
+    /// Runs the procedure's body: an error is reported under its name and ends it. The pointer, the progress dialog
+    /// and the source's recordsets are restored and closed in every case.
+    void Guard(const std::function<void()>& body);
+
+    /// From now on an error that ends the run stands in the log too, behind this text ("Errore: ").
+    void LogErrorsAs(const QString& text) { m_errorText = text; }
+
+    /// Starts a new log with the announcement; a run of a single code is not announced.
+    void Announce(const QString& announcement);
+    /// Writes the announcement behind what the log holds already.
+    void AnnounceAppending(const QString& announcement);
+    /// Checks that the source and the target hold what the run reads and writes, before anything is written.
+    /// Raises `ImportError` listing everything that is missing.
+    void Preflight(const Needs& needs);
+    /// Empties tables (bare names), in their order, when the operator asked for it. Result and log tell the rows.
+    void Truncate(bool reset, const QStringList& tables);
+    /// Runs a statement that deletes rows of a table (physical name) before the first row is read; result and log tell
+    /// how many.
+    void Delete(const QString& table, const QString& statement);
+    /// Asks a yes/no question of this origin. When the operator gives it up, the run ends there as cancelled.
+    bool Ask(const QString& question);
+    /// Asks for a text; the same.
+    QString Input(const QString& prompt, const QString& title, const QString& defaultText);
+
+    /// A loop over source rows.
+    struct Loop {
+        QString step;      ///< for the progress dialog
+        QString table;     ///< source table, for messages
+        QString keyColumn; ///< its code column, for messages; several are joined, separated by ", "
+        QString count;     ///< query that counts the rows
+        QString select;    ///< query that reads them
+        /// Columns whose values tell which rows belong together, such as the rows of a document, and by which the rows
+        /// come ordered; empty: every row stands alone. Rows that belong together are carried over or given up as one,
+        /// and a cancel waits for their end.
+        QStringList group = {};
+        /// The database that holds the rows; null: the source of the import.
+        ovConnection* database = nullptr;
+    };
+    using RowWork = std::function<RowOutcome(const SourceRow&)>;
+    /// Reads the rows and hands each to `row`. A row that cannot be carried over goes the way the error collector's
+    /// `Action` says; what it wrote before is taken back, with the rows that belong to it.
+    /// @param groupEnd called after the last of the rows that belong together
+    /// @return false when the operator cancelled
+    bool Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd = {});
+    /// Leaves the row under way out by a rule of the import, which the result tells with the number of its rows.
+    /// @param rule in the operator's words, e.g. "documento già importato"
+    RowOutcome Skip(const QString& rule) {
+        m_rule = rule;
+        return RowOutcome::Skipped;
+    }
+    /// Shows the completion message, unless the run was cancelled or of a single code.
+    void Complete(const QString& message);
+
+    /// Switches the triggers of a table (bare name) on again, whatever has happened. It is tried once more when it
+    /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told.
+    void SwitchTriggersOn(const QString& table) noexcept;
+
+    /// Appends a line about the row under way to the import log; it also stands in the result.
+    void Log(const QString& message);
+    /// A text as an SQL literal of the target.
+    QString Quoted(const QString& text) const;
+    /// "\rWHERE column = 'code'", the condition of a run of a single code; empty for a run of all.
+    /// @param lead what stands before the column, with the white space before it, e.g. "\rWHERE" or " AND"
+    QString OnlyCode(const QString& lead, const QString& column, const QString& code) const;
+    /// Physical name of a company table: the company's code and the bare name.
+    QString FullName(const QString& table) const { return m_session.Quadrix.GetFullTableName(table); }
+    Session& GetSession() const { return m_session; }
+    /// How codes and texts are written, as the configuration said when the run began.
+    const modImport::FieldCase& Case() const { return m_case; }
+    bool IsSingle() const { return m_single; }
+    /// Key of the row under way, for log lines.
+    const QString& RowKey() const { return m_session.Errors.RowKey(); }
+
+    /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones
+    /// too.
+    void KeepWritten();
+    /// Has the writer of the row that was written last called when that row, new or rewritten, is taken back: what it
+    /// remembers of it must not serve later rows.
+    void WhenTakenBack(std::function<void()> forget);
+
+    /// Rows of a table (bare name) that the run has written so far, without those taken back.
+    qint64 WrittenRows(const QString& table) const;
+    /// Called by `TargetRow`: counts a row that was written for the source row under way.
+    void Inserted(const QString& table);
+    void Updated(const QString& table);
+
+private:
+    struct Written {
+        QString table;
+        qint64 id; ///< 0: no row, but something to forget
+        std::function<void()> forget = {};
+    };
+    /// The rows under way that belong together, and what became of those that are done.
+    struct Group {
+        QString value = {};
+        QStringList keys = {};
+        qint64 inserted = 0;
+        qint64 updated = 0;
+        qint64 skipped = 0;
+        QMap<QString, qint64> skippedBy = {};
+        bool givenUp = false;
+        QString culprit = {}; ///< the row that has been given up with its reason
+    };
+    ovConnection& DatabaseOf(const Loop& loop) const;
+    void ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
+                  const std::function<void()>& groupEnd);
+    void ProcessRow(const QString& key, const std::function<RowOutcome()>& row);
+    void EndGroup(const std::function<void()>& groupEnd);
+    void Attempt(const QString& key, const std::function<void()>& work);
+    void Account(RowOutcome outcome);
+    void GiveUp(const QString& key, const QString& reason);
+    void GiveUpFor(const Error& error, const QString& key) noexcept;
+    QString CountGivenUp(const QString& key, const QString& reason);
+    QStringList TakeBack(size_t from);
+    QStringList LeaveWritten(size_t from, const QString& reason);
+    void TellInterrupted();
+    void NoteUnderWay(const QString& key);
+    void LogError();
+    void AppendToLog(const QString& line);
+    void LogOrReport(const QString& message);
+    void TellEmptied(const QString& table, qint64 rows, const QString& line);
+    void LogEnding();
+    void Finish();
+
+    Session& m_session;
+    modImport::FieldCase m_case;
+    RunResult m_result;
+    bool m_single;
+    bool m_failed = false;
+    QString m_errorText; ///< empty: errors are not logged
+    QString m_rule;      ///< that leaves the row under way out
+    Group m_group;
+    std::optional<RowUnderWay> m_underWay; ///< none where the death of the program takes the whole run back
+    std::vector<Written> m_written;        ///< rows inserted for the source rows under way
+    bool m_insertedLast = false;           ///< whether the row that was written last is new
+    QStringList m_changed;                 ///< tables of rows updated for them
+    qsizetype m_untranslatedBefore;
+    double m_start; ///< seconds on the operator's clock
+};
+
+} // namespace contract

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "adapters/contract/run/Needs.h"
+#include "core/Session.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace contract {
+
+/// The eight import buttons of the window, in its order.
+enum class Button { Cli, Art, Dis, Doc, Acq, Saldi, Piano, Disegni };
+inline constexpr int ButtonCount = 8;
+
+/// What choosing an origin does to a button.
+enum class Shown {
+    Keep, ///< left as it was
+    Yes,
+    No,
+};
+
+/// One button in an origin's row. An empty caption leaves the caption as it was.
+struct ButtonRow {
+    Shown shown = Shown::Keep;
+    QString caption;
+};
+
+using ButtonRows = std::array<ButtonRow, ButtonCount>;
+
+/// An import procedure, reached by module and name.
+struct Procedure {
+    std::optional<Button> button; ///< none: no button calls it, it is reached by its name alone
+    QString name;
+    /// Runs it: a single code (empty for all) and whether the target is emptied first.
+    std::function<void(Session&, const QString& singleCode, bool reset)> run;
+    /// What it reads and writes: for the check before a run and for its mapping page.
+    Needs needs;
+    QString confirmation = {}; ///< question that the button starts with; empty for the usual one of the button
+    bool opensSource = true;   ///< whether the origin's source is opened for it
+    bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
+    QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
+};
+
+/// How an origin's source opens.
+struct SourceSpec {
+    QString kind; ///< for the lists: "FoxPro", "SQL Server", "CSV" ...
+    /// Fills the connection's parameters from settings and questions; false when the operator gave up.
+    std::function<bool(Session&, ovConnection& source)> prepare;
+};
+
+/// One line of the origin list.
+struct Origin {
+    QString name;   ///< as the list shows it, for example "Arca 2000"
+    QString module; ///< for example "modImport_Arca2000"
+    SourceSpec source;
+    ButtonRows buttons;
+    Shown sequence = Shown::Keep; ///< what choosing the origin does to the sequence button
+    /// The procedures behind its buttons, in the order in which a button calls them.
+    std::vector<Procedure> procedures;
+    /// Which question the counterparty button asks about emptying the target: true for an origin whose counterparty
+    /// import deletes every counterparty, whoever wrote it: "Cancellare tutte le controparti prima di importarle?" (No
+    /// is the default button); false for "Resettare prima di importare?".
+    bool deletesAllCounterparties = false;
+};
+
+/// Short name of a button on the command line: "cli", "art", "dis", "doc", "acq", "saldi", "piano", "disegni".
+QString ButtonName(Button button);
+/// The button of that short name; none when there is no such button.
+std::optional<Button> ButtonFromName(const QString& name);
+
+} // namespace contract

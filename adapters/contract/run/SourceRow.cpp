@@ -1,0 +1,79 @@
+#include "adapters/contract/run/SourceRow.h"
+
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+QString SourceRow::Text(const QString& column) const { return mod_ovTools::ToText(Value(column)).trimmed(); }
+
+QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn) {
+    QString name = QStringLiteral("tabella '%1'").arg(table);
+    static const QString recordNumber = QStringLiteral("_RECNO");
+    if (row.HasColumn(recordNumber)) {
+        name += QStringLiteral(", riga ") + row.Text(recordNumber);
+    }
+    for (const QString& column : keyColumn.split(QStringLiteral(", "))) {
+        name += QStringLiteral(", %1 '%2'").arg(column, row.Text(column));
+    }
+    return name;
+}
+
+QVariant DateOf(const SourceRow& row, const QString& column) {
+    if (row.IsBlank(column)) {
+        return {};
+    }
+    if (const auto date = mod_ovTools::ReadDate(row.Value(column))) {
+        return *date;
+    }
+    throw ImportError(QStringLiteral("colonna '%1': '%2' non è una data").arg(column, row.Text(column)));
+}
+
+std::optional<QDate> DayOfDigits(const QString& digits) {
+    constexpr int yearSize = 4;
+    constexpr int monthSize = 2;
+    constexpr int fullSize = 8;
+    const bool isNumber = std::all_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    if (!isNumber || digits.size() < fullSize - 1 || digits.size() > fullSize) {
+        return std::nullopt;
+    }
+    const QString dayAndMonth = digits.chopped(yearSize);
+    const QDate day(digits.right(yearSize).toInt(), dayAndMonth.right(monthSize).toInt(),
+                    dayAndMonth.chopped(monthSize).toInt());
+    return day.isValid() ? std::optional(day) : std::nullopt;
+}
+
+QString LiteralOf(const ovConnection& source, const QVariant& value) {
+    DataType type = DataType::Double;
+    switch (value.typeId()) {
+    case QMetaType::QString:
+        type = DataType::NVarChar;
+        break;
+    case QMetaType::QDate:
+        type = DataType::Date;
+        break;
+    case QMetaType::QDateTime:
+        type = DataType::DateTime;
+        break;
+    case QMetaType::Bool:
+        type = DataType::Bit;
+        break;
+    default:
+        break;
+    }
+    return mod_ovTools::FormatSqlValue(value, type, source.ProviderType);
+}
+
+void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
+                  const std::function<void(const SourceRow&)>& work) {
+    Recordset rows = session.SourceConnection().ExecuteWC(query);
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        try {
+            work(row);
+        } catch (ImportError& error) {
+            error.AddContext(NameOf(row, table, keyColumn));
+            throw;
+        }
+    }
+}
+
+} // namespace contract

@@ -1,0 +1,174 @@
+#include "adapters/contract/run/TargetRow.h"
+
+#include "adapters/contract/map/wholeCharacters.h"
+#include "adapters/contract/run/ImportRun.h"
+#include "sql/mod_ovTools.h"
+
+#include <cmath>
+#include <limits>
+
+namespace contract {
+
+namespace {
+
+const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
+
+bool IsNumber(DataType type) {
+    return type == DataType::Integer || type == DataType::Long || type == DataType::Double || type == DataType::TinyInt;
+}
+
+bool IsBlankText(const QVariant& value) {
+    return value.typeId() == QMetaType::QString && value.toString().trimmed().isEmpty();
+}
+
+/// Bytes as SQL Server writes them.
+QString BytesLiteral(const QByteArray& bytes) {
+    return bytes.isEmpty() ? QStringLiteral("Null") : QStringLiteral("0x") + QString::fromLatin1(bytes.toHex());
+}
+
+/// Whether a character of two units has lost one of them, as a cut at a length may have it.
+bool HasHalfCharacter(const QString& text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool isPair = text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (!isPair && text.at(i).isSurrogate()) {
+            return true;
+        }
+        i += isPair ? 1 : 0;
+    }
+    return false;
+}
+
+/// A value in a message: a long text by its beginning.
+QString Shown(const QVariant& value) {
+    constexpr qsizetype most = 200;
+    const QString text = mod_ovTools::ToText(value);
+    return text.size() > most ? FirstOf(text, most) + QStringLiteral("…") : text;
+}
+
+/// What the engines keep each in its own way, or replace silently, is none that can be written.
+void CheckText(const QString& table, const schema::Column& column, const QString& text) {
+    const char* wrong = text.contains(QChar(u'\0')) ? "contiene un carattere NUL"
+                        : HasHalfCharacter(text)    ? "ha un carattere tagliato a metà"
+                                                    : nullptr;
+    if (wrong != nullptr) {
+        throw ImportError(
+            QStringLiteral("il testo per %1.%2 %3").arg(table, QString(column.name), QString::fromUtf8(wrong)));
+    }
+}
+
+/// A number that its column would round, or not hold at all, is none that can be written.
+void CheckNumber(const schema::Column& column, const QVariant& value) {
+    const auto number = mod_ovTools::ReadNumber(value);
+    if (!number) {
+        throw ImportError(QStringLiteral("'%1' non è un numero").arg(Shown(value)));
+    }
+    const bool isWhole = column.type == DataType::Integer || column.type == DataType::Long;
+    if (isWhole && *number != std::floor(*number)) {
+        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(Shown(value)));
+    }
+    const double limit = column.type == DataType::Integer ? std::numeric_limits<qint32>::max()
+                                                          : static_cast<double>(std::numeric_limits<qint64>::max());
+    if (isWhole && std::abs(*number) > limit) {
+        throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(Shown(value)));
+    }
+}
+
+} // namespace
+
+TargetRow::TargetRow(ImportRun& run, const QString& table)
+    : m_run(run),
+      m_table(schema::FindTable(table)) {
+    if (m_table == nullptr) {
+        throw ImportError(QStringLiteral("la tabella '%1' non è nello schema").arg(table));
+    }
+    m_query.ProviderType = run.GetSession().Quadrix.ProviderType;
+    m_query.SetTable(table, m_table->shared ? QString() : run.GetSession().UserManager.Azienda());
+}
+
+const schema::Column& TargetRow::Find(const QString& column) const {
+    const schema::Column* found = m_table->FindColumn(column);
+    if (found == nullptr) {
+        throw ImportError(QStringLiteral("la colonna '%1.%2' non è nello schema").arg(m_table->name, column));
+    }
+    return *found;
+}
+
+QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value) const {
+    if (value.isNull()) {
+        return value;
+    }
+    if (IsTextType(column.type)) {
+        CheckText(m_table->name, column, mod_ovTools::ToText(value));
+    }
+    if (column.size > 0) { // a text: nothing else has a length
+        const QString text = mod_ovTools::ToText(value);
+        if (text.size() > column.size) {
+            throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
+                                  .arg(Shown(text), QString::number(text.size()), m_table->name, QString(column.name),
+                                       QString::number(column.size)));
+        }
+        return text;
+    }
+    const bool date = column.type == DataType::DateTime;
+    if (!date && !IsNumber(column.type)) {
+        return value;
+    }
+    if (IsBlankText(value)) {
+        return {};
+    }
+    if (date && !mod_ovTools::ReadDate(value)) {
+        throw ImportError(QStringLiteral("'%1' non è una data").arg(Shown(value)));
+    }
+    if (!date) {
+        CheckNumber(column, value);
+    }
+    return value;
+}
+
+QVariant TargetRow::Cased(const schema::Column& column, const QVariant& value) const {
+    const bool upper = (column.words && m_run.Case().upperTexts) ||
+                       (m_run.Case().upperKeys && IsTextType(column.type) && m_table->HoldsCodes(column));
+    return upper && !value.isNull() ? mod_ovTools::UpperChars(mod_ovTools::ToText(value)) : value;
+}
+
+TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
+    const schema::Column& found = Find(column);
+    if (found.type == DataType::Object) {
+        m_query.AddUpdateField(column, BytesLiteral(value.toByteArray()), DataType::Expression, true);
+    } else {
+        m_query.AddUpdateField(column, Cased(found, Checked(found, value)), found.type, true);
+    }
+    m_hasCreated = m_hasCreated || column == QLatin1String("DTINS");
+    m_hasChanged = m_hasChanged || column == QLatin1String("DTMDF");
+    return *this;
+}
+
+QVariant TargetRow::Value(const QString& column) const {
+    for (int i = m_query.GetFieldsCount(); i >= 0; --i) {
+        if (m_query.Field(i).Name == column) {
+            return m_query.Field(i).Value;
+        }
+    }
+    return {};
+}
+
+void TargetRow::Insert() {
+    Set(QStringLiteral("USINS"), ImportUser);
+    if (!m_hasCreated) {
+        Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
+    }
+    m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Insert));
+    m_run.Inserted(m_table->name);
+}
+
+void TargetRow::Update(const QString& where) {
+    Set(QStringLiteral("USMDF"), ImportUser);
+    if (!m_hasChanged) {
+        Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
+    }
+    m_query.WhereString = where;
+    m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Update));
+    m_run.Updated(m_table->name);
+}
+
+} // namespace contract

@@ -1,0 +1,224 @@
+#include "adapters/contract/write/Bill.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "core/billCycles.h"
+#include "core/qdxProduction_articles.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+using namespace schema::defaults;
+
+namespace {
+
+/// Sets what cost, mark-up and price a component's article has now.
+void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
+    const qdxProduction::ArticleAmounts amounts = qdxProduction::AmountsOf(run.GetSession(), article);
+    row.Set("DCCOS", amounts.cost);
+    row.Set("DCRIC", amounts.markUp);
+    row.Set("DCPRZ", amounts.price);
+}
+
+} // namespace
+
+std::vector<TableNeed> BillNeeds() {
+    return {
+        {"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "IDOLD"}},
+        {"DIS_FAS", {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT"}},
+        {"DIS_COM",
+         {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
+        {"ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"}}};
+}
+
+void EmptyBills(ImportRun& run, bool reset) {
+    for (const QString& table : {QStringLiteral("DIS_BAS"), QStringLiteral("DIS_COM"), QStringLiteral("DIS_FAS")}) {
+        if (reset) {
+            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
+        }
+    }
+}
+
+bool BillWriter::HasArticle(const QString& article) const {
+    return IsThere(m_run.GetSession(), "ART_ICO", "CDART", article);
+}
+
+RowOutcome BillWriter::Begin(const BillHead& head) {
+    Session& session = m_run.GetSession();
+    const QDate today = session.UserManager.DataElaborazione;
+    m_quantities.clear();
+    QString condition = Equals(session, "DBART", head.article);
+    if (!head.revision.isNull()) {
+        condition += QStringLiteral(" AND DBREV = ") +
+                     mod_ovTools::FormatSqlValue(head.revision, DataType::Integer, session.Quadrix.ProviderType);
+    }
+    m_bill = IdWhere(session, "DIS_BAS", condition);
+    m_wasThere = m_bill != 0;
+    TargetRow row(m_run, "DIS_BAS");
+    row.Set("IDOLD", head.sourceKey);
+    if (!head.note.isEmpty()) {
+        row.Set("DBNOT", head.note);
+    }
+    if (!head.active.isNull()) {
+        row.Set("DBMAN", head.active);
+    }
+    if (m_bill != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", m_bill));
+        return RowOutcome::Updated;
+    }
+    row.Set("DBART", head.article);
+    row.Set("DBREV", head.revision.isNull() ? QVariant(BillRevision) : head.revision);
+    row.Set("DBMAN", head.active.isNull() ? QVariant(BillActive) : head.active);
+    row.Set("DTINS", today);
+    row.Set("DBANN", false);
+    row.Set("DBINV", today);
+    row.Insert();
+    m_bill = LastId(session, "DIS_BAS");
+    return RowOutcome::Inserted;
+}
+
+qint64 BillWriter::Write(const Phase& phase) {
+    Session& session = m_run.GetSession();
+    const int sequence = phase.sequence == 0 ? FirstPhase : phase.sequence;
+    const qint64 known =
+        IdWhere(session, "DIS_FAS", Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("DLSEQ", sequence));
+    TargetRow row(m_run, "DIS_FAS");
+    row.Set("IDDIS", m_bill);
+    row.Set("DLSEQ", sequence);
+    row.Set("DLACT", PhaseActive);
+    row.Set("DLLAV", phase.work.isEmpty() ? GenericWork : phase.work);
+    row.Set("DLTAP", phase.setUpTime);
+    row.Set("DLTUP", phase.unitTime);
+    row.Set("DLTMP", TimeInMinutes);
+    row.Set("DLNUP", Operators);
+    row.Set("DLCOS", phase.cost);
+    row.Set("DLNOT", phase.note);
+    if (!phase.supplier.isEmpty()) {
+        row.Set("DLFOR", phase.supplier);
+    }
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+        return known;
+    }
+    row.Insert();
+    return LastId(session, "DIS_FAS");
+}
+
+void BillWriter::TellRepeated(const Component& component) {
+    const QString article = component.article.toUpper();
+    if (const auto before = m_quantities.constFind(article); before != m_quantities.cend()) {
+        m_run.Log(QStringLiteral("COMPONENTE RIPETUTO: %1: '%2' c'è già, la quantità %3 sostituisce %4")
+                      .arg(m_run.RowKey(), component.article, mod_ovTools::NumberText(component.quantity),
+                           mod_ovTools::NumberText(*before)));
+    }
+    m_quantities.insert(article, component.quantity);
+}
+
+void BillWriter::Write(const Component& component, qint64 phase) {
+    Session& session = m_run.GetSession();
+    TellRepeated(component);
+    const qint64 known = IdWhere(session, "DIS_COM",
+                                 Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
+                                     Equals(session, "DCART", component.article));
+    TargetRow row(m_run, "DIS_COM");
+    row.Set("IDDIS", m_bill);
+    row.Set("IDDBL", phase);
+    row.Set("DCART", component.article);
+    row.Set("DCQTA", component.quantity);
+    SetPrices(m_run, row, component.article);
+    row.Set("DCCTL", NotSubcontracted);
+    row.Set("DCCOE", ComponentFactor);
+    row.Set("DCNOT", component.note);
+    if (!component.position.isNull()) {
+        row.Set("DCPOS", component.position);
+    }
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Insert();
+    }
+}
+
+void BillWriter::TellComponentsLeft() {
+    if (!m_wasThere) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    QStringList left;
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT DCART FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
+                                               Equals("IDDIS", m_bill) + u" AND " +
+                                               Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString article = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
+        if (!m_quantities.contains(article.toUpper())) {
+            left.append(u'\'' + article + u'\'');
+        }
+    }
+    TellNoLongerThere(m_run, QStringLiteral("COMPONENTI"),
+                      m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
+}
+
+void BillWriter::LinkSubAssemblies() {
+    ovConnection& quadrix = m_run.GetSession().Quadrix;
+    const QString bills = m_run.FullName("DIS_BAS");
+    // Also where this origin has none: revisions may have been made by hand or come from another one.
+    const bool hasRevisions =
+        quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM (SELECT DBART FROM %1 GROUP BY DBART HAVING "
+                                              "COUNT(*) > 1) R")
+                                   .arg(bills)) > 0;
+    const QString bill = hasRevisions
+                             // The one in force that was written last; without one in force, the last.
+                             ? QStringLiteral("COALESCE((SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART AND "
+                                              "DBMAN = 1), (SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART))")
+                             : QStringLiteral("(SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)");
+    quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = ").arg(m_run.FullName("DIS_COM")) +
+                    bill.arg(m_run.FullName("DIS_COM"), bills));
+    LogCycles();
+}
+
+void BillWriter::LogCycles() {
+    Session& session = m_run.GetSession();
+    std::vector<qdxProduction::BillLink> links;
+    {
+        Recordset rows =
+            session.Quadrix.ExecuteWC(QStringLiteral("SELECT IDDIS, IDDBF FROM ") + m_run.FullName("DIS_COM") +
+                                      QStringLiteral(" WHERE IDDBF IS NOT NULL"));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            links.push_back({rows.Fields(0).Value().toLongLong(), rows.Fields(1).Value().toLongLong()});
+        }
+    }
+    qdxProduction::ForEachCycle(std::move(links), [&](const std::vector<qint64>& path) {
+        QStringList articles;
+        for (const qint64 bill : path) {
+            articles.append(LookUp(session, "DIS_BAS", "RECORD_ID", QString::number(bill), "DBART"));
+        }
+        m_run.Log(QStringLiteral("CICLO NELLA DISTINTA: ") + articles.join(QStringLiteral(" > ")));
+    });
+}
+
+void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,
+                 const std::function<RowOutcome(BillWriter&, const SourceRow&)>& bill) {
+    BillWriter writer(run);
+    bool found = false;
+    const bool toTheEnd = run.Rows(heads, [&](const SourceRow& row) {
+        found = true;
+        return bill(writer, row);
+    });
+    if (!toTheEnd) {
+        return;
+    }
+    if (run.IsSingle() && !found) {
+        run.GetSession().Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
+        return;
+    }
+    writer.LinkSubAssemblies();
+    QString message = completion;
+    message.replace("%1", QString::number(writer.Bills()));
+    message.replace("%2", QString::number(writer.Phases()));
+    message.replace("%3", QString::number(writer.Components()));
+    run.Complete(message);
+}
+
+} // namespace contract

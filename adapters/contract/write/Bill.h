@@ -1,0 +1,94 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> BillNeeds();
+
+/// Empties the tables of the bills, when the operator asked for it.
+void EmptyBills(ImportRun& run, bool reset);
+
+/// A phase of a bill. Without an own number the phases count by tens.
+struct Phase {
+    int sequence = 0; ///< 0: the first
+    QString work;     ///< empty: the generic work centre
+    QString note = {};
+    double setUpTime = 0;  ///< in minutes
+    double unitTime = 0;   ///< in minutes
+    double cost = 0;       ///< per hour
+    QString supplier = {}; ///< CDCON of who does it; empty for the company itself
+};
+
+/// A bill.
+struct BillHead {
+    QString article;
+    QString sourceKey;
+    QVariant revision = {}; ///< Null: an article has one bill
+    QVariant active = {};   ///< whether it is the revision in force; Null: it is
+    QString note = {};
+};
+
+/// A component of a bill.
+struct Component {
+    QString article;
+    double quantity = 0; ///< per unit of the parent
+    QString note = {};
+    QVariant position = {};
+};
+
+/// Writes bills of materials and counts them. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class BillWriter {
+public:
+    explicit BillWriter(ImportRun& run)
+        : m_run(run) {}
+
+    /// Whether the article is there.
+    bool HasArticle(const QString& article) const;
+    /// Makes sure that an article has a bill: a new one is inserted, an existing one marked as changed. What it holds
+    /// is written by the calls below. @param sourceKey key of the bill in the source
+    RowOutcome Begin(const QString& article, const QString& sourceKey) { return Begin(BillHead{article, sourceKey}); }
+    /// The same; an article has one bill for each revision.
+    RowOutcome Begin(const BillHead& head);
+    /// RECORD_ID of the bill begun last.
+    qint64 BillId() const { return m_bill; }
+    /// Writes a phase of the bill begun last, or the phase of that sequence number when it is there.
+    /// @return its RECORD_ID
+    qint64 Write(const Phase& phase);
+    /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
+    /// that the bill already has is rewritten; what this run wrote before is logged, as its quantity is lost.
+    /// @param phase RECORD_ID of the phase that consumes it
+    void Write(const Component& component, qint64 phase);
+    /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
+    /// no longer in the source, yet they stay. Called when the bill is complete.
+    void TellComponentsLeft();
+    /// Links every component whose article has a bill to that bill, of several revisions to the one in force; the
+    /// others have no link. A bill that contains itself, over any number of levels, is logged with its path: it cannot
+    /// be unfolded.
+    void LinkSubAssemblies();
+
+    // Bills, phases and components of the run, for the completion message.
+    qint64 Bills() const { return m_run.WrittenRows("DIS_BAS"); }
+    qint64 Phases() const { return m_run.WrittenRows("DIS_FAS"); }
+    qint64 Components() const { return m_run.WrittenRows("DIS_COM"); }
+
+private:
+    void LogCycles();
+    void TellRepeated(const Component& component);
+
+    ImportRun& m_run;
+    qint64 m_bill = 0;
+    bool m_wasThere = false;             ///< the bill begun last
+    QHash<QString, double> m_quantities; ///< of the bill begun last, by article
+};
+
+/// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill
+/// that is not there is told; a run that is cancelled links nothing.
+/// @param singleCode of the bill that is wanted; empty for all
+/// @param completion the message at the end, in which %1 bills, %2 phases and %3 components may stand
+void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,
+                 const std::function<RowOutcome(BillWriter&, const SourceRow&)>& bill);
+
+} // namespace contract

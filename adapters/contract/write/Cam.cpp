@@ -1,0 +1,58 @@
+#include "adapters/contract/write/Cam.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/Attachment.h"
+#include "adapters/sourceSettings.h"
+#include "core/modMain.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QString& prefix) {
+    auto connection = std::make_unique<ovConnection>();
+    connection->Errors = &session.Errors;
+    connection->Trace = session.TraceSource;
+    sourceSettings::ServerKeys keys;
+    keys.username = prefix + QStringLiteral("_Username");
+    keys.password = prefix + QStringLiteral("_Password");
+    keys.server = prefix + QStringLiteral("_Server");
+    keys.database = prefix + QStringLiteral("_Database");
+    keys.network = prefix + QStringLiteral("_NetworkCredential");
+    keys.driver = prefix + QStringLiteral("_Driver");
+    sourceSettings::Server("LANTEK", keys)(session, *connection);
+    connection->OpenConnection();
+    return connection;
+}
+
+QString CamProductsFolder(Session& session, const QString& prefix) {
+    return modMain::GetAppConfig(session, QStringLiteral("IMPORT"), prefix + QStringLiteral("_Path"), {})
+        .replace(u'\\', u'/');
+}
+
+void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& product) {
+    const QString folder = CamProductsFolder(run.GetSession());
+    if (!folder.isEmpty()) {
+        StoreImage(run, {"ART_FMT", QString::number(format), PathIn(folder, product + QStringLiteral(".bmp"))});
+    }
+}
+
+namespace cam {
+
+QString ArticleOf(ImportRun& run, const QString& product) {
+    return ArticleWriter(run).CodeOf(ProductCodes, "PrdRef", product);
+}
+
+QString MaterialOf(Session& session, const QString& material) {
+    return material.isEmpty() ? material : LookUp(session, "TAB_MAT", "MAEXT", material, "CDMAT");
+}
+
+QString WorkOf(const ImportRun& run, const SourceRow& row) {
+    const QString operation = row.IsBlank("OprRef") ? row.Text("WrkRef") : row.Text("OprRef");
+    const QString work = TranslatedCode(run.GetSession(), "MMNN_PPOO", "OprRef", operation, "LAV_ORA");
+    return work.isEmpty() ? schema::defaults::GenericWork : work;
+}
+
+} // namespace cam
+
+} // namespace contract

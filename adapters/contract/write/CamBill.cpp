@@ -1,0 +1,87 @@
+#include "adapters/contract/write/CamBill.h"
+
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/Cam.h"
+#include "core/qdxProduction_sheets.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+using namespace cam;
+
+namespace {
+
+const QString Operations = QStringLiteral("MMNN_PPOO_00000200");
+/// The product that a cost element is of; not every release has it.
+const QString ChildColumn = QStringLiteral("CPrdRef");
+
+QString OfProduct(const ImportRun& run, const QString& table, const QString& product) {
+    return "SELECT * FROM " + table + "\rWHERE PrdRef = " + run.Quoted(product);
+}
+
+/// Writes the phases and returns the RECORD_ID of the first, which consumes the components.
+qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
+    qint64 first = 0;
+    int last = 0;
+    ForEachChild(run.GetSession(), OfProduct(run, Operations, product) + "\rORDER BY OOrder", Operations,
+                 "PrdRef, OOrder", [&](const SourceRow& row) {
+                     // Operations count from one; numbers tell phases apart, so one that comes again gives way.
+                     const int own = static_cast<int>(NumberOf(row, "OOrder"));
+                     last = own > last ? own : last + 1;
+                     const qint64 id = writer.Write(Phase{last, WorkOf(run, row), {}, 0, NumberOf(row, "StdTime")});
+                     first = first == 0 ? id : first;
+                 });
+    return first == 0 ? writer.Write(Phase{}) : first;
+}
+
+/// The article of a sheet that a product is cut from: of its material and thickness.
+QString SheetOf(ImportRun& run, const QString& product) {
+    Session& session = run.GetSession();
+    const Recordset found = session.SourceConnection().ExecuteWC(OfProduct(run, Products, product));
+    if (found.Eof()) {
+        return {};
+    }
+    const SourceRow row(found);
+    return qdxProduction::qdxGetCodiceLamieraEsterno(session, MaterialOf(session, row.Text("DIS_MatRef")),
+                                                     NumberOf(row, "DIS_Thickness"));
+}
+
+void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, const QString& product, qint64 phase) {
+    const QString child = row.HasColumn(ChildColumn) ? row.Text(ChildColumn) : QString();
+    const QString article = child.isEmpty() ? SheetOf(run, product) : ArticleOf(run, child);
+    if (article.isEmpty() || !writer.HasArticle(article)) {
+        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(NameOf(row, Costs, "PrdRef"), child));
+        return;
+    }
+    writer.Write(Component{article, NumberOf(row, "StdQuan")}, phase);
+}
+
+} // namespace
+
+RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const QString& product) {
+    const QString article = ArticleOf(run, product);
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
+    }
+    const RowOutcome outcome = writer.Begin(article, product);
+    qdxMakeDistintaFromCAM(run, writer, product);
+    writer.TellComponentsLeft();
+    return outcome;
+}
+
+void qdxMakeDistintaFromCAM(ImportRun& run, BillWriter& writer, const QString& product) {
+    const qint64 phase = WritePhases(run, writer, product);
+    ForEachChild(run.GetSession(), OfProduct(run, Costs, product) + " AND " + IsMaterial, Costs, "PrdRef",
+                 [&](const SourceRow& row) { WriteComponent(run, writer, row, product, phase); });
+}
+
+const Needs& CamBillNeeds() {
+    static const Needs needs{{},
+                             {{Operations, {"PrdRef", "OOrder", "WrkRef", "OprRef", "StdTime"}},
+                              {Costs, {"PrdRef", "CType", "StdQuan"}},
+                              {Products, {"PrdRef", "DIS_MatRef", "DIS_Thickness"}}},
+                             BillNeeds()};
+    return needs;
+}
+
+} // namespace contract

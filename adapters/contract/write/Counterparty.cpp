@@ -1,0 +1,262 @@
+#include "adapters/contract/write/Counterparty.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "sql/mod_ovTools.h"
+
+#include <QRegularExpression>
+
+namespace contract {
+
+namespace {
+
+const QString Prefix = QStringLiteral("+39");
+const QString Contacts = QStringLiteral("CON_RIF");
+const QString Branches = QStringLiteral("CON_SED");
+QString Without(QString text, const QString& characters) {
+    return text.removeIf([&characters](QChar c) { return characters.contains(c); });
+}
+
+/// A name or street without what is written now so, now otherwise.
+QString Bare(const QVariant& text) {
+    return mod_ovTools::ToText(text).removeIf([](QChar c) { return !c.isLetterOrNumber(); }).toUpper();
+}
+
+/// A telephone number by its digits, without the prefix of the country.
+QString Digits(const QString& number) {
+    static const QRegularExpression prefix(QStringLiteral("^(\\+|00)39"));
+    QString digits = WithoutSeparators(number).remove(prefix);
+    return digits.removeIf([](QChar c) { return !c.isDigit(); });
+}
+
+/// The lines of a role, behind the mark of the role.
+Mapping RoleLines(const Mapping& whole, Side side, const QString& mark) {
+    Mapping role{whole.targetTable, whole.sourceTable, {{mark, {}, rules::Constant(true)}}};
+    std::copy_if(whole.lines.begin(), whole.lines.end(), std::back_inserter(role.lines),
+                 [side](const MapLine& line) { return line.rule.side == side; });
+    return role;
+}
+
+} // namespace
+
+std::vector<TableNeed> CounterpartyNeeds() {
+    const QString name = QStringLiteral("TBNAM");
+    const QString key = QStringLiteral("TBKEY");
+    return {{"CON_TRO", {"CDCON", "CORAS", "CORA2", "COIVA", "COFIS", "COCGE", "COFGE"}},
+            {"CON_RIF", {"CDCON", "RFNOM"}},
+            {"NUM_TEL", {name, key, "NRDES", "NRPRI", "NRNUM", "NRTEL"}},
+            {"IND_WEB", {name, key, "WBTIP", "WBDES", "WBIND"}}};
+}
+
+const QStringList& CounterpartyTables() {
+    static const QStringList tables{"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"};
+    return tables;
+}
+
+QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
+
+QStringList NumberColumns::Names() const {
+    QStringList names{office, office2, fax, mobile, mail, web};
+    names.removeAll(QString());
+    return names;
+}
+
+CounterpartyMapping::CounterpartyMapping(Mapping whole)
+    : m_whole(std::move(whole)),
+      m_customer(RoleLines(m_whole, Side::Customer, QStringLiteral("COCLI"))),
+      m_supplier(RoleLines(m_whole, Side::Supplier, QStringLiteral("COFOR"))) {}
+
+RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
+                                     const Roles& roles, const std::function<void(TargetRow&)>& more) const {
+    TargetRow target(m_run, QStringLiteral("CON_TRO"));
+    const auto apply = [&](const Mapping& one) { one.Apply(target, m_run.GetSession(), row, {place.code, roles}); };
+    if (!place.known) {
+        apply(mapping.Whole());
+    }
+    for (const bool customer : {true, false}) {
+        if (place.known && (customer ? roles.customer : roles.supplier)) {
+            apply(mapping.Role(customer));
+        }
+    }
+    if (more) {
+        more(target);
+    }
+    if (place.known) {
+        target.Update(QStringLiteral("WHERE CDCON = ") + m_run.Quoted(place.code));
+        return RowOutcome::Updated;
+    }
+    target.Insert();
+    return RowOutcome::Inserted;
+}
+
+TargetRow CounterpartyWriter::NewRow(const QString& table) const {
+    TargetRow row(m_run, table);
+    if (!m_created.isNull()) {
+        row.Set(QStringLiteral("DTINS"), m_created);
+    }
+    return row;
+}
+
+bool CounterpartyWriter::Hangs(const Owner& owner, const QString& table, const QString& column,
+                               const std::function<bool(const QString&)>& isIt) const {
+    if (!owner.known) {
+        return false;
+    }
+    const Session& session = m_run.GetSession();
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(column, m_run.FullName(table)) +
+        Equals(session, QStringLiteral("TBNAM"), owner.table) + QStringLiteral(" AND ") +
+        Equals(session, QStringLiteral("TBKEY"), owner.key));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (isIt(mod_ovTools::ToText(rows.Value(column)))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void CounterpartyWriter::Numbers(const Owner& owner, const SourceRow& row, const NumberColumns& columns) const {
+    const auto text = [&row](const QString& column) { return column.isEmpty() ? QString() : row.Text(column); };
+    Telephone(owner, QStringLiteral("Ufficio"), text(columns.office));
+    Telephone(owner, QStringLiteral("Ufficio 2"), text(columns.office2));
+    Telephone(owner, QStringLiteral("Fax (uff.)"), text(columns.fax));
+    Telephone(owner, QStringLiteral("Cellulare"), text(columns.mobile));
+    Mail(owner, QStringLiteral("@ Principale"), text(columns.mail));
+    WebSite(owner, text(columns.web));
+}
+
+void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, const QString& number) const {
+    if (number.isEmpty()) {
+        return;
+    }
+    QString stored = WithoutSeparators(number);
+    const bool isNumber = mod_ovTools::ReadNumber(stored).has_value();
+    if (!isNumber) {
+        stored = u'0' + mod_ovTools::NumberText(ReadLeadingNumber(stored).value_or(0));
+    }
+    const QString digits = Digits(stored);
+    if (Hangs(owner, QStringLiteral("NUM_TEL"), QStringLiteral("NRNUM"),
+              [&digits](const QString& there) { return Digits(there) == digits; })) {
+        return;
+    }
+    if (!isNumber) {
+        m_run.Log(QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' non è un numero, scritto come '%3'")
+                      .arg(m_run.RowKey(), number, stored));
+    }
+    TargetRow row = NewRow(QStringLiteral("NUM_TEL"));
+    row.Set(QStringLiteral("TBNAM"), owner.table);
+    row.Set(QStringLiteral("TBKEY"), owner.key);
+    row.Set(QStringLiteral("NRDES"), label);
+    row.Set(QStringLiteral("NRPRI"), Prefix);
+    row.Set(QStringLiteral("NRNUM"), stored);
+    row.Set(QStringLiteral("NRTEL"), QString(Prefix + u' ' + stored));
+    row.Insert();
+}
+
+void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const QString& label,
+                                 const QString& address) const {
+    if (Hangs(owner, QStringLiteral("IND_WEB"), QStringLiteral("WBIND"),
+              [&address](const QString& there) { return there.compare(address, Qt::CaseInsensitive) == 0; })) {
+        return;
+    }
+    TargetRow row = NewRow(QStringLiteral("IND_WEB"));
+    row.Set(QStringLiteral("TBNAM"), owner.table);
+    row.Set(QStringLiteral("TBKEY"), owner.key);
+    row.Set(QStringLiteral("WBTIP"), kind);
+    row.Set(QStringLiteral("WBDES"), label);
+    row.Set(QStringLiteral("WBIND"), address);
+    row.Insert();
+}
+
+void CounterpartyWriter::WebSite(const Owner& owner, const QString& address) const {
+    if (!address.isEmpty()) {
+        Address(owner, QStringLiteral("W"), QStringLiteral("Indirizzo Web"), WithoutSeparators(address));
+    }
+}
+
+void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QString& address) const {
+    if (!address.isEmpty()) {
+        Address(owner, QStringLiteral("E"), label, Without(address.toLower(), QStringLiteral("/ \\")));
+    }
+}
+
+/// The child that a row of a counterparty is already; none when it is new. Each child stands for one row of the source,
+/// so that two contacts of one name stay two.
+/// @param alike the columns that tell
+std::optional<Owner> CounterpartyWriter::Met(const Owner& counterparty, const TargetRow& row, const QString& table,
+                                             const QStringList& alike) {
+    if (!counterparty.known) {
+        return std::nullopt;
+    }
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, table));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString id = mod_ovTools::ToText(rows.Value(QStringLiteral("RECORD_ID")));
+        const bool same = std::all_of(alike.begin(), alike.end(), [&](const QString& column) {
+            return Bare(rows.Value(column)) == Bare(row.Value(column));
+        });
+        if (same && !m_met.contains(table + id)) {
+            m_met.insert(table + id);
+            return Owner{table, id, true};
+        }
+    }
+    return std::nullopt;
+}
+
+QString CounterpartyWriter::ChildrenOf(const Owner& counterparty, const QString& table) const {
+    return QStringLiteral("SELECT * FROM %1 WHERE ").arg(m_run.FullName(table)) +
+           Equals(m_run.GetSession(), QStringLiteral("CDCON"), counterparty.key) +
+           QStringLiteral(" ORDER BY RECORD_ID");
+}
+
+Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table) {
+    row.Insert();
+    const QString id = QString::number(LastId(m_run.GetSession(), table));
+    m_met.insert(table + id);
+    return {table, id};
+}
+
+Owner CounterpartyWriter::Contact(const Owner& counterparty, const QString& name) {
+    TargetRow row = NewRow(Contacts);
+    row.Set(QStringLiteral("CDCON"), counterparty.key);
+    row.Set(QStringLiteral("RFNOM"), name);
+    return Contact(counterparty, row);
+}
+
+Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact) {
+    const auto met = Met(counterparty, contact, Contacts, {QStringLiteral("RFNOM")});
+    return met ? *met : Insert(contact, Contacts);
+}
+
+Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
+    static const QStringList alike{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
+    if (const auto met = Met(counterparty, branch, Branches, alike)) {
+        return *met;
+    }
+    const QString code = mod_ovTools::ToText(branch.Value(QStringLiteral("CDSED")));
+    const QString free = FreeBranchCode(counterparty, code);
+    if (free != code) {
+        branch.Set(QStringLiteral("CDSED"), free);
+        m_run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come '%3'").arg(m_run.RowKey(), code, free));
+    }
+    return Insert(branch, Branches);
+}
+
+/// The code, where another branch of the counterparty has it behind an "F", else the first number that is free.
+QString CounterpartyWriter::FreeBranchCode(const Owner& counterparty, const QString& code) {
+    if (!m_branchCodes) {
+        m_branchCodes.emplace();
+        if (counterparty.known) {
+            Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, Branches));
+            for (; !rows.Eof(); rows.MoveNext()) {
+                m_branchCodes->insert(mod_ovTools::ToText(rows.Value(QStringLiteral("CDSED"))).trimmed().toUpper());
+            }
+        }
+    }
+    QString free = code;
+    for (int number = 0; m_branchCodes->contains(free.toUpper()); ++number) {
+        free = number == 0 ? QString(u'F' + code) : QStringLiteral("%1").arg(number, 3, 10, QLatin1Char('0'));
+    }
+    m_branchCodes->insert(free.toUpper());
+    return free;
+}
+
+} // namespace contract

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "adapters/contract/write/CounterpartyRegister.h"
+
+namespace contract {
+
+/// The row that a telephone number or an address hangs on.
+struct Owner {
+    QString table;      ///< bare name: "CON_TRO", "CON_RIF" or "CON_SED"
+    QString key;        ///< its code or RECORD_ID
+    bool known = false; ///< whether it was there before the source row
+};
+
+/// The counterparty itself as owner.
+inline Owner OwnerOf(const Placement& place) { return {QStringLiteral("CON_TRO"), place.code, place.known}; }
+
+/// What the writer below writes, and what the register reads.
+std::vector<TableNeed> CounterpartyNeeds();
+
+/// The tables of counterparties, in the order in which a reset empties them.
+const QStringList& CounterpartyTables();
+
+/// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
+QString WithoutSeparators(QString text);
+
+/// Source columns of the numbers and addresses of a counterparty; an empty one the source does not have.
+struct NumberColumns {
+    QString office;
+    QString office2;
+    QString fax;
+    QString mobile;
+    QString mail;
+    QString web;
+
+    /// Those that the source has.
+    QStringList Names() const;
+};
+
+/// How a source row becomes a row of CON_TRO: whole for a new counterparty; for one that is there the columns of its
+/// roles alone (`CustomerOnly` and `SupplierOnly`, and the mark of the role).
+class CounterpartyMapping {
+public:
+    explicit CounterpartyMapping(Mapping whole);
+
+    const Mapping& Whole() const { return m_whole; }
+    /// What a role adds.
+    const Mapping& Role(bool customer) const { return customer ? m_customer : m_supplier; }
+    /// All three, for `Needs`.
+    std::vector<const Mapping*> All() const { return {&m_whole, &m_customer, &m_supplier}; }
+
+private:
+    Mapping m_whole;
+    Mapping m_customer;
+    Mapping m_supplier;
+};
+
+/// Writes the counterparty of a source row and what hangs on it. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class CounterpartyWriter {
+public:
+    /// @param run the run under way @param created DTINS of the rows; Null for the moment of the import
+    CounterpartyWriter(ImportRun& run, QVariant created)
+        : m_run(run),
+          m_created(std::move(created)) {}
+
+    /// Inserts a new counterparty, or updates the columns of its roles on one that is there.
+    /// @param more sets what the mapping cannot tell, after it
+    RowOutcome Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
+                     const Roles& roles, const std::function<void(TargetRow&)>& more = {}) const;
+
+    // What hangs on an owner that was there before is written unless it hangs there already.
+
+    /// Writes the numbers and addresses of the columns, each under its usual label.
+    void Numbers(const Owner& owner, const SourceRow& row, const NumberColumns& columns) const;
+    /// Writes a telephone number as "+39" and the number without separators. What is no number is written as a zero
+    /// and the number that it begins with, and logged. A blank one writes nothing.
+    void Telephone(const Owner& owner, const QString& label, const QString& number) const;
+    /// Writes a web site, without separators. A blank one writes nothing.
+    void WebSite(const Owner& owner, const QString& address) const;
+    /// Writes an e-mail address in lower case, without "/", " " and "\". A blank one writes nothing.
+    void Mail(const Owner& owner, const QString& label, const QString& address) const;
+    /// Writes a contact person of a counterparty and returns the owner for what hangs on it.
+    Owner Contact(const Owner& counterparty, const QString& name);
+    /// Inserts a contact person of a counterparty, which a mapping has filled, unless one of that name is there, and
+    /// returns the owner for what hangs on it.
+    Owner Contact(const Owner& counterparty, TargetRow& contact);
+    /// Inserts a branch of a counterparty, which a mapping has filled, unless one of that kind, name and address is
+    /// there, and returns the owner for what hangs on it. A code that another branch has is changed, and logged.
+    Owner Branch(const Owner& counterparty, TargetRow& branch);
+    /// A row of a table that hangs on a counterparty, with its creation moment.
+    TargetRow NewRow(const QString& table) const;
+
+private:
+    std::optional<Owner> Met(const Owner& counterparty, const TargetRow& row, const QString& table,
+                             const QStringList& alike);
+    QString ChildrenOf(const Owner& counterparty, const QString& table) const;
+    Owner Insert(TargetRow& row, const QString& table);
+    bool Hangs(const Owner& owner, const QString& table, const QString& column,
+               const std::function<bool(const QString&)>& isIt) const;
+    QString FreeBranchCode(const Owner& counterparty, const QString& code);
+    void Address(const Owner& owner, const QString& kind, const QString& label, const QString& address) const;
+
+    ImportRun& m_run;
+    QVariant m_created;
+    QSet<QString> m_met;                        ///< children that were there and stand for one of the source row
+    std::optional<QSet<QString>> m_branchCodes; ///< of the counterparty under way, in upper case
+};
+
+} // namespace contract

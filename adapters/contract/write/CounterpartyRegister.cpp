@@ -1,0 +1,252 @@
+#include "adapters/contract/write/CounterpartyRegister.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "core/modImport.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+/// A row of CON_TRO, as far as it tells who that is.
+struct CounterpartyRegister::Party {
+    QString code;
+    QString name;
+    QString vatNumber;
+    QString taxCode;
+    QString customer; ///< COCGE
+    QString supplier; ///< COFGE
+};
+
+namespace {
+
+constexpr qint64 HighestCode = 999999;
+
+QString SixDigits(qint64 number) { return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')); }
+
+bool Agree(const QString& one, const QString& other) {
+    return !one.isEmpty() && one.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+/// A VAT number or tax code; empty for one of a repeated character, such as "00000000000", which fills the field.
+QString Identifying(const QString& number) {
+    const QString text = number.trimmed();
+    const bool filler = text.count(text.left(1), Qt::CaseInsensitive) == text.size();
+    return filler ? QString() : text;
+}
+
+/// A name without what is written now so, now otherwise: blanks, punctuation, case.
+QString Bare(QString name) {
+    return name.removeIf([](QChar c) { return !c.isLetterOrNumber(); }).toUpper();
+}
+
+/// What tells who somebody is, in the source or in Quadrix.
+struct Identity {
+    QString vatNumber;
+    QString taxCode;
+    QString name;
+
+    Identity(const QString& vat, const QString& tax, const QString& called)
+        : vatNumber(Identifying(vat)),
+          taxCode(Identifying(tax)),
+          name(Bare(called)) {}
+
+    bool HasNumber() const { return !vatNumber.isEmpty() || !taxCode.isEmpty(); }
+    bool SharesNumber(const Identity& other) const {
+        return Agree(vatNumber, other.vatNumber) || Agree(taxCode, other.taxCode);
+    }
+    bool IsSame(const Identity& other) const {
+        return SharesNumber(other) || ((!HasNumber() || !other.HasNumber()) && Agree(name, other.name));
+    }
+    /// Whether nothing that both tell is alike.
+    bool IsStranger(const Identity& other) const {
+        return HasNumber() && other.HasNumber() && !SharesNumber(other) && !Agree(name, other.name);
+    }
+};
+
+template<class Who>
+Identity IdentityOf(const Who& who) {
+    return {who.vatNumber, who.taxCode, who.name};
+}
+
+/// "'Acciai' (partita IVA 01234567890, codice fiscale RSSMRA...)": how the log names somebody.
+template<class Who>
+QString Named(const Who& who) {
+    QStringList numbers;
+    if (!who.vatNumber.isEmpty()) {
+        numbers.append(QStringLiteral("partita IVA ") + who.vatNumber);
+    }
+    if (!who.taxCode.isEmpty()) {
+        numbers.append(QStringLiteral("codice fiscale ") + who.taxCode);
+    }
+    return QStringLiteral("'%1' (%2)")
+        .arg(who.name, numbers.isEmpty() ? QStringLiteral("senza partita IVA e codice fiscale")
+                                         : numbers.join(QStringLiteral(", ")));
+}
+
+/// The name of both lines; one that was cut at the end of the first goes on without a blank.
+QString WholeName(const QString& first, const QString& second) {
+    constexpr qsizetype cut = 35;
+    return QString(first + (first.size() == cut ? QString() : QStringLiteral(" ")) + second).trimmed();
+}
+
+std::optional<TakenCode> ReadTakenCode(Session& session) {
+    const QString value = session.Config.PeekAppConfig(QStringLiteral("IMPORT"), QStringLiteral("CodiceOccupato"));
+    const auto is = [&value](QLatin1String text) { return value.compare(text, Qt::CaseInsensitive) == 0; };
+    if (value.isEmpty()) {
+        return std::nullopt;
+    }
+    if (!is(QLatin1String("aggiorna")) && !is(QLatin1String("nuovo"))) {
+        throw ImportError(
+            QStringLiteral("impostazione CodiceOccupato della sezione IMPORT: '%1' non è né 'aggiorna' né 'nuovo'")
+                .arg(value));
+    }
+    return is(QLatin1String("aggiorna")) ? TakenCode::Update : TakenCode::Next;
+}
+
+} // namespace
+
+CounterpartyRegister::CounterpartyRegister(ImportRun& run, TakenCode usual)
+    : m_run(run),
+      m_usual(usual),
+      m_setting(ReadTakenCode(run.GetSession())) {}
+
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QString& condition) const {
+    std::vector<Party> parties;
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") +
+                                                          m_run.FullName(QStringLiteral("CON_TRO")) +
+                                                          QStringLiteral(" WHERE ") + condition);
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        parties.push_back({row.Text("CDCON"), WholeName(mod_ovTools::ToText(row.Value("CORAS")), row.Text("CORA2")),
+                           row.Text("COIVA"), row.Text("COFIS"), row.Text("COCGE"), row.Text("COFGE")});
+    }
+    return parties;
+}
+
+std::optional<CounterpartyRegister::Party> CounterpartyRegister::Find(const QString& code) const {
+    const std::vector<Party> parties = Parties(QStringLiteral("CDCON = ") + m_run.Quoted(code));
+    return parties.empty() ? std::nullopt : std::optional(parties.front());
+}
+
+bool CounterpartyRegister::Exists(const QString& code) const { return Find(code).has_value(); }
+
+QString CounterpartyRegister::FindByIdentity(const QString& vatNumber, const QString& taxCode) const {
+    const QString vat = Identifying(vatNumber);
+    const QString tax = Identifying(taxCode);
+    if (vat.isEmpty() && tax.isEmpty()) {
+        return {};
+    }
+    const QString condition =
+        vat.isEmpty() ? QStringLiteral("COFIS = ") + m_run.Quoted(tax) : QStringLiteral("COIVA = ") + m_run.Quoted(vat);
+    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT CDCON FROM ") +
+                                                                m_run.FullName(QStringLiteral("CON_TRO")) +
+                                                                QStringLiteral(" WHERE ") + condition);
+    return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+}
+
+QString CounterpartyRegister::FindSame(const SourceIdentity& source) const {
+    const QString code = FindByIdentity(source.vatNumber, source.taxCode);
+    if (!code.isEmpty()) {
+        TellMerge(source, code);
+    }
+    return code;
+}
+
+void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString& code) const {
+    const auto party = Find(code);
+    if (!party) {
+        return;
+    }
+    QStringList codes;
+    QStringList replaced;
+    bool made = false;
+    const auto look = [&](const QString& role, bool has, const QString& there) {
+        made = made || (has && Agree(there, source.code));
+        if (!there.isEmpty()) {
+            codes.append(QStringLiteral("%1 '%2'").arg(role, there));
+        }
+        if (has && !there.isEmpty()) {
+            replaced.append(QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'").arg(role, there, source.code));
+        }
+    };
+    look(QStringLiteral("cliente"), source.roles.customer, party->customer);
+    look(QStringLiteral("fornitore"), source.roles.supplier, party->supplier);
+    if (made) {
+        return;
+    }
+    const QString origin =
+        codes.isEmpty() ? QStringLiteral("senza codice d'origine") : codes.join(QStringLiteral(", "));
+    m_run.Log(QStringLiteral("CONTROPARTI UNITE: %1 %2 e %3, %4, diventano una: %5%6")
+                  .arg(m_run.RowKey(), Named(source), Named(*party), origin, code, replaced.join(QString())));
+}
+
+QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {
+    const QString column = source.roles.customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
+    const Identity identity = IdentityOf(source);
+    for (const Party& party : Parties(column + QStringLiteral(" = ") + m_run.Quoted(source.code))) {
+        if (!IdentityOf(party).IsStranger(identity)) {
+            return party.code;
+        }
+    }
+    return {};
+}
+
+QString CounterpartyRegister::NextCode() const {
+    const QString highest =
+        m_run.GetSession()
+            .Quadrix.GetMaxValue(QStringLiteral("CON_TRO"), QStringLiteral("CDCON"), {}, QStringLiteral("000000"))
+            .toString();
+    bool isNumber = false;
+    const qint64 number = highest.toLongLong(&isNumber);
+    if (!isNumber) {
+        throw ImportError(
+            QStringLiteral("il codice più alto di CON_TRO, '%1', non è un numero: non se ne può fare un altro")
+                .arg(highest));
+    }
+    if (number >= HighestCode) {
+        throw ImportError(QStringLiteral("i codici a sei cifre di CON_TRO sono esauriti"));
+    }
+    return SixDigits(number + 1);
+}
+
+Placement CounterpartyRegister::Place(const SourceIdentity& source) const {
+    QString known = ImportedBefore(source);
+    if (known.isEmpty()) {
+        known = FindSame(source);
+    }
+    if (!known.isEmpty()) {
+        return {known, true};
+    }
+    const QString told = modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false);
+    if (!told.isEmpty()) {
+        return Settle(source, told, TakenCode::Update);
+    }
+    bool isNumber = false;
+    const qint64 number = (source.number.isEmpty() ? source.code : source.number).toLongLong(&isNumber);
+    const bool keepsNumber = source.roles.customer && isNumber && number > 0 && number <= HighestCode;
+    return Settle(source, keepsNumber ? SixDigits(number) : NextCode());
+}
+
+Placement CounterpartyRegister::Settle(const SourceIdentity& source, const QString& code, TakenCode usual) const {
+    const auto party = Find(code);
+    if (!party) {
+        return {code, false};
+    }
+    const bool same = IdentityOf(source).IsSame(IdentityOf(*party));
+    if (same || m_setting.value_or(usual) == TakenCode::Update) {
+        m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
+        if (!same) {
+            m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: è aggiornata la riga "
+                                     "che c'è")
+                          .arg(m_run.RowKey(), Named(source), Named(*party), code));
+        }
+        return {code, true};
+    }
+    if (const QString before = ImportedBefore(source); !before.isEmpty()) {
+        return {before, true};
+    }
+    const Placement next{NextCode(), false};
+    m_run.Log(QStringLiteral("CODICE OCCUPATO: %1 %2 prende il codice %3: %4 è di %5")
+                  .arg(m_run.RowKey(), Named(source), next.code, code, Named(*party)));
+    return next;
+}
+
+} // namespace contract

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// What tells a counterparty of the source from others.
+struct SourceIdentity {
+    QString table; ///< source table and code column, as SYS_IMP knows them
+    QString field;
+    QString code;
+    Roles roles;
+    QString name; ///< whole, both lines
+    QString vatNumber;
+    QString taxCode;
+    QString number = {}; ///< of a customer whose code is more than its number: the number
+};
+
+/// The Quadrix code of a counterparty of the source.
+struct Placement {
+    QString code;
+    bool known = false; ///< the counterparty is there already: it only gains what the source row adds
+};
+
+/// What happens to a counterparty whose code belongs to another one.
+enum class TakenCode {
+    Update, ///< the row that has the code gains what the source row adds
+    Next,   ///< it takes the next free code
+};
+
+/// The counterparties of the company: finds those that a source row means and numbers new ones.
+/// Every operation raises `SqlError`, `RowGivenUp` or `ImportError`.
+class CounterpartyRegister {
+public:
+    /// @param usual what the origin does with taken codes when the setting CodiceOccupato of the section IMPORT says
+    /// nothing; a setting that is neither "aggiorna" nor "nuovo" raises `ImportError`
+    explicit CounterpartyRegister(ImportRun& run, TakenCode usual = TakenCode::Next);
+
+    /// CDCON of the counterparty with that VAT number or, only when there is none, with that tax code; empty when there
+    /// is none. A number of one repeated character identifies nobody: it is as if it were blank.
+    QString FindByIdentity(const QString& vatNumber, const QString& taxCode) const;
+    /// The same for the counterparty of a source row; the log tells of the two that become one.
+    QString FindSame(const SourceIdentity& source) const;
+    /// Logs that the counterparty of a source row and the one with a code become one, unless that was made from the
+    /// row.
+    void TellMerge(const SourceIdentity& source, const QString& code) const;
+    /// CDCON of the counterparty that an earlier import, or an earlier row, made from the same code: by COCGE for a
+    /// customer, by COFGE for a supplier. Where name and numbers are all others it is another counterparty, of another
+    /// origin. Empty when there is none.
+    QString ImportedBefore(const SourceIdentity& source) const;
+    /// Whether a counterparty has that code.
+    bool Exists(const QString& code) const;
+    /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
+    /// digits are used up.
+    QString NextCode() const;
+
+    /// Finds the counterparty of a source row, or assigns it a code: the one imported from the same code before; else
+    /// the one with its VAT number or tax code; else a customer's numeric code where six digits hold it, or the highest
+    /// code plus one, as `Settle` gives it. The code that SYS_IMP tells is somebody's word: whoever has it is updated,
+    /// unless the setting says "nuovo".
+    Placement Place(const SourceIdentity& source) const;
+    /// Gives a code to the counterparty of a source row when it is free. One that is taken is logged: by the same
+    /// counterparty (equal VAT number or tax code, or one of the two has neither and the names agree) it is updated; by
+    /// another one as `TakenCode` says, and the log names both.
+    Placement Settle(const SourceIdentity& source, const QString& code) const { return Settle(source, code, m_usual); }
+
+private:
+    struct Party;
+    std::vector<Party> Parties(const QString& condition) const;
+    std::optional<Party> Find(const QString& code) const;
+    Placement Settle(const SourceIdentity& source, const QString& code, TakenCode usual) const;
+
+    ImportRun& m_run;
+    TakenCode m_usual;
+    std::optional<TakenCode> m_setting; ///< none: as usual
+};
+
+} // namespace contract

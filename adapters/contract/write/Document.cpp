@@ -1,0 +1,318 @@
+#include "adapters/contract/write/Document.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "core/modImport.h"
+#include "core/modMain.h"
+#include "core/qdxProduction.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+using namespace schema::defaults;
+
+namespace {
+
+const std::array<const Family*, 3> Families{&Sales, &Purchases, &WorkAccount};
+
+QString TextOf(const Recordset& rows, const QString& column) {
+    return mod_ovTools::ToText(rows.Value(column)).trimmed();
+}
+
+/// The day from which on documents are imported.
+QDate StartDateOf(Session& session) {
+    if (session.DocumentsFrom.isValid()) {
+        return session.DocumentsFrom;
+    }
+    const QString text = modMain::GetAppConfig(session, "IMPORT", "DOC_DateStart", "01/01/2017");
+    const auto from = mod_ovTools::ReadDate(text);
+    if (!from) {
+        throw ImportError(
+            QStringLiteral("impostazione DOC_DateStart della sezione IMPORT: '%1' non è una data, scriverla gg/mm/aaaa")
+                .arg(text));
+    }
+    return from->date();
+}
+
+} // namespace
+
+std::vector<TableNeed> DocumentNeeds(const Family& family) {
+    return {{family.head, {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON",
+                           "DTRAS", "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG",
+                           "DTESR", "DTVAL", "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"}},
+            {family.row, {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR",
+                          "DRQT2", "DRQTE", "DRSTA", "DRQTD", "DRPRZ", "DRPR2", "DRPRA", "DRSCO",
+                          "DRSC2", "DRSC3", "DRTOT", "DRTTA", "DRIVA", "DRCAM", "DRTPM", "DRMAG"}},
+            {family.dueDate, {"IDTES"}}};
+}
+
+TriggersOff::TriggersOff(ImportRun& run)
+    : m_run(run) {
+    try {
+        for (const Family* family : Families) {
+            m_run.GetSession().Quadrix.AlterTriggersStatus(m_run.FullName(family->row), false);
+        }
+    } catch (...) {
+        SwitchOn();
+        throw;
+    }
+}
+
+TriggersOff::~TriggersOff() { SwitchOn(); }
+
+void TriggersOff::SwitchOn() noexcept {
+    for (const Family* family : Families) {
+        m_run.SwitchTriggersOn(family->row);
+    }
+}
+
+void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes) {
+    if (!reset) {
+        return;
+    }
+    QStringList quoted;
+    for (const QString& cause : causes) {
+        quoted.append(run.Quoted(cause));
+    }
+    const QString ofCauses = quoted.isEmpty() ? QString() : QString(" AND DTCAU IN (" + quoted.join(u',') + u')');
+    for (const Family* family : Families) {
+        const QString heads = run.FullName(family->head);
+        run.Delete(heads, QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
+                              ofCauses);
+        for (const QString& children : {family->row, family->dueDate}) {
+            run.Delete(run.FullName(children),
+                       QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
+                           .arg(run.FullName(children), heads));
+        }
+    }
+}
+
+DocumentSettings ReadDocumentSettings(Session& session) {
+    return {StartDateOf(session), modMain::IsAppConfigOn(session, "IMPORT", "DOC_CheckArticoli", "1")};
+}
+
+QDate AskStartDate(ImportRun& run) {
+    const QDate proposed = ReadDocumentSettings(run.GetSession()).from;
+    const QString typed = run.Input(StartDateQuestion, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
+    const auto from = mod_ovTools::ReadDate(typed);
+    if (!from) {
+        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));
+    }
+    return from->date();
+}
+
+bool AskSkipImported(ImportRun& run) { return run.Ask(SkipImportedQuestion); }
+
+void TellUnmatched(ImportRun& run, const Joined& joined) {
+    if (run.IsSingle()) {
+        return;
+    }
+    const qint64 count = run.GetSession().SourceConnection().ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM %1 L LEFT JOIN %2 O ON %3 WHERE O.%4 IS NULL%5")
+            .arg(joined.table, joined.other, joined.on, joined.blank,
+                 joined.where.isEmpty() ? QString() : QString(" AND " + joined.where)));
+    if (count > 0) {
+        run.Log(QStringLiteral("RIGHE SENZA CORRISPONDENZA: %1 di '%2' non ne hanno in '%3', non si importano")
+                    .arg(count)
+                    .arg(joined.table, joined.other));
+    }
+}
+
+double DocumentRow::Amount() const {
+    return RoundedTo(mod_ovTools::ApplyDiscounts(quantity, price, discounts[0], discounts[1], discounts[2]), 2);
+}
+
+const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhenMissing) {
+    const auto known = m_causes.constFind(code);
+    if (known != m_causes.cend()) {
+        return *known;
+    }
+    Cause cause{code, typeWhenMissing, Warehouse, {}, {}};
+    const Recordset rows =
+        m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName("CAU_DOC") +
+                                             QStringLiteral(" WHERE ") + Equals(m_run.GetSession(), "CDCAD", code));
+    if (rows.Eof()) {
+        m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'")
+                      .arg(code, typeWhenMissing));
+    } else {
+        cause = {code,
+                 TextOf(rows, "CDCAT"),
+                 TextOf(rows, "CDMAG"),
+                 TextOf(rows, "CDCAM"),
+                 TextOf(rows, "CDTPM"),
+                 TextOf(rows, "CDTIP"),
+                 TextOf(rows, "CDSER")};
+    }
+    return *m_causes.insert(code, cause);
+}
+
+qint64 DocumentWriter::Find(const QString& number, const QString& cause, int year, const QString& further) const {
+    const Session& session = m_run.GetSession();
+    QString condition = Equals(session, "DTNUM", number) + QStringLiteral("  AND ") + Equals(session, "DTCAU", cause);
+    if (year != 0) {
+        condition += QStringLiteral(" AND ") + Equals("DTANN", year);
+    }
+    if (!further.isEmpty()) {
+        condition += QStringLiteral(" AND ") + further;
+    }
+    return IdWhere(m_run.GetSession(), m_family.head, condition);
+}
+
+TargetRow DocumentWriter::Head(const DocumentHead& head) const {
+    TargetRow row(m_run, m_family.head);
+    row.Set("DTCAU", head.cause.code);
+    row.Set("DTANN", head.year);
+    row.Set("DTSER", head.series);
+    row.Set("DTNUM", head.number);
+    row.Set("DTDAT", head.day);
+    row.Set("DTTPD", head.cause.type);
+    row.Set("DTSTA", head.state);
+    row.Set("DTANL", NotCancelled);
+    row.Set("DTCON", head.counterparty);
+    row.Set("DTRAS", head.name);
+    SetAddress(row, head);
+    row.Set("DTCAM", head.cause.reason);
+    row.Set("DTTPM", head.cause.movement);
+    row.Set("DTMAG", head.cause.warehouse);
+    row.Set("DTESR", head.year);
+    row.Set("DTVAL", Currency);
+    row.Set("DTCMB", ExchangeRate);
+    return row;
+}
+
+void DocumentWriter::SetAddress(TargetRow& row, const DocumentHead& head) const {
+    const Recordset found = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM ") + m_run.FullName("CON_TRO") + QStringLiteral(" WHERE ") +
+        Equals(m_run.GetSession(), "CDCON", head.counterparty));
+    if (found.Eof()) {
+        throw ImportError(
+            QStringLiteral("la controparte '%1' del documento '%2' non c'è").arg(head.counterparty, head.number));
+    }
+    row.Set("DTRSS", DestinationName(head, TextOf(found, "CORAS")));
+    row.Set("DTVIA", TextOf(found, "COIND"));
+    row.Set("DTCAP", TextOf(found, "COCAP"));
+    row.Set("DTCIT", TextOf(found, "COCIT"));
+    row.Set("DTPRO", TextOf(found, "COPRO"));
+}
+
+QString DocumentWriter::DestinationName(const DocumentHead& head, const QString& counterpartyName) const {
+    if (!modImport::IsWarehouseDestination(m_family.number, modImport::GetDocTypeIndex(head.cause.type))) {
+        return counterpartyName;
+    }
+    return LookUp(m_run.GetSession(), "MAG_AZZ", "CDMAG", head.cause.warehouse, "MADES");
+}
+
+qint64 DocumentWriter::Insert(TargetRow& head) {
+    head.Insert();
+    const qint64 id = LastId(m_run.GetSession(), m_family.head);
+    Saw(id);
+    return id;
+}
+
+void DocumentWriter::Update(TargetRow& head, qint64 id) {
+    Saw(id);
+    head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
+}
+
+TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const {
+    const Recordset article = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT ARDES, ARUMS, ARUM2 FROM ") + m_run.FullName("ART_ICO") + QStringLiteral(" WHERE ") +
+        Equals(m_run.GetSession(), "CDART", row.article));
+    const auto fromArticle = [&](const QString& own, const QString& column) {
+        return own.isEmpty() && !article.Eof() ? TextOf(article, column) : own;
+    };
+    if (article.Eof() && !row.article.isEmpty()) {
+        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), row.article));
+    }
+    TargetRow target(m_run, m_family.row);
+    target.Set("IDTES", head);
+    target.Set("DRNUM", row.number);
+    target.Set("DRTIP", row.type);
+    target.Set("DRART", row.article);
+    target.Set("DRDES", fromArticle(row.description, "ARDES"));
+    target.Set("DRUMS", fromArticle(row.unit, "ARUMS"));
+    target.Set("DRUM2", fromArticle({}, "ARUM2"));
+    target.Set("DRQTR", row.quantity);
+    target.Set("DRQT2", row.quantity2);
+    target.Set("DRQTE", row.delivered);
+    target.Set("DRSTA", row.state);
+    target.Set("DRQTD", std::max(0.0, row.quantity - row.delivered));
+    target.Set("DRPRZ", row.price);
+    target.Set("DRPR2", row.price);
+    target.Set("DRPRA", row.price);
+    target.Set("DRSCO", row.discounts[0]);
+    target.Set("DRSC2", row.discounts[1]);
+    target.Set("DRSC3", row.discounts[2]);
+    target.Set("DRTOT", row.Amount());
+    target.Set("DRTTA", row.Amount());
+    target.Set("DRIVA", row.vatCode);
+    target.Set("DRCAM", of.cause.reason);
+    target.Set("DRTPM", of.cause.movement);
+    target.Set("DRMAG", of.cause.warehouse);
+    return target;
+}
+
+qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
+        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
+        QStringLiteral(" ORDER BY RECORD_ID"));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (const qint64 row = rows.Fields(0).Value().toLongLong(); !but.contains(row)) {
+            return row;
+        }
+    }
+    return 0;
+}
+
+qint64 DocumentWriter::PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const {
+    const qint64 known = wasThere ? FindRow(head, number, rewritten) : 0;
+    if (known == 0) {
+        row.Insert();
+        return 0;
+    }
+    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    rewritten.insert(known);
+    return known;
+}
+
+qint64 DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
+    Session& session = m_run.GetSession();
+    const qint64 imported = session.Quadrix.ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
+        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals(session, "USINS", "SYSTEM_IMPORT"));
+    TellNoLongerThere(m_run, QStringLiteral("RIGHE"), m_run.RowKey(), imported - writtenNow);
+    return std::max<qint64>(0, imported - writtenNow);
+}
+
+void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
+    if (m_run.IsSingle() || causes.isEmpty()) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    QStringList quoted;
+    for (const QString& cause : causes) {
+        quoted.append(m_run.Quoted(cause));
+    }
+    Recordset heads = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, DTCAU, DTANN, DTNUM, DTRAS FROM " + m_run.FullName(m_family.head) + u" WHERE " +
+        Equals(session, "USINS", "SYSTEM_IMPORT") + u" AND DTCAU IN (" + quoted.join(u',') + u") AND DTDAT >= " +
+        mod_ovTools::FormatSqlValue(from, DataType::DateTime, session.Quadrix.ProviderType) + u" ORDER BY RECORD_ID");
+    for (; !heads.Eof(); heads.MoveNext()) {
+        if (!m_seen.contains(heads.Value("RECORD_ID").toLongLong())) {
+            TellNoLongerThere(m_run, QStringLiteral("DOCUMENTI"),
+                              QStringLiteral("%1 %2/%3 di '%4'")
+                                  .arg(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
+                                       TextOf(heads, "DTRAS")),
+                              1);
+        }
+    }
+}
+
+void DocumentWriter::Total(qint64 head) const {
+    qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head);
+}
+
+} // namespace contract

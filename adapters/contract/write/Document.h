@@ -1,0 +1,171 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+#include <QSet>
+
+namespace contract {
+
+/// A family of documents: its tables.
+struct Family {
+    int number; ///< 0 sales, 1 purchases, 2 subcontracting
+    QString head;
+    QString row;
+    QString dueDate;
+};
+
+inline const Family Sales{0, "DOC_VEN", "DOC_VER", "DOC_VED"};
+inline const Family Purchases{1, "DOC_ACQ", "DOC_ACR", "DOC_ACD"};
+inline const Family WorkAccount{2, "DOC_CTL", "DOC_CTR", "DOC_CTD"};
+
+/// What the writer below writes into a family.
+std::vector<TableNeed> DocumentNeeds(const Family& family);
+
+/// The triggers of the document rows of all families, off for the lifetime of the object: switched on again also after
+/// an error or a cancel. Raises `SqlError` when they cannot be switched off.
+class TriggersOff {
+public:
+    explicit TriggersOff(ImportRun& run);
+    ~TriggersOff();
+    TriggersOff(const TriggersOff&) = delete;
+    TriggersOff& operator=(const TriggersOff&) = delete;
+
+private:
+    void SwitchOn() noexcept;
+
+    ImportRun& m_run;
+};
+
+/// Removes the documents that an import wrote, with the rows and due dates that are left without a head. Documents
+/// entered by hand stay. @param causes only those of these causes; empty for all
+void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes = {});
+
+/// What the settings say to every document import.
+struct DocumentSettings {
+    QDate from;                ///< DOC_DateStart: older documents stay behind
+    bool checkArticles = true; ///< DOC_CheckArticoli: rows whose article is missing are left out
+};
+/// Reads them. Raises `ImportError` when DOC_DateStart is no date.
+DocumentSettings ReadDocumentSettings(Session& session);
+
+inline const QString StartDateQuestion = QStringLiteral("Data inizio documenti:");
+inline const QString SkipImportedQuestion =
+    QStringLiteral("ATTENZIONE: \nsaltare Documenti già importati in precedenza?");
+
+/// Asks from which day on documents are imported, the day of DOC_DateStart proposed. Raises `ImportError` when the
+/// answer is no date.
+QDate AskStartDate(ImportRun& run);
+
+/// Why a source row is left out whose document is there and is not rewritten.
+inline const QString AlreadyImported = QStringLiteral("documento già importato");
+
+/// Asks whether documents that an earlier import wrote are skipped; otherwise they are rewritten.
+bool AskSkipImported(ImportRun& run);
+
+/// Two tables of the source that a join reads together: what one of them lacks in the other is not read.
+struct Joined {
+    QString table;
+    QString other;
+    QString on;    ///< condition of the join, over L (the table) and O (the other)
+    QString blank; ///< a column of the other that is never Null
+    QString where; ///< condition on L; empty for every row
+};
+/// Logs how many rows of the table the join leaves out, which nobody would notice: rows without their head, heads
+/// without rows. A run of a single code does not ask.
+void TellUnmatched(ImportRun& run, const Joined& joined);
+
+/// What a cause of CAU_DOC sets on its documents.
+struct Cause {
+    QString code;
+    QString type; ///< CDCAT, for example "DDT"
+    QString warehouse;
+    QString reason;      ///< CDCAM, of the stock movement
+    QString movement;    ///< CDTPM
+    QString kind = {};   ///< CDTIP, the document type of its own; often empty
+    QString series = {}; ///< CDSER
+};
+
+/// A document head.
+struct DocumentHead {
+    Cause cause;
+    QString series;
+    QString number;
+    QVariant day;
+    int year = 0;
+    QString counterparty;
+    QString name;
+    QString state;
+};
+
+/// A document row.
+struct DocumentRow {
+    int number = 0;
+    QString type;
+    QString article;
+    QString description; ///< empty: that of the article
+    QString unit;        ///< empty: that of the article
+    double quantity = 0;
+    double quantity2 = 0; ///< in the second unit
+    double delivered = 0;
+    double price = 0;
+    std::array<double, 3> discounts = {};
+    QString vatCode;
+    QString state;
+
+    /// Amount of the row, less its discounts, rounded to cents.
+    double Amount() const;
+};
+
+/// Writes documents of a family. It knows the target, never the origin.
+/// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class DocumentWriter {
+public:
+    DocumentWriter(ImportRun& run, Family family)
+        : m_run(run),
+          m_family(std::move(family)) {}
+
+    /// A cause, read from CAU_DOC once in a run. One that is missing there is logged, and has the given document type
+    /// and the default warehouse.
+    const Cause& CauseOf(const QString& code, const QString& typeWhenMissing);
+    /// RECORD_ID of the head of that number and cause (and year, unless 0); 0 when there is none.
+    /// @param further one more condition, without AND
+    qint64 Find(const QString& number, const QString& cause, int year = 0, const QString& further = {}) const;
+    /// A head row with everything that the fields tell, the address of its counterparty and the defaults; a mapping or
+    /// further columns may follow before it is written by `Insert` or `Update`.
+    TargetRow Head(const DocumentHead& head) const;
+    /// Inserts a head and returns its RECORD_ID.
+    qint64 Insert(TargetRow& head);
+    /// Rewrites the head of that RECORD_ID.
+    void Update(TargetRow& head, qint64 id);
+    /// The source has the document of that head, whatever becomes of it; heads that are written need not be told.
+    void Saw(qint64 head) { m_seen.insert(head); }
+    /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
+    /// follow before it is inserted.
+    TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
+    /// RECORD_ID of a row of a head by its number, to be rewritten when its document is imported again; 0 when there is
+    /// none. @param but rows that have been rewritten already: a number may come twice
+    qint64 FindRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
+    /// Writes a row of a head: over the one of its number when an earlier import has written the head, which is then
+    /// added to `rewritten`, else anew. Returns the RECORD_ID of the one written over; 0 when it is inserted.
+    qint64 PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const;
+    /// Tells how many rows an import has written to a head beyond those of this run: they were imported before and are
+    /// no longer in the source, yet they still count in the totals. @return their number
+    qint64 TellRowsLeft(qint64 head, qint64 writtenNow) const;
+    /// Tells which documents of these causes, of that day or later, an earlier import has written and this run has not
+    /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
+    /// run of a single code tells none.
+    void TellDocumentsLeft(const QStringList& causes, const QDate& from) const;
+    /// Recomputes the totals of a head from its rows.
+    void Total(qint64 head) const;
+
+private:
+    void SetAddress(TargetRow& row, const DocumentHead& head) const;
+    QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
+
+    ImportRun& m_run;
+    Family m_family;
+    QHash<QString, Cause> m_causes;
+    QSet<qint64> m_seen; ///< heads whose documents the source has
+};
+
+} // namespace contract

@@ -1,0 +1,45 @@
+#include "adapters/contract/write/FreeAttribute.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+
+namespace contract {
+
+namespace {
+
+const QString Table = QStringLiteral("FLD_VAL");
+
+} // namespace
+
+std::vector<TableNeed> FreeAttributeNeeds() { return {{Table, {"FLTAB", "FLKEY", "FLFLD", "FLVAL", "FLDEF"}}}; }
+
+void EmptyFreeAttributes(ImportRun& run, const QString& table, bool reset) {
+    if (reset) {
+        run.Delete(run.FullName(Table), QStringLiteral("DELETE ") + run.FullName(Table) +
+                                            QStringLiteral(" WHERE FLTAB = ") + run.Quoted(table));
+    }
+}
+
+void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
+    if (attribute.value.isEmpty()) {
+        return;
+    }
+    Session& session = run.GetSession();
+    const qint64 known = IdWhere(session, Table,
+                                 Equals(session, "FLTAB", attribute.table) + QStringLiteral(" AND ") +
+                                     Equals(session, "FLKEY", attribute.key) + QStringLiteral(" AND ") +
+                                     Equals(session, "FLFLD", attribute.name));
+    TargetRow row(run, Table);
+    row.Set("FLTAB", attribute.table);
+    row.Set("FLKEY", attribute.key);
+    row.Set("FLFLD", attribute.name);
+    row.Set("FLVAL", attribute.value);
+    row.Set("FLDEF", attribute.description);
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Insert();
+    }
+}
+
+} // namespace contract

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> FreeAttributeNeeds();
+
+/// Removes the free attributes of a table (bare name), when the operator asked for it.
+void EmptyFreeAttributes(ImportRun& run, const QString& table, bool reset);
+
+/// A value of a record that has no column of its own.
+struct FreeAttribute {
+    QString table; ///< bare name of the record's table
+    QString key;   ///< code of the record
+    QString name;
+    QString value;
+    QString description = {};
+};
+
+/// Writes a free attribute: inserted when the record lacks it, else updated. A blank value writes nothing.
+/// Raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute);
+
+} // namespace contract

@@ -1,0 +1,76 @@
+#include "adapters/contract/write/OpenDocument.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Article.h"
+
+namespace contract {
+
+qint64 OpenDocument::Find(const Head& head) {
+    const DocumentHead& fields = head.fields;
+    const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year,
+                                       head.bySeries ? Equals(m_run.GetSession(), "DTSER", fields.series) : QString());
+    m_writer.Saw(known);
+    return known;
+}
+
+OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head, qint64 known) {
+    const DocumentHead& fields = head.fields;
+    State state{key, 0, fields, known != 0};
+    if (state.wasThere && m_options.skipImported) {
+        return state;
+    }
+    TargetRow target = m_writer.Head(fields);
+    if (head.more) {
+        head.more(target);
+    }
+    if (state.wasThere) {
+        m_writer.Update(target, known);
+        state.id = known;
+    } else {
+        state.id = m_writer.Insert(target);
+    }
+    return state;
+}
+
+RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& head,
+                             const std::function<DocumentRow()>& row, const More& more, qint64* id) {
+    const bool begins = !m_state || m_state->key != key;
+    const Head first = begins ? head() : Head();
+    const qint64 known = begins ? Find(first) : 0;
+    const DocumentRow values = row();
+    if (m_options.checkArticles && !values.article.isEmpty() &&
+        !IsThere(m_run.GetSession(), "ART_ICO", "CDART", values.article)) {
+        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), values.article));
+        return m_run.Skip(ArticleMissing);
+    }
+    State state = begins ? Begin(key, first, known) : *m_state;
+    const RowOutcome outcome = state.id == 0 ? m_run.Skip(AlreadyImported) : WriteRow(state, values, more, id);
+    m_state = state;
+    return outcome;
+}
+
+RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const {
+    TargetRow target = m_writer.Row(state.id, state.head, row);
+    if (more) {
+        more(target);
+    }
+    ++state.rows;
+    const qint64 known = m_writer.PutRow(target, state.id, row.number, state.wasThere, state.rewritten);
+    if (id != nullptr) {
+        *id = known != 0 ? known : LastId(m_run.GetSession(), m_family.row);
+    }
+    return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
+void OpenDocument::End() {
+    if (m_state && m_state->id != 0) {
+        if (m_state->wasThere) {
+            m_writer.TellRowsLeft(m_state->id, m_state->rows);
+        }
+        m_writer.Total(m_state->id);
+        ++m_count;
+    }
+    m_state.reset();
+}
+
+} // namespace contract

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "adapters/contract/write/Document.h"
+
+namespace contract {
+
+/// The documents of a family whose rows are read one after the other, with those of one document together: a head is
+/// written with the first of its rows that is written, the totals with the last. A document that is there already is
+/// rewritten. What a row that fails has begun is begun anew by the next.
+class OpenDocument {
+public:
+    using More = std::function<void(TargetRow&)>;
+
+    /// A head and what it has beyond the fields.
+    struct Head {
+        DocumentHead fields;
+        More more = {};
+        bool bySeries = false; ///< numbers count within the series
+    };
+    struct Options {
+        bool checkArticles = true; ///< a row whose article is missing is left out, and logged
+        bool skipImported = false; ///< a document that is there already is left out
+    };
+
+    OpenDocument(ImportRun& run, const Family& family, const Options& options)
+        : m_run(run),
+          m_family(family),
+          m_options(options),
+          m_writer(run, family) {}
+
+    DocumentWriter& Writer() { return m_writer; }
+    /// Writes a row. @param key tells its document from others @param head asked with the first row of a document
+    /// @param row asked after it @param more sets further columns @param id gets the RECORD_ID of the row; may be null
+    RowOutcome Row(const QString& key, const std::function<Head()>& head, const std::function<DocumentRow()>& row,
+                   const More& more = {}, qint64* id = nullptr);
+    /// Ends the document under way: its totals follow from its rows. Does nothing when there is none.
+    void End();
+    /// Documents ended so far.
+    int Count() const { return m_count; }
+    /// Tells the documents that are no longer in the source: see `DocumentWriter::TellDocumentsLeft`.
+    void TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
+        m_writer.TellDocumentsLeft(causes, from);
+    }
+
+private:
+    struct State {
+        QString key = {};
+        qint64 id = 0; ///< 0: the document is left out
+        DocumentHead head = {};
+        bool wasThere = false;
+        QSet<qint64> rewritten = {}; ///< rows of a document that was there
+        qint64 rows = 0;
+    };
+    qint64 Find(const Head& head);
+    State Begin(const QString& key, const Head& head, qint64 known);
+    RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
+
+    ImportRun& m_run;
+    Family m_family;
+    Options m_options;
+    DocumentWriter m_writer;
+    std::optional<State> m_state;
+    int m_count = 0;
+};
+
+} // namespace contract

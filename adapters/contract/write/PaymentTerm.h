@@ -1,0 +1,29 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes, beside the mapping of TAB_MOP.
+std::vector<TableNeed> InstalmentNeeds();
+
+/// Removes the payment terms that an import wrote, with their instalments, when the operator asked for it: the tables
+/// serve every company.
+void RemoveImportedPaymentTerms(ImportRun& run, bool reset);
+
+/// An instalment of a payment term.
+struct Instalment {
+    QString type;       ///< payment type; empty for none
+    double days = 0;    ///< after the start, whole
+    QString start;      ///< "DF" date of the invoice, "FM" end of its month
+    double percent = 0; ///< of the document's total
+};
+
+/// The percentages of so many equal instalments: of three 33.33, 33.33 and 33.34, as the last takes what is left.
+std::vector<double> EqualShares(int count);
+
+/// Writes the instalments of a payment term, numbered from 1: those that are there are rewritten, further ones removed.
+/// Raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Instalment>& instalments);
+
+} // namespace contract

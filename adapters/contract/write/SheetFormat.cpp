@@ -1,0 +1,80 @@
+#include "adapters/contract/write/SheetFormat.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "core/qdxProduction_sheets.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+const QString Table = QStringLiteral("ART_FMT");
+
+double WeightOf(Session& session, const SheetFormat& format) {
+    return format.weight != 0 || format.density == 0
+               ? format.weight
+               : qdxProduction::qdxPesoFormato(session, format.article, format.length, format.width, format.density);
+}
+
+} // namespace
+
+std::vector<TableNeed> SheetFormatNeeds() {
+    return {
+        {Table,
+         {"CDART", "CDFMT", "LMDES", "LMDMX", "LMDMY", "LMPES", "LMPSR", "LMSFR", "LMEXT", "LMOLD", "LMATT", "LMANN"}}};
+}
+
+RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* id) {
+    Session& session = run.GetSession();
+    const qint64 known = IdWhere(session, Table,
+                                 Equals(session, "CDART", format.article) + QStringLiteral(" AND ") +
+                                     Equals(session, "CDFMT", format.code));
+    TargetRow row(run, Table);
+    const auto setText = [&row](const QString& column, const QString& text) {
+        if (!text.isEmpty()) {
+            row.Set(column, text);
+        }
+    };
+    const auto setNumber = [&row](const QString& column, double number) {
+        if (number != 0) {
+            row.Set(column, number);
+        }
+    };
+    row.Set("CDART", format.article);
+    row.Set("CDFMT", format.code);
+    setText("LMDES", format.description);
+    setNumber("LMDMX", format.length);
+    setNumber("LMDMY", format.width);
+    setNumber("LMPES", WeightOf(session, format));
+    setNumber("LMPSR", format.density);
+    setText("LMSFR", format.offcut);
+    setText("LMEXT", format.external);
+    setText("LMOLD", format.old);
+    row.Set("LMATT", true);
+    row.Set("LMANN", false);
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        row.Insert();
+    }
+    if (id != nullptr) {
+        *id = known != 0 ? known : LastId(session, Table);
+    }
+    return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
+KnownFormat FindFormat(ImportRun& run, const QString& externalCode) {
+    Session& session = run.GetSession();
+    const Recordset found =
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(Table) + QStringLiteral(" WHERE ") +
+                                  Equals(session, "LMEXT", externalCode));
+    if (externalCode.isEmpty() || found.Eof()) {
+        return {};
+    }
+    const SourceRow row(found);
+    return {row.Text("CDART"), row.Text("CDFMT"), row.Text("LMSFR"), mod_ovTools::ToDouble(row.Value("LMDMX")),
+            mod_ovTools::ToDouble(row.Value("LMDMY"))};
+}
+
+} // namespace contract

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> SheetFormatNeeds();
+
+/// A format of a sheet article.
+struct SheetFormat {
+    QString article;
+    QString code;       ///< CDFMT
+    double length = 0;  ///< mm
+    double width = 0;   ///< mm
+    double weight = 0;  ///< kg; 0: what its measures and the article's thickness weigh, where the density is known
+    double density = 0; ///< kg/dm3
+    QString description = {};
+    QString offcut = {};   ///< code of the offcut that it is; empty for a whole sheet
+    QString external = {}; ///< code in the source
+    QString old = {};      ///< reference that it had before
+};
+
+/// Writes a format of a sheet article: inserted when the article lacks it, else updated. What it leaves empty or zero
+/// stays as it is. Raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+/// @param id gets its RECORD_ID; may be null
+RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* id = nullptr);
+
+/// A format as stock knows it.
+struct KnownFormat {
+    QString article; ///< empty: there is none
+    QString code;
+    QString offcut;
+    double length = 0; ///< mm
+    double width = 0;  ///< mm
+};
+
+/// The first format that has a code of the source; with an empty article when there is none.
+KnownFormat FindFormat(ImportRun& run, const QString& externalCode);
+
+} // namespace contract

@@ -1,0 +1,188 @@
+#include "adapters/contract/write/Stock.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+using namespace schema::defaults;
+
+namespace {
+
+/// What a line may have beyond its article and quantity.
+void SetParticulars(TargetRow& row, const StockLine& line) {
+    const auto setText = [&row](const QString& column, const QString& text) {
+        if (!text.isEmpty()) {
+            row.Set(column, text);
+        }
+    };
+    setText("MRUBI", line.location);
+    setText("MRFMT", line.format);
+    setText("MRSFR", line.offcut);
+    if (line.length != 0 || line.width != 0) {
+        row.Set("MRLMX", line.length);
+        row.Set("MRLMY", line.width);
+    }
+}
+
+} // namespace
+
+std::vector<TableNeed> StockNeeds() {
+    return {
+        {"MOV_MAG", {"MMANN", "MMNUM", "MMDAT", "MMMAG", "MMTPM", "MMSTA", "MMINV", "MMESR"}},
+        {"MOV_MAR",
+         {"MRTES", "MRNUM", "MRART", "MRDES", "MRUMS", "MRQTA", "MRQTI", "MRPRZ", "MRVAL", "MRMAG", "MRTPM", "MRSTA"}}};
+}
+
+void EmptyStock(ImportRun& run, bool reset) {
+    for (const QString& table : {QStringLiteral("ART_MAG"), QStringLiteral("MOV_MAR"), QStringLiteral("MOV_MAG")}) {
+        if (reset) {
+            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
+        }
+    }
+}
+
+StockWriter::Movement& StockWriter::FindMovement(const StockLine& line) {
+    const auto known = m_movements.find({line.warehouse, line.sheet});
+    // One that could not be looked up is not remembered: the next row would make a second one.
+    return known != m_movements.end()
+               ? known->second
+               : m_movements.emplace(std::pair(line.warehouse, line.sheet), ReadMovement(line)).first->second;
+}
+
+StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
+    Movement movement;
+    Session& session = m_run.GetSession();
+    const int year = session.UserManager.DataElaborazione.year();
+    Recordset found =
+        session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MMNUM FROM " + m_run.FullName("MOV_MAG") + u" WHERE " +
+                                  Equals("MMANN", year) + u" AND " + Equals(session, "MMMAG", line.warehouse) +
+                                  u" AND MMINV = 1 AND COALESCE(MMLAM, 0) = " + QString::number(line.sheet ? 1 : 0) +
+                                  u" AND " + Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+    if (!found.Eof()) {
+        const qint64 number = found.Fields(1).Value().toLongLong();
+        movement = {.id = found.Fields(0).Value().toLongLong(), .wasThere = true};
+        movement.name = QStringLiteral("movimento %1/%2").arg(number).arg(year);
+        found.Close();
+        movement.last = session.Quadrix.ExecuteCommand("SELECT MAX(MRNUM) FROM " + m_run.FullName("MOV_MAR") +
+                                                       " WHERE " + Equals("MRTES", movement.id));
+        movement.lastBefore = movement.last;
+    }
+    return movement;
+}
+
+void StockWriter::InsertMovement(Movement& movement, const StockLine& line) {
+    Session& session = m_run.GetSession();
+    const QDate today = session.UserManager.DataElaborazione;
+    TargetRow row(m_run, "MOV_MAG");
+    row.Set("MMANN", today.year());
+    const QString year = QStringLiteral("WHERE ") + Equals("MMANN", today.year());
+    row.Set("MMNUM", session.Quadrix.GetMaxValue("MOV_MAG", "MMNUM", year).toLongLong() + 1);
+    row.Set("MMDAT", today);
+    row.Set("MMMAG", line.warehouse);
+    row.Set("MMTPM", LoadMovement);
+    row.Set("MMSTA", Closed);
+    row.Set("MMINV", true);
+    row.Set("MMESR", today.year());
+    if (line.sheet) {
+        row.Set("MMLAM", true);
+    }
+    row.Insert();
+    m_run.WhenTakenBack([&movement] { movement = {}; });
+    movement.id = LastId(session, "MOV_MAG");
+}
+
+/// The row of that balance that is still to be rewritten: several may be alike.
+qint64 StockWriter::FindRow(const Movement& movement, const StockLine& line) const {
+    if (!movement.wasThere) {
+        return 0;
+    }
+    Session& session = m_run.GetSession();
+    const auto same = [&](const QString& column, const QString& text) {
+        return QString(u" AND " + Equals(session, QStringLiteral("COALESCE(%1, '')").arg(column), text));
+    };
+    Recordset rows = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("MRTES", movement.id) + u" AND " +
+        Equals(session, "MRART", line.article) + same("MRUBI", line.location) + same("MRFMT", line.format) +
+        same("MRSFR", line.offcut) + u" AND " + Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (const qint64 id = rows.Fields(0).Value().toLongLong(); !movement.rewritten.contains(id)) {
+            return id;
+        }
+    }
+    return 0;
+}
+
+RowOutcome StockWriter::Balance(const StockLine& line) {
+    Movement& movement = FindMovement(line);
+    const qint64 known = FindRow(movement, line);
+    if (known == 0 && line.quantity == 0) {
+        return m_run.Skip(QStringLiteral("giacenza a zero"));
+    }
+    const Recordset found = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") +
+                                                                 m_run.FullName("ART_ICO") + QStringLiteral(" WHERE ") +
+                                                                 Equals(m_run.GetSession(), "CDART", line.article));
+    if (found.Eof()) {
+        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), line.article));
+        return m_run.Skip(ArticleMissing);
+    }
+    if (movement.id == 0) {
+        InsertMovement(movement, line);
+    }
+    const double price = mod_ovTools::ToDouble(line.price.isNull() ? found.Value("ARCOS") : line.price);
+    TargetRow row(m_run, "MOV_MAR");
+    row.Set("MRTES", movement.id);
+    row.Set("MRART", line.article);
+    row.Set("MRDES", found.Value("ARDES"));
+    row.Set("MRUMS", line.unit.isEmpty() ? found.Value("ARUMS") : QVariant(line.unit));
+    row.Set("MRQTA", line.quantity);
+    row.Set("MRQTI", line.quantity);
+    row.Set("MRPRZ", price);
+    row.Set("MRVAL", RoundedTo(line.quantity * price, 2));
+    row.Set("MRMAG", line.warehouse);
+    row.Set("MRTPM", LoadMovement);
+    row.Set("MRSTA", Closed);
+    SetParticulars(row, line);
+    movement.offcuts.insert(!line.offcut.isEmpty());
+    if (known != 0) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+        movement.rewritten.insert(known);
+        m_run.WhenTakenBack([&movement, known] { movement.rewritten.remove(known); });
+        return RowOutcome::Updated;
+    }
+    row.Set("MRNUM", movement.last + 1);
+    row.Insert();
+    ++movement.last;
+    m_run.WhenTakenBack([&movement] { --movement.last; });
+    return RowOutcome::Inserted;
+}
+
+void StockWriter::TellRowsLeft() {
+    if (m_run.IsSingle()) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    for (const auto& [place, movement] : m_movements) {
+        if (!movement.wasThere || movement.offcuts.isEmpty()) {
+            continue;
+        }
+        qint64 left = 0;
+        Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MRSFR FROM " + m_run.FullName("MOV_MAR") +
+                                                   u" WHERE " + Equals("MRTES", movement.id) + u" AND " +
+                                                   Equals(session, "USINS", "SYSTEM_IMPORT") + u" AND MRNUM <= " +
+                                                   QString::number(movement.lastBefore));
+        for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+            // Offcuts and what is none may come by imports of their own.
+            const bool isOurs = movement.offcuts.contains(!row.IsBlank("MRSFR"));
+            left += isOurs && !movement.rewritten.contains(row.Value("RECORD_ID").toLongLong()) ? 1 : 0;
+        }
+        TellNoLongerThere(m_run, QStringLiteral("GIACENZE"),
+                          QStringLiteral("%1, magazzino '%2'").arg(movement.name, place.first), left);
+    }
+}
+
+} // namespace contract

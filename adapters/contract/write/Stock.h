@@ -1,0 +1,73 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+#include <QSet>
+
+#include <map>
+
+namespace contract {
+
+/// What the writer below writes.
+std::vector<TableNeed> StockNeeds();
+
+/// Empties the stock tables, when the operator asked for it.
+void EmptyStock(ImportRun& run, bool reset);
+
+/// A balance of an article.
+struct StockLine {
+    QString warehouse;
+    QString article;
+    double quantity = 0;
+    QString unit = {};   ///< empty: that of the article
+    QVariant price = {}; ///< Null: the article's cost
+    QString location = {};
+    bool sheet = false;  ///< a sheet: it stands in a movement of sheets
+    QString format = {}; ///< CDFMT of the sheet
+    QString offcut = {}; ///< code of the offcut that it is; empty for a whole sheet
+    double length = 0;   ///< of the sheet, mm
+    double width = 0;    ///< of the sheet, mm
+};
+
+/// Writes opening balances: one load movement for each warehouse (and one more for its sheets) and year, with a row for
+/// each balance. What an earlier import wrote in the year is found and rewritten. It knows the target, never the
+/// origin. Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+class StockWriter {
+public:
+    explicit StockWriter(ImportRun& run)
+        : m_run(run) {}
+
+    /// Writes the balance of an article in a warehouse, valued at the article's cost. An article that is not there
+    /// (logged) is skipped, and a balance of zero where no earlier import wrote another one.
+    RowOutcome Balance(const QString& warehouse, const QString& article, double quantity) {
+        return Balance(StockLine{warehouse, article, quantity});
+    }
+    /// The same, of a balance with all its particulars.
+    RowOutcome Balance(const StockLine& line);
+
+    /// Tells how many rows earlier imports have left in the movements of this run that it has not written: their
+    /// quantities still count.
+    void TellRowsLeft();
+
+private:
+    struct Movement {
+        qint64 id = 0;
+        QString name = {};           ///< in the operator's words
+        qint64 last = 0;             ///< number of its last row
+        qint64 lastBefore = 0;       ///< the same, before this run
+        QSet<qint64> rewritten = {}; ///< of its rows that were there
+        QSet<bool> offcuts = {};     ///< whether offcuts and whether others have been written
+        bool wasThere = false;
+    };
+    /// The movement that a line belongs to, of this run or an earlier one; with id 0 when there is none.
+    Movement& FindMovement(const StockLine& line);
+    Movement ReadMovement(const StockLine& line) const;
+    void InsertMovement(Movement& movement, const StockLine& line);
+    qint64 FindRow(const Movement& movement, const StockLine& line) const;
+
+    ImportRun& m_run;
+    using Key = QPair<QString, bool>;
+    std::map<Key, Movement> m_movements; ///< by warehouse and of sheets or not
+};
+
+} // namespace contract

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// Tells, in the log and the result, what earlier imports have written and the source no longer has: it stays in
+/// Quadrix, where somebody has to look at it. Says nothing for a count of 0.
+/// @param kind of what is told, in capitals, e.g. "RIGHE" @param what it is, or what it belongs to
+void TellNoLongerThere(ImportRun& run, const QString& kind, const QString& what, qint64 count);
+
+} // namespace contract

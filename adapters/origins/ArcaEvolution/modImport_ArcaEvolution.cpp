@@ -1,0 +1,401 @@
+// Arca Evolution: a SQL Server database, ARCAEVOLUTION unless the setting Databasename names another. Counterparties
+// with destinations, invoicing addresses and contacts. The refresh of the suppliers and the payment terms stand in
+// modImport_ArcaEvolution_base.cpp, articles in modImport_ArcaEvolution_articles.cpp, documents in
+// modImport_ArcaEvolution_documents.cpp.
+// CF, AR, LS, DO and their companions are known from databases and applications; what CFStato and TipoDitta mean, the
+// columns of PGRata and the house number behind the last comma of a street are this system's own reading.
+// Known gaps: the form of address of a contact, locations of single articles, brands.
+
+#include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/Origin.h"
+#include "adapters/contract/write/Counterparty.h"
+#include "adapters/sourceSettings.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_ArcaEvolution {
+
+const contract::Origin& Entry();
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Contatti = QStringLiteral("CFContatto");
+const QString TipiContatto = QStringLiteral("CFContattoTipo");
+const QString Destinazioni = QStringLiteral("CFDest");
+const QString SediTable = QStringLiteral("CFSede");
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+/// The language of the counterparty, Italian when the source has none; a number that is not known is recorded.
+Rule Language() {
+    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" when blank; else translated",
+            [](const RuleInput& input) -> RuleValue {
+                if (input.Text().isEmpty()) {
+                    return schema::defaults::Language;
+                }
+                const QString language = LanguageOf(input.session, input.Text());
+                return language.isEmpty() ? RuleValue() : RuleValue(language);
+            }};
+}
+
+/// Zero is no day of the month.
+Rule FixedDay() {
+    return {"as it is, left out when zero", [](const RuleInput& input) -> RuleValue {
+                const QString day = input.Text();
+                return day.isEmpty() || day == "0" ? RuleValue() : RuleValue(day);
+            }};
+}
+
+const CounterpartyMapping& Controparti() {
+    static const CounterpartyMapping mapping({
+        "CON_TRO",
+        Cf,
+        {
+            {"CDCON", "Cd_CF", Code()},
+            {"CORAS", "Descrizione", First(35)},
+            {"CORA2", "Descrizione", From(36)},
+            {"DTINS", "TimeIns", MomentOrNow()},
+            {"COINV", "", Today()},
+            {"COANN", "Obsoleto", Flag()},
+            {"COCON", "", Constant(true)},
+            {"COCLI", "Cliente, Cd_CF", IsCustomer()},
+            {"COMAC", "Cd_CGConto_Mastro", CustomerOnly(NotBlank(Text()))},
+            {"COSC1", "Sconto", CustomerOnly(Discount(1))},
+            {"COSC2", "Sconto", CustomerOnly(Discount(2))},
+            {"COSC3", "Sconto", CustomerOnly(Discount(3))},
+            {"COCGE", "Cd_CF", CustomerOnly(Text())},
+            {"COFOR", "Fornitore, Cd_CF", IsSupplier()},
+            {"COMAF", "Cd_CGConto_Mastro", SupplierOnly(NotBlank(Text()))},
+            {"COSF1", "Sconto", SupplierOnly(Discount(1))},
+            {"COSF2", "Sconto", SupplierOnly(Discount(2))},
+            {"COSF3", "Sconto", SupplierOnly(Discount(3))},
+            {"COFGE", "Cd_CF", SupplierOnly(Text())},
+            {"COPER", "TipoDitta", Choice({{"G", "0"}, {"", "0"}}, "1")},
+            {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
+            {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
+            {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
+            {"COCAP", "Cap", Text()},
+            {"COCIT", "Localita", Text()},
+            {"COPRO", "Cd_Provincia", Text()},
+            {"CONAZ", "Cd_Nazione", Country(Cf, "Cd_Nazione")},
+            {"COLNG", "Id_Lingua", Language()},
+            {"COZON", "Cd_CFZona", Translated(Cf, "Cd_CFZona")},
+            {"COSET", "Cd_CFSettore", Translated(Cf, "Cd_CFSettore")},
+            {"COVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
+            {"COFIS", "CodiceFiscale", NotBlank(Text())},
+            {"COIVA", "PartitaIva", NotBlank(Text())},
+            {"COCFE", "CodiceIPA", NotBlank(Text())},
+            {"COESE", "Cd_Aliquota", ExemptVat(Cf, "Cd_Aliquota")},
+            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
+            {"COSPP", "IvaSplit", Flag()},
+            {"COMOP", "Cd_PG", CustomerOnly(TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP"))},
+            {"COMAS", "Cd_CGConto_Merce", CustomerOnly(NotBlank(Text()))},
+            {"COLSC", "Cd_LS_1", CustomerOnly(Translated(Cf, "Cd_LS_1"))},
+            {"COCCC", "Cd_CFGruppo1", CustomerOnly(Translated(Cf, "Cd_CFGruppo1"))},
+            {"COGPV", "ScGiornoFisso1", CustomerOnly(FixedDay())},
+            {"COMOA", "Cd_PG", SupplierOnly(TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP"))},
+            {"COCAC", "Cd_CGConto_Merce", SupplierOnly(NotBlank(Text()))},
+            {"COLSF", "Cd_LS_1", SupplierOnly(Translated(Cf, "Cd_LS_1"))},
+            {"COCCF", "Cd_CFGruppo1", SupplierOnly(Translated(Cf, "Cd_CFGruppo1"))},
+            {"COGPA", "ScGiornoFisso1", SupplierOnly(FixedDay())},
+            {"COBAN", "Cd_CGConto_Banca", OurBank()},
+            {"COFID", "Fido", RoundedTo(2)},
+            {"COCLC", "Cd_CFClasse1", Translated(Cf, "Cd_CFClasse1")},
+            {"COAGE", "Cd_Agente_1", Translated(Cf, "Cd_Agente_1")},
+            {"COAG2", "Cd_Agente_2", Translated(Cf, "Cd_Agente_2")},
+            {"COPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
+            {"COMOS", "Cd_DOSped", Translated(Cf, "Cd_DOSped")},
+            {"COVEP", "Cd_DOVettore", Translated(Cf, "Cd_DOVettore")},
+            // A state is only set on counterparties that are held up.
+            {"COBLK", "Cd_CFStato", Choice({{"", "0"}}, "1")},
+            {"CONOT", "Note_CF", Text()},
+        },
+    });
+    return mapping;
+}
+
+/// Destinations and invoicing addresses differ in the column of their number alone.
+Mapping BranchMapping(const QString& table, const QString& number, const QString& type) {
+    return {"CON_SED",
+            table,
+            {
+                {"CDCON", "Cd_CF", Code()},
+                {"CDSED", number, Digits(3)},
+                {"SETIP", "", Constant(type)},
+                {"SERAS", "Descrizione", Text()},
+                {"SEIND", "Indirizzo", Text()},
+                {"SECAP", "Cap", WhenNotBlank("Localita", Text())},
+                {"SECIT", "Localita", WhenNotBlank("Localita", Text())},
+                {"SEPRO", "Cd_Provincia", Text()},
+                {"SENAZ", "Cd_Nazione", Country(Cf, "Cd_Nazione")},
+                {"SEDEF", "", Constant(false)},
+            }};
+}
+
+const Mapping& SediConsegna() {
+    static const Mapping mapping = BranchMapping(Destinazioni, "Cd_CFDest", "CO");
+    return mapping;
+}
+
+const Mapping& SediFattura() {
+    static const Mapping mapping = BranchMapping(SediTable, "Cd_CFSede", "FT");
+    return mapping;
+}
+
+const Mapping& Riferimenti() {
+    static const Mapping mapping{
+        "CON_RIF",
+        Contatti,
+        {
+            {"CDCON", "Cd_CF", Code()},
+            {"RFNOM", "Cognome, Nome", Text()},
+            {"RFQUA", "Descrizione", Text()},
+        },
+    };
+    return mapping;
+}
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+/// The roles that the flags tell; without any, the first letter of the code does.
+Roles RolesOf(const SourceRow& row) {
+    const Roles flags{mod_ovTools::ToBoolean(row.Value("Cliente")), mod_ovTools::ToBoolean(row.Value("Fornitore"))};
+    if (flags.customer || flags.supplier) {
+        return flags;
+    }
+    const QString code = row.Text("Cd_CF").toUpper();
+    if (!code.startsWith(u'C') && !code.startsWith(u'F')) {
+        throw ImportError(
+            QStringLiteral("colonne 'Cliente', 'Fornitore', 'Cd_CF': '%1' non è né cliente né fornitore").arg(code));
+    }
+    return {code.startsWith(u'C'), code.startsWith(u'F')};
+}
+
+/// The counterparty's bank: an Italian IBAN tells its parts itself; without one the other columns do.
+void SetBank(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    const auto set = [&target](const QString& column, const QString& text) {
+        if (!text.isEmpty()) {
+            target.Set(column, text);
+        }
+    };
+    const QString iban = row.Text("Iban").remove(u' ').toUpper();
+    const bool valid = ValidateIBAN(iban);
+    if (valid) {
+        target.Set("COIBA", iban);
+    } else if (!iban.isEmpty()) {
+        run.Log(QStringLiteral("IBAN NON VALIDO: %1: '%2'").arg(run.RowKey(), row.Text("Iban")));
+    }
+    set("COBIC", row.Text("BicCode"));
+    if (valid && iban.startsWith(QLatin1String("IT"))) {
+        set("COCIN", iban.mid(4, 1));
+        set("COABI", iban.mid(5, 5));
+        set("COCAB", iban.mid(10, 5));
+        set("COCOC", iban.mid(15));
+        return;
+    }
+    const QString bank = row.Text("Cd_Abicab");
+    set("COABI", bank.left(5));
+    set("COCAB", bank.mid(5));
+    set("COCOC", row.Text("ContoCorrente"));
+}
+
+/// Writes the branches and returns the destinations by their code in the source. The two kinds are numbered apart
+/// there.
+QHash<QString, Owner> WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row,
+                                    const Owner& counterparty) {
+    Session& session = run.GetSession();
+    QHash<QString, Owner> destinations;
+    const auto query = [&](const QString& table, const QString& number) {
+        return QStringLiteral("SELECT * FROM %1\rWHERE Cd_CF = %2\rORDER BY %3")
+            .arg(table, run.Quoted(row.Text("Cd_CF")), number);
+    };
+    ForEachChild(session, query(Destinazioni, "Cd_CFDest"), Destinazioni, "Cd_CFDest", [&](const SourceRow& branch) {
+        if (!branch.IsBlank("Indirizzo")) {
+            TargetRow target = writer.NewRow("CON_SED");
+            SediConsegna().Apply(target, session, branch, {counterparty.key});
+            destinations.insert(branch.Text("Cd_CFDest"), writer.Branch(counterparty, target));
+        }
+    });
+    ForEachChild(session, query(SediTable, "Cd_CFSede"), SediTable, "Cd_CFSede", [&](const SourceRow& branch) {
+        if (!branch.IsBlank("Indirizzo")) {
+            TargetRow target = writer.NewRow("CON_SED");
+            SediFattura().Apply(target, session, branch, {counterparty.key});
+            writer.Mail(writer.Branch(counterparty, target), "@ Principale", branch.Text("EMail"));
+        }
+    });
+    return destinations;
+}
+
+QString ContactsOf(const ImportRun& run, const SourceRow& row) {
+    return "SELECT * FROM CFContatto\rWHERE Cd_CF = " + run.Quoted(row.Text("Cd_CF")) + "\rORDER BY Sequenza";
+}
+
+bool IsNamed(const SourceRow& contact) { return !contact.IsBlank("Nome") || !contact.IsBlank("Cognome"); }
+
+/// Whether the certified address of a contact is the one of the counterparty itself.
+bool IsOwnPec(const SourceRow& contact) {
+    return !mod_ovTools::ToBoolean(contact.Value("Obsoleto")) && !IsNamed(contact) && contact.IsBlank("Cd_CFDest") &&
+           !contact.IsBlank("EMailPec");
+}
+
+/// The certified address of the counterparty: of the first contact that is the counterparty itself.
+void SetCertifiedMail(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    bool found = false;
+    ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
+        if (!found && IsOwnPec(contact)) {
+            target.Set("COPEC", contact.Text("EMailPec").toLower());
+            found = true;
+        }
+    });
+}
+
+/// A contact with a name is a person of its own. Which destination the person sits at has no column: it is noted.
+Owner WritePerson(ImportRun& run, CounterpartyWriter& writer, const SourceRow& contact, const Owner& counterparty) {
+    Session& session = run.GetSession();
+    TargetRow target = writer.NewRow("CON_RIF");
+    Riferimenti().Apply(target, session, contact, {counterparty.key});
+    if (!contact.IsBlank("Cd_CFDest")) {
+        target.Set("RFNOT", QString("Destinazione: " + contact.Text("Cd_CFDest")));
+    }
+    const Recordset type =
+        session.SourceConnection().ExecuteWC("SELECT Descrizione FROM CFContattoTipo\rWHERE Id_CFContattoTipo = " +
+                                             LiteralOf(session.SourceConnection(), contact.Value("Id_CFContattoTipo")));
+    if (!type.Eof()) {
+        target.Set("RFTIT", SourceRow(type).Text("Descrizione"));
+    }
+    return writer.Contact(counterparty, target);
+}
+
+void WriteContact(ImportRun& run, CounterpartyWriter& writer, const SourceRow& contact, const Owner& counterparty,
+                  const QHash<QString, Owner>& destinations) {
+    const Owner owner = IsNamed(contact) ? WritePerson(run, writer, contact, counterparty)
+                                         : destinations.value(contact.Text("Cd_CFDest"), counterparty);
+    writer.Telephone(owner, "Ufficio", contact.Text("Telefono"));
+    writer.Telephone(owner, "Ufficio 2", contact.Text("Telefono2"));
+    writer.Telephone(owner, "Cellulare", contact.Text("Cellulare"));
+    writer.Telephone(owner, "Fax (uff.)", contact.Text("Fax"));
+    writer.Telephone(owner, "Fax", contact.Text("Fax2"));
+    writer.Mail(owner, "@ Principale", contact.Text("EMail"));
+    writer.WebSite(owner, contact.Text("Url"));
+}
+
+/// Whether the counterparty's own certified address is that one, as `SetCertifiedMail` gives it to a new one.
+bool HasCertifiedMail(ImportRun& run, const Owner& counterparty, const QString& address) {
+    const QString there = LookUp(run.GetSession(), "CON_TRO", "CDCON", counterparty.key, "COPEC");
+    return there.compare(address, Qt::CaseInsensitive) == 0;
+}
+
+void WriteContacts(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& counterparty,
+                   const QHash<QString, Owner>& destinations) {
+    bool ownPec = false;
+    ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
+        if (mod_ovTools::ToBoolean(contact.Value("Obsoleto"))) {
+            return;
+        }
+        WriteContact(run, writer, contact, counterparty, destinations);
+        // One certified address has its column; another has none, and stands among the counterparty's addresses.
+        if (IsOwnPec(contact) && !ownPec && HasCertifiedMail(run, counterparty, contact.Text("EMailPec"))) {
+            ownPec = true;
+        } else {
+            writer.Mail(counterparty, "@ PEC", contact.Text("EMailPec"));
+        }
+    });
+}
+
+RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
+    const Roles roles = RolesOf(row);
+    const QString code = row.Text("Cd_CF");
+    const Placement place = parties.Place({Cf, "Cd_CF", code, roles, row.Text("Descrizione"), row.Text("PartitaIva"),
+                                           row.Text("CodiceFiscale"), roles.customer ? code.mid(1) : QString()});
+    CounterpartyWriter writer(run, row.IsBlank("TimeIns") ? QVariant() : row.Value("TimeIns"));
+    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles, [&](TargetRow& target) {
+        if (!place.known) {
+            SetBank(run, row, target);
+            SetCertifiedMail(run, row, target);
+        }
+    });
+    const Owner owner = OwnerOf(place);
+    WriteContacts(run, writer, row, owner, WriteBranches(run, writer, row, owner));
+    return outcome;
+}
+
+const Needs& ContropartiNeeds() {
+    static const Needs needs = [] {
+        Needs all{Controparti().All(),
+                  {{Cf, {"Iban", "BicCode", "Cd_Abicab", "ContoCorrente"}},
+                   {"Banca", {"Cd_CGConto", "Iban"}},
+                   {SediTable, {"EMail"}},
+                   {Contatti,
+                    {"Cd_CF", "Id_CFContattoTipo", "Sequenza", "Obsoleto", "Telefono", "Telefono2", "Cellulare", "Fax",
+                     "Fax2", "EMail", "EMailPec", "Url", "Cd_CFDest"}},
+                   {TipiContatto, {"Id_CFContattoTipo", "Descrizione"}}},
+                  CounterpartyNeeds()};
+        for (const Mapping* mapping : {&SediConsegna(), &SediFattura(), &Riferimenti()}) {
+            all.mappings.push_back(mapping);
+        }
+        all.writes.push_back({"CON_TRO", {"COIBA", "COBIC", "COCIN", "COABI", "COCAB", "COCOC", "COPEC"}});
+        all.writes.push_back({"CON_RIF", {"RFNOT", "RFTIT"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportContropartiArcaEvolution(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportContropartiArcaEvolution", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione controparti");
+        run.Preflight(ContropartiNeeds());
+        const CounterpartyRegister parties(run);
+        run.Truncate(reset, CounterpartyTables());
+        const QString where = run.OnlyCode("\rWHERE", "Cd_CF", singleCode);
+        run.Rows({"Controparti", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
+                  "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
+                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
+        run.Complete("Controparti importate correttamente!");
+    });
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Arca Evolution",
+        Module,
+        {"SQL Server", sourceSettings::Server("ARCAEVOLUTION")},
+        {{
+            {Shown::Yes, ""},                       // Cli
+            {Shown::Yes, ""},                       // Art
+            {Shown::No, ""},                        // Dis
+            {Shown::Yes, "Importa Documenti"},      // Doc
+            {Shown::Yes, "Importa Mod. di Pag."},   // Acq
+            {Shown::No, ""},                        // Saldi
+            {Shown::No, ""},                        // Piano
+            {Shown::Yes, "Sistema Dati Fornitori"}, // Disegni
+        }},
+        Shown::Keep,
+        {
+            {Button::Cli, "ImportContropartiArcaEvolution", ImportContropartiArcaEvolution, ContropartiNeeds()},
+            {Button::Art, "ImportArticoliArcaEvolution", ImportArticoliArcaEvolution, ArticoliNeeds()},
+            {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds()},
+            {Button::Acq, "ImportTabelleBaseArcaEvolution", ImportTabelleBaseArcaEvolution, PagamentiNeeds()},
+            {.button = Button::Disegni,
+             .name = "SistemaSediLegaliFornitori",
+             .run = SistemaSediLegaliFornitori,
+             .needs = FornitoriNeeds(),
+             .confirmation = "Sistemare i dati dei fornitori?",
+             .asksReset = false},
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_ArcaEvolution

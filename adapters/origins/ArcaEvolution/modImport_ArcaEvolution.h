@@ -1,0 +1,47 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+/// What the files of the module share.
+namespace modImport_ArcaEvolution {
+
+inline const QString Module = QStringLiteral("modImport_ArcaEvolution");
+
+/// Counterparties, customers and suppliers in one.
+inline const QString Cf = QStringLiteral("CF");
+/// Articles.
+inline const QString Ar = QStringLiteral("AR");
+
+/// Whether an IBAN holds letters and digits alone, has the 27 characters of an Italian one when it is one, and its
+/// check digits are right (ISO 13616). It is given without blanks, in upper case.
+bool ValidateIBAN(const QString& iban);
+
+/// A street cut up: 35 characters, what is left of it, and the house number behind the last comma.
+struct Street {
+    QString first;
+    QString rest;
+    QString number;
+};
+Street StreetOf(const QString& text);
+/// A part of the street in the source column.
+contract::Rule StreetPart(QString Street::*part, const QString& words);
+/// Our bank, the CDBAN of BAN_CHE, by its ledger account: the one with that external code, else the one with the IBAN
+/// that table Banca tells. Left out, and logged, when there is none.
+contract::Rule OurBank();
+
+/// The Quadrix language of a Windows language number (1040 is Italian); empty for one that is not known.
+QString LanguageOf(Session& session, const QString& number);
+
+const contract::Needs& FornitoriNeeds();
+void SistemaSediLegaliFornitori(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& PagamentiNeeds();
+void ImportTabelleBaseArcaEvolution(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& ArticoliNeeds();
+void ImportArticoliArcaEvolution(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& DocumentiNeeds();
+void ImportDocumentiArcaEvolution(Session& session, const QString& singleCode, bool reset);
+
+} // namespace modImport_ArcaEvolution

@@ -1,0 +1,323 @@
+// Ferrobrio, the store of one customer: a SQL Server database, FERROBRIO unless the setting Databasename names another.
+// Materials with the new codes of the sheet articles, stock.
+// Tables and columns are this system's own reading; they stand in this file alone.
+// Known gaps: attachments of an article keep the code that it had, as their table serves every company.
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/Mapping.h"
+#include "adapters/contract/map/wholeCharacters.h"
+#include "adapters/contract/run/Origin.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/BaseTable.h"
+#include "adapters/contract/write/SheetFormat.h"
+#include "adapters/contract/write/Stock.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/qdxProduction_sheets.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+#include "sql/Transaction.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Ferrobrio {
+
+const contract::Origin& Entry();
+
+namespace {
+
+const QString Module = QStringLiteral("modImport_Ferrobrio");
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString MaterialiTable = QStringLiteral("Materiali");
+const QString Lamiere = QStringLiteral("Lamiere");
+const QString Giacenze = QStringLiteral("Giacenze");
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+const Mapping& Materiali() {
+    static const Mapping mapping{
+        "TAB_MAT",
+        MaterialiTable,
+        {
+            {"CDMAT", "CodMateriale", Code()},
+            {"MADES", "Descrizione", First(100)},
+            {"MAEXT", "CodMateriale", Text()},
+        },
+    };
+    return mapping;
+}
+
+/// A sheet article that is new: what its code, material and measures leave open.
+const Mapping& Articoli() {
+    static const Mapping mapping{
+        "ART_ICO",
+        Lamiere,
+        {
+            {"CDEXT", "CodLamiera", Text()},
+            {"ARDES", "CodLamiera", Code()},
+            {"ARCLA", "", Constant("LM")},
+            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
+            {"ARUMS", "", Constant(schema::defaults::Unit)},
+            {"ARIVA", "", Constant(schema::defaults::VatCode)},
+            {"ARMAG", "", Constant(true)},
+            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
+        },
+    };
+    return mapping;
+}
+
+// --- Materials ----------------------------------------------------------------------------------------------------
+
+/// CDMAT of a material of the source: translated, else its code cut to the key.
+QString MaterialOf(Session& session, const QString& material) {
+    const QString known = modImport::GetNewCode(session, "TAB_MAT", "CDMAT", material, true);
+    return known.isEmpty() ? FirstOf(material, schema::FindTable("TAB_MAT")->FindColumn("CDMAT")->size) : known;
+}
+
+RowOutcome ImportMateriale(ImportRun& run, const SourceRow& row) {
+    return WriteByCode(run, Materiali(), row, {MaterialOf(run.GetSession(), row.Text("CodMateriale"))});
+}
+
+/// Gives what hangs on an article by the name of its table the article's new code.
+void RecodeOwned(ImportRun& run, const QString& oldCode, const QString& newCode) {
+    struct Owned {
+        QString table;
+        QString ownerColumn;
+        QString owner;
+        QString keyColumn;
+    };
+    const std::array<Owned, 3> tables{{{"FLD_VAL", "FLTAB", "ART_ICO", "FLKEY"},
+                                       {"IMA_GES", "TBNAM", "ART_ICO", "TBKEY"},
+                                       {"SYS_LNG", "LNTBL", run.FullName("ART_ICO"), "LNKEY"}}};
+    for (const Owned& owned : tables) {
+        run.GetSession().Quadrix.Execute(QStringLiteral("UPDATE %1 SET %2 = %3 WHERE %4 = %5 AND %2 = %6")
+                                             .arg(run.FullName(owned.table), owned.keyColumn, run.Quoted(newCode),
+                                                  owned.ownerColumn, run.Quoted(owned.owner), run.Quoted(oldCode)));
+    }
+}
+
+/// Gives an article another code, in every table of the company that names it.
+void Recode(ImportRun& run, const QString& oldCode, const QString& newCode) {
+    RecodeOwned(run, oldCode, newCode);
+    for (const schema::Table& table : schema::Tables()) {
+        for (const schema::Column& column : table.columns) {
+            const bool own = table.name == QLatin1String("ART_ICO") && column.name == QLatin1String("CDART");
+            const bool names = column.refersTo == QLatin1String("ART_ICO") && column.conditionColumn.isEmpty() &&
+                               (column.refersToColumn.isEmpty() || column.refersToColumn == QLatin1String("CDART"));
+            if ((own || names) && !table.shared) {
+                run.GetSession().Quadrix.Execute("UPDATE " + run.FullName(table.name) + " SET " + column.name + " = " +
+                                                 run.Quoted(newCode) + " WHERE " + column.name + " = " +
+                                                 run.Quoted(oldCode));
+            }
+        }
+    }
+}
+
+/// A sheet with its material.
+struct Sheet {
+    QString oldCode;
+    QString code; ///< the new one
+    QString material;
+    QString family;
+    double density = 0; ///< kg/dm3
+    qdxProduction::SheetSize size = {};
+};
+
+Sheet SheetOf(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    Sheet sheet;
+    sheet.oldCode = row.Text("CodLamiera");
+    sheet.material = MaterialOf(session, row.Text("CodMateriale"));
+    sheet.size = {NumberOf(row, "Lunghezza"), NumberOf(row, "Larghezza"), NumberOf(row, "Spessore")};
+    sheet.family = row.Text("Famiglia");
+    sheet.density = NumberOf(row, "PesoSpecifico");
+    const QString own = row.Text("CodErp");
+    sheet.code = own.isEmpty() ? qdxProduction::qdxAnaGetCodeArtSheet(sheet.material, sheet.size.thickness)
+                               : modImport::FormatKeyField(session, own);
+    return sheet;
+}
+
+/// The article of the sheet under its new code: the old one recoded, unless the new one is there already.
+RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet) {
+    Session& session = run.GetSession();
+    const QString old = modImport::FormatKeyField(session, sheet.oldCode);
+    const bool there = IsThere(session, "ART_ICO", "CDART", sheet.code);
+    const bool recoded = !there && old != sheet.code && IsThere(session, "ART_ICO", "CDART", old);
+    std::optional<Transaction> asOne; // an article that only some of the tables know by its new code would be two
+    if (recoded) {
+        asOne.emplace(session.Quadrix);
+        Recode(run, old, sheet.code);
+    }
+    const auto setSheet = [&](TargetRow& target) {
+        target.Set("ARMAT", sheet.material);
+        target.Set("ARDMZ", sheet.size.thickness);
+        target.Set("ARLAM", true);
+        const QString family = modImport::GetNewCode(session, MaterialiTable, "Famiglia", sheet.family, true);
+        if (!family.isEmpty()) {
+            target.Set("ARFAM", family);
+        }
+    };
+    if (!there && !recoded) {
+        return ArticleWriter(run).Write(Articoli(), row, {sheet.code}, setSheet);
+    }
+    TargetRow target(run, "ART_ICO");
+    setSheet(target);
+    target.Update("WHERE " + Equals(session, "CDART", sheet.code));
+    if (asOne) {
+        asOne->Keep();
+    }
+    return RowOutcome::Updated;
+}
+
+RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
+    const Sheet sheet = SheetOf(run, row);
+    const RowOutcome outcome = WriteArticle(run, row, sheet);
+    SheetFormat format;
+    format.article = sheet.code;
+    format.code = qdxProduction::qdxCalcolaCodiceFormatoArticolo(sheet.size.length, sheet.size.width);
+    format.length = sheet.size.length;
+    format.width = sheet.size.width;
+    format.density = sheet.density;
+    format.old = sheet.oldCode;
+    format.external = sheet.oldCode;
+    WriteSheetFormat(run, format);
+    ArticleWriter(run).InternalCode(sheet.code, sheet.oldCode);
+    StoreNewCode(run, "ART_ICO", "CDART", sheet.oldCode, sheet.code);
+    return outcome;
+}
+
+const Needs& MaterialiNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&Materiali(), &Articoli()},
+                  {{MaterialiTable, {"CodMateriale", "PesoSpecifico", "Famiglia"}},
+                   {Lamiere, {"CodLamiera", "CodMateriale", "Spessore", "Lunghezza", "Larghezza", "CodErp"}}},
+                  ArticleNeeds()};
+        const std::vector<TableNeed> formats = SheetFormatNeeds();
+        all.writes.insert(all.writes.end(), formats.begin(), formats.end());
+        all.writes.push_back({"ART_ICO", {"ARMAT", "ARDMZ", "ARLAM", "ARFAM"}});
+        all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP"}});
+        all.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
+        return all;
+    }();
+    return needs;
+}
+
+/// A single code is that of a sheet. A reset empties the formats alone: the articles keep what hangs on them.
+void ImportMaterialiFerrobrio(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportMaterialiFerrobrio", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.Announce("Inizio sistemazione codifiche lamiera");
+        run.Preflight(MaterialiNeeds());
+        run.Truncate(reset, {"ART_FMT"});
+        if (!run.IsSingle() && !run.Rows({"Materiali", MaterialiTable, "CodMateriale", "SELECT COUNT(*) FROM Materiali",
+                                          "SELECT * FROM Materiali\rORDER BY CodMateriale"},
+                                         [&](const SourceRow& row) { return ImportMateriale(run, row); })) {
+            return;
+        }
+        const QString from =
+            "Lamiere L\rLEFT JOIN Materiali M ON M.CodMateriale = L.CodMateriale" +
+            (singleCode.isEmpty() ? QString() : QString("\rWHERE L.CodLamiera = " + run.Quoted(singleCode)));
+        run.Rows({"Lamiere", Lamiere, "CodLamiera", "SELECT COUNT(*) FROM " + from,
+                  "SELECT L.*, M.PesoSpecifico, M.Famiglia FROM " + from + "\rORDER BY L.CodLamiera"},
+                 [&](const SourceRow& row) { return ImportLamiera(run, row); });
+        run.Complete("Codifiche lamiera sistemate correttamente!");
+    });
+}
+
+// --- Stock --------------------------------------------------------------------------------------------------------
+
+RowOutcome ImportGiacenza(ImportRun& run, StockWriter& writer, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString warehouse = TranslatedCode(session, "FERROBRIO", "MAGAZZINO", row.Text("Magazzino"), "MAG_AZZ");
+    StockLine line;
+    line.warehouse = warehouse.isEmpty() ? schema::defaults::Warehouse : warehouse;
+    line.article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("Codice"));
+    line.quantity = NumberOf(row, "Quantita");
+    line.price = row.IsBlank("Costo") ? QVariant() : QVariant(NumberOf(row, "Costo"));
+    line.location = row.Text("Ubicazione");
+    line.length = NumberOf(row, "Lunghezza");
+    line.width = NumberOf(row, "Larghezza");
+    line.sheet = line.length != 0;
+    if (line.sheet) {
+        const QString format = qdxProduction::qdxCalcolaCodiceFormatoArticolo(line.length, line.width);
+        const bool there =
+            IdWhere(session, "ART_FMT",
+                    Equals(session, "CDART", line.article) + " AND " + Equals(session, "CDFMT", format)) != 0;
+        line.format = there ? format : QString();
+    }
+    if (mod_ovTools::ToBoolean(row.Value("Sfrido"))) {
+        line.offcut = row.Text("Codice");
+    }
+    return writer.Balance(line);
+}
+
+const Needs& SaldiNeeds() {
+    static const Needs needs = [] {
+        Needs all{{},
+                  {{Giacenze, {"Codice", "Magazzino", "Quantita", "Ubicazione", "Sfrido", "Costo"}},
+                   {Lamiere, {"CodLamiera", "Lunghezza", "Larghezza"}}},
+                  StockNeeds()};
+        all.writes.push_back({"MOV_MAG", {"MMLAM"}});
+        all.writes.push_back({"MOV_MAR", {"MRUBI", "MRFMT", "MRSFR", "MRLMX", "MRLMY"}});
+        all.writes.push_back({"ART_FMT", {"CDART", "CDFMT"}});
+        return all;
+    }();
+    return needs;
+}
+
+/// What the log holds stays.
+void ImportSaldiFerrobrio(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportSaldiFerrobrio", singleCode);
+    run.Guard([&] {
+        run.AnnounceAppending("Inizio importazione saldi di magazzino");
+        run.Preflight(SaldiNeeds());
+        EmptyStock(run, reset);
+        StockWriter writer(run);
+        const QString from = "Giacenze G\rLEFT JOIN Lamiere L ON L.CodLamiera = G.Codice\rWHERE G.Quantita <> 0" +
+                             (singleCode.isEmpty() ? QString() : QString(" AND G.Codice = " + run.Quoted(singleCode)));
+        const bool toTheEnd =
+            run.Rows({"Saldi di magazzino", Giacenze, "Magazzino, Codice", "SELECT COUNT(*) FROM " + from,
+                      "SELECT G.*, L.Lunghezza, L.Larghezza FROM " + from + "\rORDER BY G.Magazzino, G.Codice"},
+                     [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
+        run.Complete("Saldi di magazzino Ferrobrio importati correttamente!");
+    });
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Ferrobrio",
+        Module,
+        {"SQL Server", sourceSettings::Server("FERROBRIO")},
+        {{
+            {Shown::No, ""},                           // Cli
+            {Shown::No, ""},                           // Art
+            {Shown::No, ""},                           // Dis
+            {Shown::No, ""},                           // Doc
+            {Shown::No, ""},                           // Acq
+            {Shown::Yes, "Sistema Codifiche Lamiera"}, // Saldi
+            {Shown::No, ""},                           // Piano
+            {Shown::Keep, ""},                         // Disegni
+        }},
+        Shown::Keep,
+        {
+            {Button::Saldi, "ImportMaterialiFerrobrio", ImportMaterialiFerrobrio, MaterialiNeeds(),
+             "Sistemare le codifiche delle lamiere?"},
+            {std::nullopt, "ImportSaldiFerrobrio", ImportSaldiFerrobrio, SaldiNeeds()},
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_Ferrobrio

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "adapters/contract/write/Cam.h"
+#include "adapters/contract/write/CamBill.h"
+
+/// What the files of the module share.
+namespace modImport_Lantek24 {
+
+inline const QString Module = QStringLiteral("modImport_Lantek24");
+
+using contract::cam::ArticleOf;
+using contract::cam::MaterialOf;
+using contract::cam::Products;
+using contract::cam::WorkOf;
+
+/// The class of a product that is a sheet.
+inline const QString SheetClass = QStringLiteral("51");
+
+/// The unit of a unit's name in the source; the usual one for a blank name and for "unt".
+QString UnitOf(Session& session, const QString& name);
+/// The day of a column, with its time; Null for a blank one and for 1 January 1900, which stands for none.
+QVariant DayOf(const contract::SourceRow& row, const QString& column);
+
+const contract::Needs& ArticoliNeeds();
+void ImportArticoliLantek24(Session& session, const QString& singleCode, bool reset);
+
+void ImportDistintaLantek24(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& DocumentiNeeds();
+void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& OrdiniNeeds();
+/// The production orders, each behind the bill of its product; part of the import of documents.
+bool ImportOrdiniProduzione(contract::ImportRun& run);
+/// Removes the production orders that an import wrote, when the operator asked for it.
+void RemoveImportedOrders(contract::ImportRun& run, bool reset);
+
+const contract::Needs& InventarioNeeds();
+void ImportInventarioLantek24(Session& session, const QString& singleCode, bool reset);
+
+const contract::Needs& RitagliNeeds();
+void ImportRitagliLantek24(Session& session, const QString& singleCode, bool reset);
+
+} // namespace modImport_Lantek24

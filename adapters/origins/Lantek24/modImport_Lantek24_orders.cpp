@@ -1,0 +1,186 @@
+// Production orders of Lantek 24: MMNN_MMOO holds the orders and their operations. The bill of a product is written
+// with the first of its orders.
+
+#include "adapters/origins/Lantek24/modImport_Lantek24.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/Article.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+
+namespace modImport_Lantek24 {
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Orders = QStringLiteral("MMNN_MMOO_00000100");
+const QString Operations = QStringLiteral("MMNN_MMOO_00000300");
+
+// --- Production orders --------------------------------------------------------------------------------------------
+
+QString OperationsOf(const ImportRun& run, const SourceRow& order) {
+    return "SELECT * FROM " + Operations + "\rWHERE MnORef = " + run.Quoted(order.Text("MnORef")) + "\rORDER BY OOrder";
+}
+
+/// An operation is over when it has an end.
+bool IsOver(const SourceRow& operation) { return !DayOf(operation, "EDate").isNull(); }
+
+/// What an order takes from its operations: dates and quantity of the first; it is closed when all are over.
+struct OrderFacts {
+    QVariant day;
+    QVariant due;
+    double quantity = 0;
+    bool over = false;
+};
+
+OrderFacts FactsOf(ImportRun& run, const SourceRow& order) {
+    OrderFacts facts;
+    bool first = true;
+    ForEachChild(run.GetSession(), OperationsOf(run, order), Operations, "MnORef, OOrder", [&](const SourceRow& row) {
+        if (std::exchange(first, false)) {
+            facts = {DayOf(row, "CDate"), DayOf(row, "RDate"), NumberOf(row, "Quantity"), true};
+        }
+        facts.over = facts.over && IsOver(row);
+    });
+    return facts;
+}
+
+/// An order has no code of its own in Quadrix: bill, day and quantity tell it apart from others.
+using OrderIdentity = std::tuple<qint64, qint64, double>;
+
+OrderIdentity IdentityOf(qint64 bill, const OrderFacts& facts) {
+    return {bill, facts.day.isNull() ? 0 : facts.day.toDateTime().toMSecsSinceEpoch(), facts.quantity};
+}
+
+QString StateOf(bool over) { return over ? schema::defaults::Closed : schema::defaults::ToDeliver; }
+
+class Importer {
+public:
+    explicit Importer(ImportRun& run)
+        : m_run(run),
+          m_bills(run) {}
+
+    RowOutcome Row(const SourceRow& row);
+    void End() { m_bills.LinkSubAssemblies(); }
+
+private:
+    qint64 BillOf(const QString& product);
+    qint64 FindOrder(qint64 bill, const OrderFacts& facts);
+    void WriteOperation(const SourceRow& row, qint64 order);
+
+    ImportRun& m_run;
+    BillWriter m_bills;
+    QHash<QString, qint64> m_billIds;      ///< of this run, by product
+    QMap<OrderIdentity, qint64> m_written; ///< last of the orders of this run that are alike
+};
+
+/// The bill of a product, written once in a run; 0 when its article is not there.
+qint64 Importer::BillOf(const QString& product) {
+    const auto known = m_billIds.constFind(product);
+    if (known != m_billIds.cend()) {
+        return *known;
+    }
+    const bool written = qdxImportDistintaFromLantek24(m_run, m_bills, product) != RowOutcome::Skipped;
+    m_run.KeepWritten(); // the bill stays, whatever becomes of the order
+    return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
+}
+
+/// The order that an earlier import has written; 0 when there is none. Those alike are taken one after the other, in
+/// the order in which they were written: a run that comes again finds each where it was.
+qint64 Importer::FindOrder(qint64 bill, const OrderFacts& facts) {
+    Session& session = m_run.GetSession();
+    const Provider provider = session.Quadrix.ProviderType;
+    return session.Quadrix.ExecuteCommand(
+        "SELECT MIN(RECORD_ID) FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " +
+        Equals(session, "OPTPD", schema::defaults::OrderOfBill) + " AND " + OnDay(session, "OPDAT", facts.day) +
+        " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) + " AND " +
+        Equals(session, "USINS", "SYSTEM_IMPORT") + " AND RECORD_ID > " +
+        QString::number(m_written.value(IdentityOf(bill, facts))));
+}
+
+void Importer::WriteOperation(const SourceRow& row, qint64 order) {
+    Session& session = m_run.GetSession();
+    const auto sequence = static_cast<qint64>(NumberOf(row, "OOrder"));
+    const qint64 known = IdWhere(session, "ORD_FAS", Equals("IDOPR", order) + " AND " + Equals("FLSEQ", sequence));
+    TargetRow target(m_run, "ORD_FAS");
+    target.Set("IDOPR", order);
+    target.Set("FLSEQ", sequence);
+    target.Set("FLLAV", WorkOf(m_run, row));
+    target.Set("FLQTA", NumberOf(row, "Quantity"));
+    target.Set("FLQTM", NumberOf(row, "MQ"));
+    target.Set("FLSTA", StateOf(IsOver(row)));
+    target.Set("FLACT", true);
+    if (known != 0) {
+        target.Update("WHERE " + Equals("RECORD_ID", known));
+    } else {
+        target.Insert();
+    }
+}
+
+RowOutcome Importer::Row(const SourceRow& row) {
+    Session& session = m_run.GetSession();
+    const qint64 bill = BillOf(row.Text("PrdRef"));
+    if (bill == 0) {
+        return m_run.Skip(ArticleMissing);
+    }
+    const OrderFacts facts = FactsOf(m_run, row);
+    qint64 order = FindOrder(bill, facts);
+    const bool known = order != 0;
+    TargetRow target(m_run, "ORD_PRO");
+    target.Set("OPDAT", facts.day);
+    target.Set("OPDTC", facts.due);
+    target.Set("OPQTA", facts.quantity);
+    target.Set("OPSTA", StateOf(facts.over));
+    target.Set("OPTPD", schema::defaults::OrderOfBill);
+    target.Set("OPIDD", bill);
+    if (known) {
+        target.Update("WHERE " + Equals("RECORD_ID", order));
+    } else {
+        target.Insert();
+        order = LastId(session, "ORD_PRO");
+    }
+    ForEachChild(session, OperationsOf(m_run, row), Operations, "MnORef, OOrder",
+                 [&](const SourceRow& operation) { WriteOperation(operation, order); });
+    m_written[IdentityOf(bill, facts)] = order;
+    return known ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
+} // namespace
+
+const Needs& OrdiniNeeds() {
+    static const Needs needs{
+        {},
+        {{Orders, {"MnORef", "PrdRef", "DIS_IsQuote"}},
+         {Operations, {"MnORef", "OOrder", "WrkRef", "OprRef", "Quantity", "MQ", "CDate", "RDate", "EDate"}}},
+        {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPTPD", "OPIDD"}},
+         {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}}}};
+    return needs;
+}
+
+void RemoveImportedOrders(ImportRun& run, bool reset) {
+    if (!reset) {
+        return;
+    }
+    const QString orders = run.FullName("ORD_PRO");
+    run.Delete(orders, "DELETE FROM " + orders + " WHERE USINS = " + run.Quoted("SYSTEM_IMPORT"));
+    run.Delete(run.FullName("ORD_FAS"),
+               "DELETE FROM " + run.FullName("ORD_FAS") + " WHERE IDOPR NOT IN (SELECT RECORD_ID FROM " + orders + ")");
+}
+
+bool ImportOrdiniProduzione(ImportRun& run) {
+    Importer importer(run);
+    const QString from = Orders + "\rWHERE DIS_IsQuote = 0";
+    const bool toTheEnd = run.Rows({"Ordini di produzione", Orders, "MnORef, PrdRef", "SELECT COUNT(*) FROM " + from,
+                                    "SELECT * FROM " + from + "\rORDER BY MnORef"},
+                                   [&](const SourceRow& row) { return importer.Row(row); });
+    if (toTheEnd) {
+        importer.End();
+    }
+    return toTheEnd;
+}
+
+} // namespace modImport_Lantek24

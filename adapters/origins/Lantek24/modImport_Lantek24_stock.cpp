@@ -1,0 +1,199 @@
+// Stock of Lantek 24: WWHH_IIVV holds the sheets in the warehouses, the products themselves the remnants.
+
+#include "adapters/origins/Lantek24/modImport_Lantek24.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/Attachment.h"
+#include "adapters/contract/write/SheetFormat.h"
+#include "adapters/contract/write/Stock.h"
+#include "core/qdxProduction_sheets.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+
+namespace modImport_Lantek24 {
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Inventory = QStringLiteral("WWHH_IIVV_00000100");
+
+// --- Stock --------------------------------------------------------------------------------------------------------
+
+/// Minimum stock and minimum order stand with the inventory.
+void UpdateArticle(ImportRun& run, const SourceRow& row, const QString& article) {
+    const double minimum = NumberOf(row, "MinStock");
+    const double order = NumberOf(row, "MinOrder");
+    if ((minimum == 0 && order == 0) || !IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
+        return;
+    }
+    TargetRow target(run, "ART_ICO");
+    target.Set("ARSMN", minimum);
+    target.Set("ARQMR", order);
+    target.Update("WHERE " + Equals(run.GetSession(), "CDART", article));
+}
+
+RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row) {
+    const QString product = row.Text("PrdRef");
+    const KnownFormat format = FindFormat(run, product);
+    const QString warehouse = TranslatedCode(run.GetSession(), "WWHH_IIVV", "WrhRef", row.Text("WrhRef"), "MAG_AZZ");
+    StockLine line;
+    line.warehouse = warehouse.isEmpty() ? schema::defaults::Warehouse : warehouse;
+    line.article = format.article.isEmpty() ? ArticleOf(run, product) : format.article;
+    line.quantity = NumberOf(row, "StockQ");
+    line.location = row.Text("LocDefault");
+    line.sheet = true;
+    line.format = format.code;
+    line.length = NumberOf(row, "DIS_Length");
+    line.width = NumberOf(row, "DIS_Width");
+    const RowOutcome outcome = writer.Balance(line);
+    UpdateArticle(run, row, line.article);
+    return outcome;
+}
+
+// --- Remnants -----------------------------------------------------------------------------------------------------
+
+/// The sheet article of a remnant: that of the sheet it was cut from, else the one of its material and thickness.
+QString SheetOf(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString original = row.Text("DIS_ShtRefOrg");
+    if (!original.isEmpty()) {
+        const KnownFormat format = FindFormat(run, original);
+        const QString article = format.article.isEmpty() ? ArticleOf(run, original) : format.article;
+        if (IsThere(session, "ART_ICO", "CDART", article)) {
+            return article;
+        }
+    }
+    return qdxProduction::qdxGetCodiceLamieraEsterno(session, MaterialOf(session, row.Text("DIS_MatRef")),
+                                                     NumberOf(row, "DIS_Thickness"));
+}
+
+/// The code of a remnant, without the prefix that its product has in the CAM.
+QString OffcutOf(const QString& product) {
+    static const QString prefix = QStringLiteral("RIT-");
+    return product.startsWith(prefix, Qt::CaseInsensitive) ? product.mid(prefix.size()) : product;
+}
+
+RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& row) {
+    const QString product = row.Text("PrdRef");
+    const QString article = SheetOf(run, row);
+    if (article.isEmpty()) {
+        run.Log(QStringLiteral("LAMIERA NON TROVATA: %1: '%2'").arg(run.RowKey(), row.Text("DIS_ShtRefOrg")));
+        return run.Skip("lamiera non trovata");
+    }
+    SheetFormat format;
+    format.article = article;
+    format.code = product;
+    format.length = NumberOf(row, "DIS_Length");
+    format.width = NumberOf(row, "DIS_Width");
+    format.weight = NumberOf(row, "Weight");
+    format.offcut = OffcutOf(product);
+    format.external = product;
+    qint64 id = 0;
+    const RowOutcome outcome = WriteSheetFormat(run, format, &id);
+    qdxAggiornaImmagineRitagli(run, id, product);
+    StockLine line;
+    line.warehouse = schema::defaults::Warehouse;
+    line.article = article;
+    line.quantity = NumberOf(row, "DIS_CamQuan");
+    line.price = NumberOf(row, "DIS_ScrpPrice");
+    line.sheet = true;
+    line.format = format.code;
+    line.offcut = format.offcut;
+    line.length = format.length;
+    line.width = format.width;
+    stock.Balance(line);
+    return outcome;
+}
+
+/// Removes the remnants that an import wrote, with their stock.
+void RemoveImportedRemnants(ImportRun& run, bool reset) {
+    const QList<QPair<QString, QString>> tables{{"ART_FMT", "LMSFR"}, {"MOV_MAR", "MRSFR"}};
+    for (const auto& [table, offcut] : tables) {
+        if (reset) {
+            run.Delete(run.FullName(table), "DELETE " + run.FullName(table) + " WHERE " + offcut +
+                                                " > '' AND USINS = " + run.Quoted("SYSTEM_IMPORT"));
+        }
+    }
+}
+
+std::vector<TableNeed> SheetStockNeeds() {
+    std::vector<TableNeed> needs = StockNeeds();
+    needs.push_back({"MOV_MAG", {"MMLAM"}});
+    needs.push_back({"MOV_MAR", {"MRUBI", "MRFMT", "MRSFR", "MRLMX", "MRLMY"}});
+    return needs;
+}
+
+} // namespace
+
+const Needs& InventarioNeeds() {
+    static const Needs needs = [] {
+        Needs all{{},
+                  {{Inventory, {"WrhRef", "PrdRef", "StockQ", "LocDefault", "MinStock", "MinOrder"}},
+                   {Products, {"PrdRef", "DIS_PClass", "DIS_IsRemnant", "DIS_Length", "DIS_Width"}}},
+                  SheetStockNeeds()};
+        all.writes.push_back({"ART_ICO", {"CDART", "ARSMN", "ARQMR"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportInventarioLantek24(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportInventarioLantek24", singleCode);
+    run.Guard([&] {
+        run.AnnounceAppending("Inizio importazione saldi di magazzino");
+        run.Preflight(InventarioNeeds());
+        EmptyStock(run, reset);
+        StockWriter writer(run);
+        const QString from =
+            Inventory + " I\rJOIN " + Products + " P ON P.PrdRef = I.PrdRef\rWHERE P.DIS_PClass = " + SheetClass +
+            " AND P.DIS_IsRemnant = 0 AND I.StockQ <> 0" + run.OnlyCode("\rAND", "I.PrdRef", singleCode);
+        const bool toTheEnd =
+            run.Rows({"Saldi di magazzino", Inventory, "WrhRef, PrdRef", "SELECT COUNT(*) FROM " + from,
+                      "SELECT I.*, P.DIS_Length, P.DIS_Width FROM " + from + "\rORDER BY I.WrhRef, I.PrdRef"},
+                     [&](const SourceRow& row) { return ImportSaldo(run, writer, row); });
+        if (toTheEnd) {
+            writer.TellRowsLeft();
+        }
+        run.Complete("Saldi di magazzino importati correttamente!");
+    });
+}
+
+const Needs& RitagliNeeds() {
+    static const Needs needs = [] {
+        Needs all{{},
+                  {{Products,
+                    {"PrdRef", "DIS_PClass", "DIS_IsRemnant", "DIS_CamQuan", "DIS_ShtRefOrg", "DIS_MatRef",
+                     "DIS_Thickness", "DIS_Length", "DIS_Width", "Weight", "DIS_ScrpPrice"}}},
+                  SheetFormatNeeds()};
+        for (const auto& more : {SheetStockNeeds(), ImageNeeds()}) {
+            all.writes.insert(all.writes.end(), more.begin(), more.end());
+        }
+        return all;
+    }();
+    return needs;
+}
+
+void ImportRitagliLantek24(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportRitagliLantek24", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione ritagli");
+        run.Preflight(RitagliNeeds());
+        RemoveImportedRemnants(run, reset);
+        StockWriter stock(run);
+        const QString from = Products +
+                             "\rWHERE DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0" +
+                             run.OnlyCode("\rAND", "PrdRef", singleCode);
+        const bool toTheEnd = run.Rows({"Ritagli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
+                                        "SELECT * FROM " + from + "\rORDER BY PrdRef"},
+                                       [&](const SourceRow& row) { return ImportRitaglio(run, stock, row); });
+        if (toTheEnd) {
+            stock.TellRowsLeft();
+        }
+        run.Complete("Ritagli importati correttamente!");
+    });
+}
+
+} // namespace modImport_Lantek24

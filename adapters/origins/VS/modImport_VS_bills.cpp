@@ -1,0 +1,279 @@
+// Bills of Visual Space, and their correction: DISTINTA_BASE holds a row for each component of a parent, CICLI the
+// phases of an article. A parent's rows may be of several revisions: each is a bill, the last one in force.
+
+#include "adapters/origins/VS/modImport_VS.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/Bill.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+#include <QSet>
+
+using namespace contract;
+
+namespace modImport_VS {
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString DistintaBase = QStringLiteral("DISTINTA_BASE");
+const QString RowKey = QStringLiteral("PADRE, POSIZIONE");
+const QString Cicli = QStringLiteral("CICLI");
+
+// --- Reading ------------------------------------------------------------------------------------------------------
+
+/// A bill of the source: a revision of a parent with its components.
+struct Bill {
+    int revision;
+    std::vector<Component> components;
+};
+
+/// A component's quantity counts in the unit of its article; another one is told, as nobody converts it.
+void TellOtherUnit(ImportRun& run, const SourceRow& row, const QString& article) {
+    Session& session = run.GetSession();
+    const QString unit = row.Text("UM");
+    if (unit.isEmpty()) {
+        return;
+    }
+    const QString known = modImport::GetNewCode(session, Articoli, "UM", unit, false);
+    const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARUMS");
+    if ((known.isEmpty() ? unit : known).compare(own, Qt::CaseInsensitive) != 0) {
+        run.Log(QStringLiteral("UNITÀ DI MISURA DIVERSA: %1: '%2' è in '%3', l'articolo in '%4'")
+                    .arg(NameOf(row, DistintaBase, RowKey), article, unit, own));
+    }
+}
+
+/// Adds the row to the components of its bill, unless its article is missing.
+void AddComponent(ImportRun& run, const SourceRow& row, Bill& bill) {
+    const QString article = ArticleOf(run, row.Text("FIGLIO"));
+    if (!IsImported(run, article, NameOf(row, DistintaBase, RowKey))) {
+        return;
+    }
+    TellOtherUnit(run, row, article);
+    bill.components.push_back({article, NumberOf(row, "QUANTITA"), row.Text("NOTE"), row.Value("POSIZIONE")});
+}
+
+/// The bills of a parent, the revision in force last.
+std::vector<Bill> BillsOf(ImportRun& run, const QString& parent) {
+    std::map<int, Bill> bills;
+    ForEachChild(
+        run.GetSession(), "SELECT * FROM DISTINTA_BASE WHERE PADRE = " + run.Quoted(parent) + " ORDER BY POSIZIONE",
+        DistintaBase, RowKey, [&](const SourceRow& row) {
+            const double revision = NumberOf(row, "REVISIONE");
+            const int number = static_cast<int>(revision);
+            if (number != revision) {
+                throw ImportError(
+                    QStringLiteral("colonna 'REVISIONE': '%1' non è un numero intero").arg(row.Text("REVISIONE")));
+            }
+            AddComponent(run, row, bills.try_emplace(number, Bill{number, {}}).first->second);
+        });
+    std::vector<Bill> sorted;
+    sorted.reserve(bills.size());
+    for (auto& bill : bills) {
+        sorted.push_back(std::move(bill.second));
+    }
+    return sorted;
+}
+
+// --- Bills --------------------------------------------------------------------------------------------------------
+
+/// A phase of the source. A work that Quadrix lacks is the generic one, its code stands in the notes.
+Phase PhaseOf(Session& session, const SourceRow& row, int last) {
+    const QString code = row.Text("COD_LAVORAZIONE");
+    const QString work = TranslatedCode(session, Cicli, "COD_LAVORAZIONE", code, "LAV_ORA");
+    const int number = static_cast<int>(NumberOf(row, "NUM_FASE"));
+    Phase phase{number > 0 ? number : last + schema::defaults::FirstPhase, work};
+    if (work.isEmpty() && !code.isEmpty()) {
+        phase.note = "Lavorazione: " + code;
+    }
+    phase.setUpTime = NumberOf(row, "TEMPO_ATTR");
+    phase.unitTime = NumberOf(row, "TEMPO_UNIT");
+    return phase;
+}
+
+/// Writes the phases of the bill begun last and returns the RECORD_ID of the first, which consumes the components.
+qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
+    qint64 first = 0;
+    int last = 0;
+    ForEachChild(run.GetSession(),
+                 "SELECT * FROM CICLI WHERE COD_ARTICOLO = " + run.Quoted(parent) + " ORDER BY NUM_FASE", Cicli,
+                 "COD_ARTICOLO, NUM_FASE", [&](const SourceRow& row) {
+                     const Phase phase = PhaseOf(run.GetSession(), row, last);
+                     last = phase.sequence;
+                     const qint64 id = writer.Write(phase);
+                     first = first == 0 ? id : first;
+                 });
+    return first == 0 ? writer.Write(Phase{}) : first;
+}
+
+RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
+    const QString article = ArticleOf(run, parent);
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
+    }
+    RowOutcome outcome = RowOutcome::Updated;
+    const std::vector<Bill> bills = BillsOf(run, parent);
+    for (const Bill& bill : bills) {
+        const bool inForce = &bill == &bills.back();
+        if (writer.Begin(BillHead{article, parent, bill.revision, inForce}) == RowOutcome::Inserted) {
+            outcome = RowOutcome::Inserted;
+        }
+        const qint64 phase = WritePhases(run, writer, parent);
+        for (const Component& component : bill.components) {
+            writer.Write(component, phase);
+        }
+        writer.TellComponentsLeft();
+    }
+    return outcome;
+}
+
+// --- Correction ---------------------------------------------------------------------------------------------------
+
+/// RECORD_ID of the bill of a revision, when an import wrote it; else 0.
+qint64 ImportedBill(Session& session, const QString& article, int revision) {
+    return IdWhere(session, "DIS_BAS",
+                   Equals(session, "DBART", article) + " AND " + Equals("DBREV", revision) + " AND " +
+                       Equals(session, "USINS", "SYSTEM_IMPORT"));
+}
+
+/// RECORD_ID of the first phase of the bill begun last.
+qint64 FirstPhaseOf(ImportRun& run, BillWriter& writer) {
+    const qint64 known =
+        run.GetSession().Quadrix.ExecuteCommand("SELECT RECORD_ID FROM " + run.FullName("DIS_FAS") + " WHERE " +
+                                                Equals("IDDIS", writer.BillId()) + " ORDER BY DLSEQ");
+    return known != 0 ? known : writer.Write(Phase{});
+}
+
+/// Puts right what a component has from the source; what else it has stays.
+void CorrectComponent(ImportRun& run, BillWriter& writer, const Component& component) {
+    const qint64 known =
+        IdWhere(run.GetSession(), "DIS_COM",
+                Equals("IDDIS", writer.BillId()) + " AND " + Equals(run.GetSession(), "DCART", component.article));
+    if (known == 0) {
+        writer.Write(component, FirstPhaseOf(run, writer));
+        return;
+    }
+    TargetRow row(run, "DIS_COM");
+    row.Set("DCQTA", component.quantity);
+    row.Set("DCPOS", component.position);
+    row.Set("DCNOT", component.note);
+    row.Update("WHERE " + Equals("RECORD_ID", known));
+}
+
+/// A component that the source has no more.
+struct Gone {
+    qint64 id;
+    QString article;
+};
+
+/// The imported components of the bill begun last that are not in the source; those entered by hand stay.
+std::vector<Gone> GoneFrom(ImportRun& run, const BillWriter& writer, const Bill& bill) {
+    QSet<QString> there;
+    for (const Component& component : bill.components) {
+        there.insert(component.article.toUpper());
+    }
+    Session& session = run.GetSession();
+    std::vector<Gone> gone;
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, DCART FROM " + run.FullName("DIS_COM") + " WHERE " +
+                                               Equals("IDDIS", writer.BillId()) + " AND " +
+                                               Equals(session, "USINS", "SYSTEM_IMPORT") + " ORDER BY RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (!there.contains(row.Text("DCART").toUpper())) {
+            gone.push_back({row.Value("RECORD_ID").toLongLong(), row.Text("DCART")});
+        }
+    }
+    return gone;
+}
+
+void Remove(ImportRun& run, const Gone& component) {
+    run.GetSession().Quadrix.Execute("DELETE FROM " + run.FullName("DIS_COM") + " WHERE " +
+                                     Equals("RECORD_ID", component.id));
+    run.Log(
+        QStringLiteral("COMPONENTE ELIMINATO: %1: '%2' non è più nell'origine").arg(run.RowKey(), component.article));
+}
+
+RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
+    const QString article = ArticleOf(run, parent);
+    RowOutcome outcome = run.Skip("distinta che nessuna importazione ha scritto");
+    std::vector<Gone> gone;
+    for (const Bill& bill : BillsOf(run, parent)) {
+        if (ImportedBill(run.GetSession(), article, bill.revision) == 0) {
+            continue;
+        }
+        outcome = writer.Begin(BillHead{article, parent, bill.revision});
+        for (const Component& component : bill.components) {
+            CorrectComponent(run, writer, component);
+        }
+        const std::vector<Gone> ofBill = GoneFrom(run, writer, bill);
+        gone.insert(gone.end(), ofBill.begin(), ofBill.end());
+    }
+    // Last, when nothing can fail any more: what is removed is not brought back with a row that is given up.
+    for (const Gone& component : gone) {
+        Remove(run, component);
+    }
+    return outcome;
+}
+
+// --- Procedures ---------------------------------------------------------------------------------------------------
+
+/// Every parent of the source.
+ImportRun::Loop Parents(const ImportRun& run, const QString& step, const QString& singleCode) {
+    const QString from = " FROM DISTINTA_BASE" + run.OnlyCode(" WHERE", "PADRE", singleCode);
+    return {step, DistintaBase, "PADRE", "SELECT COUNT(DISTINCT(PADRE))" + from,
+            "SELECT DISTINCT PADRE" + from + " ORDER BY PADRE"};
+}
+
+const TableNeed& DistintaBaseNeed() {
+    static const TableNeed need{DistintaBase, {"PADRE", "FIGLIO", "POSIZIONE", "QUANTITA", "UM", "NOTE", "REVISIONE"}};
+    return need;
+}
+
+} // namespace
+
+const Needs& DistinteNeeds() {
+    static const Needs needs{
+        {},
+        {DistintaBaseNeed(), {Cicli, {"COD_ARTICOLO", "NUM_FASE", "COD_LAVORAZIONE", "TEMPO_ATTR", "TEMPO_UNIT"}}},
+        BillNeeds()};
+    return needs;
+}
+
+void ImportDistinteVSP(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportDistinteVSP", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.AnnounceAppending("Inizio importazione Distinte Base da Visual Space");
+        run.Preflight(DistinteNeeds());
+        EmptyBills(run, reset);
+        ImportBills(
+            run, Parents(run, "Distinte Base", singleCode), singleCode,
+            "Distinte Base Visual Space importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+            [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row.Text("PADRE")); });
+    });
+}
+
+const Needs& CorrezioneNeeds() {
+    static const Needs needs{{}, {DistintaBaseNeed()}, BillNeeds()};
+    return needs;
+}
+
+/// Puts right the bills that an import wrote: those that the source has no more stay, as they may be of another origin.
+void CorreggiDistinteVSP(Session& session, const QString& singleCode, bool /*reset*/) {
+    ImportRun run(session, Module, "CorreggiDistinteVSP", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        if (!run.Ask("Correggere le distinte?")) {
+            return;
+        }
+        run.AnnounceAppending("Inizio correzione Distinte Base da Visual Space");
+        run.Preflight(CorrezioneNeeds());
+        ImportBills(
+            run, Parents(run, "Correzione Distinte Base", singleCode), singleCode, "Distinte Base corrette!",
+            [&](BillWriter& writer, const SourceRow& row) { return CorreggiDistinta(run, writer, row.Text("PADRE")); });
+    });
+}
+
+} // namespace modImport_VS

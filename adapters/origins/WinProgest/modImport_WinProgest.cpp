@@ -1,0 +1,469 @@
+// WinProgest: a folder of data files, or the same tables on SQL Server, as the operator answers. Articles, bills,
+// documents, promotions, article codes, drawings; the link of document rows to those they come from.
+// NFTDIS, NFCODIS and the head tables of the documents are known from installations; all other tables and columns are
+// this system's own reading. Bills and documents stand in files of their own.
+// Known gaps: PRO_MOR has no column for the article of a discount (logged); counterparties are not imported.
+
+#include "adapters/origins/WinProgest/modImport_WinProgest.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/Origin.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/Attachment.h"
+#include "adapters/contract/write/BaseTable.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/modMain.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+#include <QFileInfo>
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_WinProgest {
+
+const contract::Origin& Entry();
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+namespace {
+
+const QString Promo = QStringLiteral("PROMO");
+const QString Promor = QStringLiteral("PROMOR");
+const QString Codifiche = QStringLiteral("CODIFICHE");
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+const Mapping& ArticoliMapping() {
+    static const Mapping mapping{
+        "ART_ICO",
+        Articoli,
+        {
+            {"ARDES", "DESCR", First(100)},
+            {"ARDE2", "DESCR2", Text()},
+            {"ARCDR", "DESCR", CodeAndText(100)},
+            {"ARNOT", "NOTE", Text()},
+            {"ARCLA", "TIPO", Choice({{"P", "PF"}, {"S", "SL"}}, "CM")},
+            {"ARFAM", "GRUPPO, SOTGRU", Translated(Articoli, "GRUPPO")},
+            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
+            {"ARLAM", "", Constant(false)},
+            {"ARANN", "ANNULL", Flag()},
+            {"ARDIS", "DISEGNO", Text()},
+            {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
+            {"ARUM2", "UM2", TranslatedOrUpper(Articoli, "UM", "")},
+            {"ARCOE", "FATCON", RoundedTo(6)},
+            {"ARIVA", "IVA", VatCode(Articoli, "IVA")},
+            {"ARMAG", "", Constant(true)},
+            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
+            {"ARSMN", "SCOMIN", RoundedTo(6)},
+            {"ARLOR", "LOTRIO", RoundedTo(6)},
+            {"ARGGA", "GGRIO", RoundedTo(0)},
+            {"ARPSN", "PESO", RoundedTo(3)},
+            {"ARCOS", "ULTCOS, COSTO", FirstNotZero()},
+            {"ARPRZ", "PRZVEN", RoundedTo(6)},
+            {"ARRIC", "PRZVEN, ULTCOS, COSTO", MarkUp()},
+            {"ARSCO", "SCO1", RoundedTo(2)},
+            {"ARSC2", "SCO2", RoundedTo(2)},
+            {"ARSC3", "SCO3", RoundedTo(2)},
+        },
+    };
+    return mapping;
+}
+
+Rule Customer() {
+    return {"CDCON of the CON_TRO whose COCGE it is, or of the one it was merged into",
+            [](const RuleInput& input) { return RuleValue(RequireCounterparty(input.session, input.Text(), false)); }};
+}
+
+/// Whether today lies in a promotion's days; a blank end is open.
+Rule ValidToday() {
+    return {"true when the day of the import lies between the two, a blank one being open",
+            [](const RuleInput& input) -> RuleValue {
+                const QDate today = input.session.UserManager.DataElaborazione;
+                const auto day = [&input](qsizetype column, const QDate& open) {
+                    const QVariant value = DateOf(input.row, input.columns.at(column));
+                    return value.isNull() ? open : value.toDate();
+                };
+                return day(0, today) <= today && today <= day(1, today);
+            }};
+}
+
+const Mapping& Promozioni() {
+    static const Mapping mapping{
+        "PRO_MOZ",
+        Promo,
+        {
+            {"CDPRM", "CODPRO", Code()},
+            {"PMDES", "DESCR", Text()},
+            {"PMTIP", "TIPO", Text()},
+            {"PMCON", "CODCLI", NotBlank(Customer())},
+            {"PMVLD", "DATINI, DATFIN", ValidToday()},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& RighePromozione() {
+    static const Mapping mapping{
+        "PRO_MOR",
+        Promor,
+        {
+            {"CDPRM", "CODPRO", Code()},
+            {"PRSC1", "SCO1", RoundedTo(2)},
+            {"PRSC2", "SCO2", RoundedTo(2)},
+            {"PRSC3", "SCO3", RoundedTo(2)},
+            {"PRVLD", "", Constant(true)},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& CodificheMapping() {
+    static const Mapping mapping{
+        "ART_COD",
+        Codifiche,
+        {
+            {"CDART", "CODART", Code()},
+            {"CDCOD", "CODALT", Text()},
+            {"CODES", "DESCR", Text()},
+        },
+    };
+    return mapping;
+}
+
+} // namespace
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+QString FindCounterparty(Session& session, const QString& sourceCode, bool supplier) {
+    const QString found = LookUp(session, "CON_TRO", supplier ? "COFGE" : "COCGE", sourceCode, "CDCON");
+    if (!found.isEmpty()) {
+        return found;
+    }
+    const QString survivor =
+        modImport::GetNewCode(session, "UNIFICATI", supplier ? "F-CODICECF" : "C-CODICECF", sourceCode, false);
+    return IsThere(session, "CON_TRO", "CDCON", survivor) ? survivor : QString();
+}
+
+QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier) {
+    const QString found = FindCounterparty(session, sourceCode, supplier);
+    if (found.isEmpty()) {
+        throw ImportError(QStringLiteral("nessuna controparte ha il codice %1 '%2'")
+                              .arg(supplier ? QStringLiteral("fornitore") : QStringLiteral("cliente"), sourceCode));
+    }
+    return found;
+}
+
+TableNeed CounterpartyNeed() { return {"CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}}; }
+
+namespace {
+
+/// The code of a row. Raises `ImportError` when it is blank.
+QString CodeOf(const SourceRow& row, const QString& column) {
+    if (row.IsBlank(column)) {
+        throw ImportError(QStringLiteral("colonna '%1': il codice manca").arg(column));
+    }
+    return row.Text(column);
+}
+
+// --- Articles -----------------------------------------------------------------------------------------------------
+
+/// A supplier is found as those of the bills are; one that is not there leaves the article without it.
+void LinkSupplier(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+    if (row.IsBlank("CODFOR")) {
+        return;
+    }
+    const QString supplier = FindCounterparty(run.GetSession(), row.Text("CODFOR"), true);
+    if (supplier.isEmpty()) {
+        run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(run.RowKey(), row.Text("CODFOR")));
+        return;
+    }
+    const double lastCost = NumberOf(row, "ULTCOS");
+    writer.Link(article, supplier, lastCost != 0 ? lastCost : NumberOf(row, "COSTO"));
+}
+
+RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
+    const ArticleWriter writer(run);
+    const Facts facts{writer.CodeOf(Articoli, "CODART", CodeOf(row, "CODART"))};
+    const RowOutcome outcome = writer.Write(ArticoliMapping(), row, facts);
+    writer.Texts(facts.code, row.Text("DESCR"));
+    LinkSupplier(run, writer, row, facts.code);
+    return outcome;
+}
+
+const Needs& ArticoliNeeds() {
+    static const Needs needs = [] {
+        Needs all{{&ArticoliMapping()}, {{Articoli, {"CODART", "CODFOR"}}}, ArticleNeeds()};
+        all.writes.push_back(CounterpartyNeed());
+        return all;
+    }();
+    return needs;
+}
+
+void ImportArticoliWinProgest(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportArticoliWinProgest", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.Announce("Inizio importazione Articoli da WinProgest");
+        run.Preflight(ArticoliNeeds());
+        EmptyArticles(run, reset);
+        const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
+        run.Rows({"Articoli", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
+                  "SELECT * FROM ARTICOLI" + where + "\rORDER BY CODART"},
+                 [&](const SourceRow& row) { return ImportArticolo(run, row); });
+        run.Complete("Articoli importati correttamente!");
+    });
+}
+
+// --- Promotions ---------------------------------------------------------------------------------------------------
+
+/// RECORD_IDs of the rows that a promotion has, in the order in which they were written.
+std::vector<qint64> RowsOfPromotion(ImportRun& run, const QString& code) {
+    std::vector<qint64> rows;
+    Recordset found =
+        run.GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID FROM " + run.FullName("PRO_MOR") + " WHERE " +
+                                           Equals(run.GetSession(), "CDPRM", code) + " ORDER BY RECORD_ID");
+    for (; !found.Eof(); found.MoveNext()) {
+        rows.push_back(found.Fields(0).Value().toLongLong());
+    }
+    return rows;
+}
+
+RowOutcome ImportPromozione(ImportRun& run, const SourceRow& row) {
+    const Facts facts{CodeOf(row, "CODPRO")};
+    const RowOutcome outcome = WriteByCode(run, Promozioni(), row, facts);
+    // The rows have no key of their own: the first in the source is the first here.
+    const std::vector<qint64> known = RowsOfPromotion(run, facts.code);
+    size_t next = 0;
+    ForEachChild(
+        run.GetSession(), "SELECT * FROM PROMOR\rWHERE CODPRO = " + run.Quoted(facts.code) + "\rORDER BY CODART",
+        Promor, "CODART", [&](const SourceRow& discount) {
+            TargetRow target(run, "PRO_MOR");
+            RighePromozione().Apply(target, run.GetSession(), discount, facts);
+            if (next < known.size()) {
+                target.Update("WHERE " + Equals("RECORD_ID", known[next++]));
+            } else {
+                target.Insert();
+            }
+            if (!discount.IsBlank("CODART")) {
+                run.Log(QStringLiteral("ARTICOLO DELLA PROMOZIONE NON RIPORTATO: promozione '%1', articolo '%2'")
+                            .arg(facts.code, discount.Text("CODART")));
+            }
+        });
+    return outcome;
+}
+
+const Needs& PromozioniNeeds() {
+    static const Needs needs{{&Promozioni(), &RighePromozione()}, {{Promor, {"CODART"}}}, {CounterpartyNeed()}};
+    return needs;
+}
+
+void ImportPromozioniWinProgest(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportPromozioniWinProgest", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.Announce("Inizio importazione Promozioni da WinProgest");
+        run.Preflight(PromozioniNeeds());
+        run.Truncate(reset, {"PRO_MOZ", "PRO_MOR"});
+        const QString where = run.OnlyCode("\rWHERE", "CODPRO", singleCode);
+        run.Rows({"Promozioni", Promo, "CODPRO", "SELECT COUNT(*) FROM PROMO" + where,
+                  "SELECT * FROM PROMO" + where + "\rORDER BY CODPRO"},
+                 [&](const SourceRow& row) { return ImportPromozione(run, row); });
+        run.Complete("Promozioni importate correttamente!");
+    });
+}
+
+// --- Article codes ------------------------------------------------------------------------------------------------
+
+/// The counterparty that uses the code; empty for a code of the company's own.
+QString OwnerOfCode(ImportRun& run, const SourceRow& row) {
+    if (row.IsBlank("CODCLF")) {
+        return {};
+    }
+    const QString kind = row.Text("TIPCLF").toUpper();
+    if (kind != "C" && kind != "F") {
+        throw ImportError(QStringLiteral("colonna 'TIPCLF': '%1' non è né C né F").arg(row.Text("TIPCLF")));
+    }
+    try {
+        return RequireCounterparty(run.GetSession(), row.Text("CODCLF"), kind == "F");
+    } catch (ImportError& error) {
+        error.AddContext("colonna 'CODCLF'");
+        throw;
+    }
+}
+
+RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const Facts facts{ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"))};
+    if (!IsImported(run, facts.code)) {
+        return run.Skip(ArticleMissing);
+    }
+    const QString code = CodeOf(row, "CODALT");
+    const QString owner = OwnerOfCode(run, row);
+    TargetRow target(run, "ART_COD");
+    CodificheMapping().Apply(target, session, row, facts);
+    target.Set("COTIP", owner.isEmpty() ? "I" : "C");
+    if (!owner.isEmpty()) {
+        target.Set("COTPC", "PER");
+        target.Set("COCON", owner);
+    }
+    // The same code may be used by several counterparties.
+    const QString same = Equals(session, "CDART", facts.code) + " AND " + Equals(session, "CDCOD", code) + " AND " +
+                         (owner.isEmpty() ? Equals(session, "COTIP", "I") : Equals(session, "COCON", owner));
+    const qint64 known = IdWhere(session, "ART_COD", same);
+    if (known != 0) {
+        target.Update("WHERE " + Equals("RECORD_ID", known));
+        return RowOutcome::Updated;
+    }
+    target.Insert();
+    return RowOutcome::Inserted;
+}
+
+const Needs& CodificheNeeds() {
+    static const Needs needs{{&CodificheMapping()},
+                             {{Codifiche, {"CODCLF", "TIPCLF"}}},
+                             {{"ART_COD", {"COTIP", "COTPC", "COCON"}}, {"ART_ICO", {"CDART"}}, CounterpartyNeed()}};
+    return needs;
+}
+
+void ImportCodificheWinProgest(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportCodificheWinProgest", singleCode);
+    run.LogErrorsAs("Errore: ");
+    run.Guard([&] {
+        run.Announce("Inizio importazione Codifiche Articoli da WinProgest");
+        run.Preflight(CodificheNeeds());
+        run.Truncate(reset, {"ART_COD"});
+        const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
+        run.Rows({"Codifiche Articoli", Codifiche, "CODALT", "SELECT COUNT(*) FROM CODIFICHE" + where,
+                  "SELECT * FROM CODIFICHE" + where + "\rORDER BY CODART, CODALT"},
+                 [&](const SourceRow& row) { return ImportCodifica(run, row); });
+        run.Complete("Codifiche articoli importate correttamente!");
+    });
+}
+
+// --- Drawings -----------------------------------------------------------------------------------------------------
+
+QString FolderOfDrawings(Session& session) {
+    const QString folder = modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+    if (folder.isEmpty()) {
+        throw ImportError("impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella dei disegni");
+    }
+    return folder;
+}
+
+RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& folder) {
+    Session& session = run.GetSession();
+    const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"));
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
+    }
+    const RowOutcome outcome = WriteAttachment(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO"))});
+    if (outcome != RowOutcome::Skipped) {
+        TargetRow target(run, "ART_ICO");
+        target.Set("ARATT", true);
+        target.Update("WHERE " + Equals(session, "CDART", article));
+    }
+    return outcome;
+}
+
+const Needs& DisegniNeeds() {
+    static const Needs needs = [] {
+        Needs all{{}, {{Articoli, {"CODART", "DISEGNO"}}}, AttachmentNeeds()};
+        all.writes.push_back({"ART_ICO", {"CDART", "ARATT"}});
+        return all;
+    }();
+    return needs;
+}
+
+void ImportDisegniWinProgest(Session& session, const QString& singleCode, bool reset) {
+    ImportRun run(session, Module, "ImportDisegniWinProgest", singleCode);
+    run.Guard([&] {
+        run.Announce("Inizio importazione Disegni da WinProgest");
+        run.Preflight(DisegniNeeds());
+        const QString folder = FolderOfDrawings(session);
+        RemoveImportedAttachments(run, "ART_ICO", reset);
+        const QString where = "\rWHERE DISEGNO > ''" +
+                              (singleCode.isEmpty() ? QString() : QString(" AND CODART = " + run.Quoted(singleCode)));
+        run.Rows({"Disegni", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
+                  "SELECT * FROM ARTICOLI" + where + "\rORDER BY CODART"},
+                 [&](const SourceRow& row) { return ImportDisegno(run, row, folder); });
+        run.Complete("Disegni importati correttamente!");
+    });
+}
+
+// --- Source and entry ---------------------------------------------------------------------------------------------
+
+/// The data files are the tables of the folder Databasename where that is a folder, else those of an ODBC data source.
+bool PrepareFiles(Session& session, ovConnection& source) {
+    if (!QFileInfo(sourceSettings::DatabasePath(session)).isDir()) {
+        return sourceSettings::DataSource("WINPROGEST")(session, source);
+    }
+    sourceSettings::FoxProFolder()(session, source);
+    source.ProviderType = Provider::SqlServer; // dates in conditions are written as this program reads them
+    source.LookupColumns = QStringList{"NFCODIS.PADRE", "PROMOR.CODPRO"};
+    for (const char* rows : {"CORPOFF", "CORPIMP", "CORPBO", "CORPFT", "CORPFP", "CORPORF"}) {
+        source.LookupColumns.append(QString(rows) + ".NUMDOC");
+    }
+    return true;
+}
+
+bool PrepareSource(Session& session, ovConnection& source) {
+    switch (session.Person.Ask("Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer")) {
+    case Answer::Yes:
+        return PrepareFiles(session, source);
+    case Answer::No:
+        return sourceSettings::Server("WINPROGEST")(session, source);
+    case Answer::GivenUp:
+        break;
+    }
+    return false;
+}
+
+Procedure Riallinea() {
+    Procedure procedure{Button::Cli, "RiallineaDRORIWinProgest", RiallineaDRORIWinProgest, RiallineaNeeds()};
+    procedure.asksReset = false;
+    return procedure;
+}
+
+/// Documents are imported as a whole: both buttons do the same.
+Procedure Documenti(Button button) {
+    Procedure procedure{button, "ImportDocumentiWinProgest", ImportDocumentiWinProgest, DocumentiNeeds()};
+    procedure.confirmation = "Importare i documenti?";
+    return procedure;
+}
+
+} // namespace
+
+const Origin& Entry() {
+    static const Origin origin{
+        "WinProgest",
+        Module,
+        {"FoxPro o SQL Server", PrepareSource},
+        {{
+            {Shown::Yes, "Riallinea DRORI"},        // Cli
+            {Shown::Yes, ""},                       // Art
+            {Shown::Yes, ""},                       // Dis
+            {Shown::Yes, ""},                       // Doc
+            {Shown::Yes, ""},                       // Acq
+            {Shown::Yes, "Importa Promozioni"},     // Saldi
+            {Shown::Yes, "Importa Codifiche Art."}, // Piano
+            {Shown::Yes, ""},                       // Disegni
+        }},
+        Shown::Keep,
+        {
+            Riallinea(),
+            {Button::Art, "ImportArticoliWinProgest", ImportArticoliWinProgest, ArticoliNeeds()},
+            {Button::Dis, "ImportDistinteWinProgest", ImportDistinteWinProgest, DistinteNeeds()},
+            Documenti(Button::Doc),
+            Documenti(Button::Acq),
+            {Button::Saldi, "ImportPromozioniWinProgest", ImportPromozioniWinProgest, PromozioniNeeds()},
+            {Button::Piano, "ImportCodificheWinProgest", ImportCodificheWinProgest, CodificheNeeds()},
+            {Button::Disegni, "ImportDisegniWinProgest", ImportDisegniWinProgest, DisegniNeeds()},
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_WinProgest
