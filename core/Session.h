@@ -13,8 +13,9 @@
 /// Look-ups that failed in the procedure under way.
 struct LookUpFailures {
     qint64 count = 0;
-    QStringList messages;    ///< of the different ones, each once
-    bool wasAborted = false; ///< the operator has been asked about one of them, and would not go on with it
+    QStringList messages; ///< of the different ones, each once
+    /// The operator would not go on with one of them, or trying again was in vain: those that follow are told alone.
+    bool wasAborted = false;
 };
 
 /// A line of the log that waits for the commit of its row.

@@ -160,11 +160,12 @@ private:
     bool m_silent;
 };
 
-/// Whether a failing look-up is to be tried again with its whole row: what stood in its way may pass, or what the row
-/// has written is gone.
-bool IsOfRow(const Session& session, const Error& error) {
-    const auto* sql = dynamic_cast<const SqlError*>(&error);
-    return session.Memory.IsOpen() && (session.Quadrix.TransactionLost() || (sql != nullptr && sql->MayPass()));
+/// Whether a failing look-up is decided about with its whole row: what the row has written is gone, or the row may be
+/// done again or given up.
+bool IsOfRow(const Session& session) {
+    return session.Memory.IsOpen() &&
+           (session.Quadrix.TransactionLost() ||
+            (session.Errors.Action != ErrorAction::Abort && !session.FailedLookUps.wasAborted));
 }
 
 /// A look-up: an error is told under its name and gives the empty text. Only a source row that has been given up is
@@ -177,8 +178,9 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
         return body();
     } catch (const RowGivenUp&) {
         throw;
-    } catch (const Error& error) {
-        if (IsOfRow(session, error)) {
+    } catch (Error& error) {
+        if (IsOfRow(session)) {
+            error.SetOfLookUp();
             throw;
         }
         session.FailedLookUps.wasAborted = true;

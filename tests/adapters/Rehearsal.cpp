@@ -111,6 +111,11 @@ void Rehearsal::OpenFaultySource() {
 /// Keeps count of what the statements delete. The key of a row that is deleted is free again: what is written later
 /// then has the keys that it has when the row was never written, and the two can be compared.
 void Rehearsal::Note(const QString& statement, qint64 rows) {
+    if (statement.startsWith("SAVEPOINT")) {
+        m_deletedBefore[statement.section(' ', -1)] = m_deleted;
+    } else if (statement.startsWith("ROLLBACK TO")) {
+        m_deleted = m_deletedBefore.value(statement.section(' ', -1));
+    }
     const QString table = ChangedTable(statement, "INSERT INTO|UPDATE|DELETE FROM");
     if (m_isLearning && !table.isEmpty() && table != "SYS_IMP" && !m_written.contains(table)) {
         m_written.append(table);
@@ -173,7 +178,7 @@ const RunResult& Rehearsal::Run(const Direction& direction) {
         fault->struck = [this, also = fault->struck] {
             StruckInRow = Get().Errors.InRow();
             StruckRow = Get().Errors.RowKey();
-            StruckAt = Person().Progresses.empty() ? 0 : Person().Progresses.back().value;
+            StruckAt = SourceFault.read;
             if (also) {
                 also();
             }

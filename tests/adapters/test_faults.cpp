@@ -1,6 +1,7 @@
 #include "tests/adapters/Rehearsal.h"
 #include "tests/support/QuadrixTest.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -76,12 +77,19 @@ class TestFaults : public QObject {
         return *m_rehearsal;
     }
 
-    /// Whether the error collector names the statement that failed and its row.
+    /// Whether the error collector, or the question to the operator, names the statement that failed, and its row where
+    /// that was the only one.
     static bool IsNamed(Rehearsal& stage, const Faults& fault) {
-        const auto& entries = stage.Get().Errors.Entries();
+        const QVector<ErrorEntry> entries = stage.Get().Errors.Entries() + stage.Person().Decided;
         return std::any_of(entries.begin(), entries.end(), [&](const ErrorEntry& entry) {
-            return fault.failed.contains(entry.statement) && entry.rowKey == stage.StruckRow;
+            return fault.failed.contains(entry.statement) && (fault.times > 1 || entry.rowKey == stage.StruckRow);
         });
+    }
+
+    /// A row whose look-up failed is done again without it when the operator does not want to go on: it may succeed.
+    static bool IsMadeUpFor(Rehearsal& stage) {
+        return !stage.Person().Decided.isEmpty() && stage.Rows() == stage.CleanRows &&
+               stage.Result().outcome == stage.Clean.outcome;
     }
 
     /// A translation that could not be looked up is reported, and the row goes on as one without a translation.
@@ -108,7 +116,7 @@ class TestFaults : public QObject {
         if (!IsNamed(stage, fault)) {
             return "the error does not name statement and row";
         }
-        if (end == End::Told || IsLookup(stage)) {
+        if (end == End::Told || IsLookup(stage) || (end == End::Failed && IsMadeUpFor(stage))) {
             return {};
         }
         if (end == End::Failed || !stage.StruckInRow) {
@@ -209,8 +217,9 @@ private slots:
             {"ignore", ErrorAction::Ignore, no, 1, End::GivenUp, Many, true},
             {"ignore, the next one fails too", ErrorAction::Ignore, no, 2, End::Told, Few, false},
             {"ignore, for good", ErrorAction::Ignore, no, Faults::Always, End::Told, Few, false},
-            {"retry, four times", ErrorAction::Retry, no, 4, End::Told, Few, false},
-            {"retry, the transaction ends", ErrorAction::Retry, no, 1, End::Clean, Many, false, true},
+            {"retry, for good", ErrorAction::Retry, no, Faults::Always, End::Told, Few, false},
+            {"ask, Riprova, the transaction ends", ErrorAction::Ask, ErrorAnswer::Retry, 1, End::Clean, Many, false,
+             true},
             {"abort", ErrorAction::Abort, no, 1, End::Told, Few, true},
             {"abort, for good", ErrorAction::Abort, no, Faults::Always, End::Told, Few, false},
             {"ask, Riprova", ErrorAction::Ask, ErrorAnswer::Retry, 3, End::Clean, Few, false},
@@ -223,12 +232,15 @@ private slots:
         for (const Mode& mode : modes) {
             for (const int place : Places(stage.CleanStatements, mode.places, static_cast<int>(&mode - modes))) {
                 const QString wrong = WrongAt(stage, mode, place);
-                QVERIFY2(wrong.isEmpty(),
-                         qPrintable(QString("%1, statement %2 of %3, in %4: %5\n%6")
-                                        .arg(mode.name)
-                                        .arg(place)
-                                        .arg(stage.CleanStatements)
-                                        .arg(stage.StruckRow, wrong, stage.TargetFault.failed.value(0))));
+                QVERIFY2(
+                    wrong.isEmpty(),
+                    qPrintable(
+                        QString("%1, statement %2 of %3, in %4: %5\n%6\n%7")
+                            .arg(mode.name)
+                            .arg(place)
+                            .arg(stage.CleanStatements)
+                            .arg(stage.StruckRow, wrong, stage.TargetFault.failed.join('\n'),
+                                 stage.Person().Events.filter(QRegularExpression("^(error|reported)")).join('\n'))));
             }
         }
     }

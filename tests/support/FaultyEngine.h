@@ -16,6 +16,7 @@ struct Faults {
     bool rows = false;       ///< whether the reading of each row counts too, beside the statements
     bool ends = false;       ///< whether the database ends an open transaction with the first
     int seen = 0;            ///< how many were asked for so far
+    int read = 0;            ///< rows so far
     QStringList failed = {}; ///< their texts
     std::function<void()> struck = {}; ///< called when the first fails
 
@@ -43,6 +44,7 @@ public:
           m_statement(std::move(statement)) {}
 
     bool Next() override {
+        ++m_faults.read;
         if (m_faults.rows) {
             m_faults.Meet(m_statement);
         }
@@ -83,7 +85,7 @@ public:
     }
     // The test's own transaction is open around those of the program.
     void Begin() override {
-        m_engine->Run(QStringLiteral("SAVEPOINT own"));
+        Do(QStringLiteral("SAVEPOINT own"));
         m_isOpen = true;
     }
     void Commit() override {
@@ -97,13 +99,13 @@ public:
     }
     void RollBack() override {
         if (m_isOpen) {
-            m_engine->Run(QStringLiteral("ROLLBACK TO own"));
+            Do(QStringLiteral("ROLLBACK TO own"));
             End();
         }
     }
     bool TransactionStands(bool afterFailure) override { return m_isOpen && m_engine->TransactionStands(afterFailure); }
-    void SetMark() override { m_engine->SetMark(); }
-    void RollBackToMark() override { m_engine->RollBackToMark(); }
+    void SetMark() override { Do(QStringLiteral("SAVEPOINT QDX_ROW")); }
+    void RollBackToMark() override { Do(QStringLiteral("ROLLBACK TO QDX_ROW")); }
     void Interrupt() noexcept override { m_engine->Interrupt(); }
     qint64 LastInsertId() override { return m_engine->LastInsertId(); }
     QStringList Tables() override { return m_engine->Tables(); }
@@ -123,6 +125,13 @@ private:
                 RollBack();
             }
             throw;
+        }
+    }
+    /// What marks or takes back is seen too.
+    void Do(const QString& statement) {
+        m_engine->Run(statement);
+        if (m_ran) {
+            m_ran(statement, 0);
         }
     }
     void End() {

@@ -98,6 +98,15 @@ public:
         m_session.Memory.Restores(variable);
     }
 
+    /// Puts a value into a set that outlives the row, until what is written now is taken back.
+    template<class Value>
+    void Remember(QSet<Value>& set, const Value& value) {
+        if (!set.contains(value)) {
+            set.insert(value);
+            WhenTakenBack([&set, value] { set.remove(value); });
+        }
+    }
+
     /// Rows of a table (bare name) that the run has written so far, without those taken back.
     qint64 WrittenRows(const QString& table) const { return m_account.Written(table); }
     /// RECORD_ID of the row that the run has inserted last into a table (bare name), as the insert gave it; 0 when it

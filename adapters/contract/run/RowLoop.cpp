@@ -36,6 +36,16 @@ std::exception_ptr FailureOf(const Work& work) noexcept {
     return nullptr;
 }
 
+/// Raises an error with another that came before it as its context.
+[[noreturn]] void RaiseBehind(const std::exception_ptr& further, const QString& before) {
+    try {
+        std::rethrow_exception(further);
+    } catch (Error& error) {
+        error.AddContext(before);
+        throw;
+    }
+}
+
 } // namespace
 
 RowLoop::RowLoop(ImportRun& run, const ImportRun::Loop& loop, const ImportRun::RowWork& row,
@@ -127,6 +137,9 @@ void RowLoop::Do(const Unit& unit) {
         }
     }
     m_isWorking = false;
+    if (m_session.Errors.Action == ErrorAction::Retry) { // the next row's look-ups are tried again
+        m_session.FailedLookUps.wasAborted = false;
+    }
     m_run.m_account.EndRow();
     m_done.push_back(unit);
     if (m_transaction.IsFull(static_cast<qsizetype>(m_done.size()))) {
@@ -178,7 +191,7 @@ void RowLoop::Failed(const Unit& unit, Error& error, int attempt) {
         further = further ? further : FailureOf([this] { Redo(); });
         if (further) {
             GiveUpFor(unit, error);
-            std::rethrow_exception(further);
+            RaiseBehind(further, QStringLiteral("Riga abbandonata: %1: %2").arg(m_key, error.Message()));
         }
         throw;
     } catch (...) {
@@ -217,7 +230,16 @@ void RowLoop::FailedInPart(const Unit& unit, Error& error, int attempt) {
 /// Called inside the catch block of the error.
 void RowLoop::Decide(Error& error, int attempt) {
     const ovErrors::Row underWay(m_session.Errors, m_key);
-    m_session.Errors.Decide(error, attempt);
+    try {
+        m_session.Errors.Decide(error, attempt);
+    } catch (const RowGivenUp&) {
+        throw;
+    } catch (const Error&) {
+        if (!error.IsOfLookUp() || m_session.Quadrix.TransactionLost()) {
+            throw;
+        }
+        m_session.FailedLookUps.wasAborted = true; // the row goes on without what it looked for
+    }
     if (const auto* sql = dynamic_cast<const SqlError*>(&error)) {
         m_session.Quadrix.WaitToPass(*sql, attempt);
     }
@@ -306,8 +328,8 @@ void RowLoop::Commit() {
         Redo();
         return;
     }
+    m_redone = m_done.empty() ? m_redone : 0;
     m_done.clear();
-    m_redone = 0;
     m_run.CommitAccount();
     if (m_progress != nullptr) {
         m_progress->SetValue(static_cast<float>(m_read));

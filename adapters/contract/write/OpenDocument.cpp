@@ -45,6 +45,7 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     }
     State state = begins ? Begin(key, first, known) : *m_state;
     const RowOutcome outcome = state.id == 0 ? m_run.Skip(AlreadyImported) : WriteRow(state, values, more, id);
+    m_run.Restores(m_state);
     m_state = state;
     return outcome;
 }
@@ -68,8 +69,10 @@ void OpenDocument::End() {
             m_writer.TellRowsLeft(m_state->id, m_state->rows);
         }
         m_writer.Total(m_state->id);
+        m_run.Restores(m_count);
         ++m_count;
     }
+    m_run.Restores(m_state);
     m_state.reset();
 }
 

@@ -163,7 +163,7 @@ void PriceListWriter::Work(const WorkPrice& price) {
     };
     write(row, known.price);
     if (known.price == 0) {
-        known.price = m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong();
+        known.price = m_run.LastId("LIS_LAV");
     }
     m_works.insert(known.price);
     TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", known.price, price.scale);

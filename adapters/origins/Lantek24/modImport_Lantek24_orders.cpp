@@ -145,7 +145,9 @@ RowOutcome Importer::Row(const SourceRow& row) {
     }
     ForEachChild(session, OperationsOf(m_run, row), Operations, "MnORef, OOrder",
                  [&](const SourceRow& operation) { WriteOperation(operation, order); });
-    m_written[IdentityOf(bill, facts)] = order;
+    qint64& last = m_written[IdentityOf(bill, facts)];
+    m_run.Restores(last);
+    last = order;
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
