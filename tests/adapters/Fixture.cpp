@@ -101,13 +101,39 @@ Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On 
     m_target.Get().Config.SetConfigFile(settings);
     m_target.Db().ExecuteScript(Read("target.sql"));
     m_before = TargetRows();
-    m_target.Db().Trace = [this](const QString& statement) {
-        static const QStringList ofTime{"BEGIN", "BEGIN TRANSACTION", "COMMIT", "SAVEPOINT QDX_ROW"};
-        if (ofTime.contains(statement)) {
-            return; // when rows are committed depends on the clock too
-        }
+    m_target.Db().Trace = [this](const QString& statement) { See(statement); };
+}
+
+/// Keeps what is run. When rows are committed depends on the clock too: that is left out.
+void Fixture::See(const QString& statement) {
+    static const QStringList ofTime{"BEGIN", "BEGIN TRANSACTION", "COMMIT", "SAVEPOINT QDX_ROW"};
+    if (statement == "BEGIN") {
+        FreeKeys();
+    }
+    m_tookBack = m_tookBack || statement.startsWith("ROLLBACK");
+    if (!ofTime.contains(statement)) {
         m_statements += QString(statement).replace(m_target.Folder.path(), "%FOLDER%") + ";\n";
-    };
+    }
+}
+
+/// The keys of rows that were taken back are free again on the embedded database, but not on a server.
+void Fixture::FreeKeys() {
+    const auto trace = std::exchange(m_target.Db().Trace, {});
+    Recordset tables = m_target.Db().ExecuteWC("SELECT TABLE_NAME, AUTO_INCREMENT FROM information_schema.TABLES "
+                                               "WHERE TABLE_SCHEMA = DATABASE() AND AUTO_INCREMENT IS NOT NULL");
+    QMap<QString, QString> next;
+    for (; !tables.Eof(); tables.MoveNext()) {
+        next[tables.Fields(0).Value().toString()] = tables.Fields(1).Value().toString();
+    }
+    if (std::exchange(m_tookBack, false)) {
+        for (auto key = m_nextKeys.cbegin(); key != m_nextKeys.cend(); ++key) {
+            if (next.value(key.key()) != key.value()) {
+                m_target.Execute(QString("ALTER TABLE %1 AUTO_INCREMENT = %2").arg(key.key(), key.value()));
+            }
+        }
+    }
+    m_nextKeys = next;
+    m_target.Db().Trace = trace;
 }
 
 QString Fixture::Read(const QString& name) const { return QString::fromUtf8(ReadFile(m_folder + '/' + name)); }

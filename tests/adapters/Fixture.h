@@ -61,6 +61,8 @@ public:
 
 private:
     void MakeSource();
+    void See(const QString& statement);
+    void FreeKeys();
     void SetSource(ovConnection& source) const;
     void CopyFiles(const QString& to) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
@@ -74,6 +76,8 @@ private:
     QString m_source;
     bool m_isServed = false; ///< whether the source is a database of the server
     QString m_statements;
+    QMap<QString, QString> m_nextKeys; ///< on a server, by table
+    bool m_tookBack = false;           ///< rows were taken back since the last transaction began
     QStringList m_before;
     QStringList m_outcome;
 };
