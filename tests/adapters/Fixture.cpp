@@ -129,6 +129,7 @@ void Fixture::FreeKeys() {
         for (auto key = m_nextKeys.cbegin(); key != m_nextKeys.cend(); ++key) {
             if (next.value(key.key()) != key.value()) {
                 m_target.Execute(QString("ALTER TABLE %1 AUTO_INCREMENT = %2").arg(key.key(), key.value()));
+                next[key.key()] = key.value();
             }
         }
     }
