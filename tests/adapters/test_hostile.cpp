@@ -225,7 +225,7 @@ QStringList Expected(const QString& harmless, const QString& hostile) {
         static const QRegularExpression logged("^../../.... ..:..:.. - ");
         if (line.contains(logged)) { // the log is text of one code page
             QString lost;
-            line = QString::fromLatin1(EncodeText(line, CodePage(), &lost));
+            line = DecodeText(EncodeText(line, CodePage(), &lost), CodePage());
         }
         lines.append(line);
     }
@@ -258,6 +258,7 @@ QString Difference(const QStringList& left, const QString& outcome) {
 /// engine, source and target.
 class TestHostile : public QObject {
     Q_OBJECT
+    Q_CLASSINFO("about", "origins")
 
 private slots:
     void Hostile_data() { ModulesOnEngines(); }

@@ -26,12 +26,7 @@ class TestTwice : public QObject {
     Q_OBJECT
 
 private slots:
-    void ProceduresFindWhatTheyWrote_data() {
-        Columns<QString>("module");
-        for (const QString& module : FixtureOrigins().keys()) {
-            Row(qPrintable(module), module);
-        }
-    }
+    void ProceduresFindWhatTheyWrote_data() { EachModule(); }
     /// Each procedure right after itself; then all of them after all of them, as they share tables.
     void ProceduresFindWhatTheyWrote() {
         QFETCH(const QString, module);
