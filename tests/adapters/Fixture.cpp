@@ -14,7 +14,7 @@
 
 namespace {
 
-const QString SourceDatabase = QStringLiteral("quadrix_source");
+const QString SourceDatabase = TestTarget::OfThisProgram("quadrix_source");
 
 /// "name=a,b" of a line of run.txt.
 QStringList ListOf(const QStringList& words, const QString& name) {
@@ -42,6 +42,7 @@ QString OutcomeText(RunResult::Outcome outcome) {
 
 Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change)
     : m_folder(std::move(folder)),
+      m_file(RunFile::Of(m_folder)),
       m_origin(origin),
       m_target(engine),
       m_change(std::move(change)) {
@@ -101,25 +102,9 @@ void Fixture::SetSource(ovConnection& source) const {
 }
 
 void Fixture::Run() {
-    for (const QString& line : Lines()) {
+    for (const QString& line : m_file.lines) {
         RunLine(line);
     }
-}
-
-QStringList Fixture::Lines() const {
-    QStringList lines = Read("run.txt").split('\n', Qt::SkipEmptyParts);
-    lines.removeIf([](const QString& line) { return line.startsWith('#') || line.contains(": "); });
-    return lines;
-}
-
-QMap<QString, QString> Fixture::Words() const {
-    QMap<QString, QString> words;
-    for (const QString& line : Read("run.txt").split('\n', Qt::SkipEmptyParts)) {
-        if (!line.startsWith('#') && line.contains(": ")) {
-            words.insert(line.section(": ", 0, 0), line.section(": ", 1));
-        }
-    }
-    return words;
 }
 
 QStringList Fixture::Content() {

@@ -10,11 +10,7 @@
 /// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source and "%FILES%"
 ///   for the folder that "files/" are copied into beside a "source.sql".
 /// - "target.sql" (may be missing): what the company holds before.
-/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]"; and what is said
-/// of
-///   the tests, each with its reason: "keeps rows NAME: why", "gives place NAME: why" (what a fault may leave of a
-///   procedure), "optional TABLE.COLUMN: why" (of the source; without it other rows may come), "closely: what for" (the
-///   module stands for others of its kind).
+/// - "run.txt": see `RunFile`.
 /// - "expected.txt", and "statements.sql" of a module that is looked at closely: what must come out. They are written
 ///   when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
@@ -31,12 +27,8 @@ public:
     void Run();
     /// Runs the procedure of one line of "run.txt".
     void RunLine(const QString& line);
-    /// The lines of "run.txt" that run a procedure.
-    QStringList Lines() const;
-    /// What "run.txt" says of the tests, with the reasons.
-    QMap<QString, QString> Words() const;
-    /// Whether the module stands for others of its kind: its statements are kept, and it is tried at every place.
-    bool IsClose() const { return Words().contains("closely"); }
+    const RunFile& File() const { return m_file; }
+    QStringList Lines() const { return m_file.lines; }
     /// Every row of the target but for its RECORD_ID and the marks of who wrote it when, sorted: "TABLE COLUMN=value
     /// ..".
     QStringList Content();
@@ -70,6 +62,7 @@ private:
     QStringList TargetRows(const QSet<QString>& but = {});
 
     QString m_folder;
+    RunFile m_file;
     const contract::Origin& m_origin;
     TestTarget m_target;
     SourceChange m_change;

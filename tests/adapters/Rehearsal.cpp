@@ -46,7 +46,6 @@ QString BareName(const QString& table) { return table.startsWith("X01_") ? table
 
 Rehearsal::Rehearsal(const QString& folder, const contract::Origin& origin, const QString& line)
     : m_fixture(folder, origin),
-      m_words(m_fixture.Words()),
       m_line(line) {
     for (const QString& before : m_fixture.Lines()) {
         if (before == line) {

@@ -33,11 +33,11 @@ public:
     /// which of two source rows that are one counterparty was the first.
     QStringList Content();
     /// Whether "run.txt" gives a reason for it: "optional TABLE.COLUMN".
-    bool Lets(const QString& what) const { return m_words.contains(what); }
+    bool Lets(const QString& what) const { return m_fixture.File().words.contains(what); }
     /// Whether it lets a fault do something to the procedure: "keeps rows", "gives place".
     bool May(const QString& what) { return Lets(what + ' ' + Result().procedure); }
     /// Whether every place is tried of the module, which stands for others.
-    bool IsClose() const { return Lets("closely"); }
+    bool IsClose() const { return m_fixture.File().IsClose(); }
     Session& Get() { return m_fixture.Target().Get(); }
     ScriptedOperator& Person() { return m_fixture.Target().Person; }
     const RunResult& Result() { return Get().Results.last(); }
@@ -72,7 +72,6 @@ private:
     QString WrongCounts();
 
     Fixture m_fixture;
-    QMap<QString, QString> m_words;
     QString m_line;
     qsizetype m_sourceAnswers = 0; ///< how many of the answers of the line are about opening the source
     Engine* m_engine = nullptr;    ///< that of the target, without faults

@@ -37,8 +37,7 @@ QVector<int> Places(int count, int wanted, int shift) {
 QStringList RehearsedLines(const QString& module) {
     QStringList lines;
     QSet<QString> seen;
-    const Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
-    for (const QString& line : fixture.Lines()) {
+    for (const QString& line : RunFile::Of(FixtureFolder(module)).lines) {
         const QString what = line.section(' ', 0, 0) + (line.contains(" reset") ? " reset" : "");
         if (!line.contains(" code=") && !seen.contains(what)) {
             seen.insert(what);

@@ -254,14 +254,14 @@ QString Difference(const QStringList& left, const QString& outcome) {
 
 } // namespace
 
-/// Texts with what can trip a database, a statement or a message, through every procedure of every module, on every
-/// engine, source and target.
+/// Texts with what can trip a database, a statement or a message, through every procedure of every module; on every
+/// engine, source and target, of the modules that stand for others.
 class TestHostile : public QObject {
     Q_OBJECT
     Q_CLASSINFO("about", "origins")
 
 private slots:
-    void Hostile_data() { ModulesOnEngines(); }
+    void Hostile_data() { CloseModulesOnEngines(); }
 
     /// They arrive as harmless ones do, character by character, and rows are given up as with those.
     void Hostile() {

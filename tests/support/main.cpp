@@ -7,6 +7,7 @@ using Application = QApplication;
 #include <QCoreApplication>
 using Application = QCoreApplication;
 #endif
+#include <QDir>
 #include <QTest>
 
 #include <algorithm>
@@ -43,14 +44,26 @@ bool IsNameOf(const QObject& test, const char* argument) {
 /// A class with `Q_CLASSINFO("about", "origins")` holds what is tested of each origin.
 bool IsAboutOrigins(const QObject& test) { return test.metaObject()->indexOfClassInfo("about") >= 0; }
 
-/// The command line: what Qt understands, and the classes and functions that are to run, all when none is named.
+/// The statements that tests leave to be checked go to a folder of each program, as several run at the same time.
+void SeparateStatements() {
+    const QString folder = qEnvironmentVariable("QUADRIX_TSQL");
+    if (!folder.isEmpty()) {
+        const QString own = folder + '/' + QString::number(QCoreApplication::applicationPid());
+        QDir().mkpath(own);
+        qputenv("QUADRIX_TSQL", own.toLocal8Bit());
+    }
+}
+
+/// The command line: what Qt understands, and the classes and functions that are to run, all when none is named;
+/// "!Class" is left out.
 class CommandLine {
 public:
     CommandLine(int argc, char** argv, const Classes& classes) {
         static const QList<QByteArray> withValue{"-o", "-maxwarnings", "-eventdelay", "-keydelay", "-mousedelay"};
         for (int i = 0; i < argc; ++i) {
             const bool isValue = i > 0 && withValue.contains(argv[i - 1]);
-            (i == 0 || isValue || argv[i][0] == '-' ? m_options : m_chosen).push_back(argv[i]);
+            const bool isOption = i == 0 || isValue || argv[i][0] == '-';
+            (isOption ? m_options : argv[i][0] == '!' ? m_leftOut : m_chosen).push_back(argv[i]);
         }
         // Qt's own handler answers an exception that nobody caught with its words without end; without it the text is
         // shown.
@@ -79,6 +92,10 @@ public:
     }
     /// What a class is run with; empty when it is not to run.
     Arguments For(const QObject& test) const {
+        const auto isLeftOut = [&test](const char* name) { return IsNameOf(test, name + 1); };
+        if (std::any_of(m_leftOut.begin(), m_leftOut.end(), isLeftOut)) {
+            return {};
+        }
         const auto hasName = [&test](const char* name) { return IsNameOf(test, name); };
         if (!NamesAny() || std::any_of(m_chosen.begin(), m_chosen.end(), hasName)) {
             return m_options;
@@ -92,6 +109,7 @@ public:
 private:
     Arguments m_options;
     Arguments m_chosen;
+    Arguments m_leftOut;
     std::deque<QByteArray> m_names; ///< of classes that the command line does not name
 };
 
@@ -112,6 +130,7 @@ int RunAll(const Classes& classes, const CommandLine& line) {
 int main(int argc, char** argv) {
     // Qt's limit holds for all rows of a function together; `TimeLimit` holds for each.
     qputenv("QTEST_FUNCTION_TIMEOUT", "86400000");
+    SeparateStatements();
     const Application application(argc, argv);
     Classes classes;
     for (const auto& make : QuadrixTests()) {
