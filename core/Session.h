@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Operator.h"
+#include "core/RowMemory.h"
 #include "core/RunResult.h"
 #include "sql/ovConfig.h"
 #include "sql/ovDialogs.h"
@@ -14,6 +15,12 @@ struct LookUpFailures {
     qint64 count = 0;
     QStringList messages;    ///< of the different ones, each once
     bool wasAborted = false; ///< the operator has been asked about one of them, and would not go on with it
+};
+
+/// A line of the log that waits for the commit of its row.
+struct HeldLine {
+    QString line; ///< with its time
+    QString note; ///< what the result tells of it; empty for nothing
 };
 
 /// What lives for the run: the framework objects, the two connections, the operator and the clock.
@@ -58,6 +65,8 @@ public:
     QSet<QString> UntranslatedSeen; ///< the same, for a quick look
     ::Notes Notes;                  ///< of the procedure under way
     LookUpFailures FailedLookUps;
+    RowMemory Memory;                ///< of the source rows that are not committed yet
+    std::vector<HeldLine> HeldLines; ///< their lines of the log, which are written with the commit
     /// One entry per procedure that ran, oldest first.
     QVector<RunResult> Results;
 };

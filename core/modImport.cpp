@@ -59,12 +59,27 @@ void AddMissing(Session& session, const QString& table, const QString& field, co
     session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
 }
 
+/// Remembers a translation; the row of SYS_IMP may be one that is taken back.
+void Remember(Session& session, const QString& key, const QString& newCode) {
+    const auto before = session.Translations.constFind(key);
+    if (before == session.Translations.constEnd()) {
+        session.Memory.WhenTakenBack([&session, key] { session.Translations.remove(key); });
+    } else {
+        session.Memory.WhenTakenBack([&session, key, old = *before] { session.Translations.insert(key, old); });
+    }
+    session.Translations.insert(key, newCode);
+}
+
 /// Keeps a code that has no translation for the result of the run.
 void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
     const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;
     if (!session.UntranslatedSeen.contains(text)) {
         session.UntranslatedSeen.insert(text);
         session.Untranslated.append(text);
+        session.Memory.WhenTakenBack([&session, text] {
+            session.UntranslatedSeen.remove(text);
+            session.Untranslated.removeLast();
+        });
     }
 }
 
@@ -81,7 +96,7 @@ QString Translate(Session& session, const QString& table, const QString& field, 
                                   QStringLiteral(" AND\r      TBOLD = ") + Quoted(session, oldCode));
     if (!rows.Eof()) {
         const QString newCode = mod_ovTools::NzText(rows.Fields(QStringLiteral("TBNEW")).Value(), true).toString();
-        session.Translations.insert(key, newCode);
+        Remember(session, key, newCode);
         if (newCode.isEmpty()) {
             NoteUntranslated(session, table, field, oldCode);
         }
@@ -107,6 +122,7 @@ void TellFailure(Session& session, const QString& procedure, const QString& what
     const QString cause = CauseOf(error);
     const QString message = procedure + QStringLiteral(": ") + cause;
     ++failures.count;
+    session.Memory.WhenTakenBack([&failures] { --failures.count; });
     if (failures.messages.size() < MostFailuresTold && !failures.messages.contains(message)) {
         failures.messages.append(message);
         session.Errors.Monitoring(Module, procedure);
@@ -144,6 +160,13 @@ private:
     bool m_silent;
 };
 
+/// Whether a failing look-up is to be tried again with its whole row: what stood in its way may pass, or what the row
+/// has written is gone.
+bool IsOfRow(const Session& session, const Error& error) {
+    const auto* sql = dynamic_cast<const SqlError*>(&error);
+    return session.Memory.IsOpen() && (session.Quadrix.TransactionLost() || (sql != nullptr && sql->MayPass()));
+}
+
 /// A look-up: an error is told under its name and gives the empty text. Only a source row that has been given up is
 /// passed on, or it would go on as if its code had no translation.
 /// @param what gives the code looked for, as the log names it
@@ -155,6 +178,9 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
     } catch (const RowGivenUp&) {
         throw;
     } catch (const Error& error) {
+        if (IsOfRow(session, error)) {
+            throw;
+        }
         session.FailedLookUps.wasAborted = true;
         TellFailure(session, procedure, what(), error);
     } catch (const std::exception& error) {
@@ -185,11 +211,7 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
 
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                      const QString& newCode) {
-    session.Translations.insert(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode), newCode);
-}
-
-void ForgetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode) {
-    session.Translations.remove(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode));
+    Remember(session, MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode), newCode);
 }
 
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,

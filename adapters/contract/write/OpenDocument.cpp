@@ -57,7 +57,7 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
     ++state.rows;
     const qint64 known = m_writer.PutRow(target, state.id, row.number, state.wasThere, state.rewritten);
     if (id != nullptr) {
-        *id = known != 0 ? known : LastId(m_run.GetSession(), m_family.row);
+        *id = known != 0 ? known : m_run.LastId(m_family.row);
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }

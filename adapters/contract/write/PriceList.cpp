@@ -64,7 +64,7 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
     row.Set("LTTYP", schema::defaults::PriceListType);
     row.Set("LTVAL", schema::defaults::Currency);
     row.Insert();
-    return LastId(session, "LIS_TES");
+    return m_run.LastId("LIS_TES");
 }
 
 qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity) const {
@@ -82,7 +82,7 @@ qint64 PriceListWriter::Article(const QString& list, const QString& article, con
     row.Set("LAINV", validity.from);
     row.Set("LAFIV", validity.to);
     row.Insert();
-    return LastId(session, "LIS_ART");
+    return m_run.LastId("LIS_ART");
 }
 
 RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {

@@ -93,7 +93,7 @@ void StockWriter::InsertMovement(Movement& movement, const StockLine& line) {
     }
     row.Insert();
     m_run.WhenTakenBack([&movement] { movement = {}; });
-    movement.id = LastId(session, "MOV_MAG");
+    movement.id = m_run.LastId("MOV_MAG");
 }
 
 /// The row of that balance that is still to be rewritten: several may be alike.

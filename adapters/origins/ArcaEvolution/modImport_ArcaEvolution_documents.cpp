@@ -348,7 +348,7 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
         document.rewritten.insert(id);
     } else {
         target.Insert();
-        id = LastId(session, document.family->row);
+        id = m_run.LastId(document.family->row);
         m_run.WhenTakenBack(
             [this, id] { std::erase_if(m_openLinks, [id](const OpenLink& link) { return link.row == id; }); });
     }
