@@ -1,34 +1,20 @@
 #include "tests/adapters/Fixture.h"
 
-#include "adapters/registry.h"
 #include "core/Schema.h"
-#include "examples/DbfWriter.h"
 #include "sources/fileSource.h"
+#include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
+#include "tests/adapters/fixtureFiles.h"
+#include "tests/adapters/golden.h"
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
-#include "tests/support/rows.h"
 
-#include <QDir>
 #include <QRegularExpression>
 #include <QSet>
 
-namespace modImport_Template {
-const contract::Origin& Entry();
-}
-
 namespace {
 
-const QString SourceDatabase = QStringLiteral("quadrix_source");
-
-/// A copy is as old as it was on 2 January 2024: its time is part of what attachments tell.
-void CopyFile(const QString& from, const QString& to) {
-    QFile copy(to);
-    if (!QFile::copy(from, to) || !copy.open(QIODevice::ReadWrite) ||
-        !copy.setFileTime(QDateTime(QDate(2024, 1, 2), QTime(8, 30)), QFileDevice::FileModificationTime)) {
-        throw ImportError("Non si può copiare " + from);
-    }
-}
+const QString SourceDatabase = TestTarget::OfThisProgram("quadrix_source");
 
 /// "name=a,b" of a line of run.txt.
 QStringList ListOf(const QStringList& words, const QString& name) {
@@ -54,39 +40,9 @@ QString OutcomeText(RunResult::Outcome outcome) {
 
 } // namespace
 
-const QMap<QString, const contract::Origin*>& FixtureOrigins() {
-    static const auto modules = [] {
-        QMap<QString, const contract::Origin*> map{{"modImport_Template", &modImport_Template::Entry()}};
-        for (const auto* origins : {&registry::Origins(), &registry::SecondSources()}) {
-            for (const contract::Origin* origin : *origins) {
-                if (!origin->procedures.empty() && !map.contains(origin->module)) {
-                    map.insert(origin->module, origin);
-                }
-            }
-        }
-        return map;
-    }();
-    return modules;
-}
-
-QString FixtureFolder(const QString& module) {
-    return QStringLiteral(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/") + module;
-}
-
-void ModulesOnEngines() {
-    Columns<QString, TestTarget::On>("module", "engine");
-    const std::vector<std::pair<QString, TestTarget::On>> engines{{"", TestTarget::On::Embedded},
-                                                                  {" on MariaDB", TestTarget::On::MariaDbAgain},
-                                                                  {" over ODBC", TestTarget::On::OdbcAgain}};
-    for (const auto& [name, engine] : engines) {
-        for (const QString& module : FixtureOrigins().keys()) {
-            Row(qPrintable(module + name), module, engine);
-        }
-    }
-}
-
 Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change)
     : m_folder(std::move(folder)),
+      m_file(RunFile::Of(m_folder)),
       m_origin(origin),
       m_target(engine),
       m_change(std::move(change)) {
@@ -112,7 +68,7 @@ void Fixture::See(const QString& statement) {
     }
     m_tookBack = m_tookBack || statement.startsWith("ROLLBACK");
     if (!ofTime.contains(statement)) {
-        m_statements += QString(statement).replace(m_target.Folder.path(), "%FOLDER%") + ";\n";
+        AddStatement(statement);
     }
 }
 
@@ -157,19 +113,18 @@ void Fixture::MakeSource() {
         } else {
             source.ExecuteScript(script);
         }
-        CopyFiles(m_target.Folder.filePath("files"));
+        CopyFiles(m_folder + "/files", m_target.Folder.filePath("files"));
         return;
     }
     m_source = m_target.Folder.filePath("source");
-    CopyFiles(m_source);
-    const QDir tables(m_folder + "/tables");
-    for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
-        MakeFoxProTables(tables.filePath(name), m_source + '/' + QFileInfo(name).baseName() + ".dbf");
-    }
+    CopyFiles(m_folder + "/files", m_source);
+    MakeFoxProTables(m_folder + "/tables", m_source);
 }
 
-/// Where the target is a server, so is the source.
+/// Where the target is a server, so is the source. What the settings say of another way to it is forgotten.
 void Fixture::SetSource(ovConnection& source) const {
+    source.DSN.clear();
+    source.ConnectionString.clear();
     if (!m_isServed) {
         source.Embedded = true;
         source.DatabaseName = m_source;
@@ -179,49 +134,10 @@ void Fixture::SetSource(ovConnection& source) const {
     MariaDbServer().Set(source, m_target.Way(), SourceDatabase);
 }
 
-void Fixture::CopyFiles(const QString& to) const {
-    QDir().mkpath(to);
-    const QDir files(m_folder + "/files");
-    for (const QString& name : files.entryList(QDir::Files)) {
-        CopyFile(files.filePath(name), to + '/' + name);
-    }
-}
-
-void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
-    QStringList lines = QString::fromUtf8(ReadFile(from)).split('\n', Qt::SkipEmptyParts);
-    QVector<examples::Column> columns;
-    QList<QByteArray> names;
-    for (const QString& text : lines.takeFirst().split('|')) {
-        const QStringList parts = text.trimmed().split(' ');
-        names.append(parts[0].toUtf8());
-        columns.append({nullptr, parts[1].at(0).toLatin1(), parts.value(2).toInt(), parts.value(3).toInt()});
-    }
-    for (qsizetype i = 0; i < columns.size(); ++i) {
-        columns[i].name = names[i].constData();
-    }
-    examples::DbfWriter table(to, columns);
-    for (const QString& line : std::as_const(lines)) {
-        const bool isDeleted = line.startsWith('*');
-        const QStringList values = line.mid(isDeleted ? 1 : 0).split('|');
-        for (qsizetype i = 0; i < columns.size(); ++i) {
-            const QString value = values.value(i).replace("\\n", "\n");
-            table.Set(columns[i].name, value.isEmpty() ? QVariant() : QVariant(value));
-        }
-        isDeleted ? table.AddDeleted() : table.Add();
-    }
-    table.Finish();
-}
-
 void Fixture::Run() {
-    for (const QString& line : Lines()) {
+    for (const QString& line : m_file.lines) {
         RunLine(line);
     }
-}
-
-QStringList Fixture::Lines() const {
-    QStringList lines = Read("run.txt").split('\n', Qt::SkipEmptyParts);
-    lines.removeIf([](const QString& line) { return line.startsWith('#'); });
-    return lines;
 }
 
 QStringList Fixture::Content() {
@@ -238,7 +154,7 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     if (!m_origin.source.prepare(session, *session.Source)) {
         throw ImportError("L'origine non si è aperta");
     }
-    if (m_isServed) {
+    if (m_isServed || !session.Source->DSN.isEmpty()) {
         SetSource(*session.Source);
     }
     session.Source->OpenConnection();
@@ -248,9 +164,7 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     if (session.Source->ProviderType == Provider::SqlServer) {
         session.Source->Written = WrittenStatements();
     }
-    session.Source->Trace = [this](const QString& statement) {
-        m_statements += "-- " + QString(statement).remove('\n').replace('\r', "\n-- ") + "\n";
-    };
+    session.Source->Trace = [this](const QString& statement) { AddStatement('(' + statement + ')'); };
 }
 
 void Fixture::ChangeSource(const QString& statement) {
@@ -279,7 +193,7 @@ void Fixture::Call(const QString& line) {
 
 void Fixture::RunLine(const QString& line) {
     Session& session = m_target.Get();
-    m_statements += "-- " + line + "\n";
+    m_statements.append({line, {}});
     m_target.Person.Events.clear();
     session.Errors.Action = ErrorAction::Ignore;
     Answer(line);
@@ -297,10 +211,23 @@ void Fixture::RunLine(const QString& line) {
                          .arg(result.notReached));
     m_outcome += result.errors;
     m_outcome += m_target.Person.Events.filter(QRegularExpression("^(\\[|\\?|>|file|error|reported)"));
-    m_outcome.append("-- log");
-    // The last line tells again what the account above tells.
+    m_outcome += NewLog();
+}
+
+QStringList Fixture::NewLog() {
+    // The last line tells again what the account tells.
     static const QRegularExpression ending("[^\n]* - Fine [^\n]*\n?");
-    m_outcome.append(QString::fromLatin1(m_target.Log()).remove('\r').remove(ending).trimmed());
+    const QString log = DecodeText(m_target.Log(), CodePage()).remove('\r');
+    const QString added = log.startsWith(m_log) ? log.mid(m_log.size()) : log;
+    m_log = log;
+    const QString told = QString(added).remove(ending).trimmed();
+    return told.isEmpty() ? QStringList() : QStringList{"-- log", told};
+}
+
+void Fixture::AddStatement(const QString& statement) {
+    if (!m_statements.isEmpty()) {
+        m_statements.last().statements.append(QString(statement).replace(m_target.Folder.path(), "%FOLDER%"));
+    }
 }
 
 QStringList Fixture::TargetRows(const QSet<QString>& but) {
@@ -343,15 +270,5 @@ QString Fixture::Compare(const QString& name, const QString& content) const {
         WriteFile(m_folder + '/' + name, content.toUtf8());
         return {};
     }
-    const QStringList expected = Read(name).split('\n');
-    const QStringList actual = content.split('\n');
-    for (qsizetype i = 0; i < std::max(expected.size(), actual.size()); ++i) {
-        if (expected.value(i) != actual.value(i)) {
-            return QString("%1, line %2:\nexpected: %3\n  actual: %4")
-                .arg(name)
-                .arg(i + 1)
-                .arg(expected.value(i, "(end)"), actual.value(i, "(end)"));
-        }
-    }
-    return {};
+    return golden::FirstDifference(name, Read(name), content);
 }

@@ -1,25 +1,18 @@
 #pragma once
 
-#include "adapters/contract/run/Origin.h"
-#include "tests/support/TestTarget.h"
-
-/// The modules, each with an origin that stands for it: those of the list, and the template.
-const QMap<QString, const contract::Origin*>& FixtureOrigins();
-/// Folder of the fixture of a module.
-QString FixtureFolder(const QString& module);
-/// The data of a test: each module on each engine, as columns "module" and "engine".
-void ModulesOnEngines();
+#include "tests/adapters/golden.h"
+#include "tests/adapters/modules.h"
 
 /// A small source of one origin, the procedures that are run on it and what must come of it. A folder with:
 /// - "source.sql": statements that make the source: a database of the server that the target is on, else, or where the
-///   file begins with "-- a SQLite file", a SQLite file; or "tables/NAME.txt": FoxPro tables, the first line
-///   "name C 6|price N 10 2|...", then one row a line with "|" between values ("*" in front: a deleted row; "\n" in a
-///   memo is a line break); or "files/": taken as they are.
+///   file begins with "-- a SQLite file", a SQLite file; or "tables/NAME.txt": FoxPro tables; or "files/": taken as
+///   they are.
 /// - "settings.ini" (may be missing): settings of the program, with "%SOURCE%" for the path of the source and "%FILES%"
 ///   for the folder that "files/" are copied into beside a "source.sql".
 /// - "target.sql" (may be missing): what the company holds before.
-/// - "run.txt": a line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]".
-/// - "expected.txt" and "statements.sql": what must come out. They are written when QUADRIX_REWRITE_GOLDEN is set.
+/// - "run.txt": see `RunFile`.
+/// - "expected.txt", and "statements.sql" of a module that is looked at closely: what must come out. They are written
+///   when QUADRIX_REWRITE_GOLDEN is set.
 class Fixture {
 public:
     /// Changes values of a source.
@@ -34,8 +27,8 @@ public:
     void Run();
     /// Runs the procedure of one line of "run.txt".
     void RunLine(const QString& line);
-    /// The lines of "run.txt", without its comments.
-    QStringList Lines() const;
+    const RunFile& File() const { return m_file; }
+    QStringList Lines() const { return m_file.lines; }
     /// Every row of the target but for its RECORD_ID and the marks of who wrote it when, sorted: "TABLE COLUMN=value
     /// ..".
     QStringList Content();
@@ -49,8 +42,8 @@ public:
     void Call(const QString& line);
     /// Messages, account, log lines and the rows that are in the target and were not before.
     QString Outcome();
-    /// Every statement, the source's as comments.
-    const QString& Statements() const { return m_statements; }
+    /// Every statement, the source's in brackets: one a line, repeated ones counted.
+    QString Statements() const { return golden::Short(m_statements); }
     const QVector<RunResult>& Results() { return m_target.Get().Results; }
     TestTarget& Target() { return m_target; }
 
@@ -64,18 +57,21 @@ private:
     void See(const QString& statement);
     void FreeKeys();
     void SetSource(ovConnection& source) const;
-    void CopyFiles(const QString& to) const;
-    void MakeFoxProTables(const QString& from, const QString& to) const;
+    void AddStatement(const QString& statement);
+    /// What the log has gained.
+    QStringList NewLog();
     /// @param but columns that are left out
     QStringList TargetRows(const QSet<QString>& but = {});
 
     QString m_folder;
+    RunFile m_file;
     const contract::Origin& m_origin;
     TestTarget m_target;
     SourceChange m_change;
     QString m_source;
     bool m_isServed = false; ///< whether the source is a database of the server
-    QString m_statements;
+    QVector<golden::Run> m_statements;
+    QString m_log;
     QMap<QString, QString> m_nextKeys; ///< on a server, by table
     bool m_tookBack = false;           ///< rows were taken back since the last transaction began
     QStringList m_before;

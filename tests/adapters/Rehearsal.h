@@ -32,6 +32,12 @@ public:
     /// The same, each once, without what follows from the order in which rows were written: keys, links, numbers, and
     /// which of two source rows that are one counterparty was the first.
     QStringList Content();
+    /// Whether "run.txt" gives a reason for it: "optional TABLE.COLUMN".
+    bool Lets(const QString& what) const { return m_fixture.File().words.contains(what); }
+    /// Whether it lets a fault do something to the procedure: "keeps rows", "gives place".
+    bool May(const QString& what) { return Lets(what + ' ' + Result().procedure); }
+    /// Whether every place is tried of the module, which stands for others.
+    bool IsClose() const { return m_fixture.File().IsClose(); }
     Session& Get() { return m_fixture.Target().Get(); }
     ScriptedOperator& Person() { return m_fixture.Target().Person; }
     const RunResult& Result() { return Get().Results.last(); }

@@ -1,5 +1,7 @@
+#include "tests/adapters/missingColumns.h"
 #include "tests/adapters/Rehearsal.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -18,14 +20,6 @@ enum class End {
 constexpr int Few = 2;
 constexpr int Many = 8;
 
-/// Procedures of which rows stay that a row that was given up needed: the head of a customer's price list, the bill of
-/// a production order.
-const QSet<QString> KeepsRows{"ImportListiniArca2000", "ImportDocumentiLantek24"};
-
-/// Procedures whose second run finds that another source row has taken the place of one that was given up: a code, the
-/// description of a location.
-const QSet<QString> GivesPlace{"ImportMaterialiFerrobrio", "ImportUbicazioniVSP"};
-
 /// Places from 1 to `count`: as many as are wanted, spread evenly, others for each `shift`.
 QVector<int> Places(int count, int wanted, int shift) {
     if (qEnvironmentVariable("QUADRIX_FAULTS") == "all") {
@@ -43,8 +37,7 @@ QVector<int> Places(int count, int wanted, int shift) {
 QStringList RehearsedLines(const QString& module) {
     QStringList lines;
     QSet<QString> seen;
-    const Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
-    for (const QString& line : fixture.Lines()) {
+    for (const QString& line : RunFile::Of(FixtureFolder(module)).lines) {
         const QString what = line.section(' ', 0, 0) + (line.contains(" reset") ? " reset" : "");
         if (!line.contains(" code=") && !seen.contains(what)) {
             seen.insert(what);
@@ -59,23 +52,10 @@ QStringList RehearsedLines(const QString& module) {
 /// What is left of every procedure when statements fail, the operator cancels, or the log cannot be written.
 class TestFaults : public QObject {
     Q_OBJECT
+    Q_CLASSINFO("about", "origins")
 
-    QString m_name;
-    std::unique_ptr<Rehearsal> m_rehearsal;
     QMap<QString, QStringList> m_leftByGivenUp; ///< what a run leaves, by the rows that it gave up
     int m_faults = 0;
-
-    /// The rehearsal of a line; the last one is kept.
-    Rehearsal& Stage(const QString& module, const QString& line) {
-        const QString name = module + ' ' + line;
-        if (name != m_name) {
-            m_rehearsal.reset();
-            m_leftByGivenUp.clear();
-            m_rehearsal = std::make_unique<Rehearsal>(FixtureFolder(module), *FixtureOrigins().value(module), line);
-            m_name = name;
-        }
-        return *m_rehearsal;
-    }
 
     /// Whether the error collector, or the question to the operator, names the statement that failed, and its row where
     /// that was the only one.
@@ -136,7 +116,7 @@ class TestFaults : public QObject {
             std::none_of(result.givenUp.begin(), result.givenUp.end(), isCulprit)) {
             return "the row was not given up alone";
         }
-        if (KeepsRows.contains(stage.Result().procedure)) {
+        if (stage.May("keeps rows")) {
             return {};
         }
         QStringList& left = m_leftByGivenUp[stage.GivenUp() + QString(" at %1").arg(stage.StruckAt)];
@@ -155,7 +135,7 @@ class TestFaults : public QObject {
             return "a second run ends otherwise";
         }
         const QStringList content = stage.Content();
-        return GivesPlace.contains(stage.Result().procedure) || content == stage.SecondContent
+        return stage.May("gives place") || content == stage.SecondContent
                    ? QString()
                    : "a second run does not make up for it:\n" + Difference(stage.SecondContent, content);
     }
@@ -173,16 +153,6 @@ class TestFaults : public QObject {
             }
         }
         return lines.mid(0, 10).join('\n');
-    }
-
-    static void Lines_data() {
-        QTest::addColumn<QString>("module");
-        QTest::addColumn<QString>("line");
-        for (const QString& module : FixtureOrigins().keys()) {
-            for (const QString& line : RehearsedLines(module)) {
-                QTest::newRow(qPrintable(module + ' ' + line)) << module << line;
-            }
-        }
     }
 
     struct Mode {
@@ -207,11 +177,7 @@ class TestFaults : public QObject {
         return wrong.isEmpty() && mode.again ? WrongSecond(stage) : wrong;
     }
 
-private slots:
-    void EveryStatementFails_data() { Lines_data(); }
-    void EveryStatementFails() {
-        QFETCH(const QString, module);
-        QFETCH(const QString, line);
+    QString WhenStatementsFail(Rehearsal& stage) {
         constexpr auto no = ErrorAnswer::Ignore;
         static const Mode modes[] = {
             {"ignore", ErrorAction::Ignore, no, 1, End::GivenUp, Many, true},
@@ -228,81 +194,76 @@ private slots:
              true},
             {"ask, Interrompi", ErrorAction::Ask, ErrorAnswer::Abort, 1, End::Failed, Few, true},
         };
-        Rehearsal& stage = Stage(module, line);
         for (const Mode& mode : modes) {
-            for (const int place : Places(stage.CleanStatements, mode.places, static_cast<int>(&mode - modes))) {
+            const bool isClose = stage.IsClose() && mode.places == Many;
+            const int wanted = isClose ? stage.CleanStatements : mode.places;
+            for (const int place : Places(stage.CleanStatements, wanted, static_cast<int>(&mode - modes))) {
                 const QString wrong = WrongAt(stage, mode, place);
-                QVERIFY2(
-                    wrong.isEmpty(),
-                    qPrintable(
-                        QString("%1, statement %2 of %3, in %4: %5\n%6\n%7")
-                            .arg(mode.name)
-                            .arg(place)
-                            .arg(stage.CleanStatements)
-                            .arg(stage.StruckRow, wrong, stage.TargetFault.failed.join('\n'),
-                                 stage.Person().Events.filter(QRegularExpression("^(error|reported)")).join('\n'))));
+                if (!wrong.isEmpty()) {
+                    return QString("%1, statement %2 of %3, in %4: %5\n%6\n%7")
+                        .arg(mode.name)
+                        .arg(place)
+                        .arg(stage.CleanStatements)
+                        .arg(stage.StruckRow, wrong, stage.TargetFault.failed.join('\n'),
+                             stage.Person().Events.filter(QRegularExpression("^(error|reported)")).join('\n'));
+                }
             }
         }
+        return {};
     }
 
     /// A statement of the source fails, or its connection breaks between two rows.
-    void SourceFails_data() { Lines_data(); }
-    void SourceFails() {
-        QFETCH(const QString, module);
-        QFETCH(const QString, line);
-        Rehearsal& stage = Stage(module, line);
+    QString WhenTheSourceFails(Rehearsal& stage) {
         for (const int place : Places(stage.CleanSource, Many, 0)) {
             ++m_faults;
             stage.Run({.source = {.first = place, .rows = true}});
             QString wrong = stage.Wrong();
-            wrong = wrong.isEmpty() && stage.Person().Reported.isEmpty() && stage.Get().Errors.Entries().isEmpty()
-                        ? "nobody is told"
-                        : wrong;
+            const bool isTold = !stage.Person().Reported.isEmpty() || !stage.Get().Errors.Entries().isEmpty();
+            wrong = wrong.isEmpty() && !isTold ? "nobody is told" : wrong;
             wrong = wrong.isEmpty() ? WrongSecond(stage) : wrong;
-            QVERIFY2(wrong.isEmpty(), qPrintable(QString("%1 of %2, in %3: %4\n%5")
-                                                     .arg(place)
-                                                     .arg(stage.CleanSource)
-                                                     .arg(stage.StruckRow, wrong, stage.SourceFault.failed.value(0))));
+            if (!wrong.isEmpty()) {
+                return QString("source, %1 of %2, in %3: %4\n%5")
+                    .arg(place)
+                    .arg(stage.CleanSource)
+                    .arg(stage.StruckRow, wrong, stage.SourceFault.failed.value(0));
+            }
         }
+        return {};
     }
 
-    void CancelAtEveryRow_data() { Lines_data(); }
-    void CancelAtEveryRow() {
-        QFETCH(const QString, module);
-        QFETCH(const QString, line);
-        Rehearsal& stage = Stage(module, line);
+    QString WhenColumnsAreMissing(Rehearsal& stage) { return WrongWithoutColumns(stage); }
+
+    QString WhenTheOperatorCancels(Rehearsal& stage) {
         for (const int row : Places(static_cast<int>(stage.Clean.sourceRows), Few, 0)) {
             ++m_faults;
             const RunResult result = stage.Run({.cancelAt = static_cast<float>(row - 1)});
             const bool cancelled = result.outcome == RunResult::Outcome::Cancelled;
-            QVERIFY2(cancelled || row > 1, "cancelled before the first row, but it ran");
-            QVERIFY(!cancelled || stage.Person().Messages.isEmpty());
-            QCOMPARE(stage.Wrong(), QString());
-            QCOMPARE(WrongSecond(stage), QString());
+            QString wrong = cancelled || row > 1 ? stage.Wrong() : "it ran";
+            wrong = cancelled && !stage.Person().Messages.isEmpty() ? "it tells of an end" : wrong;
+            wrong = wrong.isEmpty() ? WrongSecond(stage) : wrong;
+            if (!wrong.isEmpty()) {
+                return QString("cancelled before row %1: ").arg(row) + wrong;
+            }
         }
+        return {};
     }
 
-    void LogCannotBeWritten_data() { Lines_data(); }
-    void LogCannotBeWritten() {
-        QFETCH(const QString, module);
-        QFETCH(const QString, line);
-        Rehearsal& stage = Stage(module, line);
+    QString WhenTheLogCannotBeWritten(Rehearsal& stage) {
         const QString log = std::exchange(stage.Get().LogFile, stage.Get().LogFile.section('/', 0, -2));
         stage.Run({.action = ErrorAction::Ignore});
         stage.Get().LogFile = log;
-        QCOMPARE(stage.Wrong(), QString());
         const bool logs = !stage.CleanLog.isEmpty();
-        QCOMPARE(stage.Result().outcome, logs ? RunResult::Outcome::Failed : stage.Clean.outcome);
-        QVERIFY(!logs || stage.Person().Reported.first().message.contains("Log '"));
-        QCOMPARE(WrongSecond(stage), QString());
+        QString wrong = stage.Wrong();
+        if (stage.Result().outcome != (logs ? RunResult::Outcome::Failed : stage.Clean.outcome) ||
+            (logs && !stage.Person().Reported.value(0).message.contains("Log '"))) {
+            wrong = "it does not fail, or does not say why";
+        }
+        wrong = wrong.isEmpty() ? WrongSecond(stage) : wrong;
+        return wrong.isEmpty() ? wrong : "without a log: " + wrong;
     }
 
     /// The log is lost while the run is under way, once with nothing else and once with a statement that fails.
-    void LogIsLost_data() { Lines_data(); }
-    void LogIsLost() {
-        QFETCH(const QString, module);
-        QFETCH(const QString, line);
-        Rehearsal& stage = Stage(module, line);
+    QString WhenTheLogIsLost(Rehearsal& stage) {
         const QString log = stage.Get().LogFile;
         const auto lose = [&] { stage.Get().LogFile = log.section('/', 0, -2); };
         for (const ErrorAction action : {ErrorAction::Ignore, ErrorAction::Abort}) {
@@ -311,22 +272,52 @@ private slots:
                     ++m_faults;
                     stage.Run({.target = {.first = place, .times = times, .struck = lose}, .action = action});
                     stage.Get().LogFile = log;
-                    QCOMPARE(stage.Wrong(), QString());
-                    if (stage.TargetFault.failed.isEmpty() || IsSwitch(stage)) {
-                        continue; // only the log is lost, or the run had ended before
+                    const QString wrong = WrongWithoutLog(stage);
+                    if (!wrong.isEmpty()) {
+                        return QString("log lost at statement %1: ").arg(place) + wrong;
                     }
-                    QVERIFY2(IsNamed(stage, stage.TargetFault), qPrintable(stage.TargetFault.failed.first()));
-                    const QString ended = stage.Result().errors.value(0);
-                    QVERIFY2(ended.isEmpty() || IsLookup(stage) || ended.contains(Faults::Words), qPrintable(ended));
                 }
             }
         }
+        return {};
+    }
+    static QString WrongWithoutLog(Rehearsal& stage) {
+        const QString wrong = stage.Wrong();
+        if (!wrong.isEmpty() || stage.TargetFault.failed.isEmpty() || IsSwitch(stage)) {
+            return wrong; // only the log is lost, or the run had ended before
+        }
+        if (!IsNamed(stage, stage.TargetFault)) {
+            return "nobody is told of " + stage.TargetFault.failed.first();
+        }
+        const QString ended = stage.Result().errors.value(0);
+        const bool isRight = ended.isEmpty() || IsLookup(stage) || ended.contains(Faults::Words);
+        return isRight ? QString() : "it ended for another reason: " + ended;
     }
 
-    void cleanupTestCase() {
-        m_rehearsal.reset();
-        qInfo("%d faults tried", m_faults);
+private slots:
+    void Faults_data() {
+        Columns<QString, QString>("module", "line");
+        for (const QString& module : TestedModules()) {
+            for (const QString& line : RehearsedLines(module)) {
+                Row(qPrintable(module + ' ' + line), module, line);
+            }
+        }
     }
+    /// Each procedure, with everything that can happen to it.
+    void Faults() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, line);
+        Rehearsal stage(FixtureFolder(module), *FixtureOrigins().value(module), line);
+        m_leftByGivenUp.clear();
+        for (const auto when : {&TestFaults::WhenStatementsFail, &TestFaults::WhenTheSourceFails,
+                                &TestFaults::WhenTheOperatorCancels, &TestFaults::WhenTheLogCannotBeWritten,
+                                &TestFaults::WhenTheLogIsLost, &TestFaults::WhenColumnsAreMissing}) {
+            const QString wrong = (this->*when)(stage);
+            QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+        }
+    }
+
+    void cleanupTestCase() { qInfo("%d faults tried", m_faults); }
 };
 
 QUADRIX_TEST(TestFaults)

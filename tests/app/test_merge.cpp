@@ -1,117 +1,13 @@
-#include "adapters/registry.h"
-#include "app/importFlow.h"
-#include "app/merge.h"
+#include "tests/app/MergePair.h"
 #include "tests/support/QuadrixTest.h"
-#include "tests/support/rows.h"
-#include "tests/support/TestTarget.h"
 
 #include <QTest>
 
 using namespace modMain;
 
+/// What a merge of two companies finds, copies and re-points.
 class TestMerge : public QObject {
     Q_OBJECT
-
-    /// Two companies, X01 merged into X02.
-    struct Pair {
-        TestTarget target;
-
-        explicit Pair(TestTarget::On engine = TestTarget::On::Embedded)
-            : target(engine) {
-            target.AddCompany("X02", "Prova Due S.p.A.");
-            target.Execute("DELETE FROM X01_MAG_AZZ");
-        }
-        void Add(const QString& company, const QString& code, const QString& name, const QString& vatNumber = {},
-                 const QString& taxCode = {}) {
-            const auto quoted = [](QString text) -> QString { return "'" + text.replace("'", "''") + "'"; };
-            target.Execute("INSERT INTO " + company + "_CON_TRO (CDCON, CORAS, COIVA, COFIS) VALUES (" + quoted(code) +
-                           ", " + quoted(name) + ", " + quoted(vatNumber) + ", " + quoted(taxCode) + ")");
-        }
-        bool Merge(bool updateReferences, MergeResult* result = nullptr, bool again = false) {
-            return FusioneControparti(target.Get(), "X01", "X02", updateReferences, result, again);
-        }
-        /// With references; cancelled behind the counterparty that is copied first.
-        bool MergeUntilTheFirstCopy(MergeResult* result = nullptr) {
-            target.Db().Trace = [this](const QString& statement) {
-                if (statement.startsWith("INSERT") && statement.contains("X02_CON_TRO")) {
-                    target.Person.CancelAt = 0;
-                }
-            };
-            const bool ended = Merge(true, result);
-            target.Db().Trace = nullptr;
-            target.Person.CancelAt.reset();
-            return ended;
-        }
-        FlowOutcome Press(bool dryRun = false) {
-            ImportRequest request;
-            request.choice = {"Prova Due S.p.A.", {}, registry::Find("Kordel NetSuite"), ErrorAction::Abort};
-            request.button = contract::Button::Disegni;
-            request.dryRun = dryRun;
-            return RunImport(target.Get(), request);
-        }
-        QString Error() { return target.Person.Reported.isEmpty() ? QString() : target.Person.Reported.last().message; }
-    };
-
-    /// A merge with something of everything: matches of each kind, children, references of each kind.
-    static void FillAll(Pair& pair) {
-        pair.Add("X02", "000007", "Rossi Mario & C. S.n.c.", "01234567890");
-        pair.Add("X02", "000009", "Bianchi", "", "BNCLRA80A01F205X");
-        pair.Add("X01", "000001", "Rossi Mario", "01234567890");
-        pair.Add("X01", "000002", "Bianchi Laura", "", "BNCLRA80A01F205X");
-        pair.Add("X01", "000003", "Bianchi");
-        pair.Add("X01", "000007", "Verdi S.r.l.", "99999999999");
-        pair.Add("X01", "000010", "Neri d'Est S.p.A.");
-        for (const char* statement :
-             {"UPDATE X01_CON_TRO SET COVEP = '000001', COCLI = 1, DTINS = '20240115 08:30:00', COFID = 1234.5, "
-              "CONOT = 'note' WHERE CDCON = '000007'",
-              "UPDATE X01_CON_TRO SET COVEP = '000010' WHERE CDCON = '000001'",
-              "INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, NRNUM) VALUES ('CON_TRO', '000007', '041'), "
-              "('CON_TRO', '000001', '042'), ('CON_SED', '000007', '043'), ('CON_SED', '1', '044'), "
-              "('CON_SED', '2', '045'), ('CON_RIF', '2', '046')",
-              "INSERT INTO X01_IND_WEB (TBNAM, TBKEY, WBIND) VALUES ('CON_TRO', '000007', 'a@b.it'), "
-              "('CON_RIF', '1', 'eva@b.it'), ('CON_RIF', '3', 'ugo@b.it')",
-              "INSERT INTO X01_CON_RIF (CDCON, RFNOM) VALUES ('000001', 'Eva'), ('000007', 'Anna'), ('000010', 'Ugo')",
-              "INSERT INTO X01_CON_SED (CDCON, CDSED, SERAS) VALUES ('000001', '001', 'Sede'), "
-              "('000007', '001', 'Deposito')",
-              "INSERT INTO X02_CON_SED (CDCON, CDSED) VALUES ('000007', '001'), ('000007', '002'), ('000009', '001')",
-              "INSERT INTO X01_ART_ICO (CDART, ARCLI) VALUES ('A', '000001'), ('B', '000007'), ('C', NULL)",
-              "INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000007'), (2, '000002'), (3, '000003'), (4, "
-              "'000999')",
-              "INSERT INTO X01_FLD_VAL (FLTAB, FLKEY, FLVAL) VALUES ('CON_TRO', '000010', 'x'), "
-              "('ART_ICO', '000001', 'y'), ('ART_ICO', 'MIX', 'z')",
-              "INSERT INTO X02_DOC_VEN (DTNUM, DTCON) VALUES (1, '000007')"}) {
-            pair.target.Execute(statement);
-        }
-    }
-
-    /// Everything that the companies hold of counterparties.
-    static QStringList Contents(TestTarget& target, const QStringList& companies = {"X01", "X02"}) {
-        QStringList contents;
-        for (const QString& company : companies) {
-            for (const char* table :
-                 {"CON_TRO", "CON_SED", "CON_RIF", "NUM_TEL", "IND_WEB", "ART_ICO", "DOC_VEN", "FLD_VAL"}) {
-                const QString name = company + '_' + table;
-                contents += name;
-                contents += target.Rows("SELECT * FROM " + name + " ORDER BY RECORD_ID");
-            }
-        }
-        return contents;
-    }
-
-    static void Engines() {
-        Columns<TestTarget::On>("engine");
-        Row("embedded", TestTarget::On::Embedded);
-        if (TestTarget::HasMariaDb()) {
-            Row("MariaDB", TestTarget::On::MariaDb);
-        }
-    }
-
-    static inline const QStringList Counts{"Controparti: 5", "  PARTITA IVA: 1", "  CODICE FISCALE: 1",
-                                           "  RAGIONE SOCIALE: 1 (per sola ragione sociale: da verificare)",
-                                           "  NUOVO!!!!: 2"};
-    static inline const QString Review =
-        Counts.join('\n') + "\nI riferimenti di X01 Prova Uno S.r.l. si aggiornano.\n\nFondere le controparti di X01 "
-                            "Prova Uno S.r.l. in quelle di X02 Prova Due S.p.A.?";
 
 private slots:
     void matches_data() {
@@ -150,7 +46,7 @@ private slots:
     void matches() {
         QFETCH(QStringList, source);
         QFETCH(QStringList, destination);
-        Pair pair;
+        MergePair pair;
         const auto add = [&pair](const QString& company, const QStringList& rows) {
             for (const QString& row : rows) {
                 const QStringList parts = row.split(';');
@@ -178,7 +74,7 @@ private slots:
     void newCounterpartyIsCopiedWhole_data() { Engines(); }
     void newCounterpartyIsCopiedWhole() {
         QFETCH(TestTarget::On, engine);
-        Pair pair(engine);
+        MergePair pair(engine);
         FillAll(pair);
         const QString columns = "CORAS, COIVA, COCLI, COFID, CONOT, DTINS, COFOR";
         const QStringList before = pair.target.Rows("SELECT " + columns + " FROM X01_CON_TRO WHERE CDCON = '000007'");
@@ -201,7 +97,7 @@ private slots:
     void numbersAndAddressesFollowTheirOwner_data() { Engines(); }
     void numbersAndAddressesFollowTheirOwner() {
         QFETCH(TestTarget::On, engine);
-        Pair pair(engine);
+        MergePair pair(engine);
         FillAll(pair);
         QVERIFY(pair.Merge(false));
         const QString branch = pair.target.Value("SELECT RECORD_ID FROM X02_CON_SED WHERE CDCON = '000010'");
@@ -230,7 +126,7 @@ private slots:
         QFETCH(QString, carrier);
         QFETCH(bool, references);
         QFETCH(bool, noted);
-        Pair pair;
+        MergePair pair;
         FillAll(pair);
         pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '" + carrier + "' WHERE CDCON = '000007'");
         MergeResult result;
@@ -245,7 +141,7 @@ private slots:
     void referencesOfTheSourceAreRepointed_data() { Engines(); }
     void referencesOfTheSourceAreRepointed() {
         QFETCH(TestTarget::On, engine);
-        Pair pair(engine);
+        MergePair pair(engine);
         FillAll(pair);
         MergeResult result;
         QVERIFY(pair.Merge(true, &result));
@@ -267,7 +163,7 @@ private slots:
     }
 
     void conditionThatIsAComparison() {
-        Pair pair;
+        MergePair pair;
         FillAll(pair);
         pair.target.Execute("DELETE FROM SYS_SYS WHERE TABLK = 'CON_TRO'");
         pair.target.Execute("INSERT INTO SYS_SYS (TABLK, COLLK, TABNM, COLNM, CONNM) VALUES "
@@ -279,7 +175,7 @@ private slots:
     }
 
     void log() {
-        Pair pair;
+        MergePair pair;
         FillAll(pair);
         QVERIFY(pair.Merge(false));
         QStringList lines = QString::fromLatin1(pair.target.Log("fusione.log")).split("\r\n", Qt::SkipEmptyParts);
@@ -296,163 +192,6 @@ private slots:
                               "000010 Neri d'Est S.p.A.   -->   000011 Neri d'Est S.p.A.   NUOVO!!!!",
                               "Controparti fuse: 5 (PARTITA IVA 1, CODICE FISCALE 1, RAGIONE SOCIALE 1, NUOVO!!!! 2)",
                               "Corrispondenze per sola ragione sociale, da verificare: 1"}));
-    }
-
-    /// Re-pointed references are not re-pointed again, into whatever company, unless that is asked for by name.
-    void secondMergeWithReferencesIsRefused_data() { Engines(); }
-    void secondMergeWithReferencesIsRefused() {
-        QFETCH(TestTarget::On, engine);
-        Pair pair(engine);
-        FillAll(pair);
-        pair.target.AddCompany("X03", "Prova Tre");
-        pair.target.Execute("DROP TABLE SYS_FUS"); // a database that has never seen a merge
-        QVERIFY(pair.Merge(true));
-        const QStringList merged = Contents(pair.target);
-        const QString told = "La fusione di X01 Prova Uno S.r.l. in X02 Prova Due S.p.A., con l'aggiornamento dei "
-                             "riferimenti, è già stata fatta il 05/03/2024 10:20 da ";
-        for (const QString& to : {QString("X02"), QString("X03")}) {
-            QVERIFY(!FusioneControparti(pair.target.Get(), "X01", to, true));
-            QVERIFY2(pair.Error().startsWith(told), qPrintable(pair.Error()));
-            const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X01", to, true);
-            QVERIFY(preview.earlier && preview.earlier->IsDone() && !preview.takesUp);
-        }
-        QCOMPARE(Contents(pair.target), merged);
-        QVERIFY(pair.Merge(false)); // everybody is found again, nothing is re-pointed
-        QCOMPARE(Contents(pair.target), merged);
-        QVERIFY(pair.Merge(true, nullptr, true));
-        QVERIFY(Contents(pair.target) != merged);
-        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS WHERE FUFIN IS NOT NULL"), QString("2"));
-    }
-
-    /// After a merge of the references a counterparty that the source has gained may name its carrier by either code.
-    void carrierIsKeptAfterAMergeOfTheReferences() {
-        Pair pair;
-        FillAll(pair);
-        QVERIFY(pair.Merge(true));
-        pair.Add("X01", "000020", "Gialli");
-        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '000007' WHERE CDCON = '000020'");
-        MergeResult result;
-        QVERIFY(pair.Merge(false, &result));
-        QCOMPARE(pair.target.Value("SELECT COVEP FROM X02_CON_TRO WHERE CORAS = 'Gialli'"), QString("000007"));
-        QCOMPARE(result.notes.count, 1);
-    }
-
-    void interruptedMergeIsTold_data() {
-        Columns<QString, QString, bool, QString>("statement", "to", "takesUp", "refused");
-        Row("marks and record", "", "X02", true, "");
-        Row("marks of before there were records", "DELETE FROM SYS_FUS", "X02", true, "");
-        Row("another destination", "", "X03", false, "rimasta interrotta: completarla prima");
-    }
-    void interruptedMergeIsTold() {
-        QFETCH(QString, statement);
-        QFETCH(QString, to);
-        QFETCH(bool, takesUp);
-        QFETCH(QString, refused);
-        Pair pair;
-        FillAll(pair);
-        pair.target.AddCompany("X03", "Prova Tre");
-        QVERIFY(!pair.MergeUntilTheFirstCopy());
-        pair.target.Db().ExecuteScript(statement);
-        const QStringList before = Contents(pair.target);
-        const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X01", to, true);
-        QCOMPARE(preview.takesUp, takesUp);
-        QCOMPARE(Contents(pair.target), before);
-        MergeResult result;
-        QCOMPARE(FusioneControparti(pair.target.Get(), "X01", to, true, &result), refused.isEmpty());
-        QVERIFY2(pair.Error().contains(refused), qPrintable(pair.Error()));
-        QCOMPARE(result.takesUp, takesUp);
-        QCOMPARE(pair.target.Log("fusione.log").contains("Si riprende una fusione interrotta"), takesUp);
-        if (refused.isEmpty()) {
-            QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'"), QString("0"));
-            QVERIFY(!pair.Merge(true)); // it is done now
-        }
-    }
-
-    /// Whoever may not make tables learns it before anything is written.
-    void tableThatCannotBeMadeIsTold() {
-        Pair pair;
-        FillAll(pair);
-        pair.target.Execute("DROP TABLE SYS_FUS");
-        const QStringList before = Contents(pair.target);
-        pair.target.Db().Trace = [](const QString& statement) {
-            if (statement.startsWith("CREATE TABLE")) {
-                throw SqlError(statement, "permission denied");
-            }
-        };
-        QVERIFY(!pair.Merge(true));
-        QVERIFY2(pair.Error().contains("SYS_FUS, che non c'è e non si può creare"), qPrintable(pair.Error()));
-        QCOMPARE(Contents(pair.target), before);
-        QVERIFY(pair.target.Log("fusione.log").isEmpty());
-        QVERIFY(pair.Merge(false)); // without references there is nothing to remember
-    }
-
-    /// Behind the button of its origin: the questions, and an account that adds up.
-    void button_data() {
-        Columns<bool>("dryRun");
-        Row("merge", false);
-        Row("trial", true);
-    }
-    void button() {
-        QFETCH(bool, dryRun);
-        Pair pair;
-        FillAll(pair);
-        const QStringList before = Contents(pair.target);
-        pair.target.Person.AnswerTo = {{"Fondere le Controparti di due Aziende?", true},
-                                       {"Aggiornare i Riferimenti alle tabelle esistenti?", true}};
-        pair.target.Person.Inputs = {QString("X01"), QString("X02")};
-        pair.target.Person.Otherwise = true; // the matches
-        QCOMPARE(pair.Press(dryRun), FlowOutcome::Done);
-        QCOMPARE(
-            pair.target.Person.Events,
-            QStringList({"? Fondere le Controparti di due Aziende? = si", "> Codice Azienda di Partenza:",
-                         "> Codice Azienda di Destinazione:", "? Aggiornare i Riferimenti alle tabelle esistenti? = si",
-                         "progress", "progress closed", "? " + Review + " = si", "progress", "progress closed",
-                         "[i] Fusione completata correttamente!"}));
-        QCOMPARE(pair.target.Person.Reviewed.at(2), QString("000003 Bianchi --> 000009 Bianchi (RAGIONE SOCIALE)"));
-        QCOMPARE(pair.target.Person.Prompts.last().title, QString("Fusione Controparti"));
-        QCOMPARE(pair.target.Person.Prompts.last().defaultText, QString("X02"));
-        const RunResult& account = pair.target.Get().Results.last();
-        QVERIFY(account.AddsUp());
-        QCOMPARE(account.inserted, 2);
-        QCOMPARE(account.skipped, 3);
-        QCOMPARE(account.tables.value("CON_TRO").inserted, 2);
-        QCOMPARE(account.details.mid(0, 5), Counts);
-        QCOMPARE(account.details.last(), "Log della fusione: " + account.logFile);
-        QVERIFY(QFile::exists(account.logFile));
-        QCOMPARE(Contents(pair.target) == before, dryRun);
-        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS"), QString(dryRun ? "0" : "1"));
-    }
-
-    /// Nothing is written when the operator gives up, wherever he does.
-    void buttonGivenUp_data() {
-        Columns<std::optional<QString>, bool, QString, QString>("to", "merged", "givenUp", "answeredNo");
-        const std::optional<QString> to = "X02";
-        Row("at a prompt", std::optional<QString>(), false, QString(), QString());
-        Row("at the references", to, false, QString("Aggiornare i Riferimenti alle tabelle esistenti?"), QString());
-        Row("at the matches", to, false, QString(), Review);
-        Row("at the earlier merge", to, true, QString(), QString("La fusione di X01"));
-    }
-    void buttonGivenUp() {
-        QFETCH(std::optional<QString>, to);
-        QFETCH(bool, merged);
-        QFETCH(QString, givenUp);
-        QFETCH(QString, answeredNo);
-        Pair pair;
-        FillAll(pair);
-        pair.target.Person.GiveUpAt = {givenUp};
-        QVERIFY(!merged || pair.Merge(true));
-        const QStringList before = Contents(pair.target);
-        pair.target.Person.Inputs = {QString("X01"), to};
-        pair.target.Person.Answers = {true, true, false};
-        pair.target.Person.Messages.clear();
-        QCOMPARE(pair.Press(), FlowOutcome::Cancelled);
-        QVERIFY(pair.target.Person.Messages.isEmpty());
-        QCOMPARE(Contents(pair.target), before);
-        if (!answeredNo.isEmpty()) {
-            const ScriptedOperator::Asked& asked = pair.target.Person.Questions.last();
-            QVERIFY2(asked.question.startsWith(answeredNo), qPrintable(asked.question));
-            QCOMPARE(asked.style, Question::ExclamationNo);
-        }
     }
 
     void errorsBeforeTheFirstWrite_data() {
@@ -476,7 +215,7 @@ private slots:
             "il nuovo codice 111111 non contiene zeri");
     }
     void errorsBeforeTheFirstWrite() {
-        Pair pair;
+        MergePair pair;
         FillAll(pair);
         QFETCH(QString, from);
         QFETCH(QString, to);
@@ -492,70 +231,6 @@ private slots:
         QCOMPARE(Contents(pair.target), before);
         QVERIFY(pair.target.Log("fusione.log").isEmpty());
         QVERIFY(!pair.target.Person.IsBusy());
-    }
-
-    void cancelStopsBetweenTwoCounterparties() {
-        Pair pair;
-        FillAll(pair);
-        QStringList whole;
-        {
-            Pair other;
-            FillAll(other);
-            QVERIFY(other.Merge(true));
-            whole = Contents(other.target);
-        }
-        MergeResult result;
-        QVERIFY(!pair.MergeUntilTheFirstCopy(&result));
-        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
-        QCOMPARE(result.merged, 4);
-        QVERIFY(pair.target.Log("fusione.log").contains("Fusione interrotta: 4 controparti fuse su 5"));
-        QCOMPARE(pair.target.Value("SELECT DTCON FROM X01_DOC_VEN WHERE DTNUM = 1"), QString("XXXX1X"));
-        QVERIFY(pair.target.Person.Messages.isEmpty());
-        QVERIFY(pair.target.Person.Progresses.back().closed);
-        QVERIFY(pair.Merge(true));
-        QCOMPARE(Contents(pair.target), whole);
-    }
-
-    /// Wherever a statement fails, the next run ends where an undisturbed one does.
-    void secondRunCompletesWhatFailedAtAnyStatement() {
-        Pair pair;
-        FillAll(pair);
-        TestTarget& target = pair.target;
-        // Fewer references, or there would be hundreds of runs.
-        target.Execute(
-            "DELETE FROM SYS_SYS WHERE TABNM NOT IN ('CON_TRO', 'CON_RIF', 'NUM_TEL', 'DOC_VEN', 'FLD_VAL')");
-        const QString file = target.Db().DatabaseName;
-        target.Db().CloseConnection();
-        QVERIFY(QFile::copy(file, file + ".start"));
-        const auto startAgain = [&] {
-            target.Db().CloseConnection();
-            return QFile::remove(file) && QFile::copy(file + ".start", file);
-        };
-
-        target.Db().OpenConnection();
-        int statements = 0;
-        target.Db().Trace = [&statements](const QString&) { ++statements; };
-        QVERIFY(pair.Merge(true));
-        target.Db().Trace = nullptr;
-        const QStringList whole = Contents(target);
-
-        int marksLeft = 0;
-        for (int failing = 1; failing <= statements; ++failing) {
-            QVERIFY(startAgain());
-            target.Db().OpenConnection();
-            int count = 0;
-            target.Db().Trace = [&](const QString& statement) {
-                if (++count == failing) {
-                    throw SqlError(statement, "fault");
-                }
-            };
-            QVERIFY2(!pair.Merge(true), qPrintable(QString::number(failing)));
-            target.Db().Trace = nullptr;
-            marksLeft += target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'").toInt() > 0 ? 1 : 0;
-            QVERIFY(pair.Merge(true));
-            QVERIFY2(Contents(target) == whole, qPrintable(QString::number(failing)));
-        }
-        QVERIFY(marksLeft > 0);
     }
 };
 

@@ -24,8 +24,8 @@ private slots:
         result.skippedBy = {{"documento già importato", 3}};
         result.failedLookUps = 2;
         result.givenUp = {{"codice 'C1'", "data impossibile"}, {"codice 'C2'", "nome mancante"}};
-        result.tables["CON_TRO"] = {10003, 12, 3};
-        result.tables["NUM_TEL"] = {20000, 0, 0};
+        result.tables["CON_TRO"] = {10003, 12};
+        result.tables["NUM_TEL"] = {20000, 0};
         result.notes.Add("ARTICOLO NON TROVATO: codice 'C3': 'AB'");
         result.notes.Add("CONTROPARTE DOPPIA: 000001");
         result.notes.Add("ARTICOLO NON TROVATO: codice 'C4': 'AC'");
@@ -39,7 +39,7 @@ private slots:
                          "Tabella X01_CON_TRO: 6.452 righe eliminate prima di importare",
                          "Tabella X01_IND_WEB: 1 riga eliminata prima di importare",
                          "Tabella X01_NUM_TEL: svuotata prima di importare", account, "Ricerche non riuscite: 2",
-                         "Tabella CON_TRO: scritte 10.003, aggiornate 12, annullate 3",
+                         "Tabella CON_TRO: scritte 10.003, aggiornate 12",
                          "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
                          "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",
                          "Righe saltate, per motivo (1):", "  documento già importato: 3",

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QObject>
+#include "tests/support/TimeLimit.h"
+
+#include <QTest>
 
 #include <functional>
 #include <memory>
@@ -12,8 +14,34 @@ inline std::vector<std::function<std::unique_ptr<QObject>()>>& QuadrixTests() {
     return tests;
 }
 
+/// A test class of which each case, a function with one row of its data, has a time of its own, and ends alone when an
+/// exception leaves it: Qt would end the program.
+template<class Test>
+class Contained final : public Test {
+public:
+    const QMetaObject* metaObject() const override {
+        static const QMetaObject own = [] {
+            QMetaObject copy = Test::staticMetaObject;
+            copy.d.static_metacall = &Call;
+            return copy;
+        }();
+        return &own;
+    }
+
+private:
+    static void Call(QObject* test, QMetaObject::Call call, int method, void** arguments) {
+        const TimeLimit limit;
+        try {
+            Test::staticMetaObject.d.static_metacall(test, call, method, arguments);
+        } catch (const std::exception& error) {
+            QTest::qFail(error.what(), __FILE__, __LINE__);
+        }
+    }
+};
+
 /// Adds a test class to the program.
 #define QUADRIX_TEST(Class)                                                                                            \
     namespace {                                                                                                        \
-    const bool added##Class = (QuadrixTests().emplace_back([] { return std::make_unique<Class>(); }), true);           \
+    const bool added##Class =                                                                                          \
+        (QuadrixTests().emplace_back([] { return std::make_unique<Contained<Class>>(); }), true);                      \
     }

@@ -8,6 +8,7 @@
 #include "tests/support/ScriptedOperator.h"
 #include "tests/support/writtenStatements.h"
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 /// A session over a Quadrix database of its own, with company "X01" chosen. Its today is 5 March 2024.
@@ -56,6 +57,11 @@ public:
         m_session.UserManager.DataElaborazione = m_session.Now().date();
     }
 
+    /// The name of a database that no other program, which may run at the same time, has too.
+    static QString OfThisProgram(const QString& name) {
+        return name + '_' + QString::number(QCoreApplication::applicationPid());
+    }
+
     /// Makes an empty database on the server, in place of one of that name.
     static void MakeDatabase(const QString& name) {
         const auto server = MariaDbServer().Open();
@@ -95,9 +101,9 @@ public:
 
 private:
     static inline const QString Company = QStringLiteral("Prova Uno S.r.l.");
-    static inline const QString OwnDatabase = QStringLiteral("quadrix_target");
-    static inline const QString SharedDatabase = QStringLiteral("quadrix_again");
-    static inline const QString StartDatabase = QStringLiteral("quadrix_start"); ///< the shared one as it was made
+    static inline const QString OwnDatabase = OfThisProgram("quadrix_target");
+    static inline const QString SharedDatabase = OfThisProgram("quadrix_again");
+    static inline const QString StartDatabase = OfThisProgram("quadrix_start"); ///< the shared one as it was made
 
     void OpenMariaDb(const QString& database) {
         MariaDbServer().Set(m_session.Quadrix, Way(), database);

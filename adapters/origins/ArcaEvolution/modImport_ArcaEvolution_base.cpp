@@ -219,6 +219,12 @@ RowOutcome ImportPagamento(ImportRun& run, const SourceRow& row, bool hasRates) 
     return outcome;
 }
 
+/// Of the instalments, where the release has them.
+const Needs& RateNeeds() {
+    static const Needs needs{{}, {{Rate, {"Cd_PG", "Riga", "Giorni", "Percentuale", "TipoPagamento"}}}, {}};
+    return needs;
+}
+
 } // namespace
 
 const Needs& PagamentiNeeds() {
@@ -231,8 +237,11 @@ void ImportTabelleBaseArcaEvolution(Session& session, const QString& singleCode,
     run.Guard([&] {
         run.Announce("Inizio importazione modalità di pagamento");
         run.Preflight(PagamentiNeeds());
-        RemoveImportedPaymentTerms(run, reset);
         const bool hasRates = !session.SourceConnection().GetColumns(Rate).isEmpty();
+        if (hasRates) {
+            run.Preflight(RateNeeds());
+        }
+        RemoveImportedPaymentTerms(run, reset);
         const QString where = run.OnlyCode("\rWHERE", "Cd_PG", singleCode);
         run.Rows({"Modalità di pagamento", Pg, "Cd_PG", "SELECT COUNT(*) FROM PG" + where,
                   "SELECT * FROM PG" + where + "\rORDER BY Cd_PG"},

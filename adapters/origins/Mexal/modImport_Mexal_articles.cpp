@@ -189,7 +189,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QString& last) {
 const Needs& ArticoliNeeds() {
     static const Needs needs = [] {
         Needs all{{&Articoli()}, SupplierReads(), ArticleNeeds()};
-        all.reads.push_back({ArtMag, {"_ARTIP", "_ARALT", "_ARDSL(1)", "_ARSCO"}});
+        all.reads.push_back({ArtMag, {"NUMMAG", "_ARTIP", "_ARALT", "_ARDSL(1)", "_ARSCO"}});
         all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP", "COTPC", "COCON"}});
         all.writes.push_back({"ART_ICO", {"ARSCO"}});
         return all;
@@ -236,7 +236,7 @@ RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QString& last) {
 } // namespace
 
 const Needs& CostiPrezziNeeds() {
-    static const Needs needs{{&CostiPrezzi()}, {{ArtMag, {"_ARCOD"}}}, {{"ART_ICO", {"CDART"}}}};
+    static const Needs needs{{&CostiPrezzi()}, {{ArtMag, {"_ARCOD", "NUMMAG"}}}, {{"ART_ICO", {"CDART"}}}};
     return needs;
 }
 

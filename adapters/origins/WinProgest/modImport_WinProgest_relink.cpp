@@ -125,7 +125,6 @@ bool RiallineaDRORI(ImportRun& run, Kind which, const QString& singleCode) {
         session.Person.Message("Attenzione: tabella origine non specificata!", Icon::Exclamation);
         return true;
     }
-    run.Preflight(NeedsOf(kind));
     const QString unique = "SELECT NUMDOC, YEAR(DATDOC) AS ANNO FROM " + kind.head + "\rWHERE DATDOC IS NOT NULL" +
                            (singleCode.isEmpty() ? QString() : QString(" AND NUMDOC = " + run.Quoted(singleCode))) +
                            "\rGROUP BY NUMDOC, YEAR(DATDOC)\rHAVING COUNT(*) = 1";
@@ -147,6 +146,11 @@ void RiallineaDRORIWinProgest(Session& session, const QString& singleCode, bool 
         for (const KindQuestion& question : Questions()) {
             if (run.Ask(question.text)) {
                 chosen.push_back(question.kind);
+            }
+        }
+        for (const Kind kind : chosen) { // nothing of one is written when another lacks something
+            if (!Of(kind).links.empty()) {
+                run.Preflight(NeedsOf(Of(kind)));
             }
         }
         const TriggersOff triggers(run);

@@ -1,0 +1,118 @@
+#include "tests/adapters/missingColumns.h"
+
+namespace {
+
+const QString NothingWritten = QStringLiteral("Non è stato scritto nulla");
+
+/// The columns of the tables that a line of a rehearsal reads, each of which can be taken away.
+class SourceColumns {
+public:
+    explicit SourceColumns(Rehearsal& stage)
+        : m_stage(stage) {
+        for (const QString& table : TablesRead()) {
+            for (const ColumnInfo& column : Source().GetColumns(table)) {
+                if (column.name != "_RIGA") { // the reader of the file makes it
+                    m_all.append(table + '.' + column.name);
+                }
+            }
+        }
+    }
+
+    const QStringList& All() const { return m_all; }
+    /// Runs the line without some columns.
+    const RunResult& RunWithout(const QStringList& columns) {
+        for (const QString& column : columns) {
+            Rename(column, Name(column), Taken(column));
+        }
+        const RunResult& result = m_stage.Run({});
+        for (const QString& column : columns) {
+            Rename(column, Taken(column), Name(column));
+        }
+        return result;
+    }
+
+private:
+    static QString Name(const QString& column) { return column.section('.', -1); }
+    static QString Taken(const QString& column) { return "TOLTA_" + Name(column); }
+    ovConnection& Source() { return *m_stage.Get().Source; }
+
+    void Rename(const QString& column, const QString& from, const QString& to) {
+        Source().Execute(
+            QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]").arg(column.section('.', 0, -2), from, to));
+    }
+    QStringList TablesRead() {
+        if (!m_stage.Get().Source) {
+            return {}; // the procedure has closed it: it opens its own
+        }
+        QString statements;
+        Source().Trace = [&statements](const QString& statement) { statements += statement + '\n'; };
+        m_stage.Run({});
+        Source().Trace = {};
+        QStringList tables = Source().GetTables();
+        tables.removeIf([&](const QString& table) { return !statements.contains(table, Qt::CaseInsensitive); });
+        return tables;
+    }
+
+    Rehearsal& m_stage;
+    QStringList m_all;
+};
+
+bool EndsBefore(const RunResult& result) {
+    return result.outcome == RunResult::Outcome::Failed && result.errors.join(' ').contains(NothingWritten) &&
+           result.tables.isEmpty() && result.emptied.isEmpty();
+}
+
+/// Whether two rows differ in values only that one of them lacks.
+bool LacksValues(const QString& whole, const QString& row) {
+    const QStringList left = whole.split('|');
+    const QStringList right = row.split('|');
+    if (left.size() != right.size()) {
+        return false;
+    }
+    for (qsizetype i = 0; i < left.size(); ++i) {
+        const QString& value = right.at(i);
+        if (left.at(i) != value && value != "NULL" && !value.isEmpty() && value != "0") {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether a run without a column left what the whole source leaves, but for values of the column.
+bool IsSameWithout(Rehearsal& stage, const RunResult& result) {
+    const QStringList rows = stage.Rows();
+    if (result.outcome != stage.Clean.outcome || result.givenUpCount != stage.Clean.givenUpCount ||
+        rows.size() != stage.CleanRows.size()) {
+        return false;
+    }
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        if (!LacksValues(stage.CleanRows.at(i), rows.at(i))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+QString WrongWithoutColumns(Rehearsal& stage) {
+    SourceColumns source(stage);
+    const QString told = source.RunWithout(source.All()).errors.join('\n');
+    QStringList named;
+    QStringList others;
+    for (const QString& column : source.All()) {
+        (told.contains("'" + column + "'", Qt::CaseInsensitive) ? named : others).append(column);
+    }
+    QStringList wrong;
+    // One run for all that no check names: they are hardly ever needed.
+    if (source.RunWithout(others).outcome != stage.Clean.outcome || stage.Rows() != stage.CleanRows) {
+        named += others;
+    }
+    for (const QString& column : std::as_const(named)) {
+        const RunResult& result = source.RunWithout({column});
+        if (!stage.Lets("optional " + column) && !EndsBefore(result) && !IsSameWithout(stage, result)) {
+            wrong.append(column + ": " + result.errors.value(0, "it goes on, and other rows come of it"));
+        }
+    }
+    return wrong.isEmpty() ? QString() : "without a column of the source:\n" + wrong.join('\n');
+}

@@ -1,0 +1,67 @@
+#include "tests/adapters/Fixture.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QTest>
+
+/// What an import has written and the source has no more.
+class TestNoLongerThere : public QObject {
+    Q_OBJECT
+
+private slots:
+    void WhatTheSourceHasNoMoreIsTold_data() {
+        Columns<QString, QString, QString, QString>("module", "procedure", "change", "told");
+        Row("row of a head and its rows", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
+            "DELETE FROM DORig WHERE Id_DORig = 103", "RIGHE: tabella 'DOTes', Id_DOTes '10', NumeroDoc '000012/A': 1");
+        Row("document", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
+            "DELETE FROM DOTes WHERE Id_DOTes = 12", "DOCUMENTI: DDTVE 5/2024 di ");
+        Row("row of an order", "modImport_Lantek24", "ImportDocumentiLantek24",
+            "DELETE FROM SSHH_PPOO_00000200 WHERE OrdRef = 'PO-2024-0012' AND LineNum = 2",
+            "RIGHE: tabella 'SSHH_PPOO_00000100', OrdRef 'PO-2024-0012': 1");
+        Row("order that is settled", "modImport_VS", "ImportDocVenVSP",
+            "UPDATE T_ORDINI_CLI SET SALDATO = 1 WHERE ANNO = 2024 AND NUM_ORDINE = 7", "DOCUMENTI: ORDCV 7/2024 di ");
+        Row("order whose rows are delivered", "modImport_VS", "ImportDocVenVSP",
+            "UPDATE R_ORDINI_CLI SET QTA_EVASA = QTA WHERE ANNO = 2024 AND NUM_ORDINE = 8",
+            "DOCUMENTI: ORDCV 8/2024 di ");
+        Row("order that is closed", "modImport_Tessera", "ImportOrdCliTessera",
+            "UPDATE OrdCliT SET StatOrd = 2 WHERE AnnOrd = 2024 AND NumOrd = 7", "DOCUMENTI: ORDCL 7/2024 di ");
+        Row("component", "modImport_Tessera", "ImportDistinteTessera",
+            "DELETE FROM DisBasR WHERE IdDisBas = 2 AND CodArt = 'AB-03'",
+            "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
+        Row("balance", "modImport_VS", "ImportSaldiVSP",
+            "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
+            "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
+    }
+    /// It stays, and the totals of a document go on agreeing with its rows.
+    void WhatTheSourceHasNoMoreIsTold() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, procedure);
+        QFETCH(const QString, change);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        fixture.RunLine(procedure);
+        const QByteArray before = fixture.Target().Log();
+        QVERIFY2(!before.contains("NON PI"), before);
+        const qsizetype rows = fixture.Content().size();
+        fixture.ChangeSource(change);
+        fixture.RunLine(procedure);
+        const RunResult& result = fixture.Results().last();
+        QVERIFY2(result.outcome == RunResult::Outcome::Done, qPrintable(result.errors.join('\n')));
+        QFETCH(const QString, told);
+        const QString log = QString::fromLatin1(fixture.Target().Log()).replace(" NON PIÙ NELL'ORIGINE: ", ": ");
+        QVERIFY2(log.contains(told), qPrintable(log.section("Inizio", -1)));
+        QCOMPARE(fixture.Content().size(), rows);
+        if (told.startsWith("RIGHE")) {
+            for (const QString& heads : {QString("X01_DOC_VEN"), QString("X01_DOC_ACQ")}) {
+                QCOMPARE(
+                    fixture.Target().Rows("SELECT DTNUM, DTMER, DTSCT, DTIMP, DTIVA, DTTOT FROM " + heads +
+                                          " WHERE ABS(DTMER - DTSCT - DTIMP) > 0.005 OR ABS(DTIMP + DTIVA - DTTOT) > "
+                                          "0.005"),
+                    QStringList());
+            }
+        }
+    }
+};
+
+QUADRIX_TEST(TestNoLongerThere)
+#include "test_noLongerThere.moc"

@@ -1,0 +1,167 @@
+#include "tests/app/MergePair.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QTest>
+
+using namespace modMain;
+
+/// A merge after another one, whole or broken off.
+class TestMergeAgain : public QObject {
+    Q_OBJECT
+
+private slots:
+    /// Re-pointed references are not re-pointed again, into whatever company, unless that is asked for by name.
+    void secondMergeWithReferencesIsRefused_data() { Engines(); }
+    void secondMergeWithReferencesIsRefused() {
+        QFETCH(TestTarget::On, engine);
+        MergePair pair(engine);
+        FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
+        pair.target.Execute("DROP TABLE SYS_FUS"); // a database that has never seen a merge
+        QVERIFY(pair.Merge(true));
+        const QStringList merged = Contents(pair.target);
+        const QString told = "La fusione di X01 Prova Uno S.r.l. in X02 Prova Due S.p.A., con l'aggiornamento dei "
+                             "riferimenti, è già stata fatta il 05/03/2024 10:20 da ";
+        for (const QString& to : {QString("X02"), QString("X03")}) {
+            QVERIFY(!FusioneControparti(pair.target.Get(), "X01", to, true));
+            QVERIFY2(pair.Error().startsWith(told), qPrintable(pair.Error()));
+            const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X01", to, true);
+            QVERIFY(preview.earlier && preview.earlier->IsDone() && !preview.takesUp);
+        }
+        QCOMPARE(Contents(pair.target), merged);
+        QVERIFY(pair.Merge(false)); // everybody is found again, nothing is re-pointed
+        QCOMPARE(Contents(pair.target), merged);
+        QVERIFY(pair.Merge(true, nullptr, true));
+        QVERIFY(Contents(pair.target) != merged);
+        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS WHERE FUFIN IS NOT NULL"), QString("2"));
+    }
+
+    /// After a merge of the references a counterparty that the source has gained may name its carrier by either code.
+    void carrierIsKeptAfterAMergeOfTheReferences() {
+        MergePair pair;
+        FillAll(pair);
+        QVERIFY(pair.Merge(true));
+        pair.Add("X01", "000020", "Gialli");
+        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '000007' WHERE CDCON = '000020'");
+        MergeResult result;
+        QVERIFY(pair.Merge(false, &result));
+        QCOMPARE(pair.target.Value("SELECT COVEP FROM X02_CON_TRO WHERE CORAS = 'Gialli'"), QString("000007"));
+        QCOMPARE(result.notes.count, 1);
+    }
+
+    void interruptedMergeIsTold_data() {
+        Columns<QString, QString, bool, QString>("statement", "to", "takesUp", "refused");
+        Row("marks and record", "", "X02", true, "");
+        Row("marks of before there were records", "DELETE FROM SYS_FUS", "X02", true, "");
+        Row("another destination", "", "X03", false, "rimasta interrotta: completarla prima");
+    }
+    void interruptedMergeIsTold() {
+        QFETCH(QString, statement);
+        QFETCH(QString, to);
+        QFETCH(bool, takesUp);
+        QFETCH(QString, refused);
+        MergePair pair;
+        FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
+        QVERIFY(!pair.MergeUntilTheFirstCopy());
+        pair.target.Db().ExecuteScript(statement);
+        const QStringList before = Contents(pair.target);
+        const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X01", to, true);
+        QCOMPARE(preview.takesUp, takesUp);
+        QCOMPARE(Contents(pair.target), before);
+        MergeResult result;
+        QCOMPARE(FusioneControparti(pair.target.Get(), "X01", to, true, &result), refused.isEmpty());
+        QVERIFY2(pair.Error().contains(refused), qPrintable(pair.Error()));
+        QCOMPARE(result.takesUp, takesUp);
+        QCOMPARE(pair.target.Log("fusione.log").contains("Si riprende una fusione interrotta"), takesUp);
+        if (refused.isEmpty()) {
+            QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'"), QString("0"));
+            QVERIFY(!pair.Merge(true)); // it is done now
+        }
+    }
+
+    /// Whoever may not make tables learns it before anything is written.
+    void tableThatCannotBeMadeIsTold() {
+        MergePair pair;
+        FillAll(pair);
+        pair.target.Execute("DROP TABLE SYS_FUS");
+        const QStringList before = Contents(pair.target);
+        pair.target.Db().Trace = [](const QString& statement) {
+            if (statement.startsWith("CREATE TABLE")) {
+                throw SqlError(statement, "permission denied");
+            }
+        };
+        QVERIFY(!pair.Merge(true));
+        QVERIFY2(pair.Error().contains("SYS_FUS, che non c'è e non si può creare"), qPrintable(pair.Error()));
+        QCOMPARE(Contents(pair.target), before);
+        QVERIFY(pair.target.Log("fusione.log").isEmpty());
+        QVERIFY(pair.Merge(false)); // without references there is nothing to remember
+    }
+
+    void cancelStopsBetweenTwoCounterparties() {
+        MergePair pair;
+        FillAll(pair);
+        QStringList whole;
+        {
+            MergePair other;
+            FillAll(other);
+            QVERIFY(other.Merge(true));
+            whole = Contents(other.target);
+        }
+        MergeResult result;
+        QVERIFY(!pair.MergeUntilTheFirstCopy(&result));
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(result.merged, 4);
+        QVERIFY(pair.target.Log("fusione.log").contains("Fusione interrotta: 4 controparti fuse su 5"));
+        QCOMPARE(pair.target.Value("SELECT DTCON FROM X01_DOC_VEN WHERE DTNUM = 1"), QString("XXXX1X"));
+        QVERIFY(pair.target.Person.Messages.isEmpty());
+        QVERIFY(pair.target.Person.Progresses.back().closed);
+        QVERIFY(pair.Merge(true));
+        QCOMPARE(Contents(pair.target), whole);
+    }
+
+    /// Wherever a statement fails, the next run ends where an undisturbed one does.
+    void secondRunCompletesWhatFailedAtAnyStatement() {
+        MergePair pair;
+        FillAll(pair);
+        TestTarget& target = pair.target;
+        // Fewer references, or there would be hundreds of runs.
+        target.Execute(
+            "DELETE FROM SYS_SYS WHERE TABNM NOT IN ('CON_TRO', 'CON_RIF', 'NUM_TEL', 'DOC_VEN', 'FLD_VAL')");
+        const QString file = target.Db().DatabaseName;
+        target.Db().CloseConnection();
+        QVERIFY(QFile::copy(file, file + ".start"));
+        const auto startAgain = [&] {
+            target.Db().CloseConnection();
+            return QFile::remove(file) && QFile::copy(file + ".start", file);
+        };
+
+        target.Db().OpenConnection();
+        int statements = 0;
+        target.Db().Trace = [&statements](const QString&) { ++statements; };
+        QVERIFY(pair.Merge(true));
+        target.Db().Trace = nullptr;
+        const QStringList whole = Contents(target);
+
+        int marksLeft = 0;
+        for (int failing = 1; failing <= statements; ++failing) {
+            QVERIFY(startAgain());
+            target.Db().OpenConnection();
+            int count = 0;
+            target.Db().Trace = [&](const QString& statement) {
+                if (++count == failing) {
+                    throw SqlError(statement, "fault");
+                }
+            };
+            QVERIFY2(!pair.Merge(true), qPrintable(QString::number(failing)));
+            target.Db().Trace = nullptr;
+            marksLeft += target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'").toInt() > 0 ? 1 : 0;
+            QVERIFY(pair.Merge(true));
+            QVERIFY2(Contents(target) == whole, qPrintable(QString::number(failing)));
+        }
+        QVERIFY(marksLeft > 0);
+    }
+};
+
+QUADRIX_TEST(TestMergeAgain)
+#include "test_mergeAgain.moc"
