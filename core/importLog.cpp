@@ -1,8 +1,8 @@
 #include "core/modImport.h"
 #include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
-
-#include <QFile>
+#include "sql/ownFile.h"
+#include "sql/visibleText.h"
 
 namespace modImport {
 
@@ -30,10 +30,13 @@ bool UpperKeys(Session& session) { return IsUpper(session, QStringLiteral("KEYFI
 bool UpperTexts(Session& session) { return IsUpper(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")); }
 
 void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
-    QFile file(path);
-    const QIODevice::OpenMode mode = startNew ? QIODevice::Truncate : QIODevice::Append;
-    if (!file.open(QIODevice::WriteOnly | mode) || file.write(bytes) != bytes.size() || !file.flush()) {
-        throw ImportError(QStringLiteral("Log '%1': %2").arg(path, file.errorString()));
+    QFile file;
+    QString trouble = ownFile::Open(file, path, startNew ? ownFile::Start::Anew : ownFile::Start::Append);
+    if (trouble.isEmpty() && (file.write(bytes) != bytes.size() || !file.flush())) {
+        trouble = file.errorString();
+    }
+    if (!trouble.isEmpty()) {
+        throw ImportError(QStringLiteral("Log '%1': %2").arg(path, trouble));
     }
 }
 
@@ -42,7 +45,7 @@ void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
 bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName) {
     static const CodePage page;
     const QString line = session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") +
-                         message + QStringLiteral("\r\n");
+                         VisibleText(message) + QStringLiteral("\r\n");
     QString lost;
     const QByteArray bytes = EncodeText(line, page, &lost);
     WriteTo(fileName.isEmpty() ? session.LogFile : fileName, bytes, startNew);
@@ -53,8 +56,9 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
 }
 
 void LogNote(Session& session, const QString& message) {
-    session.Notes.Add(message); // stands in the result even when the log cannot be written
-    WriteImportLog(session, message, false);
+    const QString line = VisibleLine(message); // a value must not pass for a line of its own
+    session.Notes.Add(line);                   // stands in the result even when the log cannot be written
+    WriteImportLog(session, line, false);
 }
 
 QString FormatKeyField(Session& session, const QString& value) {

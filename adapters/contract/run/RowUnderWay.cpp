@@ -1,5 +1,7 @@
 #include "adapters/contract/run/RowUnderWay.h"
 
+#include "sql/ownFile.h"
+
 namespace contract {
 
 namespace {
@@ -13,13 +15,12 @@ RowUnderWay::RowUnderWay(const Session& session, const QString& procedure)
     : m_head(QStringLiteral("%1, azienda %2, iniziata %3: ")
                  .arg(procedure, session.Quadrix.Company(),
                       session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")))),
-      m_file(PathOf(session)) {
-    m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-}
+      m_path(PathOf(session)),
+      m_trouble(ownFile::Open(m_file, m_path, ownFile::Start::Anew, QIODevice::Unbuffered)) {}
 
 RowUnderWay::~RowUnderWay() {
     if (m_file.isOpen()) {
-        m_file.remove();
+        QFile::remove(m_path);
     }
 }
 
@@ -36,8 +37,11 @@ QString RowUnderWay::Interrupted(const Session& session) {
 /// What an earlier, longer row leaves behind the line is never read.
 void RowUnderWay::Begin(const QString& key) {
     const QByteArray line = QString(m_head + key).simplified().toUtf8() + '\n';
-    if (!m_file.isOpen() || !m_file.seek(0) || m_file.write(line) != line.size()) {
-        throw ImportError(QStringLiteral("File '%1': %2").arg(m_file.fileName(), m_file.errorString()));
+    if (m_trouble.isEmpty() && (!m_file.seek(0) || m_file.write(line) != line.size())) {
+        m_trouble = m_file.errorString();
+    }
+    if (!m_trouble.isEmpty()) {
+        throw ImportError(QStringLiteral("File '%1': %2").arg(m_path, m_trouble));
     }
 }
 

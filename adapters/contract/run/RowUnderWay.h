@@ -25,7 +25,9 @@ public:
 
 private:
     QString m_head;
+    QString m_path;
     QFile m_file;
+    QString m_trouble; ///< why nothing can be noted
 };
 
 } // namespace contract
