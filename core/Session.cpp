@@ -1,5 +1,28 @@
 #include "core/Session.h"
 
+void UntranslatedCodes::Add(const QString& code) {
+    constexpr size_t otherSeed = 0x9e3779b9;
+    const std::pair<size_t, size_t> hashes(qHash(code, 1), qHash(code, otherSeed));
+    if (m_seen.contains(hashes)) {
+        return;
+    }
+    m_seen.insert(hashes);
+    ++m_count;
+    if (m_first.size() < MostKept) {
+        m_first.append(code);
+    }
+}
+
+void UntranslatedCodes::Begin() {
+    m_first.clear();
+    m_count = 0;
+}
+
+void UntranslatedCodes::Forget() {
+    Begin();
+    m_seen.clear();
+}
+
 Session::Session(Operator& person)
     : Person(person) {
     Errors.ClearError();

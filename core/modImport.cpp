@@ -61,11 +61,7 @@ void AddMissing(Session& session, const QString& table, const QString& field, co
 
 /// Keeps a code that has no translation for the result of the run.
 void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
-    const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;
-    if (!session.UntranslatedSeen.contains(text)) {
-        session.UntranslatedSeen.insert(text);
-        session.Untranslated.append(text);
-    }
+    session.Untranslated.Add(table + u'.' + field + QStringLiteral(" = ") + oldCode);
 }
 
 QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,

@@ -2,6 +2,7 @@
 
 #include "core/runEnding.h"
 #include "sql/mod_ovTools.h"
+#include "sql/visibleText.h"
 
 namespace contract {
 
@@ -29,11 +30,11 @@ ImportRun::ImportRun(Session& session, const QString& module, const QString& pro
     : m_session(session),
       m_case(modImport::ReadFieldCase(session)),
       m_single(!singleCode.isEmpty()),
-      m_untranslatedBefore(session.Untranslated.size()),
       m_start(session.Person.WorkedSeconds()) {
     m_result.module = module;
     m_result.procedure = procedure;
     m_session.Notes = {};
+    m_session.Untranslated.Begin();
     m_session.FailedLookUps = {};
 }
 
@@ -89,7 +90,8 @@ void ImportRun::Finish() {
     if (m_failed) {
         m_result.outcome = RunResult::Outcome::Failed;
     }
-    m_result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
+    m_result.untranslated = m_session.Untranslated.First();
+    m_result.untranslatedCount = m_session.Untranslated.Count();
     m_result.seconds = m_session.Person.WorkedSeconds() - m_start;
     m_result.notes = std::exchange(m_session.Notes, {});
     const LookUpFailures failed = std::exchange(m_session.FailedLookUps, {});
@@ -374,9 +376,9 @@ void ImportRun::GiveUpFor(const Error& error, const QString& key) noexcept {
 QString ImportRun::CountGivenUp(const QString& key, const QString& reason) {
     ++m_result.givenUpCount;
     if (m_result.givenUp.size() < KeptReasons) {
-        m_result.givenUp.append({key, reason});
+        m_result.givenUp.append({VisibleLine(key), VisibleLine(reason)});
     }
-    return QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason);
+    return VisibleLine(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
 }
 
 /// Children go before their parents; when one cannot go, its parent stays with it: the code of a parent that is gone is

@@ -153,8 +153,7 @@ private:
     std::vector<Written> m_written;        ///< rows inserted for the source rows under way
     bool m_insertedLast = false;           ///< whether the row that was written last is new
     QStringList m_changed;                 ///< tables of rows updated for them
-    qsizetype m_untranslatedBefore;
-    double m_start; ///< seconds on the operator's clock
+    double m_start;                        ///< seconds on the operator's clock
 };
 
 } // namespace contract
