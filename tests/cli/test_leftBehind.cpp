@@ -128,8 +128,8 @@ private slots:
             .Execute("UPDATE ARCLFR SET SC1CLFOR = 'dieci' || char(13) || char(10) || '25/11/2026 14:00:00 - Fine ' || "
                      "char(27) || '[31m' WHERE CODCLFOR = (SELECT MIN(CODCLFOR) FROM ARCLFR WHERE FLAGCLFR = 'C')");
         gescom.CloseConnection();
-        const auto ended = m_cli->Run({"import", "--company", "X01", "--origin", "Gescom", "--data", "cli", "--errors",
-                                       "ignore", "--answer", "no", "--input", "C"});
+        const auto ended =
+            m_cli->Run({"import", "--company", "X01", "--origin", "Gescom", "--data", "cli", "--errors", "ignore"});
         QVERIFY2(ended.exitCode == 4, qPrintable(ended.output + ended.errors));
         const QString log = ReadFile(ended.output.section("Log: ", -1).trimmed());
         const QString seen = "dieci\\r\\n25/11/2026 14:00:00 - Fine \\x1b[31m";
