@@ -80,30 +80,29 @@ private slots:
     }
 #endif
 
-    /// A secret is neither in the list of processes nor in the settings.
-    void secretsComeAnotherWay_data() {
+    /// Answers that no list of processes shows, in the order of the questions.
+    void answersComeUnseen_data() {
         Columns<QStringList, QByteArray>("options", "input");
         Row("file", QStringList{"--input-file", "risposte"}, QByteArray());
-        Row("standard input", QStringList{"--input-file", "-"}, QByteArray("carlo\r\nSegreta9\r\nMANCA\r\n"));
-        Row("the first in clear", QStringList{"--input", "carlo", "--input-file", "-"}, QByteArray("Segreta9\nMANCA"));
+        Row("standard input", QStringList{"--input-file", "-"}, QByteArray("X01\r\nX09\r\n"));
+        Row("the first in clear", QStringList{"--input", "X01", "--input-file", "-"}, QByteArray("X09"));
     }
-    void secretsComeAnotherWay() {
+    void answersComeUnseen() {
         QFETCH(QStringList, options);
         QFETCH(const QByteArray, input);
         const QString answers = m_cli->Folder.filePath("risposte");
-        WriteFile(answers, "carlo\nSegreta9\nMANCA\n");
+        WriteFile(answers, "X01\nX09\n");
         options.replaceInStrings("risposte", answers);
         QProcess process;
         process.start(QUADRIX_CLI,
-                      QStringList{"--config", m_cli->Folder.path(), "check", "--company", "X01", "--origin", "SAM"} +
+                      QStringList{"--config", m_cli->Folder.path(), "import", "--company", "X01", "--origin",
+                                  "Kordel NetSuite", "--data", "disegni", "--answer", "no", "--answer", "no"} +
                           options);
         process.write(input);
         process.closeWriteChannel();
         const auto ended = CliRun::End(process);
-        // The three answers were taken; there is no such data source.
         QCOMPARE(ended.exitCode, 1);
-        QVERIFY2(!ended.errors.contains("Manca la risposta"), qPrintable(ended.errors));
-        QVERIFY2(!QString(ended.output + ended.errors).contains("Segreta"), qPrintable(ended.errors));
+        QVERIFY2(ended.errors.contains("Azienda 'X09': non esiste"), qPrintable(ended.errors));
     }
 
     void namesTheFileOfSecretsThatIsMissing() {
