@@ -23,9 +23,8 @@ QString EndingLine(const RunResult& result) {
 }
 
 QString TableLine(const QString& table, const RunResult::TableCount& count) {
-    const QString line = QStringLiteral("Tabella %1: scritte %2, aggiornate %3")
-                             .arg(table, Number(count.inserted), Number(count.updated));
-    return count.takenBack == 0 ? line : QString(line + ", annullate " + Number(count.takenBack));
+    return QStringLiteral("Tabella %1: scritte %2, aggiornate %3")
+        .arg(table, Number(count.inserted), Number(count.updated));
 }
 
 QString NoteLine(const Notes::Kind& kind) {

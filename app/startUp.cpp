@@ -145,8 +145,7 @@ QStringList OwnFiles(Session& session, const QString& settingsFile) {
     }
     const QString log = LogPath(folder.path());
     const QDir logs = QFileInfo(log).dir();
-    files += QStringList{log, log + QStringLiteral(".inCorso"), logs.filePath("fusione.log"),
-                         folder.filePath("sequence.log")};
+    files += QStringList{log, logs.filePath("fusione.log"), folder.filePath("sequence.log")};
     for (const QString& section : {Section, QStringLiteral("IMPORT")}) {
         const QString database = session.Config.PeekAppConfig(section, "DatabaseName");
         for (const QString& ending : database.isEmpty() ? QStringList() : QStringList{"", "-wal", "-shm", "-journal"}) {

@@ -15,7 +15,6 @@ void AddTables(RunResult& total, const RunResult& result) {
         RunResult::TableCount& sum = total.tables[table.key()];
         sum.inserted += table->inserted;
         sum.updated += table->updated;
-        sum.takenBack += table->takenBack;
     }
     for (auto rule = result.skippedBy.cbegin(); rule != result.skippedBy.cend(); ++rule) {
         total.skippedBy[rule.key()] += rule.value();
@@ -45,8 +44,7 @@ QJsonObject SkippedByJson(const RunResult& result) {
 QJsonObject TablesJson(const RunResult& result) {
     QJsonObject tables;
     for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
-        tables[table.key()] =
-            QJsonObject{{"inserted", table->inserted}, {"updated", table->updated}, {"takenBack", table->takenBack}};
+        tables[table.key()] = QJsonObject{{"inserted", table->inserted}, {"updated", table->updated}};
     }
     return tables;
 }

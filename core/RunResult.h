@@ -46,7 +46,6 @@ struct RunResult {
     struct TableCount {
         qint64 inserted = 0;
         qint64 updated = 0;
-        qint64 takenBack = 0; ///< inserted by a row that was given up, and deleted again
     };
     /// Rows deleted from a table.
     struct Emptied {

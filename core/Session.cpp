@@ -1,15 +1,26 @@
 #include "core/Session.h"
 
-void UntranslatedCodes::Add(const QString& code) {
+UntranslatedCodes::Hashes UntranslatedCodes::HashesOf(const QString& code) {
     constexpr size_t otherSeed = 0x9e3779b9;
-    const std::pair<size_t, size_t> hashes(qHash(code, 1), qHash(code, otherSeed));
+    return {qHash(code, 1), qHash(code, otherSeed)};
+}
+
+bool UntranslatedCodes::Add(const QString& code) {
+    const Hashes hashes = HashesOf(code);
     if (m_seen.contains(hashes)) {
-        return;
+        return false;
     }
     m_seen.insert(hashes);
-    ++m_count;
-    if (m_first.size() < MostKept) {
+    if (++m_count <= MostKept) {
         m_first.append(code);
+    }
+    return true;
+}
+
+void UntranslatedCodes::TakeBack(const QString& code) {
+    m_seen.remove(HashesOf(code));
+    if (m_count-- <= MostKept) {
+        m_first.removeLast();
     }
 }
 

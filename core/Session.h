@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Operator.h"
+#include "core/RowMemory.h"
 #include "core/RunResult.h"
 #include "sql/ovConfig.h"
 #include "sql/ovDialogs.h"
@@ -12,8 +13,15 @@
 /// Look-ups that failed in the procedure under way.
 struct LookUpFailures {
     qint64 count = 0;
-    QStringList messages;    ///< of the different ones, each once
-    bool wasAborted = false; ///< the operator has been asked about one of them, and would not go on with it
+    QStringList messages; ///< of the different ones, each once
+    /// The operator would not go on with one of them, or trying again was in vain: those that follow are told alone.
+    bool wasAborted = false;
+};
+
+/// A line of the log that waits for the commit of its row.
+struct HeldLine {
+    QString line; ///< with its time
+    QString note; ///< what the result tells of it; empty for nothing
 };
 
 /// Codes that were asked for and have no translation, each once.
@@ -21,8 +29,10 @@ class UntranslatedCodes {
 public:
     static constexpr qsizetype MostKept = 1000;
 
-    /// Takes a code in, as "table.field = code", unless it has been taken in since `Forget`.
-    void Add(const QString& code);
+    /// Takes a code in, as "table.field = code", unless it has been taken in since `Forget`. @return whether it is new
+    bool Add(const QString& code);
+    /// Forgets the code that was taken in last, as its row is.
+    void TakeBack(const QString& code);
     /// Those that were taken in since `Begin`, in the order they were met; the first 1000 of them.
     const QStringList& First() const { return m_first; }
     /// How many were taken in since `Begin`.
@@ -35,7 +45,10 @@ public:
 private:
     QStringList m_first;
     qint64 m_count = 0;
-    QSet<std::pair<size_t, size_t>> m_seen; ///< two hashes of each: small, however many and long the codes are
+    using Hashes = std::pair<size_t, size_t>;
+    static Hashes HashesOf(const QString& code);
+
+    QSet<Hashes> m_seen; ///< two hashes of each: small, however many and long the codes are
 };
 
 /// What lives for the run: the framework objects, the two connections, the operator and the clock.
@@ -81,6 +94,8 @@ public:
     UntranslatedCodes Untranslated;
     ::Notes Notes; ///< of the procedure under way
     LookUpFailures FailedLookUps;
+    RowMemory Memory;                ///< of the source rows that are not committed yet
+    std::vector<HeldLine> HeldLines; ///< their lines of the log, which are written with the commit
     /// One entry per procedure that ran, oldest first.
     QVector<RunResult> Results;
 };

@@ -190,11 +190,18 @@ void CreateDatabase(ovConnection& quadrix, const QString& company, const QString
     }
     Creation creation(quadrix, CheckedCode(company));
     creation.CheckCompanyIsNew(name.trimmed());
-    Transaction transaction(quadrix);
+    // On some servers each table that is made commits: there the rows alone are one transaction.
+    std::optional<Transaction> transaction;
+    if (quadrix.Embedded) {
+        transaction.emplace(quadrix);
+    }
     creation.CreateTables();
+    if (!transaction) {
+        transaction.emplace(quadrix);
+    }
     creation.FillShared();
     creation.FillCompany(name.trimmed());
-    transaction.Keep();
+    transaction->Keep();
 }
 
 void CreateSharedTable(ovConnection& quadrix, const QString& bareName) {

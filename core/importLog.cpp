@@ -40,24 +40,58 @@ void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
     }
 }
 
-} // namespace
+QString TimedLine(const Session& session, const QString& message) {
+    return session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") +
+           VisibleText(message) + QStringLiteral("\r\n");
+}
 
-bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName) {
+void WriteLines(const Session& session, const QString& lines, bool startNew, const QString& fileName) {
     static const CodePage page;
-    const QString line = session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") +
-                         VisibleText(message) + QStringLiteral("\r\n");
     QString lost;
-    const QByteArray bytes = EncodeText(line, page, &lost);
+    const QByteArray bytes = EncodeText(lines, page, &lost);
     WriteTo(fileName.isEmpty() ? session.LogFile : fileName, bytes, startNew);
     if (fileName.isEmpty() && !session.LogCopy.isEmpty()) {
         WriteTo(session.LogCopy, bytes, false);
     }
+}
+
+/// Holds a line until the row under way is committed; it goes with the row.
+void Hold(Session& session, const QString& message, const QString& note) {
+    session.HeldLines.push_back({TimedLine(session, message), note});
+    session.Memory.WhenTakenBack([&session] { session.HeldLines.pop_back(); });
+}
+
+} // namespace
+
+bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName) {
+    if (session.Memory.IsOpen() && !startNew && fileName.isEmpty()) {
+        Hold(session, message, {});
+    } else {
+        WriteLines(session, TimedLine(session, message), startNew, fileName);
+    }
     return true;
+}
+
+void WriteHeldLines(Session& session) {
+    QString lines;
+    for (const HeldLine& held : std::exchange(session.HeldLines, {})) {
+        lines += held.line;
+        if (!held.note.isEmpty()) {
+            session.Notes.Add(held.note);
+        }
+    }
+    if (!lines.isEmpty()) {
+        WriteLines(session, lines, false, {});
+    }
 }
 
 void LogNote(Session& session, const QString& message) {
     const QString line = VisibleLine(message); // a value must not pass for a line of its own
-    session.Notes.Add(line);                   // stands in the result even when the log cannot be written
+    if (session.Memory.IsOpen()) {
+        Hold(session, line, line);
+        return;
+    }
+    session.Notes.Add(line); // stands in the result even when the log cannot be written
     WriteImportLog(session, line, false);
 }
 

@@ -59,9 +59,23 @@ void AddMissing(Session& session, const QString& table, const QString& field, co
     session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
 }
 
+/// Remembers a translation; the row of SYS_IMP may be one that is taken back.
+void Remember(Session& session, const QString& key, const QString& newCode) {
+    const auto before = session.Translations.constFind(key);
+    if (before == session.Translations.constEnd()) {
+        session.Memory.WhenTakenBack([&session, key] { session.Translations.remove(key); });
+    } else {
+        session.Memory.WhenTakenBack([&session, key, old = *before] { session.Translations.insert(key, old); });
+    }
+    session.Translations.insert(key, newCode);
+}
+
 /// Keeps a code that has no translation for the result of the run.
 void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
-    session.Untranslated.Add(table + u'.' + field + QStringLiteral(" = ") + oldCode);
+    const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;
+    if (session.Untranslated.Add(text)) {
+        session.Memory.WhenTakenBack([&session, text] { session.Untranslated.TakeBack(text); });
+    }
 }
 
 QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,
@@ -77,7 +91,7 @@ QString Translate(Session& session, const QString& table, const QString& field, 
                                   QStringLiteral(" AND\r      TBOLD = ") + Quoted(session, oldCode));
     if (!rows.Eof()) {
         const QString newCode = mod_ovTools::NzText(rows.Fields(QStringLiteral("TBNEW")).Value(), true).toString();
-        session.Translations.insert(key, newCode);
+        Remember(session, key, newCode);
         if (newCode.isEmpty()) {
             NoteUntranslated(session, table, field, oldCode);
         }
@@ -103,6 +117,7 @@ void TellFailure(Session& session, const QString& procedure, const QString& what
     const QString cause = CauseOf(error);
     const QString message = procedure + QStringLiteral(": ") + cause;
     ++failures.count;
+    session.Memory.WhenTakenBack([&failures] { --failures.count; });
     if (failures.messages.size() < MostFailuresTold && !failures.messages.contains(message)) {
         failures.messages.append(message);
         session.Errors.Monitoring(Module, procedure);
@@ -140,6 +155,14 @@ private:
     bool m_silent;
 };
 
+/// Whether a failing look-up is decided about with its whole row: what the row has written is gone, or the row may be
+/// done again or given up.
+bool IsOfRow(const Session& session) {
+    return session.Memory.IsOpen() &&
+           (session.Quadrix.TransactionLost() ||
+            (session.Errors.Action != ErrorAction::Abort && !session.FailedLookUps.wasAborted));
+}
+
 /// A look-up: an error is told under its name and gives the empty text. Only a source row that has been given up is
 /// passed on, or it would go on as if its code had no translation.
 /// @param what gives the code looked for, as the log names it
@@ -150,7 +173,11 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
         return body();
     } catch (const RowGivenUp&) {
         throw;
-    } catch (const Error& error) {
+    } catch (Error& error) {
+        if (IsOfRow(session)) {
+            error.SetOfLookUp();
+            throw;
+        }
         session.FailedLookUps.wasAborted = true;
         TellFailure(session, procedure, what(), error);
     } catch (const std::exception& error) {
@@ -181,11 +208,7 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
 
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                      const QString& newCode) {
-    session.Translations.insert(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode), newCode);
-}
-
-void ForgetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode) {
-    session.Translations.remove(MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode));
+    Remember(session, MemoryKey(tableName.left(NameLength), fieldName.left(NameLength), oldCode), newCode);
 }
 
 QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode, bool asCustomer, bool asSupplier,

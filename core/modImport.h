@@ -19,8 +19,6 @@ QString GetNewCode(Session& session, const QString& tableName, const QString& fi
 /// Takes in a translation that has been written into SYS_IMP just now, in place of the one remembered.
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                      const QString& newCode);
-/// Forgets a translation that was remembered, or read: the next look-up reads it again.
-void ForgetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode);
 
 /// Finds the counterparty made from a source customer or supplier code. With neither flag both codes are looked at;
 /// asCustomer wins over asSupplier. A partial match looks for the code anywhere in the stored one. The code goes
@@ -49,8 +47,12 @@ bool IsWarehouseDestination(int family, int docTypeIndex);
 /// @return true; raises `ImportError` naming the file when it cannot be written
 bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName = {});
 
-/// Appends what there is to tell about the row under way to the default log, as one line, and notes it for the result
-/// of the run.
+/// Writes the lines of rows that are committed now, in one go, and notes them for the result of the run. Until then
+/// `WriteImportLog` and `LogNote` hold what goes to the default log. Raises `ImportError` naming the file.
+void WriteHeldLines(Session& session);
+
+/// Appends what there is to tell about the row under way to the default log, as one line, and notes it for the
+/// result of the run.
 void LogNote(Session& session, const QString& message);
 
 /// The value in upper case, character for character, when the configuration key KEYFIELD_CHAR (default "1") is 1, else

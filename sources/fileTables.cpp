@@ -49,6 +49,9 @@ public:
     void Begin() override { m_database.Reader().Begin(); }
     void Commit() override { m_database.Reader().Commit(); }
     void RollBack() override { m_database.Reader().RollBack(); }
+    bool TransactionStands(bool afterFailure) override { return m_database.Reader().TransactionStands(afterFailure); }
+    void SetMark() override { m_database.Reader().SetMark(); }
+    void RollBackToMark() override { m_database.Reader().RollBackToMark(); }
     void Interrupt() noexcept override { m_database.Reader().Interrupt(); }
     qint64 LastInsertId() override { return m_database.Reader().LastInsertId(); }
     QStringList Tables() override { return m_names; }

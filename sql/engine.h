@@ -72,6 +72,13 @@ public:
     virtual void Begin() = 0;
     virtual void Commit() = 0;
     virtual void RollBack() = 0;
+    /// Whether the transaction that was begun is still open at the database. Engines end one by themselves: on a full
+    /// disk, as the victim of a deadlock, with the connection. The database is asked where only it knows.
+    /// @param afterFailure a statement has just failed: what was known before it may be true no longer
+    virtual bool TransactionStands(bool afterFailure) = 0;
+    /// Marks the point of the open transaction that `RollBackToMark` goes back to, in place of the last one.
+    virtual void SetMark() = 0;
+    virtual void RollBackToMark() = 0;
     /// Stops the statement under way, from another thread or a signal; it then fails with `SqlError`.
     virtual void Interrupt() noexcept = 0;
     /// Identity value given by the last INSERT of this connection; 0 when there was none.

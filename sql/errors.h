@@ -33,6 +33,9 @@ public:
     /// Whether the operator has seen it and chosen to end: it is not shown to him again.
     bool WasShown() const { return m_wasShown; }
     void SetShown() { m_wasShown = true; }
+    /// Whether it is that of a look-up, without which the row under way can go on.
+    bool IsOfLookUp() const { return m_isOfLookUp; }
+    void SetOfLookUp() { m_isOfLookUp = true; }
     const char* what() const noexcept override {
         if (m_utf8.isEmpty()) {
             m_utf8 = m_message.toUtf8();
@@ -44,6 +47,7 @@ private:
     QString m_message;
     QString m_rowKey;
     bool m_wasShown = false;
+    bool m_isOfLookUp = false;
     mutable QByteArray m_utf8;
 };
 

@@ -52,11 +52,17 @@ void ovConnection::OpenConnection() {
 void ovConnection::CloseConnection() {
     m_engine.reset();
     m_inTransaction = false;
+    m_lost = false;
 }
 
 Engine& ovConnection::Opened(const QString& statement) const {
     if (m_engine == nullptr) {
         throw SqlError(statement, QStringLiteral("la connessione al database non è aperta"));
+    }
+    if (m_lost) {
+        throw SqlError(statement,
+                       QStringLiteral("il database ha chiuso da sé la transazione in corso: l'istruzione non "
+                                      "è stata eseguita"));
     }
     return *m_engine;
 }
@@ -72,6 +78,24 @@ bool ovConnection::TellDoubt(SqlError& error, const QString& statement) const {
     return mayBeDone;
 }
 
+/// Statements that follow would commit each by itself.
+void ovConnection::NoticeLoss(SqlError& error) {
+    if (m_inTransaction && !m_lost && m_engine != nullptr && !m_engine->TransactionStands(true)) {
+        m_lost = true;
+        error.AddAdvice(QStringLiteral("il database ha annullato la transazione in corso"));
+    }
+}
+
+template<class Work>
+void ovConnection::NoticingLoss(const Work& work) {
+    try {
+        work();
+    } catch (SqlError& error) {
+        NoticeLoss(error);
+        throw;
+    }
+}
+
 template<class Work>
 auto ovConnection::WithDecision(const QString& statement, const Work& work) {
     for (int attempt = 1;; ++attempt) {
@@ -79,7 +103,8 @@ auto ovConnection::WithDecision(const QString& statement, const Work& work) {
             return work();
         } catch (SqlError& error) {
             const bool mayBeDone = TellDoubt(error, statement);
-            if (Errors == nullptr) {
+            NoticeLoss(error);
+            if (Errors == nullptr || m_lost) {
                 throw;
             }
             Errors->Decide(error, attempt, mayBeDone);
@@ -167,15 +192,35 @@ void ovConnection::BeginTrans() {
     Show(Trace, engine.TextDialect() == Dialect::MySql ? QStringLiteral("BEGIN") : statement);
     engine.Begin();
     m_inTransaction = true;
+    m_lost = false;
+}
+
+void ovConnection::SetMark() {
+    const QString statement = QStringLiteral("SAVEPOINT QDX_ROW");
+    Engine& engine = Opened(statement);
+    Show(Trace, statement);
+    NoticingLoss([&] { engine.SetMark(); });
+}
+
+void ovConnection::RollbackToMark() {
+    const QString statement = QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW");
+    Engine& engine = Opened(statement);
+    Show(Trace, statement);
+    NoticingLoss([&] { engine.RollBackToMark(); });
 }
 
 void ovConnection::CommitTrans() {
     if (m_inTransaction) {
+        Engine& engine = Opened(Commit);
         Show(Trace, Commit);
         try {
-            Opened(Commit).Commit();
+            if (!engine.TransactionStands(false)) {
+                throw SqlError(Commit, QStringLiteral("la transazione non è più aperta"));
+            }
+            engine.Commit();
         } catch (SqlError& error) {
             TellDoubt(error, Commit);
+            NoticeLoss(error);
             throw;
         }
         m_inTransaction = false;
@@ -185,6 +230,7 @@ void ovConnection::CommitTrans() {
 void ovConnection::RollbackTrans() {
     if (m_inTransaction) {
         m_inTransaction = false;
+        m_lost = false;
         Show(Trace, QStringLiteral("ROLLBACK"));
         Opened(QStringLiteral("ROLLBACK")).RollBack();
     }

@@ -70,10 +70,19 @@ public:
     void CommitTrans();
     /// Takes back the open transaction; does nothing when none is open.
     void RollbackTrans();
+    /// Marks the point of the open transaction that `RollbackToMark` goes back to, in place of the last one.
+    void SetMark();
+    void RollbackToMark();
     /// True between `BeginTrans` and its end.
     bool InTransaction() const { return m_inTransaction; }
+    /// True when the database has ended the open transaction by itself (full disk, deadlock, lost connection): what was
+    /// written in it is gone, and every statement fails until `RollbackTrans`, or it would stand for itself.
+    bool TransactionLost() const { return m_lost; }
     /// Identity value of the row inserted last on this connection.
     qint64 LastInsertId();
+    /// Waits for a while before what failed is tried again, where it may pass by itself and nobody was asked about it.
+    /// @param attempt tries so far
+    void WaitToPass(const SqlError& error, int attempt) const;
     /// Stops the statement under way; safe from another thread.
     void Interrupt() noexcept;
 
@@ -91,8 +100,10 @@ private:
     QString TextFor(const Engine& engine, const QString& statement) const;
     static void Show(const StatementObserver& observer, const QString& statement);
     void RestartNumbers(Engine& engine, const QString& table) const;
-    void WaitToPass(const SqlError& error, int attempt) const;
+    void NoticeLoss(SqlError& error);
     bool TellDoubt(SqlError& error, const QString& statement) const;
+    template<class Work>
+    void NoticingLoss(const Work& work);
     template<class Work>
     auto WithDecision(const QString& statement, const Work& work);
     std::unique_ptr<Engine> OpenEngine() const;
@@ -100,4 +111,5 @@ private:
     std::unique_ptr<Engine> m_engine;
     QString m_company;
     bool m_inTransaction = false;
+    bool m_lost = false;
 };

@@ -64,8 +64,20 @@ void ovErrors::Monitoring(const QString& module, const QString& procedure) {
     entry.module = module;
     entry.procedure = procedure;
     Keep(entry);
-    if (ReportToOperator && !wasShown) {
-        ReportToOperator(entry);
+    if (wasShown) {
+        return;
+    }
+    m_waiting.append(entry);
+    if (!m_asWhole) {
+        ShowWaiting();
+    }
+}
+
+void ovErrors::ShowWaiting() {
+    for (const ErrorEntry& entry : std::exchange(m_waiting, {})) {
+        if (ReportToOperator) {
+            ReportToOperator(entry);
+        }
     }
 }
 
@@ -84,6 +96,9 @@ ErrorAnswer ovErrors::AnswerTo(const ErrorEntry& entry, bool mayTryAgain) const 
 }
 
 void ovErrors::Decide(Error& error, int attempt, bool mayBeDone) {
+    if (m_asWhole) {
+        throw;
+    }
     const ErrorEntry entry = MakeEntry(error);
     const bool asks = Action == ErrorAction::Ask && AskOperator;
     const ErrorAnswer answer = AnswerTo(entry, attempt < Tries && !mayBeDone);

@@ -76,6 +76,7 @@ public:
     /// error again, with the key of the row under way.
     /// @param mayBeDone whether the work may have been done in spite of the error: it could be done twice, and is tried
     /// again only when the operator says so; `Retry` then fails at once
+    /// Raises the error being handled at once where the row stands or falls as a whole (`AsWhole`).
     void Decide(Error& error, int attempt, bool mayBeDone = false);
 
     /// Key of the source row under way, for the entries; empty outside a row.
@@ -95,6 +96,25 @@ public:
         QString m_outerKey;
         bool m_outer;
     };
+
+    /// While it lives, the source row under way stands or falls as a whole: nothing is decided about a failing
+    /// statement, whose error rises to whoever does the whole row again, and what is to be shown waits for
+    /// `ShowWaiting`.
+    class AsWhole {
+    public:
+        explicit AsWhole(ovErrors& errors)
+            : m_errors(errors),
+              m_before(std::exchange(errors.m_asWhole, true)) {}
+        ~AsWhole() { m_errors.m_asWhole = m_before; }
+        AsWhole(const AsWhole&) = delete;
+        AsWhole& operator=(const AsWhole&) = delete;
+
+    private:
+        ovErrors& m_errors;
+        bool m_before;
+    };
+    /// Shows the operator what had to wait.
+    void ShowWaiting();
 
     /// Another `Action` for its lifetime.
     class Acting {
@@ -120,6 +140,8 @@ private:
     qint64 m_count = 0;
     QString m_rowKey;
     bool m_inRow = false;
+    bool m_asWhole = false;
+    QVector<ErrorEntry> m_waiting; ///< to be shown
 };
 
 /// The border of a public procedure: runs `body`; an error is reported through `Monitoring` and gives `fallback`.

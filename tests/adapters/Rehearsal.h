@@ -43,7 +43,7 @@ public:
     Faults SourceFault;
     bool StruckInRow = false; ///< whether a source row was under way when the fault struck
     QString StruckRow;        ///< its key
-    float StruckAt = 0;       ///< how many rows were done
+    int StruckAt = 0;         ///< how many rows of the source were read
     RunResult Clean;          ///< of a run without faults
     QStringList CleanRows;    ///< what it leaves
     QString CleanLog;
@@ -72,6 +72,7 @@ private:
     QStringList m_written;         ///< physical names of the tables that the line writes
     bool m_isLearning = true;
     QMap<QString, qint64> m_deleted;
+    QMap<QString, QMap<QString, qint64>> m_deletedBefore; ///< the same, at each mark
     QMap<QString, qint64> m_startCounts;
     QString m_startTriggers;
 };

@@ -14,7 +14,9 @@ struct Faults {
     int first = 0;           ///< the first that fails, from 1; 0 for none
     int times = 1;           ///< how many in a row; `Always` for every one from then on; 0 only calls `struck`
     bool rows = false;       ///< whether the reading of each row counts too, beside the statements
+    bool ends = false;       ///< whether the database ends an open transaction with the first
     int seen = 0;            ///< how many were asked for so far
+    int read = 0;            ///< rows so far
     QStringList failed = {}; ///< their texts
     std::function<void()> struck = {}; ///< called when the first fails
 
@@ -42,6 +44,7 @@ public:
           m_statement(std::move(statement)) {}
 
     bool Next() override {
+        ++m_faults.read;
         if (m_faults.rows) {
             m_faults.Meet(m_statement);
         }
@@ -69,7 +72,7 @@ public:
 
     Dialect TextDialect() const override { return m_engine->TextDialect(); }
     qint64 Run(const QString& statement) override {
-        m_faults.Meet(statement);
+        Meet(statement);
         const qint64 rows = m_engine->Run(statement);
         if (m_ran) {
             m_ran(statement, rows);
@@ -77,28 +80,67 @@ public:
         return rows;
     }
     std::unique_ptr<Cursor> Query(const QString& statement) override {
-        m_faults.Meet(statement);
+        Meet(statement);
         return std::make_unique<FaultyCursor>(m_engine->Query(statement), m_faults, statement);
     }
     // The test's own transaction is open around those of the program.
-    void Begin() override { m_engine->Run(QStringLiteral("SAVEPOINT own")); }
-    void Commit() override { m_engine->Run(QStringLiteral("RELEASE own")); }
-    void RollBack() override {
-        m_engine->Run(QStringLiteral("ROLLBACK TO own"));
-        Commit();
+    void Begin() override {
+        Do(QStringLiteral("SAVEPOINT own"));
+        m_isOpen = true;
     }
+    void Commit() override {
+        try {
+            m_faults.Meet(QStringLiteral("COMMIT"));
+        } catch (const SqlError&) {
+            RollBack();
+            throw;
+        }
+        End();
+    }
+    void RollBack() override {
+        if (m_isOpen) {
+            Do(QStringLiteral("ROLLBACK TO own"));
+            End();
+        }
+    }
+    bool TransactionStands(bool afterFailure) override { return m_isOpen && m_engine->TransactionStands(afterFailure); }
+    void SetMark() override { Do(QStringLiteral("SAVEPOINT QDX_ROW")); }
+    void RollBackToMark() override { Do(QStringLiteral("ROLLBACK TO QDX_ROW")); }
     void Interrupt() noexcept override { m_engine->Interrupt(); }
     qint64 LastInsertId() override { return m_engine->LastInsertId(); }
     QStringList Tables() override { return m_engine->Tables(); }
     QVector<ColumnInfo> Columns(const QString& table) override { return m_engine->Columns(table); }
     void SetTriggersEnabled(const QString& table, bool enabled) override {
-        m_faults.Meet(QStringLiteral("trigger ") + table);
+        Meet(QStringLiteral("trigger ") + table);
         m_engine->SetTriggersEnabled(table, enabled);
     }
     QString RestartStatement(const QString& table) override { return m_engine->RestartStatement(table); }
 
 private:
+    void Meet(const QString& statement) {
+        try {
+            m_faults.Meet(statement);
+        } catch (const SqlError&) {
+            if (m_faults.ends) {
+                RollBack();
+            }
+            throw;
+        }
+    }
+    /// What marks or takes back is seen too.
+    void Do(const QString& statement) {
+        m_engine->Run(statement);
+        if (m_ran) {
+            m_ran(statement, 0);
+        }
+    }
+    void End() {
+        m_engine->Run(QStringLiteral("RELEASE own"));
+        m_isOpen = false;
+    }
+
     std::unique_ptr<Engine> m_engine;
+    bool m_isOpen = false;
     Faults& m_faults;
     Ran m_ran;
 };

@@ -37,11 +37,6 @@ qint64 IdWhere(Session& session, const QString& table, const QString& condition)
                                           condition);
 }
 
-qint64 LastId(Session& session, const QString& table) {
-    return session.Quadrix.ExecuteCommand(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") +
-                                          session.Quadrix.GetFullTableName(table));
-}
-
 QString Equals(const Session& session, const QString& column, const QString& text) {
     return column + QStringLiteral(" = ") +
            mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
@@ -99,7 +94,6 @@ void StoreNewCode(ImportRun& run, const QString& table, const QString& field, co
         row.Set("TBFLD", field);
         row.Set("TBOLD", oldCode);
         row.Insert();
-        run.WhenTakenBack([=, &session] { modImport::ForgetNewCode(session, table, field, oldCode); });
     }
     modImport::RememberNewCode(session, table, field, oldCode, newCode);
 }

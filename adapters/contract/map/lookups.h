@@ -14,9 +14,6 @@ QString LookUp(Session& session, const QString& table, const QString& keyColumn,
 /// RECORD_ID of the first row of a Quadrix table that meets a condition (without WHERE); 0 when there is none.
 qint64 IdWhere(Session& session, const QString& table, const QString& condition);
 
-/// RECORD_ID of the row inserted last, read back as the highest; 0 in an empty table.
-qint64 LastId(Session& session, const QString& table);
-
 /// "COLUMN = literal": a condition on a text of the target.
 QString Equals(const Session& session, const QString& column, const QString& text);
 /// "COLUMN = number".

@@ -1,14 +1,11 @@
 #pragma once
 
+#include "adapters/contract/run/Account.h"
 #include "adapters/contract/run/Needs.h"
-#include "adapters/contract/run/RowUnderWay.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "core/modImport.h"
 
 namespace contract {
-
-/// What became of a source row.
-enum class RowOutcome { Inserted, Updated, Skipped };
 
 /// One run of one import procedure: announcement, preflight, emptying, questions, the row loop with progress, cancel
 /// and the account, the completion message, and the guard around it all. When it ends, its result is in the session.
@@ -56,8 +53,10 @@ public:
         ovConnection* database = nullptr;
     };
     using RowWork = std::function<RowOutcome(const SourceRow&)>;
-    /// Reads the rows and hands each to `row`. A row that cannot be carried over goes the way the error collector's
-    /// `Action` says; what it wrote before is taken back, with the rows that belong to it.
+    /// Reads the rows and hands each to `row`. Several are committed together (setting GruppoRighe of section IMPORT):
+    /// a row counts from its commit on. One that cannot be carried over is taken back alone, with the rows that belong
+    /// to it, and goes the way the error collector's `Action` says. Rows may be done more than once: what they remember
+    /// has to go through `WhenTakenBack` or `Restores`.
     /// @param groupEnd called after the last of the rows that belong together
     /// @return false when the operator cancelled
     bool Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd = {});
@@ -90,50 +89,37 @@ public:
     /// Key of the row under way, for log lines.
     const QString& RowKey() const { return m_session.Errors.RowKey(); }
 
-    /// What has been written so far for the row under way stays when the row is given up: rows that serve later ones
-    /// too.
-    void KeepWritten();
-    /// Has the writer of the row that was written last called when that row, new or rewritten, is taken back: what it
-    /// remembers of it must not serve later rows.
-    void WhenTakenBack(std::function<void()> forget);
+    /// Has `forget` called when what was written last is taken back: what is remembered of it must not serve later
+    /// rows.
+    void WhenTakenBack(std::function<void()> forget) { m_session.Memory.WhenTakenBack(std::move(forget)); }
+    /// Gives a variable, which outlives the run, its present value back when what follows is taken back.
+    template<class Variable>
+    void Restores(Variable& variable) {
+        m_session.Memory.Restores(variable);
+    }
+
+    /// Puts a value into a set that outlives the row, until what is written now is taken back.
+    template<class Value>
+    void Remember(QSet<Value>& set, const Value& value) {
+        if (!set.contains(value)) {
+            set.insert(value);
+            WhenTakenBack([&set, value] { set.remove(value); });
+        }
+    }
 
     /// Rows of a table (bare name) that the run has written so far, without those taken back.
-    qint64 WrittenRows(const QString& table) const;
+    qint64 WrittenRows(const QString& table) const { return m_account.Written(table); }
+    /// RECORD_ID of the row that the run has inserted last into a table (bare name), as the insert gave it; 0 when it
+    /// has inserted none.
+    qint64 LastId(const QString& table) const { return m_lastIds.value(table); }
     /// Called by `TargetRow`: counts a row that was written for the source row under way.
     void Inserted(const QString& table);
-    void Updated(const QString& table);
+    void Updated(const QString& table) { m_account.Updated(table); }
 
 private:
-    struct Written {
-        QString table;
-        qint64 id; ///< 0: no row, but something to forget
-        std::function<void()> forget = {};
-    };
-    /// The rows under way that belong together, and what became of those that are done.
-    struct Group {
-        QString value = {};
-        QStringList keys = {};
-        qint64 inserted = 0;
-        qint64 updated = 0;
-        qint64 skipped = 0;
-        QMap<QString, qint64> skippedBy = {};
-        bool givenUp = false;
-        QString culprit = {}; ///< the row that has been given up with its reason
-    };
-    ovConnection& DatabaseOf(const Loop& loop) const;
-    void ReadRows(const Loop& loop, qint64 count, Progress* progress, const RowWork& row,
-                  const std::function<void()>& groupEnd);
-    void ProcessRow(const QString& key, const std::function<RowOutcome()>& row);
-    void EndGroup(const std::function<void()>& groupEnd);
-    void Attempt(const QString& key, const std::function<void()>& work);
-    void Account(RowOutcome outcome);
-    void GiveUp(const QString& key, const QString& reason);
-    void GiveUpFor(const Error& error, const QString& key) noexcept;
-    QString CountGivenUp(const QString& key, const QString& reason);
-    QStringList TakeBack(size_t from);
-    QStringList LeaveWritten(size_t from, const QString& reason);
-    void TellInterrupted();
-    void NoteUnderWay(const QString& key);
+    friend class RowLoop;
+
+    void CommitAccount();
     void LogError();
     void AppendToLog(const QString& line);
     void LogOrReport(const QString& message);
@@ -143,17 +129,13 @@ private:
 
     Session& m_session;
     modImport::FieldCase m_case;
-    RunResult m_result;
+    Account m_account;
     bool m_single;
     bool m_failed = false;
     QString m_errorText; ///< empty: errors are not logged
     QString m_rule;      ///< that leaves the row under way out
-    Group m_group;
-    std::optional<RowUnderWay> m_underWay; ///< none where the death of the program takes the whole run back
-    std::vector<Written> m_written;        ///< rows inserted for the source rows under way
-    bool m_insertedLast = false;           ///< whether the row that was written last is new
-    QStringList m_changed;                 ///< tables of rows updated for them
-    double m_start;                        ///< seconds on the operator's clock
+    QHash<QString, qint64> m_lastIds;
+    double m_start; ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -75,7 +75,7 @@ RowOutcome BillWriter::Begin(const BillHead& head) {
     row.Set("DBANN", false);
     row.Set("DBINV", today);
     row.Insert();
-    m_bill = LastId(session, "DIS_BAS");
+    m_bill = m_run.LastId("DIS_BAS");
     return RowOutcome::Inserted;
 }
 
@@ -103,7 +103,7 @@ qint64 BillWriter::Write(const Phase& phase) {
         return known;
     }
     row.Insert();
-    return LastId(session, "DIS_FAS");
+    return m_run.LastId("DIS_FAS");
 }
 
 void BillWriter::TellRepeated(const Component& component) {

@@ -209,7 +209,7 @@ QString CounterpartyWriter::ChildrenOf(const Owner& counterparty, const QString&
 
 Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table) {
     row.Insert();
-    const QString id = QString::number(LastId(m_run.GetSession(), table));
+    const QString id = QString::number(m_run.LastId(table));
     m_met.insert(table + id);
     return {table, id};
 }

@@ -206,7 +206,7 @@ QString DocumentWriter::DestinationName(const DocumentHead& head, const QString&
 
 qint64 DocumentWriter::Insert(TargetRow& head) {
     head.Insert();
-    const qint64 id = LastId(m_run.GetSession(), m_family.head);
+    const qint64 id = m_run.LastId(m_family.head);
     Saw(id);
     return id;
 }

@@ -138,7 +138,7 @@ public:
     /// Rewrites the head of that RECORD_ID.
     void Update(TargetRow& head, qint64 id);
     /// The source has the document of that head, whatever becomes of it; heads that are written need not be told.
-    void Saw(qint64 head) { m_seen.insert(head); }
+    void Saw(qint64 head) { m_run.Remember(m_seen, head); }
     /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
     /// follow before it is inserted.
     TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;

@@ -45,6 +45,7 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     }
     State state = begins ? Begin(key, first, known) : *m_state;
     const RowOutcome outcome = state.id == 0 ? m_run.Skip(AlreadyImported) : WriteRow(state, values, more, id);
+    m_run.Restores(m_state);
     m_state = state;
     return outcome;
 }
@@ -57,7 +58,7 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
     ++state.rows;
     const qint64 known = m_writer.PutRow(target, state.id, row.number, state.wasThere, state.rewritten);
     if (id != nullptr) {
-        *id = known != 0 ? known : LastId(m_run.GetSession(), m_family.row);
+        *id = known != 0 ? known : m_run.LastId(m_family.row);
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
@@ -68,8 +69,10 @@ void OpenDocument::End() {
             m_writer.TellRowsLeft(m_state->id, m_state->rows);
         }
         m_writer.Total(m_state->id);
+        m_run.Restores(m_count);
         ++m_count;
     }
+    m_run.Restores(m_state);
     m_state.reset();
 }
 

@@ -64,7 +64,7 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
     row.Set("LTTYP", schema::defaults::PriceListType);
     row.Set("LTVAL", schema::defaults::Currency);
     row.Insert();
-    return LastId(session, "LIS_TES");
+    return m_run.LastId("LIS_TES");
 }
 
 qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity) const {
@@ -82,7 +82,7 @@ qint64 PriceListWriter::Article(const QString& list, const QString& article, con
     row.Set("LAINV", validity.from);
     row.Set("LAFIV", validity.to);
     row.Insert();
-    return LastId(session, "LIS_ART");
+    return m_run.LastId("LIS_ART");
 }
 
 RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
@@ -163,7 +163,7 @@ void PriceListWriter::Work(const WorkPrice& price) {
     };
     write(row, known.price);
     if (known.price == 0) {
-        known.price = m_run.GetSession().Quadrix.GetMaxValue("LIS_LAV", "RECORD_ID").toLongLong();
+        known.price = m_run.LastId("LIS_LAV");
     }
     m_works.insert(known.price);
     TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", known.price, price.scale);

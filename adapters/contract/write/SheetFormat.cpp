@@ -59,7 +59,7 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
         row.Insert();
     }
     if (id != nullptr) {
-        *id = known != 0 ? known : LastId(session, Table);
+        *id = known != 0 ? known : run.LastId(Table);
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }

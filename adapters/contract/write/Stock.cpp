@@ -92,8 +92,8 @@ void StockWriter::InsertMovement(Movement& movement, const StockLine& line) {
         row.Set("MMLAM", true);
     }
     row.Insert();
-    m_run.WhenTakenBack([&movement] { movement = {}; });
-    movement.id = LastId(session, "MOV_MAG");
+    m_run.Restores(movement);
+    movement.id = m_run.LastId("MOV_MAG");
 }
 
 /// The row of that balance that is still to be rewritten: several may be alike.
@@ -147,17 +147,16 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     row.Set("MRTPM", LoadMovement);
     row.Set("MRSTA", Closed);
     SetParticulars(row, line);
-    movement.offcuts.insert(!line.offcut.isEmpty());
+    m_run.Remember(movement.offcuts, !line.offcut.isEmpty());
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-        movement.rewritten.insert(known);
-        m_run.WhenTakenBack([&movement, known] { movement.rewritten.remove(known); });
+        m_run.Remember(movement.rewritten, known);
         return RowOutcome::Updated;
     }
     row.Set("MRNUM", movement.last + 1);
     row.Insert();
+    m_run.Restores(movement.last);
     ++movement.last;
-    m_run.WhenTakenBack([&movement] { --movement.last; });
     return RowOutcome::Inserted;
 }
 

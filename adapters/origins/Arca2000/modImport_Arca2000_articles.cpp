@@ -206,8 +206,8 @@ RowOutcome ImportPrezzo(ImportRun& run, const SourceRow& row, CustomerList& list
     const PriceListWriter writer(run);
     const QString sourceCode = row.Text("codclifor");
     if (list.sourceCode != sourceCode) {
+        run.Restores(list);
         list = OpenList(run, writer, sourceCode);
-        run.KeepWritten();
     }
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
     const qint64 articleRow =

@@ -281,6 +281,7 @@ RowOutcome Importer::Head(const SourceRow& row) {
                      LiteralOf(session.SourceConnection(), row.Value("Id_DOTes")) + "\rORDER BY Riga",
                  Righe, "Riga", [&](const SourceRow& each) { WriteRow(each, document); });
     SetTotals(row, document);
+    m_run.Restores(m_count);
     ++m_count;
     return document.wasThere ? RowOutcome::Updated : RowOutcome::Inserted;
 }
@@ -348,13 +349,12 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
         document.rewritten.insert(id);
     } else {
         target.Insert();
-        id = LastId(session, document.family->row);
-        m_run.WhenTakenBack(
-            [this, id] { std::erase_if(m_openLinks, [id](const OpenLink& link) { return link.row == id; }); });
+        id = m_run.LastId(document.family->row);
     }
     ++document.rows;
     if (origin != 0 && originRow == 0) {
         m_openLinks.push_back({document.family, id, origin});
+        m_run.WhenTakenBack([this] { m_openLinks.pop_back(); });
     }
 }
 

@@ -111,6 +111,8 @@ RowOutcome Importer::Row(const SourceRow& row) {
         return m_run.Skip("genere di movimento che non si importa");
     }
     if (m_number != row.Text("RDRIEMOV")) {
+        m_run.Restores(m_number);
+        m_run.Restores(m_documents);
         m_number = row.Text("RDRIEMOV");
         m_documents.clear();
     }
@@ -119,6 +121,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
     Document document = m_documents.contains(key) ? m_documents.value(key) : Begin(row, *kind);
     const RowOutcome outcome = WriteRow(row, *kind, document);
     ++document.rows;
+    m_run.Restores(m_documents);
     m_documents.insert(key, document);
     return outcome;
 }
@@ -131,6 +134,8 @@ void Importer::EndNumber() {
         }
         writer.Total(document->id);
     }
+    m_run.Restores(m_count);
+    m_run.Restores(m_documents);
     m_count += static_cast<int>(m_documents.size());
     m_documents.clear();
 }

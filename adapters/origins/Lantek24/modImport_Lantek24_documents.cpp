@@ -157,6 +157,7 @@ RowOutcome Importer::Head(const SourceRow& row) {
     }
     m_writer.Total(document.id);
     CheckTotal(row, document);
+    m_run.Restores(m_count);
     ++m_count;
     return document.wasThere ? RowOutcome::Updated : RowOutcome::Inserted;
 }

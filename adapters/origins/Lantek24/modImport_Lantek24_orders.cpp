@@ -85,7 +85,7 @@ qint64 Importer::BillOf(const QString& product) {
         return *known;
     }
     const bool written = qdxImportDistintaFromLantek24(m_run, m_bills, product) != RowOutcome::Skipped;
-    m_run.KeepWritten(); // the bill stays, whatever becomes of the order
+    m_run.WhenTakenBack([this, product] { m_billIds.remove(product); });
     return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
 }
 
@@ -141,11 +141,13 @@ RowOutcome Importer::Row(const SourceRow& row) {
         target.Update("WHERE " + Equals("RECORD_ID", order));
     } else {
         target.Insert();
-        order = LastId(session, "ORD_PRO");
+        order = m_run.LastId("ORD_PRO");
     }
     ForEachChild(session, OperationsOf(m_run, row), Operations, "MnORef, OOrder",
                  [&](const SourceRow& operation) { WriteOperation(operation, order); });
-    m_written[IdentityOf(bill, facts)] = order;
+    qint64& last = m_written[IdentityOf(bill, facts)];
+    m_run.Restores(last);
+    last = order;
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 

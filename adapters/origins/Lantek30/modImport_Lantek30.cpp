@@ -317,6 +317,8 @@ private:
 double Stocktaker::QuantityOf(const SourceRow& row) {
     const QString product = row.Text("PrdRef");
     const bool again = product == m_last;
+    m_run.Restores(m_last);
+    m_run.Restores(m_taken);
     m_last = product;
     const double counted = NumberOf(row, "DIS_CamQuan");
     m_taken = again ? m_taken : NumberOf(row, "DIS_InProgress");

@@ -179,6 +179,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QString& last) {
     if (!row.IsBlank("_ARALT")) {
         writer.InternalCode(facts.code, row.Text("_ARALT"));
     }
+    run.Restores(last);
     last = facts.code;
     return outcome;
 }
@@ -227,6 +228,7 @@ RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QString& last) {
     TargetRow target(run, "ART_ICO");
     CostiPrezzi().Apply(target, session, row, {article});
     target.Update("WHERE " + Equals(session, "CDART", article));
+    run.Restores(last);
     last = article;
     return RowOutcome::Updated;
 }
@@ -275,7 +277,7 @@ RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row
     }
     const double quantity = NumberOf(row, "QTAINVENT") + NumberOf(row, "QTACARICO") - NumberOf(row, "QTASCARIC");
     const RowOutcome outcome = writer.Balance(warehouse, article, RoundedTo(quantity, 6));
-    seen.insert(key);
+    run.Remember(seen, key);
     return outcome;
 }
 

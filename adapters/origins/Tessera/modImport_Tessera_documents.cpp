@@ -197,7 +197,7 @@ public:
     qint64 Write(TargetRow& row) {
         if (m_known.isEmpty()) {
             row.Insert();
-            return LastId(m_run.GetSession(), m_table);
+            return m_run.LastId(m_table);
         }
         const qint64 id = m_known.takeFirst();
         row.Update("WHERE " + Equals("RECORD_ID", id));

@@ -27,7 +27,7 @@ QString WarehouseOf(ImportRun& run, const QString& code, QSet<QString>& told) {
     using schema::defaults::Warehouse;
     const QString known = TranslatedCode(run.GetSession(), Stock, "COD_MAGAZZINO", code, "MAG_AZZ");
     if (known.isEmpty() && !code.isEmpty() && !told.contains(code)) {
-        told.insert(code);
+        run.Remember(told, code);
         run.Log(QStringLiteral("MAGAZZINO NON TROVATO: '%1' non è in MAG_AZZ né tradotto in SYS_IMP, si usa '%2'")
                     .arg(code, Warehouse));
     }

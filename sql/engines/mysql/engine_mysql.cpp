@@ -57,6 +57,12 @@ public:
             Run(QStringLiteral("ROLLBACK"));
         }
     }
+    bool TransactionStands(bool afterFailure) override {
+        m_line->Free();
+        return m_connection->HasTransaction(afterFailure);
+    }
+    void SetMark() override { Run(QStringLiteral("SAVEPOINT QDX_ROW")); }
+    void RollBackToMark() override { Run(QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW")); }
     void Interrupt() noexcept override { m_connection->Kill(); }
     qint64 LastInsertId() override { return m_lastInsertId; }
 

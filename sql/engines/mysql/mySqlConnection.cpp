@@ -122,6 +122,15 @@ void MySqlConnection::NoticeEnd() {
 #endif
 }
 
+bool MySqlConnection::HasTransaction(bool ask) {
+    if (m_handle == nullptr || m_lost || (ask && mysql_ping(m_handle) != 0)) {
+        return false;
+    }
+    unsigned status = 0;
+    mariadb_get_infov(m_handle, MARIADB_CONNECTION_SERVER_STATUS, &status);
+    return (status & SERVER_STATUS_IN_TRANS) != 0;
+}
+
 SqlError MySqlConnection::GoneError(const QString& statement) {
     return MakeError(statement, CR_SERVER_GONE_ERROR, "la connessione è chiusa");
 }

@@ -44,6 +44,9 @@ public:
     SqlError GoneError(const QString& statement);
     /// True after the server went away: statements fail until `Open`.
     bool Lost() const { return m_lost; }
+    /// Whether a transaction is open, as the server said with its last answer. @param ask asks it now: an error does
+    /// not tell
+    bool HasTransaction(bool ask);
     /// Leaves the rest of the rows of a result: the line is free only when the last one has been read, so that a long
     /// rest is stopped at the server. @param skip reads one row, and tells whether it was the end
     template<class Skip>

@@ -31,8 +31,10 @@ QString Text(const StatementShape& source) { return dialect::Adapt(QString::from
 bool KeepsTables(const QString& statement) {
     SqlTokens tokens(statement);
     tokens.SkipSpace();
-    static constexpr QLatin1String Words[] = {QLatin1String("SELECT"), QLatin1String("INSERT"), QLatin1String("UPDATE"),
-                                              QLatin1String("DELETE"), QLatin1String("SHOW"),   QLatin1String("SET")};
+    static constexpr QLatin1String Words[] = {
+        QLatin1String("SELECT"),   QLatin1String("INSERT"),   QLatin1String("UPDATE"), QLatin1String("DELETE"),
+        QLatin1String("SHOW"),     QLatin1String("SET"),      QLatin1String("START"),  QLatin1String("COMMIT"),
+        QLatin1String("ROLLBACK"), QLatin1String("SAVEPOINT")};
     return std::any_of(std::begin(Words), std::end(Words),
                        [&tokens](QLatin1String word) { return tokens.IsWord(word); });
 }

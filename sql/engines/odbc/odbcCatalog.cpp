@@ -66,18 +66,29 @@ QString AsKept(const OdbcConnection& connection, const QString& name) {
 } // namespace
 
 DbmsWords WordsOf(Dbms dbms) {
-    const QString ofSession = QStringLiteral("SELECT @@IDENTITY");
+    DbmsWords words;
+    words.identity = QStringLiteral("SELECT @@IDENTITY");
+    words.mark = QStringLiteral("SAVEPOINT QDX_ROW");
+    words.toMark = QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW");
     switch (dbms) {
     case Dbms::SqlServer:
-        return {ofSession, QStringLiteral("ALTER TABLE %1 %2 TRIGGER ALL")};
+        // There is no transaction before the first statement that needs one.
+        words.mark = QStringLiteral("IF @@TRANCOUNT > 0 SAVE TRANSACTION QDX_ROW");
+        words.toMark = QStringLiteral("ROLLBACK TRANSACTION QDX_ROW");
+        words.stands = QStringLiteral("SELECT XACT_STATE()");
+        words.triggers = QStringLiteral("ALTER TABLE %1 %2 TRIGGER ALL");
+        break;
     case Dbms::Oracle:
-        return {ofSession, QStringLiteral("ALTER TABLE %1 %2 ALL TRIGGERS")};
+        words.triggers = QStringLiteral("ALTER TABLE %1 %2 ALL TRIGGERS");
+        break;
     case Dbms::MySql:
-        return {QStringLiteral("SELECT LAST_INSERT_ID()"), {}};
+        words.identity = QStringLiteral("SELECT LAST_INSERT_ID()");
+        words.stands = QStringLiteral("SELECT @@in_transaction");
+        break;
     case Dbms::Other:
         break;
     }
-    return {ofSession, {}};
+    return words;
 }
 
 Dbms DbmsOf(const OdbcConnection& connection) {

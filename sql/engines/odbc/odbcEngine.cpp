@@ -35,6 +35,19 @@ void OdbcEngine::RollBack() {
     }
 }
 
+/// A database that cannot tell is taken to have ended it: what is done again does no harm.
+bool OdbcEngine::TransactionStands(bool afterFailure) {
+    if (m_connection->Lost() || !m_inTransaction) {
+        return false;
+    }
+    const QString stands = odbc::WordsOf(m_dbms).stands;
+    try {
+        return !afterFailure || stands.isEmpty() || Number(stands) == 1;
+    } catch (const SqlError&) {
+        return false;
+    }
+}
+
 qint64 OdbcEngine::LastInsertId() { return Number(odbc::WordsOf(m_dbms).identity); }
 
 QStringList OdbcEngine::Tables() {

@@ -21,6 +21,9 @@ public:
     void Begin() override;
     void Commit() override;
     void RollBack() override;
+    bool TransactionStands(bool afterFailure) override;
+    void SetMark() override { Run(odbc::WordsOf(m_dbms).mark); }
+    void RollBackToMark() override { Run(odbc::WordsOf(m_dbms).toMark); }
     void Interrupt() noexcept override { m_connection->Interrupt(); }
     qint64 LastInsertId() override;
     QStringList Tables() override;

@@ -70,9 +70,26 @@ public:
         return std::make_unique<SqliteCursor>(m_database.get(), Prepare(statement), statement);
     }
 
-    void Begin() override { Run(QStringLiteral("BEGIN IMMEDIATE")); }
+    void Begin() override {
+        Run(QStringLiteral("BEGIN IMMEDIATE"));
+        m_marked = false;
+    }
     void Commit() override { Run(QStringLiteral("COMMIT")); }
-    void RollBack() override { Run(QStringLiteral("ROLLBACK")); }
+    void RollBack() override {
+        if (TransactionStands(false)) {
+            Run(QStringLiteral("ROLLBACK"));
+        }
+    }
+    bool TransactionStands(bool /*afterFailure*/) override { return sqlite3_get_autocommit(m_database.get()) == 0; }
+    void SetMark() override {
+        if (m_marked) { // marks of the same name would stand one within the other
+            Run(QStringLiteral("RELEASE QDX_ROW"));
+        }
+        m_marked = false;
+        Run(QStringLiteral("SAVEPOINT QDX_ROW"));
+        m_marked = true;
+    }
+    void RollBackToMark() override { Run(QStringLiteral("ROLLBACK TO QDX_ROW")); }
     void Interrupt() noexcept override { sqlite3_interrupt(m_database.get()); }
     qint64 LastInsertId() override { return sqlite3_last_insert_rowid(m_database.get()); }
 
@@ -161,6 +178,7 @@ private:
 
     Database m_database;
     std::shared_ptr<SqliteStatements> m_statements; ///< goes before the database
+    bool m_marked = false;
 };
 
 } // namespace

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "sql/Recordset.h"
+
+namespace contract {
+
+/// Shows rows that were read from a recordset earlier, as often as they are wanted: the recordset itself goes forward
+/// only.
+class HeldRows {
+public:
+    using Row = QVector<QVariant>;
+
+    /// @param source the recordset that the rows come from
+    explicit HeldRows(const Recordset& source) {
+        auto cursor = std::make_unique<HeldCursor>(source.Columns());
+        m_cursor = cursor.get();
+        m_shown = Recordset(std::move(cursor), source.Query());
+    }
+
+    /// The values of the row that a recordset of the same columns stands on. Raises `SqlError`.
+    Row Take(const Recordset& source) const {
+        Row row;
+        const int count = static_cast<int>(m_cursor->Columns().size());
+        row.reserve(count);
+        for (int column = 0; column < count; ++column) {
+            row.append(source.Fields(column).Value());
+        }
+        return row;
+    }
+    /// A recordset that stands on that row, which must outlive its use.
+    const Recordset& Show(const Row& row) {
+        m_cursor->row = &row;
+        return m_shown;
+    }
+
+private:
+    struct HeldCursor final : Cursor {
+        explicit HeldCursor(QStringList names)
+            : columns(std::move(names)) {}
+        bool Next() override { return true; }
+        const QStringList& Columns() const override { return columns; }
+        QVariant Value(int column) const override { return row->at(column); }
+
+        QStringList columns;
+        const Row* row = nullptr;
+    };
+
+    HeldCursor* m_cursor = nullptr; ///< of `m_shown`
+    Recordset m_shown;
+};
+
+} // namespace contract

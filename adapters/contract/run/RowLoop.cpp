@@ -1,0 +1,348 @@
+#include "adapters/contract/run/RowLoop.h"
+
+#include "core/modImport.h"
+#include "core/modMain.h"
+
+namespace contract {
+
+namespace {
+
+constexpr int MostRedone = 3; ///< times that rows are done again whose transaction the database has ended
+
+/// Rows that are committed together at the most; 0: every statement commits by itself.
+int RowsTogether(Session& session) {
+    return modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"),
+                                 QStringLiteral("200"))
+        .toInt();
+}
+
+/// What tells rows that belong together from others.
+QString ValueOf(const ImportRun::Loop& loop, const SourceRow& row) {
+    QStringList values;
+    for (const QString& column : loop.group) {
+        values.append(row.Text(column));
+    }
+    return values.join(QChar(u'\x1f'));
+}
+
+/// The error that some work ends with; null when it does not.
+template<class Work>
+std::exception_ptr FailureOf(const Work& work) noexcept {
+    try {
+        work();
+    } catch (...) {
+        return std::current_exception();
+    }
+    return nullptr;
+}
+
+/// Raises an error with another that came before it as its context.
+[[noreturn]] void RaiseBehind(const std::exception_ptr& further, const QString& before) {
+    try {
+        std::rethrow_exception(further);
+    } catch (Error& error) {
+        error.AddContext(before);
+        throw;
+    }
+}
+
+} // namespace
+
+RowLoop::RowLoop(ImportRun& run, const ImportRun::Loop& loop, const ImportRun::RowWork& row,
+                 const std::function<void()>& groupEnd)
+    : m_run(run),
+      m_session(run.GetSession()),
+      m_loop(loop),
+      m_row(row),
+      m_groupEnd(groupEnd),
+      m_transaction(m_session, RowsTogether(m_session)) {}
+
+ovConnection& RowLoop::Database() const {
+    return m_loop.database != nullptr ? *m_loop.database : m_session.SourceConnection();
+}
+
+bool RowLoop::Run() {
+    m_count = Database().ExecuteCommand(m_loop.count);
+    m_run.m_account.Result.sourceRows += m_count;
+    m_run.CommitAccount();
+    if (!m_run.IsSingle()) {
+        m_progress = m_session.Person.ShowProgress();
+        m_progress->SetStep(m_loop.step);
+        m_progress->SetMax(static_cast<float>(m_count));
+    }
+    try {
+        Read();
+        Commit();
+    } catch (const Error& error) {
+        // When the source breaks off, the rest of what belongs together has not been read.
+        if (!m_loop.group.isEmpty() && !m_unit.keys.isEmpty()) {
+            m_key = m_unit.keys.last();
+            GiveUpFor(m_unit, error);
+        }
+        Leave();
+        throw;
+    } catch (...) { // the operator has given up, or the memory is used up
+        if (std::exchange(m_isWorking, false) && !m_transaction.TakeBackRow()) {
+            m_done.clear();
+        }
+        m_run.m_account.TakeBackRow();
+        Leave();
+        throw;
+    }
+    return m_run.m_account.Result.outcome != RunResult::Outcome::Cancelled;
+}
+
+void RowLoop::Read() {
+    Recordset rows = Database().ExecuteWC(m_loop.select);
+    m_held.emplace(rows);
+    const SourceRow current(rows);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString value = ValueOf(m_loop, current);
+        if (!m_unit.rows.empty() && value != m_unit.value) {
+            Do(std::exchange(m_unit, {}));
+        }
+        if (m_unit.rows.empty() && IsCancelled()) {
+            m_run.m_account.Result.outcome = RunResult::Outcome::Cancelled;
+            return;
+        }
+        m_unit.value = value;
+        m_unit.keys.append(NameOf(current, m_loop.table, m_loop.keyColumn));
+        m_unit.rows.push_back(m_held->Take(rows));
+        if (++m_read > m_count) {
+            ++m_run.m_account.Result.sourceRows; // the source has grown since the count
+        }
+        if (m_loop.group.isEmpty()) {
+            Do(std::exchange(m_unit, {}));
+        }
+    }
+    if (!m_unit.rows.empty()) {
+        Do(std::exchange(m_unit, {}));
+    }
+}
+
+bool RowLoop::IsCancelled() const { return m_progress != nullptr && m_progress->Cancel(); }
+
+void RowLoop::Do(const Unit& unit) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            Work(unit);
+            break;
+        } catch (Error& error) {
+            try {
+                m_transaction.IsAtomic() ? Failed(unit, error, attempt) : FailedInPart(unit, error, attempt);
+            } catch (const RowGivenUp& givenUp) {
+                GiveUp(unit, givenUp.Message());
+                return;
+            }
+        }
+    }
+    m_isWorking = false;
+    if (m_session.Errors.Action == ErrorAction::Retry) { // the next row's look-ups are tried again
+        m_session.FailedLookUps.wasAborted = false;
+    }
+    m_run.m_account.EndRow();
+    m_done.push_back(unit);
+    if (m_transaction.IsFull(static_cast<qsizetype>(m_done.size()))) {
+        Commit();
+    }
+}
+
+void RowLoop::Work(const Unit& unit) {
+    m_key = unit.keys.first();
+    std::optional<ovErrors::Row> underWay(std::in_place, m_session.Errors, m_key);
+    m_transaction.BeginRow();
+    m_isWorking = true;
+    std::optional<ovErrors::AsWhole> whole;
+    if (m_transaction.IsAtomic()) {
+        whole.emplace(m_session.Errors);
+    }
+    for (size_t i = 0; i < unit.rows.size(); ++i) {
+        m_key = unit.keys.at(static_cast<qsizetype>(i));
+        underWay.reset();
+        underWay.emplace(m_session.Errors, m_key);
+        m_run.m_rule.clear();
+        const RowOutcome outcome = m_row(SourceRow(m_held->Show(unit.rows[i])));
+        m_run.m_account.Count(outcome, m_run.m_rule);
+    }
+    if (m_groupEnd) {
+        m_groupEnd();
+    }
+}
+
+/// Called inside the catch block of the error. Returns when the rows are to be done again; raises `RowGivenUp` when
+/// they are given up, or the error.
+void RowLoop::Failed(const Unit& unit, Error& error, int attempt) {
+    const bool othersStand = m_transaction.TakeBackRow();
+    m_isWorking = false;
+    m_run.m_account.TakeBackRow();
+    if (!othersStand && m_transaction.IsPart()) {
+        throw;
+    }
+    // What came before stays, whatever is answered, and nothing is locked meanwhile.
+    std::exception_ptr further;
+    if (othersStand) {
+        further = FailureOf([this] { Commit(); });
+    } else {
+        m_run.m_account.TakeBack();
+    }
+    try {
+        Decide(error, attempt);
+    } catch (const RowGivenUp&) {
+        further = further ? further : FailureOf([this] { Redo(); });
+        if (further) {
+            GiveUpFor(unit, error);
+            RaiseBehind(further, QStringLiteral("Riga abbandonata: %1: %2").arg(m_key, error.Message()));
+        }
+        throw;
+    } catch (...) {
+        further = further ? further : FailureOf([this] { Redo(); });
+        GiveUpFor(unit, error);
+        Report(further);
+        throw;
+    }
+    further = further ? further : FailureOf([this] { Redo(); });
+    if (further) {
+        std::rethrow_exception(further);
+    }
+}
+
+/// The same where nothing can be taken back: a failing statement has been decided about, and is done again alone.
+void RowLoop::FailedInPart(const Unit& unit, Error& error, int attempt) {
+    if (dynamic_cast<const RowGivenUp*>(&error) != nullptr) {
+        throw;
+    }
+    if (dynamic_cast<const ImportError*>(&error) == nullptr) {
+        GiveUpFor(unit, error);
+        throw;
+    }
+    const bool hasWritten = !m_run.m_account.RowText([](const QString& table) { return table; }).isEmpty();
+    const ovErrors::Row underWay(m_session.Errors, m_key);
+    try {
+        m_session.Errors.Decide(error, attempt, hasWritten);
+    } catch (const RowGivenUp&) {
+        throw;
+    } catch (...) {
+        GiveUpFor(unit, error);
+        throw;
+    }
+}
+
+/// Called inside the catch block of the error.
+void RowLoop::Decide(Error& error, int attempt) {
+    const ovErrors::Row underWay(m_session.Errors, m_key);
+    try {
+        m_session.Errors.Decide(error, attempt);
+    } catch (const RowGivenUp&) {
+        throw;
+    } catch (const Error&) {
+        if (!error.IsOfLookUp() || m_session.Quadrix.TransactionLost()) {
+            throw;
+        }
+        m_session.FailedLookUps.wasAborted = true; // the row goes on without what it looked for
+    }
+    if (const auto* sql = dynamic_cast<const SqlError*>(&error)) {
+        m_session.Quadrix.WaitToPass(*sql, attempt);
+    }
+}
+
+/// Does the rows again that went with their transaction.
+void RowLoop::Redo() {
+    const std::vector<Unit> gone = std::exchange(m_done, {});
+    if (gone.empty()) {
+        return;
+    }
+    if (++m_redone > MostRedone) {
+        throw ImportError(QStringLiteral("il database ha annullato %1 volte le righe da %2 a %3, che non sono scritte")
+                              .arg(QString::number(m_redone), gone.front().keys.first(), gone.back().keys.last()));
+    }
+    const QString key = m_key;
+    for (const Unit& unit : gone) {
+        Do(unit);
+    }
+    Commit();
+    m_key = key;
+}
+
+/// Reports an error that ends the run beside the one under way.
+void RowLoop::Report(const std::exception_ptr& further) noexcept {
+    try {
+        if (further) {
+            std::rethrow_exception(further);
+        }
+    } catch (...) {
+        m_session.Errors.Monitoring(m_run.m_account.Result.module, m_run.m_account.Result.procedure);
+    }
+}
+
+/// The account is complete before the log is written, which may fail too.
+void RowLoop::GiveUp(const Unit& unit, const QString& reason) {
+    QStringList lines;
+    const QString left = m_run.m_account.RowText([this](const QString& table) { return m_run.FullName(table); });
+    if (!left.isEmpty()) { // nothing can be taken back
+        lines += QStringLiteral("Rimane scritto di una riga abbandonata: %1: %2").arg(m_key, left);
+        m_session.Notes.Add(lines.last());
+    }
+    const QString culprit = m_key;
+    for (const QString& key : unit.keys) {
+        lines += m_run.m_account.GiveUp(key, key == culprit ? reason : QString("appartiene a " + culprit));
+    }
+    m_run.m_account.DropClasses();
+    m_run.CommitAccount();
+    try {
+        for (const QString& line : std::as_const(lines)) {
+            m_run.AppendToLog(line);
+        }
+    } catch (Error& error) {
+        const QString what = QStringLiteral("Riga abbandonata: %1: %2").arg(culprit, reason);
+        error.AddContext(left.isEmpty() ? what : QString(what + QStringLiteral("; ") + lines.first()));
+        throw;
+    }
+}
+
+/// Gives rows up for an error that goes on rising: a log that cannot be written must not take its place.
+void RowLoop::GiveUpFor(const Unit& unit, const Error& error) noexcept {
+    try {
+        GiveUp(unit, error.Message());
+    } catch (...) {
+        m_session.Errors.Monitoring(m_run.m_account.Result.module, m_run.m_account.Result.procedure);
+    }
+}
+
+/// Commits what is done. Where the database has ended the transaction instead, the rows are done again when the errors
+/// are to be retried; else they count as not reached, and the error names them.
+void RowLoop::Commit() {
+    try {
+        m_transaction.Commit();
+    } catch (SqlError& error) {
+        m_run.m_account.TakeBack();
+        const QString rows =
+            QStringLiteral("Righe da %1 a %2").arg(m_done.front().keys.first(), m_done.back().keys.last());
+        const bool inDoubt = error.AnswerLost();
+        error.AddContext(rows + (inDoubt ? QStringLiteral(", che possono essere scritte o no")
+                                         : QStringLiteral(", che non sono scritte")));
+        if (inDoubt) {
+            m_done.clear();
+        }
+        m_session.Errors.Decide(error, m_redone + 1, inDoubt);
+        m_session.Quadrix.WaitToPass(error, m_redone + 1);
+        Redo();
+        return;
+    }
+    m_redone = m_done.empty() ? m_redone : 0;
+    m_done.clear();
+    m_run.CommitAccount();
+    if (m_progress != nullptr) {
+        m_progress->SetValue(static_cast<float>(m_read));
+    }
+    m_session.Errors.ShowWaiting();
+    modImport::WriteHeldLines(m_session);
+}
+
+/// Commits what is done before an error goes on rising.
+void RowLoop::Leave() noexcept {
+    if (!m_done.empty()) {
+        Report(FailureOf([this] { Commit(); }));
+    }
+}
+
+} // namespace contract
