@@ -1,6 +1,7 @@
 #include "adapters/sourceSettings.h"
 
 #include "core/modMain.h"
+#include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
 
 #include <QDir>
@@ -125,7 +126,7 @@ Prepare DataSource(const QString& defaultDsn) {
         ReadProvider(session, source);
         source.DSN = Setting(session, "DSN", defaultDsn);
         source.User = session.Config.PeekAppConfig(Section, "DSN_Username");
-        source.Password = session.Config.PeekAppConfig(Section, "DSN_Password");
+        source.Password = storedPassword::Read(session, session.Config.File(), Section, "DSN_Password");
         return true;
     };
 }
@@ -145,7 +146,8 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
             modMain::IsAppConfigOn(session, keys.networkSection, keys.network, keys.networkDefault);
         if (!source.NetworkCredential) {
             source.User = Setting(session, keys.username, "sa");
-            source.Password = Setting(session, keys.password, "");
+            Setting(session, keys.password, ""); // stands in the file from then on, to be filled in
+            source.Password = storedPassword::Read(session, session.Config.File(), Section, keys.password);
         }
         return true;
     };

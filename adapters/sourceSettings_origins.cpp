@@ -1,6 +1,7 @@
 #include "adapters/sourceSettings.h"
 
 #include "core/modMain.h"
+#include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
 
 #include <QDir>
@@ -76,7 +77,7 @@ bool PrepareSolution(Session& session, ovConnection& source) {
         source.DatabaseName = QFileInfo(path).dir().filePath(source.DatabaseName);
     }
     source.User = file.Read(section, "Username");
-    source.Password = file.Read(section, "Password");
+    source.Password = storedPassword::Read(session, file, section, "Password");
     source.NetworkCredential = source.User.isEmpty();
     return true;
 }

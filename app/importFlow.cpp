@@ -215,8 +215,7 @@ void TakeCompany(Session& session, const QString& code) {
 void Forget(Session& session) {
     session.Errors.ClearError();
     session.Translations.clear();
-    session.Untranslated.clear();
-    session.UntranslatedSeen.clear();
+    session.Untranslated.Forget();
 }
 
 bool CheckData(Session& session, const Choice& choice) {

@@ -3,6 +3,7 @@
 #include "app/mergeRecord.h"
 #include "app/mergeText.h"
 #include "core/modImport.h"
+#include "sql/companyCode.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
@@ -20,6 +21,7 @@ modMain::Company FindCompany(Session& session, const QString& code) {
     QStringList known;
     for (const modMain::Company& company : modMain::GetCompanies(session)) {
         if (company.code.compare(code.trimmed(), Qt::CaseInsensitive) == 0) {
+            CheckCompanyCode(company.code);
             return company;
         }
         known.append(modMain::CompanyText(company));

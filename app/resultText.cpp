@@ -1,6 +1,7 @@
 #include "app/resultText.h"
 
 #include "app/procedureTitle.h"
+#include "sql/visibleText.h"
 
 #include <QLocale>
 
@@ -83,6 +84,9 @@ QStringList ResultLines(const RunResult& result, int most) {
         notes.append(NoteLine(kind));
     }
     AddList(lines, "Annotazioni nel log, per tipo", notes, notes.size(), most);
-    AddList(lines, "Codici senza traduzione", result.untranslated, result.untranslated.size(), most);
+    AddList(lines, "Codici senza traduzione", result.untranslated, result.untranslatedCount, most);
+    for (QString& line : lines) {
+        line = VisibleLine(line);
+    }
     return lines;
 }

@@ -1,4 +1,5 @@
 #include "app/sequence.h"
+#include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
 #include "sql/SettingsFile.h"
 
@@ -18,11 +19,14 @@ const QStringList SourceSections{"ARCA EVOLUTION", "LANTEK 24", "AUTOMA",      "
                                  "MEXAL",          "TESSERA",   "VISUAL SPACE"};
 
 /// The values of a section; empty when the file does not describe the source.
-SequenceSettings::Source ReadSource(SettingsFile& file, const QString& section, const QStringList& further) {
+SequenceSettings::Source ReadSource(Session& session, SettingsFile& file, const QString& section,
+                                    const QStringList& further) {
     SequenceSettings::Source source;
     bool described = false;
     for (const QString& key : FixedKeys + further) {
-        const QString value = file.Read(section, key);
+        const bool isPassword = key.endsWith(u"Password");
+        const QString value =
+            isPassword ? storedPassword::ReadMasked(session, file, section, key) : file.Read(section, key);
         described = described || !value.isEmpty();
         source.append({key, value});
     }
@@ -86,7 +90,7 @@ SequenceSettings ReadSequenceSettings(Session& session) {
     settings.from = ReadFrom(file);
     const QStringList further = UsedFurtherKeys(file);
     for (const QString& section : SourceSections) {
-        if (const auto source = ReadSource(file, section, further); !source.isEmpty()) {
+        if (const auto source = ReadSource(session, file, section, further); !source.isEmpty()) {
             settings.sources.insert(section, source);
         }
     }

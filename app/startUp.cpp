@@ -2,7 +2,9 @@
 
 #include "core/modMain.h"
 #include "core/passwordScrambling.h"
+#include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
+#include "sql/ownFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -23,10 +25,13 @@ bool IsWritable(const QString& folder) {
     return probe.open();
 }
 
-/// The log stands beside the program; where nothing can be written there, beside the settings.
+/// The log stands beside the program; where nothing can be written there, or what stands there is a link or another
+/// user's log, beside the settings.
 QString LogPath(const QString& settingsFolder) {
     const QString folder = QCoreApplication::applicationDirPath();
-    return QDir(IsWritable(folder) ? folder : settingsFolder).filePath(LogName);
+    const QString path = QDir(folder).filePath(LogName);
+    const bool isOurs = ownFile::Obstacle(path).isEmpty() && IsWritable(folder);
+    return isOurs ? path : QDir(settingsFolder).filePath(LogName);
 }
 
 void Wire(Session& session, const QString& settingsFile) {
@@ -47,16 +52,17 @@ void HidePassword(Session& session, const QString& password) {
         session.Config.SetAppConfig(Section, "Password", scrambled);
         session.Config.SetAppConfig(Section, "PasswordEncryption", "1");
     } catch (const ImportError& error) {
-        session.Person.Message(
-            QStringLiteral("La password resta leggibile nelle impostazioni ([DATABASE], Password): %1")
-                .arg(error.Message()),
-            Icon::Exclamation);
+        storedPassword::TellLegible(session, session.Config.File(), Section, "Password", error.Message());
     }
 }
 
-/// The password as the connection needs it; a clear one in the file is replaced by its scrambled form.
+/// The password as the connection needs it; a clear one in the file is replaced by its scrambled form. That of the
+/// environment goes before it.
 QString ReadPassword(Session& session) {
     ovConfig& config = session.Config;
+    if (const auto given = storedPassword::FromEnvironment(config.File(), Section, "Password")) {
+        return *given;
+    }
     const QString stored = config.GetAppConfig(Section, "Password", "");
     if (stored.trimmed().isEmpty()) {
         return stored;
@@ -128,6 +134,25 @@ QString SettingsFilePath(const QString& folder) {
         path = QDir(data).filePath(QStringLiteral("Orvane Quadrix/Config"));
     }
     return QDir(QDir::cleanPath(path)).absoluteFilePath(QStringLiteral("Quadrix.ini"));
+}
+
+QStringList OwnFiles(Session& session, const QString& settingsFile) {
+    const QDir folder = QFileInfo(settingsFile).absoluteDir();
+    session.Config.SetConfigFile(settingsFile);
+    QStringList files;
+    for (const char* name : {"Quadrix.ini", "Sequence.ini", "Solution.ini", "Finestra.ini"}) {
+        files.append(folder.filePath(name));
+    }
+    const QString log = LogPath(folder.path());
+    const QDir logs = QFileInfo(log).dir();
+    files += QStringList{log, logs.filePath("fusione.log"), folder.filePath("sequence.log")};
+    for (const QString& section : {Section, QStringLiteral("IMPORT")}) {
+        const QString database = session.Config.PeekAppConfig(section, "DatabaseName");
+        for (const QString& ending : database.isEmpty() ? QStringList() : QStringList{"", "-wal", "-shm", "-journal"}) {
+            files.append(QDir::cleanPath(folder.absoluteFilePath(database + ending)));
+        }
+    }
+    return files;
 }
 
 bool ConnectQuadrix(Session& session, const QString& settingsFile, MissingDatabase missing) {

@@ -15,6 +15,11 @@ enum class MissingDatabase {
 /// for "Orvane Quadrix/Config" in the user's local application data
 QString SettingsFilePath(const QString& folder = {});
 
+/// Paths at which the program keeps, or will keep, something of its own under these settings, and those of its
+/// databases and of the source: nothing else may be written there. Raises `ImportError` when the settings cannot be
+/// read.
+QStringList OwnFiles(Session& session, const QString& settingsFile);
+
 /// Connects the session with its settings file and opens the Quadrix database that the file describes. The folder of
 /// the file is made when missing, and settings that are missing are written with their defaults. A clear password in
 /// the file is replaced by its scrambled form.

@@ -1,16 +1,15 @@
 #include "cli/StatementTrace.h"
 
+#include "cli/outputFile.h"
 #include "sql/replayText.h"
 
-#include <QDir>
+const QString StatementTrace::FirstLine = QStringLiteral("-- Quadrix/IMPORT: traccia delle istruzioni");
 
-void StatementTrace::Start(const QString& path, Session& session) {
-    m_file.setFileName(path);
+void StatementTrace::Start(const QString& path, Session& session, const QStringList& taken) {
+    m_path = path;
     m_session = &session;
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        throw ImportError(
-            QStringLiteral("File di traccia '%1': %2").arg(QDir::toNativeSeparators(path), m_file.errorString()));
-    }
+    cli::OpenOutput(m_file, path, {QStringLiteral("File di traccia"), FirstLine, taken});
+    Write(FirstLine + u'\n');
     session.Quadrix.Trace = [this](const QString& statement) { Target(statement); };
     session.TraceSource = [this](const QString& statement) { Source(statement); };
 }
@@ -30,6 +29,6 @@ void StatementTrace::Source(const QString& statement) {
 void StatementTrace::Write(const QString& text) {
     const QByteArray bytes = text.toUtf8();
     if (m_file.write(bytes) != bytes.size() || !m_file.flush()) {
-        throw ImportError(QStringLiteral("File di traccia '%1': %2").arg(m_file.fileName(), m_file.errorString()));
+        throw ImportError(QStringLiteral("File di traccia '%1': %2").arg(m_path, m_file.errorString()));
     }
 }

@@ -12,8 +12,12 @@ public:
     StatementTrace(const StatementTrace&) = delete;
     StatementTrace& operator=(const StatementTrace&) = delete;
 
-    /// Starts the file anew and listens to both connections of the session. Raises `ImportError` naming the file.
-    void Start(const QString& path, Session& session);
+    /// First line of a trace, by which it is known as one.
+    static const QString FirstLine;
+
+    /// Starts the file anew and listens to both connections of the session. Raises as `OpenOutput`.
+    /// @param taken paths that are not written to, even where nothing is there yet
+    void Start(const QString& path, Session& session, const QStringList& taken = {});
     /// Adds a statement of the target that no connection shows, such as the bounds of a transaction.
     void Target(const QString& statement);
 
@@ -21,6 +25,7 @@ private:
     void Source(const QString& statement);
     void Write(const QString& text);
 
+    QString m_path;
     QFile m_file;
     const Session* m_session = nullptr;
 };

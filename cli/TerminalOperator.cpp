@@ -105,7 +105,7 @@ std::optional<QString> TerminalOperator::Input(const QString& prompt, const QStr
         return given;
     }
     if (!m_streams.ask) {
-        throw Unanswered(prompt, "--input TESTO");
+        throw Unanswered(prompt, IsSecret(prompt) ? "--input-file FILE" : "--input TESTO");
     }
     const QString hint = defaultText.isEmpty() ? QString(" ") : QString(" [" + defaultText + "] ");
     const auto typed = Type(prompt + hint, !IsSecret(prompt));

@@ -4,6 +4,8 @@
 #include "app/startUp.h"
 #include "cli/nearNames.h"
 
+#include <QFile>
+
 namespace cli {
 
 namespace {
@@ -35,6 +37,33 @@ QCommandLineOption ErrorsOption() {
             "MODO", "ask"};
 }
 QCommandLineOption YesOption() { return {"yes", "Conferma il comando."}; }
+
+QCommandLineOption InputOption() {
+    return {"input", "Risposta a una richiesta di testo; la vede chiunque elenchi i processi.", "TESTO"};
+}
+QCommandLineOption InputFileOption() {
+    return {"input-file",
+            "File con risposte a richieste di testo, una per riga, dopo quelle di --input; - legge l'ingresso "
+            "standard. Per le password.",
+            "FILE"};
+}
+
+QStringList InputFileLines(const QStringList& paths) {
+    QStringList lines;
+    for (const QString& path : paths) {
+        QFile file(path);
+        const bool isOpen = path == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+        if (!isOpen) {
+            throw UsageError(QStringLiteral("File '%1' di --input-file: %2").arg(path, file.errorString()));
+        }
+        QString text = QString::fromLocal8Bit(file.readAll()).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        if (text.endsWith(u'\n')) {
+            text.chop(1);
+        }
+        lines += text.split(u'\n');
+    }
+    return lines;
+}
 
 void TakeCompanyOption(Context& context, Choice& choice) {
     const QString code = Required(context.options, "company");

@@ -11,6 +11,12 @@ QCommandLineOption OriginOption();
 QCommandLineOption DataOption();
 QCommandLineOption ErrorsOption();
 QCommandLineOption YesOption();
+/// What answers requests for a text, in clear and without being seen.
+QCommandLineOption InputOption();
+QCommandLineOption InputFileOption();
+/// The lines of the files of --input-file, each one answer; "-" is the standard input. Raises `UsageError` naming a
+/// file that cannot be read.
+QStringList InputFileLines(const QStringList& paths);
 
 /// The company of --company. Raises `UsageError` naming the companies that may have been meant.
 void TakeCompanyOption(Context& context, Choice& choice);

@@ -1,12 +1,15 @@
 #include "cli/cli.h"
 
+#include "app/process.h"
 #include "app/startUp.h"
+#include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/help.h"
 #include "cli/nearNames.h"
 #include "cli/StatementTrace.h"
 #include "cli/terminal.h"
 #include "cli/TerminalOperator.h"
+#include "sql/visibleText.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -19,10 +22,13 @@ namespace cli {
 
 namespace {
 
-void PrintTo(FILE* stream, const QString& text) {
-    std::fputs(text.toLocal8Bit().constData(), stream);
-    std::fflush(stream);
+/// Writes bytes as they are; false when the stream takes them no longer.
+bool WriteTo(FILE* stream, const QByteArray& bytes) {
+    return std::fputs(bytes.constData(), stream) >= 0 && std::fflush(stream) == 0;
 }
+
+/// Nothing that a text brings along from the source moves the cursor.
+bool PrintTo(FILE* stream, const QString& text) { return WriteTo(stream, VisibleText(text).toLocal8Bit()); }
 
 /// Where the operator talks: the messages go to the standard output, unless the result in JSON has it for itself.
 TerminalStreams Streams(bool json) {
@@ -31,7 +37,7 @@ TerminalStreams Streams(bool json) {
     streams.print = [messages](const QString& line) { PrintTo(messages, line + u'\n'); };
     streams.complain = [](const QString& line) { PrintTo(stderr, line + u'\n'); };
     if (terminal::IsErrorOutput()) {
-        streams.draw = [](const QString& line) { PrintTo(stderr, QString("\r\x1b[K" + line)); };
+        streams.draw = [](const QString& line) { WriteTo(stderr, "\r\x1b[K" + VisibleLine(line).toLocal8Bit()); };
     }
     if (terminal::IsInput() && (json ? terminal::IsErrorOutput() : terminal::IsOutput())) {
         streams.ask = [messages](const QString& prompt, bool echo) {
@@ -54,7 +60,7 @@ TerminalStreams Streams(bool json) {
 QString TakeCommand(QStringList& arguments) {
     for (qsizetype index = 1; index < arguments.size(); ++index) {
         const QString& argument = arguments[index];
-        if (argument == u"--config" || argument == u"--trace") {
+        if (argument == u"--config" || argument == u"--trace") { // those that may stand before the command
             ++index;
         } else if (!argument.startsWith(u'-')) {
             return arguments.takeAt(index);
@@ -127,7 +133,7 @@ GivenAnswers AnswersFrom(const QCommandLineParser& options) {
     for (const QString& value : ValuesOf(options, "answer")) {
         answers.questions.push_back(OneOf("answer", value, yesNo) != 1);
     }
-    answers.inputs = ToQueue(ValuesOf(options, "input"));
+    answers.inputs = ToQueue(ValuesOf(options, "input") + InputFileLines(ValuesOf(options, "input-file")));
     answers.files = ToQueue(ValuesOf(options, "file"));
     return answers;
 }
@@ -164,7 +170,8 @@ Report RunCommand(const Command& command, const QCommandLineParser& options) {
     StatementTrace trace;
     Context context{session, person, options, trace};
     if (options.isSet("trace")) {
-        trace.Start(options.value("trace"), session);
+        const QString settings = modMain::SettingsFilePath(options.value("config"));
+        trace.Start(options.value("trace"), session, modMain::OwnFiles(session, settings));
     }
     Report report{ExitFailed, {}, {}};
     if (Open(session, command, options)) {
@@ -185,10 +192,14 @@ int Show(Report report, bool json) {
     if (!report.json.contains("outcome")) {
         report.json["outcome"] = OutcomeOf(report.exitCode);
     }
+    bool isTold = true;
     if (json) {
-        PrintTo(stdout, QString::fromUtf8(QJsonDocument(report.json).toJson()));
+        isTold = WriteTo(stdout, QJsonDocument(report.json).toJson());
     } else if (!report.text.isEmpty()) {
-        PrintTo(stdout, report.text + u'\n');
+        isTold = PrintTo(stdout, report.text + u'\n');
+    }
+    if (!isTold) { // what was done is done: the code goes on telling how it ended
+        PrintTo(stderr, "Il risultato non si è potuto scrivere per intero sull'uscita\n");
     }
     return report.exitCode;
 }
@@ -201,7 +212,7 @@ int ShowError(const QString& message, ExitCode exitCode, bool json) {
 int RunArguments(QStringList arguments) {
     QString name = TakeCommand(arguments);
     if (arguments.contains("--version")) {
-        PrintTo(stdout, "quadrix-import-cli " + QCoreApplication::applicationVersion() + '\n');
+        PrintTo(stdout, process::VersionText("quadrix-import-cli") + u'\n');
         return ExitDone;
     }
     if (name == u"help") {

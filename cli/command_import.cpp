@@ -46,7 +46,8 @@ void RequireAnswers(const Context& context, const ImportRequest& request) {
         missing.append(QStringLiteral("%1 (--answer yes oppure --answer no, una per domanda)").arg(QuotedList(yesNo)));
     }
     if (!texts.isEmpty()) {
-        missing.append(QStringLiteral("%1 (--input TESTO, uno per domanda)").arg(QuotedList(texts)));
+        missing.append(
+            QStringLiteral("%1 (--input TESTO, uno per domanda, o --input-file FILE)").arg(QuotedList(texts)));
     }
     throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")
                          .arg(missing.join(QStringLiteral("; "))));
@@ -142,7 +143,9 @@ Command ImportCommand() {
             "importa un tipo di dati di un'origine in un'azienda",
             "--data prende anche il nome di una procedura, come la elenca il comando origins: quella sola si esegue.\n"
             "Le domande di ogni procedura, nel loro ordine, sono in origins --json alla voce \"questions\".\n"
-            "Le opzioni --answer, --input e --file si ripetono: rispondono nell'ordine alle domande della procedura.",
+            "Le opzioni --answer, --input e --file si ripetono: rispondono nell'ordine alle domande della procedura.\n"
+            "Una password si dà con --input-file, o nella variabile d'ambiente che sta per la sua chiave delle "
+            "impostazioni, come QUADRIX_DATABASE_PASSWORD e QUADRIX_IMPORT_PASSWORD.",
             {CompanyOption(),
              OriginOption(),
              DataOption(),
@@ -150,7 +153,8 @@ Command ImportCommand() {
              {"reset", "Svuota le tabelle di destinazione prima di importare."},
              {"dry-run", "Prova: alla fine il database torna com'era."},
              {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"},
-             {"input", "Risposta a una richiesta di testo.", "TESTO"},
+             InputOption(),
+             InputFileOption(),
              {"file", "File da scegliere dove la procedura ne chiede uno.", "PERCORSO"},
              ErrorsOption(),
              {"yes", "Conferma una procedura che non fa altro che eliminare dati."}},

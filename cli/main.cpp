@@ -1,9 +1,10 @@
+#include "app/process.h"
 #include "cli/cli.h"
 
 #include <QCoreApplication>
 
 int main(int argc, char** argv) {
+    process::Protect();
     const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationVersion(QStringLiteral(QUADRIX_VERSION));
     return cli::Run(QCoreApplication::arguments());
 }

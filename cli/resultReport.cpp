@@ -8,6 +8,8 @@ namespace cli {
 
 namespace {
 
+constexpr qsizetype MostListed = 1000; ///< rows given up, and codes, that the total lists; it counts them all
+
 void AddTables(RunResult& total, const RunResult& result) {
     for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
         RunResult::TableCount& sum = total.tables[table.key()];
@@ -106,8 +108,9 @@ RunResult Total(const QVector<RunResult>& results) {
         total.givenUpCount += result.givenUpCount;
         total.failedLookUps += result.failedLookUps;
         total.emptied += result.emptied;
-        total.givenUp += result.givenUp;
-        total.untranslated += result.untranslated;
+        total.givenUp += result.givenUp.mid(0, MostListed - total.givenUp.size());
+        total.untranslated += result.untranslated.mid(0, MostListed - total.untranslated.size());
+        total.untranslatedCount += result.untranslatedCount;
         total.notes.Add(result.notes);
         total.errors += result.errors;
         total.seconds += result.seconds;
@@ -131,6 +134,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"emptied", EmptiedJson(result)},
             {"written", TablesJson(result)},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
+            {"untranslatedCount", result.untranslatedCount},
             {"notes", NotesJson(result.notes)},
             {"errors", QJsonArray::fromStringList(result.errors)},
             {"seconds", result.seconds}};

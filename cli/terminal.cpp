@@ -24,6 +24,12 @@ extern "C" void Remember(int signal) {
     std::signal(signal, SIG_DFL);
 }
 
+#ifndef Q_OS_WIN
+/// A terminal that goes says so more than once, by itself and through the shell: no further one ends the program in the
+/// middle of what the first one asked it to finish.
+extern "C" void RememberAlways(int /*signal*/) { interrupted = 1; }
+#endif
+
 bool IsTerminal(FILE* stream) {
 #ifdef Q_OS_WIN
     return _isatty(_fileno(stream)) != 0;
@@ -63,17 +69,21 @@ private:
 };
 #endif
 
-void Catch(int signal) {
-#ifdef Q_OS_WIN
-    std::signal(signal, Remember);
-#else
+#ifndef Q_OS_WIN
+void Catch(int signal, void (*handler)(int)) {
     struct sigaction action {};
-    action.sa_handler = Remember;
+    action.sa_handler = handler;
     sigemptyset(&action.sa_mask);
     action.sa_flags = 0; // a read under way ends, so that a question can be left
     sigaction(signal, &action, nullptr);
-#endif
 }
+
+/// Whether whoever started the program wants it to outlive its terminal.
+bool IsIgnored(int signal) {
+    struct sigaction action {};
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+#endif
 
 } // namespace
 
@@ -95,8 +105,17 @@ std::optional<QString> ReadLine(bool echo) {
 }
 
 void CatchInterrupt() {
-    Catch(SIGINT);
-    Catch(SIGTERM);
+#ifdef Q_OS_WIN
+    std::signal(SIGINT, Remember);
+    std::signal(SIGTERM, Remember);
+#else
+    Catch(SIGINT, Remember);
+    Catch(SIGTERM, Remember);
+    if (!IsIgnored(SIGHUP)) {
+        Catch(SIGHUP, RememberAlways);
+    }
+    std::signal(SIGPIPE, SIG_IGN); // an output that nobody reads any more is no reason to end in the middle of a row
+#endif
 }
 
 bool Interrupted() { return interrupted != 0; }

@@ -18,7 +18,8 @@ bool IsErrorOutput();
 std::optional<QString> ReadLine(bool echo);
 
 /// From now on the first interrupt (Ctrl-C, or a polite request to end) is only remembered; the second ends the
-/// program at once.
+/// program at once. That the terminal is gone counts as one, but never ends the program; that nobody reads the output
+/// any more does nothing.
 void CatchInterrupt();
 /// Whether an interrupt has come since.
 bool Interrupted();

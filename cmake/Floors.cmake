@@ -7,6 +7,18 @@ target_compile_options(quadrix_flags INTERFACE
 target_compile_definitions(quadrix_flags INTERFACE
     QT_USE_QSTRINGBUILDER QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH)
 target_include_directories(quadrix_flags INTERFACE ${PROJECT_SOURCE_DIR})
+# What is handed out reads foreign binary files: an overrun must end the program, not go on in it.
+if(NOT WIN32)
+    include(CheckCXXSourceCompiles)
+    set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
+    check_cxx_source_compiles("#include <cstring>
+        int main(int argc, char** argv) { char text[8]; std::strcpy(text, argv[argc - 1]); return text[0]; }" QUADRIX_FORTIFY_3)
+    unset(CMAKE_REQUIRED_FLAGS)
+    set(released $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+    target_compile_options(quadrix_flags INTERFACE $<${released}:-fstack-protector-strong>
+        $<${released}:-U_FORTIFY_SOURCE> $<${released}:-D_FORTIFY_SOURCE=$<IF:$<BOOL:${QUADRIX_FORTIFY_3}>,3,2>>)
+    target_link_options(quadrix_flags INTERFACE $<${released}:LINKER:-z,relro,-z,now> $<${released}:-pie>)
+endif()
 if(QUADRIX_SANITIZE)
     target_compile_options(quadrix_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

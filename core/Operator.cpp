@@ -1,5 +1,7 @@
 #include "core/Operator.h"
 
+#include "sql/visibleText.h"
+
 #include <utility>
 
 void Progress::SetMax(float max) {
@@ -37,10 +39,11 @@ Operator::Waiting::~Waiting() {
 }
 
 void Operator::Message(const QString& text, Icon icon) {
+    const QString seen = VisibleText(text);
     if (m_quiet != nullptr) {
-        m_quiet->m_kept.append(text);
+        m_quiet->m_kept.append(seen);
     } else {
-        ShowMessage(text, icon);
+        ShowMessage(seen, icon);
     }
 }
 

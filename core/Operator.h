@@ -51,8 +51,8 @@ private:
     QString m_caption;
 };
 
-/// The only way to reach a person. Every text goes out as it is given, under the caption "Quadrix Data Import" unless
-/// a title is passed.
+/// The only way to reach a person. Every text goes out as it is given, but for characters that are not seen, under the
+/// caption "Quadrix Data Import" unless a title is passed.
 class Operator {
 public:
     Operator();

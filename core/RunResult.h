@@ -72,9 +72,10 @@ struct RunResult {
     QVector<GivenUp> givenUp; ///< the first 1000 of them
     QMap<QString, TableCount> tables;
     QVector<Emptied> emptied; ///< what was deleted before the rows were read, in order
-    QStringList untranslated; ///< codes met without a translation, as "table.field = code"
-    Notes notes;              ///< what the log tells about its rows, beside those given up
-    QStringList errors;       ///< messages of the errors that ended the procedure, and of failed look-ups, each once
+    QStringList untranslated; ///< codes met without a translation, as "table.field = code"; the first 1000 of them
+    qint64 untranslatedCount = 0;
+    Notes notes;        ///< what the log tells about its rows, beside those given up
+    QStringList errors; ///< messages of the errors that ended the procedure, and of failed look-ups, each once
     double seconds = 0;
     QStringList details; ///< what else there is to tell of the run, line by line
     QString logFile;     ///< its log, where that is not the import log

@@ -1,5 +1,39 @@
 #include "core/Session.h"
 
+UntranslatedCodes::Hashes UntranslatedCodes::HashesOf(const QString& code) {
+    constexpr size_t otherSeed = 0x9e3779b9;
+    return {qHash(code, 1), qHash(code, otherSeed)};
+}
+
+bool UntranslatedCodes::Add(const QString& code) {
+    const Hashes hashes = HashesOf(code);
+    if (m_seen.contains(hashes)) {
+        return false;
+    }
+    m_seen.insert(hashes);
+    if (++m_count <= MostKept) {
+        m_first.append(code);
+    }
+    return true;
+}
+
+void UntranslatedCodes::TakeBack(const QString& code) {
+    m_seen.remove(HashesOf(code));
+    if (m_count-- <= MostKept) {
+        m_first.removeLast();
+    }
+}
+
+void UntranslatedCodes::Begin() {
+    m_first.clear();
+    m_count = 0;
+}
+
+void UntranslatedCodes::Forget() {
+    Begin();
+    m_seen.clear();
+}
+
 Session::Session(Operator& person)
     : Person(person) {
     Errors.ClearError();

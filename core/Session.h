@@ -24,6 +24,33 @@ struct HeldLine {
     QString note; ///< what the result tells of it; empty for nothing
 };
 
+/// Codes that were asked for and have no translation, each once.
+class UntranslatedCodes {
+public:
+    static constexpr qsizetype MostKept = 1000;
+
+    /// Takes a code in, as "table.field = code", unless it has been taken in since `Forget`. @return whether it is new
+    bool Add(const QString& code);
+    /// Forgets the code that was taken in last, as its row is.
+    void TakeBack(const QString& code);
+    /// Those that were taken in since `Begin`, in the order they were met; the first 1000 of them.
+    const QStringList& First() const { return m_first; }
+    /// How many were taken in since `Begin`.
+    qint64 Count() const { return m_count; }
+    /// Begins to list and count anew, for another procedure: a code that an earlier one has met is not told again.
+    void Begin();
+    /// Forgets them all.
+    void Forget();
+
+private:
+    QStringList m_first;
+    qint64 m_count = 0;
+    using Hashes = std::pair<size_t, size_t>;
+    static Hashes HashesOf(const QString& code);
+
+    QSet<Hashes> m_seen; ///< two hashes of each: small, however many and long the codes are
+};
+
 /// What lives for the run: the framework objects, the two connections, the operator and the clock.
 /// Passed by reference; there is one per program.
 class Session {
@@ -56,15 +83,16 @@ public:
     /// From which day on documents are imported, in place of the setting DOC_DateStart; invalid: the setting counts.
     QDate DocumentsFrom;
 
+    /// Passwords of the settings of which the operator knows that they stay legible.
+    QSet<QString> LegiblePasswords;
+
     /// The source connection. Raises `ImportError` when no source is open.
     ovConnection& SourceConnection();
 
     /// Translations read in this run, keyed by table, field and old code (`modImport::GetNewCode`).
     QHash<QString, QString> Translations;
-    /// Codes that were asked for and have no translation, as "table.field = code", in the order they were met.
-    QStringList Untranslated;
-    QSet<QString> UntranslatedSeen; ///< the same, for a quick look
-    ::Notes Notes;                  ///< of the procedure under way
+    UntranslatedCodes Untranslated;
+    ::Notes Notes; ///< of the procedure under way
     LookUpFailures FailedLookUps;
     RowMemory Memory;                ///< of the source rows that are not committed yet
     std::vector<HeldLine> HeldLines; ///< their lines of the log, which are written with the commit

@@ -170,10 +170,10 @@ private:
 };
 
 QString CheckedCode(const QString& company) {
-    static const QRegularExpression form(QStringLiteral("^[A-Z][A-Z0-9]*$"));
+    static const QRegularExpression form(QStringLiteral("\\A[A-Za-z][A-Za-z0-9]*\\z"));
     const QString code = company.toUpper();
     const int size = schema::FindTable(QStringLiteral("SYS_AZI"))->FindColumn(QStringLiteral("CDAZI"))->size;
-    if (!form.match(code).hasMatch() || code.size() > size) {
+    if (!form.match(company).hasMatch() || code.size() > size) {
         throw ImportError(
             QStringLiteral("Azienda '%1': il codice è fatto di lettere e cifre, al più %2, e comincia con una lettera")
                 .arg(company)

@@ -1,8 +1,8 @@
 #include "core/modImport.h"
 #include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
-
-#include <QFile>
+#include "sql/ownFile.h"
+#include "sql/visibleText.h"
 
 namespace modImport {
 
@@ -30,16 +30,19 @@ bool UpperKeys(Session& session) { return IsUpper(session, QStringLiteral("KEYFI
 bool UpperTexts(Session& session) { return IsUpper(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")); }
 
 void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
-    QFile file(path);
-    const QIODevice::OpenMode mode = startNew ? QIODevice::Truncate : QIODevice::Append;
-    if (!file.open(QIODevice::WriteOnly | mode) || file.write(bytes) != bytes.size() || !file.flush()) {
-        throw ImportError(QStringLiteral("Log '%1': %2").arg(path, file.errorString()));
+    QFile file;
+    QString trouble = ownFile::Open(file, path, startNew ? ownFile::Start::Anew : ownFile::Start::Append);
+    if (trouble.isEmpty() && (file.write(bytes) != bytes.size() || !file.flush())) {
+        trouble = file.errorString();
+    }
+    if (!trouble.isEmpty()) {
+        throw ImportError(QStringLiteral("Log '%1': %2").arg(path, trouble));
     }
 }
 
 QString TimedLine(const Session& session, const QString& message) {
-    return session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") + message +
-           QStringLiteral("\r\n");
+    return session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") +
+           VisibleText(message) + QStringLiteral("\r\n");
 }
 
 void WriteLines(const Session& session, const QString& lines, bool startNew, const QString& fileName) {
@@ -83,12 +86,13 @@ void WriteHeldLines(Session& session) {
 }
 
 void LogNote(Session& session, const QString& message) {
+    const QString line = VisibleLine(message); // a value must not pass for a line of its own
     if (session.Memory.IsOpen()) {
-        Hold(session, message, message);
+        Hold(session, line, line);
         return;
     }
-    session.Notes.Add(message); // stands in the result even when the log cannot be written
-    WriteImportLog(session, message, false);
+    session.Notes.Add(line); // stands in the result even when the log cannot be written
+    WriteImportLog(session, line, false);
 }
 
 QString FormatKeyField(Session& session, const QString& value) {

@@ -73,13 +73,8 @@ void Remember(Session& session, const QString& key, const QString& newCode) {
 /// Keeps a code that has no translation for the result of the run.
 void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
     const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;
-    if (!session.UntranslatedSeen.contains(text)) {
-        session.UntranslatedSeen.insert(text);
-        session.Untranslated.append(text);
-        session.Memory.WhenTakenBack([&session, text] {
-            session.UntranslatedSeen.remove(text);
-            session.Untranslated.removeLast();
-        });
+    if (session.Untranslated.Add(text)) {
+        session.Memory.WhenTakenBack([&session, text] { session.Untranslated.TakeBack(text); });
     }
 }
 

@@ -40,7 +40,8 @@ qint16 GetDocTypeIndex(const QString& docType);
 bool IsWarehouseDestination(int family, int docTypeIndex);
 
 /// Writes one line "dd/MM/yyyy HH:mm:ss - message" to the import log, in code page 1252 with CR LF; the file is closed
-/// after each line. Characters that the code page lacks are written as "?".
+/// after each line. Characters that the code page lacks are written as "?", those that are not seen as `VisibleText`
+/// shows them; the line breaks of the message stay.
 /// @param startNew empties the file first
 /// @param fileName empty for the default log of the session
 /// @return true; raises `ImportError` naming the file when it cannot be written
@@ -50,7 +51,8 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
 /// `WriteImportLog` and `LogNote` hold what goes to the default log. Raises `ImportError` naming the file.
 void WriteHeldLines(Session& session);
 
-/// Appends what there is to tell about the row under way to the default log, and notes it for the result of the run.
+/// Appends what there is to tell about the row under way to the default log, as one line, and notes it for the
+/// result of the run.
 void LogNote(Session& session, const QString& message);
 
 /// The value in upper case, character for character, when the configuration key KEYFIELD_CHAR (default "1") is 1, else

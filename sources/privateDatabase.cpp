@@ -59,9 +59,14 @@ void PrivateDatabase::Run(const QString& statement) {
 }
 
 void PrivateDatabase::Fail() const {
-    throw ImportError(QStringLiteral("i dati di origine non si possono preparare nel database temporaneo (%1): "
-                                     "controllare lo spazio libero nella cartella dei file temporanei")
-                          .arg(QString::fromUtf8(sqlite3_errmsg(m_database))));
+    const int code = sqlite3_errcode(m_database);
+    const bool wantsRoom = code == SQLITE_FULL || code == SQLITE_IOERR || code == SQLITE_CANTOPEN;
+    const QString advice = code == SQLITE_TOOBIG ? QStringLiteral("un campo è più lungo di un miliardo di byte")
+                           : wantsRoom
+                               ? QStringLiteral("controllare lo spazio libero nella cartella dei file temporanei")
+                               : QStringLiteral("la tabella ha una forma che un database non può tenere");
+    throw ImportError(QStringLiteral("i dati di origine non si possono preparare nel database temporaneo (%1): %2")
+                          .arg(QString::fromUtf8(sqlite3_errmsg(m_database)), advice));
 }
 
 void PrivateTable::Finalize::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }

@@ -11,6 +11,8 @@ public:
     /// The settings file that everything below reads.
     void SetConfigFile(const QString& path);
     const QString& ConfigFile() const { return m_file.Path(); }
+    /// The settings file itself, for what is written there in a form of its own.
+    SettingsFile& File() { return m_file; }
 
     /// Called after the connection is open and after the company changed: reads the settings file anew.
     /// Raises `ImportError` when it exists and cannot be read.

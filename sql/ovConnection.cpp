@@ -1,5 +1,6 @@
 #include "sql/ovConnection.h"
 
+#include "sql/companyCode.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/text/dialect.h"
@@ -241,6 +242,13 @@ void ovConnection::Interrupt() noexcept {
     if (m_engine != nullptr) {
         m_engine->Interrupt();
     }
+}
+
+void ovConnection::SetCompany(const QString& code) {
+    if (!code.isEmpty()) {
+        CheckCompanyCode(code);
+    }
+    m_company = code;
 }
 
 QString ovConnection::GetFullTableName(const QString& table) const {

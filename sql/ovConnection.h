@@ -47,8 +47,9 @@ public:
     /// True while open.
     bool State() const { return m_engine != nullptr; }
 
-    /// Company whose code stands in front of company tables; empty for none (a source database).
-    void SetCompany(const QString& code) { m_company = code; }
+    /// Company whose code stands in front of company tables; empty for none (a source database). Raises as
+    /// `CheckCompanyCode`.
+    void SetCompany(const QString& code);
     const QString& Company() const { return m_company; }
 
     /// Runs a statement that returns no rows; returns the number of rows changed. A failure goes through

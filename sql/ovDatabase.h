@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sql/errors.h"
 #include "sql/Recordset.h"
 #include "sql/types.h"
 
@@ -7,6 +8,12 @@
 struct TableInfo {
     QString keyColumn;           ///< its code column, for example "CDIVA" of TAB_IVA; empty when it has none
     QVector<ColumnInfo> columns; ///< empty when the table does not exist
+};
+
+/// A picture file that cannot be read: not there, too large, damaged, or none of the kinds that are read.
+class PictureError : public ImportError {
+public:
+    using ImportError::ImportError;
 };
 
 /// Database-level services over the statements that a connection runs.
@@ -47,6 +54,7 @@ public:
                               const QString& text, const QString& language = "IT");
     /// The content of a file. Raises `ImportError` when it cannot be read.
     static QByteArray FileToBinary(const QString& file);
-    /// Writes an image file as JPEG. @param quality 0 (smallest) to 100. Raises `ImportError`.
+    /// Writes an image file (BMP, JPEG, PNG, GIF) as JPEG. @param quality 0 (smallest) to 100. Raises `PictureError`
+    /// when it cannot be read, `ImportError` when the JPEG cannot be written.
     static void ConvertToJpeg(const QString& imageFile, const QString& jpegFile, int quality = 90);
 };

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QImage>
+#include <QImageReader>
 
 using mod_ovTools::FormatSqlValue;
 
@@ -41,12 +42,57 @@ QByteArray ovDatabase::FileToBinary(const QString& file) {
     return input.readAll();
 }
 
-void ovDatabase::ConvertToJpeg(const QString& imageFile, const QString& jpegFile, int quality) {
-    const QImage image(imageFile);
-    if (image.isNull()) {
-        throw ImportError(QStringLiteral("Immagine '%1': non si può leggere").arg(imageFile));
+namespace {
+
+PictureError Unreadable(const QString& file, const QString& why) {
+    return PictureError(QStringLiteral("Immagine '%1': %2").arg(file, why));
+}
+
+/// The format of a picture by its first bytes, among those that may be read; empty for any other. What else the system
+/// can decode, such as drawings that name further files, never sees a foreign file.
+QByteArray FormatOf(const QString& file) {
+    static const QVector<std::pair<QByteArray, QByteArray>> formats{
+        {"BM", "bmp"}, {"\xff\xd8\xff", "jpeg"}, {"\x89PNG\r\n\x1a\n", "png"}, {"GIF8", "gif"}};
+    QFile input(file);
+    if (!input.open(QIODevice::ReadOnly)) {
+        throw Unreadable(file, input.errorString());
     }
-    if (!image.save(jpegFile, "JPG", quality)) {
+    constexpr qint64 longest = 8;
+    const QByteArray begin = input.read(longest);
+    const auto found = std::find_if(formats.cbegin(), formats.cend(),
+                                    [&begin](const auto& format) { return begin.startsWith(format.first); });
+    return found == formats.cend() ? QByteArray() : found->second;
+}
+
+QImage ReadPicture(const QString& file) {
+    const QByteArray format = FormatOf(file);
+    if (format.isEmpty()) {
+        throw Unreadable(file, QStringLiteral("non è un'immagine BMP, JPEG, PNG o GIF"));
+    }
+    constexpr int most = 256; // megabytes, whatever the library's own limit is
+    QImageReader::setAllocationLimit(most);
+    QImageReader reader(file, format);
+    reader.setAutoDetectImageFormat(false);
+    constexpr qint64 bytesPerPoint = 4;
+    constexpr qint64 megabyte = 1024 * 1024;
+    const QSize size = reader.size();
+    if (size.isValid() && bytesPerPoint * size.width() * size.height() > most * megabyte) {
+        throw Unreadable(file, QStringLiteral("è troppo grande: %1 x %2 punti, più di %3 MB in memoria")
+                                   .arg(size.width())
+                                   .arg(size.height())
+                                   .arg(most));
+    }
+    QImage image = reader.read();
+    if (image.isNull()) {
+        throw Unreadable(file, QStringLiteral("non si può leggere"));
+    }
+    return image;
+}
+
+} // namespace
+
+void ovDatabase::ConvertToJpeg(const QString& imageFile, const QString& jpegFile, int quality) {
+    if (!ReadPicture(imageFile).save(jpegFile, "JPG", quality)) {
         throw ImportError(QStringLiteral("Immagine '%1': non si può scrivere").arg(jpegFile));
     }
 }

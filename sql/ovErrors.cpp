@@ -1,5 +1,7 @@
 #include "sql/ovErrors.h"
 
+#include "sql/visibleText.h"
+
 namespace {
 constexpr int Tries = 4; ///< the first one and three more
 } // namespace
@@ -33,10 +35,12 @@ ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
         entry.rowKey = ours->RowKey();
     }
     entry.mayPass = dynamic_cast<const ImportError*>(&error) == nullptr;
+    // In a row the text is about values, which may hold anything; elsewhere the program lays it out in lines.
+    entry.message = entry.rowKey.isEmpty() ? VisibleText(entry.message) : VisibleLine(entry.message);
     if (const auto* sql = dynamic_cast<const SqlError*>(&error)) {
         entry.mayPass = sql->MayPass() || !sql->IsExplained();
-        entry.statement = sql->Statement();
-        entry.engineMessage = sql->EngineMessage();
+        entry.statement = VisibleText(sql->Statement());
+        entry.engineMessage = VisibleText(sql->EngineMessage());
         if (!sql->EngineCode().isEmpty()) {
             entry.engineMessage += QStringLiteral(" [%1]").arg(sql->EngineCode());
         }
@@ -121,7 +125,7 @@ ovErrors::Row::Row(ovErrors& errors, const QString& key)
     : m_errors(errors),
       m_outerKey(errors.m_rowKey),
       m_outer(errors.m_inRow) {
-    m_errors.m_rowKey = key;
+    m_errors.m_rowKey = VisibleLine(key);
     m_errors.m_inRow = true;
 }
 

@@ -24,7 +24,7 @@ enum class ErrorAnswer {
     Abort,
 };
 
-/// One error as the collector keeps it.
+/// One error as the collector keeps it: its texts show what would not be seen (`sql/visibleText.h`).
 struct ErrorEntry {
     QDateTime time;
     QString module;        ///< for example "modImport_Arca2000"; empty while the error is only being decided

@@ -12,10 +12,11 @@ public:
     /// goes on past midnight.
     QDate DataElaborazione;
 
-    /// Company under work: from here on its code stands in front of the connection's company tables.
+    /// Company under work: from here on its code stands in front of the connection's company tables. Raises as
+    /// `CheckCompanyCode`.
     void SetAzienda(const QString& code) {
-        m_azienda = code;
         Connection->SetCompany(code);
+        m_azienda = code;
     }
     const QString& Azienda() const { return m_azienda; }
 

@@ -1,5 +1,6 @@
 #include "ui/WindowOperator.h"
 
+#include "sql/visibleText.h"
 #include "ui/ErrorDialog.h"
 #include "ui/frmProgress.h"
 #include "ui/ReviewDialog.h"
@@ -53,12 +54,41 @@ QWidget* WindowOperator::Parent() const {
     return modal != nullptr ? modal : m_window;
 }
 
+void WindowOperator::End() {
+    m_ending = true;
+    CancelProgresses();
+    // A box that waits is left as by Esc; that of a progress has been told already.
+    for (QWidget* modal = QApplication::activeModalWidget(); modal != nullptr;) {
+        auto* box = qobject_cast<QDialog*>(modal);
+        if (box == nullptr || qobject_cast<frmProgress*>(box) != nullptr) {
+            return;
+        }
+        box->reject();
+        QWidget* next = QApplication::activeModalWidget();
+        modal = next == modal ? nullptr : next;
+    }
+}
+
+void WindowOperator::CancelProgresses() {
+    m_progresses.removeAll(nullptr);
+    for (const QPointer<frmProgress>& progress : std::as_const(m_progresses)) {
+        progress->cmdCancel_Click();
+    }
+}
+
+int WindowOperator::Exec(QDialog& dialog) {
+    if (m_ending) {
+        return QDialog::Rejected;
+    }
+    const Waiting waiting(*this);
+    const PointerPause pause(IsBusy());
+    return dialog.exec();
+}
+
 int WindowOperator::Run(QMessageBox& box) {
     box.setWindowTitle(QuadrixCaption);
     box.setTextFormat(Qt::PlainText);
-    const Waiting waiting(*this);
-    const PointerPause pause(IsBusy());
-    return box.exec();
+    return Exec(box);
 }
 
 void WindowOperator::ShowMessage(const QString& text, Icon icon) {
@@ -74,8 +104,8 @@ Answer WindowOperator::Ask(const QString& question, Question style, const QStrin
     const bool noByDefault = style == Question::PlainNo || style == Question::ExclamationNo;
     QMessageBox box(Parent());
     box.setIcon(plain ? QMessageBox::Question : QMessageBox::Warning);
-    box.setText(question);
-    SetDetails(box, details);
+    box.setText(VisibleText(question));
+    SetDetails(box, VisibleText(details));
     QPushButton* yes = AddButton(box, "&Sì", "cmdYes", QMessageBox::YesRole);
     QPushButton* no = AddButton(box, "&No", "cmdNo", QMessageBox::NoRole);
     QPushButton* giveUp = AddButton(box, {}, "cmdGiveUp", QMessageBox::RejectRole);
@@ -90,10 +120,12 @@ Answer WindowOperator::Ask(const QString& question, Question style, const QStrin
 }
 
 bool WindowOperator::Review(const QString& question, const QStringList& lines) {
-    ReviewDialog dialog(question, lines, Parent());
-    const Waiting waiting(*this);
-    const PointerPause pause(IsBusy());
-    return dialog.exec() == QDialog::Accepted;
+    QStringList seen;
+    for (const QString& line : lines) {
+        seen.append(VisibleLine(line));
+    }
+    ReviewDialog dialog(VisibleText(question), seen, Parent());
+    return Exec(dialog) == QDialog::Accepted;
 }
 
 std::optional<QString> WindowOperator::Input(const QString& prompt, const QString& title, const QString& defaultText) {
@@ -106,12 +138,13 @@ std::optional<QString> WindowOperator::Input(const QString& prompt, const QStrin
     if (prompt.contains("password", Qt::CaseInsensitive)) {
         dialog.setTextEchoMode(QLineEdit::Password);
     }
-    const Waiting waiting(*this);
-    const PointerPause pause(IsBusy());
-    return dialog.exec() == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
+    return Exec(dialog) == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
 }
 
 QString WindowOperator::OpenFile(const QString& title, const QString& filter) {
+    if (m_ending) {
+        return {};
+    }
     const Waiting waiting(*this);
     const PointerPause pause(IsBusy());
     return QFileDialog::getOpenFileName(Parent(), title, {}, FileDialogFilter(filter));
@@ -119,17 +152,13 @@ QString WindowOperator::OpenFile(const QString& title, const QString& filter) {
 
 ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {
     ErrorDialog dialog(error, ErrorDialog::Kind::Choice, Parent());
-    const Waiting waiting(*this);
-    const PointerPause pause(IsBusy());
-    dialog.exec();
+    Exec(dialog);
     return dialog.Answer();
 }
 
 void WindowOperator::ShowError(const ErrorEntry& error) {
     ErrorDialog dialog(error, ErrorDialog::Kind::Report, Parent());
-    const Waiting waiting(*this);
-    const PointerPause pause(IsBusy());
-    dialog.exec();
+    Exec(dialog);
 }
 
 std::unique_ptr<Progress> WindowOperator::ShowProgress() {
@@ -139,6 +168,9 @@ std::unique_ptr<Progress> WindowOperator::ShowProgress() {
     });
     m_progresses.removeAll(nullptr);
     m_progresses.append(dialog.get());
+    if (m_ending) {
+        dialog->cmdCancel_Click();
+    }
     return dialog;
 }
 
@@ -147,9 +179,7 @@ bool WindowOperator::AskToStop(const QString& question) {
     if (m_progresses.isEmpty() || Ask(question, Question::ExclamationNo) != Answer::Yes) {
         return false;
     }
-    for (const QPointer<frmProgress>& progress : std::as_const(m_progresses)) {
-        progress->cmdCancel_Click();
-    }
+    CancelProgresses();
     return true;
 }
 

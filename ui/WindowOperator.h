@@ -4,6 +4,7 @@
 
 #include <QPointer>
 
+class QDialog;
 class QMessageBox;
 class QWidget;
 class frmProgress;
@@ -27,6 +28,10 @@ public:
     /// @return whether it will stop; false without a question when it shows no progress dialog
     bool AskToStop(const QString& question);
 
+    /// The program is to end: presses cancel in every progress dialog, leaves the box that is open as Esc would, and
+    /// shows none from now on: questions count as given up, errors end what they happened in.
+    void End();
+
 protected:
     void ShowMessage(const QString& text, Icon icon) override;
     void ShowError(const ErrorEntry& error) override;
@@ -34,10 +39,13 @@ protected:
 
 private:
     QWidget* Parent() const;
+    int Exec(QDialog& dialog);
     int Run(QMessageBox& box);
+    void CancelProgresses();
 
     QWidget* m_window = nullptr;
     QVector<QPointer<frmProgress>> m_progresses; ///< those on the screen, oldest first
+    bool m_ending = false;
 };
 
 /// A filter of "description|pattern" pairs in the form that the file dialog reads: "File di Excel (*.xls);;Tutti i

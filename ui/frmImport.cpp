@@ -339,6 +339,14 @@ void frmImport::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
+void frmImport::End() {
+    m_person.End();
+    m_closeAfter = m_running;
+    if (!m_running) {
+        close();
+    }
+}
+
 void frmImport::Form_Unload() {
     Guarded(m_session.Errors, "frmImport", "Form_Unload", false, [&] {
         if (cmbOrigine->currentIndex() >= 0) {

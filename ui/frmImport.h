@@ -39,6 +39,8 @@ public slots:
     void cmdSequence_Click();
     /// Tries the connection again that failed at start.
     void RetryConnection();
+    /// Closes the window without asking; an operation under way is cancelled first, and ends with the row it is at.
+    void End();
 
 protected:
     /// Asks during an import, and closes when the import has ended; else unloads the window.

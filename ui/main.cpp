@@ -1,10 +1,15 @@
+#include "app/process.h"
 #include "ui/frmImport.h"
+#include "ui/SignalWatch.h"
 #include "ui/WindowOperator.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QStyleFactory>
 #include <QTranslator>
+
+#include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -21,6 +26,11 @@ void UseItalian(QTranslator& translator) {
 } // namespace
 
 int main(int argc, char** argv) {
+    process::Protect();
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) { // needs no screen
+        std::puts(process::VersionText(QStringLiteral("quadrix-import")).toLocal8Bit().constData());
+        return 0;
+    }
 #ifdef Q_OS_WIN
     // Lets the window follow the dark mode of the desktop.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
@@ -39,6 +49,11 @@ int main(int argc, char** argv) {
         window = std::make_unique<frmImport>(session, person);
         window->Form_Load(ParseStartMode(CommandLine()));
         window->show();
+    });
+    const SignalWatch watch([&window] {
+        if (window) {
+            window->End();
+        }
     });
     return window ? QApplication::exec() : 1;
 }

@@ -1,5 +1,7 @@
 #include "ui/windowPlace.h"
 
+#include "sql/ownFile.h"
+
 #include <QDir>
 #include <QScreen>
 #include <QSettings>
@@ -24,7 +26,9 @@ void Restore(QWidget& window, const QString& folder) {
 }
 
 void Keep(const QWidget& window, const QString& folder) {
-    QSettings(FileIn(folder), QSettings::IniFormat).setValue(Key, window.saveGeometry());
+    if (const QString file = FileIn(folder); ownFile::LinkObstacle(file).isEmpty()) {
+        QSettings(file, QSettings::IniFormat).setValue(Key, window.saveGeometry());
+    }
 }
 
 QSize Fitted(const QSize& wanted, const QSize& available) { return wanted.boundedTo(available - Frame); }

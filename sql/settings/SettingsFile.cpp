@@ -2,6 +2,7 @@
 
 #include "sql/CodePage.h"
 #include "sql/errors.h"
+#include "sql/ownFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -151,6 +152,9 @@ void WriteFile(const QString& path, const QByteArray& bytes) {
     if (!QDir().mkpath(folder)) {
         throw FileError(path,
                         QStringLiteral("la cartella '%1' non si può creare").arg(QDir::toNativeSeparators(folder)));
+    }
+    if (const QString obstacle = ownFile::LinkObstacle(path); !obstacle.isEmpty()) {
+        throw FileError(path, QStringLiteral("non si scrive: ") + obstacle);
     }
     QSaveFile file(path);
     file.setDirectWriteFallback(true);

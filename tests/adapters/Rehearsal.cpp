@@ -155,8 +155,7 @@ void Rehearsal::PutBack() {
     Session& session = Get();
     session.Errors.ClearError();
     session.Translations.clear();
-    session.Untranslated.clear();
-    session.UntranslatedSeen.clear();
+    session.Untranslated.Forget();
     session.Results.clear();
     QFile::remove(session.LogFile);
     ScriptedOperator& person = Person();

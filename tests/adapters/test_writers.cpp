@@ -1,3 +1,4 @@
+#include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/Counterparty.h"
 #include "adapters/contract/write/Document.h"
 #include "adapters/contract/write/PriceList.h"
@@ -9,6 +10,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
+#include <QDir>
 #include <QTest>
 
 using namespace contract;
@@ -54,6 +56,40 @@ private slots:
         Written target;
         TargetRow row(target.Run, table);
         QTEST(MessageOf(ErrorOf<ImportError>([&] { row.Set(column, value); })), "message");
+    }
+
+    /// A source that names files by its own paths leads nowhere unseen, and to no other computer.
+    void attachmentsTellWhereTheyLead_data() {
+        Columns<QString, RowOutcome, QString>("name", "outcome", "told");
+        Row("in the folder", "a.txt", RowOutcome::Inserted, "");
+        Row("out of it", "../altrove/b.txt", RowOutcome::Inserted, "ALLEGATO FUORI DALLA CARTELLA: ");
+        Row("out of it by a folder that begins alike", "../files2/c.txt", RowOutcome::Inserted,
+            "ALLEGATO FUORI DALLA CARTELLA: ");
+        Row("another computer", "//server/disegni/d.txt", RowOutcome::Skipped, "ALLEGATO SU UN ALTRO COMPUTER: ");
+    }
+    void attachmentsTellWhereTheyLead() {
+        QFETCH(const QString, name);
+        QFETCH(const QString, told);
+        Written target;
+        const QString folder = target.Folder.filePath("files");
+        for (const char* file : {"files/a.txt", "altrove/b.txt", "files2/c.txt"}) {
+            const QString path = target.Folder.filePath(file);
+            QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+            WriteFile(path, "x");
+        }
+        const QString path = name.startsWith("//") ? name : PathIn(folder, name);
+        QTEST(WriteAttachment(target.Run, {"ART_ICO", "A1", path, folder}), "outcome");
+        QVERIFY2(told.isEmpty() ? target.Log().isEmpty() : target.Log().contains(told.toLatin1()), target.Log());
+    }
+
+    /// The article stays.
+    void picturesThatCannotBeReadAreTold() {
+        Written target;
+        const QString path = target.Folder.filePath("foto.png");
+        WriteFile(path, "<svg xmlns='http://www.w3.org/2000/svg'/>");
+        QCOMPARE(StoreImage(target.Run, {"ART_ICO", "A1", path, target.Folder.path()}), RowOutcome::Skipped);
+        QVERIFY2(target.Log().contains("IMMAGINE NON LETTA: "), target.Log());
+        QCOMPARE(target.Rows("SELECT * FROM X01_IMA_GES"), QStringList());
     }
 
     /// A run that goes on past midnight writes as of the day on which it began.

@@ -30,6 +30,7 @@ private slots:
         result.notes.Add("CONTROPARTE DOPPIA: 000001");
         result.notes.Add("ARTICOLO NON TROVATO: codice 'C4': 'AC'");
         result.untranslated = {"anagrafe.pag = ZZ"};
+        result.untranslatedCount = 1;
         result.seconds = 12.34;
         const QString account =
             "Righe dell'origine 12.345: inserite 10.000, aggiornate 12, saltate 3, abbandonate 3, non raggiunte 2.327";

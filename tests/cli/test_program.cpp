@@ -266,22 +266,29 @@ private slots:
         QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 0);
     }
 
+    void stopsAtAnInterrupt_data() {
+        Columns<int, int>("signal", "times");
+#ifndef Q_OS_WIN
+        Row("Ctrl-C", SIGINT, 1);
+        Row("asked to end", SIGTERM, 1);
+        Row("terminal gone, which the shell tells too", SIGHUP, 2);
+#endif
+    }
     void stopsAtAnInterrupt() {
 #ifdef Q_OS_WIN
         QSKIP("no signals to send");
 #else
-        examples::Options options;
-        options.rows = 5000;
+        QFETCH(const int, signal);
+        QFETCH(const int, times);
         const QTemporaryDir large;
-        options.folder = large.path();
-        options.tables = QStringList{"controparti"};
-        examples::Make("arca2000", options);
-        m_cli->Set("IMPORT", "Databasename", large.path());
-        m_cli->CreateCompany();
+        MakeLarge(large);
         const auto process = m_cli->Start(Import({"--answer", "no", "--json"}));
         const auto written = [this] { return Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"); };
         QTRY_VERIFY_WITH_TIMEOUT(written() > 0, 60000);
-        QCOMPARE(kill(static_cast<pid_t>(process->processId()), SIGINT), 0);
+        for (int time = 0; time < times; ++time) {
+            QCOMPARE(kill(static_cast<pid_t>(process->processId()), signal), 0);
+            QTest::qWait(20);
+        }
         const auto ended = CliRun::End(*process);
         QCOMPARE(ended.exitCode, 3);
         const QJsonObject json = ended.Json();
@@ -291,7 +298,36 @@ private slots:
 #endif
     }
 
+    /// Whoever reads no further has seen enough; the import goes on to its end.
+    void outlivesItsReader() {
+#ifdef Q_OS_WIN
+        QSKIP("no shell");
+#else
+        const QTemporaryDir large;
+        MakeLarge(large);
+        QProcess shell;
+        const QString code = m_cli->Folder.filePath("codice");
+        shell.start("sh", QStringList{"-c", "f=$1; shift; { \"$@\" 2>&1; echo $? > $f; } | head -c 1 > /dev/null", "sh",
+                                      code, QUADRIX_CLI, "--config", m_cli->Folder.path()} +
+                              Import({"--answer", "no"}));
+        QVERIFY(shell.waitForFinished(120000));
+        QCOMPARE(ReadFile(code).trimmed(), QByteArray("0"));
+        const QString log = QString::fromLatin1(ReadFile(QFileInfo(QUADRIX_CLI).absolutePath() + "/import.log"));
+        QVERIFY2(log.contains("Fine ImportContropartiArca2000: completata"), qPrintable(log.right(500)));
+#endif
+    }
+
 private:
+    /// A source that takes long enough to be interrupted, and the company for it.
+    void MakeLarge(const QTemporaryDir& folder) const {
+        examples::Options options;
+        options.rows = 5000;
+        options.folder = folder.path();
+        options.tables = QStringList{"controparti"};
+        examples::Make("arca2000", options);
+        m_cli->Set("IMPORT", "Databasename", folder.path());
+        m_cli->CreateCompany();
+    }
     static QStringList Import(const QStringList& more) {
         return QStringList{"import", "--company", "X01", "--origin", "arca 2000", "--data", "cli"} + more;
     }

@@ -60,9 +60,11 @@ private slots:
         target.Db().RollbackTrans();
         QCOMPARE(
             target.Log("trace.sql"),
-            QByteArray("-- SELECT *\n-- FROM anagrafe\n-- WHERE 1 = 1\nDELETE FROM X01_CON_TRO;\nBEGIN TRANSACTION;\n"
-                       "DELETE FROM X01_CON_RIF;\n"
-                       "DELETE FROM sqlite_sequence WHERE name = 'X01_CON_RIF' COLLATE NOCASE;\nROLLBACK;\n"));
+            StatementTrace::FirstLine.toUtf8() +
+                QByteArray(
+                    "\n-- SELECT *\n-- FROM anagrafe\n-- WHERE 1 = 1\nDELETE FROM X01_CON_TRO;\nBEGIN TRANSACTION;\n"
+                    "DELETE FROM X01_CON_RIF;\n"
+                    "DELETE FROM sqlite_sequence WHERE name = 'X01_CON_RIF' COLLATE NOCASE;\nROLLBACK;\n"));
     }
 
     void namesAFileThatCannotBeWritten() {

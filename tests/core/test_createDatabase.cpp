@@ -74,6 +74,8 @@ private slots:
         Row("no code", "", "Altra", "lettere e cifre");
         Row("a digit first", "1X", "Altra", "lettere e cifre");
         Row("no part of a table name", "X0;", "Altra", "lettere e cifre");
+        Row("an end of line behind it", "X02\n", "Altra", "lettere e cifre");
+        Row("a letter that is two in capitals", "ßA", "Altra", "lettere e cifre");
         Row("too long", "ABCDEFGHIJK", "Altra", "al più 10");
     }
     void refusals() {

@@ -60,7 +60,28 @@ private slots:
         QCOMPARE(GetNewCode(target.Get(), "ANAGRAFICACF", "VALUTA", "LIT", true), QString());
         QCOMPARE(target.Rows("SELECT TBNAM, TBFLD, TBOLD, TBNEW FROM SYS_IMP"),
                  QStringList("ANAGRAFICACF|VALUTA|LIT|"));
-        QCOMPARE(target.Get().Untranslated, QStringList("ANAGRAFICACF.VALUTA = LIT"));
+        QCOMPARE(target.Get().Untranslated.First(), QStringList("ANAGRAFICACF.VALUTA = LIT"));
+    }
+
+    /// However many there are, and each procedure tells its own.
+    void untranslatedCodesAreCountedBeyondThoseKept() {
+        UntranslatedCodes codes;
+        for (int round = 0; round < 2; ++round) {
+            for (int code = 0; code < 1500; ++code) {
+                codes.Add(QString::number(code));
+            }
+        }
+        QCOMPARE(codes.Count(), 1500);
+        QCOMPARE(codes.First().size(), UntranslatedCodes::MostKept);
+        QCOMPARE(codes.First().last(), QString("999"));
+        codes.Begin();
+        codes.Add("1200"); // told already
+        codes.Add("nuovo");
+        QCOMPARE(codes.Count(), 1);
+        QCOMPARE(codes.First(), QStringList("nuovo"));
+        codes.Forget();
+        codes.Add("1200");
+        QCOMPARE(codes.Count(), 1);
     }
 
     void counterpartyFromSourceCode_data() {
@@ -206,6 +227,10 @@ private slots:
         WriteImportLog(target.Get(), "Città €\nsu due righe", false);
         QCOMPARE(target.Log(), QByteArray("05/03/2024 10:20:30 - prima\r\n"
                                           "05/03/2024 10:20:30 - Citt\xE0 \x80\nsu due righe\r\n"));
+        WriteImportLog(target.Get(), "terminale \x1b[31m", false);
+        LogNote(target.Get(), "TELEFONO: 055\r\n05/03/2024 10:20:30 - Fine"); // a value that would pass for a line
+        QVERIFY(target.Log().endsWith("05/03/2024 10:20:30 - terminale \\x1b[31m\r\n"
+                                      "05/03/2024 10:20:30 - TELEFONO: 055\\r\\n05/03/2024 10:20:30 - Fine\r\n"));
         WriteImportLog(target.Get(), "nuovo \u4E2D", true);
         QCOMPARE(target.Log(), QByteArray("05/03/2024 10:20:30 - nuovo ?\r\n"));
         WriteImportLog(target.Get(), "altrove", false, target.Folder.filePath("fusione.log"));

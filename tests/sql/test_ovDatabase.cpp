@@ -90,9 +90,9 @@ private slots:
     }
 
     void Files() {
-        const QString picture = m_folder->filePath("foto.ppm");
+        const QString picture = m_folder->filePath("foto"); // the content tells the kind
         const QString jpeg = m_folder->filePath("foto.jpg");
-        WriteFile(picture, "P3 2 1 255 255 0 0 0 0 255\n"); // a red dot and a blue one
+        WriteFile(picture, Bitmap(1, 1));
         ovDatabase::ConvertToJpeg(picture, jpeg);
         QVERIFY(ovDatabase::FileToBinary(jpeg).startsWith("\xff\xd8"));
         QVERIFY(ovDatabase::FileToBinary(jpeg).endsWith("\xff\xd9"));
@@ -104,7 +104,69 @@ private slots:
         }
     }
 
+    /// Foreign bytes reach few decoders, and what is wrong is told as what it is.
+    void refusesPictures_data() {
+        Columns<QByteArray, QString>("content", "told");
+        Row("drawing that could name other files",
+            QByteArray(
+                "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9' height='9'/></svg>"),
+            "non è un'immagine BMP, JPEG, PNG o GIF");
+        Row("kind that is not read", QByteArray("P3 1 1 255 255 0 0\n"), "non è un'immagine BMP, JPEG, PNG o GIF");
+        Row("empty", QByteArray(), "non è un'immagine BMP, JPEG, PNG o GIF");
+        Row("too large", Bitmap(9000, 9000), "troppo grande: 9000 x 9000 punti, più di 256 MB");
+        Row("damaged", QByteArray("\xff\xd8\xff\xe0 and no more"), "non si può leggere");
+    }
+    void refusesPictures() {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QString, told);
+        const QString picture = m_folder->filePath("foto.bmp");
+        const QString jpeg = m_folder->filePath("rifiutata.jpg");
+        WriteFile(picture, content);
+        const auto error = ErrorOf<PictureError>([&] { ovDatabase::ConvertToJpeg(picture, jpeg); });
+        QVERIFY(error && error->Message().contains(picture));
+        QVERIFY2(error->Message().contains(told), qPrintable(error->Message()));
+        QVERIFY(!QFile::exists(jpeg));
+    }
+
+    void refusesCompanyCodes_data() {
+        Columns<QString, bool>("code", "accepted");
+        Row("usual", "X01", true);
+        Row("digit first, as others may have made it", "01", true);
+        Row("none: a source", "", true);
+        Row("statement behind it", "X01_CON_TRO --", false);
+        Row("end of line", "X01\n", false);
+        Row("blank behind it", "X01 ", false);
+        Row("letter that is two in capitals", "ß", false);
+        Row("quote", "X'1", false);
+    }
+    void refusesCompanyCodes() {
+        QFETCH(const QString, code);
+        QFETCH(const bool, accepted);
+        const auto error = ErrorOf<ImportError>([&] { m_connection->SetCompany(code); });
+        QCOMPARE(!error, accepted);
+        QCOMPARE(m_connection->Company() == code, accepted);
+    }
+
 private:
+    /// A picture of one colour a point, of which only the head is there when it is a large one.
+    static QByteArray Bitmap(qint32 width, qint32 height) {
+        QByteArray bytes("BM");
+        const auto add = [&bytes](qint32 value, int size) {
+            for (int byte = 0; byte < size; ++byte) {
+                bytes += static_cast<char>(value >> (8 * byte));
+            }
+        };
+        for (const qint32 value : {58, 0, 54, 40, width, height}) {
+            add(value, 4);
+        }
+        add(1, 2);
+        add(24, 2);
+        for (const qint32 value : {0, 4, 2835, 2835, 0, 0}) {
+            add(value, 4);
+        }
+        add(255, 4); // blue, and what fills the line
+        return bytes;
+    }
     QVariant One(const QString& query) { return m_connection->ExecuteWC(query).Fields(0).Value(); }
     std::unique_ptr<ovConnection> m_connection;
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -3,9 +3,12 @@
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestWindow.h"
+#include "ui/SignalWatch.h"
 
 #include <QPlainTextEdit>
 #include <QTest>
+
+#include <csignal>
 
 namespace {
 
@@ -226,6 +229,59 @@ private slots:
         QTRY_COMPARE(test.Window().isVisible(), !closes);
         QCOMPARE(test.Get().Quadrix.State(), !closes);
         QCOMPARE(test.Setting("IMPORT", "ORIGINE"), closes ? QString("Arca 2000") : QString());
+    }
+
+    /// The system does not ask twice: what is under way is cancelled, a box that waits counts as given up.
+    void ASignalEndsInOrder_data() {
+        Columns<int, bool>("signal", "atQuestion");
+#ifndef Q_OS_WIN
+        Row("asked to end", SIGTERM, false);
+        Row("session gone", SIGHUP, false);
+        Row("at a question", SIGTERM, true);
+#endif
+    }
+    void ASignalEndsInOrder() {
+#ifdef Q_OS_WIN
+        QSKIP("no signals to send");
+#else
+        QFETCH(const int, signal);
+        QFETCH(const bool, atQuestion);
+        ArcaWindow test;
+        const SignalWatch watch([&test] { test.Window().End(); });
+        DialogDriver driver;
+        std::optional<AtProgress> atProgress;
+        if (atQuestion) {
+            driver.On = [raised = false, signal](QWidget& dialog) mutable {
+                if (!std::exchange(raised, true)) {
+                    raise(signal);
+                }
+                return qobject_cast<QMessageBox*>(&dialog) != nullptr;
+            };
+        } else {
+            atProgress.emplace(driver, 30, [signal](frmProgress&) { raise(signal); });
+        }
+        test.Button("cmdImportCli").click();
+        QTRY_VERIFY(!test.Window().isVisible());
+        QVERIFY(!test.Get().Quadrix.State());
+        QCOMPARE(test.Setting("IMPORT", "ORIGINE"), QString("Arca 2000"));
+        if (atQuestion) {
+            QVERIFY(test.Get().Results.isEmpty());
+        } else {
+            QCOMPARE(test.Result().outcome, RunResult::Outcome::Cancelled);
+            QVERIFY(test.Result().AddsUp() && test.Result().notReached > 0);
+        }
+#endif
+    }
+
+    void ASignalClosesAnIdleWindow() {
+#ifdef Q_OS_WIN
+        QSKIP("no signals to send");
+#else
+        ArcaWindow test;
+        const SignalWatch watch([&test] { test.Window().End(); });
+        raise(SIGTERM);
+        QTRY_VERIFY(!test.Window().isVisible());
+#endif
     }
 
     /// While a question waits nothing can be stopped: the window stays, the import goes its way.

@@ -1,5 +1,7 @@
 #include "adapters/contract/run/Account.h"
 
+#include "sql/visibleText.h"
+
 namespace contract {
 
 namespace {
@@ -52,9 +54,9 @@ void Account::Commit() {
 QString Account::GiveUp(const QString& key, const QString& reason) {
     ++Result.givenUpCount;
     if (Result.givenUp.size() < KeptReasons) {
-        Result.givenUp.append({key, reason});
+        Result.givenUp.append({VisibleLine(key), VisibleLine(reason)});
     }
-    return QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason);
+    return VisibleLine(QStringLiteral("Riga abbandonata: %1: %2").arg(key, reason));
 }
 
 QString Account::RowText(const std::function<QString(const QString& table)>& fullName) const {

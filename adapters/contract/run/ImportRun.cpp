@@ -19,11 +19,11 @@ ImportRun::ImportRun(Session& session, const QString& module, const QString& pro
     : m_session(session),
       m_case(modImport::ReadFieldCase(session)),
       m_single(!singleCode.isEmpty()),
-      m_untranslatedBefore(session.Untranslated.size()),
       m_start(session.Person.WorkedSeconds()) {
     m_account.Result.module = module;
     m_account.Result.procedure = procedure;
     m_session.Notes = {};
+    m_session.Untranslated.Begin();
     m_session.FailedLookUps = {};
 }
 
@@ -80,7 +80,8 @@ void ImportRun::Finish() {
     if (m_failed) {
         m_account.Result.outcome = RunResult::Outcome::Failed;
     }
-    m_account.Result.untranslated = m_session.Untranslated.mid(m_untranslatedBefore);
+    m_account.Result.untranslated = m_session.Untranslated.First();
+    m_account.Result.untranslatedCount = m_session.Untranslated.Count();
     m_account.Result.seconds = m_session.Person.WorkedSeconds() - m_start;
     m_account.Result.notes = std::exchange(m_session.Notes, {});
     const LookUpFailures failed = std::exchange(m_session.FailedLookUps, {});

@@ -135,7 +135,6 @@ private:
     QString m_errorText; ///< empty: errors are not logged
     QString m_rule;      ///< that leaves the row under way out
     QHash<QString, qint64> m_lastIds;
-    qsizetype m_untranslatedBefore;
     double m_start; ///< seconds on the operator's clock
 };
 

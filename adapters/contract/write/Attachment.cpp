@@ -11,6 +11,42 @@ namespace contract {
 namespace {
 
 const QString Table = QStringLiteral("SYS_ATT");
+const QString Elsewhere = QStringLiteral("file su un altro computer");
+
+bool IsWithin(const QString& folder, const QString& path) {
+    const QString whole = QDir::cleanPath(QString(folder).replace(u'\\', u'/'));
+    return !folder.isEmpty() && path.startsWith(QString(whole + u'/'), Qt::CaseInsensitive);
+}
+
+/// Whether a file may be looked at, as far as its place goes; an odd place is logged. @param what what the file is
+bool MayBeOpened(ImportRun& run, const AttachedFile& file, const QString& what) {
+    if (IsWithin(file.folder, file.path)) {
+        return true;
+    }
+    const bool isElsewhere = file.path.startsWith(u"//");
+    if (isElsewhere || !file.folder.isEmpty()) {
+        const QString text = isElsewhere
+                                 ? QStringLiteral("%1 SU UN ALTRO COMPUTER: %2: '%3' non si apre: non sta nella "
+                                                  "cartella che le impostazioni dicono")
+                                 : QStringLiteral("%1 FUORI DALLA CARTELLA: %2: '%3' non sta in quella che le "
+                                                  "impostazioni dicono");
+        run.Log(text.arg(what, run.RowKey(), file.path));
+    }
+    return !isElsewhere;
+}
+
+/// The picture as JPEG; none when it cannot be read, which is logged.
+std::optional<QByteArray> JpegOf(ImportRun& run, const QString& path) {
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath(QStringLiteral("image.jpg"));
+    try {
+        ovDatabase::ConvertToJpeg(path, picture);
+    } catch (const PictureError& error) {
+        run.Log(QStringLiteral("IMMAGINE NON LETTA: %1: %2").arg(run.RowKey(), error.Message()));
+        return std::nullopt;
+    }
+    return ovDatabase::FileToBinary(picture);
+}
 
 } // namespace
 
@@ -31,6 +67,9 @@ QString PathIn(const QString& folder, const QString& name) {
 }
 
 RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
+    if (!MayBeOpened(run, file, QStringLiteral("ALLEGATO"))) {
+        return run.Skip(Elsewhere);
+    }
     const QFileInfo info(file.path);
     if (!info.isFile()) {
         run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(run.RowKey(), file.path));
@@ -62,13 +101,17 @@ RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
 std::vector<TableNeed> ImageNeeds() { return {{"IMA_GES", {"TBNAM", "TBKEY", "IMIMG"}}}; }
 
 RowOutcome StoreImage(ImportRun& run, const AttachedFile& file) {
+    if (!MayBeOpened(run, file, QStringLiteral("IMMAGINE"))) {
+        return run.Skip(Elsewhere);
+    }
     if (!QFileInfo(file.path).isFile()) {
         run.Log(QStringLiteral("IMMAGINE NON TROVATA: %1: '%2'").arg(run.RowKey(), file.path));
         return run.Skip(QStringLiteral("file non trovato"));
     }
-    const QTemporaryDir folder;
-    const QString picture = folder.filePath(QStringLiteral("image.jpg"));
-    ovDatabase::ConvertToJpeg(file.path, picture);
+    const auto picture = JpegOf(run, file.path);
+    if (!picture) {
+        return run.Skip(QStringLiteral("immagine non leggibile"));
+    }
     const Session& session = run.GetSession();
     const qint64 known =
         IdWhere(run.GetSession(), "IMA_GES",
@@ -76,7 +119,7 @@ RowOutcome StoreImage(ImportRun& run, const AttachedFile& file) {
     TargetRow row(run, "IMA_GES");
     row.Set("TBNAM", file.table);
     row.Set("TBKEY", file.key);
-    row.Set("IMIMG", ovDatabase::FileToBinary(picture));
+    row.Set("IMIMG", *picture);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
         return RowOutcome::Updated;

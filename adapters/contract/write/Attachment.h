@@ -16,6 +16,7 @@ struct AttachedFile {
     QString table; ///< bare name of the record's table
     QString key;   ///< code of the record
     QString path;
+    QString folder = {};      ///< of the settings, where the files of the source are; empty when they tell none
     QString description = {}; ///< the file's name when empty
     QString revision = {};
     QVariant day = {}; ///< Null: that of the file
@@ -25,15 +26,16 @@ struct AttachedFile {
 QString PathIn(const QString& folder, const QString& name);
 
 /// Attaches a file to its record, with its name, whole path, kind, size and date; a file of that name that is attached
-/// already is rewritten. A file that is not there is logged and skipped. Raises `SqlError`, `RowGivenUp` or, for a
-/// value that does not fit, `ImportError`.
+/// already is rewritten. A file that is not there is logged and skipped. One outside its folder is logged, and skipped
+/// when another computer has it: looking at it would sign on there, wherever the source says. Raises `SqlError`,
+/// `RowGivenUp` or, for a value that does not fit, `ImportError`.
 RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file);
 
 /// What the images below are written into.
 std::vector<TableNeed> ImageNeeds();
 
 /// Stores a picture file as the image of a record, as JPEG, in place of the one that is there. A file that is not there
-/// is logged and skipped. Raises as `WriteAttachment`, and `ImportError` naming the file when it is no picture.
+/// or no picture that can be read is logged and skipped, as is what `WriteAttachment` skips. Raises as that does.
 RowOutcome StoreImage(ImportRun& run, const AttachedFile& file);
 
 } // namespace contract

@@ -33,7 +33,7 @@ QString CamProductsFolder(Session& session, const QString& prefix) {
 void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& product) {
     const QString folder = CamProductsFolder(run.GetSession());
     if (!folder.isEmpty()) {
-        StoreImage(run, {"ART_FMT", QString::number(format), PathIn(folder, product + QStringLiteral(".bmp"))});
+        StoreImage(run, {"ART_FMT", QString::number(format), PathIn(folder, product + QStringLiteral(".bmp")), folder});
     }
 }
 

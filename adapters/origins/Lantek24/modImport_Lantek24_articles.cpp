@@ -141,7 +141,7 @@ RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, const QString& f
         WriteFormat(run, row, facts.code);
     }
     if (!folder.isEmpty() && !row.IsBlank("Image")) {
-        StoreImage(run, {"ART_ICO", facts.code, PathIn(folder, row.Text("Image"))});
+        StoreImage(run, {"ART_ICO", facts.code, PathIn(folder, row.Text("Image")), folder});
     }
     for (const QString& column : UserColumns()) {
         WriteFreeAttribute(run, {"ART_ICO", facts.code, column, row.Text(column)});

@@ -133,6 +133,8 @@ bool IsFullPath(const QString& path) {
     return hasDrive || path.startsWith(u'/') || path.startsWith(u'\\');
 }
 
+QString FolderOf(Session& session) { return modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", ""); }
+
 /// Where a drawing is: the source tells full paths; others count from the folder of the settings.
 QString FileOf(Session& session, const SourceRow& row) {
     const QString path = row.Text("PERCORSO");
@@ -142,7 +144,7 @@ QString FileOf(Session& session, const SourceRow& row) {
     if (IsFullPath(path)) {
         return QDir::cleanPath(QString(path).replace(u'\\', u'/'));
     }
-    const QString folder = modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+    const QString folder = FolderOf(session);
     if (folder.isEmpty()) {
         throw ImportError(QStringLiteral("colonna 'PERCORSO': '%1' non è un percorso completo, e l'impostazione "
                                          "SourcePathAttachArticoli della sezione IMPORT non dice la cartella")
@@ -159,8 +161,9 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
         return run.Skip(ArticleMissing);
     }
     const QString path = FileOf(session, row);
-    const RowOutcome outcome = WriteAttachment(
-        run, {"ART_ICO", article, path, row.Text("DESCRIZIONE"), row.Text("REVISIONE"), DateOf(row, "DATA")});
+    const RowOutcome outcome =
+        WriteAttachment(run, {"ART_ICO", article, path, FolderOf(session), row.Text("DESCRIZIONE"),
+                              row.Text("REVISIONE"), DateOf(row, "DATA")});
     if (outcome != RowOutcome::Skipped) {
         TargetRow target(run, "ART_ICO");
         target.Set("ARATT", true);

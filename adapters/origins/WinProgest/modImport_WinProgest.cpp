@@ -359,7 +359,7 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& fo
     if (!IsImported(run, article)) {
         return run.Skip(ArticleMissing);
     }
-    const RowOutcome outcome = WriteAttachment(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO"))});
+    const RowOutcome outcome = WriteAttachment(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO")), folder});
     if (outcome != RowOutcome::Skipped) {
         TargetRow target(run, "ART_ICO");
         target.Set("ARATT", true);

@@ -1,0 +1,12 @@
+#include "sources/libraries.h"
+
+#include <csv.h>
+
+namespace sources {
+
+QVector<Library> SourceLibraries() {
+    return {{QStringLiteral("libmdb"), QStringLiteral(QUADRIX_MDB_VERSION)},
+            {QStringLiteral("libcsv"), QStringLiteral("%1.%2.%3").arg(CSV_MAJOR).arg(CSV_MINOR).arg(CSV_RELEASE)}};
+}
+
+} // namespace sources
