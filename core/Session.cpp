@@ -1,5 +1,7 @@
 #include "core/Session.h"
 
+#include "core/modImport.h"
+
 Session::Session(Operator& person)
     : Person(person) {
     Errors.ClearError();
@@ -7,6 +9,7 @@ Session::Session(Operator& person)
     Errors.AskOperator = [this](const ErrorEntry& error) { return Person.ChooseOnError(error); };
     Errors.ReportToOperator = [this](const ErrorEntry& error) { Person.ReportError(error); };
     Quadrix.Errors = &Errors;
+    Quadrix.Note = [this](const QString& note) { modImport::LogNote(*this, note); };
     UserManager.Connection = &Quadrix;
     Dialogs.ShowOpenFile = [this](const QString& title, const QString& filter) {
         return Person.OpenFile(title, filter);

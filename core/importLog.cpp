@@ -46,6 +46,7 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
     QString lost;
     const QByteArray bytes = EncodeText(line, page, &lost);
     WriteTo(fileName.isEmpty() ? session.LogFile : fileName, bytes, startNew);
+    session.LogBeginsAnew = session.LogBeginsAnew || (startNew && fileName.isEmpty());
     if (fileName.isEmpty() && !session.LogCopy.isEmpty()) {
         WriteTo(session.LogCopy, bytes, false);
     }

@@ -18,7 +18,11 @@ public:
     RowUnderWay(const RowUnderWay&) = delete;
     RowUnderWay& operator=(const RowUnderWay&) = delete;
 
-    /// What is to be told of a run that did not come to its end; empty when the last one did, or had begun no row.
+    static constexpr QLatin1String Suffix{".inCorso"}; ///< of the file, behind the name of the log
+    /// Puts what a run that died has left beside its log to what stands beside another one.
+    static void TakeOver(const QString& fromLog, const QString& toLog);
+
+    /// What is to be told of runs that did not come to their end; empty when the last one did, or had begun no row.
     static QString Interrupted(const Session& session);
     /// Notes that a row is under way from now on. Raises `ImportError` when that cannot be noted.
     void Begin(const QString& key);
@@ -26,6 +30,7 @@ public:
 private:
     QString m_head;
     QFile m_file;
+    qsizetype m_longest = 0; ///< line so far
 };
 
 } // namespace contract
