@@ -223,6 +223,26 @@ private slots:
         QCOMPARE(target.Value("SELECT DTMER FROM X01_DOC_VEN"), QString("1"));
     }
 
+    /// What the import leaves to be done by hand is no success, however well its rows went.
+    void aTriggerThatStaysOffFailsTheRun() {
+        TestTarget target;
+        const QString text = "CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VER BEGIN SELECT 1; END";
+        target.Execute(text);
+        ImportRun run(target.Get(), "modImport_Prova", "ImportProva", {});
+        run.Guard([&] {
+            const TriggersOff triggers(run);
+            target.Execute("CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VEN BEGIN SELECT 1; END"); // takes the name
+            run.Complete("Importazione completata");
+        });
+        const RunResult& result = target.Get().Results.last();
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QCOMPARE(result.errors.size(), 1);
+        QVERIFY(result.errors[0].startsWith("I trigger di X01_DOC_VER sono rimasti disattivati"));
+        QVERIFY2(result.errors[0].endsWith("da eseguire a mano: " + text), qPrintable(result.errors[0]));
+        QVERIFY(target.Person.Messages.isEmpty());
+        QCOMPARE(target.Value("SELECT DDL FROM QDX_TRIGGERS_OFF"), text);
+    }
+
     /// A program that dies leaves word of its row for the next run, which tells it once; one that ends leaves none.
     void namesTheRowOfADeadRun() {
         TestTarget target;

@@ -77,6 +77,12 @@ void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
         }
     } catch (Error& error) {
         error.AddContext(QStringLiteral("I trigger di %1 sono rimasti disattivati").arg(FullName(table)));
+        if (const auto* refused = dynamic_cast<const SqlError*>(&error);
+            refused != nullptr && !refused->Statement().isEmpty()) {
+            error.AddAdvice(QStringLiteral("da eseguire a mano: ") + refused->Statement());
+        }
+        m_failed = true;
+        m_result.errors.append(error.Message());
         m_session.Errors.Monitoring(m_result.module, m_result.procedure);
         LogOrReport(error.Message());
     }
@@ -448,7 +454,10 @@ void ImportRun::KeepWritten() {
 }
 
 void ImportRun::Complete(const QString& message) {
-    if (m_single || m_result.outcome != RunResult::Outcome::Done) {
+    if (m_beforeCompletion && m_result.outcome == RunResult::Outcome::Done) {
+        m_beforeCompletion();
+    }
+    if (m_failed || m_single || m_result.outcome != RunResult::Outcome::Done) {
         return;
     }
     QStringList lines{message};
