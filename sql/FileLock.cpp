@@ -78,6 +78,7 @@ QString Reason() { return QString::fromLocal8Bit(std::strerror(errno)); }
 /// made, which is refused in folders where everybody may write.
 qintptr Open(const QString& path, bool make) {
     constexpr int AnyTries = 100; // it may be deleted between the two
+    constexpr mode_t ForAll = 0666;
     const QByteArray name = QFile::encodeName(path);
     for (int attempt = 0; attempt < AnyTries; ++attempt) {
         int file = open(name.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
@@ -85,8 +86,9 @@ qintptr Open(const QString& path, bool make) {
             file = open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
         }
         if (file < 0 && errno == ENOENT && make) {
-            constexpr mode_t ReadAndWrite = 0666; // less what the user's mask takes away
-            file = open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ReadAndWrite);
+            file = open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ForAll);
+            // Whatever the user's mask: one that stays behind must not keep other users out.
+            static_cast<void>(file >= 0 && fchmod(file, ForAll) == 0);
         }
         if (file >= 0) {
             return file;

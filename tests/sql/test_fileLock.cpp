@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 /// Locks between programs that the operating system keeps.
 class TestFileLock : public QObject {
     Q_OBJECT
@@ -35,6 +37,14 @@ private slots:
         const auto lock = FileLock::Take(m_path, "anna");
         QVERIFY(lock != nullptr);
         QCOMPARE(FileLock::NoteOf(m_path), QString("anna"));
+    }
+
+    /// One of a user whose files are his alone, left behind, keeps no other user out.
+    void OpensToAll() {
+        const mode_t before = umask(077);
+        const auto lock = FileLock::Take(m_path, "anna");
+        umask(before);
+        QVERIFY(QFile::permissions(m_path).testFlags(QFile::ReadOther | QFile::WriteOther));
     }
 
     void DoesNotFollowLinks() {
