@@ -1,9 +1,11 @@
 #include "app/importFlow.h"
 
+#include "app/CompanyLock.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
 #include "app/mergeButton.h"
 #include "app/procedureTitle.h"
+#include "app/RunLog.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
@@ -152,8 +154,20 @@ private:
     Session& m_session;
 };
 
+/// What is done, for those who meet it: "importazione: Controparti da Gescom".
+QString WorkOf(const Origin& origin, const std::vector<const Procedure*>& procedures) {
+    QStringList titles;
+    for (const Procedure* procedure : procedures) {
+        titles.append(ProcedureTitle(origin, *procedure));
+    }
+    return QStringLiteral("importazione: ") + titles.join(QStringLiteral(", "));
+}
+
 FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
                          const std::vector<const Procedure*>& procedures) {
+    const QString work = WorkOf(*request.choice.origin, procedures);
+    const CompanyLock lock(session, {session.UserManager.Azienda()}, work);
+    const RunLog log(session, work);
     const SourceCloser closer(session);
     const bool opens =
         std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->opensSource; });

@@ -1,5 +1,6 @@
 #include "app/merge.h"
 
+#include "app/CompanyLock.h"
 #include "app/mergeRecord.h"
 #include "app/mergeText.h"
 #include "core/modImport.h"
@@ -250,6 +251,11 @@ bool FusioneControparti(Session& session, const QString& from, const QString& to
     outcome = {};
     return Guarded(session.Errors, Module, Procedure, false, [&] {
         const Operator::Busy busy(session.Person);
+        const Companies companies = FindCompanies(session, from, to, outcome);
+        // Without references the source company is only read.
+        const CompanyLock lock(session,
+                               updateReferences ? QStringList{companies.from, companies.to} : QStringList(companies.to),
+                               QStringLiteral("fusione controparti da %1 a %2").arg(companies.from, companies.to));
         Merge work(session, from, to, updateReferences, outcome);
         if (!again) {
             work.RefuseRepeated();

@@ -2,10 +2,9 @@
 
 #include "core/createDatabase.h"
 #include "core/Schema.h"
+#include "core/worker.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
-
-#include <QSysInfo>
 
 namespace merge {
 
@@ -13,10 +12,9 @@ namespace {
 
 const QString Table = QStringLiteral("SYS_FUS");
 
-/// "anna (PC-UFFICIO)": who works at which machine.
 QString Worker() {
     static const int size = schema::FindTable(Table)->FindColumn("FUUTE")->size;
-    return QStringLiteral("%1 (%2)").arg(mod_ovTools::GetUserName(), QSysInfo::machineHostName()).left(size);
+    return WorkerText().left(size);
 }
 
 ovQueryConstructor NewQuery(const Session& session) {

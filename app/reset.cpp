@@ -1,5 +1,6 @@
 #include "app/reset.h"
 
+#include "app/CompanyLock.h"
 #include "core/runEnding.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -179,6 +180,10 @@ bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& 
 EmptyingResult ResetDatabase(Session& session, const ResetOptions& options) {
     EmptyingResult result;
     try {
+        // The tables of the system are those of every company.
+        const QStringList companies =
+            options.SystemTable ? AllCompanies(session) : QStringList(session.UserManager.Azienda());
+        const CompanyLock lock(session, companies, QStringLiteral("reset del database"));
         EmptyGroups(session, options, result);
         if (result.outcome == RunResult::Outcome::Done) {
             session.Person.Message(QStringLiteral("Reset Database eseguito con successo!"));

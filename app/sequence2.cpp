@@ -313,6 +313,9 @@ SequenceResult Sequence2(Session& session, const SequenceSettings& settings, con
         if (!steps) {
             throw SequenceRun::Declined();
         }
+        if (steps->DeleteBefore) {
+            run.LockAllCompanies();
+        }
         if (steps->DeleteBefore && window.AgreesToEmpty && !window.AgreesToEmpty(EmptyingQuestion(session, settings))) {
             throw SequenceRun::Declined();
         }

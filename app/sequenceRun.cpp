@@ -14,6 +14,7 @@ using Outcome = SequenceEntry::Outcome;
 namespace {
 
 const QString ImportSection = QStringLiteral("IMPORT");
+const QString Work = QStringLiteral("sequenza di importazione");
 
 Outcome OutcomeOf(const QVector<RunResult>& results) {
     for (const RunResult& result : results) {
@@ -156,6 +157,12 @@ void SequenceRun::SelectCompany() {
         throw ImportError(
             QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(m_settings.company, m_settings.file));
     }
+    m_locks.push_back(std::make_unique<CompanyLock>(m_session, QStringList(m_session.UserManager.Azienda()), Work));
+    m_runLog.emplace(m_session, Work);
+}
+
+void SequenceRun::LockAllCompanies() {
+    m_locks.push_back(std::make_unique<CompanyLock>(m_session, AllCompanies(m_session), Work));
 }
 
 void SequenceRun::Plan(const QStringList& steps) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "adapters/sourceSettings.h"
+#include "app/CompanyLock.h"
+#include "app/RunLog.h"
 #include "app/sequence.h"
 
 /// What the two sequences share: log, progress, sources, procedures and the account of the steps.
@@ -21,7 +23,10 @@ public:
     /// Writes a line into the log of the sequence; the first one starts it anew.
     void Log(const QString& message);
     /// Takes the company of the settings under work. Raises `ImportError` when there is none of that name.
+    /// Nobody else works on it from then on. Raises `ImportError` when somebody does.
     void SelectCompany();
+    /// Keeps everybody else from work on any company from now on, for the tables that all share. The same.
+    void LockAllCompanies();
     /// Adds steps behind those planned.
     void Plan(const QStringList& steps);
     /// Puts a further step in front of those still to come.
@@ -60,6 +65,8 @@ private:
     SequenceEntry& Current() { return m_result.entries[m_current]; }
 
     Session& m_session;
+    std::vector<std::unique_ptr<CompanyLock>> m_locks;
+    std::optional<RunLog> m_runLog;
     const SequenceSettings& m_settings;
     const SequenceWindow& m_window;
     SequenceResult m_result;

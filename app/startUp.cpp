@@ -1,5 +1,6 @@
 #include "app/startUp.h"
 
+#include "app/presence.h"
 #include "core/modMain.h"
 #include "core/passwordScrambling.h"
 #include "core/storedPassword.h"
@@ -39,6 +40,7 @@ void Wire(Session& session, const QString& settingsFile) {
     QDir().mkpath(folder);
     session.Config.SetConfigFile(settingsFile);
     session.LogFile = LogPath(folder);
+    AnnouncePresence(session, settingsFile);
 }
 
 /// Replaces the clear password in the file by its scrambled form. A file that may only be read serves as well: the
@@ -85,6 +87,18 @@ void TellBrokenLines(Session& session) {
                                               "né un valore\n%2")
                                    .arg(QDir::toNativeSeparators(session.Config.ConfigFile()), broken.join(u'\n')),
                                Icon::Exclamation);
+    }
+}
+
+void TellOthersAtWork(Session& session, const QString& settingsFile) {
+    const QStringList others = OthersAtWork(settingsFile);
+    if (!others.isEmpty()) {
+        session.Person.Message(
+            QStringLiteral(
+                "Con le stesse impostazioni è già al lavoro:\n%1\n\nChi cambia un'impostazione la cambia per "
+                "tutti. Di due importazioni nella stessa azienda la seconda viene rifiutata.")
+                .arg(others.join(u'\n')),
+            Icon::Exclamation);
     }
 }
 
@@ -177,6 +191,7 @@ void Main(Session& session, const QString& settingsFile, const std::function<voi
     Guarded(session.Errors, QStringLiteral("modMain"), QStringLiteral("Main"), false, [&] {
         session.Errors.ClearError();
         ConnectQuadrix(session, settingsFile);
+        TellOthersAtWork(session, settingsFile);
         showWindow();
         return true;
     });

@@ -1,5 +1,6 @@
 #include "app/truncation.h"
 
+#include "app/CompanyLock.h"
 #include "sql/mod_ovTools.h"
 
 namespace modImport {
@@ -56,6 +57,7 @@ const QStringList& TruncatedTables() {
 EmptyingResult TruncateDatabase(Session& session) {
     EmptyingResult result;
     try {
+        const CompanyLock lock(session, {session.UserManager.Azienda()}, QStringLiteral("svuotamento delle tabelle"));
         TruncateAll(session, result);
     } catch (...) {
         result.outcome = RunResult::Outcome::Failed;

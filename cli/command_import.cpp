@@ -1,6 +1,7 @@
 #include "adapters/answers.h"
 #include "app/importFlow.h"
 #include "app/resultText.h"
+#include "app/RunLog.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/resultReport.h"
@@ -110,7 +111,7 @@ QString Text(const Session& session, bool dryRun) {
         lines.append("Era una prova: il database è rimasto com'era.");
     }
     if (!session.Results.isEmpty()) {
-        lines.append("Log: " + session.LogFile);
+        lines.append("Log: " + LogOfLast(session));
     }
     return lines.join(u'\n');
 }
@@ -131,7 +132,7 @@ Report Import(Context& context) {
     report.json["company"] = request.choice.companyCode;
     report.json["data"] = request.procedure.isEmpty() ? contract::ButtonName(request.button) : request.procedure;
     report.json["dryRun"] = request.dryRun;
-    report.json["log"] = context.session.LogFile;
+    report.json["log"] = LogOfLast(context.session);
     report.json["procedures"] = ProceduresJson(context.session.Results);
     return report;
 }

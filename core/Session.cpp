@@ -1,5 +1,7 @@
 #include "core/Session.h"
 
+#include "core/modImport.h"
+
 UntranslatedCodes::Hashes UntranslatedCodes::HashesOf(const QString& code) {
     constexpr size_t otherSeed = 0x9e3779b9;
     return {qHash(code, 1), qHash(code, otherSeed)};
@@ -41,6 +43,7 @@ Session::Session(Operator& person)
     Errors.AskOperator = [this](const ErrorEntry& error) { return Person.ChooseOnError(error); };
     Errors.ReportToOperator = [this](const ErrorEntry& error) { Person.ReportError(error); };
     Quadrix.Errors = &Errors;
+    Quadrix.Note = [this](const QString& note) { modImport::LogNote(*this, note); };
     UserManager.Connection = &Quadrix;
     Dialogs.ShowOpenFile = [this](const QString& title, const QString& filter) {
         return Person.OpenFile(title, filter);

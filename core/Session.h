@@ -3,6 +3,7 @@
 #include "core/Operator.h"
 #include "core/RowMemory.h"
 #include "core/RunResult.h"
+#include "sql/FileLock.h"
 #include "sql/ovConfig.h"
 #include "sql/ovDialogs.h"
 #include "sql/ovUserManager.h"
@@ -72,9 +73,14 @@ public:
     std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
     /// Path of the default import log, "import.log".
     QString LogFile;
+    /// Whether the default log has been begun anew since this was set to false.
+    bool LogBeginsAnew = false;
 
     /// Path of a further log that gets every line of the default one, and keeps those of earlier runs; empty for none.
     QString LogCopy;
+
+    /// Held while this program works with its settings file, so that others find it; null where that is not told.
+    std::unique_ptr<FileLock> Presence;
 
     /// Reports the error being handled (call it inside a catch block) as `ovErrors::Monitoring` does, unless one with
     /// the same words has been reported since the collector was cleared: one that every setting meets is told once.

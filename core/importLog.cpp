@@ -68,6 +68,7 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
         Hold(session, message, {});
     } else {
         WriteLines(session, TimedLine(session, message), startNew, fileName);
+        session.LogBeginsAnew = session.LogBeginsAnew || (startNew && fileName.isEmpty());
     }
     return true;
 }

@@ -27,7 +27,7 @@ start_mariadb() {
     mariadb --no-defaults --socket="$mariadb_dir/socket" --user=root <<'SQL'
 CREATE DATABASE quadrix_test CHARACTER SET utf8mb4;
 CREATE USER 'quadrix'@'%' IDENTIFIED BY 'pass;word}=1';
-GRANT ALL ON *.* TO 'quadrix'@'%';
+GRANT ALL ON *.* TO 'quadrix'@'%' WITH GRANT OPTION;
 SQL
     export QUADRIX_TEST_MARIADB="127.0.0.1|$mariadb_port|quadrix|pass;word}=1|quadrix_test"
 }

@@ -60,6 +60,10 @@ public:
         return m_database.Reader().Columns(table);
     }
     void SetTriggersEnabled(const QString&, bool) override {} // tables of a file have none
+    // Nobody else sees the private database.
+    bool TakeLock(const QString&, const QString&) override { return true; }
+    QString LockHolder(const QString&) override { return {}; }
+    void ReleaseLock(const QString&) noexcept override {}
 
 private:
     void KeepWanted(const QStringList& wanted) {

@@ -87,8 +87,31 @@ public:
     virtual QStringList Tables() = 0;
     /// Columns of a table, in their order; empty when the table does not exist.
     virtual QVector<ColumnInfo> Columns(const QString& table) = 0;
-    /// Switches every trigger of a table off or on again, with lasting effect.
+    /// Switches every trigger of a table off or on again, with lasting effect. Where the database has no switch for
+    /// them they are taken away and made again, but not while `TriggerObstacles` names any: that raises `SqlError`.
     virtual void SetTriggersEnabled(const QString& table, bool enabled) = 0;
+    /// Why the triggers of a table, were they switched off, could not be switched on again, each with what would help;
+    /// empty when they can, or there are none.
+    virtual QStringList TriggerObstacles(const QString& /*table*/) { return {}; }
+    /// Whether the triggers of a table can be seen: a server may hide them from a user without the right to make some.
+    virtual bool SeesTriggers(const QString& /*table*/) { return true; }
+    /// Rights on the rows of a table that this user lacks, each with the statement that gives it; empty when none does,
+    /// or the database cannot be asked without a trace. Nothing is changed.
+    /// @param column one that the table has @param writes reading, inserting, changing and deleting; else reading alone
+    virtual QStringList LackingRights(const QString& /*table*/, const QString& /*column*/, bool /*writes*/) {
+        return {};
+    }
+    /// Takes a lock that no other connection to the same database can have at the same time. It needs no transaction
+    /// and goes with the connection or the program, whichever way that ends. A connection that has fallen takes its
+    /// locks again when it is opened anew; until it has them, every statement raises `SqlError`.
+    /// @param name what is locked, such as the code of a company
+    /// @param holder who takes it and for what, in words for the operator to whom it is refused
+    /// @return false when another connection has it. Raises `SqlError` or `ImportError` when it cannot be asked for
+    virtual bool TakeLock(const QString& name, const QString& holder) = 0;
+    /// Who has a lock, as far as it can be known; empty when nothing is.
+    virtual QString LockHolder(const QString& name) = 0;
+    /// Lets a lock go; one that this connection does not have is nothing to let go.
+    virtual void ReleaseLock(const QString& name) noexcept = 0;
     /// Statement after which the rows of a table that was just emptied are numbered from 1 again; empty where TRUNCATE
     /// sees to it.
     virtual QString RestartStatement(const QString& /*table*/) { return {}; }

@@ -80,6 +80,9 @@ public:
     /// Whether the same statement may succeed after a while: what it needs is in use, or the connection has fallen.
     bool MayPass() const { return m_mayPass; }
     void SetMayPass(bool mayPass) { m_mayPass = mayPass; }
+    /// Whether the user of the connection lacks the right to what the statement does.
+    bool IsDenied() const { return m_isDenied; }
+    void SetDenied(bool denied) { m_isDenied = denied; }
     /// Whether the connection fell after the statement was sent and before its answer came: the database may have
     /// carried it out.
     bool AnswerLost() const { return m_answerLost; }
@@ -91,6 +94,7 @@ private:
     QString m_engineCode;
     bool m_isExplained = false;
     bool m_mayPass = false;
+    bool m_isDenied = false;
     bool m_answerLost = false;
 };
 

@@ -17,11 +17,6 @@ bool IsQuery(const QString& statement) { return statement.trimmed().startsWith(u
 
 bool IsTruncate(const QString& statement) { return statement.startsWith(TruncateTable, Qt::CaseInsensitive); }
 
-/// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them.
-QString Revocable(const QString& statement) {
-    return IsTruncate(statement) ? QString("DELETE FROM " + statement.mid(TruncateTable.size())) : statement;
-}
-
 } // namespace
 
 ovConnection::~ovConnection() = default;
@@ -51,6 +46,7 @@ void ovConnection::OpenConnection() {
 
 void ovConnection::CloseConnection() {
     m_engine.reset();
+    m_locks.clear();
     m_inTransaction = false;
     m_lost = false;
 }
@@ -136,12 +132,28 @@ qint64 ovConnection::Execute(const QString& statement) {
             SetTriggersEnabled(triggers.table, triggers.enable);
             return qint64(0);
         }
-        const qint64 rows = engine.Run(TextFor(engine, m_inTransaction ? Revocable(statement) : statement));
-        if (IsTruncate(statement)) {
-            RestartNumbers(engine, statement.mid(TruncateTable.size()).trimmed());
-        }
-        return rows;
+        return IsTruncate(statement) ? Truncate(engine, statement) : engine.Run(TextFor(engine, statement));
     });
+}
+
+/// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them.
+qint64 ovConnection::Truncate(Engine& engine, const QString& statement) {
+    const QString table = statement.mid(TruncateTable.size()).trimmed();
+    const QString revocable = QStringLiteral("DELETE FROM ") + table;
+    try {
+        const qint64 rows = engine.Run(TextFor(engine, m_inTransaction ? revocable : statement));
+        RestartNumbers(engine, table);
+        return rows;
+    } catch (const SqlError& error) {
+        if (!error.IsDenied() || m_inTransaction) {
+            throw;
+        }
+    }
+    const qint64 rows = engine.Run(TextFor(engine, revocable));
+    Show(Note, QStringLiteral("SVUOTATA CON DELETE: tabella '%1', manca il diritto a TRUNCATE; i nuovi RECORD_ID non "
+                              "ripartono da 1")
+                   .arg(table));
+    return rows;
 }
 
 void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
@@ -267,10 +279,32 @@ QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) { return Open
 
 QStringList ovConnection::GetTables() { return Opened({}).Tables(); }
 
+QStringList ovConnection::TriggerObstacles(const QString& table) { return Opened({}).TriggerObstacles(table); }
+
+bool ovConnection::SeesTriggers(const QString& table) { return Opened({}).SeesTriggers(table); }
+
+QStringList ovConnection::LackingRights(const QString& table, const QString& column, bool writes) {
+    return Opened({}).LackingRights(table, column, writes);
+}
+
 void ovConnection::SetTriggersEnabled(const QString& table, bool enabled) {
-    if (m_inTransaction && Opened({}).TextDialect() == Dialect::MySql) {
-        throw SqlError(QStringLiteral("ALTER TABLE ") + table,
-                       QStringLiteral("i trigger di '%1' non si possono cambiare dentro una transazione").arg(table));
-    }
     Opened(QStringLiteral("ALTER TABLE ") + table).SetTriggersEnabled(table, enabled);
+}
+
+bool ovConnection::TakeLock(const QString& name, const QString& holder) {
+    if (!HasLock(name)) {
+        if (!Opened({}).TakeLock(name, holder)) {
+            return false;
+        }
+        m_locks.append(name);
+    }
+    return true;
+}
+
+QString ovConnection::LockHolder(const QString& name) { return Opened({}).LockHolder(name); }
+
+void ovConnection::ReleaseLock(const QString& name) noexcept {
+    if (m_engine != nullptr && m_locks.removeOne(name)) {
+        m_engine->ReleaseLock(name);
+    }
 }

@@ -32,7 +32,7 @@ public:
     QStringList SourceTables;  ///< tables that are read; empty for all
     QStringList LookupColumns; ///< "table.column" of each column that rows are looked up by
     QString CodePage;          ///< code page of files that do not tell theirs; empty for cp1252
-    StatementObserver Note;    ///< is told what was taken for granted when a file was read
+    StatementObserver Note;    ///< is told what was taken for granted when a file was read, or done in another way
     FileOpener OpenFiles;
     /// Milliseconds before the first retry of what may pass by itself, such as a lock; three times as long before each
     /// further one. 0: no pause.
@@ -53,9 +53,10 @@ public:
     const QString& Company() const { return m_company; }
 
     /// Runs a statement that returns no rows; returns the number of rows changed. A failure goes through
-    /// `Errors->Decide`: it may be retried, and is raised as `SqlError` or `RowGivenUp`. When the connection falls
-    /// before the answer, the message says that the statement may have been carried out, and only the operator can have
-    /// it tried again: an INSERT is never run twice unseen.
+    /// `Errors->Decide`: it may be retried, and is raised as `SqlError` or `RowGivenUp`. A TRUNCATE that the user has
+    /// no right to runs as a DELETE, which `Note` is told. When the connection falls before the answer, the message
+    /// says that the statement may have been carried out, and only the operator can have it tried again: an INSERT is
+    /// never run twice unseen.
     qint64 Execute(const QString& statement) override;
     /// Runs a query (or a statement) and returns its recordset, standing on the first row. Failures as `Execute`.
     Recordset ExecuteWC(const QString& query) override;
@@ -93,6 +94,20 @@ public:
     QStringList GetTables();
     Provider GetProviderType() const override { return ProviderType; }
     void SetTriggersEnabled(const QString& table, bool enabled) override;
+    /// As the engine tells them (`Engine`), of a table by its physical name. Raise `SqlError`.
+    QStringList TriggerObstacles(const QString& table);
+    bool SeesTriggers(const QString& table);
+    QStringList LackingRights(const QString& table, const QString& column, bool writes);
+
+    /// Takes a lock of the database, which no other connection can have at the same time (`Engine::TakeLock`); of a
+    /// connection that has it already there is nothing more to take. False when another one has it.
+    bool TakeLock(const QString& name, const QString& holder);
+    /// Whether this connection has the lock.
+    bool HasLock(const QString& name) const { return m_locks.contains(name); }
+    /// Who has a lock, in words for the operator; empty when it cannot be known.
+    QString LockHolder(const QString& name);
+    /// Lets a lock go.
+    void ReleaseLock(const QString& name) noexcept;
 
 private:
     Engine& Opened(const QString& statement) const;
@@ -101,6 +116,7 @@ private:
     static void Show(const StatementObserver& observer, const QString& statement);
     void RestartNumbers(Engine& engine, const QString& table) const;
     void NoticeLoss(SqlError& error);
+    qint64 Truncate(Engine& engine, const QString& statement);
     bool TellDoubt(SqlError& error, const QString& statement) const;
     template<class Work>
     void NoticingLoss(const Work& work);
@@ -110,6 +126,7 @@ private:
 
     std::unique_ptr<Engine> m_engine;
     QString m_company;
+    QStringList m_locks; ///< that it has taken
     bool m_inTransaction = false;
     bool m_lost = false;
 };

@@ -61,6 +61,7 @@ bool Explain(SqlError& error, std::span<const Refusal> known) {
         if (const auto found = Found(refusal, error); found.hasMatch()) {
             error.Explain(TextOf(refusal, found, error));
             error.SetMayPass(refusal.mayPass);
+            error.SetDenied(refusal.isDenied);
             return true;
         }
     }

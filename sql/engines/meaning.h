@@ -16,7 +16,8 @@ struct Refusal {
     QLatin1String code;
     QLatin1String words; ///< regular expression found in the engine's words; empty: whatever they are
     const char* text;
-    bool mayPass = false; ///< the statement may succeed when it is tried again after a while
+    bool mayPass = false;  ///< the statement may succeed when it is tried again after a while
+    bool isDenied = false; ///< the user lacks the right to what the statement does
 };
 
 // What several engines say, each in its words.
@@ -24,6 +25,7 @@ inline constexpr const char* NoAnswer = "il server non risponde: verificare nome
 inline constexpr const char* HasFallen = "la connessione con il server è caduta";
 inline constexpr const char* InUse = "i dati sono in uso da un altro programma: riprovare";
 inline constexpr const char* WrongPassword = "utente o password errati";
+inline constexpr const char* NoRight = "all'utente manca il diritto %1 sulla tabella '%2'";
 
 /// Puts what an error means in front of the engine's words, which stay behind it, and tells whether it may pass by
 /// itself. False when the table does not know it.

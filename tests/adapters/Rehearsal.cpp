@@ -80,8 +80,6 @@ void Rehearsal::OpenFaulty() {
                                               [this](const QString& statement, qint64 rows) { Note(statement, rows); });
     };
     target.OpenConnection();
-    m_engine->Run("CREATE TABLE IF NOT EXISTS QDX_TRIGGERS_OFF (NAME TEXT PRIMARY KEY, TBL TEXT COLLATE NOCASE, "
-                  "DDL TEXT)");
     for (const schema::Table& table : schema::Tables()) {
         FreeKeys(target.GetFullTableName(table.name));
     }
@@ -247,7 +245,8 @@ qint64 Rehearsal::Count(const QString& table) {
 
 QString Rehearsal::Triggers() {
     return m_fixture.Target().Value("SELECT COUNT(*) FROM sqlite_master WHERE type = 'trigger'") + " on, " +
-           m_fixture.Target().Value("SELECT COUNT(*) FROM QDX_TRIGGERS_OFF") + " off";
+           m_fixture.Target().Value("SELECT COUNT(*) FROM sqlite_master WHERE name = 'QDX_TRIGGERS_OFF'") +
+           " tables of those that are off";
 }
 
 /// The rows that the account names are in the tables, and no others.

@@ -259,41 +259,24 @@ private slots:
         QCOMPARE(target.Value("SELECT DTMER FROM X01_DOC_VEN"), QString("1"));
     }
 
-    /// A program that dies leaves word of its row for the next run, which tells it once; one that ends leaves none.
-    void namesTheRowOfADeadRun() {
+    /// What the import leaves to be done by hand is no success, however well its rows went.
+    void aTriggerThatStaysOffFailsTheRun() {
         TestTarget target;
-        Session& session = target.Get();
-        session.Source = std::make_unique<ovConnection>();
-        OpenEmbedded(*session.Source)
-            .ExecuteScript("CREATE TABLE clienti (cod VARCHAR(40)); INSERT INTO clienti VALUES "
-                           "('PRIMO, CON UN CODICE LUNGO'), ('ALTRO')");
-        const QString file = session.LogFile + ".inCorso";
-        const QString kept = file + ".kept";
-        const auto run = [&](const QString& copyAt) {
-            ImportRun one(session, "modImport_Prova", "ImportProva", {});
-            one.Guard([&] {
-                one.Announce("Inizio");
-                one.Rows({"Clienti", "clienti", "cod", "SELECT COUNT(*) FROM clienti", "SELECT * FROM clienti"},
-                         [&](const SourceRow& row) {
-                             if (row.Text("cod") == copyAt) {
-                                 QFile::copy(file, kept);
-                             }
-                             return RowOutcome::Skipped;
-                         });
-            });
-        };
-        run("ALTRO");
-        QVERIFY(!QFile::exists(file));
-        QVERIFY(session.Results.last().notes.kinds.isEmpty());
-        QVERIFY(QFile::rename(kept, file));
-        session.Source->Execute("DELETE FROM clienti"); // a run without rows tells it as well
-        run({});
-        const QByteArray told = "modImport_Prova.ImportProva, azienda X01, iniziata 05/03/2024 10:20:30: tabella "
-                                "'clienti', cod 'ALTRO' può essere scritta solo in parte";
-        QCOMPARE(session.Results.last().notes.kinds.value(0).name, QString("IMPORTAZIONE INTERROTTA"));
-        QVERIFY2(QString::fromLatin1(target.Log()).contains(QString::fromUtf8(told)), target.Log());
-        run({});
-        QVERIFY(session.Results.last().notes.kinds.isEmpty());
+        const QString text = "CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VER BEGIN SELECT 1; END";
+        target.Execute(text);
+        ImportRun run(target.Get(), "modImport_Prova", "ImportProva", {});
+        run.Guard([&] {
+            const TriggersOff triggers(run);
+            target.Execute("CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VEN BEGIN SELECT 1; END"); // takes the name
+            run.Complete("Importazione completata");
+        });
+        const RunResult& result = target.Get().Results.last();
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QCOMPARE(result.errors.size(), 1);
+        QVERIFY(result.errors[0].startsWith("I trigger di X01_DOC_VER sono rimasti disattivati"));
+        QVERIFY2(result.errors[0].endsWith("da eseguire a mano: " + text), qPrintable(result.errors[0]));
+        QVERIFY(target.Person.Messages.isEmpty());
+        QCOMPARE(target.Value("SELECT DDL FROM QDX_TRIGGERS_OFF"), text);
     }
 
     void valuesDocumentRows_data() {

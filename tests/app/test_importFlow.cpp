@@ -82,6 +82,28 @@ private slots:
         QCOMPARE(fake.Prepared, 1);
     }
 
+    /// Whoever else imports into the company is named, and nothing is opened.
+    void refusesACompanyUnderWork() {
+        TestTarget target;
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        target.Person.Answers = {true, true, true};
+        ovConnection other;
+        OpenEmbedded(other, target.Db().DatabaseName);
+        QVERIFY(other.TakeLock("X01", "anna (PC-1)"));
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
+        QVERIFY(target.Person.Reported.value(0).message.contains("'X01': ci sta già lavorando anna (PC-1)"));
+        QVERIFY(fake.Calls.isEmpty());
+        QCOMPARE(fake.Prepared, 0);
+        other.ReleaseLock("X01");
+        fake.Work = [&](Session&, const QString&) {
+            QVERIFY(!other.TakeLock("X01", "anna (PC-1)"));
+            QVERIFY(other.LockHolder("X01").endsWith(": importazione: Importa Controparti (Prova)"));
+        };
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
+        QVERIFY(other.TakeLock("X01", "anna (PC-1)"));
+    }
+
     void stopsAtEachNo_data() {
         Columns<bool, QString, int>("confirmed", "givesUpAt", "prepared");
         Row("confirmation", false, "", 0);

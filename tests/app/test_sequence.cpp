@@ -281,6 +281,30 @@ private slots:
         QVERIFY(fake.Target.Person.Reported.isEmpty());
     }
 
+    /// One that empties what all companies share keeps everybody away, any other one those of its company.
+    void refusesACompanyUnderWork_data() {
+        Columns<QString, bool, bool>("locked", "empties", "runs");
+        Row("its own", QString("X01"), false, false);
+        Row("another one", QString("X02"), false, true);
+        Row("another one, and what all share goes", QString("X02"), true, false);
+    }
+    void refusesACompanyUnderWork() {
+        QFETCH(QString, locked);
+        QFETCH(bool, empties);
+        QFETCH(bool, runs);
+        FakeInstallation fake;
+        fake.Target.AddCompany("X02", "Prova Due S.p.A.");
+        ovConnection other;
+        OpenEmbedded(other, fake.Target.Db().DatabaseName);
+        QVERIFY(other.TakeLock(locked, "anna (PC-1)"));
+        SequenceSteps steps;
+        steps.DeleteBefore = empties;
+        steps.SaldiMEX = true;
+        QCOMPARE(fake.Run2(steps).outcome, runs ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
+        QCOMPARE(fake.Calls.size(), runs ? 1 : 0);
+        QCOMPARE(fake.Target.Person.Reported.size(), runs ? 0 : 1);
+    }
+
     void emptiesAndSwitchesTriggersOnAgain_data() {
         Columns<RunResult::Outcome>("end");
         Row("to the end", RunResult::Outcome::Done);

@@ -1,3 +1,4 @@
+#include "sql/FileLock.h"
 #include "sql/ovConnection.h"
 #include "tests/cli/CliRun.h"
 #include "tests/support/embedded.h"
@@ -41,6 +42,24 @@ private slots:
         QCOMPARE(ended.exitCode, 2);
         QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
         QCOMPARE(Counts(), QString("1 1 1"));
+    }
+
+    /// Another program that works on the company, on whatever settings, is kept apart from this one.
+    void CompanyUnderWork() {
+        const QString lock = m_run.Database() + "-X01.lock";
+        QProcess other;
+        other.start("flock", {"--no-fork", lock, "sleep", "60"});
+        QTRY_VERIFY(FileLock::IsTaken(lock));
+        for (const QStringList& arguments : {QStringList{"reset", "--kind", "docven"}, QStringList{"truncate"}}) {
+            const auto ended = m_run.Run(arguments + QStringList{"--company", "X01", "--yes", "--json"});
+            QCOMPARE(ended.exitCode, 1);
+            const QString told = ended.Json()["errors"].toArray().at(0).toString();
+            QVERIFY2(told.startsWith("Azienda 'X01': ci sta già lavorando"), qPrintable(ended.output));
+            QCOMPARE(Counts(), QString("1 1 1"));
+        }
+        other.kill(); // its lock goes with it
+        other.waitForFinished();
+        QCOMPARE(m_run.Run({"truncate", "--company", "X01", "--yes"}).exitCode, 0);
     }
 
     void ResetDeletesTheKinds() {

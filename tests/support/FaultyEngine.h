@@ -114,6 +114,10 @@ public:
         Meet(QStringLiteral("trigger ") + table);
         m_engine->SetTriggersEnabled(table, enabled);
     }
+    QStringList TriggerObstacles(const QString& table) override { return m_engine->TriggerObstacles(table); }
+    bool TakeLock(const QString& name, const QString& holder) override { return m_engine->TakeLock(name, holder); }
+    QString LockHolder(const QString& name) override { return m_engine->LockHolder(name); }
+    void ReleaseLock(const QString& name) noexcept override { m_engine->ReleaseLock(name); }
     QString RestartStatement(const QString& table) override { return m_engine->RestartStatement(table); }
 
 private:

@@ -67,6 +67,12 @@ void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
         }
     } catch (Error& error) {
         error.AddContext(QStringLiteral("I trigger di %1 sono rimasti disattivati").arg(FullName(table)));
+        if (const auto* refused = dynamic_cast<const SqlError*>(&error);
+            refused != nullptr && !refused->Statement().isEmpty()) {
+            error.AddAdvice(QStringLiteral("da eseguire a mano: ") + refused->Statement());
+        }
+        m_failed = true;
+        m_account.Result.errors.append(error.Message());
         m_session.Errors.Monitoring(m_account.Result.module, m_account.Result.procedure);
         LogOrReport(error.Message());
     }
@@ -194,7 +200,10 @@ void ImportRun::Inserted(const QString& table) {
 }
 
 void ImportRun::Complete(const QString& message) {
-    if (m_single || m_account.Result.outcome != RunResult::Outcome::Done) {
+    if (m_beforeCompletion && m_account.Result.outcome == RunResult::Outcome::Done) {
+        m_beforeCompletion();
+    }
+    if (m_failed || m_single || m_account.Result.outcome != RunResult::Outcome::Done) {
         return;
     }
     QStringList lines{message};

@@ -66,11 +66,15 @@ public:
         m_rule = rule;
         return RowOutcome::Skipped;
     }
-    /// Shows the completion message, unless the run was cancelled or of a single code.
+    /// Shows the completion message, unless the run was cancelled or of a single code, or what is to be done before it
+    /// failed.
     void Complete(const QString& message);
+    /// What is still to be done before a run may be called complete; none with an empty function.
+    void BeforeCompletion(std::function<void()> work) { m_beforeCompletion = std::move(work); }
 
     /// Switches the triggers of a table (bare name) on again, whatever has happened. It is tried once more when it
-    /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told.
+    /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told, with the
+    /// statement that is left to be run by hand, and the run counts as failed.
     void SwitchTriggersOn(const QString& table) noexcept;
 
     /// Appends a line about the row under way to the import log; it also stands in the result.
@@ -133,7 +137,8 @@ private:
     bool m_single;
     bool m_failed = false;
     QString m_errorText; ///< empty: errors are not logged
-    QString m_rule;      ///< that leaves the row under way out
+    std::function<void()> m_beforeCompletion;
+    QString m_rule; ///< that leaves the row under way out
     QHash<QString, qint64> m_lastIds;
     double m_start; ///< seconds on the operator's clock
 };

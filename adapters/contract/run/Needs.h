@@ -8,6 +8,7 @@ namespace contract {
 struct TableNeed {
     QString table; ///< of the source as it is named there; of the target the bare name
     QStringList columns;
+    bool isWritten = false; ///< rows of it are inserted, changed and deleted; else they are only looked up
 };
 
 /// What a procedure reads and writes: its mappings and what it touches beyond them.
@@ -18,7 +19,8 @@ struct Needs {
 };
 
 /// Every table and column of the needs, and of the translations, that the open source and the company's tables lack,
-/// one line each, each once; empty when nothing is missing. Raises `SqlError` when a database cannot be asked.
+/// and the rights on the company's tables that the user lacks, one line each, each once; empty when nothing is missing.
+/// Raises `SqlError` when a database cannot be asked.
 QStringList Missing(Session& session, const Needs& needs);
 
 } // namespace contract

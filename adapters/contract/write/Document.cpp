@@ -39,30 +39,50 @@ QDate StartDateOf(Session& session) {
 } // namespace
 
 std::vector<TableNeed> DocumentNeeds(const Family& family) {
-    return {{family.head, {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON",
-                           "DTRAS", "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG",
-                           "DTESR", "DTVAL", "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"}},
-            {family.row, {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR",
-                          "DRQT2", "DRQTE", "DRSTA", "DRQTD", "DRPRZ", "DRPR2", "DRPRA", "DRSCO",
-                          "DRSC2", "DRSC3", "DRTOT", "DRTTA", "DRIVA", "DRCAM", "DRTPM", "DRMAG"}},
-            {family.dueDate, {"IDTES"}}};
+    return {
+        {family.head,
+         {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON",
+          "DTRAS", "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG",
+          "DTESR", "DTVAL", "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"},
+         true},
+        {family.row,
+         {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR", "DRQT2", "DRQTE", "DRSTA", "DRQTD",
+          "DRPRZ", "DRPR2", "DRPRA", "DRSCO", "DRSC2", "DRSC3", "DRTOT", "DRTTA", "DRIVA", "DRCAM", "DRTPM", "DRMAG"},
+         true},
+        {family.dueDate, {"IDTES"}, true}};
 }
 
 TriggersOff::TriggersOff(ImportRun& run)
     : m_run(run) {
+    ovConnection& target = m_run.GetSession().Quadrix;
     try {
         for (const Family* family : Families) {
-            m_run.GetSession().Quadrix.AlterTriggersStatus(m_run.FullName(family->row), false);
+            const QString table = m_run.FullName(family->row);
+            if (!target.SeesTriggers(table)) {
+                m_run.Log(
+                    QStringLiteral("TRIGGER NON VISIBILI: tabella '%1', all'utente manca il diritto TRIGGER; se ne "
+                                   "ha, restano attivi durante l'importazione")
+                        .arg(table));
+            }
+            target.AlterTriggersStatus(table, false);
         }
     } catch (...) {
         SwitchOn();
         throw;
     }
+    m_run.BeforeCompletion([this] { SwitchOn(); });
 }
 
-TriggersOff::~TriggersOff() { SwitchOn(); }
+TriggersOff::~TriggersOff() {
+    m_run.BeforeCompletion({});
+    SwitchOn();
+}
 
 void TriggersOff::SwitchOn() noexcept {
+    if (m_areOn) {
+        return;
+    }
+    m_areOn = true;
     for (const Family* family : Families) {
         m_run.SwitchTriggersOn(family->row);
     }

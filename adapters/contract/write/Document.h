@@ -34,6 +34,7 @@ private:
     void SwitchOn() noexcept;
 
     ImportRun& m_run;
+    bool m_areOn = false;
 };
 
 /// Removes the documents that an import wrote, with the rows and due dates that are left without a head. Documents

@@ -2,8 +2,11 @@
 #include "sql/engines/keptStatements.h"
 #include "sql/engines/mysql/mySqlCatalog.h"
 #include "sql/engines/mysql/mySqlCursor.h"
+#include "sql/engines/mysql/mySqlLocks.h"
 #include "sql/engines/mysql/mySqlPreparedCursor.h"
+#include "sql/engines/mysql/mySqlRights.h"
 #include "sql/engines/mysql/mySqlShape.h"
+#include "sql/engines/mysql/mySqlTriggers.h"
 #include "sql/engines/spoolingCursor.h"
 #include "sql/errors.h"
 #include "sql/text/dialect.h"
@@ -77,7 +80,22 @@ public:
 
     QVector<ColumnInfo> Columns(const QString& table) override { return MySqlColumns(*this, table); }
 
-    void SetTriggersEnabled(const QString& table, bool enabled) override { SwitchMySqlTriggers(*this, table, enabled); }
+    void SetTriggersEnabled(const QString& table, bool enabled) override {
+        SwitchMySqlTriggers(*this, table, enabled, m_inTransaction);
+    }
+    QStringList TriggerObstacles(const QString& table) override {
+        return MySqlTriggerObstacles(*this, table, m_inTransaction);
+    }
+    bool SeesTriggers(const QString& table) override { return SeesMySqlTriggers(*this, table); }
+    QStringList LackingRights(const QString& table, const QString& column, bool writes) override {
+        return mySqlRights::Lacking(*this, table, column, writes);
+    }
+
+    bool TakeLock(const QString& name, const QString& holder) override {
+        return m_locks.Take(name, m_inTransaction ? QString() : holder);
+    }
+    QString LockHolder(const QString& name) override { return m_locks.Holder(name); }
+    void ReleaseLock(const QString& name) noexcept override { m_locks.Release(name); }
 
 private:
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
@@ -85,14 +103,15 @@ private:
     void MakeReady(const QString& statement) {
         m_line->Free();
         m_connection->NoticeEnd();
-        if (!m_connection->Lost()) {
-            return;
+        if (m_connection->Lost()) {
+            if (m_inTransaction) {
+                throw m_connection->GoneError(statement);
+            }
+            m_prepared.Clear();
+            m_connection->Open();
+            m_locks.ConnectionFell();
         }
-        if (m_inTransaction) {
-            throw m_connection->GoneError(statement);
-        }
-        m_prepared.Clear();
-        m_connection->Open();
+        m_locks.TakeAgain();
     }
 
     void Send(const QString& statement) {
@@ -136,6 +155,7 @@ private:
     std::shared_ptr<MySqlConnection> m_connection;
     KeptStatements<MySqlStatement> m_prepared;
     std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
+    ServerLocks m_locks{*this, MySqlLocks()};
     qint64 m_rows = 0;
     qint64 m_lastInsertId = 0;
     bool m_inTransaction = false;

@@ -8,7 +8,3 @@ QString MySqlName(const QString& name);
 QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table);
 /// Name of the column of a table that the server numbers by itself; empty when there is none. Raises `SqlError`.
 QString MySqlIdentityColumn(Engine& engine, const QString& table);
-/// Switches the triggers of a table of a MySQL or MariaDB database, whichever way it is reached. The server has no
-/// switch for them: their text waits in a table of its own while they are off, so that it is not lost when the program
-/// ends in between. Raises `SqlError`.
-void SwitchMySqlTriggers(Engine& engine, const QString& table, bool enabled);

@@ -1,8 +1,10 @@
 #include "sql/engines/odbc/mariaDbOverOdbc.h"
 
 #include "sql/engines/mysql/mySqlCatalog.h"
+#include "sql/engines/mysql/mySqlRights.h"
 #include "sql/engines/mysql/mySqlSession.h"
 #include "sql/engines/mysql/mySqlShape.h"
+#include "sql/engines/mysql/mySqlTriggers.h"
 #include "sql/engines/odbc/odbcPortions.h"
 #include "sql/text/dialect.h"
 
@@ -54,7 +56,17 @@ qint64 MariaDbOverOdbc::LastInsertId() {
 QVector<ColumnInfo> MariaDbOverOdbc::Columns(const QString& table) { return MySqlColumns(*this, table); }
 
 void MariaDbOverOdbc::SetTriggersEnabled(const QString& table, bool enabled) {
-    SwitchMySqlTriggers(*this, table, enabled);
+    SwitchMySqlTriggers(*this, table, enabled, InTransaction());
+}
+
+QStringList MariaDbOverOdbc::TriggerObstacles(const QString& table) {
+    return MySqlTriggerObstacles(*this, table, InTransaction());
+}
+
+bool MariaDbOverOdbc::SeesTriggers(const QString& table) { return SeesMySqlTriggers(*this, table); }
+
+QStringList MariaDbOverOdbc::LackingRights(const QString& table, const QString& column, bool writes) {
+    return mySqlRights::Lacking(*this, table, column, writes);
 }
 
 /// Whether statements are run prepared; what is prepared is forgotten when the statement may change tables.

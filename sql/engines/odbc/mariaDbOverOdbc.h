@@ -15,6 +15,9 @@ public:
     qint64 LastInsertId() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
+    QStringList TriggerObstacles(const QString& table) override;
+    bool SeesTriggers(const QString& table) override;
+    QStringList LackingRights(const QString& table, const QString& column, bool writes) override;
 
 protected:
     void Reopened() override;

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 
 /// One connection over the ODBC API.
@@ -17,6 +18,8 @@ public:
     OdbcConnection& operator=(const OdbcConnection&) = delete;
 
     SQLHDBC Handle() const { return m_handle.Get(); }
+    /// Another connection to the same database. Raises `SqlError`.
+    std::shared_ptr<OdbcConnection> Another() const { return std::make_shared<OdbcConnection>(m_text); }
     /// Connects again after the connection has fallen; its statements are gone by then. Raises `SqlError`.
     void Reopen();
     /// Grows with each `Reopen`: statements of before are gone.

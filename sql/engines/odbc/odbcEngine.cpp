@@ -5,6 +5,28 @@
 #include "sql/engines/odbc/odbcText.h"
 #include "sql/text/dialect.h"
 
+#include <QCryptographicHash>
+#include <QDir>
+
+namespace {
+
+/// Where the locks stand of a database that has none itself: they serve on this machine alone.
+QString MachineLocks(const OdbcConnection& connection) {
+    const QString database = connection.Info(SQL_SERVER_NAME) + u'\n' + connection.Info(SQL_DATABASE_NAME);
+    const QByteArray hash = QCryptographicHash::hash(database.toUtf8(), QCryptographicHash::Sha1).toHex();
+    return QDir::temp().filePath(QStringLiteral("quadrix-") + QString::fromLatin1(hash));
+}
+
+} // namespace
+
+OdbcEngine::OdbcEngine(std::shared_ptr<OdbcConnection> connection, odbc::Dbms dbms, Dialect dialect)
+    : m_connection(std::move(connection)),
+      m_dbms(dbms),
+      m_dialect(dialect),
+      m_locks(*this, odbc::LocksOf(dbms)),
+      m_rowLocks(odbc::LocksOf(dbms).makeNotes),
+      m_machineLocks(MachineLocks(*m_connection)) {}
+
 qint64 OdbcEngine::Run(const QString& statement) {
     MakeReady();
     return RunText(statement)->RowsChanged();
@@ -67,13 +89,57 @@ void OdbcEngine::SetTriggersEnabled(const QString& table, bool enabled) {
     }
 }
 
+QStringList OdbcEngine::LackingRights(const QString& table, const QString& /*column*/, bool writes) {
+    QStringList lacking;
+    for (const odbc::RightQuery& each : odbc::RightQueries(m_dbms, table, writes)) {
+        const auto answer = Query(each.query);
+        if (answer->Next() && answer->Value(0) == 0) { // Null: there is no such table, which is told elsewhere
+            lacking.append(QStringLiteral("diritto %1 sulla tabella '%2' (GRANT %1 ON [%2] TO l'utente del database)")
+                               .arg(each.right, table));
+        }
+    }
+    return lacking;
+}
+
+bool OdbcEngine::TakeLock(const QString& name, const QString& holder) {
+    if (!m_locks.AreThere()) {
+        return m_machineLocks.Take(name, holder);
+    }
+    try {
+        return m_locks.Take(name, m_inTransaction ? QString() : holder);
+    } catch (const SqlError&) {
+        if (m_dbms != odbc::Dbms::Oracle) { // which gives its locks to those alone who may use DBMS_LOCK
+            throw;
+        }
+    }
+    try {
+        return m_rowLocks.Take(m_connection->Another(), name, m_locks.Name(name), holder);
+    } catch (const SqlError&) { // the user may make no table either
+        return m_machineLocks.Take(name, holder);
+    }
+}
+
+QString OdbcEngine::LockHolder(const QString& name) {
+    const QString holder = m_locks.AreThere() ? m_locks.Holder(name) : QString();
+    return holder.isEmpty() ? m_machineLocks.Holder(name) : holder;
+}
+
+void OdbcEngine::ReleaseLock(const QString& name) noexcept {
+    m_locks.Release(name);
+    m_rowLocks.Release(name);
+    m_machineLocks.Release(name);
+}
+
 void OdbcEngine::MakeReady() {
     m_line->Free();
     m_connection->NoticeEnd();
     if (m_connection->Lost() && !m_inTransaction) {
         m_connection->Reopen();
         Reopened();
+        m_locks.ConnectionFell();
     }
+    m_locks.TakeAgain();
+    m_rowLocks.Check();
     m_connection->TakeInterruption();
 }
 

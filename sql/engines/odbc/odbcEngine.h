@@ -1,7 +1,11 @@
 #pragma once
 
+#include "sql/engines/fileLocks.h"
 #include "sql/engines/odbc/odbcCatalog.h"
+#include "sql/engines/odbc/odbcLocks.h"
+#include "sql/engines/odbc/odbcRights.h"
 #include "sql/engines/odbc/odbcStatement.h"
+#include "sql/engines/odbc/rowLocks.h"
 #include "sql/engines/spoolingCursor.h"
 
 /// A database over ODBC, in the words that the standard and its drivers share. What one database needs beyond them
@@ -9,10 +13,7 @@
 class OdbcEngine : public Engine {
 public:
     /// @param connection open @param dbms the database behind it @param dialect of the statements that it is given
-    OdbcEngine(std::shared_ptr<OdbcConnection> connection, odbc::Dbms dbms, Dialect dialect)
-        : m_connection(std::move(connection)),
-          m_dbms(dbms),
-          m_dialect(dialect) {}
+    OdbcEngine(std::shared_ptr<OdbcConnection> connection, odbc::Dbms dbms, Dialect dialect);
 
     Dialect TextDialect() const override { return m_dialect; }
     bool AdaptsText() const override { return true; }
@@ -29,8 +30,13 @@ public:
     QStringList Tables() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
+    QStringList LackingRights(const QString& table, const QString& column, bool writes) override;
+    bool TakeLock(const QString& name, const QString& holder) override;
+    QString LockHolder(const QString& name) override;
+    void ReleaseLock(const QString& name) noexcept override;
 
 protected:
+    bool InTransaction() const { return m_inTransaction; }
     const std::shared_ptr<OdbcConnection>& Connection() const { return m_connection; }
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
     /// it.
@@ -49,5 +55,8 @@ private:
     odbc::Dbms m_dbms;
     Dialect m_dialect;
     std::shared_ptr<ResultLine> m_line = std::make_shared<ResultLine>();
+    ServerLocks m_locks;
+    RowLocks m_rowLocks;      ///< where the user may take no others
+    FileLocks m_machineLocks; ///< where the database has none
     bool m_inTransaction = false;
 };

@@ -1,12 +1,16 @@
 #include "sql/engine.h"
+#include "sql/engines/fileLocks.h"
 #include "sql/engines/sqlite/sqliteCursor.h"
 #include "sql/engines/sqlite/sqliteError.h"
 #include "sql/errors.h"
+#include "sql/text/triggerText.h"
 
 #include <QFileInfo>
 #include <QSet>
 
 #include <sqlite3.h>
+
+#include <optional>
 
 namespace {
 
@@ -110,18 +114,23 @@ public:
     /// SQLite has no switch for triggers: their text waits in a table of its own while they are off, so that it is
     /// not lost when the program ends in between.
     void SetTriggersEnabled(const QString& table, bool enabled) override {
-        Run(QStringLiteral("CREATE TABLE IF NOT EXISTS QDX_TRIGGERS_OFF (NAME TEXT PRIMARY KEY, TBL TEXT COLLATE "
-                           "NOCASE, DDL TEXT)"));
-        Run(QStringLiteral("SAVEPOINT triggers"));
+        const bool isPart = sqlite3_get_autocommit(m_database.get()) == 0;
+        Run(isPart ? QStringLiteral("SAVEPOINT triggers") : QStringLiteral("BEGIN IMMEDIATE"));
         try {
             enabled ? RestoreTriggers(table) : StoreTriggers(table);
+            Run(isPart ? QStringLiteral("RELEASE triggers") : QStringLiteral("COMMIT"));
         } catch (const SqlError&) {
-            Run(QStringLiteral("ROLLBACK TO triggers"));
-            Run(QStringLiteral("RELEASE triggers"));
+            if (sqlite3_get_autocommit(m_database.get()) == 0) { // else the engine has taken it back by itself
+                Run(isPart ? QStringLiteral("ROLLBACK TO triggers") : QStringLiteral("ROLLBACK"));
+                Run(isPart ? QStringLiteral("RELEASE triggers") : QString());
+            }
             throw;
         }
-        Run(QStringLiteral("RELEASE triggers"));
     }
+
+    bool TakeLock(const QString& name, const QString& holder) override { return Locks().Take(name, holder); }
+    QString LockHolder(const QString& name) override { return Locks().Holder(name); }
+    void ReleaseLock(const QString& name) noexcept override { Locks().Release(name); }
 
     QString RestartStatement(const QString& table) override {
         const QString numbers = QStringLiteral("sqlite_sequence"); // there once a table has an identity column
@@ -144,6 +153,14 @@ private:
         }
     }
 
+    /// Beside the database; a lock that SQLite itself keeps would end with each transaction.
+    FileLocks& Locks() {
+        if (!m_locks) {
+            m_locks.emplace(QString::fromUtf8(sqlite3_db_filename(m_database.get(), "main")));
+        }
+        return *m_locks;
+    }
+
     SqliteStatement Prepare(const QString& statement) { return m_statements->Prepare(statement); }
 
     QStringList Texts(const QString& query) {
@@ -162,23 +179,53 @@ private:
             QStringLiteral(" FROM sqlite_master WHERE type = 'trigger' AND tbl_name = %1 COLLATE NOCASE")
                 .arg(Literal(table));
         const QStringList names = Texts(QStringLiteral("SELECT name") + where);
+        if (names.isEmpty()) {
+            return;
+        }
+        Run(QStringLiteral("CREATE TABLE IF NOT EXISTS QDX_TRIGGERS_OFF (NAME TEXT PRIMARY KEY, TBL TEXT COLLATE "
+                           "NOCASE, DDL TEXT)"));
         Run(QStringLiteral("INSERT OR REPLACE INTO QDX_TRIGGERS_OFF SELECT name, tbl_name, sql") + where);
         for (const QString& name : names) {
             Run(QStringLiteral("DROP TRIGGER ") + Quoted(name));
         }
     }
 
+    /// Whoever may write the table may write any text there: what makes no trigger of that name on that table is not
+    /// run.
     void RestoreTriggers(const QString& table) {
+        if (Columns(QStringLiteral("QDX_TRIGGERS_OFF")).isEmpty()) {
+            return;
+        }
         const QString where = QStringLiteral(" FROM QDX_TRIGGERS_OFF WHERE TBL = %1").arg(Literal(table));
-        for (const QString& ddl : Texts(QStringLiteral("SELECT DDL") + where)) {
-            Run(ddl);
+        const QStringList names = Texts(QStringLiteral("SELECT NAME") + where + QStringLiteral(" ORDER BY rowid"));
+        const QStringList texts = Texts(QStringLiteral("SELECT DDL") + where + QStringLiteral(" ORDER BY rowid"));
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            if (!IsTriggerText(texts.at(i), names.at(i), table)) {
+                throw SqlError({}, QStringLiteral("tabella QDX_TRIGGERS_OFF, NAME '%1': il testo non crea quel trigger "
+                                                  "su '%2' e non viene eseguito; verificare la riga e toglierla")
+                                       .arg(names.at(i), table));
+            }
+            Run(texts.at(i));
         }
         Run(QStringLiteral("DELETE") + where);
+        DropEmptyTable();
+    }
+
+    /// While a query is being read no table can be dropped: the next time will do.
+    void DropEmptyTable() {
+        if (Texts(QStringLiteral("SELECT NAME FROM QDX_TRIGGERS_OFF LIMIT 1")).isEmpty()) {
+            try {
+                Run(QStringLiteral("DROP TABLE QDX_TRIGGERS_OFF"));
+            } catch (const SqlError&) {
+                return;
+            }
+        }
     }
 
     Database m_database;
     std::shared_ptr<SqliteStatements> m_statements; ///< goes before the database
     bool m_marked = false;
+    std::optional<FileLocks> m_locks;
 };
 
 } // namespace
