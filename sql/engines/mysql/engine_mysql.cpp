@@ -58,6 +58,7 @@ public:
         }
     }
     void Interrupt() noexcept override { m_connection->Kill(); }
+    QString LineWarning() override { return m_connection->LineWarning(); }
     qint64 LastInsertId() override { return m_lastInsertId; }
 
     QStringList Tables() override {

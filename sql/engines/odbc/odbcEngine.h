@@ -22,6 +22,7 @@ public:
     void Commit() override;
     void RollBack() override;
     void Interrupt() noexcept override { m_connection->Interrupt(); }
+    QString LineWarning() override;
     qint64 LastInsertId() override;
     QStringList Tables() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
@@ -29,6 +30,8 @@ public:
 
 protected:
     const std::shared_ptr<OdbcConnection>& Connection() const { return m_connection; }
+    /// The server that the line leads to; empty when its driver does not tell.
+    QString ServerName() const;
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
     /// it.
     void MakeReady();
