@@ -1,5 +1,6 @@
 #include "adapters/sourceSettings.h"
 
+#include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "sql/mod_ovTools.h"
 
@@ -37,6 +38,7 @@ bool PrepareSam(Session& session, ovConnection& source) {
     source.ConnectionString = "Provider=MSDASQL.1;Password=" + answers->at(1) +
                               ";Persist Security Info=True;User ID=" + answers->at(0) +
                               ";Data Source=SAM;Initial Catalog=" + answers->at(2);
+    ReadLine(session, source);
     return true;
 }
 
@@ -51,6 +53,7 @@ bool PrepareMemphis(Session& session, ovConnection& source) {
     source.User = answers->at(2);
     source.Password = answers->at(3);
     source.DatabaseName = modMain::GetAppConfig(session, "IMPORT", "Databasename", "MEMPHIS");
+    ReadLine(session, source);
     return true;
 }
 
@@ -78,6 +81,11 @@ bool PrepareSolution(Session& session, ovConnection& source) {
     source.User = file.Read(section, "Username");
     source.Password = file.Read(section, "Password");
     source.NetworkCredential = source.User.isEmpty();
+    source.Driver = file.Read(section, "Driver");
+    modMain::SetLine(source,
+                     {file.Read(section, "Encryption"), file.Read(section, "EncryptionCA"), "Encryption",
+                      "EncryptionCA", QStringLiteral("sezione [%1] di '%2'").arg(section, path)},
+                     QFileInfo(path).dir());
     return true;
 }
 

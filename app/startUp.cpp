@@ -1,5 +1,6 @@
 #include "app/startUp.h"
 
+#include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/passwordScrambling.h"
 #include "sql/mod_ovTools.h"
@@ -87,6 +88,7 @@ void ReadConnection(Session& session) {
     ovConnection& connection = session.Quadrix;
     SetProvider(connection, config.GetAppConfig(Section, "Provider", "MSSQL"));
     connection.Driver = config.PeekAppConfig(Section, "Driver");
+    ReadLine(session, connection, Section, "Encryption", "EncryptionCA");
     connection.Server = config.GetAppConfig(Section, "ServerName", QSysInfo::machineHostName().toUpper());
     connection.DatabaseName = config.GetAppConfig(Section, "DatabaseName", "QUADRIX");
     const QString network = config.GetAppConfig(Section, "NetworkCredential", "1");
@@ -142,6 +144,7 @@ bool ConnectQuadrix(Session& session, const QString& settingsFile, MissingDataba
             CheckDatabaseFile(session.Quadrix.DatabaseName, missing);
         }
         session.Quadrix.OpenConnection();
+        TellLine(session, session.Quadrix);
         session.Config.LoadConfig();
         return true;
     });

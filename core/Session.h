@@ -56,6 +56,7 @@ public:
     /// Codes that were asked for and have no translation, as "table.field = code", in the order they were met.
     QStringList Untranslated;
     QSet<QString> UntranslatedSeen; ///< the same, for a quick look
+    QStringList ToldLines;          ///< what the operator was told of lines that are not encrypted
     ::Notes Notes;                  ///< of the procedure under way
     LookUpFailures FailedLookUps;
     /// One entry per procedure that ran, oldest first.

@@ -50,6 +50,7 @@ const char* MeaningOf(const QString& words) {
     // The most exact ones first: what the library says of the whole handshake stands in each of its messages.
     static constexpr Known All[] = {
         {QLatin1String("restricted_auth"), AsksForPassword},
+        {QLatin1String("asks for the password in clear"), AsksForPassword},
         {QLatin1String("insecure transport"), NeedsEncryption},
         {QLatin1String("server does not support it"), OffersNoEncryption},
         {QLatin1String("encryption not supported"), OffersNoEncryption},

@@ -136,6 +136,7 @@ private:
     void NoteUnderWay(const QString& key);
     void LogError();
     void AppendToLog(const QString& line);
+    void LogLines();
     void LogOrReport(const QString& message);
     void TellEmptied(const QString& table, qint64 rows, const QString& line);
     void LogEnding();

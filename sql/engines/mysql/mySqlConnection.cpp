@@ -4,6 +4,7 @@
 #include "sql/engines/meaning.h"
 #include "sql/engines/mysql/mySqlMeaning.h"
 #include "sql/engines/mysql/mySqlSession.h"
+#include "sql/engines/mysql/mySqlSignOn.h"
 
 #include <mysql.h>
 
@@ -73,6 +74,7 @@ SqlError MySqlConnection::OpeningError() const {
 void MySqlConnection::Open() {
     Close();
     m_lost = false;
+    GuardMySqlPasswords();
     m_handle = mysql_init(nullptr);
     Connect(m_handle);
     const bool isOpen = mysql_errno(m_handle) == 0 && IsAsAskedFor(m_handle);

@@ -15,9 +15,14 @@ MariaDbOverOdbc::MariaDbOverOdbc(std::shared_ptr<OdbcConnection> connection, Dia
     SetSession();
 }
 
+/// A server that cannot tell is one without.
 bool MariaDbOverOdbc::IsEncrypted() {
-    const auto status = OdbcEngine::Query(QStringLiteral("SHOW SESSION STATUS LIKE 'Ssl_cipher'"));
-    return status->Next() && !status->Value(1).toString().isEmpty();
+    try {
+        const auto status = OdbcEngine::Query(QStringLiteral("SHOW SESSION STATUS LIKE 'Ssl_cipher'"));
+        return status->Next() && !status->Value(1).toString().isEmpty();
+    } catch (const SqlError&) {
+        return false;
+    }
 }
 
 QString MariaDbOverOdbc::LineWarning() {

@@ -1,6 +1,7 @@
 #include "sql/engines/odbc/odbcEngine.h"
 
 #include "sql/engines/lineText.h"
+#include "sql/engines/mysql/mySqlSignOn.h"
 #include "sql/engines/odbc/mariaDbOverOdbc.h"
 #include "sql/engines/odbc/odbcCursor.h"
 #include "sql/engines/odbc/odbcEncryption.h"
@@ -97,6 +98,7 @@ qint64 OdbcEngine::Number(const QString& query) {
 }
 
 std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Provider provider) {
+    GuardMySqlPasswords();
     const bool sqlServer = provider == Provider::SqlServer;
     const Dialect dialect = provider == Provider::MySql ? Dialect::MySql
                             : sqlServer                 ? Dialect::SqlServer
