@@ -30,9 +30,20 @@ QString LogPath(const QString& settingsFolder) {
     return QDir(IsWritable(folder) ? folder : settingsFolder).filePath(LogName);
 }
 
+/// Without a file and a place for one, the settings are the defaults, at each start anew.
+void TellWhatIsNotSaved(Session& session, const QString& settingsFile, const QString& folder) {
+    if (!QFileInfo::exists(settingsFile) && !IsWritable(folder)) {
+        session.Person.Message(QStringLiteral("Le impostazioni non si possono salvare: nella cartella '%1' non si può "
+                                              "scrivere. Indicarne un'altra con la variabile d'ambiente QUADRIX_CONFIG")
+                                   .arg(QDir::toNativeSeparators(folder)),
+                               Icon::Exclamation);
+    }
+}
+
 void Wire(Session& session, const QString& settingsFile) {
     const QString folder = QFileInfo(settingsFile).absolutePath();
     QDir().mkpath(folder);
+    TellWhatIsNotSaved(session, settingsFile, folder);
     session.Config.SetConfigFile(settingsFile);
     session.LogFile = LogPath(folder);
 }
