@@ -1,5 +1,7 @@
 #include "sql/engines/lineText.h"
 
+#include "sql/errors.h"
+
 #include <QSysInfo>
 
 #include <algorithm>
@@ -28,6 +30,17 @@ bool StaysHere(const QString& server) {
     static const QStringList names{"", ".", "(local)", "localhost", "::1"};
     return host.startsWith(u'/') || host.startsWith(u"127.") || host.startsWith(u"(localdb)") || names.contains(host) ||
            host == QSysInfo::machineHostName().toLower();
+}
+
+unsigned ReadPort(const QString& server, const QString& port) {
+    constexpr unsigned Largest = 65535;
+    bool isNumber = false;
+    const unsigned number = port.toUInt(&isNumber);
+    if (!isNumber || number == 0 || number > Largest) {
+        throw ImportError(
+            QStringLiteral("Server '%1': '%2' non è una porta (un numero da 1 a %3)").arg(server, port).arg(Largest));
+    }
+    return number;
 }
 
 QString NotEncrypted(const QString& server) {

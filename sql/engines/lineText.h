@@ -9,6 +9,10 @@ namespace line {
 /// nobody else on the network sees. An empty one is this machine.
 bool StaysHere(const QString& server);
 
+/// The port that stands in a server's name. Raises `ImportError` naming the server for what is no port: another server
+/// of that machine may listen on the usual one.
+unsigned ReadPort(const QString& server, const QString& port);
+
 /// That the line to a server is not encrypted, and which setting changes that.
 QString NotEncrypted(const QString& server);
 /// The same of a line that the other side may have encrypted without being asked.

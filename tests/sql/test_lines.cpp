@@ -191,19 +191,23 @@ void TestLines::NoLineWithoutEncryption() {
 }
 
 void TestLines::PortsThatAreNone_data() {
-    Columns<QString, QString>("server", "port");
-    Row("letter", "127.0.0.1:288I1", "288I1");
-    Row("too large", "127.0.0.1:65536", "65536");
-    Row("nought", "127.0.0.1:0", "0");
-    Row("empty", "127.0.0.1:", "");
-    Row("of an IPv6 address", "[::1]:x", "x");
+    Columns<Provider, QString, QString>("provider", "server", "port");
+    Row("letter", Provider::MySql, "127.0.0.1:288I1", "288I1");
+    Row("too large", Provider::MySql, "127.0.0.1:65536", "65536");
+    Row("nought", Provider::MySql, "127.0.0.1:0", "0");
+    Row("empty", Provider::MySql, "127.0.0.1:", "");
+    Row("of an IPv6 address", Provider::MySql, "[::1]:x", "x");
+    Row("FreeTDS, letter", Provider::SqlServer, "127.0.0.1,l433", "l433");
 }
 
+/// The usual port is not taken instead: another server may listen there.
 void TestLines::PortsThatAreNone() {
+    QFETCH(Provider, provider);
     QFETCH(QString, server);
     QFETCH(QString, port);
     ovConnection connection;
-    connection.ProviderType = Provider::MySql;
+    connection.ProviderType = provider;
+    connection.Driver = "FreeTDS";
     connection.Server = server;
     const auto error = ErrorOf<ImportError>([&] { connection.OpenConnection(); });
     QVERIFY(error);

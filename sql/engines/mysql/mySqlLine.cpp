@@ -7,23 +7,10 @@
 
 namespace {
 
-constexpr unsigned LargestPort = 65535;
-
 /// Ways to sign on that do not show the password on the line. Those that do are the client's "mysql_clear_password" and
 /// "dialog", which a server, whoever that is, may ask for.
 constexpr const char* SafeSignOns = "mysql_native_password,client_ed25519,caching_sha2_password,sha256_password,"
                                     "auth_gssapi_client,parsec";
-
-unsigned ReadPort(const QString& server, const QString& text) {
-    bool isNumber = false;
-    const unsigned port = text.toUInt(&isNumber);
-    if (!isNumber || port == 0 || port > LargestPort) {
-        throw ImportError(QStringLiteral("Server '%1': '%2' non è una porta (un numero da 1 a %3)")
-                              .arg(server, text)
-                              .arg(LargestPort));
-    }
-    return port;
-}
 
 void SetFlag(st_mysql* handle, mysql_option option, bool on) {
     const my_bool value = on ? 1 : 0;
@@ -33,22 +20,22 @@ void SetFlag(st_mysql* handle, mysql_option option, bool on) {
 } // namespace
 
 MySqlLine ReadMySqlLine(const QString& server) {
-    MySqlLine line;
+    MySqlLine place;
     if (server.startsWith(u'/')) {
-        line.socket = server.toUtf8();
-        return line;
+        place.socket = server.toUtf8();
+        return place;
     }
     const bool inBrackets = server.startsWith(u'[') && server.contains(u']');
     QString host = inBrackets ? server.mid(1).section(u']', 0, 0) : server;
     const QString behind = inBrackets ? server.section(u']', 1) : server;
     // More than one colon is an IPv6 address.
     if (behind.count(u':') == 1) {
-        line.port = ReadPort(server, behind.section(u':', 1));
+        place.port = line::ReadPort(server, behind.section(u':', 1));
         host = inBrackets ? host : server.section(u':', 0, 0);
     }
     const bool local = host == QLatin1String("(local)") || host == QLatin1String(".");
-    line.host = local ? QByteArrayLiteral("localhost") : host.toUtf8();
-    return line;
+    place.host = local ? QByteArrayLiteral("localhost") : host.toUtf8();
+    return place;
 }
 
 void SetMySqlLine(st_mysql* handle, const ConnectionSettings& settings) {

@@ -1,6 +1,7 @@
 #include "sql/engines/odbc/odbcText.h"
 
 #include "sql/connectionParts.h"
+#include "sql/engines/lineText.h"
 #include "sql/engines/odbc/odbcDrivers.h"
 #include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/errors.h"
@@ -41,6 +42,9 @@ void AddSignOn(Parts& parts, const ConnectionSettings& settings) {
 void AddFreeTds(Parts& parts, const ConnectionSettings& settings, const char* version) {
     parts.append({QStringLiteral("SERVER"), settings.server.section(u',', 0, 0).trimmed()});
     const QString port = settings.server.section(u',', 1).trimmed();
+    if (settings.server.contains(u',')) {
+        line::ReadPort(settings.server, port);
+    }
     if (!port.isEmpty() || !settings.server.contains(u'\\')) {
         parts.append({QStringLiteral("PORT"), port.isEmpty() ? QStringLiteral("1433") : port});
     }
