@@ -29,7 +29,7 @@ class TestLineSettings : public QObject {
 
 private slots:
     void eachSourceHasItsOwn_data() {
-        Columns<QString, QString, QByteArray>("origin", "file", "prefix");
+        Columns<QString, QString, QString>("origin", "file", "prefix");
         Row("server", "OSL GP90", "Quadrix.ini", "");
         Row("data source", "Mexal", "Quadrix.ini", "");
         Row("connection string", "SAM", "Quadrix.ini", "");
@@ -41,12 +41,13 @@ private slots:
     void eachSourceHasItsOwn() {
         QFETCH(QString, origin);
         QFETCH(QString, file);
-        QFETCH(QByteArray, prefix);
+        QFETCH(QString, prefix);
+        const QByteArray key = prefix.toUtf8();
         TestTarget target;
         WriteFile(target.Folder.filePath("ca.pem"), "");
         const QByteArray section = file == "Solution.ini" ? "[DATABASE]\r\n" : "[IMPORT]\r\nEncryption=1\r\n";
         WriteFile(target.Folder.filePath(file), (prefix.isEmpty() ? section.left(section.indexOf('\n') + 1) : section) +
-                                                    prefix + "Encryption=2\r\n" + prefix + "EncryptionCA=ca.pem\r\n");
+                                                    prefix + "Encryption=2\r\n" + key + "EncryptionCA=ca.pem\r\n");
         const auto& own = registry::Find(origin)->source.prepare;
         ovConnection source;
         QVERIFY((own ? own : sourceSettings::ForOrigin(origin))(target.Get(), source));
