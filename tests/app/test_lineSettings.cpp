@@ -45,9 +45,13 @@ private slots:
         const QByteArray key = prefix.toUtf8();
         TestTarget target;
         WriteFile(target.Folder.filePath("ca.pem"), "");
-        const QByteArray section = file == "Solution.ini" ? "[DATABASE]\r\n" : "[IMPORT]\r\nEncryption=1\r\n";
-        WriteFile(target.Folder.filePath(file), (prefix.isEmpty() ? section.left(section.indexOf('\n') + 1) : section) +
-                                                    prefix + "Encryption=2\r\n" + key + "EncryptionCA=ca.pem\r\n");
+        QByteArray text = file == "Solution.ini" ? "[DATABASE]\r\n" : "[IMPORT]\r\n";
+        text += prefix.isEmpty() ? "" : "Encryption=1\r\n"; // that of the others
+        text += key;
+        text += "Encryption=2\r\n";
+        text += key;
+        text += "EncryptionCA=ca.pem\r\n";
+        WriteFile(target.Folder.filePath(file), text);
         const auto& own = registry::Find(origin)->source.prepare;
         ovConnection source;
         QVERIFY((own ? own : sourceSettings::ForOrigin(origin))(target.Get(), source));
