@@ -1,5 +1,6 @@
 #include "adapters/sourceSettings.h"
 
+#include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
@@ -104,6 +105,10 @@ Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
 
 } // namespace
 
+void ReadLine(Session& session, ovConnection& source) {
+    modMain::ReadLine(session, source, Section, QStringLiteral("Encryption"), QStringLiteral("EncryptionCA"));
+}
+
 QString DatabasePath(Session& session) {
     const QString path = session.Config.PeekAppConfig(Section, Database);
     return path.isEmpty() ? path : FromSettingsFolder(session, path);
@@ -127,6 +132,7 @@ Prepare DataSource(const QString& defaultDsn) {
         source.DSN = Setting(session, "DSN", defaultDsn);
         source.User = session.Config.PeekAppConfig(Section, "DSN_Username");
         source.Password = storedPassword::Read(session, session.Config.File(), Section, "DSN_Password");
+        ReadLine(session, source);
         return true;
     };
 }
@@ -141,6 +147,8 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
         if (source.Embedded) {
             source.DatabaseName = FromSettingsFolder(session, source.DatabaseName);
             RequireFile(session, source.DatabaseName, keys.database);
+        } else {
+            modMain::ReadLine(session, source, Section, keys.encryption, keys.authorities);
         }
         source.NetworkCredential =
             modMain::IsAppConfigOn(session, keys.networkSection, keys.network, keys.networkDefault);
@@ -205,6 +213,7 @@ Prepare Fixed(const QString& connectionString) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
         source.ConnectionString = connectionString;
+        ReadLine(session, source);
         return true;
     };
 }

@@ -10,6 +10,8 @@ namespace sourceSettings {
 /// Fills a connection's parameters; false when the operator gave up.
 using Prepare = std::function<bool(Session&, ovConnection& source)>;
 
+/// Reads the settings Encryption and EncryptionCA of section IMPORT into a connection; raises as `modMain::ReadLine`.
+void ReadLine(Session& session, ovConnection& source);
 /// The path of the setting Databasename, counted from the folder of the settings; empty when it is not set.
 QString DatabasePath(Session& session);
 /// What an error says of the path of a file source: which setting it stands in, and whether only its beginning was
@@ -21,9 +23,9 @@ QString PathAdvice(Session& session, const ovConnection& source);
 Prepare DataSource(const QString& defaultDsn);
 
 /// A database server: settings ProviderType, Servername, Databasename, NetworkCredential and, without integrated
-/// sign-on, Username and Password. A Databasename that ends in ".sqlite" or ".db" names a SQLite file with the
-/// server's tables, such as the examples are; it is counted from the folder of the settings. Setting Driver names the
-/// ODBC driver, where it is not the usual one.
+/// sign-on, Username and Password; Encryption and EncryptionCA tell how the line is protected. A Databasename that ends
+/// in ".sqlite" or ".db" names a SQLite file with the server's tables, such as the examples are; it is counted from the
+/// folder of the settings. Setting Driver names the ODBC driver, where it is not the usual one.
 struct ServerKeys {
     QString networkSection = "IMPORT";
     QString networkDefault = "0";
@@ -33,6 +35,8 @@ struct ServerKeys {
     QString database = "Databasename";
     QString network = "NetworkCredential";
     QString driver = "Driver";
+    QString encryption = "Encryption";
+    QString authorities = "EncryptionCA";
 };
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys = {});
 

@@ -1,5 +1,6 @@
 #include "adapters/sourceSettings.h"
 
+#include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
@@ -38,6 +39,7 @@ bool PrepareSam(Session& session, ovConnection& source) {
     source.ConnectionString = "Provider=MSDASQL.1;Password=" + answers->at(1) +
                               ";Persist Security Info=True;User ID=" + answers->at(0) +
                               ";Data Source=SAM;Initial Catalog=" + answers->at(2);
+    ReadLine(session, source);
     return true;
 }
 
@@ -52,6 +54,7 @@ bool PrepareMemphis(Session& session, ovConnection& source) {
     source.User = answers->at(2);
     source.Password = answers->at(3);
     source.DatabaseName = modMain::GetAppConfig(session, "IMPORT", "Databasename", "MEMPHIS");
+    ReadLine(session, source);
     return true;
 }
 
@@ -79,6 +82,11 @@ bool PrepareSolution(Session& session, ovConnection& source) {
     source.User = file.Read(section, "Username");
     source.Password = storedPassword::Read(session, file, section, "Password");
     source.NetworkCredential = source.User.isEmpty();
+    source.Driver = file.Read(section, "Driver");
+    modMain::SetLine(source,
+                     {file.Read(section, "Encryption"), file.Read(section, "EncryptionCA"), "Encryption",
+                      "EncryptionCA", QStringLiteral("sezione [%1] di '%2'").arg(section, path)},
+                     QFileInfo(path).dir());
     return true;
 }
 

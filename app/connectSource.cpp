@@ -1,6 +1,7 @@
 #include "app/connectSource.h"
 
 #include "adapters/sourceSettings.h"
+#include "core/lineSettings.h"
 #include "core/modImport.h"
 #include "sources/fileSource.h"
 #include "sql/CodePage.h"
@@ -35,6 +36,7 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
     }
     try {
         source.OpenConnection();
+        modMain::TellLine(session, source);
     } catch (ImportError& error) {
         if (const QString advice = sourceSettings::PathAdvice(session, source); !advice.isEmpty()) {
             error.AddAdvice(advice);
@@ -49,6 +51,7 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
 std::unique_ptr<ovConnection> NewSource(Session& session) {
     auto source = std::make_unique<ovConnection>();
     source->Errors = &session.Errors;
+    source->ReadOnly = true;
     source->OpenFiles = sources::OpenFileSource;
     source->Trace = session.TraceSource;
     source->CodePage = ReadCodePage(session);

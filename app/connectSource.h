@@ -16,9 +16,9 @@ SourceOutcome ConnectSource(Session& session, const contract::Origin& origin);
 /// The same, for a caller that reports errors itself: raises what `ConnectSource` reports.
 SourceOutcome OpenSource(Session& session, const contract::Origin& origin);
 
-/// A connection with what a source needs of the session, still to be filled and opened. Files that do not tell their
-/// code page are read in that of the setting CodePage (section IMPORT), one that is not known raises `ImportError`;
-/// what they are read in without it is noted in the log.
+/// A connection with what a source needs of the session, still to be filled and opened. Nothing can be written over it.
+/// Files that do not tell their code page are read in that of the setting CodePage (section IMPORT), one that is not
+/// known raises `ImportError`; what they are read in without it is noted in the log.
 std::unique_ptr<ovConnection> NewSource(Session& session);
 
 /// Closes the session's source and releases it; does nothing when there is none.

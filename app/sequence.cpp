@@ -4,6 +4,7 @@
 #include "app/resultText.h"
 #include "app/sequenceRun.h"
 #include "app/truncation.h"
+#include "core/lineSettings.h"
 
 namespace {
 
@@ -86,11 +87,14 @@ std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& nam
     keys.database = prefix + "Databasename";
     keys.network = prefix + "NetworkCredential";
     keys.driver = prefix + "Driver";
+    keys.encryption = prefix + "Encryption";
+    keys.authorities = prefix + "EncryptionCA";
     const Operator::Quiet quiet(session.Person);
     return Guarded(session.Errors, "frmImport", "Sequence", std::unique_ptr<ovConnection>(), [&] {
         auto source = NewSource(session);
         sourceSettings::Server(name, keys)(session, *source);
         source->OpenConnection();
+        modMain::TellLine(session, *source);
         return source;
     });
 }

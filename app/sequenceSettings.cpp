@@ -12,8 +12,9 @@ const QString Section = QStringLiteral("SEQUENCE");
 
 /// Keys that every source has, and those that it may have.
 const QStringList FixedKeys{"Servername", "Databasename", "Username", "Password"};
-const QStringList FurtherKeys{"DSN",    "DSN_Username",      "DSN_Password",     "ProviderType",
-                              "Driver", "NetworkCredential", "Tessera_Username", "Tessera_Password"};
+const QStringList FurtherKeys{"DSN",        "DSN_Username",      "DSN_Password",     "ProviderType",
+                              "Driver",     "NetworkCredential", "Tessera_Username", "Tessera_Password",
+                              "Encryption", "EncryptionCA"};
 
 const QStringList SourceSections{"ARCA EVOLUTION", "LANTEK 24", "AUTOMA",      "FERROBRIO",
                                  "MEXAL",          "TESSERA",   "VISUAL SPACE"};

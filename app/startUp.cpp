@@ -1,6 +1,7 @@
 #include "app/startUp.h"
 
 #include "app/presence.h"
+#include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/passwordScrambling.h"
 #include "core/storedPassword.h"
@@ -35,9 +36,20 @@ QString LogPath(const QString& settingsFolder) {
     return isOurs ? path : QDir(settingsFolder).filePath(LogName);
 }
 
+/// Without a file and a place for one, the settings are the defaults, at each start anew.
+void TellWhatIsNotSaved(Session& session, const QString& settingsFile, const QString& folder) {
+    if (!QFileInfo::exists(settingsFile) && !IsWritable(folder)) {
+        session.Person.Message(QStringLiteral("Le impostazioni non si possono salvare: nella cartella '%1' non si può "
+                                              "scrivere. Indicarne un'altra con la variabile d'ambiente QUADRIX_CONFIG")
+                                   .arg(QDir::toNativeSeparators(folder)),
+                               Icon::Exclamation);
+    }
+}
+
 void Wire(Session& session, const QString& settingsFile) {
     const QString folder = QFileInfo(settingsFile).absolutePath();
     QDir().mkpath(folder);
+    TellWhatIsNotSaved(session, settingsFile, folder);
     session.Config.SetConfigFile(settingsFile);
     session.LogFile = LogPath(folder);
     AnnouncePresence(session, settingsFile);
@@ -107,6 +119,7 @@ void ReadConnection(Session& session) {
     ovConnection& connection = session.Quadrix;
     SetProvider(connection, config.GetAppConfig(Section, "Provider", "MSSQL"));
     connection.Driver = config.PeekAppConfig(Section, "Driver");
+    ReadLine(session, connection, Section, "Encryption", "EncryptionCA");
     connection.Server = config.GetAppConfig(Section, "ServerName", QSysInfo::machineHostName().toUpper());
     connection.DatabaseName = config.GetAppConfig(Section, "DatabaseName", "QUADRIX");
     const QString network = config.GetAppConfig(Section, "NetworkCredential", "1");
@@ -181,6 +194,7 @@ bool ConnectQuadrix(Session& session, const QString& settingsFile, MissingDataba
             CheckDatabaseFile(session.Quadrix.DatabaseName, missing);
         }
         session.Quadrix.OpenConnection();
+        TellLine(session, session.Quadrix);
         session.Config.LoadConfig();
         return true;
     });

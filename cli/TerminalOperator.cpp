@@ -54,6 +54,8 @@ void TerminalOperator::ShowMessage(const QString& text, Icon icon) {
     }
 }
 
+void TerminalOperator::Note(const QString& text) { Complain(text); }
+
 /// A line that the person types; none when he gives up.
 std::optional<QString> TerminalOperator::Type(const QString& prompt, bool echo) {
     const Waiting waiting(*this);

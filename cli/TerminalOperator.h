@@ -38,6 +38,7 @@ public:
     /// The warnings shown so far.
     const QStringList& Warnings() const { return m_warnings; }
 
+    void Note(const QString& text) override;
     /// The details are lines before the question. The end of the input and the interrupt give it up.
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
     bool Review(const QString& question, const QStringList& lines) override;

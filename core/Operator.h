@@ -60,6 +60,9 @@ public:
 
     /// Shows a text; kept instead while a `Quiet` lives.
     void Message(const QString& text, Icon icon = Icon::Information);
+    /// Tells something that stops nobody and asks for nothing: a line on a terminal; a window shows it at its own
+    /// place.
+    virtual void Note(const QString& /*text*/) {}
     /// A yes/no question. @param details what it is about, in lines of text, shown with the question
     virtual Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) = 0;
     /// A yes/no question about a list that is looked through before; true for yes, No is the default.

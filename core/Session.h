@@ -98,7 +98,8 @@ public:
     /// Translations read in this run, keyed by table, field and old code (`modImport::GetNewCode`).
     QHash<QString, QString> Translations;
     UntranslatedCodes Untranslated;
-    ::Notes Notes; ///< of the procedure under way
+    QStringList ToldLines; ///< what the operator was told of lines that are not encrypted
+    ::Notes Notes;         ///< of the procedure under way
     LookUpFailures FailedLookUps;
     RowMemory Memory;                ///< of the source rows that are not committed yet
     std::vector<HeldLine> HeldLines; ///< their lines of the log, which are written with the commit

@@ -8,7 +8,7 @@ export CCACHE_SLOPPINESS=pch_defines,time_macros
 packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools libmariadb-dev
-    mariadb-server unixodbc-dev odbcinst odbc-mariadb libsqliteodbc tdsodbc
+    mariadb-server openssl unixodbc-dev odbcinst odbc-mariadb libsqliteodbc tdsodbc
     libsqlite3-dev sqlite3 libcsv-dev mdbtools-dev python3-sqlglot libgl1-mesa-dev
     libqt6svg6 qt6-translations-l10n fonts-dejavu-core
 )

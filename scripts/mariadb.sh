@@ -2,7 +2,8 @@
 # To be sourced:  start_mariadb DIR  ...  stop_mariadb
 
 # start_mariadb DIR: makes a server in DIR (created when missing), waits until it answers and exports
-# QUADRIX_TEST_MARIADB as "host|port|user|password|database".
+# QUADRIX_TEST_MARIADB as "host|port|user|password|database", and QUADRIX_TEST_MARIADB_CA, the file of the authority
+# that has certified the server: it offers encryption, and does not ask for it.
 start_mariadb() {
     PATH=$PATH:/usr/sbin
     mariadb_dir=$1
@@ -13,6 +14,7 @@ start_mariadb() {
         cat "$mariadb_dir/install.log" >&2
         return 1
     }
+    make_certificates "$mariadb_dir/tls" || return 1
     # Another program may take the port between the look and the start: then the next one is tried.
     for attempt in 1 2 3 4 5; do
         mariadb_port=$(free_port)
@@ -30,13 +32,36 @@ CREATE USER 'quadrix'@'%' IDENTIFIED BY 'pass;word}=1';
 GRANT ALL ON *.* TO 'quadrix'@'%' WITH GRANT OPTION;
 SQL
     export QUADRIX_TEST_MARIADB="127.0.0.1|$mariadb_port|quadrix|pass;word}=1|quadrix_test"
+    export QUADRIX_TEST_MARIADB_CA=$mariadb_dir/tls/ca.pem
+}
+
+# make_certificates DIR: makes an authority of its own in DIR (ca.pem) and the certificate of a server at 127.0.0.1
+# (server.pem, with server.key); also an authority that has certified nobody (foreign.pem).
+make_certificates() {
+    mkdir -p "$1"
+    (
+        cd "$1" || exit 1
+        local name
+        for name in ca foreign; do
+            openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=Quadrix test $name" -keyout $name.key \
+                -out $name.pem
+        done
+        openssl req -newkey rsa:2048 -nodes -subj "/CN=Quadrix test server" -keyout server.key -out server.csr
+        echo "subjectAltName=IP:127.0.0.1" >server.ext
+        openssl x509 -req -in server.csr -CA ca.pem -CAkey ca.key -CAcreateserial -days 2 -extfile server.ext \
+            -out server.pem
+    ) >"$1/openssl.log" 2>&1 || {
+        cat "$1/openssl.log" >&2
+        return 1
+    }
 }
 
 # run_mariadb [OPTION...]: runs the server on its folder and port, also again after it has ended, and waits for it.
 run_mariadb() {
     mariadbd --no-defaults --user="$(id -un)" --datadir="$mariadb_dir/data" --socket="$mariadb_dir/socket" \
         --pid-file="$mariadb_dir/pid" --port="$mariadb_port" --bind-address=127.0.0.1 --skip-name-resolve \
-        --innodb-flush-log-at-trx-commit=0 --character-set-server=utf8mb4 "$@" >"$mariadb_dir/server.log" 2>&1 &
+        --innodb-flush-log-at-trx-commit=0 --character-set-server=utf8mb4 \
+        --ssl-cert="$mariadb_dir/tls/server.pem" --ssl-key="$mariadb_dir/tls/server.key" "$@" >"$mariadb_dir/server.log" 2>&1 &
     mariadb_pid=$!
     wait_for_mariadb
 }
@@ -52,7 +77,7 @@ stop_mariadb() {
     wait "$mariadb_pid" 2>/dev/null || true
     rm -rf "$mariadb_dir"
     mariadb_pid=
-    unset QUADRIX_TEST_MARIADB
+    unset QUADRIX_TEST_MARIADB QUADRIX_TEST_MARIADB_CA
 }
 
 # mariadb_folder: makes a folder for start_mariadb and prints it; in memory where there is room, for a server on disk

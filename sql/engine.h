@@ -112,6 +112,9 @@ public:
     virtual QString LockHolder(const QString& name) = 0;
     /// Lets a lock go; one that this connection does not have is nothing to let go.
     virtual void ReleaseLock(const QString& name) noexcept = 0;
+    /// What is to be told of the line to the database, in Italian, when others may read along on its way; empty when
+    /// it is encrypted, does not leave this machine, or when nothing is known of it.
+    virtual QString LineWarning() { return {}; }
     /// Statement after which the rows of a table that was just emptied are numbered from 1 again; empty where TRUNCATE
     /// sees to it.
     virtual QString RestartStatement(const QString& /*table*/) { return {}; }
@@ -127,6 +130,9 @@ struct ConnectionSettings {
     QString connectionString;
     bool networkCredential = false; ///< integrated sign-on: user and password are not used
     QString driver;                 ///< ODBC driver; empty for the usual one of the provider
+    Encryption encryption = Encryption::DriversOwn;
+    QString encryptionCA;  ///< file of the authorities whose certificates count; empty for those of the system
+    bool readOnly = false; ///< nothing is to be written, whatever it is asked
     // Of sources that this program reads from files itself:
     QStringList tables;                            ///< tables that are read; empty for all
     QStringList lookupColumns;                     ///< "table.column" of each column that rows are looked up by
@@ -135,13 +141,14 @@ struct ConnectionSettings {
 };
 
 /// Opens a SQLite file, creating it when missing unless readOnly; ":memory:" and "" (a private temporary file) work
-/// as SQLite has them. Raises `SqlError`.
+/// as SQLite has them. One that is only read may stand in a folder that may only be read, too. Raises `SqlError`.
 std::unique_ptr<Engine> OpenSqlite(const QString& file, bool readOnly = false);
 /// An engine over a SQLite database that is open already, and that it closes: for a private database that its maker
 /// has filled.
 std::unique_ptr<Engine> AdoptSqlite(sqlite3* database);
-/// Opens a MySQL or MariaDB database over the server's own client library. Raises `SqlError`.
+/// Opens a MySQL or MariaDB database over the server's own client library. Raises `SqlError`, and `ImportError` for
+/// settings that mean nothing.
 std::unique_ptr<Engine> OpenMySql(const ConnectionSettings& settings);
 /// Opens an ODBC data source, by connection string, DSN, or driver, server and database; `provider` is
-/// that of the database behind it. Raises `SqlError`.
+/// that of the database behind it. Raises `SqlError`, and `ImportError` for what the driver cannot be asked.
 std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Provider provider);

@@ -22,16 +22,16 @@ bool IsTruncate(const QString& statement) { return statement.startsWith(Truncate
 ovConnection::~ovConnection() = default;
 
 std::unique_ptr<Engine> ovConnection::OpenEngine() const {
-    const ConnectionSettings settings{
-        Server, DatabaseName, User,          Password, DSN, ConnectionString, NetworkCredential,
-        Driver, SourceTables, LookupColumns, CodePage, Note};
+    const ConnectionSettings settings{Server,           DatabaseName,      User,          Password,  DSN,
+                                      ConnectionString, NetworkCredential, Driver,        Encrypted, EncryptionCA,
+                                      ReadOnly,         SourceTables,      LookupColumns, CodePage,  Note};
     if (OpenFiles) {
         if (auto engine = OpenFiles(settings)) {
             return engine;
         }
     }
     if (Embedded) {
-        return OpenSqlite(DatabaseName);
+        return OpenSqlite(DatabaseName, ReadOnly);
     }
     if (ProviderType == Provider::MySql && DSN.isEmpty() && ConnectionString.isEmpty()) {
         return OpenMySql(settings);
@@ -49,6 +49,15 @@ void ovConnection::CloseConnection() {
     m_locks.clear();
     m_inTransaction = false;
     m_lost = false;
+}
+
+QString ovConnection::LineWarning() { return m_engine == nullptr ? QString() : m_engine->LineWarning(); }
+
+/// Not every database can be told so itself.
+void ovConnection::RefuseWriting(const QString& statement) const {
+    if (ReadOnly && !dialect::OnlyReads(statement)) {
+        throw SqlError(statement, QStringLiteral("l'origine si legge soltanto: l'istruzione non è stata eseguita"));
+    }
 }
 
 Engine& ovConnection::Opened(const QString& statement) const {
@@ -126,6 +135,7 @@ void ovConnection::WaitToPass(const SqlError& error, int attempt) const {
 qint64 ovConnection::Execute(const QString& statement) {
     return WithDecision(statement, [&] {
         Engine& engine = Opened(statement);
+        RefuseWriting(statement);
         Show(Written, statement);
         const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
         if (!triggers.table.isEmpty() && engine.TextDialect() != Dialect::SqlServer) {
@@ -167,6 +177,7 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 Recordset ovConnection::ExecuteWC(const QString& query) {
     return WithDecision(query, [&] {
         Engine& engine = Opened(query);
+        RefuseWriting(query);
         Show(Written, query);
         return Recordset(engine.Query(TextFor(engine, query)), query);
     });

@@ -26,6 +26,9 @@ public:
     QString ConnectionString; ///< honoured as written when not empty
     QString Driver;           ///< ODBC driver; empty for the usual one of the provider
     bool NetworkCredential = false;
+    Encryption Encrypted = Encryption::DriversOwn; ///< what is asked of the line to a server
+    QString EncryptionCA;       ///< file of the authorities whose certificates count; empty for those of the system
+    bool ReadOnly = false;      ///< a source: statements that are no queries are refused, and the engine writes nothing
     bool Embedded = false;      ///< the SQLite file DatabaseName, spoken to in the text of SQL Server
     ovErrors* Errors = nullptr; ///< decides about failing statements; without it every failure is raised
     // Of sources that this program reads from files itself:
@@ -44,6 +47,9 @@ public:
     void OpenConnection();
     /// Closes it; closing a closed connection does nothing.
     void CloseConnection();
+    /// What is to be told of the line when others may read along on its way, as `Engine::LineWarning`; empty for a
+    /// closed connection.
+    QString LineWarning();
     /// True while open.
     bool State() const { return m_engine != nullptr; }
 
@@ -111,6 +117,7 @@ public:
 
 private:
     Engine& Opened(const QString& statement) const;
+    void RefuseWriting(const QString& statement) const;
     /// The text that the engine is given; the trace gets it in the engine's own words.
     QString TextFor(const Engine& engine, const QString& statement) const;
     static void Show(const StatementObserver& observer, const QString& statement);

@@ -10,6 +10,14 @@ enum class Provider : int {
     VisualFoxPro = 6,
 };
 
+/// What is asked of the line to a database server.
+enum class Encryption : int {
+    DriversOwn = -1, ///< nothing: as the driver and the server have it
+    Off = 0,
+    On = 1,       ///< encrypted, whoever answers; with a file of authorities, only who has a certificate of theirs
+    Verified = 2, ///< encrypted, and the certificate is the server's own
+};
+
 /// Kind of value of a column: fixes its literal (`mod_ovTools::FormatSqlValue`) and its column type
 /// (`ovQueryConstructor::TranslateType`).
 enum class DataType : int {

@@ -175,7 +175,8 @@ void frmImport::ShowConnection(const QString& trouble) {
     }
     m_banner->setVisible(!trouble.isEmpty());
     m_database->SetText((m_session.Quadrix.State() ? "Database: " : "Database non aperto: ") +
-                        m_session.Quadrix.DatabaseName);
+                        m_session.Quadrix.DatabaseName +
+                        (m_session.Quadrix.LineWarning().isEmpty() ? "" : " (connessione non cifrata)"));
     m_settings->SetText("Impostazioni: " + QDir::toNativeSeparators(m_session.Config.ConfigFile()));
 }
 

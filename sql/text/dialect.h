@@ -36,4 +36,8 @@ TriggerSwitch ParseTriggerSwitch(const QString& statement);
 /// Empty statements are left out.
 QStringList SplitScript(const QString& script);
 
+/// Whether a statement is a query, and nothing in it writes: no batch of statements without ";", no SELECT .. INTO. A
+/// word behind a dot is a name.
+bool OnlyReads(const QString& statement);
+
 } // namespace dialect

@@ -161,6 +161,7 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     if (m_change && Read("source.sql").isEmpty()) {
         m_change(*session.Source);
     }
+    session.Source->ReadOnly = true;
     if (session.Source->ProviderType == Provider::SqlServer) {
         session.Source->Written = WrittenStatements();
     }

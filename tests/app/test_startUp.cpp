@@ -155,6 +155,26 @@ private slots:
         QCOMPARE(session.Quadrix.Driver, QString("ODBC Driver 18 for SQL Server"));
     }
 
+    /// A folder that cannot be made, also not by a superuser: it would stand within a file.
+    void tellsThatSettingsAreNotSaved() {
+        WriteFile(m_folder->filePath("Config"), "");
+        ScriptedOperator person;
+        Session session(person);
+        QVERIFY(!modMain::ConnectQuadrix(session, Ini()));
+        QVERIFY(!person.Messages.isEmpty());
+        QVERIFY2(person.Messages[0].text.startsWith("Le impostazioni non si possono salvare"),
+                 qPrintable(person.Messages[0].text));
+    }
+
+    void readsTheLineOfTheTarget() {
+        Set({"Provider=SQLITE", "DatabaseName=a.db", "Encryption=4"});
+        ScriptedOperator person;
+        Session session(person);
+        QVERIFY(!modMain::ConnectQuadrix(session, Ini(), modMain::MissingDatabase::Create));
+        QVERIFY2(session.Errors.Entries().last().message.contains("Chiave Encryption, sezione [DATABASE] di '"),
+                 qPrintable(session.Errors.Entries().last().message));
+    }
+
     void tellsBrokenLines() {
         QDir().mkpath(QFileInfo(Ini()).path());
         WriteFile(Ini(), "[DATABASE\nProvider=SQLITE\nDatabaseName=a.db\n\n; a comment\nDatabase Name\n[IMPORT]\n");

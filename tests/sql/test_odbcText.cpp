@@ -1,5 +1,6 @@
 #include "sql/connectionParts.h"
 #include "sql/engines/odbc/odbcApi.h"
+#include "sql/engines/odbc/odbcDrivers.h"
 #include "sql/engines/odbc/odbcText.h"
 #include "sql/engines/odbc/odbcValue.h"
 #include "sql/ovConnection.h"
@@ -17,6 +18,10 @@ private slots:
     void ConnectionTexts_data();
     void ConnectionTexts();
     void NothingToConnectTo();
+    void EncryptionRefused_data();
+    void EncryptionRefused();
+    void UsualSqlServerDrivers_data();
+    void UsualSqlServerDrivers();
     void PasswordsAreCovered_data();
     void PasswordsAreCovered();
     void Places_data();
@@ -43,6 +48,12 @@ ConnectionSettings Settings(const QString& server, const QString& database, cons
 
 ConnectionSettings WithDriver(ConnectionSettings settings, const QString& driver) {
     settings.driver = driver;
+    return settings;
+}
+
+ConnectionSettings Encrypted(ConnectionSettings settings, Encryption encryption, const QString& authorities = {}) {
+    settings.encryption = encryption;
+    settings.encryptionCA = authorities;
     return settings;
 }
 
@@ -88,6 +99,24 @@ void TestOdbc::ConnectionTexts_data() {
 #endif
     add("named driver", WithDriver(Settings("SRV,1533", "Q", "sa", "p"), "ODBC Driver 18 for SQL Server"),
         Provider::SqlServer, "DRIVER=ODBC Driver 18 for SQL Server;SERVER={SRV,1533};DATABASE=Q;UID=sa;PWD=p;");
+    const QString newest = "ODBC Driver 18 for SQL Server";
+    add("Microsoft's, on", Encrypted(WithDriver(Settings("SRV", "Q"), newest), Encryption::On), Provider::SqlServer,
+        "DRIVER=ODBC Driver 18 for SQL Server;SERVER=SRV;DATABASE=Q;Encrypt=yes;TrustServerCertificate=yes;");
+    add("Microsoft's, verified", Encrypted(WithDriver(Settings("SRV", "Q"), newest), Encryption::Verified),
+        Provider::SqlServer,
+        "DRIVER=ODBC Driver 18 for SQL Server;SERVER=SRV;DATABASE=Q;Encrypt=yes;TrustServerCertificate=no;");
+    add("Microsoft's, off", Encrypted(WithDriver(Settings("SRV", "Q"), newest), Encryption::Off), Provider::SqlServer,
+        "DRIVER=ODBC Driver 18 for SQL Server;SERVER=SRV;DATABASE=Q;Encrypt=no;");
+    add("as written but for encryption",
+        Encrypted(Written("Driver={MariaDB Unicode};Server=srv;FORCETLS=0"), Encryption::Verified, "/etc/ca.pem"),
+        Provider::MySql, "Driver=MariaDB Unicode;Server=srv;FORCETLS=1;SSLVERIFY=1;SSLCA=/etc/ca.pem;");
+    add("MySQL's, authority",
+        Encrypted(WithDriver(Settings("srv", "Q"), "MySQL ODBC 8.0 Unicode Driver"), Encryption::On, "/etc/ca.pem"),
+        Provider::MySql,
+        "OPTION=3145728;DRIVER=MySQL ODBC 8.0 Unicode Driver;SERVER=srv;DATABASE=Q;SSLMODE=VERIFY_CA;"
+        "SSLCA=/etc/ca.pem;");
+    add("no line to a file", Encrypted(Written("Driver={Microsoft Access Driver (*.mdb)};DBQ=a.mdb"), Encryption::On),
+        Provider::Access, "Driver={Microsoft Access Driver (*.mdb)};DBQ=a.mdb;");
     add("hard password", WithDriver(Settings("SRV", "Q", "sa", "a;b}c"), "D"), Provider::SqlServer,
         "DRIVER=D;SERVER=SRV;DATABASE=Q;UID=sa;PWD={a;b}}c};");
     add("Microsoft's Oracle", WithDriver(Settings("srv", "ORCL", "u", "p"), "Microsoft ODBC for Oracle"),
@@ -116,6 +145,57 @@ void TestOdbc::ConnectionTexts() {
 void TestOdbc::NothingToConnectTo() {
     QVERIFY(ErrorOf<ImportError>([] { odbc::ConnectionText({}, Provider::SqlServer); }));
     QVERIFY(ErrorOf<ImportError>([] { odbc::ConnectionText(Settings("SRV", "DB"), Provider(7)); }));
+}
+
+void TestOdbc::EncryptionRefused_data() {
+    QTest::addColumn<QString>("driver");
+    QTest::addColumn<Encryption>("encryption");
+    QTest::addColumn<QString>("authorities");
+    QTest::addColumn<QString>("words");
+    const auto row = [](const char* name, const char* driver, Encryption encryption, const char* file,
+                        const char* words) {
+        QTest::newRow(name) << QString(driver) << encryption << QString(file) << QString::fromUtf8(words);
+    };
+    row("FreeTDS, verified", "FreeTDS", Encryption::Verified, "", "usare 'ODBC Driver 18 for SQL Server'");
+    row("FreeTDS, authority", "FreeTDS", Encryption::On, "ca.pem", "senza EncryptionCA");
+    row("Microsoft's, authority", "ODBC Driver 17 for SQL Server", Encryption::Verified, "ca.pem",
+        "conosce solo le autorità del sistema");
+    row("old one", "SQL Server", Encryption::On, "", "usare 'ODBC Driver 18 for SQL Server'");
+    row("Oracle", "Oracle in OraClient19Home1", Encryption::On, "", "sqlnet.ora");
+    row("not known", "PostgreSQL Unicode", Encryption::On, "", "non si sa come la chieda");
+}
+
+/// What a driver cannot be asked is told with what can be done; nothing weaker is asked for instead.
+void TestOdbc::EncryptionRefused() {
+    QFETCH(QString, driver);
+    QFETCH(Encryption, encryption);
+    QFETCH(QString, authorities);
+    QFETCH(QString, words);
+    const auto settings = Encrypted(WithDriver(Settings("srv", "Q"), driver), encryption, authorities);
+    const auto error = ErrorOf<ImportError>([&] { odbc::ConnectionText(settings, Provider::SqlServer); });
+    QVERIFY(error);
+    QVERIFY2(error->Message().contains(driver) && error->Message().contains(words), qPrintable(error->Message()));
+}
+
+void TestOdbc::UsualSqlServerDrivers_data() {
+    QTest::addColumn<QStringList>("installed");
+    QTest::addColumn<bool>("onWindows");
+    QTest::addColumn<QString>("driver");
+    const QString old = "SQL Server";
+    const QString older = "ODBC Driver 17 for SQL Server";
+    const QString newest = "ODBC Driver 18 for SQL Server";
+    QTest::newRow("Windows, both") << QStringList{old, older, newest} << true << newest;
+    QTest::newRow("Windows, 17") << QStringList{old, older, "FreeTDS"} << true << older;
+    QTest::newRow("Windows alone") << QStringList{old} << true << old;
+    QTest::newRow("Debian") << QStringList{newest, "FreeTDS"} << false << "FreeTDS";
+    QTest::newRow("Linux without FreeTDS") << QStringList{newest, older} << false << newest;
+    QTest::newRow("nothing installed") << QStringList() << false << "FreeTDS";
+}
+
+void TestOdbc::UsualSqlServerDrivers() {
+    QFETCH(QStringList, installed);
+    QFETCH(bool, onWindows);
+    QTEST(odbc::SqlServerDriver(installed, onWindows), "driver");
 }
 
 void TestOdbc::PasswordsAreCovered_data() {

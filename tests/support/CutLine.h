@@ -10,7 +10,8 @@
 /// words: the answer does not arrive any more.
 class CutLine {
 public:
-    CutLine(const QString& host, int port)
+    /// @param at where the line begins
+    CutLine(const QString& host, int port, const QHostAddress& at = QHostAddress::LocalHost)
         : m_context(new QObject) {
         m_context->moveToThread(&m_thread);
         m_thread.start();
@@ -20,7 +21,7 @@ public:
             QObject::connect(server, &QTcpServer::newConnection, m_context, [this, server, host, port] {
                 Join(server->nextPendingConnection(), host, static_cast<quint16>(port));
             });
-            server->listen(QHostAddress::LocalHost);
+            server->listen(at);
             listening.set_value(server->serverPort());
         });
         Port = listening.get_future().get();

@@ -60,7 +60,7 @@ private:
 };
 
 /// An engine whose statements fail where the test wants it, as if the database had refused them.
-class FaultyEngine final : public Engine {
+class FaultyEngine : public Engine {
 public:
     /// Sees each statement that has run, with the rows that it changed.
     using Ran = std::function<void(const QString& statement, qint64 rows)>;

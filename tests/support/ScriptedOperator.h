@@ -46,6 +46,7 @@ public:
 
     // The record.
     QVector<Shown> Messages;
+    QStringList Notes;
     QVector<Asked> Questions;
     QStringList Reviewed; ///< the list that the last review showed
     QVector<Prompted> Prompts;
@@ -59,6 +60,8 @@ public:
     /// Everything in order: "[i] text", "[!] text", "? question = si" (or "no", "esc"), "> prompt", "file title",
     /// "error message", "progress", "progress closed".
     QStringList Events;
+
+    void Note(const QString& text) override { Notes.append(text); }
 
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override {
         const Waiting waiting(*this);

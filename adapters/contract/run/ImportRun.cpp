@@ -1,6 +1,7 @@
 #include "adapters/contract/run/ImportRun.h"
 
 #include "adapters/contract/run/RowLoop.h"
+#include "core/lineSettings.h"
 #include "core/runEnding.h"
 #include "sql/mod_ovTools.h"
 
@@ -125,12 +126,20 @@ void ImportRun::LogEnding() {
 void ImportRun::Announce(const QString& announcement) {
     if (!m_single) {
         modImport::WriteImportLog(m_session, announcement, true);
+        LogLines();
     }
 }
 
 void ImportRun::AnnounceAppending(const QString& announcement) {
     if (!m_single) {
         AppendToLog(announcement);
+        LogLines();
+    }
+}
+
+void ImportRun::LogLines() {
+    for (const QString& line : modMain::UnencryptedLines(m_session)) {
+        AppendToLog(line);
     }
 }
 

@@ -126,6 +126,7 @@ private:
     void CommitAccount();
     void LogError();
     void AppendToLog(const QString& line);
+    void LogLines();
     void LogOrReport(const QString& message);
     void TellEmptied(const QString& table, qint64 rows, const QString& line);
     void LogEnding();

@@ -4,12 +4,13 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/sourceSettings.h"
+#include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
 
 namespace contract {
 
-std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QString& prefix) {
+std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QString& prefix, CamAccess access) {
     auto connection = std::make_unique<ovConnection>();
     connection->Errors = &session.Errors;
     connection->Trace = session.TraceSource;
@@ -20,8 +21,12 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
     keys.database = prefix + QStringLiteral("_Database");
     keys.network = prefix + QStringLiteral("_NetworkCredential");
     keys.driver = prefix + QStringLiteral("_Driver");
+    keys.encryption = prefix + QStringLiteral("_Encryption");
+    keys.authorities = prefix + QStringLiteral("_EncryptionCA");
     sourceSettings::Server("LANTEK", keys)(session, *connection);
+    connection->ReadOnly = access == CamAccess::Read;
     connection->OpenConnection();
+    modMain::TellLine(session, *connection);
     return connection;
 }
 

@@ -9,8 +9,13 @@ namespace contract {
 /// folder of its products, with their drawings.
 inline const QString CurrentCam = QStringLiteral("CAM");
 
-/// Opens it as a connection of its own. Raises `SqlError` with the engine's message.
-std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QString& prefix = CurrentCam);
+/// What a connection to it is for.
+enum class CamAccess { Read, Write };
+
+/// Opens it as a connection of its own; over one that is for reading nothing can be written. Raises `SqlError` with the
+/// engine's message.
+std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QString& prefix = CurrentCam,
+                                                   CamAccess access = CamAccess::Read);
 
 /// The folder of its products; empty when the setting is.
 QString CamProductsFolder(Session& session, const QString& prefix = CurrentCam);

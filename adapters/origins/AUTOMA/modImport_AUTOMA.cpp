@@ -231,7 +231,9 @@ const sourceSettings::ServerKeys& Keys() {
                                                  "AUTOMA_Servername",
                                                  "AUTOMA_Databasename",
                                                  "AUTOMA_NetworkCredential",
-                                                 "AUTOMA_Driver"};
+                                                 "AUTOMA_Driver",
+                                                 "AUTOMA_Encryption",
+                                                 "AUTOMA_EncryptionCA"};
     return keys;
 }
 

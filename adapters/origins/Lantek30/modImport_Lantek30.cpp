@@ -51,7 +51,7 @@ struct Cams {
 bool OpenCamConnections(Session& session, Cams& cams) {
     try {
         session.Source = qdxCamOpenConnection(session, "Old_CAM");
-        cams.current = qdxCamOpenConnection(session);
+        cams.current = qdxCamOpenConnection(session, CurrentCam, CamAccess::Write);
         return true;
     } catch (const Error& error) {
         cams.error = error.Message();
@@ -272,7 +272,7 @@ const Needs& SvuotaNeeds() {
 void SvuotaTabelleCam(Session& session, const QString& singleCode, bool /*reset*/) {
     ImportRun run(session, Module, "SvuotaTabelleCam", singleCode);
     run.Guard([&] {
-        const auto cam = qdxCamOpenConnection(session);
+        const auto cam = qdxCamOpenConnection(session, CurrentCam, CamAccess::Write);
         cam->BeginTrans();
         QStringList emptied;
         for (const QString& table : {Products, Operations, Values}) {

@@ -67,6 +67,7 @@ public:
     void SetMark() override { Run(QStringLiteral("SAVEPOINT QDX_ROW")); }
     void RollBackToMark() override { Run(QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW")); }
     void Interrupt() noexcept override { m_connection->Kill(); }
+    QString LineWarning() override { return m_connection->LineWarning(); }
     qint64 LastInsertId() override { return m_lastInsertId; }
 
     QStringList Tables() override {

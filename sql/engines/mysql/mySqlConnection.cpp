@@ -1,10 +1,10 @@
 #include "sql/engines/mysql/mySqlConnection.h"
 
+#include "sql/engines/lineText.h"
 #include "sql/engines/meaning.h"
 #include "sql/engines/mysql/mySqlMeaning.h"
 #include "sql/engines/mysql/mySqlSession.h"
-
-#include <QStringList>
+#include "sql/engines/mysql/mySqlSignOn.h"
 
 #include <mysql.h>
 
@@ -22,28 +22,6 @@ constexpr unsigned ConnectSeconds = 15;
 
 bool IsLost(unsigned code) {
     return code == CR_SERVER_GONE_ERROR || code == CR_SERVER_LOST || code == CR_SERVER_LOST_EXTENDED;
-}
-
-/// Server, port and socket of a server setting.
-struct Address {
-    QByteArray host;
-    QByteArray socket;
-    unsigned port = 0; ///< 0 is the usual one
-};
-
-Address ReadAddress(const QString& server) {
-    Address address;
-    if (server.startsWith(u'/')) {
-        address.socket = server.toUtf8();
-        return address;
-    }
-    // More than one colon is an IPv6 address.
-    const bool withPort = server.count(u':') == 1;
-    address.port = withPort ? server.section(u':', 1).toUInt() : 0U;
-    const QString host = withPort ? server.section(u':', 0, 0) : server;
-    const bool local = host == QLatin1String("(local)") || host == QLatin1String(".");
-    address.host = local ? QByteArrayLiteral("localhost") : host.toUtf8();
-    return address;
 }
 
 const char* OrNull(const QByteArray& text) { return text.isEmpty() ? nullptr : text.constData(); }
@@ -67,29 +45,52 @@ void MySqlConnection::Connect(st_mysql* handle) const {
     const unsigned seconds = ConnectSeconds;
     mysql_options(handle, MYSQL_OPT_CONNECT_TIMEOUT, &seconds);
     mysql_options(handle, MYSQL_SET_CHARSET_NAME, "utf8mb4");
-    const Address address = ReadAddress(m_settings.server);
+    SetMySqlLine(handle, m_settings);
     const QByteArray user = m_settings.networkCredential ? QByteArray() : m_settings.user.toUtf8();
     const QByteArray password = m_settings.networkCredential ? QByteArray() : m_settings.password.toUtf8();
     const QByteArray database = m_settings.databaseName.toUtf8();
     // An UPDATE counts the rows it finds, also those that held the new values already.
-    mysql_real_connect(handle, OrNull(address.host), OrNull(user), OrNull(password), OrNull(database), address.port,
-                       OrNull(address.socket), CLIENT_FOUND_ROWS);
+    mysql_real_connect(handle, OrNull(m_line.host), OrNull(user), OrNull(password), OrNull(database), m_line.port,
+                       OrNull(m_line.socket), CLIENT_FOUND_ROWS);
+}
+
+/// The client library goes on without encryption where the server offers none, unless it is to verify the server.
+bool MySqlConnection::IsAsAskedFor(st_mysql* handle) const {
+    const bool asked = m_settings.encryption == Encryption::On || m_settings.encryption == Encryption::Verified;
+    return !asked || IsMySqlLineEncrypted(handle);
+}
+
+SqlError MySqlConnection::OpeningError() const {
+    const bool isBuilt = mysql_errno(m_handle) == 0;
+    SqlError error({}, isBuilt ? QString::fromUtf8(line::OffersNoEncryption) : QString::fromUtf8(mysql_error(m_handle)),
+                   isBuilt ? QString() : QString::number(mysql_errno(m_handle)));
+    if (!isBuilt) {
+        ExplainMySqlLine(error, m_settings.encryption > Encryption::Off || IsMySqlLineEncrypted(m_handle));
+    }
+    error.AddContext(Place());
+    return error;
 }
 
 void MySqlConnection::Open() {
     Close();
     m_lost = false;
+    GuardMySqlPasswords();
     m_handle = mysql_init(nullptr);
     Connect(m_handle);
-    if (mysql_errno(m_handle) != 0 || mysql_query(m_handle, MySqlSession) != 0) {
-        SqlError error({}, QString::fromUtf8(mysql_error(m_handle)), QString::number(mysql_errno(m_handle)));
-        ExplainMySql(error);
-        error.AddContext(Place());
+    const bool isOpen = mysql_errno(m_handle) == 0 && IsAsAskedFor(m_handle);
+    if (!isOpen || mysql_query(m_handle, MySqlSession) != 0 ||
+        (m_settings.readOnly && mysql_query(m_handle, MySqlReadOnly) != 0)) {
+        const SqlError error = OpeningError();
         Close();
         m_lost = true;
         throw error;
     }
     m_id = mysql_thread_id(m_handle);
+}
+
+QString MySqlConnection::LineWarning() const {
+    const bool isSafe = m_handle == nullptr || line::StaysHere(m_settings.server) || IsMySqlLineEncrypted(m_handle);
+    return isSafe ? QString() : line::NotEncrypted(m_settings.server);
 }
 
 SqlError MySqlConnection::MakeError(const QString& statement) {
@@ -178,7 +179,7 @@ void MySqlConnection::Kill() noexcept {
         return;
     }
     Connect(other);
-    if (mysql_errno(other) == 0) {
+    if (mysql_errno(other) == 0 && IsAsAskedFor(other)) {
         const QByteArray text = "KILL QUERY " + QByteArray::number(qulonglong(m_id));
         mysql_query(other, text.constData());
     }

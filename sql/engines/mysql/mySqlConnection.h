@@ -1,7 +1,6 @@
 #pragma once
 
-#include "sql/engine.h"
-#include "sql/errors.h"
+#include "sql/engines/mysql/mySqlLine.h"
 
 struct st_mysql;
 struct st_mysql_res;
@@ -10,9 +9,10 @@ struct st_mysql_stmt;
 /// One connection to a MySQL or MariaDB server, over the server's own client library.
 class MySqlConnection {
 public:
-    /// @param settings server as "host", "host:port" or the path of a local socket
+    /// @param settings server as `ReadMySqlLine` reads it, which raises what this raises
     explicit MySqlConnection(ConnectionSettings settings)
-        : m_settings(std::move(settings)) {}
+        : m_settings(std::move(settings)),
+          m_line(ReadMySqlLine(m_settings.server)) {}
     ~MySqlConnection();
     MySqlConnection(const MySqlConnection&) = delete;
     MySqlConnection& operator=(const MySqlConnection&) = delete;
@@ -42,6 +42,8 @@ public:
     void NoticeEnd();
     /// The error of a statement that was not sent, as the connection has fallen.
     SqlError GoneError(const QString& statement);
+    /// As `Engine::LineWarning`.
+    QString LineWarning() const;
     /// True after the server went away: statements fail until `Open`.
     bool Lost() const { return m_lost; }
     /// Whether a transaction is open, as the server said with its last answer. @param ask asks it now: an error does
@@ -66,9 +68,12 @@ private:
 
     void Close() noexcept;
     void Connect(st_mysql* handle) const;
+    bool IsAsAskedFor(st_mysql* handle) const;
+    SqlError OpeningError() const;
     QString Place() const;
 
     ConnectionSettings m_settings;
+    MySqlLine m_line;
     st_mysql* m_handle = nullptr;
     unsigned long m_id = 0;
     bool m_lost = false;

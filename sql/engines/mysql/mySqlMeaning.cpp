@@ -29,6 +29,7 @@ constexpr meaning::Refusal Refusals[] = {
      "la tabella '%1' non c'è nel database"},
     {QLatin1String("1054"), QLatin1String("Unknown column '(.+?)'"), "la colonna '%1' non c'è"},
     {QLatin1String("1045"), {}, meaning::WrongPassword},
+    {QLatin1String("1792"), {}, "la connessione legge soltanto: l'istruzione non è stata eseguita"},
     {QLatin1String("1044"), {}, "l'utente non ha diritti sul database"},
     {QLatin1String("1049"), {}, "il database non esiste"},
     {QLatin1String("1142"),

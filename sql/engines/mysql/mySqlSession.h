@@ -7,3 +7,8 @@
 inline constexpr const char* MySqlSession =
     "SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,ANSI_QUOTES,NO_ENGINE_SUBSTITUTION', "
     "SESSION wait_timeout = 2147483, SESSION net_write_timeout = 86400, SESSION net_read_timeout = 3600";
+
+/// What it goes on with when nothing is to be written: whatever a query calls, the server changes no table.
+inline constexpr const char* MySqlReadOnly = "SET SESSION TRANSACTION READ ONLY";
+/// Lets the session write again, for a table of its own.
+inline constexpr const char* MySqlReadWrite = "SET SESSION TRANSACTION READ WRITE";

@@ -1,11 +1,14 @@
 #include "sql/engines/odbc/mariaDbOverOdbc.h"
 
+#include "sql/engines/lineText.h"
 #include "sql/engines/mysql/mySqlCatalog.h"
 #include "sql/engines/mysql/mySqlRights.h"
 #include "sql/engines/mysql/mySqlSession.h"
 #include "sql/engines/mysql/mySqlShape.h"
 #include "sql/engines/mysql/mySqlTriggers.h"
+#include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/engines/odbc/odbcPortions.h"
+#include "sql/engines/odbc/odbcText.h"
 #include "sql/text/dialect.h"
 
 MariaDbOverOdbc::MariaDbOverOdbc(std::shared_ptr<OdbcConnection> connection, Dialect dialect)
@@ -14,8 +17,32 @@ MariaDbOverOdbc::MariaDbOverOdbc(std::shared_ptr<OdbcConnection> connection, Dia
     SetSession();
 }
 
+/// A server that cannot tell is one without.
+bool MariaDbOverOdbc::IsEncrypted() {
+    try {
+        const auto status = OdbcEngine::Query(QStringLiteral("SHOW SESSION STATUS LIKE 'Ssl_cipher'"));
+        return status->Next() && !status->Value(1).toString().isEmpty();
+    } catch (const SqlError&) {
+        return false;
+    }
+}
+
+QString MariaDbOverOdbc::LineWarning() {
+    const QString server = ServerName();
+    return line::StaysHere(server) || IsEncrypted() ? QString() : line::NotEncrypted(server);
+}
+
+/// The driver goes on without encryption where the server offers none, unless it is to verify the server.
 void MariaDbOverOdbc::SetSession() {
+    if (odbc::AsksMySqlForEncryption(odbc::ReadParts(Connection()->ConnectionText())) && !IsEncrypted()) {
+        SqlError error({}, QString::fromUtf8(line::OffersNoEncryption));
+        error.AddContext(odbc::PlaceOf(Connection()->ConnectionText()));
+        throw error;
+    }
     Run(QLatin1String(MySqlSession));
+    if (Connection()->IsReadOnly()) {
+        Run(QLatin1String(MySqlReadOnly));
+    }
     Connection()->TryUtf8(QStringLiteral("SELECT CONCAT('a', CHAR(0 USING utf8mb4), CHAR(0xF09F94A9 USING utf8mb4))"));
 }
 

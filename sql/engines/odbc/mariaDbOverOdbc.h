@@ -12,6 +12,7 @@ public:
 
     qint64 Run(const QString& statement) override;
     std::unique_ptr<Cursor> Query(const QString& statement) override;
+    QString LineWarning() override;
     qint64 LastInsertId() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
@@ -24,6 +25,7 @@ protected:
 
 private:
     void SetSession();
+    bool IsEncrypted();
     bool KeepsPrepared(const QString& statement);
     std::shared_ptr<OdbcStatement> RunUnprepared(const QString& statement);
     std::unique_ptr<Cursor> InPortions(const QString& statement);

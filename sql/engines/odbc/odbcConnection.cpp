@@ -1,6 +1,7 @@
 #include "sql/engines/odbc/odbcConnection.h"
 
 #include "sql/engines/meaning.h"
+#include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/engines/odbc/odbcMeaning.h"
 #include "sql/engines/odbc/odbcText.h"
 
@@ -60,8 +61,9 @@ QString OpeningMeaning(const QString& message, const QString& driver) {
 
 } // namespace
 
-OdbcConnection::OdbcConnection(QString text)
+OdbcConnection::OdbcConnection(QString text, bool readOnly)
     : m_text(std::move(text)),
+      m_readOnly(readOnly),
       m_environment(nullptr) {
     SQLSetEnvAttr(m_environment.Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0);
     m_handle = odbc::Handle<SQL_HANDLE_DBC>(m_environment.Get());
@@ -72,6 +74,9 @@ OdbcConnection::~OdbcConnection() { Close(); }
 
 void OdbcConnection::Open() {
     SQLSetConnectAttrW(Handle(), SQL_ATTR_LOGIN_TIMEOUT, AsPointer(ConnectSeconds), 0);
+    if (m_readOnly) {
+        SQLSetConnectAttrW(Handle(), SQL_ATTR_ACCESS_MODE, AsPointer(SQL_MODE_READ_ONLY), SQL_IS_UINTEGER);
+    }
     const SQLRETURN result =
         SQLDriverConnectW(Handle(), nullptr, odbc::Wide(m_text), static_cast<SQLSMALLINT>(m_text.size()), nullptr, 0,
                           nullptr, SQL_DRIVER_NOPROMPT);
@@ -86,6 +91,11 @@ void OdbcConnection::Open() {
 SqlError OdbcConnection::OpeningError() const {
     const QVector<odbc::Diagnosis> diagnoses = odbc::Diagnoses(SQL_HANDLE_DBC, Handle());
     SqlError error = odbc::PlainError(diagnoses, {});
+    if (const char* ofLine = odbc::MeaningOfLine(odbc::ReadParts(m_text), diagnoses)) {
+        error.Explain(QString::fromUtf8(ofLine));
+        error.AddContext(odbc::PlaceOf(m_text));
+        return error;
+    }
     const QString meaning = OpeningMeaning(error.EngineMessage(), odbc::DriverOrDsn(m_text));
     if (!meaning.isEmpty() || odbc::IsLost(diagnoses)) {
         error.Explain(meaning.isEmpty() ? QString::fromUtf8(meaning::NoAnswer) : meaning);

@@ -11,8 +11,9 @@
 /// One connection over the ODBC API.
 class OdbcConnection {
 public:
-    /// Connects. @param text connection string in the words of ODBC. Raises `SqlError` naming what was asked for.
-    explicit OdbcConnection(QString text);
+    /// Connects. @param text connection string in the words of ODBC @param readOnly the driver is told that nothing
+    /// will be written, whatever it makes of that. Raises `SqlError` naming what was asked for.
+    explicit OdbcConnection(QString text, bool readOnly = false);
     ~OdbcConnection();
     OdbcConnection(const OdbcConnection&) = delete;
     OdbcConnection& operator=(const OdbcConnection&) = delete;
@@ -20,6 +21,9 @@ public:
     SQLHDBC Handle() const { return m_handle.Get(); }
     /// Another connection to the same database. Raises `SqlError`.
     std::shared_ptr<OdbcConnection> Another() const { return std::make_shared<OdbcConnection>(m_text); }
+    /// The connection string.
+    const QString& ConnectionText() const { return m_text; }
+    bool IsReadOnly() const { return m_readOnly; }
     /// Connects again after the connection has fallen; its statements are gone by then. Raises `SqlError`.
     void Reopen();
     /// Grows with each `Reopen`: statements of before are gone.
@@ -75,6 +79,7 @@ private:
     void SetRunning(SQLHSTMT statement) noexcept;
 
     QString m_text;
+    bool m_readOnly;
     odbc::Handle<SQL_HANDLE_ENV> m_environment;
     odbc::Handle<SQL_HANDLE_DBC> m_handle;
     int m_age = 0;

@@ -1,7 +1,10 @@
 #include "sql/engines/odbc/odbcEngine.h"
 
+#include "sql/engines/lineText.h"
+#include "sql/engines/mysql/mySqlSignOn.h"
 #include "sql/engines/odbc/mariaDbOverOdbc.h"
 #include "sql/engines/odbc/odbcCursor.h"
+#include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/engines/odbc/odbcText.h"
 #include "sql/text/dialect.h"
 
@@ -68,6 +71,20 @@ bool OdbcEngine::TransactionStands(bool afterFailure) {
     } catch (const SqlError&) {
         return false;
     }
+}
+
+QString OdbcEngine::ServerName() const {
+    const QString written =
+        odbc::Find(odbc::ReadParts(m_connection->ConnectionText()), QLatin1String("SERVER")).value_or(QString());
+    return written.isEmpty() ? m_connection->Info(SQL_SERVER_NAME) : written;
+}
+
+QString OdbcEngine::LineWarning() {
+    const odbc::Parts parts = odbc::ReadParts(m_connection->ConnectionText());
+    const QString driver = odbc::DriverOf(parts);
+    const QString server = ServerName();
+    const bool isSafe = line::StaysHere(server) || odbc::AsksForEncryption(parts, driver);
+    return m_dbms != odbc::Dbms::SqlServer || isSafe ? QString() : line::NotAskedFor(server);
 }
 
 qint64 OdbcEngine::LastInsertId() { return Number(odbc::WordsOf(m_dbms).identity); }
@@ -160,11 +177,12 @@ qint64 OdbcEngine::Number(const QString& query) {
 }
 
 std::unique_ptr<Engine> OpenOdbc(const ConnectionSettings& settings, Provider provider) {
+    GuardMySqlPasswords();
     const bool sqlServer = provider == Provider::SqlServer;
     const Dialect dialect = provider == Provider::MySql ? Dialect::MySql
                             : sqlServer                 ? Dialect::SqlServer
                                                         : Dialect::Other;
-    auto connection = std::make_shared<OdbcConnection>(odbc::ConnectionText(settings, provider));
+    auto connection = std::make_shared<OdbcConnection>(odbc::ConnectionText(settings, provider), settings.readOnly);
     const odbc::Dbms dbms = dialect == Dialect::MySql ? odbc::Dbms::MySql : odbc::DbmsOf(*connection);
     if (dbms == odbc::Dbms::MySql) {
         return std::make_unique<MariaDbOverOdbc>(std::move(connection), dialect);

@@ -26,6 +26,7 @@ public:
     void SetMark() override { Run(odbc::WordsOf(m_dbms).mark); }
     void RollBackToMark() override { Run(odbc::WordsOf(m_dbms).toMark); }
     void Interrupt() noexcept override { m_connection->Interrupt(); }
+    QString LineWarning() override;
     qint64 LastInsertId() override;
     QStringList Tables() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
@@ -38,6 +39,8 @@ public:
 protected:
     bool InTransaction() const { return m_inTransaction; }
     const std::shared_ptr<OdbcConnection>& Connection() const { return m_connection; }
+    /// The server that the line leads to; empty when its driver does not tell.
+    QString ServerName() const;
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
     /// it.
     void MakeReady();

@@ -1,5 +1,7 @@
 #include "sql/engines/odbc/odbcPortions.h"
 
+#include "sql/engines/mysql/mySqlSession.h"
+
 namespace {
 
 constexpr int RowsAtOnce = 2000;
@@ -11,16 +13,48 @@ QString NewTable() {
 
 } // namespace
 
+/// A session that only reads may make a table of its own no more than any other: it writes for that long.
+class OdbcPortions::Writing {
+public:
+    explicit Writing(OdbcPortions& portions)
+        : m_portions(portions) {
+        Set(MySqlReadWrite);
+    }
+    ~Writing() {
+        try {
+            Set(MySqlReadOnly);
+        } catch (const SqlError&) {
+            // The connection has fallen, and with it the session.
+            return;
+        }
+    }
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
+
+private:
+    void Set(const char* mode) {
+        if (m_portions.m_connection->IsReadOnly()) {
+            m_portions.m_portion.Close();
+            m_portions.m_portion.Run(QLatin1String(mode), m_portions.m_statement);
+        }
+    }
+
+    OdbcPortions& m_portions;
+};
+
 OdbcPortions::OdbcPortions(std::shared_ptr<OdbcConnection> connection, const QString& text, QString statement)
     : m_connection(std::move(connection)),
       m_statement(std::move(statement)),
       m_table(NewTable()),
       m_portion(m_connection) {
-    m_portion.Run(QStringLiteral("CREATE TEMPORARY TABLE %1 (QDX_N BIGINT NOT NULL AUTO_INCREMENT PRIMARY KEY) "
-                                 "ENGINE=Aria TRANSACTIONAL=0 AS ")
-                          .arg(m_table) +
-                      text,
-                  m_statement);
+    {
+        const Writing writing(*this);
+        m_portion.Run(QStringLiteral("CREATE TEMPORARY TABLE %1 (QDX_N BIGINT NOT NULL AUTO_INCREMENT PRIMARY KEY) "
+                                     "ENGINE=Aria TRANSACTIONAL=0 AS ")
+                              .arg(m_table) +
+                          text,
+                      m_statement);
+    }
     ReadPortion();
     m_columns = m_portion.Columns().mid(1);
 }
@@ -28,6 +62,7 @@ OdbcPortions::OdbcPortions(std::shared_ptr<OdbcConnection> connection, const QSt
 OdbcPortions::~OdbcPortions() {
     try {
         m_portion.Close();
+        const Writing writing(*this);
         m_portion.Run(QStringLiteral("DROP TEMPORARY TABLE IF EXISTS ") + m_table, m_statement);
     } catch (const SqlError&) {
         // It goes with the connection.

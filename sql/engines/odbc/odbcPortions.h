@@ -19,6 +19,8 @@ public:
     QVariant Value(int column) const override;
 
 private:
+    class Writing;
+
     void ReadPortion();
 
     std::shared_ptr<OdbcConnection> m_connection;

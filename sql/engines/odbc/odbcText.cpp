@@ -1,6 +1,9 @@
 #include "sql/engines/odbc/odbcText.h"
 
 #include "sql/connectionParts.h"
+#include "sql/engines/lineText.h"
+#include "sql/engines/odbc/odbcDrivers.h"
+#include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/errors.h"
 
 #include <algorithm>
@@ -39,6 +42,9 @@ void AddSignOn(Parts& parts, const ConnectionSettings& settings) {
 void AddFreeTds(Parts& parts, const ConnectionSettings& settings, const char* version) {
     parts.append({QStringLiteral("SERVER"), settings.server.section(u',', 0, 0).trimmed()});
     const QString port = settings.server.section(u',', 1).trimmed();
+    if (settings.server.contains(u',')) {
+        line::ReadPort(settings.server, port);
+    }
     if (!port.isEmpty() || !settings.server.contains(u'\\')) {
         parts.append({QStringLiteral("PORT"), port.isEmpty() ? QStringLiteral("1433") : port});
     }
@@ -50,7 +56,7 @@ void AddFreeTds(Parts& parts, const ConnectionSettings& settings, const char* ve
 QString UsualDriver(Provider provider) {
     switch (provider) {
     case Provider::SqlServer:
-        return OnWindows ? QStringLiteral("SQL Server") : QStringLiteral("FreeTDS");
+        return SqlServerDriver(InstalledDrivers(), OnWindows);
     case Provider::Access:
         return OnWindows ? QStringLiteral("Microsoft Access Driver (*.mdb, *.accdb)") : QStringLiteral("MDBTools");
     case Provider::Sybase:
@@ -73,9 +79,20 @@ QString OracleName(const ConnectionSettings& settings) {
     return QStringLiteral("//") + settings.server + u'/' + settings.databaseName;
 }
 
-QString FromServer(const ConnectionSettings& settings, Provider provider) {
-    const QString driver = settings.driver.isEmpty() ? UsualDriver(provider) : settings.driver;
-    if (driver.isEmpty() || (settings.server.isEmpty() && settings.databaseName.isEmpty())) {
+/// A driver of Microsoft's that nobody has named stands in for the old one, which takes any certificate: it encrypts,
+/// and is as easy about it. One that was named has its own way.
+void AddUsualEncryption(Parts& parts, const ConnectionSettings& settings, DriverKind kind) {
+    const bool isChosenHere = settings.driver.isEmpty() && settings.encryption == Encryption::DriversOwn;
+    if (isChosenHere && kind == DriverKind::SqlServer) {
+        parts.append({QStringLiteral("Encrypt"), QStringLiteral("yes")});
+        parts.append({QStringLiteral("TrustServerCertificate"), QStringLiteral("yes")});
+    }
+}
+
+Parts FromServer(const ConnectionSettings& settings, Provider provider) {
+    const bool leadsSomewhere = !settings.server.isEmpty() || !settings.databaseName.isEmpty();
+    const QString driver = settings.driver.isEmpty() && leadsSomewhere ? UsualDriver(provider) : settings.driver;
+    if (driver.isEmpty() || !leadsSomewhere) {
         throw ImportError(QStringLiteral("Connessione al database: indicare il DSN, la stringa di connessione oppure "
                                          "server e database"));
     }
@@ -83,26 +100,28 @@ QString FromServer(const ConnectionSettings& settings, Provider provider) {
     if (provider == Provider::Access) {
         parts.append({QStringLiteral("DBQ"), settings.databaseName});
         AddUnlessEmpty(parts, "PWD", settings.networkCredential ? QString() : settings.password);
-        return WriteParts(parts);
+        return parts;
     }
     if (provider == Provider::Oracle) {
         const bool microsoft = driver.startsWith(QLatin1String("Microsoft"));
         parts.append({microsoft ? QStringLiteral("SERVER") : QStringLiteral("DBQ"), OracleName(settings)});
         AddSignOn(parts, settings);
-        return WriteParts(parts);
+        return parts;
     }
-    if (driver.contains(QLatin1String("FreeTDS"), Qt::CaseInsensitive)) {
+    const DriverKind kind = KindOf(driver);
+    if (kind == DriverKind::FreeTds) {
         AddFreeTds(parts, settings, provider == Provider::Sybase ? "5.0" : "7.4");
     } else {
         AddUnlessEmpty(parts, "SERVER", settings.server);
     }
+    AddUsualEncryption(parts, settings, kind);
     AddUnlessEmpty(parts, "DATABASE", settings.databaseName);
     AddSignOn(parts, settings);
-    return WriteParts(parts);
+    return parts;
 }
 
 /// What OLE DB says, in the words of ODBC; other keys are the driver's own and stay.
-QString FromOleDb(const Parts& oleDb, bool dataSourceIsDsn) {
+Parts FromOleDb(const Parts& oleDb, bool dataSourceIsDsn) {
     struct Word {
         QLatin1String oleDb;
         const char* odbc; ///< null: means nothing to ODBC
@@ -129,22 +148,27 @@ QString FromOleDb(const Parts& oleDb, bool dataSourceIsDsn) {
             parts.append({QString::fromLatin1(word->odbc), trusted ? QStringLiteral("Yes") : part.value});
         }
     }
-    const QString own = Find(oleDb, QLatin1String("Extended Properties")).value_or(QString());
-    return WriteParts(parts) + own;
+    return parts + ReadParts(Find(oleDb, QLatin1String("Extended Properties")).value_or(QString()));
 }
 
-/// The connection string but for what makes its driver stream.
-QString PlainText(const ConnectionSettings& settings, Provider provider) {
-    if (!settings.connectionString.isEmpty()) {
-        const Parts parts = ReadParts(settings.connectionString);
-        const QString oleDb = Find(parts, QLatin1String("Provider")).value_or(QString());
-        if (oleDb.startsWith(QLatin1String("MSDASQL"), Qt::CaseInsensitive)) {
-            return FromOleDb(parts, true);
+/// The OLE DB provider that a connection string is written for; empty for one in the words of ODBC.
+QString OleDbProvider(const Parts& parts) {
+    const QString provider = Find(parts, QLatin1String("Provider")).value_or(QString());
+    for (const QLatin1String known :
+         {QLatin1String("MSDASQL"), QLatin1String("SQLOLEDB"), QLatin1String("SQLNCLI"), QLatin1String("MSOLEDBSQL")}) {
+        if (provider.startsWith(known, Qt::CaseInsensitive)) {
+            return known;
         }
-        const bool sqlServer = oleDb.startsWith(QLatin1String("SQLOLEDB"), Qt::CaseInsensitive) ||
-                               oleDb.startsWith(QLatin1String("SQLNCLI"), Qt::CaseInsensitive) ||
-                               oleDb.startsWith(QLatin1String("MSOLEDBSQL"), Qt::CaseInsensitive);
-        return sqlServer ? FromOleDb(parts, false) : settings.connectionString;
+    }
+    return {};
+}
+
+/// The parts of the connection string, but for encryption.
+Parts PartsOf(const ConnectionSettings& settings, Provider provider) {
+    if (!settings.connectionString.isEmpty()) {
+        const Parts written = ReadParts(settings.connectionString);
+        const QString oleDb = OleDbProvider(written);
+        return oleDb.isEmpty() ? written : FromOleDb(written, oleDb == QLatin1String("MSDASQL"));
     }
     if (settings.dsn.isEmpty()) {
         return FromServer(settings, provider);
@@ -152,7 +176,41 @@ QString PlainText(const ConnectionSettings& settings, Provider provider) {
     Parts parts{{QStringLiteral("DSN"), settings.dsn}};
     AddUnlessEmpty(parts, "DATABASE", settings.databaseName);
     AddSignOn(parts, settings);
-    return WriteParts(parts);
+    return parts;
+}
+
+/// FreeTDS ends a value between braces at "};" and takes every other brace in it as it stands.
+QString WriteForFreeTds(const Parts& parts) {
+    QString text;
+    for (const Part& part : parts) {
+        if (part.value.contains(QLatin1String("};"))) {
+            const bool isPassword = Same(part.key, QLatin1String("PWD"));
+            throw ImportError(QStringLiteral("Il driver FreeTDS non può ricevere %1 con i caratteri \"};\": cambiarl%2")
+                                  .arg(isPassword ? QStringLiteral("una password")
+                                                  : QStringLiteral("un valore di %1 ('%2')").arg(part.key, part.value),
+                                       isPassword ? QStringLiteral("a") : QStringLiteral("o")));
+        }
+        const QString usual = Quoted(part.value);
+        text += part.key + u'=' + (usual.startsWith(u'{') ? QString(u'{' + part.value + u'}') : usual) + u';';
+    }
+    return text;
+}
+
+/// A string in the words of ODBC that nothing is added to is not touched.
+bool IsHonouredAsWritten(const ConnectionSettings& settings) {
+    return settings.encryption == Encryption::DriversOwn && !settings.connectionString.isEmpty() &&
+           OleDbProvider(ReadParts(settings.connectionString)).isEmpty();
+}
+
+/// The connection string but for what makes its driver stream.
+QString PlainText(const ConnectionSettings& settings, Provider provider) {
+    if (IsHonouredAsWritten(settings)) {
+        return settings.connectionString;
+    }
+    Parts parts = PartsOf(settings, provider);
+    const QString driver = DriverOf(parts);
+    AskForEncryption(parts, driver, settings);
+    return KindOf(driver) == DriverKind::FreeTds ? WriteForFreeTds(parts) : WriteParts(parts);
 }
 
 } // namespace
@@ -163,6 +221,11 @@ QString ConnectionText(const ConnectionSettings& settings, Provider provider) {
     const bool mySql =
         Find(parts, QLatin1String("DRIVER")).value_or(QString()).startsWith(u"MySQL", Qt::CaseInsensitive);
     return mySql && !Find(parts, QLatin1String("OPTION")) ? QString(StreamingOption + text) : text;
+}
+
+QString DriverOf(const Parts& parts) {
+    const auto driver = Find(parts, QLatin1String("DRIVER"));
+    return driver ? *driver : DriverOfDsn(Find(parts, QLatin1String("DSN")).value_or(QString()));
 }
 
 QString PlaceOf(const QString& text) {

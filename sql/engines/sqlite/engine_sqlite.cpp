@@ -2,11 +2,9 @@
 #include "sql/engines/fileLocks.h"
 #include "sql/engines/sqlite/sqliteCursor.h"
 #include "sql/engines/sqlite/sqliteError.h"
+#include "sql/engines/sqlite/sqliteFile.h"
 #include "sql/errors.h"
 #include "sql/text/triggerText.h"
-
-#include <QFileInfo>
-#include <QSet>
 
 #include <sqlite3.h>
 
@@ -14,11 +12,7 @@
 
 namespace {
 
-/// Closes a database handle.
-struct CloseDatabase {
-    void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
-};
-using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+using Database = sqliteFile::Handle;
 
 /// A name as a quoted identifier.
 QString Quoted(const QString& name) {
@@ -28,18 +22,10 @@ QString Quoted(const QString& name) {
 
 class SqliteEngine final : public Engine {
 public:
-    SqliteEngine(const QString& file, bool readOnly) {
-        sqlite3* handle = nullptr;
-        const int flags = readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-        const int code = sqlite3_open_v2(file.toUtf8().constData(), &handle, flags | SQLITE_OPEN_EXRESCODE, nullptr);
-        m_database.reset(handle);
-        if (code != SQLITE_OK) {
-            SqlError error = SqliteErrorOf(handle, {});
-            error.AddContext(QStringLiteral("Database '%1'").arg(file));
-            throw error;
-        }
-        m_statements = std::make_shared<SqliteStatements>(handle);
-        sqlite3_busy_timeout(handle, BusyMilliseconds);
+    SqliteEngine(const QString& file, bool readOnly)
+        : m_database(readOnly ? sqliteFile::OpenToRead(file) : sqliteFile::OpenToWrite(file)),
+          m_statements(std::make_shared<SqliteStatements>(m_database.get())) {
+        sqlite3_busy_timeout(m_database.get(), BusyMilliseconds);
         try {
             Configure(readOnly);
         } catch (SqlError& error) {
