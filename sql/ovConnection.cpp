@@ -130,7 +130,8 @@ Recordset ovConnection::ExecuteWC(const QString& query) {
     return WithDecision(query, [&] {
         Engine& engine = Opened(query);
         Show(Written, query);
-        return Recordset(engine.Query(TextFor(engine, query)), query);
+        const auto run = [&](const QString& text) { return engine.Query(TextFor(engine, text)); };
+        return Recordset(Layout ? Layout->Query(query, engine, run) : run(query), query);
     });
 }
 
@@ -209,9 +210,15 @@ QString ovConnection::GetFullTableName(const QString& table) const {
     return prefix + table;
 }
 
-QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) { return Opened({}).Columns(table); }
+QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) {
+    Engine& engine = Opened({});
+    return Layout ? Layout->Columns(table, engine) : engine.Columns(table);
+}
 
-QStringList ovConnection::GetTables() { return Opened({}).Tables(); }
+QStringList ovConnection::GetTables() {
+    Engine& engine = Opened({});
+    return Layout ? Layout->Tables(engine) : engine.Tables();
+}
 
 void ovConnection::SetTriggersEnabled(const QString& table, bool enabled) {
     if (m_inTransaction && Opened({}).TextDialect() == Dialect::MySql) {
