@@ -1,5 +1,6 @@
 #include "app/connectSource.h"
 
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "sources/fileSource.h"
@@ -33,6 +34,7 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
     if (!prepare(session, source)) {
         return false;
     }
+    contract::SourceLayout::Take(session, origin, source);
     try {
         source.OpenConnection();
     } catch (ImportError& error) {
@@ -77,6 +79,7 @@ void CloseSource(Session& session) {
         session.Source->CloseConnection();
         session.Source.reset();
     }
+    session.Layout.reset();
 }
 
 SourceOutcome ConnectOrTell(Session& session, const contract::Origin& origin) {

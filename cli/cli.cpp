@@ -3,7 +3,7 @@
 #include "app/startUp.h"
 #include "cli/commands.h"
 #include "cli/help.h"
-#include "cli/nearNames.h"
+#include "core/nearNames.h"
 #include "cli/StatementTrace.h"
 #include "cli/terminal.h"
 #include "cli/TerminalOperator.h"

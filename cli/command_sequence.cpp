@@ -1,7 +1,7 @@
 #include "app/sequence.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
-#include "cli/nearNames.h"
+#include "core/nearNames.h"
 #include "cli/resultReport.h"
 
 #include <QJsonArray>

@@ -138,16 +138,15 @@ QVector<ColumnInfo> Layout::Columns(const QString& table, Engine& engine) {
 
 QStringList Layout::Tables(Engine& engine) {
     QStringList tables;
-    QSet<QString> called;
-    for (const LayoutTable& table : std::as_const(m_tables)) {
-        if (table.IsCalled()) {
-            tables.append(table.name);
-            called.insert(table.inSource.last().toUpper());
+    for (const QString& own : engine.Tables()) {
+        const qsizetype before = tables.size();
+        for (const LayoutTable& table : std::as_const(m_tables)) {
+            if (table.IsCalled() && table.inSource.last().compare(own, Qt::CaseInsensitive) == 0) {
+                tables.append(table.name);
+            }
         }
-    }
-    for (const QString& table : engine.Tables()) {
-        if (!called.contains(table.toUpper())) {
-            tables.append(table);
+        if (tables.size() == before) {
+            tables.append(own);
         }
     }
     return tables;

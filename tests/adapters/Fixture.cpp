@@ -1,5 +1,6 @@
 #include "tests/adapters/Fixture.h"
 
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/registry.h"
 #include "core/Schema.h"
 #include "examples/DbfWriter.h"
@@ -85,11 +86,13 @@ void ModulesOnEngines() {
     }
 }
 
-Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change)
+Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change,
+                 Names names)
     : m_folder(std::move(folder)),
       m_origin(origin),
       m_target(engine),
-      m_change(std::move(change)) {
+      m_change(std::move(change)),
+      m_names(std::move(names)) {
     MakeSource();
     const QString settings = m_target.Folder.filePath("Quadrix.ini");
     QString own = Read("settings.ini");
@@ -126,14 +129,17 @@ void Fixture::MakeSource() {
         } else {
             source.ExecuteScript(script);
         }
+        RenameInDatabase(source);
         CopyFiles(m_target.Folder.filePath("files"));
         return;
     }
     m_source = m_target.Folder.filePath("source");
     CopyFiles(m_source);
+    RenameInFiles();
     const QDir tables(m_folder + "/tables");
     for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
-        MakeFoxProTables(tables.filePath(name), m_source + '/' + QFileInfo(name).baseName() + ".dbf");
+        const QString table = Renamed(QFileInfo(name).baseName().toUpper());
+        MakeFoxProTables(tables.filePath(name), m_source + '/' + table.toLower() + ".dbf");
     }
 }
 
@@ -156,13 +162,50 @@ void Fixture::CopyFiles(const QString& to) const {
     }
 }
 
+/// The text files that are tables, and their first lines.
+void Fixture::RenameInFiles() const {
+    const QDir folder(m_source);
+    for (const QString& file : m_names.isEmpty() ? QStringList() : folder.entryList({"*.CSV"}, QDir::Files)) {
+        const QString table = QFileInfo(file).baseName();
+        QString text = QString::fromLatin1(ReadFile(folder.filePath(file)));
+        const QString head = text.section('\n', 0, 0);
+        QStringList names = head.trimmed().split(';');
+        for (QString& name : names) {
+            name = Renamed(table + '.' + name);
+        }
+        WriteFile(folder.filePath(file), (names.join(';') + text.mid(head.trimmed().size())).toLatin1());
+        QFile::rename(folder.filePath(file), folder.filePath(Renamed(table) + ".CSV"));
+    }
+}
+
+void Fixture::RenameInDatabase(ovConnection& source) const {
+    QMap<QString, QString> last; // tables keep their names until their columns are done
+    for (const auto& [name, renamed] : m_names.asKeyValueRange()) {
+        if (name.contains('.')) {
+            source.Execute(QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]")
+                               .arg(name.section('.', 0, 0), name.section('.', 1), renamed));
+        } else {
+            last.insert(name, renamed);
+        }
+    }
+    for (const auto& [name, renamed] : last.asKeyValueRange()) {
+        source.Execute(QString("ALTER TABLE [%1] RENAME TO [%2]").arg(name, renamed));
+    }
+}
+
+void Fixture::WriteLayout(const QString& text) {
+    const QString folder = m_target.Folder.filePath("Tracciati");
+    QDir().mkpath(folder);
+    WriteFile(sources::LayoutFile::PathOf(folder, m_origin.name), text.toUtf8());
+}
+
 void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
     QStringList lines = QString::fromUtf8(ReadFile(from)).split('\n', Qt::SkipEmptyParts);
     QVector<examples::Column> columns;
     QList<QByteArray> names;
     for (const QString& text : lines.takeFirst().split('|')) {
         const QStringList parts = text.trimmed().split(' ');
-        names.append(parts[0].toUtf8());
+        names.append(Renamed(QFileInfo(from).baseName().toUpper() + '.' + parts[0].toUpper()).toUtf8());
         columns.append({nullptr, parts[1].at(0).toLatin1(), parts.value(2).toInt(), parts.value(3).toInt()});
     }
     for (qsizetype i = 0; i < columns.size(); ++i) {
@@ -210,6 +253,7 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     if (m_isServed) {
         SetSource(*session.Source);
     }
+    contract::SourceLayout::Take(session, m_origin, *session.Source);
     session.Source->OpenConnection();
     if (m_change && Read("source.sql").isEmpty()) {
         m_change(*session.Source);
@@ -255,6 +299,7 @@ void Fixture::RunLine(const QString& line) {
     OpenSource();
     Call(line);
     session.Source.reset();
+    session.Layout.reset();
     const RunResult& result = session.Results.last();
     m_outcome.append("== " + line + '\n' + OutcomeText(result.outcome) +
                      QString(": rows %1 = inserted %2 + updated %3 + skipped %4 + given up %5 + not reached %6")

@@ -25,10 +25,13 @@ public:
     /// Changes values of a source.
     using SourceChange = std::function<void(ovConnection& source)>;
 
+    /// Other names that a source has: of tables, and of columns as "table.column".
+    using Names = QMap<QString, QString>;
+
     /// @param change done once where the source is a database, each time that it is opened where it is files; the
     /// texts of a database can be of any length then
     Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded,
-            SourceChange change = {});
+            SourceChange change = {}, Names names = {});
 
     /// Runs every procedure of "run.txt".
     void Run();
@@ -49,6 +52,8 @@ public:
     void Call(const QString& line);
     /// Messages, account, log lines and the rows that are in the target and were not before.
     QString Outcome();
+    /// Writes the layout file of the origin.
+    void WriteLayout(const QString& text);
     /// Every statement, the source's as comments.
     const QString& Statements() const { return m_statements; }
     const QVector<RunResult>& Results() { return m_target.Get().Results; }
@@ -63,6 +68,9 @@ private:
     void MakeSource();
     void SetSource(ovConnection& source) const;
     void CopyFiles(const QString& to) const;
+    void RenameInFiles() const;
+    void RenameInDatabase(ovConnection& source) const;
+    QString Renamed(const QString& name) const { return m_names.value(name, name.section('.', -1)); }
     void MakeFoxProTables(const QString& from, const QString& to) const;
     /// @param but columns that are left out
     QStringList TargetRows(const QSet<QString>& but = {});
@@ -71,6 +79,7 @@ private:
     const contract::Origin& m_origin;
     TestTarget m_target;
     SourceChange m_change;
+    Names m_names;
     QString m_source;
     bool m_isServed = false; ///< whether the source is a database of the server
     QString m_statements;

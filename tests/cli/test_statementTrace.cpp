@@ -1,4 +1,4 @@
-#include "cli/nearNames.h"
+#include "core/nearNames.h"
 #include "cli/StatementTrace.h"
 #include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
@@ -84,7 +84,7 @@ private slots:
     }
     void suggestsNearNames() {
         QFETCH(QString, name);
-        QTEST(cli::NearNames(name, {"Ad-Hoc", "Ad-Hoc Windows", "Gescom", "Scala", "SAM"}).join(','), "near");
+        QTEST(NearNames(name, {"Ad-Hoc", "Ad-Hoc Windows", "Gescom", "Scala", "SAM"}).join(','), "near");
     }
 };
 

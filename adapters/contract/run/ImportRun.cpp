@@ -136,9 +136,12 @@ void ImportRun::AnnounceAppending(const QString& announcement) {
 }
 
 void ImportRun::Preflight(const Needs& needs) {
-    const QStringList missing = Missing(m_session, needs);
-    if (!missing.isEmpty()) {
-        throw ImportError(QStringLiteral("Non è stato scritto nulla. Mancano:\n") + missing.join(u'\n'));
+    const Lacks lacks = LacksOf(m_session, needs);
+    if (!lacks.necessary.isEmpty()) {
+        throw ImportError(QStringLiteral("Non è stato scritto nulla. Mancano:\n") + lacks.Text());
+    }
+    if (const QString leftOut = LeaveOut(m_session, needs, lacks); !leftOut.isEmpty()) {
+        Log(leftOut);
     }
 }
 
