@@ -122,7 +122,7 @@ constexpr Line CounterpartiesLines[] = {
     Notes("SENOT"),
 
     CompanyTable("CON_RIF"),
-    Code("CDCON", "CON_TRO").Indexed(),
+    Code("CDCON", "CON_TRO").Indexed().Essential(),
     Words("RFNOM", 100).Essential(),
     Words("RFQUA", 100),
     Words("RFTIT", 60),

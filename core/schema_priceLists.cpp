@@ -55,7 +55,7 @@ constexpr Line PriceListsLines[] = {
     Flag("PMVLD"),
 
     CompanyTable("PRO_MOR"),
-    Code("CDPRM", "PRO_MOZ").Indexed(),
+    Code("CDPRM", "PRO_MOZ").Indexed().Essential(),
     Number("PRSC1"),
     Number("PRSC2"),
     Number("PRSC3"),

@@ -157,6 +157,25 @@ private slots:
                  QStringList("RIVA|1"));
     }
 
+    void AChangedSourceIsTold() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin);
+        const auto told = [&fixture] {
+            fixture.RunLine("ImportContropartiTessera");
+            QStringList lines;
+            for (const Notes::Kind& kind : fixture.Results().last().notes.kinds) {
+                lines += kind.name.startsWith("ORIGINE CAMBIATA") ? QStringList(kind.first) : QStringList();
+            }
+            return lines.join('|');
+        };
+        QCOMPARE(told(), QString());
+        Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig VARCHAR(10)");
+        Change(fixture, "ALTER TABLE CliFor DROP COLUMN Web");
+        QCOMPARE(told(), QString("CliFor: in più Cig; in meno Web"));
+        fixture.WriteLayout("[COLONNE]\nCliFor.Web=Cig\n"); // what it is called is no change of the source
+        QCOMPARE(told(), QString());
+    }
+
     void WhatFitsNothingIsAnError_data() {
         Columns<QString, QString>("layout", "told");
         Row("section", "[TABELE]\n", "riga 1: '[TABELE]': sezione sconosciuta");

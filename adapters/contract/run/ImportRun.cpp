@@ -1,5 +1,6 @@
 #include "adapters/contract/run/ImportRun.h"
 
+#include "adapters/contract/run/SourceMemory.h"
 #include "core/runEnding.h"
 #include "sql/mod_ovTools.h"
 
@@ -142,6 +143,9 @@ void ImportRun::Preflight(const Needs& needs) {
     }
     if (const QString leftOut = LeaveOut(m_session, needs, lacks); !leftOut.isEmpty()) {
         Log(leftOut);
+    }
+    for (const QString& change : ChangesOfSource(m_session, m_result.module, needs)) {
+        Log(change);
     }
 }
 
