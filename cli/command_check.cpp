@@ -94,9 +94,10 @@ QString DataOf(const contract::Procedure& procedure) {
 QStringList Lines(const Finding& finding) {
     const QString name = QString(DataOf(*finding.procedure) + u' ' + finding.procedure->name).trimmed();
     const auto& [necessary, optional, leftOut] = finding.lacks;
-    QStringList lines{name + (!necessary.isEmpty()  ? QStringLiteral(": manca")
-                              : !optional.isEmpty() ? QStringLiteral(": si può importare")
-                                                    : QStringLiteral(": c'è tutto"))};
+    const QString verdict = !necessary.isEmpty()  ? QStringLiteral(": manca")
+                            : !optional.isEmpty() ? QStringLiteral(": si può importare")
+                                                  : QStringLiteral(": c'è tutto");
+    QStringList lines{QString(name + verdict)};
     const auto add = [&lines](const QString& heading, const QStringList& missing) {
         lines += missing.isEmpty() ? QStringList() : QStringList(heading);
         for (const QString& each : missing) {
