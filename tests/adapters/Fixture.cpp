@@ -87,12 +87,14 @@ void ModulesOnEngines() {
 }
 
 Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change,
-                 Names names)
+                 const Names& names)
     : m_folder(std::move(folder)),
       m_origin(origin),
       m_target(engine),
-      m_change(std::move(change)),
-      m_names(std::move(names)) {
+      m_change(std::move(change)) {
+    for (const auto& [name, renamed] : names.asKeyValueRange()) {
+        m_names.insert(name.toUpper(), renamed);
+    }
     MakeSource();
     const QString settings = m_target.Folder.filePath("Quadrix.ini");
     QString own = Read("settings.ini");
@@ -138,8 +140,7 @@ void Fixture::MakeSource() {
     RenameInFiles();
     const QDir tables(m_folder + "/tables");
     for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
-        const QString table = Renamed(QFileInfo(name).baseName().toUpper());
-        MakeFoxProTables(tables.filePath(name), m_source + '/' + table.toLower() + ".dbf");
+        MakeFoxProTables(tables.filePath(name), m_source + '/' + Renamed(QFileInfo(name).baseName()) + ".dbf");
     }
 }
 
@@ -162,6 +163,11 @@ void Fixture::CopyFiles(const QString& to) const {
     }
 }
 
+QString Fixture::Renamed(const QString& table, const QString& column) const {
+    return column.isEmpty() ? m_names.value(table.toUpper(), table)
+                            : m_names.value((table + '.' + column).toUpper(), column);
+}
+
 /// The text files that are tables, and their first lines.
 void Fixture::RenameInFiles() const {
     const QDir folder(m_source);
@@ -171,7 +177,7 @@ void Fixture::RenameInFiles() const {
         const QString head = text.section('\n', 0, 0);
         QStringList names = head.trimmed().split(';');
         for (QString& name : names) {
-            name = Renamed(table + '.' + name);
+            name = Renamed(table, name);
         }
         WriteFile(folder.filePath(file), (names.join(';') + text.mid(head.trimmed().size())).toLatin1());
         QFile::rename(folder.filePath(file), folder.filePath(Renamed(table) + ".CSV"));
@@ -205,7 +211,7 @@ void Fixture::MakeFoxProTables(const QString& from, const QString& to) const {
     QList<QByteArray> names;
     for (const QString& text : lines.takeFirst().split('|')) {
         const QStringList parts = text.trimmed().split(' ');
-        names.append(Renamed(QFileInfo(from).baseName().toUpper() + '.' + parts[0].toUpper()).toUtf8());
+        names.append(Renamed(QFileInfo(from).baseName(), parts[0]).toUtf8());
         columns.append({nullptr, parts[1].at(0).toLatin1(), parts.value(2).toInt(), parts.value(3).toInt()});
     }
     for (qsizetype i = 0; i < columns.size(); ++i) {

@@ -31,7 +31,7 @@ public:
     /// @param change done once where the source is a database, each time that it is opened where it is files; the
     /// texts of a database can be of any length then
     Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded,
-            SourceChange change = {}, Names names = {});
+            SourceChange change = {}, const Names& names = {});
 
     /// Runs every procedure of "run.txt".
     void Run();
@@ -70,7 +70,8 @@ private:
     void CopyFiles(const QString& to) const;
     void RenameInFiles() const;
     void RenameInDatabase(ovConnection& source) const;
-    QString Renamed(const QString& name) const { return m_names.value(name, name.section('.', -1)); }
+    /// What the source calls a table, or a column of it.
+    QString Renamed(const QString& table, const QString& column = {}) const;
     void MakeFoxProTables(const QString& from, const QString& to) const;
     /// @param but columns that are left out
     QStringList TargetRows(const QSet<QString>& but = {});
@@ -79,7 +80,7 @@ private:
     const contract::Origin& m_origin;
     TestTarget m_target;
     SourceChange m_change;
-    Names m_names;
+    Names m_names; ///< by name in upper case
     QString m_source;
     bool m_isServed = false; ///< whether the source is a database of the server
     QString m_statements;

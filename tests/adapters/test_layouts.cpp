@@ -4,6 +4,7 @@
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 #include <algorithm>
@@ -102,6 +103,28 @@ private slots:
         fixture.Run();
         const QString difference = fixture.Compare("expected.txt", fixture.Outcome());
         QVERIFY2(difference.isEmpty(), qPrintable(difference + '\n' + other.layout));
+    }
+
+    /// All of it at once: other names, a column that is not there, and the rows of another company among those of ours.
+    void AnotherInstallationGivesTheSameRows() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        OtherNames other = OtherNamesOf(origin);
+        other.names.remove("CliFor.Tel2");
+        other.layout.remove(QRegularExpression("CliFor\\.Tel2=[^\n]*\n"));
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin, TestTarget::On::Embedded, {}, other.names);
+        const QString table = other.names.value("CliFor");
+        for (const char* change :
+             {"ALTER TABLE %1 DROP COLUMN Tel2", "ALTER TABLE %1 ADD COLUMN DITTA VARCHAR(2) DEFAULT '01'",
+              "INSERT INTO %1 SELECT * FROM %1", "UPDATE %1 SET DITTA = '02' WHERE _rowid_ > 6"}) {
+            Change(fixture, QString(change).arg(table));
+        }
+        fixture.WriteLayout(other.layout + "CliFor.Tel2=\n[FILTRI]\nCliFor=DITTA = '01'\n");
+        fixture.Run();
+        QString outcome = fixture.Outcome();
+        QVERIFY(outcome.contains("COLONNE CHE MANCANO NELL'ORIGINE: CliFor.Tel2"));
+        const QString difference =
+            fixture.Compare("expected.txt", outcome.remove(QRegularExpression("[^\n]*COLONNE CHE MANCANO[^\n]*\n")));
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
     }
 
     void AnOptionalColumnCanBeMissing_data() { OtherNamesGiveTheSameRows_data(); }
