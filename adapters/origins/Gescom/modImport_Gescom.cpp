@@ -167,7 +167,7 @@ RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties
 
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
-        Needs all{Controparti().All(), {{Arclfr, Numeri.Names()}, {Ardest, {"FLAGCLFR"}}}, CounterpartyNeeds()};
+        Needs all{Controparti().All(), {{Arclfr, {}, Numeri.Names()}, {Ardest, {"FLAGCLFR"}}}, CounterpartyNeeds()};
         all.mappings.push_back(&Destinazioni());
         return all;
     }();

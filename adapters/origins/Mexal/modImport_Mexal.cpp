@@ -180,8 +180,7 @@ void TellUnmarked(ImportRun& run, const QString& onlyCode) {
 }
 
 const Needs& ContropartiNeeds() {
-    static const Needs needs{
-        Controparti().All(), {{PiaCon, QStringList{"_PCANN"} + Numeri.Names()}}, CounterpartyNeeds()};
+    static const Needs needs{Controparti().All(), {{PiaCon, {"_PCANN"}, Numeri.Names()}}, CounterpartyNeeds()};
     return needs;
 }
 

@@ -278,7 +278,7 @@ RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties
 
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
-        Needs all{Controparti().All(), {{CliFor, QStringList{"IdCliFor"} + Numeri.Names()}}, CounterpartyNeeds()};
+        Needs all{Controparti().All(), {{CliFor, {"IdCliFor"}, Numeri.Names()}}, CounterpartyNeeds()};
         all.mappings.push_back(&Destinazioni());
         const auto lookups = LookupNeeds();
         all.reads.insert(all.reads.end(), lookups.begin(), lookups.end());

@@ -118,7 +118,7 @@ const Needs& ContropartiNeeds() {
                   {},
                   CounterpartyNeeds()};
         for (const QString& table : {Clienti, Fornitori}) {
-            all.reads.push_back({table, Numeri.Names()});
+            all.reads.push_back({table, {}, Numeri.Names()});
         }
         return all;
     }();
