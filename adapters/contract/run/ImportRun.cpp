@@ -152,7 +152,7 @@ void ImportRun::Preflight(const Needs& needs) {
     if (const QString leftOut = LeaveOut(m_session, needs, lacks); !leftOut.isEmpty()) {
         Log(leftOut);
     }
-    for (const QString& change : ChangesOfSource(m_session, m_result.module, needs)) {
+    for (const QString& change : ChangesOfSource(m_session, m_account.Result.module, needs)) {
         Log(change);
     }
 }
