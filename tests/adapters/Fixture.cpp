@@ -73,7 +73,7 @@ void Fixture::See(const QString& statement) {
         FreeKeys();
     }
     m_tookBack = m_tookBack || statement.startsWith("ROLLBACK");
-    if (!ofTime.contains(statement)) {
+    if (!ofTime.contains(statement) && !statement.startsWith("ROLLBACK")) {
         AddStatement(statement);
     }
 }
