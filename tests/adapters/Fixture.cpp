@@ -81,19 +81,23 @@ void Fixture::See(const QString& statement) {
 /// The keys of rows that were taken back are free again on the embedded database, but not on a server.
 void Fixture::FreeKeys() {
     const auto trace = std::exchange(m_target.Db().Trace, {});
-    Recordset tables = m_target.Db().ExecuteWC("SELECT TABLE_NAME, AUTO_INCREMENT FROM information_schema.TABLES "
-                                               "WHERE TABLE_SCHEMA = DATABASE() AND AUTO_INCREMENT IS NOT NULL");
-    QMap<QString, QString> next;
-    for (; !tables.Eof(); tables.MoveNext()) {
-        next[tables.Fields(0).Value().toString()] = tables.Fields(1).Value().toString();
-    }
+    const auto nextKeys = [this] {
+        QMap<QString, QString> next;
+        Recordset tables = m_target.Db().ExecuteWC("SELECT TABLE_NAME, AUTO_INCREMENT FROM information_schema.TABLES "
+                                                   "WHERE TABLE_SCHEMA = DATABASE() AND AUTO_INCREMENT IS NOT NULL");
+        for (; !tables.Eof(); tables.MoveNext()) {
+            next[tables.Fields(0).Value().toString()] = tables.Fields(1).Value().toString();
+        }
+        return next;
+    };
+    QMap<QString, QString> next = nextKeys();
     if (std::exchange(m_tookBack, false)) {
         for (auto key = m_nextKeys.cbegin(); key != m_nextKeys.cend(); ++key) {
-            if (next.value(key.key()) != key.value()) {
+            if (next.value(key.key()) != key.value()) { // it cannot fall below that of the rows that are there
                 m_target.Execute(QString("ALTER TABLE %1 AUTO_INCREMENT = %2").arg(key.key(), key.value()));
-                next[key.key()] = key.value();
             }
         }
+        next = nextKeys();
     }
     m_nextKeys = next;
     m_target.Db().Trace = trace;

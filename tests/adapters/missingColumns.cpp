@@ -37,8 +37,10 @@ private:
     ovConnection& Source() { return *m_stage.Get().Source; }
 
     void Rename(const QString& column, const QString& from, const QString& to) {
+        Source().ReadOnly = false;
         Source().Execute(
             QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]").arg(column.section('.', 0, -2), from, to));
+        Source().ReadOnly = true;
     }
     QStringList TablesRead() {
         if (!m_stage.Get().Source) {

@@ -1,3 +1,4 @@
+#include "sql/visibleText.h"
 #include "tests/adapters/missingColumns.h"
 #include "tests/adapters/Rehearsal.h"
 #include "tests/support/QuadrixTest.h"
@@ -61,8 +62,12 @@ class TestFaults : public QObject {
     /// that was the only one.
     static bool IsNamed(Rehearsal& stage, const Faults& fault) {
         const QVector<ErrorEntry> entries = stage.Get().Errors.Entries() + stage.Person().Decided;
+        QStringList failed;
+        for (const QString& statement : fault.failed) {
+            failed.append(VisibleText(statement));
+        }
         return std::any_of(entries.begin(), entries.end(), [&](const ErrorEntry& entry) {
-            return fault.failed.contains(entry.statement) && (fault.times > 1 || entry.rowKey == stage.StruckRow);
+            return failed.contains(entry.statement) && (fault.times > 1 || entry.rowKey == stage.StruckRow);
         });
     }
 

@@ -226,7 +226,7 @@ QStringList Expected(const QString& harmless, const QString& hostile) {
         static const QRegularExpression logged("^../../.... ..:..:.. - ");
         if (line.contains(logged)) { // the log is text of one code page, in which nothing is unseen
             QString lost;
-            line = VisibleLine(line.remove(u'\r'));
+            line = VisibleLine(line);
             line = DecodeText(EncodeText(line, CodePage(), &lost), CodePage());
         }
         lines.append(line);

@@ -293,6 +293,7 @@ private slots:
         TestTarget target;
         FakeOrigin fake;
         fake.Database = target.Folder.filePath("origine.db");
+        WriteFile(fake.Database, {});
         fake.Add(Button::Cli, "ImportControparti");
         target.Get().Config.SetAppConfig("IMPORT", "Password", "segreta");
         target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");

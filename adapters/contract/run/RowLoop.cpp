@@ -114,6 +114,9 @@ void RowLoop::Read() {
         if (m_loop.group.isEmpty()) {
             Do(std::exchange(m_unit, {}));
         }
+        if (m_progress != nullptr) { // at most half a second ahead of the commit; the window lives on between rows
+            m_progress->SetValue(static_cast<float>(m_read));
+        }
     }
     if (!m_unit.rows.empty()) {
         Do(std::exchange(m_unit, {}));
@@ -320,10 +323,12 @@ void RowLoop::Commit() {
         const bool inDoubt = error.AnswerLost();
         error.AddContext(rows + (inDoubt ? QStringLiteral(", che possono essere scritte o no")
                                          : QStringLiteral(", che non sono scritte")));
-        if (inDoubt) {
+        try {
+            m_session.Errors.Decide(error, m_redone + 1, inDoubt);
+        } catch (...) {
             m_done.clear();
+            throw;
         }
-        m_session.Errors.Decide(error, m_redone + 1, inDoubt);
         m_session.Quadrix.WaitToPass(error, m_redone + 1);
         Redo();
         return;
@@ -331,9 +336,6 @@ void RowLoop::Commit() {
     m_redone = m_done.empty() ? m_redone : 0;
     m_done.clear();
     m_run.CommitAccount();
-    if (m_progress != nullptr) {
-        m_progress->SetValue(static_cast<float>(m_read));
-    }
     m_session.Errors.ShowWaiting();
     modImport::WriteHeldLines(m_session);
 }
