@@ -4,13 +4,6 @@
 
 namespace contract {
 
-/// A table and the columns of it that a procedure needs.
-struct TableNeed {
-    QString table; ///< of the source as it is named there; of the target the bare name
-    QStringList columns;
-    bool isWritten = false; ///< rows of it are inserted, changed and deleted; else they are only looked up
-};
-
 /// What a procedure reads and writes: its mappings and what it touches beyond them.
 struct Needs {
     std::vector<const Mapping*> mappings;
