@@ -293,7 +293,7 @@ private slots:
         TestTarget target;
         FakeOrigin fake;
         fake.Database = target.Folder.filePath("origine.db");
-        fake.Add(Button::Cli, "ImportControparti").empties = Truncated({"CON_TRO", "NUM_TEL"});
+        fake.Add(Button::Cli, "ImportControparti").empties = contract::Truncated({"CON_TRO", "NUM_TEL"});
         target.Get().Config.SetAppConfig("IMPORT", "Password", "segreta");
         target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
         target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000002')");

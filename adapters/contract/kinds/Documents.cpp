@@ -102,7 +102,7 @@ public:
             pages.push_back({family.row, rows, LinesOf(declared.row)});
         }
         head = {pages.front().targetTable, heads, declared.head.lines.Over({})};
-        row = {pages.front().targetTable, rows, declared.row.lines.Over({})};
+        row = {pages.at(1).targetTable, rows, declared.row.lines.Over({})};
         if (declared.production) {
             production.emplace(*declared.production);
         }
