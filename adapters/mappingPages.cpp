@@ -51,7 +51,7 @@ QString NeedsText(const Needs& needs) {
     }
     Tables reads;
     for (const TableNeed& need : needs.reads) {
-        reads.Add(need.table, need.columns);
+        reads.Add(need.table, need.columns + need.optional);
     }
     Tables writes;
     for (const TableNeed& need : needs.writes) {

@@ -1,5 +1,6 @@
 #include "app/connectSource.h"
 
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/sourceSettings.h"
 #include "core/lineSettings.h"
 #include "core/modImport.h"
@@ -34,6 +35,7 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
     if (!prepare(session, source)) {
         return false;
     }
+    contract::SourceLayout::Take(session, origin, source);
     try {
         source.OpenConnection();
         modMain::TellLine(session, source);
@@ -80,6 +82,7 @@ void CloseSource(Session& session) {
         session.Source->CloseConnection();
         session.Source.reset();
     }
+    session.Layout.reset();
 }
 
 SourceOutcome ConnectOrTell(Session& session, const contract::Origin& origin) {

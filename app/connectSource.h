@@ -9,8 +9,8 @@ enum class SourceOutcome {
     Failed,  ///< the reason has been reported under "frmImport", "ConnectSource"
 };
 
-/// Opens the source of an origin as the session's source connection. Unless it ends in `Opened` the session has no
-/// source.
+/// Opens the source of an origin as the session's source connection, with the names of its layout file. Unless it ends
+/// in `Opened` the session has no source.
 SourceOutcome ConnectSource(Session& session, const contract::Origin& origin);
 
 /// The same, for a caller that reports errors itself: raises what `ConnectSource` reports.

@@ -1,6 +1,6 @@
 #include "cli/Command.h"
 
-#include "cli/nearNames.h"
+#include "core/nearNames.h"
 
 namespace cli {
 

@@ -2,7 +2,7 @@
 
 #include "adapters/registry.h"
 #include "app/startUp.h"
-#include "cli/nearNames.h"
+#include "core/nearNames.h"
 
 #include <QFile>
 

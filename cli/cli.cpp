@@ -5,10 +5,10 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/help.h"
-#include "cli/nearNames.h"
 #include "cli/StatementTrace.h"
 #include "cli/terminal.h"
 #include "cli/TerminalOperator.h"
+#include "core/nearNames.h"
 #include "sql/visibleText.h"
 
 #include <QCoreApplication>

@@ -10,10 +10,10 @@ namespace cli {
 
 namespace {
 
-/// What a procedure needs and does not find.
+/// What a procedure uses and does not find.
 struct Finding {
     const contract::Procedure* procedure;
-    QStringList missing;
+    contract::Lacks lacks;
 };
 
 /// The procedures to be checked: all of the origin, or those of --data.
@@ -35,32 +35,37 @@ std::vector<Finding> ToCheck(const contract::Origin& origin, const QCommandLineP
 
 /// Looks at the CAM databases of a procedure that opens no source of the origin: the one in use and, for a copy, the
 /// old one. Raises what their opening raises.
-QStringList MissingFromCams(Session& session, const contract::Procedure& procedure) {
-    QStringList missing;
+contract::Lacks MissingFromCams(Session& session, const contract::Procedure& procedure) {
+    contract::Lacks lacks;
     const bool copies = procedure.name.contains(QLatin1String("FromLantekToLantek"));
     for (const QString& prefix :
          copies ? QStringList{"Old_CAM", contract::CurrentCam} : QStringList{contract::CurrentCam}) {
         session.Source = contract::qdxCamOpenConnection(session, prefix);
-        for (const QString& each : contract::Missing(session, procedure.needs)) {
-            missing.append(prefix + ": " + each);
+        const contract::Lacks ofCam = contract::LacksOf(session, procedure.needs);
+        for (const QString& each : ofCam.necessary) {
+            lacks.necessary.append(prefix + ": " + each);
+        }
+        for (const QString& each : ofCam.optional) {
+            lacks.optional.append(prefix + ": " + each);
         }
         session.Source.reset();
     }
-    return missing;
+    return lacks;
 }
 
 /// Looks at the source of a procedure, which is opened when it is not, and at the company's tables; none when it cannot
 /// be opened, which has been told.
-std::optional<QStringList> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure) {
+std::optional<contract::Lacks> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure) {
     if (procedure.opensSource) {
         if (!session.Source && ConnectSource(session, *choice.origin) != SourceOutcome::Opened) {
             return std::nullopt;
         }
-        return contract::Missing(session, procedure.needs);
+        return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(),
+                       [&] { return std::optional(contract::LacksOf(session, procedure.needs)); });
     }
     CloseSource(session);
-    return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<QStringList>(), [&] {
-        return std::optional(procedure.needs.reads.empty() ? contract::Missing(session, procedure.needs)
+    return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(), [&] {
+        return std::optional(procedure.needs.reads.empty() ? contract::LacksOf(session, procedure.needs)
                                                            : MissingFromCams(session, procedure));
     });
 }
@@ -72,11 +77,11 @@ bool LookAt(Session& session, const Choice& choice, std::vector<Finding>& findin
     }
     const auto close = qScopeGuard([&session] { CloseSource(session); });
     for (Finding& finding : findings) {
-        const auto missing = LookFor(session, choice, *finding.procedure);
-        if (!missing) {
+        const auto lacks = LookFor(session, choice, *finding.procedure);
+        if (!lacks) {
             return false;
         }
-        finding.missing = *missing;
+        finding.lacks = *lacks;
     }
     return true;
 }
@@ -88,13 +93,19 @@ QString DataOf(const contract::Procedure& procedure) {
 
 QStringList Lines(const Finding& finding) {
     const QString name = QString(DataOf(*finding.procedure) + u' ' + finding.procedure->name).trimmed();
-    if (finding.missing.isEmpty()) {
-        return {QString(name + ": c'è tutto")};
-    }
-    QStringList lines{QString(name + ": manca")};
-    for (const QString& missing : finding.missing) {
-        lines.append("  " + missing);
-    }
+    const auto& [necessary, optional, leftOut] = finding.lacks;
+    const QString verdict = !necessary.isEmpty()  ? QStringLiteral(": manca")
+                            : !optional.isEmpty() ? QStringLiteral(": si può importare")
+                                                  : QStringLiteral(": c'è tutto");
+    QStringList lines{QString(name + verdict)};
+    const auto add = [&lines](const QString& heading, const QStringList& missing) {
+        lines += missing.isEmpty() ? QStringList() : QStringList(heading);
+        for (const QString& each : missing) {
+            lines.append("    " + each);
+        }
+    };
+    add("  Mancano, necessarie:", necessary);
+    add("  Mancano, facoltative:", optional);
     return lines;
 }
 
@@ -115,8 +126,9 @@ Report Check(Context& context) {
         lines += Lines(finding);
         procedures.append(QJsonObject{{"data", DataOf(*finding.procedure)},
                                       {"procedure", finding.procedure->name},
-                                      {"missing", QJsonArray::fromStringList(finding.missing)}});
-        report.exitCode = finding.missing.isEmpty() ? report.exitCode : ExitFailed;
+                                      {"missing", QJsonArray::fromStringList(finding.lacks.necessary)},
+                                      {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)}});
+        report.exitCode = finding.lacks.necessary.isEmpty() ? report.exitCode : ExitFailed;
     }
     report.text = lines.join(u'\n');
     report.json["procedures"] = procedures;

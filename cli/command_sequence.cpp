@@ -1,8 +1,8 @@
 #include "app/sequence.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
-#include "cli/nearNames.h"
 #include "cli/resultReport.h"
+#include "core/nearNames.h"
 
 #include <QJsonArray>
 

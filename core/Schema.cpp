@@ -19,6 +19,7 @@ Column ColumnOf(const Line& line) {
     column.foreign = line.foreign;
     column.languageText = line.languageText;
     column.indexed = line.indexed;
+    column.essential = line.essential;
     column.refersTo = QString::fromLatin1(line.refersTo);
     column.refersToColumn = QString::fromLatin1(line.refersToColumn);
     column.conditionColumn = QString::fromLatin1(line.conditionColumn);

@@ -20,6 +20,7 @@ struct Column {
     bool foreign = false;      ///< codes of somebody else, that are kept as they come
     bool languageText = false; ///< its texts are kept by language in SYS_LNG too
     bool indexed = false;      ///< has an index of its own, beside that of the table's key
+    bool essential = false;    ///< a row says nothing without it: its code, name, description or quantity
     QString refersTo;          ///< bare name of the table whose codes it holds; empty for none
     QString refersToColumn;    ///< the column of those codes
     QString conditionColumn;   ///< column that names the table referred to, when one column serves several; else empty
@@ -42,6 +43,8 @@ public:
         return !column.refersTo.isEmpty() ||
                (column.name.startsWith(u"CD") && key.contains(column.name) && !column.foreign);
     }
+    /// Whether no row is to be written without what the source has for a column: it is part of the key, or essential.
+    bool Needs(const Column& column) const { return column.essential || key.contains(column.name); }
     /// Adds a column after the last.
     void Add(Column column);
 

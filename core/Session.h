@@ -11,6 +11,10 @@
 #include <QHash>
 #include <QSet>
 
+namespace contract {
+class SourceLayout;
+}
+
 /// Look-ups that failed in the procedure under way.
 struct LookUpFailures {
     qint64 count = 0;
@@ -66,6 +70,8 @@ public:
     ovDialogs Dialogs;
     /// The source of the import under way; null between imports and for imports without one.
     std::unique_ptr<ovConnection> Source;
+    /// What the layout file of its origin tells, while it is open; null without such a file.
+    std::shared_ptr<const contract::SourceLayout> Layout;
     /// Sees every statement that a source is asked, in the source's own words.
     ovConnection::StatementObserver TraceSource;
     Operator& Person;

@@ -23,6 +23,7 @@ struct Line {
     bool foreign = false;
     bool languageText = false;
     bool indexed = false;
+    bool essential = false;
 
     /// Of a table: it has the columns of an earlier one.
     constexpr Line Like(const char* table) const {
@@ -34,6 +35,12 @@ struct Line {
     constexpr Line Indexed() const {
         Line line = *this;
         line.indexed = true;
+        return line;
+    }
+    /// A row says nothing without it, or cannot be found again: its code, name, description or quantity.
+    constexpr Line Essential() const {
+        Line line = *this;
+        line.essential = true;
         return line;
     }
     /// The codes are somebody else's, such as a customer's for an article.

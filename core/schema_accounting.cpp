@@ -7,7 +7,7 @@ namespace {
 constexpr Line AccountingLines[] = {
     CompanyTable("PIA_CON", "CDCNT"),
     Text("CDCNT", 20),
-    Words("PCDES", 100),
+    Words("PCDES", 100).Essential(),
     Code("PCMAS", "PIA_CON"),
     Text("PCNAT", 5),
     Text("PCTIP", 5),
@@ -19,7 +19,7 @@ constexpr Line AccountingLines[] = {
 
     CompanyTable("MAS_TRI", "CDMAS"),
     Text("CDMAS", 20),
-    Words("MCDES", 100),
+    Words("MCDES", 100).Essential(),
     Text("MCTIP", 5),
     Text("MCBIL", 5),
     Whole("MCLIV"),
@@ -27,7 +27,7 @@ constexpr Line AccountingLines[] = {
 
     CompanyTable("CON_CON", "CDCNT"),
     Text("CDCNT", 20),
-    Words("CCDES", 100),
+    Words("CCDES", 100).Essential(),
     Code("CCMAS", "MAS_TRI"),
     Text("CCNAT", 5),
     Whole("CCLIV"),

@@ -8,12 +8,12 @@ constexpr Line ArticlesLines[] = {
     CompanyTable("ART_ICO", "CDART"),
     // identity
     Text("CDART", 50),
-    Text("CDEXT", 50).Indexed(),
-    Text("IDEST", 50).Indexed(),
+    Text("CDEXT", 50).Indexed().Essential(),
+    Text("IDEST", 50).Indexed().Essential(),
     Flag("ARANN"),
     Day("ARINV"),
     // descriptions
-    Words("ARDES", 100).Translated(),
+    Words("ARDES", 100).Translated().Essential(),
     Words("ARDE2", 100),
     Words("ARDEC", 255).Translated(),
     Words("ARCDR", 100),
@@ -135,7 +135,7 @@ constexpr Line ArticlesLines[] = {
     // quality checks
     CompanyTable("ANA_CHR", "CDCHR"),
     Text("CDCHR", 20),
-    Words("CHDES", 100),
+    Words("CHDES", 100).Essential(),
     Code("CHUMS", "TAB_UMS"),
     Text("CHTIP", 5),
 

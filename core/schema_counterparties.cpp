@@ -8,10 +8,10 @@ constexpr Line CounterpartiesLines[] = {
     CompanyTable("CON_TRO", "CDCON"),
     // identity and role
     Text("CDCON", 6),
-    Text("COCGE", 30).Indexed(),
-    Text("COFGE", 30).Indexed(),
-    Flag("COCLI"),
-    Flag("COFOR"),
+    Text("COCGE", 30).Indexed().Essential(),
+    Text("COFGE", 30).Indexed().Essential(),
+    Flag("COCLI").Essential(),
+    Flag("COFOR").Essential(),
     Flag("COVET"),
     Flag("COCON"),
     Flag("COPER"),
@@ -21,7 +21,7 @@ constexpr Line CounterpartiesLines[] = {
     Text("COOBS", 255),
     Day("COINV"),
     // name and address
-    Words("CORAS", 60),
+    Words("CORAS", 60).Essential(),
     Words("CORA2", 100),
     Words("CONOM", 60),
     Words("COCOG", 60),
@@ -122,8 +122,8 @@ constexpr Line CounterpartiesLines[] = {
     Notes("SENOT"),
 
     CompanyTable("CON_RIF"),
-    Code("CDCON", "CON_TRO").Indexed(),
-    Words("RFNOM", 100),
+    Code("CDCON", "CON_TRO").Indexed().Essential(),
+    Words("RFNOM", 100).Essential(),
     Words("RFQUA", 100),
     Words("RFTIT", 60),
     Notes("RFNOT"),
@@ -149,7 +149,7 @@ constexpr Line CounterpartiesLines[] = {
 
     CompanyTable("BAN_CHE", "CDBAN"),
     Text("CDBAN", 5),
-    Words("BADES", 100),
+    Words("BADES", 100).Essential(),
     Text("BAABI", 5).Indexed(),
     Text("BACAB", 5),
     Text("BACIN", 2),
@@ -181,7 +181,7 @@ constexpr Line CounterpartiesLines[] = {
 
     CompanyTable("AGE_NTI", "CDAGE"),
     Text("CDAGE", 10),
-    Words("AGDES", 100),
+    Words("AGDES", 100).Essential(),
 };
 
 } // namespace

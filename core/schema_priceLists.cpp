@@ -7,7 +7,7 @@ namespace {
 constexpr Line PriceListsLines[] = {
     CompanyTable("LIS_TES", "CDLIS LTTIP"), // a sales list and a purchase list may bear the same code
     Text("CDLIS", 20),
-    Words("LTDES", 100),
+    Words("LTDES", 100).Essential(),
     Text("LTTIP", 5),
     Text("LTTYP", 5),
     Code("LTVAL", "TAB_VAL"),
@@ -23,8 +23,8 @@ constexpr Line PriceListsLines[] = {
 
     CompanyTable("LIS_ARS"),
     Link("IDLSD"),
-    Number("SCQTA"),
-    Number("SCPRZ"),
+    Number("SCQTA").Essential(),
+    Number("SCPRZ").Essential(),
     Number("SCSCO"),
     Number("SCSC2"),
     Number("SCSC3"),
@@ -40,7 +40,7 @@ constexpr Line PriceListsLines[] = {
 
     CompanyTable("LIS_LAS"),
     Link("IDLSD"),
-    Number("SCQTA"),
+    Number("SCQTA").Essential(),
     Number("SCCOS"),
     Number("SCSCO"),
     Number("SCSC2"),
@@ -48,14 +48,14 @@ constexpr Line PriceListsLines[] = {
 
     CompanyTable("PRO_MOZ", "CDPRM"),
     Text("CDPRM", 20),
-    Words("PMDES", 100),
+    Words("PMDES", 100).Essential(),
     Text("PMTIP", 5),
     Text("PMTYP", 5),
     Code("PMCON", "CON_TRO").Indexed(),
     Flag("PMVLD"),
 
     CompanyTable("PRO_MOR"),
-    Code("CDPRM", "PRO_MOZ").Indexed(),
+    Code("CDPRM", "PRO_MOZ").Indexed().Essential(),
     Number("PRSC1"),
     Number("PRSC2"),
     Number("PRSC3"),
@@ -64,7 +64,7 @@ constexpr Line PriceListsLines[] = {
     CompanyTable("STO_PRZ", "CDART STDAT"),
     Code("CDART", "ART_ICO"),
     Day("STDAT"),
-    Number("STPRZ"),
+    Number("STPRZ").Essential(),
     Number("STCOS"),
     Number("STSC1"),
     Number("STSC2"),

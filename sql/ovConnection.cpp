@@ -179,7 +179,8 @@ Recordset ovConnection::ExecuteWC(const QString& query) {
         Engine& engine = Opened(query);
         RefuseWriting(query);
         Show(Written, query);
-        return Recordset(engine.Query(TextFor(engine, query)), query);
+        const auto run = [&](const QString& text) { return engine.Query(TextFor(engine, text)); };
+        return Recordset(Layout ? Layout->Query(query, engine, run) : run(query), query);
     });
 }
 
@@ -286,9 +287,15 @@ QString ovConnection::GetFullTableName(const QString& table) const {
     return prefix + table;
 }
 
-QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) { return Opened({}).Columns(table); }
+QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) {
+    Engine& engine = Opened({});
+    return Layout ? Layout->Columns(table, engine) : engine.Columns(table);
+}
 
-QStringList ovConnection::GetTables() { return Opened({}).Tables(); }
+QStringList ovConnection::GetTables() {
+    Engine& engine = Opened({});
+    return Layout ? Layout->Tables(engine) : engine.Tables();
+}
 
 QStringList ovConnection::TriggerObstacles(const QString& table) { return Opened({}).TriggerObstacles(table); }
 

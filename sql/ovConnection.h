@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sql/NameLayout.h"
 #include "sql/ovDatabase.h"
 #include "sql/ovErrors.h"
 
@@ -40,6 +41,9 @@ public:
     /// Milliseconds before the first retry of what may pass by itself, such as a lock; three times as long before each
     /// further one. 0: no pause.
     int RetryPause = 100;
+    /// Of a database that has other names than those that queries are written in; null: it has the same. What changes
+    /// the database is run as it is written.
+    std::shared_ptr<NameLayout> Layout;
     StatementObserver Trace;   ///< sees every statement in the engine's own words
     StatementObserver Written; ///< sees every statement as it was written, before the engine's own words
 

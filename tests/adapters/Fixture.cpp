@@ -1,5 +1,6 @@
 #include "tests/adapters/Fixture.h"
 
+#include "adapters/contract/run/SourceLayout.h"
 #include "core/Schema.h"
 #include "sources/fileSource.h"
 #include "sql/CodePage.h"
@@ -9,6 +10,7 @@
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -40,12 +42,16 @@ QString OutcomeText(RunResult::Outcome outcome) {
 
 } // namespace
 
-Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change)
+Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine, SourceChange change,
+                 const Names& names)
     : m_folder(std::move(folder)),
       m_file(RunFile::Of(m_folder)),
       m_origin(origin),
       m_target(engine),
       m_change(std::move(change)) {
+    for (const auto& [name, renamed] : names.asKeyValueRange()) {
+        m_names.insert(name.toUpper(), renamed);
+    }
     MakeSource();
     const QString settings = m_target.Folder.filePath("Quadrix.ini");
     QString own = Read("settings.ini");
@@ -67,7 +73,7 @@ void Fixture::See(const QString& statement) {
         FreeKeys();
     }
     m_tookBack = m_tookBack || statement.startsWith("ROLLBACK");
-    if (!ofTime.contains(statement)) {
+    if (!ofTime.contains(statement) && !statement.startsWith("ROLLBACK")) {
         AddStatement(statement);
     }
 }
@@ -113,12 +119,15 @@ void Fixture::MakeSource() {
         } else {
             source.ExecuteScript(script);
         }
+        RenameInDatabase(source);
         CopyFiles(m_folder + "/files", m_target.Folder.filePath("files"));
         return;
     }
     m_source = m_target.Folder.filePath("source");
     CopyFiles(m_folder + "/files", m_source);
-    MakeFoxProTables(m_folder + "/tables", m_source);
+    RenameInFiles();
+    MakeFoxProTables(m_folder + "/tables", m_source,
+                     [this](const QString& table, const QString& column) { return Renamed(table, column); });
 }
 
 /// Where the target is a server, so is the source. What the settings say of another way to it is forgotten.
@@ -132,6 +141,51 @@ void Fixture::SetSource(ovConnection& source) const {
     }
     source.Embedded = false;
     MariaDbServer().Set(source, m_target.Way(), SourceDatabase);
+}
+
+QString Fixture::Renamed(const QString& table, const QString& column) const {
+    return column.isEmpty() ? m_names.value(table.toUpper(), table)
+                            : m_names.value((table + '.' + column).toUpper(), column);
+}
+
+/// The text files that are tables, and their first lines.
+void Fixture::RenameInFiles() const {
+    const QDir folder(m_source);
+    for (const QString& file : m_names.isEmpty() ? QStringList() : folder.entryList({"*.CSV"}, QDir::Files)) {
+        const QString table = QFileInfo(file).baseName();
+        QString text = QString::fromLatin1(ReadFile(folder.filePath(file)));
+        const QString head = text.section('\n', 0, 0);
+        QStringList names = head.trimmed().split(';');
+        for (QString& name : names) {
+            name = Renamed(table, name);
+        }
+        WriteFile(folder.filePath(file), (names.join(';') + text.mid(head.trimmed().size())).toLatin1());
+        QFile::rename(folder.filePath(file), folder.filePath(Renamed(table) + ".CSV"));
+    }
+}
+
+void Fixture::RenameInDatabase(ovConnection& source) const {
+    QMap<QString, QString> last; // tables keep their names until their columns are done
+    for (const auto& [name, renamed] : m_names.asKeyValueRange()) {
+        if (source.GetColumns(name.section('.', 0, 0)).isEmpty()) {
+            continue; // of a procedure that the fixture does not run
+        }
+        if (name.contains('.')) {
+            source.Execute(QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]")
+                               .arg(name.section('.', 0, 0), name.section('.', 1), renamed));
+        } else {
+            last.insert(name, renamed);
+        }
+    }
+    for (const auto& [name, renamed] : last.asKeyValueRange()) {
+        source.Execute(QString("ALTER TABLE [%1] RENAME TO [%2]").arg(name, renamed));
+    }
+}
+
+void Fixture::WriteLayout(const QString& text) {
+    const QString folder = m_target.Folder.filePath("Tracciati");
+    QDir().mkpath(folder);
+    WriteFile(sources::LayoutFile::PathOf(folder, m_origin.name), text.toUtf8());
 }
 
 void Fixture::Run() {
@@ -157,6 +211,7 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     if (m_isServed || !session.Source->DSN.isEmpty()) {
         SetSource(*session.Source);
     }
+    contract::SourceLayout::Take(session, m_origin, *session.Source);
     session.Source->OpenConnection();
     if (m_change && Read("source.sql").isEmpty()) {
         m_change(*session.Source);
@@ -201,6 +256,7 @@ void Fixture::RunLine(const QString& line) {
     OpenSource();
     Call(line);
     session.Source.reset();
+    session.Layout.reset();
     const RunResult& result = session.Results.last();
     m_outcome.append("== " + line + '\n' + OutcomeText(result.outcome) +
                      QString(": rows %1 = inserted %2 + updated %3 + skipped %4 + given up %5 + not reached %6")

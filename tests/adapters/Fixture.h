@@ -18,10 +18,13 @@ public:
     /// Changes values of a source.
     using SourceChange = std::function<void(ovConnection& source)>;
 
+    /// Other names that a source has: of tables, and of columns as "table.column".
+    using Names = QMap<QString, QString>;
+
     /// @param change done once where the source is a database, each time that it is opened where it is files; the
     /// texts of a database can be of any length then
     Fixture(QString folder, const contract::Origin& origin, TestTarget::On engine = TestTarget::On::Embedded,
-            SourceChange change = {});
+            SourceChange change = {}, const Names& names = {});
 
     /// Runs every procedure of "run.txt".
     void Run();
@@ -42,6 +45,8 @@ public:
     void Call(const QString& line);
     /// Messages, account, log lines and the rows that are in the target and were not before.
     QString Outcome();
+    /// Writes the layout file of the origin.
+    void WriteLayout(const QString& text);
     /// Every statement, the source's in brackets: one a line, repeated ones counted.
     QString Statements() const { return golden::Short(m_statements); }
     const QVector<RunResult>& Results() { return m_target.Get().Results; }
@@ -60,6 +65,10 @@ private:
     void AddStatement(const QString& statement);
     /// What the log has gained.
     QStringList NewLog();
+    void RenameInFiles() const;
+    void RenameInDatabase(ovConnection& source) const;
+    /// What the source calls a table, or a column of it.
+    QString Renamed(const QString& table, const QString& column = {}) const;
     /// @param but columns that are left out
     QStringList TargetRows(const QSet<QString>& but = {});
 
@@ -68,6 +77,7 @@ private:
     const contract::Origin& m_origin;
     TestTarget m_target;
     SourceChange m_change;
+    Names m_names; ///< by name in upper case
     QString m_source;
     bool m_isServed = false; ///< whether the source is a database of the server
     QVector<golden::Run> m_statements;

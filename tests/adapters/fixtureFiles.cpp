@@ -18,13 +18,15 @@ void CopyFile(const QString& from, const QString& to) {
     }
 }
 
-void MakeFoxProTable(const QString& from, const QString& to) {
+using Renamed = std::function<QString(const QString& table, const QString& column)>;
+
+void MakeFoxProTable(const QString& from, const QString& to, const Renamed& renamed) {
     QStringList lines = QString::fromUtf8(ReadFile(from)).split('\n', Qt::SkipEmptyParts);
     QVector<examples::Column> columns;
     QList<QByteArray> names;
     for (const QString& text : lines.takeFirst().split('|')) {
         const QStringList parts = text.trimmed().split(' ');
-        names.append(parts[0].toUtf8());
+        names.append(renamed(QFileInfo(from).baseName(), parts[0]).toUtf8());
         columns.append({nullptr, parts[1].at(0).toLatin1(), parts.value(2).toInt(), parts.value(3).toInt()});
     }
     for (qsizetype i = 0; i < columns.size(); ++i) {
@@ -53,9 +55,9 @@ void CopyFiles(const QString& from, const QString& to) {
     }
 }
 
-void MakeFoxProTables(const QString& from, const QString& to) {
+void MakeFoxProTables(const QString& from, const QString& to, const Renamed& renamed) {
     const QDir tables(from);
     for (const QString& name : tables.entryList({"*.txt"}, QDir::Files)) {
-        MakeFoxProTable(tables.filePath(name), to + '/' + QFileInfo(name).baseName() + ".dbf");
+        MakeFoxProTable(tables.filePath(name), to + '/' + renamed(QFileInfo(name).baseName(), {}) + ".dbf", renamed);
     }
 }

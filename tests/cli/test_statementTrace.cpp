@@ -1,5 +1,5 @@
-#include "cli/nearNames.h"
 #include "cli/StatementTrace.h"
+#include "core/nearNames.h"
 #include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -86,7 +86,7 @@ private slots:
     }
     void suggestsNearNames() {
         QFETCH(QString, name);
-        QTEST(cli::NearNames(name, {"Ad-Hoc", "Ad-Hoc Windows", "Gescom", "Scala", "SAM"}).join(','), "near");
+        QTEST(NearNames(name, {"Ad-Hoc", "Ad-Hoc Windows", "Gescom", "Scala", "SAM"}).join(','), "near");
     }
 };
 

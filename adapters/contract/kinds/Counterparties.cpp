@@ -116,10 +116,14 @@ private:
 contract::Needs Kind::Needs() const {
     const QString& table = declared.source.table;
     std::vector<Field> fields{declared.name, declared.vatNumber, declared.taxCode, declared.number, declared.created};
-    for (const QString& column : declared.roles.columns + declared.numbers.Names()) {
+    for (const QString& column : declared.roles.columns) {
         fields.emplace_back(column);
     }
     contract::Needs needs = declared.source.NeedsOf(fields);
+    for (const QString& column : declared.numbers.Names()) {
+        const TableNeed need = declared.source.NeedsOf({Field(column)}).reads.front();
+        needs.reads.push_back({need.table, {}, need.columns});
+    }
     for (const CounterpartyMapping& mapping : mappings) {
         for (const Mapping* each : mapping.All()) {
             needs = needs + NeedsOf(*each);
@@ -133,7 +137,7 @@ contract::Needs Kind::Needs() const {
             const ChildTable& rows = child.declared.rows;
             needs = needs + NeedsOf(child.mapping) + rows.OwnNeeds(table);
             if (const QStringList names = child.declared.numbers.Names(); !names.isEmpty()) {
-                needs.reads.push_back({child.mapping.sourceTable, names});
+                needs.reads.push_back({child.mapping.sourceTable, {}, names});
             }
         }
     };

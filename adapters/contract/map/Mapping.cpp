@@ -1,10 +1,14 @@
 #include "adapters/contract/map/Mapping.h"
 
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/run/TargetRow.h"
 
 namespace contract {
 
-void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const {
+namespace {
+
+void ApplyLines(const std::vector<MapLine>& lines, TargetRow& target, Session& session, const SourceRow& row,
+                const Facts& facts) {
     for (const MapLine& line : lines) {
         try {
             if (const RuleValue value = line.rule.apply({session, row, line.sources, facts})) {
@@ -17,6 +21,13 @@ void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, c
             throw;
         }
     }
+}
+
+} // namespace
+
+void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const {
+    ApplyLines(lines, target, session, row, facts);
+    ApplyLines(AddedLines(session, *this), target, session, row, facts);
 }
 
 QStringList Mapping::SourceColumns() const {

@@ -24,9 +24,12 @@ struct Mapping {
     QString targetTable; ///< bare name
     QString sourceTable;
     std::vector<MapLine> lines;
+    /// Whether the lines are some of another mapping's, for rows that are there: what the layout of a source adds goes
+    /// with that one alone.
+    bool isPart = false;
 
-    /// Sets every column whose rule gives a value. An `ImportError` of a rule or of a value that does not fit gains
-    /// the name of its source column.
+    /// Sets every column whose rule gives a value, then those that the layout of the source adds. An `ImportError` of a
+    /// rule or of a value that does not fit gains the name of its source column.
     void Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const;
     /// Source columns that are read, each once.
     QStringList SourceColumns() const;

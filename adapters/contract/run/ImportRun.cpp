@@ -1,6 +1,7 @@
 #include "adapters/contract/run/ImportRun.h"
 
 #include "adapters/contract/run/RowLoop.h"
+#include "adapters/contract/run/SourceMemory.h"
 #include "core/lineSettings.h"
 #include "core/runEnding.h"
 #include "sql/mod_ovTools.h"
@@ -144,9 +145,15 @@ void ImportRun::LogLines() {
 }
 
 void ImportRun::Preflight(const Needs& needs) {
-    const QStringList missing = Missing(m_session, needs);
-    if (!missing.isEmpty()) {
-        throw ImportError(QStringLiteral("Non è stato scritto nulla. Mancano:\n") + missing.join(u'\n'));
+    const Lacks lacks = LacksOf(m_session, needs);
+    if (!lacks.necessary.isEmpty()) {
+        throw ImportError(QStringLiteral("Non è stato scritto nulla. Mancano:\n") + lacks.Text());
+    }
+    if (const QString leftOut = LeaveOut(m_session, needs, lacks); !leftOut.isEmpty()) {
+        Log(leftOut);
+    }
+    for (const QString& change : ChangesOfSource(m_session, m_account.Result.module, needs)) {
+        Log(change);
     }
 }
 

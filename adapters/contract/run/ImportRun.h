@@ -26,7 +26,8 @@ public:
     /// Writes the announcement behind what the log holds already.
     void AnnounceAppending(const QString& announcement);
     /// Checks that the source and the target hold what the run reads and writes, before anything is written.
-    /// Raises `ImportError` listing everything that is missing.
+    /// Raises `ImportError` listing everything that is missing. Columns of the source that the procedure can do without
+    /// are left out when they are missing: they read as Null, and one line in log and result tells them.
     void Preflight(const Needs& needs);
     /// Empties tables (bare names), in their order, when the operator asked for it. Result and log tell the rows.
     void Truncate(bool reset, const QStringList& tables);

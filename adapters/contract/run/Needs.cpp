@@ -1,6 +1,9 @@
 #include "adapters/contract/run/Needs.h"
 
-#include <QMap>
+#include "adapters/contract/run/SourceLayout.h"
+#include "core/nearNames.h"
+#include "core/Schema.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -9,31 +12,71 @@ namespace contract {
 
 namespace {
 
-using ColumnsByTable = QMap<QString, QStringList>;
+bool Has(const QStringList& names, const QString& name) { return names.contains(name, Qt::CaseInsensitive); }
 
-void Add(ColumnsByTable& tables, const QString& table, const QStringList& columns) {
-    tables[table] += columns;
-    tables[table].removeDuplicates();
+void AddOnce(QStringList& names, const QString& name) {
+    if (!Has(names, name)) {
+        names.append(name);
+    }
 }
 
-void AddMissing(QStringList& missing, ovConnection& connection, const ColumnsByTable& tables, const QString& where) {
-    for (auto need = tables.cbegin(); need != tables.cend(); ++need) {
-        const QString table = connection.GetFullTableName(need.key());
-        QSet<QString> present;
-        for (const ColumnInfo& column : connection.GetColumns(table)) {
-            present.insert(column.name.toUpper());
+QStringList NamesOf(const QVector<ColumnInfo>& columns) {
+    QStringList names;
+    for (const ColumnInfo& column : columns) {
+        names.append(column.name);
+    }
+    return names;
+}
+
+/// Looks for the tables of one database. Names that are near are told of the source, whose names are not ours.
+class Search {
+public:
+    Search(ovConnection& connection, bool isSource, Lacks& lacks)
+        : m_connection(connection),
+          m_isSource(isSource),
+          m_where(isSource ? QStringLiteral("origine") : QStringLiteral("Quadrix")),
+          m_lacks(lacks) {}
+
+    void Look(const NeededTables::Table& table, const SourceLayout* layout) {
+        const QString name = m_connection.GetFullTableName(table.name);
+        const QStringList present = NamesOf(m_connection.GetColumns(name));
+        if (layout != nullptr) {
+            layout->Check(m_connection, table.name, present);
         }
         if (present.isEmpty()) {
-            missing.append(QStringLiteral("%1: tabella '%2'").arg(where, table));
-            continue;
+            const QStringList tables = m_isSource ? m_connection.GetTables() : QStringList();
+            m_lacks.necessary.append(
+                QStringLiteral("%1: tabella '%2'%3").arg(m_where, name, GroundedSuggestions(name, tables)));
+            return;
         }
-        for (const QString& column : need.value()) {
-            if (!present.contains(column.toUpper())) {
-                missing.append(QStringLiteral("%1: colonna '%2.%3'").arg(where, table, column));
+        QStringList others = m_isSource ? present : QStringList(); // a column that is read already is nobody else's
+        others.removeIf([&table](const QString& each) { return Has(table.necessary + table.optional, each); });
+        const auto line = [&](const QString& column) {
+            const bool isMarked = layout != nullptr && layout->IsMarkedMissing(table.name, column);
+            return QStringLiteral("%1: colonna '%2.%3'%4")
+                .arg(m_where, name, column,
+                     isMarked ? QStringLiteral(" (segnata come mancante nel tracciato)")
+                              : GroundedSuggestions(column, others));
+        };
+        for (const QString& column : table.necessary) {
+            if (!Has(present, column)) {
+                m_lacks.necessary.append(line(column));
+            }
+        }
+        for (const QString& column : table.optional) {
+            if (!Has(present, column)) {
+                m_lacks.optional.append(line(column));
+                m_lacks.leftOut.append({table.name, column, table.feeds.value(column)});
             }
         }
     }
-}
+
+private:
+    ovConnection& m_connection;
+    bool m_isSource;
+    QString m_where;
+    Lacks& m_lacks;
+};
 
 /// Tables whose triggers are switched off together while rows of one of them are written.
 const QVector<QStringList>& SwitchedTogether() {
@@ -42,55 +85,148 @@ const QVector<QStringList>& SwitchedTogether() {
 }
 
 /// Rights that the user of the target lacks; a table that is not there has been told.
-void AddLackingRights(QStringList& missing, ovConnection& target, const ColumnsByTable& tables,
-                      const QSet<QString>& written) {
-    const auto add = [&missing](const QStringList& lines) {
-        for (const QString& line : lines) {
-            missing.append(QStringLiteral("Quadrix: ") + line);
-        }
-    };
-    for (auto need = tables.cbegin(); need != tables.cend(); ++need) {
-        const QString table = target.GetFullTableName(need.key());
-        add(target.LackingRights(table, need.value().value(0), written.contains(need.key())));
+QStringList LackingRights(ovConnection& target, const std::vector<NeededTables::Table>& tables,
+                          const QSet<QString>& written) {
+    QStringList lines;
+    for (const NeededTables::Table& need : tables) {
+        lines += target.LackingRights(target.GetFullTableName(need.name), need.necessary.value(0),
+                                      written.contains(need.name));
     }
     for (const QStringList& group : SwitchedTogether()) {
         if (std::any_of(group.begin(), group.end(), [&](const QString& table) { return written.contains(table); })) {
             for (const QString& table : group) {
-                add(target.TriggerObstacles(target.GetFullTableName(table)));
+                lines += target.TriggerObstacles(target.GetFullTableName(table));
             }
         }
     }
+    for (QString& line : lines) {
+        line.prepend(QStringLiteral("Quadrix: "));
+    }
+    return lines;
 }
 
-} // namespace
-
-QStringList Missing(Session& session, const Needs& needs) {
-    ColumnsByTable reads;
-    ColumnsByTable writes;
+/// Tables whose rows are inserted, changed and deleted.
+QSet<QString> WrittenTables(const Needs& needs) {
     QSet<QString> written;
     for (const Mapping* mapping : needs.mappings) {
-        Add(reads, mapping->sourceTable, mapping->SourceColumns());
-        Add(writes, mapping->targetTable, mapping->TargetColumns());
         written.insert(mapping->targetTable);
     }
-    for (const TableNeed& need : needs.reads) {
-        Add(reads, need.table, need.columns);
-    }
     for (const TableNeed& need : needs.writes) {
-        Add(writes, need.table, need.columns);
         if (need.isWritten) {
             written.insert(need.table);
         }
     }
-    // Whatever is imported asks for translations, and a look-up that fails does not end it.
-    Add(writes, QStringLiteral("SYS_IMP"), {"TBNAM", "TBFLD", "TBOLD", "TBNEW"});
-    QStringList missing;
-    if (!reads.isEmpty()) {
-        AddMissing(missing, session.SourceConnection(), reads, QStringLiteral("origine"));
+    return written;
+}
+
+} // namespace
+
+// --- What is needed
+
+NeededTables::Table& NeededTables::Named(const QString& table) {
+    const auto found = std::find_if(m_tables.begin(), m_tables.end(), [&table](const Table& each) {
+        return each.name.compare(table, Qt::CaseInsensitive) == 0;
+    });
+    return found != m_tables.end() ? *found : m_tables.emplace_back(Table{table, {}, {}});
+}
+
+void NeededTables::Add(const QString& table, const QStringList& necessary, const QStringList& optional) {
+    Table& named = Named(table);
+    for (const QString& column : necessary) {
+        AddOnce(named.necessary, column);
+        named.optional.removeIf([&column](const QString& each) { return Has({column}, each); });
     }
-    AddMissing(missing, session.Quadrix, writes, QStringLiteral("Quadrix"));
-    AddLackingRights(missing, session.Quadrix, writes, written);
-    return missing;
+    for (const QString& column : optional) {
+        if (!Has(named.necessary, column)) {
+            AddOnce(named.optional, column);
+        }
+    }
+}
+
+void NeededTables::AddMapping(const Mapping& mapping) {
+    const schema::Table* target = schema::FindTable(mapping.targetTable);
+    Add(mapping.sourceTable, {});
+    for (const MapLine& line : mapping.lines) {
+        const schema::Column* column = target == nullptr ? nullptr : target->FindColumn(line.target);
+        const bool isNecessary = column == nullptr || target->Needs(*column);
+        Add(mapping.sourceTable, isNecessary ? line.sources : QStringList(),
+            isNecessary ? QStringList() : line.sources);
+        for (const QString& source : line.sources) {
+            AddOnce(Named(mapping.sourceTable).feeds[source], mapping.targetTable + u'.' + line.target);
+        }
+    }
+}
+
+NeededTables NeededTables::Read(const Needs& needs) {
+    NeededTables tables;
+    for (const Mapping* mapping : needs.mappings) {
+        tables.AddMapping(*mapping);
+    }
+    for (const TableNeed& need : needs.reads) {
+        tables.Add(need.table, need.columns, need.optional);
+    }
+    return tables;
+}
+
+NeededTables NeededTables::Written(const Session& session, const Needs& needs) {
+    NeededTables tables;
+    for (const Mapping* mapping : needs.mappings) {
+        tables.Add(mapping->targetTable, mapping->TargetColumns());
+        for (const MapLine& line : AddedLines(session, *mapping)) {
+            tables.Add(mapping->targetTable, {line.target});
+        }
+    }
+    for (const TableNeed& need : needs.writes) {
+        tables.Add(need.table, need.columns);
+    }
+    // Whatever is imported asks for translations, and a look-up that fails does not end it.
+    tables.Add(QStringLiteral("SYS_IMP"), {"TBNAM", "TBFLD", "TBOLD", "TBNEW"});
+    return tables;
+}
+
+// --- What is missing
+
+QString Lacks::Text() const {
+    QStringList lines = necessary;
+    if (!optional.isEmpty()) {
+        lines.append(QStringLiteral("Mancano, facoltative:"));
+        lines += optional;
+    }
+    return lines.join(u'\n');
+}
+
+Lacks LacksOf(Session& session, const Needs& needs) {
+    Lacks lacks;
+    for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
+        Search(session.SourceConnection(), true, lacks).Look(table, session.Layout.get());
+    }
+    const NeededTables target = NeededTables::Written(session, needs);
+    for (const NeededTables::Table& table : target.Tables()) {
+        Search(session.Quadrix, false, lacks).Look(table, nullptr);
+    }
+    lacks.necessary += LackingRights(session.Quadrix, target.Tables(), WrittenTables(needs));
+    return lacks;
+}
+
+QString LeaveOut(Session& session, const Needs& needs, const Lacks& lacks) {
+    if (lacks.leftOut.isEmpty()) {
+        return {};
+    }
+    sources::Layout& layout = LayoutOf(session.SourceConnection());
+    for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
+        layout.Know(table.name, table.necessary + table.optional);
+    }
+    QStringList columns;
+    QStringList feeds;
+    for (const Lacks::Column& column : lacks.leftOut) {
+        layout.CallColumn(column.table, column.column, {});
+        columns.append(column.table + u'.' + column.column);
+        for (const QString& target : column.feeds) {
+            AddOnce(feeds, target);
+        }
+    }
+    return QStringLiteral("COLONNE CHE MANCANO NELL'ORIGINE: ") + columns.join(QStringLiteral(", ")) +
+           (feeds.isEmpty() ? QString() : QStringLiteral("; non valorizzate: ") + feeds.join(QStringLiteral(", ")));
 }
 
 } // namespace contract

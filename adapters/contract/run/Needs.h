@@ -4,16 +4,64 @@
 
 namespace contract {
 
-/// What a procedure reads and writes: its mappings and what it touches beyond them.
+/// What a procedure reads and writes: its mappings and what it touches beyond them. A column of the source that a
+/// mapping reads is optional unless it feeds a column that the target's rows cannot do without
+/// (`schema::Table::Needs`); one that is necessary in one place is so everywhere.
 struct Needs {
     std::vector<const Mapping*> mappings;
     std::vector<TableNeed> reads;
     std::vector<TableNeed> writes;
 };
 
-/// Every table and column of the needs, and of the translations, that the open source and the company's tables lack,
-/// and the rights on the company's tables that the user lacks, one line each, each once; empty when nothing is missing.
-/// Raises `SqlError` when a database cannot be asked.
-QStringList Missing(Session& session, const Needs& needs);
+/// Tables and columns of a procedure, in their order, each once.
+class NeededTables {
+public:
+    struct Table {
+        QString name;
+        QStringList necessary;
+        QStringList optional;
+        QMap<QString, QStringList> feeds = {}; ///< target columns, as "CON_TRO.CONOT", by column
+    };
+
+    /// What a procedure reads.
+    static NeededTables Read(const Needs& needs);
+    /// What it writes, with what the layout of the source adds, and the table of translations, which every procedure
+    /// writes.
+    static NeededTables Written(const Session& session, const Needs& needs);
+
+    const std::vector<Table>& Tables() const& { return m_tables; }
+    std::vector<Table> Tables() && { return std::move(m_tables); }
+    void Add(const QString& table, const QStringList& necessary, const QStringList& optional = {});
+
+private:
+    void AddMapping(const Mapping& mapping);
+    Table& Named(const QString& table);
+
+    std::vector<Table> m_tables;
+};
+
+/// What the open source and the company's tables lack of the needs.
+struct Lacks {
+    QStringList necessary; ///< a line for each table and column, with the near names that the source has
+    QStringList optional;  ///< the same
+    /// Columns of the source that are left out: table, column and the target columns that stay empty.
+    struct Column {
+        QString table;
+        QString column;
+        QStringList feeds;
+    };
+    QVector<Column> leftOut;
+
+    /// The lines for the operator: those that are necessary, then those that are not under "Mancano, facoltative:".
+    QString Text() const;
+};
+
+/// Looks for what a procedure needs, tables and columns each once, and for those that the layout of the source names.
+/// Raises `SqlError` when a database cannot be asked, and `ImportError` for an entry of the layout that fits nothing.
+Lacks LacksOf(Session& session, const Needs& needs);
+
+/// Has the source give Null for the columns that it lacks and the procedure can do without. Returns the line that tells
+/// them; empty when there are none.
+QString LeaveOut(Session& session, const Needs& needs, const Lacks& lacks);
 
 } // namespace contract

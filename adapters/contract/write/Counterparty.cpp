@@ -30,7 +30,7 @@ QString Digits(const QString& number) {
 
 /// The lines of a role, behind the mark of the role.
 Mapping RoleLines(const Mapping& whole, Side side, const QString& mark) {
-    Mapping role{whole.targetTable, whole.sourceTable, {{mark, {}, rules::Constant(true)}}};
+    Mapping role{whole.targetTable, whole.sourceTable, {{mark, {}, rules::Constant(true)}}, true};
     std::copy_if(whole.lines.begin(), whole.lines.end(), std::back_inserter(role.lines),
                  [side](const MapLine& line) { return line.rule.side == side; });
     return role;

@@ -44,12 +44,14 @@ std::vector<TableNeed> DocumentNeeds(const Family& family) {
          {"DTCAU", "DTANN", "DTSER", "DTNUM", "DTDAT", "DTTPD", "DTSTA", "DTANL", "DTCON",
           "DTRAS", "DTRSS", "DTVIA", "DTCAP", "DTCIT", "DTPRO", "DTCAM", "DTTPM", "DTMAG",
           "DTESR", "DTVAL", "DTCMB", "DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"},
+         {},
          true},
         {family.row,
          {"IDTES", "DRNUM", "DRTIP", "DRART", "DRDES", "DRUMS", "DRUM2", "DRQTR", "DRQT2", "DRQTE", "DRSTA", "DRQTD",
           "DRPRZ", "DRPR2", "DRPRA", "DRSCO", "DRSC2", "DRSC3", "DRTOT", "DRTTA", "DRIVA", "DRCAM", "DRTPM", "DRMAG"},
+         {},
          true},
-        {family.dueDate, {"IDTES"}, true}};
+        {family.dueDate, {"IDTES"}, {}, true}};
 }
 
 TriggersOff::TriggersOff(ImportRun& run, const QStringList& further)

@@ -146,7 +146,7 @@ RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties
 const Needs& ContropartiNeeds() {
     static const Needs needs = [] {
         Needs all{Controparti().All(),
-                  {{Companies, Numeri.Names()},
+                  {{Companies, {}, Numeri.Names()},
                    {Customers, {"CusRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
                    {Suppliers, {"SuppRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
                    {Contacts, {"WPhone", "WEMail"}}},

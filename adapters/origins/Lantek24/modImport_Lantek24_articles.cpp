@@ -163,7 +163,8 @@ QString UnitOf(Session& session, const QString& name) {
 const Needs& ArticoliNeeds() {
     static const Needs needs = [] {
         Needs all{{&Articoli()},
-                  {{Products, QStringList{"IsActive", "Image"} + UserColumns()}, {Materials, {"MatRef", "Density"}}},
+                  {{Products, QStringList{"IsActive", "Image", "DIS_PClass"} + UserColumns()},
+                   {Materials, {"MatRef", "Density"}}},
                   ArticleNeeds()};
         for (const auto& more : {SheetFormatNeeds(), FreeAttributeNeeds(), ImageNeeds()}) {
             all.writes.insert(all.writes.end(), more.begin(), more.end());

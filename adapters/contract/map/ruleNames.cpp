@@ -1,0 +1,117 @@
+#include "adapters/contract/map/ruleNames.h"
+
+#include "core/nearNames.h"
+#include "sql/mod_ovTools.h"
+
+#include <algorithm>
+
+namespace contract {
+
+namespace {
+
+constexpr int Decimals = 6;
+
+/// The arguments of a rule under way, and what its codes are translated under.
+struct Arguments {
+    QStringList texts;
+    QString table;
+    QString column;
+
+    int Whole(int index) const {
+        bool isNumber = false;
+        const int number = texts.at(index).toInt(&isNumber);
+        if (!isNumber) {
+            throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(texts.at(index)));
+        }
+        return number;
+    }
+    double Number(int index) const {
+        const auto number = mod_ovTools::ReadNumber(texts.at(index));
+        if (!number) {
+            throw ImportError(QStringLiteral("'%1' non è un numero").arg(texts.at(index)));
+        }
+        return *number;
+    }
+};
+
+struct NamedRule {
+    const char* name;
+    int arguments;
+    Rule (*make)(const Arguments&);
+};
+
+const NamedRule Named[] = {
+    {"AsRead", 0, [](const Arguments&) { return rules::AsRead(); }},
+    {"Text", 0, [](const Arguments&) { return rules::Text(); }},
+    {"First", 1, [](const Arguments& of) { return rules::First(of.Whole(0)); }},
+    {"From", 1, [](const Arguments& of) { return rules::From(of.Whole(0)); }},
+    {"Part", 2, [](const Arguments& of) { return rules::Part(of.Whole(0), of.Whole(1)); }},
+    {"FirstUpper", 1, [](const Arguments& of) { return rules::FirstUpper(of.Whole(0)); }},
+    {"Digits", 1, [](const Arguments& of) { return rules::Digits(of.Whole(0)); }},
+    {"WithoutBlanks", 0, [](const Arguments&) { return rules::WithoutBlanks(); }},
+    {"LeadingNumber", 0, [](const Arguments&) { return rules::LeadingNumber(); }},
+    {"RoundedTo", 1, [](const Arguments& of) { return rules::RoundedTo(of.Whole(0)); }},
+    {"Times", 1, [](const Arguments& of) { return rules::Times(of.Number(0)); }},
+    {"Discount", 1, [](const Arguments& of) { return rules::Discount(of.Whole(0)); }},
+    {"Is", 1, [](const Arguments& of) { return rules::Is(of.texts.at(0)); }},
+    {"Flag", 0, [](const Arguments&) { return rules::Flag(); }},
+    {"MomentOrNow", 0, [](const Arguments&) { return rules::MomentOrNow(); }},
+    {"Translated", 0, [](const Arguments& of) { return rules::Translated(of.table, of.column); }},
+    {"TranslatedOr", 1, [](const Arguments& of) { return rules::TranslatedOr(of.table, of.column, of.texts.at(0)); }},
+    {"VatCode", 0, [](const Arguments& of) { return rules::VatCode(of.table, of.column); }},
+    {"Currency", 0, [](const Arguments& of) { return rules::Currency(of.table, of.column); }},
+    {"Country", 0, [](const Arguments& of) { return rules::Country(of.table, of.column); }},
+};
+
+QStringList AllNames() {
+    QStringList names;
+    for (const NamedRule& rule : Named) {
+        names.append(QString::fromLatin1(rule.name));
+    }
+    return names;
+}
+
+} // namespace
+
+Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sourceColumn) {
+    const QString name = text.section(u'(', 0, 0).trimmed();
+    const QString inner = text.contains(u'(') ? text.section(u'(', 1).trimmed() : QStringLiteral(")");
+    const auto rule = std::find_if(std::begin(Named), std::end(Named), [&name](const NamedRule& each) {
+        return name.compare(QLatin1String(each.name), Qt::CaseInsensitive) == 0;
+    });
+    if (rule == std::end(Named)) {
+        const QStringList names = AllNames();
+        throw ImportError(QStringLiteral("la regola '%1' non c'è%2; ci sono %3")
+                              .arg(name, Suggestion(name, names), names.join(QStringLiteral(", "))));
+    }
+    if (!inner.endsWith(u')')) {
+        throw ImportError(QStringLiteral("la regola '%1' non è chiusa da ')'").arg(text));
+    }
+    Arguments arguments{{}, sourceTable, sourceColumn};
+    for (const QString& argument : inner.chopped(1).split(u',', Qt::SkipEmptyParts)) {
+        arguments.texts.append(argument.trimmed());
+    }
+    if (arguments.texts.size() != rule->arguments) {
+        throw ImportError(QStringLiteral("la regola '%1' vuole %2 argomenti, non %3")
+                              .arg(QLatin1String(rule->name), QString::number(rule->arguments),
+                                   QString::number(arguments.texts.size())));
+    }
+    return rule->make(arguments);
+}
+
+Rule UsualRule(const schema::Column& target) {
+    switch (target.type) {
+    case DataType::Integer:
+    case DataType::Long:
+    case DataType::TinyInt:
+        return rules::RoundedTo(0);
+    case DataType::Double:
+        return rules::RoundedTo(Decimals);
+    case DataType::Bit:
+        return rules::Flag();
+    default:
+        return IsTextType(target.type) ? rules::Text() : rules::AsRead();
+    }
+}
+
+} // namespace contract

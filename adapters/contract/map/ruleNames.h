@@ -1,0 +1,16 @@
+#pragma once
+
+#include "adapters/contract/map/rules.h"
+#include "core/Schema.h"
+
+namespace contract {
+
+/// The rule that a text names as the functions of `rules` are called, with its arguments: "First(35)", "Part(3,
+/// 2)", "Translated". @param sourceTable,sourceColumn what codes are translated under. Raises `ImportError` for a
+/// name that is none, with those that are near, and for arguments that it does not take.
+Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sourceColumn);
+
+/// The rule for a column where none is named: a text as it is, a number, a yes or no, a date.
+Rule UsualRule(const schema::Column& target);
+
+} // namespace contract

@@ -1,0 +1,130 @@
+#include "core/nearNames.h"
+
+#include <QHash>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr qsizetype MostNames = 3;
+
+/// Number of characters to add, drop or change to get from one text to the other.
+qsizetype Distance(const QString& from, const QString& to) {
+    std::vector<qsizetype> row(static_cast<size_t>(to.size()) + 1);
+    for (size_t column = 0; column < row.size(); ++column) {
+        row[column] = static_cast<qsizetype>(column);
+    }
+    for (qsizetype line = 0; line < from.size(); ++line) {
+        qsizetype diagonal = row[0];
+        row[0] = line + 1;
+        for (size_t column = 1; column < row.size(); ++column) {
+            const bool same = from[line] == to[static_cast<qsizetype>(column) - 1];
+            const qsizetype best = std::min({row[column] + 1, row[column - 1] + 1, diagonal + (same ? 0 : 1)});
+            diagonal = std::exchange(row[column], best);
+        }
+    }
+    return row.back();
+}
+
+/// A name that holds what was written, or the other way round, is as near as one wrong character.
+qsizetype Remoteness(const QString& name, const QString& candidate) {
+    const bool holds =
+        !name.isEmpty() && (candidate.contains(name) || (name.contains(candidate) && candidate.size() > 1));
+    const qsizetype distance = Distance(name, candidate);
+    return holds ? std::min<qsizetype>(distance, 1) : distance;
+}
+
+/// What the words of names are often cut to.
+const QHash<QString, QString>& Words() {
+    static const QHash<QString, QString> words{
+        {"AG", "AGENTE"},         {"ANN", "ANNO"},        {"ART", "ARTICOLO"},     {"CAT", "CATEGORIA"},
+        {"CDA", "CODICE"},        {"CD", "CODICE"},       {"CIT", "CITTA"},        {"CLI", "CLIENTE"},
+        {"COD", "CODICE"},        {"COM", "COMUNE"},      {"CONS", "CONSEGNA"},    {"COS", "COSTO"},
+        {"DAT", "DATA"},          {"DT", "DATA"},         {"DES", "DESCRIZIONE"},  {"DESC", "DESCRIZIONE"},
+        {"DESCR", "DESCRIZIONE"}, {"DOC", "DOCUMENTO"},   {"FAM", "FAMIGLIA"},     {"FIS", "FISCALE"},
+        {"FISC", "FISCALE"},      {"FLG", "FLAG"},        {"FOR", "FORNITORE"},    {"FORN", "FORNITORE"},
+        {"IND", "INDIRIZZO"},     {"INDIR", "INDIRIZZO"}, {"LIS", "LISTINO"},      {"LOC", "LOCALITA"},
+        {"MAG", "MAGAZZINO"},     {"MAIL", "EMAIL"},      {"MIS", "MISURA"},       {"NAZ", "NAZIONE"},
+        {"NR", "NUMERO"},         {"NUM", "NUMERO"},      {"ORD", "ORDINE"},       {"PAG", "PAGAMENTO"},
+        {"PAGAM", "PAGAMENTO"},   {"PART", "PARTITA"},    {"P", "PARTITA"},        {"PIVA", "PARTITAIVA"},
+        {"PREZ", "PREZZO"},       {"PRZ", "PREZZO"},      {"PROG", "PROGRESSIVO"}, {"PROV", "PROVINCIA"},
+        {"QT", "QUANTITA"},       {"QTA", "QUANTITA"},    {"RAG", "RAGIONE"},      {"RIF", "RIFERIMENTO"},
+        {"RIG", "RIGA"},          {"SC", "SCONTO"},       {"SCO", "SCONTO"},       {"SOC", "SOCIALE"},
+        {"TEL", "TELEFONO"},      {"TIP", "TIPO"},        {"UBI", "UBICAZIONE"},   {"UM", "UNITAMISURA"},
+        {"UNI", "UNITA"},         {"VAL", "VALUTA"},
+    };
+    return words;
+}
+
+/// A name with its words written out: "COD_ART" and "CodArticolo" are both "CODICEARTICOLO".
+QString WrittenOut(const QString& name) {
+    static const QRegularExpression words(QStringLiteral("\\p{Lu}?\\p{Ll}+|\\p{Lu}+(?!\\p{Ll})|\\d+"));
+    QString whole;
+    for (auto word = words.globalMatch(name); word.hasNext();) {
+        const QString text = word.next().captured().toUpper();
+        whole += Words().value(text, text);
+    }
+    return whole;
+}
+
+/// The letters and digits of a name, in upper case.
+QString Core(const QString& name) {
+    QString core;
+    for (const QChar character : name.toUpper()) {
+        if (character.isLetterOrNumber()) {
+            core += character;
+        }
+    }
+    return core;
+}
+
+} // namespace
+
+QStringList NearNames(const QString& name, const QStringList& names) {
+    const QString written = Core(name);
+    const qsizetype limit = std::max<qsizetype>(1, (written.size() + 1) / 3);
+    std::vector<std::pair<qsizetype, QString>> near;
+    for (const QString& candidate : names) {
+        const qsizetype remoteness = Remoteness(written, Core(candidate));
+        if (remoteness <= limit) {
+            near.emplace_back(remoteness, candidate);
+        }
+    }
+    std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    QStringList result;
+    for (const auto& [remoteness, candidate] : near) {
+        result.append(candidate);
+    }
+    return result.mid(0, MostNames);
+}
+
+QString GroundedSuggestions(const QString& name, const QStringList& names) {
+    QStringList grounds;
+    QStringList told;
+    const auto tell = [&](const QString& ground, const auto& isIt) {
+        QStringList found;
+        for (const QString& candidate : names) {
+            if (!told.contains(candidate) && isIt(candidate)) {
+                found.append(candidate);
+            }
+        }
+        told += found;
+        if (!found.isEmpty()) {
+            grounds.append(ground + QStringLiteral(" '") + found.join(QStringLiteral("', '")) + u'\'');
+        }
+    };
+    tell(QStringLiteral("uguale"), [&](const QString& candidate) { return Core(candidate) == Core(name); });
+    tell(QStringLiteral("abbreviato"),
+         [&](const QString& candidate) { return WrittenOut(candidate) == WrittenOut(name); });
+    const QStringList near = NearNames(name, names);
+    tell(QStringLiteral("simile"), [&](const QString& candidate) { return near.contains(candidate); });
+    return grounds.isEmpty() ? QString()
+                             : QString(QStringLiteral(" (c'è: ") + grounds.join(QStringLiteral("; ")) + u')');
+}
+
+QString Suggestion(const QString& name, const QStringList& names) {
+    const QStringList near = NearNames(name, names);
+    return near.isEmpty() ? QString() : QString(": forse '" + near.join("' o '") + "'?");
+}

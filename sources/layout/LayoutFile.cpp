@@ -1,0 +1,122 @@
+#include "sources/layout/LayoutFile.h"
+
+#include "sql/CodePage.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStringDecoder>
+
+#include <algorithm>
+
+namespace sources {
+
+const QString LayoutFile::Tables = QStringLiteral("TABELLE");
+const QString LayoutFile::Columns = QStringLiteral("COLONNE");
+const QString LayoutFile::Filters = QStringLiteral("FILTRI");
+const QString LayoutFile::Added = QStringLiteral("AGGIUNTE");
+
+namespace {
+
+QString Decoded(const QByteArray& bytes) {
+    const auto marked = QStringConverter::encodingForData(bytes);
+    QStringDecoder decoder(marked.value_or(QStringConverter::Utf8));
+    const QString text = decoder(bytes);
+    return decoder.hasError() && !marked ? DecodeText(bytes, CodePage()) : text;
+}
+
+/// The line without its comment.
+QStringView WithoutComment(QStringView line) {
+    bool inQuotes = false;
+    for (qsizetype at = 0; at < line.size(); ++at) {
+        inQuotes = inQuotes != (line[at] == u'\'');
+        const bool begins = line[at] == u';' && (at == 0 || line[at - 1].isSpace());
+        if (begins && !inQuotes) {
+            return line.first(at);
+        }
+    }
+    return line;
+}
+
+bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
+
+} // namespace
+
+QString LayoutFile::PathOf(const QString& folder, const QString& origin) {
+    QString name = origin;
+    for (QChar& character : name) {
+        if (QStringView(u"<>:\"/\\|?*").contains(character) || character < u' ') {
+            character = u'-';
+        }
+    }
+    return QDir(folder).filePath(name + QStringLiteral(".ini"));
+}
+
+std::optional<LayoutFile> LayoutFile::Read(const QString& path) {
+    QFile file(path);
+    if (!file.exists()) {
+        return std::nullopt;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw ImportError(QStringLiteral("Tracciato '%1': %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+    }
+    LayoutFile layout;
+    layout.m_path = path;
+    int number = 0;
+    for (const QString& line : Decoded(file.readAll()).split(u'\n')) {
+        layout.Take(line, ++number);
+    }
+    return layout;
+}
+
+void LayoutFile::Take(QString line, int number) {
+    line = WithoutComment(line).trimmed().toString();
+    const Entry whole{line, {}, number};
+    if (line.isEmpty()) {
+        return;
+    }
+    if (line.startsWith(u'[')) {
+        static const QStringList sections{Tables, Columns, Filters, Added};
+        const QString name = line.mid(1).chopped(line.endsWith(u']') ? 1 : 0).trimmed();
+        const auto known = std::find_if(sections.begin(), sections.end(),
+                                        [&name](const QString& section) { return IsSame(section, name); });
+        if (known == sections.end() || !line.endsWith(u']')) {
+            throw Wrong(
+                {}, whole,
+                QStringLiteral("sezione sconosciuta; le sezioni sono [%1]").arg(sections.join(QStringLiteral("], ["))));
+        }
+        m_section = *known;
+        return;
+    }
+    const qsizetype equals = line.indexOf(u'=');
+    if (equals <= 0) {
+        throw Wrong({}, whole, QStringLiteral("non è 'nome=valore'"));
+    }
+    if (m_section.isEmpty()) {
+        throw Wrong({}, whole, QStringLiteral("non sta in una sezione"));
+    }
+    Add({line.first(equals).trimmed(), line.mid(equals + 1).trimmed(), number});
+}
+
+void LayoutFile::Add(const Entry& entry) {
+    std::vector<Entry>& entries = m_entries[m_section];
+    const auto earlier = std::find_if(entries.begin(), entries.end(),
+                                      [&entry](const Entry& each) { return IsSame(each.key, entry.key); });
+    if (earlier != entries.end()) {
+        throw Wrong(m_section, entry, QStringLiteral("c'è già alla riga %1").arg(earlier->line));
+    }
+    entries.push_back(entry);
+}
+
+const std::vector<LayoutFile::Entry>& LayoutFile::Entries(const QString& section) const {
+    static const std::vector<Entry> none;
+    const auto found = m_entries.constFind(section);
+    return found == m_entries.constEnd() ? none : *found;
+}
+
+ImportError LayoutFile::Wrong(const QString& section, const Entry& entry, const QString& what) const {
+    const QString where = section.isEmpty() ? QString() : QStringLiteral(", sezione [%1]").arg(section);
+    return ImportError(QStringLiteral("Tracciato '%1', riga %2%3: '%4': %5")
+                           .arg(QDir::toNativeSeparators(m_path), QString::number(entry.line), where, entry.key, what));
+}
+
+} // namespace sources

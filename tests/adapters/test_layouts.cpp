@@ -1,0 +1,259 @@
+#include "adapters/contract/run/SourceLayout.h"
+#include "tests/adapters/Fixture.h"
+#include "tests/support/embedded.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+/// The tables that an origin reads.
+std::vector<contract::NeededTables::Table> TablesOf(const contract::Origin& origin) {
+    contract::NeededTables tables;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        for (const auto& table : contract::NeededTables::Read(procedure.needs).Tables()) {
+            tables.Add(table.name, table.necessary, table.optional);
+        }
+    }
+    return tables.Tables();
+}
+
+/// Every table and every second column under another name, and the layout file that says so.
+struct OtherNames {
+    Fixture::Names names;
+    QString layout;
+};
+
+OtherNames OtherNamesOf(const contract::Origin& origin) {
+    OtherNames other;
+    QString tables;
+    QString columns;
+    int number = 0;
+    for (const auto& table : TablesOf(origin)) {
+        const QString name = QString("tab%1").arg(++number);
+        other.names.insert(table.name, name);
+        tables += table.name + '=' + name + '\n';
+        const QStringList all = table.necessary + table.optional;
+        for (qsizetype i = 0; i < all.size(); i += 2) {
+            const QString column = QString("c%1_%2").arg(number).arg(i);
+            other.names.insert(table.name + '.' + all[i], column);
+            columns += table.name + '.' + all[i] + '=' + column + '\n';
+        }
+    }
+    other.layout = "[TABELLE]\n" + tables + "[COLONNE]\n" + columns;
+    return other;
+}
+
+/// The columns of an origin that its procedures can do without, each marked as not there.
+QString WithoutOptional(const contract::Origin& origin) {
+    QString layout = "[COLONNE]\n";
+    for (const auto& table : TablesOf(origin)) {
+        for (const QString& column : table.optional) {
+            layout += table.name + '.' + column + "=\n";
+        }
+    }
+    return layout;
+}
+
+/// Changes the source of a fixture that is a SQLite file.
+void Change(Fixture& fixture, const QString& statement) {
+    ovConnection source;
+    OpenEmbedded(source, fixture.Target().Folder.filePath("source.sqlite")).Execute(statement);
+}
+
+/// The error that a procedure of Tessera ends with under a layout; empty when it ends well.
+QString EndOf(const QString& layout, const QString& line = "ImportContropartiTessera",
+              const Fixture::Names& names = {}) {
+    Fixture fixture(FixtureFolder("modImport_Tessera"), *FixtureOrigins().value("modImport_Tessera"),
+                    TestTarget::On::Embedded, {}, names);
+    if (!layout.isEmpty()) {
+        fixture.WriteLayout(layout);
+    }
+    try {
+        fixture.RunLine(line);
+    } catch (const ImportError& error) { // of the opening
+        return error.Message();
+    }
+    return fixture.Results().last().errors.join('\n');
+}
+
+} // namespace
+
+/// What holds with a layout file as it does without one.
+class TestLayouts : public QObject {
+    Q_OBJECT
+
+private slots:
+    void OtherNamesGiveTheSameRows_data() {
+        Columns<QString>("module");
+        for (const auto& [module, origin] : FixtureOrigins().asKeyValueRange()) {
+            const auto& procedures = origin->procedures;
+            const bool opensIt = std::all_of(procedures.begin(), procedures.end(), [](const auto& procedure) {
+                return procedure.opensSource || procedure.needs.reads.empty();
+            });
+            if (opensIt) { // a source that a procedure opens by itself has no layout
+                Row(qPrintable(module), module);
+            }
+        }
+    }
+    void OtherNamesGiveTheSameRows() {
+        QFETCH(const QString, module);
+        const contract::Origin& origin = *FixtureOrigins().value(module);
+        const OtherNames other = OtherNamesOf(origin);
+        Fixture fixture(FixtureFolder(module), origin, TestTarget::On::Embedded, {}, other.names);
+        fixture.WriteLayout(other.layout);
+        fixture.Run();
+        const QString difference = fixture.Compare("expected.txt", fixture.Outcome());
+        QVERIFY2(difference.isEmpty(), qPrintable(difference + '\n' + other.layout));
+    }
+
+    /// All of it at once: other names, a column that is not there, and the rows of another company among those of ours.
+    void AnotherInstallationGivesTheSameRows() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        OtherNames other = OtherNamesOf(origin);
+        other.names.remove("CliFor.Tel2");
+        other.layout.remove(QRegularExpression("CliFor\\.Tel2=[^\n]*\n"));
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin, TestTarget::On::Embedded, {}, other.names);
+        const QString table = other.names.value("CliFor");
+        for (const char* change :
+             {"ALTER TABLE %1 DROP COLUMN Tel2", "ALTER TABLE %1 ADD COLUMN DITTA VARCHAR(2) DEFAULT '01'",
+              "INSERT INTO %1 SELECT * FROM %1", "UPDATE %1 SET DITTA = '02' WHERE _rowid_ > 6"}) {
+            Change(fixture, QString(change).arg(table));
+        }
+        fixture.WriteLayout(other.layout + "CliFor.Tel2=\n[FILTRI]\nCliFor=DITTA = '01'\n");
+        fixture.Run();
+        QString outcome = fixture.Outcome();
+        QVERIFY(outcome.contains("COLONNE CHE MANCANO NELL'ORIGINE: CliFor.Tel2"));
+        outcome.remove(QRegularExpression("-- log\n[^\n]*COLONNE CHE MANCANO[^\n]*\n(?=== )"));
+        const QString difference =
+            fixture.Compare("expected.txt", outcome.remove(QRegularExpression("[^\n]*COLONNE CHE MANCANO[^\n]*\n")));
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    }
+
+    void AnOptionalColumnCanBeMissing_data() { OtherNamesGiveTheSameRows_data(); }
+    /// What a procedure calls optional it neither looks up by, nor joins, nor sorts by.
+    void AnOptionalColumnCanBeMissing() {
+        QFETCH(const QString, module);
+        const contract::Origin& origin = *FixtureOrigins().value(module);
+        Fixture fixture(FixtureFolder(module), origin);
+        fixture.WriteLayout(WithoutOptional(origin));
+        fixture.Run();
+        for (const RunResult& result : fixture.Results()) {
+            const QString end = result.procedure + ": " + result.errors.join('\n');
+            QVERIFY2(!end.contains("non può fare a meno") && !end.contains("non c'è"), qPrintable(end));
+        }
+    }
+
+    void ColumnsThatAreLeftOutAreToldOnce() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin);
+        Change(fixture, "ALTER TABLE CliFor DROP COLUMN Note");
+        fixture.WriteLayout("[COLONNE]\nCliFor.Web=\n");
+        fixture.RunLine("ImportContropartiTessera");
+        const RunResult& result = fixture.Results().last();
+        QVERIFY2(result.outcome == RunResult::Outcome::Done, qPrintable(result.errors.join('\n')));
+        const auto& kinds = result.notes.kinds;
+        const auto told = std::find_if(kinds.begin(), kinds.end(), [](const Notes::Kind& kind) {
+            return kind.name == "COLONNE CHE MANCANO NELL'ORIGINE";
+        });
+        QVERIFY(told != kinds.end() && told->count == 1);
+        QCOMPARE(told->first, QString("CliFor.Note, CliFor.Web; non valorizzate: CON_TRO.CONOT"));
+        QCOMPARE(fixture.Target().Value("SELECT COUNT(*) FROM X01_CON_TRO WHERE CONOT > ''"), QString("0"));
+    }
+
+    void RowsOfAnotherCompanyAreNotRead() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin);
+        Change(fixture, "ALTER TABLE CliFor ADD COLUMN DITTA VARCHAR(2) DEFAULT '01'");
+        Change(fixture, "UPDATE CliFor SET DITTA = '02' WHERE IdCliFor = 12");
+        fixture.WriteLayout("[FILTRI]\nclifor=DITTA = '01' ; l'altra no\n");
+        fixture.RunLine("ImportContropartiTessera");
+        QCOMPARE(fixture.Results().last().sourceRows, qint64(5));
+        QCOMPARE(fixture.Target().Value("SELECT COUNT(*) FROM X01_CON_TRO WHERE COFGE = 'F0020'"), QString("0"));
+    }
+
+    void TheFileAddsColumns() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin);
+        fixture.WriteLayout("[COLONNE]\nCliFor.Cell=Cell\n[AGGIUNTE]\nCON_TRO.CONOM=CliFor.Citta -> FirstUpper(4)\n"
+                            "CON_TRO.COBLK=costante:1\n");
+        fixture.RunLine("ImportContropartiTessera");
+        QCOMPARE(fixture.Results().last().errors, QStringList());
+        QCOMPARE(fixture.Target().Rows("SELECT CONOM, COBLK FROM X01_CON_TRO WHERE COCGE = '00000123'"),
+                 QStringList("RIVA|true"));
+    }
+
+    void AChangedSourceIsTold() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
+        Fixture fixture(FixtureFolder("modImport_Tessera"), origin);
+        const auto told = [&fixture] {
+            fixture.RunLine("ImportContropartiTessera");
+            QStringList lines;
+            for (const Notes::Kind& kind : fixture.Results().last().notes.kinds) {
+                lines += kind.name.startsWith("ORIGINE CAMBIATA") ? QStringList(kind.first) : QStringList();
+            }
+            return lines.join('|');
+        };
+        QCOMPARE(told(), QString());
+        Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig VARCHAR(10)");
+        Change(fixture, "ALTER TABLE CliFor DROP COLUMN Web");
+        QCOMPARE(told(), QString("CliFor: in più Cig; in meno Web"));
+        fixture.WriteLayout("[COLONNE]\nCliFor.Web=Cig\n"); // what it is called is no change of the source
+        QCOMPARE(told(), QString());
+    }
+
+    void WhatFitsNothingIsAnError_data() {
+        Columns<QString, QString>("layout", "told");
+        Row("section", "[TABELE]\n", "riga 1: '[TABELE]': sezione sconosciuta");
+        Row("no section", "CliFor=X\n", "riga 1: 'CliFor=X': non sta in una sezione");
+        Row("twice", "[TABELLE]\nCliFor=A\n\nCLIFOR=B\n", "riga 4, sezione [TABELLE]: 'CLIFOR': c'è già alla riga 2");
+        Row("table", "[TABELLE]\nCli_For=A\n",
+            "riga 2, sezione [TABELLE]: 'Cli_For': l'origine non legge nessuna tabella 'Cli_For' (c'è: uguale "
+            "'CliFor'");
+        Row("column", "[COLONNE]\nCliFor.CodiceCliFor=A\n",
+            "della tabella 'CliFor' non si legge nessuna colonna 'CodiceCliFor' (c'è: abbreviato 'CodCliFor'");
+        Row("table of the source", "[TABELLE]\nCliFor=CLIFORN\n", "l'origine non ha la tabella 'CLIFORN' (c'è: simile");
+        Row("column of the source", "[COLONNE]\nCliFor.Note=Annotazioni\n",
+            "la tabella 'CliFor' dell'origine non ha la colonna 'Annotazioni'");
+        Row("condition that ends early", "[FILTRI]\nCliFor=FlgCli = 1)\n", "la condizione non si legge da ')'");
+        Row("open text", "[FILTRI]\nCliFor=CodNaz = 'IT\n", "la condizione non si legge da ''IT'");
+        Row("condition on no column", "[FILTRI]\nCliFor=Ditta = 1\n",
+            "l'origine non accetta la condizione 'Ditta = 1'");
+        Row("target", "[AGGIUNTE]\nCON_TRO.COXXX=CliFor.Note\n", "Quadrix non ha la colonna 'CON_TRO.COXXX'");
+        Row("target that is written", "[AGGIUNTE]\nCON_TRO.CONOT=CliFor.Citta\n", "viene già da 'CliFor.Note'");
+        Row("key", "[AGGIUNTE]\nCON_TRO.CDCON=CliFor.Citta\n", "'CDCON' è la chiave");
+        Row("rule", "[AGGIUNTE]\nCON_TRO.CONOM=CliFor.Citta -> Frist(3)\n",
+            "la regola 'Frist' non c'è: forse 'Is' o 'First'?");
+        Row("arguments", "[AGGIUNTE]\nCON_TRO.CONOM=CliFor.Citta -> First\n",
+            "la regola 'First' vuole 1 argomenti, non 0");
+        Row("column that is added", "[AGGIUNTE]\nCON_TRO.CONOM=CliFor.Nome\n", "non ha la colonna 'Nome'");
+        Row("constant", "[AGGIUNTE]\nCON_TRO.COSC1=costante:molto\n", "'molto' non è un numero");
+        Row("nothing writes it", "[AGGIUNTE]\nPIA_CON.PCDES=CliFor.Note\n", "l'origine non scrive 'PIA_CON'");
+        Row("necessary, but marked", "[COLONNE]\nCliFor.RagSoc=\n",
+            "origine: colonna 'CliFor.RagSoc' (segnata come mancante nel tracciato)");
+    }
+    void WhatFitsNothingIsAnError() {
+        QFETCH(const QString, layout);
+        QFETCH(const QString, told);
+        const QString end = EndOf(layout);
+        QVERIFY2(end.contains(told), qPrintable(end));
+    }
+
+    /// One message names all that is missing, with what the source has in its place.
+    void WithoutTheFileAllThatIsMissingIsTold() {
+        const QString end = EndOf({}, "ImportContropartiTessera",
+                                  {{"Iva", "Aliquote"}, {"CliFor.RagSoc", "RAG_SOC"}, {"CliFor.Citta", "Località"}});
+        QCOMPARE(end, QString("Non è stato scritto nulla. Mancano:\n"
+                              "origine: colonna 'CliFor.RagSoc' (c'è: uguale 'RAG_SOC')\n"
+                              "origine: tabella 'Iva'\n"
+                              "Mancano, facoltative:\n"
+                              "origine: colonna 'CliFor.Citta'"));
+    }
+};
+
+QUADRIX_TEST(TestLayouts)
+#include "test_layouts.moc"
