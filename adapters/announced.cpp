@@ -4,25 +4,17 @@
 
 namespace announced {
 
-using contract::Button;
 using contract::Shown;
 using enum contract::Button;
 
 namespace {
 
-struct Caption {
-    Button button;
-    const char* text;
-};
-
 struct Row {
     const char* name;
     const char* module;
     const char* sourceKind;
-    /// One character for each button, in their order: "Y" shown, "N" hidden, "-" left as it was, "?" shown when the
-    /// origin has a procedure behind it.
-    const char* shown;
-    std::vector<Caption> captions = {};
+    const char* shown; ///< see `contract::Buttons`
+    std::vector<contract::Caption> captions = {};
     Shown sequence = Shown::Keep;
 };
 
@@ -96,29 +88,13 @@ const std::vector<Row>& Rows() {
     return rows;
 }
 
-Shown ShownOf(char mark) {
-    switch (mark) {
-    case 'Y':
-        return Shown::Yes;
-    case '-':
-        return Shown::Keep;
-    default: // a button that waits for its procedure is hidden until then
-        return Shown::No;
-    }
-}
-
 contract::Origin OriginOf(const Row& row) {
     contract::Origin origin;
     origin.name = QString::fromUtf8(row.name);
     origin.module = QString::fromLatin1(row.module);
     origin.source.kind = QString::fromLatin1(row.sourceKind);
     origin.sequence = row.sequence;
-    for (std::size_t button = 0; button < origin.buttons.size(); ++button) {
-        origin.buttons[button].shown = ShownOf(row.shown[button]);
-    }
-    for (const Caption& caption : row.captions) {
-        origin.buttons[static_cast<std::size_t>(caption.button)].caption = QString::fromUtf8(caption.text);
-    }
+    origin.buttons = contract::Buttons(row.shown, row.captions);
     return origin;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/emptied.h"
+#include "adapters/contract/run/Origin.h"
 
 /// What a person sees under a question before anything is written: lines of text.
 namespace confirmation {

@@ -128,6 +128,10 @@ contract::Procedure MergeProcedure() {
     merge.name = QStringLiteral("FusioneControparti");
     merge.run = AskAndMerge;
     merge.confirmation = QStringLiteral("Fondere le Controparti di due Aziende?");
+    merge.asks = {{QStringLiteral("Codice Azienda di Partenza:"), contract::AnswerKind::Text},
+                  {QStringLiteral("Codice Azienda di Destinazione:"), contract::AnswerKind::Text},
+                  {QStringLiteral("Aggiornare i Riferimenti alle tabelle esistenti?")},
+                  {QStringLiteral("Fondere le controparti così abbinate?")}};
     merge.opensSource = false;
     merge.asksReset = false;
     return merge;

@@ -1,4 +1,3 @@
-#include "adapters/answers.h"
 #include "app/importFlow.h"
 #include "app/resultText.h"
 #include "app/RunLog.h"

@@ -1,4 +1,3 @@
-#include "adapters/answers.h"
 #include "adapters/registry.h"
 #include "app/importFlow.h"
 #include "cli/commands.h"

@@ -1,5 +1,3 @@
-#include "adapters/answers.h"
-#include "adapters/emptied.h"
 #include "tests/adapters/Fixture.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"

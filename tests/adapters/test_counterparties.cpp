@@ -167,7 +167,7 @@ private slots:
         QFETCH(const QString, taxCode);
         Written target;
         target.Party(party);
-        QTEST(CounterpartyRegister(target.Run).FindByIdentity(vatNumber, taxCode), "found");
+        QTEST(FindByIdentity(target.Run.GetSession(), vatNumber, taxCode), "found");
     }
 
     /// Two customers of one VAT number: the log names both, and the code that is overwritten.

@@ -229,6 +229,9 @@ QStringList Expected(const QString& harmless, const QString& hostile) {
             line = VisibleLine(line);
             line = DecodeText(EncodeText(line, CodePage(), &lost), CodePage());
         }
+        if (line.startsWith("[!] ") || line.startsWith("[i] ")) {
+            line = VisibleText(line);
+        }
         lines.append(line);
     }
     return LinesOf(lines.join('\n'));

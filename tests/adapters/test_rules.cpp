@@ -44,6 +44,7 @@ private slots:
         NumberRows();
         CodeRows();
         ConditionRows();
+        ShapeRows();
     }
     void converts() {
         QFETCH(const Rule, rule);
@@ -66,6 +67,34 @@ private slots:
         const auto error = ErrorOf<ImportError>([&] { Apply(rule, row); });
         QVERIFY(error);
         QVERIFY2(error->Message().contains("' non è un numero"), qPrintable(error->Message()));
+    }
+
+    void refusesShapes_data() {
+        Columns<Rule, QString, QString>("rule", "row", "message");
+        Row("DateText, no such day", DateText("yyyyMMdd"), "'20230231' A",
+            "'20230231' non è una data scritta yyyyMMdd");
+        Row("DateText, another format", DateText("dd/MM/yyyy"), "'2023-01-02' A", "non è una data scritta dd/MM/yyyy");
+        Row("Day", Day(), "'domani' A", "'domani' non è una data");
+        Row("Implied, with a point", Implied(2), "'12.5' A", "'12.5' non è un numero intero");
+        Row("NotZero", NotZero(), "'dieci' A", "'dieci' non è un numero");
+        Row("CustomerOf", CustomerOf(), "'C9' A", "nessuna controparte ha il codice cliente 'C9'");
+        Row("PartyOf, of a customer", PartyOf(), "'F7' A", "nessuna controparte ha il codice cliente 'F7'");
+    }
+    /// A value that has not the shape that the rule reads is never read as something else.
+    void refusesShapes() {
+        QFETCH(const Rule, rule);
+        QFETCH(const QString, row);
+        QFETCH(const QString, message);
+        const auto error = ErrorOf<ImportError>([&] { Apply(rule, row); });
+        QVERIFY(error);
+        QVERIFY2(error->Message().contains(message), qPrintable(error->Message()));
+    }
+
+    void logsASupplierThatIsNotThere() {
+        const ovErrors::Row underWay(m_target->Get().Errors, "riga 8");
+        QCOMPARE(TextOf(Apply(KnownSupplier(), "'F9' A")), LeftOut);
+        QVERIFY2(QString::fromLatin1(m_target->Log()).contains("FORNITORE NON TROVATO: riga 8: 'F9'"),
+                 m_target->Log().constData());
     }
 
     /// Of a number of which only the beginning counts, the rest does not get lost silently.
@@ -224,6 +253,38 @@ private:
         Row("Today", Today(), "'x' A", "2024-03-05");
         Row("MomentOrNow, blank", MomentOrNow(), "'' A", "2024-03-05 10:20:30");
         Row("MomentOrNow", MomentOrNow(), "'20200101 08:00:00' A", "20200101 08:00:00");
+    }
+
+    static void ShapeRows() {
+        Row("FirstNotBlank", FirstNotBlank(First(2)), "' ' A, 'abc' B, 'x' C", "ab");
+        Row("FirstNotBlank, none", FirstNotBlank(NotBlank(Text())), "NULL A, '' B", LeftOut);
+        Row("DateText", DateText("yyyyMMdd"), "'20230115' A", "2023-01-15");
+        Row("DateText, two digits of a year", DateText("ddMMyy"), "'150149' A", "2049-01-15");
+        Row("DateText, of the last century", DateText("ddMMyy"), "'150187' A", "1987-01-15");
+        Row("DateText, zeros", DateText("yyyyMMdd"), "'00000000' A", Null);
+        Row("DateText, separators alone", DateText("dd/MM/yyyy"), "'  /  /    ' A", Null);
+        Row("Day", Day(), "'20230115' A", "2023-01-15");
+        Row("Day, the one for none", Day(QDate(1900, 1, 1)), "'19000101' A", Null);
+        Row("Day, blank", Day(), "' ' A", Null);
+        Row("Implied", Implied(2), "'0012345' A", "123.45");
+        Row("Implied, negative", Implied(3), "'-1500' A", "-1.5");
+        Row("Implied, blank", Implied(2), "' ' A", Null);
+        Row("NotZero", NotZero(), "'1,5' A", "1.5");
+        Row("NotZero, zero", NotZero(), "'0,00' A", LeftOut);
+        Row("NotZero, blank", NotZero(), "NULL A", LeftOut);
+        Row("Street", Street(), "'Via Roma, 12/a' A", "Via Roma");
+        Row("Street, number in its name", Street(), "'Piazza 4 Novembre' A", "Piazza 4 Novembre");
+        Row("Street, with the mark of the number", Street(), "'Viale Po n. 7' A", "Viale Po");
+        Row("StreetNumber", StreetNumber(), "'Via Roma, 12/a' A", "12/a");
+        Row("StreetNumber, behind a number in the name", StreetNumber(), "'Piazza 4 Novembre 12' A", "12");
+        Row("StreetNumber, none", StreetNumber(), "'Loc. Fornace' A", LeftOut);
+        Row("Unit, known to Quadrix", Unit("tab", "col", "NR"), "'PZ' A", "PZ");
+        Row("Unit, translated", Unit("tab", "col", "NR"), "'a' A", "X1");
+        Row("Unit, blank", Unit("tab", "col", "NR"), "'' A", "NR");
+        Row("Work, not translated", Work("tab", "col"), "'taglio' A", "taglio");
+        Row("ArticleCode, case of keys", ArticleCode("tab", "col"), "'ab-1' A", "AB-1");
+        Row("ArticleCode, blank", ArticleCode("tab", "col"), "' ' A", LeftOut);
+        Row("SupplierOf", SupplierOf(), "'F7' A", "000007");
     }
 
     std::unique_ptr<TestTarget> m_target;

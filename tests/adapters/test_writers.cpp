@@ -234,9 +234,9 @@ private slots:
                 }
             }
         }
-        RemoveImportedDocuments(target.Run, false);
+        Empty(target.Run, false, DocumentEmptying());
         QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_VER"), QString("4"));
-        RemoveImportedDocuments(target.Run, true);
+        Empty(target.Run, true, DocumentEmptying());
         for (const Family* family : {&Sales, &Purchases, &WorkAccount}) {
             QCOMPARE(target.Rows("SELECT USINS FROM X01_" + family->head), QStringList{"ANNA"});
             QCOMPARE(target.Rows("SELECT IDTES FROM X01_" + family->row), QStringList({"2", "2"}));

@@ -294,7 +294,7 @@ private slots:
         FakeOrigin fake;
         fake.Database = target.Folder.filePath("origine.db");
         WriteFile(fake.Database, {});
-        fake.Add(Button::Cli, "ImportControparti");
+        fake.Add(Button::Cli, "ImportControparti").empties = contract::Truncated({"CON_TRO", "NUM_TEL"});
         target.Get().Config.SetAppConfig("IMPORT", "Password", "segreta");
         target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
         target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000002')");

@@ -1,5 +1,6 @@
 #include "adapters/contract/map/lookups.h"
 
+#include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/ImportRun.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "core/modImport.h"
@@ -76,6 +77,20 @@ QString CurrencyOf(Session& session, const QString& table, const QString& field,
     return code.isEmpty() ? schema::defaults::Currency
                           : CodeOrDefault(session, QStringLiteral("VALUTA NON TROVATA"), table, field, code,
                                           QStringLiteral("TAB_VAL"), schema::defaults::Currency);
+}
+
+QString ArticleCodeOf(Session& session, const QString& table, const QString& field, const QString& code) {
+    const int size = schema::FindTable("ART_ICO")->FindColumn("CDART")->size;
+    const QString known = modImport::GetNewCode(session, table, field, code, false);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    if (code.size() > size) {
+        modImport::LogNote(
+            session,
+            QStringLiteral("CODICE ARTICOLO RIDOTTO: '%1' tagliato a %2 caratteri").arg(code, QString::number(size)));
+    }
+    return modImport::FormatKeyField(session, FirstOf(code, size));
 }
 
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,

@@ -36,6 +36,10 @@ QString VatCodeOf(Session& session, const QString& table, const QString& field, 
 /// euro; the code is recorded in SYS_IMP then, and the log names it with the row under way. The euro for a blank one.
 QString CurrencyOf(Session& session, const QString& table, const QString& field, const QString& code);
 
+/// CDART of an article of the source: translated through SYS_IMP, else the code itself in the case of key fields; one
+/// of more than 50 characters is cut, and logged.
+QString ArticleCodeOf(Session& session, const QString& table, const QString& field, const QString& code);
+
 /// Writes what a code of the source has become into SYS_IMP, in place of what stands there, so that later lookups find
 /// it.
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,

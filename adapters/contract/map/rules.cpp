@@ -11,6 +11,9 @@
 namespace contract {
 
 QString RuleInput::Text() const {
+    if (found) {
+        return *found;
+    }
     QStringList texts;
     for (const QString& column : columns) {
         if (const QString text = row.Text(column); !text.isEmpty()) {
@@ -105,7 +108,8 @@ Rule Only(const QString& words, std::function<bool(const RuleInput&)> condition,
     return {rule.text.isEmpty() ? words : rule.text + QStringLiteral("; ") + words,
             [condition = std::move(condition), apply = rule.apply](const RuleInput& input) {
                 return condition(input) ? apply(input) : RuleValue();
-            }};
+            },
+            rule.side, rule.reads};
 }
 
 /// Whether a text is numbers joined with "+".
@@ -240,10 +244,12 @@ Rule Discount(int position) {
 }
 
 Rule Not(const Rule& rule) {
-    return {QStringLiteral("not: ") + rule.text, [apply = rule.apply](const RuleInput& input) -> RuleValue {
+    return {QStringLiteral("not: ") + rule.text,
+            [apply = rule.apply](const RuleInput& input) -> RuleValue {
                 const RuleValue value = apply(input);
                 return value ? RuleValue(!mod_ovTools::ToBoolean(*value)) : value;
-            }};
+            },
+            rule.side, rule.reads};
 }
 
 Rule Is(const QString& text) {
@@ -308,6 +314,10 @@ Rule IsCustomer() {
 
 Rule IsSupplier() {
     return {"true for a supplier", [](const RuleInput& input) { return RuleValue(input.facts.roles.supplier); }};
+}
+
+Rule IsCarrier() {
+    return {"true for a carrier", [](const RuleInput& input) { return RuleValue(input.facts.roles.carrier); }};
 }
 
 Rule Translated(const QString& table, const QString& field) {
@@ -387,7 +397,8 @@ Rule Exemption(const Rule& vatCode) {
                 const QVariant rate =
                     code ? input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code->toString(), "IVALI") : QVariant();
                 return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : code;
-            }};
+            },
+            vatCode.side, vatCode.reads};
 }
 
 Rule ExemptVat(const QString& table, const QString& field) {
@@ -419,7 +430,8 @@ Rule Or(const Rule& rule, const QVariant& otherwise) {
             [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
                 RuleValue value = apply(input);
                 return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);
-            }};
+            },
+            rule.side, rule.reads};
 }
 
 Rule NotBlank(const Rule& rule) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/map/TableNeed.h"
 #include "adapters/contract/run/SourceRow.h"
 #include "core/amounts.h"
 #include "core/Session.h"
@@ -8,10 +9,11 @@
 
 namespace contract {
 
-/// What a counterparty is in the source: one of the two, or both.
+/// What a counterparty is in the source: one of them, or several.
 struct Roles {
     bool customer = false;
     bool supplier = false;
+    bool carrier = false;
 };
 
 /// The roles of a source that keeps customers and suppliers apart.
@@ -29,11 +31,13 @@ struct RuleInput {
     const SourceRow& row;
     const QStringList& columns; ///< source columns of the mapping line
     const Facts& facts;
+    /// What a rule around this one has found in place of what the source columns hold.
+    std::optional<QString> found = {};
 
     /// The texts of the source columns, without surrounding blanks, joined with one blank; empty ones are left out.
     QString Text() const;
     /// The value of the first source column, as read.
-    QVariant Value() const { return row.Value(columns.first()); }
+    QVariant Value() const { return found ? QVariant(*found) : row.Value(columns.first()); }
 };
 
 /// Value of a target column; none leaves the column out.
@@ -47,6 +51,7 @@ struct Rule {
     QString text; ///< what it does, in a few words
     std::function<RuleValue(const RuleInput&)> apply;
     Side side = Side::Both;
+    std::vector<TableNeed> reads = {}; ///< of the source, beyond the row under way
 };
 
 /// The rules of the mapping tables. Texts come without surrounding blanks.
@@ -81,6 +86,23 @@ Rule FirstNotZero();
 /// Mark-up in percent of a price (first source column) over a cost (the first other column that is not zero), rounded
 /// to 2 decimals; 0 without a cost.
 Rule MarkUp();
+/// The first of the source columns that is not blank, by another rule.
+Rule FirstNotBlank(const Rule& rule);
+/// The day that a text of a format tells, such as "yyyyMMdd" or "dd/MM/yyyy"; Null when it is blank or all zeros.
+/// Raises `ImportError` for any other text.
+Rule DateText(const QString& format);
+/// The date as read; Null when it is blank or the day that stands for none in the source. Raises `ImportError` when it
+/// is no date.
+Rule Day(const QDate& none = {});
+/// A number without its point: with 2 decimals "12345" gives 123.45; blank is Null. Raises `ImportError` when it is no
+/// whole number.
+Rule Implied(int decimals);
+/// A number other than zero, rounded to 6 decimals; zero and blank are left out. Raises `ImportError` when it is none.
+Rule NotZero();
+/// A street without its number, and the number alone, left out where there is none: "Via Roma, 12/a" is "Via Roma" and
+/// "12/a". Only what stands behind the last comma or blank and begins with a digit is a number.
+Rule Street();
+Rule StreetNumber();
 /// The code assigned to the row, " - " and the text; the first n characters of it all.
 Rule CodeAndText(int count);
 /// A number times a factor, rounded to 6 decimals; blank is Null. Raises `ImportError` when it is no number.
@@ -110,6 +132,8 @@ Rule Code();
 Rule IsCustomer();
 /// Whether the row is a supplier.
 Rule IsSupplier();
+/// Whether the row is a carrier.
+Rule IsCarrier();
 /// The Quadrix code of SYS_IMP (a missing one is recorded there); left out when there is none.
 Rule Translated(const QString& table, const QString& field);
 /// As `Translated`; `blank` when the text is blank.
@@ -118,6 +142,24 @@ Rule TranslatedOr(const QString& table, const QString& field, const QString& bla
 Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank);
 /// As `Translated`; without a Quadrix code the text itself when a Quadrix table has it as its code.
 Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable);
+/// The code of a unit: translated through SYS_IMP, else as it is when TAB_UMS has it, else recorded, and the text in
+/// upper case; `blank` when the text is blank.
+Rule Unit(const QString& table, const QString& field, const QString& blank);
+/// The code of a work: translated through SYS_IMP, missing ones recorded, else the text itself.
+Rule Work(const QString& table, const QString& field);
+/// CDART of an article of the source, as `ArticleCodeOf` finds it, whether it is there or not; left out when blank.
+Rule ArticleCode(const QString& table, const QString& field);
+/// CDCON of the customer (supplier) that was imported from the code; left out when blank. Raises `ImportError` when
+/// there is none.
+Rule CustomerOf();
+Rule SupplierOf();
+/// The one of the two that the roles of the row ask for: of a document those of its family.
+Rule PartyOf();
+/// As `SupplierOf`; one that is not there is logged, and left out.
+Rule KnownSupplier();
+/// Another table of the source by an id: the text of one of its columns in the row that has the id, by another rule.
+/// A blank id or 0 names none, and one that is not there is logged: the rule then gets a blank text.
+Rule Via(const QString& table, const QString& idColumn, const QString& column, const Rule& rule);
 /// One column of the row of a Quadrix table whose key column has the text as its value; left out when there is none.
 Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column);
 /// A VAT code, as `VatCodeOf` finds it; the ordinary rate when the text is blank.

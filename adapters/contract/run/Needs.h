@@ -4,14 +4,6 @@
 
 namespace contract {
 
-/// A table and the columns of it that a procedure uses.
-struct TableNeed {
-    QString table; ///< of the source by its logical name; of the target the bare name
-    QStringList columns;
-    QStringList optional = {}; ///< of the source: read, but the procedure works without them
-    bool isWritten = false;    ///< rows of it are inserted, changed and deleted; else they are only looked up
-};
-
 /// What a procedure reads and writes: its mappings and what it touches beyond them. A column of the source that a
 /// mapping reads is optional unless it feeds a column that the target's rows cannot do without
 /// (`schema::Table::Needs`); one that is necessary in one place is so everywhere.

@@ -1,10 +1,48 @@
 #include "adapters/contract/run/Origin.h"
 
+#include <algorithm>
+
 namespace contract {
 
 namespace {
 const QStringList Names{"cli", "art", "dis", "doc", "acq", "saldi", "piano", "disegni"};
+Shown ShownOf(char mark) {
+    switch (mark) {
+    case 'Y':
+        return Shown::Yes;
+    case '-':
+        return Shown::Keep;
+    default:
+        return Shown::No;
+    }
+}
+
 } // namespace
+
+ButtonRows Buttons(const char* marks, const std::vector<Caption>& captions) {
+    ButtonRows rows;
+    for (size_t button = 0; button < rows.size(); ++button) {
+        rows[button].shown = ShownOf(marks[button]);
+    }
+    for (const Caption& caption : captions) {
+        rows[static_cast<size_t>(caption.button)].caption = QString::fromUtf8(caption.text);
+    }
+    return rows;
+}
+
+std::vector<AnswerNeed> AnswersNeeded(const Origin& origin, const std::vector<const Procedure*>& procedures) {
+    const bool opens =
+        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->opensSource; });
+    std::vector<AnswerNeed> needed = opens ? origin.source.asks : std::vector<AnswerNeed>();
+    for (const Procedure* procedure : procedures) {
+        needed.insert(needed.end(), procedure->asks.begin(), procedure->asks.end());
+    }
+    return needed;
+}
+
+std::vector<RowsToDelete> DeletedByReset(Session& session, const Procedure& procedure) {
+    return procedure.asksReset ? RowsOf(session, procedure.empties) : std::vector<RowsToDelete>();
+}
 
 QString ButtonName(Button button) { return Names.at(static_cast<int>(button)); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/Needs.h"
 #include "core/Session.h"
 
@@ -28,6 +29,25 @@ struct ButtonRow {
 
 using ButtonRows = std::array<ButtonRow, ButtonCount>;
 
+/// A button's caption in an origin's row.
+struct Caption {
+    Button button;
+    const char* text;
+};
+
+/// The row of buttons of an origin.
+/// @param marks one character for each button, in their order: "Y" shown, "N" hidden, "-" left as it was, "?" hidden
+/// until the origin has a procedure behind it @param captions of the buttons that have one of their own
+ButtonRows Buttons(const char* marks, const std::vector<Caption>& captions = {});
+
+enum class AnswerKind { YesNo, Text };
+
+/// A question that a person must answer.
+struct AnswerNeed {
+    QString question;
+    AnswerKind kind = AnswerKind::YesNo;
+};
+
 /// An import procedure, reached by module and name.
 struct Procedure {
     std::optional<Button> button; ///< none: no button calls it, it is reached by its name alone
@@ -36,6 +56,9 @@ struct Procedure {
     std::function<void(Session&, const QString& singleCode, bool reset)> run;
     /// What it reads and writes: for the check before a run and for its mapping page.
     Needs needs;
+    Emptying empties = {}; ///< what a reset deletes
+    /// What it asks behind the confirmation and the question about the reset, in its order.
+    std::vector<AnswerNeed> asks = {};
     QString confirmation = {}; ///< question that the button starts with; empty for the usual one of the button
     bool opensSource = true;   ///< whether the origin's source is opened for it
     bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
@@ -47,6 +70,8 @@ struct SourceSpec {
     QString kind; ///< for the lists: "FoxPro", "SQL Server", "CSV" ...
     /// Fills the connection's parameters from settings and questions; false when the operator gave up.
     std::function<bool(Session&, ovConnection& source)> prepare;
+    /// What it asks for that, in its order; the choice of a file is not among it.
+    std::vector<AnswerNeed> asks = {};
 };
 
 /// One line of the origin list.
@@ -63,6 +88,13 @@ struct Origin {
     /// is the default button); false for "Resettare prima di importare?".
     bool deletesAllCounterparties = false;
 };
+
+/// What is asked behind the confirmation and the question about the reset, in the order in which it is asked: by the
+/// opening of the origin's source, where a procedure opens it, and by each procedure. Who cannot ask knows from it
+/// before anything is deleted. The choice of a file, which comes before all that is written, is not among it.
+std::vector<AnswerNeed> AnswersNeeded(const Origin& origin, const std::vector<const Procedure*>& procedures);
+/// What a procedure deletes, in its order, when the operator wants a reset before it; empty for one that never does.
+std::vector<RowsToDelete> DeletedByReset(Session& session, const Procedure& procedure);
 
 /// Short name of a button on the command line: "cli", "art", "dis", "doc", "acq", "saldi", "piano", "disegni".
 QString ButtonName(Button button);

@@ -20,16 +20,16 @@ const QString CodeColumn = QStringLiteral("CDART");
 std::vector<TableNeed> ArticleNeeds() {
     return {{Art, {CodeColumn, "ARANN", "ARINV"}},
             {"ART_FOR", {CodeColumn, "CDCON", "ARPRZ", "AFABI", "AFGGR", "AFLOR", "AFQTR"}},
+            {"ART_COD", {CodeColumn, "CDCOD", "COTIP", "COTPC", "COCON"}},
             {"STO_COS", {CodeColumn, "STDAT", "STCOS", "STSC1", "STNOT"}},
             {"STO_PRZ", {CodeColumn, "STDAT", "STPRZ", "STSC1", "STNOT"}}};
 }
 
-void EmptyArticles(ImportRun& run, bool reset) {
-    run.Truncate(reset, {Art, "STO_COS", "STO_PRZ", "ART_FOR", "ART_COD", "ART_SAL", "UBI_MAG", "UBI_ART", "LIS_LAS",
-                         "LIS_LAV"});
-    if (reset) {
-        run.Delete("SYS_LNG", QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") + run.Quoted(run.FullName(Art)));
-    }
+Emptying ArticleEmptying() {
+    const Emptied texts{.table = "SYS_LNG", .way = Emptied::Way::Delete, .where = "LNTBL = '{ART_ICO}'"};
+    return Truncated({Art, "STO_COS", "STO_PRZ", "ART_FOR", "ART_COD", "ART_SAL", "UBI_MAG", "UBI_ART", "LIS_LAS",
+                      "LIS_LAV"}) +
+           Emptying{texts};
 }
 
 bool IsImported(ImportRun& run, const QString& article, const QString& rowName) {
@@ -45,25 +45,10 @@ std::vector<TableNeed> LocationNeeds() {
     return {{"UBI_MAG", {"CDMAG", "CDUBI", "UBDES"}}, {"UBI_ART", {CodeColumn, "CDUBI", "UAMAG", "UADEF"}}};
 }
 
-void EmptyLocations(ImportRun& run, bool reset) {
-    for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
-        if (reset) {
-            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
-        }
-    }
-}
+Emptying LocationEmptying() { return Deleted({"UBI_ART", "UBI_MAG"}); }
 
 QString ArticleWriter::CodeOf(const QString& table, const QString& field, const QString& sourceCode) const {
-    const int size = schema::FindTable(Art)->FindColumn(CodeColumn)->size;
-    const QString known = modImport::GetNewCode(m_run.GetSession(), table, field, sourceCode, false);
-    if (!known.isEmpty()) {
-        return known;
-    }
-    if (sourceCode.size() > size) {
-        m_run.Log(QStringLiteral("CODICE ARTICOLO RIDOTTO: '%1' tagliato a %2 caratteri")
-                      .arg(sourceCode, QString::number(size)));
-    }
-    return modImport::FormatKeyField(m_run.GetSession(), FirstOf(sourceCode, size));
+    return ArticleCodeOf(m_run.GetSession(), table, field, sourceCode);
 }
 
 RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 namespace contract {
@@ -7,8 +8,8 @@ namespace contract {
 /// What the writer below writes.
 std::vector<TableNeed> ArticleNeeds();
 
-/// Empties the article tables and the texts of their languages, when the operator asked for it.
-void EmptyArticles(ImportRun& run, bool reset);
+/// What a reset of the articles empties: their tables and the texts of their languages.
+Emptying ArticleEmptying();
 
 /// Why a source row is left out whose article is not there.
 inline const QString ArticleMissing = QStringLiteral("articolo non trovato");
@@ -20,8 +21,8 @@ bool IsImported(ImportRun& run, const QString& article, const QString& rowName =
 /// What `ArticleWriter::Location` writes.
 std::vector<TableNeed> LocationNeeds();
 
-/// Empties the tables of the locations, when the operator asked for it.
-void EmptyLocations(ImportRun& run, bool reset);
+/// What a reset of the locations empties.
+Emptying LocationEmptying();
 
 /// A line of the cost or price history of an article.
 struct HistoryLine {

@@ -54,11 +54,8 @@ std::vector<TableNeed> AttachmentNeeds() {
     return {{Table, {"ATTBL", "ATKEY", "ATNAM", "ATDES", "ATLNK", "ATTYP", "ATSIZ", "ATDAT", "ATREV"}}};
 }
 
-void RemoveImportedAttachments(ImportRun& run, const QString& table, bool reset) {
-    if (reset) {
-        run.Delete(Table, QStringLiteral("DELETE SYS_ATT WHERE ATTBL = %1 AND USINS = %2")
-                              .arg(run.Quoted(table), run.Quoted("SYSTEM_IMPORT")));
-    }
+Emptying AttachmentEmptying(const QString& table) {
+    return DeletedImports(Table, QStringLiteral("ATTBL = '%1'").arg(table));
 }
 
 QString PathIn(const QString& folder, const QString& name) {

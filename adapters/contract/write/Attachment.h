@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 namespace contract {
@@ -7,9 +8,9 @@ namespace contract {
 /// What the writer below writes.
 std::vector<TableNeed> AttachmentNeeds();
 
-/// Removes the attachments of a table (bare name) that an import wrote, when the operator asked for it. Those attached
-/// by hand stay.
-void RemoveImportedAttachments(ImportRun& run, const QString& table, bool reset);
+/// What a reset of the attachments of a table (bare name) deletes: those that an import wrote. Those attached by hand
+/// stay.
+Emptying AttachmentEmptying(const QString& table);
 
 /// A file that belongs to a record.
 struct AttachedFile {

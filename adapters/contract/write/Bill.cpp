@@ -26,20 +26,15 @@ void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
 
 std::vector<TableNeed> BillNeeds() {
     return {
-        {"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "IDOLD"}},
-        {"DIS_FAS", {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT"}},
+        {"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "DBNOT", "IDOLD"}},
+        {"DIS_FAS",
+         {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT", "DLFOR"}},
         {"DIS_COM",
          {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
         {"ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"}}};
 }
 
-void EmptyBills(ImportRun& run, bool reset) {
-    for (const QString& table : {QStringLiteral("DIS_BAS"), QStringLiteral("DIS_COM"), QStringLiteral("DIS_FAS")}) {
-        if (reset) {
-            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
-        }
-    }
-}
+Emptying BillEmptying() { return Deleted({"DIS_BAS", "DIS_COM", "DIS_FAS"}); }
 
 bool BillWriter::HasArticle(const QString& article) const {
     return IsThere(m_run.GetSession(), "ART_ICO", "CDART", article);
@@ -198,6 +193,17 @@ void BillWriter::LogCycles() {
     });
 }
 
+void BillWriter::TellMissing(const QString& singleCode) const {
+    m_run.GetSession().Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
+}
+
+QString BillWriter::Completion(QString text) const {
+    text.replace("%1", QString::number(Bills()));
+    text.replace("%2", QString::number(Phases()));
+    text.replace("%3", QString::number(Components()));
+    return text;
+}
+
 void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,
                  const std::function<RowOutcome(BillWriter&, const SourceRow&)>& bill) {
     BillWriter writer(run);
@@ -210,15 +216,11 @@ void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& si
         return;
     }
     if (run.IsSingle() && !found) {
-        run.GetSession().Person.Message("Impossibile trovare la Distinta Base " + singleCode, Icon::Exclamation);
+        writer.TellMissing(singleCode);
         return;
     }
     writer.LinkSubAssemblies();
-    QString message = completion;
-    message.replace("%1", QString::number(writer.Bills()));
-    message.replace("%2", QString::number(writer.Phases()));
-    message.replace("%3", QString::number(writer.Components()));
-    run.Complete(message);
+    run.Complete(writer.Completion(completion));
 }
 
 } // namespace contract

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 namespace contract {
@@ -7,8 +8,8 @@ namespace contract {
 /// What the writer below writes.
 std::vector<TableNeed> BillNeeds();
 
-/// Empties the tables of the bills, when the operator asked for it.
-void EmptyBills(ImportRun& run, bool reset);
+/// What a reset of the bills empties.
+Emptying BillEmptying();
 
 /// A phase of a bill. Without an own number the phases count by tens.
 struct Phase {
@@ -68,6 +69,11 @@ public:
     /// others have no link. A bill that contains itself, over any number of levels, is logged with its path: it cannot
     /// be unfolded.
     void LinkSubAssemblies();
+
+    /// Tells that the single bill that is wanted is not there.
+    void TellMissing(const QString& singleCode) const;
+    /// The completion message: a text in which %1 bills, %2 phases and %3 components may stand.
+    QString Completion(QString text) const;
 
     // Bills, phases and components of the run, for the completion message.
     qint64 Bills() const { return m_run.WrittenRows("DIS_BAS"); }

@@ -47,15 +47,12 @@ std::vector<TableNeed> CounterpartyNeeds() {
             {"IND_WEB", {name, key, "WBTIP", "WBDES", "WBIND"}}};
 }
 
-const QStringList& CounterpartyTables() {
-    static const QStringList tables{"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"};
-    return tables;
-}
+Emptying CounterpartyEmptying() { return Truncated({"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"}); }
 
 QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
 
 QStringList NumberColumns::Names() const {
-    QStringList names{office, office2, fax, mobile, mail, web};
+    QStringList names{office, office2, fax, mobile, mail, web, home};
     names.removeAll(QString());
     return names;
 }
@@ -68,15 +65,7 @@ CounterpartyMapping::CounterpartyMapping(Mapping whole)
 RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
                                      const Roles& roles, const std::function<void(TargetRow&)>& more) const {
     TargetRow target(m_run, QStringLiteral("CON_TRO"));
-    const auto apply = [&](const Mapping& one) { one.Apply(target, m_run.GetSession(), row, {place.code, roles}); };
-    if (!place.known) {
-        apply(mapping.Whole());
-    }
-    for (const bool customer : {true, false}) {
-        if (place.known && (customer ? roles.customer : roles.supplier)) {
-            apply(mapping.Role(customer));
-        }
-    }
+    Apply(mapping, row, place, roles, target);
     if (more) {
         more(target);
     }
@@ -86,6 +75,19 @@ RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const S
     }
     target.Insert();
     return RowOutcome::Inserted;
+}
+
+void CounterpartyWriter::Apply(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
+                               const Roles& roles, TargetRow& target) const {
+    const auto apply = [&](const Mapping& one) { one.Apply(target, m_run.GetSession(), row, {place.code, roles}); };
+    if (!place.known) {
+        apply(mapping.Whole());
+    }
+    for (const bool customer : {true, false}) {
+        if (place.known && (customer ? roles.customer : roles.supplier)) {
+            apply(mapping.Role(customer));
+        }
+    }
 }
 
 TargetRow CounterpartyWriter::NewRow(const QString& table) const {
@@ -120,6 +122,7 @@ void CounterpartyWriter::Numbers(const Owner& owner, const SourceRow& row, const
     Telephone(owner, QStringLiteral("Ufficio 2"), text(columns.office2));
     Telephone(owner, QStringLiteral("Fax (uff.)"), text(columns.fax));
     Telephone(owner, QStringLiteral("Cellulare"), text(columns.mobile));
+    Telephone(owner, QStringLiteral("Abitazione"), text(columns.home));
     Mail(owner, QStringLiteral("@ Principale"), text(columns.mail));
     WebSite(owner, text(columns.web));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/write/CounterpartyRegister.h"
 
 namespace contract {
@@ -17,20 +18,21 @@ inline Owner OwnerOf(const Placement& place) { return {QStringLiteral("CON_TRO")
 /// What the writer below writes, and what the register reads.
 std::vector<TableNeed> CounterpartyNeeds();
 
-/// The tables of counterparties, in the order in which a reset empties them.
-const QStringList& CounterpartyTables();
+/// What a reset of the counterparties empties.
+Emptying CounterpartyEmptying();
 
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
 QString WithoutSeparators(QString text);
 
 /// Source columns of the numbers and addresses of a counterparty; an empty one the source does not have.
 struct NumberColumns {
-    QString office;
-    QString office2;
-    QString fax;
-    QString mobile;
-    QString mail;
-    QString web;
+    QString office = {};
+    QString office2 = {};
+    QString fax = {};
+    QString mobile = {};
+    QString mail = {};
+    QString web = {};
+    QString home = {};
 
     /// Those that the source has.
     QStringList Names() const;
@@ -67,6 +69,10 @@ public:
     /// @param more sets what the mapping cannot tell, after it
     RowOutcome Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
                      const Roles& roles, const std::function<void(TargetRow&)>& more = {}) const;
+
+    /// Applies a further mapping of a counterparty: whole for a new one, else its roles' columns.
+    void Apply(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place, const Roles& roles,
+               TargetRow& target) const;
 
     // What hangs on an owner that was there before is written unless it hangs there already.
 

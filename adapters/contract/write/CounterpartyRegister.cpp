@@ -128,22 +128,22 @@ std::optional<CounterpartyRegister::Party> CounterpartyRegister::Find(const QStr
 
 bool CounterpartyRegister::Exists(const QString& code) const { return Find(code).has_value(); }
 
-QString CounterpartyRegister::FindByIdentity(const QString& vatNumber, const QString& taxCode) const {
+QString FindByIdentity(Session& session, const QString& vatNumber, const QString& taxCode) {
     const QString vat = Identifying(vatNumber);
     const QString tax = Identifying(taxCode);
     if (vat.isEmpty() && tax.isEmpty()) {
         return {};
     }
     const QString condition =
-        vat.isEmpty() ? QStringLiteral("COFIS = ") + m_run.Quoted(tax) : QStringLiteral("COIVA = ") + m_run.Quoted(vat);
-    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT CDCON FROM ") +
-                                                                m_run.FullName(QStringLiteral("CON_TRO")) +
-                                                                QStringLiteral(" WHERE ") + condition);
+        vat.isEmpty() ? Equals(session, QStringLiteral("COFIS"), tax) : Equals(session, QStringLiteral("COIVA"), vat);
+    const Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT CDCON FROM ") +
+                                                     session.Quadrix.GetFullTableName(QStringLiteral("CON_TRO")) +
+                                                     QStringLiteral(" WHERE ") + condition);
     return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
 }
 
 QString CounterpartyRegister::FindSame(const SourceIdentity& source) const {
-    const QString code = FindByIdentity(source.vatNumber, source.taxCode);
+    const QString code = FindByIdentity(m_run.GetSession(), source.vatNumber, source.taxCode);
     if (!code.isEmpty()) {
         TellMerge(source, code);
     }

@@ -28,6 +28,10 @@ enum class TakenCode {
     Next,   ///< it takes the next free code
 };
 
+/// CDCON of the counterparty with that VAT number or, only when there is none, with that tax code; empty when there is
+/// none. A number of one repeated character identifies nobody: it is as if it were blank. Raises `SqlError`.
+QString FindByIdentity(Session& session, const QString& vatNumber, const QString& taxCode);
+
 /// The counterparties of the company: finds those that a source row means and numbers new ones.
 /// Every operation raises `SqlError`, `RowGivenUp` or `ImportError`.
 class CounterpartyRegister {
@@ -36,10 +40,7 @@ public:
     /// nothing; a setting that is neither "aggiorna" nor "nuovo" raises `ImportError`
     explicit CounterpartyRegister(ImportRun& run, TakenCode usual = TakenCode::Next);
 
-    /// CDCON of the counterparty with that VAT number or, only when there is none, with that tax code; empty when there
-    /// is none. A number of one repeated character identifies nobody: it is as if it were blank.
-    QString FindByIdentity(const QString& vatNumber, const QString& taxCode) const;
-    /// The same for the counterparty of a source row; the log tells of the two that become one.
+    /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
     /// Logs that the counterparty of a source row and the one with a code become one, unless that was made from the
     /// row.

@@ -54,61 +54,59 @@ std::vector<TableNeed> DocumentNeeds(const Family& family) {
         {family.dueDate, {"IDTES"}, {}, true}};
 }
 
-TriggersOff::TriggersOff(ImportRun& run)
+TriggersOff::TriggersOff(ImportRun& run, const QStringList& further)
     : m_run(run) {
-    ovConnection& target = m_run.GetSession().Quadrix;
     try {
-        for (const Family* family : Families) {
-            const QString table = m_run.FullName(family->row);
-            if (!target.SeesTriggers(table)) {
-                m_run.Log(
-                    QStringLiteral("TRIGGER NON VISIBILI: tabella '%1', all'utente manca il diritto TRIGGER; se ne "
-                                   "ha, restano attivi durante l'importazione")
-                        .arg(table));
-            }
-            target.AlterTriggersStatus(table, false);
+        for (const QString& table : QStringList{Sales.row, Purchases.row, WorkAccount.row} + further) {
+            SwitchOff(table);
         }
     } catch (...) {
-        SwitchOn();
+        SwitchAllOn();
         throw;
     }
-    m_run.BeforeCompletion([this] { SwitchOn(); });
+    m_run.BeforeCompletion([this] { SwitchAllOn(); });
+}
+
+void TriggersOff::SwitchOff(const QString& table) {
+    ovConnection& target = m_run.GetSession().Quadrix;
+    const QString name = m_run.FullName(table);
+    if (!target.SeesTriggers(name)) {
+        m_run.Log(QStringLiteral("TRIGGER NON VISIBILI: tabella '%1', all'utente manca il diritto TRIGGER; se ne ha, "
+                                 "restano attivi durante l'importazione")
+                      .arg(name));
+    }
+    m_off.append(table);
+    target.AlterTriggersStatus(name, false);
 }
 
 TriggersOff::~TriggersOff() {
     m_run.BeforeCompletion({});
-    SwitchOn();
+    SwitchAllOn();
 }
 
-void TriggersOff::SwitchOn() noexcept {
-    if (m_areOn) {
-        return;
-    }
-    m_areOn = true;
-    for (const Family* family : Families) {
-        m_run.SwitchTriggersOn(family->row);
+void TriggersOff::SwitchOn(const QString& table) {
+    m_run.GetSession().Quadrix.AlterTriggersStatus(m_run.FullName(table), true);
+    m_off.removeAll(table);
+}
+
+void TriggersOff::SwitchAllOn() noexcept {
+    for (const QString& table : std::exchange(m_off, {})) {
+        m_run.SwitchTriggersOn(table);
     }
 }
 
-void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes) {
-    if (!reset) {
-        return;
-    }
+Emptying DocumentEmptying(const QStringList& causes) {
     QStringList quoted;
-    for (const QString& cause : causes) {
-        quoted.append(run.Quoted(cause));
+    for (QString cause : causes) {
+        quoted.append(u'\'' + cause.replace(u'\'', QLatin1String("''")) + u'\'');
     }
-    const QString ofCauses = quoted.isEmpty() ? QString() : QString(" AND DTCAU IN (" + quoted.join(u',') + u')');
+    const QString ofCauses = quoted.isEmpty() ? QString() : QString("DTCAU IN (" + quoted.join(u',') + u')');
+    Emptying emptying;
     for (const Family* family : Families) {
-        const QString heads = run.FullName(family->head);
-        run.Delete(heads, QStringLiteral("DELETE FROM %1 WHERE USINS = %2").arg(heads, run.Quoted("SYSTEM_IMPORT")) +
-                              ofCauses);
-        for (const QString& children : {family->row, family->dueDate}) {
-            run.Delete(run.FullName(children),
-                       QStringLiteral("DELETE FROM %1 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %2)")
-                           .arg(run.FullName(children), heads));
-        }
+        emptying = emptying + DeletedImports(family->head, ofCauses) +
+                   DeletedOrphans({family->row, family->dueDate}, "IDTES", family->head);
     }
+    return emptying;
 }
 
 DocumentSettings ReadDocumentSettings(Session& session) {

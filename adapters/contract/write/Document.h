@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 #include <QSet>
@@ -21,25 +22,30 @@ inline const Family WorkAccount{2, "DOC_CTL", "DOC_CTR", "DOC_CTD"};
 /// What the writer below writes into a family.
 std::vector<TableNeed> DocumentNeeds(const Family& family);
 
-/// The triggers of the document rows of all families, off for the lifetime of the object: switched on again also after
-/// an error or a cancel. Raises `SqlError` when they cannot be switched off.
+/// The triggers of the document rows of all families, and of further tables, off for the lifetime of the object:
+/// switched on again also after an error or a cancel. Raises `SqlError` when they cannot be switched off.
 class TriggersOff {
 public:
-    explicit TriggersOff(ImportRun& run);
+    /// @param further bare names
+    explicit TriggersOff(ImportRun& run, const QStringList& further = {});
     ~TriggersOff();
     TriggersOff(const TriggersOff&) = delete;
     TriggersOff& operator=(const TriggersOff&) = delete;
 
+    /// Switches those of a table on before the end. Raises `SqlError`; they are tried again at the end then.
+    void SwitchOn(const QString& table);
+
 private:
-    void SwitchOn() noexcept;
+    void SwitchOff(const QString& table);
+    void SwitchAllOn() noexcept;
 
     ImportRun& m_run;
-    bool m_areOn = false;
+    QStringList m_off = {}; ///< bare names
 };
 
-/// Removes the documents that an import wrote, with the rows and due dates that are left without a head. Documents
-/// entered by hand stay. @param causes only those of these causes; empty for all
-void RemoveImportedDocuments(ImportRun& run, bool reset, const QStringList& causes = {});
+/// What a reset of the documents deletes: those that an import wrote, with the rows and due dates that are left without
+/// a head. Documents entered by hand stay. @param causes only those of these causes; empty for all
+Emptying DocumentEmptying(const QStringList& causes = {});
 
 /// What the settings say to every document import.
 struct DocumentSettings {

@@ -13,11 +13,8 @@ const QString Table = QStringLiteral("FLD_VAL");
 
 std::vector<TableNeed> FreeAttributeNeeds() { return {{Table, {"FLTAB", "FLKEY", "FLFLD", "FLVAL", "FLDEF"}}}; }
 
-void EmptyFreeAttributes(ImportRun& run, const QString& table, bool reset) {
-    if (reset) {
-        run.Delete(run.FullName(Table), QStringLiteral("DELETE ") + run.FullName(Table) +
-                                            QStringLiteral(" WHERE FLTAB = ") + run.Quoted(table));
-    }
+Emptying FreeAttributeEmptying(const QString& table) {
+    return {{.table = Table, .way = Emptied::Way::Delete, .where = QStringLiteral("FLTAB = '%1'").arg(table)}};
 }
 
 void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 namespace contract {
@@ -7,8 +8,8 @@ namespace contract {
 /// What the writer below writes.
 std::vector<TableNeed> FreeAttributeNeeds();
 
-/// Removes the free attributes of a table (bare name), when the operator asked for it.
-void EmptyFreeAttributes(ImportRun& run, const QString& table, bool reset);
+/// What a reset of the free attributes of a table (bare name) deletes.
+Emptying FreeAttributeEmptying(const QString& table);
 
 /// A value of a record that has no column of its own.
 struct FreeAttribute {

@@ -35,6 +35,8 @@ public:
                    const More& more = {}, qint64* id = nullptr);
     /// Ends the document under way: its totals follow from its rows. Does nothing when there is none.
     void End();
+    /// Forgets the document under way: its rows have been given up.
+    void Drop() { m_state.reset(); }
     /// Documents ended so far.
     int Count() const { return m_count; }
     /// Tells the documents that are no longer in the source: see `DocumentWriter::TellDocumentsLeft`.

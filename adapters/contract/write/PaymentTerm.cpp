@@ -18,14 +18,7 @@ std::vector<TableNeed> InstalmentNeeds() {
     return {{Instalments, {"CDMOP", "NRRAT", "MPTIP", "MPGGF", "MPINI", "MPPER"}}};
 }
 
-void RemoveImportedPaymentTerms(ImportRun& run, bool reset) {
-    for (const QString& table : {Instalments, Terms}) {
-        if (reset) {
-            run.Delete(table, QStringLiteral("DELETE ") + table + QStringLiteral(" WHERE USINS = ") +
-                                  run.Quoted("SYSTEM_IMPORT"));
-        }
-    }
-}
+Emptying PaymentTermEmptying() { return DeletedImports(Instalments) + DeletedImports(Terms); }
 
 std::vector<double> EqualShares(int count) {
     constexpr double whole = 100;

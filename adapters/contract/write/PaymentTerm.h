@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 namespace contract {
@@ -7,9 +8,9 @@ namespace contract {
 /// What the writer below writes, beside the mapping of TAB_MOP.
 std::vector<TableNeed> InstalmentNeeds();
 
-/// Removes the payment terms that an import wrote, with their instalments, when the operator asked for it: the tables
-/// serve every company.
-void RemoveImportedPaymentTerms(ImportRun& run, bool reset);
+/// What a reset of the payment terms deletes: those that an import wrote, with their instalments, as the tables serve
+/// every company.
+Emptying PaymentTermEmptying();
 
 /// An instalment of a payment term.
 struct Instalment {

@@ -46,9 +46,10 @@ std::vector<TableNeed> WorkListNeeds() {
             {"LIS_LAS", {"IDLSD", "SCQTA", "SCCOS", "SCSCO", "SCSC2", "SCSC3"}}};
 }
 
-void EmptyPriceLists(ImportRun& run, bool reset) { run.Truncate(reset, {"LIS_TES", "LIS_ART", "LIS_ARS"}); }
+Emptying PriceListEmptying() { return Truncated({"LIS_TES", "LIS_ART", "LIS_ARS"}); }
 
-qint64 PriceListWriter::Head(const QString& list, const QString& direction, const QString& description) const {
+qint64 PriceListWriter::Head(const QString& list, const QString& direction, const QString& description,
+                             const QString& currency) const {
     Session& session = m_run.GetSession();
     const qint64 known =
         IdWhere(session, "LIS_TES",
@@ -62,7 +63,7 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
     row.Set("LTTIP", direction);
     row.Set("LTINV", session.UserManager.DataElaborazione);
     row.Set("LTTYP", schema::defaults::PriceListType);
-    row.Set("LTVAL", schema::defaults::Currency);
+    row.Set("LTVAL", currency.isEmpty() ? schema::defaults::Currency : currency);
     row.Insert();
     return m_run.LastId("LIS_TES");
 }

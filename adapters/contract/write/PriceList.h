@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 #include <QSet>
@@ -10,8 +11,8 @@ namespace contract {
 std::vector<TableNeed> PriceListNeeds();
 std::vector<TableNeed> WorkListNeeds();
 
-/// Empties the price-list tables, when the operator asked for it.
-void EmptyPriceLists(ImportRun& run, bool reset);
+/// What a reset of the price lists empties.
+Emptying PriceListEmptying();
 
 /// Days between which a price holds; Null for open.
 struct Validity {
@@ -45,8 +46,9 @@ public:
         : m_run(run) {}
 
     /// Makes sure that the list has its head. @param direction "V" sales or "A" purchases
-    /// @return RECORD_ID of the head
-    qint64 Head(const QString& list, const QString& direction, const QString& description) const;
+    /// @param currency empty: the euro @return RECORD_ID of the head
+    qint64 Head(const QString& list, const QString& direction, const QString& description,
+                const QString& currency = {}) const;
     /// Makes sure that an article is in a list from a day on. @return RECORD_ID of its row
     qint64 Article(const QString& list, const QString& article, const Validity& validity) const;
     /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is

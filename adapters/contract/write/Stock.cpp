@@ -38,13 +38,7 @@ std::vector<TableNeed> StockNeeds() {
          {"MRTES", "MRNUM", "MRART", "MRDES", "MRUMS", "MRQTA", "MRQTI", "MRPRZ", "MRVAL", "MRMAG", "MRTPM", "MRSTA"}}};
 }
 
-void EmptyStock(ImportRun& run, bool reset) {
-    for (const QString& table : {QStringLiteral("ART_MAG"), QStringLiteral("MOV_MAR"), QStringLiteral("MOV_MAG")}) {
-        if (reset) {
-            run.Delete(run.FullName(table), QStringLiteral("DELETE ") + run.FullName(table));
-        }
-    }
-}
+Emptying StockEmptying() { return Deleted({"ART_MAG", "MOV_MAR", "MOV_MAG"}); }
 
 StockWriter::Movement& StockWriter::FindMovement(const StockLine& line) {
     const auto known = m_movements.find({line.warehouse, line.sheet});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
 #include <QSet>
@@ -11,8 +12,8 @@ namespace contract {
 /// What the writer below writes.
 std::vector<TableNeed> StockNeeds();
 
-/// Empties the stock tables, when the operator asked for it.
-void EmptyStock(ImportRun& run, bool reset);
+/// What a reset of the stock empties.
+Emptying StockEmptying();
 
 /// A balance of an article.
 struct StockLine {

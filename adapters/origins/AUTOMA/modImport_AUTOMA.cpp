@@ -115,11 +115,7 @@ void ImportUbicazioniAUTOMA(Session& session, const QString& singleCode, bool re
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione ubicazioni");
         run.Preflight(UbicazioniNeeds());
-        for (const QString& table : {QStringLiteral("UBI_ART"), QStringLiteral("UBI_MAG")}) {
-            if (reset) {
-                run.Delete(run.FullName(table), "DELETE " + run.FullName(table));
-            }
-        }
+        Empty(run, reset, LocationEmptying());
         ImportCelle(run);
         run.Complete("Ubicazioni importate correttamente!");
     });
@@ -202,7 +198,7 @@ void ImportInventarioAUTOMA(Session& session, const QString& singleCode, bool re
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(InventarioNeeds());
-        EmptyStock(run, reset);
+        Empty(run, reset, StockEmptying());
         if (!run.IsSingle() && !ImportCelle(run)) {
             return;
         }
@@ -247,8 +243,8 @@ const Origin& Entry() {
         {},
         Shown::Keep,
         {
-            {std::nullopt, "ImportInventarioAUTOMA", ImportInventarioAUTOMA, InventarioNeeds()},
-            {std::nullopt, "ImportUbicazioniAUTOMA", ImportUbicazioniAUTOMA, UbicazioniNeeds()},
+            {std::nullopt, "ImportInventarioAUTOMA", ImportInventarioAUTOMA, InventarioNeeds(), StockEmptying()},
+            {std::nullopt, "ImportUbicazioniAUTOMA", ImportUbicazioniAUTOMA, UbicazioniNeeds(), LocationEmptying()},
         },
     };
     return origin;

@@ -11,8 +11,10 @@
 #include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/Counterparty.h"
+#include "adapters/contract/write/PriceList.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -309,7 +311,7 @@ void ImportContropartiArca2000(Session& session, const QString& singleCode, bool
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         const CounterpartyRegister parties(run, TakenCode::Update);
-        run.Truncate(reset, CounterpartyTables());
+        Empty(run, reset, CounterpartyEmptying());
         const bool mailsToContacts = run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
         const QString where = singleCode.isEmpty() ? QString() : "\rWHERE codice = " + run.Quoted(singleCode);
         const ImportRun::Loop loop{"Controparti", Anagrafe, "codice", "SELECT COUNT(*) FROM anagrafe" + where,
@@ -355,22 +357,19 @@ const Origin& Entry() {
         "Arca 2000",
         Module,
         {"FoxPro", PrepareSource},
-        {{
-            {Shown::Yes, ""},                // Cli
-            {Shown::Yes, ""},                // Art
-            {Shown::No, ""},                 // Dis
-            {Shown::No, ""},                 // Doc
-            {Shown::No, ""},                 // Acq
-            {Shown::No, ""},                 // Saldi
-            {Shown::Yes, ""},                // Piano
-            {Shown::Yes, "Importa Listini"}, // Disegni
-        }},
+        Buttons("YYNNNNYY", {{Button::Disegni, "Importa Listini"}}),
         Shown::Yes,
         {
-            {Button::Cli, "ImportContropartiArca2000", ImportContropartiArca2000, ContropartiNeeds()},
-            {Button::Art, "ImportArticoliArca2000", ImportArticoliArca2000, ArticoliNeeds()},
-            {Button::Piano, "ImportPianoContiArca2000", ImportPianoContiArca2000, PianoContiNeeds()},
-            {Button::Disegni, "ImportListiniArca2000", ImportListiniArca2000, ListiniNeeds()},
+            {Button::Cli,
+             "ImportContropartiArca2000",
+             ImportContropartiArca2000,
+             ContropartiNeeds(),
+             CounterpartyEmptying(),
+             {{"Vuoi riportare gli indirizzi mail della controparte nei riferimenti?"}}},
+            {Button::Art, "ImportArticoliArca2000", ImportArticoliArca2000, ArticoliNeeds(), ArticleEmptying()},
+            {Button::Piano, "ImportPianoContiArca2000", ImportPianoContiArca2000, PianoContiNeeds(),
+             Truncated({"PIA_CON"})},
+            {Button::Disegni, "ImportListiniArca2000", ImportListiniArca2000, ListiniNeeds(), PriceListEmptying()},
         },
     };
     return origin;

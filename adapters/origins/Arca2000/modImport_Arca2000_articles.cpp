@@ -238,7 +238,7 @@ void ImportArticoliArca2000(Session& session, const QString& singleCode, bool re
     run.Guard([&] {
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
-        EmptyArticles(run, reset);
+        Empty(run, reset, ArticleEmptying());
         const QString where =
             singleCode.isEmpty() ? QString() : QString("\rWHERE codice LIKE " + run.Quoted(u'%' + singleCode + u'%'));
         run.Rows({"Articoli", Magart, "codice", "SELECT COUNT(*) FROM magart" + where, "SELECT * FROM magart" + where},
@@ -264,7 +264,7 @@ void ImportListiniArca2000(Session& session, const QString& singleCode, bool res
     run.Guard([&] {
         run.Announce("Inizio importazione listini");
         run.Preflight(ListiniNeeds());
-        EmptyPriceLists(run, reset);
+        Empty(run, reset, PriceListEmptying());
         const QString where =
             QString("\rWHERE LEFT(codclifor,1) = 'C'") +
             (singleCode.isEmpty() ? QString() : QString("\rAND codclifor = " + run.Quoted(singleCode)));

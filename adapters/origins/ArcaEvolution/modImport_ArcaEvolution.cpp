@@ -10,7 +10,11 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/Origin.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/Counterparty.h"
+#include "adapters/contract/write/Document.h"
+#include "adapters/contract/write/PaymentTerm.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -353,7 +357,7 @@ void ImportContropartiArcaEvolution(Session& session, const QString& singleCode,
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         const CounterpartyRegister parties(run);
-        run.Truncate(reset, CounterpartyTables());
+        Empty(run, reset, CounterpartyEmptying());
         const QString where = run.OnlyCode("\rWHERE", "Cd_CF", singleCode);
         run.Rows({"Controparti", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
                   "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
@@ -371,22 +375,19 @@ const Origin& Entry() {
         "Arca Evolution",
         Module,
         {"SQL Server", sourceSettings::Server("ARCAEVOLUTION")},
-        {{
-            {Shown::Yes, ""},                       // Cli
-            {Shown::Yes, ""},                       // Art
-            {Shown::No, ""},                        // Dis
-            {Shown::Yes, "Importa Documenti"},      // Doc
-            {Shown::Yes, "Importa Mod. di Pag."},   // Acq
-            {Shown::No, ""},                        // Saldi
-            {Shown::No, ""},                        // Piano
-            {Shown::Yes, "Sistema Dati Fornitori"}, // Disegni
-        }},
+        Buttons("YYNYYNNY", {{Button::Doc, "Importa Documenti"},
+                             {Button::Acq, "Importa Mod. di Pag."},
+                             {Button::Disegni, "Sistema Dati Fornitori"}}),
         Shown::Keep,
         {
-            {Button::Cli, "ImportContropartiArcaEvolution", ImportContropartiArcaEvolution, ContropartiNeeds()},
-            {Button::Art, "ImportArticoliArcaEvolution", ImportArticoliArcaEvolution, ArticoliNeeds()},
-            {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds()},
-            {Button::Acq, "ImportTabelleBaseArcaEvolution", ImportTabelleBaseArcaEvolution, PagamentiNeeds()},
+            {Button::Cli, "ImportContropartiArcaEvolution", ImportContropartiArcaEvolution, ContropartiNeeds(),
+             CounterpartyEmptying()},
+            {Button::Art, "ImportArticoliArcaEvolution", ImportArticoliArcaEvolution, ArticoliNeeds(),
+             ArticleEmptying() + AttachmentEmptying("ART_ICO")},
+            {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds(),
+             AtMost(DocumentEmptying())},
+            {Button::Acq, "ImportTabelleBaseArcaEvolution", ImportTabelleBaseArcaEvolution, PagamentiNeeds(),
+             PaymentTermEmptying()},
             {.button = Button::Disegni,
              .name = "SistemaSediLegaliFornitori",
              .run = SistemaSediLegaliFornitori,

@@ -362,8 +362,8 @@ void ImportArticoliArcaEvolution(Session& session, const QString& singleCode, bo
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         Importer importer(run);
-        EmptyArticles(run, reset);
-        RemoveImportedAttachments(run, "ART_ICO", reset);
+        Empty(run, reset, ArticleEmptying());
+        Empty(run, reset, AttachmentEmptying("ART_ICO"));
         QStringList conditions;
         if (!importer.Settings().condition.isEmpty()) {
             conditions.append(u'(' + importer.Settings().condition + u')');

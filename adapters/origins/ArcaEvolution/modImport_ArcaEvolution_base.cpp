@@ -241,7 +241,7 @@ void ImportTabelleBaseArcaEvolution(Session& session, const QString& singleCode,
         if (hasRates) {
             run.Preflight(RateNeeds());
         }
-        RemoveImportedPaymentTerms(run, reset);
+        Empty(run, reset, PaymentTermEmptying());
         const QString where = run.OnlyCode("\rWHERE", "Cd_PG", singleCode);
         run.Rows({"Modalità di pagamento", Pg, "Cd_PG", "SELECT COUNT(*) FROM PG" + where,
                   "SELECT * FROM PG" + where + "\rORDER BY Cd_PG"},

@@ -455,7 +455,7 @@ void ImportDocumentiArcaEvolution(Session& session, const QString& singleCode, b
         run.Preflight(DocumentiNeeds());
         Importer importer(run);
         const TriggersOff triggers(run);
-        RemoveImportedDocuments(run, reset, CausesToRemove(session));
+        Empty(run, reset, DocumentEmptying(CausesToRemove(session)));
         const QString from =
             " FROM DOTes T\rJOIN DO D ON D.Cd_DO = T.Cd_DO\rWHERE T.DataDoc >= " +
             LiteralOf(session.SourceConnection(), importer.Settings().from) +

@@ -65,16 +65,12 @@ const Origin& Entry() {
         "Brantel",
         Module,
         {"SQL Server", sourceSettings::Server("BRANTEL")},
-        {{
-            {Shown::Yes, "Importa Controparti"},   // Cli
-            {Shown::Yes, "Importa Articoli"},      // Art
-            {Shown::Yes, ""},                      // Dis
-            {Shown::Yes, "Importa Ordini Aperti"}, // Doc
-            {Shown::No, ""},                       // Acq
-            {Shown::Yes, "Aggiorna costi/prezzi"}, // Saldi
-            {Shown::Yes, "Importa Listini"},       // Piano
-            {Shown::Yes, "Importa Allegati"},      // Disegni
-        }},
+        Buttons("YYYYNYYY", {{Button::Cli, "Importa Controparti"},
+                             {Button::Art, "Importa Articoli"},
+                             {Button::Doc, "Importa Ordini Aperti"},
+                             {Button::Saldi, "Aggiorna costi/prezzi"},
+                             {Button::Piano, "Importa Listini"},
+                             {Button::Disegni, "Importa Allegati"}}),
         Shown::Keep,
         {
             {.button = Button::Saldi,

@@ -276,7 +276,7 @@ void ImportSaldiFerrobrio(Session& session, const QString& singleCode, bool rese
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(SaldiNeeds());
-        EmptyStock(run, reset);
+        Empty(run, reset, StockEmptying());
         StockWriter writer(run);
         const QString from = "Giacenze G\rLEFT JOIN Lamiere L ON L.CodLamiera = G.Codice\rWHERE G.Quantita <> 0" +
                              (singleCode.isEmpty() ? QString() : QString(" AND G.Codice = " + run.Quoted(singleCode)));
@@ -300,21 +300,17 @@ const Origin& Entry() {
         "Ferrobrio",
         Module,
         {"SQL Server", sourceSettings::Server("FERROBRIO")},
-        {{
-            {Shown::No, ""},                           // Cli
-            {Shown::No, ""},                           // Art
-            {Shown::No, ""},                           // Dis
-            {Shown::No, ""},                           // Doc
-            {Shown::No, ""},                           // Acq
-            {Shown::Yes, "Sistema Codifiche Lamiera"}, // Saldi
-            {Shown::No, ""},                           // Piano
-            {Shown::Keep, ""},                         // Disegni
-        }},
+        Buttons("NNNNNYN-", {{Button::Saldi, "Sistema Codifiche Lamiera"}}),
         Shown::Keep,
         {
-            {Button::Saldi, "ImportMaterialiFerrobrio", ImportMaterialiFerrobrio, MaterialiNeeds(),
+            {Button::Saldi,
+             "ImportMaterialiFerrobrio",
+             ImportMaterialiFerrobrio,
+             MaterialiNeeds(),
+             Truncated({"ART_FMT"}),
+             {},
              "Sistemare le codifiche delle lamiere?"},
-            {std::nullopt, "ImportSaldiFerrobrio", ImportSaldiFerrobrio, SaldiNeeds()},
+            {std::nullopt, "ImportSaldiFerrobrio", ImportSaldiFerrobrio, SaldiNeeds(), StockEmptying()},
         },
     };
     return origin;

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/kinds/Documents.h"
+#include "adapters/contract/kinds/PriceLists.h"
 
 /// What the files of the module share.
 namespace modImport_Gescom {
@@ -9,22 +12,16 @@ inline const QString Module = QStringLiteral("modImport_Gescom");
 
 /// Counterparties; they are found by code and kind, as customers and suppliers are numbered apart.
 inline const QString Arclfr = QStringLiteral("ARCLFR");
+inline const QString ArticoliTable = QStringLiteral("ARTICOLI");
 /// Phases of the articles.
 inline const QString Arcfas = QStringLiteral("arcfas");
 
 /// CDART of an article's code.
-QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
+inline contract::Rule Article() { return contract::rules::ArticleCode(ArticoliTable, "CDARTICO"); }
 
-const contract::Needs& ArticoliNeeds();
-void ImportArticoliGescom(Session& session, const QString& singleCode, bool reset);
-
-const contract::Needs& ListiniNeeds();
-void ImportListiniGescom(Session& session, const QString& singleCode, bool reset);
-
-const contract::Needs& DistinteNeeds();
-void ImportDistinteGescom(Session& session, const QString& singleCode, bool reset);
-
-const contract::Needs& DocumentiNeeds();
-void ImportDocumentiGescom(Session& session, const QString& singleCode, bool reset);
+contract::Articles Articoli();
+contract::PriceLists Listini();
+contract::Bills Distinte();
+contract::Documents Documenti();
 
 } // namespace modImport_Gescom

@@ -11,7 +11,9 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/Origin.h"
+#include "adapters/contract/write/Bill.h"
 #include "adapters/contract/write/Counterparty.h"
+#include "adapters/contract/write/Stock.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -162,7 +164,7 @@ void ImportContropartiLantek24(Session& session, const QString& singleCode, bool
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
         const CounterpartyRegister parties(run);
-        run.Truncate(reset, CounterpartyTables());
+        Empty(run, reset, CounterpartyEmptying());
         const QString from = Companies + run.OnlyCode("\rWHERE", "ComRef", singleCode);
         run.Rows({"Controparti", Companies, "ComRef", "SELECT COUNT(*) FROM " + from,
                   "SELECT * FROM " + from + "\rORDER BY ComRef"},
@@ -188,24 +190,16 @@ const Origin& Entry() {
         "Lantek 24",
         Module,
         {"SQL Server", sourceSettings::Server("LANTEK24")},
-        {{
-            {Shown::Yes, ""},                // Cli
-            {Shown::Yes, ""},                // Art
-            {Shown::No, ""},                 // Dis
-            {Shown::Yes, ""},                // Doc
-            {Shown::No, ""},                 // Acq
-            {Shown::Yes, ""},                // Saldi
-            {Shown::No, ""},                 // Piano
-            {Shown::Yes, "Importa Ritagli"}, // Disegni
-        }},
+        Buttons("YYNYNYNY", {{Button::Disegni, "Importa Ritagli"}}),
         Shown::Keep,
         {
-            {Button::Cli, "ImportContropartiLantek24", ImportContropartiLantek24, ContropartiNeeds()},
-            {Button::Art, "ImportArticoliLantek24", ImportArticoliLantek24, ArticoliNeeds()},
-            {Button::Doc, "ImportDocumentiLantek24", ImportDocumentiLantek24, DocumentiNeeds()},
-            {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, CamBillNeeds()},
-            {Button::Saldi, "ImportInventarioLantek24", ImportInventarioLantek24, InventarioNeeds()},
-            {Button::Disegni, "ImportRitagliLantek24", ImportRitagliLantek24, RitagliNeeds()},
+            {Button::Cli, "ImportContropartiLantek24", ImportContropartiLantek24, ContropartiNeeds(),
+             CounterpartyEmptying()},
+            {Button::Art, "ImportArticoliLantek24", ImportArticoliLantek24, ArticoliNeeds(), ArticoliEmptying()},
+            {Button::Doc, "ImportDocumentiLantek24", ImportDocumentiLantek24, DocumentiNeeds(), DocumentiEmptying()},
+            {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, CamBillNeeds(), BillEmptying()},
+            {Button::Saldi, "ImportInventarioLantek24", ImportInventarioLantek24, InventarioNeeds(), StockEmptying()},
+            {Button::Disegni, "ImportRitagliLantek24", ImportRitagliLantek24, RitagliNeeds(), RitagliEmptying()},
         },
     };
     return origin;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/write/Cam.h"
 #include "adapters/contract/write/CamBill.h"
 
@@ -22,23 +23,24 @@ QString UnitOf(Session& session, const QString& name);
 QVariant DayOf(const contract::SourceRow& row, const QString& column);
 
 const contract::Needs& ArticoliNeeds();
+contract::Emptying ArticoliEmptying();
 void ImportArticoliLantek24(Session& session, const QString& singleCode, bool reset);
 
 void ImportDistintaLantek24(Session& session, const QString& singleCode, bool reset);
 
 const contract::Needs& DocumentiNeeds();
+contract::Emptying DocumentiEmptying();
 void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool reset);
 
 const contract::Needs& OrdiniNeeds();
 /// The production orders, each behind the bill of its product; part of the import of documents.
 bool ImportOrdiniProduzione(contract::ImportRun& run);
-/// Removes the production orders that an import wrote, when the operator asked for it.
-void RemoveImportedOrders(contract::ImportRun& run, bool reset);
 
 const contract::Needs& InventarioNeeds();
 void ImportInventarioLantek24(Session& session, const QString& singleCode, bool reset);
 
 const contract::Needs& RitagliNeeds();
+contract::Emptying RitagliEmptying();
 void ImportRitagliLantek24(Session& session, const QString& singleCode, bool reset);
 
 } // namespace modImport_Lantek24

@@ -174,15 +174,16 @@ const Needs& ArticoliNeeds() {
     return needs;
 }
 
+/// With the formats of the articles that are emptied.
+Emptying ArticoliEmptying() { return ArticleEmptying() + Truncated({"ART_FMT"}) + FreeAttributeEmptying("ART_ICO"); }
+
 void ImportArticoliLantek24(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportArticoliLantek24", singleCode);
     run.LogErrorsAs("Errore: ");
     run.Guard([&] {
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
-        EmptyArticles(run, reset);
-        run.Truncate(reset, {"ART_FMT"}); // the formats of the articles that are emptied
-        EmptyFreeAttributes(run, "ART_ICO", reset);
+        Empty(run, reset, ArticoliEmptying());
         const QString folder = CamProductsFolder(session);
         const QString from = Products + "\rWHERE IsActive = " + LiteralOf(session.SourceConnection(), true) +
                              run.OnlyCode("\rAND", "PrdRef", singleCode);

@@ -12,7 +12,7 @@ void ImportDistintaLantek24(Session& session, const QString& singleCode, bool re
     run.Guard([&] {
         run.Announce("Inizio importazione Distinte Base da Lantek 24");
         run.Preflight(CamBillNeeds());
-        EmptyBills(run, reset);
+        Empty(run, reset, BillEmptying());
         const QString from = cam::Costs + "\rWHERE " + cam::IsMaterial + run.OnlyCode("\rAND", "PrdRef", singleCode);
         const ImportRun::Loop heads{"Distinte Base", cam::Costs, "PrdRef", "SELECT COUNT(DISTINCT PrdRef) FROM " + from,
                                     "SELECT DISTINCT PrdRef FROM " + from + "\rORDER BY PrdRef"};

@@ -244,6 +244,11 @@ const Needs& DocumentiNeeds() {
     return needs;
 }
 
+/// With the production orders.
+Emptying DocumentiEmptying() {
+    return DocumentEmptying() + DeletedImports("ORD_PRO") + DeletedOrphans({"ORD_FAS"}, "IDOPR", "ORD_PRO");
+}
+
 void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportDocumentiLantek24", singleCode);
     run.LogErrorsAs("Errore: ");
@@ -252,8 +257,7 @@ void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool r
         run.Preflight(DocumentiNeeds());
         Importer importer(run);
         const TriggersOff triggers(run);
-        RemoveImportedDocuments(run, reset);
-        RemoveImportedOrders(run, reset);
+        Empty(run, reset, DocumentiEmptying());
         const QString from = " FROM " + Orders + "\rWHERE RQPrice = 0 AND CDate >= " +
                              LiteralOf(session.SourceConnection(), importer.Settings().from) +
                              run.OnlyCode("\rAND", "OrdRef", singleCode);

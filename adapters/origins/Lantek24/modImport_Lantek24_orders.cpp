@@ -163,16 +163,6 @@ const Needs& OrdiniNeeds() {
     return needs;
 }
 
-void RemoveImportedOrders(ImportRun& run, bool reset) {
-    if (!reset) {
-        return;
-    }
-    const QString orders = run.FullName("ORD_PRO");
-    run.Delete(orders, "DELETE FROM " + orders + " WHERE USINS = " + run.Quoted("SYSTEM_IMPORT"));
-    run.Delete(run.FullName("ORD_FAS"),
-               "DELETE FROM " + run.FullName("ORD_FAS") + " WHERE IDOPR NOT IN (SELECT RECORD_ID FROM " + orders + ")");
-}
-
 bool ImportOrdiniProduzione(ImportRun& run) {
     Importer importer(run);
     const QString from = Orders + "\rWHERE DIS_IsQuote = 0";

@@ -108,17 +108,6 @@ RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& r
     return outcome;
 }
 
-/// Removes the remnants that an import wrote, with their stock.
-void RemoveImportedRemnants(ImportRun& run, bool reset) {
-    const QList<QPair<QString, QString>> tables{{"ART_FMT", "LMSFR"}, {"MOV_MAR", "MRSFR"}};
-    for (const auto& [table, offcut] : tables) {
-        if (reset) {
-            run.Delete(run.FullName(table), "DELETE " + run.FullName(table) + " WHERE " + offcut +
-                                                " > '' AND USINS = " + run.Quoted("SYSTEM_IMPORT"));
-        }
-    }
-}
-
 std::vector<TableNeed> SheetStockNeeds() {
     std::vector<TableNeed> needs = StockNeeds();
     needs.push_back({"MOV_MAG", {"MMLAM"}});
@@ -145,7 +134,7 @@ void ImportInventarioLantek24(Session& session, const QString& singleCode, bool 
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(InventarioNeeds());
-        EmptyStock(run, reset);
+        Empty(run, reset, StockEmptying());
         StockWriter writer(run);
         const QString from =
             Inventory + " I\rJOIN " + Products + " P ON P.PrdRef = I.PrdRef\rWHERE P.DIS_PClass = " + SheetClass +
@@ -176,12 +165,15 @@ const Needs& RitagliNeeds() {
     return needs;
 }
 
+/// The remnants that an import wrote, with their stock.
+Emptying RitagliEmptying() { return DeletedImports("ART_FMT", "LMSFR > ''") + DeletedImports("MOV_MAR", "MRSFR > ''"); }
+
 void ImportRitagliLantek24(Session& session, const QString& singleCode, bool reset) {
     ImportRun run(session, Module, "ImportRitagliLantek24", singleCode);
     run.Guard([&] {
         run.Announce("Inizio importazione ritagli");
         run.Preflight(RitagliNeeds());
-        RemoveImportedRemnants(run, reset);
+        Empty(run, reset, RitagliEmptying());
         StockWriter stock(run);
         const QString from = Products +
                              "\rWHERE DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0" +

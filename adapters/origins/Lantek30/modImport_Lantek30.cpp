@@ -369,7 +369,7 @@ void ImportInventarioLantek30(Session& session, const QString& singleCode, bool 
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione saldi di magazzino");
         run.Preflight(InventarioNeeds());
-        EmptyStock(run, reset);
+        Empty(run, reset, StockEmptying());
         Stocktaker stocktaker(run);
         const QString from = Products + " P\rLEFT JOIN " + Inventory +
                              " I ON I.PrdRef = P.PrdRef\rWHERE P.DIS_PClass = 51" +
@@ -418,19 +418,10 @@ const Origin& Entry() {
         "Lantek Expert 30",
         Module,
         {"SQL Server", sourceSettings::Server("LANTEK30")},
-        {{
-            {Shown::No, ""},                // Cli
-            {Shown::No, ""},                // Art
-            {Shown::Yes, "Sposta Ritagli"}, // Dis
-            {Shown::No, ""},                // Doc
-            {Shown::No, ""},                // Acq
-            {Shown::Keep, ""},              // Saldi
-            {Shown::Keep, ""},              // Piano
-            {Shown::Keep, ""},              // Disegni
-        }},
+        Buttons("NNYNN---", {{Button::Dis, "Sposta Ritagli"}}),
         Shown::Keep,
         {
-            {Button::Saldi, "ImportInventarioLantek30", ImportInventarioLantek30, InventarioNeeds()},
+            {Button::Saldi, "ImportInventarioLantek30", ImportInventarioLantek30, InventarioNeeds(), StockEmptying()},
             BetweenCams(Button::Dis, "CopyScrapsFromLantekToLantek", CopyScrapsFromLantekToLantek, SfridiNeeds(),
                         "Spostare i ritagli?"),
             BetweenCams({}, "CopyProductsFromLantekToLantek", CopyProductsFromLantekToLantek, ProdottiNeeds(),

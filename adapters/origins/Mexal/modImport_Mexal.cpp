@@ -10,15 +10,13 @@
 
 #include "adapters/origins/Mexal/modImport_Mexal.h"
 
+#include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
-#include "adapters/contract/run/Origin.h"
-#include "adapters/contract/write/BaseTable.h"
-#include "adapters/contract/write/Counterparty.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
-#include "core/schemaDefaults.h"
 
 #include <QFileInfo>
 
@@ -39,20 +37,26 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
                            : known;
 }
 
-/// Lire, euro and dollar are numbers: 1 is the company's own currency.
 QString CurrencyOfNumber(Session& session, const QString& number) {
     return CurrencyOf(session, PiaCon, "_PCVAL", number == u"1" ? QString() : number);
 }
 
+Rule NumberedCurrency() {
+    return {
+        "\"EUR\" for blank and 1; else translated through SYS_IMP (PIA_CON, _PCVAL), else as it is when TAB_VAL has "
+        "it, else recorded, logged and \"EUR\"",
+        [](const RuleInput& input) {
+            // Lire, euro and dollar are numbers: 1 is the company's own currency.
+            const QString number = input.Text();
+            return RuleValue(CurrencyOf(input.session, PiaCon, "_PCVAL", number == u"1" ? QString() : number));
+        }};
+}
+
 namespace {
 
-// --- Source tables ------------------------------------------------------------------------------------------------
+// --- Rules --------------------------------------------------------------------------------------------------------
 
-const NumberColumns Numeri{"_PCTEL", {}, "_PCFAX", "_PCCEL", "_PCEMA", "_PCWEB"};
-
-// --- Mappings -----------------------------------------------------------------------------------------------------
-
-/// Part of the name: the long one when there is one, else the short one.
+/// ImportPart of the name: the long one when there is one, else the short one.
 Rule NamePart(int from, int count) {
     return {QStringLiteral("of the first that is not blank, from character %1 onward, %2").arg(from).arg(count),
             [from, count](const RuleInput& input) {
@@ -60,62 +64,6 @@ Rule NamePart(int from, int count) {
                 const QString name = longName.isEmpty() ? input.row.Text(input.columns.last()) : longName;
                 return RuleValue(FirstOf(RestOf(name, from - 1), count).trimmed());
             }};
-}
-
-Rule NumberedCurrency() {
-    return {
-        "\"EUR\" for blank and 1; else translated through SYS_IMP (PIA_CON, _PCVAL), else as it is when TAB_VAL has "
-        "it, else recorded, logged and \"EUR\"",
-        [](const RuleInput& input) { return RuleValue(CurrencyOfNumber(input.session, input.Text())); }};
-}
-
-const CounterpartyMapping& Controparti() {
-    static const CounterpartyMapping mapping({
-        "CON_TRO",
-        PiaCon,
-        {
-            {"CDCON", "_PCCOD", Code()},
-            {"CORAS", "_PCRAG, _PCDES", NamePart(1, 35)},
-            {"CORA2", "_PCRAG, _PCDES", NamePart(36, 100)},
-            {"COINV", "", Today()},
-            {"COANN", "", Constant(false)},
-            {"COCON", "", Constant(true)},
-            {"COCLI", "TIPO", IsCustomer()},
-            {"COSC1", "_PCSCO", CustomerOnly(Discount(1))},
-            {"COSC2", "_PCSCO", CustomerOnly(Discount(2))},
-            {"COSC3", "_PCSCO", CustomerOnly(Discount(3))},
-            {"COCGE", "_PCCOD", CustomerOnly(Text())},
-            {"COFOR", "TIPO", IsSupplier()},
-            {"COSF1", "_PCSCO", SupplierOnly(Discount(1))},
-            {"COSF2", "_PCSCO", SupplierOnly(Discount(2))},
-            {"COSF3", "_PCSCO", SupplierOnly(Discount(3))},
-            {"COFGE", "_PCCOD", SupplierOnly(Text())},
-            {"COIND", "_PCIND", Text()},
-            {"COCAP", "_PCCAP", Text()},
-            {"COCIT", "_PCLOC", Text()},
-            {"COPRO", "_PCPRO", Text()},
-            {"CONAZ", "_PCPAE", Country(PiaCon, "_PCPAE")},
-            {"COLNG", "", Constant(schema::defaults::Language)},
-            {"COZON", "_PCZON", Translated(PiaCon, "_PCZON")},
-            {"COVAL", "_PCVAL", NumberedCurrency()},
-            {"COFIS", "_PCFIS", NotBlank(Text())},
-            {"COIVA", "_PCPIV", NotBlank(Text())},
-            {"COESE", "_PCALI", ExemptVat(PiaCon, "_PCALI")},
-            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
-            {"COMOP", "_PCPAG", CustomerOnly(Translated(PiaCon, "_PCPAG"))},
-            {"COMOA", "_PCPAG", SupplierOnly(Translated(PiaCon, "_PCPAG"))},
-            {"COABI", "_PCABI", NotBlank(Digits(5))},
-            {"COCAB", "_PCCAB", NotBlank(Digits(5))},
-            {"COCOC", "_PCCON", NotBlank(Text())},
-            {"COCIN", "_PCCIN", NotBlank(Text())},
-            {"COIBA", "_PCIBA", NotBlank(WithoutBlanks())},
-            {"COLSC", "_PCLIS", CustomerOnly(Translated(PiaCon, "_PCLIS"))},
-            {"COAGE", "_PCAGE", Translated(PiaCon, "_PCAGE")},
-            {"COBLK", "", Constant(false)},
-            {"CONOT", "_PCNOT", Text()},
-        },
-    });
-    return mapping;
 }
 
 /// The group of an account: "ccc" of "ccc.nnnnn"; a ledger has none.
@@ -137,41 +85,13 @@ Rule IsAccount() {
             [](const RuleInput& input) { return RuleValue(input.Text().contains(u'.')); }};
 }
 
-const Mapping& PianoConti() {
-    static const Mapping mapping{
-        "PIA_CON",
-        PiaCon,
-        {
-            {"CDCNT", "_PCCOD", Text()},
-            {"PCDES", "_PCDES", First(100)},
-            {"PCMAS", "_PCCOD", Ledger()},
-            {"PCTIP", "TIPO", Text()},
-            {"PCBIL", "TIPO", Choice({{"A", "SP"}, {"P", "SP"}, {"E", "CE"}}, "")},
-            {"PCLEV", "_PCCOD", Level()},
-            {"PCDET", "_PCCOD", IsAccount()},
-        },
-    };
-    return mapping;
-}
-
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
-    const Roles roles = RoleOf(row.Text("TIPO").compare(u"C", Qt::CaseInsensitive) == 0);
-    const Placement place =
-        parties.Place({PiaCon, "_PCCOD", row.Text("_PCCOD"), roles,
-                       row.Text(row.IsBlank("_PCRAG") ? "_PCDES" : "_PCRAG"), row.Text("_PCPIV"), row.Text("_PCFIS")});
-    const CounterpartyWriter writer(run, {});
-    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles);
-    writer.Numbers(OwnerOf(place), row, Numeri);
-    return outcome;
-}
-
 /// A counterparty is cancelled or not: one of which the source does not say so is left out, and told.
-void TellUnmarked(ImportRun& run, const QString& onlyCode) {
+void TellUnmarked(ImportRun& run, const QString& singleCode) {
     ForEachChild(run.GetSession(),
                  "SELECT * FROM PIA_CON WHERE TIPO IN ('C', 'F') AND ([_PCANN] IS NULL OR [_PCANN] NOT IN ('N', 'S'))" +
-                     onlyCode + " ORDER BY [_PCCOD]",
+                     run.OnlyCode(" AND", "[_PCCOD]", singleCode) + " ORDER BY [_PCCOD]",
                  PiaCon, "_PCCOD", [&run](const SourceRow& row) {
                      run.Log(QStringLiteral("CONTROPARTE NON LETTA: %1 '%2': _PCANN '%3' non è N (valida) né S "
                                             "(annullata)")
@@ -179,47 +99,72 @@ void TellUnmarked(ImportRun& run, const QString& onlyCode) {
                  });
 }
 
-const Needs& ContropartiNeeds() {
-    static const Needs needs{Controparti().All(), {{PiaCon, {"_PCANN"}, Numeri.Names()}}, CounterpartyNeeds()};
-    return needs;
-}
-
-void ImportContropartiMEX(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportContropartiMEX", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione controparti");
-        run.Preflight(ContropartiNeeds());
-        const CounterpartyRegister parties(run);
-        run.Truncate(reset, CounterpartyTables());
-        const QString onlyCode = run.OnlyCode(" AND", "[_PCCOD]", singleCode);
-        TellUnmarked(run, onlyCode);
-        const QString from = " FROM PIA_CON WHERE TIPO IN ('C', 'F') AND [_PCANN] = 'N'" + onlyCode;
-        run.Rows({"Controparti", PiaCon, "_PCCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_PCCOD]"},
-                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
-        run.Complete("Controparti importate correttamente!");
-    });
+Counterparties Controparti() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportContropartiMEX"},
+        .source = {.table = PiaCon,
+                   .key = "[_PCCOD]",
+                   .order = "[_PCCOD]",
+                   .where = "TIPO IN ('C', 'F') AND [_PCANN] = 'N'"},
+        .roles = ByLetter("TIPO", {.customer = {"C"}, .supplier = {"F"}}),
+        .name = {"_PCRAG, _PCDES", FirstNotBlank(Text())},
+        .vatNumber = "_PCPIV",
+        .taxCode = "_PCFIS",
+        .lines =
+            {
+                {"CORAS", "_PCRAG, _PCDES", NamePart(1, 35)},
+                {"CORA2", "_PCRAG, _PCDES", NamePart(36, 100)},
+                DiscountsByRole("_PCSCO"),
+                {"COIND", "_PCIND", Text()},
+                {"COCAP", "_PCCAP", Text()},
+                {"COCIT", "_PCLOC", Text()},
+                {"COPRO", "_PCPRO", Text()},
+                {"CONAZ", "_PCPAE", Country(PiaCon, "_PCPAE")},
+                {"COZON", "_PCZON", Translated(PiaCon, "_PCZON")},
+                {"COVAL", "_PCVAL", NumberedCurrency()},
+                {"COFIS", "_PCFIS", NotBlank(Text())},
+                {"COIVA", "_PCPIV", NotBlank(Text())},
+                {"COESE", "_PCALI", ExemptVat(PiaCon, "_PCALI")},
+                ByRole("COMOP", "COMOA", "_PCPAG", Translated(PiaCon, "_PCPAG")),
+                {"COABI", "_PCABI", NotBlank(Digits(5))},
+                {"COCAB", "_PCCAB", NotBlank(Digits(5))},
+                {"COCOC", "_PCCON", NotBlank(Text())},
+                {"COCIN", "_PCCIN", NotBlank(Text())},
+                {"COIBA", "_PCIBA", NotBlank(WithoutBlanks())},
+                {"COLSC", "_PCLIS", CustomerOnly(Translated(PiaCon, "_PCLIS"))},
+                {"COAGE", "_PCAGE", Translated(PiaCon, "_PCAGE")},
+                {"CONOT", "_PCNOT", Text()},
+            },
+        .numbers = {"_PCTEL", {}, "_PCFAX", "_PCCEL", "_PCEMA", "_PCWEB"},
+        .before = TellUnmarked,
+        .further = {{}, {{PiaCon, {"_PCANN"}}}, {}},
+    };
 }
 
 // --- Chart of accounts --------------------------------------------------------------------------------------------
 
-const Needs& PianoContiNeeds() {
-    static const Needs needs{{&PianoConti()}, {}, {}};
-    return needs;
-}
-
-void ImportPianoContiMEX(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportPianoContiMEX", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione Piano dei Conti");
-        run.Preflight(PianoContiNeeds());
-        run.Truncate(reset, {"PIA_CON"});
-        const QString from = " FROM PIA_CON WHERE (TIPO IS NULL OR TIPO NOT IN ('C', 'F'))" +
-                             run.OnlyCode(" AND", "[_PCCOD]", singleCode);
-        run.Rows(
-            {"Piano dei Conti", PiaCon, "_PCCOD", "SELECT COUNT(*)" + from, "SELECT *" + from + " ORDER BY [_PCCOD]"},
-            [&](const SourceRow& row) { return WriteByCode(run, PianoConti(), row, {row.Text("_PCCOD")}); });
-        run.Complete("Piano dei Conti importato correttamente!");
-    });
+Accounts PianoConti() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportPianoContiMEX"},
+        .accounts =
+            {
+                .source = {.table = PiaCon,
+                           .key = "[_PCCOD]",
+                           .order = "[_PCCOD]",
+                           .where = "(TIPO IS NULL OR TIPO NOT IN ('C', 'F'))"},
+                .target = "PIA_CON",
+                .code = "_PCCOD",
+                .lines =
+                    {
+                        {"PCDES", "_PCDES", First(100)},
+                        {"PCMAS", "_PCCOD", Ledger()},
+                        {"PCTIP", "TIPO", Text()},
+                        {"PCBIL", "TIPO", Choice({{"A", "SP"}, {"P", "SP"}, {"E", "CE"}}, "")},
+                        {"PCLEV", "_PCCOD", Level()},
+                        {"PCDET", "_PCCOD", IsAccount()},
+                    },
+            },
+    };
 }
 
 // --- Source and entry ---------------------------------------------------------------------------------------------
@@ -239,28 +184,19 @@ const Origin& Entry() {
         "Mexal",
         Module,
         {"CSV", PrepareSource},
-        {{
-            {Shown::Yes, ""},                     // Cli
-            {Shown::Yes, ""},                     // Art
-            {Shown::Yes, ""},                     // Dis
-            {Shown::Yes, ""},                     // Doc
-            {Shown::Yes, ""},                     // Acq
-            {Shown::Yes, ""},                     // Saldi
-            {Shown::Yes, ""},                     // Piano
-            {Shown::Yes, "Importa Costi/Prezzi"}, // Disegni
-        }},
+        Buttons("YYYYYYYY", {{Button::Disegni, "Importa Costi/Prezzi"}}),
         Shown::Keep,
         {
-            {Button::Cli, "ImportContropartiMEX", ImportContropartiMEX, ContropartiNeeds()},
-            {Button::Art, "ImportArticoliMEX", ImportArticoliMEX, ArticoliNeeds()},
-            {Button::Dis, "ImportDistinteMex", ImportDistinteMex, DistinteNeeds()},
+            ProcedureOf(Button::Cli, Controparti()),
+            ProcedureOf(Button::Art, Articoli()),
+            ProcedureOf(Button::Dis, Distinte()),
             // The file holds sales and purchases alike: one procedure stands behind both buttons.
-            {Button::Doc, "ImportDocumentiMEX", ImportDocumentiMEX, DocumentiNeeds()},
-            {Button::Acq, "ImportDocumentiMEX", ImportDocumentiMEX, DocumentiNeeds()},
-            {Button::Saldi, "ImportSaldiMEX", ImportSaldiMEX, SaldiNeeds()},
-            {Button::Piano, "ImportPianoContiMEX", ImportPianoContiMEX, PianoContiNeeds()},
+            ProcedureOf(Button::Doc, Documenti()),
+            ProcedureOf(Button::Acq, Documenti()),
+            {Button::Saldi, "ImportSaldiMEX", ImportSaldiMEX, SaldiNeeds(), StockEmptying()},
+            ProcedureOf(Button::Piano, PianoConti()),
             {Button::Disegni, "ImportaCostiPrezziFromMEX", ImportaCostiPrezziFromMEX, CostiPrezziNeeds()},
-            {std::nullopt, "ImportUbicazioniMEX", ImportUbicazioniMEX, UbicazioniNeeds()},
+            ProcedureOf(std::nullopt, Ubicazioni()),
         },
     };
     return origin;

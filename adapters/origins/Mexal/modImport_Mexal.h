@@ -1,13 +1,16 @@
 #pragma once
 
-#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/kinds/Documents.h"
+#include "adapters/contract/kinds/Stock.h"
 
 /// What the files of the module share.
 namespace modImport_Mexal {
 
 inline const QString Module = QStringLiteral("modImport_Mexal");
 
-/// Counterparties and accounts.
+/// Chart of accounts, customers and suppliers among it; the codes of payment terms and currencies too.
 inline const QString PiaCon = QStringLiteral("PIA_CON");
 /// Articles with their stock and location.
 inline const QString ArtMag = QStringLiteral("ART_MAG");
@@ -17,24 +20,18 @@ inline const QString ArtMag = QStringLiteral("ART_MAG");
 QString GetControparteMexal(Session& session, const QString& code, bool customer);
 
 /// The currency of a number of the source; the euro for 1 and a blank one.
-QString CurrencyOfNumber(Session& session, const QString& number);
-
+contract::Rule NumberedCurrency();
 /// CDART of an article's code.
-QString ArticleOf(contract::ImportRun& run, const QString& sourceCode);
+inline contract::Rule Article() { return contract::rules::ArticleCode(ArtMag, "_ARCOD"); }
 
-const contract::Needs& ArticoliNeeds();
-void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset);
+contract::Articles Articoli();
 const contract::Needs& CostiPrezziNeeds();
 void ImportaCostiPrezziFromMEX(Session& session, const QString& singleCode, bool reset);
 const contract::Needs& SaldiNeeds();
 void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset);
-const contract::Needs& UbicazioniNeeds();
-void ImportUbicazioniMEX(Session& session, const QString& singleCode, bool reset);
+contract::Locations Ubicazioni();
 
-const contract::Needs& DocumentiNeeds();
-void ImportDocumentiMEX(Session& session, const QString& singleCode, bool reset);
-
-const contract::Needs& DistinteNeeds();
-void ImportDistinteMex(Session& session, const QString& singleCode, bool reset);
+contract::Bills Distinte();
+contract::Documents Documenti();
 
 } // namespace modImport_Mexal

@@ -4,8 +4,6 @@
 #include "adapters/origins/Mexal/modImport_Mexal.h"
 
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/write/Article.h"
-#include "adapters/contract/write/Stock.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
@@ -16,6 +14,9 @@ namespace modImport_Mexal {
 
 namespace {
 
+/// Why a further row of an article is left out.
+const QString OtherWarehouse = QStringLiteral("articolo già letto, riga di un altro magazzino");
+
 /// The rows of the articles, or of a single one. Of those of an article the first one tells what it is, and stands for
 /// the others when it cannot be carried over.
 ImportRun::Loop ArticleRows(const ImportRun& run, const QString& step, const QString& singleCode) {
@@ -24,7 +25,7 @@ ImportRun::Loop ArticleRows(const ImportRun& run, const QString& step, const QSt
             {"_ARCOD"}};
 }
 
-// --- Mappings -----------------------------------------------------------------------------------------------------
+// --- Hooks and rules ----------------------------------------------------------------------------------------------
 
 constexpr int Suppliers = 9; ///< of an article, the first one preferred
 
@@ -46,39 +47,6 @@ Rule FamilyOf() {
                 }
                 return std::nullopt;
             }};
-}
-
-const Mapping& Articoli() {
-    static const Mapping mapping{
-        "ART_ICO",
-        ArtMag,
-        {
-            {"CDEXT", "_ARCOD", First(50)},
-            {"DTINS", "_ARDTC", NotBlank(MomentOrNow())},
-            {"ARDES", "_ARDES, _ARAGG", First(100)},
-            {"ARCDR", "_ARDES, _ARAGG", CodeAndText(100)},
-            {"ARCLA", "_ARDBP", Choice({{"S", "PF"}}, "CM")},
-            {"ARFAM", "GRPMERCE, _ARCTG", FamilyOf()},
-            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
-            {"ARLAM", "", Constant(false)},
-            {"ARANN", "_ARANN", Flag()},
-            {"ARUMS", "_ARUM1", TranslatedOrUpper(ArtMag, "_ARUM1", schema::defaults::Unit)},
-            {"ARUM2", "_ARUM2", TranslatedOrUpper(ArtMag, "_ARUM1", "")},
-            {"ARCOE", "_ARKOEPTA", RoundedTo(6)},
-            {"ARIVA", "_ARIVA", VatCode(ArtMag, "_ARIVA")},
-            {"ARMAG", "", Constant(true)},
-            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
-            {"ARSMN", "_ARSMI", RoundedTo(6)},
-            {"ARSMX", "_ARSMA", RoundedTo(6)},
-            {"ARLOR", "_ARLOT(1)", RoundedTo(6)},
-            {"ARGGA", "_ARGGR(1)", RoundedTo(0)},
-            {"ARPSN", "_ARPES", RoundedTo(3)},
-            {"ARCOS", "_ARCUL, _ARCOS", FirstNotZero()},
-            {"ARPRZ", "_ARPRZ(1)", RoundedTo(6)},
-            {"ARRIC", "_ARPRZ(1), _ARCUL, _ARCOS", MarkUp()},
-        },
-    };
-    return mapping;
 }
 
 /// What a refresh of costs and prices sets.
@@ -106,23 +74,24 @@ std::vector<TableNeed> SupplierReads() {
     return {{ArtMag, columns}};
 }
 
-} // namespace
-
-QString ArticleOf(ImportRun& run, const QString& sourceCode) {
-    return ArticleWriter(run).CodeOf(ArtMag, "_ARCOD", sourceCode);
-}
-
-// --- Articles -----------------------------------------------------------------------------------------------------
-
-namespace {
-
 /// What is no article, such as an index of the catalogue, stays behind; services and labour are articles.
-bool IsArticle(const SourceRow& row) {
+QString LeftOut(const SourceRow& row) {
     static const QStringList kinds{"A", "S", "L"};
-    return row.IsBlank("_ARTIP") || kinds.contains(row.Text("_ARTIP").toUpper());
+    const bool isArticle = row.IsBlank("_ARTIP") || kinds.contains(row.Text("_ARTIP").toUpper());
+    return isArticle ? QString() : QStringLiteral("riga che non è un articolo");
 }
 
-void LinkSuppliers(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+/// The discount category is a discount only where it is a number.
+void SetDiscount(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
+    bool isNumber = false;
+    const double discount = row.Text("_ARSCO").replace(',', '.').toDouble(&isNumber);
+    if (isNumber) {
+        target.Set("ARSCO", discount);
+    }
+}
+
+void LinkSuppliers(ImportRun& run, const SourceRow& row, const QString& article) {
+    const ArticleWriter writer(run);
     for (int number = 1; number <= Suppliers; ++number) {
         const QString code = row.Text(OfSupplier("_ARFOR", number));
         if (code.isEmpty()) {
@@ -146,69 +115,50 @@ void LinkSuppliers(ImportRun& run, const ArticleWriter& writer, const SourceRow&
     }
 }
 
-void WriteTexts(const ArticleWriter& writer, const SourceRow& row, const QString& article) {
-    writer.Texts(article, QString(row.Text("_ARDES") + ' ' + row.Text("_ARAGG")).trimmed());
-    if (const QString english = row.Text("_ARDSL(1)"); !english.isEmpty()) {
-        writer.Text(article, "ARDES", english, "EN");
-    }
-}
-
-/// Why a further row of an article is left out.
-const QString OtherWarehouse = QStringLiteral("articolo già letto, riga di un altro magazzino");
-
-/// @param last CDART of the article carried over last: its further rows are those of other warehouses
-RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, QString& last) {
-    if (!IsArticle(row)) {
-        return run.Skip("riga che non è un articolo");
-    }
-    const ArticleWriter writer(run);
-    const Facts facts{ArticleOf(run, row.Text("_ARCOD"))};
-    if (facts.code == last) {
-        return run.Skip(OtherWarehouse);
-    }
-    const RowOutcome outcome = writer.Write(Articoli(), row, facts, [&row](TargetRow& target) {
-        // The discount category is a discount only where it is a number.
-        bool isNumber = false;
-        const double discount = row.Text("_ARSCO").replace(',', '.').toDouble(&isNumber);
-        if (isNumber) {
-            target.Set("ARSCO", discount);
-        }
-    });
-    WriteTexts(writer, row, facts.code);
-    LinkSuppliers(run, writer, row, facts.code);
-    if (!row.IsBlank("_ARALT")) {
-        writer.InternalCode(facts.code, row.Text("_ARALT"));
-    }
-    run.Restores(last);
-    last = facts.code;
-    return outcome;
-}
+/// The company's own description and the one in English.
+const QString Description = QStringLiteral("_ARDES, _ARAGG");
 
 } // namespace
 
-const Needs& ArticoliNeeds() {
-    static const Needs needs = [] {
-        Needs all{{&Articoli()}, SupplierReads(), ArticleNeeds()};
-        all.reads.push_back({ArtMag, {"NUMMAG", "_ARTIP", "_ARALT", "_ARDSL(1)", "_ARSCO"}});
-        all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP", "COTPC", "COCON"}});
-        all.writes.push_back({"ART_ICO", {"ARSCO"}});
-        return all;
-    }();
-    return needs;
-}
+// --- Articles -----------------------------------------------------------------------------------------------------
 
-void ImportArticoliMEX(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportArticoliMEX", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione articoli");
-        run.Preflight(ArticoliNeeds());
-        EmptyArticles(run, reset);
-        QString last;
-        run.Rows(ArticleRows(run, "Articoli", singleCode),
-                 [&](const SourceRow& row) { return ImportArticolo(run, row, last); });
-        run.Complete("Articoli importati correttamente!");
-    });
+/// Of the rows of an article the first one tells what it is, and stands for the others when it cannot be carried over.
+Articles Articoli() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportArticoliMEX"},
+        .source = {.table = ArtMag, .key = "[_ARCOD]", .order = "[_ARCOD], NUMMAG", .group = {"_ARCOD"}},
+        .code = {"_ARCOD", Article()},
+        .description = Description,
+        .lines =
+            {
+                {"CDEXT", "_ARCOD", First(50)},
+                {"DTINS", "_ARDTC", NotBlank(MomentOrNow())},
+                {"ARCLA", "_ARDBP", Choice({{"S", "PF"}}, "CM")},
+                {"ARFAM", "GRPMERCE, _ARCTG", FamilyOf()},
+                {"ARANN", "_ARANN", Flag()},
+                {"ARUMS", "_ARUM1", TranslatedOrUpper(ArtMag, "_ARUM1", schema::defaults::Unit)},
+                {"ARUM2", "_ARUM2", TranslatedOrUpper(ArtMag, "_ARUM1", "")},
+                {"ARCOE", "_ARKOEPTA", RoundedTo(6)},
+                {"ARIVA", "_ARIVA", VatCode(ArtMag, "_ARIVA")},
+                {"ARSMN", "_ARSMI", RoundedTo(6)},
+                {"ARSMX", "_ARSMA", RoundedTo(6)},
+                {"ARLOR", "_ARLOT(1)", RoundedTo(6)},
+                {"ARGGA", "_ARGGR(1)", RoundedTo(0)},
+                {"ARPSN", "_ARPES", RoundedTo(3)},
+                {"ARCOS", "_ARCUL, _ARCOS", FirstNotZero()},
+                {"ARPRZ", "_ARPRZ(1)", RoundedTo(6)},
+                {"ARRIC", "_ARPRZ(1), _ARCUL, _ARCOS", MarkUp()},
+            },
+        .aliases = {{.code = "_ARALT"}},
+        .languages = {{.language = Fixed("EN"), .text = "_ARDSL(1)"}},
+        .furtherRows = OtherWarehouse,
+        .leavesOut = LeftOut,
+        .more = SetDiscount,
+        .after = LinkSuppliers,
+        .further = {{},
+                    SupplierReads() + std::vector<TableNeed>{{ArtMag, {"_ARTIP", "_ARSCO"}}},
+                    {{"ART_ICO", {"ARSCO"}}}},
+    };
 }
 
 // --- Costs and prices ---------------------------------------------------------------------------------------------
@@ -218,7 +168,7 @@ namespace {
 /// @param last as of `ImportArticolo`
 RowOutcome RefreshArticle(ImportRun& run, const SourceRow& row, QString& last) {
     Session& session = run.GetSession();
-    const QString article = ArticleOf(run, row.Text("_ARCOD"));
+    const QString article = ArticleCodeOf(run.GetSession(), ArtMag, "_ARCOD", row.Text("_ARCOD"));
     if (article == last) {
         return run.Skip(OtherWarehouse);
     }
@@ -270,7 +220,7 @@ QString WarehouseOf(Session& session, const SourceRow& row) {
 
 RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row, QSet<QString>& seen) {
     const QString warehouse = WarehouseOf(run.GetSession(), row);
-    const QString article = ArticleOf(run, row.Text("_ARCOD"));
+    const QString article = ArticleCodeOf(run.GetSession(), ArtMag, "_ARCOD", row.Text("_ARCOD"));
     const QString key = warehouse + '\n' + article;
     if (seen.contains(key)) {
         return run.Skip("riga ripetuta nell'esportazione");
@@ -293,7 +243,7 @@ void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione Saldi di Magazzino");
         run.Preflight(SaldiNeeds());
-        EmptyStock(run, reset);
+        Empty(run, reset, StockEmptying());
         StockWriter writer(run);
         QSet<QString> seen;
         const QString from = " FROM ART_MAG" + run.OnlyCode(" WHERE", "[_ARCOD]", singleCode);
@@ -313,34 +263,13 @@ void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
 
 // --- Locations ----------------------------------------------------------------------------------------------------
 
-namespace {
-
-RowOutcome ImportUbicazione(ImportRun& run, const SourceRow& row) {
-    const QString article = ArticleOf(run, row.Text("_ARCOD"));
-    return IsImported(run, article) ? ArticleWriter(run).Location(article, row.Text("_ARUBI"))
-                                    : run.Skip(ArticleMissing);
-}
-
-} // namespace
-
-const Needs& UbicazioniNeeds() {
-    static const Needs needs{{}, {{ArtMag, {"_ARCOD", "_ARUBI"}}}, LocationNeeds()};
-    return needs;
-}
-
-void ImportUbicazioniMEX(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportUbicazioniMEX", singleCode);
-    run.Guard([&] {
-        run.AnnounceAppending("Inizio importazione Ubicazioni Articolo");
-        run.Preflight(UbicazioniNeeds());
-        EmptyLocations(run, reset);
-        const QString from =
-            " FROM ART_MAG" + QString(" WHERE [_ARUBI] > ''") + run.OnlyCode(" AND", "[_ARCOD]", singleCode);
-        run.Rows({"Ubicazioni Articolo", ArtMag, "_ARCOD", "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY [_ARCOD]"},
-                 [&](const SourceRow& row) { return ImportUbicazione(run, row); });
-        run.Complete("Ubicazioni importate correttamente!");
-    });
+Locations Ubicazioni() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportUbicazioniMEX", .log = LogStart::Behind},
+        .source = {.table = ArtMag, .key = "[_ARCOD]", .order = "[_ARCOD]", .where = "[_ARUBI] > ''"},
+        .article = {"_ARCOD", Article()},
+        .location = "_ARUBI",
+    };
 }
 
 } // namespace modImport_Mexal

@@ -1,11 +1,11 @@
 // A made-up origin to start a new module from: copy the file, replace the names, give the registry its line.
-// The table CLIENTI of a database server: one row per customer.
-// How sure the layout is: made up. Known gaps: everything but code, name, street, town and telephone.
+// A database server with ANAGRAFICA (customers, suppliers, carriers), ARTICOLI, PREZZI and DISTINTE.
+// How sure the layout is: made up. Known gaps: documents, stock.
 
-#include "adapters/contract/map/lookups.h"
-#include "adapters/contract/run/Origin.h"
-#include "adapters/contract/run/TargetRow.h"
-#include "adapters/contract/write/Counterparty.h"
+#include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -22,62 +22,99 @@ const QString Module = QStringLiteral("modImport_Template");
 
 // --- Source tables ------------------------------------------------------------------------------------------------
 
-const QString Clienti = QStringLiteral("CLIENTI");
+const QString Anagrafica = QStringLiteral("ANAGRAFICA");
+const QString ArticoliTable = QStringLiteral("ARTICOLI");
 
-// --- Mappings -----------------------------------------------------------------------------------------------------
+/// CDART of an article's code.
+Rule Article() { return ArticleCode(ArticoliTable, "CODICE"); }
 
-const Mapping& Controparti() {
-    static const Mapping mapping{
-        "CON_TRO",
-        Clienti,
-        {
-            {"CDCON", "CODICE", Code()},
-            {"CORAS", "NOME", First(35)},
-            {"CORA2", "NOME", From(36)},
-            {"COINV", "", Today()},
-            {"COCLI", "", Constant(true)},
-            {"COCGE", "CODICE", Text()},
-            {"COIND", "VIA", NotBlank(Text())},
-            {"COCIT", "CITTA", Text()},
-            {"CONAZ", "", Constant(schema::defaults::Country)},
-            {"COSC1", "SCONTO", RoundedTo(2)},
-        },
-    };
-    return mapping;
-}
+// --- Hooks --------------------------------------------------------------------------------------------------------
 
-// --- Counterparties -----------------------------------------------------------------------------------------------
-
-RowOutcome ImportCliente(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
-    if (!LookUp(session, "CON_TRO", "COCGE", row.Text("CODICE"), "CDCON").isEmpty()) {
-        return run.Skip("controparte già presente");
+/// Sheets are known by their thickness.
+void SetSheet(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
+    if (NumberOf(row, "SPESSORE") > 0) {
+        target.Set("ARLAM", true);
+        target.Set("ARCLA", "LM");
     }
-    const Facts facts{CounterpartyRegister(run).NextCode(), RoleOf(true)};
-    TargetRow target(run, "CON_TRO");
-    Controparti().Apply(target, session, row, facts);
-    target.Insert();
-    CounterpartyWriter(run, {}).Telephone({"CON_TRO", facts.code}, "Ufficio", row.Text("TELEFONO"));
-    return RowOutcome::Inserted;
 }
 
-const Needs& ContropartiNeeds() {
-    static const Needs needs{{&Controparti()}, {{Clienti, {"TELEFONO"}}}, CounterpartyNeeds()};
-    return needs;
+// --- Declarations -------------------------------------------------------------------------------------------------
+
+Counterparties Controparti() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportControparti"},
+        .source = {.table = Anagrafica, .key = "CODICE", .order = "TIPO, CODICE"},
+        .roles = ByLetter("TIPO", {.customer = {"C"}, .supplier = {"F"}, .both = {"E"}, .carrier = {"V"}}),
+        .name = "NOME",
+        .vatNumber = "PIVA",
+        .lines =
+            {
+                {"CORAS", "NOME", First(35)},
+                {"CORA2", "NOME", Part(36, 100)},
+                {"COIND", "VIA", NotBlank(Street())},
+                {"CONRC", "VIA", StreetNumber()},
+                {"COCIT", "CITTA", Text()},
+                {"COIVA", "PIVA", NotBlank(Text())},
+                ByRole("COMOP", "COMOA", "PAGAMENTO", Translated(Anagrafica, "PAGAMENTO")),
+                DiscountsByRole("SCONTO"),
+            },
+        .numbers = {.office = "TELEFONO", .mail = "EMAIL"},
+        .branches = {{
+            .rows = {.table = "SEDI", .on = {{"CODICE"}}, .order = "NUMERO"},
+            .lines = {{"CDSED", "NUMERO", Digits(3)}, {"SEIND", "VIA", Text()}, {"SECIT", "CITTA", Text()}},
+        }},
+        .contacts = {{.lines = {{"RFNOM", "REFERENTE", Text()}}, .numbers = {.mobile = "CELLULARE"}}},
+    };
 }
 
-void ImportControparti(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportControparti", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione controparti");
-        run.Preflight(ContropartiNeeds());
-        run.Truncate(reset, CounterpartyTables());
-        const QString where = singleCode.isEmpty() ? QString() : QString("\rWHERE CODICE = " + run.Quoted(singleCode));
-        run.Rows({"Controparti", Clienti, "CODICE", "SELECT COUNT(*) FROM CLIENTI" + where,
-                  "SELECT * FROM CLIENTI" + where + "\rORDER BY CODICE"},
-                 [&](const SourceRow& row) { return ImportCliente(run, row); });
-        run.Complete("Controparti importate correttamente!");
-    });
+Articles Articoli() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportArticoli"},
+        .source = {.table = ArticoliTable, .key = "CODICE", .order = "CODICE"},
+        .code = {"CODICE", Article()},
+        .description = "DESCRIZIONE",
+        .lines =
+            {
+                {"ARUMS", "UM", Unit(ArticoliTable, "UM", schema::defaults::Unit)},
+                {"ARIVA", "IVA", VatCode(ArticoliTable, "IVA")},
+                {"ARCOS", "COSTO", RoundedTo(6)},
+                {"DTINS", "CREATO", NotBlank(DateText("yyyyMMdd"))},
+            },
+        .suppliers = {{.supplier = {"FORNITORE", KnownSupplier()}, .ownCode = "CODICE_FORNITORE", .price = "COSTO"}},
+        .aliases = {{.code = "BARRE"}},
+        .location = "UBICAZIONE",
+        .more = SetSheet,
+        .further = {{}, {{ArticoliTable, {"SPESSORE"}}}, {{"ART_ICO", {"ARLAM", "ARCLA"}}}},
+    };
+}
+
+/// Two lists in numbered columns: one whose price is blank or zero does not have the article.
+PriceLists Listini() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportListini"},
+        .source = {.table = "PREZZI", .key = "ARTICOLO", .order = "ARTICOLO, DAL"},
+        .article = {"ARTICOLO", Article()},
+        .prices = Numbered(1, 2,
+                           [](const QString& number) {
+                               return PriceFields{.list = Fixed(QString("L" + number)),
+                                                  .direction = Fixed("V"),
+                                                  .description = Fixed(QString("Listino " + number)),
+                                                  .from = "DAL",
+                                                  .scales = {{.price = {"PREZZO" + number, NotZero()}}}};
+                           }),
+    };
+}
+
+Bills Distinte() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportDistinte"},
+        .source = {.table = "DISTINTE", .key = "PADRE", .order = "PADRE", .distinct = true},
+        .article = {"PADRE", Article()},
+        .components = {.rows = {.table = "DISTINTE", .on = {{"PADRE"}}, .order = "RIGA", .naming = "FIGLIO"},
+                       .article = {"FIGLIO", Article()},
+                       .quantity = "QUANTITA",
+                       .position = "RIGA"},
+    };
 }
 
 } // namespace
@@ -89,18 +126,14 @@ const Origin& Entry() {
         "Template",
         Module,
         {"SQL Server", sourceSettings::Server("TEMPLATE")},
-        {{
-            {Shown::Yes, ""}, // Cli
-            {Shown::No, ""},  // Art
-            {Shown::No, ""},  // Dis
-            {Shown::No, ""},  // Doc
-            {Shown::No, ""},  // Acq
-            {Shown::No, ""},  // Saldi
-            {Shown::No, ""},  // Piano
-            {Shown::No, ""},  // Disegni
-        }},
+        Buttons("YYYNNNN-", {{Button::Dis, "Importa Distinte Base"}}),
         Shown::No,
-        {{Button::Cli, "ImportControparti", ImportControparti, ContropartiNeeds()}},
+        {
+            ProcedureOf(Button::Cli, Controparti()),
+            ProcedureOf(Button::Art, Articoli()),
+            ProcedureOf(Button::Dis, Distinte()),
+            ProcedureOf(std::nullopt, Listini()),
+        },
     };
     return origin;
 }

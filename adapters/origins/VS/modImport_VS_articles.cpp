@@ -3,8 +3,8 @@
 #include "adapters/origins/VS/modImport_VS.h"
 
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
+#include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
 
@@ -18,110 +18,58 @@ namespace modImport_VS {
 
 namespace {
 
-// --- Source tables ------------------------------------------------------------------------------------------------
-
-const QString Disegni = QStringLiteral("DISEGNI");
-
-// --- Mappings -----------------------------------------------------------------------------------------------------
-
-const Mapping& Articolo() {
-    static const Mapping mapping{
-        "ART_ICO",
-        Articoli,
-        {
-            {"CDEXT", "COD_ARTICOLO", First(50)},
-            {"ARDES", "DESCRIZIONE", First(100)},
-            {"ARDE2", "DESCRIZIONE_2", First(100)},
-            {"ARCDR", "DESCRIZIONE", CodeAndText(100)},
-            {"ARCLA", "COD_CLASSE", Or(Translated(Articoli, "COD_CLASSE"), "CM")},
-            {"ARFAM", "COD_FAMIGLIA", Translated(Articoli, "COD_FAMIGLIA")},
-            {"ARMAT", "MATERIALE", TranslatedOrKnown(Articoli, "MATERIALE", "TAB_MAT")},
-            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
-            {"ARLAM", "", Constant(false)},
-            {"ARREV", "REVISIONE", Text()},
-            {"ARDIS", "NUM_DISEGNO", NotBlank(Text())},
-            {"ARANN", "ANNULLATO", Flag()},
-            {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
-            {"ARUM2", "UM_2", TranslatedOrUpper(Articoli, "UM", "")},
-            {"ARCOE", "COEFFICIENTE", RoundedTo(6)},
-            {"ARIVA", "COD_IVA", VatCode(Articoli, "COD_IVA")},
-            {"ARMAG", "", Constant(true)},
-            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
-            {"ARSMN", "SCORTA_MINIMA", RoundedTo(6)},
-            {"ARLOR", "LOTTO_RIORDINO", RoundedTo(6)},
-            {"ARGGA", "GIORNI_RIORDINO", RoundedTo(0)},
-            {"ARPSN", "PESO", RoundedTo(3)},
-            {"ARCOS", "COSTO_ULTIMO, COSTO_STANDARD", FirstNotZero()},
-            {"ARPRZ", "PREZZO_VENDITA", RoundedTo(6)},
-            {"ARRIC", "PREZZO_VENDITA, COSTO_ULTIMO, COSTO_STANDARD", MarkUp()},
+/// The supplier of a code, whatever it came from; one that is not there is logged.
+Rule Supplier() {
+    return {
+        "counterparty as GetNewControparteFromVisual finds it; one that is not there is logged and left out",
+        [](const RuleInput& input) -> RuleValue {
+            const QString code = GetNewControparteFromVisual(input.session, input.Text(), false);
+            if (code.isEmpty() && !input.Text().isEmpty()) {
+                modImport::LogNote(
+                    input.session,
+                    QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), input.Text()));
+            }
+            return code.isEmpty() ? RuleValue() : RuleValue(code);
         },
-    };
-    return mapping;
+        Side::Both, RegisterReads(false)};
 }
 
 } // namespace
-
-QString ArticleOf(ImportRun& run, const QString& sourceCode) {
-    return ArticleWriter(run).CodeOf(Articoli, "COD_ARTICOLO", sourceCode);
-}
 
 // --- Articles -----------------------------------------------------------------------------------------------------
 
-namespace {
-
-void LinkSupplier(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
-    const QString code = row.Text("COD_FORNITORE");
-    if (code.isEmpty()) {
-        return;
-    }
-    const QString supplier = GetNewControparteFromVisual(run, code, false);
-    if (supplier.isEmpty()) {
-        run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(run.RowKey(), code));
-        return;
-    }
-    const double lastCost = NumberOf(row, "COSTO_ULTIMO");
-    writer.Link(article, supplier, lastCost != 0 ? lastCost : NumberOf(row, "COSTO_STANDARD"));
-    if (const QString own = row.Text("COD_ART_FORNITORE"); !own.isEmpty()) {
-        writer.CodeAtCounterparty(article, own, supplier);
-    }
-}
-
-RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
-    const ArticleWriter writer(run);
-    const Facts facts{ArticleOf(run, row.Text("COD_ARTICOLO"))};
-    const RowOutcome outcome = writer.Write(Articolo(), row, facts);
-    writer.Texts(facts.code, row.Text("DESCRIZIONE"));
-    LinkSupplier(run, writer, row, facts.code);
-    return outcome;
-}
-
-} // namespace
-
-const Needs& ArticoliNeeds() {
-    static const Needs needs = [] {
-        Needs all{{&Articolo()},
-                  {{Articoli, {"COD_FORNITORE", "COD_ART_FORNITORE"}},
-                   {Fornitori, {"COD_FORNITORE", "PARTITA_IVA", "CODICE_FISCALE"}}},
-                  ArticleNeeds()};
-        all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP", "COTPC", "COCON"}});
-        return all;
-    }();
-    return needs;
-}
-
-void ImportArticoliVSP(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportArticoliVSP", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione articoli");
-        run.Preflight(ArticoliNeeds());
-        EmptyArticles(run, reset);
-        const QString from = " FROM " + Articoli + run.OnlyCode(" WHERE", "COD_ARTICOLO", singleCode);
-        run.Rows({"Articoli", Articoli, "COD_ARTICOLO", "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY COD_ARTICOLO"},
-                 [&](const SourceRow& row) { return ImportArticolo(run, row); });
-        run.Complete("Articoli importati correttamente!");
-    });
+Articles Articoli() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportArticoliVSP"},
+        .source = {.table = ArticoliTable, .key = "COD_ARTICOLO", .order = "COD_ARTICOLO"},
+        .code = {"COD_ARTICOLO", Article()},
+        .description = "DESCRIZIONE",
+        .lines =
+            {
+                {"CDEXT", "COD_ARTICOLO", First(50)},
+                {"ARDE2", "DESCRIZIONE_2", First(100)},
+                {"ARCLA", "COD_CLASSE", Or(Translated(ArticoliTable, "COD_CLASSE"), "CM")},
+                {"ARFAM", "COD_FAMIGLIA", Translated(ArticoliTable, "COD_FAMIGLIA")},
+                {"ARMAT", "MATERIALE", TranslatedOrKnown(ArticoliTable, "MATERIALE", "TAB_MAT")},
+                {"ARREV", "REVISIONE", Text()},
+                {"ARDIS", "NUM_DISEGNO", NotBlank(Text())},
+                {"ARANN", "ANNULLATO", Flag()},
+                {"ARUMS", "UM", TranslatedOrUpper(ArticoliTable, "UM", schema::defaults::Unit)},
+                {"ARUM2", "UM_2", TranslatedOrUpper(ArticoliTable, "UM", "")},
+                {"ARCOE", "COEFFICIENTE", RoundedTo(6)},
+                {"ARIVA", "COD_IVA", VatCode(ArticoliTable, "COD_IVA")},
+                {"ARSMN", "SCORTA_MINIMA", RoundedTo(6)},
+                {"ARLOR", "LOTTO_RIORDINO", RoundedTo(6)},
+                {"ARGGA", "GIORNI_RIORDINO", RoundedTo(0)},
+                {"ARPSN", "PESO", RoundedTo(3)},
+                {"ARCOS", "COSTO_ULTIMO, COSTO_STANDARD", FirstNotZero()},
+                {"ARPRZ", "PREZZO_VENDITA", RoundedTo(6)},
+                {"ARRIC", "PREZZO_VENDITA, COSTO_ULTIMO, COSTO_STANDARD", MarkUp()},
+            },
+        .suppliers = {{.supplier = {CodFornitore, Supplier()},
+                       .ownCode = "COD_ART_FORNITORE",
+                       .price = {"COSTO_ULTIMO, COSTO_STANDARD", FirstNotZero()}}},
+    };
 }
 
 // --- Drawings -----------------------------------------------------------------------------------------------------
@@ -156,7 +104,7 @@ QString FileOf(Session& session, const SourceRow& row) {
 /// The drawing of the last revision, which comes last, is the one that the article names.
 RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
-    const QString article = ArticleOf(run, row.Text("COD_ARTICOLO"));
+    const QString article = ArticleCodeOf(session, ArticoliTable, "COD_ARTICOLO", row.Text("COD_ARTICOLO"));
     if (!IsImported(run, article)) {
         return run.Skip(ArticleMissing);
     }
@@ -175,27 +123,21 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
 
 } // namespace
 
-const Needs& DisegniNeeds() {
-    static const Needs needs = [] {
-        Needs all{{}, {{Disegni, {"COD_ARTICOLO", "PERCORSO", "DESCRIZIONE", "REVISIONE", "DATA"}}}, AttachmentNeeds()};
-        all.writes.push_back({"ART_ICO", {"CDART", "ARATT", "ARDIS"}});
-        return all;
-    }();
-    return needs;
-}
-
-void ImportDisegniVSP(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportDisegniVSP", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione Disegni da Visual Space");
-        run.Preflight(DisegniNeeds());
-        RemoveImportedAttachments(run, "ART_ICO", reset);
-        const QString from = " FROM " + Disegni + run.OnlyCode(" WHERE", "COD_ARTICOLO", singleCode);
-        run.Rows({"Disegni", Disegni, "COD_ARTICOLO", "SELECT COUNT(*)" + from,
-                  "SELECT *" + from + " ORDER BY COD_ARTICOLO, REVISIONE"},
-                 [&](const SourceRow& row) { return ImportDisegno(run, row); });
-        run.Complete("Disegni importati correttamente!");
-    });
+Procedure Disegni() {
+    const QString table = QStringLiteral("DISEGNI");
+    const Frame frame{.module = Module,
+                      .procedure = "ImportDisegniVSP",
+                      .announcement = "Inizio importazione Disegni da Visual Space",
+                      .completion = "Disegni importati correttamente!"};
+    return ProcedureOf(
+        Button::Disegni, frame,
+        {{.step = "Disegni",
+          .source = {.table = table, .key = "COD_ARTICOLO", .order = "COD_ARTICOLO, REVISIONE"},
+          .needs = {{},
+                    {{table, {"PERCORSO", "DESCRIZIONE", "DATA"}}},
+                    AttachmentNeeds() + std::vector<TableNeed>{{"ART_ICO", {"CDART", "ARATT", "ARDIS"}}}},
+          .empties = AttachmentEmptying("ART_ICO"),
+          .make = Importing(ImportDisegno)}});
 }
 
 } // namespace modImport_VS

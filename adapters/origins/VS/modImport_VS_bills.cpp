@@ -38,7 +38,7 @@ void TellOtherUnit(ImportRun& run, const SourceRow& row, const QString& article)
     if (unit.isEmpty()) {
         return;
     }
-    const QString known = modImport::GetNewCode(session, Articoli, "UM", unit, false);
+    const QString known = modImport::GetNewCode(session, ArticoliTable, "UM", unit, false);
     const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARUMS");
     if ((known.isEmpty() ? unit : known).compare(own, Qt::CaseInsensitive) != 0) {
         run.Log(QStringLiteral("UNITÀ DI MISURA DIVERSA: %1: '%2' è in '%3', l'articolo in '%4'")
@@ -48,7 +48,7 @@ void TellOtherUnit(ImportRun& run, const SourceRow& row, const QString& article)
 
 /// Adds the row to the components of its bill, unless its article is missing.
 void AddComponent(ImportRun& run, const SourceRow& row, Bill& bill) {
-    const QString article = ArticleOf(run, row.Text("FIGLIO"));
+    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", row.Text("FIGLIO"));
     if (!IsImported(run, article, NameOf(row, DistintaBase, RowKey))) {
         return;
     }
@@ -110,7 +110,7 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
 }
 
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
-    const QString article = ArticleOf(run, parent);
+    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", parent);
     if (!IsImported(run, article)) {
         return run.Skip(ArticleMissing);
     }
@@ -196,7 +196,7 @@ void Remove(ImportRun& run, const Gone& component) {
 }
 
 RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
-    const QString article = ArticleOf(run, parent);
+    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", parent);
     RowOutcome outcome = run.Skip("distinta che nessuna importazione ha scritto");
     std::vector<Gone> gone;
     for (const Bill& bill : BillsOf(run, parent)) {
@@ -247,7 +247,7 @@ void ImportDistinteVSP(Session& session, const QString& singleCode, bool reset) 
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione Distinte Base da Visual Space");
         run.Preflight(DistinteNeeds());
-        EmptyBills(run, reset);
+        Empty(run, reset, BillEmptying());
         ImportBills(
             run, Parents(run, "Distinte Base", singleCode), singleCode,
             "Distinte Base Visual Space importate correttamente: %1 (Fasi: %2, Comp.: %3)",
@@ -265,7 +265,7 @@ void CorreggiDistinteVSP(Session& session, const QString& singleCode, bool /*res
     ImportRun run(session, Module, "CorreggiDistinteVSP", singleCode);
     run.LogErrorsAs("Errore: ");
     run.Guard([&] {
-        if (!run.Ask("Correggere le distinte?")) {
+        if (!run.Ask(CorrectionQuestion)) {
             return;
         }
         run.AnnounceAppending("Inizio correzione Distinte Base da Visual Space");

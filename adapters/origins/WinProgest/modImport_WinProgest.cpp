@@ -11,6 +11,8 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/BaseTable.h"
+#include "adapters/contract/write/Bill.h"
+#include "adapters/contract/write/Document.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
@@ -208,7 +210,7 @@ void ImportArticoliWinProgest(Session& session, const QString& singleCode, bool 
     run.Guard([&] {
         run.Announce("Inizio importazione Articoli da WinProgest");
         run.Preflight(ArticoliNeeds());
-        EmptyArticles(run, reset);
+        Empty(run, reset, ArticleEmptying());
         const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
         run.Rows({"Articoli", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
                   "SELECT * FROM ARTICOLI" + where + "\rORDER BY CODART"},
@@ -383,7 +385,7 @@ void ImportDisegniWinProgest(Session& session, const QString& singleCode, bool r
         run.Announce("Inizio importazione Disegni da WinProgest");
         run.Preflight(DisegniNeeds());
         const QString folder = FolderOfDrawings(session);
-        RemoveImportedAttachments(run, "ART_ICO", reset);
+        Empty(run, reset, AttachmentEmptying("ART_ICO"));
         const QString where = "\rWHERE DISEGNO > ''" +
                               (singleCode.isEmpty() ? QString() : QString(" AND CODART = " + run.Quoted(singleCode)));
         run.Rows({"Disegni", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
@@ -409,8 +411,10 @@ bool PrepareFiles(Session& session, ovConnection& source) {
     return true;
 }
 
+const QString OnFilesQuestion = QStringLiteral("Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer");
+
 bool PrepareSource(Session& session, ovConnection& source) {
-    switch (session.Person.Ask("Mi collego a WinProgest sui file di dati?\n[SI] file\n[NO] SQLServer")) {
+    switch (session.Person.Ask(OnFilesQuestion)) {
     case Answer::Yes:
         return PrepareFiles(session, source);
     case Answer::No:
@@ -422,14 +426,21 @@ bool PrepareSource(Session& session, ovConnection& source) {
 }
 
 Procedure Riallinea() {
-    Procedure procedure{Button::Cli, "RiallineaDRORIWinProgest", RiallineaDRORIWinProgest, RiallineaNeeds()};
+    Procedure procedure{
+        Button::Cli,
+        "RiallineaDRORIWinProgest",
+        RiallineaDRORIWinProgest,
+        RiallineaNeeds(),
+        {},
+        {{"Riallineare Ordini?"}, {"Riallineare DDT?"}, {"Riallineare Fatture?"}, {"Riallineare Fatture Pro Forma?"}}};
     procedure.asksReset = false;
     return procedure;
 }
 
 /// Documents are imported as a whole: both buttons do the same.
 Procedure Documenti(Button button) {
-    Procedure procedure{button, "ImportDocumentiWinProgest", ImportDocumentiWinProgest, DocumentiNeeds()};
+    Procedure procedure{button,           "ImportDocumentiWinProgest", ImportDocumentiWinProgest,
+                        DocumentiNeeds(), DocumentEmptying(),          {{SkipImportedQuestion}}};
     procedure.confirmation = "Importare i documenti?";
     return procedure;
 }
@@ -440,27 +451,23 @@ const Origin& Entry() {
     static const Origin origin{
         "WinProgest",
         Module,
-        {"FoxPro o SQL Server", PrepareSource},
-        {{
-            {Shown::Yes, "Riallinea DRORI"},        // Cli
-            {Shown::Yes, ""},                       // Art
-            {Shown::Yes, ""},                       // Dis
-            {Shown::Yes, ""},                       // Doc
-            {Shown::Yes, ""},                       // Acq
-            {Shown::Yes, "Importa Promozioni"},     // Saldi
-            {Shown::Yes, "Importa Codifiche Art."}, // Piano
-            {Shown::Yes, ""},                       // Disegni
-        }},
+        {"FoxPro o SQL Server", PrepareSource, {{OnFilesQuestion}}},
+        Buttons("YYYYYYYY", {{Button::Cli, "Riallinea DRORI"},
+                             {Button::Saldi, "Importa Promozioni"},
+                             {Button::Piano, "Importa Codifiche Art."}}),
         Shown::Keep,
         {
             Riallinea(),
-            {Button::Art, "ImportArticoliWinProgest", ImportArticoliWinProgest, ArticoliNeeds()},
-            {Button::Dis, "ImportDistinteWinProgest", ImportDistinteWinProgest, DistinteNeeds()},
+            {Button::Art, "ImportArticoliWinProgest", ImportArticoliWinProgest, ArticoliNeeds(), ArticleEmptying()},
+            {Button::Dis, "ImportDistinteWinProgest", ImportDistinteWinProgest, DistinteNeeds(), BillEmptying()},
             Documenti(Button::Doc),
             Documenti(Button::Acq),
-            {Button::Saldi, "ImportPromozioniWinProgest", ImportPromozioniWinProgest, PromozioniNeeds()},
-            {Button::Piano, "ImportCodificheWinProgest", ImportCodificheWinProgest, CodificheNeeds()},
-            {Button::Disegni, "ImportDisegniWinProgest", ImportDisegniWinProgest, DisegniNeeds()},
+            {Button::Saldi, "ImportPromozioniWinProgest", ImportPromozioniWinProgest, PromozioniNeeds(),
+             Truncated({"PRO_MOZ", "PRO_MOR"})},
+            {Button::Piano, "ImportCodificheWinProgest", ImportCodificheWinProgest, CodificheNeeds(),
+             Truncated({"ART_COD"})},
+            {Button::Disegni, "ImportDisegniWinProgest", ImportDisegniWinProgest, DisegniNeeds(),
+             AttachmentEmptying("ART_ICO")},
         },
     };
     return origin;

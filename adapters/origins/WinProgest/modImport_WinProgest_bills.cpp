@@ -81,7 +81,7 @@ void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool 
     run.Guard([&] {
         run.AnnounceAppending("Inizio importazione Distinte Base da WinProgest");
         run.Preflight(DistinteNeeds());
-        EmptyBills(run, reset);
+        Empty(run, reset, BillEmptying());
         const QString where = run.OnlyCode("\rWHERE", "PADRE", singleCode);
         const ImportRun::Loop heads{"Distinte Base", Nftdis, "PADRE", "SELECT COUNT(*) FROM NFTDIS" + where,
                                     "SELECT * FROM NFTDIS" + where + "\rORDER BY PADRE"};

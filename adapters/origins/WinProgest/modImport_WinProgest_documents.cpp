@@ -347,7 +347,7 @@ void ImportDocumentiWinProgest(Session& session, const QString& singleCode, bool
         Answers answers{ReadDocumentSettings(session)};
         answers.skipImported = AskSkipImported(run);
         const TriggersOff triggers(run);
-        RemoveImportedDocuments(run, reset);
+        Empty(run, reset, DocumentEmptying());
         const bool toTheEnd = std::all_of(AllKinds.begin(), AllKinds.end(),
                                           [&](Kind kind) { return KindImport(run, kind, answers).Run(singleCode); });
         if (toTheEnd) {

@@ -1,0 +1,195 @@
+#include "adapters/contract/kinds/Articles.h"
+
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+namespace {
+
+using namespace rules;
+
+constexpr int TextSize = 100;
+
+std::vector<MapLine> UsualLines(const Articles& declared) {
+    const QString description = declared.description.Columns().join(QStringLiteral(", "));
+    return {
+        {"ARDES", description, First(TextSize)},
+        {"ARCDR", description, CodeAndText(TextSize)},
+        {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
+        {"ARLAM", "", Constant(false)},
+        {"ARMAG", "", Constant(true)},
+        {"ARMAD", "", Constant(schema::defaults::Warehouse)},
+    };
+}
+
+/// The declaration with what follows from it; the procedure and its needs live on it.
+class Kind {
+public:
+    explicit Kind(Articles articles)
+        : declared(std::move(articles)),
+          mappings(declared.source.Mappings("ART_ICO", declared.lines.Over(UsualLines(declared)))) {
+        AddPages();
+    }
+
+    contract::Needs Needs() const;
+
+    Articles declared;
+    std::vector<Mapping> mappings;   ///< one for each table that is read
+    std::vector<Mapping> pages = {}; ///< of what hangs on an article, for the page and the check
+
+private:
+    void AddPages();
+};
+
+void Kind::AddPages() {
+    const QString& table = declared.source.table;
+    const auto tableOf = [&table](const ChildTable& rows) { return rows.table.isEmpty() ? table : rows.table; };
+    const auto addOwn = [this](const Mapping& page) {
+        for (Mapping& each : declared.source.Mappings(page.targetTable, page.lines)) {
+            pages.push_back(std::move(each));
+        }
+    };
+    for (const SupplierOfArticle& each : declared.suppliers) {
+        addOwn(FieldMapping("ART_FOR", table,
+                            {{"CDCON", each.supplier},
+                             {"ARPRZ", each.price},
+                             {"AFGGR", each.leadDays},
+                             {"AFLOR", each.lot},
+                             {"AFQTR", each.minimum}}));
+        addOwn(FieldMapping("ART_COD", table, {{"CDCOD", each.ownCode}}));
+    }
+    addOwn(FieldMapping("UBI_ART", table, {{"CDUBI", declared.location}}));
+    for (const Aliases& each : declared.aliases) {
+        pages.push_back(FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.code}}));
+    }
+    for (const LanguageTexts& each : declared.languages) {
+        pages.push_back(FieldMapping("SYS_LNG", tableOf(each.rows), {{"LNLNG", each.language}, {"LNTXT", each.text}}));
+    }
+}
+
+contract::Needs Kind::Needs() const {
+    const QString& table = declared.source.table;
+    contract::Needs needs = declared.source.NeedsOf({declared.code, declared.description});
+    for (const auto* all : {&mappings, &pages}) {
+        for (const Mapping& mapping : *all) {
+            needs = needs + NeedsOf(mapping);
+        }
+    }
+    for (const Aliases& each : declared.aliases) {
+        needs = needs + each.rows.OwnNeeds(table);
+    }
+    for (const LanguageTexts& each : declared.languages) {
+        needs = needs + each.rows.OwnNeeds(table);
+    }
+    needs.writes = needs.writes + ArticleNeeds();
+    if (declared.location.IsSet()) {
+        needs.writes = needs.writes + LocationNeeds();
+    }
+    return needs + declared.further;
+}
+
+class ArticleImporter final : public Importer {
+public:
+    ArticleImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+        : Importer(run),
+          m_kind(std::move(kind)),
+          m_writer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+
+private:
+    void LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article) const;
+    void WriteChildren(const SourceRow& row, const QString& article) const;
+
+    std::shared_ptr<const Kind> m_kind;
+    ArticleWriter m_writer;
+    QString m_last; ///< CDART of the article carried over last
+};
+
+RowOutcome ArticleImporter::Row(const SourceRow& row) {
+    const Articles& declared = m_kind->declared;
+    if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
+        return Run().Skip(rule);
+    }
+    const Facts facts{declared.code.Text(GetSession(), row)};
+    if (!declared.furtherRows.isEmpty() && facts.code == m_last) {
+        return Run().Skip(declared.furtherRows);
+    }
+    const RowOutcome outcome = m_writer.Write(m_kind->mappings.front(), row, facts, [&](TargetRow& target) {
+        for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
+            m_kind->mappings[i].Apply(target, GetSession(), row, facts);
+        }
+        if (declared.more) {
+            declared.more(Run(), row, target);
+        }
+    });
+    m_writer.Texts(facts.code, declared.description.Text(GetSession(), row));
+    for (const SupplierOfArticle& each : declared.suppliers) {
+        LinkSupplier(row, each, facts.code);
+    }
+    WriteChildren(row, facts.code);
+    if (declared.after) {
+        declared.after(Run(), row, facts.code);
+    }
+    Run().Restores(m_last);
+    m_last = facts.code;
+    return outcome;
+}
+
+void ArticleImporter::LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article) const {
+    Session& session = GetSession();
+    const QString supplier = of.supplier.Text(session, row);
+    if (supplier.isEmpty()) {
+        return;
+    }
+    m_writer.Link(article, SupplierLink{supplier, of.price.Number(session, row), of.preferred,
+                                        of.leadDays.NumberOrNull(session, row), of.lot.NumberOrNull(session, row),
+                                        of.minimum.NumberOrNull(session, row)});
+    if (const QString code = of.ownCode.Text(session, row); !code.isEmpty()) {
+        m_writer.CodeAtCounterparty(article, code, supplier);
+    }
+}
+
+void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article) const {
+    Session& session = GetSession();
+    for (const Aliases& each : m_kind->declared.aliases) {
+        each.rows.ForEach(session, row, [&](const SourceRow& one) {
+            if (const QString code = each.code.Text(session, one); !code.isEmpty()) {
+                m_writer.InternalCode(article, code);
+            }
+        });
+    }
+    for (const LanguageTexts& each : m_kind->declared.languages) {
+        each.rows.ForEach(session, row, [&](const SourceRow& one) {
+            const QString language = each.language.Text(session, one);
+            if (const QString text = each.text.Text(session, one); !text.isEmpty() && !language.isEmpty()) {
+                m_writer.Text(article, QStringLiteral("ARDES"), text, language);
+            }
+        });
+    }
+    if (const QString location = m_kind->declared.location.Text(session, row); !location.isEmpty()) {
+        m_writer.Location(article, location);
+    }
+}
+
+const Frame Usual{.module = {},
+                  .procedure = {},
+                  .announcement = "Inizio importazione articoli",
+                  .errors = "Errore: ",
+                  .step = "Articoli",
+                  .completion = "Articoli importati correttamente!"};
+
+} // namespace
+
+Frame FrameOf(const Articles& declared) { return Over(declared.frame, Usual); }
+
+ImportPart PartOf(const Articles& declared) {
+    const auto kind = std::make_shared<const Kind>(declared);
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = kind->Needs(),
+            .empties = declared.empties,
+            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<ArticleImporter>(run, kind); }};
+}
+
+} // namespace contract

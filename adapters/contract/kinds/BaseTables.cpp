@@ -1,0 +1,162 @@
+#include "adapters/contract/kinds/BaseTables.h"
+
+#include "adapters/contract/write/AccountPath.h"
+#include "adapters/contract/write/BaseTable.h"
+
+namespace contract {
+
+namespace {
+
+/// The lines of a base table with its code column, as a mapping that lives as long as the part.
+std::shared_ptr<const Mapping> MappingOf(const BaseTable& declared) {
+    const QString codeColumn = schema::FindTable(declared.target)->CodeColumn();
+    MapLine code = declared.code.LineTo(codeColumn);
+    code.rule = rules::Code();
+    return std::make_shared<const Mapping>(
+        Mapping{declared.target, declared.source.table, declared.lines.Over({code})});
+}
+
+QVector<double> SharesOf(std::vector<Instalment>& instalments) {
+    QVector<double> shares;
+    const bool told =
+        std::any_of(instalments.begin(), instalments.end(), [](const Instalment& one) { return one.percent != 0; });
+    for (const double share : told ? std::vector<double>() : EqualShares(static_cast<int>(instalments.size()))) {
+        shares.append(share);
+    }
+    return shares;
+}
+
+QString StartOf(const Field& start, Session& session, const SourceRow& row) {
+    const QString text = start.Text(session, row);
+    return text.isEmpty() ? QStringLiteral("DF") : text;
+}
+
+void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields, Session& session,
+                    const SourceRow& term) {
+    fields.rows.ForEach(session, term, [&](const SourceRow& row) {
+        if (fields.days.IsBlank(row) && fields.start.IsBlank(row) && fields.percent.IsBlank(row)) {
+            return;
+        }
+        all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
+                       StartOf(fields.start, session, row), fields.percent.Number(session, row)});
+    });
+}
+
+void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Session& session, const SourceRow& term) {
+    const int count = static_cast<int>(series.count.Number(session, term));
+    for (int i = 0; i < count; ++i) {
+        all.push_back({series.type.Text(session, term),
+                       series.firstDays.Number(session, term) + i * series.everyDays.Number(session, term),
+                       StartOf(series.start, session, term), 0});
+    }
+}
+
+RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping& mapping, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString code = declared.code.Text(session, row);
+    const RowOutcome outcome = WriteByCode(run, mapping, row, {code});
+    std::vector<Instalment> instalments;
+    for (const InstalmentFields& fields : declared.instalments) {
+        AddInstalments(instalments, fields, session, row);
+    }
+    if (declared.series) {
+        AddSeries(instalments, *declared.series, session, row);
+    }
+    const QVector<double> shares = SharesOf(instalments);
+    for (qsizetype i = 0; i < shares.size(); ++i) {
+        instalments[static_cast<size_t>(i)].percent = shares.at(i);
+    }
+    WriteInstalments(run, code, instalments);
+    return outcome;
+}
+
+RowOutcome WriteCode(ImportRun& run, const BaseTable& declared, const Mapping& mapping, const SourceRow& row) {
+    if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
+        return run.Skip(rule);
+    }
+    return WriteByCode(run, mapping, row, {declared.code.Text(run.GetSession(), row)});
+}
+
+/// Accounts, whose paths follow when all of them are there.
+class WithPaths final : public Importer {
+public:
+    WithPaths(ImportRun& run, std::unique_ptr<Importer> accounts)
+        : Importer(run),
+          m_accounts(std::move(accounts)) {}
+
+    RowOutcome Row(const SourceRow& row) override { return m_accounts->Row(row); }
+    bool End() override {
+        WriteAccountPaths(Run());
+        return true;
+    }
+
+private:
+    std::unique_ptr<Importer> m_accounts;
+};
+
+} // namespace
+
+Frame FrameOf(const BaseTable& declared) { return declared.frame; }
+
+ImportPart PartOf(const BaseTable& declared) {
+    const auto mapping = MappingOf(declared);
+    return {.step = declared.frame.step,
+            .source = declared.source,
+            .needs = NeedsOf(*mapping),
+            .empties = declared.empties,
+            .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
+                return WriteCode(run, declared, *mapping, row);
+            })};
+}
+
+Frame FrameOf(const PaymentTerms& declared) {
+    return Over(declared.frame, {.announcement = "Inizio importazione pagamenti",
+                                 .step = "Pagamenti",
+                                 .completion = "Pagamenti importati correttamente!"});
+}
+
+ImportPart PartOf(const PaymentTerms& declared) {
+    const auto mapping = MappingOf({{}, declared.source, "TAB_MOP", declared.code, declared.lines});
+    const QString& table = declared.source.table;
+    Needs needs = NeedsOf(*mapping);
+    for (const InstalmentFields& each : declared.instalments) {
+        needs = needs + each.rows.OwnNeeds(table) +
+                each.rows.NeedsOf(table, {each.type, each.days, each.start, each.percent});
+    }
+    if (declared.series) {
+        const InstalmentSeries& each = *declared.series;
+        needs = needs + declared.source.NeedsOf({each.count, each.firstDays, each.everyDays, each.type, each.start});
+    }
+    needs.writes = needs.writes + InstalmentNeeds();
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = needs,
+            .empties = PaymentTermEmptying(),
+            .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
+                return WriteTerm(run, declared, *mapping, row);
+            })};
+}
+
+Procedure ProcedureOf(std::optional<Button> button, const Accounts& declared) {
+    const Frame frame = Over(declared.frame, {.announcement = "Inizio importazione Piano dei Conti",
+                                              .step = "Piano dei Conti",
+                                              .completion = "Piano dei Conti importato correttamente!"});
+    std::vector<ImportPart> parts;
+    for (const BaseTable* table : {declared.ledgers ? &*declared.ledgers : nullptr, &declared.accounts}) {
+        if (table != nullptr) {
+            ImportPart part = PartOf(*table);
+            part.step = frame.step;
+            part.empties = Truncated({table->target});
+            parts.push_back(part);
+        }
+    }
+    if (!declared.ledgers) {
+        parts.back().needs.writes.push_back({"PIA_CON", {"PCPTH", "PCMAS"}});
+        parts.back().make = [accounts = parts.back().make](ImportRun& run, const QString& singleCode) {
+            return std::make_unique<WithPaths>(run, accounts(run, singleCode));
+        };
+    }
+    return ProcedureOf(button, frame, parts);
+}
+
+} // namespace contract

@@ -1,0 +1,218 @@
+#include "adapters/contract/kinds/Bills.h"
+
+#include "adapters/contract/write/Article.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+/// The declaration with what follows from it; the procedure and its needs live on it.
+class Kind {
+public:
+    explicit Kind(Bills bills)
+        : declared(std::move(bills)),
+          key(declared.sourceKey.IsSet() ? declared.sourceKey : Field(BareColumns(declared.source.key).first())) {
+        const QString& table = declared.source.table;
+        mappings.push_back(FieldMapping("DIS_BAS", table,
+                                        {{"DBART", declared.article},
+                                         {"IDOLD", key},
+                                         {"DBREV", declared.revision},
+                                         {"DBMAN", declared.active},
+                                         {"DBNOT", declared.note}}));
+        if (declared.phases) {
+            const BillPhases& phase = *declared.phases;
+            mappings.push_back(FieldMapping("DIS_FAS", phase.rows.table,
+                                            {{"DLSEQ", phase.number},
+                                             {"DLLAV", phase.work},
+                                             {"DLNOT", phase.note},
+                                             {"DLTAP", phase.setUpTime},
+                                             {"DLTUP", phase.unitTime},
+                                             {"DLCOS", phase.cost},
+                                             {"DLFOR", phase.supplier}}));
+        }
+        const BillComponents& part = declared.components;
+        mappings.push_back(FieldMapping("DIS_COM", part.rows.table,
+                                        {{"DCART", part.article},
+                                         {"DCQTA", part.quantity},
+                                         {"DCNOT", part.note},
+                                         {"DCPOS", part.position},
+                                         {"IDDBL", part.phase}}));
+    }
+
+    contract::Needs Needs() const {
+        const QString& table = declared.source.table;
+        contract::Needs needs = declared.components.rows.OwnNeeds(table);
+        for (const Mapping& mapping : mappings) {
+            needs = needs + NeedsOf(mapping);
+        }
+        if (declared.phases) {
+            needs = needs + declared.phases->rows.OwnNeeds(table) +
+                    declared.phases->rows.NeedsOf(table, {declared.phases->key});
+        }
+        needs.writes = needs.writes + BillNeeds();
+        return needs + declared.further;
+    }
+
+    Bills declared;
+    Field key;
+    std::vector<Mapping> mappings;
+};
+
+/// The phases of the bill under way: RECORD_ID of the first, and of each by its key.
+struct Phases {
+    qint64 first = 0;
+    QHash<QString, qint64> byKey = {};
+};
+
+class BillImporter final : public Importer {
+public:
+    BillImporter(ImportRun& run, std::shared_ptr<const Kind> kind, QString singleCode)
+        : Importer(run),
+          m_kind(std::move(kind)),
+          m_singleCode(std::move(singleCode)),
+          m_writer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override;
+    QString Completion(const QString& text) const override { return m_writer.Completion(text); }
+
+private:
+    Phases WritePhases(const SourceRow& bill);
+    int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
+    qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
+    void WriteComponent(const SourceRow& row, const Phases& phases);
+
+    std::shared_ptr<const Kind> m_kind;
+    QString m_singleCode;
+    BillWriter m_writer;
+    bool m_found = false;
+};
+
+RowOutcome BillImporter::Row(const SourceRow& row) {
+    const Bills& declared = m_kind->declared;
+    Session& session = GetSession();
+    m_found = true;
+    if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
+        return Run().Skip(rule);
+    }
+    const QString article = declared.article.Text(session, row);
+    if (!IsImported(Run(), article)) {
+        return Run().Skip(ArticleMissing);
+    }
+    BillHead head{article, m_kind->key.Text(session, row)};
+    if (declared.revision.IsSet()) {
+        head.revision = declared.revision.Number(session, row);
+    }
+    head.active = declared.active.Value(session, row);
+    head.note = declared.note.Text(session, row);
+    const RowOutcome outcome = m_writer.Begin(head);
+    const Phases phases = WritePhases(row);
+    declared.components.rows.ForEach(session, row, [&](const SourceRow& one) { WriteComponent(one, phases); });
+    m_writer.TellComponentsLeft();
+    return outcome;
+}
+
+bool BillImporter::End() {
+    if (Run().IsSingle() && !m_found) {
+        m_writer.TellMissing(m_singleCode);
+        return false;
+    }
+    m_writer.LinkSubAssemblies();
+    return true;
+}
+
+int BillImporter::SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const {
+    const int own = static_cast<int>(phases.number.Number(GetSession(), row));
+    if (own > last) {
+        return own;
+    }
+    const int next = last + schema::defaults::FirstPhase;
+    if (phases.number.IsSet()) {
+        Run().Log(QStringLiteral("FASE RINUMERATA: %1: sequenza '%2' scritta come %3")
+                      .arg(phases.rows.Name(row), phases.number.Text(GetSession(), row), QString::number(next)));
+    }
+    return next;
+}
+
+Phases BillImporter::WritePhases(const SourceRow& bill) {
+    Phases written;
+    if (m_kind->declared.phases) {
+        const BillPhases& phases = *m_kind->declared.phases;
+        Session& session = GetSession();
+        int last = 0;
+        const bool byComponents = phases.rows.table == m_kind->declared.components.rows.table;
+        phases.rows.ForEach(session, bill, [&](const SourceRow& row) {
+            if (byComponents && written.byKey.contains(phases.key.Text(session, row))) {
+                return;
+            }
+            last = SequenceOf(phases, row, last);
+            const qint64 id =
+                m_writer.Write(Phase{last, phases.work.Text(session, row), phases.note.Text(session, row),
+                                     phases.setUpTime.Number(session, row), phases.unitTime.Number(session, row),
+                                     phases.cost.Number(session, row), phases.supplier.Text(session, row)});
+            written.first = written.first == 0 ? id : written.first;
+            const QString key = phases.key.Text(session, row);
+            if (!written.byKey.contains(key)) {
+                written.byKey.insert(key, id);
+            }
+        });
+    }
+    if (written.first == 0) {
+        written.first = m_writer.Write(Phase{});
+    }
+    return written;
+}
+
+qint64 BillImporter::PhaseOf(const SourceRow& row, const Phases& phases) const {
+    const BillComponents& parts = m_kind->declared.components;
+    const QString key = parts.phase.Text(GetSession(), row);
+    const auto found = phases.byKey.constFind(key);
+    if (found != phases.byKey.cend()) {
+        return *found;
+    }
+    if (!key.isEmpty() && key != u"0") {
+        Run().Log(QStringLiteral("FASE NON TROVATA: %1: '%2', si usa la prima").arg(parts.rows.Name(row), key));
+    }
+    return phases.first;
+}
+
+void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
+    const BillComponents& parts = m_kind->declared.components;
+    Session& session = GetSession();
+    const QString article = parts.article.Text(session, row);
+    if (!IsImported(Run(), article, parts.rows.Name(row))) {
+        return;
+    }
+    Component component{article, parts.quantity.Number(session, row), parts.note.Text(session, row),
+                        parts.position.Value(session, row)};
+    if (m_kind->declared.component) {
+        m_kind->declared.component(Run(), row, component);
+    }
+    m_writer.Write(component, PhaseOf(row, phases));
+}
+
+const Frame Usual{.module = {},
+                  .procedure = {},
+                  .announcement = "Inizio importazione Distinte Base",
+                  .errors = "Errore: ",
+                  .step = "Distinte Base",
+                  .completion = "Distinte Base importate correttamente: %1 (Fasi: %2, Comp.: %3)"};
+
+} // namespace
+
+Frame FrameOf(const Bills& declared) { return Over(declared.frame, Usual); }
+
+ImportPart PartOf(const Bills& declared) {
+    const auto kind = std::make_shared<const Kind>(declared);
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = kind->Needs(),
+            .empties = BillEmptying(),
+            .make = [kind](ImportRun& run, const QString& singleCode) {
+                return std::make_unique<BillImporter>(run, kind, singleCode);
+            }};
+}
+
+} // namespace contract

@@ -1,0 +1,280 @@
+#include "adapters/contract/kinds/Counterparties.h"
+
+#include "adapters/contract/write/Carrier.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+namespace {
+
+using namespace rules;
+
+const QString Parties = QStringLiteral("CON_TRO");
+const QString BranchTable = QStringLiteral("CON_SED");
+const QString ContactTable = QStringLiteral("CON_RIF");
+
+/// A child table with its lines as a mapping.
+template<class Declared>
+struct Child {
+    Declared declared;
+    Mapping mapping;
+    QStringList essential; ///< source columns without which a row is none
+};
+
+std::vector<MapLine> UsualLines(const Counterparties& declared) {
+    namespace usual = schema::defaults;
+    const QString& key = declared.source.key;
+    const QString code = BareColumns(key).value(0);
+    const QString roles = declared.roles.columns.join(QStringLiteral(", "));
+    std::vector<MapLine> lines{
+        {"CDCON", code, Code()},
+        {"COINV", "", Today()},
+        {"COANN", "", Constant(false)},
+        {"COCON", "", Constant(true)},
+        {"COCLI", roles, IsCustomer()},
+        {"COCGE", code, CustomerOnly(Text())},
+        {"COFOR", roles, IsSupplier()},
+        {"COFGE", code, SupplierOnly(Text())},
+        {"CONAZ", "", Constant(usual::Country)},
+        {"COLNG", "", Constant(usual::Language)},
+        {"COVAL", "", Constant(usual::Currency)},
+        {"COTPF", "", Constant(usual::TaxTreatment)},
+        {"COBLK", "", Constant(false)},
+    };
+    if (declared.roles.knowsCarriers) {
+        lines.emplace_back("COVET", roles, IsCarrier());
+    }
+    return lines;
+}
+
+std::vector<MapLine> UsualBranchLines(const Branches& branches) {
+    const QString owner = branches.rows.on.empty() ? QString() : BareColumns(branches.rows.on.front().column).first();
+    return {{"CDCON", owner, Code()},
+            {"SETIP", "", Constant("CO")},
+            {"SENAZ", "", Constant(schema::defaults::Country)},
+            {"SEDEF", "", Constant(false)}};
+}
+
+std::vector<MapLine> UsualContactLines(const Contacts& contacts) {
+    const QString owner = contacts.rows.on.empty() ? QString() : BareColumns(contacts.rows.on.front().column).first();
+    return {{"CDCON", owner, Code()}};
+}
+
+/// The lines that tell which columns become telephone numbers, addresses and sites.
+std::vector<Mapping> NumberPages(const QString& table, const NumberColumns& columns) {
+    const auto page = [&table](const QString& target, const QString& column, const QString& text, QStringList sources) {
+        sources.removeAll(QString());
+        const Rule rule{text, [](const RuleInput&) { return RuleValue(); }};
+        return Mapping{target, table, {{column, sources.join(QStringLiteral(", ")), rule}}};
+    };
+    std::vector<Mapping> pages{
+        page("NUM_TEL", "NRNUM", "each a number, under the label of its kind",
+             {columns.office, columns.office2, columns.fax, columns.mobile, columns.home}),
+        page("IND_WEB", "WBIND", "each an address: mail, web site", {columns.mail, columns.web})};
+    std::erase_if(pages, [](const Mapping& one) { return one.SourceColumns().isEmpty(); });
+    return pages;
+}
+
+/// The declaration with what follows from it; the procedure and its needs live on it.
+class Kind {
+public:
+    explicit Kind(Counterparties counterparties)
+        : declared(std::move(counterparties)) {
+        for (Mapping& mapping : declared.source.Mappings(Parties, declared.lines.Over(UsualLines(declared)))) {
+            mappings.emplace_back(std::move(mapping));
+        }
+        const QString& parent = declared.source.table;
+        if (declared.source.joins.empty()) { // else a line could read of two tables
+            pages = NumberPages(parent, declared.numbers);
+        }
+        for (const Branches& each : declared.branches) {
+            branches.push_back(
+                {each, MappingOf(BranchTable, each, parent, UsualBranchLines(each)), each.lines.SourcesOf("SEIND")});
+        }
+        for (const Contacts& each : declared.contacts) {
+            contacts.push_back(
+                {each, MappingOf(ContactTable, each, parent, UsualContactLines(each)), each.lines.SourcesOf("RFNOM")});
+        }
+    }
+
+    contract::Needs Needs() const;
+
+    Counterparties declared;
+    std::vector<CounterpartyMapping> mappings; ///< one for each table that is read
+    std::vector<Child<Branches>> branches;
+    std::vector<Child<Contacts>> contacts;
+    std::vector<Mapping> pages; ///< of the numbers, for the page
+
+private:
+    template<class Declared>
+    static Mapping MappingOf(const QString& target, const Declared& child, const QString& parent,
+                             const std::vector<MapLine>& usual) {
+        return {target, child.rows.table.isEmpty() ? parent : child.rows.table, child.lines.Over(usual)};
+    }
+};
+
+contract::Needs Kind::Needs() const {
+    const QString& table = declared.source.table;
+    std::vector<Field> fields{declared.name, declared.vatNumber, declared.taxCode, declared.number, declared.created};
+    for (const QString& column : declared.roles.columns) {
+        fields.emplace_back(column);
+    }
+    contract::Needs needs = declared.source.NeedsOf(fields);
+    for (const QString& column : declared.numbers.Names()) {
+        const TableNeed need = declared.source.NeedsOf({Field(column)}).reads.front();
+        needs.reads.push_back({need.table, {}, need.columns});
+    }
+    for (const CounterpartyMapping& mapping : mappings) {
+        for (const Mapping* each : mapping.All()) {
+            needs = needs + NeedsOf(*each);
+        }
+    }
+    for (const Mapping& page : pages) {
+        needs = needs + NeedsOf(page);
+    }
+    const auto add = [&](const auto& children) {
+        for (const auto& child : children) {
+            const ChildTable& rows = child.declared.rows;
+            needs = needs + NeedsOf(child.mapping) + rows.OwnNeeds(table);
+            if (const QStringList names = child.declared.numbers.Names(); !names.isEmpty()) {
+                needs.reads.push_back({child.mapping.sourceTable, {}, names});
+            }
+        }
+    };
+    add(branches);
+    add(contacts);
+    needs.writes = needs.writes + CounterpartyNeeds();
+    if (declared.roles.knowsCarriers) {
+        needs.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
+    }
+    return needs + declared.further;
+}
+
+class CounterpartyImporter final : public Importer {
+public:
+    CounterpartyImporter(ImportRun& run, std::shared_ptr<const Kind> kind, QString singleCode)
+        : Importer(run),
+          m_kind(std::move(kind)),
+          m_singleCode(std::move(singleCode)),
+          m_parties(run) {}
+
+    void Begin() override {
+        if (m_kind->declared.before) {
+            m_kind->declared.before(Run(), m_singleCode);
+        }
+    }
+    RowOutcome Row(const SourceRow& row) override;
+
+private:
+    SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
+    RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
+                     const Roles& roles) const;
+    void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
+    template<class Declared>
+    void ForEach(const Child<Declared>& child, const SourceRow& row,
+                 const std::function<void(const SourceRow&)>& work) const;
+
+    std::shared_ptr<const Kind> m_kind;
+    QString m_singleCode;
+    CounterpartyRegister m_parties;
+};
+
+RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
+    const Counterparties& declared = m_kind->declared;
+    if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
+        return Run().Skip(rule);
+    }
+    const Roles roles = declared.roles.of(row);
+    const SourceIdentity identity = IdentityOf(row, roles);
+    const bool onlyCarrier = !roles.customer && !roles.supplier;
+    const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : m_parties.Place(identity);
+    CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
+    const RowOutcome outcome = Write(writer, row, place, roles);
+    writer.Numbers(OwnerOf(place), row, declared.numbers);
+    WriteChildren(writer, row, OwnerOf(place));
+    if (declared.after) {
+        declared.after(Run(), writer, row, OwnerOf(place));
+    }
+    if (onlyCarrier) {
+        RememberCarrier(Run(), identity, place.code);
+    }
+    return outcome;
+}
+
+SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Roles& roles) const {
+    const Counterparties& declared = m_kind->declared;
+    const QString key = BareColumns(declared.source.key).first();
+    const auto text = [&](const Field& field) { return field.Text(GetSession(), row); };
+    return {declared.source.table,  declared.codeName.isEmpty() ? key : declared.codeName,
+            row.Text(key),          roles,
+            text(declared.name),    text(declared.vatNumber),
+            text(declared.taxCode), text(declared.number)};
+}
+
+RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
+                                       const Roles& roles) const {
+    const auto more = [&](TargetRow& target) {
+        for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
+            writer.Apply(m_kind->mappings[i], row, place, roles, target);
+        }
+        if (place.known && roles.carrier) {
+            target.Set("COVET", true);
+        }
+        if (m_kind->declared.more) {
+            m_kind->declared.more(Run(), row, target);
+        }
+    };
+    return writer.Write(m_kind->mappings.front(), row, place, roles, more);
+}
+
+template<class Declared>
+void CounterpartyImporter::ForEach(const Child<Declared>& child, const SourceRow& row,
+                                   const std::function<void(const SourceRow&)>& work) const {
+    child.declared.rows.ForEach(GetSession(), row, [&](const SourceRow& one) {
+        const bool isNone = std::all_of(child.essential.begin(), child.essential.end(),
+                                        [&one](const QString& column) { return one.IsBlank(column); });
+        if (!isNone) {
+            work(one);
+        }
+    });
+}
+
+void CounterpartyImporter::WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const {
+    for (const Child<Branches>& child : m_kind->branches) {
+        ForEach(child, row, [&](const SourceRow& one) {
+            TargetRow target = writer.NewRow(BranchTable);
+            child.mapping.Apply(target, GetSession(), one, {owner.key});
+            writer.Numbers(writer.Branch(owner, target), one, child.declared.numbers);
+        });
+    }
+    for (const Child<Contacts>& child : m_kind->contacts) {
+        ForEach(child, row, [&](const SourceRow& one) {
+            TargetRow target = writer.NewRow(ContactTable);
+            child.mapping.Apply(target, GetSession(), one, {owner.key});
+            writer.Numbers(writer.Contact(owner, target), one, child.declared.numbers);
+        });
+    }
+}
+
+const Frame Usual{.module = {},
+                  .procedure = {},
+                  .announcement = "Inizio importazione controparti",
+                  .step = "Controparti",
+                  .completion = "Controparti importate correttamente!"};
+
+} // namespace
+
+Frame FrameOf(const Counterparties& declared) { return Over(declared.frame, Usual); }
+
+ImportPart PartOf(const Counterparties& declared) {
+    const auto kind = std::make_shared<const Kind>(declared);
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = kind->Needs(),
+            .empties = declared.empties ? CounterpartyEmptying() : Emptying(),
+            .make = [kind](ImportRun& run, const QString& singleCode) {
+                return std::make_unique<CounterpartyImporter>(run, kind, singleCode);
+            }};
+}
+
+} // namespace contract

@@ -1,0 +1,457 @@
+#include "adapters/contract/kinds/Documents.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/OpenDocument.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+#include <map>
+
+namespace contract {
+
+namespace {
+
+QStringList CausesOf(const Documents& declared) {
+    QStringList causes;
+    for (const DocumentKind& kind : declared.kinds) {
+        causes.append(kind.cause);
+    }
+    causes.removeDuplicates();
+    return causes;
+}
+
+std::vector<Family> FamiliesOf(const Documents& declared) {
+    std::vector<Family> families;
+    for (const DocumentKind& kind : declared.kinds) {
+        if (std::none_of(families.begin(), families.end(),
+                         [&kind](const Family& one) { return one.number == kind.family.number; })) {
+            families.push_back(kind.family);
+        }
+    }
+    return families;
+}
+
+void AddLine(std::vector<MapLine>& lines, const QString& target, const Field& field) {
+    if (field.IsSet()) {
+        lines.push_back(field.LineTo(target));
+    }
+}
+
+std::vector<MapLine> LinesOf(const DocumentHeadFields& head) {
+    std::vector<MapLine> lines;
+    AddLine(lines, "DTANN", head.year);
+    AddLine(lines, "DTSER", head.series);
+    AddLine(lines, "DTNUM", head.number);
+    AddLine(lines, "DTDAT", head.day);
+    AddLine(lines, "DTSTA", head.state);
+    AddLine(lines, "DTCON", head.counterparty);
+    AddLine(lines, "DTRAS", head.name);
+    return head.lines.Over(lines);
+}
+
+std::vector<MapLine> LinesOf(const DocumentRowFields& row) {
+    std::vector<MapLine> lines;
+    AddLine(lines, "DRNUM", row.number);
+    AddLine(lines, "DRART", row.article);
+    AddLine(lines, "DRDES", row.description);
+    AddLine(lines, "DRUMS", row.unit);
+    AddLine(lines, "DRQTR", row.quantity);
+    AddLine(lines, "DRQT2", row.quantity2);
+    AddLine(lines, "DRQTE", row.delivered);
+    AddLine(lines, "DRPRZ", row.price);
+    static const std::array<QString, 3> discounts{"DRSCO", "DRSC2", "DRSC3"};
+    for (size_t i = 0; i < std::min(discounts.size(), row.discounts.size()); ++i) {
+        AddLine(lines, discounts[i], row.discounts[i]);
+    }
+    AddLine(lines, "DRIVA", row.vatCode);
+    AddLine(lines, "DRSTA", row.state);
+    return row.lines.Over(lines);
+}
+
+/// The columns that a joined query reads of the rows: those that the heads do not have already.
+QStringList RowColumns(const Documents& declared) {
+    QStringList columns = Mapping{{}, {}, LinesOf(declared.row)}.SourceColumns() + BareColumns(declared.rows.order) +
+                          BareColumns(declared.rows.naming);
+    std::vector<TableNeed> reads = declared.further.reads;
+    if (declared.production) {
+        reads = reads + declared.production->rows.OwnNeeds(declared.rows.table).reads;
+    }
+    for (const TableNeed& need : reads) {
+        columns += need.table == declared.rows.table ? need.columns : QStringList();
+    }
+    columns.removeDuplicates();
+    return columns;
+}
+
+/// The declaration with what follows from it; the procedure and its needs live on it.
+class Kind {
+public:
+    explicit Kind(Documents documents)
+        : declared(std::move(documents)),
+          headCondition(declared.source.where) {
+        if (declared.reading == Reading::Joined) {
+            QStringList conditions{declared.source.where, declared.rows.where};
+            conditions.removeAll(QString());
+            declared.source.joins.push_back({declared.rows.table, declared.rows.on, RowColumns(declared), false});
+            declared.source.where = conditions.join(QStringLiteral(" AND "));
+        }
+        const QString& heads = declared.source.table;
+        const QString& rows = declared.rows.table.isEmpty() ? heads : declared.rows.table;
+        for (const Family& family : FamiliesOf(declared)) {
+            pages.push_back({family.head, heads, LinesOf(declared.head)});
+            pages.push_back({family.row, rows, LinesOf(declared.row)});
+        }
+        head = {pages.front().targetTable, heads, declared.head.lines.Over({})};
+        row = {pages.at(1).targetTable, rows, declared.row.lines.Over({})};
+        if (declared.production) {
+            production.emplace(*declared.production);
+        }
+    }
+
+    contract::Needs Needs() const;
+    const DocumentKind* KindOf(const QString& mark) const;
+
+    Documents declared;
+    QString headCondition;      ///< as it is declared, without that on the rows
+    std::vector<Mapping> pages; ///< with the named fields
+    Mapping head;
+    Mapping row;
+    std::optional<ProductionOrderWriter> production = {};
+};
+
+contract::Needs Kind::Needs() const {
+    contract::Needs needs = declared.source.NeedsOf({declared.kind});
+    for (const Mapping& page : pages) {
+        needs = needs + NeedsOf(page);
+    }
+    if (declared.reading != Reading::OneTable) {
+        needs = needs + declared.rows.OwnNeeds(declared.source.table);
+    }
+    for (const Family& family : FamiliesOf(declared)) {
+        needs.writes = needs.writes + DocumentNeeds(family);
+    }
+    if (production) {
+        needs = needs + production->NeedsUnder(pages.back().sourceTable);
+    }
+    return needs + declared.further;
+}
+
+const DocumentKind* Kind::KindOf(const QString& mark) const {
+    const auto& kinds = declared.kinds;
+    const auto found = std::find_if(kinds.begin(), kinds.end(), [&mark](const DocumentKind& kind) {
+        return kind.marks.isEmpty() || kind.marks.contains(mark, Qt::CaseInsensitive);
+    });
+    return found == kinds.end() ? nullptr : &*found;
+}
+
+QDate FromOf(ImportRun& run, const Documents& declared) {
+    if (declared.oldest.isValid()) {
+        return declared.oldest;
+    }
+    if (declared.since == Since::Asked) {
+        return AskStartDate(run);
+    }
+    const QDate from = ReadDocumentSettings(run.GetSession()).from;
+    return declared.since == Since::Setting ? from : QDate(from.year(), 1, 1);
+}
+
+OpenDocument::Options OptionsOf(ImportRun& run, const Documents& declared) {
+    const bool checks = declared.checksArticles && ReadDocumentSettings(run.GetSession()).checkArticles;
+    return {checks, declared.imported == Imported::Asked && AskSkipImported(run)};
+}
+
+QString StateOf(const DocumentRow& row) {
+    using namespace schema::defaults;
+    return row.delivered <= 0 ? ToDeliver : row.delivered < row.quantity ? PartlyDelivered : Delivered;
+}
+
+/// The tables of production orders, whose triggers are off while they are emptied; those of the components stay so to
+/// the end of the run.
+const QStringList OrderTables{"ORD_COM", "ORD_FAS", "ORD_PRO"};
+
+class DocumentImporter final : public Importer {
+public:
+    DocumentImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+        : Importer(run),
+          m_kind(std::move(kind)),
+          m_from(FromOf(run, Declared())),
+          m_options(OptionsOf(run, Declared())),
+          m_triggers(MadeReady(run, Declared()), Declared().production ? OrderTables : QStringList()) {
+        for (const Family& family : FamiliesOf(Declared())) {
+            m_families.try_emplace(family.number, run, family, m_options);
+        }
+    }
+
+    QString Condition() const override;
+    void Begin() override;
+    RowOutcome Row(const SourceRow& row) override;
+    void EndGroup() override;
+    bool End() override;
+    QString Completion(const QString& text) const override;
+
+private:
+    const Documents& Declared() const { return m_kind->declared; }
+    static ImportRun& MadeReady(ImportRun& run, const Documents& declared) {
+        if (declared.before) {
+            declared.before(run);
+        }
+        return run;
+    }
+    /// The documents of a family, and which one is under way.
+    struct OfFamily {
+        OfFamily(ImportRun& run, const Family& family, const OpenDocument::Options& options)
+            : documents(run, family, options) {}
+        OpenDocument documents;
+        QString key;
+    };
+
+    void DropOthers(const SourceRow& row);
+    RowOutcome WriteRow(const SourceRow& head, const SourceRow& row, const DocumentKind& kind);
+    RowOutcome WriteRows(const SourceRow& head, const DocumentKind& kind);
+    OpenDocument::Head HeadOf(const SourceRow& row, const DocumentKind& kind, OpenDocument& document);
+    DocumentRow RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts);
+    int YearOf(const SourceRow& row);
+    bool IsOlder(const SourceRow& row) const;
+
+    std::shared_ptr<const Kind> m_kind;
+    QDate m_from;
+    OpenDocument::Options m_options;
+    TriggersOff m_triggers;
+    std::map<int, OfFamily> m_families;
+    QString m_group;
+};
+
+QString DocumentImporter::Condition() const {
+    const ovConnection& source = GetSession().SourceConnection();
+    if (Declared().sinceCondition) {
+        return Declared().sinceCondition(source, m_from);
+    }
+    const QString column = Declared().head.day.Columns().value(0);
+    return QString(Declared().source.joins.empty() ? column : u"T." + column) + " >= " + LiteralOf(source, m_from);
+}
+
+void DocumentImporter::Begin() {
+    for (qsizetype i = 1; Declared().production && i < OrderTables.size(); ++i) {
+        m_triggers.SwitchOn(OrderTables.at(i));
+    }
+    if (Declared().reading != Reading::Joined) {
+        return;
+    }
+    const ChildTable& rows = Declared().rows;
+    const QString& heads = Declared().source.table;
+    QStringList fromRows;
+    QStringList fromHeads;
+    for (const Tie& tie : rows.on) {
+        fromRows.append(QStringLiteral("O.%2 = L.%1").arg(tie.column, tie.Other()));
+        fromHeads.append(QStringLiteral("O.%1 = L.%2").arg(tie.column, tie.Other()));
+    }
+    const QString both = QStringLiteral(" AND ");
+    TellUnmatched(Run(), {rows.table, heads, fromRows.join(both), rows.on.front().Other(),
+                          QString(rows.where).replace("J1.", "L.")});
+    TellUnmatched(Run(), {heads, rows.table, fromHeads.join(both), rows.on.front().column,
+                          QString(m_kind->headCondition).replace("T.", "L.")});
+}
+
+/// Rows that belong to others than the one before begin anew: what was under way has ended, or was given up.
+void DocumentImporter::DropOthers(const SourceRow& row) {
+    QStringList values;
+    for (const QString& column : Declared().source.group) {
+        values.append(row.Text(column));
+    }
+    const QString group = values.join(QChar(u'\x1f'));
+    if (group != m_group || values.isEmpty()) {
+        Run().Restores(m_group);
+        for (auto& [number, family] : m_families) {
+            Run().Restores(family.key);
+            family.documents.Drop();
+            family.key.clear();
+        }
+        m_group = group;
+    }
+}
+
+bool DocumentImporter::IsOlder(const SourceRow& row) const {
+    const QVariant day = Declared().head.day.Day(GetSession(), row);
+    return !day.isNull() && day.toDateTime().date() < m_from;
+}
+
+RowOutcome DocumentImporter::Row(const SourceRow& row) {
+    DropOthers(row);
+    const DocumentKind* kind = m_kind->KindOf(Declared().kind.Text(GetSession(), row));
+    if (kind == nullptr) {
+        return Run().Skip("genere di documento che non si importa");
+    }
+    if (IsOlder(row)) {
+        return Run().Skip("documento anteriore alla data d'inizio");
+    }
+    return Declared().reading == Reading::HeadThenRows ? WriteRows(row, *kind) : WriteRow(row, row, *kind);
+}
+
+RowOutcome DocumentImporter::WriteRows(const SourceRow& head, const DocumentKind& kind) {
+    std::optional<RowOutcome> outcome;
+    Declared().rows.ForEach(GetSession(), head, [&](const SourceRow& row) {
+        const RowOutcome one = WriteRow(head, row, kind);
+        outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;
+    });
+    return outcome ? *outcome : Run().Skip("documento senza righe");
+}
+
+RowOutcome DocumentImporter::WriteRow(const SourceRow& head, const SourceRow& row, const DocumentKind& kind) {
+    if (const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString(); !rule.isEmpty()) {
+        return Run().Skip(rule);
+    }
+    OfFamily& family = m_families.at(kind.family.number);
+    const QString key =
+        QStringList{m_group, kind.cause, QString::number(YearOf(head)), Declared().head.series.Text(GetSession(), head),
+                    Declared().head.number.Text(GetSession(), head)}
+            .join(QChar(u'\x1f'));
+    if (!family.key.isEmpty() && family.key != key) {
+        family.documents.End();
+    }
+    Run().Restores(family.key);
+    family.key = key;
+    const Facts facts{{}, RoleOf(kind.family.number == Sales.number)};
+    qint64 id = 0;
+    const RowOutcome outcome = family.documents.Row(
+        key, [&] { return HeadOf(head, kind, family.documents); }, [&] { return RowOf(row, kind, facts); },
+        [&](TargetRow& target) {
+            m_kind->row.Apply(target, GetSession(), row, facts);
+            if (Declared().moreOfRow) {
+                Declared().moreOfRow(Run(), row, target);
+            }
+        },
+        m_kind->production ? &id : nullptr);
+    if (id != 0) {
+        m_kind->production->Write(Run(), row, id);
+    }
+    return outcome;
+}
+
+int DocumentImporter::YearOf(const SourceRow& row) {
+    const DocumentHeadFields& fields = Declared().head;
+    if (!fields.year.IsSet()) {
+        return fields.day.Day(GetSession(), row).toDateTime().date().year();
+    }
+    const int year = static_cast<int>(fields.year.Number(GetSession(), row));
+    if (year <= 0) {
+        throw ImportError(
+            QStringLiteral("colonna '%1': '%2' non è un anno")
+                .arg(fields.year.Columns().join(QStringLiteral("', '")), fields.year.Text(GetSession(), row)));
+    }
+    return year;
+}
+
+OpenDocument::Head DocumentImporter::HeadOf(const SourceRow& row, const DocumentKind& kind, OpenDocument& document) {
+    using namespace schema::defaults;
+    Session& session = GetSession();
+    const DocumentHeadFields& fields = Declared().head;
+    const Facts facts{{}, RoleOf(kind.family.number == Sales.number)};
+    const QString counterparty = fields.counterparty.Text(session, row, facts);
+    if (counterparty.isEmpty()) {
+        throw ImportError(QStringLiteral("colonna '%1': il documento non ha una controparte")
+                              .arg(fields.counterparty.Columns().join(QStringLiteral("', '"))));
+    }
+    const QString series = fields.series.IsSet() ? fields.series.Text(session, row) : NoSeries;
+    const QString state = fields.state.Text(session, row);
+    const DocumentHead head{document.Writer().CauseOf(kind.cause, kind.type),
+                            series,
+                            fields.number.Text(session, row),
+                            fields.day.Day(session, row),
+                            YearOf(row),
+                            counterparty,
+                            fields.name.IsSet() ? fields.name.Text(session, row, facts)
+                                                : LookUp(session, "CON_TRO", "CDCON", counterparty, "CORAS"),
+                            !state.isEmpty() ? state
+                            : kind.isOpen    ? ToDeliver
+                                             : Delivered};
+    const auto more = [this, &row, facts](TargetRow& target) {
+        m_kind->head.Apply(target, GetSession(), row, facts);
+        if (Declared().moreOfHead) {
+            Declared().moreOfHead(Run(), row, target);
+        }
+    };
+    return {head, more, fields.series.IsSet() && !series.isEmpty()};
+}
+
+DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts) {
+    using namespace schema::defaults;
+    Session& session = GetSession();
+    const DocumentRowFields& fields = Declared().row;
+    DocumentRow values;
+    values.number = static_cast<int>(fields.number.Number(session, row));
+    values.article = fields.article.Text(session, row);
+    values.type = values.article.isEmpty() ? DescriptionRow : NormalRow;
+    values.description = fields.description.Text(session, row);
+    values.unit = fields.unit.Text(session, row);
+    values.quantity = fields.quantity.Number(session, row);
+    values.quantity2 = fields.quantity2.Number(session, row);
+    values.delivered = kind.isOpen ? fields.delivered.Number(session, row) : values.quantity;
+    values.price = fields.price.Number(session, row);
+    for (size_t i = 0; i < std::min(fields.discounts.size(), values.discounts.size()); ++i) {
+        values.discounts[i] = fields.discounts[i].Number(session, row);
+    }
+    values.vatCode = fields.vatCode.Text(session, row, facts);
+    values.state = fields.state.IsSet() ? fields.state.Text(session, row) : kind.isOpen ? StateOf(values) : Delivered;
+    return values;
+}
+
+void DocumentImporter::EndGroup() {
+    for (auto& [number, family] : m_families) {
+        family.documents.End();
+        family.key.clear();
+    }
+}
+
+bool DocumentImporter::End() {
+    for (const auto& [number, family] : m_families) {
+        family.documents.TellDocumentsLeft(CausesOf(Declared()), m_from);
+    }
+    return true;
+}
+
+QString DocumentImporter::Completion(const QString& text) const {
+    int count = 0;
+    for (const auto& [number, family] : m_families) {
+        count += family.documents.Count();
+    }
+    return QString(text).replace("%1", QString::number(count));
+}
+
+std::vector<AnswerNeed> AsksOf(const Documents& declared) {
+    std::vector<AnswerNeed> asks;
+    if (declared.since == Since::Asked) {
+        asks.push_back({StartDateQuestion, AnswerKind::Text});
+    }
+    if (declared.imported == Imported::Asked) {
+        asks.push_back({SkipImportedQuestion});
+    }
+    return asks;
+}
+
+const Frame Usual{.module = {},
+                  .procedure = {},
+                  .announcement = "Inizio importazione Documenti",
+                  .errors = "Errore: ",
+                  .step = "Documenti",
+                  .completion = "Documenti importati correttamente: %1"};
+
+} // namespace
+
+std::vector<Field> DiscountFields(const QString& column) {
+    return {{column, rules::Discount(1)}, {column, rules::Discount(2)}, {column, rules::Discount(3)}};
+}
+
+Frame FrameOf(const Documents& declared) { return Over(declared.frame, Usual); }
+
+ImportPart PartOf(const Documents& declared) {
+    const auto kind = std::make_shared<const Kind>(declared);
+    return {.step = FrameOf(declared).step,
+            .source = kind->declared.source,
+            .needs = kind->Needs(),
+            .empties = declared.empties.value_or(DocumentEmptying(CausesOf(declared))) +
+                       (declared.production ? ProductionOrderEmptying() : Emptying()),
+            .asks = AsksOf(declared),
+            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<DocumentImporter>(run, kind); }};
+}
+
+} // namespace contract

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "adapters/contract/kinds/ProductionOrders.h"
+#include "adapters/contract/write/Document.h"
+
+namespace contract {
+
+/// What a kind of document of the source becomes.
+struct DocumentKind {
+    QStringList marks = {}; ///< values of the field that tells the kind, compared without case; none: every document
+    QString cause;          ///< CDCAD
+    QString type;           ///< of documents whose cause CAU_DOC lacks, e.g. "ORD"
+    Family family;
+    bool isOpen = true; ///< still to be delivered as far as its rows tell; else it has been delivered in full
+};
+
+/// The discounts that a text joins with "+", as fields of a row.
+std::vector<Field> DiscountFields(const QString& column);
+
+/// The head of a document. The fields know whether it is of a customer (family of sales) or a supplier: see
+/// `rules::PartyOf`.
+struct DocumentHeadFields {
+    Field number;
+    Field day;
+    Field year = {};    ///< without it that of the day
+    Field series = {};  ///< without it, or blank, numbers count over all series
+    Field counterparty; ///< its CDCON: `rules::PartyOf`, `CustomerOf` or `SupplierOf`; without one it is given up
+    Field name = {};    ///< without it that of the counterparty
+    Field state = {};   ///< without it "to deliver", or "delivered" for a kind that is not open
+    Lines lines = {};   ///< further columns of the head
+};
+
+/// A row of a document.
+struct DocumentRowFields {
+    Field number;
+    Field article = {};     ///< its CDART: `rules::ArticleCode`; blank: the row is a text
+    Field description = {}; ///< without it, or blank, that of the article
+    Field unit = {};        ///< the same
+    Field quantity = {};
+    Field quantity2 = {}; ///< in the second unit
+    Field delivered = {};
+    Field price = {};
+    std::vector<Field> discounts = {}; ///< at most three
+    Field vatCode = {};
+    Field state = {}; ///< without it what the quantities tell
+    Lines lines = {}; ///< further columns of the row
+};
+
+/// How heads and rows are read.
+enum class Reading {
+    Joined,       ///< in one query: a source row is a row of a document, behind the columns of its head
+    HeadThenRows, ///< a source row is a head, and its rows are read behind it; one without rows is left out
+    OneTable,     ///< a table has them both: a source row is a row of a document
+};
+
+/// From which day on documents are imported.
+enum class Since {
+    Setting,       ///< DOC_DateStart
+    YearOfSetting, ///< the first day of its year
+    Asked,         ///< asked, with DOC_DateStart proposed
+};
+
+/// What becomes of documents that an earlier import has written.
+enum class Imported {
+    Rewritten,
+    Asked, ///< the operator is asked whether they are left out
+};
+
+/// An import of documents. Rows whose article is not there are left out as the setting DOC_CheckArticoli says; a
+/// document that is there is rewritten, and what the source no longer has of it is told. Totals follow from the rows.
+struct Documents {
+    Frame frame = {}; ///< %1, the number of documents, may stand in the completion message
+    /// Heads, or heads and rows in one table. The order must bring the rows of a document together, and the group are
+    /// columns of the head that do not differ among them. In conditions the heads are T, the rows J1.
+    SourceTable source;
+    /// The rows; of columns that have the same name in both tables that of the head is read. Their condition names them
+    /// J1 where they are joined.
+    ChildTable rows = {};
+    Reading reading = Reading::Joined;
+    std::vector<DocumentKind> kinds;
+    Field kind = {}; ///< tells it, where there are several
+    DocumentHeadFields head;
+    DocumentRowFields row;
+    Since since = Since::Setting;
+    QDate oldest = {}; ///< a day of the origin's own in place of the settings
+    /// The condition on the day of the head where the source does not hold it as a date; an empty text asks for every
+    /// row. Rows of older documents are left out in any case.
+    std::function<QString(const ovConnection& source, const QDate& from)> sinceCondition = {};
+    Imported imported = Imported::Rewritten;
+    bool checksArticles = true; ///< whether the setting DOC_CheckArticoli counts; else every row is written
+    std::optional<ProductionOrders> production = {}; ///< of the rows
+    std::optional<Emptying> empties = {};            ///< without it the documents of its causes that an import wrote
+
+    // What is odd about an origin.
+    LeavesOut leavesOut = {}; ///< for each source row; with `HeadThenRows` for each row of a document
+    /// Set what the lines cannot tell, behind them.
+    std::function<void(ImportRun&, const SourceRow&, TargetRow&)> moreOfHead = {};
+    std::function<void(ImportRun&, const SourceRow&, TargetRow&)> moreOfRow = {};
+    /// Called behind the check, before anything is written.
+    std::function<void(ImportRun&)> before = {};
+    Needs further = {}; ///< what the hooks read and write
+};
+
+/// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
+ImportPart PartOf(const Documents& declared);
+Frame FrameOf(const Documents& declared);
+
+} // namespace contract

@@ -1,0 +1,163 @@
+#include "adapters/contract/kinds/PriceLists.h"
+
+#include "adapters/contract/write/Article.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+namespace {
+
+/// The declaration with the mappings that tell it; the procedure and its needs live on it.
+class Kind {
+public:
+    explicit Kind(PriceLists lists)
+        : declared(std::move(lists)) {
+        const QString& table = declared.source.table;
+        for (const PriceFields& price : declared.prices) {
+            Add(FieldMapping("LIS_TES", table,
+                             {{"CDLIS", price.list},
+                              {"LTTIP", price.direction},
+                              {"LTDES", price.description},
+                              {"LTVAL", price.currency}}));
+            Add(FieldMapping("LIS_ART", table,
+                             {{"CDART", declared.article}, {"LAINV", price.from}, {"LAFIV", price.to}}));
+            for (const ScaleFields& scale : price.scales) {
+                Add(FieldMapping("LIS_ARS", table, FieldsOf(scale)));
+            }
+        }
+    }
+
+    contract::Needs Needs() const {
+        contract::Needs needs;
+        for (const Mapping& page : pages) {
+            needs = needs + NeedsOf(page);
+        }
+        needs.writes = PriceListNeeds();
+        return needs;
+    }
+
+    PriceLists declared;
+    std::vector<Mapping> pages = {};
+
+private:
+    void Add(const Mapping& page) {
+        for (Mapping& each : declared.source.Mappings(page.targetTable, page.lines)) {
+            pages.push_back(std::move(each));
+        }
+    }
+    static std::vector<std::pair<QString, Field>> FieldsOf(const ScaleFields& scale) {
+        static const QStringList discounts{"SCSCO", "SCSC2", "SCSC3"};
+        std::vector<std::pair<QString, Field>> fields{{"SCQTA", scale.quantity}, {"SCPRZ", scale.price}};
+        for (size_t i = 0; i < std::min<size_t>(discounts.size(), scale.discounts.size()); ++i) {
+            fields.emplace_back(discounts.at(static_cast<qsizetype>(i)), scale.discounts[i]);
+        }
+        return fields;
+    }
+};
+
+class PriceImporter final : public Importer {
+public:
+    PriceImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+        : Importer(run),
+          m_kind(std::move(kind)),
+          m_writer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+
+private:
+    std::optional<RowOutcome> Write(const SourceRow& row, const PriceFields& price, const QString& article) const;
+    std::optional<Scale> ScaleOf(const SourceRow& row, const ScaleFields& fields) const;
+    QString DirectionOf(const SourceRow& row, const PriceFields& price) const;
+
+    std::shared_ptr<const Kind> m_kind;
+    PriceListWriter m_writer;
+};
+
+/// The row is inserted when one of its prices is new, else updated when one is there.
+RowOutcome PriceImporter::Row(const SourceRow& row) {
+    if (const QString rule = m_kind->declared.leavesOut ? m_kind->declared.leavesOut(row) : QString();
+        !rule.isEmpty()) {
+        return Run().Skip(rule);
+    }
+    const QString article = m_kind->declared.article.Text(GetSession(), row);
+    if (!IsImported(Run(), article)) {
+        return Run().Skip(ArticleMissing);
+    }
+    std::optional<RowOutcome> outcome;
+    for (const PriceFields& price : m_kind->declared.prices) {
+        const auto one = Write(row, price, article);
+        outcome = one && outcome != RowOutcome::Inserted ? one : outcome;
+    }
+    return outcome ? *outcome : Run().Skip(QStringLiteral("riga senza prezzi"));
+}
+
+std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const PriceFields& price,
+                                               const QString& article) const {
+    Session& session = GetSession();
+    std::optional<RowOutcome> outcome;
+    for (const ScaleFields& fields : price.scales) {
+        const auto scale = ScaleOf(row, fields);
+        if (!scale) {
+            continue;
+        }
+        const QString list = price.list.Text(session, row);
+        const Validity validity{price.from.Day(session, row), price.to.Day(session, row)};
+        m_writer.Head(list, DirectionOf(row, price), price.description.Text(session, row),
+                      price.currency.Text(session, row));
+        const RowOutcome one = m_writer.AddScale(m_writer.Article(list, article, validity), *scale);
+        outcome = outcome == RowOutcome::Inserted ? outcome : one;
+    }
+    return outcome;
+}
+
+std::optional<Scale> PriceImporter::ScaleOf(const SourceRow& row, const ScaleFields& fields) const {
+    Session& session = GetSession();
+    if (fields.price.IsLeftOut(session, row)) {
+        return std::nullopt;
+    }
+    Scale scale{fields.quantity.NumberOrNull(session, row), fields.price.NumberOrNull(session, row)};
+    for (size_t i = 0; i < std::min(fields.discounts.size(), scale.discounts.size()); ++i) {
+        scale.discounts[i] = fields.discounts[i].NumberOrNull(session, row);
+    }
+    return scale;
+}
+
+QString PriceImporter::DirectionOf(const SourceRow& row, const PriceFields& price) const {
+    using namespace schema::defaults;
+    const QString direction = price.direction.Text(GetSession(), row).toUpper();
+    if (direction != SalesList && direction != PurchaseList) {
+        throw ImportError(QStringLiteral("colonna '%1': '%2' non è V (vendite) né A (acquisti)")
+                              .arg(price.direction.Columns().join(QStringLiteral("', '")), direction));
+    }
+    return direction;
+}
+
+const Frame Usual{.module = {},
+                  .procedure = {},
+                  .announcement = "Inizio importazione listini",
+                  .errors = "Errore: ",
+                  .step = "Listini",
+                  .completion = "Listini importati correttamente!"};
+
+} // namespace
+
+std::vector<PriceFields> Numbered(int first, int last, const std::function<PriceFields(const QString& number)>& of) {
+    std::vector<PriceFields> prices;
+    for (int number = first; number <= last; ++number) {
+        prices.push_back(of(QString::number(number)));
+    }
+    return prices;
+}
+
+Frame FrameOf(const PriceLists& declared) { return Over(declared.frame, Usual); }
+
+ImportPart PartOf(const PriceLists& declared) {
+    const auto kind = std::make_shared<const Kind>(declared);
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = kind->Needs(),
+            .empties = PriceListEmptying(),
+            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<PriceImporter>(run, kind); }};
+}
+
+} // namespace contract

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "adapters/contract/kinds/ImportTable.h"
+#include "adapters/contract/write/PriceList.h"
+
+namespace contract {
+
+/// A price from a quantity on. One whose price the rule leaves out (`rules::NotZero`) is none: how numbered columns
+/// that are not used are told.
+struct ScaleFields {
+    Field quantity = {}; ///< blank and 0: any quantity
+    Field price;
+    std::vector<Field> discounts = {}; ///< at most three
+};
+
+/// A price of an article in a list, as one source row tells it.
+struct PriceFields {
+    Field list;
+    Field direction; ///< "V" sales or "A" purchases; any other text raises `ImportError`
+    Field description = {};
+    Field currency = {}; ///< without it the euro
+    Field from = {};
+    Field to = {};
+    std::vector<ScaleFields> scales;
+};
+
+/// An import of price lists. A row holds one price or several: the quantities of a list, or, in numbered columns, the
+/// prices of several lists. A price that is there is rewritten, and another one that it had is logged; a price of an
+/// article that is not there is left out, and logged.
+struct PriceLists {
+    Frame frame = {};
+    SourceTable source;
+    Field article; ///< its CDART: `rules::ArticleCode` makes it
+    std::vector<PriceFields> prices;
+    LeavesOut leavesOut = {};
+};
+
+/// The prices of numbered columns: `of` makes the one of each number from first to last.
+std::vector<PriceFields> Numbered(int first, int last, const std::function<PriceFields(const QString& number)>& of);
+
+/// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
+ImportPart PartOf(const PriceLists& declared);
+Frame FrameOf(const PriceLists& declared);
+
+} // namespace contract

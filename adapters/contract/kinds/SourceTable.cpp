@@ -1,0 +1,197 @@
+#include "adapters/contract/kinds/SourceTable.h"
+
+#include <algorithm>
+
+namespace contract {
+
+namespace {
+
+QString AliasOf(qsizetype join) { return QStringLiteral("J%1").arg(join + 1); }
+
+/// "J1.A = T.B AND ...".
+QString Condition(const std::vector<Tie>& ties, const QString& alias) {
+    QStringList parts;
+    for (const Tie& tie : ties) {
+        parts.append(QStringLiteral("%1.%2 = T.%3").arg(alias, tie.column, tie.Other()));
+    }
+    return parts.join(QStringLiteral(" AND "));
+}
+
+/// What stands behind FROM.
+QString FromOf(const SourceTable& source) {
+    QString from = source.table;
+    from += source.joins.empty() ? QString() : QStringLiteral(" T");
+    for (size_t i = 0; i < source.joins.size(); ++i) {
+        const Join& join = source.joins[i];
+        const QString alias = AliasOf(static_cast<qsizetype>(i));
+        from += QStringLiteral("\r%1 JOIN %2 %3 ON %4")
+                    .arg(join.isOptional ? QStringLiteral("LEFT") : QStringLiteral("INNER"), join.table, alias,
+                         Condition(join.on, alias));
+    }
+    return from;
+}
+
+QString ColumnsOf(const SourceTable& source) {
+    if (source.distinct) {
+        return QStringLiteral("DISTINCT ") + source.key;
+    }
+    if (source.joins.empty()) {
+        return QStringLiteral("*");
+    }
+    QString columns = QStringLiteral("T.*");
+    for (size_t i = 0; i < source.joins.size(); ++i) {
+        for (const QString& column : source.joins[i].columns) {
+            const QString quoted = source.key.contains(u'[') ? QString(u'[' + column + u']') : column;
+            columns += QStringLiteral(", %1.%2").arg(AliasOf(static_cast<qsizetype>(i)), quoted);
+        }
+    }
+    return columns;
+}
+
+Needs FieldNeeds(const QString& table, const std::vector<Field>& fields) {
+    Needs needs;
+    QStringList columns;
+    for (const Field& field : fields) {
+        columns += field.Columns();
+        needs.reads = needs.reads + field.Reads();
+    }
+    columns.removeDuplicates();
+    if (!columns.isEmpty()) {
+        needs.reads.push_back({table, columns});
+    }
+    return needs;
+}
+
+QStringList TiedColumns(const std::vector<Tie>& ties, bool ofOther) {
+    QStringList columns;
+    for (const Tie& tie : ties) {
+        columns += BareColumns(ofOther ? tie.Other() : tie.column);
+    }
+    return columns;
+}
+
+} // namespace
+
+QStringList BareColumns(const QString& columns) {
+    QStringList bare;
+    for (QString column : columns.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
+        column = column.mid(column.indexOf(u'.') + 1).remove(u'[').remove(u']');
+        bare.append(column.section(u' ', 0, 0)); // without DESC
+    }
+    return bare;
+}
+
+QString SourceTable::Qualified(const QString& columns) const {
+    if (joins.empty()) {
+        return columns;
+    }
+    QStringList qualified;
+    for (const QString& column : columns.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
+        const Join* join = JoinOf(BareColumns(column));
+        const QString alias = join == nullptr ? QStringLiteral("T") : AliasOf(join - joins.data());
+        qualified.append(column.contains(u'.') ? column : QString(alias + u'.' + column));
+    }
+    return qualified.join(QStringLiteral(", "));
+}
+
+ImportRun::Loop SourceTable::Loop(const ImportRun& run, const QString& step, const QString& further,
+                                  const QString& singleCode) const {
+    QStringList conditions{where, further, run.OnlyCode({}, Qualified(key), singleCode).trimmed()};
+    conditions.removeAll(QString());
+    const QString condition =
+        conditions.isEmpty() ? QString() : QString("\rWHERE " + conditions.join(QStringLiteral(" AND ")));
+    const QString counted = distinct ? QString(u"DISTINCT " + key) : QStringLiteral("*");
+    const QString from = QStringLiteral(" FROM ") + FromOf(*this) + condition;
+    return {step,
+            table,
+            BareColumns(naming.isEmpty() ? key : naming).join(QStringLiteral(", ")),
+            QStringLiteral("SELECT COUNT(%1)").arg(counted) + from,
+            QStringLiteral("SELECT ") + ColumnsOf(*this) + from +
+                (order.isEmpty() ? QString() : QString("\rORDER BY " + Qualified(order))),
+            group};
+}
+
+Needs SourceTable::OwnNeeds() const {
+    QStringList columns = BareColumns(key) + BareColumns(order) + BareColumns(naming) + group;
+    Needs needs;
+    for (const Join& join : joins) {
+        columns += TiedColumns(join.on, true);
+        needs.reads.push_back({join.table, TiedColumns(join.on, false) + join.columns});
+    }
+    columns.removeIf([this](const QString& column) { return JoinOf({column}) != nullptr; });
+    columns.removeDuplicates();
+    needs.reads.insert(needs.reads.begin(), {table, columns});
+    return needs;
+}
+
+const Join* SourceTable::JoinOf(const QStringList& columns) const {
+    const auto join = std::find_if(joins.begin(), joins.end(), [&columns](const Join& one) {
+        return std::any_of(columns.begin(), columns.end(),
+                           [&one](const QString& column) { return one.columns.contains(column, Qt::CaseInsensitive); });
+    });
+    return join == joins.end() ? nullptr : &*join;
+}
+
+Needs SourceTable::NeedsOf(const std::vector<Field>& fields) const {
+    Needs needs;
+    for (const Field& field : fields) {
+        const Join* join = JoinOf(field.Columns());
+        needs = needs + FieldNeeds(join == nullptr ? table : join->table, {field});
+    }
+    return needs;
+}
+
+std::vector<Mapping> SourceTable::Mappings(const QString& target, const std::vector<MapLine>& lines) const {
+    std::vector<Mapping> mappings;
+    for (const MapLine& line : lines) {
+        const Join* join = JoinOf(line.sources);
+        const QString& from = join == nullptr ? table : join->table;
+        auto mapping = std::find_if(mappings.begin(), mappings.end(),
+                                    [&from](const Mapping& one) { return one.sourceTable == from; });
+        if (mapping == mappings.end()) {
+            mapping = mappings.insert(mappings.end(), Mapping{target, from, {}});
+        }
+        mapping->lines.push_back(line);
+    }
+    return mappings;
+}
+
+void ChildTable::ForEach(Session& session, const SourceRow& parent,
+                         const std::function<void(const SourceRow&)>& work) const {
+    if (table.isEmpty()) {
+        work(parent);
+        return;
+    }
+    QStringList conditions;
+    for (const Tie& tie : on) {
+        conditions.append(QStringLiteral("%1 = %2").arg(
+            tie.column, LiteralOf(session.SourceConnection(), parent.Value(BareColumns(tie.Other()).first()))));
+    }
+    if (!where.isEmpty()) {
+        conditions.append(where);
+    }
+    ForEachChild(session,
+                 QStringLiteral("SELECT * FROM %1\rWHERE %2").arg(table, conditions.join(QStringLiteral("\r  AND "))) +
+                     (order.isEmpty() ? QString() : QString("\rORDER BY " + order)),
+                 table, BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", ")), work);
+}
+
+QString ChildTable::Name(const SourceRow& row) const {
+    return NameOf(row, table, BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", ")));
+}
+
+Needs ChildTable::OwnNeeds(const QString& parent) const {
+    if (table.isEmpty()) {
+        return {};
+    }
+    return {
+        {},
+        {{table, TiedColumns(on, false) + BareColumns(order) + BareColumns(naming)}, {parent, TiedColumns(on, true)}},
+        {}};
+}
+
+Needs ChildTable::NeedsOf(const QString& parent, const std::vector<Field>& fields) const {
+    return FieldNeeds(table.isEmpty() ? parent : table, fields);
+}
+
+} // namespace contract

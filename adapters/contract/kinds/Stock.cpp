@@ -1,0 +1,124 @@
+#include "adapters/contract/kinds/Stock.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+namespace {
+
+class BalanceImporter final : public Importer {
+public:
+    BalanceImporter(ImportRun& run, Balances declared)
+        : Importer(run),
+          m_declared(std::move(declared)),
+          m_writer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_writer.TellRowsLeft();
+        return true;
+    }
+
+private:
+    QString WarehouseOf(const SourceRow& row);
+
+    Balances m_declared;
+    StockWriter m_writer;
+    QSet<QString> m_told; ///< warehouses that are not there
+};
+
+QString BalanceImporter::WarehouseOf(const SourceRow& row) {
+    using schema::defaults::Warehouse;
+    const QString code = m_declared.warehouse.Text(GetSession(), row);
+    const QString field = m_declared.warehouse.Columns().value(0);
+    if (code.isEmpty()) {
+        return Warehouse;
+    }
+    const QString known = TranslatedCode(GetSession(), m_declared.source.table, field, code, "MAG_AZZ");
+    if (known.isEmpty() && !m_told.contains(code)) {
+        Run().Restores(m_told);
+        m_told.insert(code);
+        Run().Log(QStringLiteral("MAGAZZINO NON TROVATO: '%1' non è in MAG_AZZ né tradotto in SYS_IMP, si usa '%2'")
+                      .arg(code, Warehouse));
+    }
+    return known.isEmpty() ? Warehouse : known;
+}
+
+RowOutcome BalanceImporter::Row(const SourceRow& row) {
+    if (const QString rule = m_declared.leavesOut ? m_declared.leavesOut(row) : QString(); !rule.isEmpty()) {
+        return Run().Skip(rule);
+    }
+    Session& session = GetSession();
+    StockLine line{WarehouseOf(row), m_declared.article.Text(session, row), m_declared.quantity.Number(session, row)};
+    line.unit = m_declared.unit.Text(session, row);
+    line.price = m_declared.price.NumberOrNull(session, row);
+    line.location = m_declared.location.Text(session, row);
+    return m_writer.Balance(line);
+}
+
+RowOutcome WriteLocation(ImportRun& run, const Locations& declared, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString article = declared.article.Text(session, row);
+    const QString location = declared.location.Text(session, row);
+    if (location.isEmpty()) {
+        return run.Skip(QStringLiteral("riga senza ubicazione"));
+    }
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
+    }
+    return ArticleWriter(run).Location(article, location, declared.description.Text(session, row));
+}
+
+} // namespace
+
+Frame FrameOf(const Balances& declared) {
+    return Over(declared.frame, {.announcement = "Inizio importazione Saldi di Magazzino",
+                                 .step = "Saldi di Magazzino",
+                                 .completion = "Saldi di Magazzino importati correttamente!"});
+}
+
+ImportPart PartOf(const Balances& declared) {
+    const auto page = std::make_shared<const Mapping>(FieldMapping("MOV_MAR", declared.source.table,
+                                                                   {{"MRMAG", declared.warehouse},
+                                                                    {"MRART", declared.article},
+                                                                    {"MRQTA", declared.quantity},
+                                                                    {"MRUMS", declared.unit},
+                                                                    {"MRPRZ", declared.price},
+                                                                    {"MRUBI", declared.location}}));
+    Needs needs = NeedsOf(*page);
+    needs.writes = StockNeeds() + std::vector<TableNeed>{{"MAG_AZZ", {"CDMAG"}}, {"MOV_MAR", {"MRUBI"}}};
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = needs,
+            .empties = StockEmptying(),
+            .make = [declared, page](ImportRun& run, const QString&) {
+                return std::make_unique<BalanceImporter>(run, declared);
+            }};
+}
+
+Frame FrameOf(const Locations& declared) {
+    return Over(declared.frame, {.announcement = "Inizio importazione Ubicazioni Articolo",
+                                 .step = "Ubicazioni Articolo",
+                                 .completion = "Ubicazioni importate correttamente!"});
+}
+
+ImportPart PartOf(const Locations& declared) {
+    const auto page = std::make_shared<const Mapping>(
+        FieldMapping("UBI_ART", declared.source.table, {{"CDART", declared.article}, {"CDUBI", declared.location}}));
+    const auto place = std::make_shared<const Mapping>(FieldMapping(
+        "UBI_MAG", declared.source.table, {{"CDUBI", declared.location}, {"UBDES", declared.description}}));
+    Needs needs = NeedsOf(*page) + NeedsOf(*place);
+    needs.writes = LocationNeeds();
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = needs,
+            .empties = LocationEmptying(),
+            .make = Importing(
+                // The pages go along: the needs point to them.
+                [declared, page, place](ImportRun& run, const SourceRow& row) {
+                    return WriteLocation(run, declared, row);
+                })};
+}
+
+} // namespace contract

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QStringList>
+
+#include <vector>
+
+namespace contract {
+
+/// A table and the columns of it that a procedure uses.
+struct TableNeed {
+    QString table; ///< of the source by its logical name; of the target the bare name
+    QStringList columns;
+    QStringList optional = {}; ///< of the source: read, but the procedure works without them
+    bool isWritten = false;    ///< rows of it are inserted, changed and deleted; else they are only looked up
+};
+
+inline std::vector<TableNeed> operator+(std::vector<TableNeed> first, const std::vector<TableNeed>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+} // namespace contract

@@ -1,0 +1,121 @@
+// Rules that find codes: of units, works, articles and counterparties, and by the ids of the source.
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/rules.h"
+#include "core/modImport.h"
+
+namespace contract::rules {
+
+namespace {
+
+/// CDCON of the counterparty whose code of the source stands in a column of CON_TRO; empty when there is none.
+QString ImportedFrom(const RuleInput& input, const QString& codeColumn) {
+    return LookUp(input.session, QStringLiteral("CON_TRO"), codeColumn, input.Text(), QStringLiteral("CDCON"));
+}
+
+Rule CounterpartyOf(const QString& who, const QString& codeColumn) {
+    return {QStringLiteral("counterparty imported from that %1 code, given up without one").arg(who),
+            [codeColumn](const RuleInput& input) -> RuleValue {
+                if (input.Text().isEmpty()) {
+                    return std::nullopt;
+                }
+                const QString code = ImportedFrom(input, codeColumn);
+                if (code.isEmpty()) {
+                    const bool customer = codeColumn == u"COCGE";
+                    throw ImportError(
+                        QStringLiteral("nessuna controparte ha il codice %1 '%2'")
+                            .arg(customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"), input.Text()));
+                }
+                return code;
+            }};
+}
+
+} // namespace
+
+Rule Unit(const QString& table, const QString& field, const QString& blank) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), else as it is when TAB_UMS has it, else recorded and "
+                           "written in upper case; \"%3\" when blank")
+                .arg(table, field, blank),
+            [table, field, blank](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                if (text.isEmpty()) {
+                    return blank;
+                }
+                const QString code = TranslatedCode(input.session, table, field, text, QStringLiteral("TAB_UMS"));
+                return code.isEmpty() ? text.toUpper() : code;
+            }};
+}
+
+Rule Work(const QString& table, const QString& field) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded and written as they are")
+                .arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                const QString code = modImport::GetNewCode(input.session, table, field, text, true);
+                return code.isEmpty() ? text : code;
+            }};
+}
+
+Rule ArticleCode(const QString& table, const QString& field) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), else the code itself, at most 50 characters")
+                .arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                return text.isEmpty() ? RuleValue() : RuleValue(ArticleCodeOf(input.session, table, field, text));
+            }};
+}
+
+Rule CustomerOf() { return CounterpartyOf("customer", "COCGE"); }
+
+Rule SupplierOf() { return CounterpartyOf("supplier", "COFGE"); }
+
+Rule PartyOf() {
+    return {
+        "counterparty imported from that code, of a customer or a supplier as the document is; given up without one",
+        [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
+            return input.facts.roles.customer ? customer(input) : supplier(input);
+        }};
+}
+
+Rule KnownSupplier() {
+    return {
+        "counterparty imported from that supplier code; one that is not there is logged and left out",
+        [](const RuleInput& input) -> RuleValue {
+            if (input.Text().isEmpty()) {
+                return std::nullopt;
+            }
+            const QString code = ImportedFrom(input, "COFGE");
+            if (code.isEmpty()) {
+                modImport::LogNote(
+                    input.session,
+                    QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), input.Text()));
+                return std::nullopt;
+            }
+            return code;
+        }};
+}
+
+Rule Via(const QString& table, const QString& idColumn, const QString& column, const Rule& rule) {
+    const auto textOf = [table, idColumn, column](const RuleInput& input) {
+        const QString id = input.Text();
+        if (id.isEmpty() || id == u"0") {
+            return QString();
+        }
+        ovConnection& source = input.session.SourceConnection();
+        const Recordset rows = source.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = %4")
+                                                    .arg(column, table, idColumn, LiteralOf(source, input.Value())));
+        if (rows.Eof()) {
+            modImport::LogNote(input.session, QStringLiteral("RIFERIMENTO NON TROVATO: %1: '%2' non è in %3.%4")
+                                                  .arg(input.session.Errors.RowKey(), id, table, idColumn));
+            return QString();
+        }
+        return SourceRow(rows).Text(column);
+    };
+    return {QStringLiteral("%1 of the %2 of that %3: %4").arg(column, table, idColumn, rule.text),
+            [textOf, apply = rule.apply](const RuleInput& input) {
+                return apply({input.session, input.row, input.columns, input.facts, textOf(input)});
+            },
+            rule.side, std::vector<TableNeed>{{table, {idColumn, column}}} + rule.reads};
+}
+
+} // namespace contract::rules

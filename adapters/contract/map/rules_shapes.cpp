@@ -1,0 +1,124 @@
+// Rules on the shape of a value: dates and numbers that a source writes as texts, streets.
+
+#include "adapters/contract/map/rules.h"
+#include "sql/mod_ovTools.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace contract {
+
+namespace {
+
+constexpr int UnitDecimals = 6;
+
+/// A text of zeros, blanks and separators alone stands for no day.
+bool IsNoDay(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c == u'0' || !c.isLetterOrNumber(); });
+}
+
+QRegularExpressionMatch NumberOfStreet(const QString& street) {
+    static const QRegularExpression number(QStringLiteral("^(.*?\\S)[\\s,]+(?:n\\.?\\s*|n°\\s*)?(\\d\\S{0,9})$"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    return number.match(street);
+}
+
+} // namespace
+
+namespace rules {
+
+Rule FirstNotBlank(const Rule& rule) {
+    return {QStringLiteral("of the first that is not blank: ") + rule.text,
+            [apply = rule.apply](const RuleInput& input) {
+                const auto column = std::find_if(input.columns.begin(), input.columns.end(),
+                                                 [&input](const QString& one) { return !input.row.IsBlank(one); });
+                const QStringList chosen{column == input.columns.end() ? input.columns.first() : *column};
+                return apply({input.session, input.row, chosen, input.facts});
+            },
+            rule.side, rule.reads};
+}
+
+Rule DateText(const QString& format) {
+    return {QStringLiteral("day written as \"%1\"; none when blank or all zeros").arg(format),
+            [format](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                if (IsNoDay(text)) {
+                    return QVariant();
+                }
+                QDate day = QDate::fromString(text, format);
+                constexpr int turn = 1950; // of two digits of a year 50 is 1950, 49 is 2049
+                if (day.isValid() && !format.contains(QLatin1String("yyyy")) && day.year() < turn) {
+                    day = day.addYears(100);
+                }
+                if (!day.isValid()) {
+                    throw ImportError(QStringLiteral("'%1' non è una data scritta %2").arg(text, format));
+                }
+                return QVariant(day);
+            }};
+}
+
+Rule Day(const QDate& none) {
+    return {none.isValid() ? QStringLiteral("date, none on %1").arg(none.toString(Qt::ISODate))
+                           : QStringLiteral("date"),
+            [none](const RuleInput& input) -> RuleValue {
+                if (input.Text().isEmpty()) {
+                    return QVariant();
+                }
+                const auto day = mod_ovTools::ReadDate(input.Value());
+                if (!day) {
+                    throw ImportError(QStringLiteral("'%1' non è una data").arg(input.Text()));
+                }
+                return day->date() == none ? QVariant() : QVariant(*day);
+            }};
+}
+
+Rule Implied(int decimals) {
+    return {QStringLiteral("the last %1 digits are decimals").arg(decimals),
+            [decimals](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                if (text.isEmpty()) {
+                    return QVariant();
+                }
+                const auto number = mod_ovTools::ReadNumber(text);
+                if (!number || *number != std::floor(*number)) {
+                    throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(text));
+                }
+                return QVariant(*number / std::pow(10, decimals));
+            }};
+}
+
+Rule NotZero() {
+    return {QStringLiteral("rounded to %1 decimals, left out when zero").arg(UnitDecimals),
+            [](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                const auto number = text.isEmpty() ? std::optional(0.0) : mod_ovTools::ReadNumber(input.Value());
+                if (!number) {
+                    throw ImportError(QStringLiteral("'%1' non è un numero").arg(text));
+                }
+                return *number == 0 ? RuleValue() : RuleValue(::RoundedTo(*number, UnitDecimals));
+            }};
+}
+
+Rule Street() {
+    return {"street without its number", [](const RuleInput& input) {
+                const QString text = input.Text();
+                const auto match = NumberOfStreet(text);
+                QString street = match.hasMatch() ? match.captured(1) : text;
+                while (street.endsWith(u',')) {
+                    street.chop(1);
+                }
+                return RuleValue(street.trimmed());
+            }};
+}
+
+Rule StreetNumber() {
+    return {"number of the street, left out when there is none", [](const RuleInput& input) {
+                const auto match = NumberOfStreet(input.Text());
+                return match.hasMatch() ? RuleValue(match.captured(2)) : RuleValue();
+            }};
+}
+
+} // namespace rules
+
+} // namespace contract

@@ -1,0 +1,110 @@
+#include "adapters/contract/run/Emptying.h"
+
+#include "adapters/contract/run/ImportRun.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace contract {
+
+namespace {
+
+const QString Imported = QStringLiteral("USINS = 'SYSTEM_IMPORT'");
+
+/// A condition with the physical names of its tables.
+QString Named(Session& session, QString condition) {
+    static const QRegularExpression name(QStringLiteral("\\{(\\w+)\\}"));
+    for (auto match = name.match(condition); match.hasMatch(); match = name.match(condition)) {
+        condition.replace(match.capturedStart(), match.capturedLength(),
+                          session.Quadrix.GetFullTableName(match.captured(1)));
+    }
+    return condition;
+}
+
+QString WithoutParent(const Emptied& one) {
+    return QStringLiteral("%1 NOT IN (SELECT RECORD_ID FROM {%2})").arg(one.child, one.parent);
+}
+
+/// Before the emptying, the rows whose parents go have them still.
+QString BeforeParentsGo(const Emptied& one, const Emptying& emptying) {
+    const auto parent = std::find_if(emptying.begin(), emptying.end(),
+                                     [&one](const Emptied& other) { return other.table == one.parent; });
+    if (parent == emptying.end()) {
+        return WithoutParent(one);
+    }
+    return QStringLiteral("%1 IN (SELECT RECORD_ID FROM {%2}%3) OR %4")
+        .arg(one.child, one.parent, parent->where.isEmpty() ? QString() : QString(u" WHERE " + parent->where),
+             WithoutParent(one));
+}
+
+} // namespace
+
+Emptying operator+(Emptying first, const Emptying& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+Emptying Truncated(const QStringList& tables) {
+    Emptying emptying;
+    std::transform(tables.begin(), tables.end(), std::back_inserter(emptying),
+                   [](const QString& table) { return Emptied{.table = table}; });
+    return emptying;
+}
+
+Emptying Deleted(const QStringList& tables) {
+    Emptying emptying;
+    std::transform(tables.begin(), tables.end(), std::back_inserter(emptying),
+                   [](const QString& table) { return Emptied{.table = table, .way = Emptied::Way::Delete}; });
+    return emptying;
+}
+
+Emptying DeletedImports(const QString& table, const QString& further) {
+    const QString where = further.isEmpty() ? Imported : QString(Imported + u" AND " + further);
+    return {{.table = table, .way = Emptied::Way::DeleteFrom, .where = where}};
+}
+
+Emptying DeletedOrphans(const QStringList& tables, const QString& child, const QString& parent) {
+    Emptying emptying = Deleted(tables);
+    for (Emptied& one : emptying) {
+        one.way = Emptied::Way::DeleteFrom;
+        one.child = child;
+        one.parent = parent;
+    }
+    return emptying;
+}
+
+Emptying AtMost(Emptying emptying) {
+    for (Emptied& one : emptying) {
+        one.atMost = true;
+    }
+    return emptying;
+}
+
+void Empty(ImportRun& run, bool reset, const Emptying& emptying) {
+    if (!reset) {
+        return;
+    }
+    for (const Emptied& one : emptying) {
+        if (one.way == Emptied::Way::Truncate) {
+            run.Truncate(reset, {one.table});
+            continue;
+        }
+        const QString table = run.FullName(one.table);
+        const QString where = one.child.isEmpty() ? one.where : WithoutParent(one);
+        const bool from = one.way == Emptied::Way::DeleteFrom;
+        run.Delete(table, QString::fromLatin1(from ? "DELETE FROM " : "DELETE ") + table +
+                              (where.isEmpty() ? where : QString(u" WHERE " + Named(run.GetSession(), where))));
+    }
+}
+
+std::vector<RowsToDelete> RowsOf(Session& session, const Emptying& emptying) {
+    std::vector<RowsToDelete> rows;
+    for (const Emptied& one : emptying) {
+        const QString where = one.child.isEmpty() ? one.where : BeforeParentsGo(one, emptying);
+        rows.push_back({session.Quadrix.GetFullTableName(one.table), Named(session, where), one.atMost});
+    }
+    return rows;
+}
+
+} // namespace contract

@@ -1,0 +1,225 @@
+#include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/Documents.h"
+#include "adapters/contract/kinds/PriceLists.h"
+#include "tests/support/embedded.h"
+#include "tests/support/errorOf.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace contract;
+using namespace contract::rules;
+
+Q_DECLARE_METATYPE(contract::Reading)
+
+namespace {
+
+/// A company and a source of its own.
+class Trial : public TestTarget {
+public:
+    explicit Trial(const QString& source) {
+        Session& session = Get();
+        session.Source = std::make_unique<ovConnection>();
+        session.Source->Errors = &session.Errors;
+        session.Errors.Action = ErrorAction::Ignore;
+        OpenEmbedded(*session.Source).ExecuteScript(source);
+    }
+
+    /// Runs a procedure twice: the second time must leave what the first one wrote.
+    const RunResult& Run(const Procedure& procedure, const QString& rows) {
+        procedure.run(Get(), {}, false);
+        const QStringList before = Rows(rows);
+        procedure.run(Get(), {}, false);
+        Again = Rows(rows) == before;
+        return Get().Results.last();
+    }
+
+    bool Again = false; ///< whether the second run left the rows as they were
+};
+
+Frame FrameNamed(const char* procedure) { return {.module = "modImport_Prova", .procedure = procedure}; }
+
+const char* const Orders = R"(
+CREATE TABLE TESTATE (ID INT, NUMERO INT, GIORNO VARCHAR(10), CLIENTE VARCHAR(8), NOTE VARCHAR(20));
+CREATE TABLE RIGHE (ID INT, RIGA INT, ARTICOLO VARCHAR(10), QTA VARCHAR(8), EVASA VARCHAR(8), PREZZO VARCHAR(8));
+INSERT INTO TESTATE VALUES (1, 7, '2024-01-10', 'C1', 'prima'), (2, 8, '2024-01-11', 'C1', NULL),
+ (3, 9, '2024-01-12', 'C9', NULL), (4, 10, '2016-12-31', 'C1', NULL), (5, 11, '2024-01-13', 'C1', NULL);
+INSERT INTO RIGHE VALUES (1, 1, 'AB', '2', '0', '5'), (1, 2, 'AB', '1', '1', '3'), (2, 1, 'XX', '1', '0', '1'),
+ (3, 1, 'AB', '1', '0', '1'), (4, 1, 'AB', '1', '0', '1');
+)";
+
+Documents OrdersRead(Reading reading) {
+    return {
+        .frame = FrameNamed("ImportOrdini"),
+        .source = {.table = "TESTATE", .key = "NUMERO", .order = "NUMERO", .group = {"NUMERO"}},
+        .rows = {.table = "RIGHE", .on = {{"ID"}}, .order = "RIGA"},
+        .reading = reading,
+        .kinds = {{.cause = "ORDPR", .type = "ORD", .family = Sales}},
+        .head = {.number = "NUMERO",
+                 .day = "GIORNO",
+                 .counterparty = {"CLIENTE", PartyOf()},
+                 .lines = {{"DTNOT", "NOTE", Text()}}},
+        .row = {.number = "RIGA",
+                .article = {"ARTICOLO", ArticleCode("RIGHE", "ARTICOLO")},
+                .quantity = "QTA",
+                .delivered = "EVASA",
+                .price = "PREZZO"},
+    };
+}
+
+} // namespace
+
+/// What the declarations make of a source, as far as no fixture of a module shows it.
+class TestKinds : public QObject {
+    Q_OBJECT
+
+private slots:
+    void documents_data() {
+        Columns<Reading>("reading");
+        Row("joined", Reading::Joined);
+        Row("a head, then its rows", Reading::HeadThenRows);
+    }
+    /// Both ways of reading give the same documents; the one of nobody is given up, the old one stays behind.
+    void documents() {
+        QFETCH(const Reading, reading);
+        Trial import(Orders);
+        import.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE, CORAS) VALUES ('000001', 'C1', 'Rossi')");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART, ARDES) VALUES ('AB', 'Staffa')");
+        const QString rows = "SELECT T.DTNUM, T.DTNOT, T.DTSTA, T.DTIMP, R.DRNUM, R.DRART, R.DRQTD, R.DRSTA FROM "
+                             "X01_DOC_VEN T JOIN X01_DOC_VER R ON R.IDTES = T.RECORD_ID ORDER BY R.DRNUM";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, OrdersRead(reading)), rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows), QStringList({"7|prima|PV|13|1|AB|2|PV", "7|prima|PV|13|2|AB|0|EV"}));
+        QVERIFY(import.Again);
+        QCOMPARE(result.givenUpCount, 1);
+        QVERIFY2(
+            result.givenUp.first().reason.contains("colonna 'CLIENTE': nessuna controparte ha il codice cliente 'C9'"),
+            qPrintable(result.givenUp.first().reason));
+        QVERIFY(result.AddsUp());
+    }
+
+    /// A row whose second table has nothing for it is read too.
+    void columnsOfASecondTable() {
+        Trial import(R"(
+CREATE TABLE CLIENTI (CODICE VARCHAR(8), NOME VARCHAR(40));
+CREATE TABLE COMMERCIALI (CLI VARCHAR(8), SCONTO VARCHAR(10), CEL VARCHAR(20));
+INSERT INTO CLIENTI VALUES ('1', 'Uno'), ('2', 'Due');
+INSERT INTO COMMERCIALI VALUES ('1', '10+5', '333');
+)");
+        const Counterparties customers{
+            .frame = FrameNamed("ImportClienti"),
+            .source = {.table = "CLIENTI",
+                       .key = "CODICE",
+                       .order = "CODICE",
+                       .joins = {{.table = "COMMERCIALI", .on = {{"CLI", "CODICE"}}, .columns = {"SCONTO", "CEL"}}}},
+            .roles = Always({.customer = true}),
+            .name = "NOME",
+            .lines = {{"CORAS", "NOME", Text()}, DiscountsByRole("SCONTO")},
+            .numbers = {.mobile = "CEL"},
+        };
+        const Procedure procedure = ProcedureOf(std::nullopt, customers);
+        const QString rows = "SELECT CDCON, CORAS, COSC1, COSC2, (SELECT NRNUM FROM X01_NUM_TEL WHERE TBKEY = CDCON) "
+                             "FROM X01_CON_TRO ORDER BY CDCON";
+        const RunResult& result = import.Run(procedure, rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows), QStringList({"000001|Uno|10|5|333", "000002|Due|NULL|NULL|NULL"}));
+        QVERIFY(import.Again);
+        // Each table is checked for its own columns.
+        import.Get().Source->Execute("ALTER TABLE COMMERCIALI RENAME COLUMN SCONTO TO SC");
+        QVERIFY2(Missing(import.Get(), procedure.needs).contains("origine: colonna 'COMMERCIALI.SCONTO'"),
+                 qPrintable(Missing(import.Get(), procedure.needs).join('\n')));
+    }
+
+    void roles_data() {
+        Columns<QString, QString>("code", "roles");
+        Row("customer", "201.001", "customer");
+        Row("supplier", "401.001", "supplier");
+        Row("neither", "501.001", "colonna 'CODICE': '501.001' non è 201. (cliente) né 401. (fornitore)");
+    }
+    void roles() {
+        QFETCH(const QString, code);
+        QFETCH(const QString, roles);
+        Trial import("CREATE TABLE CONTI (CODICE VARCHAR(10)); INSERT INTO CONTI VALUES ('" + code + "')");
+        const Recordset rows = import.Get().Source->ExecuteWC("SELECT * FROM CONTI");
+        const RoleTeller teller = ByPrefix("CODICE", {.customer = {"201."}, .supplier = {"401."}});
+        Roles found;
+        const auto error = ErrorOf<ImportError>([&] { found = teller.of(SourceRow(rows)); });
+        QCOMPARE(error ? error->Message() : found.customer ? QString("customer") : QString("supplier"), roles);
+    }
+
+    /// Several quantities of one list, and the currency of the list.
+    void priceScales() {
+        Trial import(R"(
+CREATE TABLE LISTINO (LISTINO VARCHAR(4), ARTICOLO VARCHAR(10), FINO1 INT, PREZZO1 REAL, FINO2 INT, PREZZO2 REAL);
+INSERT INTO LISTINO VALUES ('L1', 'AB', 10, 5, 100, 4), ('L1', 'CD', 0, 7, 0, 0), ('L1', 'ZZ', 0, 1, 0, 0);
+)");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB'), ('CD')");
+        const PriceLists lists{
+            .frame = FrameNamed("ImportListini"),
+            .source = {.table = "LISTINO", .key = "LISTINO", .order = "LISTINO, ARTICOLO", .naming = "ARTICOLO"},
+            .article = {"ARTICOLO", ArticleCode("LISTINO", "ARTICOLO")},
+            .prices = {{.list = "LISTINO",
+                        .direction = Fixed("A"),
+                        .currency = Fixed("USD"),
+                        .scales = {{.quantity = "FINO1", .price = {"PREZZO1", NotZero()}},
+                                   {.quantity = "FINO2", .price = {"PREZZO2", NotZero()}}}}},
+        };
+        const QString rows = "SELECT A.CDART, S.SCPRZ, T.LTTIP, T.LTVAL FROM X01_LIS_ARS S JOIN X01_LIS_ART A ON "
+                             "A.RECORD_ID = S.IDLSD JOIN X01_LIS_TES T ON T.CDLIS = A.CDLIS ORDER BY S.RECORD_ID";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, lists), rows);
+        QCOMPARE(import.Rows(rows), QStringList({"AB|5|A|USD", "AB|4|A|USD", "CD|7|A|USD"}));
+        QVERIFY(import.Again);
+        QCOMPARE(result.skippedBy.keys(), QStringList({"articolo non trovato"}));
+    }
+
+    /// Instalments by their number, and by columns of the term's own row.
+    void paymentTerms() {
+        Trial import(R"(
+CREATE TABLE PAGAMENTI (CODICE VARCHAR(4), NOME VARCHAR(20), RATE INT, PRIMA INT, OGNI INT, GG1 INT, GG2 INT);
+INSERT INTO PAGAMENTI VALUES ('R3', 'Tre rate', 3, 30, 30, NULL, NULL), ('DUE', 'Due', 0, 0, 0, 60, 90);
+)");
+        const PaymentTerms terms{
+            .frame = FrameNamed("ImportPagamenti"),
+            .source = {.table = "PAGAMENTI", .key = "CODICE", .order = "CODICE"},
+            .code = "CODICE",
+            .lines = {{"MPDES", "NOME", Text()}},
+            .instalments = {{.days = "GG1", .start = {}, .percent = {}}, {.days = "GG2"}},
+            .series =
+                InstalmentSeries{.count = "RATE", .firstDays = "PRIMA", .everyDays = "OGNI", .start = Fixed("FM")},
+        };
+        const QString rows = "SELECT CDMOP, NRRAT, MPGGF, MPINI, MPPER FROM TAB_MPR ORDER BY CDMOP, NRRAT";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, terms), rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows), QStringList({"DUE|1|60|DF|50", "DUE|2|90|DF|50", "R3|1|30|FM|33.33",
+                                                 "R3|2|60|FM|33.33", "R3|3|90|FM|33.34"}));
+        QVERIFY(import.Again);
+    }
+
+    /// The path follows from the ledgers; an account above itself is told and has none.
+    void accountPaths() {
+        Trial import(R"(
+CREATE TABLE PIANO (CONTO VARCHAR(10), NOME VARCHAR(20), MASTRO VARCHAR(10));
+INSERT INTO PIANO VALUES ('10', 'Cassa', '1'), ('1', 'Attivo', NULL), ('100', 'Contanti', '10'), ('7', 'Giro', '8'),
+ ('8', 'Giro', '7'), ('20', 'Senza mastro', '99');
+)");
+        const Accounts accounts{
+            .frame = FrameNamed("ImportPiano"),
+            .accounts = {.source = {.table = "PIANO", .key = "CONTO", .order = "CONTO"},
+                         .target = "PIA_CON",
+                         .code = "CONTO",
+                         .lines = {{"PCDES", "NOME", Text()}, {"PCMAS", "MASTRO", NotBlank(Text())}}},
+        };
+        const QString rows = "SELECT CDCNT, COALESCE(PCPTH, '') FROM X01_PIA_CON ORDER BY CDCNT";
+        import.Run(ProcedureOf(std::nullopt, accounts), rows);
+        QCOMPARE(import.Rows(rows), QStringList({"1|", "10|1", "100|1\\10", "20|", "7|", "8|"}));
+        QVERIFY(import.Again);
+        QVERIFY2(QString::fromLatin1(import.Log()).contains("CICLO NEL PIANO DEI CONTI: '7'"),
+                 import.Log().constData());
+    }
+};
+
+QUADRIX_TEST(TestKinds)
+#include "test_kinds.moc"
