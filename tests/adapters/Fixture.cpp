@@ -260,6 +260,9 @@ void Fixture::RunLine(const QString& line) {
     OpenSource();
     Call(line);
     session.Source.reset();
+    if (m_tookBack && !m_target.Way().isEmpty()) { // what is emptied before the next transaction leaves no trace of them
+        FreeKeys();
+    }
     session.Layout.reset();
     const RunResult& result = session.Results.last();
     m_outcome.append("== " + line + '\n' + OutcomeText(result.outcome) +

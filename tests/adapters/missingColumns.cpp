@@ -24,6 +24,7 @@ public:
         for (const QString& column : columns) {
             Rename(column, Name(column), Taken(column));
         }
+        Source().Layout.reset(); // knows what an earlier run had to do without
         const RunResult& result = m_stage.Run({});
         for (const QString& column : columns) {
             Rename(column, Taken(column), Name(column));
@@ -120,7 +121,10 @@ QString WrongWithoutColumns(Rehearsal& stage) {
         const RunResult& result = source.RunWithout({column});
         if (!stage.Lets("optional " + column) && !EndsBefore(result) && !IsTold(stage, column) &&
             !IsSameWithout(stage, result)) {
-            wrong.append(column + ": " + result.errors.value(0, "it goes on, and other rows come of it"));
+            QStringList rows = stage.Rows();
+            rows.removeIf([&](const QString& row) { return stage.CleanRows.contains(row); });
+            wrong.append(column + ": " +
+                         result.errors.value(0, "it goes on, and other rows come of it: " + rows.value(0)));
         }
     }
     return wrong.isEmpty() ? QString() : "without a column of the source:\n" + wrong.join('\n');

@@ -161,7 +161,7 @@ private slots:
             return kind.name == "COLONNE CHE MANCANO NELL'ORIGINE";
         });
         QVERIFY(told != kinds.end() && told->count == 1);
-        QCOMPARE(told->first, QString("CliFor.Note, CliFor.Web; non valorizzate: CON_TRO.CONOT"));
+        QCOMPARE(told->first, QString("CliFor.Note, CliFor.Web; non valorizzate: CON_TRO.CONOT, IND_WEB.WBIND"));
         QCOMPARE(fixture.Target().Value("SELECT COUNT(*) FROM X01_CON_TRO WHERE CONOT > ''"), QString("0"));
     }
 

@@ -12,7 +12,7 @@ class TestSettingsPage : public QObject {
     /// The literals that a call gives a function which reads a setting.
     static QStringList LiteralsOfReads(const QString& code) {
         static const QRegularExpression call(
-            R"(\b(?:Get|Set|Peek|Is)(?:App)?Config(?:On)?\(|\bSetting\(|\bfile\.Read\(|[kK]eys?\{|keys\.\w+ = |\w+Key = |\bIsUpper\(|\bisOn\(|\bHideWhenOn\()");
+            R"(\b(?:Get|Set|Peek|Is)(?:App)?Config(?:On)?\(|\bSetting\(|\bfile\.Read\(|[kK]eys?\{|keys\.\w+ = |(?<![.\w])\w+Key = |\bIsUpper\(|\bisOn\(|\bHideWhenOn\()");
         static const QRegularExpression literal(R"re("([A-Za-z_]+)")re");
         QStringList literals;
         for (auto found = call.globalMatch(code); found.hasNext();) {

@@ -1,5 +1,8 @@
 #include "adapters/contract/kinds/SourceTable.h"
 
+#include <QRegularExpression>
+#include <QSet>
+
 #include <algorithm>
 
 namespace contract {
@@ -43,6 +46,23 @@ QString ColumnsOf(const SourceTable& source) {
         for (const QString& column : source.joins[i].columns) {
             const QString quoted = source.key.contains(u'[') ? QString(u'[' + column + u']') : column;
             columns += QStringLiteral(", %1.%2").arg(AliasOf(static_cast<qsizetype>(i)), quoted);
+        }
+    }
+    return columns;
+}
+
+/// Columns that a condition names: those of table T or of none, and those of the alias otherwise.
+QStringList ColumnsIn(const QString& condition, const QString& alias) {
+    static const QRegularExpression literal("'[^']*'");
+    static const QRegularExpression name(R"((?:\b(\w+)\.)?(?:\[([^\]]+)\]|\b([A-Za-z_]\w*)\b(?!\s*[.(]|\w)))");
+    static const QSet<QString> words{"AND", "OR", "NOT", "IN", "IS", "NULL", "LIKE", "BETWEEN", "EXISTS"};
+    QStringList columns;
+    for (auto found = name.globalMatch(QString(condition).remove(literal)); found.hasNext();) {
+        const QRegularExpressionMatch each = found.next();
+        const QString column = each.captured(2) + each.captured(3);
+        const bool isOurs = each.captured(1).isEmpty() ? alias == u"T" : each.captured(1) == alias;
+        if (isOurs && !words.contains(column.toUpper())) {
+            columns.append(column);
         }
     }
     return columns;
@@ -112,11 +132,14 @@ ImportRun::Loop SourceTable::Loop(const ImportRun& run, const QString& step, con
 }
 
 Needs SourceTable::OwnNeeds() const {
-    QStringList columns = BareColumns(key) + BareColumns(order) + BareColumns(naming) + group;
+    QStringList columns =
+        BareColumns(key) + BareColumns(order) + BareColumns(naming) + group + ColumnsIn(where, QStringLiteral("T"));
     Needs needs;
-    for (const Join& join : joins) {
+    for (size_t i = 0; i < joins.size(); ++i) {
+        const Join& join = joins[i];
         columns += TiedColumns(join.on, true);
-        needs.reads.push_back({join.table, TiedColumns(join.on, false) + join.columns});
+        needs.reads.push_back({join.table, TiedColumns(join.on, false) + join.columns +
+                                               ColumnsIn(where, AliasOf(static_cast<qsizetype>(i)))});
     }
     columns.removeIf([this](const QString& column) { return JoinOf({column}) != nullptr; });
     columns.removeDuplicates();
@@ -184,10 +207,11 @@ Needs ChildTable::OwnNeeds(const QString& parent) const {
     if (table.isEmpty()) {
         return {};
     }
-    return {
-        {},
-        {{table, TiedColumns(on, false) + BareColumns(order) + BareColumns(naming)}, {parent, TiedColumns(on, true)}},
-        {}};
+    return {{},
+            {{table, TiedColumns(on, false) + BareColumns(order) + BareColumns(naming) +
+                         ColumnsIn(where, QStringLiteral("T"))},
+             {parent, TiedColumns(on, true)}},
+            {}};
 }
 
 Needs ChildTable::NeedsOf(const QString& parent, const std::vector<Field>& fields) const {

@@ -23,6 +23,7 @@ void RowTransaction::BeginRow() {
     m_session.Memory.Open();
     m_memory = m_session.Memory.Mark();
     m_isMarked = false;
+    ++m_rows; // the row has begun, also when its mark cannot be set: the rows before it may be gone then
     if (m_isPart || m_isOpen) {
         m_isOpen = true;
         m_session.Quadrix.SetMark();
@@ -32,7 +33,6 @@ void RowTransaction::BeginRow() {
         m_isOpen = true;
         m_time.start();
     }
-    ++m_rows;
 }
 
 bool RowTransaction::TakeBackRow() {
