@@ -24,7 +24,9 @@ public:
         for (const QString& column : columns) {
             Rename(column, Name(column), Taken(column));
         }
-        Source().Layout.reset(); // knows what an earlier run had to do without
+        if (m_stage.Get().Source) {
+            Source().Layout.reset(); // knows what an earlier run had to do without
+        }
         const RunResult& result = m_stage.Run({});
         for (const QString& column : columns) {
             Rename(column, Taken(column), Name(column));
