@@ -74,12 +74,12 @@ bool RowLoop::Run() {
         Read();
         Commit();
     } catch (const Error& error) {
+        Leave();
         // When the source breaks off, the rest of what belongs together has not been read.
         if (!m_loop.group.isEmpty() && !m_unit.keys.isEmpty()) {
             m_key = m_unit.keys.last();
             GiveUpFor(m_unit, error);
         }
-        Leave();
         throw;
     } catch (...) { // the operator has given up, or the memory is used up
         if (std::exchange(m_isWorking, false) && !m_transaction.TakeBackRow()) {
@@ -228,6 +228,7 @@ void RowLoop::FailedInPart(const Unit& unit, Error& error, int attempt) {
         GiveUpFor(unit, error);
         throw;
     }
+    m_run.m_account.DropClasses(); // its rows are counted again
 }
 
 /// Called inside the catch block of the error.

@@ -1,0 +1,110 @@
+#include "adapters/contract/run/ImportRun.h"
+#include "core/modMain.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace contract;
+
+/// What becomes of rows that are committed together, and of one among them that fails.
+class TestRowLoop : public QObject {
+    Q_OBJECT
+
+    TestTarget m_target;
+    QSet<QString> m_remembered;
+
+    /// Imports the codes of a table, each as a contact; what does not end in a digit fails behind its insert.
+    const RunResult& Import(const QStringList& codes, const std::function<void(const QString& code)>& before = {}) {
+        Session& session = m_target.Get();
+        session.Errors.Action = ErrorAction::Ignore;
+        session.Source = std::make_unique<ovConnection>();
+        OpenEmbedded(*session.Source).Execute("CREATE TABLE clienti (cod VARCHAR(40))");
+        for (const QString& code : codes) {
+            session.Source->Execute("INSERT INTO clienti VALUES ('" + code + "')");
+        }
+        ImportRun run(session, "modImport_Prova", "ImportProva", {});
+        run.Guard([&] {
+            run.Announce("Inizio");
+            run.Rows({"Clienti", "clienti", "cod", "SELECT COUNT(*) FROM clienti", "SELECT * FROM clienti"},
+                     [&](const SourceRow& row) {
+                         const QString code = row.Text("cod");
+                         if (before) {
+                             before(code);
+                         }
+                         TargetRow contact(run, "CON_RIF");
+                         contact.Set("CDCON", code).Insert();
+                         run.Remember(m_remembered, code);
+                         run.Log("SCRITTO: " + code);
+                         if (!code.back().isDigit()) {
+                             throw ImportError("'" + code + "' non finisce con una cifra");
+                         }
+                         return RowOutcome::Inserted;
+                     });
+        });
+        return session.Results.last();
+    }
+    QStringList Written() { return m_target.Rows("SELECT CDCON FROM X01_CON_RIF ORDER BY RECORD_ID"); }
+
+private slots:
+    void initTestCase() {
+        m_target.Execute("CREATE TABLE ONCE (N INTEGER PRIMARY KEY)");
+        m_target.Execute("INSERT INTO ONCE VALUES (1)");
+    }
+    void init() {
+        m_target.Execute("DELETE FROM X01_CON_RIF");
+        m_remembered.clear();
+    }
+
+    void ARowThatFails_data() {
+        Columns<QString, QStringList, QString>("together", "left", "told");
+        Row("is taken back alone", "200", QStringList{"A1", "A3"}, "");
+        Row("each row by itself", "1", QStringList{"A1", "A3"}, "");
+        Row("each statement by itself", "0", QStringList{"A1", "B", "A3"},
+            "Rimane scritto di una riga abbandonata: tabella 'clienti', cod 'B': X01_CON_RIF (1)");
+    }
+    void ARowThatFails() {
+        QFETCH(const QString, together);
+        QFETCH(const QStringList, left);
+        QFETCH(const QString, told);
+        modMain::SetAppConfig(m_target.Get(), "IMPORT", "GruppoRighe", together);
+        const RunResult& result = Import({"A1", "B", "A3"});
+        QVERIFY(result.AddsUp());
+        QCOMPARE(result.inserted, 2);
+        QCOMPARE(result.givenUpCount, 1);
+        QCOMPARE(result.tables.value("CON_RIF").inserted, qint64(left.size()));
+        QCOMPARE(Written(), left);
+        QCOMPARE(m_remembered, QSet<QString>(left.begin(), left.end()));
+        const QString log = QString::fromLatin1(m_target.Log());
+        QCOMPARE(log.contains("SCRITTO: B"), !told.isEmpty());
+        QVERIFY2(log.contains(told), qPrintable(log));
+    }
+
+    /// What the database takes back with its transaction is done again, told once and counted once.
+    void ATransactionThatEnds_data() {
+        Columns<QStringList>("rows");
+        Row("with the first row", QStringList{"A2", "A3", "A4"});
+        Row("in the middle of a group", QStringList{"A1", "A2", "A3"});
+    }
+    void ATransactionThatEnds() {
+        QFETCH(const QStringList, rows);
+        modMain::SetAppConfig(m_target.Get(), "IMPORT", "GruppoRighe", "200");
+        m_target.Person.AnswerToError = [](const ErrorEntry&) { return ErrorAnswer::Retry; };
+        bool ended = false;
+        const RunResult& result = Import(rows, [&](const QString& code) {
+            m_target.Get().Errors.Action = ErrorAction::Ask;
+            if (code == "A2" && !std::exchange(ended, true)) {
+                m_target.Execute(
+                    "INSERT OR ROLLBACK INTO ONCE VALUES (1)"); // ends the transaction, as a full disk does
+            }
+        });
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(result.inserted, qint64(rows.size()));
+        QCOMPARE(Written(), rows);
+        QCOMPARE(QString::fromLatin1(m_target.Log()).count("SCRITTO: A2"), 1);
+    }
+};
+
+QUADRIX_TEST(TestRowLoop)
+#include "test_rowLoop.moc"
