@@ -10,7 +10,7 @@ namespace {
 
 QString LockOf(const QString& log) { return log + QStringLiteral(".lock"); }
 
-/// "import-4711.log" for process 4711; "*" stands for any.
+/// "import-4711.log" for process 4711.
 QString NameFor(const QString& log, const QString& process) {
     const QFileInfo file(log);
     return file.completeBaseName() + u'-' + process + u'.' + file.suffix();

@@ -37,8 +37,7 @@ QString BalanceImporter::WarehouseOf(const SourceRow& row) {
     }
     const QString known = TranslatedCode(GetSession(), m_declared.source.table, field, code, "MAG_AZZ");
     if (known.isEmpty() && !m_told.contains(code)) {
-        Run().Restores(m_told);
-        m_told.insert(code);
+        Run().Remember(m_told, code);
         Run().Log(QStringLiteral("MAGAZZINO NON TROVATO: '%1' non è in MAG_AZZ né tradotto in SYS_IMP, si usa '%2'")
                       .arg(code, Warehouse));
     }

@@ -9,11 +9,19 @@ namespace {
 
 constexpr int MostRedone = 3; ///< times that rows are done again whose transaction the database has ended
 
-/// Rows that are committed together at the most; 0: every statement commits by itself.
+/// Rows that are committed together at the most; 0: every statement commits by itself. Raises `ImportError` for a
+/// setting that is no such number: what a failing row leaves depends on it.
 int RowsTogether(Session& session) {
-    return modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"),
-                                 QStringLiteral("200"))
-        .toInt();
+    const QString text =
+        modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"), QStringLiteral("200"));
+    bool isNumber = false;
+    const int rows = text.trimmed().toInt(&isNumber);
+    if (!isNumber || rows < 0) {
+        throw ImportError(QStringLiteral("impostazione GruppoRighe della sezione IMPORT: '%1' non è un numero intero "
+                                         "da 0 in su")
+                              .arg(text));
+    }
+    return rows;
 }
 
 /// What tells rows that belong together from others.
@@ -83,7 +91,7 @@ bool RowLoop::Run() {
         throw;
     } catch (...) { // the operator has given up, or the memory is used up
         if (std::exchange(m_isWorking, false) && !m_transaction.TakeBackRow()) {
-            m_done.clear();
+            ForgetDone();
         }
         m_run.m_account.TakeBackRow();
         Leave();
@@ -178,7 +186,9 @@ void RowLoop::Failed(const Unit& unit, Error& error, int attempt) {
     const bool othersStand = m_transaction.TakeBackRow();
     m_isWorking = false;
     m_run.m_account.TakeBackRow();
-    if (!othersStand && m_transaction.IsPart()) {
+    if (!othersStand && m_transaction.IsPart()) { // the whole trial is gone
+        ForgetDone();
+        error.SetRowKey(m_key);
         throw;
     }
     // What came before stays, whatever is answered, and nothing is locked meanwhile.
@@ -339,6 +349,12 @@ void RowLoop::Commit() {
     m_run.CommitAccount();
     m_session.Errors.ShowWaiting();
     modImport::WriteHeldLines(m_session);
+}
+
+/// What was done is gone with its transaction, and is not done again.
+void RowLoop::ForgetDone() {
+    m_done.clear();
+    m_run.m_account.TakeBack();
 }
 
 /// Commits what is done before an error goes on rising.

@@ -37,6 +37,7 @@ private:
     void GiveUp(const Unit& unit, const QString& reason);
     void GiveUpFor(const Unit& unit, const Error& error) noexcept;
     void Commit();
+    void ForgetDone();
     void Leave() noexcept;
     ovConnection& Database() const;
 

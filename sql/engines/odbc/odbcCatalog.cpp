@@ -72,6 +72,8 @@ DbmsWords WordsOf(Dbms dbms) {
     words.toMark = QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW");
     switch (dbms) {
     case Dbms::SqlServer:
+        // What a trigger inserts elsewhere does not count, nor what others do.
+        words.withInsert = QStringLiteral("SELECT CAST(SCOPE_IDENTITY() AS bigint)");
         // There is no transaction before the first statement that needs one.
         words.mark = QStringLiteral("IF @@TRANCOUNT > 0 SAVE TRANSACTION QDX_ROW");
         words.toMark = QStringLiteral("ROLLBACK TRANSACTION QDX_ROW");

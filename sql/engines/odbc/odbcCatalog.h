@@ -11,11 +11,12 @@ enum class Dbms { Other, SqlServer, MySql, Oracle };
 
 /// What is said to a database in its own words.
 struct DbmsWords {
-    QString identity; ///< query for the identity value that was given last
-    QString mark;     ///< marks a point of the open transaction
-    QString toMark;   ///< goes back to it
-    QString stands;   ///< query that gives 1 while a transaction is open; empty: a failing statement ends none
-    QString triggers; ///< switches the triggers of table %1, %2 being ENABLE or DISABLE; empty: there is no switch
+    QString identity;   ///< query for the identity value that was given last
+    QString withInsert; ///< query for it that goes along with the INSERT, which alone knows it; empty: `identity` does
+    QString mark;       ///< marks a point of the open transaction
+    QString toMark;     ///< goes back to it
+    QString stands;     ///< query that gives 1 while a transaction is open; empty: a failing statement ends none
+    QString triggers;   ///< switches the triggers of table %1, %2 being ENABLE or DISABLE; empty: there is no switch
 };
 DbmsWords WordsOf(Dbms dbms);
 

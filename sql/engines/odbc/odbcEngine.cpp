@@ -32,7 +32,18 @@ OdbcEngine::OdbcEngine(std::shared_ptr<OdbcConnection> connection, odbc::Dbms db
 
 qint64 OdbcEngine::Run(const QString& statement) {
     MakeReady();
-    return RunText(statement)->RowsChanged();
+    const QString identity = odbc::WordsOf(m_dbms).withInsert;
+    if (identity.isEmpty() || !statement.startsWith(u"INSERT", Qt::CaseInsensitive)) {
+        return RunText(statement)->RowsChanged();
+    }
+    OdbcStatement ran(m_connection);
+    ran.Run(dialect::Adapt(statement, m_dialect) + QStringLiteral("; ") + identity, statement);
+    const qint64 rows = ran.RowsChanged();
+    // Triggers may have given results before it.
+    while (ran.NextResult()) {
+        m_identity = ran.Fetch() ? ran.Value(0).toLongLong() : m_identity;
+    }
+    return rows;
 }
 
 std::unique_ptr<Cursor> OdbcEngine::Query(const QString& statement) {
@@ -87,7 +98,10 @@ QString OdbcEngine::LineWarning() {
     return m_dbms != odbc::Dbms::SqlServer || isSafe ? QString() : line::NotAskedFor(server);
 }
 
-qint64 OdbcEngine::LastInsertId() { return Number(odbc::WordsOf(m_dbms).identity); }
+qint64 OdbcEngine::LastInsertId() {
+    const odbc::DbmsWords words = odbc::WordsOf(m_dbms);
+    return words.withInsert.isEmpty() ? Number(words.identity) : m_identity;
+}
 
 QStringList OdbcEngine::Tables() {
     m_line->Free();

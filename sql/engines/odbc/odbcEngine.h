@@ -62,4 +62,5 @@ private:
     RowLocks m_rowLocks;      ///< where the user may take no others
     FileLocks m_machineLocks; ///< where the database has none
     bool m_inTransaction = false;
+    qint64 m_identity = 0; ///< given by the last INSERT, where it tells it itself
 };

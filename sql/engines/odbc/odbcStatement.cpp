@@ -121,6 +121,15 @@ bool OdbcStatement::Fetch() {
     return result != SQL_NO_DATA;
 }
 
+bool OdbcStatement::NextResult() {
+    const SQLRETURN result = m_connection->Running(Handle(), [this] { return SQLMoreResults(Handle()); });
+    if (result == SQL_NO_DATA) {
+        return false;
+    }
+    Ran(result);
+    return true;
+}
+
 void OdbcStatement::Describe() const {
     m_kinds.clear();
     m_positions.Clear();

@@ -40,6 +40,8 @@ public:
     qint64 RowsHeld() const { return RowCount(); }
     /// Steps to the next row; false after the last one. Raises `SqlError`.
     bool Fetch();
+    /// Goes on to the next result of a text of several statements; false behind the last one. Raises `SqlError`.
+    bool NextResult();
     /// Columns of the result; described when first asked for.
     const QStringList& Columns() const;
     ColumnPositions& Positions() const { return m_positions; }
