@@ -81,6 +81,15 @@ private slots:
         QVERIFY2(log.contains(told), qPrintable(log));
     }
 
+    void ASettingThatIsNoNumber() {
+        modMain::SetAppConfig(m_target.Get(), "IMPORT", "GruppoRighe", "molte");
+        const RunResult& result = Import({"A1"});
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QVERIFY2(result.errors.value(0).contains("GruppoRighe della sezione IMPORT: 'molte'"),
+                 qPrintable(result.errors.join('\n')));
+        QCOMPARE(Written(), QStringList());
+    }
+
     /// What the database takes back with its transaction is done again, told once and counted once.
     void ATransactionThatEnds_data() {
         Columns<QStringList>("rows");

@@ -254,12 +254,8 @@ void DocumentImporter::Begin() {
 
 /// Rows that belong to others than the one before begin anew: what was under way has ended, or was given up.
 void DocumentImporter::DropOthers(const SourceRow& row) {
-    QStringList values;
-    for (const QString& column : Declared().source.group) {
-        values.append(row.Text(column));
-    }
-    const QString group = values.join(QChar(u'\x1f'));
-    if (group != m_group || values.isEmpty()) {
+    const QString group = GroupText(row, Declared().source.group);
+    if (group != m_group || Declared().source.group.isEmpty()) {
         Run().Restores(m_group);
         for (auto& [number, family] : m_families) {
             Run().Restores(family.key);

@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/SourceTable.h"
 
-#include <QRegularExpression>
+#include "sql/statementTokens.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -51,19 +52,22 @@ QString ColumnsOf(const SourceTable& source) {
     return columns;
 }
 
-/// Columns that a condition names: those of table T or of none, and those of the alias otherwise.
+/// Columns that a condition names: for table T also those without an alias.
 QStringList ColumnsIn(const QString& condition, const QString& alias) {
-    static const QRegularExpression literal("'[^']*'");
-    static const QRegularExpression name(R"((?:\b(\w+)\.)?(?:\[([^\]]+)\]|\b([A-Za-z_]\w*)\b(?!\s*[.(]|\w)))");
+    using Kind = StatementToken::Kind;
     static const QSet<QString> words{"AND", "OR", "NOT", "IN", "IS", "NULL", "LIKE", "BETWEEN", "EXISTS"};
     QStringList columns;
-    for (auto found = name.globalMatch(QString(condition).remove(literal)); found.hasNext();) {
-        const QRegularExpressionMatch each = found.next();
-        const QString column = each.captured(2) + each.captured(3);
-        const bool isOurs = each.captured(1).isEmpty() ? alias == u"T" : each.captured(1) == alias;
-        if (isOurs && !words.contains(column.toUpper())) {
-            columns.append(column);
+    QString qualifier;
+    const QVector<StatementToken> tokens = TokensOf(condition);
+    for (qsizetype i = 0; i < tokens.size(); ++i) {
+        const QString text = condition.mid(tokens[i].begin, tokens[i].end - tokens[i].begin);
+        const QString next = i + 1 < tokens.size() ? condition.mid(tokens[i + 1].begin, 1) : QString();
+        const bool isName =
+            tokens[i].kind == Kind::Name || (tokens[i].kind == Kind::Word && !words.contains(text.toUpper()));
+        if (isName && next != u"." && next != u"(" && (qualifier.isEmpty() ? alias == u"T" : qualifier == alias)) {
+            columns.append(tokens[i].kind == Kind::Name ? text.mid(1, text.size() - 2) : text);
         }
+        qualifier = isName ? (next == u"." ? text : QString()) : text == u"." ? qualifier : QString();
     }
     return columns;
 }

@@ -24,15 +24,6 @@ int RowsTogether(Session& session) {
     return rows;
 }
 
-/// What tells rows that belong together from others.
-QString ValueOf(const ImportRun::Loop& loop, const SourceRow& row) {
-    QStringList values;
-    for (const QString& column : loop.group) {
-        values.append(row.Text(column));
-    }
-    return values.join(QChar(u'\x1f'));
-}
-
 /// The error that some work ends with; null when it does not.
 template<class Work>
 std::exception_ptr FailureOf(const Work& work) noexcept {
@@ -105,7 +96,7 @@ void RowLoop::Read() {
     m_held.emplace(rows);
     const SourceRow current(rows);
     for (; !rows.Eof(); rows.MoveNext()) {
-        const QString value = ValueOf(m_loop, current);
+        const QString value = GroupText(current, m_loop.group);
         if (!m_unit.rows.empty() && value != m_unit.value) {
             Do(std::exchange(m_unit, {}));
         }

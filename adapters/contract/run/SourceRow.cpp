@@ -18,6 +18,14 @@ QString NameOf(const SourceRow& row, const QString& table, const QString& keyCol
     return name;
 }
 
+QString GroupText(const SourceRow& row, const QStringList& columns) {
+    QStringList values;
+    for (const QString& column : columns) {
+        values.append(row.Text(column));
+    }
+    return values.join(QChar(u'\x1f'));
+}
+
 QVariant DateOf(const SourceRow& row, const QString& column) {
     if (row.IsBlank(column)) {
         return {};

@@ -29,6 +29,9 @@ private:
 /// @param keyColumn its code column; several are joined, separated by ", "
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn);
 
+/// The values of columns as one text, by which rows that belong together are told from others; empty without columns.
+QString GroupText(const SourceRow& row, const QStringList& columns);
+
 /// The date of a source column, with its time of day where it has one; Null when it is blank. Raises `ImportError`
 /// naming the column when it is none.
 QVariant DateOf(const SourceRow& row, const QString& column);
