@@ -1,10 +1,13 @@
 #include "adapters/announced.h"
 
+#include "adapters/announcedSources.h"
+
 #include <algorithm>
 
 namespace announced {
 
 using contract::Shown;
+using namespace sourceSettings;
 using enum contract::Button;
 
 namespace {
@@ -13,76 +16,81 @@ struct Row {
     const char* name;
     const char* module;
     const char* sourceKind;
+    sourceSettings::Prepare prepare;
     const char* shown; ///< see `contract::Buttons`
     std::vector<contract::Caption> captions = {};
     Shown sequence = Shown::Keep;
 };
 
 const std::vector<Row>& Rows() {
+    const QString csvTitle = QStringLiteral("File CSV da importare");
+    const QString csvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
+    const QString datTitle = QStringLiteral("File DAT da importare");
+    const QString datFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Ad-Hoc", "modImport_AdHoc", "SQL Server", "YYNNY-NY",
+        {"Ad-Hoc", "modImport_AdHoc", "SQL Server", Server("AHR", {"AHR", "1"}), "YYNNY-NY",
          {{Acq, "Importa Tabelle Generali"}, {Disegni, "Importa Lamiere"}}},
-        {"Solution", "modImport_Solution", "SQL Server", "YYNYNN--"},
-        {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", "YNNNNNYY",
+        {"Solution", "modImport_Solution", "SQL Server", PrepareSolution, "YYNYNN--"},
+        {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", DataSource("GAMMATEAMSYSTEM"), "YNNNNNYY",
          {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},
-        {"Lumen", "modImport_Lumen", "File .dat", "NNNNN---"},
-        {"SAM", "modImport_SAM", "ODBC", "YYNNN---"},
-        {"LibertyCommerce", "modImport_LC", "ODBC", "YNNNN---"},
-        {"Memphis", "modImport_Memphis", "SQL Server", "YNNNNN--"},
-        {"OSL GP90", "modImport_OSL", "SQL Server", "YYYYYYNY",
+        {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
+        {"SAM", "modImport_SAM", "ODBC", PrepareSam, "YYNNN---"},
+        {"LibertyCommerce", "modImport_LC", "ODBC", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"), "YNNNN---"},
+        {"Memphis", "modImport_Memphis", "SQL Server", PrepareMemphis, "YNNNNN--"},
+        {"OSL GP90", "modImport_OSL", "SQL Server", Server("OSL"), "YYYYYYNY",
          {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Importa Listini"}}},
-        {"DOMINIO", "modImport_Dominio", "ODBC", "YNNNNYY-", {{Saldi, "Importa Tabelle Generali"}}},
-        {"OS1", "modImport_OS1", "Access", "YYNNNNN-"},
-        {"Factory", "modImport_Factory", "Access", "YYYYYYY-",
+        {"DOMINIO", "modImport_Dominio", "ODBC", DataSource("DOMINIO"), "YNNNNYY-", {{Saldi, "Importa Tabelle Generali"}}},
+        {"OS1", "modImport_OS1", "Access", AccessFileInFolder("OS1.mdb"), "YYNNNNN-"},
+        {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",
          {{Cli, "Importa Controlli"}, {Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"},
           {Piano, "Importa Allegati"}}},
-        {"EsaSoftware \"e\"", "modImport_Esatto", "SQL Server", "--------"},
-        {"Metodo", "modImport_Metodo", "SQL Server", "YYYYYYYY",
+        {"EsaSoftware \"e\"", "modImport_Esatto", "SQL Server", Server("ESATTO"), "--------"},
+        {"Metodo", "modImport_Metodo", "SQL Server", Server("METODO"), "YYYYYYYY",
          {{Dis, "(Riallinea N° Tel e Fax)"}, {Doc, "Importa Documenti"}, {Acq, "Importa Nr. Documento"},
           {Saldi, "Importa Mod. Pagamento"}, {Disegni, "Importa Banche"}}},
-        {"Kordel NetSuite", "modImport_NetSuite", "ODBC", "YYYYYYNY",
+        {"Kordel NetSuite", "modImport_NetSuite", "ODBC", DataSource("NETSUITE"), "YYYYYYNY",
          {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Fusione Controparti"}}},
-        {"Excel", "modImport_Excel", "Excel", "YYNNN---"},
-        {"Access", "modImport_Access", "Access", "YYYNN---"},
-        {"SIGIP", "modImport_SIGIP", "ODBC", "YYYYYYN-", {{Saldi, "Correggi Date Consegna"}}},
-        {"Mago NET", "modImport_Mago", "SQL Server", "YYYNN---"},
-        {"Zucchetti G2", "modImport_G2", "SQL Server", "YYYNNNNY", {{Disegni, "Ricalcola IBAN Controparti"}}},
-        {"Access Velmoran", "modImport_AccessVelmoran", "Access", "YYYN----", {{Dis, "Importa Listini"}}},
-        {"Vision SQL", "modImport_Vision", "SQL Server", "YYN-----"},
-        {"Dss Waps", "modImport_DssWaps", "File .dat", "YY------"},
-        {"Axis", "modImport_Axis", "Access", "YY------"},
-        {"Ad-Hoc Windows", "modImport_AdHocWindows", "FoxPro", "YYNNN-NN",
+        {"Excel", "modImport_Excel", "Excel", Workbook(), "YYNNN---"},
+        {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
+        {"SIGIP", "modImport_SIGIP", "ODBC", DataSource("SIGIP"), "YYYYYYN-", {{Saldi, "Correggi Date Consegna"}}},
+        {"Mago NET", "modImport_Mago", "SQL Server", Server("MAGONET"), "YYYNN---"},
+        {"Zucchetti G2", "modImport_G2", "SQL Server", Server("G2"), "YYYNNNNY", {{Disegni, "Ricalcola IBAN Controparti"}}},
+        {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
+        {"Vision SQL", "modImport_Vision", "SQL Server", Server("VISION"), "YYN-----"},
+        {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},
+        {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
+        {"Ad-Hoc Windows", "modImport_AdHocWindows", "FoxPro", FoxProFolder(), "YYNNN-NN",
          {{Acq, "Importa Tabelle Generali"}, {Disegni, "Importa Lamiere"}}},
-        {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", "YYYY----",
+        {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", Workbook(), "YYYY----",
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
-        {"Gemini", "modImport_Gemini", "SQL Server", "YYYN----", {{Dis, "Importa Listini"}}},
-        {"Fenice", "modImport_Fenice", "ODBC", "NN------"},
-        {"Sigla", "modImport_Sigla", "SQL Server", "YYYNN---", {{Dis, "Importa Listini"}}},
-        {"MexalDB", "modImport_MexalDB", "SQL Server", "YYYN----"},
-        {"Cometa", "modImport_Cometa", "ODBC", "YYNNNNNY"},
-        {"Albalog", "modImport_Albalog", "ODBC", "YYYNNN--", {{Dis, "Importa Listini"}}},
-        {"Puzzle", "modImport_Puzzle", "ODBC", "YNNNNN--"},
-        {"Nubrio Excel", "modImport_NubrioExcel", "Excel", "NNYNNNNN"},
-        {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", "YYYNNYY-",
+        {"Gemini", "modImport_Gemini", "SQL Server", Server("GEMINI"), "YYYN----", {{Dis, "Importa Listini"}}},
+        {"Fenice", "modImport_Fenice", "ODBC", DataSource("FENICE"), "NN------"},
+        {"Sigla", "modImport_Sigla", "SQL Server", Server("SIGLA"), "YYYNN---", {{Dis, "Importa Listini"}}},
+        {"MexalDB", "modImport_MexalDB", "SQL Server", Server("MEXALDB"), "YYYN----"},
+        {"Cometa", "modImport_Cometa", "ODBC", DataSource("COMETA"), "YYNNNNNY"},
+        {"Albalog", "modImport_Albalog", "ODBC", DataSource("ALBALOG"), "YYYNNN--", {{Dis, "Importa Listini"}}},
+        {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},
+        {"Nubrio Excel", "modImport_NubrioExcel", "Excel", Workbook(), "NNYNNNNN"},
+        {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",
          {{Saldi, "Importa Riferimenti"}, {Piano, "Importa Tubolari da CSV"}}},
-        {"BMS", "modImport_BMS", "Oracle", "YYYYYNN-"},
-        {"Panthera", "modImport_Panthera", "SQL Server", "NNYNNNN?", {{Disegni, "Importa Listini"}}},
-        {"Factory (SqlServer)", "modImport_Factory", "SQL Server", "YYNNNYYY",
+        {"BMS", "modImport_BMS", "Oracle", PrepareBms, "YYYYYNN-"},
+        {"Panthera", "modImport_Panthera", "SQL Server", Server("PANTHERA"), "NNYNNNN?", {{Disegni, "Importa Listini"}}},
+        {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",
          {{Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"}, {Piano, "Importa Allegati"}}},
-        {"Punta", "modImport_Punta", "SQL Server", "YYYNN---"},
-        {"Terrauna", "modImport_Terrauna", "CSV", "YYNNNNN-"},
-        {"Scala", "modImport_Scala", "Excel", "YNNN----"},
-        {"Veldra", "modImport_Veldra", "SQL Server", "YNNN----"},
-        {"Facile", "modImport_Facile", "SQL Server", "YYYYN-Y-",
+        {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},
+        {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
+        {"Scala", "modImport_Scala", "Excel", Workbook(), "YNNN----"},
+        {"Veldra", "modImport_Veldra", "SQL Server", Server("VELDRA"), "YNNN----"},
+        {"Facile", "modImport_Facile", "SQL Server", Server("FACILE"), "YYYYN-Y-",
          {{Cli, "Importa Controparti"}, {Dis, "Importa Distinte"}, {Doc, "Importa Ordini"},
           {Piano, "Importa Listini"}}},
-        {"Borgo", "modImport_Borgo", "SQL Server", "NYYYYNYN",
+        {"Borgo", "modImport_Borgo", "SQL Server", Server("BORGO"), "NYYYYNYN",
          {{Doc, "Importa Ordini Vendita"}, {Acq, "Importa Ordini Acquisto"}, {Piano, "Ricodifica Articoli Lamiera"}}},
-        {"Lamina", "modImport_Lamina", "CSV", "YYYYYYYN",
+        {"Lamina", "modImport_Lamina", "CSV", TextFile(csvTitle, csvFilter), "YYYYYYYN",
          {{Acq, "Importa Contatti Clienti"}, {Saldi, "Importa Sedi Clienti"},
           {Piano, "Importa Lavorazioni Distinte"}}},
-        {"Siderea", "modImport_Siderea", "Excel", "NNNNNNN?", {{Disegni, "Importa Listini"}}, Shown::No},
+        {"Siderea", "modImport_Siderea", "Excel", Workbook(), "NNNNNNN?", {{Disegni, "Importa Listini"}}, Shown::No},
     };
     // clang-format on
     return rows;
@@ -92,7 +100,7 @@ contract::Origin OriginOf(const Row& row) {
     contract::Origin origin;
     origin.name = QString::fromUtf8(row.name);
     origin.module = QString::fromLatin1(row.module);
-    origin.source.kind = QString::fromLatin1(row.sourceKind);
+    origin.source = {QString::fromLatin1(row.sourceKind), row.prepare};
     origin.sequence = row.sequence;
     origin.buttons = contract::Buttons(row.shown, row.captions);
     return origin;

@@ -2,113 +2,93 @@
 
 #include "adapters/announced.h"
 
-// A module's one export; it has no header of its own.
-namespace modImport_Arca2000 {
-const contract::Origin& Entry();
-}
-namespace modImport_AUTOMA {
-const contract::Origin& Entry();
-}
-namespace modImport_ArcaEvolution {
-const contract::Origin& Entry();
-}
-namespace modImport_Brantel {
-const contract::Origin& Entry();
-}
-namespace modImport_Ferrobrio {
-const contract::Origin& Entry();
-}
-namespace modImport_Gescom {
-const contract::Origin& Entry();
-}
-namespace modImport_Mexal {
-const contract::Origin& Entry();
-}
-namespace modImport_Tessera {
-const contract::Origin& Entry();
-const contract::Origin& EntryWithSolution();
-} // namespace modImport_Tessera
-namespace modImport_Lantek24 {
-const contract::Origin& Entry();
-}
-namespace modImport_Lantek30 {
-const contract::Origin& Entry();
-}
-namespace modImport_VS {
-const contract::Origin& Entry();
-}
-namespace modImport_WinProgest {
-const contract::Origin& Entry();
-}
+// clang-format off
+/// The origins in the order of the window's list, a line for each: one of a module by the module and its entry (a module
+/// may have several), one that is announced by its name.
+#define QUADRIX_ORIGINS(MODULE, ANNOUNCED) \
+    ANNOUNCED("Ad-Hoc") \
+    MODULE(Tessera, Entry) \
+    MODULE(Tessera, EntryWithSolution) \
+    ANNOUNCED("Solution") \
+    ANNOUNCED("Gamma TeamSystem") \
+    ANNOUNCED("Lumen") \
+    MODULE(Arca2000, Entry) \
+    ANNOUNCED("SAM") \
+    ANNOUNCED("LibertyCommerce") \
+    ANNOUNCED("Memphis") \
+    MODULE(VS, Entry) \
+    MODULE(Mexal, Entry) \
+    ANNOUNCED("OSL GP90") \
+    ANNOUNCED("DOMINIO") \
+    ANNOUNCED("OS1") \
+    ANNOUNCED("Factory") \
+    ANNOUNCED("EsaSoftware \"e\"") \
+    ANNOUNCED("Metodo") \
+    MODULE(Lantek24, Entry) \
+    ANNOUNCED("Kordel NetSuite") \
+    ANNOUNCED("Excel") \
+    ANNOUNCED("Access") \
+    ANNOUNCED("SIGIP") \
+    MODULE(ArcaEvolution, Entry) \
+    ANNOUNCED("Mago NET") \
+    MODULE(Lantek30, Entry) \
+    MODULE(Ferrobrio, Entry) \
+    ANNOUNCED("Zucchetti G2") \
+    ANNOUNCED("Access Velmoran") \
+    ANNOUNCED("Vision SQL") \
+    ANNOUNCED("Dss Waps") \
+    ANNOUNCED("Axis") \
+    ANNOUNCED("Ad-Hoc Windows") \
+    ANNOUNCED("Excel scarico AS/400") \
+    ANNOUNCED("Gemini") \
+    ANNOUNCED("Fenice") \
+    ANNOUNCED("Sigla") \
+    MODULE(Gescom, Entry) \
+    MODULE(WinProgest, Entry) \
+    ANNOUNCED("MexalDB") \
+    ANNOUNCED("Cometa") \
+    ANNOUNCED("Albalog") \
+    ANNOUNCED("Puzzle") \
+    ANNOUNCED("Nubrio Excel") \
+    ANNOUNCED("Gamma DB SqlServer") \
+    ANNOUNCED("BMS") \
+    ANNOUNCED("Panthera") \
+    ANNOUNCED("Factory (SqlServer)") \
+    MODULE(Brantel, Entry) \
+    ANNOUNCED("Punta") \
+    ANNOUNCED("Terrauna") \
+    ANNOUNCED("Scala") \
+    ANNOUNCED("Veldra") \
+    ANNOUNCED("Facile") \
+    ANNOUNCED("Borgo") \
+    ANNOUNCED("Lamina") \
+    ANNOUNCED("Siderea")
+/// Those that the list does not show.
+#define QUADRIX_SECOND_SOURCES(MODULE) \
+    MODULE(AUTOMA, Entry)
+// clang-format on
+
+// An entry is the one export of its module, which needs no header for it.
+#define DECLARE_ENTRY(module, entry)                                                                                   \
+    namespace modImport_##module {                                                                                     \
+        const contract::Origin& entry();                                                                               \
+    }
+#define NOTHING_TO_DECLARE(name)
+QUADRIX_ORIGINS(DECLARE_ENTRY, NOTHING_TO_DECLARE)
+QUADRIX_SECOND_SOURCES(DECLARE_ENTRY)
+
+#define ENTRY(module, entry) &modImport_##module::entry(),
+#define ANNOUNCED_ORIGIN(name) &announced::Find(name),
 
 namespace registry {
 
 const std::vector<const contract::Origin*>& Origins() {
-    using announced::Find;
-    static const std::vector<const contract::Origin*> origins{
-        &Find("Ad-Hoc"),
-        &modImport_Tessera::Entry(),
-        &modImport_Tessera::EntryWithSolution(),
-        &Find("Solution"),
-        &Find("Gamma TeamSystem"),
-        &Find("Lumen"),
-        &modImport_Arca2000::Entry(),
-        &Find("SAM"),
-        &Find("LibertyCommerce"),
-        &Find("Memphis"),
-        &modImport_VS::Entry(),
-        &modImport_Mexal::Entry(),
-        &Find("OSL GP90"),
-        &Find("DOMINIO"),
-        &Find("OS1"),
-        &Find("Factory"),
-        &Find("EsaSoftware \"e\""),
-        &Find("Metodo"),
-        &modImport_Lantek24::Entry(),
-        &Find("Kordel NetSuite"),
-        &Find("Excel"),
-        &Find("Access"),
-        &Find("SIGIP"),
-        &modImport_ArcaEvolution::Entry(),
-        &Find("Mago NET"),
-        &modImport_Lantek30::Entry(),
-        &modImport_Ferrobrio::Entry(),
-        &Find("Zucchetti G2"),
-        &Find("Access Velmoran"),
-        &Find("Vision SQL"),
-        &Find("Dss Waps"),
-        &Find("Axis"),
-        &Find("Ad-Hoc Windows"),
-        &Find("Excel scarico AS/400"),
-        &Find("Gemini"),
-        &Find("Fenice"),
-        &Find("Sigla"),
-        &modImport_Gescom::Entry(),
-        &modImport_WinProgest::Entry(),
-        &Find("MexalDB"),
-        &Find("Cometa"),
-        &Find("Albalog"),
-        &Find("Puzzle"),
-        &Find("Nubrio Excel"),
-        &Find("Gamma DB SqlServer"),
-        &Find("BMS"),
-        &Find("Panthera"),
-        &Find("Factory (SqlServer)"),
-        &modImport_Brantel::Entry(),
-        &Find("Punta"),
-        &Find("Terrauna"),
-        &Find("Scala"),
-        &Find("Veldra"),
-        &Find("Facile"),
-        &Find("Borgo"),
-        &Find("Lamina"),
-        &Find("Siderea"),
-    };
+    static const std::vector<const contract::Origin*> origins{QUADRIX_ORIGINS(ENTRY, ANNOUNCED_ORIGIN)};
     return origins;
 }
 
 const std::vector<const contract::Origin*>& SecondSources() {
-    static const std::vector<const contract::Origin*> origins{&modImport_AUTOMA::Entry()};
+    static const std::vector<const contract::Origin*> origins{QUADRIX_SECOND_SOURCES(ENTRY)};
     return origins;
 }
 

@@ -60,7 +60,4 @@ Prepare TextFolder(const QString& defaultFolder);
 /// A connection string that is always the same.
 Prepare Fixed(const QString& connectionString);
 
-/// The preparation of an origin of the list that has no module of its own; empty for a name that is not in the list.
-Prepare ForOrigin(const QString& originName);
-
 } // namespace sourceSettings

@@ -28,11 +28,7 @@ QString ReadCodePage(Session& session) {
 
 /// Fills the connection from settings and questions and opens it; false when the operator gave up.
 bool Open(Session& session, const contract::Origin& origin, ovConnection& source) {
-    const auto prepare = origin.source.prepare ? origin.source.prepare : sourceSettings::ForOrigin(origin.name);
-    if (!prepare) {
-        throw ImportError(QStringLiteral("Non è noto come aprire l'origine '%1'").arg(origin.name));
-    }
-    if (!prepare(session, source)) {
+    if (!origin.source.prepare(session, source)) {
         return false;
     }
     contract::SourceLayout::Take(session, origin, source);

@@ -4,6 +4,8 @@
 #include "tests/support/files.h"
 #include "tests/support/rows.h"
 
+#include <QDir>
+
 namespace modImport_Template {
 const contract::Origin& Entry();
 }
@@ -26,30 +28,44 @@ void AddModulesOnEngines(const std::function<bool(const QString& module)>& isOnS
 
 } // namespace
 
+std::vector<const contract::Origin*> OriginsWithModule() {
+    std::vector<const contract::Origin*> origins = registry::All();
+    std::erase_if(origins, [](const contract::Origin* origin) { return origin->procedures.empty(); });
+    origins.push_back(&modImport_Template::Entry());
+    return origins;
+}
+
 const QMap<QString, const contract::Origin*>& FixtureOrigins() {
-    static const auto modules = [] {
-        QMap<QString, const contract::Origin*> map{{"modImport_Template", &modImport_Template::Entry()}};
-        for (const auto* origins : {&registry::Origins(), &registry::SecondSources()}) {
-            for (const contract::Origin* origin : *origins) {
-                if (!origin->procedures.empty() && !map.contains(origin->module)) {
-                    map.insert(origin->module, origin);
+    static const auto fixtures = [] {
+        QMap<QString, const contract::Origin*> map;
+        const QStringList folders =
+            QDir(FixtureFolder({})).entryList({"modImport_*"}, QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+        for (const QString& folder : folders) {
+            const QString name = RunFile::Of(FixtureFolder(folder)).words.value("origin");
+            for (const contract::Origin* origin : OriginsWithModule()) {
+                const bool isOf = name.isEmpty() ? origin->module == folder : origin->name == name;
+                if (isOf && !map.contains(folder)) {
+                    map.insert(folder, origin);
                 }
             }
         }
         return map;
     }();
-    return modules;
+    return fixtures;
 }
 
 QStringList TestedModules() {
     const QString one = qEnvironmentVariable("QUADRIX_TEST_ORIGIN");
-    if (one.isEmpty()) {
-        return FixtureOrigins().keys();
+    QStringList fixtures;
+    for (const auto& [fixture, origin] : FixtureOrigins().asKeyValueRange()) {
+        if (one.isEmpty() || origin->module == one || fixture == one) {
+            fixtures.append(fixture);
+        }
     }
-    if (!FixtureOrigins().contains(one)) {
+    if (fixtures.isEmpty()) {
         qFatal("QUADRIX_TEST_ORIGIN names no module: %s", qPrintable(one));
     }
-    return {one};
+    return fixtures;
 }
 
 QString FixtureFolder(const QString& module) {

@@ -3,11 +3,14 @@
 #include "adapters/contract/run/Origin.h"
 #include "tests/support/TestTarget.h"
 
-/// The modules, each with an origin that stands for it: those of the list, and the template.
+/// Every origin that has procedures, and that of the template.
+std::vector<const contract::Origin*> OriginsWithModule();
+/// The fixtures, by their folder, each with the origin that it runs: the one that its "run.txt" names, else the first
+/// of the module that the folder is named after.
 const QMap<QString, const contract::Origin*>& FixtureOrigins();
-/// The names of the modules that are tested: the one that QUADRIX_TEST_ORIGIN names, else all.
+/// The fixtures that are run: those of the module that QUADRIX_TEST_ORIGIN names, else all.
 QStringList TestedModules();
-/// Folder of the fixture of a module.
+/// Folder of a fixture.
 QString FixtureFolder(const QString& module);
 
 /// The "run.txt" of a fixture.
@@ -18,6 +21,7 @@ struct RunFile {
     /// - "keeps rows NAME", "gives place NAME": what a fault may leave of a procedure: rows that the row that was given
     ///   up needed; the place of that row, which another one takes in the second run
     /// - "optional TABLE.COLUMN": of the source; without it other rows may come
+    /// - "origin": not a reason but the name of the origin, for one that is not the first of its module
     /// - "closely": the module stands for others of its kind: its statements are kept, and it is tried at every place
     QMap<QString, QString> words;
 

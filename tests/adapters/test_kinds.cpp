@@ -1,7 +1,9 @@
+#include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
+#include "sql/CodePage.h"
 #include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -219,6 +221,131 @@ INSERT INTO PIANO VALUES ('10', 'Cassa', '1'), ('1', 'Attivo', NULL), ('100', 'C
         QVERIFY(import.Again);
         QVERIFY2(QString::fromLatin1(import.Log()).contains("CICLO NEL PIANO DEI CONTI: '7'"),
                  import.Log().constData());
+    }
+
+    /// Suppliers, codes and units in rows of other tables; the first supplier that is there is the preferred one.
+    void whatHangsOnAnArticle() {
+        Trial import(R"(
+CREATE TABLE ARTICOLI (CODICE VARCHAR(10), NOME VARCHAR(20), UM VARCHAR(3));
+CREATE TABLE FORNITORI (CODICE VARCHAR(10), CONTO VARCHAR(8), SUO VARCHAR(10), PREZZO REAL);
+CREATE TABLE CLIENTI (CODICE VARCHAR(10), CONTO VARCHAR(8), SUO VARCHAR(10));
+CREATE TABLE UNITA (CODICE VARCHAR(10), UM VARCHAR(3), USO INT, SEGNO VARCHAR(1), FATTORE REAL);
+INSERT INTO ARTICOLI VALUES ('AB', 'Staffa', 'nr');
+INSERT INTO FORNITORI VALUES ('AB', 'F9', 'X', 1), ('AB', 'F1', 'S-1', 5), ('AB', 'F2', NULL, 7);
+INSERT INTO CLIENTI VALUES ('AB', 'C1', 'K-1'), ('AB', 'C9', 'K-9');
+INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB', 'cf', 8, '*', 1), ('AB', 'zz', 5, '*', 1);
+)");
+        import.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE, COFGE) VALUES ('000001', 'C1', NULL), ('000002', NULL, "
+                       "'F1'), ('000003', NULL, 'F2')");
+        const auto rowsOf = [](const char* table, const char* order) {
+            return ChildTable{.table = table, .on = {{"CODICE"}}, .order = order};
+        };
+        const Articles articles{
+            .frame = FrameNamed("ImportArticoli"),
+            .source = {.table = "ARTICOLI", .key = "CODICE"},
+            .code = {"CODICE", ArticleCode("ARTICOLI", "CODICE")},
+            .description = "NOME",
+            .lines = {{"ARUMS", "UM", Unit("ARTICOLI", "UM", "NR")}},
+            .suppliers = {{.rows = rowsOf("FORNITORI", "PREZZO"),
+                           .supplier = {"CONTO", KnownSupplier()},
+                           .ownCode = "SUO",
+                           .price = "PREZZO"}},
+            .aliases = {{.rows = rowsOf("CLIENTI", "SUO"), .code = "SUO", .counterparty = {"CONTO", KnownCustomer()}}},
+            .units = {{.rows = rowsOf("UNITA", "USO, UM"),
+                       .unit = {"UM", Unit("ARTICOLI", "UM", "")},
+                       .factor = {"SEGNO, FATTORE", UnitFactor()},
+                       .places = {"USO", Choice({{"2", "ARUM2"}, {"8", "ARUMP ARUMV"}}, "")}}},
+        };
+        const QString rows =
+            "SELECT CDCON, ARPRZ, AFABI FROM X01_ART_FOR UNION ALL SELECT COCON, CDCOD, COTIP FROM X01_ART_COD UNION "
+            "ALL SELECT ARUM2 || ' ' || ARUMP, ARCOE, ARUMV FROM X01_ART_ICO";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, articles), rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows),
+                 QStringList({"000002|5|true", "000003|7|false", "000002|S-1|C", "000001|K-1|C", "KG CF|0.25|CF"}));
+        QVERIFY(import.Again);
+        const QString log = DecodeText(import.Log(), CodePage());
+        for (const char* line : {"FORNITORE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB': 'F9'",
+                                 "CLIENTE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB': 'C9'",
+                                 "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'pz' (fattore 3)"}) {
+            QVERIFY2(log.contains(line), qPrintable(log));
+        }
+    }
+
+    /// A bank keeps its code, whether its own of the source or its IBAN tells it; counterparties find it.
+    void banks() {
+        Trial import(R"(
+CREATE TABLE BANCHE (CODICE VARCHAR(8), NOME VARCHAR(20), IBAN VARCHAR(40));
+INSERT INTO BANCHE VALUES ('B1', 'Uno', NULL), ('B2', 'Due', 'IT60 X054'), ('B3', 'Tre', '');
+)");
+        import.Execute("INSERT INTO X01_BAN_CHE (CDBAN, BADES, BAIBA, BAEXT) VALUES ('00007', 'vecchia', 'IT60X 054', "
+                       "NULL), ('CASSA', 'Cassa', NULL, NULL), ('00003', 'prima', NULL, 'B3')");
+        const Banks banks{.frame = FrameNamed("ImportBanche"),
+                          .source = {.table = "BANCHE", .key = "CODICE", .order = "CODICE"},
+                          .code = "CODICE",
+                          .iban = {"IBAN", WithoutBlanks()},
+                          .lines = {{"BADES", "NOME", Text()}}};
+        const QString rows = "SELECT CDBAN, BADES, BAIBA, BAEXT FROM X01_BAN_CHE ORDER BY CDBAN";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, banks), rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows),
+                 QStringList({"00003|Tre||B3", "00007|Due|IT60X054|B2", "00008|Uno||B1", "CASSA|Cassa|NULL|NULL"}));
+        QVERIFY(import.Again);
+        const Recordset source = import.Get().Source->ExecuteWC("SELECT 'B1' AS A UNION ALL SELECT 'B9'");
+        const Field bank("A", OwnBank("CONTI", "BANCA"));
+        QCOMPARE(bank.Text(import.Get(), SourceRow(source)), QString("00008"));
+    }
+
+    /// Without a code of its own a row is found again by its keys; one of an article that is not there stays behind.
+    void rowsFoundByTheirKeys() {
+        Trial import(R"(
+CREATE TABLE CONTROLLI (ARTICOLO VARCHAR(10), FASE VARCHAR(5), NUM INT, MASSIMO REAL);
+INSERT INTO CONTROLLI VALUES ('AB', '10', 1, 2.5), ('AB', NULL, 1, 3), ('AB', '10', 2, 4), ('ZZ', '10', 1, 1);
+CREATE TABLE LETTERE (CLIENTE VARCHAR(8), ANNO INT, NUMERO VARCHAR(8), FINO VARCHAR(10));
+INSERT INTO LETTERE VALUES ('C1', 2024, '12', '2024-12-31'), ('C9', 2024, '13', NULL), ('C1', 2025, '12', NULL);
+)");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
+        import.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000001', 'C1')");
+        const BaseTable checks{.frame = FrameNamed("ImportControlli"),
+                               .source = {.table = "CONTROLLI", .key = "ARTICOLO", .order = "ARTICOLO, NUM"},
+                               .target = "CHK_LST",
+                               .lines = {{"CDART", "ARTICOLO", ArticleCode("CONTROLLI", "ARTICOLO")},
+                                         {"CKFAS", "FASE", NotBlank(Text())},
+                                         {"CKSEQ", "NUM", RoundedTo(0)},
+                                         {"CKMAX", "MASSIMO", RoundedTo(6)}},
+                               .keys = {"CDART", "CKFAS", "CKSEQ"}};
+        const BaseTable letters{.frame = FrameNamed("ImportLettere"),
+                                .source = {.table = "LETTERE", .key = "NUMERO", .order = "ANNO, NUMERO"},
+                                .target = "DIC_INT",
+                                .lines = {{"DICON", "CLIENTE", CustomerOf()},
+                                          {"DIANN", "ANNO", RoundedTo(0)},
+                                          {"DINUM", "NUMERO", Text()},
+                                          {"DIVAL", "FINO", Day()}},
+                                .keys = {"DICON", "DIANN", "DINUM"}};
+        const QString rows = "SELECT CDART, CKFAS, CKSEQ, CKMAX FROM X01_CHK_LST UNION ALL SELECT DICON, DINUM, DIANN, "
+                             "DIVAL FROM X01_DIC_INT";
+        const RunResult result =
+            import.Run(ProcedureOf(std::nullopt, FrameNamed("Import"), {PartOf(checks), PartOf(letters)}), rows);
+        QCOMPARE(import.Rows(rows), QStringList({"AB|10|1|2.5", "AB|NULL|1|3", "AB|10|2|4",
+                                                 "000001|12|2024|20241231 00:00:00", "000001|12|2025|NULL"}));
+        QVERIFY(import.Again);
+        QCOMPARE(result.skippedBy.keys(), QStringList({"articolo non trovato"}));
+        QCOMPARE(result.givenUpCount, 1);
+    }
+
+    /// The code of the source is kept beside the code, where the table has a place for it.
+    void codesOfTheSource() {
+        Trial import("CREATE TABLE IVA (COD VARCHAR(4), PERC REAL); INSERT INTO IVA VALUES ('10r', 10)");
+        const BaseTable vat{.frame = FrameNamed("ImportIva"),
+                            .source = {.table = "IVA", .key = "COD"},
+                            .target = "TAB_IVA",
+                            .code = {"COD", FirstUpper(10)},
+                            .lines = {{"IVALI", "PERC", RoundedTo(2)}},
+                            .empties = DeletedImports("TAB_IVA")};
+        const QString rows = "SELECT CDIVA, IVALI, IVEXT FROM TAB_IVA WHERE IVEXT <> ''";
+        import.Run(ProcedureOf(std::nullopt, vat), rows);
+        QCOMPARE(import.Rows(rows), QStringList({"10R|10|10r"}));
+        QVERIFY(import.Again);
     }
 };
 

@@ -35,9 +35,8 @@ QString Describe(const ovConnection& source) {
 
 /// The parameters after the preparation of an origin of the list; "-" when the operator gave up.
 QString Prepare(Session& session, const QString& name) {
-    const auto& own = registry::Find(name)->source.prepare;
     ovConnection source;
-    return (own ? own : sourceSettings::ForOrigin(name))(session, source) ? Describe(source) : QString("-");
+    return registry::Find(name)->source.prepare(session, source) ? Describe(source) : QString("-");
 }
 
 } // namespace
@@ -49,9 +48,8 @@ class TestConnectSource : public QObject {
 private slots:
     void knowsEveryOrigin() {
         for (const contract::Origin* origin : registry::Origins()) {
-            QVERIFY2(sourceSettings::ForOrigin(origin->name) || origin->source.prepare, qPrintable(origin->name));
+            QVERIFY2(origin->source.prepare != nullptr, qPrintable(origin->name));
         }
-        QVERIFY(!sourceSettings::ForOrigin("nessuna"));
     }
 
     void prepares_data() {

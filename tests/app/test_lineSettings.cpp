@@ -52,9 +52,8 @@ private slots:
         text += key;
         text += "EncryptionCA=ca.pem\r\n";
         WriteFile(target.Folder.filePath(file), text);
-        const auto& own = registry::Find(origin)->source.prepare;
         ovConnection source;
-        QVERIFY((own ? own : sourceSettings::ForOrigin(origin))(target.Get(), source));
+        QVERIFY(registry::Find(origin)->source.prepare(target.Get(), source));
         QCOMPARE(source.Encrypted, Encryption::Verified);
         QCOMPARE(source.EncryptionCA, target.Folder.filePath("ca.pem"));
     }

@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/Articles.h"
 
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -44,23 +45,33 @@ private:
 void Kind::AddPages() {
     const QString& table = declared.source.table;
     const auto tableOf = [&table](const ChildTable& rows) { return rows.table.isEmpty() ? table : rows.table; };
-    const auto addOwn = [this](const Mapping& page) {
+    const auto addOwn = [this](const ChildTable& rows, const Mapping& page) {
+        if (!rows.table.isEmpty()) {
+            pages.push_back(page);
+            return;
+        }
         for (Mapping& each : declared.source.Mappings(page.targetTable, page.lines)) {
             pages.push_back(std::move(each));
         }
     };
     for (const SupplierOfArticle& each : declared.suppliers) {
-        addOwn(FieldMapping("ART_FOR", table,
-                            {{"CDCON", each.supplier},
-                             {"ARPRZ", each.price},
-                             {"AFGGR", each.leadDays},
-                             {"AFLOR", each.lot},
-                             {"AFQTR", each.minimum}}));
-        addOwn(FieldMapping("ART_COD", table, {{"CDCOD", each.ownCode}}));
+        addOwn(each.rows, FieldMapping("ART_FOR", tableOf(each.rows),
+                                       {{"CDCON", each.supplier},
+                                        {"ARPRZ", each.price},
+                                        {"AFABI", each.preferred},
+                                        {"AFGGR", each.leadDays},
+                                        {"AFLOR", each.lot},
+                                        {"AFQTR", each.minimum}}));
+        addOwn(each.rows, FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.ownCode}}));
     }
-    addOwn(FieldMapping("UBI_ART", table, {{"CDUBI", declared.location}}));
+    addOwn({}, FieldMapping("UBI_ART", table, {{"CDUBI", declared.location}}));
     for (const Aliases& each : declared.aliases) {
-        pages.push_back(FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.code}}));
+        pages.push_back(
+            FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.code}, {"COCON", each.counterparty}}));
+    }
+    for (const UnitsOfArticle& each : declared.units) {
+        pages.push_back(FieldMapping("ART_ICO", tableOf(each.rows), {{"ARUM2", each.unit}, {"ARCOE", each.factor}}));
+        pages.back().isPart = true;
     }
     for (const LanguageTexts& each : declared.languages) {
         pages.push_back(FieldMapping("SYS_LNG", tableOf(each.rows), {{"LNLNG", each.language}, {"LNTXT", each.text}}));
@@ -75,8 +86,15 @@ contract::Needs Kind::Needs() const {
             needs = needs + NeedsOf(mapping);
         }
     }
+    for (const SupplierOfArticle& each : declared.suppliers) {
+        needs = needs + each.rows.OwnNeeds(table);
+    }
     for (const Aliases& each : declared.aliases) {
         needs = needs + each.rows.OwnNeeds(table);
+    }
+    for (const UnitsOfArticle& each : declared.units) {
+        needs = needs + each.rows.OwnNeeds(table) + each.rows.NeedsOf(table, {each.places});
+        needs.writes.push_back({"ART_ICO", {"ARUMS", "ARUMP", "ARUMV"}});
     }
     for (const LanguageTexts& each : declared.languages) {
         needs = needs + each.rows.OwnNeeds(table);
@@ -95,10 +113,16 @@ public:
           m_kind(std::move(kind)),
           m_writer(run) {}
 
+    QString Condition() const override {
+        return m_kind->declared.condition ? m_kind->declared.condition(GetSession()) : QString();
+    }
     RowOutcome Row(const SourceRow& row) override;
 
 private:
-    void LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article) const;
+    void SetUnits(const SourceRow& row, TargetRow& target) const;
+    void LinkSuppliers(const SourceRow& row, const QString& article) const;
+    bool LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article, bool isFirst) const;
+    void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const;
     void WriteChildren(const SourceRow& row, const QString& article) const;
 
     std::shared_ptr<const Kind> m_kind;
@@ -111,7 +135,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
         return Run().Skip(rule);
     }
-    const Facts facts{declared.code.Text(GetSession(), row)};
+    const Facts facts{declared.code.RequiredText(GetSession(), row)};
     if (!declared.furtherRows.isEmpty() && facts.code == m_last) {
         return Run().Skip(declared.furtherRows);
     }
@@ -119,14 +143,13 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
             m_kind->mappings[i].Apply(target, GetSession(), row, facts);
         }
+        SetUnits(row, target);
         if (declared.more) {
             declared.more(Run(), row, target);
         }
     });
     m_writer.Texts(facts.code, declared.description.Text(GetSession(), row));
-    for (const SupplierOfArticle& each : declared.suppliers) {
-        LinkSupplier(row, each, facts.code);
-    }
+    LinkSuppliers(row, facts.code);
     WriteChildren(row, facts.code);
     if (declared.after) {
         declared.after(Run(), row, facts.code);
@@ -136,28 +159,77 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     return outcome;
 }
 
-void ArticleImporter::LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article) const {
+void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
+    Session& session = GetSession();
+    for (const UnitsOfArticle& each : m_kind->declared.units) {
+        bool hasSecond = false;
+        each.rows.ForEach(session, row, [&](const SourceRow& one) {
+            const QString unit = each.unit.Text(session, one);
+            const QString places = each.places.IsSet() ? each.places.Text(session, one) : QStringLiteral("ARUM2");
+            for (const QString& place : places.split(u' ', Qt::SkipEmptyParts)) {
+                const bool isSecond = place == u"ARUM2";
+                if (isSecond && hasSecond) {
+                    Run().Log(QStringLiteral("UNITÀ DI MISURA ULTERIORE: %1: '%2' (fattore %3) non ha posto "
+                                             "nell'articolo, che ne tiene due")
+                                  .arg(Run().RowKey(), one.Text(each.unit.Columns().value(0)),
+                                       each.factor.Text(session, one)));
+                    continue;
+                }
+                target.Set(place, unit);
+                if (isSecond && each.factor.IsSet()) {
+                    target.Set("ARCOE", each.factor.Value(session, one));
+                }
+                hasSecond = hasSecond || isSecond;
+            }
+        });
+    }
+}
+
+void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article) const {
+    bool isFirst = true;
+    for (const SupplierOfArticle& each : m_kind->declared.suppliers) {
+        each.rows.ForEach(GetSession(), row, [&](const SourceRow& one) {
+            isFirst = !LinkSupplier(one, each, article, isFirst) && isFirst;
+        });
+    }
+}
+
+/// @return whether there is a supplier
+bool ArticleImporter::LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article,
+                                   bool isFirst) const {
     Session& session = GetSession();
     const QString supplier = of.supplier.Text(session, row);
     if (supplier.isEmpty()) {
-        return;
+        return false;
     }
-    m_writer.Link(article, SupplierLink{supplier, of.price.Number(session, row), of.preferred,
+    const bool preferred = of.preferred.IsSet() ? mod_ovTools::ToBoolean(of.preferred.Value(session, row)) : isFirst;
+    m_writer.Link(article, SupplierLink{supplier, of.price.Number(session, row), preferred,
                                         of.leadDays.NumberOrNull(session, row), of.lot.NumberOrNull(session, row),
                                         of.minimum.NumberOrNull(session, row)});
     if (const QString code = of.ownCode.Text(session, row); !code.isEmpty()) {
         m_writer.CodeAtCounterparty(article, code, supplier);
+    }
+    return true;
+}
+
+void ArticleImporter::WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const {
+    Session& session = GetSession();
+    const QString code = alias.code.Text(session, row);
+    const QString counterparty = alias.counterparty.Text(session, row);
+    if (code.isEmpty()) {
+        return;
+    }
+    if (!alias.counterparty.IsSet()) {
+        m_writer.InternalCode(article, code);
+    } else if (!counterparty.isEmpty()) {
+        m_writer.CodeAtCounterparty(article, code, counterparty);
     }
 }
 
 void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article) const {
     Session& session = GetSession();
     for (const Aliases& each : m_kind->declared.aliases) {
-        each.rows.ForEach(session, row, [&](const SourceRow& one) {
-            if (const QString code = each.code.Text(session, one); !code.isEmpty()) {
-                m_writer.InternalCode(article, code);
-            }
-        });
+        each.rows.ForEach(session, row, [&](const SourceRow& one) { WriteAlias(one, each, article); });
     }
     for (const LanguageTexts& each : m_kind->declared.languages) {
         each.rows.ForEach(session, row, [&](const SourceRow& one) {

@@ -5,21 +5,36 @@
 
 namespace contract {
 
-/// A supplier of an article; one that is linked already stays as it is.
+/// A supplier of an article, or several in rows of another table; one that is linked already stays as it is.
 struct SupplierOfArticle {
+    ChildTable rows = {};
     Field supplier;     ///< its CDCON: `rules::KnownSupplier` finds it by its code
     Field ownCode = {}; ///< that the article has there
     Field price = {};
     Field leadDays = {};
-    Field lot = {};     ///< of a reorder
-    Field minimum = {}; ///< order quantity
-    bool preferred = true;
+    Field lot = {};       ///< of a reorder
+    Field minimum = {};   ///< order quantity
+    Field preferred = {}; ///< a yes or no; without it the first of the article is
 };
 
 /// Codes that an article has beside its own, in the row itself or in rows of another table.
 struct Aliases {
     ChildTable rows = {};
     Field code;
+    /// CDCON of the counterparty that calls the article so (`rules::KnownCustomer`): without one nothing is written.
+    /// Without the field the code is one of the company's own.
+    Field counterparty = {};
+};
+
+/// Units of an article in rows of another table, beside those that its own lines write.
+struct UnitsOfArticle {
+    ChildTable rows;
+    Field unit;        ///< `rules::Unit`
+    Field factor = {}; ///< of the second unit (ARCOE)
+    /// Where the unit goes: columns with a blank between, "ARUMS" (stock), "ARUM2" (second), "ARUMP" (purchases) and
+    /// "ARUMV" (sales); blank: nowhere. Without the field each is a second unit. An article has one second unit, and
+    /// further ones are logged.
+    Field places = {};
 };
 
 /// Descriptions of an article in another language.
@@ -39,6 +54,7 @@ struct Articles {
     Lines lines = {};
     std::vector<SupplierOfArticle> suppliers = {};
     std::vector<Aliases> aliases = {};
+    std::vector<UnitsOfArticle> units = {};
     Field location = {};
     std::vector<LanguageTexts> languages = {};
     /// Why the rows of an article behind the first are left out, in the operator's words; empty: they rewrite it.
@@ -46,6 +62,8 @@ struct Articles {
     Emptying empties = ArticleEmptying();
 
     // What is odd about an origin.
+    /// A condition on the rows that only the run knows, without WHERE; an empty text asks for every row.
+    std::function<QString(Session&)> condition = {};
     LeavesOut leavesOut = {};
     /// Sets what the lines cannot tell, behind them.
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> more = {};

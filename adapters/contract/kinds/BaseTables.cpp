@@ -1,6 +1,8 @@
 #include "adapters/contract/kinds/BaseTables.h"
 
 #include "adapters/contract/write/AccountPath.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/Bank.h"
 #include "adapters/contract/write/BaseTable.h"
 
 namespace contract {
@@ -9,11 +11,19 @@ namespace {
 
 /// The lines of a base table with its code column, as a mapping that lives as long as the part.
 std::shared_ptr<const Mapping> MappingOf(const BaseTable& declared) {
-    const QString codeColumn = schema::FindTable(declared.target)->CodeColumn();
-    MapLine code = declared.code.LineTo(codeColumn);
-    code.rule = rules::Code();
-    return std::make_shared<const Mapping>(
-        Mapping{declared.target, declared.source.table, declared.lines.Over({code})});
+    const schema::Table& table = *schema::FindTable(declared.target);
+    std::vector<MapLine> usual;
+    if (declared.code.IsSet()) {
+        usual.push_back(declared.code.LineTo(table.CodeColumn()));
+        usual.back().rule = rules::Code();
+        const auto external = std::find_if(table.columns.begin(), table.columns.end(), [](const schema::Column& one) {
+            return one.name.size() == 5 && one.name.endsWith(QLatin1String("EXT")); // "IVEXT"
+        });
+        if (external != table.columns.end()) {
+            usual.emplace_back(external->name, declared.code.Columns().join(QStringLiteral(", ")), rules::Text());
+        }
+    }
+    return std::make_shared<const Mapping>(Mapping{declared.target, declared.source.table, declared.lines.Over(usual)});
 }
 
 QVector<double> SharesOf(std::vector<Instalment>& instalments) {
@@ -26,41 +36,43 @@ QVector<double> SharesOf(std::vector<Instalment>& instalments) {
     return shares;
 }
 
-QString StartOf(const Field& start, Session& session, const SourceRow& row) {
+QString StartOf(const Field& start, Session& session, const SourceRow& row, const QString& otherwise) {
     const QString text = start.Text(session, row);
-    return text.isEmpty() ? QStringLiteral("DF") : text;
+    return text.isEmpty() ? otherwise : text;
 }
 
 void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields, Session& session,
-                    const SourceRow& term) {
+                    const SourceRow& term, const QString& start) {
     fields.rows.ForEach(session, term, [&](const SourceRow& row) {
         if (fields.days.IsBlank(row) && fields.start.IsBlank(row) && fields.percent.IsBlank(row)) {
             return;
         }
         all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
-                       StartOf(fields.start, session, row), fields.percent.Number(session, row)});
+                       StartOf(fields.start, session, row, start), fields.percent.Number(session, row)});
     });
 }
 
-void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Session& session, const SourceRow& term) {
+void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Session& session, const SourceRow& term,
+               const QString& start) {
     const int count = static_cast<int>(series.count.Number(session, term));
     for (int i = 0; i < count; ++i) {
         all.push_back({series.type.Text(session, term),
                        series.firstDays.Number(session, term) + i * series.everyDays.Number(session, term),
-                       StartOf(series.start, session, term), 0});
+                       StartOf(series.start, session, term, start), 0});
     }
 }
 
 RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping& mapping, const SourceRow& row) {
     Session& session = run.GetSession();
-    const QString code = declared.code.Text(session, row);
+    const QString code = declared.code.RequiredText(session, row);
     const RowOutcome outcome = WriteByCode(run, mapping, row, {code});
+    const QString start = StartOf(declared.start, session, row, QStringLiteral("DF"));
     std::vector<Instalment> instalments;
     for (const InstalmentFields& fields : declared.instalments) {
-        AddInstalments(instalments, fields, session, row);
+        AddInstalments(instalments, fields, session, row, start);
     }
-    if (declared.series) {
-        AddSeries(instalments, *declared.series, session, row);
+    if (declared.series && instalments.empty()) {
+        AddSeries(instalments, *declared.series, session, row, start);
     }
     const QVector<double> shares = SharesOf(instalments);
     for (qsizetype i = 0; i < shares.size(); ++i) {
@@ -74,7 +86,18 @@ RowOutcome WriteCode(ImportRun& run, const BaseTable& declared, const Mapping& m
     if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
         return run.Skip(rule);
     }
-    return WriteByCode(run, mapping, row, {declared.code.Text(run.GetSession(), row)});
+    Session& session = run.GetSession();
+    if (declared.code.IsSet()) {
+        return WriteByCode(run, mapping, row, {declared.code.RequiredText(session, row)});
+    }
+    for (const MapLine& line : mapping.lines) {
+        const bool isKey = declared.keys.contains(line.target);
+        if (isKey && schema::FindTable(declared.target)->FindColumn(line.target)->refersTo == u"ART_ICO" &&
+            !IsImported(run, Field(line.sources.join(QStringLiteral(", ")), line.rule).Text(session, row))) {
+            return run.Skip(ArticleMissing);
+        }
+    }
+    return WriteByKeys(run, mapping, row, {}, declared.keys);
 }
 
 /// Accounts, whose paths follow when all of them are there.
@@ -109,6 +132,32 @@ ImportPart PartOf(const BaseTable& declared) {
             })};
 }
 
+Frame FrameOf(const Banks& declared) {
+    return Over(declared.frame, {.announcement = "Inizio importazione Banche",
+                                 .step = "Banche",
+                                 .completion = "Banche importate correttamente!"});
+}
+
+ImportPart PartOf(const Banks& declared) {
+    const QString code = declared.code.Columns().join(QStringLiteral(", "));
+    std::vector<MapLine> usual{{"CDBAN", code, rules::Code()}, {"BAEXT", code, rules::Text()}};
+    if (declared.iban.IsSet()) {
+        usual.push_back(declared.iban.LineTo("BAIBA"));
+    }
+    const auto mapping =
+        std::make_shared<const Mapping>(Mapping{"BAN_CHE", declared.source.table, declared.lines.Over(usual)});
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = NeedsOf(*mapping),
+            .empties = declared.empties,
+            .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
+                Session& session = run.GetSession();
+                const QString bank =
+                    BankCodeOf(session, declared.code.Text(session, row), declared.iban.Text(session, row));
+                return WriteByCode(run, *mapping, row, {bank});
+            })};
+}
+
 Frame FrameOf(const PaymentTerms& declared) {
     return Over(declared.frame, {.announcement = "Inizio importazione pagamenti",
                                  .step = "Pagamenti",
@@ -116,9 +165,10 @@ Frame FrameOf(const PaymentTerms& declared) {
 }
 
 ImportPart PartOf(const PaymentTerms& declared) {
-    const auto mapping = MappingOf({{}, declared.source, "TAB_MOP", declared.code, declared.lines});
+    const auto mapping =
+        MappingOf({.source = declared.source, .target = "TAB_MOP", .code = declared.code, .lines = declared.lines});
     const QString& table = declared.source.table;
-    Needs needs = NeedsOf(*mapping);
+    Needs needs = NeedsOf(*mapping) + declared.source.NeedsOf({declared.start});
     for (const InstalmentFields& each : declared.instalments) {
         needs = needs + each.rows.OwnNeeds(table) +
                 each.rows.NeedsOf(table, {each.type, each.days, each.start, each.percent});

@@ -5,15 +5,30 @@
 
 namespace contract {
 
-/// An import of a table whose key is one code column. A code that is there is rewritten.
+/// An import of a table whose rows one code column tells apart, such as VAT codes, units, payment types, agents or
+/// families, or several columns: letters of intent, checks of articles. A row that is there is rewritten. The code of
+/// the source is kept where the table has a column for it ("IVEXT"); a row whose keys name an article that is not there
+/// is left out, and logged.
 struct BaseTable {
     Frame frame = {};
     SourceTable source;
     QString target;   ///< bare name
-    Field code;       ///< of the code column
+    Field code = {};  ///< of the code column
     Lines lines = {}; ///< of the other columns
     Emptying empties = {};
+    QStringList keys = {}; ///< in place of the code: target columns, which the lines write
     LeavesOut leavesOut = {};
+};
+
+/// An import of the company's own banks (BAN_CHE). A bank is known by its code of the source, which BAEXT keeps, else
+/// by its IBAN; a new one gets the next code of five digits.
+struct Banks {
+    Frame frame = {};
+    SourceTable source;
+    Field code;       ///< of the source
+    Field iban = {};  ///< without blanks: `rules::WithoutBlanks`
+    Lines lines = {}; ///< of the other columns
+    Emptying empties = {};
 };
 
 /// Instalments of a payment term, in rows of another table or in the term's own row. One without days, start and
@@ -22,17 +37,18 @@ struct InstalmentFields {
     ChildTable rows = {};
     Field type = {}; ///< CDMPT
     Field days = {};
-    Field start = {};   ///< "DF" date of the invoice (without it), "FM" end of its month
+    Field start = {};   ///< "DF" date of the invoice, "FM" end of its month; without it that of the term
     Field percent = {}; ///< where no instalment has one they are equal shares
 };
 
 /// Instalments that the source tells by their number: the first after so many days, each further one so many later.
+/// They hold for a term that has no others.
 struct InstalmentSeries {
     Field count;
     Field firstDays = {};
     Field everyDays = {};
     Field type = {};
-    Field start = {};
+    Field start = {}; ///< as above
 };
 
 /// An import of payment terms, which serve every company: a reset deletes only those that an import wrote.
@@ -41,6 +57,7 @@ struct PaymentTerms {
     SourceTable source;
     Field code;
     Lines lines = {}; ///< of TAB_MOP
+    Field start = {}; ///< of the instalments that tell none; without it "DF"
     std::vector<InstalmentFields> instalments = {};
     std::optional<InstalmentSeries> series = {};
 };
@@ -56,6 +73,8 @@ struct Accounts {
 /// The declarations as parts of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
 ImportPart PartOf(const BaseTable& declared);
 Frame FrameOf(const BaseTable& declared);
+ImportPart PartOf(const Banks& declared);
+Frame FrameOf(const Banks& declared);
 ImportPart PartOf(const PaymentTerms& declared);
 Frame FrameOf(const PaymentTerms& declared);
 

@@ -185,6 +185,10 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
         return Run().Skip(rule);
     }
     const Roles roles = declared.roles.of(row);
+    if (!roles.customer && !roles.supplier && !roles.carrier) {
+        Run().Log(QStringLiteral("NÉ CLIENTE NÉ FORNITORE: %1").arg(Run().RowKey()));
+        return Run().Skip(QStringLiteral("né cliente né fornitore"));
+    }
     const SourceIdentity identity = IdentityOf(row, roles);
     const bool onlyCarrier = !roles.customer && !roles.supplier;
     const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : m_parties.Place(identity);
@@ -205,10 +209,14 @@ SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Role
     const Counterparties& declared = m_kind->declared;
     const QString key = BareColumns(declared.source.key).first();
     const auto text = [&](const Field& field) { return field.Text(GetSession(), row); };
-    return {declared.source.table,  declared.codeName.isEmpty() ? key : declared.codeName,
-            row.Text(key),          roles,
-            text(declared.name),    text(declared.vatNumber),
-            text(declared.taxCode), text(declared.number)};
+    return {declared.codeTable.isEmpty() ? declared.source.table : declared.codeTable,
+            declared.codeName.isEmpty() ? key : declared.codeName,
+            row.Text(key),
+            roles,
+            text(declared.name),
+            text(declared.vatNumber),
+            text(declared.taxCode),
+            text(declared.number)};
 }
 
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,

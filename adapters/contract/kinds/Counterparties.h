@@ -26,13 +26,14 @@ struct Contacts {
 struct Counterparties {
     Frame frame = {};
     SourceTable source;
-    RoleTeller roles;
-    Field name; ///< the whole name
+    RoleTeller roles; ///< a row that is nobody of them is left out, and logged
+    Field name;       ///< the whole name
     Field vatNumber = {};
     Field taxCode = {};
     /// What tells it apart is the code column of the source; SYS_IMP knows it by this name when it is another one.
     QString codeName = {};
-    Field number = {}; ///< a customer's number, where the code is more than that
+    QString codeTable = {}; ///< the same of the table
+    Field number = {};      ///< a customer's number, where the code is more than that
     /// Of CON_TRO, over the usual ones: code, day of the import, marks and codes of the roles, Italy, euro and the
     /// like.
     Lines lines = {};

@@ -36,6 +36,14 @@ QString Field::Text(Session& session, const SourceRow& row, const Facts& facts) 
     return mod_ovTools::ToText(Value(session, row, facts)).trimmed();
 }
 
+QString Field::RequiredText(Session& session, const SourceRow& row) const {
+    QString text = Text(session, row);
+    if (text.isEmpty()) {
+        Refuse(QStringLiteral("il codice manca"));
+    }
+    return text;
+}
+
 double Field::Number(Session& session, const SourceRow& row, const Facts& facts) const {
     const QVariant value = Value(session, row, facts);
     const QString text = mod_ovTools::ToText(value).trimmed();

@@ -23,6 +23,8 @@ public:
     QVariant Value(Session& session, const SourceRow& row, const Facts& facts = {}) const;
     /// The same as text without surrounding blanks; empty for Null.
     QString Text(Session& session, const SourceRow& row, const Facts& facts = {}) const;
+    /// The same of a code. Raises `ImportError` naming the columns when it is blank.
+    QString RequiredText(Session& session, const SourceRow& row) const;
     /// The same as number; 0 for blank and Null. Raises `ImportError` naming the columns when it is none.
     double Number(Session& session, const SourceRow& row, const Facts& facts = {}) const;
     /// The same as number; Null for blank.

@@ -189,6 +189,9 @@ void ChildTable::ForEach(Session& session, const SourceRow& parent,
         work(parent);
         return;
     }
+    if (isOptional && session.SourceConnection().GetColumns(table).isEmpty()) {
+        return;
+    }
     QStringList conditions;
     for (const Tie& tie : on) {
         conditions.append(QStringLiteral("%1 = %2").arg(
@@ -208,7 +211,7 @@ QString ChildTable::Name(const SourceRow& row) const {
 }
 
 Needs ChildTable::OwnNeeds(const QString& parent) const {
-    if (table.isEmpty()) {
+    if (table.isEmpty() || isOptional) {
         return {};
     }
     return {{},
@@ -219,7 +222,7 @@ Needs ChildTable::OwnNeeds(const QString& parent) const {
 }
 
 Needs ChildTable::NeedsOf(const QString& parent, const std::vector<Field>& fields) const {
-    return FieldNeeds(table.isEmpty() ? parent : table, fields);
+    return isOptional ? Needs() : FieldNeeds(table.isEmpty() ? parent : table, fields);
 }
 
 } // namespace contract

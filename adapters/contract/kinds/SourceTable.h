@@ -56,6 +56,7 @@ struct ChildTable {
     QString order = {};       ///< columns, separated by ", "
     QString where = {};       ///< a further condition, without WHERE
     QString naming = {};      ///< columns that tell a row in messages; empty: those of the order
+    bool isOptional = false;  ///< some releases of the source lack the table: it has no rows then
 
     /// Hands each child of a row to `work`, as `ForEachChild` does; the row itself without a table.
     void ForEach(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;

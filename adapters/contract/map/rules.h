@@ -94,6 +94,9 @@ Rule DateText(const QString& format);
 /// The date as read; Null when it is blank or the day that stands for none in the source. Raises `ImportError` when it
 /// is no date.
 Rule Day(const QDate& none = {});
+/// The factor of a second unit, told by an operator (first source column) and a number (the other one): "*" by the
+/// number, "/" by one over it; zero and blank are left out. Raises `ImportError` for another operator.
+Rule UnitFactor();
 /// A number without its point: with 2 decimals "12345" gives 123.45; blank is Null. Raises `ImportError` when it is no
 /// whole number.
 Rule Implied(int decimals);
@@ -157,6 +160,11 @@ Rule SupplierOf();
 Rule PartyOf();
 /// As `SupplierOf`; one that is not there is logged, and left out.
 Rule KnownSupplier();
+/// The same of a customer.
+Rule KnownCustomer();
+/// CDBAN of the company's own bank that has the code of the source: translated through SYS_IMP, else the one whose
+/// BAEXT it is; left out, and the code recorded, when there is none.
+Rule OwnBank(const QString& table, const QString& field);
 /// Another table of the source by an id: the text of one of its columns in the row that has the id, by another rule.
 /// A blank id or 0 names none, and one that is not there is logged: the rule then gets a blank text.
 Rule Via(const QString& table, const QString& idColumn, const QString& column, const Rule& rule);

@@ -30,6 +30,25 @@ Rule CounterpartyOf(const QString& who, const QString& codeColumn) {
             }};
 }
 
+Rule KnownCounterparty(const QString& who, const QString& codeColumn, const QString& inLog) {
+    return {
+        QStringLiteral("counterparty imported from that %1 code; one that is not there is logged and left out")
+            .arg(who),
+        [codeColumn, inLog](const RuleInput& input) -> RuleValue {
+            if (input.Text().isEmpty()) {
+                return std::nullopt;
+            }
+            const QString code = ImportedFrom(input, codeColumn);
+            if (code.isEmpty()) {
+                modImport::LogNote(
+                    input.session,
+                    QStringLiteral("%1 NON TROVATO: %2: '%3'").arg(inLog, input.session.Errors.RowKey(), input.Text()));
+                return std::nullopt;
+            }
+            return code;
+        }};
+}
+
 } // namespace
 
 Rule Unit(const QString& table, const QString& field, const QString& blank) {
@@ -77,22 +96,25 @@ Rule PartyOf() {
         }};
 }
 
-Rule KnownSupplier() {
-    return {
-        "counterparty imported from that supplier code; one that is not there is logged and left out",
-        [](const RuleInput& input) -> RuleValue {
-            if (input.Text().isEmpty()) {
-                return std::nullopt;
-            }
-            const QString code = ImportedFrom(input, "COFGE");
-            if (code.isEmpty()) {
-                modImport::LogNote(
-                    input.session,
-                    QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), input.Text()));
-                return std::nullopt;
-            }
-            return code;
-        }};
+Rule KnownSupplier() { return KnownCounterparty("supplier", "COFGE", "FORNITORE"); }
+
+Rule KnownCustomer() { return KnownCounterparty("customer", "COCGE", "CLIENTE"); }
+
+Rule OwnBank(const QString& table, const QString& field) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), else the bank whose external code it is; recorded and "
+                           "left out without one")
+                .arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                Session& session = input.session;
+                const QString translated = modImport::GetNewCode(session, table, field, input.Text(), false);
+                const QString code =
+                    translated.isEmpty() ? LookUp(session, "BAN_CHE", "BAEXT", input.Text(), "CDBAN") : translated;
+                if (code.isEmpty()) {
+                    modImport::GetNewCode(session, table, field, input.Text(), true);
+                    return std::nullopt;
+                }
+                return code;
+            }};
 }
 
 Rule Via(const QString& table, const QString& idColumn, const QString& column, const Rule& rule) {

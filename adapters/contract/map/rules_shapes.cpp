@@ -88,6 +88,21 @@ Rule Implied(int decimals) {
             }};
 }
 
+Rule UnitFactor() {
+    return {"factor, \"*\" by the number and \"/\" by one over it; left out when zero",
+            [](const RuleInput& input) -> RuleValue {
+                const double number = NumberOf(input.row, input.columns.last());
+                const QString how = input.row.Text(input.columns.first());
+                if (number == 0) {
+                    return std::nullopt;
+                }
+                if (how != u"*" && how != u"/") {
+                    throw ImportError(QStringLiteral("'%1' non è né * né /").arg(how));
+                }
+                return ::RoundedTo(how == u"*" ? number : 1 / number, UnitDecimals);
+            }};
+}
+
 Rule NotZero() {
     return {QStringLiteral("rounded to %1 decimals, left out when zero").arg(UnitDecimals),
             [](const RuleInput& input) -> RuleValue {

@@ -9,4 +9,9 @@ namespace contract {
 /// `ImportError`.
 RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts);
 
+/// The same for a table whose rows several columns tell apart, which the mapping sets: the letters of intent of a
+/// customer, the checks of an article.
+RowOutcome WriteByKeys(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts,
+                       const QStringList& keys);
+
 } // namespace contract

@@ -8,14 +8,11 @@
 
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
 
+#include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/run/Origin.h"
-#include "adapters/contract/write/Article.h"
-#include "adapters/contract/write/Attachment.h"
-#include "adapters/contract/write/Counterparty.h"
 #include "adapters/contract/write/Document.h"
-#include "adapters/contract/write/PaymentTerm.h"
 #include "adapters/sourceSettings.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -55,74 +52,6 @@ Rule FixedDay() {
                 const QString day = input.Text();
                 return day.isEmpty() || day == "0" ? RuleValue() : RuleValue(day);
             }};
-}
-
-const CounterpartyMapping& Controparti() {
-    static const CounterpartyMapping mapping({
-        "CON_TRO",
-        Cf,
-        {
-            {"CDCON", "Cd_CF", Code()},
-            {"CORAS", "Descrizione", First(35)},
-            {"CORA2", "Descrizione", From(36)},
-            {"DTINS", "TimeIns", MomentOrNow()},
-            {"COINV", "", Today()},
-            {"COANN", "Obsoleto", Flag()},
-            {"COCON", "", Constant(true)},
-            {"COCLI", "Cliente, Cd_CF", IsCustomer()},
-            {"COMAC", "Cd_CGConto_Mastro", CustomerOnly(NotBlank(Text()))},
-            {"COSC1", "Sconto", CustomerOnly(Discount(1))},
-            {"COSC2", "Sconto", CustomerOnly(Discount(2))},
-            {"COSC3", "Sconto", CustomerOnly(Discount(3))},
-            {"COCGE", "Cd_CF", CustomerOnly(Text())},
-            {"COFOR", "Fornitore, Cd_CF", IsSupplier()},
-            {"COMAF", "Cd_CGConto_Mastro", SupplierOnly(NotBlank(Text()))},
-            {"COSF1", "Sconto", SupplierOnly(Discount(1))},
-            {"COSF2", "Sconto", SupplierOnly(Discount(2))},
-            {"COSF3", "Sconto", SupplierOnly(Discount(3))},
-            {"COFGE", "Cd_CF", SupplierOnly(Text())},
-            {"COPER", "TipoDitta", Choice({{"G", "0"}, {"", "0"}}, "1")},
-            {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
-            {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
-            {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
-            {"COCAP", "Cap", Text()},
-            {"COCIT", "Localita", Text()},
-            {"COPRO", "Cd_Provincia", Text()},
-            {"CONAZ", "Cd_Nazione", Country(Cf, "Cd_Nazione")},
-            {"COLNG", "Id_Lingua", Language()},
-            {"COZON", "Cd_CFZona", Translated(Cf, "Cd_CFZona")},
-            {"COSET", "Cd_CFSettore", Translated(Cf, "Cd_CFSettore")},
-            {"COVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
-            {"COFIS", "CodiceFiscale", NotBlank(Text())},
-            {"COIVA", "PartitaIva", NotBlank(Text())},
-            {"COCFE", "CodiceIPA", NotBlank(Text())},
-            {"COESE", "Cd_Aliquota", ExemptVat(Cf, "Cd_Aliquota")},
-            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
-            {"COSPP", "IvaSplit", Flag()},
-            {"COMOP", "Cd_PG", CustomerOnly(TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP"))},
-            {"COMAS", "Cd_CGConto_Merce", CustomerOnly(NotBlank(Text()))},
-            {"COLSC", "Cd_LS_1", CustomerOnly(Translated(Cf, "Cd_LS_1"))},
-            {"COCCC", "Cd_CFGruppo1", CustomerOnly(Translated(Cf, "Cd_CFGruppo1"))},
-            {"COGPV", "ScGiornoFisso1", CustomerOnly(FixedDay())},
-            {"COMOA", "Cd_PG", SupplierOnly(TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP"))},
-            {"COCAC", "Cd_CGConto_Merce", SupplierOnly(NotBlank(Text()))},
-            {"COLSF", "Cd_LS_1", SupplierOnly(Translated(Cf, "Cd_LS_1"))},
-            {"COCCF", "Cd_CFGruppo1", SupplierOnly(Translated(Cf, "Cd_CFGruppo1"))},
-            {"COGPA", "ScGiornoFisso1", SupplierOnly(FixedDay())},
-            {"COBAN", "Cd_CGConto_Banca", OurBank()},
-            {"COFID", "Fido", RoundedTo(2)},
-            {"COCLC", "Cd_CFClasse1", Translated(Cf, "Cd_CFClasse1")},
-            {"COAGE", "Cd_Agente_1", Translated(Cf, "Cd_Agente_1")},
-            {"COAG2", "Cd_Agente_2", Translated(Cf, "Cd_Agente_2")},
-            {"COPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
-            {"COMOS", "Cd_DOSped", Translated(Cf, "Cd_DOSped")},
-            {"COVEP", "Cd_DOVettore", Translated(Cf, "Cd_DOVettore")},
-            // A state is only set on counterparties that are held up.
-            {"COBLK", "Cd_CFStato", Choice({{"", "0"}}, "1")},
-            {"CONOT", "Note_CF", Text()},
-        },
-    });
-    return mapping;
 }
 
 /// Destinations and invoicing addresses differ in the column of their number alone.
@@ -182,32 +111,43 @@ Roles RolesOf(const SourceRow& row) {
     return {code.startsWith(u'C'), code.startsWith(u'F')};
 }
 
-/// The counterparty's bank: an Italian IBAN tells its parts itself; without one the other columns do.
-void SetBank(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    const auto set = [&target](const QString& column, const QString& text) {
-        if (!text.isEmpty()) {
-            target.Set(column, text);
-        }
-    };
-    const QString iban = row.Text("Iban").remove(u' ').toUpper();
-    const bool valid = ValidateIBAN(iban);
-    if (valid) {
-        target.Set("COIBA", iban);
-    } else if (!iban.isEmpty()) {
-        run.Log(QStringLiteral("IBAN NON VALIDO: %1: '%2'").arg(run.RowKey(), row.Text("Iban")));
-    }
-    set("COBIC", row.Text("BicCode"));
-    if (valid && iban.startsWith(QLatin1String("IT"))) {
-        set("COCIN", iban.mid(4, 1));
-        set("COABI", iban.mid(5, 5));
-        set("COCAB", iban.mid(10, 5));
-        set("COCOC", iban.mid(15));
-        return;
-    }
-    const QString bank = row.Text("Cd_Abicab");
-    set("COABI", bank.left(5));
-    set("COCAB", bank.mid(5));
-    set("COCOC", row.Text("ContoCorrente"));
+// The counterparty's bank: an Italian IBAN tells its parts itself; without one the other columns do.
+
+QString IbanOf(const SourceRow& row) { return row.Text("Iban").remove(u' ').toUpper(); }
+
+Rule ValidIban() {
+    return {"without blanks, in upper case; one that is none is logged and left out",
+            [](const RuleInput& input) -> RuleValue {
+                const QString iban = IbanOf(input.row);
+                if (!iban.isEmpty() && !ValidateIBAN(iban)) {
+                    modImport::LogNote(input.session, QStringLiteral("IBAN NON VALIDO: %1: '%2'")
+                                                          .arg(input.session.Errors.RowKey(), input.row.Text("Iban")));
+                    return std::nullopt;
+                }
+                return iban.isEmpty() ? RuleValue() : RuleValue(iban);
+            }};
+}
+
+/// A stretch of a text, to its end without a length.
+struct Stretch {
+    qsizetype from = 0;
+    qsizetype length = -1;
+};
+
+/// @param other of the second column, where there is no valid Italian IBAN
+Rule BankPart(const Stretch& ofIban, const Stretch& other = {}) {
+    return {QStringLiteral("from character %1 of an Italian IBAN%2; left out when blank")
+                .arg(ofIban.from + 1)
+                .arg(QStringLiteral(", else from %1 of the second column").arg(other.from + 1)),
+            [ofIban, other](const RuleInput& input) -> RuleValue {
+                const QString iban = IbanOf(input.row);
+                const bool isItalian = iban.startsWith(QLatin1String("IT")) && ValidateIBAN(iban);
+                const QString text = isItalian ? iban.mid(ofIban.from, ofIban.length)
+                                     : input.columns.size() > 1
+                                         ? input.row.Text(input.columns.at(1)).mid(other.from, other.length)
+                                         : QString();
+                return text.isEmpty() ? RuleValue() : RuleValue(text);
+            }};
 }
 
 /// Writes the branches and returns the destinations by their code in the source. The two kinds are numbered apart
@@ -237,8 +177,9 @@ QHash<QString, Owner> WriteBranches(ImportRun& run, CounterpartyWriter& writer, 
     return destinations;
 }
 
-QString ContactsOf(const ImportRun& run, const SourceRow& row) {
-    return "SELECT * FROM CFContatto\rWHERE Cd_CF = " + run.Quoted(row.Text("Cd_CF")) + "\rORDER BY Sequenza";
+QString ContactsOf(Session& session, const SourceRow& row) {
+    return "SELECT * FROM CFContatto\rWHERE Cd_CF = " + LiteralOf(session.SourceConnection(), row.Value("Cd_CF")) +
+           "\rORDER BY Sequenza";
 }
 
 bool IsNamed(const SourceRow& contact) { return !contact.IsBlank("Nome") || !contact.IsBlank("Cognome"); }
@@ -250,14 +191,18 @@ bool IsOwnPec(const SourceRow& contact) {
 }
 
 /// The certified address of the counterparty: of the first contact that is the counterparty itself.
-void SetCertifiedMail(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    bool found = false;
-    ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
-        if (!found && IsOwnPec(contact)) {
-            target.Set("COPEC", contact.Text("EMailPec").toLower());
-            found = true;
-        }
-    });
+Rule CertifiedMail() {
+    return {"EMailPec of the first CFContatto without name and destination, in lower case",
+            [](const RuleInput& input) -> RuleValue {
+                RuleValue found;
+                ForEachChild(input.session, ContactsOf(input.session, input.row), Contatti, "Sequenza",
+                             [&found](const SourceRow& contact) {
+                                 if (!found && IsOwnPec(contact)) {
+                                     found = contact.Text("EMailPec").toLower();
+                                 }
+                             });
+                return found;
+            }};
 }
 
 /// A contact with a name is a person of its own. Which destination the person sits at has no column: it is noted.
@@ -290,7 +235,7 @@ void WriteContact(ImportRun& run, CounterpartyWriter& writer, const SourceRow& c
     writer.WebSite(owner, contact.Text("Url"));
 }
 
-/// Whether the counterparty's own certified address is that one, as `SetCertifiedMail` gives it to a new one.
+/// Whether the counterparty's own certified address is that one, as `CertifiedMail` gives it to a new one.
 bool HasCertifiedMail(ImportRun& run, const Owner& counterparty, const QString& address) {
     const QString there = LookUp(run.GetSession(), "CON_TRO", "CDCON", counterparty.key, "COPEC");
     return there.compare(address, Qt::CaseInsensitive) == 0;
@@ -299,71 +244,97 @@ bool HasCertifiedMail(ImportRun& run, const Owner& counterparty, const QString& 
 void WriteContacts(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& counterparty,
                    const QHash<QString, Owner>& destinations) {
     bool ownPec = false;
-    ForEachChild(run.GetSession(), ContactsOf(run, row), Contatti, "Sequenza", [&](const SourceRow& contact) {
-        if (mod_ovTools::ToBoolean(contact.Value("Obsoleto"))) {
-            return;
-        }
-        WriteContact(run, writer, contact, counterparty, destinations);
-        // One certified address has its column; another has none, and stands among the counterparty's addresses.
-        if (IsOwnPec(contact) && !ownPec && HasCertifiedMail(run, counterparty, contact.Text("EMailPec"))) {
-            ownPec = true;
-        } else {
-            writer.Mail(counterparty, "@ PEC", contact.Text("EMailPec"));
-        }
-    });
+    ForEachChild(
+        run.GetSession(), ContactsOf(run.GetSession(), row), Contatti, "Sequenza", [&](const SourceRow& contact) {
+            if (mod_ovTools::ToBoolean(contact.Value("Obsoleto"))) {
+                return;
+            }
+            WriteContact(run, writer, contact, counterparty, destinations);
+            // One certified address has its column; another has none, and stands among the counterparty's addresses.
+            if (IsOwnPec(contact) && !ownPec && HasCertifiedMail(run, counterparty, contact.Text("EMailPec"))) {
+                ownPec = true;
+            } else {
+                writer.Mail(counterparty, "@ PEC", contact.Text("EMailPec"));
+            }
+        });
 }
 
-RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
-    const Roles roles = RolesOf(row);
-    const QString code = row.Text("Cd_CF");
-    const Placement place = parties.Place({Cf, "Cd_CF", code, roles, row.Text("Descrizione"), row.Text("PartitaIva"),
-                                           row.Text("CodiceFiscale"), roles.customer ? code.mid(1) : QString()});
-    CounterpartyWriter writer(run, row.IsBlank("TimeIns") ? QVariant() : row.Value("TimeIns"));
-    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles, [&](TargetRow& target) {
-        if (!place.known) {
-            SetBank(run, row, target);
-            SetCertifiedMail(run, row, target);
-        }
-    });
-    const Owner owner = OwnerOf(place);
-    WriteContacts(run, writer, row, owner, WriteBranches(run, writer, row, owner));
-    return outcome;
+Needs FurtherNeeds() {
+    return {{&SediConsegna(), &SediFattura(), &Riferimenti()},
+            {{"Banca", {"Cd_CGConto", "Iban"}},
+             {SediTable, {"EMail"}},
+             {Contatti,
+              {"Cd_CF", "Id_CFContattoTipo", "Sequenza", "Obsoleto", "Telefono", "Telefono2", "Cellulare", "Fax",
+               "Fax2", "EMail", "EMailPec", "Url", "Cd_CFDest"}},
+             {TipiContatto, {"Id_CFContattoTipo", "Descrizione"}}},
+            {{"CON_RIF", {"RFNOT", "RFTIT"}}}};
 }
 
-const Needs& ContropartiNeeds() {
-    static const Needs needs = [] {
-        Needs all{Controparti().All(),
-                  {{Cf, {"Iban", "BicCode", "Cd_Abicab", "ContoCorrente"}},
-                   {"Banca", {"Cd_CGConto", "Iban"}},
-                   {SediTable, {"EMail"}},
-                   {Contatti,
-                    {"Cd_CF", "Id_CFContattoTipo", "Sequenza", "Obsoleto", "Telefono", "Telefono2", "Cellulare", "Fax",
-                     "Fax2", "EMail", "EMailPec", "Url", "Cd_CFDest"}},
-                   {TipiContatto, {"Id_CFContattoTipo", "Descrizione"}}},
-                  CounterpartyNeeds()};
-        for (const Mapping* mapping : {&SediConsegna(), &SediFattura(), &Riferimenti()}) {
-            all.mappings.push_back(mapping);
-        }
-        all.writes.push_back({"CON_TRO", {"COIBA", "COBIC", "COCIN", "COABI", "COCAB", "COCOC", "COPEC"}});
-        all.writes.push_back({"CON_RIF", {"RFNOT", "RFTIT"}});
-        return all;
-    }();
-    return needs;
-}
+// --- Declarations -------------------------------------------------------------------------------------------------
 
-void ImportContropartiArcaEvolution(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportContropartiArcaEvolution", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione controparti");
-        run.Preflight(ContropartiNeeds());
-        const CounterpartyRegister parties(run);
-        Empty(run, reset, CounterpartyEmptying());
-        const QString where = run.OnlyCode("\rWHERE", "Cd_CF", singleCode);
-        run.Rows({"Controparti", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
-                  "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
-                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
-        run.Complete("Controparti importate correttamente!");
-    });
+/// One that is there already keeps its bank and its certified address.
+Counterparties Controparti() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportContropartiArcaEvolution"},
+        .source = {.table = Cf, .key = "Cd_CF", .order = "Cd_CF"},
+        .roles = {{"Cliente", "Fornitore", "Cd_CF"}, RolesOf},
+        .name = "Descrizione",
+        .vatNumber = "PartitaIva",
+        .taxCode = "CodiceFiscale",
+        .number = {"Cd_CF", From(2)},
+        .lines = {{"CORAS", "Descrizione", First(35)},
+                  {"CORA2", "Descrizione", From(36)},
+                  {"DTINS", "TimeIns", MomentOrNow()},
+                  {"COANN", "Obsoleto", Flag()},
+                  ByRole("COMAC", "COMAF", "Cd_CGConto_Mastro", NotBlank(Text())),
+                  DiscountsByRole("Sconto"),
+                  {"COPER", "TipoDitta", Choice({{"G", "0"}, {"", "0"}}, "1")},
+                  {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
+                  {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
+                  {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
+                  {"COCAP", "Cap", Text()},
+                  {"COCIT", "Localita", Text()},
+                  {"COPRO", "Cd_Provincia", Text()},
+                  {"CONAZ", "Cd_Nazione", Country(Cf, "Cd_Nazione")},
+                  {"COLNG", "Id_Lingua", Language()},
+                  {"COZON", "Cd_CFZona", Translated(Cf, "Cd_CFZona")},
+                  {"COSET", "Cd_CFSettore", Translated(Cf, "Cd_CFSettore")},
+                  {"COVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
+                  {"COFIS", "CodiceFiscale", NotBlank(Text())},
+                  {"COIVA", "PartitaIva", NotBlank(Text())},
+                  {"COCFE", "CodiceIPA", NotBlank(Text())},
+                  {"COESE", "Cd_Aliquota", ExemptVat(Cf, "Cd_Aliquota")},
+                  {"COSPP", "IvaSplit", Flag()},
+                  ByRole("COMOP", "COMOA", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")),
+                  ByRole("COMAS", "COCAC", "Cd_CGConto_Merce", NotBlank(Text())),
+                  ByRole("COLSC", "COLSF", "Cd_LS_1", Translated(Cf, "Cd_LS_1")),
+                  ByRole("COCCC", "COCCF", "Cd_CFGruppo1", Translated(Cf, "Cd_CFGruppo1")),
+                  ByRole("COGPV", "COGPA", "ScGiornoFisso1", FixedDay()),
+                  {"COBAN", "Cd_CGConto_Banca", OurBank()},
+                  {"COFID", "Fido", RoundedTo(2)},
+                  {"COCLC", "Cd_CFClasse1", Translated(Cf, "Cd_CFClasse1")},
+                  {"COAGE", "Cd_Agente_1", Translated(Cf, "Cd_Agente_1")},
+                  {"COAG2", "Cd_Agente_2", Translated(Cf, "Cd_Agente_2")},
+                  {"COPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
+                  {"COMOS", "Cd_DOSped", Translated(Cf, "Cd_DOSped")},
+                  {"COVEP", "Cd_DOVettore", Translated(Cf, "Cd_DOVettore")},
+                  // A state is only set on counterparties that are held up.
+                  {"COBLK", "Cd_CFStato", Choice({{"", "0"}}, "1")},
+                  {"CONOT", "Note_CF", Text()},
+                  {"COIBA", "Iban", ValidIban()},
+                  {"COBIC", "BicCode", NotBlank(Text())},
+                  {"COCIN", "Iban", BankPart({4, 1})},
+                  {"COABI", "Iban, Cd_Abicab", BankPart({5, 5}, {0, 5})},
+                  {"COCAB", "Iban, Cd_Abicab", BankPart({10, 5}, {5})},
+                  {"COCOC", "Iban, ContoCorrente", BankPart({15}, {0})},
+                  {"COPEC", "Cd_CF", CertifiedMail()}},
+        .created = "TimeIns",
+        .after =
+            [](ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
+                WriteContacts(run, writer, row, owner, WriteBranches(run, writer, row, owner));
+            },
+        .further = FurtherNeeds(),
+    };
 }
 
 } // namespace
@@ -380,14 +351,11 @@ const Origin& Entry() {
                              {Button::Disegni, "Sistema Dati Fornitori"}}),
         Shown::Keep,
         {
-            {Button::Cli, "ImportContropartiArcaEvolution", ImportContropartiArcaEvolution, ContropartiNeeds(),
-             CounterpartyEmptying()},
-            {Button::Art, "ImportArticoliArcaEvolution", ImportArticoliArcaEvolution, ArticoliNeeds(),
-             ArticleEmptying() + AttachmentEmptying("ART_ICO")},
+            ProcedureOf(Button::Cli, Controparti()),
+            ArticoliProcedure(),
             {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds(),
              AtMost(DocumentEmptying())},
-            {Button::Acq, "ImportTabelleBaseArcaEvolution", ImportTabelleBaseArcaEvolution, PagamentiNeeds(),
-             PaymentTermEmptying()},
+            ProcedureOf(Button::Acq, Pagamenti()),
             {.button = Button::Disegni,
              .name = "SistemaSediLegaliFornitori",
              .run = SistemaSediLegaliFornitori,

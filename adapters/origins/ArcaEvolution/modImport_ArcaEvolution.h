@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/kinds/BaseTables.h"
 
 /// What the files of the module share.
 namespace modImport_ArcaEvolution {
@@ -35,11 +35,12 @@ QString LanguageOf(Session& session, const QString& number);
 const contract::Needs& FornitoriNeeds();
 void SistemaSediLegaliFornitori(Session& session, const QString& singleCode, bool reset);
 
-const contract::Needs& PagamentiNeeds();
-void ImportTabelleBaseArcaEvolution(Session& session, const QString& singleCode, bool reset);
+contract::PaymentTerms Pagamenti();
 
-const contract::Needs& ArticoliNeeds();
-void ImportArticoliArcaEvolution(Session& session, const QString& singleCode, bool reset);
+/// CDART of an article's code.
+inline contract::Rule Article() { return contract::rules::ArticleCode(Ar, "Cd_AR"); }
+/// The articles, then the locations of the warehouses.
+contract::Procedure ArticoliProcedure();
 
 const contract::Needs& DocumentiNeeds();
 void ImportDocumentiArcaEvolution(Session& session, const QString& singleCode, bool reset);

@@ -4,8 +4,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
-#include "adapters/contract/write/BaseTable.h"
-#include "adapters/contract/write/PaymentTerm.h"
+#include "adapters/contract/write/Bank.h"
 #include "core/modImport.h"
 
 #include <QRegularExpression>
@@ -54,14 +53,10 @@ Rule OurBank() {
                 }
                 Session& session = input.session;
                 QString bank = LookUp(session, "BAN_CHE", "BAEXT", account, "CDBAN");
-                const Recordset own = session.SourceConnection().ExecuteWC(
-                    "SELECT Iban FROM Banca\rWHERE Cd_CGConto = " + LiteralOf(session.SourceConnection(), account));
-                const QString iban = own.Eof() ? QString() : SourceRow(own).Text("Iban").remove(u' ');
-                if (bank.isEmpty() && !iban.isEmpty()) {
-                    const Recordset found =
-                        session.Quadrix.ExecuteWC("SELECT CDBAN FROM " + session.Quadrix.GetFullTableName("BAN_CHE") +
-                                                  "\rWHERE " + Equals(session, "REPLACE(BAIBA, ' ', '')", iban));
-                    bank = found.Eof() ? QString() : SourceRow(found).Text("CDBAN");
+                if (bank.isEmpty()) {
+                    const Recordset own = session.SourceConnection().ExecuteWC(
+                        "SELECT Iban FROM Banca\rWHERE Cd_CGConto = " + LiteralOf(session.SourceConnection(), account));
+                    bank = own.Eof() ? QString() : BankOfIban(session, SourceRow(own).Text("Iban"));
                 }
                 if (bank.isEmpty()) {
                     modImport::LogNote(
@@ -146,108 +141,43 @@ void SistemaSediLegaliFornitori(Session& session, const QString& singleCode, boo
 
 namespace {
 
-const Mapping& Pagamenti() {
-    static const Mapping mapping{
-        "TAB_MOP",
-        Pg,
-        {
-            {"CDMOP", "Cd_PG", Code()},
-            {"MPDES", "Descrizione", First(100)},
-            {"MPRAT", "NumeroRate", RoundedTo(0)},
-            {"MPSCM", "Sconto", LeadingNumber()},
-            {"MPEXT", "Cd_PG", Text()},
-        },
-    };
-    return mapping;
-}
-
 /// From when the days of the instalments count: "DF" date of the invoice, "FM" end of its month.
-QString StartOf(const SourceRow& row) {
-    static const QHash<QString, QString> starts{{"", "DF"},  {"D", "DF"}, {"DF", "DF"}, {"0", "DF"},
-                                                {"F", "FM"}, {"M", "FM"}, {"FM", "FM"}, {"1", "FM"}};
-    const QString start = starts.value(row.Text("Partenza").toUpper());
-    if (start.isEmpty()) {
-        throw ImportError(QStringLiteral("colonna 'Partenza': '%1' non è né data fattura (D) né fine mese (F)")
-                              .arg(row.Text("Partenza")));
-    }
-    return start;
-}
-
-std::vector<Instalment> ReadInstalments(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
-    std::vector<Instalment> instalments;
-    ForEachChild(session, "SELECT * FROM PGRata\rWHERE Cd_PG = " + run.Quoted(row.Text("Cd_PG")) + "\rORDER BY Riga",
-                 Rate, "Cd_PG, Riga", [&](const SourceRow& rate) {
-                     instalments.push_back(
-                         {modImport::GetNewCode(session, Rate, "TipoPagamento", rate.Text("TipoPagamento"), true),
-                          NumberOf(rate, "Giorni"), StartOf(row), NumberOf(rate, "Percentuale")});
-                 });
-    return instalments;
-}
-
-/// Without instalments of its own a term has one every thirty days, all equal.
-std::vector<Instalment> MakeInstalments(const SourceRow& row) {
-    constexpr double month = 30;
-    double days = NumberOf(row, "PrimaRata");
-    std::vector<Instalment> instalments;
-    for (const double share : EqualShares(static_cast<int>(NumberOf(row, "NumeroRate")))) {
-        instalments.push_back({{}, days, StartOf(row), share});
-        days += month;
-    }
-    return instalments;
-}
-
-/// Shares that the source leaves open are equal ones.
-void ShareOut(std::vector<Instalment>& instalments) {
-    const bool open = std::all_of(instalments.begin(), instalments.end(),
-                                  [](const Instalment& instalment) { return instalment.percent == 0; });
-    const std::vector<double> shares = EqualShares(static_cast<int>(instalments.size()));
-    for (size_t i = 0; open && i < shares.size(); ++i) {
-        instalments[i].percent = shares[i];
-    }
-}
-
-RowOutcome ImportPagamento(ImportRun& run, const SourceRow& row, bool hasRates) {
-    const QString code = row.Text("Cd_PG");
-    const RowOutcome outcome = WriteByCode(run, Pagamenti(), row, {code});
-    std::vector<Instalment> instalments = hasRates ? ReadInstalments(run, row) : std::vector<Instalment>();
-    if (instalments.empty()) {
-        instalments = MakeInstalments(row);
-    }
-    ShareOut(instalments);
-    WriteInstalments(run, code, instalments);
-    return outcome;
-}
-
-/// Of the instalments, where the release has them.
-const Needs& RateNeeds() {
-    static const Needs needs{{}, {{Rate, {"Cd_PG", "Riga", "Giorni", "Percentuale", "TipoPagamento"}}}, {}};
-    return needs;
+Rule Start() {
+    return {"\"FM\" for F, M, FM and 1, \"DF\" for D, DF, 0 and blank", [](const RuleInput& input) -> RuleValue {
+                static const QHash<QString, QString> starts{{"", "DF"},  {"D", "DF"}, {"DF", "DF"}, {"0", "DF"},
+                                                            {"F", "FM"}, {"M", "FM"}, {"FM", "FM"}, {"1", "FM"}};
+                const QString start = starts.value(input.Text().toUpper());
+                if (start.isEmpty()) {
+                    throw ImportError(
+                        QStringLiteral("'%1' non è né data fattura (D) né fine mese (F)").arg(input.Text()));
+                }
+                return start;
+            }};
 }
 
 } // namespace
 
-const Needs& PagamentiNeeds() {
-    static const Needs needs{{&Pagamenti()}, {{Pg, {"Partenza", "PrimaRata"}}}, InstalmentNeeds()};
-    return needs;
-}
-
-void ImportTabelleBaseArcaEvolution(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportTabelleBaseArcaEvolution", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione modalità di pagamento");
-        run.Preflight(PagamentiNeeds());
-        const bool hasRates = !session.SourceConnection().GetColumns(Rate).isEmpty();
-        if (hasRates) {
-            run.Preflight(RateNeeds());
-        }
-        Empty(run, reset, PaymentTermEmptying());
-        const QString where = run.OnlyCode("\rWHERE", "Cd_PG", singleCode);
-        run.Rows({"Modalità di pagamento", Pg, "Cd_PG", "SELECT COUNT(*) FROM PG" + where,
-                  "SELECT * FROM PG" + where + "\rORDER BY Cd_PG"},
-                 [&](const SourceRow& row) { return ImportPagamento(run, row, hasRates); });
-        run.Complete("Modalità di pagamento importate correttamente!");
-    });
+/// Without instalments of its own a term has one every thirty days, all equal.
+PaymentTerms Pagamenti() {
+    constexpr double month = 30;
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportTabelleBaseArcaEvolution",
+                  .announcement = "Inizio importazione modalità di pagamento",
+                  .step = "Modalità di pagamento",
+                  .completion = "Modalità di pagamento importate correttamente!"},
+        .source = {.table = Pg, .key = "Cd_PG", .order = "Cd_PG"},
+        .code = "Cd_PG",
+        .lines = {{"MPDES", "Descrizione", First(100)},
+                  {"MPRAT", "NumeroRate", RoundedTo(0)},
+                  {"MPSCM", "Sconto", LeadingNumber()}},
+        .start = {"Partenza", Start()},
+        .instalments = {{.rows = {.table = Rate, .on = {{"Cd_PG"}}, .order = "Riga", .naming = "Cd_PG, Riga"},
+                         .type = {"TipoPagamento", Translated(Rate, "TipoPagamento")},
+                         .days = "Giorni",
+                         .percent = "Percentuale"}},
+        .series = InstalmentSeries{.count = "NumeroRate", .firstDays = "PrimaRata", .everyDays = Fixed(month)},
+    };
 }
 
 } // namespace modImport_ArcaEvolution

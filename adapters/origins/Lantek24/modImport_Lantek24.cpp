@@ -9,13 +9,11 @@
 
 #include "adapters/origins/Lantek24/modImport_Lantek24.h"
 
+#include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/run/Origin.h"
 #include "adapters/contract/write/Bill.h"
-#include "adapters/contract/write/Counterparty.h"
 #include "adapters/contract/write/Stock.h"
 #include "adapters/sourceSettings.h"
-#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -34,66 +32,24 @@ const QString Companies = QStringLiteral("CCOO_CCOO_00000100");
 const QString Contacts = QStringLiteral("CCOO_CCOO_00000200");
 const QString Customers = QStringLiteral("SSAA_CCUU_00000100");
 const QString Suppliers = QStringLiteral("SSHH_SSPP_00000100");
-const NumberColumns Numeri{"Phone", {}, "Fax", {}, "EMail", "Web"};
 /// How SYS_IMP names the codes of companies.
 const QString Codes = QStringLiteral("CCOO_CCOO");
 
-// --- Mappings -----------------------------------------------------------------------------------------------------
+// --- Hooks --------------------------------------------------------------------------------------------------------
 
-const CounterpartyMapping& Controparti() {
-    static const CounterpartyMapping mapping({
-        "CON_TRO",
-        Companies,
-        {
-            {"CDCON", "ComRef", Code()},
-            {"CORAS", "ComName", First(35)},
-            {"CORA2", "ComName", From(36)},
-            {"COINV", "", Today()},
-            {"COANN", "", Constant(false)},
-            {"COCON", "", Constant(true)},
-            {"COCLI", "IsCust", IsCustomer()},
-            {"COCGE", "ComRef", CustomerOnly(Text())},
-            {"COFOR", "IsSupp", IsSupplier()},
-            {"COFGE", "ComRef", SupplierOnly(Text())},
-            {"COIND", "Address1", Text()},
-            {"COIN2", "Address2", NotBlank(Text())},
-            {"COCAP", "ZipCode", Text()},
-            {"COCIT", "City", Text()},
-            {"COPRO", "State", Text()},
-            {"CONAZ", "Country", Country(Codes, "Country")},
-            {"COLNG", "LanName", TranslatedOr(Codes, "LanName", schema::defaults::Language)},
-            {"COZON", "Zone", Translated(Codes, "Zone")},
-            {"COIVA", "VATNum", NotBlank(Text())},
-            {"COTPF", "", Constant(schema::defaults::TaxTreatment)},
-            {"COVAL", "CurName", Currency(Codes, "CurName")},
-            {"COBLK", "", Constant(false)},
-            {"CONOT", "Descrip", Text()},
-        },
-    });
-    return mapping;
+/// Whoever is neither comes without a role.
+Roles RolesOf(const SourceRow& row) {
+    return {mod_ovTools::ToBoolean(row.Value("IsCust")), mod_ovTools::ToBoolean(row.Value("IsSupp"))};
 }
-
-const Mapping& Riferimenti() {
-    static const Mapping mapping{
-        "CON_RIF",
-        Contacts,
-        {
-            {"CDCON", "ComRef", Code()},
-            {"RFNOM", "EName, ESurname1", Text()},
-            {"RFTIT", "Title", Text()},
-        },
-    };
-    return mapping;
-}
-
-// --- Counterparties -----------------------------------------------------------------------------------------------
 
 /// Payment term and bank of a role stand in a table of its own. The bank of a counterparty that is there stays.
 /// @param termColumn COMOP or COMOA
-void SetConditions(ImportRun& run, const QString& table, const QString& keyColumn, const QString& company,
-                   const QString& termColumn, bool known, TargetRow& target) {
+void SetConditionsOf(ImportRun& run, const QString& table, const QString& keyColumn, const SourceRow& company,
+                     const QString& termColumn, TargetRow& target) {
     Session& session = run.GetSession();
-    ForEachChild(session, "SELECT * FROM " + table + "\rWHERE " + keyColumn + " = " + run.Quoted(company), table,
+    const bool isNew = !target.Value("CDCON").isNull(); // one that is there keeps its code
+    ForEachChild(session,
+                 "SELECT * FROM " + table + "\rWHERE " + keyColumn + " = " + run.Quoted(company.Text("ComRef")), table,
                  keyColumn, [&](const SourceRow& row) {
                      const auto set = [&target](const QString& column, const QString& text) {
                          if (!text.isEmpty()) {
@@ -101,7 +57,7 @@ void SetConditions(ImportRun& run, const QString& table, const QString& keyColum
                          }
                      };
                      set(termColumn, TranslatedCode(session, Codes, "PymName", row.Text("PymName"), "TAB_MOP"));
-                     if (!known) {
+                     if (isNew) {
                          set("COCOC", row.Text("BnkAcc"));
                          set("COBIC", row.Text("SwCode"));
                          set("COIBA", row.Text("Iban").remove(u' '));
@@ -109,68 +65,49 @@ void SetConditions(ImportRun& run, const QString& table, const QString& keyColum
                  });
 }
 
-void WriteContacts(ImportRun& run, CounterpartyWriter& writer, const QString& company, const Owner& counterparty) {
-    ForEachChild(run.GetSession(), "SELECT * FROM " + Contacts + "\rWHERE ComRef = " + run.Quoted(company), Contacts,
-                 "ESurname1, EName", [&](const SourceRow& row) {
-                     TargetRow target = writer.NewRow("CON_RIF");
-                     Riferimenti().Apply(target, run.GetSession(), row, {counterparty.key});
-                     const Owner owner = writer.Contact(counterparty, target);
-                     writer.Telephone(owner, "Ufficio", row.Text("WPhone"));
-                     writer.Mail(owner, "@ Principale", row.Text("WEMail"));
-                 });
-}
-
-RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row) {
-    const Roles roles{mod_ovTools::ToBoolean(row.Value("IsCust")), mod_ovTools::ToBoolean(row.Value("IsSupp"))};
-    if (!roles.customer && !roles.supplier) {
-        run.Log(QStringLiteral("NÉ CLIENTE NÉ FORNITORE: %1").arg(run.RowKey()));
-        return run.Skip("né cliente né fornitore");
+void SetConditions(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    const Roles roles = RolesOf(row);
+    if (roles.supplier) {
+        SetConditionsOf(run, Suppliers, "SuppRef", row, "COMOA", target);
     }
-    const QString company = row.Text("ComRef");
-    const Placement place =
-        parties.Place({Codes, "ComRef", company, roles, row.Text("ComName"), row.Text("VATNum"), QString()});
-    CounterpartyWriter writer(run, {});
-    const RowOutcome outcome = writer.Write(Controparti(), row, place, roles, [&](TargetRow& target) {
-        if (roles.supplier) {
-            SetConditions(run, Suppliers, "SuppRef", company, "COMOA", place.known, target);
-        }
-        if (roles.customer) { // behind the supplier's: of two banks the one that we are paid from counts
-            SetConditions(run, Customers, "CusRef", company, "COMOP", place.known, target);
-        }
-    });
-    writer.Numbers(OwnerOf(place), row, Numeri);
-    WriteContacts(run, writer, company, OwnerOf(place));
-    return outcome;
+    if (roles.customer) { // behind the supplier's: of two banks the one that we are paid from counts
+        SetConditionsOf(run, Customers, "CusRef", row, "COMOP", target);
+    }
 }
 
-const Needs& ContropartiNeeds() {
-    static const Needs needs = [] {
-        Needs all{Controparti().All(),
-                  {{Companies, {}, Numeri.Names()},
-                   {Customers, {"CusRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
-                   {Suppliers, {"SuppRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
-                   {Contacts, {"WPhone", "WEMail"}}},
-                  CounterpartyNeeds()};
-        all.mappings.push_back(&Riferimenti());
-        all.writes.push_back({"CON_TRO", {"COMOP", "COMOA", "COCOC", "COBIC", "COIBA"}});
-        return all;
-    }();
-    return needs;
-}
+// --- Counterparties -----------------------------------------------------------------------------------------------
 
-void ImportContropartiLantek24(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportContropartiLantek24", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione controparti");
-        run.Preflight(ContropartiNeeds());
-        const CounterpartyRegister parties(run);
-        Empty(run, reset, CounterpartyEmptying());
-        const QString from = Companies + run.OnlyCode("\rWHERE", "ComRef", singleCode);
-        run.Rows({"Controparti", Companies, "ComRef", "SELECT COUNT(*) FROM " + from,
-                  "SELECT * FROM " + from + "\rORDER BY ComRef"},
-                 [&](const SourceRow& row) { return ImportControparte(run, parties, row); });
-        run.Complete("Controparti importate correttamente!");
-    });
+Counterparties Controparti() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportContropartiLantek24"},
+        .source = {.table = Companies, .key = "ComRef", .order = "ComRef"},
+        .roles = {{"IsCust", "IsSupp"}, RolesOf},
+        .name = "ComName",
+        .vatNumber = "VATNum",
+        .codeTable = Codes,
+        .lines = {{"CORAS", "ComName", First(35)},
+                  {"CORA2", "ComName", From(36)},
+                  {"COIND", "Address1", Text()},
+                  {"COIN2", "Address2", NotBlank(Text())},
+                  {"COCAP", "ZipCode", Text()},
+                  {"COCIT", "City", Text()},
+                  {"COPRO", "State", Text()},
+                  {"CONAZ", "Country", Country(Codes, "Country")},
+                  {"COLNG", "LanName", TranslatedOr(Codes, "LanName", schema::defaults::Language)},
+                  {"COZON", "Zone", Translated(Codes, "Zone")},
+                  {"COIVA", "VATNum", NotBlank(Text())},
+                  {"COVAL", "CurName", Currency(Codes, "CurName")},
+                  {"CONOT", "Descrip", Text()}},
+        .numbers = {.office = "Phone", .fax = "Fax", .mail = "EMail", .web = "Web"},
+        .contacts = {{.rows = {.table = Contacts, .on = {{"ComRef"}}, .order = "ESurname1, EName"},
+                      .lines = {{"RFNOM", "EName, ESurname1", Text()}, {"RFTIT", "Title", Text()}},
+                      .numbers = {.office = "WPhone", .mail = "WEMail"}}},
+        .more = SetConditions,
+        .further = {{},
+                    {{Customers, {"CusRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
+                     {Suppliers, {"SuppRef", "PymName", "BnkAcc", "SwCode", "Iban"}}},
+                    {{"CON_TRO", {"COMOP", "COMOA", "COCOC", "COBIC", "COIBA"}}}},
+    };
 }
 
 } // namespace
@@ -193,9 +130,8 @@ const Origin& Entry() {
         Buttons("YYNYNYNY", {{Button::Disegni, "Importa Ritagli"}}),
         Shown::Keep,
         {
-            {Button::Cli, "ImportContropartiLantek24", ImportContropartiLantek24, ContropartiNeeds(),
-             CounterpartyEmptying()},
-            {Button::Art, "ImportArticoliLantek24", ImportArticoliLantek24, ArticoliNeeds(), ArticoliEmptying()},
+            ProcedureOf(Button::Cli, Controparti()),
+            ProcedureOf(Button::Art, Articoli()),
             {Button::Doc, "ImportDocumentiLantek24", ImportDocumentiLantek24, DocumentiNeeds(), DocumentiEmptying()},
             {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, CamBillNeeds(), BillEmptying()},
             {Button::Saldi, "ImportInventarioLantek24", ImportInventarioLantek24, InventarioNeeds(), StockEmptying()},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/run/Emptying.h"
+#include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/write/Cam.h"
 #include "adapters/contract/write/CamBill.h"
 
@@ -22,9 +22,7 @@ QString UnitOf(Session& session, const QString& name);
 /// The day of a column, with its time; Null for a blank one and for 1 January 1900, which stands for none.
 QVariant DayOf(const contract::SourceRow& row, const QString& column);
 
-const contract::Needs& ArticoliNeeds();
-contract::Emptying ArticoliEmptying();
-void ImportArticoliLantek24(Session& session, const QString& singleCode, bool reset);
+contract::Articles Articoli();
 
 void ImportDistintaLantek24(Session& session, const QString& singleCode, bool reset);
 

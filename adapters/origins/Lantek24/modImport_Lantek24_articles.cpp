@@ -54,7 +54,7 @@ Rule ArticleClass() {
             }};
 }
 
-Rule Unit() {
+Rule UnitOfName() {
     return {"translated through SYS_IMP (PPRR_PPRR, UntName); \"NR\" for blank and \"unt\"; else in upper case",
             [](const RuleInput& input) { return RuleValue(UnitOf(input.session, input.Text())); }};
 }
@@ -81,40 +81,6 @@ Rule DayOrNone() {
             }};
 }
 
-const Mapping& Articoli() {
-    static const Mapping mapping{
-        "ART_ICO",
-        Products,
-        {
-            {"CDEXT", "PrdRef", Text()},
-            {"ARINV", "CDate", DayOrNone()},
-            {"ARDES", "PrdName", First(100)},
-            {"ARCDR", "PrdName", CodeAndText(100)},
-            {"ARNOT", "Descrip", Text()},
-            {"ARCLA", "DIS_PClass, Assembly", ArticleClass()},
-            {"ARFAM", "PGroup, CGroup", FamilyOfArticle()},
-            {"ARMAT", "DIS_MatRef", LookedUp("TAB_MAT", "MAEXT", "CDMAT")},
-            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
-            {"ARLAM", "DIS_PClass", Is(SheetClass)},
-            {"ARANN", "", Constant(false)},
-            {"ARUMS", "UntName", Unit()},
-            {"ARIVA", "", Constant(schema::defaults::VatCode)},
-            {"ARMAG", "", Constant(true)},
-            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
-            {"ARGGA", "LeadTime", RoundedTo(0)},
-            {"ARDMX", "DIS_Length", RoundedTo(6)},
-            {"ARDMY", "DIS_Width", RoundedTo(6)},
-            {"ARDMZ", "DIS_Thickness", RoundedTo(6)},
-            {"ARPSN", "Weight", RoundedTo(6)},
-            {"ARPSL", "DIS_ExtWeight", RoundedTo(6)},
-            {"ARCOS", "CurCost, StdCost", FirstNotZero()},
-            {"ARPRZ", "DIS_Price", RoundedTo(6)},
-            {"ARRIC", "DIS_Price, CurCost, StdCost", MarkUp()},
-        },
-    };
-    return mapping;
-}
-
 // --- Articles -----------------------------------------------------------------------------------------------------
 
 double DensityOf(ImportRun& run, const QString& material) {
@@ -132,21 +98,17 @@ void WriteFormat(ImportRun& run, const SourceRow& row, const QString& article) {
                            FirstOf(row.Text("PrdName"), 100), QString(), row.Text("PrdRef")});
 }
 
-RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row, const QString& folder) {
-    const ArticleWriter writer(run);
-    const Facts facts{ArticleOf(run, row.Text("PrdRef"))};
-    const RowOutcome outcome = writer.Write(Articoli(), row, facts);
-    writer.Texts(facts.code, row.Text("PrdName"));
+void WriteFurther(ImportRun& run, const SourceRow& row, const QString& article) {
     if (row.Text("DIS_PClass") == SheetClass) {
-        WriteFormat(run, row, facts.code);
+        WriteFormat(run, row, article);
     }
+    const QString folder = CamProductsFolder(run.GetSession());
     if (!folder.isEmpty() && !row.IsBlank("Image")) {
-        StoreImage(run, {"ART_ICO", facts.code, PathIn(folder, row.Text("Image")), folder});
+        StoreImage(run, {"ART_ICO", article, PathIn(folder, row.Text("Image")), folder});
     }
     for (const QString& column : UserColumns()) {
-        WriteFreeAttribute(run, {"ART_ICO", facts.code, column, row.Text(column)});
+        WriteFreeAttribute(run, {"ART_ICO", article, column, row.Text(column)});
     }
-    return outcome;
 }
 
 } // namespace
@@ -160,38 +122,38 @@ QString UnitOf(Session& session, const QString& name) {
     return piece ? schema::defaults::Unit : name.toUpper();
 }
 
-const Needs& ArticoliNeeds() {
-    static const Needs needs = [] {
-        Needs all{{&Articoli()},
-                  {{Products, QStringList{"IsActive", "Image", "DIS_PClass"} + UserColumns()},
-                   {Materials, {"MatRef", "Density"}}},
-                  ArticleNeeds()};
-        for (const auto& more : {SheetFormatNeeds(), FreeAttributeNeeds(), ImageNeeds()}) {
-            all.writes.insert(all.writes.end(), more.begin(), more.end());
-        }
-        return all;
-    }();
-    return needs;
-}
-
-/// With the formats of the articles that are emptied.
-Emptying ArticoliEmptying() { return ArticleEmptying() + Truncated({"ART_FMT"}) + FreeAttributeEmptying("ART_ICO"); }
-
-void ImportArticoliLantek24(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportArticoliLantek24", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione articoli");
-        run.Preflight(ArticoliNeeds());
-        Empty(run, reset, ArticoliEmptying());
-        const QString folder = CamProductsFolder(session);
-        const QString from = Products + "\rWHERE IsActive = " + LiteralOf(session.SourceConnection(), true) +
-                             run.OnlyCode("\rAND", "PrdRef", singleCode);
-        run.Rows({"Articoli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
-                  "SELECT * FROM " + from + "\rORDER BY PrdRef"},
-                 [&](const SourceRow& row) { return ImportArticolo(run, row, folder); });
-        run.Complete("Articoli importati correttamente!");
-    });
+/// A reset empties the formats of the articles too.
+Articles Articoli() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportArticoliLantek24"},
+        .source = {.table = Products, .key = "PrdRef", .order = "PrdRef", .where = "IsActive = 1"},
+        .code = {"PrdRef", ArticleCode(ProductCodes, "PrdRef")},
+        .description = "PrdName",
+        .lines = {{"CDEXT", "PrdRef", Text()},
+                  {"ARINV", "CDate", DayOrNone()},
+                  {"ARNOT", "Descrip", Text()},
+                  {"ARCLA", "DIS_PClass, Assembly", ArticleClass()},
+                  {"ARFAM", "PGroup, CGroup", FamilyOfArticle()},
+                  {"ARMAT", "DIS_MatRef", LookedUp("TAB_MAT", "MAEXT", "CDMAT")},
+                  {"ARLAM", "DIS_PClass", Is(SheetClass)},
+                  {"ARANN", "", Constant(false)},
+                  {"ARUMS", "UntName", UnitOfName()},
+                  {"ARIVA", "", Constant(schema::defaults::VatCode)},
+                  {"ARGGA", "LeadTime", RoundedTo(0)},
+                  {"ARDMX", "DIS_Length", RoundedTo(6)},
+                  {"ARDMY", "DIS_Width", RoundedTo(6)},
+                  {"ARDMZ", "DIS_Thickness", RoundedTo(6)},
+                  {"ARPSN", "Weight", RoundedTo(6)},
+                  {"ARPSL", "DIS_ExtWeight", RoundedTo(6)},
+                  {"ARCOS", "CurCost, StdCost", FirstNotZero()},
+                  {"ARPRZ", "DIS_Price", RoundedTo(6)},
+                  {"ARRIC", "DIS_Price, CurCost, StdCost", MarkUp()}},
+        .empties = ArticleEmptying() + Truncated({"ART_FMT"}) + FreeAttributeEmptying("ART_ICO"),
+        .after = WriteFurther,
+        .further = {{},
+                    {{Products, QStringList{"Image"} + UserColumns()}, {Materials, {"MatRef", "Density"}}},
+                    SheetFormatNeeds() + FreeAttributeNeeds() + ImageNeeds()},
+    };
 }
 
 } // namespace modImport_Lantek24

@@ -1,10 +1,10 @@
-// A made-up origin to start a new module from: copy the file, replace the names, give the registry its line.
-// A database server with ANAGRAFICA (customers, suppliers, carriers), ARTICOLI, PREZZI and DISTINTE.
-// How sure the layout is: made up. Known gaps: documents, stock.
+// A made-up origin to start a new module from: copy the file, replace the names, give the list of origins its line.
+// A database server with ANAGRAFICA (customers, suppliers, carriers), ARTICOLI, PREZZI, ORDINI and RIGHE.
+// How sure the layout is: made up. Known gaps: bills, stock.
 
 #include "adapters/contract/kinds/Articles.h"
-#include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
@@ -47,17 +47,14 @@ Counterparties Controparti() {
         .roles = ByLetter("TIPO", {.customer = {"C"}, .supplier = {"F"}, .both = {"E"}, .carrier = {"V"}}),
         .name = "NOME",
         .vatNumber = "PIVA",
-        .lines =
-            {
-                {"CORAS", "NOME", First(35)},
-                {"CORA2", "NOME", Part(36, 100)},
-                {"COIND", "VIA", NotBlank(Street())},
-                {"CONRC", "VIA", StreetNumber()},
-                {"COCIT", "CITTA", Text()},
-                {"COIVA", "PIVA", NotBlank(Text())},
-                ByRole("COMOP", "COMOA", "PAGAMENTO", Translated(Anagrafica, "PAGAMENTO")),
-                DiscountsByRole("SCONTO"),
-            },
+        .lines = {{"CORAS", "NOME", First(35)},
+                  {"CORA2", "NOME", Part(36, 100)},
+                  {"COIND", "VIA", NotBlank(Street())},
+                  {"CONRC", "VIA", StreetNumber()},
+                  {"COCIT", "CITTA", Text()},
+                  {"COIVA", "PIVA", NotBlank(Text())},
+                  ByRole("COMOP", "COMOA", "PAGAMENTO", Translated(Anagrafica, "PAGAMENTO")),
+                  DiscountsByRole("SCONTO")},
         .numbers = {.office = "TELEFONO", .mail = "EMAIL"},
         .branches = {{
             .rows = {.table = "SEDI", .on = {{"CODICE"}}, .order = "NUMERO"},
@@ -73,13 +70,10 @@ Articles Articoli() {
         .source = {.table = ArticoliTable, .key = "CODICE", .order = "CODICE"},
         .code = {"CODICE", Article()},
         .description = "DESCRIZIONE",
-        .lines =
-            {
-                {"ARUMS", "UM", Unit(ArticoliTable, "UM", schema::defaults::Unit)},
-                {"ARIVA", "IVA", VatCode(ArticoliTable, "IVA")},
-                {"ARCOS", "COSTO", RoundedTo(6)},
-                {"DTINS", "CREATO", NotBlank(DateText("yyyyMMdd"))},
-            },
+        .lines = {{"ARUMS", "UM", Unit(ArticoliTable, "UM", schema::defaults::Unit)},
+                  {"ARIVA", "IVA", VatCode(ArticoliTable, "IVA")},
+                  {"ARCOS", "COSTO", RoundedTo(6)},
+                  {"DTINS", "CREATO", NotBlank(DateText("yyyyMMdd"))}},
         .suppliers = {{.supplier = {"FORNITORE", KnownSupplier()}, .ownCode = "CODICE_FORNITORE", .price = "COSTO"}},
         .aliases = {{.code = "BARRE"}},
         .location = "UBICAZIONE",
@@ -105,15 +99,25 @@ PriceLists Listini() {
     };
 }
 
-Bills Distinte() {
+Documents Ordini() {
     return {
-        .frame = {.module = Module, .procedure = "ImportDistinte"},
-        .source = {.table = "DISTINTE", .key = "PADRE", .order = "PADRE", .distinct = true},
-        .article = {"PADRE", Article()},
-        .components = {.rows = {.table = "DISTINTE", .on = {{"PADRE"}}, .order = "RIGA", .naming = "FIGLIO"},
-                       .article = {"FIGLIO", Article()},
-                       .quantity = "QUANTITA",
-                       .position = "RIGA"},
+        .frame = {.module = Module, .procedure = "ImportOrdini"},
+        .source = {.table = "ORDINI", .key = "NUMERO", .order = "ANNO, NUMERO, RIGA", .group = {"ANNO", "NUMERO"}},
+        .rows = {.table = "RIGHE", .on = {{"ANNO"}, {"NUMERO"}}, .order = "RIGA"},
+        .kinds = {{.cause = "ORDCL", .type = "ORD", .family = Sales}},
+        .head = {.number = "NUMERO",
+                 .day = "DATA",
+                 .year = "ANNO",
+                 .counterparty = {"CLIENTE", CustomerOf()},
+                 .lines = {{"DTRIC", "RIFERIMENTO", Text()}}},
+        .row = {.number = "RIGA",
+                .article = {"ARTICOLO", Article()},
+                .quantity = "QUANTITA",
+                .delivered = "EVASA",
+                .price = "PREZZO",
+                .discounts = DiscountFields("SCONTO"),
+                .vatCode = {"IVA", VatCode(ArticoliTable, "IVA")},
+                .lines = {{"DRCOR", "CONSEGNA", Day()}}},
     };
 }
 
@@ -126,13 +130,13 @@ const Origin& Entry() {
         "Template",
         Module,
         {"SQL Server", sourceSettings::Server("TEMPLATE")},
-        Buttons("YYYNNNN-", {{Button::Dis, "Importa Distinte Base"}}),
+        Buttons("YYYYNNNN", {{Button::Dis, "Importa Listini"}}),
         Shown::No,
         {
             ProcedureOf(Button::Cli, Controparti()),
             ProcedureOf(Button::Art, Articoli()),
-            ProcedureOf(Button::Dis, Distinte()),
-            ProcedureOf(std::nullopt, Listini()),
+            ProcedureOf(Button::Dis, Listini()),
+            ProcedureOf(Button::Doc, Ordini()),
         },
     };
     return origin;

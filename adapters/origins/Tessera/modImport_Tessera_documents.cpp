@@ -43,17 +43,12 @@ Documents OrdersOf(const Side& side) {
                 .year = "AnnOrd",
                 .counterparty = {"IdCliFor", GetCodContropartiTessera(PartyOf())},
                 .state = {"StatOrd", State()},
-                .lines =
-                    {
-                        {"DTRIC", side.reference, Text()},
-                        {"DTRID", "DatRif", Day()},
-                        {"DTNOT", "Note", Text()},
-                        {"DTMOP", "IdPag", PaymentTerm()},
-                    },
+                .lines = {{"DTRIC", side.reference, Text()},
+                          {"DTRID", "DatRif", Day()},
+                          {"DTNOT", "Note", Text()},
+                          {"DTMOP", "IdPag", PaymentTerm()}},
             },
-        .row =
-            {
-                .number = "NumRig",
+        .row = {.number = "NumRig",
                 .article = {"CodArt", Article()},
                 .description = "DesArt",
                 .unit = {"UniMis", UnitOr("")},
@@ -62,21 +57,17 @@ Documents OrdersOf(const Side& side) {
                 .price = "Prezzo",
                 .discounts = {"Sconto1", "Sconto2"},
                 .vatCode = {"IdIva", GetCodIvaTessera(NotBlank(VatCode("Iva", "CodIva")))},
-                .lines = {{"DRCOR", "DatCons", Day()}},
-            },
+                .lines = {{"DRCOR", "DatCons", Day()}}},
     };
 }
 
 ProductionOrders Produzione() {
     return {
         .rows = {.table = "OrdProT", .on = {{"IdOrdCliR"}}, .order = "NumOrdP"},
-        .lines =
-            {
-                {"OPDAT", "DatOrdP", Day()},
-                {"OPDTC", "DatCons", Day()},
-                {"OPQTA", "Qta", FirstNotZero()},
-                {"OPSTA", "Stato", Text()},
-            },
+        .lines = {{"OPDAT", "DatOrdP", Day()},
+                  {"OPDTC", "DatCons", Day()},
+                  {"OPQTA", "Qta", FirstNotZero()},
+                  {"OPSTA", "Stato", Text()}},
         .parts = {.rows = {.table = "OrdProR", .on = {{"IdOrdPro"}}, .order = "NumRig"},
                   .lines =
                       {

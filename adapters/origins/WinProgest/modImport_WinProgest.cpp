@@ -6,12 +6,10 @@
 
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
 
+#include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/run/Origin.h"
-#include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/BaseTable.h"
-#include "adapters/contract/write/Bill.h"
 #include "adapters/contract/write/Document.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
@@ -37,42 +35,6 @@ const QString Promor = QStringLiteral("PROMOR");
 const QString Codifiche = QStringLiteral("CODIFICHE");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
-
-const Mapping& ArticoliMapping() {
-    static const Mapping mapping{
-        "ART_ICO",
-        Articoli,
-        {
-            {"ARDES", "DESCR", First(100)},
-            {"ARDE2", "DESCR2", Text()},
-            {"ARCDR", "DESCR", CodeAndText(100)},
-            {"ARNOT", "NOTE", Text()},
-            {"ARCLA", "TIPO", Choice({{"P", "PF"}, {"S", "SL"}}, "CM")},
-            {"ARFAM", "GRUPPO, SOTGRU", Translated(Articoli, "GRUPPO")},
-            {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
-            {"ARLAM", "", Constant(false)},
-            {"ARANN", "ANNULL", Flag()},
-            {"ARDIS", "DISEGNO", Text()},
-            {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
-            {"ARUM2", "UM2", TranslatedOrUpper(Articoli, "UM", "")},
-            {"ARCOE", "FATCON", RoundedTo(6)},
-            {"ARIVA", "IVA", VatCode(Articoli, "IVA")},
-            {"ARMAG", "", Constant(true)},
-            {"ARMAD", "", Constant(schema::defaults::Warehouse)},
-            {"ARSMN", "SCOMIN", RoundedTo(6)},
-            {"ARLOR", "LOTRIO", RoundedTo(6)},
-            {"ARGGA", "GGRIO", RoundedTo(0)},
-            {"ARPSN", "PESO", RoundedTo(3)},
-            {"ARCOS", "ULTCOS, COSTO", FirstNotZero()},
-            {"ARPRZ", "PRZVEN", RoundedTo(6)},
-            {"ARRIC", "PRZVEN, ULTCOS, COSTO", MarkUp()},
-            {"ARSCO", "SCO1", RoundedTo(2)},
-            {"ARSC2", "SCO2", RoundedTo(2)},
-            {"ARSC3", "SCO3", RoundedTo(2)},
-        },
-    };
-    return mapping;
-}
 
 Rule Customer() {
     return {"CDCON of the CON_TRO whose COCGE it is, or of the one it was merged into",
@@ -173,50 +135,51 @@ QString CodeOf(const SourceRow& row, const QString& column) {
 // --- Articles -----------------------------------------------------------------------------------------------------
 
 /// A supplier is found as those of the bills are; one that is not there leaves the article without it.
-void LinkSupplier(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
-    if (row.IsBlank("CODFOR")) {
-        return;
-    }
-    const QString supplier = FindCounterparty(run.GetSession(), row.Text("CODFOR"), true);
-    if (supplier.isEmpty()) {
-        run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(run.RowKey(), row.Text("CODFOR")));
-        return;
-    }
-    const double lastCost = NumberOf(row, "ULTCOS");
-    writer.Link(article, supplier, lastCost != 0 ? lastCost : NumberOf(row, "COSTO"));
+Rule Supplier() {
+    return {"CDCON of the CON_TRO whose COFGE it is, or of the one it was merged into; logged without one",
+            [](const RuleInput& input) -> RuleValue {
+                const QString code = input.Text();
+                const QString supplier = code.isEmpty() ? code : FindCounterparty(input.session, code, true);
+                if (supplier.isEmpty() && !code.isEmpty()) {
+                    modImport::LogNote(
+                        input.session,
+                        QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), code));
+                }
+                return supplier;
+            }};
 }
 
-RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
-    const ArticleWriter writer(run);
-    const Facts facts{writer.CodeOf(Articoli, "CODART", CodeOf(row, "CODART"))};
-    const RowOutcome outcome = writer.Write(ArticoliMapping(), row, facts);
-    writer.Texts(facts.code, row.Text("DESCR"));
-    LinkSupplier(run, writer, row, facts.code);
-    return outcome;
-}
-
-const Needs& ArticoliNeeds() {
-    static const Needs needs = [] {
-        Needs all{{&ArticoliMapping()}, {{Articoli, {"CODART", "CODFOR"}}}, ArticleNeeds()};
-        all.writes.push_back(CounterpartyNeed());
-        return all;
-    }();
-    return needs;
-}
-
-void ImportArticoliWinProgest(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportArticoliWinProgest", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione Articoli da WinProgest");
-        run.Preflight(ArticoliNeeds());
-        Empty(run, reset, ArticleEmptying());
-        const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
-        run.Rows({"Articoli", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
-                  "SELECT * FROM ARTICOLI" + where + "\rORDER BY CODART"},
-                 [&](const SourceRow& row) { return ImportArticolo(run, row); });
-        run.Complete("Articoli importati correttamente!");
-    });
+contract::Articles ArticoliWinProgest() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportArticoliWinProgest",
+                  .announcement = "Inizio importazione Articoli da WinProgest"},
+        .source = {.table = Articoli, .key = "CODART", .order = "CODART"},
+        .code = {"CODART", Article()},
+        .description = "DESCR",
+        .lines = {{"ARDE2", "DESCR2", Text()},
+                  {"ARNOT", "NOTE", Text()},
+                  {"ARCLA", "TIPO", Choice({{"P", "PF"}, {"S", "SL"}}, "CM")},
+                  {"ARFAM", "GRUPPO, SOTGRU", Translated(Articoli, "GRUPPO")},
+                  {"ARANN", "ANNULL", Flag()},
+                  {"ARDIS", "DISEGNO", Text()},
+                  {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
+                  {"ARUM2", "UM2", TranslatedOrUpper(Articoli, "UM", "")},
+                  {"ARCOE", "FATCON", RoundedTo(6)},
+                  {"ARIVA", "IVA", VatCode(Articoli, "IVA")},
+                  {"ARSMN", "SCOMIN", RoundedTo(6)},
+                  {"ARLOR", "LOTRIO", RoundedTo(6)},
+                  {"ARGGA", "GGRIO", RoundedTo(0)},
+                  {"ARPSN", "PESO", RoundedTo(3)},
+                  {"ARCOS", "ULTCOS, COSTO", FirstNotZero()},
+                  {"ARPRZ", "PRZVEN", RoundedTo(6)},
+                  {"ARRIC", "PRZVEN, ULTCOS, COSTO", MarkUp()},
+                  {"ARSCO", "SCO1", RoundedTo(2)},
+                  {"ARSC2", "SCO2", RoundedTo(2)},
+                  {"ARSC3", "SCO3", RoundedTo(2)}},
+        .suppliers = {{.supplier = {"CODFOR", Supplier()}, .price = {"ULTCOS, COSTO", FirstNotZero()}}},
+        .further = {{}, {}, {CounterpartyNeed()}},
+    };
 }
 
 // --- Promotions ---------------------------------------------------------------------------------------------------
@@ -257,24 +220,18 @@ RowOutcome ImportPromozione(ImportRun& run, const SourceRow& row) {
     return outcome;
 }
 
-const Needs& PromozioniNeeds() {
-    static const Needs needs{{&Promozioni(), &RighePromozione()}, {{Promor, {"CODART"}}}, {CounterpartyNeed()}};
-    return needs;
-}
-
-void ImportPromozioniWinProgest(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportPromozioniWinProgest", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione Promozioni da WinProgest");
-        run.Preflight(PromozioniNeeds());
-        run.Truncate(reset, {"PRO_MOZ", "PRO_MOR"});
-        const QString where = run.OnlyCode("\rWHERE", "CODPRO", singleCode);
-        run.Rows({"Promozioni", Promo, "CODPRO", "SELECT COUNT(*) FROM PROMO" + where,
-                  "SELECT * FROM PROMO" + where + "\rORDER BY CODPRO"},
-                 [&](const SourceRow& row) { return ImportPromozione(run, row); });
-        run.Complete("Promozioni importate correttamente!");
-    });
+Procedure PromozioniProcedure() {
+    return ProcedureOf(Button::Saldi,
+                       {.module = Module,
+                        .procedure = "ImportPromozioniWinProgest",
+                        .announcement = "Inizio importazione Promozioni da WinProgest",
+                        .errors = "Errore: ",
+                        .completion = "Promozioni importate correttamente!"},
+                       {{.step = "Promozioni",
+                         .source = {.table = Promo, .key = "CODPRO", .order = "CODPRO"},
+                         .needs = {{&Promozioni(), &RighePromozione()}, {{Promor, {"CODART"}}}, {CounterpartyNeed()}},
+                         .empties = Truncated({"PRO_MOZ", "PRO_MOR"}),
+                         .make = Importing(ImportPromozione)}});
 }
 
 // --- Article codes ------------------------------------------------------------------------------------------------
@@ -323,26 +280,21 @@ RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
     return RowOutcome::Inserted;
 }
 
-const Needs& CodificheNeeds() {
-    static const Needs needs{{&CodificheMapping()},
-                             {{Codifiche, {"CODCLF", "TIPCLF"}}},
-                             {{"ART_COD", {"COTIP", "COTPC", "COCON"}}, {"ART_ICO", {"CDART"}}, CounterpartyNeed()}};
-    return needs;
-}
-
-void ImportCodificheWinProgest(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportCodificheWinProgest", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione Codifiche Articoli da WinProgest");
-        run.Preflight(CodificheNeeds());
-        run.Truncate(reset, {"ART_COD"});
-        const QString where = run.OnlyCode("\rWHERE", "CODART", singleCode);
-        run.Rows({"Codifiche Articoli", Codifiche, "CODALT", "SELECT COUNT(*) FROM CODIFICHE" + where,
-                  "SELECT * FROM CODIFICHE" + where + "\rORDER BY CODART, CODALT"},
-                 [&](const SourceRow& row) { return ImportCodifica(run, row); });
-        run.Complete("Codifiche articoli importate correttamente!");
-    });
+Procedure CodificheProcedure() {
+    return ProcedureOf(
+        Button::Piano,
+        {.module = Module,
+         .procedure = "ImportCodificheWinProgest",
+         .announcement = "Inizio importazione Codifiche Articoli da WinProgest",
+         .errors = "Errore: ",
+         .completion = "Codifiche articoli importate correttamente!"},
+        {{.step = "Codifiche Articoli",
+          .source = {.table = Codifiche, .key = "CODART", .order = "CODART, CODALT", .naming = "CODALT"},
+          .needs = {{&CodificheMapping()},
+                    {{Codifiche, {"CODCLF", "TIPCLF"}}},
+                    {{"ART_COD", {"COTIP", "COTPC", "COCON"}}, {"ART_ICO", {"CDART"}}, CounterpartyNeed()}},
+          .empties = Truncated({"ART_COD"}),
+          .make = Importing(ImportCodifica)}});
 }
 
 // --- Drawings -----------------------------------------------------------------------------------------------------
@@ -370,29 +322,24 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& fo
     return outcome;
 }
 
-const Needs& DisegniNeeds() {
-    static const Needs needs = [] {
-        Needs all{{}, {{Articoli, {"CODART", "DISEGNO"}}}, AttachmentNeeds()};
-        all.writes.push_back({"ART_ICO", {"CDART", "ARATT"}});
-        return all;
-    }();
-    return needs;
-}
-
-void ImportDisegniWinProgest(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportDisegniWinProgest", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione Disegni da WinProgest");
-        run.Preflight(DisegniNeeds());
-        const QString folder = FolderOfDrawings(session);
-        Empty(run, reset, AttachmentEmptying("ART_ICO"));
-        const QString where = "\rWHERE DISEGNO > ''" +
-                              (singleCode.isEmpty() ? QString() : QString(" AND CODART = " + run.Quoted(singleCode)));
-        run.Rows({"Disegni", Articoli, "CODART", "SELECT COUNT(*) FROM ARTICOLI" + where,
-                  "SELECT * FROM ARTICOLI" + where + "\rORDER BY CODART"},
-                 [&](const SourceRow& row) { return ImportDisegno(run, row, folder); });
-        run.Complete("Disegni importati correttamente!");
-    });
+Procedure DisegniProcedure() {
+    Needs needs{{}, {}, AttachmentNeeds()};
+    needs.writes.push_back({"ART_ICO", {"CDART", "ARATT"}});
+    const auto make = [](ImportRun& run, const QString& singleCode) {
+        const QString folder = FolderOfDrawings(run.GetSession());
+        return Importing([folder](ImportRun& of, const SourceRow& row) { return ImportDisegno(of, row, folder); })(
+            run, singleCode);
+    };
+    return ProcedureOf(Button::Disegni,
+                       {.module = Module,
+                        .procedure = "ImportDisegniWinProgest",
+                        .announcement = "Inizio importazione Disegni da WinProgest",
+                        .completion = "Disegni importati correttamente!"},
+                       {{.step = "Disegni",
+                         .source = {.table = Articoli, .key = "CODART", .order = "CODART", .where = "DISEGNO > ''"},
+                         .needs = needs,
+                         .empties = AttachmentEmptying("ART_ICO"),
+                         .make = make}});
 }
 
 // --- Source and entry ---------------------------------------------------------------------------------------------
@@ -458,16 +405,13 @@ const Origin& Entry() {
         Shown::Keep,
         {
             Riallinea(),
-            {Button::Art, "ImportArticoliWinProgest", ImportArticoliWinProgest, ArticoliNeeds(), ArticleEmptying()},
-            {Button::Dis, "ImportDistinteWinProgest", ImportDistinteWinProgest, DistinteNeeds(), BillEmptying()},
+            ProcedureOf(Button::Art, ArticoliWinProgest()),
+            ProcedureOf(Button::Dis, DistinteWinProgest()),
             Documenti(Button::Doc),
             Documenti(Button::Acq),
-            {Button::Saldi, "ImportPromozioniWinProgest", ImportPromozioniWinProgest, PromozioniNeeds(),
-             Truncated({"PRO_MOZ", "PRO_MOR"})},
-            {Button::Piano, "ImportCodificheWinProgest", ImportCodificheWinProgest, CodificheNeeds(),
-             Truncated({"ART_COD"})},
-            {Button::Disegni, "ImportDisegniWinProgest", ImportDisegniWinProgest, DisegniNeeds(),
-             AttachmentEmptying("ART_ICO")},
+            PromozioniProcedure(),
+            CodificheProcedure(),
+            DisegniProcedure(),
         },
     };
     return origin;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/write/Document.h"
 
 /// What the files of the module share.
@@ -20,8 +21,10 @@ QString RequireCounterparty(Session& session, const QString& sourceCode, bool su
 /// What finding a counterparty reads.
 contract::TableNeed CounterpartyNeed();
 
-const contract::Needs& DistinteNeeds();
-void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool reset);
+/// CDART of an article's code.
+inline contract::Rule Article() { return contract::rules::ArticleCode(Articoli, "CODART"); }
+
+contract::Bills DistinteWinProgest();
 
 /// The kinds of documents, each with a head and a row table of its own.
 enum class Kind { Offers, Orders, DeliveryNotes, Invoices, ProForma, SupplierOrders };

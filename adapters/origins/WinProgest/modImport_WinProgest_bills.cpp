@@ -2,12 +2,11 @@
 // installations.
 
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/map/wholeCharacters.h"
-#include "adapters/contract/write/Article.h"
-#include "adapters/contract/write/Bill.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
+#include "core/modImport.h"
 
 using namespace contract;
+using namespace contract::rules;
 
 namespace modImport_WinProgest {
 
@@ -27,67 +26,45 @@ QString SixDigits(const QString& code) {
     return isNumber ? QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')) : code;
 }
 
-QString SupplierNote(ImportRun& run, const SourceRow& row) {
-    if (row.IsBlank("CODFOR")) {
-        return {};
-    }
-    Session& session = run.GetSession();
-    const QString supplier = FindCounterparty(session, row.Text("CODFOR"), true);
-    if (supplier.isEmpty()) {
-        run.Log(
-            QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(NameOf(row, Nfcodis, "FIGLIO"), row.Text("CODFOR")));
-        return {};
-    }
-    return "Fornitore: " + SixDigits(supplier) + " - " + LookUp(session, "CON_TRO", "CDCON", supplier, "CORAS");
-}
-
-void ImportComponente(ImportRun& run, BillWriter& writer, const SourceRow& row, qint64 phase) {
-    const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("FIGLIO"));
-    if (writer.HasArticle(article)) {
-        writer.Write(Component{article, NumberOf(row, "QTA"), SupplierNote(run, row)}, phase);
-    }
-}
-
-RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& row) {
-    const QString parent = row.Text("PADRE");
-    const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", parent);
-    if (!writer.HasArticle(article)) {
-        return run.Skip(ArticleMissing);
-    }
-    constexpr int keySize = 50;
-    const RowOutcome outcome = writer.Begin(article, FirstOf(parent, keySize));
-    const qint64 phase = writer.Write(Phase{});
-    ForEachChild(run.GetSession(), "SELECT * FROM NFCODIS\rWHERE PADRE = " + run.Quoted(parent) + "\rORDER BY NINS",
-                 Nfcodis, "FIGLIO",
-                 [&](const SourceRow& component) { ImportComponente(run, writer, component, phase); });
-    writer.TellComponentsLeft();
-    return outcome;
+Rule SupplierNote() {
+    return {
+        "\"Fornitore: \", the code and the name of the supplier; one that is not there is logged",
+        [](const RuleInput& input) -> RuleValue {
+            const QString code = input.Text();
+            if (code.isEmpty()) {
+                return std::nullopt;
+            }
+            Session& session = input.session;
+            const QString supplier = FindCounterparty(session, code, true);
+            if (supplier.isEmpty()) {
+                modImport::LogNote(
+                    session,
+                    QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(NameOf(input.row, Nfcodis, "FIGLIO"), code));
+                return std::nullopt;
+            }
+            return QString("Fornitore: " + SixDigits(supplier) + " - " +
+                           LookUp(session, "CON_TRO", "CDCON", supplier, "CORAS"));
+        }};
 }
 
 } // namespace
 
-const Needs& DistinteNeeds() {
-    static const Needs needs = [] {
-        Needs all{{}, {{Nftdis, {"PADRE"}}, {Nfcodis, {"PADRE", "FIGLIO", "QTA", "CODFOR", "NINS"}}}, BillNeeds()};
-        all.writes.push_back(CounterpartyNeed());
-        return all;
-    }();
-    return needs;
-}
-
-void ImportDistinteWinProgest(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportDistinteWinProgest", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.AnnounceAppending("Inizio importazione Distinte Base da WinProgest");
-        run.Preflight(DistinteNeeds());
-        Empty(run, reset, BillEmptying());
-        const QString where = run.OnlyCode("\rWHERE", "PADRE", singleCode);
-        const ImportRun::Loop heads{"Distinte Base", Nftdis, "PADRE", "SELECT COUNT(*) FROM NFTDIS" + where,
-                                    "SELECT * FROM NFTDIS" + where + "\rORDER BY PADRE"};
-        ImportBills(run, heads, singleCode, "Distinte Base WinProgest importate correttamente: %1(Fasi: %2, Comp.: %3",
-                    [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row); });
-    });
+Bills DistinteWinProgest() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportDistinteWinProgest",
+                  .announcement = "Inizio importazione Distinte Base da WinProgest",
+                  .log = LogStart::Behind,
+                  .completion = "Distinte Base WinProgest importate correttamente: %1(Fasi: %2, Comp.: %3"},
+        .source = {.table = Nftdis, .key = "PADRE", .order = "PADRE"},
+        .article = {"PADRE", Article()},
+        .sourceKey = {"PADRE", First(50)},
+        .components = {.rows = {.table = Nfcodis, .on = {{"PADRE"}}, .order = "NINS", .naming = "FIGLIO"},
+                       .article = {"FIGLIO", Article()},
+                       .quantity = "QTA",
+                       .note = {"CODFOR", SupplierNote()}},
+        .further = {{}, {}, {CounterpartyNeed()}},
+    };
 }
 
 } // namespace modImport_WinProgest

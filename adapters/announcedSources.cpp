@@ -1,4 +1,4 @@
-#include "adapters/sourceSettings.h"
+#include "adapters/announcedSources.h"
 
 #include "core/lineSettings.h"
 #include "core/modMain.h"
@@ -7,9 +7,10 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QMap>
 
-namespace sourceSettings {
+namespace announced {
+
+using namespace sourceSettings;
 
 namespace {
 
@@ -29,6 +30,8 @@ std::optional<QStringList> AskAll(Session& session, const std::vector<Prompt>& p
     }
     return answers;
 }
+
+} // namespace
 
 bool PrepareSam(Session& session, ovConnection& source) {
     const auto answers =
@@ -58,7 +61,6 @@ bool PrepareMemphis(Session& session, ovConnection& source) {
     return true;
 }
 
-/// The connection stands in "Solution.ini", beside the settings of this program.
 bool PrepareSolution(Session& session, ovConnection& source) {
     const QString path = QFileInfo(session.Config.ConfigFile()).absolutePath() + QStringLiteral("/Solution.ini");
     if (!QFileInfo::exists(path)) {
@@ -90,72 +92,10 @@ bool PrepareSolution(Session& session, ovConnection& source) {
     return true;
 }
 
-/// The database is Oracle, whatever the settings say.
 bool PrepareBms(Session& session, ovConnection& source) {
     const bool prepared = DataSource("BMS")(session, source);
     source.ProviderType = Provider::Oracle;
     return prepared;
 }
 
-const QString CsvTitle = QStringLiteral("File CSV da importare");
-const QString CsvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
-const QString DatTitle = QStringLiteral("File DAT da importare");
-const QString DatFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
-
-/// The origins of the list whose modules do not say themselves how they open, under their names in upper case.
-const QMap<QString, Prepare>& Preparations() {
-    static const QMap<QString, Prepare> preparations{
-        {"AD-HOC", Server("AHR", {"AHR", "1"})},
-        {"SOLUTION", PrepareSolution},
-        {"GAMMA TEAMSYSTEM", DataSource("GAMMATEAMSYSTEM")},
-        {"LUMEN", TextFile(DatTitle, DatFilter)},
-        {"SAM", PrepareSam},
-        {"LIBERTYCOMMERCE", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce")},
-        {"MEMPHIS", PrepareMemphis},
-        {"OSL GP90", Server("OSL")},
-        {"DOMINIO", DataSource("DOMINIO")},
-        {"OS1", AccessFileInFolder("OS1.mdb")},
-        {"FACTORY", ChosenAccessFile("FACTORY")},
-        {"ESASOFTWARE \"E\"", Server("ESATTO")},
-        {"METODO", Server("METODO")},
-        {"KORDEL NETSUITE", DataSource("NETSUITE")},
-        {"EXCEL", Workbook()},
-        {"ACCESS", ChosenAccessFile("ACCESS")},
-        {"SIGIP", DataSource("SIGIP")},
-        {"MAGO NET", Server("MAGONET")},
-        {"ZUCCHETTI G2", Server("G2")},
-        {"ACCESS VELMORAN", ChosenAccessFile("VELMORAN")},
-        {"VISION SQL", Server("VISION")},
-        {"DSS WAPS", TextFolder("DSSWAPS")},
-        {"AXIS", ChosenAccessFile("AXIS")},
-        {"AD-HOC WINDOWS", FoxProFolder()},
-        {"EXCEL SCARICO AS/400", Workbook()},
-        {"GEMINI", Server("GEMINI")},
-        {"FENICE", DataSource("FENICE")},
-        {"SIGLA", Server("SIGLA")},
-        {"MEXALDB", Server("MEXALDB")},
-        {"COMETA", DataSource("COMETA")},
-        {"ALBALOG", DataSource("ALBALOG")},
-        {"PUZZLE", DataSource("PUZZLE")},
-        {"NUBRIO EXCEL", Workbook()},
-        {"GAMMA DB SQLSERVER", Server("GAMMA")},
-        {"BMS", PrepareBms},
-        {"PANTHERA", Server("PANTHERA")},
-        {"FACTORY (SQLSERVER)", Server("FACTORY")},
-        {"PUNTA", Server("PUNTA")},
-        {"TERRAUNA", TextFile(CsvTitle, CsvFilter)},
-        {"SCALA", Workbook()},
-        {"VELDRA", Server("VELDRA")},
-        {"FACILE", Server("FACILE")},
-        {"BORGO", Server("BORGO")},
-        {"LAMINA", TextFile(CsvTitle, CsvFilter)},
-        {"SIDEREA", Workbook()},
-    };
-    return preparations;
-}
-
-} // namespace
-
-Prepare ForOrigin(const QString& originName) { return Preparations().value(originName.toUpper()); }
-
-} // namespace sourceSettings
+} // namespace announced
