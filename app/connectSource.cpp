@@ -28,23 +28,11 @@ QString ReadCodePage(Session& session) {
 
 /// Fills the connection from settings and questions and opens it; false when the operator gave up.
 bool Open(Session& session, const contract::Origin& origin, ovConnection& source) {
-    const auto prepare = origin.source.prepare ? origin.source.prepare : sourceSettings::ForOrigin(origin.name);
-    if (!prepare) {
-        throw ImportError(QStringLiteral("Non è noto come aprire l'origine '%1'").arg(origin.name));
-    }
-    if (!prepare(session, source)) {
+    if (!PrepareSource(session, origin, source)) {
         return false;
     }
     contract::SourceLayout::Take(session, origin, source);
-    try {
-        source.OpenConnection();
-        modMain::TellLine(session, source);
-    } catch (ImportError& error) {
-        if (const QString advice = sourceSettings::PathAdvice(session, source); !advice.isEmpty()) {
-            error.AddAdvice(advice);
-        }
-        throw;
-    }
+    OpenPrepared(session, source);
     return true;
 }
 
@@ -59,6 +47,26 @@ std::unique_ptr<ovConnection> NewSource(Session& session) {
     source->CodePage = ReadCodePage(session);
     source->Note = [&session](const QString& note) { modImport::LogNote(session, note); };
     return source;
+}
+
+bool PrepareSource(Session& session, const contract::Origin& origin, ovConnection& source) {
+    const auto prepare = origin.source.prepare ? origin.source.prepare : sourceSettings::ForOrigin(origin.name);
+    if (!prepare) {
+        throw ImportError(QStringLiteral("Non è noto come aprire l'origine '%1'").arg(origin.name));
+    }
+    return prepare(session, source);
+}
+
+void OpenPrepared(Session& session, ovConnection& source) {
+    try {
+        source.OpenConnection();
+        modMain::TellLine(session, source);
+    } catch (ImportError& error) {
+        if (const QString advice = sourceSettings::PathAdvice(session, source); !advice.isEmpty()) {
+            error.AddAdvice(advice);
+        }
+        throw;
+    }
 }
 
 SourceOutcome OpenSource(Session& session, const contract::Origin& origin) {

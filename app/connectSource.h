@@ -21,6 +21,12 @@ SourceOutcome OpenSource(Session& session, const contract::Origin& origin);
 /// known raises `ImportError`; what they are read in without it is noted in the log.
 std::unique_ptr<ovConnection> NewSource(Session& session);
 
+/// Fills a new source of an origin from settings and questions; false when the operator gave up. Raises `ImportError`
+/// when it is not known how the origin opens, or a setting is missing.
+bool PrepareSource(Session& session, const contract::Origin& origin, ovConnection& source);
+/// Opens a source that is filled. An error tells where the path stands that it was opened by.
+void OpenPrepared(Session& session, ovConnection& source);
+
 /// Closes the session's source and releases it; does nothing when there is none.
 void CloseSource(Session& session);
 
