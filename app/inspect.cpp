@@ -181,16 +181,32 @@ void SuggestTables(Inspection& inspection, Probe& probe, const NamesBefore& befo
         return;
     }
     const QMap<QString, QStringList> columns = ColumnsByTable(probe, inspection.others);
+    const auto isLookedFor = [](const Table& table) { return !table.isFound && table.trouble.isEmpty(); };
     for (Table& table : inspection.tables) {
-        if (table.isFound || !table.trouble.isEmpty()) {
+        if (isLookedFor(table)) {
+            table.suggestions = TablesFor(table, columns, before);
+        }
+    }
+    TellTablesApart(inspection.tables);
+    for (Table& table : inspection.tables) {
+        if (!isLookedFor(table)) {
             continue;
         }
-        table.suggestions = TablesFor(table, columns, before);
         table.inSource = table.suggestions.empty() ? QString() : Bracketed(table.suggestions.front().name);
         if (!table.inSource.isEmpty()) {
             TakeContents(table, probe);
             table.isFound = false;
         }
+    }
+}
+
+/// What is proposed in one table tells of the columns of that name in the others.
+void SuggestAll(std::vector<Table>& tables, const NamesBefore& before) {
+    for (Table& table : tables) {
+        SuggestColumns(table, before, {});
+    }
+    for (Table& table : tables) {
+        SuggestColumns(table, before, NamesNow(tables, table));
     }
 }
 
@@ -257,11 +273,7 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
     }
     const NamesBefore before = ReadNamesBefore(LayoutFolder(session));
     SuggestTables(inspection, probe, before);
-    for (Table& table : inspection.tables) {
-        if (!table.own.empty()) {
-            SuggestColumns(table, before);
-        }
-    }
+    SuggestAll(inspection.tables, before);
     return inspection;
 }
 

@@ -20,7 +20,8 @@ enum class Ground {
 struct Suggestion {
     QString name;
     Ground ground = Ground::Similar;
-    QString reason; ///< for the operator: "partita IVA", "5 colonne su 7"
+    QString reason;        ///< for the operator: "partita IVA", "5 colonne su 7"
+    qsizetype columns = 0; ///< of a table: those that are read and that it has, by name or by field
 };
 
 /// A column that the origin reads.

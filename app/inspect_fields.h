@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <vector>
+
 /// What the columns of an ERP usually hold, by their names in Italian and English, and by the look of their values.
 namespace inspection {
 
@@ -26,6 +28,8 @@ struct Field {
     Look look = Look::None;
 };
 
+/// All that are known.
+const std::vector<Field>& Fields();
 /// The field that a name tells, as a whole or by the longest run of its words; null when it tells none.
 const Field* FieldOfName(const QString& name);
 /// The field that columns of Quadrix ("CON_TRO.COIVA") hold; null when they hold none of those that are known.

@@ -27,14 +27,14 @@ QString Reversed(QString text) {
     return text;
 }
 
-/// The longest beginning, of at least so many letters, that four of five names have in common; empty without any.
+/// The longest beginning, of at least so many letters, that two of three names have in common; empty without any.
 QString CommonFront(const QStringList& names, qsizetype least) {
     constexpr qsizetype longest = 8;
     constexpr qsizetype leastNames = 5;
     for (qsizetype size = longest; size >= least && names.size() >= leastNames; --size) {
         QHash<QString, qsizetype> counts;
         for (const QString& name : names) {
-            if (name.size() > size + 1 && ++counts[name.left(size)] * 5 >= names.size() * 4) {
+            if (name.size() > size + 1 && ++counts[name.left(size)] * 3 >= names.size() * 2) {
                 return name.left(size);
             }
         }
@@ -93,7 +93,9 @@ class Meant {
 public:
     Meant(const Table& table, const Column& column, const BareNames& bare) {
         Add(CodeOf(table.name, bare.FieldOf(column.name)));
-        Add(FieldOfTargets(column.feeds));
+        // A telephone, a mobile and a fax feed the same column: there the name tells more.
+        const Field* fed = FieldOfTargets(column.feeds);
+        Add(fed != nullptr && fed->look == Look::Telephone && !m_fields.isEmpty() ? nullptr : fed);
     }
     bool Has(const Field* field) const { return field != nullptr && m_fields.contains(field); }
     Look ItsLook() const { return m_fields.isEmpty() ? Look::None : m_fields.last()->look; }
@@ -121,10 +123,10 @@ QStringList LogicalNames(const Table& table) {
 /// Collects names, each once, with the surest ground.
 class Collected {
 public:
-    void Add(const QString& name, Ground ground, const QString& reason = {}) {
+    void Add(const QString& name, Ground ground, const QString& reason = {}, qsizetype columns = 0) {
         if (!m_told.contains(name)) {
             m_told.insert(name);
-            m_suggestions.push_back({name, ground, reason});
+            m_suggestions.push_back({name, ground, reason, columns});
         }
     }
     std::vector<Suggestion> Sorted() {
@@ -144,11 +146,13 @@ Ground GroundOf(NameGround ground) {
                                               : Ground::Similar;
 }
 
-void AddUsedBefore(Collected& collected, const QString& logical, const QStringList& names, const NamesBefore& before) {
-    for (const QString& name : names) {
-        for (const QString& known : before.values(logical.toUpper())) {
-            if (known.compare(name, Qt::CaseInsensitive) == 0) {
-                collected.Add(name, Ground::UsedBefore);
+/// Those of the names that a logical one is known by.
+void AddKnown(Collected& collected, const QString& logical, const QStringList& names, const NamesBefore& known,
+              const Suggestion& as) {
+    for (const QString& its : known.values(logical.toUpper())) {
+        for (const QString& name : names) {
+            if (its.compare(name, Qt::CaseInsensitive) == 0) {
+                collected.Add(name, as.ground, as.reason);
             }
         }
     }
@@ -161,36 +165,48 @@ bool Contradicts(const OwnColumn& own, Look look) {
            !(look == Look::TaxCode && seen == Look::VatNumber);
 }
 
-std::vector<Suggestion> ColumnsFor(const Column& column, const Meant& meant, const std::vector<OwnColumn>& free,
-                                   const BareNames& ownBare, const QString& ownTable, const NamesBefore& before) {
-    QStringList names;
-    for (const OwnColumn& own : free) {
-        names.append(own.name);
-    }
-    Collected collected;
-    AddUsedBefore(collected, column.name, names, before);
-    const QList<GroundedName> grounded = GroundedNames(column.name, names);
-    for (const GroundedName& each : grounded) {
-        if (each.ground != NameGround::Similar) {
-            collected.Add(each.name, GroundOf(each.ground));
-        }
-    }
-    for (const OwnColumn& own : free) {
-        const Field* field = CodeOf(ownTable, ownBare.FieldOf(own.name));
+/// What the columns of one table are compared with.
+struct Compared {
+    const std::vector<OwnColumn>& free;
+    QStringList names; ///< of those
+    BareNames bare;
+    QString table; ///< of the source
+    const NamesBefore& before;
+    const NamesBefore& now;
+};
+
+/// The columns whose field, or whose values, are those of the field.
+void AddByField(Collected& collected, const Meant& meant, const Compared& compared) {
+    for (const OwnColumn& own : compared.free) {
+        const Field* field = CodeOf(compared.table, compared.bare.FieldOf(own.name));
         if (meant.Has(field) && !Contradicts(own, field->look)) {
             collected.Add(own.name, Ground::Alias, field->name);
         }
     }
     const Look look = meant.ItsLook();
-    for (const OwnColumn& own : free) {
+    for (const OwnColumn& own : compared.free) {
         if (look != Look::None && LookOf(own.values) == look) {
             collected.Add(own.name, Ground::Values, LookText(look));
         }
     }
+}
+
+std::vector<Suggestion> ColumnsFor(const Column& column, const Meant& meant, const Compared& compared) {
+    Collected collected;
+    AddKnown(collected, column.name, compared.names, compared.before, {{}, Ground::UsedBefore, {}});
+    const QList<GroundedName> grounded = GroundedNames(column.name, compared.names);
     for (const GroundedName& each : grounded) {
-        const auto own =
-            std::find_if(free.begin(), free.end(), [&each](const OwnColumn& one) { return one.name == each.name; });
-        if (each.ground == NameGround::Similar && !Contradicts(*own, look)) {
+        if (each.ground != NameGround::Similar) {
+            collected.Add(each.name, GroundOf(each.ground));
+        }
+    }
+    AddKnown(collected, column.name, compared.names, compared.now,
+             {{}, Ground::Alias, QStringLiteral("così in un'altra tabella")});
+    AddByField(collected, meant, compared);
+    for (const GroundedName& each : grounded) {
+        const auto own = std::find_if(compared.free.begin(), compared.free.end(),
+                                      [&each](const OwnColumn& one) { return one.name == each.name; });
+        if (each.ground == NameGround::Similar && !Contradicts(*own, meant.ItsLook())) {
             collected.Add(each.name, Ground::Similar);
         }
     }
@@ -266,23 +282,41 @@ NamesBefore ReadNamesBefore(const QString& folder) {
     return names;
 }
 
-void SuggestColumns(Table& table, const NamesBefore& before) {
+NamesBefore NamesNow(const std::vector<Table>& tables, const Table& but) {
+    NamesBefore names;
+    for (const Table& table : tables) {
+        if (&table == &but) {
+            continue;
+        }
+        for (const Column& column : table.columns) {
+            const Suggestion* proposed = column.IsMissing() ? Proposed(column.suggestions) : nullptr;
+            const QString name = proposed == nullptr ? column.inSource : proposed->name;
+            if (!name.isEmpty()) {
+                names.insert(column.name.toUpper(), name);
+            }
+        }
+    }
+    return names;
+}
+
+void SuggestColumns(Table& table, const NamesBefore& before, const NamesBefore& now) {
     QStringList read;
     for (const Column& column : table.columns) {
         read += column.IsMissing() ? QStringList() : QStringList(column.inSource);
     }
     std::vector<OwnColumn> free;
+    QStringList names;
     for (const OwnColumn& own : table.own) {
         if (!Has(read, own.name)) {
             free.push_back(own);
+            names.append(own.name);
         }
     }
-    const BareNames logicalBare(LogicalNames(table));
-    const BareNames ownBare(OwnNames(table));
+    const Compared compared{free, names, BareNames(OwnNames(table)), table.inSource, before, now};
+    const BareNames bare(LogicalNames(table));
     for (Column& column : table.columns) {
         if (column.IsMissing()) {
-            column.suggestions =
-                ColumnsFor(column, Meant(table, column, logicalBare), free, ownBare, table.inSource, before);
+            column.suggestions = ColumnsFor(column, Meant(table, column, bare), compared);
         }
     }
     TellApart(table);
@@ -291,7 +325,7 @@ void SuggestColumns(Table& table, const NamesBefore& before) {
 std::vector<Suggestion> TablesFor(const Table& table, const QMap<QString, QStringList>& columns,
                                   const NamesBefore& before) {
     Collected collected;
-    AddUsedBefore(collected, table.name, columns.keys(), before);
+    AddKnown(collected, table.name, columns.keys(), before, {{}, Ground::UsedBefore, {}});
     const QList<GroundedName> grounded = GroundedNames(table.name, columns.keys());
     for (const GroundedName& each : grounded) {
         if (each.ground != NameGround::Similar) {
@@ -303,13 +337,15 @@ std::vector<Suggestion> TablesFor(const Table& table, const QMap<QString, QStrin
         qsizetype counterparts;
         bool isOfKind;
     };
+    constexpr qsizetype leastCounterparts = 3;
     std::vector<Like> likes;
     const QString kind = KindOfTable(table.name);
     const auto needed = static_cast<qsizetype>(table.columns.size());
     for (const auto& [name, its] : columns.asKeyValueRange()) {
         const bool isOfKind = !kind.isEmpty() && KindOfTable(name) == kind;
         const qsizetype counterparts = Counterparts(table, name, its);
-        if (counterparts > 0 && (isOfKind || counterparts * 2 >= needed)) {
+        if (counterparts > 0 &&
+            (isOfKind || (counterparts >= leastCounterparts && counterparts * 2 >= std::min(needed, its.size())))) {
             likes.push_back({name, counterparts, isOfKind});
         }
     }
@@ -320,7 +356,7 @@ std::vector<Suggestion> TablesFor(const Table& table, const QMap<QString, QStrin
         const QString share =
             QStringLiteral("%1 colonne su %2").arg(QString::number(like.counterparts), QString::number(needed));
         collected.Add(like.name, like.isOfKind ? Ground::Alias : Ground::Columns,
-                      like.isOfKind ? kind + QStringLiteral(", ") + share : share);
+                      like.isOfKind ? kind + QStringLiteral(", ") + share : share, like.counterparts);
     }
     for (const GroundedName& each : grounded) {
         collected.Add(each.name, Ground::Similar);
@@ -328,6 +364,40 @@ std::vector<Suggestion> TablesFor(const Table& table, const QMap<QString, QStrin
     std::vector<Suggestion> sorted = collected.Sorted();
     sorted.resize(std::min(sorted.size(), MostSuggestions));
     return sorted;
+}
+
+void TellTablesApart(std::vector<Table>& tables) {
+    QSet<QString> taken;
+    QSet<const Table*> placed;
+    while (true) {
+        Table* best = nullptr;
+        size_t at = 0;
+        for (Table& table : tables) {
+            for (size_t i = 0; i < table.suggestions.size() && !placed.contains(&table); ++i) {
+                const Suggestion& each = table.suggestions[i];
+                const auto isBetter = [&](const Suggestion& than) {
+                    return each.ground != than.ground ? each.ground < than.ground : each.columns > than.columns;
+                };
+                if (!taken.contains(each.name) && (best == nullptr || isBetter(best->suggestions[at]))) {
+                    best = &table;
+                    at = i;
+                }
+            }
+        }
+        if (best == nullptr) {
+            break;
+        }
+        const auto first = best->suggestions.begin();
+        std::rotate(first, first + static_cast<std::ptrdiff_t>(at), first + static_cast<std::ptrdiff_t>(at) + 1);
+        taken.insert(first->name);
+        placed.insert(best);
+    }
+    for (Table& table : tables) {
+        std::erase_if(table.suggestions, [&](const Suggestion& each) {
+            const bool isItsOwn = placed.contains(&table) && &each == &table.suggestions.front();
+            return each.ground >= Ground::Columns && taken.contains(each.name) && !isItsOwn;
+        });
+    }
 }
 
 } // namespace inspection
