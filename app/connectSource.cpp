@@ -32,15 +32,7 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
         return false;
     }
     contract::SourceLayout::Take(session, origin, source);
-    try {
-        source.OpenConnection();
-        modMain::TellLine(session, source);
-    } catch (ImportError& error) {
-        if (const QString advice = sourceSettings::PathAdvice(session, source); !advice.isEmpty()) {
-            error.AddAdvice(advice);
-        }
-        throw;
-    }
+    OpenPrepared(session, source);
     return true;
 }
 
@@ -55,6 +47,18 @@ std::unique_ptr<ovConnection> NewSource(Session& session) {
     source->CodePage = ReadCodePage(session);
     source->Note = [&session](const QString& note) { modImport::LogNote(session, note); };
     return source;
+}
+
+void OpenPrepared(Session& session, ovConnection& source) {
+    try {
+        source.OpenConnection();
+        modMain::TellLine(session, source);
+    } catch (ImportError& error) {
+        if (const QString advice = sourceSettings::PathAdvice(session, source); !advice.isEmpty()) {
+            error.AddAdvice(advice);
+        }
+        throw;
+    }
 }
 
 SourceOutcome OpenSource(Session& session, const contract::Origin& origin) {

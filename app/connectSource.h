@@ -21,6 +21,9 @@ SourceOutcome OpenSource(Session& session, const contract::Origin& origin);
 /// known raises `ImportError`; what they are read in without it is noted in the log.
 std::unique_ptr<ovConnection> NewSource(Session& session);
 
+/// Opens a source that is filled. An error tells where the path stands that it was opened by.
+void OpenPrepared(Session& session, ovConnection& source);
+
 /// Closes the session's source and releases it; does nothing when there is none.
 void CloseSource(Session& session);
 

@@ -4,7 +4,7 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(),  CreateDatabaseCommand(), CheckCommand(), ImportCommand(),
+        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(), ImportCommand(),
         SequenceCommand(), MergeCommand(),          ResetCommand(), TruncateCommand(),
     };
     return commands;

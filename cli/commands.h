@@ -9,6 +9,7 @@ Command OriginsCommand();
 Command CreateDatabaseCommand();
 Command ImportCommand();
 Command CheckCommand();
+Command InspectCommand();
 Command MergeCommand();
 Command SequenceCommand();
 Command ResetCommand();

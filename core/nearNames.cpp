@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 #include <vector>
@@ -58,16 +59,7 @@ const QHash<QString, QString>& Words() {
     return words;
 }
 
-/// A name with its words written out: "COD_ART" and "CodArticolo" are both "CODICEARTICOLO".
-QString WrittenOut(const QString& name) {
-    static const QRegularExpression words(QStringLiteral("\\p{Lu}?\\p{Ll}+|\\p{Lu}+(?!\\p{Ll})|\\d+"));
-    QString whole;
-    for (auto word = words.globalMatch(name); word.hasNext();) {
-        const QString text = word.next().captured().toUpper();
-        whole += Words().value(text, text);
-    }
-    return whole;
-}
+QString WrittenOut(const QString& name) { return WordsOfName(name).join(QString()); }
 
 /// The letters and digits of a name, in upper case.
 QString Core(const QString& name) {
@@ -100,26 +92,48 @@ QStringList NearNames(const QString& name, const QStringList& names) {
     return result.mid(0, MostNames);
 }
 
-QString GroundedSuggestions(const QString& name, const QStringList& names) {
-    QStringList grounds;
-    QStringList told;
-    const auto tell = [&](const QString& ground, const auto& isIt) {
-        QStringList found;
+QStringList WordsOfName(const QString& name) {
+    static const QRegularExpression words(QStringLiteral("\\p{Lu}?\\p{Ll}+|\\p{Lu}+(?!\\p{Ll})|\\d+"));
+    QStringList all;
+    for (auto word = words.globalMatch(name); word.hasNext();) {
+        const QString text = word.next().captured().toUpper();
+        all.append(Words().value(text, text));
+    }
+    return all;
+}
+
+QList<GroundedName> GroundedNames(const QString& name, const QStringList& names) {
+    QList<GroundedName> grounded;
+    QSet<QString> told;
+    const auto tell = [&](NameGround ground, const auto& isIt) {
         for (const QString& candidate : names) {
             if (!told.contains(candidate) && isIt(candidate)) {
-                found.append(candidate);
+                told.insert(candidate);
+                grounded.append({candidate, ground});
             }
         }
-        told += found;
-        if (!found.isEmpty()) {
-            grounds.append(ground + QStringLiteral(" '") + found.join(QStringLiteral("', '")) + u'\'');
-        }
     };
-    tell(QStringLiteral("uguale"), [&](const QString& candidate) { return Core(candidate) == Core(name); });
-    tell(QStringLiteral("abbreviato"),
-         [&](const QString& candidate) { return WrittenOut(candidate) == WrittenOut(name); });
+    tell(NameGround::Equal, [core = Core(name)](const QString& candidate) { return Core(candidate) == core; });
+    tell(NameGround::WrittenOut,
+         [written = WrittenOut(name)](const QString& candidate) { return WrittenOut(candidate) == written; });
     const QStringList near = NearNames(name, names);
-    tell(QStringLiteral("simile"), [&](const QString& candidate) { return near.contains(candidate); });
+    tell(NameGround::Similar, [&near](const QString& candidate) { return near.contains(candidate); });
+    return grounded;
+}
+
+QString GroundedSuggestions(const QString& name, const QStringList& names) {
+    static const QStringList texts{QStringLiteral("uguale"), QStringLiteral("abbreviato"), QStringLiteral("simile")};
+    const QList<GroundedName> grounded = GroundedNames(name, names);
+    QStringList grounds;
+    for (qsizetype ground = 0; ground < texts.size(); ++ground) {
+        QStringList found;
+        for (const GroundedName& each : grounded) {
+            found += static_cast<qsizetype>(each.ground) == ground ? QStringList(each.name) : QStringList();
+        }
+        if (!found.isEmpty()) {
+            grounds.append(texts[ground] + QStringLiteral(" '") + found.join(QStringLiteral("', '")) + u'\'');
+        }
+    }
     return grounds.isEmpty() ? QString()
                              : QString(QStringLiteral(" (c'è: ") + grounds.join(QStringLiteral("; ")) + u')');
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QStringList>
 
 /// The names that someone may have meant who wrote `name`: up to three, the nearest first, compared without case.
@@ -7,6 +8,24 @@ QStringList NearNames(const QString& name, const QStringList& names);
 
 /// ": forse 'Arca 2000'?" for the near names, or the empty text without any.
 QString Suggestion(const QString& name, const QStringList& names);
+
+/// Why a name may be the one that was meant, the surest first.
+enum class NameGround {
+    Equal,      ///< but for case, blanks and signs
+    WrittenOut, ///< equal with words written out: "COD_ART" and "CodArticolo"
+    Similar,
+};
+
+struct GroundedName {
+    QString name;
+    NameGround ground;
+};
+
+/// The names that may be meant by another one, each once, the surest ground first.
+QList<GroundedName> GroundedNames(const QString& name, const QStringList& names);
+
+/// The words of a name, written out and in upper case: "COD_ART" and "CodArticolo" are both CODICE, ARTICOLO.
+QStringList WordsOfName(const QString& name);
 
 /// " (c'è: uguale 'RAG_SOC'; simile 'RagSoc1')": the near names by the ground on which they are told: equal but for
 /// case, blanks and signs, equal with words written out ("COD_ART" and "CodArticolo"), similar. Empty without any.

@@ -24,19 +24,6 @@ QString Decoded(const QByteArray& bytes) {
     return decoder.hasError() && !marked ? DecodeText(bytes, CodePage()) : text;
 }
 
-/// The line without its comment.
-QStringView WithoutComment(QStringView line) {
-    bool inQuotes = false;
-    for (qsizetype at = 0; at < line.size(); ++at) {
-        inQuotes = inQuotes != (line[at] == u'\'');
-        const bool begins = line[at] == u';' && (at == 0 || line[at - 1].isSpace());
-        if (begins && !inQuotes) {
-            return line.first(at);
-        }
-    }
-    return line;
-}
-
 bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
 
 } // namespace
@@ -51,18 +38,41 @@ QString LayoutFile::PathOf(const QString& folder, const QString& origin) {
     return QDir(folder).filePath(name + QStringLiteral(".ini"));
 }
 
-std::optional<LayoutFile> LayoutFile::Read(const QString& path) {
+QStringView LayoutFile::WithoutComment(QStringView line) {
+    QChar close; // of the text in quotes or the name in brackets under way
+    for (qsizetype at = 0; at < line.size(); ++at) {
+        const bool begins = line[at] == u';' && (at == 0 || line[at - 1].isSpace());
+        if (begins && close.isNull()) {
+            return line.first(at);
+        }
+        if (!close.isNull()) {
+            close = line[at] == close ? QChar() : close;
+        } else if (line[at] == u'\'' || line[at] == u'[') {
+            close = line[at] == u'[' ? u']' : u'\'';
+        }
+    }
+    return line;
+}
+
+QString LayoutFile::TextOf(const QString& path) {
     QFile file(path);
     if (!file.exists()) {
-        return std::nullopt;
+        return {};
     }
     if (!file.open(QIODevice::ReadOnly)) {
         throw ImportError(QStringLiteral("Tracciato '%1': %2").arg(QDir::toNativeSeparators(path), file.errorString()));
     }
+    return Decoded(file.readAll());
+}
+
+std::optional<LayoutFile> LayoutFile::Read(const QString& path) {
+    if (!QFile::exists(path)) {
+        return std::nullopt;
+    }
     LayoutFile layout;
     layout.m_path = path;
     int number = 0;
-    for (const QString& line : Decoded(file.readAll()).split(u'\n')) {
+    for (const QString& line : TextOf(path).split(u'\n')) {
         layout.Take(line, ++number);
     }
     return layout;

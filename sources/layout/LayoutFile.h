@@ -12,7 +12,7 @@ namespace sources {
 
 /// The text file that tells how the logical names of an origin are called at this customer: sections with "key=value"
 /// lines. A line that begins with ";" is a comment, as is what stands behind a value after a blank and ";", outside
-/// quotes. It is read as the Unicode that its mark tells, else as UTF-8, else as cp1252.
+/// quotes and brackets. It is read as the Unicode that its mark tells, else as UTF-8, else as cp1252.
 class LayoutFile {
 public:
     struct Entry {
@@ -29,6 +29,10 @@ public:
     /// Reads a file; none when it does not exist. Raises `ImportError` naming file, line and words for an unknown
     /// section, a line that is none, and an entry that comes twice.
     static std::optional<LayoutFile> Read(const QString& path);
+    /// The text of a file, as it is read; empty when it does not exist. Raises `ImportError` when it cannot be read.
+    static QString TextOf(const QString& path);
+    /// A line, or what stands right of its sign, without the comment behind it.
+    static QStringView WithoutComment(QStringView line);
 
     const std::vector<Entry>& Entries(const QString& section) const;
     /// The error of an entry, with file and line.

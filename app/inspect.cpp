@@ -1,0 +1,313 @@
+#include "app/inspect.h"
+
+#include "adapters/contract/run/SourceLayout.h"
+#include "app/connectSource.h"
+#include "app/inspect_suggest.h"
+#include "sources/layout/LayoutFile.h"
+#include "sql/mod_ovTools.h"
+
+#include <QFileInfo>
+#include <QScopeGuard>
+
+#include <algorithm>
+
+namespace inspection {
+
+namespace {
+
+constexpr int RowsToLookAt = 200;
+constexpr qsizetype MostValues = 20; ///< kept of a column; more are not shown
+
+const QString ProbedTable = QStringLiteral("TABELLA_ESAMINATA");
+
+QString LayoutFolder(const Session& session) {
+    return QFileInfo(session.Config.ConfigFile()).path() + QStringLiteral("/Tracciati");
+}
+
+// --- What the origin reads
+
+void AddOnce(QStringList& names, const QString& name) {
+    if (!names.contains(name, Qt::CaseInsensitive)) {
+        names.append(name);
+    }
+}
+
+Table& Named(std::vector<Table>& tables, const QString& name) {
+    const auto found = std::find_if(tables.begin(), tables.end(), [&name](const Table& table) {
+        return table.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found != tables.end() ? *found : tables.emplace_back(Table{.name = name});
+}
+
+Column& ColumnOf(Table& table, const QString& name) {
+    const auto found = std::find_if(table.columns.begin(), table.columns.end(), [&name](const Column& column) {
+        return column.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found != table.columns.end() ? *found : table.columns.emplace_back(Column{.name = name});
+}
+
+/// The tables of every procedure that opens the source, with the procedures that read them.
+std::vector<Table> ReadTables(const contract::Origin& origin) {
+    std::vector<Table> tables;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        const contract::NeededTables needed = contract::NeededTables::Read(procedure.needs);
+        for (const contract::NeededTables::Table& need : needed.Tables()) {
+            if (!procedure.opensSource) {
+                continue;
+            }
+            Table& table = Named(tables, need.name);
+            AddOnce(table.procedures, procedure.name);
+            for (const QString& name : need.necessary + need.optional) {
+                Column& column = ColumnOf(table, name);
+                column.isNecessary = column.isNecessary || need.necessary.contains(name, Qt::CaseInsensitive);
+                AddOnce(column.procedures, procedure.name);
+                for (const QString& target : need.feeds.value(name)) {
+                    AddOnce(column.feeds, target);
+                }
+            }
+        }
+    }
+    return tables;
+}
+
+// --- What the source has
+
+/// The open source in its own names: no logical name counts for the lifetime of the object, and a failure is raised.
+class Probe {
+public:
+    explicit Probe(ovConnection& source)
+        : m_source(source),
+          m_layout(std::exchange(source.Layout, std::make_shared<sources::Layout>())),
+          m_errors(std::exchange(source.Errors, nullptr)) {}
+    ~Probe() {
+        m_source.Layout = m_layout;
+        m_source.Errors = m_errors;
+    }
+    Probe(const Probe&) = delete;
+    Probe& operator=(const Probe&) = delete;
+
+    QStringList Tables() { return m_source.GetTables(); }
+    QVector<ColumnInfo> Columns(const QString& table) {
+        Turn(table);
+        return m_source.GetColumns(ProbedTable);
+    }
+    qint64 Count(const QString& table) {
+        Turn(table);
+        return m_source.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + ProbedTable);
+    }
+    Recordset Rows(const QString& table) {
+        Turn(table);
+        return m_source.ExecuteWC(QStringLiteral("SELECT * FROM ") + ProbedTable);
+    }
+
+private:
+    /// Has the probed table be another one.
+    void Turn(const QString& table) {
+        auto layout = std::make_shared<sources::Layout>();
+        layout->CallTable(ProbedTable, table);
+        m_source.Layout = layout;
+    }
+
+    ovConnection& m_source;
+    std::shared_ptr<NameLayout> m_layout;
+    ovErrors* m_errors;
+};
+
+/// A name in brackets where its parts would not be read as they are.
+QString Bracketed(const QString& table) {
+    return sources::NameParts(table) == QStringList(table) ? table : QString(u'[' + table + u']');
+}
+
+void TakeValues(Table& table, Probe& probe) {
+    Recordset rows = probe.Rows(table.inSource);
+    for (; !rows.Eof() && table.looked < RowsToLookAt; rows.MoveNext()) {
+        ++table.looked;
+        for (OwnColumn& column : table.own) {
+            const QString value = mod_ovTools::ToText(rows.Value(column.name)).trimmed();
+            column.filled += value.isEmpty() ? 0 : 1;
+            if (!value.isEmpty() && column.values.size() < MostValues && !column.values.contains(value)) {
+                column.values.append(value);
+            }
+        }
+    }
+}
+
+/// Takes in what the source has in a table, under `inSource`; what cannot be read is told in it.
+void TakeContents(Table& table, Probe& probe) {
+    try {
+        for (const ColumnInfo& column : probe.Columns(table.inSource)) {
+            table.own.push_back({column.name, column.type, {}, 0});
+        }
+        table.isFound = !table.own.empty();
+        if (table.isFound) {
+            table.rows = probe.Count(table.inSource);
+            TakeValues(table, probe);
+        }
+    } catch (const Error& error) {
+        table.trouble = error.Message();
+    }
+}
+
+void FindColumns(Table& table, const sources::LayoutTable* layout) {
+    for (Column& column : table.columns) {
+        const QString name = layout == nullptr ? column.name : layout->InSource(column.name);
+        column.isMarkedMissing = name.isEmpty();
+        const OwnColumn* own = name.isEmpty() ? nullptr : table.Own(name);
+        column.inSource = own == nullptr ? QString() : own->name;
+    }
+}
+
+/// The columns of every table of the source that is not read already.
+QMap<QString, QStringList> ColumnsByTable(Probe& probe, const QStringList& tables) {
+    QMap<QString, QStringList> columns;
+    for (const QString& table : tables) {
+        try {
+            QStringList& names = columns[table];
+            for (const ColumnInfo& column : probe.Columns(Bracketed(table))) {
+                names.append(column.name);
+            }
+        } catch (const Error&) {
+            columns.remove(table); // a damaged file of the folder is none of those that are looked for
+        }
+    }
+    return columns;
+}
+
+/// Looks for the tables that are missing among those that nothing reads, and shows the one that is suggested first.
+void SuggestTables(Inspection& inspection, Probe& probe, const NamesBefore& before) {
+    const bool isAllThere = std::all_of(inspection.tables.begin(), inspection.tables.end(),
+                                        [](const Table& table) { return table.isFound || !table.trouble.isEmpty(); });
+    if (isAllThere) {
+        return;
+    }
+    const QMap<QString, QStringList> columns = ColumnsByTable(probe, inspection.others);
+    const auto isLookedFor = [](const Table& table) { return !table.isFound && table.trouble.isEmpty(); };
+    for (Table& table : inspection.tables) {
+        if (isLookedFor(table)) {
+            table.suggestions = TablesFor(table, columns, before);
+        }
+    }
+    TellTablesApart(inspection.tables);
+    for (Table& table : inspection.tables) {
+        if (!isLookedFor(table)) {
+            continue;
+        }
+        table.inSource = table.suggestions.empty() ? QString() : Bracketed(table.suggestions.front().name);
+        if (!table.inSource.isEmpty()) {
+            TakeContents(table, probe);
+            table.isFound = false;
+        }
+    }
+}
+
+/// What is proposed in one table tells of the columns of that name in the others.
+void SuggestAll(std::vector<Table>& tables, const NamesBefore& before) {
+    for (Table& table : tables) {
+        SuggestColumns(table, before, {});
+    }
+    for (Table& table : tables) {
+        SuggestColumns(table, before, NamesNow(tables, table));
+    }
+}
+
+/// Reads the layout file into the open source; what is wrong with it is told, and then counts for nothing.
+QString TakeLayout(Session& session, const contract::Origin& origin) {
+    ovConnection& source = session.SourceConnection();
+    source.Layout = nullptr;
+    try {
+        contract::SourceLayout::Take(session, origin, source);
+        return {};
+    } catch (const ImportError& error) {
+        source.Layout = nullptr;
+        session.Layout.reset();
+        return error.Message();
+    }
+}
+
+} // namespace
+
+const OwnColumn* Table::Own(const QString& column) const {
+    const auto found = std::find_if(own.begin(), own.end(), [&column](const OwnColumn& each) {
+        return each.name.compare(column, Qt::CaseInsensitive) == 0;
+    });
+    return found == own.end() ? nullptr : &*found;
+}
+
+QString LayoutPath(const Session& session, const contract::Origin& origin) {
+    return sources::LayoutFile::PathOf(LayoutFolder(session), origin.name);
+}
+
+bool OpenToLook(Session& session, const contract::Origin& origin) {
+    CloseSource(session);
+    session.Source = NewSource(session);
+    if (!origin.source.prepare(session, *session.Source)) {
+        CloseSource(session);
+        return false;
+    }
+    session.Source->SourceTables.clear();
+    session.Source->Note = [&session](const QString& note) { session.Person.Note(note); }; // there is no run to log
+    OpenPrepared(session, *session.Source);
+    return true;
+}
+
+Inspection Inspect(Session& session, const contract::Origin& origin) {
+    Inspection inspection;
+    inspection.layoutFile = LayoutPath(session, origin);
+    inspection.layoutTrouble = TakeLayout(session, origin);
+    inspection.tables = ReadTables(origin);
+    ovConnection& source = session.SourceConnection();
+    const auto* layout = dynamic_cast<const sources::Layout*>(source.Layout.get());
+    const auto kept = source.Layout; // the probe puts its own in its place
+    Probe probe(source);
+    inspection.others = probe.Tables();
+    for (Table& table : inspection.tables) {
+        const sources::LayoutTable* called = layout == nullptr ? nullptr : layout->Find(table.name);
+        const QStringList parts = called == nullptr ? QStringList(table.name) : called->inSource;
+        table.inSource = parts.size() == 1 ? Bracketed(parts.front()) : parts.join(u'.');
+        TakeContents(table, probe);
+        FindColumns(table, called);
+        if (table.isFound) {
+            inspection.others.removeIf(
+                [&parts](const QString& each) { return each.compare(parts.last(), Qt::CaseInsensitive) == 0; });
+        }
+    }
+    const NamesBefore before = ReadNamesBefore(LayoutFolder(session));
+    SuggestTables(inspection, probe, before);
+    SuggestAll(inspection.tables, before);
+    return inspection;
+}
+
+bool IsComplete(const Inspection& inspection) {
+    return inspection.layoutTrouble.isEmpty() &&
+           std::all_of(inspection.tables.begin(), inspection.tables.end(), [](const Table& table) {
+               return table.isFound &&
+                      std::none_of(table.columns.begin(), table.columns.end(),
+                                   [](const Column& column) { return column.isNecessary && column.IsMissing(); });
+           });
+}
+
+QString GroundText(const Suggestion& suggestion) {
+    switch (suggestion.ground) {
+    case Ground::UsedBefore:
+        return QStringLiteral("usato prima");
+    case Ground::Equal:
+        return QStringLiteral("uguale");
+    case Ground::WrittenOut:
+        return QStringLiteral("abbreviato");
+    case Ground::Alias:
+        return QStringLiteral("alias: ") + suggestion.reason;
+    case Ground::Values:
+        return QStringLiteral("valori: ") + suggestion.reason;
+    case Ground::Columns:
+        return suggestion.reason;
+    case Ground::Similar:
+        break;
+    }
+    return QStringLiteral("simile");
+}
+
+const Suggestion* Proposed(const std::vector<Suggestion>& suggestions) {
+    return suggestions.empty() || suggestions.front().ground == Ground::Similar ? nullptr : &suggestions.front();
+}
+
+} // namespace inspection

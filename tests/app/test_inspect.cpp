@@ -1,0 +1,224 @@
+#include "adapters/registry.h"
+#include "app/connectSource.h"
+#include "app/importFlow.h"
+#include "app/inspect_draft.h"
+#include "app/inspect_fields.h"
+#include "app/inspect_suggest.h"
+#include "core/Schema.h"
+#include "tests/support/files.h"
+#include "tests/support/foreignSource.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace inspection;
+
+namespace {
+
+const contract::Origin& Gescom() { return *registry::Find("Gescom"); }
+
+/// A company, and the foreign source behind the settings.
+class ForeignTarget : public TestTarget {
+public:
+    ForeignTarget() {
+        MakeForeignSource(Folder.filePath("sorgente.sqlite"));
+        Get().Config.SetAppConfig("IMPORT", "Databasename", "sorgente.sqlite");
+    }
+    ~ForeignTarget() { CloseSource(Get()); }
+    ForeignTarget(const ForeignTarget&) = delete;
+    ForeignTarget& operator=(const ForeignTarget&) = delete;
+
+    Inspection Inspected() {
+        OpenToLook(Get(), Gescom());
+        return inspection::Inspect(Get(), Gescom());
+    }
+    void WriteLayout(const QString& text) { WriteFile(Folder.filePath("Tracciati/Gescom.ini"), text.toUtf8()); }
+};
+
+const Table& TableOf(const Inspection& inspection, const QString& name) {
+    return *std::find_if(inspection.tables.begin(), inspection.tables.end(),
+                         [&name](const Table& table) { return table.name == name; });
+}
+
+const Column& ColumnOf(const Table& table, const QString& name) {
+    return *std::find_if(table.columns.begin(), table.columns.end(),
+                         [&name](const Column& column) { return column.name == name; });
+}
+
+/// "NAME (ground)" of each suggestion.
+QStringList Texts(const std::vector<Suggestion>& suggestions) {
+    QStringList texts;
+    for (const Suggestion& each : suggestions) {
+        texts.append(each.name + " (" + GroundText(each) + ')');
+    }
+    return texts;
+}
+
+/// A table that reads those columns, of a source table with columns "NAME: value, value".
+Table Made(const QStringList& reads, const QStringList& own, const QStringList& feeds = {}) {
+    Table table{.name = "ANAGRAFICA", .inSource = "ALTRA"};
+    for (const QString& name : reads) {
+        table.columns.push_back({.name = name, .feeds = feeds});
+    }
+    for (const QString& each : own) {
+        table.own.push_back({each.section(": ", 0, 0), {}, each.section(": ", 1).split(", ", Qt::SkipEmptyParts), 0});
+    }
+    return table;
+}
+
+} // namespace
+
+/// A source beside what an origin reads.
+class TestInspect : public QObject {
+    Q_OBJECT
+
+private slots:
+    void SuggestsColumns_data() {
+        Columns<QStringList, QStringList, QStringList, QString>("reads", "own", "feeds", "told");
+        const auto row = [](const char* name, const QStringList& reads, const QStringList& own, const char* told,
+                            const QStringList& feeds = {}) { Row(name, reads, own, feeds, told); };
+        row("equal before alias", {"RAGSOC"}, {"DENOMINAZIONE", "RAG_SOC"},
+            "RAG_SOC (uguale)|DENOMINAZIONE (alias: ragione sociale)");
+        row("written out", {"CodArticolo"}, {"COD_ART"}, "COD_ART (abbreviato)");
+        row("English", {"PartitaIva"}, {"VAT_NUMBER"}, "VAT_NUMBER (alias: partita IVA)");
+        row("by what it feeds", {"XYZ1"}, {"COMUNE", "VIA"}, "COMUNE (alias: città)", {"CON_TRO.COCIT"});
+        row("behind what all names share", {"ANDESCRI", "ANINDIR", "ANCAP", "ANTEL", "ANCITTA"}, {"STREET"},
+            "|STREET (alias: indirizzo)|||");
+        row("by its values", {"PIVA"}, {"F1: a, b, c", "F2: 00743110157, 01234567897, 07643520567"},
+            "F2 (valori: partita IVA)");
+        row("two values are chance", {"PIVA"}, {"F2: 00743110157, 01234567897"}, "");
+        row("values against the name", {"PIVA"}, {"VAT: ordinaria, ridotta, esente"}, "");
+        row("a date", {"DATA"}, {"F3: 2024-01-31, 05/03/2024, 20240101"}, "F3 (valori: data)");
+        row("a telephone", {"TELEFONO"}, {"F4: 0461/123456, +39 335 1234567, 045 998877"},
+            "F4 (valori: numero di telefono)");
+        row("one of the source for one alone", {"NOME", "RAGSOC"}, {"DENOMINAZIONE"},
+            "DENOMINAZIONE (alias: ragione sociale)|");
+        row("similar comes last", {"NOTE"}, {"NOTEX", "ANNOTAZIONI"}, "ANNOTAZIONI (alias: note)|NOTEX (simile)");
+    }
+    void SuggestsColumns() {
+        QFETCH(const QStringList, reads);
+        QFETCH(const QStringList, own);
+        QFETCH(const QStringList, feeds);
+        QFETCH(QString, told);
+        Table table = Made(reads, own, feeds);
+        SuggestColumns(table, {}, {});
+        QStringList all;
+        for (const Column& column : table.columns) {
+            all.append(Texts(column.suggestions).join('|'));
+        }
+        QCOMPARE(all.join('|'), told);
+    }
+
+    /// What the other layout files of the installation say comes first, whatever else is near.
+    void RemembersWhatWasUsed() {
+        const QTemporaryDir folder;
+        WriteFile(folder.filePath("Altra.ini"), "[TABELLE]\nCLIENTI=ANA\n[COLONNE]\nCLIENTI.PIVA=CAMPO_9\n");
+        WriteFile(folder.filePath("Rotto.ini"), "[ALTRO]\n");
+        const NamesBefore before = ReadNamesBefore(folder.path());
+        Table table = Made({"PIVA"}, {"PARTITA_IVA", "CAMPO_9"});
+        SuggestColumns(table, before, {});
+        QCOMPARE(Texts(table.columns.front().suggestions),
+                 QStringList({"CAMPO_9 (usato prima)", "PARTITA_IVA (abbreviato)"}));
+        table.name = "CLIENTI";
+        QCOMPARE(Texts(TablesFor(table, {{"ANA", {}}, {"CLIENTE", {}}}, before)).first(), QString("ANA (usato prima)"));
+    }
+
+    /// A field that feeds no column of Quadrix suggests nothing.
+    void KnowsTheTarget() {
+        for (const schema::Table& table : schema::Tables()) {
+            for (const schema::Column& column : table.columns) {
+                m_columns.insert(table.name + '.' + column.name);
+            }
+        }
+        for (const Field& field : Fields()) {
+            for (const QString& target : field.targets) {
+                QVERIFY2(m_columns.contains(target), qPrintable(target));
+            }
+        }
+    }
+
+    void ShowsTheSource() {
+        ForeignTarget target;
+        const Inspection looked = target.Inspected();
+        QVERIFY(!IsComplete(looked));
+        QVERIFY(looked.others.contains("PARAMETRI"));
+        const Table& people = TableOf(looked, "ARCLFR");
+        QVERIFY(!people.isFound);
+        QCOMPARE(people.suggestions.front().name, QString("SOGGETTI"));
+        QVERIFY(people.procedures.contains("ImportContropartiGescom"));
+        QCOMPARE(people.rows, qint64(3));
+        const OwnColumn& name = *people.Own("denominazione");
+        QCOMPARE(name.values.first(), QString("Ferramenta L'Incudine"));
+        QCOMPARE(people.Own("ANNOTAZIONI")->filled, 1);
+        QCOMPARE(Texts(ColumnOf(people, "IVACLFOR").suggestions).first(), QString("CAMPO7 (valori: partita IVA)"));
+        QVERIFY(ColumnOf(people, "CODCLFOR").isNecessary);
+        QVERIFY(!ColumnOf(people, "NOTCLFOR").isNecessary);
+        QCOMPARE(Texts(ColumnOf(TableOf(looked, "ARDEST"), "CODCLFOR").suggestions).first(),
+                 QString("COD_SOGGETTO (alias: così in un'altra tabella)"));
+        QVERIFY(!QFileInfo::exists(looked.layoutFile));
+    }
+
+    /// A source that nobody has named before, fitted by what is proposed and imported without a loss.
+    void FitsAForeignSource() {
+        ForeignTarget target;
+        const Inspection looked = target.Inspected();
+        TakeNames(looked, {{"ARCLFR", "SOGGETTI"}, {"ARCLFR.FLAGCLFR", "TIPO_SOGGETTO"}});
+        TakeNames(looked, ProposedNames(target.Inspected()));
+        const Inspection fitted = target.Inspected();
+        for (const char* name : {"ARCLFR", "ARDEST", "VETTORI"}) {
+            const Table& table = TableOf(fitted, name);
+            QVERIFY2(table.isFound, name);
+            for (const Column& column : table.columns) {
+                QVERIFY2(!column.isNecessary || !column.IsMissing(), qPrintable(table.name + '.' + column.name));
+            }
+        }
+        QCOMPARE(TableOf(fitted, "ARCLFR").rows, qint64(3));
+        CloseSource(target.Get());
+        ImportRequest request;
+        request.choice = {"Prova Uno S.r.l.", "X01", &Gescom(), ErrorAction::Abort};
+        request.confirmed = true;
+        request.reset = false;
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
+        QCOMPARE(
+            target.Rows("SELECT COCGE, COFGE, CORAS, COIVA, COCIT FROM X01_CON_TRO ORDER BY CORAS"),
+            QStringList({"|7|ACCIAIERIE NORD S.P.A.|07643520567|VERONA", "2||CONSORZIO DEL LEGNO|01234567897|TORINO",
+                         "||CORRIERE VELOCE||PADOVA", "1||FERRAMENTA L'INCUDINE|00743110157|TRENTO"}));
+        QCOMPARE(target.Rows("SELECT SERAS, SECIT FROM X01_CON_SED"), QStringList("MAGAZZINO|ROVERETO"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_NUM_TEL"), QString("4"));
+    }
+
+    /// The draft counts for nothing before somebody takes its ";" away, and leaves what stands there.
+    void DraftsTheLayout() {
+        ForeignTarget target;
+        target.WriteLayout("; di Carlo\n[TABELLE]\nARCLFR=SOGGETTI\n[COLONNE]\nARCLFR.NOTCLFOR= ; non serve\n");
+        WriteDraft(target.Inspected());
+        const QString text = QString::fromUtf8(ReadFile(target.Folder.filePath("Tracciati/Gescom.ini")));
+        QVERIFY(text.startsWith("; di Carlo\n[TABELLE]\nARCLFR=SOGGETTI\n"));
+        QVERIFY(text.contains("\nARCLFR.NOTCLFOR= ; non serve\n"));
+        QVERIFY(!text.contains(";ARCLFR.NOTCLFOR"));
+        QVERIFY(text.contains("\n;ARCLFR.IVACLFOR=CAMPO7 ; facoltativa, valori: partita IVA"));
+        QVERIFY(text.contains("\n;VETTORI=TRASPORTATORI ; alias: vettori"));
+        const Inspection again = target.Inspected();
+        QVERIFY(!TableOf(again, "VETTORI").isFound);
+        QVERIFY(TableOf(again, "ARCLFR").isFound);
+        QVERIFY(ColumnOf(TableOf(again, "ARCLFR"), "NOTCLFOR").isMarkedMissing);
+        QCOMPARE(Draft(again, text), text);
+    }
+
+    void TellsALayoutThatIsWrong() {
+        ForeignTarget target;
+        target.WriteLayout("[TABELLE]\nARCLFR=SOGGETTI\nARCXXX=Y\n");
+        const Inspection looked = target.Inspected();
+        QVERIFY2(looked.layoutTrouble.contains("riga 3") && looked.layoutTrouble.contains("ARCXXX"),
+                 qPrintable(looked.layoutTrouble));
+        QVERIFY(!TableOf(looked, "ARCLFR").isFound);
+    }
+
+private:
+    QSet<QString> m_columns;
+};
+
+QUADRIX_TEST(TestInspect)
+#include "test_inspect.moc"
