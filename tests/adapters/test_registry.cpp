@@ -96,18 +96,6 @@ private slots:
         }
     }
 
-    /// An origin may use procedures of another's module; a button that none stands behind says so when it is pressed.
-    void buttonsOfTesseraWithSolution() {
-        QStringList reached;
-        const Origin* origin = registry::Find("Tessera + Solution");
-        for (const Procedure& procedure : origin->procedures) {
-            reached.append(ButtonName(procedure.button.value()) + ' ' + procedure.name);
-        }
-        QCOMPARE(reached, QStringList({"art ImportArticoliTessera", "dis ImportDistinteTessera",
-                                       "doc ImportOrdCliTessera", "acq ImportDocAcqTessera"}));
-        QVERIFY(origin->source.prepare);
-    }
-
     void buttonNames() {
         for (int button = 0; button < ButtonCount; ++button) {
             QCOMPARE(ButtonFromName(ButtonName(Button(button)).toUpper()), std::optional(Button(button)));

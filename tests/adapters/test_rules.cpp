@@ -77,6 +77,7 @@ private slots:
         Row("Day", Day(), "'domani' A", "'domani' non è una data");
         Row("Implied, with a point", Implied(2), "'12.5' A", "'12.5' non è un numero intero");
         Row("NotZero", NotZero(), "'dieci' A", "'dieci' non è un numero");
+        Row("UnitFactor, another operator", UnitFactor(), "'+' A, 2 B", "'+' non è né * né /");
         Row("CustomerOf", CustomerOf(), "'C9' A", "nessuna controparte ha il codice cliente 'C9'");
         Row("PartyOf, of a customer", PartyOf(), "'F7' A", "nessuna controparte ha il codice cliente 'F7'");
     }
@@ -272,6 +273,8 @@ private:
         Row("NotZero", NotZero(), "'1,5' A", "1.5");
         Row("NotZero, zero", NotZero(), "'0,00' A", LeftOut);
         Row("NotZero, blank", NotZero(), "NULL A", LeftOut);
+        Row("UnitFactor", UnitFactor(), "'*' A, '12,5' B", "12.5");
+        Row("UnitFactor, zero", UnitFactor(), "'/' A, 0 B", LeftOut);
         Row("Street", Street(), "'Via Roma, 12/a' A", "Via Roma");
         Row("Street, number in its name", Street(), "'Piazza 4 Novembre' A", "Piazza 4 Novembre");
         Row("Street, with the mark of the number", Street(), "'Viale Po n. 7' A", "Viale Po");

@@ -272,9 +272,7 @@ private slots:
             {{"Numero", 4, 4}, {"Data", 8, 8}},
             {{mdbBytes::Raw(1), mdbBytes::Raw(45355.5)}, {mdbBytes::Raw(2), mdbBytes::Raw(45356.0)}}};
         WriteFile(target.Folder.filePath("os1.MDB"), mdbBytes::Database({orders}));
-        contract::Origin origin;
-        origin.name = "OS1";
-        QCOMPARE(ConnectSource(target.Get(), origin), SourceOutcome::Opened);
+        QCOMPARE(ConnectSource(target.Get(), *registry::Find("OS1")), SourceOutcome::Opened);
         ovConnection& source = target.Get().SourceConnection();
         const QString from = mod_ovTools::FormatSqlValue(QDate(2024, 3, 5), DataType::DateTime, source.ProviderType);
         const Recordset rows = source.ExecuteWC("SELECT Numero, Data FROM Ordini WHERE Data >= " + from);
@@ -284,9 +282,7 @@ private slots:
 
     void readsSolutionIni() {
         TestTarget target;
-        contract::Origin origin;
-        origin.name = "Solution";
-        QCOMPARE(ConnectSource(target.Get(), origin), SourceOutcome::Failed);
+        QCOMPARE(ConnectSource(target.Get(), *registry::Find("Solution")), SourceOutcome::Failed);
         QVERIFY(target.Person.Reported.last().message.contains("Solution.ini"));
         SettingsFile file(target.Folder.filePath("Solution.ini"));
         file.Write("DATABASE", "ServerName", "solsrv");

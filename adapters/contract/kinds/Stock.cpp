@@ -69,7 +69,28 @@ RowOutcome WriteLocation(ImportRun& run, const Locations& declared, const Source
     return ArticleWriter(run).Location(article, location, declared.description.Text(session, row));
 }
 
+class StockRows final : public Importer {
+public:
+    StockRows(ImportRun& run, EachBalance row)
+        : Importer(run),
+          m_row(std::move(row)),
+          m_stock(run) {}
+    RowOutcome Row(const SourceRow& row) override { return m_row(Run(), m_stock, row); }
+    bool End() override {
+        m_stock.TellRowsLeft();
+        return true;
+    }
+
+private:
+    EachBalance m_row;
+    StockWriter m_stock;
+};
+
 } // namespace
+
+MakeImporter ImportingStock(EachBalance row) {
+    return [row = std::move(row)](ImportRun& run, const QString&) { return std::make_unique<StockRows>(run, row); };
+}
 
 Frame FrameOf(const Balances& declared) {
     return Over(declared.frame, {.announcement = "Inizio importazione Saldi di Magazzino",

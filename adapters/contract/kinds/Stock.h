@@ -29,6 +29,11 @@ struct Locations {
     Field description = {};
 };
 
+/// What carries one row over where an origin writes its balances by a hand of its own, such as those of sheets. In the
+/// end what earlier imports have left is told.
+using EachBalance = std::function<RowOutcome(ImportRun&, StockWriter&, const SourceRow&)>;
+MakeImporter ImportingStock(EachBalance row);
+
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
 ImportPart PartOf(const Balances& declared);
 Frame FrameOf(const Balances& declared);

@@ -307,7 +307,7 @@ Counterparties Controparti() {
                   {"COSPP", "IvaSplit", Flag()},
                   ByRole("COMOP", "COMOA", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")),
                   ByRole("COMAS", "COCAC", "Cd_CGConto_Merce", NotBlank(Text())),
-                  ByRole("COLSC", "COLSF", "Cd_LS_1", Translated(Cf, "Cd_LS_1")),
+                  ByRole("COLSC", "COLSF", "Cd_LS_1", PriceListCode()),
                   ByRole("COCCC", "COCCF", "Cd_CFGruppo1", Translated(Cf, "Cd_CFGruppo1")),
                   ByRole("COGPV", "COGPA", "ScGiornoFisso1", FixedDay()),
                   {"COBAN", "Cd_CGConto_Banca", OurBank()},
@@ -337,6 +337,48 @@ Counterparties Controparti() {
     };
 }
 
+/// Gives a carrier to the counterparties that name it and have none yet.
+void SetCarrier(ImportRun& run, CounterpartyWriter& /*writer*/, const SourceRow& row, const Owner& carrier) {
+    Session& session = run.GetSession();
+    const ovConnection& source = session.SourceConnection();
+    ForEachChild(session, "SELECT Cd_CF FROM CF\rWHERE Cd_DOVettore = " + LiteralOf(source, row.Value("Cd_DOVettore")),
+                 Cf, "Cd_CF", [&](const SourceRow& party) {
+                     const QString code = party.Text("Cd_CF");
+                     const QString without = '(' + Equals(session, "COCGE", code) + " OR " +
+                                             Equals(session, "COFGE", code) + ") AND COALESCE(COVEP, '') = ''";
+                     if (const qint64 id = IdWhere(session, "CON_TRO", without); id != 0) {
+                         TargetRow target(run, "CON_TRO");
+                         target.Set("COVEP", carrier.key);
+                         target.Update("WHERE " + Equals("RECORD_ID", id));
+                     }
+                 });
+}
+
+/// Carriers follow the counterparties under the same button, which has emptied the tables: nothing is emptied here.
+Counterparties Vettori() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportVettoriArcaEvolution",
+                  .announcement = "Inizio importazione vettori",
+                  .log = LogStart::Behind,
+                  .step = "Vettori",
+                  .completion = "Vettori importati correttamente!"},
+        .source = {.table = "DOVettore", .key = "Cd_DOVettore", .order = "Cd_DOVettore"},
+        .roles = Always({.carrier = true}),
+        .name = "Descrizione",
+        .codeTable = Cf,
+        .lines = {{"CORAS", "Descrizione", First(35)},
+                  {"CORA2", "Descrizione", From(36)},
+                  {"COIND", "Indirizzo", Text()},
+                  {"COCAP", "Cap", Text()},
+                  {"COCIT", "Localita", Text()},
+                  {"COPRO", "Cd_Provincia", Text()}},
+        .empties = false,
+        .after = SetCarrier,
+        .further = {{}, {{Cf, {"Cd_CF", "Cd_DOVettore"}}}, {{"CON_TRO", {"COCGE", "COFGE", "COVEP"}}}},
+    };
+}
+
 } // namespace
 
 // --- Entry --------------------------------------------------------------------------------------------------------
@@ -352,16 +394,13 @@ const Origin& Entry() {
         Shown::Keep,
         {
             ProcedureOf(Button::Cli, Controparti()),
+            ProcedureOf(Button::Cli, Vettori()),
             ArticoliProcedure(),
             {Button::Doc, "ImportDocumentiArcaEvolution", ImportDocumentiArcaEvolution, DocumentiNeeds(),
              AtMost(DocumentEmptying())},
             ProcedureOf(Button::Acq, Pagamenti()),
-            {.button = Button::Disegni,
-             .name = "SistemaSediLegaliFornitori",
-             .run = SistemaSediLegaliFornitori,
-             .needs = FornitoriNeeds(),
-             .confirmation = "Sistemare i dati dei fornitori?",
-             .asksReset = false},
+            ProcedureOf(std::nullopt, Listini()),
+            SistemaSediLegaliFornitori(),
         },
     };
     return origin;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/PriceLists.h"
 
 /// What the files of the module share.
 namespace modImport_ArcaEvolution {
@@ -32,13 +33,16 @@ contract::Rule OurBank();
 /// The Quadrix language of a Windows language number (1040 is Italian); empty for one that is not known.
 QString LanguageOf(Session& session, const QString& number);
 
-const contract::Needs& FornitoriNeeds();
-void SistemaSediLegaliFornitori(Session& session, const QString& singleCode, bool reset);
+/// The refresh of the suppliers.
+contract::Procedure SistemaSediLegaliFornitori();
 
 contract::PaymentTerms Pagamenti();
 
 /// CDART of an article's code.
 inline contract::Rule Article() { return contract::rules::ArticleCode(Ar, "Cd_AR"); }
+/// The code of a price list: translated, else its own, under which the lists are imported.
+contract::Rule PriceListCode();
+contract::PriceLists Listini();
 /// The articles, then the locations of the warehouses.
 contract::Procedure ArticoliProcedure();
 

@@ -4,6 +4,7 @@
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
 
 #include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Attachment.h"
@@ -278,6 +279,29 @@ Procedure ArticoliProcedure() {
         return make(run, singleCode);
     };
     return ProcedureOf(Button::Art, FrameOf(articles), {part, Ubicazioni()});
+}
+
+Rule PriceListCode() { return NotBlank(TranslatedOrUpper(Cf, "Cd_LS_1", "")); }
+
+/// A price of each revision of a list, from the day of its publication on.
+PriceLists Listini() {
+    const Rule direction = Choice({{"0", "V"}, {"1", "V"}, {"2", "A"}}, "");
+    return {
+        .frame = {.module = Module, .procedure = "ImportListiniArcaEvolution"},
+        .source = {.table = "LSArticolo",
+                   .key = "Cd_AR",
+                   .order = "Cd_LS, Cd_AR, DataPubblicazione",
+                   .naming = "Cd_LS, Cd_AR",
+                   .joins = {{.table = "LSRevisione",
+                              .on = {{"Id_LSRevisione"}},
+                              .columns = {"Cd_LS", "DataPubblicazione"},
+                              .isOptional = false}}},
+        .article = {"Cd_AR", Article()},
+        .prices = {{.list = {"Cd_LS", PriceListCode()},
+                    .direction = {"Cd_LS", Via("LS", "Cd_LS", "TipoLS", direction)},
+                    .from = "DataPubblicazione",
+                    .scales = {{.price = {"Prezzo", NotZero()}, .discounts = DiscountFields("Sconto")}}}},
+    };
 }
 
 } // namespace modImport_ArcaEvolution

@@ -116,25 +116,19 @@ RowOutcome SistemaFornitore(ImportRun& run, const SourceRow& row) {
 
 } // namespace
 
-const Needs& FornitoriNeeds() {
-    static const Needs needs{
-        {&Fornitori()}, {{Cf, {"Fornitore", "Cd_CF"}}, {"Banca", {"Cd_CGConto", "Iban"}}}, {{"CON_TRO", {"COFGE"}}}};
-    return needs;
-}
-
 /// Suppliers that are there are refreshed; nothing is emptied.
-void SistemaSediLegaliFornitori(Session& session, const QString& singleCode, bool /*reset*/) {
-    ImportRun run(session, Module, "SistemaSediLegaliFornitori", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio sistemazione dati fornitori");
-        run.Preflight(FornitoriNeeds());
-        const QString where = "\rWHERE Fornitore = " + LiteralOf(session.SourceConnection(), true) +
-                              (singleCode.isEmpty() ? QString() : QString(" AND Cd_CF = " + run.Quoted(singleCode)));
-        run.Rows({"Fornitori", Cf, "Cd_CF", "SELECT COUNT(*) FROM CF" + where,
-                  "SELECT * FROM CF" + where + "\rORDER BY Cd_CF"},
-                 [&](const SourceRow& row) { return SistemaFornitore(run, row); });
-        run.Complete("Dati fornitori sistemati correttamente!");
-    });
+Procedure SistemaSediLegaliFornitori() {
+    return ProcedureOf(Button::Disegni,
+                       {.module = Module,
+                        .procedure = "SistemaSediLegaliFornitori",
+                        .announcement = "Inizio sistemazione dati fornitori",
+                        .completion = "Dati fornitori sistemati correttamente!",
+                        .confirmation = "Sistemare i dati dei fornitori?",
+                        .asksReset = false},
+                       {{.step = "Fornitori",
+                         .source = {.table = Cf, .key = "Cd_CF", .order = "Cd_CF", .where = "Fornitore = 1"},
+                         .needs = {{&Fornitori()}, {{"Banca", {"Cd_CGConto", "Iban"}}}, {{"CON_TRO", {"COFGE"}}}},
+                         .make = Importing(SistemaFornitore)}});
 }
 
 // --- Payment terms ------------------------------------------------------------------------------------------------

@@ -12,7 +12,6 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Bill.h"
-#include "adapters/contract/write/Stock.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -134,8 +133,8 @@ const Origin& Entry() {
             ProcedureOf(Button::Art, Articoli()),
             {Button::Doc, "ImportDocumentiLantek24", ImportDocumentiLantek24, DocumentiNeeds(), DocumentiEmptying()},
             {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, CamBillNeeds(), BillEmptying()},
-            {Button::Saldi, "ImportInventarioLantek24", ImportInventarioLantek24, InventarioNeeds(), StockEmptying()},
-            {Button::Disegni, "ImportRitagliLantek24", ImportRitagliLantek24, RitagliNeeds(), RitagliEmptying()},
+            InventarioProcedure(),
+            RitagliProcedure(),
         },
     };
     return origin;

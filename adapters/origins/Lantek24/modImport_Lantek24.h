@@ -34,11 +34,7 @@ const contract::Needs& OrdiniNeeds();
 /// The production orders, each behind the bill of its product; part of the import of documents.
 bool ImportOrdiniProduzione(contract::ImportRun& run);
 
-const contract::Needs& InventarioNeeds();
-void ImportInventarioLantek24(Session& session, const QString& singleCode, bool reset);
-
-const contract::Needs& RitagliNeeds();
-contract::Emptying RitagliEmptying();
-void ImportRitagliLantek24(Session& session, const QString& singleCode, bool reset);
+contract::Procedure InventarioProcedure();
+contract::Procedure RitagliProcedure();
 
 } // namespace modImport_Lantek24

@@ -2,11 +2,11 @@
 
 #include "adapters/origins/Lantek24/modImport_Lantek24.h"
 
+#include "adapters/contract/kinds/Stock.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/SheetFormat.h"
-#include "adapters/contract/write/Stock.h"
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 
@@ -117,75 +117,50 @@ std::vector<TableNeed> SheetStockNeeds() {
 
 } // namespace
 
-const Needs& InventarioNeeds() {
-    static const Needs needs = [] {
-        Needs all{{},
-                  {{Inventory, {"WrhRef", "PrdRef", "StockQ", "LocDefault", "MinStock", "MinOrder"}},
-                   {Products, {"PrdRef", "DIS_PClass", "DIS_IsRemnant", "DIS_Length", "DIS_Width"}}},
-                  SheetStockNeeds()};
-        all.writes.push_back({"ART_ICO", {"CDART", "ARSMN", "ARQMR"}});
-        return all;
-    }();
-    return needs;
+Procedure InventarioProcedure() {
+    Needs needs{{}, {{Inventory, {"LocDefault", "MinStock", "MinOrder"}}}, SheetStockNeeds()};
+    needs.writes.push_back({"ART_ICO", {"CDART", "ARSMN", "ARQMR"}});
+    return ProcedureOf(
+        Button::Saldi,
+        {.module = Module,
+         .procedure = "ImportInventarioLantek24",
+         .announcement = "Inizio importazione saldi di magazzino",
+         .log = LogStart::Behind,
+         .completion = "Saldi di magazzino importati correttamente!"},
+        {{.step = "Saldi di magazzino",
+          .source = {.table = Inventory,
+                     .key = "PrdRef",
+                     .order = "WrhRef, PrdRef",
+                     .where = "J1.DIS_PClass = " + SheetClass + " AND J1.DIS_IsRemnant = 0 AND T.StockQ <> 0",
+                     .naming = "WrhRef, PrdRef",
+                     .joins = {{.table = Products,
+                                .on = {{"PrdRef"}},
+                                .columns = {"DIS_Length", "DIS_Width"},
+                                .isOptional = false}}},
+          .needs = needs,
+          .empties = StockEmptying(),
+          .make = ImportingStock(ImportSaldo)}});
 }
 
-void ImportInventarioLantek24(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportInventarioLantek24", singleCode);
-    run.Guard([&] {
-        run.AnnounceAppending("Inizio importazione saldi di magazzino");
-        run.Preflight(InventarioNeeds());
-        Empty(run, reset, StockEmptying());
-        StockWriter writer(run);
-        const QString from =
-            Inventory + " I\rJOIN " + Products + " P ON P.PrdRef = I.PrdRef\rWHERE P.DIS_PClass = " + SheetClass +
-            " AND P.DIS_IsRemnant = 0 AND I.StockQ <> 0" + run.OnlyCode("\rAND", "I.PrdRef", singleCode);
-        const bool toTheEnd =
-            run.Rows({"Saldi di magazzino", Inventory, "WrhRef, PrdRef", "SELECT COUNT(*) FROM " + from,
-                      "SELECT I.*, P.DIS_Length, P.DIS_Width FROM " + from + "\rORDER BY I.WrhRef, I.PrdRef"},
-                     [&](const SourceRow& row) { return ImportSaldo(run, writer, row); });
-        if (toTheEnd) {
-            writer.TellRowsLeft();
-        }
-        run.Complete("Saldi di magazzino importati correttamente!");
-    });
-}
-
-const Needs& RitagliNeeds() {
-    static const Needs needs = [] {
-        Needs all{{},
-                  {{Products,
-                    {"PrdRef", "DIS_PClass", "DIS_IsRemnant", "DIS_CamQuan", "DIS_ShtRefOrg", "DIS_MatRef",
-                     "DIS_Thickness", "DIS_Length", "DIS_Width", "Weight", "DIS_ScrpPrice"}}},
-                  SheetFormatNeeds()};
-        for (const auto& more : {SheetStockNeeds(), ImageNeeds()}) {
-            all.writes.insert(all.writes.end(), more.begin(), more.end());
-        }
-        return all;
-    }();
-    return needs;
-}
-
-/// The remnants that an import wrote, with their stock.
-Emptying RitagliEmptying() { return DeletedImports("ART_FMT", "LMSFR > ''") + DeletedImports("MOV_MAR", "MRSFR > ''"); }
-
-void ImportRitagliLantek24(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportRitagliLantek24", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione ritagli");
-        run.Preflight(RitagliNeeds());
-        Empty(run, reset, RitagliEmptying());
-        StockWriter stock(run);
-        const QString from = Products +
-                             "\rWHERE DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0" +
-                             run.OnlyCode("\rAND", "PrdRef", singleCode);
-        const bool toTheEnd = run.Rows({"Ritagli", Products, "PrdRef", "SELECT COUNT(*) FROM " + from,
-                                        "SELECT * FROM " + from + "\rORDER BY PrdRef"},
-                                       [&](const SourceRow& row) { return ImportRitaglio(run, stock, row); });
-        if (toTheEnd) {
-            stock.TellRowsLeft();
-        }
-        run.Complete("Ritagli importati correttamente!");
-    });
+/// A reset deletes the remnants that an import wrote, with their stock.
+Procedure RitagliProcedure() {
+    const TableNeed reads{
+        Products,
+        {"DIS_ShtRefOrg", "DIS_MatRef", "DIS_Thickness", "DIS_Length", "DIS_Width", "Weight", "DIS_ScrpPrice"}};
+    return ProcedureOf(
+        Button::Disegni,
+        {.module = Module,
+         .procedure = "ImportRitagliLantek24",
+         .announcement = "Inizio importazione ritagli",
+         .completion = "Ritagli importati correttamente!"},
+        {{.step = "Ritagli",
+          .source = {.table = Products,
+                     .key = "PrdRef",
+                     .order = "PrdRef",
+                     .where = "DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0"},
+          .needs = {{}, {reads}, SheetFormatNeeds() + SheetStockNeeds() + ImageNeeds()},
+          .empties = DeletedImports("ART_FMT", "LMSFR > ''") + DeletedImports("MOV_MAR", "MRSFR > ''"),
+          .make = ImportingStock(ImportRitaglio)}});
 }
 
 } // namespace modImport_Lantek24
