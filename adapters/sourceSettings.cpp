@@ -188,10 +188,13 @@ Prepare AccessFileInFolder(const QString& fileName) {
     };
 }
 
-Prepare Workbook() {
+Prepare OpenFileExcel(const std::vector<sources::SheetTable>& sheets) {
     return ChosenFile("File Excel da importare", "File di Excel (*.xls)|*.xls|Tutti i file (*.*)|*.*",
-                      [](ovConnection& source, const QString& file) {
+                      [sheets](ovConnection& source, const QString& file) {
                           source.ConnectionString = "Driver={Microsoft Excel Driver (*.xls, *.xlsx)};DBQ=" + file;
+                          source.OpenFiles = [file, sheets](const ConnectionSettings& settings) {
+                              return sources::OpenWorkbookFile(file, settings, sheets);
+                          };
                       });
 }
 

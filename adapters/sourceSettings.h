@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/run/Origin.h"
+#include "sources/workbookFile.h"
 
 /// How the sources of the origins open: each function makes the preparation of one kind of source, for the entry of an
 /// origin. The settings are those of section IMPORT; a missing one is written with the default given here, as reading
@@ -50,8 +51,10 @@ Prepare FoxProFolder();
 Prepare ChosenAccessFile(const QString& defaultDatabase);
 /// The Access file of that name in the folder of the setting Databasename.
 Prepare AccessFileInFolder(const QString& fileName);
-/// An Excel workbook that the operator chooses.
-Prepare Workbook();
+/// A workbook of Excel that the operator chooses; it is read, whatever program has it open, and never written.
+/// @param sheets tables that are read otherwise than a sheet under its own name with its first row as header; the first
+/// sheet is "#1"
+Prepare OpenFileExcel(const std::vector<sources::SheetTable>& sheets = {});
 /// A text file that the operator chooses, in columns divided by ";" or of fixed width.
 /// @param title,filter of the file dialog
 Prepare TextFile(const QString& title, const QString& filter);

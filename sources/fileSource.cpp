@@ -3,6 +3,7 @@
 #include "sources/accessFile.h"
 #include "sources/foxProFolder.h"
 #include "sources/textFolder.h"
+#include "sources/workbookFile.h"
 #include "sql/connectionParts.h"
 
 #include <QFileInfo>
@@ -22,6 +23,9 @@ public:
                (NamesJet() && HasProperty(u"dBase"));
     }
     bool NamesText() const { return NamesDriver(u"Text Driver") || (NamesJet() && HasProperty(u"text")); }
+    bool NamesWorkbook() const {
+        return NamesDriver(u"Excel Driver") || (NamesJet() && HasProperty(u"Excel")) || IsWorkbook(Path());
+    }
     bool NamesAccess() const {
         const bool isOther = NamesJet() && !Value("extended properties").isEmpty();
         return NamesDriver(u"Access Driver") || (NamesJet() && !isOther) || (!isOther && IsAccessFile(Path()));
@@ -36,6 +40,11 @@ public:
         return path.replace(u'\\', u'/');
     }
 
+    static bool IsWorkbook(const QString& path) {
+        static const QStringList endings{".xls", ".xlsx", ".xlsm"};
+        return std::any_of(endings.begin(), endings.end(),
+                           [&path](const QString& ending) { return path.endsWith(ending, Qt::CaseInsensitive); });
+    }
     static bool IsAccessFile(const QString& path) {
         return path.endsWith(u".mdb", Qt::CaseInsensitive) || path.endsWith(u".accdb", Qt::CaseInsensitive);
     }
@@ -73,6 +82,9 @@ std::unique_ptr<Engine> OpenFileSource(const ConnectionSettings& settings) {
     }
     if (files.NamesFoxPro()) {
         return OpenFoxProFolder(FoxProFolder(files.Path()), settings);
+    }
+    if (files.NamesWorkbook()) {
+        return OpenWorkbookFile(files.Path(), settings);
     }
     if (files.NamesAccess()) {
         return OpenAccessFile(files.Path(), settings);

@@ -1,5 +1,6 @@
 #include "sources/fileTables.h"
 
+#include "sources/unreadable.h"
 #include "sql/errors.h"
 
 #include <algorithm>
@@ -25,6 +26,26 @@ bool Names(const QString& statement, const QString& table) {
     return false;
 }
 
+/// The rows of a query, some of whose values the file does not give.
+class CheckedCursor final : public Cursor {
+public:
+    explicit CheckedCursor(std::unique_ptr<Cursor> cursor)
+        : m_cursor(std::move(cursor)) {}
+    bool Next() override { return m_cursor->Next(); }
+    const QStringList& Columns() const override { return m_cursor->Columns(); }
+    int IndexOf(const QString& name) const override { return m_cursor->IndexOf(name); }
+    QVariant Value(int column) const override {
+        QVariant value = m_cursor->Value(column);
+        if (const auto reason = ReasonOfUnreadable(value)) {
+            throw ImportError(*reason);
+        }
+        return value;
+    }
+
+private:
+    std::unique_ptr<Cursor> m_cursor;
+};
+
 /// The private database of a file source, which grows by the tables that are asked for.
 class FileTablesEngine final : public Engine {
 public:
@@ -44,7 +65,8 @@ public:
     }
     std::unique_ptr<Cursor> Query(const QString& statement) override {
         LoadNamed(statement);
-        return m_database.Reader().Query(statement);
+        auto cursor = m_database.Reader().Query(statement);
+        return m_database.HoldsUnreadable() ? std::make_unique<CheckedCursor>(std::move(cursor)) : std::move(cursor);
     }
     void Begin() override { m_database.Reader().Begin(); }
     void Commit() override { m_database.Reader().Commit(); }
@@ -52,7 +74,10 @@ public:
     bool TransactionStands(bool afterFailure) override { return m_database.Reader().TransactionStands(afterFailure); }
     void SetMark() override { m_database.Reader().SetMark(); }
     void RollBackToMark() override { m_database.Reader().RollBackToMark(); }
-    void Interrupt() noexcept override { m_database.Reader().Interrupt(); }
+    void Interrupt() noexcept override {
+        m_database.InterruptLoad();
+        m_database.Reader().Interrupt();
+    }
     qint64 LastInsertId() override { return m_database.Reader().LastInsertId(); }
     QStringList Tables() override { return m_names; }
     QVector<ColumnInfo> Columns(const QString& table) override {
@@ -109,7 +134,7 @@ private:
     /// A table whose file has failed stays pending with its error: half of it is never read.
     void Load(FileTable& table) {
         try {
-            m_database.Load([&] { table.load(m_database); });
+            m_database.Load(table.name, [&] { table.load(m_database); });
         } catch (const ImportError& error) {
             table.load = [error](PrivateDatabase&) { throw error; };
             throw;

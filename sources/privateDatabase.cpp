@@ -1,5 +1,6 @@
 #include "sources/privateDatabase.h"
 
+#include "sources/unreadable.h"
 #include "sql/errors.h"
 
 #include <sqlite3.h>
@@ -20,6 +21,9 @@ QString Definition(const ColumnInfo& column) {
 /// The first parameter is the row number.
 constexpr int FirstParameter = 2;
 
+/// What SQLite takes, without the row number.
+constexpr qsizetype MostColumns = 1999;
+
 } // namespace
 
 PrivateDatabase::PrivateDatabase() {
@@ -35,12 +39,15 @@ PrivateDatabase::PrivateDatabase() {
     Run(QStringLiteral("PRAGMA cache_size = -8192"));
 }
 
-void PrivateDatabase::Load(const std::function<void()>& load) {
+void PrivateDatabase::Load(const QString& table, const std::function<void()>& load) {
+    m_isInterrupted = false;
     Run(QStringLiteral("SAVEPOINT load"));
     try {
         load();
     } catch (...) {
-        // Without a journal nothing can be taken back; what was loaded is never asked for.
+        // Without a journal nothing can be taken back: what was loaded is thrown away.
+        const QByteArray drop = QStringLiteral("DROP TABLE IF EXISTS %1").arg(Quoted(table)).toUtf8();
+        sqlite3_exec(m_database, drop.constData(), nullptr, nullptr, nullptr);
         sqlite3_exec(m_database, "RELEASE load", nullptr, nullptr, nullptr);
         throw;
     }
@@ -71,20 +78,64 @@ void PrivateDatabase::Fail() const {
 
 void PrivateTable::Finalize::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
 
-PrivateTable::PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns)
-    : m_database(database) {
-    QStringList definitions{Quoted(RecordNumberColumn) + QStringLiteral(" INTEGER PRIMARY KEY")};
-    QStringList parameters{QStringLiteral("?")};
-    for (const ColumnInfo& column : columns) {
-        definitions.append(Definition(column));
-        parameters.append(QStringLiteral("?"));
+PrivateTable::PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns,
+                           const QString& numberColumn)
+    : m_database(database),
+      m_name(name),
+      m_numberColumn(numberColumn),
+      m_columns(columns) {
+    if (columns.size() > MostColumns) {
+        throw ImportError(QStringLiteral("ha %1 colonne, se ne leggono al massimo %2: togliere quelle che non servono")
+                              .arg(columns.size())
+                              .arg(MostColumns));
     }
-    database.Run(QStringLiteral("CREATE TABLE %1 (%2)").arg(Quoted(name), definitions.join(u',')));
-    const QByteArray insert =
-        QStringLiteral("INSERT INTO %1 VALUES (%2)").arg(Quoted(name), parameters.join(u',')).toUtf8();
+    database.Run(Statement());
+    PrepareInsert();
+}
+
+/// The statement that makes the table.
+QString PrivateTable::Statement() const {
+    QStringList definitions{Quoted(m_numberColumn) + QStringLiteral(" INTEGER PRIMARY KEY")};
+    for (const ColumnInfo& column : m_columns) {
+        definitions.append(Definition(column));
+    }
+    return QStringLiteral("CREATE TABLE %1 (%2)").arg(Quoted(m_name), definitions.join(u','));
+}
+
+void PrivateTable::PrepareInsert() {
+    const QString parameters = QStringLiteral(",?").repeated(m_columns.size());
+    const QByteArray insert = QStringLiteral("INSERT INTO %1 VALUES (?%2)").arg(Quoted(m_name), parameters).toUtf8();
     sqlite3_stmt* handle = nullptr;
-    Check(sqlite3_prepare_v2(database.m_database, insert.constData(), -1, &handle, nullptr));
+    Check(sqlite3_prepare_v2(m_database.m_database, insert.constData(), -1, &handle, nullptr));
     m_insert.reset(handle);
+}
+
+void PrivateTable::AddColumn(const ColumnInfo& column) {
+    if (m_columns.size() >= MostColumns) {
+        throw ImportError(QStringLiteral("ha più di %1 colonne: togliere quelle che non servono").arg(MostColumns));
+    }
+    m_insert.reset();
+    m_database.Run(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2").arg(Quoted(m_name), Definition(column)));
+    m_columns.append(column);
+    PrepareInsert();
+}
+
+void PrivateTable::Retype(const QVector<ColumnInfo>& columns) {
+    m_insert.reset();
+    m_columns = columns;
+    const auto literal = [](QString text) -> QString {
+        return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\'';
+    };
+    m_database.Run(QStringLiteral("PRAGMA writable_schema = ON"));
+    m_database.Run(QStringLiteral("UPDATE sqlite_schema SET sql = %1 WHERE type = 'table' AND name = %2")
+                       .arg(literal(Statement()), literal(m_name)));
+    m_database.Run(QStringLiteral("PRAGMA writable_schema = RESET"));
+}
+
+void PrivateTable::NumbersToTexts(int column) {
+    const QString name = Quoted(m_columns.at(column).name);
+    m_database.Run(QStringLiteral("UPDATE %1 SET %2 = CAST(%2 AS TEXT) WHERE typeof(%2) IN ('integer', 'real')")
+                       .arg(Quoted(m_name), name));
 }
 
 void PrivateTable::SetText(int column, QByteArrayView utf8) {
@@ -105,7 +156,15 @@ void PrivateTable::SetBytes(int column, QByteArrayView bytes) {
                               static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT));
 }
 
+void PrivateTable::SetUnreadable(int column, const QString& reason) {
+    m_database.m_holdsUnreadable = true;
+    SetBytes(column, UnreadableValue(reason));
+}
+
 void PrivateTable::AddRow(qint64 number) {
+    if (m_database.m_isInterrupted) {
+        throw SqlError(QString(), QStringLiteral("lettura interrotta"), QStringLiteral("SQLITE_INTERRUPT"));
+    }
     Check(sqlite3_bind_int64(m_insert.get(), 1, number));
     if (sqlite3_step(m_insert.get()) != SQLITE_DONE) {
         m_database.Fail();

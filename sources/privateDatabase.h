@@ -4,6 +4,7 @@
 
 #include <QByteArrayView>
 
+#include <atomic>
 #include <functional>
 
 struct sqlite3;
@@ -12,8 +13,9 @@ struct sqlite3_stmt;
 namespace sources {
 
 /// The number of a row in its file, from 1: first column of every table read from a file, so that an error can name
-/// the row.
+/// the row. Sheets and text files count their rows and lines, the others their records.
 inline const QString RecordNumberColumn = QStringLiteral("_RECNO");
+inline const QString RowNumberColumn = QStringLiteral("_RIGA");
 
 /// A temporary SQLite database that a file source is loaded into. Nothing of it remains when its engine is closed,
 /// whatever way the program ends.
@@ -24,8 +26,12 @@ public:
 
     /// The engine that reads the database, and that closes it: nothing can be loaded once it is gone.
     Engine& Reader() { return *m_reader; }
-    /// Runs a load as one unit of work; queries may be under way meanwhile.
-    void Load(const std::function<void()>& load);
+    /// Runs a load of a table as one unit of work; queries may be under way meanwhile. One that fails leaves no table.
+    void Load(const QString& table, const std::function<void()>& load);
+    /// Ends the load that is under way with `SqlError`; safe from another thread.
+    void InterruptLoad() noexcept { m_isInterrupted = true; }
+    /// Whether a table holds values that cannot be read.
+    bool HoldsUnreadable() const { return m_holdsUnreadable; }
     /// Lets later queries find rows by a column fast.
     void AddIndex(const QString& table, const QString& column);
 
@@ -37,6 +43,8 @@ private:
 
     sqlite3* m_database = nullptr;
     std::unique_ptr<Engine> m_reader;
+    std::atomic<bool> m_isInterrupted = false;
+    bool m_holdsUnreadable = false;
 };
 
 /// Makes one table of a private database and fills it row by row.
@@ -45,24 +53,42 @@ private:
 /// with a literal of the same form. A text that is no such value is kept as it is.
 class PrivateTable {
 public:
-    /// @param columns without the record number, which comes first by itself; texts compare without case
-    PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns);
+    /// @param columns without the number of the row, which comes first by itself; texts compare without case
+    /// @param numberColumn what that one is called
+    PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns,
+                 const QString& numberColumn = RecordNumberColumn);
 
     // The values of the row under way, by column (from 0); a column that is not set is Null.
     void SetText(int column, QByteArrayView utf8);
     void SetInteger(int column, qint64 value);
     void SetReal(int column, double value);
     void SetBytes(int column, QByteArrayView bytes);
+    /// @param reason what is raised when the value is asked for, with file, row and column
+    void SetUnreadable(int column, const QString& reason);
     /// Adds the row and starts an empty one. @param number the row's number in its file, from 1
     void AddRow(qint64 number);
+
+    // What is known of a column only when its values are.
+    const QVector<ColumnInfo>& Columns() const { return m_columns; }
+    /// Adds a column to the table; between two rows.
+    void AddColumn(const ColumnInfo& column);
+    /// Gives the columns other types, by which their values are not changed; after the last row.
+    void Retype(const QVector<ColumnInfo>& columns);
+    /// Turns the numbers in a column into their texts; after the last row.
+    void NumbersToTexts(int column);
 
 private:
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const noexcept;
     };
     void Check(int code) const;
+    QString Statement() const;
+    void PrepareInsert();
 
     PrivateDatabase& m_database;
+    QString m_name;
+    QString m_numberColumn;
+    QVector<ColumnInfo> m_columns;
     std::unique_ptr<sqlite3_stmt, Finalize> m_insert;
 };
 

@@ -201,8 +201,6 @@ private slots:
         ::Row("data source", "", "%1\\DATI.MDB", "", true);
         ::Row("database", "", "", "%1/dati.mdb", true);
         ::Row("database of a server", "", "", "FACTORY", false);
-        ::Row("Jet over a workbook",
-              "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=%1/a.xls;Extended Properties=\"Excel 8.0\"", "", "", false);
         ::Row("DSN", "", "FACTORY", "", false);
     }
     void ReadsConnectionSettings() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sql/errors.h"
 #include "sql/Recordset.h"
 
 namespace contract {
@@ -17,13 +18,18 @@ public:
         m_shown = Recordset(std::move(cursor), source.Query());
     }
 
-    /// The values of the row that a recordset of the same columns stands on. Raises `SqlError`.
+    /// The values of the row that a recordset of the same columns stands on; one that its source cannot read is kept as
+    /// the error, which is raised when it is asked for. Raises `SqlError`.
     Row Take(const Recordset& source) const {
         Row row;
         const int count = static_cast<int>(m_cursor->Columns().size());
         row.reserve(count);
         for (int column = 0; column < count; ++column) {
-            row.append(source.Fields(column).Value());
+            try {
+                row.append(source.Fields(column).Value());
+            } catch (const ImportError& error) {
+                row.append(QVariant::fromValue(error));
+            }
         }
         return row;
     }
@@ -39,7 +45,13 @@ private:
             : columns(std::move(names)) {}
         bool Next() override { return true; }
         const QStringList& Columns() const override { return columns; }
-        QVariant Value(int column) const override { return row->at(column); }
+        QVariant Value(int column) const override {
+            const QVariant& value = row->at(column);
+            if (value.metaType() == QMetaType::fromType<ImportError>()) {
+                throw ImportError(*static_cast<const ImportError*>(value.constData()));
+            }
+            return value;
+        }
 
         QStringList columns;
         const Row* row = nullptr;

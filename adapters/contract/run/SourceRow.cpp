@@ -6,14 +6,28 @@ namespace contract {
 
 QString SourceRow::Text(const QString& column) const { return mod_ovTools::ToText(Value(column)).trimmed(); }
 
+namespace {
+
+/// The text of a column that a row is named by; of one that cannot be read it says so.
+QString NamingText(const SourceRow& row, const QString& column) {
+    try {
+        return row.Text(column);
+    } catch (const ImportError&) {
+        return QStringLiteral("(non leggibile)");
+    }
+}
+
+} // namespace
+
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn) {
     QString name = QStringLiteral("tabella '%1'").arg(table);
-    static const QString recordNumber = QStringLiteral("_RECNO");
-    if (row.HasColumn(recordNumber)) {
-        name += QStringLiteral(", riga ") + row.Text(recordNumber);
+    for (const char* number : {"_RECNO", "_RIGA"}) { // what files number their rows by
+        if (row.HasColumn(QLatin1String(number))) {
+            name += QStringLiteral(", riga ") + row.Text(QLatin1String(number));
+        }
     }
     for (const QString& column : keyColumn.split(QStringLiteral(", "))) {
-        name += QStringLiteral(", %1 '%2'").arg(column, row.Text(column));
+        name += QStringLiteral(", %1 '%2'").arg(column, NamingText(row, column));
     }
     return name;
 }
@@ -21,7 +35,7 @@ QString NameOf(const SourceRow& row, const QString& table, const QString& keyCol
 QString GroupText(const SourceRow& row, const QStringList& columns) {
     QStringList values;
     for (const QString& column : columns) {
-        values.append(row.Text(column));
+        values.append(NamingText(row, column));
     }
     return values.join(QChar(u'\x1f'));
 }

@@ -1,0 +1,210 @@
+#include "sources/workbook/SheetLoader.h"
+
+#include "sql/errors.h"
+
+#include <cmath>
+
+namespace sources {
+
+namespace {
+
+bool IsWhole(double number) {
+    constexpr double exact = 9007199254740992; // 2^53
+    return std::abs(number) < exact && number == std::floor(number);
+}
+
+/// "20240305", as dates are kept: among dates such a text would be taken for one.
+bool LooksLikeDate(QByteArrayView text) {
+    constexpr qsizetype size = 8;
+    return text.size() >= size &&
+           std::all_of(text.begin(), text.begin() + size, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// The text of a cell of the header.
+QString HeaderText(const SheetCell& cell) {
+    if (cell.kind != SheetCell::Kind::Number) {
+        return QString::fromUtf8(cell.text).simplified();
+    }
+    const auto padded = cell.format != nullptr ? cell.format->Padded(cell.number) : std::nullopt;
+    return padded ? QString::fromUtf8(*padded) : QString::number(cell.number, 'g', 15);
+}
+
+} // namespace
+
+QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& reader) {
+    const qint64 first = m_table.firstRow > 0 ? m_table.firstRow : m_table.headerRow + 1;
+    SheetRow row;
+    while (reader.Next(row)) {
+        if (row.number == m_table.headerRow) {
+            Open(database, HeaderNames(row));
+        } else if (row.number >= first) {
+            if (m_target == nullptr) {
+                Open(database, {});
+            }
+            AddRow(row);
+        }
+    }
+    if (m_target == nullptr) {
+        Open(database, {});
+    }
+    ChooseTypes();
+    NoteMerged(reader.Merged());
+    m_oddities.Tell();
+    return m_target->Columns();
+}
+
+QStringList SheetLoader::HeaderNames(const SheetRow& row) {
+    QStringList names;
+    QStringList places;
+    for (const SheetCell& cell : row.cells) {
+        while (names.size() < cell.column) {
+            names.append(QString());
+        }
+        names.append(HeaderText(cell));
+    }
+    for (int column = 0; column < names.size(); ++column) {
+        places.append(ColumnLetters(column));
+    }
+    return DistinctNames(names, places, m_oddities);
+}
+
+void SheetLoader::Open(PrivateDatabase& database, const QStringList& names) {
+    if (m_table.headerRow > 0 && names.isEmpty()) {
+        throw ImportError(
+            QStringLiteral("la riga %1, che deve avere i nomi delle colonne, è vuota").arg(m_table.headerRow));
+    }
+    QVector<ColumnInfo> columns;
+    for (int column = 0; column < std::max<qsizetype>(names.size(), m_table.columns); ++column) {
+        columns.append({names.value(column, ColumnLetters(column)), QStringLiteral("BLOB")});
+    }
+    m_target = std::make_unique<PrivateTable>(database, m_table.table, columns, RowNumberColumn);
+    m_seen.resize(static_cast<size_t>(columns.size()));
+}
+
+void SheetLoader::AddRow(const SheetRow& row) {
+    const int last = std::max_element(row.cells.begin(), row.cells.end(), [](const auto& left, const auto& right) {
+                         return left.column < right.column;
+                     })->column;
+    while (m_target->Columns().size() <= last) {
+        m_target->AddColumn({ColumnLetters(static_cast<int>(m_target->Columns().size())), QStringLiteral("BLOB")});
+        m_seen.emplace_back();
+    }
+    for (const SheetCell& cell : row.cells) {
+        switch (cell.kind) {
+        case SheetCell::Kind::Text:
+            AddText(row, cell.column, cell.text);
+            break;
+        case SheetCell::Kind::Number:
+            AddNumber(row, cell);
+            break;
+        case SheetCell::Kind::Boolean:
+            m_target->SetInteger(cell.column, cell.number != 0 ? 1 : 0);
+            ++m_seen[static_cast<size_t>(cell.column)].bits;
+            break;
+        case SheetCell::Kind::Date:
+            AddDate(cell.column, cell.text);
+            break;
+        case SheetCell::Kind::Error:
+            AddUnreadable(row, cell.column,
+                          QStringLiteral("la cella contiene l'errore %1").arg(QString::fromUtf8(cell.text)));
+            break;
+        case SheetCell::Kind::NoValue:
+            AddUnreadable(
+                row, cell.column,
+                QStringLiteral("il file non contiene il risultato della formula: aprirlo con Excel e salvarlo"));
+            break;
+        case SheetCell::Kind::Unreadable:
+            AddUnreadable(row, cell.column, QString::fromUtf8(cell.text));
+            break;
+        }
+    }
+    if (row.isHidden) {
+        m_oddities.Add(QStringLiteral("RIGA NASCOSTA"), QString(), row.number,
+                       QStringLiteral("il foglio non la mostra; si legge come le altre"));
+    }
+    m_target->AddRow(row.number);
+}
+
+void SheetLoader::AddText(const SheetRow& row, int column, const QByteArray& text) {
+    Seen& seen = m_seen[static_cast<size_t>(column)];
+    ++seen.texts;
+    seen.textsLikeDates += LooksLikeDate(text) ? 1 : 0;
+    m_untold.Look(text, row.number, NameOf(column));
+    m_target->SetText(column, text);
+}
+
+void SheetLoader::AddDate(int column, const QByteArray& text) {
+    Seen& seen = m_seen[static_cast<size_t>(column)];
+    ++seen.dates;
+    seen.hasTimes = seen.hasTimes || text.contains(' ');
+    m_target->SetText(column, text);
+}
+
+void SheetLoader::AddNumber(const SheetRow& row, const SheetCell& cell) {
+    const auto kind = cell.format != nullptr ? cell.format->GetKind() : CellFormat::Kind::Number;
+    if (kind == CellFormat::Kind::Date || kind == CellFormat::Kind::Time) {
+        const auto date = DateOfSerial(cell.number, kind, m_since1904);
+        if (!date) {
+            AddUnreadable(row, cell.column, QStringLiteral("%1 non è una data").arg(cell.number));
+        } else if (date->contains(':') && !date->contains(' ')) {
+            AddText(row, cell.column, *date);
+        } else if (!date->isEmpty()) {
+            AddDate(cell.column, *date);
+        }
+        return;
+    }
+    if (const auto padded = cell.format != nullptr ? cell.format->Padded(cell.number) : std::nullopt) {
+        AddText(row, cell.column, *padded);
+        return;
+    }
+    Seen& seen = m_seen[static_cast<size_t>(cell.column)];
+    if (IsWhole(cell.number)) {
+        ++seen.wholes;
+        m_target->SetInteger(cell.column, static_cast<qint64>(cell.number));
+    } else {
+        ++seen.fractions;
+        m_target->SetReal(cell.column, cell.number);
+    }
+}
+
+void SheetLoader::AddUnreadable(const SheetRow& row, int column, const QString& why) {
+    m_oddities.Add(UnreadableKind, NameOf(column), row.number, why);
+    m_target->SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
+                                        .arg(m_oddities.Place(), QString::number(row.number), NameOf(column), why));
+}
+
+void SheetLoader::ChooseTypes() {
+    QVector<ColumnInfo> columns = m_target->Columns();
+    for (int column = 0; column < columns.size(); ++column) {
+        const Seen& seen = m_seen[static_cast<size_t>(column)];
+        QString& type = columns[column].type;
+        if (seen.IsOfDates()) {
+            type = seen.hasTimes ? QStringLiteral("DATETIME TEXT") : QStringLiteral("DATE TEXT");
+        } else if (seen.texts + seen.dates == 0 && seen.Numbers() > 0) {
+            type = seen.bits == seen.Numbers() ? QStringLiteral("BIT") : QStringLiteral("NUMERIC");
+        } else if (seen.IsOfCodes() || seen.Numbers() == 0) {
+            type = QStringLiteral("TEXT");
+        }
+        if (seen.Numbers() > 0 && seen.IsOfCodes()) {
+            m_target->NumbersToTexts(column);
+        }
+        if (seen.dates > 0 && seen.Numbers() > 0) {
+            m_oddities.Add(
+                QStringLiteral("COLONNA MISTA"), columns.at(column).name, 0,
+                QStringLiteral("%1 celle sono date, %2 sono numeri senza il formato di una data: questi non si "
+                               "leggono come date")
+                    .arg(seen.dates)
+                    .arg(seen.Numbers()));
+        }
+    }
+    m_target->Retype(columns);
+}
+
+void SheetLoader::NoteMerged(const QStringList& ranges) {
+    for (const QString& range : ranges) {
+        m_oddities.Add(QStringLiteral("CELLE UNITE"), QString(), 0,
+                       QStringLiteral("%1: il valore è quello della prima cella, le altre sono vuote").arg(range));
+    }
+}
+
+} // namespace sources

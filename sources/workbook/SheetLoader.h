@@ -1,0 +1,61 @@
+#pragma once
+
+#include "sources/Oddities.h"
+#include "sources/privateDatabase.h"
+#include "sources/UntoldPage.h"
+#include "sources/workbook/Workbook.h"
+#include "sources/workbookFile.h"
+
+namespace sources {
+
+/// Reads a sheet into a table of a private database. What kind of values a column has is known when they have been
+/// read.
+class SheetLoader {
+public:
+    /// @param place file and sheet, for messages
+    SheetLoader(const SheetTable& table, const QString& place, const Workbook& workbook,
+                const ConnectionSettings& settings)
+        : m_table(table),
+          m_since1904(workbook.Since1904()),
+          m_oddities(settings, place),
+          m_untold(settings, workbook.UntoldPage().isEmpty(), place, workbook.UntoldPage()) {}
+
+    /// Raises `ImportError`, without the names of file and sheet. @return the columns of the table
+    QVector<ColumnInfo> Load(PrivateDatabase& database, SheetReader& reader);
+
+private:
+    /// What a column has been seen to hold.
+    struct Seen {
+        qint64 texts = 0;
+        qint64 textsLikeDates = 0;
+        qint64 bits = 0;
+        qint64 wholes = 0;
+        qint64 fractions = 0;
+        qint64 dates = 0;
+        bool hasTimes = false;
+
+        qint64 Numbers() const { return bits + wholes + fractions; }
+        bool IsOfDates() const { return dates > 0 && Numbers() == 0 && textsLikeDates == 0; }
+        bool IsOfCodes() const { return texts + dates > 0 && fractions == 0; }
+    };
+
+    QStringList HeaderNames(const SheetRow& row);
+    void Open(PrivateDatabase& database, const QStringList& names);
+    void AddRow(const SheetRow& row);
+    void AddNumber(const SheetRow& row, const SheetCell& cell);
+    void AddText(const SheetRow& row, int column, const QByteArray& text);
+    void AddDate(int column, const QByteArray& text);
+    void AddUnreadable(const SheetRow& row, int column, const QString& why);
+    void ChooseTypes();
+    void NoteMerged(const QStringList& ranges);
+    QString NameOf(int column) const { return m_target->Columns().at(column).name; }
+
+    const SheetTable& m_table;
+    bool m_since1904;
+    Oddities m_oddities;
+    UntoldPage m_untold;
+    std::unique_ptr<PrivateTable> m_target;
+    std::vector<Seen> m_seen;
+};
+
+} // namespace sources

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "sql/engine.h"
+
+#include <vector>
+
+namespace sources {
+
+/// How a sheet of a workbook is read as a table.
+struct SheetTable {
+    QString table;        ///< name that queries ask for
+    QString sheet = "#1"; ///< name of the sheet, or "#" and its place among the worksheets, from 1
+    int headerRow = 1;    ///< row with the names of the columns; 0: they are called A, B, ...
+    int firstRow = 0;     ///< first row that is read; 0: the one behind the header
+    int columns = 0;      ///< columns that the table has at least, whatever is in them
+};
+
+/// Opens a workbook of Excel (`OpenWorkbook`): each sheet is a table of a private database under its own name and under
+/// "#1", "#2", ..., with its first row as header; `sheets` says which are read otherwise. A sheet is read when it is
+/// first asked for; first column is the number of the row (`RowNumberColumn`), and a row without any value is none.
+///
+/// A number is a number; shown with leading zeros ("00000") it is the text that is shown. Texts keep their blanks. A
+/// date comes as one, a boolean as a bit, a formula as the value that it had when the file was saved. A column of whole
+/// numbers and texts is one of texts. Hidden rows are read as any other, merged cells have their value in the first one
+/// alone: both are noted. A cell with an error, a formula without a value or a date that is none cannot be read: that
+/// is noted, and asking for its value raises `ImportError` with file, sheet, row and column.
+/// @param path its name in any case
+/// @param settings its `tables`, `lookupColumns` and `codePage` (for Excel 5.0 and 95) are used
+/// Raises `ImportError` naming the file; reading a table raises it with the sheet: one that is not there, without its
+/// header, damaged.
+std::unique_ptr<Engine> OpenWorkbookFile(const QString& path, const ConnectionSettings& settings,
+                                         const std::vector<SheetTable>& sheets = {});
+
+} // namespace sources
