@@ -277,6 +277,25 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
     return inspection;
 }
 
+QString LayoutTrouble(Session& session, const contract::Origin& origin) {
+    if (const QString trouble = TakeLayout(session, origin); !trouble.isEmpty() || session.Layout == nullptr) {
+        return trouble;
+    }
+    ovConnection& source = session.SourceConnection();
+    try {
+        for (const Table& table : ReadTables(origin)) {
+            QStringList columns;
+            for (const ColumnInfo& column : source.GetColumns(table.name)) {
+                columns.append(column.name);
+            }
+            session.Layout->Check(source, table.name, columns);
+        }
+    } catch (const Error& error) {
+        return error.Message();
+    }
+    return {};
+}
+
 bool IsComplete(const Inspection& inspection) {
     return inspection.layoutTrouble.isEmpty() &&
            std::all_of(inspection.tables.begin(), inspection.tables.end(), [](const Table& table) {

@@ -77,6 +77,10 @@ bool OpenToLook(Session& session, const contract::Origin& origin);
 /// cannot be asked at all.
 Inspection Inspect(Session& session, const contract::Origin& origin);
 
+/// What is wrong with the layout file of an origin as it is now, for the source that is open: what an import would stop
+/// at; empty when it counts, or there is none.
+QString LayoutTrouble(Session& session, const contract::Origin& origin);
+
 /// Whether nothing is missing that is necessary, and the layout file, if there is one, counts.
 bool IsComplete(const Inspection& inspection);
 

@@ -1,7 +1,8 @@
 #include "app/inspect_draft.h"
 
-#include "sources/layout/LayoutEdit.h"
 #include "sources/layout/LayoutFile.h"
+
+#include <QFileInfo>
 
 namespace inspection {
 
@@ -55,15 +56,34 @@ void WriteDraft(const Inspection& inspection) {
     sources::WriteLayoutFile(inspection.layoutFile, Draft(inspection, LayoutFile::TextOf(inspection.layoutFile)));
 }
 
-void TakeNames(const Inspection& inspection, const QMap<QString, QString>& names) {
-    LayoutEdit edit(LayoutFile::TextOf(inspection.layoutFile));
-    for (const auto& [key, name] : names.asKeyValueRange()) {
-        const bool isTable = std::any_of(inspection.tables.begin(), inspection.tables.end(),
-                                         [&key](const Table& table) { return table.name == key; });
-        edit.Set(isTable ? LayoutFile::Tables : LayoutFile::Columns, key,
-                 name.isEmpty() ? name : LayoutEdit::Written(name));
+QString ChangeLayout(Session& session, const contract::Origin& origin, const std::function<void(LayoutEdit&)>& change) {
+    const QString path = LayoutPath(session, origin);
+    const bool wasThere = QFileInfo::exists(path);
+    const QString before = LayoutFile::TextOf(path);
+    LayoutEdit edit(before);
+    try {
+        change(edit);
+    } catch (const ImportError& error) {
+        return error.Message();
     }
-    sources::WriteLayoutFile(inspection.layoutFile, edit.Text());
+    sources::WriteLayoutFile(path, edit.Text());
+    const QString trouble = LayoutTrouble(session, origin);
+    if (!trouble.isEmpty() && wasThere) {
+        sources::WriteLayoutFile(path, before);
+    } else if (!trouble.isEmpty()) {
+        QFile::remove(path);
+    }
+    return trouble;
+}
+
+QString TakeNames(Session& session, const contract::Origin& origin, const QMap<QString, QString>& names) {
+    return ChangeLayout(session, origin, [&names](LayoutEdit& edit) {
+        for (const auto& [key, name] : names.asKeyValueRange()) {
+            const bool isColumn = key.contains(u'.');
+            edit.Set(isColumn ? LayoutFile::Columns : LayoutFile::Tables, key,
+                     name.isEmpty() ? name : LayoutEdit::Written(name));
+        }
+    });
 }
 
 QMap<QString, QString> ProposedNames(const Inspection& inspection) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/inspect.h"
+#include "sources/layout/LayoutEdit.h"
 
 namespace inspection {
 
@@ -11,9 +12,14 @@ QString Draft(const Inspection& inspection, const QString& text);
 /// Writes the draft into the layout file of what was looked at. Raises `ImportError`.
 void WriteDraft(const Inspection& inspection);
 
-/// Takes names for what is missing: writes them into the layout file, so that they count. @param names those of the
-/// source by table, and by "table.column"; an empty one says that the source does not have the column
-void TakeNames(const Inspection& inspection, const QMap<QString, QString>& names);
+/// Changes the layout file of the origin whose source is open. Where the file would then stop an import it is put back
+/// as it was, and what is wrong is returned; empty when all is well. Raises `ImportError` when it cannot be written.
+QString ChangeLayout(Session& session, const contract::Origin& origin,
+                     const std::function<void(sources::LayoutEdit&)>& change);
+
+/// The same with names for what is missing. @param names those of the source by table, and by "table.column"; an empty
+/// one says that the source does not have the column
+QString TakeNames(Session& session, const contract::Origin& origin, const QMap<QString, QString>& names);
 
 /// All that is proposed for what is missing: names of the source by table, and by "table.column".
 QMap<QString, QString> ProposedNames(const Inspection& inspection);

@@ -8,6 +8,7 @@
 #include "ui/ChoiceList.h"
 #include "ui/ConnectionBanner.h"
 #include "ui/ElidedLabel.h"
+#include "ui/frmImport_running.h"
 #include "ui/frmReset.h"
 #include "ui/frmSequence.h"
 #include "ui/ImportButtons.h"
@@ -33,27 +34,6 @@ constexpr int MostListed = 200; ///< reasons and codes that the account of a run
 const QSet<QChar> FixedMnemonics{u'z', u'o', u'n', u'r', u'q', u'e', u't', u'g', u'l', u'v', u'f'};
 
 } // namespace
-
-/// An operation under way, for its lifetime: no other one starts, and the window closes behind it when that was asked.
-class frmImport::Running {
-public:
-    explicit Running(frmImport& window)
-        : m_window(window) {
-        m_window.m_running = true;
-    }
-    ~Running() {
-        m_window.m_running = false;
-        m_window.m_log->Refresh();
-        if (m_window.m_closeAfter) {
-            QMetaObject::invokeMethod(&m_window, &QWidget::close, Qt::QueuedConnection);
-        }
-    }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-
-private:
-    frmImport& m_window;
-};
 
 frmImport::frmImport(Session& session, WindowOperator& person)
     : m_session(session),
@@ -203,6 +183,7 @@ void frmImport::ShowState() {
     m_imports->SetState(m_state, FixedMnemonics, registry::Find(cmbOrigine->currentText()));
     cmdSequence->setVisible(m_state.sequence);
     cmdReset->setVisible(m_state.reset);
+    ShowSource();
 }
 
 // --- Choosing and starting ----------------------------------------------------------------------------------------

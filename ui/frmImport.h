@@ -11,6 +11,7 @@ class ConnectionBanner;
 class ElidedLabel;
 class ImportButtons;
 class LogView;
+class SourceBar;
 class QGroupBox;
 class QPlainTextEdit;
 class QPushButton;
@@ -37,6 +38,9 @@ public slots:
     void Import(contract::Button button);
     void cmdReset_Click();
     void cmdSequence_Click();
+    void cmdSource_Click();
+    void cmdTrySource_Click();
+    void cmdInspect_Click();
     /// Tries the connection again that failed at start.
     void RetryConnection();
     /// Closes the window without asking; an operation under way is cancelled first, and ends with the row it is at.
@@ -64,6 +68,7 @@ private:
     void SelectStoredOrigin();
     void ShowConnection(const QString& trouble);
     void ShowState();
+    void ShowSource();
     void FocusFirstChoice();
     QString CompanyText() const;
     QString SettingsFolder() const;
@@ -86,6 +91,7 @@ private:
     ChoiceList* cmbAzienda = nullptr;
     ChoiceList* cmbOrigine = nullptr;
     ChoiceList* cmbErrors = nullptr;
+    SourceBar* m_source = nullptr;
     ImportButtons* m_imports = nullptr;
     QPushButton* cmdReset = nullptr;
     QPushButton* cmdSequence = nullptr;

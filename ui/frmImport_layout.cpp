@@ -4,6 +4,7 @@
 #include "ui/frmImport.h"
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
+#include "ui/SourceBar.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -77,6 +78,11 @@ QGroupBox* frmImport::NewChoices() {
     lines->addRow("A&zienda:", cmbAzienda);
     lines->addRow("&Origine:", cmbOrigine);
     lines->addRow("I&n caso di errore:", cmbErrors);
+    m_source = new SourceBar;
+    connect(m_source, &SourceBar::Edit, this, &frmImport::cmdSource_Click);
+    connect(m_source, &SourceBar::Try, this, &frmImport::cmdTrySource_Click);
+    connect(m_source, &SourceBar::Inspect, this, &frmImport::cmdInspect_Click);
+    lines->addRow("Sorgente:", m_source);
     auto* all = new QHBoxLayout(group);
     all->addLayout(lines, 1);
     all->addWidget(picIcon, 0, Qt::AlignVCenter);

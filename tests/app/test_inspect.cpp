@@ -34,7 +34,10 @@ public:
         OpenToLook(Get(), Gescom());
         return inspection::Inspect(Get(), Gescom());
     }
-    void WriteLayout(const QString& text) { WriteFile(Folder.filePath("Tracciati/Gescom.ini"), text.toUtf8()); }
+    void WriteLayout(const QString& text) {
+        QDir().mkpath(Folder.filePath("Tracciati"));
+        WriteFile(Folder.filePath("Tracciati/Gescom.ini"), text.toUtf8());
+    }
 };
 
 const Table& TableOf(const Inspection& inspection, const QString& name) {
@@ -163,9 +166,10 @@ private slots:
     /// A source that nobody has named before, fitted by what is proposed and imported without a loss.
     void FitsAForeignSource() {
         ForeignTarget target;
-        const Inspection looked = target.Inspected();
-        TakeNames(looked, {{"ARCLFR", "SOGGETTI"}, {"ARCLFR.FLAGCLFR", "TIPO_SOGGETTO"}});
-        TakeNames(looked, ProposedNames(target.Inspected()));
+        target.Inspected();
+        QCOMPARE(TakeNames(target.Get(), Gescom(), {{"ARCLFR", "SOGGETTI"}, {"ARCLFR.FLAGCLFR", "TIPO_SOGGETTO"}}),
+                 QString());
+        QCOMPARE(TakeNames(target.Get(), Gescom(), ProposedNames(target.Inspected())), QString());
         const Inspection fitted = target.Inspected();
         for (const char* name : {"ARCLFR", "ARDEST", "VETTORI"}) {
             const Table& table = TableOf(fitted, name);
@@ -181,11 +185,11 @@ private slots:
         request.confirmed = true;
         request.reset = false;
         QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Done);
-        QCOMPARE(
-            target.Rows("SELECT COCGE, COFGE, CORAS, COIVA, COCIT FROM X01_CON_TRO ORDER BY CORAS"),
-            QStringList({"|7|ACCIAIERIE NORD S.P.A.|07643520567|VERONA", "2||CONSORZIO DEL LEGNO|01234567897|TORINO",
-                         "||CORRIERE VELOCE||PADOVA", "1||FERRAMENTA L'INCUDINE|00743110157|TRENTO"}));
-        QCOMPARE(target.Rows("SELECT SERAS, SECIT FROM X01_CON_SED"), QStringList("MAGAZZINO|ROVERETO"));
+        QCOMPARE(target.Rows("SELECT COCGE, COFGE, CORAS, COIVA, COCIT FROM X01_CON_TRO ORDER BY CORAS"),
+                 QStringList({"NULL|7|Acciaierie Nord S.p.A.|07643520567|Verona",
+                              "2|NULL|Consorzio del legno|01234567897|Torino", "NULL|NULL|Corriere Veloce|NULL|Padova",
+                              "1|NULL|Ferramenta L'Incudine|00743110157|Trento"}));
+        QCOMPARE(target.Rows("SELECT SERAS, SECIT FROM X01_CON_SED"), QStringList("Magazzino|Rovereto"));
         QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_NUM_TEL"), QString("4"));
     }
 
@@ -198,13 +202,39 @@ private slots:
         QVERIFY(text.startsWith("; di Carlo\n[TABELLE]\nARCLFR=SOGGETTI\n"));
         QVERIFY(text.contains("\nARCLFR.NOTCLFOR= ; non serve\n"));
         QVERIFY(!text.contains(";ARCLFR.NOTCLFOR"));
-        QVERIFY(text.contains("\n;ARCLFR.IVACLFOR=CAMPO7 ; facoltativa, valori: partita IVA"));
+        QVERIFY(text.contains("\n;ARCLFR.IVACLFOR=CAMPO7 ; necessaria, valori: partita IVA"));
         QVERIFY(text.contains("\n;VETTORI=TRASPORTATORI ; alias: vettori"));
         const Inspection again = target.Inspected();
         QVERIFY(!TableOf(again, "VETTORI").isFound);
         QVERIFY(TableOf(again, "ARCLFR").isFound);
         QVERIFY(ColumnOf(TableOf(again, "ARCLFR"), "NOTCLFOR").isMarkedMissing);
         QCOMPARE(Draft(again, text), text);
+    }
+
+    /// A change that would stop the next import leaves the file as it was.
+    void RefusesWhatWouldStopAnImport_data() {
+        Columns<QString, QString, QString, QString>("section", "key", "value", "told");
+        Row("name that is not there", "COLONNE", "ARCLFR.NOTCLFOR", "NOTA9", "non ha la colonna 'NOTA9'");
+        Row("condition", "FILTRI", "ARCLFR", "SOCIETA9 = '01'", "non accetta la condizione");
+        Row("target that is written", "AGGIUNTE", "CON_TRO.COCIT", "ARCLFR.VIA", "viene già da");
+        Row("rule", "AGGIUNTE", "CON_TRO.CONOM", "ARCLFR.VIA -> Frist(3)", "la regola 'Frist' non c'è");
+        Row("text that no file holds", "FILTRI", "ARCLFR", "SOCIETA = '01' ; nota", "non si può scrivere");
+        Row("all well", "FILTRI", "ARCLFR", "SOCIETA = '01'", "");
+    }
+    void RefusesWhatWouldStopAnImport() {
+        QFETCH(const QString, section);
+        QFETCH(const QString, key);
+        QFETCH(const QString, value);
+        QFETCH(const QString, told);
+        ForeignTarget target;
+        const QString path = target.Folder.filePath("Tracciati/Gescom.ini");
+        target.WriteLayout("[TABELLE]\nARCLFR=SOGGETTI\n[COLONNE]\nARCLFR.LOCCLFOR=COMUNE\n");
+        const QByteArray before = ReadFile(path);
+        target.Inspected();
+        const QString trouble =
+            ChangeLayout(target.Get(), Gescom(), [&](sources::LayoutEdit& edit) { edit.Set(section, key, value); });
+        QVERIFY2(told.isEmpty() ? trouble.isEmpty() : trouble.contains(told), qPrintable(trouble));
+        QCOMPARE(ReadFile(path) == before, !told.isEmpty());
     }
 
     void TellsALayoutThatIsWrong() {

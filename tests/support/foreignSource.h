@@ -10,15 +10,19 @@ inline void MakeForeignSource(const QString& file) {
     source.DatabaseName = file;
     source.OpenConnection();
     source.ExecuteScript(QStringLiteral(
-        "CREATE TABLE SOGGETTI (COD_SOGGETTO VARCHAR(8), TIPO_SOGGETTO VARCHAR(1), DENOMINAZIONE VARCHAR(60), VIA "
+        "CREATE TABLE SOGGETTI (COD_SOGGETTO VARCHAR(8), TIPO_SOGGETTO VARCHAR(1), DENOMINAZIONE VARCHAR(60), "
+        "DENOMINAZIONE_2 VARCHAR(60), COD_FISCALE VARCHAR(16), VIA "
         "VARCHAR(40), ZIP VARCHAR(5), COMUNE VARCHAR(30), PROV VARCHAR(2), PAESE VARCHAR(3), CAMPO7 VARCHAR(16), "
         "PHONE VARCHAR(20), E_MAIL VARCHAR(60), ANNOTAZIONI VARCHAR(200), GRUPPO_VENDITA VARCHAR(10), SOCIETA "
         "VARCHAR(2));\n"
-        "INSERT INTO SOGGETTI VALUES ('1', 'C', 'Ferramenta L''Incudine', 'Via Roma 1', '38122', 'Trento', 'TN', 'IT', "
+        "INSERT INTO SOGGETTI VALUES ('1', 'C', 'Ferramenta L''Incudine', NULL, NULL, 'Via Roma 1', '38122', 'Trento', 'TN', "
+        "'IT', "
         "'00743110157', '0461/123456', 'info@incudine.it', 'Chiude in agosto', 'NORD', '01');\n"
-        "INSERT INTO SOGGETTI VALUES ('2', 'C', 'Consorzio del legno', 'Via Po 2', '10121', 'Torino', 'TO', 'IT', "
+        "INSERT INTO SOGGETTI VALUES ('2', 'C', 'Consorzio del legno', NULL, NULL, 'Via Po 2', '10121', 'Torino', 'TO', "
+        "'IT', "
         "'01234567897', '011 223344', NULL, NULL, 'OVEST', '01');\n"
-        "INSERT INTO SOGGETTI VALUES ('7', 'F', 'Acciaierie Nord S.p.A.', 'Via Ferro 9', '37100', 'Verona', 'VR', "
+        "INSERT INTO SOGGETTI VALUES ('7', 'F', 'Acciaierie Nord S.p.A.', NULL, NULL, 'Via Ferro 9', '37100', 'Verona', "
+        "'VR', "
         "'IT', '07643520567', '045 998877', 'acq@nord.it', NULL, 'NORD', '02');\n"
         "CREATE TABLE LUOGHI (COD_SOGGETTO VARCHAR(8), TIPO_SOGGETTO VARCHAR(1), PROGRESSIVO INTEGER, DENOMINAZIONE "
         "VARCHAR(60), VIA VARCHAR(40), ZIP VARCHAR(5), COMUNE VARCHAR(30), PROV VARCHAR(2));\n"

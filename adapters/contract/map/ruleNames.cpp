@@ -73,6 +73,16 @@ QStringList AllNames() {
 
 } // namespace
 
+QStringList RuleForms() {
+    QStringList forms;
+    for (const NamedRule& rule : Named) {
+        const QStringList arguments(rule.arguments, QStringLiteral("n"));
+        const QString inner = arguments.join(QStringLiteral(", "));
+        forms.append(QString::fromLatin1(rule.name) + (inner.isEmpty() ? inner : QString(u'(' + inner + u')')));
+    }
+    return forms;
+}
+
 Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sourceColumn) {
     const QString name = text.section(u'(', 0, 0).trimmed();
     const QString inner = text.contains(u'(') ? text.section(u'(', 1).trimmed() : QStringLiteral(")");

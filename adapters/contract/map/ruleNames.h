@@ -10,6 +10,9 @@ namespace contract {
 /// name that is none, with those that are near, and for arguments that it does not take.
 Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sourceColumn);
 
+/// How each of the rules that `RuleOf` knows is written, in their order: "Text", "First(n)", "Part(n, n)".
+QStringList RuleForms();
+
 /// The rule for a column where none is named: a text as it is, a number, a yes or no, a date.
 Rule UsualRule(const schema::Column& target);
 

@@ -1,0 +1,97 @@
+#include "app/inspect_further.h"
+
+#include "app/inspect_draft.h"
+#include "core/Schema.h"
+#include "sources/layout/LayoutFile.h"
+
+#include <QSet>
+
+namespace inspection {
+
+namespace {
+
+using sources::LayoutEdit;
+using sources::LayoutFile;
+
+const QString ConstantMark = QStringLiteral("costante:");
+
+bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
+
+/// The table of the source that an added column reads; empty for a constant.
+QString TableOf(const QString& value) {
+    const QString column = value.section(QStringLiteral("->"), 0, 0).trimmed();
+    return value.startsWith(ConstantMark, Qt::CaseInsensitive) ? QString() : column.section(u'.', 0, -2);
+}
+
+} // namespace
+
+Further ReadFurther(const Session& session, const contract::Origin& origin, const QString& table) {
+    Further further;
+    const auto file = LayoutFile::Read(LayoutPath(session, origin));
+    if (!file) {
+        return further;
+    }
+    for (const LayoutFile::Entry& entry : file->Entries(LayoutFile::Filters)) {
+        further.filter = IsSame(entry.key, table) ? entry.value : further.filter;
+    }
+    for (const LayoutFile::Entry& entry : file->Entries(LayoutFile::Added)) {
+        const QString its = TableOf(entry.value);
+        if (its.isEmpty() || IsSame(its, table)) {
+            further.added.push_back({entry.key, entry.value});
+        }
+    }
+    return further;
+}
+
+QStringList FreeTargets(const contract::Origin& origin, const QString& table) {
+    QStringList targets;
+    QSet<QString> filled;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        for (const contract::Mapping* mapping : procedure.needs.mappings) {
+            if (mapping->isPart || !IsSame(mapping->sourceTable, table)) {
+                continue;
+            }
+            for (const contract::MapLine& line : mapping->lines) {
+                if (!line.sources.isEmpty()) {
+                    filled.insert(mapping->targetTable + u'.' + line.target);
+                }
+            }
+            const schema::Table* target = schema::FindTable(mapping->targetTable);
+            for (const schema::Column& column : target == nullptr ? std::vector<schema::Column>() : target->columns) {
+                const QString name = mapping->targetTable + u'.' + column.name;
+                if (!target->key.contains(column.name) && !targets.contains(name)) {
+                    targets.append(name);
+                }
+            }
+        }
+    }
+    targets.removeIf([&filled](const QString& target) { return filled.contains(target); });
+    return targets;
+}
+
+QString SetFilter(Session& session, const contract::Origin& origin, const QString& table, const QString& condition) {
+    return ChangeLayout(session, origin, [&](LayoutEdit& edit) {
+        if (condition.trimmed().isEmpty()) {
+            edit.Remove(LayoutFile::Filters, table);
+        } else {
+            edit.Set(LayoutFile::Filters, table, condition.trimmed());
+        }
+    });
+}
+
+QString SetAdded(Session& session, const contract::Origin& origin, const QString& target, const QString& value) {
+    return ChangeLayout(session, origin, [&](LayoutEdit& edit) { edit.Set(LayoutFile::Added, target, value); });
+}
+
+QString RemoveAdded(Session& session, const contract::Origin& origin, const QString& target) {
+    return ChangeLayout(session, origin, [&](LayoutEdit& edit) { edit.Remove(LayoutFile::Added, target); });
+}
+
+QString AddedValue(const QString& table, const QString& column, const QString& rule) {
+    const QString read = table + u'.' + column;
+    return rule.trimmed().isEmpty() ? read : QString(read + QStringLiteral(" -> ") + rule.trimmed());
+}
+
+QString ConstantValue(const QString& value) { return ConstantMark + value.trimmed(); }
+
+} // namespace inspection

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/inspect.h"
+
+namespace inspection {
+
+/// What the layout file of an origin adds to a table: a condition on its rows and further columns of Quadrix.
+struct Further {
+    QString filter;
+    struct Added {
+        QString target; ///< "CON_TRO.CONOM"
+        QString value;  ///< as the file has it: "ARCLFR.GRUPPO -> First(10)", "costante:1"
+    };
+    std::vector<Added> added; ///< those that read the table, and the constants
+};
+
+/// What the layout file says of a table (logical name). Raises `ImportError` when it cannot be read.
+Further ReadFurther(const Session& session, const contract::Origin& origin, const QString& table);
+
+/// The columns of Quadrix that the file may add from a table: of the target tables that are written from it, those that
+/// no mapping fills from the source and no key has.
+QStringList FreeTargets(const contract::Origin& origin, const QString& table);
+
+/// Writes a condition; an empty one takes it out. What `ChangeLayout` returns and raises.
+QString SetFilter(Session& session, const contract::Origin& origin, const QString& table, const QString& condition);
+/// Writes a further column. @param value as `AddedValue` or `ConstantValue` gives it
+QString SetAdded(Session& session, const contract::Origin& origin, const QString& target, const QString& value);
+/// Takes a further column out.
+QString RemoveAdded(Session& session, const contract::Origin& origin, const QString& target);
+/// "TABELLA.Colonna -> Regola", as the file has it. @param rule empty for the usual one
+QString AddedValue(const QString& table, const QString& column, const QString& rule);
+/// "costante:valore".
+QString ConstantValue(const QString& value);
+
+} // namespace inspection

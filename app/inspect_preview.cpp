@@ -1,0 +1,118 @@
+#include "app/inspect_preview.h"
+
+#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/SourceLayout.h"
+#include "sql/mod_ovTools.h"
+#include "sql/Transaction.h"
+
+#include <QSet>
+
+namespace inspection {
+
+namespace {
+
+using contract::MapLine;
+using contract::SourceRow;
+using Line = Preview::Line;
+
+constexpr int MostRows = 10;
+
+/// Whatever rules write or remember during the lifetime of the object is taken back.
+class TakenBack {
+public:
+    explicit TakenBack(Session& session)
+        : m_session(session),
+          m_quiet(session.Person),
+          m_acting(session.Errors, ErrorAction::Abort),
+          m_trial(session.Quadrix) {
+        m_session.Memory.Open();
+    }
+    ~TakenBack() {
+        m_session.Memory.TakeBack();
+        m_session.Memory.Keep();
+        m_session.HeldLines.clear();
+        m_session.Notes = {};
+    }
+    TakenBack(const TakenBack&) = delete;
+    TakenBack& operator=(const TakenBack&) = delete;
+
+private:
+    Session& m_session;
+    Operator::Quiet m_quiet;
+    ovErrors::Acting m_acting;
+    Transaction m_trial;
+};
+
+Line LineOf(const contract::Mapping& mapping, const MapLine& line, bool isAdded) {
+    return {
+        mapping.targetTable + u'.' + line.target, line.sources.join(QStringLiteral(", ")), line.rule.text, isAdded, {}};
+}
+
+Line::Value ValueOf(contract::ImportRun& run, const QString& table, const MapLine& line, const SourceRow& row) {
+    try {
+        const auto value = line.rule.apply({run.GetSession(), row, line.sources, {}});
+        if (!value) {
+            return {};
+        }
+        contract::TargetRow target(run, table);
+        target.Set(line.target, *value);
+        return {mod_ovTools::ToText(target.Value(line.target)), {}};
+    } catch (const Error& error) {
+        return {{}, error.Message()};
+    }
+}
+
+void Fill(Preview& preview, Session& session, const contract::Origin& origin, const PreviewOf& of) {
+    const contract::Mapping& mapping = *of.mapping;
+    const contract::Needs& needs = of.procedure->needs;
+    contract::LeaveOut(session, needs, contract::LacksOf(session, needs));
+    std::vector<MapLine> lines = mapping.lines;
+    const auto& added = contract::AddedLines(session, mapping);
+    for (const MapLine& line : mapping.lines) {
+        preview.lines.push_back(LineOf(mapping, line, false));
+    }
+    for (const MapLine& line : added) {
+        preview.lines.push_back(LineOf(mapping, line, true));
+    }
+    lines.insert(lines.end(), added.begin(), added.end());
+    contract::ImportRun run(session, origin.module, of.procedure->name, QStringLiteral("*"));
+    Recordset rows =
+        session.SourceConnection().ExecuteWC(QStringLiteral("SELECT * FROM [%1]").arg(mapping.sourceTable));
+    for (; !rows.Eof() && preview.rows < MostRows; rows.MoveNext(), ++preview.rows) {
+        const SourceRow row(rows);
+        for (size_t i = 0; i < lines.size(); ++i) {
+            preview.lines[i].values.push_back(ValueOf(run, mapping.targetTable, lines[i], row));
+        }
+    }
+}
+
+} // namespace
+
+std::vector<PreviewOf> Previews(const contract::Origin& origin) {
+    std::vector<PreviewOf> previews;
+    QSet<QString> told;
+    for (const contract::Procedure& procedure : origin.procedures) {
+        for (const contract::Mapping* mapping : procedure.needs.mappings) {
+            const QString title =
+                QStringLiteral("%1 da %2 (%3)").arg(mapping->targetTable, mapping->sourceTable, procedure.name);
+            if (procedure.opensSource && !mapping->isPart && !mapping->sourceTable.isEmpty() && !told.contains(title)) {
+                told.insert(title);
+                previews.push_back({&procedure, mapping, title});
+            }
+        }
+    }
+    return previews;
+}
+
+Preview MakePreview(Session& session, const contract::Origin& origin, const PreviewOf& of) {
+    Preview preview;
+    try {
+        const TakenBack takenBack(session);
+        Fill(preview, session, origin, of);
+    } catch (const Error& error) {
+        preview.trouble = error.Message();
+    }
+    return preview;
+}
+
+} // namespace inspection

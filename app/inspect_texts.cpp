@@ -1,0 +1,119 @@
+#include "app/inspect_texts.h"
+
+#include "app/inspect_draft.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+namespace inspection {
+
+namespace {
+
+constexpr qsizetype ShownValues = 5;
+constexpr qsizetype LongestValue = 50;
+
+qsizetype MissingNecessary(const Table& table) {
+    return std::count_if(table.columns.begin(), table.columns.end(),
+                         [](const Column& column) { return column.isNecessary && column.IsMissing(); });
+}
+
+QString Question(const Suggestion* proposed) {
+    return proposed == nullptr ? QString() : QStringLiteral("%1? (%2)").arg(proposed->name, GroundText(*proposed));
+}
+
+} // namespace
+
+Mark MarkOf(const Column& column) {
+    return !column.IsMissing() ? Mark::Found : column.isNecessary ? Mark::Missing : Mark::Optional;
+}
+
+Mark MarkOf(const Table& table) {
+    if (!table.isFound || MissingNecessary(table) > 0) {
+        return Mark::Missing;
+    }
+    return std::any_of(table.columns.begin(), table.columns.end(),
+                       [](const Column& column) { return column.IsMissing() && !column.isMarkedMissing; })
+               ? Mark::Optional
+               : Mark::Found;
+}
+
+QString StateText(const Column& column) {
+    if (!column.IsMissing()) {
+        return QStringLiteral("trovata");
+    }
+    if (column.isMarkedMissing) {
+        return QStringLiteral("segnata come mancante");
+    }
+    return column.isNecessary ? QStringLiteral("manca, necessaria") : QStringLiteral("manca, facoltativa");
+}
+
+QString StateText(const Table& table) {
+    if (!table.trouble.isEmpty()) {
+        return table.trouble;
+    }
+    const qsizetype missing = table.isFound ? MissingNecessary(table) : 0;
+    return !table.isFound ? QStringLiteral("manca")
+           : missing == 0 ? QStringLiteral("trovata")
+           : missing == 1 ? QStringLiteral("manca 1 colonna necessaria")
+                          : QStringLiteral("mancano %1 colonne necessarie").arg(missing);
+}
+
+QString SourceText(const Column& column) {
+    return column.isMarkedMissing ? QString()
+           : column.IsMissing()   ? Question(Proposed(column.suggestions))
+                                  : column.inSource;
+}
+
+QString SourceText(const Table& table) {
+    return table.isFound ? table.inSource : Question(Proposed(table.suggestions));
+}
+
+QString ValuesText(const Table& table, const QString& own) {
+    const OwnColumn* column = own.isEmpty() ? nullptr : table.Own(own);
+    QStringList values;
+    for (const QString& value : column == nullptr ? QStringList() : column->values.mid(0, ShownValues)) {
+        values.append(u'\'' + (value.size() > LongestValue ? value.left(LongestValue) + u'…' : value) + u'\'');
+    }
+    return values.join(QStringLiteral(", "));
+}
+
+QString RowsText(qint64 rows) {
+    return rows < 0 ? QString() : QLocale(QLocale::Italian, QLocale::Italy).toString(rows);
+}
+
+QString Summary(const Inspection& inspection) {
+    qsizetype found = 0;
+    qsizetype necessary = 0;
+    qsizetype optional = 0;
+    for (const Table& table : inspection.tables) {
+        found += table.isFound ? 1 : 0;
+        for (const Column& column : table.columns) {
+            const bool isOpen = column.IsMissing() && !column.isMarkedMissing;
+            necessary += isOpen && column.isNecessary ? 1 : 0;
+            optional += isOpen && !column.isNecessary ? 1 : 0;
+        }
+    }
+    return QStringLiteral("Tabelle trovate: %1 su %2. Colonne che mancano: %3 necessarie, %4 facoltative.")
+        .arg(QString::number(found), QString::number(inspection.tables.size()), QString::number(necessary),
+             QString::number(optional));
+}
+
+QStringList ProposalLines(const Inspection& inspection) {
+    const QMap<QString, QString> names = ProposedNames(inspection);
+    QStringList lines;
+    for (const Table& table : inspection.tables) {
+        const auto add = [&](const QString& key, const std::vector<Suggestion>& suggestions) {
+            if (names.contains(key)) {
+                lines.append(QStringLiteral("%1 = %2 (%3)").arg(key, names[key], GroundText(suggestions.front())));
+            }
+        };
+        add(table.name, table.suggestions);
+        for (const Column& column : table.columns) {
+            add(table.name + u'.' + column.name, column.suggestions);
+        }
+    }
+    return lines;
+}
+
+} // namespace inspection

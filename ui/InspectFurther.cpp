@@ -1,0 +1,134 @@
+#include "ui/InspectFurther.h"
+
+#include "adapters/contract/map/ruleNames.h"
+#include "ui/ChoiceList.h"
+#include "ui/inspectMarks.h"
+
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+QPushButton* NewButton(const QString& name, const QString& caption) {
+    auto* button = new QPushButton(caption);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    return button;
+}
+
+ChoiceList* NewList(const QString& name, const QString& accessibleName) {
+    auto* list = new ChoiceList;
+    list->setObjectName(name);
+    list->setAccessibleName(accessibleName);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list->setMaxVisibleItems(20);
+    return list;
+}
+
+} // namespace
+
+InspectFurther::InspectFurther(Session& session, const contract::Origin& origin, QWidget* parent)
+    : QWidget(parent),
+      m_session(session),
+      m_origin(origin) {
+    Lay();
+}
+
+void InspectFurther::Lay() {
+    m_filter = new QLineEdit;
+    m_filter->setObjectName("txtFilter");
+    m_filter->setAccessibleName("Condizione sulle righe");
+    m_filter->setPlaceholderText("nei nomi della sorgente, per esempio SOCIETA = '01'");
+    auto* setFilter = NewButton("cmdSetFilter", "Scrivi il f&iltro");
+    connect(setFilter, &QPushButton::clicked, this,
+            [this] { Done(inspection::SetFilter(m_session, m_origin, m_table, m_filter->text())); });
+    auto* filterRow = new QHBoxLayout;
+    filterRow->addWidget(m_filter, 1);
+    filterRow->addWidget(setFilter);
+    m_added = new QTreeWidget;
+    m_added->setObjectName("lstAdded");
+    m_added->setAccessibleName("Altri campi di Quadrix");
+    m_added->setHeaderLabels({"Campo di Quadrix", "Da dove viene"});
+    m_added->setRootIsDecorated(false);
+    m_target = NewList("cmbTarget", "Campo di Quadrix");
+    m_source = NewList("cmbSource", "Colonna della sorgente, o una costante");
+    m_source->setEditable(true);
+    m_source->setInsertPolicy(QComboBox::NoInsert);
+    m_rule = NewList("cmbRule", "Regola");
+    m_rule->setEditable(true);
+    m_rule->setInsertPolicy(QComboBox::NoInsert);
+    m_rule->addItem(QString());
+    m_rule->addItems(contract::RuleForms());
+    auto* add = NewButton("cmdAdd", "A&ggiungi");
+    connect(add, &QPushButton::clicked, this,
+            [this] { Done(inspection::SetAdded(m_session, m_origin, m_target->currentText(), NewValue())); });
+    auto* remove = NewButton("cmdRemove", "&Elimina");
+    connect(remove, &QPushButton::clicked, this, [this] {
+        if (const QTreeWidgetItem* item = m_added->currentItem()) {
+            Done(inspection::RemoveAdded(m_session, m_origin, item->text(0)));
+        }
+    });
+    auto* lines = new QFormLayout;
+    lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    lines->addRow("Ca&mpo di Quadrix:", m_target);
+    lines->addRow("&Da (colonna o costante:valore):", m_source);
+    lines->addRow("&Regola (vuota: la solita):", m_rule);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(remove);
+    buttons->addWidget(add);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(filterRow);
+    all->addWidget(m_added, 1);
+    all->addLayout(lines);
+    all->addLayout(buttons);
+}
+
+void InspectFurther::Show(const inspection::Table* table) {
+    m_table = table == nullptr ? QString() : table->name;
+    setEnabled(table != nullptr && table->isFound);
+    m_target->clear();
+    m_source->clear();
+    if (table == nullptr) {
+        return;
+    }
+    m_target->addItems(inspection::FreeTargets(m_origin, m_table));
+    for (const inspection::OwnColumn& own : table->own) {
+        m_source->addItem(own.name);
+    }
+    FillAdded();
+}
+
+void InspectFurther::FillAdded() {
+    m_added->clear();
+    inspection::Further further;
+    try {
+        further = inspection::ReadFurther(m_session, m_origin, m_table);
+    } catch (const ImportError&) {
+        return; // the head of the dialog tells what is wrong with the file
+    }
+    m_filter->setText(further.filter);
+    for (const auto& [target, value] : further.added) {
+        new QTreeWidgetItem(m_added, {target, value});
+    }
+    inspectMarks::FitColumns(*m_added);
+}
+
+QString InspectFurther::NewValue() const {
+    const QString text = m_source->currentText().trimmed();
+    const QString constant = "costante:";
+    return text.startsWith(constant, Qt::CaseInsensitive)
+               ? inspection::ConstantValue(text.mid(constant.size()))
+               : inspection::AddedValue(m_table, text, m_rule->currentText());
+}
+
+void InspectFurther::Done(const QString& trouble) {
+    if (!trouble.isEmpty()) {
+        m_session.Person.Message("Il tracciato resta com'era: " + trouble, Icon::Exclamation);
+        return;
+    }
+    emit Changed();
+}

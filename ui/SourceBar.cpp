@@ -1,0 +1,35 @@
+#include "ui/SourceBar.h"
+
+#include "ui/ElidedLabel.h"
+#include "ui/toolButtons.h"
+
+#include <QHBoxLayout>
+#include <QToolButton>
+
+SourceBar::SourceBar(QWidget* parent)
+    : QWidget(parent),
+      m_text(new ElidedLabel) {
+    m_text->setObjectName("lblSource");
+    m_buttons = {
+        NewToolButton("cmdSource", "Scegli...", "Sceglie la sorgente che l'origine legge", QKeySequence("Ctrl+O")),
+        NewToolButton("cmdTrySource", "Prova connessione", "Apre la sorgente e la richiude", QKeySequence("Ctrl+T")),
+        NewToolButton("cmdInspect", "Esamina...", "Mostra tabelle e colonne accanto a quelle che l'origine legge",
+                      QKeySequence("Ctrl+E"))};
+    connect(m_buttons[0], &QToolButton::clicked, this, &SourceBar::Edit);
+    connect(m_buttons[1], &QToolButton::clicked, this, &SourceBar::Try);
+    connect(m_buttons[2], &QToolButton::clicked, this, &SourceBar::Inspect);
+    auto* all = new QHBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->addWidget(m_text, 1);
+    for (QToolButton* button : m_buttons) {
+        all->addWidget(button);
+    }
+    SetSource({});
+}
+
+void SourceBar::SetSource(const QString& text) {
+    m_text->SetText(text.isEmpty() ? QStringLiteral("Scegliere prima l'origine dei dati") : text);
+    for (QToolButton* button : m_buttons) {
+        button->setEnabled(!text.isEmpty());
+    }
+}

@@ -1,0 +1,172 @@
+#include "ui/frmSource.h"
+
+#include "core/Operator.h"
+#include "ui/choiceDialog.h"
+#include "ui/WrappedLabel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using sourceChoice::Kind;
+
+namespace {
+
+constexpr int WidthInCharacters = 72;
+
+QLineEdit* NewLine(const QString& name, const QString& accessibleName, const QString& text) {
+    auto* line = new QLineEdit(text);
+    line->setObjectName(name);
+    line->setAccessibleName(accessibleName);
+    return line;
+}
+
+} // namespace
+
+frmSource::frmSource(Session& session, const contract::Origin& origin, QWidget* parent)
+    : QDialog(parent),
+      m_session(session),
+      m_source(sourceChoice::Read(session, origin)) {
+    setObjectName("frmSource");
+    setWindowTitle("Sorgente di " + origin.name);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    Lay("Che cosa legge l'origine " + origin.name + " (" + origin.source.kind +
+        "). La scelta si scrive nelle impostazioni, sezione [IMPORT].");
+}
+
+void frmSource::Lay(const QString& title) {
+    auto* lines = new QFormLayout;
+    lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    switch (m_source.kind) {
+    case Kind::Folder:
+    case Kind::File:
+        AddPath(*lines);
+        break;
+    case Kind::Server:
+        AddServer(*lines);
+        AddUser(*lines);
+        break;
+    case Kind::DataSource:
+        AddDataSource(*lines);
+        AddUser(*lines);
+        break;
+    default:
+        lines->addRow(new WrappedLabel("Questa origine chiede la sorgente a ogni importazione: non c'è nulla da "
+                                       "impostare."));
+    }
+    const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
+    buttons.ok->setDefault(true);
+    buttons.ok->setAutoDefault(true);
+    connect(buttons.ok, &QPushButton::clicked, this, &frmSource::cmdOk_Click);
+    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(new WrappedLabel(title));
+    all->addLayout(lines);
+    all->addStretch();
+    all->addLayout(buttons.row);
+    resize(fontMetrics().averageCharWidth() * WidthInCharacters, sizeHint().height());
+}
+
+void frmSource::AddPath(QFormLayout& lines) {
+    const bool isFolder = m_source.kind == Kind::Folder;
+    m_path = new QComboBox;
+    m_path->setObjectName("cmbPath");
+    m_path->setAccessibleName(isFolder ? "Cartella della sorgente" : "File della sorgente");
+    m_path->setEditable(true);
+    m_path->setInsertPolicy(QComboBox::NoInsert);
+    m_path->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_path->addItems(sourceChoice::Recent(m_session, m_source.kind));
+    m_path->setCurrentText(m_source.database);
+    auto* browse = new QPushButton("S&foglia...");
+    browse->setObjectName("cmdBrowse");
+    browse->setAutoDefault(false);
+    connect(browse, &QPushButton::clicked, this, &frmSource::Browse);
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_path, 1);
+    row->addWidget(browse);
+    lines.addRow("&Percorso:", row);
+    if (auto* label = qobject_cast<QLabel*>(lines.labelForField(row))) {
+        label->setBuddy(m_path);
+    }
+}
+
+void frmSource::AddServer(QFormLayout& lines) {
+    m_server = NewLine("txtServer", "Server", m_source.server);
+    m_database = NewLine("txtDatabase", "Database", m_source.database);
+    m_database->setPlaceholderText("nome del database, o un file .sqlite");
+    m_integrated = new QCheckBox("&Accesso integrato di Windows");
+    m_integrated->setObjectName("chkIntegrated");
+    m_integrated->setChecked(m_source.integrated);
+    lines.addRow("&Server:", m_server);
+    lines.addRow("&Database:", m_database);
+    lines.addRow(QString(), m_integrated);
+}
+
+void frmSource::AddDataSource(QFormLayout& lines) {
+    m_dsn = NewLine("txtDsn", "Origine dati ODBC", m_source.dsn);
+    lines.addRow("O&rigine dati ODBC:", m_dsn);
+}
+
+void frmSource::AddUser(QFormLayout& lines) {
+    m_user = NewLine("txtUser", "Utente", m_source.user);
+    m_password = NewLine("txtPassword", "Password", {});
+    m_password->setEchoMode(QLineEdit::Password);
+    m_password->setPlaceholderText("lasciare vuota per non cambiarla");
+    lines.addRow("&Utente:", m_user);
+    lines.addRow("&Password:", m_password);
+    if (m_integrated != nullptr) {
+        const auto enable = [this](bool integrated) {
+            m_user->setEnabled(!integrated);
+            m_password->setEnabled(!integrated);
+        };
+        connect(m_integrated, &QCheckBox::toggled, this, enable);
+        enable(m_integrated->isChecked());
+    }
+}
+
+void frmSource::Browse() {
+    const QString from = m_path->currentText();
+    const QString chosen = m_source.kind == Kind::Folder
+                               ? QFileDialog::getExistingDirectory(this, "Cartella della sorgente", from)
+                               : QFileDialog::getOpenFileName(this, "File della sorgente", from,
+                                                              "File di Access (*.mdb *.accdb);;Tutti i file (*)");
+    if (!chosen.isEmpty()) {
+        m_path->setCurrentText(QDir::toNativeSeparators(chosen));
+    }
+}
+
+sourceChoice::Source frmSource::Chosen() const {
+    sourceChoice::Source source = m_source;
+    const auto take = [](QString& value, const QLineEdit* line) {
+        value = line == nullptr ? value : line->text().trimmed();
+    };
+    take(source.server, m_server);
+    take(source.database, m_database);
+    take(source.dsn, m_dsn);
+    take(source.user, m_user);
+    source.database = m_path == nullptr ? source.database : m_path->currentText().trimmed();
+    source.integrated = m_integrated == nullptr ? source.integrated : m_integrated->isChecked();
+    return source;
+}
+
+void frmSource::cmdOk_Click() {
+    const sourceChoice::Source chosen = Chosen();
+    const bool hasPassword = m_password != nullptr && m_password->isEnabled() && !m_password->text().isEmpty();
+    try {
+        sourceChoice::Write(m_session, chosen, hasPassword ? std::optional(m_password->text()) : std::nullopt);
+    } catch (const ImportError& error) {
+        m_session.Person.Message(error.Message(), Icon::Exclamation);
+        return;
+    }
+    if (m_path != nullptr) {
+        sourceChoice::Remember(m_session, chosen.kind, chosen.database);
+    }
+    accept();
+}
