@@ -29,8 +29,6 @@ const std::vector<Row>& Rows() {
     const QString datFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Ad-Hoc", "modImport_AdHoc", "SQL Server", Server("AHR", {"AHR", "1"}), "YYNNY-NY",
-         {{Acq, "Importa Tabelle Generali"}, {Disegni, "Importa Lamiere"}}},
         {"Solution", "modImport_Solution", "SQL Server", PrepareSolution, "YYNYNN--"},
         {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", DataSource("GAMMATEAMSYSTEM"), "YNNNNNYY",
          {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},

@@ -6,7 +6,7 @@
 /// The origins in the order of the window's list, a line for each: one of a module by the module and its entry (a module
 /// may have several), one that is announced by its name.
 #define QUADRIX_ORIGINS(MODULE, ANNOUNCED) \
-    ANNOUNCED("Ad-Hoc") \
+    MODULE(AdHoc, Entry) \
     MODULE(Tessera, Entry) \
     MODULE(Tessera, EntryWithSolution) \
     ANNOUNCED("Solution") \

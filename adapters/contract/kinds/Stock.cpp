@@ -1,7 +1,6 @@
 #include "adapters/contract/kinds/Stock.h"
 
-#include "adapters/contract/map/lookups.h"
-#include "core/schemaDefaults.h"
+#include "adapters/contract/write/Warehouses.h"
 
 namespace contract {
 
@@ -12,7 +11,8 @@ public:
     BalanceImporter(ImportRun& run, Balances declared)
         : Importer(run),
           m_declared(std::move(declared)),
-          m_writer(run) {}
+          m_writer(run),
+          m_warehouses(run, m_declared.source.table, m_declared.warehouse.Columns().value(0)) {}
 
     RowOutcome Row(const SourceRow& row) override;
     bool End() override {
@@ -21,35 +21,18 @@ public:
     }
 
 private:
-    QString WarehouseOf(const SourceRow& row);
-
     Balances m_declared;
     StockWriter m_writer;
-    QSet<QString> m_told; ///< warehouses that are not there
+    Warehouses m_warehouses;
 };
-
-QString BalanceImporter::WarehouseOf(const SourceRow& row) {
-    using schema::defaults::Warehouse;
-    const QString code = m_declared.warehouse.Text(GetSession(), row);
-    const QString field = m_declared.warehouse.Columns().value(0);
-    if (code.isEmpty()) {
-        return Warehouse;
-    }
-    const QString known = TranslatedCode(GetSession(), m_declared.source.table, field, code, "MAG_AZZ");
-    if (known.isEmpty() && !m_told.contains(code)) {
-        Run().Remember(m_told, code);
-        Run().Log(QStringLiteral("MAGAZZINO NON TROVATO: '%1' non è in MAG_AZZ né tradotto in SYS_IMP, si usa '%2'")
-                      .arg(code, Warehouse));
-    }
-    return known.isEmpty() ? Warehouse : known;
-}
 
 RowOutcome BalanceImporter::Row(const SourceRow& row) {
     if (const QString rule = m_declared.leavesOut ? m_declared.leavesOut(row) : QString(); !rule.isEmpty()) {
         return Run().Skip(rule);
     }
     Session& session = GetSession();
-    StockLine line{WarehouseOf(row), m_declared.article.Text(session, row), m_declared.quantity.Number(session, row)};
+    StockLine line{m_warehouses.CodeOf(m_declared.warehouse.Text(session, row)), m_declared.article.Text(session, row),
+                   m_declared.quantity.Number(session, row)};
     line.unit = m_declared.unit.Text(session, row);
     line.price = m_declared.price.NumberOrNull(session, row);
     line.location = m_declared.location.Text(session, row);

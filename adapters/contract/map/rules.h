@@ -94,6 +94,11 @@ Rule DateText(const QString& format);
 /// The date as read; Null when it is blank or the day that stands for none in the source. Raises `ImportError` when it
 /// is no date.
 Rule Day(const QDate& none = {});
+/// The date as read; the day of the import when it is blank. Raises `ImportError` when it is no date.
+Rule DayOrToday();
+/// Whether there is a date, and it is not after the day of the import: that from which something no longer holds.
+/// Raises `ImportError` when it is no date.
+Rule HasExpired();
 /// The factor of a second unit, told by an operator (first source column) and a number (the other one): "*" by the
 /// number, "/" by one over it; zero and blank are left out. Raises `ImportError` for another operator.
 Rule UnitFactor();

@@ -73,6 +73,20 @@ Rule Day(const QDate& none) {
             }};
 }
 
+Rule DayOrToday() {
+    return {"date, day of the import when blank", [day = Day().apply](const RuleInput& input) -> RuleValue {
+                return input.Text().isEmpty() ? RuleValue(input.session.UserManager.DataElaborazione) : day(input);
+            }};
+}
+
+Rule HasExpired() {
+    return {"true for a date that is not after the day of the import",
+            [day = Day().apply](const RuleInput& input) -> RuleValue {
+                const QVariant date = day(input).value_or(QVariant());
+                return !date.isNull() && date.toDate() <= input.session.UserManager.DataElaborazione;
+            }};
+}
+
 Rule Implied(int decimals) {
     return {QStringLiteral("the last %1 digits are decimals").arg(decimals),
             [decimals](const RuleInput& input) -> RuleValue {

@@ -197,7 +197,13 @@ QString Lacks::Text() const {
 
 Lacks LacksOf(Session& session, const Needs& needs) {
     Lacks lacks;
-    for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
+    const std::vector<NeededTables::Table> read = NeededTables::Read(needs).Tables();
+    const QString company =
+        session.Layout == nullptr || read.empty() ? QString() : session.Layout->TakeCompany(session.SourceConnection());
+    if (!company.isEmpty()) { // then every table of it would be missing
+        lacks.necessary.append(company);
+    }
+    for (const NeededTables::Table& table : company.isEmpty() ? read : std::vector<NeededTables::Table>()) {
         Search(session.SourceConnection(), true, lacks).Look(table, session.Layout.get());
     }
     const NeededTables target = NeededTables::Written(session, needs);

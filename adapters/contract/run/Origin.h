@@ -65,6 +65,13 @@ struct Procedure {
     QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
 };
 
+/// How a source that keeps several companies in one database tells them apart.
+struct CompanyKey {
+    QString setting;     ///< key of section IMPORT that names the company
+    QString table;       ///< that every company has
+    QString column = {}; ///< that tells its company in each table; empty: its code stands in front of their names
+};
+
 /// How an origin's source opens.
 struct SourceSpec {
     QString kind; ///< for the lists: "FoxPro", "SQL Server", "CSV" ...
@@ -72,6 +79,7 @@ struct SourceSpec {
     std::function<bool(Session&, ovConnection& source)> prepare;
     /// What it asks for that, in its order; the choice of a file is not among it.
     std::vector<AnswerNeed> asks = {};
+    std::optional<CompanyKey> company = {};
 };
 
 /// One line of the origin list.

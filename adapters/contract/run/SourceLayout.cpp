@@ -82,13 +82,17 @@ void SourceLayout::Take(Session& session, const Origin& origin, ovConnection& so
     session.Layout.reset();
     const QString folder = QFileInfo(session.Config.ConfigFile()).path() + QStringLiteral("/Tracciati");
     auto file = LayoutFile::Read(LayoutFile::PathOf(folder, origin.name));
-    if (!file) {
+    if (!file && !origin.source.company) {
         return;
     }
-    const std::shared_ptr<SourceLayout> taken(new SourceLayout(std::move(*file), origin));
+    const std::shared_ptr<SourceLayout> taken(new SourceLayout(file.value_or(LayoutFile()), origin));
     sources::Layout& layout = LayoutOf(source);
     for (const auto& [table, columns] : taken->m_known.asKeyValueRange()) {
         layout.Know(table, columns);
+    }
+    if (origin.source.company) {
+        taken->m_company.emplace(session, *origin.source.company);
+        taken->m_company->CallTables(layout, taken->m_known.keys());
     }
     taken->TakeTables(layout);
     taken->TakeColumns(layout);
@@ -280,6 +284,10 @@ void SourceLayout::Check(ovConnection& source, const QString& table, const QStri
             CheckFilter(source, entry);
         }
     }
+}
+
+QString SourceLayout::TakeCompany(ovConnection& source) const {
+    return m_company ? m_company->Take(source, LayoutOf(source), m_known.keys()) : QString();
 }
 
 /// The source itself is asked, for no row.

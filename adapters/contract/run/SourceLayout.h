@@ -1,17 +1,18 @@
 #pragma once
 
-#include "adapters/contract/run/Origin.h"
+#include "adapters/contract/run/SourceCompany.h"
 #include "sources/layout/Layout.h"
 #include "sources/layout/LayoutFile.h"
 
 namespace contract {
 
-/// What the layout file of an origin tells of the source that is open: "Tracciati/<Origin>.ini" beside the settings.
+/// What is told of the source that is open: by the layout file of its origin, "Tracciati/<Origin>.ini" beside the
+/// settings, and by the setting that names the company.
 class SourceLayout {
 public:
     /// Reads the file of an origin, and has the connection, which is not open yet, know the names in it; does nothing
-    /// without a file. What the source itself holds is not looked at. Raises `ImportError` naming file, line and words
-    /// for an entry that fits nothing that the origin reads or writes.
+    /// without a file for an origin of one company. What the source itself holds is not looked at. Raises `ImportError`
+    /// naming file, line and words for an entry that fits nothing that the origin reads or writes.
     static void Take(Session& session, const Origin& origin, ovConnection& source);
 
     /// Whether the file says that the source does not have a column.
@@ -19,6 +20,8 @@ public:
     /// Looks at the entries of one table. @param columns the logical ones that the open source has of it; empty when it
     /// does not have the table. Raises `ImportError` for a table, column or condition that the source does not know.
     void Check(ovConnection& source, const QString& table, const QStringList& columns) const;
+    /// Looks for the company in the open source: see `SourceCompany::Take`.
+    QString TakeCompany(ovConnection& source) const;
     /// The lines that a mapping gains.
     const std::vector<MapLine>& AddedTo(const Mapping& mapping) const;
 
@@ -46,6 +49,7 @@ private:
     QString SourceColumn(const QString& table, const QString& column) const;
 
     sources::LayoutFile m_file;
+    std::optional<SourceCompany> m_company;
     QMap<QString, QStringList> m_known; ///< logical columns of each table that the origin reads
     std::vector<const Mapping*> m_mappings;
     QHash<QString, std::vector<MapLine>> m_lines; ///< by target and source table

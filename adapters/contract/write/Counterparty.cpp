@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Counterparty.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 #include <QRegularExpression>
@@ -48,6 +49,17 @@ std::vector<TableNeed> CounterpartyNeeds() {
 }
 
 Emptying CounterpartyEmptying() { return Truncated({"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"}); }
+
+void SetIban(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& party) {
+    const auto text = [&party](const QString& column) { return party.Value(column).toString(); };
+    if (!text("COIBA").isEmpty() || text("CONAZ") != schema::defaults::Country) {
+        return;
+    }
+    const QString iban = mod_ovTools::MakeItalianIban(text("COCIN"), text("COABI"), text("COCAB"), text("COCOC"));
+    if (!iban.isEmpty()) {
+        party.Set("COIBA", iban);
+    }
+}
 
 QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
 

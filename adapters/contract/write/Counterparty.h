@@ -21,6 +21,9 @@ std::vector<TableNeed> CounterpartyNeeds();
 /// What a reset of the counterparties empties.
 Emptying CounterpartyEmptying();
 
+/// Sets the IBAN of an Italian account in a row of CON_TRO that has none but the other coordinates of its bank.
+void SetIban(ImportRun& run, const SourceRow& row, TargetRow& party);
+
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
 QString WithoutSeparators(QString text);
 

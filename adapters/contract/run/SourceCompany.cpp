@@ -1,0 +1,108 @@
+#include "adapters/contract/run/SourceCompany.h"
+
+#include "adapters/contract/run/SourceRow.h"
+#include "core/modMain.h"
+#include "sources/layout/Layout.h"
+
+#include <QDir>
+
+namespace contract {
+
+namespace {
+
+const QString Section = QStringLiteral("IMPORT");
+
+QStringList ColumnsOf(ovConnection& source, const QString& table) {
+    QStringList names;
+    for (const ColumnInfo& column : source.GetColumns(table)) {
+        names.append(column.name);
+    }
+    return names;
+}
+
+/// The values of a column, each once.
+QList<QVariant> ValuesOf(ovConnection& source, const QString& table, const QString& column) {
+    QList<QVariant> values;
+    Recordset rows = source.ExecuteWC(QStringLiteral("SELECT DISTINCT %1 FROM %2 ORDER BY %1").arg(column, table));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        values.append(rows.Value(column));
+    }
+    return values;
+}
+
+QString TextOf(const QVariant& value) { return value.toString().trimmed(); }
+
+} // namespace
+
+SourceCompany::SourceCompany(Session& session, CompanyKey key)
+    : m_key(std::move(key)),
+      m_code(modMain::GetAppConfig(session, Section, m_key.setting, {}).trimmed()),
+      m_setting(QStringLiteral("chiave %1, sezione [%2] di '%3'")
+                    .arg(m_key.setting, Section, QDir::toNativeSeparators(session.Config.ConfigFile()))) {}
+
+void SourceCompany::CallTables(sources::Layout& layout, const QStringList& tables) const {
+    if (!m_key.column.isEmpty() || m_code.isEmpty()) {
+        return;
+    }
+    for (const QString& table : tables) {
+        layout.CallTable(table, m_code + table);
+    }
+}
+
+QString SourceCompany::Take(ovConnection& source, sources::Layout& layout, const QStringList& tables) const {
+    return m_key.column.isEmpty() ? TakeByPrefix(source) : TakeByColumn(source, layout, tables);
+}
+
+QString SourceCompany::TakeByPrefix(ovConnection& source) const {
+    QStringList companies;
+    for (const QString& table : source.GetTables()) {
+        if (table.compare(m_key.table, Qt::CaseInsensitive) == 0) {
+            return {};
+        }
+        if (table.endsWith(m_key.table, Qt::CaseInsensitive)) {
+            companies.append(table.chopped(m_key.table.size()));
+        }
+    }
+    return companies.isEmpty() ? QString() : Wrong(companies); // without any it is the tables that are missing
+}
+
+QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) const {
+    if (!ColumnsOf(source, m_key.table).contains(m_key.column, Qt::CaseInsensitive)) {
+        return m_code.isEmpty() ? QString()
+                                : QStringLiteral("origine: colonna '%1.%2', che distingue le aziende (%3)")
+                                      .arg(m_key.table, m_key.column, m_setting);
+    }
+    QVariant company;
+    QStringList companies;
+    for (const QVariant& value : ValuesOf(source, m_key.table, m_key.column)) {
+        companies.append(TextOf(value));
+        if (m_code.isEmpty() || TextOf(value).compare(m_code, Qt::CaseInsensitive) == 0) {
+            company = value;
+        }
+    }
+    if (company.isNull() || (m_code.isEmpty() && companies.size() > 1)) {
+        return companies.isEmpty() ? QString() : Wrong(companies);
+    }
+    for (const QString& table : tables) {
+        if (!ColumnsOf(source, table).contains(m_key.column, Qt::CaseInsensitive)) {
+            continue;
+        }
+        const QString column = layout.InSource({table + u'.' + m_key.column}).first().section(u'.', -1);
+        const QString condition = column + QStringLiteral(" = ") + LiteralOf(source, company);
+        const sources::LayoutTable* known = layout.Find(table);
+        const QString own = known == nullptr ? QString() : known->filter;
+        if (!own.contains(condition)) {
+            layout.Filter(table, own.isEmpty() ? condition : QStringLiteral("(%1) AND %2").arg(own, condition));
+        }
+    }
+    return {};
+}
+
+QString SourceCompany::Wrong(const QStringList& companies) const {
+    const QString present = QStringLiteral("'%1'").arg(companies.join(QStringLiteral("', '")));
+    return m_code.isEmpty()
+               ? QStringLiteral("origine: quale azienda si importa; ci sono %1 (%2)").arg(present, m_setting)
+               : QStringLiteral("origine: azienda '%1'; ci sono %2 (%3)").arg(m_code, present, m_setting);
+}
+
+} // namespace contract

@@ -1,0 +1,22 @@
+#include "adapters/contract/write/Warehouses.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+QString Warehouses::CodeOf(const QString& code) {
+    using schema::defaults::Warehouse;
+    if (code.isEmpty()) {
+        return Warehouse;
+    }
+    const QString known = TranslatedCode(m_run.GetSession(), m_table, m_field, code, "MAG_AZZ");
+    if (known.isEmpty() && !m_told.contains(code)) {
+        m_run.Remember(m_told, code);
+        m_run.Log(QStringLiteral("MAGAZZINO NON TROVATO: '%1' non è in MAG_AZZ né tradotto in SYS_IMP, si usa '%2'")
+                      .arg(code, Warehouse));
+    }
+    return known.isEmpty() ? Warehouse : known;
+}
+
+} // namespace contract

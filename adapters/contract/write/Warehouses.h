@@ -1,0 +1,29 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+#include <QSet>
+
+namespace contract {
+
+/// The warehouses of a source: translated through SYS_IMP, else known to MAG_AZZ, else the principal one, which the log
+/// tells once for each.
+class Warehouses {
+public:
+    /// @param table,field of their codes, as SYS_IMP knows them
+    Warehouses(ImportRun& run, QString table, QString field)
+        : m_run(run),
+          m_table(std::move(table)),
+          m_field(std::move(field)) {}
+
+    /// CDMAG of one; the principal one for a blank code. Raises `SqlError`.
+    QString CodeOf(const QString& code);
+
+private:
+    ImportRun& m_run;
+    QString m_table;
+    QString m_field;
+    QSet<QString> m_told; ///< codes that are not there
+};
+
+} // namespace contract

@@ -1,0 +1,100 @@
+// Base tables of Ad Hoc Revolution: VAT codes, payment types and terms, units, agents. Their codes stay what they are.
+
+#include "adapters/origins/AdHoc/modImport_AdHoc.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_AdHoc {
+
+namespace {
+
+const QString Pag2ame = QStringLiteral("PAG_2AME");
+
+/// A table of codes with their descriptions.
+BaseTable CodeTable(const QString& step, const QString& table, const QString& key, const QString& target,
+                    const Lines& lines) {
+    return {.frame = {.step = step},
+            .source = {.table = table, .key = key, .order = key},
+            .target = target,
+            .code = Field(key),
+            .lines = lines};
+}
+
+BaseTable CodiciIva() {
+    return CodeTable("Codici IVA", "VOCIIVA", "IVCODIVA", "TAB_IVA",
+                     {
+                         {"IVDES", "IVDESIVA", First(100)},
+                         {"IVALI", "IVPERIVA", RoundedTo(2)},
+                         {"IVIND", "IVPERIND", RoundedTo(2)},
+                         {"IVPLA", "IVPLAIVA", Flag()},
+                         {"IVBOL", "IVBOLIVA", Flag()},
+                         {"IVEXT", "IVCODIVA", Text()},
+                     });
+}
+
+BaseTable TipiPagamento() {
+    return CodeTable("Tipi di pagamento", "MOD_PAGA", "MPCODICE", "TAB_MPT",
+                     {
+                         {"PTDES", "MPDESCRI", First(100)},
+                         {"PTCAT", "MPTIPPAG", Text()},
+                         {"PTEXT", "MPCODICE", Text()},
+                     });
+}
+
+BaseTable UnitaDiMisura() {
+    return CodeTable("Unità di misura", "UNIMIS", "UMCODICE", "TAB_UMS",
+                     {{"UMDES", "UMDESCRI", First(100)}, {"UMEXT", "UMCODICE", Text()}});
+}
+
+BaseTable Agenti() { return CodeTable("Agenti", "AGENTI", "AGCODAGE", "AGE_NTI", {{"AGDES", "AGDESAGE", First(100)}}); }
+
+/// From when the days of an instalment count.
+Rule Start() {
+    return {"\"DF\" or \"FM\", in any case; \"DF\" when blank; given up for any other", [](const RuleInput& input) {
+                const QString text = input.Text().toUpper();
+                if (!text.isEmpty() && text != u"DF" && text != u"FM") {
+                    throw ImportError(
+                        QStringLiteral("'%1' non è né data fattura (DF) né fine mese (FM)").arg(input.Text()));
+                }
+                return RuleValue(text.isEmpty() ? QStringLiteral("DF") : text);
+            }};
+}
+
+PaymentTerms Pagamenti() {
+    return {
+        .frame = {.step = "Pagamenti"},
+        .source = {.table = "PAG_AMEN", .key = "PACODICE", .order = "PACODICE"},
+        .code = "PACODICE",
+        .lines =
+            {
+                {"MPDES", "PADESCRI", First(100)},
+                {"MPSCM", "PASCONTO", RoundedTo(2)},
+                {"MPSPI", "PASPEINC", RoundedTo(2)},
+                {"MPEXT", "PACODICE", Text()},
+            },
+        .instalments = {{.rows = {.table = Pag2ame, .on = {{"P2CODICE", "PACODICE"}}, .order = "P2NUMRAT"},
+                         .type = {"P2MODPAG", TranslatedOrKnown(Pag2ame, "P2MODPAG", "TAB_MPT")},
+                         .days = "P2GIODUR",
+                         .start = {"P2SCADEN", Start()}}},
+    };
+}
+
+} // namespace
+
+/// Payment types come before the terms that name them. The tables serve every company: nothing is emptied.
+Procedure TabelleBase() {
+    const Frame frame{.module = Module,
+                      .procedure = "ImportTabelleBaseAHR",
+                      .announcement = "Inizio importazione tabelle di base",
+                      .completion = "Tabelle di base importate correttamente!",
+                      .asksReset = false};
+    std::vector<ImportPart> parts{PartOf(CodiciIva()), PartOf(TipiPagamento()), PartOf(Pagamenti()),
+                                  PartOf(UnitaDiMisura()), PartOf(Agenti())};
+    for (ImportPart& part : parts) {
+        part.empties = {};
+    }
+    return ProcedureOf(Button::Acq, frame, parts);
+}
+
+} // namespace modImport_AdHoc

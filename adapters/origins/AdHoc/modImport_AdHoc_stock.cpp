@@ -1,0 +1,304 @@
+// Stock of Ad Hoc Revolution: MVM_MAST and MVM_DETT hold the movements, SALDIART what is in the warehouses today.
+// Left out: unit of a movement (MMUNIMIS), as quantities are read in the first unit of the article; reserved, committed
+// and ordered quantities (SLQTRPER, SLQTIPER, SLQTOPER), which follow from orders; names of warehouses (MAGAZZIN),
+// which MAG_AZZ has.
+
+#include "adapters/origins/AdHoc/modImport_AdHoc.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "adapters/contract/write/Warehouses.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_AdHoc {
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString MvmMast = QStringLiteral("MVM_MAST");
+const QString MvmDett = QStringLiteral("MVM_DETT");
+const QString Serial = QStringLiteral("MMSERIAL");
+
+// --- Mappings -----------------------------------------------------------------------------------------------------
+
+/// Movement that is no load.
+const QString OtherMovement = QStringLiteral("M");
+const QString Imports = QStringLiteral("SYSTEM_IMPORT");
+
+/// What a row moves, in the first unit of the article: below zero for what leaves.
+double QuantityOf(const SourceRow& row) { return NumberOf(row, "MMQTAUM1") * (row.Text("MMFLCASC") == u"-" ? -1 : 1); }
+
+/// The price of the movement's unit, for the first unit of the article.
+double PriceOf(const SourceRow& row) {
+    const double quantity = NumberOf(row, "MMQTAUM1");
+    const double price = NumberOf(row, "MMPREZZO");
+    return RoundedTo(quantity == 0 ? price : price * NumberOf(row, "MMQTAMOV") / quantity, UnitDecimals);
+}
+
+double ValueOf(const SourceRow& row) {
+    const double quantity = QuantityOf(row);
+    const double value = NumberOf(row, "MMVALMAG");
+    return RoundCurrency(value == 0 ? quantity * PriceOf(row) : std::copysign(value, quantity));
+}
+
+Rule Calculated(const QString& text, double (*of)(const SourceRow&)) {
+    return {text, [of](const RuleInput& input) { return RuleValue(of(input.row)); }};
+}
+
+Rule Quantity() { return Calculated("as read; below zero where the second column is \"-\"", QuantityOf); }
+
+Rule Year() {
+    return {"year of the date", [day = Day().apply](const RuleInput& input) -> RuleValue {
+                const QVariant date = *day(input);
+                if (date.isNull()) {
+                    throw ImportError(QStringLiteral("'%1' non è una data").arg(input.Text()));
+                }
+                return date.toDate().year();
+            }};
+}
+
+const Mapping& MovimentoMapping() {
+    static const Mapping mapping{
+        "MOV_MAG",
+        MvmMast,
+        {
+            {"MMANN", "MMDATREG", Year()},
+            {"MMNUM", "MMNUMREG", RoundedTo(0)},
+            {"MMDAT", "MMDATREG", Day()},
+            {"MMCAM", "MMTCAMAG", Or(Translated(MvmMast, "MMTCAMAG"), {})},
+            {"MMESR", "MMDATREG", Year()},
+            {"MMSTA", "", Constant(schema::defaults::Closed)},
+            {"MMINV", "", Constant(false)},
+        },
+    };
+    return mapping;
+}
+
+const Mapping& RigaMapping() {
+    static const Mapping mapping{
+        "MOV_MAR",
+        MvmDett,
+        {
+            {"MRNUM", "CPROWORD", RoundedTo(0)},
+            {"MRART", "MMCODART", Code()},
+            {"MRQTA", "MMQTAUM1, MMFLCASC", Quantity()},
+            {"MRQTI", "MMQTAUM1, MMFLCASC", Quantity()},
+            {"MRPRZ", "MMPREZZO, MMQTAMOV, MMQTAUM1",
+             Calculated("the first column times the second over the third, rounded to 6 decimals", PriceOf)},
+            {"MRVAL", "MMVALMAG, MMPREZZO, MMQTAMOV, MMQTAUM1, MMFLCASC",
+             Calculated("the first column in cents, with the sign of the quantity; when zero, quantity times price",
+                        ValueOf)},
+            {"MRTPM", "MMFLCASC", Choice({{"+", schema::defaults::LoadMovement}}, OtherMovement)},
+            {"MRSTA", "", Constant(schema::defaults::Closed)},
+            {"MRCAM", "MMCAUMAG", Or(Translated(MvmDett, "MMCAUMAG"), {})},
+        },
+    };
+    return mapping;
+}
+
+// --- Movements ----------------------------------------------------------------------------------------------------
+
+/// The movements have their number of the source, unless another movement of the year has it: then the next free one,
+/// which SYS_IMP keeps for later imports.
+class MovementImporter final : public Importer {
+public:
+    explicit MovementImporter(ImportRun& run)
+        : Importer(run),
+          m_warehouses(run, MvmDett, "MMCODMAG") {}
+
+    RowOutcome Row(const SourceRow& row) override;
+    void EndGroup() override;
+
+private:
+    struct Movement {
+        qint64 id = 0; ///< 0: no row of it has been carried over
+        QString name = {};
+        QMultiMap<qint64, qint64> rows = {}; ///< that an earlier import wrote and this one has not: number, RECORD_ID
+    };
+
+    void BeginMovement(const SourceRow& row);
+    qint64 NumberFor(const SourceRow& row, int year, qint64& known);
+    qint64 FreeNumber(const SourceRow& row, int year, qint64 taken);
+    qint64 HighestInSource();
+    void ReadRows();
+
+    Movement m_movement;
+    Warehouses m_warehouses;
+    QSet<QString> m_written;              ///< names of the movements of this run
+    std::optional<qint64> m_highest = {}; ///< number in the source
+};
+
+QString MovementName(int year, qint64 number) { return QStringLiteral("movimento %1/%2").arg(number).arg(year); }
+
+RowOutcome MovementImporter::Row(const SourceRow& row) {
+    Session& session = GetSession();
+    if (const QString sign = row.Text("MMFLCASC"); sign != u"+" && sign != u"-") {
+        return Run().Skip(QStringLiteral("riga che non muove la giacenza"));
+    }
+    const QString article = ArticleCodeOf(session, ArtIcol, "ARCODART", row.Text("MMCODART"));
+    if (!IsImported(Run(), article)) {
+        return Run().Skip(ArticleMissing);
+    }
+    Run().Restores(m_movement);
+    if (m_movement.id == 0) {
+        BeginMovement(row);
+    }
+    TargetRow target(Run(), "MOV_MAR");
+    RigaMapping().Apply(target, session, row, {article});
+    target.Set("MRTES", m_movement.id);
+    target.Set("MRDES", LookUp(session, "ART_ICO", "CDART", article, "ARDES"));
+    target.Set("MRUMS", LookUp(session, "ART_ICO", "CDART", article, "ARUMS"));
+    target.Set("MRMAG", m_warehouses.CodeOf(row.Text("MMCODMAG")));
+    const auto known = m_movement.rows.find(target.Value("MRNUM").toLongLong());
+    if (known == m_movement.rows.end()) {
+        target.Insert();
+        return RowOutcome::Inserted;
+    }
+    target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", *known));
+    m_movement.rows.erase(known);
+    return RowOutcome::Updated;
+}
+
+/// Kind and warehouse of the movement are those of its first row.
+void MovementImporter::BeginMovement(const SourceRow& row) {
+    TargetRow head(Run(), "MOV_MAG");
+    MovimentoMapping().Apply(head, GetSession(), row, {});
+    const int year = head.Value("MMANN").toInt();
+    qint64 known = 0;
+    const qint64 number = NumberFor(row, year, known);
+    head.Set("MMNUM", number);
+    head.Set("MMMAG", m_warehouses.CodeOf(row.Text("MMCODMAG")));
+    head.Set("MMTPM", row.Text("MMFLCASC") == u"+" ? schema::defaults::LoadMovement : OtherMovement);
+    if (known == 0) {
+        head.Insert();
+        m_movement = {Run().LastId("MOV_MAG"), MovementName(year, number)};
+    } else {
+        head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+        m_movement = {known, MovementName(year, number)};
+        ReadRows();
+    }
+    Run().Remember(m_written, m_movement.name);
+}
+
+/// @param known gets the RECORD_ID of the movement where an earlier import wrote it; else 0
+qint64 MovementImporter::NumberFor(const SourceRow& row, int year, qint64& known) {
+    Session& session = GetSession();
+    const QString kept = modImport::GetNewCode(session, MvmMast, Serial, row.Text(Serial), false);
+    const qint64 number = kept.isEmpty() ? static_cast<qint64>(NumberOf(row, "MMNUMREG")) : kept.toLongLong();
+    const Recordset found =
+        session.Quadrix.ExecuteWC("SELECT RECORD_ID, MMINV, USINS FROM " + Run().FullName("MOV_MAG") + " WHERE " +
+                                  Equals("MMANN", year) + " AND " + Equals("MMNUM", number));
+    if (found.Eof()) {
+        return number;
+    }
+    const SourceRow movement(found);
+    const bool isOurs = movement.Text("USINS") == Imports && NumberOf(movement, "MMINV") == 0;
+    if (isOurs && !m_written.contains(MovementName(year, number))) {
+        known = movement.Value("RECORD_ID").toLongLong();
+        return number;
+    }
+    return FreeNumber(row, year, number);
+}
+
+qint64 MovementImporter::FreeNumber(const SourceRow& row, int year, qint64 taken) {
+    const QString ofYear = QStringLiteral("WHERE ") + Equals("MMANN", year);
+    const qint64 highest = GetSession().Quadrix.GetMaxValue("MOV_MAG", "MMNUM", ofYear).toLongLong();
+    const qint64 number = std::max(highest, HighestInSource()) + 1;
+    StoreNewCode(Run(), MvmMast, Serial, row.Text(Serial), QString::number(number));
+    Run().Log(QStringLiteral("NUMERO DI MOVIMENTO OCCUPATO: %1: il %2 è di un altro, prende il numero %3")
+                  .arg(Run().RowKey(), MovementName(year, taken))
+                  .arg(number));
+    return number;
+}
+
+/// A number behind all of them takes none from a movement that is still to come.
+qint64 MovementImporter::HighestInSource() {
+    if (!m_highest) {
+        const Recordset found =
+            GetSession().SourceConnection().ExecuteWC("SELECT MAX(MMNUMREG) AS MMNUMREG FROM MVM_MAST");
+        m_highest = found.Eof() ? 0 : static_cast<qint64>(NumberOf(SourceRow(found), "MMNUMREG"));
+    }
+    return *m_highest;
+}
+
+void MovementImporter::ReadRows() {
+    Recordset rows = GetSession().Quadrix.ExecuteWC(
+        "SELECT RECORD_ID, MRNUM FROM " + Run().FullName("MOV_MAR") + " WHERE " + Equals("MRTES", m_movement.id) +
+        " AND " + Equals(GetSession(), "USINS", Imports) + " ORDER BY RECORD_ID DESC");
+    for (; !rows.Eof(); rows.MoveNext()) { // of several with one number the one inserted last is found first
+        m_movement.rows.insert(rows.Value("MRNUM").toLongLong(), rows.Value("RECORD_ID").toLongLong());
+    }
+}
+
+void MovementImporter::EndGroup() {
+    Run().Restores(m_movement);
+    TellNoLongerThere(Run(), QStringLiteral("RIGHE DI MOVIMENTO"), m_movement.name, m_movement.rows.size());
+    m_movement = {};
+}
+
+} // namespace
+
+Procedure Movimenti() {
+    Needs needs = NeedsOf(MovimentoMapping()) + NeedsOf(RigaMapping());
+    needs.reads.push_back({MvmDett, {"MMCODMAG"}});
+    needs.writes = StockNeeds() + std::vector<TableNeed>{{"MOV_MAG", {"MMCAM"}},
+                                                         {"MOV_MAR", {"MRCAM"}},
+                                                         {"MAG_AZZ", {"CDMAG"}},
+                                                         {"ART_ICO", {"CDART", "ARDES", "ARUMS"}}};
+    const Frame frame{.module = Module,
+                      .procedure = "ImportMovimentiAhr",
+                      .announcement = "Inizio importazione movimenti di magazzino",
+                      .step = "Movimenti di magazzino",
+                      .completion = "Movimenti di magazzino importati correttamente!"};
+    return ProcedureOf(
+        Button::Saldi, frame,
+        {{.step = frame.step,
+          .source = {.table = MvmMast,
+                     .key = Serial,
+                     .order = "MMSERIAL, CPROWNUM",
+                     .naming = "MMSERIAL, CPROWNUM",
+                     .group = {Serial},
+                     .joins = {{.table = MvmDett,
+                                .on = {{Serial}},
+                                .columns = {"CPROWNUM", "CPROWORD", "MMCODART", "MMCODMAG", "MMQTAMOV", "MMQTAUM1",
+                                            "MMCAUMAG", "MMFLCASC", "MMPREZZO", "MMVALMAG"},
+                                .isOptional = false}}},
+          .needs = needs,
+          .empties = StockEmptying(),
+          .make = [](ImportRun& run, const QString&) { return std::make_unique<MovementImporter>(run); }}});
+}
+
+// --- Balances -----------------------------------------------------------------------------------------------------
+
+/// The movements stand under the same button and have emptied the tables: nothing is emptied here. A balance is an
+/// inventory: it tells what is there, whatever was moved before.
+Procedure Inventario() {
+    const Balances saldi{
+        .frame = {.module = Module,
+                  .procedure = "ImportInventarioAhr",
+                  .announcement = "Inizio importazione Inventario",
+                  .log = LogStart::Behind,
+                  .completion = "Inventario importato correttamente!",
+                  .asksReset = false},
+        .source = {.table = SaldiArt,
+                   .key = "SLCODICE",
+                   .order = "SLCODMAG, SLCODICE",
+                   .where = "SLQTAPER <> 0",
+                   .naming = "SLCODMAG, SLCODICE"},
+        .warehouse = "SLCODMAG",
+        .article = {"SLCODICE", Article()},
+        .quantity = "SLQTAPER",
+        .price = {"SLVALUCA", NotZero()},
+    };
+    ImportPart part = PartOf(saldi);
+    part.empties = {};
+    return ProcedureOf(Button::Saldi, FrameOf(saldi), {part});
+}
+
+} // namespace modImport_AdHoc
