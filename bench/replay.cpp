@@ -45,15 +45,28 @@ void ReadRows(sqlite3_stmt* statement, sqlite3* database) {
     }
 }
 
+/// The whole replay is one transaction.
+bool IsOfTransaction(sqlite3_stmt* statement) {
+    std::istringstream lines(sqlite3_sql(statement));
+    std::string line;
+    while (std::getline(lines, line) && (line.empty() || line.starts_with("--"))) { // what the source was asked
+    }
+    const std::string word = line.substr(0, line.find_first_of(" ;\r"));
+    return word == "BEGIN" || word == "COMMIT" || word == "ROLLBACK" || word == "SAVEPOINT";
+}
+
 } // namespace
 
 long Replay(const std::string& database, const std::string& trace) {
     const Database handle = Open(database);
-    sqlite3_exec(handle.get(),
-                 "PRAGMA foreign_keys=ON; PRAGMA cache_size=-16384; PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL",
-                 nullptr, nullptr, nullptr);
+    sqlite3_exec(
+        handle.get(),
+        "PRAGMA foreign_keys=ON; PRAGMA cache_size=-16384; PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; "
+        "PRAGMA wal_autocheckpoint=4000",
+        nullptr, nullptr, nullptr);
     const std::string text = ReadAll(trace);
     long count = 0;
+    sqlite3_exec(handle.get(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
     for (const char* next = text.c_str(); *next != '\0';) {
         sqlite3_stmt* prepared = nullptr;
         const char* start = next;
@@ -61,10 +74,29 @@ long Replay(const std::string& database, const std::string& trace) {
             throw std::runtime_error(std::string(sqlite3_errmsg(handle.get())) + ": " + std::string(start, 200));
         }
         const Statement statement(prepared, &sqlite3_finalize);
-        if (prepared != nullptr) {
+        if (prepared != nullptr && !IsOfTransaction(statement.get())) {
             ReadRows(prepared, handle.get());
             ++count;
         }
     }
+    sqlite3_exec(handle.get(), "COMMIT", nullptr, nullptr, nullptr);
     return count;
+}
+
+std::vector<long> RowCounts(const std::string& database) {
+    const Database handle = Open(database);
+    const auto prepare = [&handle](const std::string& query) {
+        sqlite3_stmt* prepared = nullptr;
+        sqlite3_prepare_v2(handle.get(), query.c_str(), -1, &prepared, nullptr);
+        return Statement(prepared, &sqlite3_finalize);
+    };
+    std::vector<long> counts;
+    const Statement tables = prepare("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
+    while (sqlite3_step(tables.get()) == SQLITE_ROW) {
+        const std::string name = reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0));
+        const Statement count = prepare("SELECT COUNT(*) FROM \"" + name + "\"");
+        sqlite3_step(count.get());
+        counts.push_back(static_cast<long>(sqlite3_column_int64(count.get(), 0)));
+    }
+    return counts;
 }
