@@ -101,6 +101,28 @@ private slots:
             result.givenUp.first().reason.contains("colonna 'CLIENTE': nessuna controparte ha il codice cliente 'C9'"),
             qPrintable(result.givenUp.first().reason));
         QVERIFY(result.AddsUp());
+        const QString row =
+            reading == Reading::Joined ? "NUMERO '8': 'XX'" : "NUMERO '8', tabella 'RIGHE', RIGA '1': 'XX'";
+        const QString log = QString::fromLatin1(import.Log());
+        QVERIFY2(log.contains("ARTICOLO NON TROVATO: tabella 'TESTATE', " + row), qPrintable(log));
+    }
+
+    /// Only what is of the day that is asked for, or later; of a day that is none nothing is emptied or read.
+    void articlesSinceADay() {
+        Trial import("CREATE TABLE ART (COD VARCHAR(4), NOME VARCHAR(9), DEL DATETIME TEXT); INSERT INTO ART VALUES "
+                     "('A', 'vecchio', '20240131 00:00:00'), ('B', 'nuovo', '20240201 00:00:00')");
+        import.Person.Inputs = {"01/02/2024", "1/2/2024", "ieri"};
+        const Procedure procedure = ProcedureOf(std::nullopt, Articles{.frame = FrameNamed("ImportArticoli"),
+                                                                       .source = {.table = "ART", .key = "COD"},
+                                                                       .code = "COD",
+                                                                       .description = "NOME",
+                                                                       .since = SinceDay{"DEL"}});
+        QCOMPARE(procedure.asks.size(), size_t{1});
+        import.Run(procedure, "SELECT CDART FROM X01_ART_ICO");
+        QVERIFY(import.Again);
+        procedure.run(import.Get(), {}, true);
+        QCOMPARE(import.Get().Results.last().outcome, RunResult::Outcome::Failed);
+        QCOMPARE(import.Rows("SELECT CDART FROM X01_ART_ICO"), QStringList{"B"});
     }
 
     /// A row whose second table has nothing for it is read too.

@@ -44,6 +44,12 @@ struct LanguageTexts {
     Field text;
 };
 
+/// A day that the operator is asked for, today proposed: only rows of that day or later are read.
+struct SinceDay {
+    QString column; ///< of the source, a date
+    QString question = QStringLiteral("Data inizio importazione:");
+};
+
 /// An import of articles, with what hangs on them. An article that is there is rewritten.
 struct Articles {
     Frame frame = {};
@@ -59,6 +65,7 @@ struct Articles {
     std::vector<LanguageTexts> languages = {};
     /// Why the rows of an article behind the first are left out, in the operator's words; empty: they rewrite it.
     QString furtherRows = {};
+    std::optional<SinceDay> since = {};
     Emptying empties = ArticleEmptying();
 
     // What is odd about an origin.

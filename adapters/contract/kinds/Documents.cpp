@@ -286,6 +286,7 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
 RowOutcome DocumentImporter::WriteRows(const SourceRow& head, const DocumentKind& kind) {
     std::optional<RowOutcome> outcome;
     Declared().rows.ForEach(GetSession(), head, [&](const SourceRow& row) {
+        const ovErrors::Row underWay(GetSession().Errors, Run().RowKey() + ", " + Declared().rows.Name(row));
         const RowOutcome one = WriteRow(head, row, kind);
         outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;
     });

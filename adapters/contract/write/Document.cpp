@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Document.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/askedDay.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "core/modImport.h"
@@ -114,13 +115,7 @@ DocumentSettings ReadDocumentSettings(Session& session) {
 }
 
 QDate AskStartDate(ImportRun& run) {
-    const QDate proposed = ReadDocumentSettings(run.GetSession()).from;
-    const QString typed = run.Input(StartDateQuestion, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
-    const auto from = mod_ovTools::ReadDate(typed);
-    if (!from) {
-        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));
-    }
-    return from->date();
+    return AskDay(run, StartDateQuestion, ReadDocumentSettings(run.GetSession()).from);
 }
 
 bool AskSkipImported(ImportRun& run) { return run.Ask(SkipImportedQuestion); }

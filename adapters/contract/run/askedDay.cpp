@@ -1,0 +1,16 @@
+#include "adapters/contract/run/askedDay.h"
+
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+QDate AskDay(ImportRun& run, const QString& question, const QDate& proposed) {
+    const QString typed = run.Input(question, QuadrixCaption, proposed.toString(QStringLiteral("dd/MM/yyyy")));
+    const auto day = mod_ovTools::ReadDate(typed);
+    if (!day) {
+        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));
+    }
+    return day->date();
+}
+
+} // namespace contract
