@@ -16,6 +16,8 @@ namespace {
 
 constexpr int GuidSize = 16;
 constexpr int NumericSize = 17;
+constexpr int BigInteger = 0x13;        ///< "Numero grande", which the library does not name
+constexpr int CalculatedHead = 20;      ///< bytes in front of the value of a calculated column
 constexpr unsigned OffsetMask = 0x1fff; ///< of a row's place in its page, without its marks
 constexpr quint32 LengthMask = 0x3fffffff;
 
@@ -59,6 +61,7 @@ QString DeclaredType(const MdbColumn& column, bool isUnicode) {
     case MDB_BYTE:
     case MDB_INT:
     case MDB_LONGINT:
+    case BigInteger:
         return QStringLiteral("INTEGER");
     case MDB_MONEY:
         return QStringLiteral("BLOB NUMERIC(19,4)");
@@ -96,8 +99,9 @@ AccessTable::AccessTable(AccessDatabase& database, const AccessDatabase::Entry& 
                          const ConnectionSettings& settings)
     : m_handle(database.Handle()),
       m_isUnicode(m_handle->f->jet_version != MDB_VER_JET3),
-      m_page(PageOf(*m_handle->f, settings.codePage)),
+      m_page(PageOf(*m_handle->f, PlainPage(settings))),
       m_untold(settings, m_isUnicode || TellsPage(*m_handle->f), database.FileName(), m_page.Name()),
+      m_oddities(settings, QStringLiteral("file '%1', tabella '%2'").arg(database.FileName(), entry.name)),
       m_table(ReadAccessDefinition(entry.entry)),
       m_chunk(MDB_BIND_SIZE, '\0') {
     if (m_table == nullptr) {
@@ -117,8 +121,67 @@ void AccessTable::ReadColumns() {
         if (!type.isEmpty()) {
             m_columns.append({QString::fromUtf8(ColumnAt(index).name), type});
             m_indexes.append(index);
+        } else {
+            m_oddities.Add(QStringLiteral("COLONNA NON LETTA"), QString::fromUtf8(ColumnAt(index).name), 0,
+                           QStringLiteral("è di un tipo che non si legge (allegati, elenchi di valori, data estesa)"));
         }
     }
+    m_calculated = CalculatedColumns();
+}
+
+/// Reads on in the definition of a table, which may go on in further pages.
+bool AccessTable::ReadDefinition(int& at, QByteArray& bytes) {
+    constexpr int nextPageAt = 4;
+    constexpr int head = 8; // of a further page
+    for (char& byte : bytes) {
+        if (at >= m_handle->fmt->pg_size) {
+            const auto next = qFromLittleEndian<quint32>(m_handle->pg_buf + nextPageAt);
+            if (next == 0 || mdb_read_pg(m_handle, next) == 0) {
+                return false;
+            }
+            at = head;
+        }
+        byte = static_cast<char>(m_handle->pg_buf[at++]);
+    }
+    return true;
+}
+
+/// The library leaves out the mark of a column that it is calculated.
+QSet<int> AccessTable::CalculatedColumns() {
+    constexpr qsizetype marksAt = 16;
+    constexpr int calculated = 0xc0;
+    QSet<int> numbers;
+    const MdbFormatConstants& format = *m_handle->fmt;
+    QByteArray entry(format.tab_col_entry_size, '\0');
+    int at = format.tab_cols_start_offset + static_cast<int>(m_table->num_real_idxs) * format.tab_ridx_entry_size;
+    if (!m_isUnicode || entry.size() <= marksAt || mdb_read_pg(m_handle, m_table->entry->table_pg) == 0) {
+        return numbers;
+    }
+    for (unsigned column = 0; column < m_table->num_cols && ReadDefinition(at, entry); ++column) {
+        if ((entry.at(marksAt) & calculated) == calculated) {
+            numbers.insert(qFromLittleEndian<quint16>(entry.constData() + format.col_num_offset));
+        }
+    }
+    return numbers;
+}
+
+/// The place of a value in the row under way, without the head that calculated ones have.
+MdbField AccessTable::ValueOf(int column) const {
+    const int index = m_indexes.at(column);
+    MdbField field = m_fields.at(static_cast<size_t>(index));
+    const int type = ColumnAt(index).col_type;
+    if (!m_calculated.contains(ColumnAt(index).col_num) || field.is_null != 0 || type == MDB_MEMO || type == MDB_OLE) {
+        return field;
+    }
+    constexpr int lengthAt = 16;
+    const QByteArrayView bytes = Bytes(field);
+    const int length = bytes.size() >= CalculatedHead ? Read<qint32>(bytes.sliced(lengthAt)) : -1;
+    if (length < 0 || length > bytes.size() - CalculatedHead || type == MDB_NUMERIC) {
+        throw ImportError(QStringLiteral("il valore calcolato non si legge (%1 byte)").arg(field.siz));
+    }
+    field.start += CalculatedHead;
+    field.siz = length;
+    return field;
 }
 
 void AccessTable::CopyRows(PrivateTable& target) {
@@ -126,15 +189,16 @@ void AccessTable::CopyRows(PrivateTable& target) {
     mdb_rewind_table(m_table.get());
     while (mdb_fetch_row(m_table.get()) != 0) {
         ++m_row;
-        try {
-            CopyRow(target);
-        } catch (ImportError& error) {
-            error.AddContext(QStringLiteral("riga %1").arg(m_row));
-            throw;
-        }
+        CopyRow(target);
         target.AddRow(m_row);
     }
-    if (m_row != m_table->num_rows) {
+    if (m_row > m_table->num_rows) {
+        m_oddities.Add(
+            QStringLiteral("RIGHE NON ANNUNCIATE"), QString(), 0,
+            QStringLiteral("la definizione annuncia %1 righe, se ne leggono %2").arg(m_table->num_rows).arg(m_row));
+    }
+    m_oddities.Tell();
+    if (m_row < m_table->num_rows) {
         throw ImportError(QStringLiteral("dovrebbe avere %1 righe, se ne leggono %2: riparare il file con Access "
                                          "('Compatta e ripristina database')")
                               .arg(m_table->num_rows)
@@ -149,10 +213,12 @@ void AccessTable::CopyRow(PrivateTable& target) {
     mdb_crack_row(m_table.get(), static_cast<int>(static_cast<unsigned>(start) & OffsetMask), length, m_fields.data());
     for (int column = 0; column < m_columns.size(); ++column) {
         try {
-            CopyValue(target, column, m_fields.at(static_cast<size_t>(m_indexes.at(column))));
-        } catch (ImportError& error) {
-            error.AddContext(QStringLiteral("colonna '%1'").arg(m_columns.at(column).name));
-            throw;
+            CopyValue(target, column, ValueOf(column));
+        } catch (const ImportError& error) {
+            const QString& name = m_columns.at(column).name;
+            m_oddities.Add(UnreadableKind, name, m_row, error.Message());
+            target.SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
+                                             .arg(m_oddities.Place(), QString::number(m_row), name, error.Message()));
         }
     }
 }
@@ -175,7 +241,8 @@ QByteArrayView AccessTable::Fixed(const MdbField& field, qsizetype size) const {
 
 void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& field) {
     MdbColumn& definition = ColumnAt(m_indexes.at(column));
-    if (definition.col_type == MDB_BOOL) {
+    const bool isCalculated = m_calculated.contains(definition.col_num);
+    if (definition.col_type == MDB_BOOL && !isCalculated) {
         target.SetInteger(column, field.is_null != 0 ? 0 : 1); // the mark of Null is the value
         return;
     }
@@ -183,6 +250,12 @@ void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& fi
         return;
     }
     switch (definition.col_type) {
+    case MDB_BOOL:
+        target.SetInteger(column, Read<quint8>(Fixed(field, 1)) != 0 ? 1 : 0);
+        break;
+    case BigInteger:
+        target.SetInteger(column, Read<qint64>(Fixed(field, 8)));
+        break;
     case MDB_BYTE:
         target.SetInteger(column, Read<quint8>(Fixed(field, 1)));
         break;
@@ -222,7 +295,7 @@ void AccessTable::CopyValue(PrivateTable& target, int column, const MdbField& fi
         target.SetBytes(column, LongValue(definition, field));
         break;
     case MDB_MEMO:
-        CopyText(target, column, LongValue(definition, field));
+        CopyText(target, column, LongValue(definition, field).mid(isCalculated ? CalculatedHead : 0));
         break;
     default:
         CopyText(target, column, Bytes(field));

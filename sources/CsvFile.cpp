@@ -8,33 +8,19 @@ namespace sources {
 
 namespace {
 
-const QByteArray Utf8Mark = QByteArrayLiteral("\xEF\xBB\xBF");
-
-[[noreturn]] void FailReading(const QFile& file) {
-    throw ImportError(QStringLiteral("il file '%1' non si può leggere: %2").arg(file.fileName(), file.errorString()));
-}
-
-void OpenForReading(QFile& file) {
-    if (!file.open(QIODevice::ReadOnly)) {
-        FailReading(file);
-    }
-}
-
 /// No character is a blank that may be cut off around a field.
 int IsSpace(unsigned char) { return 0; }
 
 } // namespace
 
-CsvFile::CsvFile(const QString& path, char separator)
-    : m_path(path),
-      m_file(path),
+CsvFile::CsvFile(const QString& path, char separator, int skipped)
+    : m_lines(path),
       m_parser(std::make_unique<csv_parser>()) {
-    OpenForReading(m_file);
-    m_hasMark = m_file.peek(Utf8Mark.size()) == Utf8Mark;
-    if (m_hasMark) {
-        m_file.skip(Utf8Mark.size());
+    QByteArray line;
+    while (m_line < skipped && m_lines.Next(line)) {
+        ++m_line;
     }
-    csv_init(m_parser.get(), CSV_STRICT_FINI);
+    csv_init(m_parser.get(), 0);
     csv_set_delim(m_parser.get(), static_cast<unsigned char>(separator));
     csv_set_space_func(m_parser.get(), IsSpace);
 }
@@ -43,11 +29,9 @@ CsvFile::~CsvFile() { csv_free(m_parser.get()); }
 
 bool CsvFile::Next(Record& record) {
     while (m_complete.isEmpty() && !m_ended) {
-        const QByteArray bytes = m_file.readLine();
-        if (!bytes.isEmpty()) {
-            Feed(bytes);
-        } else if (m_file.error() != QFile::NoError) {
-            FailReading(m_file);
+        QByteArray line;
+        if (m_lines.Next(line)) {
+            Feed(line);
         } else {
             EndFile();
         }
@@ -89,9 +73,9 @@ void CsvFile::Feed(const QByteArray& bytes) {
     if (csv_parse(m_parser.get(), bytes.constData(), size, TakeField, TakeRecord, &sink) != size) {
         throw ImportError(
             QStringLiteral("file '%1', riga %2: %3")
-                .arg(m_path, QString::number(m_line), QLatin1String(csv_strerror(csv_error(m_parser.get())))));
+                .arg(Path(), QString::number(m_line), QLatin1String(csv_strerror(csv_error(m_parser.get())))));
     }
-    const bool isBlank = bytes == "\n" || bytes == "\r\n";
+    const bool isBlank = WithoutEnd(bytes).isEmpty();
     if (isBlank && m_open.fields.isEmpty() && m_complete.isEmpty() && m_open.line == m_line) {
         m_open = {};
     }
@@ -100,24 +84,13 @@ void CsvFile::Feed(const QByteArray& bytes) {
 void CsvFile::EndFile() {
     m_ended = true;
     Sink sink{m_open, m_complete};
-    if (csv_fini(m_parser.get(), TakeField, TakeRecord, &sink) != 0) {
+    constexpr int fieldBegun = 2; // the library tells of a quote that is not closed only where it takes no other one
+    const bool isOpen = m_parser->pstate == fieldBegun && m_parser->quoted != 0;
+    if (isOpen || csv_fini(m_parser.get(), TakeField, TakeRecord, &sink) != 0) {
         throw ImportError(
             QStringLiteral("file '%1', riga %2: le virgolette che vi si aprono non si chiudono, il file è incompleto")
-                .arg(m_path, QString::number(m_open.line)));
+                .arg(Path(), QString::number(m_open.line)));
     }
-}
-
-QByteArray CsvFile::FirstLine(const QString& path) {
-    QFile file(path);
-    OpenForReading(file);
-    QByteArray line = file.readLine();
-    if (line.startsWith(Utf8Mark)) {
-        line.remove(0, Utf8Mark.size());
-    }
-    while (line.endsWith('\n') || line.endsWith('\r')) {
-        line.chop(1);
-    }
-    return line;
 }
 
 } // namespace sources

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFile>
+#include "sources/TextLines.h"
+
 #include <QVector>
 
 #include <functional>
@@ -20,29 +21,24 @@ public:
         QVector<QByteArray> fields;
     };
 
-    /// Raises `ImportError` naming the file when it cannot be read.
-    CsvFile(const QString& path, char separator);
+    /// Raises `ImportError` naming the file when it cannot be read. @param skipped lines at its start that are no
+    /// records
+    CsvFile(const QString& path, char separator, int skipped = 0);
     ~CsvFile();
     CsvFile(const CsvFile&) = delete;
     CsvFile& operator=(const CsvFile&) = delete;
 
-    const QString& Path() const { return m_path; }
-    /// Whether the file begins with the mark of UTF-8, which is no part of its first field.
-    bool HasUtf8Mark() const { return m_hasMark; }
+    const QString& Path() const { return m_lines.Path(); }
+    const TextLines& Lines() const { return m_lines; }
     /// Reads the next record; false at the end. Raises `ImportError` naming file and line for a quote that is not
     /// closed, and when reading fails.
     bool Next(Record& record);
-
-    /// The first line of a file, without its end. Raises `ImportError` naming the file.
-    static QByteArray FirstLine(const QString& path);
 
 private:
     void Feed(const QByteArray& bytes);
     void EndFile();
 
-    QString m_path;
-    QFile m_file;
-    bool m_hasMark = false;
+    TextLines m_lines;
     bool m_ended = false;
     qint64 m_line = 0;
     Record m_open;              ///< the record under way

@@ -1,5 +1,6 @@
 #include "sources/Dbf.h"
 
+#include "sources/findFile.h"
 #include "sql/errors.h"
 
 #include <QFileInfo>
@@ -21,7 +22,7 @@ constexpr qint64 BufferBytes = qint64(1) << 20;
 bool IsVisualFoxPro(int version) { return version >= 0x30 && version <= 0x32; }
 
 bool IsKnownVersion(int version) {
-    static const QSet<int> known{0x03, 0x30, 0x31, 0x32, 0x43, 0x63, 0x83, 0x8b, 0xcb, 0xf5, 0xfb};
+    static const QSet<int> known{0x03, 0x30, 0x31, 0x32, 0x43, 0x63, 0x7b, 0x83, 0x84, 0x8b, 0x8e, 0xcb, 0xf5, 0xfb};
     return known.contains(version);
 }
 
@@ -82,10 +83,11 @@ DbfFile::DbfFile(const QString& path, const QString& codePage)
 }
 
 MemoFormat DbfFile::Memos() const {
-    if (m_version == 0x83) {
+    static const QSet<int> dBase4{0x7b, 0x84, 0x8b, 0x8e, 0xcb};
+    if (m_version == 0x83 || m_version == 0x03) {
         return MemoFormat::DBase3;
     }
-    return m_version == 0x8b || m_version == 0xcb ? MemoFormat::DBase4 : MemoFormat::FoxPro;
+    return dBase4.contains(m_version) ? MemoFormat::DBase4 : MemoFormat::FoxPro;
 }
 
 void DbfFile::ReadHeader(const QString& codePage) {
@@ -102,9 +104,7 @@ void DbfFile::ReadHeader(const QString& codePage) {
     m_recordCount = qFromLittleEndian<quint32>(bytes + 4);
     m_headerLength = qFromLittleEndian<quint16>(bytes + 8);
     m_recordLength = qFromLittleEndian<quint16>(bytes + 10);
-    const auto told = CodePageOfLanguage(bytes[29]);
-    m_tellsPage = told.has_value();
-    m_page = CodePage(told.value_or(codePage));
+    FindPage(codePage, bytes[29]);
     if (m_headerLength <= PrologueLength || m_recordLength < 2) {
         throw ImportError(QStringLiteral("l'intestazione ha lunghezze impossibili (intestazione %1, riga %2 byte); il "
                                          "file è danneggiato: ripristinarlo da una copia")
@@ -118,6 +118,36 @@ void DbfFile::ReadHeader(const QString& codePage) {
     }
 }
 
+namespace {
+
+/// The page that a file ".cpg" beside a table names: "UTF-8", "CP850", "ANSI 1252"; empty without one.
+QString PageBeside(const QString& path) {
+    constexpr qint64 longest = 64;
+    const QFileInfo table(path);
+    QFile file(FindFile(table.path() + u'/' + table.completeBaseName() + QStringLiteral(".cpg")));
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QString name = QString::fromLatin1(file.read(longest)).simplified();
+    for (const char* word : {"ANSI ", "OEM "}) {
+        name = name.startsWith(QLatin1String(word), Qt::CaseInsensitive) ? name.mid(static_cast<int>(qstrlen(word)))
+                                                                         : name;
+    }
+    return name;
+}
+
+} // namespace
+
+void DbfFile::FindPage(const QString& codePage, unsigned char language) {
+    const bool isForced = codePage.endsWith(u'!');
+    const QString beside = isForced ? QString() : PageBeside(m_path);
+    const auto told = isForced           ? std::optional(codePage.chopped(1))
+                      : beside.isEmpty() ? CodePageOfLanguage(language)
+                                         : std::optional(beside);
+    m_tellsPage = told.has_value();
+    m_page = CodePage(told.value_or(codePage));
+}
+
 void DbfFile::ReadFields(const QByteArray& header) {
     const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
     qsizetype at = 0;
@@ -125,12 +155,14 @@ void DbfFile::ReadFields(const QByteArray& header) {
         m_fields.append(ReadDescriptor(bytes + at, m_page, IsVisualFoxPro(m_version)));
         at += DescriptorLength;
     }
-    if (at >= header.size() || header[at] != HeaderEnd) {
+    // Some programs write no mark behind the last column; the columns fill a record all the same, or it is refused.
+    const bool isMarked = at < header.size() && header[at] == HeaderEnd;
+    if (!isMarked && header.size() - at >= DescriptorLength) {
         throw ImportError(QStringLiteral("l'intestazione finisce prima della fine dell'elenco delle colonne; il file è "
                                          "danneggiato: ripristinarlo da una copia"));
     }
     if (IsVisualFoxPro(m_version)) {
-        const QByteArray link = header.mid(at + 1);
+        const QByteArray link = isMarked ? header.mid(at + 1) : QByteArray();
         m_container = DecodeText(link.left(link.indexOf('\0')), m_page).trimmed();
     }
     const auto sum = [this](auto&& length) {
@@ -168,16 +200,13 @@ void DbfFile::NumberFlags() {
 }
 
 void DbfFile::CheckFields() const {
-    QSet<QString> names;
     qint64 length = 1;
     for (const DbfField& field : m_fields) {
         length += field.length;
-        if (field.name.isEmpty() || names.contains(field.name.toUpper())) {
-            throw ImportError(QStringLiteral("l'intestazione ha una colonna senza nome o ripetuta ('%1'); il file è "
-                                             "danneggiato: ripristinarlo da una copia")
-                                  .arg(field.name));
+        if (field.name.isEmpty()) {
+            throw ImportError(QStringLiteral("l'intestazione ha una colonna senza nome; il file è danneggiato: "
+                                             "ripristinarlo da una copia"));
         }
-        names.insert(field.name.toUpper());
         if (!IsPossible(field)) {
             throw ImportError(
                 QStringLiteral("la colonna '%1' di tipo '%2' ha una lunghezza impossibile (%3); il file è "
@@ -203,20 +232,18 @@ void DbfFile::CheckSize() {
                 .arg(m_recordCount)
                 .arg(whole));
     }
-    if (whole > m_recordCount) {
-        CheckEnd();
-    }
+    CountUnannounced(whole);
 }
 
-/// Behind the last row may stand an end mark and rubbish, but no further row: a program that died before it wrote the
-/// header leaves the count behind its rows.
-void DbfFile::CheckEnd() {
-    const bool isAtEnd = m_file.seek(m_headerLength + m_recordCount * m_recordLength);
-    const QByteArray mark = isAtEnd ? m_file.read(1) : QByteArray();
-    if (mark == " " || mark == "*") {
-        throw ImportError(QStringLiteral("l'intestazione annuncia %1 righe ma il file ne contiene altre; riparare la "
-                                         "tabella con l'applicativo di origine o ripristinarla da una copia")
-                              .arg(m_recordCount));
+/// Behind the last row may stand an end mark and rubbish; what begins as a row does is one.
+void DbfFile::CountUnannounced(qint64 most) {
+    while (m_recordCount < most && m_file.seek(m_headerLength + m_recordCount * m_recordLength)) {
+        const QByteArray mark = m_file.read(1);
+        if (mark != " " && mark != "*") {
+            break;
+        }
+        ++m_recordCount;
+        ++m_unannounced;
     }
 }
 

@@ -34,7 +34,8 @@ enum class MemoFormat {
 /// holds. Every length the file tells is checked before it is used.
 class DbfFile {
 public:
-    /// Reads the header. @param codePage page of a file whose header tells none; empty for cp1252.
+    /// Reads the header. @param codePage page of a file that tells none, neither in a file ".cpg" beside it nor in its
+    /// header; empty for cp1252. One that ends in "!" holds whatever the file tells.
     /// Raises `ImportError` naming the file when it cannot be opened, is no such table, or is cut short.
     explicit DbfFile(const QString& path, const QString& codePage = {});
 
@@ -43,10 +44,12 @@ public:
     const QString& Path() const { return m_path; }
     /// All columns in their order, also those that the system hides.
     const QVector<DbfField>& Fields() const { return m_fields; }
-    /// Rows the header announces, deleted ones too.
+    /// Rows of the file, deleted ones too.
     qint64 RecordCount() const { return m_recordCount; }
+    /// Rows behind those that the header announces: a program that died, or is still writing, leaves its count behind.
+    qint64 Unannounced() const { return m_unannounced; }
     const CodePage& TextPage() const { return m_page; }
-    /// Whether the header tells the code page.
+    /// Whether the code page is known: the header or a file beside it tells it, or it is forced.
     bool TellsPage() const { return m_tellsPage; }
     /// The database container (.dbc) that a table of Visual FoxPro says it belongs to, as it stands in the header: a
     /// path seen from the table's folder; empty for a table of its own.
@@ -68,7 +71,8 @@ private:
     void ReadFields(const QByteArray& header);
     void NumberFlags();
     void CheckSize();
-    void CheckEnd();
+    void CountUnannounced(qint64 most);
+    void FindPage(const QString& codePage, unsigned char language);
     void CheckFields() const;
     void FillBuffer();
     [[noreturn]] void Fail(const QString& message) const;
@@ -82,6 +86,7 @@ private:
     QString m_container;
     int m_version = 0;
     qint64 m_recordCount = 0;
+    qint64 m_unannounced = 0;
     qint64 m_headerLength = 0;
     qint64 m_recordLength = 0;
     int m_flagsField = -1; ///< index of the field of null flags; -1 for none
@@ -92,8 +97,8 @@ private:
     QByteArrayView m_current;
 };
 
-/// The code page named by the language byte of a table's header; null when the byte tells none (0).
-/// Raises `ImportError` for a byte without meaning.
+/// The code page named by the language byte of a table's header; null when the byte tells none, or one that is not
+/// known.
 std::optional<QString> CodePageOfLanguage(unsigned char language);
 
 } // namespace sources

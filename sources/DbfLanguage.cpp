@@ -1,5 +1,4 @@
 #include "sources/Dbf.h"
-#include "sql/errors.h"
 
 #include <QHash>
 
@@ -18,16 +17,8 @@ std::optional<QString> CodePageOfLanguage(unsigned char language) {
         {0x65, 866},  {0x66, 865},  {0x67, 861},  {0x6a, 737},  {0x6b, 857},  {0x6c, 863},  {0x78, 950},  {0x79, 949},
         {0x7a, 936},  {0x7b, 932},  {0x7c, 874},  {0x7d, 1255}, {0x7e, 1256}, {0x86, 737},  {0x87, 852},  {0x88, 857},
         {0xc8, 1250}, {0xc9, 1251}, {0xca, 1254}, {0xcb, 1253}, {0xcc, 1257}};
-    if (language == 0) {
-        return std::nullopt;
-    }
     const auto page = pages.constFind(language);
-    if (page == pages.constEnd()) {
-        throw ImportError(QStringLiteral("la lingua indicata nell'intestazione (byte 29 = 0x%1) non corrisponde a una "
-                                         "codepage conosciuta; salvare di nuovo la tabella con la codepage giusta")
-                              .arg(language, 2, 16, QLatin1Char('0')));
-    }
-    return QStringLiteral("cp%1").arg(page.value());
+    return page == pages.constEnd() ? std::nullopt : std::optional(QStringLiteral("cp%1").arg(page.value()));
 }
 
 } // namespace sources

@@ -57,14 +57,27 @@ QByteArray DbfMemo::Read(QByteArrayView pointer) {
     return ReadFoxPro(offset);
 }
 
-void DbfMemo::Open() {
-    const QString extension = m_format == MemoFormat::FoxPro ? QStringLiteral("fpt") : QStringLiteral("dbt");
+/// The path of the file; its format follows from it.
+QString DbfMemo::FindMemoFile() {
     const QFileInfo table(m_tablePath);
-    const QString path = FindFile(table.path() + u'/' + table.completeBaseName() + u'.' + extension);
-    if (path.isEmpty()) {
-        throw ImportError(QStringLiteral("manca il file dei memo '%1.%2'; copiarlo dall'origine nella stessa cartella")
-                              .arg(table.completeBaseName(), extension));
+    const QString stem = table.path() + u'/' + table.completeBaseName();
+    const bool isFoxPro = m_format == MemoFormat::FoxPro;
+    const QString usual = isFoxPro ? QStringLiteral(".fpt") : QStringLiteral(".dbt");
+    const QString path = FindFile(stem + usual);
+    const QString other =
+        path.isEmpty() ? FindFile(stem + (isFoxPro ? QStringLiteral(".dbt") : QStringLiteral(".fpt"))) : QString();
+    if (path.isEmpty() && other.isEmpty()) {
+        throw ImportError(QStringLiteral("manca il file dei memo '%1%2'; copiarlo dall'origine nella stessa cartella")
+                              .arg(table.completeBaseName(), usual));
     }
+    if (!other.isEmpty()) {
+        m_format = isFoxPro ? MemoFormat::DBase4 : MemoFormat::FoxPro;
+    }
+    return path.isEmpty() ? other : path;
+}
+
+void DbfMemo::Open() {
+    const QString path = FindMemoFile();
     m_file.setFileName(path);
     if (!m_file.open(QIODevice::ReadOnly)) {
         throw ImportError(QStringLiteral("il file dei memo '%1' non si può aprire (%2)")
@@ -97,20 +110,37 @@ QByteArray DbfMemo::Bytes(qint64 offset, qint64 length) {
     return bytes;
 }
 
+namespace {
+
+/// The editor of dBase marks the line ends it made itself with a byte of their own, which in the pages of DOS is a
+/// letter too: it is one where lines end without a carriage return.
+QByteArray WithoutSoftEnds(QByteArray text) {
+    constexpr char softReturn = '\x8d';
+    for (qsizetype at = text.indexOf('\n'); at >= 0; at = text.indexOf('\n', at + 1)) {
+        if (at == 0 || (text.at(at - 1) != '\r' && text.at(at - 1) != softReturn)) {
+            return text;
+        }
+    }
+    return text.replace("\x8d\n", "\r\n");
+}
+
+} // namespace
+
+/// A text that is the last of its file may have no mark.
 QByteArray DbfMemo::ReadToEndMark(qint64 offset) {
     constexpr char endMark = 0x1a;
     QByteArray text;
-    for (qint64 at = offset;;) {
+    for (qint64 at = offset; at == offset || at < m_file.size();) {
         const qint64 length = std::clamp<qint64>(m_file.size() - at, 1, HeaderLength);
         const QByteArray block = Bytes(at, length);
         const qsizetype end = block.indexOf(endMark);
         text += end < 0 ? block : block.left(end);
         if (end >= 0) {
-            // The editor of dBase marks the line ends it made itself with a byte of their own.
-            return text.replace("\x8d\n", "\r\n");
+            break;
         }
         at += length;
     }
+    return WithoutSoftEnds(std::move(text));
 }
 
 QByteArray DbfMemo::ReadDBase4(qint64 offset) {

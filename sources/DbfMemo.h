@@ -4,7 +4,8 @@
 
 namespace sources {
 
-/// The memo texts that belong to a table, in the file beside it. The file is opened when the first text is asked for:
+/// The memo texts that belong to a table, in the file beside it, whose format is that of its extension where the one
+/// that the table's version wants is not there. The file is opened when the first text is asked for:
 /// a table whose memos are all empty needs none.
 class DbfMemo {
 public:
@@ -18,6 +19,7 @@ public:
 private:
     void Open();
     QByteArray Bytes(qint64 offset, qint64 length);
+    QString FindMemoFile();
     QByteArray ReadToEndMark(qint64 offset);
     QByteArray ReadDBase4(qint64 offset);
     QByteArray ReadFoxPro(qint64 offset);

@@ -138,6 +138,14 @@ void PrivateTable::NumbersToTexts(int column) {
                        .arg(Quoted(m_name), name));
 }
 
+void PrivateTable::RemoveMark(int column, char mark, char unless) {
+    m_database.Run(
+        QStringLiteral("UPDATE %1 SET %2 = REPLACE(%2, '%3', '') WHERE %2 GLOB '*%3*' AND %2 NOT GLOB '*%4*' "
+                       "AND typeof(%2) = 'text'")
+            .arg(Quoted(m_name), Quoted(m_columns.at(column).name), QString(QLatin1Char(mark)),
+                 QString(QLatin1Char(unless))));
+}
+
 void PrivateTable::SetText(int column, QByteArrayView utf8) {
     Check(sqlite3_bind_text64(m_insert.get(), column + FirstParameter, utf8.data() == nullptr ? "" : utf8.data(),
                               static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8));

@@ -76,6 +76,8 @@ public:
     void Retype(const QVector<ColumnInfo>& columns);
     /// Turns the numbers in a column into their texts; after the last row.
     void NumbersToTexts(int column);
+    /// Takes a mark out of the texts in a column, but for those that have another one; after the last row.
+    void RemoveMark(int column, char mark, char unless);
 
 private:
     struct Finalize {

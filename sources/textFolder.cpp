@@ -1,6 +1,7 @@
 #include "sources/textFolder.h"
 
 #include "sources/CsvFile.h"
+#include "sources/DecimalMarks.h"
 #include "sources/fileTables.h"
 #include "sources/textSchema.h"
 #include "sources/UntoldPage.h"
@@ -26,98 +27,161 @@ QMap<QString, QStringList> FindTables(const QString& folder, const QStringList& 
     return tables;
 }
 
-/// Reads the fields of a file as text.
-class Decoder {
-public:
-    Decoder(const CsvFile& file, const TextSchema& schema, const ConnectionSettings& settings)
-        : m_path(file.Path()),
-          m_page(file.HasUtf8Mark()          ? QStringLiteral("UTF-8")
-                 : schema.codePage.isEmpty() ? settings.codePage
-                                             : schema.codePage),
-          m_untold(settings, file.HasUtf8Mark() || !schema.codePage.isEmpty(), file.Path(), m_page.Name()) {}
+/// The code page of a file, and how it is known.
+struct PageOfFile {
+    QString name;
+    bool isTold = true;
+};
 
-    QByteArray Utf8(const QByteArray& bytes, qint64 line, const QString& column) {
-        QByteArray utf8;
-        if (!m_page.AppendUtf8(bytes, utf8)) {
-            throw ImportError(QStringLiteral("file '%1', riga %2, colonna '%3': il testo non è in %4; dire la code "
-                                             "page del file in schema.ini (CharacterSet)")
-                                  .arg(m_path, QString::number(line), column, m_page.Name()));
+PageOfFile FindPage(const CsvFile& file, const TextSchema& schema, const ConnectionSettings& settings) {
+    if (const auto& told = file.Lines().TellsPage()) {
+        return {*told};
+    }
+    if (schema.codePage.startsWith(u"UTF-16")) {
+        throw ImportError(
+            QStringLiteral("file '%1': schema.ini lo dice Unicode (UTF-16), ma il file non comincia con il "
+                           "suo contrassegno")
+                .arg(file.Path()));
+    }
+    const QString told = schema.codePage.isEmpty() ? PlainPage(settings) : schema.codePage;
+    const bool isUtf8 = told.isEmpty() && TextLines::IsUtf8(file.Path());
+    return {isUtf8 ? QStringLiteral("UTF-8") : told, !schema.codePage.isEmpty()};
+}
+
+/// Fills a table with the records of a file.
+class TextLoader {
+public:
+    TextLoader(const QString& path, const ConnectionSettings& settings)
+        : m_settings(settings),
+          m_schema(ReadTextSchema(path)),
+          m_file(path, m_schema.separator, m_schema.skipped),
+          m_pageOfFile(FindPage(m_file, m_schema, settings)),
+          m_page(m_pageOfFile.name),
+          m_untold(settings, m_pageOfFile.isTold || m_page.Name() == u"UTF-8", path, m_page.Name()),
+          m_oddities(settings, QStringLiteral("file '%1'").arg(path)) {}
+
+    void Load(PrivateDatabase& database, const QString& name) {
+        const QStringList names = ColumnNames();
+        for (const QString& column : names) {
+            m_columns.append({column, QStringLiteral("TEXT")});
         }
-        m_untold.Look(utf8, line, column);
-        return utf8;
+        {
+            PrivateTable table(database, name, m_columns, RowNumberColumn);
+            DecimalMarks marks(names.size(), m_schema.decimalMark);
+            for (CsvFile::Record record; m_file.Next(record);) {
+                AddRecord(table, marks, record);
+            }
+            marks.Settle(table, m_oddities);
+        }
+        AddLookupIndexes(database, name, m_columns, m_settings.lookupColumns);
+        TellHowItWasRead();
+        m_oddities.Tell();
     }
 
 private:
-    QString m_path;
+    /// The names of the columns: the schema's own, else those of the header, which is read in any case.
+    QStringList ColumnNames() {
+        QStringList names = m_schema.columns;
+        CsvFile::Record header;
+        if (m_schema.hasHeader && !m_file.Next(header)) {
+            throw ImportError(
+                QStringLiteral("il file '%1' è vuoto: manca la riga con i nomi delle colonne").arg(m_file.Path()));
+        }
+        if (names.isEmpty()) {
+            for (const QByteArray& field : std::as_const(header.fields)) {
+                QByteArray utf8;
+                m_page.AppendUtf8(field, utf8);
+                m_untold.Look(utf8, header.line, QString(), field);
+                names.append(QString::fromUtf8(utf8).simplified());
+            }
+        }
+        m_named = std::count_if(names.begin(), names.end(), [](const QString& name) { return !name.isEmpty(); });
+        QStringList places;
+        for (qsizetype column = 1; column <= names.size(); ++column) {
+            places.append(QString::number(column));
+        }
+        return DistinctNames(names, places, m_oddities);
+    }
+
+    void AddRecord(PrivateTable& table, DecimalMarks& marks, CsvFile::Record& record) {
+        QVector<QByteArray>& fields = record.fields;
+        if (fields.size() == 1 && m_columns.size() > 1 && fields.first().trimmed().isEmpty()) {
+            return; // blanks are no record
+        }
+        while (fields.size() > m_columns.size() && fields.last().isEmpty()) {
+            fields.removeLast();
+        }
+        if (fields.size() > m_columns.size() || fields.size() < m_named) {
+            AddUnreadable(table, record);
+            return;
+        }
+        for (int column = 0; column < fields.size(); ++column) {
+            if (!fields.at(column).isEmpty()) {
+                AddField(table, record.line, column, fields.at(column));
+                marks.Look(column, fields.at(column));
+            }
+        }
+        table.AddRow(record.line);
+    }
+
+    void AddField(PrivateTable& table, qint64 line, int column, const QByteArray& bytes) {
+        const QString& name = m_columns.at(column).name;
+        m_utf8.resize(0);
+        if (!m_page.AppendUtf8(bytes, m_utf8)) {
+            const QString why = QStringLiteral("il testo non è in %1; dire la code page del file in schema.ini "
+                                               "(CharacterSet)")
+                                    .arg(m_page.Name());
+            m_oddities.Add(UnreadableKind, name, line, why);
+            table.SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
+                                            .arg(m_oddities.Place(), QString::number(line), name, why));
+            return;
+        }
+        m_untold.Look(m_utf8, line, name, bytes);
+        table.SetText(column, m_utf8);
+    }
+
+    /// Which of its fields are which cannot be known.
+    void AddUnreadable(PrivateTable& table, const CsvFile::Record& record) {
+        const QString why = QStringLiteral("ha %1 campi, le colonne sono %2; controllare separatore e virgolette")
+                                .arg(record.fields.size())
+                                .arg(m_columns.size());
+        m_oddities.Add(QStringLiteral("RIGA NON LEGGIBILE"), QString(), record.line, why);
+        for (int column = 0; column < m_columns.size(); ++column) {
+            table.SetUnreadable(
+                column, QStringLiteral("%1, riga %2: %3").arg(m_oddities.Place(), QString::number(record.line), why));
+        }
+        table.AddRow(record.line);
+    }
+
+    void TellHowItWasRead() {
+        const QString separator =
+            m_schema.separator == '\t' ? QStringLiteral("tabulazione") : QString(QLatin1Char(m_schema.separator));
+        if (m_schema.isFound && m_columns.size() > 1 && m_settings.note) {
+            m_settings.note(QStringLiteral("FILE DI TESTO: %1: letto con il separatore '%2', in %3, %4; se non è così, "
+                                           "dirlo in schema.ini")
+                                .arg(m_oddities.Place(), separator, m_page.Name(),
+                                     m_schema.hasHeader ? QStringLiteral("con i nomi delle colonne nella prima riga")
+                                                        : QStringLiteral("senza nomi delle colonne")));
+        }
+    }
+
+    const ConnectionSettings& m_settings;
+    TextSchema m_schema;
+    CsvFile m_file;
+    PageOfFile m_pageOfFile;
     CodePage m_page;
     UntoldPage m_untold;
+    Oddities m_oddities;
+    QVector<ColumnInfo> m_columns;
+    qsizetype m_named = 0; ///< columns that have a name in the file: a record has them all
+    QByteArray m_utf8;
 };
-
-void CheckNames(const QStringList& names, const QString& path) {
-    QStringList seen;
-    for (qsizetype i = 0; i < names.size(); ++i) {
-        if (names.at(i).isEmpty()) {
-            throw ImportError(
-                QStringLiteral("file '%1': la colonna %2 non ha un nome").arg(path, QString::number(i + 1)));
-        }
-        if (seen.contains(names.at(i), Qt::CaseInsensitive)) {
-            throw ImportError(QStringLiteral("file '%1': la colonna '%2' c'è due volte").arg(path, names.at(i)));
-        }
-        seen.append(names.at(i));
-    }
-}
-
-/// The names of the columns: the schema's own, else those of the header, which is read in any case.
-QStringList ColumnNames(CsvFile& file, const TextSchema& schema, Decoder& decoder) {
-    QStringList names = schema.columns;
-    CsvFile::Record header;
-    if (schema.hasHeader && !file.Next(header)) {
-        throw ImportError(
-            QStringLiteral("il file '%1' è vuoto: manca la riga con i nomi delle colonne").arg(file.Path()));
-    }
-    if (names.isEmpty()) {
-        for (const QByteArray& field : std::as_const(header.fields)) {
-            names.append(QString::fromUtf8(decoder.Utf8(field, header.line, QString())).trimmed());
-        }
-    }
-    CheckNames(names, file.Path());
-    return names;
-}
-
-void LoadFile(PrivateDatabase& database, const QString& name, const QString& path, const ConnectionSettings& settings) {
-    const TextSchema schema = ReadTextSchema(path);
-    CsvFile file(path, schema.separator);
-    Decoder decoder(file, schema, settings);
-    const QStringList names = ColumnNames(file, schema, decoder);
-    QVector<ColumnInfo> columns;
-    for (const QString& column : names) {
-        columns.append({column, QStringLiteral("TEXT")});
-    }
-    {
-        PrivateTable table(database, name, columns);
-        for (CsvFile::Record record; file.Next(record);) {
-            if (record.fields.size() != names.size()) {
-                throw ImportError(QStringLiteral("file '%1', riga %2: ha %3 campi, le colonne sono %4; controllare "
-                                                 "separatore e virgolette")
-                                      .arg(path, QString::number(record.line), QString::number(record.fields.size()),
-                                           QString::number(names.size())));
-            }
-            for (int column = 0; column < names.size(); ++column) {
-                if (!record.fields.at(column).isEmpty()) {
-                    table.SetText(column, decoder.Utf8(record.fields.at(column), record.line, names.at(column)));
-                }
-            }
-            table.AddRow(record.line);
-        }
-    }
-    AddLookupIndexes(database, name, columns, settings.lookupColumns);
-}
 
 } // namespace
 
 std::unique_ptr<Engine> OpenTextFolder(const QString& folder, const ConnectionSettings& settings) {
     const auto load = [settings](PrivateDatabase& database, const QString& name, const QString& path) {
-        LoadFile(database, name, path, settings);
+        TextLoader(path, settings).Load(database, name);
     };
     return OpenFolderTables(folder, FindTables(folder, settings.tables), load, settings);
 }

@@ -1,7 +1,7 @@
 #include "sources/textSchema.h"
 
-#include "sources/CsvFile.h"
 #include "sources/findFile.h"
+#include "sources/TextLines.h"
 #include "sql/errors.h"
 #include "sql/SettingsFile.h"
 
@@ -11,19 +11,42 @@ namespace sources {
 
 namespace {
 
+/// What stands outside of quotes.
+QByteArray WithoutQuoted(const QByteArray& line) {
+    QByteArray outside;
+    bool isQuoted = false;
+    for (const char byte : line) {
+        isQuoted = isQuoted != (byte == '"');
+        outside += isQuoted ? QByteArray() : QByteArray(1, byte);
+    }
+    return outside;
+}
+
 char SeparatorOfLine(const QByteArray& line) {
+    const QByteArray outside = WithoutQuoted(line);
     for (const char candidate : {';', '\t', ',', '|'}) {
-        if (line.contains(candidate)) {
+        if (outside.contains(candidate)) {
             return candidate;
         }
     }
     return ';';
 }
 
-char SeparatorOf(const QString& format, const QString& path) {
-    if (format.isEmpty()) {
-        return SeparatorOfLine(CsvFile::FirstLine(path));
+/// Finds the separator by the first line.
+void LookForSeparator(const QString& path, TextSchema& schema) {
+    constexpr qsizetype separatorAt = 4;
+    QByteArray line;
+    TextLines(path).Next(line);
+    const QByteArrayView first = WithoutEnd(line);
+    if (first.size() == separatorAt + 1 && line.toLower().startsWith("sep=")) { // as Excel writes it
+        schema.separator = first.back();
+        schema.skipped = 1;
+    } else {
+        schema.separator = SeparatorOfLine(line);
     }
+}
+
+char SeparatorOf(const QString& format, const QString& path) {
     if (format.compare(u"CSVDelimited", Qt::CaseInsensitive) == 0) {
         return ',';
     }
@@ -47,6 +70,9 @@ QString CodePageOf(const QString& characterSet) {
     if (characterSet.compare(u"OEM", Qt::CaseInsensitive) == 0) {
         return QStringLiteral("850");
     }
+    if (characterSet.compare(u"Unicode", Qt::CaseInsensitive) == 0) {
+        return QStringLiteral("UTF-16LE");
+    }
     return characterSet == u"65001" ? QStringLiteral("UTF-8") : characterSet;
 }
 
@@ -67,7 +93,15 @@ TextSchema ReadTextSchema(const QString& path) {
         return file.Path().isEmpty() ? QString() : file.Read(info.fileName(), key);
     };
     TextSchema schema;
-    schema.separator = SeparatorOf(read(QStringLiteral("Format")), path);
+    const QString format = read(QStringLiteral("Format"));
+    schema.isFound = format.isEmpty();
+    if (schema.isFound) {
+        LookForSeparator(path, schema);
+    } else {
+        schema.separator = SeparatorOf(format, path);
+    }
+    const QString mark = read(QStringLiteral("DecimalSymbol"));
+    schema.decimalMark = mark == u"," ? ',' : mark == u"." ? '.' : '\0';
     schema.hasHeader = read(QStringLiteral("ColNameHeader")).compare(u"False", Qt::CaseInsensitive) != 0;
     schema.codePage = CodePageOf(read(QStringLiteral("CharacterSet")));
     for (int column = 1;; ++column) {

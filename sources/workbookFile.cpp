@@ -2,6 +2,7 @@
 
 #include "sources/fileTables.h"
 #include "sources/findFile.h"
+#include "sources/UntoldPage.h"
 #include "sources/workbook/SheetLoader.h"
 #include "sql/errors.h"
 
@@ -26,7 +27,7 @@ int FindSheet(const QStringList& names, const QString& wanted) {
 
 void LoadSheet(PrivateDatabase& database, const QString& path, const SheetTable& table,
                const ConnectionSettings& settings) {
-    const auto workbook = OpenWorkbook(path, settings.codePage);
+    const auto workbook = OpenWorkbook(path, PlainPage(settings));
     const QStringList names = workbook->Sheets();
     const int sheet = FindSheet(names, table.sheet);
     if (sheet < 0) {
@@ -36,8 +37,7 @@ void LoadSheet(PrivateDatabase& database, const QString& path, const SheetTable&
     const QString place = QStringLiteral("File '%1', foglio '%2'").arg(path, names.at(sheet));
     try {
         const auto reader = workbook->Read(sheet);
-        const QVector<ColumnInfo> columns =
-            SheetLoader(table, place, *workbook, settings).Load(database, *reader);
+        const QVector<ColumnInfo> columns = SheetLoader(table, place, *workbook, settings).Load(database, *reader);
         AddLookupIndexes(database, table.table, columns, settings.lookupColumns);
     } catch (ImportError& error) {
         error.AddContext(place);
@@ -72,7 +72,7 @@ std::unique_ptr<Engine> OpenWorkbookFile(const QString& path, const ConnectionSe
     if (found.isEmpty()) {
         throw ImportError(QStringLiteral("il file '%1' non esiste o non si può leggere").arg(path));
     }
-    const QStringList names = OpenWorkbook(found, settings.codePage)->Sheets();
+    const QStringList names = OpenWorkbook(found, PlainPage(settings))->Sheets();
     std::vector<FileTable> tables;
     for (const SheetTable& sheet : TablesOf(names, sheets)) {
         tables.push_back({sheet.table, [found, sheet, settings](PrivateDatabase& database) {

@@ -33,7 +33,13 @@ struct Column {
     int length;
     int precision = 0;
     int scale = 0;
+    bool isCalculated = false;
 };
+
+/// A value of a calculated column: behind a head that tells its length.
+inline QByteArray Calculated(const QByteArray& value) {
+    return QByteArray(16, '\x5a') + Raw(static_cast<qint32>(value.size())) + value + QByteArray(3, '\0');
+}
 
 /// A value as its bytes; a null byte array is Null.
 using Row = QVector<QByteArray>;
@@ -76,7 +82,7 @@ inline QByteArray RowBytes(const Table& table, const Row& values) {
         }
         if (definition.length > 0) {
             fixed += value.isNull() ? QByteArray(definition.length, '\0') : value;
-        } else if (definition.type != 1) {
+        } else if (definition.type != 1 || definition.isCalculated) {
             starts.prepend(static_cast<quint16>(variable.size()));
             variable += value;
         }
@@ -108,7 +114,7 @@ inline QByteArray DefinitionPage(const Table& table, int mapRow) {
     QByteArray names;
     for (quint16 column = 0; column < count; ++column) {
         const Column& definition = table.columns.at(column);
-        const bool isFixed = definition.length > 0 || definition.type == 1;
+        const bool isFixed = definition.length > 0 || (definition.type == 1 && !definition.isCalculated);
         QByteArray entry(25, '\0');
         entry[0] = static_cast<char>(definition.type);
         qToLittleEndian(column, entry.data() + 5);
@@ -117,6 +123,7 @@ inline QByteArray DefinitionPage(const Table& table, int mapRow) {
         entry[11] = static_cast<char>(definition.precision);
         entry[12] = static_cast<char>(definition.scale);
         entry[15] = isFixed ? 3 : 2;
+        entry[16] = definition.isCalculated ? '\xc0' : '\0';
         qToLittleEndian(isFixed ? fixed : quint16(0), entry.data() + 21);
         qToLittleEndian(static_cast<quint16>(isFixed ? definition.length : 100), entry.data() + 23);
         fixed = static_cast<quint16>(fixed + definition.length);

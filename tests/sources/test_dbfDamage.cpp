@@ -72,24 +72,72 @@ private slots:
         row("other kind of file", QByteArray("PK\x03\x04", 4) + QByteArray(60, '\0'), {"non è una tabella"});
         row("cut in the second row", whole.left(whole.size() - 4), {"2 righe", "finisce alla riga 1"});
         row("cut in the header", whole.left(50), {"intestazione"});
-        row("more rows than announced", changed(4, 1), {"1 righe", "altre"});
         row("header longer than the file", changed(9, 0x7f), {"finisce alla riga 0"});
         row("no header", changed(8, 20), {"lunghezze impossibili", "intestazione 20"});
         row("rows of no length", changed(10, 1), {"lunghezze impossibili", "riga 1"});
         row("rows longer than the columns", changed(10, 40), {"12 byte", "40"});
-        row("code page that is none", changed(29, 0x05), {"byte 29", "0x05"});
         row("deleted mark that is none", changed(whole.size() - 13, 'x'), {"riga 2", "riga cancellata"});
         row("column of no length", changed(32 + 16, 0), {"'codice'", "lunghezza impossibile"});
         row("date of nine bytes", changed(32 + 32 + 11, 'D'), {"'importo'", "lunghezza impossibile (6)"});
-        row("column list without end", changed(96, ' '), {"elenco delle colonne"});
-        Table twice = Good();
-        twice.fields[1].name = "CODICE";
-        row("same name twice", twice.Bytes(), {"ripetuta ('CODICE')"});
     }
     void NamesWhatIsWrong() {
         QFETCH(QByteArray, bytes);
         QFETCH(QStringList, message);
         QVERIFY(Holds(ErrorOfReading(bytes), message));
+    }
+
+    /// What is odd, but leaves no doubt, is read and told.
+    void ReadsWhatIsOdd_data() {
+        Columns<QByteArray, QString, QString>("bytes", "first", "noted");
+        const auto changed = [](qsizetype at, char byte) {
+            QByteArray bytes = Good().Bytes();
+            bytes[at] = byte;
+            return bytes;
+        };
+        Row("more rows than announced", changed(4, 1), "00001", "annuncia 1 righe, il file ne contiene altre 1");
+        Row("column list without end", changed(96, ' '), "00001", "");
+        Row("version of a program of its kind", changed(0, '\x7b'), "00001", "");
+        Table twice = Good();
+        twice.fields.append({"IMPORTO", 'C', 1});
+        twice.rows = " 00001  1.50x 00002  2.50y";
+        Row("same name twice", twice.Bytes(), "00001", "'importo': il nome non dice");
+        QByteArray stranger = Good().Bytes();
+        stranger[29] = 0x05;
+        stranger.replace("00001", "C\x8d   ");
+        Row("language that is none", stranger, QString("C\u008d"), "in cp850 sarebbe 'Cì'");
+    }
+    void ReadsWhatIsOdd() {
+        QFETCH(const QByteArray, bytes);
+        QFETCH(const QString, noted);
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("Anagrafe.DBF"), bytes);
+        QString notes;
+        ConnectionSettings settings;
+        settings.note = [&notes](const QString& note) { notes += note; };
+        const auto engine = OpenFolder(dir.path(), settings);
+        QTEST(Value(*engine, "SELECT codice FROM anagrafe").toString(), "first");
+        QCOMPARE(Value(*engine, "SELECT COUNT(*) FROM anagrafe").toInt(), 2);
+        QVERIFY2(notes.contains(noted) && notes.isEmpty() == noted.isEmpty(), qPrintable(notes));
+    }
+
+    /// A memo that cannot be read ends the row that asks for it, and is told.
+    void ReadsRowsWithoutTheirMemos() {
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("t.dbf"),
+                  Table{0x30, 0x03, {{"nome", 'C', 2}, {"note", 'M', 4}}, QByteArray(" ab\0\0\0\0 cd\1\0\0\0", 14), 2}
+                      .Bytes());
+        QStringList notes;
+        ConnectionSettings settings;
+        settings.note = [&notes](const QString& note) { notes.append(note); };
+        const auto engine = OpenFolder(dir.path(), settings);
+        const auto rows = engine->Query("SELECT nome, note FROM t");
+        QVERIFY(rows->Next());
+        QCOMPARE(rows->Value(1).toString(), QString());
+        QVERIFY(rows->Next());
+        QCOMPARE(rows->Value(0).toString(), QString("cd"));
+        QVERIFY(Holds(ErrorOf([&] { rows->Value(1); }), {"File 't.dbf', riga 2, colonna 'note'", "t.fpt"}));
+        QVERIFY2(notes.join('\n').contains("VALORE NON LEGGIBILE: file 't.dbf', riga 2, colonna 'note': manca"),
+                 qPrintable(notes.join('\n')));
     }
 
     void SurvivesAnyChangedByte() {
@@ -102,6 +150,30 @@ private slots:
                 QVERIFY2(message == "no error" || message.contains("Anagrafe.DBF"), qPrintable(message));
             }
         }
+    }
+
+    /// The setting holds where the file tells nothing, or is put above it.
+    void ChoosesTheCodePage_data() {
+        Columns<int, QByteArray, QString, QString>("language", "beside", "setting", "read");
+        const QByteArray none;
+        Row("header", 0x02, none, "cp1252", "àèX");
+        Row("header is overruled", 0x03, none, "cp850!", "àèX");
+        Row("file beside it", 0x03, QByteArray("CP850"), "", "àèX");
+        Row("file beside it, in other words", 0, QByteArray("OEM 850\r\n"), "cp1252", "àèX");
+        Row("file beside it is overruled", 0, QByteArray("1252"), "cp850!", "àèX");
+    }
+    void ChoosesTheCodePage() {
+        QFETCH(const int, language);
+        QFETCH(const QByteArray, beside);
+        const QTemporaryDir dir;
+        WriteFile(dir.filePath("t.dbf"), Table{0x03, language, {{"nome", 'C', 3}}, " \x85\x8aX"}.Bytes());
+        if (!beside.isEmpty()) {
+            WriteFile(dir.filePath("T.CPG"), beside);
+        }
+        QFETCH(const QString, setting);
+        ConnectionSettings settings;
+        settings.codePage = setting;
+        QTEST(Value(*OpenFolder(dir.path(), settings), "SELECT nome FROM t").toString(), "read");
     }
 
     void TakesTheSettingWhereTheFileTellsNoCodePage() {
@@ -155,8 +227,13 @@ private slots:
         const QByteArray binary("\x08\0\0\0", 4);
         const QByteArray foxPro = FoxProMemo("testo", 5);
         row("dBase III", 0x83, second, "dbt", dBase3, {"Nota già lunga", QString(600, u'x')});
-        row("dBase III without end mark", 0x83, second, "dbt", dBase3.left(600),
-            {"t.dbf", "riga 1", "'note'", "fuori"});
+        row("dBase III without end mark", 0x83, second, "dbt", dBase3.left(600), {"Nota già lunga"});
+        row("dBase III of another program", 0x83, QByteArray("         8"), "fpt", foxPro, {"testo"});
+        row("dBase III that tells of no memos", 0x03, second, "dbt", dBase3, {"Nota già lunga"});
+        row("lines that dBase ends", 0x83, second, "dbt", QByteArray(512, '\0') + "uno\x8d\ndue\r\ntre\x1a",
+            {"uno\r\ndue\r\ntre"});
+        row("lines that end in a letter", 0x83, second, "dbt", QByteArray(512, '\0') + "luned\x8d\ndue\nx\x1a",
+            {QString("luned%1\ndue\nx").arg(QChar(0x8d))});
         row("dBase IV", 0x8b, second, "DBT", dBase4, {"nota"});
         row("dBase IV, no text there", 0x8b, second, "dbt", QByteArray(1024, '\0'), {"riga 1", "'note'", "blocco 1"});
         row("FoxPro, pointer in digits", 0xf5, "         8", "FPT", foxPro, {"testo"});

@@ -15,8 +15,11 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 
     void Write(const QString& name, const QByteArray& content) const { WriteFile(m_dir->filePath(name), content); }
-    std::unique_ptr<Engine> Open(const ConnectionSettings& more = {}) const {
+    QStringList m_notes;
+    std::unique_ptr<Engine> Open(const ConnectionSettings& more = {}) {
         ConnectionSettings settings = more;
+        m_notes.clear();
+        settings.note = [this](const QString& note) { m_notes.append(note); };
         settings.connectionString = "Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=" + m_dir->path();
         return sources::OpenFileSource(settings);
     }
@@ -33,8 +36,8 @@ private slots:
                              "fine;d;e");
         const auto engine = Open();
         QCOMPARE(engine->Tables(), QStringList{"art_mag"});
-        QCOMPARE(Values(*engine, "SELECT _ARCOD FROM ART_MAG ORDER BY _RECNO"), QString("00120,A;\"B\",C,fine"));
-        QCOMPARE(Values(*engine, "SELECT _RECNO FROM art_mag ORDER BY 1"), QString("2,4,6,7"));
+        QCOMPARE(Values(*engine, "SELECT _ARCOD FROM ART_MAG ORDER BY _RIGA"), QString("00120,A;\"B\",C,fine"));
+        QCOMPARE(Values(*engine, "SELECT _RIGA FROM art_mag ORDER BY 1"), QString("2,4,6,7"));
         QCOMPARE(Value(*engine, "SELECT \"[_X]\" FROM ART_MAG WHERE _ARCOD = '00120'").toString(),
                  QString(" due blanks "));
         QCOMPARE(Value(*engine, "SELECT \"[_X]\" FROM ART_MAG WHERE _ARCOD = 'c'").toString(),
@@ -75,13 +78,7 @@ private slots:
     void NamesWhatCannotBeRead_data() {
         Columns<QByteArray, QByteArray, QStringList>("content", "schema", "named");
         const QByteArray none;
-        Row("fewer fields", QByteArray("a;b\n1;2\n3\n"), none, QStringList{"riga 3", "1 campi", "2"});
-        Row("more fields", QByteArray("a;b\n1;2;3\n"), none, QStringList{"riga 2", "3 campi"});
-        Row("open quote", QByteArray("a;b\n1;2\n\"3;4\n5;6\n"), none, QStringList{"riga 3", "virgolette"});
-        Row("no such text", QByteArray("a;b\n1;Citt\xE0\n"), QByteArray("CharacterSet=65001\n"),
-            QStringList{"riga 2", "'b'", "UTF-8"});
-        Row("column twice", QByteArray("a;A\n1;2\n"), none, QStringList{"'A'", "due volte"});
-        Row("column without a name", QByteArray("a;;c\n1;2;3\n"), none, QStringList{"colonna 2"});
+        Row("open quote", QByteArray("a;b\n1;2\n\"3;4\n5;6\n"), none, QStringList{"riga 3", "non si chiudono"});
         Row("empty", none, none, QStringList{"vuoto"});
         Row("neither header nor names", QByteArray("1;2\n"), QByteArray("ColNameHeader=False\n"), QStringList{"Col1"});
         Row("no format", QByteArray("1;2\n"), QByteArray("Format=FixedLength\n"), QStringList{"FixedLength"});
@@ -102,6 +99,92 @@ private slots:
                           QStringList(m_dir->filePath("dati.csv")) + named));
         }
         QCOMPARE(Value(*engine, "SELECT a FROM buoni").toString(), QString("1"));
+    }
+
+    /// A line or a text that cannot be read ends who asks for it; the others are there.
+    void GoesOnBehindWhatCannotBeRead_data() {
+        Columns<QByteArray, QByteArray, QStringList>("content", "schema", "named");
+        const QByteArray none;
+        Row("fewer fields", QByteArray("a;b\n1;2\n3\n4;5\n"), none, QStringList{"riga 3", "1 campi", "2"});
+        Row("more fields", QByteArray("a;b\n1;2\n1;2;3\n4;5\n"), none, QStringList{"riga 3", "3 campi"});
+        Row("no such text", QByteArray("a;b\n1;2\nCitt\xE0;Citt\xE0\n4;5\n"), QByteArray("CharacterSet=65001\n"),
+            QStringList{"riga 3", "'b'", "UTF-8"});
+    }
+    void GoesOnBehindWhatCannotBeRead() {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QByteArray, schema);
+        QFETCH(const QStringList, named);
+        Write("dati.csv", content);
+        Write("schema.ini", "[dati.csv]\n" + schema);
+        const auto engine = Open();
+        const auto rows = engine->Query("SELECT b FROM dati");
+        QVERIFY(rows->Next());
+        QCOMPARE(rows->Value(0).toString(), QString("2"));
+        QVERIFY(rows->Next());
+        QVERIFY(Holds(ErrorOf([&] { rows->Value(0); }), QStringList(m_dir->filePath("dati.csv")) + named));
+        QVERIFY(rows->Next());
+        QCOMPARE(rows->Value(0).toString(), QString("5"));
+        QVERIFY2(m_notes.join('\n').contains("NON LEGGIBILE: file '"), qPrintable(m_notes.join('\n')));
+    }
+
+    /// What programs of old, and Excel, leave in text files.
+    void ReadsOdditiesOfPrograms_data() {
+        Columns<QByteArray, QString, QString>("content", "second", "noted");
+        const QByteArray utf16 = QByteArray("\xff\xfe"
+                                            "a\0;\0b\0\r\0\n\0"
+                                            "1\0;\0\xe0\0\r\0\n\0",
+                                            22);
+        QByteArray swapped = utf16;
+        for (qsizetype at = 0; at + 1 < swapped.size(); at += 2) {
+            std::swap(swapped[at], swapped[at + 1]);
+        }
+        const QString a = QString::fromUtf8("à");
+        Row("UTF-8 without a mark", QByteArray("a;b\n1;\xc3\xa0\n"), a, "in UTF-8");
+        Row("UTF-16", utf16, a, "in UTF-8");
+        Row("UTF-16, other way round", swapped, a, "in UTF-8");
+        Row("other page", QByteArray("a;b\n1;\x85\n"), QString::fromUtf8("…"), "in cp850 sarebbe 'à'");
+        Row("CR alone", QByteArray("a;b\r1;x\r"), "x", "separatore ';'");
+        Row("end mark of DOS", QByteArray("a;b\r\n1;x\r\n\x1a"), "x", "");
+        Row("separators at the end", QByteArray("a;b;\n1;x;\n"), "x", "");
+        Row("separators at the end of rows", QByteArray("a;b\n1;x;;\n"), "x", "");
+        Row("line of blanks", QByteArray("a;b\n  \n1;x\n"), "x", "");
+        Row("separator told", QByteArray("sep=|\na|b\n1|x;,\n"), "x;,", "separatore '|'");
+        Row("separator in a quoted name", QByteArray("a,\"c; d\",b\n1,2,x\n"), "x", "separatore ','");
+        Row("name twice", QByteArray("c;b;C\n1;x;2\n"), "x", "si legge come 'c (1)'");
+        Row("own number of row", QByteArray("_riga;b\n1;x\n"), "x", "si legge come '_riga (1)'");
+    }
+    void ReadsOdditiesOfPrograms() {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QString, noted);
+        Write("dati.csv", content);
+        const auto engine = Open();
+        QTEST(Value(*engine, "SELECT b FROM dati").toString(), "second");
+        QCOMPARE(Value(*engine, "SELECT COUNT(*) FROM dati").toInt(), 1);
+        QVERIFY2(m_notes.join('\n').contains(noted), qPrintable(m_notes.join('\n')));
+    }
+
+    /// A point divides thousands or decimals: the other numbers of the column tell.
+    void TellsThousandsFromDecimals_data() {
+        Columns<QByteArray, QByteArray, QString, QString>("values", "schema", "read", "noted");
+        const QByteArray none;
+        Row("decimal commas", QByteArray("1.234\n2,5\n-1.000.000\n"), none, "1234,2,5,-1000000",
+            "SEGNO DELLE MIGLIAIA");
+        Row("both marks", QByteArray("1.234\n2.500,75\n"), none, "1234,2.500,75", "SEGNO DELLE MIGLIAIA");
+        Row("decimal points", QByteArray("1.234\n2.5\n1,000\n"), none, "1.234,2.5,1000", "SEGNO DELLE MIGLIAIA");
+        Row("nothing tells", QByteArray("1.234\n5\n"), none, "1.234,5", "NUMERO AMBIGUO");
+        Row("schema.ini tells", QByteArray("1.234\n5\n"), QByteArray("DecimalSymbol=,\n"), "1234,5", "SEGNO");
+        Row("codes", QByteArray("1.234\n2,5\nA.1\n"), none, "1.234,2,5,A.1", "");
+        Row("contradiction", QByteArray("1.234\n2,5\n2.5\n"), none, "1.234,2,5,2.5", "");
+    }
+    void TellsThousandsFromDecimals() {
+        QFETCH(const QByteArray, values);
+        QFETCH(const QByteArray, schema);
+        QFETCH(const QString, noted);
+        Write("dati.txt", "a\n" + values);
+        Write("schema.ini", "[dati.txt]\nFormat=Delimited(;)\n" + schema);
+        QTEST(Values(*Open(), "SELECT a FROM dati"), "read");
+        const QString notes = m_notes.join('\n');
+        QVERIFY2(noted.isEmpty() ? notes.isEmpty() : notes.contains(noted), qPrintable(notes));
     }
 
     void OffersAFileByItsFullName() {
