@@ -44,6 +44,7 @@ Further ReadFurther(const Session& session, const contract::Origin& origin, cons
 }
 
 QStringList FreeTargets(const contract::Origin& origin, const QString& table) {
+    static const QSet<QString> audit{"RECORD_ID", "USINS", "DTINS", "USMDF", "DTMDF"};
     QStringList targets;
     QSet<QString> filled;
     for (const contract::Procedure& procedure : origin.procedures) {
@@ -59,7 +60,7 @@ QStringList FreeTargets(const contract::Origin& origin, const QString& table) {
             const schema::Table* target = schema::FindTable(mapping->targetTable);
             for (const schema::Column& column : target == nullptr ? std::vector<schema::Column>() : target->columns) {
                 const QString name = mapping->targetTable + u'.' + column.name;
-                if (!target->key.contains(column.name) && !targets.contains(name)) {
+                if (!target->key.contains(column.name) && !audit.contains(column.name) && !targets.contains(name)) {
                     targets.append(name);
                 }
             }

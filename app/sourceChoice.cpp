@@ -15,6 +15,27 @@ namespace {
 const QString Section = QStringLiteral("IMPORT");
 constexpr qsizetype MostRecent = 8;
 
+/// The keys of an origin that has some of its own.
+struct Keys {
+    QString server = "Servername";
+    QString database = "Databasename";
+    QString user = "Username";
+    QString password = "Password";
+    QString network = "NetworkCredential";
+};
+
+Keys KeysOf(const QString& origin, Kind kind) {
+    Keys keys;
+    if (kind == Kind::DataSource) {
+        keys.user = "DSN_Username";
+        keys.password = "DSN_Password";
+    } else if (origin.startsWith(u"Tessera", Qt::CaseInsensitive)) {
+        keys.user = "Tessera_Username";
+        keys.password = "Tessera_Password";
+    }
+    return keys;
+}
+
 QString Peek(Session& session, const QString& key) { return session.Config.PeekAppConfig(Section, key); }
 
 void Put(Session& session, const QString& key, const QString& value) {
@@ -59,11 +80,12 @@ QString ServerLine(const Session& session, const Source& source) {
 
 Kind KindOf(const contract::Origin& origin) {
     static const QSet<QString> asked{"SAM", "MEMPHIS", "LIBERTYCOMMERCE", "SOLUTION"};
+    static const QSet<QString> folders{"DSS WAPS", "MEXAL", "OS1"};
     const QString& kind = origin.source.kind;
     if (asked.contains(origin.name.toUpper())) {
         return Kind::Asked;
     }
-    if (kind.startsWith(u"FoxPro") || origin.name.compare(u"Dss Waps", Qt::CaseInsensitive) == 0) {
+    if (kind.startsWith(u"FoxPro") || folders.contains(origin.name.toUpper())) {
         return Kind::Folder;
     }
     if (kind == u"Access") {
@@ -77,30 +99,28 @@ Kind KindOf(const contract::Origin& origin) {
 
 Source Read(Session& session, const contract::Origin& origin) {
     const Kind kind = KindOf(origin);
-    const bool isDataSource = kind == Kind::DataSource;
+    const Keys keys = KeysOf(origin.name, kind);
     return {kind,
-            Peek(session, "Databasename"),
-            Peek(session, "Servername"),
+            Peek(session, keys.database),
+            Peek(session, keys.server),
             Peek(session, "DSN"),
-            Peek(session, isDataSource ? "DSN_Username" : "Username"),
-            Peek(session, "NetworkCredential") == u"1"};
+            Peek(session, keys.user),
+            Peek(session, keys.network) == u"1"};
 }
 
-void Write(Session& session, const Source& source, const std::optional<QString>& password) {
+void Write(Session& session, const contract::Origin& origin, const Source& source,
+           const std::optional<QString>& password) {
+    const Keys keys = KeysOf(origin.name, source.kind);
     const bool isDataSource = source.kind == Kind::DataSource;
-    if (isDataSource) {
-        Put(session, "DSN", source.dsn);
-    } else {
-        Put(session, "Databasename", source.database);
-    }
+    Put(session, isDataSource ? "DSN" : keys.database, isDataSource ? source.dsn : source.database);
     if (source.kind == Kind::Server) {
-        Put(session, "Servername", source.server);
-        Put(session, "NetworkCredential", source.integrated ? "1" : "0");
+        Put(session, keys.server, source.server);
+        Put(session, keys.network, source.integrated ? "1" : "0");
     }
     if (source.kind == Kind::Server || isDataSource) {
-        Put(session, isDataSource ? "DSN_Username" : "Username", source.user);
+        Put(session, keys.user, source.user);
         if (password) {
-            Put(session, isDataSource ? "DSN_Password" : "Password", *password);
+            Put(session, keys.password, *password);
         }
     }
 }

@@ -41,6 +41,15 @@ void ImportButtons::SetState(const WindowState& state, const QSet<QChar>& taken,
     Place();
 }
 
+std::optional<contract::Button> ImportButtons::Focused() const {
+    for (size_t i = 0; i < m_buttons.size(); ++i) {
+        if (m_buttons[i]->hasFocus()) {
+            return static_cast<contract::Button>(i);
+        }
+    }
+    return std::nullopt;
+}
+
 /// A button without a procedure stays: pressed, it says so. It is told apart before, to the eye and to a reader.
 void ImportButtons::ShowHint(QPushButton& button, const ButtonHint& hint) {
     button.setToolTip(hint.text);

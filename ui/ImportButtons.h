@@ -5,6 +5,8 @@
 #include <QSet>
 #include <QWidget>
 
+#include <optional>
+
 class QGridLayout;
 class QPushButton;
 
@@ -19,6 +21,9 @@ public:
     /// @param taken mnemonics of the rest of the window
     /// @param origin the one chosen, whose procedures the hints name; null for none
     void SetState(const WindowState& state, const QSet<QChar>& taken, const contract::Origin* origin);
+
+    /// The button that has the focus; none when none has it.
+    std::optional<contract::Button> Focused() const;
 
 signals:
     void Pressed(contract::Button button);

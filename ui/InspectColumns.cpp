@@ -14,7 +14,7 @@ using inspection::Suggestion;
 
 namespace {
 
-enum ListColumn { NameColumn, SourceColumn, ValuesColumn, StateColumn, FeedsColumn };
+enum ListColumn { NameColumn, StateColumn, SourceColumn, ValuesColumn, FeedsColumn };
 
 const QString NotThere = QStringLiteral("(non c'è nella sorgente)");
 
@@ -67,7 +67,7 @@ InspectColumns::InspectColumns(QWidget* parent)
     m_columns = new QTreeWidget;
     m_columns->setObjectName("lstColumns");
     m_columns->setAccessibleName("Colonne che l'origine legge");
-    m_columns->setHeaderLabels({"Colonna", "Nella sorgente", "Valori", "Stato", "Alimenta"});
+    m_columns->setHeaderLabels({"Colonna", "Stato", "Nella sorgente", "Valori", "Alimenta"});
     m_columns->setRootIsDecorated(false);
     m_columns->setUniformRowHeights(true);
     m_columns->setAllColumnsShowFocus(true);
@@ -116,9 +116,9 @@ void InspectColumns::FillColumns(bool onlyMissing) {
         }
         const Suggestion* proposed = inspection::Proposed(column.suggestions);
         const QString own = !column.IsMissing() ? column.inSource : proposed == nullptr ? QString() : proposed->name;
-        auto* item = new QTreeWidgetItem(m_columns, {column.name, inspection::SourceText(column),
-                                                     inspection::ValuesText(m_table, own),
-                                                     inspection::StateText(column), column.feeds.join(", ")});
+        auto* item =
+            new QTreeWidgetItem(m_columns, {column.name, inspection::StateText(column), inspection::SourceText(column),
+                                            inspection::ValuesText(m_table, own), column.feeds.join(", ")});
         inspectMarks::Show(*item, StateColumn, inspection::MarkOf(column));
         for (int each = NameColumn; each <= FeedsColumn; ++each) {
             item->setToolTip(each, item->text(each));

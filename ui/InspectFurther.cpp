@@ -5,6 +5,7 @@
 #include "ui/inspectMarks.h"
 
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -46,6 +47,9 @@ void InspectFurther::Lay() {
     connect(setFilter, &QPushButton::clicked, this,
             [this] { Done(inspection::SetFilter(m_session, m_origin, m_table, m_filter->text())); });
     auto* filterRow = new QHBoxLayout;
+    auto* filterLabel = new QLabel("Righe da &leggere:");
+    filterLabel->setBuddy(m_filter);
+    filterRow->addWidget(filterLabel);
     filterRow->addWidget(m_filter, 1);
     filterRow->addWidget(setFilter);
     m_added = new QTreeWidget;

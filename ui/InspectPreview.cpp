@@ -4,10 +4,13 @@
 #include "ui/WrappedLabel.h"
 
 #include <QFormLayout>
+#include <QHeaderView>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
 namespace {
+
+constexpr int WidestColumn = 26; ///< characters; the tool tip has all of it
 
 enum FixedColumn { TargetColumn, SourceColumn, RuleColumn, FirstValue };
 
@@ -31,6 +34,10 @@ InspectPreview::InspectPreview(Session& session, const contract::Origin& origin,
     m_values->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_values->setTabKeyNavigation(false);
     m_values->setWordWrap(false);
+    m_values->verticalHeader()->hide();
+    m_values->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
+    m_values->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_values->horizontalHeader()->setMaximumSectionSize(fontMetrics().averageCharWidth() * WidestColumn);
     auto* lines = new QFormLayout;
     lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     lines->addRow("Scri&ve:", m_which);

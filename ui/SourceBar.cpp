@@ -5,6 +5,7 @@
 
 #include <QHBoxLayout>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 SourceBar::SourceBar(QWidget* parent)
     : QWidget(parent),
@@ -18,12 +19,15 @@ SourceBar::SourceBar(QWidget* parent)
     connect(m_buttons[0], &QToolButton::clicked, this, &SourceBar::Edit);
     connect(m_buttons[1], &QToolButton::clicked, this, &SourceBar::Try);
     connect(m_buttons[2], &QToolButton::clicked, this, &SourceBar::Inspect);
-    auto* all = new QHBoxLayout(this);
-    all->setContentsMargins(0, 0, 0, 0);
-    all->addWidget(m_text, 1);
+    auto* buttons = new QHBoxLayout;
     for (QToolButton* button : m_buttons) {
-        all->addWidget(button);
+        buttons->addWidget(button);
     }
+    buttons->addStretch();
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->addWidget(m_text);
+    all->addLayout(buttons);
     SetSource({});
 }
 

@@ -206,6 +206,12 @@ void frmImport::cmbOrigine_Click() {
 }
 
 void frmImport::Import(contract::Button button) {
+    ImportRequest request;
+    request.button = button;
+    Run(request);
+}
+
+void frmImport::Run(ImportRequest request) {
     if (m_running) {
         return;
     }
@@ -213,14 +219,15 @@ void frmImport::Import(contract::Button button) {
     const qsizetype first = m_session.Results.size();
     m_account->setCurrentWidget(m_log);
     ShowLog(m_session.LogFile);
-    ImportRequest request;
     request.choice = Chosen();
-    request.button = button;
     request.procedure = TaskProcedure(m_state.mode);
     const FlowOutcome outcome = RunImport(m_session, request);
     if (request.choice.origin != nullptr) {
-        ShowResults(HintOf(m_state, button, request.choice.origin).what, first, outcome);
+        const QString what = HintOf(m_state, request.button, request.choice.origin).what;
+        ShowResults(request.dryRun ? QString("Prova (il database è rimasto com'era) di " + what) : what, first,
+                    outcome);
     }
+    ShowSource();
 }
 
 void frmImport::cmdReset_Click() {

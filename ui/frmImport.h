@@ -16,6 +16,7 @@ class QGroupBox;
 class QPlainTextEdit;
 class QPushButton;
 class QTabWidget;
+class QToolButton;
 class WindowOperator;
 
 /// The main window: company and origin, the import buttons, the tools, the account of the last run and the log.
@@ -41,6 +42,8 @@ public slots:
     void cmdSource_Click();
     void cmdTrySource_Click();
     void cmdInspect_Click();
+    void cmdCheck_Click();
+    void ShowHelp();
     /// Tries the connection again that failed at start.
     void RetryConnection();
     /// Closes the window without asking; an operation under way is cancelled first, and ends with the row it is at.
@@ -57,6 +60,7 @@ private:
     QGroupBox* NewChoices();
     QGroupBox* NewImports();
     QGroupBox* NewTools();
+    QList<QToolButton*> NewTrialTools();
     QWidget* NewAccount();
     QPushButton* NewTool(const QString& name, const QString& caption, const QString& hint);
 
@@ -69,6 +73,8 @@ private:
     void ShowConnection(const QString& trouble);
     void ShowState();
     void ShowSource();
+    void FillTrials(class QMenu& menu);
+    void Run(ImportRequest request);
     void FocusFirstChoice();
     QString CompanyText() const;
     QString SettingsFolder() const;

@@ -5,14 +5,17 @@
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
 #include "ui/SourceBar.h"
+#include "ui/toolButtons.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -82,7 +85,7 @@ QGroupBox* frmImport::NewChoices() {
     connect(m_source, &SourceBar::Edit, this, &frmImport::cmdSource_Click);
     connect(m_source, &SourceBar::Try, this, &frmImport::cmdTrySource_Click);
     connect(m_source, &SourceBar::Inspect, this, &frmImport::cmdInspect_Click);
-    lines->addRow("Sorgente:", m_source);
+    lines->addRow(new QLabel("Sorgente:"), m_source); // its buttons have keys of their own
     auto* all = new QHBoxLayout(group);
     all->addLayout(lines, 1);
     all->addWidget(picIcon, 0, Qt::AlignVCenter);
@@ -107,6 +110,22 @@ QPushButton* frmImport::NewTool(const QString& name, const QString& caption, con
     return button;
 }
 
+QList<QToolButton*> frmImport::NewTrialTools() {
+    auto* check = NewToolButton("cmdCheck", "Verifica",
+                                "Guarda se sorgente e azienda hanno ciò che serve, senza scrivere", QKeySequence("F7"));
+    connect(check, &QToolButton::clicked, this, &frmImport::cmdCheck_Click);
+    auto* trial = NewToolButton("cmdTrial", "Prova", "Prova un'importazione: alla fine il database torna com'era",
+                                QKeySequence("F8"));
+    auto* imports = new QMenu(trial);
+    connect(imports, &QMenu::aboutToShow, this, [this, imports] { FillTrials(*imports); });
+    trial->setMenu(imports);
+    trial->setPopupMode(QToolButton::InstantPopup);
+    auto* help = NewToolButton("cmdHelp", "Aiuto", "Tasti, corrispondenze dell'origine, versione",
+                               QKeySequence(QKeySequence::HelpContents));
+    connect(help, &QToolButton::clicked, this, &frmImport::ShowHelp);
+    return {check, trial, help};
+}
+
 QGroupBox* frmImport::NewTools() {
     cmdReset = NewTool("cmdReset", "&Reset Database...", "Elimina i dati scelti dell'azienda");
     cmdSequence = NewTool("cmdSequence", "Se&quenza...", "Esegue la sequenza di importazione");
@@ -118,6 +137,10 @@ QGroupBox* frmImport::NewTools() {
     auto* all = new QVBoxLayout(group);
     all->addWidget(cmdReset);
     all->addWidget(cmdSequence);
+    for (QToolButton* tool : NewTrialTools()) {
+        tool->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+        all->addWidget(tool);
+    }
     all->addStretch();
     all->addWidget(cmdExit);
     return group;

@@ -26,7 +26,7 @@ namespace {
 constexpr int WidthInCharacters = 150;
 constexpr int HeightInLines = 40;
 
-enum TableColumn { NameColumn, SourceColumn, RowsColumn, StateColumn };
+enum TableColumn { NameColumn, StateColumn, SourceColumn, RowsColumn };
 
 } // namespace
 
@@ -103,7 +103,7 @@ QWidget* frmInspect::NewTables() {
     m_tables = new QTreeWidget;
     m_tables->setObjectName("lstTables");
     m_tables->setAccessibleName("Tabelle che l'origine legge");
-    m_tables->setHeaderLabels({"Tabella", "Nella sorgente", "Righe", "Stato"});
+    m_tables->setHeaderLabels({"Tabella", "Stato", "Nella sorgente", "Righe"});
     m_tables->setRootIsDecorated(false);
     m_tables->setUniformRowHeights(true);
     m_tables->setAllColumnsShowFocus(true);
@@ -152,12 +152,12 @@ void frmInspect::FillTables() {
         if (m_onlyMissing->isChecked() && inspection::MarkOf(table) == inspection::Mark::Found) {
             continue;
         }
-        auto* item = new QTreeWidgetItem(m_tables, {table.name, inspection::SourceText(table),
-                                                    table.isFound ? inspection::RowsText(table.rows) : QString(),
-                                                    inspection::StateText(table)});
+        auto* item =
+            new QTreeWidgetItem(m_tables, {table.name, inspection::StateText(table), inspection::SourceText(table),
+                                           table.isFound ? inspection::RowsText(table.rows) : QString()});
         item->setTextAlignment(RowsColumn, Qt::AlignRight | Qt::AlignVCenter);
         inspectMarks::Show(*item, StateColumn, inspection::MarkOf(table));
-        for (int column = NameColumn; column <= StateColumn; ++column) {
+        for (int column = NameColumn; column <= RowsColumn; ++column) {
             item->setToolTip(column, item->text(column));
         }
         if (table.name == chosen) {

@@ -33,6 +33,7 @@ QLineEdit* NewLine(const QString& name, const QString& accessibleName, const QSt
 frmSource::frmSource(Session& session, const contract::Origin& origin, QWidget* parent)
     : QDialog(parent),
       m_session(session),
+      m_origin(origin),
       m_source(sourceChoice::Read(session, origin)) {
     setObjectName("frmSource");
     setWindowTitle("Sorgente di " + origin.name);
@@ -62,8 +63,9 @@ void frmSource::Lay(const QString& title) {
                                        "impostare."));
     }
     const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
+    buttons.cancel->setDefault(false); // nothing is deleted here: Enter takes what was typed
+    buttons.cancel->setAutoDefault(false);
     buttons.ok->setDefault(true);
-    buttons.ok->setAutoDefault(true);
     connect(buttons.ok, &QPushButton::clicked, this, &frmSource::cmdOk_Click);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* all = new QVBoxLayout(this);
@@ -160,7 +162,8 @@ void frmSource::cmdOk_Click() {
     const sourceChoice::Source chosen = Chosen();
     const bool hasPassword = m_password != nullptr && m_password->isEnabled() && !m_password->text().isEmpty();
     try {
-        sourceChoice::Write(m_session, chosen, hasPassword ? std::optional(m_password->text()) : std::nullopt);
+        sourceChoice::Write(m_session, m_origin, chosen,
+                            hasPassword ? std::optional(m_password->text()) : std::nullopt);
     } catch (const ImportError& error) {
         m_session.Person.Message(error.Message(), Icon::Exclamation);
         return;

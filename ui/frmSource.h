@@ -30,6 +30,7 @@ private:
     void cmdOk_Click();
 
     Session& m_session;
+    const contract::Origin& m_origin;
     sourceChoice::Source m_source;
     QComboBox* m_path = nullptr;
     QLineEdit* m_server = nullptr;

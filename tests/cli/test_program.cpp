@@ -3,6 +3,7 @@
 #include "tests/cli/CliRun.h"
 #include "tests/support/embedded.h"
 #include "tests/support/files.h"
+#include "tests/support/foreignSource.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -252,6 +253,30 @@ private slots:
         QCOMPARE(arca["built"].toBool(), true);
         QCOMPARE(origins[7].toObject()["built"].toBool(), false);
         QVERIFY(m_cli->Run({"origins"}).output.contains("(non disponibile in questa versione)"));
+    }
+
+    void inspectsTheSource() {
+        m_cli->CreateCompany();
+        MakeForeignSource(m_cli->Folder.filePath("sorgente.sqlite"));
+        m_cli->Set("IMPORT", "Databasename", "sorgente.sqlite");
+        const QString layout = m_cli->Folder.filePath("Tracciati/Gescom.ini");
+        const QStringList inspect{"inspect", "--origin", "Gescom"};
+        const auto shown = m_cli->Run(inspect);
+        QCOMPARE(shown.exitCode, 1); // what is necessary is missing
+        QVERIFY2(shown.output.contains("Tabella VETTORI: manca: forse 'TRASPORTATORI' (alias: vettori, "),
+                 qPrintable(shown.output));
+        QVERIFY(shown.output.contains("'CAMPO7' (valori: partita IVA)"));
+        QVERIFY(!QFile::exists(layout));
+        const auto json = m_cli->Run(inspect + QStringList{"--write", "--json"}).Json();
+        QCOMPARE(json["layoutFile"].toString(), layout);
+        QVERIFY(ReadFile(layout).contains("\n;VETTORI=TRASPORTATORI ; alias: vettori"));
+        QStringList found;
+        for (const auto& table : json["tables"].toArray()) {
+            found += table["inSource"].isNull() ? QStringList() : QStringList(table["name"].toString());
+        }
+        QCOMPARE(found, QStringList());
+        WriteFile(layout, "[TABELLE]\nVETTORI=TRASPORTATORI\n");
+        QVERIFY(m_cli->Run(inspect).output.contains("Tabella VETTORI (nell'origine TRASPORTATORI): righe 1"));
     }
 
     void checksWithoutWriting() {

@@ -1,12 +1,20 @@
 // Draws every window into a folder: quadrix-screenshots FOLDER THEME, THEME being "chiaro" or "scuro". The scale is
 // that of QT_SCALE_FACTOR; the names of the pictures carry both.
 
+#include "adapters/registry.h"
+#include "app/connectSource.h"
+#include "app/inspect_draft.h"
+#include "app/inspect_further.h"
 #include "app/reset.h"
 #include "examples/examples.h"
 #include "tests/support/DialogDriver.h"
+#include "tests/support/foreignSource.h"
 #include "tests/support/TestWindow.h"
+#include "ui/frmHelp.h"
+#include "ui/frmInspect.h"
 #include "ui/frmReset.h"
 #include "ui/frmSequence.h"
+#include "ui/frmSource.h"
 #include "ui/ReviewDialog.h"
 
 #include <QCheckBox>
@@ -15,6 +23,7 @@
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolButton>
 
 namespace {
 
@@ -194,6 +203,47 @@ void TakeFailed(const Album& album) {
     album.Take(test.Window(), "frmImport-senza-database");
 }
 
+/// A source with names of its own, before and after it has been fitted.
+void TakeInspect(TestWindow& test, const Album& album) {
+    const contract::Origin& origin = *registry::Find("Gescom");
+    MakeForeignSource(test.Folder.filePath("sorgente.sqlite"));
+    test.Set("IMPORT", "Databasename", "sorgente.sqlite");
+    Session& session = test.Get();
+    frmSource source(session, origin, &test.Window());
+    source.show();
+    album.Take(source, "frmSource");
+    source.close();
+    inspection::OpenToLook(session, origin);
+    frmInspect dialog(session, origin, &test.Window());
+    dialog.show();
+    album.Take(dialog, "frmInspect");
+    inspection::TakeNames(session, origin,
+                          {{"ARCLFR", "SOGGETTI"},
+                           {"ARCLFR.FLAGCLFR", "TIPO_SOGGETTO"},
+                           {"ARCLFR.CODCLFOR", "COD_SOGGETTO"},
+                           {"ARCLFR.RAGCLFOR", "DENOMINAZIONE"}});
+    dialog.Refresh();
+    inspection::TakeNames(session, origin, inspection::ProposedNames(dialog.Shown()));
+    inspection::SetFilter(session, origin, "ARCLFR", "SOCIETA = '01'");
+    inspection::SetAdded(session, origin, "CON_TRO.CONOM", "ARCLFR.GRUPPO_VENDITA -> First(10)");
+    dialog.Refresh();
+    album.Take(dialog, "frmInspect-adattata");
+    auto* tabs = dialog.findChild<QTabWidget*>();
+    tabs->setCurrentIndex(1);
+    album.Take(dialog, "frmInspect-filtri");
+    tabs->setCurrentIndex(2);
+    album.Take(dialog, "frmInspect-anteprima");
+    dialog.close();
+    CloseSource(session);
+    DialogDriver driver;
+    test.Choose("cmbOrigine", "Gescom");
+    test.Window().findChild<QToolButton*>("cmdCheck")->click();
+    album.Take(test.Window(), "frmImport-verifica");
+    frmHelp help(&origin, "ImportContropartiGescom", &test.Window());
+    help.show();
+    album.Take(help, "frmHelp");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -219,6 +269,7 @@ int main(int argc, char** argv) {
     TakeProgress(test, album);
     TakeError(test, album);
     TakeReview(test, album);
+    TakeInspect(test, album);
     TakeFailed(album);
     return 0;
 }

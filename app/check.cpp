@@ -1,0 +1,85 @@
+#include "app/check.h"
+
+#include "adapters/contract/write/Cam.h"
+#include "app/connectSource.h"
+
+#include <QScopeGuard>
+
+namespace check {
+
+namespace {
+
+/// Looks at the CAM databases of a procedure that opens no source of the origin: the one in use and, for a copy, the
+/// old one. Raises what their opening raises.
+contract::Lacks MissingFromCams(Session& session, const contract::Procedure& procedure) {
+    contract::Lacks lacks;
+    const bool copies = procedure.name.contains(QLatin1String("FromLantekToLantek"));
+    for (const QString& prefix :
+         copies ? QStringList{"Old_CAM", contract::CurrentCam} : QStringList{contract::CurrentCam}) {
+        session.Source = contract::qdxCamOpenConnection(session, prefix);
+        const contract::Lacks ofCam = contract::LacksOf(session, procedure.needs);
+        for (const QString& each : ofCam.necessary) {
+            lacks.necessary.append(prefix + ": " + each);
+        }
+        for (const QString& each : ofCam.optional) {
+            lacks.optional.append(prefix + ": " + each);
+        }
+        session.Source.reset();
+    }
+    return lacks;
+}
+
+/// Looks at the source of a procedure, which is opened when it is not, and at the company's tables; none when it cannot
+/// be opened, which has been told.
+std::optional<contract::Lacks> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure) {
+    if (procedure.opensSource) {
+        if (!session.Source && ConnectSource(session, *choice.origin) != SourceOutcome::Opened) {
+            return std::nullopt;
+        }
+        return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(),
+                       [&] { return std::optional(contract::LacksOf(session, procedure.needs)); });
+    }
+    CloseSource(session);
+    return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(), [&] {
+        return std::optional(procedure.needs.reads.empty() ? contract::LacksOf(session, procedure.needs)
+                                                           : MissingFromCams(session, procedure));
+    });
+}
+
+} // namespace
+
+std::optional<std::vector<Finding>> Run(Session& session, const Choice& choice,
+                                        const std::vector<const contract::Procedure*>& procedures) {
+    if (!CheckData(session, choice)) {
+        return std::nullopt;
+    }
+    const auto close = qScopeGuard([&session] { CloseSource(session); });
+    std::vector<Finding> findings;
+    for (const contract::Procedure* procedure : procedures) {
+        const auto lacks = LookFor(session, choice, *procedure);
+        if (!lacks) {
+            return std::nullopt;
+        }
+        findings.push_back({procedure, *lacks});
+    }
+    return findings;
+}
+
+QStringList Lines(const Finding& finding, const QString& name) {
+    const auto& [necessary, optional, leftOut] = finding.lacks;
+    const QString verdict = !necessary.isEmpty()  ? QStringLiteral(": manca")
+                            : !optional.isEmpty() ? QStringLiteral(": si può importare")
+                                                  : QStringLiteral(": c'è tutto");
+    QStringList lines{QString(name + verdict)};
+    const auto add = [&lines](const QString& heading, const QStringList& missing) {
+        lines += missing.isEmpty() ? QStringList() : QStringList(heading);
+        for (const QString& each : missing) {
+            lines.append("    " + each);
+        }
+    };
+    add("  Mancano, necessarie:", necessary);
+    add("  Mancano, facoltative:", optional);
+    return lines;
+}
+
+} // namespace check

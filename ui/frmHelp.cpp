@@ -1,0 +1,90 @@
+#include "ui/frmHelp.h"
+
+#include "adapters/mappingPages.h"
+#include "app/process.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int WidthInCharacters = 120;
+constexpr int HeightInLines = 40;
+
+const char* const Keys = R"(## Tasti
+
+| Tasto | Che cosa fa |
+|---|---|
+| F1 | questo aiuto; con un pulsante d'importazione a fuoco, la sua pagina |
+| Ctrl+O | sceglie la sorgente dell'origine |
+| Ctrl+T | prova la connessione |
+| Ctrl+E | esamina la sorgente: tabelle e colonne accanto a quelle che l'origine legge |
+| F7 | verifica che sorgente e azienda abbiano ciò che serve; non scrive nulla |
+| F8 | prova un'importazione: alla fine il database torna com'era |
+| Alt e la lettera sottolineata | il campo o il pulsante con quella lettera |
+
+## Da dove cominciare
+
+1. Scegliere azienda e origine, poi la sorgente (Ctrl+O), e provare la connessione (Ctrl+T).
+2. Esaminare la sorgente (Ctrl+E): dare un nome a ciò che manca, guardare l'anteprima.
+3. Verificare (F7) e provare (F8): l'esito dice quante righe si scriverebbero e quali no, e perché.
+4. Importare. Le righe abbandonate stanno nell'esito e nel registro, con tabella, riga, colonna e valore.
+)";
+
+QTextBrowser* NewPage(const QString& name, const QString& accessibleName) {
+    auto* page = new QTextBrowser;
+    page->setObjectName(name);
+    page->setAccessibleName(accessibleName);
+    page->setOpenLinks(false);
+    return page;
+}
+
+/// The mapping page of an origin; what there is to say without one.
+QString PageOf(const contract::Origin* origin) {
+    if (origin == nullptr) {
+        return QStringLiteral("Scegliere un'origine per vedere che cosa legge e dove lo scrive.");
+    }
+    QString page = mappingPages::Pages({origin}).value(origin->module + QStringLiteral(".md"));
+    page.remove(QStringLiteral(
+        "Made by `scripts/mappings` from the tables that the imports run by; not to be edited by hand.\n"));
+    return page.isEmpty() ? QStringLiteral("%1: nessuna importazione disponibile in questa versione.").arg(origin->name)
+                          : page;
+}
+
+} // namespace
+
+frmHelp::frmHelp(const contract::Origin* origin, const QString& procedure, QWidget* parent)
+    : QDialog(parent) {
+    setObjectName("frmHelp");
+    setWindowTitle("Aiuto");
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    auto* keys = NewPage("txtKeys", "Tasti e primi passi");
+    keys->setMarkdown(QString::fromUtf8(Keys));
+    auto* mapping = NewPage("txtMapping", "Corrispondenze dell'origine");
+    mapping->setMarkdown(PageOf(origin));
+    auto* version = NewPage("txtVersion", "Versione");
+    version->setPlainText(process::VersionText("quadrix-import"));
+    auto* tabs = new QTabWidget;
+    tabs->addTab(keys, "&Primi passi");
+    tabs->addTab(mapping, "Co&rrispondenze");
+    tabs->addTab(version, "&Versione");
+    auto* close = new QPushButton("&Chiudi");
+    close->setObjectName("cmdClose");
+    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(close);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(tabs, 1);
+    all->addLayout(buttons);
+    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    if (origin != nullptr) {
+        tabs->setCurrentWidget(mapping);
+        if (!procedure.isEmpty() && mapping->find(procedure)) {
+            mapping->ensureCursorVisible();
+        }
+    }
+}

@@ -1,0 +1,65 @@
+#include "app/check.h"
+#include "app/resultText.h"
+#include "ui/frmHelp.h"
+#include "ui/frmImport_running.h"
+#include "ui/ImportButtons.h"
+#include "ui/WindowOperator.h"
+
+#include <QMenu>
+
+/// Every procedure that the buttons of the window call.
+void frmImport::cmdCheck_Click() {
+    const contract::Origin* origin = Chosen().origin;
+    if (m_running || !CheckData(m_session, Chosen())) {
+        return;
+    }
+    const Running running(*this);
+    std::vector<const contract::Procedure*> procedures;
+    for (const contract::Procedure& procedure : origin->procedures) {
+        procedures.push_back(&procedure);
+    }
+    const qsizetype errors = m_session.Errors.Entries().size();
+    const auto findings = check::Run(m_session, Chosen(), procedures);
+    QStringList lines;
+    for (const check::Finding& finding : findings.value_or(std::vector<check::Finding>())) {
+        lines += QStringList{{}} + check::Lines(finding, finding.procedure->name);
+    }
+    for (const ErrorEntry& entry :
+         m_session.Errors.Entries().mid(findings ? m_session.Errors.Entries().size() : errors)) {
+        lines.append("Errore: " + entry.message);
+    }
+    if (lines.isEmpty()) {
+        lines.append("Non c'è nulla da verificare: l'origine non ha importazioni in questa versione.");
+    }
+    ShowAccount("Verifica di " + origin->name + " (non è stato scritto nulla)", lines);
+}
+
+/// The imports that can be tried now, under the names that the window tells beside their buttons.
+void frmImport::FillTrials(QMenu& menu) {
+    menu.clear();
+    const contract::Origin* origin = Chosen().origin;
+    for (size_t i = 0; i < m_state.imports.size(); ++i) {
+        const auto button = static_cast<contract::Button>(i);
+        const ButtonHint hint = HintOf(m_state, button, origin);
+        if (m_state.At(button).visible && hint.built && origin != nullptr) {
+            ImportRequest request;
+            request.button = button;
+            request.dryRun = true;
+            connect(menu.addAction(hint.what), &QAction::triggered, this, [this, request] { Run(request); });
+        }
+    }
+    if (menu.isEmpty()) {
+        menu.addAction(origin == nullptr ? "Scegliere prima l'origine dei dati"
+                                         : "Nessuna importazione disponibile in questa versione")
+            ->setEnabled(false);
+    }
+}
+
+/// What the origin's procedures read and write; the one behind the import button that has the focus comes first.
+void frmImport::ShowHelp() {
+    const contract::Origin* origin = Chosen().origin;
+    const auto button = m_imports->Focused();
+    const auto procedures =
+        origin != nullptr && button ? ProceduresOf(*origin, *button) : std::vector<const contract::Procedure*>();
+    frmHelp(origin, procedures.empty() ? QString() : procedures.front()->name, this).exec();
+}
