@@ -253,6 +253,10 @@ const Frame Usual{.module = {},
 
 } // namespace
 
+void SetMarkUp(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& article) {
+    article.Set("ARRIC", MarkUpOf(article.Value("ARPRZ").toDouble(), article.Value("ARCOS").toDouble()));
+}
+
 Frame FrameOf(const Articles& declared) { return Over(declared.frame, Usual); }
 
 ImportPart PartOf(const Articles& declared) {
