@@ -19,7 +19,7 @@ QStringList CompaniesOf(Session& session, const CompanyOfSource& company) {
 } // namespace
 
 std::function<QString(ImportRun&)> RowsOfCompany(const CompanyOfSource& company, const QString& column) {
-    return [company, column](ImportRun& run) {
+    return [company, column](ImportRun& run) -> QString {
         Session& session = run.GetSession();
         const QString code = modMain::GetAppConfig(session, "IMPORT", company.setting, company.usual);
         const QStringList present = CompaniesOf(session, company);
