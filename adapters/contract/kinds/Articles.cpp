@@ -67,8 +67,8 @@ void Kind::AddPages() {
     }
     addOwn({}, FieldMapping("UBI_ART", table, {{"CDUBI", declared.location}}));
     for (const Aliases& each : declared.aliases) {
-        pages.push_back(
-            FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.code}, {"COCON", each.counterparty}}));
+        addOwn(each.rows,
+               FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.code}, {"COCON", each.counterparty}}));
     }
     for (const UnitsOfArticle& each : declared.units) {
         pages.push_back(FieldMapping("ART_ICO", tableOf(each.rows), {{"ARUM2", each.unit}, {"ARCOE", each.factor}}));
@@ -274,6 +274,10 @@ const Frame Usual{.module = {},
                   .completion = "Articoli importati correttamente!"};
 
 } // namespace
+
+void SetMarkUp(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& article) {
+    article.Set("ARRIC", MarkUpOf(article.Value("ARPRZ").toDouble(), article.Value("ARCOS").toDouble()));
+}
 
 Frame FrameOf(const Articles& declared) { return Over(declared.frame, Usual); }
 

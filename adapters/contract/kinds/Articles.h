@@ -79,6 +79,10 @@ struct Articles {
     Needs further = {}; ///< what the hooks read and write
 };
 
+/// A hook for `more`: sets ARRIC, the mark-up in percent of the price over the cost that the article has been given; 0
+/// without a cost.
+void SetMarkUp(ImportRun& run, const SourceRow& row, TargetRow& article);
+
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
 ImportPart PartOf(const Articles& declared);
 Frame FrameOf(const Articles& declared);

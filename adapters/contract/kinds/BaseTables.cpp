@@ -48,7 +48,8 @@ void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields
             return;
         }
         all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
-                       StartOf(fields.start, session, row, start), fields.percent.Number(session, row)});
+                       StartOf(fields.start, session, row, start), fields.percent.Number(session, row),
+                       fields.fixedDay.NumberOrNull(session, row)});
     });
 }
 
@@ -171,7 +172,7 @@ ImportPart PartOf(const PaymentTerms& declared) {
     Needs needs = NeedsOf(*mapping) + declared.source.NeedsOf({declared.start});
     for (const InstalmentFields& each : declared.instalments) {
         needs = needs + each.rows.OwnNeeds(table) +
-                each.rows.NeedsOf(table, {each.type, each.days, each.start, each.percent});
+                each.rows.NeedsOf(table, {each.type, each.days, each.fixedDay, each.start, each.percent});
     }
     if (declared.series) {
         const InstalmentSeries& each = *declared.series;

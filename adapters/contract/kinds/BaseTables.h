@@ -37,8 +37,9 @@ struct InstalmentFields {
     ChildTable rows = {};
     Field type = {}; ///< CDMPT
     Field days = {};
-    Field start = {};   ///< "DF" date of the invoice, "FM" end of its month; without it that of the term
-    Field percent = {}; ///< where no instalment has one they are equal shares
+    Field fixedDay = {}; ///< of the month, to which it is put off
+    Field start = {};    ///< "DF" date of the invoice, "FM" end of its month; without it that of the term
+    Field percent = {};  ///< where no instalment has one they are equal shares
 };
 
 /// Instalments that the source tells by their number: the first after so many days, each further one so many later.

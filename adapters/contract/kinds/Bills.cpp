@@ -15,22 +15,14 @@ public:
         : declared(std::move(bills)),
           key(declared.sourceKey.IsSet() ? declared.sourceKey : Field(BareColumns(declared.source.key).first())) {
         const QString& table = declared.source.table;
-        mappings.push_back(FieldMapping("DIS_BAS", table,
-                                        {{"DBART", declared.article},
-                                         {"IDOLD", key},
-                                         {"DBREV", declared.revision},
-                                         {"DBMAN", declared.active},
-                                         {"DBNOT", declared.note}}));
+        for (Mapping& mapping : declared.source.Mappings("DIS_BAS", HeadLines())) {
+            mappings.push_back(std::move(mapping));
+        }
+        head = {"DIS_BAS", table, declared.lines.Over({})};
         if (declared.phases) {
             const BillPhases& phase = *declared.phases;
-            mappings.push_back(FieldMapping("DIS_FAS", phase.rows.table,
-                                            {{"DLSEQ", phase.number},
-                                             {"DLLAV", phase.work},
-                                             {"DLNOT", phase.note},
-                                             {"DLTAP", phase.setUpTime},
-                                             {"DLTUP", phase.unitTime},
-                                             {"DLCOS", phase.cost},
-                                             {"DLFOR", phase.supplier}}));
+            ofPhase = {"DIS_FAS", phase.rows.table, phase.lines.Over({})};
+            mappings.push_back({"DIS_FAS", phase.rows.table, phase.lines.Over(NamedLines(phase))});
         }
         const BillComponents& part = declared.components;
         mappings.push_back(FieldMapping("DIS_COM", part.rows.table,
@@ -43,7 +35,8 @@ public:
 
     contract::Needs Needs() const {
         const QString& table = declared.source.table;
-        contract::Needs needs = declared.components.rows.OwnNeeds(table);
+        const ChildTable& parts = declared.components.rows;
+        contract::Needs needs = parts.OwnNeeds(table) + parts.NeedsOf(table, {declared.components.until});
         for (const Mapping& mapping : mappings) {
             needs = needs + NeedsOf(mapping);
         }
@@ -58,12 +51,37 @@ public:
     Bills declared;
     Field key;
     std::vector<Mapping> mappings;
+    Mapping head = {};    ///< its further columns
+    Mapping ofPhase = {}; ///< the same of a phase
+
+private:
+    std::vector<MapLine> HeadLines() const {
+        return declared.lines.Over(FieldMapping("DIS_BAS", {},
+                                                {{"DBART", declared.article},
+                                                 {"IDOLD", key},
+                                                 {"DBREV", declared.revision},
+                                                 {"DBMAN", declared.active},
+                                                 {"DBNOT", declared.note}})
+                                       .lines);
+    }
+    static std::vector<MapLine> NamedLines(const BillPhases& phase) {
+        return FieldMapping("DIS_FAS", {},
+                            {{"DLSEQ", phase.number},
+                             {"DLLAV", phase.work},
+                             {"DLNOT", phase.note},
+                             {"DLTAP", phase.setUpTime},
+                             {"DLTUP", phase.unitTime},
+                             {"DLCOS", phase.cost},
+                             {"DLFOR", phase.supplier}})
+            .lines;
+    }
 };
 
 /// The phases of the bill under way: RECORD_ID of the first, and of each by its key.
 struct Phases {
     qint64 first = 0;
     QHash<QString, qint64> byKey = {};
+    QSet<qint64> ofSuppliers = {}; ///< those that a supplier does
 };
 
 class BillImporter final : public Importer {
@@ -82,11 +100,13 @@ private:
     Phases WritePhases(const SourceRow& bill);
     int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
     qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
+    bool IsOver(const SourceRow& row) const;
     void WriteComponent(const SourceRow& row, const Phases& phases);
 
     std::shared_ptr<const Kind> m_kind;
     QString m_singleCode;
     BillWriter m_writer;
+    QString m_last; ///< CDART of the bill carried over last
     bool m_found = false;
 };
 
@@ -101,16 +121,22 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
     if (!IsImported(Run(), article)) {
         return Run().Skip(ArticleMissing);
     }
+    if (!declared.furtherRows.isEmpty() && article == m_last) {
+        return Run().Skip(declared.furtherRows);
+    }
     BillHead head{article, m_kind->key.Text(session, row)};
     if (declared.revision.IsSet()) {
         head.revision = declared.revision.Number(session, row);
     }
     head.active = declared.active.Value(session, row);
     head.note = declared.note.Text(session, row);
-    const RowOutcome outcome = m_writer.Begin(head);
+    const RowOutcome outcome =
+        m_writer.Begin(head, [&](TargetRow& target) { m_kind->head.Apply(target, session, row, {article}); });
     const Phases phases = WritePhases(row);
     declared.components.rows.ForEach(session, row, [&](const SourceRow& one) { WriteComponent(one, phases); });
     m_writer.TellComponentsLeft();
+    Run().Restores(m_last);
+    m_last = article;
     return outcome;
 }
 
@@ -148,11 +174,19 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
                 return;
             }
             last = SequenceOf(phases, row, last);
+            const Phase phase{last,
+                              phases.work.Text(session, row),
+                              phases.note.Text(session, row),
+                              phases.setUpTime.Number(session, row),
+                              phases.unitTime.Number(session, row),
+                              phases.cost.Number(session, row),
+                              phases.supplier.Text(session, row)};
             const qint64 id =
-                m_writer.Write(Phase{last, phases.work.Text(session, row), phases.note.Text(session, row),
-                                     phases.setUpTime.Number(session, row), phases.unitTime.Number(session, row),
-                                     phases.cost.Number(session, row), phases.supplier.Text(session, row)});
+                m_writer.Write(phase, [&](TargetRow& target) { m_kind->ofPhase.Apply(target, session, row, {}); });
             written.first = written.first == 0 ? id : written.first;
+            if (phases.sendsComponents && !phase.supplier.isEmpty()) {
+                written.ofSuppliers.insert(id);
+            }
             const QString key = phases.key.Text(session, row);
             if (!written.byKey.contains(key)) {
                 written.byKey.insert(key, id);
@@ -178,19 +212,33 @@ qint64 BillImporter::PhaseOf(const SourceRow& row, const Phases& phases) const {
     return phases.first;
 }
 
+/// Whether the day of a component is over, which the log tells.
+bool BillImporter::IsOver(const SourceRow& row) const {
+    const BillComponents& parts = m_kind->declared.components;
+    const QVariant until = parts.until.Day(GetSession(), row);
+    if (until.isNull() || until.toDate() >= GetSession().UserManager.DataElaborazione) {
+        return false;
+    }
+    Run().Log(QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2")
+                  .arg(parts.rows.Name(row), until.toDate().toString(QStringLiteral("dd/MM/yyyy"))));
+    return true;
+}
+
 void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     const BillComponents& parts = m_kind->declared.components;
     Session& session = GetSession();
     const QString article = parts.article.Text(session, row);
-    if (!IsImported(Run(), article, parts.rows.Name(row))) {
+    if (IsOver(row) || !IsImported(Run(), article, parts.rows.Name(row))) {
         return;
     }
     Component component{article, parts.quantity.Number(session, row), parts.note.Text(session, row),
                         parts.position.Value(session, row)};
+    const qint64 phase = PhaseOf(row, phases);
+    component.subcontracted = phases.ofSuppliers.contains(phase);
     if (m_kind->declared.component) {
         m_kind->declared.component(Run(), row, component);
     }
-    m_writer.Write(component, PhaseOf(row, phases));
+    m_writer.Write(component, phase);
 }
 
 const Frame Usual{.module = {},

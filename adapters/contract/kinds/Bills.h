@@ -17,6 +17,9 @@ struct BillPhases {
     Field unitTime = {};  ///< minutes
     Field cost = {};      ///< per hour
     Field supplier = {};  ///< CDCON of who does it: `rules::KnownSupplier`
+    Lines lines = {};     ///< further columns of DIS_FAS
+    /// Whether the components of a phase that a supplier does go to him: they are marked as subcontracted then.
+    bool sendsComponents = false;
 };
 
 /// The components of a bill. One whose article is not there is left out, and logged.
@@ -27,6 +30,7 @@ struct BillComponents {
     Field note = {};
     Field position = {};
     Field phase = {}; ///< key of the phase that consumes it; blank and 0: the first
+    Field until = {}; ///< last day on which it counts; one whose day is over is left out, and logged
 };
 
 /// An import of bills of materials: a source row is a bill. One whose article is not there is left out, and logged; a
@@ -39,8 +43,11 @@ struct Bills {
     Field revision = {};  ///< without it an article has one bill
     Field active = {};    ///< whether the revision is the one in force
     Field note = {};
+    Lines lines = {}; ///< further columns of DIS_BAS
     BillComponents components;
     std::optional<BillPhases> phases = {};
+    /// Why the bills of an article behind its first are left out, in the operator's words; empty: they rewrite it.
+    QString furtherRows = {};
     LeavesOut leavesOut = {};
     /// Sets the quantity, note and position of a component beyond its fields.
     std::function<void(ImportRun&, const SourceRow&, Component&)> component = {};

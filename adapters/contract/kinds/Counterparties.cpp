@@ -69,7 +69,7 @@ std::vector<Mapping> NumberPages(const QString& table, const NumberColumns& colu
     };
     std::vector<Mapping> pages{
         page("NUM_TEL", "NRNUM", "each a number, under the label of its kind",
-             {columns.office, columns.office2, columns.fax, columns.mobile, columns.home}),
+             {columns.office, columns.office2, columns.fax, columns.mobile, columns.home, columns.telex}),
         page("IND_WEB", "WBIND", "each an address: mail, web site", {columns.mail, columns.web})};
     std::erase_if(pages, [](const Mapping& one) { return one.SourceColumns().isEmpty(); });
     return pages;
@@ -115,7 +115,8 @@ private:
 
 contract::Needs Kind::Needs() const {
     const QString& table = declared.source.table;
-    std::vector<Field> fields{declared.name, declared.vatNumber, declared.taxCode, declared.number, declared.created};
+    std::vector<Field> fields{declared.name,   declared.vatNumber, declared.taxCode,
+                              declared.number, declared.sameAs,    declared.created};
     for (const QString& column : declared.roles.columns) {
         fields.emplace_back(column);
     }
@@ -167,6 +168,7 @@ public:
 
 private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
+    Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                      const Roles& roles) const;
     void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
@@ -191,7 +193,7 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     }
     const SourceIdentity identity = IdentityOf(row, roles);
     const bool onlyCarrier = !roles.customer && !roles.supplier;
-    const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : m_parties.Place(identity);
+    const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : PlaceOf(row, identity);
     CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
     const RowOutcome outcome = Write(writer, row, place, roles);
     writer.Numbers(OwnerOf(place), row, declared.numbers);
@@ -217,6 +219,15 @@ SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Role
             text(declared.vatNumber),
             text(declared.taxCode),
             text(declared.number)};
+}
+
+Placement CounterpartyImporter::PlaceOf(const SourceRow& row, const SourceIdentity& identity) const {
+    const QString same = m_kind->declared.sameAs.Text(GetSession(), row, {{}, identity.roles});
+    if (same.isEmpty()) {
+        return m_parties.Place(identity);
+    }
+    m_parties.TellMerge(identity, same);
+    return {same, true};
 }
 
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,

@@ -34,6 +34,8 @@ struct Counterparties {
     QString codeName = {};
     QString codeTable = {}; ///< the same of the table
     Field number = {};      ///< a customer's number, where the code is more than that
+    /// CDCON of the counterparty that the source itself says it is, whatever their numbers; blank: it is looked for.
+    Field sameAs = {};
     /// Of CON_TRO, over the usual ones: code, day of the import, marks and codes of the roles, Italy, euro and the
     /// like.
     Lines lines = {};

@@ -17,6 +17,7 @@ QStringList CausesOf(const Documents& declared) {
         causes.append(kind.cause);
     }
     causes.removeDuplicates();
+    causes.removeAll(QString()); // the documents tell them
     return causes;
 }
 
@@ -37,8 +38,9 @@ void AddLine(std::vector<MapLine>& lines, const QString& target, const Field& fi
     }
 }
 
-std::vector<MapLine> LinesOf(const DocumentHeadFields& head) {
+std::vector<MapLine> LinesOf(const DocumentHeadFields& head, const Field& cause) {
     std::vector<MapLine> lines;
+    AddLine(lines, "DTCAU", cause);
     AddLine(lines, "DTANN", head.year);
     AddLine(lines, "DTSER", head.series);
     AddLine(lines, "DTNUM", head.number);
@@ -98,7 +100,7 @@ public:
         const QString& heads = declared.source.table;
         const QString& rows = declared.rows.table.isEmpty() ? heads : declared.rows.table;
         for (const Family& family : FamiliesOf(declared)) {
-            pages.push_back({family.head, heads, LinesOf(declared.head)});
+            pages.push_back({family.head, heads, LinesOf(declared.head, declared.cause)});
             pages.push_back({family.row, rows, LinesOf(declared.row)});
         }
         head = {pages.front().targetTable, heads, declared.head.lines.Over({})};
@@ -210,6 +212,7 @@ private:
     RowOutcome WriteRows(const SourceRow& head, const DocumentKind& kind);
     OpenDocument::Head HeadOf(const SourceRow& row, const DocumentKind& kind, OpenDocument& document);
     DocumentRow RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts);
+    QString CauseOf(const SourceRow& row, const DocumentKind& kind);
     int YearOf(const SourceRow& row);
     bool IsOlder(const SourceRow& row) const;
 
@@ -219,6 +222,7 @@ private:
     TriggersOff m_triggers;
     std::map<int, OfFamily> m_families;
     QString m_group;
+    QSet<QString> m_causes; ///< of the documents of the run
 };
 
 QString DocumentImporter::Condition() const {
@@ -299,8 +303,8 @@ RowOutcome DocumentImporter::WriteRow(const SourceRow& head, const SourceRow& ro
     }
     OfFamily& family = m_families.at(kind.family.number);
     const QString key =
-        QStringList{m_group, kind.cause, QString::number(YearOf(head)), Declared().head.series.Text(GetSession(), head),
-                    Declared().head.number.Text(GetSession(), head)}
+        QStringList{m_group, CauseOf(head, kind), QString::number(YearOf(head)),
+                    Declared().head.series.Text(GetSession(), head), Declared().head.number.Text(GetSession(), head)}
             .join(QChar(u'\x1f'));
     if (!family.key.isEmpty() && family.key != key) {
         family.documents.End();
@@ -322,6 +326,17 @@ RowOutcome DocumentImporter::WriteRow(const SourceRow& head, const SourceRow& ro
         m_kind->production->Write(Run(), row, id);
     }
     return outcome;
+}
+
+QString DocumentImporter::CauseOf(const SourceRow& row, const DocumentKind& kind) {
+    const Field& field = Declared().cause;
+    const QString cause = field.IsSet() ? field.Text(GetSession(), row) : kind.cause;
+    if (cause.isEmpty()) {
+        throw ImportError(QStringLiteral("colonna '%1': nessuna causale per '%2': va tradotta in SYS_IMP")
+                              .arg(field.Columns().join(QStringLiteral("', '")), row.Text(field.Columns().value(0))));
+    }
+    Run().Remember(m_causes, cause);
+    return cause;
 }
 
 int DocumentImporter::YearOf(const SourceRow& row) {
@@ -350,7 +365,7 @@ OpenDocument::Head DocumentImporter::HeadOf(const SourceRow& row, const Document
     }
     const QString series = fields.series.IsSet() ? fields.series.Text(session, row) : NoSeries;
     const QString state = fields.state.Text(session, row);
-    const DocumentHead head{document.Writer().CauseOf(kind.cause, kind.type),
+    const DocumentHead head{document.Writer().CauseOf(CauseOf(row, kind), kind.type),
                             series,
                             fields.number.Text(session, row),
                             fields.day.Day(session, row),
@@ -400,8 +415,10 @@ void DocumentImporter::EndGroup() {
 }
 
 bool DocumentImporter::End() {
-    for (const auto& [number, family] : m_families) {
-        family.documents.TellDocumentsLeft(CausesOf(Declared()), m_from);
+    // Of some documents alone nothing follows about the others.
+    for (auto family = m_families.cbegin(); !Declared().source.told && family != m_families.cend(); ++family) {
+        family->second.documents.TellDocumentsLeft(Declared().cause.IsSet() ? m_causes.values() : CausesOf(Declared()),
+                                                   m_from);
     }
     return true;
 }

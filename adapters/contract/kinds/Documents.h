@@ -78,7 +78,8 @@ struct Documents {
     ChildTable rows = {};
     Reading reading = Reading::Joined;
     std::vector<DocumentKind> kinds;
-    Field kind = {}; ///< tells it, where there are several
+    Field kind = {};  ///< tells it, where there are several
+    Field cause = {}; ///< CDCAD where each document tells it; without it that of its kind
     DocumentHeadFields head;
     DocumentRowFields row;
     Since since = Since::Setting;

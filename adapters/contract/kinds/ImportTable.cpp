@@ -24,10 +24,14 @@ struct Import {
     Emptying empties;
 };
 
+/// @param told condition that settings or operator tell; empty for none
 /// @return false when the operator cancelled, or there is no completion to be told
-bool RunPart(ImportRun& run, const ImportPart& part, Importer& importer, const QString& singleCode) {
+bool RunPart(ImportRun& run, const ImportPart& part, Importer& importer, const QString& told,
+             const QString& singleCode) {
     importer.Begin();
-    const auto loop = part.source.Loop(run, part.step, importer.Condition(), singleCode);
+    QStringList conditions{told, importer.Condition()};
+    conditions.removeAll(QString());
+    const auto loop = part.source.Loop(run, part.step, conditions.join(QStringLiteral(" AND ")), singleCode);
     const bool toTheEnd = run.Rows(
         loop, [&importer](const SourceRow& row) { return importer.Row(row); }, [&importer] { importer.EndGroup(); });
     return toTheEnd && importer.End();
@@ -35,13 +39,15 @@ bool RunPart(ImportRun& run, const ImportPart& part, Importer& importer, const Q
 
 void RunParts(ImportRun& run, const Import& import, const QString& singleCode, bool reset) {
     std::vector<std::unique_ptr<Importer>> importers;
+    QStringList told;
     for (const ImportPart& part : import.parts) {
+        told.append(part.source.told ? part.source.told(run) : QString());
         importers.push_back(part.make(run, singleCode));
     }
     Empty(run, reset, import.empties);
     QString completion = import.frame.completion;
     for (size_t i = 0; i < importers.size(); ++i) {
-        if (!RunPart(run, import.parts[i], *importers[i], singleCode)) {
+        if (!RunPart(run, import.parts[i], *importers[i], told.at(static_cast<qsizetype>(i)), singleCode)) {
             return;
         }
         completion = importers[i]->Completion(completion);

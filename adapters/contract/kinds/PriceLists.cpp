@@ -1,5 +1,7 @@
 #include "adapters/contract/kinds/PriceLists.h"
 
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
 #include "core/schemaDefaults.h"
 
@@ -18,11 +20,17 @@ public:
                              {{"CDLIS", price.list},
                               {"LTTIP", price.direction},
                               {"LTDES", price.description},
-                              {"LTVAL", price.currency}}));
-            Add(FieldMapping("LIS_ART", table,
-                             {{"CDART", declared.article}, {"LAINV", price.from}, {"LAFIV", price.to}}));
+                              {"LTVAL", price.currency},
+                              {"LTINV", price.since}}));
+            Add(FieldMapping("CON_TRO", table, {{"CDCON", price.owner}}));
+            Add(FieldMapping(
+                "LIS_ART", table,
+                {{"CDART", declared.article}, {"LAINV", price.from}, {"LAFIV", price.to}, {"LANOT", price.note}}));
             for (const ScaleFields& scale : price.scales) {
                 Add(FieldMapping("LIS_ARS", table, FieldsOf(scale)));
+            }
+            if (price.scaleRows) {
+                pages.push_back(FieldMapping("LIS_ARS", price.scaleRows->rows.table, FieldsOf(price.scaleRows->scale)));
             }
         }
     }
@@ -32,7 +40,13 @@ public:
         for (const Mapping& page : pages) {
             needs = needs + NeedsOf(page);
         }
-        needs.writes = PriceListNeeds();
+        for (const PriceFields& price : declared.prices) {
+            needs = price.scaleRows ? needs + price.scaleRows->rows.OwnNeeds(declared.source.table) : needs;
+            if (price.owner.IsSet()) {
+                needs.writes.push_back({"CON_TRO", {"CORAS", "COLSC", "COLSF"}});
+            }
+        }
+        needs.writes = needs.writes + PriceListNeeds();
         return needs;
     }
 
@@ -66,6 +80,8 @@ public:
 
 private:
     std::optional<RowOutcome> Write(const SourceRow& row, const PriceFields& price, const QString& article) const;
+    std::vector<Scale> ScalesOf(const SourceRow& row, const PriceFields& price) const;
+    void GiveList(const QString& owner, const QString& direction) const;
     std::optional<Scale> ScaleOf(const SourceRow& row, const ScaleFields& fields) const;
     QString DirectionOf(const SourceRow& row, const PriceFields& price) const;
 
@@ -95,19 +111,53 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
                                                const QString& article) const {
     Session& session = GetSession();
     std::optional<RowOutcome> outcome;
-    for (const ScaleFields& fields : price.scales) {
-        const auto scale = ScaleOf(row, fields);
-        if (!scale) {
-            continue;
-        }
-        const QString list = price.list.Text(session, row);
+    for (const Scale& scale : ScalesOf(row, price)) {
+        const QString owner = price.owner.Text(session, row);
+        const QString list = owner.isEmpty() ? price.list.Text(session, row) : owner;
+        const QString direction = DirectionOf(row, price);
         const Validity validity{price.from.Day(session, row), price.to.Day(session, row)};
-        m_writer.Head(list, DirectionOf(row, price), price.description.Text(session, row),
-                      price.currency.Text(session, row));
-        const RowOutcome one = m_writer.AddScale(m_writer.Article(list, article, validity), *scale);
+        m_writer.Head(list, direction,
+                      owner.isEmpty() ? price.description.Text(session, row)
+                                      : LookUp(session, "CON_TRO", "CDCON", owner, "CORAS"),
+                      price.currency.Text(session, row), price.since.Day(session, row));
+        if (!owner.isEmpty()) {
+            GiveList(owner, direction);
+        }
+        const RowOutcome one =
+            m_writer.AddScale(m_writer.Article(list, article, validity, price.note.Text(session, row)), scale);
         outcome = outcome == RowOutcome::Inserted ? outcome : one;
     }
     return outcome;
+}
+
+std::vector<Scale> PriceImporter::ScalesOf(const SourceRow& row, const PriceFields& price) const {
+    std::vector<Scale> scales;
+    const auto add = [&](const SourceRow& one, const ScaleFields& fields) {
+        if (const auto scale = ScaleOf(one, fields)) {
+            scales.push_back(*scale);
+        }
+    };
+    if (price.scaleRows) {
+        price.scaleRows->rows.ForEach(GetSession(), row,
+                                      [&](const SourceRow& one) { add(one, price.scaleRows->scale); });
+    }
+    if (scales.empty()) {
+        for (const ScaleFields& fields : price.scales) {
+            add(row, fields);
+        }
+    }
+    return scales;
+}
+
+/// Assigns a list to the counterparty whose own it is.
+void PriceImporter::GiveList(const QString& owner, const QString& direction) const {
+    const QString column = direction == schema::defaults::SalesList ? QStringLiteral("COLSC") : QStringLiteral("COLSF");
+    if (LookUp(GetSession(), "CON_TRO", "CDCON", owner, column) == owner) {
+        return;
+    }
+    TargetRow target(Run(), "CON_TRO");
+    target.Set(column, owner);
+    target.Update("WHERE CDCON = " + Run().Quoted(owner));
 }
 
 std::optional<Scale> PriceImporter::ScaleOf(const SourceRow& row, const ScaleFields& fields) const {

@@ -13,15 +13,27 @@ struct ScaleFields {
     std::vector<Field> discounts = {}; ///< at most three
 };
 
+/// Scales of a price in rows of another table.
+struct ScaleRows {
+    ChildTable rows;
+    ScaleFields scale;
+};
+
 /// A price of an article in a list, as one source row tells it.
 struct PriceFields {
     Field list;
+    /// CDCON of the counterparty whose own list it is (`rules::CustomerOf`): its code is the list's then, its name the
+    /// description, and it is given the list. Blank: the list is nobody's.
+    Field owner = {};
     Field direction; ///< "V" sales or "A" purchases; any other text raises `ImportError`
     Field description = {};
     Field currency = {}; ///< without it the euro
+    Field since = {};    ///< day from which the list itself holds; without it that of the import
     Field from = {};
     Field to = {};
-    std::vector<ScaleFields> scales;
+    Field note = {};
+    std::vector<ScaleFields> scales = {};
+    std::optional<ScaleRows> scaleRows = {}; ///< in place of the scales, for a price that has some there
 };
 
 /// An import of price lists. A row holds one price or several: the quantities of a list, or, in numbered columns, the

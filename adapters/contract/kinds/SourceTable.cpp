@@ -30,19 +30,15 @@ QString FromOf(const SourceTable& source) {
         const QString alias = AliasOf(static_cast<qsizetype>(i));
         from += QStringLiteral("\r%1 JOIN %2 %3 ON %4")
                     .arg(join.isOptional ? QStringLiteral("LEFT") : QStringLiteral("INNER"), join.table, alias,
-                         Condition(join.on, alias));
+                         Condition(join.on, alias)) +
+                (join.where.isEmpty() ? QString() : QString(" AND " + join.where));
     }
     return from;
 }
 
-QString ColumnsOf(const SourceTable& source) {
-    if (source.distinct) {
-        return QStringLiteral("DISTINCT ") + source.key;
-    }
-    if (source.joins.empty()) {
-        return QStringLiteral("*");
-    }
-    QString columns = QStringLiteral("T.*");
+/// The columns of the joins, behind those of the first table.
+QString JoinColumns(const SourceTable& source) {
+    QString columns;
     for (size_t i = 0; i < source.joins.size(); ++i) {
         for (const QString& column : source.joins[i].columns) {
             const QString quoted = source.key.contains(u'[') ? QString(u'[' + column + u']') : column;
@@ -124,13 +120,14 @@ ImportRun::Loop SourceTable::Loop(const ImportRun& run, const QString& step, con
     conditions.removeAll(QString());
     const QString condition =
         conditions.isEmpty() ? QString() : QString("\rWHERE " + conditions.join(QStringLiteral(" AND ")));
-    const QString counted = distinct ? QString(u"DISTINCT " + key) : QStringLiteral("*");
+    const QString counted = distinct ? QString(u"DISTINCT " + Qualified(key)) : QStringLiteral("*");
+    const QString all = joins.empty() ? QStringLiteral("*") : QStringLiteral("T.*");
     const QString from = QStringLiteral(" FROM ") + FromOf(*this) + condition;
     return {step,
             table,
             BareColumns(naming.isEmpty() ? key : naming).join(QStringLiteral(", ")),
             QStringLiteral("SELECT COUNT(%1)").arg(counted) + from,
-            QStringLiteral("SELECT ") + ColumnsOf(*this) + from +
+            QStringLiteral("SELECT ") + (distinct ? counted : all) + JoinColumns(*this) + from +
                 (order.isEmpty() ? QString() : QString("\rORDER BY " + Qualified(order))),
             group};
 }
@@ -142,8 +139,9 @@ Needs SourceTable::OwnNeeds() const {
     for (size_t i = 0; i < joins.size(); ++i) {
         const Join& join = joins[i];
         columns += TiedColumns(join.on, true);
-        needs.reads.push_back({join.table, TiedColumns(join.on, false) + join.columns +
-                                               ColumnsIn(where, AliasOf(static_cast<qsizetype>(i)))});
+        const QString alias = AliasOf(static_cast<qsizetype>(i));
+        needs.reads.push_back({join.table, TiedColumns(join.on, false) + join.columns + ColumnsIn(where, alias) +
+                                               ColumnsIn(join.where, alias)});
     }
     columns.removeIf([this](const QString& column) { return JoinOf({column}) != nullptr; });
     columns.removeDuplicates();
@@ -183,6 +181,23 @@ std::vector<Mapping> SourceTable::Mappings(const QString& target, const std::vec
     return mappings;
 }
 
+QString ChildTable::QueryOf(Session& session, const SourceRow& parent) const {
+    QStringList conditions;
+    for (const Tie& tie : on) {
+        conditions.append(QStringLiteral("%1 = %2").arg(
+            tie.column, LiteralOf(session.SourceConnection(), parent.Value(BareColumns(tie.Other()).first()))));
+    }
+    if (!where.isEmpty()) {
+        conditions.append(where);
+    }
+    return QStringLiteral("SELECT * FROM %1\rWHERE %2").arg(table, conditions.join(QStringLiteral("\r  AND "))) +
+           (order.isEmpty() ? QString() : QString("\rORDER BY " + order));
+}
+
+QString ChildTable::NamingColumns() const {
+    return BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", "));
+}
+
 void ChildTable::ForEach(Session& session, const SourceRow& parent,
                          const std::function<void(const SourceRow&)>& work) const {
     if (table.isEmpty()) {
@@ -192,23 +207,25 @@ void ChildTable::ForEach(Session& session, const SourceRow& parent,
     if (isOptional && session.SourceConnection().GetColumns(table).isEmpty()) {
         return;
     }
-    QStringList conditions;
-    for (const Tie& tie : on) {
-        conditions.append(QStringLiteral("%1 = %2").arg(
-            tie.column, LiteralOf(session.SourceConnection(), parent.Value(BareColumns(tie.Other()).first()))));
-    }
-    if (!where.isEmpty()) {
-        conditions.append(where);
-    }
-    ForEachChild(session,
-                 QStringLiteral("SELECT * FROM %1\rWHERE %2").arg(table, conditions.join(QStringLiteral("\r  AND "))) +
-                     (order.isEmpty() ? QString() : QString("\rORDER BY " + order)),
-                 table, BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", ")), work);
+    ForEachChild(session, QueryOf(session, parent), table, NamingColumns(), work);
 }
 
-QString ChildTable::Name(const SourceRow& row) const {
-    return NameOf(row, table, BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", ")));
+void ChildTable::First(Session& session, const SourceRow& parent,
+                       const std::function<void(const SourceRow&)>& work) const {
+    const Recordset rows = session.SourceConnection().ExecuteWC(QueryOf(session, parent));
+    if (rows.Eof()) {
+        return;
+    }
+    const SourceRow first(rows);
+    try {
+        work(first);
+    } catch (ImportError& error) {
+        error.AddContext(Name(first));
+        throw;
+    }
 }
+
+QString ChildTable::Name(const SourceRow& row) const { return NameOf(row, table, NamingColumns()); }
 
 Needs ChildTable::OwnNeeds(const QString& parent) const {
     if (table.isEmpty() || isOptional) {

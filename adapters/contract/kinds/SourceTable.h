@@ -18,6 +18,7 @@ struct Join {
     std::vector<Tie> on;    ///< columns of this table, each with the column of the first table that it equals
     QStringList columns;    ///< that are read
     bool isOptional = true; ///< a row of the first table without one is read too
+    QString where = {};     ///< a further condition on its rows, which it names J1, J2, ... as the tables are joined
 };
 
 /// Where an import reads its rows. Names that the statements of the source must quote stand in brackets: "[_PCCOD]"; a
@@ -29,7 +30,11 @@ struct SourceTable {
     QString where = {};     ///< condition on the rows, without WHERE; with joins the table is T, they are J1, J2, ...
     QString naming = {};    ///< columns that tell a row in messages; empty: the key
     QStringList group = {}; ///< see `ImportRun::Loop`
-    bool distinct = false;  ///< each value of the key comes once, and nothing else of the rows is read
+    /// Each value of the key comes once, with the columns of the joins, and nothing else of the rows is read.
+    bool distinct = false;
+    /// A further condition that the settings or the operator tell, without WHERE; empty for none. It is asked before
+    /// anything is written and raises `ImportError` when the source does not have what they name.
+    std::function<QString(ImportRun&)> told = {};
     std::vector<Join> joins = {};
 
     /// The loop over its rows.
@@ -60,12 +65,18 @@ struct ChildTable {
 
     /// Hands each child of a row to `work`, as `ForEachChild` does; the row itself without a table.
     void ForEach(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
+    /// Hands the first of them alone to `work`; none when there is none.
+    void First(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
     /// The name of a child in messages.
     QString Name(const SourceRow& row) const;
     /// What the statement itself names. @param parent table of the parent
     Needs OwnNeeds(const QString& parent) const;
     /// What fields read. @param parent table of the parent
     Needs NeedsOf(const QString& parent, const std::vector<Field>& fields) const;
+
+private:
+    QString QueryOf(Session& session, const SourceRow& parent) const;
+    QString NamingColumns() const;
 };
 
 /// The columns of a list without alias and brackets: "T.[_MMNUM]" is "_MMNUM".

@@ -434,6 +434,24 @@ Rule Or(const Rule& rule, const QVariant& otherwise) {
             rule.side, rule.reads};
 }
 
+Rule Or(const Rule& rule, const Rule& otherwise) {
+    return {QStringLiteral("%1; where there is none %2").arg(rule.text, otherwise.text),
+            [apply = rule.apply, other = otherwise.apply](const RuleInput& input) -> RuleValue {
+                RuleValue value = apply(input);
+                return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : other(input);
+            },
+            rule.side, rule.reads + otherwise.reads};
+}
+
+Rule NotNull(const Rule& rule) {
+    return {rule.text + QStringLiteral("; left out when there is none"),
+            [apply = rule.apply](const RuleInput& input) -> RuleValue {
+                RuleValue value = apply(input);
+                return value && value->isNull() ? RuleValue() : value;
+            },
+            rule.side, rule.reads};
+}
+
 Rule NotBlank(const Rule& rule) {
     return Only(
         "only when not blank", [](const RuleInput& input) { return !input.Text().isEmpty(); }, rule);

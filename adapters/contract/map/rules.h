@@ -190,6 +190,10 @@ Rule Country(const QString& table, const QString& field);
 
 /// `otherwise` when the rule gives no value, or a blank one.
 Rule Or(const Rule& rule, const QVariant& otherwise);
+/// Another rule where the rule gives no value, or a blank one.
+Rule Or(const Rule& rule, const Rule& otherwise);
+/// Left out when the rule gives Null.
+Rule NotNull(const Rule& rule);
 /// Left out when the source column is blank.
 Rule NotBlank(const Rule& rule);
 /// Left out when another source column is blank.

@@ -22,6 +22,12 @@ void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
     row.Set("DCPRZ", amounts.price);
 }
 
+void SetMore(TargetRow& row, const std::function<void(TargetRow&)>& more) {
+    if (more) {
+        more(row);
+    }
+}
+
 } // namespace
 
 std::vector<TableNeed> BillNeeds() {
@@ -40,7 +46,7 @@ bool BillWriter::HasArticle(const QString& article) const {
     return IsThere(m_run.GetSession(), "ART_ICO", "CDART", article);
 }
 
-RowOutcome BillWriter::Begin(const BillHead& head) {
+RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     m_quantities.clear();
@@ -60,6 +66,7 @@ RowOutcome BillWriter::Begin(const BillHead& head) {
         row.Set("DBMAN", head.active);
     }
     if (m_bill != 0) {
+        SetMore(row, more);
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", m_bill));
         return RowOutcome::Updated;
     }
@@ -69,12 +76,13 @@ RowOutcome BillWriter::Begin(const BillHead& head) {
     row.Set("DTINS", today);
     row.Set("DBANN", false);
     row.Set("DBINV", today);
+    SetMore(row, more);
     row.Insert();
     m_bill = m_run.LastId("DIS_BAS");
     return RowOutcome::Inserted;
 }
 
-qint64 BillWriter::Write(const Phase& phase) {
+qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const int sequence = phase.sequence == 0 ? FirstPhase : phase.sequence;
     const qint64 known =
@@ -93,6 +101,7 @@ qint64 BillWriter::Write(const Phase& phase) {
     if (!phase.supplier.isEmpty()) {
         row.Set("DLFOR", phase.supplier);
     }
+    SetMore(row, more);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
         return known;
@@ -123,7 +132,7 @@ void BillWriter::Write(const Component& component, qint64 phase) {
     row.Set("DCART", component.article);
     row.Set("DCQTA", component.quantity);
     SetPrices(m_run, row, component.article);
-    row.Set("DCCTL", NotSubcontracted);
+    row.Set("DCCTL", component.subcontracted);
     row.Set("DCCOE", ComponentFactor);
     row.Set("DCNOT", component.note);
     if (!component.position.isNull()) {

@@ -2,6 +2,8 @@
 
 #include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "core/schemaDefaults.h"
 
 namespace contract {
 
@@ -37,6 +39,7 @@ struct Component {
     double quantity = 0; ///< per unit of the parent
     QString note = {};
     QVariant position = {};
+    bool subcontracted = schema::defaults::NotSubcontracted; ///< it goes to the supplier who does its phase
 };
 
 /// Writes bills of materials and counts them. It knows the target, never the origin.
@@ -51,13 +54,13 @@ public:
     /// Makes sure that an article has a bill: a new one is inserted, an existing one marked as changed. What it holds
     /// is written by the calls below. @param sourceKey key of the bill in the source
     RowOutcome Begin(const QString& article, const QString& sourceKey) { return Begin(BillHead{article, sourceKey}); }
-    /// The same; an article has one bill for each revision.
-    RowOutcome Begin(const BillHead& head);
+    /// The same; an article has one bill for each revision. @param more sets further columns
+    RowOutcome Begin(const BillHead& head, const std::function<void(TargetRow&)>& more = {});
     /// RECORD_ID of the bill begun last.
     qint64 BillId() const { return m_bill; }
     /// Writes a phase of the bill begun last, or the phase of that sequence number when it is there.
-    /// @return its RECORD_ID
-    qint64 Write(const Phase& phase);
+    /// @param more sets further columns @return its RECORD_ID
+    qint64 Write(const Phase& phase, const std::function<void(TargetRow&)>& more = {});
     /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
     /// that the bill already has is rewritten; what this run wrote before is logged, as its quantity is lost.
     /// @param phase RECORD_ID of the phase that consumes it

@@ -63,8 +63,15 @@ void SetIban(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& party) {
 
 QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
 
+QString StoredNumber(const QString& number) {
+    const QString bare = WithoutSeparators(number);
+    return number.isEmpty() || mod_ovTools::ReadNumber(bare)
+               ? bare
+               : QString(u'0' + mod_ovTools::NumberText(ReadLeadingNumber(bare).value_or(0)));
+}
+
 QStringList NumberColumns::Names() const {
-    QStringList names{office, office2, fax, mobile, mail, web, home};
+    QStringList names{office, office2, fax, mobile, mail, web, home, telex};
     names.removeAll(QString());
     return names;
 }
@@ -135,6 +142,7 @@ void CounterpartyWriter::Numbers(const Owner& owner, const SourceRow& row, const
     Telephone(owner, QStringLiteral("Fax (uff.)"), text(columns.fax));
     Telephone(owner, QStringLiteral("Cellulare"), text(columns.mobile));
     Telephone(owner, QStringLiteral("Abitazione"), text(columns.home));
+    Telephone(owner, QStringLiteral("Telex"), text(columns.telex));
     Mail(owner, QStringLiteral("@ Principale"), text(columns.mail));
     WebSite(owner, text(columns.web));
 }
@@ -143,11 +151,8 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
     if (number.isEmpty()) {
         return;
     }
-    QString stored = WithoutSeparators(number);
-    const bool isNumber = mod_ovTools::ReadNumber(stored).has_value();
-    if (!isNumber) {
-        stored = u'0' + mod_ovTools::NumberText(ReadLeadingNumber(stored).value_or(0));
-    }
+    const QString stored = StoredNumber(number);
+    const bool isNumber = stored == WithoutSeparators(number);
     const QString digits = Digits(stored);
     if (Hangs(owner, QStringLiteral("NUM_TEL"), QStringLiteral("NRNUM"),
               [&digits](const QString& there) { return Digits(there) == digits; })) {

@@ -27,6 +27,10 @@ void SetIban(ImportRun& run, const SourceRow& row, TargetRow& party);
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.
 QString WithoutSeparators(QString text);
 
+/// A telephone number as it is stored: without separators; of what is no number a zero and the number that it begins
+/// with. Empty for a blank one.
+QString StoredNumber(const QString& number);
+
 /// Source columns of the numbers and addresses of a counterparty; an empty one the source does not have.
 struct NumberColumns {
     QString office = {};
@@ -36,6 +40,7 @@ struct NumberColumns {
     QString mail = {};
     QString web = {};
     QString home = {};
+    QString telex = {};
 
     /// Those that the source has.
     QStringList Names() const;

@@ -49,7 +49,7 @@ std::vector<TableNeed> WorkListNeeds() {
 Emptying PriceListEmptying() { return Truncated({"LIS_TES", "LIS_ART", "LIS_ARS"}); }
 
 qint64 PriceListWriter::Head(const QString& list, const QString& direction, const QString& description,
-                             const QString& currency) const {
+                             const QString& currency, const QVariant& since) const {
     Session& session = m_run.GetSession();
     const qint64 known =
         IdWhere(session, "LIS_TES",
@@ -61,14 +61,15 @@ qint64 PriceListWriter::Head(const QString& list, const QString& direction, cons
     row.Set("CDLIS", list);
     row.Set("LTDES", description);
     row.Set("LTTIP", direction);
-    row.Set("LTINV", session.UserManager.DataElaborazione);
+    row.Set("LTINV", since.isNull() ? QVariant(session.UserManager.DataElaborazione) : since);
     row.Set("LTTYP", schema::defaults::PriceListType);
     row.Set("LTVAL", currency.isEmpty() ? schema::defaults::Currency : currency);
     row.Insert();
     return m_run.LastId("LIS_TES");
 }
 
-qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity) const {
+qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity,
+                                const QString& note) const {
     Session& session = m_run.GetSession();
     const qint64 known =
         IdWhere(session, "LIS_ART",
@@ -82,6 +83,9 @@ qint64 PriceListWriter::Article(const QString& list, const QString& article, con
     row.Set("CDART", article);
     row.Set("LAINV", validity.from);
     row.Set("LAFIV", validity.to);
+    if (!note.isEmpty()) {
+        row.Set("LANOT", note);
+    }
     row.Insert();
     return m_run.LastId("LIS_ART");
 }

@@ -46,11 +46,13 @@ public:
         : m_run(run) {}
 
     /// Makes sure that the list has its head. @param direction "V" sales or "A" purchases
-    /// @param currency empty: the euro @return RECORD_ID of the head
-    qint64 Head(const QString& list, const QString& direction, const QString& description,
-                const QString& currency = {}) const;
+    /// @param currency empty: the euro @param since day from which it holds; Null: that of the import
+    /// @return RECORD_ID of the head
+    qint64 Head(const QString& list, const QString& direction, const QString& description, const QString& currency = {},
+                const QVariant& since = {}) const;
     /// Makes sure that an article is in a list from a day on. @return RECORD_ID of its row
-    qint64 Article(const QString& list, const QString& article, const Validity& validity) const;
+    qint64 Article(const QString& list, const QString& article, const Validity& validity,
+                   const QString& note = {}) const;
     /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is
     /// logged.
     RowOutcome AddScale(qint64 articleRow, const Scale& scale) const;

@@ -1,0 +1,73 @@
+#include "adapters/contract/kinds/childRules.h"
+
+namespace contract::rules {
+
+namespace {
+
+/// What the rows need, and a column of theirs that the rule can do without.
+std::vector<TableNeed> ReadsOf(const QString& parent, const ChildTable& rows, const QStringList& columns) {
+    std::vector<TableNeed> reads = rows.OwnNeeds(parent).reads;
+    reads.push_back({rows.table, {}, columns});
+    return reads;
+}
+
+} // namespace
+
+Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& columns, const Rule& rule) {
+    const QStringList names = columns.split(QStringLiteral(", "));
+    const QString which = rows.where.isEmpty() ? QString() : QString(" with " + rows.where);
+    const QString order = rows.order.isEmpty() ? QString() : QString(" by " + rows.order);
+    return {QStringLiteral("%1 of its first %2%3%4: %5").arg(columns, rows.table, which, order, rule.text),
+            [rows, names, apply = rule.apply](const RuleInput& input) {
+                RuleValue value;
+                rows.First(input.session, input.row, [&](const SourceRow& first) {
+                    value = apply({input.session, first, names, input.facts});
+                });
+                return value;
+            },
+            rule.side, ReadsOf(parent, rows, names) + rule.reads};
+}
+
+Rule OnLines() {
+    return {"each on a line of its own", [](const RuleInput& input) {
+                QStringList lines;
+                for (const QString& column : input.columns) {
+                    lines.append(input.row.Text(column));
+                }
+                lines.removeAll(QString());
+                return RuleValue(lines.join(u'\n'));
+            }};
+}
+
+Rule WithLines(const QString& parent, const ChildTable& rows, const QString& column) {
+    return {QStringLiteral("text, and %1 of each of its %2 on a line of its own").arg(column, rows.table),
+            [rows, column](const RuleInput& input) -> RuleValue {
+                QStringList lines{input.Text()};
+                rows.ForEach(input.session, input.row, [&](const SourceRow& line) { lines.append(line.Text(column)); });
+                lines.removeAll(QString());
+                return lines.isEmpty() ? RuleValue() : RuleValue(lines.join(u'\n'));
+            },
+            Side::Both, ReadsOf(parent, rows, {column})};
+}
+
+Rule FirstNotZeroOf(const std::vector<Rule>& rules) {
+    QStringList texts;
+    std::vector<TableNeed> reads;
+    for (const Rule& rule : rules) {
+        texts.append(rule.text);
+        reads = reads + rule.reads;
+    }
+    return {QStringLiteral("the first that is not zero: ") + texts.join(QStringLiteral("; ")),
+            [rules](const RuleInput& input) -> RuleValue {
+                for (const Rule& rule : rules) {
+                    const QVariant value = rule.apply(input).value_or(QVariant());
+                    if (value.toDouble() != 0) {
+                        return value;
+                    }
+                }
+                return QVariant(0);
+            },
+            Side::Both, reads};
+}
+
+} // namespace contract::rules
