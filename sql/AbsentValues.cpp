@@ -80,18 +80,20 @@ bool AbsentValues::IsAbsent(const QString& table, const QString& column, const Q
     return !m_columns[index].MayHold(Folded(value));
 }
 
-/// False for a column that holds what is no text.
+/// False for a column that holds what is no text. A reading that breaks off has told nothing.
 bool AbsentValues::Fill(Column& column, const QString& table, const QString& name, const Reader& read) {
-    column.filter.resize(FilterBits / WordBits);
-    read(table, name, [&column](const QVariant& value) {
-        column.isUseless = column.isUseless || (!value.isNull() && value.typeId() != QMetaType::QString);
+    Column filled = column;
+    filled.filter.resize(FilterBits / WordBits);
+    read(table, name, [&filled](const QVariant& value) {
+        filled.isUseless = filled.isUseless || (!value.isNull() && value.typeId() != QMetaType::QString);
         if (!value.isNull()) {
-            column.Add(Folded(value.toString()));
+            filled.Add(Folded(value.toString()));
         }
     });
-    if (column.isUseless) {
-        column.filter = {};
+    if (filled.isUseless) {
+        filled.filter = {};
     }
+    column = std::move(filled);
     return !column.isUseless;
 }
 

@@ -79,6 +79,27 @@ private slots:
         QVERIFY(!IsAbsent(target, value));
         QVERIFY(IsAbsent(target, "z9"));
     }
+
+    void AReadingThatBreaksOffTellsNothing() {
+        AbsentValues values;
+        bool breaksOff = true;
+        const auto isAbsent = [&](const QString& value) {
+            return values.IsAbsent("T", "A", value, [&](const QString&, const QString&, const auto& take) {
+                take("a1");
+                if (breaksOff) {
+                    throw SqlError({}, "gone");
+                }
+                take("c1");
+            });
+        };
+        for (int time = 0; time < 100; ++time) {
+            QVERIFY(!isAbsent("c1"));
+        }
+        QVERIFY_THROWS_EXCEPTION(SqlError, isAbsent("c1"));
+        breaksOff = false;
+        QVERIFY(!isAbsent("c1"));
+        QVERIFY(isAbsent("z9"));
+    }
 };
 
 Q_DECLARE_METATYPE(std::function<void(ovConnection&)>)
