@@ -90,7 +90,7 @@ void Records::Begin(const Companies& companies, const std::optional<modMain::Ear
     query.AddUpdateField("FUDES", companies.to, DataType::NVarChar);
     query.AddUpdateField("FUINI", m_session.Now(), DataType::DateTime);
     query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
-    m_session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
+    m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Insert));
     m_id = m_session.Quadrix.LastInsertId();
 }
 
@@ -102,7 +102,7 @@ void Records::End() {
     query.AddUpdateField("FUFIN", m_session.Now(), DataType::DateTime);
     query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
     query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(m_id);
-    m_session.Quadrix.Execute(query.MakeQuery(StatementKind::Update));
+    m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
 }
 
 } // namespace merge

@@ -124,7 +124,7 @@ private:
         }
         query.AddUpdateField(QStringLiteral("USINS"), CreationUser, DataType::NVarChar);
         query.AddUpdateField(QStringLiteral("DTINS"), m_now, DataType::DateTime);
-        m_quadrix.Execute(query.MakeQuery(StatementKind::Insert));
+        m_quadrix.Execute(query.MakeStatement(StatementKind::Insert));
     }
 
     void FillBaseTable(const StartRows& rows) {

@@ -56,7 +56,7 @@ void AddMissing(Session& session, const QString& table, const QString& field, co
     query.AddUpdateField(QStringLiteral("TBFLD"), field, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("TBOLD"), Quoted(session, oldCode), DataType::Expression);
     query.AddUpdateField(QStringLiteral("TBNEW"), QString(QLatin1String("")), DataType::NVarChar);
-    session.Quadrix.Execute(query.MakeQuery(StatementKind::Insert));
+    session.Quadrix.Execute(query.MakeStatement(StatementKind::Insert));
 }
 
 /// Remembers a translation; the row of SYS_IMP may be one that is taken back.
@@ -78,6 +78,23 @@ void NoteUntranslated(Session& session, const QString& table, const QString& fie
     }
 }
 
+/// The translation that SYS_IMP holds; none without a row.
+std::optional<QString> Find(Session& session, const QString& table, const QString& field, const QString& oldCode) {
+    if (session.Quadrix.IsAbsent(QStringLiteral("SYS_IMP"), QStringLiteral("TBOLD"), oldCode)) {
+        return std::nullopt;
+    }
+    SqlText query(session.Quadrix.ProviderType);
+    query += u"SELECT * FROM SYS_IMP\rWHERE TBNAM = ";
+    query += SqlText::Of(Quoted(session, table));
+    query += u" AND\r      TBFLD = ";
+    query += SqlText::Of(Quoted(session, field));
+    query += u" AND\r      TBOLD = ";
+    query += SqlText::Of(Quoted(session, oldCode));
+    const Recordset rows = session.Quadrix.ExecuteWC(query);
+    return rows.Eof() ? std::nullopt
+                      : std::optional(mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString());
+}
+
 QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,
                   bool addIfMissing) {
     const QString key = MemoryKey(table, field, oldCode);
@@ -85,12 +102,9 @@ QString Translate(Session& session, const QString& table, const QString& field, 
     if (known != session.Translations.constEnd()) {
         return *known;
     }
-    const Recordset rows =
-        session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM SYS_IMP\rWHERE TBNAM = ") + Quoted(session, table) +
-                                  QStringLiteral(" AND\r      TBFLD = ") + Quoted(session, field) +
-                                  QStringLiteral(" AND\r      TBOLD = ") + Quoted(session, oldCode));
-    if (!rows.Eof()) {
-        const QString newCode = mod_ovTools::NzText(rows.Fields(QStringLiteral("TBNEW")).Value(), true).toString();
+    const auto found = Find(session, table, field, oldCode);
+    if (found) {
+        const QString& newCode = *found;
         Remember(session, key, newCode);
         if (newCode.isEmpty()) {
             NoteUntranslated(session, table, field, oldCode);

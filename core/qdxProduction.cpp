@@ -111,7 +111,7 @@ void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 hea
     query.AddUpdateField("DTIVA", FromCents(tax), DataType::Double, true);
     query.AddUpdateField("DTTOT", FromCents(taxable + tax), DataType::Double, true);
     query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(head);
-    session.Quadrix.Execute(query.MakeQuery(StatementKind::Update));
+    session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
 }
 
 } // namespace qdxProduction

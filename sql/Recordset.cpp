@@ -8,6 +8,12 @@ Recordset::Recordset(std::unique_ptr<Cursor> cursor, QString query)
     MoveNext();
 }
 
+Recordset::Recordset(std::unique_ptr<Cursor> cursor, SqlText query)
+    : m_cursor(std::move(cursor)),
+      m_parts(std::move(query)) {
+    MoveNext();
+}
+
 void Recordset::MoveNext() { m_eof = m_cursor == nullptr || !m_cursor->Next(); }
 
 void Recordset::Close() {
@@ -17,7 +23,7 @@ void Recordset::Close() {
 
 Recordset::Field Recordset::Fields(int index) const {
     if (m_eof || index < 0 || index >= m_cursor->Columns().size()) {
-        throw SqlError(m_query, QStringLiteral("la colonna numero %1 non c'è o non c'è alcuna riga").arg(index + 1));
+        throw SqlError(Query(), QStringLiteral("la colonna numero %1 non c'è o non c'è alcuna riga").arg(index + 1));
     }
     return {*m_cursor, index};
 }
@@ -28,11 +34,11 @@ bool Recordset::HasColumn(const QString& name) const { return m_cursor != nullpt
 
 int Recordset::IndexOf(const QString& name) const {
     if (m_eof) {
-        throw SqlError(m_query, QStringLiteral("nessuna riga da cui leggere la colonna '%1'").arg(name));
+        throw SqlError(Query(), QStringLiteral("nessuna riga da cui leggere la colonna '%1'").arg(name));
     }
     const int column = m_cursor->IndexOf(name);
     if (column < 0) {
-        throw SqlError(m_query, QStringLiteral("la colonna '%1' non c'è (ci sono: %2)")
+        throw SqlError(Query(), QStringLiteral("la colonna '%1' non c'è (ci sono: %2)")
                                     .arg(name, m_cursor->Columns().join(QStringLiteral(", "))));
     }
     return column;

@@ -23,6 +23,7 @@ public:
     Recordset() = default;
     /// Takes over a cursor and steps to its first row. @param query the text, for error messages
     Recordset(std::unique_ptr<Cursor> cursor, QString query);
+    Recordset(std::unique_ptr<Cursor> cursor, SqlText query);
 
     /// True after the last row, and on a closed recordset.
     bool Eof() const { return m_eof; }
@@ -45,12 +46,13 @@ public:
     /// Names of the columns in the order of the result; empty on a closed recordset.
     QStringList Columns() const;
     bool HasColumn(const QString& name) const;
-    const QString& Query() const { return m_query; }
+    QString Query() const { return m_query.isEmpty() ? m_parts.Text() : m_query; }
 
 private:
     int IndexOf(const QString& name) const;
 
     std::unique_ptr<Cursor> m_cursor;
-    QString m_query;
+    QString m_query; ///< empty for one whose values stand apart
+    SqlText m_parts;
     bool m_eof = true;
 };

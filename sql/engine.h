@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sql/types.h"
+#include "sql/SqlText.h"
 
 #include <QHash>
 #include <QStringList>
@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <optional>
 
 struct sqlite3;
 
@@ -69,6 +70,9 @@ public:
     virtual qint64 Run(const QString& statement) = 0;
     /// Runs a query and returns its cursor. A statement without a result is run and gives an empty cursor.
     virtual std::unique_ptr<Cursor> Query(const QString& statement) = 0;
+    /// The same for statements whose values stand apart. They are run as texts where none are kept prepared.
+    virtual qint64 RunApart(const SqlText& statement) { return Run(statement.Text()); }
+    virtual std::unique_ptr<Cursor> QueryApart(const SqlText& statement) { return Query(statement.Text()); }
     virtual void Begin() = 0;
     virtual void Commit() = 0;
     virtual void RollBack() = 0;
@@ -83,6 +87,10 @@ public:
     virtual void Interrupt() noexcept = 0;
     /// Identity value given by the last INSERT of this connection; 0 when there was none.
     virtual qint64 LastInsertId() = 0;
+    /// A number that is another one once rows may have changed in any way but by the statements of this connection
+    /// themselves: by another connection, by a trigger. Within a transaction others change nothing. Nothing where the
+    /// database cannot tell.
+    virtual std::optional<qint64> ChangesOfOthers() { return std::nullopt; }
     /// Names of the tables and views the connection sees.
     virtual QStringList Tables() = 0;
     /// Columns of a table, in their order; empty when the table does not exist.

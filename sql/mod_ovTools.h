@@ -9,6 +9,7 @@
 #include <optional>
 
 class ovQueryConstructor;
+class ValueWriter;
 
 #ifdef GetUserName // a macro of the Windows headers
 #undef GetUserName
@@ -59,6 +60,10 @@ QString FormatSqlValue(const QVariant& value, DataType type, Provider provider,
 /// Appends the literal of `FormatSqlValue` to a statement under construction.
 void AppendSqlValue(QString& statement, const QVariant& value, DataType type, Provider provider,
                     const LocaleSeparators& separators = UserSeparators());
+
+/// Hands a value to a writer by the rules of `FormatSqlValue`, which writes it as a literal or keeps it apart.
+void WriteSqlValue(ValueWriter& out, const QVariant& value, DataType type, Provider provider,
+                   const LocaleSeparators& separators = UserSeparators());
 
 /// Text of the call of a stored procedure: "EXEC " and its name and a carriage return, then the fields of
 /// `parameters` (null for none) as indented "name = literal" lines.

@@ -1,4 +1,5 @@
 #include "sql/mod_ovTools.h"
+#include "sql/ValueWriter.h"
 #include "sql/variantText.h"
 
 #include <algorithm>
@@ -134,34 +135,35 @@ std::optional<qint64> IntegerOf(const QVariant& value) {
     return ReadInteger(ViewText(value, storage));
 }
 
-void AppendInteger(QString& statement, std::optional<qint64> number, qint64 lowest, qint64 highest) {
+void WriteInteger(ValueWriter& out, std::optional<qint64> number, qint64 lowest, qint64 highest) {
     if (number && *number >= lowest && *number <= highest) {
-        statement += QString::number(*number);
+        out.Whole(*number);
     } else {
-        statement += nullLiteral;
+        out.Null();
     }
 }
 
 template<class Number>
-void AppendIntegerOf(QString& statement, const QVariant& value) {
-    AppendInteger(statement, IntegerOf(value), std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max());
+void WriteIntegerOf(ValueWriter& out, const QVariant& value) {
+    WriteInteger(out, IntegerOf(value), std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max());
 }
 
-void AppendTinyInt(QString& statement, const QVariant& value, const LocaleSeparators& separators) {
+void WriteTinyInt(ValueWriter& out, const QVariant& value, const LocaleSeparators& separators) {
     const auto number = ReadNumber(value, separators);
-    AppendInteger(statement, number ? RoundToInteger(*number) : std::nullopt, 0, std::numeric_limits<quint8>::max());
+    WriteInteger(out, number ? RoundToInteger(*number) : std::nullopt, 0, std::numeric_limits<quint8>::max());
 }
 
-void AppendDouble(QString& statement, const QVariant& value, const LocaleSeparators& separators) {
+/// A number of single precision by its own digits: as a double it would have more.
+void WriteDouble(ValueWriter& out, const QVariant& value, const LocaleSeparators& separators) {
     const double number = ToDouble(value, separators);
     if (!std::isfinite(number)) {
-        statement += nullLiteral;
+        out.Null();
     } else {
-        statement += value.typeId() == QMetaType::Float ? ToText(value) : NumberText(number);
+        out.Number(value.typeId() == QMetaType::Float ? ToDouble(ToText(value)) : number);
     }
 }
 
-void AppendBit(QString& statement, const QVariant& value) {
+void WriteBit(ValueWriter& out, const QVariant& value) {
     bool set = false;
     if (HoldsNumber(value)) {
         set = value.toDouble() != 0;
@@ -170,7 +172,7 @@ void AppendBit(QString& statement, const QVariant& value) {
         const QStringView text = ViewText(value, storage);
         set = !text.isEmpty() && text != u"0" && text.compare(u"false", Qt::CaseInsensitive) != 0;
     }
-    statement += set ? u'1' : u'0';
+    out.Whole(set ? 1 : 0);
 }
 
 // --- dates
@@ -201,83 +203,69 @@ void AppendClock(QString& statement, const QDateTime& dateTime, QStringView mark
     AppendParts(statement, {time.hour(), time.minute(), time.second()}, 2, mark);
 }
 
+/// A date as a text, or in the marks of the databases that have some for it.
+void WriteMarked(ValueWriter& out, QStringView opening, const QString& date, QStringView closing) {
+    if (opening.isEmpty()) {
+        out.Text(date);
+    } else {
+        out.Words(QString(opening + date + closing));
+    }
+}
+
 constexpr QStringView oracleOpening = u"TO_DATE('";
 constexpr QStringView oracleClosing = u"','YYYYMMDDHH24MISS')";
 
-void AppendNoDate(QString& statement, Provider provider) {
-    statement += provider == Provider::VisualFoxPro ? QStringView(u"{00:00:00}") : nullLiteral;
-}
-
-void AppendDate(QString& statement, const QDateTime& date, Provider provider) {
-    switch (provider) {
-    case Provider::MySql:
-        statement += u'\'';
-        AppendDay(statement, date, u"-");
-        statement += u'\'';
-        break;
-    case Provider::Oracle:
-        statement += oracleOpening;
-        AppendDay(statement, date, {});
-        statement += oracleClosing;
-        break;
-    case Provider::VisualFoxPro:
-        statement += u"{^";
-        AppendDay(statement, date, u"/");
-        statement += u'}';
-        break;
-    default:
-        statement += u'\'';
-        AppendDay(statement, date, {});
-        statement += u'\'';
+void WriteDate(ValueWriter& out, const QDateTime& date, Provider provider) {
+    const bool isFoxPro = provider == Provider::VisualFoxPro;
+    QString text;
+    AppendDay(text, date, isFoxPro ? u"/" : provider == Provider::MySql ? u"-" : QStringView());
+    if (provider == Provider::Oracle) {
+        WriteMarked(out, oracleOpening, text, oracleClosing);
+    } else {
+        WriteMarked(out, isFoxPro ? u"{^" : QStringView(), text, u"}");
     }
 }
 
-void AppendTime(QString& statement, const QDateTime& date, Provider provider) {
-    const bool braces = provider == Provider::VisualFoxPro;
-    statement += braces ? u'{' : u'\'';
-    AppendClock(statement, date, u":");
-    statement += braces ? u'}' : u'\'';
+void WriteTime(ValueWriter& out, const QDateTime& date, Provider provider) {
+    QString text;
+    AppendClock(text, date, u":");
+    WriteMarked(out, provider == Provider::VisualFoxPro ? u"{" : QStringView(), text, u"}");
 }
 
-void AppendDayAndClock(QString& statement, const QDateTime& date, QStringView mark) {
-    AppendDay(statement, date, mark);
-    statement += u' ';
-    AppendClock(statement, date, u":");
+QString DayAndClock(const QDateTime& date, QStringView mark) {
+    QString text;
+    AppendDay(text, date, mark);
+    text += u' ';
+    AppendClock(text, date, u":");
+    return text;
 }
 
-void AppendDateTime(QString& statement, const QDateTime& date, Provider provider) {
+void WriteDateTime(ValueWriter& out, const QDateTime& date, Provider provider) {
     switch (provider) {
     case Provider::Access:
-        statement += u'#';
-        AppendDayAndClock(statement, date, u"/");
-        statement += u'#';
-        break;
-    case Provider::Oracle:
-        statement += oracleOpening;
-        AppendDay(statement, date, {});
-        AppendClock(statement, date, {});
-        statement += oracleClosing;
-        break;
+        return WriteMarked(out, u"#", DayAndClock(date, u"/"), u"#");
+    case Provider::Oracle: {
+        QString text;
+        AppendDay(text, date, {});
+        AppendClock(text, date, {});
+        return WriteMarked(out, oracleOpening, text, oracleClosing);
+    }
     case Provider::VisualFoxPro:
-        statement += u"{^";
-        AppendDayAndClock(statement, date, u"/");
-        statement += u'}';
-        break;
+        return WriteMarked(out, u"{^", DayAndClock(date, u"/"), u"}");
     default:
-        statement += u'\'';
-        AppendDayAndClock(statement, date, {});
-        statement += u'\'';
+        out.Text(DayAndClock(date, {}));
     }
 }
 
-using DateWriter = void (*)(QString&, const QDateTime&, Provider);
+using DateWriter = void (*)(ValueWriter&, const QDateTime&, Provider);
 
-void AppendDateBy(DateWriter write, QString& statement, const QVariant& value, Provider provider) {
-    const auto date = ReadDate(value);
-    if (date) {
-        write(statement, *date, provider);
+void WriteDateBy(DateWriter write, ValueWriter& out, const QVariant& value, Provider provider) {
+    if (const auto date = ReadDate(value)) {
+        write(out, *date, provider);
+    } else if (provider == Provider::VisualFoxPro) {
+        out.Words(u"{00:00:00}");
     } else {
-        AppendNoDate(statement, provider);
+        out.Null();
     }
 }
 
@@ -308,29 +296,29 @@ std::optional<std::array<int, 3>> SplitDuration(QStringView text) {
     return parts;
 }
 
-void AppendDuration(QString& statement, const QVariant& value) {
+void WriteDuration(ValueWriter& out, const QVariant& value) {
     QString storage;
     const QStringView text = ViewText(value, storage).trimmed();
     const bool startsWell = !text.isEmpty() && IsDigit(text.front()); // "-1:30" must not lose its sign
     const auto parts = startsWell ? SplitDuration(text) : std::nullopt;
     constexpr int maximumHours = 9999;
-    statement += u'\'';
+    QString stored;
     if (parts && (*parts)[0] <= maximumHours && (*parts)[1] < 60 && (*parts)[2] < 60) {
-        AppendParts(statement, *parts, 4, {});
+        AppendParts(stored, *parts, 4, {});
     } else {
-        statement += u"00000000";
+        stored = QStringLiteral("00000000");
     }
-    statement += u'\'';
+    out.Text(stored);
 }
 
-void AppendGuid(QString& statement, QStringView text, Provider provider) {
+void WriteGuid(ValueWriter& out, QStringView text, Provider provider) {
     if (provider != Provider::SqlServer) {
-        statement += text;
+        out.Words(text);
         return;
     }
-    statement += u"CONVERT(uniqueidentifier, '";
-    statement += text;
-    statement += u"')";
+    out.Words(u"CONVERT(uniqueidentifier, ");
+    out.Text(text);
+    out.Words(u")");
 }
 
 bool IsNull(const QVariant& value) {
@@ -343,29 +331,44 @@ bool IsEmptyText(const QVariant& value) {
     return !HoldsNumber(value) && ViewText(value, storage).isEmpty();
 }
 
-void AppendNumber(QString& statement, const QVariant& value, DataType type, const LocaleSeparators& separators) {
+void WriteNumber(ValueWriter& out, const QVariant& value, DataType type, const LocaleSeparators& separators) {
     if (IsEmptyText(value)) {
-        statement += u'0';
+        out.Whole(0);
     } else if (type == DataType::Double) {
-        AppendDouble(statement, value, separators);
+        WriteDouble(out, value, separators);
     } else if (type == DataType::Long || type == DataType::BigAutoIncrement) {
-        AppendIntegerOf<qint64>(statement, value);
+        WriteIntegerOf<qint64>(out, value);
     } else {
-        AppendIntegerOf<qint32>(statement, value);
+        WriteIntegerOf<qint32>(out, value);
     }
 }
 
+/// Writes values as literals into a text.
+class LiteralWriter final : public ValueWriter {
+public:
+    explicit LiteralWriter(QString& text)
+        : m_text(text) {}
+
+    void Null() override { m_text += nullLiteral; }
+    void Text(QStringView text) override { AppendQuoted(m_text, text); }
+    void Whole(qint64 number) override { m_text += QString::number(number); }
+    void Number(double number) override { m_text += NumberText(number); }
+    void Words(QStringView sql) override { m_text += sql; }
+
+private:
+    QString& m_text;
+};
+
 } // namespace
 
-void AppendSqlValue(QString& statement, const QVariant& value, DataType type, Provider provider,
-                    const LocaleSeparators& separators) {
+void WriteSqlValue(ValueWriter& out, const QVariant& value, DataType type, Provider provider,
+                   const LocaleSeparators& separators) {
     if (IsNull(value)) {
-        statement += nullLiteral;
-        return;
+        return out.Null();
     }
     QString storage;
     if (IsTextType(type)) {
-        return AppendQuoted(statement, ViewText(value, storage));
+        return out.Text(ViewText(value, storage));
     }
     switch (type) {
     case DataType::Integer:
@@ -373,27 +376,32 @@ void AppendSqlValue(QString& statement, const QVariant& value, DataType type, Pr
     case DataType::AutoIncrement:
     case DataType::BigAutoIncrement:
     case DataType::Double:
-        return AppendNumber(statement, value, type, separators);
+        return WriteNumber(out, value, type, separators);
     case DataType::Date:
-        return AppendDateBy(AppendDate, statement, value, provider);
+        return WriteDateBy(WriteDate, out, value, provider);
     case DataType::Time:
-        return AppendDateBy(AppendTime, statement, value, provider);
+        return WriteDateBy(WriteTime, out, value, provider);
     case DataType::DateTime:
-        return AppendDateBy(AppendDateTime, statement, value, provider);
+        return WriteDateBy(WriteDateTime, out, value, provider);
     case DataType::Bit:
-        return AppendBit(statement, value);
+        return WriteBit(out, value);
     case DataType::TinyInt:
-        return AppendTinyInt(statement, value, separators);
+        return WriteTinyInt(out, value, separators);
     case DataType::Duration:
-        return AppendDuration(statement, value);
+        return WriteDuration(out, value);
     case DataType::Expression:
-        statement += ViewText(value, storage);
-        return;
+        return out.Words(ViewText(value, storage));
     case DataType::Guid:
-        return AppendGuid(statement, ViewText(value, storage), provider);
+        return WriteGuid(out, ViewText(value, storage), provider);
     default:
-        statement += nullLiteral;
+        out.Null();
     }
+}
+
+void AppendSqlValue(QString& statement, const QVariant& value, DataType type, Provider provider,
+                    const LocaleSeparators& separators) {
+    LiteralWriter literal(statement);
+    WriteSqlValue(literal, value, type, provider, separators);
 }
 
 QString FormatSqlValue(const QVariant& value, DataType type, Provider provider, const LocaleSeparators& separators) {

@@ -49,6 +49,8 @@ void ovConnection::CloseConnection() {
     m_locks.clear();
     m_inTransaction = false;
     m_lost = false;
+    m_absent.Clear();
+    m_othersChanges.reset();
 }
 
 QString ovConnection::LineWarning() { return m_engine == nullptr ? QString() : m_engine->LineWarning(); }
@@ -102,12 +104,12 @@ void ovConnection::NoticingLoss(const Work& work) {
 }
 
 template<class Work>
-auto ovConnection::WithDecision(const QString& statement, const Work& work) {
+auto ovConnection::WithDecision(const Work& work) {
     for (int attempt = 1;; ++attempt) {
         try {
             return work();
         } catch (SqlError& error) {
-            const bool mayBeDone = TellDoubt(error, statement);
+            const bool mayBeDone = TellDoubt(error, error.Statement());
             NoticeLoss(error);
             if (Errors == nullptr || m_lost) {
                 throw;
@@ -133,10 +135,11 @@ void ovConnection::WaitToPass(const SqlError& error, int attempt) const {
 }
 
 qint64 ovConnection::Execute(const QString& statement) {
-    return WithDecision(statement, [&] {
+    return WithDecision([&] {
         Engine& engine = Opened(statement);
         RefuseWriting(statement);
         Show(Written, statement);
+        NoticeWriting(statement);
         const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
         if (!triggers.table.isEmpty() && engine.TextDialect() != Dialect::SqlServer) {
             SetTriggersEnabled(triggers.table, triggers.enable);
@@ -175,13 +178,44 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 }
 
 Recordset ovConnection::ExecuteWC(const QString& query) {
-    return WithDecision(query, [&] {
+    return WithDecision([&] {
         Engine& engine = Opened(query);
         RefuseWriting(query);
         Show(Written, query);
+        NoticeWriting(query);
         const auto run = [&](const QString& text) { return engine.Query(TextFor(engine, text)); };
         return Recordset(Layout ? Layout->Query(query, engine, run) : run(query), query);
     });
+}
+
+/// Runs a statement whose values stand apart. Nobody but observers and errors needs its text.
+template<class Run>
+auto ovConnection::Apart(const SqlText& statement, const Run& run) {
+    if (m_engine == nullptr || m_lost) {
+        Opened(statement.Text()); // which raises
+    }
+    if (ReadOnly || Written || Trace) {
+        const QString text = statement.Text();
+        RefuseWriting(text);
+        Show(Written, text);
+        if (Trace) {
+            Trace(dialect::Adapt(text, m_engine->TextDialect()));
+        }
+    }
+    m_absent.Runs(statement.Shape());
+    return run(*m_engine);
+}
+
+qint64 ovConnection::Execute(const SqlText& statement) {
+    return WithDecision([&] { return Apart(statement, [&](Engine& engine) { return engine.RunApart(statement); }); });
+}
+
+Recordset ovConnection::ExecuteWC(const SqlText& query) {
+    if (Layout) {
+        return ExecuteWC(query.Text());
+    }
+    return WithDecision(
+        [&] { return Apart(query, [&](Engine& engine) { return Recordset(engine.QueryApart(query), query); }); });
 }
 
 qint64 ovConnection::ExecuteCommand(const QString& query) {
@@ -217,6 +251,39 @@ void ovConnection::BeginTrans() {
     engine.Begin();
     m_inTransaction = true;
     m_lost = false;
+    if (const auto changes = engine.ChangesOfOthers(); changes != m_othersChanges || !changes) {
+        m_absent.Clear();
+        m_othersChanges = changes;
+    }
+}
+
+/// Whoever writes beside waits for the end of the transaction, and is noticed at the beginning of the next one. What a
+/// trigger writes is noticed at once.
+bool ovConnection::IsAbsent(const QString& table, const QString& column, const QString& value) {
+    if (!m_inTransaction || !m_othersChanges || m_lost) {
+        return false;
+    }
+    if (m_engine->ChangesOfOthers() != m_othersChanges) {
+        m_absent.Clear();
+        m_othersChanges = m_engine->ChangesOfOthers();
+    }
+    return m_absent.IsAbsent(GetFullTableName(table), column, value,
+                             [this](const QString& name, const QString& of, const auto& take) {
+                                 SqlText query(ProviderType);
+                                 query += u"SELECT ";
+                                 query += of;
+                                 query += u" FROM ";
+                                 query += name;
+                                 for (Recordset rows = ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
+                                     take(rows.Fields(0).Value());
+                                 }
+                             });
+}
+
+void ovConnection::NoticeWriting(const QString& statement) {
+    if (m_othersChanges && !IsQuery(statement)) {
+        m_absent.Runs(StatementShape::Of(statement.toUtf8()));
+    }
 }
 
 void ovConnection::SetMark() {

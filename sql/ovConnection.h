@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sql/AbsentValues.h"
 #include "sql/NameLayout.h"
 #include "sql/ovDatabase.h"
 #include "sql/ovErrors.h"
@@ -70,6 +71,10 @@ public:
     qint64 Execute(const QString& statement) override;
     /// Runs a query (or a statement) and returns its recordset, standing on the first row. Failures as `Execute`.
     Recordset ExecuteWC(const QString& query) override;
+    /// The same for a statement whose values stand apart, which goes to its prepared form as it is; its text is made
+    /// only for whoever looks at it.
+    qint64 Execute(const SqlText& statement) override;
+    Recordset ExecuteWC(const SqlText& query) override;
     /// Runs a query for one number, such as a count; 0 when it gives no row or Null.
     qint64 ExecuteCommand(const QString& query);
     /// Runs the statements of a script one after the other; the first failure ends it.
@@ -102,6 +107,8 @@ public:
     QString GetFullTableName(const QString& table) const override;
     QVector<ColumnInfo> GetColumns(const QString& table) override;
     QStringList GetTables();
+    /// As told in the base; known within a transaction, of databases that tell what others change.
+    bool IsAbsent(const QString& table, const QString& column, const QString& value) override;
     Provider GetProviderType() const override { return ProviderType; }
     void SetTriggersEnabled(const QString& table, bool enabled) override;
     /// As the engine tells them (`Engine`), of a table by its physical name. Raise `SqlError`.
@@ -122,6 +129,7 @@ public:
 private:
     Engine& Opened(const QString& statement) const;
     void RefuseWriting(const QString& statement) const;
+    void NoticeWriting(const QString& statement);
     /// The text that the engine is given; the trace gets it in the engine's own words.
     QString TextFor(const Engine& engine, const QString& statement) const;
     static void Show(const StatementObserver& observer, const QString& statement);
@@ -132,12 +140,16 @@ private:
     template<class Work>
     void NoticingLoss(const Work& work);
     template<class Work>
-    auto WithDecision(const QString& statement, const Work& work);
+    auto WithDecision(const Work& work);
+    template<class Run>
+    auto Apart(const SqlText& statement, const Run& run);
     std::unique_ptr<Engine> OpenEngine() const;
 
     std::unique_ptr<Engine> m_engine;
     QString m_company;
-    QStringList m_locks; ///< that it has taken
+    AbsentValues m_absent;
+    std::optional<qint64> m_othersChanges; ///< those that it takes into account; none: the database cannot tell
+    QStringList m_locks;                   ///< that it has taken
     bool m_inTransaction = false;
     bool m_lost = false;
 };

@@ -2,8 +2,6 @@
 
 #include "sql/mod_ovTools.h"
 
-using mod_ovTools::FormatSqlValue;
-
 namespace {
 
 /// The kind a value has by itself, for comparing it in a condition.
@@ -66,22 +64,33 @@ constexpr TypeWord TypeWords[] = {
     {"VARBINARY", "object"},
 };
 
+SqlText SelectBy(const ovDatabase& database, const QString& table, const QString& column, const QString& keyColumn,
+                 const QVariant& key, DataType type) {
+    SqlText query(database.GetProviderType());
+    query += u"SELECT ";
+    query += column;
+    query += u" FROM ";
+    query += database.GetFullTableName(table);
+    query += u" WHERE ";
+    query += keyColumn;
+    query += u" = ";
+    return query.Add(key, type);
+}
+
 } // namespace
 
 QVariant ovDatabase::GetDbValue(const QString& table, const QString& keyColumn, const QVariant& keyValue,
                                 const QString& column, const QVariant& defaultValue) {
-    const Recordset rows =
-        ExecuteWC(QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") + GetFullTableName(table) +
-                  QStringLiteral(" WHERE ") + keyColumn + QStringLiteral(" = ") +
-                  FormatSqlValue(keyValue, TypeOf(keyValue), GetProviderType()));
+    if (keyValue.typeId() == QMetaType::QString && IsAbsent(table, keyColumn, keyValue.toString())) {
+        return defaultValue;
+    }
+    const Recordset rows = ExecuteWC(SelectBy(*this, table, column, keyColumn, keyValue, TypeOf(keyValue)));
     return rows.Eof() ? defaultValue : rows.Fields(0).Value();
 }
 
 bool ovDatabase::CheckExistValue(const QString& table, const QString& column, const QVariant& value, DataType type) {
-    return !ExecuteWC(QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") + GetFullTableName(table) +
-                      QStringLiteral(" WHERE ") + column + QStringLiteral(" = ") +
-                      FormatSqlValue(value, type, GetProviderType()))
-                .Eof();
+    const bool isKnown = value.typeId() == QMetaType::QString && IsAbsent(table, column, value.toString());
+    return !isKnown && !ExecuteWC(SelectBy(*this, table, column, column, value, type)).Eof();
 }
 
 QVariant ovDatabase::GetMaxValue(const QString& table, const QString& column, const QString& where,

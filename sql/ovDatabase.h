@@ -24,12 +24,17 @@ public:
 
     virtual qint64 Execute(const QString& statement) = 0;
     virtual Recordset ExecuteWC(const QString& query) = 0;
+    /// The same for a statement whose values stand apart.
+    virtual qint64 Execute(const SqlText& statement) = 0;
+    virtual Recordset ExecuteWC(const SqlText& query) = 0;
     /// Physical name of a table from its bare name.
     virtual QString GetFullTableName(const QString& table) const = 0;
     /// The table as the database itself describes it; empty when it does not exist.
     virtual QVector<ColumnInfo> GetColumns(const QString& table) = 0;
     virtual Provider GetProviderType() const = 0;
     virtual void SetTriggersEnabled(const QString& table, bool enabled) = 0;
+    /// Whether it is known, without asking the database, that no row of a table (bare name) has that text in a column.
+    virtual bool IsAbsent(const QString& table, const QString& column, const QString& value) = 0;
 
     /// One column of the first row whose key column has the given value; `defaultValue` when there is no such row.
     /// A Null in the row comes back as a null variant.

@@ -21,16 +21,18 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     query.ProviderType = GetProviderType();
     query.SetTable(QStringLiteral("SYS_LNG"));
     query.AddUpdateField(QStringLiteral("LNTXT"), text, DataType::NText);
-    if (!ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof()) {
+    const bool isNew = IsAbsent(QStringLiteral("SYS_LNG"), QStringLiteral("LNKEY"), key) ||
+                       ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof();
+    if (!isNew) {
         query.WhereString = where;
-        Execute(query.MakeQuery(StatementKind::Update));
+        Execute(query.MakeStatement(StatementKind::Update));
         return false;
     }
     query.AddUpdateField(QStringLiteral("LNTBL"), fullTableName, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNFLD"), column, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNKEY"), key, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
-    Execute(query.MakeQuery(StatementKind::Insert));
+    Execute(query.MakeStatement(StatementKind::Insert));
     return true;
 }
 

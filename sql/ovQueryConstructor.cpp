@@ -31,6 +31,10 @@ int Take(QVector<Record>& records, const QString& name, bool overwrite) {
     if (index >= 0) {
         return overwrite ? static_cast<int>(index) : -1;
     }
+    constexpr qsizetype usual = 16;
+    if (records.isEmpty()) {
+        records.reserve(usual);
+    }
     records.emplaceBack().Name = name;
     return static_cast<int>(records.size()) - 1;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "sql/errors.h"
-#include "sql/types.h"
+#include "sql/SqlText.h"
 
 #include <QString>
 #include <QVariant>
@@ -118,6 +118,9 @@ public:
     QString MakeQuery(StatementKind kind, ColumnAction columnAction = ColumnAction::Add,
                       DropMode dropMode = DropMode::Constraint, bool* resultFlag = nullptr) const;
 
+    /// The INSERT or the UPDATE of `MakeQuery` with its values apart; empty for any other kind.
+    SqlText MakeStatement(StatementKind kind) const;
+
     /// Data type of a keyword such as "int" or "Counter" (any case); Char for every other.
     static DataType GetDataTypeFromString(const QString& keyword);
     /// Column type text; empty where the dialect has none.
@@ -147,8 +150,8 @@ private:
     QueryField* Changeable(int index);
     int TakeField(const QString& name, bool overwrite, const char* source, const char* description);
     QString SelectText(bool distinct) const;
-    QString InsertText() const;
-    QString UpdateText() const;
+    SqlText InsertStatement() const;
+    SqlText UpdateStatement() const;
     QString DeleteText() const;
     QString DropIndexText(DropMode mode) const;
     QString PrimaryKeyText() const;
@@ -159,7 +162,6 @@ private:
     QString ColumnText(const QueryField& field, const QString& type) const;
     void AppendTableName(QString& text) const;
     void AppendWhere(QString& text) const;
-    qsizetype EstimatedSize() const;
 
     QString m_prefix;
     QString m_table;

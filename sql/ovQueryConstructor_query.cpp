@@ -1,17 +1,8 @@
-#include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 
 namespace {
 
 constexpr QStringView lineBreak = u"\r\n";
-
-/// Room for a value's literal; short of it costs another allocation, nothing more.
-qsizetype EstimatedLiteralSize(const QVariant& value) {
-    constexpr qsizetype numberOrDate = 24;
-    constexpr qsizetype quotes = 4;
-    return value.typeId() == QMetaType::QString ? static_cast<const QString*>(value.constData())->size() + quotes
-                                                : numberOrDate;
-}
 
 } // namespace
 
@@ -42,25 +33,15 @@ QString ovQueryConstructor::MakeQuery(StatementKind kind, ColumnAction columnAct
     case StatementKind::Select:
         return SelectText(false);
     case StatementKind::Insert:
-        return InsertText();
+        return InsertStatement().Text();
     case StatementKind::Update:
-        return UpdateText();
+        return UpdateStatement().Text();
     case StatementKind::Delete:
         return DeleteText();
     case StatementKind::SelectDistinct:
         return SelectText(true);
     }
     return {};
-}
-
-qsizetype ovQueryConstructor::EstimatedSize() const {
-    constexpr qsizetype frame = 64;
-    constexpr qsizetype perField = 12;
-    qsizetype size = frame + m_prefix.size() + m_table.size() + WhereString.size();
-    for (const QueryField& field : m_fields) {
-        size += perField + field.Name.size() + EstimatedLiteralSize(field.Value);
-    }
-    return size;
 }
 
 void ovQueryConstructor::AppendWhere(QString& text) const {
@@ -70,46 +51,53 @@ void ovQueryConstructor::AppendWhere(QString& text) const {
     }
 }
 
-QString ovQueryConstructor::InsertText() const {
-    QString text;
-    text.reserve(EstimatedSize());
-    text += u"INSERT INTO ";
-    AppendTableName(text);
-    text += u"\r\n(\r\n";
-    QStringView lead = u"  ";
-    for (const QueryField& field : m_fields) {
-        text += lead;
-        text += field.Name;
-        lead = u",\r\n  ";
-    }
-    text += u"\r\n) VALUES (\r\n";
-    lead = u"  ";
-    for (const QueryField& field : m_fields) {
-        text += lead;
-        mod_ovTools::AppendSqlValue(text, field.Value, field.Type, ProviderType);
-        lead = u",\r\n  ";
-    }
-    text += u"\r\n)";
-    return text;
+SqlText ovQueryConstructor::MakeStatement(StatementKind kind) const {
+    return kind == StatementKind::Insert   ? InsertStatement()
+           : kind == StatementKind::Update ? UpdateStatement()
+                                           : SqlText(ProviderType);
 }
 
-QString ovQueryConstructor::UpdateText() const {
-    QString text;
-    text.reserve(EstimatedSize());
-    text += u"UPDATE ";
-    AppendTableName(text);
-    text += u"\r\nSET ";
+SqlText ovQueryConstructor::InsertStatement() const {
+    SqlText statement(ProviderType);
+    statement += u"INSERT INTO ";
+    statement += FullTableName();
+    statement += u"\r\n(\r\n";
+    QStringView lead = u"  ";
+    for (const QueryField& field : m_fields) {
+        statement += lead;
+        statement += field.Name;
+        lead = u",\r\n  ";
+    }
+    statement += u"\r\n) VALUES (\r\n";
+    lead = u"  ";
+    for (const QueryField& field : m_fields) {
+        statement += lead;
+        statement.Add(field.Value, field.Type);
+        lead = u",\r\n  ";
+    }
+    statement += u"\r\n)";
+    return statement;
+}
+
+SqlText ovQueryConstructor::UpdateStatement() const {
+    SqlText statement(ProviderType);
+    statement += u"UPDATE ";
+    statement += FullTableName();
+    statement += u"\r\nSET ";
     QStringView lead;
     for (const QueryField& field : m_fields) {
-        text += lead;
-        text += field.Name;
-        text += u" = ";
-        mod_ovTools::AppendSqlValue(text, field.Value, field.Type, ProviderType);
+        statement += lead;
+        statement += field.Name;
+        statement += u" = ";
+        statement.Add(field.Value, field.Type);
         lead = u",\r\n    ";
     }
-    text += lineBreak;
-    AppendWhere(text);
-    return text;
+    statement += lineBreak;
+    if (!WhereString.isEmpty()) {
+        statement += SqlText::Of(WhereString, ProviderType);
+        statement += lineBreak;
+    }
+    return statement;
 }
 
 QString ovQueryConstructor::DeleteText() const {

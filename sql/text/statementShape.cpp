@@ -1,5 +1,6 @@
 #include "sql/text/statementShape.h"
 
+#include "sql/mod_ovTools.h"
 #include "sql/text/sqlScan.h"
 
 #include <algorithm>
@@ -30,7 +31,9 @@ Value NumberOf(const char* from, const char* end) {
         bool fits = false;
         number.integer = number.bytes.toLongLong(&fits);
         number.kind = fits ? Value::Kind::Integer : Value::Kind::Digits;
+        return number;
     }
+    number.real = number.bytes.toDouble();
     return number;
 }
 
@@ -39,20 +42,20 @@ Value TextOf(const char* from, const Token& token) {
     return {Value::Kind::Text, 0, token.hasDoubled ? QByteArray(inner).replace("''", "'") : inner};
 }
 
-Verb VerbOf(const QByteArray& statement) {
-    struct Known {
-        const char* word;
-        Verb verb;
-    };
-    constexpr Known Verbs[] = {
-        {"SELECT", Verb::Select}, {"INSERT", Verb::Insert}, {"UPDATE", Verb::Update}, {"DELETE", Verb::Delete}};
-    constexpr qsizetype length = 6;
-    const char* end = statement.constData() + statement.size();
-    const char* from = sqlScan::Behind(statement.constData(), end, sqlScan::IsBlank<char>);
-    const char* behind = sqlScan::Behind(from, end, sqlScan::IsWordPart<char>);
-    const auto* known = std::find_if(std::begin(Verbs), std::end(Verbs),
-                                     [&](const Known& verb) { return IsWord(from, behind, verb.word, length); });
-    return known == std::end(Verbs) ? Verb::Other : known->verb;
+/// A value as the literal that it was, or would be.
+void AppendLiteral(QByteArray& text, const Value& value) {
+    switch (value.kind) {
+    case Value::Kind::Null:
+        text += "Null";
+        break;
+    case Value::Kind::Text:
+        text += '\'';
+        text += value.bytes.contains('\'') ? QByteArray(value.bytes).replace("'", "''") : value.bytes;
+        text += '\'';
+        break;
+    default:
+        text += value.Digits();
+    }
 }
 
 /// Walks through a statement and takes its values out; what stands between them is copied in one piece.
@@ -147,15 +150,76 @@ private:
 
 } // namespace
 
+Value Value::OfNumber(double number) {
+    constexpr double wholeWithoutLoss = 9007199254740992; // 2^53
+    if (number == std::floor(number) && std::abs(number) < wholeWithoutLoss) {
+        return OfInteger(static_cast<qint64>(number));
+    }
+    constexpr double leastWithoutExponent = 1e-7;
+    if (std::abs(number) < wholeWithoutLoss && std::abs(number) >= leastWithoutExponent) {
+        return {Kind::Decimal, 0, {}, number};
+    }
+    const QByteArray digits = mod_ovTools::NumberText(number).toLatin1();
+    Value value = NumberOf(digits.constBegin(), digits.constEnd());
+    value.bytes = digits; // not a part of what ends here
+    return value;
+}
+
+QByteArray Value::Digits() const {
+    if (!bytes.isEmpty()) {
+        return bytes;
+    }
+    return kind == Kind::Integer ? QByteArray::number(integer) : mod_ovTools::NumberText(real).toLatin1();
+}
+
+Verb StatementShape::VerbOf(const QByteArray& statement) {
+    struct Known {
+        const char* word;
+        Verb verb;
+    };
+    constexpr Known Verbs[] = {
+        {"SELECT", Verb::Select}, {"INSERT", Verb::Insert}, {"UPDATE", Verb::Update}, {"DELETE", Verb::Delete}};
+    constexpr qsizetype length = 6;
+    const char* end = statement.constData() + statement.size();
+    const char* from = sqlScan::Behind(statement.constData(), end, sqlScan::IsBlank<char>);
+    const char* behind = sqlScan::Behind(from, end, sqlScan::IsWordPart<char>);
+    const auto* known = std::find_if(std::begin(Verbs), std::end(Verbs),
+                                     [&](const Known& verb) { return IsWord(from, behind, verb.word, length); });
+    return known == std::end(Verbs) ? Verb::Other : known->verb;
+}
+
+bool StatementShape::HoldsFew() const { return values.size() <= MostValues; }
+
 StatementShape StatementShape::Of(const QByteArray& statement) {
     const Verb verb = VerbOf(statement);
     if (verb != Verb::Other) {
-        StatementShape split = Splitter(statement).Split();
-        if (split.values.size() <= MostValues) {
+        StatementShape split = OfPart(statement);
+        if (split.HoldsFew()) {
             split.verb = verb;
             split.isCommon = true;
             return split;
         }
     }
     return {statement, statement, {}, verb, false};
+}
+
+StatementShape StatementShape::OfPart(const QByteArray& part) { return Splitter(part).Split(); }
+
+QString StatementShape::Text() const {
+    if (!text.isEmpty()) {
+        return QString::fromUtf8(text);
+    }
+    QByteArray whole;
+    auto value = values.constBegin();
+    const char* end = shape.constEnd();
+    for (const char* at = shape.constBegin(); at != end;) {
+        const Token token = sqlScan::Read(at, end);
+        if (*at == '?' && token.kind == Kind::Other && value != values.constEnd()) {
+            AppendLiteral(whole, *value++);
+        } else {
+            whole.append(at, token.end - at);
+        }
+        at = token.end;
+    }
+    return QString::fromUtf8(whole);
 }

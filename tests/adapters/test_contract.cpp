@@ -1,4 +1,5 @@
 #include "tests/adapters/Fixture.h"
+#include "tests/support/FaultyEngine.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -228,6 +229,24 @@ private slots:
             const QString statements = fixture.Compare("statements.sql", fixture.Statements());
             QVERIFY2(statements.isEmpty(), qPrintable(statements));
         }
+    }
+
+    void AsTextsTheyWriteTheSame_data() { EachModule(); }
+    /// Statements go to the database with their values apart: as texts they are the same and do the same.
+    void AsTextsTheyWriteTheSame() {
+        QFETCH(const QString, module);
+        Fixture apart(FixtureFolder(module), *FixtureOrigins().value(module));
+        apart.Run();
+        Fixture asTexts(FixtureFolder(module), *FixtureOrigins().value(module));
+        Faults none; // an engine that knows nothing of values apart
+        asTexts.Target().Db().OpenFiles = [&none](const ConnectionSettings& settings) {
+            return std::make_unique<FaultyEngine>(OpenSqlite(settings.databaseName), none);
+        };
+        asTexts.Target().Db().OpenConnection();
+        asTexts.Run();
+        QCOMPARE(asTexts.Outcome(), apart.Outcome());
+        QCOMPARE(asTexts.Statements(), apart.Statements());
+        QVERIFY(none.seen > 0);
     }
 };
 

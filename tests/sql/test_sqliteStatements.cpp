@@ -47,6 +47,9 @@ private slots:
     void Shapes() {
         QFETCH(const QByteArray, statement);
         const StatementShape split = StatementShape::Of(statement);
+        StatementShape parts = split;
+        parts.text.clear();
+        QCOMPARE(parts.Text(), QString::fromUtf8(statement));
         QByteArrayList values;
         for (const StatementShape::Value& value : split.values) {
             values.append((value.IsText() ? "'" : "") + value.bytes);

@@ -13,7 +13,7 @@ constexpr int MostRedone = 3; ///< times that rows are done again whose transact
 /// setting that is no such number: what a failing row leaves depends on it.
 int RowsTogether(Session& session) {
     const QString text =
-        modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"), QStringLiteral("200"));
+        modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"), QStringLiteral("1000"));
     bool isNumber = false;
     const int rows = text.trimmed().toInt(&isNumber);
     if (!isNumber || rows < 0) {

@@ -157,7 +157,7 @@ void TargetRow::Insert() {
     if (!m_hasCreated) {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }
-    m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Insert));
+    m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Insert));
     m_run.Inserted(m_table->name);
 }
 
@@ -167,7 +167,7 @@ void TargetRow::Update(const QString& where) {
         Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
     }
     m_query.WhereString = where;
-    m_run.GetSession().Quadrix.Execute(m_query.MakeQuery(StatementKind::Update));
+    m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Update));
     m_run.Updated(m_table->name);
 }
 

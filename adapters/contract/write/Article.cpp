@@ -94,7 +94,7 @@ void ArticleWriter::Link(const QString& article, const SupplierLink& link) const
     Session& session = m_run.GetSession();
     const QString where =
         Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", link.supplier);
-    if (IdWhere(session, "ART_FOR", where) != 0) {
+    if (!session.Quadrix.IsAbsent("ART_FOR", CodeColumn, article) && IdWhere(session, "ART_FOR", where) != 0) {
         return;
     }
     TargetRow row(m_run, "ART_FOR");
@@ -144,9 +144,12 @@ void ArticleWriter::InternalCode(const QString& article, const QString& code) co
 
 void ArticleWriter::History(const QString& table, const QString& amountColumn, const HistoryLine& line) const {
     Session& session = m_run.GetSession();
-    const qint64 present = session.Quadrix.ExecuteCommand(
-        QStringLiteral("Select count(*) from ") + m_run.FullName(table) + QStringLiteral(" WHERE ") +
-        Equals(session, CodeColumn, line.article) + QStringLiteral(" AND ") + OnDay(session, "STDAT", line.day));
+    const qint64 present =
+        session.Quadrix.IsAbsent(table, CodeColumn, line.article)
+            ? 0
+            : session.Quadrix.ExecuteCommand(QStringLiteral("Select count(*) from ") + m_run.FullName(table) +
+                                             QStringLiteral(" WHERE ") + Equals(session, CodeColumn, line.article) +
+                                             QStringLiteral(" AND ") + OnDay(session, "STDAT", line.day));
     if (present > 0) {
         return;
     }

@@ -18,6 +18,8 @@ struct CounterpartyRegister::Party {
 
 namespace {
 
+const QString Register = QStringLiteral("CON_TRO");
+
 constexpr qint64 HighestCode = 999999;
 
 QString SixDigits(qint64 number) { return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')); }
@@ -122,6 +124,9 @@ std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QSt
 }
 
 std::optional<CounterpartyRegister::Party> CounterpartyRegister::Find(const QString& code) const {
+    if (m_run.GetSession().Quadrix.IsAbsent(Register, QStringLiteral("CDCON"), code)) {
+        return std::nullopt;
+    }
     const std::vector<Party> parties = Parties(QStringLiteral("CDCON = ") + m_run.Quoted(code));
     return parties.empty() ? std::nullopt : std::optional(parties.front());
 }
@@ -134,12 +139,8 @@ QString FindByIdentity(Session& session, const QString& vatNumber, const QString
     if (vat.isEmpty() && tax.isEmpty()) {
         return {};
     }
-    const QString condition =
-        vat.isEmpty() ? Equals(session, QStringLiteral("COFIS"), tax) : Equals(session, QStringLiteral("COIVA"), vat);
-    const Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT CDCON FROM ") +
-                                                     session.Quadrix.GetFullTableName(QStringLiteral("CON_TRO")) +
-                                                     QStringLiteral(" WHERE ") + condition);
-    return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+    const QString column = vat.isEmpty() ? QStringLiteral("COFIS") : QStringLiteral("COIVA");
+    return session.Quadrix.GetDbValue(Register, column, vat.isEmpty() ? tax : vat, QStringLiteral("CDCON")).toString();
 }
 
 QString CounterpartyRegister::FindSame(const SourceIdentity& source) const {
@@ -180,6 +181,9 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
 
 QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {
     const QString column = source.roles.customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
+    if (m_run.GetSession().Quadrix.IsAbsent(Register, column, source.code)) {
+        return {};
+    }
     const Identity identity = IdentityOf(source);
     for (const Party& party : Parties(column + QStringLiteral(" = ") + m_run.Quoted(source.code))) {
         if (!IdentityOf(party).IsStranger(identity)) {

@@ -122,6 +122,9 @@ void PriceListWriter::LogReplacedPrice(const QVariant& before, const Scale& scal
 /// A price that was written before its work or its supplier was known has none of them.
 PriceListWriter::KnownWork PriceListWriter::FindWork(const WorkPrice& price) const {
     Session& session = m_run.GetSession();
+    if (session.Quadrix.IsAbsent("LIS_LAV", "CDART", price.article)) {
+        return {};
+    }
     const auto sameOrBlank = [&](const QString& column, const QString& value) {
         const QString text = QStringLiteral("COALESCE(%1, '')").arg(column);
         return QString(u'(' + Equals(session, text, value) + u" OR " + text + u" = '')");

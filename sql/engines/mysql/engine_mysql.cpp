@@ -23,28 +23,13 @@ public:
     Dialect TextDialect() const override { return Dialect::MySql; }
     bool AdaptsText() const override { return true; }
 
-    qint64 Run(const QString& statement) override {
-        if (const auto prepared = RunPrepared(statement)) {
-            prepared->Close();
-            return m_rows;
-        }
-        Send(statement);
-        MySqlCursor rows(m_connection, m_connection->Result(statement), statement);
-        while (rows.Next()) {
-        }
-        return m_rows;
-    }
+    qint64 Run(const QString& statement) override { return Run(StatementShape::Of(statement.toUtf8())); }
+    qint64 RunApart(const SqlText& statement) override { return Run(statement.Shape()); }
 
     std::unique_ptr<Cursor> Query(const QString& statement) override {
-        std::unique_ptr<Cursor> rows;
-        if (auto prepared = RunPrepared(statement)) {
-            rows = std::make_unique<MySqlPreparedCursor>(std::move(prepared));
-        } else {
-            Send(statement);
-            rows = std::make_unique<MySqlCursor>(m_connection, m_connection->Result(statement), statement);
-        }
-        return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
+        return Query(StatementShape::Of(statement.toUtf8()));
     }
+    std::unique_ptr<Cursor> QueryApart(const SqlText& statement) override { return Query(statement.Shape()); }
 
     void Begin() override {
         Run(QStringLiteral("START TRANSACTION"));
@@ -99,14 +84,39 @@ public:
     void ReleaseLock(const QString& name) noexcept override { m_locks.Release(name); }
 
 private:
+    qint64 Run(const StatementShape& statement) {
+        if (const auto prepared = RunPrepared(statement)) {
+            prepared->Close();
+            return m_rows;
+        }
+        const QString text = statement.Text();
+        Send(text);
+        MySqlCursor rows(m_connection, m_connection->Result(text), text);
+        while (rows.Next()) {
+        }
+        return m_rows;
+    }
+
+    std::unique_ptr<Cursor> Query(const StatementShape& statement) {
+        const QString text = statement.Text();
+        std::unique_ptr<Cursor> rows;
+        if (auto prepared = RunPrepared(statement)) {
+            rows = std::make_unique<MySqlPreparedCursor>(std::move(prepared));
+        } else {
+            Send(text);
+            rows = std::make_unique<MySqlCursor>(m_connection, m_connection->Result(text), text);
+        }
+        return std::make_unique<SpoolingCursor>(std::move(rows), m_line, text);
+    }
+
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with
     /// it.
-    void MakeReady(const QString& statement) {
+    void MakeReady(const StatementShape& statement) {
         m_line->Free();
         m_connection->NoticeEnd();
         if (m_connection->Lost()) {
             if (m_inTransaction) {
-                throw m_connection->GoneError(statement);
+                throw m_connection->GoneError(statement.Text());
             }
             m_prepared.Clear();
             m_connection->Open();
@@ -128,13 +138,14 @@ private:
     }
 
     /// Runs a statement that may come again with other values; null when it is none, and has not run.
-    std::shared_ptr<MySqlStatement> RunPrepared(const QString& statement) {
+    std::shared_ptr<MySqlStatement> RunPrepared(const StatementShape& statement) {
         MakeReady(statement);
-        if (!mySqlShape::KeepsTables(statement)) {
+        if (statement.verb == StatementShape::Verb::Other && !mySqlShape::KeepsTables(statement.Text())) {
             m_prepared.Clear(); // the columns of results may change
         }
         const StatementShape source = mySqlShape::Of(statement);
-        auto prepared = source.isCommon ? m_prepared.Take(source.shape, [&] { return Prepared(source); }) : nullptr;
+        auto prepared =
+            source.isCommon ? m_prepared.Take(source.shape, [&] { return Prepared(source, statement); }) : nullptr;
         if (prepared == nullptr) {
             return nullptr;
         }
@@ -146,10 +157,10 @@ private:
         return prepared;
     }
 
-    std::shared_ptr<MySqlStatement> Prepared(const StatementShape& source) {
+    std::shared_ptr<MySqlStatement> Prepared(const StatementShape& source, const StatementShape& written) {
         auto statement = std::make_shared<MySqlStatement>(m_connection);
         const bool isPrepared =
-            statement->Prepare(mySqlShape::Text(source).toUtf8(), source.values.size(), QString::fromUtf8(source.text));
+            statement->Prepare(mySqlShape::Text(source).toUtf8(), source.values.size(), written.Text());
         return isPrepared ? statement : nullptr;
     }
 

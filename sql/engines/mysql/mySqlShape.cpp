@@ -8,9 +8,8 @@
 
 namespace mySqlShape {
 
-StatementShape Of(const QString& statement) {
+StatementShape Of(StatementShape source) {
     using Kind = StatementShape::Value::Kind;
-    StatementShape source = StatementShape::Of(statement.toUtf8());
     source.isCommon = source.isCommon && !source.shape.contains('#') &&
                       std::none_of(source.values.begin(), source.values.end(),
                                    [](const auto& value) { return value.kind == Kind::Float; });
@@ -21,6 +20,8 @@ StatementShape Of(const QString& statement) {
         const QByteArray& bytes = value.bytes;
         if (value.IsText() && sqlScan::IsMoment(bytes.begin(), bytes.end())) {
             value.bytes = dialect::MySqlMoment(bytes);
+        } else if (value.kind == Kind::Decimal) {
+            value.bytes = value.Digits();
         }
     }
     return source;

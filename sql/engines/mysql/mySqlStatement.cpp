@@ -53,7 +53,7 @@ bool MySqlStatement::Describe() {
     return true;
 }
 
-bool MySqlStatement::Run(const QVector<StatementShape::Value>& values, const QString& statement) {
+bool MySqlStatement::Run(const QVector<StatementShape::Value>& values, const StatementShape& statement) {
     m_statement = statement;
     std::vector<MYSQL_BIND> places(static_cast<size_t>(values.size()));
     size_t index = 0;
@@ -65,7 +65,7 @@ bool MySqlStatement::Run(const QVector<StatementShape::Value>& values, const QSt
         if (mysql_stmt_errno(m_handle) == CR_NEW_STMT_METADATA) {
             return false;
         }
-        throw MakeError(statement);
+        throw MakeError(statement.Text());
     }
     m_isAtEnd = m_columns.isEmpty();
     return GivesSameColumns();
@@ -80,6 +80,10 @@ bool MySqlStatement::GivesSameColumns() const {
 
 /// The server reads the digits of a decimal as it would in a text.
 void MySqlStatement::Bind(MYSQL_BIND& place, const StatementShape::Value& value) {
+    if (value.kind == StatementShape::Value::Kind::Null) {
+        place.buffer_type = MYSQL_TYPE_NULL;
+        return;
+    }
     if (value.kind == StatementShape::Value::Kind::Integer) {
         place.buffer_type = MYSQL_TYPE_LONGLONG;
         place.buffer = const_cast<qint64*>(&value.integer);
@@ -106,7 +110,7 @@ bool MySqlStatement::Fetch() {
     m_hasRow = result == 0 || result == MYSQL_DATA_TRUNCATED;
     m_isAtEnd = !m_hasRow;
     if (!m_hasRow && result != MYSQL_NO_DATA) {
-        throw MakeError(m_statement);
+        throw MakeError(m_statement.Text());
     }
     return m_hasRow;
 }

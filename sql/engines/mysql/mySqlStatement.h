@@ -24,7 +24,7 @@ public:
     bool Prepare(const QByteArray& text, qsizetype values, const QString& statement);
     /// Runs it; false when it would give other columns by now than when it was prepared. Raises `SqlError` with
     /// `statement`, what the caller knows it by.
-    bool Run(const QVector<StatementShape::Value>& values, const QString& statement);
+    bool Run(const QVector<StatementShape::Value>& values, const StatementShape& statement);
     /// Rows changed by the last run.
     qint64 RowsChanged() const;
     /// Identity value given by the last run; 0 when it gave none.
@@ -48,7 +48,7 @@ private:
 
     std::shared_ptr<MySqlConnection> m_connection;
     st_mysql_stmt* m_handle;
-    QString m_statement;
+    StatementShape m_statement; ///< under way, as it was written
     QStringList m_columns;
     QByteArrayList m_names; ///< those of the columns as the server writes them
     ColumnPositions m_positions;

@@ -51,28 +51,29 @@ void MariaDbOverOdbc::Reopened() {
     SetSession();
 }
 
-qint64 MariaDbOverOdbc::Run(const QString& statement) {
+qint64 MariaDbOverOdbc::Run(const StatementShape& statement) {
     MakeReady();
     if (KeepsPrepared(statement)) {
         if (const auto rows = m_prepared.Run(statement)) {
             return *rows;
         }
     }
-    return RunUnprepared(statement)->RowsChanged();
+    return RunUnprepared(statement.Text())->RowsChanged();
 }
 
 /// A result that the driver has cut is closed before the server puts its rows aside: the line carries one at a time.
-std::unique_ptr<Cursor> MariaDbOverOdbc::Query(const QString& statement) {
+std::unique_ptr<Cursor> MariaDbOverOdbc::Query(const StatementShape& statement) {
     MakeReady();
+    const QString text = statement.Text();
     auto ran = KeepsPrepared(statement) ? m_prepared.Query(statement) : OdbcPrepared::Result();
     if (ran.isCut) {
         ran.rows->Close();
         ran.rows.reset();
-        if (auto portions = InPortions(statement)) {
+        if (auto portions = InPortions(text)) {
             return portions;
         }
     }
-    return RowsOf(ran.rows != nullptr ? std::move(ran.rows) : RunUnprepared(statement), statement);
+    return RowsOf(ran.rows != nullptr ? std::move(ran.rows) : RunUnprepared(text), text);
 }
 
 qint64 MariaDbOverOdbc::LastInsertId() {
@@ -97,11 +98,11 @@ QStringList MariaDbOverOdbc::LackingRights(const QString& table, const QString& 
 }
 
 /// Whether statements are run prepared; what is prepared is forgotten when the statement may change tables.
-bool MariaDbOverOdbc::KeepsPrepared(const QString& statement) {
+bool MariaDbOverOdbc::KeepsPrepared(const StatementShape& statement) {
     if (TextDialect() != Dialect::MySql) {
         return false;
     }
-    if (!mySqlShape::KeepsTables(statement)) {
+    if (statement.verb == StatementShape::Verb::Other && !mySqlShape::KeepsTables(statement.Text())) {
         m_prepared.Clear();
     }
     return true;

@@ -10,8 +10,12 @@ public:
     /// @param dialect of the statements that it is given; in another than MySQL's they are run as they are
     MariaDbOverOdbc(std::shared_ptr<OdbcConnection> connection, Dialect dialect);
 
-    qint64 Run(const QString& statement) override;
-    std::unique_ptr<Cursor> Query(const QString& statement) override;
+    qint64 Run(const QString& statement) override { return Run(StatementShape::Of(statement.toUtf8())); }
+    qint64 RunApart(const SqlText& statement) override { return Run(statement.Shape()); }
+    std::unique_ptr<Cursor> Query(const QString& statement) override {
+        return Query(StatementShape::Of(statement.toUtf8()));
+    }
+    std::unique_ptr<Cursor> QueryApart(const SqlText& statement) override { return Query(statement.Shape()); }
     QString LineWarning() override;
     qint64 LastInsertId() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
@@ -26,7 +30,9 @@ protected:
 private:
     void SetSession();
     bool IsEncrypted();
-    bool KeepsPrepared(const QString& statement);
+    qint64 Run(const StatementShape& statement);
+    std::unique_ptr<Cursor> Query(const StatementShape& statement);
+    bool KeepsPrepared(const StatementShape& statement);
     std::shared_ptr<OdbcStatement> RunUnprepared(const QString& statement);
     std::unique_ptr<Cursor> InPortions(const QString& statement);
 

@@ -6,6 +6,8 @@
 #include <QScopeGuard>
 #include <QVersionNumber>
 
+#include <algorithm>
+
 namespace {
 
 /// Code of MariaDB's client for a table that another program has changed since.
@@ -32,9 +34,11 @@ bool HoldsResults(const OdbcConnection& connection) {
 StatementShape::Value Limit() { return StatementShape::Value::OfInteger(RowsHeld + 1); }
 
 /// The statement taken apart; drivers end a text at its first NUL, which is then left to the server to refuse.
-StatementShape ShapeOf(const QString& statement) {
+StatementShape ShapeOf(const StatementShape& statement) {
     StatementShape source = mySqlShape::Of(statement);
-    source.isCommon = source.isCommon && !statement.contains(QChar());
+    source.isCommon = source.isCommon && !source.shape.contains('\0') &&
+                      std::none_of(source.values.begin(), source.values.end(),
+                                   [](const auto& value) { return value.bytes.contains('\0'); });
     return source;
 }
 
@@ -48,7 +52,7 @@ OdbcPrepared::OdbcPrepared(std::shared_ptr<OdbcConnection> connection, IdentityC
       m_canReturn(CanReturn(*m_connection)),
       m_holdsResults(HoldsResults(*m_connection)) {}
 
-OdbcPrepared::Result OdbcPrepared::Query(const QString& statement) {
+OdbcPrepared::Result OdbcPrepared::Query(const StatementShape& statement) {
     StatementShape source = ShapeOf(statement);
     const auto kept = source.isCommon && IsQuery(source) ? Take(source) : nullptr;
     if (kept == nullptr) {
@@ -70,7 +74,7 @@ OdbcPrepared::Result OdbcPrepared::Query(const QString& statement) {
     return {std::shared_ptr<OdbcStatement>(kept, &kept->statement), isCut};
 }
 
-std::optional<qint64> OdbcPrepared::Run(const QString& statement) {
+std::optional<qint64> OdbcPrepared::Run(const StatementShape& statement) {
     const StatementShape source = ShapeOf(statement);
     const auto kept = source.isCommon && !IsQuery(source) ? Take(source) : nullptr;
     if (kept == nullptr) {
@@ -125,7 +129,7 @@ std::optional<QString> OdbcPrepared::FindIdentity(const QString& table, const St
         return m_identityColumn(table);
     } catch (const SqlError& error) {
         if (m_connection->Lost()) {
-            SqlError ofInsert(QString::fromUtf8(source.text), error.EngineMessage(), error.EngineCode());
+            SqlError ofInsert(source.Text(), error.EngineMessage(), error.EngineCode());
             ofInsert.Reword(error.Message());
             ofInsert.SetMayPass(true);
             throw ofInsert;
@@ -138,6 +142,7 @@ std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::PreparedQuery(const StatementS
     // The driver prepares only what holds a value: the limit is one.
     const QString cut = QStringLiteral("SET STATEMENT sql_select_limit=CAST(? AS UNSIGNED) FOR ") + text;
     StatementShape withLimit = source;
+    withLimit.text = source.Text().toUtf8(); // for errors, without the limit
     withLimit.values.prepend(Limit());
     if (auto kept = m_holdsResults ? Prepared(withLimit, cut, Identity::None) : nullptr) {
         kept->isCut = true;
@@ -150,6 +155,6 @@ std::shared_ptr<OdbcPrepared::Kept> OdbcPrepared::Prepared(const StatementShape&
                                                            Identity identity) {
     auto kept = std::make_shared<Kept>(m_connection);
     kept->identity = identity;
-    const bool isPrepared = kept->statement.Prepare(text, source.values.size(), QString::fromUtf8(source.text));
+    const bool isPrepared = kept->statement.Prepare(text, source.values.size(), source.Text());
     return isPrepared ? kept : nullptr;
 }

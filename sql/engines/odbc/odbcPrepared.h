@@ -20,10 +20,10 @@ public:
         bool isCut = false;                  ///< there are more than the driver is to hold at once
     };
     /// Runs a query. Raises `SqlError`.
-    Result Query(const QString& statement);
+    Result Query(const StatementShape& statement);
     /// Runs a statement and returns the number of rows changed; nothing when it is none to be prepared, and has not
     /// run. Raises `SqlError`.
-    std::optional<qint64> Run(const QString& statement);
+    std::optional<qint64> Run(const StatementShape& statement);
 
     /// Identity value given last; nothing when the server has to be asked.
     std::optional<qint64> LastInsertId() const { return m_lastInsertId; }

@@ -50,17 +50,22 @@ bool OdbcStatement::Prepare(const QString& text, qsizetype values, const QString
     return true;
 }
 
-void OdbcStatement::Run(const QVector<StatementShape::Value>& values, const QString& statement) {
+void OdbcStatement::Run(const QVector<StatementShape::Value>& values, const StatementShape& statement) {
     SQLUSMALLINT place = 0;
     for (const StatementShape::Value& value : values) {
         Bind(place + 1U, m_parameters[place], value);
         ++place;
     }
-    Run(statement, [](SQLHSTMT handle) { return SQLExecute(handle); });
+    m_parts = statement;
+    Run(QString(), [](SQLHSTMT handle) { return SQLExecute(handle); });
 }
 
 void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, const StatementShape::Value& value) {
-    if (value.kind == StatementShape::Value::Kind::Integer) {
+    if (value.kind == StatementShape::Value::Kind::Null) {
+        parameter.bytes.resize(0);
+        parameter.length = SQL_NULL_DATA;
+        Bind(place, parameter, SQL_C_CHAR, SQL_VARCHAR, parameter.bytes.data());
+    } else if (value.kind == StatementShape::Value::Kind::Integer) {
         parameter.number = value.integer;
         parameter.length = sizeof(parameter.number);
         Bind(place, parameter, SQL_C_SBIGINT, SQL_BIGINT, &parameter.number);
@@ -94,7 +99,7 @@ void OdbcStatement::Bind(SQLUSMALLINT place, Parameter& parameter, SQLSMALLINT t
 void OdbcStatement::Ran(SQLRETURN result) {
     m_row.clear();
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) {
-        throw MakeError(m_statement);
+        throw MakeError(Statement());
     }
     SQLSMALLINT count = 0;
     SQLNumResultCols(Handle(), &count);
@@ -116,7 +121,7 @@ bool OdbcStatement::Fetch() {
     }
     const SQLRETURN result = m_connection->Running(Handle(), [this] { return SQLFetch(Handle()); });
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) {
-        throw MakeError(m_statement);
+        throw MakeError(Statement());
     }
     return result != SQL_NO_DATA;
 }
@@ -167,7 +172,7 @@ QVariant OdbcStatement::Read(int column) const {
     const SQLRETURN result =
         odbc::ReadValue(Handle(), static_cast<SQLUSMALLINT>(column + 1), m_kinds.at(column), value);
     if (!SQL_SUCCEEDED(result)) {
-        throw MakeError(m_statement);
+        throw MakeError(Statement());
     }
     return value;
 }

@@ -30,7 +30,7 @@ public:
     /// `SqlError` with `statement`, what the caller knows it by, when the connection has fallen.
     bool Prepare(const QString& text, qsizetype values, const QString& statement);
     /// Runs the prepared text. Raises `SqlError` with `statement`, what the caller knows it by.
-    void Run(const QVector<StatementShape::Value>& values, const QString& statement);
+    void Run(const QVector<StatementShape::Value>& values, const StatementShape& statement);
 
     /// Whether what has run gives rows.
     bool HasRows() const { return m_columnCount > 0; }
@@ -77,7 +77,10 @@ private:
     odbc::Handle<SQL_HANDLE_STMT> m_handle;
     int m_age;
     bool m_inAnyOrder;
-    QString m_statement;
+    QString Statement() const { return m_statement.isEmpty() ? m_parts.Text() : m_statement; }
+
+    QString m_statement;    ///< under way; empty for a prepared one
+    StatementShape m_parts; ///< of a prepared one
     std::vector<Parameter> m_parameters;
     SQLSMALLINT m_columnCount = 0;
     mutable QStringList m_columns;

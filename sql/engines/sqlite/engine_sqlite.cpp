@@ -41,27 +41,18 @@ public:
     Dialect TextDialect() const override { return Dialect::Sqlite; }
     bool AdaptsText() const override { return true; }
 
-    qint64 Run(const QString& statement) override {
-        const auto prepared = Prepare(statement);
-        if (prepared == nullptr) {
-            return 0;
-        }
-        int code = sqlite3_step(prepared->handle);
-        while (code == SQLITE_ROW) {
-            code = sqlite3_step(prepared->handle);
-        }
-        if (code != SQLITE_DONE) {
-            throw SqliteErrorOf(m_database.get(), statement);
-        }
-        return sqlite3_stmt_readonly(prepared->handle) != 0 ? 0 : sqlite3_changes64(m_database.get());
-    }
+    qint64 Run(const QString& statement) override { return Run(m_statements->Prepare(statement)); }
+    qint64 RunApart(const SqlText& statement) override { return Run(m_statements->Prepare(statement.Shape())); }
 
-    std::unique_ptr<Cursor> Query(const QString& statement) override {
-        return std::make_unique<SqliteCursor>(m_database.get(), Prepare(statement), statement);
+    std::unique_ptr<Cursor> Query(const QString& statement) override { return Rows(m_statements->Prepare(statement)); }
+    std::unique_ptr<Cursor> QueryApart(const SqlText& statement) override {
+        return Rows(m_statements->Prepare(statement.Shape()));
     }
 
     void Begin() override {
         Run(QStringLiteral("BEGIN IMMEDIATE"));
+        const auto version = Query(QStringLiteral("PRAGMA data_version"));
+        m_version = version->Next() ? version->Value(0).toLongLong() : m_version + 1;
         m_marked = false;
     }
     void Commit() override { Run(QStringLiteral("COMMIT")); }
@@ -72,15 +63,21 @@ public:
     }
     bool TransactionStands(bool /*afterFailure*/) override { return sqlite3_get_autocommit(m_database.get()) == 0; }
     void SetMark() override {
+        static const SqlText release = SqlText::Of(QStringLiteral("RELEASE QDX_ROW"));
+        static const SqlText mark = SqlText::Of(QStringLiteral("SAVEPOINT QDX_ROW"));
         if (m_marked) { // marks of the same name would stand one within the other
-            Run(QStringLiteral("RELEASE QDX_ROW"));
+            RunApart(release);
         }
         m_marked = false;
-        Run(QStringLiteral("SAVEPOINT QDX_ROW"));
+        RunApart(mark);
         m_marked = true;
     }
     void RollBackToMark() override { Run(QStringLiteral("ROLLBACK TO QDX_ROW")); }
     void Interrupt() noexcept override { sqlite3_interrupt(m_database.get()); }
+    /// While a transaction writes, others wait: their part is asked for when it begins.
+    std::optional<qint64> ChangesOfOthers() override {
+        return TransactionStands(false) ? std::optional(m_version + m_changedByTriggers) : std::nullopt;
+    }
     qint64 LastInsertId() override { return sqlite3_last_insert_rowid(m_database.get()); }
 
     QStringList Tables() override {
@@ -136,6 +133,8 @@ private:
         if (!readOnly) {
             Run(QStringLiteral("PRAGMA journal_mode = WAL"));
             Run(QStringLiteral("PRAGMA synchronous = NORMAL"));
+            // Pages that many rows write, those of indexes above all, are carried over into the file less often.
+            Run(QStringLiteral("PRAGMA wal_autocheckpoint = 4000"));
         }
     }
 
@@ -147,7 +146,30 @@ private:
         return *m_locks;
     }
 
-    SqliteStatement Prepare(const QString& statement) { return m_statements->Prepare(statement); }
+    std::unique_ptr<Cursor> Rows(SqliteStatement statement) {
+        return std::make_unique<SqliteCursor>(m_database.get(), std::move(statement));
+    }
+
+    qint64 Run(const SqliteStatement& prepared) {
+        if (prepared == nullptr) {
+            return 0;
+        }
+        const qint64 before = sqlite3_total_changes64(m_database.get());
+        int code = sqlite3_step(prepared->handle);
+        while (code == SQLITE_ROW) {
+            code = sqlite3_step(prepared->handle);
+        }
+        if (code != SQLITE_DONE) {
+            throw SqliteErrorOf(m_database.get(), prepared->source.Text());
+        }
+        if (sqlite3_stmt_readonly(prepared->handle) != 0) {
+            return 0;
+        }
+        const qint64 all = sqlite3_total_changes64(m_database.get()) - before;
+        const qint64 rows = sqlite3_changes64(m_database.get());
+        m_changedByTriggers += all > rows ? all - rows : 0;
+        return rows;
+    }
 
     QStringList Texts(const QString& query) {
         QStringList texts;
@@ -211,6 +233,8 @@ private:
     Database m_database;
     std::shared_ptr<SqliteStatements> m_statements; ///< goes before the database
     bool m_marked = false;
+    qint64 m_version = 0; ///< of the data, as the transaction under way found it: changes with what others write
+    qint64 m_changedByTriggers = 0; ///< rows, and by what foreign keys do
     std::optional<FileLocks> m_locks;
 };
 

@@ -43,10 +43,9 @@ QVariant AsDateTime(const QString& text) {
 
 } // namespace
 
-SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement, QString text)
+SqliteCursor::SqliteCursor(sqlite3* database, SqliteStatement statement)
     : m_database(database),
-      m_statement(std::move(statement)),
-      m_text(std::move(text)) {}
+      m_statement(std::move(statement)) {}
 
 const QStringList& SqliteCursor::Columns() const {
     static const QStringList none;
@@ -71,7 +70,7 @@ bool SqliteCursor::Next() {
         return true;
     }
     if (code != SQLITE_DONE) {
-        throw SqliteErrorOf(m_database, m_text);
+        throw SqliteErrorOf(m_database, m_statement->source.Text());
     }
     m_done = true;
     sqlite3_reset(m_statement->handle);

@@ -8,7 +8,7 @@
 class SqliteCursor final : public Cursor {
 public:
     /// @param statement null for a text without a statement: no rows
-    SqliteCursor(sqlite3* database, SqliteStatement statement, QString text);
+    SqliteCursor(sqlite3* database, SqliteStatement statement);
 
     bool Next() override;
     const QStringList& Columns() const override;
@@ -18,6 +18,5 @@ public:
 private:
     sqlite3* m_database;
     SqliteStatement m_statement;
-    QString m_text;
     bool m_done = false;
 };

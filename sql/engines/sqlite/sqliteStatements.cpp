@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr qsizetype KeptStatements = 128;
+constexpr qsizetype KeptStatements = 256;
 
 /// SQLite does not copy the texts: they live as long as the prepared statement holds them.
 void BindText(sqlite3_stmt* statement, int place, const QByteArray& text) {
@@ -33,7 +33,10 @@ void Bind(sqlite3_stmt* statement, int place, const StatementShape::Value& value
         break;
     case Kind::Decimal:
     case Kind::Float:
-        sqlite3_bind_double(statement, place, value.bytes.toDouble());
+        sqlite3_bind_double(statement, place, value.real);
+        break;
+    case Kind::Null:
+        sqlite3_bind_null(statement, place);
         break;
     }
 }
@@ -82,28 +85,54 @@ void GiveBackStatement::operator()(PreparedStatement* statement) const noexcept 
 }
 
 SqliteStatement SqliteStatements::Prepare(const QString& statement) {
-    StatementShape source = StatementShape::Of(statement.toUtf8());
+    return Prepare(StatementShape::Of(statement.toUtf8()));
+}
+
+SqliteStatement SqliteStatements::Prepare(StatementShape source) {
     PreparedStatement* prepared = m_kept.value(source.shape);
     if (prepared == nullptr || prepared->isTaken) {
-        sqlite3_stmt* handle = Compile(source.shape, statement);
-        if (handle == nullptr) {
+        prepared = New(source, prepared == nullptr && source.isCommon);
+        if (prepared == nullptr) {
             return {nullptr, {}};
-        }
-        const bool isKept = prepared == nullptr && source.isCommon;
-        prepared = new PreparedStatement;
-        prepared->handle = handle;
-        prepared->isKept = isKept;
-        if (isKept) {
-            if (m_kept.size() >= KeptStatements) {
-                Clear();
-            }
-            m_kept.insert(source.shape, prepared);
         }
     }
     prepared->isTaken = true;
+    prepared->lastUse = ++m_uses;
     prepared->source = std::move(source);
     Bind(prepared->handle, prepared->source.values);
     return SqliteStatement(prepared, {shared_from_this()});
+}
+
+/// Null for a text without a statement.
+PreparedStatement* SqliteStatements::New(const StatementShape& source, bool isKept) {
+    sqlite3_stmt* handle = Compile(source);
+    if (handle == nullptr) {
+        return nullptr;
+    }
+    auto* prepared = new PreparedStatement;
+    prepared->handle = handle;
+    prepared->isKept = isKept;
+    if (isKept) {
+        if (m_kept.size() >= KeptStatements) {
+            ForgetOldest();
+        }
+        m_kept.insert(source.shape, prepared);
+    }
+    return prepared;
+}
+
+/// Rows of a table come in many shapes, as many as columns can be left out, but most in a few: these have to stay.
+void SqliteStatements::ForgetOldest() noexcept {
+    auto oldest = m_kept.end();
+    for (auto each = m_kept.begin(); each != m_kept.end(); ++each) {
+        const bool isOlder = oldest == m_kept.end() || (*each)->lastUse < (*oldest)->lastUse;
+        oldest = isOlder && !(*each)->isTaken ? each : oldest;
+    }
+    if (oldest != m_kept.end()) {
+        (*oldest)->isKept = false;
+        GiveBack(*oldest);
+        m_kept.erase(oldest);
+    }
 }
 
 void SqliteStatements::GiveBack(PreparedStatement* statement) noexcept {
@@ -126,17 +155,18 @@ void SqliteStatements::Clear() noexcept {
     m_kept.clear();
 }
 
-sqlite3_stmt* SqliteStatements::Compile(const QByteArray& text, const QString& statement) {
-    const QByteArray adapted = dialect::Adapt(QString::fromUtf8(text), Dialect::Sqlite).toUtf8();
+sqlite3_stmt* SqliteStatements::Compile(const StatementShape& source) {
+    const QByteArray adapted = dialect::Adapt(QString::fromUtf8(source.shape), Dialect::Sqlite).toUtf8();
     sqlite3_stmt* handle = nullptr;
     const char* rest = nullptr;
     if (sqlite3_prepare_v2(m_database, adapted.constData(), static_cast<int>(adapted.size()) + 1, &handle, &rest) !=
         SQLITE_OK) {
-        throw SqliteErrorOf(m_database, statement);
+        throw SqliteErrorOf(m_database, source.Text());
     }
     if (rest != nullptr && HasMore(rest)) {
         sqlite3_finalize(handle);
-        throw SqlError(statement, QStringLiteral("più istruzioni in un solo testo"), QStringLiteral("SQLITE_MISUSE"));
+        throw SqlError(source.Text(), QStringLiteral("più istruzioni in un solo testo"),
+                       QStringLiteral("SQLITE_MISUSE"));
     }
     return handle;
 }

@@ -19,6 +19,7 @@ struct PreparedStatement {
     StatementShape source; ///< owns the bytes of the bound texts
     bool isKept = false;
     bool isTaken = false;
+    quint64 lastUse = 0;
 
     /// What is known of a column of the result: dates are texts in the file, bits are numbers.
     enum class Kind { Plain, Date, DateTime, Bit };
@@ -54,15 +55,20 @@ public:
     /// statement. A statement that is running is not given out a second time. Raises `SqlError`, also for a text that
     /// holds several statements.
     SqliteStatement Prepare(const QString& statement);
+    /// The same of a statement taken apart.
+    SqliteStatement Prepare(StatementShape source);
     /// Takes a statement back.
     static void GiveBack(PreparedStatement* statement) noexcept;
 
 private:
-    sqlite3_stmt* Compile(const QByteArray& text, const QString& statement);
+    sqlite3_stmt* Compile(const StatementShape& source);
+    PreparedStatement* New(const StatementShape& source, bool isKept);
+    void ForgetOldest() noexcept;
     bool HasMore(const char* rest) const;
     /// Forgets the statements that are not running; those are kept no longer.
     void Clear() noexcept;
 
     sqlite3* m_database;
     QHash<QByteArray, PreparedStatement*> m_kept;
+    quint64 m_uses = 0;
 };

@@ -1,0 +1,87 @@
+#include "sql/SqlText.h"
+
+#include "sql/mod_ovTools.h"
+#include "sql/ValueWriter.h"
+
+/// Keeps values apart from the words.
+class SqlText::Values final : public ValueWriter {
+public:
+    explicit Values(SqlText& text)
+        : m_text(text) {}
+
+    void Null() override { Take({StatementShape::Value::Kind::Null, 0, {}}); }
+    void Text(QStringView text) override { Take({StatementShape::Value::Kind::Text, 0, text.toUtf8()}); }
+    void Whole(qint64 number) override { Take(StatementShape::Value::OfInteger(number)); }
+    void Number(double number) override { Take(StatementShape::Value::OfNumber(number)); }
+    void Words(QStringView sql) override { m_text += SqlText::Of(sql.toString(), m_text.m_provider); }
+
+private:
+    void Take(StatementShape::Value value) {
+        m_text.m_shape.shape += '?';
+        m_text.m_shape.values.append(std::move(value));
+        m_text.m_shape.isCommon = m_text.m_shape.HoldsFew();
+    }
+
+    SqlText& m_text;
+};
+
+SqlText SqlText::Of(const QString& text, Provider provider) {
+    SqlText made(provider);
+    const QByteArray bytes = text.toUtf8();
+    made.m_shape = StatementShape::OfPart(bytes);
+    made.m_shape.text.clear();
+    for (StatementShape::Value& value : made.m_shape.values) {
+        value.bytes.detach(); // of its own, no part of the text
+    }
+    made.m_shape.verb = StatementShape::VerbOf(made.m_shape.shape);
+    made.m_shape.isCommon = made.m_shape.HoldsFew();
+    return made;
+}
+
+SqlText& SqlText::operator+=(QStringView words) {
+    AddWords(words);
+    return *this;
+}
+
+SqlText& SqlText::operator+=(const SqlText& more) {
+    if (m_shape.shape.isEmpty()) {
+        m_shape = more.m_shape;
+        return *this;
+    }
+    m_shape.shape += more.m_shape.shape;
+    m_shape.values += more.m_shape.values;
+    m_shape.isCommon = m_shape.HoldsFew();
+    return *this;
+}
+
+SqlText& SqlText::Add(const QVariant& value, DataType type) {
+    Values values(*this);
+    mod_ovTools::WriteSqlValue(values, value, type, m_provider);
+    return *this;
+}
+
+/// Names and words are plain for the most part: they need no conversion.
+void SqlText::AddWords(QStringView words) {
+    const bool isFirst = m_shape.shape.isEmpty();
+    if (isFirst) {
+        constexpr qsizetype usualSize = 512;
+        constexpr qsizetype usualValues = 16;
+        m_shape.shape.reserve(usualSize);
+        m_shape.values.reserve(usualValues);
+    }
+    const qsizetype start = m_shape.shape.size();
+    m_shape.shape.resize(start + words.size());
+    char* out = m_shape.shape.data() + start;
+    for (const QChar c : words) {
+        if (c.unicode() > 127) {
+            m_shape.shape.resize(start);
+            m_shape.shape += words.toUtf8();
+            break;
+        }
+        *out++ = static_cast<char>(c.unicode());
+    }
+    if (isFirst) {
+        m_shape.verb = StatementShape::VerbOf(m_shape.shape);
+        m_shape.isCommon = m_shape.verb != StatementShape::Verb::Other;
+    }
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "sql/text/statementShape.h"
+#include "sql/types.h"
+
+#include <QVariant>
+
+/// A statement under construction whose values stand apart from its words: an engine that keeps statements prepared
+/// takes both as they are, and the text is made only for whoever looks at it.
+class SqlText {
+public:
+    /// @param provider whose words the values are written in
+    explicit SqlText(Provider provider = Provider::SqlServer)
+        : m_provider(provider) {}
+    /// A statement, or a part of one, that is there as a text: its literals are taken out.
+    static SqlText Of(const QString& text, Provider provider = Provider::SqlServer);
+
+    /// Adds words that hold no value.
+    SqlText& operator+=(QStringView words);
+    SqlText& operator+=(const SqlText& more);
+    /// Adds a value, by the rules of `mod_ovTools::FormatSqlValue`.
+    SqlText& Add(const QVariant& value, DataType type);
+
+    /// The text, with the values as literals.
+    QString Text() const { return m_shape.Text(); }
+    /// What an engine runs.
+    const StatementShape& Shape() const { return m_shape; }
+    bool IsQuery() const { return m_shape.verb == StatementShape::Verb::Select; }
+
+private:
+    class Values;
+    void AddWords(QStringView words);
+
+    StatementShape m_shape;
+    Provider m_provider;
+};
