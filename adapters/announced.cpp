@@ -54,7 +54,6 @@ const std::vector<Row>& Rows() {
         {"Excel", "modImport_Excel", "Excel", Workbook(), "YYNNN---"},
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
         {"SIGIP", "modImport_SIGIP", "ODBC", DataSource("SIGIP"), "YYYYYYN-", {{Saldi, "Correggi Date Consegna"}}},
-        {"Mago NET", "modImport_Mago", "SQL Server", Server("MAGONET"), "YYYNN---"},
         {"Zucchetti G2", "modImport_G2", "SQL Server", Server("G2"), "YYYNNNNY", {{Disegni, "Ricalcola IBAN Controparti"}}},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Vision SQL", "modImport_Vision", "SQL Server", Server("VISION"), "YYN-----"},

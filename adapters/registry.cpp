@@ -30,7 +30,7 @@
     ANNOUNCED("Access") \
     ANNOUNCED("SIGIP") \
     MODULE(ArcaEvolution, Entry) \
-    ANNOUNCED("Mago NET") \
+    MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
     ANNOUNCED("Zucchetti G2") \
