@@ -66,7 +66,6 @@ const std::vector<Row>& Rows() {
         {"Gemini", "modImport_Gemini", "SQL Server", Server("GEMINI"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Fenice", "modImport_Fenice", "ODBC", DataSource("FENICE"), "NN------"},
         {"Sigla", "modImport_Sigla", "SQL Server", Server("SIGLA"), "YYYNN---", {{Dis, "Importa Listini"}}},
-        {"MexalDB", "modImport_MexalDB", "SQL Server", Server("MEXALDB"), "YYYN----"},
         {"Cometa", "modImport_Cometa", "ODBC", DataSource("COMETA"), "YYNNNNNY"},
         {"Albalog", "modImport_Albalog", "ODBC", DataSource("ALBALOG"), "YYYNNN--", {{Dis, "Importa Listini"}}},
         {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},

@@ -45,7 +45,7 @@
     ANNOUNCED("Sigla") \
     MODULE(Gescom, Entry) \
     MODULE(WinProgest, Entry) \
-    ANNOUNCED("MexalDB") \
+    MODULE(MexalDB, Entry) \
     ANNOUNCED("Cometa") \
     ANNOUNCED("Albalog") \
     ANNOUNCED("Puzzle") \
