@@ -23,7 +23,7 @@
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
     ANNOUNCED("EsaSoftware \"e\"") \
-    ANNOUNCED("Metodo") \
+    MODULE(Metodo, Entry) \
     MODULE(Lantek24, Entry) \
     ANNOUNCED("Kordel NetSuite") \
     ANNOUNCED("Excel") \
