@@ -70,7 +70,6 @@ const std::vector<Row>& Rows() {
         {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",
          {{Saldi, "Importa Riferimenti"}, {Piano, "Importa Tubolari da CSV"}}},
         {"BMS", "modImport_BMS", "Oracle", PrepareBms, "YYYYYNN-"},
-        {"Panthera", "modImport_Panthera", "SQL Server", Server("PANTHERA"), "NNYNNNN?", {{Disegni, "Importa Listini"}}},
         {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",
          {{Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"}, {Piano, "Importa Allegati"}}},
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},

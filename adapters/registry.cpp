@@ -52,7 +52,7 @@
     ANNOUNCED("Nubrio Excel") \
     ANNOUNCED("Gamma DB SqlServer") \
     ANNOUNCED("BMS") \
-    ANNOUNCED("Panthera") \
+    MODULE(Panthera, Entry) \
     ANNOUNCED("Factory (SqlServer)") \
     MODULE(Brantel, Entry) \
     ANNOUNCED("Punta") \
