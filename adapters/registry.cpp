@@ -23,14 +23,14 @@
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
     ANNOUNCED("EsaSoftware \"e\"") \
-    ANNOUNCED("Metodo") \
+    MODULE(Metodo, Entry) \
     MODULE(Lantek24, Entry) \
     ANNOUNCED("Kordel NetSuite") \
     ANNOUNCED("Excel") \
     ANNOUNCED("Access") \
     ANNOUNCED("SIGIP") \
     MODULE(ArcaEvolution, Entry) \
-    ANNOUNCED("Mago NET") \
+    MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
     ANNOUNCED("Zucchetti G2") \
@@ -45,14 +45,14 @@
     ANNOUNCED("Sigla") \
     MODULE(Gescom, Entry) \
     MODULE(WinProgest, Entry) \
-    ANNOUNCED("MexalDB") \
+    MODULE(MexalDB, Entry) \
     ANNOUNCED("Cometa") \
     ANNOUNCED("Albalog") \
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
     ANNOUNCED("Gamma DB SqlServer") \
     ANNOUNCED("BMS") \
-    ANNOUNCED("Panthera") \
+    MODULE(Panthera, Entry) \
     ANNOUNCED("Factory (SqlServer)") \
     MODULE(Brantel, Entry) \
     ANNOUNCED("Punta") \

@@ -76,6 +76,7 @@ const QVector<Example>& Examples() {
          "Tessera: tabelle in un database",
          {"controparti", "articoli", "distinte", "documenti"},
          MakeTessera},
+        {"mago", "Mago.net: tabelle in un database", {"controparti", "articoli", "distinte"}, MakeMago},
         {"mexal", "Mexal: cartella di file CSV", {"controparti", "articoli", "distinte", "documenti"}, MakeMexal},
         {"visualspace",
          "Visual Space: tabelle in un database",

@@ -55,6 +55,7 @@ Totals MakeAutoma(const Options& options);
 Totals MakeFerrobrio(const Options& options);
 Totals MakeTessera(const Options& options);
 Totals MakeMexal(const Options& options);
+Totals MakeMago(const Options& options);
 Totals MakeVisualSpace(const Options& options);
 
 } // namespace examples

@@ -97,6 +97,7 @@ public:
     QString Completion(const QString& text) const override { return m_writer.Completion(text); }
 
 private:
+    bool IsFurther(const SourceRow& row);
     Phases WritePhases(const SourceRow& bill);
     int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
     qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
@@ -106,7 +107,7 @@ private:
     std::shared_ptr<const Kind> m_kind;
     QString m_singleCode;
     BillWriter m_writer;
-    QString m_last; ///< CDART of the bill carried over last
+    QString m_first; ///< article and key of the first bill of the article under way, in the source
     bool m_found = false;
 };
 
@@ -117,12 +118,12 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
     if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
         return Run().Skip(rule);
     }
+    if (IsFurther(row)) {
+        return Run().Skip(declared.furtherRows);
+    }
     const QString article = declared.article.Text(session, row);
     if (!IsImported(Run(), article)) {
         return Run().Skip(ArticleMissing);
-    }
-    if (!declared.furtherRows.isEmpty() && article == m_last) {
-        return Run().Skip(declared.furtherRows);
     }
     BillHead head{article, m_kind->key.Text(session, row)};
     if (declared.revision.IsSet()) {
@@ -135,9 +136,17 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
     const Phases phases = WritePhases(row);
     declared.components.rows.ForEach(session, row, [&](const SourceRow& one) { WriteComponent(one, phases); });
     m_writer.TellComponentsLeft();
-    Run().Restores(m_last);
-    m_last = article;
     return outcome;
+}
+
+/// Whether the article of the source has a bill before this one and may have that alone. It stays the first when it is
+/// given up, whatever has failed: no other one takes its place.
+bool BillImporter::IsFurther(const SourceRow& row) {
+    const QString article = GroupText(row, m_kind->declared.article.Columns()) + u'\x1e';
+    const QString bill = article + GroupText(row, m_kind->key.Columns());
+    const bool isFurther = m_first.startsWith(article) && m_first != bill;
+    m_first = isFurther ? m_first : bill;
+    return isFurther && !m_kind->declared.furtherRows.isEmpty();
 }
 
 bool BillImporter::End() {

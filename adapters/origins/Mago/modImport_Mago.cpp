@@ -1,0 +1,406 @@
+// Mago.net: a SQL Server database, MAGONET unless the setting Databasename names another. Counterparties with branches,
+// contacts and letters of intent stand here, articles in modImport_Mago_articles.cpp, bills in
+// modImport_Mago_bills.cpp. Tables and columns are those of Mago.net 3.14, known from published models; the number of a
+// woman's gender and the direction of letters are not among them. Booleans are '0' and '1', enumerations numbers, an
+// empty day is 31/12/1799. Customers and suppliers are numbered apart. Country (its name) and the types beside the two
+// are not read: ISOCountryCode and CustSuppType tell them. MA_Carriers has names alone: its codes wait in SYS_IMP for
+// the carrier they mean. Known gaps: documents, stock, price lists.
+
+#include "adapters/origins/Mago/modImport_Mago.h"
+
+#include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/lookups.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Mago {
+
+const contract::Origin& Entry();
+
+namespace {
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString CustSupp = QStringLiteral("MA_CustSupp");
+const QString CustomerOptions = QStringLiteral("MA_CustSuppCustomerOptions");
+const QString SupplierOptions = QStringLiteral("MA_CustSuppSupplierOptions");
+const QString Branch = QStringLiteral("MA_CustSuppBranches");
+const QString People = QStringLiteral("MA_CustSuppPeople");
+
+const QString CustomerType = QStringLiteral("3211264");
+const QString SupplierType = QStringLiteral("3211265");
+
+/// The key of a counterparty, in every table that hangs on it.
+const std::vector<Tie> OfParty{{"CustSuppType"}, {"CustSupp"}};
+
+/// A code of the counterparties, translated.
+Rule Coded(const QString& column) { return Translated(CustSupp, column); }
+
+/// A day, left out when there is none.
+Rule DayThere() { return NotNull(Day(NoDay)); }
+
+// --- VAT numbers --------------------------------------------------------------------------------------------------
+
+/// A VAT number without blanks, "." and "-" and, of an Italian one, without its "IT" and with the zeros in front that
+/// its eleven digits lack.
+QString NormalizzaPartitaIvaMago(QString number, const QString& country) {
+    static const QString italy = QStringLiteral("IT");
+    constexpr qsizetype size = 11;
+    number.removeIf([](QChar c) { return c.isSpace() || c == u'.' || c == u'-'; });
+    if (!country.isEmpty() && country.compare(italy, Qt::CaseInsensitive) != 0) {
+        return number;
+    }
+    if (!country.isEmpty() && number.startsWith(italy, Qt::CaseInsensitive)) {
+        number.remove(0, italy.size());
+    }
+    const bool isNumber =
+        !number.isEmpty() && std::all_of(number.begin(), number.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return isNumber ? number.rightJustified(size, u'0') : number;
+}
+
+Rule VatNumber() {
+    return {
+        "without blanks, \".\" and \"-\"; of an Italian one also without \"IT\", eleven digits; left out when blank",
+        [](const RuleInput& input) -> RuleValue {
+            const QString number =
+                NormalizzaPartitaIvaMago(input.row.Text(input.columns.first()), input.row.Text(input.columns.last()));
+            return number.isEmpty() ? RuleValue() : RuleValue(number);
+        }};
+}
+
+// --- Rules --------------------------------------------------------------------------------------------------------
+
+/// A supplier that is one of the customers. One that has not come over must come first: else there would be two of it.
+Rule LinkedCustomer() {
+    return {
+        "counterparty imported from that customer code; given up when MA_CustSupp has the customer and Quadrix does "
+        "not, else logged and left out",
+        [](const RuleInput& input) -> RuleValue {
+            const QString code = input.Text();
+            const QString found = code.isEmpty() ? code : LookUp(input.session, "CON_TRO", "COCGE", code, "CDCON");
+            if (code.isEmpty() || !found.isEmpty()) {
+                return found.isEmpty() ? RuleValue() : RuleValue(found);
+            }
+            ovConnection& source = input.session.SourceConnection();
+            const Recordset customer =
+                source.ExecuteWC("SELECT CustSupp FROM MA_CustSupp WHERE CustSuppType = " + CustomerType +
+                                 " AND CustSupp = " + LiteralOf(source, code));
+            if (!customer.Eof()) {
+                throw ImportError(QStringLiteral("il cliente collegato '%1' non è stato importato").arg(code));
+            }
+            modImport::LogNote(
+                input.session,
+                QStringLiteral("CLIENTE COLLEGATO NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), code));
+            return std::nullopt;
+        }};
+}
+
+/// An enumeration; a number that is not known is logged and left out.
+Rule Enumerated(const QList<QPair<QString, QString>>& values) {
+    const Rule choice = Choice(values, {});
+    return {choice.text.section(QStringLiteral(", else"), 0, 0) + QStringLiteral("; any other is logged and left out"),
+            [choice](const RuleInput& input) -> RuleValue {
+                const QString number = input.Text();
+                const RuleValue value = choice.apply(input);
+                if (number.isEmpty() || number == u"0" || !value || !value->toString().isEmpty()) {
+                    return number.isEmpty() || number == u"0" ? RuleValue() : value;
+                }
+                modImport::LogNote(input.session,
+                                   QStringLiteral("VALORE NON PREVISTO: %1, colonna '%2': '%3'")
+                                       .arg(input.session.Errors.RowKey(), input.columns.first(), number));
+                return std::nullopt;
+            }};
+}
+
+/// Whether a person gets a kind of document, whatever the way.
+Rule Receives() {
+    return {"true unless blank, 0 or 12451840", [](const RuleInput& input) {
+                static const QStringList none{QString(), "0", "12451840"};
+                return RuleValue(!none.contains(input.Text()));
+            }};
+}
+
+/// Whether the counterparty names the branch in a column of its own.
+Rule IsNamedAs(const QString& column, const QVariant& yes, const QVariant& no) {
+    std::vector<Tie> ties = OfParty;
+    ties.push_back({column, "Branch"});
+    return Or(OfFirst(Branch, {.table = CustSupp, .on = ties}, column, Constant(yes)), no);
+}
+
+// --- Hooks --------------------------------------------------------------------------------------------------------
+
+/// Who is exempt has a code without tax; of one who is there the code is not looked at.
+void TellExemptWithoutCode(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    static const QStringList set{"1", "S", "TRUE"};
+    const bool isNew = target.Value("CORAS").isValid();
+    if (isNew && set.contains(row.Text("ExemptFromTax").toUpper()) && !target.Value("COESE").isValid()) {
+        run.Log(QStringLiteral("ESENTE SENZA CODICE: %1: TaxCode '%2' non è un codice IVA ad aliquota zero")
+                    .arg(run.RowKey(), row.Text("TaxCode")));
+    }
+}
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+Branches Destinazioni() {
+    return {
+        .rows = {.table = Branch, .on = OfParty, .order = "Branch", .naming = "CustSupp, Branch"},
+        .lines =
+            {
+                {"CDSED", "Branch", Digits(3)},
+                {"SETIP", "", IsNamedAs("SendDocumentsTo", "FT", "CO")},
+                {"SERAS", "CompanyName", First(100)},
+                {"SEIND", "Address", First(100)},
+                {"SENRC", "StreetNo", Text()},
+                {"SECAP", "ZIPCode", WhenNotBlank("City", Text())},
+                {"SECIT", "City", First(60)},
+                {"SEPRO", "County", Text()},
+                {"SENAZ", "ISOCountryCode", Country(CustSupp, "ISOCountryCode")},
+                {"SERIF", "ContactPerson", Text()},
+                {"SEDEF", "", IsNamedAs("ShipToAddress", true, false)},
+                {"SENOT", "Notes", Text()},
+            },
+        .numbers = {.office = "Telephone1", .office2 = "Telephone2", .fax = "Fax", .mail = "EMail"},
+    };
+}
+
+Contacts Persone(bool customers) {
+    return {
+        .rows = {.table = People, .on = OfParty, .order = "Line", .naming = "CustSupp, Line"},
+        .lines =
+            {
+                {"RFNOM", "LastName, Name", Text()},
+                {"RFQUA", "WorkingPosition", Text()},
+                {"RFTIT", "TitleCode", Text()},
+                {"RFNOT", "Notes", Text()},
+                {"RFOFF", "CustomerQuotation", Receives()},
+                {"RFORD", customers ? "SaleOrder" : "PurchaseOrder", Receives()},
+                {"RFDDT", "DeliveryNote", Receives()},
+                {"RFFAT", "Invoice", Receives()},
+            },
+        .numbers = {.office = "Telephone1", .fax = "Fax", .mobile = "Telephone2", .mail = "EMail"},
+    };
+}
+
+/// What customers and suppliers have alike.
+std::vector<MapLine> CommonLines() {
+    const ChildTable notes{.table = "MA_CustSuppNotes", .on = OfParty, .order = "Line"};
+    const Lines lines{
+        {"CORAS", "CompanyName", First(35)},
+        {"CORA2", "CompanyName", From(36)},
+        {"COPER", "NaturalPerson", Flag()},
+        {"COCOG", "LastName", NotBlank(Text())},
+        {"CONOM", "Name", NotBlank(Text())},
+        {"CODTN", "DateOfBirth", DayThere()},
+        {"CONAT", "CityOfBirth", NotBlank(Text())},
+        {"COPRN", "CountyOfBirth", NotBlank(Text())},
+        {"COSEX", "Gender", Enumerated({{"2097152", "M"}, {"2097153", "F"}})},
+        {"COIND", "Address", First(100)},
+        {"CONRC", "StreetNo", Text()},
+        {"COIN2", "Address2", First(100)},
+        {"COCAP", "ZIPCode", Text()},
+        {"COCIT", "City", First(60)},
+        {"COPRO", "County", Text()},
+        {"CONAZ", "ISOCountryCode", Country(CustSupp, "ISOCountryCode")},
+        {"COLNG", "Language", TranslatedOr(CustSupp, "Language", schema::defaults::Language)},
+        {"COVAL", "Currency", Currency(CustSupp, "Currency")},
+        {"COIVA", "TaxIdNumber, ISOCountryCode", VatNumber()},
+        {"COFIS", "FiscalCode", NotBlank(Text())},
+        {"COPEC", "CertifiedEMail, EICertifiedEMail", FirstNotBlank(Text())},
+        {"COCFE", "IPACode", Text()},
+        ByRole("COMOP", "COMOA", "Payment", Coded("Payment")),
+        {"COABI", "ABI", NotBlank(Digits(5))},
+        {"COCAB", "CAB", NotBlank(Digits(5))},
+        {"COBIC", "Swift", NotBlank(Text())},
+        {"COCIN", "CIN", NotBlank(Text())},
+        {"COCOC", "CA", NotBlank(Text())},
+        {"COIBA", "IBAN", NotBlank(WithoutBlanks())},
+        {"COBAN", "CompanyBank", Coded("CompanyBank")},
+        ByRole("COSC1", "COSF1", "Discount1", RoundedTo(2)),
+        ByRole("COSC2", "COSF2", "Discount2", RoundedTo(2)),
+        ByRole("COLSC", "COLSF", "PriceList", Coded("PriceList")),
+        ByRole("COMAC", "COMAF", "Account", NotBlank(Text())),
+        ByRole("COCCC", "COCCF", "Category", Coded("Category")),
+        {"COCCT", "CustSuppKind", Coded("CustSuppKind")},
+        {"COPOR", "Port", Coded("Port")},
+        {"COMOS", "Shipping", Coded("Shipping")},
+        {"COVEP", "Carrier1", Coded("Carrier1")},
+        {"COINV", "InsertionDate", Or(Day(NoDay), Today())},
+        {"DTINS", "TBCreated", DayThere()},
+        {"COANN", "Disabled", Flag()},
+        {"COPCY", "PrivacyStatement", Flag()},
+        {"CONOT", "Notes", WithLines(CustSupp, notes, "Notes")},
+    };
+    return lines.Over({});
+}
+
+/// Customers or suppliers, with their options.
+struct Half {
+    QString type;
+    const char* step;
+    Join options;
+    Roles roles;
+};
+
+Counterparties PartiesOf(const Half& half) {
+    Join options = half.options;
+    options.columns += QStringList{"Category", "Port", "Shipping", "Carrier1"};
+    return {
+        .frame = {.module = Module, .procedure = "ImportContropartiMago", .step = half.step},
+        .source =
+            {
+                .table = CustSupp,
+                .key = "CustSupp",
+                .order = "CustSupp",
+                .where = QStringLiteral("T.CustSuppType = %1").arg(half.type),
+                .joins =
+                    {
+                        options,
+                        {.table = "MA_CustSuppNaturalPerson",
+                         .on = OfParty,
+                         .columns = {"LastName", "Name", "DateOfBirth", "CityOfBirth", "CountyOfBirth", "Gender"}},
+                        {.table = "MA_Banks",
+                         .on = {{"Bank", "CustSuppBank"}},
+                         .columns = {"ABI", "CAB", "Swift"},
+                         .where = "J3.IsACompanyBank = '0'"},
+                    },
+            },
+        .roles = Always(half.roles),
+        .name = "CompanyName",
+        .vatNumber = {"TaxIdNumber, ISOCountryCode", VatNumber()},
+        .taxCode = "FiscalCode",
+        .numbers = {.office = "Telephone1",
+                    .office2 = "Telephone2",
+                    .fax = "Fax",
+                    .mail = "EMail",
+                    .web = "Internet",
+                    .telex = "Telex"},
+        .created = {"TBCreated", DayThere()},
+        .branches = {Destinazioni()},
+        .contacts = {{.lines = {{"RFNOM", "ContactPerson", Text()}}}, Persone(half.roles.customer)},
+    };
+}
+
+Counterparties Clienti() {
+    Counterparties customers = PartiesOf(
+        {.type = CustomerType,
+         .step = "Clienti",
+         .options = {.table = CustomerOptions,
+                     .on = {{"CustSuppType"}, {"Customer", "CustSupp"}},
+                     .columns = {"Area", "Salesperson", "AreaManager", "ExemptFromTax", "TaxCode", "GoodsOffset",
+                                 "Blocked", "MaximumCredit", "MaxOrderValue", "CustomerClassification",
+                                 "OneInvoicePerDN", "PASplitPayment", "DeclarationOfIntentNo",
+                                 "DeclarationOfIntentDate", "DeclarationOfIntentOurNo", "DeclarationOfIntentDueDate"}},
+         .roles = {.customer = true}});
+    customers.lines = {
+        CommonLines(),
+        {"COZON", "Area", Coded("Area")},
+        {"COAGE", "Salesperson", Coded("Salesperson")},
+        {"COAG2", "AreaManager", Coded("AreaManager")},
+        {"COESE", "TaxCode", ExemptVat(CustSupp, "TaxCode")},
+        {"COMAS", "GoodsOffset", CustomerOnly(NotBlank(Text()))},
+        {"COBLK", "Blocked", Flag()},
+        {"COFID", "MaximumCredit", RoundedTo(2)},
+        {"COMXO", "MaxOrderValue", RoundedTo(2)},
+        {"COCLC", "CustomerClassification", Coded("CustomerClassification")},
+        {"CORGS", "OneInvoicePerDN", NotBlank(Choice({{"1", "N"}}, "S"))},
+        {"COSPP", "PASplitPayment", Flag()},
+        {"COINT", "DeclarationOfIntentNo", NotBlank(Text())},
+        {"COINI", "DeclarationOfIntentDate", DayThere()},
+        {"CONRI", "DeclarationOfIntentOurNo", NotBlank(Text())},
+        {"COSCI", "DeclarationOfIntentDueDate", DayThere()},
+    };
+    customers.more = TellExemptWithoutCode;
+    customers.further = {{}, {{CustomerOptions, {}, {"ExemptFromTax", "TaxCode"}}}, {}};
+    return customers;
+}
+
+/// They come behind the customers: who is one already gains the role.
+Counterparties Fornitori() {
+    Counterparties suppliers = PartiesOf({.type = SupplierType,
+                                          .step = "Fornitori",
+                                          .options = {.table = SupplierOptions,
+                                                      .on = {{"CustSuppType"}, {"Supplier", "CustSupp"}},
+                                                      .columns = {"TaxCode", "GoodsOffset", "Blocked"}},
+                                          .roles = {.supplier = true}});
+    suppliers.lines = {
+        CommonLines(),
+        {"COESA", "TaxCode", SupplierOnly(ExemptVat(CustSupp, "TaxCode"))},
+        {"COCAC", "GoodsOffset", SupplierOnly(NotBlank(Text()))},
+        {"COBLA", "Blocked", SupplierOnly(Flag())},
+        {"COSPP", "SplitTax", Flag()},
+    };
+    suppliers.sameAs = {"LinkedCustSupp", LinkedCustomer()};
+    suppliers.empties = false;
+    return suppliers;
+}
+
+// --- Letters of intent --------------------------------------------------------------------------------------------
+
+Rule PartyOfType() {
+    return {"counterparty imported from the first, of a supplier where the second is " + SupplierType +
+                "; given up without one",
+            [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
+                const bool isSupplier = input.row.Text(input.columns.last()) == SupplierType;
+                return (isSupplier ? supplier : customer)(
+                    {input.session, input.row, input.columns, input.facts, input.row.Text(input.columns.first())});
+            }};
+}
+
+/// Not every release has them: a procedure of their own.
+BaseTable LettereIntento() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportLettereIntentoMago",
+                  .announcement = "Inizio importazione lettere d'intento",
+                  .errors = "Errore: ",
+                  .step = "Lettere d'intento",
+                  .completion = "Lettere d'intento importate correttamente!"},
+        .source = {.table = "MA_DeclarationOfIntent", .key = "DeclId", .order = "DeclId"},
+        .target = "DIC_INT",
+        .lines =
+            {
+                {"DITIP", "DeclType", Text()},
+                {"DIANN", "DeclYear", RoundedTo(0)},
+                {"DIPRG", "LogNo", RoundedTo(0)},
+                {"DICON", "CustSupp, CustSuppType", PartyOfType()},
+                {"DIVAL", "FromDate", Day(NoDay)},
+                {"DIVDA", "ToDate", Day(NoDay)},
+                {"DIVIM", "LimitAmount", RoundedTo(2)},
+                {"DIDLI", "CustomerDate", Day(NoDay)},
+                {"DINLI", "CustomerNo", Text()},
+                {"DIDRT", "DeclDate", Day(NoDay)},
+                {"DIPRT", "TelProtocol", Text()},
+            },
+        .empties = DeletedImports("DIC_INT"),
+        .keys = {"DICON", "DIANN", "DIPRG"},
+    };
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Mago NET",
+        Module,
+        {"SQL Server", sourceSettings::Server("MAGONET")},
+        Buttons("YYYNN---"),
+        Shown::Keep,
+        {
+            ProcedureOf(Button::Cli, FrameOf(Clienti()), {PartOf(Clienti()), PartOf(Fornitori())}),
+            ProcedureOf(Button::Art, Articoli()),
+            ProcedureOf(Button::Dis, Distinte()),
+            ProcedureOf(std::nullopt, LettereIntento()),
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_Mago

@@ -1,0 +1,167 @@
+// Articles of Metodo: ANAGRAFICAARTICOLI with the commercial and production data of the last year; units, factors,
+// prices and the codes that counterparties have for an article stand in tables of their own. CODCATEGORIASTAT has no
+// place beside group and category. Of the price lists the first one is read, as the article's own price.
+
+#include "adapters/origins/Metodo/modImport_Metodo.h"
+
+#include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/map/wholeCharacters.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Metodo {
+
+namespace {
+
+const QString Produzione = QStringLiteral("ANAGRAFICAARTICOLIPROD");
+const QString Relazioni = QStringLiteral("RELAZIONICFV");
+const QString UnitaPreferite = QStringLiteral("ARTICOLIUMPREFERITE");
+
+constexpr int LongTextSize = 255;
+
+/// An article has a row of these for each year.
+Join LastYear(const QString& table, const QString& alias, const QStringList& columns) {
+    return {.table = table,
+            .on = {{"CODICEART", "CODICE"}},
+            .columns = columns,
+            .where = QStringLiteral("%1.ESERCIZIO = (SELECT MAX(E.ESERCIZIO) FROM %2 E WHERE E.CODICEART = T.CODICE)")
+                         .arg(alias, table)};
+}
+
+/// What belongs to an article, in a table of its own.
+ChildTable OfArticle(const QString& table, const QString& order, const QString& where = {}) {
+    return {.table = table, .on = {{"CODART", "CODICE"}}, .order = order, .where = where};
+}
+
+/// The codes that customers ("C") or suppliers ("F") have for an article.
+ChildTable RelationsOf(const QString& letter) {
+    return {.table = Relazioni,
+            .on = {{"ARTICOLO", "CODICE"}},
+            .order = "CODCLIFOR",
+            .where = QStringLiteral("CODCLIFOR LIKE '%1%'").arg(letter),
+            .naming = "ARTICOLO, CODCLIFOR"};
+}
+
+/// The last prices that an article was bought at.
+ChildTable Purchases(const std::vector<Tie>& ties) {
+    return {.table = "STORICOPREZZIARTICOLO", .on = ties, .order = "DATA DESC", .where = "CODCLIFOR LIKE 'F%'"};
+}
+
+Rule NotZeroTranslated(const QString& column) { return NotZeroCode(Translated(ArticoliTable, column)); }
+
+/// How much of the second unit a stock unit is.
+Rule Factor() {
+    const ChildTable units = OfArticle(UnitaPreferite, "TIPOUM");
+    const ChildTable factors = OfArticle("ARTICOLIFATTORICONVERSIONE", "UM1, UM2");
+    const std::vector<TableNeed> reads =
+        std::vector<TableNeed>{{UnitaPreferite, {"UM"}}, {factors.table, {}, {"FATTORE"}}} +
+        units.OwnNeeds(ArticoliTable).reads + factors.OwnNeeds(ArticoliTable).reads;
+    return {"FATTORE of its ARTICOLIFATTORICONVERSIONE from the unit of TIPOUM 1 to that of TIPOUM 2; left out when "
+            "there is none",
+            [units, factors](const RuleInput& input) {
+                QHash<QString, QString> of;
+                units.ForEach(input.session, input.row,
+                              [&](const SourceRow& unit) { of.insert(unit.Text("TIPOUM"), unit.Text("UM")); });
+                RuleValue factor;
+                factors.ForEach(input.session, input.row, [&](const SourceRow& row) {
+                    if (of.contains("2") && row.Text("UM1") == of.value("1") && row.Text("UM2") == of.value("2")) {
+                        factor = NumberOf(row, "FATTORE");
+                    }
+                });
+                return factor;
+            },
+            Side::Both, reads};
+}
+
+/// A text that the long description does not hold.
+Rule WhenLonger(int count) {
+    return {QStringLiteral("only when longer than %1 characters").arg(count), [count](const RuleInput& input) {
+                const QString text = input.Text();
+                return FirstOf(text, count) == text ? RuleValue() : RuleValue(text);
+            }};
+}
+
+/// The head of variants is no article of its own.
+QString HeadOfVariants(const SourceRow& row) {
+    return row.Text("ARTTIPOLOGIA") == u"1" ? QStringLiteral("tipologia di varianti") : QString();
+}
+
+} // namespace
+
+Articles Articoli() {
+    const ChildTable purchases = Purchases({{"CODARTICOLO", "CODICE"}});
+    const ChildTable fromUsual = Purchases({{"CODARTICOLO", "CODICEART"}, {"CODCLIFOR", "FORNPREFACQ"}});
+    const ChildTable prices = OfArticle("LISTINIARTICOLI", "NRLISTINO, DATAVALIDITA DESC");
+    return {
+        .frame = {.module = Module, .procedure = "ImportArticoliMetodo"},
+        .source =
+            {
+                .table = ArticoliTable,
+                .key = "CODICE",
+                .order = "CODICE",
+                .joins =
+                    {
+                        LastYear("ANAGRAFICAARTICOLICOMM", "J1",
+                                 {"CODIVA", "SCGENVENDITEITA", "SCONTO1", "SCONTO2", "SCONTO3", "BARCODE", "CODICEALT1",
+                                  "CODICEALT2", "ESAURITO", "INESAURIMENTO"}),
+                        LastYear(Produzione, "J2",
+                                 {"PROVENIENZA", "SCORTAMIN", "SCORTAMAX", "LIVRIORDINO", "LOTTORIORDINO",
+                                  "QMINRIORDACQ", "TAPPROVVACQ", "FORNPREFACQ", "CODICEART"}),
+                    },
+            },
+        .code = {"CODICE", Article()},
+        .description = "DESCRIZIONE",
+        .lines =
+            {
+                {"CDEXT", "CODICE", Text()},
+                {"ARDEC", "DESCRESTESA", NotBlank(First(LongTextSize))},
+                {"ARNOT", "DESCRESTESA", WhenLonger(LongTextSize)},
+                {"ARFAM", "GRUPPO", NotZeroTranslated("GRUPPO")},
+                {"ARTIP", "CATEGORIA", NotZeroTranslated("CATEGORIA")},
+                {"ARUMS", "", Constant(schema::defaults::Unit)},
+                {"ARCOE", "", Factor()},
+                {"ARIVA", "CODIVA", Or(NotZeroCode(ArticleVat()), schema::defaults::VatCode)},
+                {"ARCAC", "SCGENVENDITEITA", Text()},
+                {"ARSCO", "SCONTO1", RoundedTo(2)},
+                {"ARSC2", "SCONTO2", RoundedTo(2)},
+                {"ARSC3", "SCONTO3", RoundedTo(2)},
+                {"ARANN", "ESAURITO", Flag()},
+                {"AROBS", "INESAURIMENTO", Choice({{"1", "In esaurimento"}}, "")},
+                {"ARCLA", "PROVENIENZA", Choice({{"1", "PF"}}, "CM")},
+                {"ARSMN", "SCORTAMIN", RoundedTo(6)},
+                {"ARSMX", "SCORTAMAX", RoundedTo(6)},
+                {"ARPUR", "LIVRIORDINO", RoundedTo(6)},
+                {"ARLOR", "LOTTORIORDINO", RoundedTo(6)},
+                {"ARQMR", "QMINRIORDACQ", RoundedTo(6)},
+                {"ARGGA", "TAPPROVVACQ", RoundedTo(0)},
+                {"ARPSN", "PESONETTO", RoundedTo(3)},
+                {"ARVOL", "CUBATURA", RoundedTo(6)},
+                {"ARMAG", "AGGIORNAMAG", Flag()},
+                {"DTINS", "DATAMODIFICA", NotBlank(AsRead())},
+                {"ARCOS", "", Or(OfFirst(ArticoliTable, purchases, "PREZZOEURO", RoundedTo(6)), 0)},
+                {"ARDUC", "", OfFirst(ArticoliTable, purchases, "DATA", Day())},
+                {"ARPRZ", "", OfFirst(ArticoliTable, prices, "PREZZOEURO, PREZZO", FirstNotZero())},
+            },
+        .suppliers = {{.supplier = {"FORNPREFACQ", KnownSupplier()},
+                       .price = {"FORNPREFACQ", OfFirst(Produzione, fromUsual, "PREZZOEURO", RoundedTo(6))},
+                       .preferred = Fixed(true)},
+                      {.rows = RelationsOf("F"),
+                       .supplier = {"CODCLIFOR", KnownSupplier()},
+                       .ownCode = "RIFERIMENTO",
+                       .preferred = Fixed(false)}},
+        .aliases = {{.code = "BARCODE"},
+                    {.code = "CODICEALT1"},
+                    {.code = "CODICEALT2"},
+                    {.rows = RelationsOf("C"), .code = "RIFERIMENTO", .counterparty = {"CODCLIFOR", KnownCustomer()}}},
+        .units = {{.rows = OfArticle(UnitaPreferite, "TIPOUM"),
+                   .unit = {"UM", ArticleUnit(schema::defaults::Unit)},
+                   .places = {"TIPOUM", Choice({{"1", "ARUMS"}, {"2", "ARUM2"}, {"3", "ARUMV"}, {"8", "ARUMP"}}, "")}}},
+        .leavesOut = HeadOfVariants,
+        .more = SetMarkUp,
+        .further = {{}, {{ArticoliTable, {}, {"ARTTIPOLOGIA"}}}, {{"ART_ICO", {"ARRIC"}}}},
+    };
+}
+
+} // namespace modImport_Metodo

@@ -1,0 +1,244 @@
+// Documents of Metodo: TESTEDOCUMENTI with the parameters of their type (PARAMETRIDOC), RIGHEDOCUMENTI. The cause of a
+// document is what SYS_IMP has for its type. A row knows the one that it was made from (IDTESTARP, IDRIGARP). Totals
+// follow from the rows, which keep the amounts of the source.
+
+#include "adapters/origins/Metodo/modImport_Metodo.h"
+
+#include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/map/lookups.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Metodo {
+
+namespace {
+
+const QString Teste = QStringLiteral("TESTEDOCUMENTI");
+const QString Righe = QStringLiteral("RIGHEDOCUMENTI");
+const QString Parametri = QStringLiteral("PARAMETRIDOC");
+const QString NumberQuestion = QStringLiteral("Numero documento:");
+
+/// The kinds of documents by the letters of CLIFOR and TIPO.
+std::vector<DocumentKind> Kinds() {
+    std::vector<DocumentKind> kinds;
+    for (const bool sold : {true, false}) {
+        const QString party = sold ? "C " : "F ";
+        const Family& family = sold ? Sales : Purchases;
+        kinds.push_back({.marks = {party + "O"}, .cause = {}, .type = "ORD", .family = family});
+        kinds.push_back({.marks = {party + "B"}, .cause = {}, .type = "DDT", .family = family, .isOpen = false});
+        kinds.push_back({.marks = {party + "F"}, .cause = {}, .type = "FAT", .family = family, .isOpen = false});
+        kinds.push_back({.marks = {party + "N"}, .cause = {}, .type = "NDC", .family = family, .isOpen = false});
+        kinds.push_back({.marks = {party + "A"}, .cause = {}, .type = "INT", .family = family, .isOpen = false});
+    }
+    return kinds;
+}
+
+Rule Delivered() {
+    return {"the first less what is left of it", [](const RuleInput& input) {
+                return RuleValue(NumberOf(input.row, input.columns.first()) -
+                                 NumberOf(input.row, input.columns.last()));
+            }};
+}
+
+/// Texts and variants count nothing; a row that is closed has been delivered.
+void SetKindOfRow(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
+    static const QStringList texts{"D", "R", "V"};
+    if (texts.contains(row.Text("TIPORIGA").toUpper())) {
+        target.Set("DRTIP", schema::defaults::DescriptionRow);
+    }
+    if (row.Text("RIGACHIUSA") == u"1") {
+        target.Set("DRSTA", schema::defaults::Delivered);
+    }
+}
+
+/// The one document whose number the operator tells.
+QString AskedNumber(ImportRun& run) {
+    const QString number = run.Input(NumberQuestion, QuadrixCaption, {}).trimmed();
+    bool isNumber = false;
+    const qint64 value = number.toLongLong(&isNumber);
+    if (!isNumber) {
+        throw ImportError(QStringLiteral("'%1' non è un numero di documento").arg(number));
+    }
+    return "T.NUMERODOC = " + QString::number(value);
+}
+
+Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportDocumentiMetodo",
+                  .announcement = "Inizio importazione Documenti da Metodo",
+                  .completion = "Documenti Metodo importati correttamente: %1"},
+        .source = {.table = Teste,
+                   .key = "PROGRESSIVO",
+                   .order = "PROGRESSIVO",
+                   .naming = "ESERCIZIO, TIPODOC, NUMERODOC",
+                   .group = {"PROGRESSIVO"},
+                   .told = which,
+                   .joins = {{.table = Parametri,
+                              .on = {{"CODICE", "TIPODOC"}},
+                              .columns = {"CLIFOR", "TIPO"},
+                              .isOptional = false}}},
+        .rows = {.table = Righe,
+                 .on = {{"IDTESTA", "PROGRESSIVO"}},
+                 .order = "POSIZIONE",
+                 .naming = "IDTESTA, POSIZIONE"},
+        .reading = Reading::HeadThenRows,
+        .kinds = Kinds(),
+        .kind = "CLIFOR, TIPO",
+        .cause = {"TIPODOC", Translated(Parametri, "CODICE")},
+        .head =
+            {
+                .number = "NUMERODOC",
+                .day = "DATADOC",
+                .year = "ESERCIZIO",
+                .series = "BIS",
+                .counterparty = {"CODCLIFOR", PartyOf()},
+                .state = {"DOCCHIUSO", Choice({{"1", schema::defaults::Closed}}, schema::defaults::ToDeliver)},
+                .lines =
+                    {
+                        {"DTRIC", "NUMRIFDOC", Text()},
+                        {"DTRID", "DATARIFDOC", Day()},
+                        {"DTMOP", "CODPAGAMENTO", Coded("PAGAMENTI")},
+                        {"DTVAL", "CODCAMBIO", CurrencyOfNumber(Teste, "CODCAMBIO")},
+                        {"DTCMB", "VALCAMBIO", NotZero()},
+                        {"DTSCO", "SCONTOFINALE", Discount(1)},
+                        {"DTSCI", "SCONTOFINALE", Discount(2)},
+                        {"DTPOR", "PORTO", Coded("PORTO")},
+                        {"DTCOR", "DATACONSEGNA", NotBlank(Day())},
+                        {"DTSTR", "TOTSPESETRASPEURO", RoundedTo(2)},
+                        {"DTSIM", "TOTSPESEIMBALLOEURO", RoundedTo(2)},
+                        {"DTRSS", "RAGSOCDDM", NotBlank(Text())},
+                        {"DTVIA", "INDIRIZZODDM", NotBlank(Text())},
+                        {"DTCAP", "CAPDDM", NotBlank(Text())},
+                        {"DTCIT", "LOCALITADDM", NotBlank(First(60))},
+                        {"DTPRO", "PROVINCIADDM", NotBlank(Text())},
+                        {"DTNOT", "ANNOTAZIONI", Text()},
+                    },
+            },
+        .row =
+            {
+                .number = "POSIZIONE",
+                .article = {"CODART", Article()},
+                .description = "DESCRIZIONEART",
+                .unit = {"UMGEST", ArticleUnit("")},
+                .quantity = "QTAGEST",
+                .quantity2 = "QTAPREZZO",
+                .delivered = {"QTAGEST, QTAGESTRES", Delivered()},
+                .price = "PREZZOUNITLORDOEURO",
+                .discounts = DiscountFields("SCONTIESTESI"),
+                .vatCode = {"CODIVA", NotZeroCode(ArticleVat())},
+                .lines =
+                    {
+                        {"DRUM2", "UMPREZZO", NotBlank(ArticleUnit(""))},
+                        {"DRPRA", "PREZZOUNITNETTOEURO", RoundedTo(6)},
+                        {"DRTOT", "TOTNETTORIGAEURO", NotBlank(RoundedTo(2))},
+                        {"DRTTA", "TOTNETTORIGAEURO", NotBlank(RoundedTo(2))},
+                        {"DRMAG", "CODDEPOSITO", NotBlank(Translated(Righe, "CODDEPOSITO"))},
+                        {"DRCON", "DATACONSEGNA", NotBlank(Day())},
+                        {"DRNOT", "ANNOTAZIONI", Text()},
+                    },
+            },
+        .moreOfRow = SetKindOfRow,
+        .further = {{},
+                    {{Righe, {}, {"TIPORIGA", "RIGACHIUSA"}}},
+                    {{"DOC_VER", {"DRTIP", "DRSTA"}}, {"DOC_ACR", {"DRTIP", "DRSTA"}}}},
+    };
+}
+
+// --- Origins of rows ----------------------------------------------------------------------------------------------
+
+/// A row of a document as Quadrix has it.
+struct ImportedRow {
+    QString table;
+    qint64 id = 0; ///< RECORD_ID; 0: it is not there
+};
+
+/// @param document PROGRESSIVO of its head @param number POSIZIONE
+ImportedRow FindImported(ImportRun& run, const QVariant& document, int number) {
+    Session& session = run.GetSession();
+    ovConnection& source = session.SourceConnection();
+    const Recordset heads = source.ExecuteWC("SELECT T.TIPODOC, T.NUMERODOC, T.ESERCIZIO, T.BIS, J1.CLIFOR FROM "
+                                             "TESTEDOCUMENTI T INNER JOIN PARAMETRIDOC J1 ON J1.CODICE = T.TIPODOC "
+                                             "WHERE T.PROGRESSIVO = " +
+                                             LiteralOf(source, document));
+    if (heads.Eof()) {
+        return {};
+    }
+    const SourceRow head(heads);
+    const Family& family = head.Text("CLIFOR").compare(u"F", Qt::CaseInsensitive) == 0 ? Purchases : Sales;
+    const QString cause = modImport::GetNewCode(session, Parametri, "CODICE", head.Text("TIPODOC"), true);
+    const QString series = head.Text("BIS");
+    const DocumentWriter writer(run, family);
+    const qint64 id = writer.Find(head.Text("NUMERODOC"), cause, static_cast<int>(NumberOf(head, "ESERCIZIO")),
+                                  series.isEmpty() ? QString() : Equals(session, "DTSER", series));
+    return {family.row, id == 0 ? 0 : writer.FindRow(id, number)};
+}
+
+/// Links a row to the one that it was made from.
+RowOutcome LinkRow(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    ovConnection& source = session.SourceConnection();
+    const ImportedRow made = FindImported(run, row.Value("IDTESTA"), static_cast<int>(NumberOf(row, "POSIZIONE")));
+    if (made.id == 0) {
+        return run.Skip("riga non importata");
+    }
+    const Recordset origins = source.ExecuteWC(
+        "SELECT POSIZIONE FROM RIGHEDOCUMENTI WHERE IDTESTA = " + LiteralOf(source, row.Value("IDTESTARP")) +
+        " AND IDRIGA = " + LiteralOf(source, row.Value("IDRIGARP")));
+    const ImportedRow origin =
+        origins.Eof()
+            ? ImportedRow()
+            : FindImported(run, row.Value("IDTESTARP"), static_cast<int>(NumberOf(SourceRow(origins), "POSIZIONE")));
+    if (origin.id == 0) {
+        return run.Skip("riga d'origine non importata");
+    }
+    const QString link = QString::number(origin.id);
+    if (LookUp(session, made.table, "RECORD_ID", QString::number(made.id), "DRORI") == link) {
+        return run.Skip("riga già collegata alla sua origine");
+    }
+    TargetRow target(run, made.table);
+    target.Set("DRORI", origin.id);
+    target.Update("WHERE " + Equals("RECORD_ID", made.id));
+    return RowOutcome::Updated;
+}
+
+/// The second pass, once every row has its place.
+ImportPart Origins() {
+    const auto since = [](ImportRun& run) -> QString {
+        return "J1.DATADOC >= " +
+               LiteralOf(run.GetSession().SourceConnection(), ReadDocumentSettings(run.GetSession()).from);
+    };
+    return {
+        .step = "Righe d'origine",
+        .source = {.table = Righe,
+                   .key = "IDTESTA",
+                   .order = "IDTESTA, POSIZIONE",
+                   .where = "T.IDTESTARP > 0",
+                   .naming = "IDTESTA, POSIZIONE",
+                   .told = since,
+                   .joins = {{.table = Teste,
+                              .on = {{"PROGRESSIVO", "IDTESTA"}},
+                              .columns = {"DATADOC"},
+                              .isOptional = false}}},
+        .needs = {{},
+                  {{Righe, {"IDRIGA", "IDRIGARP"}}},
+                  {{"DOC_VER", {"IDTES", "DRNUM", "DRORI"}}, {"DOC_ACR", {"IDTES", "DRNUM", "DRORI"}}}},
+        .make = Importing(LinkRow),
+    };
+}
+
+} // namespace
+
+Procedure ImportDocumentiMetodo(Button button) {
+    const Documents documents = DocumentsOf(button == Button::Acq ? AskedNumber : std::function<QString(ImportRun&)>());
+    Procedure procedure = ProcedureOf(button, FrameOf(documents), {PartOf(documents), Origins()});
+    if (button == Button::Acq) {
+        procedure.asks.push_back({NumberQuestion, AnswerKind::Text});
+    }
+    return procedure;
+}
+
+} // namespace modImport_Metodo
