@@ -56,5 +56,6 @@ Totals MakeFerrobrio(const Options& options);
 Totals MakeTessera(const Options& options);
 Totals MakeMexal(const Options& options);
 Totals MakeVisualSpace(const Options& options);
+Totals MakeSigla(const Options& options);
 
 } // namespace examples

@@ -15,7 +15,7 @@ const QString Instalments = QStringLiteral("TAB_MPR");
 } // namespace
 
 std::vector<TableNeed> InstalmentNeeds() {
-    return {{Instalments, {"CDMOP", "NRRAT", "MPTIP", "MPGGF", "MPINI", "MPPER"}}};
+    return {{Instalments, {"CDMOP", "NRRAT", "MPTIP", "MPGGF", "MPGGS", "MPINI", "MPPER"}}};
 }
 
 Emptying PaymentTermEmptying() { return DeletedImports(Instalments) + DeletedImports(Terms); }
@@ -48,6 +48,7 @@ void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Ins
             row.Set("MPTIP", instalment.type);
         }
         row.Set("MPGGF", instalment.days);
+        row.Set("MPGGS", instalment.fixedDay == 0 ? QVariant() : QVariant(instalment.fixedDay));
         row.Set("MPINI", instalment.start);
         row.Set("MPPER", instalment.percent);
         if (known != 0) {
