@@ -1,11 +1,11 @@
 #include "adapters/registry.h"
 #include "tests/adapters/Fixture.h"
 #include "tests/support/embedded.h"
+#include "tests/support/files.h"
 #include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
-#include <QImage>
 #include <QTest>
 
 namespace {
@@ -20,9 +20,7 @@ public:
         OpenEmbedded(m_cam, Target.Folder.filePath("cam.db"))
             .ExecuteScript("CREATE TABLE PPRR_PPRR_00000100 (PrdRef TEXT);"
                            "INSERT INTO PPRR_PPRR_00000100 VALUES ('RIT-7'), ('RIT-8');");
-        QImage drawing(4, 2, QImage::Format_RGB32);
-        drawing.fill(Qt::red);
-        drawing.save(Target.Folder.filePath("RIT-7.bmp"), "BMP");
+        WriteFile(Target.Folder.filePath("RIT-7.bmp"), Drawing());
         for (const char* format : {"'F7', '7', 'V7'", "'F8', '8', 'V8'", "'F9', '9', 'V9'", "'NEW', '10', ''"}) {
             Target.Execute(
                 QString("INSERT INTO X01_ART_FMT (CDART, LMANN, CDFMT, LMSFR, LMOLD) VALUES ('A', 1, %1)").arg(format));
@@ -37,6 +35,14 @@ public:
     TestTarget Target;
 
 private:
+    /// One red point as a bitmap file.
+    static QByteArray Drawing() {
+        return QByteArray::fromHex("424d3a000000000000003600000028000000"
+                                   "0100000001000000010018000000000004000000"
+                                   "130b0000130b00000000000000000000"
+                                   "0000ff00");
+    }
+
     ovConnection m_cam;
 };
 

@@ -43,6 +43,15 @@ ChildTable OfParty(const QString& table, const QString& order) {
 
 // --- Rules --------------------------------------------------------------------------------------------------------
 
+/// The moment of a row is that of the import where the source tells none.
+Rule DayWhenTold() {
+    return {"day written as \"yyyyMMdd\", left out when blank or all zeros",
+            [day = DateText(DayFormat).apply](const RuleInput& input) -> RuleValue {
+                const RuleValue found = day(input);
+                return found->isNull() ? RuleValue() : found;
+            }};
+}
+
 /// A blank language and "I" are the company's own.
 Rule LanguageCode(const QString& table, const QString& column) {
     const Rule translated = TranslatedOr(table, column, schema::defaults::Language);
@@ -192,7 +201,7 @@ Counterparties Controparti() {
                 {"CORGS", "RAGGR_SN", Choice({{"S", "S"}}, "N")},
                 {"COBLK", "BLOCCO_SN", Flag()},
                 {"COANN", "STATO", Is("A")},
-                {"DTINS", "ULT_AGG", NotBlank(DateText(DayFormat))},
+                {"DTINS", "ULT_AGG", DayWhenTold()},
             },
         .numbers = {.fax = "FTFAXNUM", .mail = "FTE_MAIL"},
         .created = {"ULT_AGG", DateText(DayFormat)},
@@ -232,7 +241,7 @@ Articles Articoli() {
                 {"ARLOR", "LOTTORIOR", RoundedTo(6)},
                 {"ARGGA", "GGCONSEGNA", RoundedTo(0)},
                 {"ARANN", "OBSOLETO_SN, STATO", IsOutOfUse()},
-                {"DTINS", "DATACREA", NotBlank(DateText(DayFormat))},
+                {"DTINS", "DATACREA", DayWhenTold()},
             },
         .suppliers = {{.supplier = {"FORNITORE", KnownSupplier()},
                        .ownCode = "CODARTFOR",
