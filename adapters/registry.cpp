@@ -22,7 +22,7 @@
     ANNOUNCED("DOMINIO") \
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
-    ANNOUNCED("EsaSoftware \"e\"") \
+    MODULE(Esatto, Entry) \
     MODULE(Metodo, Entry) \
     MODULE(Lantek24, Entry) \
     ANNOUNCED("Kordel NetSuite") \
@@ -38,11 +38,11 @@
     ANNOUNCED("Vision SQL") \
     ANNOUNCED("Dss Waps") \
     ANNOUNCED("Axis") \
-    ANNOUNCED("Ad-Hoc Windows") \
+    MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
     ANNOUNCED("Gemini") \
     ANNOUNCED("Fenice") \
-    ANNOUNCED("Sigla") \
+    MODULE(Sigla, Entry) \
     MODULE(Gescom, Entry) \
     MODULE(WinProgest, Entry) \
     MODULE(MexalDB, Entry) \

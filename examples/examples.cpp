@@ -82,6 +82,7 @@ const QVector<Example>& Examples() {
          "Visual Space: tabelle in un database",
          {"controparti", "articoli", "magazzino", "distinte", "documenti", "disegni"},
          MakeVisualSpace},
+        {"sigla", "Sigla: tabelle in un database", {"controparti", "articoli", "listini"}, MakeSigla},
     };
     return examples;
 }

@@ -57,5 +57,6 @@ Totals MakeTessera(const Options& options);
 Totals MakeMexal(const Options& options);
 Totals MakeMago(const Options& options);
 Totals MakeVisualSpace(const Options& options);
+Totals MakeSigla(const Options& options);
 
 } // namespace examples

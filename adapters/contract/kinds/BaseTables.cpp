@@ -49,7 +49,7 @@ void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields
         }
         all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
                        StartOf(fields.start, session, row, start), fields.percent.Number(session, row),
-                       fields.fixedDay.NumberOrNull(session, row)});
+                       fields.fixedDay.Number(session, row)});
     });
 }
 
@@ -63,10 +63,18 @@ void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Ses
     }
 }
 
+/// A mapping with the number of instalments, unless it has it already.
+Mapping WithCount(Mapping mapping, size_t instalments) {
+    const QString column = QStringLiteral("MPRAT");
+    if (!mapping.TargetColumns().contains(column)) {
+        mapping.lines.emplace_back(column, QString(), rules::Constant(static_cast<int>(instalments)));
+    }
+    return mapping;
+}
+
 RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping& mapping, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString code = declared.code.RequiredText(session, row);
-    const RowOutcome outcome = WriteByCode(run, mapping, row, {code});
     const QString start = StartOf(declared.start, session, row, QStringLiteral("DF"));
     std::vector<Instalment> instalments;
     for (const InstalmentFields& fields : declared.instalments) {
@@ -79,6 +87,7 @@ RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping
     for (qsizetype i = 0; i < shares.size(); ++i) {
         instalments[static_cast<size_t>(i)].percent = shares.at(i);
     }
+    const RowOutcome outcome = WriteByCode(run, WithCount(mapping, instalments.size()), row, {code});
     WriteInstalments(run, code, instalments);
     return outcome;
 }
@@ -172,13 +181,13 @@ ImportPart PartOf(const PaymentTerms& declared) {
     Needs needs = NeedsOf(*mapping) + declared.source.NeedsOf({declared.start});
     for (const InstalmentFields& each : declared.instalments) {
         needs = needs + each.rows.OwnNeeds(table) +
-                each.rows.NeedsOf(table, {each.type, each.days, each.fixedDay, each.start, each.percent});
+                each.rows.NeedsOf(table, {each.type, each.days, each.start, each.percent, each.fixedDay});
     }
     if (declared.series) {
         const InstalmentSeries& each = *declared.series;
         needs = needs + declared.source.NeedsOf({each.count, each.firstDays, each.everyDays, each.type, each.start});
     }
-    needs.writes = needs.writes + InstalmentNeeds();
+    needs.writes = needs.writes + InstalmentNeeds() + std::vector<TableNeed>{{"TAB_MOP", {"MPRAT"}}};
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = needs,

@@ -37,7 +37,7 @@ struct InstalmentFields {
     ChildTable rows = {};
     Field type = {}; ///< CDMPT
     Field days = {};
-    Field fixedDay = {}; ///< of the month, to which it is put off
+    Field fixedDay = {}; ///< of the month that a due date is moved to; blank and 0: none
     Field start = {};    ///< "DF" date of the invoice, "FM" end of its month; without it that of the term
     Field percent = {};  ///< where no instalment has one they are equal shares
 };
@@ -52,7 +52,8 @@ struct InstalmentSeries {
     Field start = {}; ///< as above
 };
 
-/// An import of payment terms, which serve every company: a reset deletes only those that an import wrote.
+/// An import of payment terms, which serve every company: a reset deletes only those that an import wrote. The number
+/// of instalments (MPRAT) is that of those written, unless a line tells it.
 struct PaymentTerms {
     Frame frame = {};
     SourceTable source;

@@ -11,6 +11,7 @@ struct TableNeed {
     QString table; ///< of the source by its logical name; of the target the bare name
     QStringList columns;
     QStringList optional = {}; ///< of the source: read, but the procedure works without them
+    bool mayLack = false;      ///< of the source: some releases do not have the table, and so no rows of it
     bool isWritten = false;    ///< rows of it are inserted, changed and deleted; else they are only looked up
 };
 

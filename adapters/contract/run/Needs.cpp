@@ -43,6 +43,9 @@ public:
         if (layout != nullptr) {
             layout->Check(m_connection, table.name, present);
         }
+        if (present.isEmpty() && !table.isNecessary) {
+            return;
+        }
         if (present.isEmpty()) {
             const QStringList tables = m_isSource ? m_connection.GetTables() : QStringList();
             m_lacks.necessary.append(
@@ -131,6 +134,11 @@ NeededTables::Table& NeededTables::Named(const QString& table) {
 }
 
 void NeededTables::Add(const QString& table, const QStringList& necessary, const QStringList& optional) {
+    Take(table, necessary, optional).isNecessary = true;
+}
+
+NeededTables::Table& NeededTables::Take(const QString& table, const QStringList& necessary,
+                                        const QStringList& optional) {
     Table& named = Named(table);
     for (const QString& column : necessary) {
         AddOnce(named.necessary, column);
@@ -141,6 +149,7 @@ void NeededTables::Add(const QString& table, const QStringList& necessary, const
             AddOnce(named.optional, column);
         }
     }
+    return named;
 }
 
 void NeededTables::AddMapping(const Mapping& mapping) {
@@ -163,7 +172,8 @@ NeededTables NeededTables::Read(const Needs& needs) {
         tables.AddMapping(*mapping);
     }
     for (const TableNeed& need : needs.reads) {
-        tables.Add(need.table, need.columns, need.optional);
+        NeededTables::Table& table = tables.Take(need.table, need.columns, need.optional);
+        table.isNecessary = table.isNecessary || !need.mayLack;
     }
     return tables;
 }

@@ -21,6 +21,7 @@ public:
         QStringList necessary;
         QStringList optional;
         QMap<QString, QStringList> feeds = {}; ///< target columns, as "CON_TRO.CONOT", by column
+        bool isNecessary = false;              ///< else the procedure works without the table
     };
 
     /// What a procedure reads.
@@ -35,6 +36,7 @@ public:
 
 private:
     void AddMapping(const Mapping& mapping);
+    Table& Take(const QString& table, const QStringList& necessary, const QStringList& optional);
     Table& Named(const QString& table);
 
     std::vector<Table> m_tables;

@@ -48,9 +48,7 @@ void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Ins
             row.Set("MPTIP", instalment.type);
         }
         row.Set("MPGGF", instalment.days);
-        if (!instalment.fixedDay.isNull()) {
-            row.Set("MPGGS", instalment.fixedDay);
-        }
+        row.Set("MPGGS", instalment.fixedDay == 0 ? QVariant() : QVariant(instalment.fixedDay));
         row.Set("MPINI", instalment.start);
         row.Set("MPPER", instalment.percent);
         if (known != 0) {

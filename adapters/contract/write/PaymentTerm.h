@@ -14,11 +14,11 @@ Emptying PaymentTermEmptying();
 
 /// An instalment of a payment term.
 struct Instalment {
-    QString type;           ///< payment type; empty for none
-    double days = 0;        ///< after the start, whole
-    QString start;          ///< "DF" date of the invoice, "FM" end of its month
-    double percent = 0;     ///< of the document's total
-    QVariant fixedDay = {}; ///< of the month, to which it is put off; Null: none
+    QString type;        ///< payment type; empty for none
+    double days = 0;     ///< after the start, whole
+    QString start;       ///< "DF" date of the invoice, "FM" end of its month
+    double percent = 0;  ///< of the document's total
+    double fixedDay = 0; ///< of the month that a due date is moved to; 0: none
 };
 
 /// The percentages of so many equal instalments: of three 33.33, 33.33 and 33.34, as the last takes what is left.

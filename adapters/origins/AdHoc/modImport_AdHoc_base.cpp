@@ -1,6 +1,8 @@
-// Base tables of Ad Hoc Revolution: VAT codes, payment types and terms, units, agents. Their codes stay what they are.
+// Base tables of Ad Hoc Revolution: VAT codes, payment types and terms, the company's banks, units, agents.
 
 #include "adapters/origins/AdHoc/modImport_AdHoc.h"
+
+#include "core/schemaDefaults.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -29,7 +31,6 @@ BaseTable CodiciIva() {
                          {"IVIND", "IVPERIND", RoundedTo(2)},
                          {"IVPLA", "IVPLAIVA", Flag()},
                          {"IVBOL", "IVBOLIVA", Flag()},
-                         {"IVEXT", "IVCODIVA", Text()},
                      });
 }
 
@@ -38,13 +39,11 @@ BaseTable TipiPagamento() {
                      {
                          {"PTDES", "MPDESCRI", First(100)},
                          {"PTCAT", "MPTIPPAG", Text()},
-                         {"PTEXT", "MPCODICE", Text()},
                      });
 }
 
 BaseTable UnitaDiMisura() {
-    return CodeTable("Unità di misura", "UNIMIS", "UMCODICE", "TAB_UMS",
-                     {{"UMDES", "UMDESCRI", First(100)}, {"UMEXT", "UMCODICE", Text()}});
+    return CodeTable("Unità di misura", "UNIMIS", "UMCODICE", "TAB_UMS", {{"UMDES", "UMDESCRI", First(100)}});
 }
 
 BaseTable Agenti() { return CodeTable("Agenti", "AGENTI", "AGCODAGE", "AGE_NTI", {{"AGDES", "AGDESAGE", First(100)}}); }
@@ -61,6 +60,27 @@ Rule Start() {
             }};
 }
 
+/// The accounts of the company with its banks; the directory of all banks (BAN_CHE) gives the counterparties theirs.
+Banks BancheAzienda() {
+    return {
+        .source = {.table = "COC_MAST", .key = "BACODBAN", .order = "BACODBAN"},
+        .code = "BACODBAN",
+        .iban = {"BA__IBAN", WithoutBlanks()},
+        .lines =
+            {
+                {"BADES", "BADESCRI", First(100)},
+                {"BAABI", "BACODABI", NotBlank(Digits(5))},
+                {"BACAB", "BACODCAB", NotBlank(Digits(5))},
+                {"BACCO", "BANUMCOR", Text()},
+                {"BACIN", "BACINABI", Text()},
+                {"BABIC", "BACODBIC", Text()},
+                {"BASIA", "BACODSIA", Text()},
+                {"BANAZ", "", Constant(schema::defaults::Country)},
+                {"BAVAL", "BACODVAL", Currency("COC_MAST", "BACODVAL")},
+            },
+    };
+}
+
 PaymentTerms Pagamenti() {
     return {
         .frame = {.step = "Pagamenti"},
@@ -71,11 +91,11 @@ PaymentTerms Pagamenti() {
                 {"MPDES", "PADESCRI", First(100)},
                 {"MPSCM", "PASCONTO", RoundedTo(2)},
                 {"MPSPI", "PASPEINC", RoundedTo(2)},
-                {"MPEXT", "PACODICE", Text()},
             },
         .instalments = {{.rows = {.table = Pag2ame, .on = {{"P2CODICE", "PACODICE"}}, .order = "P2NUMRAT"},
                          .type = {"P2MODPAG", TranslatedOrKnown(Pag2ame, "P2MODPAG", "TAB_MPT")},
                          .days = "P2GIODUR",
+                         .fixedDay = "P2GIOFIS",
                          .start = {"P2SCADEN", Start()}}},
     };
 }
@@ -89,8 +109,8 @@ Procedure TabelleBase() {
                       .announcement = "Inizio importazione tabelle di base",
                       .completion = "Tabelle di base importate correttamente!",
                       .asksReset = false};
-    std::vector<ImportPart> parts{PartOf(CodiciIva()), PartOf(TipiPagamento()), PartOf(Pagamenti()),
-                                  PartOf(UnitaDiMisura()), PartOf(Agenti())};
+    std::vector<ImportPart> parts{PartOf(CodiciIva()),     PartOf(TipiPagamento()), PartOf(Pagamenti()),
+                                  PartOf(BancheAzienda()), PartOf(UnitaDiMisura()), PartOf(Agenti())};
     for (ImportPart& part : parts) {
         part.empties = {};
     }

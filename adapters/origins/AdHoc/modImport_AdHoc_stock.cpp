@@ -71,7 +71,7 @@ const Mapping& MovimentoMapping() {
             {"MMANN", "MMDATREG", Year()},
             {"MMNUM", "MMNUMREG", RoundedTo(0)},
             {"MMDAT", "MMDATREG", Day()},
-            {"MMCAM", "MMTCAMAG", Or(Translated(MvmMast, "MMTCAMAG"), {})},
+            {"MMCAM", "MMTCAMAG", Or(Translated(MvmMast, "MMTCAMAG"), QVariant())},
             {"MMESR", "MMDATREG", Year()},
             {"MMSTA", "", Constant(schema::defaults::Closed)},
             {"MMINV", "", Constant(false)},
@@ -96,7 +96,7 @@ const Mapping& RigaMapping() {
                         ValueOf)},
             {"MRTPM", "MMFLCASC", Choice({{"+", schema::defaults::LoadMovement}}, OtherMovement)},
             {"MRSTA", "", Constant(schema::defaults::Closed)},
-            {"MRCAM", "MMCAUMAG", Or(Translated(MvmDett, "MMCAUMAG"), {})},
+            {"MRCAM", "MMCAUMAG", Or(Translated(MvmDett, "MMCAUMAG"), QVariant())},
         },
     };
     return mapping;
