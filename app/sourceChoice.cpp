@@ -1,5 +1,6 @@
 #include "app/sourceChoice.h"
 
+#include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
 #include "core/modMain.h"
@@ -12,18 +13,19 @@ namespace sourceChoice {
 
 namespace {
 
-const QString Section = QStringLiteral("IMPORT");
 constexpr qsizetype MostRecent = 8;
 
-QString Peek(Session& session, const QString& key) { return session.Config.PeekAppConfig(Section, key); }
+QString Peek(Session& session, const QString& origin, const QString& key) {
+    return session.Config.PeekAppConfig(sourceSettings::SectionOf(session, origin, key), key);
+}
 
-void Put(Session& session, const QString& key, const QString& value) {
+void Put(Session& session, const QString& origin, const QString& key, const QString& value) {
     if (value.size() > ovConfig::LongestValue) {
         throw ImportError(QStringLiteral("'%1' ha %2 caratteri: delle impostazioni se ne leggono %3")
                               .arg(value, QString::number(value.size()), QString::number(ovConfig::LongestValue)));
     }
-    if (Peek(session, key) != value) {
-        session.Config.SetAppConfig(Section, key, value);
+    if (Peek(session, origin, key) != value) {
+        session.Config.SetAppConfig(sourceSettings::SectionOf(session, origin, key), key, value);
     }
 }
 
@@ -79,28 +81,29 @@ Source Read(Session& session, const contract::Origin& origin) {
     const Kind kind = KindOf(origin);
     const bool isDataSource = kind == Kind::DataSource;
     return {kind,
-            Peek(session, "Databasename"),
-            Peek(session, "Servername"),
-            Peek(session, "DSN"),
-            Peek(session, isDataSource ? "DSN_Username" : "Username"),
-            Peek(session, "NetworkCredential") == u"1"};
+            Peek(session, origin.name, "Databasename"),
+            Peek(session, origin.name, "Servername"),
+            Peek(session, origin.name, "DSN"),
+            Peek(session, origin.name, isDataSource ? "DSN_Username" : "Username"),
+            Peek(session, origin.name, "NetworkCredential") == u"1",
+            origin.name};
 }
 
 void Write(Session& session, const Source& source, const std::optional<QString>& password) {
     const bool isDataSource = source.kind == Kind::DataSource;
     if (isDataSource) {
-        Put(session, "DSN", source.dsn);
+        Put(session, source.origin, "DSN", source.dsn);
     } else {
-        Put(session, "Databasename", source.database);
+        Put(session, source.origin, "Databasename", source.database);
     }
     if (source.kind == Kind::Server) {
-        Put(session, "Servername", source.server);
-        Put(session, "NetworkCredential", source.integrated ? "1" : "0");
+        Put(session, source.origin, "Servername", source.server);
+        Put(session, source.origin, "NetworkCredential", source.integrated ? "1" : "0");
     }
     if (source.kind == Kind::Server || isDataSource) {
-        Put(session, isDataSource ? "DSN_Username" : "Username", source.user);
+        Put(session, source.origin, isDataSource ? "DSN_Username" : "Username", source.user);
         if (password) {
-            Put(session, isDataSource ? "DSN_Password" : "Password", *password);
+            Put(session, source.origin, isDataSource ? "DSN_Password" : "Password", *password);
         }
     }
 }

@@ -23,14 +23,16 @@ struct Source {
     QString dsn;
     QString user;
     bool integrated = false; ///< integrated sign-on: no user
+    QString origin = {};     ///< whose it is: settings under its name go before those of all
 };
 
 /// How the source of an origin is named.
 Kind KindOf(const contract::Origin& origin);
 /// What the settings say; what is not set is empty. Raises `ImportError` when they cannot be read.
 Source Read(Session& session, const contract::Origin& origin);
-/// Writes what is chosen into the settings. @param password written as it is, in place of the one that stands there;
-/// none leaves that. Raises `ImportError` when the settings cannot be written, or a value is longer than is read.
+/// Writes what is chosen into the settings, each in the section that it was read from. @param password written as it
+/// is, in place of the one that stands there; none leaves that. Raises `ImportError` when the settings cannot be
+/// written, or a value is longer than is read.
 void Write(Session& session, const Source& source, const std::optional<QString>& password);
 /// One line for the operator: "Cartella /dati/arca", "Server DB1, database GESCOM, utente sa".
 QString Line(Session& session, const contract::Origin& origin);
