@@ -56,7 +56,8 @@ bool PrepareMemphis(Session& session, ovConnection& source) {
     source.NetworkCredential = mod_ovTools::ReadNumber(answers->at(1)).value_or(0) == 1;
     source.User = answers->at(2);
     source.Password = answers->at(3);
-    source.DatabaseName = modMain::GetAppConfig(session, "IMPORT", "Databasename", "MEMPHIS");
+    source.DatabaseName =
+        modMain::GetAppConfig(session, SectionOf(session, "Memphis", "Databasename"), "Databasename", "MEMPHIS");
     ReadLine(session, source);
     return true;
 }

@@ -15,14 +15,37 @@ namespace {
 const QString Section = QStringLiteral("IMPORT");
 const QString Database = QStringLiteral("Databasename");
 
+/// The origins whose settings hold, by session.
+QHash<const Session*, QString>& Origins() {
+    static QHash<const Session*, QString> origins;
+    return origins;
+}
+
+/// The section that holds a key of the origin under way.
+QString SectionOfKey(Session& session, const QString& key) {
+    return SectionOf(session, Origins().value(&session), key);
+}
+
 /// A setting as messages name it.
-QString KeyName(const Session& session, const QString& key) {
+QString KeyName(Session& session, const QString& key) {
     return QStringLiteral("chiave %1, sezione [%2] di '%3'")
-        .arg(key, Section, QDir::toNativeSeparators(session.Config.ConfigFile()));
+        .arg(key, SectionOfKey(session, key), QDir::toNativeSeparators(session.Config.ConfigFile()));
 }
 
 QString Setting(Session& session, const QString& key, const QString& defaultValue) {
-    return modMain::GetAppConfig(session, Section, key, defaultValue);
+    return modMain::GetAppConfig(session, SectionOfKey(session, key), key, defaultValue);
+}
+
+/// A setting that is not written when it is missing.
+QString Peek(Session& session, const QString& key) {
+    return session.Config.PeekAppConfig(SectionOfKey(session, key), key);
+}
+
+/// The password that goes with a user: where an origin names a user of its own, no other password is his.
+QString ReadPassword(Session& session, const QString& userKey, const QString& passwordKey) {
+    const QString section = SectionOfKey(session, userKey);
+    return storedPassword::Read(session, session.Config.File(),
+                                section == Section ? SectionOfKey(session, passwordKey) : section, passwordKey);
 }
 
 void ReadProvider(Session& session, ovConnection& source) {
@@ -105,12 +128,31 @@ Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
 
 } // namespace
 
+QString SectionOf(Session& session, const QString& origin, const QString& key) {
+    const bool isOwn = !origin.isEmpty() && !session.Config.PeekAppConfig(origin, key).isEmpty();
+    return isOwn ? origin : Section;
+}
+
+OfOrigin::OfOrigin(Session& session, const QString& origin)
+    : m_session(Origins().contains(&session) ? nullptr : &session) {
+    if (m_session != nullptr) {
+        Origins().insert(m_session, origin);
+    }
+}
+
+OfOrigin::~OfOrigin() {
+    if (m_session != nullptr) {
+        Origins().remove(m_session);
+    }
+}
+
 void ReadLine(Session& session, ovConnection& source) {
-    modMain::ReadLine(session, source, Section, QStringLiteral("Encryption"), QStringLiteral("EncryptionCA"));
+    const QString key = QStringLiteral("Encryption");
+    modMain::ReadLine(session, source, SectionOfKey(session, key), key, QStringLiteral("EncryptionCA"));
 }
 
 QString DatabasePath(Session& session) {
-    const QString path = session.Config.PeekAppConfig(Section, Database);
+    const QString path = Peek(session, Database);
     return path.isEmpty() ? path : FromSettingsFolder(session, path);
 }
 
@@ -119,7 +161,7 @@ QString PathAdvice(Session& session, const ovConnection& source) {
     if (path.isEmpty() || !source.ConnectionString.contains(path)) {
         return {};
     }
-    const QString cut = session.Config.IsCut(Section, Database)
+    const QString cut = session.Config.IsCut(SectionOfKey(session, Database), Database)
                             ? QStringLiteral("; del percorso si leggono solo i primi %1 caratteri: accorciarlo")
                                   .arg(ovConfig::LongestValue)
                             : QString();
@@ -130,8 +172,8 @@ Prepare DataSource(const QString& defaultDsn) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
         source.DSN = Setting(session, "DSN", defaultDsn);
-        source.User = session.Config.PeekAppConfig(Section, "DSN_Username");
-        source.Password = storedPassword::Read(session, session.Config.File(), Section, "DSN_Password");
+        source.User = Peek(session, "DSN_Username");
+        source.Password = ReadPassword(session, "DSN_Username", "DSN_Password");
         ReadLine(session, source);
         return true;
     };
@@ -140,7 +182,7 @@ Prepare DataSource(const QString& defaultDsn) {
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
-        source.Driver = session.Config.PeekAppConfig(Section, keys.driver);
+        source.Driver = Peek(session, keys.driver);
         source.Server = Setting(session, keys.server, "SERVER");
         source.DatabaseName = Setting(session, keys.database, defaultDatabase);
         source.Embedded = NamesSqliteFile(source.DatabaseName);
@@ -148,14 +190,16 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
             source.DatabaseName = FromSettingsFolder(session, source.DatabaseName);
             RequireFile(session, source.DatabaseName, keys.database);
         } else {
-            modMain::ReadLine(session, source, Section, keys.encryption, keys.authorities);
+            modMain::ReadLine(session, source, SectionOfKey(session, keys.encryption), keys.encryption,
+                              keys.authorities);
         }
-        source.NetworkCredential =
-            modMain::IsAppConfigOn(session, keys.networkSection, keys.network, keys.networkDefault);
+        const QString own = SectionOfKey(session, keys.network);
+        source.NetworkCredential = modMain::IsAppConfigOn(session, own == Section ? keys.networkSection : own,
+                                                          keys.network, keys.networkDefault);
         if (!source.NetworkCredential) {
             source.User = Setting(session, keys.username, "sa");
             Setting(session, keys.password, ""); // stands in the file from then on, to be filled in
-            source.Password = storedPassword::Read(session, session.Config.File(), Section, keys.password);
+            source.Password = ReadPassword(session, keys.username, keys.password);
         }
         return true;
     };
@@ -210,6 +254,34 @@ Prepare TextFolder(const QString& defaultFolder) {
         UseTextFolder(source, RequiredPath(session, defaultFolder));
         return true;
     };
+}
+
+namespace {
+
+void UseFixedFiles(ovConnection& source, const QString& folder, const std::vector<sources::FixedRecord>& records) {
+    UseTextFolder(source, folder); // says what kind of source it is; what is read of it is told by the records
+    source.OpenFiles = [folder, records](const ConnectionSettings& settings) {
+        return sources::OpenFixedFiles(folder, records, settings);
+    };
+}
+
+} // namespace
+
+Prepare FixedFolder(const QString& defaultFolder, const std::vector<sources::FixedRecord>& records) {
+    return [=](Session& session, ovConnection& source) {
+        UseFixedFiles(source, RequiredPath(session, defaultFolder), records);
+        return true;
+    };
+}
+
+Prepare FixedFile(const QString& title, const QString& filter, const std::vector<sources::FixedRecord>& records) {
+    return ChosenFile(title, filter, [records](ovConnection& source, const QString& file) {
+        std::vector<sources::FixedRecord> ofFile = records;
+        for (sources::FixedRecord& record : ofFile) {
+            record.file = QFileInfo(file).fileName();
+        }
+        UseFixedFiles(source, QFileInfo(file).path(), ofFile);
+    });
 }
 
 Prepare Fixed(const QString& connectionString) {

@@ -1,15 +1,33 @@
 #pragma once
 
 #include "adapters/contract/run/Origin.h"
+#include "sources/fixedFiles.h"
 #include "sources/workbookFile.h"
 
 /// How the sources of the origins open: each function makes the preparation of one kind of source, for the entry of an
-/// origin. The settings are those of section IMPORT; a missing one is written with the default given here, as reading
-/// a setting does everywhere.
+/// origin. The settings are those of section IMPORT, or of the origin's own (`OfOrigin`); a missing one is written into
+/// IMPORT with the default given here, as reading a setting does everywhere.
 namespace sourceSettings {
 
 /// Fills a connection's parameters; false when the operator gave up.
 using Prepare = std::function<bool(Session&, ovConnection& source)>;
+
+/// The section that holds a setting of an origin: the one with the origin's name where it has the key, else IMPORT.
+QString SectionOf(Session& session, const QString& origin, const QString& key);
+
+/// While it lives, the settings of a session that name a source are those of an origin: a key of the section with its
+/// name goes before that of IMPORT. One inside of another is of no account: who has written the keys of IMPORT for what
+/// he opens, as a sequence does, holds one without a name around it.
+class OfOrigin {
+public:
+    OfOrigin(Session& session, const QString& origin);
+    ~OfOrigin();
+    OfOrigin(const OfOrigin&) = delete;
+    OfOrigin& operator=(const OfOrigin&) = delete;
+
+private:
+    const Session* m_session; ///< null inside of another
+};
 
 /// Reads the settings Encryption and EncryptionCA of section IMPORT into a connection; raises as `modMain::ReadLine`.
 void ReadLine(Session& session, ovConnection& source);
@@ -55,11 +73,16 @@ Prepare AccessFileInFolder(const QString& fileName);
 /// @param sheets tables that are read otherwise than a sheet under its own name with its first row as header; the first
 /// sheet is "#1"
 Prepare OpenFileExcel(const std::vector<sources::SheetTable>& sheets = {});
-/// A text file that the operator chooses, in columns divided by ";" or of fixed width.
+/// A text file that the operator chooses, in columns with a separator between them.
 /// @param title,filter of the file dialog
 Prepare TextFile(const QString& title, const QString& filter);
 /// A folder of text files: setting Databasename.
 Prepare TextFolder(const QString& defaultFolder);
+/// A folder of files of fixed width: setting Databasename. @param records the kinds of records in them
+Prepare FixedFolder(const QString& defaultFolder, const std::vector<sources::FixedRecord>& records);
+/// A file of fixed width that the operator chooses. @param records the kinds of records in it, whose `file` is not read
+/// @param title,filter of the file dialog
+Prepare FixedFile(const QString& title, const QString& filter, const std::vector<sources::FixedRecord>& records);
 /// A connection string that is always the same.
 Prepare Fixed(const QString& connectionString);
 

@@ -1,5 +1,6 @@
 #include "app/confirmation.h"
 
+#include "adapters/sourceSettings.h"
 #include "app/procedureTitle.h"
 #include "sql/mod_ovTools.h"
 
@@ -38,10 +39,10 @@ QString Of(const ovConnection& source) {
 }
 
 /// What the settings say of a source that is not open yet; a key that is not set is left out.
-QString OfSettings(Session& session) {
+QString OfSettings(Session& session, const QString& origin) {
     QStringList parts;
     for (const QString& key : {QStringLiteral("Databasename"), QStringLiteral("Servername"), QStringLiteral("DSN")}) {
-        const QString value = session.Config.PeekAppConfig(QStringLiteral("IMPORT"), key);
+        const QString value = session.Config.PeekAppConfig(sourceSettings::SectionOf(session, origin, key), key);
         if (!value.isEmpty()) {
             parts.append(key + u'=' + value);
         }
@@ -78,7 +79,7 @@ QString RunDetails(Session& session, const Origin& origin, const std::vector<con
     }
     QStringList lines{CompanyLine(session), QStringLiteral("Origine: ") + origin.name,
                       QStringLiteral("Operazione: ") + titles.join(QStringLiteral(", "))};
-    const QString source = !opens ? QString() : session.Source ? Of(*session.Source) : OfSettings(session);
+    const QString source = !opens ? QString() : session.Source ? Of(*session.Source) : OfSettings(session, origin.name);
     if (!source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + source);
     }

@@ -11,13 +11,13 @@
 
 namespace {
 
-/// The code page of files that do not tell theirs.
-QString ReadCodePage(Session& session) {
-    const QString section = QStringLiteral("IMPORT");
+/// The code page of files that do not tell theirs: that of the origin, under its name, else that of all.
+QString ReadCodePage(Session& session, const QString& origin) {
     const QString key = QStringLiteral("CodePage");
+    const QString section = sourceSettings::SectionOf(session, origin, key);
     const QString name = session.Config.PeekAppConfig(section, key);
     try {
-        const CodePage known(name);
+        const CodePage known(name.endsWith(u'!') ? name.chopped(1) : name); // "!": above what a file tells
     } catch (ImportError& error) {
         error.AddContext(QStringLiteral("File '%1', sezione [%2], chiave %3")
                              .arg(QDir::toNativeSeparators(session.Config.ConfigFile()), section, key));
@@ -38,13 +38,13 @@ bool Open(Session& session, const contract::Origin& origin, ovConnection& source
 
 } // namespace
 
-std::unique_ptr<ovConnection> NewSource(Session& session) {
+std::unique_ptr<ovConnection> NewSource(Session& session, const QString& origin) {
     auto source = std::make_unique<ovConnection>();
     source->Errors = &session.Errors;
     source->ReadOnly = true;
     source->OpenFiles = sources::OpenFileSource;
+    source->CodePage = ReadCodePage(session, origin);
     source->Trace = session.TraceSource;
-    source->CodePage = ReadCodePage(session);
     source->Note = [&session](const QString& note) { modImport::LogNote(session, note); };
     return source;
 }
@@ -63,7 +63,8 @@ void OpenPrepared(Session& session, ovConnection& source) {
 
 SourceOutcome OpenSource(Session& session, const contract::Origin& origin) {
     CloseSource(session);
-    session.Source = NewSource(session);
+    const sourceSettings::OfOrigin own(session, origin.name);
+    session.Source = NewSource(session, origin.name);
     return Open(session, origin, *session.Source) ? SourceOutcome::Opened : SourceOutcome::GivenUp;
 }
 

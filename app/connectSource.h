@@ -17,9 +17,10 @@ SourceOutcome ConnectSource(Session& session, const contract::Origin& origin);
 SourceOutcome OpenSource(Session& session, const contract::Origin& origin);
 
 /// A connection with what a source needs of the session, still to be filled and opened. Nothing can be written over it.
-/// Files that do not tell their code page are read in that of the setting CodePage (section IMPORT), one that is not
-/// known raises `ImportError`; what they are read in without it is noted in the log.
-std::unique_ptr<ovConnection> NewSource(Session& session);
+/// Files that do not tell their code page are read in that of the setting CodePage, of the section with the origin's
+/// name or of IMPORT; with "!" behind it, tables of dBase that tell another one are too. A page that is not known
+/// raises `ImportError`; what they are read in without it is noted in the log.
+std::unique_ptr<ovConnection> NewSource(Session& session, const QString& origin = {});
 
 /// Opens a source that is filled. An error tells where the path stands that it was opened by.
 void OpenPrepared(Session& session, ovConnection& source);

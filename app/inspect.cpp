@@ -1,6 +1,7 @@
 #include "app/inspect.h"
 
 #include "adapters/contract/run/SourceLayout.h"
+#include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect_suggest.h"
 #include "sources/layout/LayoutFile.h"
@@ -239,7 +240,8 @@ QString LayoutPath(const Session& session, const contract::Origin& origin) {
 
 bool OpenToLook(Session& session, const contract::Origin& origin) {
     CloseSource(session);
-    session.Source = NewSource(session);
+    const sourceSettings::OfOrigin own(session, origin.name);
+    session.Source = NewSource(session, origin.name);
     if (!origin.source.prepare(session, *session.Source)) {
         CloseSource(session);
         return false;

@@ -1,5 +1,6 @@
 #include "app/sequenceRun.h"
 
+#include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/resultText.h"
 #include "core/modImport.h"
@@ -246,6 +247,7 @@ bool SequenceRun::Connect(const QString& origin) {
     }
     WriteKeys(section);
     const Operator::Quiet quiet(m_session.Person);
+    const sourceSettings::OfOrigin written(m_session, {}); // what was just written holds
     return ConnectSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
 }
 
@@ -255,6 +257,7 @@ bool SequenceRun::ConnectQuietly(const QString& origin) {
         return false;
     }
     WriteKeys(section);
+    const sourceSettings::OfOrigin written(m_session, {}); // what was just written holds
     try {
         const bool opened = OpenSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
         m_session.Source->Errors = nullptr; // nobody is asked about its failures

@@ -1,5 +1,6 @@
 #include "app/sourceChoice.h"
 
+#include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
 #include "core/modMain.h"
@@ -12,7 +13,6 @@ namespace sourceChoice {
 
 namespace {
 
-const QString Section = QStringLiteral("IMPORT");
 constexpr qsizetype MostRecent = 8;
 
 /// The keys of an origin that has some of its own.
@@ -36,15 +36,17 @@ Keys KeysOf(const QString& origin, Kind kind) {
     return keys;
 }
 
-QString Peek(Session& session, const QString& key) { return session.Config.PeekAppConfig(Section, key); }
+QString Peek(Session& session, const QString& origin, const QString& key) {
+    return session.Config.PeekAppConfig(sourceSettings::SectionOf(session, origin, key), key);
+}
 
-void Put(Session& session, const QString& key, const QString& value) {
+void Put(Session& session, const QString& origin, const QString& key, const QString& value) {
     if (value.size() > ovConfig::LongestValue) {
         throw ImportError(QStringLiteral("'%1' ha %2 caratteri: delle impostazioni se ne leggono %3")
                               .arg(value, QString::number(value.size()), QString::number(ovConfig::LongestValue)));
     }
-    if (Peek(session, key) != value) {
-        session.Config.SetAppConfig(Section, key, value);
+    if (Peek(session, origin, key) != value) {
+        session.Config.SetAppConfig(sourceSettings::SectionOf(session, origin, key), key, value);
     }
 }
 
@@ -101,26 +103,27 @@ Source Read(Session& session, const contract::Origin& origin) {
     const Kind kind = KindOf(origin);
     const Keys keys = KeysOf(origin.name, kind);
     return {kind,
-            Peek(session, keys.database),
-            Peek(session, keys.server),
-            Peek(session, "DSN"),
-            Peek(session, keys.user),
-            Peek(session, keys.network) == u"1"};
+            Peek(session, origin.name, keys.database),
+            Peek(session, origin.name, keys.server),
+            Peek(session, origin.name, "DSN"),
+            Peek(session, origin.name, keys.user),
+            Peek(session, origin.name, keys.network) == u"1"};
 }
 
 void Write(Session& session, const contract::Origin& origin, const Source& source,
            const std::optional<QString>& password) {
     const Keys keys = KeysOf(origin.name, source.kind);
     const bool isDataSource = source.kind == Kind::DataSource;
-    Put(session, isDataSource ? "DSN" : keys.database, isDataSource ? source.dsn : source.database);
+    const auto put = [&](const QString& key, const QString& value) { Put(session, origin.name, key, value); };
+    put(isDataSource ? "DSN" : keys.database, isDataSource ? source.dsn : source.database);
     if (source.kind == Kind::Server) {
-        Put(session, keys.server, source.server);
-        Put(session, keys.network, source.integrated ? "1" : "0");
+        put(keys.server, source.server);
+        put(keys.network, source.integrated ? "1" : "0");
     }
     if (source.kind == Kind::Server || isDataSource) {
-        Put(session, keys.user, source.user);
+        put(keys.user, source.user);
         if (password) {
-            Put(session, keys.password, *password);
+            put(keys.password, *password);
         }
     }
 }

@@ -29,8 +29,9 @@ struct Source {
 Kind KindOf(const contract::Origin& origin);
 /// What the settings say; what is not set is empty. Raises `ImportError` when they cannot be read.
 Source Read(Session& session, const contract::Origin& origin);
-/// Writes what is chosen into the settings. @param password written as it is, in place of the one that stands there;
-/// none leaves that. Raises `ImportError` when the settings cannot be written, or a value is longer than is read.
+/// Writes what is chosen into the settings, each in the section that it was read from. @param password written as it
+/// is, in place of the one that stands there; none leaves that. Raises `ImportError` when the settings cannot be
+/// written, or a value is longer than is read.
 void Write(Session& session, const contract::Origin& origin, const Source& source,
            const std::optional<QString>& password);
 /// One line for the operator: "Cartella /dati/arca", "Server DB1, database GESCOM, utente sa".

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sources/fileSource.h"
+#include "sources/fixedFiles.h"
 #include "sql/errors.h"
 
 #include <QDir>
@@ -21,10 +22,14 @@ struct Kind {
 };
 
 inline Kind FoxPro() {
-    return {"Driver={Microsoft Visual FoxPro Driver};Data Source=%1", {"t.dbf", "t.fpt", "t.dbt", "t.dbc", "t.dct"}};
+    return {"Driver={Microsoft Visual FoxPro Driver};Data Source=%1",
+            {"t.dbf", "t.fpt", "t.dbt", "t.dbc", "t.dct", "t.cpg"}};
 }
 inline Kind Text() { return {"Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=%1", {"t.csv", "schema.ini"}}; }
 inline Kind Access() { return {"Driver={Microsoft Access Driver (*.mdb)};DBQ=%1/t.mdb", {"t.mdb"}}; }
+
+inline Kind Fixed() { return {{}, {"t.dat"}}; }
+inline Kind Workbook() { return {"Driver={Microsoft Excel Driver (*.xls, *.xlsx)};DBQ=%1/t.xls", {"t.xls"}}; }
 
 /// The bytes of a case: each file but the last with its length (4 bytes) in front.
 inline QByteArray Join(const QVector<QByteArray>& files) {
@@ -58,19 +63,48 @@ inline void Split(QByteArray bytes, const QStringList& names, const QString& fol
     }
 }
 
+/// A value that cannot be read ends nothing else.
+inline void ReadValue(const Cursor& cursor, int column) {
+    try {
+        cursor.Value(column);
+    } catch (const ImportError&) {
+    }
+}
+
+/// Records of two kinds, with a field of each.
+inline std::unique_ptr<Engine> OpenFixed(const QString& folder, const ConnectionSettings& settings) {
+    using Field = sources::FixedField::Kind;
+    return sources::OpenFixedFiles(
+        folder,
+        {{"teste",
+          "t.dat",
+          24,
+          {{"codice", 2, 6}, {"data", 8, 6, Field::DayMonthYear}, {"altra", 14, 8, Field::YearMonthDay}},
+          [](QStringView line) { return line.startsWith(u'T'); }},
+         {"righe",
+          "t.dat",
+          24,
+          {{"quantita", 2, 9, Field::SignedNumber, 3}, {"prezzo", 11, 9, Field::Number, 2}},
+          {},
+          true}},
+        settings);
+}
+
 /// Reads every value of every table of a case in a folder. Returns the error that it is refused with.
 inline std::optional<QString> Read(const Kind& kind, const QByteArray& bytes, const QString& folder) {
     Split(bytes, kind.files, folder);
     try {
         ConnectionSettings settings;
         settings.connectionString = QString(kind.connectionString).arg(folder);
-        const auto engine = sources::OpenFileSource(settings);
+        settings.note = [](const QString&) {};
+        const auto engine =
+            kind.connectionString.isEmpty() ? OpenFixed(folder, settings) : sources::OpenFileSource(settings);
         for (const QString& table : engine->Tables()) {
             engine->Columns(table);
             const auto cursor = engine->Query("SELECT * FROM \"" + QString(table).replace('"', "\"\"") + '"');
             while (cursor->Next()) {
                 for (int column = 0; column < cursor->Columns().size(); ++column) {
-                    cursor->Value(column);
+                    ReadValue(*cursor, column);
                 }
             }
         }

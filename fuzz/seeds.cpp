@@ -1,4 +1,4 @@
-// Writes what the fuzzers start from: seeds FOLDER makes FOLDER/FoxPro, FOLDER/Text and FOLDER/Access.
+// Writes what the fuzzers start from: seeds FOLDER makes a folder for each kind of source in FOLDER.
 
 #include "fuzz/foreignFiles.h"
 #include "tests/sources/dbfBytes.h"
@@ -84,16 +84,22 @@ int main(int argc, char** argv) {
         return 2;
     }
     const QDir folder(argv[1]);
-    for (const char* kind : {"FoxPro", "Text", "Access"}) {
+    for (const char* kind : {"FoxPro", "Text", "Access", "Workbook", "Fixed"}) {
         folder.mkpath(kind);
     }
-    WriteSeed(folder.filePath("FoxPro/foxpro"), {FoxProTable(), FoxProMemos(), "", "", ""});
-    WriteSeed(folder.filePath("FoxPro/dbase3"), {DBaseTable(0x83), "", DBaseMemos(), "", ""});
-    WriteSeed(folder.filePath("FoxPro/dbase4"), {DBaseTable(0x8b), "", DBaseMemos(), "", ""});
+    WriteSeed(folder.filePath("FoxPro/foxpro"), {FoxProTable(), FoxProMemos(), "", "", "", ""});
+    WriteSeed(folder.filePath("FoxPro/dbase3"), {DBaseTable(0x83), "", DBaseMemos(), "", "", "cp850"});
+    WriteSeed(folder.filePath("FoxPro/dbase4"), {DBaseTable(0x8b), "", DBaseMemos(), "", "", "cp850"});
     WriteSeed(folder.filePath("Text/plain"), {"a;b\n1;\"due;\"\"\n\"\n", ""});
     WriteSeed(folder.filePath("Text/schema"),
               {"1,x\n",
                "[t.csv]\nFormat=CSVDelimited\nColNameHeader=False\nCharacterSet=OEM\nCol1=A Text\nCol2=\"B\" Text\n"});
     WriteSeed(folder.filePath("Access/access2000"), {AccessDatabase()});
+    WriteSeed(folder.filePath("Fixed/dump"), {"T00001 05032420240305    \r\nR0012345N 00012.50      \r\n\x1a"});
+    const QDir workbooks(QUADRIX_SOURCE_DIR "/tests/sources/workbooks");
+    for (const QString& name : workbooks.entryList({"*.xls", "*.xlsx"}, QDir::Files)) {
+        QFile workbook(workbooks.filePath(name));
+        WriteSeed(folder.filePath("Workbook/" + name), {workbook.open(QIODevice::ReadOnly) ? workbook.readAll() : ""});
+    }
     return 0;
 }

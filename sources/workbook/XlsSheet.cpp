@@ -95,7 +95,8 @@ bool XlsSheet::Next(SheetRow& row) {
         throw ImportError(QStringLiteral("il foglio finisce prima della sua fine: il file è incompleto, copiarlo di "
                                          "nuovo dall'origine"));
     }
-    row = m_row;
+    row.number = m_row.number;
+    row.cells.swap(m_row.cells);
     row.isHidden = m_hidden.contains(row.number);
     return !row.cells.empty();
 }

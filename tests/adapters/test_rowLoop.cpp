@@ -1,5 +1,7 @@
 #include "adapters/contract/run/ImportRun.h"
 #include "core/modMain.h"
+#include "sources/fileSource.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
@@ -18,12 +20,16 @@ class TestRowLoop : public QObject {
     /// Imports the codes of a table, each as a contact; what does not end in a digit fails behind its insert.
     const RunResult& Import(const QStringList& codes, const std::function<void(const QString& code)>& before = {}) {
         Session& session = m_target.Get();
-        session.Errors.Action = ErrorAction::Ignore;
         session.Source = std::make_unique<ovConnection>();
         OpenEmbedded(*session.Source).Execute("CREATE TABLE clienti (cod VARCHAR(40))");
         for (const QString& code : codes) {
             session.Source->Execute("INSERT INTO clienti VALUES ('" + code + "')");
         }
+        return ImportSource(before);
+    }
+    const RunResult& ImportSource(const std::function<void(const QString& code)>& before = {}) {
+        Session& session = m_target.Get();
+        session.Errors.Action = ErrorAction::Ignore;
         ImportRun run(session, "modImport_Prova", "ImportProva", {});
         run.Guard([&] {
             run.Announce("Inizio");
@@ -79,6 +85,25 @@ private slots:
         const QString log = QString::fromLatin1(m_target.Log());
         QCOMPARE(log.contains("SCRITTO: B"), !told.isEmpty());
         QVERIFY2(log.contains(told), qPrintable(log));
+    }
+
+    /// A value that a file does not give ends its row, by name; the others are imported.
+    void AValueThatCannotBeRead() {
+        WriteFile(m_target.Folder.filePath("clienti.csv"), "cod;nome\nA1;uno\nA2\nA3;tre\n");
+        Session& session = m_target.Get();
+        modMain::SetAppConfig(session, "IMPORT", "GruppoRighe", "200");
+        session.Source = std::make_unique<ovConnection>();
+        session.Source->ConnectionString =
+            "Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=" + m_target.Folder.path();
+        session.Source->OpenFiles = sources::OpenFileSource;
+        session.Source->OpenConnection();
+        const RunResult& result = ImportSource();
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(Written(), (QStringList{"A1", "A3"}));
+        QCOMPARE(result.givenUpCount, 1);
+        QCOMPARE(result.givenUp.value(0).rowKey, QString("tabella 'clienti', riga 3, cod '(non leggibile)'"));
+        QVERIFY2(result.givenUp.value(0).reason.contains("clienti.csv', riga 3: ha 1 campi, le colonne sono 2"),
+                 qPrintable(result.givenUp.value(0).reason));
     }
 
     void ASettingThatIsNoNumber() {

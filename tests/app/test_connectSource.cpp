@@ -212,6 +212,7 @@ private slots:
             "CODE PAGE NON DICHIARATA: il file 'clienti.dbf' è letto in windows-1252");
         Row("not set, and of no account", "", 0, QByteArray("Torino  "), "Torino", "");
         Row("told by the file", "cp1252", 2, dos, "Mondovì", "");
+        Row("put above the file", "cp850!", 3, dos, "Mondovì", "");
     }
     void readsFilesInTheCodePageOfTheSettings() {
         QFETCH(QString, setting);
@@ -225,6 +226,7 @@ private slots:
         target.Get().Config.SetAppConfig("IMPORT", "CodePage", setting);
         contract::Origin origin;
         origin.source.prepare = sourceSettings::FoxProFolder();
+        origin.name = "Arca 2000";
         QCOMPARE(ConnectSource(target.Get(), origin), SourceOutcome::Opened);
         QTEST(target.Get().SourceConnection().ExecuteWC("SELECT CITTA FROM clienti").Fields(0).Value().toString(),
               "read");
@@ -235,6 +237,47 @@ private slots:
             QVERIFY2(note.startsWith(noted) && note.contains("riga 1, colonna CITTA") && note.contains("CodePage"),
                      qPrintable(note));
             QVERIFY(target.Log().contains("CODE PAGE NON DICHIARATA"));
+        }
+    }
+
+    /// What stands under the name of an origin goes before what stands for all, unless somebody has just written that.
+    void readsTheSettingsOfTheOrigin() {
+        TestTarget target;
+        Session& session = target.Get();
+        ovConfig& config = session.Config;
+        config.SetAppConfig("IMPORT", "Servername", "db1");
+        config.SetAppConfig("IMPORT", "Username", "tutti");
+        config.SetAppConfig("IMPORT", "Password", "p");
+        config.SetAppConfig("OSL GP90", "Servername", "db2");
+        config.SetAppConfig("OSL GP90", "Driver", "FreeTDS");
+        const auto prepared = [&session](const char* origin) {
+            const sourceSettings::OfOrigin own(session, origin);
+            return Prepare(session, origin);
+        };
+        QCOMPARE(prepared("OSL GP90"), QString("0 Server=db2 Database=OSL User=tutti Password=p Driver=FreeTDS"));
+        QCOMPARE(prepared("Gescom"), QString("0 Server=db1 Database=OSL User=tutti Password=p"));
+        config.SetAppConfig("OSL GP90", "Username", "suo"); // no other user's password is his
+        QCOMPARE(prepared("OSL GP90"), QString("0 Server=db2 Database=OSL User=suo Driver=FreeTDS"));
+        const sourceSettings::OfOrigin written(session, {});
+        QCOMPARE(prepared("OSL GP90"), QString("0 Server=db1 Database=OSL User=tutti Password=p"));
+    }
+
+    /// The page of one origin is not that of the others.
+    void readsTheCodePageOfTheOrigin() {
+        TestTarget target;
+        const dbfBytes::Table table{0x03, 0, {{"CITTA", 'C', 8}}, " Mondov\x8d ", 1};
+        WriteFile(target.Folder.filePath("clienti.dbf"), table.Bytes());
+        target.Get().Config.SetAppConfig("IMPORT", "Databasename", ".");
+        target.Get().Config.SetAppConfig("IMPORT", "CodePage", "cp1252");
+        target.Get().Config.SetAppConfig("ARCA 2000", "CodePage", "cp850");
+        for (const auto& [name, city] : {std::pair("Arca 2000", "Mondovì"), {"Ad-Hoc Windows", "Mondov\u008d"}}) {
+            contract::Origin origin;
+            origin.name = name;
+            origin.source.prepare = sourceSettings::FoxProFolder();
+            QCOMPARE(ConnectSource(target.Get(), origin), SourceOutcome::Opened);
+            QCOMPARE(
+                target.Get().SourceConnection().ExecuteWC("SELECT CITTA FROM clienti").Fields(0).Value().toString(),
+                QString(city));
         }
     }
 
