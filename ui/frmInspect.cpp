@@ -76,7 +76,8 @@ void frmInspect::Lay() {
     parts->setChildrenCollapsible(false);
     parts->addWidget(NewTables());
     parts->addWidget(m_tabs);
-    parts->setSizes({2, 3});
+    const int part = fontMetrics().averageCharWidth() * WidthInCharacters / 5;
+    parts->setSizes({part * 2, part * 3});
     parts->setStretchFactor(0, 2);
     parts->setStretchFactor(1, 3);
     auto* takeAll = new QPushButton("&Accetta le proposte...");
