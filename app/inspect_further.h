@@ -18,7 +18,7 @@ struct Further {
 Further ReadFurther(const Session& session, const contract::Origin& origin, const QString& table);
 
 /// The columns of Quadrix that the file may add from a table: of the target tables that are written from it, those that
-/// no mapping fills from the source and no key has.
+/// no mapping fills from the source, without keys and the marks of who wrote a row when.
 QStringList FreeTargets(const contract::Origin& origin, const QString& table);
 
 /// Writes a condition; an empty one takes it out. What `ChangeLayout` returns and raises.

@@ -7,6 +7,8 @@
 
 #include <QSet>
 
+#include <array>
+
 namespace inspection {
 
 namespace {
@@ -48,9 +50,11 @@ Line LineOf(const contract::Mapping& mapping, const MapLine& line, bool isAdded)
         mapping.targetTable + u'.' + line.target, line.sources.join(QStringLiteral(", ")), line.rule.text, isAdded, {}};
 }
 
-Line::Value ValueOf(contract::ImportRun& run, const QString& table, const MapLine& line, const SourceRow& row) {
+/// The value that a rule gives a row of which that much is known.
+Line::Value ValueFor(contract::ImportRun& run, const QString& table, const MapLine& line, const SourceRow& row,
+                     const contract::Facts& facts) {
     try {
-        const auto value = line.rule.apply({run.GetSession(), row, line.sources, {}});
+        const auto value = line.rule.apply({run.GetSession(), row, line.sources, facts});
         if (!value) {
             return {};
         }
@@ -60,6 +64,30 @@ Line::Value ValueOf(contract::ImportRun& run, const QString& table, const MapLin
     } catch (const Error& error) {
         return {{}, error.Message()};
     }
+}
+
+/// Only a run knows the code and the roles of a row: a value that hangs on them is told for each.
+Line::Value ValueOf(contract::ImportRun& run, const QString& table, const MapLine& line, const SourceRow& row) {
+    struct Role {
+        QString name;
+        contract::Roles roles;
+    };
+    static const std::array<Role, 3> roles{
+        {{"cliente", {.customer = true}}, {"fornitore", {.supplier = true}}, {"vettore", {.carrier = true}}}};
+    const auto valueFor = [&](const contract::Facts& facts) { return ValueFor(run, table, line, row, facts); };
+    if (valueFor({.code = "1"}).text != valueFor({.code = "2"}).text) {
+        return {QStringLiteral("(lo assegna l'importazione)"), {}};
+    }
+    const Line::Value first = valueFor({.code = {}, .roles = roles.front().roles});
+    QStringList parts;
+    bool isSame = true;
+    for (const Role& role : roles) {
+        const Line::Value value = valueFor({.code = {}, .roles = role.roles});
+        isSame = isSame && value.text == first.text && value.trouble == first.trouble;
+        const QString told = value.trouble.isEmpty() ? value.text : value.trouble;
+        parts += told.isEmpty() ? QStringList() : QStringList(role.name + QStringLiteral(": ") + told);
+    }
+    return isSame ? first : Line::Value{parts.join(QStringLiteral("; ")), {}};
 }
 
 void Fill(Preview& preview, Session& session, const contract::Origin& origin, const PreviewOf& of) {

@@ -33,8 +33,8 @@ struct PreviewOf {
 std::vector<PreviewOf> Previews(const contract::Origin& origin);
 
 /// The first rows, at most ten, of the source that is open, by the rules of the mapping and of the layout file, for the
-/// company under work. What rules write meanwhile is taken back. Codes that only a run assigns are missing. Raises
-/// nothing.
+/// company under work. What rules write meanwhile is taken back. A code that only a run assigns is told to be one, and
+/// a value that hangs on the role of a counterparty is told for each role. Raises nothing.
 Preview MakePreview(Session& session, const contract::Origin& origin, const PreviewOf& of);
 
 } // namespace inspection

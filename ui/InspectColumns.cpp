@@ -141,6 +141,7 @@ void InspectColumns::ShowColumn() {
     const Column* column = Current();
     m_columnName->setEnabled(column != nullptr);
     m_useColumn->setEnabled(column != nullptr && m_table.isFound);
+    m_useColumn->setToolTip(m_table.isFound ? QString() : QString("Prima scegliere la tabella"));
     m_label->setText(column == nullptr ? QString("Co&lonna:") : QString("Co&lonna per " + column->name + ':'));
     QStringList own;
     for (const inspection::OwnColumn& each : m_table.own) {

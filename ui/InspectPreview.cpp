@@ -76,8 +76,7 @@ void InspectPreview::Fill() {
         inspection::MakePreview(m_session, m_origin, m_all[static_cast<size_t>(m_which->currentData().toInt())]);
     m_note->SetText(!preview.trouble.isEmpty()
                         ? preview.trouble
-                        : "Le prime righe come verrebbero scritte. I codici che assegna solo l'importazione mancano; "
-                          "in rosso ciò che farebbe abbandonare la riga.");
+                        : "Le prime righe come verrebbero scritte; in rosso ciò che farebbe abbandonare la riga.");
     QStringList headers{"Campo", "Sorgente", "Regola"};
     for (int row = 1; row <= preview.rows; ++row) {
         headers.append("riga " + QString::number(row));

@@ -23,7 +23,7 @@ using inspection::Table;
 
 namespace {
 
-constexpr int WidthInCharacters = 150;
+constexpr int WidthInCharacters = 170;
 constexpr int HeightInLines = 40;
 
 enum TableColumn { NameColumn, StateColumn, SourceColumn, RowsColumn };
@@ -76,6 +76,8 @@ void frmInspect::Lay() {
     parts->setChildrenCollapsible(false);
     parts->addWidget(NewTables());
     parts->addWidget(m_tabs);
+    const int part = fontMetrics().averageCharWidth() * WidthInCharacters / 5;
+    parts->setSizes({part * 2, part * 3});
     parts->setStretchFactor(0, 2);
     parts->setStretchFactor(1, 3);
     auto* takeAll = new QPushButton("&Accetta le proposte...");

@@ -271,7 +271,7 @@ private slots:
         QCOMPARE(json["layoutFile"].toString(), layout);
         QVERIFY(ReadFile(layout).contains("\n;VETTORI=TRASPORTATORI ; alias: vettori"));
         QStringList found;
-        for (const auto& table : json["tables"].toArray()) {
+        for (const QJsonValue table : json["tables"].toArray()) {
             found += table["inSource"].isNull() ? QStringList() : QStringList(table["name"].toString());
         }
         QCOMPARE(found, QStringList());

@@ -253,6 +253,9 @@ private slots:
         QVERIFY(at.Done());
         QVERIFY2(shown.contains("CON_TRO.CORAS=Acciaierie Nord S.p.A."), qPrintable(shown.join('\n')));
         QVERIFY(shown.contains("CON_TRO.CONOM=NOR"));
+        QVERIFY(shown.contains("CON_TRO.CDCON=(lo assegna l'importazione)"));
+        QVERIFY(shown.contains("CON_TRO.COCLI=cliente: True; fornitore: False; vettore: False"));
+        QVERIFY(shown.contains("CON_TRO.COFGE=fornitore: 7"));
         QVERIFY(ReadFile(path).startsWith(before));
         QVERIFY(!ReadFile(path).contains("SOCIETA"));
         // What the rules did meanwhile has left nothing.
