@@ -37,3 +37,5 @@ void SourceBar::SetSource(const QString& text) {
         button->setEnabled(!text.isEmpty());
     }
 }
+
+void SourceBar::SetChoosable(bool choosable) { m_buttons.first()->setVisible(choosable); }

@@ -14,6 +14,8 @@ public:
 
     /// @param text what will be read; empty while no origin is chosen
     void SetSource(const QString& text);
+    /// Whether another source can be chosen; in a window whose lists are locked none can.
+    void SetChoosable(bool choosable);
 
 signals:
     void Edit();

@@ -13,6 +13,7 @@
 #include "ui/frmSequence.h"
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
+#include "ui/SourceBar.h"
 #include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 
@@ -180,6 +181,7 @@ void frmImport::ShowState() {
     cmbAzienda->setEnabled(!m_state.locked);
     cmbOrigine->setEnabled(!m_state.locked);
     cmbErrors->setEnabled(!m_state.locked);
+    m_source->SetChoosable(!m_state.locked);
     m_imports->SetState(m_state, FixedMnemonics, registry::Find(cmbOrigine->currentText()));
     cmdSequence->setVisible(m_state.sequence);
     cmdReset->setVisible(m_state.reset);

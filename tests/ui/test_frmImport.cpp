@@ -8,6 +8,7 @@
 #include "ui/windowPlace.h"
 
 #include <QTest>
+#include <QToolButton>
 #include <QWheelEvent>
 
 using contract::Button;
@@ -100,6 +101,7 @@ private slots:
             QVERIFY(!test.List(list).isEnabled());
         }
         QVERIFY(!test.Button("cmdReset").isVisible());
+        QVERIFY(!test.Window().findChild<QToolButton*>("cmdSource")->isVisible());
         // Locked lists leave no other way to choose than the last one.
         QCOMPARE(test.List("cmbOrigine").currentText(), QString("Arca 2000"));
         // What the row of that origin shows stays hidden.
