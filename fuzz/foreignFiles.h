@@ -63,11 +63,12 @@ inline void Split(QByteArray bytes, const QStringList& names, const QString& fol
     }
 }
 
-/// A value that cannot be read ends nothing else.
-inline void ReadValue(const Cursor& cursor, int column) {
+/// A value that cannot be read ends nothing else: its error goes into `refused` unless one stands there.
+inline void ReadValue(const Cursor& cursor, int column, std::optional<QString>& refused) {
     try {
         cursor.Value(column);
-    } catch (const ImportError&) {
+    } catch (const ImportError& error) {
+        refused = refused.value_or(error.Message());
     }
 }
 
@@ -90,9 +91,11 @@ inline std::unique_ptr<Engine> OpenFixed(const QString& folder, const Connection
         settings);
 }
 
-/// Reads every value of every table of a case in a folder. Returns the error that it is refused with.
+/// Reads every value of every table of a case in a folder. Returns the error that it, or the first of its values, is
+/// refused with.
 inline std::optional<QString> Read(const Kind& kind, const QByteArray& bytes, const QString& folder) {
     Split(bytes, kind.files, folder);
+    std::optional<QString> refused;
     try {
         ConnectionSettings settings;
         settings.connectionString = QString(kind.connectionString).arg(folder);
@@ -104,14 +107,14 @@ inline std::optional<QString> Read(const Kind& kind, const QByteArray& bytes, co
             const auto cursor = engine->Query("SELECT * FROM \"" + QString(table).replace('"', "\"\"") + '"');
             while (cursor->Next()) {
                 for (int column = 0; column < cursor->Columns().size(); ++column) {
-                    ReadValue(*cursor, column);
+                    ReadValue(*cursor, column, refused);
                 }
             }
         }
     } catch (const Error& error) {
         return error.Message();
     }
-    return std::nullopt;
+    return refused;
 }
 
 } // namespace foreignFiles

@@ -245,7 +245,8 @@ private slots:
         asTexts.Target().Db().OpenConnection();
         asTexts.Run();
         QCOMPARE(asTexts.Outcome(), apart.Outcome());
-        QCOMPARE(asTexts.Statements(), apart.Statements());
+        const QString other = golden::FirstDifference("statements", apart.Statements(), asTexts.Statements());
+        QVERIFY2(other.isEmpty(), qPrintable(other));
         QVERIFY(none.seen > 0);
     }
 };

@@ -61,7 +61,7 @@ private slots:
         Row("METODO", "YYYYYYYY", Shown::Keep);
         Row("VISUAL SPACE", "YYYYYYN-", Shown::Keep);
         Row("VISION SQL", "YYN-----", Shown::Keep);
-        Row("PANTHERA", "NNYNNNNN", Shown::Keep);
+        Row("PANTHERA", "NNYNNNNY", Shown::Keep);
         Row("BORGO", "NYYYYNYN", Shown::Keep);
         Row("SIDEREA", "NNNNNNNN", Shown::No);
     }

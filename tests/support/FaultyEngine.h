@@ -71,6 +71,7 @@ public:
           m_ran(std::move(ran)) {}
 
     Dialect TextDialect() const override { return m_engine->TextDialect(); }
+    std::optional<qint64> ChangesOfOthers() override { return m_engine->ChangesOfOthers(); }
     qint64 Run(const QString& statement) override {
         Meet(statement);
         const qint64 rows = m_engine->Run(statement);

@@ -226,7 +226,7 @@ const Origin& Entry() {
         "Panthera",
         Module,
         {"SQL Server", PrepareSource},
-        Buttons("NNYNNNN?", {{Button::Disegni, "Importa Listini"}}),
+        Buttons("NNYNNNNY", {{Button::Disegni, "Importa Listini"}}),
         Shown::Keep,
         {
             ProcedureOf(Button::Dis, Distinte()),
