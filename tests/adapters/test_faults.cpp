@@ -19,7 +19,7 @@ enum class End {
 
 /// How many of the places for a fault are tried; all of them when QUADRIX_FAULTS is set to "all".
 constexpr int Few = 2;
-constexpr int Many = 8;
+constexpr int Many = 4;
 
 /// Places from 1 to `count`: as many as are wanted, spread evenly, others for each `shift`.
 QVector<int> Places(int count, int wanted, int shift) {
