@@ -78,7 +78,7 @@ private slots:
               "rows");
         QCOMPARE(offcuts.Target.Rows("SELECT CDFMT FROM X01_ART_FMT WHERE LMANN = 0"), inUse);
         QCOMPARE(offcuts.Target.Value("SELECT COUNT(*) FROM X01_IMA_GES WHERE TBNAM = 'ART_FMT' AND TBKEY = '1' AND "
-                                      "HEX(SUBSTR(IMIMG, 1, 2)) = 'FFD8'"),
+                                      "IMIMG >= 0xFFD8 AND IMIMG < 0xFFD9"),
                  QString::number(inUse.size()));
         QCOMPARE(offcuts.Target.Person.Messages.last().text.section('\n', 0, 0),
                  QString("Correzzione eseguita correttamente!"));
