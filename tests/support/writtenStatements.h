@@ -23,8 +23,7 @@ inline ovConnection::StatementObserver WrittenStatements() {
         // of SQLite.
         const bool isOfTest = (statement.contains(" TRIGGER ") && !statement.startsWith("ALTER")) ||
                               statement.startsWith("PRAGMA ") || statement.startsWith("VACUUM ") ||
-                              statement.startsWith("INSERT OR ROLLBACK ") ||
-                              statement.contains(" RENAME COLUMN ");
+                              statement.startsWith("INSERT OR ROLLBACK ") || statement.contains(" RENAME COLUMN ");
         if (const size_t hash = qHash(statement); !isOfTest && !seen.contains(hash)) {
             seen.insert(hash);
             file.write(QString(statement).replace(QChar(u'\0'), QChar(0x2400)).toUtf8().append('\0'));
