@@ -15,5 +15,5 @@ double RoundedTo(double number, int decimals) {
 
 double MarkUpOf(double price, double cost) {
     constexpr int decimals = 2;
-    return cost == 0 ? 0 : RoundedTo((price - cost) / cost * 100, decimals);
+    return price == 0 || cost == 0 ? 0 : RoundedTo((price - cost) / cost * 100, decimals);
 }

@@ -15,5 +15,5 @@ inline double RoundCurrency(double amount) {
 /// Decimals that the cost and the price of a unit keep.
 inline constexpr int UnitDecimals = 6;
 
-/// Mark-up of a price over a cost in percent, 2 decimals; 0 without a cost.
+/// Mark-up of a price over a cost in percent, 2 decimals; 0 without a price or a cost.
 double MarkUpOf(double price, double cost);

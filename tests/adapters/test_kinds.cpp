@@ -1,4 +1,5 @@
 #include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/askedSince.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
@@ -112,11 +113,16 @@ private slots:
         Trial import("CREATE TABLE ART (COD VARCHAR(4), NOME VARCHAR(9), DEL DATETIME TEXT); INSERT INTO ART VALUES "
                      "('A', 'vecchio', '20240131 00:00:00'), ('B', 'nuovo', '20240201 00:00:00')");
         import.Person.Inputs = {"01/02/2024", "1/2/2024", "ieri"};
-        const Procedure procedure = ProcedureOf(std::nullopt, Articles{.frame = FrameNamed("ImportArticoli"),
-                                                                       .source = {.table = "ART", .key = "COD"},
-                                                                       .code = "COD",
-                                                                       .description = "NOME",
-                                                                       .since = SinceDay{"DEL"}});
+        const Articles articles{.frame = FrameNamed("ImportArticoli"),
+                                .source = {.table = "ART", .key = "COD"},
+                                .code = "COD",
+                                .description = "NOME"};
+        const Procedure procedure = ProcedureOf(
+            std::nullopt, FrameOf(articles),
+            {AskedSince(PartOf(articles),
+                        "Data inizio importazione:", [](const ovConnection& source, const QDate& from) -> QString {
+                            return "DEL >= " + LiteralOf(source, from);
+                        })});
         QCOMPARE(procedure.asks.size(), size_t{1});
         import.Run(procedure, "SELECT CDART FROM X01_ART_ICO");
         QVERIFY(import.Again);

@@ -24,7 +24,7 @@ private slots:
     void ASettingThatFitsNothingEndsBeforeTheEmptying_data() {
         Columns<QString, QString, QString, QString, QString>("module", "key", "value", "line", "error");
         Row("company", "modImport_Panthera", "ID_AZIENDA", "003", "ImportDistintePanthera reset",
-            "l'azienda '003' non è in MODPRO; ci sono '001', '002'");
+            "origine: azienda '003'; ci sono '001', '002' (chiave ID_AZIENDA");
         Row("group", "modImport_MexalDB", "MexalDB_GruppoFornitori", "6,x", "ImportContropartiMexalDB reset",
             "'x' non è l'inizio di un conto");
     }

@@ -1,6 +1,5 @@
 #include "adapters/contract/kinds/Articles.h"
 
-#include "adapters/contract/run/askedDay.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -104,9 +103,6 @@ contract::Needs Kind::Needs() const {
     if (declared.location.IsSet()) {
         needs.writes = needs.writes + LocationNeeds();
     }
-    if (declared.since) {
-        needs = needs + declared.source.NeedsOf({Field(declared.since->column)});
-    }
     return needs + declared.further;
 }
 
@@ -115,13 +111,11 @@ public:
     ArticleImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
-          m_writer(run) {
-        if (const auto& since = m_kind->declared.since; since && !run.IsSingle()) {
-            m_since = AskDay(run, since->question, GetSession().UserManager.DataElaborazione);
-        }
-    }
+          m_writer(run) {}
 
-    QString Condition() const override;
+    QString Condition() const override {
+        return m_kind->declared.condition ? m_kind->declared.condition(GetSession()) : QString();
+    }
     RowOutcome Row(const SourceRow& row) override;
 
 private:
@@ -133,24 +127,8 @@ private:
 
     std::shared_ptr<const Kind> m_kind;
     ArticleWriter m_writer;
-    QDate m_since;  ///< invalid: every row is read
     QString m_last; ///< CDART of the article carried over last
 };
-
-QString ArticleImporter::Condition() const {
-    const Articles& declared = m_kind->declared;
-    QStringList conditions;
-    if (declared.condition) {
-        conditions.append(declared.condition(GetSession()));
-    }
-    if (m_since.isValid()) {
-        const QString alias = declared.source.joins.empty() ? QString() : QStringLiteral("T.");
-        conditions.append(alias + declared.since->column +
-                          " >= " + LiteralOf(GetSession().SourceConnection(), m_since));
-    }
-    conditions.removeAll(QString());
-    return conditions.join(QStringLiteral(" AND "));
-}
 
 RowOutcome ArticleImporter::Row(const SourceRow& row) {
     const Articles& declared = m_kind->declared;
@@ -276,7 +254,9 @@ const Frame Usual{.module = {},
 } // namespace
 
 void SetMarkUp(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& article) {
-    article.Set("ARRIC", MarkUpOf(article.Value("ARPRZ").toDouble(), article.Value("ARCOS").toDouble()));
+    if (const QVariant price = article.Value("ARPRZ"); price.isValid()) {
+        article.Set("ARRIC", MarkUpOf(price.toDouble(), article.Value("ARCOS").toDouble()));
+    }
 }
 
 Frame FrameOf(const Articles& declared) { return Over(declared.frame, Usual); }
@@ -287,8 +267,6 @@ ImportPart PartOf(const Articles& declared) {
             .source = declared.source,
             .needs = kind->Needs(),
             .empties = declared.empties,
-            .asks = declared.since ? std::vector<AnswerNeed>{{declared.since->question, AnswerKind::Text}}
-                                   : std::vector<AnswerNeed>(),
             .make = [kind](ImportRun& run, const QString&) { return std::make_unique<ArticleImporter>(run, kind); }};
 }
 

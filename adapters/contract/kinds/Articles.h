@@ -44,12 +44,6 @@ struct LanguageTexts {
     Field text;
 };
 
-/// A day that the operator is asked for, today proposed: only rows of that day or later are read.
-struct SinceDay {
-    QString column; ///< of the source, a date
-    QString question = QStringLiteral("Data inizio importazione:");
-};
-
 /// An import of articles, with what hangs on them. An article that is there is rewritten.
 struct Articles {
     Frame frame = {};
@@ -65,7 +59,6 @@ struct Articles {
     std::vector<LanguageTexts> languages = {};
     /// Why the rows of an article behind the first are left out, in the operator's words; empty: they rewrite it.
     QString furtherRows = {};
-    std::optional<SinceDay> since = {};
     Emptying empties = ArticleEmptying();
 
     // What is odd about an origin.
@@ -80,7 +73,7 @@ struct Articles {
 };
 
 /// A hook for `more`: sets ARRIC, the mark-up in percent of the price over the cost that the article has been given; 0
-/// without a cost.
+/// for a price or a cost of 0, nothing without a price.
 void SetMarkUp(ImportRun& run, const SourceRow& row, TargetRow& article);
 
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.

@@ -70,6 +70,7 @@ struct CompanyKey {
     QString setting;     ///< key of section IMPORT that names the company
     QString table;       ///< that every company has
     QString column = {}; ///< that tells its company in each table; empty: its code stands in front of their names
+    QString usual = {};  ///< company without the setting; empty: one that is alone
 };
 
 /// How an origin's source opens.

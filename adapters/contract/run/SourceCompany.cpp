@@ -36,7 +36,7 @@ QString TextOf(const QVariant& value) { return value.toString().trimmed(); }
 
 SourceCompany::SourceCompany(Session& session, CompanyKey key)
     : m_key(std::move(key)),
-      m_code(modMain::GetAppConfig(session, Section, m_key.setting, {}).trimmed()),
+      m_code(modMain::GetAppConfig(session, Section, m_key.setting, m_key.usual).trimmed()),
       m_setting(QStringLiteral("chiave %1, sezione [%2] di '%3'")
                     .arg(m_key.setting, Section, QDir::toNativeSeparators(session.Config.ConfigFile()))) {}
 

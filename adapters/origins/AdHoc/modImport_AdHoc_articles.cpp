@@ -85,12 +85,9 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
 }
 
 void SetAmounts(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    const double cost = RoundedTo(CostOf(run, row), UnitDecimals);
-    target.Set("ARCOS", cost);
+    target.Set("ARCOS", RoundedTo(CostOf(run, row), UnitDecimals));
     SetPrice(run, row, target);
-    if (const double price = target.Value("ARPRZ").toDouble(); price != 0) {
-        target.Set("ARRIC", MarkUpOf(price, cost));
-    }
+    SetMarkUp(run, row, target);
 }
 
 // --- Further codes ------------------------------------------------------------------------------------------------

@@ -46,11 +46,8 @@ double PriceOf(ImportRun& run, const SourceRow& row) {
 }
 
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    const double price = RoundedTo(PriceOf(run, row), UnitDecimals);
-    target.Set("ARPRZ", price);
-    if (price != 0) {
-        target.Set("ARRIC", MarkUpOf(price, target.Value("ARCOS").toDouble()));
-    }
+    target.Set("ARPRZ", RoundedTo(PriceOf(run, row), UnitDecimals));
+    SetMarkUp(run, row, target);
 }
 
 // --- Declarations -------------------------------------------------------------------------------------------------

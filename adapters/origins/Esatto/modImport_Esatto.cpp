@@ -84,9 +84,8 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
         "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND (DataInizio IS NULL OR DataInizio <= " +
         LiteralOf(source, run.GetSession().UserManager.DataElaborazione) + ")\rORDER BY DataInizio DESC");
     if (!prices.Eof()) {
-        const double price = RoundedTo(NumberOf(SourceRow(prices), "PrezzoLis"), UnitDecimals);
-        target.Set("ARPRZ", price);
-        target.Set("ARRIC", MarkUpOf(price, target.Value("ARCOS").toDouble()));
+        target.Set("ARPRZ", RoundedTo(NumberOf(SourceRow(prices), "PrezzoLis"), UnitDecimals));
+        SetMarkUp(run, row, target);
     }
 }
 

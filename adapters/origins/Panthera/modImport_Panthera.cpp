@@ -9,7 +9,6 @@
 
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/childRules.h"
-#include "adapters/contract/kinds/company.h"
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "adapters/sourceSettings.h"
@@ -55,14 +54,8 @@ const QStringList& Tables() {
     return tables;
 }
 
-/// The rows of the company in a table that is read with a join.
-std::function<QString(ImportRun&)> OfCompany(const QString& table) {
-    return RowsOfCompany({.table = table, .column = "ID_AZIENDA", .setting = "ID_AZIENDA", .usual = "001"},
-                         "T.ID_AZIENDA");
-}
-
 /// A model has its activities and materials by these.
-const std::vector<Tie> OfModel{{"ID_AZIENDA"}, {"ID_MODELLO"}};
+const std::vector<Tie> OfModel{{"ID_MODELLO"}};
 
 // --- Rules --------------------------------------------------------------------------------------------------------
 
@@ -112,8 +105,7 @@ Bills Distinte() {
                    .key = "R_ARTICOLO",
                    .order = "R_ARTICOLO, PRIORITA, ID_MODELLO",
                    .where = "STATO = 'V' AND (R_COMMESSA IS NULL OR R_COMMESSA = '')",
-                   .naming = "R_ARTICOLO, ID_MODELLO",
-                   .told = RowsOfCompany({Modelli, "ID_AZIENDA", "ID_AZIENDA", "001"}, "ID_AZIENDA")},
+                   .naming = "R_ARTICOLO, ID_MODELLO"},
         .article = {"R_ARTICOLO", Article()},
         .sourceKey = "ID_MODELLO",
         .note = {"DESCRIZIONE, NOTE", OnLines()},
@@ -150,14 +142,14 @@ Bills Distinte() {
             },
         .furtherRows = "modello ulteriore dello stesso articolo",
         .leavesOut = OfOtherKind,
-        .further = {{}, {{Modelli, {"ID_AZIENDA"}, {"TIPO_MODELLO"}}}, {}},
+        .further = {{}, {{Modelli, {}, {"TIPO_MODELLO"}}}, {}},
     };
 }
 
 // --- Price lists --------------------------------------------------------------------------------------------------
 
 PriceLists ListsOf(const ListTables& tables) {
-    const std::vector<Tie> ofList{{"ID_AZIENDA"}, {"ID_LISTINO"}};
+    const std::vector<Tie> ofList{{"ID_LISTINO"}};
     std::vector<Tie> ofRow = ofList;
     ofRow.push_back({"ID_RIGA"});
     return {
@@ -170,7 +162,6 @@ PriceLists ListsOf(const ListTables& tables) {
                    .order = "ID_LISTINO, R_ARTICOLO, DATA_INIZ_VAL",
                    .where = "J1.STATO = 'V'",
                    .naming = "ID_LISTINO, ID_VALIDITA, ID_RIGA",
-                   .told = OfCompany(tables.rows),
                    .joins = {{.table = tables.lists,
                               .on = ofList,
                               .columns = {"DESCRIZIONE", "R_VALUTA"},
@@ -225,7 +216,9 @@ const Origin& Entry() {
     static const Origin origin{
         "Panthera",
         Module,
-        {"SQL Server", PrepareSource},
+        {.kind = "SQL Server",
+         .prepare = PrepareSource,
+         .company = CompanyKey{"ID_AZIENDA", Modelli, "ID_AZIENDA", "001"}},
         Buttons("NNYNNNNY", {{Button::Disegni, "Importa Listini"}}),
         Shown::Keep,
         {

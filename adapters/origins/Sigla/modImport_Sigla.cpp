@@ -7,9 +7,9 @@
 // SYS_IMP. Known gaps: agents' own suppliers (AGENTI), destinations, contacts.
 
 #include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/askedSince.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PriceLists.h"
-#include "adapters/contract/kinds/SinceDay.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 

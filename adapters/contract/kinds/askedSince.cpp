@@ -1,20 +1,10 @@
-#include "adapters/contract/kinds/SinceDay.h"
+#include "adapters/contract/kinds/askedSince.h"
 
-#include "sql/mod_ovTools.h"
+#include "adapters/contract/run/askedDay.h"
 
 namespace contract {
 
 namespace {
-
-QDate AskDay(ImportRun& run, const QString& prompt) {
-    const QString today = run.GetSession().UserManager.DataElaborazione.toString(u"dd/MM/yyyy");
-    const QString typed = run.Input(prompt, QuadrixCaption, today).trimmed();
-    const auto day = mod_ovTools::ReadDate(typed);
-    if (!day) {
-        throw ImportError(QStringLiteral("'%1' non è una data, scriverla gg/mm/aaaa").arg(typed));
-    }
-    return day->date();
-}
 
 /// The importer of a part with one more condition on its rows.
 class Restricted final : public Importer {
@@ -49,7 +39,7 @@ ImportPart AskedSince(ImportPart part, const QString& prompt,
         if (run.IsSingle()) {
             return make(run, singleCode);
         }
-        const QDate from = AskDay(run, prompt);
+        const QDate from = AskDay(run, prompt, run.GetSession().UserManager.DataElaborazione);
         return std::make_unique<Restricted>(run, condition(run.GetSession().SourceConnection(), from),
                                             make(run, singleCode));
     };
