@@ -3,7 +3,6 @@
 #include "sql/text/writtenParts.h"
 
 #include <QHashFunctions>
-#include <QRegularExpression>
 #include <QVariant>
 
 #include <array>
@@ -35,15 +34,6 @@ QString Numbered(const StatementShape& statement) {
         numbered.values.append(StatementShape::Value::OfInteger(place));
     }
     return numbered.Text();
-}
-
-bool IsUpdate(const QString& statement) { return statement.startsWith(u"UPDATE", Qt::CaseInsensitive); }
-
-/// What stands before the values of an INSERT, or the condition of an UPDATE.
-QString NamesOf(const QString& statement) {
-    const QString end = IsUpdate(statement) ? QStringLiteral("WHERE") : QStringLiteral("VALUES");
-    const qsizetype at = statement.indexOf(end, 0, Qt::CaseInsensitive);
-    return at < 0 ? statement : statement.left(at);
 }
 
 } // namespace
@@ -80,16 +70,18 @@ bool AbsentValues::IsAbsent(const QString& table, const QString& column, const Q
     return !m_columns[index].MayHold(Folded(value));
 }
 
-/// False for a column that holds what is no text. A reading that breaks off has told nothing.
+/// False for a column that holds or takes what is no text. A reading that breaks off has told nothing.
 bool AbsentValues::Fill(Column& column, const QString& table, const QString& name, const Reader& read) {
     Column filled = column;
     filled.filter.resize(FilterBits / WordBits);
-    read(table, name, [&filled](const QVariant& value) {
+    filled.reading = ++m_readings;
+    const bool isRead = read(table, name, [&filled](const QVariant& value) {
         filled.isUseless = filled.isUseless || (!value.isNull() && value.typeId() != QMetaType::QString);
         if (!value.isNull()) {
             filled.Add(Folded(value.toString()));
         }
     });
+    filled.isUseless = filled.isUseless || !isRead;
     if (filled.isUseless) {
         filled.filter = {};
     }
@@ -97,24 +89,45 @@ bool AbsentValues::Fill(Column& column, const QString& table, const QString& nam
     return !column.isUseless;
 }
 
-std::vector<AbsentValues::Written> AbsentValues::WritesOf(const StatementShape& statement) const {
+/// None for a statement that may write anything anywhere.
+std::optional<std::vector<AbsentValues::Written>> AbsentValues::WritesOf(const StatementShape& statement) const {
     constexpr qsizetype unclear = -1;
     const QString text = Numbered(statement);
-    const QByteArray table = Folded(writtenParts::Table(text));
-    const QString names = NamesOf(text);
-    const bool isOfAll = !IsUpdate(text) && !names.contains(u'(');
+    const QByteArray table = Folded(writtenParts::TableName(text));
+    if (table.isEmpty()) {
+        return std::nullopt;
+    }
     std::vector<Written> written;
     for (size_t index = 0; index < m_columns.size(); ++index) {
-        const QString name = QString::fromUtf8(m_columns[index].name);
-        const QRegularExpression word(u"\\b" + name + u"\\b", QRegularExpression::CaseInsensitiveOption);
-        if (m_columns[index].table != table || (!isOfAll && !names.contains(word))) {
+        if (m_columns[index].table != table) {
             continue;
         }
-        bool isPlace = false;
-        const qsizetype place = writtenParts::Value(text, name).toLongLong(&isPlace);
-        written.push_back({qsizetype(index), isPlace ? place : unclear});
+        const writtenParts::Writing writing = writtenParts::Of(text, QString::fromUtf8(m_columns[index].name));
+        if (writing.kind != writtenParts::Writing::Kind::None) {
+            bool isPlace = false;
+            const qsizetype place = writing.literal.toLongLong(&isPlace);
+            isPlace = isPlace && place >= 0 && place < statement.values.size();
+            written.push_back({qsizetype(index), isPlace ? place : unclear});
+        }
     }
     return written;
+}
+
+/// The same, kept by shape; null for none.
+const std::vector<AbsentValues::Written>* AbsentValues::KnownWrites(const StatementShape& statement) {
+    auto known = m_known.constFind(statement.shape);
+    if (known == m_known.constEnd()) {
+        constexpr qsizetype mostShapes = 1024;
+        if (m_known.size() >= mostShapes) {
+            m_known.clear();
+        }
+        auto writes = WritesOf(statement);
+        if (!writes) {
+            return nullptr;
+        }
+        known = m_known.insert(statement.shape, std::move(*writes));
+    }
+    return &*known;
 }
 
 void AbsentValues::Runs(const StatementShape& statement) {
@@ -122,19 +135,13 @@ void AbsentValues::Runs(const StatementShape& statement) {
     if (m_columns.empty() || statement.verb == Verb::Select || statement.verb == Verb::Delete) {
         return;
     }
-    if (statement.verb == Verb::Other) {
+    const bool isPlain = statement.verb != Verb::Other && statement.isCommon;
+    const std::vector<Written>* writes = isPlain ? KnownWrites(statement) : nullptr;
+    if (writes == nullptr) {
         Clear(); // it may be anything
         return;
     }
-    auto known = m_known.constFind(statement.shape);
-    if (known == m_known.constEnd()) {
-        constexpr qsizetype mostShapes = 1024;
-        if (m_known.size() >= mostShapes) {
-            m_known.clear();
-        }
-        known = m_known.insert(statement.shape, WritesOf(statement));
-    }
-    for (const Written& written : *known) {
+    for (const Written& written : *writes) {
         Column& column = m_columns[static_cast<size_t>(written.column)];
         if (column.filter.empty()) {
             continue;
@@ -144,6 +151,14 @@ void AbsentValues::Runs(const StatementShape& statement) {
             column.Add(statement.values.at(written.place).bytes.toUpper());
         } else if (written.place < 0 || statement.values.at(written.place).kind != StatementShape::Value::Kind::Null) {
             column.filter = {}; // read anew when it is asked for again
+        }
+    }
+}
+
+void AbsentValues::TakenBack(qint64 readings) {
+    for (Column& column : m_columns) {
+        if (column.reading > readings) {
+            column.filter = {};
         }
     }
 }

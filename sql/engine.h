@@ -91,6 +91,9 @@ public:
     /// themselves: by another connection, by a trigger. Within a transaction others change nothing. Nothing where the
     /// database cannot tell.
     virtual std::optional<qint64> ChangesOfOthers() { return std::nullopt; }
+    /// Whether a column holds each text as it is written, and Null in rows whose INSERT does not name it; false where
+    /// the database cannot tell.
+    virtual bool KeepsTexts(const QString& /*table*/, const QString& /*column*/) { return false; }
     /// Names of the tables and views the connection sees.
     virtual QStringList Tables() = 0;
     /// Columns of a table, in their order; empty when the table does not exist.

@@ -255,6 +255,8 @@ void ovConnection::BeginTrans() {
         m_absent.Clear();
         m_othersChanges = changes;
     }
+    m_readingsBefore = m_absent.Readings();
+    m_readingsAtMark = m_readingsBefore;
 }
 
 /// Whoever writes beside waits for the end of the transaction, and is noticed at the beginning of the next one. What a
@@ -269,6 +271,9 @@ bool ovConnection::IsAbsent(const QString& table, const QString& column, const Q
     }
     return m_absent.IsAbsent(GetFullTableName(table), column, value,
                              [this](const QString& name, const QString& of, const auto& take) {
+                                 if (!m_engine->KeepsTexts(name, of)) {
+                                     return false;
+                                 }
                                  SqlText query(ProviderType);
                                  query += u"SELECT ";
                                  query += of;
@@ -277,11 +282,12 @@ bool ovConnection::IsAbsent(const QString& table, const QString& column, const Q
                                  for (Recordset rows = ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
                                      take(rows.Fields(0).Value());
                                  }
+                                 return true;
                              });
 }
 
 void ovConnection::NoticeWriting(const QString& statement) {
-    if (m_othersChanges && !IsQuery(statement)) {
+    if (m_othersChanges && !m_absent.IsEmpty() && !IsQuery(statement)) {
         m_absent.Runs(StatementShape::Of(statement.toUtf8()));
     }
 }
@@ -291,12 +297,14 @@ void ovConnection::SetMark() {
     Engine& engine = Opened(statement);
     Show(Trace, statement);
     NoticingLoss([&] { engine.SetMark(); });
+    m_readingsAtMark = m_absent.Readings();
 }
 
 void ovConnection::RollbackToMark() {
     const QString statement = QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW");
     Engine& engine = Opened(statement);
     Show(Trace, statement);
+    m_absent.TakenBack(m_readingsAtMark);
     NoticingLoss([&] { engine.RollBackToMark(); });
 }
 
@@ -322,6 +330,7 @@ void ovConnection::RollbackTrans() {
     if (m_inTransaction) {
         m_inTransaction = false;
         m_lost = false;
+        m_absent.TakenBack(m_readingsBefore);
         Show(Trace, QStringLiteral("ROLLBACK"));
         Opened(QStringLiteral("ROLLBACK")).RollBack();
     }

@@ -150,6 +150,8 @@ private:
     AbsentValues m_absent;
     std::optional<qint64> m_othersChanges; ///< those that it takes into account; none: the database cannot tell
     QStringList m_locks;                   ///< that it has taken
+    qint64 m_readingsBefore = 0;           ///< `m_absent.Readings` at the beginning of the transaction
+    qint64 m_readingsAtMark = 0;           ///< the same at its mark
     bool m_inTransaction = false;
     bool m_lost = false;
 };

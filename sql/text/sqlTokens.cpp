@@ -1,5 +1,20 @@
 #include "sql/text/sqlTokens.h"
 
+namespace {
+
+QString Unquoted(const QString& token) {
+    const QChar quote = token.isEmpty() ? QChar() : token.front();
+    if (quote == u'[') {
+        return token.mid(1, token.size() - 2);
+    }
+    if (quote != u'"' && quote != u'`') {
+        return token;
+    }
+    return token.mid(1, token.size() - 2).replace(QString(2, quote), QString(quote));
+}
+
+} // namespace
+
 void SqlTokens::Scan() {
     m_end = m_start;
     m_kind = Kind::Other;
@@ -59,6 +74,20 @@ QString SqlTokens::TakeParenthesis() {
         }
     }
     return call;
+}
+
+bool SqlTokens::IsPartOfName() const {
+    return m_kind == Kind::Word || m_kind == Kind::Name || m_kind == Kind::Bracket || m_kind == Kind::Number;
+}
+
+QString SqlTokens::TakeName() {
+    SkipSpace();
+    QString name;
+    while (IsPartOfName() || Current() == u'.') {
+        name = Current() == u'.' ? QString() : QString(name + Unquoted(Text()));
+        Skip();
+    }
+    return name;
 }
 
 QStringList SqlTokens::Arguments() const {

@@ -42,6 +42,8 @@ public:
     bool IsSpace() const { return m_kind == Kind::Space; }
     /// A literal, a quoted name or a comment: nothing in it is a word of the statement.
     bool IsOpaque() const;
+    /// Whether the token may stand in a name: a word, or what is in quotes or brackets.
+    bool IsPartOfName() const;
     /// Whether the token is that word, in any case.
     bool IsWord(QLatin1String word) const {
         return m_kind == Kind::Word && m_end - m_start == word.size() && View().compare(word, Qt::CaseInsensitive) == 0;
@@ -60,6 +62,8 @@ public:
     }
     /// Takes what stands up to the end of the parenthesis that comes next, with it.
     QString TakeParenthesis();
+    /// Takes a name and gives its last part, without its quotes: "t" of "base.`t`"; empty when none stands here.
+    QString TakeName();
     /// The arguments of the call under way, cut at the commas of its own level.
     QStringList Arguments() const;
     /// Whether the token is the word GO alone on its line.

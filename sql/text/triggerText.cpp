@@ -4,22 +4,6 @@
 
 namespace {
 
-bool IsNameToken(const SqlTokens& tokens) {
-    return tokens.TokenKind() == SqlTokens::Kind::Word || tokens.TokenKind() == SqlTokens::Kind::Name ||
-           tokens.TokenKind() == SqlTokens::Kind::Bracket || tokens.TokenKind() == SqlTokens::Kind::Number;
-}
-
-QString Unquoted(const QString& token) {
-    const QChar quote = token.isEmpty() ? QChar() : token.front();
-    if (quote == u'[') {
-        return token.mid(1, token.size() - 2);
-    }
-    if (quote != u'"' && quote != u'`') {
-        return token;
-    }
-    return token.mid(1, token.size() - 2).replace(QString(2, quote), QString(quote));
-}
-
 bool TakeWord(SqlTokens& tokens, QLatin1String word) {
     tokens.SkipSpace();
     if (!tokens.IsWord(word)) {
@@ -27,17 +11,6 @@ bool TakeWord(SqlTokens& tokens, QLatin1String word) {
     }
     tokens.Skip();
     return true;
-}
-
-/// The last part of a name: "t" of "base.`t`".
-QString TakeName(SqlTokens& tokens) {
-    tokens.SkipSpace();
-    QString name;
-    while (IsNameToken(tokens) || tokens.Current() == u'.') {
-        name = tokens.Current() == u'.' ? QString() : QString(name + Unquoted(tokens.Text()));
-        tokens.Skip();
-    }
-    return name;
 }
 
 /// "DEFINER=`anna`@`%`": what stands behind the equals sign has no blank in it, but within quotes.
@@ -49,7 +22,7 @@ void SkipDefiner(SqlTokens& tokens) {
     if (tokens.Current() == u'=') {
         tokens.Skip();
         tokens.SkipSpace();
-        while (IsNameToken(tokens) || tokens.TokenKind() == SqlTokens::Kind::Text) {
+        while (tokens.IsPartOfName() || tokens.TokenKind() == SqlTokens::Kind::Text) {
             tokens.Skip();
         }
     }
@@ -72,12 +45,12 @@ bool IsTriggerText(const QString& statement, const QString& name, const QString&
         TakeWord(tokens, QLatin1String("NOT"));
         TakeWord(tokens, QLatin1String("EXISTS"));
     }
-    if (!Is(TakeName(tokens), name)) {
+    if (!Is(tokens.TakeName(), name)) {
         return false;
     }
     while (!tokens.AtEnd() && !tokens.IsWord(QLatin1String("ON"))) {
         tokens.Skip();
     }
     tokens.Skip();
-    return Is(TakeName(tokens), table);
+    return Is(tokens.TakeName(), table);
 }

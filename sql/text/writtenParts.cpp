@@ -2,11 +2,16 @@
 
 #include "sql/text/sqlTokens.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace writtenParts {
 
 namespace {
 
 using Kind = SqlTokens::Kind;
+
+const Writing Unclear{Writing::Kind::Unclear};
 
 void SkipWord(SqlTokens& tokens) {
     tokens.Skip();
@@ -57,40 +62,88 @@ QStringList TakeList(SqlTokens& tokens) {
     return SqlTokens(list).Arguments();
 }
 
-bool IsColumn(const QString& name, const QString& column) {
-    QString bare = name.trimmed();
-    bare.remove(u'[').remove(u']').remove(u'"').remove(u'`');
-    return bare.compare(column, Qt::CaseInsensitive) == 0;
+/// The name when the text is one and nothing else.
+std::optional<QString> NameIn(const QString& text) {
+    SqlTokens tokens(text);
+    const QString name = tokens.TakeName();
+    tokens.SkipSpace();
+    return tokens.AtEnd() && !name.isEmpty() ? std::optional(name) : std::nullopt;
 }
 
-QString Inserted(SqlTokens& tokens, const QString& column) {
+bool Is(const std::optional<QString>& name, const QString& column) {
+    return name && name->compare(column, Qt::CaseInsensitive) == 0;
+}
+
+Writing WritingOf(const QString& value) {
+    const QString literal = AsLiteral(value.trimmed());
+    return literal.isEmpty() ? Unclear : Writing{Writing::Kind::Literal, literal};
+}
+
+Writing Inserted(SqlTokens& tokens, const QString& column) {
     tokens.SkipSpace();
+    if (tokens.Current() != u'(') {
+        return Unclear;
+    }
     const QStringList columns = TakeList(tokens);
     tokens.SkipSpace();
     if (!tokens.IsWord(QLatin1String("VALUES"))) {
-        return {};
+        return Unclear;
     }
     SkipWord(tokens);
-    const QStringList values = TakeList(tokens);
+    const QStringList values = tokens.Current() == u'(' ? TakeList(tokens) : QStringList();
     tokens.SkipSpace();
-    const auto isColumn = [&column](const QString& name) { return IsColumn(name, column); };
-    const auto place = std::find_if(columns.begin(), columns.end(), isColumn) - columns.begin();
-    return tokens.AtEnd() ? AsLiteral(values.value(place).trimmed()) : QString();
+    if (!tokens.AtEnd() || values.size() != columns.size()) {
+        return Unclear; // further rows, or what is done instead of inserting
+    }
+    Writing found;
+    for (qsizetype place = 0; place < columns.size(); ++place) {
+        const auto name = NameIn(columns.at(place));
+        found = !name ? Unclear : Is(name, column) ? WritingOf(values.at(place)) : found;
+    }
+    return found;
 }
 
-QString Updated(SqlTokens& tokens, const QString& column) {
-    for (; !tokens.AtEnd() && !tokens.IsWord(QLatin1String("WHERE")); tokens.Skip()) {
-        const bool isName = tokens.TokenKind() == Kind::Word || tokens.TokenKind() == Kind::Bracket;
-        if (!isName || !IsColumn(tokens.Text(), column)) {
-            continue;
+/// What stands before one of the marks, or WHERE, of its own level.
+QString TakePiece(SqlTokens& tokens, QStringView marks) {
+    QString piece;
+    for (int depth = 0; !tokens.AtEnd(); piece += tokens.Take()) {
+        const QChar c = tokens.IsOpaque() ? QChar() : tokens.Current();
+        if (depth == 0 && (marks.contains(c) || tokens.IsWord(QLatin1String("WHERE")))) {
+            break;
         }
-        SkipWord(tokens);
-        if (tokens.Current() == u'=') {
-            SkipWord(tokens);
-            return IsLiteral(tokens) ? tokens.Text() : QString();
-        }
+        depth += c == u'(' ? 1 : c == u')' ? -1 : 0;
     }
-    return {};
+    return piece;
+}
+
+Writing Updated(SqlTokens& tokens, const QString& column) {
+    tokens.SkipSpace();
+    if (!tokens.IsWord(QLatin1String("SET"))) {
+        return Unclear;
+    }
+    Writing found;
+    do {
+        tokens.Skip();
+        const QString target = TakePiece(tokens, u"=,");
+        const auto name = NameIn(target);
+        if (!name || tokens.Current() != u'=') {
+            return Unclear;
+        }
+        tokens.Skip();
+        const QString value = TakePiece(tokens, u",");
+        if (Is(name, column)) {
+            found = found.kind == Writing::Kind::None ? WritingOf(value) : Unclear;
+        }
+    } while (tokens.Current() == u',');
+    return found;
+}
+
+/// Whether what stands behind the name of a table is what an INSERT or UPDATE of it goes on with.
+bool GoesOn(const SqlTokens& tokens) {
+    static constexpr QLatin1String words[] = {QLatin1String("SET"), QLatin1String("VALUES"), QLatin1String("SELECT"),
+                                              QLatin1String("DEFAULT")};
+    return tokens.Current() == u'(' || std::any_of(std::begin(words), std::end(words),
+                                                   [&tokens](QLatin1String word) { return tokens.IsWord(word); });
 }
 
 } // namespace
@@ -100,14 +153,26 @@ QString Table(const QString& statement) {
     return ToTable(tokens) ? TakeTable(tokens) : QString();
 }
 
-QString Value(const QString& statement, const QString& column) {
+QString TableName(const QString& statement) {
+    SqlTokens tokens(statement);
+    if (!ToTable(tokens)) {
+        return {};
+    }
+    const QString name = tokens.TakeName();
+    tokens.SkipSpace();
+    return GoesOn(tokens) ? name : QString();
+}
+
+Writing Of(const QString& statement, const QString& column) {
     SqlTokens tokens(statement);
     const bool isUpdate = tokens.FollowedBy(QLatin1String("UPDATE"), 0);
     if (!ToTable(tokens)) {
-        return {};
+        return Unclear;
     }
     TakeTable(tokens);
     return isUpdate ? Updated(tokens, column) : Inserted(tokens, column);
 }
+
+QString Value(const QString& statement, const QString& column) { return Of(statement, column).literal; }
 
 } // namespace writtenParts

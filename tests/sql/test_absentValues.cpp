@@ -45,7 +45,7 @@ private slots:
         Row("in another case", "c1", text("insert into t (b, [a]) values (1, 'C1')"));
         Row("an expression", "c1", text("INSERT INTO T (A) VALUES ('c' || '1')"));
         Row("rows of another table", "x1", text("INSERT INTO T (A) SELECT A FROM U"));
-        Row("without names", "c1", text("INSERT INTO T VALUES ('c1', 1)"));
+        Row("without names", "c1", text("INSERT INTO T VALUES ('c1', 1, 2, 3)"));
         Row("an update", "c1", text("UPDATE T SET B = 2, A = 'c1' WHERE A = 'a1'"));
         Row("a trigger", "x2", text("INSERT INTO U (A) VALUES ('x2')"));
         Row("by a query", "c1",
@@ -53,6 +53,22 @@ private slots:
         Row("values apart", "c1",
             Write([](ovConnection& target) { target.Execute(Insert("c1", DataType::NVarChar)); }));
         Row("a number", "17", Write([](ovConnection& target) { target.Execute(Insert(17, DataType::Integer)); }));
+        Row("an expression in an update", "c1", text("UPDATE T SET A = 'c' || B, B = 1"));
+        Row("a condition in an update", "c1", text("UPDATE T SET B = CASE WHEN A = 'q1' THEN 1 END, A = 'c1'"));
+        Row("an update of what has WHERE in its name", "c1", text("UPDATE T SET WHEREFROM = '1', A = 'c1'"));
+        Row("an update of quoted names", "c1", text("UPDATE \"T\" SET \"A\" = 'c1'"));
+        Row("a quoted table", "c1", text("INSERT INTO [T] (A) VALUES ('c1')"));
+        Row("a table with its owner", "c1", text("INSERT INTO main.T (A) VALUES ('c1')"));
+        Row("words before the table", "c1", text("INSERT OR REPLACE INTO T (A) VALUES ('c1')"));
+        Row("an insertion that becomes an update", "c1",
+            text("INSERT INTO T (B, K) VALUES (1, 1) ON CONFLICT (K) DO UPDATE SET A = 'c1'"));
+        Row("more values than are taken out", "c1",
+            text("INSERT INTO T (B, A) VALUES " + QStringList(600, "(1, 'c1')").join(", ")));
+        Row("rows that give results, and a trigger", "x2",
+            Write([](ovConnection& target) { target.ExecuteWC("INSERT INTO U (A) VALUES ('x2') RETURNING A"); }));
+        Row("half of a statement that fails", "x3", Write([](ovConnection& target) {
+                QVERIFY_THROWS_EXCEPTION(SqlError, target.Execute("INSERT OR FAIL INTO U (A) VALUES ('x3'), ('x3')"));
+            }));
         Row("another connection", "c1", Write([this](ovConnection& target) {
                 target.CommitTrans();
                 ovConnection other;
@@ -66,9 +82,9 @@ private slots:
         QFETCH(const std::function<void(ovConnection&)>, write);
         ovConnection target;
         Open(target);
-        target.Execute("CREATE TABLE T (A NVARCHAR(20), B INT)");
-        target.Execute("CREATE TABLE U (A NVARCHAR(20))");
-        target.Execute("INSERT INTO T (A) VALUES ('a1')");
+        target.Execute("CREATE TABLE T (A NVARCHAR(20), B INT, K INT UNIQUE, WHEREFROM INT)");
+        target.Execute("CREATE TABLE U (A NVARCHAR(20) UNIQUE)");
+        target.Execute("INSERT INTO T (A, B, K) VALUES ('a1', 1, 1)");
         target.Execute("INSERT INTO U (A) VALUES ('x1')");
         target.Execute("CREATE TRIGGER R AFTER INSERT ON U BEGIN INSERT INTO T (A) VALUES (NEW.A); END");
         QVERIFY(!IsAbsent(target, value)); // outside a transaction it may change at any time
@@ -78,6 +94,52 @@ private slots:
         write(target);
         QVERIFY(!IsAbsent(target, value));
         QVERIFY(IsAbsent(target, "z9"));
+    }
+
+    void WhatIsTakenBackIsFound_data() {
+        using Take = std::function<void(ovConnection&)>;
+        Columns<QString, Take>("change", "takeBack");
+        const Take toMark = [](ovConnection& target) { target.RollbackToMark(); };
+        const Take transaction = [](ovConnection& target) {
+            target.RollbackTrans();
+            target.BeginTrans();
+        };
+        Row("a deletion, to the mark", "DELETE T WHERE A = 'a1'", toMark);
+        Row("a change, to the mark", "UPDATE T SET A = 'b1' WHERE A = 'a1'", toMark);
+        Row("a deletion, with the transaction", "DELETE T WHERE A = 'a1'", transaction);
+    }
+    void WhatIsTakenBackIsFound() {
+        QFETCH(const QString, change);
+        QFETCH(const std::function<void(ovConnection&)>, takeBack);
+        ovConnection target;
+        Open(target);
+        target.Execute("CREATE TABLE T (A NVARCHAR(20))");
+        target.Execute("INSERT INTO T (A) VALUES ('a1')");
+        target.BeginTrans();
+        target.SetMark();
+        target.Execute(change);
+        QVERIFY(IsAbsent(target, "a1"));
+        takeBack(target);
+        QVERIFY(!IsAbsent(target, "a1"));
+        QVERIFY(IsAbsent(target, "z9"));
+    }
+
+    void OnlyTextsAreKnown_data() {
+        Columns<QString, QString>("type", "asked");
+        Row("numbers, none there yet", "INT", "07");
+        Row("texts with a default", "NVARCHAR(20) DEFAULT ('d1')", "d1");
+    }
+    void OnlyTextsAreKnown() {
+        QFETCH(const QString, type);
+        QFETCH(const QString, asked);
+        ovConnection target;
+        Open(target);
+        target.Execute("CREATE TABLE T (A " + type + ", B INT)");
+        target.BeginTrans();
+        QVERIFY(!IsAbsent(target, asked));
+        target.Execute("INSERT INTO T (B) VALUES (1)");
+        target.Execute("UPDATE T SET A = '07' WHERE A IS NULL");
+        QVERIFY(!IsAbsent(target, asked));
     }
 
     void AReadingThatBreaksOffTellsNothing() {
@@ -90,6 +152,7 @@ private slots:
                     throw SqlError({}, "gone");
                 }
                 take("c1");
+                return true;
             });
         };
         for (int time = 0; time < 100; ++time) {

@@ -72,6 +72,9 @@ public:
 
     Dialect TextDialect() const override { return m_engine->TextDialect(); }
     std::optional<qint64> ChangesOfOthers() override { return m_engine->ChangesOfOthers(); }
+    bool KeepsTexts(const QString& table, const QString& column) override {
+        return m_engine->KeepsTexts(table, column);
+    }
     qint64 Run(const QString& statement) override {
         Meet(statement);
         const qint64 rows = m_engine->Run(statement);

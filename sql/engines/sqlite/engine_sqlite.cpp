@@ -6,8 +6,11 @@
 #include "sql/errors.h"
 #include "sql/text/triggerText.h"
 
+#include <QRegularExpression>
+
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -76,7 +79,19 @@ public:
     void Interrupt() noexcept override { sqlite3_interrupt(m_database.get()); }
     /// While a transaction writes, others wait: their part is asked for when it begins.
     std::optional<qint64> ChangesOfOthers() override {
-        return TransactionStands(false) ? std::optional(m_version + m_changedByTriggers) : std::nullopt;
+        const qint64 byOthers = sqlite3_total_changes64(m_database.get()) - m_ownChanges;
+        return TransactionStands(false) ? std::optional(m_version + byOthers) : std::nullopt;
+    }
+    /// A declared type makes numbers of texts ("07" in an INT), unless it is one of texts.
+    bool KeepsTexts(const QString& table, const QString& column) override {
+        const auto found = Query(QStringLiteral("SELECT type FROM pragma_table_info(%1) WHERE name = %2 COLLATE NOCASE "
+                                                "AND dflt_value IS NULL AND EXISTS (SELECT 1 FROM sqlite_master "
+                                                "WHERE type = 'table' AND name = %1 COLLATE NOCASE)")
+                                     .arg(Literal(table), Literal(column)));
+        const QString type = found->Next() ? found->Value(0).toString() : QString();
+        static const QRegularExpression ofTexts(QStringLiteral("CHAR|CLOB|TEXT"),
+                                                QRegularExpression::CaseInsensitiveOption);
+        return type.contains(ofTexts) && !type.contains(u"INT", Qt::CaseInsensitive);
     }
     qint64 LastInsertId() override { return sqlite3_last_insert_rowid(m_database.get()); }
 
@@ -167,7 +182,7 @@ private:
         }
         const qint64 all = sqlite3_total_changes64(m_database.get()) - before;
         const qint64 rows = sqlite3_changes64(m_database.get());
-        m_changedByTriggers += all > rows ? all - rows : 0;
+        m_ownChanges += std::min(all, rows); // what is no INSERT, UPDATE or DELETE leaves `rows` as it was
         return rows;
     }
 
@@ -234,7 +249,9 @@ private:
     std::shared_ptr<SqliteStatements> m_statements; ///< goes before the database
     bool m_marked = false;
     qint64 m_version = 0; ///< of the data, as the transaction under way found it: changes with what others write
-    qint64 m_changedByTriggers = 0; ///< rows, and by what foreign keys do
+    /// Rows that statements themselves have changed; others are changed by triggers and foreign keys, and by a
+    /// statement that fails half-way or gives rows.
+    qint64 m_ownChanges = 0;
     std::optional<FileLocks> m_locks;
 };
 
