@@ -33,7 +33,7 @@ OdbcEngine::OdbcEngine(std::shared_ptr<OdbcConnection> connection, odbc::Dbms db
 qint64 OdbcEngine::Run(const QString& statement) {
     MakeReady();
     const QString identity = odbc::WordsOf(m_dbms).withInsert;
-    if (identity.isEmpty() || !statement.startsWith(u"INSERT", Qt::CaseInsensitive)) {
+    if (!NoticeInsert(statement) || identity.isEmpty()) {
         return RunText(statement)->RowsChanged();
     }
     OdbcStatement ran(m_connection);
@@ -46,8 +46,16 @@ qint64 OdbcEngine::Run(const QString& statement) {
     return rows;
 }
 
+/// Whether it is an INSERT, which gives another identity value or none.
+bool OdbcEngine::NoticeInsert(const QString& statement) {
+    const bool isInsert = StatementShape::VerbOf(statement.toUtf8()) == StatementShape::Verb::Insert;
+    m_identity = isInsert ? 0 : m_identity;
+    return isInsert;
+}
+
 std::unique_ptr<Cursor> OdbcEngine::Query(const QString& statement) {
     MakeReady();
+    NoticeInsert(statement);
     return RowsOf(RunText(statement), statement);
 }
 
@@ -180,7 +188,8 @@ std::shared_ptr<OdbcStatement> OdbcEngine::RunText(const QString& statement) {
     return ran;
 }
 
-std::unique_ptr<Cursor> OdbcEngine::RowsOf(std::shared_ptr<OdbcStatement> ran, const QString& statement) {
+std::unique_ptr<Cursor> OdbcEngine::RowsOf(std::shared_ptr<OdbcStatement> ran,
+                                           const QString& statement) {
     auto rows = std::make_unique<OdbcCursor>(m_connection, std::move(ran), statement);
     return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
 }

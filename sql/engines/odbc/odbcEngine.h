@@ -54,6 +54,8 @@ protected:
     qint64 Number(const QString& query);
 
 private:
+    bool NoticeInsert(const QString& statement);
+
     std::shared_ptr<OdbcConnection> m_connection;
     odbc::Dbms m_dbms;
     Dialect m_dialect;
@@ -62,5 +64,5 @@ private:
     RowLocks m_rowLocks;      ///< where the user may take no others
     FileLocks m_machineLocks; ///< where the database has none
     bool m_inTransaction = false;
-    qint64 m_identity = 0; ///< given by the last INSERT, where it tells it itself
+    qint64 m_identity = 0; ///< given by the last INSERT, where it tells it itself; 0: by none that has told it
 };
