@@ -25,7 +25,6 @@ public:
     QString Text() const { return m_shape.Text(); }
     /// What an engine runs.
     const StatementShape& Shape() const { return m_shape; }
-    bool IsQuery() const { return m_shape.verb == StatementShape::Verb::Select; }
 
 private:
     class Values;

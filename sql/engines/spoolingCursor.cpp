@@ -12,7 +12,8 @@ void ResultLine::Free() {
     }
 }
 
-SpoolingCursor::SpoolingCursor(std::unique_ptr<Cursor> live, std::shared_ptr<ResultLine> line, QString statement)
+SpoolingCursor::SpoolingCursor(std::unique_ptr<Cursor> live, std::shared_ptr<ResultLine> line,
+                               std::function<QString()> statement)
     : m_live(std::move(live)),
       m_line(std::move(line)),
       m_statement(std::move(statement)) {
@@ -93,7 +94,7 @@ void SpoolingCursor::ReadRest() {
 
 SqlError SpoolingCursor::FileError() const {
     return {
-        m_statement,
+        m_statement(),
         QStringLiteral("file temporaneo '%1': %2 (il disco è pieno?)").arg(m_file->fileName(), m_file->errorString())};
 }
 

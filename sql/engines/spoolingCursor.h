@@ -22,7 +22,8 @@ struct ResultLine {
 class SpoolingCursor final : public Cursor {
 public:
     /// Takes over a cursor that reads from the line; the line must be free.
-    SpoolingCursor(std::unique_ptr<Cursor> live, std::shared_ptr<ResultLine> line, QString statement);
+    /// @param statement makes its text, which an error alone needs
+    SpoolingCursor(std::unique_ptr<Cursor> live, std::shared_ptr<ResultLine> line, std::function<QString()> statement);
     ~SpoolingCursor() override;
 
     bool Next() override;
@@ -48,7 +49,7 @@ private:
 
     std::unique_ptr<Cursor> m_live;
     std::shared_ptr<ResultLine> m_line;
-    QString m_statement;
+    std::function<QString()> m_statement;
     QStringList m_columns; ///< once nothing is live
     bool m_hasRow = false; ///< the live cursor stands on one
     Row m_row;

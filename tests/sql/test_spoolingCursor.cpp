@@ -59,7 +59,8 @@ private slots:
         QFETCH(const int, fallsAt);
         QFETCH(const int, unreadable);
         const auto line = std::make_shared<ResultLine>();
-        SpoolingCursor rows(std::make_unique<BreakingRows>(fallsAt, unreadable), line, "SELECT N FROM T");
+        SpoolingCursor rows(std::make_unique<BreakingRows>(fallsAt, unreadable), line,
+                            [] { return QString("SELECT N FROM T"); });
         int read = 0;
         const auto error = ErrorOf<SqlError>([&] {
             for (;; ++read) {
@@ -83,7 +84,7 @@ private slots:
     /// A row that could not be put aside is never taken for one of Nulls.
     void UnreadableRow() {
         const auto line = std::make_shared<ResultLine>();
-        SpoolingCursor rows(std::make_unique<BreakingRows>(10, 2), line, "SELECT N FROM T");
+        SpoolingCursor rows(std::make_unique<BreakingRows>(10, 2), line, [] { return QString("SELECT N FROM T"); });
         QVERIFY(rows.Next() && rows.Next());
         line->Free();
         QVERIFY(ErrorOf<SqlError>([&] { rows.Value(0); }));

@@ -98,15 +98,15 @@ private:
     }
 
     std::unique_ptr<Cursor> Query(const StatementShape& statement) {
-        const QString text = statement.Text();
         std::unique_ptr<Cursor> rows;
         if (auto prepared = RunPrepared(statement)) {
             rows = std::make_unique<MySqlPreparedCursor>(std::move(prepared));
         } else {
+            const QString text = statement.Text();
             Send(text);
             rows = std::make_unique<MySqlCursor>(m_connection, m_connection->Result(text), text);
         }
-        return std::make_unique<SpoolingCursor>(std::move(rows), m_line, text);
+        return std::make_unique<SpoolingCursor>(std::move(rows), m_line, [statement] { return statement.Text(); });
     }
 
     /// Frees the line for the next statement. A connection that fell is opened again, unless a transaction went with

@@ -64,16 +64,16 @@ qint64 MariaDbOverOdbc::Run(const StatementShape& statement) {
 /// A result that the driver has cut is closed before the server puts its rows aside: the line carries one at a time.
 std::unique_ptr<Cursor> MariaDbOverOdbc::Query(const StatementShape& statement) {
     MakeReady();
-    const QString text = statement.Text();
+    const auto text = [statement] { return statement.Text(); };
     auto ran = KeepsPrepared(statement) ? m_prepared.Query(statement) : OdbcPrepared::Result();
     if (ran.isCut) {
         ran.rows->Close();
         ran.rows.reset();
-        if (auto portions = InPortions(text)) {
+        if (auto portions = InPortions(text())) {
             return portions;
         }
     }
-    return RowsOf(ran.rows != nullptr ? std::move(ran.rows) : RunUnprepared(text), text);
+    return RowsOf(ran.rows != nullptr ? std::move(ran.rows) : RunUnprepared(text()), text);
 }
 
 qint64 MariaDbOverOdbc::LastInsertId() {

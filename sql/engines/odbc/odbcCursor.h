@@ -6,7 +6,9 @@
 class OdbcCursor final : public Cursor {
 public:
     /// Takes a statement that has run, and lets it go when the rows are no longer read.
-    OdbcCursor(std::shared_ptr<OdbcConnection> connection, std::shared_ptr<OdbcStatement> statement, QString text)
+    /// @param text makes its text, which an error alone needs
+    OdbcCursor(std::shared_ptr<OdbcConnection> connection, std::shared_ptr<OdbcStatement> statement,
+               std::function<QString()> text)
         : m_connection(std::move(connection)),
           m_statement(std::move(statement)),
           m_text(std::move(text)) {}
@@ -16,7 +18,7 @@ public:
 
     bool Next() override {
         if (m_connection->TakeInterruption()) {
-            throw SqlError(m_text, QStringLiteral("interrotto"));
+            throw SqlError(m_text(), QStringLiteral("interrotto"));
         }
         return m_statement->Fetch();
     }
@@ -27,5 +29,5 @@ public:
 private:
     std::shared_ptr<OdbcConnection> m_connection;
     std::shared_ptr<OdbcStatement> m_statement;
-    QString m_text;
+    std::function<QString()> m_text;
 };

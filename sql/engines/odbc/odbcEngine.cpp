@@ -56,7 +56,7 @@ bool OdbcEngine::NoticeInsert(const QString& statement) {
 std::unique_ptr<Cursor> OdbcEngine::Query(const QString& statement) {
     MakeReady();
     NoticeInsert(statement);
-    return RowsOf(RunText(statement), statement);
+    return RowsOf(RunText(statement), [statement] { return statement; });
 }
 
 void OdbcEngine::Begin() {
@@ -189,7 +189,7 @@ std::shared_ptr<OdbcStatement> OdbcEngine::RunText(const QString& statement) {
 }
 
 std::unique_ptr<Cursor> OdbcEngine::RowsOf(std::shared_ptr<OdbcStatement> ran,
-                                           const QString& statement) {
+                                           const std::function<QString()>& statement) {
     auto rows = std::make_unique<OdbcCursor>(m_connection, std::move(ran), statement);
     return std::make_unique<SpoolingCursor>(std::move(rows), m_line, statement);
 }

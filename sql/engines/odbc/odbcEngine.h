@@ -49,7 +49,8 @@ protected:
     /// Runs a statement as a text, on a line that is ready.
     std::shared_ptr<OdbcStatement> RunText(const QString& statement);
     /// The rows of a statement that has run, read from the line until another statement needs it.
-    std::unique_ptr<Cursor> RowsOf(std::shared_ptr<OdbcStatement> ran, const QString& statement);
+    /// @param statement makes its text, which an error alone needs
+    std::unique_ptr<Cursor> RowsOf(std::shared_ptr<OdbcStatement> ran, const std::function<QString()>& statement);
     /// First value of a query that gives a number; 0 when it gives no row or Null.
     qint64 Number(const QString& query);
 
