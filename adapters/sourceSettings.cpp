@@ -15,15 +15,9 @@ namespace {
 const QString Section = QStringLiteral("IMPORT");
 const QString Database = QStringLiteral("Databasename");
 
-/// The origins whose settings hold, by session.
-QHash<const Session*, QString>& Origins() {
-    static QHash<const Session*, QString> origins;
-    return origins;
-}
-
 /// The section that holds a key of the origin under way.
 QString SectionOfKey(Session& session, const QString& key) {
-    return SectionOf(session, Origins().value(&session), key);
+    return SectionOf(session, session.SettingsOrigin.value_or(QString()), key);
 }
 
 /// A setting as messages name it.
@@ -134,15 +128,15 @@ QString SectionOf(Session& session, const QString& origin, const QString& key) {
 }
 
 OfOrigin::OfOrigin(Session& session, const QString& origin)
-    : m_session(Origins().contains(&session) ? nullptr : &session) {
+    : m_session(session.SettingsOrigin ? nullptr : &session) {
     if (m_session != nullptr) {
-        Origins().insert(m_session, origin);
+        m_session->SettingsOrigin = origin;
     }
 }
 
 OfOrigin::~OfOrigin() {
     if (m_session != nullptr) {
-        Origins().remove(m_session);
+        m_session->SettingsOrigin.reset();
     }
 }
 

@@ -26,7 +26,7 @@ public:
     OfOrigin& operator=(const OfOrigin&) = delete;
 
 private:
-    const Session* m_session; ///< null inside of another
+    Session* m_session; ///< null inside of another
 };
 
 /// Reads the settings Encryption and EncryptionCA of section IMPORT into a connection; raises as `modMain::ReadLine`.

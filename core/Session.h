@@ -11,6 +11,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <optional>
+
 namespace contract {
 class SourceLayout;
 }
@@ -70,6 +72,9 @@ public:
     ovDialogs Dialogs;
     /// The source of the import under way; null between imports and for imports without one.
     std::unique_ptr<ovConnection> Source;
+    /// The origin whose section of the settings goes before the common one; empty: none does, whatever is opened
+    /// within. Absent while nothing is opened.
+    std::optional<QString> SettingsOrigin;
     /// What the layout file of its origin tells, while it is open; null without such a file.
     std::shared_ptr<const contract::SourceLayout> Layout;
     /// Sees every statement that a source is asked, in the source's own words.

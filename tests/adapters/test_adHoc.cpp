@@ -128,6 +128,13 @@ private slots:
         QVERIFY2(error.contains("azienda 'C'; ci sono 'A', 'B' (chiave DBGruppo"), qPrintable(error));
         QCOMPARE(end("b"), QString("rows 1"));
         QCOMPARE(fixture.Target().Rows("SELECT CDCNT FROM X01_PIA_CON"), QStringList{"99"});
+        // The table that lists them is empty.
+        fixture.ChangeSource("DELETE FROM ClientiFornitori");
+        QVERIFY(end("").contains("quale azienda si importa; ci sono 'A', 'B'"));
+        QCOMPARE(end("b"), QString("rows 1"));
+        // A filter of the installation that names a company is no reason to read the others.
+        fixture.WriteLayout("[FILTRI]\nPianoConti=DBGruppo = 'B' OR CodConto <> ''\n");
+        QCOMPARE(end("b"), QString("rows 1"));
     }
 };
 

@@ -1,6 +1,8 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/askedSince.h"
 #include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
@@ -227,6 +229,9 @@ INSERT INTO PAGAMENTI VALUES ('R3', 'Tre rate', 3, 30, 30, NULL, NULL), ('DUE', 
         QCOMPARE(import.Rows(rows), QStringList({"DUE|1|60|DF|50", "DUE|2|90|DF|50", "R3|1|30|FM|33.33",
                                                  "R3|2|60|FM|33.33", "R3|3|90|FM|33.34"}));
         QVERIFY(import.Again);
+        import.Execute("UPDATE TAB_MPR SET MPGGS = 10");
+        import.Run(ProcedureOf(std::nullopt, terms), "SELECT DISTINCT MPGGS FROM TAB_MPR");
+        QCOMPARE(import.Rows("SELECT DISTINCT MPGGS FROM TAB_MPR"), QStringList{"10"}); // the source does not tell it
     }
 
     /// The path follows from the ledgers; an account above itself is told and has none.
@@ -254,13 +259,13 @@ INSERT INTO PIANO VALUES ('10', 'Cassa', '1'), ('1', 'Attivo', NULL), ('100', 'C
     /// Suppliers, codes and units in rows of other tables; the first supplier that is there is the preferred one.
     void whatHangsOnAnArticle() {
         Trial import(R"(
-CREATE TABLE ARTICOLI (CODICE VARCHAR(10), NOME VARCHAR(20), UM VARCHAR(3));
+CREATE TABLE ARTICOLI (CODICE VARCHAR(10), NOME VARCHAR(20), UM VARCHAR(3), ALTRA VARCHAR(3));
 CREATE TABLE FORNITORI (CODICE VARCHAR(10), CONTO VARCHAR(8), SUO VARCHAR(10), PREZZO REAL);
 CREATE TABLE CLIENTI (CODICE VARCHAR(10), CONTO VARCHAR(8), SUO VARCHAR(10));
 CREATE TABLE UNITA (CODICE VARCHAR(10), UM VARCHAR(3), USO INT, SEGNO VARCHAR(1), FATTORE REAL);
-INSERT INTO ARTICOLI VALUES ('AB', 'Staffa', 'nr');
+INSERT INTO ARTICOLI VALUES ('AB', 'Staffa', 'nr', 'mm');
 INSERT INTO FORNITORI VALUES ('AB', 'F9', 'X', 1), ('AB', 'F1', 'S-1', 5), ('AB', 'F2', NULL, 7);
-INSERT INTO CLIENTI VALUES ('AB', 'C1', 'K-1'), ('AB', 'C9', 'K-9');
+INSERT INTO CLIENTI VALUES ('AB', 'C1', 'K-1'), ('AB', 'C9', 'K-9'), ('AB', ' ', 'K-0');
 INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB', 'cf', 8, '*', 1), ('AB', 'zz', 5, '*', 1);
 )");
         import.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE, COFGE) VALUES ('000001', 'C1', NULL), ('000002', NULL, "
@@ -273,7 +278,10 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
             .source = {.table = "ARTICOLI", .key = "CODICE"},
             .code = {"CODICE", ArticleCode("ARTICOLI", "CODICE")},
             .description = "NOME",
-            .lines = {{"ARUMS", "UM", Unit("ARTICOLI", "UM", "NR")}},
+            .lines = {{"ARUMS", "UM", Unit("ARTICOLI", "UM", "NR")},
+                      {"ARCDR", "",
+                       OfFirst("ARTICOLI", {.table = "MANCA", .on = {{"CODICE"}}, .isOptional = true}, "NOTA",
+                               Text())}},
             .suppliers = {{.rows = rowsOf("FORNITORI", "PREZZO"),
                            .supplier = {"CONTO", KnownSupplier()},
                            .ownCode = "SUO",
@@ -282,7 +290,8 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
             .units = {{.rows = rowsOf("UNITA", "USO, UM"),
                        .unit = {"UM", Unit("ARTICOLI", "UM", "")},
                        .factor = {"SEGNO, FATTORE", UnitFactor()},
-                       .places = {"USO", Choice({{"2", "ARUM2"}, {"8", "ARUMP ARUMV"}}, "")}}},
+                       .places = {"USO", Choice({{"2", "ARUM2"}, {"8", "ARUMP ARUMV"}}, "")}},
+                      {.rows = {}, .unit = {"ALTRA", Unit("ARTICOLI", "UM", "")}}},
         };
         const QString rows =
             "SELECT CDCON, ARPRZ, AFABI FROM X01_ART_FOR UNION ALL SELECT COCON, CDCOD, COTIP FROM X01_ART_COD UNION "
@@ -295,19 +304,47 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
         const QString log = DecodeText(import.Log(), CodePage());
         for (const char* line : {"FORNITORE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB': 'F9'",
                                  "CLIENTE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB': 'C9'",
-                                 "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'pz' (fattore 3)"}) {
+                                 "CODICE SENZA CONTROPARTE: tabella 'ARTICOLI', CODICE 'AB': 'K-0'",
+                                 "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'pz' (fattore 3)",
+                                 "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'mm'"}) {
             QVERIFY2(log.contains(line), qPrintable(log));
         }
     }
 
-    /// A bank keeps its code, whether its own of the source or its IBAN tells it; counterparties find it.
+    /// The first bill of an article counts, wherever the further ones stand.
+    void furtherBills() {
+        Trial import(R"(
+CREATE TABLE DISTINTE (ID INT, ARTICOLO VARCHAR(10));
+CREATE TABLE PARTI (ID INT, ARTICOLO VARCHAR(10), QTA INT);
+INSERT INTO DISTINTE VALUES (1, 'A'), (2, 'B'), (3, 'A');
+INSERT INTO PARTI VALUES (1, 'C', 1), (2, 'C', 2), (3, 'C', 3);
+)");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART, ARDES) VALUES ('A', 'Uno'), ('B', 'Due'), ('C', 'Parte')");
+        const Bills bills{.frame = FrameNamed("ImportDistinte"),
+                          .source = {.table = "DISTINTE", .key = "ID", .order = "ID"},
+                          .article = {"ARTICOLO", ArticleCode("DISTINTE", "ARTICOLO")},
+                          .components = {.rows = {.table = "PARTI", .on = {{"ID"}}, .order = "ID"},
+                                         .article = {"ARTICOLO", ArticleCode("PARTI", "ARTICOLO")},
+                                         .quantity = "QTA"},
+                          .furtherRows = "distinta ulteriore"};
+        const QString rows = "SELECT B.DBART, C.DCQTA FROM X01_DIS_BAS B INNER JOIN X01_DIS_COM C ON "
+                             "C.IDDIS = B.RECORD_ID ORDER BY B.DBART";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, bills), rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows), QStringList({"A|1", "B|2"}));
+        QCOMPARE(result.skippedBy.keys(), QStringList{"distinta ulteriore"});
+        QVERIFY(import.Again);
+    }
+
+    /// A bank keeps its code, whether its own of the source or its IBAN tells it; counterparties find it. One that
+    /// nothing tells is given up, and is nobody's.
     void banks() {
         Trial import(R"(
 CREATE TABLE BANCHE (CODICE VARCHAR(8), NOME VARCHAR(20), IBAN VARCHAR(40));
-INSERT INTO BANCHE VALUES ('B1', 'Uno', NULL), ('B2', 'Due', 'IT60 X054'), ('B3', 'Tre', '');
+INSERT INTO BANCHE VALUES ('B1', 'Uno', NULL), ('B2', 'Due', 'IT60 X054'), ('B3', 'Tre', ''), ('', 'Quattro', '');
 )");
         import.Execute("INSERT INTO X01_BAN_CHE (CDBAN, BADES, BAIBA, BAEXT) VALUES ('00007', 'vecchia', 'IT60X 054', "
-                       "NULL), ('CASSA', 'Cassa', NULL, NULL), ('00003', 'prima', NULL, 'B3')");
+                       "NULL), ('CASSA', 'Cassa', NULL, ''), ('00003', 'prima', NULL, 'B3')");
         const Banks banks{.frame = FrameNamed("ImportBanche"),
                           .source = {.table = "BANCHE", .key = "CODICE", .order = "CODICE"},
                           .code = "CODICE",
@@ -317,11 +354,14 @@ INSERT INTO BANCHE VALUES ('B1', 'Uno', NULL), ('B2', 'Due', 'IT60 X054'), ('B3'
         const RunResult& result = import.Run(ProcedureOf(std::nullopt, banks), rows);
         QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
         QCOMPARE(import.Rows(rows),
-                 QStringList({"00003|Tre||B3", "00007|Due|IT60X054|B2", "00008|Uno||B1", "CASSA|Cassa|NULL|NULL"}));
+                 QStringList({"00003|Tre||B3", "00007|Due|IT60X054|B2", "00008|Uno||B1", "CASSA|Cassa|NULL|"}));
         QVERIFY(import.Again);
-        const Recordset source = import.Get().Source->ExecuteWC("SELECT 'B1' AS A UNION ALL SELECT 'B9'");
+        QCOMPARE(result.givenUpCount, 1);
+        Recordset source = import.Get().Source->ExecuteWC("SELECT 'B1' AS A UNION ALL SELECT ''");
         const Field bank("A", OwnBank("CONTI", "BANCA"));
         QCOMPARE(bank.Text(import.Get(), SourceRow(source)), QString("00008"));
+        source.MoveNext();
+        QCOMPARE(bank.Text(import.Get(), SourceRow(source)), QString());
     }
 
     /// Without a code of its own a row is found again by its keys; one of an article that is not there stays behind.

@@ -162,7 +162,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
 void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
     Session& session = GetSession();
     for (const UnitsOfArticle& each : m_kind->declared.units) {
-        bool hasSecond = false;
+        bool hasSecond = !target.Value("ARUM2").toString().isEmpty();
         each.rows.ForEach(session, row, [&](const SourceRow& one) {
             const QString unit = each.unit.Text(session, one);
             const QString places = each.places.IsSet() ? each.places.Text(session, one) : QStringLiteral("ARUM2");
@@ -223,6 +223,8 @@ void ArticleImporter::WriteAlias(const SourceRow& row, const Aliases& alias, con
         m_writer.InternalCode(article, code);
     } else if (!counterparty.isEmpty()) {
         m_writer.CodeAtCounterparty(article, code, counterparty);
+    } else if (alias.counterparty.IsBlank(row)) { // one that is not there its rule tells
+        Run().Log(QStringLiteral("CODICE SENZA CONTROPARTE: %1: '%2'").arg(Run().RowKey(), code));
     }
 }
 

@@ -21,8 +21,8 @@ struct SupplierOfArticle {
 struct Aliases {
     ChildTable rows = {};
     Field code;
-    /// CDCON of the counterparty that calls the article so (`rules::KnownCustomer`): without one nothing is written.
-    /// Without the field the code is one of the company's own.
+    /// CDCON of the counterparty that calls the article so (`rules::KnownCustomer`): without one nothing is written,
+    /// and a blank one is logged. Without the field the code is one of the company's own.
     Field counterparty = {};
 };
 

@@ -49,7 +49,7 @@ void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields
         }
         all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
                        StartOf(fields.start, session, row, start), fields.percent.Number(session, row),
-                       fields.fixedDay.Number(session, row)});
+                       fields.fixedDay.IsSet() ? std::optional(fields.fixedDay.Number(session, row)) : std::nullopt});
     });
 }
 
@@ -149,8 +149,8 @@ Frame FrameOf(const Banks& declared) {
 }
 
 ImportPart PartOf(const Banks& declared) {
-    const QString code = declared.code.Columns().join(QStringLiteral(", "));
-    std::vector<MapLine> usual{{"CDBAN", code, rules::Code()}, {"BAEXT", code, rules::Text()}};
+    const QString columns = declared.code.Columns().join(QStringLiteral(", "));
+    std::vector<MapLine> usual{{"CDBAN", columns, rules::Code()}, {"BAEXT", columns, rules::Text()}};
     if (declared.iban.IsSet()) {
         usual.push_back(declared.iban.LineTo("BAIBA"));
     }
@@ -162,8 +162,11 @@ ImportPart PartOf(const Banks& declared) {
             .empties = declared.empties,
             .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
                 Session& session = run.GetSession();
-                const QString bank =
-                    BankCodeOf(session, declared.code.Text(session, row), declared.iban.Text(session, row));
+                const QString iban = declared.iban.Text(session, row);
+                // One that nothing tells would be another bank at each run.
+                const QString code =
+                    iban.isEmpty() ? declared.code.RequiredText(session, row) : declared.code.Text(session, row);
+                const QString bank = BankCodeOf(session, code, iban);
                 return WriteByCode(run, *mapping, row, {bank});
             })};
 }

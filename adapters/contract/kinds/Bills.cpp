@@ -107,7 +107,7 @@ private:
     std::shared_ptr<const Kind> m_kind;
     QString m_singleCode;
     BillWriter m_writer;
-    QString m_first; ///< article and key of the first bill of the article under way, in the source
+    QHash<QString, QString> m_firsts; ///< key of the first bill of each article, in the source
     bool m_found = false;
 };
 
@@ -140,13 +140,18 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
 }
 
 /// Whether the article of the source has a bill before this one and may have that alone. It stays the first when it is
-/// given up, whatever has failed: no other one takes its place.
+/// given up or done again, whatever has failed: no other one takes its place.
 bool BillImporter::IsFurther(const SourceRow& row) {
-    const QString article = GroupText(row, m_kind->declared.article.Columns()) + u'\x1e';
-    const QString bill = article + GroupText(row, m_kind->key.Columns());
-    const bool isFurther = m_first.startsWith(article) && m_first != bill;
-    m_first = isFurther ? m_first : bill;
-    return isFurther && !m_kind->declared.furtherRows.isEmpty();
+    const Bills& declared = m_kind->declared;
+    if (declared.furtherRows.isEmpty()) {
+        return false;
+    }
+    const QString bill = GroupText(row, m_kind->key.Columns());
+    const QString article = GroupText(row, declared.article.Columns());
+    if (!m_firsts.contains(article)) {
+        m_firsts.insert(article, bill);
+    }
+    return m_firsts.value(article) != bill;
 }
 
 bool BillImporter::End() {

@@ -198,13 +198,21 @@ QString ChildTable::NamingColumns() const {
     return BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", "));
 }
 
+namespace {
+
+bool IsLacking(Session& session, const ChildTable& rows) {
+    return rows.isOptional && session.SourceConnection().GetColumns(rows.table).isEmpty();
+}
+
+} // namespace
+
 void ChildTable::ForEach(Session& session, const SourceRow& parent,
                          const std::function<void(const SourceRow&)>& work) const {
     if (table.isEmpty()) {
         work(parent);
         return;
     }
-    if (isOptional && session.SourceConnection().GetColumns(table).isEmpty()) {
+    if (IsLacking(session, *this)) {
         return;
     }
     ForEachChild(session, QueryOf(session, parent), table, NamingColumns(), work);
@@ -212,6 +220,13 @@ void ChildTable::ForEach(Session& session, const SourceRow& parent,
 
 void ChildTable::First(Session& session, const SourceRow& parent,
                        const std::function<void(const SourceRow&)>& work) const {
+    if (table.isEmpty()) {
+        work(parent);
+        return;
+    }
+    if (IsLacking(session, *this)) {
+        return;
+    }
     const Recordset rows = session.SourceConnection().ExecuteWC(QueryOf(session, parent));
     if (rows.Eof()) {
         return;

@@ -65,7 +65,7 @@ struct ChildTable {
 
     /// Hands each child of a row to `work`, as `ForEachChild` does; the row itself without a table.
     void ForEach(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
-    /// Hands the first of them alone to `work`; none when there is none.
+    /// The same with the first of them alone.
     void First(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
     /// The name of a child in messages.
     QString Name(const SourceRow& row) const;

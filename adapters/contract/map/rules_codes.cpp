@@ -105,6 +105,9 @@ Rule OwnBank(const QString& table, const QString& field) {
                            "left out without one")
                 .arg(table, field),
             [table, field](const RuleInput& input) -> RuleValue {
+                if (input.Text().isEmpty()) { // as is the external code of each bank that was entered by hand
+                    return std::nullopt;
+                }
                 Session& session = input.session;
                 const QString translated = modImport::GetNewCode(session, table, field, input.Text(), false);
                 const QString code =

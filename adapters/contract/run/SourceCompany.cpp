@@ -5,6 +5,7 @@
 #include "sources/layout/Layout.h"
 
 #include <QDir>
+#include <QSet>
 
 namespace contract {
 
@@ -74,7 +75,7 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
     }
     QVariant company;
     QStringList companies;
-    for (const QVariant& value : ValuesOf(source, m_key.table, m_key.column)) {
+    for (const QVariant& value : Companies(source, tables)) {
         companies.append(TextOf(value));
         if (m_code.isEmpty() || TextOf(value).compare(m_code, Qt::CaseInsensitive) == 0) {
             company = value;
@@ -84,18 +85,44 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
         return companies.isEmpty() ? QString() : Wrong(companies);
     }
     for (const QString& table : tables) {
-        if (!ColumnsOf(source, table).contains(m_key.column, Qt::CaseInsensitive)) {
-            continue;
-        }
-        const QString column = layout.InSource({table + u'.' + m_key.column}).first().section(u'.', -1);
-        const QString condition = column + QStringLiteral(" = ") + LiteralOf(source, company);
-        const sources::LayoutTable* known = layout.Find(table);
-        const QString own = known == nullptr ? QString() : known->filter;
-        if (!own.contains(condition)) {
-            layout.Filter(table, own.isEmpty() ? condition : QStringLiteral("(%1) AND %2").arg(own, condition));
+        if (ColumnsOf(source, table).contains(m_key.column, Qt::CaseInsensitive)) {
+            FilterBy(layout, table, LiteralOf(source, company));
         }
     }
     return {};
+}
+
+/// Of the table that lists them, else of the others: what cannot be told apart must not be imported for each company.
+QList<QVariant> SourceCompany::Companies(ovConnection& source, const QStringList& tables) const {
+    QList<QVariant> companies = ValuesOf(source, m_key.table, m_key.column);
+    if (!companies.isEmpty()) {
+        return companies;
+    }
+    QSet<QString> known;
+    for (const QString& table : tables) {
+        if (!ColumnsOf(source, table).contains(m_key.column, Qt::CaseInsensitive)) {
+            continue;
+        }
+        for (const QVariant& value : ValuesOf(source, table, m_key.column)) {
+            if (!known.contains(TextOf(value))) {
+                known.insert(TextOf(value));
+                companies.append(value);
+            }
+        }
+    }
+    return companies;
+}
+
+/// A layout that is taken again has the condition already.
+void SourceCompany::FilterBy(sources::Layout& layout, const QString& table, const QString& literal) const {
+    const QString column = layout.InSource({table + u'.' + m_key.column}).first().section(u'.', -1);
+    const QString condition = column + QStringLiteral(" = ") + literal;
+    const sources::LayoutTable* known = layout.Find(table);
+    const QString own = known == nullptr ? QString() : known->filter;
+    const bool isThere = own == condition || own.endsWith(QString(u") AND " + condition));
+    if (!isThere) {
+        layout.Filter(table, own.isEmpty() ? condition : QStringLiteral("(%1) AND %2").arg(own, condition));
+    }
 }
 
 QString SourceCompany::Wrong(const QStringList& companies) const {

@@ -48,7 +48,9 @@ void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Ins
             row.Set("MPTIP", instalment.type);
         }
         row.Set("MPGGF", instalment.days);
-        row.Set("MPGGS", instalment.fixedDay == 0 ? QVariant() : QVariant(instalment.fixedDay));
+        if (instalment.fixedDay) {
+            row.Set("MPGGS", *instalment.fixedDay == 0 ? QVariant() : QVariant(*instalment.fixedDay));
+        }
         row.Set("MPINI", instalment.start);
         row.Set("MPPER", instalment.percent);
         if (known != 0) {

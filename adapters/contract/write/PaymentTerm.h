@@ -3,6 +3,8 @@
 #include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 
+#include <optional>
+
 namespace contract {
 
 /// What the writer below writes, beside the mapping of TAB_MOP.
@@ -14,11 +16,13 @@ Emptying PaymentTermEmptying();
 
 /// An instalment of a payment term.
 struct Instalment {
-    QString type;        ///< payment type; empty for none
-    double days = 0;     ///< after the start, whole
-    QString start;       ///< "DF" date of the invoice, "FM" end of its month
-    double percent = 0;  ///< of the document's total
-    double fixedDay = 0; ///< of the month that a due date is moved to; 0: none
+    QString type;       ///< payment type; empty for none
+    double days = 0;    ///< after the start, whole
+    QString start;      ///< "DF" date of the invoice, "FM" end of its month
+    double percent = 0; ///< of the document's total
+    /// Of the month that a due date is moved to, 0 for none; absent where the source does not tell: what stands there
+    /// stays.
+    std::optional<double> fixedDay = {};
 };
 
 /// The percentages of so many equal instalments: of three 33.33, 33.33 and 33.34, as the last takes what is left.
