@@ -101,8 +101,8 @@ void RefuseUses(const QString& statement, const std::vector<PrivateDatabase::Unr
                 continue;
             }
             throw ImportError(
-                QStringLiteral("%1; l'importazione sceglie o calcola in base a questa colonna, che così ha %2 valori: "
-                               "correggerli nel file")
+                QStringLiteral("%1; l'importazione sceglie o calcola in base a questa colonna (valori che non si "
+                               "leggono: %2): correggerli nel file")
                     .arg(column->first, QString::number(column->rows)));
         }
     }
