@@ -10,6 +10,8 @@
 
 namespace sourceSettings {
 
+using contract::Place;
+
 namespace {
 
 const QString Section = QStringLiteral("IMPORT");
@@ -35,11 +37,22 @@ QString Peek(Session& session, const QString& key) {
     return session.Config.PeekAppConfig(SectionOfKey(session, key), key);
 }
 
-/// The password that goes with a user: where an origin names a user of its own, no other password is his.
-QString ReadPassword(Session& session, const QString& userKey, const QString& passwordKey) {
-    const QString section = SectionOfKey(session, userKey);
-    return storedPassword::Read(session, session.Config.File(),
-                                section == Section ? SectionOfKey(session, passwordKey) : section, passwordKey);
+/// The section of the password, of those that each key stands in.
+template<class Sections>
+QString PasswordSection(const Sections& sectionOf, const ServerKeys& keys) {
+    const QString ofUser = sectionOf(keys.username);
+    return ofUser == Section ? sectionOf(keys.password) : ofUser;
+}
+
+template<class Sections>
+QString NetworkSection(const Sections& sectionOf, const ServerKeys& keys) {
+    const QString own = sectionOf(keys.network);
+    return own == Section ? keys.networkSection : own;
+}
+
+QString ReadPassword(Session& session, const ServerKeys& keys) {
+    const auto sectionOf = [&session](const QString& key) { return SectionOfKey(session, key); };
+    return storedPassword::Read(session, session.Config.File(), PasswordSection(sectionOf, keys), keys.password);
 }
 
 void ReadProvider(Session& session, ovConnection& source) {
@@ -56,23 +69,9 @@ void ReadProvider(Session& session, ovConnection& source) {
     source.ProviderType = static_cast<Provider>(provider);
 }
 
-/// Whether the name of a database is that of a SQLite file.
-bool NamesSqliteFile(const QString& database) {
-    return database.endsWith(u".sqlite", Qt::CaseInsensitive) || database.endsWith(u".db", Qt::CaseInsensitive);
-}
-
 /// Whether a path begins with a drive or a computer of Windows, whatever system this is.
 bool IsWindowsPath(const QString& path) {
     return path.startsWith(u"\\\\") || (path.size() > 1 && path.at(1) == u':' && path.at(0).isLetter());
-}
-
-/// A path of the settings, counted from their folder.
-QString FromSettingsFolder(const Session& session, const QString& path) {
-    if (IsWindowsPath(path)) {
-        return path;
-    }
-    const QDir folder = QFileInfo(session.Config.ConfigFile()).absoluteDir();
-    return QDir::cleanPath(folder.absoluteFilePath(QString(path).replace(u'\\', u'/')));
 }
 
 /// The path of the setting Databasename that a source of files cannot do without.
@@ -109,7 +108,7 @@ void UseTextFolder(ovConnection& source, const QString& folder) {
 /// Lets the operator choose a file and hands it on; false when he gave up.
 template<class Use>
 Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
-    return [=](Session& session, ovConnection& source) {
+    const auto open = [=](Session& session, ovConnection& source) {
         session.Dialogs.DialogTitle = title;
         session.Dialogs.Filter = filter;
         if (!session.Dialogs.ovShowOpen()) {
@@ -118,6 +117,7 @@ Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
         use(source, session.Dialogs.FileName);
         return true;
     };
+    return {open, Place::Chosen};
 }
 
 } // namespace
@@ -125,6 +125,26 @@ Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
 QString SectionOf(Session& session, const QString& origin, const QString& key) {
     const bool isOwn = !origin.isEmpty() && !session.Config.PeekAppConfig(origin, key).isEmpty();
     return isOwn ? origin : Section;
+}
+
+QString NetworkSectionOf(Session& session, const QString& origin, const ServerKeys& keys) {
+    return NetworkSection([&](const QString& key) { return SectionOf(session, origin, key); }, keys);
+}
+
+QString PasswordSectionOf(Session& session, const QString& origin, const ServerKeys& keys) {
+    return PasswordSection([&](const QString& key) { return SectionOf(session, origin, key); }, keys);
+}
+
+bool NamesSqliteFile(const QString& database) {
+    return database.endsWith(u".sqlite", Qt::CaseInsensitive) || database.endsWith(u".db", Qt::CaseInsensitive);
+}
+
+QString FromSettingsFolder(const Session& session, const QString& path) {
+    if (IsWindowsPath(path)) {
+        return path;
+    }
+    const QDir folder = QFileInfo(session.Config.ConfigFile()).absoluteDir();
+    return QDir::cleanPath(folder.absoluteFilePath(QString(path).replace(u'\\', u'/')));
 }
 
 OfOrigin::OfOrigin(Session& session, const QString& origin)
@@ -163,18 +183,20 @@ QString PathAdvice(Session& session, const ovConnection& source) {
 }
 
 Prepare DataSource(const QString& defaultDsn) {
-    return [=](Session& session, ovConnection& source) {
+    const ServerKeys keys{.username = "DSN_Username", .password = "DSN_Password"};
+    const auto open = [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
         source.DSN = Setting(session, "DSN", defaultDsn);
-        source.User = Peek(session, "DSN_Username");
-        source.Password = ReadPassword(session, "DSN_Username", "DSN_Password");
+        source.User = Peek(session, keys.username);
+        source.Password = ReadPassword(session, keys);
         ReadLine(session, source);
         return true;
     };
+    return {open, Place::DataSource, keys};
 }
 
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
-    return [=](Session& session, ovConnection& source) {
+    const auto open = [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
         source.Driver = Peek(session, keys.driver);
         source.Server = Setting(session, keys.server, "SERVER");
@@ -187,29 +209,31 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
             modMain::ReadLine(session, source, SectionOfKey(session, keys.encryption), keys.encryption,
                               keys.authorities);
         }
-        const QString own = SectionOfKey(session, keys.network);
-        source.NetworkCredential = modMain::IsAppConfigOn(session, own == Section ? keys.networkSection : own,
-                                                          keys.network, keys.networkDefault);
+        const auto sectionOf = [&session](const QString& key) { return SectionOfKey(session, key); };
+        source.NetworkCredential =
+            modMain::IsAppConfigOn(session, NetworkSection(sectionOf, keys), keys.network, keys.networkDefault);
         if (!source.NetworkCredential) {
             source.User = Setting(session, keys.username, "sa");
             Setting(session, keys.password, ""); // stands in the file from then on, to be filled in
-            source.Password = ReadPassword(session, keys.username, keys.password);
+            source.Password = ReadPassword(session, keys);
         }
         return true;
     };
+    return {open, Place::Server, keys};
 }
 
 Prepare FoxProFolder() {
-    return [](Session& session, ovConnection& source) {
+    const auto open = [](Session& session, ovConnection& source) {
         UseFoxProFolder(source, RequiredPath(session, QString()));
         return true;
     };
+    return {open, Place::Folder};
 }
 
 Prepare ChosenAccessFile(const QString& defaultDatabase) {
     const Prepare choose =
         ChosenFile("File Access da importare", "File di Access (*.mdb)|*.mdb|Tutti i file (*.*)|*.*", UseAccessFile);
-    return [=](Session& session, ovConnection& source) {
+    const auto open = [=](Session& session, ovConnection& source) {
         const QString file = RequiredPath(session, defaultDatabase);
         if (QFileInfo(file).isFile()) {
             UseAccessFile(source, file);
@@ -217,13 +241,15 @@ Prepare ChosenAccessFile(const QString& defaultDatabase) {
         }
         return choose(session, source);
     };
+    return {open, Place::File};
 }
 
 Prepare AccessFileInFolder(const QString& fileName) {
-    return [=](Session& session, ovConnection& source) {
+    const auto open = [=](Session& session, ovConnection& source) {
         UseAccessFile(source, QDir(RequiredPath(session, ".")).filePath(fileName));
         return true;
     };
+    return {open, Place::Folder};
 }
 
 Prepare OpenFileExcel(const std::vector<sources::SheetTable>& sheets) {
@@ -244,10 +270,11 @@ Prepare TextFile(const QString& title, const QString& filter) {
 }
 
 Prepare TextFolder(const QString& defaultFolder) {
-    return [=](Session& session, ovConnection& source) {
+    const auto open = [=](Session& session, ovConnection& source) {
         UseTextFolder(source, RequiredPath(session, defaultFolder));
         return true;
     };
+    return {open, Place::Folder};
 }
 
 namespace {
@@ -262,10 +289,11 @@ void UseFixedFiles(ovConnection& source, const QString& folder, const std::vecto
 } // namespace
 
 Prepare FixedFolder(const QString& defaultFolder, const std::vector<sources::FixedRecord>& records) {
-    return [=](Session& session, ovConnection& source) {
+    const auto open = [=](Session& session, ovConnection& source) {
         UseFixedFiles(source, RequiredPath(session, defaultFolder), records);
         return true;
     };
+    return {open, Place::Folder};
 }
 
 Prepare FixedFile(const QString& title, const QString& filter, const std::vector<sources::FixedRecord>& records) {

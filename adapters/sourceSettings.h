@@ -9,11 +9,21 @@
 /// IMPORT with the default given here, as reading a setting does everywhere.
 namespace sourceSettings {
 
-/// Fills a connection's parameters; false when the operator gave up.
-using Prepare = std::function<bool(Session&, ovConnection& source)>;
+using Prepare = contract::Opening;
+using ServerKeys = contract::SourceKeys;
 
 /// The section that holds a setting of an origin: the one with the origin's name where it has the key, else IMPORT.
 QString SectionOf(Session& session, const QString& origin, const QString& key);
+
+/// The section that holds whether an origin's source signs on by itself, and the one of the password: that of the user,
+/// where an origin names one of its own, for no other password is his.
+QString NetworkSectionOf(Session& session, const QString& origin, const ServerKeys& keys);
+QString PasswordSectionOf(Session& session, const QString& origin, const ServerKeys& keys);
+
+/// Whether the name of a database is that of a SQLite file.
+bool NamesSqliteFile(const QString& database);
+/// A path of the settings, counted from their folder.
+QString FromSettingsFolder(const Session& session, const QString& path);
 
 /// While it lives, the settings of a session that name a source are those of an origin: a key of the section with its
 /// name goes before that of IMPORT. One inside of another is of no account: who has written the keys of IMPORT for what
@@ -45,18 +55,6 @@ Prepare DataSource(const QString& defaultDsn);
 /// sign-on, Username and Password; Encryption and EncryptionCA tell how the line is protected. A Databasename that ends
 /// in ".sqlite" or ".db" names a SQLite file with the server's tables, such as the examples are; it is counted from the
 /// folder of the settings. Setting Driver names the ODBC driver, where it is not the usual one.
-struct ServerKeys {
-    QString networkSection = "IMPORT";
-    QString networkDefault = "0";
-    QString username = "Username";
-    QString password = "Password";
-    QString server = "Servername";
-    QString database = "Databasename";
-    QString network = "NetworkCredential";
-    QString driver = "Driver";
-    QString encryption = "Encryption";
-    QString authorities = "EncryptionCA";
-};
 Prepare Server(const QString& defaultDatabase, const ServerKeys& keys = {});
 
 // A path of Databasename is counted from the folder of the settings; without one, and without a default, preparing

@@ -39,10 +39,11 @@ QString Of(const ovConnection& source) {
 }
 
 /// What the settings say of a source that is not open yet; a key that is not set is left out.
-QString OfSettings(Session& session, const QString& origin) {
+QString OfSettings(Session& session, const Origin& origin) {
     QStringList parts;
-    for (const QString& key : {QStringLiteral("Databasename"), QStringLiteral("Servername"), QStringLiteral("DSN")}) {
-        const QString value = session.Config.PeekAppConfig(sourceSettings::SectionOf(session, origin, key), key);
+    const SourceKeys& keys = origin.source.prepare.keys;
+    for (const QString& key : {keys.database, keys.server, QStringLiteral("DSN")}) {
+        const QString value = session.Config.PeekAppConfig(sourceSettings::SectionOf(session, origin.name, key), key);
         if (!value.isEmpty()) {
             parts.append(key + u'=' + value);
         }
@@ -79,7 +80,7 @@ QString RunDetails(Session& session, const Origin& origin, const std::vector<con
     }
     QStringList lines{CompanyLine(session), QStringLiteral("Origine: ") + origin.name,
                       QStringLiteral("Operazione: ") + titles.join(QStringLiteral(", "))};
-    const QString source = !opens ? QString() : session.Source ? Of(*session.Source) : OfSettings(session, origin.name);
+    const QString source = !opens ? QString() : session.Source ? Of(*session.Source) : OfSettings(session, origin);
     if (!source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + source);
     }

@@ -119,12 +119,21 @@ QString Bracketed(const QString& table) {
     return sources::NameParts(table) == QStringList(table) ? table : QString(u'[' + table + u']');
 }
 
+/// A value as it is shown; one that its file does not give is told as such, the others of the table can be seen.
+QString ValueOf(const Recordset& rows, const QString& column) {
+    try {
+        return mod_ovTools::ToText(rows.Value(column)).trimmed();
+    } catch (const ImportError&) {
+        return QStringLiteral("(non si legge)");
+    }
+}
+
 void TakeValues(Table& table, Probe& probe) {
     Recordset rows = probe.Rows(table.inSource);
     for (; !rows.Eof() && table.looked < RowsToLookAt; rows.MoveNext()) {
         ++table.looked;
         for (OwnColumn& column : table.own) {
-            const QString value = mod_ovTools::ToText(rows.Value(column.name)).trimmed();
+            const QString value = ValueOf(rows, column.name);
             column.filled += value.isEmpty() ? 0 : 1;
             if (!value.isEmpty() && column.values.size() < MostValues && !column.values.contains(value)) {
                 column.values.append(value);

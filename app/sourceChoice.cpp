@@ -3,11 +3,13 @@
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
-#include "core/modMain.h"
+#include "sql/mod_ovTools.h"
 
 #include <QDir>
 #include <QScopeGuard>
 #include <QSettings>
+
+#include <algorithm>
 
 namespace sourceChoice {
 
@@ -15,61 +17,67 @@ namespace {
 
 constexpr qsizetype MostRecent = 8;
 
-/// The keys of an origin that has some of its own.
-struct Keys {
-    QString server = "Servername";
-    QString database = "Databasename";
-    QString user = "Username";
-    QString password = "Password";
-    QString network = "NetworkCredential";
+/// A setting in the section that an origin has it in.
+struct Entry {
+    QString section;
+    QString key;
 };
 
-Keys KeysOf(const QString& origin, Kind kind) {
-    Keys keys;
-    if (kind == Kind::DataSource) {
-        keys.user = "DSN_Username";
-        keys.password = "DSN_Password";
-    } else if (origin.startsWith(u"Tessera", Qt::CaseInsensitive)) {
-        keys.user = "Tessera_Username";
-        keys.password = "Tessera_Password";
-    }
-    return keys;
-}
+/// Where the settings of a source stand. The password's section is that of the user, as that is when it is asked for.
+class Entries {
+public:
+    Entries(Session& session, const contract::Origin& origin)
+        : m_session(session),
+          m_origin(origin.name),
+          m_keys(origin.source.prepare.keys) {}
 
-QString Peek(Session& session, const QString& origin, const QString& key) {
-    return session.Config.PeekAppConfig(sourceSettings::SectionOf(session, origin, key), key);
-}
+    Entry Database() const { return Of(m_keys.database); }
+    Entry Server() const { return Of(m_keys.server); }
+    Entry DataSource() const { return Of("DSN"); }
+    Entry User() const { return Of(m_keys.username); }
+    Entry Network() const { return {sourceSettings::NetworkSectionOf(m_session, m_origin, m_keys), m_keys.network}; }
+    Entry Password() const { return {sourceSettings::PasswordSectionOf(m_session, m_origin, m_keys), m_keys.password}; }
 
-void Put(Session& session, const QString& origin, const QString& key, const QString& value) {
-    if (value.size() > ovConfig::LongestValue) {
-        throw ImportError(QStringLiteral("'%1' ha %2 caratteri: delle impostazioni se ne leggono %3")
-                              .arg(value, QString::number(value.size()), QString::number(ovConfig::LongestValue)));
+    QString Read(const Entry& entry) const { return m_session.Config.PeekAppConfig(entry.section, entry.key); }
+    bool IsIntegrated() const {
+        const QString value = Read(Network());
+        return mod_ovTools::ReadNumber(value.isEmpty() ? m_keys.networkDefault : value).value_or(0) == 1;
     }
-    if (Peek(session, origin, key) != value) {
-        session.Config.SetAppConfig(sourceSettings::SectionOf(session, origin, key), key, value);
+    void Write(const Entry& entry, const QString& value) const {
+        if (value.size() > ovConfig::LongestValue) {
+            throw ImportError(QStringLiteral("'%1' ha %2 caratteri: delle impostazioni se ne leggono %3")
+                                  .arg(value, QString::number(value.size()), QString::number(ovConfig::LongestValue)));
+        }
+        if (Read(entry) != value) {
+            m_session.Config.SetAppConfig(entry.section, entry.key, value);
+        }
     }
-}
+
+private:
+    Entry Of(const QString& key) const { return {sourceSettings::SectionOf(m_session, m_origin, key), key}; }
+
+    Session& m_session;
+    const QString& m_origin;
+    const contract::SourceKeys& m_keys;
+};
 
 /// The window keeps its place in the same file.
 QString RecentFile(const Session& session) {
     return QFileInfo(session.Config.ConfigFile()).dir().filePath(QStringLiteral("Finestra.ini"));
 }
 
-QString RecentKey(Kind kind) {
-    return kind == Kind::Folder ? QStringLiteral("Recenti/Cartelle") : QStringLiteral("Recenti/File");
+QString RecentKey(Place place) {
+    return place == Place::Folder ? QStringLiteral("Recenti/Cartelle") : QStringLiteral("Recenti/File");
 }
 
 QString OrMissing(const QString& text) { return text.isEmpty() ? QStringLiteral("(non impostato)") : text; }
 
 QString PathOf(const Session& session, const QString& path) {
-    const QDir folder = QFileInfo(session.Config.ConfigFile()).absoluteDir();
-    return path.isEmpty() ? path : QDir::toNativeSeparators(QDir::cleanPath(folder.absoluteFilePath(path)));
+    return path.isEmpty() ? path : QDir::toNativeSeparators(sourceSettings::FromSettingsFolder(session, path));
 }
 
 QString ServerLine(const Session& session, const Source& source) {
-    const bool isFile = source.database.endsWith(u".sqlite", Qt::CaseInsensitive) ||
-                        source.database.endsWith(u".db", Qt::CaseInsensitive);
-    if (isFile) {
+    if (sourceSettings::NamesSqliteFile(source.database)) {
         return QStringLiteral("File ") + PathOf(session, source.database);
     }
     return QStringLiteral("Server %1, database %2, %3")
@@ -80,85 +88,86 @@ QString ServerLine(const Session& session, const Source& source) {
 
 } // namespace
 
-Kind KindOf(const contract::Origin& origin) {
-    static const QSet<QString> asked{"SAM", "MEMPHIS", "LIBERTYCOMMERCE", "SOLUTION"};
-    static const QSet<QString> folders{"DSS WAPS", "MEXAL", "OS1"};
-    const QString& kind = origin.source.kind;
-    if (asked.contains(origin.name.toUpper())) {
-        return Kind::Asked;
-    }
-    if (kind.startsWith(u"FoxPro") || folders.contains(origin.name.toUpper())) {
-        return Kind::Folder;
-    }
-    if (kind == u"Access") {
-        return Kind::File;
-    }
-    if (kind == u"ODBC" || kind == u"Oracle") {
-        return Kind::DataSource;
-    }
-    return kind == u"SQL Server" ? Kind::Server : Kind::Chosen;
-}
-
 Source Read(Session& session, const contract::Origin& origin) {
-    const Kind kind = KindOf(origin);
-    const Keys keys = KeysOf(origin.name, kind);
-    return {kind,
-            Peek(session, origin.name, keys.database),
-            Peek(session, origin.name, keys.server),
-            Peek(session, origin.name, "DSN"),
-            Peek(session, origin.name, keys.user),
-            Peek(session, origin.name, keys.network) == u"1"};
+    const Entries entries(session, origin);
+    return {origin.source.prepare.place,        entries.Read(entries.Database()), entries.Read(entries.Server()),
+            entries.Read(entries.DataSource()), entries.Read(entries.User()),     entries.IsIntegrated()};
 }
 
 void Write(Session& session, const contract::Origin& origin, const Source& source,
            const std::optional<QString>& password) {
-    const Keys keys = KeysOf(origin.name, source.kind);
-    const bool isDataSource = source.kind == Kind::DataSource;
-    const auto put = [&](const QString& key, const QString& value) { Put(session, origin.name, key, value); };
-    put(isDataSource ? "DSN" : keys.database, isDataSource ? source.dsn : source.database);
-    if (source.kind == Kind::Server) {
-        put(keys.server, source.server);
-        put(keys.network, source.integrated ? "1" : "0");
+    const Entries entries(session, origin);
+    const bool isDataSource = source.place == Place::DataSource;
+    if (isDataSource) {
+        entries.Write(entries.DataSource(), source.dsn);
+    } else {
+        entries.Write(entries.Database(), source.database);
     }
-    if (source.kind == Kind::Server || isDataSource) {
-        put(keys.user, source.user);
+    if (source.place == Place::Server) {
+        entries.Write(entries.Server(), source.server);
+        if (entries.IsIntegrated() != source.integrated) {
+            entries.Write(entries.Network(), source.integrated ? "1" : "0");
+        }
+    }
+    if (source.place == Place::Server || isDataSource) {
+        entries.Write(entries.User(), source.user);
         if (password) {
-            put(keys.password, *password);
+            entries.Write(entries.Password(), *password);
         }
     }
 }
 
+QStringList Sections(Session& session, const contract::Origin& origin) {
+    const Entries entries(session, origin);
+    const Place place = origin.source.prepare.place;
+    std::vector<Entry> written{place == Place::DataSource ? entries.DataSource() : entries.Database()};
+    if (place == Place::Server) {
+        written.insert(written.end(), {entries.Server(), entries.Network()});
+    }
+    if (place == Place::Server || place == Place::DataSource) {
+        written.insert(written.end(), {entries.User(), entries.Password()});
+    }
+    QStringList sections;
+    for (const Entry& entry : written) {
+        sections.append(entry.section);
+    }
+    sections.removeDuplicates();
+    std::stable_partition(sections.begin(), sections.end(),
+                          [&origin](const QString& section) { return section == origin.name; });
+    return sections;
+}
+
 QString Line(Session& session, const contract::Origin& origin) {
     const Source source = Read(session, origin);
-    switch (source.kind) {
-    case Kind::Folder:
+    switch (source.place) {
+    case Place::Folder:
         return QStringLiteral("Cartella ") + OrMissing(PathOf(session, source.database));
-    case Kind::File:
+    case Place::File:
         return QStringLiteral("File ") + OrMissing(PathOf(session, source.database));
-    case Kind::Server:
+    case Place::Server:
         return ServerLine(session, source);
-    case Kind::DataSource:
+    case Place::DataSource:
         return QStringLiteral("Origine dati ODBC %1").arg(OrMissing(source.dsn)) +
                (source.user.isEmpty() ? QString() : QStringLiteral(", utente ") + source.user);
-    case Kind::Chosen:
+    case Place::Chosen:
         return QStringLiteral("Un file che si sceglie a ogni importazione");
-    case Kind::Asked:
+    case Place::Asked:
         break;
     }
     return QStringLiteral("Si chiede a ogni importazione");
 }
 
-QStringList Recent(Session& session, Kind kind) {
-    QStringList paths = QSettings(RecentFile(session), QSettings::IniFormat).value(RecentKey(kind)).toStringList();
+QStringList Recent(Session& session, Place place) {
+    QStringList paths = QSettings(RecentFile(session), QSettings::IniFormat).value(RecentKey(place)).toStringList();
     paths.removeIf([](const QString& path) { return !QFileInfo::exists(path); });
     return paths;
 }
 
-void Remember(Session& session, Kind kind, const QString& path) {
-    QStringList paths = Recent(session, kind);
+void Remember(Session& session, Place place, const QString& path) {
+    QStringList paths = Recent(session, place);
     paths.removeAll(path);
     paths.prepend(path);
-    QSettings(RecentFile(session), QSettings::IniFormat).setValue(RecentKey(kind), paths.mid(0, MostRecent));
+    QSettings(RecentFile(session), QSettings::IniFormat).setValue(RecentKey(place), paths.mid(0, MostRecent));
 }
 
 Trial Try(Session& session, const contract::Origin& origin) {

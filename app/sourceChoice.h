@@ -5,19 +5,11 @@
 /// Which source of an origin will be read, as the settings tell it and as the operator chooses it.
 namespace sourceChoice {
 
-/// How a source is named.
-enum class Kind {
-    Folder,     ///< of tables: FoxPro, text files
-    File,       ///< an Access file
-    Chosen,     ///< a file that is asked for at each import
-    Server,     ///< server and database
-    DataSource, ///< an ODBC data source
-    Asked,      ///< asked for, or fixed: there is nothing to set
-};
+using contract::Place;
 
 /// What the settings hold of a source.
 struct Source {
-    Kind kind = Kind::Asked;
+    Place place = Place::Asked;
     QString database; ///< folder, file, or database of a server
     QString server;
     QString dsn;
@@ -25,23 +17,24 @@ struct Source {
     bool integrated = false; ///< integrated sign-on: no user
 };
 
-/// How the source of an origin is named.
-Kind KindOf(const contract::Origin& origin);
-/// What the settings say; what is not set is empty. Raises `ImportError` when they cannot be read.
+/// What the settings say, as the import reads them; what is not set is empty. Raises `ImportError` when they cannot be
+/// read.
 Source Read(Session& session, const contract::Origin& origin);
 /// Writes what is chosen into the settings, each in the section that it was read from. @param password written as it
 /// is, in place of the one that stands there; none leaves that. Raises `ImportError` when the settings cannot be
 /// written, or a value is longer than is read.
 void Write(Session& session, const contract::Origin& origin, const Source& source,
            const std::optional<QString>& password);
+/// The sections of the settings that hold what `Write` writes, the origin's own first: "AUTOMA", "IMPORT".
+QStringList Sections(Session& session, const contract::Origin& origin);
 /// One line for the operator: "Cartella /dati/arca", "Server DB1, database GESCOM, utente sa".
 QString Line(Session& session, const contract::Origin& origin);
 
-/// Folders and files that were read for origins of that kind of source, the last first; those that are gone are left
-/// out.
-QStringList Recent(Session& session, Kind kind);
+/// Folders and files that were read for origins whose source has its place there, the last first; those that are gone
+/// are left out.
+QStringList Recent(Session& session, Place place);
 /// Remembers one as the last; where that cannot be written it is not.
-void Remember(Session& session, Kind kind, const QString& path);
+void Remember(Session& session, Place place, const QString& path);
 
 /// How trying to open a source ended.
 struct Trial {

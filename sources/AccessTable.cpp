@@ -215,10 +215,7 @@ void AccessTable::CopyRow(PrivateTable& target) {
         try {
             CopyValue(target, column, ValueOf(column));
         } catch (const ImportError& error) {
-            const QString& name = m_columns.at(column).name;
-            m_oddities.Add(UnreadableKind, name, m_row, error.Message());
-            target.SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
-                                             .arg(m_oddities.Place(), QString::number(m_row), name, error.Message()));
+            m_oddities.SpoilValue(target, column, m_row, error.Message());
         }
     }
 }

@@ -75,6 +75,17 @@ void CsvFile::Feed(const QByteArray& bytes) {
             QStringLiteral("file '%1', riga %2: %3")
                 .arg(Path(), QString::number(m_line), QLatin1String(csv_strerror(csv_error(m_parser.get())))));
     }
+    constexpr int rowNotBegun = 0;
+    const bool isOpen = m_parser->pstate != rowNotBegun;
+    if (m_complete.size() > 1 || (m_complete.size() == 1 && isOpen)) {
+        Record whole{m_complete.first().line, {}, true};
+        for (const Record& part : std::as_const(m_complete)) {
+            whole.fields += part.fields;
+        }
+        m_complete = {whole};
+        // What is open goes on in the next line, which no other record begins on.
+        m_open = isOpen ? Record{m_line + 1, m_open.fields, true} : Record{};
+    }
     const bool isBlank = WithoutEnd(bytes).isEmpty();
     if (isBlank && m_open.fields.isEmpty() && m_complete.isEmpty() && m_open.line == m_line) {
         m_open = {};

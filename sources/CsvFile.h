@@ -19,6 +19,7 @@ public:
     struct Record {
         qint64 line = 0;
         QVector<QByteArray> fields;
+        bool isBroken = false; ///< by a CR outside of quotes, in a file whose lines end otherwise: no record is told
     };
 
     /// Raises `ImportError` naming the file when it cannot be read. @param skipped lines at its start that are no

@@ -6,11 +6,11 @@ namespace {
 
 bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
-/// Whether marks stand before each three digits, and nowhere else: "1.234", "12.345.678".
+/// Whether marks stand before each three digits, and nowhere else: "1.234", "12.345.678"; not "0.125", a fraction.
 bool IsGrouped(QByteArrayView digits, char mark) {
     constexpr qsizetype group = 4;
     const qsizetype first = digits.indexOf(mark);
-    if (first < 1 || first >= group) {
+    if (first < 1 || first >= group || digits.front() == '0') {
         return false;
     }
     for (qsizetype at = 0; at < digits.size(); ++at) {
@@ -23,6 +23,8 @@ bool IsGrouped(QByteArrayView digits, char mark) {
 }
 
 } // namespace
+
+void DecimalMarks::LeaveOut(int column) { m_columns[static_cast<size_t>(column)].isOfNumbers = false; }
 
 void DecimalMarks::Look(int column, QByteArrayView value) {
     Column& seen = m_columns[static_cast<size_t>(column)];
@@ -59,14 +61,18 @@ void DecimalMarks::Settle(PrivateTable& table, Oddities& oddities) const {
         const Column& seen = m_columns[index];
         const auto column = static_cast<int>(index);
         const QString& name = table.Columns().at(column).name;
-        if (!seen.isOfNumbers || (seen.pointGrouped.isEmpty() && seen.commaGrouped.isEmpty()) ||
-            (seen.hasCommas && seen.hasPoints)) {
+        if (!seen.isOfNumbers || (seen.pointGrouped.isEmpty() && seen.commaGrouped.isEmpty())) {
             continue;
         }
         const char decimal = seen.hasCommas ? ',' : seen.hasPoints ? '.' : m_told;
         const QByteArray& thousands = decimal == ',' ? seen.pointGrouped : seen.commaGrouped;
-        if (decimal == 0) {
-            const QByteArray& first = seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped;
+        const QByteArray& first = seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped;
+        if (seen.hasCommas && seen.hasPoints) {
+            oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0,
+                         QStringLiteral("la colonna ha decimali con la virgola e altri con il punto: il segno in '%1' "
+                                        "si legge come quello dei decimali; scriverli nel file tutti allo stesso modo")
+                             .arg(QString::fromLatin1(first)));
+        } else if (decimal == 0) {
             oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0,
                          QStringLiteral("se '%1' è un numero, il segno si legge come quello dei decimali; se divide le "
                                         "migliaia, dirlo in schema.ini (DecimalSymbol)")

@@ -14,6 +14,8 @@ public:
         : m_columns(static_cast<size_t>(columns)),
           m_told(told) {}
 
+    /// A column of texts, as the file's description tells: what looks like numbers in it are codes.
+    void LeaveOut(int column);
     void Look(int column, QByteArrayView value);
     /// Takes the marks between thousands out of the columns where it is known that they are, and notes the columns
     /// where it cannot be known. After the last row.

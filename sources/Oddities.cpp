@@ -2,6 +2,8 @@
 
 #include "sources/privateDatabase.h"
 
+#include <QSet>
+
 namespace sources {
 
 void Oddities::Add(const QString& kind, const QString& column, qint64 row, const QString& what) {
@@ -28,24 +30,51 @@ void Oddities::Tell() {
     m_kinds.clear();
 }
 
+void Oddities::Spoil(PrivateTable& table, int column, qint64 row, const QString& why) const {
+    table.SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
+                                    .arg(m_place, QString::number(row), table.Columns().at(column).name, why));
+}
+
+void Oddities::SpoilValue(PrivateTable& table, int column, qint64 row, const QString& why) {
+    Add(UnreadableKind, table.Columns().at(column).name, row, why);
+    Spoil(table, column, row, why);
+}
+
+void Oddities::SpoilRow(PrivateTable& table, qint64 row, const QString& why) {
+    Add(QStringLiteral("RIGA NON LEGGIBILE"), QString(), row, why);
+    for (int column = 0; column < table.Columns().size(); ++column) {
+        Spoil(table, column, row, why);
+    }
+}
+
 QStringList DistinctNames(const QStringList& names, const QStringList& places, Oddities& oddities) {
-    QHash<QString, int> counts;
+    QHash<QString, int> counts{{RecordNumberColumn, 2}, {RowNumberColumn, 2}};
     for (const QString& name : names) {
         ++counts[name.toUpper()];
     }
-    QStringList distinct;
+    const auto isClear = [&counts](const QString& name) {
+        return !name.isEmpty() && counts.value(name.toUpper()) == 1;
+    };
+    QSet<QString> taken;
+    for (const QString& name : names) {
+        taken += isClear(name) ? QSet<QString>{name.toUpper()} : QSet<QString>();
+    }
+    QStringList distinct = names;
     for (qsizetype column = 0; column < names.size(); ++column) {
-        const QString& name = names.at(column);
-        const bool isKept = name.compare(RecordNumberColumn, Qt::CaseInsensitive) == 0 ||
-                            name.compare(RowNumberColumn, Qt::CaseInsensitive) == 0;
-        if (name.isEmpty()) {
-            distinct.append(places.at(column));
-        } else if (counts.value(name.toUpper()) > 1 || isKept) {
-            distinct.append(QStringLiteral("%1 (%2)").arg(name, places.at(column)));
-            oddities.Add(QStringLiteral("COLONNA RIPETUTA"), name, 0,
-                         QStringLiteral("il nome non dice quale colonna è: si legge come '%1'").arg(distinct.last()));
-        } else {
-            distinct.append(name);
+        if (isClear(names.at(column))) {
+            continue;
+        }
+        const QString behind = QStringLiteral(" (%1)").arg(places.at(column));
+        QString& name = distinct[column];
+        name = name.isEmpty() ? places.at(column) : QString(name + behind);
+        while (taken.contains(name.toUpper())) {
+            name += behind;
+        }
+        taken.insert(name.toUpper());
+        if (name != places.at(column)) {
+            oddities.Add(QStringLiteral("COLONNA RIPETUTA"),
+                         names.at(column).isEmpty() ? places.at(column) : names.at(column), 0,
+                         QStringLiteral("il nome non dice quale colonna è: si legge come '%1'").arg(name));
         }
     }
     return distinct;

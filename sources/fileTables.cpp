@@ -1,7 +1,10 @@
 #include "sources/fileTables.h"
 
+#include "sources/layout/queryParts.h"
 #include "sources/unreadable.h"
 #include "sql/errors.h"
+
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -46,6 +49,65 @@ private:
     std::unique_ptr<Cursor> m_cursor;
 };
 
+/// Whether a mention is all of a column of the result, may be without the blanks around it: who asks for the value is
+/// told then that it cannot be read.
+bool IsShownAsItIs(const QString& statement, const std::deque<QueryPart>& parts, const QueryPart& part, int mention) {
+    const bool isDerived =
+        part.parent >= 0 &&
+        std::ranges::any_of(parts[static_cast<size_t>(part.parent)].tables, [&](const TableUse& table) {
+            return table.derived >= 0 && &parts[static_cast<size_t>(table.derived)] == &part;
+        });
+    if (part.parent >= 0 && !isDerived) {
+        return false;
+    }
+    const auto item = std::ranges::find(part.items, mention, &SelectItem::mention);
+    if (item != part.items.end()) {
+        return !isDerived || item->alias.isEmpty();
+    }
+    static const QRegularExpression before("(,|\\bSELECT|\\bDISTINCT)\\s*([LR]?TRIM\\s*\\(\\s*)+$",
+                                           QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression behind("^(\\s*\\))+\\s*(AS\\b|,|FROM\\b|$)",
+                                           QRegularExpression::CaseInsensitiveOption);
+    const Mention& shown = part.mentions[static_cast<size_t>(mention)];
+    return !isDerived && shown.clause == Clause::Select && before.match(statement.left(shown.begin)).hasMatch() &&
+           behind.match(statement.mid(shown.end)).hasMatch();
+}
+
+/// Whether a mention is one of a column of that table, as far as its qualifier tells.
+bool IsOf(const std::deque<QueryPart>& parts, const Mention& mention, const PrivateDatabase::Unreadable& column) {
+    if (!IsSame(mention.column, column.column)) {
+        return false;
+    }
+    const auto isAnother = [&](const TableUse& table) {
+        const QString& called = table.alias.isEmpty() ? table.name : table.alias;
+        return table.derived < 0 && IsSame(called, mention.qualifier) && !IsSame(table.name, column.table);
+    };
+    return std::ranges::none_of(parts,
+                                [&](const QueryPart& part) { return std::ranges::any_of(part.tables, isAnother); });
+}
+
+/// A value that cannot be read is unequal to all others, and 0 to a function: its row would be missing, or wrong,
+/// without a word. Raises its reason for a query that decides or reckons by its column; an order loses nothing.
+void RefuseUses(const QString& statement, const std::vector<PrivateDatabase::Unreadable>& unreadable) {
+    const std::deque<QueryPart> parts = ReadQuery(statement, TokensOf(statement));
+    for (const QueryPart& part : parts) {
+        for (int index = 0; index < static_cast<int>(part.mentions.size()); ++index) {
+            const Mention& mention = part.mentions[static_cast<size_t>(index)];
+            const auto column = std::ranges::find_if(unreadable, [&](const PrivateDatabase::Unreadable& each) {
+                return IsOf(parts, mention, each) && Names(statement, each.table);
+            });
+            if (column == unreadable.end() || mention.clause == Clause::Order ||
+                IsShownAsItIs(statement, parts, part, index)) {
+                continue;
+            }
+            throw ImportError(
+                QStringLiteral("%1; l'importazione sceglie o calcola in base a questa colonna (valori che non si "
+                               "leggono: %2): correggerli nel file")
+                    .arg(column->first, QString::number(column->rows)));
+        }
+    }
+}
+
 /// The private database of a file source, which grows by the tables that are asked for.
 class FileTablesEngine final : public Engine {
 public:
@@ -54,7 +116,7 @@ public:
           m_pending(std::move(tables)) {
         KeepWanted(wanted);
         for (const FileTable& table : m_pending) {
-            m_names.append(table.name);
+            m_names += table.isListed ? QStringList(table.name) : QStringList();
         }
     }
 
@@ -65,8 +127,12 @@ public:
     }
     std::unique_ptr<Cursor> Query(const QString& statement) override {
         LoadNamed(statement);
-        auto cursor = m_database.Reader().Query(statement);
-        return m_database.HoldsUnreadable() ? std::make_unique<CheckedCursor>(std::move(cursor)) : std::move(cursor);
+        const auto& unreadable = m_database.UnreadableColumns();
+        if (unreadable.empty()) {
+            return m_database.Reader().Query(statement);
+        }
+        RefuseUses(statement, unreadable);
+        return std::make_unique<CheckedCursor>(m_database.Reader().Query(statement));
     }
     void Begin() override { m_database.Reader().Begin(); }
     void Commit() override { m_database.Reader().Commit(); }

@@ -12,6 +12,7 @@ struct FileTable {
     QString name;
     /// Makes and fills the table. Raises `ImportError` naming file, row and column.
     std::function<void(PrivateDatabase& database)> load;
+    bool isListed = true; ///< false: a second name of a table that is listed under another
 };
 
 /// Opens the tables of a file source as a private database. A table is read from its file when a query first names it

@@ -98,12 +98,12 @@ private:
             }
             return;
         }
-        const QString wrong = WhatIsWrong(line);
-        for (int column = 0; column < static_cast<int>(m_record.fields.size()); ++column) {
-            AddField(table, column, line, wrong);
-        }
-        if (!wrong.isEmpty()) {
-            m_oddities.Add(QStringLiteral("RIGA NON LEGGIBILE"), QString(), m_line, wrong);
+        if (const QString wrong = WhatIsWrong(line); !wrong.isEmpty()) {
+            m_oddities.SpoilRow(table, m_line, wrong);
+        } else {
+            for (int column = 0; column < static_cast<int>(m_record.fields.size()); ++column) {
+                AddField(table, column, line);
+            }
         }
         m_untold.Look(line.toUtf8(), m_line, QString(), content);
         table.AddRow(m_line);
@@ -121,17 +121,12 @@ private:
                    : QString();
     }
 
-    void AddField(PrivateTable& table, int column, const QString& line, const QString& wrong) {
+    void AddField(PrivateTable& table, int column, const QString& line) {
         const FixedField& field = m_record.fields[static_cast<size_t>(column)];
         const qsizetype end = field.start - 1 + field.length;
         const bool isCut = field.kind != FixedField::Kind::Text && line.size() >= field.start && line.size() < end;
-        if (!wrong.isEmpty() || isCut) {
-            const QString why = isCut && wrong.isEmpty() ? QStringLiteral("la riga finisce dentro il valore") : wrong;
-            table.SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
-                                            .arg(m_oddities.Place(), QString::number(m_line), field.name, why));
-            if (wrong.isEmpty()) {
-                m_oddities.Add(UnreadableKind, field.name, m_line, why);
-            }
+        if (isCut) {
+            m_oddities.SpoilValue(table, column, m_line, QStringLiteral("la riga finisce dentro il valore"));
             return;
         }
         SetValue(table, column, ReadFixedValue(QStringView(line).mid(field.start - 1, field.length), field));

@@ -110,13 +110,11 @@ void PrivateTable::PrepareInsert() {
     m_insert.reset(handle);
 }
 
-void PrivateTable::AddColumn(const ColumnInfo& column) {
-    if (m_columns.size() >= MostColumns) {
+void PrivateTable::AddColumns(const QVector<ColumnInfo>& columns) {
+    if (m_columns.size() + columns.size() > MostColumns) {
         throw ImportError(QStringLiteral("ha più di %1 colonne: togliere quelle che non servono").arg(MostColumns));
     }
-    m_insert.reset();
-    m_database.Run(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2").arg(Quoted(m_name), Definition(column)));
-    m_columns.append(column);
+    Retype(m_columns + columns); // rows that are there already are Null in them
     PrepareInsert();
 }
 
@@ -165,7 +163,12 @@ void PrivateTable::SetBytes(int column, QByteArrayView bytes) {
 }
 
 void PrivateTable::SetUnreadable(int column, const QString& reason) {
-    m_database.m_holdsUnreadable = true;
+    std::vector<PrivateDatabase::Unreadable>& all = m_database.m_unreadable;
+    if (!m_unreadable.contains(column)) {
+        m_unreadable.insert(column, all.size());
+        all.push_back({m_name, m_columns.at(column).name, 0, reason});
+    }
+    ++all[m_unreadable.value(column)].rows;
     SetBytes(column, UnreadableValue(reason));
 }
 

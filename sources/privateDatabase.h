@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <functional>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -30,8 +31,15 @@ public:
     void Load(const QString& table, const std::function<void()>& load);
     /// Ends the load that is under way with `SqlError`; safe from another thread.
     void InterruptLoad() noexcept { m_isInterrupted = true; }
-    /// Whether a table holds values that cannot be read.
-    bool HoldsUnreadable() const { return m_holdsUnreadable; }
+    /// A column with values that cannot be read.
+    struct Unreadable {
+        QString table;
+        QString column;
+        qint64 rows = 0;
+        QString first; ///< the reason of the first one, with its row
+    };
+    /// Those of the tables that have been loaded; empty when all can be read.
+    const std::vector<Unreadable>& UnreadableColumns() const { return m_unreadable; }
     /// Lets later queries find rows by a column fast.
     void AddIndex(const QString& table, const QString& column);
 
@@ -44,7 +52,7 @@ private:
     sqlite3* m_database = nullptr;
     std::unique_ptr<Engine> m_reader;
     std::atomic<bool> m_isInterrupted = false;
-    bool m_holdsUnreadable = false;
+    std::vector<Unreadable> m_unreadable;
 };
 
 /// Makes one table of a private database and fills it row by row.
@@ -70,8 +78,8 @@ public:
 
     // What is known of a column only when its values are.
     const QVector<ColumnInfo>& Columns() const { return m_columns; }
-    /// Adds a column to the table; between two rows.
-    void AddColumn(const ColumnInfo& column);
+    /// Adds columns to the table; between two rows.
+    void AddColumns(const QVector<ColumnInfo>& columns);
     /// Gives the columns other types, by which their values are not changed; after the last row.
     void Retype(const QVector<ColumnInfo>& columns);
     /// Turns the numbers in a column into their texts; after the last row.
@@ -92,6 +100,7 @@ private:
     QString m_numberColumn;
     QVector<ColumnInfo> m_columns;
     std::unique_ptr<sqlite3_stmt, Finalize> m_insert;
+    QHash<int, size_t> m_unreadable; ///< where the database notes those of a column
 };
 
 } // namespace sources

@@ -48,6 +48,9 @@ PageOfFile FindPage(const CsvFile& file, const TextSchema& schema, const Connect
     return {isUtf8 ? QStringLiteral("UTF-8") : told, !schema.codePage.isEmpty()};
 }
 
+const QString BrokenLine = QStringLiteral("un ritorno a capo (CR) in mezzo alla riga la spezza: toglierlo, o mettere "
+                                          "il campo tra virgolette");
+
 /// Fills a table with the records of a file.
 class TextLoader {
 public:
@@ -68,6 +71,11 @@ public:
         {
             PrivateTable table(database, name, m_columns, RowNumberColumn);
             DecimalMarks marks(names.size(), m_schema.decimalMark);
+            for (int column = 0; column < m_schema.areTexts.size(); ++column) {
+                if (m_schema.areTexts.at(column)) {
+                    marks.LeaveOut(column);
+                }
+            }
             for (CsvFile::Record record; m_file.Next(record);) {
                 AddRecord(table, marks, record);
             }
@@ -86,6 +94,10 @@ private:
         if (m_schema.hasHeader && !m_file.Next(header)) {
             throw ImportError(
                 QStringLiteral("il file '%1' è vuoto: manca la riga con i nomi delle colonne").arg(m_file.Path()));
+        }
+        if (header.isBroken) {
+            throw ImportError(
+                QStringLiteral("file '%1', riga %2: %3").arg(m_file.Path(), QString::number(header.line), BrokenLine));
         }
         if (names.isEmpty()) {
             for (const QByteArray& field : std::as_const(header.fields)) {
@@ -111,7 +123,7 @@ private:
         while (fields.size() > m_columns.size() && fields.last().isEmpty()) {
             fields.removeLast();
         }
-        if (fields.size() > m_columns.size() || fields.size() < m_named) {
+        if (record.isBroken || fields.size() > m_columns.size() || fields.size() < m_named) {
             AddUnreadable(table, record);
             return;
         }
@@ -128,12 +140,10 @@ private:
         const QString& name = m_columns.at(column).name;
         m_utf8.resize(0);
         if (!m_page.AppendUtf8(bytes, m_utf8)) {
-            const QString why = QStringLiteral("il testo non è in %1; dire la code page del file in schema.ini "
-                                               "(CharacterSet)")
-                                    .arg(m_page.Name());
-            m_oddities.Add(UnreadableKind, name, line, why);
-            table.SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
-                                            .arg(m_oddities.Place(), QString::number(line), name, why));
+            m_oddities.SpoilValue(table, column, line,
+                                  QStringLiteral("il testo non è in %1; dire la code page del file in schema.ini "
+                                                 "(CharacterSet)")
+                                      .arg(m_page.Name()));
             return;
         }
         m_untold.Look(m_utf8, line, name, bytes);
@@ -142,14 +152,12 @@ private:
 
     /// Which of its fields are which cannot be known.
     void AddUnreadable(PrivateTable& table, const CsvFile::Record& record) {
-        const QString why = QStringLiteral("ha %1 campi, le colonne sono %2; controllare separatore e virgolette")
-                                .arg(record.fields.size())
-                                .arg(m_columns.size());
-        m_oddities.Add(QStringLiteral("RIGA NON LEGGIBILE"), QString(), record.line, why);
-        for (int column = 0; column < m_columns.size(); ++column) {
-            table.SetUnreadable(
-                column, QStringLiteral("%1, riga %2: %3").arg(m_oddities.Place(), QString::number(record.line), why));
-        }
+        const QString why = record.isBroken
+                                ? BrokenLine
+                                : QStringLiteral("ha %1 campi, le colonne sono %2; controllare separatore e virgolette")
+                                      .arg(record.fields.size())
+                                      .arg(m_columns.size());
+        m_oddities.SpoilRow(table, record.line, why);
         table.AddRow(record.line);
     }
 

@@ -84,6 +84,13 @@ QString NameOf(const QString& line) {
     return line.section(u' ', 0, 0);
 }
 
+/// Whether the type in a column's line is one of texts.
+bool IsText(const QString& line) {
+    static const QStringList texts{"TEXT", "CHAR", "MEMO", "LONGCHAR"};
+    const qsizetype nameEnd = line.startsWith(u'"') ? line.indexOf(u'"', 1) + 1 : line.indexOf(u' ');
+    return nameEnd > 0 && texts.contains(line.mid(nameEnd).simplified().section(u' ', 0, 0).toUpper());
+}
+
 } // namespace
 
 TextSchema ReadTextSchema(const QString& path) {
@@ -110,6 +117,7 @@ TextSchema ReadTextSchema(const QString& path) {
             break;
         }
         schema.columns.append(NameOf(line));
+        schema.areTexts.append(IsText(line));
     }
     if (!schema.hasHeader && schema.columns.isEmpty()) {
         throw ImportError(QStringLiteral("file '%1': schema.ini lo dice senza intestazione, ma non nomina le colonne "

@@ -10,6 +10,7 @@ struct TextSchema {
     char separator = ';';
     bool hasHeader = true; ///< the first line names the columns
     QStringList columns;   ///< own names, in order; empty: those of the header
+    QList<bool> areTexts;  ///< whether the type of each of them is one of texts, by which codes are told from numbers
     QString codePage;      ///< empty: not told
     char decimalMark = 0;  ///< "," or "."; 0: not told
     int skipped = 0;       ///< lines in front of the header: one that tells the separator
@@ -18,10 +19,10 @@ struct TextSchema {
 
 /// Reads the section of a file in the "schema.ini" of its folder, as ODBC text drivers know it: Format (CSVDelimited,
 /// TabDelimited, Delimited(c)), ColNameHeader, CharacterSet (ANSI, OEM, Unicode or the name of a code page),
-/// DecimalSymbol and Col1, Col2 ... with the name in front. What is not told: the separator is the one that a first
-/// line "sep=;" tells, else the one of ";", tab, "," and "|" that the first line holds outside of quotes, in that
-/// order; the first line names the columns. Raises `ImportError` naming the file when a value is none, or neither names
-/// nor header are there.
+/// DecimalSymbol and Col1, Col2 ... with the name in front and its type (Text, Char, Memo, LongChar) behind it. What is
+/// not told: the separator is the one that a first line "sep=;" tells, else the one of ";", tab, "," and "|" that the
+/// first line holds outside of quotes, in that order; the first line names the columns. Raises `ImportError` naming the
+/// file when a value is none, or neither names nor header are there.
 TextSchema ReadTextSchema(const QString& path);
 
 } // namespace sources

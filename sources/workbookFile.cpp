@@ -25,10 +25,9 @@ int FindSheet(const QStringList& names, const QString& wanted) {
     return -1;
 }
 
-void LoadSheet(PrivateDatabase& database, const QString& path, const SheetTable& table,
+void LoadSheet(PrivateDatabase& database, const QString& path, const SheetTable& table, Workbook& workbook,
                const ConnectionSettings& settings) {
-    const auto workbook = OpenWorkbook(path, PlainPage(settings));
-    const QStringList names = workbook->Sheets();
+    const QStringList names = workbook.Sheets();
     const int sheet = FindSheet(names, table.sheet);
     if (sheet < 0) {
         throw ImportError(QStringLiteral("File '%1': non ha il foglio '%2'; ha: %3")
@@ -36,8 +35,8 @@ void LoadSheet(PrivateDatabase& database, const QString& path, const SheetTable&
     }
     const QString place = QStringLiteral("File '%1', foglio '%2'").arg(path, names.at(sheet));
     try {
-        const auto reader = workbook->Read(sheet);
-        const QVector<ColumnInfo> columns = SheetLoader(table, place, *workbook, settings).Load(database, *reader);
+        const auto reader = workbook.Read(sheet);
+        const QVector<ColumnInfo> columns = SheetLoader(table, place, workbook, settings).Load(database, *reader);
         AddLookupIndexes(database, table.table, columns, settings.lookupColumns);
     } catch (ImportError& error) {
         error.AddContext(place);
@@ -64,6 +63,11 @@ std::vector<SheetTable> TablesOf(const QStringList& names, std::vector<SheetTabl
     return tables;
 }
 
+/// Whether a table is a second name of a sheet, "#1".
+bool IsPlaceOf(const QStringList& names, const QString& table) {
+    return table.startsWith(u'#') && !names.contains(table, Qt::CaseInsensitive) && FindSheet(names, table) >= 0;
+}
+
 } // namespace
 
 std::unique_ptr<Engine> OpenWorkbookFile(const QString& path, const ConnectionSettings& settings,
@@ -72,12 +76,19 @@ std::unique_ptr<Engine> OpenWorkbookFile(const QString& path, const ConnectionSe
     if (found.isEmpty()) {
         throw ImportError(QStringLiteral("il file '%1' non esiste o non si può leggere").arg(path));
     }
-    const QStringList names = OpenWorkbook(found, PlainPage(settings))->Sheets();
+    const auto opened = std::make_shared<std::unique_ptr<Workbook>>(OpenWorkbook(found, PlainPage(settings)));
+    const QStringList names = (*opened)->Sheets();
     std::vector<FileTable> tables;
     for (const SheetTable& sheet : TablesOf(names, sheets)) {
-        tables.push_back({sheet.table, [found, sheet, settings](PrivateDatabase& database) {
-                              LoadSheet(database, found, sheet, settings);
-                          }});
+        const auto load = [found, sheet, settings, opened](PrivateDatabase& database) {
+            // Most imports read one sheet: what its sheets share is read once for it, and not kept for the others.
+            auto workbook = std::exchange(*opened, nullptr);
+            if (workbook == nullptr) {
+                workbook = OpenWorkbook(found, PlainPage(settings));
+            }
+            LoadSheet(database, found, sheet, *workbook, settings);
+        };
+        tables.push_back({sheet.table, load, !IsPlaceOf(names, sheet.table)});
     }
     return OpenFileTables(QStringLiteral("il file '%1'").arg(found), std::move(tables), settings);
 }

@@ -16,8 +16,9 @@ struct SheetTable {
 };
 
 /// Opens a workbook of Excel (`OpenWorkbook`): each sheet is a table of a private database under its own name and under
-/// "#1", "#2", ..., with its first row as header; `sheets` says which are read otherwise. A sheet is read when it is
-/// first asked for; first column is the number of the row (`RowNumberColumn`), and a row without any value is none.
+/// "#1", "#2", ... (which are not listed), with its first row as header; `sheets` says which are read otherwise. A
+/// sheet is read when it is first asked for; first column is the number of the row (`RowNumberColumn`), and a row
+/// without any value is none.
 ///
 /// A number is a number; shown with leading zeros ("00000") it is the text that is shown. Texts keep their blanks. A
 /// date comes as one, a boolean as a bit, a formula as the value that it had when the file was saved. A column of whole

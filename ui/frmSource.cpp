@@ -15,7 +15,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-using sourceChoice::Kind;
+using contract::Place;
 
 namespace {
 
@@ -38,23 +38,25 @@ frmSource::frmSource(Session& session, const contract::Origin& origin, QWidget* 
     setObjectName("frmSource");
     setWindowTitle("Sorgente di " + origin.name);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    const QStringList sections = sourceChoice::Sections(session, origin);
     Lay("Che cosa legge l'origine " + origin.name + " (" + origin.source.kind +
-        "). La scelta si scrive nelle impostazioni, sezione [IMPORT].");
+        "). La scelta si scrive nelle impostazioni, " + (sections.size() > 1 ? "sezioni [" : "sezione [") +
+        sections.join("], [") + "].");
 }
 
 void frmSource::Lay(const QString& title) {
     auto* lines = new QFormLayout;
     lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    switch (m_source.kind) {
-    case Kind::Folder:
-    case Kind::File:
+    switch (m_source.place) {
+    case Place::Folder:
+    case Place::File:
         AddPath(*lines);
         break;
-    case Kind::Server:
+    case Place::Server:
         AddServer(*lines);
         AddUser(*lines);
         break;
-    case Kind::DataSource:
+    case Place::DataSource:
         AddDataSource(*lines);
         AddUser(*lines);
         break;
@@ -77,14 +79,14 @@ void frmSource::Lay(const QString& title) {
 }
 
 void frmSource::AddPath(QFormLayout& lines) {
-    const bool isFolder = m_source.kind == Kind::Folder;
+    const bool isFolder = m_source.place == Place::Folder;
     m_path = new QComboBox;
     m_path->setObjectName("cmbPath");
     m_path->setAccessibleName(isFolder ? "Cartella della sorgente" : "File della sorgente");
     m_path->setEditable(true);
     m_path->setInsertPolicy(QComboBox::NoInsert);
     m_path->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_path->addItems(sourceChoice::Recent(m_session, m_source.kind));
+    m_path->addItems(sourceChoice::Recent(m_session, m_source.place));
     m_path->setCurrentText(m_source.database);
     auto* browse = new QPushButton("S&foglia...");
     browse->setObjectName("cmdBrowse");
@@ -135,7 +137,7 @@ void frmSource::AddUser(QFormLayout& lines) {
 
 void frmSource::Browse() {
     const QString from = m_path->currentText();
-    const QString chosen = m_source.kind == Kind::Folder
+    const QString chosen = m_source.place == Place::Folder
                                ? QFileDialog::getExistingDirectory(this, "Cartella della sorgente", from)
                                : QFileDialog::getOpenFileName(this, "File della sorgente", from,
                                                               "File di Access (*.mdb *.accdb);;Tutti i file (*)");
@@ -169,7 +171,7 @@ void frmSource::cmdOk_Click() {
         return;
     }
     if (m_path != nullptr) {
-        sourceChoice::Remember(m_session, chosen.kind, chosen.database);
+        sourceChoice::Remember(m_session, chosen.place, chosen.database);
     }
     accept();
 }

@@ -28,8 +28,11 @@ enum class Biff : quint16 {
     BoolErr = 0x0205,
     String = 0x0207,
     Row = 0x0208,
+    Array = 0x0221,
+    Table = 0x0236,
     Rk = 0x027e,
     Format = 0x041e,
+    SharedFormula = 0x04bc,
     Bof = 0x0809,
 };
 

@@ -113,27 +113,28 @@ std::optional<QByteArray> CellFormat::Padded(double number) const {
 }
 
 std::optional<QByteArray> DateOfSerial(double serial, CellFormat::Kind kind, bool since1904) {
-    constexpr double secondsOfDay = 86400;
-    constexpr double leapDay1900 = 60; // of a year that was none
-    constexpr double endOfDays = 2958466;
-    constexpr int daysTo1904 = 1462;
+    constexpr qint64 secondsOfDay = 86400;
+    constexpr qint64 leapDay1900 = 60; // of a year that was none
+    constexpr qint64 endOfDays = 2958466;
+    constexpr qint64 daysTo1904 = 1462;
     if (!(serial >= 0 && serial < endOfDays)) {
         return std::nullopt;
     }
-    const double day = std::floor(serial);
-    const auto seconds = static_cast<int>(std::round((serial - day) * secondsOfDay));
-    if (kind == CellFormat::Kind::Time && day == 0 && seconds < secondsOfDay) {
-        return QTime(0, 0).addSecs(seconds).toString(QStringLiteral("hh:mm:ss")).toLatin1();
+    const qint64 all = std::llround(serial * secondsOfDay);
+    const qint64 day = all / secondsOfDay;
+    const QTime time = QTime(0, 0).addSecs(static_cast<int>(all % secondsOfDay));
+    if (kind == CellFormat::Kind::Time && serial < 1) {
+        return time.toString(QStringLiteral("hh:mm:ss")).toLatin1();
     }
     if (serial == 0 && !since1904) {
         return QByteArray();
     }
-    if (!since1904 && day == leapDay1900) {
+    const qint64 shift = since1904 ? daysTo1904 : day < leapDay1900 ? 1 : 0;
+    const bool isNoDay = !since1904 && (day == 0 || day == leapDay1900); // a time without its day is none either
+    if (isNoDay || day + shift >= endOfDays) {
         return std::nullopt;
     }
-    const int shift = since1904 ? daysTo1904 : day < leapDay1900 ? 1 : 0;
-    const QDateTime moment =
-        QDateTime(QDate(1899, 12, 30).addDays(static_cast<qint64>(day) + shift), QTime(0, 0), Qt::UTC).addSecs(seconds);
+    const QDateTime moment(QDate(1899, 12, 30).addDays(day + shift), time, Qt::UTC);
     const bool isWhole = moment.time() == QTime(0, 0);
     return moment.toString(isWhole ? QStringLiteral("yyyyMMdd") : QStringLiteral("yyyyMMdd hh:mm:ss")).toLatin1();
 }

@@ -36,7 +36,7 @@ private:
 
 /// The day and time of a number that counts days: "yyyyMMdd", with a time of day "yyyyMMdd hh:mm:ss"; of a time alone
 /// "hh:mm:ss"; empty for 0, which stands for no date. None for what is no date: a number below zero, 29 February 1900,
-/// a day after 9999.
+/// a time without its day under the format of a date, a day after 9999.
 /// @param kind `Date` or `Time` @param since1904 days count from 1 January 1904, else from 1 January 1900
 std::optional<QByteArray> DateOfSerial(double serial, CellFormat::Kind kind, bool since1904);
 

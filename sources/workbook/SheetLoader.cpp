@@ -29,14 +29,27 @@ QString HeaderText(const SheetCell& cell) {
     return padded ? QString::fromUtf8(*padded) : QString::number(cell.number, 'g', 15);
 }
 
+/// The last column of a row that holds something, whatever order its cells stand in; -1 for none.
+int LastColumn(const SheetRow& row) {
+    int last = -1;
+    for (const SheetCell& cell : row.cells) {
+        last = std::max(last, cell.column);
+    }
+    return last;
+}
+
 } // namespace
 
 QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& reader) {
     const qint64 first = m_table.firstRow > 0 ? m_table.firstRow : m_table.headerRow + 1;
     SheetRow row;
     while (reader.Next(row)) {
+        TakeEmptyFormulas(row);
+        if (row.cells.empty()) {
+            continue;
+        }
         if (row.number == m_table.headerRow) {
-            Open(database, HeaderNames(row));
+            Open(database, row);
         } else if (row.number >= first) {
             if (m_target == nullptr) {
                 Open(database, {});
@@ -48,46 +61,51 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
         Open(database, {});
     }
     ChooseTypes();
+    NoteEmptyFormulas();
     NoteMerged(reader.Merged());
     m_oddities.Tell();
     return m_target->Columns();
 }
 
-QStringList SheetLoader::HeaderNames(const SheetRow& row) {
-    QStringList names;
+QVector<ColumnInfo> SheetLoader::NamedColumns(const QStringList& names) {
     QStringList places;
-    for (const SheetCell& cell : row.cells) {
-        while (names.size() < cell.column) {
-            names.append(QString());
-        }
-        names.append(HeaderText(cell));
-    }
     for (int column = 0; column < names.size(); ++column) {
         places.append(ColumnLetters(column));
     }
-    return DistinctNames(names, places, m_oddities);
+    QVector<ColumnInfo> columns;
+    for (const QString& name : DistinctNames(names, places, m_oddities)) {
+        columns.append({name, QStringLiteral("BLOB")});
+    }
+    return columns;
 }
 
-void SheetLoader::Open(PrivateDatabase& database, const QStringList& names) {
-    if (m_table.headerRow > 0 && names.isEmpty()) {
+void SheetLoader::Open(PrivateDatabase& database, const SheetRow& header) {
+    if (m_table.headerRow > 0 && header.cells.empty()) {
         throw ImportError(
             QStringLiteral("la riga %1, che deve avere i nomi delle colonne, è vuota").arg(m_table.headerRow));
     }
-    QVector<ColumnInfo> columns;
-    for (int column = 0; column < std::max<qsizetype>(names.size(), m_table.columns); ++column) {
-        columns.append({names.value(column, ColumnLetters(column)), QStringLiteral("BLOB")});
+    QStringList names(std::max(LastColumn(header) + 1, m_table.columns));
+    for (const SheetCell& cell : header.cells) {
+        names[cell.column] = HeaderText(cell);
     }
-    m_target = std::make_unique<PrivateTable>(database, m_table.table, columns, RowNumberColumn);
-    m_seen.resize(static_cast<size_t>(columns.size()));
+    m_target = std::make_unique<PrivateTable>(database, m_table.table, NamedColumns(names), RowNumberColumn);
+    m_seen.resize(static_cast<size_t>(names.size()));
+}
+
+void SheetLoader::Widen(int last) {
+    QStringList names;
+    for (const ColumnInfo& column : m_target->Columns()) {
+        names.append(column.name);
+    }
+    const qsizetype known = names.size();
+    names.resize(last + 1);
+    m_target->AddColumns(NamedColumns(names).mid(known));
+    m_seen.resize(static_cast<size_t>(names.size()));
 }
 
 void SheetLoader::AddRow(const SheetRow& row) {
-    const int last = std::max_element(row.cells.begin(), row.cells.end(), [](const auto& left, const auto& right) {
-                         return left.column < right.column;
-                     })->column;
-    while (m_target->Columns().size() <= last) {
-        m_target->AddColumn({ColumnLetters(static_cast<int>(m_target->Columns().size())), QStringLiteral("BLOB")});
-        m_seen.emplace_back();
+    if (const int last = LastColumn(row); last >= m_target->Columns().size()) {
+        Widen(last);
     }
     for (const SheetCell& cell : row.cells) {
         switch (cell.kind) {
@@ -115,6 +133,8 @@ void SheetLoader::AddRow(const SheetRow& row) {
             break;
         case SheetCell::Kind::Unreadable:
             AddUnreadable(row, cell.column, QString::fromUtf8(cell.text));
+            break;
+        case SheetCell::Kind::EmptyText:
             break;
         }
     }
@@ -168,9 +188,8 @@ void SheetLoader::AddNumber(const SheetRow& row, const SheetCell& cell) {
 }
 
 void SheetLoader::AddUnreadable(const SheetRow& row, int column, const QString& why) {
-    m_oddities.Add(UnreadableKind, NameOf(column), row.number, why);
-    m_target->SetUnreadable(column, QStringLiteral("%1, riga %2, colonna '%3': %4")
-                                        .arg(m_oddities.Place(), QString::number(row.number), NameOf(column), why));
+    ++m_seen[static_cast<size_t>(column)].unreadable;
+    m_oddities.SpoilValue(*m_target, column, row.number, why);
 }
 
 void SheetLoader::ChooseTypes() {
@@ -198,6 +217,29 @@ void SheetLoader::ChooseTypes() {
         }
     }
     m_target->Retype(columns);
+}
+
+void SheetLoader::TakeEmptyFormulas(SheetRow& row) {
+    std::erase_if(row.cells, [this](const SheetCell& cell) {
+        if (cell.kind != SheetCell::Kind::EmptyText) {
+            return false;
+        }
+        ++m_emptyFormulas[cell.column];
+        return true;
+    });
+}
+
+/// Where a formula of the column gives a value, the file has been reckoned.
+void SheetLoader::NoteEmptyFormulas() {
+    for (auto column = m_emptyFormulas.cbegin(); column != m_emptyFormulas.cend(); ++column) {
+        const bool isThere = static_cast<size_t>(column.key()) < m_seen.size();
+        if (isThere && m_seen[static_cast<size_t>(column.key())].IsEmpty()) {
+            m_oddities.Add(QStringLiteral("FORMULE SENZA RISULTATO"), NameOf(column.key()), 0,
+                           QStringLiteral("%1 formule, tutte con un testo vuoto come risultato; se Excel vi mostra dei "
+                                          "valori, aprire il file con Excel e salvarlo")
+                               .arg(column.value()));
+        }
+    }
 }
 
 void SheetLoader::NoteMerged(const QStringList& ranges) {

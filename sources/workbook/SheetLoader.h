@@ -32,21 +32,28 @@ private:
         qint64 wholes = 0;
         qint64 fractions = 0;
         qint64 dates = 0;
+        qint64 unreadable = 0;
         bool hasTimes = false;
 
         qint64 Numbers() const { return bits + wholes + fractions; }
+        bool IsEmpty() const { return texts + dates + unreadable + Numbers() == 0; }
         bool IsOfDates() const { return dates > 0 && Numbers() == 0 && textsLikeDates == 0; }
         bool IsOfCodes() const { return texts + dates > 0 && fractions == 0; }
     };
 
-    QStringList HeaderNames(const SheetRow& row);
-    void Open(PrivateDatabase& database, const QStringList& names);
+    QVector<ColumnInfo> NamedColumns(const QStringList& names);
+    void Open(PrivateDatabase& database, const SheetRow& header);
+    /// Adds the columns up to that one, behind those that the header has.
+    void Widen(int last);
     void AddRow(const SheetRow& row);
     void AddNumber(const SheetRow& row, const SheetCell& cell);
     void AddText(const SheetRow& row, int column, const QByteArray& text);
     void AddDate(int column, const QByteArray& text);
     void AddUnreadable(const SheetRow& row, int column, const QString& why);
     void ChooseTypes();
+    /// Takes the formulas that give an empty text out of a row: they are no values.
+    void TakeEmptyFormulas(SheetRow& row);
+    void NoteEmptyFormulas();
     void NoteMerged(const QStringList& ranges);
     QString NameOf(int column) const { return m_target->Columns().at(column).name; }
 
@@ -56,6 +63,7 @@ private:
     UntoldPage m_untold;
     std::unique_ptr<PrivateTable> m_target;
     std::vector<Seen> m_seen;
+    QMap<int, qint64> m_emptyFormulas; ///< how many a column has
 };
 
 } // namespace sources

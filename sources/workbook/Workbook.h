@@ -19,6 +19,7 @@ struct SheetCell {
         Error,      ///< the text is that of the error, "#N/A"
         Date,       ///< the text is the date, already written out: "20240305" or "20240305 14:30:00"
         NoValue,    ///< a formula whose result the file does not keep
+        EmptyText,  ///< a formula whose result is an empty text, as programs that do not reckon write it for all
         Unreadable, ///< the text says why
     };
     int column = 0; ///< from 0

@@ -65,6 +65,10 @@ bool XlsSheet::Next(SheetRow& row) {
     m_row.cells.clear();
     while (!m_hasEnded && (m_isPending || m_records.Next())) {
         const Biff type = m_records.Type();
+        if (m_depth == 0 && type != Biff::Bof) {
+            throw ImportError(QStringLiteral("il foglio non comincia dove il file lo dice: il file è danneggiato, "
+                                             "aprirlo con Excel e salvarlo di nuovo"));
+        }
         m_depth += type == Biff::Bof ? 1 : 0;
         if (type == Biff::Eof) {
             m_hasEnded = --m_depth <= 0;
@@ -157,20 +161,23 @@ void XlsSheet::ReadFormula(SheetCell cell) {
         AddBoolOrError(cell, value, kind == 2);
     } else if (kind == 0) {
         AddFormulaText(cell);
+    } else {
+        cell.kind = SheetCell::Kind::EmptyText;
+        m_row.cells.push_back(std::move(cell));
     }
 }
 
-/// The text follows, may be behind a record about formulas that are shared.
+/// The text follows, may be behind a record about formulas that cells share. Where it is missing the next cell follows.
 void XlsSheet::AddFormulaText(SheetCell cell) {
-    while (const auto next = m_records.NextType()) {
-        if (*next == Biff::Eof || *next == Biff::Row || *next == Biff::Formula) {
-            break;
-        }
+    auto next = m_records.NextType();
+    while (next == Biff::Array || next == Biff::Table || next == Biff::SharedFormula || next == Biff::Continue) {
         m_records.Next();
-        if (*next == Biff::String) {
-            Add(std::move(cell), m_workbook.Text(m_records, 0, 2));
-            return;
-        }
+        next = m_records.NextType();
+    }
+    if (next == Biff::String) {
+        m_records.Next();
+        Add(std::move(cell), m_workbook.Text(m_records, 0, 2));
+        return;
     }
     cell.kind = SheetCell::Kind::NoValue;
     m_row.cells.push_back(std::move(cell));

@@ -126,6 +126,8 @@ SheetCell XlsxSheet::ReadCell() {
     }
     if (isFormula && !hasValue) {
         cell.kind = SheetCell::Kind::NoValue;
+    } else if (isFormula && cell.kind == SheetCell::Kind::Text && cell.text.isEmpty()) {
+        cell.kind = SheetCell::Kind::EmptyText;
     }
     return cell;
 }

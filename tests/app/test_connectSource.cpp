@@ -1,6 +1,7 @@
 #include "adapters/registry.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
+#include "app/sourceChoice.h"
 #include "sql/mod_ovTools.h"
 #include "tests/sources/dbfBytes.h"
 #include "tests/sources/mdbBytes.h"
@@ -48,7 +49,7 @@ class TestConnectSource : public QObject {
 private slots:
     void knowsEveryOrigin() {
         for (const contract::Origin* origin : registry::Origins()) {
-            QVERIFY2(origin->source.prepare != nullptr, qPrintable(origin->name));
+            QVERIFY2(origin->source.prepare.open != nullptr, qPrintable(origin->name));
         }
     }
 
@@ -119,6 +120,44 @@ private slots:
         config.SetAppConfig("IMPORT", "Driver", "MariaDB Unicode");
         QCOMPARE(Prepare(target.Get(), "Ad-Hoc"),
                  QString("3 Server=db1 Database=gescom2 User=carlo Password=p Driver=MariaDB Unicode"));
+    }
+
+    /// What is chosen for an origin is what its preparation then reads.
+    void opensWhatIsChosen_data() {
+        Columns<QString, QString, QString, QString>("own", "sections", "line", "prepared");
+        const QString server = "0 Server=S Database=D User=u Password=p";
+        const QString line = "Server (non impostato), database (non impostato), ";
+        Row("Gescom", "", "IMPORT", line + "utente (non impostato)", server);
+        Row("Ad-Hoc", "", "IMPORT,AHR", line + "accesso integrato", server);
+        Row("AUTOMA", "", "IMPORT", line + "utente (non impostato)", server);
+        Row("Tessera", "Tessera_Username", "Tessera,IMPORT", line + "utente altri", server);
+        Row("Panthera", "Username", "Panthera,IMPORT", line + "utente altri", server);
+        Row("BMS", "DSN_Username", "BMS,IMPORT", "Origine dati ODBC (non impostato), utente altri",
+            "4 DSN=O User=u Password=p");
+        Row("Arca 2000", "Databasename", "Arca 2000", "Cartella /altri/dati",
+            "6 String=Driver={Microsoft Visual FoxPro Driver};Data Source=/D");
+        Row("SAM", "", "IMPORT", "Si chiede a ogni importazione", "-");
+    }
+    void opensWhatIsChosen() {
+        QFETCH(const QString, own);
+        const contract::Origin& origin = *registry::Find(QTest::currentDataTag());
+        TestTarget target;
+        Session& session = target.Get();
+        if (!own.isEmpty()) {
+            session.Config.SetAppConfig(origin.name, own, own == "Databasename" ? "/altri/dati" : "altri");
+        }
+        target.Person.Inputs = {std::nullopt};
+        QTEST(sourceChoice::Line(session, origin), "line");
+        QTEST(sourceChoice::Sections(session, origin).join(','), "sections");
+        sourceChoice::Source source = sourceChoice::Read(session, origin);
+        source.database = source.place == contract::Place::Folder ? "/D" : "D";
+        source.server = "S";
+        source.dsn = "O";
+        source.user = "u";
+        source.integrated = false;
+        sourceChoice::Write(session, origin, source, "p");
+        const sourceSettings::OfOrigin settings(session, origin.name);
+        QTEST(Prepare(session, origin.name), "prepared");
     }
 
     /// The user of a server, seeded by an origin that has one, is not that of a data source.

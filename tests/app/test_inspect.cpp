@@ -78,6 +78,21 @@ class TestInspect : public QObject {
     Q_OBJECT
 
 private slots:
+    /// A line that cannot be read hides no other.
+    void ShowsTheRestOfATable() {
+        TestTarget target;
+        WriteFile(target.Folder.filePath("ART_MAG.csv"), "_ARCOD;_ARDES\nA;x\nB\nC;y\n");
+        target.Get().Config.SetAppConfig("IMPORT", "Databasename", target.Folder.path());
+        const contract::Origin& mexal = *registry::Find("Mexal");
+        QVERIFY(OpenToLook(target.Get(), mexal));
+        const Inspection seen = inspection::Inspect(target.Get(), mexal);
+        CloseSource(target.Get());
+        const Table& table = TableOf(seen, "ART_MAG");
+        QCOMPARE(table.trouble, QString());
+        QCOMPARE(table.rows, 3);
+        QCOMPARE(table.Own("_ARDES")->values, (QStringList{"x", "(non si legge)", "y"}));
+    }
+
     void SuggestsColumns_data() {
         Columns<QStringList, QStringList, QStringList, QString>("reads", "own", "feeds", "told");
         const auto row = [](const char* name, const QStringList& reads, const QStringList& own, const char* told,

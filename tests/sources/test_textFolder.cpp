@@ -80,6 +80,7 @@ private slots:
         const QByteArray none;
         Row("open quote", QByteArray("a;b\n1;2\n\"3;4\n5;6\n"), none, QStringList{"riga 3", "non si chiudono"});
         Row("empty", none, none, QStringList{"vuoto"});
+        Row("header broken by a CR", QByteArray("a;b\r1;2\n3;4\n"), none, QStringList{"riga 1", "(CR)"});
         Row("neither header nor names", QByteArray("1;2\n"), QByteArray("ColNameHeader=False\n"), QStringList{"Col1"});
         Row("no format", QByteArray("1;2\n"), QByteArray("Format=FixedLength\n"), QStringList{"FixedLength"});
     }
@@ -107,6 +108,8 @@ private slots:
         const QByteArray none;
         Row("fewer fields", QByteArray("a;b\n1;2\n3\n4;5\n"), none, QStringList{"riga 3", "1 campi", "2"});
         Row("more fields", QByteArray("a;b\n1;2\n1;2;3\n4;5\n"), none, QStringList{"riga 3", "3 campi"});
+        Row("broken by a CR", QByteArray("a;b\n1;2\n3;x\r4\n4;5\n"), none,
+            QStringList{"riga 3, colonna 'b': un ritorno a capo (CR)"});
         Row("no such text", QByteArray("a;b\n1;2\nCitt\xE0;Citt\xE0\n4;5\n"), QByteArray("CharacterSet=65001\n"),
             QStringList{"riga 3", "'b'", "UTF-8"});
     }
@@ -174,7 +177,11 @@ private slots:
         Row("nothing tells", QByteArray("1.234\n5\n"), none, "1.234,5", "NUMERO AMBIGUO");
         Row("schema.ini tells", QByteArray("1.234\n5\n"), QByteArray("DecimalSymbol=,\n"), "1234,5", "SEGNO");
         Row("codes", QByteArray("1.234\n2,5\nA.1\n"), none, "1.234,2,5,A.1", "");
-        Row("contradiction", QByteArray("1.234\n2,5\n2.5\n"), none, "1.234,2,5,2.5", "");
+        Row("contradiction", QByteArray("1.234\n2,5\n2.5\n"), none, "1.234,2,5,2.5", "NUMERO AMBIGUO");
+        Row("fraction of three digits", QByteArray("0.125\n1,234\n"), none, "0.125,1234", "SEGNO DELLE MIGLIAIA");
+        Row("fraction, commas told", QByteArray("0.125\n5\n"), QByteArray("DecimalSymbol=,\n"), "0.125,5", "");
+        Row("codes, as told", QByteArray("1.234\n5\n"), QByteArray("DecimalSymbol=,\nCol1=a Char Width 9\n"), "1.234,5",
+            "");
     }
     void TellsThousandsFromDecimals() {
         QFETCH(const QByteArray, values);

@@ -68,7 +68,7 @@ private slots:
         QFETCH(const QString, total);
         QFETCH(const QString, text);
         const auto engine = Open(Folder + file);
-        QCOMPARE(engine->Tables().mid(0, 2), (QStringList{"Articoli", "Lettere"}));
+        QCOMPARE(engine->Tables(), (QStringList{"Articoli", "Lettere"}));
         const auto row = [&](int number) {
             return RowOf(*engine, QString("SELECT * FROM Articoli WHERE _RIGA = %1").arg(number));
         };
@@ -82,6 +82,7 @@ private slots:
         QVERIFY(IsNoted("RIGA NASCOSTA") && IsNoted("riga 3"));
         QVERIFY(IsNoted("CELLE UNITE") && IsNoted("A6:A7"));
         QVERIFY(IsNoted("VALORE NON LEGGIBILE") && IsNoted("foglio 'Articoli', riga 2, colonna 'Esito'"));
+        QCOMPARE(IsNoted("FORMULE SENZA RISULTATO"), total == "-");
     }
 
     /// An error ends who asks for the value, with the place of the cell.
@@ -94,6 +95,29 @@ private slots:
                       {"xlsxwriter.xlsx', foglio 'Articoli', riga 2, colonna 'Esito'", "#N/A"}));
         QVERIFY(cursor->Next());
         QCOMPARE(cursor->Value(0).toString(), QString("due\nrighe"));
+    }
+
+    /// Its row would be missing from a query that decides by it, or be reckoned with as 0.
+    void RefusesToDecideByTheCell_data() {
+        Columns<bool>("refused");
+        Row("SELECT Codice FROM Articoli WHERE Esito = '1'", true);
+        Row("SELECT Codice FROM Articoli WHERE Codice IN (SELECT esito FROM Articoli)", true);
+        Row("SELECT A.Codice FROM Articoli A LEFT JOIN Lettere L ON L.uno = A.[Esito]", true);
+        Row("SELECT Codice, UPPER(Esito) FROM Articoli", true);
+        Row("SELECT SUM(T.Esito) FROM (SELECT Esito FROM Articoli) T", true);
+        Row("SELECT COUNT(*) FROM (SELECT DISTINCT Esito FROM Articoli) T", false);
+        Row("SELECT Codice, Esito AS E, RTRIM(LTRIM(Esito)) AS F FROM Articoli WHERE Codice > '' ORDER BY Esito",
+            false);
+        Row("SELECT L.uno, A.Esito FROM Lettere L, Articoli A WHERE L.uno = A.Codice", false);
+    }
+    void RefusesToDecideByTheCell() {
+        QFETCH(const bool, refused);
+        const auto engine = Open(Folder + "xlsxwriter.xlsx");
+        engine->Columns("Articoli");
+        const QString error = ErrorOf([&] { engine->Query(QTest::currentDataTag()); });
+        QVERIFY2(refused ? Holds(error, {"foglio 'Articoli', riga 2, colonna 'Esito'", "#N/A", "non si leggono: 1"})
+                         : error == "no error",
+                 qPrintable(error));
     }
 
     void ReadsConnectionSettings_data() {
@@ -150,6 +174,53 @@ private slots:
         QCOMPARE(names.join(','), QString("_RIGA,Prezzo (A),Data,Prezzo (C),D,_RIGA (E)"));
         QVERIFY(IsNoted("COLONNA RIPETUTA"));
         QCOMPARE(Value(*Open(Folder + "xlwt_lunghi.xls"), "SELECT B FROM Lunghi").toDate(), QDate(2024, 3, 5));
+    }
+
+    void EndsDaysFrom1904InTheSameYear() {
+        const auto date = [](double serial) {
+            return sources::DateOfSerial(serial, sources::CellFormat::Kind::Date, true);
+        };
+        QCOMPARE(date(2957003), QByteArray("99991231"));
+        QVERIFY(!date(2957004));
+        QCOMPARE(date(0.5), QByteArray("19040101 12:00:00"));
+    }
+
+    /// A sheet of Excel 95 byte by byte, as programs of other makers leave them.
+    void ReadsSheetsOfOtherPrograms_data() {
+        using namespace xlsBytes;
+        Columns<QByteArray, QString, QString>("records", "columns", "row");
+        const QByteArray text = Record(0x06, Words({1, 0, 0}) + Words({0, 0, 0, 0xffff}) + QByteArray(6, '\0'));
+        const auto label = [](int row, int column, const char* value) {
+            return Record(0x204, Words({row, column, 0, static_cast<int>(strlen(value))}) + value);
+        };
+        const QByteArray number = Record(0x203, Words({1, 1, 0}) + Raw(0.5));
+        const QByteArray header = label(0, 0, "a") + label(0, 1, "b");
+        Row("formula without its text", header + text + number, "a,b", "2|!aprirlo con Excel e salvarlo|0.5");
+        Row("shared formula",
+            header + text + Record(0x4bc, QByteArray(8, '\0')) + Record(0x207, Words({1}) + "x") + number, "a,b",
+            "2|'x'|0.5");
+        Row("header in any order", label(0, 1, "b") + label(0, 0, "a") + number + label(1, 0, "x"), "a,b", "2|'x'|0.5");
+        Row("letter that is a name", label(0, 0, "C") + label(0, 1, "b") + label(1, 0, "x") + label(1, 2, "y"),
+            "C,b,C (C)", "2|'x'|-|'y'");
+        Row("letters that are names", label(0, 0, "B") + label(0, 2, "B (B)") + label(1, 0, "x") + label(1, 1, "y"),
+            "B,B (B) (B),B (B)", "2|'x'|'y'|-");
+        Row("far beyond the header", label(0, 0, "a") + label(1, 0, "x") + label(1, 4, "y"), "a,B,C,D,E",
+            "2|'x'|-|-|-|'y'");
+    }
+    void ReadsSheetsOfOtherPrograms() {
+        using namespace xlsBytes;
+        QFETCH(const QByteArray, records);
+        const QTemporaryDir folder;
+        WriteFile(folder.filePath("a.xls"),
+                  Workbook("Book", 1252, "F", Record(0x809, Words({0x500, 0x10, 0, 0})) + records + Record(0x0a, {})));
+        const auto engine = Open(folder.filePath("a.xls"));
+        QStringList names;
+        for (const ColumnInfo& column : engine->Columns("F").mid(1)) {
+            names.append(column.name);
+        }
+        QTEST(names.join(','), "columns");
+        QTEST(RowOf(*engine, "SELECT * FROM F"), "row");
+        QCOMPARE(IsNoted("COLONNA RIPETUTA"), names.join(',').contains('('));
     }
 
     void ReadsTextsThatGoOnInFurtherRecords() {
@@ -229,6 +300,9 @@ private slots:
         Row("leap day that was none", "d/m/yyyy", 60.0, "none");
         Row("first after it", "d/m/yyyy", 61.0, "19000301");
         Row("no date", "d/m/yyyy", 0.0, "");
+        Row("a time without its day", "d/m/yyyy", 0.5, "none");
+        Row("midnight of no day", "hh:mm", 0.999999, "00:00:00");
+        Row("rounded beyond the last day", "d/m/yyyy", 2958465.999999, "none");
         Row("before 1900", "d/m/yyyy", -1.0, "none");
         Row("last day", "d/m/yyyy", 2958465.0, "99991231");
         Row("after it", "d/m/yyyy", 2958466.0, "none");
@@ -285,6 +359,8 @@ private slots:
         Row("document", replaced("Workbook", "WordText"), "non è una cartella di lavoro");
         Row("xlsx with a password", replaced("Workbook", "EncryptedPackage"), "protetto da una password");
         Row("xls with a password", locked, "protetto da una password");
+        Row("sheet that begins elsewhere", xlsBytes::Workbook("Book", 1252, "F", xlsBytes::Record(0x0a, {})),
+            "danneggiato");
         Row("xls cut in its head", xls.left(300), "incompleto");
         Row("xls cut", xls.left(xls.size() / 2), "incompleto");
         Row("xlsx cut", xlsx.left(xlsx.size() / 2), "incompleto");

@@ -5,6 +5,7 @@
 #include "core/Session.h"
 
 #include <array>
+#include <concepts>
 #include <optional>
 #include <vector>
 
@@ -73,11 +74,52 @@ struct CompanyKey {
     QString usual = {};  ///< company without the setting; empty: one that is alone
 };
 
+/// How the place of a source is told.
+enum class Place {
+    Asked,      ///< by questions at each import, or it is fixed: there is nothing to set
+    Chosen,     ///< a file that is chosen at each import
+    Folder,     ///< a folder of tables in the settings: FoxPro, text files
+    File,       ///< a file in the settings
+    Server,     ///< server and database in the settings
+    DataSource, ///< an ODBC data source in the settings
+};
+
+/// The keys of the settings that name a source.
+struct SourceKeys {
+    QString networkSection = "IMPORT"; ///< of `network`, where the origin's own section has none
+    QString networkDefault = "0";
+    QString username = "Username";
+    QString password = "Password";
+    QString server = "Servername";
+    QString database = "Databasename";
+    QString network = "NetworkCredential";
+    QString driver = "Driver";
+    QString encryption = "Encryption";
+    QString authorities = "EncryptionCA";
+};
+
+/// What fills a connection's parameters, and where it has them from: for who shows or chooses the source.
+struct Opening {
+    Opening() = default;
+    template<class Open>
+    requires(!std::same_as<std::remove_cvref_t<Open>, Opening>)
+        Opening(Open fill, Place from = Place::Asked,
+                SourceKeys called = {}) // NOLINT: an opening is written as a function
+        : open(std::move(fill)),
+          place(from),
+          keys(std::move(called)) {}
+    bool operator()(Session& session, ovConnection& source) const { return open(session, source); }
+
+    /// Fills the parameters from settings and questions; false when the operator gave up.
+    std::function<bool(Session&, ovConnection& source)> open;
+    Place place = Place::Asked;
+    SourceKeys keys;
+};
+
 /// How an origin's source opens.
 struct SourceSpec {
     QString kind; ///< for the lists: "FoxPro", "SQL Server", "CSV" ...
-    /// Fills the connection's parameters from settings and questions; false when the operator gave up.
-    std::function<bool(Session&, ovConnection& source)> prepare;
+    Opening prepare;
     /// What it asks for that, in its order; the choice of a file is not among it.
     std::vector<AnswerNeed> asks = {};
     std::optional<CompanyKey> company = {};

@@ -175,7 +175,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Ad-Hoc Windows",
         Module,
-        {.kind = "FoxPro", .prepare = PrepareSource, .company = CompanyKey{"AZIENDA_IMPORT", ArtIcol}},
+        {.kind = "FoxPro", .prepare = {PrepareSource, Place::Folder}, .company = CompanyKey{"AZIENDA_IMPORT", ArtIcol}},
         Buttons("YYNNN-NN", {{Button::Acq, "Importa Tabelle Generali"}, {Button::Disegni, "Importa Lamiere"}}),
         Shown::Keep,
         {

@@ -356,7 +356,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Arca 2000",
         Module,
-        {"FoxPro", PrepareSource},
+        {"FoxPro", {PrepareSource, Place::Folder}},
         Buttons("YYNNNNYY", {{Button::Disegni, "Importa Listini"}}),
         Shown::Yes,
         {

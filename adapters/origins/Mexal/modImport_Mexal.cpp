@@ -183,7 +183,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Mexal",
         Module,
-        {"CSV", PrepareSource},
+        {"CSV", {PrepareSource, Place::Folder}},
         Buttons("YYYYYYYY", {{Button::Disegni, "Importa Costi/Prezzi"}}),
         Shown::Keep,
         {

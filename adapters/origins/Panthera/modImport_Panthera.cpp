@@ -217,7 +217,7 @@ const Origin& Entry() {
         "Panthera",
         Module,
         {.kind = "SQL Server",
-         .prepare = PrepareSource,
+         .prepare = {PrepareSource, Place::Server},
          .company = CompanyKey{"ID_AZIENDA", Modelli, "ID_AZIENDA", "001"}},
         Buttons("NNYNNNNY", {{Button::Disegni, "Importa Listini"}}),
         Shown::Keep,
