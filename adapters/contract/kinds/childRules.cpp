@@ -1,5 +1,7 @@
 #include "adapters/contract/kinds/childRules.h"
 
+#include "sql/mod_ovTools.h"
+
 namespace contract::rules {
 
 namespace {
@@ -14,13 +16,18 @@ std::vector<TableNeed> ReadsOf(const QString& parent, const ChildTable& rows, co
     return reads;
 }
 
+/// The rows in words: "TABLE with CONDITION by ORDER".
+QString WordsOf(const ChildTable& rows) {
+    const QString which = rows.where.isEmpty() ? QString() : QString(" with " + rows.where);
+    const QString order = rows.order.isEmpty() ? QString() : QString(" by " + rows.order);
+    return rows.table + which + order;
+}
+
 } // namespace
 
 Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& columns, const Rule& rule) {
     const QStringList names = columns.split(QStringLiteral(", "));
-    const QString which = rows.where.isEmpty() ? QString() : QString(" with " + rows.where);
-    const QString order = rows.order.isEmpty() ? QString() : QString(" by " + rows.order);
-    return {QStringLiteral("%1 of its first %2%3%4: %5").arg(columns, rows.table, which, order, rule.text),
+    return {QStringLiteral("%1 of its first %2: %3").arg(columns, WordsOf(rows), rule.text),
             [rows, names, apply = rule.apply](const RuleInput& input) {
                 RuleValue value;
                 rows.First(input.session, input.row, [&](const SourceRow& first) {
@@ -29,6 +36,20 @@ Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& colum
                 return value;
             },
             rule.side, ReadsOf(parent, rows, names) + rule.reads};
+}
+
+Rule NamedBy(const QString& parent, const ChildTable& rows, const QString& column, const QVariant& yes,
+             const QVariant& no) {
+    return {QStringLiteral("\"%1\" when it is %2 of its first %3, else \"%4\"")
+                .arg(mod_ovTools::ToText(yes), column, WordsOf(rows), mod_ovTools::ToText(no)),
+            [rows, column, yes, no](const RuleInput& input) {
+                bool isNamed = false;
+                rows.First(input.session, input.row, [&](const SourceRow& first) {
+                    isNamed = first.Text(column).compare(input.Text(), Qt::CaseInsensitive) == 0;
+                });
+                return RuleValue(isNamed ? yes : no);
+            },
+            Side::Both, ReadsOf(parent, rows, {column})};
 }
 
 Rule OnLines() {

@@ -13,6 +13,11 @@ Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& colum
 /// its own; blank ones are left out. @param parent table of the row under way
 Rule WithLines(const QString& parent, const ChildTable& rows, const QString& column);
 
+/// One of two values: whether a column of the first row that belongs to the one under way holds the text of the source
+/// columns, in any case, as a counterparty names the branch that goods go to. @param parent table of the row under way
+Rule NamedBy(const QString& parent, const ChildTable& rows, const QString& column, const QVariant& yes = true,
+             const QVariant& no = false);
+
 /// The texts of the source columns, each on a line of its own; blank ones are left out.
 Rule OnLines();
 

@@ -1,13 +1,14 @@
 // Ad Hoc Revolution: an SQL Server database. A company's tables have its code in front of their names (AZIENDA_IMPORT).
-// Here stand counterparties and the chart of accounts; base tables, articles with sheets, stock, and what is put right
-// in Quadrix alone in modImport_AdHoc_base.cpp, _articles.cpp, _stock.cpp and _repairs.cpp. CONTI, ART_ICOL, MVM_MAST,
-// MVM_DETT, SALDIART, LIS_TINI, LIS_SCAG and their columns are known from installations; the other tables, and the
-// sizes of sheets in ART_ICOL, are this system's own reading in their style. Known gaps: third and fourth line of names
-// (ANDESCR3, late releases), nations beside their codes (NAZIONI: codes go through SYS_IMP), kinds of accounts
-// (ANTIPSOT), contacts other than those of the destinations.
+// Here stand counterparties, letters of intent and the chart of accounts; base tables, articles with sheets, stock, and
+// what is put right in Quadrix alone in modImport_AdHoc_base.cpp, _articles.cpp, _stock.cpp and _repairs.cpp. CONTI,
+// ART_ICOL, MVM_MAST, MVM_DETT, SALDIART, LIS_TINI, LIS_SCAG and their columns are known from installations; the other
+// tables, and the sizes of sheets in ART_ICOL, are this system's own reading in their style. Known gaps: third and
+// fourth line of names (ANDESCR3, late releases), nations beside their codes (NAZIONI: codes go through SYS_IMP), kinds
+// of accounts (ANTIPSOT), contacts other than those of the destinations.
 
 #include "adapters/origins/AdHoc/modImport_AdHoc.h"
 
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/sourceSettings.h"
 
 using namespace contract;
@@ -152,6 +153,49 @@ Counterparties Controparti() {
     };
 }
 
+// --- Letters of intent --------------------------------------------------------------------------------------------
+
+namespace {
+
+/// The year of a day; Null without one.
+Rule YearOf() {
+    return {"year of the day", [day = Day().apply](const RuleInput& input) {
+                const QDate date = day(input)->toDate();
+                return RuleValue(date.isValid() ? QVariant(date.year()) : QVariant());
+            }};
+}
+
+/// Not every installation has them: a procedure of their own.
+BaseTable LettereIntento() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportLettereIntentoAHR",
+                  .announcement = "Inizio importazione lettere d'intento",
+                  .errors = "Errore: ",
+                  .step = "Lettere d'intento",
+                  .completion = "Lettere d'intento importate correttamente!"},
+        .source = {.table = "DIC_INTE",
+                   .key = "DICODICE",
+                   .order = "DITIPCON, DICODICE, DIDATLET, DINUMDOC",
+                   .naming = "DITIPCON, DICODICE, DINUMDOC"},
+        .target = "DIC_INT",
+        .lines =
+            {
+                {"DICON", "DICODICE, DITIPCON", PartyByMark("F")},
+                {"DIANN", "DIDATLET", YearOf()},
+                {"DINUM", "DINUMDOC", Text()},
+                {"DIDLI", "DIDATLET", Day()},
+                {"DIVAL", "DIDATINI", Day()},
+                {"DIVDA", "DIDATFIN", Day()},
+                {"DIVIM", "DIIMPDIC", RoundedTo(2)},
+            },
+        .empties = DeletedImports("DIC_INT"),
+        .keys = {"DICON", "DIANN", "DINUM"},
+    };
+}
+
+} // namespace
+
 // --- Chart of accounts --------------------------------------------------------------------------------------------
 
 Accounts PianoConti() {
@@ -167,20 +211,18 @@ Accounts PianoConti() {
                              {"CCMAS", "ANCONSUP", Text()},
                              {"CCNAT", "ANCONSUP",
                               Via(mastri, "MCCODICE", "MCSEZBIL", Choice({{"C", "AQ"}, {"R", "VE"}}, "GE"))},
-                             {"CCEXT", "ANCODICE", Text()},
                          }},
-        .ledgers =
-            BaseTable{.source = {.table = mastri, .key = "MCCODICE", .order = "MCCODICE"},
-                      .target = "MAS_TRI",
-                      .code = "MCCODICE",
-                      .lines =
-                          {
-                              {"MCDES", "MCDESCRI", First(100)},
-                              {"MCTIP", "MCTIPMAS", Text()},
-                              {"MCBIL", "MCSEZBIL", Choice({{"A", "SP"}, {"P", "SP"}, {"C", "CE"}, {"R", "CE"}}, "")},
-                              {"MCLIV", "MCNUMLIV", RoundedTo(0)},
-                              {"MCRAG", "MCCONSUP", Text()},
-                          }},
+        .ledgers = BaseTable{.source = {.table = mastri, .key = "MCCODICE", .order = "MCCODICE"},
+                             .target = "MAS_TRI",
+                             .code = "MCCODICE",
+                             .lines =
+                                 {
+                                     {"MCDES", "MCDESCRI", First(100)},
+                                     {"MCTIP", "MCTIPMAS", Text()},
+                                     {"MCBIL", "MCSEZBIL", BalanceSection("CR")},
+                                     {"MCLIV", "MCNUMLIV", RoundedTo(0)},
+                                     {"MCRAG", "MCCONSUP", Text()},
+                                 }},
     };
 }
 
@@ -203,6 +245,7 @@ const Origin& Entry() {
             Inventario(),
             Lamiere(),
             ProcedureOf(std::nullopt, PianoConti()),
+            ProcedureOf(std::nullopt, LettereIntento()),
             AllegatiLantek(),
             PackingList(),
         },

@@ -3,12 +3,13 @@
 // numbers and units, are known from a later product of the same house; commercial columns, banks, contacts, price lists
 // and the chart of accounts are this system's own reading in their style. Left out: CodMarca, CodNomenclaturaComb and
 // MagGiacPerLotti, which Quadrix has no column for; AcqTipoAnagrForAbit, as a usual supplier is a supplier. Known gaps:
-// a customer and a supplier of one IdAnagGen become one only by their VAT number or tax code; documents and bills
-// (DBaseRighe).
+// documents and bills (DBaseRighe).
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/sourceSettings.h"
@@ -62,17 +63,27 @@ Rule ArticleClass() {
             {{Versioni, {"CodDb"}}}};
 }
 
-/// NumRifAltroIndir names the branch that goods go to.
-void MarkDefaultBranch(ImportRun& run, CounterpartyWriter& /*writer*/, const SourceRow& row, const Owner& owner) {
-    const int branch = static_cast<int>(NumberOf(row, "NumRifAltroIndir"));
-    const QString code = QStringLiteral("%1").arg(branch, 3, 10, QChar(u'0'));
-    const QString which = Equals(run.GetSession(), "CDCON", owner.key) + QStringLiteral(" AND ") +
-                          Equals(run.GetSession(), "CDSED", code);
-    if (branch > 0 && IdWhere(run.GetSession(), "CON_SED", which) != 0) {
-        TargetRow target(run, "CON_SED");
-        target.Set("SEDEF", true);
-        target.Update(QStringLiteral("WHERE ") + which);
-    }
+/// CDCON of who has been imported from the same person in the other role: one IdAnagGen is one counterparty.
+Rule SamePerson() {
+    return {
+        "counterparty imported from a row with that IdAnagGen in the other role (TipoAnagrafica); left out without one",
+        [](const RuleInput& input) -> RuleValue {
+            ovConnection& source = input.session.SourceConnection();
+            const bool isCustomer = input.facts.roles.customer;
+            Recordset others = source.ExecuteWC(
+                "SELECT CodCliFor FROM ClientiFornitori\rWHERE IdAnagGen = " + LiteralOf(source, input.Value()) +
+                "\r  AND TipoAnagrafica = " + (isCustomer ? "2" : "1") + "\rORDER BY CodCliFor");
+            for (const SourceRow other(others); !others.Eof(); others.MoveNext()) {
+                const QString code =
+                    LookUp(input.session, "CON_TRO", isCustomer ? "COFGE" : "COCGE", other.Text("CodCliFor"), "CDCON");
+                if (!code.isEmpty()) {
+                    return code;
+                }
+            }
+            return std::nullopt;
+        },
+        Side::Both,
+        {{CliFor, {"CodCliFor", "IdAnagGen", "TipoAnagrafica"}}}};
 }
 
 /// The price of the article without variant that holds today: the one that began last.
@@ -95,7 +106,10 @@ QString WithoutName(const SourceRow& row) {
 
 // --- Declarations -------------------------------------------------------------------------------------------------
 
+/// NumRifAltroIndir names the branch that goods go to.
 Branches Sedi() {
+    const ChildTable naming{
+        .table = CliFor, .on = {{"IdAnagGen"}}, .order = "TipoAnagrafica", .where = "NumRifAltroIndir > 0"};
     return {
         .rows = {.table = Indirizzi, .on = {{"IdAnagGen"}}, .order = "NumProgr", .where = "NumProgr > 0"},
         .lines =
@@ -107,6 +121,7 @@ Branches Sedi() {
                 {"SECIT", "Localita", WhenNotBlank("Localita", Text())},
                 {"SEPRO", "Provincia", Text()},
                 {"SENAZ", "CodStato", Country(Indirizzi, "CodStato")},
+                {"SEDEF", "NumProgr", NamedBy(Indirizzi, naming, "NumRifAltroIndir")},
             },
         .numbers = {.office = "NumTel", .fax = "NumFax", .mail = "IndirEmail"},
     };
@@ -126,13 +141,14 @@ Counterparties Controparti() {
         .source = {.table = CliFor,
                    .key = "CodCliFor",
                    .order = "TipoAnagrafica, CodCliFor",
-                   .where = "T.TipoAnagrafica IN (1, 2) AND (J1.NumProgr = 0 OR J1.NumProgr IS NULL)",
+                   .where = "T.TipoAnagrafica IN (1, 2)",
                    .naming = "TipoAnagrafica, CodCliFor",
                    .joins = {{.table = Indirizzi,
                               .on = {{"IdAnagGen"}},
                               .columns = {"RagSoc1", "RagSoc2", "Indirizzo", "Cap", "Localita", "Localita2",
                                           "Provincia", "CodStato", "NumTel", "NumTel2", "NumFax", "NumCell",
-                                          "IndirEmail", "SitoWeb", "FirmaUltVarData"}},
+                                          "IndirEmail", "SitoWeb", "FirmaUltVarData"},
+                              .where = "J1.NumProgr = 0"},
                              {.table = Generali,
                               .on = {{"IdAnagGen"}},
                               .columns = {"PartitaIva", "CodFiscale", "FlagPersFisica", "Cognome", "Nome"}},
@@ -141,6 +157,7 @@ Counterparties Controparti() {
         .name = "RagSoc1, RagSoc2",
         .vatNumber = "PartitaIva",
         .taxCode = "CodFiscale",
+        .sameAs = {"IdAnagGen", NotBlank(SamePerson())},
         .lines =
             {
                 {"CORAS", "RagSoc1", First(35)},
@@ -192,8 +209,6 @@ Counterparties Controparti() {
         .contacts = {Contatti()},
         .leavesOut = WithoutName,
         .more = SetIban,
-        .after = MarkDefaultBranch,
-        .further = {{}, {{CliFor, {}, {"NumRifAltroIndir"}}, {Indirizzi, {"NumProgr"}}}, {{"CON_SED", {"SEDEF"}}}},
     };
 }
 
@@ -253,7 +268,7 @@ Accounts PianoConti() {
                              {"PCMAS", "CodMastro", Text()},
                              {"PCNAT", "TipoConto", Text()},
                              {"PCTIP", "TipoConto", Text()},
-                             {"PCBIL", "SezBilancio", Choice({{"A", "SP"}, {"P", "SP"}, {"C", "CE"}, {"R", "CE"}}, "")},
+                             {"PCBIL", "SezBilancio", BalanceSection("CR")},
                              {"PCLEV", "Livello", RoundedTo(0)},
                              {"PCRAG", "CodRiclass", Text()},
                              {"PCDET", "FlagMovimentabile", Flag()},

@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
@@ -126,20 +127,14 @@ Rule Receives() {
             }};
 }
 
-/// Whether the counterparty names the branch in a column of its own.
-Rule IsNamedAs(const QString& column, const QVariant& yes, const QVariant& no) {
-    std::vector<Tie> ties = OfParty;
-    ties.push_back({column, "Branch"});
-    return Or(OfFirst(Branch, {.table = CustSupp, .on = ties}, column, Constant(yes)), no);
-}
-
 // --- Hooks --------------------------------------------------------------------------------------------------------
 
-/// Who is exempt has a code without tax; of one who is there the code is not looked at.
-void TellExemptWithoutCode(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    static const QStringList set{"1", "S", "TRUE"};
+/// Adds the IBAN, and tells who is exempt and has no code without tax; of one who is there the code is not looked at.
+void CompleteCustomer(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    SetIban(run, row, target);
     const bool isNew = target.Value("CORAS").isValid();
-    if (isNew && set.contains(row.Text("ExemptFromTax").toUpper()) && !target.Value("COESE").isValid()) {
+    const bool isExempt = Field("ExemptFromTax", Flag()).Value(run.GetSession(), row).toBool();
+    if (isNew && isExempt && !target.Value("COESE").isValid()) {
         run.Log(QStringLiteral("ESENTE SENZA CODICE: %1: TaxCode '%2' non è un codice IVA ad aliquota zero")
                     .arg(run.RowKey(), row.Text("TaxCode")));
     }
@@ -148,12 +143,13 @@ void TellExemptWithoutCode(ImportRun& run, const SourceRow& row, TargetRow& targ
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
 Branches Destinazioni() {
+    const ChildTable party{.table = CustSupp, .on = OfParty};
     return {
         .rows = {.table = Branch, .on = OfParty, .order = "Branch", .naming = "CustSupp, Branch"},
         .lines =
             {
                 {"CDSED", "Branch", Digits(3)},
-                {"SETIP", "", IsNamedAs("SendDocumentsTo", "FT", "CO")},
+                {"SETIP", "Branch", NamedBy(Branch, party, "SendDocumentsTo", "FT", "CO")},
                 {"SERAS", "CompanyName", First(100)},
                 {"SEIND", "Address", First(100)},
                 {"SENRC", "StreetNo", Text()},
@@ -162,7 +158,7 @@ Branches Destinazioni() {
                 {"SEPRO", "County", Text()},
                 {"SENAZ", "ISOCountryCode", Country(CustSupp, "ISOCountryCode")},
                 {"SERIF", "ContactPerson", Text()},
-                {"SEDEF", "", IsNamedAs("ShipToAddress", true, false)},
+                {"SEDEF", "Branch", NamedBy(Branch, party, "ShipToAddress")},
                 {"SENOT", "Notes", Text()},
             },
         .numbers = {.office = "Telephone1", .office2 = "Telephone2", .fax = "Fax", .mail = "EMail"},
@@ -210,7 +206,7 @@ std::vector<MapLine> CommonLines() {
         {"COLNG", "Language", TranslatedOr(CustSupp, "Language", schema::defaults::Language)},
         {"COVAL", "Currency", Currency(CustSupp, "Currency")},
         {"COIVA", "TaxIdNumber, ISOCountryCode", VatNumber()},
-        {"COFIS", "FiscalCode", NotBlank(Text())},
+        {"COFIS", "FiscalCode, ISOCountryCode", VatNumber()},
         {"COPEC", "CertifiedEMail, EICertifiedEMail", FirstNotBlank(Text())},
         {"COCFE", "IPACode", Text()},
         ByRole("COMOP", "COMOA", "Payment", Coded("Payment")),
@@ -220,7 +216,7 @@ std::vector<MapLine> CommonLines() {
         {"COCIN", "CIN", NotBlank(Text())},
         {"COCOC", "CA", NotBlank(Text())},
         {"COIBA", "IBAN", NotBlank(WithoutBlanks())},
-        {"COBAN", "CompanyBank", Coded("CompanyBank")},
+        {"COBAN", "CompanyBank", OwnBank(CustSupp, "CompanyBank")},
         ByRole("COSC1", "COSF1", "Discount1", RoundedTo(2)),
         ByRole("COSC2", "COSF2", "Discount2", RoundedTo(2)),
         ByRole("COLSC", "COLSF", "PriceList", Coded("PriceList")),
@@ -267,13 +263,13 @@ Counterparties PartiesOf(const Half& half) {
                         {.table = "MA_Banks",
                          .on = {{"Bank", "CustSuppBank"}},
                          .columns = {"ABI", "CAB", "Swift"},
-                         .where = "J3.IsACompanyBank = '0'"},
+                         .where = "(J3.IsACompanyBank IS NULL OR J3.IsACompanyBank <> '1')"},
                     },
             },
         .roles = Always(half.roles),
         .name = "CompanyName",
         .vatNumber = {"TaxIdNumber, ISOCountryCode", VatNumber()},
-        .taxCode = "FiscalCode",
+        .taxCode = {"FiscalCode, ISOCountryCode", VatNumber()},
         .numbers = {.office = "Telephone1",
                     .office2 = "Telephone2",
                     .fax = "Fax",
@@ -315,7 +311,7 @@ Counterparties Clienti() {
         {"CONRI", "DeclarationOfIntentOurNo", NotBlank(Text())},
         {"COSCI", "DeclarationOfIntentDueDate", DayThere()},
     };
-    customers.more = TellExemptWithoutCode;
+    customers.more = CompleteCustomer;
     customers.further = {{}, {{CustomerOptions, {}, {"ExemptFromTax", "TaxCode"}}}, {}};
     return customers;
 }
@@ -335,22 +331,13 @@ Counterparties Fornitori() {
         {"COBLA", "Blocked", SupplierOnly(Flag())},
         {"COSPP", "SplitTax", Flag()},
     };
+    suppliers.more = SetIban;
     suppliers.sameAs = {"LinkedCustSupp", LinkedCustomer()};
     suppliers.empties = false;
     return suppliers;
 }
 
 // --- Letters of intent --------------------------------------------------------------------------------------------
-
-Rule PartyOfType() {
-    return {"counterparty imported from the first, of a supplier where the second is " + SupplierType +
-                "; given up without one",
-            [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
-                const bool isSupplier = input.row.Text(input.columns.last()) == SupplierType;
-                return (isSupplier ? supplier : customer)(
-                    {input.session, input.row, input.columns, input.facts, input.row.Text(input.columns.first())});
-            }};
-}
 
 /// Not every release has them: a procedure of their own.
 BaseTable LettereIntento() {
@@ -368,7 +355,7 @@ BaseTable LettereIntento() {
                 {"DITIP", "DeclType", Text()},
                 {"DIANN", "DeclYear", RoundedTo(0)},
                 {"DIPRG", "LogNo", RoundedTo(0)},
-                {"DICON", "CustSupp, CustSuppType", PartyOfType()},
+                {"DICON", "CustSupp, CustSuppType", PartyByMark(SupplierType)},
                 {"DIVAL", "FromDate", Day(NoDay)},
                 {"DIVDA", "ToDate", Day(NoDay)},
                 {"DIVIM", "LimitAmount", RoundedTo(2)},

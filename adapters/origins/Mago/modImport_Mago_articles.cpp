@@ -22,6 +22,9 @@ const QString Suppliers = QStringLiteral("MA_ItemSuppliers");
 const QString Customers = QStringLiteral("MA_ItemCustomers");
 const QString Languages = QStringLiteral("MA_ItemsLanguageDescri");
 
+/// Who still supplies the item.
+const QString Enabled = QStringLiteral("(Disabled IS NULL OR Disabled <> '1')");
+
 const QString Purchased = QStringLiteral("22413314");
 
 /// What belongs to an item, in a table of its own.
@@ -30,7 +33,7 @@ ChildTable OfItem(const QString& table, const QString& order = {}) {
 }
 
 /// The row of the supplier whom the item is usually bought from.
-ChildTable UsualSupplier() { return {.table = Suppliers, .on = {{"Item"}, {"Supplier"}}}; }
+ChildTable UsualSupplier() { return {.table = Suppliers, .on = {{"Item"}, {"Supplier"}}, .where = Enabled}; }
 
 Rule IsUsualSupplier() {
     return Or(OfFirst(Suppliers, {.table = Goods, .on = {{"Item"}, {"Supplier"}}}, "Item", Constant(true)), false);
@@ -141,7 +144,7 @@ Articles Articoli() {
             .rows = {.table = Suppliers,
                      .on = {{"Item"}},
                      .order = "Supplier",
-                     .where = "Disabled = '0'",
+                     .where = Enabled,
                      .naming = "Item, Supplier"},
             .supplier = {"Supplier", KnownSupplier()},
             .ownCode = "SupplierCode",

@@ -1,6 +1,7 @@
 // Articles of Metodo: ANAGRAFICAARTICOLI with the commercial and production data of the last year; units, factors,
 // prices and the codes that counterparties have for an article stand in tables of their own. CODCATEGORIASTAT has no
-// place beside group and category. Of the price lists the first one is read, as the article's own price.
+// place beside group and category. Of the price lists the first one is read, as the article's own price:
+// what holds today, of the stock unit.
 
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
@@ -51,19 +52,30 @@ ChildTable Purchases(const std::vector<Tie>& ties) {
 
 Rule NotZeroTranslated(const QString& column) { return NotZeroCode(Translated(ArticoliTable, column)); }
 
+/// The units of an article by their kind (TIPOUM): "1" stock unit, "2" second one.
+class Units {
+public:
+    QHash<QString, QString> Of(const RuleInput& input) const {
+        QHash<QString, QString> units;
+        m_rows.ForEach(input.session, input.row,
+                       [&](const SourceRow& unit) { units.insert(unit.Text("TIPOUM"), unit.Text("UM")); });
+        return units;
+    }
+    std::vector<TableNeed> Reads() const {
+        return std::vector<TableNeed>{{UnitaPreferite, {"UM"}}} + m_rows.OwnNeeds(ArticoliTable).reads;
+    }
+
+private:
+    ChildTable m_rows = OfArticle(UnitaPreferite, "TIPOUM");
+};
+
 /// How much of the second unit a stock unit is.
 Rule Factor() {
-    const ChildTable units = OfArticle(UnitaPreferite, "TIPOUM");
     const ChildTable factors = OfArticle("ARTICOLIFATTORICONVERSIONE", "UM1, UM2");
-    const std::vector<TableNeed> reads =
-        std::vector<TableNeed>{{UnitaPreferite, {"UM"}}, {factors.table, {}, {"FATTORE"}}} +
-        units.OwnNeeds(ArticoliTable).reads + factors.OwnNeeds(ArticoliTable).reads;
     return {"FATTORE of its ARTICOLIFATTORICONVERSIONE from the unit of TIPOUM 1 to that of TIPOUM 2; left out when "
             "there is none",
-            [units, factors](const RuleInput& input) {
-                QHash<QString, QString> of;
-                units.ForEach(input.session, input.row,
-                              [&](const SourceRow& unit) { of.insert(unit.Text("TIPOUM"), unit.Text("UM")); });
+            [units = Units(), factors](const RuleInput& input) {
+                const QHash<QString, QString> of = units.Of(input);
                 RuleValue factor;
                 factors.ForEach(input.session, input.row, [&](const SourceRow& row) {
                     if (of.contains("2") && row.Text("UM1") == of.value("1") && row.Text("UM2") == of.value("2")) {
@@ -72,7 +84,31 @@ Rule Factor() {
                 });
                 return factor;
             },
-            Side::Both, reads};
+            Side::Both,
+            std::vector<TableNeed>{{factors.table, {}, {"FATTORE"}}} + Units().Reads() +
+                factors.OwnNeeds(ArticoliTable).reads};
+}
+
+/// The price of a stock unit that holds today.
+Rule ListPrice() {
+    const ChildTable prices = OfArticle("LISTINIARTICOLI", "NRLISTINO, DATAVALIDITA DESC");
+    return {"PREZZOEURO, else PREZZO, of its first LISTINIARTICOLI by NRLISTINO and, the last first, DATAVALIDITA that "
+            "is for the unit of TIPOUM 1 or a blank one and does not begin after the day of the import",
+            [units = Units(), prices, amount = FirstNotZero().apply, day = Day().apply](const RuleInput& input) {
+                const QString unit = units.Of(input).value("1");
+                RuleValue price;
+                prices.ForEach(input.session, input.row, [&](const SourceRow& row) {
+                    const QVariant from = *day({input.session, row, {"DATAVALIDITA"}, input.facts});
+                    const bool holds = from.isNull() || from.toDate() <= input.session.UserManager.DataElaborazione;
+                    if (!price && holds && (row.IsBlank("UM") || row.Text("UM") == unit)) {
+                        price = amount({input.session, row, {"PREZZOEURO", "PREZZO"}, input.facts});
+                    }
+                });
+                return price;
+            },
+            Side::Both,
+            std::vector<TableNeed>{{prices.table, {}, {"PREZZOEURO", "PREZZO", "UM"}}} + Units().Reads() +
+                prices.OwnNeeds(ArticoliTable).reads};
 }
 
 /// A text that the long description does not hold.
@@ -93,7 +129,6 @@ QString HeadOfVariants(const SourceRow& row) {
 Articles Articoli() {
     const ChildTable purchases = Purchases({{"CODARTICOLO", "CODICE"}});
     const ChildTable fromUsual = Purchases({{"CODARTICOLO", "CODICEART"}, {"CODCLIFOR", "FORNPREFACQ"}});
-    const ChildTable prices = OfArticle("LISTINIARTICOLI", "NRLISTINO, DATAVALIDITA DESC");
     return {
         .frame = {.module = Module, .procedure = "ImportArticoliMetodo"},
         .source =
@@ -142,7 +177,7 @@ Articles Articoli() {
                 {"DTINS", "DATAMODIFICA", NotBlank(AsRead())},
                 {"ARCOS", "", Or(OfFirst(ArticoliTable, purchases, "PREZZOEURO", RoundedTo(6)), 0)},
                 {"ARDUC", "", OfFirst(ArticoliTable, purchases, "DATA", Day())},
-                {"ARPRZ", "", OfFirst(ArticoliTable, prices, "PREZZOEURO, PREZZO", FirstNotZero())},
+                {"ARPRZ", "", ListPrice()},
             },
         .suppliers = {{.supplier = {"FORNPREFACQ", KnownSupplier()},
                        .price = {"FORNPREFACQ", OfFirst(Produzione, fromUsual, "PREZZOEURO", RoundedTo(6))},

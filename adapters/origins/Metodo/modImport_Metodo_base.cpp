@@ -1,6 +1,6 @@
 // Base tables of Metodo: our banks, the chart of accounts in ledgers and generic accounts, payment terms with their
-// instalments and payment types. BASECALC of an instalment and the notes of ledgers are not read: what the former means
-// is not known, the latter have no place.
+// instalments and payment types, letters of intent. BASECALC of an instalment and the notes of ledgers are not read:
+// what the former means is not known, the latter have no place.
 
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
@@ -27,7 +27,7 @@ Procedure ImportBanche() {
                 {"BACCO", "CONTOCORRENTE", Text()},
                 {"BABIC", "CODICEBIC", Text()},
                 {"BASIA", "CODICESIA", Text()},
-                {"BANAZ", "CODNAZIONE", Or(Coded("NAZIONE"), schema::defaults::Country)},
+                {"BANAZ", "CODNAZIONE", NationOf()},
                 {"BAVAL", "", Constant(schema::defaults::Currency)},
             },
         .empties = DeletedImports("BAN_CHE"),
@@ -61,7 +61,7 @@ Procedure ImportPianoContiMetodo() {
                     {
                         {"MCDES", "DESCRIZIONE", Text()},
                         {"MCTIP", "TIPO", Text()},
-                        {"MCBIL", "TIPO", Choice({{"A", "SP"}, {"P", "SP"}, {"E", "CE"}}, "")},
+                        {"MCBIL", "TIPO", BalanceSection("E")},
                         {"MCLIV", "", Constant(1)},
                     },
             },
@@ -102,6 +102,35 @@ Procedure ImportModalitaPagamentoMetodo() {
         .empties = DeletedImports("TAB_MPT"),
     };
     return ProcedureOf(Button::Saldi, FrameOf(terms), {PartOf(types), PartOf(terms)});
+}
+
+/// A letter that is revoked ends that day.
+BaseTable LettereIntento() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportContropartiMetodo", .step = "Lettere d'intento"},
+        .source = {.table = "DICHIARAZIONEINTENTO",
+                   .key = "PROGRESSIVO",
+                   .order = "ESERCIZIO, PROGRESSIVO",
+                   .naming = "ESERCIZIO, PROGRESSIVO"},
+        .target = "DIC_INT",
+        .lines =
+            {
+                {"DITIP", "TIPODICHIARAZIONE", Text()},
+                {"DIANN", "ESERCIZIO", RoundedTo(0)},
+                {"DINUM", "NRDICHIARAZIONE", Text()},
+                {"DIPRG", "PROGRESSIVO", RoundedTo(0)},
+                {"DICON", "CODCLIFOR", PartyByMark("F")},
+                {"DIVAL", "PERIODODA", Day()},
+                {"DIVDA", "DATAREVOCA, PERIODOA", FirstNotBlank(Day())},
+                {"DIVIM", "IMPORTOPERIODOEURO", RoundedTo(2)},
+                {"DIDLI", "DATAEMISSIONE", Day()},
+                {"DINLI", "NRDICHRICEVUTA", Text()},
+                {"DIDRT", "DATAREGISTRAZIONE", Day()},
+                {"DIPRT", "NRPROTOCOLLO1", Text()},
+            },
+        .empties = DeletedImports("DIC_INT"),
+        .keys = {"DICON", "DIANN", "DIPRG"},
+    };
 }
 
 } // namespace modImport_Metodo

@@ -1,6 +1,7 @@
 // Documents of Metodo: TESTEDOCUMENTI with the parameters of their type (PARAMETRIDOC), RIGHEDOCUMENTI. The cause of a
 // document is what SYS_IMP has for its type. A row knows the one that it was made from (IDTESTARP, IDRIGARP). Totals
-// follow from the rows, which keep the amounts of the source.
+// follow from the rows, which keep the amounts of the source: those in euro, so that a document in another currency is
+// one in euro here, and the log tells it.
 
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
@@ -41,6 +42,21 @@ Rule Delivered() {
                 return RuleValue(NumberOf(input.row, input.columns.first()) -
                                  NumberOf(input.row, input.columns.last()));
             }};
+}
+
+/// The currency that a document was written in.
+const Field& DocumentCurrency() {
+    static const Field field("CODCAMBIO", CurrencyOfNumber(Teste, "CODCAMBIO"));
+    return field;
+}
+
+/// The amounts that are read are those in euro, whatever the currency of the document.
+void TellCurrency(ImportRun& run, const SourceRow& row, TargetRow& /*target*/) {
+    const QString currency = DocumentCurrency().Text(run.GetSession(), row);
+    if (currency != schema::defaults::Currency) {
+        run.Log(QStringLiteral("DOCUMENTO IN VALUTA: %1: in %2 (cambio %3), importi scritti in %4")
+                    .arg(run.RowKey(), currency, row.Text("VALCAMBIO"), schema::defaults::Currency));
+    }
 }
 
 /// Texts and variants count nothing; a row that is closed has been delivered.
@@ -102,8 +118,6 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
                         {"DTRIC", "NUMRIFDOC", Text()},
                         {"DTRID", "DATARIFDOC", Day()},
                         {"DTMOP", "CODPAGAMENTO", Coded("PAGAMENTI")},
-                        {"DTVAL", "CODCAMBIO", CurrencyOfNumber(Teste, "CODCAMBIO")},
-                        {"DTCMB", "VALCAMBIO", NotZero()},
                         {"DTSCO", "SCONTOFINALE", Discount(1)},
                         {"DTSCI", "SCONTOFINALE", Discount(2)},
                         {"DTPOR", "PORTO", Coded("PORTO")},
@@ -141,9 +155,12 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
                         {"DRNOT", "ANNOTAZIONI", Text()},
                     },
             },
+        .moreOfHead = TellCurrency,
         .moreOfRow = SetKindOfRow,
         .further = {{},
-                    {{Righe, {}, {"TIPORIGA", "RIGACHIUSA"}}},
+                    std::vector<TableNeed>{{Righe, {}, {"TIPORIGA", "RIGACHIUSA"}},
+                                           {Teste, {}, {"CODCAMBIO", "VALCAMBIO"}}} +
+                        DocumentCurrency().Reads(),
                     {{"DOC_VER", {"DRTIP", "DRSTA"}}, {"DOC_ACR", {"DRTIP", "DRSTA"}}}},
     };
 }

@@ -12,6 +12,7 @@
 
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/sourceSettings.h"
@@ -159,7 +160,7 @@ Accounts PianoConti() {
                         {"PCDES", "_PCDES", First(100)},
                         {"PCMAS", "_PCCOD", Ledger()},
                         {"PCTIP", "TIPO", Text()},
-                        {"PCBIL", "TIPO", Choice({{"A", "SP"}, {"P", "SP"}, {"E", "CE"}}, "")},
+                        {"PCBIL", "TIPO", BalanceSection("E")},
                         {"PCLEV", "_PCCOD", Level()},
                         {"PCDET", "_PCCOD", IsAccount()},
                     },

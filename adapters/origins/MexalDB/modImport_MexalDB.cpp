@@ -12,10 +12,14 @@
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/sourceSettings.h"
+#include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+
+#include <QRegularExpression>
 
 using namespace contract;
 using namespace contract::rules;
@@ -46,16 +50,6 @@ ChildTable OfArticle(const QString& table, const QString& where, const QString& 
 
 Rule DayThere() { return NotNull(Day(NoDay)); }
 
-/// A rule on a code: zero is none, as blank is.
-Rule NotZeroCode(const Rule& rule) {
-    return {rule.text + QStringLiteral("; only when neither blank nor zero"),
-            [apply = rule.apply](const RuleInput& input) {
-                const QString code = input.Text();
-                return code.isEmpty() || code == u"0" ? RuleValue() : apply(input);
-            },
-            rule.side, rule.reads};
-}
-
 /// 1 is the euro.
 Rule NumberedCurrency() {
     return {"\"EUR\" for blank, 0 and 1; else translated through SYS_IMP (MU_VALUTE, NKY_VLT), else as it is when "
@@ -69,15 +63,22 @@ Rule NumberedCurrency() {
 
 /// Country, the two digits of control and the national account: an IBAN in its three parts.
 Rule Iban() {
-    return {"country, control of two digits and account; left out without an account",
-            [](const RuleInput& input) -> RuleValue {
-                const QString account = input.row.Text(input.columns.at(2)).remove(u' ');
-                if (account.isEmpty()) {
-                    return std::nullopt;
-                }
-                const QString control = input.row.Text(input.columns.at(1)).rightJustified(2, u'0');
-                return QString(input.row.Text(input.columns.at(0)) + control + account);
-            }};
+    return {
+        "country, control of two digits and account; logged and left out when the account lacks one of the others",
+        [digits = Digits(2).apply](const RuleInput& input) -> RuleValue {
+            static const QRegularExpression whole(QStringLiteral("^[A-Z]{2}(0[2-9]|[1-8][0-9]|9[0-8])$"));
+            const auto text = [&input](qsizetype column) { return input.row.Text(input.columns.at(column)); };
+            const QString account = text(2).remove(u' ');
+            const QString begin =
+                text(0).toUpper() + digits({input.session, input.row, {input.columns.at(1)}, input.facts})->toString();
+            if (account.isEmpty() || whole.match(begin).hasMatch()) {
+                return account.isEmpty() ? RuleValue() : RuleValue(QString(begin + account));
+            }
+            modImport::LogNote(input.session,
+                               QStringLiteral("IBAN INCOMPLETO: %1: paese '%2', cifre di controllo '%3', conto '%4'")
+                                   .arg(input.session.Errors.RowKey(), text(0), text(1), account));
+            return std::nullopt;
+        }};
 }
 
 /// The category of an article is a letter and a number of two digits.
@@ -181,6 +182,7 @@ Counterparties PartiesOf(const Group& group) {
         .numbers = Numbers,
         .created = {"DTT_CRE", DayThere()},
         .empties = group.roles.customer,
+        .more = SetIban,
     };
 }
 

@@ -2,7 +2,7 @@
 // CLIFO, TABRILIS, GRUPMERC, BARCODE and DESARTLI are known from an installation, with texts of fixed width, days as
 // yyyymmdd and flags S and N; ARTICOLI, TABLIS, NOTE, the columns of articles and the commercial table CLIFOCOM, which
 // not every installation has, are this system's own reading in their style. Left out: short name (NOMEBREVE), further
-// payment terms (CODPAGA, CODPAGB), account that is invoiced (FATTURAREA); start of a list (DATAIN of TABLIS); of
+// payment terms (CODPAGA, CODPAGB), account that is invoiced (FATTURAREA); of
 // prices PREZZORESO, BASERICARI, PERCRICARI, TIPOFFERTA, PROVAG1; names of groups (GRUPMERC), whose codes go through
 // SYS_IMP. Known gaps: agents' own suppliers (AGENTI), destinations, contacts.
 
@@ -42,15 +42,6 @@ ChildTable OfParty(const QString& table, const QString& order) {
 }
 
 // --- Rules --------------------------------------------------------------------------------------------------------
-
-/// The moment of a row is that of the import where the source tells none.
-Rule DayWhenTold() {
-    return {"day written as \"yyyyMMdd\", left out when blank or all zeros",
-            [day = DateText(DayFormat).apply](const RuleInput& input) -> RuleValue {
-                const RuleValue found = day(input);
-                return found->isNull() ? RuleValue() : found;
-            }};
-}
 
 /// A blank language and "I" are the company's own.
 Rule LanguageCode(const QString& table, const QString& column) {
@@ -191,7 +182,7 @@ Counterparties Controparti() {
                 {"COCAP", "CAP", Text()},
                 {"COCIT", "COMUNE, LOCALITA", FirstNotBlank(Text())},
                 {"COPRO", "PROVINCIA", Text()},
-                {"CONAZ", "COD_NAZION", Country(Clifo, "COD_NAZION")},
+                {"CONAZ", "COD_NAZION, NAZIONE", FirstNotBlank(Country(Clifo, "COD_NAZION"))},
                 {"COIVA", "PAIV, CODIDIVA", NotBlank(FirstNotBlank(Text()))},
                 {"COFIS", "COFI", NotBlank(Text())},
                 ByRole("COMOP", "COMOA", "CODPAG", Translated(Clifo, "CODPAG")),
@@ -201,7 +192,7 @@ Counterparties Controparti() {
                 {"CORGS", "RAGGR_SN", Choice({{"S", "S"}}, "N")},
                 {"COBLK", "BLOCCO_SN", Flag()},
                 {"COANN", "STATO", Is("A")},
-                {"DTINS", "ULT_AGG", DayWhenTold()},
+                {"DTINS", "ULT_AGG", NotNull(DateText(DayFormat))},
             },
         .numbers = {.fax = "FTFAXNUM", .mail = "FTE_MAIL"},
         .created = {"ULT_AGG", DateText(DayFormat)},
@@ -211,10 +202,30 @@ Counterparties Controparti() {
     };
 }
 
+/// Rows of a table that belong to an article.
+ChildTable OfArticle(const QString& table, const QString& column, const QString& order) {
+    return {.table = table, .on = {{column, "CODICE"}}, .order = order};
+}
+
+ChildTable Languages() { return OfArticle("DESARTLI", "ARTICOLO", "LINGUA"); }
+
+Field Language() { return {"LINGUA", LanguageCode("DESARTLI", "LINGUA")}; }
+
+/// A description in another language has the parts of that in the company's own.
+void WriteLongTexts(ImportRun& run, const SourceRow& row, const QString& article) {
+    static const std::pair<QString, QString> parts[] = {{"ARDE2", "DESCRART02"}, {"ARDEC", "DESARCOMPL"}};
+    Session& session = run.GetSession();
+    Languages().ForEach(session, row, [&](const SourceRow& text) {
+        const QString language = Language().Text(session, text);
+        for (const auto& [target, source] : parts) {
+            if (!language.isEmpty() && !text.IsBlank(source)) {
+                ArticleWriter(run).Text(article, target, text.Text(source), language);
+            }
+        }
+    });
+}
+
 Articles Articoli() {
-    const auto ofArticle = [](const QString& table, const QString& column, const QString& order) {
-        return ChildTable{.table = table, .on = {{column, "CODICE"}}, .order = order};
-    };
     return {
         .frame = {.module = Module, .procedure = "ImportArticoliSigla"},
         .source = {.table = ArticoliTable, .key = "CODICE", .order = "CODICE"},
@@ -241,15 +252,15 @@ Articles Articoli() {
                 {"ARLOR", "LOTTORIOR", RoundedTo(6)},
                 {"ARGGA", "GGCONSEGNA", RoundedTo(0)},
                 {"ARANN", "OBSOLETO_SN, STATO", IsOutOfUse()},
-                {"DTINS", "DATACREA", DayWhenTold()},
+                {"DTINS", "DATACREA", NotNull(DateText(DayFormat))},
             },
         .suppliers = {{.supplier = {"FORNITORE", KnownSupplier()},
                        .ownCode = "CODARTFOR",
                        .price = {"COSTOULT, COSTOSTD", FirstNotZero()}}},
-        .aliases = {{.rows = ofArticle("BARCODE", "CODICE", "BARCODE"), .code = "BARCODE"}},
-        .languages = {{.rows = ofArticle("DESARTLI", "ARTICOLO", "LINGUA"),
-                       .language = {"LINGUA", LanguageCode("DESARTLI", "LINGUA")},
-                       .text = "DESCRIZION, DESCRART01"}},
+        .aliases = {{.rows = OfArticle("BARCODE", "CODICE", "BARCODE"), .code = "BARCODE"}},
+        .languages = {{.rows = Languages(), .language = Language(), .text = "DESCRIZION, DESCRART01"}},
+        .after = WriteLongTexts,
+        .further = {{}, {{"DESARTLI", {}, {"DESCRART02", "DESARCOMPL"}}}, {}},
     };
 }
 
@@ -285,13 +296,16 @@ PriceLists Listini() {
                    .key = "CODICE",
                    .order = "CODICE, ARTICOLO, DATAINVALI",
                    .naming = "CODICE, ARTICOLO",
-                   .joins = {{.table = ListHeads, .on = {{"CODICE"}}, .columns = {"DESCRIZION", "CODVAL", "TIPO"}}}},
+                   .joins = {{.table = ListHeads,
+                              .on = {{"CODICE"}},
+                              .columns = {"DESCRIZION", "CODVAL", "TIPO", "DATAIN"}}}},
         .article = {"ARTICOLO", Article()},
         .prices = {{
             .list = "CODICE",
             .direction = {"TIPO", UpperOr(1, schema::defaults::SalesList)},
             .description = {"DESCRIZION, CODICE", ListName()},
             .currency = {"CODVAL", Currency(ListHeads, "CODVAL")},
+            .since = {"DATAIN", NotNull(DateText(DayFormat))},
             .from = {"DATAINVALI", DateText(DayFormat)},
             .scales =
                 {{.price = {"PREZZO", NotZero()}}, scale("1", "AQUAT1"), scale("2", "AQUAT2"), scale("3", "AQUAT3")},

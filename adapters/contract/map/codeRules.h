@@ -1,0 +1,17 @@
+#pragma once
+
+#include "adapters/contract/map/rules.h"
+
+/// Rules on the codes and marks that sources have in common.
+namespace contract::rules {
+
+/// Left out when the source columns hold a code that is none: blank or zero.
+Rule NotZeroCode(const Rule& rule);
+/// The section of the balance sheet that a letter tells: "SP" for assets (A) and liabilities (P), "CE" for those of
+/// profit and loss, empty for any other. @param economic the letters of profit and loss, such as "CR"
+Rule BalanceSection(const QString& economic);
+/// As `PartyOf` by the code in the first source column: of a supplier where the last one begins with a mark, in any
+/// case, else of a customer.
+Rule PartyByMark(const QString& supplier);
+
+} // namespace contract::rules
