@@ -72,23 +72,26 @@ private:
     LayoutTable::Names m_result;
 };
 
+/// The columns get their names behind the first step: a statement that is used again knows them only then, when they have
+/// changed since.
 class RenamedCursor final : public Cursor {
 public:
     RenamedCursor(std::unique_ptr<Cursor> cursor, std::shared_ptr<const QueryPlan> plan, Engine& engine)
         : m_cursor(std::move(cursor)),
-          m_plan(std::move(plan)) {
-        if (m_plan->columnsOfSource.isEmpty() || m_plan->columnsOfSource != m_cursor->Columns()) {
-            m_plan->names = Namer(*m_plan, m_cursor->Columns(), engine).Names();
-            m_plan->columnsOfSource = m_cursor->Columns();
-        }
-        m_columns = m_plan->names.names;
-        for (const LayoutTable::Names::More& more : m_plan->names.more) {
-            m_columns.append(more.name);
-        }
-    }
+          m_plan(std::move(plan)),
+          m_engine(engine) {}
 
-    bool Next() override { return m_cursor->Next(); }
-    const QStringList& Columns() const override { return m_columns; }
+    bool Next() override {
+        if (!m_cursor->Next()) {
+            return false; // most look-ups find nothing, and nobody asks what it is called
+        }
+        Name();
+        return true;
+    }
+    const QStringList& Columns() const override {
+        Name();
+        return m_columns;
+    }
     QVariant Value(int column) const override {
         const qsizetype own = m_columns.size() - m_plan->names.more.size();
         if (column < own) {
@@ -99,9 +102,24 @@ public:
     }
 
 private:
+    void Name() const {
+        if (!m_columns.isEmpty()) {
+            return;
+        }
+        if (m_plan->columnsOfSource.isEmpty() || m_plan->columnsOfSource != m_cursor->Columns()) {
+            m_plan->names = Namer(*m_plan, m_cursor->Columns(), m_engine).Names();
+            m_plan->columnsOfSource = m_cursor->Columns();
+        }
+        m_columns = m_plan->names.names;
+        for (const LayoutTable::Names::More& more : m_plan->names.more) {
+            m_columns.append(more.name);
+        }
+    }
+
     std::unique_ptr<Cursor> m_cursor;
     std::shared_ptr<const QueryPlan> m_plan;
-    QStringList m_columns;
+    Engine& m_engine;
+    mutable QStringList m_columns;
 };
 
 } // namespace

@@ -227,6 +227,12 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     session.Source->Trace = [this](const QString& statement) { AddStatement('(' + statement + ')'); };
 }
 
+void Fixture::TakeLayout() {
+    Session& session = m_target.Get();
+    session.Source->Layout.reset();
+    contract::SourceLayout::Take(session, m_origin, *session.Source);
+}
+
 void Fixture::ChangeSource(const QString& statement) {
     ovConnection source;
     SetSource(source);

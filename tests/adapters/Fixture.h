@@ -37,6 +37,8 @@ public:
     QStringList Content();
     /// Opens the source, as the window does before a procedure; `open` stands in for what opens its files.
     void OpenSource(const ovConnection::FileOpener& open = {});
+    /// Forgets what runs have learned about the open source, as opening it again does.
+    void TakeLayout();
     /// Changes a source that is a database between two runs.
     void ChangeSource(const QString& statement);
     /// Gives the operator the answers and inputs of a line.

@@ -38,6 +38,8 @@ public:
     bool May(const QString& what) { return Lets(what + ' ' + Result().procedure); }
     /// Whether every place is tried of the module, which stands for others.
     bool IsClose() const { return m_fixture.File().IsClose(); }
+    /// Forgets what runs have learned about the source, as opening it again does.
+    void TakeLayout() { m_fixture.TakeLayout(); }
     Session& Get() { return m_fixture.Target().Get(); }
     ScriptedOperator& Person() { return m_fixture.Target().Person; }
     const RunResult& Result() { return Get().Results.last(); }

@@ -25,7 +25,7 @@ public:
             Rename(column, Name(column), Taken(column));
         }
         if (m_stage.Get().Source) {
-            Source().Layout.reset(); // knows what an earlier run had to do without
+            m_stage.TakeLayout();
         }
         const RunResult& result = m_stage.Run({});
         for (const QString& column : columns) {

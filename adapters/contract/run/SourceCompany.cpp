@@ -68,10 +68,8 @@ QString SourceCompany::TakeByPrefix(ovConnection& source) const {
 }
 
 QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) const {
-    if (!ColumnsOf(source, m_key.table).contains(m_key.column, Qt::CaseInsensitive)) {
-        return m_code.isEmpty() ? QString()
-                                : QStringLiteral("origine: colonna '%1.%2', che distingue le aziende (%3)")
-                                      .arg(m_key.table, m_key.column, m_setting);
+    if (!IsIn(ColumnsOf(source, m_key.table))) {
+        return m_code.isEmpty() ? QString() : Lacking(m_key.table);
     }
     QVariant company;
     QStringList companies;
@@ -85,8 +83,11 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
         return companies.isEmpty() ? QString() : Wrong(companies);
     }
     for (const QString& table : tables) {
-        if (ColumnsOf(source, table).contains(m_key.column, Qt::CaseInsensitive)) {
+        const QStringList columns = ColumnsOf(source, table);
+        if (IsIn(columns)) {
             FilterBy(layout, table, LiteralOf(source, company));
+        } else if (!columns.isEmpty() && !m_code.isEmpty()) { // its rows would come from every company
+            return Lacking(table);
         }
     }
     return {};
@@ -100,7 +101,7 @@ QList<QVariant> SourceCompany::Companies(ovConnection& source, const QStringList
     }
     QSet<QString> known;
     for (const QString& table : tables) {
-        if (!ColumnsOf(source, table).contains(m_key.column, Qt::CaseInsensitive)) {
+        if (!IsIn(ColumnsOf(source, table))) {
             continue;
         }
         for (const QVariant& value : ValuesOf(source, table, m_key.column)) {
@@ -123,6 +124,15 @@ void SourceCompany::FilterBy(sources::Layout& layout, const QString& table, cons
     if (!isThere) {
         layout.Filter(table, own.isEmpty() ? condition : QStringLiteral("(%1) AND %2").arg(own, condition));
     }
+}
+
+bool SourceCompany::IsIn(const QStringList& columns) const {
+    return columns.contains(m_key.column, Qt::CaseInsensitive);
+}
+
+QString SourceCompany::Lacking(const QString& table) const {
+    return QStringLiteral("origine: colonna '%1.%2', che distingue le aziende (%3)")
+        .arg(table, m_key.column, m_setting);
 }
 
 QString SourceCompany::Wrong(const QStringList& companies) const {

@@ -28,6 +28,8 @@ private:
     QString TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) const;
     QList<QVariant> Companies(ovConnection& source, const QStringList& tables) const;
     void FilterBy(sources::Layout& layout, const QString& table, const QString& literal) const;
+    bool IsIn(const QStringList& columns) const;
+    QString Lacking(const QString& table) const;
     QString Wrong(const QStringList& companies) const;
 
     CompanyKey m_key;
