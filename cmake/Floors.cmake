@@ -30,6 +30,16 @@ if(QUADRIX_FUZZ)
     target_link_options(quadrix_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+# What nearly every file reads, compiled once for all targets that are built alike: NAME HEADER [LIBRARY...].
+function(quadrix_common_headers name header)
+    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "")
+    add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+    target_link_libraries(${name} PRIVATE quadrix_flags ${ARGN})
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/${header})
+endfunction()
+quadrix_common_headers(quadrix_headers cmake/pch.h Qt6::Core)
+
 # One floor of the house: a static library of the .cpp files of its folder (and of its sub-folders).
 # main.cpp, where there is one, belongs to the program and not to the library. MOC: it declares classes with Q_OBJECT.
 function(quadrix_floor name)
@@ -39,19 +49,24 @@ function(quadrix_floor name)
     add_library(quadrix_${name} STATIC ${sources})
     target_link_libraries(quadrix_${name} PUBLIC quadrix_flags ${FLOOR_LINK} PRIVATE ${FLOOR_PRIVATE})
     set_target_properties(quadrix_${name} PROPERTIES AUTOMOC ${FLOOR_MOC})
-    target_precompile_headers(quadrix_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
+    target_precompile_headers(quadrix_${name} REUSE_FROM quadrix_headers)
 endfunction()
 
 # One test program per floor, of the .cpp files of tests/<name>; each file is one QTest class, started by QUADRIX_TEST.
-# ALONE: classes that take long and run as tests of their own, beside the others.
+# OWN_HEADERS: it links what QTest asks for at compile time (network, windows), so that it cannot share what is compiled
+# once. ALONE: classes that take long and run as tests of their own, beside the others.
 function(quadrix_test name)
-    cmake_parse_arguments(TEST "" "" "LINK;ALONE" ${ARGN})
+    cmake_parse_arguments(TEST "OWN_HEADERS" "" "LINK;ALONE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
     add_executable(test_${name} ${sources} ${CMAKE_CURRENT_SOURCE_DIR}/support/main.cpp)
     set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(test_${name} PRIVATE quadrix_${name} Qt6::Test ${TEST_LINK})
     target_compile_definitions(test_${name} PRIVATE QUADRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-    target_precompile_headers(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/pch.h)
+    if(TEST_OWN_HEADERS)
+        target_precompile_headers(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/pch.h)
+    else()
+        target_precompile_headers(test_${name} REUSE_FROM quadrix_test_headers)
+    endif()
     # The tests themselves are compiled more often than they run: it takes a quarter less.
     target_compile_options(test_${name} PRIVATE -O0)
     set(tests ${name})

@@ -11,16 +11,22 @@ namespace {
 /// Tables whose triggers the imports of documents and orders switch.
 const QStringList TriggerTables{"DOC_VER", "DOC_ACR", "DOC_CTR", "ORD_COM", "ORD_FAS", "ORD_PRO"};
 
-/// The table that a statement changes, by its physical name; empty when it changes none.
-QString ChangedTable(const QString& statement, const QString& words) {
-    const QRegularExpression form("^(?:" + words + ")\\s+(\\w+)");
-    const QString table = form.match(statement).captured(1);
-    return table == "sqlite_sequence" ? QString() : table;
+const QRegularExpression AfterName("\\W");
+
+/// The table that a statement changes, by its physical name; empty when it begins with none of the words.
+QString ChangedTable(const QString& statement, const QStringList& words) {
+    for (const QString& word : words) {
+        if (statement.startsWith(word)) {
+            const QString table = statement.mid(word.size()).section(AfterName, 0, 0);
+            return table == "sqlite_sequence" ? QString() : table;
+        }
+    }
+    return {};
 }
 
 /// Whether a column holds what follows from the order in which rows were written: a key, a link, a number.
 bool FollowsFromOrder(const schema::Column& column) {
-    static const QSet<QString> keys{"RECORD_ID", "TBKEY", "LNKEY", "ATKEY", "FLKEY", "CDCON",
+    static const QSet<QString> keys{"RECORD_ID", "TBKEY", "LNKEY", "ATKEY", "FLKEY", "CDCON", "CDBAN",
                                     "CDLIS",     "MMNUM", "MRNUM", "DTMDF", "USMDF"};
     const bool isLink = column.type == DataType::Long && column.indexed;
     return keys.contains(column.name) || isLink || column.refersTo == "CON_TRO";
@@ -114,11 +120,11 @@ void Rehearsal::Note(const QString& statement, qint64 rows) {
     } else if (statement.startsWith("ROLLBACK TO")) {
         m_deleted = m_deletedBefore.value(statement.section(' ', -1));
     }
-    const QString table = ChangedTable(statement, "INSERT INTO|UPDATE|DELETE FROM");
+    const QString table = ChangedTable(statement, {"INSERT INTO ", "UPDATE ", "DELETE FROM "});
     if (m_isLearning && !table.isEmpty() && table != "SYS_IMP" && !m_written.contains(table)) {
         m_written.append(table);
     }
-    const QString emptied = ChangedTable(statement, "DELETE FROM");
+    const QString emptied = ChangedTable(statement, {"DELETE FROM "});
     m_deleted[BareName(emptied)] += rows;
     if (!emptied.isEmpty()) {
         FreeKeys(emptied);

@@ -102,7 +102,7 @@ private slots:
         QCOMPARE(Written(), (QStringList{"A1", "A3"}));
         QCOMPARE(result.givenUpCount, 1);
         QCOMPARE(result.givenUp.value(0).rowKey, QString("tabella 'clienti', riga 3, cod '(non leggibile)'"));
-        QVERIFY2(result.givenUp.value(0).reason.contains("clienti.csv', riga 3: ha 1 campi, le colonne sono 2"),
+        QVERIFY2(result.givenUp.value(0).reason.contains("clienti.csv', riga 3, colonna 'cod': ha 1 campi, le colonne sono 2"),
                  qPrintable(result.givenUp.value(0).reason));
     }
 
