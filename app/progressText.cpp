@@ -37,7 +37,7 @@ double RateMeter::PerSecond() const {
 }
 
 QString DoneText(double done, double total) {
-    return QString(Number(std::floor(done)) + " di " + Number(std::floor(total)));
+    return total <= 0 ? QString() : QString(Number(std::floor(done)) + " di " + Number(std::floor(total)));
 }
 
 QString RateText(double perSecond) {

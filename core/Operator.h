@@ -39,6 +39,8 @@ public:
     void SetValue(float value);
     /// Shows "Importazione in corso ", the text and "...".
     void SetStep(const QString& text);
+    /// Gives the operator's side its turn while nothing changes.
+    void Wait() { Refresh(); }
     const QString& Caption() const { return m_caption; }
 
 protected:

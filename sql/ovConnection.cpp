@@ -184,7 +184,10 @@ Recordset ovConnection::ExecuteWC(const QString& query) {
         Show(Written, query);
         NoticeWriting(query);
         const auto run = [&](const QString& text) { return engine.Query(TextFor(engine, text)); };
-        return Recordset(Layout ? Layout->Query(query, engine, run) : run(query), query);
+        std::optional<Recordset> rows;
+        const auto read = [&] { rows.emplace(Layout ? Layout->Query(query, engine, run) : run(query), query); };
+        Await ? Await(read) : read();
+        return std::move(*rows);
     });
 }
 

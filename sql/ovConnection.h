@@ -45,6 +45,9 @@ public:
     /// Of a database that has other names than those that queries are written in; null: it has the same. What changes
     /// the database is run as it is written.
     std::shared_ptr<NameLayout> Layout;
+    /// Runs a call in which a query reaches its first row, on whatever thread, and comes back when it has ended with
+    /// what it raises: others have their turn meanwhile, and `Interrupt` stops it. Empty: the call simply runs.
+    std::function<void(const std::function<void()>& call)> Await;
     StatementObserver Trace;   ///< sees every statement in the engine's own words
     StatementObserver Written; ///< sees every statement as it was written, before the engine's own words
 

@@ -102,8 +102,24 @@ private slots:
         QCOMPARE(Written(), (QStringList{"A1", "A3"}));
         QCOMPARE(result.givenUpCount, 1);
         QCOMPARE(result.givenUp.value(0).rowKey, QString("tabella 'clienti', riga 3, cod '(non leggibile)'"));
-        QVERIFY2(result.givenUp.value(0).reason.contains("clienti.csv', riga 3, colonna 'cod': ha 1 campi, le colonne sono 2"),
+        QVERIFY2(result.givenUp.value(0).reason.contains(
+                     "clienti.csv', riga 3, colonna 'cod': ha 1 campi, le colonne sono 2"),
                  qPrintable(result.givenUp.value(0).reason));
+    }
+
+    /// A cancel stops the database in the middle of a query, and the connection serves on.
+    void AQueryThatTakesLong() {
+        Session& session = m_target.Get();
+        session.Source = std::make_unique<ovConnection>();
+        OpenEmbedded(*session.Source)
+            .Execute("CREATE VIEW clienti AS WITH RECURSIVE endless(cod) AS (SELECT 1 UNION ALL SELECT cod + 1 FROM "
+                     "endless) SELECT cod FROM endless");
+        m_target.Person.CancelAt = 0;
+        const RunResult& result = ImportSource();
+        m_target.Person.CancelAt.reset();
+        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
+        QCOMPARE(result.errors, QStringList());
+        QCOMPARE(session.Source->ExecuteCommand("SELECT COUNT(*) FROM sqlite_master"), 1);
     }
 
     void ASettingThatIsNoNumber() {

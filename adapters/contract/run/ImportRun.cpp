@@ -12,9 +12,6 @@ namespace {
 
 const QString WasTrial = QStringLiteral("Era una prova: il database resta com'era");
 
-/// Raised where the operator gives a question up, past everything that reports errors.
-struct GivenUpByOperator {};
-
 } // namespace
 
 ImportRun::ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode)

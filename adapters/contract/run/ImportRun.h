@@ -7,6 +7,9 @@
 
 namespace contract {
 
+/// Raised where the operator gives a question or a run up, past everything that reports errors.
+struct GivenUpByOperator {};
+
 /// One run of one import procedure: announcement, preflight, emptying, questions, the row loop with progress, cancel
 /// and the account, the completion message, and the guard around it all. When it ends, its result is in the session.
 class ImportRun {

@@ -61,14 +61,12 @@ ovConnection& RowLoop::Database() const {
 }
 
 bool RowLoop::Run() {
-    m_count = Database().ExecuteCommand(m_loop.count);
-    m_run.m_account.Result.sourceRows += m_count;
-    m_run.CommitAccount();
     if (!m_run.IsSingle()) {
         m_progress = m_session.Person.ShowProgress();
+        m_progress->SetMax(0);
         m_progress->SetStep(m_loop.step);
-        m_progress->SetMax(static_cast<float>(m_count));
     }
+    CountRows();
     try {
         Read();
         Commit();
@@ -91,8 +89,28 @@ bool RowLoop::Run() {
     return m_run.m_account.Result.outcome != RunResult::Outcome::Cancelled;
 }
 
+void RowLoop::CountRows() {
+    const auto reads = Cancellable();
+    m_count = Database().ExecuteCommand(m_loop.count);
+    m_run.m_account.Result.sourceRows += m_count;
+    m_run.CommitAccount();
+    if (m_progress != nullptr) {
+        m_progress->SetMax(static_cast<float>(m_count));
+    }
+}
+
+/// What a query of its rows is told to wait with; nothing for a run that cannot be cancelled.
+std::unique_ptr<CancellableReads> RowLoop::Cancellable() const {
+    return m_progress == nullptr ? nullptr : std::make_unique<CancellableReads>(Database(), *m_progress);
+}
+
+Recordset RowLoop::Open() const {
+    const auto reads = Cancellable();
+    return Database().ExecuteWC(m_loop.select);
+}
+
 void RowLoop::Read() {
-    Recordset rows = Database().ExecuteWC(m_loop.select);
+    Recordset rows = Open();
     m_held.emplace(rows);
     const SourceRow current(rows);
     for (; !rows.Eof(); rows.MoveNext()) {

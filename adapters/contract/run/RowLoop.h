@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/run/CancellableReads.h"
 #include "adapters/contract/run/HeldRows.h"
 #include "adapters/contract/run/ImportRun.h"
 #include "adapters/contract/run/RowTransaction.h"
@@ -24,8 +25,10 @@ private:
         QStringList keys = {};
     };
 
+    void CountRows();
+    std::unique_ptr<CancellableReads> Cancellable() const;
+    Recordset Open() const;
     void Read();
-    void Take(const Recordset& rows);
     bool IsCancelled() const;
     void Do(const Unit& unit);
     void Work(const Unit& unit);
