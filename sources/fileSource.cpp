@@ -41,7 +41,7 @@ public:
     }
 
     static bool IsWorkbook(const QString& path) {
-        static const QStringList endings{".xls", ".xlsx", ".xlsm"};
+        static const QStringList endings{".xls", ".xlsx", ".xlsm", ".ods"};
         return std::any_of(endings.begin(), endings.end(),
                            [&path](const QString& ending) { return path.endsWith(ending, Qt::CaseInsensitive); });
     }

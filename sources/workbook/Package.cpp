@@ -43,6 +43,10 @@ Package::Package(const QString& path) {
     }
 }
 
+bool Package::Has(const QString& name) const {
+    return zip_name_locate(m_archive.get(), name.toUtf8().constData(), ZIP_FL_NOCASE) >= 0;
+}
+
 std::unique_ptr<PackedFile> Package::Open(const QString& name) {
     zip_file_t* file = zip_fopen(m_archive.get(), name.toUtf8().constData(), ZIP_FL_NOCASE);
     if (file == nullptr) {

@@ -37,6 +37,7 @@ public:
     /// Raises `ImportError` saying why it cannot be opened.
     explicit Package(const QString& path);
 
+    bool Has(const QString& name) const;
     /// Opens a file of the package for reading forward. Raises `ImportError` naming one that is missing or encrypted.
     std::unique_ptr<PackedFile> Open(const QString& name);
 

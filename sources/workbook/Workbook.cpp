@@ -1,5 +1,6 @@
 #include "sources/workbook/Workbook.h"
 
+#include "sources/workbook/Ods.h"
 #include "sources/workbook/Xls.h"
 #include "sources/workbook/Xlsx.h"
 #include "sql/errors.h"
@@ -46,7 +47,9 @@ std::unique_ptr<Workbook> Open(const QString& path, const QString& codePage) {
     const QByteArray start = file.read(shown);
     file.close();
     if (start.startsWith("PK")) {
-        return std::make_unique<Xlsx>(path);
+        Package package(path);
+        return Ods::Is(package) ? std::unique_ptr<Workbook>(std::make_unique<Ods>(std::move(package)))
+                                : std::make_unique<Xlsx>(path);
     }
     if (CompoundFile::IsStart(start)) {
         return std::make_unique<Xls>(path, codePage);

@@ -47,7 +47,7 @@ public:
     virtual const QStringList& Merged() const = 0;
 };
 
-/// A workbook of Excel opened for reading.
+/// A workbook opened for reading.
 class Workbook {
 public:
     virtual ~Workbook() = default;
@@ -61,10 +61,10 @@ public:
     virtual QString UntoldPage() const { return {}; }
 };
 
-/// Opens a workbook, told by its content whatever its name: .xlsx and .xlsm (a package of XML), .xls of Excel 5.0 to
-/// 2003. @param codePage of texts of Excel 5.0 and 95 whose file does not tell its page
-/// Raises `ImportError` naming the file when it cannot be opened, is damaged, cut or protected by a password, or is
-/// something else under such a name: a page of HTML, a text, a file of another program.
+/// Opens a workbook, told by its content whatever its name: .xlsx and .xlsm (a package of XML), .ods (another one),
+/// .xls of Excel 5.0 to 2003. @param codePage of texts of Excel 5.0 and 95 whose file does not tell its page Raises
+/// `ImportError` naming the file when it cannot be opened, is damaged, cut or protected by a password, or is something
+/// else under such a name: a page of HTML, a text, a file of another program.
 std::unique_ptr<Workbook> OpenWorkbook(const QString& path, const QString& codePage = {});
 
 /// The letters of a column, from 0: "A", "Z", "AA".

@@ -85,6 +85,21 @@ private slots:
         QCOMPARE(IsNoted("FORMULE SENZA RISULTATO"), total == "-");
     }
 
+    /// Rows and cells that stand in the file once for several.
+    void ReadsOpenDocument() {
+        const auto engine = Open(Folder + "odfpy.ods");
+        QCOMPARE(engine->Tables(), (QStringList{"Vuoto", "Dati"}));
+        const auto row = [&](int number) {
+            return RowOf(*engine, QString("SELECT * FROM Dati WHERE _RIGA = %1").arg(number));
+        };
+        QCOMPARE(row(2), QString("2|'007'|0.25|true|'14:30:05'|12.5|'visibile'"));
+        QCOMPARE(row(6), QString("6|'x'|'x'|-|!'abc' non è un numero|!'2024-02-30' non è una data|-"));
+        QCOMPARE(row(7), row(6).replace('6', '7'));
+        QCOMPARE(row(8), QString("8|'ultima'|-|-|-|-|-"));
+        QVERIFY(IsNoted("A8:B8"));
+        QVERIFY(IsNoted("RIGA NASCOSTA"));
+    }
+
     /// An error ends who asks for the value, with the place of the cell.
     void NamesTheCell() {
         const auto engine = Open(Folder + "xlsxwriter.xlsx");
@@ -233,15 +248,18 @@ private slots:
     }
 
     void ReadsValuesOfFormulas_data() {
-        Columns<QString>("file");
-        Row("xlsx", "calc.xlsx");
-        Row("Excel 97", "calc.xls");
+        Columns<QString, QString>("file", "logical");
+        Row("xlsx", "calc.xlsx", "true");
+        Row("Excel 97", "calc.xls", "true");
+        Row("OpenDocument", "calc.ods", "1"); // it keeps a number, shown as one
     }
     void ReadsValuesOfFormulas() {
         QFETCH(const QString, file);
+        QFETCH(const QString, logical);
         const auto engine = Open(Folder + file);
         QCOMPARE(RowOf(*engine, "SELECT * FROM Calcoli"),
-                 QString::fromUtf8("2|0.25|'città'|true|!la cella contiene l'errore #DIV/0!|5/3/2024|'00120'|-"));
+                 QString::fromUtf8("2|0.25|'città'|" + logical.toUtf8() +
+                                   "|!la cella contiene l'errore #DIV/0!|5/3/2024|'00120'|-"));
     }
 
     /// Excel 95 keeps texts in a code page, which the file tells or the settings.

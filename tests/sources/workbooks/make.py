@@ -1,11 +1,15 @@
 #!/usr/bin/env python3
 """Writes the workbooks that the reader is tested on, with the libraries of other people (Debian: python3-openpyxl,
-python3-xlsxwriter, python3-xlwt; the files named calc_* then by LibreOffice): make.py FOLDER."""
+python3-xlsxwriter, python3-xlwt, python3-odf; the files named calc.* then by LibreOffice): make.py FOLDER."""
 
 import datetime
 import subprocess
 import sys
 
+import odf.office
+import odf.opendocument
+import odf.table
+import odf.text
 import openpyxl
 import xlsxwriter
 import xlwt
@@ -106,9 +110,43 @@ def with_xlwt():
     long.save(f"{folder}/xlwt_lunghi.xls")
 
 
+def with_odfpy():
+    """Rows and cells that stand in the file once for several, and every kind of value."""
+    book = odf.opendocument.OpenDocumentSpreadsheet()
+    sheet = odf.table.Table(name="Dati")
+
+    def add_row(*cells, **more):
+        row = odf.table.TableRow(**more)
+        for cell in cells:
+            row.addElement(cell)
+        sheet.addElement(row)
+
+    def cell(kind=None, shown="", **more):
+        made = odf.table.TableCell(**({"valuetype": kind} if kind else {}), **more)
+        if shown:
+            made.addElement(odf.text.P(text=shown))
+        return made
+
+    add_row(*(cell("string", name) for name in ("Codice", "Quota", "Attivo", "Ora", "Importo", "Nota")))
+    noted = cell("string", "visibile")
+    noted.addElement(odf.office.Annotation())
+    noted.childNodes[-1].addElement(odf.text.P(text="un commento"))
+    add_row(cell("float", "007", value="7"), cell("percentage", "25%", value="0.25"),
+            cell("boolean", "VERO", booleanvalue="true"), cell("time", "14:30:05", timevalue="PT14H30M05S"),
+            cell("currency", "12,50 \u20ac", value="12.5", currency="EUR"), noted)
+    add_row(cell(numbercolumnsrepeated="16384"), numberrowsrepeated="3")
+    add_row(cell("string", "x", numbercolumnsrepeated="2"), cell(), cell("float", "abc", value="abc"),
+            cell("date", "30/02/2024", datevalue="2024-02-30"), numberrowsrepeated="2")
+    add_row(cell("string", "ultima", numbercolumnsspanned="2", numberrowsspanned="1"), odf.table.CoveredTableCell(),
+            visibility="collapse")
+    book.spreadsheet.addElement(odf.table.Table(name="Vuoto"))
+    book.spreadsheet.addElement(sheet)
+    book.save(f"{folder}/odfpy.ods")
+
+
 def with_libreoffice():
     """Formulas whose values another program has calculated and kept."""
-    for name, form in (("calc.xls", "xls:MS Excel 97"), ("calc.xlsx", "xlsx")):
+    for name, form in (("calc.xls", "xls:MS Excel 97"), ("calc.xlsx", "xlsx"), ("calc.ods", "ods")):
         book = openpyxl.Workbook()
         sheet = book.active
         sheet.title = "Calcoli"
@@ -128,4 +166,5 @@ def with_libreoffice():
 with_xlsxwriter()
 with_openpyxl()
 with_xlwt()
+with_odfpy()
 with_libreoffice()

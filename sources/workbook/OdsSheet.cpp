@@ -1,0 +1,227 @@
+#include "sources/workbook/OdsSheet.h"
+
+#include "sources/workbook/cellValues.h"
+#include "sources/workbook/Xlsx.h"
+#include "sql/errors.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace sources {
+
+namespace {
+
+constexpr qint64 MostRows = 1048576;
+constexpr qint64 MostColumns = 16384;
+
+const QString Office = QStringLiteral("urn:oasis:names:tc:opendocument:xmlns:office:1.0");
+const QString Table = QStringLiteral("urn:oasis:names:tc:opendocument:xmlns:table:1.0");
+const QString Extended = QStringLiteral("urn:org:documentfoundation:names:experimental:calc:xmlns:calcext:1.0");
+
+/// How often what has the attributes follows: once when they do not tell.
+qint64 Times(const QXmlStreamAttributes& attributes, const QString& name) {
+    return std::max<qint64>(1, attributes.value(Table, name).toLongLong());
+}
+
+/// Whether a number is shown with zeros in front, as a code is.
+bool IsShownAsCode(const QString& shown) {
+    return shown.size() > 1 && shown.startsWith(u'0') &&
+           std::all_of(shown.begin(), shown.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
+/// The time of "PT14H30M15S" as a text, "14:30:15"; empty when it is none.
+QString TimeText(const QString& duration) {
+    static const QRegularExpression form(QStringLiteral("^PT(\\d+)H(\\d+)M(\\d+)(?:[.,]\\d+)?S$"));
+    const auto parts = form.match(duration);
+    const auto two = [&parts](int part) { return parts.captured(part).rightJustified(2, u'0'); };
+    return parts.hasMatch() ? QString(two(1) + u':' + two(2) + u':' + two(3)) : QString();
+}
+
+} // namespace
+
+OdsSheet::OdsSheet(std::unique_ptr<PackedFile> content, int sheet)
+    : m_content(std::move(content)),
+      m_xml(m_content.get()) {
+    GoTo(sheet);
+}
+
+void OdsSheet::GoTo(int sheet) {
+    for (int at = -1; !m_xml.atEnd();) {
+        if (m_xml.readNext() != QXmlStreamReader::StartElement || m_xml.name() != u"table") {
+            continue;
+        }
+        if (++at == sheet) {
+            return;
+        }
+        m_xml.skipCurrentElement();
+    }
+}
+
+bool OdsSheet::Next(SheetRow& row) {
+    if (m_again > 0) {
+        --m_again;
+        row = m_last;
+        row.number = ++m_row;
+        return true;
+    }
+    while (!m_xml.atEnd()) {
+        const auto token = m_xml.readNext();
+        if (token == QXmlStreamReader::EndElement && m_xml.name() == u"table") {
+            return false;
+        }
+        if (token == QXmlStreamReader::StartElement && m_xml.name() == u"shapes") {
+            m_xml.skipCurrentElement();
+        } else if (token == QXmlStreamReader::StartElement && m_xml.name() == u"table-row") {
+            ReadRow(row);
+            if (!row.cells.empty()) {
+                return true;
+            }
+        }
+    }
+    CheckXml(m_xml, *m_content, OdsContent);
+    return false;
+}
+
+void OdsSheet::ReadRow(SheetRow& row) {
+    const auto attributes = m_xml.attributes();
+    const qint64 times = Times(attributes, QStringLiteral("number-rows-repeated"));
+    const auto visibility = attributes.value(Table, QStringLiteral("visibility"));
+    row.number = m_row + 1;
+    row.isHidden = visibility == u"collapse" || visibility == u"filter";
+    row.cells.clear();
+    m_column = 0;
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() == u"table-cell" || m_xml.name() == u"covered-table-cell") {
+            ReadCell(row);
+        } else {
+            m_xml.skipCurrentElement();
+        }
+    }
+    if (row.cells.empty()) {
+        m_row += times;
+        return;
+    }
+    if (m_row + times > MostRows) {
+        throw ImportError(
+            QStringLiteral("riga %1: ripetuta %2 volte: il file è danneggiato").arg(row.number).arg(times));
+    }
+    ++m_row;
+    m_again = times - 1;
+    if (m_again > 0) {
+        m_last = row;
+    }
+}
+
+void OdsSheet::ReadCell(SheetRow& row) {
+    const auto attributes = m_xml.attributes();
+    const qint64 times = Times(attributes, QStringLiteral("number-columns-repeated"));
+    NoteMerged(attributes);
+    const QString shown = ReadShown();
+    SheetCell cell;
+    TakeValue(cell, attributes, shown);
+    if (cell.kind != SheetCell::Kind::Text || !cell.text.isEmpty()) {
+        if (m_column + times > MostColumns) {
+            throw ImportError(QStringLiteral("riga %1: ha più di %2 colonne: il file è danneggiato")
+                                  .arg(row.number)
+                                  .arg(MostColumns));
+        }
+        for (qint64 i = 0; i < times; ++i) {
+            cell.column = static_cast<int>(m_column + i);
+            row.cells.push_back(cell);
+        }
+    }
+    m_column += times;
+}
+
+void OdsSheet::TakeValue(SheetCell& cell, const QXmlStreamAttributes& attributes, const QString& shown) {
+    const auto value = [&attributes](const char* name) {
+        return attributes.value(Office, QLatin1String(name)).toString();
+    };
+    const QString type = value("value-type");
+    if (attributes.value(Extended, QLatin1String("value-type")) == u"error") {
+        cell.kind = SheetCell::Kind::Error;
+        cell.text = shown.toUtf8();
+    } else if (type.isEmpty() || type == u"string" || type == u"void") {
+        const bool isTold = attributes.hasAttribute(Office, QLatin1String("string-value"));
+        cell.text = (isTold ? value("string-value") : shown).toUtf8();
+        const bool isFormula = attributes.hasAttribute(Table, QLatin1String("formula"));
+        cell.kind = isFormula && cell.text.isEmpty() ? SheetCell::Kind::EmptyText : SheetCell::Kind::Text;
+    } else if (type == u"date") {
+        TakeDate(cell, value("date-value"));
+    } else if (type == u"time") {
+        cell.text = TimeText(value("time-value")).toUtf8();
+        if (cell.text.isEmpty()) {
+            Spoil(cell, QStringLiteral("'%1' non è un'ora").arg(value("time-value")));
+        }
+    } else if (type == u"boolean") {
+        cell.kind = SheetCell::Kind::Boolean;
+        cell.number = value("boolean-value") == u"true" ? 1 : 0;
+    } else if (const auto number = NumberOf(value("value")); !number) {
+        Spoil(cell, QStringLiteral("'%1' non è un numero").arg(value("value")));
+    } else if (IsShownAsCode(shown)) {
+        cell.text = shown.toUtf8();
+    } else {
+        cell.kind = SheetCell::Kind::Number;
+        cell.number = *number;
+    }
+}
+
+void OdsSheet::NoteMerged(const QXmlStreamAttributes& attributes) {
+    const qint64 columns = Times(attributes, QStringLiteral("number-columns-spanned"));
+    const qint64 rows = Times(attributes, QStringLiteral("number-rows-spanned"));
+    if (columns > 1 || rows > 1) {
+        m_merged.append(ColumnLetters(static_cast<int>(m_column)) + QString::number(m_row + 1) + u':' +
+                        ColumnLetters(static_cast<int>(m_column + columns - 1)) + QString::number(m_row + rows));
+    }
+}
+
+/// The text of the cell under way as it is shown, line by line, without comments and drawings.
+QString OdsSheet::ReadShown() {
+    QStringList lines;
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() == u"p" || m_xml.name() == u"h") {
+            lines.append(ReadParagraph());
+        } else {
+            m_xml.skipCurrentElement();
+        }
+    }
+    return lines.join(u'\n');
+}
+
+/// Blanks that follow each other are one, and none at the beginning: others have an element of their own.
+QString OdsSheet::ReadParagraph() {
+    QString text;
+    bool isBehindBlank = true;
+    for (int depth = 1; depth > 0 && !m_xml.atEnd();) {
+        const auto token = m_xml.readNext();
+        depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
+        if (token == QXmlStreamReader::Characters) {
+            for (const QChar c : m_xml.text()) {
+                if (!c.isSpace() || c == QChar::Nbsp) {
+                    text += c;
+                } else if (!isBehindBlank) {
+                    text += u' ';
+                }
+                isBehindBlank = c.isSpace() && c != QChar::Nbsp;
+            }
+        } else if (token == QXmlStreamReader::StartElement) {
+            const QStringView name = m_xml.name();
+            if (name == u"s") {
+                const QString ns = m_xml.namespaceUri().toString();
+                const int blanks = std::max(1, m_xml.attributes().value(ns, QStringLiteral("c")).toInt());
+                text += QString(std::min(blanks, static_cast<int>(MostColumns)), u' ');
+                isBehindBlank = false;
+            } else if (name == u"tab" || name == u"line-break") {
+                text += name == u"tab" ? u'\t' : u'\n';
+                isBehindBlank = false;
+            } else if (name == u"annotation" || name == u"note" || name == u"ruby-text") {
+                m_xml.skipCurrentElement();
+                --depth;
+            }
+        }
+    }
+    return text;
+}
+
+} // namespace sources
