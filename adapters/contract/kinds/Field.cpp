@@ -6,6 +6,33 @@
 
 namespace contract {
 
+Field::Field() = default;
+Field::Field(const char* columns)
+    : Field(QString::fromUtf8(columns)) {}
+Field::Field(const QString& columns)
+    : Field(columns, columns.contains(u',') ? rules::Text() : rules::AsRead()) {}
+Field::Field(const QString& columns, Rule rule)
+    : m_line(MapLine({}, columns, std::move(rule))) {}
+Field::Field(const char* columns, Rule rule)
+    : Field(QString::fromUtf8(columns), std::move(rule)) {}
+Field::~Field() = default;
+Field::Field(const Field&) = default;
+Field::Field(Field&&) noexcept = default;
+Field& Field::operator=(const Field&) = default;
+Field& Field::operator=(Field&&) noexcept = default;
+
+LineGroup::LineGroup(const QString& target, const QString& sources, Rule rule)
+    : lines{MapLine(target, sources, std::move(rule))} {}
+LineGroup::LineGroup(const char* target, const char* sources, Rule rule)
+    : lines{MapLine(target, sources, std::move(rule))} {}
+LineGroup::LineGroup(std::vector<MapLine> several)
+    : lines(std::move(several)) {}
+LineGroup::~LineGroup() = default;
+LineGroup::LineGroup(const LineGroup&) = default;
+LineGroup::LineGroup(LineGroup&&) noexcept = default;
+LineGroup& LineGroup::operator=(const LineGroup&) = default;
+LineGroup& LineGroup::operator=(LineGroup&&) noexcept = default;
+
 void Field::Refuse(const QString& why) const {
     ImportError error(why);
     if (!Columns().isEmpty()) {
@@ -112,6 +139,13 @@ std::vector<MapLine> DiscountsByRole(const QString& source) {
     }
     return lines;
 }
+
+Lines::Lines() = default;
+Lines::~Lines() = default;
+Lines::Lines(const Lines&) = default;
+Lines::Lines(Lines&&) noexcept = default;
+Lines& Lines::operator=(const Lines&) = default;
+Lines& Lines::operator=(Lines&&) noexcept = default;
 
 Lines::Lines(std::initializer_list<LineGroup> groups) {
     for (const LineGroup& group : groups) {

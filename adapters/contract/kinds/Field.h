@@ -8,14 +8,17 @@ namespace contract {
 /// rule between, as in a line of a mapping. A field without either is one that the source does not have.
 class Field {
 public:
-    Field() = default;
+    Field();
     // A column alone is read as it is, several as their texts.
-    Field(const char* columns)
-        : Field(QString::fromUtf8(columns)) {}
-    Field(const QString& columns)
-        : Field(columns, columns.contains(u',') ? rules::Text() : rules::AsRead()) {}
-    Field(const QString& columns, Rule rule)
-        : m_line(MapLine({}, columns, std::move(rule))) {}
+    Field(const char* columns);
+    Field(const QString& columns);
+    Field(const QString& columns, Rule rule);
+    Field(const char* columns, Rule rule);
+    ~Field();
+    Field(const Field&);
+    Field(Field&&) noexcept;
+    Field& operator=(const Field&);
+    Field& operator=(Field&&) noexcept;
 
     bool IsSet() const { return m_line.has_value(); }
     /// The value; Null when the source does not have it, or its rule leaves it out. Raises `ImportError` naming the
@@ -55,10 +58,14 @@ inline Field Fixed(const QVariant& value) { return {QString(), rules::Constant(v
 
 /// One line of a mapping, or several that come from the same columns.
 struct LineGroup {
-    LineGroup(const QString& target, const QString& sources, Rule rule)
-        : lines{MapLine(target, sources, std::move(rule))} {}
-    LineGroup(std::vector<MapLine> several)
-        : lines(std::move(several)) {}
+    LineGroup(const QString& target, const QString& sources, Rule rule);
+    LineGroup(const char* target, const char* sources, Rule rule);
+    LineGroup(std::vector<MapLine> several);
+    ~LineGroup();
+    LineGroup(const LineGroup&);
+    LineGroup(LineGroup&&) noexcept;
+    LineGroup& operator=(const LineGroup&);
+    LineGroup& operator=(LineGroup&&) noexcept;
 
     std::vector<MapLine> lines;
 };
@@ -73,8 +80,13 @@ std::vector<MapLine> DiscountsByRole(const QString& source);
 /// The lines that a declaration tells.
 class Lines {
 public:
-    Lines() = default;
+    Lines();
     Lines(std::initializer_list<LineGroup> groups);
+    ~Lines();
+    Lines(const Lines&);
+    Lines(Lines&&) noexcept;
+    Lines& operator=(const Lines&);
+    Lines& operator=(Lines&&) noexcept;
 
     /// All of them, behind those of the usual lines whose target none of them writes.
     std::vector<MapLine> Over(const std::vector<MapLine>& usual) const;

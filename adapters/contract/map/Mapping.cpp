@@ -25,6 +25,20 @@ void ApplyLines(const std::vector<MapLine>& lines, TargetRow& target, Session& s
 
 } // namespace
 
+MapLine::MapLine(QString targetColumn, const QString& sourceColumns, Rule how)
+    : target(std::move(targetColumn)),
+      sources(sourceColumns.split(QStringLiteral(", "), Qt::SkipEmptyParts)),
+      rule(std::move(how)) {}
+
+MapLine::MapLine(const char* targetColumn, const char* sourceColumns, Rule how)
+    : MapLine(QString::fromUtf8(targetColumn), QString::fromUtf8(sourceColumns), std::move(how)) {}
+
+MapLine::~MapLine() = default;
+MapLine::MapLine(const MapLine&) = default;
+MapLine::MapLine(MapLine&&) noexcept = default;
+MapLine& MapLine::operator=(const MapLine&) = default;
+MapLine& MapLine::operator=(MapLine&&) noexcept = default;
+
 void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const {
     ApplyLines(lines, target, session, row, facts);
     ApplyLines(AddedLines(session, *this), target, session, row, facts);

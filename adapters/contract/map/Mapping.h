@@ -9,10 +9,13 @@ class TargetRow;
 /// One line of a mapping table: the target column, the source column (several are joined, separated by ", "; empty for
 /// none) and the rule between them.
 struct MapLine {
-    MapLine(QString targetColumn, const QString& sourceColumns, Rule how)
-        : target(std::move(targetColumn)),
-          sources(sourceColumns.split(QStringLiteral(", "), Qt::SkipEmptyParts)),
-          rule(std::move(how)) {}
+    MapLine(QString targetColumn, const QString& sourceColumns, Rule how);
+    MapLine(const char* targetColumn, const char* sourceColumns, Rule how);
+    ~MapLine();
+    MapLine(const MapLine&);
+    MapLine(MapLine&&) noexcept;
+    MapLine& operator=(const MapLine&);
+    MapLine& operator=(MapLine&&) noexcept;
 
     QString target;
     QStringList sources;

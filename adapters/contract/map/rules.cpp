@@ -84,6 +84,18 @@ std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
     }
 }
 
+Rule::Rule(QString what, Work how, Side whose, std::vector<TableNeed> needs)
+    : text(std::move(what)),
+      apply(std::move(how)),
+      side(whose),
+      reads(std::move(needs)) {}
+
+Rule::~Rule() = default;
+Rule::Rule(const Rule&) = default;
+Rule::Rule(Rule&&) noexcept = default;
+Rule& Rule::operator=(const Rule&) = default;
+Rule& Rule::operator=(Rule&&) noexcept = default;
+
 namespace rules {
 
 namespace {

@@ -46,12 +46,22 @@ using RuleValue = std::optional<QVariant>;
 /// The role that a column of a counterparty belongs to.
 enum class Side { Both, Customer, Supplier };
 
-/// A small conversion with a name that the mapping pages show.
+/// A small conversion with a name that the mapping pages show. Declarations hold hundreds: what makes and destroys one
+/// is compiled once, in one place.
 struct Rule {
+    using Work = std::function<RuleValue(const RuleInput&)>;
+
+    Rule(QString what, Work how, Side whose = Side::Both, std::vector<TableNeed> needs = {});
+    ~Rule();
+    Rule(const Rule&);
+    Rule(Rule&&) noexcept;
+    Rule& operator=(const Rule&);
+    Rule& operator=(Rule&&) noexcept;
+
     QString text; ///< what it does, in a few words
-    std::function<RuleValue(const RuleInput&)> apply;
-    Side side = Side::Both;
-    std::vector<TableNeed> reads = {}; ///< of the source, beyond the row under way
+    Work apply;
+    Side side;
+    std::vector<TableNeed> reads; ///< of the source, beyond the row under way
 };
 
 /// The rules of the mapping tables. Texts come without surrounding blanks.
