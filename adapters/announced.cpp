@@ -36,8 +36,6 @@ const std::vector<Row>& Rows() {
         {"SAM", "modImport_SAM", "ODBC", PrepareSam, "YYNNN---"},
         {"LibertyCommerce", "modImport_LC", "ODBC", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"), "YNNNN---"},
         {"Memphis", "modImport_Memphis", "SQL Server", PrepareMemphis, "YNNNNN--"},
-        {"OSL GP90", "modImport_OSL", "SQL Server", Server("OSL"), "YYYYYYNY",
-         {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Importa Listini"}}},
         {"DOMINIO", "modImport_Dominio", "ODBC", DataSource("DOMINIO"), "YNNNNYY-", {{Saldi, "Importa Tabelle Generali"}}},
         {"OS1", "modImport_OS1", "Access", AccessFileInFolder("OS1.mdb"), "YYNNNNN-"},
         {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",

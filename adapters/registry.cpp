@@ -18,7 +18,7 @@
     ANNOUNCED("Memphis") \
     MODULE(VS, Entry) \
     MODULE(Mexal, Entry) \
-    ANNOUNCED("OSL GP90") \
+    MODULE(OSL, Entry) \
     ANNOUNCED("DOMINIO") \
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
