@@ -28,7 +28,7 @@
     ANNOUNCED("Kordel NetSuite") \
     ANNOUNCED("Excel") \
     ANNOUNCED("Access") \
-    ANNOUNCED("SIGIP") \
+    MODULE(SIGIP, Entry) \
     MODULE(ArcaEvolution, Entry) \
     MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
