@@ -60,7 +60,6 @@ const std::vector<Row>& Rows() {
         {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
         {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",
          {{Saldi, "Importa Riferimenti"}, {Piano, "Importa Tubolari da CSV"}}},
-        {"BMS", "modImport_BMS", "Oracle", {PrepareBms, contract::Place::DataSource, DataSource("BMS").keys}, "YYYYYNN-"},
         {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",
          {{Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"}, {Piano, "Importa Allegati"}}},
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},

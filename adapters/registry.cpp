@@ -51,7 +51,7 @@
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
     ANNOUNCED("Gamma DB SqlServer") \
-    ANNOUNCED("BMS") \
+    MODULE(BMS, Entry) \
     MODULE(Panthera, Entry) \
     ANNOUNCED("Factory (SqlServer)") \
     MODULE(Brantel, Entry) \
