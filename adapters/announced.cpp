@@ -47,7 +47,6 @@ const std::vector<Row>& Rows() {
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
         {"Zucchetti G2", "modImport_G2", "SQL Server", Server("G2"), "YYYNNNNY", {{Disegni, "Ricalcola IBAN Controparti"}}},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
-        {"Vision SQL", "modImport_Vision", "SQL Server", Server("VISION"), "YYN-----"},
         {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},
         {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",

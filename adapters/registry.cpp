@@ -35,7 +35,7 @@
     MODULE(Ferrobrio, Entry) \
     ANNOUNCED("Zucchetti G2") \
     ANNOUNCED("Access Velmoran") \
-    ANNOUNCED("Vision SQL") \
+    MODULE(Vision, Entry) \
     ANNOUNCED("Dss Waps") \
     ANNOUNCED("Axis") \
     MODULE(AdHocWindows, Entry) \
