@@ -51,7 +51,6 @@ const std::vector<Row>& Rows() {
         {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
-        {"Gemini", "modImport_Gemini", "SQL Server", Server("GEMINI"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Fenice", "modImport_Fenice", "ODBC", DataSource("FENICE"), "NN------"},
         {"Cometa", "modImport_Cometa", "ODBC", DataSource("COMETA"), "YYNNNNNY"},
         {"Albalog", "modImport_Albalog", "ODBC", DataSource("ALBALOG"), "YYYNNN--", {{Dis, "Importa Listini"}}},

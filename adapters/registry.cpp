@@ -40,7 +40,7 @@
     ANNOUNCED("Axis") \
     MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
-    ANNOUNCED("Gemini") \
+    MODULE(Gemini, Entry) \
     ANNOUNCED("Fenice") \
     MODULE(Sigla, Entry) \
     MODULE(Gescom, Entry) \
