@@ -93,10 +93,4 @@ bool PrepareSolution(Session& session, ovConnection& source) {
     return true;
 }
 
-bool PrepareBms(Session& session, ovConnection& source) {
-    const bool prepared = DataSource("BMS")(session, source);
-    source.ProviderType = Provider::Oracle;
-    return prepared;
-}
-
 } // namespace announced

@@ -11,7 +11,5 @@ bool PrepareSam(Session& session, ovConnection& source);
 bool PrepareMemphis(Session& session, ovConnection& source);
 /// The connection stands in "Solution.ini", beside the settings of this program.
 bool PrepareSolution(Session& session, ovConnection& source);
-/// The data source "BMS", whose database is Oracle whatever the settings say.
-bool PrepareBms(Session& session, ovConnection& source);
 
 } // namespace announced

@@ -18,7 +18,7 @@
     ANNOUNCED("Memphis") \
     MODULE(VS, Entry) \
     MODULE(Mexal, Entry) \
-    ANNOUNCED("OSL GP90") \
+    MODULE(OSL, Entry) \
     ANNOUNCED("DOMINIO") \
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
@@ -28,19 +28,19 @@
     ANNOUNCED("Kordel NetSuite") \
     ANNOUNCED("Excel") \
     ANNOUNCED("Access") \
-    ANNOUNCED("SIGIP") \
+    MODULE(SIGIP, Entry) \
     MODULE(ArcaEvolution, Entry) \
     MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
     ANNOUNCED("Zucchetti G2") \
     ANNOUNCED("Access Velmoran") \
-    ANNOUNCED("Vision SQL") \
+    MODULE(Vision, Entry) \
     ANNOUNCED("Dss Waps") \
     ANNOUNCED("Axis") \
     MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
-    ANNOUNCED("Gemini") \
+    MODULE(Gemini, Entry) \
     ANNOUNCED("Fenice") \
     MODULE(Sigla, Entry) \
     MODULE(Gescom, Entry) \
@@ -51,7 +51,7 @@
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
     ANNOUNCED("Gamma DB SqlServer") \
-    ANNOUNCED("BMS") \
+    MODULE(BMS, Entry) \
     MODULE(Panthera, Entry) \
     ANNOUNCED("Factory (SqlServer)") \
     MODULE(Brantel, Entry) \

@@ -141,6 +141,9 @@ void Fixture::SetSource(ovConnection& source) const {
     if (!m_isServed) {
         source.Embedded = true;
         source.DatabaseName = m_source;
+        if (source.ProviderType == Provider::Oracle) {
+            source.ProviderType = Provider::SqlServer; // its dates are those that a SQLite file knows
+        }
         return;
     }
     source.Embedded = false;

@@ -62,7 +62,8 @@ void Kind::AddPages() {
                                         {"AFGGR", each.leadDays},
                                         {"AFLOR", each.lot},
                                         {"AFQTR", each.minimum}}));
-        addOwn(each.rows, FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.ownCode}}));
+        addOwn(each.rows,
+               FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.ownCode}, {"CODES", each.ownDescription}}));
     }
     addOwn({}, FieldMapping("UBI_ART", table, {{"CDUBI", declared.location}}));
     for (const Aliases& each : declared.aliases) {
@@ -207,7 +208,7 @@ bool ArticleImporter::LinkSupplier(const SourceRow& row, const SupplierOfArticle
                                         of.leadDays.NumberOrNull(session, row), of.lot.NumberOrNull(session, row),
                                         of.minimum.NumberOrNull(session, row)});
     if (const QString code = of.ownCode.Text(session, row); !code.isEmpty()) {
-        m_writer.CodeAtCounterparty(article, code, supplier);
+        m_writer.CodeAtCounterparty(article, code, supplier, of.ownDescription.Text(session, row));
     }
     return true;
 }

@@ -8,8 +8,9 @@ namespace contract {
 /// A supplier of an article, or several in rows of another table; one that is linked already stays as it is.
 struct SupplierOfArticle {
     ChildTable rows = {};
-    Field supplier;     ///< its CDCON: `rules::KnownSupplier` finds it by its code
-    Field ownCode = {}; ///< that the article has there
+    Field supplier;            ///< its CDCON: `rules::KnownSupplier` finds it by its code
+    Field ownCode = {};        ///< that the article has there
+    Field ownDescription = {}; ///< the same of its description
     Field price = {};
     Field leadDays = {};
     Field lot = {};       ///< of a reorder

@@ -80,7 +80,9 @@ class Kind {
 public:
     explicit Kind(Counterparties counterparties)
         : declared(std::move(counterparties)) {
-        for (Mapping& mapping : declared.source.Mappings(Parties, declared.lines.Over(UsualLines(declared)))) {
+        const bool isRefresh = declared.writing == PartyWriting::Refreshed;
+        for (Mapping& mapping : declared.source.Mappings(
+                 Parties, declared.lines.Over(isRefresh ? std::vector<MapLine>() : UsualLines(declared)))) {
             mappings.emplace_back(std::move(mapping));
         }
         const QString& parent = declared.source.table;
@@ -157,7 +159,11 @@ public:
         : Importer(run),
           m_kind(std::move(kind)),
           m_singleCode(std::move(singleCode)),
-          m_parties(run) {}
+          m_parties(run) {
+        if (m_kind->declared.writing == PartyWriting::Refreshed) {
+            m_earlier.emplace(run);
+        }
+    }
 
     void Begin() override {
         if (m_kind->declared.before) {
@@ -169,6 +175,7 @@ public:
 private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
     Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
+    RowOutcome Refresh(const SourceRow& row, const Roles& roles);
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                      const Roles& roles) const;
     void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
@@ -179,6 +186,7 @@ private:
     std::shared_ptr<const Kind> m_kind;
     QString m_singleCode;
     CounterpartyRegister m_parties;
+    std::optional<EarlierImports> m_earlier; ///< of a refresh
 };
 
 RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
@@ -190,6 +198,9 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     if (!roles.customer && !roles.supplier && !roles.carrier) {
         Run().Log(QStringLiteral("NÉ CLIENTE NÉ FORNITORE: %1").arg(Run().RowKey()));
         return Run().Skip(QStringLiteral("né cliente né fornitore"));
+    }
+    if (declared.writing == PartyWriting::Refreshed) {
+        return Refresh(row, roles);
     }
     const SourceIdentity identity = IdentityOf(row, roles);
     const bool onlyCarrier = !roles.customer && !roles.supplier;
@@ -205,6 +216,31 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
         RememberCarrier(Run(), identity, place.code);
     }
     return outcome;
+}
+
+RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& roles) {
+    const QString code = m_parties.ImportedBefore(IdentityOf(row, roles));
+    if (code.isEmpty()) {
+        Run().Log(QStringLiteral("CONTROPARTE NON TROVATA: %1").arg(Run().RowKey()));
+        return Run().Skip(QStringLiteral("controparte non importata"));
+    }
+    TargetRow target(Run(), Parties);
+    for (const CounterpartyMapping& mapping : m_kind->mappings) {
+        mapping.Whole().Apply(target, GetSession(), row, {code, roles});
+    }
+    if (m_kind->declared.more) {
+        m_kind->declared.more(Run(), row, target);
+    }
+    target.Update(QStringLiteral("WHERE CDCON = ") + Run().Quoted(code));
+    m_earlier->Drop(code);
+    CounterpartyWriter writer(Run(), m_kind->declared.created.Value(GetSession(), row));
+    const Owner owner{Parties, code, true};
+    writer.Numbers(owner, row, m_kind->declared.numbers);
+    WriteChildren(writer, row, owner);
+    if (m_kind->declared.after) {
+        m_kind->declared.after(Run(), writer, row, owner);
+    }
+    return RowOutcome::Updated;
 }
 
 SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Roles& roles) const {
@@ -290,7 +326,8 @@ ImportPart PartOf(const Counterparties& declared) {
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),
-            .empties = declared.empties ? CounterpartyEmptying() : Emptying(),
+            .empties =
+                declared.empties && declared.writing == PartyWriting::Imported ? CounterpartyEmptying() : Emptying(),
             .make = [kind](ImportRun& run, const QString& singleCode) {
                 return std::make_unique<CounterpartyImporter>(run, kind, singleCode);
             }};

@@ -20,6 +20,14 @@ struct Contacts {
     NumberColumns numbers = {};
 };
 
+/// What an import does with counterparties.
+enum class PartyWriting {
+    Imported,
+    /// Those that an earlier import has written are found by their code of the source and get every column of the lines
+    /// anew; what an import has hung on them is deleted and written again. Others are left out, and logged.
+    Refreshed,
+};
+
 /// An import of customers, suppliers and carriers. A counterparty that is there (by its code of the source, else its
 /// VAT number, else its tax code) gains the columns of its roles; what hangs on it is written unless it hangs there
 /// already.
@@ -43,6 +51,7 @@ struct Counterparties {
     Field created = {}; ///< moment of what is written; without it that of the import
     std::vector<Branches> branches = {};
     std::vector<Contacts> contacts = {};
+    PartyWriting writing = PartyWriting::Imported;
     bool empties = true; ///< whether a reset empties the counterparties; a second import of a source must not
 
     // What is odd about an origin.

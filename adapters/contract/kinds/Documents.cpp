@@ -11,9 +11,9 @@ namespace contract {
 
 namespace {
 
-QStringList CausesOf(const Documents& declared) {
+QStringList CausesOf(const std::vector<DocumentKind>& kinds) {
     QStringList causes;
-    for (const DocumentKind& kind : declared.kinds) {
+    for (const DocumentKind& kind : kinds) {
         causes.append(kind.cause);
     }
     causes.removeDuplicates();
@@ -21,9 +21,9 @@ QStringList CausesOf(const Documents& declared) {
     return causes;
 }
 
-std::vector<Family> FamiliesOf(const Documents& declared) {
+std::vector<Family> FamiliesOf(const std::vector<DocumentKind>& kinds) {
     std::vector<Family> families;
-    for (const DocumentKind& kind : declared.kinds) {
+    for (const DocumentKind& kind : kinds) {
         if (std::none_of(families.begin(), families.end(),
                          [&kind](const Family& one) { return one.number == kind.family.number; })) {
             families.push_back(kind.family);
@@ -99,7 +99,7 @@ public:
         }
         const QString& heads = declared.source.table;
         const QString& rows = declared.rows.table.isEmpty() ? heads : declared.rows.table;
-        for (const Family& family : FamiliesOf(declared)) {
+        for (const Family& family : FamiliesOf(declared.kinds)) {
             pages.push_back({family.head, heads, LinesOf(declared.head, declared.cause)});
             pages.push_back({family.row, rows, LinesOf(declared.row)});
         }
@@ -129,7 +129,7 @@ contract::Needs Kind::Needs() const {
     if (declared.reading != Reading::OneTable) {
         needs = needs + declared.rows.OwnNeeds(declared.source.table);
     }
-    for (const Family& family : FamiliesOf(declared)) {
+    for (const Family& family : FamiliesOf(declared.kinds)) {
         needs.writes = needs.writes + DocumentNeeds(family);
     }
     if (production) {
@@ -157,6 +157,18 @@ QDate FromOf(ImportRun& run, const Documents& declared) {
     return declared.since == Since::Setting ? from : QDate(from.year(), 1, 1);
 }
 
+bool IsOfCustomers(const DocumentKind& kind) { return kind.family.number == Sales.number; }
+
+/// The kinds that are imported, which the operator may be asked.
+std::vector<DocumentKind> KindsOf(ImportRun& run, const Documents& declared) {
+    std::vector<DocumentKind> kinds = declared.kinds;
+    if (declared.which == Which::Asked) {
+        const bool ofCustomers = run.Ask(WhichQuestion);
+        std::erase_if(kinds, [ofCustomers](const DocumentKind& kind) { return IsOfCustomers(kind) != ofCustomers; });
+    }
+    return kinds;
+}
+
 OpenDocument::Options OptionsOf(ImportRun& run, const Documents& declared) {
     const bool checks = declared.checksArticles && ReadDocumentSettings(run.GetSession()).checkArticles;
     return {checks, declared.imported == Imported::Asked && AskSkipImported(run)};
@@ -176,15 +188,19 @@ public:
     DocumentImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
+          m_kinds(KindsOf(run, Declared())),
           m_from(FromOf(run, Declared())),
           m_options(OptionsOf(run, Declared())),
           m_triggers(MadeReady(run, Declared()), Declared().production ? OrderTables : QStringList()) {
-        for (const Family& family : FamiliesOf(Declared())) {
+        for (const Family& family : FamiliesOf(m_kinds)) {
             m_families.try_emplace(family.number, run, family, m_options);
         }
     }
 
     QString Condition() const override;
+    Emptying Empties(const Emptying& declared) const override {
+        return Declared().which == Which::Asked ? DocumentEmptying(CausesOf(m_kinds)) : declared;
+    }
     void Begin() override;
     RowOutcome Row(const SourceRow& row) override;
     void EndGroup() override;
@@ -217,6 +233,7 @@ private:
     bool IsOlder(const SourceRow& row) const;
 
     std::shared_ptr<const Kind> m_kind;
+    std::vector<DocumentKind> m_kinds; ///< that are imported
     QDate m_from;
     OpenDocument::Options m_options;
     TriggersOff m_triggers;
@@ -281,6 +298,9 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
     if (kind == nullptr) {
         return Run().Skip("genere di documento che non si importa");
     }
+    if (!m_families.contains(kind->family.number)) {
+        return Run().Skip("documento dell'altra parte");
+    }
     if (IsOlder(row)) {
         return Run().Skip("documento anteriore alla data d'inizio");
     }
@@ -311,7 +331,7 @@ RowOutcome DocumentImporter::WriteRow(const SourceRow& head, const SourceRow& ro
     }
     Run().Restores(family.key);
     family.key = key;
-    const Facts facts{{}, RoleOf(kind.family.number == Sales.number)};
+    const Facts facts{{}, RoleOf(IsOfCustomers(kind))};
     qint64 id = 0;
     const RowOutcome outcome = family.documents.Row(
         key, [&] { return HeadOf(head, kind, family.documents); }, [&] { return RowOf(row, kind, facts); },
@@ -357,7 +377,7 @@ OpenDocument::Head DocumentImporter::HeadOf(const SourceRow& row, const Document
     using namespace schema::defaults;
     Session& session = GetSession();
     const DocumentHeadFields& fields = Declared().head;
-    const Facts facts{{}, RoleOf(kind.family.number == Sales.number)};
+    const Facts facts{{}, RoleOf(IsOfCustomers(kind))};
     const QString counterparty = fields.counterparty.Text(session, row, facts);
     if (counterparty.isEmpty()) {
         throw ImportError(QStringLiteral("colonna '%1': il documento non ha una controparte")
@@ -417,7 +437,7 @@ void DocumentImporter::EndGroup() {
 bool DocumentImporter::End() {
     // Of some documents alone nothing follows about the others.
     for (auto family = m_families.cbegin(); !Declared().source.told && family != m_families.cend(); ++family) {
-        family->second.documents.TellDocumentsLeft(Declared().cause.IsSet() ? m_causes.values() : CausesOf(Declared()),
+        family->second.documents.TellDocumentsLeft(Declared().cause.IsSet() ? m_causes.values() : CausesOf(m_kinds),
                                                    m_from);
     }
     return true;
@@ -433,6 +453,9 @@ QString DocumentImporter::Completion(const QString& text) const {
 
 std::vector<AnswerNeed> AsksOf(const Documents& declared) {
     std::vector<AnswerNeed> asks;
+    if (declared.which == Which::Asked) {
+        asks.push_back({WhichQuestion});
+    }
     if (declared.since == Since::Asked) {
         asks.push_back({StartDateQuestion, AnswerKind::Text});
     }
@@ -459,10 +482,11 @@ Frame FrameOf(const Documents& declared) { return Over(declared.frame, Usual); }
 
 ImportPart PartOf(const Documents& declared) {
     const auto kind = std::make_shared<const Kind>(declared);
+    const Emptying ofCauses = DocumentEmptying(CausesOf(declared.kinds));
     return {.step = FrameOf(declared).step,
             .source = kind->declared.source,
             .needs = kind->Needs(),
-            .empties = declared.empties.value_or(DocumentEmptying(CausesOf(declared))) +
+            .empties = declared.empties.value_or(declared.which == Which::Asked ? AtMost(ofCauses) : ofCauses) +
                        (declared.production ? ProductionOrderEmptying() : Emptying()),
             .asks = AsksOf(declared),
             .make = [kind](ImportRun& run, const QString&) { return std::make_unique<DocumentImporter>(run, kind); }};

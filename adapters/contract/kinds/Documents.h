@@ -66,6 +66,14 @@ enum class Imported {
     Asked, ///< the operator is asked whether they are left out
 };
 
+/// Which of its documents an import carries over.
+enum class Which {
+    All,
+    Asked, ///< the operator is asked: those of customers, or those of suppliers
+};
+inline const QString WhichQuestion =
+    QStringLiteral("Quali documenti importare?\n[SI] quelli dei clienti\n[NO] quelli dei fornitori");
+
 /// An import of documents. Rows whose article is not there are left out as the setting DOC_CheckArticoli says; a
 /// document that is there is rewritten, and what the source no longer has of it is told. Totals follow from the rows.
 struct Documents {
@@ -87,6 +95,7 @@ struct Documents {
     /// The condition on the day of the head where the source does not hold it as a date; an empty text asks for every
     /// row. Rows of older documents are left out in any case.
     std::function<QString(const ovConnection& source, const QDate& from)> sinceCondition = {};
+    Which which = Which::All;
     Imported imported = Imported::Rewritten;
     bool checksArticles = true; ///< whether the setting DOC_CheckArticoli counts; else every row is written
     std::optional<ProductionOrders> production = {}; ///< of the rows

@@ -21,7 +21,6 @@ struct Import {
     Frame frame;
     std::vector<ImportPart> parts;
     Needs needs;
-    Emptying empties;
 };
 
 /// @param told condition that settings or operator tell; empty for none
@@ -44,7 +43,11 @@ void RunParts(ImportRun& run, const Import& import, const QString& singleCode, b
         told.append(part.source.told ? part.source.told(run) : QString());
         importers.push_back(part.make(run, singleCode));
     }
-    Empty(run, reset, import.empties);
+    Emptying emptying;
+    for (size_t i = 0; i < importers.size(); ++i) {
+        emptying = emptying + importers[i]->Empties(import.parts[i].empties);
+    }
+    Empty(run, reset, emptying);
     QString completion = import.frame.completion;
     for (size_t i = 0; i < importers.size(); ++i) {
         if (!RunPart(run, import.parts[i], *importers[i], told.at(static_cast<qsizetype>(i)), singleCode)) {
@@ -85,11 +88,12 @@ MakeImporter Importing(EachRow row) {
 }
 
 Procedure ProcedureOf(std::optional<Button> button, const Frame& frame, const std::vector<ImportPart>& parts) {
-    Import import{frame, parts, {}, {}};
+    Import import{frame, parts, {}};
+    Emptying empties;
     std::vector<AnswerNeed> asks;
     for (const ImportPart& part : parts) {
         import.needs = import.needs + part.source.OwnNeeds() + part.needs;
-        import.empties = import.empties + part.empties;
+        empties = empties + part.empties;
         asks.insert(asks.end(), part.asks.begin(), part.asks.end());
     }
     return {.button = button,
@@ -97,7 +101,7 @@ Procedure ProcedureOf(std::optional<Button> button, const Frame& frame, const st
             .run = [import](Session& session, const QString& singleCode,
                             bool reset) { RunImport(session, import, singleCode, reset); },
             .needs = import.needs,
-            .empties = import.empties,
+            .empties = empties,
             .asks = asks,
             .confirmation = frame.confirmation,
             .asksReset = frame.asksReset};

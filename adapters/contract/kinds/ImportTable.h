@@ -34,6 +34,8 @@ public:
 
     /// A condition on the rows that only the run knows, without AND; empty for none.
     virtual QString Condition() const { return {}; }
+    /// What a reset empties, where an answer has narrowed it. @param declared as the part has it
+    virtual Emptying Empties(const Emptying& declared) const { return declared; }
     /// Called behind the emptying, before the first row.
     virtual void Begin() {}
     virtual RowOutcome Row(const SourceRow& row) = 0;

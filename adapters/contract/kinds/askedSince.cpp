@@ -18,6 +18,7 @@ public:
         const QString own = m_rows->Condition();
         return own.isEmpty() ? m_condition : QString(m_condition + u" AND " + own);
     }
+    Emptying Empties(const Emptying& declared) const override { return m_rows->Empties(declared); }
     void Begin() override { m_rows->Begin(); }
     RowOutcome Row(const SourceRow& row) override { return m_rows->Row(row); }
     void EndGroup() override { m_rows->EndGroup(); }

@@ -112,7 +112,8 @@ void ArticleWriter::Link(const QString& article, const SupplierLink& link) const
     row.Insert();
 }
 
-void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const {
+void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty,
+                                       const QString& description) const {
     Session& session = m_run.GetSession();
     if (IdWhere(session, "ART_COD",
                 Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
@@ -125,6 +126,9 @@ void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& co
     row.Set("COTIP", "C");
     row.Set("COTPC", "PER");
     row.Set("COCON", counterparty);
+    if (!description.isEmpty()) {
+        row.Set("CODES", description);
+    }
     row.Insert();
 }
 

@@ -72,7 +72,9 @@ public:
     /// The same, with what the supplier asks.
     void Link(const QString& article, const SupplierLink& link) const;
     /// Writes the code that an article has at a counterparty, unless it is there.
-    void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty) const;
+    /// @param description that it has there; empty for none
+    void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty,
+                            const QString& description = {}) const;
     /// Writes another code of an article, of the company's own, unless it is there.
     void InternalCode(const QString& article, const QString& code) const;
     /// Writes a line of the cost history (STO_COS) or of the price history (STO_PRZ); an article has one a day, and a

@@ -13,6 +13,9 @@ namespace {
 const QString Prefix = QStringLiteral("+39");
 const QString Contacts = QStringLiteral("CON_RIF");
 const QString Branches = QStringLiteral("CON_SED");
+const QString Telephones = QStringLiteral("NUM_TEL");
+const QString Addresses = QStringLiteral("IND_WEB");
+
 QString Without(QString text, const QString& characters) {
     return text.removeIf([&characters](QChar c) { return characters.contains(c); });
 }
@@ -49,6 +52,45 @@ std::vector<TableNeed> CounterpartyNeeds() {
 }
 
 Emptying CounterpartyEmptying() { return Truncated({"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"}); }
+
+EarlierImports::EarlierImports(ImportRun& run)
+    : m_run(run) {
+    for (const QString& table : {Contacts, Branches, Telephones, Addresses}) {
+        const Recordset last =
+            run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + run.FullName(table));
+        m_last.insert(table, last.Fields(0).Value().toLongLong());
+    }
+}
+
+void EarlierImports::Drop(const QString& party) const {
+    Session& session = m_run.GetSession();
+    const QString byImport =
+        QStringLiteral(" AND ") + Equals(session, QStringLiteral("USINS"), QStringLiteral("SYSTEM_IMPORT"));
+    DropNumbers(QStringLiteral("CON_TRO"), party, byImport);
+    for (const QString& table : {Contacts, Branches}) {
+        const QString from = QStringLiteral(" FROM %1 WHERE ").arg(m_run.FullName(table)) +
+                             Equals(session, QStringLiteral("CDCON"), party) + Earlier(table) + byImport;
+        Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID") + from);
+        for (; !rows.Eof(); rows.MoveNext()) {
+            DropNumbers(table, mod_ovTools::ToText(rows.Fields(0).Value()), {});
+        }
+        session.Quadrix.Execute(QStringLiteral("DELETE") + from);
+    }
+}
+
+/// @param further a condition on them, with its AND; empty for none
+void EarlierImports::DropNumbers(const QString& owner, const QString& key, const QString& further) const {
+    Session& session = m_run.GetSession();
+    for (const QString& table : {Telephones, Addresses}) {
+        session.Quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE ").arg(m_run.FullName(table)) +
+                                Equals(session, QStringLiteral("TBNAM"), owner) + QStringLiteral(" AND ") +
+                                Equals(session, QStringLiteral("TBKEY"), key) + Earlier(table) + further);
+    }
+}
+
+QString EarlierImports::Earlier(const QString& table) const {
+    return QStringLiteral(" AND RECORD_ID <= ") + QString::number(m_last.value(table));
+}
 
 void SetIban(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& party) {
     const auto text = [&party](const QString& column) { return party.Value(column).toString(); };

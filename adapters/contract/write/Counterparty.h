@@ -21,6 +21,24 @@ std::vector<TableNeed> CounterpartyNeeds();
 /// What a reset of the counterparties empties.
 Emptying CounterpartyEmptying();
 
+/// What earlier imports have hung on counterparties: nothing that is written while the object lives.
+class EarlierImports {
+public:
+    /// Raises `SqlError`.
+    explicit EarlierImports(ImportRun& run);
+
+    /// Deletes the branches and contacts of a counterparty, with their numbers and addresses, and the numbers and
+    /// addresses of the counterparty itself. What was entered by hand stays. Raises `SqlError`. @param party its CDCON
+    void Drop(const QString& party) const;
+
+private:
+    void DropNumbers(const QString& owner, const QString& key, const QString& further) const;
+    QString Earlier(const QString& table) const;
+
+    ImportRun& m_run;
+    QHash<QString, qint64> m_last; ///< highest RECORD_ID of each table
+};
+
 /// Sets the IBAN of an Italian account in a row of CON_TRO that has none but the other coordinates of its bank.
 void SetIban(ImportRun& run, const SourceRow& row, TargetRow& party);
 
