@@ -38,7 +38,6 @@ const std::vector<Row>& Rows() {
         {"Memphis", "modImport_Memphis", "SQL Server", PrepareMemphis, "YNNNNN--"},
         {"OSL GP90", "modImport_OSL", "SQL Server", Server("OSL"), "YYYYYYNY",
          {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Importa Listini"}}},
-        {"DOMINIO", "modImport_Dominio", "ODBC", DataSource("DOMINIO"), "YNNNNYY-", {{Saldi, "Importa Tabelle Generali"}}},
         {"OS1", "modImport_OS1", "Access", AccessFileInFolder("OS1.mdb"), "YYNNNNN-"},
         {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",
          {{Cli, "Importa Controlli"}, {Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"},

@@ -19,7 +19,7 @@
     MODULE(VS, Entry) \
     MODULE(Mexal, Entry) \
     ANNOUNCED("OSL GP90") \
-    ANNOUNCED("DOMINIO") \
+    MODULE(Dominio, Entry) \
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
     MODULE(Esatto, Entry) \
