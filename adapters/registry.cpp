@@ -46,7 +46,7 @@
     MODULE(Gescom, Entry) \
     MODULE(WinProgest, Entry) \
     MODULE(MexalDB, Entry) \
-    ANNOUNCED("Cometa") \
+    MODULE(Cometa, Entry) \
     ANNOUNCED("Albalog") \
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
