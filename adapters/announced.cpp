@@ -56,7 +56,6 @@ const std::vector<Row>& Rows() {
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
         {"Gemini", "modImport_Gemini", "SQL Server", Server("GEMINI"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Fenice", "modImport_Fenice", "ODBC", DataSource("FENICE"), "NN------"},
-        {"Albalog", "modImport_Albalog", "ODBC", DataSource("ALBALOG"), "YYYNNN--", {{Dis, "Importa Listini"}}},
         {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},
         {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
         {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",

@@ -47,7 +47,7 @@
     MODULE(WinProgest, Entry) \
     MODULE(MexalDB, Entry) \
     MODULE(Cometa, Entry) \
-    ANNOUNCED("Albalog") \
+    MODULE(Albalog, Entry) \
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
     ANNOUNCED("Gamma DB SqlServer") \
