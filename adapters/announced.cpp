@@ -55,7 +55,6 @@ const std::vector<Row>& Rows() {
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
         {"Gemini", "modImport_Gemini", "SQL Server", Server("GEMINI"), "YYYN----", {{Dis, "Importa Listini"}}},
-        {"Fenice", "modImport_Fenice", "ODBC", DataSource("FENICE"), "NN------"},
         {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},
         {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
         {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",

@@ -41,7 +41,7 @@
     MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
     ANNOUNCED("Gemini") \
-    ANNOUNCED("Fenice") \
+    MODULE(Fenice, Entry) \
     MODULE(Sigla, Entry) \
     MODULE(Gescom, Entry) \
     MODULE(WinProgest, Entry) \
