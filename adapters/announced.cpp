@@ -33,7 +33,6 @@ const std::vector<Row>& Rows() {
         {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", DataSource("GAMMATEAMSYSTEM"), "YNNNNNYY",
          {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
-        {"SAM", "modImport_SAM", "ODBC", PrepareSam, "YYNNN---"},
         {"LibertyCommerce", "modImport_LC", "ODBC", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"), "YNNNN---"},
         {"Memphis", "modImport_Memphis", "SQL Server", PrepareMemphis, "YNNNNN--"},
         {"OSL GP90", "modImport_OSL", "SQL Server", Server("OSL"), "YYYYYYNY",

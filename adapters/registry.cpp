@@ -13,7 +13,7 @@
     ANNOUNCED("Gamma TeamSystem") \
     ANNOUNCED("Lumen") \
     MODULE(Arca2000, Entry) \
-    ANNOUNCED("SAM") \
+    MODULE(SAM, Entry) \
     ANNOUNCED("LibertyCommerce") \
     ANNOUNCED("Memphis") \
     MODULE(VS, Entry) \
