@@ -13,13 +13,13 @@
     ANNOUNCED("Gamma TeamSystem") \
     ANNOUNCED("Lumen") \
     MODULE(Arca2000, Entry) \
-    ANNOUNCED("SAM") \
+    MODULE(SAM, Entry) \
     ANNOUNCED("LibertyCommerce") \
     ANNOUNCED("Memphis") \
     MODULE(VS, Entry) \
     MODULE(Mexal, Entry) \
     MODULE(OSL, Entry) \
-    ANNOUNCED("DOMINIO") \
+    MODULE(Dominio, Entry) \
     ANNOUNCED("OS1") \
     ANNOUNCED("Factory") \
     MODULE(Esatto, Entry) \
@@ -41,13 +41,13 @@
     MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
     MODULE(Gemini, Entry) \
-    ANNOUNCED("Fenice") \
+    MODULE(Fenice, Entry) \
     MODULE(Sigla, Entry) \
     MODULE(Gescom, Entry) \
     MODULE(WinProgest, Entry) \
     MODULE(MexalDB, Entry) \
-    ANNOUNCED("Cometa") \
-    ANNOUNCED("Albalog") \
+    MODULE(Cometa, Entry) \
+    MODULE(Albalog, Entry) \
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
     ANNOUNCED("Gamma DB SqlServer") \

@@ -212,10 +212,11 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     session.Source = std::make_unique<ovConnection>();
     session.Source->Errors = &session.Errors;
     session.Source->OpenFiles = open ? open : sources::OpenFileSource;
+    const bool isScript = !Read("source.sql").isEmpty();
     if (!m_origin.source.prepare(session, *session.Source)) {
         throw ImportError("L'origine non si è aperta");
     }
-    if (m_isServed || !session.Source->DSN.isEmpty()) {
+    if (m_isServed || (isScript && !session.Source->Embedded)) {
         SetSource(*session.Source);
     }
     contract::SourceLayout::Take(session, m_origin, *session.Source);
@@ -269,7 +270,8 @@ void Fixture::RunLine(const QString& line) {
     OpenSource();
     Call(line);
     session.Source.reset();
-    if (m_tookBack && !m_target.Way().isEmpty()) { // what is emptied before the next transaction leaves no trace of them
+    if (m_tookBack &&
+        !m_target.Way().isEmpty()) { // what is emptied before the next transaction leaves no trace of them
         FreeKeys();
     }
     session.Layout.reset();

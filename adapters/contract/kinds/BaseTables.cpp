@@ -41,6 +41,10 @@ QString StartOf(const Field& start, Session& session, const SourceRow& row, cons
     return text.isEmpty() ? otherwise : text;
 }
 
+std::optional<double> FixedDayOf(const Field& fixedDay, Session& session, const SourceRow& row) {
+    return fixedDay.IsSet() ? std::optional(fixedDay.Number(session, row)) : std::nullopt;
+}
+
 void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields, Session& session,
                     const SourceRow& term, const QString& start) {
     fields.rows.ForEach(session, term, [&](const SourceRow& row) {
@@ -49,7 +53,7 @@ void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields
         }
         all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
                        StartOf(fields.start, session, row, start), fields.percent.Number(session, row),
-                       fields.fixedDay.IsSet() ? std::optional(fields.fixedDay.Number(session, row)) : std::nullopt});
+                       FixedDayOf(fields.fixedDay, session, row)});
     });
 }
 
@@ -59,7 +63,7 @@ void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Ses
     for (int i = 0; i < count; ++i) {
         all.push_back({series.type.Text(session, term),
                        series.firstDays.Number(session, term) + i * series.everyDays.Number(session, term),
-                       StartOf(series.start, session, term, start), 0});
+                       StartOf(series.start, session, term, start), 0, FixedDayOf(series.fixedDay, session, term)});
     }
 }
 
@@ -188,7 +192,8 @@ ImportPart PartOf(const PaymentTerms& declared) {
     }
     if (declared.series) {
         const InstalmentSeries& each = *declared.series;
-        needs = needs + declared.source.NeedsOf({each.count, each.firstDays, each.everyDays, each.type, each.start});
+        needs = needs + declared.source.NeedsOf(
+                            {each.count, each.firstDays, each.everyDays, each.type, each.fixedDay, each.start});
     }
     needs.writes = needs.writes + InstalmentNeeds() + std::vector<TableNeed>{{"TAB_MOP", {"MPRAT"}}};
     return {.step = FrameOf(declared).step,

@@ -49,7 +49,8 @@ struct InstalmentSeries {
     Field firstDays = {};
     Field everyDays = {};
     Field type = {};
-    Field start = {}; ///< as above
+    Field fixedDay = {}; ///< as above
+    Field start = {};    ///< as above
 };
 
 /// An import of payment terms, which serve every company: a reset deletes only those that an import wrote. The number

@@ -19,6 +19,14 @@ Rule BalanceSection(const QString& economic) {
     return Choice(sections, {});
 }
 
+Rule FlagAs(const QVariant& set, const QVariant& otherwise) {
+    const Rule flag = Flag();
+    return {QStringLiteral("\"%1\" where %2, else \"%3\"").arg(set.toString(), flag.text, otherwise.toString()),
+            [set, otherwise, isSet = flag.apply](const RuleInput& input) {
+                return RuleValue(isSet(input)->toBool() ? set : otherwise);
+            }};
+}
+
 Rule PartyByMark(const QString& supplier) {
     return {QStringLiteral("counterparty imported from the first, of a supplier where the last begins with \"%1\"; "
                            "given up without one")

@@ -10,6 +10,8 @@ Rule NotZeroCode(const Rule& rule);
 /// The section of the balance sheet that a letter tells: "SP" for assets (A) and liabilities (P), "CE" for those of
 /// profit and loss, empty for any other. @param economic the letters of profit and loss, such as "CR"
 Rule BalanceSection(const QString& economic);
+/// One of two values, as the source column is set or not in the way of `Flag`.
+Rule FlagAs(const QVariant& set, const QVariant& otherwise);
 /// As `PartyOf` by the code in the first source column: of a supplier where the last one begins with a mark, in any
 /// case, else of a customer.
 Rule PartyByMark(const QString& supplier);

@@ -8,6 +8,7 @@
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/supplierNote.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/Document.h"
@@ -101,18 +102,8 @@ const Mapping& CodificheMapping() {
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-QString FindCounterparty(Session& session, const QString& sourceCode, bool supplier) {
-    const QString found = LookUp(session, "CON_TRO", supplier ? "COFGE" : "COCGE", sourceCode, "CDCON");
-    if (!found.isEmpty()) {
-        return found;
-    }
-    const QString survivor =
-        modImport::GetNewCode(session, "UNIFICATI", supplier ? "F-CODICECF" : "C-CODICECF", sourceCode, false);
-    return IsThere(session, "CON_TRO", "CDCON", survivor) ? survivor : QString();
-}
-
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier) {
-    const QString found = FindCounterparty(session, sourceCode, supplier);
+    const QString found = PartyOrSurvivor(session, sourceCode, supplier);
     if (found.isEmpty()) {
         throw ImportError(QStringLiteral("nessuna controparte ha il codice %1 '%2'")
                               .arg(supplier ? QStringLiteral("fornitore") : QStringLiteral("cliente"), sourceCode));
@@ -139,7 +130,7 @@ Rule Supplier() {
     return {"CDCON of the CON_TRO whose COFGE it is, or of the one it was merged into; logged without one",
             [](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
-                const QString supplier = code.isEmpty() ? code : FindCounterparty(input.session, code, true);
+                const QString supplier = code.isEmpty() ? code : PartyOrSurvivor(input.session, code, true);
                 if (supplier.isEmpty() && !code.isEmpty()) {
                     modImport::LogNote(
                         input.session,

@@ -11,11 +11,7 @@ inline const QString Module = QStringLiteral("modImport_WinProgest");
 /// The list of SYS_IMP that article codes, units and VAT codes of all tables are translated by.
 inline const QString Articoli = QStringLiteral("ARTICOLI");
 
-/// CDCON of the counterparty with that code in the source, else of the one it was merged into; empty when there is
-/// none.
-QString FindCounterparty(Session& session, const QString& sourceCode, bool supplier);
-
-/// As `FindCounterparty`. Raises `ImportError` when there is no such counterparty.
+/// As `PartyOrSurvivor`. Raises `ImportError` when there is no such counterparty.
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier);
 
 /// What finding a counterparty reads.

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "adapters/contract/map/rules.h"
+
+/// Rules on the codes of price lists that Quadrix numbers: SYS_IMP tells the number of each (codicilistino, origin).
+namespace contract::rules {
+
+/// CDLIS of a price list: the number that SYS_IMP tells; a code without one is given the number behind the highest,
+/// which no list of Quadrix has, and it is kept in SYS_IMP. Left out when blank.
+/// @param origin field of SYS_IMP
+Rule NumberedList(const QString& origin);
+
+/// CDLIS of the list that a counterparty has: the number that SYS_IMP tells; without one as `Translated`, by table and
+/// field.
+Rule ListOfParty(const QString& origin, const QString& table, const QString& field);
+
+} // namespace contract::rules

@@ -1,0 +1,139 @@
+// Fenice: a database over ODBC, data source FENICE unless the setting DSN names another. Bills of materials, whose
+// articles must be in Quadrix, with phases and components. The whole layout, tables and columns, is this system's own
+// in the product's style, all releases alike, and is fitted to an installation by the layout file
+// "Tracciati/Fenice.ini". Left out: the unit of a component (DISTRIGHE.UNIMIS), for a bill counts in that of the
+// article. Times are minutes. The window shows no button of its own for this origin: the import stands behind the one
+// for bills where it is visible.
+
+#include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/map/supplierNote.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Fenice {
+
+const contract::Origin& Entry();
+
+namespace {
+
+const QString Module = QStringLiteral("modImport_Fenice");
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+const QString Distinta = QStringLiteral("DISTINTA");
+const QString Fasi = QStringLiteral("DISTFASI");
+const QString Righe = QStringLiteral("DISTRIGHE");
+
+/// A bill has its phases and components by these.
+const std::vector<Tie> OfBill{{"IDDIST"}};
+
+// --- Rules --------------------------------------------------------------------------------------------------------
+
+Rule Article() { return ArticleCode(Distinta, "CODART"); }
+
+/// A revision that is no number is 0.
+int RevisionOf(const SourceRow& row) {
+    return static_cast<int>(mod_ovTools::ReadNumber(row.Text("REVIS")).value_or(0));
+}
+
+Rule Revision() {
+    return {"the number; 0 for any other text, which is logged unless it is blank", [](const RuleInput& input) {
+                const QString text = input.Text();
+                if (!text.isEmpty() && !mod_ovTools::ReadNumber(text)) {
+                    modImport::LogNote(input.session, QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0")
+                                                          .arg(input.session.Errors.RowKey(), text));
+                }
+                return RuleValue(RevisionOf(input.row));
+            }};
+}
+
+/// Of the revisions of an article the highest that is active is the one in force.
+Rule IsInForce() {
+    const ChildTable revisions{.table = Distinta, .on = {{"CODART"}}, .order = "REVIS", .naming = "IDDIST"};
+    return {"true for the highest revision of the article among those whose FLGATT is set",
+            [revisions, isSet = Flag().apply](const RuleInput& input) {
+                const auto isActive = [&](const SourceRow& row) {
+                    return isSet({input.session, row, {"FLGATT"}, input.facts})->toBool();
+                };
+                bool inForce = isActive(input.row);
+                revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
+                    inForce = inForce && !(isActive(other) && RevisionOf(other) > RevisionOf(input.row));
+                });
+                return RuleValue(inForce);
+            },
+            Side::Both, revisions.OwnNeeds(Distinta).reads};
+}
+
+/// What is wasted is consumed too.
+Rule WithWaste() {
+    return {"1 and the percentage of the source, 4 decimals", [](const RuleInput& input) {
+                constexpr double whole = 100;
+                return RuleValue(contract::RoundedTo(1 + NumberOf(input.row, input.columns.first()) / whole, 4));
+            }};
+}
+
+// --- Declaration --------------------------------------------------------------------------------------------------
+
+Bills Distinte() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportDistinteFenice",
+                  .announcement = "Inizio importazione Distinte Base da Fenice",
+                  .completion = "Distinte Base Fenice importate correttamente: %1 (Fasi: %2, Comp.: %3)"},
+        .source = {.table = Distinta, .key = "CODART", .order = "CODART, REVIS", .naming = "CODART, REVIS"},
+        .article = {"CODART", Article()},
+        .sourceKey = "IDDIST",
+        .revision = {"REVIS", Revision()},
+        .active = {"FLGATT", IsInForce()},
+        .note = "NOTE",
+        .lines = {{"DBACT", "FLGATT", Flag()}, {"DTINS", "DATCRE", NotBlank(MomentOrNow())}},
+        .components = {.rows = {.table = Righe, .on = OfBill, .order = "NUMRIG", .naming = "IDDIST, NUMRIG"},
+                       .article = {"CODCOM", Article()},
+                       .quantity = "QTAUTI",
+                       .note = {"CODFOR, NOTE", SupplierNote(Righe, "IDDIST, NUMRIG")},
+                       .position = "NUMRIG",
+                       .phase = "NUMFAS",
+                       .lines = {{"DCDMX", "LUNGHE", RoundedTo(6)},
+                                 {"DCDMY", "LARGHE", RoundedTo(6)},
+                                 {"DCCOE", "PERSFR", WithWaste()}}},
+        .phases =
+            BillPhases{
+                .rows = {.table = Fasi, .on = OfBill, .order = "NUMFAS", .naming = "IDDIST, NUMFAS"},
+                .key = "NUMFAS",
+                .number = "NUMFAS",
+                .work = {"CODLAV", Or(Translated(Fasi, "CODLAV"), schema::defaults::GenericWork)},
+                .note = "NOTE",
+                .setUpTime = "TEMATT",
+                .unitTime = "TEMLAV",
+                .cost = "COSORA",
+                .supplier = {"CODFOR", KnownSupplier()},
+                .lines = {{"DLMAC", "CODMAC", Translated(Fasi, "CODMAC")}},
+                .sendsComponents = true,
+            },
+    };
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Fenice",
+        Module,
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("FENICE")},
+        Buttons("NN------"),
+        Shown::Keep,
+        {
+            ProcedureOf(Button::Dis, Distinte()),
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_Fenice
