@@ -29,13 +29,9 @@ const std::vector<Row>& Rows() {
     const QString datFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Solution", "modImport_Solution", "SQL Server", PrepareSolution, "YYNYNN--"},
         {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", DataSource("GAMMATEAMSYSTEM"), "YNNNNNYY",
          {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
-        {"LibertyCommerce", "modImport_LC", "ODBC", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"), "YNNNN---"},
-        {"Memphis", "modImport_Memphis", "SQL Server", PrepareMemphis, "YNNNNN--"},
-        {"OS1", "modImport_OS1", "Access", AccessFileInFolder("OS1.mdb"), "YYNNNNN-"},
         {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",
          {{Cli, "Importa Controlli"}, {Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"},
           {Piano, "Importa Allegati"}}},

@@ -7,9 +7,5 @@ namespace announced {
 
 /// Asks for user, password and database of the data source "SAM".
 bool PrepareSam(Session& session, ovConnection& source);
-/// Asks for server and user.
-bool PrepareMemphis(Session& session, ovConnection& source);
-/// The connection stands in "Solution.ini", beside the settings of this program.
-bool PrepareSolution(Session& session, ovConnection& source);
 
 } // namespace announced

@@ -9,18 +9,18 @@
     MODULE(AdHoc, Entry) \
     MODULE(Tessera, Entry) \
     MODULE(Tessera, EntryWithSolution) \
-    ANNOUNCED("Solution") \
+    MODULE(Solution, Entry) \
     ANNOUNCED("Gamma TeamSystem") \
     ANNOUNCED("Lumen") \
     MODULE(Arca2000, Entry) \
     MODULE(SAM, Entry) \
-    ANNOUNCED("LibertyCommerce") \
-    ANNOUNCED("Memphis") \
+    MODULE(LC, Entry) \
+    MODULE(Memphis, Entry) \
     MODULE(VS, Entry) \
     MODULE(Mexal, Entry) \
     MODULE(OSL, Entry) \
     MODULE(Dominio, Entry) \
-    ANNOUNCED("OS1") \
+    MODULE(OS1, Entry) \
     ANNOUNCED("Factory") \
     MODULE(Esatto, Entry) \
     MODULE(Metodo, Entry) \

@@ -53,14 +53,14 @@ Fixture::Fixture(QString folder, const contract::Origin& origin, TestTarget::On 
         m_names.insert(name.toUpper(), renamed);
     }
     MakeSource();
-    const QString settings = m_target.Folder.filePath("Quadrix.ini");
-    QString own = Read("settings.ini");
-    if (own.isEmpty()) {
-        own = "[IMPORT]\r\nDatabasename=%SOURCE%\r\n";
-    }
-    own.replace("%SOURCE%", m_source).replace("%FILES%", m_target.Folder.filePath("files"));
-    WriteFile(settings, own.toLatin1());
-    m_target.Get().Config.SetConfigFile(settings);
+    const auto write = [this](const QString& name, QString text) {
+        text.replace("%SOURCE%", m_source).replace("%FILES%", m_target.Folder.filePath("files"));
+        WriteFile(m_target.Folder.filePath(name), text.toLatin1());
+    };
+    const QString own = Read("settings.ini");
+    write("Quadrix.ini", own.isEmpty() ? "[IMPORT]\r\nDatabasename=%SOURCE%\r\n" : own);
+    write("Solution.ini", Read("Solution.ini"));
+    m_target.Get().Config.SetConfigFile(m_target.Folder.filePath("Quadrix.ini"));
     m_target.Db().ExecuteScript(Read("target.sql"));
     m_before = TargetRows();
     m_target.Db().Trace = [this](const QString& statement) { See(statement); };
@@ -213,6 +213,10 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     session.Source->Errors = &session.Errors;
     session.Source->OpenFiles = open ? open : sources::OpenFileSource;
     const bool isScript = !Read("source.sql").isEmpty();
+    if (!isScript && m_origin.source.prepare.place == contract::Place::Chosen) { // it is asked for
+        const QDir files(m_source);
+        m_target.Person.Files.push_back(files.filePath(files.entryList(QDir::Files).value(0)));
+    }
     if (!m_origin.source.prepare(session, *session.Source)) {
         throw ImportError("L'origine non si è aperta");
     }
