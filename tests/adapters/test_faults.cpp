@@ -34,12 +34,14 @@ QVector<int> Places(int count, int wanted, int shift) {
     return places;
 }
 
-/// The lines of a module that are rehearsed: each procedure once for everything, and once more with its emptying.
+/// The lines of a module that are rehearsed: each procedure once for everything; of a module that stands for others
+/// once more with its emptying.
 QStringList RehearsedLines(const QString& module) {
     QStringList lines;
     QSet<QString> seen;
-    for (const QString& line : RunFile::Of(FixtureFolder(module)).lines) {
-        const QString what = line.section(' ', 0, 0) + (line.contains(" reset") ? " reset" : "");
+    const RunFile file = RunFile::Of(FixtureFolder(module));
+    for (const QString& line : file.lines) {
+        const QString what = line.section(' ', 0, 0) + (file.IsClose() && line.contains(" reset") ? " reset" : "");
         if (!line.contains(" code=") && !seen.contains(what)) {
             seen.insert(what);
             lines.append(line);
