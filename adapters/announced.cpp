@@ -1,6 +1,6 @@
 #include "adapters/announced.h"
 
-#include "adapters/announcedSources.h"
+#include "adapters/sourceSettings.h"
 
 #include <algorithm>
 

@@ -4,6 +4,7 @@
 // and column is this system's own reading, fitted to an installation by "Tracciati/Memphis.ini". Known gaps: articles,
 // payment terms, stock, documents.
 
+#include "adapters/askedTexts.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PartyColumns.h"
@@ -149,35 +150,22 @@ Accounts PianoConti() {
 
 // --- Source -------------------------------------------------------------------------------------------------------
 
-/// What is asked, with what is proposed.
-const QList<QPair<QString, QString>> Prompts{
+const std::vector<askedTexts::Prompt> Prompts{
     {"Server Name:", "(local)"}, {"Network Credential:", "0"}, {"Username:", "sa"}, {"Password:", ""}};
 
 bool PrepareSource(Session& session, ovConnection& source) {
-    QStringList answers;
-    for (const auto& [prompt, proposed] : Prompts) {
-        const auto answer = session.Person.Input(prompt, QuadrixCaption, proposed);
-        if (!answer) {
-            return false;
-        }
-        answers.append(*answer);
+    const auto answers = askedTexts::AskAll(session, Prompts);
+    if (!answers) {
+        return false;
     }
-    source.Server = answers.at(0);
-    source.NetworkCredential = mod_ovTools::ReadNumber(answers.at(1)).value_or(0) == 1;
-    source.User = answers.at(2);
-    source.Password = answers.at(3);
+    source.Server = answers->at(0);
+    source.NetworkCredential = mod_ovTools::ReadNumber(answers->at(1)).value_or(0) == 1;
+    source.User = answers->at(2);
+    source.Password = answers->at(3);
     source.DatabaseName = modMain::GetAppConfig(session, sourceSettings::SectionOf(session, "Memphis", "Databasename"),
                                                 "Databasename", "MEMPHIS");
     sourceSettings::ReadLine(session, source);
     return true;
-}
-
-std::vector<AnswerNeed> Asks() {
-    std::vector<AnswerNeed> asks;
-    for (const auto& [prompt, proposed] : Prompts) {
-        asks.push_back({prompt, AnswerKind::Text});
-    }
-    return asks;
 }
 
 } // namespace
@@ -188,7 +176,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Memphis",
         Module,
-        {.kind = "SQL Server", .prepare = PrepareSource, .asks = Asks()},
+        {.kind = "SQL Server", .prepare = PrepareSource, .asks = askedTexts::NeedsOf(Prompts)},
         Buttons("YNNNNN--"),
         Shown::Keep,
         {

@@ -4,13 +4,14 @@
 // installation by the layout file "Tracciati/SAM.ini". Whoever is both is one counterparty, found by IdPersona. SYS_IMP
 // knows the codes of a person by the table Persone. Known gaps: bills, price lists, documents.
 
-#include "adapters/announcedSources.h"
+#include "adapters/askedTexts.h"
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -275,6 +276,22 @@ Accounts PianoConti() {
     };
 }
 
+// --- Source -------------------------------------------------------------------------------------------------------
+
+const std::vector<askedTexts::Prompt> Prompts{{"Database UserName:"}, {"Database Password:"}, {"Database Name:"}};
+
+bool PrepareSource(Session& session, ovConnection& source) {
+    const auto answers = askedTexts::AskAll(session, Prompts);
+    if (!answers) {
+        return false;
+    }
+    source.ConnectionString = "Provider=MSDASQL.1;Password=" + answers->at(1) +
+                              ";Persist Security Info=True;User ID=" + answers->at(0) +
+                              ";Data Source=SAM;Initial Catalog=" + answers->at(2);
+    sourceSettings::ReadLine(session, source);
+    return true;
+}
+
 } // namespace
 
 // --- Entry --------------------------------------------------------------------------------------------------------
@@ -283,11 +300,7 @@ const Origin& Entry() {
     static const Origin origin{
         "SAM",
         Module,
-        {.kind = "ODBC",
-         .prepare = announced::PrepareSam,
-         .asks = {{"Database UserName:", AnswerKind::Text},
-                  {"Database Password:", AnswerKind::Text},
-                  {"Database Name:", AnswerKind::Text}}},
+        {.kind = "ODBC", .prepare = PrepareSource, .asks = askedTexts::NeedsOf(Prompts)},
         Buttons("YYNNN---"),
         Shown::Keep,
         {
