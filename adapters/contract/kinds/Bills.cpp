@@ -25,23 +25,20 @@ public:
             mappings.push_back({"DIS_FAS", phase.rows.table, phase.lines.Over(NamedLines(phase))});
         }
         const BillComponents& part = declared.components;
-        mappings.push_back(FieldMapping("DIS_COM", part.rows.table,
-                                        {{"DCART", part.article},
-                                         {"DCQTA", part.quantity},
-                                         {"DCNOT", part.note},
-                                         {"DCPOS", part.position},
-                                         {"IDDBL", part.phase}}));
+        ofComponent = {"DIS_COM", part.rows.table, part.lines.Over({})};
+        mappings.push_back({"DIS_COM", part.rows.table, part.lines.Over(NamedLines(part))});
     }
 
     contract::Needs Needs() const {
         const QString& table = declared.source.table;
         const ChildTable& parts = declared.components.rows;
-        contract::Needs needs = parts.OwnNeeds(table) + parts.NeedsOf(table, {declared.components.until});
+        contract::Needs needs =
+            parts.OwnNeeds(table) + parts.NeedsOf(table, {declared.components.from, declared.components.until});
         for (const Mapping& mapping : mappings) {
             needs = needs + NeedsOf(mapping);
         }
         if (declared.phases) {
-            needs = needs + declared.phases->rows.OwnNeeds(table) +
+            needs = needs + OfJoins(declared.phases->rows.OwnNeeds(table)) +
                     declared.phases->rows.NeedsOf(table, {declared.phases->key});
         }
         needs.writes = needs.writes + BillNeeds();
@@ -53,8 +50,20 @@ public:
     std::vector<Mapping> mappings;
     Mapping head = {};    ///< its further columns
     Mapping ofPhase = {}; ///< the same of a phase
+    Mapping ofComponent = {};
 
 private:
+    /// Columns of a source row that one of its joins gives are that table's, not the first one's.
+    contract::Needs OfJoins(contract::Needs needs) const {
+        for (TableNeed& need : needs.reads) {
+            for (const Join& join : declared.source.joins) {
+                if (need.table == declared.source.table) {
+                    need.columns.removeIf([&join](const QString& column) { return join.columns.contains(column); });
+                }
+            }
+        }
+        return needs;
+    }
     std::vector<MapLine> HeadLines() const {
         return declared.lines.Over(FieldMapping("DIS_BAS", {},
                                                 {{"DBART", declared.article},
@@ -73,6 +82,15 @@ private:
                              {"DLTUP", phase.unitTime},
                              {"DLCOS", phase.cost},
                              {"DLFOR", phase.supplier}})
+            .lines;
+    }
+    static std::vector<MapLine> NamedLines(const BillComponents& part) {
+        return FieldMapping("DIS_COM", {},
+                            {{"DCART", part.article},
+                             {"DCQTA", part.quantity},
+                             {"DCNOT", part.note},
+                             {"DCPOS", part.position},
+                             {"IDDBL", part.phase}})
             .lines;
     }
 };
@@ -101,7 +119,7 @@ private:
     Phases WritePhases(const SourceRow& bill);
     int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
     qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
-    bool IsOver(const SourceRow& row) const;
+    bool IsOutOfItsDays(const SourceRow& row) const;
     void WriteComponent(const SourceRow& row, const Phases& phases);
 
     std::shared_ptr<const Kind> m_kind;
@@ -226,15 +244,20 @@ qint64 BillImporter::PhaseOf(const SourceRow& row, const Phases& phases) const {
     return phases.first;
 }
 
-/// Whether the day of a component is over, which the log tells.
-bool BillImporter::IsOver(const SourceRow& row) const {
+/// Whether the days on which a component counts are over, or still to come, which the log tells.
+bool BillImporter::IsOutOfItsDays(const SourceRow& row) const {
     const BillComponents& parts = m_kind->declared.components;
+    const QDate today = GetSession().UserManager.DataElaborazione;
+    const QVariant from = parts.from.Day(GetSession(), row);
     const QVariant until = parts.until.Day(GetSession(), row);
-    if (until.isNull() || until.toDate() >= GetSession().UserManager.DataElaborazione) {
+    const bool isToCome = !from.isNull() && from.toDate() > today;
+    if (!isToCome && (until.isNull() || until.toDate() >= today)) {
         return false;
     }
-    Run().Log(QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2")
-                  .arg(parts.rows.Name(row), until.toDate().toString(QStringLiteral("dd/MM/yyyy"))));
+    Run().Log(
+        (isToCome ? QStringLiteral("COMPONENTE NON ANCORA VALIDO: %1: valido dal %2")
+                  : QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2"))
+            .arg(parts.rows.Name(row), (isToCome ? from : until).toDate().toString(QStringLiteral("dd/MM/yyyy"))));
     return true;
 }
 
@@ -242,7 +265,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     const BillComponents& parts = m_kind->declared.components;
     Session& session = GetSession();
     const QString article = parts.article.Text(session, row);
-    if (IsOver(row) || !IsImported(Run(), article, parts.rows.Name(row))) {
+    if (IsOutOfItsDays(row) || !IsImported(Run(), article, parts.rows.Name(row))) {
         return;
     }
     Component component{article, parts.quantity.Number(session, row), parts.note.Text(session, row),
@@ -252,7 +275,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     if (m_kind->declared.component) {
         m_kind->declared.component(Run(), row, component);
     }
-    m_writer.Write(component, phase);
+    m_writer.Write(component, phase, [&](TargetRow& target) { m_kind->ofComponent.Apply(target, session, row, {}); });
 }
 
 const Frame Usual{.module = {},
@@ -263,6 +286,15 @@ const Frame Usual{.module = {},
                   .completion = "Distinte Base importate correttamente: %1 (Fasi: %2, Comp.: %3)"};
 
 } // namespace
+
+Rule rules::WasteFactor() {
+    return {"1 plus the percentage, 6 decimals; 1 when blank", [](const RuleInput& input) {
+                constexpr double hundred = 100;
+                constexpr int decimals = 6;
+                const double waste = NumberOf(input.row, input.columns.first());
+                return RuleValue(contract::RoundedTo(1 + waste / hundred, decimals));
+            }};
+}
 
 Frame FrameOf(const Bills& declared) { return Over(declared.frame, Usual); }
 

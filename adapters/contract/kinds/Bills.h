@@ -25,12 +25,14 @@ struct BillPhases {
 /// The components of a bill. One whose article is not there is left out, and logged.
 struct BillComponents {
     ChildTable rows;
-    Field article;  ///< its CDART: `rules::ArticleCode` makes it
-    Field quantity; ///< per unit of the parent
+    Field article;   ///< its CDART: `rules::ArticleCode` makes it
+    Field quantity;  ///< per unit of the parent
+    Field from = {}; ///< first day on which it counts; one whose day is still to come is left out, and logged
     Field note = {};
     Field position = {};
     Field phase = {}; ///< key of the phase that consumes it; blank and 0: the first
     Field until = {}; ///< last day on which it counts; one whose day is over is left out, and logged
+    Lines lines = {}; ///< further columns of DIS_COM
 };
 
 /// An import of bills of materials: a source row is a bill. One whose article is not there is left out, and logged; a
@@ -53,6 +55,14 @@ struct Bills {
     std::function<void(ImportRun&, const SourceRow&, Component&)> component = {};
     Needs further = {}; ///< what the hooks read and write
 };
+
+namespace rules {
+
+/// The factor by which a component allows for a waste in percent (DCCOE): 5 gives 1.05, blank 1. Raises `ImportError`
+/// when it is no number.
+Rule WasteFactor();
+
+} // namespace rules
 
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
 ImportPart PartOf(const Bills& declared);
