@@ -1,0 +1,85 @@
+#include "adapters/contract/kinds/PartyColumns.h"
+
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+namespace {
+
+using namespace rules;
+
+constexpr int NameSize = 35;
+constexpr int BankDigits = 5;
+
+const LineGroup NoLines{std::vector<MapLine>()};
+
+LineGroup Line(const QString& target, const QString& source, const Rule& rule) {
+    return source.isEmpty() ? NoLines : LineGroup(target, source, rule);
+}
+
+LineGroup Roles(const QString& customer, const QString& supplier, const QString& source, const Rule& rule) {
+    return source.isEmpty() ? NoLines : LineGroup(ByRole(customer, supplier, source, rule));
+}
+
+LineGroup SecondNameOf(const PartyColumns& of) {
+    if (of.name.isEmpty()) { // the table of the conditions alone
+        return NoLines;
+    }
+    return of.name2.isEmpty() ? LineGroup("CORA2", of.name, From(NameSize + 1))
+                              : LineGroup("CORA2", of.name + ", " + of.name2, SecondName(NameSize));
+}
+
+Lines Identity(const QString& table, const PartyColumns& of) {
+    return {
+        Line("CORAS", of.name, First(NameSize)),
+        SecondNameOf(of),
+        Line("COPER", of.isPerson, Flag()),
+        Line("COCOG", of.surname, Text()),
+        Line("CONOM", of.firstName, Text()),
+        Line("COIND", of.street, Text()),
+        Line("COCAP", of.postCode, Text()),
+        Line("COCIT", of.town, Text()),
+        Line("COPRO", of.province, Text()),
+        Line("CONAZ", of.country, Country(table, of.country)),
+        Line("COIVA", of.vatNumber, NotBlank(Text())),
+        Line("COFIS", of.taxCode, NotBlank(Text())),
+        Line("COLNG", of.language, TranslatedOr(table, of.language, schema::defaults::Language)),
+        Line("COBLK", of.isBlocked, Flag()),
+        Line("COANN", of.isCancelled, Flag()),
+        Line("CONOT", of.note, Text()),
+        Line("DTINS", of.created, NotBlank(MomentOrNow())),
+    };
+}
+
+Lines Conditions(const QString& table, const PartyColumns& of) {
+    return {
+        Roles("COMOP", "COMOA", of.payment, Translated(table, of.payment)),
+        Line("COBAN", of.ownBank, OwnBank(table, of.ownBank)),
+        Line("COABI", of.abi, NotBlank(Digits(BankDigits))),
+        Line("COCAB", of.cab, NotBlank(Digits(BankDigits))),
+        Line("COCIN", of.cin, NotBlank(Text())),
+        Line("COCOC", of.account, NotBlank(Text())),
+        Line("COIBA", of.iban, NotBlank(WithoutBlanks())),
+        Line("COBIC", of.bic, NotBlank(Text())),
+        Roles("COSC1", "COSF1", of.discount1, NotBlank(RoundedTo(2))),
+        Roles("COSC2", "COSF2", of.discount2, NotBlank(RoundedTo(2))),
+        Line("COAGE", of.agent, TranslatedOrKnown(table, of.agent, "AGE_NTI")),
+        Roles("COLSC", "COLSF", of.list, Translated(table, of.list)),
+        Line("COVAL", of.currency, Currency(table, of.currency)),
+        Line("COZON", of.zone, Translated(table, of.zone)),
+        Roles("COCCC", "COCCF", of.category, Translated(table, of.category)),
+        Line("COESE", of.exemption, ExemptVat(table, of.exemption)),
+        Line("COPOR", of.port, Translated(table, of.port)),
+        Line("COVEP", of.carrier, Translated(table, of.carrier)),
+        Line("COFID", of.credit, NotZero()),
+        Roles("COMAC", "COMAF", of.ledger, NotBlank(Text())),
+    };
+}
+
+} // namespace
+
+Lines PartyLines(const QString& table, const PartyColumns& columns) {
+    return {LineGroup(Identity(table, columns).Over({})), LineGroup(Conditions(table, columns).Over({}))};
+}
+
+} // namespace contract
