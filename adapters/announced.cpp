@@ -30,8 +30,6 @@ const std::vector<Row>& Rows() {
     // clang-format off
     static const std::vector<Row> rows{
         {"Solution", "modImport_Solution", "SQL Server", PrepareSolution, "YYNYNN--"},
-        {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", DataSource("GAMMATEAMSYSTEM"), "YNNNNNYY",
-         {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
         {"SAM", "modImport_SAM", "ODBC", PrepareSam, "YYNNN---"},
         {"LibertyCommerce", "modImport_LC", "ODBC", Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"), "YNNNN---"},
@@ -61,8 +59,6 @@ const std::vector<Row>& Rows() {
         {"Albalog", "modImport_Albalog", "ODBC", DataSource("ALBALOG"), "YYYNNN--", {{Dis, "Importa Listini"}}},
         {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},
         {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
-        {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",
-         {{Saldi, "Importa Riferimenti"}, {Piano, "Importa Tubolari da CSV"}}},
         {"BMS", "modImport_BMS", "Oracle", {PrepareBms, contract::Place::DataSource, DataSource("BMS").keys}, "YYYYYNN-"},
         {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",
          {{Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"}, {Piano, "Importa Allegati"}}},

@@ -10,7 +10,7 @@
     MODULE(Tessera, Entry) \
     MODULE(Tessera, EntryWithSolution) \
     ANNOUNCED("Solution") \
-    ANNOUNCED("Gamma TeamSystem") \
+    MODULE(GammaTeamsystem, Entry) \
     ANNOUNCED("Lumen") \
     MODULE(Arca2000, Entry) \
     ANNOUNCED("SAM") \
@@ -50,7 +50,7 @@
     ANNOUNCED("Albalog") \
     ANNOUNCED("Puzzle") \
     ANNOUNCED("Nubrio Excel") \
-    ANNOUNCED("Gamma DB SqlServer") \
+    MODULE(GammaSqlServer, Entry) \
     ANNOUNCED("BMS") \
     MODULE(Panthera, Entry) \
     ANNOUNCED("Factory (SqlServer)") \
