@@ -57,7 +57,6 @@ const std::vector<Row>& Rows() {
         {"Fenice", "modImport_Fenice", "ODBC", DataSource("FENICE"), "NN------"},
         {"Cometa", "modImport_Cometa", "ODBC", DataSource("COMETA"), "YYNNNNNY"},
         {"Albalog", "modImport_Albalog", "ODBC", DataSource("ALBALOG"), "YYYNNN--", {{Dis, "Importa Listini"}}},
-        {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},
         {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
         {"BMS", "modImport_BMS", "Oracle", {PrepareBms, contract::Place::DataSource, DataSource("BMS").keys}, "YYYYYNN-"},
         {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",

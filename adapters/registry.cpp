@@ -48,7 +48,7 @@
     MODULE(MexalDB, Entry) \
     ANNOUNCED("Cometa") \
     ANNOUNCED("Albalog") \
-    ANNOUNCED("Puzzle") \
+    MODULE(Puzzle, Entry) \
     ANNOUNCED("Nubrio Excel") \
     MODULE(GammaSqlServer, Entry) \
     ANNOUNCED("BMS") \
