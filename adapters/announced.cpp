@@ -46,7 +46,6 @@ const std::vector<Row>& Rows() {
         {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
         {"SIGIP", "modImport_SIGIP", "ODBC", DataSource("SIGIP"), "YYYYYYN-", {{Saldi, "Correggi Date Consegna"}}},
-        {"Zucchetti G2", "modImport_G2", "SQL Server", Server("G2"), "YYYNNNNY", {{Disegni, "Ricalcola IBAN Controparti"}}},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Vision SQL", "modImport_Vision", "SQL Server", Server("VISION"), "YYN-----"},
         {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},

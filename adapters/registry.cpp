@@ -33,7 +33,7 @@
     MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
-    ANNOUNCED("Zucchetti G2") \
+    MODULE(G2, Entry) \
     ANNOUNCED("Access Velmoran") \
     ANNOUNCED("Vision SQL") \
     ANNOUNCED("Dss Waps") \
