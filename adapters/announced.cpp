@@ -29,8 +29,6 @@ const std::vector<Row>& Rows() {
     const QString datFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Gamma TeamSystem", "modImport_GammaTeamsystem", "ODBC", DataSource("GAMMATEAMSYSTEM"), "YNNNNNYY",
-         {{Piano, "Importa Sedi"}, {Disegni, "Importa Riferimenti"}}},
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
         {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",
          {{Cli, "Importa Controlli"}, {Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"},
@@ -39,16 +37,11 @@ const std::vector<Row>& Rows() {
          {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Fusione Controparti"}}},
         {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
-        {"Zucchetti G2", "modImport_G2", "SQL Server", Server("G2"), "YYYNNNNY", {{Disegni, "Ricalcola IBAN Controparti"}}},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},
         {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
-        {"Puzzle", "modImport_Puzzle", "ODBC", DataSource("PUZZLE"), "YNNNNN--"},
-        {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
-        {"Gamma DB SqlServer", "modImport_GammaSqlServer", "SQL Server", Server("GAMMA"), "YYYNNYY-",
-         {{Saldi, "Importa Riferimenti"}, {Piano, "Importa Tubolari da CSV"}}},
         {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",
          {{Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"}, {Piano, "Importa Allegati"}}},
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},

@@ -10,7 +10,7 @@
     MODULE(Tessera, Entry) \
     MODULE(Tessera, EntryWithSolution) \
     MODULE(Solution, Entry) \
-    ANNOUNCED("Gamma TeamSystem") \
+    MODULE(GammaTeamsystem, Entry) \
     ANNOUNCED("Lumen") \
     MODULE(Arca2000, Entry) \
     MODULE(SAM, Entry) \
@@ -33,7 +33,7 @@
     MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
-    ANNOUNCED("Zucchetti G2") \
+    MODULE(G2, Entry) \
     ANNOUNCED("Access Velmoran") \
     MODULE(Vision, Entry) \
     ANNOUNCED("Dss Waps") \
@@ -48,9 +48,9 @@
     MODULE(MexalDB, Entry) \
     MODULE(Cometa, Entry) \
     MODULE(Albalog, Entry) \
-    ANNOUNCED("Puzzle") \
+    MODULE(Puzzle, Entry) \
     ANNOUNCED("Nubrio Excel") \
-    ANNOUNCED("Gamma DB SqlServer") \
+    MODULE(GammaSqlServer, Entry) \
     MODULE(BMS, Entry) \
     MODULE(Panthera, Entry) \
     ANNOUNCED("Factory (SqlServer)") \

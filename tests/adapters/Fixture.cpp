@@ -258,6 +258,9 @@ void Fixture::Answer(const QString& line) {
     for (const QString& input : ListOf(words, "inputs")) {
         m_target.Person.Inputs.emplace_back(input);
     }
+    for (const QString& file : ListOf(words, "files")) {
+        m_target.Person.Files.push_back(m_target.Folder.filePath("files/" + file));
+    }
 }
 
 void Fixture::Call(const QString& line) {

@@ -15,7 +15,7 @@ QString FixtureFolder(const QString& module);
 
 /// The "run.txt" of a fixture.
 struct RunFile {
-    /// A line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..]".
+    /// A line for each procedure: "NAME [reset] [code=X] [answers=si,no,..] [inputs=A,..] [files=A,..]".
     QStringList lines;
     /// What is said of the tests, each with its reason behind ": ":
     /// - "keeps rows NAME", "gives place NAME": what a fault may leave of a procedure: rows that the row that was given

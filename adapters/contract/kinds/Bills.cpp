@@ -32,12 +32,13 @@ public:
     contract::Needs Needs() const {
         const QString& table = declared.source.table;
         const ChildTable& parts = declared.components.rows;
-        contract::Needs needs = parts.OwnNeeds(table) + parts.NeedsOf(table, {declared.components.until});
+        contract::Needs needs =
+            parts.OwnNeeds(table) + parts.NeedsOf(table, {declared.components.from, declared.components.until});
         for (const Mapping& mapping : mappings) {
             needs = needs + NeedsOf(mapping);
         }
         if (declared.phases) {
-            needs = needs + declared.phases->rows.OwnNeeds(table) +
+            needs = needs + OfJoins(declared.phases->rows.OwnNeeds(table)) +
                     declared.phases->rows.NeedsOf(table, {declared.phases->key});
         }
         needs.writes = needs.writes + BillNeeds();
@@ -52,6 +53,17 @@ public:
     Mapping ofComponent = {};
 
 private:
+    /// Columns of a source row that one of its joins gives are that table's, not the first one's.
+    contract::Needs OfJoins(contract::Needs needs) const {
+        for (TableNeed& need : needs.reads) {
+            for (const Join& join : declared.source.joins) {
+                if (need.table == declared.source.table) {
+                    need.columns.removeIf([&join](const QString& column) { return join.columns.contains(column); });
+                }
+            }
+        }
+        return needs;
+    }
     std::vector<MapLine> HeadLines() const {
         return declared.lines.Over(FieldMapping("DIS_BAS", {},
                                                 {{"DBART", declared.article},
@@ -107,7 +119,7 @@ private:
     Phases WritePhases(const SourceRow& bill);
     int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
     qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
-    bool IsOver(const SourceRow& row) const;
+    bool IsOutOfItsDays(const SourceRow& row) const;
     void WriteComponent(const SourceRow& row, const Phases& phases);
 
     std::shared_ptr<const Kind> m_kind;
@@ -232,15 +244,20 @@ qint64 BillImporter::PhaseOf(const SourceRow& row, const Phases& phases) const {
     return phases.first;
 }
 
-/// Whether the day of a component is over, which the log tells.
-bool BillImporter::IsOver(const SourceRow& row) const {
+/// Whether the days on which a component counts are over, or still to come, which the log tells.
+bool BillImporter::IsOutOfItsDays(const SourceRow& row) const {
     const BillComponents& parts = m_kind->declared.components;
+    const QDate today = GetSession().UserManager.DataElaborazione;
+    const QVariant from = parts.from.Day(GetSession(), row);
     const QVariant until = parts.until.Day(GetSession(), row);
-    if (until.isNull() || until.toDate() >= GetSession().UserManager.DataElaborazione) {
+    const bool isToCome = !from.isNull() && from.toDate() > today;
+    if (!isToCome && (until.isNull() || until.toDate() >= today)) {
         return false;
     }
-    Run().Log(QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2")
-                  .arg(parts.rows.Name(row), until.toDate().toString(QStringLiteral("dd/MM/yyyy"))));
+    Run().Log(
+        (isToCome ? QStringLiteral("COMPONENTE NON ANCORA VALIDO: %1: valido dal %2")
+                  : QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2"))
+            .arg(parts.rows.Name(row), (isToCome ? from : until).toDate().toString(QStringLiteral("dd/MM/yyyy"))));
     return true;
 }
 
@@ -248,7 +265,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     const BillComponents& parts = m_kind->declared.components;
     Session& session = GetSession();
     const QString article = parts.article.Text(session, row);
-    if (IsOver(row) || !IsImported(Run(), article, parts.rows.Name(row))) {
+    if (IsOutOfItsDays(row) || !IsImported(Run(), article, parts.rows.Name(row))) {
         return;
     }
     Component component{article, parts.quantity.Number(session, row), parts.note.Text(session, row),

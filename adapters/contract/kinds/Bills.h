@@ -25,8 +25,9 @@ struct BillPhases {
 /// The components of a bill. One whose article is not there is left out, and logged.
 struct BillComponents {
     ChildTable rows;
-    Field article;  ///< its CDART: `rules::ArticleCode` makes it
-    Field quantity; ///< per unit of the parent
+    Field article;   ///< its CDART: `rules::ArticleCode` makes it
+    Field quantity;  ///< per unit of the parent
+    Field from = {}; ///< first day on which it counts; one whose day is still to come is left out, and logged
     Field note = {};
     Field position = {};
     Field phase = {}; ///< key of the phase that consumes it; blank and 0: the first

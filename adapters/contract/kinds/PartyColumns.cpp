@@ -31,6 +31,9 @@ Rule Language(const QString& table, const QString& column) {
 }
 
 LineGroup SecondNameOf(const PartyColumns& of) {
+    if (of.name.isEmpty()) { // the table of the conditions alone
+        return NoLines;
+    }
     return of.name2.isEmpty() ? LineGroup("CORA2", of.name, From(NameSize + 1))
                               : LineGroup("CORA2", of.name + ", " + of.name2, SecondName(NameSize));
 }

@@ -6,7 +6,7 @@ namespace contract {
 
 /// The columns of a plain table of counterparties by what they hold; an empty one the source does not have.
 struct PartyColumns {
-    QString name;
+    QString name = {};
     QString name2 = {};
     QString isPerson = {}; ///< a flag
     QString surname = {};

@@ -70,7 +70,7 @@ struct Procedure {
 struct CompanyKey {
     QString setting;     ///< key of section IMPORT that names the company
     QString table;       ///< that every company has
-    QString column = {}; ///< that tells its company in each table; empty: its code stands in front of their names
+    QString column = {}; ///< of each table, that tells it ("*_X": ends so); empty: its code stands in front of names
     QString usual = {};  ///< company without the setting; empty: one that is alone
 };
 

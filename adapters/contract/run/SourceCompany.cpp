@@ -68,7 +68,7 @@ QString SourceCompany::TakeByPrefix(ovConnection& source) const {
 }
 
 QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) const {
-    if (!IsIn(ColumnsOf(source, m_key.table))) {
+    if (ColumnIn(ColumnsOf(source, m_key.table)).isEmpty()) {
         return m_code.isEmpty() ? QString() : Lacking(m_key.table);
     }
     QVariant company;
@@ -84,9 +84,9 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
     }
     for (const QString& table : tables) {
         const QStringList columns = ColumnsOf(source, table);
-        if (IsIn(columns)) {
-            FilterBy(layout, table, LiteralOf(source, company));
-        } else if (!columns.isEmpty() && !m_code.isEmpty()) { // its rows would come from every company
+        if (const QString column = ColumnIn(columns); !column.isEmpty()) {
+            FilterBy(layout, table, column, LiteralOf(source, company));
+        } else if (!columns.isEmpty() && !m_code.isEmpty() && !IsEnding()) { // its rows would come from every company
             return Lacking(table);
         }
     }
@@ -95,16 +95,17 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
 
 /// Of the table that lists them, else of the others: what cannot be told apart must not be imported for each company.
 QList<QVariant> SourceCompany::Companies(ovConnection& source, const QStringList& tables) const {
-    QList<QVariant> companies = ValuesOf(source, m_key.table, m_key.column);
+    QList<QVariant> companies = ValuesOf(source, m_key.table, ColumnIn(ColumnsOf(source, m_key.table)));
     if (!companies.isEmpty()) {
         return companies;
     }
     QSet<QString> known;
     for (const QString& table : tables) {
-        if (!IsIn(ColumnsOf(source, table))) {
+        const QString column = ColumnIn(ColumnsOf(source, table));
+        if (column.isEmpty()) {
             continue;
         }
-        for (const QVariant& value : ValuesOf(source, table, m_key.column)) {
+        for (const QVariant& value : ValuesOf(source, table, column)) {
             if (!known.contains(TextOf(value))) {
                 known.insert(TextOf(value));
                 companies.append(value);
@@ -115,9 +116,10 @@ QList<QVariant> SourceCompany::Companies(ovConnection& source, const QStringList
 }
 
 /// A layout that is taken again has the condition already.
-void SourceCompany::FilterBy(sources::Layout& layout, const QString& table, const QString& literal) const {
-    const QString column = layout.InSource({table + u'.' + m_key.column}).first().section(u'.', -1);
-    const QString condition = column + QStringLiteral(" = ") + literal;
+void SourceCompany::FilterBy(sources::Layout& layout, const QString& table, const QString& column,
+                             const QString& literal) const {
+    const QString called = layout.InSource({table + u'.' + column}).first().section(u'.', -1);
+    const QString condition = called + QStringLiteral(" = ") + literal;
     const sources::LayoutTable* known = layout.Find(table);
     const QString own = known == nullptr ? QString() : known->filter;
     const bool isThere = own == condition || own.endsWith(QString(u") AND " + condition));
@@ -126,8 +128,14 @@ void SourceCompany::FilterBy(sources::Layout& layout, const QString& table, cons
     }
 }
 
-bool SourceCompany::IsIn(const QStringList& columns) const {
-    return columns.contains(m_key.column, Qt::CaseInsensitive);
+/// The column that tells the company; empty when it is not among them.
+QString SourceCompany::ColumnIn(const QStringList& columns) const {
+    const bool isEnding = IsEnding();
+    const auto found = std::find_if(columns.begin(), columns.end(), [&](const QString& column) {
+        return isEnding ? column.endsWith(m_key.column.sliced(1), Qt::CaseInsensitive)
+                        : column.compare(m_key.column, Qt::CaseInsensitive) == 0;
+    });
+    return found == columns.end() ? QString() : *found;
 }
 
 QString SourceCompany::Lacking(const QString& table) const {

@@ -27,8 +27,10 @@ private:
     QString TakeByPrefix(ovConnection& source) const;
     QString TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) const;
     QList<QVariant> Companies(ovConnection& source, const QStringList& tables) const;
-    void FilterBy(sources::Layout& layout, const QString& table, const QString& literal) const;
-    bool IsIn(const QStringList& columns) const;
+    void FilterBy(sources::Layout& layout, const QString& table, const QString& column, const QString& literal) const;
+    QString ColumnIn(const QStringList& columns) const;
+    /// Whether each table calls its column otherwise: a procedure names it then where a table must have it.
+    bool IsEnding() const { return m_key.column.startsWith(u'*'); }
     QString Lacking(const QString& table) const;
     QString Wrong(const QStringList& companies) const;
 

@@ -1,0 +1,103 @@
+#include "adapters/contract/kinds/PartyRows.h"
+
+#include "core/schemaDefaults.h"
+
+namespace contract {
+
+namespace {
+
+using namespace rules;
+
+const QString BranchTable = QStringLiteral("CON_SED");
+const QString ContactTable = QStringLiteral("CON_RIF");
+
+bool IsBranch(const PartyRows& declared) { return declared.kind == PartyRow::Branch; }
+
+std::vector<MapLine> UsualLines(const PartyRows& declared) {
+    std::vector<MapLine> lines{{"CDCON", declared.owner, Code()}};
+    if (IsBranch(declared)) {
+        lines.emplace_back("SETIP", "", Constant("CO"));
+        lines.emplace_back("SENAZ", "", Constant(schema::defaults::Country));
+        lines.emplace_back("SEDEF", "", Constant(false));
+    }
+    return lines;
+}
+
+/// The declaration with what follows from it; the procedure and its needs live on it.
+struct Kind {
+    explicit Kind(PartyRows rows)
+        : declared(std::move(rows)),
+          mapping{IsBranch(declared) ? BranchTable : ContactTable, declared.source.table,
+                  declared.lines.Over(UsualLines(declared))},
+          essential(declared.lines.SourcesOf(IsBranch(declared) ? QStringLiteral("SEIND") : QStringLiteral("RFNOM"))),
+          customer(declared.owner, KnownCustomer()),
+          supplier(declared.owner, KnownSupplier()) {}
+
+    contract::Needs Needs() const;
+
+    PartyRows declared;
+    Mapping mapping;
+    QStringList essential; ///< source columns without which a row is none
+    Field customer;        ///< CDCON of the counterparty
+    Field supplier;
+};
+
+contract::Needs Kind::Needs() const {
+    contract::Needs needs = NeedsOf(mapping);
+    needs.reads.push_back({declared.source.table, declared.roles.columns + QStringList{declared.owner}});
+    needs.reads.push_back({declared.source.table, {}, declared.numbers.Names()});
+    needs.writes = needs.writes + CounterpartyNeeds();
+    return needs;
+}
+
+RowOutcome Write(ImportRun& run, const Kind& kind, const SourceRow& row) {
+    if (std::all_of(kind.essential.begin(), kind.essential.end(),
+                    [&row](const QString& column) { return row.IsBlank(column); })) {
+        return run.Skip(IsBranch(kind.declared) ? QStringLiteral("sede senza indirizzo")
+                                                : QStringLiteral("riferimento senza nome"));
+    }
+    const Roles roles = kind.declared.roles.of(row);
+    const QString code = (roles.customer ? kind.customer : kind.supplier).Text(run.GetSession(), row);
+    if (code.isEmpty()) {
+        return run.Skip(QStringLiteral("controparte non trovata"));
+    }
+    CounterpartyWriter writer(run, {});
+    const Owner party{QStringLiteral("CON_TRO"), code, true};
+    const qint64 before = run.WrittenRows(kind.mapping.targetTable);
+    TargetRow target = writer.NewRow(kind.mapping.targetTable);
+    kind.mapping.Apply(target, run.GetSession(), row, {code});
+    const Owner owner = IsBranch(kind.declared) ? writer.Branch(party, target) : writer.Contact(party, target);
+    writer.Numbers(owner, row, kind.declared.numbers);
+    return run.WrittenRows(kind.mapping.targetTable) > before
+               ? RowOutcome::Inserted
+               : run.Skip(QStringLiteral("già presente nella controparte"));
+}
+
+/// Telephones and addresses of the rows alone, not those of the counterparties.
+Emptying EmptyingOf(const QString& table) {
+    const QString where = QStringLiteral("TBNAM = '%1'").arg(table);
+    return Truncated({table}) + Emptying{{.table = "NUM_TEL", .way = Emptied::Way::Delete, .where = where},
+                                         {.table = "IND_WEB", .way = Emptied::Way::Delete, .where = where}};
+}
+
+} // namespace
+
+Frame FrameOf(const PartyRows& declared) {
+    return Over(declared.frame, IsBranch(declared) ? Frame{.announcement = "Inizio importazione sedi",
+                                                           .step = "Sedi",
+                                                           .completion = "Sedi importate correttamente!"}
+                                                   : Frame{.announcement = "Inizio importazione riferimenti",
+                                                           .step = "Riferimenti",
+                                                           .completion = "Riferimenti importati correttamente!"});
+}
+
+ImportPart PartOf(const PartyRows& declared) {
+    const auto kind = std::make_shared<const Kind>(declared);
+    return {.step = FrameOf(declared).step,
+            .source = declared.source,
+            .needs = kind->Needs(),
+            .empties = EmptyingOf(kind->mapping.targetTable),
+            .make = Importing([kind](ImportRun& run, const SourceRow& row) { return Write(run, *kind, row); })};
+}
+
+} // namespace contract
