@@ -80,9 +80,9 @@ stop_mariadb() {
     unset QUADRIX_TEST_MARIADB QUADRIX_TEST_MARIADB_CA
 }
 
-# mariadb_folder: makes a folder for start_mariadb and prints it; in memory where there is room, for a server on disk
-# waits for it with every table it makes.
-mariadb_folder() {
+# memory_folder: makes a folder for a server or for what tests write, and prints it; in memory where there is room, for
+# databases on a disk wait for it with every table and every commit.
+memory_folder() {
     local free
     free=$(df --output=avail /dev/shm 2>/dev/null | tail -1)
     if [ "${free:-0}" -gt 2000000 ] && [ -w /dev/shm ]; then
