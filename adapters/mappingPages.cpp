@@ -1,5 +1,7 @@
 #include "adapters/mappingPages.h"
 
+#include "sources/layout/LayoutFile.h"
+
 using namespace contract;
 
 namespace mappingPages {
@@ -101,8 +103,22 @@ QString OriginsText(const std::vector<const Origin*>& origins) {
     return texts.join(QStringLiteral(", "));
 }
 
+/// What is to be known of names that no source has yet confirmed; empty of those that are known.
+QString NamingText(const Origin& origin) {
+    return origin.source.names == contract::Naming::TheirOwn
+               ? QString()
+               : QStringLiteral(
+                     "\nMost names of tables and columns are this system's own reading of the source. Where a "
+                     "database has others, `%1` tells them (see "
+                     "[LAYOUT.md](../LAYOUT.md)).\n")
+                     .arg(sources::LayoutFile::PathOf(QStringLiteral("Tracciati"), origin.name));
+}
+
 QString ModulePage(const QString& module, const std::vector<const Origin*>& origins) {
     QString page = QStringLiteral("# %1\n\n%2\nOrigins: %3\n").arg(module, MadeBy, OriginsText(origins));
+    for (const Origin* origin : origins) {
+        page += NamingText(*origin);
+    }
     for (const Entry& entry : EntriesOf(origins)) {
         const QString needs = NeedsText(entry.procedure->needs).trimmed();
         page += QStringLiteral("\n## %1\n\nButtons: %2\n")

@@ -116,6 +116,12 @@ struct Opening {
     SourceKeys keys;
 };
 
+/// Whose the names of a source's tables and columns are.
+enum class Naming {
+    TheirOwn,   ///< known of the system that the data come from
+    OurReading, ///< mostly what this system expects: a database that has others is fitted by its layout file
+};
+
 /// How an origin's source opens.
 struct SourceSpec {
     QString kind; ///< for the lists: "FoxPro", "SQL Server", "CSV" ...
@@ -123,6 +129,7 @@ struct SourceSpec {
     /// What it asks for that, in its order; the choice of a file is not among it.
     std::vector<AnswerNeed> asks = {};
     std::optional<CompanyKey> company = {};
+    Naming names = Naming::TheirOwn;
 };
 
 /// One line of the origin list.

@@ -274,7 +274,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Albalog",
         Module,
-        {.kind = "ODBC", .prepare = sourceSettings::DataSource("ALBALOG")},
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("ALBALOG"), .names = Naming::OurReading},
         Buttons("YYYNNN--", {{Button::Dis, "Importa Listini"}}),
         Shown::Keep,
         {

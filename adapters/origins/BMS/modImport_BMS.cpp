@@ -199,7 +199,9 @@ const Origin& Entry() {
     static const Origin origin{
         "BMS",
         Module,
-        {"Oracle", {PrepareSource, Place::DataSource, sourceSettings::DataSource("BMS").keys}},
+        {.kind = "Oracle",
+         .prepare = {PrepareSource, Place::DataSource, sourceSettings::DataSource("BMS").keys},
+         .names = Naming::OurReading},
         Buttons("YYYYYNN-"),
         Shown::Keep,
         {

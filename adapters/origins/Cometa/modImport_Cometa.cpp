@@ -237,7 +237,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Cometa",
         Module,
-        {.kind = "ODBC", .prepare = sourceSettings::DataSource("COMETA")},
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("COMETA"), .names = Naming::OurReading},
         Buttons("YYNNNNNY"),
         Shown::Keep,
         {

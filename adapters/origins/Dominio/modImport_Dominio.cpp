@@ -231,7 +231,7 @@ const Origin& Entry() {
     static const Origin origin{
         "DOMINIO",
         Module,
-        {.kind = "ODBC", .prepare = sourceSettings::DataSource("DOMINIO")},
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("DOMINIO"), .names = Naming::OurReading},
         Buttons("YNNNNYY-", {{Button::Saldi, "Importa Tabelle Generali"}}),
         Shown::Keep,
         {

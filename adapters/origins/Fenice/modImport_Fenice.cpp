@@ -126,7 +126,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Fenice",
         Module,
-        {.kind = "ODBC", .prepare = sourceSettings::DataSource("FENICE")},
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("FENICE"), .names = Naming::OurReading},
         Buttons("NN------"),
         Shown::Keep,
         {

@@ -302,7 +302,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Zucchetti G2",
         Module,
-        {"SQL Server", sourceSettings::Server("G2")},
+        {.kind = "SQL Server", .prepare = sourceSettings::Server("G2"), .names = Naming::OurReading},
         Buttons("YYYNNNNY", {{Button::Disegni, "Ricalcola IBAN Controparti"}}),
         Shown::Keep,
         {

@@ -197,7 +197,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Gemini",
         Module,
-        {"SQL Server", sourceSettings::Server("GEMINI")},
+        {.kind = "SQL Server", .prepare = sourceSettings::Server("GEMINI"), .names = Naming::OurReading},
         Buttons("YYYN----", {{Button::Dis, "Importa Listini"}}),
         Shown::Keep,
         {

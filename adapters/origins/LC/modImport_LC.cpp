@@ -117,7 +117,9 @@ const Origin& Entry() {
     static const Origin origin{
         "LibertyCommerce",
         Module,
-        {"ODBC", sourceSettings::Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce")},
+        {.kind = "ODBC",
+         .prepare = sourceSettings::Fixed("Provider=MSDASQL.1;User ID=Admin;Data Source=LibertyCommerce"),
+         .names = Naming::OurReading},
         Buttons("YNNNN---"),
         Shown::Keep,
         {ProcedureOf(Button::Cli, Controparti())},

@@ -176,7 +176,10 @@ const Origin& Entry() {
     static const Origin origin{
         "Memphis",
         Module,
-        {.kind = "SQL Server", .prepare = PrepareSource, .asks = askedTexts::NeedsOf(Prompts)},
+        {.kind = "SQL Server",
+         .prepare = PrepareSource,
+         .asks = askedTexts::NeedsOf(Prompts),
+         .names = Naming::OurReading},
         Buttons("YNNNNN--"),
         Shown::Keep,
         {

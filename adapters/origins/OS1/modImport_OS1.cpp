@@ -184,7 +184,7 @@ const Origin& Entry() {
     static const Origin origin{
         "OS1",
         Module,
-        {"Access", sourceSettings::AccessFileInFolder("OS1.mdb")},
+        {.kind = "Access", .prepare = sourceSettings::AccessFileInFolder("OS1.mdb"), .names = Naming::OurReading},
         Buttons("YYNNNNN-"),
         Shown::Keep,
         {ProcedureOf(Button::Cli, Controparti()), ProcedureOf(Button::Art, Articoli())},

@@ -325,7 +325,7 @@ const Origin& Entry() {
     static const Origin origin{
         "OSL GP90",
         Module,
-        {"SQL Server", sourceSettings::Server("OSL")},
+        {.kind = "SQL Server", .prepare = sourceSettings::Server("OSL"), .names = Naming::OurReading},
         Buttons("YYYYYYNY", {{Button::Saldi, "Importa Tabelle Generali"}, {Button::Disegni, "Importa Listini"}}),
         Shown::Keep,
         {

@@ -174,7 +174,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Puzzle",
         "modImport_Puzzle",
-        {"ODBC", sourceSettings::DataSource("PUZZLE")},
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("PUZZLE"), .names = Naming::OurReading},
         Buttons("YNNNNN--"),
         Shown::Keep,
         {

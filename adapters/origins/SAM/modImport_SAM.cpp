@@ -300,7 +300,7 @@ const Origin& Entry() {
     static const Origin origin{
         "SAM",
         Module,
-        {.kind = "ODBC", .prepare = PrepareSource, .asks = askedTexts::NeedsOf(Prompts)},
+        {.kind = "ODBC", .prepare = PrepareSource, .asks = askedTexts::NeedsOf(Prompts), .names = Naming::OurReading},
         Buttons("YYNNN---"),
         Shown::Keep,
         {

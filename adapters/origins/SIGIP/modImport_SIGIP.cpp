@@ -392,7 +392,7 @@ const Origin& Entry() {
     static const Origin origin{
         "SIGIP",
         Module,
-        {"ODBC", sourceSettings::DataSource("SIGIP")},
+        {.kind = "ODBC", .prepare = sourceSettings::DataSource("SIGIP"), .names = Naming::OurReading},
         Buttons("YYYYYYN-", {{Button::Saldi, "Correggi Date Consegna"}}),
         Shown::Keep,
         {

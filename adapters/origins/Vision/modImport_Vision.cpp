@@ -140,7 +140,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Vision SQL",
         Module,
-        {"SQL Server", sourceSettings::Server("VISION")},
+        {.kind = "SQL Server", .prepare = sourceSettings::Server("VISION"), .names = Naming::OurReading},
         Buttons("YYN-----"),
         Shown::Keep,
         {
