@@ -21,6 +21,15 @@ LineGroup Roles(const QString& customer, const QString& supplier, const QString&
     return source.isEmpty() ? NoLines : LineGroup(ByRole(customer, supplier, source, rule));
 }
 
+/// The company's own language where the source tells none.
+Rule Language(const QString& table, const QString& column) {
+    const Rule known = TranslatedOrKnown(table, column, "TAB_LNG");
+    return {known.text + QStringLiteral("; \"%1\" when blank").arg(schema::defaults::Language),
+            [known](const RuleInput& input) {
+                return input.Text().isEmpty() ? RuleValue(schema::defaults::Language) : known.apply(input);
+            }};
+}
+
 LineGroup SecondNameOf(const PartyColumns& of) {
     if (of.name.isEmpty()) { // the table of the conditions alone
         return NoLines;
@@ -43,7 +52,7 @@ Lines Identity(const QString& table, const PartyColumns& of) {
         Line("CONAZ", of.country, Country(table, of.country)),
         Line("COIVA", of.vatNumber, NotBlank(Text())),
         Line("COFIS", of.taxCode, NotBlank(Text())),
-        Line("COLNG", of.language, TranslatedOr(table, of.language, schema::defaults::Language)),
+        Line("COLNG", of.language, Language(table, of.language)),
         Line("COBLK", of.isBlocked, Flag()),
         Line("COANN", of.isCancelled, Flag()),
         Line("CONOT", of.note, Text()),
