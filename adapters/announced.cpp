@@ -33,8 +33,6 @@ const std::vector<Row>& Rows() {
         {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",
          {{Cli, "Importa Controlli"}, {Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"},
           {Piano, "Importa Allegati"}}},
-        {"Kordel NetSuite", "modImport_NetSuite", "ODBC", DataSource("NETSUITE"), "YYYYYYNY",
-         {{Saldi, "Importa Tabelle Generali"}, {Disegni, "Fusione Controparti"}}},
         {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},

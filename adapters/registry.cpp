@@ -25,7 +25,7 @@
     MODULE(Esatto, Entry) \
     MODULE(Metodo, Entry) \
     MODULE(Lantek24, Entry) \
-    ANNOUNCED("Kordel NetSuite") \
+    MODULE(NetSuite, Entry) \
     ANNOUNCED("Excel") \
     ANNOUNCED("Access") \
     MODULE(SIGIP, Entry) \
