@@ -25,12 +25,8 @@ public:
             mappings.push_back({"DIS_FAS", phase.rows.table, phase.lines.Over(NamedLines(phase))});
         }
         const BillComponents& part = declared.components;
-        mappings.push_back(FieldMapping("DIS_COM", part.rows.table,
-                                        {{"DCART", part.article},
-                                         {"DCQTA", part.quantity},
-                                         {"DCNOT", part.note},
-                                         {"DCPOS", part.position},
-                                         {"IDDBL", part.phase}}));
+        ofComponent = {"DIS_COM", part.rows.table, part.lines.Over({})};
+        mappings.push_back({"DIS_COM", part.rows.table, part.lines.Over(NamedLines(part))});
     }
 
     contract::Needs Needs() const {
@@ -53,6 +49,7 @@ public:
     std::vector<Mapping> mappings;
     Mapping head = {};    ///< its further columns
     Mapping ofPhase = {}; ///< the same of a phase
+    Mapping ofComponent = {};
 
 private:
     std::vector<MapLine> HeadLines() const {
@@ -73,6 +70,15 @@ private:
                              {"DLTUP", phase.unitTime},
                              {"DLCOS", phase.cost},
                              {"DLFOR", phase.supplier}})
+            .lines;
+    }
+    static std::vector<MapLine> NamedLines(const BillComponents& part) {
+        return FieldMapping("DIS_COM", {},
+                            {{"DCART", part.article},
+                             {"DCQTA", part.quantity},
+                             {"DCNOT", part.note},
+                             {"DCPOS", part.position},
+                             {"IDDBL", part.phase}})
             .lines;
     }
 };
@@ -252,7 +258,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     if (m_kind->declared.component) {
         m_kind->declared.component(Run(), row, component);
     }
-    m_writer.Write(component, phase);
+    m_writer.Write(component, phase, [&](TargetRow& target) { m_kind->ofComponent.Apply(target, session, row, {}); });
 }
 
 const Frame Usual{.module = {},

@@ -31,6 +31,7 @@ struct BillComponents {
     Field position = {};
     Field phase = {}; ///< key of the phase that consumes it; blank and 0: the first
     Field until = {}; ///< last day on which it counts; one whose day is over is left out, and logged
+    Lines lines = {}; ///< further columns of DIS_COM
 };
 
 /// An import of bills of materials: a source row is a bill. One whose article is not there is left out, and logged; a

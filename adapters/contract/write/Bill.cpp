@@ -120,7 +120,7 @@ void BillWriter::TellRepeated(const Component& component) {
     m_quantities.insert(article, component.quantity);
 }
 
-void BillWriter::Write(const Component& component, qint64 phase) {
+void BillWriter::Write(const Component& component, qint64 phase, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     TellRepeated(component);
     const qint64 known = IdWhere(session, "DIS_COM",
@@ -138,6 +138,7 @@ void BillWriter::Write(const Component& component, qint64 phase) {
     if (!component.position.isNull()) {
         row.Set("DCPOS", component.position);
     }
+    SetMore(row, more);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
     } else {

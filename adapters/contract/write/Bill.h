@@ -63,8 +63,8 @@ public:
     qint64 Write(const Phase& phase, const std::function<void(TargetRow&)>& more = {});
     /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
     /// that the bill already has is rewritten; what this run wrote before is logged, as its quantity is lost.
-    /// @param phase RECORD_ID of the phase that consumes it
-    void Write(const Component& component, qint64 phase);
+    /// @param phase RECORD_ID of the phase that consumes it @param more sets further columns
+    void Write(const Component& component, qint64 phase, const std::function<void(TargetRow&)>& more = {});
     /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
     /// no longer in the source, yet they stay. Called when the bill is complete.
     void TellComponentsLeft();
