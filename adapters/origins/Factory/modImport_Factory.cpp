@@ -204,7 +204,22 @@ const Origin& Entry() {
     return origin;
 }
 
-/// What the list hides there are bills and open jobs.
+namespace {
+
+/// The list hides bills and open jobs there: they are reached by their names.
+std::vector<Procedure> ProceduresOfSqlServer() {
+    std::vector<Procedure> procedures = Entry().procedures;
+    for (Procedure& procedure : procedures) {
+        const Button button = *procedure.button;
+        if (button == Button::Dis || button == Button::Doc || button == Button::Acq) {
+            procedure.button.reset();
+        }
+    }
+    return procedures;
+}
+
+} // namespace
+
 const Origin& EntryOfSqlServer() {
     static const Origin origin{
         "Factory (SqlServer)",
@@ -214,7 +229,7 @@ const Origin& EntryOfSqlServer() {
                              {Button::Acq, "Importa Commesse aperte XLS"},
                              {Button::Piano, "Importa Allegati"}}),
         Shown::Keep,
-        Entry().procedures,
+        ProceduresOfSqlServer(),
     };
     return origin;
 }
