@@ -30,9 +30,6 @@ const std::vector<Row>& Rows() {
     // clang-format off
     static const std::vector<Row> rows{
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
-        {"Factory", "modImport_Factory", "Access", ChosenAccessFile("FACTORY"), "YYYYYYY-",
-         {{Cli, "Importa Controlli"}, {Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"},
-          {Piano, "Importa Allegati"}}},
         {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
@@ -40,8 +37,7 @@ const std::vector<Row>& Rows() {
         {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
-        {"Factory (SqlServer)", "modImport_Factory", "SQL Server", Server("FACTORY"), "YYNNNYYY",
-         {{Doc, "Importa Commesse aperte"}, {Acq, "Importa Commesse aperte XLS"}, {Piano, "Importa Allegati"}}},
+        {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},
         {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
         {"Scala", "modImport_Scala", "Excel", OpenFileExcel(), "YNNN----"},

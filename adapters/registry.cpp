@@ -21,7 +21,7 @@
     MODULE(OSL, Entry) \
     MODULE(Dominio, Entry) \
     MODULE(OS1, Entry) \
-    ANNOUNCED("Factory") \
+    MODULE(Factory, Entry) \
     MODULE(Esatto, Entry) \
     MODULE(Metodo, Entry) \
     MODULE(Lantek24, Entry) \
@@ -53,7 +53,7 @@
     MODULE(GammaSqlServer, Entry) \
     MODULE(BMS, Entry) \
     MODULE(Panthera, Entry) \
-    ANNOUNCED("Factory (SqlServer)") \
+    MODULE(Factory, EntryOfSqlServer) \
     MODULE(Brantel, Entry) \
     ANNOUNCED("Punta") \
     ANNOUNCED("Terrauna") \
@@ -65,7 +65,8 @@
     ANNOUNCED("Siderea")
 /// Those that the list does not show.
 #define QUADRIX_SECOND_SOURCES(MODULE) \
-    MODULE(AUTOMA, Entry)
+    MODULE(AUTOMA, Entry) \
+    MODULE(Factory, EntryOfWorkbook)
 // clang-format on
 
 // An entry is the one export of its module, which needs no header for it.

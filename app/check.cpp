@@ -1,5 +1,6 @@
 #include "app/check.h"
 
+#include "adapters/contract/run/otherSource.h"
 #include "adapters/contract/write/Cam.h"
 #include "app/connectSource.h"
 
@@ -31,9 +32,13 @@ contract::Lacks MissingFromCams(Session& session, const contract::Procedure& pro
 
 /// Looks at the source of a procedure, which is opened when it is not, and at the company's tables; none when it cannot
 /// be opened, which has been told.
-std::optional<contract::Lacks> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure) {
-    if (procedure.opensSource) {
-        if (!session.Source && ConnectSource(session, *choice.origin) != SourceOutcome::Opened) {
+/// @param open the origin whose source was opened last
+std::optional<contract::Lacks> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure,
+                                       const contract::Origin*& open) {
+    if (const contract::Origin* source = contract::SourceOf(*choice.origin, procedure)) {
+        const bool isOpen = session.Source && open == source;
+        open = source;
+        if (!isOpen && ConnectSource(session, *source) != SourceOutcome::Opened) {
             return std::nullopt;
         }
         return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(),
@@ -55,8 +60,9 @@ std::optional<std::vector<Finding>> Run(Session& session, const Choice& choice,
     }
     const auto close = qScopeGuard([&session] { CloseSource(session); });
     std::vector<Finding> findings;
+    const contract::Origin* open = session.Source ? choice.origin : nullptr;
     for (const contract::Procedure* procedure : procedures) {
-        const auto lacks = LookFor(session, choice, *procedure);
+        const auto lacks = LookFor(session, choice, *procedure, open);
         if (!lacks) {
             return std::nullopt;
         }

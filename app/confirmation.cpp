@@ -1,5 +1,6 @@
 #include "app/confirmation.h"
 
+#include "adapters/contract/run/otherSource.h"
 #include "adapters/sourceSettings.h"
 #include "app/procedureTitle.h"
 #include "sql/mod_ovTools.h"
@@ -73,14 +74,15 @@ QString CompanyLine(Session& session) {
 
 QString RunDetails(Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
     QStringList titles;
-    bool opens = false;
     for (const Procedure* procedure : procedures) {
         titles.append(ProcedureTitle(origin, *procedure));
-        opens = opens || procedure->opensSource;
     }
     QStringList lines{CompanyLine(session), QStringLiteral("Origine: ") + origin.name,
                       QStringLiteral("Operazione: ") + titles.join(QStringLiteral(", "))};
-    const QString source = !opens ? QString() : session.Source ? Of(*session.Source) : OfSettings(session, origin);
+    const Origin* from = FirstSourceOf(origin, procedures);
+    const QString source = from == nullptr  ? QString()
+                           : session.Source ? Of(*session.Source)
+                                            : OfSettings(session, *from);
     if (!source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + source);
     }

@@ -1,5 +1,6 @@
 #include "app/importFlow.h"
 
+#include "adapters/contract/run/otherSource.h"
 #include "app/CompanyLock.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
@@ -122,8 +123,21 @@ QString QuestionOf(const Origin& origin, const ImportRequest& request) {
                                          : named->confirmation;
 }
 
+/// Opens the source of an origin in place of the one that is open; does nothing when it is that one, or without one.
+FlowOutcome Open(Session& session, const Origin* source, const Origin*& open) {
+    if (source == nullptr || source == open) {
+        return FlowOutcome::Done;
+    }
+    const SourceOutcome outcome = ConnectOrTell(session, *source);
+    open = source;
+    return outcome == SourceOutcome::Opened   ? FlowOutcome::Done
+           : outcome == SourceOutcome::Failed ? FlowOutcome::Failed
+                                              : FlowOutcome::Declined;
+}
+
+/// @param open the origin whose source is open; null: none is
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
-                          const std::vector<const Procedure*>& procedures) {
+                          const std::vector<const Procedure*>& procedures, const Origin* open) {
     const bool asks =
         std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->asksReset; });
     const Answer reset = asks ? AskReset(session, request, procedures) : Answer::No;
@@ -132,6 +146,10 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
     }
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
+        const FlowOutcome source = Open(session, SourceOf(*request.choice.origin, *procedure), open);
+        if (source != FlowOutcome::Done) {
+            return source;
+        }
         procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
         const FlowOutcome outcome = OutcomeOf(session, first);
         if (outcome != FlowOutcome::Done) {
@@ -169,20 +187,16 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     const CompanyLock lock(session, {session.UserManager.Azienda()}, work);
     const RunLog log(session, work);
     const SourceCloser closer(session);
-    const bool opens =
-        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->opensSource; });
-    const SourceOutcome source = opens ? ConnectOrTell(session, *request.choice.origin) : SourceOutcome::Opened;
-    if (source == SourceOutcome::Failed) {
-        return FlowOutcome::Failed;
-    }
-    if (source == SourceOutcome::GivenUp) {
-        return FlowOutcome::Declined;
+    const Origin* open = nullptr;
+    const FlowOutcome source = Open(session, FirstSourceOf(*request.choice.origin, procedures), open);
+    if (source != FlowOutcome::Done) {
+        return source;
     }
     std::optional<Transaction> trial;
     if (request.dryRun) {
         trial.emplace(session.Quadrix);
     }
-    return RunProcedures(session, request, procedures);
+    return RunProcedures(session, request, procedures, open);
 }
 
 FlowOutcome Press(Session& session, const ImportRequest& request) {

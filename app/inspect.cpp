@@ -1,5 +1,6 @@
 #include "app/inspect.h"
 
+#include "adapters/contract/run/otherSource.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
@@ -47,13 +48,13 @@ Column& ColumnOf(Table& table, const QString& name) {
     return found != table.columns.end() ? *found : table.columns.emplace_back(Column{.name = name});
 }
 
-/// The tables of every procedure that opens the source, with the procedures that read them.
+/// The tables of every procedure that opens the origin's own source, with the procedures that read them.
 std::vector<Table> ReadTables(const contract::Origin& origin) {
     std::vector<Table> tables;
     for (const contract::Procedure& procedure : origin.procedures) {
         const contract::NeededTables needed = contract::NeededTables::Read(procedure.needs);
         for (const contract::NeededTables::Table& need : needed.Tables()) {
-            if (!procedure.opensSource) {
+            if (contract::SourceOf(origin, procedure) != &origin) {
                 continue;
             }
             Table& table = Named(tables, need.name);

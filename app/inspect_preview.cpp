@@ -1,6 +1,7 @@
 #include "app/inspect_preview.h"
 
 #include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/otherSource.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
@@ -123,7 +124,8 @@ std::vector<PreviewOf> Previews(const contract::Origin& origin) {
         for (const contract::Mapping* mapping : procedure.needs.mappings) {
             const QString title =
                 QStringLiteral("%1 da %2 (%3)").arg(mapping->targetTable, mapping->sourceTable, procedure.name);
-            if (procedure.opensSource && !mapping->isPart && !mapping->sourceTable.isEmpty() && !told.contains(title)) {
+            if (contract::SourceOf(origin, procedure) == &origin && !mapping->isPart &&
+                !mapping->sourceTable.isEmpty() && !told.contains(title)) {
                 told.insert(title);
                 previews.push_back({&procedure, mapping, title});
             }

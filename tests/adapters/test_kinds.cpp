@@ -133,6 +133,22 @@ private slots:
         QCOMPARE(import.Rows("SELECT CDART FROM X01_ART_ICO"), QStringList{"B"});
     }
 
+    /// What reads rows of a table that some releases lack runs without it.
+    void branchesOfAReleaseThatHasNone() {
+        Trial import("CREATE TABLE CLI (COD VARCHAR(4), NOME VARCHAR(9)); INSERT INTO CLI VALUES ('A', 'Rossi')");
+        const Counterparties parties{.frame = FrameNamed("ImportControparti"),
+                                     .source = {.table = "CLI", .key = "COD"},
+                                     .roles = Always({.customer = true}),
+                                     .name = "NOME",
+                                     .lines = {{"CORAS", "NOME", Text()}},
+                                     .branches = {{.rows = {.table = "DEST", .on = {{"COD"}}, .isOptional = true},
+                                                   .lines = {{"SEIND", "VIA", Text()}}}}};
+        const QString rows = "SELECT CORAS FROM X01_CON_TRO";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, parties), rows);
+        QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('\n')));
+        QCOMPARE(import.Rows(rows), QStringList{"Rossi"});
+    }
+
     /// A row whose second table has nothing for it is read too.
     void columnsOfASecondTable() {
         Trial import(R"(

@@ -1,3 +1,4 @@
+#include "adapters/contract/run/otherSource.h"
 #include "adapters/registry.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
@@ -231,6 +232,29 @@ private slots:
         QCOMPARE(target.Person.Reported.size(), 1);
         QCOMPARE(target.Person.Reported[0].module + '.' + target.Person.Reported[0].procedure,
                  QString("frmImport.cmdImportCli_Click"));
+    }
+
+    /// A button whose procedures read two sources: each is run over its own, and what the second lacks is told.
+    void opensTheSourceThatEachProcedureReads() {
+        TestTarget target;
+        FakeOrigin fake;
+        FakeOrigin second;
+        second.Origin.name = "Seconda";
+        fake.Add(Button::Cli, "ImportUno");
+        contract::Procedure& other = fake.Add(Button::Cli, "ImportDue");
+        other = contract::OverSourceOf(second.Origin, other);
+        fake.Work = [&](Session&, const QString& name) { QCOMPARE(second.Prepared, name == "ImportDue" ? 1 : 0); };
+        target.Person.Answers = {true, false};
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Done);
+        QCOMPARE(fake.Calls, QStringList({"ImportUno", "ImportDue"}));
+        QCOMPARE(fake.Prepared, 1);
+        QVERIFY(!target.Get().Source);
+        second.Database = target.Folder.filePath("no/such/folder.db");
+        target.Person.Answers = {true, false};
+        fake.Work = [](Session&, const QString&) {};
+        QCOMPARE(RunImport(target.Get(), Request(fake)), FlowOutcome::Failed);
+        QCOMPARE(fake.Calls.mid(2), QStringList{"ImportUno"});
+        QVERIFY(target.Person.Messages.last().text.startsWith("Impossibile connettersi a Seconda!"));
     }
 
     void tellsThatASourceCannotBeOpened() {

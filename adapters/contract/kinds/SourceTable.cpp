@@ -243,12 +243,14 @@ void ChildTable::First(Session& session, const SourceRow& parent,
 QString ChildTable::Name(const SourceRow& row) const { return NameOf(row, table, NamingColumns()); }
 
 Needs ChildTable::OwnNeeds(const QString& parent) const {
-    if (table.isEmpty() || isOptional) {
+    if (table.isEmpty()) {
         return {};
     }
     return {{},
-            {{table, TiedColumns(on, false) + BareColumns(order) + BareColumns(naming) +
-                         ColumnsIn(where, QStringLiteral("T"))},
+            {{.table = table,
+              .columns = TiedColumns(on, false) + BareColumns(order) + BareColumns(naming) +
+                         ColumnsIn(where, QStringLiteral("T")),
+              .mayLack = isOptional},
              {parent, TiedColumns(on, true)}},
             {}};
 }

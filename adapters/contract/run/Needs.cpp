@@ -171,9 +171,13 @@ NeededTables NeededTables::Read(const Needs& needs) {
     for (const Mapping* mapping : needs.mappings) {
         tables.AddMapping(*mapping);
     }
+    QStringList mayLack; // whatever else is read of them, such as by a mapping
     for (const TableNeed& need : needs.reads) {
-        NeededTables::Table& table = tables.Take(need.table, need.columns, need.optional);
-        table.isNecessary = table.isNecessary || !need.mayLack;
+        tables.Take(need.table, need.columns, need.optional).isNecessary = true;
+        mayLack += need.mayLack ? QStringList(need.table) : QStringList();
+    }
+    for (const QString& table : std::as_const(mayLack)) {
+        tables.Named(table).isNecessary = false;
     }
     return tables;
 }

@@ -1,5 +1,7 @@
 #include "adapters/contract/run/Origin.h"
 
+#include "adapters/contract/run/otherSource.h"
+
 #include <algorithm>
 
 namespace contract {
@@ -31,10 +33,13 @@ ButtonRows Buttons(const char* marks, const std::vector<Caption>& captions) {
 }
 
 std::vector<AnswerNeed> AnswersNeeded(const Origin& origin, const std::vector<const Procedure*>& procedures) {
-    const bool opens =
-        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->opensSource; });
-    std::vector<AnswerNeed> needed = opens ? origin.source.asks : std::vector<AnswerNeed>();
+    const Origin* open = FirstSourceOf(origin, procedures);
+    std::vector<AnswerNeed> needed = open != nullptr ? open->source.asks : std::vector<AnswerNeed>();
     for (const Procedure* procedure : procedures) {
+        if (const Origin* source = SourceOf(origin, *procedure); source != nullptr && source != open) {
+            needed.insert(needed.end(), source->source.asks.begin(), source->source.asks.end());
+            open = source;
+        }
         needed.insert(needed.end(), procedure->asks.begin(), procedure->asks.end());
     }
     return needed;

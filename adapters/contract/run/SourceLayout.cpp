@@ -1,5 +1,7 @@
 #include "adapters/contract/run/SourceLayout.h"
 
+#include "adapters/contract/run/otherSource.h"
+
 #include "adapters/contract/map/ruleNames.h"
 #include "core/nearNames.h"
 #include "sql/mod_ovTools.h"
@@ -71,6 +73,9 @@ QVariant ConstantOf(const schema::Column& column, const QString& value) {
 SourceLayout::SourceLayout(LayoutFile file, const Origin& origin)
     : m_file(std::move(file)) {
     for (const Procedure& procedure : origin.procedures) {
+        if (procedure.opensSource && SourceOf(origin, procedure) != &origin) { // it has a layout of its own
+            continue;
+        }
         for (const NeededTables::Table& table : NeededTables::Read(procedure.needs).Tables()) {
             m_known[table.name] += table.necessary + table.optional;
         }

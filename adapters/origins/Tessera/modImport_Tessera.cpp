@@ -11,6 +11,8 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/run/otherSource.h"
+#include "adapters/origins/Solution/modImport_Solution.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -153,6 +155,8 @@ const SourceSpec& Source() {
     return source;
 }
 
+Procedure OfSolution(const Procedure& procedure) { return OverSourceOf(modImport_Solution::Entry(), procedure); }
+
 } // namespace
 
 const Origin& Entry() {
@@ -170,21 +174,18 @@ const Origin& Entry() {
     return origin;
 }
 
-/// Tessera where Solution keeps the accounts: its counterparties and its documents are Solution's, which has no module
-/// yet.
+/// Tessera where Solution keeps the accounts: the counterparties are Solution's, whose codes those of Tessera's
+/// documents are, and so are the documents behind the orders of customers.
 const Origin& EntryWithSolution() {
-    Documents orders = OrdCli();
-    orders.frame.confirmation =
-        "Importare gli ordini clienti di Tessera?\nI documenti di Solution non sono disponibili "
-        "in questa versione.";
     static const Origin origin{
         "Tessera + Solution",
         Module,
         Source(),
         Buttons("YYYYY---"),
         Shown::Keep,
-        {ProcedureOf(Button::Art, Articoli()), ProcedureOf(Button::Dis, Distinte()), ProcedureOf(Button::Doc, orders),
-         ProcedureOf(Button::Acq, DocAcq())},
+        {OfSolution(modImport_Solution::ImportContropartiSolution()), ProcedureOf(Button::Art, Articoli()),
+         ProcedureOf(Button::Dis, Distinte()), ProcedureOf(Button::Doc, OrdCli()),
+         OfSolution(modImport_Solution::ImportDocumentiSolution()), ProcedureOf(Button::Acq, DocAcq())},
     };
     return origin;
 }

@@ -1,0 +1,237 @@
+// Factory: an Access file, or, as "Factory (SqlServer)", a SQL Server database; FACTORY unless the setting Databasename
+// names another. Quality checks, balances, attachments and price lists stand here, articles and bills in
+// modImport_Factory_articles.cpp, open jobs, which a workbook may hold instead, in modImport_Factory_jobs.cpp.
+// Counterparties must be in Quadrix. Nothing of the layout is published: every table and column is this system's own
+// reading, fitted to an installation by "Tracciati/Factory.ini" and "Tracciati/Factory (SqlServer).ini".
+// Known gaps: jobs that are closed; notes of bills in a file of their own (SourcePathFileDBCNote).
+
+#include "adapters/origins/Factory/modImport_Factory.h"
+
+#include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/kinds/Stock.h"
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Attachment.h"
+#include "adapters/sourceSettings.h"
+#include "core/modMain.h"
+#include "core/schemaDefaults.h"
+
+#include <QFileInfo>
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Factory {
+
+const contract::Origin& Entry();
+const contract::Origin& EntryOfSqlServer();
+
+namespace {
+
+// --- Quality checks -----------------------------------------------------------------------------------------------
+
+Procedure ImportControlliFactory() {
+    const BaseTable characteristics{
+        .frame = {.module = Module,
+                  .procedure = "ImportControlliFactory",
+                  .announcement = "Inizio importazione Controlli",
+                  .step = "Caratteristiche",
+                  .completion = "Controlli importati correttamente!",
+                  .confirmation = "Importare i Controlli?"},
+        .source = {.table = "CARATTERISTICHE", .key = "CODICE", .order = "CODICE"},
+        .target = "ANA_CHR",
+        .code = "CODICE",
+        .lines =
+            {
+                {"CHDES", "DESCRIZIONE", Text()},
+                {"CHUMS", "UM", ArticleUnit("")},
+                {"CHTIP", "TIPO", Text()},
+            },
+        .empties = Truncated({"ANA_CHR"}),
+    };
+    const BaseTable checks{
+        .frame = {.step = "Controlli"},
+        .source = {.table = "CONTROLLI",
+                   .key = "CODART",
+                   .order = "CODART, FASE, PROGR",
+                   .naming = "CODART, FASE, PROGR"},
+        .target = "CHK_LST",
+        .lines =
+            {
+                {"CDART", "CODART", Article()},
+                {"CKSEQ", "PROGR", RoundedTo(0)},
+                {"CKFAS", "FASE", Text()},
+                {"CDCHR", "CODCAR", Text()},
+                {"CKVAL", "VALNOM", Text()},
+                {"CKMIN", "TOLMIN", NotNull(RoundedTo(6))},
+                {"CKMAX", "TOLMAX", NotNull(RoundedTo(6))},
+                {"CKNOT", "NOTE", Text()},
+            },
+        .empties = Truncated({"CHK_LST"}),
+        .keys = {"CDART", "CKFAS", "CKSEQ"},
+    };
+    return ProcedureOf(Button::Cli, FrameOf(characteristics), {PartOf(characteristics), PartOf(checks)});
+}
+
+// --- Balances -----------------------------------------------------------------------------------------------------
+
+Balances Saldi() {
+    const QString table = QStringLiteral("GIACENZE");
+    return {
+        .frame = {.module = Module, .procedure = "ImportSaldiFactory"},
+        .source = {.table = table, .key = "CODART", .order = "CODMAG, CODART", .naming = "CODMAG, CODART"},
+        .warehouse = "CODMAG",
+        .article = {"CODART", Article()},
+        .quantity = "QTA",
+        .location = "UBICAZIONE",
+    };
+}
+
+// --- Attachments --------------------------------------------------------------------------------------------------
+
+QString FolderOfAttachments(Session& session) {
+    const QString folder = modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+    if (folder.isEmpty()) {
+        throw ImportError(
+            "impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella degli allegati");
+    }
+    return folder;
+}
+
+/// The path within the folder: of the file itself, or of the folder that it is in.
+QString PathOf(const SourceRow& row) {
+    const QString name = row.Text("NOMEFILE");
+    const QString path = row.Text("PERCORSO");
+    if (name.isEmpty() && path.isEmpty()) {
+        throw ImportError("colonne 'PERCORSO', 'NOMEFILE': manca il file");
+    }
+    const bool isWhole =
+        name.isEmpty() || QFileInfo(PathIn({}, path)).fileName().compare(name, Qt::CaseInsensitive) == 0;
+    return isWhole ? path : QString(path + u'/' + name);
+}
+
+RowOutcome ImportAllegato(ImportRun& run, const SourceRow& row, const QString& folder) {
+    Session& session = run.GetSession();
+    const QString article = ArticleCodeOf(session, Articoli, "CODART", row.Text("CODART"));
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
+    }
+    const QString path = PathIn(folder, PathOf(row));
+    const RowOutcome outcome =
+        WriteAttachment(run, {"ART_ICO", article, path, folder, row.Text("DESCRIZIONE"), row.Text("REV")});
+    if (modMain::IsAppConfigOn(session, "IMPORT", "DebugAttach", "0")) {
+        run.Log(QStringLiteral("ALLEGATO: %1: '%2'").arg(article, path));
+    }
+    if (outcome != RowOutcome::Skipped) {
+        TargetRow target(run, "ART_ICO");
+        target.Set("ARATT", true);
+        target.Update("WHERE " + Equals(session, "CDART", article));
+    }
+    return outcome;
+}
+
+Procedure ImportAllegatiFactory() {
+    const QString table = QStringLiteral("ALLEGATI");
+    const auto make = [](ImportRun& run, const QString& singleCode) {
+        const QString folder = FolderOfAttachments(run.GetSession());
+        return Importing([folder](ImportRun& of, const SourceRow& row) { return ImportAllegato(of, row, folder); })(
+            run, singleCode);
+    };
+    return ProcedureOf(
+        Button::Piano,
+        Frame{.module = Module,
+              .procedure = "ImportAllegatiFactory",
+              .announcement = "Inizio importazione Allegati",
+              .completion = "Allegati importati correttamente!",
+              .confirmation = "Importare gli Allegati?"},
+        {{.step = "Allegati",
+          .source = {.table = table, .key = "CODART", .order = "CODART, PROGR", .naming = "CODART, PROGR"},
+          .needs = {{},
+                    {{table, {"NOMEFILE", "PERCORSO"}, {"DESCRIZIONE", "REV"}}},
+                    AttachmentNeeds() + std::vector<TableNeed>{{"ART_ICO", {"CDART", "ARATT"}}}},
+          .empties = AttachmentEmptying("ART_ICO"),
+          .make = make}});
+}
+
+// --- Price lists --------------------------------------------------------------------------------------------------
+
+/// A list of the rows that LISTINI does not have is called by its code.
+PriceLists Listini() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportListiniFactory", .confirmation = "Importare i Listini?"},
+        .source = {.table = "LISTRIGHE",
+                   .key = "CODLIS",
+                   .order = "CODLIS, CODART, QTADA",
+                   .naming = "CODLIS, CODART, QTADA",
+                   .joins = {{.table = "LISTINI", .on = {{"CODLIS"}}, .columns = {"DESCR", "TIPO"}}}},
+        .article = {"CODART", Article()},
+        .prices = {{
+            .list = "CODLIS",
+            .direction = {"TIPO", UpperOr(1, schema::defaults::SalesList)},
+            .description = {"DESCR, CODLIS", FirstNotBlank(Text())},
+            .from = {"DATAINI", Day()},
+            .to = {"DATAFIN", Day()},
+            .scales = {{.quantity = "QTADA", .price = "PREZZO", .discounts = {"SC1", "SC2", "SC3"}}},
+        }},
+    };
+}
+
+} // namespace
+
+// --- Entries ------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Factory",
+        Module,
+        {"Access", sourceSettings::ChosenAccessFile("FACTORY")},
+        Buttons("YYYYYYY-", {{Button::Cli, "Importa Controlli"},
+                             {Button::Doc, "Importa Commesse aperte"},
+                             {Button::Acq, "Importa Commesse aperte XLS"},
+                             {Button::Piano, "Importa Allegati"}}),
+        Shown::Keep,
+        {
+            ImportControlliFactory(),
+            ImportArticoliFactory(),
+            ImportDistinteFactory(),
+            ImportCommesseAperteFactory(),
+            ImportCommesseAperteFactory_daFileExcel(),
+            ProcedureOf(Button::Saldi, Saldi()),
+            ImportAllegatiFactory(),
+            ProcedureOf(Button::Disegni, Listini()),
+        },
+    };
+    return origin;
+}
+
+namespace {
+
+/// The list hides bills and open jobs there: they are reached by their names.
+std::vector<Procedure> ProceduresOfSqlServer() {
+    std::vector<Procedure> procedures = Entry().procedures;
+    for (Procedure& procedure : procedures) {
+        const Button button = *procedure.button;
+        if (button == Button::Dis || button == Button::Doc || button == Button::Acq) {
+            procedure.button.reset();
+        }
+    }
+    return procedures;
+}
+
+} // namespace
+
+const Origin& EntryOfSqlServer() {
+    static const Origin origin{
+        "Factory (SqlServer)",
+        Module,
+        {"SQL Server", sourceSettings::Server("FACTORY")},
+        Buttons("YYNNNYYY", {{Button::Doc, "Importa Commesse aperte"},
+                             {Button::Acq, "Importa Commesse aperte XLS"},
+                             {Button::Piano, "Importa Allegati"}}),
+        Shown::Keep,
+        ProceduresOfSqlServer(),
+    };
+    return origin;
+}
+
+} // namespace modImport_Factory
