@@ -184,7 +184,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Factory",
         Module,
-        {"Access", sourceSettings::ChosenAccessFile("FACTORY")},
+        {.kind = "Access", .prepare = sourceSettings::ChosenAccessFile("FACTORY"), .names = Naming::OurReading},
         Buttons("YYYYYYY-", {{Button::Cli, "Importa Controlli"},
                              {Button::Doc, "Importa Commesse aperte"},
                              {Button::Acq, "Importa Commesse aperte XLS"},
@@ -224,7 +224,7 @@ const Origin& EntryOfSqlServer() {
     static const Origin origin{
         "Factory (SqlServer)",
         Module,
-        {"SQL Server", sourceSettings::Server("FACTORY")},
+        {.kind = "SQL Server", .prepare = sourceSettings::Server("FACTORY"), .names = Naming::OurReading},
         Buttons("YYNNNYYY", {{Button::Doc, "Importa Commesse aperte"},
                              {Button::Acq, "Importa Commesse aperte XLS"},
                              {Button::Piano, "Importa Allegati"}}),
