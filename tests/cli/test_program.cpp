@@ -251,7 +251,7 @@ private slots:
         QCOMPARE(questions.size(), 1);
         QVERIFY(questions[0].toObject()["question"].toString().startsWith("Vuoi riportare"));
         QCOMPARE(arca["built"].toBool(), true);
-        QCOMPARE(origins[7].toObject()["built"].toBool(), false);
+        QCOMPARE(origins[5].toObject()["built"].toBool(), false);
         QVERIFY(m_cli->Run({"origins"}).output.contains("(non disponibile in questa versione)"));
     }
 

@@ -24,8 +24,6 @@ private slots:
     void RefusedLines();
     void AccountThatDemandsIt_data() { MariaDbServer::Ways(); }
     void AccountThatDemandsIt();
-    void ServerThatDemandsIt_data() { MariaDbServer::Ways(); }
-    void ServerThatDemandsIt();
     void NothingIsWritten_data();
     void NothingIsWritten();
     void LongResultsOfASource_data() { MariaDbServer::Ways(); }
@@ -123,20 +121,6 @@ void TestMariaDbLines::AccountThatDemandsIt() {
     connection.Encrypted = Encryption::On;
     connection.OpenConnection();
     QVERIFY(!CipherOf(connection).isEmpty());
-}
-
-void TestMariaDbLines::ServerThatDemandsIt() {
-    QFETCH(QString, way);
-    const auto own = m_server.Open();
-    own->Execute("SET GLOBAL require_secure_transport = ON");
-    const auto restore = qScopeGuard([&] { own->Execute("SET GLOBAL require_secure_transport = OFF"); });
-    const auto connection = Asking(way, Encryption::DriversOwn, {});
-    const auto error = ErrorOf<SqlError>([&] { connection->OpenConnection(); });
-    QVERIFY(error);
-    QVERIFY2(error->Message().contains("cifrat") && error->Message().contains("Encryption=1"),
-             qPrintable(error->Message()));
-    connection->Encrypted = Encryption::On;
-    connection->OpenConnection();
 }
 
 void TestMariaDbLines::NothingIsWritten_data() {

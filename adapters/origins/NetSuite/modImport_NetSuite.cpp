@@ -112,6 +112,7 @@ Counterparties ContropartiClienti() {
         .name = "RASCL, RASC2",
         .vatNumber = "PARIV",
         .taxCode = "CDFIS",
+        .sameAs = {"CDFCL", NotZeroCode(LookedUp("CON_TRO", "COFGE", "CDCON"))},
         .lines =
             {
                 {"CORAS", "RASCL", First(35)},
