@@ -250,7 +250,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniAlbalog"},
         .source = {.table = ListiniTable,
                    .key = "codlis",
-                   .order = "codlis, codart, datini",
+                   .order = "codlis, codart, datini, qtalis",
                    .naming = "codlis, codart"},
         .article = {"codart", Article()},
         .prices = {{

@@ -209,7 +209,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniCometa"},
         .source = {.table = Righe,
                    .key = "LRLIST",
-                   .order = "LRLIST, LRARTI, LRDINI",
+                   .order = "LRLIST, LRARTI, LRDINI, LRQTAX",
                    .naming = "LRLIST, LRARTI",
                    .joins = {{.table = Testate,
                               .on = {{"LTCODI", "LRLIST"}},

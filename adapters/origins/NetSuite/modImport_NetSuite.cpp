@@ -76,18 +76,18 @@ Rule Noted() {
             }};
 }
 
-/// The counterparty that a supplier is as a customer: his own file names that one, or that one's file him.
-Rule SameParty() {
-    const Rule named = NotZeroCode(KnownCustomer());
-    const Rule naming =
-        OfFirst(Fornitori, {.table = Clienti, .on = {{"CDFCL", "CDFOR"}}, .order = "CDCLI"}, "CDCLI", KnownCustomer());
-    return {QStringLiteral("customer of the first column; else ") + naming.text,
-            [named = named.apply, naming = naming.apply](const RuleInput& input) {
-                const QStringList customer{input.columns.first()};
-                const RuleValue found = named({input.session, input.row, customer, input.facts});
-                return found ? found : naming(input);
+/// The counterparty that is of the other kind as well: the first column names that one, or that one's file the party.
+/// @param naming the rows that do, by their column `code` @param known the counterparty of such a code
+Rule SameParty(const QString& table, const ChildTable& naming, const QString& code, const Rule& known) {
+    const Rule named = NotZeroCode(known);
+    const Rule other = OfFirst(table, naming, code, known);
+    return {QStringLiteral("%1, of the first column; else %2").arg(known.text, other.text),
+            [named = named.apply, other = other.apply](const RuleInput& input) {
+                const QStringList own{input.columns.first()};
+                const RuleValue found = named({input.session, input.row, own, input.facts});
+                return found ? found : other(input);
             },
-            Side::Both, naming.reads};
+            Side::Both, other.reads};
 }
 
 /// Rows of a file that some installations have, of the customer under way.
@@ -112,7 +112,9 @@ Counterparties ContropartiClienti() {
         .name = "RASCL, RASC2",
         .vatNumber = "PARIV",
         .taxCode = "CDFIS",
-        .sameAs = {"CDFCL", NotZeroCode(LookedUp("CON_TRO", "COFGE", "CDCON"))},
+        .sameAs = {"CDFCL, CDCLI",
+                   SameParty(Clienti, {.table = Fornitori, .on = {{"CDCLF", "CDCLI"}}, .order = "CDFOR"}, "CDFOR",
+                             LookedUp("CON_TRO", "COFGE", "CDCON"))},
         .lines =
             {
                 {"CORAS", "RASCL", First(35)},
@@ -158,7 +160,9 @@ Counterparties ContropartiFornitori() {
         .name = "RASFO, RASF2",
         .vatNumber = "PARIV",
         .taxCode = "CDFIS",
-        .sameAs = {"CDCLF, CDFOR", SameParty()},
+        .sameAs = {"CDCLF, CDFOR",
+                   SameParty(Fornitori, {.table = Clienti, .on = {{"CDFCL", "CDFOR"}}, .order = "CDCLI"}, "CDCLI",
+                             KnownCustomer())},
         .lines =
             {
                 {"CORAS", "RASFO", First(35)},
