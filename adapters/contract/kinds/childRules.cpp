@@ -8,11 +8,11 @@ namespace {
 
 /// What the rows need, and columns of theirs that the rule can do without.
 std::vector<TableNeed> ReadsOf(const QString& parent, const ChildTable& rows, const QStringList& columns) {
-    if (rows.isOptional) {
-        return {};
-    }
     std::vector<TableNeed> reads = rows.OwnNeeds(parent).reads;
-    reads.push_back({rows.table.isEmpty() ? parent : rows.table, {}, columns});
+    reads.push_back({.table = rows.table.isEmpty() ? parent : rows.table,
+                     .columns = {},
+                     .optional = columns,
+                     .mayLack = rows.isOptional});
     return reads;
 }
 
