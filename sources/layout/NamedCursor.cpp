@@ -72,8 +72,8 @@ private:
     LayoutTable::Names m_result;
 };
 
-/// The columns get their names behind the first step: a statement that is used again knows them only then, when they have
-/// changed since.
+/// The columns get their names behind the first step: a statement that is used again knows them only then, when they
+/// have changed since.
 class RenamedCursor final : public Cursor {
 public:
     RenamedCursor(std::unique_ptr<Cursor> cursor, std::shared_ptr<const QueryPlan> plan, Engine& engine)

@@ -26,8 +26,8 @@ QString ChangedTable(const QString& statement, const QStringList& words) {
 
 /// Whether a column holds what follows from the order in which rows were written: a key, a link, a number.
 bool FollowsFromOrder(const schema::Column& column) {
-    static const QSet<QString> keys{"RECORD_ID", "TBKEY", "LNKEY", "ATKEY", "FLKEY", "CDCON", "CDBAN",
-                                    "CDLIS",     "MMNUM", "MRNUM", "DTMDF", "USMDF"};
+    static const QSet<QString> keys{"RECORD_ID", "TBKEY", "LNKEY", "ATKEY", "FLKEY", "CDCON",
+                                    "CDBAN",     "CDLIS", "MMNUM", "MRNUM", "DTMDF", "USMDF"};
     const bool isLink = column.type == DataType::Long && column.indexed;
     return keys.contains(column.name) || isLink || column.refersTo == "CON_TRO";
 }

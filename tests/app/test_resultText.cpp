@@ -34,18 +34,17 @@ private slots:
         result.seconds = 12.34;
         const QString account =
             "Righe dell'origine 12.345: inserite 10.000, aggiornate 12, saltate 3, abbandonate 3, non raggiunte 2.327";
-        QCOMPARE(
-            ResultLines(result, 1),
-            QStringList({"Controparti da Arca 2000: interrotta dall'operatore dopo 12,3 s",
-                         "Tabella X01_CON_TRO: 6.452 righe eliminate prima di importare",
-                         "Tabella X01_IND_WEB: 1 riga eliminata prima di importare",
-                         "Tabella X01_NUM_TEL: svuotata prima di importare", account, "Ricerche non riuscite: 2",
-                         "Tabella CON_TRO: scritte 10.003, aggiornate 12",
-                         "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
-                         "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",
-                         "Righe saltate, per motivo (1):", "  documento già importato: 3",
-                         "Annotazioni nel log, per tipo (2):", "  ARTICOLO NON TROVATO (2): codice 'C3': 'AB', ...",
-                         "  ... e altre 1", "Codici senza traduzione (1):", "  anagrafe.pag = ZZ"}));
+        QCOMPARE(ResultLines(result, 1),
+                 QStringList(
+                     {"Controparti da Arca 2000: interrotta dall'operatore dopo 12,3 s",
+                      "Tabella X01_CON_TRO: 6.452 righe eliminate prima di importare",
+                      "Tabella X01_IND_WEB: 1 riga eliminata prima di importare",
+                      "Tabella X01_NUM_TEL: svuotata prima di importare", account, "Ricerche non riuscite: 2",
+                      "Tabella CON_TRO: scritte 10.003, aggiornate 12", "Tabella NUM_TEL: scritte 20.000, aggiornate 0",
+                      "Righe abbandonate (3):", "  codice 'C1': data impossibile", "  ... e altre 2",
+                      "Righe saltate, per motivo (1):", "  documento già importato: 3",
+                      "Annotazioni nel log, per tipo (2):", "  ARTICOLO NON TROVATO (2): codice 'C3': 'AB', ...",
+                      "  ... e altre 1", "Codici senza traduzione (1):", "  anagrafe.pag = ZZ"}));
     }
 
     void OneRunEndsAsItEnded_data() {
