@@ -96,6 +96,10 @@ RowOutcome ImportTube(ImportRun& run, const SourceRow& row) {
     if (!row.IsBlank("PROFILO") && LookUp(session, "TAB_PRF", "PREXT", row.Text("PROFILO"), "CDPRF").isEmpty()) {
         WriteByCode(run, ProfileMapping(), row, {});
     }
+    const QString material = row.Text("MATERIALE");
+    if (!material.isEmpty() && LookUp(session, "TAB_MAT", "MAEXT", material, "CDMAT").isEmpty()) {
+        run.Log(QStringLiteral("MATERIALE NON TROVATO: %1: '%2'").arg(run.RowKey(), material));
+    }
     const bool isThere = IsThere(session, "ART_ICO", "CDART", article);
     const ArticleWriter writer(run);
     const RowOutcome outcome = writer.Write(TubeMapping(), row, {article}, [isThere](TargetRow& target) {
