@@ -1,6 +1,6 @@
 #include "app/check.h"
 
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/contract/write/Cam.h"
 #include "app/connectSource.h"
 

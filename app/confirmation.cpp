@@ -1,6 +1,6 @@
 #include "app/confirmation.h"
 
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/sourceSettings.h"
 #include "app/procedureTitle.h"
 #include "sql/mod_ovTools.h"

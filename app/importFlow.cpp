@@ -1,6 +1,6 @@
 #include "app/importFlow.h"
 
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "app/CompanyLock.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"

@@ -1,6 +1,6 @@
 #include "app/inspect.h"
 
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"

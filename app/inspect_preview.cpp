@@ -1,7 +1,7 @@
 #include "app/inspect_preview.h"
 
 #include "adapters/contract/run/ImportRun.h"
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"

@@ -23,14 +23,12 @@ Ods::Ods(Package package)
     RefusePassword();
     const auto content = m_package.Open(OdsContent);
     QXmlStreamReader xml(content.get());
+    while (NextOdsSheet(xml)) {
+        m_sheets.append(xml.attributes().value(xml.namespaceUri().toString(), QStringLiteral("name")).toString());
+        xml.skipCurrentElement();
+    }
     while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement) {
-            continue;
-        }
-        if (xml.name() == u"table") {
-            m_sheets.append(xml.attributes().value(xml.namespaceUri().toString(), QStringLiteral("name")).toString());
-            xml.skipCurrentElement();
-        }
+        xml.readNext();
     }
     CheckXml(xml, *content, OdsContent);
 }

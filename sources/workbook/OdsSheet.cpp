@@ -40,20 +40,24 @@ QString TimeText(const QString& duration) {
 
 } // namespace
 
+bool NextOdsSheet(QXmlStreamReader& xml) {
+    while (xml.readNextStartElement()) {
+        const QStringView name = xml.name();
+        if (name == u"table") {
+            return true;
+        }
+        const bool isAround = name == u"document-content" || name == u"body" || name == u"spreadsheet";
+        if (!isAround) { // a link to another document keeps a table of that one
+            xml.skipCurrentElement();
+        }
+    }
+    return false;
+}
+
 OdsSheet::OdsSheet(std::unique_ptr<PackedFile> content, int sheet)
     : m_content(std::move(content)),
       m_xml(m_content.get()) {
-    GoTo(sheet);
-}
-
-void OdsSheet::GoTo(int sheet) {
-    for (int at = -1; !m_xml.atEnd();) {
-        if (m_xml.readNext() != QXmlStreamReader::StartElement || m_xml.name() != u"table") {
-            continue;
-        }
-        if (++at == sheet) {
-            return;
-        }
+    for (int at = 0; NextOdsSheet(m_xml) && at < sheet; ++at) {
         m_xml.skipCurrentElement();
     }
 }

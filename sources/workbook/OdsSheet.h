@@ -10,6 +10,9 @@ namespace sources {
 /// The part of the package of an `Ods` that holds its sheets.
 inline const QString OdsContent = QStringLiteral("content.xml");
 
+/// Steps to the next sheet of the content, of those that stand in the spreadsheet itself; false behind the last one.
+bool NextOdsSheet(QXmlStreamReader& xml);
+
 /// The rows of a sheet of an `Ods`. Rows and cells that are equal stand in it once, with how often they follow.
 class OdsSheet final : public SheetReader {
 public:
@@ -20,7 +23,6 @@ public:
     const QStringList& Merged() const override { return m_merged; }
 
 private:
-    void GoTo(int sheet);
     void ReadRow(SheetRow& row);
     void ReadCell(SheetRow& row);
     void TakeValue(SheetCell& cell, const QXmlStreamAttributes& attributes, const QString& shown);

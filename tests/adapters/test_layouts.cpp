@@ -1,4 +1,4 @@
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "tests/adapters/Fixture.h"
 #include "tests/support/embedded.h"

@@ -1,4 +1,4 @@
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/registry.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"

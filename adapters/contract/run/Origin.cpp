@@ -1,7 +1,5 @@
 #include "adapters/contract/run/Origin.h"
 
-#include "adapters/contract/run/otherSource.h"
-
 #include <algorithm>
 
 namespace contract {
@@ -30,6 +28,24 @@ ButtonRows Buttons(const char* marks, const std::vector<Caption>& captions) {
         rows[static_cast<size_t>(caption.button)].caption = QString::fromUtf8(caption.text);
     }
     return rows;
+}
+
+Procedure OverSourceOf(const Origin& other, Procedure procedure) {
+    procedure.readsOf = &other;
+    return procedure;
+}
+
+const Origin* SourceOf(const Origin& origin, const Procedure& procedure) {
+    if (!procedure.opensSource) {
+        return nullptr;
+    }
+    return procedure.readsOf == nullptr ? &origin : procedure.readsOf;
+}
+
+const Origin* FirstSourceOf(const Origin& origin, const std::vector<const Procedure*>& procedures) {
+    const auto first = std::find_if(procedures.begin(), procedures.end(),
+                                    [&](const Procedure* each) { return SourceOf(origin, *each) != nullptr; });
+    return first == procedures.end() ? nullptr : SourceOf(origin, **first);
 }
 
 std::vector<AnswerNeed> AnswersNeeded(const Origin& origin, const std::vector<const Procedure*>& procedures) {

@@ -49,6 +49,8 @@ struct AnswerNeed {
     AnswerKind kind = AnswerKind::YesNo;
 };
 
+struct Origin;
+
 /// An import procedure, reached by module and name.
 struct Procedure {
     std::optional<Button> button; ///< none: no button calls it, it is reached by its name alone
@@ -64,6 +66,8 @@ struct Procedure {
     bool opensSource = true;   ///< whether the origin's source is opened for it
     bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
     QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
+    /// The origin whose source it reads, opened with that one's settings and layout; null: its own origin's.
+    const Origin* readsOf = nullptr;
 };
 
 /// How a source that keeps several companies in one database tells them apart.
@@ -146,6 +150,13 @@ struct Origin {
     /// is the default button); false for "Resettare prima di importare?".
     bool deletesAllCounterparties = false;
 };
+
+/// A procedure that reads the source of another origin. @param other must live as long as the procedure
+Procedure OverSourceOf(const Origin& other, Procedure procedure);
+/// The origin whose source is opened for a procedure of an origin, or for the first of several that reads one; null: no
+/// source is.
+const Origin* SourceOf(const Origin& origin, const Procedure& procedure);
+const Origin* FirstSourceOf(const Origin& origin, const std::vector<const Procedure*>& procedures);
 
 /// What is asked behind the confirmation and the question about the reset, in the order in which it is asked: by the
 /// opening of the origin's source, where a procedure opens it, and by each procedure. Who cannot ask knows from it

@@ -1,6 +1,6 @@
 #include "adapters/contract/run/SourceLayout.h"
 
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 
 #include "adapters/contract/map/ruleNames.h"
 #include "core/nearNames.h"

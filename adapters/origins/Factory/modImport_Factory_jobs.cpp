@@ -3,7 +3,7 @@
 // A job of the workbook is the one of the database that has its number and year.
 
 #include "adapters/contract/kinds/Documents.h"
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/origins/Factory/modImport_Factory.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"

@@ -214,7 +214,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Solution",
         Module,
-        {"SQL Server", ConnectSolution},
+        {.kind = "SQL Server", .prepare = ConnectSolution, .names = Naming::OurReading},
         Buttons("YYNYNN--"),
         Shown::Keep,
         {ImportContropartiSolution(), ProcedureOf(Button::Art, Articoli()), ImportDocumentiSolution()},

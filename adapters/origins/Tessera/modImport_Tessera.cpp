@@ -11,7 +11,7 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/Counterparties.h"
-#include "adapters/contract/run/otherSource.h"
+#include "adapters/contract/run/Origin.h"
 #include "adapters/origins/Solution/modImport_Solution.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
