@@ -7,6 +7,10 @@ namespace confirmation {
 
 /// "Azienda: X04 Rossi & Figli", the company under work.
 QString CompanyLine(Session& session);
+/// Where the procedures read: the source that is open, else what the settings say of it, without a password; empty for
+/// procedures without one.
+QString SourceText(Session& session, const contract::Origin& origin,
+                   const std::vector<const contract::Procedure*>& procedures);
 /// Company, origin, what the procedures do, and the source: that which is open, else what the settings say of it. A
 /// password is never shown.
 QString RunDetails(Session& session, const contract::Origin& origin,

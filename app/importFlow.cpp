@@ -4,6 +4,7 @@
 #include "app/CompanyLock.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
+#include "app/history/Recorder.h"
 #include "app/mergeButton.h"
 #include "app/procedureTitle.h"
 #include "app/RunLog.h"
@@ -138,14 +139,17 @@ FlowOutcome Open(Session& session, const Origin* source, const Origin*& open) {
 /// @param open the origin whose source is open; null: none is
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
                           const std::vector<const Procedure*>& procedures, const Origin* open) {
-    const bool asks =
-        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->asksReset; });
+    const bool asks = request.only == nullptr && std::any_of(procedures.begin(), procedures.end(),
+                                                             [](const auto* each) { return each->asksReset; });
     const Answer reset = asks ? AskReset(session, request, procedures) : Answer::No;
     if (reset == Answer::GivenUp) {
         return FlowOutcome::Declined;
     }
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
+        if (request.only != nullptr && !request.only->Wants(procedure->name)) {
+            continue;
+        }
         const FlowOutcome source = Open(session, SourceOf(*request.choice.origin, *procedure), open);
         if (source != FlowOutcome::Done) {
             return source;
@@ -181,17 +185,51 @@ QString WorkOf(const Origin& origin, const std::vector<const Procedure*>& proced
     return QStringLiteral("importazione: ") + titles.join(QStringLiteral(", "));
 }
 
+/// The rows that a press is limited to, while it runs.
+class Limited {
+public:
+    Limited(Session& session, RowSelection* rows)
+        : m_session(session) {
+        m_session.Selection = rows;
+    }
+    ~Limited() { m_session.Selection = nullptr; }
+    Limited(const Limited&) = delete;
+    Limited& operator=(const Limited&) = delete;
+
+private:
+    Session& m_session;
+};
+
+/// What the history keeps of a press beside what its procedures do.
+history::RunFacts FactsOf(Session& session, const ImportRequest& request,
+                          const std::vector<const Procedure*>& procedures, const QString& work) {
+    const Origin& origin = *request.choice.origin;
+    history::RunFacts facts{origin.name, request.procedure.isEmpty() ? ButtonName(request.button) : request.procedure,
+                            work,        confirmation::SourceText(session, origin, procedures),
+                            {},          request.dryRun};
+    if (!request.singleCode.isEmpty()) {
+        facts.options.append(QStringLiteral("Codice: ") + request.singleCode);
+    }
+    if (request.only != nullptr) {
+        facts.options.append(QStringLiteral("Solo righe di un'esecuzione precedente"));
+    }
+    facts.options.append(QStringLiteral("Errori: ") + ErrorModeName(session.Errors.Action));
+    return facts;
+}
+
 FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
                          const std::vector<const Procedure*>& procedures) {
     const QString work = WorkOf(*request.choice.origin, procedures);
     const CompanyLock lock(session, {session.UserManager.Azienda()}, work);
     const RunLog log(session, work);
+    const Limited limited(session, request.only.get());
     const SourceCloser closer(session);
     const Origin* open = nullptr;
     const FlowOutcome source = Open(session, FirstSourceOf(*request.choice.origin, procedures), open);
     if (source != FlowOutcome::Done) {
         return source;
     }
+    const history::Recorder recorder(session, FactsOf(session, request, procedures, work));
     std::optional<Transaction> trial;
     if (request.dryRun) {
         trial.emplace(session.Quadrix);
@@ -232,6 +270,15 @@ ErrorAction ErrorModeAction(int position) {
     static const QVector<ErrorAction> actions{ErrorAction::Ask, ErrorAction::Ignore, ErrorAction::Retry,
                                               ErrorAction::Abort};
     return actions.value(position, ErrorAction::Ask);
+}
+
+QString ErrorModeName(ErrorAction action) {
+    for (int position = 0; position < ErrorModes().size(); ++position) {
+        if (ErrorModeAction(position) == action) {
+            return ErrorModes().at(position);
+        }
+    }
+    return {};
 }
 
 void TakeCompany(Session& session, const QString& code) {

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "adapters/contract/run/Origin.h"
+#include "adapters/contract/run/RowSelection.h"
 
 /// The four ways of dealing with errors, as the window lists them ("Gestiti dall'utente" first).
 const QStringList& ErrorModes();
 /// What the collector does in the mode at that position of the list; the mapping is not the identity.
 ErrorAction ErrorModeAction(int position);
+
+/// The mode that does that.
+QString ErrorModeName(ErrorAction action);
 
 /// What is chosen in the main window before anything is started.
 struct Choice {
@@ -36,6 +40,9 @@ struct ImportRequest {
     bool confirmed = false;    ///< the confirmation has been given beforehand
     std::optional<bool> reset; ///< answer to the reset question given beforehand
     bool dryRun = false;       ///< what the procedures do to the database is taken back at the end
+    /// The source rows that the procedures are limited to, such as those that an earlier run has given up; null: all.
+    /// Nothing is emptied then.
+    std::shared_ptr<contract::RowSelection> only;
 };
 
 enum class FlowOutcome {

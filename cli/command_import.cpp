@@ -1,3 +1,4 @@
+#include "app/history/rejects.h"
 #include "app/importFlow.h"
 #include "app/resultText.h"
 #include "app/RunLog.h"
@@ -53,11 +54,45 @@ void RequireAnswers(const Context& context, const ImportRequest& request) {
                          .arg(missing.join(QStringLiteral("; "))));
 }
 
-ImportRequest RequestFrom(Context& context) {
+/// The run that is imported again in part, of --rejects-of or --resume; 0 without them.
+qint64 EarlierRun(const QCommandLineParser& options) {
+    const bool resumes = options.isSet("resume");
+    if (options.isSet("mended") && !options.isSet("rejects-of")) {
+        throw UsageError(QStringLiteral("--mended vale con --rejects-of"));
+    }
+    if (!resumes && !options.isSet("rejects-of")) {
+        return 0;
+    }
+    for (const char* option : {"code", "reset", "data", "origin", "company"}) {
+        if (options.isSet(option)) {
+            throw UsageError(QStringLiteral("--%1 non vale con --rejects-of e --resume: dati, origine e azienda sono "
+                                            "quelli dell'esecuzione, e non si svuota nulla")
+                                 .arg(QLatin1String(option)));
+        }
+    }
+    const QString text = options.value(resumes ? "resume" : "rejects-of");
+    const qint64 run = text.toLongLong();
+    if (run <= 0 || (resumes && options.isSet("rejects-of"))) {
+        throw UsageError(QStringLiteral("'%1' non è il numero di un'esecuzione").arg(text));
+    }
+    return run;
+}
+
+/// What of an earlier run is imported again.
+void TakeEarlier(Context& context, qint64 number, ImportRequest& request) {
+    const history::History history(history::FilePath(context.session.Config.ConfigFile()));
+    const history::Run run = history.Load(number);
+    history::Repeat(context.session, run, request);
+    const QStringList mended = context.options.values("mended");
+    request.only = context.options.isSet("resume") ? history::RestOf(run)
+                   : mended.isEmpty()              ? history::RejectsOf(history, number)
+                                                   : history::MendedRejects(history, number, mended);
+    request.reset = false;
+}
+
+void TakeChoice(Context& context, ImportRequest& request) {
     RequireAll(context.options, {"company", "origin", "data"});
-    ImportRequest request;
     request.choice.origin = &OriginFrom(context.options);
-    request.choice.errors = ErrorsFrom(context.options);
     if (const auto* named = ProcedureOf(*request.choice.origin, context.options.value("data"))) {
         request.procedure = named->name;
         if (!named->destroys.isEmpty() && !context.options.isSet("dry-run")) {
@@ -67,9 +102,19 @@ ImportRequest RequestFrom(Context& context) {
         request.button = ButtonFrom(context.options, *request.choice.origin);
     }
     TakeCompanyOption(context, request.choice);
+}
+
+ImportRequest RequestFrom(Context& context) {
+    ImportRequest request;
+    request.choice.errors = ErrorsFrom(context.options);
+    if (const qint64 run = EarlierRun(context.options); run != 0) {
+        TakeEarlier(context, run, request);
+    } else {
+        TakeChoice(context, request);
+    }
     request.singleCode = context.options.value("code");
     request.confirmed = true;
-    request.reset = context.options.isSet("reset");
+    request.reset = request.reset.value_or(context.options.isSet("reset"));
     request.dryRun = context.options.isSet("dry-run");
     RequireAnswers(context, request);
     return request;
@@ -150,6 +195,13 @@ Command ImportCommand() {
              OriginOption(),
              DataOption(),
              {"code", "Importa solo la riga dell'origine con questo codice.", "CODICE"},
+             {"rejects-of", "Importa solo le righe abbandonate dall'esecuzione con questo numero (comando history).",
+              "NUMERO"},
+             {"mended",
+              "Con --rejects-of: file scritto da history --rejects e corretto; si ripete. Solo le righe rimaste nei "
+              "file si importano, con i valori corretti.",
+              "FILE"},
+             {"resume", "Riprende l'esecuzione con questo numero da dove si è interrotta.", "NUMERO"},
              {"reset", "Svuota le tabelle di destinazione prima di importare."},
              {"dry-run", "Prova: alla fine il database torna com'era."},
              {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"},

@@ -5,7 +5,7 @@ namespace cli {
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
         OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(),    ImportCommand(),
-        SequenceCommand(), MergeCommand(),          ResetCommand(),   TruncateCommand(),
+        SequenceCommand(), MergeCommand(),          ResetCommand(),   TruncateCommand(), HistoryCommand(),
     };
     return commands;
 }

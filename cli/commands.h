@@ -10,6 +10,7 @@ Command CreateDatabaseCommand();
 Command ImportCommand();
 Command CheckCommand();
 Command InspectCommand();
+Command HistoryCommand();
 Command MergeCommand();
 Command SequenceCommand();
 Command ResetCommand();

@@ -2,7 +2,7 @@
 
 #include "core/Operator.h"
 #include "core/RowMemory.h"
-#include "core/RunResult.h"
+#include "core/RunObserver.h"
 #include "sql/FileLock.h"
 #include "sql/ovConfig.h"
 #include "sql/ovDialogs.h"
@@ -14,8 +14,9 @@
 #include <optional>
 
 namespace contract {
+class RowSelection;
 class SourceLayout;
-}
+} // namespace contract
 
 /// Look-ups that failed in the procedure under way.
 struct LookUpFailures {
@@ -114,6 +115,12 @@ public:
     LookUpFailures FailedLookUps;
     RowMemory Memory;                ///< of the source rows that are not committed yet
     std::vector<HeldLine> HeldLines; ///< their lines of the log, which are written with the commit
+    /// What is told of them to the observer, with the commit.
+    std::vector<std::function<void(RunObserver&)>> HeldTales;
+    /// Keeps what the procedures do; null: nobody does.
+    RunObserver* Observer = nullptr;
+    /// The source rows that the procedures are limited to, such as those given up earlier; null: they take all.
+    contract::RowSelection* Selection = nullptr;
     /// One entry per procedure that ran, oldest first.
     QVector<RunResult> Results;
 };

@@ -74,6 +74,9 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
 }
 
 void WriteHeldLines(Session& session) {
+    for (const auto& tale : std::exchange(session.HeldTales, {})) {
+        tale(*session.Observer);
+    }
     QString lines;
     for (const HeldLine& held : std::exchange(session.HeldLines, {})) {
         lines += held.line;
@@ -86,8 +89,21 @@ void WriteHeldLines(Session& session) {
     }
 }
 
+void Tell(Session& session, std::function<void(RunObserver&)> tale) {
+    if (session.Observer == nullptr) {
+        return;
+    }
+    if (session.Memory.IsOpen()) {
+        session.HeldTales.push_back(std::move(tale));
+        session.Memory.WhenTakenBack([&session] { session.HeldTales.pop_back(); });
+    } else {
+        tale(*session.Observer);
+    }
+}
+
 void LogNote(Session& session, const QString& message) {
     const QString line = VisibleLine(message); // a value must not pass for a line of its own
+    Tell(session, [row = session.Errors.RowKey(), line](RunObserver& observer) { observer.NoteStands(row, line); });
     if (session.Memory.IsOpen()) {
         Hold(session, line, line);
         return;

@@ -70,8 +70,11 @@ void Remember(Session& session, const QString& key, const QString& newCode) {
     session.Translations.insert(key, newCode);
 }
 
-/// Keeps a code that has no translation for the result of the run.
+/// Keeps a code that has no translation for the result of the run, and the row that waits for it.
 void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
+    Tell(session, [row = session.Errors.RowKey(), code = OpenCode{table, field, oldCode}](RunObserver& observer) {
+        observer.CodeIsOpen(row, code);
+    });
     const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;
     if (session.Untranslated.Add(text)) {
         session.Memory.WhenTakenBack([&session, text] { session.Untranslated.TakeBack(text); });
@@ -100,6 +103,9 @@ QString Translate(Session& session, const QString& table, const QString& field, 
     const QString key = MemoryKey(table, field, oldCode);
     const auto known = session.Translations.constFind(key);
     if (known != session.Translations.constEnd()) {
+        if (known->isEmpty()) {
+            NoteUntranslated(session, table, field, oldCode);
+        }
         return *known;
     }
     const auto found = Find(session, table, field, oldCode);

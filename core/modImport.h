@@ -47,9 +47,14 @@ bool IsWarehouseDestination(int family, int docTypeIndex);
 /// @return true; raises `ImportError` naming the file when it cannot be written
 bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName = {});
 
-/// Writes the lines of rows that are committed now, in one go, and notes them for the result of the run. Until then
-/// `WriteImportLog` and `LogNote` hold what goes to the default log. Raises `ImportError` naming the file.
+/// Writes the lines of rows that are committed now, in one go, and notes them for the result of the run; the observer
+/// is told of the rows. Until then `WriteImportLog` and `LogNote` hold what goes to the default log. Raises
+/// `ImportError` naming the file.
 void WriteHeldLines(Session& session);
+
+/// Tells the observer of the run, where there is one, what the row under way does: with its commit, outside a row at
+/// once.
+void Tell(Session& session, std::function<void(RunObserver&)> tale);
 
 /// Appends what there is to tell about the row under way to the default log, as one line, and notes it for the
 /// result of the run.

@@ -9,7 +9,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools libmariadb-dev
     mariadb-server openssl unixodbc-dev odbcinst odbc-mariadb libsqliteodbc tdsodbc
-    libsqlite3-dev sqlite3 libcsv-dev mdbtools-dev libzip-dev python3-sqlglot libgl1-mesa-dev
+    libsqlite3-dev sqlite3 libcsv-dev mdbtools-dev libzip-dev libxlsxwriter-dev python3-sqlglot libgl1-mesa-dev
     libqt6svg6 qt6-translations-l10n fonts-dejavu-core
 )
 

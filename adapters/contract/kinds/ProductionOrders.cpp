@@ -45,10 +45,6 @@ private:
     QList<qint64> m_known;
 };
 
-void Delete(ImportRun& run, const QString& table, const QString& condition) {
-    run.GetSession().Quadrix.Execute("DELETE " + run.FullName(table) + " WHERE " + condition);
-}
-
 } // namespace
 
 ProductionOrderWriter::ProductionOrderWriter(ProductionOrders declared)
@@ -79,9 +75,9 @@ void ProductionOrderWriter::Write(ImportRun& run, const SourceRow& row, qint64 d
         WriteChildren(run, order, id, m_declared.phases.rows, m_phase, PhaseOwner);
     });
     for (const qint64 rest : known.Rest()) {
-        Delete(run, Parts, Equals(PartOwner, rest));
-        Delete(run, Phases, Equals(PhaseOwner, rest));
-        Delete(run, Orders, Equals("RECORD_ID", rest));
+        run.DeleteRows(Parts, Equals(PartOwner, rest));
+        run.DeleteRows(Phases, Equals(PhaseOwner, rest));
+        run.DeleteRows(Orders, Equals("RECORD_ID", rest));
     }
 }
 
@@ -95,7 +91,7 @@ void ProductionOrderWriter::WriteChildren(ImportRun& run, const SourceRow& order
         known.Write(target);
     });
     for (const qint64 rest : known.Rest()) {
-        Delete(run, mapping.targetTable, Equals("RECORD_ID", rest));
+        run.DeleteRows(mapping.targetTable, Equals("RECORD_ID", rest));
     }
 }
 

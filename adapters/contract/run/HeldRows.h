@@ -18,6 +18,7 @@ public:
         m_shown = Recordset(std::move(cursor), source.Query());
     }
 
+    const QStringList& Columns() const { return m_cursor->Columns(); }
     /// The values of the row that a recordset of the same columns stands on; one that its source cannot read is kept as
     /// the error, which is raised when it is asked for. Raises `SqlError`.
     Row Take(const Recordset& source) const {

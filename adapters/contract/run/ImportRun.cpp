@@ -1,6 +1,7 @@
 #include "adapters/contract/run/ImportRun.h"
 
 #include "adapters/contract/run/RowLoop.h"
+#include "adapters/contract/run/RowSelection.h"
 #include "adapters/contract/run/SourceMemory.h"
 #include "core/lineSettings.h"
 #include "core/runEnding.h"
@@ -24,6 +25,9 @@ ImportRun::ImportRun(Session& session, const QString& module, const QString& pro
     m_session.Notes = {};
     m_session.Untranslated.Begin();
     m_session.FailedLookUps = {};
+    if (m_session.Observer != nullptr) {
+        m_session.Observer->ProcedureBegins(module, procedure);
+    }
 }
 
 void ImportRun::Guard(const std::function<void()>& body) {
@@ -79,6 +83,7 @@ void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
 
 void ImportRun::Finish() {
     CommitAccount();
+    TellNotMet();
     m_account.Result.notReached =
         std::max<qint64>(0, m_account.Result.sourceRows - m_account.Result.inserted - m_account.Result.updated -
                                 m_account.Result.skipped - m_account.Result.givenUpCount);
@@ -94,6 +99,23 @@ void ImportRun::Finish() {
     LogEnding();
     m_account.Result.errors += failed.messages; // these stand in the log, each with its row
     m_session.Results.append(m_account.Result);
+    if (m_session.Observer != nullptr) {
+        m_session.Observer->ProcedureEnds(m_account.Result);
+    }
+}
+
+/// Rows that the run was limited to and the source did not have.
+void ImportRun::TellNotMet() {
+    if (m_session.Selection == nullptr || m_failed || m_account.Result.outcome != RunResult::Outcome::Done) {
+        return;
+    }
+    try {
+        for (const QString& row : m_session.Selection->NotMet(m_account.Result.procedure)) {
+            Log(QStringLiteral("RIGA CHE LA FONTE NON HA PIÙ: ") + row);
+        }
+    } catch (Error&) {
+        m_session.Errors.Monitoring(m_account.Result.module, m_account.Result.procedure);
+    }
 }
 
 /// Without it nothing but the box, once it is closed, would tell how a run ended.
@@ -210,6 +232,34 @@ void ImportRun::CommitAccount() {
 void ImportRun::Inserted(const QString& table) {
     m_account.Inserted(table);
     m_lastIds[table] = m_session.Quadrix.LastInsertId();
+}
+
+void ImportRun::TellChange(const TargetChange& change) {
+    modImport::Tell(m_session, [change](RunObserver& observer) { observer.TargetChanges(change); });
+}
+
+void ImportRun::KeepImages(TargetChange change, const QString& where) {
+    static const QString id = QStringLiteral("RECORD_ID");
+    const QString wanted = change.columns.isEmpty() ? QStringLiteral("*")
+                                                    : QString(id + u", " + change.columns.join(QStringLiteral(", ")));
+    Recordset rows =
+        m_session.Quadrix.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 %3").arg(wanted, change.table, where));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        change.before.clear();
+        for (const QString& column : rows.Columns()) {
+            change.before.insert(column, rows.Value(column));
+        }
+        change.id = change.before.take(id).toLongLong();
+        TellChange(change);
+    }
+}
+
+qint64 ImportRun::DeleteRows(const QString& table, const QString& condition) {
+    const QString where = QStringLiteral("WHERE ") + condition;
+    if (KeepsImages()) {
+        KeepImages({TargetChange::Kind::Deleted, FullName(table), 0}, where);
+    }
+    return m_session.Quadrix.Execute(QStringLiteral("DELETE FROM %1 %2").arg(FullName(table), where));
 }
 
 void ImportRun::Complete(const QString& message) {

@@ -81,6 +81,10 @@ public:
     /// statement that is left to be run by hand, and the run counts as failed.
     void SwitchTriggersOn(const QString& table) noexcept;
 
+    /// Deletes the rows of a table (bare name) that a condition names (without WHERE), for rows that are written anew;
+    /// returns how many. Unlike `Delete` it is part of the row under way.
+    qint64 DeleteRows(const QString& table, const QString& condition);
+
     /// Appends a line about the row under way to the import log; it also stands in the result.
     void Log(const QString& message);
     /// A text as an SQL literal of the target.
@@ -123,6 +127,13 @@ public:
     /// Called by `TargetRow`: counts a row that was written for the source row under way.
     void Inserted(const QString& table);
     void Updated(const QString& table) { m_account.Updated(table); }
+    /// Whether somebody keeps what rows were before they are written, and what was written.
+    bool KeepsImages() const { return m_session.Observer != nullptr && m_session.Observer->KeepsImages(); }
+    /// Tells of a row that was written.
+    void TellChange(const TargetChange& change);
+    /// Tells of the rows of a condition (with its WHERE), which are about to be written, with what they are now.
+    /// @param change what is told of all of them: its columns are those that are kept, none for all
+    void KeepImages(TargetChange change, const QString& where);
 
 private:
     friend class RowLoop;
@@ -133,6 +144,7 @@ private:
     void LogLines();
     void LogOrReport(const QString& message);
     void TellEmptied(const QString& table, qint64 rows, const QString& line);
+    void TellNotMet();
     void LogEnding();
     void Finish();
 
@@ -145,7 +157,8 @@ private:
     std::function<void()> m_beforeCompletion;
     QString m_rule; ///< that leaves the row under way out
     QHash<QString, qint64> m_lastIds;
-    double m_start; ///< seconds on the operator's clock
+    int m_loops = 0; ///< begun so far
+    double m_start;  ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -2,6 +2,9 @@
 
 #include "core/modImport.h"
 #include "core/modMain.h"
+#include "sql/mod_ovTools.h"
+
+#include <limits>
 
 namespace contract {
 
@@ -66,7 +69,9 @@ bool RowLoop::Run() {
         m_progress->SetMax(0);
         m_progress->SetStep(m_loop.step);
     }
+    m_loopNumber = m_run.m_loops++;
     CountRows();
+    FindPlace();
     try {
         Read();
         Commit();
@@ -92,7 +97,7 @@ bool RowLoop::Run() {
 void RowLoop::CountRows() {
     const auto reads = Cancellable();
     m_count = Database().ExecuteCommand(m_loop.count);
-    m_run.m_account.Result.sourceRows += m_count;
+    m_run.m_account.Result.sourceRows += IsSelective() ? 0 : m_count;
     m_run.CommitAccount();
     if (m_progress != nullptr) {
         m_progress->SetMax(static_cast<float>(m_count));
@@ -116,27 +121,117 @@ void RowLoop::Read() {
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString value = GroupText(current, m_loop.group);
         if (!m_unit.rows.empty() && value != m_unit.value) {
-            Do(std::exchange(m_unit, {}));
+            Take(std::exchange(m_unit, {}));
         }
         if (m_unit.rows.empty() && IsCancelled()) {
             m_run.m_account.Result.outcome = RunResult::Outcome::Cancelled;
             return;
         }
         m_unit.value = value;
-        m_unit.keys.append(NameOf(current, m_loop.table, m_loop.keyColumn));
-        m_unit.rows.push_back(m_held->Take(rows));
-        if (++m_read > m_count) {
-            ++m_run.m_account.Result.sourceRows; // the source has grown since the count
-        }
+        Add(current, rows);
         if (m_loop.group.isEmpty()) {
-            Do(std::exchange(m_unit, {}));
+            Take(std::exchange(m_unit, {}));
         }
         if (m_progress != nullptr) { // at most half a second ahead of the commit; the window lives on between rows
             m_progress->SetValue(static_cast<float>(m_read));
         }
     }
     if (!m_unit.rows.empty()) {
-        Do(std::exchange(m_unit, {}));
+        Take(std::exchange(m_unit, {}));
+    }
+}
+
+/// Adds the row that the source stands on to those that belong together.
+void RowLoop::Add(const SourceRow& current, const Recordset& rows) {
+    m_unit.keys.append(NameOf(current, m_loop.table, m_loop.keyColumn));
+    m_unit.rows.push_back(m_held->Take(rows));
+    m_unit.end = ++m_read;
+    if (m_read > m_count && !IsSelective()) {
+        ++m_run.m_account.Result.sourceRows; // the source has grown since the count
+    }
+}
+
+/// Whether the run is limited to certain rows: then these alone are counted.
+bool RowLoop::IsSelective() const {
+    return m_session.Selection != nullptr && m_session.Selection->Limits(m_run.m_account.Result.procedure);
+}
+
+/// How many of its rows an earlier run has done.
+void RowLoop::FindPlace() {
+    const auto reached = m_session.Selection == nullptr
+                             ? std::nullopt
+                             : m_session.Selection->ReachedBy(m_run.m_account.Result.procedure);
+    if (!reached || m_loopNumber > reached->loop) {
+        return;
+    }
+    m_before = m_loopNumber < reached->loop ? std::numeric_limits<qint64>::max() : reached->rows;
+    m_lastBefore = m_loopNumber < reached->loop ? QString() : reached->last;
+}
+
+/// Rows that belong together have been read.
+void RowLoop::Take(Unit unit) {
+    if (IsBehind(unit) && (!IsSelective() || Select(unit))) {
+        Do(unit);
+    }
+}
+
+/// Whether rows are not among those that an earlier run has done; these are left out. Raises `ImportError` where the
+/// last of these is another row than then: the source has other rows, or another order.
+bool RowLoop::IsBehind(const Unit& unit) {
+    const auto rows = static_cast<qint64>(unit.rows.size());
+    if (m_before <= 0) {
+        return true;
+    }
+    m_before -= std::min(m_before, rows);
+    if (m_before == 0 && unit.keys.last() != m_lastBefore) {
+        throw ImportError(
+            QStringLiteral("la fonte è cambiata dopo l'interruzione: al posto di %1 c'è %2; importare da capo")
+                .arg(m_lastBefore, unit.keys.last()));
+    }
+    for (qint64 row = 0; row < rows; ++row) {
+        m_run.m_account.Count(RowOutcome::Skipped, QStringLiteral("già importata prima dell'interruzione"));
+    }
+    m_run.CommitAccount();
+    return false;
+}
+
+/// Whether one of the rows is wanted; what has been mended takes the place of what the source has.
+bool RowLoop::Select(Unit& unit) {
+    const QString& procedure = m_run.m_account.Result.procedure;
+    bool isWanted = false;
+    for (size_t i = 0; i < unit.rows.size(); ++i) {
+        const SourceRow row(m_held->Show(unit.rows[i]));
+        const auto* wanted =
+            m_session.Selection->Find(procedure, {procedure, unit.keys.at(static_cast<qsizetype>(i)), m_loop.table,
+                                                  KeyOf(row, m_loop.keyColumn), NumberOf(row)});
+        if (wanted != nullptr) {
+            isWanted = true;
+            Mend(unit.rows[i], *wanted);
+        }
+    }
+    m_run.m_account.Result.sourceRows += isWanted ? static_cast<qint64>(unit.rows.size()) : 0;
+    return isWanted;
+}
+
+/// A value that the source has changed since is not replaced: it cannot be read, and its row is given up again.
+void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const {
+    const QStringList& columns = m_held->Columns();
+    for (const auto& [name, mended] : wanted.mended.asKeyValueRange()) {
+        const qsizetype column = columns.indexOf(name);
+        if (column < 0) { // told when the file with it was read
+            continue;
+        }
+        QVariant& value = row[column];
+        const QString now =
+            value.metaType() == QMetaType::fromType<ImportError>() ? QString() : mod_ovTools::ToText(value);
+        if (now == mod_ovTools::ToText(mended.was)) {
+            value = mended.now;
+        } else if (now != mod_ovTools::ToText(mended.now)) {
+            value = QVariant::fromValue(
+                ImportError(QStringLiteral("colonna '%1': la fonte ha ora '%2', quando è stata scartata aveva '%3': la "
+                                           "correzione '%4' non si applica")
+                                .arg(name, now, mod_ovTools::ToText(mended.was), mod_ovTools::ToText(mended.now))));
+        }
     }
 }
 
@@ -306,8 +401,11 @@ void RowLoop::GiveUp(const Unit& unit, const QString& reason) {
         m_session.Notes.Add(lines.last());
     }
     const QString culprit = m_key;
-    for (const QString& key : unit.keys) {
-        lines += m_run.m_account.GiveUp(key, key == culprit ? reason : QString("appartiene a " + culprit));
+    for (size_t row = 0; row < unit.rows.size(); ++row) {
+        const QString& key = unit.keys.at(static_cast<qsizetype>(row));
+        const QString why = key == culprit ? reason : QString("appartiene a " + culprit);
+        lines += m_run.m_account.GiveUp(key, why);
+        TellGivenUp(unit, row, why);
     }
     m_run.m_account.DropClasses();
     m_run.CommitAccount();
@@ -320,6 +418,27 @@ void RowLoop::GiveUp(const Unit& unit, const QString& reason) {
         error.AddContext(left.isEmpty() ? what : QString(what + QStringLiteral("; ") + lines.first()));
         throw;
     }
+}
+
+/// Tells the observer of the run what the source has in a row that is given up.
+void RowLoop::TellGivenUp(const Unit& unit, size_t row, const QString& reason) {
+    if (m_session.Observer == nullptr) {
+        return;
+    }
+    HeldRows::Row values = unit.rows[row];
+    const SourceRow shown(m_held->Show(unit.rows[row]));
+    RejectedRow rejected{unit.keys.at(static_cast<qsizetype>(row)),
+                         m_loop.table,
+                         KeyOf(shown, m_loop.keyColumn),
+                         NumberOf(shown),
+                         reason,
+                         m_held->Columns(),
+                         {}};
+    for (QVariant& value : values) {
+        value = value.metaType() == QMetaType::fromType<ImportError>() ? QVariant() : value;
+    }
+    rejected.values = std::move(values);
+    m_session.Observer->RowIsGivenUp(rejected);
 }
 
 /// Gives rows up for an error that goes on rising: a log that cannot be written must not take its place.
@@ -354,10 +473,14 @@ void RowLoop::Commit() {
         return;
     }
     m_redone = m_done.empty() ? m_redone : 0;
+    const Unit last = m_done.empty() ? Unit() : m_done.back();
     m_done.clear();
     m_run.CommitAccount();
     m_session.Errors.ShowWaiting();
     modImport::WriteHeldLines(m_session);
+    if (m_session.Observer != nullptr && !last.keys.isEmpty()) {
+        m_session.Observer->RowsStand(m_loopNumber, last.end, last.keys.last());
+    }
 }
 
 /// What was done is gone with its transaction, and is not done again.

@@ -3,6 +3,7 @@
 #include "adapters/contract/run/CancellableReads.h"
 #include "adapters/contract/run/HeldRows.h"
 #include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/RowSelection.h"
 #include "adapters/contract/run/RowTransaction.h"
 
 namespace contract {
@@ -23,9 +24,18 @@ private:
         QString value = {}; ///< that tells them from others
         std::vector<HeldRows::Row> rows = {};
         QStringList keys = {};
+        qint64 end = 0; ///< rows of the source up to its last one
     };
 
     void CountRows();
+    bool IsSelective() const;
+    void FindPlace();
+    void Add(const SourceRow& current, const Recordset& rows);
+    void Take(Unit unit);
+    bool IsBehind(const Unit& unit);
+    bool Select(Unit& unit);
+    void Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const;
+    void TellGivenUp(const Unit& unit, size_t row, const QString& reason);
     std::unique_ptr<CancellableReads> Cancellable() const;
     Recordset Open() const;
     void Read();
@@ -54,6 +64,9 @@ private:
     Unit m_unit;              ///< being read
     QString m_key;            ///< of the row under way
     bool m_isWorking = false; ///< something of it may be written
+    int m_loopNumber = 0;     ///< among those of the procedure, from 0
+    qint64 m_before = 0;      ///< rows that an earlier run has done
+    QString m_lastBefore;     ///< name of the last of them
     std::vector<Unit> m_done; ///< not committed yet
     int m_redone = 0;         ///< times since the last commit
     std::unique_ptr<Progress> m_progress;

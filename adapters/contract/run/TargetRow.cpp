@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/ImportRun.h"
+#include "core/rowDigest.h"
 #include "sql/mod_ovTools.h"
 
 #include <cmath>
@@ -159,6 +160,11 @@ void TargetRow::Insert() {
     }
     m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Insert));
     m_run.Inserted(m_table->name);
+    if (m_run.KeepsImages()) {
+        TargetChange change{TargetChange::Kind::Inserted, m_run.FullName(m_table->name), m_run.LastId(m_table->name)};
+        Describe(change);
+        m_run.TellChange(change);
+    }
 }
 
 void TargetRow::Update(const QString& where) {
@@ -167,8 +173,26 @@ void TargetRow::Update(const QString& where) {
         Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
     }
     m_query.WhereString = where;
+    if (m_run.KeepsImages()) {
+        TargetChange change{TargetChange::Kind::Updated, m_run.FullName(m_table->name), 0};
+        Describe(change);
+        m_run.KeepImages(change, where);
+    }
     m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Update));
     m_run.Updated(m_table->name);
+}
+
+/// What is written. Bytes are left out: engines show them each in its own way.
+void TargetRow::Describe(TargetChange& change) const {
+    RowDigest digest;
+    for (int i = 0; i <= m_query.GetFieldsCount(); ++i) {
+        const auto& field = m_query.Field(i);
+        if (field.Type != DataType::Expression) {
+            change.columns.append(field.Name);
+            digest.Add(field.Value, field.Type);
+        }
+    }
+    change.digest = digest.Value();
 }
 
 } // namespace contract

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Record.h"
+#include "core/RunObserver.h"
 #include "core/Schema.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -30,6 +31,7 @@ private:
     QVariant Cased(const schema::Column& column, const QVariant& value) const;
     QVariant Checked(const schema::Column& column, const QVariant& value) const;
     const schema::Column& Find(const QString& column) const;
+    void Describe(TargetChange& change) const;
 
     ImportRun& m_run;
     const schema::Table* m_table;

@@ -68,13 +68,13 @@ void EarlierImports::Drop(const QString& party) const {
         QStringLiteral(" AND ") + Equals(session, QStringLiteral("USINS"), QStringLiteral("SYSTEM_IMPORT"));
     DropNumbers(QStringLiteral("CON_TRO"), party, byImport);
     for (const QString& table : {Contacts, Branches}) {
-        const QString from = QStringLiteral(" FROM %1 WHERE ").arg(m_run.FullName(table)) +
-                             Equals(session, QStringLiteral("CDCON"), party) + Earlier(table) + byImport;
-        Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID") + from);
+        const QString earlier = Equals(session, QStringLiteral("CDCON"), party) + Earlier(table) + byImport;
+        Recordset rows = session.Quadrix.ExecuteWC(
+            QStringLiteral("SELECT RECORD_ID FROM %1 WHERE ").arg(m_run.FullName(table)) + earlier);
         for (; !rows.Eof(); rows.MoveNext()) {
             DropNumbers(table, mod_ovTools::ToText(rows.Fields(0).Value()), {});
         }
-        session.Quadrix.Execute(QStringLiteral("DELETE") + from);
+        m_run.DeleteRows(table, earlier);
     }
 }
 
@@ -82,9 +82,8 @@ void EarlierImports::Drop(const QString& party) const {
 void EarlierImports::DropNumbers(const QString& owner, const QString& key, const QString& further) const {
     Session& session = m_run.GetSession();
     for (const QString& table : {Telephones, Addresses}) {
-        session.Quadrix.Execute(QStringLiteral("DELETE FROM %1 WHERE ").arg(m_run.FullName(table)) +
-                                Equals(session, QStringLiteral("TBNAM"), owner) + QStringLiteral(" AND ") +
-                                Equals(session, QStringLiteral("TBKEY"), key) + Earlier(table) + further);
+        m_run.DeleteRows(table, Equals(session, QStringLiteral("TBNAM"), owner) + QStringLiteral(" AND ") +
+                                    Equals(session, QStringLiteral("TBKEY"), key) + Earlier(table) + further);
     }
 }
 

@@ -59,8 +59,7 @@ void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Ins
             row.Insert();
         }
     }
-    session.Quadrix.Execute(
-        QStringLiteral("DELETE %1 WHERE %2 AND NRRAT > %3").arg(Instalments, ofTerm, QString::number(number)));
+    run.DeleteRows(Instalments, QStringLiteral("%1 AND NRRAT > %2").arg(ofTerm, QString::number(number)));
 }
 
 } // namespace contract

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "adapters/contract/run/SourceRow.h"
+
+namespace contract {
+
+/// What tells a source row from others: the values of its code columns, as one text.
+/// @param keyColumn its code column; several are joined, separated by ", "
+QString KeyOf(const SourceRow& row, const QString& keyColumn);
+/// The number of a source row in its file; 0: it has none.
+qint64 NumberOf(const SourceRow& row);
+
+/// The source rows that the procedures of a press are limited to: those that an earlier run has given up, with what
+/// has been mended in them, or those that it has not reached.
+class RowSelection {
+public:
+    /// A row that is wanted.
+    struct Row {
+        QString procedure;
+        QString name;      ///< in messages (`NameOf`): a row of the same name is wanted whatever else is known of it
+        QString table;     ///< of the source
+        QString key;       ///< `KeyOf`
+        qint64 number = 0; ///< `NumberOf`; by which a row without a key, or with that of others, is known
+        /// What a column had, and what stands in its place now, by name.
+        struct Mended {
+            QVariant was;
+            QVariant now;
+        };
+        QMap<QString, Mended> mended = {};
+    };
+    /// How far an earlier run of a procedure came: its loops before that one are done, and so many rows of that one.
+    struct Reached {
+        int loop = 0; ///< from 0
+        qint64 rows = 0;
+        QString last; ///< name of the last of these rows
+    };
+
+    /// Limits a procedure to rows.
+    void Add(const Row& row);
+    /// Has a procedure go on behind what an earlier run has reached.
+    void GoOn(const QString& procedure, const Reached& reached) { m_reached.insert(procedure, reached); }
+    /// Has a procedure not run at all.
+    void LeaveOut(const QString& procedure) { m_leftOut.insert(procedure); }
+
+    /// Whether there is something to do for a procedure: where some are limited to rows, these alone run.
+    bool Wants(const QString& procedure) const {
+        return !m_leftOut.contains(procedure) && (m_rows.isEmpty() || m_rows.contains(procedure));
+    }
+    /// Whether a procedure is limited to rows; else it takes all of them.
+    bool Limits(const QString& procedure) const { return m_rows.contains(procedure); }
+    /// How far a procedure has come; none: it begins anew.
+    std::optional<Reached> ReachedBy(const QString& procedure) const;
+    /// The wanted row that a source row is; null when it is none.
+    const Row* Find(const QString& procedure, const Row& met);
+    /// Names of the rows of a procedure that have not been met yet, such as those that the source has no more.
+    QStringList NotMet(const QString& procedure) const;
+
+private:
+    struct Wanted {
+        Row row;
+        bool isMet = false;
+    };
+    QHash<QString, std::vector<Wanted>> m_rows;           ///< by procedure
+    QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
+    QHash<QString, Reached> m_reached;
+    QSet<QString> m_leftOut;
+};
+
+} // namespace contract

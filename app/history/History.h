@@ -1,0 +1,116 @@
+#pragma once
+
+#include "adapters/contract/run/RowSelection.h"
+#include "app/history/historyFile.h"
+#include "core/runEnding.h"
+
+namespace history {
+
+/// A procedure of a run that is kept.
+struct ProcedureRun {
+    qint64 id = 0;
+    RunResult result;
+    bool hasEnded = false;                   ///< else the program was killed in it, and the result is empty
+    contract::RowSelection::Reached reached; ///< source rows that were committed last
+    qint64 rejects = 0;                      ///< rows given up that are kept
+    QString undone;                          ///< when and by whom what it wrote was taken back; empty: it was not
+};
+
+/// A run that is kept.
+struct Run {
+    qint64 id = 0;
+    QDateTime started;
+    QDateTime ended; ///< invalid: it is under way, or its program was killed
+    bool isUnderWay = false;
+    Ending ending = Ending::Complete; ///< of one that has ended
+    bool isTrial = false;
+    QString worker;
+    QString version;
+    QString company;
+    QString companyName;
+    QString origin;
+    QString data; ///< button or procedure, as the command line names it
+    QString work;
+    QString source;
+    QStringList options;
+    std::vector<ProcedureRun> procedures;
+
+    bool WasKilled() const { return !ended.isValid() && !isUnderWay; }
+};
+/// "completata", "interrotta: il programma è terminato prima della fine", ...
+QString EndingText(const Run& run);
+
+/// What a run told, by kind.
+struct NoteKind {
+    QString kind;
+    qint64 count = 0;
+    qint64 done = 0; ///< those that the operator has ticked off
+};
+struct Note {
+    qint64 id = 0;
+    QString procedure;
+    QString kind;
+    QString row;
+    QString text;
+    bool isDone = false;
+};
+struct Reject {
+    qint64 id = 0;
+    QString procedure;
+    RejectedRow row;
+};
+/// A code without a translation, in the runs that are kept.
+struct WaitingCode {
+    OpenCode code;
+    qint64 rows = 0;   ///< of the last run that met it
+    QStringList first; ///< names of the first of them
+    qint64 run = 0;
+    QString origin;
+    QString procedure;
+};
+
+/// Reads the history of the runs. Everything raises `SqlError`.
+class History {
+public:
+    /// Opens it, and makes an empty one when there is none.
+    explicit History(const QString& path);
+
+    /// The runs, the latest first. @param company its code; empty for all
+    std::vector<Run> Runs(const QString& company = {}, int most = 1000) const;
+    /// One run; none of that number raises `ImportError`.
+    Run Load(qint64 run) const;
+    /// Its log; empty when it was not kept.
+    QString Log(qint64 run) const;
+
+    std::vector<NoteKind> NoteKinds(qint64 run) const;
+    /// How many notes there are of a kind (empty: of all) that hold a text (empty: whatever they hold).
+    qint64 CountNotes(qint64 run, const QString& kind, const QString& text) const;
+    /// A piece of them, in the order they were told.
+    std::vector<Note> Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most) const;
+    /// Ticks notes off, or takes the tick away: one, or all of a kind.
+    void SetDone(qint64 note, bool isDone);
+    void SetKindDone(qint64 run, const QString& kind, bool isDone);
+
+    /// Hands each row that a run gave up to `work`, procedure by procedure.
+    void ForEachReject(qint64 run, const std::function<void(const Reject&)>& work) const;
+
+    /// The codes that the last run of each procedure of a company has met without a translation. Whether they have one
+    /// by now is not known here. @param company its code
+    std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows = 100) const;
+    /// The names of all source rows that wait for a code in a run.
+    QStringList RowsWaiting(qint64 run, const OpenCode& code) const;
+
+    /// Removes runs that began before a day, with all that is kept of them; returns how many.
+    qint64 Forget(const QDate& before);
+
+    ovConnection& File() const { return *m_file; }
+
+private:
+    Run RunOf(const Recordset& row) const;
+    void LoadProcedures(Run& run) const;
+
+    QString m_path;
+    std::unique_ptr<ovConnection> m_file;
+};
+
+} // namespace history

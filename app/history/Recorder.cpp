@@ -1,0 +1,223 @@
+#include "app/history/Recorder.h"
+
+#include "app/history/historyFile.h"
+#include "app/history/resultJson.h"
+#include "core/modImport.h"
+#include "core/modMain.h"
+#include "core/runEnding.h"
+#include "core/worker.h"
+#include "sql/CodePage.h"
+#include "sql/Transaction.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+
+namespace history {
+
+namespace {
+
+constexpr qint64 MostMilliseconds = 500;
+constexpr size_t MostWaiting = 5000;
+
+/// A log as the history keeps it: packed, as it repeats itself.
+QString PackedLog(const QString& path) {
+    QFile log(path);
+    return log.open(QIODevice::ReadOnly) ? QString::fromLatin1(qCompress(log.readAll()).toBase64()) : QString();
+}
+
+} // namespace
+
+Recorder::Recorder(Session& session, RunFacts facts)
+    : m_session(session),
+      m_first(session.Results.size()),
+      m_keepsImages(!facts.isTrial) {
+    Try([&] { Begin(facts); });
+    m_session.Observer = this;
+}
+
+Recorder::~Recorder() {
+    m_session.Observer = nullptr;
+    Try([this] { End(); });
+}
+
+/// Nothing of what the history has trouble with may reach the import.
+template<class Work>
+void Recorder::Try(const Work& work) noexcept {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        m_file.reset();
+        m_waiting.clear();
+        try {
+            const auto* own = dynamic_cast<const Error*>(&error);
+            modImport::WriteImportLog(m_session,
+                                      QStringLiteral("La cronologia non tiene questa esecuzione: ") +
+                                          (own != nullptr ? own->Message() : QString::fromUtf8(error.what())),
+                                      false);
+        } catch (const std::exception&) { // the log tells of its own trouble
+        }
+    }
+}
+
+void Recorder::Begin(const RunFacts& facts) {
+    const QString path = FilePath(m_session.Config.ConfigFile());
+    m_file = Open(path);
+    AdoptLogs();
+    const QString company = m_session.UserManager.Azienda();
+    Recordset names = m_session.Quadrix.ExecuteWC(Statement(u"SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ?", {company}));
+    m_file->Execute(Statement(u"INSERT INTO runs (started, worker, version, company, company_name, origin, data, work, "
+                              u"source, layout, options, "
+                              u"trial, log_file) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                              {TimeText(m_session.Now()), WorkerText(), QCoreApplication::applicationVersion(), company,
+                               names.Eof() ? QString() : names.Fields(0).Value().toString(), facts.origin, facts.data,
+                               facts.work, facts.source, QString(), facts.options.join(u'\n'),
+                               static_cast<int>(facts.isTrial), m_session.LogFile}));
+    m_run = m_file->LastInsertId();
+    m_lock = FileLock::Take(LockPath(path, m_run), WorkText(m_session.Now(), facts.work));
+    m_since.start();
+}
+
+/// The log of a run that was killed is there until the next one begins it anew.
+void Recorder::AdoptLogs() {
+    std::vector<qint64> killed;
+    {
+        Recordset runs = m_file->ExecuteWC(Statement(
+            u"SELECT id FROM runs WHERE ended IS NULL AND log IS NULL AND log_file = ?", {m_session.LogFile}));
+        for (; !runs.Eof(); runs.MoveNext()) {
+            const qint64 run = runs.Fields(0).Value().toLongLong();
+            if (!FileLock::IsTaken(LockPath(FilePath(m_session.Config.ConfigFile()), run))) {
+                killed.push_back(run);
+            }
+        }
+    }
+    if (!killed.empty()) { // the last one wrote it
+        m_file->Execute(
+            Statement(u"UPDATE runs SET log = ? WHERE id = ?", {PackedLog(m_session.LogFile), killed.back()}));
+    }
+}
+
+void Recorder::ProcedureBegins(const QString& module, const QString& procedure) noexcept {
+    Try([&] {
+        if (m_file != nullptr) {
+            Write();
+            m_file->Execute(
+                Statement(u"INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)", {m_run, module, procedure}));
+            m_procedure = m_file->LastInsertId();
+        }
+    });
+}
+
+void Recorder::NoteStands(const QString& row, const QString& note) noexcept {
+    Try([&] {
+        Keep(Statement(u"INSERT INTO notes (procedure, kind, source_row, note) VALUES (?, ?, ?, ?)",
+                       {m_procedure, note.section(u':', 0, 0), row, note.section(u':', 1).trimmed()}));
+    });
+}
+
+void Recorder::CodeIsOpen(const QString& row, const OpenCode& code) noexcept {
+    Try([&] {
+        Keep(Statement(u"INSERT INTO codes (procedure, list, field, code, source_row) VALUES (?, ?, ?, ?, ?)",
+                       {m_procedure, code.list, code.field, code.code, row}));
+    });
+}
+
+void Recorder::TargetChanges(const TargetChange& change) noexcept {
+    Try([&] {
+        if (m_file == nullptr) {
+            return;
+        }
+        Keep(Statement(
+            u"INSERT INTO changes (procedure, kind, target_table, target_id, before, columns, digest) "
+            u"VALUES (?, ?, ?, ?, ?, ?, ?)",
+            {m_procedure, static_cast<int>(change.kind), change.table, change.id,
+             change.before.isEmpty() ? QVariant() : ValuesText(change.before.keys(), change.before.values().toVector()),
+             ColumnList(change.columns), change.digest}));
+    });
+}
+
+/// The number under which a list of columns is kept: few are written over and over.
+qint64 Recorder::ColumnList(const QStringList& columns) {
+    const QString names = columns.join(u',');
+    qint64& number = m_columnLists[names];
+    if (number == 0) {
+        m_file->Execute(Statement(u"INSERT OR IGNORE INTO column_lists (names) VALUES (?)", {names}));
+        number = m_file->ExecuteWC(Statement(u"SELECT id FROM column_lists WHERE names = ?", {names}))
+                     .Fields(0)
+                     .Value()
+                     .toLongLong();
+    }
+    return number;
+}
+
+void Recorder::RowIsGivenUp(const RejectedRow& row) noexcept {
+    Try([&] {
+        Keep(Statement(
+            u"INSERT INTO rejects (procedure, source_row, source_table, source_key, number, reason, row_values) "
+            u"VALUES (?, ?, ?, ?, ?, ?, ?)",
+            {m_procedure, row.row, row.table, row.key, row.number, row.reason, ValuesText(row.columns, row.values)}));
+        if (m_since.elapsed() > MostMilliseconds) {
+            Write();
+        }
+    });
+}
+
+void Recorder::RowsStand(int loop, qint64 rows, const QString& last) noexcept {
+    Try([&] {
+        m_reached =
+            Statement(u"UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ? WHERE id = ?",
+                      {loop, rows, last, m_procedure});
+        if (m_since.elapsed() > MostMilliseconds) {
+            Write();
+        }
+    });
+}
+
+void Recorder::ProcedureEnds(const RunResult& result) noexcept {
+    Try([&] {
+        Keep(Statement(u"UPDATE procedures SET result = ? WHERE id = ?",
+                       {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
+        Write();
+    });
+}
+
+void Recorder::Keep(SqlText statement) {
+    if (m_file == nullptr) {
+        return;
+    }
+    m_waiting.push_back(std::move(statement));
+    if (m_waiting.size() >= MostWaiting) {
+        Write();
+    }
+}
+
+void Recorder::Write() {
+    if (m_file == nullptr) {
+        return;
+    }
+    if (m_reached) {
+        m_waiting.push_back(*std::exchange(m_reached, std::nullopt));
+    }
+    Transaction transaction(*m_file);
+    for (const SqlText& statement : std::exchange(m_waiting, {})) {
+        m_file->Execute(statement);
+    }
+    transaction.Keep();
+    m_since.restart();
+}
+
+void Recorder::End() {
+    if (m_file == nullptr) {
+        return;
+    }
+    Write();
+    Ending ending = Ending::Complete;
+    for (const RunResult& result : m_session.Results.mid(m_first)) {
+        ending = std::max(ending, EndingOf(result));
+    }
+    m_file->Execute(Statement(
+        u"UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ? WHERE id = ?",
+        {TimeText(m_session.Now()), static_cast<int>(ending), PackedLog(m_session.LogFile), m_session.LogFile, m_run}));
+}
+
+} // namespace history

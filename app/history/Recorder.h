@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/Session.h"
+#include "sql/FileLock.h"
+#include "sql/SqlText.h"
+
+#include <QElapsedTimer>
+
+namespace history {
+
+/// What is known of a run when it begins.
+struct RunFacts {
+    QString origin;      ///< name of the origin; empty for a run of several
+    QString data;        ///< button or procedure, as the command line names it; empty for a run of several
+    QString work;        ///< what is done, in the operator's words
+    QString source;      ///< where it reads, without passwords
+    QStringList options; ///< what was chosen, in the operator's words
+    bool isTrial = false;
+};
+
+/// Keeps what the procedures of a press do, from its construction to its end, as a run of the history. It is written
+/// down shortly behind each commit, so that a kill leaves it behind by half a second at the most. Trouble with the file
+/// never stops an import: the log tells it once, and the rest of the run is not kept.
+class Recorder final : public RunObserver {
+public:
+    Recorder(Session& session, RunFacts facts);
+    ~Recorder() override;
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    void ProcedureBegins(const QString& module, const QString& procedure) noexcept override;
+    void NoteStands(const QString& row, const QString& note) noexcept override;
+    void CodeIsOpen(const QString& row, const OpenCode& code) noexcept override;
+    bool KeepsImages() const noexcept override { return m_file != nullptr && m_keepsImages; }
+    void TargetChanges(const TargetChange& change) noexcept override;
+    void RowIsGivenUp(const RejectedRow& row) noexcept override;
+    void RowsStand(int loop, qint64 rows, const QString& last) noexcept override;
+    void ProcedureEnds(const RunResult& result) noexcept override;
+
+private:
+    template<class Work>
+    void Try(const Work& work) noexcept;
+    void Begin(const RunFacts& facts);
+    void AdoptLogs();
+    void Keep(SqlText statement);
+    void Write();
+    qint64 ColumnList(const QStringList& columns);
+    void End();
+
+    Session& m_session;
+    qsizetype m_first; ///< of the results of the run
+    bool m_keepsImages;
+    std::unique_ptr<ovConnection> m_file; ///< null: nothing is kept, or not any more
+    std::unique_ptr<FileLock> m_lock;
+    qint64 m_run = 0;
+    qint64 m_procedure = 0;
+    std::vector<SqlText> m_waiting;   ///< to be written
+    std::optional<SqlText> m_reached; ///< behind them
+    QElapsedTimer m_since;            ///< it was written last
+    QHash<QString, qint64> m_columnLists;
+};
+
+} // namespace history

@@ -1,0 +1,136 @@
+#include "app/history/historyFile.h"
+
+#include "sql/ownFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLocale>
+
+namespace history {
+
+namespace {
+
+const QStringList& Tables() {
+    static const QStringList tables{
+        "CREATE TABLE IF NOT EXISTS runs (id INTEGER PRIMARY KEY AUTOINCREMENT, started TEXT, ended TEXT, worker TEXT, "
+        "version TEXT, company TEXT, company_name TEXT, origin TEXT, data TEXT, work TEXT, source TEXT, layout TEXT, "
+        "options TEXT, "
+        "trial INTEGER, ending INTEGER, log_file TEXT, log TEXT)",
+        "CREATE TABLE IF NOT EXISTS procedures (id INTEGER PRIMARY KEY AUTOINCREMENT, run INTEGER, module TEXT, "
+        "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT)",
+        "CREATE INDEX IF NOT EXISTS procedures_run ON procedures (run)",
+        "CREATE TABLE IF NOT EXISTS notes (id INTEGER PRIMARY KEY, procedure INTEGER, kind TEXT, source_row TEXT, "
+        "note TEXT, done INTEGER DEFAULT 0)",
+        "CREATE INDEX IF NOT EXISTS notes_procedure ON notes (procedure, kind)",
+        "CREATE TABLE IF NOT EXISTS rejects (id INTEGER PRIMARY KEY, procedure INTEGER, source_row TEXT, "
+        "source_table TEXT, source_key TEXT, number INTEGER, reason TEXT, row_values TEXT)",
+        "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
+        "CREATE TABLE IF NOT EXISTS codes (id INTEGER PRIMARY KEY, procedure INTEGER, list TEXT, field TEXT, code "
+        "TEXT, "
+        "source_row TEXT)",
+        "CREATE INDEX IF NOT EXISTS codes_code ON codes (list, field, code)",
+        "CREATE INDEX IF NOT EXISTS codes_procedure ON codes (procedure)",
+        "CREATE TABLE IF NOT EXISTS changes (id INTEGER PRIMARY KEY, procedure INTEGER, kind INTEGER, "
+        "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER)",
+        "CREATE INDEX IF NOT EXISTS changes_procedure ON changes (procedure)",
+        "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
+    };
+    return tables;
+}
+
+/// A value and what kind of value it is; a number as its text, of which no digit is lost.
+QJsonArray TypedText(const QVariant& value) {
+    if (value.isNull()) {
+        return {};
+    }
+    const QString kind = QString::fromLatin1(value.metaType().name());
+    if (value.typeId() == QMetaType::QByteArray) {
+        return {kind, QString::fromLatin1(value.toByteArray().toBase64())};
+    }
+    if (value.typeId() == QMetaType::Double) {
+        return {kind, QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest)};
+    }
+    const bool isTime = value.typeId() == QMetaType::QDateTime;
+    return {kind, isTime ? value.toDateTime().toString(Qt::ISODateWithMs) : value.toString()};
+}
+
+QVariant ValueOf(const QJsonArray& typed) {
+    if (typed.isEmpty()) {
+        return {};
+    }
+    const QString text = typed.at(1).toString();
+    const QMetaType type = QMetaType::fromName(typed.at(0).toString().toLatin1());
+    if (type.id() == QMetaType::QByteArray) {
+        return QByteArray::fromBase64(text.toLatin1());
+    }
+    if (type.id() == QMetaType::QDateTime) {
+        return QDateTime::fromString(text, Qt::ISODateWithMs);
+    }
+    QVariant value(text);
+    return value.convert(type) ? value : QVariant(text);
+}
+
+} // namespace
+
+QString FilePath(const QString& settingsFile) {
+    return QFileInfo(settingsFile).absoluteDir().filePath(QStringLiteral("Cronologia.sqlite"));
+}
+
+std::unique_ptr<ovConnection> Open(const QString& path) {
+    if (const QString obstacle = ownFile::Obstacle(path); !obstacle.isEmpty()) {
+        throw ImportError(QStringLiteral("Cronologia '%1': %2").arg(path, obstacle));
+    }
+    auto file = std::make_unique<ovConnection>();
+    file->Embedded = true;
+    file->ProviderType = Provider::SqlServer;
+    file->DatabaseName = path;
+    file->OpenConnection();
+    for (const QString& table : Tables()) {
+        file->Execute(table);
+    }
+    return file;
+}
+
+SqlText Statement(QStringView words, const QVariantList& values) {
+    SqlText statement;
+    qsizetype start = 0;
+    for (const QVariant& value : values) {
+        const qsizetype place = words.indexOf(u'?', start);
+        statement += words.sliced(start, place - start);
+        const bool isNumber = value.typeId() != QMetaType::QString && !value.isNull();
+        statement.Add(value, isNumber ? DataType::Long : DataType::NVarChar);
+        start = place + 1;
+    }
+    statement += words.sliced(start);
+    return statement;
+}
+
+QString TimeText(const QDateTime& time) { return time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")); }
+
+QDateTime TimeOf(const QVariant& value) {
+    return QDateTime::fromString(value.toString(), QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+}
+
+QString ValuesText(const QStringList& names, const QVector<QVariant>& values) {
+    QJsonArray json;
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        json.append(QJsonArray{names.at(i), TypedText(values.at(i))});
+    }
+    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
+}
+
+QVector<NamedValue> ValuesOf(const QString& text) {
+    QVector<NamedValue> values;
+    for (const QJsonValue& each : QJsonDocument::fromJson(text.toUtf8()).array()) {
+        values.append({each.toArray().at(0).toString(), ValueOf(each.toArray().at(1).toArray())});
+    }
+    return values;
+}
+
+QString LockPath(const QString& path, qint64 run) {
+    return QStringLiteral("%1.%2.lock").arg(path, QString::number(run));
+}
+
+} // namespace history

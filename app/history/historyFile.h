@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/Session.h"
+#include "sql/SqlText.h"
+
+/// The file that keeps every run: an SQLite database "Cronologia.sqlite" beside the settings.
+namespace history {
+
+/// Its path beside a settings file.
+QString FilePath(const QString& settingsFile);
+
+/// Opens a history, and makes it when it is missing. Raises `SqlError` or `ImportError` naming the file.
+std::unique_ptr<ovConnection> Open(const QString& path);
+
+/// A statement for its file: words with "?" in the places of values.
+SqlText Statement(QStringView words, const QVariantList& values);
+
+/// A point in time as the file keeps it, "yyyy-MM-dd hh:mm:ss"; invalid for none.
+QString TimeText(const QDateTime& time);
+QDateTime TimeOf(const QVariant& value);
+
+/// The lock that the run of that number holds while its program lives.
+QString LockPath(const QString& path, qint64 run);
+
+/// Values with their names as one text, in their order, and back: each comes back as the kind of value that it was.
+QString ValuesText(const QStringList& names, const QVector<QVariant>& values);
+struct NamedValue {
+    QString name;
+    QVariant value;
+};
+QVector<NamedValue> ValuesOf(const QString& text);
+
+} // namespace history

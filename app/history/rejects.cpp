@@ -1,0 +1,220 @@
+#include "app/history/rejects.h"
+
+#include "adapters/registry.h"
+#include "app/startUp.h"
+#include "sources/tableFile.h"
+#include "sql/mod_ovTools.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace history {
+
+namespace {
+
+/// What stands in front of the columns of the source.
+const QStringList& OwnColumns() {
+    static const QStringList columns{"_SCARTO", "_RIGA_ORIGINE", "_MOTIVO"};
+    return columns;
+}
+
+/// "scarti-ANAGRAFE.csv" for "scarti.csv".
+QString PathFor(const QString& path, const QString& table) {
+    const QFileInfo file(path);
+    QString name = table;
+    for (QChar& c : name) {
+        c = c.isLetterOrNumber() || c == u'_' ? c : QChar(u'-');
+    }
+    return file.dir().filePath(QStringLiteral("%1-%2.%3").arg(file.completeBaseName(), name, file.suffix()));
+}
+
+/// Only what is such a file already is written over.
+void CheckMayWrite(const QString& path) {
+    if (QFileInfo(path).size() == 0) {
+        return;
+    }
+    bool isOwn = false;
+    try {
+        isOwn = sources::ReadTable(path).columns.mid(0, OwnColumns().size()) == OwnColumns();
+    } catch (const ImportError&) { // it cannot be read: it is something else
+    }
+    if (!isOwn) {
+        throw ImportError(
+            QStringLiteral("File degli scarti '%1': c'è già ed è qualcos'altro: non si sovrascrive").arg(path));
+    }
+}
+
+contract::RowSelection::Row Wanted(const Reject& reject) {
+    return {reject.procedure, reject.row.row, reject.row.table, reject.row.key, reject.row.number};
+}
+
+/// Reads a file with mended rows back.
+class MendedFile {
+public:
+    MendedFile(const QHash<qint64, Reject>& rejects, contract::RowSelection& selection, QStringList& mistakes)
+        : m_rejects(rejects),
+          m_selection(selection),
+          m_mistakes(mistakes) {}
+
+    void Read(const QString& path) {
+        const sources::TableOfFile table = sources::ReadTable(path);
+        m_path = path;
+        if (table.columns.mid(0, OwnColumns().size()) != OwnColumns()) {
+            m_mistakes.append(QStringLiteral("file '%1': la prima riga non comincia con %2: non è un file degli scarti")
+                                  .arg(path, OwnColumns().join(QStringLiteral(", "))));
+            return;
+        }
+        for (const auto& row : table.rows) {
+            Take(table.columns, row);
+        }
+    }
+
+private:
+    void Take(const QStringList& columns, const sources::TableOfFile::Row& row) {
+        const auto reject = m_rejects.constFind(row.values.first().toLongLong());
+        if (reject == m_rejects.constEnd()) {
+            Tell(row.number, OwnColumns().first(),
+                 QStringLiteral("'%1' non è uno scarto di questa esecuzione").arg(row.values.first()));
+            return;
+        }
+        contract::RowSelection::Row wanted = Wanted(*reject);
+        for (qsizetype column = OwnColumns().size(); column < columns.size(); ++column) {
+            const qsizetype place = reject->row.columns.indexOf(columns.at(column));
+            if (place < 0) {
+                Tell(row.number, columns.at(column), QStringLiteral("la fonte non ha questa colonna"));
+                continue;
+            }
+            const QVariant& was = reject->row.values.at(place);
+            if (row.values.at(column) != mod_ovTools::ToText(was)) {
+                Mend(wanted, row, columns.at(column), was, row.values.at(column));
+            }
+        }
+        m_selection.Add(wanted);
+    }
+
+    /// The new value is of the kind of the old one.
+    void Mend(contract::RowSelection::Row& wanted, const sources::TableOfFile::Row& row, const QString& column,
+              const QVariant& was, const QString& text) {
+        QVariant now = text.isEmpty() ? QVariant() : QVariant(text);
+        const int type = was.typeId();
+        if (!text.isEmpty() && (type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int)) {
+            const auto number = mod_ovTools::ReadNumber(QString(text).replace(u',', u'.'));
+            if (!number) {
+                Tell(row.number, column, QStringLiteral("'%1' non è un numero").arg(text));
+                return;
+            }
+            now = *number;
+        } else if (!text.isEmpty() && (type == QMetaType::QDate || type == QMetaType::QDateTime)) {
+            const auto date = mod_ovTools::ReadDate(text);
+            if (!date) {
+                Tell(row.number, column, QStringLiteral("'%1' non è una data").arg(text));
+                return;
+            }
+            now = *date;
+        }
+        wanted.mended.insert(column, {was, now});
+    }
+
+    void Tell(qint64 row, const QString& column, const QString& what) {
+        m_mistakes.append(
+            QStringLiteral("file '%1', riga %2, colonna '%3': %4").arg(m_path, QString::number(row), column, what));
+    }
+
+    const QHash<qint64, Reject>& m_rejects;
+    contract::RowSelection& m_selection;
+    QStringList& m_mistakes;
+    QString m_path;
+};
+
+} // namespace
+
+QStringList WriteRejects(const History& history, qint64 run, const QString& path) {
+    QStringList tables; // each with the shape of its rows
+    history.ForEachReject(run, [&tables](const Reject& reject) {
+        const QString shape = reject.row.table + u'\x1e' + reject.row.columns.join(u'\x1f');
+        if (!tables.contains(shape)) {
+            tables.append(shape);
+        }
+    });
+    QStringList files;
+    std::vector<std::unique_ptr<sources::TableWriter>> writers;
+    for (const QString& shape : std::as_const(tables)) {
+        const QString table = shape.section(u'\x1e', 0, 0);
+        QString file = tables.size() == 1 ? path : PathFor(path, table);
+        if (files.contains(file)) {
+            file = PathFor(path, table + QString::number(files.size() + 1));
+        }
+        CheckMayWrite(file);
+        files.append(file);
+        writers.push_back(
+            sources::TableWriter::Create(file, table, OwnColumns() + shape.section(u'\x1e', 1).split(u'\x1f')));
+    }
+    history.ForEachReject(run, [&](const Reject& reject) {
+        const QString shape = reject.row.table + u'\x1e' + reject.row.columns.join(u'\x1f');
+        QVector<QVariant> values{reject.id, reject.row.row, reject.row.reason};
+        writers[static_cast<size_t>(tables.indexOf(shape))]->AddRow(values + reject.row.values);
+    });
+    for (const auto& writer : writers) {
+        writer->Close();
+    }
+    return files;
+}
+
+std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run) {
+    auto selection = std::make_unique<contract::RowSelection>();
+    history.ForEachReject(run, [&selection](const Reject& reject) { selection->Add(Wanted(reject)); });
+    return selection;
+}
+
+std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files) {
+    QHash<qint64, Reject> rejects;
+    history.ForEachReject(run, [&rejects](const Reject& reject) { rejects.insert(reject.id, reject); });
+    auto selection = std::make_unique<contract::RowSelection>();
+    QStringList mistakes;
+    MendedFile reader(rejects, *selection, mistakes);
+    for (const QString& file : files) {
+        reader.Read(file);
+    }
+    if (!mistakes.isEmpty()) {
+        throw ImportError(mistakes.join(u'\n'));
+    }
+    return selection;
+}
+
+void Repeat(Session& session, const Run& run, ImportRequest& request) {
+    request.choice.origin = registry::Find(run.origin);
+    if (request.choice.origin == nullptr) {
+        throw ImportError(QStringLiteral("l'esecuzione %1 non è l'importazione di un'origine").arg(run.id));
+    }
+    for (const modMain::Company& company : modMain::GetCompanies(session)) {
+        if (company.code == run.company) {
+            request.choice.company = company.name;
+            request.choice.companyCode = company.code;
+        }
+    }
+    if (request.choice.companyCode.isEmpty()) {
+        throw ImportError(QStringLiteral("l'azienda %1 dell'esecuzione %2 non c'è più").arg(run.company).arg(run.id));
+    }
+    if (ProcedureOf(*request.choice.origin, run.data) != nullptr) {
+        request.procedure = run.data;
+    } else if (const auto button = contract::ButtonFromName(run.data)) {
+        request.button = *button;
+    } else {
+        throw ImportError(QStringLiteral("l'origine %1 non ha più '%2'").arg(run.origin, run.data));
+    }
+}
+
+std::unique_ptr<contract::RowSelection> RestOf(const Run& run) {
+    auto selection = std::make_unique<contract::RowSelection>();
+    for (const ProcedureRun& procedure : run.procedures) {
+        const bool isWhole = procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done;
+        if (!isWhole && procedure.reached.rows > 0) {
+            selection->GoOn(procedure.result.procedure, procedure.reached);
+        } else if (isWhole) {
+            selection->LeaveOut(procedure.result.procedure);
+        }
+    }
+    return selection;
+}
+
+} // namespace history

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "app/history/History.h"
+#include "app/importFlow.h"
+
+/// The source rows that a run has given up, as a table of the shape of the source: somebody mends them there, and they
+/// alone are imported again.
+namespace history {
+
+/// Writes the rows that a run has given up, with what became of each, as `sources::TableWriter` does. A run that read
+/// tables of several shapes gives a file for each, with the name of the table behind that of the file.
+/// @return the files that were written; none when the run has given up nothing. Raises `ImportError` naming the file.
+QStringList WriteRejects(const History& history, qint64 run, const QString& path);
+
+/// The rows that a run has given up, to be imported again as their source has them now.
+std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run);
+/// The same for those rows that are left in files of `WriteRejects`, with the values that were mended there. Raises
+/// `ImportError` that names every mistake with file, row and column.
+std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files);
+/// Has a press repeat a run: its company, its origin, its button or procedure. Raises `ImportError` when one of them is
+/// no longer there.
+void Repeat(Session& session, const Run& run, ImportRequest& request);
+/// What a run that broke off has not reached: each of its procedures goes on where it stopped.
+std::unique_ptr<contract::RowSelection> RestOf(const Run& run);
+
+} // namespace history

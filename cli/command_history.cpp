@@ -1,0 +1,176 @@
+#include "app/history/compare.h"
+#include "app/history/rejects.h"
+#include "app/resultText.h"
+#include "app/startUp.h"
+#include "cli/choiceOptions.h"
+#include "cli/commands.h"
+#include "cli/resultReport.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+using namespace history;
+
+/// A run by its number. Raises `UsageError` for what is none.
+qint64 RunNumber(const QString& text, const QString& option) {
+    bool isNumber = false;
+    const qint64 run = text.toLongLong(&isNumber);
+    if (!isNumber || run <= 0) {
+        throw UsageError(QStringLiteral("--%1: '%2' non è il numero di un'esecuzione").arg(option, text));
+    }
+    return run;
+}
+
+QString Time(const QDateTime& time) { return time.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
+
+QJsonObject RunJson(const Run& run) {
+    QJsonArray procedures;
+    for (const ProcedureRun& procedure : run.procedures) {
+        QJsonObject json = ResultJson(procedure.result);
+        json["procedure"] = procedure.result.procedure;
+        json["module"] = procedure.result.module;
+        json["rejects"] = procedure.rejects;
+        json["reachedRows"] = procedure.reached.rows;
+        json["undone"] = procedure.undone;
+        if (!procedure.hasEnded) {
+            json["outcome"] = "killed";
+        }
+        procedures.append(json);
+    }
+    return {{"run", run.id},
+            {"started", run.started.toString(Qt::ISODate)},
+            {"ended", run.ended.toString(Qt::ISODate)},
+            {"ending", run.isUnderWay    ? QString("running")
+                       : run.WasKilled() ? QString("killed")
+                                         : EndingName(run.ending)},
+            {"trial", run.isTrial},
+            {"worker", run.worker},
+            {"company", run.company},
+            {"origin", run.origin},
+            {"data", run.data},
+            {"work", run.work},
+            {"source", run.source},
+            {"options", QJsonArray::fromStringList(run.options)},
+            {"procedures", procedures}};
+}
+
+/// "12  25/11/2026 18:03:12  X01  Gescom: Articoli  completata  inserite 9, aggiornate 0, abbandonate 1"
+QString Line(const Run& run) {
+    qint64 inserted = 0;
+    qint64 updated = 0;
+    qint64 givenUp = 0;
+    for (const ProcedureRun& procedure : run.procedures) {
+        inserted += procedure.result.inserted;
+        updated += procedure.result.updated;
+        givenUp += procedure.rejects;
+    }
+    return QStringLiteral("%1  %2  %3  %4  %5%6  inserite %7, aggiornate %8, abbandonate %9")
+        .arg(QString::number(run.id), Time(run.started), run.company, run.work, EndingText(run),
+             run.isTrial ? QStringLiteral(" (prova)") : QString(), QString::number(inserted), QString::number(updated),
+             QString::number(givenUp));
+}
+
+QStringList Lines(const History& history, const Run& run) {
+    QStringList lines{QStringLiteral("Esecuzione %1: %2").arg(QString::number(run.id), run.work),
+                      QStringLiteral("Esito: ") + EndingText(run),
+                      QStringLiteral("Da: %1 a: %2").arg(Time(run.started), Time(run.ended)),
+                      QStringLiteral("Chi: ") + run.worker,
+                      QStringLiteral("Azienda: %1 %2").arg(run.company, run.companyName),
+                      QStringLiteral("Sorgente: ") + run.source};
+    lines += run.options;
+    for (const ProcedureRun& procedure : run.procedures) {
+        lines += QString();
+        if (procedure.hasEnded) {
+            lines += ResultLines(procedure.result);
+        } else {
+            lines += QStringLiteral("%1: non è arrivata alla fine; scritte le prime %2 righe")
+                         .arg(procedure.result.procedure, QString::number(procedure.reached.rows));
+        }
+        if (!procedure.undone.isEmpty()) {
+            lines += QStringLiteral("Annullata: ") + procedure.undone;
+        }
+    }
+    for (const NoteKind& kind : history.NoteKinds(run.id)) {
+        lines += QStringLiteral("%1: %2, di cui fatte %3")
+                     .arg(kind.kind, QString::number(kind.count), QString::number(kind.done));
+    }
+    return lines;
+}
+
+Report List(const Context& context, const History& history) {
+    const std::vector<Run> runs = history.Runs(context.options.value("company"));
+    Report report;
+    QStringList lines;
+    QJsonArray json;
+    for (const Run& run : runs) {
+        lines += Line(run);
+        json.append(RunJson(run));
+    }
+    report.text = lines.isEmpty() ? QStringLiteral("La cronologia è vuota.") : lines.join(u'\n');
+    report.json["runs"] = json;
+    return report;
+}
+
+Report One(const Context& context, const History& history, qint64 number) {
+    const Run run = history.Load(number);
+    Report report;
+    report.json = RunJson(run);
+    if (context.options.isSet("log")) {
+        report.text = history.Log(number);
+        report.json["log"] = report.text;
+        return report;
+    }
+    QStringList lines = Lines(history, run);
+    if (context.options.isSet("rejects")) {
+        const QStringList files = WriteRejects(history, number, context.options.value("rejects"));
+        lines += files.isEmpty() ? QStringLiteral("Nessuna riga scartata: nessun file scritto.")
+                                 : QStringLiteral("Righe scartate scritte in: ") + files.join(QStringLiteral(", "));
+        report.json["rejectFiles"] = QJsonArray::fromStringList(files);
+    }
+    report.text = lines.join(u'\n');
+    return report;
+}
+
+Report Two(const History& history, qint64 before, qint64 after) {
+    const QStringList lines = Differences(history, before, after);
+    Report report;
+    report.text = lines.isEmpty() ? QStringLiteral("Nessuna differenza.") : lines.join(u'\n');
+    report.json["differences"] = QJsonArray::fromStringList(lines);
+    return report;
+}
+
+Report Show(Context& context) {
+    const History history(FilePath(modMain::SettingsFilePath(context.options.value("config"))));
+    if (!context.options.isSet("run")) {
+        for (const char* option : {"compare", "log", "rejects"}) {
+            if (context.options.isSet(option)) {
+                throw UsageError(QStringLiteral("--%1 vale con --run").arg(QLatin1String(option)));
+            }
+        }
+        return List(context, history);
+    }
+    const qint64 run = RunNumber(context.options.value("run"), "run");
+    return context.options.isSet("compare") ? Two(history, RunNumber(context.options.value("compare"), "compare"), run)
+                                            : One(context, history, run);
+}
+
+} // namespace
+
+Command HistoryCommand() {
+    return {"history",
+            "elenca le esecuzioni fatte e mostra che cosa ha fatto ognuna",
+            "Senza --run le elenca tutte, la più recente prima. La cronologia sta in Cronologia.sqlite, accanto alle "
+            "impostazioni.",
+            {{"company", "Solo le esecuzioni di questa azienda.", "CODICE"},
+             {"run", "Mostra l'esecuzione con questo numero.", "NUMERO"},
+             {"compare", "Con --run: che cosa è cambiato rispetto a questa.", "NUMERO"},
+             {"log", "Con --run: il suo log."},
+             {"rejects", "Con --run: scrive le righe abbandonate in un file .csv o .xlsx, da correggere.", "FILE"}},
+            Need::Nothing,
+            Show};
+}
+
+} // namespace cli

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/RunResult.h"
+
+#include <QVariant>
+
+/// A code that a source row has and SYS_IMP does not translate.
+struct OpenCode {
+    QString list;  ///< TBNAM
+    QString field; ///< TBFLD
+    QString code;  ///< TBOLD
+};
+
+/// A source row that was given up, as its source has it.
+struct RejectedRow {
+    QString row;   ///< its name in messages
+    QString table; ///< of the source
+    QString key;   ///< what tells it from others (`contract::KeyOf`)
+    qint64 number; ///< its number in a file; 0: the source has none
+    QString reason;
+    QStringList columns;
+    QVector<QVariant> values; ///< one that cannot be read is Null
+};
+
+/// A row of a target table that was written, by its identity.
+struct TargetChange {
+    enum class Kind { Inserted, Updated, Deleted };
+    Kind kind;
+    QString table;            ///< physical name
+    qint64 id;                ///< RECORD_ID
+    QVariantMap before = {};  ///< of the columns that an update writes, or of all of a deleted row
+    QStringList columns = {}; ///< that were written
+    qint64 digest = 0;        ///< of what was written into them (`RowDigest`)
+};
+
+/// Is told what the procedures of a press do, at the moment it stands in the database: what a row told comes with its
+/// commit, and not at all when the row is taken back. Whatever trouble it has is its own: nothing is raised.
+class RunObserver {
+public:
+    virtual ~RunObserver() = default;
+    virtual void ProcedureBegins(const QString& module, const QString& procedure) noexcept = 0;
+    /// A line that the log tells of a row. @param row its name; empty for one of the whole run
+    virtual void NoteStands(const QString& row, const QString& note) noexcept = 0;
+    virtual void CodeIsOpen(const QString& row, const OpenCode& code) noexcept = 0;
+    /// Whether it wants to be told what rows were before they were updated or deleted.
+    virtual bool KeepsImages() const noexcept = 0;
+    virtual void TargetChanges(const TargetChange& change) noexcept = 0;
+    virtual void RowIsGivenUp(const RejectedRow& row) noexcept = 0;
+    /// Everything told so far is committed.
+    /// @param loop of the procedure, from 0 @param rows source rows of it that are done @param last name of the last
+    /// one
+    virtual void RowsStand(int loop, qint64 rows, const QString& last) noexcept = 0;
+    virtual void ProcedureEnds(const RunResult& result) noexcept = 0;
+};

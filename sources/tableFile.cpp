@@ -1,0 +1,281 @@
+#include "sources/tableFile.h"
+
+#include "sources/CsvFile.h"
+#include "sources/workbook/Workbook.h"
+#include "sql/CodePage.h"
+#include "sql/errors.h"
+#include "sql/mod_ovTools.h"
+#include "sql/ownFile.h"
+
+#include <QFileInfo>
+#include <xlsxwriter.h>
+
+#include <array>
+#include <cmath>
+
+namespace sources {
+
+namespace {
+
+[[noreturn]] void Refuse(const QString& path, const QString& why) {
+    throw ImportError(QStringLiteral("file '%1': %2").arg(path, why));
+}
+
+bool IsNumber(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// A number of more digits than a cell holds is one that would change.
+bool FitsCell(const QVariant& value) {
+    constexpr double mostWhole = 999'999'999'999'999.0;
+    return IsNumber(value) && std::isfinite(value.toDouble()) && std::abs(value.toDouble()) <= mostWhole;
+}
+
+class CsvWriter final : public TableWriter {
+public:
+    CsvWriter(const QString& path, const QStringList& columns)
+        : m_path(path) {
+        if (const QString obstacle = ownFile::Open(m_file, path, ownFile::Start::Anew); !obstacle.isEmpty()) {
+            Refuse(path, obstacle);
+        }
+        m_file.write("\xEF\xBB\xBF");
+        AddRow(QVector<QVariant>(columns.begin(), columns.end()));
+    }
+
+    void AddRow(const QVector<QVariant>& values) override {
+        QStringList fields;
+        for (const QVariant& value : values) {
+            fields.append(FieldOf(mod_ovTools::ToText(value)));
+        }
+        const QByteArray line = (fields.join(u';') + QStringLiteral("\r\n")).toUtf8();
+        if (m_file.write(line) != line.size()) {
+            Refuse(m_path, m_file.errorString());
+        }
+    }
+
+    void Close() override {
+        if (!m_file.flush()) {
+            Refuse(m_path, m_file.errorString());
+        }
+        m_file.close();
+    }
+
+private:
+    static QString FieldOf(QString text) {
+        const bool isPlain = std::none_of(text.begin(), text.end(), [](QChar c) {
+            return c == u';' || c == u'"' || c == u'\r' || c == u'\n' || c == u',' || c == u'\t';
+        });
+        return isPlain ? text : QString(u'"' + text.replace(u'"', QLatin1String("\"\"")) + u'"');
+    }
+
+    QString m_path;
+    QFile m_file;
+};
+
+class WorkbookWriter final : public TableWriter {
+public:
+    WorkbookWriter(const QString& path, const QString& sheet, const QStringList& columns)
+        : m_path(path),
+          m_columns(static_cast<int>(columns.size())) {
+        if (const QString obstacle = ownFile::Obstacle(path); !obstacle.isEmpty()) {
+            Refuse(path, obstacle);
+        }
+        lxw_workbook_options options{};
+        options.constant_memory = LXW_TRUE; // however many rows there are
+        m_book = workbook_new_opt(QFile::encodeName(path).constData(), &options);
+        m_sheet = m_book == nullptr ? nullptr : workbook_add_worksheet(m_book, SheetName(sheet).toUtf8().constData());
+        if (m_sheet == nullptr) {
+            Refuse(path, QStringLiteral("non si può cominciare la cartella di lavoro"));
+        }
+        AddHeader(columns);
+    }
+    ~WorkbookWriter() override {
+        if (m_book != nullptr) {
+            workbook_close(m_book);
+        }
+    }
+    WorkbookWriter(const WorkbookWriter&) = delete;
+    WorkbookWriter& operator=(const WorkbookWriter&) = delete;
+
+    void AddRow(const QVector<QVariant>& values) override {
+        for (int column = 0; column < values.size(); ++column) {
+            Write(column, values.at(column), nullptr);
+        }
+        ++m_row;
+    }
+
+    void Close() override {
+        if (m_row > 1) {
+            worksheet_autofilter(m_sheet, 0, 0, m_row - 1, static_cast<lxw_col_t>(m_columns - 1));
+        }
+        const lxw_error error = workbook_close(std::exchange(m_book, nullptr));
+        if (error != LXW_NO_ERROR) {
+            Refuse(m_path, QStringLiteral("non si è potuto scrivere (%1)").arg(QString::fromUtf8(lxw_strerror(error))));
+        }
+    }
+
+private:
+    /// At most 31 characters, none of those that references are made of.
+    static QString SheetName(QString name) {
+        constexpr qsizetype most = 31;
+        for (QChar& c : name) {
+            c = QStringLiteral("[]:*?/\\'").contains(c) ? QChar(u'_') : c;
+        }
+        return name.left(most);
+    }
+
+    void AddHeader(const QStringList& columns) {
+        constexpr double narrowest = 10;
+        lxw_format* bold = workbook_add_format(m_book);
+        format_set_bold(bold);
+        for (int column = 0; column < m_columns; ++column) {
+            const double width = std::max(narrowest, static_cast<double>(columns.at(column).size()) + 4);
+            worksheet_set_column(m_sheet, static_cast<lxw_col_t>(column), static_cast<lxw_col_t>(column), width,
+                                 nullptr);
+            Write(column, columns.at(column), bold);
+        }
+        worksheet_freeze_panes(m_sheet, 1, 0);
+        ++m_row;
+    }
+
+    void Write(int column, const QVariant& value, lxw_format* format) {
+        const auto place = static_cast<lxw_col_t>(column);
+        lxw_error error = LXW_NO_ERROR;
+        if (FitsCell(value)) {
+            error = worksheet_write_number(m_sheet, m_row, place, value.toDouble(), format);
+        } else if (const QString text = mod_ovTools::ToText(value); !text.isEmpty()) {
+            error = worksheet_write_string(m_sheet, m_row, place, text.toUtf8().constData(), format);
+        }
+        if (error != LXW_NO_ERROR) {
+            Refuse(m_path,
+                   QStringLiteral("riga %1, colonna %2: %3")
+                       .arg(QString::number(m_row + 1), ColumnLetters(column), QString::fromUtf8(lxw_strerror(error))));
+        }
+    }
+
+    QString m_path;
+    int m_columns;
+    lxw_workbook* m_book = nullptr;
+    lxw_worksheet* m_sheet = nullptr;
+    lxw_row_t m_row = 0;
+};
+
+/// A cell as its text; raises `ImportError` for one that cannot be read.
+QString TextOf(const SheetCell& cell, qint64 row) {
+    using Kind = SheetCell::Kind;
+    switch (cell.kind) {
+    case Kind::Number:
+        return mod_ovTools::ToText(cell.number);
+    case Kind::Boolean:
+        return mod_ovTools::ToText(cell.number != 0);
+    case Kind::Text:
+        return QString::fromUtf8(cell.text);
+    case Kind::Date:
+        return mod_ovTools::ToText(mod_ovTools::ReadDate(QString::fromUtf8(cell.text)).value_or(QDateTime()));
+    case Kind::EmptyText:
+        return {};
+    default:
+        throw ImportError(QStringLiteral("riga %1, colonna %2: %3")
+                              .arg(QString::number(row), ColumnLetters(cell.column),
+                                   cell.text.isEmpty() ? QStringLiteral("la formula non ha un valore")
+                                                       : QString::fromUtf8(cell.text)));
+    }
+}
+
+/// Takes a row of a file in: the first one names the columns, and one with nothing in it is none.
+void Take(TableOfFile& table, qint64 number, QStringList values) {
+    if (table.columns.isEmpty()) {
+        table.columns = std::move(values);
+        return;
+    }
+    if (values.size() > table.columns.size()) {
+        throw ImportError(
+            QStringLiteral("riga %1: ha %2 valori, le colonne sono %3")
+                .arg(QString::number(number), QString::number(values.size()), QString::number(table.columns.size())));
+    }
+    while (values.size() < table.columns.size()) {
+        values.append(QString());
+    }
+    if (std::any_of(values.begin(), values.end(), [](const QString& value) { return !value.isEmpty(); })) {
+        table.rows.push_back({number, std::move(values)});
+    }
+}
+
+void ReadWorkbook(TableOfFile& table) {
+    const auto book = OpenWorkbook(table.path);
+    const auto sheet = book->Read(0);
+    for (SheetRow row; sheet->Next(row);) {
+        QStringList values;
+        for (const SheetCell& cell : row.cells) {
+            while (values.size() < cell.column) {
+                values.append(QString());
+            }
+            values.append(TextOf(cell, row.number));
+        }
+        Take(table, row.number, std::move(values));
+    }
+}
+
+/// The separator that the first line has most of.
+char SeparatorOf(const QString& path) {
+    QFile file(path);
+    const QByteArray line = file.open(QIODevice::ReadOnly) ? file.readLine() : QByteArray();
+    constexpr std::array separators{';', ',', '\t'};
+    return *std::max_element(separators.begin(), separators.end(),
+                             [&line](char a, char b) { return line.count(a) < line.count(b); });
+}
+
+void ReadCsv(TableOfFile& table) {
+    CsvFile file(table.path, SeparatorOf(table.path));
+    const auto told = file.Lines().TellsPage();
+    const CodePage page(told ? *told : TextLines::IsUtf8(table.path) ? QStringLiteral("UTF-8") : QString());
+    for (CsvFile::Record record; file.Next(record);) {
+        if (record.isBroken) {
+            throw ImportError(QStringLiteral("riga %1: un ritorno a capo (CR) la spezza").arg(record.line));
+        }
+        QStringList values;
+        for (const QByteArray& field : record.fields) {
+            values.append(DecodeText(field, page));
+        }
+        Take(table, record.line, std::move(values));
+    }
+}
+
+} // namespace
+
+std::unique_ptr<TableWriter> TableWriter::Create(const QString& path, const QString& sheet,
+                                                 const QStringList& columns) {
+    if (QFileInfo(path).suffix().compare(QStringLiteral("xlsx"), Qt::CaseInsensitive) == 0) {
+        return std::make_unique<WorkbookWriter>(path, sheet, columns);
+    }
+    return std::make_unique<CsvWriter>(path, columns);
+}
+
+TableOfFile ReadTable(const QString& path) {
+    static const QStringList workbooks{"xlsx", "xlsm", "xls", "ods"};
+    TableOfFile table{path, {}, {}};
+    try {
+        workbooks.contains(QFileInfo(path).suffix().toLower()) ? ReadWorkbook(table) : ReadCsv(table);
+    } catch (ImportError& error) {
+        if (!error.Message().contains(path)) {
+            error.AddContext(QStringLiteral("file '%1'").arg(path));
+        }
+        throw;
+    }
+    if (table.columns.isEmpty()) {
+        Refuse(path, QStringLiteral("è vuoto"));
+    }
+    return table;
+}
+
+} // namespace sources

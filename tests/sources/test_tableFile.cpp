@@ -1,0 +1,76 @@
+#include "sources/tableFile.h"
+#include "sql/errors.h"
+#include "tests/support/QuadrixTest.h"
+
+#include <QTemporaryDir>
+
+using namespace sources;
+
+/// Tables that are written for people and come back from them.
+class TestTableFile : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ComesBackAsItWas_data();
+    void ComesBackAsItWas();
+    void WhatPeopleMakeOfIt_data();
+    void WhatPeopleMakeOfIt();
+
+private:
+    QTemporaryDir m_folder;
+};
+
+void TestTableFile::ComesBackAsItWas_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("csv") << "a.csv";
+    QTest::newRow("xlsx") << "a.xlsx";
+}
+
+void TestTableFile::ComesBackAsItWas() {
+    QFETCH(QString, name);
+    const QString path = m_folder.filePath(name);
+    const QStringList columns{"Codice", "Note; \"altro\"", "Valore", "Data", "Vuota"};
+    const auto file = TableWriter::Create(path, "Scarti: [1]", columns);
+    file->AddRow({"00012", "=1+1\r\nè, \"qui\"\t;", 12.5, QDate(2026, 3, 5), QVariant()});
+    file->AddRow({"", "", QVariant(), QVariant(), QVariant()});
+    file->AddRow({" x ", "-", 12345678901234567LL, -3, true});
+    file->Close();
+    const TableOfFile table = ReadTable(path);
+    QCOMPARE(table.columns, columns);
+    QCOMPARE(table.rows.size(), 2U);
+    QCOMPARE(table.rows[0].values, QStringList({"00012", "=1+1\r\nè, \"qui\"\t;", "12.5", "2026-03-05", ""}));
+    QCOMPARE(table.rows[1].values, QStringList({" x ", "-", "12345678901234567", "-3", "True"}));
+}
+
+void TestTableFile::WhatPeopleMakeOfIt_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("values"); ///< or the error
+    QTest::newRow("Excel's own separator, cp1252") << QByteArray("A;B\r\nperch\xE9;2\r\n") << "2:perché|2";
+    QTest::newRow("comma, UTF-8") << QByteArray("A,B\nperch\xC3\xA9,2\n") << "2:perché|2";
+    QTest::newRow("a line too short") << QByteArray("A;B;C\n1\n\n;;\n4;5;6\n") << "2:1||/5:4|5|6";
+    QTest::newRow("a line too long") << QByteArray("A;B\n1;2;3\n")
+                                     << "file '%1': riga 2: ha 3 valori, le colonne sono 2";
+    QTest::newRow("nothing") << QByteArray() << "file '%1': è vuoto";
+}
+
+void TestTableFile::WhatPeopleMakeOfIt() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, values);
+    const QString path = m_folder.filePath("people.csv");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    QStringList rows;
+    try {
+        for (const auto& row : ReadTable(path).rows) {
+            rows.append(QString::number(row.number) + u':' + row.values.join(u'|'));
+        }
+    } catch (const ImportError& error) {
+        rows = {error.Message()};
+    }
+    QCOMPARE(rows.join(u'/'), values.contains(QLatin1String("%1")) ? values.arg(path) : values);
+}
+
+QUADRIX_TEST(TestTableFile)
+#include "test_tableFile.moc"
