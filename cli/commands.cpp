@@ -4,8 +4,9 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(),    ImportCommand(),
-        SequenceCommand(), MergeCommand(),          ResetCommand(),   TruncateCommand(), HistoryCommand(),
+        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(),
+        ImportCommand(),   SequenceCommand(),       MergeCommand(),   ResetCommand(),
+        TruncateCommand(), HistoryCommand(),        UndoCommand(),
     };
     return commands;
 }

@@ -11,6 +11,7 @@ Command ImportCommand();
 Command CheckCommand();
 Command InspectCommand();
 Command HistoryCommand();
+Command UndoCommand();
 Command MergeCommand();
 Command SequenceCommand();
 Command ResetCommand();

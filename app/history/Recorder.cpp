@@ -39,6 +39,7 @@ Recorder::Recorder(Session& session, RunFacts facts)
 Recorder::~Recorder() {
     m_session.Observer = nullptr;
     Try([this] { End(); });
+    TellTrouble();
 }
 
 /// Nothing of what the history has trouble with may reach the import.
@@ -49,14 +50,20 @@ void Recorder::Try(const Work& work) noexcept {
     } catch (const std::exception& error) {
         m_file.reset();
         m_waiting.clear();
-        try {
-            const auto* own = dynamic_cast<const Error*>(&error);
-            modImport::WriteImportLog(m_session,
-                                      QStringLiteral("La cronologia non tiene questa esecuzione: ") +
-                                          (own != nullptr ? own->Message() : QString::fromUtf8(error.what())),
-                                      false);
-        } catch (const std::exception&) { // the log tells of its own trouble
-        }
+        const auto* own = dynamic_cast<const Error*>(&error);
+        m_trouble = QStringLiteral("La cronologia non tiene questa esecuzione: ") +
+                    (own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
+    }
+}
+
+/// A procedure begins the log anew: what is told before it would not be read.
+void Recorder::TellTrouble() noexcept {
+    if (m_trouble.isEmpty()) {
+        return;
+    }
+    try {
+        modImport::WriteImportLog(m_session, std::exchange(m_trouble, {}), false);
+    } catch (const std::exception&) { // the log tells of its own trouble
     }
 }
 
@@ -179,6 +186,7 @@ void Recorder::ProcedureEnds(const RunResult& result) noexcept {
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
         Write();
     });
+    TellTrouble();
 }
 
 void Recorder::Keep(SqlText statement) {

@@ -40,6 +40,7 @@ public:
 private:
     template<class Work>
     void Try(const Work& work) noexcept;
+    void TellTrouble() noexcept;
     void Begin(const RunFacts& facts);
     void AdoptLogs();
     void Keep(SqlText statement);
@@ -56,6 +57,7 @@ private:
     qint64 m_procedure = 0;
     std::vector<SqlText> m_waiting;   ///< to be written
     std::optional<SqlText> m_reached; ///< behind them
+    QString m_trouble;                ///< to be told in the log
     QElapsedTimer m_since;            ///< it was written last
     QHash<QString, qint64> m_columnLists;
 };

@@ -66,6 +66,7 @@ QJsonObject ToJson(const RunResult& result) {
                      {"noteCount", result.notes.count},
                      {"errors", QJsonArray::fromStringList(result.errors)},
                      {"details", QJsonArray::fromStringList(result.details)},
+                     {"codes", QJsonArray::fromStringList(result.untranslated)},
                      {"seconds", result.seconds}};
     for (const Number& number : Numbers) {
         json.insert(QLatin1String(number.name), result.*number.member);
@@ -98,6 +99,7 @@ RunResult ResultFrom(const QJsonObject& json) {
     result.notes.count = json["noteCount"].toInteger();
     result.errors = TextsOf(json["errors"]);
     result.details = TextsOf(json["details"]);
+    result.untranslated = TextsOf(json["codes"]);
     result.seconds = json["seconds"].toDouble();
     return result;
 }

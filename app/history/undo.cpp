@@ -1,0 +1,180 @@
+#include "app/history/undo.h"
+
+#include "core/rowDigest.h"
+#include "core/Schema.h"
+#include "core/worker.h"
+#include "sql/ovQueryConstructor.h"
+#include "sql/Transaction.h"
+
+namespace history {
+
+namespace {
+
+/// A written row as the history keeps it.
+struct Change {
+    TargetChange::Kind kind;
+    QString table;
+    qint64 id;
+    QVector<NamedValue> before;
+    QStringList columns;
+    qint64 digest;
+};
+
+QString WhereId(qint64 id) { return QStringLiteral("WHERE RECORD_ID = %1").arg(id); }
+
+/// Takes the changes of one run back, the latest first.
+class Undoing {
+public:
+    Undoing(Session& session, const Run& run)
+        : m_quadrix(session.Quadrix),
+          m_company(run.company) {}
+
+    void TakeBack(const Change& change) {
+        const QString row = change.table + u'/' + QString::number(change.id);
+        if (!m_isToUndo.contains(row)) { // the last that the run did to it
+            const QString why = Obstacle(change);
+            m_isToUndo.insert(row, why.isEmpty());
+            if (!why.isEmpty()) {
+                Keep(change, why);
+            }
+        }
+        if (!m_isToUndo.value(row)) {
+            return;
+        }
+        switch (change.kind) {
+        case TargetChange::Kind::Inserted:
+            m_quadrix.Execute(QStringLiteral("DELETE FROM %1 %2").arg(change.table, WhereId(change.id)));
+            ++Result.removed;
+            break;
+        case TargetChange::Kind::Updated:
+            Write(change, StatementKind::Update);
+            Result.restored += m_restored.contains(row) ? 0 : 1;
+            m_restored.insert(row);
+            break;
+        case TargetChange::Kind::Deleted:
+            Write(change, StatementKind::Insert);
+            ++Result.brought;
+            break;
+        }
+    }
+
+    UndoResult Result;
+
+private:
+    const schema::Table& SchemaOf(const QString& table) const {
+        const QString prefix = m_company + u'_';
+        const QString bare = table.startsWith(prefix) ? table.mid(prefix.size()) : table;
+        const schema::Table* found = schema::FindTable(bare);
+        if (found == nullptr) {
+            throw ImportError(QStringLiteral("la tabella '%1' non è nello schema").arg(table));
+        }
+        return *found;
+    }
+
+    DataType TypeOf(const QString& table, const QString& column) const {
+        const schema::Column* found = SchemaOf(table).FindColumn(column);
+        return found == nullptr ? DataType::NVarChar : found->type;
+    }
+
+    /// Why a row must stay as it is; empty when it is still what the run left.
+    QString Obstacle(const Change& change) const {
+        if (change.kind == TargetChange::Kind::Deleted) {
+            return {};
+        }
+        Recordset rows =
+            m_quadrix.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 %3")
+                                    .arg(change.columns.join(QStringLiteral(", ")), change.table, WhereId(change.id)));
+        if (rows.Eof()) {
+            return QStringLiteral("non c'è più");
+        }
+        RowDigest digest;
+        for (const QString& column : change.columns) {
+            digest.Add(rows.Value(column), TypeOf(change.table, column));
+        }
+        return digest.Value() == change.digest ? QString() : QStringLiteral("è stata modificata dopo");
+    }
+
+    void Keep(const Change& change, const QString& why) {
+        ++Result.keptCount;
+        if (Result.kept.size() < UndoResult::MostKept) {
+            Result.kept.push_back({change.table, change.id, why});
+        }
+    }
+
+    /// Writes what a row had before.
+    void Write(const Change& change, StatementKind kind) const {
+        const schema::Table& table = SchemaOf(change.table);
+        ovQueryConstructor query;
+        query.ProviderType = m_quadrix.ProviderType;
+        query.SetTable(table.name, table.shared ? QString() : m_company);
+        for (const NamedValue& each : change.before) {
+            const bool areBytes = each.value.typeId() == QMetaType::QByteArray;
+            query.AddUpdateField(
+                each.name,
+                areBytes ? QVariant(QStringLiteral("0x") + QString::fromLatin1(each.value.toByteArray().toHex()))
+                         : each.value,
+                areBytes ? DataType::Expression : TypeOf(change.table, each.name), true);
+        }
+        query.WhereString = kind == StatementKind::Update ? WhereId(change.id) : QString();
+        m_quadrix.Execute(query.MakeStatement(kind));
+    }
+
+    ovConnection& m_quadrix;
+    QString m_company;
+    QHash<QString, bool> m_isToUndo; ///< by table and number
+    QSet<QString> m_restored;
+};
+
+void CheckMayUndo(const Run& run) {
+    const auto refuse = [&run](const QString& why) {
+        throw ImportError(QStringLiteral("l'esecuzione %1 %2").arg(QString::number(run.id), why));
+    };
+    if (run.isTrial) {
+        refuse(QStringLiteral("era una prova: non ha lasciato nulla da annullare"));
+    }
+    if (run.isUnderWay) {
+        refuse(QStringLiteral("è ancora in corso"));
+    }
+    for (const ProcedureRun& procedure : run.procedures) {
+        if (!procedure.undone.isEmpty()) {
+            refuse(QStringLiteral("è già stata annullata (%1)").arg(procedure.undone));
+        }
+    }
+}
+
+} // namespace
+
+UndoResult Undo(Session& session, History& history, qint64 number) {
+    const Run run = history.Load(number);
+    CheckMayUndo(run);
+    const bool isTrial = session.Quadrix.InTransaction();
+    Transaction transaction(session.Quadrix);
+    Undoing undoing(session, run);
+    {
+        Recordset rows = history.File().ExecuteWC(
+            Statement(u"SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest FROM changes C "
+                      u"LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
+                      u"WHERE P.run = ? ORDER BY C.id DESC",
+                      {number}));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            undoing.TakeBack({static_cast<TargetChange::Kind>(rows.Fields(0).Value().toInt()),
+                              rows.Fields(1).Value().toString(), rows.Fields(2).Value().toLongLong(),
+                              ValuesOf(rows.Fields(3).Value().toString()),
+                              rows.Fields(4).Value().toString().split(u',', Qt::SkipEmptyParts),
+                              rows.Fields(5).Value().toLongLong()});
+        }
+    }
+    transaction.Keep();
+    for (const ProcedureRun& procedure : run.procedures) {
+        for (const RunResult::Emptied& emptied : procedure.result.emptied) {
+            undoing.Result.emptied += std::max<qint64>(0, emptied.rows);
+        }
+    }
+    if (!isTrial) {
+        history.File().Execute(Statement(u"UPDATE procedures SET undone = ? WHERE run = ?",
+                                         {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
+    }
+    return undoing.Result;
+}
+
+} // namespace history

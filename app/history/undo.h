@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/history/History.h"
+
+namespace history {
+
+/// A row that stays as it is: somebody has changed it since, or it cannot be put back.
+struct KeptRow {
+    QString table; ///< physical name
+    qint64 id;     ///< RECORD_ID
+    QString why;
+};
+
+/// What the undoing of a run has done.
+struct UndoResult {
+    static constexpr size_t MostKept = 1000;
+
+    qint64 removed = 0;        ///< rows that the run had inserted
+    qint64 restored = 0;       ///< rows that it had updated
+    qint64 brought = 0;        ///< rows that it had deleted one by one, which are there again under new numbers
+    qint64 keptCount = 0;      ///< rows that stay
+    std::vector<KeptRow> kept; ///< the first 1000 of them
+    qint64 emptied = 0;        ///< rows that the run had emptied tables of: they are gone
+};
+
+/// Takes back what a run has written into the target: rows that it inserted are removed, those that it updated get back
+/// what they had. A row that has been changed since, by whomever, stays and is named; the codes that SYS_IMP has taken
+/// in stay too. It is one transaction; within an open one (a trial) it is a part of that, and the history is not told.
+/// Raises `ImportError` for a run that was a trial, that is under way, or has been taken back before, or `SqlError`.
+UndoResult Undo(Session& session, History& history, qint64 run);
+
+} // namespace history

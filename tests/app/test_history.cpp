@@ -1,0 +1,270 @@
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/ImportRun.h"
+#include "app/history/compare.h"
+#include "app/history/rejects.h"
+#include "app/history/undo.h"
+#include "sources/tableFile.h"
+#include "tests/support/files.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace contract;
+using namespace history;
+
+namespace {
+
+/// Articles of a small source into a target whose runs are kept.
+class Kept {
+public:
+    Kept() {
+        m_origin.name = "Prova";
+        m_origin.source.prepare = [this](Session&, ovConnection& source) {
+            source.Embedded = true;
+            source.DatabaseName = Target.Folder.filePath("source.db");
+            return true;
+        };
+        m_origin.procedures.push_back(
+            {Button::Art, "ImportProva", [](Session& session, const QString&, bool) { Import(session); }, {}});
+        ovConnection source;
+        source.Embedded = true;
+        source.DatabaseName = Target.Folder.filePath("source.db");
+        source.OpenConnection();
+        source.Execute("CREATE TABLE ART (CODICE TEXT, NOME TEXT, COSTO TEXT, UM TEXT)");
+        for (const char* row : {"'A', 'Vite', '1.5', 'PZ'", "'B', 'Dado', 'due', 'XX'", "'C', 'Rondella', '3', 'XX'",
+                                "'D', 'Perno', 'quattro', 'PZ'"}) {
+            source.Execute(QStringLiteral("INSERT INTO ART VALUES (%1)").arg(QLatin1String(row)));
+        }
+        Target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('PROVA', 'UM', 'PZ', 'NR')");
+    }
+
+    FlowOutcome Run(const std::shared_ptr<RowSelection>& only = {}, bool dryRun = false) {
+        ImportRequest request;
+        request.choice = {"Prova Uno S.r.l.", {}, &m_origin, ErrorAction::Ignore};
+        request.button = Button::Art;
+        request.confirmed = true;
+        request.reset = false;
+        request.dryRun = dryRun;
+        request.only = only;
+        Target.Get().Results.clear();
+        return RunImport(Target.Get(), request);
+    }
+    void Source(const QString& statement) const {
+        ovConnection source;
+        source.Embedded = true;
+        source.DatabaseName = Target.Folder.filePath("source.db");
+        source.OpenConnection();
+        source.Execute(statement);
+    }
+    QStringList Articles() { return Target.Rows("SELECT CDART, ARDES, ARCOS FROM X01_ART_ICO ORDER BY CDART"); }
+    QString Account() {
+        const RunResult& result = Target.Get().Results.last();
+        return QStringLiteral("%1 = %2 + %3 + %4 + %5")
+            .arg(result.sourceRows)
+            .arg(result.inserted)
+            .arg(result.updated)
+            .arg(result.skipped)
+            .arg(result.givenUpCount);
+    }
+    QString Path() const { return FilePath(Target.Get().Config.ConfigFile()); }
+
+    mutable TestTarget Target;
+
+private:
+    static void Import(Session& session) {
+        ImportRun run(session, "modImport_Prova", "ImportProva", {});
+        run.Guard([&] {
+            run.Announce("Inizio importazione articoli");
+            run.Rows({"Articoli", "ART", "CODICE", "SELECT COUNT(*) FROM ART", "SELECT * FROM ART ORDER BY CODICE"},
+                     [&](const SourceRow& row) { return ImportRow(run, row); });
+            run.Complete("Articoli importati correttamente!");
+        });
+    }
+
+    static RowOutcome ImportRow(ImportRun& run, const SourceRow& row) {
+        Session& session = run.GetSession();
+        const qint64 known = IdWhere(session, "ART_ICO", Equals(session, "CDART", row.Text("CODICE")));
+        TargetRow article(run, "ART_ICO");
+        article.Set("CDART", row.Value("CODICE")).Set("ARDES", row.Value("NOME")).Set("ARCOS", row.Value("COSTO"));
+        if (modImport::GetNewCode(session, "PROVA", "UM", row.Text("UM"), true).isEmpty()) {
+            run.Log("UNITÀ NON TROVATA: " + row.Text("UM"));
+        }
+        if (known != 0) {
+            article.Update("WHERE " + Equals("RECORD_ID", known));
+            return RowOutcome::Updated;
+        }
+        article.Insert();
+        return RowOutcome::Inserted;
+    }
+
+    Origin m_origin;
+};
+
+QString Of(const Run& run) {
+    const RunResult& result = run.procedures.front().result;
+    return QStringLiteral("%1 %2 %3 %4: %5+%6, %7")
+        .arg(run.company, run.origin, run.data, EndingText(run))
+        .arg(result.inserted)
+        .arg(result.updated)
+        .arg(run.procedures.front().rejects);
+}
+
+} // namespace
+
+/// What is kept of the runs, and what is made of it.
+class TestHistory : public QObject {
+    Q_OBJECT
+
+private slots:
+    void keepsWhatARunTold() {
+        Kept kept;
+        QCOMPARE(kept.Run(), FlowOutcome::Done);
+        QCOMPARE(kept.Account(), "4 = 2 + 0 + 0 + 2");
+        History history(kept.Path());
+        const auto runs = history.Runs("X01");
+        QCOMPARE(runs.size(), 1U);
+        QCOMPARE(Of(runs.front()), "X01 Prova art completata ma non per intero: 2+0, 2");
+        const auto notes = history.Notes(1, {}, "xx", 0, 10);
+        QCOMPARE(notes.size(), 1U); // that of the row given up went with it
+        QCOMPARE(notes[0].kind + "|" + notes[0].row + "|" + notes[0].text,
+                 "UNITÀ NON TROVATA|tabella 'ART', CODICE 'C'|XX");
+        history.SetDone(notes[0].id, true);
+        QCOMPARE(history.NoteKinds(1).front().done, 1);
+        const auto codes = history.WaitingCodes("X01");
+        QCOMPARE(codes.size(), 1U);
+        QCOMPARE(codes[0].code.list + codes[0].code.field + codes[0].code.code + codes[0].first.join(','),
+                 "PROVAUMXX"
+                 "tabella 'ART', CODICE 'C'");
+        QVERIFY(history.Log(1).contains("Riga abbandonata: tabella 'ART', CODICE 'B'"));
+    }
+
+    /// The rows given up come back mended in the file, or at the source, and are imported alone.
+    void importsRejectsAgain() {
+        Kept kept;
+        kept.Run();
+        History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.csv");
+        QCOMPARE(WriteRejects(history, 1, path), QStringList{path});
+        QVERIFY(ReadFile(path).contains("_SCARTO;_RIGA_ORIGINE;_MOTIVO;CODICE;NOME;COSTO;UM\r\n"));
+        WriteFile(path, ReadFile(path).replace("due", "2"));
+        kept.Source("UPDATE ART SET NOME = 'Vite lunga' WHERE CODICE = 'A'"); // not among them
+        QCOMPARE(kept.Run(MendedRejects(history, 1, {path})), FlowOutcome::Done);
+        QCOMPARE(kept.Account(), "2 = 1 + 0 + 0 + 1");
+        QCOMPARE(kept.Articles(), QStringList({"A|Vite|1.5", "B|Dado|2", "C|Rondella|3"}));
+        kept.Source("UPDATE ART SET COSTO = '4' WHERE CODICE = 'D'");
+        kept.Run(RejectsOf(history, 2));
+        QCOMPARE(kept.Account(), "1 = 1 + 0 + 0 + 0");
+        QCOMPARE(Differences(history, 2, 3).last(), "UNITÀ NON TROVATA: da 1 a 0");
+    }
+
+    void refusesWrongMending_data() {
+        Columns<QByteArray, QByteArray, QString>("before", "after", "mistake");
+        QTest::newRow("another file") << QByteArray("_SCARTO") << QByteArray("SCARTO") << "non è un file degli scarti";
+        QTest::newRow("a row of another run")
+            << QByteArray("\r\n1;") << QByteArray("\r\n77;")
+            << "riga 2, colonna '_SCARTO': '77' non è uno scarto di questa esecuzione";
+        QTest::newRow("a column that the source lacks")
+            << QByteArray(";NOME;") << QByteArray(";NOMI;") << "riga 2, colonna 'NOMI': la fonte non ha questa colonna";
+    }
+    void refusesWrongMending() {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QFETCH(QString, mistake);
+        Kept kept;
+        kept.Run();
+        const History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.csv");
+        WriteRejects(history, 1, path);
+        WriteFile(path, ReadFile(path).replace(before, after));
+        try {
+            MendedRejects(history, 1, {path});
+            QFAIL("nothing was refused");
+        } catch (const ImportError& error) {
+            QVERIFY2(error.Message().contains(mistake), qPrintable(error.Message()));
+        }
+    }
+
+    /// What the source has changed since is not written over unseen, and what it has no more is told.
+    void tellsWhatTheSourceHasChanged() {
+        Kept kept;
+        kept.Run();
+        const History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.xlsx");
+        WriteRejects(history, 1, path);
+        auto table = sources::ReadTable(path);
+        const QString own = kept.Target.Folder.filePath("mine.xlsx");
+        const auto mended = sources::TableWriter::Create(own, "x", table.columns);
+        for (const auto& row : table.rows) {
+            QVector<QVariant> values(row.values.begin(), row.values.end());
+            values[5] = "2";
+            mended->AddRow(values);
+        }
+        mended->Close();
+        kept.Source("UPDATE ART SET COSTO = 'tre' WHERE CODICE = 'B'");
+        kept.Source("DELETE FROM ART WHERE CODICE = 'D'");
+        kept.Run(MendedRejects(history, 1, {own}));
+        QCOMPARE(kept.Account(), "1 = 0 + 0 + 0 + 1");
+        const RunResult& result = kept.Target.Get().Results.last();
+        QVERIFY(result.givenUp.front().reason.contains("la fonte ha ora 'tre', quando è stata scartata aveva 'due'"));
+        QCOMPARE(result.notes.kinds.front().name + result.notes.kinds.front().first, "RIGA CHE LA FONTE NON HA PIÙ"
+                                                                                     "tabella 'ART', CODICE 'D'");
+    }
+
+    /// An interrupted run goes on behind the last row that stands; where the source is another, from the beginning.
+    void goesOnWhereItStopped() {
+        Kept kept;
+        kept.Target.Person.CancelAt = 2;
+        kept.Run();
+        QCOMPARE(kept.Account(), "4 = 1 + 0 + 0 + 1");
+        kept.Target.Person.CancelAt.reset();
+        History history(kept.Path());
+        kept.Run(RestOf(history.Load(1)));
+        QCOMPARE(kept.Account(), "4 = 1 + 0 + 1 + 2");
+        QCOMPARE(kept.Target.Get().Results.last().skippedBy.firstKey(), "già importata prima dell'interruzione");
+        kept.Source("INSERT INTO ART VALUES ('0', 'Nuovo', '1', 'PZ')");
+        kept.Run(RestOf(history.Load(1)));
+        QVERIFY(kept.Target.Get().Results.last().errors.first().contains("al posto di tabella 'ART', CODICE 'A' c'è"));
+    }
+
+    /// What a run wrote is taken back, but for what somebody has changed since.
+    void takesARunBack() {
+        Kept kept;
+        kept.Run();
+        const QStringList first = kept.Articles();
+        kept.Source("UPDATE ART SET NOME = 'Altro', COSTO = '9'");
+        kept.Run();
+        QCOMPARE(kept.Account(), "4 = 2 + 2 + 0 + 0");
+        kept.Target.Execute("UPDATE X01_ART_ICO SET ARDES = 'Mio' WHERE CDART = 'D'");
+        History history(kept.Path());
+        const UndoResult result = Undo(kept.Target.Get(), history, 2);
+        QCOMPARE(result.removed, 1);
+        QCOMPARE(result.restored, 2);
+        QCOMPARE(result.keptCount, 1);
+        QCOMPARE(result.kept.front().why, "è stata modificata dopo");
+        QCOMPARE(kept.Articles(), first + QStringList{"D|Mio|9"});
+        QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 2), ImportError);
+    }
+
+    /// A trial leaves nothing to take back.
+    void keepsTrials() {
+        Kept kept;
+        kept.Run({}, true);
+        History history(kept.Path());
+        QVERIFY(history.Load(1).isTrial);
+        QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 1), ImportError);
+    }
+
+    /// A history that cannot be written does not stop an import.
+    void importsWithoutIt() {
+        Kept kept;
+        QDir(kept.Target.Folder.path()).mkdir("Cronologia.sqlite");
+        QCOMPARE(kept.Run(), FlowOutcome::Done);
+        QCOMPARE(kept.Articles().size(), 2);
+        QVERIFY(kept.Target.Log().contains("La cronologia non tiene questa esecuzione"));
+    }
+};
+
+QUADRIX_TEST(TestHistory)
+#include "test_history.moc"
