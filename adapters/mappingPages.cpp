@@ -1,6 +1,9 @@
 #include "adapters/mappingPages.h"
 
 #include "sources/layout/LayoutFile.h"
+#include "sql/errors.h"
+
+#include <QFile>
 
 using namespace contract;
 
@@ -128,7 +131,55 @@ QString ModulePage(const QString& module, const std::vector<const Origin*>& orig
     return page;
 }
 
+/// What the first lines of a module tell of its source, as one text.
+QString HeadOf(const QString& module, const QString& sources) {
+    const QString name = module.mid(module.indexOf(u'_') + 1);
+    QFile file(QStringLiteral("%1/adapters/origins/%2/%3.cpp").arg(sources, name, module));
+    QString head;
+    if (file.open(QIODevice::ReadOnly)) {
+        for (QString line = QString::fromUtf8(file.readLine()); line.startsWith(QLatin1String("//"));
+             line = QString::fromUtf8(file.readLine())) {
+            head += line.mid(2).simplified() + u' ';
+        }
+    }
+    if (head.isEmpty()) {
+        throw ImportError(QStringLiteral("'%1': il modulo non comincia con la sua descrizione").arg(file.fileName()));
+    }
+    return head.trimmed();
+}
+
+/// "`ImportArticoliVision` (art), `ImportListiniVision` (cli \"Importa Listini\")"
+QString ProceduresText(const Origin& origin) {
+    QStringList texts;
+    for (const Procedure& procedure : origin.procedures) {
+        texts.append(
+            QStringLiteral("`%1` (%2)")
+                .arg(procedure.name, procedure.button ? ButtonName(*procedure.button) : QStringLiteral("no button")));
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
 } // namespace
+
+QString OriginsPage(const std::vector<const Origin*>& origins, const QString& sources) {
+    QString page = QStringLiteral("# Origins\n\n%1\n| Origin | Source | Module | Procedures (button) | Names of the "
+                                  "source |\n|---|---|---|---|---|\n")
+                       .arg(MadeBy);
+    QMap<QString, QStringList> modules;
+    for (const Origin* origin : origins) {
+        page +=
+            QStringLiteral("| %1 | %2 | [%3](mappings/%3.md) | %4 | %5 |\n")
+                .arg(origin->name, origin->source.kind, origin->module, ProceduresText(*origin),
+                     origin->source.names == contract::Naming::TheirOwn ? QStringLiteral("known")
+                                                                        : QStringLiteral("this system's own reading"));
+        modules[origin->module].append(origin->name);
+    }
+    page += QStringLiteral("\n## What each module knows of its source, and what it leaves out\n");
+    for (const auto& [module, names] : modules.asKeyValueRange()) {
+        page += QStringLiteral("\n### %1\n\n%2\n").arg(names.join(QStringLiteral(", ")), HeadOf(module, sources));
+    }
+    return page;
+}
 
 QMap<QString, QString> Pages(const std::vector<const Origin*>& origins) {
     QMap<QString, std::vector<const Origin*>> modules;

@@ -2,6 +2,7 @@
 
 #include "adapters/sourceSettings.h"
 #include "app/CompanyLock.h"
+#include "app/history/Recorder.h"
 #include "app/RunLog.h"
 #include "app/sequence.h"
 
@@ -67,6 +68,7 @@ private:
     Session& m_session;
     std::vector<std::unique_ptr<CompanyLock>> m_locks;
     std::optional<RunLog> m_runLog;
+    std::optional<history::Recorder> m_recorder;
     const SequenceSettings& m_settings;
     const SequenceWindow& m_window;
     SequenceResult m_result;

@@ -126,8 +126,12 @@ private:
 
     std::vector<std::string> Import(const std::string& company, const std::string& origin,
                                     const std::string& kind) const {
-        return Program({"import", "--company", company, "--origin", origin, "--data", kind, "--answer", "no",
-                        "--errors", "abort"});
+        std::vector<std::string> words =
+            Program({"import", "--company", company, "--origin", origin, "--data", kind, "--errors", "abort"});
+        if (origin == "WinProgest" || (origin == "Arca 2000" && kind == "cli")) { // it asks one question
+            words.insert(words.end(), {"--answer", "no"});
+        }
+        return words;
     }
 
     /// A company with what has to be there before, and the source of its import.

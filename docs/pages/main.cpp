@@ -1,5 +1,6 @@
 #include "adapters/mappingPages.h"
 #include "adapters/registry.h"
+#include "sql/errors.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -18,15 +19,26 @@ bool Write(const QString& path, const QString& content) {
 
 } // namespace
 
-/// Writes the mapping pages into a folder and removes those of modules that are no more.
+/// Writes the mapping pages into a folder, removes those of modules that are no more, and beside the folder the page of
+/// all origins.
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     QTextStream err(stderr);
-    if (QCoreApplication::arguments().size() != 2 || !QDir().mkpath(QCoreApplication::arguments().last())) {
-        err << "Uso: quadrix-mappings CARTELLA\n";
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 3 || !QDir().mkpath(arguments.at(1))) {
+        err << "Uso: quadrix-mappings CARTELLA SORGENTI\n";
         return WrongUsage;
     }
-    QDir folder(QCoreApplication::arguments().last());
+    QDir folder(arguments.at(1));
+    try {
+        if (!Write(folder.filePath("../origins.md"), mappingPages::OriginsPage(registry::All(), arguments.at(2)))) {
+            err << "origins.md: la pagina non si può scrivere\n";
+            return 1;
+        }
+    } catch (const Error& error) {
+        err << error.Message() << '\n';
+        return 1;
+    }
     const auto pages = mappingPages::Pages(registry::All());
     for (auto page = pages.cbegin(); page != pages.cend(); ++page) {
         if (!Write(folder.filePath(page.key()), page.value())) {

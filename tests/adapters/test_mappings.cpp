@@ -21,6 +21,9 @@ private slots:
             QVERIFY(file.open(QIODevice::ReadOnly));
             QVERIFY2(QString::fromUtf8(file.readAll()) == page.value(), qPrintable(page.key()));
         }
+        QFile origins(folder.filePath("../origins.md"));
+        QVERIFY(origins.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(origins.readAll()), mappingPages::OriginsPage(registry::All(), QUADRIX_SOURCE_DIR));
     }
 };
 
