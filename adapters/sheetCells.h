@@ -6,8 +6,8 @@
 namespace sheetCells {
 
 /// A value of a cell as the data type wants it: a text, empty for a cell without anything; a number, 0 for it; a date
-/// as text "yyyyMMdd", with a time of day "yyyyMMdd hh:mm:ss", empty for it. Raises `ImportError` for what is no date or
-/// no number.
+/// as text "yyyyMMdd", with a time of day "yyyyMMdd hh:mm:ss", empty for it. Raises `ImportError` for what is no date
+/// or no number.
 QVariant ValueAs(const QVariant& value, DataType type);
 
 /// The value of one cell as the data type wants it: see `ValueAs`.
