@@ -167,7 +167,7 @@ const Origin& Entry() {
         {.kind = "Excel",
          .prepare = sourceSettings::OpenFileExcel({{.table = Sheet, .end = {"Tipo"}}}),
          .names = Naming::OurReading},
-        Buttons("NNNNNNN?", {{Button::Disegni, "Importa Listini"}}),
+        Buttons("NNNNNNNY", {{Button::Disegni, "Importa Listini"}}),
         Shown::No,
         {ProcedureOf(Button::Disegni, OrdiniAperti())},
     };
