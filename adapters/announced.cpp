@@ -30,17 +30,11 @@ const std::vector<Row>& Rows() {
     // clang-format off
     static const std::vector<Row> rows{
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
-        {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
         {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
         {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},
         {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
-        {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",
-         {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
-        {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
-        {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},
         {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
-        {"Scala", "modImport_Scala", "Excel", OpenFileExcel(), "YNNN----"},
         {"Veldra", "modImport_Veldra", "SQL Server", Server("VELDRA"), "YNNN----"},
         {"Facile", "modImport_Facile", "SQL Server", Server("FACILE"), "YYYYN-Y-",
          {{Cli, "Importa Controparti"}, {Dis, "Importa Distinte"}, {Doc, "Importa Ordini"},
@@ -50,7 +44,6 @@ const std::vector<Row>& Rows() {
         {"Lamina", "modImport_Lamina", "CSV", TextFile(csvTitle, csvFilter), "YYYYYYYN",
          {{Acq, "Importa Contatti Clienti"}, {Saldi, "Importa Sedi Clienti"},
           {Piano, "Importa Lavorazioni Distinte"}}},
-        {"Siderea", "modImport_Siderea", "Excel", OpenFileExcel(), "NNNNNNN?", {{Disegni, "Importa Listini"}}, Shown::No},
     };
     // clang-format on
     return rows;

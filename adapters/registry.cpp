@@ -26,7 +26,7 @@
     MODULE(Metodo, Entry) \
     MODULE(Lantek24, Entry) \
     MODULE(NetSuite, Entry) \
-    ANNOUNCED("Excel") \
+    MODULE(Excel, Entry) \
     ANNOUNCED("Access") \
     MODULE(SIGIP, Entry) \
     MODULE(ArcaEvolution, Entry) \
@@ -39,7 +39,7 @@
     ANNOUNCED("Dss Waps") \
     ANNOUNCED("Axis") \
     MODULE(AdHocWindows, Entry) \
-    ANNOUNCED("Excel scarico AS/400") \
+    MODULE(ExcelAS400, Entry) \
     MODULE(Gemini, Entry) \
     MODULE(Fenice, Entry) \
     MODULE(Sigla, Entry) \
@@ -49,24 +49,25 @@
     MODULE(Cometa, Entry) \
     MODULE(Albalog, Entry) \
     MODULE(Puzzle, Entry) \
-    ANNOUNCED("Nubrio Excel") \
+    MODULE(NubrioExcel, Entry) \
     MODULE(GammaSqlServer, Entry) \
     MODULE(BMS, Entry) \
     MODULE(Panthera, Entry) \
     MODULE(Factory, EntryOfSqlServer) \
     MODULE(Brantel, Entry) \
-    ANNOUNCED("Punta") \
+    MODULE(Punta, Entry) \
     ANNOUNCED("Terrauna") \
-    ANNOUNCED("Scala") \
+    MODULE(Scala, Entry) \
     ANNOUNCED("Veldra") \
     ANNOUNCED("Facile") \
     ANNOUNCED("Borgo") \
     ANNOUNCED("Lamina") \
-    ANNOUNCED("Siderea")
+    MODULE(Siderea, Entry)
 /// Those that the list does not show.
 #define QUADRIX_SECOND_SOURCES(MODULE) \
     MODULE(AUTOMA, Entry) \
-    MODULE(Factory, EntryOfWorkbook)
+    MODULE(Factory, EntryOfWorkbook) \
+    MODULE(Punta, EntryOfWorkbook)
 // clang-format on
 
 // An entry is the one export of its module, which needs no header for it.

@@ -25,7 +25,9 @@ double Number(const QVariant& value) {
     return *number;
 }
 
-QVariant Converted(const QVariant& value, DataType type) {
+} // namespace
+
+QVariant ValueAs(const QVariant& value, DataType type) {
     switch (type) {
     case DataType::Date:
     case DataType::DateTime:
@@ -41,20 +43,18 @@ QVariant Converted(const QVariant& value, DataType type) {
     }
 }
 
-} // namespace
-
 QVariant GetXlsValue(ovConnection& source, const QString& table, qint64 row, int column, DataType type) {
     const QString letters = sources::ColumnLetters(column - 1);
     const auto columns = source.GetColumns(table);
     const bool isThere = std::any_of(columns.begin(), columns.end(),
                                      [&letters](const ColumnInfo& info) { return info.name == letters; });
     if (!isThere) { // nothing stands in the whole column
-        return Converted({}, type);
+        return ValueAs({}, type);
     }
     const Recordset cell =
         source.ExecuteWC(QStringLiteral("SELECT [%1] FROM [%2] WHERE _RIGA = %3").arg(letters, table).arg(row));
     try {
-        return Converted(cell.Eof() ? QVariant() : cell.Fields(0).Value(), type);
+        return ValueAs(cell.Eof() ? QVariant() : cell.Fields(0).Value(), type);
     } catch (ImportError& error) {
         error.AddContext(QStringLiteral("tabella '%1', riga %2, colonna '%3'").arg(table).arg(row).arg(letters));
         throw;

@@ -11,7 +11,7 @@ namespace sources {
 namespace {
 
 /// Place of a sheet that is named, or told by "#" and its place; -1 when there is none.
-int FindSheet(const QStringList& names, const QString& wanted) {
+int FindOne(const QStringList& names, const QString& wanted) {
     bool isPlace = wanted.startsWith(u'#');
     const int place = isPlace ? wanted.mid(1).toInt(&isPlace) : 0;
     if (isPlace) {
@@ -19,6 +19,16 @@ int FindSheet(const QStringList& names, const QString& wanted) {
     }
     for (int sheet = 0; sheet < names.size(); ++sheet) {
         if (names.at(sheet).trimmed().compare(wanted.trimmed(), Qt::CaseInsensitive) == 0) {
+            return sheet;
+        }
+    }
+    return -1;
+}
+
+/// The same of the first that is there, of several with "/" between.
+int FindSheet(const QStringList& names, const QString& wanted) {
+    for (const QString& one : wanted.split(u'/')) {
+        if (const int sheet = FindOne(names, one); sheet >= 0) {
             return sheet;
         }
     }

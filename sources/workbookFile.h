@@ -6,13 +6,25 @@
 
 namespace sources {
 
+/// Of a sheet whose rows tell their level: the number of the row that one belongs to.
+inline const QString ParentRowColumn = QStringLiteral("_PADRE");
+
 /// How a sheet of a workbook is read as a table.
 struct SheetTable {
     QString table;        ///< name that queries ask for
-    QString sheet = "#1"; ///< name of the sheet, or "#" and its place among the worksheets, from 1
+    /// Name of the sheet, or "#" and its place among the worksheets, from 1; of several with "/" between, which no name
+    /// can have, the first that is there.
+    QString sheet = "#1";
     int headerRow = 1;    ///< row with the names of the columns; 0: they are called A, B, ...
     int firstRow = 0;     ///< first row that is read; 0: the one behind the header
     int columns = 0;      ///< columns that the table has at least, whatever is in them
+    /// The rows end before the first in which all of these columns are blank; what stands behind is noted, and not
+    /// read. Empty, or where the sheet has none of them: they end with the sheet.
+    QStringList end = {};
+    /// Column with the level of a row, from 0: a row belongs to the last one above it of the level before, which the
+    /// column `ParentRowColumn` tells. It is Null for level 0, for what is no level, and for a row that skips a level;
+    /// these are noted. Empty: rows have no levels.
+    QString level = {};
 };
 
 /// Opens a workbook of Excel (`OpenWorkbook`): each sheet is a table of a private database under its own name and under

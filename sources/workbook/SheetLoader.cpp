@@ -29,6 +29,26 @@ QString HeaderText(const SheetCell& cell) {
     return padded ? QString::fromUtf8(*padded) : QString::number(cell.number, 'g', 15);
 }
 
+bool IsBlank(const SheetCell& cell) {
+    return cell.kind == SheetCell::Kind::Text && QByteArrayView(cell.text).trimmed().isEmpty();
+}
+
+const SheetCell* CellIn(const SheetRow& row, int column) {
+    const auto cell = std::ranges::find(row.cells, column, &SheetCell::column);
+    return cell == row.cells.end() ? nullptr : &*cell;
+}
+
+/// The level that a cell tells; -1 for none.
+qint64 LevelOf(const SheetCell* cell) {
+    if (cell != nullptr && cell->kind == SheetCell::Kind::Number) {
+        return IsWhole(cell->number) ? static_cast<qint64>(cell->number) : -1;
+    }
+    bool isNumber = false;
+    const qint64 level =
+        cell != nullptr && cell->kind == SheetCell::Kind::Text ? cell->text.trimmed().toLongLong(&isNumber) : -1;
+    return isNumber ? level : -1;
+}
+
 /// The last column of a row that holds something, whatever order its cells stand in; -1 for none.
 int LastColumn(const SheetRow& row) {
     int last = -1;
@@ -43,7 +63,11 @@ int LastColumn(const SheetRow& row) {
 QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& reader) {
     const qint64 first = m_table.firstRow > 0 ? m_table.firstRow : m_table.headerRow + 1;
     SheetRow row;
+    m_next = first;
     while (reader.Next(row)) {
+        for (SheetCell& cell : row.cells) {
+            cell.column += m_table.level.isEmpty() ? 0 : 1; // behind that of the parent
+        }
         TakeEmptyFormulas(row);
         if (row.cells.empty()) {
             continue;
@@ -54,7 +78,9 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
             if (m_target == nullptr) {
                 Open(database, {});
             }
-            AddRow(row);
+            if (!IsBehindEnd(row)) {
+                AddRow(row);
+            }
         }
     }
     if (m_target == nullptr) {
@@ -68,8 +94,8 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
 }
 
 QVector<ColumnInfo> SheetLoader::NamedColumns(const QStringList& names) {
-    QStringList places;
-    for (int column = 0; column < names.size(); ++column) {
+    QStringList places(m_table.level.isEmpty() ? 0 : 1);
+    for (int column = 0; places.size() < names.size(); ++column) {
         places.append(ColumnLetters(column));
     }
     QVector<ColumnInfo> columns;
@@ -84,12 +110,69 @@ void SheetLoader::Open(PrivateDatabase& database, const SheetRow& header) {
         throw ImportError(
             QStringLiteral("la riga %1, che deve avere i nomi delle colonne, è vuota").arg(m_table.headerRow));
     }
-    QStringList names(std::max(LastColumn(header) + 1, m_table.columns));
+    const int parent = m_table.level.isEmpty() ? 0 : 1;
+    QStringList names(std::max({LastColumn(header) + 1, m_table.columns + parent, parent}));
     for (const SheetCell& cell : header.cells) {
         names[cell.column] = HeaderText(cell);
     }
+    if (parent > 0) {
+        names[0] = ParentRowColumn;
+    }
     m_target = std::make_unique<PrivateTable>(database, m_table.table, NamedColumns(names), RowNumberColumn);
     m_seen.resize(static_cast<size_t>(names.size()));
+    FindColumns();
+}
+
+void SheetLoader::FindColumns() {
+    const auto find = [this](const QString& name) {
+        const QVector<ColumnInfo>& columns = m_target->Columns();
+        const auto column = std::ranges::find_if(
+            columns, [&name](const ColumnInfo& each) { return each.name.compare(name, Qt::CaseInsensitive) == 0; });
+        return column == columns.end() ? -1 : static_cast<int>(column - columns.begin());
+    };
+    for (const QString& name : m_table.end) {
+        m_end.append(find(name));
+    }
+    m_end.removeAll(-1);
+    m_level = m_table.level.isEmpty() ? -1 : find(m_table.level);
+}
+
+bool SheetLoader::IsBehindEnd(const SheetRow& row) {
+    const auto isBlank = [&row](int column) {
+        const SheetCell* cell = CellIn(row, column);
+        return cell == nullptr || IsBlank(*cell);
+    };
+    if (m_end.isEmpty()) {
+        return false;
+    }
+    m_hasEnded = m_hasEnded || row.number != m_next || std::ranges::all_of(m_end, isBlank);
+    m_next = row.number + 1;
+    if (m_hasEnded) {
+        m_oddities.Add(QStringLiteral("RIGHE OLTRE LA FINE"), QString(), row.number,
+                       QStringLiteral("i dati finiscono alla prima riga senza '%1': non si legge")
+                           .arg(m_table.end.join(QStringLiteral("' e '"))));
+    }
+    return m_hasEnded;
+}
+
+void SheetLoader::SetParent(const SheetRow& row) {
+    if (m_level < 0) {
+        return;
+    }
+    const qint64 level = LevelOf(CellIn(row, m_level));
+    if (level < 0 || level > m_above.size()) {
+        m_oddities.Add(QStringLiteral("LIVELLO NON VALIDO"), NameOf(m_level), row.number,
+                       QStringLiteral("il livello deve essere al massimo uno in più di quello della riga sopra"));
+        // What follows a row of no level could belong to it.
+        m_above.resize(level < 0 ? 0 : m_above.size());
+        return;
+    }
+    if (level > 0) {
+        m_target->SetInteger(0, m_above.at(level - 1));
+        ++m_seen.front().wholes;
+    }
+    m_above.resize(level);
+    m_above.append(row.number);
 }
 
 void SheetLoader::Widen(int last) {
@@ -107,6 +190,7 @@ void SheetLoader::AddRow(const SheetRow& row) {
     if (const int last = LastColumn(row); last >= m_target->Columns().size()) {
         Widen(last);
     }
+    SetParent(row);
     for (const SheetCell& cell : row.cells) {
         switch (cell.kind) {
         case SheetCell::Kind::Text:

@@ -50,6 +50,9 @@ private:
     void AddText(const SheetRow& row, int column, const QByteArray& text);
     void AddDate(int column, const QByteArray& text);
     void AddUnreadable(const SheetRow& row, int column, const QString& why);
+    void FindColumns();
+    bool IsBehindEnd(const SheetRow& row);
+    void SetParent(const SheetRow& row);
     void ChooseTypes();
     /// Takes the formulas that give an empty text out of a row: they are no values.
     void TakeEmptyFormulas(SheetRow& row);
@@ -64,6 +67,11 @@ private:
     std::unique_ptr<PrivateTable> m_target;
     std::vector<Seen> m_seen;
     QMap<int, qint64> m_emptyFormulas; ///< how many a column has
+    QList<int> m_end;                  ///< columns that are blank in the row behind the last; none: it is not looked for
+    qint64 m_next = 0;                 ///< row that follows the one read last
+    bool m_hasEnded = false;
+    int m_level = -1;
+    QList<qint64> m_above; ///< of each level the row that those of the next one belong to
 };
 
 } // namespace sources

@@ -1,5 +1,7 @@
 #include "tests/adapters/missingColumns.h"
 
+#include "tests/adapters/partedColumn.h"
+
 namespace {
 
 const QString NothingWritten = QStringLiteral("Non è stato scritto nulla");
@@ -11,7 +13,7 @@ public:
         : m_stage(stage) {
         for (const QString& table : TablesRead()) {
             for (const ColumnInfo& column : Source().GetColumns(table)) {
-                if (column.name != "_RIGA") { // the reader of the file makes it
+                if (column.name != "_RIGA" && column.name != "_PADRE") { // the reader of the file makes it
                     m_all.append(table + '.' + column.name);
                 }
             }
@@ -22,27 +24,27 @@ public:
     /// Runs the line without some columns.
     const RunResult& RunWithout(const QStringList& columns) {
         for (const QString& column : columns) {
-            Rename(column, Name(column), Taken(column));
+            Rename(column, true);
         }
         if (m_stage.Get().Source) {
             m_stage.TakeLayout();
         }
         const RunResult& result = m_stage.Run({});
         for (const QString& column : columns) {
-            Rename(column, Taken(column), Name(column));
+            Rename(column, false);
         }
         return result;
     }
 
 private:
-    static QString Name(const QString& column) { return column.section('.', -1); }
-    static QString Taken(const QString& column) { return "TOLTA_" + Name(column); }
     ovConnection& Source() { return *m_stage.Get().Source; }
 
-    void Rename(const QString& column, const QString& from, const QString& to) {
+    void Rename(const QString& column, bool away) {
+        const auto [table, name] = PartedColumn(Source(), column);
+        const QString taken = "TOLTA_" + name;
         Source().ReadOnly = false;
-        Source().Execute(
-            QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]").arg(column.section('.', 0, -2), from, to));
+        Source().Execute(QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]")
+                             .arg(table, away ? name : taken, away ? taken : name));
         Source().ReadOnly = true;
     }
     QStringList TablesRead() {

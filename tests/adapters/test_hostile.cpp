@@ -1,4 +1,5 @@
 #include "tests/adapters/Fixture.h"
+#include "tests/adapters/partedColumn.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -44,8 +45,9 @@ void Lengthen(ovConnection& source, const TextColumns& columns, const QString& e
         mod_ovTools::FormatSqlValue(ending, DataType::NVarChar, source.ProviderType).replace(QChar(u'\0'), nul);
     QMap<QString, QStringList> settings;
     for (const QString& column : columns) {
-        const QString name = '[' + column.section('.', -1) + ']';
-        settings[column.section('.', 0, -2)].append(
+        const auto [table, bare] = PartedColumn(source, column);
+        const QString name = '[' + bare + ']';
+        settings[table].append(
             QString("%1 = CASE WHEN LTRIM(%1) = '' THEN %1 ELSE %2 END").arg(name, longer.arg(name, literal)));
     }
     for (auto table = settings.cbegin(); table != settings.cend(); ++table) {
@@ -128,9 +130,9 @@ private:
     }
     static QSet<QString> ValuesOf(ovConnection& source, const QString& column) {
         QSet<QString> values;
-        for (Recordset rows =
-                 source.ExecuteWC("SELECT [" + column.section('.', -1) + "] FROM [" + column.section('.', 0, -2) + "]");
-             !rows.Eof(); rows.MoveNext()) {
+        const auto [table, name] = PartedColumn(source, column);
+        for (Recordset rows = source.ExecuteWC("SELECT [" + name + "] FROM [" + table + "]"); !rows.Eof();
+             rows.MoveNext()) {
             values.insert(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
         }
         values.removeIf([](const QString& value) { return value.size() < 2; });

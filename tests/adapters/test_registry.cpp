@@ -63,7 +63,7 @@ private slots:
         Row("VISION SQL", "YYN-----", Shown::Keep);
         Row("PANTHERA", "NNYNNNNY", Shown::Keep);
         Row("BORGO", "NYYYYNYN", Shown::Keep);
-        Row("SIDEREA", "NNNNNNNN", Shown::No);
+        Row("SIDEREA", "NNNNNNNY", Shown::No);
     }
     void rowsOfButtons() {
         const Origin* found = registry::Find(QTest::currentDataTag());

@@ -57,6 +57,24 @@ private:
     }
 
 private slots:
+    void RowsEndWhereTheirCodesDo() {
+        const auto engine = Open(Folder + "xlsxwriter.xlsx",
+                                 {{.table = "CODICI", .sheet = "Nessuno/Articoli", .end = {"Codice", "Prezzo"}}});
+        QCOMPARE(RowOf(*engine, "SELECT COUNT(*), MAX(_RIGA) FROM CODICI"), "2|3");
+        QVERIFY2(IsNoted("RIGHE OLTRE LA FINE") && IsNoted("riga 5") && IsNoted("(così 3 volte)"),
+                 qPrintable(m_notes.join('\n')));
+    }
+
+    void RowsBelongToThoseOfTheLevelBefore() {
+        const auto engine =
+            Open(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/modImport_NubrioExcel/files/workbook.xlsx",
+                 {{.table = "LIVELLI", .end = {"Livello", "Codice"}, .level = "Livello"}});
+        QCOMPARE(RowOf(*engine, "SELECT GROUP_CONCAT(COALESCE(_PADRE, '-'), ' ') FROM LIVELLI"),
+                 "'- 2 3 3 2 - 2 - 9 - 11 - -'");
+        QVERIFY2(IsNoted("LIVELLO NON VALIDO") && IsNoted("riga 7") && IsNoted("(così 3 volte)"),
+                 qPrintable(m_notes.join('\n')));
+    }
+
     /// The same cells written by two libraries, in both formats.
     void ReadsCells_data() {
         Columns<QString, QString, QString>("file", "total", "text");

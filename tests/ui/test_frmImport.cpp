@@ -306,11 +306,7 @@ private slots:
         QCOMPARE(Caption(test.Button("cmdImportCli")), QString("Riallinea DRORI"));
         QCOMPARE(hint("cmdImportCli"), QString("Controparti da Arca 2000: ImportContropartiArca2000"));
         QVERIFY(!test.Button("cmdImportCli").font().italic());
-        test.Choose("cmbOrigine", "Scala");
-        QCOMPARE(hint("cmdImportCli"), QString("Controparti da Scala: non disponibile in questa versione"));
-        QVERIFY(test.Button("cmdImportCli").font().italic());
         const QComboBox& list = test.List("cmbOrigine");
-        QVERIFY(list.itemData(list.findText("Scala"), Qt::ToolTipRole).toString().contains("Nessuna importazione"));
         QVERIFY(list.itemData(list.findText("Arca 2000"), Qt::ToolTipRole).isNull());
     }
 

@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/Articles.h"
 
+#include "adapters/contract/map/lookups.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -139,6 +140,9 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     const Facts facts{declared.code.RequiredText(GetSession(), row)};
     if (!declared.furtherRows.isEmpty() && facts.code == m_last) {
         return Run().Skip(declared.furtherRows);
+    }
+    if (declared.there == ArticleThere::Kept && IsThere(GetSession(), "ART_ICO", "CDART", facts.code)) {
+        return Run().Skip(QStringLiteral("articolo già presente"));
     }
     const RowOutcome outcome = m_writer.Write(m_kind->mappings.front(), row, facts, [&](TargetRow& target) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {

@@ -45,7 +45,10 @@ struct LanguageTexts {
     Field text;
 };
 
-/// An import of articles, with what hangs on them. An article that is there is rewritten.
+/// What becomes of an article that is there.
+enum class ArticleThere { Rewritten, Kept };
+
+/// An import of articles, with what hangs on them.
 struct Articles {
     Frame frame = {};
     SourceTable source;
@@ -60,6 +63,7 @@ struct Articles {
     std::vector<LanguageTexts> languages = {};
     /// Why the rows of an article behind the first are left out, in the operator's words; empty: they rewrite it.
     QString furtherRows = {};
+    ArticleThere there = ArticleThere::Rewritten;
     Emptying empties = ArticleEmptying();
 
     // What is odd about an origin.

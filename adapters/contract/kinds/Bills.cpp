@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/Bills.h"
 
 #include "adapters/contract/write/Article.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -153,6 +154,9 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
         m_writer.Begin(head, [&](TargetRow& target) { m_kind->head.Apply(target, session, row, {article}); });
     const Phases phases = WritePhases(row);
     declared.components.rows.ForEach(session, row, [&](const SourceRow& one) { WriteComponent(one, phases); });
+    if (declared.after) {
+        declared.after(Run(), m_writer, row);
+    }
     m_writer.TellComponentsLeft();
     return outcome;
 }
@@ -272,6 +276,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
                         parts.position.Value(session, row)};
     const qint64 phase = PhaseOf(row, phases);
     component.subcontracted = phases.ofSuppliers.contains(phase);
+    component.repeated = parts.repeated;
     if (m_kind->declared.component) {
         m_kind->declared.component(Run(), row, component);
     }
@@ -286,6 +291,18 @@ const Frame Usual{.module = {},
                   .completion = "Distinte Base importate correttamente: %1 (Fasi: %2, Comp.: %3)"};
 
 } // namespace
+
+Rule rules::RevisionNumber() {
+    return {"the number; 0 for any other text, which is logged unless it is blank", [](const RuleInput& input) {
+                const QString text = input.Text();
+                const auto number = mod_ovTools::ReadNumber(text);
+                if (!text.isEmpty() && !number) {
+                    modImport::LogNote(input.session, QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0")
+                                                          .arg(input.session.Errors.RowKey(), text));
+                }
+                return RuleValue(static_cast<int>(number.value_or(0)));
+            }};
+}
 
 Rule rules::WasteFactor() {
     return {"1 plus the percentage, 6 decimals; 1 when blank", [](const RuleInput& input) {

@@ -32,6 +32,7 @@ struct BillComponents {
     Field position = {};
     Field phase = {}; ///< key of the phase that consumes it; blank and 0: the first
     Field until = {}; ///< last day on which it counts; one whose day is over is left out, and logged
+    Repeated repeated = Repeated::Replaces;
     Lines lines = {}; ///< further columns of DIS_COM
 };
 
@@ -53,10 +54,15 @@ struct Bills {
     LeavesOut leavesOut = {};
     /// Sets the quantity, note and position of a component beyond its fields.
     std::function<void(ImportRun&, const SourceRow&, Component&)> component = {};
+    /// Writes what the bill has beyond the declaration, behind its phases and components.
+    std::function<void(ImportRun&, BillWriter&, const SourceRow&)> after = {};
     Needs further = {}; ///< what the hooks read and write
 };
 
 namespace rules {
+
+/// A revision that is a number; 0 for any other text, which is logged unless it is blank.
+Rule RevisionNumber();
 
 /// The factor by which a component allows for a waste in percent (DCCOE): 5 gives 1.05, blank 1. Raises `ImportError`
 /// when it is no number.

@@ -46,6 +46,7 @@ contract::Needs Kind::Needs() const {
     contract::Needs needs = NeedsOf(mapping);
     needs.reads.push_back({declared.source.table, declared.roles.columns + QStringList{declared.owner}});
     needs.reads.push_back({declared.source.table, {}, declared.numbers.Names()});
+    needs.reads.push_back({declared.source.table, {}, declared.party.Columns()});
     needs.writes = needs.writes + CounterpartyNeeds();
     return needs;
 }
@@ -57,16 +58,19 @@ RowOutcome Write(ImportRun& run, const Kind& kind, const SourceRow& row) {
                                                 : QStringLiteral("riferimento senza nome"));
     }
     const Roles roles = kind.declared.roles.of(row);
-    const QString code = (roles.customer ? kind.customer : kind.supplier).Text(run.GetSession(), row);
+    const Field& party = kind.declared.party.IsSet() ? kind.declared.party
+                         : roles.customer            ? kind.customer
+                                                     : kind.supplier;
+    const QString code = party.Text(run.GetSession(), row);
     if (code.isEmpty()) {
         return run.Skip(QStringLiteral("controparte non trovata"));
     }
     CounterpartyWriter writer(run, {});
-    const Owner party{QStringLiteral("CON_TRO"), code, true};
+    const Owner hangsOn{QStringLiteral("CON_TRO"), code, true};
     const qint64 before = run.WrittenRows(kind.mapping.targetTable);
     TargetRow target = writer.NewRow(kind.mapping.targetTable);
     kind.mapping.Apply(target, run.GetSession(), row, {code});
-    const Owner owner = IsBranch(kind.declared) ? writer.Branch(party, target) : writer.Contact(party, target);
+    const Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
     writer.Numbers(owner, row, kind.declared.numbers);
     return run.WrittenRows(kind.mapping.targetTable) > before
                ? RowOutcome::Inserted

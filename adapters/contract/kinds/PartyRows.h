@@ -18,6 +18,9 @@ struct PartyRows {
     SourceTable source;
     RoleTeller roles; ///< a customer's code is looked for among customers, any other among suppliers
     QString owner;    ///< column with the code of the counterparty
+    /// CDCON of the counterparty where more than that code tells it; blank: there is none, which its rule logs. Without
+    /// it the code is looked for as the roles say.
+    Field party = {};
     Lines lines = {}; ///< of CON_SED over the usual ones (destination of goods, Italy, not the default), or of CON_RIF
     NumberColumns numbers = {};
 };

@@ -120,21 +120,23 @@ ImportRun::Loop SourceTable::Loop(const ImportRun& run, const QString& step, con
     conditions.removeAll(QString());
     const QString condition =
         conditions.isEmpty() ? QString() : QString("\rWHERE " + conditions.join(QStringLiteral(" AND ")));
-    const QString counted = distinct ? QString(u"DISTINCT " + Qualified(key)) : QStringLiteral("*");
+    const QString values = apart.isEmpty() ? key : QString(key + QStringLiteral(", ") + apart);
+    const QString counted = distinct ? QString(u"DISTINCT " + Qualified(values)) : QStringLiteral("*");
     const QString all = joins.empty() ? QStringLiteral("*") : QStringLiteral("T.*");
     const QString from = QStringLiteral(" FROM ") + FromOf(*this) + condition;
     return {step,
             table,
             BareColumns(naming.isEmpty() ? key : naming).join(QStringLiteral(", ")),
-            QStringLiteral("SELECT COUNT(%1)").arg(counted) + from,
+            apart.isEmpty() ? QStringLiteral("SELECT COUNT(%1)").arg(counted) + from
+                            : QStringLiteral("SELECT COUNT(*) FROM (SELECT %1%2) D").arg(counted, from),
             QStringLiteral("SELECT ") + (distinct ? counted : all) + JoinColumns(*this) + from +
                 (order.isEmpty() ? QString() : QString("\rORDER BY " + Qualified(order))),
             group};
 }
 
 Needs SourceTable::OwnNeeds() const {
-    QStringList columns =
-        BareColumns(key) + BareColumns(order) + BareColumns(naming) + group + ColumnsIn(where, QStringLiteral("T"));
+    QStringList columns = BareColumns(key) + BareColumns(apart) + BareColumns(order) + BareColumns(naming) + group +
+                          ColumnsIn(where, QStringLiteral("T"));
     Needs needs;
     for (size_t i = 0; i < joins.size(); ++i) {
         const Join& join = joins[i];
@@ -184,8 +186,11 @@ std::vector<Mapping> SourceTable::Mappings(const QString& target, const std::vec
 QString ChildTable::QueryOf(Session& session, const SourceRow& parent) const {
     QStringList conditions;
     for (const Tie& tie : on) {
-        conditions.append(QStringLiteral("%1 = %2").arg(
-            tie.column, LiteralOf(session.SourceConnection(), parent.Value(BareColumns(tie.Other()).first()))));
+        const QVariant value = parent.Value(BareColumns(tie.Other()).first());
+        conditions.append(
+            value.isNull() && tie.tiesNulls
+                ? QStringLiteral("%1 IS NULL").arg(tie.column)
+                : QStringLiteral("%1 = %2").arg(tie.column, LiteralOf(session.SourceConnection(), value)));
     }
     if (!where.isEmpty()) {
         conditions.append(where);

@@ -8,6 +8,7 @@ namespace contract {
 struct Tie {
     QString column;
     QString other = {};
+    bool tiesNulls = false; ///< of a child: whether Null equals Null, as a revision that is not told
 
     const QString& Other() const { return other.isEmpty() ? column : other; }
 };
@@ -32,6 +33,7 @@ struct SourceTable {
     QStringList group = {}; ///< see `ImportRun::Loop`
     /// Each value of the key comes once, with the columns of the joins, and nothing else of the rows is read.
     bool distinct = false;
+    QString apart = {}; ///< with `distinct`: further columns, separated by ", ", whose values come with the key
     /// A further condition that the settings or the operator tell, without WHERE; empty for none. It is asked before
     /// anything is written and raises `ImportError` when the source does not have what they name.
     std::function<QString(ImportRun&)> told = {};

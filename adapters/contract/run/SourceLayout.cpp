@@ -30,6 +30,16 @@ std::pair<QString, QString> Cut(const QString& name) {
                      : std::pair{name.first(point).trimmed(), name.mid(point + 1).trimmed()};
 }
 
+/// The same of a source, where either may have points of its own: cut behind one of its tables, where it begins so.
+std::pair<QString, QString> Cut(const QString& name, const QMap<QString, QStringList>& known) {
+    for (auto table = known.keyBegin(); table != known.keyEnd(); ++table) {
+        if (name.startsWith(*table + u'.', Qt::CaseInsensitive)) {
+            return {*table, name.mid(table->size() + 1).trimmed()};
+        }
+    }
+    return Cut(name);
+}
+
 QString LineKey(const QString& target, const QString& source) { return target.toUpper() + u'|' + source.toUpper(); }
 
 /// What is wrong with a condition as a text; empty when nothing is. What it names, the source judges.
@@ -134,7 +144,7 @@ void SourceLayout::TakeTables(sources::Layout& layout) const {
 
 void SourceLayout::TakeColumns(sources::Layout& layout) const {
     for (const Entry& entry : m_file.Entries(LayoutFile::Columns)) {
-        const auto [table, column] = Cut(entry.key);
+        const auto [table, column] = Cut(entry.key, m_known);
         const QString& known = KnownTable(LayoutFile::Columns, entry, table);
         const QStringList& columns = m_known[known];
         if (!columns.contains(column, Qt::CaseInsensitive)) {
@@ -172,7 +182,7 @@ void SourceLayout::TakeAdded(sources::Layout& layout) {
 /// The name under which the rows have a column: the logical one of a column that is called otherwise.
 QString SourceLayout::SourceColumn(const QString& table, const QString& column) const {
     for (const Entry& entry : m_file.Entries(LayoutFile::Columns)) {
-        const auto [ofTable, logical] = Cut(entry.key);
+        const auto [ofTable, logical] = Cut(entry.key, m_known);
         if (IsSame(ofTable, table) && IsSame(entry.value, column)) {
             return logical;
         }
@@ -195,7 +205,7 @@ SourceLayout::Added SourceLayout::AddedOf(const Entry& entry) const {
         }
         return {entry, target->name, {}, {}, MapLine(found->name, {}, rules::Constant(ConstantOf(*found, value)))};
     }
-    const auto [sourceTable, sourceColumn] = Cut(entry.value.section(RuleMark, 0, 0).trimmed());
+    const auto [sourceTable, sourceColumn] = Cut(entry.value.section(RuleMark, 0, 0).trimmed(), m_known);
     const QString rule = entry.value.section(RuleMark, 1).trimmed();
     const QString& known = KnownTable(LayoutFile::Added, entry, sourceTable);
     if (sourceColumn.isEmpty()) {

@@ -110,19 +110,28 @@ qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&
     return m_run.LastId("DIS_FAS");
 }
 
-void BillWriter::TellRepeated(const Component& component) {
+/// With what the run wrote of it before.
+double BillWriter::QuantityOf(const Component& component) {
     const QString article = component.article.toUpper();
+    double quantity = component.quantity;
     if (const auto before = m_quantities.constFind(article); before != m_quantities.cend()) {
-        m_run.Log(QStringLiteral("COMPONENTE RIPETUTO: %1: '%2' c'è già, la quantità %3 sostituisce %4")
-                      .arg(m_run.RowKey(), component.article, mod_ovTools::NumberText(component.quantity),
-                           mod_ovTools::NumberText(*before)));
+        if (component.repeated == Repeated::Adds) {
+            quantity += *before;
+        } else {
+            m_run.Log(QStringLiteral("COMPONENTE RIPETUTO: %1: '%2' c'è già, la quantità %3 sostituisce %4")
+                          .arg(m_run.RowKey(), component.article, mod_ovTools::NumberText(quantity),
+                               mod_ovTools::NumberText(*before)));
+        }
     }
-    m_quantities.insert(article, component.quantity);
+    m_quantities.insert(article, quantity);
+    return quantity;
 }
 
 void BillWriter::Write(const Component& component, qint64 phase, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
-    TellRepeated(component);
+    const bool addsToAnother =
+        component.repeated == Repeated::Adds && m_quantities.contains(component.article.toUpper());
+    const double quantity = QuantityOf(component);
     const qint64 known = IdWhere(session, "DIS_COM",
                                  Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
                                      Equals(session, "DCART", component.article));
@@ -130,12 +139,14 @@ void BillWriter::Write(const Component& component, qint64 phase, const std::func
     row.Set("IDDIS", m_bill);
     row.Set("IDDBL", phase);
     row.Set("DCART", component.article);
-    row.Set("DCQTA", component.quantity);
+    row.Set("DCQTA", quantity);
     SetPrices(m_run, row, component.article);
     row.Set("DCCTL", component.subcontracted);
     row.Set("DCCOE", ComponentFactor);
-    row.Set("DCNOT", component.note);
-    if (!component.position.isNull()) {
+    if (!addsToAnother || !component.note.isEmpty()) {
+        row.Set("DCNOT", component.note);
+    }
+    if (!component.position.isNull() && !addsToAnother) {
         row.Set("DCPOS", component.position);
     }
     SetMore(row, more);

@@ -33,6 +33,12 @@ struct BillHead {
     QString note = {};
 };
 
+/// What the quantity of a component does that its bill has got in this run already.
+enum class Repeated {
+    Replaces, ///< the one before, which is logged
+    Adds,     ///< to the one before, which keeps its place
+};
+
 /// A component of a bill.
 struct Component {
     QString article;
@@ -40,6 +46,7 @@ struct Component {
     QString note = {};
     QVariant position = {};
     bool subcontracted = schema::defaults::NotSubcontracted; ///< it goes to the supplier who does its phase
+    Repeated repeated = Repeated::Replaces;
 };
 
 /// Writes bills of materials and counts them. It knows the target, never the origin.
@@ -62,7 +69,7 @@ public:
     /// @param more sets further columns @return its RECORD_ID
     qint64 Write(const Phase& phase, const std::function<void(TargetRow&)>& more = {});
     /// Writes a component of the bill begun last, with cost, mark-up and price that its article has now. A component
-    /// that the bill already has is rewritten; what this run wrote before is logged, as its quantity is lost.
+    /// that the bill already has is rewritten; a quantity that is lost by that is logged where this run wrote it.
     /// @param phase RECORD_ID of the phase that consumes it @param more sets further columns
     void Write(const Component& component, qint64 phase, const std::function<void(TargetRow&)>& more = {});
     /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
@@ -85,7 +92,7 @@ public:
 
 private:
     void LogCycles();
-    void TellRepeated(const Component& component);
+    double QuantityOf(const Component& component);
 
     ImportRun& m_run;
     qint64 m_bill = 0;

@@ -6,7 +6,6 @@
 #include "adapters/contract/run/Origin.h"
 #include "adapters/origins/Factory/modImport_Factory.h"
 #include "adapters/sourceSettings.h"
-#include "core/modImport.h"
 #include "sources/privateDatabase.h"
 
 using namespace contract;
@@ -71,24 +70,6 @@ const QString RowNumber = sources::RowNumberColumn;
 constexpr int FirstRow = 2;
 constexpr int Columns = 15;
 
-/// The jobs end at the first row without a number, whatever stands behind it.
-QString BeforeTheEnd(ImportRun& run) {
-    Recordset rows = run.GetSession().SourceConnection().ExecuteWC(
-        QStringLiteral("SELECT %1, A FROM %2 ORDER BY %1").arg(RowNumber, Sheet));
-    int end = FirstRow;
-    while (!rows.Eof() && rows.Value(RowNumber).toInt() == end && !SourceRow(rows).IsBlank("A")) {
-        ++end;
-        rows.MoveNext();
-    }
-    if (!rows.Eof()) {
-        modImport::LogNote(run.GetSession(),
-                           QStringLiteral("RIGHE OLTRE LA FINE: la riga %1 del foglio non ha un numero di commessa: "
-                                          "ciò che la segue, e lei stessa, non si importa")
-                               .arg(end));
-    }
-    return QStringLiteral("%1 < %2").arg(RowNumber).arg(end);
-}
-
 Documents CommesseDiExcel() {
     return {
         .frame = {.module = Module,
@@ -97,12 +78,7 @@ Documents CommesseDiExcel() {
                   .step = "Commesse aperte",
                   .completion = "Commesse aperte importate correttamente dal file Excel: %1",
                   .confirmation = "Importare le Commesse aperte da un file Excel?"},
-        .source = {.table = Sheet,
-                   .key = "A",
-                   .order = "B, A, F",
-                   .naming = RowNumber,
-                   .group = {"B", "A"},
-                   .told = BeforeTheEnd},
+        .source = {.table = Sheet, .key = "A", .order = "B, A, F", .naming = RowNumber, .group = {"B", "A"}},
         .reading = Reading::OneTable,
         .kinds = {Job},
         .head =
@@ -129,7 +105,6 @@ Documents CommesseDiExcel() {
                 .discounts = {"M"},
                 .lines = {{"DRCOR", "N", Day()}},
             },
-        .further = {{}, {{Sheet, {RowNumber}}}, {}},
     };
 }
 
@@ -145,8 +120,8 @@ const Origin& EntryOfWorkbook() {
     static const Origin origin{
         "Factory (Excel)",
         Module,
-        {"Excel",
-         sourceSettings::OpenFileExcel({{.table = Sheet, .headerRow = 0, .firstRow = FirstRow, .columns = Columns}})},
+        {"Excel", sourceSettings::OpenFileExcel(
+                      {{.table = Sheet, .headerRow = 0, .firstRow = FirstRow, .columns = Columns, .end = {"A"}}})},
         Buttons("--------"),
         Shown::Keep,
         {ProcedureOf(std::nullopt, CommesseDiExcel())},

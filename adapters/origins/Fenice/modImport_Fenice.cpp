@@ -8,7 +8,6 @@
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/map/supplierNote.h"
 #include "adapters/sourceSettings.h"
-#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -39,17 +38,6 @@ Rule Article() { return ArticleCode(Distinta, "CODART"); }
 /// A revision that is no number is 0.
 int RevisionOf(const SourceRow& row) {
     return static_cast<int>(mod_ovTools::ReadNumber(row.Text("REVIS")).value_or(0));
-}
-
-Rule Revision() {
-    return {"the number; 0 for any other text, which is logged unless it is blank", [](const RuleInput& input) {
-                const QString text = input.Text();
-                if (!text.isEmpty() && !mod_ovTools::ReadNumber(text)) {
-                    modImport::LogNote(input.session, QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0")
-                                                          .arg(input.session.Errors.RowKey(), text));
-                }
-                return RuleValue(RevisionOf(input.row));
-            }};
 }
 
 /// Of the revisions of an article the highest that is active is the one in force.
@@ -88,7 +76,7 @@ Bills Distinte() {
         .source = {.table = Distinta, .key = "CODART", .order = "CODART, REVIS", .naming = "CODART, REVIS"},
         .article = {"CODART", Article()},
         .sourceKey = "IDDIST",
-        .revision = {"REVIS", Revision()},
+        .revision = {"REVIS", RevisionNumber()},
         .active = {"FLGATT", IsInForce()},
         .note = "NOTE",
         .lines = {{"DBACT", "FLGATT", Flag()}, {"DTINS", "DATCRE", NotBlank(MomentOrNow())}},

@@ -1,0 +1,202 @@
+// Nubrio Excel: a workbook that the operator chooses, whose first sheet has bills of materials by level under the
+// headings of its first row, in any order: a row of level 0 is a product, one of level n belongs to the last one above
+// it of level n-1. Data end where "Livello" and "Codice" are both blank. Articles that Quadrix lacks are made, the
+// others stay as they are. Customer-specific, nothing of it is published: the headings are this system's own reading,
+// fitted to another workbook by "Tracciati/Nubrio Excel.ini". A level that skips one is noted and its row left out,
+// with those that belong to it; the treatment of a part without components has no bill that could have its phase, and
+// is logged.
+
+#include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/map/lookups.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+#include "sources/privateDatabase.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_NubrioExcel {
+
+const contract::Origin& Entry();
+
+namespace {
+
+const QString Module = QStringLiteral("modImport_NubrioExcel");
+
+const QString Sheet = QStringLiteral("NUBRIO");
+const QString RowNumber = sources::RowNumberColumn;
+const QString Parent = sources::ParentRowColumn;
+
+/// The rows that belong to one.
+const ChildTable Below{
+    .table = Sheet, .on = {{Parent, RowNumber}}, .order = RowNumber, .naming = QStringLiteral("Codice")};
+
+// --- Rules --------------------------------------------------------------------------------------------------------
+
+Rule Article() { return ArticleCode("ART_ICO", "CDART"); }
+
+bool IsProduct(const SourceRow& row) { return row.Text("Livello") == u"0"; }
+
+/// Whether rows belong to one.
+bool HasParts(Session& session, const SourceRow& row) {
+    bool has = false;
+    Below.First(session, row, [&has](const SourceRow&) { has = true; });
+    return has;
+}
+
+/// What an article is, by its place in the sheet.
+Rule KindOfPlace() {
+    return {"\"PF\" for level 0, \"SL\" for a row that others belong to, else \"CM\"",
+            [](const RuleInput& input) {
+                return RuleValue(IsProduct(input.row)                 ? QStringLiteral("PF")
+                                 : HasParts(input.session, input.row) ? QStringLiteral("SL")
+                                                                      : QStringLiteral("CM"));
+            },
+            Side::Both, Below.OwnNeeds(Sheet).reads};
+}
+
+/// The counterparty whose name begins with the text; one that is not there is logged, and left out.
+Rule SupplierByName() {
+    return {"supplier whose name begins so; one that is not there is logged and left out",
+            [](const RuleInput& input) -> RuleValue {
+                const QString name = input.Text();
+                if (name.isEmpty()) {
+                    return std::nullopt;
+                }
+                Session& session = input.session;
+                const Recordset rows = session.Quadrix.ExecuteWC(
+                    QStringLiteral("SELECT CDCON FROM %1 WHERE CORAS LIKE %2 ORDER BY COFOR DESC, CDCON")
+                        .arg(session.Quadrix.GetFullTableName("CON_TRO"),
+                             LiteralOf(session.Quadrix, QString(name.left(35) + u'%'))));
+                if (rows.Eof()) {
+                    modImport::LogNote(
+                        session, QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(session.Errors.RowKey(), name));
+                    return std::nullopt;
+                }
+                return SourceRow(rows).Text("CDCON");
+            }};
+}
+
+/// Why a row that has no place among the levels is left out; empty for one that has.
+QString WithoutPlace(const SourceRow& row) {
+    if (row.IsBlank("Livello")) {
+        return QStringLiteral("riga senza livello");
+    }
+    NumberOf(row, "Livello"); // what is none gives the row up
+    return row.IsBlank(Parent) && !IsProduct(row) ? QStringLiteral("riga di un livello che ne salta uno") : QString();
+}
+
+// --- Articles -----------------------------------------------------------------------------------------------------
+
+Articles Articoli() {
+    return {
+        .frame = {.step = "Articoli"},
+        .source = {.table = Sheet, .key = "Codice", .order = RowNumber},
+        .code = {"Codice", Article()},
+        .description = "Descrizione",
+        .lines =
+            {
+                {"CDEXT", "Codice", First(50)},
+                {"ARDE2", "Descrizione 2", First(100)},
+                {"ARREV", "Rev.", Or(Text(), "0")},
+                {"ARUMS", "U.M.", Unit("NUBRIO", "UM", schema::defaults::Unit)},
+                {"ARIVA", "", Constant(schema::defaults::VatCode)},
+                {"ARCLA", "Livello", KindOfPlace()},
+                {"ARMAT", "Materiale", Translated("NUBRIO", "MATERIALE")},
+                {"ARDMZ", "Spessore mm", RoundedTo(6)},
+                {"ARDMX", "Lunghezza mm", RoundedTo(6)},
+                {"ARDMY", "Larghezza mm", RoundedTo(6)},
+                {"ARPSN", "Peso kg", RoundedTo(3)},
+                {"ARCOS", "Costo", RoundedTo(6)},
+                {"ARDIS", "Disegno", Text()},
+            },
+        .suppliers = {{.supplier = {"Fornitore", SupplierByName()}, .price = "Costo"}},
+        .there = ArticleThere::Kept,
+        .empties = {},
+        .leavesOut = WithoutPlace,
+        .further = {{}, {{Sheet, {Parent}}}, {{"CON_TRO", {"CDCON", "CORAS", "COFOR"}}}},
+    };
+}
+
+// --- Bills --------------------------------------------------------------------------------------------------------
+
+/// The number of a component among those of its bill, by tens. A treatment of a part without components is told: it has
+/// no bill for the phase.
+void SetPosition(ImportRun& run, const SourceRow& row, Component& component) {
+    if (!row.IsBlank("Trattamento") && !HasParts(run.GetSession(), row)) {
+        run.Log(QStringLiteral("TRATTAMENTO SENZA DISTINTA: %1, componente '%2': '%3'")
+                    .arg(run.RowKey(), component.article, row.Text("Trattamento")));
+    }
+    constexpr int step = 10;
+    const auto number = [&row](const QString& column) { return row.Value(column).toLongLong(); };
+    component.position = step * run.GetSession().SourceConnection().ExecuteCommand(
+                                    QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 = %3 AND %4 <= %5")
+                                        .arg(Sheet, Parent)
+                                        .arg(number(Parent))
+                                        .arg(RowNumber)
+                                        .arg(number(RowNumber)));
+}
+
+/// The treatment is a phase behind the generic one.
+void WriteTreatment(ImportRun& run, BillWriter& writer, const SourceRow& row) {
+    static const Rule work = Work("Lavorazioni", "Descrizione");
+    if (!row.IsBlank("Trattamento")) {
+        const RuleValue code = work.apply({run.GetSession(), row, {"Trattamento"}, {}});
+        writer.Write(Phase{.sequence = 2 * schema::defaults::FirstPhase, .work = code->toString()});
+    }
+}
+
+Bills Distinte() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportDistinteNubrioExcel"},
+        .source = {.table = Sheet,
+                   .key = "Codice",
+                   .order = RowNumber,
+                   .told =
+                       [](ImportRun&) {
+                           return QStringLiteral("%1 IN (SELECT %2 FROM %3)").arg(RowNumber, Parent, Sheet);
+                       }},
+        .article = {"Codice", Article()},
+        .revision = {"Rev.", RevisionNumber()},
+        .components = {.rows = Below,
+                       .article = {"Codice", Article()},
+                       .quantity = "Quantita",
+                       .note = "Note",
+                       .repeated = Repeated::Adds,
+                       .lines = {{"DCDMX", "Lunghezza mm", RoundedTo(6)}, {"DCDMY", "Larghezza mm", RoundedTo(6)}}},
+        .component = SetPosition,
+        .after = WriteTreatment,
+        .further = {{}, {{Sheet, {Parent}, {"Trattamento"}}}, {}},
+    };
+}
+
+Procedure ImportDistinteNubrioExcel() {
+    const Bills bills = Distinte();
+    return ProcedureOf(Button::Dis, FrameOf(bills), {PartOf(Articoli()), PartOf(bills)});
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    const auto prepare = [](Session& session, ovConnection& source) {
+        source.LookupColumns = QStringList{Sheet + u'.' + Parent};
+        return sourceSettings::OpenFileExcel({{.table = Sheet, .end = {"Livello", "Codice"}, .level = "Livello"}})(
+            session, source);
+    };
+    static const Origin origin{
+        "Nubrio Excel",
+        Module,
+        {.kind = "Excel", .prepare = {prepare, Place::Chosen}, .names = Naming::OurReading},
+        Buttons("NNYNNNNN"),
+        Shown::Keep,
+        {ImportDistinteNubrioExcel()},
+    };
+    return origin;
+}
+
+} // namespace modImport_NubrioExcel

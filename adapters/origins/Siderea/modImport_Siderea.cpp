@@ -1,0 +1,177 @@
+// Siderea: a workbook that the operator chooses, whose first sheet has the rows of open orders, of customers and of
+// suppliers, under the headings of its first row, in any order, up to the first row without a "Tipo". Counterparties
+// must be in Quadrix. Customer-specific, nothing of it is published: the headings are this system's own reading, fitted
+// to another workbook by "Tracciati/Siderea.ini". The import stands behind the button for drawings, whose caption is
+// that of price lists. Known gaps: everything but open orders.
+
+#include "adapters/contract/kinds/Documents.h"
+#include "adapters/contract/map/lookups.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+#include "sources/privateDatabase.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Siderea {
+
+const contract::Origin& Entry();
+
+namespace {
+
+const QString Sheet = QStringLiteral("SIDEREA");
+const QString RowNumber = sources::RowNumberColumn;
+
+/// The rows of the order that a row is of.
+const ChildTable OfOrder{.table = Sheet,
+                         .on = {{"Tipo"}, {"Anno"}, {"Numero"}},
+                         .order = RowNumber,
+                         .naming = QStringLiteral("Tipo, Anno, Numero")};
+
+// --- Rules --------------------------------------------------------------------------------------------------------
+
+/// What is left to be delivered, as the row tells it or its quantities do.
+double LeftOf(const SourceRow& row) {
+    return row.IsBlank("Quantita residua") ? NumberOf(row, "Quantita ordinata") - NumberOf(row, "Quantita evasa")
+                                           : NumberOf(row, "Quantita residua");
+}
+
+QString Delivered(const SourceRow& row) { return LeftOf(row) <= 0 ? QStringLiteral("riga già evasa") : QString(); }
+
+/// The counterparty that SYS_IMP tells for the code, else the one that was imported from it.
+Rule Party() {
+    const Rule imported = PartyOf();
+    return {QStringLiteral("translated through SYS_IMP (CON_TRO, CDCON), else ") + imported.text,
+            [imported = imported.apply](const RuleInput& input) {
+                const QString code = modImport::GetNewCode(input.session, "CON_TRO", "CDCON", input.Text(), false);
+                return code.isEmpty() ? imported(input) : RuleValue(code);
+            }};
+}
+
+Rule NameOfParty() {
+    return {"name of the counterparty, else the last column", [party = Party().apply](const RuleInput& input) {
+                const auto code = party({input.session, input.row, {input.columns.first()}, input.facts});
+                const QString name =
+                    code ? LookUp(input.session, "CON_TRO", "CDCON", code->toString(), "CORAS") : QString();
+                return RuleValue(name.isEmpty() ? input.row.Text(input.columns.last()) : name);
+            }};
+}
+
+/// The number of a row; without one its place in the order, by tens.
+Rule NumberOfRow() {
+    return {"the number; when blank the place of the row in its order, by tens",
+            [](const RuleInput& input) {
+                constexpr int step = 10;
+                if (const double number = NumberOf(input.row, input.columns.first()); number > 0) {
+                    return RuleValue(number);
+                }
+                const qint64 own = input.row.Value(RowNumber).toLongLong();
+                int place = 0;
+                OfOrder.ForEach(input.session, input.row, [&place, own](const SourceRow& row) {
+                    place += row.Value(RowNumber).toLongLong() <= own ? 1 : 0;
+                });
+                return RuleValue(place * step);
+            },
+            Side::Both, OfOrder.OwnNeeds(Sheet).reads};
+}
+
+/// The earliest of the days that the open rows of an order are wanted for.
+Rule EarliestDay() {
+    return {"the earliest of the rows that are imported",
+            [](const RuleInput& input) {
+                QVariant earliest;
+                OfOrder.ForEach(input.session, input.row, [&](const SourceRow& row) {
+                    const QVariant day = DateOf(row, input.columns.first());
+                    const bool isEarlier = earliest.isNull() || day.toDateTime() < earliest.toDateTime();
+                    earliest = !day.isNull() && isEarlier && Delivered(row).isEmpty() ? day : earliest;
+                });
+                return RuleValue(earliest);
+            },
+            Side::Both, OfOrder.OwnNeeds(Sheet).reads};
+}
+
+Rule State() {
+    return {"\"PE\" when something has been delivered, else \"PV\"", [](const RuleInput& input) {
+                return RuleValue(NumberOf(input.row, input.columns.first()) > 0 ? schema::defaults::PartlyDelivered
+                                                                                : schema::defaults::ToDeliver);
+            }};
+}
+
+// --- Declaration --------------------------------------------------------------------------------------------------
+
+Documents OrdiniAperti() {
+    return {
+        .frame = {.module = "modImport_Siderea",
+                  .procedure = "ImportOrdiniApertiSiderea",
+                  .announcement = "Inizio importazione Ordini aperti",
+                  .step = "Ordini aperti",
+                  .completion = "Ordini aperti importati correttamente!",
+                  .confirmation = "Importare gli Ordini aperti?"},
+        .source = {.table = Sheet,
+                   .key = "Numero",
+                   .order = "Tipo, Anno, Numero, _RIGA",
+                   .naming = "Tipo, Anno, Numero",
+                   .group = {"Tipo", "Anno", "Numero"}},
+        .reading = Reading::OneTable,
+        .kinds = {{.marks = {"C"}, .cause = "ORDCL", .type = "ORD", .family = Sales},
+                  {.marks = {"F"}, .cause = "ORDFO", .type = "ORD", .family = Purchases}},
+        .kind = "Tipo",
+        .head =
+            {
+                .number = "Numero",
+                .day = "Data",
+                .year = "Anno",
+                .counterparty = {"Codice controparte", Party()},
+                .name = {"Codice controparte, Ragione sociale", NameOfParty()},
+                .lines =
+                    {
+                        {"DTRIC", "Rif. ordine", Text()},
+                        {"DTRID", "Data rif.", Day()},
+                        {"DTMOP", "Pagamento", Translated(Sheet, "PAGAMENTI")},
+                        {"DTCOR", "Consegna richiesta", EarliestDay()},
+                    },
+            },
+        .row =
+            {
+                .number = {"Riga", NumberOfRow()},
+                .article = {"Articolo", ArticleCode("ART_ICO", "CDART")},
+                .description = "Descrizione",
+                .unit = {"U.M.", Unit(Sheet, "U.M.", "")},
+                .quantity = "Quantita ordinata",
+                .delivered = "Quantita evasa",
+                .price = "Prezzo",
+                .discounts = {"Sconto 1", "Sconto 2"},
+                .vatCode = {"IVA", VatCode(Sheet, "IVA")},
+                .state = {"Quantita evasa", State()},
+                .lines =
+                    {
+                        {"DRQTD", "Quantita residua", NotBlank(RoundedTo(6))},
+                        {"DRCOR", "Consegna richiesta", Day()},
+                        {"DRCOC", "Consegna confermata", Day()},
+                        {"DRNOT", "Note", Text()},
+                    },
+            },
+        .leavesOut = Delivered,
+    };
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Siderea",
+        "modImport_Siderea",
+        {.kind = "Excel",
+         .prepare = sourceSettings::OpenFileExcel({{.table = Sheet, .end = {"Tipo"}}}),
+         .names = Naming::OurReading},
+        Buttons("NNNNNNNY", {{Button::Disegni, "Importa Listini"}}),
+        Shown::No,
+        {ProcedureOf(Button::Disegni, OrdiniAperti())},
+    };
+    return origin;
+}
+
+} // namespace modImport_Siderea
