@@ -27,7 +27,7 @@
     MODULE(Lantek24, Entry) \
     MODULE(NetSuite, Entry) \
     ANNOUNCED("Excel") \
-    ANNOUNCED("Access") \
+    MODULE(Access, Entry) \
     MODULE(SIGIP, Entry) \
     MODULE(ArcaEvolution, Entry) \
     MODULE(Mago, Entry) \
