@@ -31,7 +31,6 @@ const std::vector<Row>& Rows() {
     static const std::vector<Row> rows{
         {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
         {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
-        {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
         {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},
         {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",

@@ -34,7 +34,7 @@
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
     MODULE(G2, Entry) \
-    ANNOUNCED("Access Velmoran") \
+    MODULE(AccessVelmoran, Entry) \
     MODULE(Vision, Entry) \
     ANNOUNCED("Dss Waps") \
     ANNOUNCED("Axis") \
