@@ -37,7 +37,7 @@
     MODULE(AccessVelmoran, Entry) \
     MODULE(Vision, Entry) \
     ANNOUNCED("Dss Waps") \
-    ANNOUNCED("Axis") \
+    MODULE(Axis, Entry) \
     MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
     MODULE(Gemini, Entry) \
