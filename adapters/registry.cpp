@@ -36,7 +36,7 @@
     MODULE(G2, Entry) \
     MODULE(AccessVelmoran, Entry) \
     MODULE(Vision, Entry) \
-    ANNOUNCED("Dss Waps") \
+    MODULE(DssWaps, Entry) \
     MODULE(Axis, Entry) \
     MODULE(AdHocWindows, Entry) \
     ANNOUNCED("Excel scarico AS/400") \
