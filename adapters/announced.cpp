@@ -25,11 +25,8 @@ struct Row {
 const std::vector<Row>& Rows() {
     const QString csvTitle = QStringLiteral("File CSV da importare");
     const QString csvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
-    const QString datTitle = QStringLiteral("File DAT da importare");
-    const QString datFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
         {"Excel", "modImport_Excel", "Excel", OpenFileExcel(), "YYNNN---"},
         {"Excel scarico AS/400", "modImport_ExcelAS400", "Excel", OpenFileExcel(), "YYYY----",
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},

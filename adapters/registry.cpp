@@ -11,7 +11,7 @@
     MODULE(Tessera, EntryWithSolution) \
     MODULE(Solution, Entry) \
     MODULE(GammaTeamsystem, Entry) \
-    ANNOUNCED("Lumen") \
+    MODULE(Lumen, Entry) \
     MODULE(Arca2000, Entry) \
     MODULE(SAM, Entry) \
     MODULE(LC, Entry) \
