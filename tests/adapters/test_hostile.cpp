@@ -43,7 +43,9 @@ void Lengthen(ovConnection& source, const TextColumns& columns, const QString& e
     const QString literal =
         mod_ovTools::FormatSqlValue(ending, DataType::NVarChar, source.ProviderType).replace(QChar(u'\0'), nul);
     QMap<QString, QStringList> settings;
-    for (const QString& column : columns) {
+    TextColumns ofFile = TextColumnsOf(source); // of several files that are one table each time that one is chosen
+    ofFile.removeIf([&columns](const QString& column) { return !columns.contains(column); });
+    for (const QString& column : std::as_const(ofFile)) {
         const QString name = '[' + column.section('.', -1) + ']';
         settings[column.section('.', 0, -2)].append(
             QString("%1 = CASE WHEN LTRIM(%1) = '' THEN %1 ELSE %2 END").arg(name, longer.arg(name, literal)));
