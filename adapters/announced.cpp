@@ -32,7 +32,6 @@ const std::vector<Row>& Rows() {
          {{Cli, "Importa Clienti"}, {Doc, "Importa Fornitori"}}},
         {"Nubrio Excel", "modImport_NubrioExcel", "Excel", OpenFileExcel(), "NNYNNNNN"},
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},
-        {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
         {"Scala", "modImport_Scala", "Excel", OpenFileExcel(), "YNNN----"},
         {"Veldra", "modImport_Veldra", "SQL Server", Server("VELDRA"), "YNNN----"},
         {"Facile", "modImport_Facile", "SQL Server", Server("FACILE"), "YYYYN-Y-",

@@ -56,7 +56,7 @@
     MODULE(Factory, EntryOfSqlServer) \
     MODULE(Brantel, Entry) \
     ANNOUNCED("Punta") \
-    ANNOUNCED("Terrauna") \
+    MODULE(Terrauna, Entry) \
     ANNOUNCED("Scala") \
     ANNOUNCED("Veldra") \
     ANNOUNCED("Facile") \
