@@ -114,7 +114,7 @@ Articles Articoli() {
                 {"IDEST", "id", Text()},
                 {"ARDE2", "descrizione2", First(100)},
                 {"ARUMS", "um", Unit(Products, "um", schema::defaults::Unit)},
-                {"ARUM2", "um2", Unit(Products, "um", "")},
+                {"ARUM2", "um2", Unit(Products, "um2", "")},
                 {"ARCOE", "coefficiente", NotZero()},
                 {"ARIVA", "iva", VatCode(Products, "iva")},
                 {"ARCLA", "tipo", Choice({{"Prodotto", "PF"}, {"Semilavorato", "SL"}}, "CM")},
