@@ -170,12 +170,16 @@ QString NoParty(const SourceRow& row) {
 }
 
 /// Tells an account whose registry is not there, which stays without address.
-void TellRegistry(ImportRun& run, const SourceRow& row, TargetRow& party) {
+void TellRegistry(ImportRun& run, const SourceRow& row) {
     const bool isBlank = std::all_of(RegistryColumns.begin(), RegistryColumns.end(),
                                      [&row](const QString& column) { return row.IsBlank(column); });
     if (isBlank) {
         run.Log(QStringLiteral("ANAGRAFICA NON TROVATA: %1: '%2'").arg(run.RowKey(), row.Text("CODANA")));
     }
+}
+
+void Complete(ImportRun& run, const SourceRow& row, TargetRow& party) {
+    TellRegistry(run, row);
     SetIban(run, row, party);
 }
 
@@ -213,7 +217,7 @@ Counterparties Controparti() {
         .numbers = {.office = "TEL1", .office2 = "TEL2", .fax = "FAX", .mobile = "CELL", .mail = "EMAIL"},
         .branches = {Destinazioni()},
         .leavesOut = NoParty,
-        .more = TellRegistry,
+        .more = Complete,
         .further = {{}, {{Pianoc, {"ANNULL"}}}, {}},
     };
 }

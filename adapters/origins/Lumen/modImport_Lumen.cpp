@@ -87,8 +87,7 @@ QStringList CodeOf(const QString& line) {
 QString SectionOf(const QString& letter) {
     static const QMap<QString, QString> sections{{"", ""}, {"P", "SP"}, {"E", "CE"}, {"O", "OR"}};
     if (!sections.contains(letter)) {
-        throw ImportError(QStringLiteral("colonna %1: '%2' non è P (patrimoniale), "
-                                         "E (economico) né O (d'ordine)")
+        throw ImportError(QStringLiteral("carattere %1: '%2' non è P (patrimoniale), E (economico) né O (d'ordine)")
                               .arg(SectionSpan.start)
                               .arg(letter));
     }
@@ -139,8 +138,7 @@ const Mapping& AccountMapping() {
             {"PCTIP", "RIGA",
              Of("character 63: C customers, F suppliers, B bank", [](const LumenAccount& one) { return one.type; })},
             {"PCBIL", "RIGA",
-             Of("character 57: \"SP\" for P, \"CE\" for E, \"OR\" for O; given "
-                "up for another one",
+             Of("character 57: \"SP\" for P, \"CE\" for E, \"OR\" for O; given up for another one",
                 [](const LumenAccount& one) { return one.section; })},
             {"PCLEV", "RIGA",
              Of("number of parts of the code", [](const LumenAccount& one) { return one.code.size(); })},
