@@ -25,16 +25,8 @@ struct Row {
 const std::vector<Row>& Rows() {
     const QString csvTitle = QStringLiteral("File CSV da importare");
     const QString csvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
-    const QString datTitle = QStringLiteral("File DAT da importare");
-    const QString datFilter = QStringLiteral("File DAT (*.dat)|*.dat|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Lumen", "modImport_Lumen", "File .dat", TextFile(datTitle, datFilter), "NNNNN---"},
-        {"Access", "modImport_Access", "Access", ChosenAccessFile("ACCESS"), "YYYNN---"},
-        {"Access Velmoran", "modImport_AccessVelmoran", "Access", ChosenAccessFile("VELMORAN"), "YYYN----", {{Dis, "Importa Listini"}}},
-        {"Dss Waps", "modImport_DssWaps", "File .dat", TextFolder("DSSWAPS"), "YY------"},
-        {"Axis", "modImport_Axis", "Access", ChosenAccessFile("AXIS"), "YY------"},
-        {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
         {"Veldra", "modImport_Veldra", "SQL Server", Server("VELDRA"), "YNNN----"},
         {"Facile", "modImport_Facile", "SQL Server", Server("FACILE"), "YYYYN-Y-",
          {{Cli, "Importa Controparti"}, {Dis, "Importa Distinte"}, {Doc, "Importa Ordini"},

@@ -11,7 +11,7 @@
     MODULE(Tessera, EntryWithSolution) \
     MODULE(Solution, Entry) \
     MODULE(GammaTeamsystem, Entry) \
-    ANNOUNCED("Lumen") \
+    MODULE(Lumen, Entry) \
     MODULE(Arca2000, Entry) \
     MODULE(SAM, Entry) \
     MODULE(LC, Entry) \
@@ -27,17 +27,17 @@
     MODULE(Lantek24, Entry) \
     MODULE(NetSuite, Entry) \
     MODULE(Excel, Entry) \
-    ANNOUNCED("Access") \
+    MODULE(Access, Entry) \
     MODULE(SIGIP, Entry) \
     MODULE(ArcaEvolution, Entry) \
     MODULE(Mago, Entry) \
     MODULE(Lantek30, Entry) \
     MODULE(Ferrobrio, Entry) \
     MODULE(G2, Entry) \
-    ANNOUNCED("Access Velmoran") \
+    MODULE(AccessVelmoran, Entry) \
     MODULE(Vision, Entry) \
-    ANNOUNCED("Dss Waps") \
-    ANNOUNCED("Axis") \
+    MODULE(DssWaps, Entry) \
+    MODULE(Axis, Entry) \
     MODULE(AdHocWindows, Entry) \
     MODULE(ExcelAS400, Entry) \
     MODULE(Gemini, Entry) \
@@ -56,7 +56,7 @@
     MODULE(Factory, EntryOfSqlServer) \
     MODULE(Brantel, Entry) \
     MODULE(Punta, Entry) \
-    ANNOUNCED("Terrauna") \
+    MODULE(Terrauna, Entry) \
     MODULE(Scala, Entry) \
     ANNOUNCED("Veldra") \
     ANNOUNCED("Facile") \

@@ -213,7 +213,8 @@ void Fixture::OpenSource(const ovConnection::FileOpener& open) {
     session.Source->Errors = &session.Errors;
     session.Source->OpenFiles = open ? open : sources::OpenFileSource;
     const bool isScript = !Read("source.sql").isEmpty();
-    if (!isScript && m_origin.source.prepare.place == contract::Place::Chosen) { // it is asked for
+    const bool isChosen = !isScript && m_origin.source.prepare.place == contract::Place::Chosen;
+    if (isChosen && m_target.Person.Files.empty()) { // the line has not told which
         const QDir files(m_source);
         m_target.Person.Files.push_back(files.filePath(files.entryList(QDir::Files).value(0)));
     }
@@ -259,7 +260,8 @@ void Fixture::Answer(const QString& line) {
         m_target.Person.Inputs.emplace_back(input);
     }
     for (const QString& file : ListOf(words, "files")) {
-        m_target.Person.Files.push_back(m_target.Folder.filePath("files/" + file));
+        const QDir files(Read("source.sql").isEmpty() ? m_source : m_target.Folder.filePath("files"));
+        m_target.Person.Files.push_back(files.filePath(file));
     }
 }
 

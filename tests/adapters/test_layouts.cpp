@@ -100,9 +100,10 @@ private slots:
                 return procedure.opensSource || procedure.needs.reads.empty();
             });
             const bool isChosen = origin->source.prepare.place == contract::Place::Chosen;
+            const bool hasOwnNames = origin->source.kind != "File .dat";
             // A source that a procedure opens by itself has no layout; what a chosen file calls its columns, by letters
-            // or by a header, the fixture does not change.
-            if (opensIt && !isChosen) {
+            // or by a header, the fixture does not change; those of fixed width have the names that the module gives.
+            if (opensIt && !isChosen && hasOwnNames) {
                 Row(qPrintable(module), module);
             }
         }

@@ -204,7 +204,8 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
         const BillPhases& phases = *m_kind->declared.phases;
         Session& session = GetSession();
         int last = 0;
-        const bool byComponents = phases.rows.table == m_kind->declared.components.rows.table;
+        const ChildTable& parts = m_kind->declared.components.rows;
+        const bool byComponents = phases.rows.table == parts.table && phases.rows.where == parts.where;
         phases.rows.ForEach(session, bill, [&](const SourceRow& row) {
             if (byComponents && written.byKey.contains(phases.key.Text(session, row))) {
                 return;

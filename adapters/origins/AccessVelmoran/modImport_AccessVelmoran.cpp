@@ -1,0 +1,231 @@
+// Access Velmoran: an Access file, VELMORAN unless the setting Databasename names another; where that is none, one that
+// the operator chooses. Customers (Clienti) with their destinations and suppliers (Fornitori) in tables alike,
+// articles, and price lists behind the button of the bills, which this source does not have. All tables and columns are
+// this system's own reading, fitted to an installation by "Tracciati/Access Velmoran.ini". Prices hold from QtaDa on.
+// Known gaps: stock, documents.
+
+#include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/PartyColumns.h"
+#include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/sourceSettings.h"
+#include "core/modImport.h"
+#include "core/schemaDefaults.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_AccessVelmoran {
+
+const contract::Origin& Entry();
+
+namespace {
+
+const QString Module = QStringLiteral("modImport_AccessVelmoran");
+
+// --- Source tables ------------------------------------------------------------------------------------------------
+
+/// Customers; the codes of both are translated under this name.
+const QString Clienti = QStringLiteral("Clienti");
+const QString Fornitori = QStringLiteral("Fornitori");
+const QString ArticoliTable = QStringLiteral("Articoli");
+const QString ListHeads = QStringLiteral("Listini");
+const QString ListRows = QStringLiteral("ListiniDettaglio");
+
+Rule Article() { return ArticleCode(ArticoliTable, "Codice"); }
+
+// --- Counterparties -----------------------------------------------------------------------------------------------
+
+const PartyColumns Columns{
+    .name = "RagioneSociale",
+    .name2 = "Rag2",
+    .street = "Via",
+    .postCode = "CAP",
+    .town = "Citta",
+    .province = "Prov",
+    .country = "Stato",
+    .vatNumber = "PIva",
+    .taxCode = "CFiscale",
+    .payment = "Pagamento",
+    .ownBank = "Banca",
+    .abi = "ABI",
+    .cab = "CAB",
+    .account = "CC",
+    .iban = "IBAN",
+    .discount1 = "Sconto1",
+    .discount2 = "Sconto2",
+    .agent = "Agente",
+    .list = "Listino",
+    .note = "Note",
+};
+
+Branches Destinazioni() {
+    return {
+        .rows = {.table = "Destinazioni",
+                 .on = {{"CodCliente", "Codice"}},
+                 .order = "Numero",
+                 .naming = "CodCliente, Numero"},
+        .lines =
+            {
+                {"CDSED", "Numero", ThreeDigits()},
+                {"SERAS", "Nome", Text()},
+                {"SEIND", "Via", Text()},
+                {"SECAP", "CAP", WhenNotBlank("Citta", Text())},
+                {"SECIT", "Citta", WhenNotBlank("Citta", Text())},
+                {"SEPRO", "Prov", Text()},
+            },
+    };
+}
+
+Counterparties PartiesOf(const QString& table, const Roles& roles) {
+    return {
+        .frame = {.module = Module, .procedure = "ImportContropartiAccessVelmoran", .step = table},
+        .source = {.table = table, .key = "Codice", .order = "Codice"},
+        .roles = Always(roles),
+        .name = "RagioneSociale, Rag2",
+        .vatNumber = "PIva",
+        .taxCode = "CFiscale",
+        .lines = {LineGroup(PartyLines(Clienti, Columns).Over({})), {"CONRC", "Civico", Text()}},
+        .numbers = {.office = "Tel", .office2 = "Tel2", .fax = "Fax", .mobile = "Cell", .mail = "Mail", .web = "Web"},
+        .branches = roles.customer ? std::vector<Branches>{Destinazioni()} : std::vector<Branches>(),
+        .empties = roles.customer,
+        .more = SetIban,
+    };
+}
+
+Procedure Controparti() {
+    const Counterparties customers = PartiesOf(Clienti, {.customer = true});
+    return ProcedureOf(Button::Cli, FrameOf(customers),
+                       {PartOf(customers), PartOf(PartiesOf(Fornitori, {.supplier = true}))});
+}
+
+// --- Articles -----------------------------------------------------------------------------------------------------
+
+Articles Articoli() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportArticoliAccessVelmoran"},
+        .source = {.table = ArticoliTable, .key = "Codice", .order = "Codice"},
+        .code = {"Codice", Article()},
+        .description = "Descrizione",
+        .lines =
+            {
+                {"CDEXT", "Codice", First(50)},
+                {"ARDE2", "Descrizione2", First(100)},
+                {"ARUMS", "UM", Unit(ArticoliTable, "UM", schema::defaults::Unit)},
+                {"ARUM2", "UM2", Unit(ArticoliTable, "UM2", "")},
+                {"ARCOE", "Conversione", NotZero()},
+                {"ARIVA", "IVA", VatCode(ArticoliTable, "IVA")},
+                {"ARCLA", "Tipo", Or(Translated(ArticoliTable, "Tipo"), "CM")},
+                {"ARFAM", "Famiglia", TranslatedOrKnown(ArticoliTable, "Famiglia", "FAM_PRO")},
+                {"ARCOS", "Costo", RoundedTo(6)},
+                {"ARPRZ", "Prezzo", RoundedTo(6)},
+                {"ARPSN", "Peso", RoundedTo(3)},
+                {"ARSMN", "ScortaMin", RoundedTo(6)},
+                {"ARLOR", "Lotto", RoundedTo(6)},
+                {"ARGGA", "Consegna", RoundedTo(0)},
+                {"ARDIS", "Disegno", Text()},
+                {"ARANN", "Obsoleto", Flag()},
+                {"ARNOT", "Note", Text()},
+            },
+        .suppliers = {{.supplier = {"CodFornitore", KnownSupplier()},
+                       .ownCode = "CodArtFornitore",
+                       .price = "Costo",
+                       .leadDays = "Consegna",
+                       .lot = "Lotto"}},
+        .languages = {{.language = Fixed("EN"), .text = "DescrInglese"}},
+        .more = SetMarkUp,
+        .further = {{}, {}, {{"ART_ICO", {"ARRIC"}}}},
+    };
+}
+
+// --- Price lists --------------------------------------------------------------------------------------------------
+
+/// CDLIS of a list: lists keep their codes.
+Rule ListCode() {
+    return {"translated through SYS_IMP (codicilistino, Codice), else the code in upper case",
+            [](const RuleInput& input) -> RuleValue {
+                const QString code = input.Text();
+                const QString told = modImport::GetNewCode(input.session, "codicilistino", "Codice", code, false);
+                return told.isEmpty() ? code.toUpper() : told;
+            }};
+}
+
+PriceLists Listini() {
+    const std::vector<Tie> ofList{{"IdListino"}};
+    return {
+        .frame = {.module = Module, .procedure = "ImportListiniAccessVelmoran", .confirmation = "Importare i Listini?"},
+        .source = {.table = ListRows,
+                   .key = "Codice",
+                   .order = "Codice, CodArticolo, QtaDa",
+                   .naming = "IdListino, CodArticolo, QtaDa",
+                   .joins = {{.table = ListHeads, .on = ofList, .columns = {"Codice", "Nome", "Tipo", "Valuta"}}}},
+        .article = {"CodArticolo", Article()},
+        .prices = {{
+            .list = {"Codice", ListCode()},
+            .direction = "Tipo",
+            .description = "Nome",
+            .currency = {"Valuta", Currency(ListHeads, "Valuta")},
+            .since = {"IdListino", OfFirst(ListRows, {.table = ListHeads, .on = ofList}, "DataInizio", Day())},
+            .from = "DataInizio",
+            .to = "DataFine",
+            .note = "Note",
+            .scales = {{.quantity = "QtaDa", .price = "Prezzo", .discounts = {"Sc1", "Sc2", "Sc3"}}},
+        }},
+    };
+}
+
+const Mapping& GivenListMapping() {
+    static const Mapping mapping{"CON_TRO", ListHeads, {{"COLSC", "Codice", ListCode()}}};
+    return mapping;
+}
+
+/// Gives a customer the list that is made for him.
+RowOutcome GiveList(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString customer = Field("CodCliente", KnownCustomer()).Text(session, row);
+    if (customer.isEmpty()) {
+        return run.Skip(QStringLiteral("cliente non trovato"));
+    }
+    if (!IsThere(session, "LIS_TES", "CDLIS", Field("Codice", ListCode()).Text(session, row))) {
+        return run.Skip(QStringLiteral("listino senza prezzi"));
+    }
+    TargetRow target(run, "CON_TRO");
+    GivenListMapping().Apply(target, session, row, {customer});
+    target.Update("WHERE " + Equals(session, "CDCON", customer));
+    return RowOutcome::Updated;
+}
+
+Procedure ImportListini() {
+    const PriceLists lists = Listini();
+    const ImportPart given{
+        .step = "Listini dei clienti",
+        .source = {.table = ListHeads, .key = "Codice", .order = "Codice", .where = "CodCliente IS NOT NULL"},
+        .needs = NeedsOf(GivenListMapping()),
+        .make = Importing(GiveList)};
+    return ProcedureOf(Button::Dis, FrameOf(lists), {PartOf(lists), given});
+}
+
+} // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
+
+const Origin& Entry() {
+    static const Origin origin{
+        "Access Velmoran",
+        Module,
+        {.kind = "Access", .prepare = sourceSettings::ChosenAccessFile("VELMORAN"), .names = Naming::OurReading},
+        Buttons("YYYN----", {{Button::Dis, "Importa Listini"}}),
+        Shown::Keep,
+        {
+            Controparti(),
+            ProcedureOf(Button::Art, Articoli()),
+            ImportListini(),
+        },
+    };
+    return origin;
+}
+
+} // namespace modImport_AccessVelmoran
