@@ -41,7 +41,6 @@ const std::vector<Row>& Rows() {
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},
         {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
         {"Scala", "modImport_Scala", "Excel", OpenFileExcel(), "YNNN----"},
-        {"Veldra", "modImport_Veldra", "SQL Server", Server("VELDRA"), "YNNN----"},
         {"Facile", "modImport_Facile", "SQL Server", Server("FACILE"), "YYYYN-Y-",
          {{Cli, "Importa Controparti"}, {Dis, "Importa Distinte"}, {Doc, "Importa Ordini"},
           {Piano, "Importa Listini"}}},

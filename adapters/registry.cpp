@@ -58,7 +58,7 @@
     ANNOUNCED("Punta") \
     ANNOUNCED("Terrauna") \
     ANNOUNCED("Scala") \
-    ANNOUNCED("Veldra") \
+    MODULE(Veldra, Entry) \
     ANNOUNCED("Facile") \
     ANNOUNCED("Borgo") \
     ANNOUNCED("Lamina") \
