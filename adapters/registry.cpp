@@ -59,7 +59,7 @@
     ANNOUNCED("Terrauna") \
     ANNOUNCED("Scala") \
     MODULE(Veldra, Entry) \
-    ANNOUNCED("Facile") \
+    MODULE(Facile, Entry) \
     ANNOUNCED("Borgo") \
     ANNOUNCED("Lamina") \
     ANNOUNCED("Siderea")
