@@ -41,8 +41,6 @@ const std::vector<Row>& Rows() {
         {"Punta", "modImport_Punta", "SQL Server", Server("PUNTA"), "YYYNN---"},
         {"Terrauna", "modImport_Terrauna", "CSV", TextFile(csvTitle, csvFilter), "YYNNNNN-"},
         {"Scala", "modImport_Scala", "Excel", OpenFileExcel(), "YNNN----"},
-        {"Borgo", "modImport_Borgo", "SQL Server", Server("BORGO"), "NYYYYNYN",
-         {{Doc, "Importa Ordini Vendita"}, {Acq, "Importa Ordini Acquisto"}, {Piano, "Ricodifica Articoli Lamiera"}}},
         {"Lamina", "modImport_Lamina", "CSV", TextFile(csvTitle, csvFilter), "YYYYYYYN",
          {{Acq, "Importa Contatti Clienti"}, {Saldi, "Importa Sedi Clienti"},
           {Piano, "Importa Lavorazioni Distinte"}}},

@@ -60,7 +60,7 @@
     ANNOUNCED("Scala") \
     MODULE(Veldra, Entry) \
     MODULE(Facile, Entry) \
-    ANNOUNCED("Borgo") \
+    MODULE(Borgo, Entry) \
     ANNOUNCED("Lamina") \
     ANNOUNCED("Siderea")
 /// Those that the list does not show.
