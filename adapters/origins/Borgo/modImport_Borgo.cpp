@@ -64,7 +64,8 @@ Counterparties Controparti() {
     };
 }
 
-/// Articles name suppliers: where Quadrix has no counterparty at all, they come first.
+/// Articles name suppliers: where Quadrix has no counterparty at all, they come first. What is given up there is made
+/// up for by the import of the counterparties alone.
 ImportPart PartiesWhereThereAreNone() {
     Counterparties parties = Controparti();
     parties.empties = false;
