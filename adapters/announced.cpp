@@ -27,12 +27,6 @@ const std::vector<Row>& Rows() {
     const QString csvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Veldra", "modImport_Veldra", "SQL Server", Server("VELDRA"), "YNNN----"},
-        {"Facile", "modImport_Facile", "SQL Server", Server("FACILE"), "YYYYN-Y-",
-         {{Cli, "Importa Controparti"}, {Dis, "Importa Distinte"}, {Doc, "Importa Ordini"},
-          {Piano, "Importa Listini"}}},
-        {"Borgo", "modImport_Borgo", "SQL Server", Server("BORGO"), "NYYYYNYN",
-         {{Doc, "Importa Ordini Vendita"}, {Acq, "Importa Ordini Acquisto"}, {Piano, "Ricodifica Articoli Lamiera"}}},
         {"Lamina", "modImport_Lamina", "CSV", TextFile(csvTitle, csvFilter), "YYYYYYYN",
          {{Acq, "Importa Contatti Clienti"}, {Saldi, "Importa Sedi Clienti"},
           {Piano, "Importa Lavorazioni Distinte"}}},

@@ -58,9 +58,9 @@
     MODULE(Punta, Entry) \
     MODULE(Terrauna, Entry) \
     MODULE(Scala, Entry) \
-    ANNOUNCED("Veldra") \
-    ANNOUNCED("Facile") \
-    ANNOUNCED("Borgo") \
+    MODULE(Veldra, Entry) \
+    MODULE(Facile, Entry) \
+    MODULE(Borgo, Entry) \
     ANNOUNCED("Lamina") \
     MODULE(Siderea, Entry)
 /// Those that the list does not show.

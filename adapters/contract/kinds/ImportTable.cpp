@@ -80,6 +80,7 @@ Frame Over(Frame frame, const Frame& usual) {
     fill(frame.errors, usual.errors);
     fill(frame.step, usual.step);
     fill(frame.completion, usual.completion);
+    fill(frame.confirmation, usual.confirmation);
     return frame;
 }
 

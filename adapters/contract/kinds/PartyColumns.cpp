@@ -46,12 +46,15 @@ Lines Identity(const QString& table, const PartyColumns& of) {
         Line("COCOG", of.surname, Text()),
         Line("CONOM", of.firstName, Text()),
         Line("COIND", of.street, Text()),
+        Line("CONRC", of.houseNumber, Text()),
         Line("COCAP", of.postCode, Text()),
         Line("COCIT", of.town, Text()),
         Line("COPRO", of.province, Text()),
         Line("CONAZ", of.country, Country(table, of.country)),
         Line("COIVA", of.vatNumber, NotBlank(Text())),
         Line("COFIS", of.taxCode, NotBlank(Text())),
+        Line("COCFE", of.recipientCode, NotBlank(Text())),
+        Line("COPEC", of.certifiedMail, NotBlank(Text())),
         Line("COLNG", of.language, Language(table, of.language)),
         Line("COBLK", of.isBlocked, Flag()),
         Line("COANN", of.isCancelled, Flag()),
@@ -72,6 +75,7 @@ Lines Conditions(const QString& table, const PartyColumns& of) {
         Line("COBIC", of.bic, NotBlank(Text())),
         Roles("COSC1", "COSF1", of.discount1, NotBlank(RoundedTo(2))),
         Roles("COSC2", "COSF2", of.discount2, NotBlank(RoundedTo(2))),
+        Roles("COSC3", "COSF3", of.discount3, NotBlank(RoundedTo(2))),
         Line("COAGE", of.agent, TranslatedOrKnown(table, of.agent, "AGE_NTI")),
         Roles("COLSC", "COLSF", of.list, Translated(table, of.list)),
         Line("COVAL", of.currency, Currency(table, of.currency)),
@@ -89,6 +93,22 @@ Lines Conditions(const QString& table, const PartyColumns& of) {
 
 Lines PartyLines(const QString& table, const PartyColumns& columns) {
     return {LineGroup(Identity(table, columns).Over({})), LineGroup(Conditions(table, columns).Over({}))};
+}
+
+Lines BranchLines(const QString& table, const BranchColumns& of) {
+    return {
+        Line("CDSED", of.number, ThreeDigits()),
+        Line("SERAS", of.name, Text()),
+        Line("SEIND", of.street, Text()),
+        Line("SENRC", of.houseNumber, Text()),
+        Line("SECAP", of.postCode, WhenNotBlank(of.town, Text())),
+        Line("SECIT", of.town, WhenNotBlank(of.town, Text())),
+        Line("SEPRO", of.province, Text()),
+        Line("SENAZ", of.country, Country(table, of.country)),
+        Line("SERIF", of.person, Text()),
+        Line("SEDEF", of.isDefault, Flag()),
+        Line("SENOT", of.note, Text()),
+    };
 }
 
 } // namespace contract

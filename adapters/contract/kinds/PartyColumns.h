@@ -12,12 +12,15 @@ struct PartyColumns {
     QString surname = {};
     QString firstName = {};
     QString street = {};
+    QString houseNumber = {};
     QString postCode = {};
     QString town = {};
     QString province = {};
     QString country = {};
     QString vatNumber = {};
     QString taxCode = {};
+    QString recipientCode = {}; ///< of electronic invoices
+    QString certifiedMail = {};
     QString payment = {};
     QString ownBank = {}; ///< of the company, by its code of the source
     QString abi = {};
@@ -28,6 +31,7 @@ struct PartyColumns {
     QString bic = {};
     QString discount1 = {};
     QString discount2 = {};
+    QString discount3 = {};
     QString agent = {};
     QString list = {};
     QString currency = {};
@@ -47,5 +51,23 @@ struct PartyColumns {
 
 /// The lines of CON_TRO that they give. Codes are those that SYS_IMP has for the table and the column.
 Lines PartyLines(const QString& table, const PartyColumns& columns);
+
+/// The columns of a plain table of branches by what they hold; an empty one the source does not have.
+struct BranchColumns {
+    QString number = {};
+    QString name = {};
+    QString street = {};
+    QString houseNumber = {};
+    QString postCode = {};
+    QString town = {};
+    QString province = {};
+    QString country = {};
+    QString person = {};
+    QString isDefault = {}; ///< a flag
+    QString note = {};
+};
+
+/// The lines of CON_SED that they give. The country is the one that SYS_IMP has for the table and the column.
+Lines BranchLines(const QString& table, const BranchColumns& columns);
 
 } // namespace contract

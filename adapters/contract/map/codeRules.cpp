@@ -1,5 +1,8 @@
 #include "adapters/contract/map/codeRules.h"
 
+#include "adapters/contract/map/lookups.h"
+#include "core/modImport.h"
+
 namespace contract::rules {
 
 Rule NotZeroCode(const Rule& rule) {
@@ -35,6 +38,25 @@ Rule PartyByMark(const QString& supplier) {
                 const bool isSupplier = input.row.Text(input.columns.last()).startsWith(supplier, Qt::CaseInsensitive);
                 return (isSupplier ? ofSupplier : ofCustomer)(
                     {input.session, input.row, input.columns, input.facts, input.row.Text(input.columns.first())});
+            }};
+}
+
+Rule KnownParty() {
+    return {"counterparty imported from that code, of a customer, else of a supplier; one that is not there is logged "
+            "and left out",
+            [](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                QString code;
+                for (const char* column : {"COCGE", "COFGE"}) {
+                    code = code.isEmpty() && !text.isEmpty() ? LookUp(input.session, "CON_TRO", column, text, "CDCON")
+                                                             : code;
+                }
+                if (code.isEmpty() && !text.isEmpty()) {
+                    modImport::LogNote(
+                        input.session,
+                        QStringLiteral("CONTROPARTE NON TROVATA: %1: '%2'").arg(input.session.Errors.RowKey(), text));
+                }
+                return code.isEmpty() ? RuleValue() : RuleValue(code);
             }};
 }
 

@@ -15,5 +15,8 @@ Rule FlagAs(const QVariant& set, const QVariant& otherwise);
 /// As `PartyOf` by the code in the first source column: of a supplier where the last one begins with a mark, in any
 /// case, else of a customer.
 Rule PartyByMark(const QString& supplier);
+/// CDCON of the counterparty that was imported from the code, of a customer, else of a supplier; left out when blank.
+/// One that is not there is logged, and left out.
+Rule KnownParty();
 
 } // namespace contract::rules

@@ -78,4 +78,13 @@ Rule ListOfParty(const QString& origin, const QString& table, const QString& fie
     return Or(told, Translated(table, field));
 }
 
+Rule KeptList(const QString& origin) {
+    return {QStringLiteral("translated through SYS_IMP (%1, %2), else the code itself").arg(Numbers, origin),
+            [origin](const RuleInput& input) -> RuleValue {
+                const QString code = input.Text();
+                const QString told = modImport::GetNewCode(input.session, Numbers, origin, code, false);
+                return code.isEmpty() ? RuleValue() : RuleValue(told.isEmpty() ? code : told);
+            }};
+}
+
 } // namespace contract::rules

@@ -2,7 +2,7 @@
 
 #include "adapters/contract/map/rules.h"
 
-/// Rules on the codes of price lists that Quadrix numbers: SYS_IMP tells the number of each (codicilistino, origin).
+/// Rules on the codes of price lists: SYS_IMP tells the one that Quadrix has for each (codicilistino, origin).
 namespace contract::rules {
 
 /// CDLIS of a price list: the number that SYS_IMP tells; a code without one is given the number behind the highest,
@@ -13,5 +13,8 @@ Rule NumberedList(const QString& origin);
 /// CDLIS of the list that a counterparty has: the number that SYS_IMP tells; without one as `Translated`, by table and
 /// field.
 Rule ListOfParty(const QString& origin, const QString& table, const QString& field);
+
+/// CDLIS of a price list that keeps its code, unless SYS_IMP tells another. Left out when blank.
+Rule KeptList(const QString& origin);
 
 } // namespace contract::rules

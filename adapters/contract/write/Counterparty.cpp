@@ -228,9 +228,9 @@ void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const 
     row.Insert();
 }
 
-void CounterpartyWriter::WebSite(const Owner& owner, const QString& address) const {
+void CounterpartyWriter::WebSite(const Owner& owner, const QString& address, const QString& label) const {
     if (!address.isEmpty()) {
-        Address(owner, QStringLiteral("W"), QStringLiteral("Indirizzo Web"), WithoutSeparators(address));
+        Address(owner, QStringLiteral("W"), label, WithoutSeparators(address));
     }
 }
 

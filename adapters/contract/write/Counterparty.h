@@ -108,7 +108,8 @@ public:
     /// and the number that it begins with, and logged. A blank one writes nothing.
     void Telephone(const Owner& owner, const QString& label, const QString& number) const;
     /// Writes a web site, without separators. A blank one writes nothing.
-    void WebSite(const Owner& owner, const QString& address) const;
+    void WebSite(const Owner& owner, const QString& address,
+                 const QString& label = QStringLiteral("Indirizzo Web")) const;
     /// Writes an e-mail address in lower case, without "/", " " and "\". A blank one writes nothing.
     void Mail(const Owner& owner, const QString& label, const QString& address) const;
     /// Writes a contact person of a counterparty and returns the owner for what hangs on it.

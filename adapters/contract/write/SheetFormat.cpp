@@ -51,7 +51,7 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
     setText("LMSFR", format.offcut);
     setText("LMEXT", format.external);
     setText("LMOLD", format.old);
-    row.Set("LMATT", true);
+    row.Set("LMATT", format.isActive);
     row.Set("LMANN", false);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));

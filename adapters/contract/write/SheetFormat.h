@@ -19,6 +19,7 @@ struct SheetFormat {
     QString offcut = {};   ///< code of the offcut that it is; empty for a whole sheet
     QString external = {}; ///< code in the source
     QString old = {};      ///< reference that it had before
+    bool isActive = true;
 };
 
 /// Writes a format of a sheet article: inserted when the article lacks it, else updated. What it leaves empty or zero

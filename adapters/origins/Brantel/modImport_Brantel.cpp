@@ -1,14 +1,21 @@
 // Brantel, one customer's own database: SQL Server, BRANTEL unless the setting Databasename names another.
-// Costs and prices of the bills of materials that are in Quadrix, whichever import has brought them: no source is read.
-// Known gaps: everything that comes out of the source (counterparties, articles, bills, open orders, price lists,
-// attachments); its buttons say so.
+// Attachments stand here, counterparties in modImport_Brantel_parties.cpp, articles and bills in
+// modImport_Brantel_articles.cpp, open orders of customers and price lists in modImport_Brantel_documents.cpp. Nothing
+// is published: every table and column is this system's own reading, fitted to an installation by
+// "Tracciati/Brantel.ini". A price of ListiniRighe holds from QtaDa on; times are minutes.
+// Costs and prices of the bills that are in Quadrix, whichever import has brought them, are made anew without a source.
+// Known gaps: orders to suppliers, whose button is hidden; stock.
 
+#include "adapters/origins/Brantel/modImport_Brantel.h"
+
+#include "adapters/contract/kinds/Attachments.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/run/ImportRun.h"
-#include "adapters/contract/run/Origin.h"
 #include "adapters/sourceSettings.h"
 #include "core/ovDistinta.h"
 
 using namespace contract;
+using namespace contract::rules;
 
 namespace modImport_Brantel {
 
@@ -16,7 +23,35 @@ const contract::Origin& Entry();
 
 namespace {
 
-const QString Module = QStringLiteral("modImport_Brantel");
+// --- Attachments --------------------------------------------------------------------------------------------------
+
+/// Of articles, of their bills, and of counterparties by the code that they have as customers, else as suppliers.
+Attachments Allegati() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportAllegatiBrantel"},
+        .source = {.table = "Allegati",
+                   .key = "Chiave",
+                   .order = "Tabella, Chiave",
+                   .naming = "Tabella, Chiave, NomeFile"},
+        .records = {{.marks = {"ART"},
+                     .table = "ART_ICO",
+                     .keyColumn = "CDART",
+                     .key = {"Chiave", Article()},
+                     .flag = "ARATT"},
+                    {.marks = {"DIS"},
+                     .table = "DIS_BAS",
+                     .keyColumn = "DBART",
+                     .key = {"Chiave", Article()},
+                     .flag = "DBATT"},
+                    {.marks = {"ANA"}, .table = "CON_TRO", .keyColumn = "CDCON", .key = {"Chiave", KnownParty()}}},
+        .kind = "Tabella",
+        .path = "Percorso",
+        .name = "NomeFile",
+        .description = "Descrizione",
+        .revision = "Revisione",
+        .day = "Data",
+    };
+}
 
 // --- Costs and prices ---------------------------------------------------------------------------------------------
 
@@ -64,7 +99,7 @@ const Origin& Entry() {
     static const Origin origin{
         "Brantel",
         Module,
-        {"SQL Server", sourceSettings::Server("BRANTEL")},
+        {.kind = "SQL Server", .prepare = sourceSettings::Server("BRANTEL"), .names = Naming::OurReading},
         Buttons("YYYYNYYY", {{Button::Cli, "Importa Controparti"},
                              {Button::Art, "Importa Articoli"},
                              {Button::Doc, "Importa Ordini Aperti"},
@@ -73,6 +108,10 @@ const Origin& Entry() {
                              {Button::Disegni, "Importa Allegati"}}),
         Shown::Keep,
         {
+            ImportContropartiBrantel(),
+            ImportArticoliBrantel(),
+            ImportDistinteBrantel(),
+            ImportOrdiniBrantel(),
             {.button = Button::Saldi,
              .name = "AggiornaCostiPrezzi",
              .run = AggiornaCostiPrezzi,
@@ -80,6 +119,8 @@ const Origin& Entry() {
              .confirmation = "Aggiornare i costi e i prezzi delle distinte?",
              .opensSource = false,
              .asksReset = false},
+            ImportListiniBrantel(),
+            ProcedureOf(Button::Disegni, Allegati()),
         },
     };
     return origin;

@@ -7,16 +7,12 @@
 
 #include "adapters/origins/Factory/modImport_Factory.h"
 
+#include "adapters/contract/kinds/Attachments.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/contract/kinds/Stock.h"
-#include "adapters/contract/map/lookups.h"
-#include "adapters/contract/write/Attachment.h"
 #include "adapters/sourceSettings.h"
-#include "core/modMain.h"
 #include "core/schemaDefaults.h"
-
-#include <QFileInfo>
 
 using namespace contract;
 using namespace contract::rules;
@@ -89,68 +85,16 @@ Balances Saldi() {
 
 // --- Attachments --------------------------------------------------------------------------------------------------
 
-QString FolderOfAttachments(Session& session) {
-    const QString folder = modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
-    if (folder.isEmpty()) {
-        throw ImportError(
-            "impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella degli allegati");
-    }
-    return folder;
-}
-
-/// The path within the folder: of the file itself, or of the folder that it is in.
-QString PathOf(const SourceRow& row) {
-    const QString name = row.Text("NOMEFILE");
-    const QString path = row.Text("PERCORSO");
-    if (name.isEmpty() && path.isEmpty()) {
-        throw ImportError("colonne 'PERCORSO', 'NOMEFILE': manca il file");
-    }
-    const bool isWhole =
-        name.isEmpty() || QFileInfo(PathIn({}, path)).fileName().compare(name, Qt::CaseInsensitive) == 0;
-    return isWhole ? path : QString(path + u'/' + name);
-}
-
-RowOutcome ImportAllegato(ImportRun& run, const SourceRow& row, const QString& folder) {
-    Session& session = run.GetSession();
-    const QString article = ArticleCodeOf(session, Articoli, "CODART", row.Text("CODART"));
-    if (!IsImported(run, article)) {
-        return run.Skip(ArticleMissing);
-    }
-    const QString path = PathIn(folder, PathOf(row));
-    const RowOutcome outcome =
-        WriteAttachment(run, {"ART_ICO", article, path, folder, row.Text("DESCRIZIONE"), row.Text("REV")});
-    if (modMain::IsAppConfigOn(session, "IMPORT", "DebugAttach", "0")) {
-        run.Log(QStringLiteral("ALLEGATO: %1: '%2'").arg(article, path));
-    }
-    if (outcome != RowOutcome::Skipped) {
-        TargetRow target(run, "ART_ICO");
-        target.Set("ARATT", true);
-        target.Update("WHERE " + Equals(session, "CDART", article));
-    }
-    return outcome;
-}
-
-Procedure ImportAllegatiFactory() {
-    const QString table = QStringLiteral("ALLEGATI");
-    const auto make = [](ImportRun& run, const QString& singleCode) {
-        const QString folder = FolderOfAttachments(run.GetSession());
-        return Importing([folder](ImportRun& of, const SourceRow& row) { return ImportAllegato(of, row, folder); })(
-            run, singleCode);
+Attachments Allegati() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportAllegatiFactory"},
+        .source = {.table = "ALLEGATI", .key = "CODART", .order = "CODART, PROGR", .naming = "CODART, PROGR"},
+        .records = {{.table = "ART_ICO", .keyColumn = "CDART", .key = {"CODART", Article()}, .flag = "ARATT"}},
+        .path = "PERCORSO",
+        .name = "NOMEFILE",
+        .description = "DESCRIZIONE",
+        .revision = "REV",
     };
-    return ProcedureOf(
-        Button::Piano,
-        Frame{.module = Module,
-              .procedure = "ImportAllegatiFactory",
-              .announcement = "Inizio importazione Allegati",
-              .completion = "Allegati importati correttamente!",
-              .confirmation = "Importare gli Allegati?"},
-        {{.step = "Allegati",
-          .source = {.table = table, .key = "CODART", .order = "CODART, PROGR", .naming = "CODART, PROGR"},
-          .needs = {{},
-                    {{table, {"NOMEFILE", "PERCORSO"}, {"DESCRIZIONE", "REV"}}},
-                    AttachmentNeeds() + std::vector<TableNeed>{{"ART_ICO", {"CDART", "ARATT"}}}},
-          .empties = AttachmentEmptying("ART_ICO"),
-          .make = make}});
 }
 
 // --- Price lists --------------------------------------------------------------------------------------------------
@@ -197,7 +141,7 @@ const Origin& Entry() {
             ImportCommesseAperteFactory(),
             ImportCommesseAperteFactory_daFileExcel(),
             ProcedureOf(Button::Saldi, Saldi()),
-            ImportAllegatiFactory(),
+            ProcedureOf(Button::Piano, Allegati()),
             ProcedureOf(Button::Disegni, Listini()),
         },
     };

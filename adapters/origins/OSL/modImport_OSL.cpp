@@ -11,8 +11,8 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/map/numberedLists.h"
 #include "adapters/sourceSettings.h"
-#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -43,15 +43,6 @@ Rule Article() { return ArticleCode(ArticoliTable, "CODART"); }
 
 /// The Quadrix code of a code of ANAGRAFICHE.
 Rule OfParty(const QString& column) { return Translated(Anagrafiche, column); }
-
-/// A list keeps its code unless somebody has given it another.
-Rule ListCode() {
-    return {"translated through SYS_IMP (codicilistino, CODLIS), else the code itself", [](const RuleInput& input) {
-                const QString code =
-                    modImport::GetNewCode(input.session, "codicilistino", "CODLIS", input.Text(), false);
-                return RuleValue(code.isEmpty() ? input.Text() : code);
-            }};
-}
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
@@ -305,7 +296,7 @@ PriceLists Listini() {
                    .joins = {{.table = ListHeads, .on = ofList, .columns = {"DESCR", "TIPO", "VALUTA"}}}},
         .article = {"CODART", Article()},
         .prices = {{
-            .list = {"CODLIS", ListCode()},
+            .list = {"CODLIS", KeptList("CODLIS")},
             .direction = "TIPO",
             .description = "DESCR",
             .currency = {"VALUTA", Currency(Anagrafiche, "CODVAL")},

@@ -1,0 +1,126 @@
+// The recoding of Borgo's sheets: each gets the code that Quadrix makes from its material and thickness, in its own row
+// and wherever it is referred to. SYS_IMP keeps what became of the old code, so that later imports find the sheet.
+
+#include "adapters/contract/kinds/ImportTable.h"
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/origins/Borgo/modImport_Borgo.h"
+#include "core/qdxProduction_sheets.h"
+#include "sql/mod_ovTools.h"
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace modImport_Borgo {
+
+namespace {
+
+struct Reference {
+    QString table;  ///< bare name
+    QString column; ///< that holds codes of articles
+    QString where;  ///< condition on its rows; empty for all
+};
+
+/// What holds codes of articles, the articles themselves first.
+const QVector<Reference>& References() {
+    static const QVector<Reference> references = [] {
+        QVector<Reference> found{{CodesOf, CodeField, {}}};
+        for (const schema::Table& table : schema::Tables()) {
+            for (const schema::Column& column : table.columns) {
+                const bool isCode = column.refersToColumn.isEmpty() ||
+                                    column.refersToColumn.compare(CodeField, Qt::CaseInsensitive) == 0;
+                if (column.refersTo == CodesOf && isCode && column.conditionColumn.isEmpty()) {
+                    found.append({table.name, column.name, {}});
+                }
+            }
+        }
+        found.append({"SYS_ATT", "ATKEY", "ATTBL IN ('ART_ICO', 'DIS_BAS')"});
+        found.append({"IMA_GES", "TBKEY", "TBNAM = 'ART_ICO'"});
+        found.append({"FLD_VAL", "FLKEY", "FLTAB = 'ART_ICO'"});
+        return found;
+    }();
+    return references;
+}
+
+Needs RecodingNeeds() {
+    Needs needs{
+        {}, {{Articoli, {"CodArt", "Lamiera"}}}, {{CodesOf, {"ARMAT", "ARDMZ"}}, {"SYS_LNG", {"LNTBL", "LNKEY"}}}};
+    for (const Reference& one : References()) {
+        needs.writes.push_back({one.table, {one.column}, {}, false, true});
+    }
+    return needs;
+}
+
+/// The texts of the article in other languages hang on the physical name of its table.
+void MoveTexts(ImportRun& run, const QString& from, const QString& to) {
+    TargetRow row(run, "SYS_LNG");
+    row.Set("LNKEY", to);
+    row.Update("WHERE LNTBL = " + run.Quoted(run.FullName(CodesOf)) + " AND LNKEY = " + run.Quoted(from));
+}
+
+void MoveReferences(ImportRun& run, const QString& from, const QString& to) {
+    for (const Reference& one : References()) {
+        const QString where = Equals(run.GetSession(), one.column, from) +
+                              (one.where.isEmpty() ? QString() : QString(" AND " + one.where));
+        if (IdWhere(run.GetSession(), one.table, where) != 0) {
+            TargetRow row(run, one.table);
+            row.Set(one.column, to);
+            row.Update("WHERE " + where);
+        }
+    }
+    MoveTexts(run, from, to);
+}
+
+/// The code that a sheet is to have; empty when its material or thickness is not known.
+QString NewCodeOf(Session& session, const QString& article) {
+    const QString material = LookUp(session, CodesOf, CodeField, article, "ARMAT");
+    const double thickness = mod_ovTools::ReadNumber(LookUp(session, CodesOf, CodeField, article, "ARDMZ")).value_or(0);
+    return material.isEmpty() || thickness == 0 ? QString() : qdxProduction::qdxAnaGetCodeArtSheet(material, thickness);
+}
+
+RowOutcome Recode(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString source = Field("CodArt").RequiredText(session, row);
+    const QString article = ArticleCodeOf(session, CodesOf, CodeField, source);
+    if (!IsImported(run, article)) {
+        return run.Skip(ArticleMissing);
+    }
+    const QString code = NewCodeOf(session, article);
+    if (code.isEmpty()) {
+        run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' non ha materiale o spessore")
+                    .arg(run.RowKey(), article));
+        return run.Skip("lamiera senza materiale o spessore");
+    }
+    if (code.compare(article, Qt::CaseInsensitive) == 0) {
+        return run.Skip("lamiera già ricodificata");
+    }
+    if (IsThere(session, CodesOf, CodeField, code)) {
+        run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' sarebbe '%3', che c'è già")
+                    .arg(run.RowKey(), article, code));
+        return run.Skip("codice di un altro articolo");
+    }
+    MoveReferences(run, article, code);
+    StoreNewCode(run, CodesOf, CodeField, article, code);
+    if (source.compare(article, Qt::CaseInsensitive) != 0) {
+        StoreNewCode(run, CodesOf, CodeField, source, code);
+    }
+    return RowOutcome::Updated;
+}
+
+} // namespace
+
+Procedure RicodificaArticoliLamieraBorgo() {
+    return ProcedureOf(Button::Piano,
+                       Frame{.module = Module,
+                             .procedure = "RicodificaArticoliLamieraBorgo",
+                             .announcement = "Inizio ricodifica Articoli Lamiera",
+                             .completion = "Articoli Lamiera ricodificati correttamente!",
+                             .confirmation = "Ricodificare gli Articoli Lamiera?",
+                             .asksReset = false},
+                       {{.step = "Articoli Lamiera",
+                         .source = {.table = Articoli, .key = "CodArt", .order = "CodArt", .where = "Lamiera = 1"},
+                         .needs = RecodingNeeds(),
+                         .make = Importing(Recode)}});
+}
+
+} // namespace modImport_Borgo
