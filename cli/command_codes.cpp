@@ -1,8 +1,11 @@
+#include "app/codes/apply.h"
 #include "app/codes/codeFile.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
+#include "app/resultText.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
+#include "cli/resultReport.h"
 #include "cli/TerminalOperator.h"
 
 #include <QDir>
@@ -143,6 +146,35 @@ Report Import(Worklist& worklist, const QCommandLineParser& options) {
     return report;
 }
 
+Report Apply(Worklist& worklist, const QCommandLineParser& options) {
+    Session& session = worklist.GetSession();
+    const bool dryRun = options.isSet("dry-run");
+    QStringList lines;
+    qint64 rows = 0;
+    auto outcome = FlowOutcome::Done;
+    for (const RowsToRepeat& each : FindRowsToRepeat(worklist)) {
+        if (outcome == FlowOutcome::Done) {
+            lines += each.Lines(worklist);
+            rows += each.Count();
+            outcome = Repeat(session, each, dryRun);
+        }
+    }
+    for (const RunResult& result : session.Results) {
+        lines += ResultLines(result);
+    }
+    if (rows == 0) {
+        lines.append("Nessuna riga importata attende codici tradotti nel frattempo.");
+    } else if (dryRun) {
+        lines.append("Era una prova: il database è rimasto com'era.");
+    }
+    const RunResult total = Total(session.Results);
+    const ExitCode exitCode = outcome == FlowOutcome::Done ? ExitCodeOf(EndingOf(total)) : ExitFailed;
+    Report report{exitCode, lines.join(u'\n'), ResultJson(total)};
+    report.json["rowsRepeated"] = rows;
+    report.json["dryRun"] = dryRun;
+    return report;
+}
+
 /// Opens the source and takes the descriptions of codes that it has. @return false when the operator gave up
 bool Describe(Worklist& worklist, const contract::Origin& origin) {
     Session& session = worklist.GetSession();
@@ -167,7 +199,7 @@ Report Codes(Context& context) {
         return {ExitCancelled, {}, {}};
     }
     static const QHash<QString, Report (*)(Worklist&, const QCommandLineParser&)> actions{
-        {"list", List}, {"set", Set}, {"export", Export}, {"import", Import}};
+        {"list", List}, {"set", Set}, {"export", Export}, {"import", Import}, {"apply", Apply}};
     return actions.value(ActionFrom(context.options))(worklist, context.options);
 }
 
@@ -183,6 +215,10 @@ Command CodesCommand() {
         "export    scrive i codici in un file da compilare: --out FILE.xlsx, o FILE.csv\n"
         "import    riprende il file compilato: --in FILE; con un errore non salva nulla e li nomina tutti, riga per "
         "riga\n"
+        "apply     importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo; con --dry-run "
+        "le "
+        "mostra\n"
+        "          e il database resta com'era. Ciò che in una colonna c'è già resta\n"
         "Un codice che Quadrix non ha si rifiuta; con --create, o S nella colonna \"Crea (S)\", si crea.",
         {CompanyOption(),
          {"origin", "Solo i codici di questa origine.", "NOME"},
@@ -196,13 +232,14 @@ Command CodesCommand() {
          {"description", "Descrizione del codice da creare.", "TESTO"},
          {"out", "File da scrivere.", "FILE"},
          {"in", "File da riprendere.", "FILE"},
+         {"dry-run", "Con apply: prova, e alla fine il database torna com'era."},
          InputOption(),
          InputFileOption(),
          {"file", "File da scegliere dove l'origine ne chiede uno.", "PERCORSO"},
          {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"}},
         Need::Database,
         Codes,
-        {"list", "set", "export", "import"}};
+        {"list", "set", "export", "import", "apply"}};
 }
 
 } // namespace cli

@@ -1,8 +1,10 @@
 #include "ui/frmCodes.h"
 
 #include "adapters/contract/run/Origin.h"
+#include "app/codes/apply.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
+#include "app/resultText.h"
 #include "ui/ChoiceList.h"
 #include "ui/CodeDetails.h"
 #include "ui/inspectMarks.h"
@@ -134,18 +136,22 @@ QLayout* frmCodes::NewButtons() {
     describe->setEnabled(m_origin != nullptr);
     auto* write = NewButton("cmdExport", "&Esporta...", "Scrive i codici mostrati in un file da compilare");
     auto* read = NewButton("cmdImport", "&Importa...", "Riprende un file compilato");
+    auto* apply = NewButton("cmdApply", "&Applica alle righe già importate...",
+                            "Importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo");
     m_save = NewButton("cmdSave", "&Salva", "Scrive in SYS_IMP i codici scelti");
     m_save->setShortcut(QKeySequence::Save);
     auto* close = NewButton("cmdClose", "C&hiudi", {});
     connect(describe, &QPushButton::clicked, this, &frmCodes::cmdDescribe_Click);
     connect(write, &QPushButton::clicked, this, &frmCodes::cmdExport_Click);
     connect(read, &QPushButton::clicked, this, &frmCodes::cmdImport_Click);
+    connect(apply, &QPushButton::clicked, this, &frmCodes::cmdApply_Click);
     connect(m_save, &QPushButton::clicked, this, &frmCodes::cmdSave_Click);
     connect(close, &QPushButton::clicked, this, &frmCodes::reject);
     auto* row = new QHBoxLayout;
     row->addWidget(describe);
     row->addWidget(write);
     row->addWidget(read);
+    row->addWidget(apply);
     row->addStretch();
     row->addWidget(m_save);
     row->addWidget(close);
@@ -354,6 +360,41 @@ void frmCodes::cmdImport_Click() {
     } catch (const Error& error) {
         Tell(error);
     }
+}
+
+void frmCodes::cmdApply_Click() {
+    try {
+        const std::vector<RowsToRepeat> all = FindRowsToRepeat(m_worklist);
+        QStringList lines;
+        const qsizetype first = m_session.Results.size();
+        const auto repeatAll = [&](bool dryRun) {
+            return std::all_of(all.begin(), all.end(), [&](const RowsToRepeat& rows) {
+                const Operator::Quiet quiet(
+                    m_session.Person); // what the procedures say at their end stands in the lines
+                return Repeat(m_session, rows, dryRun) == FlowOutcome::Done;
+            });
+        };
+        for (const RowsToRepeat& rows : all) {
+            lines += rows.Lines(m_worklist);
+        }
+        if (lines.isEmpty()) {
+            m_session.Person.Message("Nessuna riga importata attende codici tradotti nel frattempo.");
+            return;
+        }
+        const bool isTried = repeatAll(true);
+        for (const RunResult& result : m_session.Results.mid(first)) {
+            lines += ResultLines(result);
+        }
+        if (isTried &&
+            m_session.Person.Review("Importare di nuovo queste righe? (la prova non ha scritto nulla)", lines) &&
+            repeatAll(false)) {
+            m_session.Person.Message("Codici applicati alle righe già importate.");
+        }
+    } catch (const Error& error) {
+        Tell(error);
+    }
+    m_worklist.Refresh();
+    Fill();
 }
 
 void frmCodes::reject() {

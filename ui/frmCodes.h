@@ -27,6 +27,9 @@ public slots:
     void cmdDescribe_Click();
     void cmdExport_Click();
     void cmdImport_Click();
+    /// Shows the rows that were imported without codes that are translated by now, as a trial of importing them again
+    /// alone tells them, and does so when the operator agrees.
+    void cmdApply_Click();
     /// Takes the code away that the chosen one was given.
     void TakeAway();
     /// Asks about what is not saved before it closes.

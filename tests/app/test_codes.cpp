@@ -1,5 +1,8 @@
+#include "adapters/registry.h"
+#include "app/codes/apply.h"
 #include "app/codes/codeFile.h"
 #include "core/modImport.h"
+#include "examples/examples.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
@@ -214,6 +217,55 @@ private slots:
         WriteFile(path, "Tabella;Campo;Codice origine\r\nanagrafe;pag;ZZ99\r\n");
         const QString refusal = Refusal([&] { codes::ReadFile(worklist, path); });
         QVERIFY2(refusal.endsWith("manca la colonna 'Nuovo codice'"), qPrintable(refusal));
+    }
+
+    /// A counterparty that was imported without its payment term gets it; one that has been given one since keeps that.
+    void appliesToRowsThatAreThere() {
+        TestTarget test;
+        examples::Options options;
+        options.rows = 40;
+        options.folder = test.Folder.filePath("arca");
+        options.company = "X01";
+        examples::Make("arca2000", options);
+        test.Db().ExecuteScript(QString::fromUtf8(ReadFile(options.folder + "/quadrix.sql")));
+        test.Get().Config.SetAppConfig("IMPORT", "Databasename", options.folder);
+        const QString term = "TBNAM = 'anagrafe' AND TBFLD = 'pag'";
+        const QStringList given = test.Rows("SELECT TBOLD, TBNEW FROM SYS_IMP WHERE " + term);
+        test.Execute("UPDATE SYS_IMP SET TBNEW = '' WHERE " + term);
+        test.Person.Otherwise = false;
+        ImportRequest request;
+        request.choice = {"Prova Uno S.r.l.", {}, registry::Find("Arca 2000"), ErrorAction::Ignore};
+        request.confirmed = true;
+        request.reset = false;
+        QCOMPARE(RunImport(test.Get(), request), FlowOutcome::Done);
+        const auto without = [&test] {
+            return test.Db().ExecuteCommand("SELECT COUNT(*) FROM X01_CON_TRO WHERE COALESCE(COMOP, '') = '' AND "
+                                            "COALESCE(COMOA, '') = ''");
+        };
+        const qint64 before = without();
+
+        Worklist worklist(test.Get(), request.choice.origin);
+        QVERIFY(codes::FindRowsToRepeat(worklist).empty()); // none has been translated yet
+        std::vector<codes::Change> changes;
+        for (const QString& each : given) {
+            changes.push_back(Pag(each.section('|', 0, 0), each.section('|', 1)));
+        }
+        codes::Save(worklist, changes);
+        const std::vector<codes::RowsToRepeat> rows = codes::FindRowsToRepeat(worklist);
+        QCOMPARE(rows.size(), size_t(1));
+        QVERIFY(rows.front().Count() > 10);
+        const QString party = test.Value("SELECT MIN(CDCON) FROM X01_CON_TRO WHERE COCLI = 1");
+        test.Execute("UPDATE X01_CON_TRO SET COMOP = 'MANO' WHERE CDCON = '" + party + "'");
+
+        QCOMPARE(codes::Repeat(test.Get(), rows.front(), true), FlowOutcome::Done);
+        QCOMPARE(without(), before - 1);
+        test.Get().Results.clear();
+        QCOMPARE(codes::Repeat(test.Get(), rows.front(), false), FlowOutcome::Done);
+        const RunResult& result = test.Get().Results.last();
+        QCOMPARE(result.inserted, 0);
+        QVERIFY2(without() < before / 4, qPrintable(QString::number(without())));
+        QCOMPARE(test.Value("SELECT COMOP FROM X01_CON_TRO WHERE CDCON = '" + party + "'"), QString("MANO"));
+        QVERIFY(codes::FindRowsToRepeat(worklist).empty());
     }
 };
 
