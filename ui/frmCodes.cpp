@@ -32,7 +32,7 @@ constexpr int MostKeys = 5; ///< suggestions that have a key
 
 const QString Files = QStringLiteral("Cartella di lavoro (*.xlsx);;Testo CSV (*.csv)");
 
-enum ListColumn { OldColumn, DescriptionColumn, NameColumn, RowsColumn, NewColumn };
+enum ListColumn { OldColumn, WordsColumn, NameColumn, RowsColumn, NewColumn };
 
 QString KeyOfCode(const QString& table, const QString& field, const QString& oldCode) {
     return KeyOf(table, field) + QChar(0) + oldCode;
@@ -211,7 +211,7 @@ void frmCodes::Fill() {
 void frmCodes::ShowItem(QTreeWidgetItem& item, const Code& code) {
     const auto pending = PendingOf(code);
     item.setText(OldColumn, code.oldCode);
-    item.setText(DescriptionColumn, code.description);
+    item.setText(WordsColumn, code.description);
     item.setText(NameColumn, code.table + '.' + code.field);
     item.setText(RowsColumn, code.waiting ? QString::number(code.waiting->rows) : QString());
     item.setTextAlignment(RowsColumn, Qt::AlignRight | Qt::AlignVCenter);
