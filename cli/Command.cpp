@@ -4,6 +4,8 @@
 
 namespace cli {
 
+QString ActionFrom(const QCommandLineParser& options) { return options.positionalArguments().value(0); }
+
 QString Required(const QCommandLineParser& options, const QString& name) {
     const QString value = options.value(name);
     if (value.isEmpty()) {

@@ -56,7 +56,11 @@ struct Command {
     QList<QCommandLineOption> options;
     Need need = Need::Nothing;
     std::function<Report(Context&)> run;
+    QStringList actions = {}; ///< words one of which follows the name; empty: none does
 };
+
+/// The word behind the name of a command that has actions.
+QString ActionFrom(const QCommandLineParser& options);
 
 /// Value of an option that must be there. Raises `UsageError` naming it.
 QString Required(const QCommandLineParser& options, const QString& name);

@@ -105,6 +105,22 @@ QString UnknownOptions(const QStringList& unknown, const QStringList& known) {
              unknown.size() > 1 ? QStringLiteral("non esistono") : QStringLiteral("non esiste"), maybe);
 }
 
+/// Raises `UsageError` unless the words behind the name of a command are what it wants.
+void CheckWords(const QStringList& words, const Command& command) {
+    const QStringList unexpected = words.mid(command.actions.isEmpty() ? 0 : 1);
+    if (!unexpected.isEmpty()) {
+        throw UsageError(QStringLiteral("Argomento inatteso: '%1'").arg(unexpected.join("', '")));
+    }
+    if (!command.actions.isEmpty() && !command.actions.contains(words.value(0))) {
+        throw UsageError(
+            words.isEmpty()
+                ? QStringLiteral("Dopo '%1' manca una parola tra %2").arg(command.name, command.actions.join(", "))
+                : QStringLiteral("'%1 %2' non esiste%3 (parole ammesse: %4)")
+                      .arg(command.name, words.front(), Suggestion(words.front(), command.actions),
+                           command.actions.join(", ")));
+    }
+}
+
 void Parse(QCommandLineParser& parser, const QStringList& arguments, const QStringList& known) {
     if (!parser.parse(arguments)) {
         const QStringList unknown = parser.unknownOptionNames();
@@ -114,9 +130,6 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments, const QStri
         static const QRegularExpression quoted("'-*([^']+)'");
         throw UsageError(
             QStringLiteral("Manca il valore dell'opzione --%1").arg(quoted.match(parser.errorText()).captured(1)));
-    }
-    if (!parser.positionalArguments().isEmpty()) {
-        throw UsageError(QStringLiteral("Argomento inatteso: '%1'").arg(parser.positionalArguments().join("', '")));
     }
 }
 
@@ -232,6 +245,7 @@ int RunArguments(QStringList arguments) {
         PrintTo(stdout, CommandHelp(command) + u'\n');
         return ExitDone;
     }
+    CheckWords(parser.positionalArguments(), command);
     return Show(RunCommand(command, parser), parser.isSet("json"));
 }
 

@@ -6,7 +6,7 @@ const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
         OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(),
         ImportCommand(),   SequenceCommand(),       MergeCommand(),   ResetCommand(),
-        TruncateCommand(), HistoryCommand(),        UndoCommand(),
+        TruncateCommand(), HistoryCommand(),        CodesCommand(),   UndoCommand(),
     };
     return commands;
 }

@@ -12,6 +12,7 @@ Command CheckCommand();
 Command InspectCommand();
 Command HistoryCommand();
 Command UndoCommand();
+Command CodesCommand();
 Command MergeCommand();
 Command SequenceCommand();
 Command ResetCommand();

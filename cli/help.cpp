@@ -48,8 +48,9 @@ QString ProgramHelp() {
 }
 
 QString CommandHelp(const Command& command) {
-    QString text = "Uso: quadrix-import-cli " + command.name + " [OPZIONI]\n\n" + command.summary.left(1).toUpper() +
-                   command.summary.mid(1) + u'\n';
+    const QString actions = command.actions.isEmpty() ? QString() : QString(u' ' + command.actions.join(u'|'));
+    QString text = "Uso: quadrix-import-cli " + command.name + actions + " [OPZIONI]\n\n" +
+                   command.summary.left(1).toUpper() + command.summary.mid(1) + u'\n';
     if (!command.details.isEmpty()) {
         text += command.details + u'\n';
     }

@@ -43,6 +43,7 @@ public slots:
     void cmdTrySource_Click();
     void cmdInspect_Click();
     void cmdCheck_Click();
+    void cmdCodes_Click();
     void ShowHelp();
     /// Tries the connection again that failed at start.
     void RetryConnection();

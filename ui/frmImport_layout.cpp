@@ -120,10 +120,13 @@ QList<QToolButton*> frmImport::NewTrialTools() {
     connect(imports, &QMenu::aboutToShow, this, [this, imports] { FillTrials(*imports); });
     trial->setMenu(imports);
     trial->setPopupMode(QToolButton::InstantPopup);
+    auto* codes = NewToolButton("cmdCodes", "Codici", "Codici dell'origine che attendono il codice di Quadrix",
+                                QKeySequence("F9"));
+    connect(codes, &QToolButton::clicked, this, &frmImport::cmdCodes_Click);
     auto* help = NewToolButton("cmdHelp", "Aiuto", "Tasti, corrispondenze dell'origine, versione",
                                QKeySequence(QKeySequence::HelpContents));
     connect(help, &QToolButton::clicked, this, &frmImport::ShowHelp);
-    return {check, trial, help};
+    return {check, trial, codes, help};
 }
 
 QGroupBox* frmImport::NewTools() {

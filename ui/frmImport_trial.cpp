@@ -1,5 +1,6 @@
 #include "app/check.h"
 #include "app/resultText.h"
+#include "ui/frmCodes.h"
 #include "ui/frmHelp.h"
 #include "ui/frmImport_running.h"
 #include "ui/ImportButtons.h"
@@ -32,6 +33,24 @@ void frmImport::cmdCheck_Click() {
         lines.append("Non c'è nulla da verificare: l'origine non ha importazioni in questa versione.");
     }
     ShowAccount("Verifica di " + origin->name + " (non è stato scritto nulla)", lines);
+}
+
+/// The codes of the origin that is chosen; of all of them without one.
+void frmImport::cmdCodes_Click() {
+    if (m_running) {
+        return;
+    }
+    if (Chosen().companyCode.isEmpty()) {
+        m_person.Message("Selezionare l'azienda sul quale operare!", Icon::Exclamation);
+        return;
+    }
+    const Running running(*this);
+    try {
+        TakeCompany(m_session, Chosen().companyCode);
+        frmCodes(m_session, Chosen().origin, this).exec();
+    } catch (const Error& error) {
+        m_person.Message(error.Message(), Icon::Exclamation);
+    }
 }
 
 /// The imports that can be tried now, under the names that the window tells beside their buttons.

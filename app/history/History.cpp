@@ -192,7 +192,8 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
         Recordset rows = m_file->ExecuteWC(Statement(
             u"SELECT C.list, C.field, C.code, COUNT(*) AS rows, R.id AS run, R.origin, P.name FROM codes C "
             u"JOIN procedures P ON P.id = C.procedure JOIN runs R ON R.id = P.run "
-            u"WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? "
+            u"WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
+            u"S.trial = 0 "
             u"GROUP BY Q.module, Q.name) GROUP BY C.list, C.field, C.code, P.id ORDER BY C.list, C.field, C.code",
             {company}));
         for (; !rows.Eof(); rows.MoveNext()) {

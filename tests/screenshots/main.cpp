@@ -10,6 +10,7 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/foreignSource.h"
 #include "tests/support/TestWindow.h"
+#include "ui/frmCodes.h"
 #include "ui/frmHelp.h"
 #include "ui/frmInspect.h"
 #include "ui/frmReset.h"
@@ -24,6 +25,7 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QToolButton>
+#include <QTreeWidget>
 
 namespace {
 
@@ -203,6 +205,21 @@ void TakeFailed(const Album& album) {
     album.Take(test.Window(), "frmImport-senza-database");
 }
 
+/// The codes that the imports have met, one of them given a code that is not saved yet.
+void TakeCodes(TestWindow& test, const Album& album) {
+    test.Get().Quadrix.ExecuteScript(
+        "INSERT INTO TAB_MPR (CDMOP, NRRAT, MPGGF) SELECT CDMOP, 1, 30 FROM TAB_MOP WHERE CDMOP LIKE 'R%';\n"
+        "INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', 'RIBA 30 GG FM', ''), "
+        "('anagrafe', 'pag', 'RIMESSA DIRETTA', ''), ('anagrafe', 'classe', 'GROSSISTI', '')");
+    frmCodes dialog(test.Get(), registry::Find("Arca 2000"), &test.Window());
+    dialog.show();
+    auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
+    list->setCurrentItem(list->findItems("RIMESSA DIRETTA", Qt::MatchExactly).value(0));
+    QTest::keyClick(list, Qt::Key_1);
+    list->setCurrentItem(list->findItems("RIBA 30 GG FM", Qt::MatchExactly).value(0));
+    album.Take(dialog, "frmCodes");
+}
+
 /// A source with names of its own, before and after it has been fitted.
 void TakeInspect(TestWindow& test, const Album& album) {
     const contract::Origin& origin = *registry::Find("Gescom");
@@ -269,6 +286,7 @@ int main(int argc, char** argv) {
     TakeProgress(test, album);
     TakeError(test, album);
     TakeReview(test, album);
+    TakeCodes(test, album);
     TakeInspect(test, album);
     TakeFailed(album);
     return 0;

@@ -42,6 +42,10 @@ public:
     /// Has a procedure not run at all.
     void LeaveOut(const QString& procedure) { m_leftOut.insert(procedure); }
 
+    /// Has rows that are there get the codes that they lack, whatever else of them stays as it is.
+    void FillCodes() { m_fillsCodes = true; }
+    bool FillsCodes() const { return m_fillsCodes; }
+
     /// Whether there is something to do for a procedure: where some are limited to rows, these alone run.
     bool Wants(const QString& procedure) const {
         return !m_leftOut.contains(procedure) && (m_rows.isEmpty() || m_rows.contains(procedure));
@@ -64,6 +68,7 @@ private:
     QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
     QHash<QString, Reached> m_reached;
     QSet<QString> m_leftOut;
+    bool m_fillsCodes = false;
 };
 
 } // namespace contract

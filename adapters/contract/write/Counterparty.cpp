@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Counterparty.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -142,6 +143,8 @@ void CounterpartyWriter::Apply(const CounterpartyMapping& mapping, const SourceR
     const auto apply = [&](const Mapping& one) { one.Apply(target, m_run.GetSession(), row, {place.code, roles}); };
     if (!place.known) {
         apply(mapping.Whole());
+    } else {
+        FillMissingCodes(m_run, mapping.Whole(), row, {place.code, roles}, target);
     }
     for (const bool customer : {true, false}) {
         if (place.known && (customer ? roles.customer : roles.supplier)) {

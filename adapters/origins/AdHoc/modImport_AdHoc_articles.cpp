@@ -39,7 +39,8 @@ Rule ArticleClass() {
 
 /// Families and groups are two lists of codes: each is translated under its own name.
 Rule FamilyOrGroup() {
-    return {"of the first that is not blank: Quadrix code, missing ones recorded, left out when there is none",
+    return {"the first that is not blank: a family translated through SYS_IMP (ART_ICOL, ARCODFAM), a group through "
+            "SYS_IMP (ART_ICOL, ARGRUMER), missing codes recorded",
             [](const RuleInput& input) -> RuleValue {
                 for (const QString& column : input.columns) {
                     if (!input.row.IsBlank(column)) {

@@ -14,6 +14,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/Counterparty.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/PriceList.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
@@ -203,6 +204,7 @@ QString AssignCode(ImportRun& run, const CounterpartyRegister& parties, const QS
 RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
     const bool supplier = row.Text("codice").startsWith(u'F', Qt::CaseInsensitive);
     TargetRow target(run, "CON_TRO");
+    FillMissingCodes(run, Controparti(), row, {code, RoleOf(!supplier)}, target);
     (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
     target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
     return RowOutcome::Updated;

@@ -12,7 +12,8 @@ namespace {
 
 /// A payment term is translated as that of the counterparty is.
 Rule PaymentTerm() {
-    return {"translated through SYS_IMP (ANCLIENT of a customer, else ANFORNIT, COD_PAGAM), missing codes recorded",
+    return {"of a customer translated through SYS_IMP (ANCLIENT, COD_PAGAM), of a supplier through SYS_IMP (ANFORNIT, "
+            "COD_PAGAM), missing codes recorded",
             [ofCustomer = Translated(Clienti, "COD_PAGAM").apply,
              ofSupplier = Translated(Fornitori, "COD_PAGAM").apply](const RuleInput& input) {
                 return input.facts.roles.customer ? ofCustomer(input) : ofSupplier(input);

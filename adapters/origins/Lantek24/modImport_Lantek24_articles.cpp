@@ -61,7 +61,8 @@ Rule UnitOfName() {
 
 /// The family is that of the product's group, else of its cost group.
 Rule FamilyOfArticle() {
-    return {"the first that is not blank, translated through SYS_IMP (PPRR_PPRR and its column)",
+    return {"the first that is not blank: a group translated through SYS_IMP (PPRR_PPRR, PGroup), a cost group through "
+            "SYS_IMP (PPRR_PPRR, CGroup)",
             [](const RuleInput& input) -> RuleValue {
                 for (const QString& column : input.columns) {
                     if (!input.row.IsBlank(column)) {

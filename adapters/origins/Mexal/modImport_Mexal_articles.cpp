@@ -36,7 +36,7 @@ QString OfSupplier(const char* column, int supplier) {
 
 /// The goods group, or the category of the statistics where an article has none.
 Rule FamilyOf() {
-    return {"translated through SYS_IMP (ART_MAG, GRPMERCE); without one through (ART_MAG, _ARCTG)",
+    return {"translated through SYS_IMP (ART_MAG, GRPMERCE); without one through SYS_IMP (ART_MAG, _ARCTG)",
             [](const RuleInput& input) -> RuleValue {
                 for (const QString& column : input.columns) {
                     const QString family =

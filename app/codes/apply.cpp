@@ -1,0 +1,113 @@
+#include "app/codes/apply.h"
+
+#include "app/history/History.h"
+#include "app/history/rejects.h"
+#include "sql/Transaction.h"
+
+#include <QFileInfo>
+
+#include <limits>
+
+namespace codes {
+
+namespace {
+
+constexpr qsizetype MostTold = 3; ///< rows that a line names
+
+RowsToRepeat& OfRun(std::vector<RowsToRepeat>& all, const history::WaitingCode& code) {
+    const auto known =
+        std::find_if(all.begin(), all.end(), [&code](const RowsToRepeat& each) { return each.run == code.run; });
+    return known != all.end() ? *known : all.emplace_back(RowsToRepeat{.run = code.run, .origin = code.origin});
+}
+
+/// What the rows of a run that were not repeated wait for, they wait for in the run behind it too: it is the last one
+/// of its procedures now.
+void KeepWaiting(const history::History& history, const RowsToRepeat& rows, const history::Run& repeated) {
+    ovConnection& file = history.File();
+    Transaction transaction(file);
+    const qint64 last = file.ExecuteCommand(QStringLiteral("SELECT MAX(id) FROM codes"));
+    for (const history::ProcedureRun& procedure : repeated.procedures) {
+        const QString name = procedure.result.procedure;
+        file.Execute(history::Statement(
+            u"INSERT INTO codes (procedure, list, field, code, source_row) SELECT ?, C.list, C.field, C.code, "
+            u"C.source_row FROM codes C JOIN procedures P ON P.id = C.procedure WHERE P.run = ? AND P.name = ?",
+            {procedure.id, rows.run, name}));
+        for (const QString& row : rows.rows.value(name)) {
+            file.Execute(history::Statement(u"DELETE FROM codes WHERE procedure = ? AND id > ? AND source_row = ?",
+                                            {procedure.id, last, row}));
+        }
+    }
+    transaction.Keep();
+}
+
+} // namespace
+
+qsizetype RowsToRepeat::Count() const {
+    qsizetype count = 0;
+    for (const QStringList& names : rows) {
+        count += names.size();
+    }
+    return count;
+}
+
+QStringList RowsToRepeat::Lines(Worklist& worklist) const {
+    QStringList lines;
+    for (const Code& code : codes) {
+        const Waiting waiting = code.waiting.value_or(Waiting());
+        lines.append(QStringLiteral("%1 = '%2', va in %3: righe %4 (%5%6)")
+                         .arg(NameOf(code), code.newCode, FeedsText(worklist.ListOf(code)),
+                              QString::number(waiting.rows), waiting.first.mid(0, MostTold).join(QStringLiteral("; ")),
+                              waiting.first.size() > MostTold ? QStringLiteral("; ...") : QString()));
+    }
+    return lines;
+}
+
+std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
+    Session& session = worklist.GetSession();
+    std::vector<RowsToRepeat> all;
+    const QString path = history::FilePath(session.Config.ConfigFile());
+    if (!QFileInfo::exists(path)) {
+        return all;
+    }
+    const history::History history(path);
+    for (const history::WaitingCode& each :
+         history.WaitingCodes(session.UserManager.Azienda(), std::numeric_limits<int>::max())) {
+        const Code* known = worklist.Find(each.code.list, each.code.field, each.code.code);
+        if (known == nullptr || known->IsOpen()) {
+            continue;
+        }
+        RowsToRepeat& rows = OfRun(all, each);
+        rows.codes.push_back(*known);
+        rows.codes.back().waiting = Waiting{each.rows, each.first};
+        QStringList& names = rows.rows[each.procedure];
+        names += each.first;
+        names.removeDuplicates();
+    }
+    std::sort(all.begin(), all.end(), [](const RowsToRepeat& a, const RowsToRepeat& b) { return a.run < b.run; });
+    return all;
+}
+
+FlowOutcome Repeat(Session& session, const RowsToRepeat& rows, bool dryRun) {
+    const history::History history(history::FilePath(session.Config.ConfigFile()));
+    ImportRequest request;
+    history::Repeat(session, history.Load(rows.run), request);
+    request.choice.errors = ErrorAction::Ignore;
+    request.confirmed = true;
+    request.reset = false;
+    request.dryRun = dryRun;
+    request.only = std::make_shared<contract::RowSelection>();
+    request.only->FillCodes();
+    for (auto procedure = rows.rows.begin(); procedure != rows.rows.end(); ++procedure) {
+        for (const QString& name : procedure.value()) {
+            request.only->Add({.procedure = procedure.key(), .name = name, .table = {}, .key = {}});
+        }
+    }
+    const qint64 before = history.Runs({}, 1).front().id;
+    const FlowOutcome outcome = RunImport(session, request);
+    if (const history::Run latest = history.Runs({}, 1).front(); !dryRun && latest.id > before) {
+        KeepWaiting(history, rows, latest);
+    }
+    return outcome;
+}
+
+} // namespace codes

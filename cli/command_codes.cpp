@@ -1,0 +1,245 @@
+#include "app/codes/apply.h"
+#include "app/codes/codeFile.h"
+#include "app/connectSource.h"
+#include "app/inspect.h"
+#include "app/resultText.h"
+#include "cli/choiceOptions.h"
+#include "cli/commands.h"
+#include "cli/resultReport.h"
+#include "cli/TerminalOperator.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QScopeGuard>
+
+namespace cli {
+
+namespace {
+
+using namespace codes;
+
+// --- What is shown of a code
+
+QString RowsText(const Code& code) {
+    if (!code.waiting) {
+        return QStringLiteral("righe in attesa: non si sa");
+    }
+    const QString first =
+        code.waiting->first.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(code.waiting->first.join(u';'));
+    return QStringLiteral("righe in attesa: %1%2").arg(code.waiting->rows).arg(first);
+}
+
+QString SuggestionText(const std::vector<Suggestion>& suggestions) {
+    QStringList texts;
+    for (const Suggestion& each : suggestions) {
+        texts.append(QStringLiteral("'%1' %2 (%3)").arg(each.code, each.description, each.reason));
+    }
+    return texts.isEmpty() ? QStringLiteral("nessuna") : texts.join(QStringLiteral(", "));
+}
+
+QStringList Lines(Worklist& worklist, Suggester& suggester, const Code& code) {
+    const CodeList& list = worklist.ListOf(code);
+    const QString description = code.description.isEmpty() ? QString() : QString(u' ' + code.description);
+    if (!code.IsOpen()) {
+        return {NameOf(code) + description + QStringLiteral(" = '%1'").arg(code.newCode)};
+    }
+    return {NameOf(code) + description,
+            QStringLiteral("    va in %1: %2; %3").arg(FeedsText(list), KindText(list), RowsText(code)),
+            QStringLiteral("    proposte: ") + SuggestionText(suggester.For(code))};
+}
+
+QJsonObject Json(Worklist& worklist, Suggester& suggester, const Code& code) {
+    const CodeList& list = worklist.ListOf(code);
+    QJsonArray suggestions;
+    for (const Suggestion& each : code.IsOpen() ? suggester.For(code) : std::vector<Suggestion>()) {
+        suggestions.append(
+            QJsonObject{{"code", each.code}, {"description", each.description}, {"ground", each.reason}});
+    }
+    QJsonArray bases;
+    for (const BaseTable& base : list.bases) {
+        bases.append(base.table);
+    }
+    return {{"table", code.table},
+            {"field", code.field},
+            {"oldCode", code.oldCode},
+            {"newCode", code.newCode},
+            {"description", code.description},
+            {"rows", code.waiting ? QJsonValue(code.waiting->rows) : QJsonValue()},
+            {"firstRows", QJsonArray::fromStringList(code.waiting ? code.waiting->first : QStringList())},
+            {"origins", QJsonArray::fromStringList(list.origins)},
+            {"feeds", QJsonArray::fromStringList(list.feeds)},
+            {"baseTables", bases},
+            {"suggestions", suggestions}};
+}
+
+// --- The actions
+
+std::vector<Code> Shown(const Worklist& worklist, const QCommandLineParser& options) {
+    std::vector<Code> shown;
+    std::copy_if(worklist.Codes().begin(), worklist.Codes().end(), std::back_inserter(shown),
+                 [all = options.isSet("all")](const Code& code) { return all || code.IsOpen(); });
+    return shown;
+}
+
+qsizetype OpenCodes(const Worklist& worklist) {
+    return std::count_if(worklist.Codes().begin(), worklist.Codes().end(),
+                         [](const Code& code) { return code.IsOpen(); });
+}
+
+/// The codes that wait are told by the exit code, for scripts that go on only without any.
+ExitCode WhileOpen(const Worklist& worklist) { return OpenCodes(worklist) > 0 ? ExitIncomplete : ExitDone; }
+
+Report List(Worklist& worklist, const QCommandLineParser& options) {
+    Suggester suggester(worklist);
+    QStringList lines;
+    QJsonArray array;
+    for (const Code& code : Shown(worklist, options)) {
+        lines += Lines(worklist, suggester, code);
+        array.append(Json(worklist, suggester, code));
+    }
+    lines.append(QStringLiteral("Codici in attesa: %1; tradotti: %2")
+                     .arg(OpenCodes(worklist))
+                     .arg(static_cast<qsizetype>(worklist.Codes().size()) - OpenCodes(worklist)));
+    return {WhileOpen(worklist), lines.join(u'\n'), {{"codes", array}, {"open", OpenCodes(worklist)}}};
+}
+
+Report SavedReport(const Saved& saved) {
+    return {
+        ExitDone,
+        saved.Text(),
+        {{"changed", saved.changed}, {"unchanged", saved.unchanged}, {"made", QJsonArray::fromStringList(saved.made)}}};
+}
+
+Report Set(Worklist& worklist, const QCommandLineParser& options) {
+    RequireAll(options, {"table", "field", "old"});
+    if (!options.isSet("new")) {
+        throw UsageError("Manca l'opzione --new");
+    }
+    return SavedReport(Save(worklist, {{.table = options.value("table"),
+                                        .field = options.value("field"),
+                                        .oldCode = options.value("old"),
+                                        .newCode = options.value("new"),
+                                        .isMade = options.isSet("create"),
+                                        .description = options.value("description")}}));
+}
+
+Report Export(Worklist& worklist, const QCommandLineParser& options) {
+    const QString path = Required(options, "out");
+    const std::vector<Code> shown = Shown(worklist, options);
+    WriteFile(worklist, shown, path);
+    return {ExitDone,
+            QStringLiteral("Codici scritti in %1: %2").arg(QDir::toNativeSeparators(path)).arg(shown.size()),
+            {{"file", path}, {"codes", static_cast<qint64>(shown.size())}}};
+}
+
+Report Import(Worklist& worklist, const QCommandLineParser& options) {
+    const FilePlan plan = ReadFile(worklist, Required(options, "in"));
+    if (!plan.mistakes.isEmpty()) {
+        return {ExitFailed,
+                (plan.mistakes + QStringList("Non si è salvato nulla: correggere il file e ripetere.")).join(u'\n'),
+                {{"mistakes", QJsonArray::fromStringList(plan.mistakes)}, {"changed", 0}}};
+    }
+    Report report = SavedReport(Save(worklist, plan.changes));
+    report.text = plan.Text() + u'\n' + report.text;
+    report.json["unchanged"] = plan.unchanged;
+    report.json["leftOpen"] = plan.leftOpen;
+    return report;
+}
+
+Report Apply(Worklist& worklist, const QCommandLineParser& options) {
+    Session& session = worklist.GetSession();
+    const bool dryRun = options.isSet("dry-run");
+    QStringList lines;
+    qint64 rows = 0;
+    auto outcome = FlowOutcome::Done;
+    for (const RowsToRepeat& each : FindRowsToRepeat(worklist)) {
+        if (outcome == FlowOutcome::Done) {
+            lines += each.Lines(worklist);
+            rows += each.Count();
+            outcome = Repeat(session, each, dryRun);
+        }
+    }
+    for (const RunResult& result : session.Results) {
+        lines += ResultLines(result);
+    }
+    if (rows == 0) {
+        lines.append("Nessuna riga importata attende codici tradotti nel frattempo.");
+    } else if (dryRun) {
+        lines.append("Era una prova: il database è rimasto com'era.");
+    }
+    const RunResult total = Total(session.Results);
+    const ExitCode exitCode = outcome == FlowOutcome::Done ? ExitCodeOf(EndingOf(total)) : ExitFailed;
+    Report report{exitCode, lines.join(u'\n'), ResultJson(total)};
+    report.json["rowsRepeated"] = rows;
+    report.json["dryRun"] = dryRun;
+    return report;
+}
+
+/// Opens the source and takes the descriptions of codes that it has. @return false when the operator gave up
+bool Describe(Worklist& worklist, const contract::Origin& origin) {
+    Session& session = worklist.GetSession();
+    const auto close = qScopeGuard([&session] { CloseSource(session); });
+    if (!inspection::OpenToLook(session, origin)) {
+        return false;
+    }
+    worklist.TakeDescriptions(origin);
+    return true;
+}
+
+Report Codes(Context& context) {
+    Choice choice;
+    TakeCompanyOption(context, choice);
+    const contract::Origin* origin = context.options.isSet("origin") ? &OriginFrom(context.options) : nullptr;
+    if (context.options.isSet("describe") && origin == nullptr) {
+        throw UsageError("L'opzione --describe vuole --origin");
+    }
+    TakeCompany(context.session, choice.companyCode);
+    Worklist worklist(context.session, origin);
+    if (context.options.isSet("describe") && !Describe(worklist, *origin)) {
+        return {ExitCancelled, {}, {}};
+    }
+    static const QHash<QString, Report (*)(Worklist&, const QCommandLineParser&)> actions{
+        {"list", List}, {"set", Set}, {"export", Export}, {"import", Import}, {"apply", Apply}};
+    return actions.value(ActionFrom(context.options))(worklist, context.options);
+}
+
+} // namespace
+
+Command CodesCommand() {
+    return {
+        "codes",
+        "elenca i codici della tabella SYS_IMP che attendono il codice di Quadrix, e li riceve",
+        "list      elenca i codici che attendono, ognuno con dove va, le righe che lo attendono e le proposte; codice\n"
+        "          d'uscita 4 finché qualcuno attende\n"
+        "set       dà un codice di Quadrix: --table, --field, --old, --new; --new \"\" lo toglie\n"
+        "export    scrive i codici in un file da compilare: --out FILE.xlsx, o FILE.csv\n"
+        "import    riprende il file compilato: --in FILE; con un errore non salva nulla e li nomina tutti, riga per "
+        "riga\n"
+        "apply     importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo; con --dry-run "
+        "le "
+        "mostra\n"
+        "          e il database resta com'era. Ciò che in una colonna c'è già resta\n"
+        "Un codice che Quadrix non ha si rifiuta; con --create, o S nella colonna \"Crea (S)\", si crea.",
+        {CompanyOption(),
+         {"origin", "Solo i codici di questa origine.", "NOME"},
+         {"all", "Anche i codici già tradotti."},
+         {"describe", "Legge le descrizioni dei codici dalla sorgente di --origin."},
+         {"table", "Tabella del codice in SYS_IMP (TBNAM).", "TABELLA"},
+         {"field", "Campo del codice in SYS_IMP (TBFLD).", "CAMPO"},
+         {"old", "Codice dell'origine (TBOLD).", "CODICE"},
+         {"new", "Codice di Quadrix (TBNEW).", "CODICE"},
+         {"create", "Crea il codice di --new se Quadrix non lo ha."},
+         {"description", "Descrizione del codice da creare.", "TESTO"},
+         {"out", "File da scrivere.", "FILE"},
+         {"in", "File da riprendere.", "FILE"},
+         {"dry-run", "Con apply: prova, e alla fine il database torna com'era."},
+         InputOption(),
+         InputFileOption(),
+         {"file", "File da scegliere dove l'origine ne chiede uno.", "PERCORSO"},
+         {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"}},
+        Need::Database,
+        Codes,
+        {"list", "set", "export", "import", "apply"}};
+}
+
+} // namespace cli

@@ -1,0 +1,89 @@
+#include "sql/ovConnection.h"
+#include "tests/cli/CliRun.h"
+#include "tests/support/embedded.h"
+#include "tests/support/files.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QJsonArray>
+#include <QTest>
+
+class TestCodesCommand : public QObject {
+    Q_OBJECT
+
+    CliRun m_run;
+
+    QString Value(const QString& query) const {
+        ovConnection connection;
+        const Recordset rows = OpenEmbedded(connection, m_run.Database()).ExecuteWC(query);
+        return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+    }
+    CliRun::Ended Codes(const QStringList& arguments) const {
+        return m_run.Run(QStringList("codes") + arguments + QStringList{"--company", "X01"});
+    }
+
+private slots:
+    void initTestCase() {
+        QCOMPARE(m_run.CreateCompany().exitCode, 0);
+        Value("INSERT INTO TAB_MOP (CDMOP, MPDES) VALUES ('RD', 'Rimessa diretta')");
+        Value("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', '007', ''), "
+              "('ARCLFR', 'ZONCLFOR', '1', '')");
+    }
+
+    void refusals_data() {
+        Columns<QStringList, int, QString>("arguments", "exitCode", "told");
+        Row("no word", QStringList{}, 2, "manca una parola tra list, set, export, import, apply");
+        Row("no such word", QStringList("lst"), 2, "'codes lst' non esiste: forse 'list'?");
+        Row("no code", QStringList{"set", "--table", "anagrafe"}, 2, "Mancano le opzioni --field, --old");
+        Row("unknown code", QStringList{"set", "--table", "anagrafe", "--field", "pag", "--old", "007", "--new", "XX"},
+            1, "'XX' non è in TAB_MOP");
+        Row("descriptions of nobody", QStringList{"list", "--describe"}, 2, "--origin");
+    }
+    void refusals() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const auto ended = Codes(arguments);
+        QTEST(ended.exitCode, "exitCode");
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+    }
+
+    /// Listed, exported, filled in wrongly and then rightly, until nobody waits.
+    void worksTheListOff() {
+        const auto listed = Codes({"list", "--origin", "Arca 2000", "--json"});
+        QCOMPARE(listed.exitCode, 4);
+        QCOMPARE(listed.Json()["open"].toInt(), 1);
+        const QJsonObject code = listed.Json()["codes"].toArray().at(0).toObject();
+        QCOMPARE(code["oldCode"].toString(), QString("007"));
+        QCOMPARE(code["baseTables"].toArray(), QJsonArray{"TAB_MOP"});
+
+        const QString file = m_run.Folder.filePath("codici.csv");
+        QCOMPARE(Codes({"export", "--out", file}).exitCode, 0);
+        const QByteArray written = ReadFile(file);
+        const auto fill = [&](const QByteArray& term, const QByteArray& zone) {
+            QByteArray filled = written;
+            filled.replace("codice di TAB_MOP;", "codice di TAB_MOP;" + term);
+            filled.replace("caratteri\";", "caratteri\";" + zone);
+            WriteFile(file, filled);
+            return Codes({"import", "--in", file});
+        };
+        const auto wrong = fill("R D", "NORD");
+        QCOMPARE(wrong.exitCode, 1);
+        QVERIFY2(wrong.output.startsWith("Riga 2, colonna 'Nuovo codice': 'R D' non è in TAB_MOP: forse 'RD' (Rimessa "
+                                         "diretta)?"),
+                 qPrintable(wrong.output));
+        QCOMPARE(Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("0"));
+        const auto right = fill("rd", "NORD");
+        QVERIFY2(right.exitCode == 0, qPrintable(right.output + right.errors));
+        QCOMPARE(Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = '007'"), QString("RD"));
+        QCOMPARE(Codes({"list"}).exitCode, 0);
+
+        QCOMPARE(Codes({"set", "--table", "anagrafe", "--field", "pag", "--old", "8", "--new", "vf", "--create",
+                        "--description", "Vista fattura"})
+                     .exitCode,
+                 0);
+        QCOMPARE(Value("SELECT MPDES FROM TAB_MOP WHERE CDMOP = 'VF'"), QString("Vista fattura"));
+    }
+};
+
+QUADRIX_TEST(TestCodesCommand)
+#include "test_codesCommand.moc"

@@ -1,0 +1,110 @@
+#include "tests/support/DialogDriver.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/TestWindow.h"
+#include "ui/frmCodes.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeWidget>
+
+namespace {
+
+/// A window with a company that has payment terms, and codes that wait.
+class CodedWindow : public TestWindow {
+public:
+    CodedWindow() {
+        Start();
+        Get().Quadrix.Execute(
+            "INSERT INTO TAB_MOP (CDMOP, MPDES) VALUES ('RD', 'Rimessa diretta'), ('B9', 'Bonifico')");
+        Get().Quadrix.Execute(
+            "INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'classe', '1', 'A'), "
+            "('anagrafe', 'pag', 'Bonifico', ''), ('anagrafe', 'pag', 'Rimessa diretta', ''), "
+            "('anagrafe', 'pag', 'Vista', '')");
+        Choose("cmbAzienda", "Officine Dimostrative S.r.l.");
+    }
+    /// Opens the dialog by its button and works in it.
+    bool InDialog(DialogDriver& driver, const std::function<void(frmCodes&)>& work) {
+        bool done = false;
+        driver.On = [&](QWidget& dialog) {
+            auto* its = qobject_cast<frmCodes*>(&dialog);
+            if (its != nullptr && !done) {
+                done = true;
+                QTimer::singleShot(0, its, [its, work] {
+                    work(*its);
+                    its->accept();
+                });
+            }
+            return its != nullptr;
+        };
+        Window().findChild<QToolButton*>("cmdCodes")->click();
+        return done;
+    }
+};
+
+QStringList Shown(frmCodes& dialog) {
+    const auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
+    QStringList codes;
+    for (int i = 0; i < list->topLevelItemCount(); ++i) {
+        codes.append(list->topLevelItem(i)->text(0) + '=' + list->topLevelItem(i)->text(4));
+    }
+    return codes;
+}
+
+} // namespace
+
+/// The codes in the window: taken by one key, typed, made, and saved together.
+class TestFrmCodes : public QObject {
+    Q_OBJECT
+
+private slots:
+    void WorksTheListOff() {
+        CodedWindow test;
+        DialogDriver driver;
+        QVERIFY(test.InDialog(driver, [&](frmCodes& dialog) {
+            auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
+            QCOMPARE(Shown(dialog), QStringList({"Bonifico=", "Rimessa diretta=", "Vista="}));
+            QCOMPARE(dialog.findChild<QListWidget*>("lstSuggestions")->item(0)->text(),
+                     QString("1   B9  Bonifico (descrizione uguale)"));
+            QTest::keyClick(list, Qt::Key_1); // and on to the next one
+            QTest::keyClick(list, Qt::Key_1);
+            auto* target = dialog.findChild<QComboBox*>("cmbTarget");
+            target->setEditText("XX");
+            QTest::keyClick(dialog.findChild<QPushButton*>("cmdUse"), Qt::Key_Space);
+            QVERIFY2(driver.Events.last().contains("'XX' non è in TAB_MOP"), qPrintable(driver.Events.last()));
+            target->setEditText("VI");
+            dialog.findChild<QLineEdit*>("txtDescription")->setText("A vista");
+            dialog.findChild<QPushButton*>("cmdMake")->click();
+            QCOMPARE(Shown(dialog), QStringList({"Bonifico=B9 (da salvare)", "Rimessa diretta=RD (da salvare)",
+                                                 "Vista=VI (da salvare)"}));
+            QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("1"));
+            dialog.findChild<QPushButton*>("cmdSave")->click();
+            QVERIFY2(driver.Events.last().contains("Codici cambiati: 3"), qPrintable(driver.Events.last()));
+            QVERIFY(Shown(dialog).isEmpty());
+        }));
+        QCOMPARE(test.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = 'Rimessa diretta'"), QString("RD"));
+        QCOMPARE(test.Value("SELECT MPDES FROM TAB_MOP WHERE CDMOP = 'VI'"), QString("A vista"));
+    }
+
+    void FindsAndTakesAway() {
+        CodedWindow test;
+        DialogDriver driver;
+        QVERIFY(test.InDialog(driver, [&](frmCodes& dialog) {
+            dialog.findChild<QLineEdit*>("txtSearch")->setText("diretta");
+            QCOMPARE(Shown(dialog), QStringList("Rimessa diretta="));
+            dialog.findChild<QLineEdit*>("txtSearch")->clear();
+            dialog.findChild<QCheckBox*>("chkAll")->click();
+            auto* lists = dialog.findChild<QComboBox*>("cmbLists");
+            lists->setCurrentIndex(lists->findText("anagrafe.classe"));
+            QCOMPARE(Shown(dialog), QStringList("1=A"));
+            QTest::keyClick(dialog.findChild<QTreeWidget*>("lstCodes"), Qt::Key_Delete);
+            QCOMPARE(Shown(dialog), QStringList("1=(da togliere)"));
+            dialog.findChild<QPushButton*>("cmdSave")->click();
+        }));
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("0"));
+    }
+};
+
+QUADRIX_TEST(TestFrmCodes)
+#include "test_frmCodes.moc"

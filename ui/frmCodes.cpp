@@ -1,0 +1,405 @@
+#include "ui/frmCodes.h"
+
+#include "adapters/contract/run/Origin.h"
+#include "app/codes/apply.h"
+#include "app/connectSource.h"
+#include "app/inspect.h"
+#include "app/resultText.h"
+#include "ui/ChoiceList.h"
+#include "ui/CodeDetails.h"
+#include "ui/inspectMarks.h"
+#include "ui/WrappedLabel.h"
+
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QShortcut>
+#include <QSplitter>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+using namespace codes;
+
+namespace {
+
+constexpr int WidthInCharacters = 170;
+constexpr int HeightInLines = 40;
+constexpr int MostKeys = 5; ///< suggestions that have a key
+
+const QString Files = QStringLiteral("Cartella di lavoro (*.xlsx);;Testo CSV (*.csv)");
+
+enum ListColumn { OldColumn, WordsColumn, NameColumn, RowsColumn, NewColumn };
+
+QString KeyOfCode(const QString& table, const QString& field, const QString& oldCode) {
+    return KeyOf(table, field) + QChar(0) + oldCode;
+}
+
+QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint) {
+    auto* button = new QPushButton(caption);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    button->setToolTip(hint);
+    return button;
+}
+
+} // namespace
+
+frmCodes::frmCodes(Session& session, const contract::Origin* origin, QWidget* parent)
+    : QDialog(parent),
+      m_session(session),
+      m_origin(origin),
+      m_worklist(session, origin) {
+    setObjectName("frmCodes");
+    setWindowTitle(origin == nullptr ? QString("Codici") : "Codici - " + origin->name);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlag(Qt::WindowMaximizeButtonHint, true);
+    Lay();
+    FillLists();
+    Fill();
+    m_codes->setFocus();
+}
+
+// --- Laying out ---------------------------------------------------------------------------------------------------
+
+void frmCodes::Lay() {
+    m_summary = new WrappedLabel(QString());
+    m_summary->setObjectName("lblSummary");
+    m_details = new CodeDetails(m_worklist);
+    connect(m_details, &CodeDetails::Chosen, this, &frmCodes::Take);
+    auto* parts = new QSplitter;
+    parts->setChildrenCollapsible(false);
+    parts->addWidget(NewList());
+    parts->addWidget(m_details);
+    const int part = fontMetrics().averageCharWidth() * WidthInCharacters / 5;
+    parts->setSizes({part * 3, part * 2});
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(NewFilter());
+    all->addWidget(m_summary);
+    all->addWidget(parts, 1);
+    all->addLayout(NewButtons());
+    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+}
+
+QLayout* frmCodes::NewFilter() {
+    m_search = new QLineEdit;
+    m_search->setObjectName("txtSearch");
+    m_search->setPlaceholderText("Codice, descrizione o elenco");
+    m_search->setClearButtonEnabled(true);
+    connect(m_search, &QLineEdit::textChanged, this, &frmCodes::Fill);
+    m_lists = new ChoiceList;
+    m_lists->setObjectName("cmbLists");
+    m_lists->setAccessibleName("Elenco");
+    m_lists->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(m_lists, &QComboBox::currentIndexChanged, this, &frmCodes::Fill);
+    m_all = new QCheckBox("Anche i &tradotti");
+    m_all->setObjectName("chkAll");
+    connect(m_all, &QCheckBox::toggled, this, &frmCodes::Fill);
+    auto* searchLabel = new QLabel("&Cerca:");
+    searchLabel->setBuddy(m_search);
+    auto* listLabel = new QLabel("E&lenco:");
+    listLabel->setBuddy(m_lists);
+    auto* row = new QHBoxLayout;
+    row->addWidget(searchLabel);
+    row->addWidget(m_search, 1);
+    row->addWidget(listLabel);
+    row->addWidget(m_lists);
+    row->addWidget(m_all);
+    return row;
+}
+
+QWidget* frmCodes::NewList() {
+    m_codes = new QTreeWidget;
+    m_codes->setObjectName("lstCodes");
+    m_codes->setAccessibleName("Codici dell'origine");
+    m_codes->setHeaderLabels({"Codice origine", "Descrizione", "Elenco", "Righe", "Codice di Quadrix"});
+    m_codes->setRootIsDecorated(false);
+    m_codes->setUniformRowHeights(true);
+    m_codes->setAllColumnsShowFocus(true);
+    connect(m_codes, &QTreeWidget::currentItemChanged, this, &frmCodes::Show);
+    const auto onKey = [this](const QKeySequence& keys, const std::function<void()>& work) {
+        connect(new QShortcut(keys, m_codes, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, work);
+    };
+    for (int place = 0; place < MostKeys; ++place) {
+        onKey(QKeySequence(Qt::Key_1 + place), [this, place] { m_details->Take(place); });
+    }
+    onKey(QKeySequence(Qt::Key_Delete), [this] { TakeAway(); });
+    return m_codes;
+}
+
+QLayout* frmCodes::NewButtons() {
+    auto* describe = NewButton("cmdDescribe", "Leggi &descrizioni",
+                               "Legge dalla sorgente dell'origine le descrizioni dei suoi codici");
+    describe->setEnabled(m_origin != nullptr);
+    auto* write = NewButton("cmdExport", "&Esporta...", "Scrive i codici mostrati in un file da compilare");
+    auto* read = NewButton("cmdImport", "&Importa...", "Riprende un file compilato");
+    auto* apply = NewButton("cmdApply", "&Applica alle righe già importate...",
+                            "Importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo");
+    m_save = NewButton("cmdSave", "&Salva", "Scrive in SYS_IMP i codici scelti");
+    m_save->setShortcut(QKeySequence::Save);
+    auto* close = NewButton("cmdClose", "C&hiudi", {});
+    connect(describe, &QPushButton::clicked, this, &frmCodes::cmdDescribe_Click);
+    connect(write, &QPushButton::clicked, this, &frmCodes::cmdExport_Click);
+    connect(read, &QPushButton::clicked, this, &frmCodes::cmdImport_Click);
+    connect(apply, &QPushButton::clicked, this, &frmCodes::cmdApply_Click);
+    connect(m_save, &QPushButton::clicked, this, &frmCodes::cmdSave_Click);
+    connect(close, &QPushButton::clicked, this, &frmCodes::reject);
+    auto* row = new QHBoxLayout;
+    row->addWidget(describe);
+    row->addWidget(write);
+    row->addWidget(read);
+    row->addWidget(apply);
+    row->addStretch();
+    row->addWidget(m_save);
+    row->addWidget(close);
+    return row;
+}
+
+// --- Showing ------------------------------------------------------------------------------------------------------
+
+void frmCodes::FillLists() {
+    const QString before = m_lists->currentText();
+    const QSignalBlocker quiet(m_lists);
+    m_lists->clear();
+    m_lists->addItem("Tutti");
+    for (const Code& code : m_worklist.Codes()) {
+        const QString name = code.table + '.' + code.field;
+        if (m_lists->itemText(m_lists->count() - 1) != name) { // they come in this order
+            m_lists->addItem(name);
+        }
+    }
+    m_lists->setCurrentIndex(std::max(0, m_lists->findText(before)));
+}
+
+bool frmCodes::IsShown(const Code& code) {
+    const QString name = code.table + '.' + code.field;
+    const QString sought = m_search->text().trimmed();
+    const bool isFound = sought.isEmpty() || code.oldCode.contains(sought, Qt::CaseInsensitive) ||
+                         code.description.contains(sought, Qt::CaseInsensitive) ||
+                         name.contains(sought, Qt::CaseInsensitive) ||
+                         code.newCode.contains(sought, Qt::CaseInsensitive);
+    return isFound && (m_lists->currentIndex() <= 0 || m_lists->currentText() == name) &&
+           (m_all->isChecked() || code.IsOpen());
+}
+
+void frmCodes::Fill() {
+    const Code* before = Current();
+    const QString kept = before == nullptr ? QString() : KeyOfCode(before->table, before->field, before->oldCode);
+    {
+        const QSignalBlocker quiet(m_codes);
+        m_codes->clear();
+        QList<QTreeWidgetItem*> items;
+        QTreeWidgetItem* chosen = nullptr;
+        for (const Code& code : m_worklist.Codes()) {
+            if (IsShown(code)) {
+                items.append(new QTreeWidgetItem);
+                items.last()->setData(OldColumn, Qt::UserRole, QStringList{code.table, code.field, code.oldCode});
+                ShowItem(*items.last(), code);
+                chosen = KeyOfCode(code.table, code.field, code.oldCode) == kept ? items.last() : chosen;
+            }
+        }
+        m_codes->addTopLevelItems(items);
+        m_codes->setCurrentItem(chosen != nullptr ? chosen : items.value(0));
+        inspectMarks::FitColumns(*m_codes);
+    }
+    Show();
+}
+
+void frmCodes::ShowItem(QTreeWidgetItem& item, const Code& code) {
+    const auto pending = PendingOf(code);
+    item.setText(OldColumn, code.oldCode);
+    item.setText(WordsColumn, code.description);
+    item.setText(NameColumn, code.table + '.' + code.field);
+    item.setText(RowsColumn, code.waiting ? QString::number(code.waiting->rows) : QString());
+    item.setTextAlignment(RowsColumn, Qt::AlignRight | Qt::AlignVCenter);
+    item.setText(NewColumn, !pending                     ? code.newCode
+                            : pending->newCode.isEmpty() ? QString("(da togliere)")
+                                                         : pending->newCode + " (da salvare)");
+    QFont font = m_codes->font();
+    font.setBold(pending.has_value());
+    item.setFont(NewColumn, font);
+}
+
+void frmCodes::Show() {
+    const Code* code = Current();
+    m_details->Show(code, code == nullptr ? std::nullopt : PendingOf(*code));
+    const auto open = std::count_if(m_worklist.Codes().begin(), m_worklist.Codes().end(),
+                                    [](const Code& each) { return each.IsOpen(); });
+    m_summary->SetText(QString("Codici in attesa: %1 su %2; scelti e non ancora salvati: %3")
+                           .arg(open)
+                           .arg(m_worklist.Codes().size())
+                           .arg(m_pending.size()));
+    m_save->setEnabled(!m_pending.isEmpty());
+}
+
+const Code* frmCodes::Current() const {
+    const QTreeWidgetItem* item = m_codes->currentItem();
+    const QStringList key = item == nullptr ? QStringList() : item->data(OldColumn, Qt::UserRole).toStringList();
+    return m_worklist.Find(key.value(0), key.value(1), key.value(2));
+}
+
+std::optional<Change> frmCodes::PendingOf(const Code& code) const {
+    const auto pending = m_pending.constFind(KeyOfCode(code.table, code.field, code.oldCode));
+    return pending == m_pending.constEnd() ? std::nullopt : std::optional(*pending);
+}
+
+std::vector<Change> frmCodes::Pending() const { return {m_pending.begin(), m_pending.end()}; }
+
+// --- Choosing and saving ------------------------------------------------------------------------------------------
+
+void frmCodes::Tell(const Error& error) { m_session.Person.Message(error.Message(), Icon::Exclamation); }
+
+void frmCodes::Take(const Change& change) {
+    try {
+        const Change checked = Checked(m_worklist, change);
+        const Code* code = m_worklist.Find(change.table, change.field, change.oldCode);
+        const QString key = KeyOfCode(change.table, change.field, change.oldCode);
+        if (code != nullptr && code->newCode == checked.newCode) {
+            m_pending.remove(key);
+        } else {
+            m_pending.insert(key, checked);
+        }
+    } catch (const Error& error) {
+        Tell(error);
+        return;
+    }
+    if (m_codes->currentItem() != nullptr && Current() != nullptr) {
+        ShowItem(*m_codes->currentItem(), *Current());
+    }
+    GoOn();
+}
+
+/// To the next code, so that one key after the other works the list off.
+void frmCodes::GoOn() {
+    QTreeWidgetItem* next = m_codes->itemBelow(m_codes->currentItem());
+    if (next != nullptr) {
+        m_codes->setCurrentItem(next);
+    }
+    Show();
+}
+
+void frmCodes::TakeAway() {
+    if (const Code* code = Current()) {
+        Take({.table = code->table, .field = code->field, .oldCode = code->oldCode, .newCode = {}});
+    }
+}
+
+void frmCodes::Saves(const std::vector<Change>& changes) {
+    try {
+        const Saved saved = Save(m_worklist, changes);
+        m_pending.clear();
+        m_session.Person.Message(saved.Text());
+    } catch (const Error& error) {
+        Tell(error);
+    }
+    FillLists();
+    Fill();
+}
+
+void frmCodes::cmdSave_Click() { Saves(Pending()); }
+
+void frmCodes::cmdDescribe_Click() {
+    const auto close = qScopeGuard([this] { CloseSource(m_session); });
+    try {
+        const Operator::Busy busy(m_session.Person);
+        if (inspection::OpenToLook(m_session, *m_origin)) {
+            m_worklist.TakeDescriptions(*m_origin);
+        }
+    } catch (const Error& error) {
+        m_session.Person.Message("Impossibile connettersi a " + m_origin->name + "!\n\n" + error.Message(),
+                                 Icon::Exclamation);
+    }
+    Fill();
+}
+
+void frmCodes::cmdExport_Click() {
+    const QString path = QFileDialog::getSaveFileName(this, "Esporta i codici", "codici.xlsx", Files);
+    if (path.isEmpty()) {
+        return;
+    }
+    std::vector<Code> shown;
+    for (const Code& code : m_worklist.Codes()) {
+        if (IsShown(code)) {
+            shown.push_back(code);
+        }
+    }
+    try {
+        const Operator::Busy busy(m_session.Person);
+        WriteFile(m_worklist, shown, path);
+    } catch (const Error& error) {
+        Tell(error);
+    }
+}
+
+void frmCodes::cmdImport_Click() {
+    const QString path =
+        m_session.Person.OpenFile("Codici compilati", "Cartella di lavoro (*.xlsx)|*.xlsx|Testo CSV (*.csv)|*.csv");
+    if (path.isEmpty()) {
+        return;
+    }
+    try {
+        const FilePlan plan = ReadFile(m_worklist, path);
+        if (!plan.mistakes.isEmpty()) {
+            m_session.Person.Message(
+                "Non si è salvato nulla: correggere il file e ripetere.\n\n" + plan.mistakes.mid(0, 20).join('\n') +
+                    (plan.mistakes.size() > 20 ? QString("\n... e altri %1 errori").arg(plan.mistakes.size() - 20)
+                                               : QString()),
+                Icon::Exclamation);
+            return;
+        }
+        QStringList lines;
+        for (const Change& change : plan.changes) {
+            lines.append(QString("%1.%2: '%3' = '%4'").arg(change.table, change.field, change.oldCode, change.newCode));
+        }
+        if (m_session.Person.Review(plan.Text() + "\n\nSalvare questi codici?", lines)) {
+            Saves(plan.changes);
+        }
+    } catch (const Error& error) {
+        Tell(error);
+    }
+}
+
+void frmCodes::cmdApply_Click() {
+    try {
+        const std::vector<RowsToRepeat> all = FindRowsToRepeat(m_worklist);
+        QStringList lines;
+        const qsizetype first = m_session.Results.size();
+        const auto repeatAll = [&](bool dryRun) {
+            return std::all_of(all.begin(), all.end(), [&](const RowsToRepeat& rows) {
+                const Operator::Quiet quiet(
+                    m_session.Person); // what the procedures say at their end stands in the lines
+                return Repeat(m_session, rows, dryRun) == FlowOutcome::Done;
+            });
+        };
+        for (const RowsToRepeat& rows : all) {
+            lines += rows.Lines(m_worklist);
+        }
+        if (lines.isEmpty()) {
+            m_session.Person.Message("Nessuna riga importata attende codici tradotti nel frattempo.");
+            return;
+        }
+        const bool isTried = repeatAll(true);
+        for (const RunResult& result : m_session.Results.mid(first)) {
+            lines += ResultLines(result);
+        }
+        if (isTried &&
+            m_session.Person.Review("Importare di nuovo queste righe? (la prova non ha scritto nulla)", lines) &&
+            repeatAll(false)) {
+            m_session.Person.Message("Codici applicati alle righe già importate.");
+        }
+    } catch (const Error& error) {
+        Tell(error);
+    }
+    m_worklist.Refresh();
+    Fill();
+}
+
+void frmCodes::reject() {
+    if (m_pending.isEmpty() || m_session.Person.Ask("I codici scelti non sono salvati. Chiudere senza salvarli?",
+                                                    Question::ExclamationNo) == Answer::Yes) {
+        QDialog::reject();
+    }
+}

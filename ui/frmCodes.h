@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/codes/codeFile.h"
+
+#include <QDialog>
+#include <QHash>
+
+class CodeDetails;
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+class WrappedLabel;
+
+/// "Codici": the codes of sources that wait for their codes of Quadrix. What is chosen is written when it is saved.
+class frmCodes final : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param origin whose codes are shown alone; null for those of all. Raises `SqlError`.
+    frmCodes(Session& session, const contract::Origin* origin, QWidget* parent);
+
+public slots:
+    void cmdSave_Click();
+    void cmdDescribe_Click();
+    void cmdExport_Click();
+    void cmdImport_Click();
+    /// Shows the rows that were imported without codes that are translated by now, as a trial of importing them again
+    /// alone tells them, and does so when the operator agrees.
+    void cmdApply_Click();
+    /// Takes the code away that the chosen one was given.
+    void TakeAway();
+    /// Asks about what is not saved before it closes.
+    void reject() override;
+
+private:
+    void Lay();
+    QLayout* NewFilter();
+    QWidget* NewList();
+    QLayout* NewButtons();
+    void FillLists();
+    void Fill();
+    void Show();
+    void ShowItem(QTreeWidgetItem& item, const codes::Code& code);
+    void Take(const codes::Change& change);
+    void Saves(const std::vector<codes::Change>& changes);
+    void GoOn();
+    bool IsShown(const codes::Code& code);
+    const codes::Code* Current() const;
+    std::optional<codes::Change> PendingOf(const codes::Code& code) const;
+    std::vector<codes::Change> Pending() const;
+    void Tell(const Error& error);
+
+    Session& m_session;
+    const contract::Origin* m_origin;
+    codes::Worklist m_worklist;
+    QHash<QString, codes::Change> m_pending; ///< what is chosen and not saved yet, by code
+    WrappedLabel* m_summary = nullptr;
+    QLineEdit* m_search = nullptr;
+    QComboBox* m_lists = nullptr;
+    QCheckBox* m_all = nullptr;
+    QTreeWidget* m_codes = nullptr;
+    CodeDetails* m_details = nullptr;
+    QPushButton* m_save = nullptr;
+};
