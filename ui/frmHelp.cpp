@@ -2,6 +2,7 @@
 
 #include "adapters/mappingPages.h"
 #include "app/process.h"
+#include "ui/ManualPane.h"
 
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -18,7 +19,7 @@ const char* const Keys = R"(## Tasti
 
 | Tasto | Che cosa fa |
 |---|---|
-| F1 | questo aiuto; con un pulsante d'importazione a fuoco, la sua pagina |
+| F1 | questo aiuto; con un pulsante d'importazione a fuoco, che cosa legge; nelle altre finestre, la pagina del manuale che le riguarda |
 | Ctrl+O | sceglie la sorgente dell'origine |
 | Ctrl+T | prova la connessione |
 | Ctrl+E | esamina la sorgente: tabelle e colonne accanto a quelle che l'origine legge |
@@ -68,6 +69,8 @@ frmHelp::frmHelp(const contract::Origin* origin, const QString& procedure, QWidg
     auto* version = NewPage("txtVersion", "Versione");
     version->setPlainText(process::VersionText("quadrix-import"));
     auto* tabs = new QTabWidget;
+    auto* manual = new ManualPane(ManualPageOf(parent));
+    tabs->addTab(manual, "&Manuale");
     tabs->addTab(keys, "&Primi passi");
     tabs->addTab(mapping, "Co&rrispondenze");
     tabs->addTab(version, "&Versione");
@@ -81,9 +84,9 @@ frmHelp::frmHelp(const contract::Origin* origin, const QString& procedure, QWidg
     all->addWidget(tabs, 1);
     all->addLayout(buttons);
     resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
-    if (origin != nullptr) {
+    if (origin != nullptr && !procedure.isEmpty()) {
         tabs->setCurrentWidget(mapping);
-        if (!procedure.isEmpty() && mapping->find(procedure)) {
+        if (mapping->find(procedure)) {
             mapping->ensureCursorVisible();
         }
     }

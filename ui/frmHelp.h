@@ -4,12 +4,12 @@
 
 #include <QDialog>
 
-/// What an origin reads and what becomes of it, the keys of the window, and the version.
+/// The manual, the keys of the window, what an origin reads and what becomes of it, and the version.
 class frmHelp final : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param origin the one chosen; null for none @param procedure the one whose mapping is shown first; empty for
-    /// none
+    /// @param origin the one chosen; null for none @param procedure the one whose mapping is shown first; empty: the
+    /// manual is
     frmHelp(const contract::Origin* origin, const QString& procedure, QWidget* parent);
 };

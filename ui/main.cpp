@@ -1,5 +1,6 @@
 #include "app/process.h"
 #include "ui/frmImport.h"
+#include "ui/frmManual.h"
 #include "ui/SignalWatch.h"
 #include "ui/WindowOperator.h"
 
@@ -42,6 +43,8 @@ int main(int argc, char** argv) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QTranslator translator;
     UseItalian(translator);
+    ManualKey manual;
+    QCoreApplication::instance()->installEventFilter(&manual);
     WindowOperator person;
     Session session(person);
     std::unique_ptr<frmImport> window;
