@@ -72,6 +72,11 @@ QString CompanyLine(Session& session) {
     return QStringLiteral("Azienda: %1 %2").arg(code, name).trimmed();
 }
 
+QString SourceText(Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
+    const Origin* from = FirstSourceOf(origin, procedures);
+    return from == nullptr ? QString() : session.Source ? Of(*session.Source) : OfSettings(session, *from);
+}
+
 QString RunDetails(Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
     QStringList titles;
     for (const Procedure* procedure : procedures) {
@@ -79,10 +84,7 @@ QString RunDetails(Session& session, const Origin& origin, const std::vector<con
     }
     QStringList lines{CompanyLine(session), QStringLiteral("Origine: ") + origin.name,
                       QStringLiteral("Operazione: ") + titles.join(QStringLiteral(", "))};
-    const Origin* from = FirstSourceOf(origin, procedures);
-    const QString source = from == nullptr  ? QString()
-                           : session.Source ? Of(*session.Source)
-                                            : OfSettings(session, *from);
+    const QString source = SourceText(session, origin, procedures);
     if (!source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + source);
     }

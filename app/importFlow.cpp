@@ -192,11 +192,18 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     if (source != FlowOutcome::Done) {
         return source;
     }
-    std::optional<Transaction> trial;
-    if (request.dryRun) {
-        trial.emplace(session.Quadrix);
+    if (!request.dryRun) {
+        return RunProcedures(session, request, procedures, open);
     }
-    return RunProcedures(session, request, procedures, open);
+    const Transaction trial(session.Quadrix);
+    if (request.look.before) {
+        request.look.before();
+    }
+    const FlowOutcome outcome = RunProcedures(session, request, procedures, open);
+    if (request.look.after) {
+        request.look.after();
+    }
+    return outcome;
 }
 
 FlowOutcome Press(Session& session, const ImportRequest& request) {

@@ -27,6 +27,13 @@ void Forget(Session& session);
 /// False when something is missing; the operator has been told then.
 bool CheckData(Session& session, const Choice& choice);
 
+/// Looks at the database around what a trial does to it, within its transaction and with the source open. What they
+/// raise ends the press. Either may be empty.
+struct TrialLook {
+    std::function<void()> before; ///< the first procedure
+    std::function<void()> after;  ///< the last one, before everything is taken back
+};
+
 /// One press of an import button.
 struct ImportRequest {
     Choice choice;
@@ -36,6 +43,7 @@ struct ImportRequest {
     bool confirmed = false;    ///< the confirmation has been given beforehand
     std::optional<bool> reset; ///< answer to the reset question given beforehand
     bool dryRun = false;       ///< what the procedures do to the database is taken back at the end
+    TrialLook look = {};       ///< at such a trial
 };
 
 enum class FlowOutcome {

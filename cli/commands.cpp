@@ -4,8 +4,8 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(),    ImportCommand(),
-        SequenceCommand(), MergeCommand(),          ResetCommand(),   TruncateCommand(),
+        OriginsCommand(), CreateDatabaseCommand(), InspectCommand(), CheckCommand(), ImportCommand(),
+        ReportCommand(),  SequenceCommand(),       MergeCommand(),   ResetCommand(), TruncateCommand(),
     };
     return commands;
 }

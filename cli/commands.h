@@ -10,6 +10,7 @@ Command CreateDatabaseCommand();
 Command ImportCommand();
 Command CheckCommand();
 Command InspectCommand();
+Command ReportCommand();
 Command MergeCommand();
 Command SequenceCommand();
 Command ResetCommand();

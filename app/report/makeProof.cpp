@@ -1,0 +1,241 @@
+#include "app/report/makeProof.h"
+
+#include "app/confirmation.h"
+#include "app/procedureTitle.h"
+#include "app/process.h"
+#include "app/report/TableWatch.h"
+#include "core/worker.h"
+#include "sql/mod_ovTools.h"
+
+#include <QTemporaryDir>
+
+using namespace contract;
+
+namespace proof {
+
+namespace {
+
+constexpr qsizetype MostCodes = 200;
+const QString Translations = QStringLiteral("SYS_IMP");
+
+/// While it lives, imports disturb nobody: no message waits, the log is another one, and what they write bears a later
+/// time than anything that stands there.
+class Undisturbed {
+public:
+    explicit Undisturbed(Session& session)
+        : m_session(session),
+          m_quiet(session.Person),
+          m_log(std::exchange(session.LogFile, m_folder.filePath(QStringLiteral("quadratura.log")))),
+          m_copy(std::exchange(session.LogCopy, QString())),
+          m_beginsAnew(session.LogBeginsAnew),
+          m_now(session.Now) {
+        session.Now = [now = m_now] { return now().addSecs(1); };
+    }
+    ~Undisturbed() {
+        m_session.LogFile = m_log;
+        m_session.LogCopy = m_copy;
+        m_session.LogBeginsAnew = m_beginsAnew;
+        m_session.Now = m_now;
+    }
+    Undisturbed(const Undisturbed&) = delete;
+    Undisturbed& operator=(const Undisturbed&) = delete;
+
+private:
+    Session& m_session;
+    QTemporaryDir m_folder;
+    Operator::Quiet m_quiet;
+    QString m_log;
+    QString m_copy;
+    bool m_beginsAnew;
+    std::function<QDateTime()> m_now;
+};
+
+/// The tables that procedures write and the database has, each once, but for that of the translations.
+std::vector<const schema::Table*> WrittenTables(Session& session, const std::vector<const Procedure*>& procedures) {
+    const QStringList there = session.Quadrix.GetTables();
+    std::vector<const schema::Table*> tables;
+    for (const Procedure* procedure : procedures) {
+        for (const NeededTables::Table& needed : NeededTables::Written(session, procedure->needs).Tables()) {
+            const schema::Table* table = schema::FindTable(needed.name);
+            if (table != nullptr && table->name != Translations &&
+                there.contains(session.Quadrix.GetFullTableName(table->name), Qt::CaseInsensitive) &&
+                std::find(tables.begin(), tables.end(), table) == tables.end()) {
+                tables.push_back(table);
+            }
+        }
+    }
+    return tables;
+}
+
+/// One kind under comparison.
+class Comparison {
+public:
+    Comparison(Session& session, const Choice& choice, Wanted wanted)
+        : m_session(session),
+          m_choice(choice),
+          m_wanted(std::move(wanted)),
+          m_procedures(ProceduresOf(*choice.origin, m_wanted)),
+          m_sourceRows(session) {}
+
+    Kind Run();
+    /// Where the source stands that was read.
+    const QString& Source() const { return m_source; }
+
+private:
+    ImportRequest Request();
+    QString Title() const;
+    void TakeSteps(qsizetype first);
+    void TakeTrouble(const QStringList& messages);
+
+    Session& m_session;
+    const Choice& m_choice;
+    Wanted m_wanted;
+    std::vector<const Procedure*> m_procedures;
+    SourceRows m_sourceRows;
+    std::vector<TableWatch> m_tables;
+    bool m_isCompared = false; ///< the trial has come to its end, whatever that was
+    QString m_source;
+    Kind m_kind;
+};
+
+QString Comparison::Title() const {
+    return m_wanted.procedure.isEmpty() ? ButtonCaption(*m_choice.origin, m_wanted.button)
+                                        : ProcedureTitle(*m_choice.origin, *m_procedures.front());
+}
+
+ImportRequest Comparison::Request() {
+    ImportRequest request;
+    request.choice = m_choice;
+    request.button = m_wanted.button;
+    request.procedure = m_wanted.procedure;
+    request.confirmed = true;
+    request.reset = false;
+    request.dryRun = true;
+    request.look.before = [this] {
+        m_source = confirmation::SourceText(m_session, *m_choice.origin, m_procedures);
+        for (const schema::Table* table : WrittenTables(m_session, m_procedures)) {
+            m_tables.emplace_back(m_session, *table, m_sourceRows).Before();
+        }
+    };
+    request.look.after = [this] {
+        if (m_session.Quadrix.TransactionLost()) {
+            throw ImportError(QStringLiteral("il database ha annullato la prova per conto suo"));
+        }
+        for (TableWatch& table : m_tables) {
+            table.After();
+        }
+        m_isCompared = true;
+    };
+    return request;
+}
+
+Kind Comparison::Run() {
+    m_kind.title = Title().remove(QStringLiteral("Importa "));
+    m_kind.data = m_wanted.procedure.isEmpty() ? ButtonName(m_wanted.button) : m_wanted.procedure;
+    const qsizetype first = m_session.Results.size();
+    const Operator::Quiet quiet(m_session.Person);
+    const FlowOutcome outcome = RunImport(m_session, Request());
+    TakeSteps(first);
+    if (outcome != FlowOutcome::Done) {
+        TakeTrouble(quiet.Kept());
+    }
+    for (TableWatch& table : m_tables) {
+        if (m_isCompared) {
+            table.Since();
+            m_kind.tables.push_back(table.Figures());
+        }
+    }
+    return m_kind;
+}
+
+/// Why the trial did not come to a good end, unless one of its steps tells that.
+void Comparison::TakeTrouble(const QStringList& messages) {
+    const bool isTold = std::any_of(m_kind.steps.begin(), m_kind.steps.end(),
+                                    [](const Step& step) { return step.result.outcome != RunResult::Outcome::Done; });
+    if (isTold) {
+        return;
+    }
+    const QVector<ErrorEntry>& errors = m_session.Errors.Entries();
+    m_kind.trouble = !errors.isEmpty()     ? errors.last().message
+                     : !messages.isEmpty() ? messages.last()
+                                           : QStringLiteral("l'operatore ha rinunciato");
+}
+
+/// Moves the results of the trial out of the session: they tell of no import.
+void Comparison::TakeSteps(qsizetype first) {
+    for (const RunResult& result : m_session.Results.mid(first)) {
+        m_kind.steps.push_back({ProcedureTitle(result.module, result.procedure), result});
+    }
+    m_session.Results.resize(first);
+}
+
+void TakeOpenCodes(Session& session, Proof& proof) {
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT TBNAM, TBFLD, TBOLD FROM SYS_IMP WHERE COALESCE(TBNEW, '') = '' "
+                       "ORDER BY TBNAM, TBFLD, TBOLD"));
+    for (; !rows.Eof(); rows.MoveNext(), ++proof.openCodeCount) {
+        if (proof.openCodeCount < MostCodes) {
+            const auto text = [&rows](int column) { return mod_ovTools::ToText(rows.Fields(column).Value()); };
+            proof.openCodes.push_back({text(0), text(1), text(2)});
+        }
+    }
+}
+
+/// Where the database of Quadrix stands, without user and password.
+QString PlaceOf(const ovConnection& quadrix) {
+    return quadrix.Embedded || quadrix.Server.isEmpty()
+               ? quadrix.DatabaseName
+               : QStringLiteral("server %1, database %2").arg(quadrix.Server, quadrix.DatabaseName);
+}
+
+} // namespace
+
+std::vector<Wanted> AllOf(const Origin& origin) {
+    std::vector<Wanted> all;
+    for (int i = 0; i < ButtonCount; ++i) {
+        const auto button = static_cast<Button>(i);
+        const auto procedures = ::ProceduresOf(origin, button);
+        const bool destroys = std::any_of(procedures.begin(), procedures.end(),
+                                          [](const Procedure* each) { return !each->destroys.isEmpty(); });
+        if (!procedures.empty() && !destroys) {
+            all.push_back({button});
+        }
+    }
+    return all;
+}
+
+std::vector<const Procedure*> ProceduresOf(const Origin& origin, const Wanted& wanted) {
+    ImportRequest request;
+    request.choice.origin = &origin;
+    request.button = wanted.button;
+    request.procedure = wanted.procedure;
+    return CalledBy(request);
+}
+
+std::optional<Proof> Make(Session& session, Choice choice, const std::vector<Wanted>& wanted) {
+    choice.errors = ErrorAction::Ignore;
+    if (!CheckData(session, choice)) {
+        return std::nullopt;
+    }
+    Proof proof;
+    proof.begun = session.Now();
+    proof.companyCode = session.UserManager.Azienda();
+    proof.companyName = confirmation::CompanyLine(session).section(u' ', 2);
+    proof.origin = choice.origin->name;
+    proof.database = PlaceOf(session.Quadrix);
+    proof.worker = WorkerText();
+    proof.version = process::VersionText(QStringLiteral("Quadrix/IMPORT")).section(u'\n', 0, 0);
+    {
+        const Undisturbed undisturbed(session);
+        for (const Wanted& each : wanted) {
+            Comparison comparison(session, choice, each);
+            proof.kinds.push_back(comparison.Run());
+            proof.source = proof.source.isEmpty() ? comparison.Source() : proof.source;
+        }
+    }
+    TakeOpenCodes(session, proof);
+    proof.ended = session.Now();
+    return proof;
+}
+
+} // namespace proof
