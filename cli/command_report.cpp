@@ -1,6 +1,7 @@
 #include "app/report/html.h"
 #include "app/report/json.h"
 #include "app/report/makeProof.h"
+#include "app/report/pageFile.h"
 #include "app/report/verdict.h"
 #include "app/startUp.h"
 #include "cli/choiceOptions.h"
@@ -53,10 +54,7 @@ Report MakeReport(Context& context) {
     if (!made) {
         return {ExitFailed, {}, {}};
     }
-    const QByteArray page = proof::Html(*made).toUtf8();
-    if (file.write(page) != page.size() || !file.flush()) {
-        throw ImportError(QStringLiteral("Verbale '%1': %2").arg(QDir::toNativeSeparators(path), file.errorString()));
-    }
+    proof::WritePage(file, path, *made);
     const proof::Verdict verdict = proof::VerdictOf(proof::FindingsOf(*made));
     Report report{CodeOf(verdict.light), {}, proof::Json(*made)};
     report.text = verdict.reason + QStringLiteral("\nVerbale: ") + QDir::toNativeSeparators(path);

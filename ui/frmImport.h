@@ -43,6 +43,8 @@ public slots:
     void cmdTrySource_Click();
     void cmdInspect_Click();
     void cmdCheck_Click();
+    /// Compares source and Quadrix, of all that the origin imports or of what one button does, and opens the page.
+    void Prove(std::optional<contract::Button> button);
     void ShowHelp();
     /// Tries the connection again that failed at start.
     void RetryConnection();
@@ -74,6 +76,9 @@ private:
     void ShowState();
     void ShowSource();
     void FillTrials(class QMenu& menu);
+    void FillProofs(class QMenu& menu);
+    QList<contract::Button> ButtonsToTry() const;
+    void TellNothingToTry(class QMenu& menu) const;
     void Run(ImportRequest request);
     void FocusFirstChoice();
     QString CompanyText() const;

@@ -19,12 +19,13 @@ struct Difference {
     };
 
     Kind kind = Kind::Value;
-    QString table;     ///< bare name
-    QString row;       ///< what tells it: "DDT 117 2024 - 3 AB-01"
-    QString sourceRow; ///< the row of the source under way when Quadrix was to be changed; empty where it is not known
-    QString column;    ///< of a value
-    QString source;    ///< of a value: as the rules make it of the source, written the Italian way
-    QString target;    ///< of a value: as it stands in Quadrix
+    QString table = {}; ///< bare name
+    QString row = {};   ///< what tells it: "DDT 117 2024 - 3 AB-01"
+    QString sourceRow =
+        {}; ///< the row of the source under way when Quadrix was to be changed; empty where it is not known
+    QString column = {}; ///< of a value
+    QString source = {}; ///< of a value: as the rules make it of the source, written the Italian way
+    QString target = {}; ///< of a value: as it stands in Quadrix
 };
 
 /// Amounts of a group of rows on both sides.

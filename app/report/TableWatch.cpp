@@ -44,10 +44,18 @@ void TableWatch::ReadColumns(const Recordset& rows) {
     for (const QString& column : std::as_const(m_columns)) {
         m_known.push_back(m_table.FindColumn(column));
     }
-    m_id = static_cast<int>(m_columns.indexOf(Id, 0, Qt::CaseInsensitive));
+    m_id = PositionOf(Id);
     if (m_id < 0) {
         throw ImportError(QStringLiteral("la tabella '%1' non ha la colonna RECORD_ID").arg(m_name));
     }
+}
+
+/// -1 for a column that the table lacks.
+int TableWatch::PositionOf(const QString& column) const {
+    const auto found = std::find_if(m_columns.cbegin(), m_columns.cend(), [&column](const QString& each) {
+        return each.compare(column, Qt::CaseInsensitive) == 0;
+    });
+    return found == m_columns.cend() ? -1 : static_cast<int>(found - m_columns.cbegin());
 }
 
 /// A value so that two of them are the same text exactly when nobody would call them different: engines give whole
@@ -97,7 +105,7 @@ std::vector<TableWatch::Image> TableWatch::Images(const QList<qint64>& ids) {
 }
 
 QVariant TableWatch::ValueIn(const Image& image, const QString& column) const {
-    return image.values.value(m_columns.indexOf(column, 0, Qt::CaseInsensitive));
+    return image.values.value(PositionOf(column));
 }
 
 QString TableWatch::Title(const Image& image) const {

@@ -36,6 +36,7 @@ private:
 
     void Scan(const std::function<void(qint64 id, const Recordset& row)>& work);
     void ReadColumns(const Recordset& rows);
+    int PositionOf(const QString& column) const;
     Print PrintOf(const Recordset& row) const;
     QString Canonical(int column, const QVariant& value) const;
     void Place(qint64 id, const Recordset& row, Prints& rest, QMultiHash<quint64, qint64>& fresh);

@@ -197,7 +197,7 @@ std::vector<Wanted> AllOf(const Origin& origin) {
         const auto procedures = ::ProceduresOf(origin, button);
         const bool destroys = std::any_of(procedures.begin(), procedures.end(),
                                           [](const Procedure* each) { return !each->destroys.isEmpty(); });
-        if (!procedures.empty() && !destroys) {
+        if (FirstSourceOf(origin, procedures) != nullptr && !destroys) {
             all.push_back({button});
         }
     }

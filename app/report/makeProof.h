@@ -11,7 +11,7 @@ struct Wanted {
     QString procedure = {}; ///< not empty: this one alone, whatever the button
 };
 
-/// Every button of an origin that imports something.
+/// Every button of an origin that imports something from its source.
 std::vector<Wanted> AllOf(const contract::Origin& origin);
 /// The procedures behind a kind.
 std::vector<const contract::Procedure*> ProceduresOf(const contract::Origin& origin, const Wanted& wanted);
