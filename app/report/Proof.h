@@ -87,7 +87,8 @@ struct Kind {
     QString data;  ///< as the command line names it: "art"
     std::vector<Step> steps;
     std::vector<TableFigures> tables;
-    QString trouble; ///< why nothing could be compared; empty when it could
+    QStringList uncompared; ///< columns that hold the day of the import, as "CON_TRO.COINV"
+    QString trouble;        ///< why nothing could be compared; empty when it could
 };
 
 /// Rows of the source of a kind, each in one class.

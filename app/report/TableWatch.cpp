@@ -18,9 +18,10 @@ constexpr qsizetype IdsAtOnce = 100; ///< that one query asks for
 
 } // namespace
 
-TableWatch::TableWatch(Session& session, const schema::Table& table, const SourceRows& sourceRows)
+TableWatch::TableWatch(Session& session, const schema::Table& table, QStringList leftOut, const SourceRows& sourceRows)
     : m_session(session),
       m_table(table),
+      m_leftOut(std::move(leftOut)),
       m_sourceRows(sourceRows),
       m_name(session.Quadrix.GetFullTableName(table.name)) {
     m_figures.table = table.name;
@@ -43,6 +44,8 @@ void TableWatch::ReadColumns(const Recordset& rows) {
     m_columns = rows.Columns();
     for (const QString& column : std::as_const(m_columns)) {
         m_known.push_back(m_table.FindColumn(column));
+        const auto is = [&column](const QStringList& names) { return names.contains(column, Qt::CaseInsensitive); };
+        m_isCompared.push_back(!is(Marks) && !is(m_leftOut) && !is({Id}));
     }
     m_id = PositionOf(Id);
     if (m_id < 0) {
@@ -57,6 +60,8 @@ int TableWatch::PositionOf(const QString& column) const {
     });
     return found == m_columns.cend() ? -1 : static_cast<int>(found - m_columns.cbegin());
 }
+
+bool TableWatch::IsCompared(int column) const { return m_isCompared[static_cast<size_t>(column)]; }
 
 /// A value so that two of them are the same text exactly when nobody would call them different: engines give whole
 /// numbers and dates now so, now otherwise, and a blank text is none.
@@ -76,9 +81,10 @@ QString TableWatch::Canonical(int column, const QVariant& value) const {
 TableWatch::Print TableWatch::PrintOf(const Recordset& row) const {
     Print print;
     for (int column = 0; column < m_columns.size(); ++column) {
-        if (column != m_id) {
-            quint64& part = Marks.contains(m_columns.at(column), Qt::CaseInsensitive) ? print.marks : print.content;
-            part = qHash(Canonical(column, row.Fields(column).Value()), part);
+        if (IsCompared(column)) {
+            print.content = qHash(Canonical(column, row.Fields(column).Value()), print.content);
+        } else if (Marks.contains(m_columns.at(column), Qt::CaseInsensitive)) {
+            print.marks = qHash(Canonical(column, row.Fields(column).Value()), print.marks);
         }
     }
     return print;
@@ -219,8 +225,7 @@ void TableWatch::CompareKept() {
         for (int column = 0; column < m_columns.size(); ++column) {
             const QVariant& gives = source.values.at(column);
             const QVariant& stands = target->values.at(column);
-            if (column == m_id || Marks.contains(m_columns.at(column), Qt::CaseInsensitive) ||
-                Canonical(column, gives) == Canonical(column, stands)) {
+            if (!IsCompared(column) || Canonical(column, gives) == Canonical(column, stands)) {
                 continue;
             }
             const schema::Column* known = m_known[static_cast<size_t>(column)];
@@ -238,17 +243,22 @@ void TableWatch::AddSurplus() {
     }
 }
 
+/// Of the columns that are not empty those come first that have a name which says something.
 Sample TableWatch::SampleOf(const Image& source, const Image& target) const {
-    Sample sample{Title(target), {}};
-    for (int column = 0; column < m_columns.size() && sample.values.size() < MostSampledValues; ++column) {
+    std::vector<Sample::Value> named;
+    std::vector<Sample::Value> others;
+    for (int column = 0; column < m_columns.size(); ++column) {
         const schema::Column* known = m_known[static_cast<size_t>(column)];
         const QString gives = Shown(known, source.values.at(column));
-        const bool isOwn = column != m_id && !Marks.contains(m_columns.at(column), Qt::CaseInsensitive);
-        if (isOwn && !gives.isEmpty()) {
-            sample.values.push_back({m_columns.at(column), gives, Shown(known, target.values.at(column))});
+        if (IsCompared(column) && !gives.isEmpty()) {
+            const QString& name = m_columns.at(column);
+            (ColumnTitle(name) == name ? others : named)
+                .push_back({name, gives, Shown(known, target.values.at(column))});
         }
     }
-    return sample;
+    named.insert(named.end(), others.begin(), others.end());
+    named.resize(std::min(named.size(), MostSampledValues));
+    return {Title(target), named};
 }
 
 // --- Sums -----------------------------------------------------------------------------------------------------------

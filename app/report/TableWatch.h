@@ -10,8 +10,9 @@ namespace proof {
 /// Of each row no more is kept than a number that tells whether it has changed.
 class TableWatch {
 public:
-    /// @param table one that the database has @param sourceRows where rows that are rewritten come from
-    TableWatch(Session& session, const schema::Table& table, const SourceRows& sourceRows);
+    /// @param table one that the database has @param leftOut columns that are not compared @param sourceRows where rows
+    /// that are rewritten come from
+    TableWatch(Session& session, const schema::Table& table, QStringList leftOut, const SourceRows& sourceRows);
 
     // In this order; each reads the whole table, and raises `SqlError`:
     void Before(); ///< the trial
@@ -37,6 +38,7 @@ private:
     void Scan(const std::function<void(qint64 id, const Recordset& row)>& work);
     void ReadColumns(const Recordset& rows);
     int PositionOf(const QString& column) const;
+    bool IsCompared(int column) const;
     Print PrintOf(const Recordset& row) const;
     QString Canonical(int column, const QVariant& value) const;
     void Place(qint64 id, const Recordset& row, Prints& rest, QMultiHash<quint64, qint64>& fresh);
@@ -53,10 +55,12 @@ private:
 
     Session& m_session;
     const schema::Table& m_table;
+    QStringList m_leftOut;
     const SourceRows& m_sourceRows;
     QString m_name; ///< physical
     QStringList m_columns;
     std::vector<const schema::Column*> m_known; ///< by position; null for a column that the schema does not have
+    std::vector<bool> m_isCompared;             ///< the same
     int m_id = -1;
     Prints m_before;
     QHash<qint64, State> m_states; ///< of the rows that were there and that the trial has written

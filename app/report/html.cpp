@@ -89,7 +89,7 @@ QString Signatures() {
 QString FirstPage(const Proof& proof) {
     return "<header class=\"band\">" + Element("h1", Text(Title)) +
            Element("p", Text("Migrazione dei dati da " + proof.origin + " a Quadrix")) + "</header>\n" + Facts(proof) +
-           VerdictBox(VerdictOf(FindingsOf(proof))) + Summary(proof) + Signatures();
+           VerdictBox(VerdictOf(FindingsOf(proof))) + Summary(proof) + RowsChart(proof.kinds) + Signatures();
 }
 
 QString OpenCodes(const Proof& proof) {
@@ -124,9 +124,11 @@ QString Method() {
                         "nessuna importazione ha scritto, come quelle presenti da prima o inserite a mano, sono "
                         "contate a parte e non sono un errore. Le somme sono esatte al milionesimo.")) +
            Element("h3", "Le regole dell'esito") +
-           Table({}, {{{Tag(Light::Green), Text(rules.at(0))}},
-                      {{Tag(Light::Yellow), Text(rules.at(1))}},
-                      {{Tag(Light::Red), Text(rules.at(2))}}}) +
+           Table({},
+                 {{{Tag(Light::Green), Text(rules.at(0))}},
+                  {{Tag(Light::Yellow), Text(rules.at(1))}},
+                  {{Tag(Light::Red), Text(rules.at(2))}}},
+                 "rules") +
            "</section>\n";
 }
 
@@ -138,7 +140,7 @@ QString Html(const Proof& proof) {
                    "<meta name=\"viewport\" content=\"width=device-width\">" +
                    Element("title", Text(Title + ' ' + proof.companyCode + ", " + proof.origin)) +
                    Element("style", Style()) + "</head>\n<body><main>\n" + FirstPage(proof);
-    page += KindsOverview(proof.kinds);
+    page += TotalsPage(proof.kinds);
     for (const Kind& kind : proof.kinds) {
         page += KindSection(kind);
     }

@@ -111,7 +111,7 @@ QString NotesTable(const Kind& kind) {
 QString FiguresTable(const Kind& kind) {
     QList<Row> rows;
     for (const TableFigures& table : kind.tables) {
-        if (table.OfSource() + table.OfTarget() + table.kept == 0) {
+        if (table.OfSource() + table.OfTarget() == 0) {
             continue;
         }
         rows.append({{TableName(table.table), Number(table.OfSource()), Number(table.OfTarget()), Number(table.equal),
@@ -130,6 +130,31 @@ QString FiguresTable(const Kind& kind) {
                                                                        {"importate, non riscritte", true},
                                                                        {"di altri", true}},
                                                                       rows);
+}
+
+/// Tables of which the trial has written no row, though imports have.
+QString KeptLine(const Kind& kind) {
+    QStringList tables;
+    for (const TableFigures& table : kind.tables) {
+        if (table.OfSource() + table.OfTarget() == 0 && table.kept > 0) {
+            tables.append(TableTitle(table.table) + " (" + Number(table.kept) + ')');
+        }
+    }
+    return tables.isEmpty()
+               ? QString()
+               : Element(
+                     "p",
+                     Text("Ritrovate com'erano, senza nulla da riscrivere o aggiungere: " + tables.join(", ") + '.'),
+                     "soft");
+}
+
+QString UncomparedLine(const Kind& kind) {
+    return kind.uncompared.isEmpty()
+               ? QString()
+               : Element(
+                     "p",
+                     Text("Non confrontato, perché è il giorno dell'importazione: " + kind.uncompared.join(", ") + '.'),
+                     "soft");
 }
 
 Row SumRow(const TableFigures& table, const Total& total, const Total::Amount& amount) {
@@ -229,47 +254,55 @@ QString Tag(Light light) {
                                     : Element("span", "non concorda", "tag red");
 }
 
-QString KindsOverview(const std::vector<Kind>& kinds) {
-    QVector<Bar> rows;
-    QVector<Bar> sums;
+QString RowsChart(const std::vector<Kind>& kinds) {
+    QVector<Bar> bars;
     for (const Kind& kind : kinds) {
         const SourceFigures figures = FiguresOf(kind);
         const auto part = [](const char* name, qint64 value, const char* cssClass) {
             return Bar::Part{QString::fromUtf8(name), static_cast<double>(value), QString::fromLatin1(cssClass)};
         };
-        rows.append(
+        bars.append(
             {kind.title,
              {part("in Quadrix", figures.found, "found"), part("mancanti", figures.missing, "missing"),
               part("saltate per regola", figures.skipped, "skipped"),
               part("non importabili", figures.givenUp, "givenup"), part("non lette", figures.notReached, "unread")},
              Number(figures.rows)});
+    }
+    return Chart(bars, "Righe dell'origine per genere di dati");
+}
+
+QString TotalsPage(const std::vector<Kind>& kinds) {
+    QString charts;
+    for (const Kind& kind : kinds) {
         for (const TableFigures& table : kind.tables) {
+            QVector<Bar> bars;
             for (const Total& total : table.totals) {
                 if (!total.group.isEmpty() && !total.amounts.empty()) {
                     const Total::Amount& amount = total.amounts.back();
-                    sums.append({total.group,
+                    bars.append({total.group,
                                  {{"secondo l'origine", amount.source.Value(), "source"}},
                                  Amount(amount.source.Value())});
-                    sums.append({{}, {{"in Quadrix", amount.target.Value(), "target"}}, Amount(amount.target.Value())});
+                    bars.append({{}, {{"in Quadrix", amount.target.Value(), "target"}}, Amount(amount.target.Value())});
                 }
+            }
+            if (!bars.isEmpty()) {
+                const QString what = ColumnTitle(table.totals.front().amounts.back().column);
+                const QString title = TableTitle(table.table) + ": " + what;
+                charts += Element("h3", Text(title)) + Chart(bars, title);
             }
         }
     }
-    const QString title = "Righe dell'origine per genere di dati";
-    const QString picture = Chart(rows, title);
-    const QString totals = Chart(sums, "Totali per gruppo");
-    return picture.isEmpty()
+    return charts.isEmpty()
                ? QString()
-               : "<section class=\"page\">" + Element("h2", Text(title)) + picture +
-                     (totals.isEmpty() ? QString() : Element("h2", "Totali per gruppo") + totals) + "</section>\n";
+               : "<section class=\"page\">" + Element("h2", "Totali sui due lati") + charts + "</section>\n";
 }
 
 QString KindSection(const Kind& kind) {
     const Verdict verdict = VerdictOf(FindingsOf(kind));
     return "<section class=\"kind page\">" + Element("h2", Text(kind.title) + u' ' + Tag(verdict.light)) +
-           Element("p", Text(verdict.reason)) + SourceTable(kind) + FiguresTable(kind) + DifferencesTable(kind) +
-           SumsTable(kind) + GivenUpTable(kind) + SkippedTable(kind) + CodesTable(kind) + NotesTable(kind) +
-           SamplesTable(kind) + "</section>\n";
+           Element("p", Text(verdict.reason)) + SourceTable(kind) + FiguresTable(kind) + KeptLine(kind) +
+           UncomparedLine(kind) + DifferencesTable(kind) + SumsTable(kind) + GivenUpTable(kind) + SkippedTable(kind) +
+           CodesTable(kind) + NotesTable(kind) + SamplesTable(kind) + "</section>\n";
 }
 
 } // namespace proof::html

@@ -9,8 +9,10 @@ namespace proof::html {
 /// A light as a word on its colour.
 QString Tag(Light light);
 
-/// The pictures of all kinds together.
-QString KindsOverview(const std::vector<Kind>& kinds);
+/// A picture of the source rows of all kinds, by what becomes of them; empty without any.
+QString RowsChart(const std::vector<Kind>& kinds);
+/// A page with a picture of the totals of all documents on both sides; empty without any.
+QString TotalsPage(const std::vector<Kind>& kinds);
 /// All that there is to say about one kind.
 QString KindSection(const Kind& kind);
 

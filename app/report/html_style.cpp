@@ -22,12 +22,18 @@ p { margin: 0 0 3mm; }
 table { width: 100%; border-collapse: collapse; margin: 0 0 5mm; font-size: 9pt; }
 th { text-align: left; font-weight: 600; color: var(--soft); border-bottom: 1.5px solid var(--ink); padding: 1.4mm 2mm; }
 td { border-bottom: 1px solid var(--line); padding: 1.3mm 2mm; vertical-align: top; overflow-wrap: anywhere; }
-th.n, td.n { text-align: right; font-variant-numeric: tabular-nums; white-space: nowrap; overflow-wrap: normal; }
+th { vertical-align: bottom; line-height: 1.2; }
+th.n, td.n { text-align: right; overflow-wrap: normal; }
+td.n { font-variant-numeric: tabular-nums; white-space: nowrap; }
+th:first-child, td:first-child { min-width: 38mm; }
+td .soft { white-space: nowrap; }
+td.row .soft { white-space: normal; }
 tr { break-inside: avoid; }
 thead { display: table-header-group; }
 tr.sum td { font-weight: 600; border-top: 1.5px solid var(--ink); }
 tr.bad td { background: #fcefee; }
 table.facts { width: auto; font-size: 10.5pt; }
+table.rules td:first-child { width: 1%; }
 table.facts td { border: 0; padding: .7mm 6mm .7mm 0; }
 table.facts td:first-child { color: var(--soft); white-space: nowrap; }
 .bad strong, td strong.bad { color: var(--red); }
@@ -43,13 +49,12 @@ table.facts td:first-child { color: var(--soft); white-space: nowrap; }
 .verdict.red { border-left-color: var(--red); } .red .lamp, .tag.red { background: var(--red); }
 .tag { display: inline-block; padding: 0 2.2mm; border-radius: 2.2mm; color: #fff; font-size: 8.5pt; font-weight: 600;
        white-space: nowrap; }
-.sign { display: grid; grid-template-columns: 1fr 1fr 32mm; gap: 10mm; margin-top: 20mm; break-inside: avoid; }
+.sign { display: grid; grid-template-columns: 1fr 1fr 32mm; gap: 10mm; margin-top: 18mm; break-inside: avoid; }
 .sign div { border-top: 1px solid var(--ink); padding-top: 1.5mm; color: var(--soft); font-size: 9pt; }
 .chart { width: 100%; height: auto; margin: 1mm 0 4mm; break-inside: avoid; }
 .chart text { font-size: 11px; fill: var(--ink); }
 .found { fill: var(--green); } .missing { fill: var(--red); } .skipped { fill: var(--grey); }
 .givenup { fill: var(--yellow); } .unread { fill: #5b3e8f; } .source { fill: var(--brand); } .target { fill: #7fa8d1; }
-section.kind { break-before: auto; }
 footer { margin-top: 10mm; padding-top: 3mm; border-top: 1px solid var(--line); color: var(--soft); font-size: 8.5pt;
          overflow-wrap: anywhere; }
 @page { size: A4; margin: 16mm 14mm 18mm;

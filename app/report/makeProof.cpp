@@ -1,5 +1,6 @@
 #include "app/report/makeProof.h"
 
+#include "adapters/contract/map/rules.h"
 #include "app/confirmation.h"
 #include "app/procedureTitle.h"
 #include "app/process.h"
@@ -7,6 +8,7 @@
 #include "core/worker.h"
 #include "sql/mod_ovTools.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 using namespace contract;
@@ -67,6 +69,30 @@ std::vector<const schema::Table*> WrittenTables(Session& session, const std::vec
     return tables;
 }
 
+/// The columns that rules fill by the day on which an import runs, as "CON_TRO.COINV", each once: they differ from day
+/// to day.
+QStringList ColumnsOfToday(const std::vector<const Procedure*>& procedures) {
+    static const QString today = rules::Today().text;
+    QStringList columns;
+    for (const Procedure* procedure : procedures) {
+        for (const Mapping* mapping : procedure->needs.mappings) {
+            for (const MapLine& line : mapping->lines) {
+                if (line.rule.text.contains(today)) {
+                    columns.append(mapping->targetTable + u'.' + line.target);
+                }
+            }
+        }
+    }
+    columns.removeDuplicates();
+    return columns;
+}
+
+/// Those of a table, by their bare names.
+QStringList ColumnsIn(const QString& table, const QStringList& columns) {
+    return QStringList(columns.filter(QRegularExpression(u'^' + table + u"\\.")))
+        .replaceInStrings(table + u'.', QString());
+}
+
 /// One kind under comparison.
 class Comparison {
 public:
@@ -113,8 +139,10 @@ ImportRequest Comparison::Request() {
     request.dryRun = true;
     request.look.before = [this] {
         m_source = confirmation::SourceText(m_session, *m_choice.origin, m_procedures);
+        m_kind.uncompared = ColumnsOfToday(m_procedures);
         for (const schema::Table* table : WrittenTables(m_session, m_procedures)) {
-            m_tables.emplace_back(m_session, *table, m_sourceRows).Before();
+            const QStringList leftOut = ColumnsIn(table->name, m_kind.uncompared);
+            m_tables.emplace_back(m_session, *table, leftOut, m_sourceRows).Before();
         }
     };
     request.look.after = [this] {
