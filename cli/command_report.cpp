@@ -7,6 +7,7 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/outputFile.h"
+#include "cli/TerminalOperator.h"
 
 #include <QDir>
 
@@ -50,7 +51,10 @@ Report MakeReport(Context& context) {
     OpenOutput(file, path,
                {QStringLiteral("Verbale"), proof::FirstLine,
                 modMain::OwnFiles(context.session, context.session.Config.ConfigFile())});
-    const auto made = proof::Make(context.session, choice, wanted);
+    GivenAnswers answers;
+    const auto made =
+        proof::Make(context.session, choice, wanted,
+                    {[&] { answers = context.person.AnswersLeft(); }, [&] { context.person.SetAnswers(answers); }});
     if (!made) {
         return {ExitFailed, {}, {}};
     }

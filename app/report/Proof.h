@@ -88,6 +88,7 @@ struct Kind {
     std::vector<Step> steps;
     std::vector<TableFigures> tables;
     QStringList uncompared; ///< columns that hold the day of the import, as "CON_TRO.COINV"
+    bool onlyRoles = false; ///< of counterparties those columns alone were compared that their roles give
     QString trouble;        ///< why nothing could be compared; empty when it could
 };
 

@@ -148,13 +148,20 @@ QString KeptLine(const Kind& kind) {
                      "soft");
 }
 
-QString UncomparedLine(const Kind& kind) {
-    return kind.uncompared.isEmpty()
-               ? QString()
-               : Element(
-                     "p",
-                     Text("Non confrontato, perché è il giorno dell'importazione: " + kind.uncompared.join(", ") + '.'),
-                     "soft");
+QString UncomparedLines(const Kind& kind) {
+    QString lines;
+    if (!kind.uncompared.isEmpty()) {
+        lines += Element(
+            "p", Text("Non confrontato, perché è il giorno dell'importazione: " + kind.uncompared.join(", ") + '.'),
+            "soft");
+    }
+    if (kind.onlyRoles) {
+        lines += Element("p",
+                         Text("Delle controparti si sono confrontate soltanto le colonne dei ruoli, perché "
+                              "l'importazione fa domande e non si è potuta ripetere."),
+                         "soft");
+    }
+    return lines;
 }
 
 Row SumRow(const TableFigures& table, const Total& total, const Total::Amount& amount) {
@@ -301,7 +308,7 @@ QString KindSection(const Kind& kind) {
     const Verdict verdict = VerdictOf(FindingsOf(kind));
     return "<section class=\"kind page\">" + Element("h2", Text(kind.title) + u' ' + Tag(verdict.light)) +
            Element("p", Text(verdict.reason)) + SourceTable(kind) + FiguresTable(kind) + KeptLine(kind) +
-           UncomparedLine(kind) + DifferencesTable(kind) + SumsTable(kind) + GivenUpTable(kind) + SkippedTable(kind) +
+           UncomparedLines(kind) + DifferencesTable(kind) + SumsTable(kind) + GivenUpTable(kind) + SkippedTable(kind) +
            CodesTable(kind) + NotesTable(kind) + SamplesTable(kind) + "</section>\n";
 }
 

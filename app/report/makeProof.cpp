@@ -4,6 +4,7 @@
 #include "app/confirmation.h"
 #include "app/procedureTitle.h"
 #include "app/process.h"
+#include "app/report/PartiesAnew.h"
 #include "app/report/TableWatch.h"
 #include "core/worker.h"
 #include "sql/mod_ovTools.h"
@@ -93,12 +94,35 @@ QStringList ColumnsIn(const QString& table, const QStringList& columns) {
         .replaceInStrings(table + u'.', QString());
 }
 
+std::vector<const Mapping*> MappingsOf(const std::vector<const Procedure*>& procedures) {
+    std::vector<const Mapping*> mappings;
+    for (const Procedure* procedure : procedures) {
+        mappings.insert(mappings.end(), procedure->needs.mappings.begin(), procedure->needs.mappings.end());
+    }
+    return mappings;
+}
+
+/// Takes what more of the rows that are there was compared. Rows that are missing or too many are told by the trial
+/// that saw all of them.
+void Deepen(TableFigures& figures, const TableFigures& deeper) {
+    const auto isOfValues = [](const Difference& each) { return each.kind == Difference::Kind::Value; };
+    figures.equal = std::max<qint64>(0, figures.OfTarget() - figures.surplus - deeper.different);
+    figures.different = deeper.different;
+    std::erase_if(figures.differences, isOfValues);
+    std::copy_if(deeper.differences.begin(), deeper.differences.end(), std::back_inserter(figures.differences),
+                 isOfValues);
+    if (deeper.OfSource() == figures.OfSource()) {
+        figures.totals = deeper.totals;
+    }
+}
+
 /// One kind under comparison.
 class Comparison {
 public:
-    Comparison(Session& session, const Choice& choice, Wanted wanted)
+    Comparison(Session& session, const Choice& choice, const Answers& answers, Wanted wanted)
         : m_session(session),
           m_choice(choice),
+          m_answers(answers),
           m_wanted(std::move(wanted)),
           m_procedures(ProceduresOf(*choice.origin, m_wanted)),
           m_sourceRows(session) {}
@@ -108,13 +132,17 @@ public:
     const QString& Source() const { return m_source; }
 
 private:
-    ImportRequest Request();
+    ImportRequest Request(TrialLook look) const;
+    TrialLook Look();
     QString Title() const;
     void TakeSteps(qsizetype first);
     void TakeTrouble(const QStringList& messages);
+    bool CanRepeat() const;
+    void CompareParties();
 
     Session& m_session;
     const Choice& m_choice;
+    const Answers& m_answers;
     Wanted m_wanted;
     std::vector<const Procedure*> m_procedures;
     SourceRows m_sourceRows;
@@ -129,7 +157,7 @@ QString Comparison::Title() const {
                                         : ProcedureTitle(*m_choice.origin, *m_procedures.front());
 }
 
-ImportRequest Comparison::Request() {
+ImportRequest Comparison::Request(TrialLook look) const {
     ImportRequest request;
     request.choice = m_choice;
     request.button = m_wanted.button;
@@ -137,7 +165,14 @@ ImportRequest Comparison::Request() {
     request.confirmed = true;
     request.reset = false;
     request.dryRun = true;
-    request.look.before = [this] {
+    request.look = std::move(look);
+    return request;
+}
+
+/// Reads the tables around a trial.
+TrialLook Comparison::Look() {
+    TrialLook look;
+    look.before = [this] {
         m_source = confirmation::SourceText(m_session, *m_choice.origin, m_procedures);
         m_kind.uncompared = ColumnsOfToday(m_procedures);
         for (const schema::Table* table : WrittenTables(m_session, m_procedures)) {
@@ -145,7 +180,7 @@ ImportRequest Comparison::Request() {
             m_tables.emplace_back(m_session, *table, leftOut, m_sourceRows).Before();
         }
     };
-    request.look.after = [this] {
+    look.after = [this] {
         if (m_session.Quadrix.TransactionLost()) {
             throw ImportError(QStringLiteral("il database ha annullato la prova per conto suo"));
         }
@@ -154,7 +189,7 @@ ImportRequest Comparison::Request() {
         }
         m_isCompared = true;
     };
-    return request;
+    return look;
 }
 
 Kind Comparison::Run() {
@@ -162,7 +197,10 @@ Kind Comparison::Run() {
     m_kind.data = m_wanted.procedure.isEmpty() ? ButtonName(m_wanted.button) : m_wanted.procedure;
     const qsizetype first = m_session.Results.size();
     const Operator::Quiet quiet(m_session.Person);
-    const FlowOutcome outcome = RunImport(m_session, Request());
+    if (m_answers.keep) {
+        m_answers.keep();
+    }
+    const FlowOutcome outcome = RunImport(m_session, Request(Look()));
     TakeSteps(first);
     if (outcome != FlowOutcome::Done) {
         TakeTrouble(quiet.Kept());
@@ -173,7 +211,52 @@ Kind Comparison::Run() {
             m_kind.tables.push_back(table.Figures());
         }
     }
+    if (outcome == FlowOutcome::Done) {
+        CompareParties();
+    }
     return m_kind;
+}
+
+bool Comparison::CanRepeat() const {
+    const Place place = m_choice.origin->source.prepare.place;
+    const bool asks =
+        place == Place::Asked || place == Place::Chosen || !AnswersNeeded(*m_choice.origin, m_procedures).empty();
+    return !asks || m_answers.again;
+}
+
+/// Compares all columns of the counterparties, where the trial has compared those of their roles.
+void Comparison::CompareParties() {
+    const auto figures = std::find_if(m_kind.tables.begin(), m_kind.tables.end(),
+                                      [](const TableFigures& each) { return each.table == PartiesAnew::Table; });
+    if (figures == m_kind.tables.end() || figures->OfTarget() == 0) {
+        return;
+    }
+    if (!CanRepeat()) {
+        m_kind.onlyRoles = true;
+        return;
+    }
+    if (m_answers.again) {
+        m_answers.again();
+    }
+    TableWatch watch(m_session, *schema::FindTable(PartiesAnew::Table),
+                     ColumnsIn(PartiesAnew::Table, m_kind.uncompared), m_sourceRows);
+    PartiesAnew anew(m_session);
+    const qsizetype first = m_session.Results.size();
+    const FlowOutcome outcome = RunImport(m_session, Request({[&] {
+                                                                  watch.Before();
+                                                                  anew.Hide(MappingsOf(m_procedures));
+                                                              },
+                                                              [&] {
+                                                                  anew.Show();
+                                                                  watch.After();
+                                                              }}));
+    m_session.Results.resize(first);
+    if (outcome != FlowOutcome::Done) {
+        m_kind.trouble = QStringLiteral("le controparti non si sono potute rileggere per intero");
+        return;
+    }
+    watch.Since();
+    Deepen(*figures, watch.Figures());
 }
 
 /// Why the trial did not come to a good end, unless one of its steps tells that.
@@ -240,7 +323,7 @@ std::vector<const Procedure*> ProceduresOf(const Origin& origin, const Wanted& w
     return CalledBy(request);
 }
 
-std::optional<Proof> Make(Session& session, Choice choice, const std::vector<Wanted>& wanted) {
+std::optional<Proof> Make(Session& session, Choice choice, const std::vector<Wanted>& wanted, const Answers& answers) {
     choice.errors = ErrorAction::Ignore;
     if (!CheckData(session, choice)) {
         return std::nullopt;
@@ -256,7 +339,7 @@ std::optional<Proof> Make(Session& session, Choice choice, const std::vector<Wan
     {
         const Undisturbed undisturbed(session);
         for (const Wanted& each : wanted) {
-            Comparison comparison(session, choice, each);
+            Comparison comparison(session, choice, answers, each);
             proof.kinds.push_back(comparison.Run());
             proof.source = proof.source.isEmpty() ? comparison.Source() : proof.source;
         }

@@ -48,9 +48,12 @@ QStringList YellowReasons(const Findings& found) {
                                   "annotazioni dicono che in Quadrix c'è ciò che l'origine non ha più") +
                           Counted(found.uncompared, "riga già importata non si è confrontata",
                                   "righe già importate non si sono confrontate");
-    return found.empty.isEmpty()
-               ? reasons
-               : reasons << QStringLiteral("l'origine non ha righe per: ") + found.empty.join(QStringLiteral(", "));
+    if (found.onlyRoles) {
+        reasons << QStringLiteral("delle controparti non si sono confrontate tutte le colonne");
+    }
+    return found.empty.isEmpty() ? reasons
+                                 : reasons << QStringLiteral("nulla si è potuto confrontare per: ") +
+                                                  found.empty.join(QStringLiteral(", "));
 }
 
 void AddStep(Findings& found, const Step& step) {
@@ -83,6 +86,7 @@ Findings& Findings::operator+=(const Findings& more) {
     untranslated += more.untranslated;
     gone += more.gone;
     uncompared += more.uncompared;
+    onlyRoles = onlyRoles || more.onlyRoles;
     empty += more.empty;
     compared += more.compared;
     return *this;
@@ -102,7 +106,10 @@ Findings FindingsOf(const Kind& kind) {
         found.surplus += table.surplus;
         found.compared += table.OfTarget();
     }
-    if (found.troubles.isEmpty() && FiguresOf(kind).rows == 0) {
+    found.onlyRoles = kind.onlyRoles;
+    const bool isNothing =
+        FiguresOf(kind).rows == 0 || (found.compared == 0 && found.missing == 0 && found.givenUp == 0);
+    if (found.troubles.isEmpty() && isNothing) {
         found.empty.append(kind.title);
     }
     return found;
@@ -127,14 +134,14 @@ Verdict VerdictOf(const Findings& findings) {
         return {Light::Yellow,
                 agrees.isEmpty() ? Sentence(Listed(yellow)) : Sentence(agrees + QStringLiteral("; ") + Listed(yellow))};
     }
-    return {Light::Green, Sentence(agrees.isEmpty() ? QStringLiteral("non c'è nulla da confrontare") : agrees)};
+    return {Light::Green, Sentence(agrees)};
 }
 
 QStringList Rules() {
     return {QStringLiteral("Ogni riga e ogni somma di Quadrix concorda con ciò che l'origine dà oggi."),
             QStringLiteral("Ciò che è in Quadrix concorda, ma ci sono righe dell'origine che non si possono importare, "
                            "codici senza traduzione, ricerche non riuscite, righe che l'origine non ha più, righe non "
-                           "confrontate o generi di cui l'origine non ha righe."),
+                           "confrontate o generi senza righe da confrontare."),
             QStringLiteral("Una riga, un valore o una somma differisce, manca o è di troppo senza che nulla lo "
                            "spieghi, o un genere non si è potuto confrontare.")};
 }

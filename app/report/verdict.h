@@ -23,7 +23,8 @@ struct Findings {
     qint64 untranslated = 0; ///< codes
     qint64 gone = 0;         ///< rows of Quadrix that the source no longer has
     qint64 uncompared = 0;   ///< rows of the source that the import leaves as they are in Quadrix
-    QStringList empty;       ///< kinds of which the source has no row
+    bool onlyRoles = false;  ///< of counterparties not all columns were compared
+    QStringList empty;       ///< kinds of which no row could be compared
     // Green:
     qint64 compared = 0; ///< rows of Quadrix
 

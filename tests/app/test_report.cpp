@@ -126,6 +126,8 @@ private slots:
             "value DOC_VEN %1 DTTOT * 99,99");
         Row("a description", "UPDATE X01_ART_ICO SET ARDES = 'Altro' WHERE RECORD_ID = 3",
             "SELECT CDART || ' Altro' FROM X01_ART_ICO WHERE RECORD_ID = 3", "value ART_ICO %1 ARDES * Altro");
+        Row("a name, which a second import leaves", "UPDATE X01_CON_TRO SET CORAS = 'Altro' WHERE RECORD_ID = 3",
+            "SELECT CDCON || ' Altro' FROM X01_CON_TRO WHERE RECORD_ID = 3", "value CON_TRO %1 CORAS * Altro");
         Row("a row of a document", "DELETE FROM X01_DOC_VER WHERE RECORD_ID = 1",
             "SELECT T.DTCAU || ' ' || T.DTNUM || ' ' || T.DTANN || ' - ' || R.DRNUM || ' ' || R.DRART FROM X01_DOC_VEN "
             "T "
