@@ -12,125 +12,102 @@ using contract::Equals;
 namespace {
 
 const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
+const QString Id = QStringLiteral("RECORD_ID");
+const QString Code = QStringLiteral("CDCON");
+const QString AsCustomer = QStringLiteral("COCGE");
+const QString AsSupplier = QStringLiteral("COFGE");
 /// By these a counterparty is found: its code, its codes in the source, its numbers.
-const QStringList FoundBy{"CDCON", "COCGE", "COFGE", "COIVA", "COFIS"};
-enum Place { Code, AsCustomer, AsSupplier };
-
-QString TextOf(const QVariant& value) { return mod_ovTools::ToText(value).trimmed(); }
+const QStringList FoundBy{Code, AsCustomer, AsSupplier, "COIVA", "COFIS"};
 
 /// A code that nobody has, and that comes before every number.
 QString HiddenCode(qint64 id) { return u'!' + QString::number(id, 36); }
 
-/// The code in the source of a counterparty that one row of it has made; empty for others.
-QString SourceCode(const QVariantList& values) {
-    const QString customer = TextOf(values.at(AsCustomer));
-    const QString supplier = TextOf(values.at(AsSupplier));
-    return customer.isEmpty() || customer == supplier ? supplier : supplier.isEmpty() ? customer : QString();
+/// The codes in the source; empty without any.
+QString SourceCodes(const QMap<QString, QVariant>& values) {
+    const QString customer = mod_ovTools::ToText(values.value(AsCustomer)).trimmed();
+    const QString supplier = mod_ovTools::ToText(values.value(AsSupplier)).trimmed();
+    return customer.isEmpty() && supplier.isEmpty() ? QString() : QString(customer + QChar(u'\x1f') + supplier);
+}
+
+/// Whether one row of the source has made it.
+bool IsOfOne(const QMap<QString, QVariant>& values) {
+    const QString codes = SourceCodes(values);
+    const QString customer = codes.section(QChar(u'\x1f'), 0, 0);
+    const QString supplier = codes.section(QChar(u'\x1f'), 1);
+    return !codes.isEmpty() && (customer.isEmpty() || supplier.isEmpty() || customer == supplier);
 }
 
 } // namespace
 
-void PartiesAnew::Hide(const std::vector<const contract::Mapping*>& mappings) {
-    Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, " + FoundBy.join(u", ") + u" FROM " +
-                                                 m_session.Quadrix.GetFullTableName(Table) + u" WHERE " +
-                                                 Equals(m_session, QStringLiteral("USINS"), ImportUser));
+void PartiesAnew::Hide() {
+    Recordset rows =
+        m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, USINS, " + FoundBy.join(u", ") + u" FROM " + m_table);
     for (; !rows.Eof(); rows.MoveNext()) {
-        Party party{rows.Value(QStringLiteral("RECORD_ID")).toLongLong(), {}};
+        Party party{rows.Value(Id).toLongLong(), {}};
         for (const QString& column : FoundBy) {
-            party.values.append(rows.Value(column));
+            party.foundBy.insert(column, rows.Value(column));
         }
-        if (!SourceCode(party.values).isEmpty()) {
+        m_last = std::max(m_last, party.id);
+        const bool isImported = mod_ovTools::ToText(rows.Value(QStringLiteral("USINS"))).trimmed() == ImportUser;
+        if (isImported && IsOfOne(party.foundBy)) {
             m_hidden.push_back(party);
         }
     }
     rows.Close();
-    for (const contract::Mapping* mapping : mappings) {
-        if (mapping->targetTable == Table) {
-            Translate(*mapping);
-        }
-    }
     for (const Party& party : m_hidden) {
-        Set(party.id, FoundBy, {HiddenCode(party.id), {}, {}, {}, {}});
+        Set(party.id, {{Code, HiddenCode(party.id)}, {AsCustomer, {}}, {AsSupplier, {}}, {"COIVA", {}}, {"COFIS", {}}});
     }
 }
 
-/// Has the codes of the source mean the codes that the counterparties have.
-void PartiesAnew::Translate(const contract::Mapping& mapping) {
-    const auto code = std::find_if(mapping.lines.begin(), mapping.lines.end(),
-                                   [](const contract::MapLine& line) { return line.target == FoundBy.first(); });
-    if (code == mapping.lines.end() || code->sources.isEmpty()) {
-        return;
-    }
-    constexpr qsizetype longestName = 20; // as translations are kept
-    const QString table = mapping.sourceTable.left(longestName);
-    const QString field = code->sources.first().left(longestName);
-    for (const Party& party : m_hidden) {
-        const QString old = SourceCode(party.values);
-        m_session.Quadrix.Execute(QStringLiteral("DELETE FROM SYS_IMP WHERE ") + Equals(m_session, "TBNAM", table) +
-                                  u" AND " + Equals(m_session, "TBFLD", field) + u" AND " +
-                                  Equals(m_session, "TBOLD", old));
-        ovQueryConstructor query;
-        query.ProviderType = m_session.Quadrix.ProviderType;
-        query.SetTable(QStringLiteral("SYS_IMP"));
-        query.AddUpdateField("TBNAM", table, DataType::NVarChar);
-        query.AddUpdateField("TBFLD", field, DataType::NVarChar);
-        query.AddUpdateField("TBOLD", old, DataType::NVarChar);
-        query.AddUpdateField("TBNEW", party.values.at(Code), DataType::NVarChar);
-        m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Insert));
-    }
-}
-
-void PartiesAnew::Set(qint64 id, const QStringList& columns, const QVariantList& values) {
+void PartiesAnew::Set(qint64 id, const Values& values) {
     const schema::Table& table = *schema::FindTable(Table);
     ovQueryConstructor query;
     query.ProviderType = m_session.Quadrix.ProviderType;
     query.SetTable(Table, m_session.UserManager.Azienda());
-    for (qsizetype i = 0; i < columns.size(); ++i) {
-        const schema::Column* column = table.FindColumn(columns.at(i));
-        query.AddUpdateField(columns.at(i), values.at(i), column == nullptr ? DataType::NVarChar : column->type, true);
+    for (const auto& [name, value] : values.asKeyValueRange()) {
+        const schema::Column* column = table.FindColumn(name);
+        query.AddUpdateField(name, value, column == nullptr ? DataType::NVarChar : column->type);
     }
-    query.WhereString = QStringLiteral("WHERE ") + Equals("RECORD_ID", id);
+    query.WhereString = QStringLiteral("WHERE ") + Equals(Id, id);
     m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
 }
 
-void PartiesAnew::Show() {
-    for (const Party& party : m_hidden) {
-        if (!GiveBack(party)) {
-            Set(party.id, FoundBy, party.values);
+/// What the trial has written, by its codes in the source; it is taken out of the table. A column that is blank is not
+/// the import's own.
+QHash<QString, PartiesAnew::Values> PartiesAnew::TakeAnew() {
+    static const QStringList others{Id, Code, "USINS", "DTINS", "USMDF", "DTMDF"};
+    const QString anew = m_table + u" WHERE RECORD_ID > " + QString::number(m_last);
+    QHash<QString, Values> taken;
+    Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + anew);
+    const QStringList columns = rows.Columns();
+    for (; !rows.Eof(); rows.MoveNext()) {
+        Values values;
+        for (int i = 0; i < columns.size(); ++i) {
+            const QString column = columns.at(i).toUpper();
+            const QVariant value = rows.Fields(i).Value();
+            if (!others.contains(column) && !mod_ovTools::ToText(value).isEmpty()) {
+                values.insert(column, value);
+            }
         }
+        taken.insert(SourceCodes(values), values);
     }
+    rows.Close();
+    m_session.Quadrix.Execute(u"DELETE FROM " + anew);
+    return taken;
 }
 
-/// Puts what the trial has written under the code of a counterparty into its row; false when it has written nothing. A
-/// column that it leaves blank is not its own.
-bool PartiesAnew::GiveBack(const Party& party) {
-    const QString table = m_session.Quadrix.GetFullTableName(Table);
-    const QString condition = Equals(m_session, FoundBy.first(), TextOf(party.values.at(Code)));
-    Recordset anew = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + table + u" WHERE " + condition);
-    if (anew.Eof()) {
-        return false;
-    }
-    QStringList columns = FoundBy;
-    QVariantList values = party.values;
-    for (const QString& column : anew.Columns()) {
-        const QVariant value = anew.Value(column);
-        static const QStringList own{"RECORD_ID", "USINS", "DTINS", "CDCON"};
-        if (own.contains(column, Qt::CaseInsensitive) || mod_ovTools::ToText(value).isEmpty()) {
-            continue;
+void PartiesAnew::Show() {
+    const QHash<QString, Values> anew = TakeAnew();
+    for (const Party& party : m_hidden) {
+        Values values = party.foundBy;
+        const auto given = anew.constFind(SourceCodes(party.foundBy));
+        if (given != anew.cend()) {
+            values.insert(*given);
+            values.insert(QStringLiteral("USMDF"), ImportUser);
+            values.insert(QStringLiteral("DTMDF"), m_session.Now());
         }
-        if (const qsizetype known = columns.indexOf(column.toUpper()); known >= 0) {
-            values[known] = value;
-        } else {
-            columns.append(column);
-            values.append(value);
-        }
+        Set(party.id, values);
     }
-    anew.Close();
-    columns.append({"USMDF", "DTMDF"});
-    values.append({ImportUser, m_session.Now()});
-    m_session.Quadrix.Execute(u"DELETE FROM " + table + u" WHERE " + condition);
-    Set(party.id, columns, values);
-    return true;
 }
 
 } // namespace proof

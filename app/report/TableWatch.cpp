@@ -12,8 +12,8 @@ const QStringList Marks{"USINS", "DTINS", "USMDF", "DTMDF"};
 const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
 
 constexpr qsizetype MostRows = 200;  ///< of each kind of difference, whose values are shown
-constexpr qsizetype MostSamples = 3; ///< of a table
-constexpr size_t MostSampledValues = 8;
+constexpr qsizetype MostSamples = 2; ///< of a table
+constexpr size_t MostSampledValues = 6;
 constexpr qsizetype IdsAtOnce = 100; ///< that one query asks for
 
 } // namespace

@@ -101,7 +101,7 @@ QString OpenCodes(const Proof& proof) {
         rows.append({{Text(code.table), Text(code.field), Text(code.code)}});
     }
     const qint64 rest = proof.openCodeCount - rows.size();
-    return "<section class=\"page\">" + Element("h2", "Codici da tradurre") +
+    return "<section>" + Element("h2", "Codici da tradurre") +
            Element("p", Text("Codici dell'origine che attendono una traduzione in SYS_IMP, di tutte le origini e "
                              "aziende di questo database: " +
                              Number(proof.openCodeCount) + '.')) +
@@ -111,7 +111,7 @@ QString OpenCodes(const Proof& proof) {
 
 QString Method() {
     const QStringList rules = Rules();
-    return "<section class=\"page\">" + Element("h2", "Come si è confrontato") +
+    return "<section class=\"whole\">" + Element("h2", "Come si è confrontato") +
            Element("p",
                    Text("Le righe dell'origine sono state contate e lette adesso, e le regole dell'importazione "
                         "hanno detto che cosa ne deve risultare in Quadrix. Questo si è confrontato, riga per riga "
@@ -140,11 +140,10 @@ QString Html(const Proof& proof) {
                    "<meta name=\"viewport\" content=\"width=device-width\">" +
                    Element("title", Text(Title + ' ' + proof.companyCode + ", " + proof.origin)) +
                    Element("style", Style()) + "</head>\n<body><main>\n" + FirstPage(proof);
-    page += TotalsPage(proof.kinds);
     for (const Kind& kind : proof.kinds) {
         page += KindSection(kind);
     }
-    return page + OpenCodes(proof) + Method() +
+    return page + TotalsPage(proof.kinds) + OpenCodes(proof) + Method() +
            Element("footer", Text("Impronta SHA-256 di quanto trovato: " + Digest(proof))) +
            "\n</main></body></html>\n";
 }

@@ -235,22 +235,18 @@ QString SamplesTable(const Kind& kind) {
     QList<Row> rows;
     for (const TableFigures& table : kind.tables) {
         for (const Sample& sample : table.samples) {
-            QStringList names;
-            QStringList source;
-            QStringList target;
+            QString name = TableName(table.table) + "<br>" + Text(sample.row);
             for (const Sample::Value& value : sample.values) {
-                names.append(ColumnName(value.column));
-                source.append(Text(value.source));
-                target.append(Text(value.target));
+                const QString cssClass = name.isEmpty() ? QStringLiteral("more") : QString();
+                rows.append(
+                    {{std::exchange(name, QString()), ColumnName(value.column), Text(value.source), Text(value.target)},
+                     cssClass});
             }
-            const QString lines = QStringLiteral("<br>");
-            rows.append({{TableName(table.table) + lines + Text(sample.row), names.join(lines), source.join(lines),
-                          target.join(lines)}});
         }
     }
     return rows.isEmpty() ? QString()
                           : Element("h3", "Righe a fronte, scelte a caso") +
-                                Table({{"Riga"}, {"Colonna"}, {"Origine"}, {"Quadrix"}}, rows);
+                                Table({{"Riga"}, {"Colonna"}, {"Origine"}, {"Quadrix"}}, rows, "samples");
 }
 
 } // namespace

@@ -33,6 +33,9 @@ thead { display: table-header-group; }
 tr.sum td { font-weight: 600; border-top: 1.5px solid var(--ink); }
 tr.bad td { background: #fcefee; }
 table.facts { width: auto; font-size: 10.5pt; }
+table.samples td { border-bottom: 0; padding-top: .3mm; padding-bottom: .3mm; }
+table.samples tr:not(.more) td { border-top: 1px solid var(--line); padding-top: 1.3mm; }
+table.samples tr.more { break-before: avoid; }
 table.rules td:first-child { width: 1%; }
 table.facts td { border: 0; padding: .7mm 6mm .7mm 0; }
 table.facts td:first-child { color: var(--soft); white-space: nowrap; }
@@ -64,6 +67,7 @@ footer { margin-top: 10mm; padding-top: 3mm; border-top: 1px solid var(--line); 
   body { background: #fff; font-size: 9.5pt; }
   main { max-width: none; margin: 0; padding: 0; box-shadow: none; }
   .page { break-before: page; }
+  .whole { break-inside: avoid; }
   .page > h2:first-child { margin-top: 0; }
 }
 )");

@@ -94,14 +94,6 @@ QStringList ColumnsIn(const QString& table, const QStringList& columns) {
         .replaceInStrings(table + u'.', QString());
 }
 
-std::vector<const Mapping*> MappingsOf(const std::vector<const Procedure*>& procedures) {
-    std::vector<const Mapping*> mappings;
-    for (const Procedure* procedure : procedures) {
-        mappings.insert(mappings.end(), procedure->needs.mappings.begin(), procedure->needs.mappings.end());
-    }
-    return mappings;
-}
-
 /// Takes what more of the rows that are there was compared. Rows that are missing or too many are told by the trial
 /// that saw all of them.
 void Deepen(TableFigures& figures, const TableFigures& deeper) {
@@ -244,7 +236,7 @@ void Comparison::CompareParties() {
     const qsizetype first = m_session.Results.size();
     const FlowOutcome outcome = RunImport(m_session, Request({[&] {
                                                                   watch.Before();
-                                                                  anew.Hide(MappingsOf(m_procedures));
+                                                                  anew.Hide();
                                                               },
                                                               [&] {
                                                                   anew.Show();
