@@ -7,12 +7,11 @@ namespace confirmation {
 
 /// "Azienda: X04 Rossi & Figli", the company under work.
 QString CompanyLine(Session& session);
-/// Where the procedures read: the source that is open, else what the settings say of it, without a password; empty for
-/// procedures without one.
+/// Where the source stands that the procedures read first: that which is open, else what the settings say of it; empty
+/// without one. A password is never shown.
 QString SourceText(Session& session, const contract::Origin& origin,
                    const std::vector<const contract::Procedure*>& procedures);
-/// Company, origin, what the procedures do, and the source: that which is open, else what the settings say of it. A
-/// password is never shown.
+/// Company, origin, what the procedures do, and the source, as `SourceText`.
 QString RunDetails(Session& session, const contract::Origin& origin,
                    const std::vector<const contract::Procedure*>& procedures);
 /// "Righe che verranno eliminate: 6.452" and, below it, those of each table that has some.

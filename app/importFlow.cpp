@@ -229,12 +229,22 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     if (source != FlowOutcome::Done) {
         return source;
     }
-    const history::Recorder recorder(session, FactsOf(session, request, procedures, work));
-    std::optional<Transaction> trial;
-    if (request.dryRun) {
-        trial.emplace(session.Quadrix);
+    std::optional<history::Recorder> recorder; // a look at both sides is no run
+    if (!request.look.before) {
+        recorder.emplace(session, FactsOf(session, request, procedures, work));
     }
-    return RunProcedures(session, request, procedures, open);
+    if (!request.dryRun) {
+        return RunProcedures(session, request, procedures, open);
+    }
+    const Transaction trial(session.Quadrix);
+    if (request.look.before) {
+        request.look.before();
+    }
+    const FlowOutcome outcome = RunProcedures(session, request, procedures, open);
+    if (request.look.after) {
+        request.look.after();
+    }
+    return outcome;
 }
 
 FlowOutcome Press(Session& session, const ImportRequest& request) {

@@ -31,6 +31,13 @@ void Forget(Session& session);
 /// False when something is missing; the operator has been told then.
 bool CheckData(Session& session, const Choice& choice);
 
+/// Looks at the database around what a trial does to it, within its transaction and with the source open. What they
+/// raise ends the press. Either may be empty.
+struct TrialLook {
+    std::function<void()> before; ///< the first procedure
+    std::function<void()> after;  ///< the last one, before everything is taken back
+};
+
 /// One press of an import button.
 struct ImportRequest {
     Choice choice;
@@ -43,6 +50,7 @@ struct ImportRequest {
     /// The source rows that the procedures are limited to, such as those that an earlier run has given up; null: all.
     /// Nothing is emptied then.
     std::shared_ptr<contract::RowSelection> only;
+    TrialLook look = {};       ///< at such a trial
 };
 
 enum class FlowOutcome {

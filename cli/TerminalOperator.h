@@ -35,6 +35,8 @@ public:
     bool GaveUp() const { return m_gaveUp; }
     /// Answers of the command line that no question has taken.
     const GivenAnswers& AnswersLeft() const { return m_answers; }
+    /// Takes answers in place of those that are left.
+    void SetAnswers(GivenAnswers answers) { m_answers = std::move(answers); }
     /// The warnings shown so far.
     const QStringList& Warnings() const { return m_warnings; }
 

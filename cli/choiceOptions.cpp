@@ -95,7 +95,10 @@ const contract::Origin& OriginFrom(const QCommandLineParser& options) {
 }
 
 contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin) {
-    const QString data = Required(options, "data");
+    return ButtonFrom(Required(options, "data"), origin);
+}
+
+contract::Button ButtonFrom(const QString& data, const contract::Origin& origin) {
     if (const auto button = contract::ButtonFromName(data)) {
         return *button;
     }

@@ -24,6 +24,8 @@ void TakeCompanyOption(Context& context, Choice& choice);
 const contract::Origin& OriginFrom(const QCommandLineParser& options);
 /// The button of --data. Raises `UsageError` listing the kinds, with the procedures of the origin that may be meant.
 contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin);
+/// The same of one value of --data.
+contract::Button ButtonFrom(const QString& data, const contract::Origin& origin);
 /// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.
 ErrorAction ErrorsFrom(const QCommandLineParser& options);
 

@@ -4,9 +4,9 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(),
-        ImportCommand(),   SequenceCommand(),       MergeCommand(),   ResetCommand(),
-        TruncateCommand(), HistoryCommand(),        CodesCommand(),   UndoCommand(),
+        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(), ImportCommand(),
+        HistoryCommand(),  CodesCommand(),          UndoCommand(),    ReportCommand(), SequenceCommand(),
+        MergeCommand(),    ResetCommand(),          TruncateCommand(),
     };
     return commands;
 }

@@ -13,6 +13,7 @@ Command InspectCommand();
 Command HistoryCommand();
 Command UndoCommand();
 Command CodesCommand();
+Command ReportCommand();
 Command MergeCommand();
 Command SequenceCommand();
 Command ResetCommand();

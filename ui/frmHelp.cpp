@@ -25,6 +25,8 @@ const char* const Keys = R"(## Tasti
 | Ctrl+E | esamina la sorgente: tabelle e colonne accanto a quelle che l'origine legge |
 | F7 | verifica che sorgente e azienda abbiano ciò che serve; non scrive nulla |
 | F8 | prova un'importazione: alla fine il database torna com'era |
+| F9 | codici dell'origine che attendono il codice di Quadrix |
+| F11 | confronta la sorgente con ciò che è in Quadrix e ne apre il verbale; non scrive nulla |
 | Alt e la lettera sottolineata | il campo o il pulsante con quella lettera |
 
 ## Da dove cominciare
@@ -33,6 +35,7 @@ const char* const Keys = R"(## Tasti
 2. Esaminare la sorgente (Ctrl+E): dare un nome a ciò che manca, guardare l'anteprima.
 3. Verificare (F7) e provare (F8): l'esito dice quante righe si scriverebbero e quali no, e perché.
 4. Importare. Le righe abbandonate stanno nell'esito e nel registro, con tabella, riga, colonna e valore.
+5. Confrontare sorgente e Quadrix (F11): il verbale, con le cifre dei due lati e le differenze, è da firmare.
 )";
 
 QTextBrowser* NewPage(const QString& name, const QString& accessibleName) {

@@ -44,6 +44,8 @@ public slots:
     void cmdInspect_Click();
     void cmdCheck_Click();
     void cmdCodes_Click();
+    /// Compares source and Quadrix, of all that the origin imports or of what one button does, and opens the page.
+    void Prove(std::optional<contract::Button> button);
     void ShowHelp();
     /// Tries the connection again that failed at start.
     void RetryConnection();
@@ -75,6 +77,9 @@ private:
     void ShowState();
     void ShowSource();
     void FillTrials(class QMenu& menu);
+    void FillProofs(class QMenu& menu);
+    QList<contract::Button> ButtonsToTry() const;
+    void TellNothingToTry(class QMenu& menu) const;
     void Run(ImportRequest request);
     void FocusFirstChoice();
     QString CompanyText() const;

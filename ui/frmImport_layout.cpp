@@ -36,6 +36,14 @@ ChoiceList* NewList(const QString& name, const QString& accessibleName, const QS
     return list;
 }
 
+/// A button that opens a menu, which is filled each time.
+void AddMenu(QToolButton& button, const std::function<void(QMenu&)>& fill) {
+    auto* menu = new QMenu(&button);
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, fill] { fill(*menu); });
+    button.setMenu(menu);
+    button.setPopupMode(QToolButton::InstantPopup);
+}
+
 } // namespace
 
 void frmImport::Lay() {
@@ -116,17 +124,18 @@ QList<QToolButton*> frmImport::NewTrialTools() {
     connect(check, &QToolButton::clicked, this, &frmImport::cmdCheck_Click);
     auto* trial = NewToolButton("cmdTrial", "Prova", "Prova un'importazione: alla fine il database torna com'era",
                                 QKeySequence("F8"));
-    auto* imports = new QMenu(trial);
-    connect(imports, &QMenu::aboutToShow, this, [this, imports] { FillTrials(*imports); });
-    trial->setMenu(imports);
-    trial->setPopupMode(QToolButton::InstantPopup);
+    AddMenu(*trial, [this](QMenu& menu) { FillTrials(menu); });
+    auto* proof = NewToolButton("cmdProof", "Quadratura",
+                                "Confronta la sorgente con ciò che è in Quadrix e ne apre il verbale, senza scrivere",
+                                QKeySequence("F11"));
+    AddMenu(*proof, [this](QMenu& menu) { FillProofs(menu); });
     auto* codes = NewToolButton("cmdCodes", "Codici", "Codici dell'origine che attendono il codice di Quadrix",
                                 QKeySequence("F9"));
     connect(codes, &QToolButton::clicked, this, &frmImport::cmdCodes_Click);
     auto* help = NewToolButton("cmdHelp", "Aiuto", "Tasti, corrispondenze dell'origine, versione",
                                QKeySequence(QKeySequence::HelpContents));
     connect(help, &QToolButton::clicked, this, &frmImport::ShowHelp);
-    return {check, trial, codes, help};
+    return {check, trial, codes, proof, help};
 }
 
 QGroupBox* frmImport::NewTools() {

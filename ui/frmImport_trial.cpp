@@ -1,4 +1,7 @@
 #include "app/check.h"
+#include "app/report/makeProof.h"
+#include "app/report/pageFile.h"
+#include "app/report/verdict.h"
 #include "app/resultText.h"
 #include "ui/frmCodes.h"
 #include "ui/frmHelp.h"
@@ -6,7 +9,10 @@
 #include "ui/ImportButtons.h"
 #include "ui/WindowOperator.h"
 
+#include <QDesktopServices>
+#include <QDir>
 #include <QMenu>
+#include <QUrl>
 
 /// Every procedure that the buttons of the window call.
 void frmImport::cmdCheck_Click() {
@@ -53,25 +59,72 @@ void frmImport::cmdCodes_Click() {
     }
 }
 
-/// The imports that can be tried now, under the names that the window tells beside their buttons.
-void frmImport::FillTrials(QMenu& menu) {
-    menu.clear();
+/// The imports that can be tried now.
+QList<contract::Button> frmImport::ButtonsToTry() const {
     const contract::Origin* origin = Chosen().origin;
-    for (size_t i = 0; i < m_state.imports.size(); ++i) {
+    QList<contract::Button> buttons;
+    for (size_t i = 0; origin != nullptr && i < m_state.imports.size(); ++i) {
         const auto button = static_cast<contract::Button>(i);
-        const ButtonHint hint = HintOf(m_state, button, origin);
-        if (m_state.At(button).visible && hint.built && origin != nullptr) {
-            ImportRequest request;
-            request.button = button;
-            request.dryRun = true;
-            connect(menu.addAction(hint.what), &QAction::triggered, this, [this, request] { Run(request); });
+        if (m_state.At(button).visible && HintOf(m_state, button, origin).built) {
+            buttons.append(button);
         }
     }
-    if (menu.isEmpty()) {
-        menu.addAction(origin == nullptr ? "Scegliere prima l'origine dei dati"
-                                         : "Nessuna importazione disponibile in questa versione")
-            ->setEnabled(false);
+    return buttons;
+}
+
+void frmImport::TellNothingToTry(QMenu& menu) const {
+    menu.addAction(Chosen().origin == nullptr ? "Scegliere prima l'origine dei dati"
+                                              : "Nessuna importazione disponibile in questa versione")
+        ->setEnabled(false);
+}
+
+/// Under the names that the window tells beside their buttons.
+void frmImport::FillTrials(QMenu& menu) {
+    menu.clear();
+    for (const contract::Button button : ButtonsToTry()) {
+        ImportRequest request;
+        request.button = button;
+        request.dryRun = true;
+        connect(menu.addAction(HintOf(m_state, button, Chosen().origin).what), &QAction::triggered, this,
+                [this, request] { Run(request); });
     }
+    if (menu.isEmpty()) {
+        TellNothingToTry(menu);
+    }
+}
+
+void frmImport::FillProofs(QMenu& menu) {
+    menu.clear();
+    for (const contract::Button button : ButtonsToTry()) {
+        connect(menu.addAction(HintOf(m_state, button, Chosen().origin).what), &QAction::triggered, this,
+                [this, button] { Prove(button); });
+    }
+    if (menu.isEmpty()) {
+        TellNothingToTry(menu);
+        return;
+    }
+    menu.addSeparator();
+    connect(menu.addAction("Tutto ciò che l'origine importa"), &QAction::triggered, this, [this] { Prove({}); });
+}
+
+void frmImport::Prove(std::optional<contract::Button> button) {
+    if (m_running || !CheckData(m_session, Chosen())) {
+        return;
+    }
+    const Running running(*this);
+    const contract::Origin& origin = *Chosen().origin;
+    const std::vector<proof::Wanted> wanted = button ? std::vector<proof::Wanted>{{*button}} : proof::AllOf(origin);
+    Guarded(m_session.Errors, "frmImport", "Prove", false, [&] {
+        const auto made = proof::Make(m_session, Chosen(), wanted);
+        if (made) {
+            const QString path = proof::KeepPage(SettingsFolder() + "/Verbali", *made);
+            ShowAccount(
+                "Quadratura con " + origin.name + " (non è stato scritto nulla)",
+                {proof::VerdictOf(proof::FindingsOf(*made)).reason, "Verbale: " + QDir::toNativeSeparators(path)});
+            QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+        }
+        return made.has_value();
+    });
 }
 
 /// What the origin's procedures read and write; the one behind the import button that has the focus comes first.

@@ -7,6 +7,7 @@
 #include "ui/frmInspect.h"
 #include "ui/frmSource.h"
 
+#include <QDesktopServices>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTableWidget>
@@ -15,6 +16,7 @@
 #include <QTextBrowser>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QUrl>
 
 namespace {
 
@@ -72,6 +74,10 @@ void Press(QDialog& dialog, const char* button) { dialog.findChild<QPushButton*>
 /// The source in the window: chosen, tried, looked at and fitted.
 class TestInspecting : public QObject {
     Q_OBJECT
+
+public slots:
+    /// Stands for the browser.
+    void Opened(const QUrl& page) { m_opened = page.toLocalFile(); }
 
 private slots:
     void TellsWhatWillBeRead() {
@@ -189,6 +195,13 @@ private slots:
         QVERIFY2(result().startsWith("Prova (il database è rimasto com'era) di Controparti da Gescom") &&
                      result().contains("inserite 3"),
                  qPrintable(result()));
+        auto* proofs = test.Tool("cmdProof").menu();
+        emit proofs->aboutToShow();
+        QDesktopServices::setUrlHandler("file", this, "Opened");
+        proofs->actions().first()->trigger();
+        QDesktopServices::unsetUrlHandler("file");
+        QVERIFY2(result().contains("che l'origine dà mancano"), qPrintable(result()));
+        QVERIFY(ReadFile(m_opened).contains("Controparti"));
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO"), QString("0"));
     }
 
@@ -262,6 +275,9 @@ private slots:
         QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("0"));
         QVERIFY(!QFileInfo::exists(test.Folder.filePath("import.log")));
     }
+
+private:
+    QString m_opened;
 };
 
 QUADRIX_TEST(TestInspecting)

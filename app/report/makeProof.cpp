@@ -1,0 +1,344 @@
+#include "app/report/makeProof.h"
+
+#include "adapters/contract/map/rules.h"
+#include "app/confirmation.h"
+#include "app/procedureTitle.h"
+#include "app/process.h"
+#include "app/report/PartiesAnew.h"
+#include "app/report/TableWatch.h"
+#include "core/worker.h"
+#include "sql/mod_ovTools.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+using namespace contract;
+
+namespace proof {
+
+namespace {
+
+constexpr qsizetype MostCodes = 200;
+const QString Translations = QStringLiteral("SYS_IMP");
+
+/// While it lives, imports disturb nobody: no message waits, the log is another one, and what they write bears a later
+/// time than anything that stands there.
+class Undisturbed {
+public:
+    explicit Undisturbed(Session& session)
+        : m_session(session),
+          m_quiet(session.Person),
+          m_log(std::exchange(session.LogFile, m_folder.filePath(QStringLiteral("quadratura.log")))),
+          m_copy(std::exchange(session.LogCopy, QString())),
+          m_beginsAnew(session.LogBeginsAnew),
+          m_now(session.Now) {
+        session.Now = [now = m_now] { return now().addSecs(1); };
+    }
+    ~Undisturbed() {
+        m_session.LogFile = m_log;
+        m_session.LogCopy = m_copy;
+        m_session.LogBeginsAnew = m_beginsAnew;
+        m_session.Now = m_now;
+    }
+    Undisturbed(const Undisturbed&) = delete;
+    Undisturbed& operator=(const Undisturbed&) = delete;
+
+private:
+    Session& m_session;
+    QTemporaryDir m_folder;
+    Operator::Quiet m_quiet;
+    QString m_log;
+    QString m_copy;
+    bool m_beginsAnew;
+    std::function<QDateTime()> m_now;
+};
+
+/// The tables that procedures write and the database has, each once, but for that of the translations.
+std::vector<const schema::Table*> WrittenTables(Session& session, const std::vector<const Procedure*>& procedures) {
+    const QStringList there = session.Quadrix.GetTables();
+    std::vector<const schema::Table*> tables;
+    for (const Procedure* procedure : procedures) {
+        for (const NeededTables::Table& needed : NeededTables::Written(session, procedure->needs).Tables()) {
+            const schema::Table* table = schema::FindTable(needed.name);
+            if (table != nullptr && table->name != Translations &&
+                there.contains(session.Quadrix.GetFullTableName(table->name), Qt::CaseInsensitive) &&
+                std::find(tables.begin(), tables.end(), table) == tables.end()) {
+                tables.push_back(table);
+            }
+        }
+    }
+    return tables;
+}
+
+/// The columns that rules fill by the day on which an import runs, as "CON_TRO.COINV", each once: they differ from day
+/// to day.
+QStringList ColumnsOfToday(const std::vector<const Procedure*>& procedures) {
+    static const QString today = rules::Today().text;
+    QStringList columns;
+    for (const Procedure* procedure : procedures) {
+        for (const Mapping* mapping : procedure->needs.mappings) {
+            for (const MapLine& line : mapping->lines) {
+                if (line.rule.text.contains(today)) {
+                    columns.append(mapping->targetTable + u'.' + line.target);
+                }
+            }
+        }
+    }
+    columns.removeDuplicates();
+    return columns;
+}
+
+/// Those of a table, by their bare names.
+QStringList ColumnsIn(const QString& table, const QStringList& columns) {
+    return QStringList(columns.filter(QRegularExpression(u'^' + table + u"\\.")))
+        .replaceInStrings(table + u'.', QString());
+}
+
+/// Takes what more of the rows that are there was compared. Rows that are missing or too many are told by the trial
+/// that saw all of them.
+void Deepen(TableFigures& figures, const TableFigures& deeper) {
+    const auto isOfValues = [](const Difference& each) { return each.kind == Difference::Kind::Value; };
+    figures.equal = std::max<qint64>(0, figures.OfTarget() - figures.surplus - deeper.different);
+    figures.different = deeper.different;
+    std::erase_if(figures.differences, isOfValues);
+    std::copy_if(deeper.differences.begin(), deeper.differences.end(), std::back_inserter(figures.differences),
+                 isOfValues);
+    if (deeper.OfSource() == figures.OfSource()) {
+        figures.totals = deeper.totals;
+    }
+}
+
+/// One kind under comparison.
+class Comparison {
+public:
+    Comparison(Session& session, const Choice& choice, const Answers& answers, Wanted wanted)
+        : m_session(session),
+          m_choice(choice),
+          m_answers(answers),
+          m_wanted(std::move(wanted)),
+          m_procedures(ProceduresOf(*choice.origin, m_wanted)),
+          m_sourceRows(session) {}
+
+    Kind Run();
+    /// Where the source stands that was read.
+    const QString& Source() const { return m_source; }
+
+private:
+    ImportRequest Request(TrialLook look) const;
+    TrialLook Look();
+    QString Title() const;
+    void TakeSteps(qsizetype first);
+    void TakeTrouble(const QStringList& messages);
+    bool CanRepeat() const;
+    void CompareParties();
+
+    Session& m_session;
+    const Choice& m_choice;
+    const Answers& m_answers;
+    Wanted m_wanted;
+    std::vector<const Procedure*> m_procedures;
+    SourceRows m_sourceRows;
+    std::vector<TableWatch> m_tables;
+    bool m_isCompared = false; ///< the trial has come to its end, whatever that was
+    QString m_source;
+    Kind m_kind;
+};
+
+QString Comparison::Title() const {
+    return m_wanted.procedure.isEmpty() ? ButtonCaption(*m_choice.origin, m_wanted.button)
+                                        : ProcedureTitle(*m_choice.origin, *m_procedures.front());
+}
+
+ImportRequest Comparison::Request(TrialLook look) const {
+    ImportRequest request;
+    request.choice = m_choice;
+    request.button = m_wanted.button;
+    request.procedure = m_wanted.procedure;
+    request.confirmed = true;
+    request.reset = false;
+    request.dryRun = true;
+    request.look = std::move(look);
+    return request;
+}
+
+/// Reads the tables around a trial.
+TrialLook Comparison::Look() {
+    TrialLook look;
+    look.before = [this] {
+        m_source = confirmation::SourceText(m_session, *m_choice.origin, m_procedures);
+        m_kind.uncompared = ColumnsOfToday(m_procedures);
+        for (const schema::Table* table : WrittenTables(m_session, m_procedures)) {
+            const QStringList leftOut = ColumnsIn(table->name, m_kind.uncompared);
+            m_tables.emplace_back(m_session, *table, leftOut, m_sourceRows).Before();
+        }
+    };
+    look.after = [this] {
+        if (m_session.Quadrix.TransactionLost()) {
+            throw ImportError(QStringLiteral("il database ha annullato la prova per conto suo"));
+        }
+        for (TableWatch& table : m_tables) {
+            table.After();
+        }
+        m_isCompared = true;
+    };
+    return look;
+}
+
+Kind Comparison::Run() {
+    m_kind.title = Title().remove(QStringLiteral("Importa "));
+    m_kind.data = m_wanted.procedure.isEmpty() ? ButtonName(m_wanted.button) : m_wanted.procedure;
+    const qsizetype first = m_session.Results.size();
+    const Operator::Quiet quiet(m_session.Person);
+    if (m_answers.keep) {
+        m_answers.keep();
+    }
+    const FlowOutcome outcome = RunImport(m_session, Request(Look()));
+    TakeSteps(first);
+    if (outcome != FlowOutcome::Done) {
+        TakeTrouble(quiet.Kept());
+    }
+    for (TableWatch& table : m_tables) {
+        if (m_isCompared) {
+            table.Since();
+            m_kind.tables.push_back(table.Figures());
+        }
+    }
+    if (outcome == FlowOutcome::Done) {
+        CompareParties();
+    }
+    return m_kind;
+}
+
+bool Comparison::CanRepeat() const {
+    const Place place = m_choice.origin->source.prepare.place;
+    const bool asks =
+        place == Place::Asked || place == Place::Chosen || !AnswersNeeded(*m_choice.origin, m_procedures).empty();
+    return !asks || m_answers.again;
+}
+
+/// Compares all columns of the counterparties, where the trial has compared those of their roles.
+void Comparison::CompareParties() {
+    const auto figures = std::find_if(m_kind.tables.begin(), m_kind.tables.end(),
+                                      [](const TableFigures& each) { return each.table == PartiesAnew::Table; });
+    if (figures == m_kind.tables.end() || figures->OfTarget() == 0) {
+        return;
+    }
+    if (!CanRepeat()) {
+        m_kind.onlyRoles = true;
+        return;
+    }
+    if (m_answers.again) {
+        m_answers.again();
+    }
+    TableWatch watch(m_session, *schema::FindTable(PartiesAnew::Table),
+                     ColumnsIn(PartiesAnew::Table, m_kind.uncompared), m_sourceRows);
+    PartiesAnew anew(m_session);
+    const qsizetype first = m_session.Results.size();
+    const FlowOutcome outcome = RunImport(m_session, Request({[&] {
+                                                                  watch.Before();
+                                                                  anew.Hide();
+                                                              },
+                                                              [&] {
+                                                                  anew.Show();
+                                                                  watch.After();
+                                                              }}));
+    m_session.Results.resize(first);
+    if (outcome != FlowOutcome::Done) {
+        m_kind.trouble = QStringLiteral("le controparti non si sono potute rileggere per intero");
+        return;
+    }
+    watch.Since();
+    Deepen(*figures, watch.Figures());
+}
+
+/// Why the trial did not come to a good end, unless one of its steps tells that.
+void Comparison::TakeTrouble(const QStringList& messages) {
+    const bool isTold = std::any_of(m_kind.steps.begin(), m_kind.steps.end(),
+                                    [](const Step& step) { return step.result.outcome != RunResult::Outcome::Done; });
+    if (isTold) {
+        return;
+    }
+    const QVector<ErrorEntry>& errors = m_session.Errors.Entries();
+    m_kind.trouble = !errors.isEmpty()     ? errors.last().message
+                     : !messages.isEmpty() ? messages.last()
+                                           : QStringLiteral("l'operatore ha rinunciato");
+}
+
+/// Moves the results of the trial out of the session: they tell of no import.
+void Comparison::TakeSteps(qsizetype first) {
+    for (const RunResult& result : m_session.Results.mid(first)) {
+        m_kind.steps.push_back({ProcedureTitle(result.module, result.procedure), result});
+    }
+    m_session.Results.resize(first);
+}
+
+void TakeOpenCodes(Session& session, Proof& proof) {
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT TBNAM, TBFLD, TBOLD FROM SYS_IMP WHERE COALESCE(TBNEW, '') = '' "
+                       "ORDER BY TBNAM, TBFLD, TBOLD"));
+    for (; !rows.Eof(); rows.MoveNext(), ++proof.openCodeCount) {
+        if (proof.openCodeCount < MostCodes) {
+            const auto text = [&rows](int column) { return mod_ovTools::ToText(rows.Fields(column).Value()); };
+            proof.openCodes.push_back({text(0), text(1), text(2)});
+        }
+    }
+}
+
+/// Where the database of Quadrix stands, without user and password.
+QString PlaceOf(const ovConnection& quadrix) {
+    return quadrix.Embedded || quadrix.Server.isEmpty()
+               ? quadrix.DatabaseName
+               : QStringLiteral("server %1, database %2").arg(quadrix.Server, quadrix.DatabaseName);
+}
+
+} // namespace
+
+std::vector<Wanted> AllOf(const Origin& origin) {
+    std::vector<Wanted> all;
+    for (int i = 0; i < ButtonCount; ++i) {
+        const auto button = static_cast<Button>(i);
+        const auto procedures = ::ProceduresOf(origin, button);
+        const bool destroys = std::any_of(procedures.begin(), procedures.end(),
+                                          [](const Procedure* each) { return !each->destroys.isEmpty(); });
+        if (FirstSourceOf(origin, procedures) != nullptr && !destroys) {
+            all.push_back({button});
+        }
+    }
+    return all;
+}
+
+std::vector<const Procedure*> ProceduresOf(const Origin& origin, const Wanted& wanted) {
+    ImportRequest request;
+    request.choice.origin = &origin;
+    request.button = wanted.button;
+    request.procedure = wanted.procedure;
+    return CalledBy(request);
+}
+
+std::optional<Proof> Make(Session& session, Choice choice, const std::vector<Wanted>& wanted, const Answers& answers) {
+    choice.errors = ErrorAction::Ignore;
+    if (!CheckData(session, choice)) {
+        return std::nullopt;
+    }
+    Proof proof;
+    proof.begun = session.Now();
+    proof.companyCode = session.UserManager.Azienda();
+    proof.companyName = confirmation::CompanyLine(session).section(u' ', 2);
+    proof.origin = choice.origin->name;
+    proof.database = PlaceOf(session.Quadrix);
+    proof.worker = WorkerText();
+    proof.version = process::VersionText(QStringLiteral("Quadrix/IMPORT")).section(u'\n', 0, 0);
+    {
+        const Undisturbed undisturbed(session);
+        for (const Wanted& each : wanted) {
+            Comparison comparison(session, choice, answers, each);
+            proof.kinds.push_back(comparison.Run());
+            proof.source = proof.source.isEmpty() ? comparison.Source() : proof.source;
+        }
+    }
+    TakeOpenCodes(session, proof);
+    proof.ended = session.Now();
+    return proof;
+}
+
+} // namespace proof

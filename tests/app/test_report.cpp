@@ -1,0 +1,209 @@
+#include "adapters/registry.h"
+#include "app/importFlow.h"
+#include "app/report/html.h"
+#include "app/report/json.h"
+#include "app/report/makeProof.h"
+#include "app/report/verdict.h"
+#include "examples/examples.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+#include "tests/support/TestTarget.h"
+
+#include <QTest>
+
+using namespace proof;
+
+namespace {
+
+const contract::Origin& Gescom() { return *registry::Find("Gescom"); }
+
+/// A company into which the counterparties, articles and documents of an example have been imported.
+class Migrated : public TestTarget {
+public:
+    /// @param change statement on the source, before the imports; may be empty
+    explicit Migrated(const QString& change = {}) {
+        examples::Options options;
+        options.rows = 12;
+        options.folder = Folder.filePath("gescom");
+        options.company = "X01";
+        examples::Make("gescom", options);
+        Db().ExecuteScript(QString::fromUtf8(ReadFile(Folder.filePath("gescom/quadrix.sql"))));
+        Get().Config.SetAppConfig("IMPORT", "Databasename", "gescom/gescom.db");
+        Get().Config.SetAppConfig("IMPORT", "DOC_DateStart", "01/01/2000");
+        if (!change.isEmpty()) {
+            ovConnection source;
+            OpenEmbedded(source, Folder.filePath("gescom/gescom.db")).Execute(change);
+        }
+        Person.Otherwise = true;
+        for (const Wanted& each : AllOf(Gescom())) {
+            ImportRequest request;
+            request.choice = Chosen();
+            request.button = each.button;
+            request.reset = false;
+            RunImport(Get(), request);
+        }
+    }
+
+    static Choice Chosen() { return {"Prova Uno S.r.l.", {}, &Gescom(), ErrorAction::Ignore}; }
+    Proof Compared(const std::vector<Wanted>& wanted = AllOf(Gescom())) { return *Make(Get(), Chosen(), wanted); }
+};
+
+/// "value DOC_VEN DDT 1 2024 DTTOT 10 20", one for each difference.
+QStringList Differences(const Proof& proof) {
+    QStringList texts;
+    for (const Kind& kind : proof.kinds) {
+        for (const TableFigures& table : kind.tables) {
+            for (const Difference& each : table.differences) {
+                static const QStringList kinds{"value", "missing", "surplus"};
+                QStringList parts{
+                    kinds.at(static_cast<int>(each.kind)), each.table, each.row, each.column, each.source, each.target};
+                parts.removeAll(QString());
+                texts.append(parts.join(' '));
+            }
+        }
+    }
+    return texts;
+}
+
+const TableFigures& Figures(const Proof& proof, const QString& table) {
+    for (const Kind& kind : proof.kinds) {
+        for (const TableFigures& figures : kind.tables) {
+            if (figures.table == table) {
+                return figures;
+            }
+        }
+    }
+    throw ImportError(table);
+}
+
+} // namespace
+
+/// What source and Quadrix have in common, and what they have not.
+class TestReport : public QObject {
+    Q_OBJECT
+
+private slots:
+    /// Everything is found again, by both sides' own figures; nothing is written, not even into the log.
+    void AgreesAfterAnImport() {
+        Migrated target;
+        const QByteArray log = target.Log();
+        const QStringList before = target.Rows("SELECT * FROM X01_DOC_VEN ORDER BY RECORD_ID");
+        const qsizetype results = target.Get().Results.size();
+        target.Person.Events.clear();
+        target.Get().Now = [] { return QDateTime(QDate(2024, 11, 30), QTime(8, 0)); }; // some columns tell the day
+        const Proof proof = target.Compared();
+        QCOMPARE(Differences(proof), QStringList());
+        QVERIFY(VerdictOf(FindingsOf(proof)).light != Light::Red);
+        for (const char* table : {"CON_TRO", "ART_ICO", "DOC_VEN", "DOC_VER"}) {
+            const TableFigures& figures = Figures(proof, table);
+            QCOMPARE(QString::number(figures.equal), target.Value(QString("SELECT COUNT(*) FROM X01_") + table));
+            QVERIFY(figures.equal > 0);
+            QCOMPARE(figures.OfSource(), figures.equal);
+        }
+        double total = 0;
+        for (const Total& each : Figures(proof, "DOC_VEN").totals) {
+            QVERIFY(each.Agrees());
+            total += each.amounts.back().target.Value();
+        }
+        QCOMPARE(total, target.Value("SELECT SUM(DTTOT) FROM X01_DOC_VEN").toDouble());
+        QCOMPARE(target.Rows("SELECT * FROM X01_DOC_VEN ORDER BY RECORD_ID"), before);
+        QCOMPARE(target.Log(), log);
+        QCOMPARE(target.Get().Results.size(), results);
+        QVERIFY2(target.Person.Events.filter("[").isEmpty(), qPrintable(target.Person.Events.join('\n')));
+        QCOMPARE(Digest(target.Compared()), Digest(proof));
+    }
+
+    /// Whatever is done to Quadrix by hand is found and named, with both values.
+    void NamesWhatDiffers_data() {
+        Columns<QString, QString, QString>("change", "row", "told");
+        Row("an amount", "UPDATE X01_DOC_VER SET DRPRZ = 1234.5 WHERE RECORD_ID = 1",
+            "SELECT T.DTCAU || ' ' || T.DTNUM || ' ' || T.DTANN || ' - ' || R.DRNUM || ' ' || R.DRART FROM X01_DOC_VEN "
+            "T "
+            "JOIN X01_DOC_VER R ON R.IDTES = T.RECORD_ID WHERE R.RECORD_ID = 1",
+            "value DOC_VER %1 DRPRZ * 1.234,5");
+        Row("a total, which no column of the source gives", "UPDATE X01_DOC_VEN SET DTTOT = 99.99 WHERE RECORD_ID = 2",
+            "SELECT DTCAU || ' ' || DTNUM || ' ' || DTANN FROM X01_DOC_VEN WHERE RECORD_ID = 2",
+            "value DOC_VEN %1 DTTOT * 99,99");
+        Row("a description", "UPDATE X01_ART_ICO SET ARDES = 'Altro' WHERE RECORD_ID = 3",
+            "SELECT CDART || ' Altro' FROM X01_ART_ICO WHERE RECORD_ID = 3", "value ART_ICO %1 ARDES * Altro");
+        Row("a name, which a second import leaves", "UPDATE X01_CON_TRO SET CORAS = 'Altro' WHERE RECORD_ID = 3",
+            "SELECT CDCON || ' Altro' FROM X01_CON_TRO WHERE RECORD_ID = 3", "value CON_TRO %1 CORAS * Altro");
+        Row("a row of a document", "DELETE FROM X01_DOC_VER WHERE RECORD_ID = 1",
+            "SELECT T.DTCAU || ' ' || T.DTNUM || ' ' || T.DTANN || ' - ' || R.DRNUM || ' ' || R.DRART FROM X01_DOC_VEN "
+            "T "
+            "JOIN X01_DOC_VER R ON R.IDTES = T.RECORD_ID WHERE R.RECORD_ID = 1",
+            "missing DOC_VER %1");
+    }
+    void NamesWhatDiffers() {
+        QFETCH(const QString, change);
+        QFETCH(const QString, row);
+        QFETCH(const QString, told);
+        Migrated target;
+        const QString named = target.Value(row);
+        QCOMPARE(target.Execute(change), 1);
+        const Proof proof = target.Compared();
+        const QStringList found = Differences(proof);
+        const QString expected =
+            QRegularExpression::escape(told.arg(change.contains("Altro") ? target.Value(row) : named))
+                .replace("\\*", ".+");
+        QVERIFY2(!found.filter(QRegularExpression('^' + expected + '$')).isEmpty(),
+                 qPrintable(expected + "\n" + found.join('\n')));
+        QCOMPARE(VerdictOf(FindingsOf(proof)).light, Light::Red);
+        const QString page = Html(proof);
+        QVERIFY(page.contains(named.toHtmlEscaped()) || page.contains("Altro"));
+    }
+
+    /// Rows of others are no fault of the migration; what is gone from the source, or does not fit, is told.
+    void TellsReserves_data() {
+        Columns<QString, QString, QString>("source", "change", "told");
+        Row("a row that does not fit", "UPDATE ARTICOLI SET PSARTICO = 'abc' WHERE ROWID = 2", "",
+            "1 riga dell'origine non si può importare");
+        Row("a row of somebody else", "", "INSERT INTO X01_ART_ICO (CDART, ARDES) VALUES ('A MANO', 'Di altri')", "");
+        Row("a code without a translation", "UPDATE ARTICOLI SET IVARTICO = 'Q9' WHERE ROWID = 2", "", "traduzione");
+    }
+    void TellsReserves() {
+        QFETCH(const QString, source);
+        QFETCH(const QString, change);
+        QFETCH(const QString, told);
+        Migrated target(source);
+        if (!change.isEmpty()) {
+            target.Execute(change);
+        }
+        const Proof proof = target.Compared({{contract::Button::Art}});
+        const Verdict verdict = VerdictOf(FindingsOf(proof));
+        QVERIFY2(verdict.light != Light::Red, qPrintable(verdict.reason + Differences(proof).join('\n')));
+        QVERIFY2(verdict.reason.contains(told), qPrintable(verdict.reason));
+        QCOMPARE(Figures(proof, "ART_ICO").others, change.isEmpty() ? 0 : 1);
+        if (told.startsWith('1')) {
+            QVERIFY(Html(proof).contains("abc"));
+        }
+    }
+
+    /// A source that cannot be read proves nothing.
+    void IsRedWithoutASource() {
+        Migrated target;
+        target.Get().Config.SetAppConfig("IMPORT", "Databasename", "non-c-e/gescom.db");
+        const Proof proof = target.Compared({{contract::Button::Art}});
+        const Verdict verdict = VerdictOf(FindingsOf(proof));
+        QCOMPARE(verdict.light, Light::Red);
+        QVERIFY2(verdict.reason.contains("non-c-e"), qPrintable(verdict.reason));
+    }
+
+    /// Sums do not depend on the order, and a cent is never lost in a large one.
+    void SumsExactly() {
+        ExactSum up;
+        ExactSum down;
+        const QVector<double> amounts{1e12, 0.1, -0.3, 1234567.89, -1e12, 0.000001, 2.675};
+        for (qsizetype i = 0; i < amounts.size(); ++i) {
+            up.Add(amounts.at(i));
+            down.Add(amounts.at(amounts.size() - 1 - i));
+        }
+        QVERIFY(up == down);
+        QCOMPARE(QString::number(up.Value(), 'f', 6), QString("1234570.365001"));
+        down.Add(0.01);
+        QVERIFY(!(up == down));
+    }
+};
+
+QUADRIX_TEST(TestReport)
+#include "test_report.moc"
