@@ -187,6 +187,17 @@ private:
 
 } // namespace
 
+std::unique_ptr<Engine> OpenTextFileAs(const QStringList& tables, const QString& path,
+                                       const ConnectionSettings& settings) {
+    std::vector<FileTable> offered;
+    for (const QString& table : tables) {
+        offered.push_back({table, [path, table, settings](PrivateDatabase& database) {
+                               TextLoader(path, settings).Load(database, table);
+                           }});
+    }
+    return OpenFileTables(QStringLiteral("il file '%1'").arg(path), std::move(offered), settings);
+}
+
 std::unique_ptr<Engine> OpenTextFolder(const QString& folder, const ConnectionSettings& settings) {
     const auto load = [settings](PrivateDatabase& database, const QString& name, const QString& path) {
         TextLoader(path, settings).Load(database, name);

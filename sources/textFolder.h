@@ -4,6 +4,11 @@
 
 namespace sources {
 
+/// Opens one text file as each of the tables, whatever it is called: each kind of file of an origin is a table of its
+/// own, whose columns are read when it is asked for. It is read as those of a folder are.
+std::unique_ptr<Engine> OpenTextFileAs(const QStringList& tables, const QString& path,
+                                       const ConnectionSettings& settings);
+
 /// Opens a folder of text files: each .csv or .txt file is a table of a private database, under its name without the
 /// extension; of the settings' `tables`, those that name an extension are offered under that name. A table is read
 /// when it is first asked for. Every value is a text, an empty one Null; the number of the line is the first column
