@@ -27,9 +27,6 @@ const std::vector<Row>& Rows() {
     const QString csvFilter = QStringLiteral("File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
     // clang-format off
     static const std::vector<Row> rows{
-        {"Lamina", "modImport_Lamina", "CSV", TextFile(csvTitle, csvFilter), "YYYYYYYN",
-         {{Acq, "Importa Contatti Clienti"}, {Saldi, "Importa Sedi Clienti"},
-          {Piano, "Importa Lavorazioni Distinte"}}},
     };
     // clang-format on
     return rows;

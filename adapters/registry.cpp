@@ -61,7 +61,7 @@
     MODULE(Veldra, Entry) \
     MODULE(Facile, Entry) \
     MODULE(Borgo, Entry) \
-    ANNOUNCED("Lamina") \
+    MODULE(Lamina, Entry) \
     MODULE(Siderea, Entry)
 /// Those that the list does not show.
 #define QUADRIX_SECOND_SOURCES(MODULE) \
