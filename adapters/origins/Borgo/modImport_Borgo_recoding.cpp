@@ -5,6 +5,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/origins/Borgo/modImport_Borgo.h"
+#include "core/modImport.h"
 #include "core/qdxProduction_sheets.h"
 #include "sql/mod_ovTools.h"
 
@@ -78,10 +79,16 @@ QString NewCodeOf(Session& session, const QString& article) {
     return material.isEmpty() || thickness == 0 ? QString() : qdxProduction::qdxAnaGetCodeArtSheet(material, thickness);
 }
 
+/// CDART of a sheet of the source: the code that it has been given, or its own where no article has that one.
+QString ArticleOf(Session& session, const QString& source) {
+    const QString given = ArticleCodeOf(session, CodesOf, CodeField, source);
+    return IsThere(session, CodesOf, CodeField, given) ? given : modImport::FormatKeyField(session, source);
+}
+
 RowOutcome Recode(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString source = Field("CodArt").RequiredText(session, row);
-    const QString article = ArticleCodeOf(session, CodesOf, CodeField, source);
+    const QString article = ArticleOf(session, source);
     if (!IsImported(run, article)) {
         return run.Skip(ArticleMissing);
     }
