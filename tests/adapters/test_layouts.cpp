@@ -142,6 +142,17 @@ private slots:
         QVERIFY2(difference.isEmpty(), qPrintable(difference));
     }
 
+    /// As headers of sheets have.
+    void AColumnMayHavePointsInItsName() {
+        const QString module = "modImport_NubrioExcel";
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.WriteLayout("[COLONNE]\nNUBRIO.U.M.=\n[AGGIUNTE]\nART_ICO.AROBS=NUBRIO.Rev.\n");
+        fixture.Run();
+        const QString outcome = fixture.Outcome();
+        QVERIFY2(outcome.contains("COLONNE CHE MANCANO NELL'ORIGINE: NUBRIO.U.M.") && outcome.contains("AROBS=2"),
+                 qPrintable(outcome));
+    }
+
     void AnOptionalColumnCanBeMissing_data() { OtherNamesGiveTheSameRows_data(); }
     /// What a procedure calls optional it neither looks up by, nor joins, nor sorts by.
     void AnOptionalColumnCanBeMissing() {
