@@ -250,8 +250,8 @@ Sample TableWatch::SampleOf(const Image& source, const Image& target) const {
     for (int column = 0; column < m_columns.size(); ++column) {
         const schema::Column* known = m_known[static_cast<size_t>(column)];
         const QString gives = Shown(known, source.values.at(column));
-        if (IsCompared(column) && !gives.isEmpty()) {
-            const QString& name = m_columns.at(column);
+        const QString& name = m_columns.at(column);
+        if (IsCompared(column) && !gives.isEmpty() && !name.startsWith(u"ID")) { // a link to another row says nothing
             (ColumnTitle(name) == name ? others : named)
                 .push_back({name, gives, Shown(known, target.values.at(column))});
         }

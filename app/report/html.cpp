@@ -118,11 +118,14 @@ QString Method() {
                         "secondo la chiave, con ciò che è in Quadrix adesso. Il confronto non ha scritto nulla: "
                         "alla fine il database è rimasto com'era. Nessuna cifra viene dai contatori delle "
                         "importazioni fatte.")) +
-           Element("p",
-                   Text("Si confrontano le colonne che l'importazione riscrive su una riga che c'è già; quelle che "
-                        "dà soltanto a una riga nuova si confrontano per le righe mancanti. Righe di Quadrix che "
-                        "nessuna importazione ha scritto, come quelle presenti da prima o inserite a mano, sono "
-                        "contate a parte e non sono un errore. Le somme sono esatte al milionesimo.")) +
+           Element(
+               "p",
+               Text("Si confrontano le colonne che l'importazione riscrive su una riga che c'è già, e tutte quelle "
+                    "che dà alle controparti; ciò che dà solo a una riga nuova si vede dalle righe mancanti. "
+                    "«Importate, non riscritte» sono righe scritte da un'importazione che la rilettura ha ritrovato "
+                    "com'erano, o che l'origine non ha più. Righe di Quadrix che nessuna importazione ha scritto, "
+                    "come quelle presenti da prima o inserite a mano, sono contate a parte, «di altri», e non sono "
+                    "un errore. Le somme sono esatte al milionesimo.")) +
            Element("h3", "Le regole dell'esito") +
            Table({},
                  {{{Tag(Light::Green), Text(rules.at(0))}},

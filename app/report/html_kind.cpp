@@ -167,8 +167,8 @@ QString UncomparedLines(const Kind& kind) {
 Row SumRow(const TableFigures& table, const Total& total, const Total::Amount& amount) {
     const bool agrees = amount.source == amount.target;
     const double difference = amount.target.Value() - amount.source.Value();
-    return {{TableName(table.table), Text(total.group), ColumnName(amount.column), Amount(amount.source.Value()),
-             Amount(amount.target.Value()),
+    return {{TableName(table.table), Element("span", Text(total.group), "keep"), ColumnName(amount.column),
+             Amount(amount.source.Value()), Amount(amount.target.Value()),
              agrees ? Amount(0) : Element("strong", Amount(difference), QStringLiteral("bad"))},
             agrees ? QString() : QStringLiteral("bad")};
 }
@@ -231,22 +231,24 @@ QString DifferencesTable(const Kind& kind) {
                      Table({{"Tabella"}, {"Riga"}, {"Colonna"}, {"Origine"}, {"Quadrix"}}, rows) + Rest(rest);
 }
 
-QString SamplesTable(const Kind& kind) {
+QString SampleTable(const QString& table, const Sample& sample) {
     QList<Row> rows;
+    for (const Sample::Value& value : sample.values) {
+        rows.append({{ColumnName(value.column), Text(value.source), Text(value.target)}});
+    }
+    return "<div class=\"whole\">" + Element("h4", TableName(table) + ": " + Text(sample.row)) +
+           Table({{"Colonna"}, {"Origine"}, {"Quadrix"}}, rows, "samples") + "</div>\n";
+}
+
+QString SampleTables(const Kind& kind) {
+    QString tables;
     for (const TableFigures& table : kind.tables) {
         for (const Sample& sample : table.samples) {
-            QString name = TableName(table.table) + "<br>" + Text(sample.row);
-            for (const Sample::Value& value : sample.values) {
-                const QString cssClass = name.isEmpty() ? QStringLiteral("more") : QString();
-                rows.append(
-                    {{std::exchange(name, QString()), ColumnName(value.column), Text(value.source), Text(value.target)},
-                     cssClass});
-            }
+            tables += SampleTable(table.table, sample);
         }
     }
-    return rows.isEmpty() ? QString()
-                          : Element("h3", "Righe a fronte, scelte a caso") +
-                                Table({{"Riga"}, {"Colonna"}, {"Origine"}, {"Quadrix"}}, rows, "samples");
+    return tables.isEmpty() ? QString()
+                            : Element("h3", "Righe a fronte, scelte a caso") + Element("div", u'\n' + tables, "pairs");
 }
 
 } // namespace
@@ -305,7 +307,7 @@ QString KindSection(const Kind& kind) {
     return "<section class=\"kind page\">" + Element("h2", Text(kind.title) + u' ' + Tag(verdict.light)) +
            Element("p", Text(verdict.reason)) + SourceTable(kind) + FiguresTable(kind) + KeptLine(kind) +
            UncomparedLines(kind) + DifferencesTable(kind) + SumsTable(kind) + GivenUpTable(kind) + SkippedTable(kind) +
-           CodesTable(kind) + NotesTable(kind) + SamplesTable(kind) + "</section>\n";
+           CodesTable(kind) + NotesTable(kind) + SampleTables(kind) + "</section>\n";
 }
 
 } // namespace proof::html

@@ -16,7 +16,7 @@ header.band p { margin: 0; color: var(--soft); }
 h1 { margin: 0 0 1mm; font-size: 22pt; font-weight: 600; color: var(--brand); letter-spacing: -.01em; }
 h2 { margin: 10mm 0 3mm; font-size: 15pt; font-weight: 600; color: var(--brand); }
 h3 { margin: 7mm 0 2mm; font-size: 11.5pt; font-weight: 600; }
-h2, h3 { break-after: avoid; }
+h2, h3, h4 { break-after: avoid; }
 p { margin: 0 0 3mm; }
 .soft { color: var(--soft); }
 table { width: 100%; border-collapse: collapse; margin: 0 0 5mm; font-size: 9pt; }
@@ -33,9 +33,11 @@ thead { display: table-header-group; }
 tr.sum td { font-weight: 600; border-top: 1.5px solid var(--ink); }
 tr.bad td { background: #fcefee; }
 table.facts { width: auto; font-size: 10.5pt; }
-table.samples td { border-bottom: 0; padding-top: .3mm; padding-bottom: .3mm; }
-table.samples tr:not(.more) td { border-top: 1px solid var(--line); padding-top: 1.3mm; }
-table.samples tr.more { break-before: avoid; }
+h4 { margin: 3mm 0 1mm; font-size: 9.5pt; font-weight: 600; }
+h4 .soft { font-weight: 400; }
+table.samples { table-layout: fixed; margin-bottom: 3mm; font-size: 8pt; }
+table.samples th:first-child, table.samples td:first-child { min-width: 0; }
+table.samples td, table.samples th { border-width: 0 0 1px; border-color: var(--line); padding: .5mm 2mm; }
 table.rules td:first-child { width: 1%; }
 table.facts td { border: 0; padding: .7mm 6mm .7mm 0; }
 table.facts td:first-child { color: var(--soft); white-space: nowrap; }
@@ -54,6 +56,9 @@ table.facts td:first-child { color: var(--soft); white-space: nowrap; }
        white-space: nowrap; }
 .sign { display: grid; grid-template-columns: 1fr 1fr 32mm; gap: 10mm; margin-top: 18mm; break-inside: avoid; }
 .sign div { border-top: 1px solid var(--ink); padding-top: 1.5mm; color: var(--soft); font-size: 9pt; }
+.keep { white-space: nowrap; }
+.pairs { display: grid; grid-template-columns: 1fr 1fr; gap: 0 8mm; }
+.whole { break-inside: avoid; }
 .chart { width: 100%; height: auto; margin: 1mm 0 4mm; break-inside: avoid; }
 .chart text { font-size: 11px; fill: var(--ink); }
 .found { fill: var(--green); } .missing { fill: var(--red); } .skipped { fill: var(--grey); }
@@ -67,7 +72,6 @@ footer { margin-top: 10mm; padding-top: 3mm; border-top: 1px solid var(--line); 
   body { background: #fff; font-size: 9.5pt; }
   main { max-width: none; margin: 0; padding: 0; box-shadow: none; }
   .page { break-before: page; }
-  .whole { break-inside: avoid; }
   .page > h2:first-child { margin-top: 0; }
 }
 )");
