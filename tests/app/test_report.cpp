@@ -21,7 +21,8 @@ const contract::Origin& Gescom() { return *registry::Find("Gescom"); }
 class Migrated : public TestTarget {
 public:
     /// @param change statement on the source, before the imports; may be empty
-    explicit Migrated(const QString& change = {}) {
+    explicit Migrated(const QString& change = {}, On engine = On::Embedded)
+        : TestTarget(engine) {
         examples::Options options;
         options.rows = 12;
         options.folder = Folder.filePath("gescom");
@@ -84,8 +85,16 @@ class TestReport : public QObject {
 
 private slots:
     /// Everything is found again, by both sides' own figures; nothing is written, not even into the log.
+    void AgreesAfterAnImport_data() {
+        Columns<TestTarget::On>("engine");
+        Row("embedded", TestTarget::On::Embedded);
+        if (TestTarget::HasMariaDb()) {
+            Row("MariaDB", TestTarget::On::MariaDb);
+        }
+    }
     void AgreesAfterAnImport() {
-        Migrated target;
+        QFETCH(const TestTarget::On, engine);
+        Migrated target({}, engine);
         const QByteArray log = target.Log();
         const QStringList before = target.Rows("SELECT * FROM X01_DOC_VEN ORDER BY RECORD_ID");
         const qsizetype results = target.Get().Results.size();
