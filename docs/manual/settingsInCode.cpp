@@ -81,12 +81,14 @@ void AddCalls(const Reader& reader, const QString& code, SettingUses& uses) {
 
 void AddLists(const QString& code, SettingUses& uses) {
     static const QRegularExpression literal(R"re("(\w+)")re");
+    static const QString beginning = QStringLiteral("prefix + ");
     for (auto found = Lists().globalMatch(code); found.hasNext();) {
         const qsizetype from = found.next().capturedEnd();
         const QString list = code.mid(from, code.indexOf(QRegularExpression("[;{}]"), from) - from);
         for (auto each = literal.globalMatch(list); each.hasNext();) {
-            if (const QString key = each.next().captured(1); IsKey(key)) {
-                uses[key];
+            const QString key = each.next().captured(1);
+            if (IsKey(key)) {
+                uses[list.startsWith(beginning) && !key.startsWith(u'_') ? u'_' + key : key];
             }
         }
     }
