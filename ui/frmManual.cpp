@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 120;
+constexpr int WidthInCharacters = 130;
 constexpr int HeightInLines = 40;
 
 } // namespace
