@@ -13,6 +13,7 @@
 #include "ui/frmCodes.h"
 #include "ui/frmHelp.h"
 #include "ui/frmInspect.h"
+#include "ui/frmManual.h"
 #include "ui/frmReset.h"
 #include "ui/frmSequence.h"
 #include "ui/frmSource.h"
@@ -259,6 +260,10 @@ void TakeInspect(TestWindow& test, const Album& album) {
     frmHelp help(&origin, "ImportContropartiGescom", &test.Window());
     help.show();
     album.Take(help, "frmHelp");
+    help.close();
+    frmManual manual("prima-migrazione.md", &test.Window());
+    manual.show();
+    album.Take(manual, "frmManual");
 }
 
 } // namespace
