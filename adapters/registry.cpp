@@ -1,11 +1,9 @@
 #include "adapters/registry.h"
 
-#include "adapters/announced.h"
-
 // clang-format off
-/// The origins in the order of the window's list, a line for each: one of a module by the module and its entry (a module
-/// may have several), one that is announced by its name.
-#define QUADRIX_ORIGINS(MODULE, ANNOUNCED) \
+/// The origins in the order of the window's list, a line for each: its module and the entry there (a module may have
+/// several).
+#define QUADRIX_ORIGINS(MODULE) \
     MODULE(AdHoc, Entry) \
     MODULE(Tessera, Entry) \
     MODULE(Tessera, EntryWithSolution) \
@@ -75,17 +73,15 @@
     namespace modImport_##module {                                                                                     \
         const contract::Origin& entry();                                                                               \
     }
-#define NOTHING_TO_DECLARE(name)
-QUADRIX_ORIGINS(DECLARE_ENTRY, NOTHING_TO_DECLARE)
+QUADRIX_ORIGINS(DECLARE_ENTRY)
 QUADRIX_SECOND_SOURCES(DECLARE_ENTRY)
 
 #define ENTRY(module, entry) &modImport_##module::entry(),
-#define ANNOUNCED_ORIGIN(name) &announced::Find(name),
 
 namespace registry {
 
 const std::vector<const contract::Origin*>& Origins() {
-    static const std::vector<const contract::Origin*> origins{QUADRIX_ORIGINS(ENTRY, ANNOUNCED_ORIGIN)};
+    static const std::vector<const contract::Origin*> origins{QUADRIX_ORIGINS(ENTRY)};
     return origins;
 }
 

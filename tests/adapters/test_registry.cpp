@@ -1,4 +1,3 @@
-#include "adapters/announced.h"
 #include "adapters/registry.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -36,15 +35,12 @@ private slots:
         QCOMPARE(names, expected.split('|'));
     }
 
-    /// An announced row that no line of the list asks for would be a module's leftover.
-    void everyOriginIsEitherBuiltOrAnnounced() {
-        int announcedOnes = 0;
+    void everyOriginIsBuilt() {
         for (const Origin* origin : registry::Origins()) {
             QVERIFY2(origin->module.startsWith("modImport_"), qPrintable(origin->name));
             QVERIFY2(!origin->source.kind.isEmpty(), qPrintable(origin->name));
-            announcedOnes += origin->procedures.empty() ? 1 : 0;
+            QVERIFY2(!origin->procedures.empty(), qPrintable(origin->name));
         }
-        QCOMPARE(announcedOnes, announced::Count());
     }
 
     /// Their captions stand in the pages of the mappings.
@@ -75,7 +71,6 @@ private slots:
     void findComparesWithoutCase() {
         QCOMPARE(registry::Find("arca 2000"), registry::Find("Arca 2000"));
         QVERIFY(registry::Find("Arca") == nullptr);
-        QVERIFY_EXCEPTION_THROWN(announced::Find("Arca"), ImportError);
     }
 
     /// A procedure is reached by its button and its name (two buttons may lead to the same); one that no visible button
