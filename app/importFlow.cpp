@@ -138,7 +138,8 @@ FlowOutcome Open(Session& session, const Origin* source, const Origin*& open) {
 
 /// @param open the origin whose source is open; null: none is
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
-                          const std::vector<const Procedure*>& procedures, const Origin* open) {
+                          const std::vector<const Procedure*>& procedures, const Origin* open,
+                          history::Recorder* recorder) {
     const bool asks = request.only == nullptr && std::any_of(procedures.begin(), procedures.end(),
                                                              [](const auto* each) { return each->asksReset; });
     const Answer reset = asks ? AskReset(session, request, procedures) : Answer::No;
@@ -153,6 +154,12 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
         const FlowOutcome source = Open(session, SourceOf(*request.choice.origin, *procedure), open);
         if (source != FlowOutcome::Done) {
             return source;
+        }
+        if (request.only != nullptr) {
+            request.only->Begin(procedure->name);
+        }
+        if (recorder != nullptr) {
+            recorder->Begins(procedure->name);
         }
         procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
         const FlowOutcome outcome = OutcomeOf(session, first);
@@ -234,13 +241,13 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
         recorder.emplace(session, FactsOf(session, request, procedures, work));
     }
     if (!request.dryRun) {
-        return RunProcedures(session, request, procedures, open);
+        return RunProcedures(session, request, procedures, open, recorder ? &*recorder : nullptr);
     }
     const Transaction trial(session.Quadrix);
     if (request.look.before) {
         request.look.before();
     }
-    const FlowOutcome outcome = RunProcedures(session, request, procedures, open);
+    const FlowOutcome outcome = RunProcedures(session, request, procedures, open, recorder ? &*recorder : nullptr);
     if (request.look.after) {
         request.look.after();
     }

@@ -108,8 +108,8 @@ void Recorder::ProcedureBegins(const QString& module, const QString& procedure) 
     Try([&] {
         if (m_file != nullptr) {
             Write();
-            m_file->Execute(
-                Statement(u"INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)", {m_run, module, procedure}));
+            m_file->Execute(Statement(u"INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)",
+                                      {m_run, module, m_name.isEmpty() ? procedure : m_name}));
             m_procedure = m_file->LastInsertId();
         }
     });

@@ -28,6 +28,9 @@ public:
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
+    /// The procedure of the list that is to run: what follows is kept under this name, whatever its run reports under.
+    void Begins(const QString& procedure) { m_name = procedure; }
+
     void ProcedureBegins(const QString& module, const QString& procedure) noexcept override;
     void NoteStands(const QString& row, const QString& note) noexcept override;
     void CodeIsOpen(const QString& row, const OpenCode& code) noexcept override;
@@ -55,6 +58,7 @@ private:
     std::unique_ptr<FileLock> m_lock;
     qint64 m_run = 0;
     qint64 m_procedure = 0;
+    QString m_name;                   ///< of the procedure of the list that runs; empty: none is known
     std::vector<SqlText> m_waiting;   ///< to be written
     std::optional<SqlText> m_reached; ///< behind them
     QString m_trouble;                ///< to be told in the log

@@ -27,7 +27,7 @@ public:
             return true;
         };
         m_origin.procedures.push_back(
-            {Button::Art, "ImportProva", [](Session& session, const QString&, bool) { Import(session); }, {}});
+            {Button::Art, "ImportArticoliProva", [](Session& session, const QString&, bool) { Import(session); }, {}});
         ovConnection source;
         source.Embedded = true;
         source.DatabaseName = Target.Folder.filePath("source.db");

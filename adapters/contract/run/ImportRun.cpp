@@ -110,7 +110,7 @@ void ImportRun::TellNotMet() {
         return;
     }
     try {
-        for (const QString& row : m_session.Selection->NotMet(m_account.Result.procedure)) {
+        for (const QString& row : m_session.Selection->NotMet()) {
             Log(QStringLiteral("RIGA CHE LA FONTE NON HA PIÙ: ") + row);
         }
     } catch (Error&) {

@@ -152,15 +152,11 @@ void RowLoop::Add(const SourceRow& current, const Recordset& rows) {
 }
 
 /// Whether the run is limited to certain rows: then these alone are counted.
-bool RowLoop::IsSelective() const {
-    return m_session.Selection != nullptr && m_session.Selection->Limits(m_run.m_account.Result.procedure);
-}
+bool RowLoop::IsSelective() const { return m_session.Selection != nullptr && m_session.Selection->Limits(); }
 
 /// How many of its rows an earlier run has done.
 void RowLoop::FindPlace() {
-    const auto reached = m_session.Selection == nullptr
-                             ? std::nullopt
-                             : m_session.Selection->ReachedBy(m_run.m_account.Result.procedure);
+    const auto reached = m_session.Selection == nullptr ? std::nullopt : m_session.Selection->ReachedBefore();
     if (!reached || m_loopNumber > reached->loop) {
         return;
     }
@@ -197,13 +193,11 @@ bool RowLoop::IsBehind(const Unit& unit) {
 
 /// Whether one of the rows is wanted; what has been mended takes the place of what the source has.
 bool RowLoop::Select(Unit& unit) {
-    const QString& procedure = m_run.m_account.Result.procedure;
     bool isWanted = false;
     for (size_t i = 0; i < unit.rows.size(); ++i) {
         const SourceRow row(m_held->Show(unit.rows[i]));
-        const auto* wanted =
-            m_session.Selection->Find(procedure, {procedure, unit.keys.at(static_cast<qsizetype>(i)), m_loop.table,
-                                                  KeyOf(row, m_loop.keyColumn), NumberOf(row)});
+        const auto* wanted = m_session.Selection->Find(
+            {{}, unit.keys.at(static_cast<qsizetype>(i)), m_loop.table, KeyOf(row, m_loop.keyColumn), NumberOf(row)});
         if (wanted != nullptr) {
             isWanted = true;
             Mend(unit.rows[i], *wanted);

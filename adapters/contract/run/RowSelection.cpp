@@ -35,18 +35,18 @@ void RowSelection::Add(const Row& row) {
     rows.push_back({row});
 }
 
-std::optional<RowSelection::Reached> RowSelection::ReachedBy(const QString& procedure) const {
-    const auto reached = m_reached.constFind(procedure);
+std::optional<RowSelection::Reached> RowSelection::ReachedBefore() const {
+    const auto reached = m_reached.constFind(m_procedure);
     return reached == m_reached.constEnd() ? std::nullopt : std::optional(*reached);
 }
 
 /// Of several rows with one key, that of the same number; in a source without numbers all of them stand for each other.
-const RowSelection::Row* RowSelection::Find(const QString& procedure, const Row& met) {
-    const auto rows = m_rows.find(procedure);
+const RowSelection::Row* RowSelection::Find(const Row& met) {
+    const auto rows = m_rows.find(m_procedure);
     if (rows == m_rows.end()) {
         return nullptr;
     }
-    const auto& ofProcedure = *m_places.constFind(procedure);
+    const auto& ofProcedure = *m_places.constFind(m_procedure);
     QList<size_t> places = ofProcedure.values(met.name);
     if (places.isEmpty()) { // the row may have moved in its file
         places = ofProcedure.values(PlaceOf(met));
@@ -62,9 +62,9 @@ const RowSelection::Row* RowSelection::Find(const QString& procedure, const Row&
     return &wanted.row;
 }
 
-QStringList RowSelection::NotMet(const QString& procedure) const {
+QStringList RowSelection::NotMet() const {
     QStringList names;
-    for (const Wanted& wanted : m_rows.value(procedure)) {
+    for (const Wanted& wanted : m_rows.value(m_procedure)) {
         if (!wanted.isMet) {
             names.append(wanted.row.name);
         }

@@ -35,6 +35,9 @@ public:
         QString last; ///< name of the last of these rows
     };
 
+    /// The procedure of the list that is to run: what follows is told of it, whatever name its run reports under.
+    void Begin(const QString& procedure) { m_procedure = procedure; }
+
     /// Limits a procedure to rows.
     void Add(const Row& row);
     /// Has a procedure go on behind what an earlier run has reached.
@@ -50,20 +53,21 @@ public:
     bool Wants(const QString& procedure) const {
         return !m_leftOut.contains(procedure) && (m_rows.isEmpty() || m_rows.contains(procedure));
     }
-    /// Whether a procedure is limited to rows; else it takes all of them.
-    bool Limits(const QString& procedure) const { return m_rows.contains(procedure); }
-    /// How far a procedure has come; none: it begins anew.
-    std::optional<Reached> ReachedBy(const QString& procedure) const;
+    /// Whether the procedure under way is limited to rows; else it takes all of them.
+    bool Limits() const { return m_rows.contains(m_procedure); }
+    /// How far it has come before; none: it begins anew.
+    std::optional<Reached> ReachedBefore() const;
     /// The wanted row that a source row is; null when it is none.
-    const Row* Find(const QString& procedure, const Row& met);
-    /// Names of the rows of a procedure that have not been met yet, such as those that the source has no more.
-    QStringList NotMet(const QString& procedure) const;
+    const Row* Find(const Row& met);
+    /// Names of its rows that have not been met yet, such as those that the source has no more.
+    QStringList NotMet() const;
 
 private:
     struct Wanted {
         Row row;
         bool isMet = false;
     };
+    QString m_procedure;                                  ///< under way
     QHash<QString, std::vector<Wanted>> m_rows;           ///< by procedure
     QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
     QHash<QString, Reached> m_reached;
