@@ -72,36 +72,48 @@ void MoveReferences(ImportRun& run, const QString& from, const QString& to) {
     MoveTexts(run, from, to);
 }
 
-/// The code that a sheet is to have; empty when its material or thickness is not known.
-QString NewCodeOf(Session& session, const QString& article) {
-    const QString material = LookUp(session, CodesOf, CodeField, article, "ARMAT");
-    const double thickness = mod_ovTools::ReadNumber(LookUp(session, CodesOf, CodeField, article, "ARDMZ")).value_or(0);
-    return material.isEmpty() || thickness == 0 ? QString() : qdxProduction::qdxAnaGetCodeArtSheet(material, thickness);
+/// A sheet as Quadrix has it.
+struct Sheet {
+    QString article; ///< its CDART; empty when there is none
+    QString material;
+    double thickness = 0; ///< mm
+};
+
+Sheet FindSheet(Session& session, const QString& article) {
+    const Recordset found =
+        session.Quadrix.ExecuteWC("SELECT CDART, ARMAT, ARDMZ FROM " + session.Quadrix.GetFullTableName(CodesOf) +
+                                  " WHERE " + Equals(session, CodeField, article));
+    if (found.Eof()) {
+        return {};
+    }
+    const SourceRow row(found);
+    return {row.Text("CDART"), row.Text("ARMAT"), mod_ovTools::ToDouble(row.Value("ARDMZ"))};
 }
 
-/// CDART of a sheet of the source: the code that it has been given, or its own where no article has that one.
-QString ArticleOf(Session& session, const QString& source) {
-    const QString given = ArticleCodeOf(session, CodesOf, CodeField, source);
-    return IsThere(session, CodesOf, CodeField, given) ? given : modImport::FormatKeyField(session, source);
+/// A sheet of the source, by the code that it has been given, or by its own where no article has that one.
+Sheet SheetOf(Session& session, const QString& source) {
+    const Sheet given = FindSheet(session, ArticleCodeOf(session, CodesOf, CodeField, source));
+    return given.article.isEmpty() ? FindSheet(session, modImport::FormatKeyField(session, source)) : given;
 }
 
 RowOutcome Recode(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString source = Field("CodArt").RequiredText(session, row);
-    const QString article = ArticleOf(session, source);
-    if (!IsImported(run, article)) {
+    const auto [article, material, thickness] = SheetOf(session, source);
+    if (article.isEmpty()) {
+        run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), source));
         return run.Skip(ArticleMissing);
     }
-    const QString code = NewCodeOf(session, article);
-    if (code.isEmpty()) {
+    if (material.isEmpty() || thickness == 0) {
         run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' non ha materiale o spessore")
                     .arg(run.RowKey(), article));
         return run.Skip("lamiera senza materiale o spessore");
     }
+    const QString code = qdxProduction::qdxAnaGetCodeArtSheet(material, thickness);
     if (code.compare(article, Qt::CaseInsensitive) == 0) {
         return run.Skip("lamiera già ricodificata");
     }
-    if (IsThere(session, CodesOf, CodeField, code)) {
+    if (!FindSheet(session, code).article.isEmpty()) {
         run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' sarebbe '%3', che c'è già")
                     .arg(run.RowKey(), article, code));
         return run.Skip("codice di un altro articolo");
