@@ -146,7 +146,7 @@ RowOutcome ImportLavorazione(ImportRun& run, const SourceRow& row) {
     const qint64 id = known != 0 ? known : run.LastId(Phases);
     PointComponents(run, bill, id, generic == id ? 0 : generic);
     if (generic != 0 && generic != id) {
-        session.Quadrix.Execute("DELETE FROM " + run.FullName(Phases) + " WHERE " + Equals("RECORD_ID", generic));
+        run.DeleteRows(Phases, Equals("RECORD_ID", generic));
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
