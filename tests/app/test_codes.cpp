@@ -231,6 +231,8 @@ private slots:
         test.Get().Config.SetAppConfig("IMPORT", "Databasename", options.folder);
         const QString term = "TBNAM = 'anagrafe' AND TBFLD = 'pag'";
         const QStringList given = test.Rows("SELECT TBOLD, TBNEW FROM SYS_IMP WHERE " + term);
+        test.Execute("INSERT INTO TAB_MOP (CDMOP, MPDES) SELECT DISTINCT TBNEW, TBNEW FROM SYS_IMP WHERE " + term +
+                     " AND NOT EXISTS (SELECT 1 FROM TAB_MOP WHERE CDMOP = TBNEW)");
         test.Execute("UPDATE SYS_IMP SET TBNEW = '' WHERE " + term);
         test.Person.Otherwise = false;
         ImportRequest request;

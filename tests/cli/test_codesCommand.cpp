@@ -61,8 +61,8 @@ private slots:
         const QByteArray written = ReadFile(file);
         const auto fill = [&](const QByteArray& term, const QByteArray& zone) {
             QByteArray filled = written;
-            filled.replace("codice di TAB_MOP;", "codice di TAB_MOP;" + term);
-            filled.replace("caratteri\";", "caratteri\";" + zone);
+            filled.replace("codice di TAB_MOP;", QByteArray("codice di TAB_MOP;" + term));
+            filled.replace("caratteri\";", QByteArray("caratteri\";" + zone));
             WriteFile(file, filled);
             return Codes({"import", "--in", file});
         };
