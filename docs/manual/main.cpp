@@ -1,19 +1,13 @@
 #include "docs/manual/commandTexts.h"
 #include "docs/manual/manualFaults.h"
+#include "docs/manual/writePage.h"
 
 #include <QCoreApplication>
-#include <QSaveFile>
 #include <QTextStream>
 
 namespace {
 
 constexpr int WrongUsage = 2;
-
-bool Write(const QString& path, const QString& content) {
-    QSaveFile file(path);
-    const QByteArray bytes = content.toUtf8();
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-}
 
 } // namespace
 
@@ -27,11 +21,14 @@ int main(int argc, char** argv) {
         return WrongUsage;
     }
     const QDir root(arguments.at(1));
-    const auto pages = manual::PagesOfCode(root, manual::CommandTexts(arguments.at(2)));
+    const QList<manual::CommandText> commands = manual::CommandTexts(arguments.at(2));
+    if (commands.isEmpty()) {
+        err << arguments.at(2) << QStringLiteral(": non dice i suoi comandi\n");
+        return 1;
+    }
+    const auto pages = manual::PagesOfCode(root, commands);
     for (auto page = pages.cbegin(); page != pages.cend(); ++page) {
-        const QString path = root.filePath(QStringLiteral("docs/manuale/") + page.key());
-        if (!Write(path, page.value())) {
-            err << path << QStringLiteral(": la pagina non si può scrivere\n");
+        if (!WritePage(root.filePath(QStringLiteral("docs/manuale/") + page.key()), page.value())) {
             return 1;
         }
     }

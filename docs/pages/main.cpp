@@ -1,21 +1,15 @@
 #include "adapters/mappingPages.h"
 #include "adapters/registry.h"
+#include "docs/manual/writePage.h"
 #include "sql/errors.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QSaveFile>
 #include <QTextStream>
 
 namespace {
 
 constexpr int WrongUsage = 2;
-
-bool Write(const QString& path, const QString& content) {
-    QSaveFile file(path);
-    const QByteArray bytes = content.toUtf8();
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-}
 
 } // namespace
 
@@ -31,8 +25,7 @@ int main(int argc, char** argv) {
     }
     QDir folder(arguments.at(1));
     try {
-        if (!Write(folder.filePath("../origins.md"), mappingPages::OriginsPage(registry::All(), arguments.at(2)))) {
-            err << "origins.md: la pagina non si può scrivere\n";
+        if (!WritePage(folder.filePath("../origins.md"), mappingPages::OriginsPage(registry::All(), arguments.at(2)))) {
             return 1;
         }
     } catch (const Error& error) {
@@ -41,8 +34,7 @@ int main(int argc, char** argv) {
     }
     const auto pages = mappingPages::Pages(registry::All());
     for (auto page = pages.cbegin(); page != pages.cend(); ++page) {
-        if (!Write(folder.filePath(page.key()), page.value())) {
-            err << folder.filePath(page.key()) << QStringLiteral(": la pagina non si può scrivere\n");
+        if (!WritePage(folder.filePath(page.key()), page.value())) {
             return 1;
         }
     }
