@@ -16,19 +16,63 @@ QString Text(const Recordset& row, const char* column) { return mod_ovTools::ToT
 
 qint64 Number(const Recordset& row, const char* column) { return row.Value(QLatin1String(column)).toLongLong(); }
 
-/// The notes of a run, of a kind and with a text, where these are given.
-SqlText NotesWhere(QStringView words, qint64 run, const QString& kind, const QString& text) {
-    SqlText query;
-    query += words;
-    query += Statement(u" FROM notes N JOIN procedures P ON P.id = N.procedure WHERE P.run = ?", {run});
-    if (!kind.isEmpty()) {
-        query += Statement(u" AND N.kind = ?", {kind});
+/// Where notes of a kind stand, and in which words.
+struct NoteTable {
+    QString name;
+    QString kind;   ///< an expression
+    QString note;   ///< a column
+    QString search; ///< an expression of all that is searched
+};
+
+const NoteTable& TableOf(const QString& kind) {
+    static const NoteTable notes{"notes", "N.kind", "N.note",
+                                 "COALESCE(N.kind, '') || ': ' || COALESCE(N.note, '') || ' ' || "
+                                 "COALESCE(N.source_row, '')"};
+    static const NoteTable rejects{"rejects", "NULL", "N.reason",
+                                   "COALESCE(N.reason, '') || ' ' || COALESCE(N.source_row, '')"};
+    return kind == GivenUpKind ? rejects : notes;
+}
+
+/// " WHERE ..." for the notes N of a run, of a kind and with a text, where these are given.
+SqlText NotesWhere(qint64 run, const QString& kind, const QString& text) {
+    SqlText where = Statement(u" WHERE N.procedure IN (SELECT id FROM procedures WHERE run = ?)", {run});
+    if (!kind.isEmpty() && kind != GivenUpKind) {
+        where += Statement(u" AND N.kind = ?", {kind});
     }
     if (!text.isEmpty()) {
-        query +=
-            Statement(u" AND INSTR(LOWER(N.kind || ': ' || N.note || ' ' || N.source_row), ?) > 0", {text.toLower()});
+        where += Statement(QStringLiteral(" AND INSTR(LOWER(%1), ?) > 0").arg(TableOf(kind).search), {text.toLower()});
     }
-    return query;
+    return where;
+}
+
+QStringView OrderText(NoteOrder order) {
+    switch (order) {
+    case NoteOrder::Row:
+        return u"N.source_row, N.id";
+    case NoteOrder::Text:
+        return u"note, N.id";
+    case NoteOrder::OpenFirst:
+        return u"N.done, N.id";
+    default:
+        return u"N.id";
+    }
+}
+
+Reject RejectOf(const Recordset& row) {
+    Reject reject{Number(row, "id"),
+                  Text(row, "name"),
+                  {Text(row, "source_row"),
+                   Text(row, "source_table"),
+                   Text(row, "source_key"),
+                   Number(row, "number"),
+                   Text(row, "reason"),
+                   {},
+                   {}}};
+    for (const NamedValue& each : ValuesOf(Text(row, "row_values"))) {
+        reject.row.columns.append(each.name);
+        reject.row.values.append(each.value);
+    }
+    return reject;
 }
 
 } // namespace
@@ -36,6 +80,9 @@ SqlText NotesWhere(QStringView words, qint64 run, const QString& kind, const QSt
 QString EndingText(const Run& run) {
     if (run.isUnderWay) {
         return QStringLiteral("in corso");
+    }
+    if (run.ended.isValid() && run.procedures.empty()) {
+        return QStringLiteral("non eseguita");
     }
     return run.WasKilled() ? QStringLiteral("interrotta: il programma è terminato prima della fine")
                            : ::EndingText(run.ending);
@@ -125,11 +172,12 @@ QString History::Log(qint64 run) const {
     return packed.isEmpty() ? QString() : DecodeText(qUncompress(packed), CodePage());
 }
 
-std::vector<NoteKind> History::NoteKinds(qint64 run) const {
-    Recordset rows = m_file->ExecuteWC(
-        Statement(u"SELECT N.kind AS kind, COUNT(*) AS rows, SUM(N.done) AS done FROM notes N JOIN procedures P ON "
-                  u"P.id = N.procedure WHERE P.run = ? GROUP BY N.kind ORDER BY MIN(N.id)",
-                  {run}));
+std::vector<NoteKind> History::NoteKinds(qint64 run, const QString& text) const {
+    SqlText query;
+    query += u"SELECT N.kind AS kind, COUNT(*) AS rows, SUM(N.done) AS done FROM notes N";
+    query += NotesWhere(run, {}, text);
+    query += u" GROUP BY N.kind ORDER BY MIN(N.id)";
+    Recordset rows = m_file->ExecuteWC(query);
     std::vector<NoteKind> kinds;
     for (; !rows.Eof(); rows.MoveNext()) {
         kinds.push_back({Text(rows, "kind"), Number(rows, "rows"), Number(rows, "done")});
@@ -137,30 +185,52 @@ std::vector<NoteKind> History::NoteKinds(qint64 run) const {
     return kinds;
 }
 
+NoteKind History::GivenUp(qint64 run, const QString& text) const { return CountKind(run, GivenUpKind, text); }
+
 qint64 History::CountNotes(qint64 run, const QString& kind, const QString& text) const {
-    return m_file->ExecuteWC(NotesWhere(u"SELECT COUNT(*)", run, kind, text)).Fields(0).Value().toLongLong();
+    return CountKind(run, kind, text).count;
 }
 
-std::vector<Note> History::Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most) const {
-    SqlText query = NotesWhere(u"SELECT N.id, P.name, N.kind, N.source_row, N.note, N.done", run, kind, text);
-    query += Statement(u" ORDER BY N.id LIMIT ? OFFSET ?", {most, from});
+NoteKind History::CountKind(qint64 run, const QString& kind, const QString& text) const {
+    SqlText query;
+    query += QStringLiteral("SELECT COUNT(*) AS rows, SUM(N.done) AS done FROM %1 N").arg(TableOf(kind).name);
+    query += NotesWhere(run, kind, text);
+    const Recordset rows = m_file->ExecuteWC(query);
+    return {kind, Number(rows, "rows"), Number(rows, "done")};
+}
+
+std::vector<Note> History::Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most,
+                                 NoteOrder order) const {
+    const NoteTable& table = TableOf(kind);
+    SqlText query;
+    query += QStringLiteral("SELECT N.id AS id, P.name AS name, %1 AS kind, N.source_row AS source_row, %2 AS note, "
+                            "N.done AS done FROM %3 N JOIN procedures P ON P.id = N.procedure")
+                 .arg(table.kind, table.note, table.name);
+    query += NotesWhere(run, kind, text);
+    query += u" ORDER BY ";
+    query += OrderText(order);
+    query += Statement(u" LIMIT ? OFFSET ?", {most, from});
     Recordset rows = m_file->ExecuteWC(query);
     std::vector<Note> notes;
     for (; !rows.Eof(); rows.MoveNext()) {
-        notes.push_back({Number(rows, "id"), Text(rows, "name"), Text(rows, "kind"), Text(rows, "source_row"),
-                         Text(rows, "note"), Number(rows, "done") != 0});
+        notes.push_back({Number(rows, "id"), Text(rows, "name"), kind == GivenUpKind ? GivenUpKind : Text(rows, "kind"),
+                         Text(rows, "source_row"), Text(rows, "note"), Number(rows, "done") != 0});
     }
     return notes;
 }
 
-void History::SetDone(qint64 note, bool isDone) {
-    m_file->Execute(Statement(u"UPDATE notes SET done = ? WHERE id = ?", {static_cast<int>(isDone), note}));
+void History::SetDone(const Note& note, bool isDone) const {
+    m_file->Execute(Statement(QStringLiteral("UPDATE %1 SET done = ? WHERE id = ?").arg(TableOf(note.kind).name),
+                              {static_cast<int>(isDone), note.id}));
 }
 
-void History::SetKindDone(qint64 run, const QString& kind, bool isDone) {
-    m_file->Execute(Statement(
-        u"UPDATE notes SET done = ? WHERE kind = ? AND procedure IN (SELECT id FROM procedures WHERE run = ?)",
-        {static_cast<int>(isDone), kind, run}));
+void History::SetKindDone(qint64 run, const QString& kind, const QString& text, bool isDone) const {
+    const QString& table = TableOf(kind).name;
+    SqlText update = Statement(QStringLiteral("UPDATE %1 SET done = ? WHERE id IN (SELECT N.id FROM %1 N").arg(table),
+                               {static_cast<int>(isDone)});
+    update += NotesWhere(run, kind, text);
+    update += u")";
+    m_file->Execute(update);
 }
 
 void History::ForEachReject(qint64 run, const std::function<void(const Reject&)>& work) const {
@@ -169,21 +239,14 @@ void History::ForEachReject(qint64 run, const std::function<void(const Reject&)>
                   u"ORDER BY R.procedure, R.id",
                   {run}));
     for (; !rows.Eof(); rows.MoveNext()) {
-        Reject reject{Number(rows, "id"),
-                      Text(rows, "name"),
-                      {Text(rows, "source_row"),
-                       Text(rows, "source_table"),
-                       Text(rows, "source_key"),
-                       Number(rows, "number"),
-                       Text(rows, "reason"),
-                       {},
-                       {}}};
-        for (const NamedValue& each : ValuesOf(Text(rows, "row_values"))) {
-            reject.row.columns.append(each.name);
-            reject.row.values.append(each.value);
-        }
-        work(reject);
+        work(RejectOf(rows));
     }
+}
+
+std::optional<Reject> History::FindReject(qint64 note) const {
+    const Recordset rows = m_file->ExecuteWC(Statement(
+        u"SELECT R.*, P.name AS name FROM rejects R JOIN procedures P ON P.id = R.procedure WHERE R.id = ?", {note}));
+    return rows.Eof() ? std::nullopt : std::optional(RejectOf(rows));
 }
 
 std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostRows) const {

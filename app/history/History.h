@@ -40,6 +40,9 @@ struct Run {
 /// "completata", "interrotta: il programma è terminato prima della fine", ...
 QString EndingText(const Run& run);
 
+/// The kind under which the rows that a run gave up stand among its notes.
+inline const QString GivenUpKind = QStringLiteral("RIGA ABBANDONATA");
+
 /// What a run told, by kind.
 struct NoteKind {
     QString kind;
@@ -53,6 +56,13 @@ struct Note {
     QString row;
     QString text;
     bool isDone = false;
+};
+/// In which order notes are wanted.
+enum class NoteOrder {
+    Told, ///< as they came up
+    Row,  ///< by the name of their row
+    Text,
+    OpenFirst, ///< those that are not ticked off before the others
 };
 struct Reject {
     qint64 id = 0;
@@ -82,17 +92,24 @@ public:
     /// Its log; empty when it was not kept.
     QString Log(qint64 run) const;
 
-    std::vector<NoteKind> NoteKinds(qint64 run) const;
-    /// How many notes there are of a kind (empty: of all) that hold a text (empty: whatever they hold).
+    /// What a run told by kind, in the order in which the kinds came up, of the notes that hold a text (empty: of all).
+    std::vector<NoteKind> NoteKinds(qint64 run, const QString& text = {}) const;
+    /// The rows that it gave up, as a kind.
+    NoteKind GivenUp(qint64 run, const QString& text = {}) const;
+    /// How many notes there are of a kind (empty: of all) that hold a text (empty: whatever they hold). Rows given up
+    /// are those of `GivenUpKind`, and only of that.
     qint64 CountNotes(qint64 run, const QString& kind, const QString& text) const;
-    /// A piece of them, in the order they were told.
-    std::vector<Note> Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most) const;
-    /// Ticks notes off, or takes the tick away: one, or all of a kind.
-    void SetDone(qint64 note, bool isDone);
-    void SetKindDone(qint64 run, const QString& kind, bool isDone);
+    /// A piece of them, in that order.
+    std::vector<Note> Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most,
+                            NoteOrder order = NoteOrder::Told) const;
+    /// Ticks notes off, or takes the tick away: one, or all of a kind that hold a text (empty: all).
+    void SetDone(const Note& note, bool isDone) const;
+    void SetKindDone(qint64 run, const QString& kind, const QString& text, bool isDone) const;
 
     /// Hands each row that a run gave up to `work`, procedure by procedure.
     void ForEachReject(qint64 run, const std::function<void(const Reject&)>& work) const;
+    /// The row given up that a note of `GivenUpKind` tells; none when it is not kept any more.
+    std::optional<Reject> FindReject(qint64 note) const;
 
     /// The codes that the last run of each procedure of a company has met without a translation. Whether they have one
     /// by now is not known here. @param company its code
@@ -107,6 +124,7 @@ public:
 
 private:
     Run RunOf(const Recordset& row) const;
+    NoteKind CountKind(qint64 run, const QString& kind, const QString& text) const;
     void LoadProcedures(Run& run) const;
 
     QString m_path;

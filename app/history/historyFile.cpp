@@ -25,7 +25,8 @@ const QStringList& Tables() {
         "note TEXT, done INTEGER DEFAULT 0)",
         "CREATE INDEX IF NOT EXISTS notes_procedure ON notes (procedure, kind)",
         "CREATE TABLE IF NOT EXISTS rejects (id INTEGER PRIMARY KEY, procedure INTEGER, source_row TEXT, "
-        "source_table TEXT, source_key TEXT, number INTEGER, reason TEXT, row_values TEXT)",
+        "source_table TEXT, source_key TEXT, number INTEGER, reason TEXT, row_values TEXT, "
+        "done INTEGER DEFAULT 0)",
         "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
         "CREATE TABLE IF NOT EXISTS codes (id INTEGER PRIMARY KEY, procedure INTEGER, list TEXT, field TEXT, code "
         "TEXT, "
@@ -38,6 +39,15 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
     };
     return tables;
+}
+
+/// A file of an earlier version lacks columns that have come since.
+void AddColumns(ovConnection& file) {
+    const Recordset known =
+        file.ExecuteWC(QStringLiteral("SELECT COUNT(*) FROM pragma_table_info('rejects') WHERE name = 'done'"));
+    if (known.Fields(0).Value().toInt() == 0) {
+        file.Execute(QStringLiteral("ALTER TABLE rejects ADD COLUMN done INTEGER DEFAULT 0"));
+    }
 }
 
 /// A value and what kind of value it is; a number as its text, of which no digit is lost.
@@ -90,6 +100,7 @@ std::unique_ptr<ovConnection> Open(const QString& path) {
     for (const QString& table : Tables()) {
         file->Execute(table);
     }
+    AddColumns(*file);
     return file;
 }
 

@@ -1,0 +1,107 @@
+#include "app/history/again.h"
+
+#include "app/confirmation.h"
+#include "app/history/rejects.h"
+
+#include <QLocale>
+
+namespace history {
+
+namespace {
+
+QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
+
+/// How many rows a selection holds of the procedures of a run, before any has been met.
+qint64 RowsIn(const contract::RowSelection& rows, const Run& run) {
+    QSet<QString> counted;
+    qint64 count = 0;
+    for (const ProcedureRun& procedure : run.procedures) {
+        if (!counted.contains(procedure.result.procedure)) {
+            counted.insert(procedure.result.procedure);
+            count += rows.NotMet(procedure.result.procedure).size();
+        }
+    }
+    return count;
+}
+
+/// Where each procedure goes on: "ImportArticoliGescom: dopo le prime 1.200 righe (ultima: tabella ...)".
+QStringList ReachedLines(const Run& run) {
+    QStringList lines;
+    for (const ProcedureRun& procedure : run.procedures) {
+        if (procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done) {
+            lines.append(QStringLiteral("%1: già completata").arg(procedure.result.procedure));
+        } else if (procedure.reached.rows > 0) {
+            lines.append(QStringLiteral("%1: dopo %2 righe scritte, dietro %3")
+                             .arg(procedure.result.procedure, Number(procedure.reached.rows), procedure.reached.last));
+        } else {
+            lines.append(QStringLiteral("%1: dall'inizio").arg(procedure.result.procedure));
+        }
+    }
+    return lines;
+}
+
+/// Fills in what both ways have in common; false when the company cannot be worked on.
+bool Prepare(Session& session, const Run& run, ErrorAction errors, const QString& rows, Again& again) {
+    Repeat(session, run, again.request);
+    again.request.choice.errors = errors;
+    again.request.reset = false;
+    again.request.confirmed = true;
+    if (!CheckData(session, again.request.choice)) {
+        return false;
+    }
+    again.details =
+        confirmation::RunDetails(session, *again.request.choice.origin, CalledBy(again.request)) + u'\n' + rows;
+    return true;
+}
+
+} // namespace
+
+std::optional<Again> RejectsAgain(Session& session, const History& history, qint64 number, const QStringList& files,
+                                  ErrorAction errors) {
+    const Run run = history.Load(number);
+    Again again;
+    again.request.only = files.isEmpty() ? RejectsOf(history, number) : MendedRejects(history, number, files);
+    const qint64 rows = RowsIn(*again.request.only, run);
+    if (rows == 0) {
+        throw ImportError(
+            files.isEmpty()
+                ? QStringLiteral("l'esecuzione %1 non ha abbandonato nessuna riga").arg(number)
+                : QStringLiteral("file '%1': non c'è nessuna riga").arg(files.join(QStringLiteral("', '"))));
+    }
+    again.question = files.isEmpty() ? QStringLiteral("Importare di nuovo le righe abbandonate?")
+                                     : QStringLiteral("Importare le righe corrette?");
+    QString text =
+        QStringLiteral("Righe: %1, abbandonate dall'esecuzione %2").arg(Number(rows), QString::number(number));
+    if (!files.isEmpty()) {
+        text += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
+    }
+    return Prepare(session, run, errors, text, again) ? std::optional(again) : std::nullopt;
+}
+
+std::optional<Again> RestAgain(Session& session, const History& history, qint64 number, ErrorAction errors) {
+    const Run run = history.Load(number);
+    if (!CanGoOn(run)) {
+        throw ImportError(
+            QStringLiteral("l'esecuzione %1 non si è interrotta: non c'è nulla da riprendere").arg(number));
+    }
+    Again again;
+    again.request.only = RestOf(run);
+    again.question = QStringLiteral("Riprendere l'esecuzione %1 da dove si è interrotta?").arg(number);
+    const QString text = ReachedLines(run).join(u'\n');
+    return Prepare(session, run, errors, text, again) ? std::optional(again) : std::nullopt;
+}
+
+bool CanGoOn(const Run& run) {
+    const bool brokeOff = run.ended.isValid() && (run.ending == Ending::Interrupted || run.ending == Ending::Failed);
+    return !run.isTrial && !run.procedures.empty() && (run.WasKilled() || brokeOff);
+}
+
+qint64 RejectsIn(const Run& run) {
+    qint64 rejects = 0;
+    for (const ProcedureRun& procedure : run.procedures) {
+        rejects += procedure.rejects;
+    }
+    return rejects;
+}
+
+} // namespace history

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/history/History.h"
+#include "app/importFlow.h"
+
+namespace history {
+
+/// A part of an earlier run that is to be imported again, and what is asked before.
+struct Again {
+    ImportRequest request;
+    QString question;
+    QString details; ///< company, origin, what is done, source, and how many rows
+};
+
+/// The rows that a run has given up, as their source has them now, or as files of `WriteRejects` have them mended
+/// (`files` empty: the former). Takes the company of the run under work. None when it is not there or cannot be worked
+/// on, which the operator has been told; raises `ImportError` for a run without such rows, for one that cannot be
+/// repeated and for mistakes in the files.
+std::optional<Again> RejectsAgain(Session& session, const History& history, qint64 run, const QStringList& files,
+                                  ErrorAction errors);
+/// What a run that broke off has not reached; the same otherwise.
+std::optional<Again> RestAgain(Session& session, const History& history, qint64 run, ErrorAction errors);
+
+/// Whether a run broke off and can go on: it was interrupted, failed or was killed, and was no trial.
+bool CanGoOn(const Run& run);
+/// How many rows it has given up.
+qint64 RejectsIn(const Run& run);
+
+} // namespace history

@@ -1,0 +1,105 @@
+#include "app/history/runTexts.h"
+
+#include "app/history/again.h"
+#include "app/procedureTitle.h"
+#include "sql/visibleText.h"
+
+#include <QDir>
+#include <QLocale>
+
+namespace history {
+
+namespace {
+
+const QLocale& Italian() {
+    static const QLocale locale(QLocale::Italian, QLocale::Italy);
+    return locale;
+}
+
+QString Number(qint64 number) { return Italian().toString(number); }
+
+QString Time(const QDateTime& time) { return time.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
+
+/// "12 (documento già importato: 10; senza codice: 2)"
+QString SkippedText(const RunResult& result) {
+    QStringList reasons;
+    for (const auto& [reason, rows] : result.skippedBy.asKeyValueRange()) {
+        reasons.append(reason + QStringLiteral(": ") + Number(rows));
+    }
+    return Number(result.skipped) +
+           (reasons.isEmpty() ? QString() : QString(QStringLiteral(" (") + reasons.join(QStringLiteral("; ")) + u')'));
+}
+
+QStringList Visible(QStringList texts) {
+    for (QString& text : texts) {
+        text = VisibleLine(text);
+    }
+    return texts;
+}
+
+} // namespace
+
+const QStringList& ProcedureHeadings() {
+    static const QStringList headings{"Procedura",   "Lette",         "Inserite", "Aggiornate", "Saltate",
+                                      "Abbandonate", "Non raggiunte", "Secondi",  "Esito"};
+    return headings;
+}
+
+QStringList ProcedureCells(const ProcedureRun& procedure) {
+    const RunResult& result = procedure.result;
+    const QString title = ProcedureTitle(result.module, result.procedure);
+    if (!procedure.hasEnded) {
+        return Visible(
+            {title,
+             {},
+             {},
+             {},
+             {},
+             Number(procedure.rejects),
+             {},
+             {},
+             QStringLiteral("non è arrivata alla fine; fatte le prime %1 righe").arg(Number(procedure.reached.rows))});
+    }
+    QString ending = EndingText(EndingOf(result));
+    if (!procedure.undone.isEmpty()) {
+        ending += QStringLiteral("; annullata: ") + procedure.undone;
+    }
+    return Visible({title, Number(result.sourceRows), Number(result.inserted), Number(result.updated),
+                    SkippedText(result), Number(result.givenUpCount), Number(result.notReached),
+                    Italian().toString(result.seconds, 'f', 1), ending});
+}
+
+const QStringList& RunHeadings() {
+    static const QStringList headings{"N.",         "Inizio",      "Azienda", "Operazione", "Inserite",
+                                      "Aggiornate", "Abbandonate", "Esito",   "Chi"};
+    return headings;
+}
+
+QStringList RunCells(const Run& run) {
+    qint64 inserted = 0;
+    qint64 updated = 0;
+    for (const ProcedureRun& procedure : run.procedures) {
+        inserted += procedure.result.inserted;
+        updated += procedure.result.updated;
+    }
+    return Visible({QString::number(run.id), Time(run.started),
+                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), run.work, Number(inserted),
+                    Number(updated), Number(RejectsIn(run)),
+                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()), run.worker});
+}
+
+QStringList HeadLines(const Run& run) {
+    QStringList lines{QStringLiteral("Esecuzione %1, %2: %3").arg(QString::number(run.id), run.work, EndingText(run)),
+                      QStringLiteral("Azienda: %1 %2, dal %3 al %4, %5")
+                          .arg(run.company, run.companyName, Time(run.started),
+                               run.ended.isValid() ? Time(run.ended) : QStringLiteral("..."), run.worker)};
+    if (!run.source.isEmpty()) {
+        lines.append(QStringLiteral("Sorgente: ") + QDir::toNativeSeparators(run.source));
+    }
+    if (run.isTrial) {
+        lines.append(QStringLiteral("Era una prova: il database è rimasto com'era."));
+    }
+    return Visible(lines + run.options);
+}
+
+} // namespace history
