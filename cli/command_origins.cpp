@@ -79,10 +79,15 @@ QStringList ReadyData(const Origin& origin) {
     return ready + NamesWithoutButton(origin);
 }
 
-Report ListOrigins(Context& /*context*/) {
+Report ListOrigins(Context& context) {
+    const QString sought = context.options.value("search");
     QJsonArray origins;
     QStringList lines;
     for (const Origin* origin : registry::Origins()) {
+        if (!origin->name.contains(sought, Qt::CaseInsensitive) &&
+            !origin->source.kind.contains(sought, Qt::CaseInsensitive)) {
+            continue;
+        }
         origins.append(QJsonObject{{"name", origin->name},
                                    {"module", origin->module},
                                    {"kind", origin->source.kind},
@@ -103,7 +108,11 @@ Report ListOrigins(Context& /*context*/) {
 } // namespace
 
 Command OriginsCommand() {
-    return {"origins",  "elenca le origini, il tipo di sorgente e i dati che si importano", {}, {}, Need::Nothing,
+    return {"origins",
+            "elenca le origini, il tipo di sorgente e i dati che si importano",
+            {},
+            {{"search", "Solo le origini con questo testo nel nome o nel tipo di sorgente.", "TESTO"}},
+            Need::Nothing,
             ListOrigins};
 }
 

@@ -4,7 +4,7 @@
 
 /// A list to choose from. The wheel turns over it do not change the choice: a notch on the way down the window would
 /// have another company filled.
-class ChoiceList final : public QComboBox {
+class ChoiceList : public QComboBox {
     Q_OBJECT
 
 public:

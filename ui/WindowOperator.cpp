@@ -7,9 +7,11 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 
 namespace {
 
@@ -150,6 +152,17 @@ QString WindowOperator::OpenFile(const QString& title, const QString& filter) {
     return QFileDialog::getOpenFileName(Parent(), title, {}, FileDialogFilter(filter));
 }
 
+QString WindowOperator::SaveFile(const QString& title, const QString& name, const QString& filter) {
+    if (m_ending) {
+        return {};
+    }
+    const Waiting waiting(*this);
+    QString chosen;
+    const QString path = QFileDialog::getSaveFileName(Parent(), title, name, FileDialogFilter(filter), &chosen);
+    static const QRegularExpression ending(QStringLiteral("\\*(\\.\\w+)"));
+    return path.isEmpty() || !QFileInfo(path).suffix().isEmpty() ? path : path + ending.match(chosen).captured(1);
+}
+
 ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {
     ErrorDialog dialog(error, ErrorDialog::Kind::Choice, Parent());
     Exec(dialog);
@@ -166,6 +179,9 @@ std::unique_ptr<Progress> WindowOperator::ShowProgress() {
     QObject::connect(dialog.get(), &frmProgress::CancelAsked, dialog.get(), [this](bool& agreed) {
         agreed = Ask("Interrompere l'operazione in corso?", Question::ExclamationNo) == Answer::Yes;
     });
+    if (m_errorAction != nullptr) {
+        dialog->OfferErrors(*m_errorAction);
+    }
     m_progresses.removeAll(nullptr);
     m_progresses.append(dialog.get());
     if (m_ending) {

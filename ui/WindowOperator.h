@@ -14,6 +14,8 @@ class WindowOperator final : public Operator {
 public:
     /// The window that the dialogs stand before, while there is one.
     void SetWindow(QWidget* window) { m_window = window; }
+    /// What is done about errors, which a progress dialog lets the operator change; null: it does not.
+    void SetErrorAction(ErrorAction* action) { m_errorAction = action; }
 
     /// The details stand beneath the question. Esc and the close button of the box give the question up.
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
@@ -21,6 +23,9 @@ public:
     /// A prompt that names a password hides what is typed.
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;
+    /// Lets the operator choose a file to write; an empty path when he gave up. One that is there is written over only
+    /// when he agrees. @param name that is proposed @param filter "description|pattern" pairs, the usual one first
+    QString SaveFile(const QString& title, const QString& name, const QString& filter);
     ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
     std::unique_ptr<Progress> ShowProgress() override;
 
@@ -44,6 +49,7 @@ private:
     void CancelProgresses();
 
     QWidget* m_window = nullptr;
+    ErrorAction* m_errorAction = nullptr;
     QVector<QPointer<frmProgress>> m_progresses; ///< those on the screen, oldest first
     bool m_ending = false;
 };

@@ -27,6 +27,8 @@ const char* const Keys = R"(## Tasti
 | F8 | prova un'importazione: alla fine il database torna com'era |
 | F9 | codici dell'origine che attendono il codice di Quadrix |
 | F11 | confronta la sorgente con ciò che è in Quadrix e ne apre il verbale; non scrive nulla |
+| Ctrl+H | la cronologia: che cosa hanno fatto le importazioni, scarti da correggere e reimportare, riprese |
+| lettere, nell'elenco delle origini | cerca l'origine per una parte del nome o del tipo di sorgente |
 | Alt e la lettera sottolineata | il campo o il pulsante con quella lettera |
 
 ## Da dove cominciare
@@ -34,8 +36,9 @@ const char* const Keys = R"(## Tasti
 1. Scegliere azienda e origine, poi la sorgente (Ctrl+O), e provare la connessione (Ctrl+T).
 2. Esaminare la sorgente (Ctrl+E): dare un nome a ciò che manca, guardare l'anteprima.
 3. Verificare (F7) e provare (F8): l'esito dice quante righe si scriverebbero e quali no, e perché.
-4. Importare. Le righe abbandonate stanno nell'esito e nel registro, con tabella, riga, colonna e valore.
-5. Confrontare sorgente e Quadrix (F11): il verbale, con le cifre dei due lati e le differenze, è da firmare.
+4. Importare. Il risultato si apre da sé: righe abbandonate e annotazioni per tipo, da spuntare quando sono fatte.
+5. Correggere le righe abbandonate e importarle di nuovo, esse sole, dalla cronologia (Ctrl+H).
+6. Confrontare sorgente e Quadrix (F11): il verbale, con le cifre dei due lati e le differenze, è da firmare.
 )";
 
 QTextBrowser* NewPage(const QString& name, const QString& accessibleName) {

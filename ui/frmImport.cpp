@@ -13,11 +13,13 @@
 #include "ui/frmSequence.h"
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
+#include "ui/OriginList.h"
 #include "ui/SourceBar.h"
 #include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDir>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -28,6 +30,7 @@ namespace {
 const QString Section = QStringLiteral("IMPORT");
 const QString CompanyKey = QStringLiteral("AZIENDA");
 const QString OriginKey = QStringLiteral("ORIGINE");
+const QString PlaceKey = QStringLiteral("Geometria");
 const QString LockKey = QStringLiteral("Disable_Configuration");
 constexpr int MostListed = 200; ///< reasons and codes that the account of a run lists
 
@@ -44,13 +47,16 @@ frmImport::frmImport(Session& session, WindowOperator& person)
     m_person.SetWindow(this);
 }
 
-frmImport::~frmImport() { m_person.SetWindow(nullptr); }
+frmImport::~frmImport() {
+    m_person.SetWindow(nullptr);
+    m_person.SetErrorAction(nullptr);
+}
 
 // --- Loading ------------------------------------------------------------------------------------------------------
 
 void frmImport::Form_Load(StartMode mode) {
     Guarded(m_session.Errors, "frmImport", "Form_Load", false, [&] {
-        windowPlace::Restore(*this, SettingsFolder());
+        windowPlace::Restore(*this, SettingsFolder(), PlaceKey);
         LoadCompanies();
         FillOrigins();
         m_log->Follow(m_session.LogFile);
@@ -67,7 +73,7 @@ QString frmImport::SettingsFolder() const { return QFileInfo(m_session.Config.Co
 void frmImport::FillOrigins() {
     const QColor pale = palette().color(QPalette::Disabled, QPalette::Text);
     for (const contract::Origin* origin : registry::Origins()) {
-        cmbOrigine->addItem(origin->name);
+        cmbOrigine->AddOrigin(origin->name, origin->source.kind);
         if (!IsBuilt(*origin)) {
             const int index = cmbOrigine->count() - 1;
             const QString hint = "Nessuna importazione disponibile in questa versione";
@@ -181,6 +187,7 @@ void frmImport::ShowState() {
     cmbAzienda->setEnabled(!m_state.locked);
     cmbOrigine->setEnabled(!m_state.locked);
     cmbErrors->setEnabled(!m_state.locked);
+    m_person.SetErrorAction(m_state.locked ? nullptr : &m_session.Errors.Action);
     m_source->SetChoosable(!m_state.locked);
     m_imports->SetState(m_state, FixedMnemonics, registry::Find(cmbOrigine->currentText()));
     cmdSequence->setVisible(m_state.sequence);
@@ -214,22 +221,30 @@ void frmImport::Import(contract::Button button) {
 }
 
 void frmImport::Run(ImportRequest request) {
+    request.choice = Chosen();
+    request.procedure = TaskProcedure(m_state.mode);
+    Start(request, HintOf(m_state, request.button, request.choice.origin).what);
+}
+
+/// @param what it does, as the account names it
+void frmImport::Start(const ImportRequest& request, const QString& what) {
     if (m_running) {
         return;
     }
     const Running running(*this);
     const qsizetype first = m_session.Results.size();
+    const qint64 before = LastRun();
     m_account->setCurrentWidget(m_log);
     ShowLog(m_session.LogFile);
-    request.choice = Chosen();
-    request.procedure = TaskProcedure(m_state.mode);
     const FlowOutcome outcome = RunImport(m_session, request);
     if (request.choice.origin != nullptr) {
-        const QString what = HintOf(m_state, request.button, request.choice.origin).what;
         ShowResults(request.dryRun ? QString("Prova (il database è rimasto com'era) di " + what) : what, first,
                     outcome);
     }
     ShowSource();
+    if (const qint64 run = LastRun(); run > before) {
+        ShowRun(run);
+    }
 }
 
 void frmImport::cmdReset_Click() {
@@ -348,6 +363,9 @@ void frmImport::Form_Unload() {
         }
         return true;
     });
-    windowPlace::Keep(*this, SettingsFolder());
+    for (QDialog* over : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
+        over->close();
+    }
+    windowPlace::Keep(*this, SettingsFolder(), PlaceKey);
     m_session.Quadrix.CloseConnection();
 }

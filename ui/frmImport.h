@@ -4,13 +4,17 @@
 #include "app/startUp.h"
 #include "ui/buttonState.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class ChoiceList;
 class ConnectionBanner;
 class ElidedLabel;
 class ImportButtons;
+class frmHistory;
+class frmResult;
 class LogView;
+class OriginList;
 class SourceBar;
 class QGroupBox;
 class QPlainTextEdit;
@@ -46,6 +50,9 @@ public slots:
     void cmdCodes_Click();
     /// Compares source and Quadrix, of all that the origin imports or of what one button does, and opens the page.
     void Prove(std::optional<contract::Button> button);
+    void cmdHistory_Click();
+    /// Shows what a run of the history did.
+    void ShowRun(qint64 run);
     void ShowHelp();
     /// Tries the connection again that failed at start.
     void RetryConnection();
@@ -64,6 +71,7 @@ private:
     QGroupBox* NewImports();
     QGroupBox* NewTools();
     QList<QToolButton*> NewTrialTools();
+    QToolButton* NewHistoryTool();
     QWidget* NewAccount();
     QPushButton* NewTool(const QString& name, const QString& caption, const QString& hint);
 
@@ -81,6 +89,9 @@ private:
     QList<contract::Button> ButtonsToTry() const;
     void TellNothingToTry(class QMenu& menu) const;
     void Run(ImportRequest request);
+    void ImportAgain(const ImportRequest& request);
+    void Start(const ImportRequest& request, const QString& what);
+    qint64 LastRun() const;
     void FocusFirstChoice();
     QString CompanyText() const;
     QString SettingsFolder() const;
@@ -101,7 +112,7 @@ private:
 
     ConnectionBanner* m_banner = nullptr;
     ChoiceList* cmbAzienda = nullptr;
-    ChoiceList* cmbOrigine = nullptr;
+    OriginList* cmbOrigine = nullptr;
     ChoiceList* cmbErrors = nullptr;
     SourceBar* m_source = nullptr;
     ImportButtons* m_imports = nullptr;
@@ -113,4 +124,6 @@ private:
     LogView* m_log = nullptr;
     ElidedLabel* m_database = nullptr;
     ElidedLabel* m_settings = nullptr;
+    QPointer<frmResult> m_resultWindow;
+    QPointer<frmHistory> m_history;
 };

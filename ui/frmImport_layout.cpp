@@ -4,10 +4,12 @@
 #include "ui/frmImport.h"
 #include "ui/ImportButtons.h"
 #include "ui/LogView.h"
+#include "ui/OriginList.h"
 #include "ui/SourceBar.h"
 #include "ui/toolButtons.h"
 
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -26,8 +28,9 @@ constexpr int WidthInCharacters = 110;
 constexpr int HeightInLines = 44;
 
 /// A list to choose from; nothing is chosen at first.
-ChoiceList* NewList(const QString& name, const QString& accessibleName, const QString& placeholder) {
-    auto* list = new ChoiceList;
+template<class List>
+List* NewList(const QString& name, const QString& accessibleName, const QString& placeholder) {
+    auto* list = new List;
     list->setObjectName(name);
     list->setAccessibleName(accessibleName);
     list->setPlaceholderText(placeholder);
@@ -72,9 +75,9 @@ void frmImport::Lay() {
 }
 
 QGroupBox* frmImport::NewChoices() {
-    cmbAzienda = NewList("cmbAzienda", "Azienda", "Scegliere l'azienda");
-    cmbOrigine = NewList("cmbOrigine", "Origine dei dati", "Scegliere l'origine dei dati");
-    cmbErrors = NewList("cmbErrors", "In caso di errore", {});
+    cmbAzienda = NewList<ChoiceList>("cmbAzienda", "Azienda", "Scegliere l'azienda");
+    cmbOrigine = NewList<OriginList>("cmbOrigine", "Origine dei dati", "Scegliere l'origine dei dati");
+    cmbErrors = NewList<ChoiceList>("cmbErrors", "In caso di errore", {});
     cmbErrors->addItems(ErrorModes());
     cmbErrors->setCurrentIndex(0);
     connect(cmbAzienda, &ChoiceList::Opening, this, &frmImport::RenewCompanies);
@@ -145,14 +148,21 @@ QGroupBox* frmImport::NewTools() {
     connect(cmdReset, &QPushButton::clicked, this, &frmImport::cmdReset_Click);
     connect(cmdSequence, &QPushButton::clicked, this, &frmImport::cmdSequence_Click);
     connect(cmdExit, &QPushButton::clicked, this, &QWidget::close);
+    // Two beside each other: at 200 % the window is not taller than the screen.
+    auto* tools = new QGridLayout;
+    tools->addWidget(cmdReset, 0, 0);
+    tools->addWidget(cmdSequence, 0, 1);
+    QList<QToolButton*> further = NewTrialTools();
+    further.append(NewHistoryTool());
+    int place = 2;
+    for (QToolButton* tool : std::as_const(further)) {
+        tool->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+        tools->addWidget(tool, place / 2, place % 2);
+        ++place;
+    }
     auto* group = new QGroupBox("Strumenti");
     auto* all = new QVBoxLayout(group);
-    all->addWidget(cmdReset);
-    all->addWidget(cmdSequence);
-    for (QToolButton* tool : NewTrialTools()) {
-        tool->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
-        all->addWidget(tool);
-    }
+    all->addLayout(tools);
     all->addStretch();
     all->addWidget(cmdExit);
     return group;

@@ -1,5 +1,7 @@
 #include "ui/frmProgress.h"
 
+#include "app/importFlow.h"
+#include "ui/ChoiceList.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCoreApplication>
@@ -36,6 +38,7 @@ frmProgress::frmProgress(QWidget* parent, std::function<double()> seconds)
       m_rate(NewLabel(this, "lblRate", Qt::AlignHCenter)),
       m_left(NewLabel(this, "lblTimeLeft", Qt::AlignRight)),
       cmdCancel(new QPushButton("&Interrompi", this)),
+      m_errors(new QHBoxLayout),
       m_seconds(std::move(seconds)) {
     setObjectName("frmProgress");
     setWindowTitle(QuadrixCaption);
@@ -70,8 +73,43 @@ void frmProgress::Lay() {
     all->addWidget(lblProgress);
     all->addWidget(prgImport);
     all->addLayout(facts);
+    all->addLayout(m_errors);
     all->addStretch();
     all->addLayout(buttons);
+}
+
+void frmProgress::OfferErrors(ErrorAction& action) {
+    m_action = &action;
+    m_mode = new ChoiceList(this);
+    m_mode->setObjectName("cmbErrorsNow");
+    m_mode->setAccessibleName("In caso di errore, da adesso");
+    m_mode->addItems(ErrorModes());
+    connect(m_mode, &QComboBox::activated, this, [this](int mode) { *m_action = ErrorModeAction(mode); });
+    m_ignoreAll = new QPushButton("Ignora &tutti", this);
+    m_ignoreAll->setObjectName("cmdIgnoreAll");
+    m_ignoreAll->setAutoDefault(false);
+    m_ignoreAll->setToolTip("Fino alla fine di questa operazione abbandona senza chiedere ogni riga che non riesce");
+    m_ignoreAll->setAccessibleDescription(m_ignoreAll->toolTip());
+    connect(m_ignoreAll, &QPushButton::clicked, this, [this] {
+        *m_action = ErrorAction::Ignore;
+        setFocus(); // else the button beside would have it, which the next stroke presses
+        ShowErrors();
+    });
+    auto* label = new QLabel("In caso di &errore:", this);
+    label->setBuddy(m_mode);
+    m_errors->addWidget(label);
+    m_errors->addWidget(m_mode);
+    m_errors->addWidget(m_ignoreAll);
+    m_errors->addStretch();
+    ShowErrors();
+}
+
+/// The answer to an error may have changed it too.
+void frmProgress::ShowErrors() {
+    if (m_mode != nullptr) {
+        m_mode->setCurrentText(ErrorModeName(*m_action));
+        m_ignoreAll->setEnabled(*m_action != ErrorAction::Ignore);
+    }
 }
 
 void frmProgress::Centre() {
@@ -110,6 +148,7 @@ void frmProgress::Draw(double seconds) {
     m_drawnCaption = Caption();
     m_drawnMax = Max();
     m_meter.Add(seconds, Value());
+    ShowErrors();
     lblProgress->SetText(Caption());
     const double share = Max() > 0 ? static_cast<double>(Value()) / static_cast<double>(Max()) : 0;
     prgImport->setValue(static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * BarSteps)));

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class ChoiceList;
+class QHBoxLayout;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -23,6 +25,10 @@ public:
     frmProgress(QWidget* parent, std::function<double()> seconds);
 
     bool Cancel() const override { return m_cancel; }
+
+    /// Shows what is done about errors, and lets it be changed for the rest of the operation. @param action must
+    /// outlive the dialog; whoever else changes it is followed
+    void OfferErrors(ErrorAction& action);
 
 public slots:
     /// Sets the cancel flag; the operation stops at its next row and closes the dialog.
@@ -41,6 +47,7 @@ private:
     void Lay();
     void Centre();
     void Draw(double seconds);
+    void ShowErrors();
 
     WrappedLabel* lblProgress;
     QProgressBar* prgImport;
@@ -48,6 +55,10 @@ private:
     QLabel* m_rate;
     QLabel* m_left;
     QPushButton* cmdCancel;
+    QHBoxLayout* m_errors;
+    ChoiceList* m_mode = nullptr; ///< null: what is done about errors is not offered
+    QPushButton* m_ignoreAll = nullptr;
+    ErrorAction* m_action = nullptr;
     bool m_cancel = false;
     RateMeter m_meter;
     std::function<double()> m_seconds;

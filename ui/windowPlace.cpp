@@ -11,23 +11,22 @@ namespace windowPlace {
 
 namespace {
 
-const QString Key = QStringLiteral("Geometria");
 constexpr QSize Frame(16, 48); ///< what a desktop puts around a window, at the most
 
 QString FileIn(const QString& folder) { return QDir(folder).filePath(QStringLiteral("Finestra.ini")); }
 
 } // namespace
 
-void Restore(QWidget& window, const QString& folder) {
+void Restore(QWidget& window, const QString& folder, const QString& key) {
     const QSettings kept(FileIn(folder), QSettings::IniFormat);
-    if (!window.restoreGeometry(kept.value(Key).toByteArray())) {
+    if (!window.restoreGeometry(kept.value(key).toByteArray())) {
         window.resize(Fitted(window.size(), window.screen()->availableSize()));
     }
 }
 
-void Keep(const QWidget& window, const QString& folder) {
+void Keep(const QWidget& window, const QString& folder, const QString& key) {
     if (const QString file = FileIn(folder); ownFile::LinkObstacle(file).isEmpty()) {
-        QSettings(file, QSettings::IniFormat).setValue(Key, window.saveGeometry());
+        QSettings(file, QSettings::IniFormat).setValue(key, window.saveGeometry());
     }
 }
 

@@ -5,15 +5,15 @@
 
 class QWidget;
 
-/// Size and place of the main window, kept between two starts.
+/// Size and place of the windows, kept between two starts.
 namespace windowPlace {
 
 /// Puts a window where it was when it was kept, or makes it no larger than the screen. Nothing kept: as it is.
-/// @param folder that of the settings file
-void Restore(QWidget& window, const QString& folder);
+/// @param folder that of the settings file @param key under which it was kept, one for each window
+void Restore(QWidget& window, const QString& folder, const QString& key);
 
 /// Keeps size and place in "Finestra.ini" of that folder; a folder that cannot be written keeps none.
-void Keep(const QWidget& window, const QString& folder);
+void Keep(const QWidget& window, const QString& folder, const QString& key);
 
 /// A size that fits a screen with the frame around it, where the window can be made so small.
 QSize Fitted(const QSize& wanted, const QSize& available);

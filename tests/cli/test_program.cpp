@@ -110,6 +110,8 @@ private slots:
         const QJsonObject cli = arca["buttons"].toArray()[0].toObject();
         QCOMPARE(cli["procedures"].toArray()[0].toString(), QString("ImportContropartiArca2000"));
         QVERIFY(m_cli->Run({"origins"}).output.contains("Excel scarico AS/400"));
+        const auto found = m_cli->Run({"origins", "--search", "AS/4", "--json"}).Json()["origins"].toArray();
+        QVERIFY(!found.isEmpty() && found.size() < origins.size());
     }
 
     void createsCompanies() {

@@ -3,6 +3,7 @@
 
 #include "adapters/registry.h"
 #include "app/connectSource.h"
+#include "app/history/rowDetails.h"
 #include "app/inspect_draft.h"
 #include "app/inspect_further.h"
 #include "app/reset.h"
@@ -12,15 +13,19 @@
 #include "tests/support/TestWindow.h"
 #include "ui/frmCodes.h"
 #include "ui/frmHelp.h"
+#include "ui/frmHistory.h"
 #include "ui/frmInspect.h"
 #include "ui/frmManual.h"
 #include "ui/frmReset.h"
+#include "ui/frmResult.h"
+#include "ui/frmRow.h"
 #include "ui/frmSequence.h"
 #include "ui/frmSource.h"
 #include "ui/ReviewDialog.h"
 
 #include <QCheckBox>
 #include <QDir>
+#include <QLineEdit>
 #include <QSet>
 #include <QStyleFactory>
 #include <QTabWidget>
@@ -103,7 +108,9 @@ void TakeSequence(TestWindow& test, const Album& album) {
 
 void TakeProgress(TestWindow& test, const Album& album) {
     double seconds = 0;
+    ErrorAction action = ErrorAction::Ask;
     frmProgress dialog(&test.Window(), [&seconds] { return seconds; });
+    dialog.OfferErrors(action);
     dialog.SetStep("Controparti");
     dialog.SetMax(20000);
     for (int row = 6000; row <= 7200; ++row) {
@@ -182,6 +189,32 @@ void TakeImport(TestWindow& test, const Album& album) {
         qFatal("the import failed: %s", qPrintable(driver.Events.join('\n')));
     }
     album.Take(test.Window(), "frmImport-esito");
+}
+
+/// The import before, as the history keeps it: the run, a row of it, the list of runs.
+void TakeHistory(TestWindow& test, const Album& album) {
+    auto* result = test.Window().findChild<frmResult*>();
+    if (result == nullptr) {
+        qFatal("the import has shown no result");
+    }
+    album.Take(*result, "frmResult");
+    const history::History history(history::FilePath(test.Get().Config.ConfigFile()));
+    const history::Run run = history.Load(result->Run());
+    const history::Note note = history.Notes(run.id, history.NoteKinds(run.id).front().kind, {}, 0, 1).front();
+    frmRow row(note, history::LookUp(test.Get(), history, run, note), result);
+    row.show();
+    album.Take(row, "frmRow");
+    row.close();
+    result->close();
+    test.Window().findChild<QToolButton*>("cmdHistory")->click();
+    auto* runs = test.Window().findChild<frmHistory*>();
+    album.Take(*runs, "frmHistory");
+    runs->close();
+    auto& origins = test.List("cmbOrigine");
+    origins.showPopup();
+    origins.findChild<QLineEdit*>("txtOrigin")->setText("excel");
+    album.Take(*origins.findChild<QFrame*>("popOrigins"), "origini");
+    origins.hidePopup();
 }
 
 void TakeReview(TestWindow& test, const Album& album) {
@@ -286,6 +319,7 @@ int main(int argc, char** argv) {
     RunScript(test);
     album.Take(test.Window(), "frmImport");
     TakeImport(test, album);
+    TakeHistory(test, album);
     TakeReset(test, album);
     TakeSequence(test, album);
     TakeProgress(test, album);

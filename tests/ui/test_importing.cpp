@@ -1,46 +1,17 @@
-#include "examples/examples.h"
+#include "tests/support/ArcaWindow.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
-#include "tests/support/TestWindow.h"
 #include "ui/SignalWatch.h"
 
-#include <QPlainTextEdit>
 #include <QTest>
 
 #include <csignal>
 
 namespace {
 
-const QString Company = "Officine Dimostrative S.r.l.";
 const QString Confirmation = "? Importare le controparti? = cmdYes";
 const QString Completed = "[i] Controparti importate correttamente!";
-constexpr qint64 RowCount = 120;
-
-/// A started window with the company and Arca 2000 chosen, and a source of 120 counterparties behind it.
-class ArcaWindow : public TestWindow {
-public:
-    ArcaWindow() {
-        examples::Options options;
-        options.rows = RowCount;
-        options.folder = Folder.filePath("arca");
-        options.company = "DEM";
-        options.tables = QStringList{"controparti"};
-        examples::Make("arca2000", options);
-        Set("IMPORT", "Databasename", options.folder);
-        Start();
-        Choose("cmbAzienda", Company);
-        Choose("cmbOrigine", "Arca 2000");
-    }
-
-    const RunResult& Result() { return Get().Results.last(); }
-    QString Text(const char* name) { return Window().findChild<QPlainTextEdit*>(name)->toPlainText(); }
-    /// Makes the insertion of one counterparty fail.
-    void FailAt(const QString& code) {
-        Get().Quadrix.Execute("CREATE TRIGGER Guasto BEFORE INSERT ON DEM_CON_TRO WHEN NEW.CDCON = '" + code +
-                              "' BEGIN SELECT RAISE(ABORT, 'riga rifiutata'); END");
-    }
-};
 
 /// Does something once, in the turn of the window that follows a value of the progress dialog.
 class AtProgress {
@@ -75,9 +46,9 @@ private slots:
         QVERIFY2(driver.Events.contains("? Resettare prima di importare? = cmdYes"),
                  qPrintable(driver.Events.join('\n')));
         QCOMPARE(driver.Events.last(), Completed);
-        QCOMPARE(test.Result().sourceRows, RowCount);
+        QCOMPARE(test.Result().sourceRows, ArcaWindow::RowCount);
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO").toLongLong(), test.Result().inserted);
-        QVERIFY(test.Result().inserted > RowCount / 2);
+        QVERIFY(test.Result().inserted > ArcaWindow::RowCount / 2);
         QVERIFY(test.Get().Source == nullptr);
         QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
         QVERIFY(test.Text("txtResult").contains("Righe dell'origine 120"));
@@ -130,8 +101,8 @@ private slots:
         QVERIFY(cancel.Done());
         QCOMPARE(test.Result().outcome, RunResult::Outcome::Cancelled);
         QVERIFY(test.Result().AddsUp());
-        const qint64 reached = RowCount - test.Result().notReached;
-        QVERIFY2(reached >= 40 && reached < RowCount, qPrintable(QString::number(reached)));
+        const qint64 reached = ArcaWindow::RowCount - test.Result().notReached;
+        QVERIFY2(reached >= 40 && reached < ArcaWindow::RowCount, qPrintable(QString::number(reached)));
         QVERIFY(!driver.Events.contains(Completed));
         QVERIFY(test.Text("txtResult").contains("interrotta dall'operatore"));
         QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
@@ -198,8 +169,9 @@ private slots:
         ArcaWindow test;
         DialogDriver driver;
         test.Button("cmdImportCli").click();
-        QVERIFY2(test.Text("txtResult").startsWith("Controparti da Arca 2000, azienda DEM " + Company + ", "),
-                 qPrintable(test.Text("txtResult")));
+        QVERIFY2(
+            test.Text("txtResult").startsWith("Controparti da Arca 2000, azienda DEM " + ArcaWindow::Company + ", "),
+            qPrintable(test.Text("txtResult")));
         test.Set("IMPORT", "Databasename", test.Folder.filePath("manca"));
         test.Button("cmdImportArt").click();
         const QString account = test.Text("txtResult");

@@ -1,0 +1,82 @@
+#include "app/history/History.h"
+#include "app/procedureTitle.h"
+#include "ui/frmHistory.h"
+#include "ui/frmImport_running.h"
+#include "ui/frmResult.h"
+#include "ui/OriginList.h"
+#include "ui/toolButtons.h"
+#include "ui/WindowOperator.h"
+
+#include <QFileInfo>
+#include <QToolButton>
+
+QToolButton* frmImport::NewHistoryTool() {
+    auto* history = NewToolButton("cmdHistory", "Cronologia...",
+                                  "Mostra che cosa hanno fatto le importazioni, e importa di nuovo gli scarti",
+                                  QKeySequence("Ctrl+H"));
+    connect(history, &QToolButton::clicked, this, &frmImport::cmdHistory_Click);
+    return history;
+}
+
+/// Number of the latest run that is kept; 0 without one.
+qint64 frmImport::LastRun() const {
+    const QString path = history::FilePath(m_session.Config.ConfigFile());
+    if (!QFileInfo::exists(path)) {
+        return 0;
+    }
+    try {
+        const std::vector<history::Run> runs = history::History(path).Runs({}, 1);
+        return runs.empty() || runs.front().procedures.empty() ? 0 : runs.front().id;
+    } catch (const Error&) {
+        return 0; // the log has told that the run is not kept
+    }
+}
+
+void frmImport::ShowRun(qint64 run) {
+    try {
+        delete m_resultWindow;
+        m_resultWindow = new frmResult(m_session, m_person, run, this);
+        m_resultWindow->show();
+        m_resultWindow->activateWindow();
+    } catch (const Error& error) {
+        m_person.Message(error.Message(), Icon::Exclamation);
+    }
+}
+
+void frmImport::cmdHistory_Click() {
+    if (m_running) {
+        return;
+    }
+    try {
+        if (m_history == nullptr) {
+            m_history = new frmHistory(m_session, m_person, this);
+            m_history->Import = [this](const ImportRequest& request) { ImportAgain(request); };
+            m_history->Errors = [this] { return Chosen().errors; };
+            connect(m_history, &frmHistory::Opened, this, &frmImport::ShowRun);
+        } else {
+            m_history->Refresh();
+        }
+        m_history->show();
+        m_history->raise();
+        m_history->activateWindow();
+    } catch (const Error& error) {
+        m_person.Message(error.Message(), Icon::Exclamation);
+    }
+}
+
+/// The window shows what is imported: company and origin of the earlier run.
+void frmImport::ImportAgain(const ImportRequest& request) {
+    if (m_running) {
+        return;
+    }
+    const auto company =
+        std::find_if(m_companies.cbegin(), m_companies.cend(),
+                     [&request](const modMain::Company& each) { return each.code == request.choice.companyCode; });
+    cmbAzienda->setCurrentIndex(company == m_companies.cend() ? -1 : static_cast<int>(company - m_companies.cbegin()));
+    cmbOrigine->setCurrentIndex(cmbOrigine->findText(request.choice.origin->name));
+    QStringList titles;
+    for (const contract::Procedure* procedure : CalledBy(request)) {
+        titles.append(ProcedureTitle(*request.choice.origin, *procedure));
+    }
+    Start(request, titles.join(", ") + " (parte di un'esecuzione precedente)");
+}
