@@ -11,19 +11,6 @@ namespace {
 
 QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
 
-/// How many rows a selection holds of the procedures of a run, before any has been met.
-qint64 RowsIn(const contract::RowSelection& rows, const Run& run) {
-    QSet<QString> counted;
-    qint64 count = 0;
-    for (const ProcedureRun& procedure : run.procedures) {
-        if (!counted.contains(procedure.result.procedure)) {
-            counted.insert(procedure.result.procedure);
-            count += rows.NotMet(procedure.result.procedure).size();
-        }
-    }
-    return count;
-}
-
 /// Where each procedure goes on: "ImportArticoliGescom: dopo le prime 1.200 righe (ultima: tabella ...)".
 QStringList ReachedLines(const Run& run) {
     QStringList lines;
@@ -61,7 +48,7 @@ std::optional<Again> RejectsAgain(Session& session, const History& history, qint
     const Run run = history.Load(number);
     Again again;
     again.request.only = files.isEmpty() ? RejectsOf(history, number) : MendedRejects(history, number, files);
-    const qint64 rows = RowsIn(*again.request.only, run);
+    const qint64 rows = again.request.only->Count();
     if (rows == 0) {
         throw ImportError(
             files.isEmpty()

@@ -130,7 +130,7 @@ private slots:
         QCOMPARE(notes.size(), 1U); // that of the row given up went with it
         QCOMPARE(notes[0].kind + "|" + notes[0].row + "|" + notes[0].text,
                  "UNITÀ NON TROVATA|tabella 'ART', CODICE 'C'|XX");
-        history.SetDone(notes[0].id, true);
+        history.SetDone(notes[0], true);
         QCOMPARE(history.NoteKinds(1).front().done, 1);
         const auto codes = history.WaitingCodes("X01");
         QCOMPARE(codes.size(), 1U);

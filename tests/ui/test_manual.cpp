@@ -22,7 +22,8 @@ class TestManual : public QObject {
         for (QTextBlock block = browser.document()->begin(); block.isValid(); block = block.next()) {
             for (auto part = block.begin(); !part.atEnd(); ++part) {
                 const QTextImageFormat picture = part.fragment().charFormat().toImageFormat();
-                if (picture.isValid() && browser.loadResource(QTextDocument::ImageResource, picture.name()).isNull()) {
+                if (picture.isValid() &&
+                    browser.loadResource(QTextDocument::ImageResource, QUrl(picture.name())).isNull()) {
                     missing.append(picture.name());
                 }
             }

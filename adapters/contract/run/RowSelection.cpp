@@ -62,6 +62,14 @@ const RowSelection::Row* RowSelection::Find(const Row& met) {
     return &wanted.row;
 }
 
+qint64 RowSelection::Count() const {
+    qint64 count = 0;
+    for (const std::vector<Wanted>& rows : m_rows) {
+        count += static_cast<qint64>(rows.size());
+    }
+    return count;
+}
+
 QStringList RowSelection::NotMet() const {
     QStringList names;
     for (const Wanted& wanted : m_rows.value(m_procedure)) {

@@ -53,6 +53,8 @@ public:
     bool Wants(const QString& procedure) const {
         return !m_leftOut.contains(procedure) && (m_rows.isEmpty() || m_rows.contains(procedure));
     }
+    /// How many rows are wanted, of all procedures.
+    qint64 Count() const;
     /// Whether the procedure under way is limited to rows; else it takes all of them.
     bool Limits() const { return m_rows.contains(m_procedure); }
     /// How far it has come before; none: it begins anew.
