@@ -188,6 +188,107 @@ private slots:
         }
     }
 
+    /// What each finding does to the light, alone; the worse one wins.
+    void Judges_data() {
+        Columns<std::function<void(Kind&)>, Light, QString>("change", "light", "told");
+        const auto row = [](const char* name, const std::function<void(Kind&)>& change, Light light, const char* told) {
+            Row(name, change, light, QString::fromUtf8(told));
+        };
+        row(
+            "nothing", [](Kind&) {}, Light::Green, "10 righe di Quadrix confrontate");
+        row(
+            "a row too many", [](Kind& kind) { kind.tables[0].surplus = 1; }, Light::Red,
+            "1 riga di Quadrix è di troppo");
+        row(
+            "interrupted", [](Kind& kind) { kind.steps[0].result.outcome = RunResult::Outcome::Cancelled; }, Light::Red,
+            "interrotta dall'operatore");
+        row(
+            "rows unaccounted for", [](Kind& kind) { ++kind.steps[0].result.sourceRows; }, Light::Red, "non tornano");
+        row(
+            "a look-up", [](Kind& kind) { kind.steps[0].result.failedLookUps = 2; }, Light::Yellow, "2 ricerche");
+        row(
+            "documents left as they are",
+            [](Kind& kind) {
+                kind.steps[0].result.sourceRows += 3;
+                kind.steps[0].result.skipped = 3;
+                kind.steps[0].result.skippedBy = {{"documento già importato", 3}};
+            },
+            Light::Yellow, "3 righe già importate non si sono confrontate");
+        row(
+            "no longer in the source",
+            [](Kind& kind) { kind.steps[0].result.notes.Add("DOCUMENTI NON PIÙ NELL'ORIGINE: uno"); }, Light::Yellow,
+            "l'origine non ha più");
+        row(
+            "nothing to compare",
+            [](Kind& kind) {
+                kind = {};
+                kind.title = "Articoli";
+            },
+            Light::Yellow, "per: Articoli");
+        row(
+            "red before yellow",
+            [](Kind& kind) {
+                kind.tables[0].missing = 2;
+                kind.steps[0].result.failedLookUps = 1;
+            },
+            Light::Red, "2 righe che l'origine dà mancano");
+    }
+    void Judges() {
+        QFETCH(const std::function<void(Kind&)>, change);
+        QFETCH(const Light, light);
+        QFETCH(const QString, told);
+        RunResult result;
+        result.sourceRows = result.updated = 10;
+        Kind kind;
+        kind.title = "Articoli";
+        kind.steps = {{"Articoli da Gescom", result}};
+        kind.tables.emplace_back().table = "ART_ICO";
+        kind.tables[0].equal = 10;
+        change(kind);
+        Proof proof;
+        proof.kinds = {kind};
+        const Verdict verdict = VerdictOf(FindingsOf(proof));
+        QVERIFY2(verdict.reason.contains(told), qPrintable(verdict.reason));
+        QCOMPARE(verdict.light, light);
+    }
+
+    /// Whatever texts the data hold, the page is one file that asks nothing of anybody.
+    void IsWholeAndHarmless() {
+        const QString hostile = "<script src='http://x'>&\"";
+        TableFigures table;
+        table.table = "ART_ICO";
+        table.different = 1;
+        table.differences = {{Difference::Kind::Value, "ART_ICO", hostile, hostile, "ARDES", hostile, {}}};
+        table.samples = {{hostile, {{"ARDES", hostile, hostile}}}};
+        Total& total = table.totals.emplace_back();
+        total.group = hostile;
+        total.sourceRows = 1;
+        total.amounts = {{"ARPRZ", {}, {}}};
+        total.amounts[0].source.Add(1234.5);
+        RunResult result;
+        result.sourceRows = result.givenUpCount = 1;
+        result.givenUp = {{hostile, hostile}};
+        result.skippedBy = {{hostile, 1}};
+        result.notes.Add(hostile + ": " + hostile);
+        result.untranslated = {hostile};
+        result.untranslatedCount = 1;
+        Proof proof;
+        proof.companyName = proof.origin = proof.source = hostile;
+        Kind& kind = proof.kinds.emplace_back();
+        kind.title = hostile;
+        kind.steps = {{hostile, result}};
+        kind.tables = {table};
+        proof.openCodes = {{hostile, hostile, hostile}};
+        proof.openCodeCount = 1;
+        const QString page = Html(proof).remove("xmlns=\"http://www.w3.org/2000/svg\"");
+        QVERIFY(page.startsWith(FirstLine + '\n'));
+        QVERIFY(page.count(hostile.toHtmlEscaped()) > 15);
+        for (const char* foreign : {"<script", "<link", "<img", "href=", "url("}) {
+            QVERIFY2(!QString(page).remove(hostile.toHtmlEscaped()).contains(QLatin1String(foreign)), foreign);
+        }
+        QVERIFY(page.contains("1.234,50") && page.contains("-1.234,50"));
+    }
+
     /// A source that cannot be read proves nothing.
     void IsRedWithoutASource() {
         Migrated target;
