@@ -3,7 +3,7 @@
 #include "tests/support/TestWindow.h"
 #include "ui/frmCodes.h"
 
-#include <QLabel>
+#include <QCheckBox>
 #include <QListWidget>
 #include <QTest>
 #include <QToolButton>
