@@ -242,7 +242,8 @@ void TakeFailed(const Album& album) {
 /// The codes that the imports have met, one of them given a code that is not saved yet.
 void TakeCodes(TestWindow& test, const Album& album) {
     test.Get().Quadrix.ExecuteScript(
-        "INSERT INTO TAB_MPR (CDMOP, NRRAT, MPGGF) SELECT CDMOP, 1, 30 FROM TAB_MOP WHERE CDMOP LIKE 'R%';\n"
+        "INSERT INTO TAB_MOP (CDMOP, MPDES) VALUES ('RDIR', 'Rimessa diretta'), ('RB30', 'Ricevuta bancaria 30 gg');\n"
+        "INSERT INTO TAB_MPR (CDMOP, NRRAT, MPGGF) VALUES ('RB30', 1, 30);\n"
         "INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', 'RIBA 30 GG FM', ''), "
         "('anagrafe', 'pag', 'RIMESSA DIRETTA', ''), ('anagrafe', 'classe', 'GROSSISTI', '')");
     frmCodes dialog(test.Get(), registry::Find("Arca 2000"), &test.Window());
