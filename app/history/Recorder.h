@@ -10,11 +10,11 @@ namespace history {
 
 /// What is known of a run when it begins.
 struct RunFacts {
-    QString origin;      ///< name of the origin; empty for a run of several
-    QString data;        ///< button or procedure, as the command line names it; empty for a run of several
-    QString work;        ///< what is done, in the operator's words
-    QString source;      ///< where it reads, without passwords
-    QStringList options; ///< what was chosen, in the operator's words
+    QString origin;           ///< name of the origin; empty for a run of several
+    QString data;             ///< button or procedure, as the command line names it; empty for a run of several
+    QString work;             ///< what is done, in the operator's words
+    QString source = {};      ///< where it reads, without passwords
+    QStringList options = {}; ///< what was chosen, in the operator's words
     bool isTrial = false;
 };
 

@@ -205,7 +205,9 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
         Session& session = GetSession();
         int last = 0;
         const ChildTable& parts = m_kind->declared.components.rows;
-        const bool byComponents = phases.rows.table == parts.table && phases.rows.where == parts.where;
+        // Rows of components tell their phase, each once more; rows of their own are a phase each.
+        const bool byComponents =
+            phases.rows.table == parts.table && (parts.where.isEmpty() || phases.rows.where == parts.where);
         phases.rows.ForEach(session, bill, [&](const SourceRow& row) {
             if (byComponents && written.byKey.contains(phases.key.Text(session, row))) {
                 return;
