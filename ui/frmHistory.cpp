@@ -120,10 +120,11 @@ void frmHistory::Refresh() {
         {
             const QSignalBlocker quiet(m_list);
             lists::Fill(*m_list, history::RunHeadings(), rows);
+            lists::AlignNumbers(*m_list);
             const auto kept = std::find_if(m_runs.begin(), m_runs.end(), [&chosen](const history::Run& run) {
                 return !chosen.isEmpty() && run.id == chosen.first();
             });
-            m_list->selectRow(kept == m_runs.end() ? 0 : static_cast<int>(kept - m_runs.begin()));
+            lists::ChooseRow(*m_list, kept == m_runs.end() ? 0 : static_cast<int>(kept - m_runs.begin()));
         }
         Filter();
     });

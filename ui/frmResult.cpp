@@ -81,6 +81,7 @@ void frmResult::Lay() {
     parts->addWidget(lower);
     parts->setStretchFactor(0, 0);
     parts->setStretchFactor(1, 1);
+    parts->setSizes({1, fontMetrics().lineSpacing() * HeightInLines}); // the upper one is as low as it can be
     auto* all = new QVBoxLayout(this);
     all->addWidget(head);
     all->addWidget(parts, 1);
@@ -97,8 +98,9 @@ QWidget* frmResult::NewProcedures() {
         rows.append(history::ProcedureCells(procedure));
     }
     lists::Fill(*table, history::ProcedureHeadings(), rows);
+    lists::AlignNumbers(*table);
     const int shown = std::clamp(static_cast<int>(rows.size()), 1, 5);
-    table->setMinimumHeight(table->verticalHeader()->defaultSectionSize() * (shown + 3));
+    table->setMinimumHeight(table->verticalHeader()->defaultSectionSize() * (shown + 2));
     return table;
 }
 
@@ -148,8 +150,8 @@ QWidget* frmResult::NewNotes() {
     m_notes->setExpandsOnDoubleClick(false);
     m_notes->setModel(m_model);
     const int width = fontMetrics().averageCharWidth();
-    m_notes->setColumnWidth(AnnotationModel::RowColumn, width * 52);
-    m_notes->setColumnWidth(AnnotationModel::TextColumn, width * 64);
+    m_notes->setColumnWidth(AnnotationModel::RowColumn, width * 58);
+    m_notes->setColumnWidth(AnnotationModel::TextColumn, width * 58);
     auto* copy = new QAction("Copia", m_notes);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);
@@ -201,7 +203,8 @@ void frmResult::Fill() {
     m_model->Want({m_kind->currentData().toString(), m_text->text().trimmed(),
                    static_cast<history::NoteOrder>(m_order->currentIndex())});
     Expand(open);
-    m_notes->setCurrentIndex(m_model->index(0, 0));
+    m_notes->selectionModel()->setCurrentIndex(m_model->index(0, 0),
+                                               QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     ShowCount();
 }
 

@@ -36,13 +36,27 @@ void Fill(QTableWidget& table, const QStringList& headings, const QVector<QStrin
             const QString text = rows.at(row).value(column);
             auto* item = new QTableWidgetItem(text);
             item->setToolTip(text);
-            item->setTextAlignment((IsNumber(text) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
             table.setItem(row, column, item);
         }
     }
     table.horizontalHeader()->setMaximumSectionSize(table.fontMetrics().averageCharWidth() * WidestColumn);
     table.resizeColumnsToContents();
     table.horizontalHeader()->setMaximumSectionSize(-1);
+}
+
+void AlignNumbers(QTableWidget& table) {
+    for (int row = 0; row < table.rowCount(); ++row) {
+        for (int column = 0; column < table.columnCount(); ++column) {
+            if (QTableWidgetItem* item = table.item(row, column); IsNumber(item->text())) {
+                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            }
+        }
+    }
+}
+
+void ChooseRow(QTableWidget& table, int row) {
+    table.selectionModel()->setCurrentIndex(table.model()->index(row, 0),
+                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint) {

@@ -201,10 +201,11 @@ void TakeHistory(TestWindow& test, const Album& album) {
     const history::History history(history::FilePath(test.Get().Config.ConfigFile()));
     const history::Run run = history.Load(result->Run());
     const history::Note note = history.Notes(run.id, history.NoteKinds(run.id).front().kind, {}, 0, 1).front();
-    frmRow row(note, history::LookUp(test.Get(), history, run, note), result);
-    row.show();
-    album.Take(row, "frmRow");
-    row.close();
+    {
+        frmRow row(note, history::LookUp(test.Get(), history, run, note), result);
+        row.show();
+        album.Take(row, "frmRow");
+    }
     result->close();
     test.Window().findChild<QToolButton*>("cmdHistory")->click();
     auto* runs = test.Window().findChild<frmHistory*>();

@@ -7,6 +7,7 @@
 #include "ui/frmHistory.h"
 #include "ui/frmResult.h"
 #include "ui/frmRow.h"
+#include "ui/lists.h"
 #include "ui/TextDialog.h"
 
 #include <QClipboard>
@@ -286,7 +287,7 @@ private slots:
         QString text;
         Look<TextDialog>(
             driver, [&text](TextDialog& dialog) { text = Part<QPlainTextEdit>(dialog, "txtLines").toPlainText(); });
-        runs.selectRow(0);
+        lists::ChooseRow(runs, 0);
         QVERIFY(!Part<QPushButton>(history, "cmdResume").isEnabled());
         Press(history, "cmdLog");
         QVERIFY2(text.contains("Inizio importazione controparti"), qPrintable(text));
