@@ -17,7 +17,8 @@ namespace {
 class KeptRun {
 public:
     explicit KeptRun(int further = 0) {
-        Recorder = std::make_unique<history::Recorder>(Target.Get(), history::RunFacts{"Gescom", "cli", "prova"});
+        Recorder =
+            std::make_unique<history::Recorder>(Target.Get(), history::RunFacts{"Gescom", "cli", "prova", {}, {}});
         Recorder->ProcedureBegins("modImport_Gescom", "ImportContropartiGescom");
         Tell("riga 9", "TELEFONO: corto");
         GiveUp("riga 3", "manca il nome");
