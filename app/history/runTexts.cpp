@@ -70,8 +70,8 @@ QStringList ProcedureCells(const ProcedureRun& procedure) {
 }
 
 const QStringList& RunHeadings() {
-    static const QStringList headings{"N.",         "Inizio",      "Azienda", "Operazione", "Inserite",
-                                      "Aggiornate", "Abbandonate", "Esito",   "Chi"};
+    static const QStringList headings{"N.",      "Inizio",   "Esito",      "Abbandonate", "Operazione",
+                                      "Azienda", "Inserite", "Aggiornate", "Chi"};
     return headings;
 }
 
@@ -83,9 +83,9 @@ QStringList RunCells(const Run& run) {
         updated += procedure.result.updated;
     }
     return Visible({QString::number(run.id), Time(run.started),
-                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), run.work, Number(inserted),
-                    Number(updated), Number(RejectsIn(run)),
-                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()), run.worker});
+                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()), Number(RejectsIn(run)),
+                    run.work, QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), Number(inserted),
+                    Number(updated), run.worker});
 }
 
 QStringList HeadLines(const Run& run) {

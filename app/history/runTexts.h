@@ -13,7 +13,7 @@ QStringList ProcedureCells(const ProcedureRun& procedure);
 
 /// Headings of `RunCells`.
 const QStringList& RunHeadings();
-/// A run: number, when it began, who, company, what, source rows by what became of them, rows given up, how it ended.
+/// A run: number, when it began, how it ended, rows given up, what was done, company, rows inserted and updated, who.
 QStringList RunCells(const Run& run);
 
 /// A run as the head of its window: what it was, of which company, from where, by whom, from when to when, with what.
