@@ -3,6 +3,7 @@
 #include "app/history/compare.h"
 #include "app/history/rejects.h"
 #include "app/history/runTexts.h"
+#include "app/history/undo.h"
 #include "ui/lists.h"
 #include "ui/TextDialog.h"
 #include "ui/WindowOperator.h"
@@ -92,6 +93,9 @@ QLayout* frmHistory::NewButtons() {
         "Importa le righe rimaste in un file degli scarti, con i valori corretti", &frmHistory::cmdImportMended_Click);
     add(*again, "cmdResume", "Ripren&di...", "Prosegue un'esecuzione interrotta da dove era arrivata",
         &frmHistory::cmdResume_Click);
+    add(*again, "cmdUndo", "A&nnulla esecuzione...",
+        "Toglie le righe che l'esecuzione ha inserito e riporta com'erano quelle che ha aggiornato",
+        &frmHistory::cmdUndo_Click);
     again->addStretch();
     auto* both = new QVBoxLayout;
     both->addLayout(looking);
@@ -150,6 +154,7 @@ void frmHistory::ShowChoices() {
     enable("cmdWriteRejects", hasRejects);
     enable("cmdImportRejects", hasRejects);
     enable("cmdImportMended", hasRejects);
+    enable("cmdUndo", run != nullptr && history::CanUndo(*run));
     enable("cmdResume", run != nullptr && history::CanGoOn(*run));
 }
 
@@ -234,6 +239,19 @@ void frmHistory::cmdImportMended_Click() {
 
 void frmHistory::cmdResume_Click() {
     Try([this] { Confirm(history::RestAgain(m_session, m_history, Current()->id, Errors())); });
+}
+
+void frmHistory::cmdUndo_Click() {
+    const qint64 run = Current()->id;
+    Try([&] {
+        const QString what = history::LinesOf(history::UndoAlone(m_session, m_history, run, true)).join(u'\n');
+        if (m_person.Ask(QStringLiteral("Annullare l'esecuzione %1?").arg(run), Question::ExclamationNo, what) ==
+            Answer::Yes) {
+            const auto done = history::UndoAlone(m_session, m_history, run, false);
+            m_person.Message(history::LinesOf(done).join(u'\n'));
+            Refresh();
+        }
+    });
 }
 
 void frmHistory::Confirm(const std::optional<history::Again>& again) {

@@ -32,6 +32,8 @@ public slots:
     void cmdImportRejects_Click();
     void cmdImportMended_Click();
     void cmdResume_Click();
+    /// Takes back what a run has written, once the operator has seen what that comes to.
+    void cmdUndo_Click();
 
 signals:
     /// A run is to be shown.

@@ -1,5 +1,6 @@
 #include "app/history/undo.h"
 
+#include "app/CompanyLock.h"
 #include "core/rowDigest.h"
 #include "core/Schema.h"
 #include "core/worker.h"
@@ -144,7 +145,7 @@ void CheckMayUndo(const Run& run) {
 
 } // namespace
 
-UndoResult Undo(Session& session, History& history, qint64 number) {
+UndoResult Undo(Session& session, const History& history, qint64 number) {
     const Run run = history.Load(number);
     CheckMayUndo(run);
     const bool isTrial = session.Quadrix.InTransaction();
@@ -175,6 +176,37 @@ UndoResult Undo(Session& session, History& history, qint64 number) {
                                          {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
     }
     return undoing.Result;
+}
+
+UndoResult UndoAlone(Session& session, const History& history, qint64 number, bool isTrial) {
+    const CompanyLock lock(session, {history.Load(number).company},
+                           QStringLiteral("annullamento dell'esecuzione %1").arg(number));
+    std::optional<Transaction> trial;
+    if (isTrial) {
+        trial.emplace(session.Quadrix);
+    }
+    return Undo(session, history, number);
+}
+
+bool CanUndo(const Run& run) {
+    return !run.isTrial && !run.isUnderWay && !run.procedures.empty() &&
+           std::all_of(run.procedures.begin(), run.procedures.end(),
+                       [](const ProcedureRun& procedure) { return procedure.undone.isEmpty(); });
+}
+
+QStringList LinesOf(const UndoResult& result) {
+    QStringList lines{QStringLiteral("Righe tolte: %1").arg(result.removed),
+                      QStringLiteral("Righe riportate com'erano: %1").arg(result.restored),
+                      QStringLiteral("Righe eliminate che ci sono di nuovo: %1").arg(result.brought),
+                      QStringLiteral("Righe che restano come sono: %1").arg(result.keptCount)};
+    for (const KeptRow& row : result.kept) {
+        lines += QStringLiteral("  %1, RECORD_ID %2: %3").arg(row.table, QString::number(row.id), row.why);
+    }
+    if (result.emptied > 0) {
+        lines += QStringLiteral("Le %1 righe che l'esecuzione ha eliminato svuotando le tabelle non tornano.")
+                     .arg(result.emptied);
+    }
+    return lines;
 }
 
 } // namespace history

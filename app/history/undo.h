@@ -27,6 +27,14 @@ struct UndoResult {
 /// what they had. A row that has been changed since, by whomever, stays and is named; the codes that SYS_IMP has taken
 /// in stay too. It is one transaction; within an open one (a trial) it is a part of that, and the history is not told.
 /// Raises `ImportError` for a run that was a trial, that is under way, or has been taken back before, or `SqlError`.
-UndoResult Undo(Session& session, History& history, qint64 run);
+UndoResult Undo(Session& session, const History& history, qint64 run);
+/// The same while nobody else works on the company. Raises `ImportError` naming who does.
+/// @param isTrial everything is put back at the end
+UndoResult UndoAlone(Session& session, const History& history, qint64 run, bool isTrial);
+
+/// Whether there may be something to take back.
+bool CanUndo(const Run& run);
+/// What was done, or would be, for the operator: one line each.
+QStringList LinesOf(const UndoResult& result);
 
 } // namespace history

@@ -236,6 +236,28 @@ private slots:
         }
     }
 
+    /// What it comes to is seen before it is done.
+    void ARunIsTakenBack() {
+        DialogDriver driver;
+        ImportedWindow test(driver);
+        QString details;
+        driver.On = [&](QWidget& dialog) {
+            const auto* box = qobject_cast<QMessageBox*>(&dialog);
+            if (box != nullptr && details.isEmpty()) {
+                details = box->informativeText() + "\nrighe: " + test.Rows();
+            }
+            return false;
+        };
+        driver.Otherwise = "cmdYes";
+        auto& history = test.History();
+        const QString rows = test.Rows();
+        Press(history, "cmdUndo");
+        QVERIFY2(details.contains("Righe tolte: ") && details.endsWith("righe: " + rows), qPrintable(details));
+        QCOMPARE(driver.Events.value(0), QString("? Annullare l'esecuzione 1? = cmdYes"));
+        QCOMPARE(test.Rows(), QString("0"));
+        QVERIFY(!Part<QPushButton>(history, "cmdUndo").isEnabled());
+    }
+
     /// Out as a table, mended, back.
     void RejectsAreMendedInAFile() {
         DialogDriver driver;
