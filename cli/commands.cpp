@@ -4,9 +4,9 @@ namespace cli {
 
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands{
-        OriginsCommand(),  CreateDatabaseCommand(), InspectCommand(), CheckCommand(), ImportCommand(),
-        HistoryCommand(),  CodesCommand(),          UndoCommand(),    ReportCommand(), SequenceCommand(),
-        MergeCommand(),    ResetCommand(),          TruncateCommand(),
+        OriginsCommand(),  CreateDatabaseCommand(), TemplateCommand(), InspectCommand(),  CheckCommand(),
+        ImportCommand(),   HistoryCommand(),        CodesCommand(),    UndoCommand(),     ReportCommand(),
+        SequenceCommand(), MergeCommand(),          ResetCommand(),    TruncateCommand(),
     };
     return commands;
 }

@@ -9,6 +9,7 @@ Command OriginsCommand();
 Command CreateDatabaseCommand();
 Command ImportCommand();
 Command CheckCommand();
+Command TemplateCommand();
 Command InspectCommand();
 Command HistoryCommand();
 Command UndoCommand();

@@ -4,12 +4,15 @@
 #include "ui/toolButtons.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 SourceBar::SourceBar(QWidget* parent)
     : QWidget(parent),
-      m_text(new ElidedLabel) {
+      m_text(new ElidedLabel),
+      m_template(NewToolButton("cmdTemplate", "Modello", "Scrive la cartella di lavoro da compilare per l'origine",
+                               QKeySequence("Ctrl+M"))) {
     m_text->setObjectName("lblSource");
     m_buttons = {
         NewToolButton("cmdSource", "Scegli...", "Sceglie la sorgente che l'origine legge", QKeySequence("Ctrl+O")),
@@ -23,6 +26,10 @@ SourceBar::SourceBar(QWidget* parent)
     for (QToolButton* button : m_buttons) {
         buttons->addWidget(button);
     }
+    m_template->setMenu(new QMenu(m_template));
+    m_template->setPopupMode(QToolButton::InstantPopup);
+    m_template->hide();
+    buttons->addWidget(m_template);
     buttons->addStretch();
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
@@ -39,3 +46,13 @@ void SourceBar::SetSource(const QString& text) {
 }
 
 void SourceBar::SetChoosable(bool choosable) { m_buttons.first()->setVisible(choosable); }
+
+void SourceBar::SetTemplates(const QStringList& captions) {
+    m_template->menu()->clear();
+    for (const QString& caption : captions) {
+        const int position = static_cast<int>(m_template->menu()->actions().size());
+        connect(m_template->menu()->addAction(caption), &QAction::triggered, this,
+                [this, position] { emit Template(position); });
+    }
+    m_template->setVisible(!captions.isEmpty());
+}

@@ -16,13 +16,18 @@ public:
     void SetSource(const QString& text);
     /// Whether another source can be chosen; in a window whose lists are locked none can.
     void SetChoosable(bool choosable);
+    /// What there are templates for, workbooks to be filled in; without any the button for them is not there.
+    void SetTemplates(const QStringList& captions);
 
 signals:
     void Edit();
     void Try();
     void Inspect();
+    /// @param position of what the template is for, in the captions
+    void Template(int position);
 
 private:
     ElidedLabel* m_text;
+    QToolButton* m_template;
     QList<QToolButton*> m_buttons;
 };

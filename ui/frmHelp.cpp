@@ -23,6 +23,7 @@ const char* const Keys = R"(## Tasti
 | Ctrl+O | sceglie la sorgente dell'origine |
 | Ctrl+T | prova la connessione |
 | Ctrl+E | esamina la sorgente: tabelle e colonne accanto a quelle che l'origine legge |
+| Ctrl+M | con l'origine Excel: scrive la cartella di lavoro da compilare |
 | F7 | verifica che sorgente e azienda abbiano ciò che serve; non scrive nulla |
 | F8 | prova un'importazione: alla fine il database torna com'era |
 | F9 | codici dell'origine che attendono il codice di Quadrix |

@@ -46,6 +46,8 @@ public slots:
     void cmdSource_Click();
     void cmdTrySource_Click();
     void cmdInspect_Click();
+    /// Writes the workbook to be filled in for what one button of the origin imports, where the operator wants it.
+    void WriteTemplate(contract::Button button);
     void cmdCheck_Click();
     void cmdCodes_Click();
     /// Compares source and Quadrix, of all that the origin imports or of what one button does, and opens the page.

@@ -1,3 +1,4 @@
+#include "app/template/sheetTemplate.h"
 #include "ui/ChoiceList.h"
 #include "ui/ConnectionBanner.h"
 #include "ui/ElidedLabel.h"
@@ -96,6 +97,9 @@ QGroupBox* frmImport::NewChoices() {
     connect(m_source, &SourceBar::Edit, this, &frmImport::cmdSource_Click);
     connect(m_source, &SourceBar::Try, this, &frmImport::cmdTrySource_Click);
     connect(m_source, &SourceBar::Inspect, this, &frmImport::cmdInspect_Click);
+    connect(m_source, &SourceBar::Template, this, [this](int position) {
+        WriteTemplate(sheetTemplate::ButtonsOf(*Chosen().origin).at(static_cast<size_t>(position)));
+    });
     lines->addRow(new QLabel("Sorgente:"), m_source); // its buttons have keys of their own
     auto* all = new QHBoxLayout(group);
     all->addLayout(lines, 1);

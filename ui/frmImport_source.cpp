@@ -1,5 +1,6 @@
 #include "adapters/registry.h"
 #include "app/sourceChoice.h"
+#include "app/template/sheetTemplate.h"
 #include "ui/ChoiceList.h"
 #include "ui/frmImport_running.h"
 #include "ui/frmInspect.h"
@@ -7,11 +8,17 @@
 #include "ui/SourceBar.h"
 #include "ui/WindowOperator.h"
 
+#include <QFileDialog>
+
 /// What will be read by the origin that is chosen.
 void frmImport::ShowSource() {
     const contract::Origin* origin = Chosen().origin;
     QString line;
+    QStringList templates;
     if (origin != nullptr) {
+        for (const contract::Button button : sheetTemplate::ButtonsOf(*origin)) {
+            templates.append(HintOf(m_state, button, origin).what);
+        }
         try {
             line = sourceChoice::Line(m_session, *origin);
         } catch (const ImportError& error) {
@@ -19,6 +26,7 @@ void frmImport::ShowSource() {
         }
     }
     m_source->SetSource(line);
+    m_source->SetTemplates(templates);
 }
 
 void frmImport::cmdSource_Click() {
@@ -57,4 +65,27 @@ void frmImport::cmdInspect_Click() {
     }
     frmInspect::Show(m_session, *Chosen().origin, this);
     ShowSource();
+}
+
+void frmImport::WriteTemplate(contract::Button button) {
+    if (m_running) {
+        return;
+    }
+    const QString path =
+        QFileDialog::getSaveFileName(this, "Modello da compilare", "modello.xlsx", "Cartella di lavoro (*.xlsx)");
+    if (path.isEmpty()) {
+        return;
+    }
+    const Running running(*this);
+    const bool hasCompany = !Chosen().companyCode.isEmpty();
+    try {
+        const Operator::Busy busy(m_person);
+        if (hasCompany) {
+            TakeCompany(m_session, Chosen().companyCode);
+        }
+        ShowAccount("Modello per l'origine " + Chosen().origin->name,
+                    {sheetTemplate::Write(hasCompany ? &m_session : nullptr, button, path).Text(path)});
+    } catch (const Error& error) {
+        m_person.Message(error.Message(), Icon::Exclamation);
+    }
 }

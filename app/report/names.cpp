@@ -72,6 +72,7 @@ constexpr std::array Tables{
     Known{"TAB_VAL", "Valute"},
     Known{"TAB_MAT", "Materiali"},
     Known{"TAB_PRF", "Profili"},
+    Known{"FAM_PRO", "Famiglie"},
     Known{"SYS_LNG", "Testi in lingua", "LNTBL LNKEY LNFLD LNLNG"},
     Known{"SYS_ATT", "Allegati", "ATTBL ATKEY ATNAM"},
     Known{"FLD_VAL", "Attributi liberi", "FLTAB FLKEY FLFLD"},

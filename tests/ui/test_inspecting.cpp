@@ -8,6 +8,7 @@
 #include "ui/frmSource.h"
 
 #include <QDesktopServices>
+#include <QFileDialog>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTableWidget>
@@ -170,6 +171,24 @@ private slots:
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO"), QString("4"));
         QCOMPARE(test.Value("SELECT COIVA FROM DEM_CON_TRO WHERE COCGE = '2'"), QString("01234567897"));
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_SED"), QString("1"));
+    }
+
+    /// The sheets that are filled in for the origin "Excel" are written where the operator wants them.
+    void WritesTemplates() {
+        ForeignWindow test;
+        QVERIFY(!test.Tool("cmdTemplate").isVisible());
+        test.Choose("cmbOrigine", "Excel");
+        QVERIFY(test.Tool("cmdTemplate").isVisible());
+        const QString path = test.Folder.filePath("articoli.xlsx");
+        DialogDriver driver;
+        const AtDialog<QDialog> save(driver,
+                                     [&](QDialog& dialog) { qobject_cast<QFileDialog*>(&dialog)->selectFile(path); });
+        test.Tool("cmdTemplate").menu()->actions().last()->trigger();
+        QVERIFY(save.Done());
+        const QString result = test.Window().findChild<QPlainTextEdit*>("txtResult")->toPlainText();
+        QVERIFY2(result.contains("articoli.xlsx: foglio ARTICOLI") && result.contains("Unità di misura"),
+                 qPrintable(result));
+        QVERIFY(QFileInfo(path).size() > 0);
     }
 
     /// What would be written is told, and nothing of it stays.

@@ -24,14 +24,14 @@ using namespace contract::rules;
 
 namespace modImport_Excel {
 
-const contract::Origin& Entry();
-
 namespace {
 
 const QString Module = QStringLiteral("modImport_Excel");
 
 const QString Clienti = QStringLiteral("CLIENTI");
 const QString ArticoliTable = QStringLiteral("ARTICOLI");
+const QString ClientiCode = QStringLiteral("COCGE"); ///< header of the codes of the rows
+const QString ArticoliCode = QStringLiteral("CDART");
 const QString Codes = QStringLiteral("EXCEL"); ///< by which SYS_IMP knows the codes of both
 constexpr int FirstRow = 3;
 
@@ -141,6 +141,7 @@ const PartyColumns Columns{
     .name = "CORAS",
     .name2 = "CORA2",
     .street = "COIND",
+    .houseNumber = "CONRC",
     .postCode = "COCAP",
     .town = "COCIT",
     .province = "COPRO",
@@ -165,7 +166,7 @@ Procedure ImportClientiExcel() {
     const LineGroup usual(PartyLines(Codes, Columns).Over({}));
     const Counterparties customers{
         .frame = {.module = Module, .procedure = "ImportClientiExcel", .confirmation = "Importare i Clienti?"},
-        .source = RowsOf(Clienti, "COCGE"),
+        .source = RowsOf(Clienti, ClientiCode),
         .roles = RolesOfSheet(),
         .name = "CORAS, CORA2",
         .vatNumber = "COIVA",
@@ -174,7 +175,6 @@ Procedure ImportClientiExcel() {
         .lines =
             {
                 usual,
-                {"CONRC", "CONRC", Text()},
                 ByRole("COMOP", "COMOA", "COMOP", CodeOf("COMOP", "TAB_MOP")),
                 ByRole("COLSC", "COLSF", "COLSC", CodeOf("COLSC", "LIS_TES")),
                 {"COCLI", "", IsCustomer()},
@@ -208,7 +208,7 @@ Procedure ImportArticoliExcel() {
     const Beyond beyond{"ART_ICO", Attribute};
     const Articles articles{
         .frame = {.module = Module, .procedure = "ImportArticoliExcel"},
-        .source = RowsOf(ArticoliTable, "CDART"),
+        .source = RowsOf(ArticoliTable, ArticoliCode),
         .code = {"CDART", ArticleCode(Codes, "CDART")},
         .description = "ARDES",
         .lines =
@@ -263,6 +263,26 @@ DataType GetDataTypeFromSysSys(Session& session, const QString& table, const QSt
     return rows.Eof() ? DataType::VarChar : static_cast<DataType>(rows.Fields(0).Value().toInt());
 }
 
+// --- Sheets as people fill them in --------------------------------------------------------------------------------
+
+namespace {
+
+Sheet SheetOf(const Procedure& procedure, const QString& name, const QString& target, const QString& code) {
+    Sheet sheet{name, target, {code}, &procedure};
+    sheet.headers += ColumnsReadBy(procedure.needs);
+    sheet.headers.removeAll(sources::RowNumberColumn);
+    sheet.headers.removeDuplicates();
+    return sheet;
+}
+
+} // namespace
+
+std::vector<Sheet> Sheets() {
+    const std::vector<Procedure>& procedures = Entry().procedures;
+    return {SheetOf(procedures.at(0), Clienti, "CON_TRO", ClientiCode),
+            SheetOf(procedures.at(1), ArticoliTable, "ART_ICO", ArticoliCode)};
+}
+
 // --- Entry --------------------------------------------------------------------------------------------------------
 
 const Origin& Entry() {
@@ -271,8 +291,8 @@ const Origin& Entry() {
         Module,
         {.kind = "Excel",
          .prepare = sourceSettings::OpenFileExcel(
-             {{.table = Clienti, .sheet = Clienti + "/#1", .firstRow = FirstRow, .end = {"COCGE"}},
-              {.table = ArticoliTable, .sheet = ArticoliTable + "/#1", .firstRow = FirstRow, .end = {"CDART"}}})},
+             {{.table = Clienti, .sheet = Clienti + "/#1", .firstRow = FirstRow, .end = {ClientiCode}},
+              {.table = ArticoliTable, .sheet = ArticoliTable + "/#1", .firstRow = FirstRow, .end = {ArticoliCode}}})},
         Buttons("YYNNN---"),
         Shown::Keep,
         {ImportClientiExcel(), ImportArticoliExcel()},

@@ -1,0 +1,46 @@
+#include "tests/cli/CliRun.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QJsonArray>
+#include <QTest>
+
+class TestTemplateCommand : public QObject {
+    Q_OBJECT
+
+private slots:
+    void refusals_data() {
+        Columns<QStringList, int, QString>("arguments", "exitCode", "told");
+        Row("nothing told", QStringList{}, 2, "Mancano le opzioni --data, --output");
+        Row("no such sheet", QStringList{"--data", "dis", "--output", "a.xlsx"}, 2, "valori ammessi: cli, art");
+        Row("another kind of file", QStringList{"--data", "cli", "--output", "a.csv"}, 1, "deve finire in .xlsx");
+        Row("no database", QStringList{"--data", "cli", "--output", "a.xlsx", "--company", "X01"}, 1, "quadrix.db");
+    }
+    void refusals() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const CliRun run;
+        const auto ended = run.Run(QStringList("template") + arguments);
+        QTEST(ended.exitCode, "exitCode");
+        QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+    }
+
+    /// Written for a company, and imported as it is; without a company no database is needed.
+    void writesAndImports() {
+        const CliRun run;
+        const QString file = run.Folder.filePath("clienti.xlsx");
+        const auto bare = run.Run({"template", "--data", "CLI", "--output", file});
+        QVERIFY2(bare.exitCode == 0 && bare.output.contains("nessun codice da scegliere"), qPrintable(bare.output));
+        QCOMPARE(run.CreateCompany().exitCode, 0);
+        const auto written = run.Run({"template", "--data", "cli", "--output", file, "--company", "x01", "--json"});
+        QVERIFY2(written.exitCode == 0, qPrintable(written.errors));
+        QVERIFY(written.Json()["lists"].toArray().contains("Valute"));
+        QVERIFY(written.Json()["codes"].toInt() > 0);
+        const auto imported = run.Run(
+            {"import", "--company", "X01", "--origin", "Excel", "--data", "cli", "--file", file, "--answer", "no"});
+        QVERIFY2(imported.exitCode == 0, qPrintable(imported.output + imported.errors));
+    }
+};
+
+QUADRIX_TEST(TestTemplateCommand)
+#include "test_templateCommand.moc"
