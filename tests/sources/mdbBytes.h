@@ -136,12 +136,34 @@ inline QByteArray DefinitionPage(const Table& table, int mapRow) {
     return page.leftJustified(PageSize, '\0');
 }
 
-/// The usage map of a table with one page of rows.
-inline QByteArray UsageMap(int page) {
-    QByteArray map(5 + 8, '\0');
-    qToLittleEndian(page / 8 * 8, map.data() + 1);
-    map[5] = static_cast<char>(1 << page % 8);
+/// The usage map of a table whose rows stand in these pages, the first of which has the lowest number.
+inline QByteArray UsageMap(const QVector<int>& pages) {
+    const int start = pages.first() / 8 * 8;
+    QByteArray map(5 + (pages.last() - start) / 8 + 1, '\0');
+    qToLittleEndian(start, map.data() + 1);
+    for (const int page : pages) {
+        char& bits = map.data()[5 + (page - start) / 8];
+        bits = static_cast<char>(bits | 1 << page % 8);
+    }
     return map;
+}
+
+/// The rows of a table as they are spread over pages; an empty table has one without rows.
+inline QVector<QVector<QByteArray>> Paged(const Table& table) {
+    constexpr qsizetype Head = 14;
+    QVector<QVector<QByteArray>> pages(1);
+    qsizetype room = PageSize - Head;
+    for (const Row& row : table.rows) {
+        const QByteArray bytes = RowBytes(table, row);
+        const qsizetype needed = bytes.size() + 2;
+        if (needed > room) {
+            pages.append(QVector<QByteArray>());
+            room = PageSize - Head;
+        }
+        room -= needed;
+        pages.last().append(bytes);
+    }
+    return pages;
 }
 
 /// Scrambles or unscrambles bytes as every file's header is.
@@ -182,26 +204,31 @@ inline QByteArray Database(const QVector<Table>& tables, const QVector<QByteArra
     Table objects{"MSysObjects",
                   {{"Id", Long, 4}, {"Type", Short, 2}, {"Flags", Long, 4}, {"Name", Text, 0}, {"LvProp", Ole, 0}},
                   {}};
-    QVector<QByteArray> maps{UsageMap(3)};
+    QVector<QByteArray> maps{UsageMap({3})};
     QByteArray pages;
+    QByteArray furtherPages; // behind the long values
+    int nextPage = 4 + 2 * static_cast<int>(tables.size()) + 1;
     for (int index = 0; index < tables.size(); ++index) {
         const Table& table = tables.at(index);
         const int definition = 4 + 2 * index;
         objects.rows.append({Raw(definition), Raw(static_cast<qint16>(table.objectType)), Raw(table.flags),
                              Utf16(table.name), QByteArray()});
-        maps.append(UsageMap(definition + 1));
-        QVector<QByteArray> rows;
-        for (const Row& row : table.rows) {
-            rows.append(RowBytes(table, row));
+        const auto owner = static_cast<quint32>(definition);
+        QVector<int> numbers{definition + 1};
+        const QVector<QVector<QByteArray>> paged = Paged(table);
+        pages += DefinitionPage(table, index + 1) + RowPage(1, owner, paged.first());
+        for (const QVector<QByteArray>& rows : paged.mid(1)) {
+            numbers.append(nextPage++);
+            furtherPages += RowPage(1, owner, rows);
         }
-        pages += DefinitionPage(table, index + 1) + RowPage(1, static_cast<quint32>(definition), rows);
+        maps.append(UsageMap(numbers));
     }
     QVector<QByteArray> objectRows;
     for (const Row& row : std::as_const(objects.rows)) {
         objectRows.append(RowBytes(objects, row));
     }
     return HeaderPage() + RowPage(1, 0, maps) + DefinitionPage(objects, 0) + RowPage(1, 2, objectRows) + pages +
-           RowPage(1, 0x4c41564c, longValues);
+           RowPage(1, 0x4c41564c, longValues) + furtherPages;
 }
 
 /// The head of a long value: in the row itself, in one row of a page, or in a chain of rows, each of which begins with

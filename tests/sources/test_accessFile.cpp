@@ -70,6 +70,17 @@ private slots:
         QVERIFY(plan->Value(3).toString().contains("INDEX"));
     }
 
+    void ReadsRowsOfSeveralPages() {
+        Table table{"t", {{"n", 4, 4}, {"c", 10, 0}}, {}};
+        constexpr int Rows = 400;
+        for (int row = 1; row <= Rows; ++row) {
+            table.rows.append({Raw(row), Utf16(QString(40, 'x'))});
+        }
+        const auto engine = Open(Database({Articles(), table, Articles()}));
+        QCOMPARE(Value(*engine, "SELECT COUNT(DISTINCT n) FROM t"), QVariant(Rows));
+        QCOMPARE(Value(*engine, "SELECT MAX(n) FROM t"), QVariant(Rows));
+    }
+
     void ReadsEveryType_data() {
         Columns<Column, QByteArray, QString>("column", "value", "expected");
         const auto row = [](const char* name, const Column& column, const QByteArray& value, const QString& expected) {
