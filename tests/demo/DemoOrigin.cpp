@@ -180,7 +180,11 @@ bool DemoOrigin::MakeExample() {
     }
     Source& source = m_sources.first();
     const QString folder = m_folder + '/' + example;
-    examples::Make(example, {.rows = ExampleRows, .folder = folder, .company = m_company});
+    examples::Options options;
+    options.rows = ExampleRows;
+    options.folder = folder;
+    options.company = m_company;
+    examples::Make(example, options);
     const QStringList databases = QDir(folder).entryList({"*.db"}, QDir::Files);
     const QString path = databases.isEmpty() ? folder : folder + '/' + databases.first();
     if (!HasEverything(path)) {
@@ -224,11 +228,12 @@ void DemoOrigin::WriteDatabase(Source& source, const QString& script) {
     ovConnection database;
     if (format == Format::AccessFile) {
         OpenEmbedded(database).ExecuteScript(script);
+        const QString folder = QFileInfo(source.path).path();
         const bool isInFolder = source.origin->source.prepare.place == Place::Folder;
         const QString file =
-            isInFolder ? QFileInfo(source.path).path() + '/' + m_origin.name + ".mdb" : source.path + ".mdb";
+            isInFolder ? QString(folder + '/' + source.origin->name + ".mdb") : QString(source.path + ".mdb");
         WriteFile(file, AccessCopy(database));
-        source.path = isInFolder ? QFileInfo(file).path() : file;
+        source.path = isInFolder ? folder : file;
         return;
     }
     source.path += ".db";
