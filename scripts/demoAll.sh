@@ -32,14 +32,14 @@ printf '%-22s %-38s %7s %8s %10s %7s %11s %7s  %s\n' Origine Procedura righe ins
     secondi esito
 last=
 while IFS=$'\t' read -r -a words; do
-    at=${words[0]} company=${words[1]} origin=${words[2]} procedure=${words[3]}
+    at=${words[0]} company=${words[1]} origin=${words[2]} procedure=${words[3]} data=${words[4]}
     [ "$company" = "$last" ] || prepare "$at" "$company" "$origin"
     last=$company
     code=0
     build/dev/cli/quadrix-import-cli --config "$at" --json import --company "$company" --origin "$origin" \
-        --data "$procedure" --errors ignore "${words[@]:4}" </dev/null >"$at/$procedure.json" 2>"$at/$procedure.txt" ||
+        --data "$data" --errors ignore "${words[@]:5}" </dev/null >"$at/$data.json" 2>"$at/$data.txt" ||
         code=$?
-    keep "$at/$procedure.json" "$origin" "$procedure" "$code"
+    keep "$at/$data.json" "$origin" "$procedure" "$code"
 done <"$folder/imports.tsv"
 
 echo
@@ -48,5 +48,5 @@ sqlite3 -box "$results" "SELECT COUNT(DISTINCT origine) AS origini, COUNT(*) AS 
     SUM(uscita NOT IN (0, 4)) AS fallite FROM esiti"
 echo "Tempo: $((SECONDS - started)) s"
 echo "Database: $folder/quadrix.db"
-echo "Risultati: $results; sorgenti, impostazioni e log: $folder/D*"
+echo "Risultati: $results; sorgenti, impostazioni e messaggi: $folder/D*"
 [ "$(sqlite3 "$results" "SELECT COUNT(*) FROM esiti WHERE uscita NOT IN (0, 4)")" = 0 ]

@@ -27,9 +27,14 @@ QStringList ListOf(const QStringList& words, const QString& name) {
 }
 
 constexpr qint64 ExampleRows = 50;
+const QString SolutionSettings = "Solution.ini";
 
-/// The example of an origin, which is called as its module; empty when there is none.
+/// The example of an origin, which is called as its module; empty when there is none, and for WinProgest, whose
+/// documents name counterparties of another origin.
 QString ExampleOf(const contract::Origin& origin) {
+    if (origin.module == "modImport_WinProgest") {
+        return {};
+    }
     const QString name = origin.module == "modImport_VS" ? "visualspace" : origin.module.section('_', 1).toLower();
     for (const examples::Example& example : examples::Examples()) {
         if (example.name == name) {
@@ -39,20 +44,23 @@ QString ExampleOf(const contract::Origin& origin) {
     return {};
 }
 
-/// The tables of an example, in capitals.
-QStringList TablesOf(const QString& path) {
-    QStringList tables;
+/// The tables of an example and, of a database, their columns as "TABLE.COLUMN", in capitals.
+QSet<QString> NamesOf(const QString& path) {
+    QSet<QString> names;
     if (QFileInfo(path).isDir()) {
         for (const QFileInfo& file : QDir(path).entryInfoList(QDir::Files)) {
-            tables.append(file.baseName().toUpper());
+            names.insert(file.baseName().toUpper());
         }
-        return tables;
+        return names;
     }
     ovConnection database;
     for (const QString& table : OpenEmbedded(database, path).GetTables()) {
-        tables.append(table.toUpper());
+        names.insert(table.toUpper());
+        for (const ColumnInfo& column : database.GetColumns(table)) {
+            names.insert(QString(table + '.' + column.name).toUpper());
+        }
     }
-    return tables;
+    return names;
 }
 
 QString Read(const QString& fixture, const QString& file) {
@@ -67,8 +75,19 @@ Format FormatOf(const contract::Origin& origin, const QString& fixture) {
     if (isAsked && origin.source.kind == "ODBC") {
         return Format::OdbcSource;
     }
-    const bool isServer = origin.source.prepare.place == Place::Server || !Read(fixture, "Solution.ini").isEmpty();
+    const bool isServer = origin.source.prepare.place == Place::Server || !Read(fixture, SolutionSettings).isEmpty();
     return isServer ? Format::SqliteFile : Format::AccessFile;
+}
+
+/// The settings that name a source, with "%SOURCE%" for its path.
+QString SettingsFor(const contract::Origin& origin, const QString& fixture) {
+    const Place place = origin.source.prepare.place;
+    const QString own = Read(fixture, "settings.ini");
+    if (place == Place::Chosen || !Read(fixture, SolutionSettings).isEmpty()) {
+        return own;
+    }
+    const QString settings = own.isEmpty() ? "[IMPORT]\r\nDatabasename=%SOURCE%\r\n" : own;
+    return place == Place::DataSource ? QString(settings + "DSN=%SOURCE%\r\n") : settings;
 }
 
 /// The name of the ODBC data source that an origin opens whatever the settings say, which are completed.
@@ -82,19 +101,26 @@ QString DataSourceName(const contract::Origin& origin, const QString& settings) 
     return named.match(source.ConnectionString).captured(1);
 }
 
-/// A statement of what a company holds before, for another company. A row of a table that all companies share takes
-/// the place of the one of its key, which another origin may have brought.
+/// Whether a line has what a procedure asks for, beside what the opening of its source does.
+bool TellsInputs(const contract::Procedure& procedure, const QStringList& words) {
+    const auto isText = [](const contract::AnswerNeed& need) { return need.kind == contract::AnswerKind::Text; };
+    return std::count_if(procedure.asks.begin(), procedure.asks.end(), isText) <= ListOf(words, "inputs").size();
+}
+
+/// A statement of what a company holds before, for another company. A row takes the place of the one of its key, which
+/// another source may have brought: into a table that all companies share, or where a code may come once.
 QString ForCompany(QString statement, const QString& company) {
     static const QRegularExpression insert("^INSERT INTO (\\w+) (\\([^)]*\\)) (VALUES .*);$");
     const QRegularExpressionMatch match = insert.match(statement);
-    const schema::Table* table = schema::FindTable(match.captured(1));
+    const schema::Table* table = schema::FindTable(match.captured(1).remove("X01_"));
     statement.replace("X01_", company + '_');
-    if (table == nullptr || !table->shared || table->key.isEmpty()) {
+    if (table == nullptr || table->key.isEmpty() || (!table->shared && table->CodeColumn().isEmpty())) {
         return statement;
     }
     const QString key = table->key.join(", ");
+    const QString name = match.captured(1).replace("X01_", company + '_');
     return QString("WITH N%1 AS (%2) DELETE FROM %3 WHERE (%4) IN (SELECT %4 FROM N);\n")
-               .arg(match.captured(2), match.captured(3), table->name, key) +
+               .arg(match.captured(2), match.captured(3), name, key) +
            statement;
 }
 
@@ -110,7 +136,7 @@ DemoOrigin::DemoOrigin(const contract::Origin& origin, QString folder, QString c
 /// Each procedure once, in the order in which the tests run them.
 void DemoOrigin::Choose() {
     for (const contract::Procedure& procedure : m_origin.procedures) {
-        if (auto line = LineOf(procedure)) {
+        if (auto line = LineOf(procedure); line && TellsInputs(procedure, line->words)) {
             m_lines.push_back(*line);
         } else {
             m_withoutSource.append(procedure.name);
@@ -198,10 +224,15 @@ bool DemoOrigin::MakeExample() {
 }
 
 bool DemoOrigin::HasEverything(const QString& path) const {
-    const QStringList there = TablesOf(path);
+    const QSet<QString> there = NamesOf(path);
+    const bool tellsColumns = QFileInfo(path).isFile();
+    const auto isThere = [&there](const QString& name) { return there.contains(name.toUpper()); };
     for (const Line& line : m_lines) {
         for (const auto& table : contract::NeededTables::Read(line.procedure->needs).Tables()) {
-            if (table.isNecessary && !there.contains(table.name.toUpper())) {
+            const bool hasColumns =
+                !tellsColumns || std::all_of(table.necessary.begin(), table.necessary.end(),
+                                             [&](const QString& column) { return isThere(table.name + '.' + column); });
+            if (table.isNecessary && !(isThere(table.name) && hasColumns)) {
                 return false;
             }
         }
@@ -250,16 +281,9 @@ void DemoOrigin::WriteSettings() const {
         const auto filled = [&source](QString text) {
             return text.replace("%SOURCE%", source.path).replace("%FILES%", source.files);
         };
-        QString own = Read(source.fixture, "settings.ini");
-        if (own.isEmpty() && &source == &m_sources.first()) {
-            own = "[IMPORT]\r\nDatabasename=%SOURCE%\r\n";
-        }
-        if (source.origin->source.prepare.place == Place::DataSource) {
-            own += "DSN=%SOURCE%\r\n";
-        }
-        settings += filled(own);
-        if (const QString solution = Read(source.fixture, "Solution.ini"); !solution.isEmpty()) {
-            WriteFile(m_folder + "/Solution.ini", filled(solution).toLatin1());
+        settings += filled(SettingsFor(*source.origin, source.fixture));
+        if (const QString solution = Read(source.fixture, SolutionSettings); !solution.isEmpty()) {
+            WriteFile(m_folder + '/' + SolutionSettings, filled(solution).toLatin1());
         }
     }
     WriteFile(m_folder + "/Quadrix.ini", settings.toLatin1());
@@ -277,15 +301,23 @@ void DemoOrigin::WriteTargetRows() const {
     WriteFile(m_folder + "/quadrix.sql", QString(script + "COMMIT;\n").toUtf8());
 }
 
+/// A procedure by its name, or by its button where two have the same name.
+QString DemoOrigin::DataOf(const contract::Procedure& procedure) const {
+    const auto same = std::count_if(m_origin.procedures.begin(), m_origin.procedures.end(),
+                                    [&](const auto& other) { return other.name == procedure.name; });
+    return same > 1 && procedure.button ? contract::ButtonName(*procedure.button) : procedure.name;
+}
+
 QString DemoOrigin::ImportOf(const Line& line) const {
     QStringList options = AnswersOf(line) + FilesOf(line);
     if (!line.procedure->destroys.isEmpty()) {
         options.append("--yes");
     }
-    return (QStringList{m_folder, m_company, m_origin.name, line.procedure->name} + options).join('\t');
+    return (QStringList{m_folder, m_company, m_origin.name, line.procedure->name, DataOf(*line.procedure)} + options)
+        .join('\t');
 }
 
-/// An input that the line does not tell is left as it is shown.
+/// What the opening of the source asks for and the line does not tell is left empty.
 QStringList DemoOrigin::AnswersOf(const Line& line) const {
     QStringList options;
     for (const QString& answer : ListOf(line.words, "answers")) {

@@ -12,9 +12,10 @@ public:
 
     /// Writes sources, "Quadrix.ini" and "quadrix.sql". Raises `ImportError`.
     void Write();
-    /// A line for each procedure: folder, company, origin, procedure, options of the command line, with tabs between.
+    /// A line for each procedure: folder, company, origin, procedure, what "--data" names it by, further options, with
+    /// tabs between.
     const QStringList& Imports() const { return m_imports; }
-    /// Procedures that no source is there for.
+    /// Procedures that no source is there for, or that ask for what no test tells.
     const QStringList& WithoutSource() const { return m_withoutSource; }
     /// The ODBC data source that the origin opens by a name of its own, as an entry of "odbc.ini"; empty without one.
     const QString& DataSource() const { return m_dataSource; }
@@ -45,6 +46,7 @@ private:
     void WriteDatabase(Source& source, const QString& script);
     void WriteSettings() const;
     void WriteTargetRows() const;
+    QString DataOf(const contract::Procedure& procedure) const;
     QString ImportOf(const Line& line) const;
     QStringList AnswersOf(const Line& line) const;
     QStringList FilesOf(const Line& line) const;

@@ -24,7 +24,7 @@ void WriteAll(const QString& folder) {
         imports += demo.Imports();
         dataSources += demo.DataSource();
         for (const QString& procedure : demo.WithoutSource()) {
-            qWarning("%s: %s has no source", qPrintable(origin->name), qPrintable(procedure));
+            qWarning("%s: %s non è tra le prove", qPrintable(origin->name), qPrintable(procedure));
         }
     }
     WriteFile(folder + "/imports.tsv", imports.join('\n').toUtf8() + '\n');
