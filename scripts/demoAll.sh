@@ -18,7 +18,8 @@ keep() {
             COALESCE(json ->> 'updated', 0), COALESCE(json ->> 'skipped', 0), COALESCE(json ->> 'givenUp', 0),
             COALESCE(json ->> 'seconds', 0), $4,
             CASE $4 WHEN 0 THEN 'completato' WHEN 4 THEN 'completato con riserve' WHEN 3 THEN 'ANNULLATO'
-                ELSE 'FALLITO: ' || COALESCE(json ->> '\$.errors[0]', 'vedi $1') END FROM result;
+                ELSE 'FALLITO: ' || replace(COALESCE(json ->> '\$.errors[0]', 'vedi $1'), char(10), ' ')
+            END FROM result;
         SELECT printf('%-22s %-38s %7d %8d %10d %7d %11d %7.2f  %s', origine, procedura, righe, inserite, aggiornate,
             saltate, abbandonate, secondi, esito) FROM esiti ORDER BY rowid DESC LIMIT 1"
 }
