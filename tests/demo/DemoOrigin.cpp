@@ -29,10 +29,11 @@ QStringList ListOf(const QStringList& words, const QString& name) {
 constexpr qint64 ExampleRows = 50;
 const QString SolutionSettings = "Solution.ini";
 
-/// The example of an origin, which is called as its module; empty when there is none, and for WinProgest, whose
-/// documents name counterparties of another origin.
+/// The example of an origin, which is called as its module; empty when there is none, or when its rows name
+/// counterparties or articles that another origin brings.
 QString ExampleOf(const contract::Origin& origin) {
-    if (origin.module == "modImport_WinProgest") {
+    static const QStringList leanOnOthers{"modImport_WinProgest", "modImport_Lantek30"};
+    if (leanOnOthers.contains(origin.module)) {
         return {};
     }
     const QString name = origin.module == "modImport_VS" ? "visualspace" : origin.module.section('_', 1).toLower();
