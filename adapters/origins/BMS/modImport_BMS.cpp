@@ -184,10 +184,12 @@ Procedure AggiornaControparti() {
 
 // --- Source -------------------------------------------------------------------------------------------------------
 
-/// The database is Oracle whatever the settings say.
+/// The database is Oracle whatever the settings say, unless they name an Access file with its tables, for trials.
 bool PrepareSource(Session& session, ovConnection& source) {
     const bool prepared = sourceSettings::DataSource("BMS")(session, source);
-    source.ProviderType = Provider::Oracle;
+    if (!source.DSN.endsWith(u".mdb", Qt::CaseInsensitive)) {
+        source.ProviderType = Provider::Oracle;
+    }
     return prepared;
 }
 
