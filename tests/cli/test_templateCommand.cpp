@@ -36,8 +36,8 @@ private slots:
         QVERIFY2(written.exitCode == 0, qPrintable(written.errors));
         QVERIFY(written.Json()["lists"].toArray().contains("Valute"));
         QVERIFY(written.Json()["codes"].toInt() > 0);
-        const auto imported = run.Run(
-            {"import", "--company", "X01", "--origin", "Excel", "--data", "cli", "--file", file, "--answer", "no"});
+        const auto imported =
+            run.Run({"import", "--company", "X01", "--origin", "Excel", "--data", "cli", "--file", file});
         QVERIFY2(imported.exitCode == 0, qPrintable(imported.output + imported.errors));
     }
 };
