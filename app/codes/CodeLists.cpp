@@ -37,7 +37,7 @@ struct Destination {
     /// The table whose codes the column holds.
     std::optional<BaseTable> Base(const QString& told) const {
         if (!told.isEmpty()) {
-            return BaseTable{told, schema::FindTable(told)->CodeColumn()};
+            return BaseTable{told, schema::FindTable(told)->key.front()};
         }
         const bool isReference = column != nullptr && !column->refersTo.isEmpty() && column->conditionColumn.isEmpty();
         return isReference ? std::optional(BaseTable{column->refersTo, column->refersToColumn}) : std::nullopt;

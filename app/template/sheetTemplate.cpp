@@ -152,8 +152,8 @@ private:
             return &*known;
         }
         TemplateList list{title, {}};
-        for (const codes::TargetCode& code :
-             codes::TargetCodes(*m_session, {column.refersTo, column.refersToColumn}).All()) {
+        const codes::TargetCodes has(*m_session, {column.refersTo, column.refersToColumn});
+        for (const codes::TargetCode& code : has.All()) {
             list.codes.push_back({code.code, code.description});
         }
         return list.codes.empty() ? nullptr : &m_file.lists.emplace_back(std::move(list));

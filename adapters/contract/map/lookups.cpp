@@ -61,7 +61,7 @@ QString TranslatedCode(Session& session, const QString& table, const QString& fi
     if (!known.isEmpty() || code.isEmpty()) {
         return known;
     }
-    if (IsThere(session, codeTable, schema::FindTable(codeTable)->CodeColumn(), code)) {
+    if (IsThere(session, codeTable, schema::FindTable(codeTable)->key.front(), code)) {
         return code;
     }
     return modImport::GetNewCode(session, table, field, code, true);
