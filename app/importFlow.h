@@ -50,7 +50,7 @@ struct ImportRequest {
     /// The source rows that the procedures are limited to, such as those that an earlier run has given up; null: all.
     /// Nothing is emptied then.
     std::shared_ptr<contract::RowSelection> only;
-    TrialLook look = {};       ///< at such a trial
+    TrialLook look = {}; ///< at such a trial
 };
 
 enum class FlowOutcome {

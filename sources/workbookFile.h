@@ -11,13 +11,13 @@ inline const QString ParentRowColumn = QStringLiteral("_PADRE");
 
 /// How a sheet of a workbook is read as a table.
 struct SheetTable {
-    QString table;        ///< name that queries ask for
+    QString table; ///< name that queries ask for
     /// Name of the sheet, or "#" and its place among the worksheets, from 1; of several with "/" between, which no name
     /// can have, the first that is there.
     QString sheet = "#1";
-    int headerRow = 1;    ///< row with the names of the columns; 0: they are called A, B, ...
-    int firstRow = 0;     ///< first row that is read; 0: the one behind the header
-    int columns = 0;      ///< columns that the table has at least, whatever is in them
+    int headerRow = 1; ///< row with the names of the columns; 0: they are called A, B, ...
+    int firstRow = 0;  ///< first row that is read; 0: the one behind the header
+    int columns = 0;   ///< columns that the table has at least, whatever is in them
     /// The rows end before the first in which all of these columns are blank; what stands behind is noted, and not
     /// read. Empty, or where the sheet has none of them: they end with the sheet.
     QStringList end = {};

@@ -22,7 +22,7 @@ constexpr std::array Texts{
     HeaderText{"COCAP", "CAP", "", "00184"},
     HeaderText{"COCIT", "Città", "", "Roma"},
     HeaderText{"COPRO", "Provincia", "La sigla, come RM.", "RM"},
-    HeaderText{"CONAZ", "Nazione", "Vuota: Italia.", "ITA"},
+    HeaderText{"CONAZ", "Nazione", "Vuota: Italia."},
     HeaderText{"COIVA", "Partita IVA", "Righe con la stessa partita IVA diventano una sola controparte.",
                "12345678903"},
     HeaderText{"COFIS", "Codice fiscale", "", "12345678903"},

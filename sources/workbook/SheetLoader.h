@@ -67,8 +67,8 @@ private:
     std::unique_ptr<PrivateTable> m_target;
     std::vector<Seen> m_seen;
     QMap<int, qint64> m_emptyFormulas; ///< how many a column has
-    QList<int> m_end;                  ///< columns that are blank in the row behind the last; none: it is not looked for
-    qint64 m_next = 0;                 ///< row that follows the one read last
+    QList<int> m_end;  ///< columns that are blank in the row behind the last; none: it is not looked for
+    qint64 m_next = 0; ///< row that follows the one read last
     bool m_hasEnded = false;
     int m_level = -1;
     QList<qint64> m_above; ///< of each level the row that those of the next one belong to

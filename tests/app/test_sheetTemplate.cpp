@@ -57,7 +57,7 @@ private slots:
         Row("a party", Button::Cli, true, "ImportClientiExcel", parties, party.arg("007", "A1", "BASE"));
         Row("a party, no codes", Button::Cli, false, "ImportClientiExcel", parties, party.arg("NULL", "NULL", "NULL"));
         const QString numbers = "SELECT NRDES, NRNUM FROM X01_NUM_TEL WHERE NRDES LIKE 'Fax%'";
-        Row("its fax", Button::Cli, true, "ImportClientiExcel", numbers, "Fax (uff.)|06 1234568");
+        Row("its fax", Button::Cli, true, "ImportClientiExcel", numbers, "Fax (uff.)|061234568");
         const QString articles = "SELECT CDART, ARDES, ARUMS, ARIVA, ARCOS, ARPRZ, ARRIC, ARPSN, ARPSL, ARSMN, ARLOR, "
                                  "ARGGA, ARNOT FROM X01_ART_ICO";
         const QString article = "ESEMPIO-1|Articolo di esempio (da sovrascrivere)|NR|022|10|15.5|55|1.2|1.35|5|20|7|"
@@ -80,7 +80,7 @@ private slots:
         QCOMPARE(result.sourceRows, 1);
         QVERIFY2(result.inserted == 1, qPrintable(result.givenUp.value(0).reason + result.errors.join(' ')));
         QCOMPARE(company.Rows(query), QStringList(row));
-        QCOMPARE(company.Rows("SELECT TBFLD, TBOLD FROM SYS_IMP"), QStringList());
+        QCOMPARE(company.Rows("SELECT TBFLD, TBOLD FROM SYS_IMP").join(u'\n'), QString());
         for (const char* trouble : {"SCONOSCIUTA", "NON TROVAT", "MANCANO", "COLONNE"}) {
             QVERIFY2(!company.Log().contains(trouble), company.Log().constData());
         }
