@@ -44,9 +44,12 @@ void Lengthen(ovConnection& source, const TextColumns& columns, const QString& e
     const QString literal =
         mod_ovTools::FormatSqlValue(ending, DataType::NVarChar, source.ProviderType).replace(QChar(u'\0'), nul);
     QMap<QString, QStringList> settings;
-    TextColumns ofFile = TextColumnsOf(source); // of several files that are one table each time that one is chosen
-    ofFile.removeIf([&columns](const QString& column) { return !columns.contains(column); });
-    for (const QString& column : std::as_const(ofFile)) {
+    TextColumns there = columns;
+    if (isSqlite) { // of several files that are one table each time that one is chosen; a server types otherwise
+        const TextColumns ofFile = TextColumnsOf(source);
+        there.removeIf([&ofFile](const QString& column) { return !ofFile.contains(column); });
+    }
+    for (const QString& column : std::as_const(there)) {
         const auto [table, bare] = PartedColumn(source, column);
         const QString name = '[' + bare + ']';
         settings[table].append(
