@@ -9,6 +9,7 @@
 
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTableWidget>
@@ -181,8 +182,8 @@ private slots:
         QVERIFY(test.Tool("cmdTemplate").isVisible());
         const QString path = test.Folder.filePath("articoli.xlsx");
         DialogDriver driver;
-        const AtDialog<QDialog> save(driver,
-                                     [&](QDialog& dialog) { qobject_cast<QFileDialog*>(&dialog)->selectFile(path); });
+        const AtDialog<QDialog> save(
+            driver, [&](QDialog& dialog) { dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path); });
         test.Tool("cmdTemplate").menu()->actions().last()->trigger();
         QVERIFY(save.Done());
         const QString result = test.Window().findChild<QPlainTextEdit*>("txtResult")->toPlainText();
