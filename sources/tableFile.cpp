@@ -6,6 +6,7 @@
 #include "sql/errors.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ownFile.h"
+#include "sql/variantText.h"
 
 #include <QFileInfo>
 #include <xlsxwriter.h>
@@ -21,24 +22,11 @@ namespace {
     throw ImportError(QStringLiteral("file '%1': %2").arg(path, why));
 }
 
-bool IsNumber(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// A number of more digits than a cell holds is one that would change.
 bool FitsCell(const QVariant& value) {
     constexpr double mostWhole = 999'999'999'999'999.0;
-    return IsNumber(value) && std::isfinite(value.toDouble()) && std::abs(value.toDouble()) <= mostWhole;
+    return HoldsNumber(value) && value.typeId() != QMetaType::Bool && std::isfinite(value.toDouble()) &&
+           std::abs(value.toDouble()) <= mostWhole;
 }
 
 class CsvWriter final : public TableWriter {
@@ -251,10 +239,26 @@ void ReadCsv(TableOfFile& table) {
     }
 }
 
+void CheckMayWrite(const QString& path, const QStringList& columns) {
+    constexpr qsizetype telling = 2; ///< columns that tell a table from others
+    if (QFileInfo(path).size() == 0) {
+        return;
+    }
+    bool isSame = false;
+    try {
+        isSame = ReadTable(path).columns.mid(0, telling) == columns.mid(0, telling);
+    } catch (const ImportError&) { // it is no table
+    }
+    if (!isSame) {
+        Refuse(path, QStringLiteral("esiste già e contiene altro: non viene sovrascritto, indicarne un altro"));
+    }
+}
+
 } // namespace
 
 std::unique_ptr<TableWriter> TableWriter::Create(const QString& path, const QString& sheet,
                                                  const QStringList& columns) {
+    CheckMayWrite(path, columns);
     if (QFileInfo(path).suffix().compare(QStringLiteral("xlsx"), Qt::CaseInsensitive) == 0) {
         return std::make_unique<WorkbookWriter>(path, sheet, columns);
     }

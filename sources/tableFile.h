@@ -13,7 +13,8 @@ namespace sources {
 /// keeps its leading zeros, and none is taken for a formula.
 class TableWriter {
 public:
-    /// Begins the file with the names of the columns; what is there is written over. Raises `ImportError` naming it.
+    /// Begins the file with the names of the columns. What is there is written over only when it is empty, or a table
+    /// with the same first two columns: a wrong name must cost nobody a file. Raises `ImportError` naming it.
     /// @param sheet name of the sheet of a workbook; what Excel does not take in a name is replaced
     static std::unique_ptr<TableWriter> Create(const QString& path, const QString& sheet, const QStringList& columns);
     virtual ~TableWriter() = default;

@@ -34,6 +34,7 @@ public:
 void FillIn(const QString& path, const std::function<void(TableOfFile&)>& change) {
     TableOfFile table = sources::ReadTable(path);
     change(table);
+    QFile::remove(path); // a table of other columns is not written over
     const auto file = sources::TableWriter::Create(path, "CLIENTI", table.columns);
     for (const TableOfFile::Row& row : table.rows) {
         file->AddRow(QVector<QVariant>(row.values.begin(), row.values.end()));

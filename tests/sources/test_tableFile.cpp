@@ -1,5 +1,6 @@
 #include "sources/tableFile.h"
 #include "sql/errors.h"
+#include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 
 #include <QTemporaryDir>
@@ -13,6 +14,8 @@ class TestTableFile : public QObject {
 private slots:
     void ComesBackAsItWas_data();
     void ComesBackAsItWas();
+    void WritesOverItsOwnAlone_data();
+    void WritesOverItsOwnAlone();
     void WhatPeopleMakeOfIt_data();
     void WhatPeopleMakeOfIt();
 
@@ -42,6 +45,29 @@ void TestTableFile::ComesBackAsItWas() {
     QCOMPARE(table.rows[1].values, QStringList({" x ", "-", "12345678901234567", "-3", "True"}));
 }
 
+void TestTableFile::WritesOverItsOwnAlone_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("isWritten");
+    QTest::newRow("the same kind of table") << QByteArray("A;B;X\r\n1;2;3\r\n") << true;
+    QTest::newRow("an empty file") << QByteArray() << true;
+    QTest::newRow("somebody's table") << QByteArray("A;C\r\n1;2\r\n") << false;
+    QTest::newRow("no table") << QByteArray("SQLite format 3\0more", 20) << false;
+}
+
+void TestTableFile::WritesOverItsOwnAlone() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, isWritten);
+    const QString path = m_folder.filePath("there.csv");
+    WriteFile(path, bytes);
+    try {
+        TableWriter::Create(path, "x", {"A", "B"})->Close();
+        QVERIFY(isWritten);
+    } catch (const ImportError& error) {
+        QVERIFY2(!isWritten && error.Message().contains(path), qPrintable(error.Message()));
+        QCOMPARE(ReadFile(path), bytes);
+    }
+}
+
 void TestTableFile::WhatPeopleMakeOfIt_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("values"); ///< or the error
@@ -57,10 +83,7 @@ void TestTableFile::WhatPeopleMakeOfIt() {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, values);
     const QString path = m_folder.filePath("people.csv");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
+    WriteFile(path, bytes);
     QStringList rows;
     try {
         for (const auto& row : ReadTable(path).rows) {
