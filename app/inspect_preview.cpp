@@ -3,8 +3,8 @@
 #include "adapters/contract/run/ImportRun.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceLayout.h"
+#include "core/Trial.h"
 #include "sql/mod_ovTools.h"
-#include "sql/Transaction.h"
 
 #include <QSet>
 
@@ -27,7 +27,7 @@ public:
         : m_session(session),
           m_quiet(session.Person),
           m_acting(session.Errors, ErrorAction::Abort),
-          m_trial(session.Quadrix) {
+          m_trial(session) {
         m_session.Memory.Open();
     }
     ~TakenBack() {
@@ -43,7 +43,7 @@ private:
     Session& m_session;
     Operator::Quiet m_quiet;
     ovErrors::Acting m_acting;
-    Transaction m_trial;
+    Trial m_trial;
 };
 
 Line LineOf(const contract::Mapping& mapping, const MapLine& line, bool isAdded) {

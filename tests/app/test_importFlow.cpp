@@ -378,6 +378,23 @@ private slots:
         QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_TRO"), QStringList());
     }
 
+    /// No trial where what it writes would stay.
+    void refusesATrialOnTablesWithoutTransactions() {
+        if (!TestTarget::HasMariaDb()) {
+            QSKIP("needs the MariaDB server of scripts/test");
+        }
+        TestTarget target(TestTarget::On::MariaDb);
+        target.Execute("ALTER TABLE X01_CON_TRO ENGINE = MyISAM");
+        FakeOrigin fake;
+        fake.Add(Button::Cli, "ImportUno");
+        ImportRequest request = Request(fake);
+        request.dryRun = true;
+        target.Person.Otherwise = true;
+        QCOMPARE(RunImport(target.Get(), request), FlowOutcome::Failed);
+        QCOMPARE(fake.Calls, QStringList());
+        QVERIFY(target.Person.Reported.first().message.contains("X01_CON_TRO (MyISAM)"));
+    }
+
     void wordsConfirmations_data() {
         Columns<QString, QString>("caption", "confirmation");
         Row("usual", "", "Importare i saldi di magazzino?");

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "core/Session.h"
+#include "sql/Transaction.h"
+
+/// A trial on the Quadrix database: whatever is done in it is taken back at the end of its life.
+class Trial {
+public:
+    /// Raises `ImportError` naming the tables of Quadrix whose rows the database does not take back (of MyISAM, for
+    /// example), before anything is written; or `SqlError`.
+    explicit Trial(Session& session);
+
+private:
+    Transaction m_transaction;
+};
