@@ -3,6 +3,7 @@
 #include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/storedPassword.h"
+#include "sources/textFolder.h"
 #include "sql/mod_ovTools.h"
 
 #include <QDir>
@@ -267,6 +268,17 @@ Prepare TextFile(const QString& title, const QString& filter) {
         UseTextFolder(source, QFileInfo(file).path());
         source.SourceTables = QStringList{QFileInfo(file).fileName()};
     });
+}
+
+Prepare CsvFileAs(const QStringList& tables, const QStringList& lookUps) {
+    return ChosenFile("File CSV da importare", "File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*",
+                      [tables, lookUps](ovConnection& source, const QString& file) {
+                          UseTextFolder(source, QFileInfo(file).path()); // says what kind of source it is
+                          source.LookupColumns = lookUps;
+                          source.OpenFiles = [tables, file](const ConnectionSettings& settings) {
+                              return sources::OpenTextFileAs(tables, file, settings);
+                          };
+                      });
 }
 
 Prepare TextFolder(const QString& defaultFolder) {

@@ -74,6 +74,9 @@ Prepare OpenFileExcel(const std::vector<sources::SheetTable>& sheets = {});
 /// A text file that the operator chooses, in columns with a separator between them.
 /// @param title,filter of the file dialog
 Prepare TextFile(const QString& title, const QString& filter);
+/// A CSV file that the operator chooses, which is each of these tables: the one that a procedure reads is the kind of
+/// file that it wants. @param lookUps "table.column" of each column that rows are looked up by
+Prepare CsvFileAs(const QStringList& tables, const QStringList& lookUps = {});
 /// A folder of text files: setting Databasename.
 Prepare TextFolder(const QString& defaultFolder);
 /// A folder of files of fixed width: setting Databasename. @param records the kinds of records in them

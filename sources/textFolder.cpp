@@ -205,11 +205,4 @@ std::unique_ptr<Engine> OpenTextFolder(const QString& folder, const ConnectionSe
     return OpenFolderTables(folder, FindTables(folder, settings.tables), load, settings);
 }
 
-std::unique_ptr<Engine> OpenTextFile(const QString& path, const QString& table, const ConnectionSettings& settings) {
-    const auto load = [path, table, settings](PrivateDatabase& database) {
-        TextLoader(path, settings).Load(database, table);
-    };
-    return OpenFileTables(QStringLiteral("il file '%1'").arg(path), {{table, load}}, settings);
-}
-
 } // namespace sources

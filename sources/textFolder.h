@@ -23,7 +23,4 @@ std::unique_ptr<Engine> OpenTextFileAs(const QStringList& tables, const QString&
 /// that is not closed.
 std::unique_ptr<Engine> OpenTextFolder(const QString& folder, const ConnectionSettings& settings);
 
-/// Opens one text file, which is read as those of a folder are, as a table of a name of one's own.
-std::unique_ptr<Engine> OpenTextFile(const QString& path, const QString& table, const ConnectionSettings& settings);
-
 } // namespace sources

@@ -141,6 +141,9 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (!declared.furtherRows.isEmpty() && facts.code == m_last) {
         return Run().Skip(declared.furtherRows);
     }
+    if (declared.each) {
+        declared.each(Run(), row);
+    }
     if (declared.there == ArticleThere::Kept && IsThere(GetSession(), "ART_ICO", "CDART", facts.code)) {
         return Run().Skip(QStringLiteral("articolo già presente"));
     }

@@ -72,6 +72,8 @@ struct Articles {
     LeavesOut leavesOut = {};
     /// Sets what the lines cannot tell, behind them.
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> more = {};
+    /// Is shown each row that is not left out, whether its article is written or stays.
+    std::function<void(ImportRun&, const SourceRow&)> each = {};
     /// Writes what hangs on the article beyond the declaration. @param article its CDART
     std::function<void(ImportRun&, const SourceRow&, const QString& article)> after = {};
     Needs further = {}; ///< what the hooks read and write

@@ -114,9 +114,9 @@ template<class Declared>
 Procedure OverSheet(Button button, const Declared& declared, const Beyond& beyond) {
     ImportPart part = PartOf(declared);
     const QStringList read = ColumnsReadBy(part.needs);
-    part.source.told = [read, beyond, sheet = part.source.table](ImportRun& run) {
+    part.make = [make = part.make, read, beyond, sheet = part.source.table](ImportRun& run, const QString& code) {
         FindHeaders(run, sheet, read, beyond);
-        return QString();
+        return make(run, code);
     };
     return ProcedureOf(button, FrameOf(declared), {part});
 }

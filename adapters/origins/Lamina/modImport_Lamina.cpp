@@ -17,7 +17,6 @@
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
-#include "sources/textFolder.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -221,30 +220,19 @@ Documents OrdersOf() {
     };
 }
 
-// --- Source and entry ---------------------------------------------------------------------------------------------
-
-bool ChooseFile(Session& session, ovConnection& source) {
-    const auto choose =
-        sourceSettings::TextFile("File CSV da importare", "File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
-    if (!choose(session, source)) {
-        return false;
-    }
-    source.LookupColumns = QStringList{Distinte + ".PADRE", Lavorazioni + ".ARTICOLO"};
-    source.SourceTables.clear();
-    source.OpenFiles = [file = session.Dialogs.FileName](const ConnectionSettings& settings) {
-        return sources::OpenTextFileAs({Controparti, Contatti, Sedi, ArticoliFile, Distinte, Lavorazioni, Ordini}, file,
-                                       settings);
-    };
-    return true;
-}
-
 } // namespace
+
+// --- Entry --------------------------------------------------------------------------------------------------------
 
 const Origin& Entry() {
     static const Origin origin{
         "Lamina",
         Module,
-        {.kind = "CSV", .prepare = {ChooseFile, Place::Chosen}, .names = Naming::OurReading},
+        {.kind = "CSV",
+         .prepare =
+             sourceSettings::CsvFileAs({Controparti, Contatti, Sedi, ArticoliFile, Distinte, Lavorazioni, Ordini},
+                                       {Distinte + ".PADRE", Lavorazioni + ".ARTICOLO"}),
+         .names = Naming::OurReading},
         Buttons("YYYYYYYN", {{Button::Acq, "Importa Contatti Clienti"},
                              {Button::Saldi, "Importa Sedi Clienti"},
                              {Button::Piano, "Importa Lavorazioni Distinte"}}),

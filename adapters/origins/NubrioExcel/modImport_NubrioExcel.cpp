@@ -89,6 +89,13 @@ QString WithoutPlace(const SourceRow& row) {
     return row.IsBlank(Parent) && !IsProduct(row) ? QStringLiteral("riga di un livello che ne salta uno") : QString();
 }
 
+/// The treatment of a part without components is told: there is no bill for its phase.
+void TellTreatmentWithoutBill(ImportRun& run, const SourceRow& row) {
+    if (!row.IsBlank("Trattamento") && !HasParts(run.GetSession(), row)) {
+        run.Log(QStringLiteral("TRATTAMENTO SENZA DISTINTA: %1: '%2'").arg(run.RowKey(), row.Text("Trattamento")));
+    }
+}
+
 // --- Articles -----------------------------------------------------------------------------------------------------
 
 Articles Articoli() {
@@ -117,19 +124,15 @@ Articles Articoli() {
         .there = ArticleThere::Kept,
         .empties = {},
         .leavesOut = WithoutPlace,
+        .each = TellTreatmentWithoutBill,
         .further = {{}, {{Sheet, {Parent}}}, {{"CON_TRO", {"CDCON", "CORAS", "COFOR"}}}},
     };
 }
 
 // --- Bills --------------------------------------------------------------------------------------------------------
 
-/// The number of a component among those of its bill, by tens. A treatment of a part without components is told: it has
-/// no bill for the phase.
+/// The number of a component among those of its bill, by tens.
 void SetPosition(ImportRun& run, const SourceRow& row, Component& component) {
-    if (!row.IsBlank("Trattamento") && !HasParts(run.GetSession(), row)) {
-        run.Log(QStringLiteral("TRATTAMENTO SENZA DISTINTA: %1, componente '%2': '%3'")
-                    .arg(run.RowKey(), component.article, row.Text("Trattamento")));
-    }
     constexpr int step = 10;
     const auto number = [&row](const QString& column) { return row.Value(column).toLongLong(); };
     component.position = step * run.GetSession().SourceConnection().ExecuteCommand(

@@ -10,7 +10,6 @@
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
-#include "sources/textFolder.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -25,8 +24,10 @@ const QString Module = QStringLiteral("modImport_Terrauna");
 
 // --- Source files -------------------------------------------------------------------------------------------------
 
-/// The chosen file, whatever import reads it.
-const QString Table = QStringLiteral("TERRAUNA");
+/// The chosen file, by the import that reads it.
+const QString ContropartiFile = QStringLiteral("CONTROPARTI");
+const QString ArticoliFile = QStringLiteral("ARTICOLI");
+const QString Codes = QStringLiteral("TERRAUNA"); ///< by which SYS_IMP knows the codes of both
 const QString& RowNumber = sources::RowNumberColumn;
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
@@ -55,12 +56,12 @@ const PartyColumns Columns{
 };
 
 Counterparties Controparti() {
-    const LineGroup usual(PartyLines(Table, Columns).Over({}));
+    const LineGroup usual(PartyLines(Codes, Columns).Over({}));
     return {
         .frame = {.module = Module,
                   .procedure = "ImportContropartiTerraunaFromCSV",
                   .announcement = "Inizio importazione controparti da CSV"},
-        .source = {.table = Table, .key = "Codice", .order = RowNumber},
+        .source = {.table = ContropartiFile, .key = "Codice", .order = RowNumber},
         .roles = ByLetter("Tipo", {.customer = {"C"}, .supplier = {"F"}, .both = {"CF"}}),
         .name = "RagioneSociale, RagioneSociale2",
         .vatNumber = "PartitaIVA",
@@ -71,8 +72,8 @@ Counterparties Controparti() {
                 {"CONRC", "Civico", Text()},
                 {"COCFE", "CodiceSDI", NotBlank(Text())},
                 {"COPEC", "PEC", NotBlank(Text())},
-                ByRole("COMOP", "COMOA", "CodPagamento", Translated(Table, "PAGAMENTI")),
-                {"COESE", "CodEsenzioneIVA", ExemptVat(Table, "COD.ESENZIONEIVA")},
+                ByRole("COMOP", "COMOA", "CodPagamento", Translated(Codes, "PAGAMENTI")),
+                {"COESE", "CodEsenzioneIVA", ExemptVat(Codes, "COD.ESENZIONEIVA")},
             },
         .numbers = {.office = "Telefono",
                     .office2 = "Telefono2",
@@ -92,22 +93,22 @@ Articles Articoli() {
         .frame = {.module = Module,
                   .procedure = "ImportArticoliTerraunaFromCSV",
                   .announcement = "Inizio importazione articoli da CSV"},
-        .source = {.table = Table, .key = "CodiceArticolo", .order = RowNumber},
-        .code = {"CodiceArticolo", ArticleCode(Table, "CodiceArticolo")},
+        .source = {.table = ArticoliFile, .key = "CodiceArticolo", .order = RowNumber},
+        .code = {"CodiceArticolo", ArticleCode(Codes, "CodiceArticolo")},
         .description = "Descrizione",
         .lines =
             {
                 {"CDEXT", "CodiceArticolo", First(50)},
                 {"ARDE2", "Descrizione2", First(100)},
                 {"ARDEC", "DescrizioneEstesa", First(255)},
-                {"ARUMS", "UM", Unit(Table, "UM", schema::defaults::Unit)},
-                {"ARUM2", "UM2", Unit(Table, "UM2", "")},
+                {"ARUMS", "UM", Unit(Codes, "UM", schema::defaults::Unit)},
+                {"ARUM2", "UM2", Unit(Codes, "UM2", "")},
                 {"ARCOE", "Coefficiente", NotZero()},
-                {"ARIVA", "AliquotaIVA", VatCode(Table, "AliquotaIVA")},
+                {"ARIVA", "AliquotaIVA", VatCode(Codes, "AliquotaIVA")},
                 {"ARCLA", "Classe",
                  Choice({{"PF", "PF"}, {"SL", "SL"}, {"CM", "CM"}, {"LM", "LM"}, {"TB", "TB"}}, "CM")},
-                {"ARFAM", "Famiglia", TranslatedOrKnown(Table, "Famiglia", "FAM_PRO")},
-                {"ARMAT", "Materiale", TranslatedOrKnown(Table, "Materiale", "TAB_MAT")},
+                {"ARFAM", "Famiglia", TranslatedOrKnown(Codes, "Famiglia", "FAM_PRO")},
+                {"ARMAT", "Materiale", TranslatedOrKnown(Codes, "Materiale", "TAB_MAT")},
                 {"ARCOS", "Costo", RoundedTo(6)},
                 {"ARPRZ", "Prezzo", RoundedTo(6)},
                 {"ARPSN", "PesoNetto", RoundedTo(3)},
@@ -133,21 +134,6 @@ Articles Articoli() {
     };
 }
 
-// --- Source -------------------------------------------------------------------------------------------------------
-
-bool ChooseFile(Session& session, ovConnection& source) {
-    const auto choose =
-        sourceSettings::TextFile("File CSV da importare", "File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
-    if (!choose(session, source)) {
-        return false;
-    }
-    source.SourceTables.clear();
-    source.OpenFiles = [file = session.Dialogs.FileName](const ConnectionSettings& settings) {
-        return sources::OpenTextFile(file, Table, settings);
-    };
-    return true;
-}
-
 } // namespace
 
 // --- Entry --------------------------------------------------------------------------------------------------------
@@ -156,7 +142,9 @@ const Origin& Entry() {
     static const Origin origin{
         "Terrauna",
         Module,
-        {.kind = "CSV", .prepare = {ChooseFile, Place::Chosen}, .names = Naming::OurReading},
+        {.kind = "CSV",
+         .prepare = sourceSettings::CsvFileAs({ContropartiFile, ArticoliFile}),
+         .names = Naming::OurReading},
         Buttons("YYNNNNN-"),
         Shown::Keep,
         {ProcedureReadingChosenFile(Button::Cli, Controparti()), ProcedureReadingChosenFile(Button::Art, Articoli())},
