@@ -5,11 +5,13 @@
 #include "app/confirmation.h"
 #include "app/connectSource.h"
 #include "app/history/Recorder.h"
+#include "app/inspect.h"
 #include "app/mergeButton.h"
 #include "app/procedureTitle.h"
 #include "app/RunLog.h"
+#include "core/Trial.h"
+#include "sources/layout/LayoutFile.h"
 #include "sql/mod_ovTools.h"
-#include "sql/Transaction.h"
 
 using namespace contract;
 
@@ -207,16 +209,25 @@ private:
     Session& m_session;
 };
 
+/// The text of the layout file of the source that is read first; empty without one.
+QString LayoutText(const Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
+    const Origin* source = FirstSourceOf(origin, procedures);
+    return source == nullptr ? QString() : sources::LayoutFile::TextOf(inspection::LayoutPath(session, *source));
+}
+
 /// What the history keeps of a press beside what its procedures do.
 history::RunFacts FactsOf(Session& session, const ImportRequest& request,
                           const std::vector<const Procedure*>& procedures, const QString& work) {
     const Origin& origin = *request.choice.origin;
-    history::RunFacts facts{origin.name, request.procedure.isEmpty() ? ButtonName(request.button) : request.procedure,
-                            work,        confirmation::SourceText(session, origin, procedures),
-                            {},          request.dryRun};
-    if (!request.singleCode.isEmpty()) {
-        facts.options.append(QStringLiteral("Codice: ") + request.singleCode);
-    }
+    history::RunFacts facts{
+        .origin = origin.name,
+        .data = request.procedure.isEmpty() ? ButtonName(request.button) : request.procedure,
+        .work = work,
+        .source = confirmation::SourceText(session, origin, procedures),
+        .layout = LayoutText(session, origin, procedures),
+        .code = request.singleCode,
+        .isTrial = request.dryRun,
+    };
     if (request.only != nullptr) {
         facts.options.append(QStringLiteral("Solo righe di un'esecuzione precedente"));
     }
@@ -243,7 +254,7 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     if (!request.dryRun) {
         return RunProcedures(session, request, procedures, open, recorder ? &*recorder : nullptr);
     }
-    const Transaction trial(session.Quadrix);
+    const Trial trial(session);
     if (request.look.before) {
         request.look.before();
     }

@@ -160,7 +160,7 @@ void SequenceRun::SelectCompany() {
     }
     m_locks.push_back(std::make_unique<CompanyLock>(m_session, QStringList(m_session.UserManager.Azienda()), Work));
     m_runLog.emplace(m_session, Work);
-    m_recorder.emplace(m_session, history::RunFacts{{}, {}, Work, {}, {}, false});
+    m_recorder.emplace(m_session, history::RunFacts{.work = Work});
 }
 
 void SequenceRun::LockAllCompanies() {

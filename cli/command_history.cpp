@@ -1,5 +1,7 @@
+#include "app/history/Annotations.h"
 #include "app/history/compare.h"
 #include "app/history/rejects.h"
+#include "app/history/runTexts.h"
 #include "app/resultText.h"
 #include "app/startUp.h"
 #include "cli/choiceOptions.h"
@@ -23,8 +25,6 @@ qint64 RunNumber(const QString& text, const QString& option) {
     }
     return run;
 }
-
-QString Time(const QDateTime& time) { return time.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
 
 QJsonObject RunJson(const Run& run) {
     QJsonArray procedures;
@@ -53,34 +53,14 @@ QJsonObject RunJson(const Run& run) {
             {"data", run.data},
             {"work", run.work},
             {"source", run.source},
+            {"layout", run.layout},
+            {"code", run.code},
             {"options", QJsonArray::fromStringList(run.options)},
             {"procedures", procedures}};
 }
 
-/// "12  25/11/2026 18:03:12  X01  Gescom: Articoli  completata  inserite 9, aggiornate 0, abbandonate 1"
-QString Line(const Run& run) {
-    qint64 inserted = 0;
-    qint64 updated = 0;
-    qint64 givenUp = 0;
-    for (const ProcedureRun& procedure : run.procedures) {
-        inserted += procedure.result.inserted;
-        updated += procedure.result.updated;
-        givenUp += procedure.rejects;
-    }
-    return QStringLiteral("%1  %2  %3  %4  %5%6  inserite %7, aggiornate %8, abbandonate %9")
-        .arg(QString::number(run.id), Time(run.started), run.company, run.work, EndingText(run),
-             run.isTrial ? QStringLiteral(" (prova)") : QString(), QString::number(inserted), QString::number(updated),
-             QString::number(givenUp));
-}
-
 QStringList Lines(const History& history, const Run& run) {
-    QStringList lines{QStringLiteral("Esecuzione %1: %2").arg(QString::number(run.id), run.work),
-                      QStringLiteral("Esito: ") + EndingText(run),
-                      QStringLiteral("Da: %1 a: %2").arg(Time(run.started), Time(run.ended)),
-                      QStringLiteral("Chi: ") + run.worker,
-                      QStringLiteral("Azienda: %1 %2").arg(run.company, run.companyName),
-                      QStringLiteral("Sorgente: ") + run.source};
-    lines += run.options;
+    QStringList lines = HeadLines(run);
     for (const ProcedureRun& procedure : run.procedures) {
         lines += QString();
         if (procedure.hasEnded) {
@@ -103,13 +83,13 @@ QStringList Lines(const History& history, const Run& run) {
 Report List(const Context& context, const History& history) {
     const std::vector<Run> runs = history.Runs(context.options.value("company"));
     Report report;
-    QStringList lines;
+    QStringList lines{RunHeadings().join(QStringLiteral(" | "))};
     QJsonArray json;
     for (const Run& run : runs) {
-        lines += Line(run);
+        lines += RunCells(run).join(QStringLiteral(" | "));
         json.append(RunJson(run));
     }
-    report.text = lines.isEmpty() ? QStringLiteral("La cronologia è vuota.") : lines.join(u'\n');
+    report.text = runs.empty() ? QStringLiteral("La cronologia è vuota.") : lines.join(u'\n');
     report.json["runs"] = json;
     return report;
 }
@@ -130,7 +110,29 @@ Report One(const Context& context, const History& history, qint64 number) {
                                  : QStringLiteral("Righe scartate scritte in: ") + files.join(QStringLiteral(", "));
         report.json["rejectFiles"] = QJsonArray::fromStringList(files);
     }
+    if (context.options.isSet("notes")) {
+        const QString file = context.options.value("notes");
+        const qint64 notes = Annotations(history, number).Write(file);
+        lines += QStringLiteral("Annotazioni scritte in %1: %2").arg(file, QString::number(notes));
+        report.json["notesFile"] = file;
+    }
     report.text = lines.join(u'\n');
+    return report;
+}
+
+/// Removes what is kept of old runs.
+Report Forget(const Context& context, History& history) {
+    const QString text = context.options.value("forget-before");
+    const QDate day = QDate::fromString(text, QStringLiteral("dd/MM/yyyy"));
+    if (!day.isValid()) {
+        throw UsageError(QStringLiteral("--forget-before: '%1' non è una data GG/MM/AAAA").arg(text));
+    }
+    RequireYes(context.options,
+               QStringLiteral("toglie dalla cronologia le esecuzioni cominciate prima del %1").arg(text));
+    const qint64 runs = history.Forget(day);
+    Report report;
+    report.text = QStringLiteral("Esecuzioni tolte dalla cronologia: %1").arg(runs);
+    report.json["forgotten"] = runs;
     return report;
 }
 
@@ -143,9 +145,12 @@ Report Two(const History& history, qint64 before, qint64 after) {
 }
 
 Report Show(Context& context) {
-    const History history(FilePath(modMain::SettingsFilePath(context.options.value("config"))));
+    History history(FilePath(modMain::SettingsFilePath(context.options.value("config"))));
+    if (context.options.isSet("forget-before")) {
+        return Forget(context, history);
+    }
     if (!context.options.isSet("run")) {
-        for (const char* option : {"compare", "log", "rejects"}) {
+        for (const char* option : {"compare", "log", "notes", "rejects"}) {
             if (context.options.isSet(option)) {
                 throw UsageError(QStringLiteral("--%1 vale con --run").arg(QLatin1String(option)));
             }
@@ -168,7 +173,10 @@ Command HistoryCommand() {
              {"run", "Mostra l'esecuzione con questo numero.", "NUMERO"},
              {"compare", "Con --run: che cosa è cambiato rispetto a questa.", "NUMERO"},
              {"log", "Con --run: il suo log."},
-             {"rejects", "Con --run: scrive le righe abbandonate in un file .csv o .xlsx, da correggere.", "FILE"}},
+             {"notes", "Con --run: scrive le sue annotazioni, riga per riga, in un file .csv o .xlsx.", "FILE"},
+             {"rejects", "Con --run: scrive le righe abbandonate in un file .csv o .xlsx, da correggere.", "FILE"},
+             {"forget-before", "Toglie le esecuzioni cominciate prima di questo giorno, GG/MM/AAAA.", "GIORNO"},
+             YesOption()},
             Need::Nothing,
             Show};
 }

@@ -28,6 +28,7 @@ struct TargetChange {
     Kind kind;
     QString table;            ///< physical name
     qint64 id;                ///< RECORD_ID
+    QString row = {};         ///< name of the source row under way; empty outside one
     QVariantMap before = {};  ///< of the columns that an update writes, or of all of a deleted row
     QStringList columns = {}; ///< that were written
     qint64 digest = 0;        ///< of what was written into them (`RowDigest`)

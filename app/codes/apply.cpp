@@ -2,7 +2,6 @@
 
 #include "app/history/History.h"
 #include "app/history/rejects.h"
-#include "sql/Transaction.h"
 
 #include <QFileInfo>
 
@@ -18,26 +17,6 @@ RowsToRepeat& OfRun(std::vector<RowsToRepeat>& all, const history::WaitingCode& 
     const auto known =
         std::find_if(all.begin(), all.end(), [&code](const RowsToRepeat& each) { return each.run == code.run; });
     return known != all.end() ? *known : all.emplace_back(RowsToRepeat{.run = code.run, .origin = code.origin});
-}
-
-/// What the rows of a run that were not repeated wait for, they wait for in the run behind it too: it is the last one
-/// of its procedures now.
-void KeepWaiting(const history::History& history, const RowsToRepeat& rows, const history::Run& repeated) {
-    ovConnection& file = history.File();
-    Transaction transaction(file);
-    const qint64 last = file.ExecuteCommand(QStringLiteral("SELECT MAX(id) FROM codes"));
-    for (const history::ProcedureRun& procedure : repeated.procedures) {
-        const QString name = procedure.result.procedure;
-        file.Execute(history::Statement(
-            u"INSERT INTO codes (procedure, list, field, code, source_row) SELECT ?, C.list, C.field, C.code, "
-            u"C.source_row FROM codes C JOIN procedures P ON P.id = C.procedure WHERE P.run = ? AND P.name = ?",
-            {procedure.id, rows.run, name}));
-        for (const QString& row : rows.rows.value(name)) {
-            file.Execute(history::Statement(u"DELETE FROM codes WHERE procedure = ? AND id > ? AND source_row = ?",
-                                            {procedure.id, last, row}));
-        }
-    }
-    transaction.Keep();
 }
 
 } // namespace
@@ -102,12 +81,7 @@ FlowOutcome Repeat(Session& session, const RowsToRepeat& rows, bool dryRun) {
             request.only->Add({.procedure = procedure.key(), .name = name, .table = {}, .key = {}});
         }
     }
-    const qint64 before = history.Runs({}, 1).front().id;
-    const FlowOutcome outcome = RunImport(session, request);
-    if (const history::Run latest = history.Runs({}, 1).front(); !dryRun && latest.id > before) {
-        KeepWaiting(history, rows, latest);
-    }
-    return outcome;
+    return RunImport(session, request);
 }
 
 } // namespace codes

@@ -108,6 +108,8 @@ Run History::RunOf(const Recordset& row) const {
     run.data = Text(row, "data");
     run.work = Text(row, "work");
     run.source = Text(row, "source");
+    run.layout = Text(row, "layout");
+    run.code = Text(row, "code");
     run.options = Text(row, "options").split(u'\n', Qt::SkipEmptyParts);
     return run;
 }
@@ -185,18 +187,12 @@ std::vector<NoteKind> History::NoteKinds(qint64 run, const QString& text) const 
     return kinds;
 }
 
-NoteKind History::GivenUp(qint64 run, const QString& text) const { return CountKind(run, GivenUpKind, text); }
-
-qint64 History::CountNotes(qint64 run, const QString& kind, const QString& text) const {
-    return CountKind(run, kind, text).count;
-}
-
-NoteKind History::CountKind(qint64 run, const QString& kind, const QString& text) const {
+NoteKind History::GivenUp(qint64 run, const QString& text) const {
     SqlText query;
-    query += QStringLiteral("SELECT COUNT(*) AS rows, SUM(N.done) AS done FROM %1 N").arg(TableOf(kind).name);
-    query += NotesWhere(run, kind, text);
+    query += QStringLiteral("SELECT COUNT(*) AS rows, SUM(N.done) AS done FROM %1 N").arg(TableOf(GivenUpKind).name);
+    query += NotesWhere(run, GivenUpKind, text);
     const Recordset rows = m_file->ExecuteWC(query);
-    return {kind, Number(rows, "rows"), Number(rows, "done")};
+    return {GivenUpKind, Number(rows, "rows"), Number(rows, "done")};
 }
 
 std::vector<Note> History::Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most,
@@ -253,7 +249,8 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
     std::vector<WaitingCode> codes;
     {
         Recordset rows = m_file->ExecuteWC(Statement(
-            u"SELECT C.list, C.field, C.code, COUNT(*) AS rows, R.id AS run, R.origin, P.name FROM codes C "
+            u"SELECT C.list, C.field, C.code, COUNT(DISTINCT C.source_row) AS rows, R.id AS run, R.origin, P.name FROM "
+            u"codes C "
             u"JOIN procedures P ON P.id = C.procedure JOIN runs R ON R.id = P.run "
             u"WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
             u"S.trial = 0 "

@@ -32,6 +32,8 @@ struct Run {
     QString data; ///< button or procedure, as the command line names it
     QString work;
     QString source;
+    QString layout; ///< text of the layout file of its source; empty: it had none
+    QString code;   ///< that it was limited to; empty: to none
     QStringList options;
     std::vector<ProcedureRun> procedures;
 
@@ -96,10 +98,8 @@ public:
     std::vector<NoteKind> NoteKinds(qint64 run, const QString& text = {}) const;
     /// The rows that it gave up, as a kind.
     NoteKind GivenUp(qint64 run, const QString& text = {}) const;
-    /// How many notes there are of a kind (empty: of all) that hold a text (empty: whatever they hold). Rows given up
-    /// are those of `GivenUpKind`, and only of that.
-    qint64 CountNotes(qint64 run, const QString& kind, const QString& text) const;
-    /// A piece of them, in that order.
+    /// A piece of the notes of a kind (empty: of all but the rows given up) that hold a text (empty: whatever they
+    /// hold), in that order. Rows given up are those of `GivenUpKind`.
     std::vector<Note> Notes(qint64 run, const QString& kind, const QString& text, qint64 from, int most,
                             NoteOrder order = NoteOrder::Told) const;
     /// Ticks notes off, or takes the tick away: one, or all of a kind that hold a text (empty: all).
@@ -124,7 +124,6 @@ public:
 
 private:
     Run RunOf(const Recordset& row) const;
-    NoteKind CountKind(qint64 run, const QString& kind, const QString& text) const;
     void LoadProcedures(Run& run) const;
 
     QString m_path;

@@ -1,12 +1,12 @@
 #include "app/history/Recorder.h"
 
+#include "adapters/contract/run/RowSelection.h"
 #include "app/history/historyFile.h"
 #include "app/history/resultJson.h"
 #include "core/modImport.h"
-#include "core/modMain.h"
 #include "core/runEnding.h"
 #include "core/worker.h"
-#include "sql/CodePage.h"
+#include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
 #include <QCoreApplication>
@@ -31,6 +31,7 @@ QString PackedLog(const QString& path) {
 Recorder::Recorder(Session& session, RunFacts facts)
     : m_session(session),
       m_first(session.Results.size()),
+      m_isPart(session.Selection != nullptr || !facts.code.isEmpty()),
       m_keepsImages(!facts.isTrial) {
     Try([&] { Begin(facts); });
     m_session.Observer = this;
@@ -72,13 +73,15 @@ void Recorder::Begin(const RunFacts& facts) {
     m_file = Open(path);
     AdoptLogs();
     const QString company = m_session.UserManager.Azienda();
-    Recordset names = m_session.Quadrix.ExecuteWC(Statement(u"SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ?", {company}));
+    const Recordset names = m_session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
+        mod_ovTools::FormatSqlValue(company, DataType::NVarChar, m_session.Quadrix.ProviderType));
     m_file->Execute(Statement(u"INSERT INTO runs (started, worker, version, company, company_name, origin, data, work, "
-                              u"source, layout, options, "
-                              u"trial, log_file) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                              u"source, layout, code, options, trial, log_file) "
+                              u"VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
                               {TimeText(m_session.Now()), WorkerText(), QCoreApplication::applicationVersion(), company,
                                names.Eof() ? QString() : names.Fields(0).Value().toString(), facts.origin, facts.data,
-                               facts.work, facts.source, QString(), facts.options.join(u'\n'),
+                               facts.work, facts.source, facts.layout, facts.code, facts.options.join(u'\n'),
                                static_cast<int>(facts.isTrial), m_session.LogFile}));
     m_run = m_file->LastInsertId();
     m_lock = FileLock::Take(LockPath(path, m_run), WorkText(m_session.Now(), facts.work));
@@ -104,6 +107,20 @@ void Recorder::AdoptLogs() {
     }
 }
 
+/// Rows that this run leaves alone still wait for the codes that they waited for behind the run before it.
+void Recorder::KeepWaiting() {
+    m_file->Execute(Statement(
+        u"INSERT INTO codes (procedure, list, field, code, source_row) SELECT ?, list, field, code, source_row FROM "
+        u"codes WHERE procedure = (SELECT MAX(P.id) FROM procedures P JOIN runs R ON R.id = P.run JOIN procedures N ON "
+        u"N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
+        u"R.company = M.company AND R.trial = 0)",
+        {m_procedure, m_procedure}));
+    const QStringList repeated = m_session.Selection == nullptr ? QStringList() : m_session.Selection->NotMet();
+    for (const QString& row : repeated) {
+        m_file->Execute(Statement(u"DELETE FROM codes WHERE procedure = ? AND source_row = ?", {m_procedure, row}));
+    }
+}
+
 void Recorder::ProcedureBegins(const QString& module, const QString& procedure) noexcept {
     Try([&] {
         if (m_file != nullptr) {
@@ -111,6 +128,9 @@ void Recorder::ProcedureBegins(const QString& module, const QString& procedure) 
             m_file->Execute(Statement(u"INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)",
                                       {m_run, module, m_name.isEmpty() ? procedure : m_name}));
             m_procedure = m_file->LastInsertId();
+            if (m_isPart && m_keepsImages) {
+                KeepWaiting();
+            }
         }
     });
 }

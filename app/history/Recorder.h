@@ -10,11 +10,13 @@ namespace history {
 
 /// What is known of a run when it begins.
 struct RunFacts {
-    QString origin;           ///< name of the origin; empty for a run of several
-    QString data;             ///< button or procedure, as the command line names it; empty for a run of several
-    QString work;             ///< what is done, in the operator's words
+    QString origin = {};      ///< name of the origin; empty for a run of several
+    QString data = {};        ///< button or procedure, as the command line names it; empty for a run of several
+    QString work = {};        ///< what is done, in the operator's words
     QString source = {};      ///< where it reads, without passwords
-    QStringList options = {}; ///< what was chosen, in the operator's words
+    QString layout = {};      ///< text of the layout file of the source; empty without one
+    QString code = {};        ///< that the run is limited to; empty: it takes all
+    QStringList options = {}; ///< what else was chosen, in the operator's words
     bool isTrial = false;
 };
 
@@ -46,6 +48,7 @@ private:
     void TellTrouble() noexcept;
     void Begin(const RunFacts& facts);
     void AdoptLogs();
+    void KeepWaiting();
     void Keep(SqlText statement);
     void Write();
     qint64 ColumnList(const QStringList& columns);
@@ -53,6 +56,7 @@ private:
 
     Session& m_session;
     qsizetype m_first; ///< of the results of the run
+    bool m_isPart;     ///< of the rows that the procedures could take
     bool m_keepsImages;
     std::unique_ptr<ovConnection> m_file; ///< null: nothing is kept, or not any more
     std::unique_ptr<FileLock> m_lock;

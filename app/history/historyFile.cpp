@@ -16,8 +16,7 @@ const QStringList& Tables() {
     static const QStringList tables{
         "CREATE TABLE IF NOT EXISTS runs (id INTEGER PRIMARY KEY AUTOINCREMENT, started TEXT, ended TEXT, worker TEXT, "
         "version TEXT, company TEXT, company_name TEXT, origin TEXT, data TEXT, work TEXT, source TEXT, layout TEXT, "
-        "options TEXT, "
-        "trial INTEGER, ending INTEGER, log_file TEXT, log TEXT)",
+        "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT)",
         "CREATE TABLE IF NOT EXISTS procedures (id INTEGER PRIMARY KEY AUTOINCREMENT, run INTEGER, module TEXT, "
         "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT)",
         "CREATE INDEX IF NOT EXISTS procedures_run ON procedures (run)",
@@ -39,15 +38,6 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
     };
     return tables;
-}
-
-/// A file of an earlier version lacks columns that have come since.
-void AddColumns(ovConnection& file) {
-    const Recordset known =
-        file.ExecuteWC(QStringLiteral("SELECT COUNT(*) FROM pragma_table_info('rejects') WHERE name = 'done'"));
-    if (known.Fields(0).Value().toInt() == 0) {
-        file.Execute(QStringLiteral("ALTER TABLE rejects ADD COLUMN done INTEGER DEFAULT 0"));
-    }
 }
 
 /// A value and what kind of value it is; a number as its text, of which no digit is lost.
@@ -100,7 +90,6 @@ std::unique_ptr<ovConnection> Open(const QString& path) {
     for (const QString& table : Tables()) {
         file->Execute(table);
     }
-    AddColumns(*file);
     return file;
 }
 

@@ -28,22 +28,6 @@ QString PathFor(const QString& path, const QString& table) {
     return file.dir().filePath(QStringLiteral("%1-%2.%3").arg(file.completeBaseName(), name, file.suffix()));
 }
 
-/// Only what is such a file already is written over.
-void CheckMayWrite(const QString& path) {
-    if (QFileInfo(path).size() == 0) {
-        return;
-    }
-    bool isOwn = false;
-    try {
-        isOwn = sources::ReadTable(path).columns.mid(0, OwnColumns().size()) == OwnColumns();
-    } catch (const ImportError&) { // it cannot be read: it is something else
-    }
-    if (!isOwn) {
-        throw ImportError(
-            QStringLiteral("File degli scarti '%1': c'è già ed è qualcos'altro: non si sovrascrive").arg(path));
-    }
-}
-
 contract::RowSelection::Row Wanted(const Reject& reject) {
     return {reject.procedure, reject.row.row, reject.row.table, reject.row.key, reject.row.number};
 }
@@ -144,7 +128,6 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
         if (files.contains(file)) {
             file = PathFor(path, table + QString::number(files.size() + 1));
         }
-        CheckMayWrite(file);
         files.append(file);
         writers.push_back(
             sources::TableWriter::Create(file, table, OwnColumns() + shape.section(u'\x1e', 1).split(u'\x1f')));
@@ -195,6 +178,7 @@ void Repeat(Session& session, const Run& run, ImportRequest& request) {
     if (request.choice.companyCode.isEmpty()) {
         throw ImportError(QStringLiteral("l'azienda %1 dell'esecuzione %2 non c'è più").arg(run.company).arg(run.id));
     }
+    request.singleCode = run.code;
     if (ProcedureOf(*request.choice.origin, run.data) != nullptr) {
         request.procedure = run.data;
     } else if (const auto button = contract::ButtonFromName(run.data)) {

@@ -96,6 +96,12 @@ QStringList HeadLines(const Run& run) {
     if (!run.source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + QDir::toNativeSeparators(run.source));
     }
+    if (!run.code.isEmpty()) {
+        lines.append(QStringLiteral("Codice: ") + run.code);
+    }
+    if (!run.layout.isEmpty()) {
+        lines.append(QStringLiteral("Con un file del tracciato"));
+    }
     if (run.isTrial) {
         lines.append(QStringLiteral("Era una prova: il database è rimasto com'era."));
     }

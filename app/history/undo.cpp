@@ -3,6 +3,7 @@
 #include "app/CompanyLock.h"
 #include "core/rowDigest.h"
 #include "core/Schema.h"
+#include "core/Trial.h"
 #include "core/worker.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/Transaction.h"
@@ -181,9 +182,9 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
 UndoResult UndoAlone(Session& session, const History& history, qint64 number, bool isTrial) {
     const CompanyLock lock(session, {history.Load(number).company},
                            QStringLiteral("annullamento dell'esecuzione %1").arg(number));
-    std::optional<Transaction> trial;
+    std::optional<Trial> trial;
     if (isTrial) {
-        trial.emplace(session.Quadrix);
+        trial.emplace(session);
     }
     return Undo(session, history, number);
 }

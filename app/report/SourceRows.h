@@ -5,10 +5,12 @@
 namespace proof {
 
 /// Which row of the source was under way when a row of Quadrix was rewritten, during the lifetime of the object.
-class SourceRows {
+class SourceRows final : public RunObserver {
 public:
-    explicit SourceRows(Session& session);
-    ~SourceRows();
+    explicit SourceRows(Session& session)
+        : m_session(session),
+          m_other(std::exchange(session.Observer, this)) {}
+    ~SourceRows() override { m_session.Observer = m_other; }
     SourceRows(const SourceRows&) = delete;
     SourceRows& operator=(const SourceRows&) = delete;
 
@@ -16,11 +18,22 @@ public:
     /// @param table physical name @param id RECORD_ID of the row of Quadrix
     QString Of(const QString& table, qint64 id) const { return m_rows.value(table).value(id); }
 
-private:
-    void See(const QString& statement);
+    bool KeepsImages() const noexcept override { return true; }
+    void TargetChanges(const TargetChange& change) noexcept override {
+        if (change.kind == TargetChange::Kind::Updated && !change.row.isEmpty()) {
+            m_rows[change.table].insert(change.id, change.row);
+        }
+    }
+    void ProcedureBegins(const QString&, const QString&) noexcept override {}
+    void NoteStands(const QString&, const QString&) noexcept override {}
+    void CodeIsOpen(const QString&, const ::OpenCode&) noexcept override {}
+    void RowIsGivenUp(const RejectedRow&) noexcept override {}
+    void RowsStand(int, qint64, const QString&) noexcept override {}
+    void ProcedureEnds(const RunResult&) noexcept override {}
 
+private:
     Session& m_session;
-    ovConnection::StatementObserver m_other;       ///< who listened before
+    RunObserver* m_other;                          ///< who was told before
     QHash<QString, QHash<qint64, QString>> m_rows; ///< by table
 };
 

@@ -17,8 +17,8 @@ namespace {
 class KeptRun {
 public:
     explicit KeptRun(int further = 0) {
-        Recorder =
-            std::make_unique<history::Recorder>(Target.Get(), history::RunFacts{"Gescom", "cli", "prova", {}, {}});
+        Recorder = std::make_unique<history::Recorder>(
+            Target.Get(), history::RunFacts{.origin = "Gescom", .data = "cli", .work = "prova"});
         Recorder->ProcedureBegins("modImport_Gescom", "ImportContropartiGescom");
         Tell("riga 9", "TELEFONO: corto");
         GiveUp("riga 3", "manca il nome");
@@ -150,17 +150,13 @@ private slots:
                  QStringList({"CAP", "ImportContropartiGescom", "riga 10", "'abc' non è un CAP: vuoto", "no"}));
     }
 
-    void AHistoryOfBeforeGetsItsTicks() {
+    void ARejectIsFoundByItsNote() {
         const KeptRun run;
-        run.History->File().Execute("ALTER TABLE rejects DROP COLUMN done");
-        const history::History again(run.Path());
-        Annotations notes(again, 1);
-        notes.SetDone(0, 1, true);
-        QCOMPARE(Annotations(again, 1).Kinds().at(0).done, 1);
-        const auto reject = again.FindReject(notes.At(0, 1).id);
+        Annotations notes = run.Notes();
+        const auto reject = run.History->FindReject(notes.At(0, 1).id);
         QVERIFY(reject && reject->row.reason == "codice doppio");
         QCOMPARE(reject->row.values, QVector<QVariant>({"007", 1.5}));
-        QVERIFY(!again.FindReject(99));
+        QVERIFY(!run.History->FindReject(99));
     }
 };
 

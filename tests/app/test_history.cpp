@@ -153,6 +153,8 @@ private slots:
         QCOMPARE(kept.Run(MendedRejects(history, 1, {path})), FlowOutcome::Done);
         QCOMPARE(kept.Account(), "2 = 1 + 0 + 0 + 1");
         QCOMPARE(kept.Articles(), QStringList({"A|Vite|1.5", "B|Dado|2", "C|Rondella|3"}));
+        QCOMPARE(history.WaitingCodes("X01").front().first.size(),
+                 2); // that of the first run, which was left alone, too
         kept.Source("UPDATE ART SET COSTO = '4' WHERE CODICE = 'D'");
         kept.Run(RejectsOf(history, 2));
         QCOMPARE(kept.Account(), "1 = 1 + 0 + 0 + 0");

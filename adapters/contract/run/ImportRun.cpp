@@ -234,8 +234,9 @@ void ImportRun::Inserted(const QString& table) {
     m_lastIds[table] = m_session.Quadrix.LastInsertId();
 }
 
-void ImportRun::TellChange(const TargetChange& change) {
-    modImport::Tell(m_session, [change](RunObserver& observer) { observer.TargetChanges(change); });
+void ImportRun::TellChange(TargetChange change) {
+    change.row = RowKey();
+    modImport::Tell(m_session, [change = std::move(change)](RunObserver& observer) { observer.TargetChanges(change); });
 }
 
 void ImportRun::KeepImages(TargetChange change, const QString& where) {

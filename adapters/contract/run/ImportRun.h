@@ -130,7 +130,7 @@ public:
     /// Whether somebody keeps what rows were before they are written, and what was written.
     bool KeepsImages() const { return m_session.Observer != nullptr && m_session.Observer->KeepsImages(); }
     /// Tells of a row that was written.
-    void TellChange(const TargetChange& change);
+    void TellChange(TargetChange change);
     /// Tells of the rows of a condition (with its WHERE), which are about to be written, with what they are now.
     /// @param change what is told of all of them: its columns are those that are kept, none for all
     void KeepImages(TargetChange change, const QString& where);
