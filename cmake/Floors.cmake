@@ -92,11 +92,11 @@ function(quadrix_test name)
     set(tests ${name})
     set(others)
     foreach(class ${TEST_ALONE})
-        add_test(NAME ${name}.${class} COMMAND test_${name} ${class})
+        add_test(NAME ${name}.${class} COMMAND test_${name} -silent ${class})
         list(APPEND tests ${name}.${class})
         list(APPEND others !${class})
     endforeach()
-    add_test(NAME ${name} COMMAND test_${name} ${others})
+    add_test(NAME ${name} COMMAND test_${name} -silent ${others})
     # The longest first, so that none is left to run by itself at the end.
     set_tests_properties(${tests} PROPERTIES COST 1 TIMEOUT 1800 ENVIRONMENT
         "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_DISABLE_STACK_DUMP=1")
