@@ -1,5 +1,7 @@
 #include "ui/ManualPane.h"
 
+#include "ui/lists.h"
+
 #include <QHash>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -10,15 +12,6 @@ namespace {
 
 QUrl UrlOf(const QString& page) { return QUrl("qrc:/docs/manuale/" + page); }
 
-QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setToolTip(hint);
-    button->setAccessibleDescription(hint);
-    button->setAutoDefault(false);
-    return button;
-}
-
 } // namespace
 
 ManualPane::ManualPane(const QString& page, QWidget* parent)
@@ -27,8 +20,8 @@ ManualPane::ManualPane(const QString& page, QWidget* parent)
     browser->setObjectName("txtManual");
     browser->setAccessibleName("Manuale");
     browser->setSource(UrlOf(page.isEmpty() ? QString("README.md") : page));
-    auto* contents = NewButton("cmdContents", "&Indice", "Mostra l'indice del manuale");
-    auto* back = NewButton("cmdBack", "Indie&tro", "Torna alla pagina di prima");
+    auto* contents = lists::NewButton("cmdContents", "&Indice", "Mostra l'indice del manuale");
+    auto* back = lists::NewButton("cmdBack", "Indie&tro", "Torna alla pagina di prima");
     back->setEnabled(false);
     connect(contents, &QPushButton::clicked, browser, [browser] { browser->setSource(UrlOf("README.md")); });
     connect(back, &QPushButton::clicked, browser, &QTextBrowser::backward);
