@@ -12,7 +12,19 @@ bool IsOfQuadrix(const Session& session, const QString& table) {
     return schema::FindTable(bare.toUpper()) != nullptr;
 }
 
-/// The tables that keep what is written to them whatever becomes of the transaction: only MySQL and MariaDB have any.
+ovConnection& WhereAllIsTakenBack(Session& session) {
+    const QStringList tables = TablesWithoutTransactions(session);
+    if (!tables.isEmpty()) {
+        throw ImportError(
+            QStringLiteral("Una prova non si può fare: ciò che si scrive in %1 non si può riportare com'era. "
+                           "Le tabelle devono essere di un tipo con transazioni, come InnoDB")
+                .arg(tables.join(QStringLiteral(", "))));
+    }
+    return session.Quadrix;
+}
+
+} // namespace
+
 QStringList TablesWithoutTransactions(Session& session) {
     QStringList tables;
     if (session.Quadrix.Embedded || session.Quadrix.ProviderType != Provider::MySql) {
@@ -32,19 +44,6 @@ QStringList TablesWithoutTransactions(Session& session) {
     }
     return tables;
 }
-
-ovConnection& WhereAllIsTakenBack(Session& session) {
-    const QStringList tables = TablesWithoutTransactions(session);
-    if (!tables.isEmpty()) {
-        throw ImportError(
-            QStringLiteral("Una prova non si può fare: ciò che si scrive in %1 non si può riportare com'era. "
-                           "Le tabelle devono essere di un tipo con transazioni, come InnoDB")
-                .arg(tables.join(QStringLiteral(", "))));
-    }
-    return session.Quadrix;
-}
-
-} // namespace
 
 Trial::Trial(Session& session)
     : m_transaction(WhereAllIsTakenBack(session)) {}

@@ -3,6 +3,10 @@
 #include "core/Session.h"
 #include "sql/Transaction.h"
 
+/// The tables of Quadrix that keep what is written to them whatever becomes of the transaction, each with the engine
+/// that it is of: "X01_CON_TRO (MyISAM)". Only MySQL and MariaDB have any. Raises `SqlError`.
+QStringList TablesWithoutTransactions(Session& session);
+
 /// A trial on the Quadrix database: whatever is done in it is taken back at the end of its life.
 class Trial {
 public:

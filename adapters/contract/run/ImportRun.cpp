@@ -5,6 +5,7 @@
 #include "adapters/contract/run/SourceMemory.h"
 #include "core/lineSettings.h"
 #include "core/runEnding.h"
+#include "core/Trial.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -222,6 +223,20 @@ QString ImportRun::Input(const QString& prompt, const QString& title, const QStr
 
 bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {
     return RowLoop(*this, loop, row, groupEnd).Run();
+}
+
+bool ImportRun::TakesRowsBack() {
+    if (!m_takesRowsBack) {
+        const QStringList tables = TablesWithoutTransactions(m_session);
+        m_takesRowsBack = tables.isEmpty();
+        if (!tables.isEmpty()) {
+            Log(QStringLiteral(
+                    "TABELLE SENZA TRANSAZIONI: di una riga abbandonata resta scritto ciò che ha già scritto "
+                    "(%1)")
+                    .arg(tables.join(QStringLiteral(", "))));
+        }
+    }
+    return *m_takesRowsBack;
 }
 
 void ImportRun::CommitAccount() {

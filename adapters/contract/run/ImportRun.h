@@ -73,6 +73,9 @@ public:
     /// Shows the completion message, unless the run was cancelled or of a single code, or what is to be done before it
     /// failed.
     void Complete(const QString& message);
+    /// Whether the database takes back what a row has written when it is given up. False where tables of Quadrix are of
+    /// an engine without transactions, which the log tells once.
+    bool TakesRowsBack();
     /// What is still to be done before a run may be called complete; none with an empty function.
     void BeforeCompletion(std::function<void()> work) { m_beforeCompletion = std::move(work); }
 
@@ -158,7 +161,8 @@ private:
     QString m_rule; ///< that leaves the row under way out
     QHash<QString, qint64> m_lastIds;
     int m_loops = 0; ///< begun so far
-    double m_start;  ///< seconds on the operator's clock
+    std::optional<bool> m_takesRowsBack;
+    double m_start; ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -9,9 +9,11 @@ namespace {
 
 constexpr int MostRedone = 3; ///< times that rows are done again whose transaction the database has ended
 
-/// Rows that are committed together at the most; 0: every statement commits by itself. Raises `ImportError` for a
+/// Rows that are committed together at the most; 0, also where the database takes none back: every statement commits by
+/// itself. Raises `ImportError` for a
 /// setting that is no such number: what a failing row leaves depends on it.
-int RowsTogether(Session& session) {
+int RowsTogether(ImportRun& run) {
+    Session& session = run.GetSession();
     const QString text =
         modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"), QStringLiteral("1000"));
     bool isNumber = false;
@@ -21,7 +23,7 @@ int RowsTogether(Session& session) {
                                          "da 0 in su")
                               .arg(text));
     }
-    return rows;
+    return run.TakesRowsBack() ? rows : 0;
 }
 
 /// The error that some work ends with; null when it does not.
@@ -54,7 +56,7 @@ RowLoop::RowLoop(ImportRun& run, const ImportRun::Loop& loop, const ImportRun::R
       m_loop(loop),
       m_row(row),
       m_groupEnd(groupEnd),
-      m_transaction(m_session, RowsTogether(m_session)) {}
+      m_transaction(m_session, RowsTogether(run)) {}
 
 ovConnection& RowLoop::Database() const {
     return m_loop.database != nullptr ? *m_loop.database : m_session.SourceConnection();
