@@ -59,6 +59,23 @@ QJsonObject RunJson(const Run& run) {
             {"procedures", procedures}};
 }
 
+/// Every note of a run with its row, the rows given up first.
+QJsonArray NotesJson(const History& history, qint64 run) {
+    Annotations notes(history, run);
+    QJsonArray json;
+    for (size_t kind = 0; kind < notes.Kinds().size(); ++kind) {
+        for (qint64 place = 0; place < notes.Kinds()[kind].count; ++place) {
+            const Note& note = notes.At(kind, place);
+            json.append(QJsonObject{{"kind", note.kind},
+                                    {"procedure", note.procedure},
+                                    {"row", note.row},
+                                    {"text", note.text},
+                                    {"done", note.isDone}});
+        }
+    }
+    return json;
+}
+
 QStringList Lines(const History& history, const Run& run) {
     QStringList lines = HeadLines(run);
     for (const ProcedureRun& procedure : run.procedures) {
@@ -115,6 +132,9 @@ Report One(const Context& context, const History& history, qint64 number) {
         const qint64 notes = Annotations(history, number).Write(file);
         lines += QStringLiteral("Annotazioni scritte in %1: %2").arg(file, QString::number(notes));
         report.json["notesFile"] = file;
+    }
+    if (context.options.isSet("json")) {
+        report.json["annotations"] = NotesJson(history, number);
     }
     report.text = lines.join(u'\n');
     return report;
