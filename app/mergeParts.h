@@ -5,6 +5,8 @@
 /// The parts of a counterparty merge.
 namespace merge {
 
+inline const QString Master = QStringLiteral("CON_TRO"); ///< the table of the counterparties
+
 /// Codes of the two companies, as the database writes them.
 struct Companies {
     QString from;

@@ -25,7 +25,6 @@ private:
 };
 
 const QString Identity = QStringLiteral("RECORD_ID");
-const QString Master = QStringLiteral("CON_TRO");
 
 /// Tables whose rows belong to a counterparty and own numbers and addresses themselves, by their RECORD_ID.
 const QStringList Owners{"CON_RIF", "CON_SED"};

@@ -10,7 +10,6 @@ namespace merge {
 
 namespace {
 
-const QString Master = QStringLiteral("CON_TRO");
 constexpr int LastCode = 999999;
 
 QString CheckedCode(const QString& company, const QVariant& value) {

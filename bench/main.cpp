@@ -2,9 +2,10 @@
 // and against a script that a consultant would write (peer.py).
 // quadrix-bench BUILD FOLDER [SMALL LARGE]: BUILD holds the programs, FOLDER is emptied and filled.
 // quadrix-bench streaming ROWS measures the reading of so many rows, quadrix-bench server BUILD FOLDER ROWS an import
-// into MariaDB.
+// into MariaDB, quadrix-bench notes FOLDER NOTES the looking through what a run told.
 
 #include "bench/measure.h"
+#include "bench/notes.h"
 #include "bench/replay.h"
 #include "bench/server.h"
 #include "bench/streaming.h"
@@ -210,6 +211,9 @@ int main(int argc, char** argv) {
         if (words.size() == 2 && words[0] == "streaming") {
             return MeasureStreaming(std::stol(words[1])) ? 0 : 1;
         }
+        if (words.size() == 3 && words[0] == "notes") {
+            return MeasureNotes(words[1].c_str(), std::stol(words[2])) ? 0 : 1;
+        }
         if (words.size() == 4 && words[0] == "server") {
             return MeasureServer(words[1] + "/examples/quadrix-examples", words[2], std::stol(words[3])) ? 0 : 1;
         }
@@ -224,6 +228,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
     }
-    std::fprintf(stderr, "quadrix-bench BUILD FOLDER [SMALL LARGE] | streaming ROWS | server BUILD FOLDER ROWS\n");
+    std::fprintf(
+        stderr,
+        "quadrix-bench BUILD FOLDER [SMALL LARGE] | streaming ROWS | notes FOLDER NOTES | server BUILD FOLDER ROWS\n");
     return 2;
 }

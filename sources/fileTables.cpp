@@ -1,6 +1,7 @@
 #include "sources/fileTables.h"
 
 #include "sources/layout/queryParts.h"
+#include "sources/sameName.h"
 #include "sources/unreadable.h"
 #include "sql/errors.h"
 
@@ -11,8 +12,6 @@
 namespace sources {
 
 namespace {
-
-bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
 
 bool IsPartOfName(QChar character) { return character.isLetterOrNumber() || character == u'_'; }
 
@@ -75,12 +74,12 @@ bool IsShownAsItIs(const QString& statement, const std::deque<QueryPart>& parts,
 
 /// Whether a mention is one of a column of that table, as far as its qualifier tells.
 bool IsOf(const std::deque<QueryPart>& parts, const Mention& mention, const PrivateDatabase::Unreadable& column) {
-    if (!IsSame(mention.column, column.column)) {
+    if (!IsSameName(mention.column, column.column)) {
         return false;
     }
     const auto isAnother = [&](const TableUse& table) {
         const QString& called = table.alias.isEmpty() ? table.name : table.alias;
-        return table.derived < 0 && IsSame(called, mention.qualifier) && !IsSame(table.name, column.table);
+        return table.derived < 0 && IsSameName(called, mention.qualifier) && !IsSameName(table.name, column.table);
     };
     return std::ranges::none_of(parts,
                                 [&](const QueryPart& part) { return std::ranges::any_of(part.tables, isAnother); });
@@ -147,7 +146,7 @@ public:
     qint64 LastInsertId() override { return m_database.Reader().LastInsertId(); }
     QStringList Tables() override { return m_names; }
     QVector<ColumnInfo> Columns(const QString& table) override {
-        LoadIf([&](const FileTable& pending) { return IsSame(pending.name, table); });
+        LoadIf([&](const FileTable& pending) { return IsSameName(pending.name, table); });
         return m_database.Reader().Columns(table);
     }
     void SetTriggersEnabled(const QString&, bool) override {} // tables of a file have none
@@ -163,7 +162,7 @@ private:
         }
         for (const QString& name : wanted) {
             const bool isThere = std::any_of(m_pending.cbegin(), m_pending.cend(),
-                                             [&](const FileTable& table) { return IsSame(table.name, name); });
+                                             [&](const FileTable& table) { return IsSameName(table.name, name); });
             m_missing += isThere ? QStringList() : QStringList(name);
         }
         if (m_missing.size() == wanted.size()) {

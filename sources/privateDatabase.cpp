@@ -22,7 +22,7 @@ QString Definition(const ColumnInfo& column) {
 constexpr int FirstParameter = 2;
 
 /// What SQLite takes, without the row number.
-constexpr qsizetype MostColumns = 1999;
+constexpr qsizetype MostOfSqlite = 1999;
 
 } // namespace
 
@@ -84,10 +84,10 @@ PrivateTable::PrivateTable(PrivateDatabase& database, const QString& name, const
       m_name(name),
       m_numberColumn(numberColumn),
       m_columns(columns) {
-    if (columns.size() > MostColumns) {
+    if (columns.size() > MostOfSqlite) {
         throw ImportError(QStringLiteral("ha %1 colonne, se ne leggono al massimo %2: togliere quelle che non servono")
                               .arg(columns.size())
-                              .arg(MostColumns));
+                              .arg(MostOfSqlite));
     }
     database.Run(Statement());
     PrepareInsert();
@@ -111,8 +111,8 @@ void PrivateTable::PrepareInsert() {
 }
 
 void PrivateTable::AddColumns(const QVector<ColumnInfo>& columns) {
-    if (m_columns.size() + columns.size() > MostColumns) {
-        throw ImportError(QStringLiteral("ha più di %1 colonne: togliere quelle che non servono").arg(MostColumns));
+    if (m_columns.size() + columns.size() > MostOfSqlite) {
+        throw ImportError(QStringLiteral("ha più di %1 colonne: togliere quelle che non servono").arg(MostOfSqlite));
     }
     Retype(m_columns + columns); // rows that are there already are Null in them
     PrepareInsert();

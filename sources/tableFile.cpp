@@ -160,17 +160,16 @@ private:
 
 /// A cell as its text; raises `ImportError` for one that cannot be read.
 QString TextOf(const SheetCell& cell, qint64 row) {
-    using Kind = SheetCell::Kind;
     switch (cell.kind) {
-    case Kind::Number:
+    case SheetCell::Kind::Number:
         return mod_ovTools::ToText(cell.number);
-    case Kind::Boolean:
+    case SheetCell::Kind::Boolean:
         return mod_ovTools::ToText(cell.number != 0);
-    case Kind::Text:
+    case SheetCell::Kind::Text:
         return QString::fromUtf8(cell.text);
-    case Kind::Date:
+    case SheetCell::Kind::Date:
         return mod_ovTools::ToText(mod_ovTools::ReadDate(QString::fromUtf8(cell.text)).value_or(QDateTime()));
-    case Kind::EmptyText:
+    case SheetCell::Kind::EmptyText:
         return {};
     default:
         throw ImportError(QStringLiteral("riga %1, colonna %2: %3")

@@ -11,7 +11,7 @@ namespace codes {
 
 namespace {
 
-constexpr qsizetype MostTold = 3; ///< rows that a line names
+constexpr qsizetype MostNamed = 3; ///< rows that a line names
 
 RowsToRepeat& OfRun(std::vector<RowsToRepeat>& all, const history::WaitingCode& code) {
     const auto known =
@@ -35,8 +35,8 @@ QStringList RowsToRepeat::Lines(Worklist& worklist) const {
         const Waiting waiting = code.waiting.value_or(Waiting());
         lines.append(QStringLiteral("%1 = '%2', va in %3: righe %4 (%5%6)")
                          .arg(NameOf(code), code.newCode, FeedsText(worklist.ListOf(code)),
-                              QString::number(waiting.rows), waiting.first.mid(0, MostTold).join(QStringLiteral("; ")),
-                              waiting.first.size() > MostTold ? QStringLiteral("; ...") : QString()));
+                              QString::number(waiting.rows), waiting.first.mid(0, MostNamed).join(QStringLiteral("; ")),
+                              waiting.first.size() > MostNamed ? QStringLiteral("; ...") : QString()));
     }
     return lines;
 }

@@ -31,12 +31,12 @@ QStringList TextsOf(const QJsonValue& value) {
 }
 
 /// The numbers of a result, each under its name.
-struct Number {
+struct NamedNumber {
     const char* name;
     qint64 RunResult::*member;
 };
 
-constexpr Number Numbers[] = {
+constexpr NamedNumber Numbers[] = {
     {"sourceRows", &RunResult::sourceRows},
     {"inserted", &RunResult::inserted},
     {"updated", &RunResult::updated},
@@ -68,7 +68,7 @@ QJsonObject ToJson(const RunResult& result) {
                      {"details", QJsonArray::fromStringList(result.details)},
                      {"codes", QJsonArray::fromStringList(result.untranslated)},
                      {"seconds", result.seconds}};
-    for (const Number& number : Numbers) {
+    for (const NamedNumber& number : Numbers) {
         json.insert(QLatin1String(number.name), result.*number.member);
     }
     return json;
@@ -77,7 +77,7 @@ QJsonObject ToJson(const RunResult& result) {
 RunResult ResultFrom(const QJsonObject& json) {
     RunResult result;
     result.outcome = static_cast<RunResult::Outcome>(json["outcome"].toInt());
-    for (const Number& number : Numbers) {
+    for (const NamedNumber& number : Numbers) {
         result.*number.member = json[QLatin1String(number.name)].toInteger();
     }
     const QJsonObject skipped = json["skippedBy"].toObject();

@@ -16,7 +16,7 @@ const QLocale& Italian() {
     return locale;
 }
 
-QString Number(qint64 number) { return Italian().toString(number); }
+QString NumberText(qint64 number) { return Italian().toString(number); }
 
 QString Time(const QDateTime& time) { return time.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
 
@@ -24,9 +24,9 @@ QString Time(const QDateTime& time) { return time.toString(QStringLiteral("dd/MM
 QString SkippedText(const RunResult& result) {
     QStringList reasons;
     for (const auto& [reason, rows] : result.skippedBy.asKeyValueRange()) {
-        reasons.append(reason + QStringLiteral(": ") + Number(rows));
+        reasons.append(reason + QStringLiteral(": ") + NumberText(rows));
     }
-    return Number(result.skipped) +
+    return NumberText(result.skipped) +
            (reasons.isEmpty() ? QString() : QString(QStringLiteral(" (") + reasons.join(QStringLiteral("; ")) + u')'));
 }
 
@@ -49,23 +49,23 @@ QStringList ProcedureCells(const ProcedureRun& procedure) {
     const RunResult& result = procedure.result;
     const QString title = ProcedureTitle(result.module, result.procedure);
     if (!procedure.hasEnded) {
-        return Visible(
-            {title,
-             {},
-             {},
-             {},
-             {},
-             Number(procedure.rejects),
-             {},
-             {},
-             QStringLiteral("non è arrivata alla fine; fatte le prime %1 righe").arg(Number(procedure.reached.rows))});
+        return Visible({title,
+                        {},
+                        {},
+                        {},
+                        {},
+                        NumberText(procedure.rejects),
+                        {},
+                        {},
+                        QStringLiteral("non è arrivata alla fine; fatte le prime %1 righe")
+                            .arg(NumberText(procedure.reached.rows))});
     }
     QString ending = EndingText(EndingOf(result));
     if (!procedure.undone.isEmpty()) {
         ending += QStringLiteral("; annullata: ") + procedure.undone;
     }
-    return Visible({title, Number(result.sourceRows), Number(result.inserted), Number(result.updated),
-                    SkippedText(result), Number(result.givenUpCount), Number(result.notReached),
+    return Visible({title, NumberText(result.sourceRows), NumberText(result.inserted), NumberText(result.updated),
+                    SkippedText(result), NumberText(result.givenUpCount), NumberText(result.notReached),
                     Italian().toString(result.seconds, 'f', 1), ending});
 }
 
@@ -83,9 +83,10 @@ QStringList RunCells(const Run& run) {
         updated += procedure.result.updated;
     }
     return Visible({QString::number(run.id), Time(run.started),
-                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()), Number(RejectsIn(run)),
-                    run.work, QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), Number(inserted),
-                    Number(updated), run.worker});
+                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()),
+                    NumberText(RejectsIn(run)), run.work,
+                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), NumberText(inserted),
+                    NumberText(updated), run.worker});
 }
 
 QStringList HeadLines(const Run& run) {

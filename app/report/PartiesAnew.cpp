@@ -1,6 +1,7 @@
 #include "app/report/PartiesAnew.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "app/report/names.h"
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
@@ -11,8 +12,7 @@ using contract::Equals;
 
 namespace {
 
-const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
-const QString Id = QStringLiteral("RECORD_ID");
+const QString IdColumn = QStringLiteral("RECORD_ID");
 const QString Code = QStringLiteral("CDCON");
 const QString AsCustomer = QStringLiteral("COCGE");
 const QString AsSupplier = QStringLiteral("COFGE");
@@ -43,7 +43,7 @@ void PartiesAnew::Hide() {
     Recordset rows =
         m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, USINS, " + FoundBy.join(u", ") + u" FROM " + m_table);
     for (; !rows.Eof(); rows.MoveNext()) {
-        Party party{rows.Value(Id).toLongLong(), {}};
+        Party party{rows.Value(IdColumn).toLongLong(), {}};
         for (const QString& column : FoundBy) {
             party.foundBy.insert(column, rows.Value(column));
         }
@@ -68,14 +68,14 @@ void PartiesAnew::Set(qint64 id, const Values& values) {
         const schema::Column* column = table.FindColumn(name);
         query.AddUpdateField(name, value, column == nullptr ? DataType::NVarChar : column->type);
     }
-    query.WhereString = QStringLiteral("WHERE ") + Equals(Id, id);
+    query.WhereString = QStringLiteral("WHERE ") + Equals(IdColumn, id);
     m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
 }
 
 /// What the trial has written, by its codes in the source; it is taken out of the table. A column that is blank is not
 /// the import's own.
 QHash<QString, PartiesAnew::Values> PartiesAnew::TakeAnew() {
-    static const QStringList others{Id, Code, "USINS", "DTINS", "USMDF", "DTMDF"};
+    static const QStringList others{IdColumn, Code, "USINS", "DTINS", "USMDF", "DTMDF"};
     const QString anew = m_table + u" WHERE RECORD_ID > " + QString::number(m_last);
     QHash<QString, Values> taken;
     Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + anew);

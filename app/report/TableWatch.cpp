@@ -9,7 +9,6 @@ namespace {
 
 const QString Id = QStringLiteral("RECORD_ID");
 const QStringList Marks{"USINS", "DTINS", "USMDF", "DTMDF"};
-const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
 
 constexpr qsizetype MostRows = 200;  ///< of each kind of difference, whose values are shown
 constexpr qsizetype MostSamples = 2; ///< of a table

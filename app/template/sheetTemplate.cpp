@@ -188,7 +188,7 @@ private:
         if (list != nullptr && !example.isEmpty() && std::none_of(list->codes.begin(), list->codes.end(), hasIt)) {
             return list->codes.front().code;
         }
-        return example == QLatin1String(AnyCode) ? QVariant() : QVariant(example);
+        return text.example == AnyCode ? QVariant() : QVariant(example);
     }
 
     Session* m_session;

@@ -1,5 +1,6 @@
 #include "sources/layout/QueryPlan.h"
 
+#include "sources/sameName.h"
 #include "sql/errors.h"
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 namespace sources {
 
 namespace {
-
-bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
 
 /// Another text in place of a piece of the query.
 struct Edit {
@@ -121,7 +120,7 @@ private:
     std::optional<Meant> MeantOfTable(const QueryPart& part, const Mention& mention) const {
         for (const QueryPart* scope = &part;; scope = &Part(scope->parent)) {
             for (const TableUse& use : scope->tables) {
-                if (IsSame(Unquoted(QualifierOf(use)), mention.qualifier)) {
+                if (IsSameName(Unquoted(QualifierOf(use)), mention.qualifier)) {
                     return ColumnOf(use, mention.column).value_or(Meant{&use});
                 }
             }
@@ -133,8 +132,9 @@ private:
 
     std::optional<Meant> MeantBare(const QueryPart& part, const Mention& mention) const {
         const bool sorts = mention.clause == Clause::Order || mention.clause == Clause::Group;
-        const bool isAlias = std::any_of(part.items.begin(), part.items.end(),
-                                         [&](const SelectItem& item) { return IsSame(item.alias, mention.column); });
+        const bool isAlias = std::any_of(part.items.begin(), part.items.end(), [&](const SelectItem& item) {
+            return IsSameName(item.alias, mention.column);
+        });
         if ((sorts && isAlias) || (mention.clause == Clause::Order && part.isUnion)) {
             return std::nullopt;
         }
@@ -182,7 +182,7 @@ private:
     std::optional<Meant> ColumnOfInner(const TableUse& use, const QueryPart& inner, const QString& column) const {
         for (const SelectItem& item : inner.items) {
             const Mention* mention = item.mention < 0 ? nullptr : &inner.mentions[static_cast<size_t>(item.mention)];
-            if (IsSame(item.alias.isEmpty() && mention != nullptr ? mention->column : item.alias, column)) {
+            if (IsSameName(item.alias.isEmpty() && mention != nullptr ? mention->column : item.alias, column)) {
                 return Meant{&use};
             }
             if (mention == nullptr || !mention->column.isEmpty()) {
@@ -220,8 +220,9 @@ private:
     static bool ListHas(const QueryPart& part, const TableUse& use, const QString& column) {
         return std::any_of(part.items.begin(), part.items.end(), [&](const SelectItem& item) {
             const Mention& mention = part.mentions[static_cast<size_t>(item.mention)];
-            const bool isOfTable = mention.qualifier.isEmpty() || IsSame(mention.qualifier, Unquoted(QualifierOf(use)));
-            return isOfTable && (mention.column.isEmpty() || IsSame(mention.column, column));
+            const bool isOfTable =
+                mention.qualifier.isEmpty() || IsSameName(mention.qualifier, Unquoted(QualifierOf(use)));
+            return isOfTable && (mention.column.isEmpty() || IsSameName(mention.column, column));
         });
     }
 
@@ -243,7 +244,7 @@ private:
 
     void AddAll(const QueryPart& part, const Mention& mention, std::vector<QueryPlan::Columns>& columns) const {
         for (const TableUse& use : part.tables) {
-            if (mention.qualifier.isEmpty() || IsSame(mention.qualifier, Unquoted(QualifierOf(use)))) {
+            if (mention.qualifier.isEmpty() || IsSameName(mention.qualifier, Unquoted(QualifierOf(use)))) {
                 QueryPlan::Columns all{{}, TableOf(use), {}, true};
                 for (const TableUse& inner : use.derived < 0 ? std::vector<TableUse>() : Part(use.derived).tables) {
                     if (const LayoutTable* table = TableOf(inner)) {

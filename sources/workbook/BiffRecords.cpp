@@ -7,7 +7,7 @@ namespace sources {
 namespace {
 
 constexpr qsizetype HeadSize = 4;
-constexpr qint64 ChunkSize = qint64(1) << 16;
+constexpr qint64 PieceSize = qint64(1) << 16;
 
 [[noreturn]] void FailCut() {
     throw ImportError(
@@ -21,7 +21,7 @@ constexpr qint64 ChunkSize = qint64(1) << 16;
 QByteArrayView BiffRecords::Ahead(qsizetype length) {
     if (m_chunk.size() - m_read < length) {
         m_chunkAt += m_read;
-        m_chunk = m_file.Read(m_stream, m_chunkAt, std::max<qint64>(ChunkSize, length));
+        m_chunk = m_file.Read(m_stream, m_chunkAt, std::max<qint64>(PieceSize, length));
         m_read = 0;
     }
     return QByteArrayView(m_chunk).sliced(m_read, std::min(length, m_chunk.size() - m_read));

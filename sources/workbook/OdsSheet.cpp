@@ -13,7 +13,6 @@ namespace sources {
 namespace {
 
 constexpr qint64 MostRows = 1048576;
-constexpr qint64 MostColumns = 16384;
 
 const QString Office = QStringLiteral("urn:oasis:names:tc:opendocument:xmlns:office:1.0");
 const QString Table = QStringLiteral("urn:oasis:names:tc:opendocument:xmlns:table:1.0");
@@ -214,7 +213,7 @@ QString OdsSheet::ReadParagraph() {
             if (name == u"s") {
                 const QString ns = m_xml.namespaceUri().toString();
                 const int blanks = std::max(1, m_xml.attributes().value(ns, QStringLiteral("c")).toInt());
-                text += QString(std::min(blanks, static_cast<int>(MostColumns)), u' ');
+                text += QString(std::min(blanks, MostColumns), u' ');
                 isBehindBlank = false;
             } else if (name == u"tab" || name == u"line-break") {
                 text += name == u"tab" ? u'\t' : u'\n';

@@ -11,7 +11,6 @@ namespace sources {
 
 namespace {
 
-constexpr int MostColumns = 16384;
 constexpr int Letters = 26;
 
 /// What a file is that is no workbook, by what it begins with.

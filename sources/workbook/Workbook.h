@@ -67,6 +67,8 @@ public:
 /// else under such a name: a page of HTML, a text, a file of another program.
 std::unique_ptr<Workbook> OpenWorkbook(const QString& path, const QString& codePage = {});
 
+constexpr int MostColumns = 16384; ///< of a sheet
+
 /// The letters of a column, from 0: "A", "Z", "AA".
 QString ColumnLetters(int column);
 /// The column of the letters that a reference such as "AB12" begins with, from 0; -1 for none or one beyond "XFD".

@@ -1,6 +1,7 @@
 #include "sql/engines/serverLocks.h"
 
 #include "sql/errors.h"
+#include "sql/text/textLiteral.h"
 
 #include <QCryptographicHash>
 #include <QScopeGuard>
@@ -11,8 +12,6 @@ namespace {
 
 constexpr int SecondsForOld = 3; ///< for which a lock is waited for that an earlier connection of this program had
 
-QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
-
 } // namespace
 
 QString ServerLocks::Name(const QString& name) {
@@ -22,9 +21,9 @@ QString ServerLocks::Name(const QString& name) {
     }
     const QString whole = m_prefix + name;
     if (whole.size() <= m_words.longestName) {
-        return Literal(whole);
+        return TextLiteral(whole);
     }
-    return Literal(QString::fromLatin1(QCryptographicHash::hash(whole.toUtf8(), QCryptographicHash::Sha1).toHex()));
+    return TextLiteral(QString::fromLatin1(QCryptographicHash::hash(whole.toUtf8(), QCryptographicHash::Sha1).toHex()));
 }
 
 /// First value of a query as a text; empty when it gives none or Null.
@@ -70,7 +69,7 @@ QString ServerLocks::Holder(const QString& name) {
     const QString owner = m_words.owner.isEmpty() ? QString() : First(m_words.owner.arg(Name(name)));
     QString query = QStringLiteral("SELECT HOLDER FROM QDX_LOCKS WHERE NAME = ") + Name(name);
     if (!owner.isEmpty()) {
-        query += QStringLiteral(" AND OWNER = ") + Literal(owner);
+        query += QStringLiteral(" AND OWNER = ") + TextLiteral(owner);
     }
     QString holder;
     try {
@@ -135,7 +134,7 @@ void ServerLocks::Note(const QString& name, const QString& holder) noexcept {
     Try(m_words.makeNotes);
     Try(QStringLiteral("DELETE FROM QDX_LOCKS WHERE NAME = ") + Name(name));
     Try(QStringLiteral("INSERT INTO QDX_LOCKS (NAME, OWNER, HOLDER) VALUES (%1, %2, %3)")
-            .arg(Name(name), Literal(m_number), Literal(holder.left(Longest))));
+            .arg(Name(name), TextLiteral(m_number), TextLiteral(holder.left(Longest))));
 }
 
 /// The table goes with the last note; those of programs that were killed go too. A note that another program writes in

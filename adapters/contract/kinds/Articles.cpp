@@ -25,9 +25,9 @@ std::vector<MapLine> UsualLines(const Articles& declared) {
 }
 
 /// The declaration with what follows from it; the procedure and its needs live on it.
-class Kind {
+class ArticlesKind {
 public:
-    explicit Kind(Articles articles)
+    explicit ArticlesKind(Articles articles)
         : declared(std::move(articles)),
           mappings(declared.source.Mappings("ART_ICO", declared.lines.Over(UsualLines(declared)))) {
         AddPages();
@@ -43,7 +43,7 @@ private:
     void AddPages();
 };
 
-void Kind::AddPages() {
+void ArticlesKind::AddPages() {
     const QString& table = declared.source.table;
     const auto tableOf = [&table](const ChildTable& rows) { return rows.table.isEmpty() ? table : rows.table; };
     const auto addOwn = [this](const ChildTable& rows, const Mapping& page) {
@@ -80,7 +80,7 @@ void Kind::AddPages() {
     }
 }
 
-contract::Needs Kind::Needs() const {
+contract::Needs ArticlesKind::Needs() const {
     const QString& table = declared.source.table;
     contract::Needs needs = declared.source.NeedsOf({declared.code, declared.description});
     for (const auto* all : {&mappings, &pages}) {
@@ -110,7 +110,7 @@ contract::Needs Kind::Needs() const {
 
 class ArticleImporter final : public Importer {
 public:
-    ArticleImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+    ArticleImporter(ImportRun& run, std::shared_ptr<const ArticlesKind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
           m_writer(run) {}
@@ -127,7 +127,7 @@ private:
     void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const;
     void WriteChildren(const SourceRow& row, const QString& article) const;
 
-    std::shared_ptr<const Kind> m_kind;
+    std::shared_ptr<const ArticlesKind> m_kind;
     ArticleWriter m_writer;
     QString m_last; ///< CDART of the article carried over last
 };
@@ -254,12 +254,12 @@ void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article
     }
 }
 
-const Frame Usual{.module = {},
-                  .procedure = {},
-                  .announcement = "Inizio importazione articoli",
-                  .errors = "Errore: ",
-                  .step = "Articoli",
-                  .completion = "Articoli importati correttamente!"};
+const Frame UsualArticles{.module = {},
+                          .procedure = {},
+                          .announcement = "Inizio importazione articoli",
+                          .errors = "Errore: ",
+                          .step = "Articoli",
+                          .completion = "Articoli importati correttamente!"};
 
 } // namespace
 
@@ -269,10 +269,10 @@ void SetMarkUp(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& article)
     }
 }
 
-Frame FrameOf(const Articles& declared) { return Over(declared.frame, Usual); }
+Frame FrameOf(const Articles& declared) { return Over(declared.frame, UsualArticles); }
 
 ImportPart PartOf(const Articles& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const ArticlesKind>(declared);
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),

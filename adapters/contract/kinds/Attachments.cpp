@@ -15,9 +15,9 @@ const QString Table = QStringLiteral("SYS_ATT");
 const QString Section = QStringLiteral("IMPORT");
 
 /// The declaration with what follows from it; the procedure and its needs live on it.
-class Kind {
+class AttachmentsKind {
 public:
-    explicit Kind(Attachments attachments)
+    explicit AttachmentsKind(Attachments attachments)
         : declared(std::move(attachments)) {
         for (const AttachedRecords& records : declared.records) {
             pages.push_back(FieldMapping(Table, declared.source.table,
@@ -74,7 +74,7 @@ QString FolderOf(Session& session) {
 
 class AttachmentImporter final : public Importer {
 public:
-    AttachmentImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+    AttachmentImporter(ImportRun& run, std::shared_ptr<const AttachmentsKind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
           m_folder(FolderOf(run.GetSession())),
@@ -88,7 +88,7 @@ private:
     QString PathOf(const SourceRow& row) const;
     void MarkRecord(const AttachedRecords& records, const QString& key) const;
 
-    std::shared_ptr<const Kind> m_kind;
+    std::shared_ptr<const AttachmentsKind> m_kind;
     QString m_folder;
     bool m_logsEach;
 };
@@ -151,19 +151,19 @@ void AttachmentImporter::MarkRecord(const AttachedRecords& records, const QStrin
     }
 }
 
-const Frame Usual{.module = {},
-                  .procedure = {},
-                  .announcement = "Inizio importazione Allegati",
-                  .step = "Allegati",
-                  .completion = "Allegati importati correttamente!",
-                  .confirmation = "Importare gli Allegati?"};
+const Frame UsualAttachments{.module = {},
+                             .procedure = {},
+                             .announcement = "Inizio importazione Allegati",
+                             .step = "Allegati",
+                             .completion = "Allegati importati correttamente!",
+                             .confirmation = "Importare gli Allegati?"};
 
 } // namespace
 
-Frame FrameOf(const Attachments& declared) { return Over(declared.frame, Usual); }
+Frame FrameOf(const Attachments& declared) { return Over(declared.frame, UsualAttachments); }
 
 ImportPart PartOf(const Attachments& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const AttachmentsKind>(declared);
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),

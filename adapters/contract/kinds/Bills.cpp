@@ -10,9 +10,9 @@ namespace contract {
 namespace {
 
 /// The declaration with what follows from it; the procedure and its needs live on it.
-class Kind {
+class BillsKind {
 public:
-    explicit Kind(Bills bills)
+    explicit BillsKind(Bills bills)
         : declared(std::move(bills)),
           key(declared.sourceKey.IsSet() ? declared.sourceKey : Field(BareColumns(declared.source.key).first())) {
         const QString& table = declared.source.table;
@@ -105,7 +105,7 @@ struct Phases {
 
 class BillImporter final : public Importer {
 public:
-    BillImporter(ImportRun& run, std::shared_ptr<const Kind> kind, QString singleCode)
+    BillImporter(ImportRun& run, std::shared_ptr<const BillsKind> kind, QString singleCode)
         : Importer(run),
           m_kind(std::move(kind)),
           m_singleCode(std::move(singleCode)),
@@ -123,7 +123,7 @@ private:
     bool IsOutOfItsDays(const SourceRow& row) const;
     void WriteComponent(const SourceRow& row, const Phases& phases);
 
-    std::shared_ptr<const Kind> m_kind;
+    std::shared_ptr<const BillsKind> m_kind;
     QString m_singleCode;
     BillWriter m_writer;
     QHash<QString, QString> m_firsts; ///< key of the first bill of each article, in the source
@@ -286,12 +286,12 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     m_writer.Write(component, phase, [&](TargetRow& target) { m_kind->ofComponent.Apply(target, session, row, {}); });
 }
 
-const Frame Usual{.module = {},
-                  .procedure = {},
-                  .announcement = "Inizio importazione Distinte Base",
-                  .errors = "Errore: ",
-                  .step = "Distinte Base",
-                  .completion = "Distinte Base importate correttamente: %1 (Fasi: %2, Comp.: %3)"};
+const Frame UsualBills{.module = {},
+                       .procedure = {},
+                       .announcement = "Inizio importazione Distinte Base",
+                       .errors = "Errore: ",
+                       .step = "Distinte Base",
+                       .completion = "Distinte Base importate correttamente: %1 (Fasi: %2, Comp.: %3)"};
 
 } // namespace
 
@@ -316,10 +316,10 @@ Rule rules::WasteFactor() {
             }};
 }
 
-Frame FrameOf(const Bills& declared) { return Over(declared.frame, Usual); }
+Frame FrameOf(const Bills& declared) { return Over(declared.frame, UsualBills); }
 
 ImportPart PartOf(const Bills& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const BillsKind>(declared);
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),

@@ -10,8 +10,6 @@ namespace {
 using namespace rules;
 
 const QString Parties = QStringLiteral("CON_TRO");
-const QString BranchTable = QStringLiteral("CON_SED");
-const QString ContactTable = QStringLiteral("CON_RIF");
 
 /// A child table with its lines as a mapping.
 template<class Declared>
@@ -76,9 +74,9 @@ std::vector<Mapping> NumberPages(const QString& table, const NumberColumns& colu
 }
 
 /// The declaration with what follows from it; the procedure and its needs live on it.
-class Kind {
+class CounterpartiesKind {
 public:
-    explicit Kind(Counterparties counterparties)
+    explicit CounterpartiesKind(Counterparties counterparties)
         : declared(std::move(counterparties)) {
         const bool isRefresh = declared.writing == PartyWriting::Refreshed;
         for (Mapping& mapping : declared.source.Mappings(
@@ -115,7 +113,7 @@ private:
     }
 };
 
-contract::Needs Kind::Needs() const {
+contract::Needs CounterpartiesKind::Needs() const {
     const QString& table = declared.source.table;
     std::vector<Field> fields{declared.name,   declared.vatNumber, declared.taxCode,
                               declared.number, declared.sameAs,    declared.created};
@@ -155,7 +153,7 @@ contract::Needs Kind::Needs() const {
 
 class CounterpartyImporter final : public Importer {
 public:
-    CounterpartyImporter(ImportRun& run, std::shared_ptr<const Kind> kind, QString singleCode)
+    CounterpartyImporter(ImportRun& run, std::shared_ptr<const CounterpartiesKind> kind, QString singleCode)
         : Importer(run),
           m_kind(std::move(kind)),
           m_singleCode(std::move(singleCode)),
@@ -183,7 +181,7 @@ private:
     void ForEach(const Child<Declared>& child, const SourceRow& row,
                  const std::function<void(const SourceRow&)>& work) const;
 
-    std::shared_ptr<const Kind> m_kind;
+    std::shared_ptr<const CounterpartiesKind> m_kind;
     QString m_singleCode;
     CounterpartyRegister m_parties;
     std::optional<EarlierImports> m_earlier; ///< of a refresh
@@ -311,18 +309,18 @@ void CounterpartyImporter::WriteChildren(CounterpartyWriter& writer, const Sourc
     }
 }
 
-const Frame Usual{.module = {},
-                  .procedure = {},
-                  .announcement = "Inizio importazione controparti",
-                  .step = "Controparti",
-                  .completion = "Controparti importate correttamente!"};
+const Frame UsualCounterparties{.module = {},
+                                .procedure = {},
+                                .announcement = "Inizio importazione controparti",
+                                .step = "Controparti",
+                                .completion = "Controparti importate correttamente!"};
 
 } // namespace
 
-Frame FrameOf(const Counterparties& declared) { return Over(declared.frame, Usual); }
+Frame FrameOf(const Counterparties& declared) { return Over(declared.frame, UsualCounterparties); }
 
 ImportPart PartOf(const Counterparties& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const CounterpartiesKind>(declared);
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),

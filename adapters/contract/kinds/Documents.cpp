@@ -86,9 +86,9 @@ QStringList RowColumns(const Documents& declared) {
 }
 
 /// The declaration with what follows from it; the procedure and its needs live on it.
-class Kind {
+class DocumentsKind {
 public:
-    explicit Kind(Documents documents)
+    explicit DocumentsKind(Documents documents)
         : declared(std::move(documents)),
           headCondition(declared.source.where) {
         if (declared.reading == Reading::Joined) {
@@ -121,7 +121,7 @@ public:
     std::optional<ProductionOrderWriter> production = {};
 };
 
-contract::Needs Kind::Needs() const {
+contract::Needs DocumentsKind::Needs() const {
     contract::Needs needs = declared.source.NeedsOf({declared.kind});
     for (const Mapping& page : pages) {
         needs = needs + NeedsOf(page);
@@ -138,7 +138,7 @@ contract::Needs Kind::Needs() const {
     return needs + declared.further;
 }
 
-const DocumentKind* Kind::KindOf(const QString& mark) const {
+const DocumentKind* DocumentsKind::KindOf(const QString& mark) const {
     const auto& kinds = declared.kinds;
     const auto found = std::find_if(kinds.begin(), kinds.end(), [&mark](const DocumentKind& kind) {
         return kind.marks.isEmpty() || kind.marks.contains(mark, Qt::CaseInsensitive);
@@ -185,7 +185,7 @@ const QStringList OrderTables{"ORD_COM", "ORD_FAS", "ORD_PRO"};
 
 class DocumentImporter final : public Importer {
 public:
-    DocumentImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+    DocumentImporter(ImportRun& run, std::shared_ptr<const DocumentsKind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
           m_kinds(KindsOf(run, Declared())),
@@ -232,7 +232,7 @@ private:
     int YearOf(const SourceRow& row);
     bool IsOlder(const SourceRow& row) const;
 
-    std::shared_ptr<const Kind> m_kind;
+    std::shared_ptr<const DocumentsKind> m_kind;
     std::vector<DocumentKind> m_kinds; ///< that are imported
     QDate m_from;
     OpenDocument::Options m_options;
@@ -465,12 +465,12 @@ std::vector<AnswerNeed> AsksOf(const Documents& declared) {
     return asks;
 }
 
-const Frame Usual{.module = {},
-                  .procedure = {},
-                  .announcement = "Inizio importazione Documenti",
-                  .errors = "Errore: ",
-                  .step = "Documenti",
-                  .completion = "Documenti importati correttamente: %1"};
+const Frame UsualDocuments{.module = {},
+                           .procedure = {},
+                           .announcement = "Inizio importazione Documenti",
+                           .errors = "Errore: ",
+                           .step = "Documenti",
+                           .completion = "Documenti importati correttamente: %1"};
 
 } // namespace
 
@@ -478,10 +478,10 @@ std::vector<Field> DiscountFields(const QString& column) {
     return {{column, rules::Discount(1)}, {column, rules::Discount(2)}, {column, rules::Discount(3)}};
 }
 
-Frame FrameOf(const Documents& declared) { return Over(declared.frame, Usual); }
+Frame FrameOf(const Documents& declared) { return Over(declared.frame, UsualDocuments); }
 
 ImportPart PartOf(const Documents& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const DocumentsKind>(declared);
     const Emptying ofCauses = DocumentEmptying(CausesOf(declared.kinds));
     return {.step = FrameOf(declared).step,
             .source = kind->declared.source,

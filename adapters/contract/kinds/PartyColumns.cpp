@@ -17,7 +17,7 @@ LineGroup Line(const QString& target, const QString& source, const Rule& rule) {
     return source.isEmpty() ? NoLines : LineGroup(target, source, rule);
 }
 
-LineGroup Roles(const QString& customer, const QString& supplier, const QString& source, const Rule& rule) {
+LineGroup RoleLines(const QString& customer, const QString& supplier, const QString& source, const Rule& rule) {
     return source.isEmpty() ? NoLines : LineGroup(ByRole(customer, supplier, source, rule));
 }
 
@@ -38,7 +38,7 @@ LineGroup SecondNameOf(const PartyColumns& of) {
                               : LineGroup("CORA2", of.name + ", " + of.name2, SecondName(NameSize));
 }
 
-Lines Identity(const QString& table, const PartyColumns& of) {
+Lines IdentityLines(const QString& table, const PartyColumns& of) {
     return {
         Line("CORAS", of.name, First(NameSize)),
         SecondNameOf(of),
@@ -65,7 +65,7 @@ Lines Identity(const QString& table, const PartyColumns& of) {
 
 Lines Conditions(const QString& table, const PartyColumns& of) {
     return {
-        Roles("COMOP", "COMOA", of.payment, Translated(table, of.payment)),
+        RoleLines("COMOP", "COMOA", of.payment, Translated(table, of.payment)),
         Line("COBAN", of.ownBank, OwnBank(table, of.ownBank)),
         Line("COABI", of.abi, NotBlank(Digits(BankDigits))),
         Line("COCAB", of.cab, NotBlank(Digits(BankDigits))),
@@ -73,26 +73,26 @@ Lines Conditions(const QString& table, const PartyColumns& of) {
         Line("COCOC", of.account, NotBlank(Text())),
         Line("COIBA", of.iban, NotBlank(WithoutBlanks())),
         Line("COBIC", of.bic, NotBlank(Text())),
-        Roles("COSC1", "COSF1", of.discount1, NotBlank(RoundedTo(2))),
-        Roles("COSC2", "COSF2", of.discount2, NotBlank(RoundedTo(2))),
-        Roles("COSC3", "COSF3", of.discount3, NotBlank(RoundedTo(2))),
+        RoleLines("COSC1", "COSF1", of.discount1, NotBlank(RoundedTo(2))),
+        RoleLines("COSC2", "COSF2", of.discount2, NotBlank(RoundedTo(2))),
+        RoleLines("COSC3", "COSF3", of.discount3, NotBlank(RoundedTo(2))),
         Line("COAGE", of.agent, TranslatedOrKnown(table, of.agent, "AGE_NTI")),
-        Roles("COLSC", "COLSF", of.list, Translated(table, of.list)),
+        RoleLines("COLSC", "COLSF", of.list, Translated(table, of.list)),
         Line("COVAL", of.currency, Currency(table, of.currency)),
         Line("COZON", of.zone, Translated(table, of.zone)),
-        Roles("COCCC", "COCCF", of.category, Translated(table, of.category)),
+        RoleLines("COCCC", "COCCF", of.category, Translated(table, of.category)),
         Line("COESE", of.exemption, ExemptVat(table, of.exemption)),
         Line("COPOR", of.port, Translated(table, of.port)),
         Line("COVEP", of.carrier, Translated(table, of.carrier)),
         Line("COFID", of.credit, NotZero()),
-        Roles("COMAC", "COMAF", of.ledger, NotBlank(Text())),
+        RoleLines("COMAC", "COMAF", of.ledger, NotBlank(Text())),
     };
 }
 
 } // namespace
 
 Lines PartyLines(const QString& table, const PartyColumns& columns) {
-    return {LineGroup(Identity(table, columns).Over({})), LineGroup(Conditions(table, columns).Over({}))};
+    return {LineGroup(IdentityLines(table, columns).Over({})), LineGroup(Conditions(table, columns).Over({}))};
 }
 
 Lines BranchLines(const QString& table, const BranchColumns& of) {

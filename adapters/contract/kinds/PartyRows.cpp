@@ -8,9 +8,6 @@ namespace {
 
 using namespace rules;
 
-const QString BranchTable = QStringLiteral("CON_SED");
-const QString ContactTable = QStringLiteral("CON_RIF");
-
 bool IsBranch(const PartyRows& declared) { return declared.kind == PartyRow::Branch; }
 
 std::vector<MapLine> UsualLines(const PartyRows& declared) {
@@ -24,8 +21,8 @@ std::vector<MapLine> UsualLines(const PartyRows& declared) {
 }
 
 /// The declaration with what follows from it; the procedure and its needs live on it.
-struct Kind {
-    explicit Kind(PartyRows rows)
+struct PartyRowsKind {
+    explicit PartyRowsKind(PartyRows rows)
         : declared(std::move(rows)),
           mapping{IsBranch(declared) ? BranchTable : ContactTable, declared.source.table,
                   declared.lines.Over(UsualLines(declared))},
@@ -42,7 +39,7 @@ struct Kind {
     Field supplier;
 };
 
-contract::Needs Kind::Needs() const {
+contract::Needs PartyRowsKind::Needs() const {
     contract::Needs needs = NeedsOf(mapping);
     needs.reads.push_back({declared.source.table, declared.roles.columns + QStringList{declared.owner}});
     needs.reads.push_back({declared.source.table, {}, declared.numbers.Names()});
@@ -51,7 +48,7 @@ contract::Needs Kind::Needs() const {
     return needs;
 }
 
-RowOutcome Write(ImportRun& run, const Kind& kind, const SourceRow& row) {
+RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row) {
     if (std::all_of(kind.essential.begin(), kind.essential.end(),
                     [&row](const QString& column) { return row.IsBlank(column); })) {
         return run.Skip(IsBranch(kind.declared) ? QStringLiteral("sede senza indirizzo")
@@ -96,7 +93,7 @@ Frame FrameOf(const PartyRows& declared) {
 }
 
 ImportPart PartOf(const PartyRows& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const PartyRowsKind>(declared);
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),

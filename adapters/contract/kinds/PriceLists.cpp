@@ -10,9 +10,9 @@ namespace contract {
 namespace {
 
 /// The declaration with the mappings that tell it; the procedure and its needs live on it.
-class Kind {
+class PriceListsKind {
 public:
-    explicit Kind(PriceLists lists)
+    explicit PriceListsKind(PriceLists lists)
         : declared(std::move(lists)) {
         const QString& table = declared.source.table;
         for (const PriceFields& price : declared.prices) {
@@ -71,7 +71,7 @@ private:
 
 class PriceImporter final : public Importer {
 public:
-    PriceImporter(ImportRun& run, std::shared_ptr<const Kind> kind)
+    PriceImporter(ImportRun& run, std::shared_ptr<const PriceListsKind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
           m_writer(run) {}
@@ -85,7 +85,7 @@ private:
     std::optional<Scale> ScaleOf(const SourceRow& row, const ScaleFields& fields) const;
     QString DirectionOf(const SourceRow& row, const PriceFields& price) const;
 
-    std::shared_ptr<const Kind> m_kind;
+    std::shared_ptr<const PriceListsKind> m_kind;
     PriceListWriter m_writer;
 };
 
@@ -182,12 +182,12 @@ QString PriceImporter::DirectionOf(const SourceRow& row, const PriceFields& pric
     return direction;
 }
 
-const Frame Usual{.module = {},
-                  .procedure = {},
-                  .announcement = "Inizio importazione listini",
-                  .errors = "Errore: ",
-                  .step = "Listini",
-                  .completion = "Listini importati correttamente!"};
+const Frame UsualPriceLists{.module = {},
+                            .procedure = {},
+                            .announcement = "Inizio importazione listini",
+                            .errors = "Errore: ",
+                            .step = "Listini",
+                            .completion = "Listini importati correttamente!"};
 
 } // namespace
 
@@ -199,10 +199,10 @@ std::vector<PriceFields> Numbered(int first, int last, const std::function<Price
     return prices;
 }
 
-Frame FrameOf(const PriceLists& declared) { return Over(declared.frame, Usual); }
+Frame FrameOf(const PriceLists& declared) { return Over(declared.frame, UsualPriceLists); }
 
 ImportPart PartOf(const PriceLists& declared) {
-    const auto kind = std::make_shared<const Kind>(declared);
+    const auto kind = std::make_shared<const PriceListsKind>(declared);
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = kind->Needs(),

@@ -40,7 +40,7 @@ struct NamedRule {
     Rule (*make)(const Arguments&);
 };
 
-const NamedRule Named[] = {
+const NamedRule NamedRules[] = {
     {"AsRead", 0, [](const Arguments&) { return rules::AsRead(); }},
     {"Text", 0, [](const Arguments&) { return rules::Text(); }},
     {"First", 1, [](const Arguments& of) { return rules::First(of.Whole(0)); }},
@@ -65,7 +65,7 @@ const NamedRule Named[] = {
 
 QStringList AllNames() {
     QStringList names;
-    for (const NamedRule& rule : Named) {
+    for (const NamedRule& rule : NamedRules) {
         names.append(QString::fromLatin1(rule.name));
     }
     return names;
@@ -75,7 +75,7 @@ QStringList AllNames() {
 
 QStringList RuleForms() {
     QStringList forms;
-    for (const NamedRule& rule : Named) {
+    for (const NamedRule& rule : NamedRules) {
         const QStringList arguments(rule.arguments, QStringLiteral("n"));
         const QString inner = arguments.join(QStringLiteral(", "));
         forms.append(QString::fromLatin1(rule.name) + (inner.isEmpty() ? inner : QString(u'(' + inner + u')')));
@@ -86,10 +86,10 @@ QStringList RuleForms() {
 Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sourceColumn) {
     const QString name = text.section(u'(', 0, 0).trimmed();
     const QString inner = text.contains(u'(') ? text.section(u'(', 1).trimmed() : QStringLiteral(")");
-    const auto rule = std::find_if(std::begin(Named), std::end(Named), [&name](const NamedRule& each) {
+    const auto rule = std::find_if(std::begin(NamedRules), std::end(NamedRules), [&name](const NamedRule& each) {
         return name.compare(QLatin1String(each.name), Qt::CaseInsensitive) == 0;
     });
-    if (rule == std::end(Named)) {
+    if (rule == std::end(NamedRules)) {
         const QStringList names = AllNames();
         throw ImportError(QStringLiteral("la regola '%1' non c'è%2; ci sono %3")
                               .arg(name, Suggestion(name, names), names.join(QStringLiteral(", "))));

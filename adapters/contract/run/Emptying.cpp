@@ -10,10 +10,10 @@ namespace contract {
 
 namespace {
 
-const QString Imported = QStringLiteral("USINS = 'SYSTEM_IMPORT'");
+const QString OfImports = QStringLiteral("USINS = 'SYSTEM_IMPORT'");
 
 /// A condition with the physical names of its tables.
-QString Named(Session& session, QString condition) {
+QString WithTableNames(Session& session, QString condition) {
     static const QRegularExpression name(QStringLiteral("\\{(\\w+)\\}"));
     for (auto match = name.match(condition); match.hasMatch(); match = name.match(condition)) {
         condition.replace(match.capturedStart(), match.capturedLength(),
@@ -60,7 +60,7 @@ Emptying Deleted(const QStringList& tables) {
 }
 
 Emptying DeletedImports(const QString& table, const QString& further) {
-    const QString where = further.isEmpty() ? Imported : QString(Imported + u" AND " + further);
+    const QString where = further.isEmpty() ? OfImports : QString(OfImports + u" AND " + further);
     return {{.table = table, .way = Emptied::Way::DeleteFrom, .where = where}};
 }
 
@@ -93,8 +93,9 @@ void Empty(ImportRun& run, bool reset, const Emptying& emptying) {
         const QString table = run.FullName(one.table);
         const QString where = one.child.isEmpty() ? one.where : WithoutParent(one);
         const bool from = one.way == Emptied::Way::DeleteFrom;
-        run.Delete(table, QString::fromLatin1(from ? "DELETE FROM " : "DELETE ") + table +
-                              (where.isEmpty() ? where : QString(u" WHERE " + Named(run.GetSession(), where))));
+        run.Delete(table,
+                   QString::fromLatin1(from ? "DELETE FROM " : "DELETE ") + table +
+                       (where.isEmpty() ? where : QString(u" WHERE " + WithTableNames(run.GetSession(), where))));
     }
 }
 
@@ -102,7 +103,7 @@ std::vector<RowsToDelete> RowsOf(Session& session, const Emptying& emptying) {
     std::vector<RowsToDelete> rows;
     for (const Emptied& one : emptying) {
         const QString where = one.child.isEmpty() ? one.where : BeforeParentsGo(one, emptying);
-        rows.push_back({session.Quadrix.GetFullTableName(one.table), Named(session, where), one.atMost});
+        rows.push_back({session.Quadrix.GetFullTableName(one.table), WithTableNames(session, where), one.atMost});
     }
     return rows;
 }

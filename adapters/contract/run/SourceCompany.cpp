@@ -11,7 +11,7 @@ namespace contract {
 
 namespace {
 
-const QString Section = QStringLiteral("IMPORT");
+const QString ImportSection = QStringLiteral("IMPORT");
 
 QStringList ColumnsOf(ovConnection& source, const QString& table) {
     QStringList names;
@@ -37,9 +37,9 @@ QString TextOf(const QVariant& value) { return value.toString().trimmed(); }
 
 SourceCompany::SourceCompany(Session& session, CompanyKey key)
     : m_key(std::move(key)),
-      m_code(modMain::GetAppConfig(session, Section, m_key.setting, m_key.usual).trimmed()),
+      m_code(modMain::GetAppConfig(session, ImportSection, m_key.setting, m_key.usual).trimmed()),
       m_setting(QStringLiteral("chiave %1, sezione [%2] di '%3'")
-                    .arg(m_key.setting, Section, QDir::toNativeSeparators(session.Config.ConfigFile()))) {}
+                    .arg(m_key.setting, ImportSection, QDir::toNativeSeparators(session.Config.ConfigFile()))) {}
 
 void SourceCompany::CallTables(sources::Layout& layout, const QStringList& tables) const {
     if (!m_key.column.isEmpty() || m_code.isEmpty()) {

@@ -40,7 +40,7 @@ bool HasHalfCharacter(const QString& text) {
 }
 
 /// A value in a message: a long text by its beginning.
-QString Shown(const QVariant& value) {
+QString ShownValue(const QVariant& value) {
     constexpr qsizetype most = 200;
     const QString text = mod_ovTools::ToText(value);
     return text.size() > most ? FirstOf(text, most) + QStringLiteral("…") : text;
@@ -61,16 +61,16 @@ void CheckText(const QString& table, const schema::Column& column, const QString
 void CheckNumber(const schema::Column& column, const QVariant& value) {
     const auto number = mod_ovTools::ReadNumber(value);
     if (!number) {
-        throw ImportError(QStringLiteral("'%1' non è un numero").arg(Shown(value)));
+        throw ImportError(QStringLiteral("'%1' non è un numero").arg(ShownValue(value)));
     }
     const bool isWhole = column.type == DataType::Integer || column.type == DataType::Long;
     if (isWhole && *number != std::floor(*number)) {
-        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(Shown(value)));
+        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(ShownValue(value)));
     }
     const double limit = column.type == DataType::Integer ? std::numeric_limits<qint32>::max()
                                                           : static_cast<double>(std::numeric_limits<qint64>::max());
     if (isWhole && std::abs(*number) > limit) {
-        throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(Shown(value)));
+        throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(ShownValue(value)));
     }
 }
 
@@ -105,8 +105,8 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
         const QString text = mod_ovTools::ToText(value);
         if (text.size() > column.size) {
             throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
-                                  .arg(Shown(text), QString::number(text.size()), m_table->name, QString(column.name),
-                                       QString::number(column.size)));
+                                  .arg(ShownValue(text), QString::number(text.size()), m_table->name,
+                                       QString(column.name), QString::number(column.size)));
         }
         return text;
     }
@@ -118,7 +118,7 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
         return {};
     }
     if (date && !mod_ovTools::ReadDate(value)) {
-        throw ImportError(QStringLiteral("'%1' non è una data").arg(Shown(value)));
+        throw ImportError(QStringLiteral("'%1' non è una data").arg(ShownValue(value)));
     }
     if (!date) {
         CheckNumber(column, value);

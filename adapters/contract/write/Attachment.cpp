@@ -10,7 +10,7 @@ namespace contract {
 
 namespace {
 
-const QString Table = QStringLiteral("SYS_ATT");
+const QString AttachmentTable = QStringLiteral("SYS_ATT");
 const QString Elsewhere = QStringLiteral("file su un altro computer");
 
 bool IsWithin(const QString& folder, const QString& path) {
@@ -51,11 +51,11 @@ std::optional<QByteArray> JpegOf(ImportRun& run, const QString& path) {
 } // namespace
 
 std::vector<TableNeed> AttachmentNeeds() {
-    return {{Table, {"ATTBL", "ATKEY", "ATNAM", "ATDES", "ATLNK", "ATTYP", "ATSIZ", "ATDAT", "ATREV"}}};
+    return {{AttachmentTable, {"ATTBL", "ATKEY", "ATNAM", "ATDES", "ATLNK", "ATTYP", "ATSIZ", "ATDAT", "ATREV"}}};
 }
 
 Emptying AttachmentEmptying(const QString& table) {
-    return DeletedImports(Table, QStringLiteral("ATTBL = '%1'").arg(table));
+    return DeletedImports(AttachmentTable, QStringLiteral("ATTBL = '%1'").arg(table));
 }
 
 QString PathIn(const QString& folder, const QString& name) {
@@ -74,10 +74,10 @@ RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
     }
     const Session& session = run.GetSession();
     const qint64 known =
-        IdWhere(run.GetSession(), Table,
+        IdWhere(run.GetSession(), AttachmentTable,
                 Equals(session, "ATTBL", file.table) + QStringLiteral(" AND ") + Equals(session, "ATKEY", file.key) +
                     QStringLiteral(" AND ") + Equals(session, "ATNAM", info.fileName()));
-    TargetRow row(run, Table);
+    TargetRow row(run, AttachmentTable);
     row.Set("ATTBL", file.table);
     row.Set("ATKEY", file.key);
     row.Set("ATNAM", info.fileName());

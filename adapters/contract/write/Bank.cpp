@@ -7,16 +7,16 @@ namespace contract {
 
 namespace {
 
-const QString Banks = QStringLiteral("BAN_CHE");
-const QString CodeColumn = QStringLiteral("CDBAN");
+const QString BankTable = QStringLiteral("BAN_CHE");
+const QString BankCode = QStringLiteral("CDBAN");
 
 QString NextBankCode(Session& session) {
     constexpr int digits = 5;
     constexpr int last = 99999;
     int highest = 0;
-    for (Recordset rows = session.Quadrix.ExecuteWC("SELECT CDBAN FROM " + session.Quadrix.GetFullTableName(Banks));
+    for (Recordset rows = session.Quadrix.ExecuteWC("SELECT CDBAN FROM " + session.Quadrix.GetFullTableName(BankTable));
          !rows.Eof(); rows.MoveNext()) {
-        highest = std::max(highest, SourceRow(rows).Text(CodeColumn).toInt()); // a code that is no number gives 0
+        highest = std::max(highest, SourceRow(rows).Text(BankCode).toInt()); // a code that is no number gives 0
     }
     if (highest >= last) {
         throw ImportError(QStringLiteral("i codici delle banche (BAN_CHE) sono esauriti: l'ultimo è %1").arg(highest));
@@ -31,13 +31,14 @@ QString BankOfIban(Session& session, const QString& iban) {
     if (without.isEmpty()) {
         return {};
     }
-    const Recordset found = session.Quadrix.ExecuteWC("SELECT CDBAN FROM " + session.Quadrix.GetFullTableName(Banks) +
-                                                      "\rWHERE " + Equals(session, "REPLACE(BAIBA, ' ', '')", without));
-    return found.Eof() ? QString() : SourceRow(found).Text(CodeColumn);
+    const Recordset found =
+        session.Quadrix.ExecuteWC("SELECT CDBAN FROM " + session.Quadrix.GetFullTableName(BankTable) + "\rWHERE " +
+                                  Equals(session, "REPLACE(BAIBA, ' ', '')", without));
+    return found.Eof() ? QString() : SourceRow(found).Text(BankCode);
 }
 
 QString BankCodeOf(Session& session, const QString& code, const QString& iban) {
-    const QString known = code.isEmpty() ? QString() : LookUp(session, Banks, "BAEXT", code, CodeColumn);
+    const QString known = code.isEmpty() ? QString() : LookUp(session, BankTable, "BAEXT", code, BankCode);
     const QString same = known.isEmpty() ? BankOfIban(session, iban) : known;
     return same.isEmpty() ? NextBankCode(session) : same;
 }

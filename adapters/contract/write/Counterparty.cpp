@@ -12,8 +12,6 @@ namespace contract {
 namespace {
 
 const QString Prefix = QStringLiteral("+39");
-const QString Contacts = QStringLiteral("CON_RIF");
-const QString Branches = QStringLiteral("CON_SED");
 const QString Telephones = QStringLiteral("NUM_TEL");
 const QString Addresses = QStringLiteral("IND_WEB");
 
@@ -56,7 +54,7 @@ Emptying CounterpartyEmptying() { return Truncated({"CON_TRO", "CON_RIF", "CON_S
 
 EarlierImports::EarlierImports(ImportRun& run)
     : m_run(run) {
-    for (const QString& table : {Contacts, Branches, Telephones, Addresses}) {
+    for (const QString& table : {ContactTable, BranchTable, Telephones, Addresses}) {
         const Recordset last =
             run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + run.FullName(table));
         m_last.insert(table, last.Fields(0).Value().toLongLong());
@@ -68,7 +66,7 @@ void EarlierImports::Drop(const QString& party) const {
     const QString byImport =
         QStringLiteral(" AND ") + Equals(session, QStringLiteral("USINS"), QStringLiteral("SYSTEM_IMPORT"));
     DropNumbers(QStringLiteral("CON_TRO"), party, byImport);
-    for (const QString& table : {Contacts, Branches}) {
+    for (const QString& table : {ContactTable, BranchTable}) {
         const QString earlier = Equals(session, QStringLiteral("CDCON"), party) + Earlier(table) + byImport;
         Recordset rows = session.Quadrix.ExecuteWC(
             QStringLiteral("SELECT RECORD_ID FROM %1 WHERE ").arg(m_run.FullName(table)) + earlier);
@@ -279,20 +277,20 @@ Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table) {
 }
 
 Owner CounterpartyWriter::Contact(const Owner& counterparty, const QString& name) {
-    TargetRow row = NewRow(Contacts);
+    TargetRow row = NewRow(ContactTable);
     row.Set(QStringLiteral("CDCON"), counterparty.key);
     row.Set(QStringLiteral("RFNOM"), name);
     return Contact(counterparty, row);
 }
 
 Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact) {
-    const auto met = Met(counterparty, contact, Contacts, {QStringLiteral("RFNOM")});
-    return met ? *met : Insert(contact, Contacts);
+    const auto met = Met(counterparty, contact, ContactTable, {QStringLiteral("RFNOM")});
+    return met ? *met : Insert(contact, ContactTable);
 }
 
 Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
     static const QStringList alike{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
-    if (const auto met = Met(counterparty, branch, Branches, alike)) {
+    if (const auto met = Met(counterparty, branch, BranchTable, alike)) {
         return *met;
     }
     const QString code = mod_ovTools::ToText(branch.Value(QStringLiteral("CDSED")));
@@ -301,7 +299,7 @@ Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
         branch.Set(QStringLiteral("CDSED"), free);
         m_run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come '%3'").arg(m_run.RowKey(), code, free));
     }
-    return Insert(branch, Branches);
+    return Insert(branch, BranchTable);
 }
 
 /// The code, where another branch of the counterparty has it behind an "F", else the first number that is free.
@@ -309,7 +307,7 @@ QString CounterpartyWriter::FreeBranchCode(const Owner& counterparty, const QStr
     if (!m_branchCodes) {
         m_branchCodes.emplace();
         if (counterparty.known) {
-            Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, Branches));
+            Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, BranchTable));
             for (; !rows.Eof(); rows.MoveNext()) {
                 m_branchCodes->insert(mod_ovTools::ToText(rows.Value(QStringLiteral("CDSED"))).trimmed().toUpper());
             }

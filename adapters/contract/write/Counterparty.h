@@ -5,6 +5,9 @@
 
 namespace contract {
 
+inline const QString BranchTable = QStringLiteral("CON_SED");
+inline const QString ContactTable = QStringLiteral("CON_RIF");
+
 /// The row that a telephone number or an address hangs on.
 struct Owner {
     QString table;      ///< bare name: "CON_TRO", "CON_RIF" or "CON_SED"

@@ -192,7 +192,7 @@ TargetRow DocumentWriter::Head(const DocumentHead& head) const {
     row.Set("DTTPM", head.cause.movement);
     row.Set("DTMAG", head.cause.warehouse);
     row.Set("DTESR", head.year);
-    row.Set("DTVAL", Currency);
+    row.Set("DTVAL", schema::defaults::Currency);
     row.Set("DTCMB", ExchangeRate);
     return row;
 }

@@ -7,14 +7,16 @@ namespace contract {
 
 namespace {
 
-const QString Table = QStringLiteral("FLD_VAL");
+const QString AttributeTable = QStringLiteral("FLD_VAL");
 
 } // namespace
 
-std::vector<TableNeed> FreeAttributeNeeds() { return {{Table, {"FLTAB", "FLKEY", "FLFLD", "FLVAL", "FLDEF"}}}; }
+std::vector<TableNeed> FreeAttributeNeeds() {
+    return {{AttributeTable, {"FLTAB", "FLKEY", "FLFLD", "FLVAL", "FLDEF"}}};
+}
 
 Emptying FreeAttributeEmptying(const QString& table) {
-    return {{.table = Table, .way = Emptied::Way::Delete, .where = QStringLiteral("FLTAB = '%1'").arg(table)}};
+    return {{.table = AttributeTable, .way = Emptied::Way::Delete, .where = QStringLiteral("FLTAB = '%1'").arg(table)}};
 }
 
 void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
@@ -22,11 +24,11 @@ void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
         return;
     }
     Session& session = run.GetSession();
-    const qint64 known = IdWhere(session, Table,
+    const qint64 known = IdWhere(session, AttributeTable,
                                  Equals(session, "FLTAB", attribute.table) + QStringLiteral(" AND ") +
                                      Equals(session, "FLKEY", attribute.key) + QStringLiteral(" AND ") +
                                      Equals(session, "FLFLD", attribute.name));
-    TargetRow row(run, Table);
+    TargetRow row(run, AttributeTable);
     row.Set("FLTAB", attribute.table);
     row.Set("FLKEY", attribute.key);
     row.Set("FLFLD", attribute.name);

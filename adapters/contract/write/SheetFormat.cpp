@@ -9,7 +9,7 @@ namespace contract {
 
 namespace {
 
-const QString Table = QStringLiteral("ART_FMT");
+const QString FormatTable = QStringLiteral("ART_FMT");
 
 double WeightOf(Session& session, const SheetFormat& format) {
     return format.weight != 0 || format.density == 0
@@ -21,16 +21,16 @@ double WeightOf(Session& session, const SheetFormat& format) {
 
 std::vector<TableNeed> SheetFormatNeeds() {
     return {
-        {Table,
+        {FormatTable,
          {"CDART", "CDFMT", "LMDES", "LMDMX", "LMDMY", "LMPES", "LMPSR", "LMSFR", "LMEXT", "LMOLD", "LMATT", "LMANN"}}};
 }
 
 RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* id) {
     Session& session = run.GetSession();
-    const qint64 known = IdWhere(session, Table,
+    const qint64 known = IdWhere(session, FormatTable,
                                  Equals(session, "CDART", format.article) + QStringLiteral(" AND ") +
                                      Equals(session, "CDFMT", format.code));
-    TargetRow row(run, Table);
+    TargetRow row(run, FormatTable);
     const auto setText = [&row](const QString& column, const QString& text) {
         if (!text.isEmpty()) {
             row.Set(column, text);
@@ -59,7 +59,7 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
         row.Insert();
     }
     if (id != nullptr) {
-        *id = known != 0 ? known : run.LastId(Table);
+        *id = known != 0 ? known : run.LastId(FormatTable);
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
@@ -67,8 +67,8 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
 KnownFormat FindFormat(ImportRun& run, const QString& externalCode) {
     Session& session = run.GetSession();
     const Recordset found =
-        session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(Table) + QStringLiteral(" WHERE ") +
-                                  Equals(session, "LMEXT", externalCode));
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(FormatTable) +
+                                  QStringLiteral(" WHERE ") + Equals(session, "LMEXT", externalCode));
     if (externalCode.isEmpty() || found.Eof()) {
         return {};
     }

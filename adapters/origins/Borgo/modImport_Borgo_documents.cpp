@@ -14,7 +14,7 @@ namespace modImport_Borgo {
 
 namespace {
 
-const QString Formats = QStringLiteral("ART_FMT");
+const QString FormatTable = QStringLiteral("ART_FMT");
 const QString Rows = QStringLiteral("OrdRig");
 
 /// One column of a format; Null when the article has none of that code.
@@ -23,7 +23,7 @@ QVariant OfFormat(Session& session, const QString& article, const QString& forma
         return {};
     }
     const Recordset found = session.Quadrix.ExecuteWC(
-        QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(column, session.Quadrix.GetFullTableName(Formats)) +
+        QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(column, session.Quadrix.GetFullTableName(FormatTable)) +
         Equals(session, "CDART", article) + QStringLiteral(" AND ") + Equals(session, "CDFMT", format));
     return found.Eof() ? QVariant() : found.Fields(0).Value();
 }

@@ -33,9 +33,6 @@ const QString Sedi = QStringLiteral("SEDI");
 const QString ArticoliFile = QStringLiteral("ARTICOLI");
 const QString Ordini = QStringLiteral("ORDINI");
 
-/// Messages tell the line of the file.
-const QString Line = sources::RowNumberColumn;
-
 Rule TextDay() { return DateText("dd/MM/yyyy"); }
 
 // --- Counterparties -----------------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/rules.h"
 #include "adapters/contract/run/Origin.h"
+#include "sources/privateDatabase.h"
 
 /// What the files of the module share.
 namespace modImport_Lamina {
@@ -10,6 +11,9 @@ inline const QString Module = QStringLiteral("modImport_Lamina");
 
 /// What codes are translated under, whichever file they stand in.
 inline const QString Codes = QStringLiteral("LAMINA");
+
+/// The line of the file that a row stands in, which messages tell.
+inline const QString Line = sources::RowNumberColumn;
 
 inline const QString Distinte = QStringLiteral("DISTINTE");
 inline const QString Lavorazioni = QStringLiteral("LAVORAZIONI");

@@ -16,7 +16,6 @@ namespace modImport_Lamina {
 
 namespace {
 
-const QString Line = sources::RowNumberColumn;
 const QString BillTable = QStringLiteral("DIS_BAS");
 const QString Parts = QStringLiteral("DIS_COM");
 const QString Phases = QStringLiteral("DIS_FAS");

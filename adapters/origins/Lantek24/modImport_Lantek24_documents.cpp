@@ -24,7 +24,7 @@ namespace {
 const QString Orders = QStringLiteral("SSHH_PPOO_00000100");
 const QString OrderRows = QStringLiteral("SSHH_PPOO_00000200");
 /// How SYS_IMP names the codes of orders.
-const QString Codes = QStringLiteral("SSHH_PPOO");
+const QString OrderCodes = QStringLiteral("SSHH_PPOO");
 /// The cause of an order to a supplier, and its type when CAU_DOC lacks it.
 const QString OrderCause = QStringLiteral("ORDFL");
 const QString OrderType = QStringLiteral("ORD");
@@ -43,8 +43,8 @@ const Mapping& Testata() {
         "DOC_ACQ",
         Orders,
         {
-            {"DTMOP", "PymName", TranslatedOrKnown(Codes, "PymName", "TAB_MOP")},
-            {"DTVAL", "CurName", Currency(Codes, "CurName")},
+            {"DTMOP", "PymName", TranslatedOrKnown(OrderCodes, "PymName", "TAB_MOP")},
+            {"DTVAL", "CurName", Currency(OrderCodes, "CurName")},
             {"DTRIC", "OrdRef", Text()},
             {"DTCOR", "DDate", DayOrNull()},
             {"DTSCO", "DDisc", RoundedTo(2)},
@@ -84,9 +84,9 @@ struct Document {
     QSet<qint64> rewritten = {}; ///< of its rows, when it was there
 };
 
-class Importer {
+class DocumentImporter {
 public:
-    explicit Importer(ImportRun& run)
+    explicit DocumentImporter(ImportRun& run)
         : m_run(run),
           m_settings(ReadDocumentSettings(run.GetSession())) {}
 
@@ -109,14 +109,14 @@ private:
 };
 
 /// An order is closed when every row of it has been received.
-QString Importer::StateOf(const SourceRow& row) {
+QString DocumentImporter::StateOf(const SourceRow& row) {
     const qint64 open = m_run.GetSession().SourceConnection().ExecuteCommand(
         "SELECT COUNT(*) FROM " + OrderRows + "\rWHERE OrdRef = " + m_run.Quoted(row.Text("OrdRef")) +
         " AND DlvStatus <> " + Received);
     return open > 0 ? schema::defaults::ToDeliver : schema::defaults::Closed;
 }
 
-DocumentHead Importer::HeadOf(const SourceRow& row) {
+DocumentHead DocumentImporter::HeadOf(const SourceRow& row) {
     const QString supplier = row.Text("SuppRef");
     const QString counterparty = LookUp(m_run.GetSession(), "CON_TRO", "COFGE", supplier, "CDCON");
     if (counterparty.isEmpty()) {
@@ -134,7 +134,7 @@ DocumentHead Importer::HeadOf(const SourceRow& row) {
             StateOf(row)};
 }
 
-RowOutcome Importer::Head(const SourceRow& row) {
+RowOutcome DocumentImporter::Head(const SourceRow& row) {
     Session& session = m_run.GetSession();
     Document document;
     document.head = HeadOf(row);
@@ -162,7 +162,7 @@ RowOutcome Importer::Head(const SourceRow& row) {
     return document.wasThere ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
-void Importer::WriteRow(const SourceRow& row, Document& document) {
+void DocumentImporter::WriteRow(const SourceRow& row, Document& document) {
     Session& session = m_run.GetSession();
     DocumentRow values;
     values.article = row.IsBlank("PrdRef") ? QString() : ArticleOf(m_run, row.Text("PrdRef"));
@@ -181,7 +181,8 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
     values.delivered = NumberOf(row, "RcvdQuantity");
     values.price = NumberOf(row, "UPrice");
     values.discounts = {NumberOf(row, "Disc"), 0, 0};
-    values.vatCode = values.article.isEmpty() ? QString() : VatCodeOf(session, Codes, "TaxRef", row.Text("TaxRef"));
+    values.vatCode =
+        values.article.isEmpty() ? QString() : VatCodeOf(session, OrderCodes, "TaxRef", row.Text("TaxRef"));
     values.state = StateOfRow(row);
     TargetRow target = m_writer.Row(document.id, document.head, values);
     target.Set("DRUM2", UnitOf(session, row.Text("UntName")));
@@ -197,7 +198,7 @@ void Importer::WriteRow(const SourceRow& row, Document& document) {
 }
 
 /// The measures of a sheet stand with its product.
-void Importer::SetSheet(const SourceRow& row, TargetRow& target) {
+void DocumentImporter::SetSheet(const SourceRow& row, TargetRow& target) {
     const Recordset found = m_run.GetSession().SourceConnection().ExecuteWC(
         "SELECT * FROM " + Products + "\rWHERE PrdRef = " + m_run.Quoted(row.Text("PrdRef")) +
         " AND DIS_PClass = " + SheetClass);
@@ -210,7 +211,7 @@ void Importer::SetSheet(const SourceRow& row, TargetRow& target) {
 }
 
 /// The total of the source is there to be compared with.
-void Importer::CheckTotal(const SourceRow& row, const Document& document) {
+void DocumentImporter::CheckTotal(const SourceRow& row, const Document& document) {
     const Recordset found = m_run.GetSession().Quadrix.ExecuteWC("SELECT DTTOT FROM " + m_run.FullName("DOC_ACQ") +
                                                                  " WHERE " + Equals("RECORD_ID", document.id));
     const double here = found.Eof() ? 0 : NumberOf(SourceRow(found), "DTTOT");
@@ -255,7 +256,7 @@ void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool r
     run.Guard([&] {
         run.Announce("Inizio importazione Documenti da Lantek 24");
         run.Preflight(DocumentiNeeds());
-        Importer importer(run);
+        DocumentImporter importer(run);
         const TriggersOff triggers(run);
         Empty(run, reset, DocumentiEmptying());
         const QString from = " FROM " + Orders + "\rWHERE RQPrice = 0 AND CDate >= " +

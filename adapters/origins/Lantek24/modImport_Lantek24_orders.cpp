@@ -17,7 +17,7 @@ namespace {
 
 // --- Source tables ------------------------------------------------------------------------------------------------
 
-const QString Orders = QStringLiteral("MMNN_MMOO_00000100");
+const QString ProductionOrders = QStringLiteral("MMNN_MMOO_00000100");
 const QString Operations = QStringLiteral("MMNN_MMOO_00000300");
 
 // --- Production orders --------------------------------------------------------------------------------------------
@@ -58,9 +58,9 @@ OrderIdentity IdentityOf(qint64 bill, const OrderFacts& facts) {
 
 QString StateOf(bool over) { return over ? schema::defaults::Closed : schema::defaults::ToDeliver; }
 
-class Importer {
+class OrderImporter {
 public:
-    explicit Importer(ImportRun& run)
+    explicit OrderImporter(ImportRun& run)
         : m_run(run),
           m_bills(run) {}
 
@@ -79,7 +79,7 @@ private:
 };
 
 /// The bill of a product, written once in a run; 0 when its article is not there.
-qint64 Importer::BillOf(const QString& product) {
+qint64 OrderImporter::BillOf(const QString& product) {
     const auto known = m_billIds.constFind(product);
     if (known != m_billIds.cend()) {
         return *known;
@@ -91,7 +91,7 @@ qint64 Importer::BillOf(const QString& product) {
 
 /// The order that an earlier import has written; 0 when there is none. Those alike are taken one after the other, in
 /// the order in which they were written: a run that comes again finds each where it was.
-qint64 Importer::FindOrder(qint64 bill, const OrderFacts& facts) {
+qint64 OrderImporter::FindOrder(qint64 bill, const OrderFacts& facts) {
     Session& session = m_run.GetSession();
     const Provider provider = session.Quadrix.ProviderType;
     return session.Quadrix.ExecuteCommand(
@@ -102,7 +102,7 @@ qint64 Importer::FindOrder(qint64 bill, const OrderFacts& facts) {
         QString::number(m_written.value(IdentityOf(bill, facts))));
 }
 
-void Importer::WriteOperation(const SourceRow& row, qint64 order) {
+void OrderImporter::WriteOperation(const SourceRow& row, qint64 order) {
     Session& session = m_run.GetSession();
     const auto sequence = static_cast<qint64>(NumberOf(row, "OOrder"));
     const qint64 known = IdWhere(session, "ORD_FAS", Equals("IDOPR", order) + " AND " + Equals("FLSEQ", sequence));
@@ -121,7 +121,7 @@ void Importer::WriteOperation(const SourceRow& row, qint64 order) {
     }
 }
 
-RowOutcome Importer::Row(const SourceRow& row) {
+RowOutcome OrderImporter::Row(const SourceRow& row) {
     Session& session = m_run.GetSession();
     const qint64 bill = BillOf(row.Text("PrdRef"));
     if (bill == 0) {
@@ -156,7 +156,7 @@ RowOutcome Importer::Row(const SourceRow& row) {
 const Needs& OrdiniNeeds() {
     static const Needs needs{
         {},
-        {{Orders, {"MnORef", "PrdRef", "DIS_IsQuote"}},
+        {{ProductionOrders, {"MnORef", "PrdRef", "DIS_IsQuote"}},
          {Operations, {"MnORef", "OOrder", "WrkRef", "OprRef", "Quantity", "MQ", "CDate", "RDate", "EDate"}}},
         {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPTPD", "OPIDD"}},
          {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}}}};
@@ -164,10 +164,10 @@ const Needs& OrdiniNeeds() {
 }
 
 bool ImportOrdiniProduzione(ImportRun& run) {
-    Importer importer(run);
-    const QString from = Orders + "\rWHERE DIS_IsQuote = 0";
-    const bool toTheEnd = run.Rows({"Ordini di produzione", Orders, "MnORef, PrdRef", "SELECT COUNT(*) FROM " + from,
-                                    "SELECT * FROM " + from + "\rORDER BY MnORef"},
+    OrderImporter importer(run);
+    const QString from = ProductionOrders + "\rWHERE DIS_IsQuote = 0";
+    const bool toTheEnd = run.Rows({"Ordini di produzione", ProductionOrders, "MnORef, PrdRef",
+                                    "SELECT COUNT(*) FROM " + from, "SELECT * FROM " + from + "\rORDER BY MnORef"},
                                    [&](const SourceRow& row) { return importer.Row(row); });
     if (toTheEnd) {
         importer.End();

@@ -46,7 +46,7 @@ ChildTable RelationsOf(const QString& letter) {
 }
 
 /// The last prices that an article was bought at.
-ChildTable Purchases(const std::vector<Tie>& ties) {
+ChildTable PurchaseRows(const std::vector<Tie>& ties) {
     return {.table = "STORICOPREZZIARTICOLO", .on = ties, .order = "DATA DESC", .where = "CODCLIFOR LIKE 'F%'"};
 }
 
@@ -127,8 +127,8 @@ QString HeadOfVariants(const SourceRow& row) {
 } // namespace
 
 Articles Articoli() {
-    const ChildTable purchases = Purchases({{"CODARTICOLO", "CODICE"}});
-    const ChildTable fromUsual = Purchases({{"CODARTICOLO", "CODICEART"}, {"CODCLIFOR", "FORNPREFACQ"}});
+    const ChildTable purchases = PurchaseRows({{"CODARTICOLO", "CODICE"}});
+    const ChildTable fromUsual = PurchaseRows({{"CODARTICOLO", "CODICEART"}, {"CODCLIFOR", "FORNPREFACQ"}});
     return {
         .frame = {.module = Module, .procedure = "ImportArticoliMetodo"},
         .source =

@@ -10,7 +10,7 @@ constexpr const char* MustHaveValue = "la colonna '%1'%T deve avere un valore";
 constexpr QLatin1String
     ForeignKey("[`\"]([^`\"]+)[`\"], CONSTRAINT .* FOREIGN KEY \\([`\"](.+?)[`\"]\\) REFERENCES [`\"]([^`\"]+)[`\"]");
 
-constexpr meaning::Refusal Refusals[] = {
+constexpr meaning::Refusal MySqlRefusals[] = {
     {QLatin1String("1062"), QLatin1String("Duplicate entry '(.*)' for key '(?:[^']*\\.)?([^']+)'"),
      "il valore '%1' è già presente nella chiave '%2'%T, che non ammette doppioni"},
     {QLatin1String("1048"), QLatin1String("Column '(.+?)' cannot be null"), MustHaveValue},
@@ -50,4 +50,4 @@ constexpr meaning::Refusal Refusals[] = {
 
 } // namespace
 
-bool ExplainMySql(SqlError& error) { return meaning::Explain(error, Refusals); }
+bool ExplainMySql(SqlError& error) { return meaning::Explain(error, MySqlRefusals); }

@@ -12,7 +12,7 @@ namespace {
 
 const QString NotWithin = QStringLiteral("i trigger di '%1' non si possono cambiare dentro una transazione");
 
-QString Literal(const QString& text) { return mod_ovTools::FormatSqlValue(text, DataType::Char, Provider::MySql); }
+QString MySqlLiteral(const QString& text) { return mod_ovTools::FormatSqlValue(text, DataType::Char, Provider::MySql); }
 
 /// One trigger as it must be made again.
 struct Trigger {
@@ -50,7 +50,7 @@ private:
 
 QVector<Trigger> ReadTriggers(Engine& engine, const QString& table) {
     QVector<Trigger> triggers;
-    const auto list = engine.Query(QStringLiteral("SHOW TRIGGERS WHERE `Table` = ") + Literal(table));
+    const auto list = engine.Query(QStringLiteral("SHOW TRIGGERS WHERE `Table` = ") + MySqlLiteral(table));
     const int definer = list->IndexOf(QStringLiteral("Definer"));
     while (list->Next()) {
         triggers.append({list->Value(0).toString(), {}, {}, list->Value(definer).toString()});
@@ -185,14 +185,15 @@ void StoreTriggers(Engine& engine, const QString& table, bool inTransaction) {
                                    .arg(trigger.name, table));
         }
         engine.Run(QStringLiteral("REPLACE INTO QDX_TRIGGERS_OFF (NAME, TBL, MODE, DDL) VALUES (") +
-                   Literal(trigger.name) + QStringLiteral(", ") + Literal(table) + QStringLiteral(", ") +
-                   Literal(trigger.mode) + QStringLiteral(", ") + Literal(trigger.text) + u')');
+                   MySqlLiteral(trigger.name) + QStringLiteral(", ") + MySqlLiteral(table) + QStringLiteral(", ") +
+                   MySqlLiteral(trigger.mode) + QStringLiteral(", ") + MySqlLiteral(trigger.text) + u')');
         engine.Run(QStringLiteral("DROP TRIGGER ") + MySqlName(trigger.name));
     }
 }
 
 void MakeAgain(Engine& engine, const Trigger& trigger) {
-    engine.Run(QStringLiteral("SET @quadrix_mode = @@SESSION.sql_mode, SESSION sql_mode = ") + Literal(trigger.mode));
+    engine.Run(QStringLiteral("SET @quadrix_mode = @@SESSION.sql_mode, SESSION sql_mode = ") +
+               MySqlLiteral(trigger.mode));
     try {
         engine.Run(trigger.text);
     } catch (...) {
@@ -200,7 +201,7 @@ void MakeAgain(Engine& engine, const Trigger& trigger) {
         throw;
     }
     engine.Run(QStringLiteral("SET SESSION sql_mode = @quadrix_mode"));
-    engine.Run(QStringLiteral("DELETE FROM QDX_TRIGGERS_OFF WHERE NAME = ") + Literal(trigger.name));
+    engine.Run(QStringLiteral("DELETE FROM QDX_TRIGGERS_OFF WHERE NAME = ") + MySqlLiteral(trigger.name));
 }
 
 /// Whoever may write the table may write any text there: what makes no trigger of that name on that table is not run.
@@ -210,8 +211,9 @@ void RestoreTriggers(Engine& engine, const QString& table, bool inTransaction) {
     }
     const TableInUse alone(engine);
     QVector<Trigger> triggers;
-    const auto stored = engine.Query(
-        QStringLiteral("SELECT NAME, MODE, DDL FROM QDX_TRIGGERS_OFF WHERE TBL = %1 ORDER BY ID").arg(Literal(table)));
+    const auto stored =
+        engine.Query(QStringLiteral("SELECT NAME, MODE, DDL FROM QDX_TRIGGERS_OFF WHERE TBL = %1 ORDER BY ID")
+                         .arg(MySqlLiteral(table)));
     while (stored->Next()) {
         triggers.append({stored->Value(0).toString(), stored->Value(1).toString(), stored->Value(2).toString()});
     }

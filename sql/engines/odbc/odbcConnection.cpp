@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr SQLULEN ConnectSeconds = 15;
+constexpr SQLULEN LoginSeconds = 15;
 
 /// A whole number where the ODBC API takes a pointer.
 SQLPOINTER AsPointer(SQLULEN number) {
@@ -73,7 +73,7 @@ OdbcConnection::OdbcConnection(QString text, bool readOnly)
 OdbcConnection::~OdbcConnection() { Close(); }
 
 void OdbcConnection::Open() {
-    SQLSetConnectAttrW(Handle(), SQL_ATTR_LOGIN_TIMEOUT, AsPointer(ConnectSeconds), 0);
+    SQLSetConnectAttrW(Handle(), SQL_ATTR_LOGIN_TIMEOUT, AsPointer(LoginSeconds), 0);
     if (m_readOnly) {
         SQLSetConnectAttrW(Handle(), SQL_ATTR_ACCESS_MODE, AsPointer(SQL_MODE_READ_ONLY), SQL_IS_UINTEGER);
     }

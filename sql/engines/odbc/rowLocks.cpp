@@ -1,12 +1,11 @@
 #include "sql/engines/odbc/rowLocks.h"
 
 #include "sql/errors.h"
+#include "sql/text/textLiteral.h"
 
 namespace {
 
 using Connection = std::shared_ptr<OdbcConnection>;
-
-QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
 
 void Run(const Connection& connection, const QString& statement) {
     OdbcStatement(connection).Run(statement, statement);
@@ -86,8 +85,8 @@ bool RowLocks::Take(std::shared_ptr<OdbcConnection> connection, const QString& n
         LeaveTransaction(connection);
         return false;
     }
-    Run(connection,
-        QStringLiteral("UPDATE QDX_LOCKS SET HOLDER = %1 WHERE NAME = %2").arg(Literal(holder.left(Longest)), rowName));
+    Run(connection, QStringLiteral("UPDATE QDX_LOCKS SET HOLDER = %1 WHERE NAME = %2")
+                        .arg(TextLiteral(holder.left(Longest)), rowName));
     connection->EndTransaction(true);
     if (LockRow(connection, rowName) != Row::Locked) {
         LeaveTransaction(connection);

@@ -4,6 +4,7 @@
 #include "sql/engines/sqlite/sqliteError.h"
 #include "sql/engines/sqlite/sqliteFile.h"
 #include "sql/errors.h"
+#include "sql/text/textLiteral.h"
 #include "sql/text/triggerText.h"
 
 #include <QRegularExpression>
@@ -87,7 +88,7 @@ public:
         const auto found = Query(QStringLiteral("SELECT type FROM pragma_table_info(%1) WHERE name = %2 COLLATE NOCASE "
                                                 "AND dflt_value IS NULL AND EXISTS (SELECT 1 FROM sqlite_master "
                                                 "WHERE type = 'table' AND name = %1 COLLATE NOCASE)")
-                                     .arg(Literal(table), Literal(column)));
+                                     .arg(TextLiteral(table), TextLiteral(column)));
         const QString type = found->Next() ? found->Value(0).toString() : QString();
         static const QRegularExpression ofTexts(QStringLiteral("CHAR|CLOB|TEXT"),
                                                 QRegularExpression::CaseInsensitiveOption);
@@ -132,9 +133,9 @@ public:
 
     QString RestartStatement(const QString& table) override {
         const QString numbers = QStringLiteral("sqlite_sequence"); // there once a table has an identity column
-        return Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = ") + Literal(numbers)).isEmpty()
+        return Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = ") + TextLiteral(numbers)).isEmpty()
                    ? QString()
-                   : QString("DELETE FROM " + numbers + " WHERE name = " + Literal(table) + " COLLATE NOCASE");
+                   : QString("DELETE FROM " + numbers + " WHERE name = " + TextLiteral(table) + " COLLATE NOCASE");
     }
 
 private:
@@ -195,12 +196,10 @@ private:
         return texts;
     }
 
-    static QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
-
     void StoreTriggers(const QString& table) {
         const QString where =
             QStringLiteral(" FROM sqlite_master WHERE type = 'trigger' AND tbl_name = %1 COLLATE NOCASE")
-                .arg(Literal(table));
+                .arg(TextLiteral(table));
         const QStringList names = Texts(QStringLiteral("SELECT name") + where);
         if (names.isEmpty()) {
             return;
@@ -219,7 +218,7 @@ private:
         if (Columns(QStringLiteral("QDX_TRIGGERS_OFF")).isEmpty()) {
             return;
         }
-        const QString where = QStringLiteral(" FROM QDX_TRIGGERS_OFF WHERE TBL = %1").arg(Literal(table));
+        const QString where = QStringLiteral(" FROM QDX_TRIGGERS_OFF WHERE TBL = %1").arg(TextLiteral(table));
         const QStringList names = Texts(QStringLiteral("SELECT NAME") + where + QStringLiteral(" ORDER BY rowid"));
         const QStringList texts = Texts(QStringLiteral("SELECT DDL") + where + QStringLiteral(" ORDER BY rowid"));
         for (qsizetype i = 0; i < names.size(); ++i) {

@@ -35,7 +35,7 @@ constexpr QLatin1String Constraint("SQLITE_CONSTRAINT");
 constexpr QLatin1String General("1");
 constexpr const char* InUse = "il database è in uso da un altro programma: chiuderlo e riprovare";
 
-constexpr meaning::Refusal Refusals[] = {
+constexpr meaning::Refusal SqliteRefusals[] = {
     {Constraint, QLatin1String("^UNIQUE constraint failed: (\\w+)\\.(\\w+)$"),
      "%V2 è già presente nella colonna '%2' della tabella '%1', che non ammette doppioni"},
     {Constraint, QLatin1String("^UNIQUE constraint failed: (.+)$"),
@@ -62,6 +62,6 @@ constexpr meaning::Refusal Refusals[] = {
 SqlError SqliteErrorOf(sqlite3* database, const QString& statement) {
     SqlError error(statement, QString::fromUtf8(sqlite3_errmsg(database)),
                    CodeName(sqlite3_extended_errcode(database)));
-    meaning::Explain(error, Refusals);
+    meaning::Explain(error, SqliteRefusals);
     return error;
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr qsizetype KeptStatements = 256;
+constexpr qsizetype MostKept = 256;
 
 /// SQLite does not copy the texts: they live as long as the prepared statement holds them.
 void BindText(sqlite3_stmt* statement, int place, const QByteArray& text) {
@@ -113,7 +113,7 @@ PreparedStatement* SqliteStatements::New(const StatementShape& source, bool isKe
     prepared->handle = handle;
     prepared->isKept = isKept;
     if (isKept) {
-        if (m_kept.size() >= KeptStatements) {
+        if (m_kept.size() >= MostKept) {
             ForgetOldest();
         }
         m_kept.insert(source.shape, prepared);
