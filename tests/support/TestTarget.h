@@ -30,8 +30,8 @@ public:
         m_session.Config.SetConfigFile(Folder.filePath("Quadrix.ini"));
         if (engine == On::Embedded) {
             m_session.Quadrix.Written = WrittenStatements();
+            QFile::copy(StartFile(), Folder.filePath("quadrix.db"));
             OpenEmbedded(m_session.Quadrix, Folder.filePath("quadrix.db"));
-            AddCompany("X01", Company);
         } else if (engine == On::MariaDb) {
             MakeDatabase(OwnDatabase);
             OpenMariaDb(OwnDatabase);
@@ -104,6 +104,19 @@ private:
     static inline const QString OwnDatabase = OfThisProgram("quadrix_target");
     static inline const QString SharedDatabase = OfThisProgram("quadrix_again");
     static inline const QString StartDatabase = OfThisProgram("quadrix_start"); ///< the shared one as it was made
+
+    /// An embedded database with the company, made once: it is copied far faster than it is made.
+    static QString StartFile() {
+        static const QTemporaryDir folder;
+        static const QString path = [] {
+            ovConnection made;
+            made.Written = WrittenStatements();
+            CreateDatabase(OpenEmbedded(made, folder.filePath("quadrix.db")), "X01", Company);
+            made.CloseConnection();
+            return made.DatabaseName;
+        }();
+        return path;
+    }
 
     void OpenMariaDb(const QString& database) {
         MariaDbServer().Set(m_session.Quadrix, Way(), database);
