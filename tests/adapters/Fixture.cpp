@@ -9,6 +9,7 @@
 #include "tests/adapters/golden.h"
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
+#include "tests/support/writtenStatements.h"
 
 #include <QDir>
 #include <QRegularExpression>

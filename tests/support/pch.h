@@ -4,5 +4,6 @@
 #include "cmake/pch.h"
 #include "sql/ovConnection.h"
 #include "tests/support/QuadrixTest.h"
+#include "tests/support/TestTarget.h"
 
 #include <QTemporaryDir>
