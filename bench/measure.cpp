@@ -64,5 +64,5 @@ Cost RunApart(const std::function<void()>& work) {
             _exit(1);
         }
     }
-    return Wait(child, "replay");
+    return Wait(child, "what is measured apart");
 }

@@ -11,7 +11,7 @@ struct HeaderText {
     const char* header;
     const char* caption;
     const char* meaning = "";      ///< what the caption leaves open; empty where it says all
-    std::string_view example = ""; ///< empty for none
+    std::string_view example = {}; ///< empty for none
 };
 
 /// Example of a column of codes: the first one that the company has; none where it has none.

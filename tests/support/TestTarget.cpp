@@ -27,7 +27,9 @@ TestTarget::TestTarget(On engine)
     m_session.Config.SetConfigFile(Folder.filePath("Quadrix.ini"));
     if (engine == On::Embedded) {
         m_session.Quadrix.Written = WrittenStatements();
-        QFile::copy(StartFile(), Folder.filePath("quadrix.db"));
+        if (!QFile::copy(StartFile(), Folder.filePath("quadrix.db"))) {
+            qFatal("%s cannot be copied to %s", qPrintable(StartFile()), qPrintable(Folder.path()));
+        }
         OpenEmbedded(m_session.Quadrix, Folder.filePath("quadrix.db"));
     } else if (engine == On::MariaDb) {
         MakeDatabase(OwnDatabase);

@@ -23,7 +23,7 @@ int RowsTogether(ImportRun& run) {
                                          "da 0 in su")
                               .arg(text));
     }
-    return run.TakesRowsBack() ? rows : 0;
+    return rows > 0 && run.TakesRowsBack() ? rows : 0;
 }
 
 /// The error that some work ends with; null when it does not.
