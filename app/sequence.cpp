@@ -224,8 +224,12 @@ SequenceResult Sequence(Session& session, const SequenceSettings& settings, cons
 }
 
 std::optional<SequenceResult> PressSequence(Session& session, const Choice& choice, const SequenceWindow& window) {
-    return Guarded(session.Errors, "frmImport", "cmdSequence_Click", std::optional<SequenceResult>(),
-                   [&] { return Press(session, choice, window); });
+    std::optional<SequenceResult> result;
+    Guarded(session.Errors, "frmImport", "cmdSequence_Click", false, [&] {
+        result = Press(session, choice, window);
+        return true;
+    });
+    return result;
 }
 
 QStringList SequenceLines(const SequenceResult& result, int most) {

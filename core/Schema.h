@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
 #include <vector>
 
 /// The tables of the Quadrix database that the imports read and write.
@@ -45,6 +46,10 @@ public:
     }
     /// Whether no row is to be written without what the source has for a column: it is part of the key, or essential.
     bool Needs(const Column& column) const { return column.essential || key.contains(column.name); }
+    /// Whether texts of it are kept by language in SYS_LNG too.
+    bool HasLanguageTexts() const {
+        return std::any_of(columns.begin(), columns.end(), [](const Column& column) { return column.languageText; });
+    }
     /// Adds a column after the last.
     void Add(Column column);
 

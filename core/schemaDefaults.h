@@ -5,6 +5,9 @@
 /// Values of columns for which no source has one, in one place: what an operator would leave in the field.
 namespace schema::defaults {
 
+/// USINS and USMDF: who has inserted or updated a row that an import has written.
+inline const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
+
 // Base codes that every company has.
 inline const QString Warehouse = QStringLiteral("001");
 inline const QString Currency = QStringLiteral("EUR");

@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "app/report/names.h"
 #include "core/Schema.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -48,7 +49,8 @@ void PartiesAnew::Hide() {
             party.foundBy.insert(column, rows.Value(column));
         }
         m_last = std::max(m_last, party.id);
-        const bool isImported = mod_ovTools::ToText(rows.Value(QStringLiteral("USINS"))).trimmed() == ImportUser;
+        const bool isImported =
+            mod_ovTools::ToText(rows.Value(QStringLiteral("USINS"))).trimmed() == schema::defaults::ImportUser;
         if (isImported && IsOfOne(party.foundBy)) {
             m_hidden.push_back(party);
         }
@@ -103,7 +105,7 @@ void PartiesAnew::Show() {
         const auto given = anew.constFind(SourceCodes(party.foundBy));
         if (given != anew.cend()) {
             values.insert(*given);
-            values.insert(QStringLiteral("USMDF"), ImportUser);
+            values.insert(QStringLiteral("USMDF"), schema::defaults::ImportUser);
             values.insert(QStringLiteral("DTMDF"), m_session.Now());
         }
         Set(party.id, values);

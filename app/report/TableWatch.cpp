@@ -1,6 +1,7 @@
 #include "app/report/TableWatch.h"
 
 #include "app/report/sums.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 namespace proof {
@@ -153,8 +154,8 @@ void TableWatch::Place(qint64 id, const Recordset& row, Prints& rest, QMultiHash
     const bool isWritten = !isSame || before->marks != now.marks;
     rest.erase(before);
     if (!isWritten) {
-        const bool isImported =
-            row.HasColumn(Marks.first()) && mod_ovTools::ToText(row.Value(Marks.first())).trimmed() == ImportUser;
+        const bool isImported = row.HasColumn(Marks.first()) &&
+                                mod_ovTools::ToText(row.Value(Marks.first())).trimmed() == schema::defaults::ImportUser;
         ++(isImported ? m_figures.kept : m_figures.others);
         return;
     }

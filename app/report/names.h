@@ -6,9 +6,6 @@
 /// What the tables, columns and rows of Quadrix are called on the page.
 namespace proof {
 
-/// Who has inserted or updated a row (USINS, USMDF) that an import has written.
-inline const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
-
 /// "Documenti di vendita" for "DOC_VEN"; a table without a name of its own keeps its bare one.
 QString TableTitle(const QString& table);
 /// "Imponibile" for "DTIMP"; a column without a name of its own keeps its code.

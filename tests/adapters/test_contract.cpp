@@ -20,6 +20,11 @@ QStringList FoldersOf(const QString& folder) {
     return QDir(Source + folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
 }
 
+const contract::Procedure& ProcedureOf(const QString& module, const QString& name) {
+    const std::vector<contract::Procedure>& all = FixtureOrigins().value(module)->procedures;
+    return *std::find_if(all.begin(), all.end(), [&name](const auto& each) { return each.name == name; });
+}
+
 /// The questions and prompts since the script began anew.
 QStringList Asked(const ScriptedOperator& person) {
     QStringList asked;
@@ -213,6 +218,11 @@ private slots:
             const QList<qint64> byRule = result.skippedBy.values();
             QCOMPARE(std::accumulate(byRule.begin(), byRule.end(), qint64{0}), result.skipped);
             QVERIFY2(!result.skippedBy.contains({}), qPrintable(result.procedure + " leaves rows out without a rule"));
+            const QStringList written = result.tables.keys();
+            const QSet<QString> undeclared = QSet<QString>(written.begin(), written.end()) -
+                                             contract::WrittenTables(ProcedureOf(module, result.procedure).needs);
+            QVERIFY2(undeclared.isEmpty(), // else nobody asks for the rights on them before
+                     qPrintable(result.procedure + " writes " + undeclared.values().join(' ')));
             for (const RunResult::GivenUp& row : result.givenUp) {
                 ++givenUp;
                 QVERIFY2(row.rowKey.contains("tabella '") && row.reason.contains('\''),

@@ -21,7 +21,7 @@ public:
           m_table(table) {
         Recordset rows =
             run.GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID FROM " + run.FullName(table) + " WHERE " + condition +
-                                               " AND USINS = " + run.Quoted("SYSTEM_IMPORT") + " ORDER BY RECORD_ID");
+                                               " AND " + OfImports(run.GetSession()) + " ORDER BY RECORD_ID");
         for (; !rows.Eof(); rows.MoveNext()) {
             m_known.append(rows.Fields(0).Value().toLongLong());
         }

@@ -12,7 +12,7 @@ struct TableNeed {
     QStringList columns;
     QStringList optional = {}; ///< of the source: read, but the procedure works without them
     bool mayLack = false;      ///< of the source: some releases do not have the table, and so no rows of it
-    bool isWritten = false;    ///< rows of it are inserted, changed and deleted; else they are only looked up
+    bool isLookedUp = false;   ///< of the target: only read, else its rows are inserted, changed and deleted
 };
 
 inline std::vector<TableNeed> operator+(std::vector<TableNeed> first, const std::vector<TableNeed>& second) {

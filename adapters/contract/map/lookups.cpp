@@ -43,6 +43,10 @@ QString Equals(const Session& session, const QString& column, const QString& tex
            mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
+QString OfImports(const Session& session) {
+    return Equals(session, QStringLiteral("USINS"), schema::defaults::ImportUser);
+}
+
 QString Equals(const QString& column, qint64 number) {
     return column + QStringLiteral(" = ") + QString::number(number);
 }

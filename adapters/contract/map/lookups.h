@@ -16,6 +16,8 @@ qint64 IdWhere(Session& session, const QString& table, const QString& condition)
 
 /// "COLUMN = literal": a condition on a text of the target.
 QString Equals(const Session& session, const QString& column, const QString& text);
+/// The condition on rows of the target that an import has inserted.
+QString OfImports(const Session& session);
 /// "COLUMN = number".
 QString Equals(const QString& column, qint64 number);
 

@@ -1,6 +1,7 @@
 #include "adapters/contract/run/Emptying.h"
 
 #include "adapters/contract/run/ImportRun.h"
+#include "core/schemaDefaults.h"
 
 #include <QRegularExpression>
 
@@ -10,7 +11,7 @@ namespace contract {
 
 namespace {
 
-const QString OfImports = QStringLiteral("USINS = 'SYSTEM_IMPORT'");
+const QString ImportedRows = QStringLiteral("USINS = '%1'").arg(schema::defaults::ImportUser);
 
 /// A condition with the physical names of its tables.
 QString WithTableNames(Session& session, QString condition) {
@@ -60,7 +61,7 @@ Emptying Deleted(const QStringList& tables) {
 }
 
 Emptying DeletedImports(const QString& table, const QString& further) {
-    const QString where = further.isEmpty() ? OfImports : QString(OfImports + u" AND " + further);
+    const QString where = further.isEmpty() ? ImportedRows : QString(ImportedRows + u" AND " + further);
     return {{.table = table, .way = Emptied::Way::DeleteFrom, .where = where}};
 }
 

@@ -4,13 +4,14 @@
 #include "core/nearNames.h"
 #include "core/Schema.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace contract {
 
 namespace {
+
+const QString Translations = QStringLiteral("SYS_IMP");
+const QString LanguageTexts = QStringLiteral("SYS_LNG");
 
 bool Has(const QStringList& names, const QString& name) { return names.contains(name, Qt::CaseInsensitive); }
 
@@ -108,20 +109,6 @@ QStringList LackingRights(ovConnection& target, const std::vector<NeededTables::
     return lines;
 }
 
-/// Tables whose rows are inserted, changed and deleted.
-QSet<QString> WrittenTables(const Needs& needs) {
-    QSet<QString> written;
-    for (const Mapping* mapping : needs.mappings) {
-        written.insert(mapping->targetTable);
-    }
-    for (const TableNeed& need : needs.writes) {
-        if (need.isWritten) {
-            written.insert(need.table);
-        }
-    }
-    return written;
-}
-
 } // namespace
 
 // --- What is needed
@@ -193,9 +180,33 @@ NeededTables NeededTables::Written(const Session& session, const Needs& needs) {
     for (const TableNeed& need : needs.writes) {
         tables.Add(need.table, need.columns);
     }
+    const QSet<QString> written = WrittenTables(needs);
+    if (written.contains(LanguageTexts)) {
+        tables.Add(LanguageTexts, {"LNTBL", "LNFLD", "LNKEY", "LNLNG", "LNTXT"});
+    }
     // Whatever is imported asks for translations, and a look-up that fails does not end it.
-    tables.Add(QStringLiteral("SYS_IMP"), {"TBNAM", "TBFLD", "TBOLD", "TBNEW"});
+    tables.Add(Translations, {"TBNAM", "TBFLD", "TBOLD", "TBNEW"});
     return tables;
+}
+
+QSet<QString> WrittenTables(const Needs& needs) {
+    QSet<QString> written{Translations}; // codes without a translation
+    for (const Mapping* mapping : needs.mappings) {
+        written.insert(mapping->targetTable);
+    }
+    for (const TableNeed& need : needs.writes) {
+        if (!need.isLookedUp) {
+            written.insert(need.table);
+        }
+    }
+    const bool hasTexts = std::any_of(written.begin(), written.end(), [](const QString& name) {
+        const schema::Table* table = schema::FindTable(name);
+        return table != nullptr && table->HasLanguageTexts();
+    });
+    if (hasTexts) {
+        written.insert(LanguageTexts);
+    }
+    return written;
 }
 
 // --- What is missing

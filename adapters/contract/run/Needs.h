@@ -2,6 +2,8 @@
 
 #include "adapters/contract/map/Mapping.h"
 
+#include <QSet>
+
 namespace contract {
 
 /// What a procedure reads and writes: its mappings and what it touches beyond them. A column of the source that a
@@ -41,6 +43,9 @@ private:
 
     std::vector<Table> m_tables;
 };
+
+/// Tables of the target whose rows a procedure inserts, changes and deletes.
+QSet<QString> WrittenTables(const Needs& needs);
 
 /// What the open source and the company's tables lack of the needs.
 struct Lacks {

@@ -3,6 +3,7 @@
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/ImportRun.h"
 #include "core/rowDigest.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 #include <cmath>
@@ -11,8 +12,6 @@
 namespace contract {
 
 namespace {
-
-const QString ImportUser = QStringLiteral("SYSTEM_IMPORT");
 
 bool IsNumber(DataType type) {
     return type == DataType::Integer || type == DataType::Long || type == DataType::Double || type == DataType::TinyInt;
@@ -154,7 +153,7 @@ QVariant TargetRow::Value(const QString& column) const {
 }
 
 void TargetRow::Insert() {
-    Set(QStringLiteral("USINS"), ImportUser);
+    Set(QStringLiteral("USINS"), schema::defaults::ImportUser);
     if (!m_hasCreated) {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }
@@ -168,7 +167,7 @@ void TargetRow::Insert() {
 }
 
 void TargetRow::Update(const QString& where) {
-    Set(QStringLiteral("USMDF"), ImportUser);
+    Set(QStringLiteral("USMDF"), schema::defaults::ImportUser);
     if (!m_hasChanged) {
         Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
     }

@@ -164,7 +164,7 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
     row.Set(amountColumn, line.amount);
     row.Set("STSC1", line.discount);
     row.Set("STNOT", FirstOf(line.note, noteSize));
-    row.Set("USMDF", "SYSTEM_IMPORT");
+    row.Set("USMDF", schema::defaults::ImportUser);
     row.Set("DTMDF", line.changed.isNull() ? QVariant(session.Now()) : line.changed);
     row.Insert();
 }

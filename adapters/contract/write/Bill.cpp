@@ -5,7 +5,6 @@
 #include "adapters/contract/write/noLongerThere.h"
 #include "core/billCycles.h"
 #include "core/qdxProduction_articles.h"
-#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -163,9 +162,9 @@ void BillWriter::TellComponentsLeft() {
     }
     Session& session = m_run.GetSession();
     QStringList left;
-    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT DCART FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
-                                               Equals("IDDIS", m_bill) + u" AND " +
-                                               Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+    Recordset rows =
+        session.Quadrix.ExecuteWC(u"SELECT DCART FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
+                                  Equals("IDDIS", m_bill) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString article = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
         if (!m_quantities.contains(article.toUpper())) {

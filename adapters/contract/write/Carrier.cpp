@@ -22,8 +22,7 @@ QString CodeBefore(Session& session, const SourceIdentity& source) {
         return {};
     }
     const bool byImport =
-        IdWhere(session, "SYS_IMP",
-                TranslationOf(session, source) + " AND " + Equals(session, "USINS", "SYSTEM_IMPORT")) != 0;
+        IdWhere(session, "SYS_IMP", TranslationOf(session, source) + " AND " + OfImports(session)) != 0;
     const bool isCarrier = mod_ovTools::ToBoolean(session.Quadrix.GetDbValue("CON_TRO", "CDCON", code, "COVET", true));
     return byImport && !isCarrier ? QString() : code;
 }

@@ -63,8 +63,7 @@ EarlierImports::EarlierImports(ImportRun& run)
 
 void EarlierImports::Drop(const QString& party) const {
     Session& session = m_run.GetSession();
-    const QString byImport =
-        QStringLiteral(" AND ") + Equals(session, QStringLiteral("USINS"), QStringLiteral("SYSTEM_IMPORT"));
+    const QString byImport = QStringLiteral(" AND ") + OfImports(session);
     DropNumbers(QStringLiteral("CON_TRO"), party, byImport);
     for (const QString& table : {ContactTable, BranchTable}) {
         const QString earlier = Equals(session, QStringLiteral("CDCON"), party) + Earlier(table) + byImport;

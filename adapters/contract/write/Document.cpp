@@ -297,7 +297,7 @@ qint64 DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
     Session& session = m_run.GetSession();
     const qint64 imported = session.Quadrix.ExecuteCommand(
         QStringLiteral("SELECT COUNT(*) FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
-        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals(session, "USINS", "SYSTEM_IMPORT"));
+        Equals("IDTES", head) + QStringLiteral(" AND ") + OfImports(session));
     TellNoLongerThere(m_run, QStringLiteral("RIGHE"), m_run.RowKey(), imported - writtenNow);
     return std::max<qint64>(0, imported - writtenNow);
 }
@@ -313,7 +313,7 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
     }
     Recordset heads = session.Quadrix.ExecuteWC(
         u"SELECT RECORD_ID, DTCAU, DTANN, DTNUM, DTRAS FROM " + m_run.FullName(m_family.head) + u" WHERE " +
-        Equals(session, "USINS", "SYSTEM_IMPORT") + u" AND DTCAU IN (" + quoted.join(u',') + u") AND DTDAT >= " +
+        OfImports(session) + u" AND DTCAU IN (" + quoted.join(u',') + u") AND DTDAT >= " +
         mod_ovTools::FormatSqlValue(from, DataType::DateTime, session.Quadrix.ProviderType) + u" ORDER BY RECORD_ID");
     for (; !heads.Eof(); heads.MoveNext()) {
         if (!m_seen.contains(heads.Value("RECORD_ID").toLongLong())) {

@@ -4,7 +4,6 @@
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/noLongerThere.h"
-#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -52,11 +51,10 @@ StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
     Movement movement;
     Session& session = m_run.GetSession();
     const int year = session.UserManager.DataElaborazione.year();
-    Recordset found =
-        session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MMNUM FROM " + m_run.FullName("MOV_MAG") + u" WHERE " +
-                                  Equals("MMANN", year) + u" AND " + Equals(session, "MMMAG", line.warehouse) +
-                                  u" AND MMINV = 1 AND COALESCE(MMLAM, 0) = " + QString::number(line.sheet ? 1 : 0) +
-                                  u" AND " + Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+    Recordset found = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, MMNUM FROM " + m_run.FullName("MOV_MAG") + u" WHERE " + Equals("MMANN", year) + u" AND " +
+        Equals(session, "MMMAG", line.warehouse) + u" AND MMINV = 1 AND COALESCE(MMLAM, 0) = " +
+        QString::number(line.sheet ? 1 : 0) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     if (!found.Eof()) {
         const qint64 number = found.Fields(1).Value().toLongLong();
         movement = {.id = found.Fields(0).Value().toLongLong(), .wasThere = true};
@@ -102,7 +100,7 @@ qint64 StockWriter::FindRow(const Movement& movement, const StockLine& line) con
     Recordset rows = session.Quadrix.ExecuteWC(
         u"SELECT RECORD_ID FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("MRTES", movement.id) + u" AND " +
         Equals(session, "MRART", line.article) + same("MRUBI", line.location) + same("MRFMT", line.format) +
-        same("MRSFR", line.offcut) + u" AND " + Equals(session, "USINS", "SYSTEM_IMPORT") + u" ORDER BY RECORD_ID");
+        same("MRSFR", line.offcut) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         if (const qint64 id = rows.Fields(0).Value().toLongLong(); !movement.rewritten.contains(id)) {
             return id;
@@ -164,10 +162,9 @@ void StockWriter::TellRowsLeft() {
             continue;
         }
         qint64 left = 0;
-        Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MRSFR FROM " + m_run.FullName("MOV_MAR") +
-                                                   u" WHERE " + Equals("MRTES", movement.id) + u" AND " +
-                                                   Equals(session, "USINS", "SYSTEM_IMPORT") + u" AND MRNUM <= " +
-                                                   QString::number(movement.lastBefore));
+        Recordset rows = session.Quadrix.ExecuteWC(
+            u"SELECT RECORD_ID, MRSFR FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("MRTES", movement.id) +
+            u" AND " + OfImports(session) + u" AND MRNUM <= " + QString::number(movement.lastBefore));
         for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
             // Offcuts and what is none may come by imports of their own.
             const bool isOurs = movement.offcuts.contains(!row.IsBlank("MRSFR"));

@@ -29,7 +29,6 @@ const QString Serial = QStringLiteral("MMSERIAL");
 
 /// Movement that is no load.
 const QString OtherMovement = QStringLiteral("M");
-const QString Imports = QStringLiteral("SYSTEM_IMPORT");
 
 /// What a row moves, in the first unit of the article: below zero for what leaves.
 double QuantityOf(const SourceRow& row) { return NumberOf(row, "MMQTAUM1") * (row.Text("MMFLCASC") == u"-" ? -1 : 1); }
@@ -198,7 +197,7 @@ qint64 MovementImporter::NumberFor(const SourceRow& row, int year, qint64& known
         return number;
     }
     const SourceRow movement(found);
-    const bool isOurs = movement.Text("USINS") == Imports && NumberOf(movement, "MMINV") == 0;
+    const bool isOurs = movement.Text("USINS") == schema::defaults::ImportUser && NumberOf(movement, "MMINV") == 0;
     if (isOurs && !m_written.contains(MovementName(year, number))) {
         known = movement.Value("RECORD_ID").toLongLong();
         return number;
@@ -228,9 +227,9 @@ qint64 MovementImporter::HighestInSource() {
 }
 
 void MovementImporter::ReadRows() {
-    Recordset rows = GetSession().Quadrix.ExecuteWC(
-        "SELECT RECORD_ID, MRNUM FROM " + Run().FullName("MOV_MAR") + " WHERE " + Equals("MRTES", m_movement.id) +
-        " AND " + Equals(GetSession(), "USINS", Imports) + " ORDER BY RECORD_ID DESC");
+    Recordset rows = GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID, MRNUM FROM " + Run().FullName("MOV_MAR") +
+                                                    " WHERE " + Equals("MRTES", m_movement.id) + " AND " +
+                                                    OfImports(GetSession()) + " ORDER BY RECORD_ID DESC");
     for (; !rows.Eof(); rows.MoveNext()) { // of several with one number the one inserted last is found first
         m_movement.rows.insert(rows.Value("MRNUM").toLongLong(), rows.Value("RECORD_ID").toLongLong());
     }

@@ -6,6 +6,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/origins/Lamina/modImport_Lamina.h"
+#include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
 
@@ -93,10 +94,10 @@ qint64 BillOf(ImportRun& run, const QString& article) {
 /// one.
 qint64 GenericPhase(ImportRun& run, qint64 bill, const SourceRow& row) {
     Session& session = run.GetSession();
-    const qint64 phase = IdWhere(
-        session, Phases,
-        Equals("IDDIS", bill) + " AND " + Equals(session, "DLLAV", schema::defaults::GenericWork) + " AND " +
-            Equals("DLSEQ", schema::defaults::FirstPhase) + " AND " + Equals(session, "USINS", "SYSTEM_IMPORT"));
+    const qint64 phase =
+        IdWhere(session, Phases,
+                Equals("IDDIS", bill) + " AND " + Equals(session, "DLLAV", schema::defaults::GenericWork) + " AND " +
+                    Equals("DLSEQ", schema::defaults::FirstPhase) + " AND " + OfImports(session));
     bool isTold = false;
     if (phase != 0) {
         RowsOfBill().ForEach(session, row, [&isTold](const SourceRow& one) {

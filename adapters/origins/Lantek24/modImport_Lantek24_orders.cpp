@@ -98,8 +98,7 @@ qint64 OrderImporter::FindOrder(qint64 bill, const OrderFacts& facts) {
         "SELECT MIN(RECORD_ID) FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " +
         Equals(session, "OPTPD", schema::defaults::OrderOfBill) + " AND " + OnDay(session, "OPDAT", facts.day) +
         " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) + " AND " +
-        Equals(session, "USINS", "SYSTEM_IMPORT") + " AND RECORD_ID > " +
-        QString::number(m_written.value(IdentityOf(bill, facts))));
+        OfImports(session) + " AND RECORD_ID > " + QString::number(m_written.value(IdentityOf(bill, facts))));
 }
 
 void OrderImporter::WriteOperation(const SourceRow& row, qint64 order) {

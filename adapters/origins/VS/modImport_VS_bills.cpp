@@ -136,7 +136,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
 qint64 ImportedBill(Session& session, const QString& article, int revision) {
     return IdWhere(session, "DIS_BAS",
                    Equals(session, "DBART", article) + " AND " + Equals("DBREV", revision) + " AND " +
-                       Equals(session, "USINS", "SYSTEM_IMPORT"));
+                       OfImports(session));
 }
 
 /// RECORD_ID of the first phase of the bill begun last.
@@ -178,8 +178,8 @@ std::vector<Gone> GoneFrom(ImportRun& run, const BillWriter& writer, const Bill&
     Session& session = run.GetSession();
     std::vector<Gone> gone;
     Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, DCART FROM " + run.FullName("DIS_COM") + " WHERE " +
-                                               Equals("IDDIS", writer.BillId()) + " AND " +
-                                               Equals(session, "USINS", "SYSTEM_IMPORT") + " ORDER BY RECORD_ID");
+                                               Equals("IDDIS", writer.BillId()) + " AND " + OfImports(session) +
+                                               " ORDER BY RECORD_ID");
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         if (!there.contains(row.Text("DCART").toUpper())) {
             gone.push_back({row.Value("RECORD_ID").toLongLong(), row.Text("DCART")});
