@@ -19,6 +19,12 @@ if(NOT WIN32)
         $<${released}:-U_FORTIFY_SOURCE> $<${released}:-D_FORTIFY_SOURCE=$<IF:$<BOOL:${QUADRIX_FORTIFY_3}>,3,2>>)
     target_link_options(quadrix_flags INTERFACE $<${released}:LINKER:-z,relro,-z,now> $<${released}:-pie>)
 endif()
+# Each of some twenty programs is linked from the same libraries, which takes lld a fifth of the time. What is handed out
+# is linked by the linker of the system.
+find_program(LLD ld.lld)
+if(LLD AND NOT WIN32)
+    target_link_options(quadrix_flags INTERFACE $<$<NOT:${released}>:-fuse-ld=lld>)
+endif()
 if(QUADRIX_SANITIZE)
     target_compile_options(quadrix_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
