@@ -7,7 +7,8 @@
 
 namespace examples {
 
-using namespace arca2000;
+namespace arca2000 {
+
 using namespace italian;
 
 namespace {
@@ -315,8 +316,6 @@ void Prepare(QuadrixScript& script) {
 
 } // namespace
 
-namespace arca2000 {
-
 const QVector<PaymentTerm>& PaymentTerms() {
     static const QVector<PaymentTerm> terms{
         {"BO30", "Bonifico 30 gg f.m.", "O"},          {"BO60", "Bonifico 60 gg f.m.", "O"},
@@ -345,6 +344,7 @@ const QStringList& CategoryCodes() {
 } // namespace arca2000
 
 Totals MakeArca2000(const Options& options) {
+    using namespace arca2000;
     DbfFolder store(options.folder, {true, 0x03, QStringLiteral("arca")});
     QuadrixScript script(options.company);
     Totals totals;

@@ -5,6 +5,8 @@
 
 namespace examples {
 
+namespace arcaEvolution {
+
 namespace {
 
 using namespace described;
@@ -323,7 +325,10 @@ QuadrixScript PreparedFor(const Options& options) {
 
 } // namespace
 
+} // namespace arcaEvolution
+
 Totals MakeArcaEvolution(const Options& options) {
+    using namespace arcaEvolution;
     const QVector<Table> tables =
         QVector<Table>{CounterpartyTable()} + ContactTables() + TermTables() + ArticleTables() + DocumentTables();
     return Write("arca.db", tables, options, PreparedFor(options));

@@ -5,6 +5,8 @@
 
 namespace examples::gescom {
 
+inline const QString UnknownArticleCode = QStringLiteral("ZZ-NON-ESISTE");
+
 /// The codes of an example: digits alone, customers from 1, suppliers from 5 and as many zeros.
 class Codes {
 public:

@@ -16,7 +16,6 @@ constexpr quint64 PriceStream = 72;
 constexpr quint64 PhaseStream = 73;
 constexpr int Lists = 4;
 constexpr int ArticlesPerPrice = 3; ///< one article in so many stands in a price list
-const QString UnknownArticleCode = QStringLiteral("ZZ-NON-ESISTE");
 
 const QVector<Column> ArticoliColumns{
     {"CDARTICO", 'C', 20},   {"DSARTICO", 'C', 50},    {"D2ARTICO", 'C', 50},    {"UMARTICO", 'C', 3},

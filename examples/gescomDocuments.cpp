@@ -17,7 +17,6 @@ constexpr quint64 DocumentStream = 81;
 const QDate FirstDay(2022, 1, 3);
 constexpr int Days = 1000;
 constexpr int RowsPerDocument = 3; ///< of the example's rows, for each document
-const QString UnknownArticleCode = QStringLiteral("ZZ-NON-ESISTE");
 
 /// What a kind of movement becomes.
 struct Family {

@@ -4,6 +4,8 @@
 
 namespace examples {
 
+namespace lantek24 {
+
 namespace {
 
 using namespace lantek;
@@ -284,7 +286,10 @@ Table ValuesTable() {
 
 } // namespace
 
+} // namespace lantek24
+
 Totals MakeLantek24(const Options& options) {
+    using namespace lantek24;
     QuadrixScript script(options.company);
     Prepare(script);
     script.Translate("CCOO_CCOO", "PymName", "RB 30", "RB30");
@@ -295,6 +300,7 @@ Totals MakeLantek24(const Options& options) {
 }
 
 Totals MakeLantek30(const Options& options) {
+    using namespace lantek24;
     QuadrixScript script(options.company);
     Prepare(script);
     return Write("lantek30.db", {ProductsTable(), OperationsTable(), ValuesTable(), StockTables().last()}, options,

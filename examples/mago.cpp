@@ -5,6 +5,8 @@
 
 namespace examples {
 
+namespace mago {
+
 namespace {
 
 using namespace described;
@@ -262,7 +264,10 @@ QuadrixScript PreparedFor(const Options& options) {
 
 } // namespace
 
+} // namespace mago
+
 Totals MakeMago(const Options& options) {
+    using namespace mago;
     return Write("mago.db", CounterpartyTables() + ArticleTables() + BillTables(), options, PreparedFor(options));
 }
 

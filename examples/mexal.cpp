@@ -6,6 +6,8 @@
 
 namespace examples {
 
+namespace mexal {
+
 namespace {
 
 using namespace described;
@@ -225,7 +227,10 @@ QuadrixScript PreparedFor(const Options& options) {
 
 } // namespace
 
+} // namespace mexal
+
 Totals MakeMexal(const Options& options) {
+    using namespace mexal;
     CsvFolder folder(options.folder);
     const QVector<Table> tables = QVector<Table>{AccountTable(), ArticleTable(), BillTable()} + DocumentTables();
     return Write(folder, tables, options, PreparedFor(options));

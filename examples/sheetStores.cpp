@@ -4,6 +4,8 @@
 
 namespace examples {
 
+namespace sheetStores {
+
 namespace {
 
 using namespace lantek;
@@ -87,13 +89,17 @@ QVector<Table> FerrobrioTables() {
 
 } // namespace
 
+} // namespace sheetStores
+
 Totals MakeAutoma(const Options& options) {
+    using namespace sheetStores;
     QuadrixScript script(options.company);
     Prepare(script);
     return Write("automa.db", {CellsTable(), CellStockTable()}, options, script);
 }
 
 Totals MakeFerrobrio(const Options& options) {
+    using namespace sheetStores;
     QuadrixScript script(options.company);
     Prepare(script);
     script.Translate("FERROBRIO", "MAGAZZINO", "M1", "001");

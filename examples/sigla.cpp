@@ -5,6 +5,8 @@
 
 namespace examples {
 
+namespace sigla {
+
 namespace {
 
 using namespace described;
@@ -165,7 +167,10 @@ QuadrixScript PreparedFor(const Options& options) {
 
 } // namespace
 
+} // namespace sigla
+
 Totals MakeSigla(const Options& options) {
+    using namespace sigla;
     return Write("sigla.db", CounterpartyTables() + ArticleTables() + PriceTables(), options, PreparedFor(options));
 }
 

@@ -5,6 +5,8 @@
 
 namespace examples {
 
+namespace tessera {
+
 namespace {
 
 using namespace described;
@@ -286,7 +288,10 @@ QuadrixScript PreparedFor(const Options& options) {
 
 } // namespace
 
+} // namespace tessera
+
 Totals MakeTessera(const Options& options) {
+    using namespace tessera;
     const QVector<OddRow> customerOrders{{{"IdCliFor", 99999}, {"StatOrd", 0}},
                                          {{"StatOrd", 2}},
                                          {{"DatOrd", QDateTime(QDate(2005, 12, 31), QTime(0, 0), Qt::UTC)}}};

@@ -7,6 +7,8 @@
 
 namespace examples {
 
+namespace visualSpace {
+
 namespace {
 
 using namespace described;
@@ -257,7 +259,10 @@ QuadrixScript PreparedFor(const Options& options) {
 
 } // namespace
 
+} // namespace visualSpace
+
 Totals MakeVisualSpace(const Options& options) {
+    using namespace visualSpace;
     const QVector<OddRow> customerOrders{
         {{"COD_CLIENTE", "C999999"}, {"SALDATO", 0}},
         {{"DATA_REG", QDateTime(QDate(2005, 12, 31), QTime(0, 0), Qt::UTC)}, {"SALDATO", 0}}};

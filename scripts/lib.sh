@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 packages=(
-    g++ cmake ninja-build ccache pkg-config
+    g++ lld cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools libmariadb-dev
     mariadb-server openssl unixodbc-dev odbcinst odbc-mariadb libsqliteodbc tdsodbc
     libsqlite3-dev sqlite3 libcsv-dev mdbtools-dev libzip-dev libxlsxwriter-dev python3-sqlglot libgl1-mesa-dev

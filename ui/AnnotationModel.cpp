@@ -1,16 +1,14 @@
 #include "ui/AnnotationModel.h"
 
+#include "ui/lists.h"
+
 #include "sql/errors.h"
 #include "sql/visibleText.h"
-
-#include <QLocale>
 
 using history::Note;
 using history::NoteKind;
 
 namespace {
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
 
 /// The kind that an index stands under; a kind itself stands under none.
 std::optional<size_t> KindOver(const QModelIndex& index) {
@@ -98,7 +96,7 @@ QVariant AnnotationModel::KindData(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         return QStringLiteral("%1: %2, di cui fatte %3")
-            .arg(VisibleLine(kind.kind), Number(kind.count), Number(kind.done));
+            .arg(VisibleLine(kind.kind), lists::NumberText(kind.count), lists::NumberText(kind.done));
     case Qt::CheckStateRole:
         return StateOf(kind);
     default:

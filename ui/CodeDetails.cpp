@@ -1,5 +1,6 @@
 #include "ui/CodeDetails.h"
 
+#include "ui/lists.h"
 #include "ui/WrappedLabel.h"
 
 #include <QComboBox>
@@ -16,13 +17,6 @@ using namespace codes;
 namespace {
 
 constexpr int MostChoices = 5000; ///< that the list of codes shows; more are typed
-
-QPushButton* NewButton(const QString& name, const QString& caption) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setAutoDefault(false);
-    return button;
-}
 
 QString RowsText(const Code& code) {
     if (!code.waiting) {
@@ -70,11 +64,11 @@ void CodeDetails::Lay() {
     m_target->completer()->setFilterMode(Qt::MatchContains);
     m_target->completer()->setCompletionMode(QCompleter::PopupCompletion);
     connect(m_target->lineEdit(), &QLineEdit::returnPressed, this, &CodeDetails::Use);
-    m_use = NewButton("cmdUse", "&Usa");
+    m_use = lists::NewButton("cmdUse", "&Usa", {});
     connect(m_use, &QPushButton::clicked, this, &CodeDetails::Use);
     m_description = new QLineEdit;
     m_description->setObjectName("txtDescription");
-    m_make = NewButton("cmdMake", "C&rea");
+    m_make = lists::NewButton("cmdMake", "C&rea", {});
     m_make->setToolTip("Crea in Quadrix il codice scritto sopra, con questa descrizione");
     connect(m_make, &QPushButton::clicked, this, &CodeDetails::Make);
     auto* suggestions = new QLabel("&Proposte:");

@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 84;
+constexpr int ErrorTextWidth = 84; ///< characters
 constexpr int MostDetailLines = 8;
 
 /// A text that can be selected.
@@ -64,7 +64,7 @@ void ErrorDialog::Lay(const ErrorEntry& error, Kind kind) {
     const int iconSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(iconSize));
     auto* message = NewText("lblMessage", AsSentence(error.message));
-    message->setMinimumWidth(fontMetrics().averageCharWidth() * WidthInCharacters);
+    message->setMinimumWidth(fontMetrics().averageCharWidth() * ErrorTextWidth);
     auto* top = new QHBoxLayout;
     top->addWidget(icon, 0, Qt::AlignTop);
     top->addWidget(message, 1);

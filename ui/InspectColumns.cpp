@@ -10,7 +10,6 @@
 #include <QVBoxLayout>
 
 using inspection::Column;
-using inspection::Suggestion;
 
 namespace {
 
@@ -19,9 +18,9 @@ enum ListColumn { NameColumn, StateColumn, SourceColumn, ValuesColumn, FeedsColu
 const QString NotThere = QStringLiteral("(non c'è nella sorgente)");
 
 /// A list of names of the source: first those that are suggested, each with its ground, then the others.
-void FillNames(QComboBox& list, const std::vector<Suggestion>& suggestions, const QStringList& others) {
+void FillNames(QComboBox& list, const std::vector<inspection::Suggestion>& suggestions, const QStringList& others) {
     list.clear();
-    for (const Suggestion& each : suggestions) {
+    for (const inspection::Suggestion& each : suggestions) {
         list.addItem(each.name + " - " + inspection::GroundText(each), each.name);
     }
     for (const QString& name : others) {
@@ -114,7 +113,7 @@ void InspectColumns::FillColumns(bool onlyMissing) {
         if (onlyMissing && !column.IsMissing()) {
             continue;
         }
-        const Suggestion* proposed = inspection::Proposed(column.suggestions);
+        const inspection::Suggestion* proposed = inspection::Proposed(column.suggestions);
         const QString own = !column.IsMissing() ? column.inSource : proposed == nullptr ? QString() : proposed->name;
         auto* item =
             new QTreeWidgetItem(m_columns, {column.name, inspection::StateText(column), inspection::SourceText(column),
@@ -147,7 +146,7 @@ void InspectColumns::ShowColumn() {
     for (const inspection::OwnColumn& each : m_table.own) {
         own.append(each.name);
     }
-    FillNames(*m_columnName, column == nullptr ? std::vector<Suggestion>() : column->suggestions, own);
+    FillNames(*m_columnName, column == nullptr ? std::vector<inspection::Suggestion>() : column->suggestions, own);
     m_columnName->addItem(NotThere, QString());
     if (column != nullptr && !column->IsMissing()) {
         m_columnName->setCurrentIndex(m_columnName->findData(column->inSource));

@@ -3,6 +3,7 @@
 #include "adapters/contract/map/ruleNames.h"
 #include "ui/ChoiceList.h"
 #include "ui/inspectMarks.h"
+#include "ui/lists.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -12,13 +13,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-QPushButton* NewButton(const QString& name, const QString& caption) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setAutoDefault(false);
-    return button;
-}
 
 ChoiceList* NewList(const QString& name, const QString& accessibleName) {
     auto* list = new ChoiceList;
@@ -43,7 +37,7 @@ void InspectFurther::Lay() {
     m_filter->setObjectName("txtFilter");
     m_filter->setAccessibleName("Condizione sulle righe");
     m_filter->setPlaceholderText("nei nomi della sorgente, per esempio SOCIETA = '01'");
-    auto* setFilter = NewButton("cmdSetFilter", "Scrivi il f&iltro");
+    auto* setFilter = lists::NewButton("cmdSetFilter", "Scrivi il f&iltro", {});
     connect(setFilter, &QPushButton::clicked, this,
             [this] { Done(inspection::SetFilter(m_session, m_origin, m_table, m_filter->text())); });
     auto* filterRow = new QHBoxLayout;
@@ -66,10 +60,10 @@ void InspectFurther::Lay() {
     m_rule->setInsertPolicy(QComboBox::NoInsert);
     m_rule->addItem(QString());
     m_rule->addItems(contract::RuleForms());
-    auto* add = NewButton("cmdAdd", "A&ggiungi");
+    auto* add = lists::NewButton("cmdAdd", "A&ggiungi", {});
     connect(add, &QPushButton::clicked, this,
             [this] { Done(inspection::SetAdded(m_session, m_origin, m_target->currentText(), NewValue())); });
-    auto* remove = NewButton("cmdRemove", "&Elimina");
+    auto* remove = lists::NewButton("cmdRemove", "&Elimina", {});
     connect(remove, &QPushButton::clicked, this, [this] {
         if (const QTreeWidgetItem* item = m_added->currentItem()) {
             Done(inspection::RemoveAdded(m_session, m_origin, item->text(0)));

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int WidestColumn = 26; ///< characters; the tool tip has all of it
 
-enum FixedColumn { TargetColumn, SourceColumn, RuleColumn, FirstValue };
+enum FixedColumn { TargetColumn, SourcesColumn, RuleColumn, FirstValue };
 
 } // namespace
 
@@ -98,7 +98,7 @@ void InspectPreview::FillRow(int row, const inspection::Preview::Line& line) {
         return item;
     };
     put(TargetColumn, line.target, line.isAdded ? "Aggiunto dal tracciato" : line.target);
-    put(SourceColumn, line.sources, line.sources);
+    put(SourcesColumn, line.sources, line.sources);
     put(RuleColumn, line.rule, line.rule);
     for (size_t i = 0; i < line.values.size(); ++i) {
         const auto& [text, trouble] = line.values[i];

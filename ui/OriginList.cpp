@@ -13,9 +13,9 @@
 namespace {
 
 constexpr int KindRole = Qt::UserRole + 1;
-constexpr int MostLines = 20;
+constexpr int MostOrigins = 20;
 
-enum Column { NameColumn, KindColumn };
+enum Column { OriginColumn, KindColumn };
 
 } // namespace
 
@@ -60,7 +60,7 @@ void OriginList::Fill() {
         auto* item = new QTreeWidgetItem(m_found, {itemText(i), itemData(i, KindRole).toString()});
         const QVariant colour = itemData(i, Qt::ForegroundRole);
         const QString hint = itemData(i, Qt::ToolTipRole).toString();
-        for (const int column : {NameColumn, KindColumn}) {
+        for (const int column : {OriginColumn, KindColumn}) {
             item->setData(column, Qt::ForegroundRole, colour);
             item->setToolTip(column, hint);
         }
@@ -68,11 +68,11 @@ void OriginList::Fill() {
             m_found->setCurrentItem(item);
         }
     }
-    m_found->resizeColumnToContents(NameColumn);
+    m_found->resizeColumnToContents(OriginColumn);
     m_found->resizeColumnToContents(KindColumn);
-    const int across = m_found->columnWidth(NameColumn) + m_found->columnWidth(KindColumn) +
+    const int across = m_found->columnWidth(OriginColumn) + m_found->columnWidth(KindColumn) +
                        m_found->verticalScrollBar()->sizeHint().width() + 2 * fontMetrics().averageCharWidth();
-    const int down = m_found->sizeHintForRow(0) * std::min(count(), MostLines) + m_text->sizeHint().height() + 16;
+    const int down = m_found->sizeHintForRow(0) * std::min(count(), MostOrigins) + m_text->sizeHint().height() + 16;
     m_popup->resize(std::max(width(), across), down);
 }
 
@@ -104,11 +104,11 @@ void OriginList::Filter(const QString& text) {
     QTreeWidgetItem* first = nullptr;
     for (int i = 0; i < m_found->topLevelItemCount(); ++i) {
         QTreeWidgetItem* item = m_found->topLevelItem(i);
-        const bool isName = item->text(NameColumn).contains(sought, Qt::CaseInsensitive);
+        const bool isName = item->text(OriginColumn).contains(sought, Qt::CaseInsensitive);
         const bool isFound = isName || item->text(KindColumn).contains(sought, Qt::CaseInsensitive);
         item->setHidden(!isFound);
         const bool isBetter =
-            first == nullptr || (isName && !first->text(NameColumn).contains(sought, Qt::CaseInsensitive));
+            first == nullptr || (isName && !first->text(OriginColumn).contains(sought, Qt::CaseInsensitive));
         first = isFound && isBetter ? item : first;
     }
     m_found->setCurrentItem(first);

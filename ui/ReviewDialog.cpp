@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 100;
-constexpr int HeightInLines = 18;
+constexpr int ReviewWidth = 100; ///< characters
+constexpr int ReviewHeight = 18; ///< lines
 
 QPlainTextEdit* NewList(const QStringList& lines) {
     auto* list = new QPlainTextEdit(lines.join(u'\n'));
@@ -21,7 +21,7 @@ QPlainTextEdit* NewList(const QStringList& lines) {
     list->setTabChangesFocus(true);
     list->setLineWrapMode(QPlainTextEdit::NoWrap);
     const QFontMetrics metrics = list->fontMetrics();
-    list->setMinimumSize(metrics.averageCharWidth() * WidthInCharacters / 2, metrics.lineSpacing() * HeightInLines / 2);
+    list->setMinimumSize(metrics.averageCharWidth() * ReviewWidth / 2, metrics.lineSpacing() * ReviewHeight / 2);
     return list;
 }
 
@@ -48,5 +48,5 @@ ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QW
     all->addWidget(NewList(lines), 1);
     all->addWidget(text);
     all->addWidget(buttons);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * (HeightInLines + 6));
+    resize(fontMetrics().averageCharWidth() * ReviewWidth, fontMetrics().lineSpacing() * (ReviewHeight + 6));
 }

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 130;
-constexpr int HeightInLines = 34;
+constexpr int TextWidth = 130; ///< characters
+constexpr int TextHeight = 34; ///< lines
 
 } // namespace
 
@@ -31,5 +31,5 @@ TextDialog::TextDialog(const QString& title, const QString& text, QWidget* paren
     auto* all = new QVBoxLayout(this);
     all->addWidget(lines, 1);
     all->addWidget(close, 0, Qt::AlignRight);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * TextWidth, fontMetrics().lineSpacing() * TextHeight);
 }

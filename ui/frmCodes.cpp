@@ -26,13 +26,13 @@ using namespace codes;
 
 namespace {
 
-constexpr int WidthInCharacters = 170;
-constexpr int HeightInLines = 40;
-constexpr int MostKeys = 5; ///< suggestions that have a key
+constexpr int CodesWidth = 170; ///< characters
+constexpr int CodesHeight = 40; ///< lines
+constexpr int MostKeys = 5;     ///< suggestions that have a key
 
 const QString Files = QStringLiteral("Cartella di lavoro (*.xlsx);;Testo CSV (*.csv)");
 
-enum ListColumn { OldColumn, WordsColumn, NameColumn, RowsColumn, NewColumn };
+enum CodeColumn { OldColumn, WordsColumn, FieldColumn, RowsColumn, NewColumn };
 
 QString KeyOfCode(const QString& table, const QString& field, const QString& oldCode) {
     return KeyOf(table, field) + QChar(0) + oldCode;
@@ -74,14 +74,14 @@ void frmCodes::Lay() {
     parts->setChildrenCollapsible(false);
     parts->addWidget(NewList());
     parts->addWidget(m_details);
-    const int part = fontMetrics().averageCharWidth() * WidthInCharacters / 5;
+    const int part = fontMetrics().averageCharWidth() * CodesWidth / 5;
     parts->setSizes({part * 3, part * 2});
     auto* all = new QVBoxLayout(this);
     all->addLayout(NewFilter());
     all->addWidget(m_summary);
     all->addWidget(parts, 1);
     all->addLayout(NewButtons());
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * CodesWidth, fontMetrics().lineSpacing() * CodesHeight);
 }
 
 QLayout* frmCodes::NewFilter() {
@@ -212,7 +212,7 @@ void frmCodes::ShowItem(QTreeWidgetItem& item, const Code& code) {
     const auto pending = PendingOf(code);
     item.setText(OldColumn, code.oldCode);
     item.setText(WordsColumn, code.description);
-    item.setText(NameColumn, code.table + '.' + code.field);
+    item.setText(FieldColumn, code.table + '.' + code.field);
     item.setText(RowsColumn, code.waiting ? QString::number(code.waiting->rows) : QString());
     item.setTextAlignment(RowsColumn, Qt::AlignRight | Qt::AlignVCenter);
     item.setText(NewColumn, !pending                     ? code.newCode

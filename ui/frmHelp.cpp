@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 120;
-constexpr int HeightInLines = 40;
+constexpr int HelpWidth = 120; ///< characters
+constexpr int HelpHeight = 40; ///< lines
 
 const char* const Keys = R"(## Tasti
 
@@ -90,7 +90,7 @@ frmHelp::frmHelp(const contract::Origin* origin, const QString& procedure, QWidg
     auto* all = new QVBoxLayout(this);
     all->addWidget(tabs, 1);
     all->addLayout(buttons);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * HelpWidth, fontMetrics().lineSpacing() * HelpHeight);
     if (origin != nullptr && !procedure.isEmpty()) {
         tabs->setCurrentWidget(mapping);
         if (mapping->find(procedure)) {

@@ -19,8 +19,8 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 150;
-constexpr int HeightInLines = 34;
+constexpr int HistoryWidth = 150; ///< characters
+constexpr int HistoryHeight = 34; ///< lines
 const QString TableFiles = QStringLiteral("Cartella di Excel|*.xlsx|File CSV|*.csv");
 
 } // namespace
@@ -67,7 +67,7 @@ void frmHistory::Lay() {
     all->addLayout(search);
     all->addWidget(m_list, 1);
     all->addLayout(NewButtons());
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * HistoryWidth, fontMetrics().lineSpacing() * HistoryHeight);
 }
 
 QLayout* frmHistory::NewButtons() {

@@ -25,8 +25,8 @@ namespace {
 
 constexpr int OriginsAtOnce = 20;
 constexpr int LeastAccountLines = 7;
-constexpr int WidthInCharacters = 110;
-constexpr int HeightInLines = 44;
+constexpr int ImportWidth = 110; ///< characters
+constexpr int ImportHeight = 44; ///< lines
 
 /// A list to choose from; nothing is chosen at first.
 template<class List>
@@ -72,7 +72,7 @@ void frmImport::Lay() {
     all->addLayout(work);
     all->addWidget(NewAccount(), 1);
     all->addLayout(status);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * ImportWidth, fontMetrics().lineSpacing() * ImportHeight);
 }
 
 QGroupBox* frmImport::NewChoices() {

@@ -23,10 +23,10 @@ using inspection::Table;
 
 namespace {
 
-constexpr int WidthInCharacters = 170;
-constexpr int HeightInLines = 40;
+constexpr int InspectWidth = 170; ///< characters
+constexpr int InspectHeight = 40; ///< lines
 
-enum TableColumn { NameColumn, StateColumn, SourceColumn, RowsColumn };
+enum ColumnOfTables { TableColumn, TableStateColumn, TableInSourceColumn, TableRowsColumn };
 
 } // namespace
 
@@ -76,7 +76,7 @@ void frmInspect::Lay() {
     parts->setChildrenCollapsible(false);
     parts->addWidget(NewTables());
     parts->addWidget(m_tabs);
-    const int part = fontMetrics().averageCharWidth() * WidthInCharacters / 5;
+    const int part = fontMetrics().averageCharWidth() * InspectWidth / 5;
     parts->setSizes({part * 2, part * 3});
     parts->setStretchFactor(0, 2);
     parts->setStretchFactor(1, 3);
@@ -98,7 +98,7 @@ void frmInspect::Lay() {
     all->addWidget(m_summary);
     all->addWidget(parts, 1);
     all->addLayout(buttons);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * InspectWidth, fontMetrics().lineSpacing() * InspectHeight);
 }
 
 QWidget* frmInspect::NewTables() {
@@ -122,7 +122,7 @@ QWidget* frmInspect::NewTables() {
 const Table* frmInspect::Chosen() const {
     const QTreeWidgetItem* item = m_tables->currentItem();
     const auto found = std::find_if(m_shown.tables.begin(), m_shown.tables.end(), [item](const Table& table) {
-        return item != nullptr && table.name == item->text(NameColumn);
+        return item != nullptr && table.name == item->text(TableColumn);
     });
     return found == m_shown.tables.end() ? nullptr : &*found;
 }
@@ -147,7 +147,7 @@ void frmInspect::Refresh() {
 
 void frmInspect::FillTables() {
     const QTreeWidgetItem* before = m_tables->currentItem();
-    const QString chosen = before == nullptr ? QString() : before->text(NameColumn);
+    const QString chosen = before == nullptr ? QString() : before->text(TableColumn);
     const QSignalBlocker quiet(m_tables);
     m_tables->clear();
     for (const Table& table : m_shown.tables) {
@@ -157,9 +157,9 @@ void frmInspect::FillTables() {
         auto* item =
             new QTreeWidgetItem(m_tables, {table.name, inspection::StateText(table), inspection::SourceText(table),
                                            table.isFound ? inspection::RowsText(table.rows) : QString()});
-        item->setTextAlignment(RowsColumn, Qt::AlignRight | Qt::AlignVCenter);
-        inspectMarks::Show(*item, StateColumn, inspection::MarkOf(table));
-        for (int column = NameColumn; column <= RowsColumn; ++column) {
+        item->setTextAlignment(TableRowsColumn, Qt::AlignRight | Qt::AlignVCenter);
+        inspectMarks::Show(*item, TableStateColumn, inspection::MarkOf(table));
+        for (int column = TableColumn; column <= TableRowsColumn; ++column) {
             item->setToolTip(column, item->text(column));
         }
         if (table.name == chosen) {

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 130;
-constexpr int HeightInLines = 40;
+constexpr int ManualWidth = 130; ///< characters
+constexpr int ManualHeight = 40; ///< lines
 
 } // namespace
 
@@ -25,7 +25,7 @@ frmManual::frmManual(const QString& page, QWidget* parent)
     auto* all = new QVBoxLayout(this);
     all->addWidget(pane, 1);
     all->addWidget(close, 0, Qt::AlignRight);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    resize(fontMetrics().averageCharWidth() * ManualWidth, fontMetrics().lineSpacing() * ManualHeight);
     pane->setFocus();
 }
 

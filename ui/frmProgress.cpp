@@ -18,7 +18,7 @@ namespace {
 
 constexpr int BarSteps = 10000;   ///< the bar counts whole numbers only
 constexpr double DrawEvery = 0.1; ///< seconds
-constexpr int WidthInCharacters = 72;
+constexpr int ProgressWidth = 72; ///< characters
 
 QLabel* NewLabel(QWidget* parent, const QString& name, Qt::Alignment alignment) {
     auto* label = new QLabel(parent);
@@ -57,7 +57,7 @@ frmProgress::frmProgress(QWidget* parent, std::function<double()> seconds)
 void frmProgress::Lay() {
     lblProgress->setObjectName("lblProgress");
     lblProgress->setAccessibleName("Operazione in corso");
-    lblProgress->setMinimumWidth(fontMetrics().averageCharWidth() * WidthInCharacters);
+    lblProgress->setMinimumWidth(fontMetrics().averageCharWidth() * ProgressWidth);
     prgImport->setObjectName("prgImport");
     prgImport->setAccessibleName("Avanzamento");
     prgImport->setRange(0, BarSteps);

@@ -18,7 +18,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
@@ -31,8 +30,6 @@ constexpr int WidthInCharacters = 150;
 constexpr int HeightInLines = 42;
 constexpr int TypingPause = 200; ///< milliseconds
 constexpr qint64 OpenedAtOnce = 200;
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
 
 QLabel* NewLabel(const QString& text, QWidget* of) {
     auto* label = new QLabel(text);
@@ -188,7 +185,7 @@ QLayout* frmResult::NewButtons() {
 void frmResult::FillKinds() {
     m_kind->addItem("Tutti", QString());
     for (const history::NoteKind& kind : m_model->Shown().Kinds()) {
-        m_kind->addItem(QStringLiteral("%1 (%2)").arg(kind.kind, Number(kind.count)), kind.kind);
+        m_kind->addItem(QStringLiteral("%1 (%2)").arg(kind.kind, lists::NumberText(kind.count)), kind.kind);
     }
 }
 
@@ -227,7 +224,7 @@ void frmResult::ShowCount() {
         count += kind.count;
         done += kind.done;
     }
-    m_count->setText(QStringLiteral("%1, fatte %2").arg(Number(count), Number(done)));
+    m_count->setText(QStringLiteral("%1, fatte %2").arg(lists::NumberText(count), lists::NumberText(done)));
 }
 
 // --- What is done with them ---------------------------------------------------------------------------------------
@@ -285,7 +282,7 @@ void frmResult::cmdExport_Click() {
         const Operator::Busy busy(m_person);
         const qint64 written = m_model->Shown().Write(path);
         m_count->setText(
-            QStringLiteral("Scritte %1 annotazioni in %2").arg(Number(written), QFileInfo(path).fileName()));
+            QStringLiteral("Scritte %1 annotazioni in %2").arg(lists::NumberText(written), QFileInfo(path).fileName()));
     } catch (const Error& error) {
         Tell(error.Message());
     }

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 150;
-constexpr int HeightInLines = 32;
+constexpr int RowWidth = 150; ///< characters
+constexpr int RowHeight = 32; ///< lines
 
 QTableWidget* NewTable(const QString& name, const QString& accessibleName, const QStringList& headings,
                        const QVector<QStringList>& rows) {
@@ -53,7 +53,7 @@ frmRow::frmRow(const history::Note& note, const history::RowDetails& details, QW
     parts->setChildrenCollapsible(false);
     parts->addWidget(NewSource(details));
     parts->addWidget(NewTargets(details));
-    const int width = fontMetrics().averageCharWidth() * WidthInCharacters;
+    const int width = fontMetrics().averageCharWidth() * RowWidth;
     parts->setSizes({width / 3, width * 2 / 3});
     auto* close = lists::NewButton("cmdClose", "C&hiudi", {});
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
@@ -61,7 +61,7 @@ frmRow::frmRow(const history::Note& note, const history::RowDetails& details, QW
     all->addWidget(head);
     all->addWidget(parts, 1);
     all->addWidget(close, 0, Qt::AlignRight);
-    resize(width, fontMetrics().lineSpacing() * HeightInLines);
+    resize(width, fontMetrics().lineSpacing() * RowHeight);
 }
 
 QWidget* frmRow::NewSource(const history::RowDetails& details) {

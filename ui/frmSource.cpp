@@ -19,7 +19,7 @@ using contract::Place;
 
 namespace {
 
-constexpr int WidthInCharacters = 72;
+constexpr int SourceWidth = 72; ///< characters
 
 QLineEdit* NewLine(const QString& name, const QString& accessibleName, const QString& text) {
     auto* line = new QLineEdit(text);
@@ -75,7 +75,7 @@ void frmSource::Lay(const QString& title) {
     all->addLayout(lines);
     all->addStretch();
     all->addLayout(buttons.row);
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, sizeHint().height());
+    resize(fontMetrics().averageCharWidth() * SourceWidth, sizeHint().height());
 }
 
 void frmSource::AddPath(QFormLayout& lines) {

@@ -1,6 +1,7 @@
 #include "ui/lists.h"
 
 #include <QHeaderView>
+#include <QLocale>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTableWidget>
@@ -58,6 +59,8 @@ void ChooseRow(QTableWidget& table, int row) {
     table.selectionModel()->setCurrentIndex(table.model()->index(row, 0),
                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
+
+QString NumberText(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
 
 QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint) {
     auto* button = new QPushButton(caption);

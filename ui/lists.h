@@ -17,6 +17,9 @@ void AlignNumbers(QTableWidget& table);
 /// Chooses a row alone, whatever keys are down meanwhile.
 void ChooseRow(QTableWidget& table, int row);
 
+/// A number of things, its thousands apart: "12.345".
+QString NumberText(qint64 number);
+
 /// A button that Enter does not press unless it has the focus. @param hint its tool tip, and what is read aloud
 QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint);
 

@@ -3,27 +3,27 @@
 namespace {
 
 /// Where a letter may stand, best first.
-enum class Place { HeadOfLaterWord, HeadOfCaption, LaterWord, Anywhere };
+enum class MnemonicPlace { HeadOfLaterWord, HeadOfCaption, LaterWord, Anywhere };
 
-bool IsAt(const QString& caption, qsizetype at, Place place) {
+bool IsAt(const QString& caption, qsizetype at, MnemonicPlace place) {
     const qsizetype firstBlank = caption.indexOf(u' ');
     const bool inLaterWord = firstBlank >= 0 && at > firstBlank;
     const bool atHead = at == 0 || !caption.at(at - 1).isLetterOrNumber();
     switch (place) {
-    case Place::HeadOfLaterWord:
+    case MnemonicPlace::HeadOfLaterWord:
         return inLaterWord && atHead;
-    case Place::HeadOfCaption:
+    case MnemonicPlace::HeadOfCaption:
         return at == 0;
-    case Place::LaterWord:
+    case MnemonicPlace::LaterWord:
         return inLaterWord;
-    case Place::Anywhere:
+    case MnemonicPlace::Anywhere:
         break;
     }
     return true;
 }
 
 /// The caption with a mnemonic in that place; as it is when it has one or no letter there is free.
-QString AddMnemonic(const QString& caption, Place place, QSet<QChar>& taken) {
+QString AddMnemonic(const QString& caption, MnemonicPlace place, QSet<QChar>& taken) {
     if (!MnemonicOf(caption).isNull()) {
         return caption;
     }
@@ -57,7 +57,8 @@ QStringList WithMnemonics(QStringList captions, QSet<QChar> taken) {
             taken.insert(own);
         }
     }
-    for (const Place place : {Place::HeadOfLaterWord, Place::HeadOfCaption, Place::LaterWord, Place::Anywhere}) {
+    for (const MnemonicPlace place : {MnemonicPlace::HeadOfLaterWord, MnemonicPlace::HeadOfCaption,
+                                      MnemonicPlace::LaterWord, MnemonicPlace::Anywhere}) {
         for (QString& caption : captions) {
             caption = AddMnemonic(caption, place, taken);
         }

@@ -14,11 +14,11 @@ using namespace contract;
 namespace {
 
 /// A company with a run of everything under way.
-class Written : public TestTarget {
+class WritersTarget : public TestTarget {
 public:
     ImportRun Run{Get(), "modImport_Prova", "ImportProva", {}};
 
-    Written() {
+    WritersTarget() {
         Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('VITE', 'Vite M8', 'PZ', 0.5)");
         Execute("INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS, ARCOS) VALUES ('DADO', 'Dado M8', 'PZ', 0.25)");
     }
@@ -57,7 +57,7 @@ private slots:
     }
     void aBlankThresholdIsAnyQuantity() {
         QFETCH(const QVariant, quantity);
-        Written target;
+        WritersTarget target;
         PriceListWriter writer(target.Run);
         writer.AddScale(writer.Article("L1", "VITE", {}), {quantity, 1});
         writer.AddScale(writer.Article("L1", "VITE", {}), {quantity, 2});
@@ -68,7 +68,7 @@ private slots:
 
     /// Also where the supplier has been imported since, and where the source has two alike.
     void workPricesAreRewritten() {
-        Written target;
+        WritersTarget target;
         PriceListWriter first(target.Run);
         first.Work(Price("000001", 0, 1));
         first.Work(Price("000001", 0, 2));
@@ -87,7 +87,7 @@ private slots:
     }
 
     void historyWithoutADayIsWrittenOnce() {
-        Written target;
+        WritersTarget target;
         const ArticleWriter writer(target.Run);
         for (int run = 0; run < 2; ++run) {
             writer.Cost({"VITE", {}, 5, {}, "senza data", {}});
@@ -98,7 +98,7 @@ private slots:
 
     /// The opening movement of a warehouse and year is one; a balance that has gone to zero does not stay.
     void openingBalancesAreRewritten() {
-        Written target;
+        WritersTarget target;
         StockWriter first(target.Run);
         first.Balance({.warehouse = "001", .article = "VITE", .quantity = 3});
         first.Balance({.warehouse = "001", .article = "VITE", .quantity = 4, .location = "A1"});
@@ -122,7 +122,7 @@ private slots:
 
     /// A row that is tried again rewrites what its first attempt rewrote, and a movement of a hand is nobody's.
     void stockIsRewrittenOnceForARow() {
-        Written target;
+        WritersTarget target;
         target.Execute(
             "INSERT INTO X01_MOV_MAG (MMANN, MMNUM, MMMAG, MMINV, USINS) VALUES (2024, 1, '001', 1, 'ANNA')");
         StockWriter(target.Run).Balance("001", "VITE", 3);
@@ -146,7 +146,7 @@ private slots:
     }
 
     void documentsOfTheSourceAreTellingOfTheRest() {
-        Written target;
+        WritersTarget target;
         for (const char* head : {"'SYSTEM_IMPORT', 'ORDCL', 1, '20240201'", "'SYSTEM_IMPORT', 'ORDCL', 2, '20240201'",
                                  "'SYSTEM_IMPORT', 'ORDCL', 3, '20230201'", "'SYSTEM_IMPORT', 'DDT', 4, '20240201'",
                                  "'ANNA', 'ORDCL', 5, '20240201'", "'SYSTEM_IMPORT', 'ORDCL', 6, '20240301'"}) {
@@ -162,7 +162,7 @@ private slots:
     }
 
     void componentsThatTheSourceHasNoMoreAreTold() {
-        Written target;
+        WritersTarget target;
         BillWriter bills(target.Run);
         bills.Begin("VITE", "V");
         bills.Write(Component{"DADO", 2}, bills.Write(Phase{}));
@@ -177,7 +177,7 @@ private slots:
 
     /// A row that is given up with what belongs to it was not left out by a rule.
     void rowsLeftOutAreCountedByTheirRule() {
-        Written target;
+        WritersTarget target;
         Session& session = target.Get();
         session.Source = std::make_unique<ovConnection>();
         OpenEmbedded(*session.Source)

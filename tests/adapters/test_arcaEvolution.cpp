@@ -6,7 +6,8 @@
 
 #include <QTest>
 
-using namespace modImport_ArcaEvolution;
+using modImport_ArcaEvolution::StreetOf;
+using modImport_ArcaEvolution::ValidateIBAN;
 
 class TestArcaEvolution : public QObject {
     Q_OBJECT
@@ -47,7 +48,7 @@ private slots:
     }
     void streets() {
         QFETCH(const QString, text);
-        const Street street = StreetOf(text);
+        const auto street = StreetOf(text);
         QTEST(street.first, "first");
         QTEST(street.rest, "rest");
         QTEST(street.number, "number");

@@ -14,10 +14,10 @@
 
 namespace {
 
-const QString Source = QStringLiteral(QUADRIX_SOURCE_DIR);
+const QString ProjectFolder = QStringLiteral(QUADRIX_SOURCE_DIR);
 
 QStringList FoldersOf(const QString& folder) {
-    return QDir(Source + folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    return QDir(ProjectFolder + folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
 }
 
 const contract::Procedure& ProcedureOf(const QString& module, const QString& name) {
@@ -49,7 +49,7 @@ private slots:
     void FilesAndListAgree() {
         QStringList folders = FoldersOf("/adapters/origins");
         for (QString& folder : folders) {
-            QVERIFY2(QFile::exists(Source + "/adapters/origins/" + folder + "/modImport_" + folder + ".cpp"),
+            QVERIFY2(QFile::exists(ProjectFolder + "/adapters/origins/" + folder + "/modImport_" + folder + ".cpp"),
                      qPrintable(folder));
             folder.prepend("modImport_");
         }

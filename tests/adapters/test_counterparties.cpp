@@ -12,7 +12,7 @@ using namespace contract::rules;
 namespace {
 
 /// A company with a run under way of which nothing is shown.
-class Written : public TestTarget {
+class PartiesTarget : public TestTarget {
 public:
     ImportRun Run{Get(), "modImport_Prova", "ImportProva", "X"};
 
@@ -34,7 +34,7 @@ SourceIdentity Customer(const QString& code, const QString& name, const QString&
     return {"CLIENTI", "CODICE", code, RoleOf(true), name, vatNumber, {}};
 }
 
-QString Shown(const Placement& place) { return place.code + (place.known ? " known" : " new"); }
+QString Placed(const Placement& place) { return place.code + (place.known ? " known" : " new"); }
 
 /// A counterparty as a source with few columns has it.
 const CounterpartyMapping& Mapped() {
@@ -89,23 +89,23 @@ private slots:
         QFETCH(const QString, vatNumber);
         QFETCH(const TakenCode, usual);
         QFETCH(const QString, setting);
-        Written target;
+        PartiesTarget target;
         target.Party(party);
         target.Get().Config.SetAppConfig("IMPORT", "CodiceOccupato", setting);
         const CounterpartyRegister parties(target.Run, usual);
         const SourceIdentity source = Customer("71", "Rossi SNC", vatNumber);
         const Placement place = parties.Place(source);
-        QTEST(Shown(place), "place");
+        QTEST(Placed(place), "place");
         QTEST(target.Kinds(), "kinds");
         // What was written is found again, and gets no third code.
         if (!place.known) {
             target.Party(QString("'%1', 'Rossi SNC', '%2', NULL, '71', NULL").arg(place.code, vatNumber));
-            QCOMPARE(Shown(parties.Place(source)), place.code + " known");
+            QCOMPARE(Placed(parties.Place(source)), place.code + " known");
         }
     }
 
     void TellsBothOfATakenCode() {
-        Written target;
+        PartiesTarget target;
         target.Party("'000071', 'Informatica Esposito', '70370370911', NULL, NULL, 'F1'");
         CounterpartyRegister(target.Run).Place(Customer("71", "Rossi", "99999990011"));
         QVERIFY2(target.LogText().contains("'Rossi' (partita IVA 99999990011) prende il codice 000072: 000071 è di "
@@ -114,7 +114,7 @@ private slots:
     }
 
     void RefusesAnotherSetting() {
-        Written target;
+        PartiesTarget target;
         target.Get().Config.SetAppConfig("IMPORT", "CodiceOccupato", "sempre");
         const auto error = ErrorOf<ImportError>([&] { const CounterpartyRegister parties(target.Run); });
         QVERIFY(error);
@@ -124,11 +124,11 @@ private slots:
 
     /// A code that SYS_IMP tells is somebody's word.
     void ObeysTranslatedCodes() {
-        Written target;
+        PartiesTarget target;
         target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('CLIENTI', 'CODICE', '71', '000500')");
         target.Party("'000500', 'Scritto a mano', '70370370911', NULL, NULL, NULL");
         const CounterpartyRegister parties(target.Run);
-        QCOMPARE(Shown(parties.Place(Customer("71", "Rossi", "99999990011"))), QString("000500 known"));
+        QCOMPARE(Placed(parties.Place(Customer("71", "Rossi", "99999990011"))), QString("000500 known"));
         QCOMPARE(target.Kinds(), QStringList({"CONTROPARTE DOPPIA", "CONTROPARTI DIVERSE"}));
     }
 
@@ -142,9 +142,9 @@ private slots:
     }
     void FindsWhatItWrote() {
         QFETCH(const QString, party);
-        Written target;
+        PartiesTarget target;
         target.Party(party);
-        QTEST(Shown(CounterpartyRegister(target.Run).Place(Customer("C9", "Rossi", "99999990011"))), "place");
+        QTEST(Placed(CounterpartyRegister(target.Run).Place(Customer("C9", "Rossi", "99999990011"))), "place");
         QVERIFY(target.Kinds().isEmpty());
     }
 
@@ -165,17 +165,17 @@ private slots:
         QFETCH(const QString, party);
         QFETCH(const QString, vatNumber);
         QFETCH(const QString, taxCode);
-        Written target;
+        PartiesTarget target;
         target.Party(party);
         QTEST(FindByIdentity(target.Run.GetSession(), vatNumber, taxCode), "found");
     }
 
     /// Two customers of one VAT number: the log names both, and the code that is overwritten.
     void TellsMerges() {
-        Written target;
+        PartiesTarget target;
         target.Party("'000001', 'Verdi', '01234567890', NULL, 'C1', 'F7'");
         const CounterpartyRegister parties(target.Run);
-        QCOMPARE(Shown(parties.Place(Customer("C2", "Verdi Due", "01234567890"))), QString("000001 known"));
+        QCOMPARE(Placed(parties.Place(Customer("C2", "Verdi Due", "01234567890"))), QString("000001 known"));
         QVERIFY2(target.LogText().contains("CONTROPARTI UNITE: "), target.Log());
         QVERIFY2(
             target.LogText().contains("'Verdi Due' (partita IVA 01234567890) e 'Verdi' (partita IVA 01234567890), "
@@ -188,7 +188,7 @@ private slots:
 
     /// A second role brings its columns, and what hangs on it unless it hangs there; a third time nothing is added.
     void BringsASecondRole() {
-        Written target;
+        PartiesTarget target;
         const Recordset rows = target.Db().ExecuteWC("SELECT 'C1' CODICE, 'Verdi' NOME, 'R30' PAG, 'L1' LISTINO, "
                                                      "'0471/12 34' TEL, 'Info@verdi.it' MAIL");
         const SourceRow row(rows);
@@ -212,7 +212,7 @@ private slots:
 
     /// Contacts of one name stay two; branches keep their address and give way with their code.
     void BringsContactsAndBranches() {
-        Written target;
+        PartiesTarget target;
         const auto write = [&](bool known, const QString& street) {
             CounterpartyWriter writer(target.Run, {});
             const Owner owner{"CON_TRO", "000001", known};

@@ -61,12 +61,13 @@ void Lengthen(ovConnection& source, const TextColumns& columns, const QString& e
 }
 
 /// What came of all procedures of a module.
-struct Account {
+struct HostileAccount {
     QString outcome;
     QVector<RunResult> whole; ///< of the procedures that import everything
 };
 
-Account Run(const QString& module, const Fixture::SourceChange& change, const QString& code, TestTarget::On engine) {
+HostileAccount Run(const QString& module, const Fixture::SourceChange& change, const QString& code,
+                   TestTarget::On engine) {
     Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), engine, change);
     QVector<RunResult> whole;
     for (const QString& line : fixture.Lines()) {
@@ -80,7 +81,7 @@ Account Run(const QString& module, const Fixture::SourceChange& change, const QS
 }
 
 /// Runs all procedures over a source with longer texts.
-Account Run(const QString& module, const TextColumns& columns, const QString& ending, TestTarget::On engine) {
+HostileAccount Run(const QString& module, const TextColumns& columns, const QString& ending, TestTarget::On engine) {
     return Run(
         module, [&](ovConnection& source) { Lengthen(source, columns, ending); }, "X" + ending.left(Short), engine);
 }
@@ -172,7 +173,7 @@ private:
         return true;
     }
     /// Whether every procedure ends as it did, gives up no row more and writes no row less.
-    bool LosesNone(const Account& account) const {
+    bool LosesNone(const HostileAccount& account) const {
         for (qsizetype i = 0; i < m_clean.whole.size(); ++i) {
             const RunResult& clean = m_clean.whole.at(i);
             const RunResult& result = account.whole.at(i);
@@ -198,7 +199,7 @@ private:
 
     QString m_module;
     QMap<QString, int> m_longest;
-    Account m_clean;
+    HostileAccount m_clean;
 };
 
 /// The lines of an outcome; white space at the ends of a value may have been trimmed.
@@ -300,7 +301,7 @@ private slots:
             const TextColumns columns = endings.Taking(one.taken);
             const QString ending = Ending(HarmlessFor(one.hostile), one.length);
             const QString harmless = HarmlessOutcome(module, columns, ending);
-            const Account hostile = Run(module, columns, Ending(one.hostile, one.length), engine);
+            const HostileAccount hostile = Run(module, columns, Ending(one.hostile, one.length), engine);
             const QString difference = Difference(Expected(harmless, one.hostile), hostile.outcome);
             QVERIFY2(difference.isEmpty(), qPrintable(one.name + (", " + difference)));
         }
@@ -322,7 +323,7 @@ private:
     /// takes no text from its source has no such row.
     static void HoldsNoNul(const QString& module, const TextColumns& columns, TestTarget::On engine) {
         const QString ending = QStringLiteral("~\u0000~");
-        const Account account = Run(module, columns, ending, engine);
+        const HostileAccount account = Run(module, columns, ending, engine);
         const QString rows = account.outcome.section("== rows", 1).remove(ending);
         QVERIFY2(!rows.contains('~') && !rows.contains(QChar(u'\0')), qPrintable(rows));
         const auto tellsNul = [](const RunResult::GivenUp& row) { return row.reason.contains("carattere NUL"); };

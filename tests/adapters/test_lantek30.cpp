@@ -11,7 +11,7 @@
 
 namespace {
 
-const QString Tables = QStringLiteral(
+const QString CamTables = QStringLiteral(
     "CREATE TABLE MMNN_PPOO_00000200 (RecID INTEGER PRIMARY KEY, PrdRef TEXT, OOrder INT);"
     "CREATE TABLE DIS_SHPR_PPTT_00000200 (RecID INTEGER PRIMARY KEY, PartRef TEXT, MCode TEXT, DValue NUMERIC %1);");
 
@@ -31,11 +31,11 @@ public:
         Make(Old, "old.db",
              "CREATE TABLE PPRR_PPRR_00000100 (RecID INTEGER PRIMARY KEY, PrdRef TEXT, PrdName TEXT, DIS_PClass INT, "
              "DIS_IsRemnant INT, DIS_CamQuan NUMERIC, OldOnly TEXT);" +
-                 Tables.arg(""));
+                 CamTables.arg(""));
         Make(New, "new.db",
              "CREATE TABLE PPRR_PPRR_00000100 (RecID INTEGER PRIMARY KEY, PrdName TEXT, PrdRef TEXT, DIS_PClass INT, "
              "DIS_IsRemnant INT, DIS_CamQuan NUMERIC, NewOnly TEXT);" +
-                 Tables.arg(", CHECK (DValue >= 0)"));
+                 CamTables.arg(", CHECK (DValue >= 0)"));
         session.Errors.Action = ErrorAction::Ignore;
     }
 

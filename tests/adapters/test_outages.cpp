@@ -7,11 +7,11 @@
 
 namespace {
 
-const QString Module = QStringLiteral("modImport_Arca2000");
+const QString ArcaModule = QStringLiteral("modImport_Arca2000");
 const QString Line = QStringLiteral("ImportContropartiArca2000 answers=no");
 
 /// What tells a counterparty, with the numbers that hang on it.
-QStringList Counterparties(TestTarget& target) {
+QStringList CounterpartyCodes(TestTarget& target) {
     return target.Rows(
         "SELECT C.CORAS, C.COCGE, C.COFGE, COUNT(N.RECORD_ID) FROM X01_CON_TRO C LEFT JOIN X01_NUM_TEL N "
         "ON N.TBNAM = 'CON_TRO' AND N.TBKEY = C.CDCON GROUP BY C.CDCON, C.CORAS, C.COCGE, C.COFGE "
@@ -32,7 +32,7 @@ const RunResult& Import(TestTarget& target, const QString& source) {
     session.Source = std::make_unique<ovConnection>();
     session.Source->Errors = &session.Errors;
     session.Source->OpenFiles = sources::OpenFileSource;
-    const contract::Origin& origin = *FixtureOrigins().value(Module);
+    const contract::Origin& origin = *FixtureOrigins().value(ArcaModule);
     origin.source.prepare(session, *session.Source);
     session.Source->OpenConnection();
     target.Person.Otherwise = false;
@@ -108,13 +108,13 @@ private slots:
         if (!TestTarget::HasMariaDb()) {
             QSKIP("QUADRIX_TEST_MARIADB names no server (scripts/test starts one)");
         }
-        const contract::Origin& origin = *FixtureOrigins().value(Module);
+        const contract::Origin& origin = *FixtureOrigins().value(ArcaModule);
         if (m_whole.isEmpty()) {
-            Fixture whole(FixtureFolder(Module), origin, TestTarget::On::MariaDbAgain);
+            Fixture whole(FixtureFolder(ArcaModule), origin, TestTarget::On::MariaDbAgain);
             whole.RunLine(Line);
-            m_whole = Counterparties(whole.Target());
+            m_whole = CounterpartyCodes(whole.Target());
         }
-        Fixture fixture(FixtureFolder(Module), origin, engine);
+        Fixture fixture(FixtureFolder(ArcaModule), origin, engine);
         TestTarget& target = fixture.Target();
         const QString connection = target.Value("SELECT CONNECTION_ID()");
         int seen = 0;
@@ -136,7 +136,7 @@ private slots:
         QVERIFY(broken <= 1);
         QVERIFY(target.Value("SELECT CONNECTION_ID()") != connection);
         QVERIFY(fixture.Results().last().AddsUp());
-        QCOMPARE(Counterparties(target), m_whole);
+        QCOMPARE(CounterpartyCodes(target), m_whole);
     }
 
 private:

@@ -10,9 +10,9 @@
 namespace {
 
 /// A company with articles and bills, and the object that works on them.
-class Bills : public TestTarget {
+class BillsTarget : public TestTarget {
 public:
-    explicit Bills(On engine = On::Embedded)
+    explicit BillsTarget(On engine = On::Embedded)
         : TestTarget(engine) {}
 
     /// "code cost price markUp"; "-" leaves a column Null.
@@ -95,7 +95,7 @@ private slots:
         QFETCH(const QString, articles);
         QFETCH(const QString, bills);
         QFETCH(const QString, told);
-        Bills target;
+        BillsTarget target;
         target.Articles(articles);
         target.Compose(bills);
         target.Distinta.AggiornaCostiPrezzi(target.Bill("P"));
@@ -121,7 +121,7 @@ private slots:
     }
     void work() {
         QFETCH(const QString, phase);
-        Bills target;
+        BillsTarget target;
         target.Articles("P 5 8 60, A 10 15 50");
         target.Execute("UPDATE X01_ART_ICO SET ARLOR = 10 WHERE CDART = 'P'");
         target.Compose("P: A x 1");
@@ -137,7 +137,7 @@ private slots:
 
     /// The second time there is nothing to write, and nothing is.
     void writesWhatHasChanged() {
-        Bills target;
+        BillsTarget target;
         target.Articles("P 5 8 60, S - - -, A 10 15 50");
         target.Compose("P: S x 2; S: A x 3");
         QVERIFY(target.Distinta.AggiornaCostiPrezzi(target.Bill("P")));
@@ -154,7 +154,7 @@ private slots:
 
     /// Of several revisions the one in force speaks for the article.
     void revisions() {
-        Bills target;
+        BillsTarget target;
         target.Articles("P 5 8 60, A 10 15 50");
         target.Compose("P: A x 1");
         target.Insert("DIS_BAS", {"DBART", "DBREV", "DBMAN"}, {"P", "1", "0"});
@@ -180,7 +180,7 @@ private slots:
     }
     void refuses() {
         QFETCH(const QString, bills);
-        Bills target;
+        BillsTarget target;
         target.Articles("P 5 8 60, S - - -, T - - -, A 10 15 50");
         target.Compose(bills);
         const auto error = ErrorOf<ImportError>([&] { target.Distinta.AggiornaCostiPrezzi(target.Bill("P")); });
@@ -190,7 +190,7 @@ private slots:
     }
 
     void refusesWhatIsNotThere() {
-        Bills target;
+        BillsTarget target;
         target.Articles("P 5 8 60");
         target.Compose("P: ");
         QVERIFY(ErrorOf<ImportError>([&] { target.Distinta.LoadData(77); })->Message().contains("RECORD_ID 77"));
@@ -204,10 +204,10 @@ private slots:
         QVERIFY(error && error->Message().contains("distinta 'P', revisione 0: i tempi della fase 10 sono di tipo 3"));
     }
 
-    /// Bills are nested as deep as the data say.
+    /// BillsTarget are nested as deep as the data say.
     void deep() {
         constexpr int levels = 4000;
-        Bills target;
+        BillsTarget target;
         target.Db().Written = {}; // so many rows are made in the words of SQLite
         target.Db().BeginTrans();
         target.Execute(QString("WITH RECURSIVE N(N) AS (SELECT 0 UNION ALL SELECT N + 1 FROM N WHERE N < %1) "
@@ -225,7 +225,7 @@ private slots:
 
 private:
     /// The work TAGLIO of P at two suppliers; that of 000001 costs 17 for a lot of ten.
-    static void AddLists(Bills& target) {
+    static void AddLists(BillsTarget& target) {
         const QStringList list{"CDLAV", "CDART", "CDFOR", "LLINV", "LLFIV"};
         const QStringList scale{"IDLSD", "SCQTA", "SCCOS", "SCSCO", "SCSC2"};
         target.Insert("LIS_LAV", list, {"TAGLIO", "P", "000001", "20200101", "20231231"}); // over

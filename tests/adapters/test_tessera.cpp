@@ -10,7 +10,7 @@
 namespace {
 
 /// One customer order with a production order of one component and one phase.
-const QString Source = R"(
+const QString TesseraSource = R"(
 CREATE TABLE CliFor (IdCliFor INT, CodCliFor VARCHAR(8));
 INSERT INTO CliFor VALUES (1, 'C1');
 CREATE TABLE Pagam (IdPag INT, CodPag VARCHAR(4));
@@ -31,12 +31,12 @@ CREATE TABLE OrdProF (IdOrdPro INT, NumFas INT, CodLav VARCHAR(10), Qta REAL, Qt
 INSERT INTO OrdProF VALUES (1, 10, 'SALD', 1, 0, 'INI');
 )";
 
-const QStringList Tables{"ORD_COM", "ORD_FAS", "ORD_PRO", "DOC_VER"};
+const QStringList WatchedTables{"ORD_COM", "ORD_FAS", "ORD_PRO", "DOC_VER"};
 
 /// Triggers that note each row that is written and each that is deleted.
 void WatchTables(TestTarget& target) {
     target.Execute("CREATE TABLE SEEN (WHAT VARCHAR(20))");
-    for (const QString& table : Tables) {
+    for (const QString& table : WatchedTables) {
         target.Execute("CREATE TRIGGER TI_" + table + " AFTER INSERT ON X01_" + table +
                        " BEGIN INSERT INTO SEEN VALUES ('+" + table + "'); END");
         target.Execute("CREATE TRIGGER TD_" + table + " AFTER DELETE ON X01_" + table +
@@ -68,7 +68,7 @@ private slots:
         Session& session = target.Get();
         session.Source = std::make_unique<ovConnection>();
         session.Source->Errors = &session.Errors;
-        OpenEmbedded(*session.Source).ExecuteScript(Source);
+        OpenEmbedded(*session.Source).ExecuteScript(TesseraSource);
         if (fails) {
             session.Source->Execute("UPDATE OrdProF SET Qta = 'uno'");
         }
@@ -81,7 +81,7 @@ private slots:
         }
         QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"), seen);
         target.Execute("DELETE FROM SEEN");
-        for (const QString& table : Tables) {
+        for (const QString& table : WatchedTables) {
             target.Execute("INSERT INTO X01_" + table + " (USINS) VALUES ('ANNA')");
         }
         QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"),

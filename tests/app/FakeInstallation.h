@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/sequence.h"
+#include "tests/app/sequenceQuestions.h"
 #include "tests/support/files.h"
 #include "tests/support/TestTarget.h"
 
@@ -8,11 +9,6 @@
 /// setting Databasename names.
 class FakeInstallation {
 public:
-    /// What emptying asks.
-    static inline const QString Empty =
-        "Attenzione: svuotare tutte le tabelle del database dell'azienda prima di effettuare "
-        "l'importazione?";
-
     FakeInstallation() {
         WriteIni("[SEQUENCE]\nAzienda=Prova Uno S.r.l.\nLogFile=mig.log\nDateStart=01/02/2020\n"
                  "[ARCA EVOLUTION]\nServername=ARCASRV\nDatabasename=arca.db\nUsername=u1\nPassword=p1\n"
@@ -23,7 +19,7 @@ public:
         for (const char* name : {"automa.db", "ferrobrio.db"}) {
             WriteFile(Target.Folder.filePath(name), {});
         }
-        Target.Person.AnswerTo[Empty] = false;
+        Target.Person.AnswerTo[sequenceQuestions::Empty] = false;
         Add("Arca Evolution", {"ImportContropartiArcaEvolution"});
         Add("Lantek 24", {"ImportDocumentiLantek24", "ImportInventarioLantek24"});
         Add("AUTOMA", {"ImportInventarioAUTOMA"});

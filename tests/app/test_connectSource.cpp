@@ -349,10 +349,9 @@ private slots:
 
     void opensAnAccessFile() {
         TestTarget target;
-        const mdbBytes::Table orders{
-            "Ordini",
-            {{"Numero", 4, 4}, {"Data", 8, 8}},
-            {{mdbBytes::Raw(1), mdbBytes::Raw(45355.5)}, {mdbBytes::Raw(2), mdbBytes::Raw(45356.0)}}};
+        const mdbBytes::Table orders{"Ordini",
+                                     {{"Numero", 4, 4}, {"Data", 8, 8}},
+                                     {{RawBytes(1), RawBytes(45355.5)}, {RawBytes(2), RawBytes(45356.0)}}};
         WriteFile(target.Folder.filePath("os1.MDB"), mdbBytes::Database({orders}));
         QCOMPARE(ConnectSource(target.Get(), *registry::Find("OS1")), SourceOutcome::Opened);
         ovConnection& source = target.Get().SourceConnection();

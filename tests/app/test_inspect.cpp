@@ -5,6 +5,7 @@
 #include "app/inspect_fields.h"
 #include "app/inspect_suggest.h"
 #include "core/Schema.h"
+#include "tests/app/gescom.h"
 #include "tests/support/files.h"
 #include "tests/support/foreignSource.h"
 #include "tests/support/QuadrixTest.h"
@@ -16,8 +17,6 @@
 using namespace inspection;
 
 namespace {
-
-const contract::Origin& Gescom() { return *registry::Find("Gescom"); }
 
 /// A company, and the foreign source behind the settings.
 class ForeignTarget : public TestTarget {

@@ -5,6 +5,7 @@
 #include "app/report/makeProof.h"
 #include "app/report/verdict.h"
 #include "examples/examples.h"
+#include "tests/app/gescom.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
@@ -14,8 +15,6 @@
 using namespace proof;
 
 namespace {
-
-const contract::Origin& Gescom() { return *registry::Find("Gescom"); }
 
 /// A company into which the counterparties, articles and documents of an example have been imported.
 class Migrated : public TestTarget {

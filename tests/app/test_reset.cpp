@@ -33,7 +33,7 @@ QString NamesOf(const ResetOptions& options) {
 }
 
 /// Every table that some option empties, with one row in each.
-QStringList FillTables(TestTarget& target) {
+QStringList FillResetTables(TestTarget& target) {
     QStringList tables;
     for (const ResetGroup& group : ResetGroups()) {
         tables += group.tables;
@@ -47,7 +47,7 @@ QStringList FillTables(TestTarget& target) {
 }
 
 /// Those of the tables that hold no row any more.
-QStringList Emptied(TestTarget& target, const QStringList& tables) {
+QStringList EmptiedOf(TestTarget& target, const QStringList& tables) {
     QStringList empty;
     for (const QString& table : tables) {
         if (target.Value("SELECT COUNT(*) FROM " + target.Db().GetFullTableName(table)) == "0") {
@@ -129,10 +129,10 @@ private slots:
         QFETCH(QStringList, emptied);
         TestTarget target;
         target.AddCompany("X02", "Prova Due S.r.l.");
-        const QStringList tables = FillTables(target);
+        const QStringList tables = FillResetTables(target);
         target.Execute("INSERT INTO X02_DOC_VEN DEFAULT VALUES");
         const EmptyingResult result = ResetDatabase(target.Get(), Named(chosen));
-        QCOMPARE(Emptied(target, tables), emptied);
+        QCOMPARE(EmptiedOf(target, tables), emptied);
         QCOMPARE(target.Value("SELECT COUNT(*) FROM X02_DOC_VEN"), QString("1"));
         QStringList names;
         for (const QString& table : emptied) {
@@ -147,11 +147,11 @@ private slots:
 
     void ACancelStopsBetweenTwoTables() {
         TestTarget target;
-        const QStringList tables = FillTables(target);
+        const QStringList tables = FillResetTables(target);
         target.Person.CancelAt = 2;
         const EmptyingResult result = ResetDatabase(target.Get(), Named("DocVen AnaCon"));
         QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
-        QCOMPARE(Emptied(target, tables), QStringList({"DOC_VER", "DOC_VED"}));
+        QCOMPARE(EmptiedOf(target, tables), QStringList({"DOC_VER", "DOC_VED"}));
         QVERIFY(target.Person.Messages.isEmpty());
         QVERIFY(!target.Person.IsBusy());
     }
@@ -159,7 +159,7 @@ private slots:
     /// Before the operator agrees he sees how much goes; a table that is not there takes its option's number away.
     void CountsWhatWouldGo() {
         TestTarget target;
-        FillTables(target);
+        FillResetTables(target);
         target.Execute("INSERT INTO X01_ART_FMT DEFAULT VALUES");
         target.Execute("DROP TABLE X01_DOC_ACD");
         target.Get().Errors.Action = ErrorAction::Ask;
@@ -180,12 +180,12 @@ private slots:
 
     void AFailureLeavesWhatWasEmptiedBefore() {
         TestTarget target;
-        QStringList tables = FillTables(target);
+        QStringList tables = FillResetTables(target);
         target.Execute("DROP TABLE X01_DOC_ACD");
         tables.removeOne("DOC_ACD");
         const EmptyingResult result = ResetDatabase(target.Get(), Named("DocVen AnaCon"));
         QCOMPARE(result.outcome, RunResult::Outcome::Failed);
-        QCOMPARE(Emptied(target, tables), QStringList({"DOC_VER", "DOC_VED", "DOC_VEN", "DOC_ACR"}));
+        QCOMPARE(EmptiedOf(target, tables), QStringList({"DOC_VER", "DOC_VED", "DOC_VEN", "DOC_ACR"}));
         QCOMPARE(target.Person.Reported.size(), 1);
         QCOMPARE(target.Person.Reported.first().module, QString("frmImport"));
         QCOMPARE(target.Person.Reported.first().procedure, QString("cmdReset_Click"));

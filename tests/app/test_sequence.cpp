@@ -12,9 +12,6 @@ namespace {
 
 using Outcome = SequenceEntry::Outcome;
 
-const QString& Empty = FakeInstallation::Empty;
-const QString EmptyCam = "Attenzione: desideri svuotare anche il database del software CAM collegato?";
-
 QVector<Outcome> OutcomesOf(const SequenceResult& result) {
     QVector<Outcome> outcomes;
     for (const SequenceEntry& entry : result.entries) {
@@ -84,7 +81,7 @@ private slots:
         QFETCH(bool, cam);
         FakeInstallation fake;
         fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
-        fake.Target.Person.AnswerTo = {{Empty, company}, {EmptyCam, cam}};
+        fake.Target.Person.AnswerTo = {{sequenceQuestions::Empty, company}, {sequenceQuestions::EmptyCam, cam}};
         const SequenceResult result = fake.Run();
         QTEST(fake.Target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), "left");
         QTEST(static_cast<int>(fake.Target.Person.Questions.size()), "questions");
@@ -101,8 +98,8 @@ private slots:
     /// Giving a question up is no No: nothing goes on behind it.
     void questionsGivenUp_data() {
         Columns<QString, QString, QStringList>("question", "left", "told");
-        Row("before anything is emptied", Empty, QString("1"), QStringList{});
-        Row("behind the emptying of the company", EmptyCam, QString("0"),
+        Row("before anything is emptied", sequenceQuestions::Empty, QString("1"), QStringList{});
+        Row("behind the emptying of the company", sequenceQuestions::EmptyCam, QString("0"),
             QStringList{"Sequenza interrotta: passi eseguiti 1 su 6; quanto è stato scritto rimane."});
     }
     void questionsGivenUp() {
@@ -110,7 +107,7 @@ private slots:
         QFETCH(QStringList, told);
         FakeInstallation fake;
         fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
-        fake.Target.Person.AnswerTo[Empty] = true;
+        fake.Target.Person.AnswerTo[sequenceQuestions::Empty] = true;
         fake.Target.Person.GiveUpAt = {question};
         QCOMPARE(fake.Run().outcome, RunResult::Outcome::Cancelled);
         QVERIFY(fake.Calls.isEmpty());

@@ -1,6 +1,7 @@
 #include "app/connectSource.h"
 #include "app/sequence.h"
 #include "examples/examples.h"
+#include "tests/app/sequenceQuestions.h"
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
@@ -10,10 +11,6 @@
 #include <QTest>
 
 namespace {
-
-const QString Empty = "Attenzione: svuotare tutte le tabelle del database dell'azienda prima di effettuare "
-                      "l'importazione?";
-const QString EmptyCam = "Attenzione: desideri svuotare anche il database del software CAM collegato?";
 
 /// A source of an installation.
 struct Source {
@@ -49,7 +46,7 @@ public:
     }
 
     SequenceResult Run(bool empties = false) {
-        Target.Person.AnswerTo = {{Empty, empties}, {EmptyCam, false}};
+        Target.Person.AnswerTo = {{sequenceQuestions::Empty, empties}, {sequenceQuestions::EmptyCam, false}};
         return Sequence(Target.Get(), ReadSequenceSettings(Target.Get()), {});
     }
     qint64 Count(const QString& table) { return Target.Db().ExecuteCommand("SELECT COUNT(*) FROM X01_" + table); }

@@ -17,9 +17,9 @@ using sources::TableOfFile;
 namespace {
 
 /// A company with an agent, a price list and two payment terms.
-class Company : public TestTarget {
+class TemplateCompany : public TestTarget {
 public:
-    Company() {
+    TemplateCompany() {
         Execute("INSERT INTO TAB_MOP (CDMOP, MPDES) VALUES ('007', 'Rimessa diretta'), ('RB30', 'Ri.Ba. 30 gg')");
         Execute("INSERT INTO X01_AGE_NTI (CDAGE, AGDES) VALUES ('A1', 'Bianchi')");
         Execute("INSERT INTO X01_LIS_TES (CDLIS, LTDES, LTTIP) VALUES ('BASE', 'Listino base', 'V')");
@@ -72,7 +72,7 @@ private slots:
         QFETCH(QString, procedure);
         QFETCH(QString, query);
         QFETCH(QString, row);
-        Company company;
+        TemplateCompany company;
         sheetTemplate::Write(hasCompany ? &company.Get() : nullptr, button, company.Path());
         company.Person.Files = {company.Path()};
         const contract::Origin& excel = *registry::Find("Excel");
@@ -89,7 +89,7 @@ private slots:
 
     /// Codes are offered where they are translated, with their descriptions; notes tell what the schema does.
     void offersTheCodesOfTheCompany() {
-        Company company;
+        TemplateCompany company;
         const sheetTemplate::Written written = sheetTemplate::Write(&company.Get(), Button::Cli, company.Path());
         QCOMPARE(written.sheet, "CLIENTI");
         QVERIFY(written.lists.contains("Modi di pagamento"));
@@ -131,7 +131,7 @@ private slots:
     void keepsWhatIsNotItsOwn() {
         QFETCH(std::function<void(TableOfFile&)>, change);
         QFETCH(bool, isWrittenOver);
-        Company company;
+        TemplateCompany company;
         const auto write = [&] { sheetTemplate::Write(nullptr, Button::Cli, company.Path()); };
         write();
         FillIn(company.Path(), change);
@@ -142,7 +142,7 @@ private slots:
     }
 
     void refusesOtherNames() {
-        Company company;
+        TemplateCompany company;
         const auto refusal = [&](const QString& name) {
             const QString path = company.Folder.filePath(name);
             const auto error = ErrorOf<ImportError>([&] { sheetTemplate::Write(nullptr, Button::Art, path); });

@@ -7,7 +7,7 @@
 
 namespace {
 
-void FillTables(TestTarget& target) {
+void FillTruncatedTables(TestTarget& target) {
     for (const QString& table : modImport::TruncatedTables()) {
         target.Execute("INSERT INTO " + target.Db().GetFullTableName(table) + " DEFAULT VALUES");
     }
@@ -25,7 +25,7 @@ class TestTruncation : public QObject {
 private slots:
     void EmptiesFiftyNineTablesAndTheArticleTexts() {
         TestTarget target;
-        FillTables(target);
+        FillTruncatedTables(target);
         for (const QString table : {"UBI_ART", "LIS_TES", "BAN_CHE", "PIA_CON"}) {
             target.Execute("INSERT INTO X01_" + table + " DEFAULT VALUES");
         }
@@ -68,7 +68,7 @@ private slots:
     void StopsAtTheFirstFailure() {
         QFETCH(QString, missing);
         TestTarget target;
-        FillTables(target);
+        FillTruncatedTables(target);
         target.Execute("DROP TABLE X01_" + missing);
         target.Get().Errors.Action = ErrorAction::Ignore;
         QCOMPARE(modImport::TruncateDatabase(target.Get()).outcome, RunResult::Outcome::Failed);

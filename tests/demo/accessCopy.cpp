@@ -10,8 +10,6 @@
 
 namespace {
 
-using mdbBytes::Raw;
-
 /// A type of Access: its number, the bytes of a value of fixed length, and a value as its bytes; null when it cannot
 /// hold it.
 struct Type {
@@ -32,13 +30,13 @@ std::optional<QByteArray> FlagBytes(const QVariant& value) {
 std::optional<QByteArray> LongBytes(const QVariant& value) {
     bool isNumber = false;
     const qint32 number = mod_ovTools::ToText(value).toInt(&isNumber);
-    return isNumber ? std::optional(Raw(number)) : std::nullopt;
+    return isNumber ? std::optional(RawBytes(number)) : std::nullopt;
 }
 
 std::optional<QByteArray> DoubleBytes(const QVariant& value) {
     bool isNumber = false;
     const double number = mod_ovTools::ToText(value).toDouble(&isNumber);
-    return isNumber ? std::optional(Raw(number)) : std::nullopt;
+    return isNumber ? std::optional(RawBytes(number)) : std::nullopt;
 }
 
 /// Days since 30 December 1899, with their fraction.
@@ -48,7 +46,7 @@ std::optional<QByteArray> DayBytes(const QVariant& value) {
     }
     constexpr double SecondsOfDay = 86400;
     const QDateTime start(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC);
-    return Raw(static_cast<double>(start.secsTo(value.toDateTime())) / SecondsOfDay);
+    return RawBytes(static_cast<double>(start.secsTo(value.toDateTime())) / SecondsOfDay);
 }
 
 std::optional<QByteArray> TextBytes(const QVariant& value) {

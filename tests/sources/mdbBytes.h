@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/sources/rawBytes.h"
+
 #include <QByteArray>
 #include <QtEndian>
 #include <QVector>
@@ -12,16 +14,10 @@ namespace mdbBytes {
 
 constexpr qsizetype PageSize = 4096;
 
-template<class Number>
-QByteArray Raw(Number number) {
-    QByteArray bytes(sizeof(Number), '\0');
-    qToLittleEndian(number, bytes.data());
-    return bytes;
-}
 inline QByteArray Utf16(const QString& text) {
     QByteArray bytes;
     for (const QChar character : text) {
-        bytes += Raw(character.unicode());
+        bytes += RawBytes(character.unicode());
     }
     return bytes;
 }
@@ -38,7 +34,7 @@ struct Column {
 
 /// A value of a calculated column: behind a head that tells its length.
 inline QByteArray Calculated(const QByteArray& value) {
-    return QByteArray(16, '\x5a') + Raw(static_cast<qint32>(value.size())) + value + QByteArray(3, '\0');
+    return QByteArray(16, '\x5a') + RawBytes(static_cast<qint32>(value.size())) + value + QByteArray(3, '\0');
 }
 
 /// A value as its bytes; a null byte array is Null.
@@ -88,12 +84,12 @@ inline QByteArray RowBytes(const Table& table, const Row& values) {
         }
     }
     const auto before = static_cast<quint16>(2 + fixed.size());
-    QByteArray row = Raw(static_cast<quint16>(table.columns.size())) + fixed + variable;
-    row += Raw(static_cast<quint16>(before + variable.size()));
+    QByteArray row = RawBytes(static_cast<quint16>(table.columns.size())) + fixed + variable;
+    row += RawBytes(static_cast<quint16>(before + variable.size()));
     for (const quint16 start : std::as_const(starts)) {
-        row += Raw(static_cast<quint16>(before + start));
+        row += RawBytes(static_cast<quint16>(before + start));
     }
-    return row + Raw(static_cast<quint16>(starts.size())) + present;
+    return row + RawBytes(static_cast<quint16>(starts.size())) + present;
 }
 
 /// The page that defines a table, whose usage map is that row of page 1.
@@ -128,7 +124,7 @@ inline QByteArray DefinitionPage(const Table& table, int mapRow) {
         qToLittleEndian(static_cast<quint16>(isFixed ? definition.length : 100), entry.data() + 23);
         fixed = static_cast<quint16>(fixed + definition.length);
         page += entry;
-        names += Raw(static_cast<quint16>(2 * definition.name.size())) + Utf16(definition.name);
+        names += RawBytes(static_cast<quint16>(2 * definition.name.size())) + Utf16(definition.name);
     }
     qToLittleEndian(variables, page.data() + 43);
     page += names;
@@ -211,8 +207,8 @@ inline QByteArray Database(const QVector<Table>& tables, const QVector<QByteArra
     for (int index = 0; index < tables.size(); ++index) {
         const Table& table = tables.at(index);
         const int definition = 4 + 2 * index;
-        objects.rows.append({Raw(definition), Raw(static_cast<qint16>(table.objectType)), Raw(table.flags),
-                             Utf16(table.name), QByteArray()});
+        objects.rows.append({RawBytes(definition), RawBytes(static_cast<qint16>(table.objectType)),
+                             RawBytes(table.flags), Utf16(table.name), QByteArray()});
         const auto owner = static_cast<quint32>(definition);
         QVector<int> numbers{definition + 1};
         const QVector<QVector<QByteArray>> paged = Paged(table);
@@ -235,8 +231,8 @@ inline QByteArray Database(const QVector<Table>& tables, const QVector<QByteArra
 /// the place of the next one.
 enum class Kept : quint32 { Inline = 0x80000000, OneRow = 0x40000000, Chain = 0 };
 inline QByteArray LongValue(Kept kept, int length, quint32 pageAndRow, const QByteArray& inlineValue = {}) {
-    return Raw(static_cast<quint32>(kept) | static_cast<quint32>(length)) + Raw(pageAndRow) + Raw(quint32(0)) +
-           inlineValue;
+    return RawBytes(static_cast<quint32>(kept) | static_cast<quint32>(length)) + RawBytes(pageAndRow) +
+           RawBytes(quint32(0)) + inlineValue;
 }
 /// Where a row of the page of long values is, in a database of so many tables.
 inline quint32 LongValueRow(int tables, int row) { return static_cast<quint32>((4 + 2 * tables) << 8 | row); }

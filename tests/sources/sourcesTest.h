@@ -32,7 +32,7 @@ inline QString Values(Engine& engine, const QString& query) {
 
 /// The message of the `ImportError` that an operation raises; a text that says so when it raises none.
 template<class Work>
-QString ErrorOf(const Work& work) {
+QString ErrorTextOf(const Work& work) {
     try {
         work();
     } catch (const ImportError& error) {

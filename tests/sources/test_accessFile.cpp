@@ -9,7 +9,12 @@
 #include <QTemporaryDir>
 
 using namespace sourcesTest;
-using namespace mdbBytes;
+using mdbBytes::Calculated;
+using mdbBytes::Database;
+using mdbBytes::Kept;
+using mdbBytes::LongValue;
+using mdbBytes::LongValueRow;
+using mdbBytes::Utf16;
 
 /// An Access file is a database.
 class AccessFileTest : public QObject {
@@ -27,17 +32,19 @@ private:
     }
 
     /// Two rows of a code and an amount, in a table and columns with blanks in their names.
-    static Table Articles() {
-        return {"Anagrafica Articoli",
-                {{"Codice Art", 10, 0}, {"Prezzo", 5, 8}},
-                {{Utf16("00120"), Raw(qint64(12345))}, {Utf16(QString::fromUtf8("Città€")), Raw(qint64(-5))}}};
+    static mdbBytes::Table Articles() {
+        return {
+            "Anagrafica Articoli",
+            {{"Codice Art", 10, 0}, {"Prezzo", 5, 8}},
+            {{Utf16("00120"), RawBytes(qint64(12345))}, {Utf16(QString::fromUtf8("Città€")), RawBytes(qint64(-5))}}};
     }
 
     /// The only value of a table of one column, or the error of reading it.
-    QString ValueOf(const Column& column, const QByteArray& value, const QVector<QByteArray>& longValues = {}) const {
-        const Table table{"t", {column, {"n", 4, 4}}, {{value, Raw(7)}}};
+    QString ValueOf(const mdbBytes::Column& column, const QByteArray& value,
+                    const QVector<QByteArray>& longValues = {}) const {
+        const mdbBytes::Table table{"t", {column, {"n", 4, 4}}, {{value, RawBytes(7)}}};
         QString text;
-        const QString error = ErrorOf([&] {
+        const QString error = ErrorTextOf([&] {
             const auto engine = Open(Database({table}, longValues));
             const auto cursor = engine->Query("SELECT * FROM t");
             text = !cursor->Next()                   ? "no row"
@@ -71,10 +78,10 @@ private slots:
     }
 
     void ReadsRowsOfSeveralPages() {
-        Table table{"t", {{"n", 4, 4}, {"c", 10, 0}}, {}};
+        mdbBytes::Table table{"t", {{"n", 4, 4}, {"c", 10, 0}}, {}};
         constexpr int Rows = 400;
         for (int row = 1; row <= Rows; ++row) {
-            table.rows.append({Raw(row), Utf16(QString(40, 'x'))});
+            table.rows.append({RawBytes(row), Utf16(QString(40, 'x'))});
         }
         const auto engine = Open(Database({Articles(), table, Articles()}));
         QCOMPARE(Value(*engine, "SELECT COUNT(DISTINCT n) FROM t"), QVariant(Rows));
@@ -82,26 +89,26 @@ private slots:
     }
 
     void ReadsEveryType_data() {
-        Columns<Column, QByteArray, QString>("column", "value", "expected");
-        const auto row = [](const char* name, const Column& column, const QByteArray& value, const QString& expected) {
-            ::Row(name, column, value, expected);
-        };
+        Columns<mdbBytes::Column, QByteArray, QString>("column", "value", "expected");
+        const auto row = [](const char* name, const mdbBytes::Column& column, const QByteArray& value,
+                            const QString& expected) { Row(name, column, value, expected); };
         const auto decimal = [](int sign, const char* hexadecimal) -> QByteArray {
-            return Raw(static_cast<qint8>(sign)) + QByteArray::fromHex(hexadecimal);
+            return RawBytes(static_cast<qint8>(sign)) + QByteArray::fromHex(hexadecimal);
         };
         row("yes", {"c", 1, 0}, "", "true");
         row("no", {"c", 1, 0}, {}, "false");
         row("byte", {"c", 2, 1}, "\xff", "255");
-        row("integer", {"c", 3, 2}, Raw(qint16(-2)), "-2");
+        row("integer", {"c", 3, 2}, RawBytes(qint16(-2)), "-2");
         row("Null integer", {"c", 3, 2}, {}, "NULL");
-        row("currency", {"c", 5, 8}, Raw(qint64(-12345678)), "-1234.5678");
-        row("currency of many digits", {"c", 5, 8}, Raw(std::numeric_limits<qint64>::max()), "922337203685477.5807");
-        row("least currency", {"c", 5, 8}, Raw(std::numeric_limits<qint64>::min()), "-922337203685477.5808");
-        row("single", {"c", 6, 4}, Raw(0.1F), "0.1");
-        row("double", {"c", 7, 8}, Raw(1234.56), "1234.56");
-        row("moment", {"c", 8, 8}, Raw(45356.43090277778), "2024-03-05 10:20:30");
-        row("moment near midnight", {"c", 8, 8}, Raw(45356.9999999), "2024-03-06 00:00:00");
-        row("day before the first", {"c", 8, 8}, Raw(-1.25), "1899-12-29 06:00:00");
+        row("currency", {"c", 5, 8}, RawBytes(qint64(-12345678)), "-1234.5678");
+        row("currency of many digits", {"c", 5, 8}, RawBytes(std::numeric_limits<qint64>::max()),
+            "922337203685477.5807");
+        row("least currency", {"c", 5, 8}, RawBytes(std::numeric_limits<qint64>::min()), "-922337203685477.5808");
+        row("single", {"c", 6, 4}, RawBytes(0.1F), "0.1");
+        row("double", {"c", 7, 8}, RawBytes(1234.56), "1234.56");
+        row("moment", {"c", 8, 8}, RawBytes(45356.43090277778), "2024-03-05 10:20:30");
+        row("moment near midnight", {"c", 8, 8}, RawBytes(45356.9999999), "2024-03-06 00:00:00");
+        row("day before the first", {"c", 8, 8}, RawBytes(-1.25), "1899-12-29 06:00:00");
         row("binary", {"c", 9, 0}, QByteArray("\0\xff", 2), "00ff");
         row("text", {"c", 10, 0}, Utf16(" 007 "), " 007 ");
         row("compressed text", {"c", 10, 0},
@@ -117,35 +124,35 @@ private slots:
         row("negative decimal", {"c", 16, 17, 18, 4}, decimal(-128, "00000000000000000000000040e20100"), "-12.3456");
         row("decimal of 28 digits", {"c", 16, 17, 28, 4}, decimal(0, "000000005ece4f206102253effffff0f"),
             "999999999999999999999999.9999");
-        row("no date", {"c", 8, 8}, Raw(4e6),
+        row("no date", {"c", 8, 8}, RawBytes(4e6),
             "file 'Dati.MDB', tabella 't', riga 1, colonna 'c': il valore 4e+06 non è una data");
-        row("big integer", {"c", 0x13, 8}, Raw(qint64(9007199254740993)), "9007199254740993");
-        row("calculated number", {"c", 4, 0, 0, 0, true}, Calculated(Raw(12)), "12");
+        row("big integer", {"c", 0x13, 8}, RawBytes(qint64(9007199254740993)), "9007199254740993");
+        row("calculated number", {"c", 4, 0, 0, 0, true}, Calculated(RawBytes(12)), "12");
         row("calculated text", {"c", 10, 0, 0, 0, true}, Calculated(Utf16("Wayne, Bruce")), "Wayne, Bruce");
-        row("calculated date", {"c", 8, 0, 0, 0, true}, Calculated(Raw(45356.5)), "2024-03-05 12:00:00");
+        row("calculated date", {"c", 8, 0, 0, 0, true}, Calculated(RawBytes(45356.5)), "2024-03-05 12:00:00");
         row("calculated yes", {"c", 1, 0, 0, 0, true}, Calculated(QByteArray(1, '\xff')), "true");
         row("calculated, cut", {"c", 4, 0, 0, 0, true}, QByteArray(10, '\0'),
             "file 'Dati.MDB', tabella 't', riga 1, colonna 'c': il valore calcolato non si legge (10 byte)");
     }
     void ReadsEveryType() {
-        QFETCH(const Column, column);
+        QFETCH(const mdbBytes::Column, column);
         QFETCH(const QByteArray, value);
         QTEST(ValueOf(column, value), "expected");
     }
 
     /// A damaged value ends who asks for it; rows that the definition does not announce are read.
     void ReadsWhatIsOdd() {
-        Table odd = Articles();
+        mdbBytes::Table odd = Articles();
         odd.columns[1].length = 4;
         odd.columns.append({"Allegati", 0x12, 4});
-        odd.rows = {{Utf16("A"), Raw(1), Raw(1)}, {Utf16("B"), Raw(1), Raw(1)}};
+        odd.rows = {{Utf16("A"), RawBytes(1), RawBytes(1)}, {Utf16("B"), RawBytes(1), RawBytes(1)}};
         odd.announced = 1;
         QStringList notes;
         ConnectionSettings settings;
         settings.note = [&notes](const QString& note) { notes.append(note); };
         const auto engine = Open(Database({odd}), settings);
         QCOMPARE(Values(*engine, "SELECT [Codice Art] FROM [Anagrafica Articoli]"), QString("A,B"));
-        QVERIFY(Holds(ErrorOf([&] { Value(*engine, "SELECT Prezzo FROM [Anagrafica Articoli]"); }),
+        QVERIFY(Holds(ErrorTextOf([&] { Value(*engine, "SELECT Prezzo FROM [Anagrafica Articoli]"); }),
                       {"riga 1, colonna 'Prezzo'", "4 byte invece di 8"}));
         QVERIFY(Holds(notes.join('\n'), {"VALORE NON LEGGIBILE", "(così 2 volte)", "RIGHE NON ANNUNCIATE",
                                          "annuncia 1 righe, se ne leggono 2", "COLONNA NON LETTA", "'Allegati'"}));
@@ -154,7 +161,7 @@ private slots:
     void ReadsLongValues_data() {
         Columns<int, QByteArray, QStringList>("type", "head", "expected");
         const auto row = [](const char* name, int type, const QByteArray& head, const QStringList& expected) {
-            ::Row(name, type, head, expected);
+            Row(name, type, head, expected);
         };
         const auto place = [](int index) { return LongValueRow(1, index); };
         constexpr int Memo = 12;
@@ -179,16 +186,16 @@ private slots:
         QFETCH(const int, type);
         QFETCH(const QByteArray, head);
         QFETCH(const QStringList, expected);
-        const QVector<QByteArray> longValues{Utf16("Lunga"), Raw(quint32(0)) + Utf16("Fin"),
-                                             Raw(LongValueRow(1, 1)) + Utf16("Catena"),
-                                             Raw(LongValueRow(1, 3)) + QByteArray(500, 'x')};
+        const QVector<QByteArray> longValues{Utf16("Lunga"), RawBytes(quint32(0)) + Utf16("Fin"),
+                                             RawBytes(LongValueRow(1, 1)) + Utf16("Catena"),
+                                             RawBytes(LongValueRow(1, 3)) + QByteArray(500, 'x')};
         QVERIFY(Holds(ValueOf({"c", type, 0}, head, longValues), expected));
     }
 
     void NamesWhatCannotBeRead_data() {
         Columns<QByteArray, QStringList>("bytes", "message");
         const auto row = [](const char* name, const QByteArray& bytes, const QStringList& message) {
-            ::Row(name, bytes, (QStringList{"Dati.MDB"} + message));
+            Row(name, bytes, (QStringList{"Dati.MDB"} + message));
         };
         const QByteArray whole = Database({Articles()});
         const auto changed = [&](qsizetype at, const QByteArray& with) {
@@ -196,13 +203,14 @@ private slots:
         };
         row("other kind of file", QByteArray(9000, 'x'), {"non è un database di Access"});
         row("empty file", "", {"non è un database di Access"});
-        row("cut in the list of tables", whole.left(2 * PageSize + 100), {"danneggiato"});
-        row("encrypted", whole.left(PageSize) + QByteArray(whole.size() - PageSize, '\x5a'), {"danneggiato o cifrato"});
+        row("cut in the list of tables", whole.left(2 * mdbBytes::PageSize + 100), {"danneggiato"});
+        row("encrypted", whole.left(mdbBytes::PageSize) + QByteArray(whole.size() - mdbBytes::PageSize, '\x5a'),
+            {"danneggiato o cifrato"});
         row("version of the future", changed(0x14, "\x63"), {"danneggiato"});
-        row("cut before the rows", whole.left(5 * PageSize), {"Anagrafica Articoli", "2 righe", "leggono 0"});
-        row("definition overwritten", changed(4 * PageSize, QByteArray(PageSize, '\xff')),
+        row("cut before the rows", whole.left(5 * mdbBytes::PageSize), {"Anagrafica Articoli", "2 righe", "leggono 0"});
+        row("definition overwritten", changed(4 * mdbBytes::PageSize, QByteArray(mdbBytes::PageSize, '\xff')),
             {"Anagrafica Articoli", "definizione"});
-        Table other = Articles();
+        mdbBytes::Table other = Articles();
         other.announced = 3;
         row("rows lost", Database({other}), {"Anagrafica Articoli", "3 righe", "leggono 2"});
         other.announced = -1;
@@ -212,16 +220,16 @@ private slots:
     void NamesWhatCannotBeRead() {
         QFETCH(const QByteArray, bytes);
         QFETCH(const QStringList, message);
-        QVERIFY(Holds(ErrorOf([&] { Open(bytes)->Query("SELECT * FROM [Anagrafica Articoli]"); }), message));
+        QVERIFY(Holds(ErrorTextOf([&] { Open(bytes)->Query("SELECT * FROM [Anagrafica Articoli]"); }), message));
     }
 
     void NamesTheFileThatIsNotThere() {
         ConnectionSettings settings;
         settings.databaseName = m_dir->filePath("manca.mdb");
-        QVERIFY(Holds(ErrorOf([&] { sources::OpenFileSource(settings); }), {"manca.mdb", "non esiste"}));
+        QVERIFY(Holds(ErrorTextOf([&] { sources::OpenFileSource(settings); }), {"manca.mdb", "non esiste"}));
         QVERIFY(QDir(m_dir->path()).mkdir("manca.mdb") && QFile::link("/proc/self/mem", m_dir->filePath("Blocco.mdb")));
         settings.databaseName = m_dir->filePath("blocco.mdb");
-        QVERIFY(Holds(ErrorOf([&] { sources::OpenFileSource(settings); }), {"Blocco.mdb"}));
+        QVERIFY(Holds(ErrorTextOf([&] { sources::OpenFileSource(settings); }), {"Blocco.mdb"}));
     }
 
     void ReadsConnectionSettings_data() {

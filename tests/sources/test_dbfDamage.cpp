@@ -22,7 +22,7 @@ private:
     static QString ErrorOfReading(const QByteArray& bytes) {
         const QTemporaryDir dir;
         WriteFile(dir.filePath("Anagrafe.DBF"), bytes);
-        return ErrorOf([&] { OpenFolder(dir.path())->Query("SELECT * FROM anagrafe"); });
+        return ErrorTextOf([&] { OpenFolder(dir.path())->Query("SELECT * FROM anagrafe"); });
     }
 
     /// The first row's memo text, of a table beside a memo file; or the error.
@@ -33,7 +33,8 @@ private:
             WriteFile(dir.filePath("T." + extension), memoFile);
         }
         QString text;
-        const QString error = ErrorOf([&] { text = Value(*OpenFolder(dir.path()), "SELECT note FROM t").toString(); });
+        const QString error =
+            ErrorTextOf([&] { text = Value(*OpenFolder(dir.path()), "SELECT note FROM t").toString(); });
         return error == "no error" ? text : error;
     }
 
@@ -135,7 +136,7 @@ private slots:
         QCOMPARE(rows->Value(1).toString(), QString());
         QVERIFY(rows->Next());
         QCOMPARE(rows->Value(0).toString(), QString("cd"));
-        QVERIFY(Holds(ErrorOf([&] { rows->Value(1); }), {"File 't.dbf', riga 2, colonna 'note'", "t.fpt"}));
+        QVERIFY(Holds(ErrorTextOf([&] { rows->Value(1); }), {"File 't.dbf', riga 2, colonna 'note'", "t.fpt"}));
         QVERIFY2(notes.join('\n').contains("VALORE NON LEGGIBILE: file 't.dbf', riga 2, colonna 'note': manca"),
                  qPrintable(notes.join('\n')));
     }
@@ -185,8 +186,8 @@ private slots:
         settings.codePage.clear();
         QCOMPARE(Value(*OpenFolder(dir.path(), settings), "SELECT nome FROM t").toString(), QString("…ŠX"));
         settings.codePage = "cp0";
-        QVERIFY(
-            Holds(ErrorOf([&] { OpenFolder(dir.path(), settings)->Query("SELECT * FROM t"); }), {"t.dbf", "'cp0'"}));
+        QVERIFY(Holds(ErrorTextOf([&] { OpenFolder(dir.path(), settings)->Query("SELECT * FROM t"); }),
+                      {"t.dbf", "'cp0'"}));
     }
 
     void ReadsNullsAndTextsOfTheirOwnLength() {

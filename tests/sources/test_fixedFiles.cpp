@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(Values(*engine, "SELECT _RIGA FROM TESTE"), QString("2,5"));
         QCOMPARE(Values(*engine, "SELECT QUANTITA FROM RIGHE"), QString("123.45,-123.41"));
         QVERIFY(m_notes.join('\n').contains("riga 1: non è un record: 'Stampa ordini pag.1'"));
-        QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM MANCA"); }), {m_dir->path(), "manca.dat"}));
+        QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM MANCA"); }), {m_dir->path(), "manca.dat"}));
     }
 
     void NamesLinesOfAnotherLength_data() {
@@ -127,7 +127,7 @@ private slots:
         const auto rows = engine->Query("SELECT QUANTITA FROM RIGHE");
         QVERIFY(rows->Next() && rows->Value(0).toInt() == 1);
         QVERIFY(rows->Next());
-        const QString raised = ErrorOf([&] { QCOMPARE(rows->Value(0).toDouble(), 123.45); });
+        const QString raised = ErrorTextOf([&] { QCOMPARE(rows->Value(0).toDouble(), 123.45); });
         QVERIFY(Holds(raised, {error.isEmpty() ? "no error" : "ordini.dat", error}));
         QCOMPARE(m_notes.join('\n').contains("NON LEGGIBILE"), !error.isEmpty());
         QVERIFY(rows->Next() && rows->Value(0).toInt() == 1);

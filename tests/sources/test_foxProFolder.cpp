@@ -52,14 +52,14 @@ private slots:
         QCOMPARE(Value(*engine, "SELECT COUNT(*) FROM anagrafe").toInt(), 2);
         QVERIFY(engine->Columns("destinaz").isEmpty());
         QVERIFY_EXCEPTION_THROWN(engine->Query("SELECT * FROM magart"), SqlError);
-        QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM destinaz"); }), {m_dir->path(), "'destinaz'"}));
+        QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM destinaz"); }), {m_dir->path(), "'destinaz'"}));
     }
 
     void NamesAFolderThatIsNotTheRightOne() {
         WriteTable("magart.dbf", 1);
-        const auto error = ErrorOf([&] { OpenFolder(m_dir->path(), Tables({"anagrafe", "destinaz"})); });
+        const auto error = ErrorTextOf([&] { OpenFolder(m_dir->path(), Tables({"anagrafe", "destinaz"})); });
         QVERIFY(Holds(error, {m_dir->path(), "anagrafe, destinaz"}));
-        QVERIFY(Holds(ErrorOf([&] { OpenFolder(m_dir->filePath("manca")); }), {m_dir->filePath("manca")}));
+        QVERIFY(Holds(ErrorTextOf([&] { OpenFolder(m_dir->filePath("manca")); }), {m_dir->filePath("manca")}));
     }
 
     void ReadsATableWhenItIsNamed() {
@@ -71,7 +71,8 @@ private slots:
         WriteTable("altra.dbf", 1); // tables are those that were there at the opening
         QVERIFY_EXCEPTION_THROWN(engine->Query("SELECT * FROM altra"), SqlError);
         for (int attempt = 0; attempt < 2; ++attempt) {
-            QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM rotta"); }), {"rotta.dbf", "non è una tabella"}));
+            QVERIFY(
+                Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM rotta"); }), {"rotta.dbf", "non è una tabella"}));
         }
         QVERIFY(first->Next());
         QCOMPARE(first->Value(0).toString(), QString("C2"));
@@ -107,7 +108,7 @@ private slots:
         other.Finish();
         QVERIFY(QFile::remove(m_dir->filePath("DATI.DBC")));
         DbfWriter(m_dir->filePath("magart.dbf"), {{"a", 'C', 1}, {"b", 'C', 1}}, {true, 0x03, "DATI"}).Finish();
-        QVERIFY(Holds(ErrorOf([&] { OpenFolder(m_dir->path())->Query("SELECT * FROM magart"); }),
+        QVERIFY(Holds(ErrorTextOf([&] { OpenFolder(m_dir->path())->Query("SELECT * FROM magart"); }),
                       {"DATI.dbc", "1 colonne", "magart.dbf"}));
         QVERIFY(QFile::remove(m_dir->filePath("DATI.dbc")));
         QCOMPARE(OpenFolder(m_dir->path())->Columns("magart").last().name, QString("b"));
@@ -128,14 +129,14 @@ private slots:
         WriteTable("magart.dbf", 1);
         const auto engine = OpenFolder(m_dir->path());
         QCOMPARE(Value(*engine, "SELECT COUNT(*) FROM magart").toInt(), 1);
-        QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM anagrafe"); }), {"anagrafe.dbf", "Anagrafe.DBF"}));
+        QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM anagrafe"); }), {"anagrafe.dbf", "Anagrafe.DBF"}));
     }
 
     void NamesAFileThatCannotBeRead() {
         // Readable by its name, but not by its bytes: what a failing disk or a lock gives.
         QVERIFY(QFile::link("/proc/self/mem", m_dir->filePath("anagrafe.dbf")));
         const auto engine = OpenFolder(m_dir->path());
-        QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM anagrafe"); }), {"anagrafe.dbf", "non si legge"}));
+        QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM anagrafe"); }), {"anagrafe.dbf", "non si legge"}));
     }
 
     void ReadsConnectionStrings_data() {

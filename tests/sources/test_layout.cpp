@@ -186,7 +186,7 @@ private slots:
     void WhatCannotBeSaidIsAnError() {
         QFETCH(const QString, query);
         QFETCH(const QStringList, told);
-        QVERIFY(Holds(ErrorOf([&] { m_source.ExecuteWC(query); }), told));
+        QVERIFY(Holds(ErrorTextOf([&] { m_source.ExecuteWC(query); }), told));
     }
 
     void TheSourceIsDescribedInLogicalNames() {

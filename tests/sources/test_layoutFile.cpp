@@ -66,7 +66,7 @@ private slots:
         QFETCH(const QByteArray, bytes);
         QFETCH(QStringList, told);
         told.append("Una-prova- 1.ini");
-        QVERIFY(Holds(ErrorOf([&] { LayoutFile::Read(Write(bytes)); }), told));
+        QVERIFY(Holds(ErrorTextOf([&] { LayoutFile::Read(Write(bytes)); }), told));
     }
 
     void IsNothingWithoutAFile() { QVERIFY(!LayoutFile::Read(m_dir.filePath("manca.ini"))); }

@@ -5,8 +5,6 @@
 
 #include <QTemporaryDir>
 
-using namespace sources;
-
 /// Tables that are written for people and come back from them.
 class TestTableFile : public QObject {
     Q_OBJECT
@@ -33,12 +31,12 @@ void TestTableFile::ComesBackAsItWas() {
     QFETCH(QString, name);
     const QString path = m_folder.filePath(name);
     const QStringList columns{"Codice", "Note; \"altro\"", "Valore", "Data", "Vuota"};
-    const auto file = TableWriter::Create(path, "Scarti: [1]", columns);
+    const auto file = sources::TableWriter::Create(path, "Scarti: [1]", columns);
     file->AddRow({"00012", "=1+1\r\nè, \"qui\"\t;", 12.5, QDate(2026, 3, 5), QVariant()});
     file->AddRow({"", "", QVariant(), QVariant(), QVariant()});
     file->AddRow({" x ", "-", 12345678901234567LL, -3, true});
     file->Close();
-    const TableOfFile table = ReadTable(path);
+    const sources::TableOfFile table = sources::ReadTable(path);
     QCOMPARE(table.columns, columns);
     QCOMPARE(table.rows.size(), 2U);
     QCOMPARE(table.rows[0].values, QStringList({"00012", "=1+1\r\nè, \"qui\"\t;", "12.5", "2026-03-05", ""}));
@@ -60,7 +58,7 @@ void TestTableFile::WritesOverItsOwnAlone() {
     const QString path = m_folder.filePath("there.csv");
     WriteFile(path, bytes);
     try {
-        TableWriter::Create(path, "x", {"A", "B"})->Close();
+        sources::TableWriter::Create(path, "x", {"A", "B"})->Close();
         QVERIFY(isWritten);
     } catch (const ImportError& error) {
         QVERIFY2(!isWritten && error.Message().contains(path), qPrintable(error.Message()));
@@ -86,7 +84,7 @@ void TestTableFile::WhatPeopleMakeOfIt() {
     WriteFile(path, bytes);
     QStringList rows;
     try {
-        for (const auto& row : ReadTable(path).rows) {
+        for (const auto& row : sources::ReadTable(path).rows) {
             rows.append(QString::number(row.number) + u':' + row.values.join(u'|'));
         }
     } catch (const ImportError& error) {

@@ -96,7 +96,7 @@ private slots:
         const auto engine = Open();
         // Asked twice: half a table is never read.
         for (int time = 0; time < 2; ++time) {
-            QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM dati"); }),
+            QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM dati"); }),
                           QStringList(m_dir->filePath("dati.csv")) + named));
         }
         QCOMPARE(Value(*engine, "SELECT a FROM buoni").toString(), QString("1"));
@@ -124,7 +124,7 @@ private slots:
         QVERIFY(rows->Next());
         QCOMPARE(rows->Value(0).toString(), QString("2"));
         QVERIFY(rows->Next());
-        QVERIFY(Holds(ErrorOf([&] { rows->Value(0); }), QStringList(m_dir->filePath("dati.csv")) + named));
+        QVERIFY(Holds(ErrorTextOf([&] { rows->Value(0); }), QStringList(m_dir->filePath("dati.csv")) + named));
         QVERIFY(rows->Next());
         QCOMPARE(rows->Value(0).toString(), QString("5"));
         QVERIFY2(m_notes.join('\n').contains("NON LEGGIBILE: file '"), qPrintable(m_notes.join('\n')));
@@ -201,7 +201,7 @@ private slots:
         settings.tables = QStringList{"Clienti.csv"};
         const auto engine = Open(settings);
         QCOMPARE(Value(*engine, "SELECT a FROM [clienti.csv]").toString(), QString("1"));
-        QVERIFY(Holds(ErrorOf([&] { Open()->Query("SELECT * FROM clienti"); }), {"Clienti.csv", "Clienti.txt"}));
+        QVERIFY(Holds(ErrorTextOf([&] { Open()->Query("SELECT * FROM clienti"); }), {"Clienti.csv", "Clienti.txt"}));
     }
 };
 

@@ -124,7 +124,7 @@ private slots:
         const auto cursor = engine->Query("SELECT TRIM(Esito) AS Esito, Codice FROM Articoli");
         QVERIFY(cursor->Next());
         QCOMPARE(cursor->Value(1).toString(), QString("00120"));
-        QVERIFY(Holds(ErrorOf([&] { cursor->Value(0); }),
+        QVERIFY(Holds(ErrorTextOf([&] { cursor->Value(0); }),
                       {"xlsxwriter.xlsx', foglio 'Articoli', riga 2, colonna 'Esito'", "#N/A"}));
         QVERIFY(cursor->Next());
         QCOMPARE(cursor->Value(0).toString(), QString("due\nrighe"));
@@ -147,7 +147,7 @@ private slots:
         QFETCH(const bool, refused);
         const auto engine = Open(Folder + "xlsxwriter.xlsx");
         engine->Columns("Articoli");
-        const QString error = ErrorOf([&] { engine->Query(QTest::currentDataTag()); });
+        const QString error = ErrorTextOf([&] { engine->Query(QTest::currentDataTag()); });
         QVERIFY2(refused ? Holds(error, {"foglio 'Articoli', riga 2, colonna 'Esito'", "#N/A", "non si leggono: 1"})
                          : error == "no error",
                  qPrintable(error));
@@ -164,7 +164,7 @@ private slots:
         ConnectionSettings settings;
         settings.connectionString = text.arg(Folder + "XLWT.XLS");
         QCOMPARE(Value(*sources::OpenFileSource(settings), "SELECT uno FROM lettere").toString(), QString());
-        QVERIFY(Holds(ErrorOf([] {
+        QVERIFY(Holds(ErrorTextOf([] {
                           ConnectionSettings missing;
                           missing.connectionString = "Data Source=/niente/a.xlsx";
                           sources::OpenFileSource(missing);
@@ -188,10 +188,10 @@ private slots:
 
     void RefusesWhatIsNotThere() {
         const auto engine = Open(Folder + "xlwt.xls", {{"T", "Clienti"}, {"U", "#3"}, {"V", "Articoli", 4}});
-        QVERIFY(Holds(ErrorOf([&] { engine->Query("SELECT * FROM T"); }),
+        QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM T"); }),
                       {"xlwt.xls': non ha il foglio 'Clienti'; ha: 'Articoli', 'Lettere'"}));
-        QVERIFY(ErrorOf([&] { engine->Query("SELECT * FROM U"); }).contains("foglio '#3'"));
-        QVERIFY(ErrorOf([&] { engine->Query("SELECT * FROM V"); }).contains("la riga 4, che deve avere i nomi"));
+        QVERIFY(ErrorTextOf([&] { engine->Query("SELECT * FROM U"); }).contains("foglio '#3'"));
+        QVERIFY(ErrorTextOf([&] { engine->Query("SELECT * FROM V"); }).contains("la riga 4, che deve avere i nomi"));
     }
 
     void ReadsDatesFrom1904AndRepeatedNames() {
@@ -226,7 +226,7 @@ private slots:
         const auto label = [](int row, int column, const char* value) {
             return Record(0x204, Words({row, column, 0, static_cast<int>(strlen(value))}) + value);
         };
-        const QByteArray number = Record(0x203, Words({1, 1, 0}) + Raw(0.5));
+        const QByteArray number = Record(0x203, Words({1, 1, 0}) + RawBytes(0.5));
         const QByteArray header = label(0, 0, "a") + label(0, 1, "b");
         Row("formula without its text", header + text + number, "a,b", "2|!aprirlo con Excel e salvarlo|0.5");
         Row("shared formula",
@@ -291,13 +291,14 @@ private slots:
         using namespace xlsBytes;
         QFETCH(const quint16, page);
         QFETCH(const QByteArray, town);
-        const QByteArray sheet =
-            Record(0x809, Words({0x500, 0x10, 0, 0})) + Record(0x204, Words({0, 0, 0, 5}) + "Paese") +
-            Record(0x204, Words({0, 1, 0, 1}) + "N") +
-            Record(0x204, Words({1, 0, 0, static_cast<int>(town.size())}) + town) +
-            Record(0x27e, Words({1, 1, 1}) + Raw(quint32(120 << 2 | 2))) + Record(0x203, Words({2, 1, 0}) + Raw(0.5)) +
-            Record(0x06, Words({3, 1, 0}) + Words({0, 0, 0, 0xffff}) + QByteArray(6, '\0')) +
-            Record(0x207, Words({5}) + town) + Record(0x0a, {});
+        const QByteArray sheet = Record(0x809, Words({0x500, 0x10, 0, 0})) +
+                                 Record(0x204, Words({0, 0, 0, 5}) + "Paese") +
+                                 Record(0x204, Words({0, 1, 0, 1}) + "N") +
+                                 Record(0x204, Words({1, 0, 0, static_cast<int>(town.size())}) + town) +
+                                 Record(0x27e, Words({1, 1, 1}) + RawBytes(quint32(120 << 2 | 2))) +
+                                 Record(0x203, Words({2, 1, 0}) + RawBytes(0.5)) +
+                                 Record(0x06, Words({3, 1, 0}) + Words({0, 0, 0, 0xffff}) + QByteArray(6, '\0')) +
+                                 Record(0x207, Words({5}) + town) + Record(0x0a, {});
         const QTemporaryDir folder;
         WriteFile(folder.filePath("a.xls"), Workbook("Book", page, "Foglio1", sheet));
         const auto engine = Open(folder.filePath("a.xls"));
@@ -407,7 +408,7 @@ private slots:
         QFETCH(const QString, cause);
         const QTemporaryDir folder;
         WriteFile(folder.filePath("Listino.xls"), content);
-        const QString message = ErrorOf([&] { Open(folder.filePath("listino.XLS"))->Query("SELECT * FROM [#1]"); });
+        const QString message = ErrorTextOf([&] { Open(folder.filePath("listino.XLS"))->Query("SELECT * FROM [#1]"); });
         QVERIFY(Holds(message, {"Listino.xls'", cause}));
     }
 

@@ -1,4 +1,5 @@
 #include "sql/mod_ovTools.h"
+#include "tests/sql/localeSeparators.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -6,13 +7,10 @@
 
 #include <limits>
 
+using namespace localeSeparators;
 using namespace mod_ovTools;
 
 namespace {
-
-const LocaleSeparators Italian{",", "."};
-const LocaleSeparators English{".", ","};
-const LocaleSeparators French{",", QString::fromUtf8("\xe2\x80\xaf")}; // a narrow blank
 
 const QVector<Provider> Providers{Provider::SqlServer, Provider::Access, Provider::Sybase,       Provider::MySql,
                                   Provider::Oracle,    Provider(5),      Provider::VisualFoxPro, Provider(7)};

@@ -1,4 +1,5 @@
 #include "sql/mod_ovTools.h"
+#include "tests/sql/localeSeparators.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -7,15 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace localeSeparators;
 using namespace mod_ovTools;
-
-namespace {
-
-const LocaleSeparators Italian{",", "."};
-const LocaleSeparators English{".", ","};
-const LocaleSeparators French{",", QString::fromUtf8("\xe2\x80\xaf")}; // a narrow blank
-
-} // namespace
 
 class TestOvTools : public QObject {
     Q_OBJECT

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "adapters/registry.h"
+
+inline const contract::Origin& Gescom() { return *registry::Find("Gescom"); }
