@@ -1,5 +1,6 @@
 #include "app/mergeButton.h"
 
+#include "app/history/Recorder.h"
 #include "app/mergeText.h"
 
 namespace modMain {
@@ -7,13 +8,15 @@ namespace modMain {
 namespace {
 
 const QString Title = QStringLiteral("Fusione Controparti");
+const QString MergeModule = QStringLiteral("modMain");
+const QString MergeName = QStringLiteral("FusioneControparti");
 const QString MergeOrigin = QStringLiteral("Kordel NetSuite");
 
 /// A merge as one account: a counterparty of the source is a source row; one that the destination has is left out.
 RunResult AccountOf(const Session& session, const MergeResult& merge, qint64 errorsBefore, double seconds) {
     RunResult account;
-    account.module = QStringLiteral("modMain");
-    account.procedure = QStringLiteral("FusioneControparti");
+    account.module = MergeModule;
+    account.procedure = MergeName;
     account.outcome = merge.outcome;
     account.sourceRows = merge.matches.size();
     for (const MergeMatch& match : merge.matches.first(merge.merged)) {
@@ -107,25 +110,37 @@ MergeResult MergeAsked(Session& session) {
     return merge;
 }
 
-void AskAndMerge(Session& session, const QString& /*singleCode*/, bool /*reset*/) {
+/// Does a merge, and tells who keeps what procedures do. @return its account
+RunResult Kept(Session& session, const std::function<MergeResult()>& merge) {
     const qint64 errorsBefore = session.Errors.Count();
-    const QDateTime start = QDateTime::currentDateTime();
-    const MergeResult merge = MergeAsked(session);
-    const double seconds = static_cast<double>(start.msecsTo(QDateTime::currentDateTime())) / 1000;
-    RunResult account = AccountOf(session, merge, errorsBefore, seconds);
-    if (merge.merged > 0) {
-        account.details = MatchCounts(merge);
-        account.details.append(QStringLiteral("Riferimenti aggiornati: %1").arg(merge.referencesUpdated));
+    const double start = session.Person.WorkedSeconds();
+    if (session.Observer != nullptr) {
+        session.Observer->ProcedureBegins(MergeModule, MergeName);
+    }
+    const MergeResult merged = merge();
+    RunResult account = AccountOf(session, merged, errorsBefore, session.Person.WorkedSeconds() - start);
+    if (merged.merged > 0) {
+        account.details = MatchCounts(merged);
+        account.details.append(QStringLiteral("Riferimenti aggiornati: %1").arg(merged.referencesUpdated));
+        account.details.append(
+            QStringLiteral("Fusione di %1 in %2").arg(CompanyText(merged.from), CompanyText(merged.to)));
         account.details.append("Log della fusione: " + MergeLogFile(session));
         account.logFile = MergeLogFile(session);
     }
-    session.Results.append(account);
+    if (session.Observer != nullptr) {
+        session.Observer->ProcedureEnds(account);
+    }
+    return account;
+}
+
+void AskAndMerge(Session& session, const QString& /*singleCode*/, bool /*reset*/) {
+    session.Results.append(Kept(session, [&session] { return MergeAsked(session); }));
 }
 
 contract::Procedure MergeProcedure() {
     contract::Procedure merge;
     merge.button = contract::Button::Disegni;
-    merge.name = QStringLiteral("FusioneControparti");
+    merge.name = MergeName;
     merge.run = AskAndMerge;
     merge.confirmation = QStringLiteral("Fondere le Controparti di due Aziende?");
     merge.asks = {{QStringLiteral("Codice Azienda di Partenza:"), contract::AnswerKind::Text},
@@ -143,6 +158,20 @@ const std::vector<contract::Procedure>& ProgramProcedures(const contract::Origin
     static const std::vector<contract::Procedure> none;
     static const std::vector<contract::Procedure> merge{MergeProcedure()};
     return origin.name == MergeOrigin ? merge : none;
+}
+
+MergeResult MergeAndKeep(Session& session, const QString& from, const QString& to, bool updateReferences, bool again) {
+    MergeResult merged;
+    history::Recorder recorder(session,
+                               {.work = QStringLiteral("fusione delle controparti di %1 in quelle di %2").arg(from, to),
+                                .company = to,
+                                .options = {updateReferences ? QStringLiteral("Riferimenti: si aggiornano")
+                                                             : QStringLiteral("Riferimenti: restano come sono")}});
+    Kept(session, [&] {
+        FusioneControparti(session, from, to, updateReferences, &merged, again);
+        return merged;
+    });
+    return merged;
 }
 
 } // namespace modMain

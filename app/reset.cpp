@@ -1,6 +1,7 @@
 #include "app/reset.h"
 
 #include "app/CompanyLock.h"
+#include "app/emptying.h"
 #include "core/runEnding.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -178,19 +179,22 @@ bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& 
 }
 
 EmptyingResult ResetDatabase(Session& session, const ResetOptions& options) {
-    EmptyingResult result;
-    try {
-        // The tables of the system are those of every company.
-        const QStringList companies =
-            options.SystemTable ? AllCompanies(session) : QStringList(session.UserManager.Azienda());
-        const CompanyLock lock(session, companies, QStringLiteral("reset del database"));
+    EmptyingWork work{.companies = {session.UserManager.Azienda()},
+                      .name = QStringLiteral("reset del database"),
+                      .module = QStringLiteral("frmImport"),
+                      .procedure = QStringLiteral("cmdReset_Click")};
+    if (options.SystemTable) { // the tables of the system are those of every company
+        work.companies = AllCompanies(session);
+    }
+    for (const ResetChoice& choice : ResetChoices()) {
+        if (options.*choice.option) {
+            work.options.append(choice.caption);
+        }
+    }
+    return EmptyAndKeep(session, work, [&](EmptyingResult& result) {
         EmptyGroups(session, options, result);
         if (result.outcome == RunResult::Outcome::Done) {
             session.Person.Message(QStringLiteral("Reset Database eseguito con successo!"));
         }
-    } catch (...) {
-        result.outcome = RunResult::Outcome::Failed;
-        session.Errors.Monitoring(QStringLiteral("frmImport"), QStringLiteral("cmdReset_Click"));
-    }
-    return result;
+    });
 }

@@ -1,6 +1,6 @@
 #include "app/truncation.h"
 
-#include "app/CompanyLock.h"
+#include "app/emptying.h"
 #include "sql/mod_ovTools.h"
 
 namespace modImport {
@@ -55,15 +55,12 @@ const QStringList& TruncatedTables() {
 }
 
 EmptyingResult TruncateDatabase(Session& session) {
-    EmptyingResult result;
-    try {
-        const CompanyLock lock(session, {session.UserManager.Azienda()}, QStringLiteral("svuotamento delle tabelle"));
-        TruncateAll(session, result);
-    } catch (...) {
-        result.outcome = RunResult::Outcome::Failed;
-        session.Errors.Monitoring(QStringLiteral("modImport"), QStringLiteral("TruncateDatabase"));
-    }
-    return result;
+    return EmptyAndKeep(session,
+                        {.companies = {session.UserManager.Azienda()},
+                         .name = QStringLiteral("svuotamento delle tabelle"),
+                         .module = QStringLiteral("modImport"),
+                         .procedure = QStringLiteral("TruncateDatabase")},
+                        [&session](EmptyingResult& result) { TruncateAll(session, result); });
 }
 
 } // namespace modImport

@@ -1,5 +1,5 @@
-#include "app/codes/apply.h"
 #include "app/codes/codeFile.h"
+#include "app/codes/preview.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
 #include "app/resultText.h"
@@ -22,7 +22,7 @@ using namespace codes;
 
 QString RowsText(const Code& code) {
     if (!code.waiting) {
-        return QStringLiteral("righe in attesa: non si sa");
+        return QStringLiteral("righe in attesa: nessuna esecuzione conservata di quest'azienda lo ha incontrato");
     }
     const QString first =
         code.waiting->first.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(code.waiting->first.join(u';'));
@@ -110,6 +110,21 @@ Report SavedReport(const Saved& saved) {
         {{"changed", saved.changed}, {"unchanged", saved.unchanged}, {"made", QJsonArray::fromStringList(saved.made)}}};
 }
 
+/// The codes of Quadrix that a list takes.
+Report Values(Worklist& worklist, const QCommandLineParser& options) {
+    RequireAll(options, {"table", "field"});
+    const CodeList& list = worklist.ListOf(options.value("table"), options.value("field"));
+    QStringList lines{QStringLiteral("%1, va in %2: %3").arg(list.Name(), FeedsText(list), KindText(list))};
+    QJsonArray array;
+    if (const TargetCodes* choices = worklist.ChoicesOf(list)) {
+        for (const TargetCode& each : choices->All()) {
+            lines.append(QStringLiteral("    '%1' %2").arg(each.code, each.description));
+            array.append(QJsonObject{{"code", each.code}, {"description", each.description}});
+        }
+    }
+    return {ExitDone, lines.join(u'\n'), {{"values", array}, {"size", list.size}}};
+}
+
 Report Set(Worklist& worklist, const QCommandLineParser& options) {
     RequireAll(options, {"table", "field", "old"});
     if (!options.isSet("new")) {
@@ -146,30 +161,64 @@ Report Import(Worklist& worklist, const QCommandLineParser& options) {
     return report;
 }
 
+QJsonObject Json(const CellChange& cell) {
+    return {{"table", cell.table},
+            {"row", cell.row},
+            {"column", cell.column},
+            {"before", cell.before},
+            {"after", cell.after}};
+}
+
+/// What applying would change, cell by cell.
+void AddPreview(Report& report, QStringList& lines, const Preview& preview) {
+    QJsonArray cells;
+    for (const CellChange& cell : preview.cells) {
+        cells.append(Json(cell));
+        lines.append(QStringLiteral("    ") + CellText(cell));
+    }
+    lines.append(preview.Text());
+    lines.append("Era una prova: il database è rimasto com'era.");
+    report.json["cells"] = cells;
+}
+
+FlowOutcome RepeatAll(Session& session, const std::vector<RowsToRepeat>& all) {
+    auto outcome = FlowOutcome::Done;
+    for (auto rows = all.begin(); rows != all.end() && outcome == FlowOutcome::Done; ++rows) {
+        outcome = Repeat(session, *rows);
+    }
+    return outcome;
+}
+
 Report Apply(Worklist& worklist, const QCommandLineParser& options) {
     Session& session = worklist.GetSession();
-    const bool dryRun = options.isSet("dry-run");
+    const std::vector<RowsToRepeat> all = FindRowsToRepeat(worklist);
+    if (all.empty()) {
+        return {ExitDone,
+                "Nessuna riga importata attende codici tradotti nel frattempo.",
+                {{"rowsRepeated", 0}, {"dryRun", options.isSet("dry-run")}}};
+    }
     QStringList lines;
     qint64 rows = 0;
-    auto outcome = FlowOutcome::Done;
-    for (const RowsToRepeat& each : FindRowsToRepeat(worklist)) {
-        if (outcome == FlowOutcome::Done) {
-            lines += each.Lines(worklist);
-            rows += each.Count();
-            outcome = Repeat(session, each, dryRun);
-        }
+    for (const RowsToRepeat& each : all) {
+        lines += each.Lines(worklist);
+        rows += each.Count();
     }
+    Preview preview;
+    const bool dryRun = options.isSet("dry-run");
+    if (dryRun) {
+        preview = PreviewOf(session, all);
+    } else {
+        preview.outcome = RepeatAll(session, all);
+    }
+    const RunResult total = Total(session.Results);
+    Report report{preview.IsWhole() ? ExitCodeOf(EndingOf(total)) : ExitFailed, {}, ResultJson(total)};
     for (const RunResult& result : session.Results) {
         lines += ResultLines(result);
     }
-    if (rows == 0) {
-        lines.append("Nessuna riga importata attende codici tradotti nel frattempo.");
-    } else if (dryRun) {
-        lines.append("Era una prova: il database è rimasto com'era.");
+    if (dryRun) {
+        AddPreview(report, lines, preview);
     }
-    const RunResult total = Total(session.Results);
-    const ExitCode exitCode = outcome == FlowOutcome::Done ? ExitCodeOf(EndingOf(total)) : ExitFailed;
-    Report report{exitCode, lines.join(u'\n'), ResultJson(total)};
+    report.text = lines.join(u'\n');
     report.json["rowsRepeated"] = rows;
     report.json["dryRun"] = dryRun;
     return report;
@@ -199,7 +248,7 @@ Report Codes(Context& context) {
         return {ExitCancelled, {}, {}};
     }
     static const QHash<QString, Report (*)(Worklist&, const QCommandLineParser&)> actions{
-        {"list", List}, {"set", Set}, {"export", Export}, {"import", Import}, {"apply", Apply}};
+        {"list", List}, {"values", Values}, {"set", Set}, {"export", Export}, {"import", Import}, {"apply", Apply}};
     return actions.value(ActionFrom(context.options))(worklist, context.options);
 }
 
@@ -211,14 +260,18 @@ Command CodesCommand() {
         "elenca i codici della tabella SYS_IMP che attendono il codice di Quadrix, e li riceve",
         "list      elenca i codici che attendono, ognuno con dove va, le righe che lo attendono e le proposte; codice\n"
         "          d'uscita 4 finché qualcuno attende\n"
+        "values    elenca i codici di Quadrix tra cui si sceglie: --table, --field\n"
         "set       dà un codice di Quadrix: --table, --field, --old, --new; --new \"\" lo toglie\n"
-        "export    scrive i codici in un file da compilare: --out FILE.xlsx, o FILE.csv\n"
+        "export    scrive i codici in un file da compilare: --out FILE.xlsx, o FILE.csv; in quello di Excel un "
+        "secondo\n"
+        "          foglio elenca i codici di Quadrix tra cui si sceglie\n"
         "import    riprende il file compilato: --in FILE; con un errore non salva nulla e li nomina tutti, riga per "
         "riga\n"
-        "apply     importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo; con --dry-run "
-        "le "
-        "mostra\n"
-        "          e il database resta com'era. Ciò che in una colonna c'è già resta\n"
+        "apply     importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo; con "
+        "--dry-run\n"
+        "          mostra ogni cella che cambierebbe, com'è e come diventa, e il database resta com'era. Ciò che in "
+        "una\n"
+        "          colonna c'è già resta\n"
         "Un codice che Quadrix non ha si rifiuta; con --create, o S nella colonna \"Crea (S)\", si crea.",
         {CompanyOption(),
          {"origin", "Solo i codici di questa origine.", "NOME"},
@@ -239,7 +292,7 @@ Command CodesCommand() {
          {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"}},
         Need::Database,
         Codes,
-        {"list", "set", "export", "import", "apply"}};
+        {"list", "values", "set", "export", "import", "apply"}};
 }
 
 } // namespace cli

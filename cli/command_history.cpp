@@ -33,6 +33,7 @@ QJsonObject RunJson(const Run& run) {
         json["procedure"] = procedure.result.procedure;
         json["module"] = procedure.result.module;
         json["rejects"] = procedure.rejects;
+        json["rejectsImported"] = procedure.imported;
         json["reachedRows"] = procedure.reached.rows;
         json["undone"] = procedure.undone;
         if (!procedure.hasEnded) {

@@ -146,7 +146,32 @@ QJsonArray ProceduresJson(const QVector<RunResult>& results) {
     return procedures;
 }
 
-QString Text(const Session& session, bool dryRun) {
+/// The number under which the history keeps the import that has just ended; 0: it does not.
+qint64 KeptRun(const Session& session) {
+    const QString path = history::FilePath(session.Config.ConfigFile());
+    try {
+        return session.Results.isEmpty() ? 0 : history::History(path).LastRun(session.UserManager.Azienda());
+    } catch (const Error&) {
+        return 0; // the log has told it
+    }
+}
+
+/// What there is to do about what an import has left open, by the commands that do it.
+QStringList NextSteps(const RunResult& total, const QString& company, qint64 run) {
+    QStringList steps;
+    if (total.givenUpCount > 0) {
+        steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
+                                    "import --rejects-of %1 --mended FILE")
+                         .arg(run));
+    }
+    if (total.untranslatedCount > 0) {
+        steps.append(
+            QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1").arg(company));
+    }
+    return steps;
+}
+
+QString Text(const Session& session, bool dryRun, const RunResult& total, qint64 run) {
     QStringList lines;
     for (const RunResult& result : session.Results) {
         lines += ResultLines(result);
@@ -156,6 +181,10 @@ QString Text(const Session& session, bool dryRun) {
     }
     if (!session.Results.isEmpty()) {
         lines.append("Log: " + LogOfLast(session));
+    }
+    if (run > 0) {
+        lines.append(QStringLiteral("Esecuzione: %1").arg(run));
+        lines += dryRun ? QStringList() : NextSteps(total, session.UserManager.Azienda(), run);
     }
     return lines.join(u'\n');
 }
@@ -168,7 +197,9 @@ Report Import(Context& context) {
     if (total.outcome == RunResult::Outcome::Failed && context.person.GaveUp()) {
         total.outcome = RunResult::Outcome::Cancelled; // at the question what to do about an error
     }
-    Report report{ExitCodeOf(EndingOf(total)), Text(context.session, request.dryRun), ResultJson(total)};
+    const qint64 run = KeptRun(context.session);
+    Report report{ExitCodeOf(EndingOf(total)), Text(context.session, request.dryRun, total, run), ResultJson(total)};
+    report.json["run"] = run > 0 ? QJsonValue(run) : QJsonValue();
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
         report.json.remove("errors"); // what went wrong has been told outside the procedures
     }

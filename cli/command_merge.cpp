@@ -1,3 +1,4 @@
+#include "app/mergeButton.h"
 #include "app/mergeText.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
@@ -94,7 +95,7 @@ Report Merge(Context& context) {
         result = PreviewFusioneControparti(context.session, from, to, references);
     } else {
         RequireYes(context.options, QStringLiteral("Le controparti di %1 si fondono in quelle di %2").arg(from, to));
-        FusioneControparti(context.session, from, to, references, &result, again);
+        result = MergeAndKeep(context.session, from, to, references, again);
     }
     Report report{ExitCodeOf(result.outcome), {}, Json(result)};
     report.json["preview"] = preview;

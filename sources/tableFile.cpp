@@ -51,6 +51,8 @@ public:
         }
     }
 
+    bool AddSheet(const QString&, const QStringList&) override { return false; }
+
     void Close() override {
         if (!m_file.flush()) {
             Refuse(m_path, m_file.errorString());
@@ -73,19 +75,14 @@ private:
 class WorkbookWriter final : public TableWriter {
 public:
     WorkbookWriter(const QString& path, const QString& sheet, const QStringList& columns)
-        : m_path(path),
-          m_columns(static_cast<int>(columns.size())) {
+        : m_path(path) {
         if (const QString obstacle = ownFile::Obstacle(path); !obstacle.isEmpty()) {
             Refuse(path, obstacle);
         }
         lxw_workbook_options options{};
         options.constant_memory = LXW_TRUE; // however many rows there are
         m_book = workbook_new_opt(QFile::encodeName(path).constData(), &options);
-        m_sheet = m_book == nullptr ? nullptr : workbook_add_worksheet(m_book, SheetName(sheet).toUtf8().constData());
-        if (m_sheet == nullptr) {
-            Refuse(path, QStringLiteral("non si può cominciare la cartella di lavoro"));
-        }
-        AddHeader(columns);
+        Begin(sheet, columns);
     }
     ~WorkbookWriter() override {
         if (m_book != nullptr) {
@@ -102,10 +99,14 @@ public:
         ++m_row;
     }
 
+    bool AddSheet(const QString& sheet, const QStringList& columns) override {
+        AddFilter();
+        Begin(sheet, columns);
+        return true;
+    }
+
     void Close() override {
-        if (m_row > 1) {
-            worksheet_autofilter(m_sheet, 0, 0, m_row - 1, static_cast<lxw_col_t>(m_columns - 1));
-        }
+        AddFilter();
         const lxw_error error = workbook_close(std::exchange(m_book, nullptr));
         if (error != LXW_NO_ERROR) {
             Refuse(m_path, QStringLiteral("non si è potuto scrivere (%1)").arg(QString::fromUtf8(lxw_strerror(error))));
@@ -120,6 +121,22 @@ private:
             c = QStringLiteral("[]:*?/\\'").contains(c) ? QChar(u'_') : c;
         }
         return name.left(most);
+    }
+
+    void Begin(const QString& sheet, const QStringList& columns) {
+        m_sheet = m_book == nullptr ? nullptr : workbook_add_worksheet(m_book, SheetName(sheet).toUtf8().constData());
+        if (m_sheet == nullptr) {
+            Refuse(m_path, QStringLiteral("non si può cominciare la cartella di lavoro"));
+        }
+        m_columns = static_cast<int>(columns.size());
+        m_row = 0;
+        AddHeader(columns);
+    }
+
+    void AddFilter() {
+        if (m_row > 1) {
+            worksheet_autofilter(m_sheet, 0, 0, m_row - 1, static_cast<lxw_col_t>(m_columns - 1));
+        }
     }
 
     void AddHeader(const QStringList& columns) {
@@ -152,7 +169,7 @@ private:
     }
 
     QString m_path;
-    int m_columns;
+    int m_columns = 0;
     lxw_workbook* m_book = nullptr;
     lxw_worksheet* m_sheet = nullptr;
     lxw_row_t m_row = 0;

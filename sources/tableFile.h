@@ -22,6 +22,9 @@ public:
     /// `ImportError` naming the file: it cannot be written, or is full (1,048,576 rows of a workbook, 32,767 characters
     /// of a cell).
     virtual void AddRow(const QVector<QVariant>& values) = 0;
+    /// Begins a further sheet with the names of its columns, for what helps to fill in the first, which alone is read
+    /// back. False where the file has no sheets: then nothing is to be added to it.
+    virtual bool AddSheet(const QString& sheet, const QStringList& columns) = 0;
     /// Ends the file: until then it is not whole. Raises `ImportError` naming it.
     virtual void Close() = 0;
 };

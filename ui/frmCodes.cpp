@@ -1,12 +1,12 @@
 #include "ui/frmCodes.h"
 
 #include "adapters/contract/run/Origin.h"
-#include "app/codes/apply.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
 #include "app/resultText.h"
 #include "ui/ChoiceList.h"
 #include "ui/CodeDetails.h"
+#include "ui/CodePreview.h"
 #include "ui/inspectMarks.h"
 #include "ui/WrappedLabel.h"
 
@@ -365,36 +365,43 @@ void frmCodes::cmdImport_Click() {
 void frmCodes::cmdApply_Click() {
     try {
         const std::vector<RowsToRepeat> all = FindRowsToRepeat(m_worklist);
-        QStringList lines;
-        const qsizetype first = m_session.Results.size();
-        const auto repeatAll = [&](bool dryRun) {
-            return std::all_of(all.begin(), all.end(), [&](const RowsToRepeat& rows) {
-                const Operator::Quiet quiet(
-                    m_session.Person); // what the procedures say at their end stands in the lines
-                return Repeat(m_session, rows, dryRun) == FlowOutcome::Done;
-            });
-        };
-        for (const RowsToRepeat& rows : all) {
-            lines += rows.Lines(m_worklist);
-        }
-        if (lines.isEmpty()) {
+        if (all.empty()) {
             m_session.Person.Message("Nessuna riga importata attende codici tradotti nel frattempo.");
             return;
         }
-        const bool isTried = repeatAll(true);
-        for (const RunResult& result : m_session.Results.mid(first)) {
-            lines += ResultLines(result);
+        QStringList lines;
+        for (const RowsToRepeat& rows : all) {
+            lines += rows.Lines(m_worklist);
         }
-        if (isTried &&
-            m_session.Person.Review("Importare di nuovo queste righe? (la prova non ha scritto nulla)", lines) &&
-            repeatAll(false)) {
-            m_session.Person.Message("Codici applicati alle righe già importate.");
+        std::optional<Preview> preview;
+        {
+            const Operator::Quiet quiet(m_session.Person); // a trial's end is none that the operator waits for
+            preview = PreviewOf(m_session, all);
+        }
+        if (!preview->IsWhole()) {
+            m_session.Person.Message("La prova non è arrivata alla fine: non si è scritto nulla.", Icon::Exclamation);
+        } else if (CodePreview(lines, *preview, this).exec() == QDialog::Accepted) {
+            Apply(all);
         }
     } catch (const Error& error) {
         Tell(error);
     }
     m_worklist.Refresh();
     Fill();
+}
+
+void frmCodes::Apply(const std::vector<RowsToRepeat>& all) {
+    const qsizetype first = m_session.Results.size();
+    const bool isDone = std::all_of(all.begin(), all.end(), [this](const RowsToRepeat& rows) {
+        const Operator::Quiet quiet(m_session.Person); // what the procedures say at their end stands in the lines
+        return Repeat(m_session, rows) == FlowOutcome::Done;
+    });
+    QStringList lines{isDone ? "Codici applicati alle righe già importate."
+                             : "Non tutte le righe si sono importate di nuovo."};
+    for (const RunResult& result : m_session.Results.mid(first)) {
+        lines.append(ResultLines(result).mid(0, 2).join('\n'));
+    }
+    m_session.Person.Message(lines.join("\n\n"), isDone ? Icon::Information : Icon::Exclamation);
 }
 
 void frmCodes::reject() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/codes/apply.h"
 #include "app/codes/codeFile.h"
 
 #include <QDialog>
@@ -27,8 +28,8 @@ public slots:
     void cmdDescribe_Click();
     void cmdExport_Click();
     void cmdImport_Click();
-    /// Shows the rows that were imported without codes that are translated by now, as a trial of importing them again
-    /// alone tells them, and does so when the operator agrees.
+    /// Shows each cell of rows that were imported without codes that are translated by now, as a trial of importing
+    /// them again alone would change it, and does so when the operator agrees.
     void cmdApply_Click();
     /// Takes the code away that the chosen one was given.
     void TakeAway();
@@ -46,6 +47,7 @@ private:
     void ShowItem(QTreeWidgetItem& item, const codes::Code& code);
     void Take(const codes::Change& change);
     void Saves(const std::vector<codes::Change>& changes);
+    void Apply(const std::vector<codes::RowsToRepeat>& all);
     void GoOn();
     bool IsShown(const codes::Code& code);
     const codes::Code* Current() const;

@@ -147,13 +147,15 @@ void frmHistory::ShowChoices() {
     const QVector<qint64> chosen = Chosen();
     const history::Run* run = Current();
     const bool hasRejects = run != nullptr && history::RejectsIn(*run) > 0;
+    const bool hadRejects = run != nullptr && std::any_of(run->procedures.begin(), run->procedures.end(),
+                                                          [](const auto& each) { return each.rejects > 0; });
     const auto enable = [this](const char* name, bool isOn) { findChild<QPushButton*>(name)->setEnabled(isOn); };
     enable("cmdOpen", run != nullptr);
     enable("cmdLog", run != nullptr);
     enable("cmdCompare", chosen.size() == 2);
     enable("cmdWriteRejects", hasRejects);
     enable("cmdImportRejects", hasRejects);
-    enable("cmdImportMended", hasRejects);
+    enable("cmdImportMended", hasRejects || hadRejects); // what was mended wrongly is mended again
     enable("cmdUndo", run != nullptr && history::CanUndo(*run));
     enable("cmdResume", run != nullptr && history::CanGoOn(*run));
 }

@@ -25,8 +25,7 @@ qint64 frmImport::LastRun() const {
         return 0;
     }
     try {
-        const std::vector<history::Run> runs = history::History(path).Runs({}, 1);
-        return runs.empty() || runs.front().procedures.empty() ? 0 : runs.front().id;
+        return history::History(path).LastRun();
     } catch (const Error&) {
         return 0; // the log has told that the run is not kept
     }

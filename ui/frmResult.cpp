@@ -96,6 +96,10 @@ QWidget* frmResult::NewProcedures() {
     }
     lists::Fill(*table, history::ProcedureHeadings(), rows);
     lists::AlignNumbers(*table);
+    const bool isAllReached = std::all_of(m_run.procedures.begin(), m_run.procedures.end(), [](const auto& procedure) {
+        return procedure.hasEnded && procedure.result.notReached == 0;
+    });
+    table->setColumnHidden(static_cast<int>(history::ProcedureHeadings().indexOf("Non raggiunte")), isAllReached);
     const int shown = std::clamp(static_cast<int>(rows.size()), 1, 5);
     table->setMinimumHeight(table->verticalHeader()->defaultSectionSize() * (shown + 2));
     return table;
@@ -147,8 +151,10 @@ QWidget* frmResult::NewNotes() {
     m_notes->setExpandsOnDoubleClick(false);
     m_notes->setModel(m_model);
     const int width = fontMetrics().averageCharWidth();
-    m_notes->setColumnWidth(AnnotationModel::RowColumn, width * 58);
-    m_notes->setColumnWidth(AnnotationModel::TextColumn, width * 58);
+    m_notes->header()->setStretchLastSection(false); // what is told gets the room that there is
+    m_notes->header()->setSectionResizeMode(AnnotationModel::TextColumn, QHeaderView::Stretch);
+    m_notes->setColumnWidth(AnnotationModel::RowColumn, width * 50);
+    m_notes->setColumnWidth(AnnotationModel::ProcedureColumn, width * 30);
     auto* copy = new QAction("Copia", m_notes);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);

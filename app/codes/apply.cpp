@@ -66,14 +66,15 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
     return all;
 }
 
-FlowOutcome Repeat(Session& session, const RowsToRepeat& rows, bool dryRun) {
+namespace {
+
+ImportRequest RequestFor(Session& session, const RowsToRepeat& rows) {
     const history::History history(history::FilePath(session.Config.ConfigFile()));
     ImportRequest request;
     history::Repeat(session, history.Load(rows.run), request);
     request.choice.errors = ErrorAction::Ignore;
     request.confirmed = true;
     request.reset = false;
-    request.dryRun = dryRun;
     request.only = std::make_shared<contract::RowSelection>();
     request.only->FillCodes();
     for (auto procedure = rows.rows.begin(); procedure != rows.rows.end(); ++procedure) {
@@ -81,6 +82,17 @@ FlowOutcome Repeat(Session& session, const RowsToRepeat& rows, bool dryRun) {
             request.only->Add({.procedure = procedure.key(), .name = name, .table = {}, .key = {}});
         }
     }
+    return request;
+}
+
+} // namespace
+
+FlowOutcome Repeat(Session& session, const RowsToRepeat& rows) { return RunImport(session, RequestFor(session, rows)); }
+
+FlowOutcome Try(Session& session, const RowsToRepeat& rows, const TrialLook& look) {
+    ImportRequest request = RequestFor(session, rows);
+    request.dryRun = true;
+    request.look = look;
     return RunImport(session, request);
 }
 

@@ -25,7 +25,9 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist);
 /// Imports the rows of a run again, alone: rows that are there get the codes that they lack. A row that fails is given
 /// up. The results of the procedures are appended to those of the session. Raises `ImportError` when the run cannot be
 /// repeated, as its origin or company is gone.
-/// @param dryRun what is done is taken back at the end
-FlowOutcome Repeat(Session& session, const RowsToRepeat& rows, bool dryRun);
+FlowOutcome Repeat(Session& session, const RowsToRepeat& rows);
+/// The same as a trial: what is done is taken back at the end, the history keeps nothing of it. @param look at what it
+/// does to the database; its `before` is not empty
+FlowOutcome Try(Session& session, const RowsToRepeat& rows, const TrialLook& look);
 
 } // namespace codes

@@ -53,6 +53,26 @@ QVector<QVariant> RowOf(Worklist& worklist, Suggester& suggester, const Code& co
             ground};
 }
 
+/// Whoever fills the file in sees which codes there are to choose from.
+void AddChoices(Worklist& worklist, const std::vector<Code>& codes, sources::TableWriter& file) {
+    std::vector<BaseTable> bases;
+    for (const Code& code : codes) {
+        for (const BaseTable& base : worklist.ListOf(code).bases) {
+            if (std::find(bases.begin(), bases.end(), base) == bases.end()) {
+                bases.push_back(base);
+            }
+        }
+    }
+    if (bases.empty() || !file.AddSheet(QStringLiteral("Codici di Quadrix"), {"Tabella", "Codice", "Descrizione"})) {
+        return;
+    }
+    for (const BaseTable& base : bases) {
+        for (const TargetCode& each : worklist.Targets(base).All()) {
+            file.AddRow({base.table, each.code, each.description});
+        }
+    }
+}
+
 /// Takes the rows of a file apart, and looks at each.
 class Plan {
 public:
@@ -150,6 +170,7 @@ void WriteFile(Worklist& worklist, const std::vector<Code>& codes, const QString
     for (const Code& code : codes) {
         file->AddRow(RowOf(worklist, suggester, code));
     }
+    AddChoices(worklist, codes, *file);
     file->Close();
 }
 

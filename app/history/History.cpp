@@ -12,6 +12,8 @@ namespace history {
 
 namespace {
 
+constexpr int MostGivenUp = 1000; ///< rows of a procedure that a run is loaded with
+
 QString Text(const Recordset& row, const char* column) { return mod_ovTools::ToText(row.Value(QLatin1String(column))); }
 
 qint64 Number(const Recordset& row, const char* column) { return row.Value(QLatin1String(column)).toLongLong(); }
@@ -58,6 +60,14 @@ QStringView OrderText(NoteOrder order) {
     }
 }
 
+/// Rows given up, with the run that has imported them since. @param rest of the query, from WHERE or a further JOIN on
+SqlText SelectRejects(QStringView rest, const QVariantList& values) {
+    const QString query = QStringLiteral(
+        "SELECT R.*, P.name AS name, I.run AS imported_by FROM rejects R JOIN procedures P ON P.id = R.procedure "
+        "LEFT JOIN imported_rejects I ON I.reject = R.id ");
+    return Statement(QString(query + rest), values);
+}
+
 Reject RejectOf(const Recordset& row) {
     Reject reject{Number(row, "id"),
                   Text(row, "name"),
@@ -67,7 +77,8 @@ Reject RejectOf(const Recordset& row) {
                    Number(row, "number"),
                    Text(row, "reason"),
                    {},
-                   {}}};
+                   {}},
+                  Number(row, "imported_by")};
     for (const NamedValue& each : ValuesOf(Text(row, "row_values"))) {
         reject.row.columns.append(each.name);
         reject.row.values.append(each.value);
@@ -116,7 +127,9 @@ Run History::RunOf(const Recordset& row) const {
 
 void History::LoadProcedures(Run& run) const {
     Recordset rows = m_file->ExecuteWC(Statement(
-        u"SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected FROM procedures P "
+        u"SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected, "
+        u"(SELECT COUNT(*) FROM rejects R JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id) AS "
+        u"imported FROM procedures P "
         u"WHERE run = ? ORDER BY id",
         {run.id}));
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -130,8 +143,18 @@ void History::LoadProcedures(Run& run) const {
         procedure.reached = {static_cast<int>(Number(rows, "reached_loop")), Number(rows, "reached_rows"),
                              Text(rows, "reached_last")};
         procedure.rejects = Number(rows, "rejected");
+        procedure.imported = Number(rows, "imported");
         procedure.undone = Text(rows, "undone");
         run.procedures.push_back(procedure);
+    }
+}
+
+void History::LoadGivenUp(ProcedureRun& procedure) const {
+    Recordset rows =
+        m_file->ExecuteWC(Statement(u"SELECT source_row, reason FROM rejects WHERE procedure = ? ORDER BY id LIMIT ?",
+                                    {procedure.id, MostGivenUp}));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        procedure.result.givenUp.append({Text(rows, "source_row"), Text(rows, "reason")});
     }
 }
 
@@ -165,7 +188,15 @@ Run History::Load(qint64 number) const {
         run = RunOf(rows);
     }
     LoadProcedures(*run);
+    for (ProcedureRun& procedure : run->procedures) {
+        LoadGivenUp(procedure);
+    }
     return *run;
+}
+
+qint64 History::LastRun(const QString& company) const {
+    const std::vector<Run> runs = Runs(company, 1);
+    return runs.empty() || runs.front().procedures.empty() ? 0 : runs.front().id;
 }
 
 QString History::Log(qint64 run) const {
@@ -230,19 +261,30 @@ void History::SetKindDone(qint64 run, const QString& kind, const QString& text, 
 }
 
 void History::ForEachReject(qint64 run, const std::function<void(const Reject&)>& work) const {
-    Recordset rows = m_file->ExecuteWC(
-        Statement(u"SELECT R.*, P.name AS name FROM rejects R JOIN procedures P ON P.id = R.procedure WHERE P.run = ? "
-                  u"ORDER BY R.procedure, R.id",
-                  {run}));
+    Recordset rows = m_file->ExecuteWC(SelectRejects(u"WHERE P.run = ? ORDER BY R.procedure, R.id", {run}));
     for (; !rows.Eof(); rows.MoveNext()) {
         work(RejectOf(rows));
     }
 }
 
 std::optional<Reject> History::FindReject(qint64 note) const {
-    const Recordset rows = m_file->ExecuteWC(Statement(
-        u"SELECT R.*, P.name AS name FROM rejects R JOIN procedures P ON P.id = R.procedure WHERE R.id = ?", {note}));
+    const Recordset rows = m_file->ExecuteWC(SelectRejects(u"WHERE R.id = ?", {note}));
     return rows.Eof() ? std::nullopt : std::optional(RejectOf(rows));
+}
+
+QString History::KeyOf(const RejectedRow& row) {
+    return QStringList{row.table, row.row, ValuesText(row.columns, row.values)}.join(u'\x1f');
+}
+
+QHash<QString, qint64> History::ImportedRejects(const QString& company, const QString& origin) const {
+    Recordset rows = m_file->ExecuteWC(SelectRejects(
+        u"JOIN runs S ON S.id = P.run WHERE I.run IS NOT NULL AND S.company = ? AND S.origin = ?", {company, origin}));
+    QHash<QString, qint64> imported;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const Reject reject = RejectOf(rows);
+        imported.insert(KeyOf(reject.row), reject.importedBy);
+    }
+    return imported;
 }
 
 std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostRows) const {
@@ -293,6 +335,7 @@ qint64 History::Forget(const QDate& before) {
                 .arg(QLatin1String(table)),
             {limit}));
     }
+    m_file->Execute(QStringLiteral("DELETE FROM imported_rejects WHERE reject NOT IN (SELECT id FROM rejects)"));
     m_file->Execute(Statement(u"DELETE FROM procedures WHERE run IN (SELECT id FROM runs WHERE started < ?)", {limit}));
     const qint64 runs = m_file->Execute(Statement(u"DELETE FROM runs WHERE started < ?", {limit}));
     transaction.Keep();

@@ -13,6 +13,7 @@ struct ProcedureRun {
     bool hasEnded = false;                   ///< else the program was killed in it, and the result is empty
     contract::RowSelection::Reached reached; ///< source rows that were committed last
     qint64 rejects = 0;                      ///< rows given up that are kept
+    qint64 imported = 0;                     ///< those of them that a later run has imported, mended or not
     QString undone;                          ///< when and by whom what it wrote was taken back; empty: it was not
 };
 
@@ -70,6 +71,7 @@ struct Reject {
     qint64 id = 0;
     QString procedure;
     RejectedRow row;
+    qint64 importedBy = 0; ///< the run that has imported it since; 0: none has
 };
 /// A code without a translation, in the runs that are kept.
 struct WaitingCode {
@@ -89,8 +91,10 @@ public:
 
     /// The runs, the latest first. @param company its code; empty for all
     std::vector<Run> Runs(const QString& company = {}, int most = 1000) const;
-    /// One run; none of that number raises `ImportError`.
+    /// One run, with the first of the rows that its procedures gave up; none of that number raises `ImportError`.
     Run Load(qint64 run) const;
+    /// The number of the latest run of a company; 0 without one. @param company its code; empty for all
+    qint64 LastRun(const QString& company = {}) const;
     /// Its log; empty when it was not kept.
     QString Log(qint64 run) const;
 
@@ -106,10 +110,16 @@ public:
     void SetDone(const Note& note, bool isDone) const;
     void SetKindDone(qint64 run, const QString& kind, const QString& text, bool isDone) const;
 
+    /// What tells a row given up, with all that its source had in it.
+    static QString KeyOf(const RejectedRow& row);
     /// Hands each row that a run gave up to `work`, procedure by procedure.
     void ForEachReject(qint64 run, const std::function<void(const Reject&)>& work) const;
     /// The row given up that a note of `GivenUpKind` tells; none when it is not kept any more.
     std::optional<Reject> FindReject(qint64 note) const;
+
+    /// The rows of a source that runs into a company have given up and later ones have imported (`KeyOf`), with the run
+    /// that did.
+    QHash<QString, qint64> ImportedRejects(const QString& company, const QString& origin) const;
 
     /// The codes that the last run of each procedure of a company has met without a translation. Whether they have one
     /// by now is not known here. @param company its code
@@ -125,6 +135,7 @@ public:
 private:
     Run RunOf(const Recordset& row) const;
     void LoadProcedures(Run& run) const;
+    void LoadGivenUp(ProcedureRun& procedure) const;
 
     QString m_path;
     std::unique_ptr<ovConnection> m_file;

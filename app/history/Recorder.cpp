@@ -1,11 +1,13 @@
 #include "app/history/Recorder.h"
 
 #include "adapters/contract/run/RowSelection.h"
+#include "app/history/History.h"
 #include "app/history/historyFile.h"
 #include "app/history/resultJson.h"
 #include "core/modImport.h"
 #include "core/runEnding.h"
 #include "core/worker.h"
+#include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
@@ -21,18 +23,20 @@ constexpr qint64 MostMilliseconds = 500;
 constexpr size_t MostWaiting = 5000;
 
 /// A log as the history keeps it: packed, as it repeats itself.
+QString Packed(const QByteArray& log) { return QString::fromLatin1(qCompress(log).toBase64()); }
+
 QString PackedLog(const QString& path) {
     QFile log(path);
-    return log.open(QIODevice::ReadOnly) ? QString::fromLatin1(qCompress(log.readAll()).toBase64()) : QString();
+    return log.open(QIODevice::ReadOnly) ? Packed(log.readAll()) : QString();
 }
 
 } // namespace
 
 Recorder::Recorder(Session& session, RunFacts facts)
     : m_session(session),
-      m_first(session.Results.size()),
       m_isPart(session.Selection != nullptr || !facts.code.isEmpty()),
-      m_keepsImages(!facts.isTrial) {
+      m_keepsImages(!facts.isTrial),
+      m_logFile(session.LogFile) {
     Try([&] { Begin(facts); });
     m_session.Observer = this;
 }
@@ -72,7 +76,7 @@ void Recorder::Begin(const RunFacts& facts) {
     const QString path = FilePath(m_session.Config.ConfigFile());
     m_file = Open(path);
     AdoptLogs();
-    const QString company = m_session.UserManager.Azienda();
+    const QString company = facts.company.isEmpty() ? m_session.UserManager.Azienda() : facts.company;
     const Recordset names = m_session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
         mod_ovTools::FormatSqlValue(company, DataType::NVarChar, m_session.Quadrix.ProviderType));
@@ -83,6 +87,8 @@ void Recorder::Begin(const RunFacts& facts) {
                                names.Eof() ? QString() : names.Fields(0).Value().toString(), facts.origin, facts.data,
                                facts.work, facts.source, facts.layout, facts.code, facts.options.join(u'\n'),
                                static_cast<int>(facts.isTrial), m_session.LogFile}));
+    m_company = company;
+    m_origin = facts.origin;
     m_run = m_file->LastInsertId();
     m_lock = FileLock::Take(LockPath(path, m_run), WorkText(m_session.Now(), facts.work));
     m_since.start();
@@ -115,9 +121,12 @@ void Recorder::KeepWaiting() {
         u"N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
         u"R.company = M.company AND R.trial = 0)",
         {m_procedure, m_procedure}));
-    const QStringList repeated = m_session.Selection == nullptr ? QStringList() : m_session.Selection->NotMet();
-    for (const QString& row : repeated) {
-        m_file->Execute(Statement(u"DELETE FROM codes WHERE procedure = ? AND source_row = ?", {m_procedure, row}));
+    if (m_session.Selection == nullptr) {
+        return;
+    }
+    for (const contract::RowSelection::Row& row : m_session.Selection->NotMet()) { // they will be
+        m_file->Execute(
+            Statement(u"DELETE FROM codes WHERE procedure = ? AND source_row = ?", {m_procedure, row.name}));
     }
 }
 
@@ -183,6 +192,7 @@ void Recorder::RowIsGivenUp(const RejectedRow& row) noexcept {
             u"INSERT INTO rejects (procedure, source_row, source_table, source_key, number, reason, row_values) "
             u"VALUES (?, ?, ?, ?, ?, ?, ?)",
             {m_procedure, row.row, row.table, row.key, row.number, row.reason, ValuesText(row.columns, row.values)}));
+        KeepIfImported(row);
         if (m_since.elapsed() > MostMilliseconds) {
             Write();
         }
@@ -201,12 +211,38 @@ void Recorder::RowsStand(int loop, qint64 rows, const QString& last) noexcept {
 }
 
 void Recorder::ProcedureEnds(const RunResult& result) noexcept {
+    m_ending = std::max(m_ending, EndingOf(result));
     Try([&] {
+        m_logFile = result.logFile.isEmpty() ? m_logFile : result.logFile;
         Keep(Statement(u"UPDATE procedures SET result = ? WHERE id = ?",
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
+        KeepImported();
         Write();
     });
     TellTrouble();
+}
+
+/// A row that is still what it was when it was given up, and was imported with mended values since, is in Quadrix.
+void Recorder::KeepIfImported(const RejectedRow& row) {
+    if (m_file == nullptr) {
+        return;
+    }
+    if (!m_imported) {
+        m_imported = History(FilePath(m_session.Config.ConfigFile())).ImportedRejects(m_company, m_origin);
+    }
+    if (const qint64 run = m_imported->value(History::KeyOf(row)); run != 0) {
+        Keep(Statement(u"INSERT INTO imported_rejects (reject, run) SELECT MAX(id), ? FROM rejects", {run}));
+    }
+}
+
+/// Rows that an earlier run had given up are imported by now.
+void Recorder::KeepImported() {
+    if (m_session.Selection == nullptr || !m_keepsImages) {
+        return;
+    }
+    for (const qint64 reject : m_session.Selection->DoneRejects()) {
+        Keep(Statement(u"INSERT OR REPLACE INTO imported_rejects (reject, run) VALUES (?, ?)", {reject, m_run}));
+    }
 }
 
 void Recorder::Keep(SqlText statement) {
@@ -239,13 +275,9 @@ void Recorder::End() {
         return;
     }
     Write();
-    Ending ending = Ending::Complete;
-    for (const RunResult& result : m_session.Results.mid(m_first)) {
-        ending = std::max(ending, EndingOf(result));
-    }
-    m_file->Execute(Statement(
-        u"UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ? WHERE id = ?",
-        {TimeText(m_session.Now()), static_cast<int>(ending), PackedLog(m_session.LogFile), m_session.LogFile, m_run}));
+    const QString log = m_log ? Packed(EncodeText(*m_log, CodePage())) : PackedLog(m_logFile);
+    m_file->Execute(Statement(u"UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ? WHERE id = ?",
+                              {TimeText(m_session.Now()), static_cast<int>(m_ending), log, m_logFile, m_run}));
 }
 
 } // namespace history

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/runEnding.h"
 #include "core/Session.h"
 #include "sql/FileLock.h"
 #include "sql/SqlText.h"
@@ -15,6 +16,7 @@ struct RunFacts {
     QString work = {};        ///< what is done, in the operator's words
     QString source = {};      ///< where it reads, without passwords
     QString layout = {};      ///< text of the layout file of the source; empty without one
+    QString company = {};     ///< its code; empty: the one under work
     QString code = {};        ///< that the run is limited to; empty: it takes all
     QStringList options = {}; ///< what else was chosen, in the operator's words
     bool isTrial = false;
@@ -33,6 +35,9 @@ public:
     /// The procedure of the list that is to run: what follows is kept under this name, whatever its run reports under.
     void Begins(const QString& procedure) { m_name = procedure; }
 
+    /// What the history keeps as the log of a run that does not write the import log.
+    void Logs(const QString& text) { m_log = text; }
+
     void ProcedureBegins(const QString& module, const QString& procedure) noexcept override;
     void NoteStands(const QString& row, const QString& note) noexcept override;
     void CodeIsOpen(const QString& row, const OpenCode& code) noexcept override;
@@ -49,24 +54,32 @@ private:
     void Begin(const RunFacts& facts);
     void AdoptLogs();
     void KeepWaiting();
+    void KeepIfImported(const RejectedRow& row);
+    void KeepImported();
     void Keep(SqlText statement);
     void Write();
     qint64 ColumnList(const QStringList& columns);
     void End();
 
     Session& m_session;
-    qsizetype m_first; ///< of the results of the run
-    bool m_isPart;     ///< of the rows that the procedures could take
+    bool m_isPart; ///< of the rows that the procedures could take
     bool m_keepsImages;
     std::unique_ptr<ovConnection> m_file; ///< null: nothing is kept, or not any more
     std::unique_ptr<FileLock> m_lock;
     qint64 m_run = 0;
     qint64 m_procedure = 0;
+    Ending m_ending = Ending::Complete; ///< the worst of its procedures
+    std::optional<QString> m_log;       ///< null: the log stands in the file
+    QString m_logFile;
     QString m_name;                   ///< of the procedure of the list that runs; empty: none is known
     std::vector<SqlText> m_waiting;   ///< to be written
     std::optional<SqlText> m_reached; ///< behind them
-    QString m_trouble;                ///< to be told in the log
-    QElapsedTimer m_since;            ///< it was written last
+    QString m_company;
+    QString m_origin;
+    std::optional<QHash<QString, qint64>>
+        m_imported;        ///< rows given up before and imported since; none: not asked for yet
+    QString m_trouble;     ///< to be told in the log
+    QElapsedTimer m_since; ///< it was written last
     QHash<QString, qint64> m_columnLists;
 };
 

@@ -49,12 +49,6 @@ std::optional<Again> RejectsAgain(Session& session, const History& history, qint
     Again again;
     again.request.only = files.isEmpty() ? RejectsOf(history, number) : MendedRejects(history, number, files);
     const qint64 rows = again.request.only->Count();
-    if (rows == 0) {
-        throw ImportError(
-            files.isEmpty()
-                ? QStringLiteral("l'esecuzione %1 non ha abbandonato nessuna riga").arg(number)
-                : QStringLiteral("file '%1': non c'è nessuna riga").arg(files.join(QStringLiteral("', '"))));
-    }
     again.question = files.isEmpty() ? QStringLiteral("Importare di nuovo le righe abbandonate?")
                                      : QStringLiteral("Importare le righe corrette?");
     QString text =
@@ -80,13 +74,13 @@ std::optional<Again> RestAgain(Session& session, const History& history, qint64 
 
 bool CanGoOn(const Run& run) {
     const bool brokeOff = run.ended.isValid() && (run.ending == Ending::Interrupted || run.ending == Ending::Failed);
-    return !run.isTrial && !run.procedures.empty() && (run.WasKilled() || brokeOff);
+    return !run.isTrial && !run.origin.isEmpty() && !run.procedures.empty() && (run.WasKilled() || brokeOff);
 }
 
 qint64 RejectsIn(const Run& run) {
     qint64 rejects = 0;
     for (const ProcedureRun& procedure : run.procedures) {
-        rejects += procedure.rejects;
+        rejects += procedure.rejects - procedure.imported;
     }
     return rejects;
 }

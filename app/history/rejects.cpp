@@ -29,7 +29,14 @@ QString PathFor(const QString& path, const QString& table) {
 }
 
 contract::RowSelection::Row Wanted(const Reject& reject) {
-    return {reject.procedure, reject.row.row, reject.row.table, reject.row.key, reject.row.number};
+    return {.procedure = reject.procedure,
+            .name = reject.row.row,
+            .table = reject.row.table,
+            .key = reject.row.key,
+            .number = reject.row.number,
+            .columns = reject.row.columns,
+            .values = reject.row.values,
+            .reject = reject.id};
 }
 
 /// Reads a file with mended rows back.
@@ -110,11 +117,20 @@ private:
     QString m_path;
 };
 
+/// Hands those rows of a run to `work` that no later run has imported.
+void ForEachOpen(const History& history, qint64 run, const std::function<void(const Reject&)>& work) {
+    history.ForEachReject(run, [&work](const Reject& reject) {
+        if (reject.importedBy == 0) {
+            work(reject);
+        }
+    });
+}
+
 } // namespace
 
 QStringList WriteRejects(const History& history, qint64 run, const QString& path) {
     QStringList tables; // each with the shape of its rows
-    history.ForEachReject(run, [&tables](const Reject& reject) {
+    ForEachOpen(history, run, [&tables](const Reject& reject) {
         const QString shape = reject.row.table + u'\x1e' + reject.row.columns.join(u'\x1f');
         if (!tables.contains(shape)) {
             tables.append(shape);
@@ -132,7 +148,7 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
         writers.push_back(
             sources::TableWriter::Create(file, table, OwnColumns() + shape.section(u'\x1e', 1).split(u'\x1f')));
     }
-    history.ForEachReject(run, [&](const Reject& reject) {
+    ForEachOpen(history, run, [&](const Reject& reject) {
         const QString shape = reject.row.table + u'\x1e' + reject.row.columns.join(u'\x1f');
         QVector<QVariant> values{reject.id, reject.row.row, reject.row.reason};
         writers[static_cast<size_t>(tables.indexOf(shape))]->AddRow(values + reject.row.values);
@@ -145,7 +161,11 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
 
 std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run) {
     auto selection = std::make_unique<contract::RowSelection>();
-    history.ForEachReject(run, [&selection](const Reject& reject) { selection->Add(Wanted(reject)); });
+    ForEachOpen(history, run, [&selection](const Reject& reject) { selection->Add(Wanted(reject)); });
+    if (selection->Count() == 0) { // without a row to be limited to everything would be imported
+        throw ImportError(
+            QStringLiteral("l'esecuzione %1 non ha righe abbandonate, o sono già state importate").arg(run));
+    }
     return selection;
 }
 
@@ -160,6 +180,9 @@ std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qi
     }
     if (!mistakes.isEmpty()) {
         throw ImportError(mistakes.join(u'\n'));
+    }
+    if (selection->Count() == 0) {
+        throw ImportError(QStringLiteral("file '%1': non c'è nessuna riga").arg(files.join(QStringLiteral("', '"))));
     }
     return selection;
 }

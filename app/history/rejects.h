@@ -12,10 +12,11 @@ namespace history {
 /// @return the files that were written; none when the run has given up nothing. Raises `ImportError` naming the file.
 QStringList WriteRejects(const History& history, qint64 run, const QString& path);
 
-/// The rows that a run has given up, to be imported again as their source has them now.
+/// The rows that a run has given up and none has imported since, to be imported again as their source has them now.
+/// Raises `ImportError` when there are none.
 std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run);
 /// The same for those rows that are left in files of `WriteRejects`, with the values that were mended there. Raises
-/// `ImportError` that names every mistake with file, row and column.
+/// `ImportError` that names every mistake with file, row and column, or says that no row is left.
 std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files);
 /// Has a press repeat a run: its company, its origin, its button or procedure. Raises `ImportError` when one of them is
 /// no longer there.

@@ -30,6 +30,18 @@ QString SkippedText(const RunResult& result) {
            (reasons.isEmpty() ? QString() : QString(QStringLiteral(" (") + reasons.join(QStringLiteral("; ")) + u')'));
 }
 
+/// "30 (24 importate corrette)": by another run
+QString GivenUpText(const Run& run) {
+    qint64 all = 0;
+    qint64 imported = 0;
+    for (const ProcedureRun& procedure : run.procedures) {
+        all += procedure.rejects;
+        imported += procedure.imported;
+    }
+    return imported == 0 ? NumberText(all)
+                         : QStringLiteral("%1 (%2 importate corrette)").arg(NumberText(all), NumberText(imported));
+}
+
 QStringList Visible(QStringList texts) {
     for (QString& text : texts) {
         text = VisibleLine(text);
@@ -83,9 +95,8 @@ QStringList RunCells(const Run& run) {
         updated += procedure.result.updated;
     }
     return Visible({QString::number(run.id), Time(run.started),
-                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()),
-                    NumberText(RejectsIn(run)), run.work,
-                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), NumberText(inserted),
+                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()), GivenUpText(run),
+                    run.work, QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), NumberText(inserted),
                     NumberText(updated), run.worker});
 }
 

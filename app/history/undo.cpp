@@ -127,6 +127,13 @@ private:
     QSet<QString> m_restored;
 };
 
+/// Resets and merges, which bear no module of an origin, keep no images of what they write over.
+bool IsImport(const Run& run) {
+    static const QStringList own{"frmImport", "modImport", "modMain"};
+    return std::none_of(run.procedures.begin(), run.procedures.end(),
+                        [](const ProcedureRun& procedure) { return own.contains(procedure.result.module); });
+}
+
 void CheckMayUndo(const Run& run) {
     const auto refuse = [&run](const QString& why) {
         throw ImportError(QStringLiteral("l'esecuzione %1 %2").arg(QString::number(run.id), why));
@@ -136,6 +143,10 @@ void CheckMayUndo(const Run& run) {
     }
     if (run.isUnderWay) {
         refuse(QStringLiteral("è ancora in corso"));
+    }
+    if (!IsImport(run)) {
+        refuse(
+            QStringLiteral("non è un'importazione: ciò che ha svuotato o fuso torna solo con una copia del database"));
     }
     for (const ProcedureRun& procedure : run.procedures) {
         if (!procedure.undone.isEmpty()) {
@@ -173,6 +184,7 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
         }
     }
     if (!isTrial) {
+        history.File().Execute(Statement(u"DELETE FROM imported_rejects WHERE run = ?", {number}));
         history.File().Execute(Statement(u"UPDATE procedures SET undone = ? WHERE run = ?",
                                          {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
     }
@@ -190,7 +202,7 @@ UndoResult UndoAlone(Session& session, const History& history, qint64 number, bo
 }
 
 bool CanUndo(const Run& run) {
-    return !run.isTrial && !run.isUnderWay && !run.procedures.empty() &&
+    return !run.isTrial && !run.isUnderWay && !run.procedures.empty() && IsImport(run) &&
            std::all_of(run.procedures.begin(), run.procedures.end(),
                        [](const ProcedureRun& procedure) { return procedure.undone.isEmpty(); });
 }

@@ -75,6 +75,13 @@ struct TableFigures {
     qint64 Faults() const { return different + missing + surplus; }
 };
 
+/// A column that was not compared.
+struct Uncompared {
+    QString column;   ///< "CON_TRO.COINV"
+    qint64 cells = 0; ///< in the rows that were compared
+    QString reason;   ///< for the page
+};
+
 /// What one procedure found in the source.
 struct Step {
     QString title; ///< "Articoli da Gescom"
@@ -87,7 +94,8 @@ struct Kind {
     QString data;  ///< as the command line names it: "art"
     std::vector<Step> steps;
     std::vector<TableFigures> tables;
-    QStringList uncompared; ///< columns that hold the day of the import, as "CON_TRO.COINV"
+    std::vector<Uncompared> uncompared;
+    qint64 mended = 0;      ///< rows given up that were imported with mended values, and are as they were then
     bool onlyRoles = false; ///< of counterparties those columns alone were compared that their roles give
     QString trouble;        ///< why nothing could be compared; empty when it could
 };

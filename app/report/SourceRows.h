@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/history/History.h"
 #include "core/Session.h"
 
 namespace proof {
 
-/// Which row of the source was under way when a row of Quadrix was rewritten, during the lifetime of the object.
+/// Which row of the source was under way when a row of Quadrix was rewritten, and which were given up, during the
+/// lifetime of the object.
 class SourceRows final : public RunObserver {
 public:
     explicit SourceRows(Session& session)
@@ -22,12 +24,22 @@ public:
     void TargetChanges(const TargetChange& change) noexcept override {
         if (change.kind == TargetChange::Kind::Updated && !change.row.isEmpty()) {
             m_rows[change.table].insert(change.id, change.row);
+            for (const QString& column : change.columns) {
+                m_columns[change.table].insert(column.toUpper());
+            }
         }
     }
     void ProcedureBegins(const QString&, const QString&) noexcept override {}
     void NoteStands(const QString&, const QString&) noexcept override {}
     void CodeIsOpen(const QString&, const ::OpenCode&) noexcept override {}
-    void RowIsGivenUp(const RejectedRow&) noexcept override {}
+    /// Whether a column of a table (physical name) was written in a row that was there.
+    bool IsRewritten(const QString& table, const QString& column) const {
+        return m_columns.value(table).contains(column.toUpper());
+    }
+
+    /// The rows that were given up, as the history tells them apart.
+    const QStringList& GivenUp() const { return m_givenUp; }
+    void RowIsGivenUp(const RejectedRow& row) noexcept override { m_givenUp.append(history::History::KeyOf(row)); }
     void RowsStand(int, qint64, const QString&) noexcept override {}
     void ProcedureEnds(const RunResult&) noexcept override {}
 
@@ -35,6 +47,8 @@ private:
     Session& m_session;
     RunObserver* m_other;                          ///< who was told before
     QHash<QString, QHash<qint64, QString>> m_rows; ///< by table
+    QHash<QString, QSet<QString>> m_columns;       ///< that were rewritten, by table
+    QStringList m_givenUp;
 };
 
 } // namespace proof

@@ -60,6 +60,13 @@ QString SkippedTable(const Kind& kind) {
                           : Element("h3", "Righe saltate per regola") + Table({{"Regola"}, {"Righe", true}}, rows);
 }
 
+/// Rows that were given up once and imported with mended values cannot be compared with a source that has the old ones.
+QString MendedLine(const Kind& kind) {
+    return kind.mended == 0 ? QString()
+                            : Element("p", Text("Importate coi valori corretti a mano, che l'origine non ha: " +
+                                                Number(kind.mended) + '.'));
+}
+
 QString GivenUpTable(const Kind& kind) {
     QList<Row> rows;
     qint64 count = 0;
@@ -72,7 +79,7 @@ QString GivenUpTable(const Kind& kind) {
         }
     }
     return count == 0 ? QString()
-                      : Element("h3", "Righe dell'origine che non si possono importare") +
+                      : Element("h3", "Righe dell'origine che non si possono importare") + MendedLine(kind) +
                             Table({{"Riga dell'origine"}, {"Motivo"}}, rows) + Rest(count - rows.size());
 }
 
@@ -149,12 +156,15 @@ QString KeptLine(const Kind& kind) {
 }
 
 QString UncomparedLines(const Kind& kind) {
-    QString lines;
-    if (!kind.uncompared.isEmpty()) {
-        lines += Element(
-            "p", Text("Non confrontato, perché è il giorno dell'importazione: " + kind.uncompared.join(", ") + '.'),
-            "soft");
+    QList<Row> rows;
+    for (const Uncompared& each : kind.uncompared) {
+        const QString column = each.column.section(u'.', 1);
+        rows.append(
+            {{TableName(each.column.section(u'.', 0, 0)), ColumnName(column), Number(each.cells), Text(each.reason)}});
     }
+    QString lines = rows.isEmpty() ? QString()
+                                   : Element("h3", "Non confrontato") +
+                                         Table({{"Tabella"}, {"Colonna"}, {"Celle", true}, {"Perché"}}, rows);
     if (kind.onlyRoles) {
         lines += Element("p",
                          Text("Delle controparti si sono confrontate soltanto le colonne dei ruoli, perché "
@@ -306,7 +316,7 @@ QString KindSection(const Kind& kind) {
     const Verdict verdict = VerdictOf(FindingsOf(kind));
     return "<section class=\"kind page\">" + Element("h2", Text(kind.title) + u' ' + Tag(verdict.light)) +
            Element("p", Text(verdict.reason)) + SourceTable(kind) + FiguresTable(kind) + KeptLine(kind) +
-           UncomparedLines(kind) + DifferencesTable(kind) + SumsTable(kind) + GivenUpTable(kind) + SkippedTable(kind) +
+           DifferencesTable(kind) + SumsTable(kind) + UncomparedLines(kind) + GivenUpTable(kind) + SkippedTable(kind) +
            CodesTable(kind) + NotesTable(kind) + SampleTables(kind) + "</section>\n";
 }
 

@@ -93,6 +93,10 @@ QJsonObject Json(const Kind& kind) {
     json["title"] = kind.title;
     json["data"] = kind.data;
     json["procedures"] = Array(kind.steps, [](const Step& step) { return Json(step); });
+    json["mended"] = kind.mended;
+    json["uncompared"] = Array(kind.uncompared, [](const Uncompared& each) {
+        return QJsonObject{{"column", each.column}, {"cells", each.cells}, {"reason", each.reason}};
+    });
     json["tables"] = Array(kind.tables, [](const TableFigures& table) { return Json(table); });
     return json;
 }

@@ -1,7 +1,9 @@
 #include "app/report/makeProof.h"
 
+#include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/rules.h"
 #include "app/confirmation.h"
+#include "app/history/History.h"
 #include "app/procedureTitle.h"
 #include "app/process.h"
 #include "app/report/PartiesAnew.h"
@@ -9,6 +11,7 @@
 #include "core/worker.h"
 #include "sql/mod_ovTools.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -88,6 +91,20 @@ QStringList ColumnsOfToday(const std::vector<const Procedure*>& procedures) {
     return columns;
 }
 
+/// The columns of a table that procedures map, each once.
+QStringList MappedColumns(const std::vector<const Procedure*>& procedures, const QString& table) {
+    QStringList columns;
+    for (const Procedure* procedure : procedures) {
+        for (const Mapping* mapping : procedure->needs.mappings) {
+            for (const MapLine& line : mapping->targetTable == table ? mapping->lines : std::vector<MapLine>()) {
+                columns.append(line.target);
+            }
+        }
+    }
+    columns.removeDuplicates();
+    return columns;
+}
+
 /// Those of a table, by their bare names.
 QStringList ColumnsIn(const QString& table, const QStringList& columns) {
     return QStringList(columns.filter(QRegularExpression(u'^' + table + u"\\.")))
@@ -106,6 +123,17 @@ void Deepen(TableFigures& figures, const TableFigures& deeper) {
     if (deeper.OfSource() == figures.OfSource()) {
         figures.totals = deeper.totals;
     }
+}
+
+/// Whether SYS_IMP still has no code of Quadrix for a code.
+bool IsOpen(Session& session, const ::OpenCode& code) {
+    const auto is = [&session](const char* column, const QString& text) {
+        return Equals(session, QString::fromLatin1(column), text);
+    };
+    return session.Quadrix.ExecuteCommand(
+               QStringLiteral("SELECT COUNT(*) FROM SYS_IMP WHERE COALESCE(TBNEW, '') = '' "
+                              "AND %1 AND %2 AND %3")
+                   .arg(is("TBNAM", code.list), is("TBFLD", code.field), is("TBOLD", code.code))) > 0;
 }
 
 /// One kind under comparison.
@@ -128,7 +156,10 @@ private:
     TrialLook Look();
     QString Title() const;
     void TakeSteps(qsizetype first);
+    void TakeHistory();
+    void AddWaiting(const history::WaitingCode& code);
     void TakeTrouble(const QStringList& messages);
+    void TellUncompared();
     bool CanRepeat() const;
     void CompareParties();
 
@@ -141,6 +172,8 @@ private:
     std::vector<TableWatch> m_tables;
     bool m_isCompared = false; ///< the trial has come to its end, whatever that was
     QString m_source;
+    QStringList m_ofToday;     ///< columns that hold the day of the import
+    bool m_isDeepened = false; ///< all columns of the counterparties were compared
     Kind m_kind;
 };
 
@@ -166,9 +199,9 @@ TrialLook Comparison::Look() {
     TrialLook look;
     look.before = [this] {
         m_source = confirmation::SourceText(m_session, *m_choice.origin, m_procedures);
-        m_kind.uncompared = ColumnsOfToday(m_procedures);
+        m_ofToday = ColumnsOfToday(m_procedures);
         for (const schema::Table* table : WrittenTables(m_session, m_procedures)) {
-            const QStringList leftOut = ColumnsIn(table->name, m_kind.uncompared);
+            const QStringList leftOut = ColumnsIn(table->name, m_ofToday);
             m_tables.emplace_back(m_session, *table, leftOut, m_sourceRows).Before();
         }
     };
@@ -194,6 +227,7 @@ Kind Comparison::Run() {
     }
     const FlowOutcome outcome = RunImport(m_session, Request(Look()));
     TakeSteps(first);
+    TakeHistory();
     if (outcome != FlowOutcome::Done) {
         TakeTrouble(quiet.Kept());
     }
@@ -205,6 +239,7 @@ Kind Comparison::Run() {
     }
     if (outcome == FlowOutcome::Done) {
         CompareParties();
+        TellUncompared();
     }
     return m_kind;
 }
@@ -230,8 +265,8 @@ void Comparison::CompareParties() {
     if (m_answers.again) {
         m_answers.again();
     }
-    TableWatch watch(m_session, *schema::FindTable(PartiesAnew::Table),
-                     ColumnsIn(PartiesAnew::Table, m_kind.uncompared), m_sourceRows);
+    TableWatch watch(m_session, *schema::FindTable(PartiesAnew::Table), ColumnsIn(PartiesAnew::Table, m_ofToday),
+                     m_sourceRows);
     PartiesAnew anew(m_session);
     const qsizetype first = m_session.Results.size();
     const FlowOutcome outcome = RunImport(m_session, Request({[&] {
@@ -249,6 +284,32 @@ void Comparison::CompareParties() {
     }
     watch.Since();
     Deepen(*figures, watch.Figures());
+    m_isDeepened = true;
+}
+
+/// The columns of the compared rows that nobody has compared, with the number of their cells.
+void Comparison::TellUncompared() {
+    for (const TableFigures& figures : m_kind.tables) {
+        const qint64 rows = figures.equal + figures.different;
+        if (rows == 0) {
+            continue;
+        }
+        const QString prefix = figures.table + u'.';
+        const auto tell = [&](const QString& column, const QString& reason) {
+            m_kind.uncompared.push_back({prefix + column, rows, reason});
+        };
+        const QStringList ofToday = ColumnsIn(figures.table, m_ofToday);
+        for (const QString& column : ofToday) {
+            tell(column, QStringLiteral("è il giorno dell'importazione"));
+        }
+        const bool isWhole = m_isDeepened && figures.table == PartiesAnew::Table;
+        const QString physical = m_session.Quadrix.GetFullTableName(figures.table);
+        for (const QString& column : isWhole ? QStringList() : MappedColumns(m_procedures, figures.table)) {
+            if (!ofToday.contains(column) && !m_sourceRows.IsRewritten(physical, column)) {
+                tell(column, QStringLiteral("l'importazione non la riscrive nelle righe che ci sono già"));
+            }
+        }
+    }
 }
 
 /// Why the trial did not come to a good end, unless one of its steps tells that.
@@ -270,6 +331,35 @@ void Comparison::TakeSteps(qsizetype first) {
         m_kind.steps.push_back({ProcedureTitle(result.module, result.procedure), result});
     }
     m_session.Results.resize(first);
+}
+
+/// Adds what only earlier runs tell: codes that wait, where rows that are there are not asked for theirs again, and
+/// rows given up that were imported with mended values.
+void Comparison::TakeHistory() {
+    const QString path = history::FilePath(m_session.Config.ConfigFile());
+    if (!QFileInfo::exists(path)) {
+        return;
+    }
+    const QString company = m_session.UserManager.Azienda();
+    const history::History history(path);
+    for (const history::WaitingCode& code : history.WaitingCodes(company, 1)) {
+        if (code.origin == m_choice.origin->name && IsOpen(m_session, code.code)) {
+            AddWaiting(code);
+        }
+    }
+    const QHash<QString, qint64> imported = history.ImportedRejects(company, m_choice.origin->name);
+    m_kind.mended = std::count_if(m_sourceRows.GivenUp().begin(), m_sourceRows.GivenUp().end(),
+                                  [&imported](const QString& row) { return imported.contains(row); });
+}
+
+void Comparison::AddWaiting(const history::WaitingCode& code) {
+    const QString text = QStringLiteral("%1.%2 = %3").arg(code.code.list, code.code.field, code.code.code);
+    const auto step = std::find_if(m_kind.steps.begin(), m_kind.steps.end(),
+                                   [&](const Step& each) { return each.result.procedure == code.procedure; });
+    if (step != m_kind.steps.end() && !step->result.untranslated.contains(text)) {
+        step->result.untranslated.append(text);
+        ++step->result.untranslatedCount;
+    }
 }
 
 void TakeOpenCodes(Session& session, Proof& proof) {

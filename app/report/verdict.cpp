@@ -42,6 +42,8 @@ QStringList RedReasons(const Findings& found) {
 QStringList YellowReasons(const Findings& found) {
     QStringList reasons = Counted(found.givenUp, "riga dell'origine non si può importare",
                                   "righe dell'origine non si possono importare") +
+                          Counted(found.mended, "riga dell'origine si è importata coi valori corretti a mano",
+                                  "righe dell'origine si sono importate coi valori corretti a mano") +
                           Counted(found.failedLookUps, "ricerca non è riuscita", "ricerche non sono riuscite") +
                           Counted(found.untranslated, "codice è senza traduzione", "codici sono senza traduzione") +
                           Counted(found.gone, "annotazione dice che in Quadrix c'è ciò che l'origine non ha più",
@@ -82,6 +84,7 @@ Findings& Findings::operator+=(const Findings& more) {
     surplus += more.surplus;
     troubles += more.troubles;
     givenUp += more.givenUp;
+    mended += more.mended;
     failedLookUps += more.failedLookUps;
     untranslated += more.untranslated;
     gone += more.gone;
@@ -106,9 +109,11 @@ Findings FindingsOf(const Kind& kind) {
         found.surplus += table.surplus;
         found.compared += table.OfTarget();
     }
+    found.mended = std::min(kind.mended, found.givenUp);
+    found.givenUp -= found.mended;
     found.onlyRoles = kind.onlyRoles;
     const bool isNothing =
-        FiguresOf(kind).rows == 0 || (found.compared == 0 && found.missing == 0 && found.givenUp == 0);
+        FiguresOf(kind).rows == 0 || (found.compared == 0 && found.missing == 0 && found.givenUp + found.mended == 0);
     if (found.troubles.isEmpty() && isNothing) {
         found.empty.append(kind.title);
     }

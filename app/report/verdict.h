@@ -18,7 +18,8 @@ struct Findings {
     qint64 surplus = 0;
     QStringList troubles; ///< why something could not be compared
     // Yellow:
-    qint64 givenUp = 0; ///< rows of the source
+    qint64 givenUp = 0; ///< rows of the source that were not imported in any way
+    qint64 mended = 0;  ///< rows of the source that were imported with mended values
     qint64 failedLookUps = 0;
     qint64 untranslated = 0; ///< codes
     qint64 gone = 0;         ///< rows of Quadrix that the source no longer has

@@ -1,6 +1,6 @@
 #include "adapters/registry.h"
-#include "app/codes/apply.h"
 #include "app/codes/codeFile.h"
+#include "app/codes/preview.h"
 #include "core/modImport.h"
 #include "examples/examples.h"
 #include "tests/support/QuadrixTest.h"
@@ -263,10 +263,21 @@ private slots:
         const QString party = test.Value("SELECT MIN(CDCON) FROM X01_CON_TRO WHERE COCLI = 1");
         test.Execute("UPDATE X01_CON_TRO SET COMOP = 'MANO' WHERE CDCON = '" + party + "'");
 
-        QCOMPARE(codes::Repeat(test.Get(), rows.front(), true), FlowOutcome::Done);
-        QCOMPARE(without(), before - 1);
+        const codes::Preview preview = codes::PreviewOf(test.Get(), rows);
+        QVERIFY(preview.IsWhole());
+        QCOMPARE(without(), before - 1); // a trial
+        const QString cell =
+            test.Value("SELECT MIN(CDCON) FROM X01_CON_TRO WHERE COALESCE(COMOP, '') = '' AND COCLI = 1");
         test.Get().Results.clear();
-        QCOMPARE(codes::Repeat(test.Get(), rows.front(), false), FlowOutcome::Done);
+        QCOMPARE(codes::Repeat(test.Get(), rows.front()), FlowOutcome::Done);
+        QCOMPARE(qint64(preview.cells.size()),
+                 before - 1 - without()); // each has a term either as customer or supplier
+        QVERIFY(std::all_of(preview.cells.begin(), preview.cells.end(), [](const codes::CellChange& each) {
+            return each.table == "CON_TRO" && (each.column == "COMOP" || each.column == "COMOA") &&
+                   each.before.isEmpty() && !each.after.isEmpty();
+        }));
+        QVERIFY(std::any_of(preview.cells.begin(), preview.cells.end(),
+                            [&cell](const codes::CellChange& each) { return each.row.startsWith(cell); }));
         const RunResult& result = test.Get().Results.last();
         QCOMPARE(result.inserted, 0);
         QVERIFY2(without() < before / 2, qPrintable(QString::number(without())));

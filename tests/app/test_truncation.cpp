@@ -36,7 +36,7 @@ private slots:
         }
         QStringList statements;
         target.Db().Trace = [&](const QString& statement) {
-            if (!statement.contains("sqlite_sequence")) {
+            if (!statement.contains("sqlite_sequence") && !statement.startsWith("SELECT")) {
                 statements.append(statement);
             }
         };

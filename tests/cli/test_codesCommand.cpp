@@ -32,7 +32,7 @@ private slots:
 
     void refusals_data() {
         Columns<QStringList, int, QString>("arguments", "exitCode", "told");
-        Row("no word", QStringList{}, 2, "manca una parola tra list, set, export, import, apply");
+        Row("no word", QStringList{}, 2, "manca una parola tra list, values, set, export, import, apply");
         Row("no such word", QStringList("lst"), 2, "'codes lst' non esiste: forse 'list'?");
         Row("no code", QStringList{"set", "--table", "anagrafe"}, 2, "Mancano le opzioni --field, --old");
         Row("unknown code", QStringList{"set", "--table", "anagrafe", "--field", "pag", "--old", "007", "--new", "XX"},

@@ -3,6 +3,8 @@
 
 #include "adapters/registry.h"
 #include "app/connectSource.h"
+#include "app/history/again.h"
+#include "app/history/compare.h"
 #include "app/history/rowDetails.h"
 #include "app/inspect_draft.h"
 #include "app/inspect_further.h"
@@ -11,6 +13,7 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/foreignSource.h"
 #include "tests/support/TestWindow.h"
+#include "ui/CodePreview.h"
 #include "ui/frmCodes.h"
 #include "ui/frmHelp.h"
 #include "ui/frmHistory.h"
@@ -22,6 +25,7 @@
 #include "ui/frmSequence.h"
 #include "ui/frmSource.h"
 #include "ui/ReviewDialog.h"
+#include "ui/TextDialog.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -256,6 +260,41 @@ void TakeCodes(TestWindow& test, const Album& album) {
     album.Take(dialog, "frmCodes");
 }
 
+/// The same codes given and applied, the row given up imported alone, and what has changed since.
+void TakeAfterImport(TestWindow& test, const Album& album) {
+    Session& session = test.Get();
+    DialogDriver driver;
+    const Operator::Quiet quiet(session.Person);
+    codes::Worklist worklist(session, registry::Find("Arca 2000"));
+    codes::Save(worklist, {{.table = "anagrafe", .field = "pag", .oldCode = "ZZ99", .newCode = "RDIR"},
+                           {.table = "anagrafe", .field = "classe", .oldCode = "ZZ", .newCode = "VARI"}});
+    QStringList lines;
+    const std::vector<codes::RowsToRepeat> all = codes::FindRowsToRepeat(worklist);
+    for (const codes::RowsToRepeat& rows : all) {
+        lines += rows.Lines(worklist);
+    }
+    CodePreview preview(lines, codes::PreviewOf(session, all), &test.Window());
+    preview.show();
+    album.Take(preview, "codici-anteprima");
+    preview.close();
+    for (const codes::RowsToRepeat& rows : all) {
+        codes::Repeat(session, rows);
+    }
+    session.Quadrix.Execute("DROP TRIGGER REFUSED");
+    const history::History history(history::FilePath(session.Config.ConfigFile()));
+    const qint64 incomplete = 2;
+    RunImport(session, history::RejectsAgain(session, history, incomplete, {}, ErrorAction::Ignore)->request);
+    const qint64 last = history.LastRun();
+    frmHistory runs(session, test.Person(), &test.Window());
+    runs.show();
+    album.Take(runs, "frmHistory-dopo");
+    runs.close();
+    TextDialog compared(QStringLiteral("Dall'esecuzione %1 alla %2").arg(incomplete).arg(last),
+                        history::Differences(history, incomplete, last).join('\n'), &test.Window());
+    compared.show();
+    album.Take(compared, "confronto");
+}
+
 /// A source with names of its own, before and after it has been fitted.
 void TakeInspect(TestWindow& test, const Album& album) {
     const contract::Origin& origin = *registry::Find("Gescom");
@@ -328,6 +367,7 @@ int main(int argc, char** argv) {
     TakeError(test, album);
     TakeReview(test, album);
     TakeCodes(test, album);
+    TakeAfterImport(test, album);
     TakeInspect(test, album);
     TakeFailed(album);
     return 0;

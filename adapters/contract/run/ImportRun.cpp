@@ -105,14 +105,22 @@ void ImportRun::Finish() {
     }
 }
 
+bool ImportRun::IsPart() const {
+    const RowSelection* rows = m_session.Selection;
+    return m_single || (rows != nullptr && (rows->Limits() || rows->ReachedBefore()));
+}
+
 /// Rows that the run was limited to and the source did not have.
 void ImportRun::TellNotMet() {
     if (m_session.Selection == nullptr || m_failed || m_account.Result.outcome != RunResult::Outcome::Done) {
         return;
     }
     try {
-        for (const QString& row : m_session.Selection->NotMet()) {
-            Log(QStringLiteral("RIGA CHE LA FONTE NON HA PIÙ: ") + row);
+        for (const RowSelection::Row& row : m_session.Selection->NotMet()) {
+            Log(QStringLiteral("RIGA CHE LA FONTE NON HA PIÙ: ") + row.name +
+                (row.mended.isEmpty() ? QString()
+                                      : QStringLiteral(", o non più con i valori che aveva: la correzione non "
+                                                       "si applica")));
         }
     } catch (Error&) {
         m_session.Errors.Monitoring(m_account.Result.module, m_account.Result.procedure);

@@ -368,6 +368,11 @@ void RowLoop::Commit() {
     }
     m_redone = m_done.empty() ? m_redone : 0;
     const Unit last = m_done.empty() ? Unit() : m_done.back();
+    for (const Unit& unit : m_done) {
+        if (!unit.rejects.isEmpty()) {
+            m_session.Selection->Done(unit.rejects);
+        }
+    }
     m_done.clear();
     m_run.CommitAccount();
     m_session.Errors.ShowWaiting();

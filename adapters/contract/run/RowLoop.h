@@ -24,7 +24,8 @@ private:
         QString value = {}; ///< that tells them from others
         std::vector<HeldRows::Row> rows = {};
         QStringList keys = {};
-        qint64 end = 0; ///< rows of the source up to its last one
+        QVector<qint64> rejects = {}; ///< those of its rows that were given up before, by their numbers
+        qint64 end = 0;               ///< rows of the source up to its last one
     };
 
     void CountRows();

@@ -50,10 +50,18 @@ bool RowLoop::Select(Unit& unit) {
     bool isWanted = false;
     for (size_t i = 0; i < unit.rows.size(); ++i) {
         const SourceRow row(m_held->Show(unit.rows[i]));
-        const auto* wanted = m_session.Selection->Find(
-            {{}, unit.keys.at(static_cast<qsizetype>(i)), m_loop.table, KeyOf(row, m_loop.keyColumn), NumberOf(row)});
+        const auto* wanted = m_session.Selection->Find({.procedure = {},
+                                                        .name = unit.keys.at(static_cast<qsizetype>(i)),
+                                                        .table = m_loop.table,
+                                                        .key = KeyOf(row, m_loop.keyColumn),
+                                                        .number = NumberOf(row),
+                                                        .columns = m_held->Columns(),
+                                                        .values = unit.rows[i]});
         if (wanted != nullptr) {
             isWanted = true;
+            if (wanted->reject > 0) {
+                unit.rejects.append(wanted->reject);
+            }
             Mend(unit.rows[i], *wanted);
         }
     }

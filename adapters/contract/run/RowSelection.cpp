@@ -1,5 +1,7 @@
 #include "adapters/contract/run/RowSelection.h"
 
+#include "sql/mod_ovTools.h"
+
 namespace contract {
 
 namespace {
@@ -9,6 +11,31 @@ QString PlaceOf(const RowSelection::Row& row) {
     const bool isBlank =
         std::all_of(row.key.begin(), row.key.end(), [](QChar c) { return c == u'\x1f' || c.isSpace(); });
     return row.table + u'\x1e' + (isBlank ? QString(u'#' + QString::number(row.number)) : row.key);
+}
+
+/// A value that cannot be read is as good as none.
+QString ReadableText(const QVariant& value) {
+    return value.metaType() == QMetaType::fromType<ImportError>() ? QString() : mod_ovTools::ToText(value);
+}
+
+enum class Likeness { Other, ButForMended, Same };
+
+/// How much a source row is still what a wanted row was.
+Likeness LikenessOf(const RowSelection::Row& wanted, const RowSelection::Row& met) {
+    if (wanted.columns.isEmpty()) {
+        return Likeness::Other;
+    }
+    auto likeness = Likeness::Same;
+    for (qsizetype column = 0; column < wanted.columns.size(); ++column) {
+        const QString& name = wanted.columns.at(column);
+        if (ReadableText(wanted.values.at(column)) != ReadableText(met.values.value(met.columns.indexOf(name)))) {
+            if (!wanted.mended.contains(name)) {
+                return Likeness::Other;
+            }
+            likeness = Likeness::ButForMended;
+        }
+    }
+    return likeness;
 }
 
 } // namespace
@@ -40,7 +67,8 @@ std::optional<RowSelection::Reached> RowSelection::ReachedBefore() const {
     return reached == m_reached.constEnd() ? std::nullopt : std::optional(*reached);
 }
 
-/// Of several rows with one key, that of the same number; in a source without numbers all of them stand for each other.
+/// Of several rows with one name or key, the one that is most like it, then that of the same number, then one that has
+/// not been met.
 const RowSelection::Row* RowSelection::Find(const Row& met) {
     const auto rows = m_rows.find(m_procedure);
     if (rows == m_rows.end()) {
@@ -54,10 +82,16 @@ const RowSelection::Row* RowSelection::Find(const Row& met) {
     if (places.isEmpty()) {
         return nullptr;
     }
-    const auto same = std::find_if(places.begin(), places.end(),
-                                   [&](size_t place) { return (*rows)[place].row.number == met.number; });
-    const auto unmet = std::find_if(places.begin(), places.end(), [&](size_t place) { return !(*rows)[place].isMet; });
-    Wanted& wanted = (*rows)[same != places.end() ? *same : unmet != places.end() ? *unmet : places.first()];
+    const auto rank = [&](size_t place) {
+        const Wanted& wanted = (*rows)[place];
+        return std::tuple(LikenessOf(wanted.row, met), met.number != 0 && wanted.row.number == met.number,
+                          !wanted.isMet);
+    };
+    Wanted& wanted =
+        (*rows)[*std::max_element(places.begin(), places.end(), [&](size_t a, size_t b) { return rank(a) < rank(b); })];
+    if (!wanted.row.mended.isEmpty() && LikenessOf(wanted.row, met) == Likeness::Other) {
+        return nullptr;
+    }
     wanted.isMet = true;
     return &wanted.row;
 }
@@ -70,14 +104,14 @@ qint64 RowSelection::Count() const {
     return count;
 }
 
-QStringList RowSelection::NotMet() const {
-    QStringList names;
+std::vector<RowSelection::Row> RowSelection::NotMet() const {
+    std::vector<Row> rows;
     for (const Wanted& wanted : m_rows.value(m_procedure)) {
         if (!wanted.isMet) {
-            names.append(wanted.row.name);
+            rows.push_back(wanted.row);
         }
     }
-    return names;
+    return rows;
 }
 
 } // namespace contract

@@ -27,6 +27,9 @@ public:
             QVariant now;
         };
         QMap<QString, Mended> mended = {};
+        QStringList columns = {}; ///< of the source, with what they had when the row was given up; empty: not known
+        QVector<QVariant> values = {};
+        qint64 reject = 0; ///< its number among the rows given up that are kept; 0: it is none of them
     };
     /// How far an earlier run of a procedure came: its loops before that one are done, and so many rows of that one.
     struct Reached {
@@ -59,10 +62,15 @@ public:
     bool Limits() const { return m_rows.contains(m_procedure); }
     /// How far it has come before; none: it begins anew.
     std::optional<Reached> ReachedBefore() const;
-    /// The wanted row that a source row is; null when it is none.
+    /// The wanted row that a source row (with its columns and values) is; null when it is none. A row that was mended
+    /// is the one whose other values are still what they were: its name alone may be that of others.
     const Row* Find(const Row& met);
-    /// Names of its rows that have not been met yet, such as those that the source has no more.
-    QStringList NotMet() const;
+    /// Those of its rows that have not been met yet, such as those that the source has no more.
+    std::vector<Row> NotMet() const;
+
+    /// Rows that were given up before (by their numbers) are done and committed now.
+    void Done(const QVector<qint64>& rejects) { m_done += rejects; }
+    const QVector<qint64>& DoneRejects() const { return m_done; }
 
 private:
     struct Wanted {
@@ -74,6 +82,7 @@ private:
     QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
     QHash<QString, Reached> m_reached;
     QSet<QString> m_leftOut;
+    QVector<qint64> m_done;
     bool m_fillsCodes = false;
 };
 

@@ -303,7 +303,7 @@ qint64 DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
 }
 
 void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
-    if (m_run.IsSingle() || causes.isEmpty()) {
+    if (m_run.IsPart() || causes.isEmpty()) {
         return;
     }
     Session& session = m_run.GetSession();
@@ -317,11 +317,11 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
         mod_ovTools::FormatSqlValue(from, DataType::DateTime, session.Quadrix.ProviderType) + u" ORDER BY RECORD_ID");
     for (; !heads.Eof(); heads.MoveNext()) {
         if (!m_seen.contains(heads.Value("RECORD_ID").toLongLong())) {
-            TellNoLongerThere(m_run, QStringLiteral("DOCUMENTI"),
-                              QStringLiteral("%1 %2/%3 di '%4'")
-                                  .arg(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
-                                       TextOf(heads, "DTRAS")),
-                              1);
+            TellNotMetAgain(m_run, QStringLiteral("DOCUMENTI"),
+                            QStringLiteral("%1 %2/%3 di '%4'")
+                                .arg(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
+                                     TextOf(heads, "DTRAS")),
+                            1);
         }
     }
 }

@@ -153,7 +153,7 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
 }
 
 void StockWriter::TellRowsLeft() {
-    if (m_run.IsSingle()) {
+    if (m_run.IsPart()) {
         return;
     }
     Session& session = m_run.GetSession();
@@ -170,8 +170,8 @@ void StockWriter::TellRowsLeft() {
             const bool isOurs = movement.offcuts.contains(!row.IsBlank("MRSFR"));
             left += isOurs && !movement.rewritten.contains(row.Value("RECORD_ID").toLongLong()) ? 1 : 0;
         }
-        TellNoLongerThere(m_run, QStringLiteral("GIACENZE"),
-                          QStringLiteral("%1, magazzino '%2'").arg(movement.name, place.first), left);
+        TellNotMetAgain(m_run, QStringLiteral("GIACENZE"),
+                        QStringLiteral("%1, magazzino '%2'").arg(movement.name, place.first), left);
     }
 }
 

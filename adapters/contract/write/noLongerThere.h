@@ -9,4 +9,8 @@ namespace contract {
 /// @param kind of what is told, in capitals, e.g. "RIGHE" @param what it is, or what it belongs to
 void TellNoLongerThere(ImportRun& run, const QString& kind, const QString& what, qint64 count);
 
+/// The same at the end of a whole run: of what it has not met, where it has given rows up, it says that it may be
+/// theirs.
+void TellNotMetAgain(ImportRun& run, const QString& kind, const QString& what, qint64 count);
+
 } // namespace contract

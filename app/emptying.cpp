@@ -1,0 +1,57 @@
+#include "app/emptying.h"
+
+#include "app/CompanyLock.h"
+#include "app/history/Recorder.h"
+
+namespace {
+
+/// What was emptied as the account of a run without source rows.
+RunResult AccountOf(const Session& session, const EmptyingWork& work, const EmptyingResult& emptied,
+                    qint64 errorsBefore, double start) {
+    RunResult account;
+    account.module = work.module;
+    account.procedure = work.procedure;
+    account.outcome = emptied.outcome;
+    for (const EmptyingResult::Table& table : emptied.tables) {
+        account.emptied.append({table.name, table.rows});
+    }
+    for (const ErrorEntry& entry : session.Errors.Since(errorsBefore)) {
+        account.errors.append(entry.message);
+    }
+    account.seconds = session.Person.WorkedSeconds() - start;
+    return account;
+}
+
+QString LogOf(const EmptyingResult& result) {
+    QStringList lines;
+    for (const EmptyingResult::Table& table : result.tables) {
+        lines.append(EmptiedLine(table));
+    }
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+EmptyingResult EmptyAndKeep(Session& session, const EmptyingWork& work,
+                            const std::function<void(EmptyingResult&)>& empty) {
+    EmptyingResult result;
+    const qint64 errorsBefore = session.Errors.Count();
+    const double start = session.Person.WorkedSeconds();
+    try {
+        const CompanyLock lock(session, work.companies, work.name);
+        history::Recorder recorder(session, {.work = work.name, .options = work.options});
+        recorder.ProcedureBegins(work.module, work.procedure);
+        try {
+            empty(result);
+        } catch (...) {
+            result.outcome = RunResult::Outcome::Failed;
+            session.Errors.Monitoring(work.module, work.procedure);
+        }
+        recorder.Logs(LogOf(result));
+        recorder.ProcedureEnds(AccountOf(session, work, result, errorsBefore, start));
+    } catch (...) {
+        result.outcome = RunResult::Outcome::Failed;
+        session.Errors.Monitoring(work.module, work.procedure);
+    }
+    return result;
+}

@@ -1,0 +1,74 @@
+#include "ui/CodePreview.h"
+
+#include "app/report/names.h"
+#include "core/Operator.h"
+#include "ui/lists.h"
+#include "ui/WrappedLabel.h"
+
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int WidthInCharacters = 130;
+constexpr int HeightInLines = 30;
+constexpr size_t MostShown = 5000; ///< cells; the words above count them all
+
+QStringList CellsOf(const codes::CellChange& cell) {
+    if (cell.column.isEmpty()) {
+        return {cell.table, cell.row, "(tutta la riga)", cell.before.isEmpty() ? "" : "c'è",
+                cell.after.isEmpty() ? "si toglie" : "nuova"};
+    }
+    const QString title = proof::ColumnTitle(cell.column);
+    return {cell.table, cell.row, title == cell.column ? title : QString("%1 (%2)").arg(title, cell.column),
+            cell.before, cell.after};
+}
+
+QTableWidget* NewTable(const codes::Preview& preview) {
+    auto* table = new QTableWidget;
+    table->setObjectName("tblCells");
+    table->setAccessibleName("Celle che cambierebbero");
+    QVector<QStringList> rows;
+    for (size_t place = 0; place < std::min(preview.cells.size(), MostShown); ++place) {
+        rows.append(CellsOf(preview.cells[place]));
+    }
+    lists::Fill(*table, {"Tabella", "Riga", "Colonna", "Adesso", "Diventa"}, rows);
+    return table;
+}
+
+} // namespace
+
+CodePreview::CodePreview(const QStringList& lines, const codes::Preview& preview, QWidget* parent)
+    : QDialog(parent) {
+    setObjectName("dlgCodePreview");
+    setWindowTitle("Applicare i codici");
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlag(Qt::WindowMaximizeButtonHint, true);
+    auto* what = new WrappedLabel(lines.join('\n'));
+    what->setObjectName("lblCodes");
+    QString text = preview.Text();
+    if (preview.cells.size() > MostShown) {
+        text += QString(" (le prime %1 sono qui)").arg(MostShown);
+    }
+    auto* question = new WrappedLabel(text + "\n\nImportare di nuovo queste righe? (la prova non ha scritto nulla)");
+    question->setObjectName("lblQuestion");
+    auto* buttons = new QDialogButtonBox;
+    QPushButton* yes = buttons->addButton("&Sì", QDialogButtonBox::YesRole);
+    yes->setObjectName("cmdYes");
+    yes->setAutoDefault(false);
+    QPushButton* no = buttons->addButton("&No", QDialogButtonBox::NoRole);
+    no->setObjectName("cmdNo");
+    no->setDefault(true);
+    no->setFocus();
+    connect(yes, &QPushButton::clicked, this, &QDialog::accept);
+    connect(no, &QPushButton::clicked, this, &QDialog::reject);
+    auto* all = new QVBoxLayout(this);
+    all->addWidget(what);
+    all->addWidget(NewTable(preview), 1);
+    all->addWidget(question);
+    all->addWidget(buttons);
+    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+}
