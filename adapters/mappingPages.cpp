@@ -12,7 +12,7 @@ namespace mappingPages {
 namespace {
 
 const QString MadeBy =
-    QStringLiteral("Made by `scripts/mappings` from the tables that the imports run by; not to be edited by hand.\n");
+    QStringLiteral("Scritta da `scripts/mappings` con le tabelle che guidano le importazioni; non si cambia a mano.\n");
 
 /// Tables in the order in which they come, each with its columns, each once.
 class Tables {
@@ -37,7 +37,7 @@ public:
         }
         return lines.isEmpty()
                    ? lines
-                   : QStringLiteral("### %1\n\n| Table | Columns |\n|---|---|\n").arg(heading) + lines + u'\n';
+                   : QStringLiteral("### %1\n\n| Tabella | Colonne |\n|---|---|\n").arg(heading) + lines + u'\n';
     }
 
 private:
@@ -62,13 +62,13 @@ QString NeedsText(const Needs& needs) {
     for (const TableNeed& need : needs.writes) {
         writes.Add(need.table, need.columns);
     }
-    return text + reads.Text(QStringLiteral("Read from the source, beyond the mappings"), mappedFrom) +
-           writes.Text(QStringLiteral("Used in Quadrix, beyond the mappings"), mappedTo);
+    return text + reads.Text(QStringLiteral("Letto dalla sorgente, oltre alle corrispondenze"), mappedFrom) +
+           writes.Text(QStringLiteral("Usato in Quadrix, oltre alle corrispondenze"), mappedTo);
 }
 
 QString ButtonText(const Origin& origin, const Procedure& procedure) {
     if (!procedure.button) {
-        return QStringLiteral("%1: no button, by its name").arg(origin.name);
+        return QStringLiteral("%1: senza pulsante, col suo nome").arg(origin.name);
     }
     const QString& caption = origin.buttons[static_cast<size_t>(*procedure.button)].caption;
     return QStringLiteral("%1: `%2`%3")
@@ -111,20 +111,20 @@ QString NamingText(const Origin& origin) {
     return origin.source.names == contract::Naming::TheirOwn
                ? QString()
                : QStringLiteral(
-                     "\nMost names of tables and columns are this system's own reading of the source. Where a "
-                     "database has others, `%1` tells them (see "
-                     "[LAYOUT.md](../LAYOUT.md)).\n")
+                     "\nI nomi di tabelle e colonne sono per lo più una lettura di questo programma. Dove la sorgente "
+                     "ne ha altri li dice `%1` (\"Esamina...\", e [LAYOUT.md](../LAYOUT.md)).\n")
                      .arg(sources::LayoutFile::PathOf(QStringLiteral("Tracciati"), origin.name));
 }
 
-QString ModulePage(const QString& module, const std::vector<const Origin*>& origins) {
-    QString page = QStringLiteral("# %1\n\n%2\nOrigins: %3\n").arg(module, MadeBy, OriginsText(origins));
+/// @param note about the page itself, under its heading
+QString ModulePage(const QString& module, const std::vector<const Origin*>& origins, const QString& note) {
+    QString page = QStringLiteral("# %1\n\n%2Origini: %3\n").arg(module, note, OriginsText(origins));
     for (const Origin* origin : origins) {
         page += NamingText(*origin);
     }
     for (const Entry& entry : EntriesOf(origins)) {
         const QString needs = NeedsText(entry.procedure->needs).trimmed();
-        page += QStringLiteral("\n## %1\n\nButtons: %2\n")
+        page += QStringLiteral("\n## %1\n\nPulsanti: %2\n")
                     .arg(entry.procedure->name, entry.buttons.join(QStringLiteral(", ")));
         page += needs.isEmpty() ? QString() : QString(u'\n' + needs + u'\n');
     }
@@ -162,9 +162,9 @@ QString ProceduresText(const Origin& origin) {
 } // namespace
 
 QString OriginsPage(const std::vector<const Origin*>& origins, const QString& sources) {
-    QString page = QStringLiteral("# Origins\n\n%1\n| Origin | Source | Module | Procedures (button) | Names of the "
-                                  "source |\n|---|---|---|---|---|\n")
-                       .arg(MadeBy);
+    QString page = QStringLiteral("# Origins\n\nMade by `scripts/mappings` from the code; not to be edited by "
+                                  "hand.\n\n| Origin | Source | Module | Procedures (button) | Names of the "
+                                  "source |\n|---|---|---|---|---|\n");
     QMap<QString, QStringList> modules;
     for (const Origin* origin : origins) {
         page +=
@@ -181,6 +181,10 @@ QString OriginsPage(const std::vector<const Origin*>& origins, const QString& so
     return page;
 }
 
+QString PageOf(const Origin& origin) {
+    return origin.procedures.empty() ? QString() : ModulePage(origin.module, {&origin}, {});
+}
+
 QMap<QString, QString> Pages(const std::vector<const Origin*>& origins) {
     QMap<QString, std::vector<const Origin*>> modules;
     for (const Origin* origin : origins) {
@@ -189,10 +193,10 @@ QMap<QString, QString> Pages(const std::vector<const Origin*>& origins) {
         }
     }
     QMap<QString, QString> pages;
-    QString list = QStringLiteral("# Mappings\n\n%1\n| Module | Origins |\n|---|---|\n").arg(MadeBy);
+    QString list = QStringLiteral("# Corrispondenze\n\n%1\n| Modulo | Origini |\n|---|---|\n").arg(MadeBy);
     for (auto module = modules.cbegin(); module != modules.cend(); ++module) {
         const QString file = module.key() + QStringLiteral(".md");
-        pages.insert(file, ModulePage(module.key(), module.value()));
+        pages.insert(file, ModulePage(module.key(), module.value(), MadeBy + u'\n'));
         list += QStringLiteral("| [%1](%2) | %3 |\n").arg(module.key(), file, OriginsText(module.value()));
     }
     pages.insert(QStringLiteral("README.md"), list);

@@ -1,6 +1,5 @@
 #include "adapters/sheetCells.h"
 
-#include "sources/workbook/Workbook.h"
 #include "sql/errors.h"
 #include "sql/mod_ovTools.h"
 
@@ -25,8 +24,6 @@ double Number(const QVariant& value) {
     return *number;
 }
 
-} // namespace
-
 QVariant ValueAs(const QVariant& value, DataType type) {
     switch (type) {
     case DataType::Date:
@@ -43,32 +40,24 @@ QVariant ValueAs(const QVariant& value, DataType type) {
     }
 }
 
-QVariant GetXlsValue(ovConnection& source, const QString& table, qint64 row, int column, DataType type) {
-    const QString letters = sources::ColumnLetters(column - 1);
-    const auto columns = source.GetColumns(table);
-    const bool isThere = std::any_of(columns.begin(), columns.end(),
-                                     [&letters](const ColumnInfo& info) { return info.name == letters; });
-    if (!isThere) { // nothing stands in the whole column
-        return ValueAs({}, type);
-    }
-    const Recordset cell =
-        source.ExecuteWC(QStringLiteral("SELECT [%1] FROM [%2] WHERE _RIGA = %3").arg(letters, table).arg(row));
+} // namespace
+
+QVariant GetXlsValue(const contract::SourceRow& row, const QString& column, DataType type) {
     try {
-        return ValueAs(cell.Eof() ? QVariant() : cell.Fields(0).Value(), type);
+        return ValueAs(row.Value(column), type);
     } catch (ImportError& error) {
-        error.AddContext(QStringLiteral("tabella '%1', riga %2, colonna '%3'").arg(table).arg(row).arg(letters));
+        error.AddContext(QStringLiteral("colonna '%1'").arg(column));
         throw;
     }
 }
 
 int GetColumn(ovConnection& source, const QString& table, const QString& field) {
-    constexpr int searched = 200;
-    const Recordset header = source.ExecuteWC(QStringLiteral("SELECT * FROM [%1] WHERE _RIGA = 1").arg(table));
-    const QString wanted = field.trimmed().toUpper();
+    constexpr qsizetype searched = 200;
+    const QVector<ColumnInfo> columns = source.GetColumns(table);
     // The first column of the table is the number of the row.
-    for (int column = 1; !header.Eof() && column < header.Columns().size() && column <= searched; ++column) {
-        if (mod_ovTools::ToText(header.Fields(column).Value()).trimmed().toUpper() == wanted) {
-            return column;
+    for (qsizetype column = 1; column < columns.size() && column <= searched; ++column) {
+        if (columns[column].name.trimmed().compare(field.trimmed(), Qt::CaseInsensitive) == 0) {
+            return static_cast<int>(column);
         }
     }
     return 0;

@@ -1,6 +1,7 @@
 #include "app/check.h"
 
 #include "adapters/contract/run/Origin.h"
+#include "adapters/contract/run/SourceMemory.h"
 #include "adapters/contract/write/Cam.h"
 #include "app/connectSource.h"
 
@@ -33,21 +34,24 @@ contract::Lacks MissingFromCams(Session& session, const contract::Procedure& pro
 /// Looks at the source of a procedure, which is opened when it is not, and at the company's tables; none when it cannot
 /// be opened, which has been told.
 /// @param open the origin whose source was opened last
-std::optional<contract::Lacks> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure,
-                                       const contract::Origin*& open) {
+std::optional<Finding> LookFor(Session& session, const Choice& choice, const contract::Procedure& procedure,
+                               const contract::Origin*& open) {
     if (const contract::Origin* source = contract::SourceOf(*choice.origin, procedure)) {
         const bool isOpen = session.Source && open == source;
         open = source;
         if (!isOpen && ConnectSource(session, *source) != SourceOutcome::Opened) {
             return std::nullopt;
         }
-        return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(),
-                       [&] { return std::optional(contract::LacksOf(session, procedure.needs)); });
+        return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<Finding>(), [&] {
+            return std::optional(Finding{&procedure, contract::LacksOf(session, procedure.needs),
+                                         contract::ChangesOfSource(session, choice.origin->module, procedure.needs)});
+        });
     }
     CloseSource(session);
-    return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<contract::Lacks>(), [&] {
-        return std::optional(procedure.needs.reads.empty() ? contract::LacksOf(session, procedure.needs)
-                                                           : MissingFromCams(session, procedure));
+    return Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<Finding>(), [&] {
+        return std::optional(Finding{&procedure, procedure.needs.reads.empty()
+                                                     ? contract::LacksOf(session, procedure.needs)
+                                                     : MissingFromCams(session, procedure)});
     });
 }
 
@@ -62,11 +66,11 @@ std::optional<std::vector<Finding>> Run(Session& session, const Choice& choice,
     std::vector<Finding> findings;
     const contract::Origin* open = session.Source ? choice.origin : nullptr;
     for (const contract::Procedure* procedure : procedures) {
-        const auto lacks = LookFor(session, choice, *procedure, open);
-        if (!lacks) {
+        const auto finding = LookFor(session, choice, *procedure, open);
+        if (!finding) {
             return std::nullopt;
         }
-        findings.push_back({procedure, *lacks});
+        findings.push_back(*finding);
     }
     return findings;
 }
@@ -85,6 +89,9 @@ QStringList Lines(const Finding& finding, const QString& name) {
     };
     add("  Mancano, necessarie:", necessary);
     add("  Mancano, facoltative:", optional);
+    for (const QString& change : finding.changes) {
+        lines.append("  " + change);
+    }
     return lines;
 }
 

@@ -5,10 +5,11 @@
 /// The check of what an import would use, and its rehearsal: nothing that they do to the database stays.
 namespace check {
 
-/// What a procedure uses and does not find.
+/// What a procedure uses and does not find, and what has changed.
 struct Finding {
     const contract::Procedure* procedure = nullptr;
     contract::Lacks lacks;
+    QStringList changes = {}; ///< of its tables of the source since the last import, a line each
 };
 
 /// Looks at what each procedure reads and writes, in the source, which is opened, and in the company of the choice.

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceLayout.h"
+#include "adapters/contract/run/SourceMemory.h"
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect_suggest.h"
@@ -163,6 +164,7 @@ void FindColumns(Table& table, const sources::LayoutTable* layout) {
     for (Column& column : table.columns) {
         const QString name = layout == nullptr ? column.name : layout->InSource(column.name);
         column.isMarkedMissing = name.isEmpty();
+        column.called = name;
         const OwnColumn* own = name.isEmpty() ? nullptr : table.Own(name);
         column.inSource = own == nullptr ? QString() : own->name;
     }
@@ -272,10 +274,12 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
     const auto kept = source.Layout; // the probe puts its own in its place
     Probe probe(source);
     inspection.others = probe.Tables();
+    const contract::SeenTables seen = contract::SeenAtLastImport(session, origin.module);
     for (Table& table : inspection.tables) {
         const sources::LayoutTable* called = layout == nullptr ? nullptr : layout->Find(table.name);
         const QStringList parts = called == nullptr ? QStringList(table.name) : called->inSource;
         table.inSource = parts.size() == 1 ? Bracketed(parts.front()) : parts.join(u'.');
+        table.lastTime = seen.value(parts.join(u'.'));
         TakeContents(table, probe);
         FindColumns(table, called);
         if (table.isFound) {
@@ -325,6 +329,8 @@ QString GroundText(const Suggestion& suggestion) {
         return QStringLiteral("uguale");
     case Ground::WrittenOut:
         return QStringLiteral("abbreviato");
+    case Ground::Renamed:
+        return QStringLiteral("nuova, al posto di ") + suggestion.reason;
     case Ground::Alias:
         return QStringLiteral("alias: ") + suggestion.reason;
     case Ground::Values:

@@ -10,6 +10,7 @@ enum class Ground {
     UsedBefore, ///< a layout file, of this origin or another one, calls it so
     Equal,      ///< but for case, blanks and signs
     WrittenOut, ///< equal with words written out
+    Renamed,    ///< new since the last import, and alike in more than its type to one that is gone
     Alias,      ///< another word for the same field, in Italian or English
     Values,     ///< its values look like those of the field
     Columns,    ///< of a table: it has columns of the one that is read
@@ -30,6 +31,7 @@ struct Column {
     bool isNecessary = false;
     QStringList feeds = {};                   ///< columns of Quadrix, as "CON_TRO.COIVA"
     QStringList procedures = {};              ///< those that read it
+    QString called = {};                      ///< how the source should call it, by the layout file or as it is named
     QString inSource = {};                    ///< how the source calls it; empty: it does not have it
     bool isMarkedMissing = false;             ///< the layout file says that it is not there
     std::vector<Suggestion> suggestions = {}; ///< of a column that is missing, the surest first
@@ -56,7 +58,8 @@ struct Table {
     qint64 rows = -1; ///< -1: they could not be counted
     int looked = 0;   ///< rows that the values come from
     std::vector<Column> columns = {};
-    std::vector<OwnColumn> own = {}; ///< what the source has in it
+    std::vector<OwnColumn> own = {};   ///< what the source has in it
+    QVector<ColumnInfo> lastTime = {}; ///< what it had in it at the last import; empty when that is not known
     std::vector<Suggestion> suggestions = {};
     QString trouble = {}; ///< why the source does not show it; empty when it does
 

@@ -32,6 +32,28 @@ QString FirstName(const std::vector<Suggestion>& suggestions) {
 
 bool IsOpen(const Column& column) { return column.IsMissing() && !column.isMarkedMissing; }
 
+/// What is proposed on one of some grounds; the columns of a table that is missing only where it is proposed too.
+QMap<QString, QString> NamesOn(const Inspection& inspection, const QList<Ground>& grounds) {
+    const auto taken = [&grounds](const std::vector<Suggestion>& suggestions) {
+        const Suggestion* proposed = Proposed(suggestions);
+        return proposed != nullptr && grounds.contains(proposed->ground) ? proposed : nullptr;
+    };
+    QMap<QString, QString> names;
+    for (const Table& table : inspection.tables) {
+        const Suggestion* its = table.isFound ? nullptr : taken(table.suggestions);
+        if (its != nullptr) {
+            names.insert(table.name, its->name);
+        }
+        for (const Column& column : table.columns) {
+            const Suggestion* proposed = IsOpen(column) ? taken(column.suggestions) : nullptr;
+            if (proposed != nullptr && (table.isFound || its != nullptr)) {
+                names.insert(table.name + u'.' + column.name, proposed->name);
+            }
+        }
+    }
+    return names;
+}
+
 } // namespace
 
 QString Draft(const Inspection& inspection, const QString& text) {
@@ -87,20 +109,10 @@ QString TakeNames(Session& session, const contract::Origin& origin, const QMap<Q
 }
 
 QMap<QString, QString> ProposedNames(const Inspection& inspection) {
-    QMap<QString, QString> names;
-    for (const Table& table : inspection.tables) {
-        const Suggestion* its = table.isFound ? nullptr : Proposed(table.suggestions);
-        if (its != nullptr) {
-            names.insert(table.name, its->name);
-        }
-        for (const Column& column : table.columns) {
-            const Suggestion* proposed = IsOpen(column) ? Proposed(column.suggestions) : nullptr;
-            if (proposed != nullptr && (table.isFound || its != nullptr)) {
-                names.insert(table.name + u'.' + column.name, proposed->name);
-            }
-        }
-    }
-    return names;
+    return NamesOn(inspection, {Ground::UsedBefore, Ground::Equal, Ground::WrittenOut, Ground::Renamed, Ground::Alias,
+                                Ground::Values, Ground::Columns});
 }
+
+QMap<QString, QString> EqualNames(const Inspection& inspection) { return NamesOn(inspection, {Ground::Equal}); }
 
 } // namespace inspection

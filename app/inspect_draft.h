@@ -23,5 +23,7 @@ QString TakeNames(Session& session, const contract::Origin& origin, const QMap<Q
 
 /// All that is proposed for what is missing: names of the source by table, and by "table.column".
 QMap<QString, QString> ProposedNames(const Inspection& inspection);
+/// Of those the names that are equal but for case, blanks and signs: they need not be looked through.
+QMap<QString, QString> EqualNames(const Inspection& inspection);
 
 } // namespace inspection

@@ -49,6 +49,14 @@ const std::vector<TableKind>& TableKinds() {
     return kinds;
 }
 
+/// Whether a word says little of what a column is about where another one stands beside it: "CITY_NAME" is a city.
+bool IsGeneric(const QString& word) {
+    static const QSet<QString> generic{"CODE", "CODICE", "ID",     "KEY",  "CHIAVE", "NAME",        "NOME",
+                                       "NO",   "NUMBER", "NUMERO", "DATE", "DATA",   "DESCRIPTION", "DESCRIZIONE",
+                                       "TEXT", "TESTO",  "TYPE",   "TIPO", "IMPORTO"};
+    return generic.contains(word);
+}
+
 /// How much of a name a spelling is: 0 nothing, else the more the larger. A run of whole words counts, and that with
 /// which the name ends before that with which it begins.
 qsizetype Share(const QStringList& words, const QString& spelling) {
@@ -59,7 +67,8 @@ qsizetype Share(const QStringList& words, const QString& spelling) {
             run += words[to];
             if (run == spelling) {
                 const bool isWhole = from == 0 && to == words.size() - 1;
-                share = std::max(share, 4 * run.size() + (isWhole ? 3 : to == words.size() - 1 ? 1 : 0));
+                const qsizetype size = !isWhole && IsGeneric(run) ? 1 : run.size();
+                share = std::max(share, 4 * size + (isWhole ? 3 : to == words.size() - 1 ? 1 : 0));
             }
         }
     }
@@ -197,7 +206,7 @@ const std::vector<Field>& Fields() {
          {"CON_TRO.COCAP", "CON_SED.SECAP"},
          Look::PostCode},
         {"città",
-         {"CITTA", "CITTÀ", "LOCALITA", "LOCALITÀ", "COMUNE", "CITY", "TOWN"},
+         {"CITTA", "CITTÀ", "LOCALITA", "LOCALITÀ", "COMUNE", "CITY", "TOWN", "PLACE"},
          {"CON_TRO.COCIT", "CON_SED.SECIT"}},
         {"provincia",
          {"PROVINCIA", "PROVINCE", "STATE", "SIGLAPROVINCIA", "PR", "COUNTY"},
@@ -223,26 +232,60 @@ const std::vector<Field>& Fields() {
          {"CON_TRO.COMOP", "CON_TRO.COMOA"}},
         {"valuta", {"VALUTA", "DIVISA", "CURRENCY", "CURRENCYCODE"}, {"CON_TRO.COVAL"}},
         {"agente", {"AGENTE", "CODICEAGENTE", "AGENT", "SALESMAN", "SALESPERSON", "REP"}, {"CON_TRO.COAGE"}},
-        {"zona", {"ZONA", "AREA", "ZONE", "REGION", "CODICEZONA"}, {"CON_TRO.COZON"}},
+        {"zona",
+         {"ZONA", "AREA", "ZONE", "REGION", "TERRITORY", "TERRITORIO", "DISTRICT", "CODICEZONA"},
+         {"CON_TRO.COZON"}},
         {"sconto", {"SCONTO", "SCONTO1", "DISCOUNT", "REBATE"}, {"CON_TRO.COSC1", "CON_TRO.COSF1"}},
         {"ABI", {"ABI", "CODICEABI"}, {"CON_TRO.COABI"}},
         {"CAB", {"CAB", "CODICECAB"}, {"CON_TRO.COCAB"}},
         {"IBAN", {"IBAN", "CODICEIBAN"}, {"CON_TRO.COIBA"}, Look::Iban},
         {"BIC", {"BIC", "SWIFT"}, {"CON_TRO.COBIC"}},
         {"banca", {"BANCA", "BANK", "CODICEBANCA", "BANKNAME"}, {"CON_TRO.COBAN"}},
-        {"tipo", {"TIPO", "TYPE", "KIND", "FLAG", "CLASSE", "CATEGORIA", "CATEGORY", "TIPOCONTO", "TIPOSOGGETTO"}, {}},
+        {"tipo", {"TIPO", "TYPE", "KIND", "FLAG", "CATEGORIA", "CATEGORY", "TIPOCONTO", "TIPOSOGGETTO"}, {}},
         {"unità di misura",
          {"UNITAMISURA", "UNITADIMISURA", "UNITA", "UNIT", "UOM", "UNITOFMEASURE"},
          {"ART_ICO.ARUMS"}},
-        {"codice IVA",
-         {"IVA", "CODICEIVA", "ALIQUOTA", "ALIQUOTAIVA", "VATRATE", "TAX", "TAXRATE"},
-         {"ART_ICO.ARIVA", "CON_TRO.COESE"}},
-        {"prezzo", {"PREZZO", "PRICE", "UNITPRICE", "PREZZO1", "IMPORTO"}, {"LIS_ARS.SCPRZ"}},
+        {"codice IVA", {"IVA", "CODICEIVA", "ALIQUOTA", "ALIQUOTAIVA", "VATRATE", "TAX", "TAXRATE"}, {"ART_ICO.ARIVA"}},
+        {"esenzione IVA",
+         {"ESENZIONE", "ESENZIONEIVA", "CODICEESENZIONE", "IVAESENTE", "EXEMPTION", "VATEXEMPTION", "VATEXEMPT",
+          "TAXEXEMPT", "TAXEXEMPTION", "NONIMPONIBILE", "TITOLOESENZIONE"},
+         {"CON_TRO.COESE"}},
+        {"lingua", {"LINGUA", "CODICELINGUA", "LANGUAGE", "LANGUAGECODE", "LANG", "IDIOMA"}, {"CON_TRO.COLNG"}},
+        {"fido",
+         {"FIDO", "FIDOMASSIMO", "LIMITEFIDO", "LIMITECREDITO", "AFFIDAMENTO", "CREDIT", "CREDITLIMIT", "CREDITLINE"},
+         {"CON_TRO.COFID"}},
+        {"conto corrente",
+         {"CONTOCORRENTE", "NUMEROCONTO", "NUMEROCONTOCORRENTE", "NUMEROCC", "CONTOBANCARIO", "BANKACCOUNT",
+          "BANKACCOUNTNUMBER", "BANKACCOUNTNO", "ACCOUNTNUMBER"},
+         {"CON_TRO.COCOC"}},
+        {"classe",
+         {"CLASSE", "CLASS", "CLASSEARTICOLO", "TIPOARTICOLO", "TIPOLOGIA", "ITEMTYPE", "ITEMCLASS", "PRODUCTTYPE"},
+         {"ART_ICO.ARCLA"}},
+        {"scorta minima",
+         {"SCORTA", "SCORTAMINIMA", "SCORTASICUREZZA", "SOTTOSCORTA", "PUNTORIORDINO", "SAFETYSTOCK", "MINSTOCK",
+          "MINIMUMSTOCK", "REORDERPOINT", "REORDERLEVEL"},
+         {"ART_ICO.ARSMN"}},
+        {"lotto di riordino",
+         {"LOTTO", "LOTTORIORDINO", "LOTTOMINIMO", "LOTTOECONOMICO", "LOTSIZE", "ORDERLOT", "REORDERQUANTITY",
+          "REORDERQTY", "ORDERQUANTITY", "MINORDERQTY"},
+         {"ART_ICO.ARLOR"}},
+        {"giorni di consegna",
+         {"GIORNICONSEGNA", "GIORNIAPPROVVIGIONAMENTO", "TEMPOCONSEGNA", "TEMPOAPPROVVIGIONAMENTO", "LEADTIME",
+          "LEADTIMEDAYS", "DELIVERYTIME", "DELIVERYDAYS"},
+         {"ART_ICO.ARGGA"}},
+        {"disegno",
+         {"DISEGNO", "NUMERODISEGNO", "CODICEDISEGNO", "DRAWING", "DRAWINGNUMBER", "DRAWINGNO"},
+         {"ART_ICO.ARDIS"}},
+        {"prezzo",
+         {"PREZZO", "PRICE", "UNITPRICE", "PREZZO1", "IMPORTO", "PREZZOVENDITA", "PREZZOBASE", "SALESPRICE",
+          "LISTPRICE"},
+         {"LIS_ARS.SCPRZ", "ART_ICO.ARPRZ"}},
         {"costo", {"COSTO", "COST", "UNITCOST", "STANDARDCOST", "COSTOSTANDARD", "ULTIMOCOSTO"}, {"ART_ICO.ARCOS"}},
         {"quantità", {"QUANTITA", "QUANTITÀ", "QUANTITY", "QTY", "GIACENZA", "ESISTENZA", "ONHAND"}, {}},
         {"fornitore", {"FORNITORE", "SUPPLIER", "VENDOR", "CODICEFORNITORE", "SUPPLIERCODE", "VENDORCODE"}, {}},
         {"cliente", {"CLIENTE", "CUSTOMER", "CODICECLIENTE", "CUSTOMERCODE", "CUSTOMERID"}, {}},
-        {"peso", {"PESO", "WEIGHT", "PESONETTO", "NETWEIGHT"}, {}},
+        {"peso", {"PESO", "WEIGHT", "PESONETTO", "NETWEIGHT", "PESOUNITARIO", "UNITWEIGHT"}, {"ART_ICO.ARPSN"}},
+        {"peso lordo", {"PESOLORDO", "LORDO", "GROSSWEIGHT"}, {"ART_ICO.ARPSL"}},
         {"famiglia", {"FAMIGLIA", "FAMILY", "GRUPPO", "GROUP", "PRODUCTGROUP", "MERCEOLOGICO"}, {"ART_ICO.ARFAM"}},
         {"ubicazione", {"UBICAZIONE", "LOCATION", "BIN", "SHELF", "SCAFFALE", "POSIZIONE"}, {}},
         {"magazzino", {"MAGAZZINO", "WAREHOUSE", "STORE", "DEPOSITO"}, {}},
@@ -277,6 +320,11 @@ const Field* FieldOfTargets(const QStringList& targets) {
 QString KindOfTable(const QString& name) {
     const TableKind* kind = EntryOf(TableKinds(), name);
     return kind == nullptr ? QString() : QString::fromUtf8(kind->name);
+}
+
+bool HasLook(const QString& value, Look look) {
+    return std::any_of(LookKinds().begin(), LookKinds().end(),
+                       [&](const LookKind& kind) { return kind.look == look && kind.isIt(value.trimmed()); });
 }
 
 Look LookOf(const QStringList& values) {

@@ -37,6 +37,8 @@ const Field* FieldOfTargets(const QStringList& targets);
 /// The kind of table that a name tells, such as "clienti e fornitori"; empty when it tells none.
 QString KindOfTable(const QString& name);
 
+/// Whether a value looks so.
+bool HasLook(const QString& value, Look look);
 /// What all of the values look like. Fewer than three different ones tell nothing.
 Look LookOf(const QStringList& values);
 /// How the operator is told a look: "partita IVA"; empty for none.

@@ -158,19 +158,20 @@ void AddKnown(Collected& collected, const QString& logical, const QStringList& n
     }
 }
 
-/// Whether values speak against a look: there are enough of them, and they look like something else or like nothing.
+/// Whether values speak against a look: there are enough of them, and most are otherwise. Some are wrong everywhere.
 bool Contradicts(const OwnColumn& own, Look look) {
-    const Look seen = LookOf(own.values);
-    return look != Look::None && own.values.size() >= 3 && seen != look &&
-           !(look == Look::TaxCode && seen == Look::VatNumber);
+    constexpr qsizetype enough = 3;
+    const auto alike = std::count_if(own.values.begin(), own.values.end(),
+                                     [look](const QString& value) { return HasLook(value, look); });
+    return look != Look::None && own.values.size() >= enough && alike * 2 < own.values.size();
 }
 
 /// What the columns of one table are compared with.
 struct Compared {
+    const Table& table;
     const std::vector<OwnColumn>& free;
     QStringList names; ///< of those
     BareNames bare;
-    QString table; ///< of the source
     const NamesBefore& before;
     const NamesBefore& now;
 };
@@ -178,7 +179,7 @@ struct Compared {
 /// The columns whose field, or whose values, are those of the field.
 void AddByField(Collected& collected, const Meant& meant, const Compared& compared) {
     for (const OwnColumn& own : compared.free) {
-        const Field* field = CodeOf(compared.table, compared.bare.FieldOf(own.name));
+        const Field* field = CodeOf(compared.table.inSource, compared.bare.FieldOf(own.name));
         if (meant.Has(field) && !Contradicts(own, field->look)) {
             collected.Add(own.name, Ground::Alias, field->name);
         }
@@ -187,6 +188,47 @@ void AddByField(Collected& collected, const Meant& meant, const Compared& compar
     for (const OwnColumn& own : compared.free) {
         if (look != Look::None && LookOf(own.values) == look) {
             collected.Add(own.name, Ground::Values, LookText(look));
+        }
+    }
+}
+
+/// The names in front of and behind one; empty at an end.
+std::pair<QString, QString> Neighbours(const QStringList& names, qsizetype at) {
+    return {names.value(at - 1).toUpper(), names.value(at + 1).toUpper()};
+}
+
+/// The columns that have come since the last import, where the column was there then and is gone. Its values are not
+/// known any more: besides the type the place, the name or the look has to speak for one.
+void AddRenamed(Collected& collected, const Column& column, const Meant& meant, const Compared& compared) {
+    QStringList before;
+    qsizetype gone = -1;
+    for (const ColumnInfo& known : compared.table.lastTime) {
+        gone = known.name.compare(column.called, Qt::CaseInsensitive) == 0 ? before.size() : gone;
+        before.append(known.name);
+    }
+    const QStringList now = OwnNames(compared.table);
+    if (gone < 0 || Has(now, column.called)) {
+        return;
+    }
+    const QString type = compared.table.lastTime[gone].type;
+    for (const OwnColumn& own : compared.free) {
+        if (Has(before, own.name) || type.isEmpty() || own.type.compare(type, Qt::CaseInsensitive) != 0 ||
+            Contradicts(own, meant.ItsLook())) {
+            continue;
+        }
+        QStringList alike{QStringLiteral("stesso tipo")};
+        if (Neighbours(before, gone) == Neighbours(now, now.indexOf(own.name))) {
+            alike.append(QStringLiteral("stesso posto"));
+        }
+        if (!GroundedNames(column.called, {own.name}).isEmpty()) {
+            alike.append(QStringLiteral("nome simile"));
+        }
+        if (meant.ItsLook() != Look::None && LookOf(own.values) == meant.ItsLook()) {
+            alike.append(QStringLiteral("aspetto dei valori"));
+        }
+        if (alike.size() > 1) {
+            collected.Add(own.name, Ground::Renamed,
+                          column.called + QStringLiteral(": ") + alike.join(QStringLiteral(", ")));
         }
     }
 }
@@ -200,6 +242,7 @@ std::vector<Suggestion> ColumnsFor(const Column& column, const Meant& meant, con
             collected.Add(each.name, GroundOf(each.ground));
         }
     }
+    AddRenamed(collected, column, meant, compared);
     AddKnown(collected, column.name, compared.names, compared.now,
              {{}, Ground::Alias, QStringLiteral("così in un'altra tabella")});
     AddByField(collected, meant, compared);
@@ -312,7 +355,7 @@ void SuggestColumns(Table& table, const NamesBefore& before, const NamesBefore& 
             names.append(own.name);
         }
     }
-    const Compared compared{free, names, BareNames(OwnNames(table)), table.inSource, before, now};
+    const Compared compared{table, free, names, BareNames(OwnNames(table)), before, now};
     const BareNames bare(LogicalNames(table));
     for (Column& column : table.columns) {
         if (column.IsMissing()) {

@@ -1,5 +1,6 @@
 #include "app/inspect_texts.h"
 
+#include "adapters/contract/run/SourceMemory.h"
 #include "app/inspect_draft.h"
 
 #include <QLocale>
@@ -53,10 +54,12 @@ QString StateText(const Table& table) {
         return table.trouble;
     }
     const qsizetype missing = table.isFound ? MissingNecessary(table) : 0;
-    return !table.isFound ? QStringLiteral("manca")
-           : missing == 0 ? QStringLiteral("trovata")
-           : missing == 1 ? QStringLiteral("manca 1 colonna necessaria")
-                          : QStringLiteral("mancano %1 colonne necessarie").arg(missing);
+    const QString state = !table.isFound ? QStringLiteral("manca")
+                          : missing == 0 ? QStringLiteral("trovata")
+                          : missing == 1 ? QStringLiteral("manca 1 colonna necessaria")
+                                         : QStringLiteral("mancano %1 colonne necessarie").arg(missing);
+    const QString change = ChangeText(table);
+    return change.isEmpty() ? state : state + QStringLiteral("; cambiata: ") + change;
 }
 
 QString SourceText(const Column& column) {
@@ -67,6 +70,14 @@ QString SourceText(const Column& column) {
 
 QString SourceText(const Table& table) {
     return table.isFound ? table.inSource : Question(Proposed(table.suggestions));
+}
+
+QString ChangeText(const Table& table) {
+    QVector<ColumnInfo> now;
+    for (const OwnColumn& column : table.own) {
+        now.append({column.name, column.type});
+    }
+    return table.isFound && !table.lastTime.isEmpty() ? contract::ChangeText(table.lastTime, now) : QString();
 }
 
 QString ValuesText(const Table& table, const QString& own) {

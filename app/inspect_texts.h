@@ -14,12 +14,14 @@ Mark MarkOf(const Table& table);
 
 /// "trovata", "manca", "manca, facoltativa", "segnata come mancante".
 QString StateText(const Column& column);
-/// "trovata", "manca", "mancano 3 colonne necessarie".
+/// "trovata", "manca", "mancano 3 colonne necessarie"; behind it how the table has changed since the last import.
 QString StateText(const Table& table);
 /// What the source calls a column, or the name that is proposed with its ground: "CAMPO7? (valori: partita IVA)".
 QString SourceText(const Column& column);
 /// The same of a table.
 QString SourceText(const Table& table);
+/// How a table has changed since the last import; empty when it has not, or that is not known.
+QString ChangeText(const Table& table);
 /// The first values of a column, found or proposed, in quotes.
 QString ValuesText(const Table& table, const QString& own);
 /// "1.234"; empty for a number that is not known.

@@ -52,7 +52,8 @@ Report Check(Context& context) {
         procedures.append(QJsonObject{{"data", DataOf(*finding.procedure)},
                                       {"procedure", finding.procedure->name},
                                       {"missing", QJsonArray::fromStringList(finding.lacks.necessary)},
-                                      {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)}});
+                                      {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)},
+                                      {"changes", QJsonArray::fromStringList(finding.changes)}});
         report.exitCode = finding.lacks.necessary.isEmpty() ? report.exitCode : ExitFailed;
     }
     report.text = lines.join(u'\n');

@@ -1,5 +1,6 @@
 #include "app/connectSource.h"
 #include "app/inspect_draft.h"
+#include "app/inspect_texts.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/TerminalOperator.h"
@@ -99,6 +100,9 @@ QStringList TableLines(const inspection::Table& table) {
         }
     }
     QStringList lines{HeadOf(table)};
+    if (const QString change = inspection::ChangeText(table); !change.isEmpty()) {
+        lines.append(QStringLiteral("  Cambiata dall'ultima importazione: ") + change);
+    }
     const auto add = [&lines](const QString& heading, const QStringList& under) {
         lines += under.isEmpty() ? QStringList() : QStringList(heading) + under;
     };
@@ -168,6 +172,9 @@ QJsonObject Json(const inspection::Table& table) {
     if (!table.trouble.isEmpty()) {
         json["trouble"] = table.trouble;
     }
+    if (const QString change = inspection::ChangeText(table); !change.isEmpty()) {
+        json["changed"] = change;
+    }
     return json;
 }
 
@@ -182,14 +189,27 @@ QJsonObject Json(const Inspection& looked) {
             {"otherTables", QJsonArray::fromStringList(looked.others)}};
 }
 
+/// Looks at the source; with the option what is equal is taken first.
+Inspection LookAt(Context& context, const contract::Origin& origin) {
+    Session& session = context.session;
+    const Inspection looked = inspection::Inspect(session, origin);
+    const QMap<QString, QString> equal = inspection::EqualNames(looked);
+    if (!context.options.isSet("take-equal") || equal.isEmpty()) {
+        return looked;
+    }
+    if (const QString trouble = inspection::TakeNames(session, origin, equal); !trouble.isEmpty()) {
+        throw ImportError(QStringLiteral("Il tracciato resta com'era: ") + trouble);
+    }
+    return inspection::Inspect(session, origin);
+}
+
 Report Inspect(Context& context) {
     const contract::Origin& origin = OriginFrom(context.options);
     Session& session = context.session;
     const auto close = qScopeGuard([&session] { CloseSource(session); });
     const Operator::Busy busy(session.Person);
     const auto looked = Guarded(session.Errors, "frmImport", "ConnectSource", std::optional<Inspection>(), [&] {
-        return inspection::OpenToLook(session, origin) ? std::optional(inspection::Inspect(session, origin))
-                                                       : std::nullopt;
+        return inspection::OpenToLook(session, origin) ? std::optional(LookAt(context, origin)) : std::nullopt;
     });
     if (!looked) {
         return {session.Errors.Entries().isEmpty() ? ExitCancelled : ExitFailed, {}, {}};
@@ -211,10 +231,12 @@ Command InspectCommand() {
         "inspect",
         "mostra tabelle e colonne della sorgente accanto a quelle che l'origine legge; non importa nulla",
         "Di ciò che manca propone i nomi più vicini, ognuno col suo motivo: usato prima (in un tracciato), uguale,\n"
-        "abbreviato, alias (un'altra parola per lo stesso campo), valori (ne hanno l'aspetto), simile.\n"
+        "abbreviato, nuova al posto di una che c'era all'ultima importazione, alias (un'altra parola per lo stesso\n"
+        "campo), valori (ne hanno l'aspetto), simile. Di una tabella cambiata dall'ultima importazione dice come.\n"
         "Con --write le proposte vanno come commenti nel tracciato: valgono quando si toglie il \";\" iniziale.\n"
         "Codice d'uscita 1 quando manca qualcosa di necessario.",
         {OriginOption(),
+         {"take-equal", "Scrive nel tracciato i nomi uguali salvo maiuscole, spazi e segni: valgono subito."},
          {"write", "Scrive le proposte nel tracciato dell'origine, come commenti; ciò che c'è già resta."},
          InputOption(),
          InputFileOption(),

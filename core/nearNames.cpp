@@ -59,6 +59,58 @@ const QHash<QString, QString>& Words() {
     return words;
 }
 
+/// Words and beginnings of words that stand in names which are run together of several, beside those of `Words`.
+const QHash<QString, QString>& FurtherPieces() {
+    static const QHash<QString, QString> pieces{
+        {"ABI", "ABI"},     {"ACQ", "ACQUISTO"}, {"AGE", "AGENTE"}, {"ALI", "ALIQUOTA"},  {"BAN", "BANCA"},
+        {"BAR", "BARRE"},   {"CAB", "CAB"},      {"CAP", "CAP"},    {"CEL", "CELLULARE"}, {"CLA", "CLASSE"},
+        {"CON", "CONTO"},   {"COR", "CORRENTE"}, {"DIV", "DIVISA"}, {"ESE", "ESENZIONE"}, {"FAT", "FATTURA"},
+        {"FAX", "FAX"},     {"FID", "FIDO"},     {"FIN", "FINE"},   {"GRU", "GRUPPO"},    {"IBAN", "IBAN"},
+        {"IMP", "IMPORTO"}, {"INI", "INIZIO"},   {"IVA", "IVA"},    {"LIN", "LINGUA"},    {"LOR", "LORDO"},
+        {"LOT", "LOTTO"},   {"MAX", "MASSIMO"},  {"MIN", "MINIMO"}, {"NET", "NETTO"},     {"NOM", "NOME"},
+        {"NOT", "NOTE"},    {"PAR", "PARTITA"},  {"PES", "PESO"},   {"PRE", "PREZZO"},    {"RIO", "RIORDINO"},
+        {"STA", "STATO"},   {"STD", "STANDARD"}, {"ULT", "ULTIMO"}, {"VEN", "VENDITA"},   {"ZON", "ZONA"},
+    };
+    return pieces;
+}
+
+/// What a name of two letters may begin with when it is run together of several words.
+const QHash<QString, QString>& ShortHeads() {
+    static const QHash<QString, QString> heads{
+        {"CD", "CODICE"}, {"DT", "DATA"}, {"GG", "GIORNI"}, {"NR", "NUMERO"}, {"QT", "QUANTITA"}};
+    return heads;
+}
+
+/// The words of which one is run together, "CODCLI" of CODICE and CLIENTE, the longest pieces first; empty when it is
+/// not made of known ones alone.
+QStringList PiecesOf(const QString& word) {
+    constexpr qsizetype shortest = 3;
+    static const QSet<QString> whole(Words().cbegin(), Words().cend());
+    for (qsizetype size = word.size(); size >= shortest; --size) {
+        const QString front = word.left(size);
+        const QString known = Words().value(front, FurtherPieces().value(front, whole.contains(front) ? front : ""));
+        const QStringList behind = known.isEmpty() || size == word.size() ? QStringList() : PiecesOf(word.mid(size));
+        if (!known.isEmpty() && (size == word.size() || !behind.isEmpty())) {
+            return QStringList(known) + behind;
+        }
+    }
+    return {};
+}
+
+/// The words that one stands for: itself, what it is cut from, or those that it is run together of.
+QStringList WordsOf(const QString& word) {
+    constexpr qsizetype head = 2;
+    if (const auto known = Words().constFind(word); known != Words().constEnd()) {
+        return {*known};
+    }
+    QStringList pieces = PiecesOf(word);
+    if (pieces.isEmpty() && ShortHeads().contains(word.left(head))) {
+        pieces = PiecesOf(word.mid(head));
+        pieces = pieces.isEmpty() ? pieces : QStringList(ShortHeads().value(word.left(head))) + pieces;
+    }
+    return pieces.size() > 1 ? pieces : QStringList(word);
+}
+
 QString WrittenOut(const QString& name) { return WordsOfName(name).join(QString()); }
 
 /// The letters and digits of a name, in upper case.
@@ -96,8 +148,7 @@ QStringList WordsOfName(const QString& name) {
     static const QRegularExpression words(QStringLiteral("\\p{Lu}?\\p{Ll}+|\\p{Lu}+(?!\\p{Ll})|\\d+"));
     QStringList all;
     for (auto word = words.globalMatch(name); word.hasNext();) {
-        const QString text = word.next().captured().toUpper();
-        all.append(Words().value(text, text));
+        all.append(WordsOf(word.next().captured().toUpper()));
     }
     return all;
 }

@@ -24,7 +24,7 @@ struct GroundedName {
 /// The names that may be meant by another one, each once, the surest ground first.
 QList<GroundedName> GroundedNames(const QString& name, const QStringList& names);
 
-/// The words of a name, written out and in upper case: "COD_ART" and "CodArticolo" are both CODICE, ARTICOLO.
+/// The words of a name, written out and in upper case: "COD_ART", "CodArticolo" and "CODART" are all CODICE, ARTICOLO.
 QStringList WordsOfName(const QString& name);
 
 /// " (c'è: uguale 'RAG_SOC'; simile 'RagSoc1')": the near names by the ground on which they are told: equal but for

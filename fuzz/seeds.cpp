@@ -68,6 +68,25 @@ QByteArray AccessDatabase() {
     return Database({table}, {Utf16("Nota"), Raw(quint32(0)) + QByteArray("foto")});
 }
 
+/// Files of a package; without bytes where it does not have one.
+QVector<QByteArray> Unpacked(const QString& path, const QStringList& names) {
+    zip_t* package = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, nullptr);
+    QVector<QByteArray> files;
+    for (const QString& name : names) {
+        QByteArray bytes;
+        zip_stat_t about;
+        zip_file_t* file = zip_fopen(package, name.toUtf8().constData(), 0);
+        if (file != nullptr && zip_stat(package, name.toUtf8().constData(), 0, &about) == 0) {
+            bytes.resize(static_cast<qsizetype>(about.size));
+            zip_fread(file, bytes.data(), about.size);
+            zip_fclose(file);
+        }
+        files.append(bytes);
+    }
+    zip_discard(package);
+    return files;
+}
+
 void WriteSeed(const QString& path, const QVector<QByteArray>& files) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(foreignFiles::Join(files)) < 0) {
@@ -84,7 +103,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const QDir folder(argv[1]);
-    for (const char* kind : {"FoxPro", "Text", "Access", "Workbook", "Fixed"}) {
+    for (const char* kind : {"FoxPro", "Text", "Access", "Workbook", "Xlsx", "Ods", "Fixed"}) {
         folder.mkpath(kind);
     }
     WriteSeed(folder.filePath("FoxPro/foxpro"), {FoxProTable(), FoxProMemos(), "", "", "", ""});
@@ -97,9 +116,15 @@ int main(int argc, char** argv) {
     WriteSeed(folder.filePath("Access/access2000"), {AccessDatabase()});
     WriteSeed(folder.filePath("Fixed/dump"), {"T00001 05032420240305    \r\nR0012345N 00012.50      \r\n\x1a"});
     const QDir workbooks(QUADRIX_SOURCE_DIR "/tests/sources/workbooks");
-    for (const QString& name : workbooks.entryList({"*.xls", "*.xlsx"}, QDir::Files)) {
-        QFile workbook(workbooks.filePath(name));
+    for (const QString& name : workbooks.entryList({"*.xls", "*.xlsx", "*.ods"}, QDir::Files)) {
+        const QString path = workbooks.filePath(name);
+        QFile workbook(path);
         WriteSeed(folder.filePath("Workbook/" + name), {workbook.open(QIODevice::ReadOnly) ? workbook.readAll() : ""});
+        if (name.endsWith(".xlsx")) {
+            WriteSeed(folder.filePath("Xlsx/" + name), Unpacked(path, foreignFiles::Xlsx().files));
+        } else if (name.endsWith(".ods")) {
+            WriteSeed(folder.filePath("Ods/" + name), Unpacked(path, foreignFiles::Ods().files));
+        }
     }
     return 0;
 }

@@ -55,9 +55,7 @@ QString PageOf(const contract::Origin* origin) {
     if (origin == nullptr) {
         return QStringLiteral("Scegliere un'origine per vedere che cosa legge e dove lo scrive.");
     }
-    QString page = mappingPages::Pages({origin}).value(origin->module + QStringLiteral(".md"));
-    page.remove(QStringLiteral(
-        "Made by `scripts/mappings` from the tables that the imports run by; not to be edited by hand.\n"));
+    const QString page = mappingPages::PageOf(*origin);
     return page.isEmpty() ? QStringLiteral("%1: nessuna importazione disponibile in questa versione.").arg(origin->name)
                           : page;
 }

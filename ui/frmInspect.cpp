@@ -63,7 +63,9 @@ void frmInspect::Lay() {
     m_summary = new WrappedLabel(QString());
     m_summary->setObjectName("lblSummary");
     m_columns = new InspectColumns;
-    connect(m_columns, &InspectColumns::Chosen, this, &frmInspect::Take);
+    connect(m_columns, &InspectColumns::Chosen, this, [this](const QString& key, const QString& name) {
+        Take({{key, name}});
+    });
     m_further = new InspectFurther(m_session, m_origin);
     connect(m_further, &InspectFurther::Changed, this, &frmInspect::Refresh);
     m_preview = new InspectPreview(m_session, m_origin);
@@ -85,6 +87,12 @@ void frmInspect::Lay() {
     takeAll->setAutoDefault(false);
     takeAll->setToolTip("Mostra tutti i nomi proposti e, dopo la conferma, li scrive nel tracciato");
     connect(takeAll, &QPushButton::clicked, this, &frmInspect::cmdTakeAll_Click);
+    auto* takeEqual = new QPushButton("Accetta gli &uguali");
+    takeEqual->setObjectName("cmdTakeEqual");
+    takeEqual->setAutoDefault(false);
+    takeEqual->setShortcut(QKeySequence("Ctrl+U"));
+    takeEqual->setToolTip("Scrive nel tracciato i nomi uguali salvo maiuscole, spazi e segni (Ctrl+U)");
+    connect(takeEqual, &QPushButton::clicked, this, &frmInspect::cmdTakeEqual_Click);
     auto* close = new QPushButton("C&hiudi");
     close->setObjectName("cmdClose");
     close->setAutoDefault(false);
@@ -92,6 +100,7 @@ void frmInspect::Lay() {
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_onlyMissing);
     buttons->addStretch();
+    buttons->addWidget(takeEqual);
     buttons->addWidget(takeAll);
     buttons->addWidget(close);
     auto* all = new QVBoxLayout(this);
@@ -187,13 +196,22 @@ void frmInspect::Tell(const QString& trouble) {
     }
 }
 
-void frmInspect::Take(const QString& key, const QString& name) {
+void frmInspect::Take(const QMap<QString, QString>& names) {
     try {
-        Tell(inspection::TakeNames(m_session, m_origin, {{key, name}}));
+        Tell(inspection::TakeNames(m_session, m_origin, names));
     } catch (const ImportError& error) {
         Tell(error.Message());
     }
     Refresh();
+}
+
+void frmInspect::cmdTakeEqual_Click() {
+    const QMap<QString, QString> names = inspection::EqualNames(m_shown);
+    if (names.isEmpty()) {
+        m_session.Person.Message("Di ciò che manca nessun nome è uguale.");
+        return;
+    }
+    Take(names);
 }
 
 void frmInspect::cmdTakeAll_Click() {
@@ -202,13 +220,7 @@ void frmInspect::cmdTakeAll_Click() {
         m_session.Person.Message("Non c'è nessuna proposta: scegliere i nomi uno per uno.");
         return;
     }
-    if (!m_session.Person.Review("Scrivere nel tracciato questi nomi?", inspection::ProposalLines(m_shown))) {
-        return;
+    if (m_session.Person.Review("Scrivere nel tracciato questi nomi?", inspection::ProposalLines(m_shown))) {
+        Take(names);
     }
-    try {
-        Tell(inspection::TakeNames(m_session, m_origin, names));
-    } catch (const ImportError& error) {
-        Tell(error.Message());
-    }
-    Refresh();
 }

@@ -27,8 +27,10 @@ public:
     const inspection::Inspection& Shown() const { return m_shown; }
 
 public slots:
-    /// Takes a name for a table, or for "table.column", of the source; an empty one says that the column is not there.
-    void Take(const QString& key, const QString& name);
+    /// Takes names of the source for tables, and for "table.column"; an empty one says that the column is not there.
+    void Take(const QMap<QString, QString>& names);
+    /// Takes the names that are equal but for case, blanks and signs.
+    void cmdTakeEqual_Click();
     /// Shows all that is proposed, and takes it when the operator agrees.
     void cmdTakeAll_Click();
     /// Looks at the source again and keeps the table that is chosen.

@@ -116,52 +116,93 @@ void OdsSheet::ReadRow(SheetRow& row) {
     }
 }
 
+/// What the attributes of a cell tell, found in one pass: there are millions of cells.
+struct OdsCell {
+    explicit OdsCell(const QXmlStreamAttributes& attributes) {
+        for (const QXmlStreamAttribute& attribute : attributes) {
+            const QStringView space = attribute.namespaceUri();
+            if (space == Office) {
+                TakeOffice(attribute.name(), attribute.value());
+            } else if (space == Table) {
+                TakeTable(attribute.name(), attribute.value());
+            } else if (space == Extended && attribute.name() == u"value-type") {
+                isError = attribute.value() == u"error";
+            }
+        }
+    }
+
+    QStringView type;
+    QStringView value;  ///< of a number, a date, a time or a boolean
+    QStringView string; ///< null: the shown text is the value
+    bool isFormula = false;
+    bool isError = false;
+    qint64 times = 1;
+    qint64 columns = 1; ///< that it spans
+    qint64 rows = 1;
+
+private:
+    void TakeOffice(QStringView name, QStringView text) {
+        if (name == u"value-type") {
+            type = text;
+        } else if (name == u"string-value") {
+            string = text.isNull() ? QStringView(u"") : text;
+        } else if (name == u"value" || name == u"date-value" || name == u"time-value" || name == u"boolean-value") {
+            value = text;
+        }
+    }
+    void TakeTable(QStringView name, QStringView text) {
+        const auto number = [text] { return std::max<qint64>(1, text.toLongLong()); };
+        if (name == u"number-columns-repeated") {
+            times = number();
+        } else if (name == u"number-columns-spanned") {
+            columns = number();
+        } else if (name == u"number-rows-spanned") {
+            rows = number();
+        }
+        isFormula = isFormula || name == u"formula";
+    }
+};
+
 void OdsSheet::ReadCell(SheetRow& row) {
-    const auto attributes = m_xml.attributes();
-    const qint64 times = Times(attributes, QStringLiteral("number-columns-repeated"));
-    NoteMerged(attributes);
+    const auto attributes = m_xml.attributes(); // what `told` looks at
+    const OdsCell told(attributes);
+    NoteMerged(told);
     const QString shown = ReadShown();
     SheetCell cell;
-    TakeValue(cell, attributes, shown);
+    TakeValue(cell, told, shown);
     if (cell.kind != SheetCell::Kind::Text || !cell.text.isEmpty()) {
-        if (m_column + times > MostColumns) {
+        if (m_column + told.times > MostColumns) {
             throw ImportError(QStringLiteral("riga %1: ha più di %2 colonne: il file è danneggiato")
                                   .arg(row.number)
                                   .arg(MostColumns));
         }
-        for (qint64 i = 0; i < times; ++i) {
+        for (qint64 i = 0; i < told.times; ++i) {
             cell.column = static_cast<int>(m_column + i);
             row.cells.push_back(cell);
         }
     }
-    m_column += times;
+    m_column += told.times;
 }
 
-void OdsSheet::TakeValue(SheetCell& cell, const QXmlStreamAttributes& attributes, const QString& shown) {
-    const auto value = [&attributes](const char* name) {
-        return attributes.value(Office, QLatin1String(name)).toString();
-    };
-    const QString type = value("value-type");
-    if (attributes.value(Extended, QLatin1String("value-type")) == u"error") {
+void OdsSheet::TakeValue(SheetCell& cell, const OdsCell& told, const QString& shown) {
+    if (told.isError) {
         cell.kind = SheetCell::Kind::Error;
         cell.text = shown.toUtf8();
-    } else if (type.isEmpty() || type == u"string" || type == u"void") {
-        const bool isTold = attributes.hasAttribute(Office, QLatin1String("string-value"));
-        cell.text = (isTold ? value("string-value") : shown).toUtf8();
-        const bool isFormula = attributes.hasAttribute(Table, QLatin1String("formula"));
-        cell.kind = isFormula && cell.text.isEmpty() ? SheetCell::Kind::EmptyText : SheetCell::Kind::Text;
-    } else if (type == u"date") {
-        TakeDate(cell, value("date-value"));
-    } else if (type == u"time") {
-        cell.text = TimeText(value("time-value")).toUtf8();
+    } else if (told.type.isEmpty() || told.type == u"string" || told.type == u"void") {
+        cell.text = told.string.isNull() ? shown.toUtf8() : told.string.toUtf8();
+        cell.kind = told.isFormula && cell.text.isEmpty() ? SheetCell::Kind::EmptyText : SheetCell::Kind::Text;
+    } else if (told.type == u"date") {
+        TakeDate(cell, told.value.toString());
+    } else if (told.type == u"time") {
+        cell.text = TimeText(told.value.toString()).toUtf8();
         if (cell.text.isEmpty()) {
-            Spoil(cell, QStringLiteral("'%1' non è un'ora").arg(value("time-value")));
+            Spoil(cell, QStringLiteral("'%1' non è un'ora").arg(told.value));
         }
-    } else if (type == u"boolean") {
+    } else if (told.type == u"boolean") {
         cell.kind = SheetCell::Kind::Boolean;
-        cell.number = value("boolean-value") == u"true" ? 1 : 0;
-    } else if (const auto number = NumberOf(value("value")); !number) {
-        Spoil(cell, QStringLiteral("'%1' non è un numero").arg(value("value")));
+        cell.number = told.value == u"true" ? 1 : 0;
+    } else if (const auto number = NumberOf(told.value); !number) {
+        Spoil(cell, QStringLiteral("'%1' non è un numero").arg(told.value));
     } else if (IsShownAsCode(shown)) {
         cell.text = shown.toUtf8();
     } else {
@@ -170,26 +211,28 @@ void OdsSheet::TakeValue(SheetCell& cell, const QXmlStreamAttributes& attributes
     }
 }
 
-void OdsSheet::NoteMerged(const QXmlStreamAttributes& attributes) {
-    const qint64 columns = Times(attributes, QStringLiteral("number-columns-spanned"));
-    const qint64 rows = Times(attributes, QStringLiteral("number-rows-spanned"));
-    if (columns > 1 || rows > 1) {
+void OdsSheet::NoteMerged(const OdsCell& told) {
+    if (told.columns > 1 || told.rows > 1) {
         m_merged.append(ColumnLetters(static_cast<int>(m_column)) + QString::number(m_row + 1) + u':' +
-                        ColumnLetters(static_cast<int>(m_column + columns - 1)) + QString::number(m_row + rows));
+                        ColumnLetters(static_cast<int>(m_column + told.columns - 1)) +
+                        QString::number(m_row + told.rows));
     }
 }
 
 /// The text of the cell under way as it is shown, line by line, without comments and drawings.
 QString OdsSheet::ReadShown() {
-    QStringList lines;
+    QString shown;
+    bool isFirst = true;
     while (m_xml.readNextStartElement()) {
         if (m_xml.name() == u"p" || m_xml.name() == u"h") {
-            lines.append(ReadParagraph());
+            shown += isFirst ? QString() : QStringLiteral("\n");
+            shown += ReadParagraph();
+            isFirst = false;
         } else {
             m_xml.skipCurrentElement();
         }
     }
-    return lines.join(u'\n');
+    return shown;
 }
 
 /// Blanks that follow each other are one, and none at the beginning: others have an element of their own.
@@ -200,6 +243,7 @@ QString OdsSheet::ReadParagraph() {
         const auto token = m_xml.readNext();
         depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
         if (token == QXmlStreamReader::Characters) {
+            text.reserve(text.size() + m_xml.text().size());
             for (const QChar c : m_xml.text()) {
                 if (!c.isSpace() || c == QChar::Nbsp) {
                     text += c;

@@ -13,6 +13,8 @@ inline const QString OdsContent = QStringLiteral("content.xml");
 /// Steps to the next sheet of the content, of those that stand in the spreadsheet itself; false behind the last one.
 bool NextOdsSheet(QXmlStreamReader& xml);
 
+struct OdsCell;
+
 /// The rows of a sheet of an `Ods`. Rows and cells that are equal stand in it once, with how often they follow.
 class OdsSheet final : public SheetReader {
 public:
@@ -25,8 +27,8 @@ public:
 private:
     void ReadRow(SheetRow& row);
     void ReadCell(SheetRow& row);
-    void TakeValue(SheetCell& cell, const QXmlStreamAttributes& attributes, const QString& shown);
-    void NoteMerged(const QXmlStreamAttributes& attributes);
+    void TakeValue(SheetCell& cell, const OdsCell& told, const QString& shown);
+    void NoteMerged(const OdsCell& told);
     QString ReadShown();
     QString ReadParagraph();
 

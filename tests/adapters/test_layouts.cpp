@@ -223,6 +223,9 @@ private slots:
         QCOMPARE(told(), QString("CliFor: in più Cig; in meno Web"));
         fixture.WriteLayout("[COLONNE]\nCliFor.Web=Cig\n"); // what it is called is no change of the source
         QCOMPARE(told(), QString());
+        Change(fixture, "ALTER TABLE CliFor DROP COLUMN Cig");
+        Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig INTEGER");
+        QCOMPARE(told(), QString("CliFor: di altro tipo Cig (INTEGER, prima VARCHAR(10))"));
     }
 
     void WhatFitsNothingIsAnError_data() {
@@ -235,7 +238,7 @@ private slots:
             "'CliFor'");
         Row("column", "[COLONNE]\nCliFor.CodiceCliFor=A\n",
             "della tabella 'CliFor' non si legge nessuna colonna 'CodiceCliFor' (c'è: abbreviato 'CodCliFor'");
-        Row("table of the source", "[TABELLE]\nCliFor=CLIFORN\n", "l'origine non ha la tabella 'CLIFORN' (c'è: simile");
+        Row("table of the source", "[TABELLE]\nCliFor=CLIFORN\n", "l'origine non ha la tabella 'CLIFORN' (c'è: abbreviato 'CliFor'");
         Row("column of the source", "[COLONNE]\nCliFor.Note=Annotazioni\n",
             "la tabella 'CliFor' dell'origine non ha la colonna 'Annotazioni'");
         Row("condition that ends early", "[FILTRI]\nCliFor=FlgCli = 1)\n", "la condizione non si legge da ')'");

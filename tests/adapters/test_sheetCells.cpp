@@ -7,7 +7,7 @@
 
 using namespace sheetCells;
 
-/// A workbook that the operator chooses is read cell by cell.
+/// Cells of a workbook that the operator chooses, by the names in its first row.
 class TestSheetCells : public QObject {
     Q_OBJECT
 
@@ -15,13 +15,17 @@ private:
     std::unique_ptr<TestTarget> m_target;
     std::unique_ptr<ovConnection> m_source;
 
+    QVariant Read(int row, const QString& column, DataType type) {
+        const Recordset rows = m_source->ExecuteWC(QString("SELECT * FROM [Foglio] WHERE _RIGA = %1").arg(row));
+        return GetXlsValue(contract::SourceRow(rows), column, type);
+    }
+
 private slots:
     void init() {
         m_target = std::make_unique<TestTarget>();
         m_target->Person.Files = {QString(QUADRIX_SOURCE_DIR "/tests/sources/workbooks/xlsxwriter.xlsx")};
         m_source = std::make_unique<ovConnection>();
-        const auto prepare = sourceSettings::OpenFileExcel({{.table = "Foglio", .headerRow = 0}});
-        QVERIFY(prepare(m_target->Get(), *m_source));
+        QVERIFY(sourceSettings::OpenFileExcel({{.table = "Foglio"}})(m_target->Get(), *m_source));
         m_source->OpenConnection();
     }
     void cleanup() {
@@ -29,40 +33,38 @@ private slots:
         m_target.reset();
     }
 
-    void findsColumns() {
+    void FindsColumns() {
         QCOMPARE(GetColumn(*m_source, "Foglio", " prezzo"), 3);
         QCOMPARE(GetColumn(*m_source, "Foglio", "Sconto"), 0);
     }
 
-    void readsValues_data() {
-        Columns<int, int, DataType, QVariant>("row", "column", "type", "value");
-        Row("code with zeros", 2, 1, DataType::VarChar, QVariant("00120"));
-        Row("number as text", 5, 1, DataType::VarChar, QVariant("7"));
-        Row("number", 2, 3, DataType::Double, QVariant(12.5));
-        Row("number of nothing", 7, 3, DataType::Double, QVariant(0));
-        Row("date", 2, 4, DataType::Date, QVariant("20240305"));
-        Row("moment", 2, 5, DataType::DateTime, QVariant("20240305 14:30:15"));
-        Row("date of nothing", 3, 4, DataType::Date, QVariant(""));
-        Row("column without anything", 2, 150, DataType::VarChar, QVariant(""));
-        Row("row behind the last one", 99, 1, DataType::VarChar, QVariant(""));
+    void ReadsValues_data() {
+        Columns<int, QString, DataType, QVariant>("row", "column", "type", "value");
+        Row("code with zeros", 2, "Codice", DataType::VarChar, QVariant("00120"));
+        Row("number as text", 5, "Codice", DataType::VarChar, QVariant("7"));
+        Row("number", 2, "Prezzo", DataType::Double, QVariant(12.5));
+        Row("number of nothing", 7, "Prezzo", DataType::Double, QVariant(0));
+        Row("date", 2, "Data", DataType::Date, QVariant("20240305"));
+        Row("moment", 2, "Ora", DataType::DateTime, QVariant("20240305 14:30:15"));
+        Row("date of nothing", 3, "Data", DataType::Date, QVariant(""));
     }
-    void readsValues() {
+    void ReadsValues() {
         QFETCH(int, row);
-        QFETCH(int, column);
+        QFETCH(QString, column);
         QFETCH(DataType, type);
         QFETCH(QVariant, value);
-        const QVariant read = GetXlsValue(*m_source, "Foglio", row, column, type);
+        const QVariant read = Read(row, column, type);
         QCOMPARE(read.toString(), value.toString());
         QCOMPARE(read.typeId() == QMetaType::QString, value.typeId() == QMetaType::QString);
     }
 
-    void namesWhatIsNone() {
-        const auto number = ErrorOf<ImportError>([&] { GetXlsValue(*m_source, "Foglio", 3, 2, DataType::Double); });
-        QVERIFY(number && number->Message().contains("riga 3, colonna 'B': 'Citt"));
-        const auto date = ErrorOf<ImportError>([&] { GetXlsValue(*m_source, "Foglio", 2, 2, DataType::Date); });
-        QVERIFY(date && date->Message().contains("riga 2, colonna 'B': '  due blanks  ' non è una data"));
-        const auto cell = ErrorOf<ImportError>([&] { GetXlsValue(*m_source, "Foglio", 2, 8, DataType::VarChar); });
-        QVERIFY(cell && cell->Message().contains("xlsxwriter.xlsx', foglio 'Articoli', riga 2, colonna 'H'"));
+    void NamesWhatIsNone() {
+        const auto number = ErrorOf<ImportError>([&] { Read(3, "Descrizione", DataType::Double); });
+        QVERIFY(number && number->Message().contains("colonna 'Descrizione': 'Citt"));
+        const auto date = ErrorOf<ImportError>([&] { Read(2, "Descrizione", DataType::Date); });
+        QVERIFY(date && date->Message().contains("colonna 'Descrizione': '  due blanks  ' non è una data"));
+        const auto cell = ErrorOf<ImportError>([&] { Read(2, "Esito", DataType::VarChar); });
+        QVERIFY(cell && cell->Message().contains("xlsxwriter.xlsx', foglio 'Articoli', riga 2, colonna 'Esito'"));
     }
 };
 

@@ -128,6 +128,42 @@ private slots:
         QCOMPARE(all.join('|'), told);
     }
 
+    /// A column that is gone and one that has come since the last import are one when more than the type speaks for it.
+    void ProposesWhatTookItsPlace_data() {
+        Columns<QString, QString, QString>("own", "type", "told");
+        Row("place", "CODICE X9 FAX", "TEXT", "X9 (nuova, al posto di NOTA: stesso tipo, stesso posto)");
+        Row("name", "CODICE FAX NOTA2", "TEXT", "NOTA2 (nuova, al posto di NOTA: stesso tipo, nome simile)");
+        Row("both", "CODICE NOTA2 FAX", "TEXT",
+            "NOTA2 (nuova, al posto di NOTA: stesso tipo, stesso posto, nome simile)");
+        Row("another type", "CODICE X9 FAX", "INTEGER", "");
+        Row("type alone", "CODICE FAX X9", "TEXT", "");
+        Row("still there", "CODICE NOTA X9 FAX", "TEXT", "");
+    }
+    void ProposesWhatTookItsPlace() {
+        QFETCH(const QString, own);
+        QFETCH(QString, type);
+        QFETCH(QString, told);
+        Table table = Made({"SEGNALAZIONE"}, own.split(' '));
+        table.columns.front().called = "NOTA";
+        for (OwnColumn& column : table.own) {
+            column.type = type;
+        }
+        table.lastTime = {{"CODICE", "TEXT"}, {"NOTA", "TEXT"}, {"FAX", "TEXT"}};
+        SuggestColumns(table, {}, {});
+        QCOMPARE(Texts(table.columns.front().suggestions).join('|'), told);
+    }
+
+    void TakesWhatIsEqualAlone() {
+        Inspection looked;
+        looked.tables.push_back(Made({"RAGSOC", "NOTE", "XYZ"}, {"Rag_Soc", "ANNOTAZIONI"}));
+        looked.tables.front().isFound = true;
+        SuggestColumns(looked.tables.front(), {}, {});
+        QCOMPARE(EqualNames(looked), (QMap<QString, QString>{{"ANAGRAFICA.RAGSOC", "Rag_Soc"}}));
+        QCOMPARE(ProposedNames(looked).size(), 2);
+        looked.tables.front().isFound = false; // its table is not taken either
+        QVERIFY(EqualNames(looked).isEmpty());
+    }
+
     /// What the other layout files of the installation say comes first, whatever else is near.
     void RemembersWhatWasUsed() {
         const QTemporaryDir folder;

@@ -279,6 +279,13 @@ private slots:
         QCOMPARE(found, QStringList());
         WriteFile(layout, "[TABELLE]\nVETTORI=TRASPORTATORI\n");
         QVERIFY(m_cli->Run(inspect).output.contains("Tabella VETTORI (nell'origine TRASPORTATORI): righe 1"));
+        WriteFile(m_cli->Folder.filePath("Tracciati/modImport_Gescom.colonne"),
+                  "TRASPORTATORI\tCODICE\x1f"
+                  "VARCHAR(4)\tPARTITA_IVA\x1fINTEGER\tFAX\n");
+        const auto changed = m_cli->Run(inspect + QStringList{"--take-equal"});
+        QVERIFY2(changed.output.contains("Cambiata dall'ultima importazione: in più NOME") &&
+                     changed.output.contains("; in meno FAX; di altro tipo PARTITA_IVA (VARCHAR(16), prima INTEGER)"),
+                 qPrintable(changed.output));
     }
 
     void checksWithoutWriting() {

@@ -296,7 +296,7 @@ const Frame UsualBills{.module = {},
 } // namespace
 
 Rule rules::RevisionNumber() {
-    return {"the number; 0 for any other text, which is logged unless it is blank", [](const RuleInput& input) {
+    return {"il numero; 0 per un altro testo, che va nel log se non è vuoto", [](const RuleInput& input) {
                 const QString text = input.Text();
                 const auto number = mod_ovTools::ReadNumber(text);
                 if (!text.isEmpty() && !number) {
@@ -308,7 +308,7 @@ Rule rules::RevisionNumber() {
 }
 
 Rule rules::WasteFactor() {
-    return {"1 plus the percentage, 6 decimals; 1 when blank", [](const RuleInput& input) {
+    return {"1 più la percentuale, 6 decimali; 1 se è vuoto", [](const RuleInput& input) {
                 constexpr double hundred = 100;
                 constexpr int decimals = 6;
                 const double waste = NumberOf(input.row, input.columns.first());

@@ -66,9 +66,9 @@ std::vector<Mapping> NumberPages(const QString& table, const NumberColumns& colu
         return Mapping{target, table, {{column, sources.join(QStringLiteral(", ")), rule}}};
     };
     std::vector<Mapping> pages{
-        page("NUM_TEL", "NRNUM", "each a number, under the label of its kind",
+        page("NUM_TEL", "NRNUM", "ognuna un numero, con l'etichetta del suo tipo",
              {columns.office, columns.office2, columns.fax, columns.mobile, columns.home, columns.telex}),
-        page("IND_WEB", "WBIND", "each an address: mail, web site", {columns.mail, columns.web})};
+        page("IND_WEB", "WBIND", "ognuna un indirizzo: posta, sito", {columns.mail, columns.web})};
     std::erase_if(pages, [](const Mapping& one) { return one.SourceColumns().isEmpty(); });
     return pages;
 }

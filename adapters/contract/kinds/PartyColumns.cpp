@@ -24,7 +24,7 @@ LineGroup RoleLines(const QString& customer, const QString& supplier, const QStr
 /// The company's own language where the source tells none.
 Rule Language(const QString& table, const QString& column) {
     const Rule known = TranslatedOrKnown(table, column, "TAB_LNG");
-    return {known.text + QStringLiteral("; \"%1\" when blank").arg(schema::defaults::Language),
+    return {known.text + QStringLiteral("; \"%1\" se è vuoto").arg(schema::defaults::Language),
             [known](const RuleInput& input) {
                 return input.Text().isEmpty() ? RuleValue(schema::defaults::Language) : known.apply(input);
             }};

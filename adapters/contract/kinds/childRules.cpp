@@ -18,8 +18,8 @@ std::vector<TableNeed> ReadsOf(const QString& parent, const ChildTable& rows, co
 
 /// The rows in words: "TABLE with CONDITION by ORDER".
 QString WordsOf(const ChildTable& rows) {
-    const QString which = rows.where.isEmpty() ? QString() : QString(" with " + rows.where);
-    const QString order = rows.order.isEmpty() ? QString() : QString(" by " + rows.order);
+    const QString which = rows.where.isEmpty() ? QString() : QString(" con " + rows.where);
+    const QString order = rows.order.isEmpty() ? QString() : QString(" in ordine di " + rows.order);
     return rows.table + which + order;
 }
 
@@ -27,7 +27,7 @@ QString WordsOf(const ChildTable& rows) {
 
 Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& columns, const Rule& rule) {
     const QStringList names = columns.split(QStringLiteral(", "));
-    return {QStringLiteral("%1 of its first %2: %3").arg(columns, WordsOf(rows), rule.text),
+    return {QStringLiteral("%1 della sua prima riga di %2: %3").arg(columns, WordsOf(rows), rule.text),
             [rows, names, apply = rule.apply](const RuleInput& input) {
                 RuleValue value;
                 rows.First(input.session, input.row, [&](const SourceRow& first) {
@@ -40,7 +40,7 @@ Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& colum
 
 Rule NamedBy(const QString& parent, const ChildTable& rows, const QString& column, const QVariant& yes,
              const QVariant& no) {
-    return {QStringLiteral("\"%1\" when it is %2 of its first %3, else \"%4\"")
+    return {QStringLiteral("\"%1\" se è %2 della sua prima riga di %3, altrimenti \"%4\"")
                 .arg(mod_ovTools::ToText(yes), column, WordsOf(rows), mod_ovTools::ToText(no)),
             [rows, column, yes, no](const RuleInput& input) {
                 bool isNamed = false;
@@ -53,7 +53,7 @@ Rule NamedBy(const QString& parent, const ChildTable& rows, const QString& colum
 }
 
 Rule OnLines() {
-    return {"each on a line of its own", [](const RuleInput& input) {
+    return {"ognuno su una riga", [](const RuleInput& input) {
                 QStringList lines;
                 for (const QString& column : input.columns) {
                     lines.append(input.row.Text(column));
@@ -64,7 +64,7 @@ Rule OnLines() {
 }
 
 Rule WithLines(const QString& parent, const ChildTable& rows, const QString& column) {
-    return {QStringLiteral("text, and %1 of each of its %2 on a line of its own").arg(column, rows.table),
+    return {QStringLiteral("testo, e %1 di ognuna delle sue righe di %2, una per riga").arg(column, rows.table),
             [rows, column](const RuleInput& input) -> RuleValue {
                 QStringList lines{input.Text()};
                 rows.ForEach(input.session, input.row, [&](const SourceRow& line) { lines.append(line.Text(column)); });
@@ -81,7 +81,7 @@ Rule FirstNotZeroOf(const std::vector<Rule>& rules) {
         texts.append(rule.text);
         reads = reads + rule.reads;
     }
-    return {QStringLiteral("the first that is not zero: ") + texts.join(QStringLiteral("; ")),
+    return {QStringLiteral("il primo diverso da zero: ") + texts.join(QStringLiteral("; ")),
             [rules](const RuleInput& input) -> RuleValue {
                 for (const Rule& rule : rules) {
                     const QVariant value = rule.apply(input).value_or(QVariant());

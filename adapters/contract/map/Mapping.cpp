@@ -62,12 +62,12 @@ QStringList Mapping::TargetColumns() const {
 }
 
 QString Mapping::Page() const {
-    QString page =
-        QStringLiteral("### %1 from %2\n\n| Target | Source | Rule |\n|---|---|---|\n").arg(targetTable, sourceTable);
+    QString page = QStringLiteral("### %1 da %2\n\n| Quadrix | Sorgente | Regola |\n|---|---|---|\n")
+                       .arg(targetTable, sourceTable);
     for (const MapLine& line : lines) {
         page += QStringLiteral("| `%1` | %2 | %3 |\n")
                     .arg(line.target,
-                         line.sources.isEmpty() ? QStringLiteral("none")
+                         line.sources.isEmpty() ? QStringLiteral("nessuna")
                                                 : u'`' + line.sources.join(QStringLiteral("`, `")) + u'`',
                          line.rule.text);
     }

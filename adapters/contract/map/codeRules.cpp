@@ -6,7 +6,7 @@
 namespace contract::rules {
 
 Rule NotZeroCode(const Rule& rule) {
-    return {rule.text + QStringLiteral("; only when neither blank nor zero"),
+    return {rule.text + QStringLiteral("; solo se non è vuoto né zero"),
             [apply = rule.apply](const RuleInput& input) {
                 const QString code = input.Text();
                 return code.isEmpty() || code == u"0" ? RuleValue() : apply(input);
@@ -24,15 +24,15 @@ Rule BalanceSection(const QString& economic) {
 
 Rule FlagAs(const QVariant& set, const QVariant& otherwise) {
     const Rule flag = Flag();
-    return {QStringLiteral("\"%1\" where %2, else \"%3\"").arg(set.toString(), flag.text, otherwise.toString()),
+    return {QStringLiteral("\"%1\" dove è %2, altrimenti \"%3\"").arg(set.toString(), flag.text, otherwise.toString()),
             [set, otherwise, isSet = flag.apply](const RuleInput& input) {
                 return RuleValue(isSet(input)->toBool() ? set : otherwise);
             }};
 }
 
 Rule PartyByMark(const QString& supplier) {
-    return {QStringLiteral("counterparty imported from the first, of a supplier where the last begins with \"%1\"; "
-                           "given up without one")
+    return {QStringLiteral("controparte importata dalla prima, di un fornitore se l'ultima comincia con \"%1\"; riga "
+                           "abbandonata se manca")
                 .arg(supplier),
             [supplier, ofCustomer = CustomerOf().apply, ofSupplier = SupplierOf().apply](const RuleInput& input) {
                 const bool isSupplier = input.row.Text(input.columns.last()).startsWith(supplier, Qt::CaseInsensitive);
@@ -42,8 +42,8 @@ Rule PartyByMark(const QString& supplier) {
 }
 
 Rule KnownParty() {
-    return {"counterparty imported from that code, of a customer, else of a supplier; one that is not there is logged "
-            "and left out",
+    return {"controparte importata da quel codice, di un cliente, altrimenti di un fornitore; se manca va nel log e "
+            "non si scrive",
             [](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 QString code;

@@ -8,7 +8,7 @@ std::vector<CodeUse> CodesOf(const Rule& rule) {
     // What joins rules joins their words, so that those of the inner ones stand in it as they are; the table of codes
     // stands behind its list and before the next one.
     static const QRegularExpression uses(
-        QStringLiteral("SYS_IMP \\(([^,()]+), ([^()]+)\\)(?:(?:(?!SYS_IMP).)*?\\bwhen ([A-Z]{3}_[A-Z]{3}) has)?"));
+        QStringLiteral("SYS_IMP \\(([^,()]+), ([^()]+)\\)(?:(?:(?!SYS_IMP).)*?\\bse ([A-Z]{3}_[A-Z]{3}) (?:lo )?ha)?"));
     std::vector<CodeUse> codes;
     for (auto use = uses.globalMatch(rule.text); use.hasNext();) {
         const QRegularExpressionMatch match = use.next();

@@ -54,24 +54,24 @@ void Keep(Session& session, const QString& origin, const QString& code, const QS
 } // namespace
 
 Rule NumberedList(const QString& origin) {
-    return {
-        QStringLiteral("number that SYS_IMP (%1, %2) tells; a code without one is given the next").arg(Numbers, origin),
-        [origin](const RuleInput& input) -> RuleValue {
-            const QString code = input.Text();
-            if (code.isEmpty()) {
-                return std::nullopt;
-            }
-            QString number = modImport::GetNewCode(input.session, Numbers, origin, code, false);
-            if (number.isEmpty()) {
-                number = NextNumber(input.session, origin);
-                Keep(input.session, origin, code, number);
-            }
-            return number;
-        }};
+    return {QStringLiteral("numero che SYS_IMP (%1, %2) dà; un codice senza numero prende il prossimo")
+                .arg(Numbers, origin),
+            [origin](const RuleInput& input) -> RuleValue {
+                const QString code = input.Text();
+                if (code.isEmpty()) {
+                    return std::nullopt;
+                }
+                QString number = modImport::GetNewCode(input.session, Numbers, origin, code, false);
+                if (number.isEmpty()) {
+                    number = NextNumber(input.session, origin);
+                    Keep(input.session, origin, code, number);
+                }
+                return number;
+            }};
 }
 
 Rule ListOfParty(const QString& origin, const QString& table, const QString& field) {
-    const Rule told{QStringLiteral("number that SYS_IMP (%1, %2) tells").arg(Numbers, origin),
+    const Rule told{QStringLiteral("numero che SYS_IMP (%1, %2) dà").arg(Numbers, origin),
                     [origin](const RuleInput& input) {
                         return RuleValue(modImport::GetNewCode(input.session, Numbers, origin, input.Text(), false));
                     }};
@@ -79,7 +79,7 @@ Rule ListOfParty(const QString& origin, const QString& table, const QString& fie
 }
 
 Rule KeptList(const QString& origin) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), else the code itself").arg(Numbers, origin),
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti il codice stesso").arg(Numbers, origin),
             [origin](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
                 const QString told = modImport::GetNewCode(input.session, Numbers, origin, code, false);

@@ -36,39 +36,49 @@ struct Arguments {
 
 struct NamedRule {
     const char* name;
+    const char* function; ///< of `rules`, by which layout files may call it as well
     int arguments;
     Rule (*make)(const Arguments&);
+
+    bool IsCalled(const QString& text) const {
+        return text.compare(QLatin1String(name), Qt::CaseInsensitive) == 0 ||
+               text.compare(QLatin1String(function), Qt::CaseInsensitive) == 0;
+    }
 };
 
 const NamedRule NamedRules[] = {
-    {"AsRead", 0, [](const Arguments&) { return rules::AsRead(); }},
-    {"Text", 0, [](const Arguments&) { return rules::Text(); }},
-    {"First", 1, [](const Arguments& of) { return rules::First(of.Whole(0)); }},
-    {"From", 1, [](const Arguments& of) { return rules::From(of.Whole(0)); }},
-    {"Part", 2, [](const Arguments& of) { return rules::Part(of.Whole(0), of.Whole(1)); }},
-    {"FirstUpper", 1, [](const Arguments& of) { return rules::FirstUpper(of.Whole(0)); }},
-    {"Digits", 1, [](const Arguments& of) { return rules::Digits(of.Whole(0)); }},
-    {"WithoutBlanks", 0, [](const Arguments&) { return rules::WithoutBlanks(); }},
-    {"LeadingNumber", 0, [](const Arguments&) { return rules::LeadingNumber(); }},
-    {"RoundedTo", 1, [](const Arguments& of) { return rules::RoundedTo(of.Whole(0)); }},
-    {"Times", 1, [](const Arguments& of) { return rules::Times(of.Number(0)); }},
-    {"Discount", 1, [](const Arguments& of) { return rules::Discount(of.Whole(0)); }},
-    {"Is", 1, [](const Arguments& of) { return rules::Is(of.texts.at(0)); }},
-    {"Flag", 0, [](const Arguments&) { return rules::Flag(); }},
-    {"MomentOrNow", 0, [](const Arguments&) { return rules::MomentOrNow(); }},
-    {"Translated", 0, [](const Arguments& of) { return rules::Translated(of.table, of.column); }},
-    {"TranslatedOr", 1, [](const Arguments& of) { return rules::TranslatedOr(of.table, of.column, of.texts.at(0)); }},
-    {"VatCode", 0, [](const Arguments& of) { return rules::VatCode(of.table, of.column); }},
-    {"Currency", 0, [](const Arguments& of) { return rules::Currency(of.table, of.column); }},
-    {"Country", 0, [](const Arguments& of) { return rules::Country(of.table, of.column); }},
+    {"ComeLetto", "AsRead", 0, [](const Arguments&) { return rules::AsRead(); }},
+    {"Testo", "Text", 0, [](const Arguments&) { return rules::Text(); }},
+    {"Primi", "First", 1, [](const Arguments& of) { return rules::First(of.Whole(0)); }},
+    {"Dal", "From", 1, [](const Arguments& of) { return rules::From(of.Whole(0)); }},
+    {"Parte", "Part", 2, [](const Arguments& of) { return rules::Part(of.Whole(0), of.Whole(1)); }},
+    {"PrimiMaiuscoli", "FirstUpper", 1, [](const Arguments& of) { return rules::FirstUpper(of.Whole(0)); }},
+    {"Cifre", "Digits", 1, [](const Arguments& of) { return rules::Digits(of.Whole(0)); }},
+    {"SenzaSpazi", "WithoutBlanks", 0, [](const Arguments&) { return rules::WithoutBlanks(); }},
+    {"NumeroIniziale", "LeadingNumber", 0, [](const Arguments&) { return rules::LeadingNumber(); }},
+    {"Arrotonda", "RoundedTo", 1, [](const Arguments& of) { return rules::RoundedTo(of.Whole(0)); }},
+    {"Per", "Times", 1, [](const Arguments& of) { return rules::Times(of.Number(0)); }},
+    {"Sconto", "Discount", 1, [](const Arguments& of) { return rules::Discount(of.Whole(0)); }},
+    {"Vale", "Is", 1, [](const Arguments& of) { return rules::Is(of.texts.at(0)); }},
+    {"SiNo", "Flag", 0, [](const Arguments&) { return rules::Flag(); }},
+    {"DataOAdesso", "MomentOrNow", 0, [](const Arguments&) { return rules::MomentOrNow(); }},
+    {"Tradotto", "Translated", 0, [](const Arguments& of) { return rules::Translated(of.table, of.column); }},
+    {"TradottoO", "TranslatedOr", 1,
+     [](const Arguments& of) { return rules::TranslatedOr(of.table, of.column, of.texts.at(0)); }},
+    {"CodiceIva", "VatCode", 0, [](const Arguments& of) { return rules::VatCode(of.table, of.column); }},
+    {"Valuta", "Currency", 0, [](const Arguments& of) { return rules::Currency(of.table, of.column); }},
+    {"Nazione", "Country", 0, [](const Arguments& of) { return rules::Country(of.table, of.column); }},
 };
 
-QStringList AllNames() {
+[[noreturn]] void FailUnknown(const QString& name) {
     QStringList names;
+    QStringList known;
     for (const NamedRule& rule : NamedRules) {
         names.append(QString::fromLatin1(rule.name));
+        known += {QString::fromLatin1(rule.name), QString::fromLatin1(rule.function)};
     }
-    return names;
+    throw ImportError(QStringLiteral("la regola '%1' non c'è%2; ci sono %3")
+                          .arg(name, Suggestion(name, known), names.join(QStringLiteral(", "))));
 }
 
 } // namespace
@@ -86,13 +96,10 @@ QStringList RuleForms() {
 Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sourceColumn) {
     const QString name = text.section(u'(', 0, 0).trimmed();
     const QString inner = text.contains(u'(') ? text.section(u'(', 1).trimmed() : QStringLiteral(")");
-    const auto rule = std::find_if(std::begin(NamedRules), std::end(NamedRules), [&name](const NamedRule& each) {
-        return name.compare(QLatin1String(each.name), Qt::CaseInsensitive) == 0;
-    });
+    const auto rule = std::find_if(std::begin(NamedRules), std::end(NamedRules),
+                                   [&name](const NamedRule& each) { return each.IsCalled(name); });
     if (rule == std::end(NamedRules)) {
-        const QStringList names = AllNames();
-        throw ImportError(QStringLiteral("la regola '%1' non c'è%2; ci sono %3")
-                              .arg(name, Suggestion(name, names), names.join(QStringLiteral(", "))));
+        FailUnknown(name);
     }
     if (!inner.endsWith(u')')) {
         throw ImportError(QStringLiteral("la regola '%1' non è chiusa da ')'").arg(text));
@@ -103,8 +110,7 @@ Rule RuleOf(const QString& text, const QString& sourceTable, const QString& sour
     }
     if (arguments.texts.size() != rule->arguments) {
         throw ImportError(QStringLiteral("la regola '%1' vuole %2 argomenti, non %3")
-                              .arg(QLatin1String(rule->name), QString::number(rule->arguments),
-                                   QString::number(arguments.texts.size())));
+                              .arg(name, QString::number(rule->arguments), QString::number(arguments.texts.size())));
     }
     return rule->make(arguments);
 }

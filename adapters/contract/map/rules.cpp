@@ -139,25 +139,25 @@ QString NewCode(const RuleInput& input, const QString& table, const QString& fie
 } // namespace
 
 Rule AsRead() {
-    return {"as read", [](const RuleInput& input) { return RuleValue(input.Value()); }};
+    return {"com'è letto", [](const RuleInput& input) { return RuleValue(input.Value()); }};
 }
 
 Rule Text() {
-    return OnText("trimmed", [](const QString& text) { return text; });
+    return OnText("senza spazi ai bordi", [](const QString& text) { return text; });
 }
 
 Rule First(int count) {
-    return OnText(QStringLiteral("first %1 characters").arg(count),
+    return OnText(QStringLiteral("primi %1 caratteri").arg(count),
                   [count](const QString& text) { return FirstOf(text, count); });
 }
 
 Rule From(int position) {
-    return OnText(QStringLiteral("from character %1 onward").arg(position),
+    return OnText(QStringLiteral("dal carattere %1 in poi").arg(position),
                   [position](const QString& text) { return RestOf(text, position - 1); });
 }
 
 Rule SecondName(int count) {
-    return {QStringLiteral("from character %1 onward of the first, and the second").arg(count + 1),
+    return {QStringLiteral("dal carattere %1 in poi della prima, e la seconda").arg(count + 1),
             [count](const RuleInput& input) {
                 const QString rest = RestOf(input.row.Text(input.columns.first()), count).trimmed();
                 return RuleValue(QString(rest + ' ' + input.row.Text(input.columns.last())).trimmed());
@@ -165,18 +165,18 @@ Rule SecondName(int count) {
 }
 
 Rule FirstUpper(int count) {
-    return OnText(QStringLiteral("first %1 characters, trimmed, upper case").arg(count),
+    return OnText(QStringLiteral("primi %1 caratteri, senza spazi ai bordi, maiuscoli").arg(count),
                   [count](const QString& text) { return FirstOf(text, count).trimmed().toUpper(); });
 }
 
 Rule Part(int position, int count) {
     return OnText(
-        QStringLiteral("from character %1 onward, trimmed, first %2").arg(position).arg(count),
+        QStringLiteral("dal carattere %1 in poi, senza spazi ai bordi, primi %2").arg(position).arg(count),
         [position, count](const QString& text) { return FirstOf(RestOf(text, position - 1).trimmed(), count); });
 }
 
 Rule Digits(int count) {
-    return OnText(QStringLiteral("%1 digits when it is a whole number").arg(count), [count](const QString& text) {
+    return OnText(QStringLiteral("%1 cifre se è un numero intero").arg(count), [count](const QString& text) {
         const auto number = mod_ovTools::ReadNumber(text);
         const bool whole = number && *number >= 0 && *number == std::floor(*number);
         return whole ? QStringLiteral("%1").arg(qRound64(*number), count, 10, QLatin1Char('0')) : text;
@@ -186,11 +186,11 @@ Rule Digits(int count) {
 Rule ThreeDigits() { return Digits(3); }
 
 Rule WithoutBlanks() {
-    return OnText("without blanks", [](QString text) { return text.remove(u' '); });
+    return OnText("senza spazi", [](QString text) { return text.remove(u' '); });
 }
 
 Rule LeadingNumber() {
-    return {"leading number, only when not blank", [](const RuleInput& input) -> RuleValue {
+    return {"il numero con cui comincia, solo se non è vuoto", [](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 if (text.isEmpty()) {
                     return std::nullopt;
@@ -214,7 +214,7 @@ Rule LeadingNumber() {
 }
 
 Rule RoundedTo(int decimals) {
-    return {QStringLiteral("rounded to %1 decimals").arg(decimals), [decimals](const RuleInput& input) {
+    return {QStringLiteral("arrotondato a %1 decimali").arg(decimals), [decimals](const RuleInput& input) {
                 return RuleValue(input.Text().isEmpty()
                                      ? QVariant()
                                      : ::RoundedTo(NumberIn(input.row, input.columns.first()), decimals));
@@ -222,24 +222,25 @@ Rule RoundedTo(int decimals) {
 }
 
 Rule FirstNotZero() {
-    return {"the first that is not zero",
+    return {"la prima diversa da zero",
             [](const RuleInput& input) { return RuleValue(::RoundedTo(FirstNumber(input, 0), UnitDecimals)); }};
 }
 
 Rule MarkUp() {
-    return {"mark-up in percent of the first over the next that is not zero, 2 decimals", [](const RuleInput& input) {
+    return {"ricarico percentuale della prima sulla successiva diversa da zero, 2 decimali",
+            [](const RuleInput& input) {
                 return RuleValue(MarkUpOf(NumberIn(input.row, input.columns.first()), FirstNumber(input, 1)));
             }};
 }
 
 Rule CodeAndText(int count) {
-    return {QStringLiteral("code, \" - \" and text, first %1 characters").arg(count), [count](const RuleInput& input) {
+    return {QStringLiteral("codice, \" - \" e testo, primi %1 caratteri").arg(count), [count](const RuleInput& input) {
                 return RuleValue(FirstOf(input.facts.code + QStringLiteral(" - ") + input.Text(), count));
             }};
 }
 
 Rule Times(double factor) {
-    return {QStringLiteral("times %1, rounded to %2 decimals").arg(factor).arg(UnitDecimals),
+    return {QStringLiteral("per %1, arrotondato a %2 decimali").arg(factor).arg(UnitDecimals),
             [factor](const RuleInput& input) {
                 return RuleValue(input.Text().isEmpty()
                                      ? QVariant()
@@ -248,7 +249,7 @@ Rule Times(double factor) {
 }
 
 Rule Discount(int position) {
-    return {QStringLiteral("number %1 of those joined with \"+\", left out when there is none").arg(position),
+    return {QStringLiteral("numero %1 di quelli uniti da \"+\", niente se manca").arg(position),
             [position](const RuleInput& input) -> RuleValue {
                 const double discount = DiscountsOf(input.Text())[static_cast<size_t>(position - 1)];
                 return discount == 0 ? RuleValue() : RuleValue(discount);
@@ -256,7 +257,7 @@ Rule Discount(int position) {
 }
 
 Rule Not(const Rule& rule) {
-    return {QStringLiteral("not: ") + rule.text,
+    return {QStringLiteral("il contrario: ") + rule.text,
             [apply = rule.apply](const RuleInput& input) -> RuleValue {
                 const RuleValue value = apply(input);
                 return value ? RuleValue(!mod_ovTools::ToBoolean(*value)) : value;
@@ -265,19 +266,19 @@ Rule Not(const Rule& rule) {
 }
 
 Rule Is(const QString& text) {
-    return {QStringLiteral("true for \"%1\"").arg(text),
+    return {QStringLiteral("vero per \"%1\"").arg(text),
             [text](const RuleInput& input) { return RuleValue(input.Text().compare(text, Qt::CaseInsensitive) == 0); }};
 }
 
 Rule Flag() {
-    return {"true for \"S\", \"Y\", \"T\", \"True\", \"1\" and \"-1\"", [](const RuleInput& input) {
+    return {"vero per \"S\", \"Y\", \"T\", \"True\", \"1\" e \"-1\"", [](const RuleInput& input) {
                 static const QStringList set{"S", "Y", "T", "TRUE", "1", "-1"};
                 return RuleValue(set.contains(input.Text().toUpper()));
             }};
 }
 
 Rule UpperOr(int count, const QString& blank) {
-    return {QStringLiteral("first %1 characters in upper case, \"%2\" when blank").arg(count).arg(blank),
+    return {QStringLiteral("primi %1 caratteri maiuscoli, \"%2\" se è vuoto").arg(count).arg(blank),
             [count, blank](const RuleInput& input) {
                 const QString text = FirstOf(input.Text(), count).toUpper();
                 return RuleValue(text.isEmpty() ? blank : text);
@@ -287,9 +288,9 @@ Rule UpperOr(int count, const QString& blank) {
 Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherwise) {
     QStringList words;
     for (const auto& [from, to] : choices) {
-        words.append(QStringLiteral("\"%1\" for \"%2\"").arg(to, from));
+        words.append(QStringLiteral("\"%1\" per \"%2\"").arg(to, from));
     }
-    words.append(QStringLiteral("else \"%1\"").arg(otherwise));
+    words.append(QStringLiteral("altrimenti \"%1\"").arg(otherwise));
     return OnText(words.join(QStringLiteral(", ")), [choices, otherwise](const QString& text) {
         for (const auto& [from, to] : choices) {
             if (text.compare(from, Qt::CaseInsensitive) == 0) {
@@ -301,39 +302,39 @@ Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherw
 }
 
 Rule Constant(const QVariant& value) {
-    return {QStringLiteral("constant \"%1\"").arg(mod_ovTools::ToText(value)),
+    return {QStringLiteral("costante \"%1\"").arg(mod_ovTools::ToText(value)),
             [value](const RuleInput&) { return RuleValue(value); }};
 }
 
 Rule Today() {
-    return {"day of the import",
+    return {"giorno dell'importazione",
             [](const RuleInput& input) { return RuleValue(input.session.UserManager.DataElaborazione); }};
 }
 
 Rule MomentOrNow() {
-    return {"as read, moment of the import when blank", [](const RuleInput& input) {
+    return {"com'è letto, momento dell'importazione se è vuoto", [](const RuleInput& input) {
                 return RuleValue(input.Text().isEmpty() ? QVariant(input.session.Now()) : input.Value());
             }};
 }
 
 Rule Code() {
-    return {"code assigned to the row", [](const RuleInput& input) { return RuleValue(input.facts.code); }};
+    return {"codice assegnato alla riga", [](const RuleInput& input) { return RuleValue(input.facts.code); }};
 }
 
 Rule IsCustomer() {
-    return {"true for a customer", [](const RuleInput& input) { return RuleValue(input.facts.roles.customer); }};
+    return {"vero per un cliente", [](const RuleInput& input) { return RuleValue(input.facts.roles.customer); }};
 }
 
 Rule IsSupplier() {
-    return {"true for a supplier", [](const RuleInput& input) { return RuleValue(input.facts.roles.supplier); }};
+    return {"vero per un fornitore", [](const RuleInput& input) { return RuleValue(input.facts.roles.supplier); }};
 }
 
 Rule IsCarrier() {
-    return {"true for a carrier", [](const RuleInput& input) { return RuleValue(input.facts.roles.carrier); }};
+    return {"vero per un vettore", [](const RuleInput& input) { return RuleValue(input.facts.roles.carrier); }};
 }
 
 Rule Translated(const QString& table, const QString& field) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded").arg(table, field),
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano").arg(table, field),
             [table, field](const RuleInput& input) -> RuleValue {
                 const QString code = NewCode(input, table, field);
                 return code.isEmpty() ? RuleValue() : RuleValue(code);
@@ -342,29 +343,28 @@ Rule Translated(const QString& table, const QString& field) {
 
 Rule TranslatedOr(const QString& table, const QString& field, const QString& blank) {
     const Rule translated = Translated(table, field);
-    return {QStringLiteral("%1, \"%2\" when blank").arg(translated.text, blank),
+    return {QStringLiteral("%1, \"%2\" se è vuoto").arg(translated.text, blank),
             [translated, blank](const RuleInput& input) {
                 return input.Text().isEmpty() ? RuleValue(blank) : translated.apply(input);
             }};
 }
 
 Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank) {
-    return {
-        QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded and written in upper case, \"%3\" "
-                       "when blank")
-            .arg(table, field, blank),
-        [table, field, blank](const RuleInput& input) -> RuleValue {
-            const QString text = input.Text();
-            if (text.isEmpty()) {
-                return blank;
-            }
-            const QString code = NewCode(input, table, field);
-            return code.isEmpty() ? text.toUpper() : code;
-        }};
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano e si scrivono "
+                           "maiuscoli, \"%3\" se è vuoto")
+                .arg(table, field, blank),
+            [table, field, blank](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                if (text.isEmpty()) {
+                    return blank;
+                }
+                const QString code = NewCode(input, table, field);
+                return code.isEmpty() ? text.toUpper() : code;
+            }};
 }
 
 Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2); else as it is when %3 has that code, else recorded")
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2); altrimenti com'è se %3 ha quel codice, altrimenti annotato")
                 .arg(table, field, codeTable),
             [table, field, codeTable](const RuleInput& input) -> RuleValue {
                 const QString code = TranslatedCode(input.session, table, field, input.Text(), codeTable);
@@ -373,7 +373,7 @@ Rule TranslatedOrKnown(const QString& table, const QString& field, const QString
 }
 
 Rule LookedUp(const QString& table, const QString& keyColumn, const QString& column) {
-    return {QStringLiteral("%1 of the %2 whose %3 it is, left out when there is none").arg(column, table, keyColumn),
+    return {QStringLiteral("%1 della riga di %2 di cui è %3, niente se manca").arg(column, table, keyColumn),
             [table, keyColumn, column](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 const QString found = text.isEmpty() ? text : LookUp(input.session, table, keyColumn, text, column);
@@ -382,28 +382,26 @@ Rule LookedUp(const QString& table, const QString& keyColumn, const QString& col
 }
 
 Rule VatCode(const QString& table, const QString& field) {
-    return {
-        QStringLiteral("\"%3\" when blank; else translated through SYS_IMP (%1, %2), else as it is when TAB_IVA has "
-                       "it, else recorded, logged and \"%3\"")
-            .arg(table, field, schema::defaults::VatCode),
-        [table, field](const RuleInput& input) {
-            const QString code = VatCodeOf(input.session, table, field, input.Text());
-            return RuleValue(code.isEmpty() ? schema::defaults::VatCode : code);
-        }};
+    return {QStringLiteral("\"%3\" se è vuoto; altrimenti tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_IVA "
+                           "lo ha, altrimenti annotato, scritto nel log e \"%3\"")
+                .arg(table, field, schema::defaults::VatCode),
+            [table, field](const RuleInput& input) {
+                const QString code = VatCodeOf(input.session, table, field, input.Text());
+                return RuleValue(code.isEmpty() ? schema::defaults::VatCode : code);
+            }};
 }
 
 Rule Currency(const QString& table, const QString& field) {
-    return {
-        QStringLiteral("\"%3\" when blank; else translated through SYS_IMP (%1, %2), else as it is when TAB_VAL has "
-                       "it, else recorded, logged and \"%3\"")
-            .arg(table, field, schema::defaults::Currency),
-        [table, field](const RuleInput& input) {
-            return RuleValue(CurrencyOf(input.session, table, field, input.Text()));
-        }};
+    return {QStringLiteral("\"%3\" se è vuoto; altrimenti tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_VAL "
+                           "lo ha, altrimenti annotato, scritto nel log e \"%3\"")
+                .arg(table, field, schema::defaults::Currency),
+            [table, field](const RuleInput& input) {
+                return RuleValue(CurrencyOf(input.session, table, field, input.Text()));
+            }};
 }
 
 Rule Exemption(const Rule& vatCode) {
-    return {vatCode.text + QStringLiteral("; only a code of TAB_IVA with rate zero"),
+    return {vatCode.text + QStringLiteral("; solo un codice di TAB_IVA con aliquota zero"),
             [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
                 const RuleValue code = apply(input);
                 const QVariant rate =
@@ -418,27 +416,26 @@ Rule ExemptVat(const QString& table, const QString& field) {
 }
 
 Rule Country(const QString& table, const QString& field) {
-    return {
-        QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded; else \"ITA\" for blank and Italy, "
-                       "else a text of three characters as it is")
-            .arg(table, field),
-        [table, field](const RuleInput& input) -> RuleValue {
-            static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
-            const QString text = input.Text().toUpper();
-            const QString code = NewCode(input, table, field);
-            if (!code.isEmpty()) {
-                return code;
-            }
-            if (italy.contains(text)) {
-                return schema::defaults::Country;
-            }
-            constexpr int codeSize = 3;
-            return text.size() == codeSize ? RuleValue(text) : RuleValue();
-        }};
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano; altrimenti \"ITA\" per "
+                           "vuoto e Italia, altrimenti un testo di tre caratteri com'è")
+                .arg(table, field),
+            [table, field](const RuleInput& input) -> RuleValue {
+                static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
+                const QString text = input.Text().toUpper();
+                const QString code = NewCode(input, table, field);
+                if (!code.isEmpty()) {
+                    return code;
+                }
+                if (italy.contains(text)) {
+                    return schema::defaults::Country;
+                }
+                constexpr int codeSize = 3;
+                return text.size() == codeSize ? RuleValue(text) : RuleValue();
+            }};
 }
 
 Rule Or(const Rule& rule, const QVariant& otherwise) {
-    return {QStringLiteral("%1; \"%2\" when there is none").arg(rule.text, mod_ovTools::ToText(otherwise)),
+    return {QStringLiteral("%1; \"%2\" se manca").arg(rule.text, mod_ovTools::ToText(otherwise)),
             [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
                 RuleValue value = apply(input);
                 return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);
@@ -447,7 +444,7 @@ Rule Or(const Rule& rule, const QVariant& otherwise) {
 }
 
 Rule Or(const Rule& rule, const Rule& otherwise) {
-    return {QStringLiteral("%1; where there is none %2").arg(rule.text, otherwise.text),
+    return {QStringLiteral("%1; se manca %2").arg(rule.text, otherwise.text),
             [apply = rule.apply, other = otherwise.apply](const RuleInput& input) -> RuleValue {
                 RuleValue value = apply(input);
                 return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : other(input);
@@ -456,7 +453,7 @@ Rule Or(const Rule& rule, const Rule& otherwise) {
 }
 
 Rule NotNull(const Rule& rule) {
-    return {rule.text + QStringLiteral("; left out when there is none"),
+    return {rule.text + QStringLiteral("; niente se manca"),
             [apply = rule.apply](const RuleInput& input) -> RuleValue {
                 RuleValue value = apply(input);
                 return value && value->isNull() ? RuleValue() : value;
@@ -466,25 +463,25 @@ Rule NotNull(const Rule& rule) {
 
 Rule NotBlank(const Rule& rule) {
     return Only(
-        "only when not blank", [](const RuleInput& input) { return !input.Text().isEmpty(); }, rule);
+        "solo se non è vuoto", [](const RuleInput& input) { return !input.Text().isEmpty(); }, rule);
 }
 
 Rule WhenNotBlank(const QString& column, const Rule& rule) {
     return Only(
-        QStringLiteral("only when %1 is not blank").arg(column),
+        QStringLiteral("solo se %1 non è vuota").arg(column),
         [column](const RuleInput& input) { return !input.row.IsBlank(column); }, rule);
 }
 
 Rule CustomerOnly(const Rule& rule) {
     Rule only = Only(
-        "customers only", [](const RuleInput& input) { return input.facts.roles.customer; }, rule);
+        "solo clienti", [](const RuleInput& input) { return input.facts.roles.customer; }, rule);
     only.side = Side::Customer;
     return only;
 }
 
 Rule SupplierOnly(const Rule& rule) {
     Rule only = Only(
-        "suppliers only", [](const RuleInput& input) { return input.facts.roles.supplier; }, rule);
+        "solo fornitori", [](const RuleInput& input) { return input.facts.roles.supplier; }, rule);
     only.side = Side::Supplier;
     return only;
 }

@@ -14,17 +14,15 @@ QString ImportedFrom(const RuleInput& input, const QString& codeColumn) {
 }
 
 Rule CounterpartyOf(const QString& who, const QString& codeColumn) {
-    return {QStringLiteral("counterparty imported from that %1 code, given up without one").arg(who),
-            [codeColumn](const RuleInput& input) -> RuleValue {
+    return {QStringLiteral("controparte importata da quel codice %1, riga abbandonata se manca").arg(who),
+            [who, codeColumn](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) {
                     return std::nullopt;
                 }
                 const QString code = ImportedFrom(input, codeColumn);
                 if (code.isEmpty()) {
-                    const bool customer = codeColumn == u"COCGE";
                     throw ImportError(
-                        QStringLiteral("nessuna controparte ha il codice %1 '%2'")
-                            .arg(customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"), input.Text()));
+                        QStringLiteral("nessuna controparte ha il codice %1 '%2'").arg(who, input.Text()));
                 }
                 return code;
             }};
@@ -32,8 +30,7 @@ Rule CounterpartyOf(const QString& who, const QString& codeColumn) {
 
 Rule KnownCounterparty(const QString& who, const QString& codeColumn, const QString& inLog) {
     return {
-        QStringLiteral("counterparty imported from that %1 code; one that is not there is logged and left out")
-            .arg(who),
+        QStringLiteral("controparte importata da quel codice %1; se manca va nel log e non si scrive").arg(who),
         [codeColumn, inLog](const RuleInput& input) -> RuleValue {
             if (input.Text().isEmpty()) {
                 return std::nullopt;
@@ -52,8 +49,8 @@ Rule KnownCounterparty(const QString& who, const QString& codeColumn, const QStr
 } // namespace
 
 Rule Unit(const QString& table, const QString& field, const QString& blank) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), else as it is when TAB_UMS has it, else recorded and "
-                           "written in upper case; \"%3\" when blank")
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_UMS lo ha, altrimenti annotato e "
+                           "scritto maiuscolo; \"%3\" se è vuoto")
                 .arg(table, field, blank),
             [table, field, blank](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
@@ -66,7 +63,7 @@ Rule Unit(const QString& table, const QString& field, const QString& blank) {
 }
 
 Rule Work(const QString& table, const QString& field) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), missing codes recorded and written as they are")
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano e si scrivono come sono")
                 .arg(table, field),
             [table, field](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
@@ -76,7 +73,7 @@ Rule Work(const QString& table, const QString& field) {
 }
 
 Rule ArticleCode(const QString& table, const QString& field) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), else the code itself, at most 50 characters")
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti il codice stesso, al massimo 50 caratteri")
                 .arg(table, field),
             [table, field](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
@@ -84,25 +81,24 @@ Rule ArticleCode(const QString& table, const QString& field) {
             }};
 }
 
-Rule CustomerOf() { return CounterpartyOf("customer", "COCGE"); }
+Rule CustomerOf() { return CounterpartyOf("cliente", "COCGE"); }
 
-Rule SupplierOf() { return CounterpartyOf("supplier", "COFGE"); }
+Rule SupplierOf() { return CounterpartyOf("fornitore", "COFGE"); }
 
 Rule PartyOf() {
-    return {
-        "counterparty imported from that code, of a customer or a supplier as the document is; given up without one",
-        [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
-            return input.facts.roles.customer ? customer(input) : supplier(input);
-        }};
+    return {"controparte importata da quel codice, cliente o fornitore come il documento; riga abbandonata se manca",
+            [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
+                return input.facts.roles.customer ? customer(input) : supplier(input);
+            }};
 }
 
-Rule KnownSupplier() { return KnownCounterparty("supplier", "COFGE", "FORNITORE"); }
+Rule KnownSupplier() { return KnownCounterparty("fornitore", "COFGE", "FORNITORE"); }
 
-Rule KnownCustomer() { return KnownCounterparty("customer", "COCGE", "CLIENTE"); }
+Rule KnownCustomer() { return KnownCounterparty("cliente", "COCGE", "CLIENTE"); }
 
 Rule OwnBank(const QString& table, const QString& field) {
-    return {QStringLiteral("translated through SYS_IMP (%1, %2), else the bank whose external code it is; recorded and "
-                           "left out without one")
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti la banca di cui è il codice esterno; se manca si "
+                           "annota e non si scrive")
                 .arg(table, field),
             [table, field](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) { // as is the external code of each bank that was entered by hand
@@ -136,7 +132,7 @@ Rule Via(const QString& table, const QString& idColumn, const QString& column, c
         }
         return SourceRow(rows).Text(column);
     };
-    return {QStringLiteral("%1 of the %2 of that %3: %4").arg(column, table, idColumn, rule.text),
+    return {QStringLiteral("%1 della riga di %2 con quel %3: %4").arg(column, table, idColumn, rule.text),
             [textOf, apply = rule.apply](const RuleInput& input) {
                 return apply({input.session, input.row, input.columns, input.facts, textOf(input)});
             },

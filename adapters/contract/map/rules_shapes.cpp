@@ -29,7 +29,7 @@ QRegularExpressionMatch NumberOfStreet(const QString& street) {
 namespace rules {
 
 Rule FirstNotBlank(const Rule& rule) {
-    return {QStringLiteral("of the first that is not blank: ") + rule.text,
+    return {QStringLiteral("della prima non vuota: ") + rule.text,
             [apply = rule.apply](const RuleInput& input) {
                 const auto column = std::find_if(input.columns.begin(), input.columns.end(),
                                                  [&input](const QString& one) { return !input.row.IsBlank(one); });
@@ -40,7 +40,7 @@ Rule FirstNotBlank(const Rule& rule) {
 }
 
 Rule DateText(const QString& format) {
-    return {QStringLiteral("day written as \"%1\"; none when blank or all zeros").arg(format),
+    return {QStringLiteral("giorno scritto \"%1\"; nessuno se è vuoto o tutto zeri").arg(format),
             [format](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 if (IsNoDay(text)) {
@@ -59,8 +59,8 @@ Rule DateText(const QString& format) {
 }
 
 Rule Day(const QDate& none) {
-    return {none.isValid() ? QStringLiteral("date, none on %1").arg(none.toString(Qt::ISODate))
-                           : QStringLiteral("date"),
+    return {none.isValid() ? QStringLiteral("data, nessuna il %1").arg(none.toString(Qt::ISODate))
+                           : QStringLiteral("data"),
             [none](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) {
                     return QVariant();
@@ -74,13 +74,13 @@ Rule Day(const QDate& none) {
 }
 
 Rule DayOrToday() {
-    return {"date, day of the import when blank", [day = Day().apply](const RuleInput& input) -> RuleValue {
+    return {"data, giorno dell'importazione se è vuota", [day = Day().apply](const RuleInput& input) -> RuleValue {
                 return input.Text().isEmpty() ? RuleValue(input.session.UserManager.DataElaborazione) : day(input);
             }};
 }
 
 Rule HasExpired() {
-    return {"true for a date that is not after the day of the import",
+    return {"vero per una data non successiva al giorno dell'importazione",
             [day = Day().apply](const RuleInput& input) -> RuleValue {
                 const QVariant date = day(input).value_or(QVariant());
                 return !date.isNull() && date.toDate() <= input.session.UserManager.DataElaborazione;
@@ -88,7 +88,7 @@ Rule HasExpired() {
 }
 
 Rule Implied(int decimals) {
-    return {QStringLiteral("the last %1 digits are decimals").arg(decimals),
+    return {QStringLiteral("le ultime %1 cifre sono decimali").arg(decimals),
             [decimals](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 if (text.isEmpty()) {
@@ -103,7 +103,7 @@ Rule Implied(int decimals) {
 }
 
 Rule UnitFactor() {
-    return {"factor, \"*\" by the number and \"/\" by one over it; left out when zero",
+    return {"fattore, \"*\" il numero e \"/\" il suo inverso; niente se è zero",
             [](const RuleInput& input) -> RuleValue {
                 const double number = NumberOf(input.row, input.columns.last());
                 const QString how = input.row.Text(input.columns.first());
@@ -118,7 +118,7 @@ Rule UnitFactor() {
 }
 
 Rule NotZero() {
-    return {QStringLiteral("rounded to %1 decimals, left out when zero").arg(UnitDecimals),
+    return {QStringLiteral("arrotondato a %1 decimali, niente se è zero").arg(UnitDecimals),
             [](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 const auto number = text.isEmpty() ? std::optional(0.0) : mod_ovTools::ReadNumber(input.Value());
@@ -130,7 +130,7 @@ Rule NotZero() {
 }
 
 Rule Street() {
-    return {"street without its number", [](const RuleInput& input) {
+    return {"via senza il numero civico", [](const RuleInput& input) {
                 const QString text = input.Text();
                 const auto match = NumberOfStreet(text);
                 QString street = match.hasMatch() ? match.captured(1) : text;
@@ -142,7 +142,7 @@ Rule Street() {
 }
 
 Rule StreetNumber() {
-    return {"number of the street, left out when there is none", [](const RuleInput& input) {
+    return {"numero civico, niente se manca", [](const RuleInput& input) {
                 const auto match = NumberOfStreet(input.Text());
                 return match.hasMatch() ? RuleValue(match.captured(2)) : RuleValue();
             }};

@@ -41,8 +41,8 @@ QString PartyOrSurvivor(Session& session, const QString& code, bool supplier) {
 namespace rules {
 
 Rule SupplierNote(const QString& table, const QString& naming) {
-    return {"\"Fornitore: \", code and name of the supplier; one that is not there is logged and left out; then the "
-            "other texts, each on a line",
+    return {"\"Fornitore: \", codice e nome del fornitore, che se manca va nel log e non si scrive; poi gli altri "
+            "testi, uno per riga",
             [table, naming](const RuleInput& input) {
                 QStringList lines{
                     NoteOf(input.session, input.row.Text(input.columns.first()), NameOf(input.row, table, naming))};

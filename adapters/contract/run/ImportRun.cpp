@@ -180,7 +180,7 @@ void ImportRun::Preflight(const Needs& needs) {
     if (const QString leftOut = LeaveOut(m_session, needs, lacks); !leftOut.isEmpty()) {
         Log(leftOut);
     }
-    for (const QString& change : ChangesOfSource(m_session, m_account.Result.module, needs)) {
+    for (const QString& change : RememberSource(m_session, m_account.Result.module, needs)) {
         Log(change);
     }
 }

@@ -7,77 +7,92 @@
 #include <QSaveFile>
 #include <QScopeGuard>
 
+#include <algorithm>
+
 namespace contract {
 
 namespace {
 
-constexpr QChar Separator(u'\t'); ///< no name holds one
+// A line for each table: its name, then its columns, each with its type. No name holds one of these.
+constexpr QChar Separator(u'\t');
+constexpr QChar BeforeType(u'\x1f');
 
-/// The columns of each table, as they were seen last: a line for each table, its name first.
-class Memory {
-public:
-    explicit Memory(QString path)
-        : m_path(std::move(path)) {
-        QFile file(m_path);
-        if (!file.open(QIODevice::ReadOnly)) {
-            return;
-        }
-        for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
-            QStringList names = line.split(Separator);
-            const QString table = names.takeFirst();
-            m_columns.insert(table, names);
+/// Empty where there are no settings, beside which it could stand.
+QString MemoryPath(const Session& session, const QString& module) {
+    const QString settings = session.Config.ConfigFile();
+    return settings.isEmpty() ? QString()
+                              : QFileInfo(settings).path() + QStringLiteral("/Tracciati/%1.colonne").arg(module);
+}
+
+SeenTables ReadMemory(const QString& path) {
+    SeenTables tables;
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+        return tables;
+    }
+    for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        QStringList columns = line.split(Separator);
+        QVector<ColumnInfo>& table = tables[columns.takeFirst()];
+        for (const QString& column : std::as_const(columns)) {
+            table.append({column.section(BeforeType, 0, 0), column.section(BeforeType, 1)});
         }
     }
+    return tables;
+}
 
-    const QMap<QString, QStringList>& Columns() const { return m_columns; }
-    void Set(const QString& table, const QStringList& columns) {
-        m_isChanged = m_isChanged || m_columns.value(table) != columns;
-        m_columns.insert(table, columns);
+QByteArray MemoryText(const SeenTables& tables) {
+    QString text;
+    for (const auto& [table, columns] : tables.asKeyValueRange()) {
+        text += table;
+        for (const ColumnInfo& column : columns) {
+            text += Separator + column.name + BeforeType + column.type;
+        }
+        text += u'\n';
     }
+    return text.toUtf8();
+}
 
-    /// What keeps it from being written; empty when nothing does.
-    QString Save() const {
-        if (!m_isChanged) {
-            return {};
-        }
-        QDir().mkpath(QFileInfo(m_path).path());
-        QSaveFile file(m_path);
-        if (!file.open(QIODevice::WriteOnly)) {
-            return file.errorString();
-        }
-        for (const auto& [table, columns] : m_columns.asKeyValueRange()) {
-            file.write((table + Separator + columns.join(Separator) + u'\n').toUtf8());
-        }
-        return file.commit() ? QString() : file.errorString();
+/// What keeps it from being written; empty when nothing does.
+QString WriteMemory(const QString& path, const QByteArray& text) {
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    return isWritten ? QString() : file.errorString();
+}
+
+const ColumnInfo* ColumnNamed(const QVector<ColumnInfo>& columns, const QString& name) {
+    const auto found = std::find_if(columns.begin(), columns.end(), [&name](const ColumnInfo& column) {
+        return column.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == columns.end() ? nullptr : &*found;
+}
+
+/// The names of the columns that are not among others.
+QString NamesBeyond(const QVector<ColumnInfo>& columns, const QVector<ColumnInfo>& others) {
+    QStringList names;
+    for (const ColumnInfo& column : columns) {
+        names += ColumnNamed(others, column.name) == nullptr ? QStringList(column.name) : QStringList();
     }
+    return names.join(QStringLiteral(", "));
+}
 
-private:
-    QString m_path;
-    QMap<QString, QStringList> m_columns;
-    bool m_isChanged = false;
-};
-
-/// ": in più A, B; in meno C".
-QString Change(const QStringList& before, const QStringList& now) {
-    const auto others = [](QStringList names, const QStringList& than) {
-        names.removeIf([&than](const QString& name) { return than.contains(name, Qt::CaseInsensitive); });
-        return names.join(QStringLiteral(", "));
-    };
-    const QString more = others(now, before);
-    const QString less = others(before, now);
-    return (more.isEmpty() ? QString() : QStringLiteral(": in più ") + more) +
-           (less.isEmpty() ? QString() : (more.isEmpty() ? u": in meno " : u"; in meno ") + less);
+QString Retyped(const QVector<ColumnInfo>& before, const QVector<ColumnInfo>& now) {
+    QStringList columns;
+    for (const ColumnInfo& column : now) {
+        const ColumnInfo* known = ColumnNamed(before, column.name);
+        if (known != nullptr && !known->type.isEmpty() && !column.type.isEmpty() &&
+            known->type.compare(column.type, Qt::CaseInsensitive) != 0) {
+            columns.append(QStringLiteral("%1 (%2, prima %3)").arg(column.name, column.type, known->type));
+        }
+    }
+    return columns.join(QStringLiteral(", "));
 }
 
 /// The columns of a table by the names of the source itself, whatever the layout calls them.
-QStringList OwnColumns(ovConnection& source, const QString& table) {
+QVector<ColumnInfo> OwnColumns(ovConnection& source, const QString& table) {
     const auto layout = std::exchange(source.Layout, nullptr);
     const auto restore = qScopeGuard([&] { source.Layout = layout; });
-    QStringList columns;
-    for (const ColumnInfo& column : source.GetColumns(table)) {
-        columns.append(column.name);
-    }
-    return columns;
+    return source.GetColumns(table);
 }
 
 /// The name of a table in the source.
@@ -86,28 +101,53 @@ QString OwnName(ovConnection& source, const QString& table) {
     return known == nullptr ? table : known->inSource.join(u'.');
 }
 
+/// Compares the tables that are needed with those that were seen, and puts them in their place.
+QStringList TakeChanges(Session& session, const Needs& needs, SeenTables& seen) {
+    QStringList lines;
+    for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
+        const QString name = OwnName(session.SourceConnection(), table.name);
+        const QVector<ColumnInfo> columns = OwnColumns(session.SourceConnection(), name);
+        const QString change = seen.contains(name) ? ChangeText(seen[name], columns) : QString();
+        if (!change.isEmpty()) {
+            lines.append(QStringLiteral("ORIGINE CAMBIATA DALL'ULTIMA VOLTA: %1: %2").arg(name, change));
+        }
+        seen.insert(name, columns);
+    }
+    return lines;
+}
+
 } // namespace
 
+SeenTables SeenAtLastImport(const Session& session, const QString& module) {
+    return ReadMemory(MemoryPath(session, module));
+}
+
+QString ChangeText(const QVector<ColumnInfo>& before, const QVector<ColumnInfo>& now) {
+    QStringList changes;
+    const auto add = [&changes](const QString& what, const QString& columns) {
+        changes += columns.isEmpty() ? QStringList() : QStringList(what + columns);
+    };
+    add(QStringLiteral("in più "), NamesBeyond(now, before));
+    add(QStringLiteral("in meno "), NamesBeyond(before, now));
+    add(QStringLiteral("di altro tipo "), Retyped(before, now));
+    return changes.join(QStringLiteral("; "));
+}
+
 QStringList ChangesOfSource(Session& session, const QString& module, const Needs& needs) {
-    const QString settings = session.Config.ConfigFile();
-    const std::vector<NeededTables::Table> tables = NeededTables::Read(needs).Tables();
-    if (settings.isEmpty() || tables.empty()) {
+    SeenTables seen = SeenAtLastImport(session, module);
+    return seen.isEmpty() ? QStringList() : TakeChanges(session, needs, seen);
+}
+
+QStringList RememberSource(Session& session, const QString& module, const Needs& needs) {
+    const QString path = MemoryPath(session, module);
+    if (path.isEmpty()) {
         return {};
     }
-    const QString path = QFileInfo(settings).path() + QStringLiteral("/Tracciati/%1.colonne").arg(module);
-    Memory memory(path);
-    QStringList lines;
-    for (const NeededTables::Table& table : tables) {
-        const QString name = OwnName(session.SourceConnection(), table.name);
-        const QStringList columns = OwnColumns(session.SourceConnection(), name);
-        const auto before = memory.Columns().constFind(name);
-        const QString change = before == memory.Columns().constEnd() ? QString() : Change(*before, columns);
-        if (!change.isEmpty()) {
-            lines.append(QStringLiteral("ORIGINE CAMBIATA DALL'ULTIMA VOLTA: ") + name + change);
-        }
-        memory.Set(name, columns);
-    }
-    if (const QString wrong = memory.Save(); !wrong.isEmpty()) {
+    SeenTables seen = ReadMemory(path);
+    const QByteArray before = MemoryText(seen);
+    QStringList lines = TakeChanges(session, needs, seen);
+    const QByteArray now = MemoryText(seen);
+    if (const QString wrong = now == before ? QString() : WriteMemory(path, now); !wrong.isEmpty()) {
         lines.append(QStringLiteral("COLONNE DELL'ORIGINE NON ANNOTATE: %1: %2").arg(path, wrong));
     }
     return lines;

@@ -35,7 +35,7 @@ const QString Giacenze = QStringLiteral("GIACENZE");
 
 /// The volume of a cell in cubic metres: its measures are in millimetres.
 Rule Volume() {
-    return {"product of the three / 1,000,000,000, rounded to 6 decimals", [](const RuleInput& input) {
+    return {"prodotto delle tre diviso 1.000.000.000, arrotondato a 6 decimali", [](const RuleInput& input) {
                 constexpr double cubicMillimetres = 1e9; // of a cubic metre
                 double volume = 1;
                 for (const QString& column : input.columns) {
@@ -47,7 +47,7 @@ Rule Volume() {
 
 /// The description, the code of the cell when it has none.
 Rule Description() {
-    return {"the first, the second when blank", [](const RuleInput& input) {
+    return {"la prima, la seconda se è vuota", [](const RuleInput& input) {
                 const QString text = input.row.Text("DESCRIZIONE");
                 return RuleValue(text.isEmpty() ? input.row.Text("COD_CELLA") : text);
             }};

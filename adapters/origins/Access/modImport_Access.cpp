@@ -40,7 +40,7 @@ Rule ProductOf() { return Via(Products, "id", "codice", ArticleCode(Products, "c
 /// The same of a component, whose row says that it is one.
 Rule Component() {
     const Rule product = ProductOf();
-    return {product.text + QStringLiteral("; given up unless the last column is \"P\""),
+    return {product.text + QStringLiteral("; riga abbandonata se l'ultima colonna non è \"P\""),
             [product](const RuleInput& input) {
                 const QString kind = input.row.Text(input.columns.last());
                 if (kind.compare(u"P", Qt::CaseInsensitive) != 0) {

@@ -145,7 +145,7 @@ Articles Articoli() {
 
 /// CDLIS of a list: lists keep their codes.
 Rule ListCode() {
-    return {"translated through SYS_IMP (codicilistino, Codice), else the code in upper case",
+    return {"tradotto con SYS_IMP (codicilistino, Codice), altrimenti il codice maiuscolo",
             [](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
                 const QString told = modImport::GetNewCode(input.session, "codicilistino", "Codice", code, false);

@@ -27,7 +27,7 @@ const QString DesDive = QStringLiteral("DES_DIVE");
 /// The limit counts only where the source checks it.
 Rule CheckedLimit() {
     return {
-        "rounded to 2 decimals; left out unless the second column is a yes",
+        "arrotondato a 2 decimali; niente se la seconda colonna non è un sì",
         [limit = RoundedTo(2).apply, isChecked = Flag().apply](const RuleInput& input) -> RuleValue {
             const bool counts = isChecked({input.session, input.row, {input.columns.last()}, input.facts})->toBool();
             return counts ? limit({input.session, input.row, {input.columns.first()}, input.facts}) : RuleValue();
@@ -36,7 +36,7 @@ Rule CheckedLimit() {
 
 /// Quadrix has no mark for a branch that is no longer used: its notes say so.
 Rule BranchNote() {
-    return {"text; behind it the day in the second column from which the destination is no longer used",
+    return {"testo; dietro, il giorno della seconda colonna dal quale la destinazione non si usa più",
             [day = Day().apply](const RuleInput& input) -> RuleValue {
                 const QString note = input.row.Text(input.columns.first());
                 const QVariant end = *day({input.session, input.row, {input.columns.last()}, input.facts});
@@ -159,7 +159,7 @@ namespace {
 
 /// The year of a day; Null without one.
 Rule YearOf() {
-    return {"year of the day", [day = Day().apply](const RuleInput& input) {
+    return {"anno del giorno", [day = Day().apply](const RuleInput& input) {
                 const QDate date = day(input)->toDate();
                 return RuleValue(date.isValid() ? QVariant(date.year()) : QVariant());
             }};

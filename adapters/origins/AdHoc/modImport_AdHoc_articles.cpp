@@ -29,7 +29,7 @@ const QString LisScag = QStringLiteral("LIS_SCAG");
 
 /// What has a bill is made here, whatever its kind says.
 Rule ArticleClass() {
-    return {"\"PF\" when the first column is \"PF\" or the second is not blank, else \"CM\"",
+    return {"\"PF\" se la prima colonna è \"PF\" o la seconda non è vuota, altrimenti \"CM\"",
             [](const RuleInput& input) {
                 const bool isMade = input.row.Text(input.columns.first()).compare(u"PF", Qt::CaseInsensitive) == 0 ||
                                     !input.row.IsBlank(input.columns.last());
@@ -39,8 +39,8 @@ Rule ArticleClass() {
 
 /// Families and groups are two lists of codes: each is translated under its own name.
 Rule FamilyOrGroup() {
-    return {"the first that is not blank: a family translated through SYS_IMP (ART_ICOL, ARCODFAM), a group through "
-            "SYS_IMP (ART_ICOL, ARGRUMER), missing codes recorded",
+    return {"la prima non vuota: una famiglia tradotta con SYS_IMP (ART_ICOL, ARCODFAM), un gruppo con SYS_IMP "
+            "(ART_ICOL, ARGRUMER), i codici che mancano vi si annotano",
             [](const RuleInput& input) -> RuleValue {
                 for (const QString& column : input.columns) {
                     if (!input.row.IsBlank(column)) {
@@ -181,7 +181,7 @@ QString SheetOf(const QString& format) {
 }
 
 Rule SheetCode() {
-    return {"up to the last \"-\"", [](const RuleInput& input) { return RuleValue(SheetOf(input.Text())); }};
+    return {"fino all'ultimo \"-\"", [](const RuleInput& input) { return RuleValue(SheetOf(input.Text())); }};
 }
 
 const Mapping& LamieraMapping() {

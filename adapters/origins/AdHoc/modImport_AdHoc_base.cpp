@@ -50,7 +50,8 @@ BaseTable Agenti() { return CodeTable("Agenti", "AGENTI", "AGCODAGE", "AGE_NTI",
 
 /// From when the days of an instalment count.
 Rule Start() {
-    return {"\"DF\" or \"FM\", in any case; \"DF\" when blank; given up for any other", [](const RuleInput& input) {
+    return {"\"DF\" o \"FM\", maiuscolo o minuscolo; \"DF\" se è vuoto; riga abbandonata per ogni altro",
+            [](const RuleInput& input) {
                 const QString text = input.Text().toUpper();
                 if (!text.isEmpty() && text != u"DF" && text != u"FM") {
                     throw ImportError(

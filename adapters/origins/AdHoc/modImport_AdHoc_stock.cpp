@@ -50,10 +50,10 @@ Rule Calculated(const QString& text, double (*of)(const SourceRow&)) {
     return {text, [of](const RuleInput& input) { return RuleValue(of(input.row)); }};
 }
 
-Rule Quantity() { return Calculated("as read; below zero where the second column is \"-\"", QuantityOf); }
+Rule Quantity() { return Calculated("com'è letto; negativo se la seconda colonna è \"-\"", QuantityOf); }
 
 Rule Year() {
-    return {"year of the date", [day = Day().apply](const RuleInput& input) -> RuleValue {
+    return {"anno della data", [day = Day().apply](const RuleInput& input) -> RuleValue {
                 const QVariant date = *day(input);
                 if (date.isNull()) {
                     throw ImportError(QStringLiteral("'%1' non è una data").arg(input.Text()));
@@ -89,9 +89,9 @@ const Mapping& RigaMapping() {
             {"MRQTA", "MMQTAUM1, MMFLCASC", Quantity()},
             {"MRQTI", "MMQTAUM1, MMFLCASC", Quantity()},
             {"MRPRZ", "MMPREZZO, MMQTAMOV, MMQTAUM1",
-             Calculated("the first column times the second over the third, rounded to 6 decimals", PriceOf)},
+             Calculated("la prima colonna per la seconda diviso la terza, arrotondato a 6 decimali", PriceOf)},
             {"MRVAL", "MMVALMAG, MMPREZZO, MMQTAMOV, MMQTAUM1, MMFLCASC",
-             Calculated("the first column in cents, with the sign of the quantity; when zero, quantity times price",
+             Calculated("la prima colonna in centesimi, col segno della quantità; se è zero, quantità per prezzo",
                         ValueOf)},
             {"MRTPM", "MMFLCASC", Choice({{"+", schema::defaults::LoadMovement}}, OtherMovement)},
             {"MRSTA", "", Constant(schema::defaults::Closed)},

@@ -139,13 +139,13 @@ const Mapping& Sedi() {
 
 /// The kind of an account: the counterpart of its letter in Arca 2000.
 Rule AccountNature() {
-    return {"the letter P, E, C, F or O in upper case",
+    return {"la lettera P, E, C, F o O maiuscola",
             [](const RuleInput& input) { return RuleValue(input.Text().toUpper()); }};
 }
 
 /// The parent: the ledger named by the row, else the code without its last level (2 digits group, 4 ledger, 9 account).
 Rule ParentAccount() {
-    return {"the first; when blank, the first 4 characters of an account and the first 2 of a ledger",
+    return {"la prima; se è vuota, i primi 4 caratteri di un conto e i primi 2 di un mastro",
             [](const RuleInput& input) -> RuleValue {
                 const QString ledger = input.row.Text("mastro");
                 const QString code = input.row.Text("codice");

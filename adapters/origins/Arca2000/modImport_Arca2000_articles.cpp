@@ -40,29 +40,29 @@ QString SourceClass(const SourceRow& row) {
 
 /// Article class: what SYS_IMP says of the group; else a component for a supplier's group, a product for a customer's.
 Rule ArticleClass() {
-    return {
-        "translated through SYS_IMP (magart, gruppo); \"CM\" when it begins with F, \"PF\" with C; else \"CM\", logged",
-        [](const RuleInput& input) -> RuleValue {
-            const QString group = input.Text();
-            const QString known = modImport::GetNewCode(input.session, "magart", "gruppo", group, false);
-            if (!known.isEmpty()) {
-                return known;
-            }
-            if (group.startsWith(u'F', Qt::CaseInsensitive)) {
+    return {"tradotto con SYS_IMP (magart, gruppo); \"CM\" se comincia con F, \"PF\" con C; altrimenti \"CM\", scritto "
+            "nel log",
+            [](const RuleInput& input) -> RuleValue {
+                const QString group = input.Text();
+                const QString known = modImport::GetNewCode(input.session, "magart", "gruppo", group, false);
+                if (!known.isEmpty()) {
+                    return known;
+                }
+                if (group.startsWith(u'F', Qt::CaseInsensitive)) {
+                    return "CM";
+                }
+                if (group.startsWith(u'C', Qt::CaseInsensitive)) {
+                    return "PF";
+                }
+                modImport::LogNote(input.session,
+                                   "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row));
                 return "CM";
-            }
-            if (group.startsWith(u'C', Qt::CaseInsensitive)) {
-                return "PF";
-            }
-            modImport::LogNote(input.session,
-                               "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row));
-            return "CM";
-        }};
+            }};
 }
 
 /// The customer that an article belongs to: the last one who bought it, else the one of its group.
 Rule CustomerOfArticle() {
-    return {"CDCON of the CON_TRO whose COCGE is the first, else the second when it begins with C",
+    return {"CDCON della riga di CON_TRO il cui COCGE è la prima, altrimenti la seconda se comincia con C",
             [](const RuleInput& input) -> RuleValue {
                 const auto customer = [&](const QString& code) {
                     return code.isEmpty() ? code : LookUp(input.session, "CON_TRO", "COCGE", code, "CDCON");

@@ -36,7 +36,7 @@ const QString SediTable = QStringLiteral("CFSede");
 
 /// The language of the counterparty, Italian when the source has none; a number that is not known is recorded.
 Rule Language() {
-    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" when blank; else translated",
+    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" se è vuoto; altrimenti tradotto",
             [](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) {
                     return schema::defaults::Language;
@@ -48,7 +48,7 @@ Rule Language() {
 
 /// Zero is no day of the month.
 Rule FixedDay() {
-    return {"as it is, left out when zero", [](const RuleInput& input) -> RuleValue {
+    return {"com'è, niente se è zero", [](const RuleInput& input) -> RuleValue {
                 const QString day = input.Text();
                 return day.isEmpty() || day == "0" ? RuleValue() : RuleValue(day);
             }};
@@ -116,7 +116,7 @@ Roles RolesOf(const SourceRow& row) {
 QString IbanOf(const SourceRow& row) { return row.Text("Iban").remove(u' ').toUpper(); }
 
 Rule ValidIban() {
-    return {"without blanks, in upper case; one that is none is logged and left out",
+    return {"senza spazi, maiuscolo; se non è valido va nel log e non si scrive",
             [](const RuleInput& input) -> RuleValue {
                 const QString iban = IbanOf(input.row);
                 if (!iban.isEmpty() && !ValidateIBAN(iban)) {
@@ -136,9 +136,9 @@ struct Stretch {
 
 /// @param other of the second column, where there is no valid Italian IBAN
 Rule BankPart(const Stretch& ofIban, const Stretch& other = {}) {
-    return {QStringLiteral("from character %1 of an Italian IBAN%2; left out when blank")
+    return {QStringLiteral("dal carattere %1 di un IBAN italiano%2; niente se è vuoto")
                 .arg(ofIban.from + 1)
-                .arg(QStringLiteral(", else from %1 of the second column").arg(other.from + 1)),
+                .arg(QStringLiteral(", altrimenti dal %1 della seconda colonna").arg(other.from + 1)),
             [ofIban, other](const RuleInput& input) -> RuleValue {
                 const QString iban = IbanOf(input.row);
                 const bool isItalian = iban.startsWith(QLatin1String("IT")) && ValidateIBAN(iban);
@@ -192,7 +192,7 @@ bool IsOwnPec(const SourceRow& contact) {
 
 /// The certified address of the counterparty: of the first contact that is the counterparty itself.
 Rule CertifiedMail() {
-    return {"EMailPec of the first CFContatto without name and destination, in lower case",
+    return {"EMailPec della prima riga di CFContatto senza nome né destinazione, minuscolo",
             [](const RuleInput& input) -> RuleValue {
                 RuleValue found;
                 ForEachChild(input.session, ContactsOf(input.session, input.row), Contatti, "Sequenza",
@@ -289,9 +289,10 @@ Counterparties Controparti() {
                   ByRole("COMAC", "COMAF", "Cd_CGConto_Mastro", NotBlank(Text())),
                   DiscountsByRole("Sconto"),
                   {"COPER", "TipoDitta", Choice({{"G", "0"}, {"", "0"}}, "1")},
-                  {"COIND", "Indirizzo", StreetPart(&Street::first, "first 35 characters before the house number")},
-                  {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
-                  {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
+                  {"COIND", "Indirizzo", StreetPart(&Street::first, "primi 35 caratteri davanti al numero civico")},
+                  {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "ciò che resta davanti al numero civico"))},
+                  {"CONRC", "Indirizzo",
+                   NotBlank(StreetPart(&Street::number, "numero civico dietro l'ultima virgola"))},
                   {"COCAP", "Cap", Text()},
                   {"COCIT", "Localita", Text()},
                   {"COPRO", "Cd_Provincia", Text()},

@@ -34,7 +34,7 @@ const QString Lingue = QStringLiteral("ARLingua");
 
 /// An article that heads a bill, of a kit or a phantom, is a product.
 Rule HeadsBill() {
-    return {"\"PF\" when one of them is set, else \"CM\"", [](const RuleInput& input) {
+    return {"\"PF\" se una è vera, altrimenti \"CM\"", [](const RuleInput& input) {
                 const bool heads = std::any_of(input.columns.begin(), input.columns.end(), [&](const QString& column) {
                     return mod_ovTools::ToBoolean(input.row.Value(column));
                 });
@@ -44,7 +44,7 @@ Rule HeadsBill() {
 
 /// The point at which an article is ordered again: its minimum stock, for the articles that are reordered below it.
 Rule ReorderPoint() {
-    return {"the second when the first is 2, else 0", [](const RuleInput& input) {
+    return {"la seconda se la prima è 2, altrimenti 0", [](const RuleInput& input) {
                 constexpr double belowMinimum = 2;
                 return RuleValue(
                     NumberOf(input.row, "MrpPuntoRiordino") == belowMinimum ? NumberOf(input.row, "ScortaMinima") : 0);
@@ -97,8 +97,8 @@ QString ReadNote(const QString& path) {
 /// Where a unit goes: the one by default is the stock unit, another one the second; of kind V it is that of sales, of
 /// kind A of purchases, of kind E of both.
 Rule UnitPlaces() {
-    return {"with the setting ARARMisura: \"ARUMS\" for the default, else \"ARUM2\"; \"ARUMV\" for V and E, \"ARUMP\" "
-            "for A and E",
+    return {"con l'impostazione ARARMisura: \"ARUMS\" per quella predefinita, altrimenti \"ARUM2\"; \"ARUMV\" per V ed "
+            "E, \"ARUMP\" per A ed E",
             [](const RuleInput& input) -> RuleValue {
                 if (!modMain::IsAppConfigOn(input.session, Section, "ARARMisura", "1")) {
                     return QString();
@@ -117,7 +117,8 @@ Rule UnitPlaces() {
 
 Rule LanguageCode() {
     return {
-        "1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; else translated, logged without one",
+        "1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; altrimenti tradotto, scritto nel log se "
+        "manca",
         [](const RuleInput& input) -> RuleValue {
             const QString language = LanguageOf(input.session, input.Text());
             if (language.isEmpty()) {

@@ -44,8 +44,8 @@ Rule StreetPart(QString Street::*part, const QString& words) {
 }
 
 Rule OurBank() {
-    return {"CDBAN of the bank whose external code it is, else of the bank with the IBAN that table Banca tells; left "
-            "out when there is none",
+    return {"CDBAN della banca di cui è il codice esterno, altrimenti di quella con l'IBAN che la tabella Banca dice; "
+            "niente se manca",
             [](const RuleInput& input) -> RuleValue {
                 const QString account = input.Text();
                 if (account.isEmpty()) {
@@ -89,9 +89,9 @@ const Mapping& Fornitori() {
         {
             {"CORAS", "Descrizione", NotBlank(First(35))},
             {"CORA2", "Descrizione", NotBlank(From(36))},
-            {"COIND", "Indirizzo", NotBlank(StreetPart(&Street::first, "first 35 characters before the house number"))},
-            {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "what is left before the house number"))},
-            {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "house number behind the last comma"))},
+            {"COIND", "Indirizzo", NotBlank(StreetPart(&Street::first, "primi 35 caratteri davanti al numero civico"))},
+            {"COIN2", "Indirizzo", NotBlank(StreetPart(&Street::rest, "ciò che resta davanti al numero civico"))},
+            {"CONRC", "Indirizzo", NotBlank(StreetPart(&Street::number, "numero civico dietro l'ultima virgola"))},
             {"COCAP", "CAP", NotBlank(Text())},
             {"COCIT", "Localita", NotBlank(Text())},
             {"COPRO", "Cd_Provincia", NotBlank(Text())},
@@ -137,7 +137,7 @@ namespace {
 
 /// From when the days of the instalments count: "DF" date of the invoice, "FM" end of its month.
 Rule Start() {
-    return {"\"FM\" for F, M, FM and 1, \"DF\" for D, DF, 0 and blank", [](const RuleInput& input) -> RuleValue {
+    return {"\"FM\" per F, M, FM e 1, \"DF\" per D, DF, 0 e vuoto", [](const RuleInput& input) -> RuleValue {
                 static const QHash<QString, QString> starts{{"", "DF"},  {"D", "DF"}, {"DF", "DF"}, {"0", "DF"},
                                                             {"F", "FM"}, {"M", "FM"}, {"FM", "FM"}, {"1", "FM"}};
                 const QString start = starts.value(input.Text().toUpper());

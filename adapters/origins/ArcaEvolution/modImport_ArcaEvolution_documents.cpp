@@ -28,7 +28,7 @@ const QString Totali = QStringLiteral("DOTotali");
 
 /// A rate of zero is none: the document is in euro.
 Rule ExchangeRate() {
-    return {"as it is, 1 when zero or blank", [](const RuleInput& input) {
+    return {"com'è, 1 se è zero o vuoto", [](const RuleInput& input) {
                 const double rate = NumberOf(input.row, input.columns.first());
                 return RuleValue(rate == 0 ? schema::defaults::ExchangeRate : rate);
             }};

@@ -44,7 +44,7 @@ QString FormatPartitaIvaAxis(const QString& number) {
 }
 
 Rule VatNumber() {
-    return {"as FormatPartitaIvaAxis writes it; left out when that is blank", [](const RuleInput& input) {
+    return {"come la scrive FormatPartitaIvaAxis; niente se è vuota", [](const RuleInput& input) {
                 const QString number = FormatPartitaIvaAxis(input.Text());
                 return number.isEmpty() ? RuleValue() : RuleValue(number);
             }};

@@ -56,7 +56,7 @@ SourceTable SubjectsOf(const Side& side) {
 
 /// A customer whose subject is missing has no name: nothing could be done with it.
 Rule Name() {
-    return {"first 35 characters; given up when blank", [](const RuleInput& input) -> RuleValue {
+    return {"primi 35 caratteri; riga abbandonata se è vuoto", [](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) {
                     throw ImportError(QStringLiteral("il soggetto '%1' non c'è in %2, o è senza nome")
                                           .arg(input.row.Text("ID_SOGGETTO"), Soggetti));

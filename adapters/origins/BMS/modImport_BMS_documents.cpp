@@ -12,8 +12,8 @@ namespace {
 
 /// A payment term is translated as that of the counterparty is.
 Rule PaymentTerm() {
-    return {"of a customer translated through SYS_IMP (ANCLIENT, COD_PAGAM), of a supplier through SYS_IMP (ANFORNIT, "
-            "COD_PAGAM), missing codes recorded",
+    return {"di un cliente tradotto con SYS_IMP (ANCLIENT, COD_PAGAM), di un fornitore con SYS_IMP (ANFORNIT, "
+            "COD_PAGAM), i codici che mancano vi si annotano",
             [ofCustomer = Translated(Clienti, "COD_PAGAM").apply,
              ofSupplier = Translated(Fornitori, "COD_PAGAM").apply](const RuleInput& input) {
                 return input.facts.roles.customer ? ofCustomer(input) : ofSupplier(input);

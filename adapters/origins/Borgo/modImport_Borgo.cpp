@@ -80,7 +80,7 @@ ImportPart PartiesWhereThereAreNone() {
 
 /// A sheet is one whatever class the source gives it.
 Rule ArticleClass() {
-    return {QStringLiteral("\"LM\" for a sheet (first column), else the class, \"CM\" when blank"),
+    return {QStringLiteral("\"LM\" per una lamiera (prima colonna), altrimenti la classe, \"CM\" se è vuota"),
             [isSheet = Flag().apply](const RuleInput& input) {
                 const QString own = input.row.Text(input.columns.last());
                 const bool sheet = isSheet({input.session, input.row, {input.columns.first()}, input.facts})->toBool();

@@ -55,8 +55,8 @@ double SheetWeight(const RuleInput& input) {
 }
 
 Rule RowQuantity() {
-    return {"kilograms of the sheets of a row (NumFogli) by the weight of their format; without sheets Qta, as of a "
-            "format whose weight is not known, which is logged",
+    return {"chilogrammi dei fogli di una riga (NumFogli) secondo il peso del loro formato; senza fogli Qta, come per "
+            "un formato senza peso, che va nel log",
             [](const RuleInput& input) {
                 const double quantity = NumberOf(input.row, "Qta");
                 const double weight = SheetWeight(input);
@@ -73,7 +73,7 @@ Rule RowQuantity() {
 
 /// What has been delivered is the same part of the row, in whatever unit the source counts it.
 Rule RowDelivered() {
-    return {"as the quantity: the part of Qta that it is", [](const RuleInput& input) {
+    return {"come la quantità: la parte di Qta che essa è", [](const RuleInput& input) {
                 const double delivered = NumberOf(input.row, "QtaEv");
                 const double quantity = NumberOf(input.row, "Qta");
                 const double weight = SheetWeight(input);
@@ -87,7 +87,7 @@ Rule RowDelivered() {
 /// A row that counts in kilograms now has the unit of its article.
 Rule RowUnit() {
     const Rule unit = ArticleUnit("");
-    return {unit.text + QStringLiteral("; that of the article for a row of sheets"),
+    return {unit.text + QStringLiteral("; quella dell'articolo per una riga di fogli"),
             [unit = unit.apply](const RuleInput& input) {
                 return SheetWeight(input) == 0 ? unit({input.session, input.row, {"Um"}, input.facts}) : RuleValue();
             }};
@@ -95,7 +95,7 @@ Rule RowUnit() {
 
 /// A format that the article does not have is logged, and left out.
 Rule FormatCode() {
-    return {"format of the article (ART_FMT); one that it does not have is logged and left out",
+    return {"formato dell'articolo (ART_FMT); se non lo ha va nel log e non si scrive",
             [](const RuleInput& input) -> RuleValue {
                 const QString format = input.row.Text("CodFormato");
                 const QVariant known = OfFormat(input.session, ArticleOf(input), format, "CDFMT");
@@ -109,11 +109,11 @@ Rule FormatCode() {
 }
 
 Rule FormatMeasure(const QString& column) {
-    return {
-        column + QStringLiteral(" of the format; left out without one"), [column](const RuleInput& input) -> RuleValue {
-            const QVariant measure = OfFormat(input.session, ArticleOf(input), input.row.Text("CodFormato"), column);
-            return measure.isNull() ? RuleValue() : measure;
-        }};
+    return {column + QStringLiteral(" del formato; niente se manca"), [column](const RuleInput& input) -> RuleValue {
+                const QVariant measure =
+                    OfFormat(input.session, ArticleOf(input), input.row.Text("CodFormato"), column);
+                return measure.isNull() ? RuleValue() : measure;
+            }};
 }
 
 /// What the orders of customers and those to suppliers differ by.

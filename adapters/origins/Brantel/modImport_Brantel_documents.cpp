@@ -71,7 +71,7 @@ Documents Ordini() {
 /// Lists of sales and of purchases count apart.
 Rule ListCode() {
     const Rule sales = NumberedList(SalesLists);
-    return {QStringLiteral("%1, for purchases (last column) %2").arg(sales.text, PurchaseLists),
+    return {QStringLiteral("%1, per gli acquisti (ultima colonna) %2").arg(sales.text, PurchaseLists),
             [sales = sales.apply, purchases = NumberedList(PurchaseLists).apply](const RuleInput& input) {
                 const bool isPurchase =
                     input.row.Text(input.columns.last()).compare(PurchaseLists, Qt::CaseInsensitive) == 0;

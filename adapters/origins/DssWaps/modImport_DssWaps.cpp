@@ -154,7 +154,7 @@ const QStringList RegistryColumns{"RAGSO2", "INDIR", "CAP", "LOCAL", "PROV",  "N
 /// The second line of a name, which the registry goes on with.
 Rule SecondLine() {
     const Rule second = SecondName(35);
-    return {QStringLiteral("with RAGSO2 of ANAGR: ") + second.text,
+    return {QStringLiteral("con RAGSO2 di ANAGR: ") + second.text,
             [second](const RuleInput& input) {
                 return second.apply({input.session, input.row, {input.columns.first(), "RAGSO2"}, input.facts});
             },

@@ -43,13 +43,13 @@ const QString FirstList = QStringLiteral("1");
 
 /// "1" is blocked, "2" obsolete.
 Rule IsOutOfUse() {
-    return {"true for \"1\" and \"2\"",
+    return {"vero per \"1\" e \"2\"",
             [](const RuleInput& input) { return RuleValue(input.Text() == u"1" || input.Text() == u"2"); }};
 }
 
 /// What has a bill is made here, whatever its kind says.
 Rule ArticleClass() {
-    return {"\"PF\" when the first column is 2 or DBaseVersioni has the second as CodDb, else \"CM\"",
+    return {"\"PF\" se la prima colonna è 2 o DBaseVersioni ha la seconda come CodDb, altrimenti \"CM\"",
             [](const RuleInput& input) {
                 if (input.row.Text(input.columns.first()) == u"2") {
                     return RuleValue("PF");
@@ -65,25 +65,24 @@ Rule ArticleClass() {
 
 /// CDCON of who has been imported from the same person in the other role: one IdAnagGen is one counterparty.
 Rule SamePerson() {
-    return {
-        "counterparty imported from a row with that IdAnagGen in the other role (TipoAnagrafica); left out without one",
-        [](const RuleInput& input) -> RuleValue {
-            ovConnection& source = input.session.SourceConnection();
-            const bool isCustomer = input.facts.roles.customer;
-            Recordset others = source.ExecuteWC(
-                "SELECT CodCliFor FROM ClientiFornitori\rWHERE IdAnagGen = " + LiteralOf(source, input.Value()) +
-                "\r  AND TipoAnagrafica = " + (isCustomer ? "2" : "1") + "\rORDER BY CodCliFor");
-            for (const SourceRow other(others); !others.Eof(); others.MoveNext()) {
-                const QString code =
-                    LookUp(input.session, "CON_TRO", isCustomer ? "COFGE" : "COCGE", other.Text("CodCliFor"), "CDCON");
-                if (!code.isEmpty()) {
-                    return code;
+    return {"controparte importata da una riga con quell'IdAnagGen nell'altro ruolo (TipoAnagrafica); niente se manca",
+            [](const RuleInput& input) -> RuleValue {
+                ovConnection& source = input.session.SourceConnection();
+                const bool isCustomer = input.facts.roles.customer;
+                Recordset others = source.ExecuteWC(
+                    "SELECT CodCliFor FROM ClientiFornitori\rWHERE IdAnagGen = " + LiteralOf(source, input.Value()) +
+                    "\r  AND TipoAnagrafica = " + (isCustomer ? "2" : "1") + "\rORDER BY CodCliFor");
+                for (const SourceRow other(others); !others.Eof(); others.MoveNext()) {
+                    const QString code = LookUp(input.session, "CON_TRO", isCustomer ? "COFGE" : "COCGE",
+                                                other.Text("CodCliFor"), "CDCON");
+                    if (!code.isEmpty()) {
+                        return code;
+                    }
                 }
-            }
-            return std::nullopt;
-        },
-        Side::Both,
-        {{CliFor, {"CodCliFor", "IdAnagGen", "TipoAnagrafica"}}}};
+                return std::nullopt;
+            },
+            Side::Both,
+            {{CliFor, {"CodCliFor", "IdAnagGen", "TipoAnagrafica"}}}};
 }
 
 /// The price of the article without variant that holds today: the one that began last.

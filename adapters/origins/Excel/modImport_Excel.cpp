@@ -100,12 +100,7 @@ void FindHeaders(ImportRun& run, const QString& sheet, const QStringList& read, 
 
 void SetFurther(const Beyond& beyond, const SourceRow& row, TargetRow& target) {
     for (const Further& further : beyond.found->columns) {
-        try {
-            target.Set(further.column, sheetCells::ValueAs(row.Value(further.column), further.type));
-        } catch (ImportError& error) {
-            error.AddContext(QStringLiteral("colonna '%1'").arg(further.column));
-            throw;
-        }
+        target.Set(further.column, sheetCells::GetXlsValue(row, further.column, further.type));
     }
 }
 

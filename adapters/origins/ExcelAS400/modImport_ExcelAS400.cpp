@@ -11,9 +11,11 @@
 #include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/sheetCells.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
+#include "sources/workbook/Workbook.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -43,6 +45,26 @@ SourceTable RowsOf(const QString& table, const QString& code) {
 
 /// Whether the record has been cancelled.
 bool IsCancelled(const SourceRow& row) { return row.Text("ATREC").compare(u"A", Qt::CaseInsensitive) == 0; }
+
+/// The procedure of a declaration whose log tells in which column each field was found, for their order is free.
+template<class Declared>
+Procedure OverSheet(Button button, const Declared& declared) {
+    ImportPart part = PartOf(declared);
+    part.make = [make = part.make, needs = part.needs, sheet = part.source.table](ImportRun& run, const QString& code) {
+        QMap<int, QString> found;
+        for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
+            for (const QString& field : table.name == sheet ? table.necessary + table.optional : QStringList()) {
+                const int column = sheetCells::GetColumn(run.GetSession().SourceConnection(), sheet, field);
+                found.insert(column, field + u'=' + sources::ColumnLetters(column - 1));
+            }
+        }
+        found.remove(0); // what is not there has been told
+        run.AnnounceAppending(
+            QStringLiteral("Foglio '%1': %2").arg(sheet, QStringList(found.values()).join(QStringLiteral(", "))));
+        return make(run, code);
+    };
+    return ProcedureOf(button, FrameOf(declared), {part});
+}
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
@@ -226,10 +248,10 @@ const Origin& Entry() {
         Buttons("YYYY----", {{Button::Cli, "Importa Clienti"}, {Button::Doc, "Importa Fornitori"}}),
         Shown::Keep,
         {
-            ProcedureOf(Button::Cli, PartiesOf(Customers)),
-            ProcedureOf(Button::Art, Articoli()),
-            ProcedureOf(Button::Dis, Distinte()),
-            ProcedureOf(Button::Doc, PartiesOf(Suppliers)),
+            OverSheet(Button::Cli, PartiesOf(Customers)),
+            OverSheet(Button::Art, Articoli()),
+            OverSheet(Button::Dis, Distinte()),
+            OverSheet(Button::Doc, PartiesOf(Suppliers)),
         },
     };
     return origin;

@@ -24,7 +24,7 @@ QString ConditionOfSettings(Session& session) {
 /// A measure of the piece, which not every installation keeps in its articles.
 Rule Measure() {
     const Rule number = NotBlank(RoundedTo(6));
-    return {number.text + QStringLiteral("; left out unless the setting ARARMisura is 1"),
+    return {number.text + QStringLiteral("; niente se l'impostazione ARARMisura non è 1"),
             [measure = number.apply](const RuleInput& input) {
                 return modMain::IsAppConfigOn(input.session, Section, "ARARMisura", "1") ? measure(input) : RuleValue();
             }};

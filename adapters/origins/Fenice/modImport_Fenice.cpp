@@ -43,7 +43,7 @@ int RevisionOf(const SourceRow& row) {
 /// Of the revisions of an article the highest that is active is the one in force.
 Rule IsInForce() {
     const ChildTable revisions{.table = Distinta, .on = {{"CODART"}}, .order = "REVIS", .naming = "IDDIST"};
-    return {"true for the highest revision of the article among those whose FLGATT is set",
+    return {"vero per la revisione più alta dell'articolo fra quelle con FLGATT",
             [revisions, isSet = Flag().apply](const RuleInput& input) {
                 const auto isActive = [&](const SourceRow& row) {
                     return isSet({input.session, row, {"FLGATT"}, input.facts})->toBool();
@@ -59,7 +59,7 @@ Rule IsInForce() {
 
 /// What is wasted is consumed too.
 Rule WithWaste() {
-    return {"1 and the percentage of the source, 4 decimals", [](const RuleInput& input) {
+    return {"1 più la percentuale della sorgente, 4 decimali", [](const RuleInput& input) {
                 constexpr double whole = 100;
                 return RuleValue(contract::RoundedTo(1 + NumberOf(input.row, input.columns.first()) / whole, 4));
             }};

@@ -45,7 +45,7 @@ Rule ArticleClass() { return Or(Choice({{"P", "PF"}, {"S", "CM"}, {"M", "CM"}}, 
 
 /// A version that is no number is the first revision.
 Rule Revision() {
-    return {"the number, 0 for any other text", [](const RuleInput& input) {
+    return {"il numero, 0 per un altro testo", [](const RuleInput& input) {
                 bool isNumber = false;
                 const int revision = input.Text().toInt(&isNumber);
                 return RuleValue(isNumber ? revision : schema::defaults::BillRevision);
@@ -54,7 +54,7 @@ Rule Revision() {
 
 /// The supplier of a component (first source column) and its own note.
 Rule ComponentNote() {
-    return {QStringLiteral("\"Fornitore: \", code and name of the first column (%1); on a further line the other one")
+    return {QStringLiteral("\"Fornitore: \", codice e nome della prima colonna (%1); su un'altra riga l'altra")
                 .arg(KnownSupplier().text),
             [known = KnownSupplier().apply](const RuleInput& input) -> RuleValue {
                 const QStringList column{input.columns.first()};

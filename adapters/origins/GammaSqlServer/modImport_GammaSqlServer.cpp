@@ -26,7 +26,7 @@ namespace {
 
 /// The code that stands for none in a numbered column.
 Rule ZeroAsBlank(const Rule& rule) {
-    return {QStringLiteral("0 as blank; ") + rule.text,
+    return {QStringLiteral("0 vale vuoto; ") + rule.text,
             [apply = rule.apply](const RuleInput& input) {
                 const QString text = input.Text();
                 return apply({input.session, input.row, input.columns, input.facts, text == u"0" ? QString() : text});
@@ -37,7 +37,7 @@ Rule ZeroAsBlank(const Rule& rule) {
 /// Town and postal code: those of the register of towns where the row names one (first source column), else its own.
 Rule OfTown(const QString& column) {
     const Rule named = Via("CG01_ANAGCOMUNI", "CG01_CODICE", column, Text());
-    return {named.text + QStringLiteral("; its own text without one"),
+    return {named.text + QStringLiteral("; il suo testo se manca"),
             [named](const RuleInput& input) -> RuleValue {
                 const QStringList town{input.columns.first()};
                 const QString found = named.apply({input.session, input.row, town, input.facts})->toString();
@@ -51,7 +51,7 @@ Rule BankOf(const QString& column) { return NotBlank(Via("CG12_BANCHE", "CG12_CO
 /// A customer and a supplier that are the same person in the general register are one counterparty.
 Rule SamePerson() {
     return {
-        "counterparty of the other role with the same general record",
+        "controparte dell'altro ruolo con la stessa anagrafica generale",
         [](const RuleInput& input) -> RuleValue {
             const bool isCustomer = input.facts.roles.customer;
             ovConnection& source = input.session.SourceConnection();

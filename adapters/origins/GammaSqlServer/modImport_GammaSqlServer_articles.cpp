@@ -20,7 +20,7 @@ namespace {
 Rule ArticleClass() {
     const Rule translated = Translated(Artprod, "PD18_TIPOPROD_PD20");
     return {
-        "\"PF\" as it is; provenance 2 \"CM\"; \"SL\" as it is; else " + translated.text,
+        "\"PF\" com'è; provenienza 2 \"CM\"; \"SL\" com'è; altrimenti " + translated.text,
         [translated](const RuleInput& input) -> RuleValue {
             const QString kind = input.row.Text(input.columns.first()).toUpper();
             if (kind == u"PF") {
@@ -81,7 +81,7 @@ ChildTable CodesOf(const QString& where) {
 
 /// A price with its two surcharges in percent.
 Rule WithSurcharges() {
-    return {"the first, raised by the percentages of the others; rounded to 6 decimals", [](const RuleInput& input) {
+    return {"la prima, aumentata delle percentuali delle altre; arrotondato a 6 decimali", [](const RuleInput& input) {
                 double price = NumberOf(input.row, input.columns.first());
                 for (const QString& column : input.columns.mid(1)) {
                     price *= 1 + NumberOf(input.row, column) / 100;

@@ -15,7 +15,7 @@ namespace {
 /// The supplier (first source column) of a phase that is done outside (1 in the last one).
 Rule OfOutside() {
     const Rule supplier = KnownSupplier();
-    return {supplier.text + QStringLiteral("; only where the last column is 1"),
+    return {supplier.text + QStringLiteral("; solo se l'ultima colonna è 1"),
             [supplier](const RuleInput& input) -> RuleValue {
                 const QStringList code{input.columns.first()};
                 return input.row.Text(input.columns.last()) == u"1"

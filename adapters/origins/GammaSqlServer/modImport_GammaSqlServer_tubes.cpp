@@ -23,7 +23,7 @@ const QStringList Columns{"CODICE",   "DESCRIZIONE", "PROFILO", "DIM_A",     "DI
 
 /// Kilograms of a tube: weight of a metre by a length in millimetres.
 Rule TubeWeight() {
-    return {"weight of a metre (first column) by the length in mm, divided by 1000; rounded to 3 decimals",
+    return {"peso al metro (prima colonna) per la lunghezza in mm diviso 1000; arrotondato a 3 decimali",
             [](const RuleInput& input) {
                 const double weight = NumberOf(input.row, input.columns.first());
                 return RuleValue(RoundedTo(weight * NumberOf(input.row, input.columns.last()) / 1000, 3));
@@ -37,7 +37,7 @@ QString ProfileOf(Session& session, const QString& profile) {
 }
 
 Rule Profile() {
-    return {"profile of that external code, else the text in upper case; left out when blank",
+    return {"profilo con quel codice esterno, altrimenti il testo maiuscolo; niente se è vuoto",
             [](const RuleInput& input) -> RuleValue {
                 return input.Text().isEmpty() ? RuleValue() : RuleValue(ProfileOf(input.session, input.Text()));
             }};

@@ -35,17 +35,18 @@ QString NameOf(Session& session, const QString& code, const QString& kind) {
 
 /// Customers and suppliers of one number are two counterparties.
 Rule CounterpartyOfKind() {
-    return {"counterparty imported from that code, of a supplier where the second column is \"F\", else of a customer",
-            [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
-                const QString code = input.row.Text(input.columns.first());
-                const bool isSupplier = input.row.Text(input.columns.last()).compare(u"F", Qt::CaseInsensitive) == 0;
-                return (isSupplier ? supplier : customer)({input.session, input.row, input.columns, input.facts, code});
-            },
-            Side::Both};
+    return {
+        "controparte importata da quel codice, di un fornitore se la seconda colonna è \"F\", altrimenti di un cliente",
+        [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
+            const QString code = input.row.Text(input.columns.first());
+            const bool isSupplier = input.row.Text(input.columns.last()).compare(u"F", Qt::CaseInsensitive) == 0;
+            return (isSupplier ? supplier : customer)({input.session, input.row, input.columns, input.facts, code});
+        },
+        Side::Both};
 }
 
 Rule SourceName() {
-    return {"RAGCLFOR of the ARCLFR of that CODCLFOR and FLAGCLFR; given up without one",
+    return {"RAGCLFOR della riga di ARCLFR con quel CODCLFOR e FLAGCLFR; riga abbandonata se manca",
             [](const RuleInput& input) {
                 return RuleValue(
                     NameOf(input.session, input.row.Text(input.columns.first()), input.row.Text(input.columns.last())));

@@ -41,7 +41,7 @@ const QStringList& UserColumns() {
 
 /// A sheet is a sheet; what has no class in the CAM is bought; of the rest assemblies are products.
 Rule ArticleClass() {
-    return {"\"LM\" for class 51; \"CM\" without a class; else \"PF\" for an assembly, \"SL\" for a part",
+    return {"\"LM\" per la classe 51; \"CM\" senza classe; altrimenti \"PF\" per un assieme, \"SL\" per una parte",
             [](const RuleInput& input) -> RuleValue {
                 const QString code = input.row.Text("DIS_PClass");
                 if (code == SheetClass) {
@@ -55,14 +55,14 @@ Rule ArticleClass() {
 }
 
 Rule UnitOfName() {
-    return {"translated through SYS_IMP (PPRR_PPRR, UntName); \"NR\" for blank and \"unt\"; else in upper case",
+    return {"tradotto con SYS_IMP (PPRR_PPRR, UntName); \"NR\" per vuoto e \"unt\"; altrimenti maiuscolo",
             [](const RuleInput& input) { return RuleValue(UnitOf(input.session, input.Text())); }};
 }
 
 /// The family is that of the product's group, else of its cost group.
 Rule FamilyOfArticle() {
-    return {"the first that is not blank: a group translated through SYS_IMP (PPRR_PPRR, PGroup), a cost group through "
-            "SYS_IMP (PPRR_PPRR, CGroup)",
+    return {"la prima non vuota: un gruppo tradotto con SYS_IMP (PPRR_PPRR, PGroup), un gruppo di costo con SYS_IMP "
+            "(PPRR_PPRR, CGroup)",
             [](const RuleInput& input) -> RuleValue {
                 for (const QString& column : input.columns) {
                     if (!input.row.IsBlank(column)) {
@@ -76,7 +76,7 @@ Rule FamilyOfArticle() {
 }
 
 Rule DayOrNone() {
-    return {"as read; left out when blank or 1 January 1900", [](const RuleInput& input) -> RuleValue {
+    return {"com'è letto; niente se è vuoto o 1 gennaio 1900", [](const RuleInput& input) -> RuleValue {
                 const QVariant day = DayOf(input.row, input.columns.first());
                 return day.isNull() ? RuleValue() : RuleValue(day);
             }};

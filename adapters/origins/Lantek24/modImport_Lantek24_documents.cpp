@@ -34,7 +34,7 @@ const QString Received = QStringLiteral("20");
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
 Rule DayOrNull() {
-    return {"as read; Null when blank or 1 January 1900",
+    return {"com'è letto; Null se è vuoto o 1 gennaio 1900",
             [](const RuleInput& input) { return RuleValue(DayOf(input.row, input.columns.first())); }};
 }
 

@@ -66,62 +66,60 @@ QString NormalizzaPartitaIvaMago(QString number, const QString& country) {
 }
 
 Rule VatNumber() {
-    return {
-        "without blanks, \".\" and \"-\"; of an Italian one also without \"IT\", eleven digits; left out when blank",
-        [](const RuleInput& input) -> RuleValue {
-            const QString number =
-                NormalizzaPartitaIvaMago(input.row.Text(input.columns.first()), input.row.Text(input.columns.last()));
-            return number.isEmpty() ? RuleValue() : RuleValue(number);
-        }};
+    return {"senza spazi, \".\" e \"-\"; se è italiana anche senza \"IT\", undici cifre; niente se è vuota",
+            [](const RuleInput& input) -> RuleValue {
+                const QString number = NormalizzaPartitaIvaMago(input.row.Text(input.columns.first()),
+                                                                input.row.Text(input.columns.last()));
+                return number.isEmpty() ? RuleValue() : RuleValue(number);
+            }};
 }
 
 // --- Rules --------------------------------------------------------------------------------------------------------
 
 /// A supplier that is one of the customers. One that has not come over must come first: else there would be two of it.
 Rule LinkedCustomer() {
-    return {
-        "counterparty imported from that customer code; given up when MA_CustSupp has the customer and Quadrix does "
-        "not, else logged and left out",
-        [](const RuleInput& input) -> RuleValue {
-            const QString code = input.Text();
-            const QString found = code.isEmpty() ? code : LookUp(input.session, "CON_TRO", "COCGE", code, "CDCON");
-            if (code.isEmpty() || !found.isEmpty()) {
-                return found.isEmpty() ? RuleValue() : RuleValue(found);
-            }
-            ovConnection& source = input.session.SourceConnection();
-            const Recordset customer =
-                source.ExecuteWC("SELECT CustSupp FROM MA_CustSupp WHERE CustSuppType = " + CustomerType +
-                                 " AND CustSupp = " + LiteralOf(source, code));
-            if (!customer.Eof()) {
-                throw ImportError(QStringLiteral("il cliente collegato '%1' non è stato importato").arg(code));
-            }
-            modImport::LogNote(
-                input.session,
-                QStringLiteral("CLIENTE COLLEGATO NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), code));
-            return std::nullopt;
-        }};
+    return {"controparte importata da quel codice cliente; riga abbandonata se MA_CustSupp ha il cliente e Quadrix no, "
+            "altrimenti va nel log e non si scrive",
+            [](const RuleInput& input) -> RuleValue {
+                const QString code = input.Text();
+                const QString found = code.isEmpty() ? code : LookUp(input.session, "CON_TRO", "COCGE", code, "CDCON");
+                if (code.isEmpty() || !found.isEmpty()) {
+                    return found.isEmpty() ? RuleValue() : RuleValue(found);
+                }
+                ovConnection& source = input.session.SourceConnection();
+                const Recordset customer =
+                    source.ExecuteWC("SELECT CustSupp FROM MA_CustSupp WHERE CustSuppType = " + CustomerType +
+                                     " AND CustSupp = " + LiteralOf(source, code));
+                if (!customer.Eof()) {
+                    throw ImportError(QStringLiteral("il cliente collegato '%1' non è stato importato").arg(code));
+                }
+                modImport::LogNote(
+                    input.session,
+                    QStringLiteral("CLIENTE COLLEGATO NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), code));
+                return std::nullopt;
+            }};
 }
 
 /// An enumeration; a number that is not known is logged and left out.
 Rule Enumerated(const QList<QPair<QString, QString>>& values) {
     const Rule choice = Choice(values, {});
-    return {choice.text.section(QStringLiteral(", else"), 0, 0) + QStringLiteral("; any other is logged and left out"),
-            [choice](const RuleInput& input) -> RuleValue {
-                const QString number = input.Text();
-                const RuleValue value = choice.apply(input);
-                if (number.isEmpty() || number == u"0" || !value || !value->toString().isEmpty()) {
-                    return number.isEmpty() || number == u"0" ? RuleValue() : value;
-                }
-                modImport::LogNote(input.session,
-                                   QStringLiteral("VALORE NON PREVISTO: %1, colonna '%2': '%3'")
-                                       .arg(input.session.Errors.RowKey(), input.columns.first(), number));
-                return std::nullopt;
-            }};
+    return {
+        choice.text.section(QStringLiteral(", altrimenti"), 0, 0) + QStringLiteral("; ogni altro va nel log e non si scrive"),
+        [choice](const RuleInput& input) -> RuleValue {
+            const QString number = input.Text();
+            const RuleValue value = choice.apply(input);
+            if (number.isEmpty() || number == u"0" || !value || !value->toString().isEmpty()) {
+                return number.isEmpty() || number == u"0" ? RuleValue() : value;
+            }
+            modImport::LogNote(input.session, QStringLiteral("VALORE NON PREVISTO: %1, colonna '%2': '%3'")
+                                                  .arg(input.session.Errors.RowKey(), input.columns.first(), number));
+            return std::nullopt;
+        }};
 }
 
 /// Whether a person gets a kind of document, whatever the way.
 Rule Receives() {
-    return {"true unless blank, 0 or 12451840", [](const RuleInput& input) {
+    return {"vero se non è vuoto, 0 o 12451840", [](const RuleInput& input) {
                 static const QStringList none{QString(), "0", "12451840"};
                 return RuleValue(!none.contains(input.Text()));
             }};

@@ -43,20 +43,19 @@ Rule ItemUnit(const QString& blank) { return Unit(Items, "BaseUoM", blank); }
 
 /// How much of the second unit a stock unit is.
 Rule Ratio() {
-    return {"the first divided by the second, 6 decimals; left out when one is zero",
-            [](const RuleInput& input) -> RuleValue {
-                const double first = NumberOf(input.row, input.columns.first());
-                const double second = NumberOf(input.row, input.columns.last());
-                constexpr int decimals = 6;
-                return first == 0 || second == 0 ? RuleValue()
-                                                 : RuleValue(contract::RoundedTo(first / second, decimals));
-            }};
+    return {
+        "la prima divisa per la seconda, 6 decimali; niente se una è zero", [](const RuleInput& input) -> RuleValue {
+            const double first = NumberOf(input.row, input.columns.first());
+            const double second = NumberOf(input.row, input.columns.last());
+            constexpr int decimals = 6;
+            return first == 0 || second == 0 ? RuleValue() : RuleValue(contract::RoundedTo(first / second, decimals));
+        }};
 }
 
 Rule Class() {
     const Rule bill = OfFirst(Items, {.table = "MA_BillOfMaterials", .on = {{"BOM", "Item"}}}, "BOM", Constant("PF"));
-    return {"\"CM\" for " + Purchased +
-                "; else \"PF\" when it heads a bill of MA_BillOfMaterials, \"CM\" when it does not",
+    return {"\"CM\" per " + Purchased +
+                "; altrimenti \"PF\" se ha una distinta in MA_BillOfMaterials, \"CM\" se non l'ha",
             [bill](const RuleInput& input) {
                 const RuleValue heads = input.Text() == Purchased ? RuleValue() : bill.apply(input);
                 return heads ? heads : RuleValue(QStringLiteral("CM"));

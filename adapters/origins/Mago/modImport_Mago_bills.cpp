@@ -24,7 +24,7 @@ Rule Minutes() { return Times(1.0 / 60); }
 
 /// Description and notes, and the unit that the bill makes one of.
 Rule BillNote() {
-    return {"texts, and behind \"UM: \" the last, each on a line of its own", [](const RuleInput& input) {
+    return {"testi, e dietro \"UM: \" l'ultimo, ognuno su una riga", [](const RuleInput& input) {
                 QStringList lines;
                 for (const QString& column : input.columns) {
                     const QString text = input.row.Text(column);

@@ -29,8 +29,8 @@ Rule CurrencyOfNumber(const QString& parent, const QString& column) {
 }
 
 Rule NationOf() {
-    return {"the first translated through SYS_IMP (ANAGRAFICACF, NAZIONE), missing codes recorded; else \"ITA\" for a "
-            "last one that is \"IT\", \"ITA\" or, as the first, blank, else its three characters",
+    return {"la prima tradotta con SYS_IMP (ANAGRAFICACF, NAZIONE), i codici che mancano vi si annotano; altrimenti "
+            "\"ITA\" se l'ultima è \"IT\", \"ITA\" o, come la prima, vuota, altrimenti i suoi tre caratteri",
             [](const RuleInput& input) -> RuleValue {
                 static const QStringList italy{"IT", "ITA"};
                 const QString number = input.row.Text(input.columns.first());

@@ -72,8 +72,8 @@ private:
 /// How much of the second unit a stock unit is.
 Rule Factor() {
     const ChildTable factors = OfArticle("ARTICOLIFATTORICONVERSIONE", "UM1, UM2");
-    return {"FATTORE of its ARTICOLIFATTORICONVERSIONE from the unit of TIPOUM 1 to that of TIPOUM 2; left out when "
-            "there is none",
+    return {"FATTORE della sua riga di ARTICOLIFATTORICONVERSIONE dall'unità di TIPOUM 1 a quella di TIPOUM 2; niente "
+            "se manca",
             [units = Units(), factors](const RuleInput& input) {
                 const QHash<QString, QString> of = units.Of(input);
                 RuleValue factor;
@@ -92,28 +92,29 @@ Rule Factor() {
 /// The price of a stock unit that holds today.
 Rule ListPrice() {
     const ChildTable prices = OfArticle("LISTINIARTICOLI", "NRLISTINO, DATAVALIDITA DESC");
-    return {"PREZZOEURO, else PREZZO, of its first LISTINIARTICOLI by NRLISTINO and, the last first, DATAVALIDITA that "
-            "is for the unit of TIPOUM 1 or a blank one and does not begin after the day of the import",
-            [units = Units(), prices, amount = FirstNotZero().apply, day = Day().apply](const RuleInput& input) {
-                const QString unit = units.Of(input).value("1");
-                RuleValue price;
-                prices.ForEach(input.session, input.row, [&](const SourceRow& row) {
-                    const QVariant from = *day({input.session, row, {"DATAVALIDITA"}, input.facts});
-                    const bool holds = from.isNull() || from.toDate() <= input.session.UserManager.DataElaborazione;
-                    if (!price && holds && (row.IsBlank("UM") || row.Text("UM") == unit)) {
-                        price = amount({input.session, row, {"PREZZOEURO", "PREZZO"}, input.facts});
-                    }
-                });
-                return price;
-            },
-            Side::Both,
-            std::vector<TableNeed>{{prices.table, {}, {"PREZZOEURO", "PREZZO", "UM"}}} + Units().Reads() +
-                prices.OwnNeeds(ArticoliTable).reads};
+    return {
+        "PREZZOEURO, altrimenti PREZZO, della sua prima riga di LISTINIARTICOLI in ordine di NRLISTINO e, dall'ultima, "
+        "di DATAVALIDITA, per l'unità di TIPOUM 1 o senza unità e non successiva al giorno dell'importazione",
+        [units = Units(), prices, amount = FirstNotZero().apply, day = Day().apply](const RuleInput& input) {
+            const QString unit = units.Of(input).value("1");
+            RuleValue price;
+            prices.ForEach(input.session, input.row, [&](const SourceRow& row) {
+                const QVariant from = *day({input.session, row, {"DATAVALIDITA"}, input.facts});
+                const bool holds = from.isNull() || from.toDate() <= input.session.UserManager.DataElaborazione;
+                if (!price && holds && (row.IsBlank("UM") || row.Text("UM") == unit)) {
+                    price = amount({input.session, row, {"PREZZOEURO", "PREZZO"}, input.facts});
+                }
+            });
+            return price;
+        },
+        Side::Both,
+        std::vector<TableNeed>{{prices.table, {}, {"PREZZOEURO", "PREZZO", "UM"}}} + Units().Reads() +
+            prices.OwnNeeds(ArticoliTable).reads};
 }
 
 /// A text that the long description does not hold.
 Rule WhenLonger(int count) {
-    return {QStringLiteral("only when longer than %1 characters").arg(count), [count](const RuleInput& input) {
+    return {QStringLiteral("solo se è più lungo di %1 caratteri").arg(count), [count](const RuleInput& input) {
                 const QString text = input.Text();
                 return FirstOf(text, count) == text ? RuleValue() : RuleValue(text);
             }};

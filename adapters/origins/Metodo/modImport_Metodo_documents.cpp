@@ -38,7 +38,7 @@ std::vector<DocumentKind> Kinds() {
 }
 
 Rule Delivered() {
-    return {"the first less what is left of it", [](const RuleInput& input) {
+    return {"la prima meno ciò che ne resta", [](const RuleInput& input) {
                 return RuleValue(NumberOf(input.row, input.columns.first()) -
                                  NumberOf(input.row, input.columns.last()));
             }};

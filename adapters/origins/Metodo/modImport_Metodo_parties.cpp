@@ -22,13 +22,13 @@ const QString Personale = QStringLiteral("TABELLAPERSONALE");
 
 /// "10189" of "C 10189".
 Rule NumberOfCode() {
-    return {"what stands behind the letter, without blanks",
+    return {"ciò che sta dietro la lettera, senza spazi",
             [](const RuleInput& input) { return RuleValue(input.Text().mid(1).remove(u' ')); }};
 }
 
 /// Whether any of the columns holds 2.
 Rule AnyBlocked() {
-    return {"true when any is 2", [](const RuleInput& input) {
+    return {"vero se una è 2", [](const RuleInput& input) {
                 return RuleValue(std::any_of(input.columns.begin(), input.columns.end(),
                                              [&input](const QString& one) { return input.row.Text(one) == u"2"; }));
             }};
@@ -36,7 +36,7 @@ Rule AnyBlocked() {
 
 /// The notes of the counterparty and of its year.
 Rule BothNotes() {
-    return {"text, and NOTE1 of ANAGRAFICARISERVATICF on a line of its own",
+    return {"testo, e NOTE1 di ANAGRAFICARISERVATICF su un'altra riga",
             [](const RuleInput& input) {
                 QStringList notes{input.Text(), input.row.Text("NOTE1")};
                 notes.removeAll(QString());
@@ -48,7 +48,7 @@ Rule BothNotes() {
 
 /// A text that is cut, which the log tells.
 Rule Shortened(int count) {
-    return {QStringLiteral("first %1 characters, what is cut is logged; only when not blank").arg(count),
+    return {QStringLiteral("primi %1 caratteri, ciò che si taglia va nel log; solo se non è vuoto").arg(count),
             [count](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 const QString first = FirstOf(text, count);

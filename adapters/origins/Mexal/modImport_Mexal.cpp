@@ -43,14 +43,13 @@ QString CurrencyOfNumber(Session& session, const QString& number) {
 }
 
 Rule NumberedCurrency() {
-    return {
-        "\"EUR\" for blank and 1; else translated through SYS_IMP (PIA_CON, _PCVAL), else as it is when TAB_VAL has "
-        "it, else recorded, logged and \"EUR\"",
-        [](const RuleInput& input) {
-            // Lire, euro and dollar are numbers: 1 is the company's own currency.
-            const QString number = input.Text();
-            return RuleValue(CurrencyOf(input.session, PiaCon, "_PCVAL", number == u"1" ? QString() : number));
-        }};
+    return {"\"EUR\" per vuoto e 1; altrimenti tradotto con SYS_IMP (PIA_CON, _PCVAL), altrimenti com'è se TAB_VAL lo "
+            "ha, altrimenti annotato, scritto nel log e \"EUR\"",
+            [](const RuleInput& input) {
+                // Lire, euro and dollar are numbers: 1 is the company's own currency.
+                const QString number = input.Text();
+                return RuleValue(CurrencyOf(input.session, PiaCon, "_PCVAL", number == u"1" ? QString() : number));
+            }};
 }
 
 namespace {
@@ -59,7 +58,7 @@ namespace {
 
 /// ImportPart of the name: the long one when there is one, else the short one.
 Rule NamePart(int from, int count) {
-    return {QStringLiteral("of the first that is not blank, from character %1 onward, %2").arg(from).arg(count),
+    return {QStringLiteral("della prima non vuota, dal carattere %1 in poi, %2").arg(from).arg(count),
             [from, count](const RuleInput& input) {
                 const QString longName = input.row.Text(input.columns.first());
                 const QString name = longName.isEmpty() ? input.row.Text(input.columns.last()) : longName;
@@ -69,7 +68,7 @@ Rule NamePart(int from, int count) {
 
 /// The group of an account: "ccc" of "ccc.nnnnn"; a ledger has none.
 Rule Ledger() {
-    return {"what stands before the point; left out without one", [](const RuleInput& input) -> RuleValue {
+    return {"ciò che sta davanti al punto; niente se manca", [](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
                 const qsizetype point = code.indexOf(u'.');
                 return point < 0 ? RuleValue() : RuleValue(code.left(point));
@@ -77,12 +76,12 @@ Rule Ledger() {
 }
 
 Rule Level() {
-    return {"1 for a ledger \"ccc\", 2 for an account \"ccc.nnnnn\"",
+    return {"1 per un mastro \"ccc\", 2 per un conto \"ccc.nnnnn\"",
             [](const RuleInput& input) { return RuleValue(input.Text().contains(u'.') ? 2 : 1); }};
 }
 
 Rule IsAccount() {
-    return {"true for an account \"ccc.nnnnn\"",
+    return {"vero per un conto \"ccc.nnnnn\"",
             [](const RuleInput& input) { return RuleValue(input.Text().contains(u'.')); }};
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 /// A day of digits, "gmmaaaa"; blank is none.
 Rule DayOfNumber() {
-    return {"day written dMMyyyy, without a leading zero", [](const RuleInput& input) -> RuleValue {
+    return {"giorno scritto gMMaaaa, senza zero davanti", [](const RuleInput& input) -> RuleValue {
                 const auto day = DayOfDigits(input.Text());
                 if (!day) {
                     throw ImportError(QStringLiteral("'%1' non è una data gmmaaaa").arg(input.Text()));
@@ -23,7 +23,7 @@ Rule DayOfNumber() {
 
 /// The counterparty of a document.
 Rule Counterparty() {
-    return {"counterparty as GetControparteMexal finds it; given up without one",
+    return {"controparte come la trova GetControparteMexal; riga abbandonata se manca",
             [](const RuleInput& input) -> RuleValue {
                 const bool customer = input.facts.roles.customer;
                 const QString code = GetControparteMexal(input.session, input.Text(), customer);

@@ -52,8 +52,8 @@ Rule DayThere() { return NotNull(Day(NoDay)); }
 
 /// 1 is the euro.
 Rule NumberedCurrency() {
-    return {"\"EUR\" for blank, 0 and 1; else translated through SYS_IMP (MU_VALUTE, NKY_VLT), else as it is when "
-            "TAB_VAL has it, else recorded, logged and \"EUR\"",
+    return {"\"EUR\" per vuoto, 0 e 1; altrimenti tradotto con SYS_IMP (MU_VALUTE, NKY_VLT), altrimenti com'è se "
+            "TAB_VAL lo ha, altrimenti annotato, scritto nel log e \"EUR\"",
             [](const RuleInput& input) {
                 const QString number = input.Text();
                 const bool isEuro = number == u"0" || number == u"1";
@@ -64,7 +64,7 @@ Rule NumberedCurrency() {
 /// Country, the two digits of control and the national account: an IBAN in its three parts.
 Rule Iban() {
     return {
-        "country, control of two digits and account; logged and left out when the account lacks one of the others",
+        "nazione, controllo di due cifre e conto; se uno manca va nel log e non si scrive",
         [digits = Digits(2).apply](const RuleInput& input) -> RuleValue {
             static const QRegularExpression whole(QStringLiteral("^[A-Z]{2}(0[2-9]|[1-8][0-9]|9[0-8])$"));
             const auto text = [&input](qsizetype column) { return input.row.Text(input.columns.at(column)); };
@@ -83,8 +83,8 @@ Rule Iban() {
 
 /// The category of an article is a letter and a number of two digits.
 Rule Category() {
-    return {"text and number of two digits, translated through SYS_IMP (AR_ANAGRAFICHE, CKY_CAT_STAT_ART), missing "
-            "codes recorded",
+    return {"testo e numero di due cifre, tradotto con SYS_IMP (AR_ANAGRAFICHE, CKY_CAT_STAT_ART), i codici che "
+            "mancano vi si annotano",
             [translated = Translated(Anagrafiche, "CKY_CAT_STAT_ART")](const RuleInput& input) {
                 const QString letters = input.row.Text(input.columns.first());
                 const QString number = input.row.Text(input.columns.last());
@@ -290,7 +290,7 @@ Articles Articoli() {
 
 /// Phases are numbered 1, 2, 3 and stand at 10, 20, 30; a component without one belongs to the first.
 Rule PhaseNumber() {
-    return {"ten times the number, at least 10", [](const RuleInput& input) {
+    return {"dieci volte il numero, almeno 10", [](const RuleInput& input) {
                 const int number = static_cast<int>(NumberOf(input.row, input.columns.first()));
                 return RuleValue(std::max(1, number) * schema::defaults::FirstPhase);
             }};

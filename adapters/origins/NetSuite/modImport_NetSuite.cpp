@@ -47,7 +47,7 @@ const QStringList& Files() {
 
 /// Numbers of a bank that are all zeros are none.
 Rule ZerosAsBlank(const Rule& rule) {
-    return {QStringLiteral("left out when blank or all zeros; ") + rule.text,
+    return {QStringLiteral("niente se è vuoto o tutto zeri; ") + rule.text,
             [apply = rule.apply](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 const bool isNone = std::all_of(text.begin(), text.end(), [](QChar one) { return one == u'0'; });
@@ -59,7 +59,7 @@ Rule ZerosAsBlank(const Rule& rule) {
 /// The exemption (last column) of a customer whose flag (first column) is not "N".
 Rule Esenzione() {
     const Rule exempt = ExemptVat(Clienti, "CDASS");
-    return {exempt.text + QStringLiteral("; left out where the flag is \"N\""),
+    return {exempt.text + QStringLiteral("; niente se il flag è \"N\""),
             [apply = exempt.apply](const RuleInput& input) -> RuleValue {
                 const QStringList code{input.columns.last()};
                 return input.row.Text(input.columns.first()).toUpper() == u"N"
@@ -70,7 +70,7 @@ Rule Esenzione() {
 
 /// Anything but "N" and blank.
 Rule Noted() {
-    return {"false for \"N\" and blank, else true", [](const RuleInput& input) {
+    return {"falso per \"N\" e vuoto, altrimenti vero", [](const RuleInput& input) {
                 const QString text = input.Text().toUpper();
                 return RuleValue(!text.isEmpty() && text != u"N");
             }};
@@ -81,7 +81,7 @@ Rule Noted() {
 Rule SameParty(const QString& table, const ChildTable& naming, const QString& code, const Rule& known) {
     const Rule named = NotZeroCode(known);
     const Rule other = OfFirst(table, naming, code, known);
-    return {QStringLiteral("%1, of the first column; else %2").arg(known.text, other.text),
+    return {QStringLiteral("%1, della prima colonna; altrimenti %2").arg(known.text, other.text),
             [named = named.apply, other = other.apply](const RuleInput& input) {
                 const QStringList own{input.columns.first()};
                 const RuleValue found = named({input.session, input.row, own, input.facts});
@@ -290,7 +290,7 @@ Procedure Controparti() {
 
 Rule Valuta(const QString& table) {
     const Rule currency = Currency(table, "CDVAL");
-    return {"\"EURO\" as \"EUR\"; " + currency.text, [apply = currency.apply](const RuleInput& input) {
+    return {"\"EURO\" vale \"EUR\"; " + currency.text, [apply = currency.apply](const RuleInput& input) {
                 const QString text = input.Text();
                 const bool isEuro = text.compare(u"EURO", Qt::CaseInsensitive) == 0;
                 return apply(
@@ -299,7 +299,7 @@ Rule Valuta(const QString& table) {
 }
 
 Rule Giorno() {
-    return {"day as the number yyyymmdd or yymmdd; none when 0",
+    return {"giorno come numero aaaammgg o aammgg; nessuno se è 0",
             [whole = DateText("yyyyMMdd"), brief = DateText("yyMMdd")](const RuleInput& input) {
                 constexpr int briefSize = 6;
                 const QString text = input.Text();

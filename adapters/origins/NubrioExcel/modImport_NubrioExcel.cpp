@@ -49,7 +49,7 @@ bool HasParts(Session& session, const SourceRow& row) {
 
 /// What an article is, by its place in the sheet.
 Rule KindOfPlace() {
-    return {"\"PF\" for level 0, \"SL\" for a row that others belong to, else \"CM\"",
+    return {"\"PF\" per il livello 0, \"SL\" per una riga che ne ha altre sotto, altrimenti \"CM\"",
             [](const RuleInput& input) {
                 return RuleValue(IsProduct(input.row)                 ? QStringLiteral("PF")
                                  : HasParts(input.session, input.row) ? QStringLiteral("SL")
@@ -60,7 +60,7 @@ Rule KindOfPlace() {
 
 /// The counterparty whose name begins with the text; one that is not there is logged, and left out.
 Rule SupplierByName() {
-    return {"supplier whose name begins so; one that is not there is logged and left out",
+    return {"fornitore il cui nome comincia così; se manca va nel log e non si scrive",
             [](const RuleInput& input) -> RuleValue {
                 const QString name = input.Text();
                 if (name.isEmpty()) {

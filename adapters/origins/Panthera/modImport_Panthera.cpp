@@ -64,7 +64,7 @@ Rule Article() { return ArticleCode("ARTICOLI", "ID_ARTICOLO"); }
 /// A number of an activity or a material, which the model tells for its base quantity, for one unit.
 Rule PerUnit(const QString& parent, double factor) {
     const ChildTable model{.table = Modelli, .on = OfModel};
-    return {QStringLiteral("times %1, divided by QTA_BASE of its MODPRO (1 where that is blank or zero), 6 decimals")
+    return {QStringLiteral("per %1, diviso QTA_BASE della sua riga di MODPRO (1 se è vuota o zero), 6 decimali")
                 .arg(factor),
             [model, factor](const RuleInput& input) {
                 double base = 0;
@@ -78,7 +78,7 @@ Rule PerUnit(const QString& parent, double factor) {
 
 /// Who does an activity outside.
 Rule OutsideSupplier() {
-    return {KnownSupplier().text + QStringLiteral("; only when POL_ATTIVITA is \"E\""),
+    return {KnownSupplier().text + QStringLiteral("; solo se POL_ATTIVITA è \"E\""),
             [known = KnownSupplier().apply](const RuleInput& input) {
                 return input.row.Text("POL_ATTIVITA").compare(u"E", Qt::CaseInsensitive) == 0 ? known(input)
                                                                                               : RuleValue();

@@ -31,7 +31,7 @@ Rule Article() { return ArticleCode(ArticoliTable, "COD_ART"); }
 Rule IsInForce() {
     const ChildTable revisions{
         .table = DistinteTable, .on = {{"COD_PADRE"}}, .order = "REV", .naming = "COD_PADRE, REV"};
-    return {"true for the highest revision of the article",
+    return {"vero per la revisione più alta dell'articolo",
             [revisions](const RuleInput& input) {
                 const auto number = [](const SourceRow& row) {
                     return mod_ovTools::ReadNumber(row.Text("REV")).value_or(0);

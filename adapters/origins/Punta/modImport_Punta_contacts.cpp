@@ -31,8 +31,8 @@ QString FindParty(Session& session, const QString& code, const QString& vatNumbe
 }
 
 Rule Party() {
-    return {"counterparty imported from the code, of a customer or a supplier, else the one with the VAT number; one "
-            "that is not there is logged with its name and left out",
+    return {"controparte importata dal codice, di un cliente o di un fornitore, altrimenti quella con la partita IVA; "
+            "se manca va nel log col nome e non si scrive",
             [](const RuleInput& input) -> RuleValue {
                 const SourceRow& row = input.row;
                 const QString found = FindParty(input.session, row.Text("A"), row.Text("B"));
@@ -48,8 +48,7 @@ Rule Party() {
 
 /// A cross, or any way in which a flag is set.
 Rule Crossed() {
-    return {"true for \"X\" and where a flag is set",
-            [cross = Is("X").apply, flag = Flag().apply](const RuleInput& input) {
+    return {"vero per \"X\" e per un flag vero", [cross = Is("X").apply, flag = Flag().apply](const RuleInput& input) {
                 return RuleValue(cross(input)->toBool() || flag(input)->toBool());
             }};
 }

@@ -93,7 +93,7 @@ PartyColumns ColumnsOf(const RoleTable& role) {
 /// CDCON of who has been imported from the same person in another role.
 Rule SamePerson(const RoleTable& role, const RoleTable& other) {
     const ChildTable rows{.table = other.table, .on = {{"IdPersona"}}, .order = other.code};
-    return {QStringLiteral("counterparty imported from the person's row of %1; left out without one").arg(other.table),
+    return {QStringLiteral("controparte importata dalla riga della persona in %1; niente se manca").arg(other.table),
             [rows, other](const RuleInput& input) -> RuleValue {
                 QString party;
                 rows.First(input.session, input.row, [&](const SourceRow& row) {

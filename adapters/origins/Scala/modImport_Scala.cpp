@@ -28,7 +28,7 @@ Rule CountryOfSheet() { return Country(Sheet, "NAZIONE"); }
 /// A number in so many digits, which a sheet shows without its leading zeros, where the counterparty is Italian.
 Rule ItalianDigits(int count) {
     const Rule digits = Digits(count);
-    return {digits.text + QStringLiteral(" where \"Nazione\" is Italy; else as it is"),
+    return {digits.text + QStringLiteral(" se \"Nazione\" è l'Italia; altrimenti com'è"),
             [digits = digits.apply, country = CountryOfSheet().apply](const RuleInput& input) {
                 const auto found = country({input.session, input.row, {"Nazione"}, input.facts});
                 const bool isItalian = found && found->toString() == schema::defaults::Country;

@@ -42,7 +42,7 @@ QString Delivered(const SourceRow& row) { return LeftOf(row) <= 0 ? QStringLiter
 /// The counterparty that SYS_IMP tells for the code, else the one that was imported from it.
 Rule Party() {
     const Rule imported = PartyOf();
-    return {QStringLiteral("translated through SYS_IMP (CON_TRO, CDCON), else ") + imported.text,
+    return {QStringLiteral("tradotto con SYS_IMP (CON_TRO, CDCON), altrimenti ") + imported.text,
             [imported = imported.apply](const RuleInput& input) {
                 const QString code = modImport::GetNewCode(input.session, "CON_TRO", "CDCON", input.Text(), false);
                 return code.isEmpty() ? imported(input) : RuleValue(code);
@@ -50,7 +50,7 @@ Rule Party() {
 }
 
 Rule NameOfParty() {
-    return {"name of the counterparty, else the last column", [party = Party().apply](const RuleInput& input) {
+    return {"nome della controparte, altrimenti l'ultima colonna", [party = Party().apply](const RuleInput& input) {
                 const auto code = party({input.session, input.row, {input.columns.first()}, input.facts});
                 const QString name =
                     code ? LookUp(input.session, "CON_TRO", "CDCON", code->toString(), "CORAS") : QString();
@@ -60,7 +60,7 @@ Rule NameOfParty() {
 
 /// The number of a row; without one its place in the order, by tens.
 Rule NumberOfRow() {
-    return {"the number; when blank the place of the row in its order, by tens",
+    return {"il numero; se è vuoto il posto della riga nel suo ordine, di dieci in dieci",
             [](const RuleInput& input) {
                 constexpr int step = 10;
                 if (const double number = NumberOf(input.row, input.columns.first()); number > 0) {
@@ -78,7 +78,7 @@ Rule NumberOfRow() {
 
 /// The earliest of the days that the open rows of an order are wanted for.
 Rule EarliestDay() {
-    return {"the earliest of the rows that are imported",
+    return {"la prima in ordine di tempo delle righe importate",
             [](const RuleInput& input) {
                 QVariant earliest;
                 OfOrder.ForEach(input.session, input.row, [&](const SourceRow& row) {
@@ -92,7 +92,7 @@ Rule EarliestDay() {
 }
 
 Rule State() {
-    return {"\"PE\" when something has been delivered, else \"PV\"", [](const RuleInput& input) {
+    return {"\"PE\" se qualcosa è già consegnato, altrimenti \"PV\"", [](const RuleInput& input) {
                 return RuleValue(NumberOf(input.row, input.columns.first()) > 0 ? schema::defaults::PartlyDelivered
                                                                                 : schema::defaults::ToDeliver);
             }};

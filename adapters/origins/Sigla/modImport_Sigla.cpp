@@ -46,7 +46,7 @@ ChildTable OfParty(const QString& table, const QString& order) {
 /// A blank language and "I" are the company's own.
 Rule LanguageCode(const QString& table, const QString& column) {
     const Rule translated = TranslatedOr(table, column, schema::defaults::Language);
-    return {translated.text + QStringLiteral("; \"IT\" for \"I\""), [translated](const RuleInput& input) -> RuleValue {
+    return {translated.text + QStringLiteral("; \"IT\" per \"I\""), [translated](const RuleInput& input) -> RuleValue {
                 return input.Text().compare(u"I", Qt::CaseInsensitive) == 0 ? RuleValue(schema::defaults::Language)
                                                                             : translated.apply(input);
             }};
@@ -55,15 +55,15 @@ Rule LanguageCode(const QString& table, const QString& column) {
 /// Who is not subject to VAT has an exemption, which the flag itself is translated to.
 Rule ExemptWhenNotSubject() {
     const Rule exempt = ExemptVat(Clifo, "SOGGIVA_SN");
-    return {exempt.text + QStringLiteral("; left out unless it is \"N\""),
-            [exempt](const RuleInput& input) -> RuleValue {
+    return {exempt.text + QStringLiteral("; niente se non è \"N\""), [exempt](const RuleInput& input) -> RuleValue {
                 return input.Text().compare(u"N", Qt::CaseInsensitive) == 0 ? exempt.apply(input) : RuleValue();
             }};
 }
 
 /// Group and family are one code.
 Rule GroupAndFamily() {
-    return {"both columns as one code: Quadrix code of SYS_IMP (ARTICOLI, CODGRU), missing ones recorded",
+    return {"le due colonne come un solo codice: codice Quadrix di SYS_IMP (ARTICOLI, CODGRU), quelli che mancano vi "
+            "si annotano",
             [translated = Translated(ArticoliTable, "CODGRU").apply](const RuleInput& input) {
                 const QString code = input.row.Text(input.columns.first()) + input.row.Text(input.columns.last());
                 return translated({input.session, input.row, input.columns, input.facts, code});
@@ -72,7 +72,7 @@ Rule GroupAndFamily() {
 
 /// Left out unless one of the flags says so: "S" out of use, "A" cancelled.
 Rule IsOutOfUse() {
-    return {"true when the first column is \"S\" or the second \"A\"", [](const RuleInput& input) {
+    return {"vero se la prima colonna è \"S\" o la seconda \"A\"", [](const RuleInput& input) {
                 return RuleValue(input.row.Text(input.columns.first()) == u"S" ||
                                  input.row.Text(input.columns.last()) == u"A");
             }};
@@ -279,7 +279,7 @@ const QString ListHeads = QStringLiteral("TABLIS");
 
 /// A list that TABLIS does not have is called by its code.
 Rule ListName() {
-    return {"the first column; \"Listino \" and the second when it is blank", [](const RuleInput& input) {
+    return {"la prima colonna; \"Listino \" e la seconda se è vuota", [](const RuleInput& input) {
                 const QString name = input.row.Text(input.columns.first());
                 return RuleValue(name.isEmpty() ? QStringLiteral("Listino ") + input.row.Text(input.columns.last())
                                                 : name);

@@ -21,7 +21,7 @@ namespace {
 /// The supplier of a code, whatever it came from; one that is not there is logged.
 Rule Supplier() {
     return {
-        "counterparty as GetNewControparteFromVisual finds it; one that is not there is logged and left out",
+        "controparte come la trova GetNewControparteFromVisual; se manca va nel log e non si scrive",
         [](const RuleInput& input) -> RuleValue {
             const QString code = GetNewControparteFromVisual(input.session, input.Text(), false);
             if (code.isEmpty() && !input.Text().isEmpty()) {

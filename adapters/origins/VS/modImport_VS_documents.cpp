@@ -22,7 +22,7 @@ struct Orders {
 
 /// The counterparty of a code, whatever it came from.
 Rule Counterparty(bool customer) {
-    return {"counterparty as GetNewControparteFromVisual finds it; given up without one",
+    return {"controparte come la trova GetNewControparteFromVisual; riga abbandonata se manca",
             [customer](const RuleInput& input) -> RuleValue {
                 const QString code = GetNewControparteFromVisual(input.session, input.Text(), customer);
                 if (code.isEmpty()) {

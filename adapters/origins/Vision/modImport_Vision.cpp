@@ -33,8 +33,8 @@ Rule Article() { return ArticleCode(ArticoliTable, "COD_ART"); }
 
 /// Whose own list it is: a customer's of sales, a supplier's of purchases.
 Rule OwnerOfList() {
-    return {"the customer of the first column, of a purchase list (TIPO_LIS) the supplier of the second one; given up "
-            "when it is not there",
+    return {"il cliente della prima colonna, di un listino d'acquisto (TIPO_LIS) il fornitore della seconda; riga "
+            "abbandonata se manca",
             [customer = CustomerOf().apply, supplier = SupplierOf().apply](const RuleInput& input) {
                 const bool isPurchase =
                     input.row.Text("TIPO_LIS").compare(schema::defaults::PurchaseList, Qt::CaseInsensitive) == 0;

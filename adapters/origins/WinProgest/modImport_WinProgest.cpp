@@ -38,13 +38,13 @@ const QString Codifiche = QStringLiteral("CODIFICHE");
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
 Rule Customer() {
-    return {"CDCON of the CON_TRO whose COCGE it is, or of the one it was merged into",
+    return {"CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita",
             [](const RuleInput& input) { return RuleValue(RequireCounterparty(input.session, input.Text(), false)); }};
 }
 
 /// Whether today lies in a promotion's days; a blank end is open.
 Rule ValidToday() {
-    return {"true when the day of the import lies between the two, a blank one being open",
+    return {"vero se il giorno dell'importazione sta fra le due; una vuota non limita",
             [](const RuleInput& input) -> RuleValue {
                 const QDate today = input.session.UserManager.DataElaborazione;
                 const auto day = [&input](qsizetype column, const QDate& open) {
@@ -127,7 +127,7 @@ QString CodeOf(const SourceRow& row, const QString& column) {
 
 /// A supplier is found as those of the bills are; one that is not there leaves the article without it.
 Rule Supplier() {
-    return {"CDCON of the CON_TRO whose COFGE it is, or of the one it was merged into; logged without one",
+    return {"CDCON della riga di CON_TRO di cui è COFGE, o di quella in cui è stata unita; se manca va nel log",
             [](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
                 const QString supplier = code.isEmpty() ? code : PartyOrSurvivor(input.session, code, true);
