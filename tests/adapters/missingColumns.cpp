@@ -13,6 +13,7 @@ public:
         : m_stage(stage) {
         for (const QString& table : TablesRead()) {
             for (const ColumnInfo& column : Source().GetColumns(table)) {
+                m_columns[table].append(column.name);
                 if (column.name != "_RIGA" && column.name != "_PADRE") { // the reader of the file makes it
                     m_all.append(table + '.' + column.name);
                 }
@@ -23,15 +24,20 @@ public:
     const QStringList& All() const { return m_all; }
     /// Runs the line without some columns.
     const RunResult& RunWithout(const QStringList& columns) {
+        QMap<QString, QStringList> taken;
         for (const QString& column : columns) {
-            Rename(column, true);
+            const auto [table, name] = PartedColumn(Source(), column);
+            taken[table].append(name);
+        }
+        for (const auto& [table, names] : taken.asKeyValueRange()) {
+            Change(ViewWithout(table, names));
         }
         if (m_stage.Get().Source) {
             m_stage.TakeLayout();
         }
         const RunResult& result = m_stage.Run({});
-        for (const QString& column : columns) {
-            Rename(column, false);
+        for (const QString& table : taken.keys()) {
+            Change(QString("DROP VIEW temp.[%1]").arg(table));
         }
         return result;
     }
@@ -39,12 +45,18 @@ public:
 private:
     ovConnection& Source() { return *m_stage.Get().Source; }
 
-    void Rename(const QString& column, bool away) {
-        const auto [table, name] = PartedColumn(Source(), column);
-        const QString taken = "TOLTA_" + name;
+    /// What stands before the table, with other names for the columns that are taken away: SQLite reads the whole
+    /// schema several times to rename a column itself.
+    QString ViewWithout(const QString& table, const QStringList& taken) const {
+        QStringList columns;
+        for (const QString& column : m_columns.value(table)) {
+            columns.append('[' + column + ']' + (taken.contains(column) ? " AS [TOLTA_" + column + ']' : QString()));
+        }
+        return QString("CREATE TEMP VIEW [%1] AS SELECT %2 FROM main.[%1]").arg(table, columns.join(", "));
+    }
+    void Change(const QString& statement) {
         Source().ReadOnly = false;
-        Source().Execute(QString("ALTER TABLE [%1] RENAME COLUMN [%2] TO [%3]")
-                             .arg(table, away ? name : taken, away ? taken : name));
+        Source().Execute(statement);
         Source().ReadOnly = true;
     }
     QStringList TablesRead() {
@@ -61,6 +73,7 @@ private:
     }
 
     Rehearsal& m_stage;
+    QMap<QString, QStringList> m_columns; ///< of each table
     QStringList m_all;
 };
 
