@@ -90,7 +90,7 @@ ImportPart PartOf(const Balances& declared) {
                                                                     {"MRPRZ", declared.price},
                                                                     {"MRUBI", declared.location}}));
     Needs needs = NeedsOf(*page);
-    needs.writes = StockNeeds() + std::vector<TableNeed>{{"MAG_AZZ", {"CDMAG"}}, {"MOV_MAR", {"MRUBI"}}};
+    needs.writes = StockNeeds() + std::vector<TableNeed>{LookedUp("MAG_AZZ", {"CDMAG"}), {"MOV_MAR", {"MRUBI"}}};
     return {.step = FrameOf(declared).step,
             .source = declared.source,
             .needs = needs,

@@ -15,6 +15,11 @@ struct TableNeed {
     bool isLookedUp = false;   ///< of the target: only read, else its rows are inserted, changed and deleted
 };
 
+/// A table of the target that is only read.
+inline TableNeed LookedUp(const QString& table, const QStringList& columns) {
+    return {.table = table, .columns = columns, .isLookedUp = true};
+}
+
 inline std::vector<TableNeed> operator+(std::vector<TableNeed> first, const std::vector<TableNeed>& second) {
     first.insert(first.end(), second.begin(), second.end());
     return first;

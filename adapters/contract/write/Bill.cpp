@@ -36,7 +36,7 @@ std::vector<TableNeed> BillNeeds() {
          {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT", "DLFOR"}},
         {"DIS_COM",
          {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
-        {"ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"}}};
+        LookedUp("ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"})};
 }
 
 Emptying BillEmptying() { return Deleted({"DIS_BAS", "DIS_COM", "DIS_FAS"}); }

@@ -248,7 +248,7 @@ Procedure Movimenti() {
     needs.reads.push_back({MvmDett, {"MMCODMAG"}});
     needs.writes = StockNeeds() + std::vector<TableNeed>{{"MOV_MAG", {"MMCAM"}},
                                                          {"MOV_MAR", {"MRCAM"}},
-                                                         {"MAG_AZZ", {"CDMAG"}},
+                                                         LookedUp("MAG_AZZ", {"CDMAG"}),
                                                          {"ART_ICO", {"CDART", "ARDES", "ARUMS"}}};
     const Frame frame{.module = Module,
                       .procedure = "ImportMovimentiAhr",

@@ -47,7 +47,7 @@ Needs RecodingNeeds() {
     Needs needs{
         {}, {{Articoli, {"CodArt", "Lamiera"}}}, {{CodesOf, {"ARMAT", "ARDMZ"}}, {"SYS_LNG", {"LNTBL", "LNKEY"}}}};
     for (const Reference& one : References()) {
-        needs.writes.push_back({one.table, {one.column}, {}, false, true});
+        needs.writes.push_back({one.table, {one.column}});
     }
     return needs;
 }

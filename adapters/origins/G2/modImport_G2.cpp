@@ -238,8 +238,7 @@ Bills Distinte() {
 const QString Recalculation = QStringLiteral("RicalcolaIBANControparti");
 
 const Needs& IbanNeeds() {
-    static const Needs needs{
-        {}, {}, {{"CON_TRO", {"CDCON", "CORAS", "COABI", "COCAB", "COCIN", "COCOC", "COIBA"}, {}, false, true}}};
+    static const Needs needs{{}, {}, {{"CON_TRO", {"CDCON", "CORAS", "COABI", "COCAB", "COCIN", "COCOC", "COIBA"}}}};
     return needs;
 }
 

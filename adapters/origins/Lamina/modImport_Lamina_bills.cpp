@@ -155,9 +155,9 @@ Needs PhaseNeeds() {
     Needs needs = NeedsOf(PhaseMapping()) + RowsOfBill().OwnNeeds(Lavorazioni);
     needs.reads.push_back({Lavorazioni, {"ARTICOLO", "SEQUENZA"}});
     needs.writes = needs.writes + std::vector<TableNeed>{
-                                      {BillTable, {"DBART", "DBMAN", "DBREV"}},
-                                      {Parts, {"IDDIS", "IDDBL"}, {}, false, true},
-                                      {Phases, {"IDDIS", "DLACT", "DLTMP", "DLNUP"}, {}, false, true},
+                                      LookedUp(BillTable, {"DBART", "DBMAN", "DBREV"}),
+                                      {Parts, {"IDDIS", "IDDBL"}},
+                                      {Phases, {"IDDIS", "DLACT", "DLTMP", "DLNUP"}},
                                   };
     return needs;
 }

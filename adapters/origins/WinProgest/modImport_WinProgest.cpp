@@ -111,7 +111,7 @@ QString RequireCounterparty(Session& session, const QString& sourceCode, bool su
     return found;
 }
 
-TableNeed CounterpartyNeed() { return {"CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}}; }
+TableNeed CounterpartyNeed() { return LookedUp("CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}); }
 
 namespace {
 
