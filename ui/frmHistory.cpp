@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int WidthInCharacters = 150;
+constexpr int WidthInCharacters = 190;
 constexpr int HeightInLines = 34;
 const QString TableFiles = QStringLiteral("Cartella di Excel|*.xlsx|File CSV|*.csv");
 

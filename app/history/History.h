@@ -46,6 +46,9 @@ QString EndingText(const Run& run);
 /// The kind under which the rows that a run gave up stand among its notes.
 inline const QString GivenUpKind = QStringLiteral("RIGA ABBANDONATA");
 
+/// The option of a run that took rows of an earlier one alone.
+inline const QString OnlySomeRows = QStringLiteral("Solo righe di un'esecuzione precedente");
+
 /// What a run told, by kind.
 struct NoteKind {
     QString kind;
