@@ -102,7 +102,8 @@ public:
     QString Log(qint64 run) const;
 
     /// What a run told by kind, in the order in which the kinds came up, of the notes that hold a text (empty: of all).
-    std::vector<NoteKind> NoteKinds(qint64 run, const QString& text = {}) const;
+    /// @param kind not empty: of this one alone, which is not that of the rows given up
+    std::vector<NoteKind> NoteKinds(qint64 run, const QString& text = {}, const QString& kind = {}) const;
     /// The rows that it gave up, as a kind.
     NoteKind GivenUp(qint64 run, const QString& text = {}) const;
     /// A piece of the notes of a kind (empty: of all but the rows given up) that hold a text (empty: whatever they
