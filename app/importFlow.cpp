@@ -4,6 +4,7 @@
 #include "app/CompanyLock.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
+#include "app/history/History.h"
 #include "app/history/Recorder.h"
 #include "app/inspect.h"
 #include "app/mergeButton.h"
@@ -229,7 +230,7 @@ history::RunFacts FactsOf(Session& session, const ImportRequest& request,
         .isTrial = request.dryRun,
     };
     if (request.only != nullptr) {
-        facts.options.append(QStringLiteral("Solo righe di un'esecuzione precedente"));
+        facts.options.append(history::OnlySomeRows);
     }
     facts.options.append(QStringLiteral("Errori: ") + ErrorModeName(session.Errors.Action));
     return facts;

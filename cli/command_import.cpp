@@ -1,3 +1,4 @@
+#include "app/history/again.h"
 #include "app/history/rejects.h"
 #include "app/importFlow.h"
 #include "app/resultText.h"
@@ -157,9 +158,11 @@ qint64 KeptRun(const Session& session) {
 }
 
 /// What there is to do about what an import has left open, by the commands that do it.
-QStringList NextSteps(const RunResult& total, const QString& company, qint64 run) {
+QStringList NextSteps(const Session& session, const RunResult& total, qint64 run) {
     QStringList steps;
-    if (total.givenUpCount > 0) {
+    const QString company = session.UserManager.Azienda();
+    const history::History history(history::FilePath(session.Config.ConfigFile()));
+    if (history::RejectsIn(history.Load(run)) > 0) {
         steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
                                     "import --rejects-of %1 --mended FILE")
                          .arg(run));
@@ -184,7 +187,7 @@ QString Text(const Session& session, bool dryRun, const RunResult& total, qint64
     }
     if (run > 0) {
         lines.append(QStringLiteral("Esecuzione: %1").arg(run));
-        lines += dryRun ? QStringList() : NextSteps(total, session.UserManager.Azienda(), run);
+        lines += dryRun ? QStringList() : NextSteps(session, total, run);
     }
     return lines.join(u'\n');
 }

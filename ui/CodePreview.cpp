@@ -17,6 +17,8 @@ constexpr int WidthInCharacters = 130;
 constexpr int HeightInLines = 30;
 constexpr size_t MostShown = 5000; ///< cells; the words above count them all
 
+QString NotEmpty(const QString& value) { return value.isEmpty() ? QString("(vuoto)") : value; }
+
 QStringList CellsOf(const codes::CellChange& cell) {
     if (cell.column.isEmpty()) {
         return {cell.table, cell.row, "(tutta la riga)", cell.before.isEmpty() ? "" : "c'è",
@@ -24,7 +26,7 @@ QStringList CellsOf(const codes::CellChange& cell) {
     }
     const QString title = proof::ColumnTitle(cell.column);
     return {cell.table, cell.row, title == cell.column ? title : QString("%1 (%2)").arg(title, cell.column),
-            cell.before, cell.after};
+            NotEmpty(cell.before), NotEmpty(cell.after)};
 }
 
 QTableWidget* NewTable(const codes::Preview& preview) {

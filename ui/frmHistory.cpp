@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int HistoryWidth = 150; ///< characters
+constexpr int HistoryWidth = 190; ///< characters
 constexpr int HistoryHeight = 34; ///< lines
 const QString TableFiles = QStringLiteral("Cartella di Excel|*.xlsx|File CSV|*.csv");
 

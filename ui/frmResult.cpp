@@ -153,8 +153,8 @@ QWidget* frmResult::NewNotes() {
     const int width = fontMetrics().averageCharWidth();
     m_notes->header()->setStretchLastSection(false); // what is told gets the room that there is
     m_notes->header()->setSectionResizeMode(AnnotationModel::TextColumn, QHeaderView::Stretch);
-    m_notes->setColumnWidth(AnnotationModel::RowColumn, width * 50);
-    m_notes->setColumnWidth(AnnotationModel::ProcedureColumn, width * 30);
+    m_notes->setColumnWidth(AnnotationModel::RowColumn, width * 57);
+    m_notes->setColumnWidth(AnnotationModel::ProcedureColumn, width * 29);
     auto* copy = new QAction("Copia", m_notes);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);

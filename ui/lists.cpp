@@ -13,7 +13,7 @@ namespace {
 constexpr int WidestColumn = 60; ///< characters
 
 bool IsNumber(const QString& text) {
-    static const QRegularExpression number(QStringLiteral("^[\\d.,]+( \\(|$)"));
+    static const QRegularExpression number(QStringLiteral("^[\\d.,]+( \\(|, |$)"));
     return number.match(text).hasMatch();
 }
 

@@ -17,12 +17,14 @@ constexpr int WrittenAtOnce = 20'000;
 Annotations::Annotations(const History& history, qint64 run, WantedNotes wanted)
     : m_history(&history),
       m_run(run),
-      m_wanted(std::move(wanted)),
-      m_kinds(history.NoteKinds(run, m_wanted.text)) {
-    m_kinds.insert(m_kinds.begin(), history.GivenUp(run, m_wanted.text));
-    std::erase_if(m_kinds, [this](const NoteKind& each) {
-        return each.count == 0 || (!m_wanted.kind.isEmpty() && each.kind != m_wanted.kind);
-    });
+      m_wanted(std::move(wanted)) {
+    if (m_wanted.kind != GivenUpKind) {
+        m_kinds = history.NoteKinds(run, m_wanted.text, m_wanted.kind);
+    }
+    if (m_wanted.kind.isEmpty() || m_wanted.kind == GivenUpKind) {
+        m_kinds.insert(m_kinds.begin(), history.GivenUp(run, m_wanted.text));
+    }
+    std::erase_if(m_kinds, [](const NoteKind& each) { return each.count == 0; });
 }
 
 std::vector<Note> Annotations::Read(size_t kind, qint64 from, int most) const {

@@ -205,10 +205,10 @@ QString History::Log(qint64 run) const {
     return packed.isEmpty() ? QString() : DecodeText(qUncompress(packed), CodePage());
 }
 
-std::vector<NoteKind> History::NoteKinds(qint64 run, const QString& text) const {
+std::vector<NoteKind> History::NoteKinds(qint64 run, const QString& text, const QString& kind) const {
     SqlText query;
     query += u"SELECT N.kind AS kind, COUNT(*) AS rows, SUM(N.done) AS done FROM notes N";
-    query += NotesWhere(run, {}, text);
+    query += NotesWhere(run, kind, text);
     query += u" GROUP BY N.kind ORDER BY MIN(N.id)";
     Recordset rows = m_file->ExecuteWC(query);
     std::vector<NoteKind> kinds;

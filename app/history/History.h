@@ -46,6 +46,9 @@ QString EndingText(const Run& run);
 /// The kind under which the rows that a run gave up stand among its notes.
 inline const QString GivenUpKind = QStringLiteral("RIGA ABBANDONATA");
 
+/// The option of a run that took rows of an earlier one alone.
+inline const QString OnlySomeRows = QStringLiteral("Solo righe di un'esecuzione precedente");
+
 /// What a run told, by kind.
 struct NoteKind {
     QString kind;
@@ -99,7 +102,8 @@ public:
     QString Log(qint64 run) const;
 
     /// What a run told by kind, in the order in which the kinds came up, of the notes that hold a text (empty: of all).
-    std::vector<NoteKind> NoteKinds(qint64 run, const QString& text = {}) const;
+    /// @param kind not empty: of this one alone, which is not that of the rows given up
+    std::vector<NoteKind> NoteKinds(qint64 run, const QString& text = {}, const QString& kind = {}) const;
     /// The rows that it gave up, as a kind.
     NoteKind GivenUp(qint64 run, const QString& text = {}) const;
     /// A piece of the notes of a kind (empty: of all but the rows given up) that hold a text (empty: whatever they

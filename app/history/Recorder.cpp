@@ -235,13 +235,18 @@ void Recorder::KeepIfImported(const RejectedRow& row) {
     }
 }
 
-/// Rows that an earlier run had given up are imported by now.
+/// Rows that earlier runs had given up are imported by now: the same row may have been given up by several.
 void Recorder::KeepImported() {
     if (m_session.Selection == nullptr || !m_keepsImages) {
         return;
     }
     for (const qint64 reject : m_session.Selection->DoneRejects()) {
-        Keep(Statement(u"INSERT OR REPLACE INTO imported_rejects (reject, run) VALUES (?, ?)", {reject, m_run}));
+        Keep(Statement(
+            u"INSERT OR REPLACE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
+            u"rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND O.row_values = "
+            u"R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id = P.run WHERE R.id = "
+            u"? AND S.company = ? AND S.origin = ?",
+            {m_run, reject, m_company, m_origin}));
     }
 }
 

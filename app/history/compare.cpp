@@ -50,6 +50,24 @@ void CompareRejects(QStringList& lines, const QMap<QString, QString>& before, co
     }
 }
 
+/// What became of the rows given up in a run that took some rows alone: its counts say nothing beside those of a whole
+/// one.
+void ComparePart(QStringList& lines, const History& history, qint64 before, qint64 after) {
+    lines.append(
+        QStringLiteral("L'esecuzione %1 ha ripreso solo righe di un'altra: i conteggi non si confrontano.").arg(after));
+    const QMap<QString, QString> again = Reasons(history, after);
+    history.ForEachReject(before, [&](const Reject& reject) {
+        const QString row = reject.procedure + QStringLiteral(", ") + reject.row.row;
+        if (reject.importedBy == after) {
+            lines.append(QStringLiteral("Ora importata: %1 (prima: %2)").arg(row, reject.row.reason));
+        } else if (again.contains(row)) {
+            lines.append(QStringLiteral("Ancora abbandonata: %1: %2").arg(row, again.value(row)));
+        } else {
+            lines.append(QStringLiteral("Non ripresa: ") + row);
+        }
+    });
+}
+
 QMap<QString, qint64> Counts(const std::vector<NoteKind>& kinds) {
     QMap<QString, qint64> counts;
     for (const NoteKind& kind : kinds) {
@@ -64,6 +82,10 @@ QStringList Differences(const History& history, qint64 before, qint64 after) {
     const Run first = history.Load(before);
     const Run second = history.Load(after);
     QStringList lines;
+    if (second.options.contains(OnlySomeRows)) {
+        ComparePart(lines, history, before, after);
+        return lines;
+    }
     for (const ProcedureRun& procedure : second.procedures) {
         const auto same = std::find_if(first.procedures.begin(), first.procedures.end(), [&](const ProcedureRun& each) {
             return each.result.procedure == procedure.result.procedure;

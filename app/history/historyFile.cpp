@@ -27,6 +27,7 @@ const QStringList& Tables() {
         "source_table TEXT, source_key TEXT, number INTEGER, reason TEXT, row_values TEXT, "
         "done INTEGER DEFAULT 0)",
         "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
+        "CREATE INDEX IF NOT EXISTS rejects_row ON rejects (source_row)",
         "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER PRIMARY KEY, run INTEGER)",
         "CREATE TABLE IF NOT EXISTS codes (id INTEGER PRIMARY KEY, procedure INTEGER, list TEXT, field TEXT, code "
         "TEXT, "

@@ -30,16 +30,14 @@ QString SkippedText(const RunResult& result) {
            (reasons.isEmpty() ? QString() : QString(QStringLiteral(" (") + reasons.join(QStringLiteral("; ")) + u')'));
 }
 
-/// "30 (24 importate corrette)": by another run
+/// "30, aperte 6": the others were imported by later runs
 QString GivenUpText(const Run& run) {
     qint64 all = 0;
-    qint64 imported = 0;
     for (const ProcedureRun& procedure : run.procedures) {
         all += procedure.rejects;
-        imported += procedure.imported;
     }
-    return imported == 0 ? NumberText(all)
-                         : QStringLiteral("%1 (%2 importate corrette)").arg(NumberText(all), NumberText(imported));
+    const qint64 open = RejectsIn(run);
+    return open == all ? NumberText(all) : QStringLiteral("%1, aperte %2").arg(NumberText(all), NumberText(open));
 }
 
 QStringList Visible(QStringList texts) {

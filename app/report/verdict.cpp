@@ -40,16 +40,17 @@ QStringList RedReasons(const Findings& found) {
 }
 
 QStringList YellowReasons(const Findings& found) {
-    QStringList reasons = Counted(found.givenUp, "riga dell'origine non si può importare",
-                                  "righe dell'origine non si possono importare") +
-                          Counted(found.mended, "riga dell'origine si è importata coi valori corretti a mano",
-                                  "righe dell'origine si sono importate coi valori corretti a mano") +
-                          Counted(found.failedLookUps, "ricerca non è riuscita", "ricerche non sono riuscite") +
-                          Counted(found.untranslated, "codice è senza traduzione", "codici sono senza traduzione") +
-                          Counted(found.gone, "annotazione dice che in Quadrix c'è ciò che l'origine non ha più",
-                                  "annotazioni dicono che in Quadrix c'è ciò che l'origine non ha più") +
-                          Counted(found.uncompared, "riga già importata non si è confrontata",
-                                  "righe già importate non si sono confrontate");
+    QStringList reasons =
+        Counted(found.givenUp, "riga dell'origine non si può importare",
+                "righe dell'origine non si possono importare") +
+        Counted(found.mended, "riga dell'origine si è importata coi valori corretti a mano",
+                "righe dell'origine si sono importate coi valori corretti a mano") +
+        Counted(found.failedLookUps, "ricerca non è riuscita", "ricerche non sono riuscite") +
+        Counted(found.codes.size() + found.unlistedCodes, "codice è senza traduzione", "codici sono senza traduzione") +
+        Counted(found.gone, "annotazione dice che in Quadrix c'è ciò che l'origine non ha più",
+                "annotazioni dicono che in Quadrix c'è ciò che l'origine non ha più") +
+        Counted(found.uncompared, "riga già importata non si è confrontata",
+                "righe già importate non si sono confrontate");
     if (found.onlyRoles) {
         reasons << QStringLiteral("delle controparti non si sono confrontate tutte le colonne");
     }
@@ -69,7 +70,8 @@ void AddStep(Findings& found, const Step& step) {
     }
     found.givenUp += result.givenUpCount;
     found.failedLookUps += result.failedLookUps;
-    found.untranslated += result.untranslatedCount;
+    found.codes.unite(QSet<QString>(result.untranslated.begin(), result.untranslated.end()));
+    found.unlistedCodes += result.untranslatedCount - result.untranslated.size();
     found.uncompared += result.skippedBy.value(contract::AlreadyImported);
     for (const Notes::Kind& note : result.notes.kinds) {
         found.gone += note.name.endsWith(Gone) ? note.count : 0;
@@ -86,7 +88,8 @@ Findings& Findings::operator+=(const Findings& more) {
     givenUp += more.givenUp;
     mended += more.mended;
     failedLookUps += more.failedLookUps;
-    untranslated += more.untranslated;
+    codes.unite(more.codes);
+    unlistedCodes += more.unlistedCodes;
     gone += more.gone;
     uncompared += more.uncompared;
     onlyRoles = onlyRoles || more.onlyRoles;

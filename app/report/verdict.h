@@ -21,11 +21,12 @@ struct Findings {
     qint64 givenUp = 0; ///< rows of the source that were not imported in any way
     qint64 mended = 0;  ///< rows of the source that were imported with mended values
     qint64 failedLookUps = 0;
-    qint64 untranslated = 0; ///< codes
-    qint64 gone = 0;         ///< rows of Quadrix that the source no longer has
-    qint64 uncompared = 0;   ///< rows of the source that the import leaves as they are in Quadrix
-    bool onlyRoles = false;  ///< of counterparties not all columns were compared
-    QStringList empty;       ///< kinds of which no row could be compared
+    QSet<QString> codes;      ///< without a translation, each once, whatever meets it
+    qint64 unlistedCodes = 0; ///< those beyond the ones that the results list
+    qint64 gone = 0;          ///< rows of Quadrix that the source no longer has
+    qint64 uncompared = 0;    ///< rows of the source that the import leaves as they are in Quadrix
+    bool onlyRoles = false;   ///< of counterparties not all columns were compared
+    QStringList empty;        ///< kinds of which no row could be compared
     // Green:
     qint64 compared = 0; ///< rows of Quadrix
 

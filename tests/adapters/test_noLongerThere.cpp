@@ -48,7 +48,9 @@ private slots:
         const RunResult& result = fixture.Results().last();
         QVERIFY2(result.outcome == RunResult::Outcome::Done, qPrintable(result.errors.join('\n')));
         QFETCH(const QString, told);
-        const QString log = QString::fromLatin1(fixture.Target().Log()).replace(" NON PIÙ NELL'ORIGINE: ", ": ");
+        const QString log = QString::fromLatin1(fixture.Target().Log())
+                                .remove(" NON PIÙ NELL'ORIGINE")
+                                .remove(" O TRA LE RIGHE ABBANDONATE"); // a fixture has a row that is given up
         QVERIFY2(log.contains(told), qPrintable(log.section("Inizio", -1)));
         QCOMPARE(fixture.Content().size(), rows);
         if (told.startsWith("RIGHE")) {

@@ -98,6 +98,8 @@ private slots:
     void givesTheCodes() {
         const qsizetype open = Json(QStringList{"codes", "list"} + m_which, 4)["open"].toInteger();
         QVERIFY(open >= 3);
+        const QString told = Json(QStringList{"report", "--output", Path("0.html")} + m_which, 4)["reason"].toString();
+        QVERIFY2(told.contains(QString("e %1 codici sono senza traduzione").arg(open)), qPrintable(told));
         QCOMPARE(m_run.Run(QStringList{"codes", "export", "--out", Path("codici.xlsx")} + m_which).exitCode, 0);
         Fill(Path("codici.xlsx"), Path("compilati.xlsx"), [this](QMap<QString, QString>& row) {
             const auto choices =
@@ -158,7 +160,7 @@ private slots:
         const CliRun::Ended again = m_run.Run({"import", "--rejects-of", "4"});
         QCOMPARE(again.exitCode, 1);
         QVERIFY2(again.errors.contains("sono già state importate"), qPrintable(again.errors));
-        QVERIFY(m_run.Run({"history"}).output.contains("importate corrette"));
+        QVERIFY(m_run.Run({"history"}).output.contains(", aperte 0 |"));
     }
 
     /// What named an article before it was mended is imported again; what the source still has wrong is told as mended.
@@ -182,7 +184,7 @@ private slots:
 
     void comparesTheRuns() {
         const QString told = m_run.Run({"history", "--run", "10", "--compare", "2"}).output;
-        QVERIFY2(told.contains("Non più abbandonata: ImportArticoliGescom"), qPrintable(told));
+        QVERIFY2(told.contains("Ora importata: ImportArticoliGescom"), qPrintable(told));
     }
 };
 

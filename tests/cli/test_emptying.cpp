@@ -70,6 +70,19 @@ private slots:
         const QJsonArray emptied = ended.Json()["emptied"].toArray();
         QVERIFY(emptied.contains(QJsonObject{{"table", "X01_DOC_VEN"}, {"rows", 1}}));
         QCOMPARE(emptied.size(), 15);
+
+        const QJsonObject run = m_run.Run({"history", "--json"}).Json()["runs"].toArray().first().toObject();
+        QCOMPARE(run["work"].toString(), QString("reset del database"));
+        QCOMPARE(run["company"].toString(), QString("X01"));
+        QVERIFY(!run["worker"].toString().isEmpty());
+        QVERIFY(run["options"].toArray().contains("Documenti di vendita e di acquisto"));
+        QCOMPARE(run["procedures"][0]["emptied"].toArray(), emptied);
+        const QString number = QString::number(run["run"].toInt());
+        const QString log = m_run.Run({"history", "--run", number, "--log"}).output;
+        QVERIFY2(log.contains("Tabella X01_DOC_VEN: svuotata (1 riga eliminata)"), qPrintable(log));
+        const auto undone = m_run.Run({"undo", "--run", number, "--yes"});
+        QCOMPARE(undone.exitCode, 1);
+        QVERIFY2(undone.errors.contains("copia del database"), qPrintable(undone.errors));
     }
 
     /// A procedure that only deletes wants the same confirmation as the commands that do, and tells what went.

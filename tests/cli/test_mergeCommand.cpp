@@ -67,6 +67,13 @@ private slots:
         QCOMPARE(json["referencesUpdated"].toInt(), 1);
         QCOMPARE(Value("SELECT CORAS FROM X02_CON_TRO WHERE CDCON = '000010'"), QString("Verdi"));
         QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
+
+        const QJsonObject run = m_run.Run({"history", "--json"}).Json()["runs"].toArray().first().toObject();
+        QCOMPARE(run["work"].toString(), QString("fusione delle controparti di X01 in quelle di X02"));
+        QCOMPARE(run["company"].toString(), QString("X02"));
+        QCOMPARE(run["procedures"][0]["written"]["CON_TRO"]["inserted"].toInt(), 1);
+        const QString log = m_run.Run({"history", "--run", QString::number(run["run"].toInt()), "--log"}).output;
+        QVERIFY2(log.contains("NUOVO!!!!"), qPrintable(log));
     }
 
     /// Once more is refused, and told which merge was done; only the option by its own name re-points again.

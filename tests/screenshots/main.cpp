@@ -285,10 +285,10 @@ void TakeAfterImport(TestWindow& test, const Album& album) {
     const qint64 incomplete = 2;
     RunImport(session, history::RejectsAgain(session, history, incomplete, {}, ErrorAction::Ignore)->request);
     const qint64 last = history.LastRun();
-    frmHistory runs(session, test.Person(), &test.Window());
-    runs.show();
-    album.Take(runs, "frmHistory-dopo");
-    runs.close();
+    test.Window().findChild<QToolButton*>("cmdHistory")->click();
+    auto* runs = test.Window().findChild<frmHistory*>();
+    album.Take(*runs, "frmHistory-dopo");
+    runs->close();
     TextDialog compared(QStringLiteral("Dall'esecuzione %1 alla %2").arg(incomplete).arg(last),
                         history::Differences(history, incomplete, last).join('\n'), &test.Window());
     compared.show();

@@ -101,8 +101,8 @@ public:
     /// How codes and texts are written, as the configuration said when the run began.
     const modImport::FieldCase& Case() const { return m_case; }
     bool IsSingle() const { return m_single; }
-    /// Whether it takes some of the source rows alone: those of a code, those that are wanted, those that an earlier run
-    /// has not reached. What it does not meet may well be in the source.
+    /// Whether it takes some of the source rows alone: those of a code, those that are wanted, those that an earlier
+    /// run has not reached. What it does not meet may well be in the source.
     bool IsPart() const;
     /// Whether source rows were given up so far.
     bool HasGivenUp() const { return m_account.Result.givenUpCount > 0; }

@@ -4,23 +4,27 @@ namespace contract {
 
 namespace {
 
-void Tell(ImportRun& run, const QString& kind, const QString& what, qint64 count) {
+/// @param line with the kind, what it is, and how many remain
+void Tell(ImportRun& run, const QString& line, const QString& kind, const QString& what, qint64 count) {
     if (count > 0) {
         run.Log(
-            QStringLiteral("%1: %2: %3 in Quadrix")
-                .arg(kind, what, count == 1 ? QStringLiteral("1 rimane") : QStringLiteral("%1 rimangono").arg(count)));
+            line.arg(kind, what, count == 1 ? QStringLiteral("1 rimane") : QStringLiteral("%1 rimangono").arg(count)));
     }
 }
 
 } // namespace
 
 void TellNoLongerThere(ImportRun& run, const QString& kind, const QString& what, qint64 count) {
-    Tell(run, kind + QStringLiteral(" NON PIÙ NELL'ORIGINE"), what, count);
+    Tell(run, QStringLiteral("%1 NON PIÙ NELL'ORIGINE: %2: %3 in Quadrix"), kind, what, count);
 }
 
 void TellNotMetAgain(ImportRun& run, const QString& kind, const QString& what, qint64 count) {
-    const QString orGivenUp = run.HasGivenUp() ? QStringLiteral(" O TRA LE RIGHE ABBANDONATE") : QString();
-    Tell(run, kind + QStringLiteral(" NON PIÙ NELL'ORIGINE") + orGivenUp, what, count);
+    if (run.HasGivenUp()) {
+        Tell(run, QStringLiteral("%1 NON PIÙ NELL'ORIGINE O TRA LE RIGHE ABBANDONATE: %2: %3 in Quadrix"), kind, what,
+             count);
+    } else {
+        TellNoLongerThere(run, kind, what, count);
+    }
 }
 
 } // namespace contract
