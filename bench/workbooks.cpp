@@ -17,10 +17,12 @@ namespace {
 
 constexpr double MemoryLimit = 150; ///< MiB
 constexpr double TimeLimit = 2;     ///< times the bare library
+constexpr double OdsTimeLimit = 3;  ///< read twice: the names of its sheets stand among their rows
 
 struct Measured {
     const char* ending;
     long rows;
+    double timeLimit;
     void (*bare)(const QString& path);
 };
 
@@ -97,7 +99,7 @@ bool Measure(const Measured& one, const QString& folder) {
     }
     const Cost bare = RunApart([&] { one.bare(path); });
     const Cost source = RunApart([&] { ReadAsSource(path, one.rows); });
-    const bool within = source.peak <= MemoryLimit && source.cpu <= TimeLimit * bare.cpu;
+    const bool within = source.peak <= MemoryLimit && source.cpu <= one.timeLimit * bare.cpu;
     std::printf("| %-5s | %8ld | %6.1f | %7.2f | %7.2f | %5.2f | %8.1f | %8.1f | %s |\n", one.ending, one.rows,
                 static_cast<double>(QFileInfo(path).size()) / (1 << 20), source.cpu, bare.cpu, source.cpu / bare.cpu,
                 source.peak, bare.peak, within ? "within the limits" : "BEYOND THE LIMITS");
@@ -115,14 +117,14 @@ int main(int argc, char** argv) {
     const QString folder = QString::fromLocal8Bit(argv[1]);
     const long rows = argc > 2 ? std::stol(argv[2]) : 200'000;
     QDir().mkpath(folder);
-    std::printf("Limits: %.0f times the bare library, %.0f MiB\n", TimeLimit, MemoryLimit);
+    std::printf("Limits: %.0f times the bare library (.ods %.0f), %.0f MiB\n", TimeLimit, OdsTimeLimit, MemoryLimit);
     std::printf("| %-5s | %8s | %6s | %7s | %7s | %5s | %8s | %8s |\n", "file", "rows", "MiB", "cpu s", "bare s",
                 "ratio", "peak MiB", "bare MiB");
     try {
         bool within = true;
-        for (const Measured& one : {Measured{"xlsx", rows, ReadPackage},
-                                    {"xls", std::min(rows, MostRowsOfXls), ReadWithFreexl},
-                                    {"ods", std::min(rows, MostRowsOfXls), ReadPackage}}) {
+        for (const Measured& one : {Measured{"xlsx", rows, TimeLimit, ReadPackage},
+                                    {"xls", std::min(rows, MostRowsOfXls), TimeLimit, ReadWithFreexl},
+                                    {"ods", std::min(rows, MostRowsOfXls), OdsTimeLimit, ReadPackage}}) {
             within = Measure(one, folder) && within;
         }
         return within ? 0 : 1;

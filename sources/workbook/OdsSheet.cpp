@@ -29,6 +29,22 @@ bool IsShownAsCode(const QString& shown) {
            std::all_of(shown.begin(), shown.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
+/// Appends a text, whose blanks that follow each other are one.
+void AppendWords(QString& to, QStringView text, bool& isBehindBlank) {
+    const auto isBlank = [](QChar c) { return c.isSpace() && c != QChar::Nbsp; };
+    for (auto at = text.begin(); at != text.end();) {
+        const auto end = std::find_if(at, text.end(), isBlank);
+        to += QStringView(at, end);
+        isBehindBlank = isBehindBlank && at == end;
+        if (end == text.end()) {
+            return;
+        }
+        to += isBehindBlank ? QStringView() : QStringView(u" ");
+        isBehindBlank = true;
+        at = end + 1;
+    }
+}
+
 /// The time of "PT14H30M15S" as a text, "14:30:15"; empty when it is none.
 QString TimeText(const QString& duration) {
     static const QRegularExpression form(QStringLiteral("^PT(\\d+)H(\\d+)M(\\d+)(?:[.,]\\d+)?S$"));
@@ -243,15 +259,7 @@ QString OdsSheet::ReadParagraph() {
         const auto token = m_xml.readNext();
         depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
         if (token == QXmlStreamReader::Characters) {
-            text.reserve(text.size() + m_xml.text().size());
-            for (const QChar c : m_xml.text()) {
-                if (!c.isSpace() || c == QChar::Nbsp) {
-                    text += c;
-                } else if (!isBehindBlank) {
-                    text += u' ';
-                }
-                isBehindBlank = c.isSpace() && c != QChar::Nbsp;
-            }
+            AppendWords(text, m_xml.text(), isBehindBlank);
         } else if (token == QXmlStreamReader::StartElement) {
             const QStringView name = m_xml.name();
             if (name == u"s") {

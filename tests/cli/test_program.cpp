@@ -298,6 +298,14 @@ private slots:
         QCOMPARE(procedure["procedure"].toString(), QString("ImportPianoContiArca2000"));
         QVERIFY(procedure["missing"].toArray()[0].toString().contains("pianocon"));
         QCOMPARE(Count(m_cli->Database(), "SELECT COUNT(*) FROM X01_CON_TRO"), 0);
+        const QString memory = m_cli->Folder.filePath("Tracciati/modImport_Arca2000.colonne");
+        QVERIFY(QDir().mkpath(QFileInfo(memory).path()));
+        WriteFile(memory, "anagrafe\tVECCHIA\n");
+        const auto changed = m_cli->Run(check + QStringList{"--data", "cli"});
+        QVERIFY2(changed.output.contains("ORIGINE CAMBIATA DALL'ULTIMA VOLTA: anagrafe: in più ") &&
+                     changed.output.contains("; in meno VECCHIA"),
+                 qPrintable(changed.output));
+        QCOMPARE(ReadFile(memory), QByteArray("anagrafe\tVECCHIA\n")); // only an import remembers
     }
 
     void stopsAtAnInterrupt_data() {

@@ -152,6 +152,8 @@ private slots:
             ChooseItem(dialog, "lstColumns", "FLAGCLFR");
             ChooseData(dialog, "cmbColumnName", "TIPO_SOGGETTO");
             Press(dialog, "cmdUseColumn");
+            Press(dialog, "cmdTakeEqual"); // no name is
+            QVERIFY(driver.Events.value(driver.Events.size() - 1).contains("nessun nome è uguale"));
             QTimer::singleShot(0, &dialog,
                                [&] { Press(*qobject_cast<QDialog*>(QApplication::activeModalWidget()), "cmdYes"); });
             Press(dialog, "cmdTakeAll");
