@@ -230,7 +230,8 @@ history::RunFacts FactsOf(Session& session, const ImportRequest& request,
         .isTrial = request.dryRun,
     };
     if (request.only != nullptr) {
-        facts.options.append(history::OnlySomeRows);
+        facts.options.append(request.only->Count() > 0 ? history::OnlySomeRows
+                                                       : QStringLiteral("Riprende un'esecuzione interrotta"));
     }
     facts.options.append(QStringLiteral("Errori: ") + ErrorModeName(session.Errors.Action));
     return facts;

@@ -35,14 +35,25 @@ const NoteTable& TableOf(const QString& kind) {
     return kind == GivenUpKind ? rejects : notes;
 }
 
-/// " WHERE ..." for the notes N of a run, of a kind and with a text, where these are given.
-SqlText NotesWhere(qint64 run, const QString& kind, const QString& text) {
-    SqlText where = Statement(u" WHERE N.procedure IN (SELECT id FROM procedures WHERE run = ?)", {run});
+/// A text as LIKE looks for it anywhere.
+QString Anywhere(QString text) {
+    for (const QChar sign : {QChar(u'\\'), QChar(u'%'), QChar(u'_')}) {
+        text.replace(sign, QString(u'\\') + sign);
+    }
+    return u'%' + text + u'%';
+}
+
+/// " WHERE ..." for the notes N of procedures, of a kind and with a text, where these are given. Of one procedure,
+/// which is the usual case, they come in the order in which an index has them, so that a page of them is read alone.
+SqlText NotesWhere(const QStringList& procedures, const QString& kind, const QString& text) {
+    SqlText where;
+    where += procedures.size() == 1 ? QString(u" WHERE N.procedure = " + procedures.first())
+                                    : QString(u" WHERE N.procedure IN (" + procedures.join(u',') + u')');
     if (!kind.isEmpty() && kind != GivenUpKind) {
         where += Statement(u" AND N.kind = ?", {kind});
     }
     if (!text.isEmpty()) {
-        where += Statement(QStringLiteral(" AND INSTR(LOWER(%1), ?) > 0").arg(TableOf(kind).search), {text.toLower()});
+        where += Statement(QStringLiteral(" AND (%1) LIKE ? ESCAPE '\\'").arg(TableOf(kind).search), {Anywhere(text)});
     }
     return where;
 }
@@ -205,10 +216,19 @@ QString History::Log(qint64 run) const {
     return packed.isEmpty() ? QString() : DecodeText(qUncompress(packed), CodePage());
 }
 
+QStringList History::ProceduresOf(qint64 run) const {
+    QStringList procedures;
+    Recordset rows = m_file->ExecuteWC(Statement(u"SELECT id FROM procedures WHERE run = ?", {run}));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        procedures.append(QString::number(Number(rows, "id")));
+    }
+    return procedures;
+}
+
 std::vector<NoteKind> History::NoteKinds(qint64 run, const QString& text, const QString& kind) const {
     SqlText query;
     query += u"SELECT N.kind AS kind, COUNT(*) AS rows, SUM(N.done) AS done FROM notes N";
-    query += NotesWhere(run, kind, text);
+    query += NotesWhere(ProceduresOf(run), kind, text);
     query += u" GROUP BY N.kind ORDER BY MIN(N.id)";
     Recordset rows = m_file->ExecuteWC(query);
     std::vector<NoteKind> kinds;
@@ -221,7 +241,7 @@ std::vector<NoteKind> History::NoteKinds(qint64 run, const QString& text, const 
 NoteKind History::GivenUp(qint64 run, const QString& text) const {
     SqlText query;
     query += QStringLiteral("SELECT COUNT(*) AS rows, SUM(N.done) AS done FROM %1 N").arg(TableOf(GivenUpKind).name);
-    query += NotesWhere(run, GivenUpKind, text);
+    query += NotesWhere(ProceduresOf(run), GivenUpKind, text);
     const Recordset rows = m_file->ExecuteWC(query);
     return {GivenUpKind, Number(rows, "rows"), Number(rows, "done")};
 }
@@ -233,7 +253,7 @@ std::vector<Note> History::Notes(qint64 run, const QString& kind, const QString&
     query += QStringLiteral("SELECT N.id AS id, P.name AS name, %1 AS kind, N.source_row AS source_row, %2 AS note, "
                             "N.done AS done FROM %3 N JOIN procedures P ON P.id = N.procedure")
                  .arg(table.kind, table.note, table.name);
-    query += NotesWhere(run, kind, text);
+    query += NotesWhere(ProceduresOf(run), kind, text);
     query += u" ORDER BY ";
     query += OrderText(order);
     query += Statement(u" LIMIT ? OFFSET ?", {most, from});
@@ -255,7 +275,7 @@ void History::SetKindDone(qint64 run, const QString& kind, const QString& text, 
     const QString& table = TableOf(kind).name;
     SqlText update = Statement(QStringLiteral("UPDATE %1 SET done = ? WHERE id IN (SELECT N.id FROM %1 N").arg(table),
                                {static_cast<int>(isDone)});
-    update += NotesWhere(run, kind, text);
+    update += NotesWhere(ProceduresOf(run), kind, text);
     update += u")";
     m_file->Execute(update);
 }

@@ -138,6 +138,8 @@ public:
 
 private:
     Run RunOf(const Recordset& row) const;
+    /// Their numbers, as they stand in a query.
+    QStringList ProceduresOf(qint64 run) const;
     void LoadProcedures(Run& run) const;
     void LoadGivenUp(ProcedureRun& procedure) const;
 

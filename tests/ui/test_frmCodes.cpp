@@ -1,10 +1,13 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestWindow.h"
+#include "ui/CodePreview.h"
 #include "ui/frmCodes.h"
+#include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
 #include <QListWidget>
+#include <QTableWidget>
 #include <QTest>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -103,6 +106,28 @@ private slots:
             dialog.findChild<QPushButton*>("cmdSave")->click();
         }));
         QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("0"));
+    }
+
+    /// Every cell with both values, a row that goes, and no work without a yes.
+    void ShowsWhatApplyingChanges() {
+        codes::Preview preview;
+        preview.cells = {{"CON_TRO", "000004 Donati", "COMOP", {}, "RD"}, {"DIS_FAS", "AB 0 - 10", {}, "la riga", {}}};
+        CodePreview dialog({"anagrafe.pag: 'ZZ' = 'RD'"}, preview, nullptr);
+        dialog.show();
+        const auto* table = dialog.findChild<QTableWidget*>("tblCells");
+        QStringList cells;
+        for (int row = 0; row < table->rowCount(); ++row) {
+            for (int column = 0; column < table->columnCount(); ++column) {
+                cells.append(table->item(row, column)->text());
+            }
+        }
+        QCOMPARE(cells.join('|'), QString("CON_TRO|000004 Donati|Pagamento (COMOP)|(vuoto)|RD|DIS_FAS|AB 0 - 10|(tutta "
+                                          "la riga)|c'è|si toglie"));
+        QVERIFY(dialog.findChild<WrappedLabel*>("lblQuestion")->Text().contains("1 in CON_TRO, 1 in DIS_FAS"));
+        QTest::keyClick(&dialog, Qt::Key_Return);
+        QCOMPARE(dialog.result(), int(QDialog::Rejected));
+        dialog.findChild<QPushButton*>("cmdYes")->click();
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
     }
 };
 
