@@ -87,7 +87,7 @@ void frmInspect::Lay() {
     takeAll->setAutoDefault(false);
     takeAll->setToolTip("Mostra tutti i nomi proposti e, dopo la conferma, li scrive nel tracciato");
     connect(takeAll, &QPushButton::clicked, this, &frmInspect::cmdTakeAll_Click);
-    auto* takeEqual = new QPushButton("Accetta gli &uguali");
+    auto* takeEqual = new QPushButton("Accetta &gli uguali");
     takeEqual->setObjectName("cmdTakeEqual");
     takeEqual->setAutoDefault(false);
     takeEqual->setShortcut(QKeySequence("Ctrl+U"));
