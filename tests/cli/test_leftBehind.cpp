@@ -130,7 +130,7 @@ private slots:
         const auto ended =
             m_cli->Run({"import", "--company", "X01", "--origin", "Gescom", "--data", "cli", "--errors", "ignore"});
         QVERIFY2(ended.exitCode == 4, qPrintable(ended.output + ended.errors));
-        const QString log = ReadFile(ended.output.section("Log: ", -1).trimmed());
+        const QString log = ReadFile(ended.output.section("Log: ", -1).section('\n', 0, 0).trimmed());
         const QString seen = "dieci\\r\\n25/11/2026 14:00:00 - Fine \\x1b[31m";
         QVERIFY2(log.contains(seen), qPrintable(log));
         QVERIFY2(ended.output.contains(seen), qPrintable(ended.output));
