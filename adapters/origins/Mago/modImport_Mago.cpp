@@ -103,18 +103,19 @@ Rule LinkedCustomer() {
 /// An enumeration; a number that is not known is logged and left out.
 Rule Enumerated(const QList<QPair<QString, QString>>& values) {
     const Rule choice = Choice(values, {});
-    return {
-        choice.text.section(QStringLiteral(", altrimenti"), 0, 0) + QStringLiteral("; ogni altro va nel log e non si scrive"),
-        [choice](const RuleInput& input) -> RuleValue {
-            const QString number = input.Text();
-            const RuleValue value = choice.apply(input);
-            if (number.isEmpty() || number == u"0" || !value || !value->toString().isEmpty()) {
-                return number.isEmpty() || number == u"0" ? RuleValue() : value;
-            }
-            modImport::LogNote(input.session, QStringLiteral("VALORE NON PREVISTO: %1, colonna '%2': '%3'")
-                                                  .arg(input.session.Errors.RowKey(), input.columns.first(), number));
-            return std::nullopt;
-        }};
+    return {choice.text.section(QStringLiteral(", altrimenti"), 0, 0) +
+                QStringLiteral("; ogni altro va nel log e non si scrive"),
+            [choice](const RuleInput& input) -> RuleValue {
+                const QString number = input.Text();
+                const RuleValue value = choice.apply(input);
+                if (number.isEmpty() || number == u"0" || !value || !value->toString().isEmpty()) {
+                    return number.isEmpty() || number == u"0" ? RuleValue() : value;
+                }
+                modImport::LogNote(input.session,
+                                   QStringLiteral("VALORE NON PREVISTO: %1, colonna '%2': '%3'")
+                                       .arg(input.session.Errors.RowKey(), input.columns.first(), number));
+                return std::nullopt;
+            }};
 }
 
 /// Whether a person gets a kind of document, whatever the way.
