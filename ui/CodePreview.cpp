@@ -3,11 +3,11 @@
 #include "app/report/names.h"
 #include "core/Operator.h"
 #include "ui/lists.h"
+#include "ui/ReviewDialog.h"
 #include "ui/WrappedLabel.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
-#include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -57,20 +57,10 @@ CodePreview::CodePreview(const QStringList& lines, const codes::Preview& preview
     }
     auto* question = new WrappedLabel(text + "\n\nImportare di nuovo queste righe? (la prova non ha scritto nulla)");
     question->setObjectName("lblQuestion");
-    auto* buttons = new QDialogButtonBox;
-    QPushButton* yes = buttons->addButton("&Sì", QDialogButtonBox::YesRole);
-    yes->setObjectName("cmdYes");
-    yes->setAutoDefault(false);
-    QPushButton* no = buttons->addButton("&No", QDialogButtonBox::NoRole);
-    no->setObjectName("cmdNo");
-    no->setDefault(true);
-    no->setFocus();
-    connect(yes, &QPushButton::clicked, this, &QDialog::accept);
-    connect(no, &QPushButton::clicked, this, &QDialog::reject);
     auto* all = new QVBoxLayout(this);
     all->addWidget(what);
     all->addWidget(NewTable(preview), 1);
     all->addWidget(question);
-    all->addWidget(buttons);
+    all->addWidget(YesAndNo(*this));
     resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
 }

@@ -27,13 +27,7 @@ QPlainTextEdit* NewList(const QStringList& lines) {
 
 } // namespace
 
-ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QWidget* parent)
-    : QDialog(parent) {
-    setObjectName("dlgReview");
-    setWindowTitle(QuadrixCaption);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    auto* text = new WrappedLabel(question);
-    text->setObjectName("lblQuestion");
+QDialogButtonBox* YesAndNo(QDialog& dialog) {
     auto* buttons = new QDialogButtonBox;
     QPushButton* yes = buttons->addButton("&Sì", QDialogButtonBox::YesRole);
     yes->setObjectName("cmdYes");
@@ -42,11 +36,21 @@ ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QW
     no->setObjectName("cmdNo");
     no->setDefault(true);
     no->setFocus();
-    connect(yes, &QPushButton::clicked, this, &QDialog::accept);
-    connect(no, &QPushButton::clicked, this, &QDialog::reject);
+    QObject::connect(yes, &QPushButton::clicked, &dialog, &QDialog::accept);
+    QObject::connect(no, &QPushButton::clicked, &dialog, &QDialog::reject);
+    return buttons;
+}
+
+ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QWidget* parent)
+    : QDialog(parent) {
+    setObjectName("dlgReview");
+    setWindowTitle(QuadrixCaption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    auto* text = new WrappedLabel(question);
+    text->setObjectName("lblQuestion");
     auto* all = new QVBoxLayout(this);
     all->addWidget(NewList(lines), 1);
     all->addWidget(text);
-    all->addWidget(buttons);
+    all->addWidget(YesAndNo(*this));
     resize(fontMetrics().averageCharWidth() * ReviewWidth, fontMetrics().lineSpacing() * (ReviewHeight + 6));
 }
