@@ -58,6 +58,24 @@ private slots:
         QTEST(MessageOf(ErrorOf<ImportError>([&] { row.Set(column, value); })), "message");
     }
 
+    /// A row whose name is blank in the source is carried over, and told; one that nothing was said of is not.
+    void namelessRowsAreTold_data() {
+        Columns<QString, QString, QString>("table", "column", "told");
+        Row("counterparty", "CON_TRO", "CORAS", "SENZA DESCRIZIONE: ");
+        Row("article", "ART_ICO", "ARDES", "SENZA DESCRIZIONE: ");
+        Row("a text that it can do without", "CON_TRO", "CORA2", "");
+    }
+    void namelessRowsAreTold() {
+        QFETCH(const QString, table);
+        QFETCH(const QString, column);
+        QFETCH(const QString, told);
+        Written target;
+        TargetRow row(target.Run, table);
+        row.Set(column, "  ");
+        row.Insert();
+        QVERIFY2(told.isEmpty() ? target.Log().isEmpty() : target.Log().contains(told.toLatin1()), target.Log());
+    }
+
     /// A source that names files by its own paths leads nowhere unseen, and to no other computer.
     void attachmentsTellWhereTheyLead_data() {
         Columns<QString, RowOutcome, QString>("name", "outcome", "told");

@@ -143,13 +143,18 @@ TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     return *this;
 }
 
-QVariant TargetRow::Value(const QString& column) const {
+const QueryField* TargetRow::FieldOf(const QString& column) const {
     for (int i = m_query.GetFieldsCount(); i >= 0; --i) {
         if (m_query.Field(i).Name == column) {
-            return m_query.Field(i).Value;
+            return &m_query.Field(i);
         }
     }
-    return {};
+    return nullptr;
+}
+
+QVariant TargetRow::Value(const QString& column) const {
+    const QueryField* field = FieldOf(column);
+    return field == nullptr ? QVariant() : field->Value;
 }
 
 void TargetRow::Insert() {
@@ -157,6 +162,7 @@ void TargetRow::Insert() {
     if (!m_hasCreated) {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }
+    TellNameless();
     m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Insert));
     m_run.Inserted(m_table->name);
     if (m_run.KeepsImages()) {
@@ -179,6 +185,16 @@ void TargetRow::Update(const QString& where) {
     }
     m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Update));
     m_run.Updated(m_table->name);
+}
+
+void TargetRow::TellNameless() const {
+    for (const schema::Column& column : m_table->columns) {
+        const QueryField* field = column.essential && column.words ? FieldOf(column.name) : nullptr;
+        if (field != nullptr && mod_ovTools::ToText(field->Value).trimmed().isEmpty()) {
+            m_run.Log(
+                QStringLiteral("SENZA DESCRIZIONE: %1: %2.%3 è vuota").arg(m_run.RowKey(), m_table->name, column.name));
+        }
+    }
 }
 
 /// What is written. Bytes are left out: engines show them each in its own way.

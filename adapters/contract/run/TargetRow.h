@@ -22,7 +22,8 @@ public:
     TargetRow& Set(const QString& column, const QVariant& value) override;
     /// What a column has been set to; none when it has not been.
     QVariant Value(const QString& column) const;
-    /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way.
+    /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way. The name
+    /// or description of a row that was set to nothing is told in the log: nobody will know what it is.
     void Insert() override;
     /// Updates the rows of a condition (with its own WHERE), with USMDF and (unless set) DTMDF.
     void Update(const QString& where) override;
@@ -31,6 +32,8 @@ private:
     QVariant Cased(const schema::Column& column, const QVariant& value) const;
     QVariant Checked(const schema::Column& column, const QVariant& value) const;
     const schema::Column& Find(const QString& column) const;
+    const QueryField* FieldOf(const QString& column) const;
+    void TellNameless() const;
     void Describe(TargetChange& change) const;
 
     ImportRun& m_run;
