@@ -123,7 +123,7 @@ function(quadrix_test name)
     add_test(NAME ${name} COMMAND test_${name} -silent ${others})
     # The longest first, so that none is left to run by itself at the end.
     set_tests_properties(${tests} PROPERTIES COST 1 TIMEOUT 1800 ENVIRONMENT
-        "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_DISABLE_STACK_DUMP=1")
+        "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_DISABLE_STACK_DUMP=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.txt:print_suppressions=0")
     list(REMOVE_ITEM tests ${name})
     if(tests)
         set_tests_properties(${tests} PROPERTIES COST 2)
