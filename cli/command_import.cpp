@@ -147,29 +147,32 @@ QJsonArray ProceduresJson(const QVector<RunResult>& results) {
     return procedures;
 }
 
-/// The number under which the history keeps the import that has just ended; 0: it does not.
-qint64 KeptRun(const Session& session) {
-    const QString path = history::FilePath(session.Config.ConfigFile());
+/// What the history tells; `otherwise` where it cannot be read: the log has told it, and the import stands.
+template<class Result, class Ask>
+Result OfHistory(const Session& session, Result otherwise, const Ask& ask) {
     try {
-        return session.Results.isEmpty() ? 0 : history::History(path).LastRun(session.UserManager.Azienda());
+        return ask(history::History(history::FilePath(session.Config.ConfigFile())));
     } catch (const Error&) {
-        return 0; // the log has told it
+        return otherwise;
     }
+}
+
+/// The number of the last run of a company that is kept; 0 when none is.
+qint64 LastRun(const Session& session, const QString& company) {
+    return OfHistory(session, qint64{0}, [&](const history::History& history) { return history.LastRun(company); });
 }
 
 /// What there is to do about what an import has left open, by the commands that do it.
 QStringList NextSteps(const Session& session, const RunResult& total, qint64 run) {
     QStringList steps;
-    const QString company = session.UserManager.Azienda();
-    const history::History history(history::FilePath(session.Config.ConfigFile()));
-    if (history::RejectsIn(history.Load(run)) > 0) {
+    if (OfHistory(session, false, [run](const auto& history) { return history::RejectsIn(history.Load(run)) > 0; })) {
         steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
                                     "import --rejects-of %1 --mended FILE")
                          .arg(run));
     }
     if (total.untranslatedCount > 0) {
-        steps.append(
-            QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1").arg(company));
+        steps.append(QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1")
+                         .arg(session.UserManager.Azienda()));
     }
     return steps;
 }
@@ -194,13 +197,15 @@ QString Text(const Session& session, bool dryRun, const RunResult& total, qint64
 
 Report Import(Context& context) {
     const ImportRequest request = RequestFrom(context);
+    const qint64 before = LastRun(context.session, request.choice.companyCode);
     const FlowOutcome flow = RunImport(context.session, request);
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
     if (total.outcome == RunResult::Outcome::Failed && context.person.GaveUp()) {
         total.outcome = RunResult::Outcome::Cancelled; // at the question what to do about an error
     }
-    const qint64 run = KeptRun(context.session);
+    const qint64 last = LastRun(context.session, request.choice.companyCode);
+    const qint64 run = last > before ? last : 0; // trouble with the history leaves an earlier one the last
     Report report{ExitCodeOf(EndingOf(total)), Text(context.session, request.dryRun, total, run), ResultJson(total)};
     report.json["run"] = run > 0 ? QJsonValue(run) : QJsonValue();
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {

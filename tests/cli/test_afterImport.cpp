@@ -186,6 +186,13 @@ private slots:
         const QString told = m_run.Run({"history", "--run", "10", "--compare", "2"}).output;
         QVERIFY2(told.contains("Ora importata: ImportArticoliGescom"), qPrintable(told));
     }
+
+    /// An import that the history could not keep stands, and is not taken for the one before it.
+    void tellsNoRunThatIsNotKept() {
+        Change(Path("Cronologia.sqlite"),
+               {"CREATE TRIGGER full BEFORE INSERT ON runs BEGIN SELECT RAISE(ABORT, 'piena'); END"});
+        QVERIFY(Import("cli", 4)["run"].isNull());
+    }
 };
 
 QUADRIX_TEST(TestAfterImport)
