@@ -35,21 +35,22 @@ struct TargetChange {
 };
 
 /// Is told what the procedures of a press do, at the moment it stands in the database: what a row told comes with its
-/// commit, and not at all when the row is taken back. Whatever trouble it has is its own: nothing is raised.
+/// commit, and not at all when the row is taken back. What it does not look at it leaves out. Whatever trouble it
+/// has is its own: nothing is raised.
 class RunObserver {
 public:
     virtual ~RunObserver() = default;
-    virtual void ProcedureBegins(const QString& module, const QString& procedure) noexcept = 0;
+    virtual void ProcedureBegins(const QString& /*module*/, const QString& /*procedure*/) noexcept {}
     /// A line that the log tells of a row. @param row its name; empty for one of the whole run
-    virtual void NoteStands(const QString& row, const QString& note) noexcept = 0;
-    virtual void CodeIsOpen(const QString& row, const OpenCode& code) noexcept = 0;
+    virtual void NoteStands(const QString& /*row*/, const QString& /*note*/) noexcept {}
+    virtual void CodeIsOpen(const QString& /*row*/, const OpenCode& /*code*/) noexcept {}
     /// Whether it wants to be told what rows were before they were updated or deleted.
-    virtual bool KeepsImages() const noexcept = 0;
-    virtual void TargetChanges(const TargetChange& change) noexcept = 0;
-    virtual void RowIsGivenUp(const RejectedRow& row) noexcept = 0;
+    virtual bool KeepsImages() const noexcept { return false; }
+    virtual void TargetChanges(const TargetChange& /*change*/) noexcept {}
+    virtual void RowIsGivenUp(const RejectedRow& /*row*/) noexcept {}
     /// Everything told so far is committed.
     /// @param loop of the procedure, from 0 @param rows source rows of it that are done @param last name of the last
     /// one
-    virtual void RowsStand(int loop, qint64 rows, const QString& last) noexcept = 0;
-    virtual void ProcedureEnds(const RunResult& result) noexcept = 0;
+    virtual void RowsStand(int /*loop*/, qint64 /*rows*/, const QString& /*last*/) noexcept {}
+    virtual void ProcedureEnds(const RunResult& /*result*/) noexcept {}
 };

@@ -36,12 +36,6 @@ public:
             }
         }
     }
-    void ProcedureBegins(const QString&, const QString&) noexcept override {}
-    void NoteStands(const QString&, const QString&) noexcept override {}
-    void CodeIsOpen(const QString&, const ::OpenCode&) noexcept override {}
-    void RowIsGivenUp(const RejectedRow&) noexcept override {}
-    void RowsStand(int, qint64, const QString&) noexcept override {}
-    void ProcedureEnds(const RunResult&) noexcept override {}
 
     /// Compares them with what they are now, within the trial.
     void Compare(std::vector<CellChange>& cells) {

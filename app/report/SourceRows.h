@@ -29,9 +29,6 @@ public:
             }
         }
     }
-    void ProcedureBegins(const QString&, const QString&) noexcept override {}
-    void NoteStands(const QString&, const QString&) noexcept override {}
-    void CodeIsOpen(const QString&, const ::OpenCode&) noexcept override {}
     /// Whether a column of a table (physical name) was written in a row that was there.
     bool IsRewritten(const QString& table, const QString& column) const {
         return m_columns.value(table).contains(column.toUpper());
@@ -40,8 +37,6 @@ public:
     /// The rows that were given up, as the history tells them apart.
     const QStringList& GivenUp() const { return m_givenUp; }
     void RowIsGivenUp(const RejectedRow& row) noexcept override { m_givenUp.append(history::History::KeyOf(row)); }
-    void RowsStand(int, qint64, const QString&) noexcept override {}
-    void ProcedureEnds(const RunResult&) noexcept override {}
 
 private:
     Session& m_session;

@@ -238,7 +238,8 @@ private slots:
             "'CliFor'");
         Row("column", "[COLONNE]\nCliFor.CodiceCliFor=A\n",
             "della tabella 'CliFor' non si legge nessuna colonna 'CodiceCliFor' (c'è: abbreviato 'CodCliFor'");
-        Row("table of the source", "[TABELLE]\nCliFor=CLIFORN\n", "l'origine non ha la tabella 'CLIFORN' (c'è: abbreviato 'CliFor'");
+        Row("table of the source", "[TABELLE]\nCliFor=CLIFORN\n",
+            "l'origine non ha la tabella 'CLIFORN' (c'è: abbreviato 'CliFor'");
         Row("column of the source", "[COLONNE]\nCliFor.Note=Annotazioni\n",
             "la tabella 'CliFor' dell'origine non ha la colonna 'Annotazioni'");
         Row("condition that ends early", "[FILTRI]\nCliFor=FlgCli = 1)\n", "la condizione non si legge da ')'");
