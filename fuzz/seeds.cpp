@@ -54,18 +54,18 @@ QByteArray AccessDatabase() {
          {"Note", 12, 0},
          {"Attivo", 1, 0},
          {"Foto", 11, 0}},
-        {{Utf16("00120"), Raw(qint64(12345)), QByteArray(17, '\0'), Raw(45356.5),
+        {{Utf16("00120"), RawBytes(qint64(12345)), QByteArray(17, '\0'), RawBytes(45356.5),
           LongValue(Kept::OneRow, 8, LongValueRow(1, 0)), "", LongValue(Kept::Chain, 4, LongValueRow(1, 1))},
          {QByteArray("\xff\xfe"
                      "A1",
                      4),
-          Raw(qint64(-1)),
+          RawBytes(qint64(-1)),
           QByteArray(17, '\1'),
-          Raw(0.25),
+          RawBytes(0.25),
           LongValue(Kept::Inline, 4, 0, Utf16("ab")),
           {},
           {}}}};
-    return Database({table}, {Utf16("Nota"), Raw(quint32(0)) + QByteArray("foto")});
+    return Database({table}, {Utf16("Nota"), RawBytes(quint32(0)) + QByteArray("foto")});
 }
 
 /// Files of a package; without bytes where it does not have one.

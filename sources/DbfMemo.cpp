@@ -83,7 +83,13 @@ void DbfMemo::Open() {
         throw ImportError(QStringLiteral("il file dei memo '%1' non si può aprire (%2)")
                               .arg(QFileInfo(path).fileName(), m_file.errorString()));
     }
-    const QByteArray header = Bytes(0, 24);
+    QByteArray header;
+    try {
+        header = Bytes(0, 24);
+    } catch (const ImportError&) { // each memo tells of it
+        m_file.close();
+        throw;
+    }
     const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
     m_blockSize = m_format == MemoFormat::FoxPro ? qFromBigEndian<quint16>(bytes + 6) : HeaderLength;
     if (m_format == MemoFormat::DBase4 && qFromLittleEndian<quint16>(bytes + 20) != 0) {
