@@ -13,7 +13,10 @@ public:
     qint64 Value() const { return static_cast<qint64>(m_hash); }
 
 private:
-    void Add(QStringView text);
+    void AddText(QStringView text);
+    void AddTime(const QDateTime& time);
+    void AddNumber(double number);
+    void Add(char16_t c) { m_hash = (m_hash ^ c) * 0x100000001b3; }
 
     quint64 m_hash = 0xcbf29ce484222325; // FNV-1a, so that it is the same on every machine
 };

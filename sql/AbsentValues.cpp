@@ -26,6 +26,16 @@ std::array<quint64, 3> PlacesIn(const QByteArray& text) {
     return {hash % FilterBits, (hash >> other) % FilterBits, hash * mixer >> (WordBits - other)};
 }
 
+bool AreDigits(const QByteArray& text) {
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// Whether every database compares it with others letter by letter, but for case.
+bool IsPlain(const QString& text) {
+    return !text.isEmpty() && !text.endsWith(u' ') &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c <= u'~'; });
+}
+
 /// The shape with the number of each value in its place.
 QString Numbered(const StatementShape& statement) {
     StatementShape numbered;
@@ -53,21 +63,53 @@ bool AbsentValues::Column::MayHold(const QByteArray& text) const {
     return true;
 }
 
-bool AbsentValues::IsAbsent(const QString& table, const QString& column, const QString& value, const Reader& read) {
-    auto position = m_positions.constFind({table, column});
+/// The database can no longer be told apart from what is known.
+void AbsentValues::Column::Unclear() {
+    filter = {};
+    highest.reset();
+}
+
+AbsentValues::Column& AbsentValues::Known(const QString& table, const QString& name) {
+    auto position = m_positions.constFind({table, name});
     if (position == m_positions.constEnd()) {
-        position = m_positions.insert({table, column}, qsizetype(m_columns.size()));
-        m_columns.push_back({Folded(table), Folded(column)});
+        position = m_positions.insert({table, name}, qsizetype(m_columns.size()));
+        m_columns.push_back({table, name, Folded(table), Folded(name)});
         m_known.clear();
     }
-    const auto index = static_cast<size_t>(*position);
-    if (m_columns[index].isUseless || ++m_columns[index].asked <= AskedBefore) {
+    return m_columns[static_cast<size_t>(*position)];
+}
+
+bool AbsentValues::IsAbsent(const QString& table, const QString& column, const QString& value, const Reader& read) {
+    if (m_isAssuming && !IsPlain(value)) {
         return false;
     }
-    if (m_columns[index].filter.empty() && !Fill(m_columns[index], table, column, read)) {
+    Column& known = Known(table, column);
+    if (known.isUseless || ++known.asked <= AskedBefore ||
+        (known.filter.empty() && !Fill(known, table, column, read))) {
         return false;
     }
-    return !m_columns[index].MayHold(Folded(value));
+    const bool isAbsent = !known.MayHold(Folded(value));
+    if (isAbsent && m_isAssuming) {
+        known.assumed.insert(value);
+    }
+    return isAbsent;
+}
+
+std::optional<QString> AbsentValues::Highest(const QString& table, const QString& column) const {
+    const auto known = m_positions.constFind({table, column});
+    const auto* highest = known == m_positions.constEnd() ? nullptr : &m_columns[static_cast<size_t>(*known)].highest;
+    return highest != nullptr && *highest ? std::optional(QString::fromLatin1(**highest)) : std::nullopt;
+}
+
+void AbsentValues::SetHighest(const QString& table, const QString& column, const QVariant& highest) {
+    const QByteArray text = highest.typeId() == QMetaType::QString ? highest.toString().toUtf8() : QByteArray();
+    Known(table, column).highest = AreDigits(text) ? std::optional(text) : std::nullopt;
+}
+
+void AbsentValues::ForgetHighest() {
+    for (Column& column : m_columns) {
+        column.highest.reset();
+    }
 }
 
 /// False for a column that holds or takes what is no text. A reading that breaks off has told nothing.
@@ -132,39 +174,116 @@ const std::vector<AbsentValues::Written>* AbsentValues::KnownWrites(const Statem
 
 void AbsentValues::Runs(const StatementShape& statement) {
     using Verb = StatementShape::Verb;
-    if (m_columns.empty() || statement.verb == Verb::Select || statement.verb == Verb::Delete) {
+    if (m_columns.empty() || statement.verb == Verb::Select) {
+        return;
+    }
+    if (statement.verb == Verb::Delete) {
+        m_hasDeleted = true;
+        ForgetHighest();
         return;
     }
     const bool isPlain = statement.verb != Verb::Other && statement.isCommon;
     const std::vector<Written>* writes = isPlain ? KnownWrites(statement) : nullptr;
     if (writes == nullptr) {
-        Clear(); // it may be anything
+        Forget(); // it may be anything
         return;
     }
     for (const Written& written : *writes) {
-        Column& column = m_columns[static_cast<size_t>(written.column)];
-        if (column.filter.empty()) {
-            continue;
+        Take(written, written.place < 0 ? nullptr : &statement.values.at(written.place));
+    }
+}
+
+/// @param value null for one that is not known
+void AbsentValues::Take(const Written& written, const StatementShape::Value* value) {
+    Column& column = m_columns[static_cast<size_t>(written.column)];
+    if (value == nullptr || (!value->IsText() && value->kind != StatementShape::Value::Kind::Null)) {
+        column.Unclear();
+    } else if (value->IsText()) {
+        const QByteArray text = value->bytes.toUpper();
+        if (!column.filter.empty()) {
+            column.Add(text);
         }
-        const bool isText = written.place >= 0 && statement.values.at(written.place).IsText();
-        if (isText) {
-            column.Add(statement.values.at(written.place).bytes.toUpper());
-        } else if (written.place < 0 || statement.values.at(written.place).kind != StatementShape::Value::Kind::Null) {
-            column.filter = {}; // read anew when it is asked for again
+        if (column.highest) {
+            const bool isAlike = text.size() == column.highest->size() && AreDigits(text);
+            column.highest = isAlike ? std::optional(std::max(*column.highest, text)) : std::nullopt;
+        }
+        if (m_isAssuming) {
+            m_written.emplace_back(written.column, text);
         }
     }
 }
 
-void AbsentValues::TakenBack(qint64 readings) {
+void AbsentValues::Forget(const QString& table, const QString& column) {
+    if (const auto known = m_positions.constFind({table, column}); known != m_positions.constEnd()) {
+        m_columns[static_cast<size_t>(*known)].Unclear();
+    }
+}
+
+void AbsentValues::TakenBack(const Point& point) {
     for (Column& column : m_columns) {
-        if (column.reading > readings) {
+        if (column.reading > point.readings) {
             column.filter = {};
         }
     }
+    ForgetHighest();
+    if (m_written.size() > point.written) {
+        m_written.resize(point.written);
+    }
+}
+
+void AbsentValues::BeginAssuming() {
+    for (Column& column : m_columns) {
+        column.assumed.clear();
+    }
+    m_written.clear();
+    m_hasDeleted = false;
+    m_isAssuming = true;
+}
+
+void AbsentValues::EndAssuming() { m_isAssuming = false; }
+
+std::vector<AbsentValues::Assumption> AbsentValues::Assumed() const {
+    std::vector<Assumption> all;
+    for (const Column& column : m_columns) {
+        if (!column.assumed.isEmpty()) {
+            all.push_back({column.tableName, column.columnName, column.assumed.values()});
+        }
+    }
+    return all;
+}
+
+bool AbsentValues::Holds(const Assumption& assumption, const QStringList& found) const {
+    const qsizetype index = m_positions.value({assumption.table, assumption.column}, -1);
+    QHash<QByteArray, int> own;
+    for (const auto& [column, value] : m_written) {
+        own[value] += column == index && !m_hasDeleted ? 1 : 0;
+    }
+    QSet<QByteArray> asked;
+    for (const QString& value : assumption.absent) {
+        asked.insert(Folded(value));
+    }
+    return std::all_of(found.begin(), found.end(), [&](const QString& value) {
+        const QByteArray folded = Folded(value);
+        return asked.contains(folded) && --own[folded] >= 0; // another text may be equal to one for the database
+    });
 }
 
 void AbsentValues::Clear() {
-    m_positions.clear();
-    m_columns.clear();
+    Forget();
+    m_isAssuming = false;
+}
+
+/// What has been assumed is to be made sure of all the same, but with nothing that is known to be its own.
+void AbsentValues::Forget() {
+    m_hasDeleted = true;
     m_known.clear();
+    for (Column& column : m_columns) {
+        column.Unclear();
+        column.asked = 0;
+        column.isUseless = false;
+    }
+    if (!m_isAssuming) {
+        m_positions.clear();
+        m_columns.clear();
+    }
 }

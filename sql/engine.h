@@ -91,6 +91,9 @@ public:
     /// themselves: by another connection, by a trigger. Within a transaction others change nothing. Nothing where the
     /// database cannot tell.
     virtual std::optional<qint64> ChangesOfOthers() { return std::nullopt; }
+    /// Whether an INSERT of several rows, VALUES (..), (..), gives back the identity values of all, in their order,
+    /// when RETURNING and the column stand behind it, and takes the word DEFAULT for a value.
+    virtual bool ReturnsIdentities() { return false; }
     /// Whether a column holds each text as it is written, and Null in rows whose INSERT does not name it; false where
     /// the database cannot tell.
     virtual bool KeepsTexts(const QString& /*table*/, const QString& /*column*/) { return false; }

@@ -98,6 +98,13 @@ private:
     bool m_answerLost = false;
 };
 
+/// What was done ahead of the database (`ovConnection::BeginTrans`) does not hold: its transaction is to be taken back,
+/// and its work done again with the database asked about each step.
+class AheadError : public Error {
+public:
+    using Error::Error;
+};
+
 /// Source data or a setting that cannot be carried over as it is.
 class ImportError : public Error {
 public:

@@ -12,6 +12,7 @@ namespace {
 const QString TruncateTable = QStringLiteral("TRUNCATE TABLE ");
 
 const QString Commit = QStringLiteral("COMMIT");
+const QString Mark = QStringLiteral("SAVEPOINT QDX_ROW");
 
 bool IsQuery(const QString& statement) { return statement.trimmed().startsWith(u"SELECT", Qt::CaseInsensitive); }
 
@@ -47,10 +48,12 @@ void ovConnection::OpenConnection() {
 void ovConnection::CloseConnection() {
     m_engine.reset();
     m_locks.clear();
-    m_inTransaction = false;
+    EndTrans();
     m_lost = false;
     m_absent.Clear();
     m_othersChanges.reset();
+    m_canGoAhead.reset();
+    m_overtaken = 0;
 }
 
 QString ovConnection::LineWarning() { return m_engine == nullptr ? QString() : m_engine->LineWarning(); }
@@ -138,6 +141,7 @@ qint64 ovConnection::Execute(const QString& statement) {
     return WithDecision([&] {
         Engine& engine = Opened(statement);
         RefuseWriting(statement);
+        SendBefore(statement);
         Show(Written, statement);
         NoticeWriting(statement);
         const dialect::TriggerSwitch triggers = dialect::ParseTriggerSwitch(statement);
@@ -181,6 +185,7 @@ Recordset ovConnection::ExecuteWC(const QString& query) {
     return WithDecision([&] {
         Engine& engine = Opened(query);
         RefuseWriting(query);
+        SendBefore(query);
         Show(Written, query);
         NoticeWriting(query);
         const auto run = [&](const QString& text) { return engine.Query(TextFor(engine, text)); };
@@ -196,6 +201,9 @@ template<class Run>
 auto ovConnection::Apart(const SqlText& statement, const Run& run) {
     if (m_engine == nullptr || m_lost) {
         Opened(statement.Text()); // which raises
+    }
+    if (m_isAhead) {
+        SendBefore(statement.Shape().shape, statement.Shape().verb == StatementShape::Verb::Select);
     }
     if (ReadOnly || Written || Trace) {
         const QString text = statement.Text();
@@ -247,34 +255,50 @@ void ovConnection::Show(const StatementObserver& observer, const QString& statem
     }
 }
 
-void ovConnection::BeginTrans() {
+void ovConnection::BeginTrans(bool mayGoAhead) {
     const QString statement = QStringLiteral("BEGIN TRANSACTION");
     Engine& engine = Opened(statement);
+    const bool goesAhead = mayGoAhead && CanGoAhead();
     Show(Trace, engine.TextDialect() == Dialect::MySql ? QStringLiteral("BEGIN") : statement);
     engine.Begin();
     m_inTransaction = true;
     m_lost = false;
-    if (const auto changes = engine.ChangesOfOthers(); changes != m_othersChanges || !changes) {
+    m_isAhead = goesAhead;
+    if (const auto changes = engine.ChangesOfOthers(); changes && changes != m_othersChanges) {
         m_absent.Clear();
         m_othersChanges = changes;
     }
-    m_readingsBefore = m_absent.Readings();
-    m_readingsAtMark = m_readingsBefore;
+    m_absent.ForgetHighest();
+    if (m_isAhead) {
+        m_absent.BeginAssuming();
+    }
+    m_begin = m_absent.Now();
+    m_mark = m_begin;
 }
 
-/// Whoever writes beside waits for the end of the transaction, and is noticed at the beginning of the next one. What a
-/// trigger writes is noticed at once.
-bool ovConnection::IsAbsent(const QString& table, const QString& column, const QString& value) {
-    if (!m_inTransaction || !m_othersChanges || m_lost) {
+/// Whether what is known of the values of columns can be told: others have not changed them, or it is made sure of in
+/// the end. Whoever writes beside waits for the end of the transaction, and is noticed at the beginning of the next
+/// one. What a trigger writes is noticed at once.
+bool ovConnection::KnowsValues() {
+    if (!m_inTransaction || m_lost) {
         return false;
     }
-    if (m_engine->ChangesOfOthers() != m_othersChanges) {
+    if (m_isAhead) {
+        constexpr int mostOvertaken = 3; // somebody writes all the time
+        return m_overtaken < mostOvertaken;
+    }
+    if (m_othersChanges && m_engine->ChangesOfOthers() != m_othersChanges) {
         m_absent.Clear();
         m_othersChanges = m_engine->ChangesOfOthers();
     }
-    return m_absent.IsAbsent(GetFullTableName(table), column, value,
+    return m_othersChanges.has_value();
+}
+
+bool ovConnection::IsAbsent(const QString& table, const QString& column, const QString& value) {
+    return KnowsValues() &&
+           m_absent.IsAbsent(GetFullTableName(table), column, value,
                              [this](const QString& name, const QString& of, const auto& take) {
-                                 if (!m_engine->KeepsTexts(name, of)) {
+                                 if (!m_isAhead && !m_engine->KeepsTexts(name, of)) {
                                      return false;
                                  }
                                  SqlText query(ProviderType);
@@ -289,31 +313,65 @@ bool ovConnection::IsAbsent(const QString& table, const QString& column, const Q
                              });
 }
 
+QVariant ovConnection::GetMaxValue(const QString& table, const QString& column, const QString& where,
+                                   const QVariant& defaultValue) {
+    if (!where.isEmpty() || !KnowsValues()) {
+        return ovDatabase::GetMaxValue(table, column, where, defaultValue);
+    }
+    const QString name = GetFullTableName(table);
+    if (const auto highest = m_absent.Highest(name, column)) {
+        return *highest;
+    }
+    const QVariant highest = ovDatabase::GetMaxValue(table, column, {}, {});
+    m_absent.SetHighest(name, column, highest);
+    return highest.isNull() ? defaultValue : highest;
+}
+
 void ovConnection::NoticeWriting(const QString& statement) {
-    if (m_othersChanges && !m_absent.IsEmpty() && !IsQuery(statement)) {
+    if (!m_absent.IsEmpty() && !IsQuery(statement)) {
         m_absent.Runs(StatementShape::Of(statement.toUtf8()));
     }
 }
 
 void ovConnection::SetMark() {
-    const QString statement = QStringLiteral("SAVEPOINT QDX_ROW");
-    Engine& engine = Opened(statement);
-    Show(Trace, statement);
-    NoticingLoss([&] { engine.SetMark(); });
-    m_readingsAtMark = m_absent.Readings();
+    Opened(Mark);
+    m_pendingMark = m_pending.Count();
+    m_mark = m_absent.Now();
+    if (!m_isAhead) {
+        SendMark();
+    }
+}
+
+/// Sets the mark that waits.
+void ovConnection::SendMark() {
+    if (m_pendingMark) {
+        m_pendingMark.reset();
+        Show(Trace, Mark);
+        NoticingLoss([this] { m_engine->SetMark(); });
+    }
 }
 
 void ovConnection::RollbackToMark() {
     const QString statement = QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW");
     Engine& engine = Opened(statement);
+    m_absent.TakenBack(m_mark);
+    if (m_pendingMark) {
+        m_pending.Drop(*m_pendingMark);
+        return;
+    }
+    m_pending.Clear();
     Show(Trace, statement);
-    m_absent.TakenBack(m_readingsAtMark);
     NoticingLoss([&] { engine.RollBackToMark(); });
 }
 
 void ovConnection::CommitTrans() {
     if (m_inTransaction) {
         Engine& engine = Opened(Commit);
+        if (m_isAhead) {
+            m_pendingMark.reset();
+            SendPending();
+            MakeSure();
+        }
         Show(Trace, Commit);
         try {
             if (!engine.TransactionStands(false)) {
@@ -325,18 +383,26 @@ void ovConnection::CommitTrans() {
             NoticeLoss(error);
             throw;
         }
-        m_inTransaction = false;
+        EndTrans();
     }
 }
 
 void ovConnection::RollbackTrans() {
     if (m_inTransaction) {
-        m_inTransaction = false;
+        EndTrans();
         m_lost = false;
-        m_absent.TakenBack(m_readingsBefore);
+        m_absent.TakenBack(m_begin);
         Show(Trace, QStringLiteral("ROLLBACK"));
         Opened(QStringLiteral("ROLLBACK")).RollBack();
     }
+}
+
+void ovConnection::EndTrans() {
+    m_inTransaction = false;
+    m_isAhead = false;
+    m_absent.EndAssuming();
+    m_pending.Clear();
+    m_pendingMark.reset();
 }
 
 qint64 ovConnection::LastInsertId() { return Opened({}).LastInsertId(); }

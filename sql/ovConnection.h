@@ -4,6 +4,7 @@
 #include "sql/NameLayout.h"
 #include "sql/ovDatabase.h"
 #include "sql/ovErrors.h"
+#include "sql/PendingRows.h"
 
 /// A connection to a database: runs text, in the words of SQL Server, on whatever engine stands behind it.
 class ovConnection : public ovDatabase {
@@ -84,7 +85,19 @@ public:
     void ExecuteScript(const QString& script);
     /// Opens a transaction. Without one every statement commits by itself. Within it a TRUNCATE runs as a DELETE, so
     /// that it can be taken back.
-    void BeginTrans();
+    /// @param mayGoAhead whoever opens it can do its work again. To a server, which is far away, new rows wait then
+    /// until they are worth a journey or somebody asks for them, and what is known not to be there is not asked for but
+    /// made sure of at the commit. What does not hold raises `AheadError`, at any statement or at the commit.
+    void BeginTrans(bool mayGoAhead = false);
+    /// True in a transaction that goes ahead of the database.
+    bool IsAhead() const { return m_isAhead; }
+    /// Inserts a row. @param identity column that the database numbers
+    /// @param links columns that take the identity values of rows that wait
+    /// @return its identity value; 0 while the row waits, which `SendPending` ends
+    PendingRows::Id Insert(const ovQueryConstructor& row, const QString& identity,
+                           const PendingRows::Links& links = {});
+    /// Sends the rows that wait.
+    void SendPending();
     /// Commits the open transaction; does nothing when none is open.
     void CommitTrans();
     /// Takes back the open transaction; does nothing when none is open.
@@ -112,6 +125,8 @@ public:
     QStringList GetTables();
     /// As told in the base; known within a transaction, of databases that tell what others change.
     bool IsAbsent(const QString& table, const QString& column, const QString& value) override;
+    QVariant GetMaxValue(const QString& table, const QString& column, const QString& where = {},
+                         const QVariant& defaultValue = 0) override;
     Provider GetProviderType() const override { return ProviderType; }
     void SetTriggersEnabled(const QString& table, bool enabled) override;
     /// As the engine tells them (`Engine`), of a table by its physical name. Raise `SqlError`.
@@ -138,6 +153,16 @@ private:
     static void Show(const StatementObserver& observer, const QString& statement);
     void RestartNumbers(Engine& engine, const QString& table) const;
     void NoticeLoss(SqlError& error);
+    bool KnowsValues();
+    bool CanGoAhead();
+    void Send(size_t rows);
+    void SendMark();
+    void SendBefore(const QString& statement);
+    void SendBefore(const QByteArray& statement, bool onlyReads);
+    void MakeSure();
+    void MakeSure(const AbsentValues::Assumption& assumption);
+    Recordset Ask(const QString& query);
+    void EndTrans();
     qint64 Truncate(Engine& engine, const QString& statement);
     bool TellDoubt(SqlError& error, const QString& statement) const;
     template<class Work>
@@ -153,8 +178,13 @@ private:
     AbsentValues m_absent;
     std::optional<qint64> m_othersChanges; ///< those that it takes into account; none: the database cannot tell
     QStringList m_locks;                   ///< that it has taken
-    qint64 m_readingsBefore = 0;           ///< `m_absent.Readings` at the beginning of the transaction
-    qint64 m_readingsAtMark = 0;           ///< the same at its mark
+    AbsentValues::Point m_begin;           ///< of the transaction
+    AbsentValues::Point m_mark;            ///< within it
     bool m_inTransaction = false;
     bool m_lost = false;
+    bool m_isAhead = false;
+    std::optional<bool> m_canGoAhead;    ///< none: the database has not been asked
+    int m_overtaken = 0;                 ///< times that others had written what was taken to be absent
+    PendingRows m_pending;               ///< rows that wait to be sent
+    std::optional<size_t> m_pendingMark; ///< how many there were at a mark that waits as well
 };

@@ -44,8 +44,8 @@ public:
     bool CheckExistValue(const QString& table, const QString& column, const QVariant& value,
                          DataType type = DataType::VarChar);
     /// Largest value of a column; `defaultValue` in an empty table. @param where a condition with its own WHERE
-    QVariant GetMaxValue(const QString& table, const QString& column, const QString& where = {},
-                         const QVariant& defaultValue = 0);
+    virtual QVariant GetMaxValue(const QString& table, const QString& column, const QString& where = {},
+                                 const QVariant& defaultValue = 0);
     /// Kind of a column as a keyword that `ovQueryConstructor::GetDataTypeFromString` reads ("char", "datetime" ...);
     /// `defaultText` when the column does not exist or its type is not known.
     QString GetFieldTypeText(const QString& table, const QString& column, const QString& defaultText = "char");

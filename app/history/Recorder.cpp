@@ -55,6 +55,8 @@ void Recorder::Try(const Work& work) noexcept {
     } catch (const std::exception& error) {
         m_file.reset();
         m_waiting.clear();
+        m_inserted.clear();
+        m_updated.clear();
         const auto* own = dynamic_cast<const Error*>(&error);
         m_trouble = QStringLiteral("La cronologia non tiene questa esecuzione: ") +
                     (own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
@@ -163,13 +165,49 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
         if (m_file == nullptr) {
             return;
         }
-        Keep(Statement(
-            u"INSERT INTO changes (procedure, kind, target_table, target_id, before, columns, digest) "
-            u"VALUES (?, ?, ?, ?, ?, ?, ?)",
-            {m_procedure, static_cast<int>(change.kind), change.table, change.id,
-             change.before.isEmpty() ? QVariant() : ValuesText(change.before.keys(), change.before.values().toVector()),
-             ColumnList(change.columns), change.digest}));
+        if (change.kind == TargetChange::Kind::Inserted) {
+            KeepInserted(change);
+        } else {
+            SqlText statement = Statement(
+                u"INSERT INTO changes (procedure, kind, target_table, target_id, before, columns, digest) "
+                u"VALUES (?, ?, ?, ?, ?, ?, ?)",
+                {m_procedure, static_cast<int>(change.kind), change.table, change.id,
+                 change.before.isEmpty() ? QVariant()
+                                         : ValuesText(change.before.keys(), change.before.values().toVector()),
+                 ColumnList(change.columns), change.digest});
+            if (change.kind == TargetChange::Kind::Deleted) { // its number may be given again
+                CloseChanges();
+                Keep(std::move(statement));
+            } else {
+                m_updated.push_back(std::move(statement));
+            }
+        }
+        if (++m_changes >= MostWaiting) {
+            Write();
+        }
     });
+}
+
+void Recorder::KeepInserted(const TargetChange& change) {
+    const auto same = std::find_if(m_inserted.begin(), m_inserted.end(), [&change](const InsertedRows& one) {
+        return one.table == change.table && one.columns == change.columns;
+    });
+    InsertedRows& rows =
+        same == m_inserted.end() ? m_inserted.emplace_back(InsertedRows{change.table, change.columns, {}}) : *same;
+    rows.rows += QString::number(change.id) + u' ' + QString::number(change.digest) + u' ';
+}
+
+void Recorder::CloseChanges() {
+    m_changes = 0;
+    for (const InsertedRows& one : m_inserted) {
+        m_waiting.push_back(
+            Statement(u"INSERT INTO changes (procedure, kind, target_table, columns, inserted) VALUES (?, ?, ?, ?, ?)",
+                      {m_procedure, static_cast<int>(TargetChange::Kind::Inserted), one.table, ColumnList(one.columns),
+                       one.rows.trimmed()}));
+    }
+    m_inserted.clear();
+    std::move(m_updated.begin(), m_updated.end(), std::back_inserter(m_waiting));
+    m_updated.clear();
 }
 
 /// The number under which a list of columns is kept: few are written over and over.
@@ -201,9 +239,7 @@ void Recorder::RowIsGivenUp(const RejectedRow& row) noexcept {
 
 void Recorder::RowsStand(int loop, qint64 rows, const QString& last) noexcept {
     Try([&] {
-        m_reached =
-            Statement(u"UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ? WHERE id = ?",
-                      {loop, rows, last, m_procedure});
+        m_reached = Reached{loop, rows, last};
         if (m_since.elapsed() > MostMilliseconds) {
             Write();
         }
@@ -264,8 +300,12 @@ void Recorder::Write() {
     if (m_file == nullptr) {
         return;
     }
+    CloseChanges();
     if (m_reached) {
-        m_waiting.push_back(*std::exchange(m_reached, std::nullopt));
+        m_waiting.push_back(
+            Statement(u"UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ? WHERE id = ?",
+                      {m_reached->loop, m_reached->rows, m_reached->last, m_procedure}));
+        m_reached.reset();
     }
     Transaction transaction(*m_file);
     for (const SqlText& statement : std::exchange(m_waiting, {})) {

@@ -57,9 +57,23 @@ private:
     void KeepIfImported(const RejectedRow& row);
     void KeepImported();
     void Keep(SqlText statement);
+    void KeepInserted(const TargetChange& change);
+    void CloseChanges();
     void Write();
     qint64 ColumnList(const QStringList& columns);
     void End();
+
+    /// Rows that were inserted one after the other into a table, with the same columns: most of what an import does.
+    struct InsertedRows {
+        QString table;
+        QStringList columns;
+        QString rows; ///< "id digest" of each, with blanks between them
+    };
+    struct Reached {
+        int loop;
+        qint64 rows;
+        QString last;
+    };
 
     Session& m_session;
     bool m_isPart; ///< of the rows that the procedures could take
@@ -71,9 +85,12 @@ private:
     Ending m_ending = Ending::Complete; ///< the worst of its procedures
     std::optional<QString> m_log;       ///< null: the log stands in the file
     QString m_logFile;
-    QString m_name;                   ///< of the procedure of the list that runs; empty: none is known
-    std::vector<SqlText> m_waiting;   ///< to be written
-    std::optional<SqlText> m_reached; ///< behind them
+    QString m_name;                       ///< of the procedure of the list that runs; empty: none is known
+    std::vector<SqlText> m_waiting;       ///< to be written
+    std::vector<InsertedRows> m_inserted; ///< behind them
+    std::vector<SqlText> m_updated;       ///< behind those: rows that were inserted may be among them
+    size_t m_changes = 0;                 ///< rows in both
+    std::optional<Reached> m_reached;     ///< behind them all
     QString m_company;
     QString m_origin;
     std::optional<QHash<QString, qint64>>

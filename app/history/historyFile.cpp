@@ -35,7 +35,7 @@ const QStringList& Tables() {
         "CREATE INDEX IF NOT EXISTS codes_code ON codes (list, field, code)",
         "CREATE INDEX IF NOT EXISTS codes_procedure ON codes (procedure)",
         "CREATE TABLE IF NOT EXISTS changes (id INTEGER PRIMARY KEY, procedure INTEGER, kind INTEGER, "
-        "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER)",
+        "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER, inserted TEXT)",
         "CREATE INDEX IF NOT EXISTS changes_procedure ON changes (procedure)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
     };
@@ -74,6 +74,13 @@ QVariant ValueOf(const QJsonArray& typed) {
     return value.convert(type) ? value : QVariant(text);
 }
 
+/// Adds what tables have gained since a file was made.
+void BringUpToDate(ovConnection& file) {
+    if (file.ExecuteWC(QStringLiteral("SELECT 1 FROM pragma_table_info('changes') WHERE name = 'inserted'")).Eof()) {
+        file.Execute(QStringLiteral("ALTER TABLE changes ADD COLUMN inserted TEXT"));
+    }
+}
+
 } // namespace
 
 QString FilePath(const QString& settingsFile) {
@@ -92,6 +99,7 @@ std::unique_ptr<ovConnection> Open(const QString& path) {
     for (const QString& table : Tables()) {
         file->Execute(table);
     }
+    BringUpToDate(*file);
     return file;
 }
 

@@ -22,6 +22,28 @@ struct Change {
     qint64 digest;
 };
 
+/// What a row of the history holds: one change, or rows that were inserted into a table, the last one first.
+std::vector<Change> ChangesOf(const Recordset& kept) {
+    const Change one{static_cast<TargetChange::Kind>(kept.Fields(0).Value().toInt()),
+                     kept.Fields(1).Value().toString(),
+                     kept.Fields(2).Value().toLongLong(),
+                     ValuesOf(kept.Fields(3).Value().toString()),
+                     kept.Fields(4).Value().toString().split(u',', Qt::SkipEmptyParts),
+                     kept.Fields(5).Value().toLongLong()};
+    const QString inserted = kept.Fields(6).Value().toString();
+    if (inserted.isEmpty()) {
+        return {one};
+    }
+    std::vector<Change> changes;
+    const QList<QStringView> numbers = QStringView(inserted).split(u' ');
+    for (qsizetype i = numbers.size() - 2; i >= 0; i -= 2) {
+        Change& change = changes.emplace_back(one);
+        change.id = numbers.at(i).toLongLong();
+        change.digest = numbers.at(i + 1).toLongLong();
+    }
+    return changes;
+}
+
 QString WhereId(qint64 id) { return QStringLiteral("WHERE RECORD_ID = %1").arg(id); }
 
 /// Takes the changes of one run back, the latest first.
@@ -43,18 +65,21 @@ public:
         if (!m_isToUndo.value(row)) {
             return;
         }
+        const qint64 now = m_brought.value(row, change.id);
         switch (change.kind) {
         case TargetChange::Kind::Inserted:
-            m_quadrix.Execute(QStringLiteral("DELETE FROM %1 %2").arg(change.table, WhereId(change.id)));
-            ++Result.removed;
+            m_quadrix.Execute(QStringLiteral("DELETE FROM %1 %2").arg(change.table, WhereId(now)));
+            // One that the run had deleted again is as it was.
+            m_brought.remove(row) > 0 ? --Result.brought : ++Result.removed;
             break;
         case TargetChange::Kind::Updated:
-            Write(change, StatementKind::Update);
+            Write(change, now);
             Result.restored += m_restored.contains(row) ? 0 : 1;
             m_restored.insert(row);
             break;
         case TargetChange::Kind::Deleted:
-            Write(change, StatementKind::Insert);
+            Write(change, std::nullopt);
+            m_brought.insert(row, m_quadrix.LastInsertId());
             ++Result.brought;
             break;
         }
@@ -103,8 +128,8 @@ private:
         }
     }
 
-    /// Writes what a row had before.
-    void Write(const Change& change, StatementKind kind) const {
+    /// Writes what a row had before. @param id none: it is gone
+    void Write(const Change& change, std::optional<qint64> id) const {
         const schema::Table& table = SchemaOf(change.table);
         ovQueryConstructor query;
         query.ProviderType = m_quadrix.ProviderType;
@@ -117,14 +142,15 @@ private:
                          : each.value,
                 areBytes ? DataType::Expression : TypeOf(change.table, each.name), true);
         }
-        query.WhereString = kind == StatementKind::Update ? WhereId(change.id) : QString();
-        m_quadrix.Execute(query.MakeStatement(kind));
+        query.WhereString = id ? WhereId(*id) : QString();
+        m_quadrix.Execute(query.MakeStatement(id ? StatementKind::Update : StatementKind::Insert));
     }
 
     ovConnection& m_quadrix;
     QString m_company;
     QHash<QString, bool> m_isToUndo; ///< by table and number
     QSet<QString> m_restored;
+    QHash<QString, qint64> m_brought; ///< new numbers of rows that are there again
 };
 
 /// Resets and merges, which bear no module of an origin, keep no images of what they write over.
@@ -165,16 +191,14 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     Undoing undoing(session, run);
     {
         Recordset rows = history.File().ExecuteWC(
-            Statement(u"SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest FROM changes C "
-                      u"LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
+            Statement(u"SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted FROM "
+                      u"changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
                       u"WHERE P.run = ? ORDER BY C.id DESC",
                       {number}));
         for (; !rows.Eof(); rows.MoveNext()) {
-            undoing.TakeBack({static_cast<TargetChange::Kind>(rows.Fields(0).Value().toInt()),
-                              rows.Fields(1).Value().toString(), rows.Fields(2).Value().toLongLong(),
-                              ValuesOf(rows.Fields(3).Value().toString()),
-                              rows.Fields(4).Value().toString().split(u',', Qt::SkipEmptyParts),
-                              rows.Fields(5).Value().toLongLong()});
+            for (const Change& change : ChangesOf(rows)) {
+                undoing.TakeBack(change);
+            }
         }
     }
     transaction.Keep();

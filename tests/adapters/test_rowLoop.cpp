@@ -108,6 +108,57 @@ private slots:
         QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_RIF ORDER BY RECORD_ID"), QStringList({"A1", "B", "A3"}));
     }
 
+    /// To a server rows go ahead together: of those that it refuses, or that were done with what another program had
+    /// changed meanwhile, each is found, and the others stand.
+    void RowsThatGoAhead_data() {
+        Columns<QString, QStringList>("together", "bad");
+        Row("none fails", "1000", QStringList{});
+        Row("one that the server refuses", "1000", QStringList{"A150"});
+        Row("the first and the last", "1000", QStringList{"A1", "A200"});
+        Row("many", "1000", QStringList{"A3", "A4", "A50", "A51", "A120", "A190"});
+        Row("many, in small groups", "10", QStringList{"A10", "A11", "A12", "A99"});
+    }
+    void RowsThatGoAhead() {
+        QFETCH(const QString, together);
+        QFETCH(const QStringList, bad);
+        if (!TestTarget::HasMariaDb()) {
+            QSKIP("needs the MariaDB server of scripts/test");
+        }
+        TestTarget target(TestTarget::On::MariaDb);
+        target.Execute("ALTER TABLE X01_CON_RIF ADD UNIQUE (CDCON)");
+        QStringList codes;
+        QStringList good;
+        for (int row = 1; row <= 200; ++row) {
+            codes.append(QStringLiteral("A%1").arg(row));
+            if (bad.contains(codes.last())) {
+                target.Execute("INSERT INTO X01_CON_RIF (CDCON) VALUES ('" + codes.last() + "')");
+            } else {
+                good.append(codes.last());
+            }
+        }
+        codes.insert(100, "B"); // fails by itself
+        modMain::SetAppConfig(target.Get(), "IMPORT", "GruppoRighe", together);
+        const RunResult& result = Import(target.Get(), codes);
+        QVERIFY(result.AddsUp());
+        QCOMPARE(result.inserted, qint64(good.size()));
+        QStringList givenUp;
+        for (const RunResult::GivenUp& row : result.givenUp) {
+            givenUp.append(row.rowKey.section(u'\'', 3, 3));
+            QVERIFY2(row.reason.contains(givenUp.last() == "B" ? "non finisce con una cifra" : "Duplicate entry"),
+                     qPrintable(row.reason));
+        }
+        QStringList expected = bad;
+        expected.insert(
+            std::count_if(bad.begin(), bad.end(), [](const QString& code) { return code.mid(1).toInt() <= 100; }), "B");
+        QCOMPARE(givenUp, expected);
+        QCOMPARE(target.Rows("SELECT CDCON FROM X01_CON_RIF WHERE DTINS IS NOT NULL ORDER BY RECORD_ID"), good);
+        const QString log = QString::fromLatin1(target.Log());
+        for (const QString& code : std::as_const(good)) {
+            QCOMPARE(log.count("SCRITTO: " + code + "\n") + log.count("SCRITTO: " + code + "\r\n"), 1);
+        }
+        QVERIFY(!log.contains("SCRITTO: B"));
+    }
+
     /// A value that a file does not give ends its row, by name; the others are imported.
     void AValueThatCannotBeRead() {
         WriteFile(m_target.Folder.filePath("clienti.csv"), "cod;nome\nA1;uno\nA2\nA3;tre\n");

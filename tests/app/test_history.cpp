@@ -86,7 +86,12 @@ private:
 
     static RowOutcome ImportRow(ImportRun& run, const SourceRow& row) {
         Session& session = run.GetSession();
-        const qint64 known = IdWhere(session, "ART_ICO", Equals(session, "CDART", row.Text("CODICE")));
+        const QString isIt = Equals(session, "CDART", row.Text("CODICE"));
+        if (row.Text("NOME") == "-") {
+            run.DeleteRows("ART_ICO", isIt);
+            return RowOutcome::Updated;
+        }
+        const qint64 known = IdWhere(session, "ART_ICO", isIt);
         TargetRow article(run, "ART_ICO");
         article.Set("CDART", row.Value("CODICE")).Set("ARDES", row.Value("NOME")).Set("ARCOS", row.Value("COSTO"));
         if (modImport::GetNewCode(session, "PROVA", "UM", row.Text("UM"), true).isEmpty()) {
@@ -252,6 +257,23 @@ private slots:
         QCOMPARE(result.kept.front().why, "è stata modificata dopo");
         QCOMPARE(kept.Articles(), first + QStringList{"D|Mio|9"});
         QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 2), ImportError);
+    }
+
+    /// Rows that one run writes several times go back to what they were before the first.
+    void takesBackWhatWasWrittenTwice() {
+        Kept kept;
+        kept.Run();
+        const QStringList first = kept.Articles();
+        kept.Source("DELETE FROM ART");
+        kept.Source("INSERT INTO ART VALUES ('A', '-', '1', 'PZ'), ('A', 'Vite nuova', '2', 'PZ'), "
+                    "('C', 'Una', '1', 'PZ'), ('C', 'Altra', '2', 'PZ'), ('E', 'Nuovo', '1', 'PZ'), "
+                    "('E', 'Altro', '2', 'PZ'), ('F', 'Nuovo', '1', 'PZ'), ('F', '-', '1', 'PZ'), "
+                    "('F', 'Di nuovo', '2', 'PZ')");
+        kept.Run();
+        QCOMPARE(kept.Articles(), (QStringList{"A|Vite nuova|2", "C|Altra|2", "E|Altro|2", "F|Di nuovo|2"}));
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 2);
+        QCOMPARE(result.keptCount, 0);
+        QCOMPARE(kept.Articles(), first);
     }
 
     /// A trial leaves nothing to take back.

@@ -252,14 +252,22 @@ void ImportRun::CommitAccount() {
     m_account.Commit();
 }
 
-void ImportRun::Inserted(const QString& table) {
+void ImportRun::Inserted(const QString& table, const PendingRows::Id& id) {
     m_account.Inserted(table);
-    m_lastIds[table] = m_session.Quadrix.LastInsertId();
+    if (id != nullptr) {
+        m_lastIds[table] = id;
+    }
 }
 
-void ImportRun::TellChange(TargetChange change) {
-    change.row = RowKey();
-    modImport::Tell(m_session, [change = std::move(change)](RunObserver& observer) { observer.TargetChanges(change); });
+qint64 ImportRun::LastId(const QString& table) const {
+    const PendingRows::Id id = m_lastIds.value(table);
+    if (id == nullptr) {
+        return 0;
+    }
+    if (*id == 0) {
+        m_session.Quadrix.SendPending();
+    }
+    return *id;
 }
 
 void ImportRun::KeepImages(TargetChange change, const QString& where) {
@@ -274,7 +282,7 @@ void ImportRun::KeepImages(TargetChange change, const QString& where) {
             change.before.insert(column, rows.Value(column));
         }
         change.id = change.before.take(id).toLongLong();
-        TellChange(change);
+        TellChange(change, [](TargetChange&) {});
     }
 }
 

@@ -131,14 +131,24 @@ public:
     qint64 WrittenRows(const QString& table) const { return m_account.Written(table); }
     /// RECORD_ID of the row that the run has inserted last into a table (bare name), as the insert gave it; 0 when it
     /// has inserted none.
-    qint64 LastId(const QString& table) const { return m_lastIds.value(table); }
-    /// Called by `TargetRow`: counts a row that was written for the source row under way.
-    void Inserted(const QString& table);
+    qint64 LastId(const QString& table) const;
+    /// The same, also while the row waits; null when it has inserted none.
+    PendingRows::Id LastRow(const QString& table) const { return m_lastIds.value(table); }
+    /// Called by whoever writes: counts a row that was written for the source row under way.
+    /// @param id identity value of the new row, where somebody may ask for it
+    void Inserted(const QString& table, const PendingRows::Id& id = {});
     void Updated(const QString& table) { m_account.Updated(table); }
     /// Whether somebody keeps what rows were before they are written, and what was written.
     bool KeepsImages() const { return m_session.Observer != nullptr && m_session.Observer->KeepsImages(); }
-    /// Tells of a row that was written.
-    void TellChange(TargetChange change);
+    /// Tells of a row that was written. @param complete puts in what is known only once the row stands in the database
+    template<class Complete>
+    void TellChange(TargetChange change, Complete complete) {
+        change.row = RowKey();
+        modImport::Tell(m_session, [change = std::move(change), complete](RunObserver& observer) mutable {
+            complete(change);
+            observer.TargetChanges(change);
+        });
+    }
     /// Tells of the rows of a condition (with its WHERE), which are about to be written, with what they are now.
     /// @param change what is told of all of them: its columns are those that are kept, none for all
     void KeepImages(TargetChange change, const QString& where);
@@ -164,7 +174,7 @@ private:
     QString m_errorText; ///< empty: errors are not logged
     std::function<void()> m_beforeCompletion;
     QString m_rule; ///< that leaves the row under way out
-    QHash<QString, qint64> m_lastIds;
+    QHash<QString, PendingRows::Id> m_lastIds;
     int m_loops = 0; ///< begun so far
     std::optional<bool> m_takesRowsBack;
     double m_start; ///< seconds on the operator's clock

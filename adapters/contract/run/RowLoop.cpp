@@ -158,6 +158,10 @@ void RowLoop::Do(const Unit& unit) {
             Work(unit);
             break;
         } catch (Error& error) {
+            if (IsOfGoingAhead(error)) {
+                DoAgain(&unit);
+                return;
+            }
             try {
                 m_transaction.IsAtomic() ? Failed(unit, error, attempt) : FailedInPart(unit, error, attempt);
             } catch (const RowGivenUp& givenUp) {
@@ -213,7 +217,11 @@ void RowLoop::Failed(const Unit& unit, Error& error, int attempt) {
     // What came before stays, whatever is answered, and nothing is locked meanwhile.
     std::exception_ptr further;
     if (othersStand) {
-        further = FailureOf([this] { Commit(); });
+        bool holds = true;
+        further = FailureOf([&] { holds = Commit(); });
+        if (!further && !holds) {
+            return; // the row may not fail once the database is asked about each step
+        }
     } else {
         m_run.m_account.TakeBack();
     }
@@ -258,6 +266,29 @@ void RowLoop::FailedInPart(const Unit& unit, Error& error, int attempt) {
         throw;
     }
     m_run.m_account.DropClasses(); // its rows are counted again
+}
+
+/// Whether a row that goes ahead has failed with what may come from that: of any other error it is known once the rows
+/// before it, with which it has found what it took for true, are committed.
+bool RowLoop::IsOfGoingAhead(const Error& error) const {
+    return m_session.Quadrix.IsAhead() && !m_transaction.IsPart() &&
+           (m_done.empty() || dynamic_cast<const ImportError*>(&error) == nullptr);
+}
+
+/// Does rows again that went ahead in what does not hold.
+/// @param last the one under way; null: it is done
+void RowLoop::DoAgain(const Unit* last) {
+    m_transaction.TakeBack();
+    m_isWorking = false;
+    m_run.m_account.TakeBack();
+    std::vector<Unit> gone = std::exchange(m_done, {});
+    if (last != nullptr) {
+        gone.push_back(*last);
+    }
+    m_transaction.Slow(static_cast<qsizetype>(gone.size()));
+    for (const Unit& unit : gone) {
+        Do(unit);
+    }
 }
 
 /// Called inside the catch block of the error.
@@ -346,9 +377,14 @@ void RowLoop::GiveUpFor(const Unit& unit, const Error& error) noexcept {
 
 /// Commits what is done. Where the database has ended the transaction instead, the rows are done again when the errors
 /// are to be retried; else they count as not reached, and the error names them.
-void RowLoop::Commit() {
+/// @return false when they had to be done again, as they had gone ahead in what does not hold
+bool RowLoop::Commit() {
     try {
         m_transaction.Commit();
+    } catch (const AheadError&) {
+        DoAgain(nullptr);
+        Commit();
+        return false;
     } catch (SqlError& error) {
         m_run.m_account.TakeBack();
         const QString rows =
@@ -364,7 +400,7 @@ void RowLoop::Commit() {
         }
         m_session.Quadrix.WaitToPass(error, m_redone + 1);
         Redo();
-        return;
+        return true;
     }
     m_redone = m_done.empty() ? m_redone : 0;
     const Unit last = m_done.empty() ? Unit() : m_done.back();
@@ -380,6 +416,7 @@ void RowLoop::Commit() {
     if (m_session.Observer != nullptr && !last.keys.isEmpty()) {
         m_session.Observer->RowsStand(m_loopNumber, last.end, last.keys.last());
     }
+    return true;
 }
 
 /// What was done is gone with its transaction, and is not done again.

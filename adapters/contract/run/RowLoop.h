@@ -46,11 +46,13 @@ private:
     void Failed(const Unit& unit, Error& error, int attempt);
     void FailedInPart(const Unit& unit, Error& error, int attempt);
     void Decide(Error& error, int attempt);
+    bool IsOfGoingAhead(const Error& error) const;
+    void DoAgain(const Unit* last);
     void Redo();
     void Report(const std::exception_ptr& further) noexcept;
     void GiveUp(const Unit& unit, const QString& reason);
     void GiveUpFor(const Unit& unit, const Error& error) noexcept;
-    void Commit();
+    bool Commit();
     void ForgetDone();
     void Leave() noexcept;
     ovConnection& Database() const;

@@ -1,5 +1,7 @@
 #include "adapters/contract/run/RowTransaction.h"
 
+#include <algorithm>
+
 namespace contract {
 
 namespace {
@@ -7,11 +9,15 @@ namespace {
 /// Others wait for what is locked, and the operator for the progress.
 constexpr qint64 MostMilliseconds = 500;
 
+/// Rows that are done with the database asked about each step before the next ones go ahead again.
+constexpr int FewRows = 16;
+
 } // namespace
 
 RowTransaction::RowTransaction(Session& session, int most)
     : m_session(session),
       m_most(most),
+      m_ahead(most),
       m_isPart(session.Quadrix.InTransaction()) {}
 
 RowTransaction::~RowTransaction() { TakeBack(); }
@@ -29,7 +35,7 @@ void RowTransaction::BeginRow() {
         m_session.Quadrix.SetMark();
         m_isMarked = true;
     } else {
-        m_session.Quadrix.BeginTrans();
+        m_session.Quadrix.BeginTrans(m_ahead > 0 && !GivesUpGoingAhead());
         m_isOpen = true;
         m_time.start();
     }
@@ -72,11 +78,21 @@ void RowTransaction::TakeBack() noexcept {
     Close();
 }
 
+/// One row that is in the way of many is found in a few steps.
+void RowTransaction::Slow(qsizetype rows) {
+    constexpr int smaller = 4;
+    const int fewer = static_cast<int>(rows) / smaller;
+    m_ahead = fewer < FewRows ? 0 : fewer;
+    ++m_slowed;
+}
+
 bool RowTransaction::IsFull(qsizetype rows) const {
-    return rows >= m_most || (m_time.isValid() && m_time.elapsed() > MostMilliseconds);
+    const int most = m_slowed == 0 || GivesUpGoingAhead() ? m_most : std::max(m_ahead, FewRows);
+    return rows >= std::min(most, m_most) || (m_time.isValid() && m_time.elapsed() > MostMilliseconds);
 }
 
 void RowTransaction::Commit() {
+    const bool wasAhead = m_session.Quadrix.IsAhead();
     if (m_isOpen && !m_isPart) {
         try {
             m_session.Quadrix.CommitTrans();
@@ -86,6 +102,8 @@ void RowTransaction::Commit() {
         }
     }
     Close();
+    m_slowed = std::max(0, m_slowed - (wasAhead ? 1 : 0));
+    m_ahead = m_ahead == 0 ? std::min(m_most, FewRows) : m_ahead > m_most / 2 ? m_most : m_ahead * 2;
 }
 
 void RowTransaction::Close() {

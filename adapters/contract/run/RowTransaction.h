@@ -7,7 +7,9 @@
 namespace contract {
 
 /// The transaction of the target that source rows are written in, several together: each can be taken back alone, with
-/// what it has put into memory, until all are committed.
+/// what it has put into memory, until all are committed. To a server it goes ahead (`ovConnection::BeginTrans`): when
+/// that does not hold, the rows are done again in smaller groups, and in the end with the database asked about each
+/// step.
 class RowTransaction {
 public:
     /// @param most rows that are committed together at the most; 0: every statement commits by itself
@@ -28,6 +30,9 @@ public:
     bool TakeBackRow();
     /// Takes back everything that is not committed.
     void TakeBack() noexcept;
+    /// Makes the groups that follow smaller: `rows` rows had gone ahead in what does not hold, and are to be done
+    /// again.
+    void Slow(qsizetype rows);
     /// Whether so many rows, or so much time, have gone by that a commit is due.
     bool IsFull(qsizetype rows) const;
     /// Commits what was written. Raises `SqlError`: nothing is written then, unless the answer was lost.
@@ -35,10 +40,16 @@ public:
 
 private:
     bool TakeBackToMark();
+    /// Something is always in the way.
+    bool GivesUpGoingAhead() const { return m_slowed >= MostSlowed; }
     void Close();
+
+    static constexpr int MostSlowed = 40;
 
     Session& m_session;
     int m_most;
+    int m_ahead;      ///< rows that go ahead together at the most; 0: the next few do not
+    int m_slowed = 0; ///< times
     bool m_isPart;
     bool m_isOpen = false;
     bool m_isMarked = false; ///< before the row that was begun last

@@ -73,6 +73,19 @@ void CheckNumber(const schema::Column& column, const QVariant& value) {
     }
 }
 
+/// Tells what is written. Bytes are left out: engines show them each in its own way.
+void Describe(const ovQueryConstructor& written, TargetChange& change) {
+    RowDigest digest;
+    for (int i = 0; i <= written.GetFieldsCount(); ++i) {
+        const auto& field = written.Field(i);
+        if (field.Type != DataType::Expression) {
+            change.columns.append(field.Name);
+            digest.Add(field.Value, field.Type);
+        }
+    }
+    change.digest = digest.Value();
+}
+
 } // namespace
 
 TargetRow::TargetRow(ImportRun& run, const QString& table)
@@ -143,6 +156,13 @@ TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     return *this;
 }
 
+TargetRow& TargetRow::SetId(const QString& column, const PendingRows::Id& id) {
+    if (*id == 0) {
+        m_links.push_back({column, id});
+    }
+    return Set(column, *id);
+}
+
 const QueryField* TargetRow::FieldOf(const QString& column) const {
     for (int i = m_query.GetFieldsCount(); i >= 0; --i) {
         if (m_query.Field(i).Name == column) {
@@ -163,12 +183,10 @@ void TargetRow::Insert() {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }
     TellNameless();
-    m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Insert));
-    m_run.Inserted(m_table->name);
+    const PendingRows::Id id = m_run.GetSession().Quadrix.Insert(m_query, QStringLiteral("RECORD_ID"), m_links);
+    m_run.Inserted(m_table->name, id);
     if (m_run.KeepsImages()) {
-        TargetChange change{TargetChange::Kind::Inserted, m_run.FullName(m_table->name), m_run.LastId(m_table->name)};
-        Describe(change);
-        m_run.TellChange(change);
+        TellInserted(id);
     }
 }
 
@@ -180,7 +198,7 @@ void TargetRow::Update(const QString& where) {
     m_query.WhereString = where;
     if (m_run.KeepsImages()) {
         TargetChange change{TargetChange::Kind::Updated, m_run.FullName(m_table->name), 0};
-        Describe(change);
+        Describe(m_query, change);
         m_run.KeepImages(change, where);
     }
     m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Update));
@@ -197,17 +215,21 @@ void TargetRow::TellNameless() const {
     }
 }
 
-/// What is written. Bytes are left out: engines show them each in its own way.
-void TargetRow::Describe(TargetChange& change) const {
-    RowDigest digest;
-    for (int i = 0; i <= m_query.GetFieldsCount(); ++i) {
-        const auto& field = m_query.Field(i);
-        if (field.Type != DataType::Expression) {
-            change.columns.append(field.Name);
-            digest.Add(field.Value, field.Type);
-        }
+void TargetRow::TellInserted(const PendingRows::Id& id) const {
+    TargetChange change{TargetChange::Kind::Inserted, m_run.FullName(m_table->name), 0};
+    if (m_links.empty()) {
+        Describe(m_query, change);
+        m_run.TellChange(std::move(change), [id](TargetChange& told) { told.id = *id; });
+        return;
     }
-    change.digest = digest.Value();
+    m_run.TellChange(std::move(change), [id, query = m_query, links = m_links](TargetChange& told) {
+        ovQueryConstructor written = query;
+        for (const PendingRows::Link& link : links) {
+            written.AddUpdateField(link.column, QString::number(*link.id), DataType::NVarChar, true);
+        }
+        Describe(written, told);
+        told.id = *id;
+    });
 }
 
 } // namespace contract

@@ -3,7 +3,7 @@
 #include "core/Record.h"
 #include "core/RunObserver.h"
 #include "core/Schema.h"
-#include "sql/ovQueryConstructor.h"
+#include "sql/PendingRows.h"
 
 namespace contract {
 
@@ -20,6 +20,8 @@ public:
     /// Sets a column; a blank number or date is Null. Codes and texts that people read are written in upper case when
     /// the configuration says so (KEYFIELD_CHAR, TEXTFIELD_CHAR). Setting a column twice keeps the second value.
     TargetRow& Set(const QString& column, const QVariant& value) override;
+    /// Sets a column to the identity value of a new row, which may not be known yet.
+    TargetRow& SetId(const QString& column, const PendingRows::Id& id);
     /// What a column has been set to; none when it has not been.
     QVariant Value(const QString& column) const;
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way. The name
@@ -34,11 +36,12 @@ private:
     const schema::Column& Find(const QString& column) const;
     const QueryField* FieldOf(const QString& column) const;
     void TellNameless() const;
-    void Describe(TargetChange& change) const;
+    void TellInserted(const PendingRows::Id& id) const;
 
     ImportRun& m_run;
     const schema::Table* m_table;
     ovQueryConstructor m_query;
+    PendingRows::Links m_links;
     bool m_hasCreated = false;
     bool m_hasChanged = false;
 };

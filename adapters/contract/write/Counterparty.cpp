@@ -158,6 +158,14 @@ TargetRow CounterpartyWriter::NewRow(const QString& table) const {
     return row;
 }
 
+/// A row that hangs on an owner.
+TargetRow CounterpartyWriter::NewRow(const QString& table, const Owner& owner) const {
+    const QString key = QStringLiteral("TBKEY");
+    TargetRow row = NewRow(table);
+    row.Set(QStringLiteral("TBNAM"), owner.table);
+    return owner.id != nullptr ? row.SetId(key, owner.id) : row.Set(key, owner.key);
+}
+
 bool CounterpartyWriter::Hangs(const Owner& owner, const QString& table, const QString& column,
                                const std::function<bool(const QString&)>& isIt) const {
     if (!owner.known) {
@@ -203,9 +211,7 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
         m_run.Log(QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' non è un numero, scritto come '%3'")
                       .arg(m_run.RowKey(), number, stored));
     }
-    TargetRow row = NewRow(QStringLiteral("NUM_TEL"));
-    row.Set(QStringLiteral("TBNAM"), owner.table);
-    row.Set(QStringLiteral("TBKEY"), owner.key);
+    TargetRow row = NewRow(QStringLiteral("NUM_TEL"), owner);
     row.Set(QStringLiteral("NRDES"), label);
     row.Set(QStringLiteral("NRPRI"), Prefix);
     row.Set(QStringLiteral("NRNUM"), stored);
@@ -219,9 +225,7 @@ void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const 
               [&address](const QString& there) { return there.compare(address, Qt::CaseInsensitive) == 0; })) {
         return;
     }
-    TargetRow row = NewRow(QStringLiteral("IND_WEB"));
-    row.Set(QStringLiteral("TBNAM"), owner.table);
-    row.Set(QStringLiteral("TBKEY"), owner.key);
+    TargetRow row = NewRow(QStringLiteral("IND_WEB"), owner);
     row.Set(QStringLiteral("WBTIP"), kind);
     row.Set(QStringLiteral("WBDES"), label);
     row.Set(QStringLiteral("WBIND"), address);
@@ -268,8 +272,12 @@ QString CounterpartyWriter::ChildrenOf(const Owner& counterparty, const QString&
            QStringLiteral(" ORDER BY RECORD_ID");
 }
 
-Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table) {
+/// Nobody looks for the children of a counterparty that is new: what hangs on this one need not know its number.
+Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table, const Owner& counterparty) {
     row.Insert();
+    if (!counterparty.known) {
+        return {table, {}, false, m_run.LastRow(table)};
+    }
     const QString id = QString::number(m_run.LastId(table));
     m_met.insert(table + id);
     return {table, id};
@@ -284,7 +292,7 @@ Owner CounterpartyWriter::Contact(const Owner& counterparty, const QString& name
 
 Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact) {
     const auto met = Met(counterparty, contact, ContactTable, {QStringLiteral("RFNOM")});
-    return met ? *met : Insert(contact, ContactTable);
+    return met ? *met : Insert(contact, ContactTable, counterparty);
 }
 
 Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
@@ -298,7 +306,7 @@ Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
         branch.Set(QStringLiteral("CDSED"), free);
         m_run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come '%3'").arg(m_run.RowKey(), code, free));
     }
-    return Insert(branch, BranchTable);
+    return Insert(branch, BranchTable, counterparty);
 }
 
 /// The code, where another branch of the counterparty has it behind an "F", else the first number that is free.

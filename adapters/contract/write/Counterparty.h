@@ -10,9 +10,10 @@ inline const QString ContactTable = QStringLiteral("CON_RIF");
 
 /// The row that a telephone number or an address hangs on.
 struct Owner {
-    QString table;      ///< bare name: "CON_TRO", "CON_RIF" or "CON_SED"
-    QString key;        ///< its code or RECORD_ID
-    bool known = false; ///< whether it was there before the source row
+    QString table;           ///< bare name: "CON_TRO", "CON_RIF" or "CON_SED"
+    QString key;             ///< its code or RECORD_ID
+    bool known = false;      ///< whether it was there before the source row
+    PendingRows::Id id = {}; ///< RECORD_ID in place of the key; null: the key is known
 };
 
 /// The counterparty itself as owner.
@@ -125,12 +126,13 @@ public:
     Owner Branch(const Owner& counterparty, TargetRow& branch);
     /// A row of a table that hangs on a counterparty, with its creation moment.
     TargetRow NewRow(const QString& table) const;
+    TargetRow NewRow(const QString& table, const Owner& owner) const;
 
 private:
     std::optional<Owner> Met(const Owner& counterparty, const TargetRow& row, const QString& table,
                              const QStringList& alike);
     QString ChildrenOf(const Owner& counterparty, const QString& table) const;
-    Owner Insert(TargetRow& row, const QString& table);
+    Owner Insert(TargetRow& row, const QString& table, const Owner& counterparty);
     bool Hangs(const Owner& owner, const QString& table, const QString& column,
                const std::function<bool(const QString&)>& isIt) const;
     QString FreeBranchCode(const Owner& counterparty, const QString& code);

@@ -2,6 +2,8 @@
 
 #include "sql/errors.h"
 
+#include <QVersionNumber>
+
 namespace {
 
 constexpr QLatin1String NoSuchTable("1146");
@@ -37,4 +39,15 @@ QString MySqlIdentityColumn(Engine& engine, const QString& table) {
         name = rows->Value(0).toString();
     }
     return name;
+}
+
+bool IsMySqlReturning(Engine& engine) {
+    const QVersionNumber first(10, 5);
+    QString version; // "10.11.6-MariaDB-0+deb12u1"
+    const auto rows = engine.Query(QStringLiteral("SELECT VERSION()"));
+    while (rows->Next()) {
+        version = rows->Value(0).toString();
+    }
+    return version.contains(QLatin1String("MariaDB"), Qt::CaseInsensitive) &&
+           QVersionNumber::fromString(version) >= first;
 }

@@ -8,3 +8,5 @@ QString MySqlName(const QString& name);
 QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table);
 /// Name of the column of a table that the server numbers by itself; empty when there is none. Raises `SqlError`.
 QString MySqlIdentityColumn(Engine& engine, const QString& table);
+/// Whether the server is one of those of MariaDB that know INSERT .. RETURNING. Raises `SqlError`.
+bool IsMySqlReturning(Engine& engine);

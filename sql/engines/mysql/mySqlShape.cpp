@@ -10,7 +10,9 @@ namespace mySqlShape {
 
 StatementShape Of(StatementShape source) {
     using Kind = StatementShape::Value::Kind;
-    source.isCommon = source.isCommon && !source.shape.contains('#') &&
+    // What an INSERT returns is not told when it is prepared.
+    const bool returns = source.verb == StatementShape::Verb::Insert && source.shape.contains("RETURNING");
+    source.isCommon = source.isCommon && !returns && !source.shape.contains('#') &&
                       std::none_of(source.values.begin(), source.values.end(),
                                    [](const auto& value) { return value.kind == Kind::Float; });
     if (!source.isCommon) {

@@ -81,6 +81,8 @@ qint64 MariaDbOverOdbc::LastInsertId() {
     return known ? *known : Number(odbc::WordsOf(odbc::Dbms::MySql).identity);
 }
 
+bool MariaDbOverOdbc::ReturnsIdentities() { return TextDialect() == Dialect::MySql && IsMySqlReturning(*this); }
+
 QVector<ColumnInfo> MariaDbOverOdbc::Columns(const QString& table) { return MySqlColumns(*this, table); }
 
 void MariaDbOverOdbc::SetTriggersEnabled(const QString& table, bool enabled) {

@@ -1,0 +1,121 @@
+#include "sql/mod_ovTools.h"
+#include "sql/ovConnection.h"
+#include "sql/text/dialect.h"
+
+// How a connection goes ahead of a database that is far away: a round to a server takes as long as the server's work on
+// many rows.
+
+namespace {
+
+/// Values that are asked for at once.
+constexpr qsizetype MostAsked = 500;
+
+} // namespace
+
+/// Whether the database is far away, and gives what going ahead takes.
+bool ovConnection::CanGoAhead() {
+    if (!m_canGoAhead) {
+        m_canGoAhead = m_engine->ReturnsIdentities();
+    }
+    return *m_canGoAhead;
+}
+
+PendingRows::Id ovConnection::Insert(const ovQueryConstructor& row, const QString& identity,
+                                     const PendingRows::Links& links) {
+    const SqlText statement = row.MakeStatement(StatementKind::Insert);
+    if (!m_isAhead || m_lost) {
+        Execute(statement);
+        return std::make_shared<qint64>(LastInsertId());
+    }
+    Show(Written, Written ? statement.Text() : QString());
+    m_absent.Runs(statement.Shape());
+    for (const PendingRows::Link& link : links) {
+        m_absent.Forget(row.FullTableName(), link.column);
+    }
+    const PendingRows::Id id = m_pending.Add(row, identity, links);
+    if (m_pending.IsFull()) {
+        SendPending();
+    }
+    return id;
+}
+
+/// What a statement could see or depend on goes before it.
+void ovConnection::SendBefore(const QByteArray& statement, bool onlyReads) {
+    if (!onlyReads || m_pending.AreNamedIn(statement)) {
+        SendPending();
+    }
+    if (!onlyReads) {
+        SendMark();
+    }
+}
+
+void ovConnection::SendBefore(const QString& statement) {
+    if (m_isAhead) {
+        SendBefore(statement.toUtf8(), dialect::OnlyReads(statement));
+    }
+}
+
+void ovConnection::SendPending() {
+    if (m_pending.IsEmpty()) {
+        return;
+    }
+    if (m_pendingMark) {
+        Send(*m_pendingMark);
+        SendMark();
+    }
+    Send(m_pending.Count());
+}
+
+/// Whose row it was that failed is not known: nothing is asked about it, and all are done again one by one.
+void ovConnection::Send(size_t rows) {
+    m_pending.Send(rows, [this](const QString& statement, const std::vector<PendingRows::Id>& ids) {
+        size_t given = 0;
+        try {
+            const auto numbers = m_engine->Query(TextFor(*m_engine, statement));
+            for (; numbers->Next(); ++given) {
+                if (given < ids.size()) {
+                    *ids[given] = numbers->Value(0).toLongLong();
+                }
+            }
+        } catch (SqlError& error) {
+            NoticeLoss(error);
+            throw AheadError(error.Message());
+        }
+        if (given != ids.size()) {
+            throw AheadError(QStringLiteral("il database ha dato i numeri di %1 righe su %2")
+                                 .arg(QString::number(given), QString::number(ids.size())));
+        }
+    });
+}
+
+/// What was taken for true must be true for the database in the end.
+void ovConnection::MakeSure() {
+    for (const AbsentValues::Assumption& assumption : m_absent.Assumed()) {
+        MakeSure(assumption);
+    }
+}
+
+void ovConnection::MakeSure(const AbsentValues::Assumption& assumption) {
+    QStringList found;
+    for (qsizetype from = 0; from < assumption.absent.size(); from += MostAsked) {
+        QString query = QStringLiteral("SELECT %1 FROM %2 WHERE %1 IN (").arg(assumption.column, assumption.table);
+        QStringView lead;
+        for (const QString& value : assumption.absent.mid(from, MostAsked)) {
+            query += lead + mod_ovTools::FormatSqlValue(value, DataType::NVarChar, ProviderType);
+            lead = u", ";
+        }
+        for (Recordset rows = Ask(query + u')'); !rows.Eof(); rows.MoveNext()) {
+            found.append(rows.Fields(0).Value().toString());
+        }
+    }
+    if (!m_absent.Holds(assumption, found)) {
+        ++m_overtaken;
+        throw AheadError(
+            QStringLiteral("un altro programma ha scritto in %1.%2").arg(assumption.table, assumption.column));
+    }
+}
+
+/// A question of its own, which nobody is to decide about.
+Recordset ovConnection::Ask(const QString& query) {
+    return Recordset(m_engine->Query(TextFor(*m_engine, query)), query);
+}
