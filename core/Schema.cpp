@@ -103,16 +103,16 @@ QHash<QString, int> Positions() {
 } // namespace
 
 void Table::Add(Column column) {
-    m_positions.insert(column.name, static_cast<int>(columns.size()));
+    m_positions.emplace(column.name, columns.size());
     columns.push_back(std::move(column));
 }
 
 const Column* Table::FindColumn(const QString& column) const {
-    auto position = m_positions.constFind(column);
-    if (position == m_positions.constEnd()) {
-        position = m_positions.constFind(column.toUpper());
+    auto position = m_positions.find(column);
+    if (position == m_positions.end()) {
+        position = m_positions.find(column.toUpper());
     }
-    return position == m_positions.constEnd() ? nullptr : &columns[static_cast<std::size_t>(*position)];
+    return position == m_positions.end() ? nullptr : &columns[position->second];
 }
 
 const std::vector<Table>& Tables() {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "sql/nameHash.h"
 #include "sql/types.h"
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -54,7 +54,7 @@ public:
     void Add(Column column);
 
 private:
-    QHash<QString, int> m_positions; ///< by name in upper case
+    NameMap<std::size_t> m_positions; ///< by name in upper case
 };
 
 /// All tables, by subject.

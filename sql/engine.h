@@ -1,8 +1,8 @@
 #pragma once
 
+#include "sql/nameHash.h"
 #include "sql/SqlText.h"
 
-#include <QHash>
 #include <QStringList>
 #include <QVariant>
 
@@ -18,19 +18,20 @@ class ColumnPositions {
 public:
     /// Position of the first column of that name, in any case; -1 when there is none.
     int Of(const QString& name, const QStringList& columns) {
-        auto known = m_known.constFind(name);
-        if (known == m_known.constEnd()) {
+        auto known = m_known.find(name);
+        if (known == m_known.end()) {
             const auto found = std::find_if(columns.begin(), columns.end(), [&name](const QString& column) {
                 return column.compare(name, Qt::CaseInsensitive) == 0;
             });
-            known = m_known.insert(name, found == columns.end() ? -1 : static_cast<int>(found - columns.begin()));
+            const int position = found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+            known = m_known.emplace(name, position).first;
         }
-        return *known;
+        return known->second;
     }
     void Clear() { m_known.clear(); }
 
 private:
-    QHash<QString, int> m_known;
+    NameMap<int> m_known;
 };
 
 /// The rows of a query, read forward one at a time: memory does not grow with the rows read.
@@ -94,6 +95,9 @@ public:
     /// Whether an INSERT of several rows, VALUES (..), (..), gives back the identity values of all, in their order,
     /// when RETURNING and the column stand behind it, and takes the word DEFAULT for a value.
     virtual bool ReturnsIdentities() { return false; }
+    /// Whether what a transaction reads stays as it was until its end, but for what its own statements write: it sees
+    /// nothing of others, and there are no triggers.
+    virtual bool KeepsItsView() { return false; }
     /// Whether a column holds each text as it is written, and Null in rows whose INSERT does not name it; false where
     /// the database cannot tell.
     virtual bool KeepsTexts(const QString& /*table*/, const QString& /*column*/) { return false; }

@@ -182,6 +182,9 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 }
 
 Recordset ovConnection::ExecuteWC(const QString& query) {
+    if (m_isAhead && IsQuery(query)) {
+        return ExecuteWC(SqlText::Of(query, ProviderType));
+    }
     return WithDecision([&] {
         Engine& engine = Opened(query);
         RefuseWriting(query);
@@ -217,6 +220,17 @@ auto ovConnection::Apart(const SqlText& statement, const Run& run) {
     return run(*m_engine);
 }
 
+/// The answer that is known from before, or the server's.
+std::unique_ptr<Cursor> ovConnection::QueryAhead(const SqlText& query) {
+    const bool isLookUp = query.Shape().verb == StatementShape::Verb::Select && query.Shape().isCommon;
+    auto answer = isLookUp ? m_answers.Find(query.Shape()) : nullptr;
+    if (answer == nullptr) {
+        answer = Apart(query, [&](Engine& engine) { return engine.QueryApart(query); });
+        return isLookUp ? m_answers.Keep(query.Shape(), std::move(answer)) : std::move(answer);
+    }
+    return answer;
+}
+
 qint64 ovConnection::Execute(const SqlText& statement) {
     return WithDecision([&] { return Apart(statement, [&](Engine& engine) { return engine.RunApart(statement); }); });
 }
@@ -225,8 +239,12 @@ Recordset ovConnection::ExecuteWC(const SqlText& query) {
     if (Layout) {
         return ExecuteWC(query.Text());
     }
-    return WithDecision(
-        [&] { return Apart(query, [&](Engine& engine) { return Recordset(engine.QueryApart(query), query); }); });
+    return WithDecision([&] {
+        if (m_isAhead && !m_lost && m_keepsAnswers) {
+            return Recordset(QueryAhead(query), query);
+        }
+        return Apart(query, [&](Engine& engine) { return Recordset(engine.QueryApart(query), query); });
+    });
 }
 
 qint64 ovConnection::ExecuteCommand(const QString& query) {
@@ -355,6 +373,8 @@ void ovConnection::RollbackToMark() {
     const QString statement = QStringLiteral("ROLLBACK TO SAVEPOINT QDX_ROW");
     Engine& engine = Opened(statement);
     m_absent.TakenBack(m_mark);
+    m_answers.Clear();
+    ForgetNewTexts();
     if (m_pendingMark) {
         m_pending.Drop(*m_pendingMark);
         return;
@@ -403,6 +423,8 @@ void ovConnection::EndTrans() {
     m_absent.EndAssuming();
     m_pending.Clear();
     m_pendingMark.reset();
+    m_answers.Clear();
+    ForgetNewTexts();
 }
 
 qint64 ovConnection::LastInsertId() { return Opened({}).LastInsertId(); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sql/AbsentValues.h"
+#include "sql/KnownAnswers.h"
 #include "sql/NameLayout.h"
 #include "sql/ovDatabase.h"
 #include "sql/ovErrors.h"
@@ -127,6 +128,7 @@ public:
     bool IsAbsent(const QString& table, const QString& column, const QString& value) override;
     QVariant GetMaxValue(const QString& table, const QString& column, const QString& where = {},
                          const QVariant& defaultValue = 0) override;
+    void InsertRow(const ovQueryConstructor& row) override { Insert(row, QStringLiteral("RECORD_ID")); }
     Provider GetProviderType() const override { return ProviderType; }
     void SetTriggersEnabled(const QString& table, bool enabled) override;
     /// As the engine tells them (`Engine`), of a table by its physical name. Raise `SqlError`.
@@ -162,6 +164,7 @@ private:
     void MakeSure();
     void MakeSure(const AbsentValues::Assumption& assumption);
     Recordset Ask(const QString& query);
+    std::unique_ptr<Cursor> QueryAhead(const SqlText& query);
     void EndTrans();
     qint64 Truncate(Engine& engine, const QString& statement);
     bool TellDoubt(SqlError& error, const QString& statement) const;
@@ -183,7 +186,9 @@ private:
     bool m_inTransaction = false;
     bool m_lost = false;
     bool m_isAhead = false;
-    std::optional<bool> m_canGoAhead;    ///< none: the database has not been asked
+    std::optional<bool> m_canGoAhead; ///< none: the database has not been asked
+    bool m_keepsAnswers = false;      ///< of queries, while it is ahead
+    KnownAnswers m_answers;
     int m_overtaken = 0;                 ///< times that others had written what was taken to be absent
     PendingRows m_pending;               ///< rows that wait to be sent
     std::optional<size_t> m_pendingMark; ///< how many there were at a mark that waits as well

@@ -16,6 +16,7 @@ constexpr qsizetype MostAsked = 500;
 bool ovConnection::CanGoAhead() {
     if (!m_canGoAhead) {
         m_canGoAhead = m_engine->ReturnsIdentities();
+        m_keepsAnswers = *m_canGoAhead && m_engine->KeepsItsView();
     }
     return *m_canGoAhead;
 }
@@ -29,6 +30,7 @@ PendingRows::Id ovConnection::Insert(const ovQueryConstructor& row, const QStrin
     }
     Show(Written, Written ? statement.Text() : QString());
     m_absent.Runs(statement.Shape());
+    m_answers.Forget(row.FullTableName());
     for (const PendingRows::Link& link : links) {
         m_absent.Forget(row.FullTableName(), link.column);
     }
@@ -46,6 +48,8 @@ void ovConnection::SendBefore(const QByteArray& statement, bool onlyReads) {
     }
     if (!onlyReads) {
         SendMark();
+        m_answers.Clear();
+        ForgetNewTexts();
     }
 }
 

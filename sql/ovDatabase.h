@@ -4,6 +4,11 @@
 #include "sql/Recordset.h"
 #include "sql/types.h"
 
+#include <QHash>
+#include <QSet>
+
+class ovQueryConstructor;
+
 /// What is known of a table by its name.
 struct TableInfo {
     QString keyColumn;           ///< its code column, for example "CDIVA" of TAB_IVA; empty when it has none
@@ -51,6 +56,8 @@ public:
     QString GetFieldTypeText(const QString& table, const QString& column, const QString& defaultText = "char");
     /// Code column and columns of a table, by its bare name.
     TableInfo GetTableInfo(const QString& table);
+    /// Inserts a row whose identity value nobody asks for.
+    virtual void InsertRow(const ovQueryConstructor& row) = 0;
     /// Switches the triggers of a table (physical name) off or on again, around a bulk load.
     void AlterTriggersStatus(const QString& fullTableName, bool enabled);
     /// Writes (or rewrites) the text of a record's field in a language into the shared language table.
@@ -62,4 +69,12 @@ public:
     /// Writes an image file (BMP, JPEG, PNG, GIF) as JPEG. @param quality 0 (smallest) to 100. Raises `PictureError`
     /// when it cannot be read, `ImportError` when the JPEG cannot be written.
     static void ConvertToJpeg(const QString& imageFile, const QString& jpegFile, int quality = 90);
+
+protected:
+    /// The texts of `SetLanguageTextValue` may have been changed otherwise, or taken back.
+    void ForgetNewTexts() { m_newTexts.clear(); }
+
+private:
+    /// Texts of records that had none: all that these have. By the record's key, each with table, column and language.
+    QHash<QString, QSet<QString>> m_newTexts;
 };

@@ -21,8 +21,14 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     query.ProviderType = GetProviderType();
     query.SetTable(QStringLiteral("SYS_LNG"));
     query.AddUpdateField(QStringLiteral("LNTXT"), text, DataType::NText);
-    const bool isNew = IsAbsent(QStringLiteral("SYS_LNG"), QStringLiteral("LNKEY"), key) ||
-                       ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof();
+    const QString which = fullTableName + u'\n' + column + u'\n' + language;
+    auto texts = m_newTexts.find(key);
+    if (texts == m_newTexts.end() && IsAbsent(QStringLiteral("SYS_LNG"), QStringLiteral("LNKEY"), key)) {
+        texts = m_newTexts.insert(key, {});
+    }
+    const bool isNew = texts != m_newTexts.end()
+                           ? !texts->contains(which)
+                           : ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof();
     if (!isNew) {
         query.WhereString = where;
         Execute(query.MakeStatement(StatementKind::Update));
@@ -32,7 +38,10 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     query.AddUpdateField(QStringLiteral("LNFLD"), column, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNKEY"), key, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
-    Execute(query.MakeStatement(StatementKind::Insert));
+    InsertRow(query);
+    if (texts != m_newTexts.end()) {
+        texts->insert(which);
+    }
     return true;
 }
 

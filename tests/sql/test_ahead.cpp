@@ -122,6 +122,58 @@ private slots:
         QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM AHEAD_A"), 3);
     }
 
+    void AQuestionIsAskedOnce_data() {
+        using Work = std::function<void(ovConnection & connection)>;
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<Work>("between");
+        QTest::addColumn<int>("asked");
+        const auto row = [](const char* name, int asked, const Work& between) {
+            for (const char* way : {"client", "ODBC"}) {
+                QTest::addRow("%s, %s", way, name) << way << between << asked;
+            }
+        };
+        row("nothing between", 1, [](ovConnection&) {});
+        row("a row of the table", 2, [](ovConnection& connection) { Insert(connection, "a"); });
+        row("a row of another table", 1, [](ovConnection& connection) {
+            connection.Insert(NewRow("AHEAD_B", {{"CODE", "b"}}), "RECORD_ID");
+        });
+        row("a statement", 2, [](ovConnection& connection) { connection.Execute("DELETE FROM AHEAD_B"); });
+        row("a row taken back", 2, [](ovConnection& connection) {
+            connection.SetMark();
+            Insert(connection, "a");
+            connection.RollbackToMark();
+        });
+        row("another transaction", 2, [](ovConnection& connection) {
+            connection.CommitTrans();
+            connection.BeginTrans(true);
+        });
+    }
+    /// The answers are those of the database, however many rows they have.
+    void AQuestionIsAskedOnce() {
+        using Work = std::function<void(ovConnection & connection)>;
+        OPEN(connection);
+        QFETCH(const Work, between);
+        QFETCH(const int, asked);
+        MakeTables(connection);
+        connection.Execute("INSERT INTO AHEAD_A (CODE, OWNER) SELECT CONCAT('n', seq), 'many' FROM seq_1_to_9");
+        connection.BeginTrans(true);
+        int count = 0;
+        connection.Trace = [&count](const QString& text) {
+            count += text.startsWith("SELECT RECORD_ID, KIND") ? 1 : 0;
+        };
+        for (const bool again : {false, true}) {
+            if (again) {
+                between(connection);
+            }
+            QCOMPARE(RowsOf(connection, "SELECT RECORD_ID, KIND FROM AHEAD_A WHERE CODE = '000007'"),
+                     QStringList{"1|usual"});
+            QCOMPARE(RowsOf(connection, "SELECT CODE FROM AHEAD_A WHERE OWNER = 'many'").size(), 9);
+            QCOMPARE(RowsOf(connection, "SELECT CODE FROM AHEAD_A WHERE OWNER = 'none'"), QStringList());
+        }
+        connection.CommitTrans();
+        QCOMPARE(count, asked);
+    }
+
     void WhatDoesNotHold_data() {
         using Work = std::function<void(ovConnection & connection, ovConnection & other)>;
         QTest::addColumn<QString>("way");

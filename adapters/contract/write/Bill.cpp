@@ -49,6 +49,7 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     m_quantities.clear();
+    m_phases.clear();
     QString condition = Equals(session, "DBART", head.article);
     if (!head.revision.isNull()) {
         condition += QStringLiteral(" AND DBREV = ") +
@@ -84,8 +85,13 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
 qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const int sequence = phase.sequence == 0 ? FirstPhase : phase.sequence;
+    // A bill that is new has the phases alone that were written for it.
+    const bool mayBeThere = m_wasThere || m_phases.contains(sequence);
     const qint64 known =
-        IdWhere(session, "DIS_FAS", Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("DLSEQ", sequence));
+        mayBeThere
+            ? IdWhere(session, "DIS_FAS", Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("DLSEQ", sequence))
+            : 0;
+    m_phases.insert(sequence);
     TargetRow row(m_run, "DIS_FAS");
     row.Set("IDDIS", m_bill);
     row.Set("DLSEQ", sequence);
@@ -130,10 +136,13 @@ void BillWriter::Write(const Component& component, qint64 phase, const std::func
     Session& session = m_run.GetSession();
     const bool addsToAnother =
         component.repeated == Repeated::Adds && m_quantities.contains(component.article.toUpper());
+    const bool mayBeThere = m_wasThere || m_quantities.contains(component.article.toUpper());
     const double quantity = QuantityOf(component);
-    const qint64 known = IdWhere(session, "DIS_COM",
-                                 Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
-                                     Equals(session, "DCART", component.article));
+    const qint64 known = mayBeThere
+                             ? IdWhere(session, "DIS_COM",
+                                       Equals("IDDIS", m_bill) + QStringLiteral(" AND") + QStringLiteral("      ") +
+                                           Equals(session, "DCART", component.article))
+                             : 0;
     TargetRow row(m_run, "DIS_COM");
     row.Set("IDDIS", m_bill);
     row.Set("IDDBL", phase);

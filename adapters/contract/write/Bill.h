@@ -98,6 +98,7 @@ private:
     qint64 m_bill = 0;
     bool m_wasThere = false;             ///< the bill begun last
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
+    QSet<int> m_phases;                  ///< of the bill begun last, by sequence
 };
 
 /// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill

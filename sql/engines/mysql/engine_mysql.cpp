@@ -66,6 +66,7 @@ public:
 
     QVector<ColumnInfo> Columns(const QString& table) override { return MySqlColumns(*this, table); }
     bool ReturnsIdentities() override { return IsMySqlReturning(*this); }
+    bool KeepsItsView() override { return KeepsMySqlView(*this); }
 
     void SetTriggersEnabled(const QString& table, bool enabled) override {
         SwitchMySqlTriggers(*this, table, enabled, m_inTransaction);

@@ -1,5 +1,6 @@
 #include "sql/engines/mysql/mySqlCatalog.h"
 
+#include "sql/engines/mysql/mySqlRights.h"
 #include "sql/errors.h"
 
 #include <QVersionNumber>
@@ -7,6 +8,16 @@
 namespace {
 
 constexpr QLatin1String NoSuchTable("1146");
+
+/// The first value of a query.
+QString Answer(Engine& engine, const QString& query) {
+    QString answer;
+    const auto rows = engine.Query(query);
+    while (rows->Next()) {
+        answer = rows->Value(0).toString();
+    }
+    return answer;
+}
 
 } // namespace
 
@@ -43,11 +54,14 @@ QString MySqlIdentityColumn(Engine& engine, const QString& table) {
 
 bool IsMySqlReturning(Engine& engine) {
     const QVersionNumber first(10, 5);
-    QString version; // "10.11.6-MariaDB-0+deb12u1"
-    const auto rows = engine.Query(QStringLiteral("SELECT VERSION()"));
-    while (rows->Next()) {
-        version = rows->Value(0).toString();
-    }
+    const QString version = Answer(engine, QStringLiteral("SELECT VERSION()")); // "10.11.6-MariaDB-0+deb12u1"
     return version.contains(QLatin1String("MariaDB"), Qt::CaseInsensitive) &&
            QVersionNumber::fromString(version) >= first;
+}
+
+bool KeepsMySqlView(Engine& engine) {
+    return Answer(engine, QStringLiteral("SELECT @@tx_isolation")) == QLatin1String("REPEATABLE-READ") &&
+           Answer(engine, QStringLiteral("SELECT COUNT(*) FROM information_schema.TRIGGERS WHERE TRIGGER_SCHEMA = "
+                                         "DATABASE()")) == QLatin1String("0") &&
+           mySqlRights::IsGranted(engine, QStringLiteral("TRIGGER"), QString());
 }

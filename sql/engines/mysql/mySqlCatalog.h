@@ -10,3 +10,6 @@ QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table);
 QString MySqlIdentityColumn(Engine& engine, const QString& table);
 /// Whether the server is one of those of MariaDB that know INSERT .. RETURNING. Raises `SqlError`.
 bool IsMySqlReturning(Engine& engine);
+/// Whether a transaction sees nothing of what others write, and the user sees that there are no triggers. Raises
+/// `SqlError`.
+bool KeepsMySqlView(Engine& engine);

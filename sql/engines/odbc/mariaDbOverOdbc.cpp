@@ -83,6 +83,8 @@ qint64 MariaDbOverOdbc::LastInsertId() {
 
 bool MariaDbOverOdbc::ReturnsIdentities() { return TextDialect() == Dialect::MySql && IsMySqlReturning(*this); }
 
+bool MariaDbOverOdbc::KeepsItsView() { return KeepsMySqlView(*this); }
+
 QVector<ColumnInfo> MariaDbOverOdbc::Columns(const QString& table) { return MySqlColumns(*this, table); }
 
 void MariaDbOverOdbc::SetTriggersEnabled(const QString& table, bool enabled) {

@@ -19,6 +19,7 @@ public:
     QString LineWarning() override;
     qint64 LastInsertId() override;
     bool ReturnsIdentities() override;
+    bool KeepsItsView() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
     QStringList TriggerObstacles(const QString& table) override;

@@ -81,6 +81,10 @@ DbmsWords WordsOf(Dbms dbms) {
         words.triggers = QStringLiteral("ALTER TABLE %1 %2 TRIGGER ALL");
         break;
     case Dbms::Oracle:
+        // Each identity column has a sequence of its own; what a trigger inserts elsewhere does not move it.
+        words.sequence =
+            QStringLiteral("SELECT SEQUENCE_NAME FROM USER_TAB_IDENTITY_COLS WHERE TABLE_NAME = UPPER('%1')");
+        words.current = QStringLiteral("SELECT \"%1\".CURRVAL FROM DUAL");
         words.triggers = QStringLiteral("ALTER TABLE %1 %2 ALL TRIGGERS");
         break;
     case Dbms::MySql:

@@ -13,10 +13,13 @@ enum class Dbms { Other, SqlServer, MySql, Oracle };
 struct DbmsWords {
     QString identity;   ///< query for the identity value that was given last
     QString withInsert; ///< query for it that goes along with the INSERT, which alone knows it; empty: `identity` does
-    QString mark;       ///< marks a point of the open transaction
-    QString toMark;     ///< goes back to it
-    QString stands;     ///< query that gives 1 while a transaction is open; empty: a failing statement ends none
-    QString triggers;   ///< switches the triggers of table %1, %2 being ENABLE or DISABLE; empty: there is no switch
+    QString
+        sequence;    ///< query for the sequence that numbers table %1; empty: the database tells by itself what it gave
+    QString current; ///< query for the number that sequence %1 has given this session last
+    QString mark;    ///< marks a point of the open transaction
+    QString toMark;  ///< goes back to it
+    QString stands;  ///< query that gives 1 while a transaction is open; empty: a failing statement ends none
+    QString triggers; ///< switches the triggers of table %1, %2 being ENABLE or DISABLE; empty: there is no switch
 };
 DbmsWords WordsOf(Dbms dbms);
 

@@ -7,6 +7,7 @@
 #include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/engines/odbc/odbcText.h"
 #include "sql/text/dialect.h"
+#include "sql/text/writtenParts.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -50,6 +51,9 @@ qint64 OdbcEngine::Run(const QString& statement) {
 bool OdbcEngine::NoticeInsert(const QString& statement) {
     const bool isInsert = StatementShape::VerbOf(statement.toUtf8()) == StatementShape::Verb::Insert;
     m_identity = isInsert ? 0 : m_identity;
+    if (isInsert && m_dbms == odbc::Dbms::Oracle) {
+        m_inserted = writtenParts::TableName(statement);
+    }
     return isInsert;
 }
 
@@ -108,7 +112,27 @@ QString OdbcEngine::LineWarning() {
 
 qint64 OdbcEngine::LastInsertId() {
     const odbc::DbmsWords words = odbc::WordsOf(m_dbms);
+    if (!words.sequence.isEmpty()) {
+        return m_inserted.isEmpty() ? 0 : CurrentOfSequence(words);
+    }
     return words.withInsert.isEmpty() ? Number(words.identity) : m_identity;
+}
+
+/// Raises `SqlError` for a table that nothing numbers.
+qint64 OdbcEngine::CurrentOfSequence(const odbc::DbmsWords& words) {
+    QString& sequence = m_sequences[m_inserted];
+    if (sequence.isEmpty()) {
+        const QString query = words.sequence.arg(m_inserted);
+        const auto names = Query(query);
+        while (names->Next()) {
+            sequence = names->Value(0).toString();
+        }
+        if (sequence.isEmpty()) {
+            throw SqlError(query,
+                           QStringLiteral("la tabella '%1' non ha una colonna che il database numera").arg(m_inserted));
+        }
+    }
+    return Number(words.current.arg(sequence));
 }
 
 QStringList OdbcEngine::Tables() {

@@ -56,6 +56,7 @@ protected:
 
 private:
     bool NoticeInsert(const QString& statement);
+    qint64 CurrentOfSequence(const odbc::DbmsWords& words);
 
     std::shared_ptr<OdbcConnection> m_connection;
     odbc::Dbms m_dbms;
@@ -65,5 +66,7 @@ private:
     RowLocks m_rowLocks;      ///< where the user may take no others
     FileLocks m_machineLocks; ///< where the database has none
     bool m_inTransaction = false;
+    QString m_inserted;                  ///< table of the last INSERT, where its sequence has to be asked
+    QHash<QString, QString> m_sequences; ///< by table
     qint64 m_identity = 0; ///< given by the last INSERT, where it tells it itself; 0: by none that has told it
 };
