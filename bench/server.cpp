@@ -131,7 +131,12 @@ private:
         }
         const bool isDone = !session.Results.isEmpty() && session.Results.last().outcome == RunResult::Outcome::Done;
         if (!isDone || session.Results.last().givenUpCount * BadRowOf > session.Results.last().sourceRows * 2) {
-            throw std::runtime_error("the import did not come to its end");
+            QString why;
+            if (!session.Results.isEmpty()) {
+                const RunResult& result = session.Results.last();
+                why = result.errors.value(0, result.givenUp.value(0).reason);
+            }
+            throw std::runtime_error("the import did not come to its end: " + why.toStdString());
         }
     }
 

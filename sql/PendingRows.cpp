@@ -7,9 +7,16 @@
 
 namespace {
 
-/// What a server takes as one statement, whatever it is set to: a quarter of the least.
-constexpr qsizetype MostCharacters = 256 * 1024;
 constexpr size_t MostRows = 1000;
+
+/// Bytes of a text in UTF-8; of one outside the first plane each half counts for two.
+qsizetype Utf8Size(QStringView text) {
+    return std::accumulate(text.begin(), text.end(), qsizetype(0), [](qsizetype sum, QChar c) {
+        constexpr char16_t oneByte = 0x80;
+        constexpr char16_t twoBytes = 0x800;
+        return sum + (c.unicode() < oneByte ? 1 : c.unicode() < twoBytes || c.isSurrogate() ? 2 : 3);
+    });
+}
 
 } // namespace
 
@@ -17,10 +24,10 @@ bool PendingRows::Row::IsReady() const {
     return std::all_of(links.begin(), links.end(), [](const Link& link) { return *link.id != 0; });
 }
 
-/// Characters of its values.
+/// Bytes of its values, at least, with what stands between them.
 qsizetype PendingRows::Row::Size() const {
     return std::accumulate(values.begin(), values.end(), qsizetype(0),
-                           [](qsizetype sum, const QString& value) { return sum + value.size(); });
+                           [](qsizetype sum, const QString& value) { return sum + Utf8Size(value) + 2; });
 }
 
 /// The literal of a column. One that the row does not have takes what the table gives it, as if no INSERT named it.
@@ -54,7 +61,10 @@ PendingRows::Id PendingRows::Add(const ovQueryConstructor& row, const QString& i
     return added.id;
 }
 
-bool PendingRows::IsFull() const { return m_rows.size() >= MostRows || m_size >= MostCharacters; }
+bool PendingRows::IsFull(qsizetype longest) const {
+    constexpr qsizetype tables = 8;
+    return m_rows.size() >= MostRows || m_size >= tables * longest;
+}
 
 bool PendingRows::AreNamedIn(const QByteArray& statement) const {
     const QByteArray text = statement.toUpper();
@@ -62,7 +72,7 @@ bool PendingRows::AreNamedIn(const QByteArray& statement) const {
                        [&text](const QByteArray& table) { return text.contains(table); });
 }
 
-void PendingRows::Send(size_t count, const Sender& send) {
+void PendingRows::Send(size_t count, qsizetype longest, const Sender& send) {
     const auto end = m_rows.begin() + static_cast<std::ptrdiff_t>(count);
     std::vector<Rows> tables;
     for (auto row = m_rows.begin(); row != end; ++row) {
@@ -83,19 +93,29 @@ void PendingRows::Send(size_t count, const Sender& send) {
         if (next == tables.end()) {
             throw AheadError(QStringLiteral("righe nuove che aspettano l'una il numero dell'altra"));
         }
-        SendTable(*next, send);
+        SendTable(*next, longest, send);
         if (next->empty()) {
             tables.erase(next);
         }
     }
 }
 
-/// Sends the rows of a table up to the first one that waits for another.
-void PendingRows::SendTable(Rows& rows, const Sender& send) {
-    const auto end = std::find_if(rows.begin(), rows.end(), [](const Row& row) { return !row.IsReady(); });
+/// Sends the rows of a table up to the first one that waits for another, or as many as a statement holds.
+void PendingRows::SendTable(Rows& rows, qsizetype longest, const Sender& send) {
+    // A row may have "DEFAULT, " for each column that others have.
+    constexpr qsizetype ofDefault = 9;
+    const qsizetype least =
+        ofDefault * static_cast<qsizetype>(ColumnsOf(&*rows.begin(), &*rows.begin() + rows.size()).size());
+    constexpr qsizetype head = 4 * 1024;
+    qsizetype size = head;
+    auto end = rows.begin();
     std::vector<Id> ids;
-    for (auto row = rows.begin(); row != end; ++row) {
-        ids.push_back(row->id);
+    for (; end != rows.end() && end->IsReady(); ++end) {
+        size += end->Size() + least;
+        if (size > longest && end != rows.begin()) {
+            break;
+        }
+        ids.push_back(end->id);
     }
     send(Together(&*rows.begin(), &*rows.begin() + ids.size()), ids);
     rows.erase(rows.begin(), end);
@@ -115,7 +135,8 @@ void PendingRows::Erase(Rows::iterator first, Rows::iterator last) {
     }
 }
 
-QString PendingRows::Together(const Row* first, const Row* last) {
+/// The columns of some rows, each once.
+QStringList PendingRows::ColumnsOf(const Row* first, const Row* last) {
     QStringList columns;
     for (const Row* row = first; row != last; ++row) {
         for (const QString& column : row->columns) {
@@ -124,6 +145,11 @@ QString PendingRows::Together(const Row* first, const Row* last) {
             }
         }
     }
+    return columns;
+}
+
+QString PendingRows::Together(const Row* first, const Row* last) {
+    const QStringList columns = ColumnsOf(first, last);
     QString text = QStringLiteral("INSERT INTO %1 (%2) VALUES").arg(first->table, columns.join(QStringLiteral(", ")));
     for (const Row* row = first; row != last; ++row) {
         text += row == first ? QStringView(u"\r\n(") : QStringView(u",\r\n(");

@@ -25,13 +25,14 @@ public:
     Id Add(const ovQueryConstructor& row, const QString& identity, const Links& links);
     bool IsEmpty() const { return m_rows.empty(); }
     size_t Count() const { return m_rows.size(); }
-    /// Whether there are as many as should go together.
-    bool IsFull() const;
+    /// Whether there are as many as should go together. @param longest statement, in bytes
+    bool IsFull(qsizetype longest) const;
     /// Whether a statement may read one of their tables.
     bool AreNamedIn(const QByteArray& statement) const;
     /// Sends the first `count` rows, which are no longer pending then: the tables in the order of their first rows, but
-    /// behind those that they take identity values of, and the rows of each in theirs.
-    void Send(size_t count, const Sender& send);
+    /// behind those that they take identity values of, and the rows of each in theirs. @param longest statement, in
+    /// bytes
+    void Send(size_t count, qsizetype longest, const Sender& send);
     /// Drops all but the first `count` rows.
     void Drop(size_t count);
     void Clear() { Drop(0); }
@@ -51,10 +52,11 @@ private:
     };
     using Rows = std::vector<Row>;
     void Erase(Rows::iterator first, Rows::iterator last);
+    static QStringList ColumnsOf(const Row* first, const Row* last);
     static QString Together(const Row* first, const Row* last);
-    static void SendTable(Rows& rows, const Sender& send);
+    static void SendTable(Rows& rows, qsizetype longest, const Sender& send);
 
     Rows m_rows;
     QByteArrayList m_tables; ///< of the rows, in upper case; some that were sent may be among them
-    qsizetype m_size = 0;    ///< characters of all values
+    qsizetype m_size = 0;    ///< bytes of all values
 };

@@ -92,9 +92,10 @@ public:
     /// themselves: by another connection, by a trigger. Within a transaction others change nothing. Nothing where the
     /// database cannot tell.
     virtual std::optional<qint64> ChangesOfOthers() { return std::nullopt; }
-    /// Whether an INSERT of several rows, VALUES (..), (..), gives back the identity values of all, in their order,
-    /// when RETURNING and the column stand behind it, and takes the word DEFAULT for a value.
-    virtual bool ReturnsIdentities() { return false; }
+    /// How long an INSERT of several rows, VALUES (..), (..), may be, in bytes, that takes the word DEFAULT for a value
+    /// and gives back the identity values of all rows, in their order, when RETURNING and the column stand behind it;
+    /// 0: there is none.
+    virtual qsizetype LongestInsert() { return 0; }
     /// Whether what a transaction reads stays as it was until its end, but for what its own statements write: it sees
     /// nothing of others, and there are no triggers.
     virtual bool KeepsItsView() { return false; }

@@ -52,7 +52,7 @@ void ovConnection::CloseConnection() {
     m_lost = false;
     m_absent.Clear();
     m_othersChanges.reset();
-    m_canGoAhead.reset();
+    m_longest.reset();
     m_overtaken = 0;
 }
 

@@ -186,7 +186,8 @@ private:
     bool m_inTransaction = false;
     bool m_lost = false;
     bool m_isAhead = false;
-    std::optional<bool> m_canGoAhead; ///< none: the database has not been asked
+    /// Bytes of an INSERT of rows that wait; 0: rows cannot wait; none: the database has not been asked.
+    std::optional<qsizetype> m_longest;
     bool m_keepsAnswers = false;      ///< of queries, while it is ahead
     KnownAnswers m_answers;
     int m_overtaken = 0;                 ///< times that others had written what was taken to be absent

@@ -14,11 +14,11 @@ constexpr qsizetype MostAsked = 500;
 
 /// Whether the database is far away, and gives what going ahead takes.
 bool ovConnection::CanGoAhead() {
-    if (!m_canGoAhead) {
-        m_canGoAhead = m_engine->ReturnsIdentities();
-        m_keepsAnswers = *m_canGoAhead && m_engine->KeepsItsView();
+    if (!m_longest) {
+        m_longest = m_engine->LongestInsert();
+        m_keepsAnswers = *m_longest > 0 && m_engine->KeepsItsView();
     }
-    return *m_canGoAhead;
+    return *m_longest > 0;
 }
 
 PendingRows::Id ovConnection::Insert(const ovQueryConstructor& row, const QString& identity,
@@ -35,7 +35,7 @@ PendingRows::Id ovConnection::Insert(const ovQueryConstructor& row, const QStrin
         m_absent.Forget(row.FullTableName(), link.column);
     }
     const PendingRows::Id id = m_pending.Add(row, identity, links);
-    if (m_pending.IsFull()) {
+    if (m_pending.IsFull(*m_longest)) {
         SendPending();
     }
     return id;
@@ -72,8 +72,11 @@ void ovConnection::SendPending() {
 
 /// Whose row it was that failed is not known: nothing is asked about it, and all are done again one by one.
 void ovConnection::Send(size_t rows) {
-    m_pending.Send(rows, [this](const QString& statement, const std::vector<PendingRows::Id>& ids) {
+    m_pending.Send(rows, *m_longest, [this](const QString& statement, const std::vector<PendingRows::Id>& ids) {
         size_t given = 0;
+        if (statement.toUtf8().size() > *m_longest) { // one row alone
+            throw AheadError(QStringLiteral("una riga nuova è troppo lunga per andare con altre"));
+        }
         try {
             const auto numbers = m_engine->Query(TextFor(*m_engine, statement));
             for (; numbers->Next(); ++given) {

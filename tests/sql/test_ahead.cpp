@@ -48,7 +48,7 @@ class TestAhead : public QObject {
             connection.Execute("DROP TABLE IF EXISTS " + QString(table));
             connection.Execute("CREATE TABLE " + QString(table) +
                                " (RECORD_ID INT AUTO_INCREMENT PRIMARY KEY, CODE VARCHAR(20) UNIQUE, OWNER VARCHAR(20),"
-                               " KIND VARCHAR(20) DEFAULT 'usual') DEFAULT CHARSET utf8mb4");
+                               " KIND VARCHAR(200) DEFAULT 'usual') DEFAULT CHARSET utf8mb4");
         }
         connection.Execute("INSERT INTO AHEAD_A (CODE) VALUES ('000007')");
     }
@@ -270,6 +270,26 @@ private slots:
             QVERIFY(!IsAbsent(connection, "a"));
             connection.CommitTrans();
         }
+    }
+
+    void ManyRows_data() { MariaDbServer::Ways(); }
+    /// As many as go together, in transactions one after the other.
+    void ManyRows() {
+        OPEN(connection);
+        MakeTables(connection);
+        constexpr int rows = 2500;
+        for (int round = 0; round < 3; ++round) {
+            connection.BeginTrans(true);
+            for (int row = 0; row < rows; ++row) {
+                const QString code = QStringLiteral("%1-%2").arg(round).arg(row);
+                QCOMPARE(round == 0 || IsAbsent(connection, code), true);
+                connection.Insert(NewRow("AHEAD_B", {{"OWNER", "0"}, {"KIND", QString(150, u'x')}}),
+                                  "RECORD_ID", {{"OWNER", Insert(connection, code)}});
+            }
+            connection.CommitTrans();
+        }
+        QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM AHEAD_B B JOIN AHEAD_A A ON A.RECORD_ID = B.OWNER"),
+                 rows * 3);
     }
 
     /// An embedded database is near: nothing is gained by going ahead of it.

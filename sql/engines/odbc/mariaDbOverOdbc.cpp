@@ -81,7 +81,11 @@ qint64 MariaDbOverOdbc::LastInsertId() {
     return known ? *known : Number(odbc::WordsOf(odbc::Dbms::MySql).identity);
 }
 
-bool MariaDbOverOdbc::ReturnsIdentities() { return TextDialect() == Dialect::MySql && IsMySqlReturning(*this); }
+/// The driver does not look for what an INSERT of 32 KiB or more returns, and falls out of step with the server.
+qsizetype MariaDbOverOdbc::LongestInsert() {
+    constexpr qsizetype longest = 30 * 1024;
+    return TextDialect() == Dialect::MySql && IsMySqlReturning(*this) ? longest : 0;
+}
 
 bool MariaDbOverOdbc::KeepsItsView() { return KeepsMySqlView(*this); }
 

@@ -18,7 +18,7 @@ public:
     std::unique_ptr<Cursor> QueryApart(const SqlText& statement) override { return Query(statement.Shape()); }
     QString LineWarning() override;
     qint64 LastInsertId() override;
-    bool ReturnsIdentities() override;
+    qsizetype LongestInsert() override;
     bool KeepsItsView() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
