@@ -193,6 +193,8 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
         return body();
     } catch (const RowGivenUp&) {
         throw;
+    } catch (const AheadError&) { // of other rows, which are to be done again
+        throw;
     } catch (Error& error) {
         if (IsOfRow(session)) {
             error.SetOfLookUp();

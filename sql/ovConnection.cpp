@@ -420,6 +420,7 @@ void ovConnection::RollbackTrans() {
 void ovConnection::EndTrans() {
     m_inTransaction = false;
     m_isAhead = false;
+    m_aheadFailure.clear();
     m_absent.EndAssuming();
     m_pending.Clear();
     m_pendingMark.reset();

@@ -158,6 +158,8 @@ private:
     bool KnowsValues();
     bool CanGoAhead();
     void Send(size_t rows);
+    void SendTogether(const QString& statement, const std::vector<PendingRows::Id>& ids);
+    void CheckAhead() const;
     void SendMark();
     void SendBefore(const QString& statement);
     void SendBefore(const QByteArray& statement, bool onlyReads);
@@ -186,9 +188,10 @@ private:
     bool m_inTransaction = false;
     bool m_lost = false;
     bool m_isAhead = false;
+    QString m_aheadFailure; ///< why rows that went ahead are not written; empty: they are
     /// Bytes of an INSERT of rows that wait; 0: rows cannot wait; none: the database has not been asked.
     std::optional<qsizetype> m_longest;
-    bool m_keepsAnswers = false;      ///< of queries, while it is ahead
+    bool m_keepsAnswers = false; ///< of queries, while it is ahead
     KnownAnswers m_answers;
     int m_overtaken = 0;                 ///< times that others had written what was taken to be absent
     PendingRows m_pending;               ///< rows that wait to be sent

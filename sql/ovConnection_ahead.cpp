@@ -70,33 +70,51 @@ void ovConnection::SendPending() {
     Send(m_pending.Count());
 }
 
-/// Whose row it was that failed is not known: nothing is asked about it, and all are done again one by one.
+/// Whoever catches the error on its way ends in nothing but a commit that raises it again.
 void ovConnection::Send(size_t rows) {
-    m_pending.Send(rows, *m_longest, [this](const QString& statement, const std::vector<PendingRows::Id>& ids) {
-        size_t given = 0;
-        if (statement.toUtf8().size() > *m_longest) { // one row alone
-            throw AheadError(QStringLiteral("una riga nuova è troppo lunga per andare con altre"));
-        }
-        try {
-            const auto numbers = m_engine->Query(TextFor(*m_engine, statement));
-            for (; numbers->Next(); ++given) {
-                if (given < ids.size()) {
-                    *ids[given] = numbers->Value(0).toLongLong();
-                }
+    CheckAhead();
+    try {
+        m_pending.Send(rows, *m_longest, [this](const QString& statement, const std::vector<PendingRows::Id>& ids) {
+            SendTogether(statement, ids);
+        });
+    } catch (const AheadError& error) {
+        m_aheadFailure = error.Message();
+        throw;
+    }
+}
+
+/// Whose row it was that failed is not known: nothing is asked about it, and all are done again one by one.
+void ovConnection::SendTogether(const QString& statement, const std::vector<PendingRows::Id>& ids) {
+    if (statement.toUtf8().size() > *m_longest) { // one row alone
+        throw AheadError(QStringLiteral("una riga nuova è troppo lunga per andare con altre"));
+    }
+    size_t given = 0;
+    try {
+        const auto numbers = m_engine->Query(TextFor(*m_engine, statement));
+        for (; numbers->Next(); ++given) {
+            if (given < ids.size()) {
+                *ids[given] = numbers->Value(0).toLongLong();
             }
-        } catch (SqlError& error) {
-            NoticeLoss(error);
-            throw AheadError(error.Message());
         }
-        if (given != ids.size()) {
-            throw AheadError(QStringLiteral("il database ha dato i numeri di %1 righe su %2")
-                                 .arg(QString::number(given), QString::number(ids.size())));
-        }
-    });
+    } catch (SqlError& error) {
+        NoticeLoss(error);
+        throw AheadError(error.Message());
+    }
+    if (given != ids.size()) {
+        throw AheadError(QStringLiteral("il database ha dato i numeri di %1 righe su %2")
+                             .arg(QString::number(given), QString::number(ids.size())));
+    }
+}
+
+void ovConnection::CheckAhead() const {
+    if (!m_aheadFailure.isEmpty()) {
+        throw AheadError(m_aheadFailure);
+    }
 }
 
 /// What was taken for true must be true for the database in the end.
 void ovConnection::MakeSure() {
+    CheckAhead();
     for (const AbsentValues::Assumption& assumption : m_absent.Assumed()) {
         MakeSure(assumption);
     }

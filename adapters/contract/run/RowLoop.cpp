@@ -159,6 +159,9 @@ void RowLoop::Do(const Unit& unit) {
             break;
         } catch (Error& error) {
             if (IsOfGoingAhead(error)) {
+                if (m_transaction.IsPart()) { // whoever began it does its work again
+                    throw;
+                }
                 DoAgain(&unit);
                 return;
             }
@@ -271,8 +274,8 @@ void RowLoop::FailedInPart(const Unit& unit, Error& error, int attempt) {
 /// Whether a row that goes ahead has failed with what may come from that: of any other error it is known once the rows
 /// before it, with which it has found what it took for true, are committed.
 bool RowLoop::IsOfGoingAhead(const Error& error) const {
-    return m_session.Quadrix.IsAhead() && !m_transaction.IsPart() &&
-           (m_done.empty() || dynamic_cast<const ImportError*>(&error) == nullptr);
+    const bool isAlone = m_done.empty() && !m_transaction.IsPart();
+    return m_session.Quadrix.IsAhead() && (isAlone || dynamic_cast<const ImportError*>(&error) == nullptr);
 }
 
 /// Does rows again that went ahead in what does not hold.
