@@ -77,6 +77,7 @@ void Recorder::TellTrouble() noexcept {
 void Recorder::Begin(const RunFacts& facts) {
     const QString path = FilePath(m_session.Config.ConfigFile());
     m_file = Open(path);
+    m_file->Execute(QStringLiteral("PRAGMA cache_size = -1024")); // KiB: it only adds
     AdoptLogs();
     const QString company = facts.company.isEmpty() ? m_session.UserManager.Azienda() : facts.company;
     const Recordset names = m_session.Quadrix.ExecuteWC(
