@@ -1,6 +1,7 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ovConnection.h"
 #include "sql/text/dialect.h"
+#include "sql/text/writtenParts.h"
 
 // How a connection goes ahead of a database that is far away: a round to a server takes as long as the server's work on
 // many rows.
@@ -48,7 +49,8 @@ void ovConnection::SendBefore(const QByteArray& statement, bool onlyReads) {
     }
     if (!onlyReads) {
         SendMark();
-        m_answers.Clear();
+        const QString table = writtenParts::TableName(QString::fromUtf8(statement));
+        table.isEmpty() ? m_answers.Clear() : m_answers.Forget(table);
         ForgetNewTexts();
     }
 }

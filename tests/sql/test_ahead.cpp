@@ -150,6 +150,14 @@ private slots:
             connection.Insert(NewRow("AHEAD_B", {{"CODE", "b"}}), "RECORD_ID");
         });
         row("a statement", 2, [](ovConnection& connection) { connection.Execute("DELETE FROM AHEAD_B"); });
+        row("an update of the table", 2, [](ovConnection& connection) {
+            connection.Execute("UPDATE `AHEAD_A` SET OWNER = 'x' WHERE CODE = 'none'");
+        });
+        row("an update of another table", 1,
+            [](ovConnection& connection) { connection.Execute("UPDATE AHEAD_B SET KIND = 'x'"); });
+        row("an update of several tables", 2, [](ovConnection& connection) {
+            connection.Execute("UPDATE AHEAD_B B JOIN AHEAD_A A ON A.CODE = B.CODE SET A.KIND = 'x'");
+        });
         row("a row taken back", 2, [](ovConnection& connection) {
             connection.SetMark();
             Insert(connection, "a");
