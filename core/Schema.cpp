@@ -2,6 +2,8 @@
 
 #include "core/schemaLines.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace schema {

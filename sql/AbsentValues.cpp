@@ -167,7 +167,7 @@ const std::vector<AbsentValues::Written>* AbsentValues::KnownWrites(const Statem
         if (!writes) {
             return nullptr;
         }
-        known = m_known.insert(statement.shape, std::move(*writes));
+        known = m_known.insert(statement.shape, *writes);
     }
     return &*known;
 }

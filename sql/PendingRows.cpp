@@ -106,7 +106,7 @@ void PendingRows::SendTable(Rows& rows, qsizetype longest, const Sender& send) {
     constexpr qsizetype ofDefault = 9;
     const qsizetype least =
         ofDefault * static_cast<qsizetype>(ColumnsOf(&*rows.begin(), &*rows.begin() + rows.size()).size());
-    constexpr qsizetype head = 4 * 1024;
+    constexpr qsizetype head = 4096;
     qsizetype size = head;
     auto end = rows.begin();
     std::vector<Id> ids;

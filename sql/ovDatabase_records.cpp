@@ -85,7 +85,7 @@ QImage ReadPicture(const QString& file) {
     QImageReader reader(file, format);
     reader.setAutoDetectImageFormat(false);
     constexpr qint64 bytesPerPoint = 4;
-    constexpr qint64 megabyte = 1024 * 1024;
+    constexpr qint64 megabyte = qint64(1024) * 1024;
     const QSize size = reader.size();
     if (size.isValid() && bytesPerPoint * size.width() * size.height() > most * megabyte) {
         throw Unreadable(file, QStringLiteral("è troppo grande: %1 x %2 punti, più di %3 MB in memoria")

@@ -190,7 +190,7 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
 }
 
 void Recorder::KeepInserted(const TargetChange& change) {
-    constexpr qsizetype longest = 8 * 1024; // memory stays in small pieces
+    constexpr qsizetype longest = qsizetype(8) * 1024; // memory stays in small pieces
     const auto same = std::find_if(m_inserted.begin(), m_inserted.end(), [&change](const InsertedRows& one) {
         return one.table == change.table && one.columns == change.columns && one.rows.size() < longest;
     });

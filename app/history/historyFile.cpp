@@ -14,6 +14,7 @@ namespace {
 
 const QStringList& Tables() {
     static const QStringList tables{
+        // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): each goes over several lines
         "CREATE TABLE IF NOT EXISTS runs (id INTEGER PRIMARY KEY AUTOINCREMENT, started TEXT, ended TEXT, worker TEXT, "
         "version TEXT, company TEXT, company_name TEXT, origin TEXT, data TEXT, work TEXT, source TEXT, layout TEXT, "
         "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT)",
@@ -133,7 +134,8 @@ QString ValuesText(const QStringList& names, const QVector<QVariant>& values) {
 
 QVector<NamedValue> ValuesOf(const QString& text) {
     QVector<NamedValue> values;
-    for (const QJsonValue& each : QJsonDocument::fromJson(text.toUtf8()).array()) {
+    const QJsonArray all = QJsonDocument::fromJson(text.toUtf8()).array();
+    for (const auto& each : all) {
         values.append({each.toArray().at(0).toString(), ValueOf(each.toArray().at(1).toArray())});
     }
     return values;

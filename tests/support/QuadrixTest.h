@@ -40,8 +40,10 @@ private:
 };
 
 /// Adds a test class to the program.
+// NOLINTBEGIN(bugprone-macro-parentheses): a name of a class
 #define QUADRIX_TEST(Class)                                                                                            \
     namespace {                                                                                                        \
     const bool added##Class =                                                                                          \
         (QuadrixTests().emplace_back([] { return std::make_unique<Contained<Class>>(); }), true);                      \
     }
+// NOLINTEND(bugprone-macro-parentheses)

@@ -83,7 +83,7 @@ qint64 MariaDbOverOdbc::LastInsertId() {
 
 /// The driver does not look for what an INSERT of 32 KiB or more returns, and falls out of step with the server.
 qsizetype MariaDbOverOdbc::LongestInsert() {
-    constexpr qsizetype longest = 30 * 1024;
+    constexpr qsizetype longest = qsizetype(30) * 1024;
     return TextDialect() == Dialect::MySql && IsMySqlReturning(*this) ? longest : 0;
 }
 
