@@ -44,8 +44,8 @@ constexpr double PeerLimit = 2; ///< times that the script takes, processor and 
 constexpr double GrowthLimit = 11;
 constexpr double MemoryLimit = 150;
 constexpr double MemoryGrowthLimit = 1.2;
-constexpr double FullCaches =
-    110; ///< MiB of the program when the caches of all its databases are full: no growth by rows
+/// MiB of the program when the caches of all its databases are full, which is no growth by rows.
+constexpr double FullCaches = 110;
 constexpr double MergeLimit = 1.5;
 
 const Case Merge{"fusione", "arca2000", "", "Arca 2000", "", {"cli"}};

@@ -26,9 +26,9 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     if (texts == m_newTexts.end() && IsAbsent(QStringLiteral("SYS_LNG"), QStringLiteral("LNKEY"), key)) {
         texts = m_newTexts.insert(key, {});
     }
-    const bool isNew = texts != m_newTexts.end()
-                           ? !texts->contains(which)
-                           : ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof();
+    // Of one that was written here the database is asked all the same: a statement may have deleted it since.
+    const bool isNew = (texts != m_newTexts.end() && !texts->contains(which)) ||
+                       ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof();
     if (!isNew) {
         query.WhereString = where;
         Execute(query.MakeStatement(StatementKind::Update));

@@ -89,6 +89,27 @@ private slots:
         QCOMPARE(One("SELECT LNTXT FROM SYS_LNG WHERE LNLNG = 'EN' AND LNKEY = 'A''1'"), QVariant("Screw"));
     }
 
+    /// What is known of the texts of new records, within a transaction, is no more than what is there.
+    void LanguageTextsOfNewRecords() {
+        ovConnection& db = *m_connection;
+        db.Execute("CREATE TABLE SYS_LNG (RECORD_ID INTEGER IDENTITY(1, 1), LNTBL NVARCHAR(30), LNFLD NVARCHAR(5), "
+                   "LNKEY NVARCHAR(50), LNLNG NVARCHAR(2), LNTXT NTEXT)");
+        constexpr int records = 200; // enough for the column of keys to be known
+        db.BeginTrans();
+        for (int record = 0; record < records; ++record) {
+            const QString key = QString::number(record);
+            db.SetLanguageTextValue("X01_ART_ICO", "ARDES", key, "Vite");
+            db.SetLanguageTextValue("X01_ART_ICO", "ARDES", key, "Screw", "EN");
+            db.SetLanguageTextValue("X01_ART_ICO", "ARDES", key, "Vite lunga");
+            db.Execute("DELETE FROM SYS_LNG WHERE LNLNG = 'EN'");
+            db.SetLanguageTextValue("X01_ART_ICO", "ARDES", key, "Bolt", "EN");
+        }
+        db.CommitTrans();
+        QCOMPARE(One("SELECT COUNT(*) FROM SYS_LNG WHERE LNTXT LIKE 'Vite lunga'"), QVariant(qint64(records)));
+        QCOMPARE(One("SELECT COUNT(*) FROM SYS_LNG"), QVariant(qint64(records) + 1));
+        QCOMPARE(One("SELECT LNTXT FROM SYS_LNG WHERE LNLNG = 'EN'"), QVariant("Bolt"));
+    }
+
     void Files() {
         const QString picture = m_folder->filePath("foto"); // the content tells the kind
         const QString jpeg = m_folder->filePath("foto.jpg");

@@ -65,7 +65,7 @@ public:
     }
 
     QVector<ColumnInfo> Columns(const QString& table) override { return MySqlColumns(*this, table); }
-    /// A quarter of the least that a server takes, whatever it is set to.
+    /// A quarter of what the oldest servers take unless they are set to less.
     qsizetype LongestInsert() override { return IsMySqlReturning(*this) ? 256 * 1024 : 0; }
     bool KeepsItsView() override { return KeepsMySqlView(*this); }
 
