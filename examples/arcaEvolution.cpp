@@ -54,10 +54,11 @@ Table CounterpartyTable() {
                           {{"IvaSplit", 'L'}, Fixed(false)},
                           {{"Obsoleto", 'L'}, Flag(3)},
                           {{"Note_CF", 'M'}, Chance(10, Fixed("Chiamare prima"))},
+                          {{"Cd_DOVettore", 'C', 2}, Chance(20, OneOf({"V1", "V2"}))},
                           {{"TimeIns", 'T'}, Day(300)}};
     fields += Unused({"CodiceIPA", "Cd_CFClasse1", "Cd_CGConto_Mastro", "Cd_CGConto_Merce", "BicCode", "Cd_Abicab",
                       "ContoCorrente", "Cd_LS_1", "Cd_CFZona", "Cd_CFSettore", "Cd_Agente_1", "Cd_Agente_2",
-                      "Cd_DOPorto", "Cd_DOSped", "Cd_DOVettore", "Cd_CFStato", "ScGiornoFisso1"});
+                      "Cd_DOPorto", "Cd_DOSped", "Cd_CFStato", "ScGiornoFisso1"});
     return {"CF",
             "controparti",
             Counterparties,
@@ -65,6 +66,14 @@ Table CounterpartyTable() {
             {{{"Cd_CF", "C900001"}, {"Sconto", "dieci"}, {"PartitaIva", {}}, {"CodiceFiscale", {}}},
              {{"Cd_CF", "X1"}, {"Cliente", false}, {"Fornitore", false}, {"PartitaIva", {}}, {"CodiceFiscale", {}}}},
             {{"Cd_CF"}}};
+}
+
+Table CarrierTable() {
+    const Address address("DOVettore");
+    return {"DOVettore", "controparti", Exactly(2),
+            QVector<Field>{{{"Cd_DOVettore", 'C', 2}, Code("V", 1)},
+                           {{"Descrizione", 'C', 80}, Code("Autotrasporti ", 1)}} +
+                address.Columns("Indirizzo", "Cap", "Localita", "Cd_Provincia")};
 }
 
 QVector<Table> ContactTables() {
@@ -329,8 +338,8 @@ QuadrixScript PreparedFor(const Options& options) {
 
 Totals MakeArcaEvolution(const Options& options) {
     using namespace arcaEvolution;
-    const QVector<Table> tables =
-        QVector<Table>{CounterpartyTable()} + ContactTables() + TermTables() + ArticleTables() + DocumentTables();
+    const QVector<Table> tables = QVector<Table>{CounterpartyTable(), CarrierTable()} + ContactTables() + TermTables() +
+                                  ArticleTables() + DocumentTables();
     return Write("arca.db", tables, options, PreparedFor(options));
 }
 

@@ -91,6 +91,14 @@ Rule Address::Telephone() const {
                   [](Random& random, const italian::Town& town) { return italian::MakeTelephone(random, town); });
 }
 
+QVector<Field> Address::Columns(const QByteArray& street, const QByteArray& postCode, const QByteArray& town,
+                                const QByteArray& province) const {
+    return {{{street, 'C', 40}, Street()},
+            {{postCode, 'C', 10}, PostCode()},
+            {{town, 'C', 40}, Town()},
+            {{province, 'C', 10}, Province()}};
+}
+
 Rule Iban() {
     return [](const Place& place) {
         Random random = place.Draw();

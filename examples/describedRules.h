@@ -84,6 +84,9 @@ public:
     Rule Town() const;
     Rule Province() const;
     Rule Telephone() const;
+    /// The columns of street with house number, post code, town and province, as their names are given.
+    QVector<Field> Columns(const QByteArray& street, const QByteArray& postCode, const QByteArray& town,
+                           const QByteArray& province) const;
 
 private:
     quint64 m_stream;

@@ -24,7 +24,12 @@ using Totals = QVector<QPair<QString, QString>>;
 struct Example {
     QString name;        ///< "arca2000"
     QString description; ///< one line, Italian
-    QStringList groups;  ///< what `Options::tables` may name, e.g. "controparti"
+    QString origin;      ///< as the list of origins has it; empty where it is the second source of one
+    QString source;      ///< what "Databasename" names, inside the folder; empty for the folder
+    /// What is imported of it, in this order: buttons or names of procedures, with the answers to what they ask behind
+    /// colons ("cli:no").
+    QStringList imports;
+    QStringList groups; ///< what `Options::tables` may name, e.g. "controparti"
     /// Writes the tables. Raises `ExampleError`.
     Totals (*make)(const Options& options);
 };

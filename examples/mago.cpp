@@ -35,10 +35,6 @@ QVector<Table> CounterpartyTables() {
                         {{"CustSupp", 'C', 12}, CodeOfCounterparty()},
                         {{"CompanyName", 'C', 128}, CompanyName(60)},
                         {{"NaturalPerson", 'C', 1}, No()},
-                        {{"Address", 'C', 128}, address.Street()},
-                        {{"ZIPCode", 'C', 10}, address.PostCode()},
-                        {{"City", 'C', 64}, address.Town()},
-                        {{"County", 'C', 10}, address.Province()},
                         {{"ISOCountryCode", 'C', 2}, Fixed("IT")},
                         {{"TaxIdNumber", 'C', 20}, VatNumber()},
                         {{"FiscalCode", 'C', 20}, TaxCode()},
@@ -52,6 +48,7 @@ QVector<Table> CounterpartyTables() {
                         {{"TBCreated", 'T'}, Day(300)},
                         {{"Disabled", 'C', 1}, Chance(3, Fixed("1"), No())},
                         {{"Notes", 'M'}, Chance(10, Fixed("Chiude il lunedì"))}} +
+             address.Columns("Address", "ZIPCode", "City", "County") +
              Unused({"StreetNo",
                      "Address2",
                      "Telephone2",
@@ -119,11 +116,8 @@ QVector<Table> CounterpartyTables() {
                         {{"CustSupp", 'C', 12}, AnyOf(Customers, Code("", 5))},
                         {{"Branch", 'C', 8}, Code("", 3)},
                         {{"CompanyName", 'C', 128}, Fixed("Magazzino")},
-                        {{"Address", 'C', 128}, branch.Street()},
-                        {{"ZIPCode", 'C', 10}, branch.PostCode()},
-                        {{"City", 'C', 64}, branch.Town()},
-                        {{"County", 'C', 10}, branch.Province()},
                         {{"ISOCountryCode", 'C', 2}, Fixed("IT")}} +
+             branch.Columns("Address", "ZIPCode", "City", "County") +
              Unused({"StreetNo", "ContactPerson", "Notes", "Telephone1", "Telephone2", "Fax", "EMail"}),
          {},
          {{"CustSuppType", "CustSupp"}}},

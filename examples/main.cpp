@@ -17,6 +17,16 @@ QString ListOfExamples() {
     return text;
 }
 
+/// The examples for scripts: name, origin, source and imports, separated by tabs.
+QString TableOfExamples() {
+    QString text;
+    for (const examples::Example& example : examples::Examples()) {
+        text +=
+            QStringList{example.name, example.origin, example.source, example.imports.join(u' ')}.join(u'\t') + u'\n';
+    }
+    return text;
+}
+
 void AddOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(ListOfExamples());
     parser.addHelpOption();
@@ -28,6 +38,7 @@ void AddOptions(QCommandLineParser& parser) {
         {"tables", "Solo queste tabelle (più volte, o separate da virgole).", "tabelle"},
         {"company", "Azienda Quadrix che lo script quadrix.sql prepara.", "codice", "DEM"},
         {"cycles", "Distinte base che contengono se stesse."},
+        {"list", "Elenca gli esempi per uno script: nome, origine, sorgente, importazioni."},
     });
 }
 
@@ -53,6 +64,10 @@ int main(int argc, char** argv) {
     QCommandLineParser parser;
     AddOptions(parser);
     parser.process(application);
+    if (parser.isSet("list")) {
+        QTextStream(stdout) << TableOfExamples();
+        return 0;
+    }
     examples::Options options;
     QTextStream err(stderr);
     if (!Read(parser, options)) {

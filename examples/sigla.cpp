@@ -126,6 +126,7 @@ QVector<Table> PriceTables() {
          {{{"CODICE", 'C', 5}, Code("L", 1)},
           {{"DESCRIZION", 'C', 40}, Code("Listino ", 1)},
           {{"CODVAL", 'C', 3}, Fixed("EUR")},
+          {{"DATAIN", 'C', 8}, Fixed("20240101")},
           {{"TIPO", 'C', 1}, Fixed("V")}},
          {},
          {{"CODICE"}}},
