@@ -1,3 +1,4 @@
+#include "adapters/contract/run/TriggersOff.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/Counterparty.h"
 #include "adapters/contract/write/Document.h"
@@ -268,7 +269,7 @@ private slots:
         target.Execute("CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VER BEGIN UPDATE X01_DOC_VEN SET DTMER = 1; END");
         target.Execute("INSERT INTO X01_DOC_VEN (DTNUM, DTMER) VALUES (1, 0)");
         QVERIFY(ErrorOf<ImportError>([&] {
-            const TriggersOff triggers(target.Run);
+            const TriggersOff triggers(target.Run, DocumentRowTables());
             target.Execute("INSERT INTO X01_DOC_VER (DRNUM) VALUES (1)");
             throw ImportError("interrotto");
         }));
@@ -284,7 +285,7 @@ private slots:
         target.Execute(text);
         ImportRun run(target.Get(), "modImport_Prova", "ImportProva", {});
         run.Guard([&] {
-            const TriggersOff triggers(run);
+            const TriggersOff triggers(run, DocumentRowTables());
             target.Execute("CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VEN BEGIN SELECT 1; END"); // takes the name
             run.Complete("Importazione completata");
         });

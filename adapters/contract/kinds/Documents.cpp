@@ -54,6 +54,7 @@ std::vector<MapLine> LinesOf(const DocumentHeadFields& head, const Field& cause)
 std::vector<MapLine> LinesOf(const DocumentRowFields& row) {
     std::vector<MapLine> lines;
     AddLine(lines, "DRNUM", row.number);
+    AddLine(lines, "DRTIP", row.type);
     AddLine(lines, "DRART", row.article);
     AddLine(lines, "DRDES", row.description);
     AddLine(lines, "DRUMS", row.unit);
@@ -179,10 +180,6 @@ QString StateOf(const DocumentRow& row) {
     return row.delivered <= 0 ? ToDeliver : row.delivered < row.quantity ? PartlyDelivered : Delivered;
 }
 
-/// The tables of production orders, whose triggers are off while they are emptied; those of the components stay so to
-/// the end of the run.
-const QStringList OrderTables{"ORD_COM", "ORD_FAS", "ORD_PRO"};
-
 class DocumentImporter final : public Importer {
 public:
     DocumentImporter(ImportRun& run, std::shared_ptr<const DocumentsKind> kind)
@@ -190,8 +187,13 @@ public:
           m_kind(std::move(kind)),
           m_kinds(KindsOf(run, Declared())),
           m_from(FromOf(run, Declared())),
-          m_options(OptionsOf(run, Declared())),
-          m_triggers(MadeReady(run, Declared()), Declared().production ? OrderTables : QStringList()) {
+          m_options(OptionsOf(run, Declared())) {
+        if (Declared().before) {
+            Declared().before(run);
+        }
+        if (Declared().ofHeads) {
+            m_ofHeads = Declared().ofHeads(run);
+        }
         for (const Family& family : FamiliesOf(m_kinds)) {
             m_families.try_emplace(family.number, run, family, m_options);
         }
@@ -199,7 +201,8 @@ public:
 
     QString Condition() const override;
     Emptying Empties(const Emptying& declared) const override {
-        return Declared().which == Which::Asked ? DocumentEmptying(CausesOf(m_kinds)) : declared;
+        return Declared().which == Which::Asked ? DocumentEmptying(CausesOf(m_kinds))
+                                                : m_ofHeads.empties.value_or(declared);
     }
     void Begin() override;
     RowOutcome Row(const SourceRow& row) override;
@@ -209,12 +212,6 @@ public:
 
 private:
     const Documents& Declared() const { return m_kind->declared; }
-    static ImportRun& MadeReady(ImportRun& run, const Documents& declared) {
-        if (declared.before) {
-            declared.before(run);
-        }
-        return run;
-    }
     /// The documents of a family, and which one is under way.
     struct OfFamily {
         OfFamily(ImportRun& run, const Family& family, const OpenDocument::Options& options)
@@ -223,10 +220,23 @@ private:
         QString key;
     };
 
+    /// The document that a source row is of.
+    struct Place {
+        const SourceRow& head;
+        const DocumentKind& kind;
+        OfFamily& family;
+        QString key; ///< tells it from others
+    };
+
+    void TellWithoutDay() const;
     void DropOthers(const SourceRow& row);
-    RowOutcome WriteRow(const SourceRow& head, const SourceRow& row, const DocumentKind& kind);
-    RowOutcome WriteRows(const SourceRow& head, const DocumentKind& kind);
-    OpenDocument::Head HeadOf(const SourceRow& row, const DocumentKind& kind, OpenDocument& document);
+    Place PlaceOf(const SourceRow& head, const DocumentKind& kind);
+    RowOutcome WriteRow(const Place& place, const SourceRow& row);
+    RowOutcome WriteDocument(const Place& place);
+    std::optional<RowOutcome> WriteRows(const Place& place);
+    void EndDocument(const Place& place);
+    void Enter(const Place& place);
+    OpenDocument::Head HeadOf(const Place& place);
     DocumentRow RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts);
     QString CauseOf(const SourceRow& row, const DocumentKind& kind);
     int YearOf(const SourceRow& row);
@@ -236,7 +246,7 @@ private:
     std::vector<DocumentKind> m_kinds; ///< that are imported
     QDate m_from;
     OpenDocument::Options m_options;
-    TriggersOff m_triggers;
+    HeadHooks m_ofHeads;
     std::map<int, OfFamily> m_families;
     QString m_group;
     QSet<QString> m_causes; ///< of the documents of the run
@@ -251,10 +261,24 @@ QString DocumentImporter::Condition() const {
     return QString(Declared().source.joins.empty() ? column : u"T." + column) + " >= " + LiteralOf(source, m_from);
 }
 
-void DocumentImporter::Begin() {
-    for (qsizetype i = 1; Declared().production && i < OrderTables.size(); ++i) {
-        m_triggers.SwitchOn(OrderTables.at(i));
+/// The condition on the day leaves them behind, and nobody would know.
+void DocumentImporter::TellWithoutDay() const {
+    const QString& table = Declared().source.table;
+    const QString& where = m_kind->headCondition;
+    if (Run().IsSingle() || Declared().sinceCondition || where.contains(QStringLiteral("J1."))) {
+        return;
     }
+    const qint64 count = GetSession().SourceConnection().ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM %1 T WHERE T.%2 IS NULL%3")
+            .arg(table, Declared().head.day.Columns().value(0),
+                 where.isEmpty() ? QString() : QStringLiteral(" AND (%1)").arg(where)));
+    if (count > 0) {
+        Run().Log(QStringLiteral("DOCUMENTI SENZA DATA: tabella '%1', %2 non importati").arg(table).arg(count));
+    }
+}
+
+void DocumentImporter::Begin() {
+    TellWithoutDay();
     if (Declared().reading != Reading::Joined) {
         return;
     }
@@ -304,46 +328,98 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
     if (IsOlder(row)) {
         return Run().Skip("documento anteriore alla data d'inizio");
     }
-    return Declared().reading == Reading::HeadThenRows ? WriteRows(row, *kind) : WriteRow(row, row, *kind);
-}
-
-RowOutcome DocumentImporter::WriteRows(const SourceRow& head, const DocumentKind& kind) {
-    std::optional<RowOutcome> outcome;
-    Declared().rows.ForEach(GetSession(), head, [&](const SourceRow& row) {
-        const ovErrors::Row underWay(GetSession().Errors, Run().RowKey() + ", " + Declared().rows.Name(row));
-        const RowOutcome one = WriteRow(head, row, kind);
-        outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;
-    });
-    return outcome ? *outcome : Run().Skip("documento senza righe");
-}
-
-RowOutcome DocumentImporter::WriteRow(const SourceRow& head, const SourceRow& row, const DocumentKind& kind) {
-    if (const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString(); !rule.isEmpty()) {
+    if (const QString rule = m_ofHeads.leavesOut ? m_ofHeads.leavesOut(row) : QString(); !rule.isEmpty()) {
         return Run().Skip(rule);
     }
+    if (Declared().reading != Reading::HeadThenRows) {
+        if (const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString(); !rule.isEmpty()) {
+            return Run().Skip(rule);
+        }
+        return WriteRow(PlaceOf(row, *kind), row);
+    }
+    return WriteDocument(PlaceOf(row, *kind));
+}
+
+DocumentImporter::Place DocumentImporter::PlaceOf(const SourceRow& head, const DocumentKind& kind) {
+    const DocumentHeadFields& fields = Declared().head;
     OfFamily& family = m_families.at(kind.family.number);
-    const QString key =
-        QStringList{m_group, CauseOf(head, kind), QString::number(YearOf(head)),
-                    Declared().head.series.Text(GetSession(), head), Declared().head.number.Text(GetSession(), head)}
-            .join(QChar(u'\x1f'));
-    if (!family.key.isEmpty() && family.key != key) {
+    QString key = QStringList{m_group, CauseOf(head, kind), QString::number(YearOf(head)),
+                              fields.series.Text(GetSession(), head), fields.number.Text(GetSession(), head)}
+                      .join(QChar(u'\x1f'));
+    return {head, kind, family, std::move(key)};
+}
+
+RowOutcome DocumentImporter::WriteDocument(const Place& place) {
+    if (Declared().withoutRows == WithoutRows::LeftOut) {
+        const std::optional<RowOutcome> outcome = WriteRows(place);
+        EndDocument(place);
+        return outcome ? *outcome : Run().Skip("documento senza righe");
+    }
+    Enter(place);
+    const RowOutcome outcome = place.family.documents.Begin(place.key, HeadOf(place));
+    if (outcome != RowOutcome::Skipped) {
+        WriteRows(place);
+        EndDocument(place);
+    }
+    return outcome;
+}
+
+/// What became of the first row that was not left out; none without rows.
+std::optional<RowOutcome> DocumentImporter::WriteRows(const Place& place) {
+    std::optional<RowOutcome> outcome;
+    Declared().rows.ForEach(GetSession(), place.head, [&](const SourceRow& row) {
+        const ovErrors::Row underWay(GetSession().Errors, Run().RowKey() + ", " + Declared().rows.Name(row));
+        const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString();
+        const RowOutcome one = rule.isEmpty() ? WriteRow(place, row) : Run().Skip(rule);
+        outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;
+    });
+    return outcome;
+}
+
+/// Ends the document of a head that is one of its own, rather than one of several that make it up.
+void DocumentImporter::EndDocument(const Place& place) {
+    if (!Declared().source.group.isEmpty()) {
+        return;
+    }
+    const auto ended = place.family.documents.End();
+    if (ended && m_ofHeads.documentWritten) {
+        m_ofHeads.documentWritten(place.head, {ended->id, ended->rowsLeft, place.kind.family});
+    }
+}
+
+/// From now on rows are of this document: the one under way before it has ended.
+void DocumentImporter::Enter(const Place& place) {
+    OfFamily& family = place.family;
+    if (!family.key.isEmpty() && family.key != place.key) {
         family.documents.End();
     }
     Run().Restores(family.key);
-    family.key = key;
-    const Facts facts{{}, RoleOf(IsOfCustomers(kind))};
+    family.key = place.key;
+}
+
+RowOutcome DocumentImporter::WriteRow(const Place& place, const SourceRow& row) {
+    Enter(place);
+    const Facts facts{{}, RoleOf(IsOfCustomers(place.kind))};
+    OpenDocument& documents = place.family.documents;
+    DocumentRow values;
     qint64 id = 0;
-    const RowOutcome outcome = family.documents.Row(
-        key, [&] { return HeadOf(head, kind, family.documents); }, [&] { return RowOf(row, kind, facts); },
+    const RowOutcome outcome = documents.Row(
+        place.key, [&] { return HeadOf(place); }, [&] { return values = RowOf(row, place.kind, facts); },
         [&](TargetRow& target) {
             m_kind->row.Apply(target, GetSession(), row, facts);
             if (Declared().moreOfRow) {
                 Declared().moreOfRow(Run(), row, target);
             }
+            if (m_ofHeads.moreOfRow) {
+                m_ofHeads.moreOfRow(row, target);
+            }
         },
-        m_kind->production ? &id : nullptr);
-    if (id != 0) {
+        m_kind->production || m_ofHeads.rowWritten ? &id : nullptr);
+    if (id != 0 && m_kind->production) {
         m_kind->production->Write(Run(), row, id);
+    }
+    if (id != 0 && m_ofHeads.rowWritten) {
+        m_ofHeads.rowWritten(row, {id, values, documents.Current(), place.kind.family});
     }
     return outcome;
 }
@@ -373,9 +449,11 @@ int DocumentImporter::YearOf(const SourceRow& row) {
     return year;
 }
 
-OpenDocument::Head DocumentImporter::HeadOf(const SourceRow& row, const DocumentKind& kind, OpenDocument& document) {
+OpenDocument::Head DocumentImporter::HeadOf(const Place& place) {
     using namespace schema::defaults;
     Session& session = GetSession();
+    const SourceRow& row = place.head;
+    const DocumentKind& kind = place.kind;
     const DocumentHeadFields& fields = Declared().head;
     const Facts facts{{}, RoleOf(IsOfCustomers(kind))};
     const QString counterparty = fields.counterparty.Text(session, row, facts);
@@ -384,25 +462,29 @@ OpenDocument::Head DocumentImporter::HeadOf(const SourceRow& row, const Document
                               .arg(fields.counterparty.Columns().join(QStringLiteral("', '"))));
     }
     const QString series = fields.series.IsSet() ? fields.series.Text(session, row) : NoSeries;
+    const QString name = fields.name.Text(session, row, facts);
     const QString state = fields.state.Text(session, row);
-    const DocumentHead head{document.Writer().CauseOf(CauseOf(row, kind), kind.type),
-                            series,
-                            fields.number.Text(session, row),
-                            fields.day.Day(session, row),
-                            YearOf(row),
-                            counterparty,
-                            fields.name.IsSet() ? fields.name.Text(session, row, facts)
-                                                : LookUp(session, "CON_TRO", "CDCON", counterparty, "CORAS"),
-                            !state.isEmpty() ? state
-                            : kind.isOpen    ? ToDeliver
-                                             : Delivered};
+    DocumentHead head{place.family.documents.Writer().CauseOf(CauseOf(row, kind), kind.type),
+                      series,
+                      fields.number.Text(session, row),
+                      fields.day.Day(session, row),
+                      YearOf(row),
+                      counterparty,
+                      name.isEmpty() ? LookUp(session, "CON_TRO", "CDCON", counterparty, "CORAS") : name,
+                      !state.isEmpty() ? state
+                      : kind.isOpen    ? ToDeliver
+                                       : Delivered};
+    QString further = fields.series.IsSet() && !series.isEmpty() ? Equals(session, "DTSER", series) : QString();
+    if (m_ofHeads.complete) {
+        further = m_ofHeads.complete(row, head);
+    }
     const auto more = [this, &row, facts](TargetRow& target) {
         m_kind->head.Apply(target, GetSession(), row, facts);
         if (Declared().moreOfHead) {
             Declared().moreOfHead(Run(), row, target);
         }
     };
-    return {head, more, fields.series.IsSet() && !series.isEmpty()};
+    return {head, more, further};
 }
 
 DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts) {
@@ -412,7 +494,10 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     DocumentRow values;
     values.number = static_cast<int>(fields.number.Number(session, row));
     values.article = fields.article.Text(session, row);
-    values.type = values.article.isEmpty() ? DescriptionRow : NormalRow;
+    values.type = fields.type.Text(session, row);
+    if (values.type.isEmpty()) {
+        values.type = values.article.isEmpty() ? DescriptionRow : NormalRow;
+    }
     values.description = fields.description.Text(session, row);
     values.unit = fields.unit.Text(session, row);
     values.quantity = fields.quantity.Number(session, row);
@@ -435,10 +520,14 @@ void DocumentImporter::EndGroup() {
 }
 
 bool DocumentImporter::End() {
+    if (m_ofHeads.end) {
+        m_ofHeads.end();
+    }
+    QStringList causes = Declared().cause.IsSet() ? m_causes.values() + m_ofHeads.causes : CausesOf(m_kinds);
+    causes.removeDuplicates();
     // Of some documents alone nothing follows about the others.
     for (auto family = m_families.cbegin(); !Declared().source.told && family != m_families.cend(); ++family) {
-        family->second.documents.TellDocumentsLeft(Declared().cause.IsSet() ? m_causes.values() : CausesOf(m_kinds),
-                                                   m_from);
+        family->second.documents.TellDocumentsLeft(causes, m_from);
     }
     return true;
 }
@@ -489,7 +578,9 @@ ImportPart PartOf(const Documents& declared) {
             .empties = declared.empties.value_or(declared.which == Which::Asked ? AtMost(ofCauses) : ofCauses) +
                        (declared.production ? ProductionOrderEmptying() : Emptying()),
             .asks = AsksOf(declared),
-            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<DocumentImporter>(run, kind); }};
+            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<DocumentImporter>(run, kind); },
+            .triggersOff = DocumentRowTables() + (declared.production ? QStringList("ORD_COM") : QStringList()),
+            .triggersOffToEmpty = declared.production ? QStringList({"ORD_FAS", "ORD_PRO"}) : QStringList()};
 }
 
 } // namespace contract

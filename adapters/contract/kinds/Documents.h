@@ -8,7 +8,7 @@ namespace contract {
 /// What a kind of document of the source becomes.
 struct DocumentKind {
     QStringList marks = {}; ///< values of the field that tells the kind, compared without case; none: every document
-    QString cause;          ///< CDCAD
+    QString cause = {};     ///< CDCAD; empty where the documents tell it
     QString type;           ///< of documents whose cause CAU_DOC lacks, e.g. "ORD"
     Family family;
     bool isOpen = true; ///< still to be delivered as far as its rows tell; else it has been delivered in full
@@ -25,7 +25,7 @@ struct DocumentHeadFields {
     Field year = {};    ///< without it that of the day
     Field series = {};  ///< without it, or blank, numbers count over all series
     Field counterparty; ///< its CDCON: `rules::PartyOf`, `CustomerOf` or `SupplierOf`; without one it is given up
-    Field name = {};    ///< without it that of the counterparty
+    Field name = {};    ///< without it, or blank, that of the counterparty
     Field state = {};   ///< without it "to deliver", or "delivered" for a kind that is not open
     Lines lines = {};   ///< further columns of the head
 };
@@ -33,7 +33,8 @@ struct DocumentHeadFields {
 /// A row of a document.
 struct DocumentRowFields {
     Field number;
-    Field article = {};     ///< its CDART: `rules::ArticleCode`; blank: the row is a text
+    Field article = {};     ///< its CDART: `rules::ArticleCode`
+    Field type = {};        ///< DRTIP; without it a row without article is a text
     Field description = {}; ///< without it, or blank, that of the article
     Field unit = {};        ///< the same
     Field quantity = {};
@@ -49,9 +50,12 @@ struct DocumentRowFields {
 /// How heads and rows are read.
 enum class Reading {
     Joined,       ///< in one query: a source row is a row of a document, behind the columns of its head
-    HeadThenRows, ///< a source row is a head, and its rows are read behind it; one without rows is left out
+    HeadThenRows, ///< a source row is a head, and its rows are read behind it
     OneTable,     ///< a table has them both: a source row is a row of a document
 };
+
+/// What becomes of a head, read with `HeadThenRows`, of which no row is written.
+enum class WithoutRows { LeftOut, Written };
 
 /// From which day on documents are imported.
 enum class Since {
@@ -74,6 +78,39 @@ enum class Which {
 inline const QString WhichQuestion =
     QStringLiteral("Quali documenti importare?\n[SI] quelli dei clienti\n[NO] quelli dei fornitori");
 
+/// A row of a document that has been written.
+struct WrittenRow {
+    qint64 id; ///< RECORD_ID
+    const DocumentRow& values;
+    const DocumentHead& head;
+    const Family& family;
+};
+
+/// A document all of whose rows have been written.
+struct WrittenDocument {
+    qint64 id;       ///< RECORD_ID of the head
+    qint64 rowsLeft; ///< of an earlier import, no longer in the source; they count in the totals
+    const Family& family;
+};
+
+/// What is odd about the heads of an origin that are read with `HeadThenRows`, each a document of its own. It is made
+/// for each run: what it remembers of rows has to go through `ImportRun::WhenTakenBack` or `Restores`.
+struct HeadHooks {
+    /// Called with each head first: why it is left out, in the operator's words, or that it cannot be carried over, as
+    /// `ImportError`; empty: it is written.
+    LeavesOut leavesOut = {};
+    /// Sets what the fields cannot tell, before the document is looked for. Returns a further condition on the head
+    /// that is there already, without AND; empty for none.
+    std::function<QString(const SourceRow& head, DocumentHead&)> complete = {};
+    std::function<void(const SourceRow& row, TargetRow&)> moreOfRow = {};
+    std::function<void(const SourceRow& row, const WrittenRow&)> rowWritten = {};
+    std::function<void(const SourceRow& head, const WrittenDocument&)> documentWritten = {};
+    /// Called behind the last head of a run that nobody interrupted.
+    std::function<void()> end = {};
+    QStringList causes = {};              ///< that documents may have, whether the run meets them or not
+    std::optional<Emptying> empties = {}; ///< where settings narrow what the declaration empties
+};
+
 /// An import of documents. Rows whose article is not there are left out as the setting DOC_CheckArticoli says; a
 /// document that is there is rewritten, and what the source no longer has of it is told. Totals follow from the rows.
 struct Documents {
@@ -85,6 +122,7 @@ struct Documents {
     /// J1 where they are joined.
     ChildTable rows = {};
     Reading reading = Reading::Joined;
+    WithoutRows withoutRows = WithoutRows::LeftOut;
     std::vector<DocumentKind> kinds;
     Field kind = {};  ///< tells it, where there are several
     Field cause = {}; ///< CDCAD where each document tells it; without it that of its kind
@@ -108,6 +146,7 @@ struct Documents {
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> moreOfRow = {};
     /// Called behind the check, before anything is written.
     std::function<void(ImportRun&)> before = {};
+    std::function<HeadHooks(ImportRun&)> ofHeads = {};
     Needs further = {}; ///< what the hooks read and write
 };
 

@@ -1,5 +1,7 @@
 #include "adapters/contract/kinds/ImportTable.h"
 
+#include "adapters/contract/run/TriggersOff.h"
+
 namespace contract {
 
 namespace {
@@ -36,24 +38,57 @@ bool RunPart(ImportRun& run, const ImportPart& part, Importer& importer, const Q
     return toTheEnd && importer.End();
 }
 
-void RunParts(ImportRun& run, const Import& import, const QString& singleCode, bool reset) {
-    std::vector<std::unique_ptr<Importer>> importers;
-    QStringList told;
+/// A part in a run of the procedure.
+struct PartOfRun {
+    const ImportPart& declared;
+    QString told; ///< condition that settings or operator tell; empty for none
+    std::unique_ptr<Importer> importer;
+};
+
+std::vector<PartOfRun> PartsOf(ImportRun& run, const Import& import, const QString& singleCode) {
+    std::vector<PartOfRun> parts;
     for (const ImportPart& part : import.parts) {
-        told.append(part.source.told ? part.source.told(run) : QString());
-        importers.push_back(part.make(run, singleCode));
+        if (part.ofSingleCode || singleCode.isEmpty()) {
+            QString told = part.source.told ? part.source.told(run) : QString();
+            parts.push_back({part, std::move(told), part.make(run, singleCode)});
+        }
     }
+    return parts;
+}
+
+/// The tables whose triggers are off while the parts run, each once.
+QStringList QuietTables(const std::vector<PartOfRun>& parts) {
+    QStringList tables;
+    for (const PartOfRun& part : parts) {
+        tables += part.declared.triggersOff + part.declared.triggersOffToEmpty;
+    }
+    tables.removeDuplicates();
+    return tables;
+}
+
+void EmptyFor(ImportRun& run, const std::vector<PartOfRun>& parts, TriggersOff& triggers, bool reset) {
     Emptying emptying;
-    for (size_t i = 0; i < importers.size(); ++i) {
-        emptying = emptying + importers[i]->Empties(import.parts[i].empties);
+    for (const PartOfRun& part : parts) {
+        emptying = emptying + part.importer->Empties(part.declared.empties);
     }
     Empty(run, reset, emptying);
+    for (const PartOfRun& part : parts) {
+        for (const QString& table : part.declared.triggersOffToEmpty) {
+            triggers.SwitchOn(table);
+        }
+    }
+}
+
+void RunParts(ImportRun& run, const Import& import, const QString& singleCode, bool reset) {
+    const std::vector<PartOfRun> parts = PartsOf(run, import, singleCode);
+    TriggersOff triggers(run, QuietTables(parts));
+    EmptyFor(run, parts, triggers, reset);
     QString completion = import.frame.completion;
-    for (size_t i = 0; i < importers.size(); ++i) {
-        if (!RunPart(run, import.parts[i], *importers[i], told.at(static_cast<qsizetype>(i)), singleCode)) {
+    for (const PartOfRun& part : parts) {
+        if (!RunPart(run, part.declared, *part.importer, part.told, singleCode)) {
             return;
         }
-        completion = importers[i]->Completion(completion);
+        completion = part.importer->Completion(completion);
     }
     run.Complete(completion);
 }
@@ -95,7 +130,12 @@ Procedure ProcedureOf(std::optional<Button> button, const Frame& frame, const st
     for (const ImportPart& part : parts) {
         import.needs = import.needs + part.source.OwnNeeds() + part.needs;
         empties = empties + part.empties;
-        asks.insert(asks.end(), part.asks.begin(), part.asks.end());
+        for (const AnswerNeed& ask : part.asks) { // what several parts want to know is asked once
+            if (std::none_of(asks.begin(), asks.end(),
+                             [&ask](const AnswerNeed& one) { return one.question == ask.question; })) {
+                asks.push_back(ask);
+            }
+        }
     }
     return {.button = button,
             .name = frame.procedure,

@@ -65,6 +65,9 @@ struct ImportPart {
     Emptying empties = {};
     std::vector<AnswerNeed> asks = {};
     MakeImporter make;
+    QStringList triggersOff = {};        ///< tables (bare names) whose triggers are off while the procedure runs
+    QStringList triggersOffToEmpty = {}; ///< the same, until they have been emptied
+    bool ofSingleCode = true;            ///< whether a run of a single code comes to it
 };
 
 /// The procedure of an import: announcement, check, questions, emptying, the rows of each part in turn, completion.

@@ -84,6 +84,8 @@ Rule Part(int position, int count);
 /// A whole number in so many digits (with 3, "7" gives "007"); any other text as it is.
 Rule Digits(int count);
 Rule ThreeDigits();
+/// The digits of a text, as a whole number: "20/A" gives 20. Raises `ImportError` when it has none.
+Rule DigitsAsNumber();
 /// The text without any blanks.
 Rule WithoutBlanks();
 /// The number that the text begins with: "10+5" gives 10, and what is left behind is logged. Blank is left out. Raises

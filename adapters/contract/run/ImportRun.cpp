@@ -214,11 +214,14 @@ void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& li
 }
 
 bool ImportRun::Ask(const QString& question) {
+    if (const auto known = m_answers.constFind(question); known != m_answers.cend()) {
+        return *known;
+    }
     const Answer answer = m_session.Person.Ask(question);
     if (answer == Answer::GivenUp) {
         throw GivenUpByOperator();
     }
-    return answer == Answer::Yes;
+    return *m_answers.insert(question, answer == Answer::Yes);
 }
 
 QString ImportRun::Input(const QString& prompt, const QString& title, const QString& defaultText) {

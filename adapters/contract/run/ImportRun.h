@@ -37,7 +37,8 @@ public:
     /// Runs a statement that deletes rows of a table (physical name) before the first row is read; result and log tell
     /// how many.
     void Delete(const QString& table, const QString& statement);
-    /// Asks a yes/no question of this origin. When the operator gives it up, the run ends there as cancelled.
+    /// Asks a yes/no question of this origin, each once in a run. When the operator gives it up, the run ends there as
+    /// cancelled.
     bool Ask(const QString& question);
     /// Asks for a text; the same.
     QString Input(const QString& prompt, const QString& title, const QString& defaultText);
@@ -177,7 +178,8 @@ private:
     QHash<QString, PendingRows::Id> m_lastIds;
     int m_loops = 0; ///< begun so far
     std::optional<bool> m_takesRowsBack;
-    double m_start; ///< seconds on the operator's clock
+    QHash<QString, bool> m_answers; ///< by question
+    double m_start;                 ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -22,26 +22,8 @@ inline const Family WorkAccount{2, "DOC_CTL", "DOC_CTR", "DOC_CTD"};
 /// What the writer below writes into a family.
 std::vector<TableNeed> DocumentNeeds(const Family& family);
 
-/// The triggers of the document rows of all families, and of further tables, off for the lifetime of the object:
-/// switched on again also after an error or a cancel. Raises `SqlError` when they cannot be switched off.
-class TriggersOff {
-public:
-    /// @param further bare names
-    explicit TriggersOff(ImportRun& run, const QStringList& further = {});
-    ~TriggersOff();
-    TriggersOff(const TriggersOff&) = delete;
-    TriggersOff& operator=(const TriggersOff&) = delete;
-
-    /// Switches those of a table on before the end. Raises `SqlError`; they are tried again at the end then.
-    void SwitchOn(const QString& table);
-
-private:
-    void SwitchOff(const QString& table);
-    void SwitchAllOn() noexcept;
-
-    ImportRun& m_run;
-    QStringList m_off = {}; ///< bare names
-};
+/// The tables of the document rows of all families, whose triggers are off while documents are written.
+const QStringList& DocumentRowTables();
 
 /// What a reset of the documents deletes: those that an import wrote, with the rows and due dates that are left without
 /// a head. Documents entered by hand stay. @param causes only those of these causes; empty for all

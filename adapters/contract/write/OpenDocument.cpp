@@ -7,13 +7,12 @@ namespace contract {
 
 qint64 OpenDocument::Find(const Head& head) {
     const DocumentHead& fields = head.fields;
-    const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year,
-                                       head.bySeries ? Equals(m_run.GetSession(), "DTSER", fields.series) : QString());
+    const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year, head.further);
     m_writer.Saw(known);
     return known;
 }
 
-OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head, qint64 known) {
+OpenDocument::State OpenDocument::Write(const QString& key, const Head& head, qint64 known) {
     const DocumentHead& fields = head.fields;
     State state{key, 0, fields, known != 0};
     if (state.wasThere && m_options.skipImported) {
@@ -32,6 +31,16 @@ OpenDocument::State OpenDocument::Begin(const QString& key, const Head& head, qi
     return state;
 }
 
+RowOutcome OpenDocument::Begin(const QString& key, const Head& head) {
+    const State state = Write(key, head, Find(head));
+    m_run.Restores(m_state);
+    m_state = state;
+    if (state.id == 0) {
+        return m_run.Skip(AlreadyImported);
+    }
+    return state.wasThere ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
 RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& head,
                              const std::function<DocumentRow()>& row, const More& more, qint64* id) {
     const bool begins = !m_state || m_state->key != key;
@@ -43,7 +52,7 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
         m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), values.article));
         return m_run.Skip(ArticleMissing);
     }
-    State state = begins ? Begin(key, first, known) : *m_state;
+    State state = begins ? Write(key, first, known) : *m_state;
     const RowOutcome outcome = state.id == 0 ? m_run.Skip(AlreadyImported) : WriteRow(state, values, more, id);
     m_run.Restores(m_state);
     m_state = state;
@@ -63,17 +72,17 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
-void OpenDocument::End() {
+std::optional<OpenDocument::Ended> OpenDocument::End() {
+    std::optional<Ended> ended;
     if (m_state && m_state->id != 0) {
-        if (m_state->wasThere) {
-            m_writer.TellRowsLeft(m_state->id, m_state->rows);
-        }
+        ended = {m_state->id, m_state->wasThere ? m_writer.TellRowsLeft(m_state->id, m_state->rows) : 0};
         m_writer.Total(m_state->id);
         m_run.Restores(m_count);
         ++m_count;
     }
     m_run.Restores(m_state);
     m_state.reset();
+    return ended;
 }
 
 } // namespace contract

@@ -15,11 +15,16 @@ public:
     struct Head {
         DocumentHead fields;
         More more = {};
-        bool bySeries = false; ///< numbers count within the series
+        QString further = {}; ///< a further condition on the head that is there already, without AND
     };
     struct Options {
         bool checkArticles = true; ///< a row whose article is missing is left out, and logged
         bool skipImported = false; ///< a document that is there already is left out
+    };
+    /// A document that has ended.
+    struct Ended {
+        qint64 id;       ///< RECORD_ID of the head
+        qint64 rowsLeft; ///< an earlier import has written them, and they are no longer in the source
     };
 
     OpenDocument(ImportRun& run, const Family& family, const Options& options)
@@ -29,12 +34,17 @@ public:
           m_writer(run, family) {}
 
     DocumentWriter& Writer() { return m_writer; }
+    /// Writes the head of a document of which no row may follow. @param key tells the document from others
+    RowOutcome Begin(const QString& key, const Head& head);
     /// Writes a row. @param key tells its document from others @param head asked with the first row of a document
     /// @param row asked after it @param more sets further columns @param id gets the RECORD_ID of the row; may be null
     RowOutcome Row(const QString& key, const std::function<Head()>& head, const std::function<DocumentRow()>& row,
                    const More& more = {}, qint64* id = nullptr);
-    /// Ends the document under way: its totals follow from its rows. Does nothing when there is none.
-    void End();
+    /// The head of the document under way, which must be there.
+    const DocumentHead& Current() const { return m_state->head; }
+    /// Ends the document under way: its totals follow from its rows. Returns none when there is none, or it is left
+    /// out.
+    std::optional<Ended> End();
     /// Forgets the document under way: its rows have been given up.
     void Drop() { m_state.reset(); }
     /// Documents ended so far.
@@ -54,7 +64,7 @@ private:
         qint64 rows = 0;
     };
     qint64 Find(const Head& head);
-    State Begin(const QString& key, const Head& head, qint64 known);
+    State Write(const QString& key, const Head& head, qint64 known);
     RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
 
     ImportRun& m_run;

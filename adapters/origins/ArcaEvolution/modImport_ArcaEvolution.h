@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
 
 /// What the files of the module share.
@@ -46,7 +47,6 @@ contract::PriceLists Listini();
 /// The articles, then the locations of the warehouses.
 contract::Procedure ArticoliProcedure();
 
-const contract::Needs& DocumentiNeeds();
-void ImportDocumentiArcaEvolution(Session& session, const QString& singleCode, bool reset);
+contract::Documents Documenti();
 
 } // namespace modImport_ArcaEvolution

@@ -2,10 +2,9 @@
 
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
 
+#include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
-#include "adapters/contract/write/Article.h"
-#include "adapters/contract/write/Document.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
@@ -24,7 +23,102 @@ const QString Testate = QStringLiteral("DOTes");
 const QString Righe = QStringLiteral("DORig");
 const QString Totali = QStringLiteral("DOTotali");
 
+/// Of documents to subcontractors, whoever they stand with.
+const QString WorkMark = QStringLiteral("L");
+
+/// The kinds of document and what they become. Returns, reports, pro-forma invoices, production, transfers and
+/// inventories are not imported.
+std::vector<DocumentKind> Kinds() {
+    std::vector<DocumentKind> kinds{{.marks = {WorkMark}, .type = "ORD", .family = WorkAccount}};
+    for (const auto& [mark, type] : {std::pair("P", "OFF"), std::pair("O", "ORD"), std::pair("B", "DDT"),
+                                     std::pair("F", "FAT"), std::pair("A", "FAT"), std::pair("N", "NDC")}) {
+        kinds.push_back({.marks = {QString(mark) + 'C'}, .type = type, .family = Sales});
+        kinds.push_back({.marks = {QString(mark) + 'F'}, .type = type, .family = Purchases});
+    }
+    return kinds;
+}
+
 // --- Mappings -----------------------------------------------------------------------------------------------------
+
+/// Kind and side of a document.
+QString MarkOf(const SourceRow& row) {
+    static const QString sides = QStringLiteral("CF");
+    const QString kind = row.Text("TipoDocumento").toUpper();
+    if (kind == WorkMark || !QStringLiteral("POBFAN").contains(kind)) {
+        return kind;
+    }
+    const QString side = row.Text("CliFor").toUpper();
+    if (side.size() != 1 || !sides.contains(side)) {
+        throw ImportError(QStringLiteral("'%1' non è C (cliente) né F (fornitore)").arg(side));
+    }
+    return kind + side;
+}
+
+Rule Mark() {
+    return {"il genere e il lato, \"C\" o \"F\"", [](const RuleInput& input) { return RuleValue(MarkOf(input.row)); }};
+}
+
+Rule SeriesOfNumber() {
+    return {"ciò che segue la barra",
+            [](const RuleInput& input) { return RuleValue(input.Text().section(u'/', 1).trimmed()); }};
+}
+
+Rule NumberBeforeSlash() {
+    return {"le sole cifre prima della barra, come numero intero", [](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                return DigitsAsNumber().apply(
+                    {input.session, input.row, input.columns, input.facts, text.section(u'/', 0, 0)});
+            }};
+}
+
+/// The accounting year, that of the date when the source has none.
+int YearOf(const SourceRow& row) {
+    return row.IsBlank("EsAnno") ? DateOf(row, "DataDoc").toDate().year() : static_cast<int>(NumberOf(row, "EsAnno"));
+}
+
+Rule Year() {
+    return {"l'esercizio; vuoto: l'anno della data",
+            [](const RuleInput& input) { return RuleValue(YearOf(input.row)); }};
+}
+
+QString PartyOf(Session& session, const QString& code) {
+    const bool isCustomer = code.startsWith(u'C', Qt::CaseInsensitive);
+    return LookUp(session, "CON_TRO", isCustomer ? "COCGE" : "COFGE", code, "CDCON");
+}
+
+Rule Party() {
+    return {"CDCON della riga di CON_TRO di cui è COCGE se comincia per C, altrimenti COFGE",
+            [](const RuleInput& input) -> RuleValue {
+                const QString party = modImport_ArcaEvolution::PartyOf(input.session, input.Text());
+                if (party.isEmpty()) {
+                    throw ImportError(QStringLiteral("nessuna controparte ha il codice '%1'").arg(input.Text()));
+                }
+                return party;
+            }};
+}
+
+Rule WholeName() {
+    return {"CORAS e CORA2 della controparte", [](const RuleInput& input) -> RuleValue {
+                const QString party = modImport_ArcaEvolution::PartyOf(input.session, input.Text());
+                return QString(LookUp(input.session, "CON_TRO", "CDCON", party, "CORAS") + u' ' +
+                               LookUp(input.session, "CON_TRO", "CDCON", party, "CORA2"));
+            }};
+}
+
+/// A draft is still to be delivered, as is a document with a row that is not delivered.
+Rule State() {
+    return {"da consegnare finché è una bozza o ha una riga non evasa; altrimenti chiuso",
+            [](const RuleInput& input) -> RuleValue {
+                const ovConnection& source = input.session.SourceConnection();
+                const qint64 open = input.session.SourceConnection().ExecuteCommand(
+                    "SELECT COUNT(*) FROM DORig\rWHERE Id_DOTes = " + LiteralOf(source, input.row.Value("Id_DOTes")) +
+                    " AND COALESCE(Evasa, 0) = 0");
+                const bool draft = !mod_ovTools::ToBoolean(input.row.Value("Esecutivo"));
+                return draft || open > 0 ? schema::defaults::ToDeliver : schema::defaults::Closed;
+            },
+            Side::Both,
+            {{Righe, {"Id_DOTes", "Evasa"}}}};
+}
 
 /// A rate of zero is none: the document is in euro.
 Rule ExchangeRate() {
@@ -34,212 +128,67 @@ Rule ExchangeRate() {
             }};
 }
 
-/// What the columns of a head tell, beyond what tells documents apart.
-const Mapping& Testata() {
-    static const Mapping mapping{
-        "DOC_VEN",
-        Testate,
-        {
-            {"DTMOP", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
-            {"DTVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
-            {"DTCMB", "Cambio", ExchangeRate()},
-            {"DTRIC", "NumeroDocRif", Text()},
-            {"DTRID", "DataDocRif", AsRead()},
-            {"DTCOR", "DataConsegna", AsRead()},
-            {"DTCOC", "DataConsegna", AsRead()},
-            {"DTPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
-            {"DTSCO", "ScontoCassa", RoundedTo(2)},
-            {"DTNOT", "NotePiede", Text()},
-        },
-    };
-    return mapping;
-}
-
-// --- Kinds --------------------------------------------------------------------------------------------------------
-
-/// The document type of a kind of document; empty for one that is not imported: returns, reports, pro-forma invoices,
-/// production, transfers and inventories.
-QString TypeOf(const SourceRow& row) {
-    static const QHash<QString, QString> types{{"P", "OFF"}, {"O", "ORD"}, {"B", "DDT"}, {"F", "FAT"},
-                                               {"A", "FAT"}, {"N", "NDC"}, {"L", "ORD"}};
-    return types.value(row.Text("TipoDocumento").toUpper());
-}
-
-const Family& FamilyOf(const SourceRow& row) {
-    const QString side = row.Text("CliFor").toUpper();
-    if (row.Text("TipoDocumento").compare(u"L", Qt::CaseInsensitive) == 0) {
-        return WorkAccount;
-    }
-    if (side != "C" && side != "F") {
-        throw ImportError(QStringLiteral("colonna 'CliFor': '%1' non è C (cliente) né F (fornitore)").arg(side));
-    }
-    return side == "C" ? Sales : Purchases;
-}
-
-/// The number of a document: its digits, and behind the "/" its series.
-struct DocumentNumber {
-    QString digits;
-    QString series;
-};
-
-DocumentNumber NumberIn(const SourceRow& row) {
-    const QString text = row.Text("NumeroDoc");
-    QString digits = text.section(u'/', 0, 0);
-    digits.removeIf([](QChar character) { return !character.isDigit(); });
-    bool isNumber = false;
-    const qint64 number = digits.toLongLong(&isNumber);
-    if (!isNumber) {
-        throw ImportError(QStringLiteral("colonna 'NumeroDoc': '%1' non ha un numero").arg(text));
-    }
-    return {QString::number(number), text.section(u'/', 1).trimmed()};
-}
-
-/// The accounting year, that of the date when the source has none.
-int YearOf(const SourceRow& row) {
-    return row.IsBlank("EsAnno") ? DateOf(row, "DataDoc").toDate().year() : static_cast<int>(NumberOf(row, "EsAnno"));
-}
-
-QString StateOfRow(const SourceRow& row) {
-    if (mod_ovTools::ToBoolean(row.Value("Evasa"))) {
-        return schema::defaults::Delivered;
-    }
-    return NumberOf(row, "QtaEvasa") > 0 ? schema::defaults::PartlyDelivered : schema::defaults::ToDeliver;
-}
-
 /// Rows that only refer to another document, and rows without an article, are texts.
 bool IsText(const SourceRow& row) {
     return row.IsBlank("Cd_AR") || row.Text("TipoRigaRif").compare(u"R", Qt::CaseInsensitive) == 0;
 }
 
-// --- Documents ----------------------------------------------------------------------------------------------------
-
-/// A document under way.
-struct Document {
-    qint64 id = 0;
-    DocumentHead head = {};
-    const Family* family = nullptr;
-    bool wasThere = false;       ///< an earlier import, or a hand, has written it
-    QSet<qint64> rewritten = {}; ///< of its rows, when it was there
-    qint64 rows = 0;             ///< written by this run
-    double gifts = 0;            ///< amount of the rows that are given away
-};
-
-/// A row whose origin row has not been there yet.
-struct OpenLink {
-    const Family* family;
-    qint64 row;
-    qint64 origin; ///< Id_DORig
-};
-
-class Importer {
-public:
-    explicit Importer(ImportRun& run)
-        : m_run(run),
-          m_settings(ReadDocumentSettings(run.GetSession())) {}
-
-    RowOutcome Head(const SourceRow& row);
-    /// Links the rows whose origin came behind them, and tells how many have none.
-    void LinkRest();
-    const DocumentSettings& Settings() const { return m_settings; }
-    int Count() const { return m_count; }
-    void TellLeft() const {
-        const QStringList causes = Causes();
-        for (const DocumentWriter& writer : m_writers) {
-            writer.TellDocumentsLeft(causes, m_settings.from);
-        }
-    }
-
-private:
-    QStringList Causes() const;
-    DocumentWriter& WriterOf(const Family& family) { return m_writers[static_cast<size_t>(family.number)]; }
-    Cause CauseOf(const Family& family, const QString& code, const QString& type);
-    qint64 Find(const Family& family, const SourceRow& head, const QString& cause, const QString& ownSeries);
-    DocumentHead HeadOf(const SourceRow& row, const Family& family, const Cause& cause);
-    QString StateOf(const SourceRow& row);
-    void SetDestination(const SourceRow& row, const Document& document, TargetRow& target);
-    void WriteRow(const SourceRow& row, Document& document);
-    void SetRow(const SourceRow& row, const Document& document, TargetRow& target);
-    qint64 OriginRow(const Family& family, qint64 sourceRow);
-    void SetTotals(const SourceRow& row, const Document& document);
-
-    ImportRun& m_run;
-    DocumentSettings m_settings;
-    std::array<DocumentWriter, 3> m_writers{DocumentWriter(m_run, Sales), DocumentWriter(m_run, Purchases),
-                                            DocumentWriter(m_run, WorkAccount)};
-    std::vector<OpenLink> m_openLinks;
-    int m_count = 0;
-};
-
-/// What the kinds of document have become, whether this run has met them or not.
-QStringList Importer::Causes() const {
-    const Session& session = m_run.GetSession();
-    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
-        "SELECT DISTINCT TBNEW FROM SYS_IMP WHERE " + Equals(session, "TBNAM", "DO") + " AND " +
-        Equals(session, "TBFLD", "Cd_DO") + " AND TBNEW > '' ORDER BY TBNEW");
-    QStringList causes;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        causes.append(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
-    }
-    return causes;
+Rule TypeOfRow() {
+    return {"descrittiva se non ha articolo o solo rimanda, altrimenti normale", [](const RuleInput& input) {
+                using namespace schema::defaults;
+                return RuleValue(IsText(input.row) ? DescriptionRow : NormalRow);
+            }};
 }
 
-/// The cause, with the document type of its own when it has one.
-Cause Importer::CauseOf(const Family& family, const QString& code, const QString& type) {
-    Cause cause = WriterOf(family).CauseOf(code, type);
-    if (!cause.kind.isEmpty()) {
-        cause.type = cause.kind;
-    }
-    return cause;
+Rule StateOfRow() {
+    return {"evasa, in parte o da evadere", [](const RuleInput& input) -> RuleValue {
+                if (mod_ovTools::ToBoolean(input.row.Value("Evasa"))) {
+                    return schema::defaults::Delivered;
+                }
+                return NumberOf(input.row, "QtaEvasa") > 0 ? schema::defaults::PartlyDelivered
+                                                           : schema::defaults::ToDeliver;
+            }};
 }
 
-/// The head of that number, year, cause and series; 0 when there is none.
-qint64 Importer::Find(const Family& family, const SourceRow& head, const QString& cause, const QString& ownSeries) {
-    const DocumentNumber number = NumberIn(head);
-    return WriterOf(family).Find(
-        number.digits, cause, YearOf(head),
-        Equals(m_run.GetSession(), "COALESCE(DTSER, '')", number.series.isEmpty() ? ownSeries : number.series));
+Rule InSecondUnit() {
+    return {"la quantità per il fattore, 1 se è vuoto", [](const RuleInput& input) {
+                const SourceRow& row = input.row;
+                const double factor = row.IsBlank("FattoreToUM1") ? 1 : NumberOf(row, "FattoreToUM1");
+                return RuleValue(contract::RoundedTo(NumberOf(row, "Qta") * factor, 6));
+            }};
 }
 
-/// A draft is still to be delivered, as is a document with a row that is not delivered.
-QString Importer::StateOf(const SourceRow& row) {
-    const qint64 open = m_run.GetSession().SourceConnection().ExecuteCommand(
-        "SELECT COUNT(*) FROM DORig\rWHERE Id_DOTes = " +
-        LiteralOf(m_run.GetSession().SourceConnection(), row.Value("Id_DOTes")) + " AND COALESCE(Evasa, 0) = 0");
-    const bool draft = !mod_ovTools::ToBoolean(row.Value("Esecutivo"));
-    return draft || open > 0 ? schema::defaults::ToDeliver : schema::defaults::Closed;
+Rule VatOfRow() {
+    return {"codice IVA; nessuno per una riga descrittiva", [](const RuleInput& input) -> RuleValue {
+                return IsText(input.row) ? QString() : VatCodeOf(input.session, Righe, "Cd_Aliquota", input.Text());
+            }};
 }
 
-DocumentHead Importer::HeadOf(const SourceRow& row, const Family& family, const Cause& cause) {
-    Session& session = m_run.GetSession();
-    const QString code = row.Text("Cd_CF");
-    const bool customer = code.startsWith(u'C', Qt::CaseInsensitive);
-    const QString counterparty = LookUp(session, "CON_TRO", customer ? "COCGE" : "COFGE", code, "CDCON");
-    if (counterparty.isEmpty()) {
-        throw ImportError(
-            QStringLiteral("colonna 'Cd_CF': nessuna controparte di %1 ha il codice '%2'").arg(family.head, code));
-    }
-    const QString name = LookUp(session, "CON_TRO", "CDCON", counterparty, "CORAS") + ' ' +
-                         LookUp(session, "CON_TRO", "CDCON", counterparty, "CORA2");
-    const DocumentNumber number = NumberIn(row);
-    return {cause,          number.series.isEmpty() ? cause.series : number.series,
-            number.digits,  DateOf(row, "DataDoc"),
-            YearOf(row),    counterparty,
-            name.trimmed(), StateOf(row)};
+/// What is sold leaves a warehouse, what is bought arrives in one.
+Rule Warehouse() {
+    return {"quello di partenza di una vendita, quello di arrivo di un acquisto, tradotto con SYS_IMP (MG, Cd_MG)",
+            [](const RuleInput& input) -> RuleValue {
+                const QString code = input.row.Text(input.columns.at(input.facts.roles.customer ? 0 : 1));
+                const QString warehouse = TranslatedCode(input.session, "MG", "Cd_MG", code, "MAG_AZZ");
+                return warehouse.isEmpty() ? RuleValue() : RuleValue(warehouse);
+            }};
 }
+
+// --- Hooks --------------------------------------------------------------------------------------------------------
 
 /// The destination of the source in place of the counterparty's address.
-void Importer::SetDestination(const SourceRow& row, const Document& document, TargetRow& target) {
+void SetDestination(ImportRun& run, const SourceRow& row, TargetRow& target) {
     const QString destination = row.Text("Cd_CFDest");
     if (destination.isEmpty()) {
         return;
     }
-    Session& session = m_run.GetSession();
+    Session& session = run.GetSession();
     const Recordset found = session.Quadrix.ExecuteWC(
-        "SELECT * FROM " + m_run.FullName("CON_SED") + "\rWHERE " +
-        Equals(session, "CDCON", document.head.counterparty) + " AND SETIP = 'CO' AND " +
+        "SELECT * FROM " + run.FullName("CON_SED") + "\rWHERE " +
+        Equals(session, "CDCON", mod_ovTools::ToText(target.Value("DTCON"))) + " AND SETIP = 'CO' AND " +
         Equals(session, "CDSED", Digits(3).apply({session, row, {"Cd_CFDest"}, {}})->toString()));
     if (found.Eof()) {
-        m_run.Log(QStringLiteral("SEDE NON TROVATA: %1: '%2'").arg(m_run.RowKey(), destination));
+        run.Log(QStringLiteral("SEDE NON TROVATA: %1: '%2'").arg(run.RowKey(), destination));
         return;
     }
     const SourceRow branch(found);
@@ -250,168 +199,45 @@ void Importer::SetDestination(const SourceRow& row, const Document& document, Ta
     target.Set("DTPRO", branch.Text("SEPRO"));
 }
 
-RowOutcome Importer::Head(const SourceRow& row) {
-    Session& session = m_run.GetSession();
-    const QString type = TypeOf(row);
-    if (type.isEmpty()) {
-        return m_run.Skip("tipo di documento che non si importa");
-    }
-    const QString causeCode = modImport::GetNewCode(session, "DO", "Cd_DO", row.Text("Cd_DO"), true);
-    if (causeCode.isEmpty()) {
-        m_run.Log(QStringLiteral("CAUSALE NON TRADOTTA: %1: '%2'").arg(m_run.RowKey(), row.Text("Cd_DO")));
-        return m_run.Skip("causale non tradotta");
-    }
-    Document document;
-    document.family = &FamilyOf(row);
-    const Cause cause = CauseOf(*document.family, causeCode, type);
-    document.head = HeadOf(row, *document.family, cause);
-    document.id = Find(*document.family, row, causeCode, cause.series);
-    document.wasThere = document.id != 0;
-    DocumentWriter& writer = WriterOf(*document.family);
-    TargetRow target = writer.Head(document.head);
-    Testata().Apply(target, session, row, {});
-    SetDestination(row, document, target);
-    if (document.wasThere) {
-        writer.Update(target, document.id);
-    } else {
-        document.id = writer.Insert(target);
-    }
-    ForEachChild(session,
-                 "SELECT * FROM DORig\rWHERE Id_DOTes = " +
-                     LiteralOf(session.SourceConnection(), row.Value("Id_DOTes")) + "\rORDER BY Riga",
-                 Righe, "Riga", [&](const SourceRow& each) { WriteRow(each, document); });
-    SetTotals(row, document);
-    m_run.Restores(m_count);
-    ++m_count;
-    return document.wasThere ? RowOutcome::Updated : RowOutcome::Inserted;
+/// The parts of an article whose own row stands above.
+QString LeftOut(const SourceRow& row) {
+    return row.Text("TipoPC").compare(u"C", Qt::CaseInsensitive) == 0 ? QStringLiteral("parte di un articolo composto")
+                                                                      : QString();
 }
 
-/// What a row has beyond what the writer sets.
-void Importer::SetRow(const SourceRow& row, const Document& document, TargetRow& target) {
-    Session& session = m_run.GetSession();
-    if (!row.IsBlank("QtaEvadibile")) {
-        target.Set("DRQTD", NumberOf(row, "QtaEvadibile"));
-    }
-    target.Set("DRTOT", NumberOf(row, "PrezzoTotaleV"));
-    target.Set("DRTTA", NumberOf(row, "PrezzoTotaleV"));
-    target.Set("DRCON", DateOf(row, "DataConsegna"));
-    target.Set("DRCOR", DateOf(row, "DataConsegna"));
-    target.Set("DRNOT", row.Text("NoteRiga"));
-    // What is sold leaves a warehouse, what is bought arrives in one.
-    const QString warehouse = TranslatedCode(
-        session, "MG", "Cd_MG", row.Text(document.family->number == Sales.number ? "Cd_MG_P" : "Cd_MG_A"), "MAG_AZZ");
-    if (!warehouse.isEmpty()) {
-        target.Set("DRMAG", warehouse);
-    }
+QString CauseOf(Session& session, const SourceRow& head) {
+    return modImport::GetNewCode(session, "DO", "Cd_DO", head.Text("Cd_DO"), true);
 }
 
-void Importer::WriteRow(const SourceRow& row, Document& document) {
-    Session& session = m_run.GetSession();
-    if (row.Text("TipoPC").compare(u"C", Qt::CaseInsensitive) == 0) {
-        return; // the parts of an article whose own row stands above
+QString LeftOut(ImportRun& run, const SourceRow& head) {
+    if (!CauseOf(run.GetSession(), head).isEmpty()) {
+        return {};
     }
-    DocumentRow values;
-    values.article = row.IsBlank("Cd_AR") ? QString() : ArticleWriter(m_run).CodeOf(Ar, "Cd_AR", row.Text("Cd_AR"));
-    if (m_settings.checkArticles && !values.article.isEmpty() &&
-        !IsThere(session, "ART_ICO", "CDART", values.article)) {
-        m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1, Riga '%2': '%3'")
-                      .arg(m_run.RowKey(), row.Text("Riga"), values.article));
-        return;
-    }
-    const bool text = IsText(row);
-    values.number = static_cast<int>(NumberOf(row, "Riga"));
-    values.type = text ? schema::defaults::DescriptionRow : schema::defaults::NormalRow;
-    values.description = row.Text("Descrizione");
-    const QString unit = row.Text("Cd_ARMisura");
-    const QString known = modImport::GetNewCode(session, Ar, "Cd_ARMisura", unit, true);
-    values.unit = known.isEmpty() ? unit.toUpper() : known;
-    values.quantity = NumberOf(row, "Qta");
-    values.quantity2 =
-        contract::RoundedTo(values.quantity * (row.IsBlank("FattoreToUM1") ? 1 : NumberOf(row, "FattoreToUM1")), 6);
-    values.delivered = NumberOf(row, "QtaEvasa");
-    values.price = NumberOf(row, "PrezzoUnitarioV");
-    values.discounts = DiscountsOf(row, "ScontoRiga");
-    values.vatCode = text ? QString() : VatCodeOf(session, Righe, "Cd_Aliquota", row.Text("Cd_Aliquota"));
-    values.state = StateOfRow(row);
-    const DocumentWriter& writer = WriterOf(*document.family);
-    TargetRow target = writer.Row(document.id, document.head, values);
-    SetRow(row, document, target);
-    constexpr double noGift = 1;
-    document.gifts += NumberOf(row, "Omaggio") > noGift ? NumberOf(row, "PrezzoTotaleV") : 0;
-    const auto origin = static_cast<qint64>(NumberOf(row, "Id_DORig_Evade"));
-    const qint64 originRow = origin == 0 ? 0 : OriginRow(*document.family, origin);
-    if (originRow != 0) {
-        target.Set("DRORI", originRow);
-    }
-    qint64 id = document.wasThere ? writer.FindRow(document.id, values.number, document.rewritten) : 0;
-    if (id != 0) {
-        target.Update("WHERE " + Equals("RECORD_ID", id));
-        document.rewritten.insert(id);
-    } else {
-        target.Insert();
-        id = m_run.LastId(document.family->row);
-    }
-    ++document.rows;
-    if (origin != 0 && originRow == 0) {
-        m_openLinks.push_back({document.family, id, origin});
-        m_run.WhenTakenBack([this] { m_openLinks.pop_back(); });
-    }
+    run.Log(QStringLiteral("CAUSALE NON TRADOTTA: %1: '%2'").arg(run.RowKey(), head.Text("Cd_DO")));
+    return QStringLiteral("causale non tradotta");
 }
 
-/// The Quadrix row of a row of the source; 0 when it is not there.
-qint64 Importer::OriginRow(const Family& family, qint64 sourceRow) {
-    Session& session = m_run.GetSession();
-    const Recordset found = session.SourceConnection().ExecuteWC(
-        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, T.TipoDocumento, R.Riga FROM DORig R\r"
-                       "JOIN DOTes T ON T.Id_DOTes = R.Id_DOTes\rWHERE R.Id_DORig = %1")
-            .arg(sourceRow));
-    if (found.Eof()) {
-        return 0;
-    }
-    const SourceRow row(found);
-    const QString cause = modImport::GetNewCode(session, "DO", "Cd_DO", row.Text("Cd_DO"), false);
-    if (cause.isEmpty()) {
-        return 0;
-    }
-    const qint64 head = Find(family, row, cause, CauseOf(family, cause, TypeOf(row)).series);
-    return head == 0 ? 0 : WriterOf(family).FindRow(head, static_cast<int>(NumberOf(row, "Riga")));
+QString OfSeries(const Session& session, const QString& series) {
+    return Equals(session, "COALESCE(DTSER, '')", series);
 }
 
-void Importer::LinkRest() {
-    int missing = 0;
-    for (const OpenLink& link : m_openLinks) {
-        const qint64 origin = OriginRow(*link.family, link.origin);
-        if (origin == 0) {
-            ++missing;
-            continue;
-        }
-        TargetRow target(m_run, link.family->row);
-        target.Set("DRORI", origin);
-        target.Update("WHERE " + Equals("RECORD_ID", link.row));
-    }
-    if (missing > 0) {
-        m_run.Log(QStringLiteral("Righe la cui riga d'origine non è tra i documenti importati: %1").arg(missing));
-    }
+/// The cause has a document type of its own, and a series that numbers without one count in.
+QString Complete(const Session& session, DocumentHead& head) {
+    head.cause.type = head.cause.kind.isEmpty() ? head.cause.type : head.cause.kind;
+    head.series = head.series.isEmpty() ? head.cause.series : head.series;
+    return OfSeries(session, head.series);
 }
 
-/// Totals follow from the rows; those of the source stand in their place where it has them, as they are on the paper,
-/// unless rows that it has no more still stand in the document.
-void Importer::SetTotals(const SourceRow& row, const Document& document) {
-    Session& session = m_run.GetSession();
-    DocumentWriter& writer = WriterOf(*document.family);
-    const qint64 left = document.wasThere ? writer.TellRowsLeft(document.id, document.rows) : 0;
-    writer.Total(document.id);
-    const Recordset found = session.SourceConnection().ExecuteWC(
-        "SELECT * FROM DOTotali\rWHERE Id_DOTes = " + LiteralOf(session.SourceConnection(), row.Value("Id_DOTes")));
-    TargetRow target(m_run, document.family->head);
-    target.Set("DTOMA", document.gifts);
-    if (left == 0 && !found.Eof()) {
-        const SourceRow totals(found);
-        target.Set("DTIMP", NumberOf(totals, "TotImponibileV"));
-        target.Set("DTIVA", NumberOf(totals, "TotImpostaV"));
-        target.Set("DTTOT", NumberOf(totals, "TotDocumentoV"));
+/// What the kinds of document have become.
+QStringList CausesOf(Session& session) {
+    Recordset rows =
+        session.Quadrix.ExecuteWC("SELECT DISTINCT TBNEW FROM SYS_IMP WHERE " + Equals(session, "TBNAM", "DO") +
+                                  " AND " + Equals(session, "TBFLD", "Cd_DO") + " AND TBNEW > '' ORDER BY TBNEW");
+    QStringList causes;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        causes.append(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
     }
-    target.Update("WHERE " + Equals("RECORD_ID", document.id));
+    return causes;
 }
 
 /// The causes whose documents a reset removes, of the setting DOC_Truncate; none for all.
@@ -420,55 +246,209 @@ QStringList CausesToRemove(Session& session) {
     return causes.replace(u';', u',').remove(u' ').split(u',', Qt::SkipEmptyParts);
 }
 
-} // namespace
+/// The rows that rows of documents come from, and what a document gives away.
+class RowsUnderWay {
+public:
+    explicit RowsUnderWay(ImportRun& run)
+        : m_run(run) {}
 
-const Needs& DocumentiNeeds() {
-    static const Needs needs = [] {
-        Needs all{{&Testata()},
-                  {{Testate,
-                    {"Id_DOTes", "Cd_DO", "CliFor", "TipoDocumento", "NumeroDoc", "DataDoc", "EsAnno", "Cd_CF",
-                     "Cd_CFDest", "Esecutivo"}},
-                   {"DO", {"Cd_DO"}},
-                   {Righe,
-                    {"Id_DORig",      "Id_DOTes",   "Riga",         "TipoRigaRif",    "Cd_AR",        "Descrizione",
-                     "Cd_ARMisura",   "Qta",        "FattoreToUM1", "QtaEvasa",       "QtaEvadibile", "PrezzoUnitarioV",
-                     "PrezzoTotaleV", "ScontoRiga", "Omaggio",      "Cd_Aliquota",    "DataConsegna", "NoteRiga",
-                     "Evasa",         "Cd_MG_P",    "Cd_MG_A",      "Id_DORig_Evade", "TipoPC"}},
-                   {Totali, {"Id_DOTes", "TotImponibileV", "TotImpostaV", "TotDocumentoV"}}},
-                  {}};
-        for (const Family* family : {&Sales, &Purchases, &WorkAccount}) {
-            const std::vector<TableNeed> writes = DocumentNeeds(*family);
-            all.writes.insert(all.writes.end(), writes.begin(), writes.end());
-            all.writes.push_back({family->head, {"DTMOP", "DTRIC", "DTRID", "DTCOR", "DTCOC", "DTPOR", "DTOMA"}});
-            all.writes.push_back({family->row, {"DRORI", "DRCON", "DRCOR", "DRNOT"}});
+    void Begin() { m_gifts = 0; }
+    void SetOrigin(const SourceRow& row, TargetRow& target);
+    void Written(const SourceRow& row, const WrittenRow& written);
+    void SetTotals(const SourceRow& head, const WrittenDocument& document);
+    /// Links the rows whose origin came behind them, and tells how many have none.
+    void LinkRest();
+
+private:
+    /// A row whose origin row has not been there yet.
+    struct OpenLink {
+        const Family& family;
+        qint64 row;
+        qint64 origin; ///< Id_DORig
+    };
+    qint64 OriginRow(qint64 sourceRow);
+
+    ImportRun& m_run;
+    qint64 m_missing = 0; ///< Id_DORig that the row under way comes from and that is not there yet; 0: none
+    std::vector<OpenLink> m_openLinks;
+    double m_gifts = 0; ///< amount of the rows of the document that are given away
+};
+
+/// The Quadrix row of a row of the source; 0 when it is not there.
+qint64 RowsUnderWay::OriginRow(qint64 sourceRow) {
+    static const std::vector<DocumentKind> kinds = Kinds();
+    Session& session = m_run.GetSession();
+    const Recordset found = session.SourceConnection().ExecuteWC(
+        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, T.TipoDocumento, T.CliFor, R.Riga FROM DORig "
+                       "R\rJOIN DOTes T ON T.Id_DOTes = R.Id_DOTes\rWHERE R.Id_DORig = %1")
+            .arg(sourceRow));
+    if (found.Eof()) {
+        return 0;
+    }
+    const SourceRow row(found);
+    const QString mark = MarkOf(row);
+    const auto kind =
+        std::find_if(kinds.begin(), kinds.end(), [&mark](const DocumentKind& one) { return one.marks.contains(mark); });
+    const QString cause = CauseOf(session, row);
+    if (kind == kinds.end() || cause.isEmpty()) {
+        return 0;
+    }
+    const QString series = Field("NumeroDoc", SeriesOfNumber()).Text(session, row);
+    const DocumentWriter writer(m_run, kind->family);
+    const qint64 head =
+        writer.Find(Field("NumeroDoc", NumberBeforeSlash()).Text(session, row), cause, YearOf(row),
+                    OfSeries(session, series.isEmpty() ? LookUp(session, "CAU_DOC", "CDCAD", cause, "CDSER") : series));
+    return head == 0 ? 0 : writer.FindRow(head, static_cast<int>(NumberOf(row, "Riga")));
+}
+
+void RowsUnderWay::SetOrigin(const SourceRow& row, TargetRow& target) {
+    const auto origin = static_cast<qint64>(NumberOf(row, "Id_DORig_Evade"));
+    const qint64 originRow = origin == 0 ? 0 : OriginRow(origin);
+    m_missing = originRow == 0 ? origin : 0;
+    if (originRow != 0) {
+        target.Set("DRORI", originRow);
+    }
+}
+
+void RowsUnderWay::Written(const SourceRow& row, const WrittenRow& written) {
+    constexpr double noGift = 1;
+    m_gifts += NumberOf(row, "Omaggio") > noGift ? NumberOf(row, "PrezzoTotaleV") : 0;
+    if (m_missing != 0) {
+        m_openLinks.push_back({written.family, written.id, m_missing});
+        m_run.WhenTakenBack([this] { m_openLinks.pop_back(); });
+    }
+}
+
+/// Totals follow from the rows; those of the source stand in their place where it has them, as they are on the paper,
+/// unless rows that it has no more still stand in the document.
+void RowsUnderWay::SetTotals(const SourceRow& head, const WrittenDocument& document) {
+    Session& session = m_run.GetSession();
+    const Recordset found = session.SourceConnection().ExecuteWC(
+        "SELECT * FROM DOTotali\rWHERE Id_DOTes = " + LiteralOf(session.SourceConnection(), head.Value("Id_DOTes")));
+    TargetRow target(m_run, document.family.head);
+    target.Set("DTOMA", m_gifts);
+    if (document.rowsLeft == 0 && !found.Eof()) {
+        const SourceRow totals(found);
+        target.Set("DTIMP", NumberOf(totals, "TotImponibileV"));
+        target.Set("DTIVA", NumberOf(totals, "TotImpostaV"));
+        target.Set("DTTOT", NumberOf(totals, "TotDocumentoV"));
+    }
+    target.Update("WHERE " + Equals("RECORD_ID", document.id));
+}
+
+void RowsUnderWay::LinkRest() {
+    int missing = 0;
+    for (const OpenLink& link : m_openLinks) {
+        const qint64 origin = OriginRow(link.origin);
+        if (origin == 0) {
+            ++missing;
+            continue;
         }
-        return all;
-    }();
+        TargetRow target(m_run, link.family.row);
+        target.Set("DRORI", origin);
+        target.Update("WHERE " + Equals("RECORD_ID", link.row));
+    }
+    if (missing > 0) {
+        m_run.Log(QStringLiteral("Righe la cui riga d'origine non è tra i documenti importati: %1").arg(missing));
+    }
+}
+
+HeadHooks HooksOf(ImportRun& run) {
+    const auto rows = std::make_shared<RowsUnderWay>(run);
+    return {
+        .leavesOut = [&run](const SourceRow& head) { return LeftOut(run, head); },
+        .complete =
+            [&run, rows](const SourceRow& /*source*/, DocumentHead& head) {
+                rows->Begin();
+                return Complete(run.GetSession(), head);
+            },
+        .moreOfRow = [rows](const SourceRow& row, TargetRow& target) { rows->SetOrigin(row, target); },
+        .rowWritten = [rows](const SourceRow& row, const WrittenRow& written) { rows->Written(row, written); },
+        .documentWritten = [rows](const SourceRow& head,
+                                  const WrittenDocument& document) { rows->SetTotals(head, document); },
+        .end = [rows] { rows->LinkRest(); },
+        .causes = CausesOf(run.GetSession()),
+        .empties = DocumentEmptying(CausesToRemove(run.GetSession())),
+    };
+}
+
+Needs NeedsOfHooks() {
+    Needs needs{
+        {},
+        {{Testate, {"Id_DOTes", "NumeroDoc", "EsAnno", "DataDoc", "Cd_DO", "TipoDocumento", "CliFor", "Cd_CFDest"}},
+         {Righe, {"Id_DORig", "Riga", "Id_DORig_Evade", "TipoPC", "Omaggio", "PrezzoTotaleV"}},
+         {Totali, {"Id_DOTes", "TotImponibileV", "TotImpostaV", "TotDocumentoV"}}},
+        {}};
+    for (const Family* family : {&Sales, &Purchases, &WorkAccount}) {
+        needs.writes.push_back({family->head, {"DTOMA"}});
+        needs.writes.push_back({family->row, {"DRORI"}});
+    }
     return needs;
 }
 
-void ImportDocumentiArcaEvolution(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportDocumentiArcaEvolution", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione Documenti da Arca Evolution");
-        run.Preflight(DocumentiNeeds());
-        Importer importer(run);
-        const TriggersOff triggers(run);
-        Empty(run, reset, DocumentEmptying(CausesToRemove(session)));
-        const QString from =
-            " FROM DOTes T\rJOIN DO D ON D.Cd_DO = T.Cd_DO\rWHERE T.DataDoc >= " +
-            LiteralOf(session.SourceConnection(), importer.Settings().from) +
-            (singleCode.isEmpty() ? QString() : QString(" AND T.NumeroDoc = " + run.Quoted(singleCode)));
-        const bool toTheEnd = run.Rows({"Documenti", Testate, "Id_DOTes, NumeroDoc", "SELECT COUNT(*)" + from,
-                                        "SELECT T.*" + from + "\rORDER BY T.Id_DOTes"},
-                                       [&](const SourceRow& row) { return importer.Head(row); });
-        if (toTheEnd) {
-            importer.LinkRest();
-            importer.TellLeft();
-            run.Complete("Documenti Arca Evolution importati correttamente: " + QString::number(importer.Count()));
-        }
-    });
+} // namespace
+
+// --- Documents ----------------------------------------------------------------------------------------------------
+
+Documents Documenti() {
+    return {
+        .frame = {.module = Module,
+                  .procedure = "ImportDocumentiArcaEvolution",
+                  .announcement = "Inizio importazione Documenti da Arca Evolution",
+                  .completion = "Documenti Arca Evolution importati correttamente: %1"},
+        .source = {.table = Testate,
+                   .key = "NumeroDoc",
+                   .order = "Id_DOTes",
+                   .naming = "Id_DOTes, NumeroDoc",
+                   .joins = {{"DO", {{"Cd_DO"}}, {}, false}}},
+        .rows = {.table = Righe, .on = {{"Id_DOTes"}}, .order = "Riga"},
+        .reading = Reading::HeadThenRows,
+        .withoutRows = WithoutRows::Written,
+        .kinds = Kinds(),
+        .kind = {"TipoDocumento, CliFor", Mark()},
+        .cause = {"Cd_DO", Translated("DO", "Cd_DO")},
+        .head = {.number = {"NumeroDoc", NumberBeforeSlash()},
+                 .day = "DataDoc",
+                 .year = {"EsAnno, DataDoc", Year()},
+                 .series = {"NumeroDoc", SeriesOfNumber()},
+                 .counterparty = {"Cd_CF", Party()},
+                 .name = {"Cd_CF", WholeName()},
+                 .state = {"Id_DOTes, Esecutivo", State()},
+                 .lines = {{"DTMOP", "Cd_PG", TranslatedOrKnown(Cf, "Cd_PG", "TAB_MOP")},
+                           {"DTVAL", "Cd_VL", Currency(Cf, "Cd_VL")},
+                           {"DTCMB", "Cambio", ExchangeRate()},
+                           {"DTRIC", "NumeroDocRif", Text()},
+                           {"DTRID", "DataDocRif", AsRead()},
+                           {"DTCOR", "DataConsegna", AsRead()},
+                           {"DTCOC", "DataConsegna", AsRead()},
+                           {"DTPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
+                           {"DTSCO", "ScontoCassa", RoundedTo(2)},
+                           {"DTNOT", "NotePiede", Text()}}},
+        .row = {.number = "Riga",
+                .article = {"Cd_AR", Article()},
+                .type = {"Cd_AR, TipoRigaRif", TypeOfRow()},
+                .description = "Descrizione",
+                .unit = {"Cd_ARMisura", TranslatedOrUpper(Ar, "Cd_ARMisura", {})},
+                .quantity = "Qta",
+                .quantity2 = {"Qta, FattoreToUM1", InSecondUnit()},
+                .delivered = "QtaEvasa",
+                .price = "PrezzoUnitarioV",
+                .discounts = DiscountFields("ScontoRiga"),
+                .vatCode = {"Cd_Aliquota", VatOfRow()},
+                .state = {"Evasa, QtaEvasa", StateOfRow()},
+                .lines = {{"DRQTD", "QtaEvadibile", NotBlank(RoundedTo(6))},
+                          {"DRTOT", "PrezzoTotaleV", Or(RoundedTo(6), 0)},
+                          {"DRTTA", "PrezzoTotaleV", Or(RoundedTo(6), 0)},
+                          {"DRCON", "DataConsegna", Day()},
+                          {"DRCOR", "DataConsegna", Day()},
+                          {"DRNOT", "NoteRiga", Text()},
+                          {"DRMAG", "Cd_MG_P, Cd_MG_A", Warehouse()}}},
+        .empties = AtMost(DocumentEmptying()),
+        .leavesOut = [](const SourceRow& row) { return LeftOut(row); },
+        .moreOfHead = SetDestination,
+        .ofHeads = HooksOf,
+        .further = NeedsOfHooks(),
+    };
 }
 
 } // namespace modImport_ArcaEvolution

@@ -131,7 +131,7 @@ const Origin& Entry() {
         {
             ProcedureOf(Button::Cli, Controparti()),
             ProcedureOf(Button::Art, Articoli()),
-            {Button::Doc, "ImportDocumentiLantek24", ImportDocumentiLantek24, DocumentiNeeds(), DocumentiEmptying()},
+            DocumentiProcedure(),
             {std::nullopt, "ImportDistintaLantek24", ImportDistintaLantek24, CamBillNeeds(), BillEmptying()},
             InventarioProcedure(),
             RitagliProcedure(),

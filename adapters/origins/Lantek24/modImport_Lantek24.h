@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/kinds/Articles.h"
+#include "adapters/contract/kinds/ImportTable.h"
 #include "adapters/contract/write/Cam.h"
 #include "adapters/contract/write/CamBill.h"
 
@@ -19,6 +20,7 @@ inline const QString SheetClass = QStringLiteral("51");
 
 /// The unit of a unit's name in the source; the usual one for a blank name and for "unt".
 QString UnitOf(Session& session, const QString& name);
+contract::Rule UnitOfName();
 /// The day of a column, with its time; Null for a blank one and for 1 January 1900, which stands for none.
 QVariant DayOf(const contract::SourceRow& row, const QString& column);
 
@@ -26,13 +28,9 @@ contract::Articles Articoli();
 
 void ImportDistintaLantek24(Session& session, const QString& singleCode, bool reset);
 
-const contract::Needs& DocumentiNeeds();
-contract::Emptying DocumentiEmptying();
-void ImportDocumentiLantek24(Session& session, const QString& singleCode, bool reset);
-
-const contract::Needs& OrdiniNeeds();
+contract::Procedure DocumentiProcedure();
 /// The production orders, each behind the bill of its product; part of the import of documents.
-bool ImportOrdiniProduzione(contract::ImportRun& run);
+contract::ImportPart OrdiniProduzione();
 
 contract::Procedure InventarioProcedure();
 contract::Procedure RitagliProcedure();

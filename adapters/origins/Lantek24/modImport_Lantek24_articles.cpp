@@ -54,11 +54,6 @@ Rule ArticleClass() {
             }};
 }
 
-Rule UnitOfName() {
-    return {"tradotto con SYS_IMP (PPRR_PPRR, UntName); \"NR\" per vuoto e \"unt\"; altrimenti maiuscolo",
-            [](const RuleInput& input) { return RuleValue(UnitOf(input.session, input.Text())); }};
-}
-
 /// The family is that of the product's group, else of its cost group.
 Rule FamilyOfArticle() {
     return {"la prima non vuota: un gruppo tradotto con SYS_IMP (PPRR_PPRR, PGroup), un gruppo di costo con SYS_IMP "
@@ -121,6 +116,11 @@ QString UnitOf(Session& session, const QString& name) {
     }
     const bool piece = name.isEmpty() || name.compare(u"unt", Qt::CaseInsensitive) == 0;
     return piece ? schema::defaults::Unit : name.toUpper();
+}
+
+Rule UnitOfName() {
+    return {"tradotto con SYS_IMP (PPRR_PPRR, UntName); \"NR\" per vuoto e \"unt\"; altrimenti maiuscolo",
+            [](const RuleInput& input) { return RuleValue(UnitOf(input.session, input.Text())); }};
 }
 
 /// A reset empties the formats of the articles too.

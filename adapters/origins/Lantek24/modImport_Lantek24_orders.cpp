@@ -3,6 +3,7 @@
 
 #include "adapters/origins/Lantek24/modImport_Lantek24.h"
 
+#include "adapters/contract/kinds/ImportTable.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
@@ -17,7 +18,7 @@ namespace {
 
 // --- Source tables ------------------------------------------------------------------------------------------------
 
-const QString ProductionOrders = QStringLiteral("MMNN_MMOO_00000100");
+const QString ManufacturingOrders = QStringLiteral("MMNN_MMOO_00000100");
 const QString Operations = QStringLiteral("MMNN_MMOO_00000300");
 
 // --- Production orders --------------------------------------------------------------------------------------------
@@ -58,14 +59,18 @@ OrderIdentity IdentityOf(qint64 bill, const OrderFacts& facts) {
 
 QString StateOf(bool over) { return over ? schema::defaults::Closed : schema::defaults::ToDeliver; }
 
-class OrderImporter {
+class OrderImporter final : public Importer {
 public:
     explicit OrderImporter(ImportRun& run)
-        : m_run(run),
+        : Importer(run),
+          m_run(run),
           m_bills(run) {}
 
-    RowOutcome Row(const SourceRow& row);
-    void End() { m_bills.LinkSubAssemblies(); }
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_bills.LinkSubAssemblies();
+        return true;
+    }
 
 private:
     qint64 BillOf(const QString& product);
@@ -152,26 +157,23 @@ RowOutcome OrderImporter::Row(const SourceRow& row) {
 
 } // namespace
 
-const Needs& OrdiniNeeds() {
-    static const Needs needs{
+ImportPart OrdiniProduzione() {
+    const Needs own{
         {},
-        {{ProductionOrders, {"MnORef", "PrdRef", "DIS_IsQuote"}},
+        {{ManufacturingOrders, {"PrdRef"}},
          {Operations, {"MnORef", "OOrder", "WrkRef", "OprRef", "Quantity", "MQ", "CDate", "RDate", "EDate"}}},
         {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPTPD", "OPIDD"}},
          {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}}}};
-    return needs;
-}
-
-bool ImportOrdiniProduzione(ImportRun& run) {
-    OrderImporter importer(run);
-    const QString from = ProductionOrders + "\rWHERE DIS_IsQuote = 0";
-    const bool toTheEnd = run.Rows({"Ordini di produzione", ProductionOrders, "MnORef, PrdRef",
-                                    "SELECT COUNT(*) FROM " + from, "SELECT * FROM " + from + "\rORDER BY MnORef"},
-                                   [&](const SourceRow& row) { return importer.Row(row); });
-    if (toTheEnd) {
-        importer.End();
-    }
-    return toTheEnd;
+    return {.step = "Ordini di produzione",
+            .source = {.table = ManufacturingOrders,
+                       .key = "MnORef",
+                       .order = "MnORef",
+                       .where = "DIS_IsQuote = 0",
+                       .naming = "MnORef, PrdRef"},
+            .needs = CamBillNeeds() + own,
+            .empties = DeletedImports("ORD_PRO") + DeletedOrphans({"ORD_FAS"}, "IDOPR", "ORD_PRO"),
+            .make = [](ImportRun& run, const QString&) { return std::make_unique<OrderImporter>(run); },
+            .ofSingleCode = false};
 }
 
 } // namespace modImport_Lantek24

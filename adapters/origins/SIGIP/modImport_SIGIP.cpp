@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TriggersOff.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -364,7 +365,7 @@ void CorreggiDateConsegnaSIGIP(Session& session, const QString& singleCode, bool
     run.Guard([&] {
         run.Announce("Inizio correzione date di consegna SIGIP");
         run.Preflight(RepairNeeds());
-        const TriggersOff triggers(run);
+        const TriggersOff triggers(run, DocumentRowTables());
         for (const Side& side : {Customers(), Suppliers()}) {
             DateRepair repair(run, side);
             if (!run.Rows(

@@ -375,14 +375,6 @@ Procedure Riallinea() {
     return procedure;
 }
 
-/// Documents are imported as a whole: both buttons do the same.
-Procedure Documenti(Button button) {
-    Procedure procedure{button,           "ImportDocumentiWinProgest", ImportDocumentiWinProgest,
-                        DocumentiNeeds(), DocumentEmptying(),          {{SkipImportedQuestion}}};
-    procedure.confirmation = "Importare i documenti?";
-    return procedure;
-}
-
 } // namespace
 
 const Origin& Entry() {
@@ -398,8 +390,8 @@ const Origin& Entry() {
             Riallinea(),
             ProcedureOf(Button::Art, ArticoliWinProgest()),
             ProcedureOf(Button::Dis, DistinteWinProgest()),
-            Documenti(Button::Doc),
-            Documenti(Button::Acq),
+            DocumentiWinProgest(Button::Doc), // as a whole: both buttons do the same
+            DocumentiWinProgest(Button::Acq),
             PromozioniProcedure(),
             CodificheProcedure(),
             DisegniProcedure(),

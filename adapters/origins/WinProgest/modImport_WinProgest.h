@@ -50,8 +50,7 @@ struct DocumentKind {
 
 const DocumentKind& Of(Kind kind);
 
-const contract::Needs& DocumentiNeeds();
-void ImportDocumentiWinProgest(Session& session, const QString& singleCode, bool reset);
+contract::Procedure DocumentiWinProgest(contract::Button button);
 
 const contract::Needs& RiallineaNeeds();
 /// Links the rows of one kind of documents to the rows that they come from. Of a kind that comes from none, and without

@@ -2,9 +2,9 @@
 // of the document. The head tables are known from installations; the row tables, TESTORF and all columns are this
 // system's own reading.
 
+#include "adapters/contract/kinds/Documents.h"
+
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/write/Article.h"
-#include "adapters/contract/write/Document.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -43,317 +43,151 @@ constexpr std::array AllKinds{Kind::Offers,   Kind::Orders,   Kind::DeliveryNote
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-/// What a head has beyond number, day, counterparty and state.
-Mapping MakeHeadMapping(const DocumentKind& kind) {
-    return {kind.family.head,
-            kind.head,
-            {
-                {"DTMOP", "CODPAG", Translated(Testate, "CODPAG")},
-                {"DTRIC", "RIFCLI", Text()},
-                {"DTRID", "DATRIF", NotBlank(AsRead())},
-                {"DTPOR", "PORTO", Text()},
-                {"DTSCO", "SCOCAS", RoundedTo(2)},
-                {"DTNOT", "NOTE", Text()},
+Rule NumberOfDocument() {
+    return {"com'è; deve essere maggiore di zero", [](const RuleInput& input) -> RuleValue {
+                if (NumberOf(input.row, input.columns.first()) <= 0) {
+                    throw ImportError(QStringLiteral("'%1' non è il numero di un documento").arg(input.Text()));
+                }
+                return input.Text();
             }};
 }
 
-/// What a row has beyond article, quantities and prices.
-Mapping MakeRowMapping(const DocumentKind& kind) {
-    return {kind.family.row, kind.rows, {{"DRCOR", "DATCON", NotBlank(AsRead())}}};
+Rule Party(bool supplier) {
+    return {supplier ? "CDCON della riga di CON_TRO di cui è COFGE, o di quella in cui è stata unita"
+                     : "CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita",
+            [supplier](const RuleInput& input) {
+                return RuleValue(RequireCounterparty(input.session, input.Text(), supplier));
+            }};
 }
 
-struct KindMappings {
-    Mapping head;
-    Mapping row;
-};
+Rule TypeOfRow() { return Choice({{DescriptionRow, DescriptionRow}}, NormalRow); }
 
-const KindMappings& MappingsOf(Kind kind) {
-    static const std::vector<KindMappings> mappings = [] {
-        std::vector<KindMappings> all;
-        all.reserve(AllKinds.size());
-        for (const Kind each : AllKinds) {
-            all.push_back({MakeHeadMapping(Of(each)), MakeRowMapping(Of(each))});
-        }
-        return all;
-    }();
-    return mappings[static_cast<size_t>(kind)];
+/// A row without a VAT code has that of its article. A code that Quadrix does not know would leave the tax short.
+Rule VatOfRow() {
+    return {"codice IVA; vuoto: quello dell'articolo; nessuno per una riga descrittiva",
+            [](const RuleInput& input) -> RuleValue {
+                Session& session = input.session;
+                const SourceRow& row = input.row;
+                if (row.Text("TIPRIG").compare(DescriptionRow, Qt::CaseInsensitive) == 0) {
+                    return QString();
+                }
+                if (!row.IsBlank("IVA")) {
+                    return VatCodeOf(session, Articoli, "IVA", row.Text("IVA"));
+                }
+                const QString article = ArticleCodeOf(session, Articoli, "CODART", row.Text("CODART"));
+                const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARIVA");
+                return own.isEmpty() ? schema::defaults::VatCode : own;
+            }};
 }
 
-// --- Documents ----------------------------------------------------------------------------------------------------
-
-/// What holds for every document of a run.
-struct Answers {
-    DocumentSettings settings;
-    bool skipImported = false;
-};
-
-/// The rows of a document that are written.
-struct Written {
-    int rows = 0;
-    int goods = 0; ///< those that are more than a text
-    int delivered = 0;
-    QSet<qint64> rewritten = {}; ///< RECORD_IDs of those that were there
-
-    bool IsDelivered() const { return goods > 0 && delivered == goods; }
-};
-
-/// Imports the documents of one kind.
-class KindImport {
-public:
-    KindImport(ImportRun& run, Kind kind, const Answers& answers)
-        : m_run(run),
-          m_kind(Of(kind)),
-          m_mappings(MappingsOf(kind)),
-          m_answers(answers),
-          m_writer(run, m_kind.family) {}
-
-    /// @return false when the operator cancelled
-    bool Run(const QString& singleCode);
-
-private:
-    RowOutcome Import(const SourceRow& row);
-    DocumentHead HeadOf(const SourceRow& row);
-    qint64 FindHead(const DocumentHead& head) const;
-    qint64 WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known);
-    void WriteRow(const SourceRow& row, qint64 id, const DocumentHead& head, bool again, Written& written) const;
-    DocumentRow RowOf(const SourceRow& row) const;
-    QString StateOf(const DocumentRow& row) const;
-    QString VatOf(const SourceRow& row, const QString& article) const;
-    QString UnitOf(const SourceRow& row) const;
-    QString SourceLiteral(const QVariant& value) const {
-        return LiteralOf(m_run.GetSession().SourceConnection(), value);
-    }
-    void FindTwins(const QString& where);
-    void TellWithoutDay() const;
-
-    ImportRun& m_run;
-    const DocumentKind& m_kind;
-    const KindMappings& m_mappings;
-    const Answers& m_answers;
-    DocumentWriter m_writer;
-    QSet<QString> m_twins; ///< number and day that more than one head has
-};
+// --- Hooks --------------------------------------------------------------------------------------------------------
 
 QString TwinKey(const QVariant& number, const QVariant& day) {
     return mod_ovTools::ToText(number) + u'|' + mod_ovTools::ToText(day);
 }
 
-bool KindImport::Run(const QString& singleCode) {
-    QString where = "\rWHERE DATDOC >= " + SourceLiteral(m_answers.settings.from);
-    if (!singleCode.isEmpty()) {
-        where += " AND NUMDOC = " + m_run.Quoted(singleCode);
-    }
-    FindTwins(where);
-    TellWithoutDay();
-    const bool toTheEnd = m_run.Rows({m_kind.name, m_kind.head, "NUMDOC", "SELECT COUNT(*) FROM " + m_kind.head + where,
-                                      "SELECT * FROM " + m_kind.head + where + "\rORDER BY DATDOC, NUMDOC"},
-                                     [this](const SourceRow& row) { return Import(row); });
-    if (toTheEnd) {
-        m_writer.TellDocumentsLeft({m_kind.cause}, m_answers.settings.from);
-    }
-    return toTheEnd;
-}
-
-/// Two heads of the same number and day share their rows: nobody can tell whose they are.
-void KindImport::FindTwins(const QString& where) {
-    Recordset rows = m_run.GetSession().SourceConnection().ExecuteWC(
-        "SELECT NUMDOC, DATDOC FROM " + m_kind.head + where + "\rGROUP BY NUMDOC, DATDOC\rHAVING COUNT(*) > 1");
+/// Number and day that more than one head has: they share their rows, and nobody can tell whose they are.
+QSet<QString> TwinsOf(ImportRun& run, const DocumentKind& kind) {
+    QSet<QString> twins;
+    Recordset rows = run.GetSession().SourceConnection().ExecuteWC("SELECT NUMDOC, DATDOC FROM " + kind.head +
+                                                                   "\rGROUP BY NUMDOC, DATDOC\rHAVING COUNT(*) > 1");
     for (; !rows.Eof(); rows.MoveNext()) {
-        m_twins.insert(TwinKey(rows.Value("NUMDOC"), rows.Value("DATDOC")));
+        twins.insert(TwinKey(rows.Value("NUMDOC"), rows.Value("DATDOC")));
     }
+    return twins;
 }
 
-/// The start date leaves them behind, and nobody would know.
-void KindImport::TellWithoutDay() const {
-    const qint64 count = m_run.GetSession().SourceConnection().ExecuteCommand("SELECT COUNT(*) FROM " + m_kind.head +
-                                                                              " WHERE DATDOC IS NULL");
-    if (count > 0) {
-        m_run.Log(QStringLiteral("DOCUMENTI SENZA DATA: tabella '%1', %2 non importati").arg(m_kind.head).arg(count));
-    }
-}
-
-RowOutcome KindImport::Import(const SourceRow& row) {
-    if (m_twins.contains(TwinKey(row.Value("NUMDOC"), row.Value("DATDOC")))) {
-        throw ImportError(
-            QStringLiteral("colonne 'NUMDOC', 'DATDOC': più testate hanno il numero '%1' del %2, le righe non "
-                           "si possono distinguere")
-                .arg(row.Text("NUMDOC"), row.Text("DATDOC")));
-    }
-    const DocumentHead head = HeadOf(row);
-    const qint64 known = FindHead(head);
-    m_writer.Saw(known);
-    if (known != 0 && m_answers.skipImported) {
-        return m_run.Skip(AlreadyImported);
-    }
-    const qint64 id = WriteHead(row, head, known);
-    Written written;
-    ForEachChild(m_run.GetSession(),
-                 "SELECT * FROM " + m_kind.rows + "\rWHERE NUMDOC = " + SourceLiteral(row.Value("NUMDOC")) +
-                     " AND DATDOC = " + SourceLiteral(row.Value("DATDOC")) + "\rORDER BY NRIGA",
-                 m_kind.rows, "NRIGA", [&](const SourceRow& child) { WriteRow(child, id, head, known != 0, written); });
-    if (m_kind.open && written.IsDelivered()) {
-        TargetRow state(m_run, m_kind.family.head);
+/// A document has been delivered when each of its rows has, those that are texts aside.
+void CloseDelivered(ImportRun& run, const WrittenDocument& document) {
+    const Recordset rows = run.GetSession().Quadrix.ExecuteWC(
+        "SELECT COUNT(*), SUM(CASE WHEN DRSTA = '" + Delivered + "' THEN 1 ELSE 0 END) FROM " +
+        run.FullName(document.family.row) + " WHERE " + Equals("IDTES", document.id) + " AND DRTIP <> '" +
+        DescriptionRow + "'");
+    const qint64 goods = rows.Fields(0).Value().toLongLong();
+    if (goods > 0 && rows.Fields(1).Value().toLongLong() == goods) {
+        TargetRow state(run, document.family.head);
         state.Set("DTSTA", Delivered);
-        m_writer.Update(state, id);
-    }
-    if (known != 0) {
-        m_writer.TellRowsLeft(id, written.rows);
-    }
-    m_writer.Total(id);
-    return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
-}
-
-DocumentHead KindImport::HeadOf(const SourceRow& row) {
-    const QVariant day = DateOf(row, "DATDOC");
-    if (NumberOf(row, "NUMDOC") <= 0) {
-        throw ImportError(
-            QStringLiteral("colonna 'NUMDOC': '%1' non è il numero di un documento").arg(row.Text("NUMDOC")));
-    }
-    DocumentHead head;
-    head.cause = m_writer.CauseOf(m_kind.cause, m_kind.type);
-    head.series = NoSeries;
-    head.number = row.Text("NUMDOC");
-    head.day = day;
-    head.year = day.toDate().year();
-    head.state = m_kind.open ? ToDeliver : Delivered;
-    try {
-        head.counterparty =
-            RequireCounterparty(m_run.GetSession(), row.Text(m_kind.Counterparty()), m_kind.IsSupplier());
-    } catch (ImportError& error) {
-        error.AddContext(QStringLiteral("colonna '%1'").arg(m_kind.Counterparty()));
-        throw;
-    }
-    head.name = row.IsBlank("RAGSOC") ? LookUp(m_run.GetSession(), "CON_TRO", "CDCON", head.counterparty, "CORAS")
-                                      : row.Text("RAGSOC");
-    return head;
-}
-
-/// WinProgest counts some documents more than once in a year: the day tells them apart.
-qint64 KindImport::FindHead(const DocumentHead& head) const {
-    Session& session = m_run.GetSession();
-    return IdWhere(
-        session, m_kind.family.head,
-        Equals(session, "DTNUM", head.number) + " AND " + Equals(session, "DTCAU", head.cause.code) +
-            " AND DTDAT = " + mod_ovTools::FormatSqlValue(head.day, DataType::DateTime, session.Quadrix.ProviderType));
-}
-
-qint64 KindImport::WriteHead(const SourceRow& row, const DocumentHead& head, qint64 known) {
-    TargetRow target = m_writer.Head(head);
-    m_mappings.head.Apply(target, m_run.GetSession(), row, {});
-    if (known == 0) {
-        return m_writer.Insert(target);
-    }
-    m_writer.Update(target, known);
-    return known;
-}
-
-/// @param again the document was imported before: its row of that number is rewritten, as others may be linked to it
-void KindImport::WriteRow(const SourceRow& row, qint64 id, const DocumentHead& head, bool again,
-                          Written& written) const {
-    Session& session = m_run.GetSession();
-    const DocumentRow values = RowOf(row);
-    const bool missing = !values.article.isEmpty() && !IsThere(session, "ART_ICO", "CDART", values.article);
-    if (missing && m_answers.settings.checkArticles) {
-        m_run.Log(QStringLiteral("RIGA SALTATA: %1, %2: l'articolo '%3' non c'è")
-                      .arg(m_run.RowKey(), NameOf(row, m_kind.rows, "NRIGA"), values.article));
-        return;
-    }
-    if (values.type != DescriptionRow) {
-        ++written.goods;
-        written.delivered += values.state == Delivered ? 1 : 0;
-    }
-    ++written.rows;
-    TargetRow target = m_writer.Row(id, head, values);
-    m_mappings.row.Apply(target, session, row, {});
-    const qint64 known = again ? m_writer.FindRow(id, values.number, written.rewritten) : 0;
-    if (known != 0) {
-        written.rewritten.insert(known);
-        target.Update("WHERE " + Equals("RECORD_ID", known));
-    } else {
-        target.Insert();
+        state.Update("WHERE " + Equals("RECORD_ID", document.id));
     }
 }
 
-DocumentRow KindImport::RowOf(const SourceRow& row) const {
-    DocumentRow values;
-    values.number = static_cast<int>(NumberOf(row, "NRIGA"));
-    values.type = row.Text("TIPRIG").toUpper() == DescriptionRow ? DescriptionRow : NormalRow;
-    values.article =
-        row.IsBlank("CODART") ? QString() : ArticleWriter(m_run).CodeOf(Articoli, "CODART", row.Text("CODART"));
-    values.description = row.Text("DESCR");
-    values.unit = UnitOf(row);
-    values.quantity = NumberOf(row, "QTA");
-    values.delivered = m_kind.open ? NumberOf(row, "QTAEVA") : values.quantity;
-    values.price = NumberOf(row, "PREZZO");
-    values.discounts = {NumberOf(row, "SCO1"), NumberOf(row, "SCO2"), NumberOf(row, "SCO3")};
-    values.vatCode = values.type == DescriptionRow ? QString() : VatOf(row, values.article);
-    values.state = StateOf(values);
-    return values;
-}
-
-QString KindImport::StateOf(const DocumentRow& row) const {
-    if (!m_kind.open || (row.delivered > 0 && row.delivered >= row.quantity)) {
-        return Delivered;
+HeadHooks HooksOf(ImportRun& run, const DocumentKind& kind) {
+    HeadHooks hooks;
+    hooks.leavesOut = [twins = TwinsOf(run, kind)](const SourceRow& head) {
+        if (twins.contains(TwinKey(head.Value("NUMDOC"), head.Value("DATDOC")))) {
+            throw ImportError(
+                QStringLiteral("colonne 'NUMDOC', 'DATDOC': più testate hanno il numero '%1' del %2, le righe non "
+                               "si possono distinguere")
+                    .arg(head.Text("NUMDOC"), head.Text("DATDOC")));
+        }
+        return QString();
+    };
+    // WinProgest counts some documents more than once in a year: the day tells them apart.
+    hooks.complete = [&run](const SourceRow& /*head*/, const DocumentHead& head) {
+        return OnDay(run.GetSession(), "DTDAT", head.day);
+    };
+    if (kind.open) {
+        hooks.documentWritten = [&run](const SourceRow& /*head*/, const WrittenDocument& document) {
+            CloseDelivered(run, document);
+        };
     }
-    return row.delivered > 0 ? PartlyDelivered : ToDeliver;
+    return hooks;
 }
 
-/// A row without a VAT code has that of its article. A code that Quadrix does not know would leave the tax short.
-QString KindImport::VatOf(const SourceRow& row, const QString& article) const {
-    Session& session = m_run.GetSession();
-    if (row.IsBlank("IVA")) {
-        const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARIVA");
-        return own.isEmpty() ? schema::defaults::VatCode : own;
-    }
-    return VatCodeOf(session, Articoli, "IVA", row.Text("IVA"));
-}
+// --- Documents ----------------------------------------------------------------------------------------------------
 
-/// Empty for a blank one: the row takes that of its article.
-QString KindImport::UnitOf(const SourceRow& row) const {
-    const QString unit = row.Text("UM");
-    const QString code = modImport::GetNewCode(m_run.GetSession(), Articoli, "UM", unit, true);
-    return code.isEmpty() ? unit.toUpper() : code;
+/// @param empties what a reset deletes
+Documents DocumentsOf(const DocumentKind& kind, const Emptying& empties) {
+    return {
+        .frame = {.step = kind.name},
+        .source = {.table = kind.head, .key = "NUMDOC", .order = "DATDOC, NUMDOC"},
+        .rows = {.table = kind.rows, .on = {{"NUMDOC"}, {"DATDOC"}}, .order = "NRIGA"},
+        .reading = Reading::HeadThenRows,
+        .withoutRows = WithoutRows::Written,
+        .kinds = {{.cause = kind.cause, .type = kind.type, .family = kind.family, .isOpen = kind.open}},
+        .head = {.number = {"NUMDOC", NumberOfDocument()},
+                 .day = "DATDOC",
+                 .counterparty = {kind.Counterparty(), Party(kind.IsSupplier())},
+                 .name = "RAGSOC",
+                 .lines = {{"DTMOP", "CODPAG", Translated(Testate, "CODPAG")},
+                           {"DTRIC", "RIFCLI", Text()},
+                           {"DTRID", "DATRIF", NotBlank(AsRead())},
+                           {"DTPOR", "PORTO", Text()},
+                           {"DTSCO", "SCOCAS", RoundedTo(2)},
+                           {"DTNOT", "NOTE", Text()}}},
+        .row = {.number = "NRIGA",
+                .article = {"CODART", Article()},
+                .type = {"TIPRIG", TypeOfRow()},
+                .description = "DESCR",
+                .unit = {"UM", TranslatedOrUpper(Articoli, "UM", {})},
+                .quantity = "QTA",
+                .delivered = "QTAEVA",
+                .price = "PREZZO",
+                .discounts = {"SCO1", "SCO2", "SCO3"},
+                .vatCode = {"IVA, CODART, TIPRIG", VatOfRow()},
+                .lines = {{"DRCOR", "DATCON", NotBlank(AsRead())}}},
+        .imported = Imported::Asked,
+        .empties = empties,
+        .ofHeads = [&kind](ImportRun& run) { return HooksOf(run, kind); },
+        .further = {{}, {}, {CounterpartyNeed()}},
+    };
 }
 
 } // namespace
 
-const Needs& DocumentiNeeds() {
-    static const Needs needs = [] {
-        Needs all;
-        for (const Kind kind : AllKinds) {
-            all.mappings.push_back(&MappingsOf(kind).head);
-            all.mappings.push_back(&MappingsOf(kind).row);
-            all.reads.push_back({Of(kind).head, {"NUMDOC", "DATDOC", Of(kind).Counterparty(), "RAGSOC"}});
-            all.reads.push_back({Of(kind).rows,
-                                 {"NUMDOC", "DATDOC", "NRIGA", "TIPRIG", "CODART", "DESCR", "UM", "QTA", "QTAEVA",
-                                  "PREZZO", "SCO1", "SCO2", "SCO3", "IVA"}});
-        }
-        for (const Family& family : {Sales, Purchases}) {
-            const std::vector<TableNeed> writes = DocumentNeeds(family);
-            all.writes.insert(all.writes.end(), writes.begin(), writes.end());
-        }
-        all.writes.push_back(CounterpartyNeed());
-        return all;
-    }();
-    return needs;
-}
-
-void ImportDocumentiWinProgest(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportDocumentiWinProgest", singleCode);
-    run.LogErrorsAs("Errore: ");
-    run.Guard([&] {
-        run.Announce("Inizio importazione Documenti da WinProgest");
-        run.Preflight(DocumentiNeeds());
-        Answers answers{ReadDocumentSettings(session)};
-        answers.skipImported = AskSkipImported(run);
-        const TriggersOff triggers(run);
-        Empty(run, reset, DocumentEmptying());
-        const bool toTheEnd = std::all_of(AllKinds.begin(), AllKinds.end(),
-                                          [&](Kind kind) { return KindImport(run, kind, answers).Run(singleCode); });
-        if (toTheEnd) {
-            run.Complete("Documenti importati correttamente!");
-        }
-    });
+Procedure DocumentiWinProgest(Button button) {
+    std::vector<ImportPart> parts;
+    for (const Kind kind : AllKinds) {
+        parts.push_back(PartOf(DocumentsOf(Of(kind), parts.empty() ? DocumentEmptying() : Emptying())));
+    }
+    return ProcedureOf(button,
+                       {.module = Module,
+                        .procedure = "ImportDocumentiWinProgest",
+                        .announcement = "Inizio importazione Documenti da WinProgest",
+                        .errors = "Errore: ",
+                        .completion = "Documenti importati correttamente!",
+                        .confirmation = "Importare i documenti?"},
+                       parts);
 }
 
 } // namespace modImport_WinProgest

@@ -2,6 +2,7 @@
 // documents whose number is unique within their year take part: of the others nobody can tell which row is meant.
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TriggersOff.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
 
 using namespace contract;
@@ -153,7 +154,7 @@ void RiallineaDRORIWinProgest(Session& session, const QString& singleCode, bool 
                 run.Preflight(NeedsOf(Of(kind)));
             }
         }
-        const TriggersOff triggers(run);
+        const TriggersOff triggers(run, DocumentRowTables());
         const bool toTheEnd =
             std::all_of(chosen.begin(), chosen.end(), [&](Kind kind) { return RiallineaDRORI(run, kind, singleCode); });
         if (toTheEnd && !chosen.empty()) {

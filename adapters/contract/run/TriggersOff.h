@@ -1,0 +1,28 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// The triggers of some tables, off for the lifetime of the object: switched on again also after an error or a cancel.
+/// Raises `SqlError` when they cannot be switched off.
+class TriggersOff {
+public:
+    /// @param tables bare names
+    TriggersOff(ImportRun& run, const QStringList& tables);
+    ~TriggersOff();
+    TriggersOff(const TriggersOff&) = delete;
+    TriggersOff& operator=(const TriggersOff&) = delete;
+
+    /// Switches those of a table on before the end. Raises `SqlError`; they are tried again at the end then.
+    void SwitchOn(const QString& table);
+
+private:
+    void SwitchOff(const QString& table);
+    void SwitchAllOn() noexcept;
+
+    ImportRun& m_run;
+    QStringList m_off = {}; ///< bare names
+};
+
+} // namespace contract
