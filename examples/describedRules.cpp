@@ -2,6 +2,8 @@
 
 #include "examples/articles.h"
 
+#include <algorithm>
+
 namespace examples::described {
 
 namespace {
@@ -114,7 +116,8 @@ Rule AnyOf(const Count& count, const Rule& rule) {
 Rule AnyBehind(const Count& first, const Count& count, const Rule& rule) {
     return [=](const Place& place) {
         const qint64 before = first(place.options);
-        return rule(place.At(before + place.Draw().Below(count(place.options) - before)));
+        const qint64 behind = std::max<qint64>(1, count(place.options) - before);
+        return rule(place.At(before + place.Draw().Below(behind)));
     };
 }
 
