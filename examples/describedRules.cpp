@@ -2,6 +2,8 @@
 
 #include "examples/articles.h"
 
+#include <algorithm>
+
 namespace examples::described {
 
 namespace {
@@ -35,6 +37,10 @@ Rule Number(double from, double to, int decimals) {
     return [=](const Place& place) { return QVariant(place.Draw().Amount(from, to, decimals)); };
 }
 
+Rule Multiplied(double factor, const Rule& number) {
+    return [=](const Place& place) { return QVariant(number(place).toDouble() * factor); };
+}
+
 Rule Chance(int percent, const Rule& then, const Rule& otherwise) {
     return [=](const Place& place) {
         // Another stream than that of the value: which values come up does not hang on whether they do.
@@ -57,6 +63,17 @@ Rule ArticleText() {
     return [](const Place& place) {
         Random random = place.Draw();
         return QVariant(ArticleName(random));
+    };
+}
+
+Rule BarCode() {
+    return [](const Place& place) {
+        const QString digits = QStringLiteral("80%1").arg(place.row, 10, 10, QLatin1Char('0'));
+        int sum = 0;
+        for (qsizetype index = 0; index < digits.size(); ++index) {
+            sum += digits[index].digitValue() * (index % 2 == 0 ? 1 : 3);
+        }
+        return QVariant(digits + QString::number((10 - sum % 10) % 10));
     };
 }
 
@@ -94,6 +111,14 @@ Rule Turn(qint64 rows, const QVector<Rule>& rules) {
 
 Rule AnyOf(const Count& count, const Rule& rule) {
     return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
+}
+
+Rule AnyBehind(const Count& first, const Count& count, const Rule& rule) {
+    return [=](const Place& place) {
+        const qint64 before = first(place.options);
+        const qint64 behind = std::max<qint64>(1, count(place.options) - before);
+        return rule(place.At(before + place.Draw().Below(behind)));
+    };
 }
 
 Rule Kinds(const QVector<Kind>& kinds) {

@@ -16,12 +16,15 @@ Rule Code(const QString& prefix, int digits, qint64 first = 1);
 Rule OneOf(const QVariantList& values);
 Rule Whole(qint64 from, qint64 to);
 Rule Number(double from, double to, int decimals);
+Rule Multiplied(double factor, const Rule& number);
 Rule Chance(int percent, const Rule& then, const Rule& otherwise = {});
 Rule Flag(int percent);
 /// A day within so many from 2 January 2024 on.
 Rule Day(int days);
 /// What an article is called.
 Rule ArticleText();
+/// A bar code (EAN 13), none twice.
+Rule BarCode();
 
 /// The value that the rule draws under a name, for columns of several tables that say the same.
 Rule Named(const QByteArray& name, const Rule& rule);
@@ -41,6 +44,8 @@ Rule Line(qint64 rows);
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
 /// The value of any row of another table.
 Rule AnyOf(const Count& count, const Rule& rule);
+/// The value of any row of another table behind its first ones. @param count of all rows
+Rule AnyBehind(const Count& first, const Count& count, const Rule& rule);
 
 /// Rows of several kinds, one kind behind the other; each counts its rows from 0. The last one takes what is left.
 struct Kind {
@@ -66,9 +71,16 @@ qint64 Counterparties(const Options& options);
 Rule CompanyName(int length);
 Rule VatNumber();
 Rule TaxCode();
-/// The first and last name of somebody.
+/// One value for a private person, another one for a company.
+Rule IfPerson(const Rule& person, const Rule& company);
+/// The names that the name of a private person is made of.
+Rule OwnSurname();
+Rule OwnFirstName();
+/// The first and last name of somebody, and both.
 Rule FirstName();
 Rule LastName();
+Rule PersonName();
+Rule Mobile();
 /// An address of the Internet of the row's own. @param prefix "info@" or "www."
 Rule OnInternet(const QString& prefix);
 
@@ -79,7 +91,10 @@ public:
     explicit Address(const QByteArray& name)
         : m_stream(StreamOf(name)) {}
 
+    /// With the house number.
     Rule Street() const;
+    Rule StreetName() const;
+    Rule HouseNumber() const;
     Rule PostCode() const;
     Rule Town() const;
     Rule Province() const;
@@ -92,8 +107,26 @@ private:
     quint64 m_stream;
 };
 
-/// The bank of the row: IBAN, and "ABI" and "CAB" as one code.
+/// An IBAN of the row's own.
 Rule Iban();
+
+/// The account at a bank that a row has: all of a row agree.
+class BankAccount {
+public:
+    /// @param name tells the accounts of one table from those of another
+    explicit BankAccount(const QByteArray& name)
+        : m_stream(StreamOf("bank " + name)) {}
+
+    Rule Abi() const;
+    Rule Cab() const;
+    Rule Check() const; ///< CIN
+    Rule Number() const;
+    Rule Iban() const;
+    Rule Bic() const;
+
+private:
+    quint64 m_stream;
+};
 
 // --- Amounts ------------------------------------------------------------------------------------------------------
 

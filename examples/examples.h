@@ -63,5 +63,11 @@ Totals MakeMexal(const Options& options);
 Totals MakeMago(const Options& options);
 Totals MakeVisualSpace(const Options& options);
 Totals MakeSigla(const Options& options);
+Totals MakeDominio(const Options& options);
+Totals MakeSam(const Options& options);
+Totals MakeLibertyCommerce(const Options& options);
+Totals MakeMemphis(const Options& options);
+Totals MakeG2(const Options& options);
+Totals MakeVision(const Options& options);
 
 } // namespace examples

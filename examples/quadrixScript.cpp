@@ -15,6 +15,18 @@ void QuadrixScript::VatCode(const QString& code, const QString& description, int
     Replace("TAB_IVA", {"CDIVA", "IVDES", "IVALI"}, {code, description, QString::number(rate)}, 1);
 }
 
+void QuadrixScript::Bank(const QString& code, const QString& description) {
+    Replace(m_company + QStringLiteral("_BAN_CHE"), {"CDBAN", "BADES", "BAEXT"}, {code, description, code}, 1);
+}
+
+void QuadrixScript::Customer(const QString& number, const QString& code, const QString& name) {
+    Replace(m_company + QStringLiteral("_CON_TRO"), {"CDCON", "CORAS", "COCLI", "COCGE"}, {number, name, "1", code}, 1);
+}
+
+void QuadrixScript::Supplier(const QString& number, const QString& code, const QString& name) {
+    Replace(m_company + QStringLiteral("_CON_TRO"), {"CDCON", "CORAS", "COFOR", "COFGE"}, {number, name, "1", code}, 1);
+}
+
 void QuadrixScript::DocumentReason(const QString& category, const QString& code, const QString& type) {
     Replace(m_company + QStringLiteral("_CAU_DOC"), {"CDCAT", "CDCAD", "CDTIP", "CDMAG"}, {category, code, type, "001"},
             2);

@@ -16,6 +16,11 @@ public:
     void Translate(const QString& table, const QString& field, const QString& oldCode, const QString& newCode);
     /// A VAT code. @param rate percent
     void VatCode(const QString& code, const QString& description, int rate);
+    /// A bank of the company. @param code that of the source
+    void Bank(const QString& code, const QString& description);
+    /// A counterparty of the company, as an import of another origin brings it. @param code that of the source
+    void Customer(const QString& number, const QString& code, const QString& name);
+    void Supplier(const QString& number, const QString& code, const QString& name);
     /// A document reason of the company. @param category e.g. "VEN" @param type e.g. "DDT"
     void DocumentReason(const QString& category, const QString& code, const QString& type);
     /// A material, with the code that the source has for it.

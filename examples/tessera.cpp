@@ -168,13 +168,7 @@ QVector<Table> BillTables() {
              Times(BillRows, Heads),
              {{{"IdDisBas", 'I'}, OfParent(BillRows, Id())},
               {{"NumRig", 'I'}, Line(BillRows)},
-              {{"CodArt", 'C', 50},
-               [](const Place& place) {
-                   // Behind the heads: no bill contains itself.
-                   const qint64 first = Heads(place.options);
-                   const qint64 count = Articles(place.options) - first;
-                   return ArticleCode()(place.At(first + place.Draw().Below(count)));
-               }},
+              {{"CodArt", 'C', 50}, AnyBehind(Heads, Articles, ArticleCode())},
               {{"Qta", 'N', 10, 3}, Number(0.5, 9, 1)},
               {{"NumFas", 'I'}, Fixed(10)},
               {{"Note", 'C', 60}, Chance(10, Fixed("destra e sinistra"))}},

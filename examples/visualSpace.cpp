@@ -129,12 +129,7 @@ QVector<Table> BillTables() {
              "distinte",
              Times(BillRows, Heads),
              {{{"PADRE", 'C', 50}, OfParent(BillRows, ArticleCode())},
-              {{"FIGLIO", 'C', 50},
-               [](const Place& place) {
-                   const qint64 first = Heads(place.options);
-                   const qint64 count = std::max<qint64>(1, Articles(place.options) - first);
-                   return ArticleCode()(place.At(first + place.Draw().Below(count)));
-               }},
+              {{"FIGLIO", 'C', 50}, AnyBehind(Heads, Articles, ArticleCode())},
               {{"POSIZIONE", 'I'}, Line(BillRows)},
               {{"QUANTITA", 'N', 10, 3}, Number(0.5, 9, 1)},
               {{"UM", 'C', 3}, {}},
