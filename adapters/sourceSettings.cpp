@@ -85,10 +85,14 @@ QString RequiredPath(Session& session, const QString& defaultPath) {
     return FromSettingsFolder(session, path);
 }
 
-/// SQLite would make a file that is not there, and the import would find an empty database.
-void RequireFile(Session& session, const QString& file, const QString& key) {
-    if (!QFileInfo(file).isFile()) {
-        throw ImportError(QStringLiteral("Il file '%1' non esiste: correggere %2").arg(file, KeyName(session, key)));
+/// Opens a SQLite file in the place of the source. It would be made where it is not there, and the import would find an
+/// empty database: that raises `ImportError`. @param key of the setting that names it
+void UseSqliteFile(Session& session, ovConnection& source, const QString& file, const QString& key) {
+    source.Embedded = true;
+    source.DatabaseName = FromSettingsFolder(session, file);
+    if (!QFileInfo(source.DatabaseName).isFile()) {
+        const QString advice = key.isEmpty() ? QString() : QStringLiteral(": correggere %1").arg(KeyName(session, key));
+        throw ImportError(QStringLiteral("Il file '%1' non esiste").arg(source.DatabaseName) + advice);
     }
 }
 
@@ -126,6 +130,14 @@ Prepare ChosenFile(const QString& title, const QString& filter, Use use) {
 QString SectionOf(Session& session, const QString& origin, const QString& key) {
     const bool isOwn = !origin.isEmpty() && !session.Config.PeekAppConfig(origin, key).isEmpty();
     return isOwn ? origin : Section;
+}
+
+bool UseNamedFile(Session& session, ovConnection& source, const QString& key) {
+    const bool isFile = NamesSqliteFile(source.DatabaseName);
+    if (isFile) {
+        UseSqliteFile(session, source, source.DatabaseName, key);
+    }
+    return isFile;
 }
 
 QString NetworkSectionOf(Session& session, const QString& origin, const ServerKeys& keys) {
@@ -188,6 +200,10 @@ Prepare DataSource(const QString& defaultDsn) {
     const auto open = [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
         source.DSN = Setting(session, "DSN", defaultDsn);
+        if (NamesSqliteFile(source.DSN)) {
+            UseSqliteFile(session, source, std::exchange(source.DSN, QString()), "DSN");
+            return true;
+        }
         source.User = Peek(session, keys.username);
         source.Password = ReadPassword(session, keys);
         ReadLine(session, source);
@@ -202,11 +218,7 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
         source.Driver = Peek(session, keys.driver);
         source.Server = Setting(session, keys.server, "SERVER");
         source.DatabaseName = Setting(session, keys.database, defaultDatabase);
-        source.Embedded = NamesSqliteFile(source.DatabaseName);
-        if (source.Embedded) {
-            source.DatabaseName = FromSettingsFolder(session, source.DatabaseName);
-            RequireFile(session, source.DatabaseName, keys.database);
-        } else {
+        if (!UseNamedFile(session, source, keys.database)) {
             modMain::ReadLine(session, source, SectionOfKey(session, keys.encryption), keys.encryption,
                               keys.authorities);
         }
@@ -236,6 +248,10 @@ Prepare ChosenAccessFile(const QString& defaultDatabase) {
         ChosenFile("File Access da importare", "File di Access (*.mdb)|*.mdb|Tutti i file (*.*)|*.*", UseAccessFile);
     const auto open = [=](Session& session, ovConnection& source) {
         const QString file = RequiredPath(session, defaultDatabase);
+        if (NamesSqliteFile(file)) {
+            UseSqliteFile(session, source, file, Database);
+            return true;
+        }
         if (QFileInfo(file).isFile()) {
             UseAccessFile(source, file);
             return true;
@@ -247,7 +263,12 @@ Prepare ChosenAccessFile(const QString& defaultDatabase) {
 
 Prepare AccessFileInFolder(const QString& fileName) {
     const auto open = [=](Session& session, ovConnection& source) {
-        UseAccessFile(source, QDir(RequiredPath(session, ".")).filePath(fileName));
+        const QString path = RequiredPath(session, ".");
+        if (NamesSqliteFile(path)) {
+            UseSqliteFile(session, source, path, Database);
+        } else {
+            UseAccessFile(source, QDir(path).filePath(fileName));
+        }
         return true;
     };
     return {open, Place::Folder};

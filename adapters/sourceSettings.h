@@ -22,6 +22,10 @@ QString PasswordSectionOf(Session& session, const QString& origin, const ServerK
 
 /// Whether the name of a database is that of a SQLite file.
 bool NamesSqliteFile(const QString& database);
+/// Where the database of a server that a connection names is a SQLite file, as the examples are, has it opened in the
+/// server's place, and returns true; a path counts from the folder of the settings. Raises `ImportError` when there is
+/// no such file. @param key of the setting that names it, for the message; empty for a name that was asked for
+bool UseNamedFile(Session& session, ovConnection& source, const QString& key = QStringLiteral("Databasename"));
 /// A path of the settings, counted from their folder.
 QString FromSettingsFolder(const Session& session, const QString& path);
 
@@ -47,8 +51,9 @@ QString DatabasePath(Session& session);
 /// read. Empty for a source whose path comes from elsewhere.
 QString PathAdvice(Session& session, const ovConnection& source);
 
-/// An ODBC data source: setting DSN, with the user and password of DSN_Username and DSN_Password where they are set.
-/// The user of the server origins is not that of a data source, which keeps its own.
+/// An ODBC data source: setting DSN, which may name a SQLite file in its place, with the user and password of
+/// DSN_Username and DSN_Password where they are set. The user of the server origins is not that of a data source, which
+/// keeps its own.
 Prepare DataSource(const QString& defaultDsn);
 
 /// A database server: settings ProviderType, Servername, Databasename, NetworkCredential and, without integrated
@@ -63,9 +68,10 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys = {});
 /// A folder of FoxPro tables: setting Databasename.
 Prepare FoxProFolder();
 
-/// An Access file that the operator chooses, after the one of the setting Databasename.
+/// An Access file that the operator chooses, after the one of the setting Databasename, which may name a SQLite file in
+/// its place.
 Prepare ChosenAccessFile(const QString& defaultDatabase);
-/// The Access file of that name in the folder of the setting Databasename.
+/// The Access file of that name in the folder of the setting Databasename, or the SQLite file that it names.
 Prepare AccessFileInFolder(const QString& fileName);
 /// A workbook of Excel that the operator chooses; it is read, whatever program has it open, and never written.
 /// @param sheets tables that are read otherwise than a sheet under its own name with its first row as header; the first

@@ -47,6 +47,9 @@ public:
         if (!m_present.contains(PhysicalName(table).toUpper())) {
             CreateTable(table);
             CreateIndexes(table);
+            if (m_quadrix.Embedded) {
+                TellStatistics(table);
+            }
         }
     }
 
@@ -107,11 +110,33 @@ private:
         }
     }
 
+    QString IndexName(const schema::Table& table, const QStringList& columns) const {
+        return u"IX_" + PhysicalName(table) + u'_' + columns.join(u'_');
+    }
+
     void CreateIndex(const schema::Table& table, const QStringList& columns, bool unique) {
-        const QString name = PhysicalName(table);
-        m_quadrix.Execute((unique ? QStringLiteral("CREATE UNIQUE INDEX IX_") : QStringLiteral("CREATE INDEX IX_")) +
-                          name + u'_' + columns.join(u'_') + u" ON " + name + u" (" +
+        m_quadrix.Execute((unique ? QStringLiteral("CREATE UNIQUE INDEX ") : QStringLiteral("CREATE INDEX ")) +
+                          IndexName(table, columns) + u" ON " + PhysicalName(table) + u" (" +
                           columns.join(QStringLiteral(", ")) + u')');
+    }
+
+    /// SQLite knows nothing of a table that is still empty, and may take the index of one column, under which thousands
+    /// of rows stand, before the key: it is told what the table will be like.
+    void TellStatistics(const schema::Table& table) {
+        if (table.key.size() < 2) {
+            return;
+        }
+        m_quadrix.Execute(u"ANALYZE " + PhysicalName(table)); // makes the table of statistics
+        const auto tell = [&](const QStringList& columns, const QString& rows) {
+            m_quadrix.Execute(u"INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES ('" + PhysicalName(table) + u"', '" +
+                              IndexName(table, columns) + u"', '1000000" + rows + u"')");
+        };
+        tell(table.key, QStringLiteral(" 100").repeated(table.key.size() - 1) + u" 1");
+        for (const schema::Column& column : table.columns) {
+            if (column.indexed) {
+                tell({column.name}, QStringLiteral(" 1000"));
+            }
+        }
     }
 
     void Insert(const QString& bareName, const Values& values) {
@@ -202,6 +227,9 @@ void CreateDatabase(ovConnection& quadrix, const QString& company, const QString
     creation.FillShared();
     creation.FillCompany(name.trimmed());
     transaction->Keep();
+    if (quadrix.Embedded) {
+        quadrix.Execute(QStringLiteral("ANALYZE sqlite_schema")); // reads the statistics
+    }
 }
 
 void CreateSharedTable(ovConnection& quadrix, const QString& bareName) {

@@ -255,6 +255,7 @@ void AddLookupIndexes(PrivateDatabase& database, const QString& table, const QVe
             database.AddIndex(table, column.name);
         }
     }
+    database.Analyze(table);
 }
 
 } // namespace sources

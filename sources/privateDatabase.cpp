@@ -59,6 +59,10 @@ void PrivateDatabase::AddIndex(const QString& table, const QString& column) {
             .arg(Quoted(table + QStringLiteral("__") + column), Quoted(table), Quoted(column)));
 }
 
+void PrivateDatabase::Analyze(const QString& table) {
+    Run(QStringLiteral("PRAGMA analysis_limit = 1000; ANALYZE ") + Quoted(table));
+}
+
 void PrivateDatabase::Run(const QString& statement) {
     if (sqlite3_exec(m_database, statement.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         Fail();

@@ -42,6 +42,8 @@ public:
     const std::vector<Unreadable>& UnreadableColumns() const { return m_unreadable; }
     /// Lets later queries find rows by a column fast.
     void AddIndex(const QString& table, const QString& column);
+    /// Looks at some of the rows, so that a query takes the index that finds the fewest.
+    void Analyze(const QString& table);
 
 private:
     friend class PrivateTable;

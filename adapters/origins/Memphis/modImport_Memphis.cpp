@@ -164,7 +164,9 @@ bool PrepareSource(Session& session, ovConnection& source) {
     source.Password = answers->at(3);
     source.DatabaseName = modMain::GetAppConfig(session, sourceSettings::SectionOf(session, "Memphis", "Databasename"),
                                                 "Databasename", "MEMPHIS");
-    sourceSettings::ReadLine(session, source);
+    if (!sourceSettings::UseNamedFile(session, source)) {
+        sourceSettings::ReadLine(session, source);
+    }
     return true;
 }
 

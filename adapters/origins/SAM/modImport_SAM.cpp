@@ -285,6 +285,10 @@ bool PrepareSource(Session& session, ovConnection& source) {
     if (!answers) {
         return false;
     }
+    source.DatabaseName = answers->at(2);
+    if (sourceSettings::UseNamedFile(session, source, {})) {
+        return true;
+    }
     source.ConnectionString = "Provider=MSDASQL.1;Password=" + answers->at(1) +
                               ";Persist Security Info=True;User ID=" + answers->at(0) +
                               ";Data Source=SAM;Initial Catalog=" + answers->at(2);
