@@ -66,6 +66,34 @@ private slots:
         QTEST(target.Rows("SELECT SCQTA FROM X01_LIS_LAS").join('|'), "written");
     }
 
+    /// A source that tells from where on a price holds, while Quadrix keeps up to where; twice the same rows, then
+    /// others.
+    void pricesThatHoldFromAQuantity_data() {
+        QTest::addColumn<QList<double>>("first");
+        QTest::addColumn<QList<double>>("again");
+        QTest::addColumn<QString>("written");
+        const QList<double> three{0, 10, 100};
+        Row("one for any quantity", QList<double>{0}, QList<double>{0}, "999999999|0");
+        Row("the lowest begins at one", QList<double>{1, 5}, QList<double>{1, 5}, "4.999999|1 999999999|5");
+        Row("three", three, three, "9.999999|0 99.999999|10 999999999|100");
+        Row("parts of a unit", QList<double>{0, 0.5}, QList<double>{0, 0.5}, "0.499999|0 999999999|0.5");
+        Row("a new one between", three, QList<double>{0, 10, 50, 100},
+            "9.999999|0 49.999999|10 99.999999|50 999999999|100");
+        Row("the lowest begins elsewhere", QList<double>{1, 10}, QList<double>{2, 10}, "9.999999|2 999999999|10");
+    }
+    void pricesThatHoldFromAQuantity() {
+        QFETCH(const QList<double>, first);
+        QFETCH(const QList<double>, again);
+        WritersTarget target;
+        for (const QList<double>& quantities : {first, first, again}) {
+            PriceListWriter writer(target.Run);
+            for (const double from : quantities) {
+                writer.AddScaleFrom(writer.Article("L1", "VITE", {}), {from, from});
+            }
+        }
+        QTEST(target.Rows("SELECT SCQTA, SCPRZ FROM X01_LIS_ARS ORDER BY SCQTA").join(' '), "written");
+    }
+
     /// Also where the supplier has been imported since, and where the source has two alike.
     void workPricesAreRewritten() {
         WritersTarget target;

@@ -225,14 +225,15 @@ private:
         const SourceRow& head;
         const DocumentKind& kind;
         OfFamily& family;
-        QString key; ///< tells it from others
+        QString key;                                 ///< tells it from others
+        std::optional<OpenDocument::Head> made = {}; ///< made before its rows are read
     };
 
     void TellWithoutDay() const;
     void DropOthers(const SourceRow& row);
     Place PlaceOf(const SourceRow& head, const DocumentKind& kind);
     RowOutcome WriteRow(const Place& place, const SourceRow& row);
-    RowOutcome WriteDocument(const Place& place);
+    RowOutcome WriteDocument(Place place);
     std::optional<RowOutcome> WriteRows(const Place& place);
     void EndDocument(const Place& place);
     void Enter(const Place& place);
@@ -346,17 +347,19 @@ DocumentImporter::Place DocumentImporter::PlaceOf(const SourceRow& head, const D
     QString key = QStringList{m_group, CauseOf(head, kind), QString::number(YearOf(head)),
                               fields.series.Text(GetSession(), head), fields.number.Text(GetSession(), head)}
                       .join(QChar(u'\x1f'));
-    return {head, kind, family, std::move(key)};
+    return {head, kind, family, std::move(key), std::nullopt};
 }
 
-RowOutcome DocumentImporter::WriteDocument(const Place& place) {
+/// The head is made first: what is wrong with it is told of the head, not of its first row.
+RowOutcome DocumentImporter::WriteDocument(Place place) {
+    place.made = HeadOf(place);
     if (Declared().withoutRows == WithoutRows::LeftOut) {
         const std::optional<RowOutcome> outcome = WriteRows(place);
         EndDocument(place);
         return outcome ? *outcome : Run().Skip("documento senza righe");
     }
     Enter(place);
-    const RowOutcome outcome = place.family.documents.Begin(place.key, HeadOf(place));
+    const RowOutcome outcome = place.family.documents.Begin(place.key, *place.made);
     if (outcome != RowOutcome::Skipped) {
         WriteRows(place);
         EndDocument(place);
@@ -404,7 +407,8 @@ RowOutcome DocumentImporter::WriteRow(const Place& place, const SourceRow& row) 
     DocumentRow values;
     qint64 id = 0;
     const RowOutcome outcome = documents.Row(
-        place.key, [&] { return HeadOf(place); }, [&] { return values = RowOf(row, place.kind, facts); },
+        place.key, [&] { return place.made ? *place.made : HeadOf(place); },
+        [&] { return values = RowOf(row, place.kind, facts); },
         [&](TargetRow& target) {
             m_kind->row.Apply(target, GetSession(), row, facts);
             if (Declared().moreOfRow) {

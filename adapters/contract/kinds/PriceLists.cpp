@@ -9,6 +9,12 @@ namespace contract {
 
 namespace {
 
+/// What becomes of a quantity that a price holds from, for the page; the writer makes it.
+Rule UpToTheNext() {
+    return {"la quantità fin cui vale: fino a dove comincia il prezzo seguente",
+            [](const RuleInput& input) { return RuleValue(input.Value()); }};
+}
+
 /// The declaration with the mappings that tell it; the procedure and its needs live on it.
 class PriceListsKind {
 public:
@@ -61,7 +67,10 @@ private:
     }
     static std::vector<std::pair<QString, Field>> FieldsOf(const ScaleFields& scale) {
         static const QStringList discounts{"SCSCO", "SCSC2", "SCSC3"};
-        std::vector<std::pair<QString, Field>> fields{{"SCQTA", scale.quantity}, {"SCPRZ", scale.price}};
+        std::vector<std::pair<QString, Field>> fields{
+            {"SCQTA", scale.quantityFrom.IsSet() ? Field(scale.quantityFrom.Columns().join(u','), UpToTheNext())
+                                                 : scale.quantity},
+            {"SCPRZ", scale.price}};
         for (size_t i = 0; i < std::min<size_t>(discounts.size(), scale.discounts.size()); ++i) {
             fields.emplace_back(discounts.at(static_cast<qsizetype>(i)), scale.discounts[i]);
         }
@@ -79,10 +88,15 @@ public:
     RowOutcome Row(const SourceRow& row) override;
 
 private:
-    std::optional<RowOutcome> Write(const SourceRow& row, const PriceFields& price, const QString& article) const;
-    std::vector<Scale> ScalesOf(const SourceRow& row, const PriceFields& price) const;
+    std::optional<RowOutcome> Write(const SourceRow& row, const PriceFields& price, const QString& article);
+    /// A price and whether its quantity is the one that it holds from.
+    struct PriceOfRange {
+        Scale scale;
+        bool isFrom;
+    };
+    std::vector<PriceOfRange> ScalesOf(const SourceRow& row, const PriceFields& price) const;
     void GiveList(const QString& owner, const QString& direction) const;
-    std::optional<Scale> ScaleOf(const SourceRow& row, const ScaleFields& fields) const;
+    std::optional<PriceOfRange> ScaleOf(const SourceRow& row, const ScaleFields& fields) const;
     QString DirectionOf(const SourceRow& row, const PriceFields& price) const;
 
     std::shared_ptr<const PriceListsKind> m_kind;
@@ -107,11 +121,10 @@ RowOutcome PriceImporter::Row(const SourceRow& row) {
     return outcome ? *outcome : Run().Skip(QStringLiteral("riga senza prezzi"));
 }
 
-std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const PriceFields& price,
-                                               const QString& article) const {
+std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const PriceFields& price, const QString& article) {
     Session& session = GetSession();
     std::optional<RowOutcome> outcome;
-    for (const Scale& scale : ScalesOf(row, price)) {
+    for (const auto& [scale, isFrom] : ScalesOf(row, price)) {
         const QString owner = price.owner.Text(session, row);
         const QString list = owner.isEmpty() ? price.list.Text(session, row) : owner;
         const QString direction = DirectionOf(row, price);
@@ -123,15 +136,15 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         if (!owner.isEmpty()) {
             GiveList(owner, direction);
         }
-        const RowOutcome one =
-            m_writer.AddScale(m_writer.Article(list, article, validity, price.note.Text(session, row)), scale);
+        const qint64 owning = m_writer.Article(list, article, validity, price.note.Text(session, row));
+        const RowOutcome one = isFrom ? m_writer.AddScaleFrom(owning, scale) : m_writer.AddScale(owning, scale);
         outcome = outcome == RowOutcome::Inserted ? outcome : one;
     }
     return outcome;
 }
 
-std::vector<Scale> PriceImporter::ScalesOf(const SourceRow& row, const PriceFields& price) const {
-    std::vector<Scale> scales;
+std::vector<PriceImporter::PriceOfRange> PriceImporter::ScalesOf(const SourceRow& row, const PriceFields& price) const {
+    std::vector<PriceOfRange> scales;
     const auto add = [&](const SourceRow& one, const ScaleFields& fields) {
         if (const auto scale = ScaleOf(one, fields)) {
             scales.push_back(*scale);
@@ -160,16 +173,19 @@ void PriceImporter::GiveList(const QString& owner, const QString& direction) con
     target.Update("WHERE CDCON = " + Run().Quoted(owner));
 }
 
-std::optional<Scale> PriceImporter::ScaleOf(const SourceRow& row, const ScaleFields& fields) const {
+std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRow& row,
+                                                                  const ScaleFields& fields) const {
     Session& session = GetSession();
     if (fields.price.IsLeftOut(session, row)) {
         return std::nullopt;
     }
-    Scale scale{fields.quantity.NumberOrNull(session, row), fields.price.NumberOrNull(session, row)};
+    const bool isFrom = fields.quantityFrom.IsSet();
+    const Field& quantity = isFrom ? fields.quantityFrom : fields.quantity;
+    Scale scale{quantity.NumberOrNull(session, row), fields.price.NumberOrNull(session, row)};
     for (size_t i = 0; i < std::min(fields.discounts.size(), scale.discounts.size()); ++i) {
         scale.discounts[i] = fields.discounts[i].NumberOrNull(session, row);
     }
-    return scale;
+    return PriceOfRange{scale, isFrom};
 }
 
 QString PriceImporter::DirectionOf(const SourceRow& row, const PriceFields& price) const {

@@ -225,11 +225,14 @@ bool ImportRun::Ask(const QString& question) {
 }
 
 QString ImportRun::Input(const QString& prompt, const QString& title, const QString& defaultText) {
+    if (const auto known = m_texts.constFind(prompt); known != m_texts.cend()) {
+        return *known;
+    }
     const auto typed = m_session.Person.Input(prompt, title, defaultText);
     if (!typed) {
         throw GivenUpByOperator();
     }
-    return *typed;
+    return *m_texts.insert(prompt, *typed);
 }
 
 bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd) {

@@ -40,7 +40,7 @@ public:
     /// Asks a yes/no question of this origin, each once in a run. When the operator gives it up, the run ends there as
     /// cancelled.
     bool Ask(const QString& question);
-    /// Asks for a text; the same.
+    /// Asks for a text; the same, by its prompt.
     QString Input(const QString& prompt, const QString& title, const QString& defaultText);
 
     /// A loop over source rows.
@@ -178,8 +178,9 @@ private:
     QHash<QString, PendingRows::Id> m_lastIds;
     int m_loops = 0; ///< begun so far
     std::optional<bool> m_takesRowsBack;
-    QHash<QString, bool> m_answers; ///< by question
-    double m_start;                 ///< seconds on the operator's clock
+    QHash<QString, bool> m_answers;  ///< by question
+    QHash<QString, QString> m_texts; ///< by prompt
+    double m_start;                  ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -109,6 +109,44 @@ RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) cons
     return RowOutcome::Updated;
 }
 
+RowOutcome PriceListWriter::AddScaleFrom(qint64 articleRow, const Scale& scale) {
+    const double from = mod_ovTools::ReadNumber(scale.quantity).value_or(0);
+    const bool isLowest = !m_begun.contains(articleRow);
+    m_run.Remember(m_begun, articleRow);
+    if (isLowest && from > 1) {
+        m_run.Log(QStringLiteral("PREZZO ANCHE PER MENO: %1: vale da %2, Quadrix lo applica anche sotto")
+                      .arg(m_run.RowKey(), mod_ovTools::ToText(scale.quantity)));
+    }
+    return AddScale(articleRow,
+                    {isLowest ? UpToOfLowest(articleRow) : UpToOf(articleRow, from), scale.price, scale.discounts});
+}
+
+/// Where the lowest scale ends that an earlier import has written; Null when there is none.
+QVariant PriceListWriter::UpToOfLowest(qint64 articleRow) const {
+    return First(u"SELECT MIN(SCQTA) FROM " + m_run.FullName("LIS_ARS") + u" WHERE " + Equals("IDLSD", articleRow));
+}
+
+/// Where a scale ends that begins at a quantity. The one that it begins in, unless it is itself, ends before it.
+QVariant PriceListWriter::UpToOf(qint64 articleRow, double from) const {
+    constexpr double step = 0.000001; // of quantities, which have 6 decimals
+    const Provider provider = m_run.GetSession().Quadrix.ProviderType;
+    const auto number = [&](double value) { return mod_ovTools::FormatSqlValue(value, DataType::Double, provider); };
+    const QString scales = u" FROM " + m_run.FullName("LIS_ARS") + u" WHERE " + Equals("IDLSD", articleRow);
+    const QVariant upTo = First(u"SELECT MIN(SCQTA)" + scales + u" AND SCQTA >= " + number(from));
+    const QVariant below = First(u"SELECT MAX(SCQTA)" + scales + u" AND SCQTA < " + number(from));
+    if (below.isNull() || from - mod_ovTools::ToDouble(below) >= 2 * step) {
+        TargetRow shortened(m_run, "LIS_ARS");
+        shortened.Set("SCQTA", RoundedTo(from - step, 6));
+        shortened.Update(QStringLiteral("WHERE ") + Equals("IDLSD", articleRow) + u" AND SCQTA = " +
+                         number(mod_ovTools::ToDouble(upTo)));
+    }
+    return upTo;
+}
+
+QVariant PriceListWriter::First(const QString& query) const {
+    return m_run.GetSession().Quadrix.ExecuteWC(query).Fields(0).Value();
+}
+
 void PriceListWriter::LogReplacedPrice(const QVariant& before, const Scale& scale) const {
     const auto old = mod_ovTools::ReadNumber(before);
     const auto now = mod_ovTools::ReadNumber(scale.price);

@@ -20,8 +20,8 @@ struct Validity {
     QVariant to;
 };
 
-/// A quantity threshold with its price and discounts. A quantity of 0, blank or Null is any quantity: the price holds
-/// without a threshold.
+/// A price up to a quantity, with its discounts. A quantity of 0, blank or Null is any quantity: the price holds
+/// without a limit.
 struct Scale {
     QVariant quantity;
     QVariant price;
@@ -56,6 +56,10 @@ public:
     /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is
     /// logged.
     RowOutcome AddScale(qint64 articleRow, const Scale& scale) const;
+    /// Writes a price that holds from its quantity on, up to where the next one begins: the scale that it begins in
+    /// ends before it. Those of an article come in the order of their quantities. The lowest one holds for less than
+    /// its quantity too, as Quadrix knows no lower limit, which is logged.
+    RowOutcome AddScaleFrom(qint64 articleRow, const Scale& scale);
     /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
     /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
     /// of them written once by this writer.
@@ -69,8 +73,12 @@ private:
     };
     KnownWork FindWork(const WorkPrice& price) const;
     void LogReplacedPrice(const QVariant& before, const Scale& scale) const;
+    QVariant UpToOfLowest(qint64 articleRow) const;
+    QVariant UpToOf(qint64 articleRow, double from) const;
+    QVariant First(const QString& query) const;
 
     ImportRun& m_run;
+    QSet<qint64> m_begun; ///< rows of articles that have their lowest scale, of those that hold from a quantity on
     QSet<qint64> m_works; ///< RECORD_IDs of the work prices written so far
 };
 

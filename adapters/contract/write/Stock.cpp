@@ -97,9 +97,10 @@ qint64 StockWriter::FindRow(const Movement& movement, const StockLine& line) con
     const auto same = [&](const QString& column, const QString& text) {
         return QString(u" AND " + Equals(session, QStringLiteral("COALESCE(%1, '')").arg(column), text));
     };
+    // An inventory has all of its rows in one movement: it is the article that finds few of them.
     Recordset rows = session.Quadrix.ExecuteWC(
-        u"SELECT RECORD_ID FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("MRTES", movement.id) + u" AND " +
-        Equals(session, "MRART", line.article) + same("MRUBI", line.location) + same("MRFMT", line.format) +
+        u"SELECT RECORD_ID FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("COALESCE(MRTES, 0)", movement.id) +
+        u" AND " + Equals(session, "MRART", line.article) + same("MRUBI", line.location) + same("MRFMT", line.format) +
         same("MRSFR", line.offcut) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         if (const qint64 id = rows.Fields(0).Value().toLongLong(); !movement.rewritten.contains(id)) {

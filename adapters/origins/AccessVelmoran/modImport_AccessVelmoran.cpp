@@ -172,7 +172,7 @@ PriceLists Listini() {
             .from = "DataInizio",
             .to = "DataFine",
             .note = "Note",
-            .scales = {{.quantity = "QtaDa", .price = "Prezzo", .discounts = {"Sc1", "Sc2", "Sc3"}}},
+            .scales = {{.quantityFrom = "QtaDa", .price = "Prezzo", .discounts = {"Sc1", "Sc2", "Sc3"}}},
         }},
     };
 }

@@ -103,7 +103,7 @@ PriceLists Listini() {
             .currency = {"COD_VALUTA", Currency(Clienti, "COD_VALUTA")},
             .from = "DT_INIZIO",
             .to = "DT_FINE",
-            .scales = {{.quantity = "QTA_DA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
+            .scales = {{.quantityFrom = "QTA_DA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
         }},
     };
 }

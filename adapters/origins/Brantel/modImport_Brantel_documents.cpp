@@ -98,7 +98,7 @@ PriceLists Listini() {
             .since = {"CodListino", OfFirst(ListRows, {.table = ListHeads, .on = ofList}, "DataInizio", Day())},
             .from = "DataInizio",
             .to = "DataFine",
-            .scales = {{.quantity = "QtaDa", .price = "Prezzo", .discounts = {"Sconto1", "Sconto2", "Sconto3"}}},
+            .scales = {{.quantityFrom = "QtaDa", .price = "Prezzo", .discounts = {"Sconto1", "Sconto2", "Sconto3"}}},
         }},
     };
 }

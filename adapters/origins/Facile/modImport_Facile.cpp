@@ -248,7 +248,7 @@ PriceLists Listini() {
             .since = {"CODLIS", OfFirst(ListRows, {.table = "LISTINI", .on = ofList}, "DATAINIZIO", Day())},
             .from = "DATAINIZIO",
             .to = "DATAFINE",
-            .scales = {{.quantity = "QTADA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
+            .scales = {{.quantityFrom = "QTADA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
         }},
     };
 }

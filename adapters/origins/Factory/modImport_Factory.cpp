@@ -115,7 +115,7 @@ PriceLists Listini() {
             .description = {"DESCR, CODLIS", FirstNotBlank(Text())},
             .from = {"DATAINI", Day()},
             .to = {"DATAFIN", Day()},
-            .scales = {{.quantity = "QTADA", .price = "PREZZO", .discounts = {"SC1", "SC2", "SC3"}}},
+            .scales = {{.quantityFrom = "QTADA", .price = "PREZZO", .discounts = {"SC1", "SC2", "SC3"}}},
         }},
     };
 }

@@ -57,14 +57,6 @@ Rule IsInForce() {
             Side::Both, revisions.OwnNeeds(Distinta).reads};
 }
 
-/// What is wasted is consumed too.
-Rule WithWaste() {
-    return {"1 più la percentuale della sorgente, 4 decimali", [](const RuleInput& input) {
-                constexpr double whole = 100;
-                return RuleValue(contract::RoundedTo(1 + NumberOf(input.row, input.columns.first()) / whole, 4));
-            }};
-}
-
 // --- Declaration --------------------------------------------------------------------------------------------------
 
 Bills Distinte() {
@@ -88,7 +80,7 @@ Bills Distinte() {
                        .phase = "NUMFAS",
                        .lines = {{"DCDMX", "LUNGHE", RoundedTo(6)},
                                  {"DCDMY", "LARGHE", RoundedTo(6)},
-                                 {"DCCOE", "PERSFR", WithWaste()}}},
+                                 {"DCCOE", "PERSFR", WasteFactor()}}},
         .phases =
             BillPhases{
                 .rows = {.table = Fasi, .on = OfBill, .order = "NUMFAS", .naming = "IDDIST, NUMFAS"},

@@ -184,7 +184,7 @@ PriceLists Listini() {
             .since = {"LISTINO", OfFirst(ListRows, {.table = ListHeads, .on = ofList}, "DATA_INIZIO", Day())},
             .from = "DATA_INIZIO",
             .to = "DATA_FINE",
-            .scales = {{.quantity = "QTA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
+            .scales = {{.quantityFrom = "QTA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
         }},
     };
 }

@@ -70,7 +70,7 @@ void SetKindOfRow(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
     }
 }
 
-/// The one document whose number the operator tells.
+/// The number of the one document that the operator wants.
 QString AskedNumber(ImportRun& run) {
     const QString number = run.Input(NumberQuestion, QuadrixCaption, {}).trimmed();
     bool isNumber = false;
@@ -78,8 +78,10 @@ QString AskedNumber(ImportRun& run) {
     if (!isNumber) {
         throw ImportError(QStringLiteral("'%1' non è un numero di documento").arg(number));
     }
-    return "T.NUMERODOC = " + QString::number(value);
+    return QString::number(value);
 }
+
+QString OfAskedNumber(ImportRun& run) { return "T.NUMERODOC = " + AskedNumber(run); }
 
 Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
     return {
@@ -222,11 +224,18 @@ RowOutcome LinkRow(ImportRun& run, const SourceRow& row) {
     return RowOutcome::Updated;
 }
 
-/// The second pass, once every row has its place.
-ImportPart Origins() {
-    const auto since = [](ImportRun& run) -> QString {
-        return "J1.DATADOC >= " +
-               LiteralOf(run.GetSession().SourceConnection(), ReadDocumentSettings(run.GetSession()).from);
+/// The second pass, once every row has its place. @param ofOne of the document asked for alone: what it was made from,
+/// and what was made from it
+ImportPart Origins(bool ofOne) {
+    const auto which = [ofOne](ImportRun& run) -> QString {
+        const QString since = "J1.DATADOC >= " + LiteralOf(run.GetSession().SourceConnection(),
+                                                           ReadDocumentSettings(run.GetSession()).from);
+        const QString number = ofOne ? AskedNumber(run) : QString();
+        return ofOne
+                   ? QString(since + " AND (J1.NUMERODOC = " + number +
+                             " OR T.IDTESTARP IN (SELECT PROGRESSIVO FROM TESTEDOCUMENTI WHERE NUMERODOC = " + number +
+                             "))")
+                   : since;
     };
     return {
         .step = "Righe d'origine",
@@ -235,10 +244,10 @@ ImportPart Origins() {
                    .order = "IDTESTA, POSIZIONE",
                    .where = "T.IDTESTARP > 0",
                    .naming = "IDTESTA, POSIZIONE",
-                   .told = since,
+                   .told = which,
                    .joins = {{.table = Teste,
                               .on = {{"PROGRESSIVO", "IDTESTA"}},
-                              .columns = {"DATADOC"},
+                              .columns = {"DATADOC", "NUMERODOC"},
                               .isOptional = false}}},
         .needs = {{},
                   {{Righe, {"IDRIGA", "IDRIGARP"}}},
@@ -250,9 +259,10 @@ ImportPart Origins() {
 } // namespace
 
 Procedure ImportDocumentiMetodo(Button button) {
-    const Documents documents = DocumentsOf(button == Button::Acq ? AskedNumber : std::function<QString(ImportRun&)>());
-    Procedure procedure = ProcedureOf(button, FrameOf(documents), {PartOf(documents), Origins()});
-    if (button == Button::Acq) {
+    const bool ofOne = button == Button::Acq;
+    const Documents documents = DocumentsOf(ofOne ? OfAskedNumber : std::function<QString(ImportRun&)>());
+    Procedure procedure = ProcedureOf(button, FrameOf(documents), {PartOf(documents), Origins(ofOne)});
+    if (ofOne) {
         procedure.asks.push_back({NumberQuestion, AnswerKind::Text});
     }
     return procedure;

@@ -303,7 +303,7 @@ PriceLists Listini() {
             .since = {"CODLIS", OfFirst(ListRows, {.table = ListHeads, .on = ofList}, "DATAINI", Day())},
             .from = "DATAINI",
             .to = "DATAFIN",
-            .scales = {{.quantity = "QTASCAGL", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2"}}},
+            .scales = {{.quantityFrom = "QTASCAGL", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2"}}},
         }},
     };
 }

@@ -160,10 +160,22 @@ Articles Articoli() {
 
 // --- Bills --------------------------------------------------------------------------------------------------------
 
-/// The revision of a bill: the highest one among its rows.
+/// The revision of a bill: the highest one among its rows, as number, for the column may hold texts.
 Field Revision() {
     return {"PADRE",
-            OfFirst(Disbas, {.table = Disbas, .on = {{"PADRE"}}, .order = "REVISI DESC"}, "REVISI", RoundedTo(0))};
+            {"la più alta fra quelle delle righe",
+             [](const RuleInput& input) -> RuleValue {
+                 ovConnection& source = input.session.SourceConnection();
+                 double highest = 0;
+                 ForEachChild(input.session,
+                              "SELECT DISTINCT REVISI FROM DISBAS WHERE PADRE = " + LiteralOf(source, input.Value()),
+                              Disbas, "REVISI", [&highest](const SourceRow& row) {
+                                  highest = std::max(highest, contract::RoundedTo(NumberOf(row, "REVISI"), 0));
+                              });
+                 return highest;
+             },
+             contract::Side::Both,
+             {{Disbas, {"PADRE", "REVISI"}}}}};
 }
 
 /// Nobody knows whether a row of an older revision still counts.

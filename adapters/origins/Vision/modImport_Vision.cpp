@@ -127,7 +127,7 @@ PriceLists Listini() {
             .since = {"COD_LIS", OfFirst(ListRows, {.table = ListHeads, .on = ofList}, "DATA_INI", Day())},
             .from = "DATA_INI",
             .to = "DATA_FIN",
-            .scales = {{.quantity = "QTA_DA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
+            .scales = {{.quantityFrom = "QTA_DA", .price = "PREZZO", .discounts = {"SCONTO1", "SCONTO2", "SCONTO3"}}},
         }},
     };
 }
