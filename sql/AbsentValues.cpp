@@ -1,5 +1,6 @@
 #include "sql/AbsentValues.h"
 
+#include "sql/ovQueryConstructor.h"
 #include "sql/text/writtenParts.h"
 
 #include <QHashFunctions>
@@ -18,6 +19,10 @@ constexpr quint64 WordBits = 64;
 
 /// As columns of texts compare: without the case of plain letters.
 QByteArray Folded(const QString& text) { return text.toUtf8().toUpper(); }
+
+bool IsSameName(const QString& left, const QString& right) {
+    return left.size() == right.size() && (left == right || left.compare(right, Qt::CaseInsensitive) == 0);
+}
 
 std::array<quint64, 3> PlacesIn(const QByteArray& text) {
     const quint64 hash = qHash(text, 1);
@@ -190,6 +195,26 @@ void AbsentValues::Runs(const StatementShape& statement) {
     }
     for (const Written& written : *writes) {
         Take(written, written.place < 0 ? nullptr : &statement.values.at(written.place));
+    }
+}
+
+void AbsentValues::Inserts(const ovQueryConstructor& row, const StatementShape& statement) {
+    const int fields = row.GetFieldsCount() + 1;
+    if (fields != statement.values.size()) { // an expression stands among them
+        Runs(statement);
+        return;
+    }
+    const QString table = row.FullTableName();
+    for (size_t index = 0; index < m_columns.size(); ++index) {
+        const Column& known = m_columns[index];
+        if (!IsSameName(known.tableName, table)) {
+            continue;
+        }
+        for (int place = 0; place < fields; ++place) {
+            if (IsSameName(row.Field(place).Name, known.columnName)) {
+                Take({qsizetype(index), place}, &statement.values.at(place));
+            }
+        }
     }
 }
 

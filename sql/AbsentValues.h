@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+class ovQueryConstructor;
+
 /// Knows of values that columns do not hold, so that they need not be looked for: most look-ups of a first import find
 /// nothing. Each column that is often asked for is read once into a Bloom filter, which every row written since is
 /// added to: what it does not hold is not there, and of what it holds the database is asked. A row that is deleted or
@@ -47,6 +49,8 @@ public:
     /// A statement is run: what an INSERT or UPDATE writes into the columns is added; a column that it writes in
     /// another way is read anew.
     void Runs(const StatementShape& statement);
+    /// The same of the INSERT of a row.
+    void Inserts(const ovQueryConstructor& row, const StatementShape& statement);
     /// A column was written with what is not known: it is read anew.
     void Forget(const QString& table, const QString& column);
     /// Forgets everything.

@@ -200,8 +200,9 @@ Recordset ovConnection::ExecuteWC(const QString& query) {
 }
 
 /// Runs a statement whose values stand apart. Nobody but observers and errors needs its text.
+/// @param row that it inserts; null for any other
 template<class Run>
-auto ovConnection::Apart(const SqlText& statement, const Run& run) {
+auto ovConnection::Apart(const SqlText& statement, const Run& run, const ovQueryConstructor* row) {
     if (m_engine == nullptr || m_lost) {
         Opened(statement.Text()); // which raises
     }
@@ -216,7 +217,7 @@ auto ovConnection::Apart(const SqlText& statement, const Run& run) {
             Trace(dialect::Adapt(text, m_engine->TextDialect()));
         }
     }
-    m_absent.Runs(statement.Shape());
+    row != nullptr ? m_absent.Inserts(*row, statement.Shape()) : m_absent.Runs(statement.Shape());
     return run(*m_engine);
 }
 
@@ -231,8 +232,13 @@ std::unique_ptr<Cursor> ovConnection::QueryAhead(const SqlText& query) {
     return answer;
 }
 
-qint64 ovConnection::Execute(const SqlText& statement) {
-    return WithDecision([&] { return Apart(statement, [&](Engine& engine) { return engine.RunApart(statement); }); });
+qint64 ovConnection::Execute(const SqlText& statement) { return ExecuteApart(statement, nullptr); }
+
+qint64 ovConnection::ExecuteApart(const SqlText& statement, const ovQueryConstructor* row) {
+    return WithDecision([&] {
+        return Apart(
+            statement, [&](Engine& engine) { return engine.RunApart(statement); }, row);
+    });
 }
 
 Recordset ovConnection::ExecuteWC(const SqlText& query) {

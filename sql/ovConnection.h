@@ -174,8 +174,9 @@ private:
     void NoticingLoss(const Work& work);
     template<class Work>
     auto WithDecision(const Work& work);
+    qint64 ExecuteApart(const SqlText& statement, const ovQueryConstructor* row);
     template<class Run>
-    auto Apart(const SqlText& statement, const Run& run);
+    auto Apart(const SqlText& statement, const Run& run, const ovQueryConstructor* row = nullptr);
     std::unique_ptr<Engine> OpenEngine() const;
 
     std::unique_ptr<Engine> m_engine;

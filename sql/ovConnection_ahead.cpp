@@ -26,11 +26,11 @@ PendingRows::Id ovConnection::Insert(const ovQueryConstructor& row, const QStrin
                                      const PendingRows::Links& links) {
     const SqlText statement = row.MakeStatement(StatementKind::Insert);
     if (!m_isAhead || m_lost) {
-        Execute(statement);
+        ExecuteApart(statement, &row);
         return std::make_shared<qint64>(LastInsertId());
     }
     Show(Written, Written ? statement.Text() : QString());
-    m_absent.Runs(statement.Shape());
+    m_absent.Inserts(row, statement.Shape());
     m_answers.Forget(row.FullTableName());
     for (const PendingRows::Link& link : links) {
         m_absent.Forget(row.FullTableName(), link.column);

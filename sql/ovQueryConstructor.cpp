@@ -24,6 +24,17 @@ qsizetype IndexOfName(const QVector<Record>& records, const QString& name) {
     return -1;
 }
 
+/// Adds a record of that name and returns its index.
+template<class Record>
+int Append(QVector<Record>& records, const QString& name) {
+    constexpr qsizetype usual = 16;
+    if (records.isEmpty()) {
+        records.reserve(usual);
+    }
+    records.emplaceBack().Name = name;
+    return static_cast<int>(records.size()) - 1;
+}
+
 /// Index of the record of that name, which is added when it is not there; -1 when it may not be written over.
 template<class Record>
 int Take(QVector<Record>& records, const QString& name, bool overwrite) {
@@ -31,12 +42,7 @@ int Take(QVector<Record>& records, const QString& name, bool overwrite) {
     if (index >= 0) {
         return overwrite ? static_cast<int>(index) : -1;
     }
-    constexpr qsizetype usual = 16;
-    if (records.isEmpty()) {
-        records.reserve(usual);
-    }
-    records.emplaceBack().Name = name;
-    return static_cast<int>(records.size()) - 1;
+    return Append(records, name);
 }
 
 } // namespace
@@ -92,10 +98,21 @@ int ovQueryConstructor::AddCreateField(const QString& name, DataType type, int s
 
 int ovQueryConstructor::AddUpdateField(const QString& name, const QVariant& value, DataType type, bool overwrite) {
     const int index = TakeField(name, overwrite, addFieldSource, "Field: %1 - Error: Duplicated element!");
-    QueryField& field = m_fields[index];
-    field.Value = value;
-    field.Type = type;
+    SetUpdateField(index, value, type);
     return index;
+}
+
+int ovQueryConstructor::AppendUpdateField(const QString& name, const QVariant& value, DataType type) {
+    const int index = Append(m_fields, name);
+    SetUpdateField(index, value, type);
+    return index;
+}
+
+void ovQueryConstructor::SetUpdateField(int index, const QVariant& value, DataType type) {
+    if (QueryField* field = Changeable(index)) {
+        field->Value = value;
+        field->Type = type;
+    }
 }
 
 int ovQueryConstructor::AddProcedureParam(const QString& name, const QVariant& value, DataType type, bool overwrite) {

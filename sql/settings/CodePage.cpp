@@ -152,22 +152,33 @@ QString DecodeText(QByteArrayView bytes, const CodePage& page) {
 }
 
 QByteArray EncodeText(const QString& text, const CodePage& page, QString* lost) {
-    QByteArray bytes;
-    QString missing;
     QStringEncoder encoder(page.m_name.toLatin1().constData(), QStringEncoder::Flag::Stateless);
-    for (const uint code : text.toUcs4()) {
-        const QString character = QString::fromUcs4(reinterpret_cast<const char32_t*>(&code), 1);
+    // The bytes of one character; none when the page does not have it.
+    const auto bytesOf = [&](char32_t code) -> std::optional<QByteArray> {
         if (page.m_table != nullptr) {
-            const auto known = page.m_table->bytes.constFind(character[0].unicode());
-            const bool has = character.size() == 1 && known != page.m_table->bytes.constEnd();
-            bytes += has ? known.value() : '?';
-            missing += has || missing.contains(character) ? QString() : character;
-            continue;
+            const auto known = code <= 0xffff ? page.m_table->bytes.constFind(static_cast<ushort>(code))
+                                              : page.m_table->bytes.constEnd();
+            return known == page.m_table->bytes.constEnd() ? std::nullopt : std::optional(QByteArray(1, known.value()));
         }
+        const QString character = QString::fromUcs4(&code, 1);
         const QByteArray encoded = encoder(character);
-        const bool has = DecodeText(encoded, page) == character;
-        bytes += has ? encoded : QByteArray("?");
-        missing += has || missing.contains(character) ? QString() : character;
+        return DecodeText(encoded, page) == character ? std::optional(encoded) : std::nullopt;
+    };
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    QString missing;
+    const uint plain =
+        page.m_table != nullptr || page.m_name == u"UTF-8" ? 0x80 : 0; // below it a character is its byte
+    for (const uint code : text.toUcs4()) {
+        if (code < plain) {
+            bytes += static_cast<char>(code);
+        } else if (const auto encoded = bytesOf(code)) {
+            bytes += *encoded;
+        } else {
+            const QString character = QString::fromUcs4(reinterpret_cast<const char32_t*>(&code), 1);
+            bytes += '?';
+            missing += missing.contains(character) ? QString() : character;
+        }
     }
     if (lost != nullptr) {
         *lost = missing;

@@ -213,6 +213,22 @@ void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& li
     }
 }
 
+const QStringList& ImportRun::ColumnsOf(const schema::Table& table, const std::vector<qint16>& fields) {
+    const auto* bytes = reinterpret_cast<const char*>(fields.data());
+    const auto size = static_cast<qsizetype>(fields.size() * sizeof(qint16));
+    const auto known = m_columns.constFind({&table, QByteArray::fromRawData(bytes, size)});
+    if (known != m_columns.cend()) {
+        return *known;
+    }
+    QMap<qint16, QString> names;
+    for (size_t place = 0; place < fields.size(); ++place) {
+        if (fields[place] >= 0 && table.columns[place].type != DataType::Object) {
+            names.insert(fields[place], table.columns[place].name);
+        }
+    }
+    return *m_columns.insert({&table, QByteArray(bytes, size)}, names.values());
+}
+
 bool ImportRun::Ask(const QString& question) {
     if (const auto known = m_answers.constFind(question); known != m_answers.cend()) {
         return *known;

@@ -73,17 +73,16 @@ void CheckNumber(const schema::Column& column, const QVariant& value) {
     }
 }
 
-/// Tells what is written. Bytes are left out: engines show them each in its own way.
-void Describe(const ovQueryConstructor& written, TargetChange& change) {
+/// The digest of what is written. Bytes are left out: engines show them each in its own way.
+qint64 DigestOf(const ovQueryConstructor& written) {
     RowDigest digest;
     for (int i = 0; i <= written.GetFieldsCount(); ++i) {
-        const auto& field = written.Field(i);
+        const QueryField& field = written.Field(i);
         if (field.Type != DataType::Expression) {
-            change.columns.append(field.Name);
             digest.Add(field.Value, field.Type);
         }
     }
-    change.digest = digest.Value();
+    return digest.Value();
 }
 
 } // namespace
@@ -95,6 +94,7 @@ TargetRow::TargetRow(ImportRun& run, const QString& table)
         throw ImportError(QStringLiteral("la tabella '%1' non è nello schema").arg(table));
     }
     m_query.ProviderType = run.GetSession().Quadrix.ProviderType;
+    m_fields.assign(m_table->columns.size(), -1);
     m_query.SetTable(table, m_table->shared ? QString() : run.GetSession().UserManager.Azienda());
 }
 
@@ -146,13 +146,16 @@ QVariant TargetRow::Cased(const schema::Column& column, const QVariant& value) c
 
 TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
     const schema::Column& found = Find(column);
-    if (found.type == DataType::Object) {
-        m_query.AddUpdateField(column, BytesLiteral(value.toByteArray()), DataType::Expression, true);
+    const bool isBytes = found.type == DataType::Object;
+    const QVariant written =
+        isBytes ? QVariant(BytesLiteral(value.toByteArray())) : Cased(found, Checked(found, value));
+    const DataType type = isBytes ? DataType::Expression : found.type;
+    qint16& field = m_fields[PlaceOf(found)];
+    if (field < 0) {
+        field = static_cast<qint16>(m_query.AppendUpdateField(found.name, written, type));
     } else {
-        m_query.AddUpdateField(column, Cased(found, Checked(found, value)), found.type, true);
+        m_query.SetUpdateField(field, written, type);
     }
-    m_hasCreated = m_hasCreated || column == QLatin1String("DTINS");
-    m_hasChanged = m_hasChanged || column == QLatin1String("DTMDF");
     return *this;
 }
 
@@ -163,23 +166,20 @@ TargetRow& TargetRow::SetId(const QString& column, const PendingRows::Id& id) {
     return Set(column, *id);
 }
 
-const QueryField* TargetRow::FieldOf(const QString& column) const {
-    for (int i = m_query.GetFieldsCount(); i >= 0; --i) {
-        if (m_query.Field(i).Name == column) {
-            return &m_query.Field(i);
-        }
-    }
-    return nullptr;
+const QueryField* TargetRow::FieldOf(const schema::Column& column) const {
+    const qint16 field = m_fields[PlaceOf(column)];
+    return field < 0 ? nullptr : &m_query.Field(field);
 }
 
 QVariant TargetRow::Value(const QString& column) const {
-    const QueryField* field = FieldOf(column);
+    const schema::Column* found = m_table->FindColumn(column);
+    const QueryField* field = found == nullptr ? nullptr : FieldOf(*found);
     return field == nullptr ? QVariant() : field->Value;
 }
 
 void TargetRow::Insert() {
     Set(QStringLiteral("USINS"), schema::defaults::ImportUser);
-    if (!m_hasCreated) {
+    if (!IsSet(QStringLiteral("DTINS"))) {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }
     TellNameless();
@@ -192,13 +192,14 @@ void TargetRow::Insert() {
 
 void TargetRow::Update(const QString& where) {
     Set(QStringLiteral("USMDF"), schema::defaults::ImportUser);
-    if (!m_hasChanged) {
+    if (!IsSet(QStringLiteral("DTMDF"))) {
         Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
     }
     m_query.WhereString = where;
     if (m_run.KeepsImages()) {
         TargetChange change{TargetChange::Kind::Updated, m_run.FullName(m_table->name), 0};
-        Describe(m_query, change);
+        change.columns = m_run.ColumnsOf(*m_table, m_fields);
+        change.digest = DigestOf(m_query);
         m_run.KeepImages(change, where);
     }
     m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Update));
@@ -207,7 +208,7 @@ void TargetRow::Update(const QString& where) {
 
 void TargetRow::TellNameless() const {
     for (const schema::Column& column : m_table->columns) {
-        const QueryField* field = column.essential && column.words ? FieldOf(column.name) : nullptr;
+        const QueryField* field = column.essential && column.words ? FieldOf(column) : nullptr;
         if (field != nullptr && mod_ovTools::ToText(field->Value).trimmed().isEmpty()) {
             m_run.Log(
                 QStringLiteral("SENZA DESCRIZIONE: %1: %2.%3 è vuota").arg(m_run.RowKey(), m_table->name, column.name));
@@ -217,8 +218,9 @@ void TargetRow::TellNameless() const {
 
 void TargetRow::TellInserted(const PendingRows::Id& id) const {
     TargetChange change{TargetChange::Kind::Inserted, m_run.FullName(m_table->name), 0};
+    change.columns = m_run.ColumnsOf(*m_table, m_fields);
     if (m_links.empty()) {
-        Describe(m_query, change);
+        change.digest = DigestOf(m_query);
         m_run.TellChange(std::move(change), [id](TargetChange& told) { told.id = *id; });
         return;
     }
@@ -227,7 +229,7 @@ void TargetRow::TellInserted(const PendingRows::Id& id) const {
         for (const PendingRows::Link& link : links) {
             written.AddUpdateField(link.column, QString::number(*link.id), DataType::NVarChar, true);
         }
-        Describe(written, told);
+        told.digest = DigestOf(written);
         told.id = *id;
     });
 }

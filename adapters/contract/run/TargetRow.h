@@ -34,16 +34,19 @@ private:
     QVariant Cased(const schema::Column& column, const QVariant& value) const;
     QVariant Checked(const schema::Column& column, const QVariant& value) const;
     const schema::Column& Find(const QString& column) const;
-    const QueryField* FieldOf(const QString& column) const;
+    size_t PlaceOf(const schema::Column& column) const {
+        return static_cast<size_t>(&column - m_table->columns.data());
+    }
+    const QueryField* FieldOf(const schema::Column& column) const;
+    bool IsSet(const QString& column) const { return FieldOf(Find(column)) != nullptr; }
     void TellNameless() const;
     void TellInserted(const PendingRows::Id& id) const;
 
     ImportRun& m_run;
     const schema::Table* m_table;
     ovQueryConstructor m_query;
+    std::vector<qint16> m_fields; ///< by the column's place in the table: its field of the query; -1: not set
     PendingRows::Links m_links;
-    bool m_hasCreated = false;
-    bool m_hasChanged = false;
 };
 
 } // namespace contract

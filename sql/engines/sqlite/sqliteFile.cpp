@@ -23,7 +23,9 @@ namespace {
 
 Handle Open(const QString& name, int flags, const QString& file) {
     sqlite3* opened = nullptr;
-    const int code = sqlite3_open_v2(name.toUtf8().constData(), &opened, flags | SQLITE_OPEN_EXRESCODE, nullptr);
+    // A connection works on one thread at a time.
+    const int code = sqlite3_open_v2(name.toUtf8().constData(), &opened,
+                                     flags | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
     Handle database(opened);
     if (code != SQLITE_OK) {
         Fail(database, file);
