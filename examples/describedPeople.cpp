@@ -99,6 +99,53 @@ QVector<Field> Address::Columns(const QByteArray& street, const QByteArray& post
             {{province, 'C', 10}, Province()}};
 }
 
+namespace {
+
+/// @param stream,banks as `Account` has them
+Rule OfAccount(quint64 stream, qint64 banks, const std::function<QString(const italian::Bank&)>& part) {
+    return [=](const Place& place) {
+        const qint64 bankRow = banks == 0 ? place.row : place.row % banks;
+        Random ofBank(place.options.seed, stream, static_cast<quint64>(bankRow));
+        Random ofRow(place.options.seed, stream + 1, static_cast<quint64>(place.row));
+        italian::Bank bank = italian::MakeBank(ofBank);
+        bank.account = italian::MakeBank(ofRow).account;
+        bank.check = italian::BankCheck(bank.abi, bank.cab, bank.account);
+        return QVariant(part(bank));
+    };
+}
+
+} // namespace
+
+Rule Account::Abi() const {
+    return OfAccount(m_stream, m_banks, [](const italian::Bank& bank) { return bank.abi; });
+}
+
+Rule Account::Cab() const {
+    return OfAccount(m_stream, m_banks, [](const italian::Bank& bank) { return bank.cab; });
+}
+
+Rule Account::Bic() const {
+    return OfAccount(m_stream, m_banks, [](const italian::Bank& bank) { return bank.bic; });
+}
+
+Rule Account::Number() const {
+    return OfAccount(m_stream, m_banks, [](const italian::Bank& bank) { return bank.account; });
+}
+
+Rule Account::Check() const {
+    return OfAccount(m_stream, m_banks, [](const italian::Bank& bank) { return bank.check; });
+}
+
+Rule Account::Iban() const {
+    return OfAccount(m_stream, m_banks, [](const italian::Bank& bank) {
+        return italian::MakeIban(bank.check, bank.abi, bank.cab, bank.account);
+    });
+}
+
+Rule Account::OfBank(const Rule& rule) const {
+    return With([banks = m_banks](qint64 row) { return banks == 0 ? row : row % banks; }, rule);
+}
+
 Rule Iban() {
     return [](const Place& place) {
         Random random = place.Draw();

@@ -2,6 +2,8 @@
 
 #include "examples/articles.h"
 
+#include <cmath>
+
 namespace examples::described {
 
 namespace {
@@ -27,12 +29,28 @@ Rule OneOf(const QVariantList& values) {
     return [values](const Place& place) { return values[static_cast<int>(place.Draw().Below(values.size()))]; };
 }
 
+Rule Each(const QVariantList& values) {
+    return [values](const Place& place) { return values[static_cast<int>(place.row % values.size())]; };
+}
+
+Rule RowNumber() {
+    return [](const Place& place) { return QVariant(place.row + 1); };
+}
+
 Rule Whole(qint64 from, qint64 to) {
     return [=](const Place& place) { return QVariant(place.Draw().Between(from, to)); };
 }
 
 Rule Number(double from, double to, int decimals) {
     return [=](const Place& place) { return QVariant(place.Draw().Amount(from, to, decimals)); };
+}
+
+Rule Scaled(double factor, int decimals, const Rule& rule) {
+    return [=](const Place& place) {
+        const QVariant value = rule(place);
+        const double unit = std::pow(10, decimals);
+        return value.isNull() ? value : QVariant(std::round(value.toDouble() * factor * unit) / unit);
+    };
 }
 
 Rule Chance(int percent, const Rule& then, const Rule& otherwise) {

@@ -14,8 +14,14 @@ Rule Fixed(const QVariant& value);
 /// A prefix and the number of the row with leading zeros. @param first number of row 0
 Rule Code(const QString& prefix, int digits, qint64 first = 1);
 Rule OneOf(const QVariantList& values);
+/// One value for each row, from the first on and again behind the last.
+Rule Each(const QVariantList& values);
+/// The number of the row, from 1.
+Rule RowNumber();
 Rule Whole(qint64 from, qint64 to);
 Rule Number(double from, double to, int decimals);
+/// What another rule makes, so many times as much.
+Rule Scaled(double factor, int decimals, const Rule& rule);
 Rule Chance(int percent, const Rule& then, const Rule& otherwise = {});
 Rule Flag(int percent);
 /// A day within so many from 2 January 2024 on.
@@ -94,6 +100,29 @@ private:
 
 /// The bank of the row: IBAN, and "ABI" and "CAB" as one code.
 Rule Iban();
+
+/// An account with a bank: all of a row belong together.
+class Account {
+public:
+    /// @param name tells the accounts of one table from those of another
+    /// @param banks so many there are, one after the other for the rows; each row has a bank of its own without it
+    explicit Account(const QByteArray& name, qint64 banks = 0)
+        : m_stream(StreamOf(name)),
+          m_banks(banks) {}
+
+    Rule Abi() const;
+    Rule Cab() const;
+    Rule Bic() const;
+    Rule Number() const;
+    Rule Check() const; ///< CIN
+    Rule Iban() const;
+    /// The value of the bank of the row.
+    Rule OfBank(const Rule& rule) const;
+
+private:
+    quint64 m_stream;
+    qint64 m_banks;
+};
 
 // --- Amounts ------------------------------------------------------------------------------------------------------
 

@@ -152,6 +152,13 @@ const QVector<Example>& Examples() {
          {"cli", "art:01/01/2000", "dis"},
          {"controparti", "articoli", "listini"},
          MakeSigla},
+        {"adhoc",
+         "Ad Hoc Revolution: tabelle in un database",
+         "Ad-Hoc",
+         "adhoc.db",
+         {"acq", "cli", "art", "saldi", "disegni:yes", "ImportPianoContiAhr", "ImportLettereIntentoAHR"},
+         {"controparti", "conti", "tabelle", "articoli", "magazzino"},
+         MakeAdHoc},
     };
     return examples;
 }
