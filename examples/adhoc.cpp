@@ -1,6 +1,7 @@
 // Ad Hoc Revolution: a database whose names are of eight letters. Customers, suppliers and accounts share one table,
 // told apart by ANTIPCON; sheets are articles of a family, one for each format; a movement has five rows.
 
+#include "examples/adhoc.h"
 #include "examples/chartOfAccounts.h"
 #include "examples/lantek.h"
 
@@ -10,30 +11,17 @@ namespace adhoc {
 
 namespace {
 
-using namespace described;
-
 constexpr qint64 Banks = 40;
-constexpr qint64 Lists = 2;
-constexpr qint64 MovementRows = 5;
-const Count Articles = [](const Options& options) { return options.rows; };
-const Count Movements = [](const Options& options) { return (options.rows + 1) / 2; };
-const Count InSecondStore = EachOf(5);
 
 const Account& PartyAccount() {
     static const Account account("CONTI", Banks);
     return account;
 }
 
-Rule PartyCode() { return Code("", 15); }
 Rule SideOf() { return Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}}); }
-Rule ItemCode() { return Code("AH-", 5); }
-Rule ItemCost() { return Named("ART_ICOL.cost", Number(0.5, 90, 2)); }
-Rule ItemWeight() { return Named("ART_ICOL.weight", Number(0.1, 40, 3)); }
 Rule LedgerCode() { return Code("", 5); }
 Rule BankCode() { return Code("B", 4); }
 Rule Term() { return OneOf({"RB30", "RB36", "BO60", "RD"}); }
-/// Code of the list that the row belongs to, each article having one row for each list.
-Rule ListCode() { return Turn(1, {Fixed("L1"), Fixed("L2")}); }
 
 // --- Counterparties and accounts ----------------------------------------------------------------------------------
 
@@ -93,6 +81,10 @@ Rule OfChart(const QByteArray& column) {
     return column == "ANCODICE" ? Code("", 10) : column == "ANDESCRI" ? chart::AccountText() : Rule();
 }
 
+} // namespace
+
+Rule PartyCode() { return Code("", 15); }
+
 Table PartyTable() {
     QVector<Field> fields = PartyFields();
     for (Field& field : fields) {
@@ -111,48 +103,55 @@ Table PartyTable() {
             {{"ANTIPCON", "ANCODICE"}}};
 }
 
-QVector<Table> CounterpartyTables() {
-    const Address branch("DES_DIVE");
+Table BankTable() {
     const Account& account = PartyAccount();
-    const Table directory{"BAN_CHE",
-                          "controparti",
-                          Exactly(Banks),
-                          {{{"BACODBAN", 'C', 10}, BankCode()},
-                           {{"BADESBAN", 'C', 50}, Code("Banca ", 1)},
-                           {{"BACODABI", 'C', 5}, account.Abi()},
-                           {{"BACODCAB", 'C', 5}, account.Cab()},
-                           {{"BACODBIC", 'C', 11}, account.Bic()}},
-                          {},
-                          {{"BACODBAN"}}};
-    const Table branches{"DES_DIVE",
-                         "controparti",
-                         EachOf(4),
-                         QVector<Field>{{{"DDTIPCON", 'C', 1}, Fixed("C")},
-                                        {{"DDCODICE", 'C', 15}, AnyOf(Customers, PartyCode())},
-                                        {{"DDCODDES", 'C', 5}, Code("", 3)},
-                                        {{"DDNOMDES", 'C', 60}, OneOf({"Magazzino", "Stabilimento", "Cantiere"})},
-                                        {{"DDCODNAZ", 'C', 3}, Fixed("IT")},
-                                        {{"DDPERSON", 'C', 50}, Chance(40, LastName())},
-                                        {{"DDTELEFO", 'C', 18}, branch.Telephone()},
-                                        {{"DDTIPRIF", 'C', 2}, Chance(10, Fixed("FA"), Fixed("CO"))},
-                                        {{"DDPREDEF", 'C', 1}, Chance(20, Fixed("S"), Fixed("N"))},
-                                        {{"DDDTOBSO", 'T'}, Chance(5, Day(300))}} +
-                             branch.Columns("DDINDIRI", "DD___CAP", "DDLOCALI", "DDPROVIN") +
-                             Unused({"DD__NOTE", "DDNUMFAX", "DD_EMAIL"}),
-                         {},
-                         {{"DDTIPCON", "DDCODICE"}}};
-    const Table letters{"DIC_INTE",
-                        "controparti",
-                        EachOf(20),
-                        {{{"DICODICE", 'C', 15}, AnyOf(Customers, PartyCode())},
-                         {{"DITIPCON", 'C', 1}, Fixed("C")},
-                         {{"DINUMDOC", 'C', 25}, Code("", 1)},
-                         {{"DIDATLET", 'T'}, Named("DIC_INTE.letter", Day(300))},
-                         {{"DIDATINI", 'T'}, Named("DIC_INTE.letter", Day(300))},
-                         {{"DIDATFIN", 'T'}, Fixed(QDate(2024, 12, 31))},
-                         {{"DIIMPDIC", 'N', 14, 2}, Number(1000, 90000, 2)}},
-                        {{{"DICODICE", "NESSUNO"}}}};
-    return {PartyTable(), directory, branches, letters};
+    return {"BAN_CHE",
+            "controparti",
+            Exactly(Banks),
+            {{{"BACODBAN", 'C', 10}, BankCode()},
+             {{"BADESBAN", 'C', 50}, Code("Banca ", 1)},
+             {{"BACODABI", 'C', 5}, account.Abi()},
+             {{"BACODCAB", 'C', 5}, account.Cab()},
+             {{"BACODBIC", 'C', 11}, account.Bic()}},
+            {},
+            {{"BACODBAN"}}};
+}
+
+Table BranchTable() {
+    const Address branch("DES_DIVE");
+    return {"DES_DIVE",
+            "controparti",
+            EachOf(4),
+            QVector<Field>{{{"DDTIPCON", 'C', 1}, Fixed("C")},
+                           {{"DDCODICE", 'C', 15}, AnyOf(Customers, PartyCode())},
+                           {{"DDCODDES", 'C', 5}, Code("", 3)},
+                           {{"DDNOMDES", 'C', 60}, OneOf({"Magazzino", "Stabilimento", "Cantiere"})},
+                           {{"DDCODNAZ", 'C', 3}, Fixed("IT")},
+                           {{"DDPERSON", 'C', 50}, Chance(40, LastName())},
+                           {{"DDTELEFO", 'C', 18}, branch.Telephone()},
+                           {{"DDTIPRIF", 'C', 2}, Chance(10, Fixed("FA"), Fixed("CO"))},
+                           {{"DDPREDEF", 'C', 1}, Chance(20, Fixed("S"), Fixed("N"))},
+                           {{"DDDTOBSO", 'T'}, Chance(5, Day(300))}} +
+                branch.Columns("DDINDIRI", "DD___CAP", "DDLOCALI", "DDPROVIN") +
+                Unused({"DD__NOTE", "DDNUMFAX", "DD_EMAIL"}),
+            {},
+            {{"DDTIPCON", "DDCODICE"}}};
+}
+
+namespace {
+
+Table LetterTable() {
+    return {"DIC_INTE",
+            "controparti",
+            EachOf(20),
+            {{{"DICODICE", 'C', 15}, AnyOf(Customers, PartyCode())},
+             {{"DITIPCON", 'C', 1}, Fixed("C")},
+             {{"DINUMDOC", 'C', 25}, Code("", 1)},
+             {{"DIDATLET", 'T'}, Named("DIC_INTE.letter", Day(300))},
+             {{"DIDATINI", 'T'}, Named("DIC_INTE.letter", Day(300))},
+             {{"DIDATFIN", 'T'}, Fixed(QDate(2024, 12, 31))},
+             {{"DIIMPDIC", 'N', 14, 2}, Number(1000, 90000, 2)}},
+            {{{"DICODICE", "NESSUNO"}}}};
 }
 
 QVector<Table> BaseTables() {
@@ -214,176 +213,33 @@ QVector<Table> BaseTables() {
             ledgers};
 }
 
-// --- Articles and stock -------------------------------------------------------------------------------------------
+} // namespace
 
-Rule SheetWeight() {
-    return [](const Place& place) {
-        const auto number = [&place](const Rule& rule) { return rule(place).toDouble(); };
-        constexpr double cubicMillimetres = 1e6; // of a cubic decimetre
-        return QVariant(number(lantek::SheetLength()) * number(lantek::SheetWidth()) *
-                        number(lantek::SheetThickness()) * number(lantek::Density()) / cubicMillimetres);
-    };
-}
-
-Rule SheetText() {
-    return [](const Place& place) {
-        return QVariant(u"Lamiera " + lantek::SheetCode()(place).toString().replace(u'-', u' '));
-    };
-}
-
-Table ArticleTable() {
-    const auto byKind = [](const Rule& article, const Rule& sheet) {
-        return Kinds({{Articles, article}, {Exactly(lantek::Sheets), sheet}});
-    };
-    QVector<Field> fields{{{"ARCODART", 'C', 20}, byKind(ItemCode(), lantek::SheetCode())},
-                          {{"ARDESART", 'C', 40}, byKind(ArticleText(), SheetText())},
-                          {{"ARDESSUP", 'M'}, byKind(Chance(20, Fixed("Zincato a caldo")), {})},
-                          {{"ARUNMIS1", 'C', 3}, byKind(Fixed("PZ"), Fixed("KG"))},
-                          {{"ARUNMIS2", 'C', 3}, byKind(Chance(20, Fixed("SC")), {})},
-                          {{"AROPERAT", 'C', 1}, byKind(Fixed("/"), {})},
-                          {{"ARMOLTIP", 'N', 12, 4}, byKind(OneOf({10, 50, 100}), {})},
-                          {{"ARTIPART", 'C', 2}, byKind(OneOf({"PF", "SE", "MP"}), Fixed("MP"))},
-                          {{"ARGRUMER", 'C', 10}, byKind(OneOf({"MEC", "FER"}), lantek::SheetMaterial())},
-                          {{"ARCODFAM", 'C', 5}, byKind(Chance(60, OneOf({"MECC", "IDRA"})), Fixed("LAM"))},
-                          {{"ARCODIVA", 'C', 5}, Chance(90, Fixed("22"), Fixed("10"))},
-                          {{"ARPESNET", 'N', 12, 3}, byKind(ItemWeight(), SheetWeight())},
-                          {{"ARPESLOR", 'N', 12, 3}, byKind(Scaled(1.05, 3, ItemWeight()), SheetWeight())},
-                          {{"ARULTCOS", 'N', 12, 4}, byKind(Chance(70, ItemCost()), Number(0.8, 4, 2))},
-                          {{"ARCODDIS", 'C', 20}, byKind(Chance(10, Code("D-", 5)), {})},
-                          {{"ARDIMLU1", 'N', 12, 3}, byKind({}, lantek::SheetLength())},
-                          {{"ARDIMLA1", 'N', 12, 3}, byKind({}, lantek::SheetWidth())},
-                          {{"ARDIMAL1", 'N', 12, 3}, byKind({}, lantek::SheetThickness())},
-                          {{"ARDTOBSO", 'T'}, byKind(Chance(3, Day(300)), {})},
-                          {{"ARDTINVA", 'T'}, Day(300)},
-                          {{"utdc", 'T'}, Day(300)}};
-    return {"ART_ICOL",
-            "articoli",
-            [](const Options& options) { return Articles(options) + lantek::Sheets; },
-            fields,
-            {{{"ARCODART", "PESO-MANCA"}, {"ARPESNET", "due"}, {"ARCODFAM", "MECC"}, {"ARGRUMER", {}}},
-             {{"ARCODART", "S235-8-RITAGLI"}, {"ARDIMLU1", {}}, {"ARGRUMER", "S235"}}},
-            {{"ARCODART"}}};
-}
-
-QVector<Table> ArticleTables() {
-    const Rule supplier = AnyOf(Suppliers, PartyCode());
-    const Table reorder{"PAR_RIOR",
-                        "articoli",
-                        Articles,
-                        {{{"PRCODART", 'C', 20}, ItemCode()},
-                         {{"PRSCOMIN", 'N', 12, 3}, Whole(0, 20)},
-                         {{"PRSCOMAX", 'N', 12, 3}, Whole(20, 200)},
-                         {{"PRPUNRIO", 'N', 12, 3}, Whole(0, 30)},
-                         {{"PRLOTRIO", 'N', 12, 3}, Whole(1, 50)},
-                         {{"PRQTAMIN", 'N', 12, 3}, Whole(1, 10)},
-                         {{"PRGIOAPP", 'I'}, Whole(1, 30)},
-                         {{"PRCODFOR", 'C', 15}, Chance(40, supplier)},
-                         {{"PRCOSSTA", 'N', 18, 5}, ItemCost()}},
-                        {},
-                        {{"PRCODART"}}};
-    const auto code = [](const Rule& own, const Rule& barcode, const Rule& ofSupplier, const Rule& ofCustomer) {
-        return Kinds({{Articles, own}, {EachOf(2), barcode}, {EachOf(3), ofSupplier}, {EachOf(10), ofCustomer}});
-    };
-    const Rule item = ItemCode();
-    const Table codes{"KEY_ARTI",
-                      "articoli",
-                      [](const Options& options) {
-                          return Articles(options) + EachOf(2)(options) + EachOf(3)(options) + EachOf(10)(options);
-                      },
-                      {{{"CACODICE", 'C', 20}, code(item, Code("80012345", 5), Code("FOR-", 5), Code("CLI-", 5))},
-                       {{"CACODART", 'C', 20}, code(item, item, item, item)},
-                       {{"CATIPCON", 'C', 1}, code({}, {}, Fixed("F"), Fixed("C"))},
-                       {{"CACODCON", 'C', 15}, code({}, {}, supplier, AnyOf(Customers, PartyCode()))}},
-                      {},
-                      {{"CACODART"}}};
-    const Table prices{"LIS_TINI",
-                       "articoli",
-                       Times(Lists, Articles),
-                       {{{"LICODART", 'C', 20}, OfParent(Lists, item)},
-                        {{"CPROWNUM", 'I'}, Line(Lists)},
-                        {{"LICODLIS", 'C', 5}, ListCode()},
-                        {{"LIDATATT", 'T'}, Fixed(QDate(2024, 1, 1))},
-                        {{"LIDATDIS", 'T'}, {}}},
-                       {},
-                       {{"LICODART"}}};
-    const Table quantities{"LIS_SCAG",
-                           "articoli",
-                           Times(Lists, Articles),
-                           {{{"LICODART", 'C', 20}, OfParent(Lists, item)},
-                            {{"LIROWNUM", 'I'}, Line(Lists)},
-                            {{"LIPREZZO", 'N', 18, 5}, OfParent(Lists, Scaled(1.6, 2, ItemCost()))},
-                            {{"LISCONT1", 'N', 6, 2}, OneOf({0, 0, 10})},
-                            {{"LISCONT2", 'N', 6, 2}, Fixed(0)},
-                            {{"LISCONT3", 'N', 6, 2}, Fixed(0)}},
-                           {},
-                           {{"LICODART"}}};
-    return {ArticleTable(), reorder, codes, prices, quantities};
-}
-
-QVector<Table> StockTables() {
-    const Amounts amounts("MVM_DETT", MovementRows);
-    const auto ofMovement = [](const Rule& rule) { return OfParent(MovementRows, rule); };
-    const auto loadOr = [](const char* load, const char* other) {
-        return Named("MVM_MAST.kind", Chance(60, Fixed(load), Fixed(other)));
-    };
-    const Rule serial = Code("", 10);
-    const Table heads{"MVM_MAST",
-                      "magazzino",
-                      Movements,
-                      {{{"MMSERIAL", 'C', 10}, serial},
-                       {{"MMNUMREG", 'I'}, RowNumber()},
-                       {{"MMDATREG", 'T'}, Day(360)},
-                       {{"MMTCAMAG", 'C', 5}, loadOr("CAR", "SCA")}},
-                      {{{"MMSERIAL", "9000000001"}}},
-                      {{"MMSERIAL"}}};
-    const Table rows{"MVM_DETT",
-                     "magazzino",
-                     Times(MovementRows, Movements),
-                     {{{"MMSERIAL", 'C', 10}, ofMovement(serial)},
-                      {{"CPROWNUM", 'I'}, Line(MovementRows)},
-                      {{"CPROWORD", 'I'}, Line(MovementRows)},
-                      {{"MMCODART", 'C', 20}, AnyOf(Articles, ItemCode())},
-                      {{"MMCODMAG", 'C', 5}, ofMovement(Chance(80, Fixed("M1"), Fixed("M2")))},
-                      {{"MMQTAMOV", 'N', 12, 3}, amounts.Quantity()},
-                      {{"MMQTAUM1", 'N', 12, 3}, amounts.Quantity()},
-                      {{"MMCAUMAG", 'C', 5}, ofMovement(loadOr("CAR", "SCA"))},
-                      {{"MMFLCASC", 'C', 1}, ofMovement(loadOr("+", "-"))},
-                      {{"MMPREZZO", 'N', 18, 5}, amounts.Price()},
-                      {{"MMVALMAG", 'N', 18, 4}, amounts.RowTotal()}},
-                     {{{"MMSERIAL", "0000000001"}, {"CPROWNUM", 6}, {"CPROWORD", 6}, {"MMCODART", "MANCA"}},
-                      {{"MMSERIAL", "0000000001"}, {"CPROWNUM", 7}, {"CPROWORD", 7}, {"MMFLCASC", "="}},
-                      {{"MMSERIAL", "9000000001"}, {"MMQTAUM1", "tanti"}}},
-                     {{"MMSERIAL"}}};
-    const Table balances{"SALDIART",
-                         "magazzino",
-                         [](const Options& options) { return Articles(options) + InSecondStore(options); },
-                         {{{"SLCODICE", 'C', 20}, Kinds({{Articles, ItemCode()}, {InSecondStore, ItemCode()}})},
-                          {{"SLCODMAG", 'C', 5}, Kinds({{Articles, Fixed("M1")}, {InSecondStore, Fixed("M2")}})},
-                          {{"SLQTAPER", 'N', 18, 3}, Chance(80, Number(0, 500, 1), Fixed(0))},
-                          {{"SLVALUCA", 'N', 12, 4}, Kinds({{Articles, ItemCost()}, {InSecondStore, ItemCost()}})}},
-                         {{{"SLCODICE", "MANCA"}, {"SLCODMAG", "M1"}, {"SLQTAPER", 3}}},
-                         {{"SLCODICE"}}};
-    return {heads, rows, balances};
-}
-
-QuadrixScript PreparedFor(const Options& options) {
-    QuadrixScript script(options.company);
+void Prepare(QuadrixScript& script) {
     script.VatCode("22", "IVA 22%", 22);
     script.VatCode("10", "IVA 10%", 10);
     script.VatCode("N8", "Non imponibile art. 8", 0);
-    lantek::Prepare(script);
     script.Translate("CONTI", "ANNAZION", "IT", "ITA");
-    script.Translate("DES_DIVE", "DDCODNAZ", "IT", "ITA");
     script.Translate("CONTI", "ANCODLIN", "ITA", "IT");
     script.Keep("CONTI", "ANNUMLIS", {"L1", "L2"});
     script.Keep("CONTI", "ANCATCOM", {"IND", "RIV"});
     script.Keep("CONTI", "ANCODZON", {"NE", "NO"});
     script.Keep("CONTI", "ANCODPOR", {"FCO", "FRA"});
     script.Translate("ART_ICOL", "ARUNMIS1", "PZ", "NR");
-    script.Keep("ART_ICOL", "ARTIPART", {"PF", "SE", "MP"});
     script.Translate("ART_ICOL", "ARCODFAM", "MECC", "MECCANICA");
     script.Translate("ART_ICOL", "ARCODFAM", "IDRA", "IDRAULICA");
     script.Translate("ART_ICOL", "ARCODFAM", "LAM", "LAMIERE");
+}
+
+} // namespace adhoc
+
+Totals MakeAdHoc(const Options& options) {
+    using namespace adhoc;
+    QuadrixScript script(options.company);
+    Prepare(script);
+    lantek::PrepareMaterials(script);
+    script.Translate("DES_DIVE", "DDCODNAZ", "IT", "ITA");
+    script.Keep("ART_ICOL", "ARTIPART", {"PF", "SE", "MP"});
     script.Translate("ART_ICOL", "ARGRUMER", "MEC", "MECCANICA");
     script.Translate("ART_ICOL", "ARGRUMER", "FER", "FERRAMENTA");
     script.Keep("MVM_MAST", "MMTCAMAG", {"CAR", "SCA"});
@@ -393,17 +249,10 @@ QuadrixScript PreparedFor(const Options& options) {
     script.Translate("MVM_DETT", "MMCODMAG", "M2", "002");
     script.Translate("SALDIART", "SLCODMAG", "M1", "001");
     script.Translate("SALDIART", "SLCODMAG", "M2", "002");
-    return script;
-}
-
-} // namespace
-
-} // namespace adhoc
-
-Totals MakeAdHoc(const Options& options) {
-    using namespace adhoc;
-    const QVector<Table> tables = CounterpartyTables() + BaseTables() + ArticleTables() + StockTables();
-    return Write("adhoc.db", tables, options, PreparedFor(options));
+    const QVector<Table> tables =
+        QVector<Table>{PartyTable(), BankTable(), BranchTable(), LetterTable(), ArticleTable()} + TablesOfArticles() +
+        StockTables() + BaseTables();
+    return Write("adhoc.db", tables, options, script);
 }
 
 } // namespace examples

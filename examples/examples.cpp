@@ -159,6 +159,13 @@ const QVector<Example>& Examples() {
          {"acq", "cli", "art", "saldi", "disegni:yes", "ImportPianoContiAhr", "ImportLettereIntentoAHR"},
          {"controparti", "conti", "tabelle", "articoli", "magazzino"},
          MakeAdHoc},
+        {"adhocwindows",
+         "Ad Hoc Windows: cartella di tabelle FoxPro",
+         "Ad-Hoc Windows",
+         "",
+         {"cli", "art"},
+         {"controparti", "articoli"},
+         MakeAdHocWindows},
     };
     return examples;
 }

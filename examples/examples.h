@@ -64,5 +64,6 @@ Totals MakeMago(const Options& options);
 Totals MakeVisualSpace(const Options& options);
 Totals MakeSigla(const Options& options);
 Totals MakeAdHoc(const Options& options);
+Totals MakeAdHocWindows(const Options& options);
 
 } // namespace examples
