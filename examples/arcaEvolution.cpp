@@ -240,14 +240,10 @@ QVector<Table> ArticleTables() {
 /// The documents that belong together have customer, articles and amounts in common.
 QVector<Table> DocumentTables() {
     const Rule kind = Turn(1, {Fixed("OC"), Fixed("DDT"), Fixed("FV"), Fixed("OF")});
-    const Amounts amounts("DO", DocumentLines, [](qint64 row) {
-        return row / (DocumentKinds * DocumentLines) * DocumentLines + row % DocumentLines;
-    });
+    const auto rowOfSet = RowOfSet(DocumentKinds, DocumentLines);
+    const Amounts amounts("DO", DocumentLines, rowOfSet);
     const Rule customer = OfParent(DocumentKinds, AnyOf(Customers, CustomerCode()));
-    const Rule article = [](const Place& place) {
-        const qint64 set = place.row / (DocumentKinds * DocumentLines);
-        return AnyOf(Articles, ArticleCode())(place.At(set * DocumentLines + place.row % DocumentLines));
-    };
+    const Rule article = With(rowOfSet, AnyOf(Articles, ArticleCode()));
     /// The row that a delivery note or an invoice carries out: that of the document before.
     const Rule before = [](const Place& place) { return QVariant(place.row + 1 - DocumentLines); };
     QVector<Field> rows{{{"Id_DORig", 'I'}, Id()},

@@ -103,6 +103,10 @@ Rule Line(qint64 rows) {
     return [rows](const Place& place) { return QVariant(place.row % rows + 1); };
 }
 
+std::function<qint64(qint64)> RowOfSet(qint64 kinds, qint64 lines) {
+    return [=](qint64 row) { return row / (kinds * lines) * lines + row % lines; };
+}
+
 Rule Turn(qint64 rows, const QVector<Rule>& rules) {
     return [=](const Place& place) {
         const Rule& rule = rules[static_cast<int>(place.row / rows % rules.size())];

@@ -43,6 +43,8 @@ Rule With(const std::function<qint64(qint64)>& row, const Rule& rule);
 Rule OfParent(qint64 rows, const Rule& rule);
 /// Number of the row among those of its parent, from 1.
 Rule Line(qint64 rows);
+/// For the rows of documents that stand in sets, one of each kind: the number of a row that those of a set share.
+std::function<qint64(qint64)> RowOfSet(qint64 kinds, qint64 lines);
 /// One of the rules after the other, each for so many rows.
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
 /// The value of any row of another table.

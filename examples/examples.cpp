@@ -166,6 +166,13 @@ const QVector<Example>& Examples() {
          {"cli", "art"},
          {"controparti", "articoli"},
          MakeAdHocWindows},
+        {"metodo",
+         "Metodo: tabelle in un database",
+         "Metodo",
+         "metodo.db",
+         {"disegni", "saldi", "piano", "cli", "dis", "art", "doc", "acq:1"},
+         {"controparti", "articoli", "documenti", "tabelle", "conti"},
+         MakeMetodo},
     };
     return examples;
 }

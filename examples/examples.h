@@ -65,5 +65,6 @@ Totals MakeVisualSpace(const Options& options);
 Totals MakeSigla(const Options& options);
 Totals MakeAdHoc(const Options& options);
 Totals MakeAdHocWindows(const Options& options);
+Totals MakeMetodo(const Options& options);
 
 } // namespace examples
