@@ -49,6 +49,14 @@ Rule CompanyName(int length) {
     return OfIdentity([length](const italian::Identity& who) { return who.name.left(length).trimmed(); });
 }
 
+Rule IdentityNumber() {
+    return [](const Place& place) { return QVariant(WhoOf(place) + 1); };
+}
+
+Rule OfSupplier(const Rule& rule) {
+    return [rule](const Place& place) { return rule(place.At(Customers(place.options) + place.row)); };
+}
+
 Rule VatNumber() {
     return OfIdentity([](const italian::Identity& who) { return who.vatNumber; });
 }

@@ -45,6 +45,13 @@ Rule Number(double from, double to, int decimals) {
     return [=](const Place& place) { return QVariant(place.Draw().Amount(from, to, decimals)); };
 }
 
+Rule Padded(int length, const Rule& rule) {
+    return [=](const Place& place) {
+        const QVariant value = rule(place);
+        return value.isNull() ? value : QVariant(value.toString().leftJustified(length));
+    };
+}
+
 Rule Scaled(double factor, int decimals, const Rule& rule) {
     return [=](const Place& place) {
         const QVariant value = rule(place);
@@ -114,8 +121,12 @@ Rule Turn(qint64 rows, const QVector<Rule>& rules) {
     };
 }
 
-Rule AnyOf(const Count& count, const Rule& rule) {
-    return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
+Rule AnyOf(const Count& count, const Rule& rule, const Count& first) {
+    return [=](const Place& place) {
+        const qint64 from = first ? first(place.options) : 0;
+        const qint64 rows = std::max<qint64>(1, count(place.options) - from);
+        return rule(place.At(from + place.Draw().Below(rows)));
+    };
 }
 
 Rule Kinds(const QVector<Kind>& kinds) {

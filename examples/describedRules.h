@@ -20,6 +20,8 @@ Rule Each(const QVariantList& values);
 Rule RowNumber();
 Rule Whole(qint64 from, qint64 to);
 Rule Number(double from, double to, int decimals);
+/// The text that another rule makes with blanks behind it, as databases of fixed width have it.
+Rule Padded(int length, const Rule& rule);
 /// What another rule makes, so many times as much.
 Rule Scaled(double factor, int decimals, const Rule& rule);
 Rule Chance(int percent, const Rule& then, const Rule& otherwise = {});
@@ -47,8 +49,8 @@ Rule Line(qint64 rows);
 std::function<qint64(qint64)> RowOfSet(qint64 kinds, qint64 lines);
 /// One of the rules after the other, each for so many rows.
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
-/// The value of any row of another table.
-Rule AnyOf(const Count& count, const Rule& rule);
+/// The value of any row of another table. @param first rows of it that are none of them
+Rule AnyOf(const Count& count, const Rule& rule, const Count& first = {});
 
 /// Rows of several kinds, one kind behind the other; each counts its rows from 0. The last one takes what is left.
 struct Kind {
@@ -72,6 +74,10 @@ qint64 Counterparties(const Options& options);
 
 /// Who the counterparties are. One supplier in so many is a customer as well.
 Rule CompanyName(int length);
+/// Number from 1, the same for the supplier and the customer that he is as well: he has that of the customer.
+Rule IdentityNumber();
+/// What a rule makes for counterparties, in a table of the suppliers alone.
+Rule OfSupplier(const Rule& rule);
 Rule VatNumber();
 Rule TaxCode();
 /// The first and last name of somebody.

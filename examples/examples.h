@@ -66,5 +66,8 @@ Totals MakeSigla(const Options& options);
 Totals MakeAdHoc(const Options& options);
 Totals MakeAdHocWindows(const Options& options);
 Totals MakeMetodo(const Options& options);
+Totals MakeMexalDb(const Options& options);
+Totals MakeEsatto(const Options& options);
+Totals MakeNetSuite(const Options& options);
 
 } // namespace examples

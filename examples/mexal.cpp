@@ -141,12 +141,7 @@ Table BillTable() {
             {{{"_DBPAD", 'C', 30}, OfParent(BillRows, ArticleCode())},
              {{"_DBFAS", 'N', 2}, [](const Place& place) { return QVariant(place.row % BillRows / 2 + 1); }},
              {{"_DBRIG", 'N', 3}, Line(BillRows)},
-             {{"_DBFIG", 'C', 30},
-              [](const Place& place) {
-                  const qint64 first = Heads(place.options);
-                  const qint64 count = std::max<qint64>(1, Articles(place.options) - first);
-                  return ArticleCode()(place.At(first + place.Draw().Below(count)));
-              }},
+             {{"_DBFIG", 'C', 30}, AnyOf(Articles, ArticleCode(), Heads)},
              {{"_DBQTA", 'N', 10, 3}, Number(0.5, 9, 1)},
              {{"_DBNOT", 'C', 60}, Chance(10, Fixed("tagliare a 45°"))}},
             {{{"_DBPAD", "NON-CE"}}, {{"_DBFAS", 3}, {"_DBRIG", 9}, {"_DBFIG", "NON-CE"}, {"_DBPAD", "MX-00001"}}}};
