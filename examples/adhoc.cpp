@@ -90,7 +90,7 @@ Table PartyTable() {
     for (Field& field : fields) {
         field.rule = Kinds({{Counterparties, field.rule}, {Exactly(chart::Accounts), OfChart(field.column.name)}});
     }
-    const Rule superior = Kinds({{Customers, Fixed("10001")}, {Suppliers, Fixed("10002")}});
+    const Rule superior = Kinds({{Customers, Fixed("00003")}, {Suppliers, Fixed("00005")}});
     fields.append({{"ANCONSUP", 'C', 15},
                    Kinds({{Counterparties, superior},
                           {Exactly(chart::Accounts), OfParent(chart::AccountsOfLedger, LedgerCode())}})});

@@ -58,7 +58,7 @@ Table RolesTable(const Account& account) {
                              {{"CodPorto", 'C', 5}, OneOf({"FCO", "FRA"})},
                              {{"Fido", 'N', 18, 2}, OneOf({0, 5000, 25000})},
                              {{"FlagBlocco", 'I'}, Chance(2, Fixed(1), Fixed(0))},
-                             {{"CodMastro", 'C', 12}, Kinds({{Customers, Fixed("10")}, {Suppliers, Fixed("11")}})},
+                             {{"CodMastro", 'C', 12}, Kinds({{Customers, Fixed("03")}, {Suppliers, Fixed("05")}})},
                              {{"Note", 'M'}, Chance(10, Fixed("Chiude il lunedì"))}} +
                   Unused({"CodLingua", "CodVettore"}),
               {{{"TipoAnagrafica", 1}, {"CodCliFor", "90001"}, {"IdAnagGen", 9000001}},
