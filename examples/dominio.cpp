@@ -60,8 +60,8 @@ QVector<Table> CounterpartyTables() {
     return {{"clifor",
              "controparti",
              Counterparties,
-             QVector<Field>{{{"tipocf", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-                            {{"codcf", 'C', 8}, Kinds({{Customers, Code("", 1)}, {Suppliers, Code("", 1)}})}} +
+             QVector<Field>{{{"tipocf", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+                            {{"codcf", 'C', 8}, BySide(Code("", 1), Code("", 1))}} +
                  PartyColumns(Address("clifor"), Names),
              {{{"tipocf", "C"}, {"codcf", "900001"}, {"sconto1", "dieci"}},
               {{"tipocf", "F"}, {"codcf", "900001"}, {"provincia", "TORINO"}},

@@ -69,5 +69,11 @@ Totals MakeLibertyCommerce(const Options& options);
 Totals MakeMemphis(const Options& options);
 Totals MakeG2(const Options& options);
 Totals MakeVision(const Options& options);
+Totals MakeAdHoc(const Options& options);
+Totals MakeAdHocWindows(const Options& options);
+Totals MakeMetodo(const Options& options);
+Totals MakeMexalDb(const Options& options);
+Totals MakeEsatto(const Options& options);
+Totals MakeNetSuite(const Options& options);
 
 } // namespace examples

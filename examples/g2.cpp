@@ -93,20 +93,16 @@ const ArticleNames ItemNames{.description = "DESART",
                              .note = "NOTE",
                              .created = "DATACREA"};
 
-/// Codes stand in the source with blanks behind them.
-Rule Padded(const Rule& rule, int length) {
-    return [=](const Place& place) { return QVariant(rule(place).toString().leftJustified(length)); };
-}
-
-Rule CustomerCode() { return Padded(Code("", 1), 8); }
-Rule SupplierCode() { return Padded(Code("F", 5), 8); }
-Rule ArticleCode() { return Padded(Code("G2-", 5), 20); }
+// Codes stand in the source with blanks behind them.
+Rule CustomerCode() { return Padded(8, Code("", 1)); }
+Rule SupplierCode() { return Padded(8, Code("F", 5)); }
+Rule ArticleCode() { return Padded(20, Code("G2-", 5)); }
 Rule AnySupplier() { return AnyOf(Suppliers, SupplierCode()); }
 
 /// The columns that tell whose a row is.
 QVector<Field> PartyKey() {
-    return {{{"TIPOCF", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-            {{"CODCF", 'C', 8}, Kinds({{Customers, CustomerCode()}, {Suppliers, SupplierCode()}})}};
+    return {{{"TIPOCF", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+            {{"CODCF", 'C', 8}, BySide(CustomerCode(), SupplierCode())}};
 }
 
 QVector<Table> CounterpartyTables() {

@@ -60,8 +60,8 @@ QVector<Table> CounterpartyTables() {
     return {{"ANAGRAFICHE",
              "controparti",
              Counterparties,
-             QVector<Field>{{{"TipoAnag", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-                            {{"CodAnag", 'C', 8}, Kinds({{Customers, Code("", 1)}, {Suppliers, Code("F", 5)}})}} +
+             QVector<Field>{{{"TipoAnag", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+                            {{"CodAnag", 'C', 8}, BySide(Code("", 1), Code("F", 5))}} +
                  PartyColumns(Address("ANAGRAFICHE"), Names),
              {{{"TipoAnag", "C"}, {"CodAnag", "900001"}, {"Provincia", "TORINO"}},
               {{"TipoAnag", "F"}, {"CodAnag", "F90001"}, {"Sconto1", "dieci"}},

@@ -27,7 +27,7 @@ QVector<Field> Present(QVector<Field> fields) {
     return fields;
 }
 
-Rule CustomersOnly(const Rule& rule) { return Kinds({{Customers, rule}, {Suppliers, {}}}); }
+Rule CustomersOnly(const Rule& rule) { return BySide(rule, {}); }
 
 /// The codes are the same in Quadrix.
 void Keep(QuadrixScript& script, const QString& table, const QByteArray& column, const QVariantList& codes) {
@@ -63,7 +63,7 @@ QVector<Field> NumberColumns(const Address& address, const PartyNames& names) {
             {{names.mail, 'C', 80}, Chance(70, OnInternet("info@"))},
             {{names.certifiedMail, 'C', 80}, Chance(50, OnInternet("posta@pec."))},
             {{names.web, 'C', 80}, Chance(30, OnInternet("www."))},
-            {{names.contact, 'C', 40}, Chance(30, PersonName())}};
+            {{names.contact, 'C', 40}, Chance(30, FullName())}};
 }
 
 /// Most have the coordinates of their bank, some of these no IBAN.
@@ -88,12 +88,12 @@ QVector<Field> TradeColumns(const PartyNames& names) {
             {{names.currency, 'C', 3}, Chance(90, Fixed(Euro))},
             {{names.language, 'C', 3}, Chance(20, Fixed("IT"))},
             {{names.zone, 'C', 6}, CustomersOnly(OneOf(Zones))},
-            {{names.category, 'C', 4}, Kinds({{Customers, OneOf(CustomerKinds)}, {Suppliers, Fixed("FOR")}})},
+            {{names.category, 'C', 4}, BySide(OneOf(CustomerKinds), Fixed("FOR"))},
             {{names.exemption, 'C', 4}, Chance(5, Fixed(Exempt))},
             {{names.port, 'C', 2}, Chance(60, OneOf(Ports))},
             {{names.carrier, 'C', 4}, CustomersOnly(Chance(30, OneOf(Carriers)))},
             {{names.credit, 'N', 12, 2}, CustomersOnly(OneOf({0, 0, 5000, 20000}))},
-            {{names.ledger, 'C', 10}, Kinds({{Customers, Fixed("0401")}, {Suppliers, Fixed("0501")}})},
+            {{names.ledger, 'C', 10}, BySide(Fixed("0401"), Fixed("0501"))},
             {{names.isBlocked, 'C', 1}, Chance(3, Fixed(Yes), Fixed(No))}};
 }
 
@@ -101,15 +101,6 @@ QVector<Field> TradeColumns(const PartyNames& names) {
 Rule Cost() { return Named("cost of an article", Number(0.5, 90, 2)); }
 
 } // namespace
-
-QVector<Field> Behind(const Count& rows, QVector<Field> fields) {
-    for (Field& field : fields) {
-        field.rule = [rows, rule = field.rule](const Place& place) {
-            return rule ? rule(place.At(place.row + rows(place.options))) : QVariant();
-        };
-    }
-    return fields;
-}
 
 QVector<Field> PartyColumns(const Address& address, const PartyNames& names) {
     return Present(IdentityColumns(address, names) + NumberColumns(address, names) + BankColumns(names) +
@@ -148,7 +139,7 @@ QVector<Field> BranchColumns(const Address& address, const BranchNames& names) {
                     {{names.country, 'C', 3}, Chance(50, Fixed("IT"))},
                     {{names.office, 'C', 20}, Chance(60, address.Telephone())},
                     {{names.fax, 'C', 20}, Chance(10, address.Telephone())},
-                    {{names.contact, 'C', 40}, Chance(40, PersonName())},
+                    {{names.contact, 'C', 40}, Chance(40, FullName())},
                     {{names.isDefault, 'C', 1}, Turn(1, {Fixed(Yes), Fixed(No)})}});
 }
 
@@ -173,10 +164,10 @@ QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier) {
                     {{names.family, 'C', 6}, OneOf(Families)},
                     {{names.lastCost, 'N', 12, 4}, Chance(70, Cost(), Fixed(0))},
                     {{names.standardCost, 'N', 12, 4}, Cost()},
-                    {{names.price, 'N', 12, 4}, Multiplied(1.5, Cost())},
+                    {{names.price, 'N', 12, 4}, Scaled(1.5, 4, Cost())},
                     {{names.discount, 'N', 6, 2}, OneOf({0, 0, 5, 10})},
                     {{names.netWeight, 'N', 12, 3}, weight},
-                    {{names.grossWeight, 'N', 12, 3}, Multiplied(1.05, weight)},
+                    {{names.grossWeight, 'N', 12, 3}, Scaled(1.05, 4, weight)},
                     {{names.lowestStock, 'N', 12, 3}, Chance(40, Whole(1, 20))},
                     {{names.highestStock, 'N', 12, 3}, Chance(40, Whole(50, 200))},
                     {{names.reorderPoint, 'N', 12, 3}, Chance(40, Whole(5, 30))},
@@ -229,10 +220,6 @@ QVector<Account> Chart(int firstLevel, int lastLevel) {
     QVector<Account> asked = all;
     asked.removeIf([=](const Account& account) { return account.Level() < firstLevel || account.Level() > lastLevel; });
     return asked;
-}
-
-Rule Each(const QVariantList& values) {
-    return [values](const Place& place) { return values[place.row % values.size()]; };
 }
 
 } // namespace examples::described

@@ -9,9 +9,6 @@ namespace examples::described {
 inline const QVariant Yes = QStringLiteral("S");
 inline const QVariant No = QStringLiteral("N");
 
-/// The fields of rows that stand behind so many of another table: row 0 is as the first one behind those.
-QVector<Field> Behind(const Count& rows, QVector<Field> fields);
-
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
 /// The columns of counterparties by what they hold; one that the source does not have is left empty.
@@ -150,6 +147,5 @@ template<class Element, class Member>
 Rule Each(const QVector<Element>& list, Member member) {
     return [=](const Place& place) { return QVariant(std::invoke(member, list[place.row % list.size()])); };
 }
-Rule Each(const QVariantList& values);
 
 } // namespace examples::described

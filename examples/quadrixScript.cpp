@@ -11,6 +11,12 @@ void QuadrixScript::Translate(const QString& table, const QString& field, const 
     Replace("SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}, {table, field, oldCode, newCode}, 3);
 }
 
+void QuadrixScript::Keep(const QString& table, const QString& field, const QStringList& codes) {
+    for (const QString& code : codes) {
+        Translate(table, field, code, code);
+    }
+}
+
 void QuadrixScript::VatCode(const QString& code, const QString& description, int rate) {
     Replace("TAB_IVA", {"CDIVA", "IVDES", "IVALI"}, {code, description, QString::number(rate)}, 1);
 }
@@ -34,6 +40,10 @@ void QuadrixScript::DocumentReason(const QString& category, const QString& code,
 
 void QuadrixScript::Material(const QString& externalCode, const QString& description) {
     Replace(QStringLiteral("TAB_MAT"), {"CDMAT", "MADES", "MAEXT"}, {externalCode, description, externalCode}, 1);
+}
+
+void QuadrixScript::Warehouse(const QString& code, const QString& description) {
+    Replace(m_company + QStringLiteral("_MAG_AZZ"), {"CDMAG", "MADES"}, {code, description}, 1);
 }
 
 void QuadrixScript::WorkCentre(const QString& code, const QString& description) {

@@ -14,6 +14,8 @@ public:
 
     /// A translation of SYS_IMP.
     void Translate(const QString& table, const QString& field, const QString& oldCode, const QString& newCode);
+    /// Translations of codes that stay as they are.
+    void Keep(const QString& table, const QString& field, const QStringList& codes);
     /// A VAT code. @param rate percent
     void VatCode(const QString& code, const QString& description, int rate);
     /// A bank of the company. @param code that of the source
@@ -25,6 +27,8 @@ public:
     void DocumentReason(const QString& category, const QString& code, const QString& type);
     /// A material, with the code that the source has for it.
     void Material(const QString& externalCode, const QString& description);
+    /// A warehouse of the company, beside the principal one.
+    void Warehouse(const QString& code, const QString& description);
     /// A work centre of the company.
     void WorkCentre(const QString& code, const QString& description);
     /// Writes "quadrix.sql". Raises `ExampleError`.

@@ -153,7 +153,7 @@ QVector<Table> PersonTables() {
              EachOf(3),
              {{{"IdPersona", 'I'}, With([](qint64 row) { return 2 * row; }, PersonId())},
               {{"Progressivo", 'I'}, Fixed(1)},
-              {{"Nominativo", 'C', 60}, PersonName()},
+              {{"Nominativo", 'C', 60}, FullName()},
               {{"Ruolo", 'C', 40}, OneOf({"Acquisti", "Amministrazione", "Ufficio tecnico"})},
               {{"Telefono", 'C', 20}, Address("Persone").Telephone()},
               {{"Cellulare", 'C', 20}, Chance(60, Mobile())},

@@ -15,8 +15,8 @@ constexpr qint64 Lists = 2;
 const Count Articles = [](const Options& options) { return 2 * options.rows; };
 
 Rule ArticleCode() { return Code("SG-", 5); }
-Rule SideOf() { return Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}}); }
-Rule PartyCode() { return Kinds({{Customers, Code("", 1)}, {Suppliers, Code("9", 4)}}); }
+Rule SideOf() { return BySide(Fixed("C"), Fixed("F")); }
+Rule PartyCode() { return BySide(Code("", 1), Code("9", 4)); }
 /// A day as a text, as everywhere in this source.
 Rule DayText() {
     return [](const Place& place) { return QVariant(Day(360)(place).toDateTime().toString(u"yyyyMMdd")); };
@@ -103,7 +103,7 @@ QVector<Table> ArticleTables() {
         {"BARCODE",
          "articoli",
          EachOf(2),
-         {{{"CODICE", 'C', 30}, ArticleCode()}, {{"BARCODE", 'C', 21}, Code("80012345", 5)}},
+         {{{"CODICE", 'C', 30}, ArticleCode()}, {{"BARCODE", 'C', 21}, BarCode()}},
          {},
          {{"CODICE"}}},
         {"DESARTLI",

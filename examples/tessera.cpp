@@ -21,11 +21,8 @@ const Count SupplierOrders = EachOf(5);
 
 Rule No() { return Fixed(0); }
 Rule ArticleCode() { return Code("TS-", 5); }
-Rule Id() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
-Rule Counted(const Count& count) { return AnyOf(count, Id()); }
-Rule CodeOfCounterparty() { return Kinds({{Customers, Code("201.", 5)}, {Suppliers, Code("401.", 5)}}); }
+Rule Counted(const Count& count) { return AnyOf(count, RowNumber()); }
+Rule CodeOfCounterparty() { return BySide(Code("201.", 5), Code("401.", 5)); }
 /// Id of a supplier: they stand behind the customers.
 Rule SupplierId() {
     return [](const Place& place) {
@@ -38,9 +35,9 @@ QVector<Table> CodeTables() {
         return Table{QLatin1String(name),
                      "controparti",
                      Exactly(values.size()),
-                     {{{id, 'I'}, Id()}, {{code, 'C', 4}, [values](const Place& place) {
-                                              return QVariant(values.value(static_cast<int>(place.row)));
-                                          }}}};
+                     {{{id, 'I'}, RowNumber()}, {{code, 'C', 4}, [values](const Place& place) {
+                                                     return QVariant(values.value(static_cast<int>(place.row)));
+                                                 }}}};
     };
     return {codes("Pagam", "IdPag", "CodPag", {"B30", "B60", "RD"}),
             codes("Iva", "IdIva", "CodIva", {"22", "10", "N8"})};
@@ -49,13 +46,11 @@ QVector<Table> CodeTables() {
 QVector<Table> CounterpartyTables() {
     const Address address("CliFor");
     const Address destination("CliForDest");
-    const auto bySide = [](const Rule& customer, const Rule& supplier) {
-        return Kinds({{Customers, customer}, {Suppliers, supplier}});
-    };
+    const auto bySide = [](const Rule& customer, const Rule& supplier) { return BySide(customer, supplier); };
     return {{"CliFor",
              "controparti",
              Counterparties,
-             {{{"IdCliFor", 'I'}, Id()},
+             {{{"IdCliFor", 'I'}, RowNumber()},
               {{"CodCliFor", 'C', 9}, CodeOfCounterparty()},
               {{"FlgCli", 'I'}, bySide(Fixed(1), No())},
               {{"FlgFor", 'I'}, bySide(No(), Fixed(1))},
@@ -95,7 +90,7 @@ QVector<Table> CounterpartyTables() {
              "controparti",
              EachOf(4),
              {{{"IdCliFor", 'I'}, Counted(Customers)},
-              {{"Progr", 'I'}, Id()},
+              {{"Progr", 'I'}, RowNumber()},
               {{"RagSoc", 'C', 50}, Fixed("Magazzino")},
               {{"Indir", 'C', 40}, Chance(80, destination.Street())},
               {{"Cap", 'C', 10}, destination.PostCode()},
@@ -109,7 +104,7 @@ Table ArticleTable() {
     return {"Artic",
             "articoli",
             Articles,
-            {{{"IdArt", 'I'}, Id()},
+            {{{"IdArt", 'I'}, RowNumber()},
              {{"CodArt", 'C', 50}, ArticleCode()},
              {{"DesArt", 'C', 150}, ArticleText()},
              {{"DesArt2", 'C', 50}, Chance(20, Fixed("zincato"))},
@@ -142,7 +137,7 @@ QVector<Table> BillTables() {
     return {{"DisBasT",
              "distinte",
              Heads,
-             {{{"IdDisBas", 'I'}, Id()},
+             {{{"IdDisBas", 'I'}, RowNumber()},
               {{"CodArt", 'C', 50}, ArticleCode()},
               {{"Rev", 'C', 5}, Fixed("1")},
               {{"FlgAtt", 'I'}, Fixed(1)},
@@ -154,7 +149,7 @@ QVector<Table> BillTables() {
             {"DisBasF",
              "distinte",
              Heads,
-             {{{"IdDisBas", 'I'}, Id()},
+             {{{"IdDisBas", 'I'}, RowNumber()},
               {{"NumFas", 'I'}, Fixed(10)},
               {{"CodLav", 'C', 10}, OneOf({"SALD", "MONT"})},
               {{"TemAtt", 'N', 8, 2}, Whole(0, 30)},
@@ -166,7 +161,7 @@ QVector<Table> BillTables() {
             {"DisBasR",
              "distinte",
              Times(BillRows, Heads),
-             {{{"IdDisBas", 'I'}, OfParent(BillRows, Id())},
+             {{{"IdDisBas", 'I'}, OfParent(BillRows, RowNumber())},
               {{"NumRig", 'I'}, Line(BillRows)},
               {{"CodArt", 'C', 50}, AnyBehind(Heads, Articles, ArticleCode())},
               {{"Qta", 'N', 10, 3}, Number(0.5, 9, 1)},
@@ -184,9 +179,9 @@ QVector<Table> OrderTables(const QByteArray& name, const Count& orders, const Ru
     return {{QString(name + 'T'),
              "documenti",
              orders,
-             {{{id, 'I'}, Id()},
+             {{{id, 'I'}, RowNumber()},
               {{"AnnOrd", 'I'}, Fixed(2024)},
-              {{"NumOrd", 'I'}, Id()},
+              {{"NumOrd", 'I'}, RowNumber()},
               {{"DatOrd", 'T'}, Day(360)},
               {{"IdCliFor", 'I'}, counterparty},
               {{reference, 'C', 20}, Chance(50, Code("PO ", 1))},
@@ -200,8 +195,8 @@ QVector<Table> OrderTables(const QByteArray& name, const Count& orders, const Ru
              "documenti",
              // The odd heads have a row as well.
              [=](const Options& options) { return OrderLines * orders(options) + OrderLines * odd.size(); },
-             {{{id + 'R', 'I'}, Id()},
-              {{id, 'I'}, OfParent(OrderLines, Id())},
+             {{{id + 'R', 'I'}, RowNumber()},
+              {{id, 'I'}, OfParent(OrderLines, RowNumber())},
               {{"NumRig", 'I'}, Line(OrderLines)},
               {{"CodArt", 'C', 50}, AnyOf(Articles, ArticleCode())},
               {{"DesArt", 'C', 100}, {}},
@@ -221,9 +216,9 @@ QVector<Table> WorkOrderTables() {
     return {{"OrdProT",
              "documenti",
              WorkOrders,
-             {{{"IdOrdPro", 'I'}, Id()},
-              {{"IdOrdCliR", 'I'}, Id()},
-              {{"NumOrdP", 'I'}, Id()},
+             {{{"IdOrdPro", 'I'}, RowNumber()},
+              {{"IdOrdCliR", 'I'}, RowNumber()},
+              {{"NumOrdP", 'I'}, RowNumber()},
               {{"DatOrdP", 'T'}, Day(360)},
               {{"DatCons", 'T'}, Day(360)},
               {{"Qta", 'N', 10, 2}, Whole(1, 20)},
@@ -233,7 +228,7 @@ QVector<Table> WorkOrderTables() {
             {"OrdProR",
              "documenti",
              Times(2, WorkOrders),
-             {{{"IdOrdPro", 'I'}, OfParent(2, Id())},
+             {{{"IdOrdPro", 'I'}, OfParent(2, RowNumber())},
               {{"NumRig", 'I'}, Line(2)},
               {{"CodArt", 'C', 50}, AnyOf(Articles, ArticleCode())},
               {{"DesArt", 'C', 100}, ArticleText()},
@@ -245,7 +240,7 @@ QVector<Table> WorkOrderTables() {
             {"OrdProF",
              "documenti",
              WorkOrders,
-             {{{"IdOrdPro", 'I'}, Id()},
+             {{{"IdOrdPro", 'I'}, RowNumber()},
               {{"NumFas", 'I'}, Fixed(10)},
               {{"CodLav", 'C', 10}, Fixed("SALD")},
               {{"Qta", 'N', 10, 2}, Whole(1, 20)},

@@ -107,7 +107,7 @@ QVector<Table> ListTables() {
               {{"DATA_INI", 'T'}, Fixed(Start)},
               {{"DATA_FIN", 'T'}, OfParent(Scales, Chance(20, Fixed(End)))},
               {{"QTA_DA", 'N', 12, 3}, Turn(1, {{}, Fixed(10)})},
-              {{"PREZZO", 'N', 12, 4}, Turn(1, {price, Multiplied(0.95, price)})},
+              {{"PREZZO", 'N', 12, 4}, Turn(1, {price, Scaled(0.95, 4, price)})},
               {{"SCONTO1", 'N', 6, 2}, Chance(20, OneOf({5, 10}))},
               {{"SCONTO2", 'N', 6, 2}, Chance(5, Fixed(2))},
               {{"SCONTO3", 'N', 6, 2}, {}}},
