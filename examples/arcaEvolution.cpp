@@ -17,16 +17,10 @@ const Count Articles = [](const Options& options) { return options.rows; };
 const Count Documents = Times(DocumentKinds, EachOf(5));
 
 Rule No() { return Fixed(0); }
-Rule Id() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
 Rule ArticleCode() { return Code("AE-", 5); }
 Rule CustomerCode() { return Code("C", 6); }
 Rule SupplierCode() { return Code("F", 6); }
 Rule CounterpartyCode() { return Kinds({{Customers, CustomerCode()}, {Suppliers, SupplierCode()}}); }
-Rule BySide(const Rule& customer, const Rule& supplier) {
-    return Kinds({{Customers, customer}, {Suppliers, supplier}});
-}
 
 Table CounterpartyTable() {
     const Address address("CF");

@@ -23,8 +23,16 @@ Rule Code(const QString& prefix, int digits, qint64 first) {
     };
 }
 
+Rule Id() {
+    return [](const Place& place) { return QVariant(place.row + 1); };
+}
+
 Rule OneOf(const QVariantList& values) {
     return [values](const Place& place) { return values[static_cast<int>(place.Draw().Below(values.size()))]; };
+}
+
+Rule Each(const QVariantList& values) {
+    return [values](const Place& place) { return values[static_cast<int>(place.row % values.size())]; };
 }
 
 Rule Whole(qint64 from, qint64 to) {
@@ -51,6 +59,11 @@ Rule Flag(int percent) {
 Rule Day(int days) {
     return
         [days](const Place& place) { return QVariant(FirstDay.addDays(place.Draw().Below(days)).startOfDay(Qt::UTC)); };
+}
+
+Rule After(const Rule& day, qint64 from, qint64 to) {
+    return
+        [=](const Place& place) { return QVariant(day(place).toDateTime().addDays(place.Draw().Between(from, to))); };
 }
 
 Rule ArticleText() {
@@ -94,6 +107,17 @@ Rule Turn(qint64 rows, const QVector<Rule>& rules) {
 
 Rule AnyOf(const Count& count, const Rule& rule) {
     return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
+}
+
+Rule AnyAfter(const Count& first, const Count& count, const Rule& rule) {
+    return [=](const Place& place) {
+        const qint64 before = first(place.options);
+        return rule(place.At(before + place.Draw().Below(count(place.options) - before)));
+    };
+}
+
+Rule Behind(const Count& first, const Rule& rule) {
+    return [=](const Place& place) { return rule(place.At(first(place.options) + place.row)); };
 }
 
 Rule Kinds(const QVector<Kind>& kinds) {

@@ -13,13 +13,19 @@ namespace examples::described {
 Rule Fixed(const QVariant& value);
 /// A prefix and the number of the row with leading zeros. @param first number of row 0
 Rule Code(const QString& prefix, int digits, qint64 first = 1);
+/// Number of the row, from 1.
+Rule Id();
 Rule OneOf(const QVariantList& values);
+/// One of the values after the other, and again from the first.
+Rule Each(const QVariantList& values);
 Rule Whole(qint64 from, qint64 to);
 Rule Number(double from, double to, int decimals);
 Rule Chance(int percent, const Rule& then, const Rule& otherwise = {});
 Rule Flag(int percent);
 /// A day within so many from 2 January 2024 on.
 Rule Day(int days);
+/// A day that is so many after another.
+Rule After(const Rule& day, qint64 from, qint64 to);
 /// What an article is called.
 Rule ArticleText();
 
@@ -41,6 +47,10 @@ Rule Line(qint64 rows);
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
 /// The value of any row of another table.
 Rule AnyOf(const Count& count, const Rule& rule);
+/// The value of any row of another table but the first ones: a bill holds what stands behind all the bills.
+Rule AnyAfter(const Count& first, const Count& count, const Rule& rule);
+/// The value of the row so many further on: the table holds what stands behind the first rows of a greater whole.
+Rule Behind(const Count& first, const Rule& rule);
 
 /// Rows of several kinds, one kind behind the other; each counts its rows from 0. The last one takes what is left.
 struct Kind {
@@ -62,13 +72,28 @@ qint64 Customers(const Options& options);
 qint64 Suppliers(const Options& options);
 qint64 Counterparties(const Options& options);
 
+/// The value of a customer or of a supplier; each side counts its rows from 0.
+Rule BySide(const Rule& customer, const Rule& supplier);
+
 /// Who the counterparties are. One supplier in so many is a customer as well.
 Rule CompanyName(int length);
+/// The name over two columns, broken between words. @param length of the first one
+Rule NameBegin(int length);
+Rule NameRest(int length);
 Rule VatNumber();
 Rule TaxCode();
-/// The first and last name of somebody.
+/// Number of who it is, from 1; that of the customer where a supplier is one.
+Rule IdentityNumber();
+/// What is different for a counterparty that is a person.
+Rule ForPerson(const Rule& person, const Rule& company = {});
+/// The surname of a counterparty that is a person, and the first name.
+Rule PersonSurname();
+Rule PersonFirstName();
+/// The first and last name of somebody, and both.
 Rule FirstName();
 Rule LastName();
+Rule FullName();
+Rule Mobile();
 /// An address of the Internet of the row's own. @param prefix "info@" or "www."
 Rule OnInternet(const QString& prefix);
 
@@ -80,9 +105,14 @@ public:
         : m_stream(StreamOf(name)) {}
 
     Rule Street() const;
+    // The two of it, for a source that keeps them apart.
+    Rule StreetName() const;
+    Rule HouseNumber() const;
     Rule PostCode() const;
     Rule Town() const;
     Rule Province() const;
+    /// The town as the land register calls it, e.g. "H501".
+    Rule LandCode() const;
     Rule Telephone() const;
     /// The columns of street with house number, post code, town and province, as their names are given.
     QVector<Field> Columns(const QByteArray& street, const QByteArray& postCode, const QByteArray& town,
@@ -92,8 +122,28 @@ private:
     quint64 m_stream;
 };
 
-/// The bank of the row: IBAN, and "ABI" and "CAB" as one code.
+/// The IBAN of the row's bank.
 Rule Iban();
+
+/// The account of a row: all of its columns, or none of them.
+class Account {
+public:
+    /// @param name tells the accounts of one table from those of another @param percent rows that have one
+    Account(const QByteArray& name, int percent)
+        : m_stream(StreamOf(name)),
+          m_percent(percent) {}
+
+    Rule Abi() const;
+    Rule Cab() const;
+    Rule Number() const;
+    Rule Check() const; ///< CIN
+    Rule Bic() const;
+    Rule Iban() const;
+
+private:
+    quint64 m_stream;
+    int m_percent;
+};
 
 // --- Amounts ------------------------------------------------------------------------------------------------------
 

@@ -24,9 +24,6 @@ const Count Invoices = EachOf(4);
 Rule ArticleCode() { return Code("MX-", 5); }
 Rule CustomerCode() { return Code("201.", 5); }
 Rule SupplierCode() { return Code("401.", 5); }
-Rule BySide(const Rule& customer, const Rule& supplier) {
-    return Kinds({{Customers, customer}, {Suppliers, supplier}});
-}
 
 // --- Counterparties and accounts ----------------------------------------------------------------------------------
 

@@ -21,9 +21,6 @@ const Count CustomerOrders = EachOf(3);
 const Count SupplierOrders = EachOf(5);
 
 Rule No() { return Fixed(0); }
-Rule Id() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
 Rule ArticleCode() { return Code("VS-", 5); }
 Rule AnyArticle() { return AnyOf(Articles, ArticleCode()); }
 Rule CustomerCode() { return Code("C", 6); }
