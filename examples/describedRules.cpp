@@ -105,14 +105,13 @@ Rule Turn(qint64 rows, const QVector<Rule>& rules) {
     };
 }
 
-Rule AnyOf(const Count& count, const Rule& rule) {
-    return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
-}
+Rule AnyOf(const Count& count, const Rule& rule) { return AnyAfter(Exactly(0), count, rule); }
 
 Rule AnyAfter(const Count& first, const Count& count, const Rule& rule) {
     return [=](const Place& place) {
         const qint64 before = first(place.options);
-        return rule(place.At(before + place.Draw().Below(count(place.options) - before)));
+        const qint64 rows = count(place.options) - before;
+        return rows > 0 ? rule(place.At(before + place.Draw().Below(rows))) : QVariant();
     };
 }
 

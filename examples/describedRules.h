@@ -45,7 +45,7 @@ Rule OfParent(qint64 rows, const Rule& rule);
 Rule Line(qint64 rows);
 /// One of the rules after the other, each for so many rows.
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
-/// The value of any row of another table.
+/// The value of any row of another table; Null where that has none.
 Rule AnyOf(const Count& count, const Rule& rule);
 /// The value of any row of another table but the first ones: a bill holds what stands behind all the bills.
 Rule AnyAfter(const Count& first, const Count& count, const Rule& rule);

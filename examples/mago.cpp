@@ -207,12 +207,7 @@ QVector<Table> BillTables() {
              Times(Components, Heads),
              QVector<Field>{{{"BOM", 'C', 21}, OfParent(Components, ItemCode())},
                             {{"Line", 'I'}, Line(Components)},
-                            {{"Component", 'C', 21},
-                             [](const Place& place) {
-                                 const qint64 first = Heads(place.options);
-                                 const qint64 count = Articles(place.options) - first;
-                                 return ItemCode()(place.At(first + place.Draw().Below(count)));
-                             }},
+                            {{"Component", 'C', 21}, AnyAfter(Heads, Articles, ItemCode())},
                             {{"ComponentType", 'I'}, Fixed(7798784)},
                             {{"Qty", 'N', 12, 3}, Number(0.5, 9, 1)},
                             {{"DNRtgStep", 'I'}, Fixed(10)}} +
