@@ -40,14 +40,11 @@ void Check(const Example& example, const Options& options) {
 }
 
 void WriteTotals(const QString& folder, const Totals& totals) {
-    QFile file(folder + QStringLiteral("/totali.csv"));
     QByteArray text = "voce;valore\r\n";
     for (const auto& total : totals) {
         text += total.first.toUtf8() + ';' + total.second.toUtf8() + "\r\n";
     }
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-        throw ExampleError(QStringLiteral("File '%1': %2").arg(file.fileName(), file.errorString()));
-    }
+    WriteText(folder + QStringLiteral("/totali.csv"), text);
 }
 
 } // namespace
@@ -236,6 +233,63 @@ const QVector<Example>& Examples() {
          {"saldi", "cli", "art", "dis", "doc", "acq"},
          {"controparti", "tabelle", "articoli", "distinte", "documenti"},
          MakeNetSuite},
+        {"gammasqlserver",
+         "Gamma di TeamSystem: tabelle in un database e tubolari in un file CSV",
+         "Gamma DB SqlServer",
+         "gamma.db",
+         {"cli", "saldi", "art", "dis", "ImportListiniGammaSqlServer", "ImportListiniClientiGammaSqlServer",
+          "ImportListiniFornitoriGammaSqlServer"},
+         {"controparti", "articoli", "listini", "distinte", "tubolari"},
+         MakeGammaSqlServer},
+        {"gammateamsystem",
+         "Gamma di TeamSystem: solo le controparti del database",
+         "Gamma TeamSystem",
+         "gamma.db",
+         {"cli", "piano", "disegni"},
+         {"controparti"},
+         MakeGammaTeamsystem},
+        {"panthera",
+         "Panthera: modelli produttivi e listini in un database",
+         "Panthera",
+         "panthera.db",
+         {"dis", "disegni"},
+         {"distinte", "listini"},
+         MakePanthera},
+        {"solution",
+         "Solution: tabelle in un database",
+         "Solution",
+         "solution.db",
+         {"cli", "art", "doc:01/01/2000"},
+         {"controparti", "articoli", "documenti"},
+         MakeSolution},
+        {"tessera-solution",
+         "Tessera con le controparti e i documenti di Solution",
+         "Tessera + Solution",
+         "tessera.db",
+         {"cli", "art", "dis", "doc:01/01/2000", "acq:01/01/2000:yes"},
+         {"controparti", "articoli", "distinte", "documenti"},
+         MakeTesseraSolution},
+        {"osl",
+         "OSL GP90: tabelle in un database",
+         "OSL GP90",
+         "osl.db",
+         {"saldi", "cli", "art", "dis", "doc:yes", "acq:no", "disegni"},
+         {"tabelle", "controparti", "articoli", "distinte", "documenti", "listini"},
+         MakeOSL},
+        {"sigip",
+         "SIGIP: tabelle in un database",
+         "SIGIP",
+         "sigip.db",
+         {"cli", "art", "dis", "doc", "acq", "saldi"},
+         {"controparti", "articoli", "distinte", "documenti"},
+         MakeSIGIP},
+        {"bms",
+         "BMS: tabelle in un database",
+         "BMS",
+         "bms.db",
+         {"cli", "art", "dis", "doc:yes:yes", "acq:no:yes", "ImportListiniBMS", "AggiornaContropartiBMS"},
+         {"controparti", "articoli", "distinte", "documenti", "listini"},
+         MakeBMS},
     };
     return examples;
 }
@@ -250,6 +304,13 @@ Totals Make(const QString& example, const Options& options) {
 
 bool IsAsked(const Options& options, const QString& group) {
     return options.tables.isEmpty() || options.tables.contains(group);
+}
+
+void WriteText(const QString& path, const QByteArray& text) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        throw ExampleError(QStringLiteral("File '%1': %2").arg(path, file.errorString()));
+    }
 }
 
 int CodeDigits(qint64 rows, int digits) { return std::max(digits, static_cast<int>(QString::number(rows).size())); }

@@ -45,6 +45,8 @@ Totals Make(const QString& example, const Options& options);
 bool IsAsked(const Options& options, const QString& group);
 /// The number of digits that codes of so many rows take, at least `digits`.
 int CodeDigits(qint64 rows, int digits);
+/// Writes a file. Raises `ExampleError`.
+void WriteText(const QString& path, const QByteArray& text);
 /// A code: the letter and the number with leading zeros, e.g. "C00001".
 QString MakeCode(QChar letter, qint64 number, int digits);
 
@@ -75,5 +77,13 @@ Totals MakeMetodo(const Options& options);
 Totals MakeMexalDb(const Options& options);
 Totals MakeEsatto(const Options& options);
 Totals MakeNetSuite(const Options& options);
+Totals MakeGammaSqlServer(const Options& options);
+Totals MakeGammaTeamsystem(const Options& options);
+Totals MakePanthera(const Options& options);
+Totals MakeSolution(const Options& options);
+Totals MakeTesseraSolution(const Options& options);
+Totals MakeOSL(const Options& options);
+Totals MakeSIGIP(const Options& options);
+Totals MakeBMS(const Options& options);
 
 } // namespace examples

@@ -1,10 +1,14 @@
 #include "examples/quadrixScript.h"
 
-#include "examples/TableWriter.h"
-
-#include <QFile>
+#include "examples/examples.h"
 
 namespace examples {
+
+namespace {
+
+QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
+
+} // namespace
 
 void QuadrixScript::Translate(const QString& table, const QString& field, const QString& oldCode,
                               const QString& newCode) {
@@ -54,8 +58,7 @@ void QuadrixScript::Replace(const QString& table, const QStringList& columns, co
     QStringList literals;
     QStringList conditions;
     for (int index = 0; index < values.size(); ++index) {
-        QString text = values[index];
-        const QString literal = u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\'';
+        const QString literal = Literal(values[index]);
         literals.append(literal);
         if (index < keys) {
             conditions.append(columns[index] + u" = " + literal);
@@ -67,12 +70,29 @@ void QuadrixScript::Replace(const QString& table, const QStringList& columns, co
                             .arg(table, columns.join(QStringLiteral(", ")), literals.join(QStringLiteral(", "))));
 }
 
-void QuadrixScript::Write(const QString& folder) const {
-    QFile file(folder + QStringLiteral("/quadrix.sql"));
-    const QByteArray text = m_statements.join(QStringLiteral("\r\n")).toUtf8() + "\r\n";
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-        throw ExampleError(QStringLiteral("File '%1': %2").arg(file.fileName(), file.errorString()));
+void QuadrixScript::Rows(const QString& table, const QStringList& columns, const QVector<QStringList>& rows) {
+    constexpr qsizetype together = 500; // what any database takes in one statement
+    const QString name = m_company + u'_' + table;
+    for (qsizetype from = 0; from < rows.size(); from += together) {
+        QStringList keys;
+        QStringList values;
+        for (const QStringList& row : rows.mid(from, together)) {
+            QStringList literals;
+            for (const QString& value : row) {
+                literals.append(Literal(value));
+            }
+            keys.append(literals.first());
+            values.append(u'(' + literals.join(QStringLiteral(", ")) + u')');
+        }
+        m_statements.append(QStringLiteral("DELETE FROM %1 WHERE %2 IN (%3);")
+                                .arg(name, columns.first(), keys.join(QStringLiteral(", "))));
+        m_statements.append(QStringLiteral("INSERT INTO %1 (%2) VALUES\r\n%3;")
+                                .arg(name, columns.join(QStringLiteral(", ")), values.join(QStringLiteral(",\r\n"))));
     }
+}
+
+void QuadrixScript::Write(const QString& folder) const {
+    WriteText(folder + QStringLiteral("/quadrix.sql"), m_statements.join(QStringLiteral("\r\n")).toUtf8() + "\r\n");
 }
 
 } // namespace examples

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace examples {
 
@@ -31,6 +32,9 @@ public:
     void Warehouse(const QString& code, const QString& description);
     /// A work centre of the company.
     void WorkCentre(const QString& code, const QString& description);
+    /// Rows of a table of the company, which the import of a source without them finds there. The first column is the
+    /// key: a row that is there gives way.
+    void Rows(const QString& table, const QStringList& columns, const QVector<QStringList>& rows);
     /// Writes "quadrix.sql". Raises `ExampleError`.
     void Write(const QString& folder) const;
 

@@ -103,7 +103,7 @@ QVector<Table> ArticleTables() {
         {"BARCODE",
          "articoli",
          EachOf(2),
-         {{{"CODICE", 'C', 30}, ArticleCode()}, {{"BARCODE", 'C', 21}, BarCode()}},
+         {{{"CODICE", 'C', 30}, ArticleCode()}, {{"BARCODE", 'C', 21}, Code("80012345", 5)}},
          {},
          {{"CODICE"}}},
         {"DESARTLI",

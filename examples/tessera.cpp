@@ -1,7 +1,7 @@
 // Tessera: a database with customers and suppliers, articles, bills by revision, orders and what is made for them. Its
 // counterparties have the codes of Mexal, which stands beside it.
 
-#include "examples/describedRules.h"
+#include "examples/tessera.h"
 
 namespace examples {
 
@@ -9,51 +9,39 @@ namespace tessera {
 
 namespace {
 
-using namespace described;
-
 constexpr qint64 BillRows = 3;
 constexpr qint64 OrderLines = 2;
-const Count Articles = [](const Options& options) { return 2 * options.rows; };
 const Count Heads = EachOf(4); ///< articles with a bill: the first
 const Count CustomerOrders = EachOf(3);
 const Count WorkOrders = EachOf(6);
 const Count SupplierOrders = EachOf(5);
 
 Rule No() { return Fixed(0); }
-Rule ArticleCode() { return Code("TS-", 5); }
 Rule Counted(const Count& count) { return AnyOf(count, RowNumber()); }
-Rule CodeOfCounterparty() { return BySide(Code("201.", 5), Code("401.", 5)); }
 /// Id of a supplier: they stand behind the customers.
-Rule SupplierId() {
-    return [](const Place& place) {
-        return QVariant(Customers(place.options) + 1 + place.Draw().Below(Suppliers(place.options)));
-    };
-}
+Rule SupplierId() { return AnyBehind(Customers, Counterparties, RowNumber()); }
 
 QVector<Table> CodeTables() {
-    const auto codes = [](const char* name, const char* id, const char* code, const QStringList& values) {
+    const auto codes = [](const char* name, const char* id, const char* code, const QVariantList& values) {
         return Table{QLatin1String(name),
                      "controparti",
                      Exactly(values.size()),
-                     {{{id, 'I'}, RowNumber()}, {{code, 'C', 4}, [values](const Place& place) {
-                                                     return QVariant(values.value(static_cast<int>(place.row)));
-                                                 }}}};
+                     {{{id, 'I'}, RowNumber()}, {{code, 'C', 4}, Each(values)}}};
     };
     return {codes("Pagam", "IdPag", "CodPag", {"B30", "B60", "RD"}),
             codes("Iva", "IdIva", "CodIva", {"22", "10", "N8"})};
 }
 
-QVector<Table> CounterpartyTables() {
+QVector<Table> CounterpartyTables(const Rule& code) {
     const Address address("CliFor");
     const Address destination("CliForDest");
-    const auto bySide = [](const Rule& customer, const Rule& supplier) { return BySide(customer, supplier); };
     return {{"CliFor",
              "controparti",
              Counterparties,
              {{{"IdCliFor", 'I'}, RowNumber()},
-              {{"CodCliFor", 'C', 9}, CodeOfCounterparty()},
-              {{"FlgCli", 'I'}, bySide(Fixed(1), No())},
-              {{"FlgFor", 'I'}, bySide(No(), Fixed(1))},
+              {{"CodCliFor", 'C', 9}, code},
+              {{"FlgCli", 'I'}, BySide(Fixed(1), No())},
+              {{"FlgFor", 'I'}, BySide(No(), Fixed(1))},
               {{"RagSoc", 'C', 50}, CompanyName(50)},
               {{"RagSoc2", 'C', 50}, {}},
               {{"Indir", 'C', 40}, address.Street()},
@@ -250,8 +238,22 @@ QVector<Table> WorkOrderTables() {
              {{"IdOrdPro"}}}};
 }
 
-QuadrixScript PreparedFor(const Options& options) {
-    QuadrixScript script(options.company);
+} // namespace
+
+qint64 Articles(const Options& options) { return 2 * options.rows; }
+
+Rule ArticleCode() { return Code("TS-", 5); }
+
+QVector<Table> Tables(const Rule& code) {
+    const QVector<OddRow> customerOrders{{{"IdCliFor", 99999}, {"StatOrd", 0}},
+                                         {{"StatOrd", 2}},
+                                         {{"DatOrd", QDateTime(QDate(2005, 12, 31), QTime(0, 0), Qt::UTC)}}};
+    return CodeTables() + CounterpartyTables(code) + QVector<Table>{ArticleTable()} + BillTables() +
+           OrderTables("OrdCli", CustomerOrders, Counted(Customers), "RifCli", customerOrders) + WorkOrderTables() +
+           OrderTables("OrdFor", SupplierOrders, SupplierId(), "RifFor", {});
+}
+
+void Prepare(QuadrixScript& script) {
     script.VatCode("22", "IVA 22%", 22);
     script.VatCode("10", "IVA 10%", 10);
     script.VatCode("N8", "Non imponibile art. 8", 0);
@@ -272,22 +274,15 @@ QuadrixScript PreparedFor(const Options& options) {
     script.WorkCentre("MONT", "Montaggio");
     script.DocumentReason("ORD", "ORDCL", "ORD");
     script.DocumentReason("ORD", "ORDFO", "ORD");
-    return script;
 }
-
-} // namespace
 
 } // namespace tessera
 
 Totals MakeTessera(const Options& options) {
     using namespace tessera;
-    const QVector<OddRow> customerOrders{{{"IdCliFor", 99999}, {"StatOrd", 0}},
-                                         {{"StatOrd", 2}},
-                                         {{"DatOrd", QDateTime(QDate(2005, 12, 31), QTime(0, 0), Qt::UTC)}}};
-    const QVector<Table> tables = CodeTables() + CounterpartyTables() + QVector<Table>{ArticleTable()} + BillTables() +
-                                  OrderTables("OrdCli", CustomerOrders, Counted(Customers), "RifCli", customerOrders) +
-                                  WorkOrderTables() + OrderTables("OrdFor", SupplierOrders, SupplierId(), "RifFor", {});
-    return Write("tessera.db", tables, options, PreparedFor(options));
+    QuadrixScript script(options.company);
+    Prepare(script);
+    return Write("tessera.db", Tables(BySide(Code("201.", 5), Code("401.", 5))), options, script);
 }
 
 } // namespace examples
