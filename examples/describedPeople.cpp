@@ -21,11 +21,19 @@ Rule OfIdentity(const std::function<QString(const italian::Identity&)>& part) {
         [part](const Place& place) { return QVariant(part(italian::MakeIdentity(place.options.seed, WhoOf(place)))); };
 }
 
-/// Somebody's name, one word of it.
-Rule OfPerson(int word) {
-    return [word](const Place& place) {
+/// Somebody's name, from one word of it to another.
+Rule OfPerson(int first, int last) {
+    return [=](const Place& place) {
         Random random(place.options.seed, StreamOf("person"), static_cast<quint64>(place.row));
-        return QVariant(italian::MakePerson(random).section(u' ', word, word == 0 ? 0 : -1));
+        return QVariant(italian::MakePerson(random).section(u' ', first, last));
+    };
+}
+
+/// Of a counterparty that is a person, whose surname stands in front.
+Rule OfPrivateName(int first, int last) {
+    return [=](const Place& place) {
+        const italian::Identity who = italian::MakeIdentity(place.options.seed, WhoOf(place));
+        return who.isCompany ? QVariant() : QVariant(who.name.section(u' ', first, last));
     };
 }
 
@@ -57,9 +65,26 @@ Rule TaxCode() {
     return OfIdentity([](const italian::Identity& who) { return who.taxCode; });
 }
 
-Rule FirstName() { return OfPerson(0); }
+Rule IsPerson() {
+    return OfIdentity([](const italian::Identity& who) { return QString(who.isCompany ? u'N' : u'S'); });
+}
 
-Rule LastName() { return OfPerson(1); }
+Rule PersonSurname() { return OfPrivateName(0, -2); }
+
+Rule PersonFirstName() { return OfPrivateName(-1, -1); }
+
+Rule FirstName() { return OfPerson(0, 0); }
+
+Rule LastName() { return OfPerson(1, -1); }
+
+Rule FullName() { return OfPerson(0, -1); }
+
+Rule Mobile() {
+    return [](const Place& place) {
+        Random random = place.Draw();
+        return QVariant(italian::MakeMobile(random));
+    };
+}
 
 Rule OnInternet(const QString& prefix) {
     return [prefix](const Place& place) {
@@ -71,6 +96,17 @@ Rule Address::Street() const {
     return OfTown(m_stream, [](Random& random, const italian::Town&) {
         const QString street = italian::MakeStreet(random);
         return QString(street + u", " + italian::MakeHouseNumber(random));
+    });
+}
+
+Rule Address::StreetAlone() const {
+    return OfTown(m_stream, [](Random& random, const italian::Town&) { return italian::MakeStreet(random); });
+}
+
+Rule Address::HouseNumber() const {
+    return OfTown(m_stream, [](Random& random, const italian::Town&) {
+        italian::MakeStreet(random);
+        return italian::MakeHouseNumber(random);
     });
 }
 
@@ -105,6 +141,15 @@ Rule Iban() {
         const italian::Bank bank = italian::MakeBank(random);
         return QVariant(italian::MakeIban(bank.check, bank.abi, bank.cab, bank.account));
     };
+}
+
+QVector<Field> OfSuppliers(QVector<Field> fields) {
+    for (Field& field : fields) {
+        if (const Rule rule = field.rule) {
+            field.rule = [rule](const Place& place) { return rule(place.At(Customers(place.options) + place.row)); };
+        }
+    }
+    return fields;
 }
 
 } // namespace examples::described

@@ -96,6 +96,13 @@ Rule AnyOf(const Count& count, const Rule& rule) {
     return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
 }
 
+Rule AnyBehind(const Count& others, const Count& count, const Rule& rule) {
+    return [=](const Place& place) {
+        const qint64 first = others(place.options);
+        return rule(place.At(first + place.Draw().Below(count(place.options) - first)));
+    };
+}
+
 Rule Kinds(const QVector<Kind>& kinds) {
     return [kinds](const Place& place) {
         qint64 row = place.row;

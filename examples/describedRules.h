@@ -41,6 +41,8 @@ Rule Line(qint64 rows);
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
 /// The value of any row of another table.
 Rule AnyOf(const Count& count, const Rule& rule);
+/// The same of one behind so many others.
+Rule AnyBehind(const Count& others, const Count& count, const Rule& rule);
 
 /// Rows of several kinds, one kind behind the other; each counts its rows from 0. The last one takes what is left.
 struct Kind {
@@ -66,9 +68,16 @@ qint64 Counterparties(const Options& options);
 Rule CompanyName(int length);
 Rule VatNumber();
 Rule TaxCode();
+/// "S" for a person, "N" for a company.
+Rule IsPerson();
+/// The names of a person; Null for a company.
+Rule PersonSurname();
+Rule PersonFirstName();
 /// The first and last name of somebody.
 Rule FirstName();
 Rule LastName();
+Rule FullName();
+Rule Mobile();
 /// An address of the Internet of the row's own. @param prefix "info@" or "www."
 Rule OnInternet(const QString& prefix);
 
@@ -79,7 +88,9 @@ public:
     explicit Address(const QByteArray& name)
         : m_stream(StreamOf(name)) {}
 
-    Rule Street() const;
+    Rule Street() const; ///< with the house number
+    Rule StreetAlone() const;
+    Rule HouseNumber() const;
     Rule PostCode() const;
     Rule Town() const;
     Rule Province() const;
@@ -94,6 +105,8 @@ private:
 
 /// The bank of the row: IBAN, and "ABI" and "CAB" as one code.
 Rule Iban();
+/// Suppliers that stand in a table of their own, by the rules of a table that has them behind the customers.
+QVector<Field> OfSuppliers(QVector<Field> fields);
 
 // --- Amounts ------------------------------------------------------------------------------------------------------
 

@@ -152,6 +152,13 @@ const QVector<Example>& Examples() {
          {"cli", "art:01/01/2000", "dis"},
          {"controparti", "articoli", "listini"},
          MakeSigla},
+        {"gemini",
+         "Gemini: tabelle in un database",
+         "Gemini",
+         "gemini.db",
+         {"cli", "art", "dis"},
+         {"controparti", "articoli", "listini"},
+         MakeGemini},
     };
     return examples;
 }

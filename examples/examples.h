@@ -63,5 +63,6 @@ Totals MakeMexal(const Options& options);
 Totals MakeMago(const Options& options);
 Totals MakeVisualSpace(const Options& options);
 Totals MakeSigla(const Options& options);
+Totals MakeGemini(const Options& options);
 
 } // namespace examples

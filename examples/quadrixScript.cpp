@@ -6,9 +6,21 @@
 
 namespace examples {
 
+namespace {
+
+QString Literal(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
+
+} // namespace
+
 void QuadrixScript::Translate(const QString& table, const QString& field, const QString& oldCode,
                               const QString& newCode) {
     Replace("SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}, {table, field, oldCode, newCode}, 3);
+}
+
+void QuadrixScript::Keep(const QString& table, const QString& field, const QStringList& codes) {
+    for (const QString& code : codes) {
+        Translate(table, field, code, code);
+    }
 }
 
 void QuadrixScript::VatCode(const QString& code, const QString& description, int rate) {
@@ -28,12 +40,32 @@ void QuadrixScript::WorkCentre(const QString& code, const QString& description) 
     Replace(m_company + QStringLiteral("_LAV_ORA"), {"CDLAV", "LVDES"}, {code, description}, 1);
 }
 
+void QuadrixScript::Rows(const QString& table, const QStringList& columns, const QVector<QStringList>& rows) {
+    constexpr qsizetype together = 500; // of a statement; SQL Server takes a thousand
+    const QString name = m_company + u'_' + table;
+    for (qsizetype first = 0; first < rows.size(); first += together) {
+        QStringList keys;
+        QStringList values;
+        for (const QStringList& row : rows.mid(first, together)) {
+            QStringList literals;
+            for (const QString& value : row) {
+                literals.append(Literal(value));
+            }
+            keys.append(literals.first());
+            values.append(u'(' + literals.join(QStringLiteral(", ")) + u')');
+        }
+        m_statements.append(QStringLiteral("DELETE FROM %1 WHERE %2 IN (%3);")
+                                .arg(name, columns.first(), keys.join(QStringLiteral(", "))));
+        m_statements.append(QStringLiteral("INSERT INTO %1 (%2) VALUES\r\n%3;")
+                                .arg(name, columns.join(QStringLiteral(", ")), values.join(QStringLiteral(",\r\n"))));
+    }
+}
+
 void QuadrixScript::Replace(const QString& table, const QStringList& columns, const QStringList& values, int keys) {
     QStringList literals;
     QStringList conditions;
     for (int index = 0; index < values.size(); ++index) {
-        QString text = values[index];
-        const QString literal = u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\'';
+        const QString literal = Literal(values[index]);
         literals.append(literal);
         if (index < keys) {
             conditions.append(columns[index] + u" = " + literal);

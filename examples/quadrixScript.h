@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace examples {
 
@@ -14,6 +15,8 @@ public:
 
     /// A translation of SYS_IMP.
     void Translate(const QString& table, const QString& field, const QString& oldCode, const QString& newCode);
+    /// Codes that Quadrix has as well.
+    void Keep(const QString& table, const QString& field, const QStringList& codes);
     /// A VAT code. @param rate percent
     void VatCode(const QString& code, const QString& description, int rate);
     /// A document reason of the company. @param category e.g. "VEN" @param type e.g. "DDT"
@@ -22,6 +25,8 @@ public:
     void Material(const QString& externalCode, const QString& description);
     /// A work centre of the company.
     void WorkCentre(const QString& code, const QString& description);
+    /// Rows of a table of the company, which the first column tells apart.
+    void Rows(const QString& table, const QStringList& columns, const QVector<QStringList>& rows);
     /// Writes "quadrix.sql". Raises `ExampleError`.
     void Write(const QString& folder) const;
 

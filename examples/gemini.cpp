@@ -1,0 +1,178 @@
+// Gemini: a database with customers and suppliers in tables alike, articles, and price lists, one of them a customer's.
+
+#include "examples/ledger.h"
+
+namespace examples {
+
+namespace gemini {
+
+namespace {
+
+using namespace ledger;
+
+const Count Articles = [](const Options& options) { return 2 * options.rows; };
+
+Rule ArticleCode() { return Code("GE-", 5); }
+Rule CustomerCode() { return Code("1", 5); }
+Rule SupplierCode() { return Code("2", 5); }
+
+const PartyNames Parties{.name = "RAGSOC",
+                         .name2 = "RAGSOC2",
+                         .surname = "COGNOME",
+                         .firstName = "NOME",
+                         .street = "INDIRIZZO",
+                         .postCode = "CAP",
+                         .town = "LOCALITA",
+                         .province = "PROVINCIA",
+                         .country = "NAZIONE",
+                         .vatNumber = "PIVA",
+                         .taxCode = "CODFISC",
+                         .telephone = "TELEF1",
+                         .telephone2 = "TELEF2",
+                         .fax = "TELEFAX",
+                         .mobile = "CELLULARE",
+                         .mail = "EMAIL",
+                         .web = "INTERNET",
+                         .contact = "RIFERIMENTO",
+                         .payment = "PAGAMENTO",
+                         .ownBank = "BANCA_AZ",
+                         .abi = "ABI",
+                         .cab = "CAB_BANCA",
+                         .cin = "CIN",
+                         .account = "CONTO_CORR",
+                         .iban = "IBAN",
+                         .bic = "SWIFT",
+                         .discount1 = "SCONTO1",
+                         .discount2 = "SCONTO2",
+                         .agent = "AGENTE",
+                         .list = "LISTINO",
+                         .currency = "VALUTA",
+                         .language = "LINGUA",
+                         .zone = "ZONA",
+                         .category = "CATEGORIA",
+                         .exemption = "COD_IVA",
+                         .port = "PORTO",
+                         .carrier = "VETTORE",
+                         .credit = "FIDO",
+                         .booksAccount = "CONTO",
+                         .isBlocked = "BLOCCO",
+                         .isCancelled = "ANNULLATO",
+                         .note = "NOTE",
+                         .created = "DATA_INS"};
+
+const ArticleNames ArticleColumns{.description = "DESCRIZIONE",
+                                  .description2 = "DESCRIZIONE2",
+                                  .unit = "UM",
+                                  .unit2 = "UM2",
+                                  .factor = "FATTORE",
+                                  .vat = "COD_IVA",
+                                  .kind = "TIPO",
+                                  .product = "F",
+                                  .family = "GRUPPO",
+                                  .lastCost = "COSTO_ULT",
+                                  .standardCost = "COSTO_STD",
+                                  .price = "PREZZO1",
+                                  .discount = "SCONTO",
+                                  .netWeight = "PESO_NETTO",
+                                  .grossWeight = "PESO_LORDO",
+                                  .minimum = "SCORTA_MIN",
+                                  .maximum = "SCORTA_MAX",
+                                  .reorderPoint = "PUNTO_RIORD",
+                                  .lot = "LOTTO_RIORD",
+                                  .leadDays = "GG_CONSEGNA",
+                                  .supplier = "FORNITORE",
+                                  .supplierCode = "COD_FORNITORE",
+                                  .barCode = "BARCODE",
+                                  .location = "UBICAZIONE",
+                                  .isCancelled = "ANNULLATO",
+                                  .note = "NOTE",
+                                  .created = "DATA_INS"};
+
+QVector<Table> CounterpartyTables() {
+    const Address branch("CLIENTI_DEST");
+    const QVector<Field> parties = PartyFields("CLIENTI", Parties);
+    return {{"CLIENTI",
+             "controparti",
+             Customers,
+             QVector<Field>{{{"CODICE", 'C', 8}, CustomerCode()}} + parties,
+             {{{"CODICE", "190001"}, {"SCONTO1", "molto"}, {"PIVA", {}}, {"CODFISC", {}}}},
+             {{"CODICE"}}},
+            {"FORNITORI",
+             "controparti",
+             Suppliers,
+             QVector<Field>{{{"CODICE", 'C', 8}, SupplierCode()}} + OfSuppliers(parties),
+             {{{"CODICE", "290001"}, {"PROVINCIA", "TORINO"}, {"PIVA", {}}, {"CODFISC", {}}}},
+             {{"CODICE"}}},
+            {"CLIENTI_DEST",
+             "controparti",
+             EachOf(4),
+             QVector<Field>{{{"CODICE", 'C', 8}, With([](qint64 row) { return row * 2; }, CustomerCode())},
+                            {{"PROGR", 'C', 5}, Fixed("1")},
+                            {{"RAGSOC", 'C', 40}, Fixed("Magazzino")},
+                            {{"TELEFONO", 'C', 20}, Chance(60, branch.Telephone())}} +
+                 branch.Columns("INDIRIZZO", "CAP", "LOCALITA", "PROVINCIA"),
+             {{{"INDIRIZZO", {}}}},
+             {{"CODICE"}}}};
+}
+
+QVector<Table> ArticleTables() {
+    const auto byList = [](const QVariantList& values) {
+        QVector<Rule> rules;
+        for (const QVariant& value : values) {
+            rules.append(Fixed(value));
+        }
+        return Turn(1, rules);
+    };
+    const auto priceRows = [](const Options& options) { return PriceRows(Articles, options); };
+    return {{"ARTICOLI",
+             "articoli",
+             Articles,
+             QVector<Field>{{{"CODICE", 'C', 30}, ArticleCode()}} + ArticleFields(ArticleColumns, SupplierCode()),
+             {{{"CODICE", "PESO-ERRATO"}, {"PESO_NETTO", "due"}}, {{"CODICE", "FORN-MANCA"}, {"FORNITORE", "999999"}}},
+             {{"CODICE"}}},
+            {"LISTINI",
+             "listini",
+             Exactly(3),
+             {{{"CODICE", 'C', 4}, byList({SalesList, PurchaseList, SpecialList})},
+              {{"DESCRIZIONE", 'C', 40}, byList({"Listino base", "Listino acquisti", "Prezzi riservati"})},
+              {{"TIPO", 'C', 1}, byList({"V", "A", "V"})},
+              {{"VALUTA", 'C', 3}, Fixed("EUR")},
+              {{"DATA_INIZIO", 'T'}, Day(1)},
+              {{"CLIENTE", 'C', 8}, Turn(1, {{}, {}, CustomerCode()})}},
+             {{{"CODICE", "L9"}, {"DESCRIZIONE", "Di nessuno"}, {"CLIENTE", "199999"}}},
+             {{"CODICE"}}},
+            {"LISTINI_RIGHE",
+             "listini",
+             priceRows,
+             PriceFields({.list = "LISTINO",
+                          .article = "ARTICOLO",
+                          .from = "DATA_INIZIO",
+                          .to = "DATA_FINE",
+                          .quantity = "QTA",
+                          .price = "PREZZO",
+                          .discount1 = "SCONTO1",
+                          .discount2 = "SCONTO2",
+                          .discount3 = "SCONTO3"},
+                         Articles, ArticleCode()),
+             {{{"LISTINO", "L9"}, {"ARTICOLO", "GE-00001"}}, {{"LISTINO", SalesList}, {"ARTICOLO", "NON-CE"}}},
+             {{"LISTINO"}, {"ARTICOLO"}}}};
+}
+
+QuadrixScript PreparedFor(const Options& options) {
+    QuadrixScript script(options.company);
+    PrepareParties(script, "CLIENTI", Parties, options);
+    PrepareParties(script, "FORNITORI", Parties, options);
+    PrepareArticles(script, "ARTICOLI", ArticleColumns);
+    return script;
+}
+
+} // namespace
+
+} // namespace gemini
+
+Totals MakeGemini(const Options& options) {
+    using namespace gemini;
+    return Write("gemini.db", CounterpartyTables() + ArticleTables(), options, PreparedFor(options));
+}
+
+} // namespace examples
