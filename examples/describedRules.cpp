@@ -27,6 +27,10 @@ Rule OneOf(const QVariantList& values) {
     return [values](const Place& place) { return values[static_cast<int>(place.Draw().Below(values.size()))]; };
 }
 
+Rule InTurn(const QVariantList& values) {
+    return [values](const Place& place) { return values[static_cast<int>(place.row % values.size())]; };
+}
+
 Rule Whole(qint64 from, qint64 to) {
     return [=](const Place& place) { return QVariant(place.Draw().Between(from, to)); };
 }

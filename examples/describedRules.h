@@ -14,6 +14,8 @@ Rule Fixed(const QVariant& value);
 /// A prefix and the number of the row with leading zeros. @param first number of row 0
 Rule Code(const QString& prefix, int digits, qint64 first = 1);
 Rule OneOf(const QVariantList& values);
+/// One of the values after the other.
+Rule InTurn(const QVariantList& values);
 Rule Whole(qint64 from, qint64 to);
 Rule Number(double from, double to, int decimals);
 Rule Chance(int percent, const Rule& then, const Rule& otherwise = {});

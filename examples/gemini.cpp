@@ -116,13 +116,6 @@ QVector<Table> CounterpartyTables() {
 }
 
 QVector<Table> ArticleTables() {
-    const auto byList = [](const QVariantList& values) {
-        QVector<Rule> rules;
-        for (const QVariant& value : values) {
-            rules.append(Fixed(value));
-        }
-        return Turn(1, rules);
-    };
     const auto priceRows = [](const Options& options) { return PriceRows(Articles, options); };
     return {{"ARTICOLI",
              "articoli",
@@ -133,9 +126,9 @@ QVector<Table> ArticleTables() {
             {"LISTINI",
              "listini",
              Exactly(3),
-             {{{"CODICE", 'C', 4}, byList({SalesList, PurchaseList, SpecialList})},
-              {{"DESCRIZIONE", 'C', 40}, byList({"Listino base", "Listino acquisti", "Prezzi riservati"})},
-              {{"TIPO", 'C', 1}, byList({"V", "A", "V"})},
+             {{{"CODICE", 'C', 4}, InTurn({SalesList, PurchaseList, SpecialList})},
+              {{"DESCRIZIONE", 'C', 40}, InTurn({"Listino base", "Listino acquisti", "Prezzi riservati"})},
+              {{"TIPO", 'C', 1}, InTurn({"V", "A", "V"})},
               {{"VALUTA", 'C', 3}, Fixed("EUR")},
               {{"DATA_INIZIO", 'T'}, Day(1)},
               {{"CLIENTE", 'C', 8}, Turn(1, {{}, {}, CustomerCode()})}},
