@@ -77,7 +77,7 @@ Rule FirstName() { return OfPerson(0, 0); }
 
 Rule LastName() { return OfPerson(1, -1); }
 
-Rule FullName() { return OfPerson(0, -1); }
+Rule PersonName() { return OfPerson(0, -1); }
 
 Rule Mobile() {
     return [](const Place& place) {
@@ -99,7 +99,7 @@ Rule Address::Street() const {
     });
 }
 
-Rule Address::StreetAlone() const {
+Rule Address::StreetName() const {
     return OfTown(m_stream, [](Random& random, const italian::Town&) { return italian::MakeStreet(random); });
 }
 

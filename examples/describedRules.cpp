@@ -27,7 +27,7 @@ Rule OneOf(const QVariantList& values) {
     return [values](const Place& place) { return values[static_cast<int>(place.Draw().Below(values.size()))]; };
 }
 
-Rule InTurn(const QVariantList& values) {
+Rule Each(const QVariantList& values) {
     return [values](const Place& place) { return values[static_cast<int>(place.row % values.size())]; };
 }
 

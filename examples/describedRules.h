@@ -15,7 +15,7 @@ Rule Fixed(const QVariant& value);
 Rule Code(const QString& prefix, int digits, qint64 first = 1);
 Rule OneOf(const QVariantList& values);
 /// One of the values after the other.
-Rule InTurn(const QVariantList& values);
+Rule Each(const QVariantList& values);
 Rule Whole(qint64 from, qint64 to);
 Rule Number(double from, double to, int decimals);
 Rule Chance(int percent, const Rule& then, const Rule& otherwise = {});
@@ -78,7 +78,7 @@ Rule PersonFirstName();
 /// The first and last name of somebody.
 Rule FirstName();
 Rule LastName();
-Rule FullName();
+Rule PersonName();
 Rule Mobile();
 /// An address of the Internet of the row's own. @param prefix "info@" or "www."
 Rule OnInternet(const QString& prefix);
@@ -91,7 +91,7 @@ public:
         : m_stream(StreamOf(name)) {}
 
     Rule Street() const; ///< with the house number
-    Rule StreetAlone() const;
+    Rule StreetName() const;
     Rule HouseNumber() const;
     Rule PostCode() const;
     Rule Town() const;

@@ -38,7 +38,7 @@ void AddWho(QVector<Field>& fields, const QByteArray& table, const PartyNames& n
     Add(fields, names.isPerson, 'C', 1, IsPerson());
     Add(fields, names.surname, 'C', 40, PersonSurname());
     Add(fields, names.firstName, 'C', 40, PersonFirstName());
-    Add(fields, names.street, 'C', 60, names.houseNumber.isEmpty() ? address.Street() : address.StreetAlone());
+    Add(fields, names.street, 'C', 60, names.houseNumber.isEmpty() ? address.Street() : address.StreetName());
     Add(fields, names.houseNumber, 'C', 10, address.HouseNumber());
     Add(fields, names.postCode, 'C', 10, address.PostCode());
     Add(fields, names.town, 'C', 40, address.Town());
@@ -49,14 +49,14 @@ void AddWho(QVector<Field>& fields, const QByteArray& table, const PartyNames& n
 }
 
 void AddReach(QVector<Field>& fields, const QByteArray& table, const PartyNames& names) {
-    Add(fields, names.telephone, 'C', 30, Address(table).Telephone());
-    Add(fields, names.telephone2, 'C', 30, Chance(10, Address(table + ".2").Telephone()));
+    Add(fields, names.office, 'C', 30, Address(table).Telephone());
+    Add(fields, names.office2, 'C', 30, Chance(10, Address(table + ".2").Telephone()));
     Add(fields, names.fax, 'C', 30, Chance(40, Address(table + ".fax").Telephone()));
     Add(fields, names.mobile, 'C', 30, Chance(30, Mobile()));
     Add(fields, names.mail, 'C', 80, Chance(60, OnInternet("info@")));
     Add(fields, names.certifiedMail, 'C', 80, Chance(40, OnInternet("posta@pec.")));
     Add(fields, names.web, 'C', 80, Chance(20, OnInternet("www.")));
-    Add(fields, names.contact, 'C', 40, Chance(40, FullName()));
+    Add(fields, names.contact, 'C', 40, Chance(40, PersonName()));
 }
 
 /// Some tell their account by its coordinates alone, some by the IBAN as well.
@@ -90,7 +90,7 @@ void AddConditions(QVector<Field>& fields, const PartyNames& names) {
     Add(fields, names.port, 'C', 2, OneOf({"FR", "AS"}));
     Add(fields, names.carrier, 'C', 6, Chance(60, OneOf({"V1", "V2"})));
     Add(fields, names.credit, 'N', 14, BySide(OneOf({0, 5000, 20000}), {}), 2);
-    Add(fields, names.booksAccount, 'C', 10, BySide(Fixed("0400100001"), Fixed("0500100001")));
+    Add(fields, names.ledger, 'C', 10, BySide(Fixed("0400100001"), Fixed("0500100001")));
     Add(fields, names.isBlocked, 'C', 1, YesOrNo(2));
     Add(fields, names.isCancelled, 'C', 1, YesOrNo(3));
     Add(fields, names.note, 'M', 0, Chance(10, OneOf({"Chiamare prima della consegna", "Chiude il lunedì"})));
@@ -125,7 +125,7 @@ Rule ByRow(const Count& articles, const QVector<Rule>& ofArticle, const Rule& sp
 
 } // namespace
 
-QVector<Field> PartyFields(const QByteArray& table, const PartyNames& names) {
+QVector<Field> PartyColumns(const QByteArray& table, const PartyNames& names) {
     QVector<Field> fields;
     AddWho(fields, table, names);
     AddReach(fields, table, names);
@@ -159,7 +159,7 @@ void PrepareParties(QuadrixScript& script, const QString& table, const PartyName
             options);
 }
 
-QVector<Field> ArticleFields(const ArticleNames& names, const Rule& supplier) {
+QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier) {
     QVector<Field> fields;
     Add(fields, names.description, 'C', 60, ArticleText());
     Add(fields, names.description2, 'C', 60, Chance(20, Fixed("zincato")));
@@ -167,7 +167,7 @@ QVector<Field> ArticleFields(const ArticleNames& names, const Rule& supplier) {
     Add(fields, names.unit, 'C', 3, Weighed(Fixed("PZ"), OneOf({"PZ", "PZ", "KG"})));
     Add(fields, names.unit2, 'C', 3, Weighed(Fixed("KG")));
     Add(fields, names.factor, 'N', 12, Weighed(Number(0.1, 20, 2)), 5);
-    Add(fields, names.vat, 'C', 4, OneOf({"22", "22", "10"}));
+    Add(fields, names.vatCode, 'C', 4, OneOf({"22", "22", "10"}));
     Add(fields, names.kind, 'C', 4, Chance(40, Fixed(names.product), Fixed("M")));
     Add(fields, names.family, 'C', 6, OneOf({"MECC", "LAM", "VITI"}));
     Add(fields, names.lastCost, 'N', 12, Chance(80, Cost(), Fixed(0)), 4);
@@ -181,10 +181,10 @@ QVector<Field> ArticleFields(const ArticleNames& names, const Rule& supplier) {
             return QVariant(weight(place).toDouble() + 0.5);
         },
         3);
-    Add(fields, names.minimum, 'N', 12, Chance(50, Whole(1, 20)), 3);
-    Add(fields, names.maximum, 'N', 12, Chance(30, Whole(50, 200)), 3);
+    Add(fields, names.lowestStock, 'N', 12, Chance(50, Whole(1, 20)), 3);
+    Add(fields, names.highestStock, 'N', 12, Chance(30, Whole(50, 200)), 3);
     Add(fields, names.reorderPoint, 'N', 12, Chance(30, Whole(20, 40)), 3);
-    Add(fields, names.leastOrder, 'N', 12, Chance(30, Whole(1, 10)), 3);
+    Add(fields, names.lowestOrder, 'N', 12, Chance(30, Whole(1, 10)), 3);
     Add(fields, names.lot, 'N', 12, Chance(30, Whole(1, 50)), 3);
     Add(fields, names.leadDays, 'I', 0, Whole(0, 30));
     Add(fields, names.supplier, 'C', 8, Bought(AnyOf(Suppliers, supplier)));
@@ -222,7 +222,7 @@ Rule ByList(const Count& articles, const Rule& sales, const Rule& purchase, cons
     return ByRow(articles, {sales, sales, purchase}, special);
 }
 
-QVector<Field> PriceFields(const PriceNames& names, const Count& articles, const Rule& article) {
+QVector<Field> PriceColumns(const PriceNames& names, const Count& articles, const Rule& article) {
     const auto ofArticle = [](const Rule& rule) { return OfParent(PricesOfArticle, rule); };
     const auto ofSpecial = [](const Rule& rule) { return With([](qint64 row) { return row * SpecialEvery; }, rule); };
     const Rule anArticle = ofArticle(article);

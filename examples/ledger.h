@@ -22,8 +22,8 @@ struct PartyNames {
     QByteArray country = {};
     QByteArray vatNumber = {};
     QByteArray taxCode = {};
-    QByteArray telephone = {};
-    QByteArray telephone2 = {};
+    QByteArray office = {};
+    QByteArray office2 = {};
     QByteArray fax = {};
     QByteArray mobile = {};
     QByteArray mail = {};
@@ -50,7 +50,7 @@ struct PartyNames {
     QByteArray port = {};
     QByteArray carrier = {};
     QByteArray credit = {};
-    QByteArray booksAccount = {};
+    QByteArray ledger = {};
     QByteArray isBlocked = {};
     QByteArray isCancelled = {};
     QByteArray note = {};
@@ -58,7 +58,7 @@ struct PartyNames {
 };
 /// The columns but for the code, of a table that has the suppliers behind the customers.
 /// @param table tells the addresses of one table from those of another
-QVector<Field> PartyFields(const QByteArray& table, const PartyNames& names);
+QVector<Field> PartyColumns(const QByteArray& table, const PartyNames& names);
 /// Tells Quadrix the codes of these columns, and a bank of the company.
 void PrepareParties(QuadrixScript& script, const QString& table, const PartyNames& names, const Options& options);
 
@@ -70,7 +70,7 @@ struct ArticleNames {
     QByteArray unit = {};
     QByteArray unit2 = {};
     QByteArray factor = {};
-    QByteArray vat = {};
+    QByteArray vatCode = {};
     QByteArray kind = {};
     QString product = {}; ///< what the kind of a product is; others are "M"
     QByteArray family = {};
@@ -80,10 +80,10 @@ struct ArticleNames {
     QByteArray discount = {};
     QByteArray netWeight = {};
     QByteArray grossWeight = {};
-    QByteArray minimum = {};
-    QByteArray maximum = {};
+    QByteArray lowestStock = {};
+    QByteArray highestStock = {};
     QByteArray reorderPoint = {};
-    QByteArray leastOrder = {};
+    QByteArray lowestOrder = {};
     QByteArray lot = {};
     QByteArray leadDays = {};
     QByteArray supplier = {};
@@ -98,7 +98,7 @@ struct ArticleNames {
     QByteArray created = {};
 };
 /// The columns but for the code. @param supplier the code of a supplier, by its number among the suppliers
-QVector<Field> ArticleFields(const ArticleNames& names, const Rule& supplier);
+QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier);
 void PrepareArticles(QuadrixScript& script, const QString& table, const ArticleNames& names);
 
 /// The lists of a table of prices: sales, purchase and those made for somebody.
@@ -119,7 +119,7 @@ struct PriceNames {
     QByteArray discount3;
 };
 /// A sales price, one for quantities and a purchase price of each article; behind them special ones of some.
-QVector<Field> PriceFields(const PriceNames& names, const Count& articles, const Rule& article);
+QVector<Field> PriceColumns(const PriceNames& names, const Count& articles, const Rule& article);
 qint64 PriceRows(const Count& articles, const Options& options);
 /// One rule for each of the lists, by the rows of prices.
 Rule ByList(const Count& articles, const Rule& sales, const Rule& purchase, const Rule& special);
