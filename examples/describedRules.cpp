@@ -100,11 +100,19 @@ Rule AnyOf(const Count& count, const Rule& rule) {
     return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
 }
 
-Rule AnyBehind(const Count& others, const Count& count, const Rule& rule) {
-    return [=](const Place& place) {
-        const qint64 first = others(place.options);
-        return rule(place.At(first + place.Draw().Below(count(place.options) - first)));
+Rule Component(const Stages& stages, qint64 lines, const Rule& rule) {
+    // A prime apart: the rows of a bill differ, and so do bills side by side.
+    const auto spread = [rule](const Count& first, const Count& end) {
+        return [=](const Place& place) {
+            constexpr qint64 apart = 7919;
+            const qint64 begin = first(place.options);
+            return rule(place.At(begin + place.row * apart % (end(place.options) - begin)));
+        };
     };
+    const Rule made = OfParent(lines, spread(stages.products, stages.heads));
+    const Rule bought = spread(stages.heads, stages.articles);
+    const Rule ofProduct = [=](const Place& place) { return place.row % lines == 0 ? made(place) : bought(place); };
+    return Kinds({{Times(lines, stages.products), ofProduct}, {stages.heads, bought}});
 }
 
 Rule Kinds(const QVector<Kind>& kinds) {
@@ -131,6 +139,10 @@ Count Exactly(qint64 count) {
 
 Count EachOf(qint64 rows) {
     return [rows](const Options& options) { return options.rows / rows + 1; };
+}
+
+Count Sum(const Count& one, const Count& other) {
+    return [=](const Options& options) { return one(options) + other(options); };
 }
 
 // --- Amounts ------------------------------------------------------------------------------------------------------

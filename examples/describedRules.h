@@ -43,8 +43,16 @@ Rule Line(qint64 rows);
 Rule Turn(qint64 rows, const QVector<Rule>& rules);
 /// The value of any row of another table.
 Rule AnyOf(const Count& count, const Rule& rule);
-/// The same of one behind so many others.
-Rule AnyBehind(const Count& others, const Count& count, const Rule& rule);
+
+/// Articles with bills of materials in front: products, then what goes into them, then what is bought.
+struct Stages {
+    Count products;
+    Count heads; ///< products among them
+    Count articles;
+};
+/// The value of what a bill contains, so many of each, none twice: of a product one of the articles with a bill, for
+/// the rest bought ones.
+Rule Component(const Stages& stages, qint64 lines, const Rule& rule);
 
 /// Rows of several kinds, one kind behind the other; each counts its rows from 0. The last one takes what is left.
 struct Kind {
@@ -58,6 +66,7 @@ Count Times(qint64 factor, const Count& count);
 Count Exactly(qint64 count);
 /// One for each so many of the example's rows, and one more.
 Count EachOf(qint64 rows);
+Count Sum(const Count& one, const Count& other);
 
 // --- People -------------------------------------------------------------------------------------------------------
 

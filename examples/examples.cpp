@@ -159,6 +159,7 @@ const QVector<Example>& Examples() {
          {"cli", "art", "dis"},
          {"controparti", "articoli", "listini"},
          MakeGemini},
+        {"fenice", "Fenice: tabelle di un'origine dati ODBC", "Fenice", "fenice.db", {"dis"}, {"distinte"}, MakeFenice},
         {"cometa",
          "Cometa: tabelle di un'origine dati ODBC",
          "Cometa",
@@ -180,6 +181,13 @@ const QVector<Example>& Examples() {
          {"cli"},
          {"controparti"},
          MakePuzzle},
+        {"factory",
+         "Factory: tabelle in un database",
+         "Factory (SqlServer)",
+         "factory.db",
+         {"art", "cli", "ImportDistinteFactory", "ImportCommesseAperteFactory", "saldi", "disegni"},
+         {"articoli", "controlli", "distinte", "commesse", "magazzino", "listini", "allegati"},
+         MakeFactory},
     };
     return examples;
 }

@@ -64,8 +64,10 @@ Totals MakeMago(const Options& options);
 Totals MakeVisualSpace(const Options& options);
 Totals MakeSigla(const Options& options);
 Totals MakeGemini(const Options& options);
+Totals MakeFenice(const Options& options);
 Totals MakeCometa(const Options& options);
 Totals MakeAlbalog(const Options& options);
 Totals MakePuzzle(const Options& options);
+Totals MakeFactory(const Options& options);
 
 } // namespace examples

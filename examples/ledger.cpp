@@ -97,9 +97,6 @@ void AddConditions(QVector<Field>& fields, const PartyNames& names) {
     Add(fields, names.created, 'T', 0, Day(300));
 }
 
-/// What an article costs is the same in every table.
-Rule Cost() { return Named("ledger.cost", Number(0.5, 90, 2)); }
-
 /// A part of the cost, in percent.
 Rule OfCost(qint64 percent) {
     return [percent, cost = Cost()](const Place& place) {
@@ -123,7 +120,29 @@ Rule ByRow(const Count& articles, const QVector<Rule>& ofArticle, const Rule& sp
     return Kinds({{Times(PricesOfArticle, articles), Turn(1, ofArticle)}, {Exactly(1), special}});
 }
 
+/// @param number of the first
+Table KnownParties(const QByteArray& code, const QByteArray& mark, qint64 number, qint64 count, const Rule& codes) {
+    const Address address("CON_TRO." + mark);
+    return {"CON_TRO",
+            {},
+            Exactly(count),
+            QVector<Field>{{{"CDCON", 'C', 10}, Code({}, 6, number)},
+                           {{"CORAS", 'C', 35}, With([number](qint64 row) { return row + number; }, CompanyName(35))},
+                           {{code, 'C', 10}, codes},
+                           {{mark, 'I'}, Fixed(1)}} +
+                address.Columns("COIND", "COCAP", "COCIT", "COPRO")};
+}
+
 } // namespace
+
+void PrepareCustomers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options) {
+    Prepare(script, KnownParties("COCGE", "COCLI", 1, count, code), options);
+}
+
+void PrepareSuppliers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options) {
+    constexpr qint64 behind = 500001; ///< the numbers of the customers
+    Prepare(script, KnownParties("COFGE", "COFOR", behind, count, code), options);
+}
 
 QVector<Field> PartyColumns(const QByteArray& table, const PartyNames& names) {
     QVector<Field> fields;
@@ -159,6 +178,10 @@ void PrepareParties(QuadrixScript& script, const QString& table, const PartyName
             options);
 }
 
+Rule Cost() { return Named("ledger.cost", Number(0.5, 90, 2)); }
+
+Rule SalesPrice() { return OfCost(140); }
+
 QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier) {
     QVector<Field> fields;
     Add(fields, names.description, 'C', 60, ArticleText());
@@ -172,7 +195,7 @@ QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier) {
     Add(fields, names.family, 'C', 6, OneOf({"MECC", "LAM", "VITI"}));
     Add(fields, names.lastCost, 'N', 12, Chance(80, Cost(), Fixed(0)), 4);
     Add(fields, names.standardCost, 'N', 12, Cost(), 4);
-    Add(fields, names.price, 'N', 12, OfCost(140), 4);
+    Add(fields, names.price, 'N', 12, SalesPrice(), 4);
     Add(fields, names.discount, 'N', 6, Chance(10, Fixed(5)), 2);
     Add(fields, names.netWeight, 'N', 12, Named("ledger.weight", Number(0.1, 40, 1)), 3);
     Add(
@@ -236,7 +259,7 @@ QVector<Field> PriceColumns(const PriceNames& names, const Count& articles, cons
     Add(fields, names.to, 'T', 0, ByList(articles, {}, {}, day(2026, 12, 31)));
     Add(fields, names.quantity, 'N', 12, ByRow(articles, {Fixed(0), Fixed(50), Fixed(0)}, Fixed(0)), 3);
     Add(fields, names.price, 'N', 12,
-        ByRow(articles, {ofArticle(OfCost(140)), ofArticle(OfCost(130)), ofArticle(OfCost(100))},
+        ByRow(articles, {ofArticle(SalesPrice()), ofArticle(OfCost(130)), ofArticle(OfCost(100))},
               ofSpecial(OfCost(120))),
         4);
     Add(fields, names.discount1, 'N', 6, ByList(articles, Chance(20, OneOf({5, 10})), {}, {}), 2);

@@ -62,9 +62,13 @@ QVector<Field> PartyColumns(const QByteArray& table, const PartyNames& names);
 /// Tells Quadrix the codes of these columns, and a bank of the company.
 void PrepareParties(QuadrixScript& script, const QString& table, const PartyNames& names, const Options& options);
 
+/// So many customers and suppliers whom another origin has brought, for sources without any. @param code in the source
+void PrepareCustomers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options);
+void PrepareSuppliers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options);
+
 /// The columns of a table of articles; it has none without a name.
 struct ArticleNames {
-    QByteArray description;
+    QByteArray description = {};
     QByteArray description2 = {};
     QByteArray longText = {};
     QByteArray unit = {};
@@ -97,6 +101,9 @@ struct ArticleNames {
     QByteArray note = {};
     QByteArray created = {};
 };
+/// What an article costs and is sold for, by its number, wherever it stands.
+Rule Cost();
+Rule SalesPrice();
 /// The columns but for the code. @param supplier the code of a supplier, by its number among the suppliers
 QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier);
 void PrepareArticles(QuadrixScript& script, const QString& table, const ArticleNames& names);
