@@ -2,6 +2,8 @@
 
 #include "examples/articles.h"
 
+#include <algorithm>
+
 namespace examples::described {
 
 namespace {
@@ -106,7 +108,8 @@ Rule Component(const Stages& stages, qint64 lines, const Rule& rule) {
         return [=](const Place& place) {
             constexpr qint64 apart = 7919;
             const qint64 begin = first(place.options);
-            return rule(place.At(begin + place.row * apart % (end(place.options) - begin)));
+            const qint64 count = std::max<qint64>(1, end(place.options) - begin);
+            return rule(place.At(begin + place.row * apart % count));
         };
     };
     const Rule made = OfParent(lines, spread(stages.products, stages.heads));

@@ -210,7 +210,9 @@ Table StockTable() {
              {{"CODMAG", 'C', 5}, Kinds({{Articles, Fixed("M1")}, {second, Fixed("M2")}})},
              {{"QTA", 'N', 10, 2}, Chance(80, Whole(1, 500), Fixed(0))},
              {{"UBICAZIONE", 'C', 15}, {}}},
-            {{{"CODART", "NON-CE"}}, {{"CODART", "FA-00001"}, {"CODMAG", "M9"}}, {{"QTA", "tanti"}}}};
+            {{{"CODART", "NON-CE"}, {"QTA", 5}},
+             {{"CODART", "FA-00001"}, {"CODMAG", "M9"}, {"QTA", 7}},
+             {{"QTA", "tanti"}}}};
 }
 
 QVector<Table> PriceTables() {
