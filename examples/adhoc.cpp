@@ -12,6 +12,8 @@ namespace adhoc {
 namespace {
 
 constexpr qint64 Banks = 40;
+const QVector<Account> Ledgers = Chart(2, 2);
+const QVector<Account> Accounts = Chart(3, 3);
 
 const BankAccount& PartyAccount() {
     static const BankAccount account("CONTI", 100, Banks);
@@ -19,7 +21,6 @@ const BankAccount& PartyAccount() {
 }
 
 Rule SideOf() { return BySide(Fixed("C"), Fixed("F")); }
-Rule LedgerCode() { return Code("", 5); }
 Rule BankCode() { return Code("B", 4); }
 Rule Term() { return OneOf({"RB30", "RB36", "BO60", "RD"}); }
 
@@ -78,7 +79,10 @@ Rule OfChart(const QByteArray& column) {
     if (column == "ANTIPCON") {
         return Fixed("G");
     }
-    return column == "ANCODICE" ? Code("", 10) : column == "ANDESCRI" ? chart::AccountText() : Rule();
+    const bool isCode = column == "ANCODICE";
+    return isCode                 ? Each(Accounts, &Account::code)
+           : column == "ANDESCRI" ? Each(Accounts, &Account::description)
+                                  : Rule();
 }
 
 } // namespace
@@ -88,15 +92,14 @@ Rule PartyCode() { return Code("", 15); }
 Table PartyTable() {
     QVector<Field> fields = PartyFields();
     for (Field& field : fields) {
-        field.rule = Kinds({{Counterparties, field.rule}, {Exactly(chart::Accounts), OfChart(field.column.name)}});
+        field.rule = Kinds({{Counterparties, field.rule}, {Exactly(Accounts.size()), OfChart(field.column.name)}});
     }
-    const Rule superior = BySide(Fixed("00003"), Fixed("00005"));
+    const Rule superior = BySide(Fixed("0401"), Fixed("0501"));
     fields.append({{"ANCONSUP", 'C', 15},
-                   Kinds({{Counterparties, superior},
-                          {Exactly(chart::Accounts), OfParent(chart::AccountsOfLedger, LedgerCode())}})});
+                   Kinds({{Counterparties, superior}, {Exactly(Accounts.size()), Each(Accounts, &Account::Parent)}})});
     return {"CONTI",
             "controparti",
-            [](const Options& options) { return Counterparties(options) + chart::Accounts; },
+            Sum(Counterparties, Exactly(Accounts.size())),
             fields,
             {{{"ANTIPCON", "C"}, {"ANCODICE", "900001"}, {"ANDESCRI", "Meccanica Riva"}, {"ANPROVIN", "TORINO"}},
              {{"ANTIPCON", "F"}, {"ANCODICE", "900002"}, {"ANDESCRI", "Fonderia"}, {"AN1SCONT", "dieci"}}},
@@ -194,12 +197,12 @@ QVector<Table> BaseTables() {
                                    {{"BACODSIA", 'C', 5}, Fixed("A1B2C")}, {{"BACODVAL", 'C', 3}, Fixed("EUR")}};
     const Table ledgers{"MASTRI",
                         "conti",
-                        Exactly(chart::Ledgers),
-                        {{{"MCCODICE", 'C', 15}, LedgerCode()},
-                         {{"MCDESCRI", 'C', 40}, chart::LedgerText()},
+                        Exactly(Ledgers.size()),
+                        {{{"MCCODICE", 'C', 15}, Each(Ledgers, &Account::code)},
+                         {{"MCDESCRI", 'C', 40}, Each(Ledgers, &Account::description)},
                          {{"MCNUMLIV", 'I'}, Fixed(1)},
                          {{"MCTIPMAS", 'C', 10}, Fixed("G")},
-                         {{"MCSEZBIL", 'C', 1}, chart::BySection("A", "P", "C", "R")},
+                         {{"MCSEZBIL", 'C', 1}, Each(Ledgers, &Account::kind)},
                          {{"MCCONSUP", 'C', 15}, {}}},
                         {{{"MCCODICE", "99999"}, {"MCDESCRI", "Conti d'ordine"}, {"MCTIPMAS", "GENERALE"}}},
                         {{"MCCODICE"}}};
@@ -216,9 +219,7 @@ QVector<Table> BaseTables() {
 } // namespace
 
 void Prepare(QuadrixScript& script) {
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.Translate("CONTI", "ANNAZION", "IT", "ITA");
     script.Translate("CONTI", "ANCODLIN", "ITA", "IT");
     script.Keep("CONTI", "ANNUMLIS", {"L1", "L2"});

@@ -124,26 +124,23 @@ QVector<Table> ContactTables() {
 }
 
 QVector<Table> TermTables() {
-    const auto each = [](const QVariantList& values) {
-        return Rule([values](const Place& place) { return values.value(static_cast<int>(place.row)); });
-    };
     return {{"PG",
              "tabelle",
              Exactly(3),
-             {{{"Cd_PG", 'C', 4}, each({"R60", "R30", "CON"})},
+             {{{"Cd_PG", 'C', 4}, Each({"R60", "R30", "CON"})},
               {{"Descrizione", 'C', 60},
-               each({"Ricevuta bancaria 30/60/90", "Bonifico 30 giorni con acconto", "Contanti"})},
-              {{"NumeroRate", 'I'}, each({3, 2, 0})},
+               Each({"Ricevuta bancaria 30/60/90", "Bonifico 30 giorni con acconto", "Contanti"})},
+              {{"NumeroRate", 'I'}, Each({3, 2, 0})},
               {{"Sconto", 'C', 10}, {}},
-              {{"Partenza", 'C', 2}, each({"F", "D", {}})},
-              {{"PrimaRata", 'I'}, each({30, 0, {}})}}},
+              {{"Partenza", 'C', 2}, Each({"F", "D", {}})},
+              {{"PrimaRata", 'I'}, Each({30, 0, {}})}}},
             {"PGRata",
              "tabelle",
              Exactly(2),
              {{{"Cd_PG", 'C', 4}, Fixed("R30")},
               {{"Riga", 'I'}, RowNumber()},
-              {{"Giorni", 'N', 4}, each({0, 30})},
-              {{"Percentuale", 'N', 6, 2}, each({40, 60})},
+              {{"Giorni", 'N', 4}, Each({0, 30})},
+              {{"Percentuale", 'N', 6, 2}, Each({40, 60})},
               {{"TipoPagamento", 'C', 3}, Fixed("BON")}}}};
 }
 

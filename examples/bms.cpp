@@ -2,7 +2,7 @@
 // articles with the codes of suppliers, languages and characteristics, bills with their cycles, orders of three kinds,
 // price lists with quantities.
 
-#include "examples/describedRules.h"
+#include "examples/plainTables.h"
 
 namespace examples {
 
@@ -134,10 +134,10 @@ Table RoleTable(const QString& name, const char* key, const Count& count, const 
 }
 
 QVector<Table> RoleTables() {
-    return {RoleTable("ANCLIENT", "COD_CLIENTE", Customers, Exactly(0), CustomerCode(), "L1",
+    return {RoleTable("ANCLIENT", "COD_CLIENTE", Customers, Exactly(0), CustomerCode(), SalesList,
                       {{{"ID_SOGGETTO", 9000001}, {"COD_CLIENTE", "C900001"}, {"SCONTO1", "molto"}},
                        {{"ID_SOGGETTO", 9000002}, {"COD_CLIENTE", "C900002"}}}),
-            RoleTable("ANFORNIT", "COD_FORNITORE", Suppliers, Customers, SupplierCode(), "A1", {})};
+            RoleTable("ANFORNIT", "COD_FORNITORE", Suppliers, Customers, SupplierCode(), PurchaseList, {})};
 }
 
 QVector<Table> ArticleTables() {
@@ -264,46 +264,34 @@ QVector<Table> OrderTables() {
              {{"ID_ORDINE"}}}};
 }
 
-/// Two rows of an article in the list of sales, the second from ten pieces on, and one in that of purchases.
 QVector<Table> PriceTables() {
-    constexpr qint64 scales = 2;
-    const Count sales = Times(scales, Articles);
-    const auto byList = [sales](const Rule& ofSales, const Rule& ofPurchases) {
-        return Kinds({{sales, ofSales}, {Articles, ofPurchases}});
-    };
-    return {
-        {"LGLISTES",
-         "listini",
-         Exactly(2),
-         {{{"COD_LISTINO", 'C', 5}, Each({"L1", "A1"})},
-          {{"DESCR", 'C', 40}, Each({"Listino base", "Acquisti"})},
-          {{"TIPO", 'C', 1}, Each({"V", "A"})},
-          {{"COD_VALUTA", 'C', 3}, Fixed("EUR")}}},
-        {"LGLISRIG",
-         "listini",
-         [sales](const Options& options) { return sales(options) + Articles(options); },
-         {{{"COD_LISTINO", 'C', 5}, byList(Fixed("L1"), Fixed("A1"))},
-          {{"COD_ARTICOLO", 'C', 30}, byList(OfParent(scales, ArticleCode()), ArticleCode())},
-          {{"DT_INIZIO", 'T'}, Day(1)},
-          {{"DT_FINE", 'T'}, {}},
-          {{"QTA_DA", 'N', 12, 2}, byList(Each({0, 10}), No())},
-          {{"PREZZO", 'N', 12, 4}, Number(1, 190, 2)},
-          {{"SCONTO1", 'N', 6, 2}, OneOf({0, 0, 5})},
-          {{"SCONTO2", 'N', 6, 2}, {}},
-          {{"SCONTO3", 'N', 6, 2}, {}}},
-         {{{"COD_LISTINO", "L1"}, {"COD_ARTICOLO", "NON-CE"}}, {{"COD_LISTINO", "ZZ"}, {"COD_ARTICOLO", "BM-00001"}}},
-         {{"COD_LISTINO"}}}};
+    return {ListTable("LGLISTES",
+                      {.code = "COD_LISTINO", .description = "DESCR", .kind = "TIPO", .currency = "COD_VALUTA"}),
+            {"LGLISRIG",
+             "listini",
+             Prices(Articles),
+             PriceColumns({.list = "COD_LISTINO",
+                           .article = "COD_ARTICOLO",
+                           .from = "DT_INIZIO",
+                           .to = "DT_FINE",
+                           .quantity = "QTA_DA",
+                           .price = "PREZZO",
+                           .discount1 = "SCONTO1",
+                           .discount2 = "SCONTO2",
+                           .discount3 = "SCONTO3"},
+                          Articles, ArticleCode()),
+             {{{"COD_LISTINO", SalesList}, {"COD_ARTICOLO", "NON-CE"}},
+              {{"COD_LISTINO", "ZZ"}, {"COD_ARTICOLO", "BM-00001"}}},
+             {{"COD_LISTINO"}}}};
 }
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     for (const char* table : {"ANCLIENT", "ANFORNIT"}) {
-        script.Keep(table, "COD_PAGAM", {"RB30", "RB60", "BON"});
+        script.Keep(table, "COD_PAGAM", Terms);
         script.Keep(table, "COD_AGENTE", {"AG1", "AG2"});
-        script.Keep(table, "COD_LISTINO", {"L1", "A1"});
+        script.Keep(table, "COD_LISTINO", {SalesList, PurchaseList});
         script.Keep(table, "COD_ZONA", {"NORD", "SUD"});
         script.Keep(table, "COD_CATEG", {"IND", "RIV"});
     }

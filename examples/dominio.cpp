@@ -1,6 +1,7 @@
 // DOMINIO: a database with customers and suppliers in one table, their destinations, the chart of accounts and base
 // tables with their codes.
 
+#include "examples/chartOfAccounts.h"
 #include "examples/plainTables.h"
 
 namespace examples {

@@ -2,7 +2,6 @@
 // be customer and supplier. Each row tells the company.
 
 #include "examples/chartOfAccounts.h"
-#include "examples/describedRules.h"
 
 namespace examples {
 
@@ -58,7 +57,7 @@ Table RolesTable(const BankAccount& account) {
                              {{"CodPorto", 'C', 5}, OneOf({"FCO", "FRA"})},
                              {{"Fido", 'N', 18, 2}, OneOf({0, 5000, 25000})},
                              {{"FlagBlocco", 'I'}, Chance(2, Fixed(1), Fixed(0))},
-                             {{"CodMastro", 'C', 12}, BySide(Fixed("03"), Fixed("05"))},
+                             {{"CodMastro", 'C', 12}, BySide(Fixed("0401"), Fixed("0501"))},
                              {{"Note", 'M'}, Chance(10, Fixed("Chiude il lunedì"))}} +
                   Unused({"CodLingua", "CodVettore"}),
               {{{"TipoAnagrafica", 1}, {"CodCliFor", "90001"}, {"IdAnagGen", 9000001}},
@@ -163,30 +162,24 @@ QVector<Table> ArticleTables() {
                {}, {{"CodArticolo"}})};
 }
 
-/// Ledgers, and behind them the accounts.
 Table AccountTable() {
-    const auto byKind = [](const Rule& ledger, const Rule& account) {
-        return Kinds({{Exactly(chart::Ledgers), ledger}, {Exactly(chart::Accounts), account}});
-    };
-    const auto ofLedger = [](const Rule& rule) { return OfParent(chart::AccountsOfLedger, rule); };
-    const auto ofBoth = [&](const Rule& rule) { return byKind(rule, ofLedger(rule)); };
-    return Of("PianoConti", "conti", Exactly(chart::Ledgers + chart::Accounts),
-              {{{"CodConto", 'C', 12}, byKind(Code("", 2), Code("C", 5))},
-               {{"DesConto", 'C', 60}, byKind(chart::LedgerText(), chart::AccountText())},
-               {{"CodMastro", 'C', 12}, byKind({}, ofLedger(Code("", 2)))},
-               {{"TipoConto", 'C', 10}, ofBoth(chart::BySection("P", "P", "E", "E"))},
-               {{"SezBilancio", 'C', 1}, ofBoth(chart::BySection("A", "P", "C", "R"))},
-               {{"Livello", 'I'}, byKind(Fixed(1), Fixed(2))},
+    const QVector<Account> accounts = Chart(1, 3);
+    const auto kind = [](const Account& account) { return QString(account.IsEconomic() ? u'E' : u'P'); };
+    return Of("PianoConti", "conti", Exactly(accounts.size()),
+              {{{"CodConto", 'C', 12}, Each(accounts, &Account::code)},
+               {{"DesConto", 'C', 60}, Each(accounts, &Account::description)},
+               {{"CodMastro", 'C', 12}, Each(accounts, &Account::Parent)},
+               {{"TipoConto", 'C', 10}, Each(accounts, kind)},
+               {{"SezBilancio", 'C', 1}, Each(accounts, &Account::kind)},
+               {{"Livello", 'I'}, Each(accounts, &Account::Level)},
                {{"CodRiclass", 'C', 12}, {}},
-               {{"FlagMovimentabile", 'I'}, byKind(Fixed(0), Fixed(1))}},
+               {{"FlagMovimentabile", 'I'}, Each(accounts, &Account::TakesPostings)}},
               {{{"CodConto", "99"}, {"DesConto", "Conti d'ordine"}, {"TipoConto", "D'ORDINE"}}});
 }
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     const QString roles = QStringLiteral("ClientiFornitori");
     script.Keep(roles, "CodPagamento", {"RB30", "RB60", "BO60"});
     script.Translate(roles, "CodBancaAzienda", "BA1", "00001");

@@ -85,5 +85,11 @@ Totals MakeTesseraSolution(const Options& options);
 Totals MakeOSL(const Options& options);
 Totals MakeSIGIP(const Options& options);
 Totals MakeBMS(const Options& options);
+Totals MakeGemini(const Options& options);
+Totals MakeFenice(const Options& options);
+Totals MakeCometa(const Options& options);
+Totals MakeAlbalog(const Options& options);
+Totals MakePuzzle(const Options& options);
+Totals MakeFactory(const Options& options);
 
 } // namespace examples

@@ -15,7 +15,7 @@ constexpr qint64 Components = 3;
 const Count Articles = [](const Options& options) { return 2 * options.rows; };
 const Count Products = EachOf(8);   ///< the first articles
 const Count Assemblies = EachOf(8); ///< those behind them
-const Count Heads = [](const Options& options) { return Products(options) + Assemblies(options); };
+const Count Heads = Sum(Products, Assemblies);
 
 const PartyNames Identity{.name = "RAGSOC1",
                           .name2 = "RAGSOC2",
@@ -154,8 +154,7 @@ Table ArticleTable() {
 
 /// Products hold assemblies and parts, assemblies parts alone.
 QVector<Table> BillTables() {
-    const Rule part = AnyBehind(Heads, Articles, ArticleCode());
-    const Rule ofProduct = Turn(1, {AnyBehind(Products, Heads, ArticleCode()), part, part});
+    const Stages stages{.products = Products, .heads = Heads, .articles = Articles};
     return {{"DISBAT",
              "distinte",
              Heads,
@@ -171,7 +170,7 @@ QVector<Table> BillTables() {
              Times(Components, Heads),
              {{{"CODPAD", 'C', 20}, OfParent(Components, ArticleCode())},
               {{"PROGR", 'I'}, Line(Components)},
-              {{"CODFIG", 'C', 20}, Kinds({{Times(Components, Products), ofProduct}, {Articles, part}})},
+              {{"CODFIG", 'C', 20}, Component(stages, Components, ArticleCode())},
               {{"QUANTITA", 'N', 12, 3}, Number(0.5, 9, 1)},
               {{"UM", 'C', 3}, {}},
               {{"FORNITORE", 'C', 8}, Chance(10, AnySupplier())},

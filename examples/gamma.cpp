@@ -304,9 +304,7 @@ Table TubeTable() {
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.Material("S235", "Acciaio S235");
     script.Material("S355", "Acciaio S355");
     script.WorkCentre("SALD", "Saldatura");

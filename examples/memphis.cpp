@@ -1,6 +1,7 @@
 // Memphis: a database with customers and suppliers in one table, their destinations, and the chart of accounts in
 // ledgers and accounts.
 
+#include "examples/chartOfAccounts.h"
 #include "examples/plainTables.h"
 
 namespace examples {

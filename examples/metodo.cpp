@@ -11,6 +11,8 @@ namespace metodo {
 namespace {
 
 constexpr qint64 Carriers = 4;
+const QVector<Account> Ledgers = Chart(2, 2);
+const QVector<Account> Accounts = Chart(3, 3);
 constexpr qint64 Places = 2; ///< of a counterparty that has some
 
 Rule PartyCode() { return BySide(CustomerCode(), SupplierCode()); }
@@ -38,7 +40,7 @@ Table PartyTable() {
                        {{"CODDESTINATARIOPA", 'C', 7}, Chance(40, Code("A", 6))},
                        {{"PARTITAIVA", 'C', 12}, VatNumber()},
                        {{"CODFISCALE", 'C', 16}, TaxCode()},
-                       {{"CODMASTRO", 'I'}, BySide(Fixed(3), Fixed(5))},
+                       {{"CODMASTRO", 'I'}, BySide(Fixed(401), Fixed(501))},
                        {{"CODLINGUA", 'I'}, Chance(90, Fixed(1), No())},
                        {{"NOTE", 'C', 255}, Chance(10, Fixed("Chiude il lunedì"))},
                        {{"DATAMODIFICA", 'T'}, Day(300)}} +
@@ -182,7 +184,11 @@ QVector<Table> TablesOfParties() {
 
 // --- Base tables --------------------------------------------------------------------------------------------------
 
+int NumberOf(const Account& ledger) { return ledger.code.toInt(); }
+int LedgerOf(const Account& account) { return account.Parent().toInt(); }
+
 QVector<Table> BaseTables() {
+    const auto kind = [](const Account& ledger) { return ledger.IsEconomic() ? QStringLiteral("E") : ledger.kind; };
     const BankAccount own("ANAGRAFICABANCHE");
     return {
         {"ANAGRAFICABANCHE",
@@ -201,17 +207,17 @@ QVector<Table> BaseTables() {
          {{{"DSCBANCA", "Vecchio conto"}, {"ABI", "1234567"}, {"CODICEIBAN", {}}}}},
         {"TABMASTRI",
          "conti",
-         Exactly(chart::Ledgers),
-         {{{"CODICE", 'I'}, RowNumber()},
-          {{"DESCRIZIONE", 'C', 80}, chart::LedgerText()},
-          {{"TIPO", 'C', 20}, chart::BySection("A", "P", "E", "E")}},
+         Exactly(Ledgers.size()),
+         {{{"CODICE", 'I'}, Each(Ledgers, NumberOf)},
+          {{"DESCRIZIONE", 'C', 80}, Each(Ledgers, &Account::description)},
+          {{"TIPO", 'C', 20}, Each(Ledgers, kind)}},
          {{{"DESCRIZIONE", "Conti d'ordine"}, {"TIPO", "D'ORDINE"}}}},
         {"ANAGRAFICAGENERICI",
          "conti",
-         Exactly(chart::Accounts),
+         Exactly(Accounts.size()),
          {{{"CODCONTO", 'C', 7}, LetterCode("G")},
-          {{"DSCCONTO1", 'C', 200}, chart::AccountText()},
-          {{"CODMASTRO", 'I'}, OfParent(chart::AccountsOfLedger, RowNumber())}}},
+          {{"DSCCONTO1", 'C', 200}, Each(Accounts, &Account::description)},
+          {{"CODMASTRO", 'I'}, Each(Accounts, LedgerOf)}}},
         {"TABPAGAMENTI",
          "tabelle",
          Exactly(3),
@@ -243,9 +249,7 @@ QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
     const QString party = QStringLiteral("ANAGRAFICACF");
     const QString article = QStringLiteral("ANAGRAFICAARTICOLI");
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.Translate(party, "NAZIONE", "1", "ITA");
     script.Translate(party, "VALUTA", "1", "EUR");
     script.Translate(party, "CODLINGUA", "1", "IT");
@@ -266,8 +270,8 @@ QuadrixScript PreparedFor(const Options& options) {
     script.Translate(article, "GRUPPO", "1", "MECCANICA");
     script.Translate(article, "GRUPPO", "2", "IDRAULICA");
     script.Translate(article, "CATEGORIA", "1", "SERIE");
-    for (qint64 ledger = 1; ledger <= chart::Ledgers; ++ledger) {
-        script.Translate("TABMASTRI", "CODICE", QString::number(ledger), ledger == chart::Ledgers ? "VE" : "GE");
+    for (const Account& ledger : Ledgers) {
+        script.Translate("TABMASTRI", "CODICE", QString::number(NumberOf(ledger)), ledger.kind == "R" ? "VE" : "GE");
     }
     const auto document = [&script](const char* code, const char* category, const char* reason, const char* type) {
         script.Translate("PARAMETRIDOC", "CODICE", code, reason);

@@ -46,7 +46,7 @@ QVector<Table> ArticleTables() {
          {{{"CODICEART", 'C', 60}, ofYear(ItemCode())},
           {{"ESERCIZIO", 'I'}, Year()},
           {{"CODIVA", 'C', 4}, ofYear(Chance(90, Fixed("22"), Fixed("10")))},
-          {{"SCGENVENDITEITA", 'C', 7}, Fixed("G    33")},
+          {{"SCGENVENDITEITA", 'C', 7}, Fixed("G     8")},
           {{"SCONTO1", 'N', 8, 2}, OneOf({0, 0, 5})},
           {{"SCONTO2", 'N', 8, 2}, No()},
           {{"SCONTO3", 'N', 8, 2}, No()},

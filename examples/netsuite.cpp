@@ -249,9 +249,7 @@ QVector<Table> BaseTables() {
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     const QString customers = QStringLiteral("ANCL200F");
     const QString suppliers = QStringLiteral("ANFO200F");
     script.Translate(customers, "CDNAZ", "I", "ITA");

@@ -1,7 +1,7 @@
 // OSL GP90: the database of a production system: base tables, customers, suppliers and carriers with destinations and
 // contacts, articles, bills with their cycles, orders of three kinds, price lists with quantities.
 
-#include "examples/describedRules.h"
+#include "examples/plainTables.h"
 
 namespace examples {
 
@@ -85,7 +85,7 @@ QVector<Table> CounterpartyTables() {
                         {{"SCONTO1", 'N', 6, 2}, OneOf({0, 0, 5, 10})},
                         {{"SCONTO2", 'N', 6, 2}, OneOf({0, 0, 3})},
                         {{"CODAGE", 'C', 5}, Chance(30, OneOf({"AG1", "AG2"}))},
-                        {{"CODLIS", 'C', 5}, BySide(OneOf({"L1", {}}), OneOf({"A1", {}}))},
+                        {{"CODLIS", 'C', 5}, BySide(OneOf({SalesList, {}}), OneOf({PurchaseList, {}}))},
                         {{"CODZONA", 'C', 5}, OneOf({"NORD", "SUD", {}})},
                         {{"CODVAL", 'C', 3}, Fixed("EUR")},
                         {{"CODIVA", 'C', 4}, Chance(8, Fixed("N8"))},
@@ -225,43 +225,33 @@ QVector<Table> OrderTables() {
              {{"ANNO", "TIPO", "NUMERO"}}}};
 }
 
-/// Two rows of an article in the list of sales, the second from ten pieces on, and one in that of purchases.
 QVector<Table> PriceTables() {
-    constexpr qint64 scales = 2;
-    const Count sales = Times(scales, Articles);
-    const auto byList = [sales](const Rule& ofSales, const Rule& ofPurchases) {
-        return Kinds({{sales, ofSales}, {Articles, ofPurchases}});
-    };
-    return {{"LISTES",
-             "listini",
-             Exactly(2),
-             {{{"CODLIS", 'C', 5}, Each({"L1", "A1"})},
-              {{"DESCR", 'C', 40}, Each({"Listino base", "Acquisti"})},
-              {{"TIPO", 'C', 1}, Each({"V", "A"})},
-              {{"VALUTA", 'C', 3}, Fixed("EUR")},
-              {{"DATAINI", 'T'}, Day(1)}}},
-            {"LISRIG",
-             "listini",
-             [sales](const Options& options) { return sales(options) + Articles(options); },
-             {{{"CODLIS", 'C', 5}, byList(Fixed("L1"), Fixed("A1"))},
-              {{"CODART", 'C', 30}, byList(OfParent(scales, ArticleCode()), ArticleCode())},
-              {{"DATAINI", 'T'}, Day(1)},
-              {{"DATAFIN", 'T'}, {}},
-              {{"QTASCAGL", 'N', 12, 2}, byList(Each({0, 10}), No())},
-              {{"PREZZO", 'N', 12, 4}, Number(1, 190, 2)},
-              {{"SCONTO1", 'N', 6, 2}, OneOf({0, 0, 5})},
-              {{"SCONTO2", 'N', 6, 2}, {}}},
-             {{{"CODLIS", "L1"}, {"CODART", "NON-CE"}}, {{"CODLIS", "ZZ"}, {"CODART", "OS-00001"}}},
-             {{"CODLIS"}}}};
+    return {
+        ListTable("LISTES",
+                  {.code = "CODLIS", .description = "DESCR", .kind = "TIPO", .currency = "VALUTA", .from = "DATAINI"}),
+        {"LISRIG",
+         "listini",
+         Prices(Articles),
+         PriceColumns({.list = "CODLIS",
+                       .article = "CODART",
+                       .from = "DATAINI",
+                       .to = "DATAFIN",
+                       .quantity = "QTASCAGL",
+                       .price = "PREZZO",
+                       .discount1 = "SCONTO1",
+                       .discount2 = "SCONTO2"},
+                      Articles, ArticleCode()),
+         {{{"CODLIS", SalesList}, {"CODART", "NON-CE"}}, {{"CODLIS", "ZZ"}, {"CODART", "OS-00001"}}},
+         {{"CODLIS"}}}};
 }
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.Keep("ANAGRAFICHE", "CODPAG", {"RB30", "RB60", "CONT"});
+    script.Keep("ANAGRAFICHE", "CODPAG", Terms);
     script.Translate("ANAGRAFICHE", "NAZIONE", "I", "ITA");
     script.Translate("ANAGRAFICHE", "NAZIONE", "ITA", "ITA");
     script.Keep("ANAGRAFICHE", "CODAGE", {"AG1", "AG2"});
-    script.Keep("ANAGRAFICHE", "CODLIS", {"L1", "A1"});
+    script.Keep("ANAGRAFICHE", "CODLIS", {SalesList, PurchaseList, SpecialList});
     script.Keep("ANAGRAFICHE", "CODZONA", {"NORD", "SUD"});
     script.Keep("Lavorazioni", "Descrizione", {"SALD", "ZINC"});
     script.Keep("CICLI", "MACCHINA", {"CS1"});

@@ -1,7 +1,7 @@
 // Panthera: a database with production models, their activities and materials, and price lists of both directions. Its
 // codes are padded with blanks. The counterparties and articles that it names are in Quadrix already.
 
-#include "examples/describedRules.h"
+#include "examples/plainTables.h"
 
 namespace examples {
 
@@ -140,23 +140,11 @@ QuadrixScript PreparedFor(const Options& options) {
     script.Translate("MODPRO", "R_STABILIMENTO", "S02", "002");
     script.Keep("MODPRO_ATV", "R_OPERAZIONE", {"SALD", "ZINC"});
     script.Keep("MODPRO_ATV", "R_CEN_LAVORO", {"CS1"});
-    const auto rows = [&options](const Count& count, const QVector<Rule>& rules) {
-        QVector<QStringList> all;
-        for (qint64 row = 0; row < count(options); ++row) {
-            QStringList values;
-            for (const Rule& rule : rules) {
-                values.append(rule({options, row, StreamOf("Quadrix")}).toString());
-            }
-            all.append(values);
-        }
-        return all;
-    };
-    script.Rows("ART_ICO", {"CDART", "ARDES"}, rows(Articles, {ArticleCode(), ArticleText()}));
-    script.Rows("CON_TRO", {"CDCON", "CORAS", "COCLI", "COCGE"},
-                rows(KnownCustomers, {Code("1", 5), CompanyName(35), Fixed(1), CustomerCode()}));
-    script.Rows(
-        "CON_TRO", {"CDCON", "CORAS", "COFOR", "COFGE"},
-        rows(KnownSuppliers, {Code("2", 5), Behind(KnownCustomers, CompanyName(35)), Fixed(1), SupplierCode()}));
+    Prepare(script,
+            {"ART_ICO", {}, Articles, {{{"CDART", 'C', 50}, ArticleCode()}, {{"ARDES", 'C', 100}, ArticleText()}}},
+            options);
+    PrepareCustomers(script, KnownCustomers(options), CustomerCode(), options);
+    PrepareSuppliers(script, KnownSuppliers(options), SupplierCode(), options);
     return script;
 }
 

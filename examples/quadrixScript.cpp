@@ -15,9 +15,9 @@ void QuadrixScript::Translate(const QString& table, const QString& field, const 
     Replace("SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}, {table, field, oldCode, newCode}, 3);
 }
 
-void QuadrixScript::Keep(const QString& table, const QString& field, const QStringList& codes) {
-    for (const QString& code : codes) {
-        Translate(table, field, code, code);
+void QuadrixScript::Keep(const QString& table, const QString& field, const QVariantList& codes) {
+    for (const QVariant& code : field.isEmpty() ? QVariantList() : codes) {
+        Translate(table, field, code.toString(), code.toString());
     }
 }
 
@@ -25,16 +25,14 @@ void QuadrixScript::VatCode(const QString& code, const QString& description, int
     Replace("TAB_IVA", {"CDIVA", "IVDES", "IVALI"}, {code, description, QString::number(rate)}, 1);
 }
 
+void QuadrixScript::UsualVatCodes() {
+    VatCode("22", "IVA 22%", 22);
+    VatCode("10", "IVA 10%", 10);
+    VatCode("N8", "Non imponibile art. 8", 0);
+}
+
 void QuadrixScript::Bank(const QString& code, const QString& description) {
     Replace(m_company + QStringLiteral("_BAN_CHE"), {"CDBAN", "BADES", "BAEXT"}, {code, description, code}, 1);
-}
-
-void QuadrixScript::Customer(const QString& number, const QString& code, const QString& name) {
-    Replace(m_company + QStringLiteral("_CON_TRO"), {"CDCON", "CORAS", "COCLI", "COCGE"}, {number, name, "1", code}, 1);
-}
-
-void QuadrixScript::Supplier(const QString& number, const QString& code, const QString& name) {
-    Replace(m_company + QStringLiteral("_CON_TRO"), {"CDCON", "CORAS", "COFOR", "COFGE"}, {number, name, "1", code}, 1);
 }
 
 void QuadrixScript::DocumentReason(const QString& category, const QString& code, const QString& type) {

@@ -180,11 +180,9 @@ QVector<Table> OrderTables(const QString& heads, const QString& rows, const Coun
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     for (const char* table : {"CLIENTI", "FORNIT"}) {
-        script.Keep(table, "CODPAG", {"RB30", "RB60", "BON"});
+        script.Keep(table, "CODPAG", Terms);
         script.Translate(table, "NAZION", "I", "ITA");
         script.Translate(table, "NAZION", "ITA", "ITA");
         script.Keep(table, "CODAGE", {"AG1", "AG2"});

@@ -151,9 +151,7 @@ QVector<Table> PriceTables() {
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.Translate("CLIFO", "SOGGIVA_SN", "N", "N8");
     for (const char* code : {"RB30", "RB60", "RD"}) {
         script.Translate("CLIFO", "CODPAG", code, code);

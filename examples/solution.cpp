@@ -131,9 +131,7 @@ QVector<Table> DocumentTables(const Count& articles, const Rule& article) {
 }
 
 void Prepare(QuadrixScript& script) {
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.Translate("ANA_CON", "AC_NAZ", "ITALIA", "ITA");
     script.Translate("ANA_CON", "AC_NAZ", "I", "ITA");
     script.Keep("ANA_CON", "AC_PAGAM", {"RB30", "RB60", "BON"});

@@ -254,9 +254,7 @@ QVector<Table> Tables(const Rule& code) {
 }
 
 void Prepare(QuadrixScript& script) {
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     for (const char* code : {"22", "10", "N8"}) {
         script.Translate("Iva", "CodIva", code, code);
     }
