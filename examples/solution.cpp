@@ -3,6 +3,8 @@
 
 #include "examples/tessera.h"
 
+#include <QDir>
+
 namespace examples {
 
 namespace solution {
@@ -150,10 +152,12 @@ void Prepare(QuadrixScript& script) {
     script.DocumentReason("VEN", "FATCS", "FAT");
 }
 
-/// The settings beside those of Quadrix that lead to the database.
-void WriteSettings(const Options& options, const QByteArray& database) {
+/// "Solution.ini" has its place beside the settings of Quadrix. The folder of the example is one of theirs, from which
+/// the path of the database counts.
+void WriteSettings(const Options& options, const QString& database) {
+    const QString path = QDir(options.folder).dirName() + u'/' + database;
     WriteText(options.folder + QStringLiteral("/Solution.ini"),
-              "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=" + database + "\r\n");
+              "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=" + path.toUtf8() + "\r\n");
 }
 
 } // namespace
