@@ -66,7 +66,7 @@ Table ArticleTable() {
                           {{"utdc", 'T'}, Day(300)}};
     return {"ART_ICOL",
             "articoli",
-            [](const Options& options) { return Articles(options) + lantek::Sheets; },
+            Sum(Articles, Exactly(lantek::Sheets)),
             fields,
             {{{"ARCODART", "PESO-MANCA"}, {"ARPESNET", "due"}, {"ARCODFAM", "MECC"}, {"ARGRUMER", {}}},
              {{"ARCODART", "S235-8-RITAGLI"}, {"ARDIMLU1", {}}, {"ARGRUMER", "S235"}}},
@@ -95,9 +95,7 @@ QVector<Table> TablesOfArticles() {
     const Rule item = ItemCode();
     const Table codes{"KEY_ARTI",
                       "articoli",
-                      [](const Options& options) {
-                          return Articles(options) + EachOf(2)(options) + EachOf(3)(options) + EachOf(10)(options);
-                      },
+                      Sum(Sum(Articles, EachOf(2)), Sum(EachOf(3), EachOf(10))),
                       {{{"CACODICE", 'C', 20}, code(item, BarCode(), Code("FOR-", 5), Code("CLI-", 5))},
                        {{"CACODART", 'C', 20}, code(item, item, item, item)},
                        {{"CATIPCON", 'C', 1}, code({}, {}, Fixed("F"), Fixed("C"))},
@@ -164,7 +162,7 @@ QVector<Table> StockTables() {
                      {{"MMSERIAL"}}};
     const Table balances{"SALDIART",
                          "magazzino",
-                         [](const Options& options) { return Articles(options) + InSecondStore(options); },
+                         Sum(Articles, InSecondStore),
                          {{{"SLCODICE", 'C', 20}, Kinds({{Articles, ItemCode()}, {InSecondStore, ItemCode()}})},
                           {{"SLCODMAG", 'C', 5}, Kinds({{Articles, Fixed("M1")}, {InSecondStore, Fixed("M2")}})},
                           {{"SLQTAPER", 'N', 18, 3}, Chance(80, Number(0, 500, 1), Fixed(0))},

@@ -102,7 +102,7 @@ const ArticleNames ItemNames{.description = "desart",
 Table CounterpartyTable() {
     return {"anagraf",
             "controparti",
-            [](const Options& options) { return Counterparties(options) + Carriers; },
+            Sum(Counterparties, Exactly(Carriers)),
             QVector<Field>{
                 {{"tipana", 'C', 1}, ByKind(Chance(5, Fixed("E"), Fixed("C")), Fixed("F"), Fixed("V"))},
                 {{"codana", 'C', 8}, ByKind(CustomerCode(), SupplierCode(), CarrierCode())},

@@ -94,7 +94,7 @@ Table ChartTable() {
     };
     return {"pdc",
             "conti",
-            [own](const Options& options) { return own(options) + Counterparties(options); },
+            Sum(own, Counterparties),
             {{{"conto", 'C', 20}, either(Each(accounts, &Account::code), Code("0401C", 6), Code("0501F", 6))},
              {{"descr", 'C', 50}, either(Each(accounts, &Account::description), CompanyName(50), Fixed("Fornitore"))},
              {{"mastro", 'C', 10}, either(Each(accounts, &Account::Parent), Fixed("0401"), Fixed("0501"))},

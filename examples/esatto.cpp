@@ -72,8 +72,7 @@ Table AddressTable() {
     const auto byKind = [](const Rule& main, const Rule& further) {
         return Kinds({{Counterparties, main}, {FurtherPlaces, further}});
     };
-    return Of("AnagrGenIndirizzi", "controparti",
-              [](const Options& options) { return Counterparties(options) + FurtherPlaces(options); },
+    return Of("AnagrGenIndirizzi", "controparti", Sum(Counterparties, FurtherPlaces),
               QVector<Field>{{{"IdAnagGen", 'I'}, byKind(RowNumber(), OfParent(Places, RowNumber()))},
                              {{"NumProgr", 'I'}, byKind(Fixed(0), Line(Places))},
                              {{"RagSoc1", 'C', 60}, byKind(CompanyName(60), OneOf({"Magazzino", "Stabilimento"}))},

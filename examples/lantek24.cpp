@@ -135,7 +135,7 @@ Table OperationsTable() {
     return {
         "MMNN_PPOO_00000200",
         "distinte",
-        [](const Options& options) { return Operations * Parts(options) + Assemblies(options); },
+        Sum(Times(Operations, Parts), Assemblies),
         {{{"RecID", 'I'}, [](const Place& place) { return QVariant(place.row + 1); }},
          {{"PrdRef", 'C', 60},
           Kinds({{Times(Operations, Parts), OfParent(Operations, PartCode())}, {Assemblies, AssemblyCode()}})},
@@ -155,7 +155,7 @@ Table CostsTable() {
     const Rule child = Turn(1, {AnyOf(Parts, PartCode()), AnyOf(Parts, PartCode()), AnyOf(Bought, BoughtCode())});
     return {"MMNN_PPOO_00000300",
             "distinte",
-            [](const Options& options) { return Parts(options) + components * Assemblies(options); },
+            Sum(Parts, Times(components, Assemblies)),
             {{{"PrdRef", 'C', 60}, Kinds({{Parts, PartCode()}, {ofAssemblies, OfParent(components, AssemblyCode())}})},
              {{"CType", 'I'}, Fixed(100)},
              {{"CPrdRef", 'C', 60}, Kinds({{Parts, Blank()}, {ofAssemblies, child}})},

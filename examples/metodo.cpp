@@ -211,7 +211,7 @@ QVector<Table> BaseTables() {
          {{{"CODICE", 'I'}, Each(Ledgers, NumberOf)},
           {{"DESCRIZIONE", 'C', 80}, Each(Ledgers, &Account::description)},
           {{"TIPO", 'C', 20}, Each(Ledgers, kind)}},
-         {{{"DESCRIZIONE", "Conti d'ordine"}, {"TIPO", "D'ORDINE"}}}},
+         {{{"CODICE", 9900}, {"DESCRIZIONE", "Conti d'ordine"}, {"TIPO", "D'ORDINE"}}}},
         {"ANAGRAFICAGENERICI",
          "conti",
          Exactly(Accounts.size()),

@@ -112,7 +112,7 @@ QVector<Table> ArticleTables() {
          {{"CODART"}}},
         {"RELAZIONICFV",
          "articoli",
-         [](const Options& options) { return EachOf(3)(options) + EachOf(10)(options); },
+         Sum(EachOf(3), EachOf(10)),
          {{{"CODCLIFOR", 'C', 7}, ofCodes(AnyOf(Suppliers, SupplierCode()), AnyOf(Customers, CustomerCode()))},
           {{"RIFERIMENTO", 'C', 50}, ofCodes(Code("FOR-", 5), Code("CLI-", 5))},
           {{"ARTICOLO", 'C', 60}, ofCodes(ItemCode(), ItemCode())}},

@@ -121,7 +121,7 @@ Table ArticleTable() {
                              {{"QTAINVENT", 'N', 12, 3}, Number(0, 500, 1)},
                              {{"QTACARICO", 'N', 12, 3}, Chance(30, Number(0, 100, 1))},
                              {{"QTASCARIC", 'N', 12, 3}, Chance(30, Number(0, 100, 1))}};
-    const Count rows = [](const Options& options) { return Articles(options) + Heads(options); };
+    const Count rows = Sum(Articles, Heads);
     return {"ART_MAG",
             "articoli",
             rows,

@@ -17,7 +17,7 @@ constexpr int TextWidth = 60;
 const Count Articles = [](const Options& options) { return options.rows; };
 const Count Heads = EachOf(5); ///< articles with a bill: the first
 const Count Destinations = EachOf(8);
-const Count Parties = [](const Options& options) { return Counterparties(options) + Destinations(options); };
+const Count Parties = Sum(Counterparties, Destinations);
 
 Rule CustomerCode() { return Code("201.", 5); }
 Rule SupplierCode() { return Code("601.", 5); }

@@ -206,7 +206,7 @@ QVector<Table> OrderTables() {
              {{"ANNO", "TIPO", "NUMERO"}}},
             {"ORDRIG",
              "documenti",
-             [](const Options& options) { return OrderLines * (Orders(options) + 1); },
+             Times(OrderLines, Sum(Orders, Exactly(1))),
              {{{"ANNO", 'I'}, Fixed(2024)},
               {{"TIPO", 'C', 1}, OfParent(OrderLines, kind)},
               {{"NUMERO", 'I'}, OfParent(OrderLines, number)},

@@ -159,7 +159,7 @@ QVector<Table> OrderTables(const QString& heads, const QString& rows, const Coun
             {rows,
              "documenti",
              // The odd order has its rows as well.
-             [orders](const Options& options) { return OrderLines * (orders(options) + 1); },
+             Times(OrderLines, Sum(orders, Exactly(1))),
              {{{"ANNO", 'I'}, Fixed(2024)},
               {{"NUMORD", 'I'}, OfParent(OrderLines, RowNumber())},
               {{"NUMRIG", 'I'}, Line(OrderLines)},

@@ -115,7 +115,7 @@ QVector<Table> DocumentTables(const Count& articles, const Rule& article) {
              {{"DT_ID"}}},
             {"DOC_RIG",
              "documenti",
-             [](const Options& options) { return DocumentLines * (Documents(options) + 2); },
+             Times(DocumentLines, Sum(Documents, Exactly(2))),
              {{{"DR_IDTES", 'I'}, OfParent(DocumentLines, RowNumber())},
               {{"DR_RIGA", 'I'}, Line(DocumentLines)},
               {{"DR_CODART", 'C', 20}, With(rowOfSet, AnyOf(articles, article))},

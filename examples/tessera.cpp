@@ -182,7 +182,7 @@ QVector<Table> OrderTables(const QByteArray& name, const Count& orders, const Ru
             {QString(name + 'R'),
              "documenti",
              // The odd heads have a row as well.
-             [=](const Options& options) { return OrderLines * orders(options) + OrderLines * odd.size(); },
+             Times(OrderLines, Sum(orders, Exactly(odd.size()))),
              {{{id + 'R', 'I'}, RowNumber()},
               {{id, 'I'}, OfParent(OrderLines, RowNumber())},
               {{"NumRig", 'I'}, Line(OrderLines)},

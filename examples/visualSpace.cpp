@@ -207,7 +207,7 @@ QVector<Table> OrderTables(const QString& side, const Count& orders, const QByte
             {"R_ORDINI_" + side,
              "documenti",
              // The odd heads have rows as well.
-             [=](const Options& options) { return OrderRows * (orders(options) + odd.size()); },
+             Times(OrderRows, Sum(orders, Exactly(odd.size()))),
              {{{"ANNO", 'I'}, Fixed(2024)},
               {{"NUM_ORDINE", 'I'}, OfParent(OrderRows, RowNumber())},
               {{"NUM_RIGA", 'I'}, Line(OrderRows)},
