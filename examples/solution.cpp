@@ -155,7 +155,7 @@ void Prepare(QuadrixScript& script) {
 /// "Solution.ini" has its place beside the settings of Quadrix. The folder of the example is one of theirs, from which
 /// the path of the database counts.
 void WriteSettings(const Options& options, const QString& database) {
-    const QString path = QDir(options.folder).dirName() + u'/' + database;
+    const QString path = QDir(QDir(options.folder).absolutePath()).dirName() + u'/' + database;
     WriteText(options.folder + QStringLiteral("/Solution.ini"),
               "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=" + path.toUtf8() + "\r\n");
 }
