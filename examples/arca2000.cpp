@@ -307,9 +307,7 @@ void Prepare(QuadrixScript& script) {
     Translate(script, "aliva", VatCodes());
     Translate(script, "banca", BankCodes());
     Translate(script, "classe", CategoryCodes());
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.VatCode("N9", "Non imponibile art. 9", 0);
     script.VatCode("E15", "Escluso art. 15", 0);
 }

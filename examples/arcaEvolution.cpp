@@ -17,16 +17,10 @@ const Count Articles = [](const Options& options) { return options.rows; };
 const Count Documents = Times(DocumentKinds, EachOf(5));
 
 Rule No() { return Fixed(0); }
-Rule Id() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
 Rule ArticleCode() { return Code("AE-", 5); }
 Rule CustomerCode() { return Code("C", 6); }
 Rule SupplierCode() { return Code("F", 6); }
-Rule CounterpartyCode() { return Kinds({{Customers, CustomerCode()}, {Suppliers, SupplierCode()}}); }
-Rule BySide(const Rule& customer, const Rule& supplier) {
-    return Kinds({{Customers, customer}, {Suppliers, supplier}});
-}
+Rule CounterpartyCode() { return BySide(CustomerCode(), SupplierCode()); }
 
 Table CounterpartyTable() {
     const Address address("CF");
@@ -95,11 +89,11 @@ QVector<Table> ContactTables() {
     return {{"CFContattoTipo",
              "controparti",
              Exactly(1),
-             {{{"Id_CFContattoTipo", 'I'}, Id()}, {{"Descrizione", 'C', 60}, Fixed("AMMINISTRAZIONE")}}},
+             {{{"Id_CFContattoTipo", 'I'}, RowNumber()}, {{"Descrizione", 'C', 60}, Fixed("AMMINISTRAZIONE")}}},
             {"CFContatto",
              "controparti",
              Counterparties,
-             {{{"Id_CFContatto", 'I'}, Id()},
+             {{{"Id_CFContatto", 'I'}, RowNumber()},
               {{"Cd_CF", 'C', 7}, CounterpartyCode()},
               {{"Id_CFContattoTipo", 'I'}, Chance(30, Fixed(1))},
               {{"Nome", 'C', 40}, FirstName()},
@@ -130,31 +124,28 @@ QVector<Table> ContactTables() {
 }
 
 QVector<Table> TermTables() {
-    const auto each = [](const QVariantList& values) {
-        return Rule([values](const Place& place) { return values.value(static_cast<int>(place.row)); });
-    };
     return {{"PG",
              "tabelle",
              Exactly(3),
-             {{{"Cd_PG", 'C', 4}, each({"R60", "R30", "CON"})},
+             {{{"Cd_PG", 'C', 4}, Each({"R60", "R30", "CON"})},
               {{"Descrizione", 'C', 60},
-               each({"Ricevuta bancaria 30/60/90", "Bonifico 30 giorni con acconto", "Contanti"})},
-              {{"NumeroRate", 'I'}, each({3, 2, 0})},
+               Each({"Ricevuta bancaria 30/60/90", "Bonifico 30 giorni con acconto", "Contanti"})},
+              {{"NumeroRate", 'I'}, Each({3, 2, 0})},
               {{"Sconto", 'C', 10}, {}},
-              {{"Partenza", 'C', 2}, each({"F", "D", {}})},
-              {{"PrimaRata", 'I'}, each({30, 0, {}})}}},
+              {{"Partenza", 'C', 2}, Each({"F", "D", {}})},
+              {{"PrimaRata", 'I'}, Each({30, 0, {}})}}},
             {"PGRata",
              "tabelle",
              Exactly(2),
              {{{"Cd_PG", 'C', 4}, Fixed("R30")},
-              {{"Riga", 'I'}, Id()},
-              {{"Giorni", 'N', 4}, each({0, 30})},
-              {{"Percentuale", 'N', 6, 2}, each({40, 60})},
+              {{"Riga", 'I'}, RowNumber()},
+              {{"Giorni", 'N', 4}, Each({0, 30})},
+              {{"Percentuale", 'N', 6, 2}, Each({40, 60})},
               {{"TipoPagamento", 'C', 3}, Fixed("BON")}}}};
 }
 
 Table ArticleTable() {
-    QVector<Field> fields{{{"Id_AR", 'I'}, Id()},
+    QVector<Field> fields{{{"Id_AR", 'I'}, RowNumber()},
                           {{"Cd_AR", 'C', 60}, ArticleCode()},
                           {{"Descrizione", 'C', 150}, ArticleText()},
                           {{"Note_AR", 'M'}, Chance(10, Fixed("Verniciare a parte"))},
@@ -240,18 +231,14 @@ QVector<Table> ArticleTables() {
 /// The documents that belong together have customer, articles and amounts in common.
 QVector<Table> DocumentTables() {
     const Rule kind = Turn(1, {Fixed("OC"), Fixed("DDT"), Fixed("FV"), Fixed("OF")});
-    const Amounts amounts("DO", DocumentLines, [](qint64 row) {
-        return row / (DocumentKinds * DocumentLines) * DocumentLines + row % DocumentLines;
-    });
+    const auto rowOfSet = RowOfSet(DocumentKinds, DocumentLines);
+    const Amounts amounts("DO", DocumentLines, rowOfSet);
     const Rule customer = OfParent(DocumentKinds, AnyOf(Customers, CustomerCode()));
-    const Rule article = [](const Place& place) {
-        const qint64 set = place.row / (DocumentKinds * DocumentLines);
-        return AnyOf(Articles, ArticleCode())(place.At(set * DocumentLines + place.row % DocumentLines));
-    };
+    const Rule article = With(rowOfSet, AnyOf(Articles, ArticleCode()));
     /// The row that a delivery note or an invoice carries out: that of the document before.
     const Rule before = [](const Place& place) { return QVariant(place.row + 1 - DocumentLines); };
-    QVector<Field> rows{{{"Id_DORig", 'I'}, Id()},
-                        {{"Id_DOTes", 'I'}, OfParent(DocumentLines, Id())},
+    QVector<Field> rows{{{"Id_DORig", 'I'}, RowNumber()},
+                        {{"Id_DOTes", 'I'}, OfParent(DocumentLines, RowNumber())},
                         {{"Riga", 'I'}, Line(DocumentLines)},
                         {{"TipoRigaRif", 'C', 1}, {}},
                         {{"Cd_AR", 'C', 60}, article},
@@ -273,7 +260,7 @@ QVector<Table> DocumentTables() {
             {"DOTes",
              "documenti",
              Documents,
-             {{{"Id_DOTes", 'I'}, Id()},
+             {{{"Id_DOTes", 'I'}, RowNumber()},
               {{"Cd_DO", 'C', 3}, kind},
               {{"CliFor", 'C', 1}, Turn(1, {Fixed("C"), Fixed("C"), Fixed("C"), Fixed("F")})},
               {{"TipoDocumento", 'C', 1}, Turn(1, {Fixed("O"), Fixed("B"), Fixed("F"), Fixed("O")})},
@@ -298,7 +285,7 @@ QVector<Table> DocumentTables() {
             {"DOTotali",
              "documenti",
              Documents,
-             {{{"Id_DOTes", 'I'}, Id()},
+             {{{"Id_DOTes", 'I'}, RowNumber()},
               {{"TotImponibileV", 'N', 14, 2}, amounts.Net()},
               {{"TotImpostaV", 'N', 14, 2}, amounts.Vat()},
               {{"TotDocumentoV", 'N', 14, 2}, amounts.Gross()}},

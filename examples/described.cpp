@@ -6,13 +6,15 @@ namespace examples::described {
 
 namespace {
 
+QVariant ValueOf(const Table& table, const Field& field, const Options& options, qint64 row) {
+    return field.rule ? field.rule({options, row, StreamOf(table.name.toLatin1() + '.' + field.column.name)})
+                      : QVariant();
+}
+
 /// @param odd what the row differs by; null for a row that follows the rules
 void AddRow(TableWriter& writer, const Table& table, const Options& options, qint64 row, const OddRow* odd) {
     for (const Field& field : table.fields) {
-        const QByteArray& name = field.column.name;
-        if (field.rule) {
-            writer.Set(name.constData(), field.rule({options, row, StreamOf(table.name.toLatin1() + '.' + name)}));
-        }
+        writer.Set(field.column.name.constData(), ValueOf(table, field, options, row));
     }
     if (odd != nullptr) {
         for (const auto& [column, value] : *odd) {
@@ -68,6 +70,22 @@ Totals Write(Store& store, const QVector<Table>& tables, const Options& options,
 Totals Write(const QString& file, const QVector<Table>& tables, const Options& options, const QuadrixScript& script) {
     SqliteFile store(options.folder + u'/' + file);
     return Write(store, tables, options, script);
+}
+
+void Prepare(QuadrixScript& script, const Table& table, const Options& options) {
+    QStringList columns;
+    for (const Field& field : table.fields) {
+        columns.append(QString::fromLatin1(field.column.name));
+    }
+    QVector<QStringList> rows;
+    for (qint64 row = 0; row < table.rows(options); ++row) {
+        QStringList values;
+        for (const Field& field : table.fields) {
+            values.append(ValueOf(table, field, options, row).toString());
+        }
+        rows.append(values);
+    }
+    script.Rows(table.name, columns, rows);
 }
 
 } // namespace examples::described

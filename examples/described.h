@@ -50,4 +50,7 @@ Totals Write(Store& store, const QVector<Table>& tables, const Options& options,
 /// The same into a SQLite file of the folder.
 Totals Write(const QString& file, const QVector<Table>& tables, const Options& options, const QuadrixScript& script);
 
+/// Puts the rows of a table of the company into the script, as tables are described; the first column tells them apart.
+void Prepare(QuadrixScript& script, const Table& table, const Options& options);
+
 } // namespace examples::described

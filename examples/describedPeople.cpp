@@ -1,5 +1,4 @@
 #include "examples/describedRules.h"
-#include "examples/italian.h"
 
 #include <algorithm>
 
@@ -17,9 +16,15 @@ qint64 WhoOf(const Place& place) {
     return isCustomerToo ? supplier : place.row;
 }
 
+italian::Identity IdentityOf(const Place& place) { return italian::MakeIdentity(place.options.seed, WhoOf(place)); }
+
 Rule OfIdentity(const std::function<QString(const italian::Identity&)>& part) {
-    return
-        [part](const Place& place) { return QVariant(part(italian::MakeIdentity(place.options.seed, WhoOf(place)))); };
+    return [part](const Place& place) { return QVariant(part(IdentityOf(place))); };
+}
+
+/// Where a name goes on in the next line: the last blank that leaves at most so many characters before it.
+qsizetype BreakOf(const QString& name, int length) {
+    return name.size() <= length ? name.size() : name.lastIndexOf(u' ', length);
 }
 
 /// Somebody's name, from one word of it to another.
@@ -27,13 +32,6 @@ Rule OfPerson(int first, int last) {
     return [=](const Place& place) {
         Random random(place.options.seed, StreamOf("person"), static_cast<quint64>(place.row));
         return QVariant(italian::MakePerson(random).section(u' ', first, last));
-    };
-}
-
-Rule OfBank(quint64 stream, const std::function<QString(const italian::Bank&)>& part) {
-    return [=](const Place& place) {
-        Random random(place.options.seed, stream, static_cast<quint64>(place.row));
-        return QVariant(part(italian::MakeBank(random)));
     };
 }
 
@@ -55,8 +53,20 @@ qint64 Suppliers(const Options& options) { return std::max<qint64>(1, options.ro
 
 qint64 Counterparties(const Options& options) { return options.rows; }
 
+Rule BySide(const Rule& customer, const Rule& supplier) {
+    return Kinds({{Customers, customer}, {Suppliers, supplier}});
+}
+
 Rule CompanyName(int length) {
     return OfIdentity([length](const italian::Identity& who) { return who.name.left(length).trimmed(); });
+}
+
+Rule NameBegin(int length) {
+    return OfIdentity([length](const italian::Identity& who) { return who.name.left(BreakOf(who.name, length)); });
+}
+
+Rule NameRest(int length) {
+    return OfIdentity([length](const italian::Identity& who) { return who.name.mid(BreakOf(who.name, length) + 1); });
 }
 
 Rule VatNumber() {
@@ -67,27 +77,30 @@ Rule TaxCode() {
     return OfIdentity([](const italian::Identity& who) { return who.taxCode; });
 }
 
+Rule IdentityNumber() {
+    return [](const Place& place) { return QVariant(WhoOf(place) + 1); };
+}
+
 Rule IfPerson(const Rule& person, const Rule& company) {
     return [=](const Place& place) {
-        const bool isCompany = italian::MakeIdentity(place.options.seed, WhoOf(place)).isCompany;
-        const Rule& chosen = isCompany ? company : person;
+        const Rule& chosen = IdentityOf(place).isCompany ? company : person;
         return chosen ? chosen(place) : QVariant();
     };
 }
 
 Rule OwnSurname() {
-    return OfIdentity([](const italian::Identity& who) { return who.name.section(u' ', 0, -2); });
+    return IfPerson(OfIdentity([](const italian::Identity& who) { return who.name.section(u' ', 0, -2); }), {});
 }
 
 Rule OwnFirstName() {
-    return OfIdentity([](const italian::Identity& who) { return who.name.section(u' ', -1); });
+    return IfPerson(OfIdentity([](const italian::Identity& who) { return who.name.section(u' ', -1); }), {});
 }
 
 Rule FirstName() { return OfPerson(0, 0); }
 
 Rule LastName() { return OfPerson(1, -1); }
 
-Rule PersonName() { return OfPerson(0, -1); }
+Rule FullName() { return OfPerson(0, -1); }
 
 Rule Mobile() {
     return [](const Place& place) {
@@ -115,7 +128,7 @@ Rule Address::StreetName() const {
 
 Rule Address::HouseNumber() const {
     return OfTown(m_stream, [](Random& random, const italian::Town&) {
-        italian::MakeStreet(random);
+        italian::MakeStreet(random); // drawn before it
         return italian::MakeHouseNumber(random);
     });
 }
@@ -130,6 +143,10 @@ Rule Address::Town() const {
 
 Rule Address::Province() const {
     return OfTown(m_stream, [](Random&, const italian::Town& town) { return QString::fromUtf16(town.province); });
+}
+
+Rule Address::LandCode() const {
+    return OfTown(m_stream, [](Random&, const italian::Town& town) { return QString::fromUtf16(town.landCode); });
 }
 
 Rule Address::Telephone() const {
@@ -152,26 +169,45 @@ Rule Iban() {
     };
 }
 
+Rule BankAccount::Part(const std::function<QString(const italian::Bank&)>& part) const {
+    return [=, *this](const Place& place) {
+        const qint64 bankRow = m_banks == 0 ? place.row : place.row % m_banks;
+        Random ofBank(place.options.seed, m_stream, static_cast<quint64>(bankRow));
+        Random ofRow(place.options.seed, m_stream + 1, static_cast<quint64>(place.row));
+        if (!ofRow.Chance(m_percent)) {
+            return QVariant();
+        }
+        italian::Bank bank = italian::MakeBank(ofBank);
+        bank.account = italian::MakeBank(ofRow).account;
+        bank.check = italian::BankCheck(bank.abi, bank.cab, bank.account);
+        return QVariant(part(bank));
+    };
+}
+
 Rule BankAccount::Abi() const {
-    return OfBank(m_stream, [](const italian::Bank& bank) { return bank.abi; });
+    return Part([](const italian::Bank& bank) { return bank.abi; });
 }
 
 Rule BankAccount::Cab() const {
-    return OfBank(m_stream, [](const italian::Bank& bank) { return bank.cab; });
+    return Part([](const italian::Bank& bank) { return bank.cab; });
 }
 
 Rule BankAccount::Check() const {
-    return OfBank(m_stream, [](const italian::Bank& bank) { return bank.check; });
+    return Part([](const italian::Bank& bank) { return bank.check; });
 }
 
 Rule BankAccount::Number() const {
-    return OfBank(m_stream, [](const italian::Bank& bank) { return bank.account; });
+    return Part([](const italian::Bank& bank) { return bank.account; });
 }
 
-Rule BankAccount::Iban() const { return OfBank(m_stream, IbanOf); }
+Rule BankAccount::Iban() const { return Part(IbanOf); }
 
 Rule BankAccount::Bic() const {
-    return OfBank(m_stream, [](const italian::Bank& bank) { return bank.bic; });
+    return Part([](const italian::Bank& bank) { return bank.bic; });
+}
+
+Rule BankAccount::OfBank(const Rule& rule) const {
+    return With([banks = m_banks](qint64 row) { return banks == 0 ? row : row % banks; }, rule);
 }
 
 } // namespace examples::described

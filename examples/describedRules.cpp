@@ -3,6 +3,7 @@
 #include "examples/articles.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace examples::described {
 
@@ -25,8 +26,16 @@ Rule Code(const QString& prefix, int digits, qint64 first) {
     };
 }
 
+Rule RowNumber() {
+    return [](const Place& place) { return QVariant(place.row + 1); };
+}
+
 Rule OneOf(const QVariantList& values) {
     return [values](const Place& place) { return values[static_cast<int>(place.Draw().Below(values.size()))]; };
+}
+
+Rule Each(const QVariantList& values) {
+    return [values](const Place& place) { return values[static_cast<int>(place.row % values.size())]; };
 }
 
 Rule Whole(qint64 from, qint64 to) {
@@ -37,8 +46,19 @@ Rule Number(double from, double to, int decimals) {
     return [=](const Place& place) { return QVariant(place.Draw().Amount(from, to, decimals)); };
 }
 
-Rule Multiplied(double factor, const Rule& number) {
-    return [=](const Place& place) { return QVariant(number(place).toDouble() * factor); };
+Rule Scaled(double factor, int decimals, const Rule& number) {
+    return [=](const Place& place) {
+        const QVariant value = number(place);
+        const double unit = std::pow(10, decimals);
+        return value.isNull() ? value : QVariant(std::round(value.toDouble() * factor * unit) / unit);
+    };
+}
+
+Rule Padded(int length, const Rule& text) {
+    return [=](const Place& place) {
+        const QVariant value = text(place);
+        return value.isNull() ? value : QVariant(value.toString().leftJustified(length));
+    };
 }
 
 Rule Chance(int percent, const Rule& then, const Rule& otherwise) {
@@ -57,6 +77,11 @@ Rule Flag(int percent) {
 Rule Day(int days) {
     return
         [days](const Place& place) { return QVariant(FirstDay.addDays(place.Draw().Below(days)).startOfDay(Qt::UTC)); };
+}
+
+Rule After(const Rule& day, qint64 from, qint64 to) {
+    return
+        [=](const Place& place) { return QVariant(day(place).toDateTime().addDays(place.Draw().Between(from, to))); };
 }
 
 Rule ArticleText() {
@@ -102,6 +127,10 @@ Rule Line(qint64 rows) {
     return [rows](const Place& place) { return QVariant(place.row % rows + 1); };
 }
 
+std::function<qint64(qint64)> RowOfSet(qint64 kinds, qint64 lines) {
+    return [=](qint64 row) { return row / (kinds * lines) * lines + row % lines; };
+}
+
 Rule Turn(qint64 rows, const QVector<Rule>& rules) {
     return [=](const Place& place) {
         const Rule& rule = rules[static_cast<int>(place.row / rows % rules.size())];
@@ -109,16 +138,25 @@ Rule Turn(qint64 rows, const QVector<Rule>& rules) {
     };
 }
 
-Rule AnyOf(const Count& count, const Rule& rule) {
-    return [=](const Place& place) { return rule(place.At(place.Draw().Below(count(place.options)))); };
-}
+Rule AnyOf(const Count& count, const Rule& rule) { return AnyBehind(Exactly(0), count, rule); }
 
 Rule AnyBehind(const Count& first, const Count& count, const Rule& rule) {
     return [=](const Place& place) {
         const qint64 before = first(place.options);
-        const qint64 behind = std::max<qint64>(1, count(place.options) - before);
-        return rule(place.At(before + place.Draw().Below(behind)));
+        const qint64 behind = count(place.options) - before;
+        return behind > 0 ? rule(place.At(before + place.Draw().Below(behind))) : QVariant();
     };
+}
+
+Rule Behind(const Count& first, const Rule& rule) {
+    return [=](const Place& place) { return rule ? rule(place.At(first(place.options) + place.row)) : QVariant(); };
+}
+
+QVector<Field> Behind(const Count& first, QVector<Field> fields) {
+    for (Field& field : fields) {
+        field.rule = Behind(first, field.rule);
+    }
+    return fields;
 }
 
 Rule Kinds(const QVector<Kind>& kinds) {
@@ -135,6 +173,22 @@ Rule Kinds(const QVector<Kind>& kinds) {
     };
 }
 
+Rule Component(const Stages& stages, qint64 lines, const Rule& rule) {
+    // A prime apart: the rows of a bill differ, and so do bills side by side.
+    const auto spread = [rule](const Count& first, const Count& end) {
+        return [=](const Place& place) {
+            constexpr qint64 apart = 7919;
+            const qint64 begin = first(place.options);
+            const qint64 count = std::max<qint64>(1, end(place.options) - begin);
+            return rule(place.At(begin + place.row * apart % count));
+        };
+    };
+    const Rule made = OfParent(lines, spread(stages.products, stages.heads));
+    const Rule bought = spread(stages.heads, stages.articles);
+    const Rule ofProduct = [=](const Place& place) { return place.row % lines == 0 ? made(place) : bought(place); };
+    return Kinds({{Times(lines, stages.products), ofProduct}, {stages.heads, bought}});
+}
+
 Count Times(qint64 factor, const Count& count) {
     return [=](const Options& options) { return factor * count(options); };
 }
@@ -145,6 +199,10 @@ Count Exactly(qint64 count) {
 
 Count EachOf(qint64 rows) {
     return [rows](const Options& options) { return options.rows / rows + 1; };
+}
+
+Count Sum(const Count& one, const Count& other) {
+    return [=](const Options& options) { return one(options) + other(options); };
 }
 
 // --- Amounts ------------------------------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 // DOMINIO: a database with customers and suppliers in one table, their destinations, the chart of accounts and base
 // tables with their codes.
 
+#include "examples/chartOfAccounts.h"
 #include "examples/plainTables.h"
 
 namespace examples {
@@ -60,8 +61,8 @@ QVector<Table> CounterpartyTables() {
     return {{"clifor",
              "controparti",
              Counterparties,
-             QVector<Field>{{{"tipocf", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-                            {{"codcf", 'C', 8}, Kinds({{Customers, Code("", 1)}, {Suppliers, Code("", 1)}})}} +
+             QVector<Field>{{{"tipocf", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+                            {{"codcf", 'C', 8}, BySide(Code("", 1), Code("", 1))}} +
                  PartyColumns(Address("clifor"), Names),
              {{{"tipocf", "C"}, {"codcf", "900001"}, {"sconto1", "dieci"}},
               {{"tipocf", "F"}, {"codcf", "900001"}, {"provincia", "TORINO"}},
@@ -93,7 +94,7 @@ Table ChartTable() {
     };
     return {"pdc",
             "conti",
-            [own](const Options& options) { return own(options) + Counterparties(options); },
+            Sum(own, Counterparties),
             {{{"conto", 'C', 20}, either(Each(accounts, &Account::code), Code("0401C", 6), Code("0501F", 6))},
              {{"descr", 'C', 50}, either(Each(accounts, &Account::description), CompanyName(50), Fixed("Fornitore"))},
              {{"mastro", 'C', 10}, either(Each(accounts, &Account::Parent), Fixed("0401"), Fixed("0501"))},

@@ -40,163 +40,14 @@ void Check(const Example& example, const Options& options) {
 }
 
 void WriteTotals(const QString& folder, const Totals& totals) {
-    QFile file(folder + QStringLiteral("/totali.csv"));
     QByteArray text = "voce;valore\r\n";
     for (const auto& total : totals) {
         text += total.first.toUtf8() + ';' + total.second.toUtf8() + "\r\n";
     }
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-        throw ExampleError(QStringLiteral("File '%1': %2").arg(file.fileName(), file.errorString()));
-    }
+    WriteText(folder + QStringLiteral("/totali.csv"), text);
 }
 
 } // namespace
-
-const QVector<Example>& Examples() {
-    static const QVector<Example> examples{
-        {"arca2000",
-         "Arca 2000: cartella di tabelle FoxPro",
-         "Arca 2000",
-         "",
-         {"cli:no", "art", "piano", "disegni"},
-         {"controparti", "articoli", "conti"},
-         MakeArca2000},
-        {"winprogest",
-         "WinProgest: cartella di tabelle dBase",
-         "WinProgest",
-         "",
-         {"art:yes", "dis:yes"},
-         {"articoli", "distinte", "documenti"},
-         MakeWinProgest},
-        {"winprogest-server",
-         "WinProgest: le stesse tabelle in un database",
-         "WinProgest",
-         "winprogest.db",
-         {"art:no", "dis:no"},
-         {"articoli", "distinte", "documenti"},
-         MakeWinProgestServer},
-        {"gescom",
-         "Gescom: tabelle in un database",
-         "Gescom",
-         "gescom.db",
-         {"cli", "art", "dis", "doc"},
-         {"controparti", "articoli", "distinte", "documenti"},
-         MakeGescom},
-        {"arcaevolution",
-         "Arca Evolution: tabelle in un database",
-         "Arca Evolution",
-         "arca.db",
-         {"acq", "cli", "art", "doc"},
-         {"controparti", "tabelle", "articoli", "documenti"},
-         MakeArcaEvolution},
-        {"lantek24",
-         "Lantek 24: database CAM",
-         "Lantek 24",
-         "lantek24.db",
-         {"cli", "art", "doc", "saldi"},
-         {"controparti", "articoli", "distinte", "documenti", "produzione", "magazzino"},
-         MakeLantek24},
-        {"lantek30",
-         "Lantek Expert 30: database CAM",
-         "Lantek Expert 30",
-         "lantek30.db",
-         {"saldi"},
-         {"articoli", "distinte", "magazzino"},
-         MakeLantek30},
-        {"automa",
-         "AUTOMA: magazzino automatico delle lamiere",
-         "",
-         "automa.db",
-         {},
-         {"ubicazioni", "giacenze"},
-         MakeAutoma},
-        {"ferrobrio",
-         "Ferrobrio: magazzino lamiere di un cliente",
-         "Ferrobrio",
-         "ferrobrio.db",
-         {"saldi", "ImportSaldiFerrobrio"},
-         {"materiali", "giacenze"},
-         MakeFerrobrio},
-        {"tessera",
-         "Tessera: tabelle in un database",
-         "Tessera",
-         "tessera.db",
-         {"cli", "art", "dis", "doc"},
-         {"controparti", "articoli", "distinte", "documenti"},
-         MakeTessera},
-        {"mago",
-         "Mago.net: tabelle in un database",
-         "Mago NET",
-         "mago.db",
-         {"cli", "art", "dis"},
-         {"controparti", "articoli", "distinte"},
-         MakeMago},
-        {"mexal",
-         "Mexal: cartella di file CSV",
-         "Mexal",
-         "",
-         {"cli", "art", "dis", "doc", "saldi", "disegni"},
-         {"controparti", "articoli", "distinte", "documenti"},
-         MakeMexal},
-        {"visualspace",
-         "Visual Space: tabelle in un database",
-         "Visual Space",
-         "visualspace.db",
-         {"cli", "art", "saldi", "dis:no", "doc", "acq"},
-         {"controparti", "articoli", "magazzino", "distinte", "documenti", "disegni"},
-         MakeVisualSpace},
-        {"sigla",
-         "Sigla: tabelle in un database",
-         "Sigla",
-         "sigla.db",
-         {"cli", "art:01/01/2000", "dis"},
-         {"controparti", "articoli", "listini"},
-         MakeSigla},
-        {"dominio",
-         "DOMINIO: tabelle in un database",
-         "DOMINIO",
-         "dominio.db",
-         {"saldi", "piano", "cli"},
-         {"controparti", "conti", "tabelle"},
-         MakeDominio},
-        {"sam",
-         "SAM: tabelle in un database",
-         "SAM",
-         "sam.db",
-         {"cli:utente:parola:", "art:utente:parola:", "piano:utente:parola:"},
-         {"controparti", "articoli", "conti"},
-         MakeSam},
-        {"libertycommerce",
-         "LibertyCommerce: tabelle in un database",
-         "LibertyCommerce",
-         "libertycommerce.db",
-         {"cli"},
-         {"controparti"},
-         MakeLibertyCommerce},
-        {"memphis",
-         "Memphis: tabelle in un database",
-         "Memphis",
-         "memphis.db",
-         {"cli:server:0:sa:parola", "ImportPianoContiMPH:server:0:sa:parola"},
-         {"controparti", "conti"},
-         MakeMemphis},
-        {"g2",
-         "Zucchetti G2: tabelle in un database",
-         "Zucchetti G2",
-         "g2.db",
-         {"cli", "art", "dis", "disegni"},
-         {"controparti", "articoli", "distinte"},
-         MakeG2},
-        {"vision",
-         "Vision SQL: tabelle in un database",
-         "Vision SQL",
-         "vision.db",
-         {"art:01/01/2000", "cli"},
-         {"articoli", "listini"},
-         MakeVision},
-    };
-    return examples;
-}
 
 Totals Make(const QString& example, const Options& options) {
     const Example& chosen = Find(example);
@@ -208,6 +59,13 @@ Totals Make(const QString& example, const Options& options) {
 
 bool IsAsked(const Options& options, const QString& group) {
     return options.tables.isEmpty() || options.tables.contains(group);
+}
+
+void WriteText(const QString& path, const QByteArray& text) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        throw ExampleError(QStringLiteral("File '%1': %2").arg(path, file.errorString()));
+    }
 }
 
 int CodeDigits(qint64 rows, int digits) { return std::max(digits, static_cast<int>(QString::number(rows).size())); }

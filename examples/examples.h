@@ -27,7 +27,7 @@ struct Example {
     QString origin;      ///< as the list of origins has it; empty where it is the second source of one
     QString source;      ///< what "Databasename" names, inside the folder; empty for the folder
     /// What is imported of it, in this order: buttons or names of procedures, with the answers to what they ask behind
-    /// colons ("cli:no").
+    /// colons ("cli:no"); "%SOURCE%" in one stands for the path of the source.
     QStringList imports;
     QStringList groups; ///< what `Options::tables` may name, e.g. "controparti"
     /// Writes the tables. Raises `ExampleError`.
@@ -45,29 +45,52 @@ Totals Make(const QString& example, const Options& options);
 bool IsAsked(const Options& options, const QString& group);
 /// The number of digits that codes of so many rows take, at least `digits`.
 int CodeDigits(qint64 rows, int digits);
+/// Writes a file. Raises `ExampleError`.
+void WriteText(const QString& path, const QByteArray& text);
 /// A code: the letter and the number with leading zeros, e.g. "C00001".
 QString MakeCode(QChar letter, qint64 number, int digits);
 
-// The examples, one file each.
-Totals MakeArca2000(const Options& options);
-Totals MakeWinProgest(const Options& options);
-Totals MakeWinProgestServer(const Options& options);
-Totals MakeGescom(const Options& options);
-Totals MakeArcaEvolution(const Options& options);
-Totals MakeLantek24(const Options& options);
-Totals MakeLantek30(const Options& options);
-Totals MakeAutoma(const Options& options);
-Totals MakeFerrobrio(const Options& options);
+// The examples, in the order of the list.
+Totals MakeAdHoc(const Options& options);
 Totals MakeTessera(const Options& options);
-Totals MakeMexal(const Options& options);
-Totals MakeMago(const Options& options);
-Totals MakeVisualSpace(const Options& options);
-Totals MakeSigla(const Options& options);
-Totals MakeDominio(const Options& options);
+Totals MakeTesseraSolution(const Options& options);
+Totals MakeSolution(const Options& options);
+Totals MakeGammaTeamsystem(const Options& options);
+Totals MakeArca2000(const Options& options);
 Totals MakeSam(const Options& options);
 Totals MakeLibertyCommerce(const Options& options);
 Totals MakeMemphis(const Options& options);
+Totals MakeVisualSpace(const Options& options);
+Totals MakeMexal(const Options& options);
+Totals MakeOSL(const Options& options);
+Totals MakeDominio(const Options& options);
+Totals MakeOS1(const Options& options);
+Totals MakeFactory(const Options& options);
+Totals MakeEsatto(const Options& options);
+Totals MakeMetodo(const Options& options);
+Totals MakeLantek24(const Options& options);
+Totals MakeNetSuite(const Options& options);
+Totals MakeSIGIP(const Options& options);
+Totals MakeArcaEvolution(const Options& options);
+Totals MakeMago(const Options& options);
+Totals MakeLantek30(const Options& options);
+Totals MakeFerrobrio(const Options& options);
 Totals MakeG2(const Options& options);
 Totals MakeVision(const Options& options);
+Totals MakeAdHocWindows(const Options& options);
+Totals MakeGemini(const Options& options);
+Totals MakeFenice(const Options& options);
+Totals MakeSigla(const Options& options);
+Totals MakeGescom(const Options& options);
+Totals MakeWinProgest(const Options& options);
+Totals MakeWinProgestServer(const Options& options);
+Totals MakeMexalDb(const Options& options);
+Totals MakeCometa(const Options& options);
+Totals MakeAlbalog(const Options& options);
+Totals MakePuzzle(const Options& options);
+Totals MakeGammaSqlServer(const Options& options);
+Totals MakeBMS(const Options& options);
+Totals MakePanthera(const Options& options);
+Totals MakeAutoma(const Options& options);
 
 } // namespace examples

@@ -15,7 +15,7 @@ constexpr qint64 Components = 3;
 const Count Articles = [](const Options& options) { return 2 * options.rows; };
 const Count Products = EachOf(8);   ///< the first articles
 const Count Assemblies = EachOf(8); ///< those behind them
-const Count Heads = [](const Options& options) { return Products(options) + Assemblies(options); };
+const Count Heads = Sum(Products, Assemblies);
 
 const PartyNames Identity{.name = "RAGSOC1",
                           .name2 = "RAGSOC2",
@@ -93,20 +93,16 @@ const ArticleNames ItemNames{.description = "DESART",
                              .note = "NOTE",
                              .created = "DATACREA"};
 
-/// Codes stand in the source with blanks behind them.
-Rule Padded(const Rule& rule, int length) {
-    return [=](const Place& place) { return QVariant(rule(place).toString().leftJustified(length)); };
-}
-
-Rule CustomerCode() { return Padded(Code("", 1), 8); }
-Rule SupplierCode() { return Padded(Code("F", 5), 8); }
-Rule ArticleCode() { return Padded(Code("G2-", 5), 20); }
+// Codes stand in the source with blanks behind them.
+Rule CustomerCode() { return Padded(8, Code("", 1)); }
+Rule SupplierCode() { return Padded(8, Code("F", 5)); }
+Rule ArticleCode() { return Padded(20, Code("G2-", 5)); }
 Rule AnySupplier() { return AnyOf(Suppliers, SupplierCode()); }
 
 /// The columns that tell whose a row is.
 QVector<Field> PartyKey() {
-    return {{{"TIPOCF", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-            {{"CODCF", 'C', 8}, Kinds({{Customers, CustomerCode()}, {Suppliers, SupplierCode()}})}};
+    return {{{"TIPOCF", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+            {{"CODCF", 'C', 8}, BySide(CustomerCode(), SupplierCode())}};
 }
 
 QVector<Table> CounterpartyTables() {
@@ -158,8 +154,7 @@ Table ArticleTable() {
 
 /// Products hold assemblies and parts, assemblies parts alone.
 QVector<Table> BillTables() {
-    const Rule part = AnyBehind(Heads, Articles, ArticleCode());
-    const Rule ofProduct = Turn(1, {AnyBehind(Products, Heads, ArticleCode()), part, part});
+    const Stages stages{.products = Products, .heads = Heads, .articles = Articles};
     return {{"DISBAT",
              "distinte",
              Heads,
@@ -175,7 +170,7 @@ QVector<Table> BillTables() {
              Times(Components, Heads),
              {{{"CODPAD", 'C', 20}, OfParent(Components, ArticleCode())},
               {{"PROGR", 'I'}, Line(Components)},
-              {{"CODFIG", 'C', 20}, Kinds({{Times(Components, Products), ofProduct}, {Articles, part}})},
+              {{"CODFIG", 'C', 20}, Component(stages, Components, ArticleCode())},
               {{"QUANTITA", 'N', 12, 3}, Number(0.5, 9, 1)},
               {{"UM", 'C', 3}, {}},
               {{"FORNITORE", 'C', 8}, Chance(10, AnySupplier())},

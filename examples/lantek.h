@@ -33,6 +33,8 @@ Rule PartCode();
 Rule AssemblyCode();
 Rule RemnantCode();
 
+/// The materials of the sheets.
+void PrepareMaterials(QuadrixScript& script);
 /// The translations and base rows that an import needs.
 void Prepare(QuadrixScript& script);
 

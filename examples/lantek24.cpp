@@ -17,7 +17,7 @@ const Count WorkOrders = EachOf(4);
 /// Day that stands for none.
 const QDateTime NoDay(QDate(1900, 1, 1), QTime(0, 0), Qt::UTC);
 
-const Rule CompanyCode = Kinds({{Customers, Code("C", 6)}, {Suppliers, Code("F", 6)}});
+const Rule CompanyCode = BySide(Code("C", 6), Code("F", 6));
 
 /// What is different for the products of each kind.
 Rule ByKind(const Rule& sheet, const Rule& remnant, const Rule& bought, const Rule& part, const Rule& assembly) {
@@ -41,8 +41,8 @@ Table CompaniesTable() {
             "controparti",
             Counterparties,
             {{{"ComRef", 'C', 20}, CompanyCode},
-             {{"IsCust", 'L'}, Kinds({{Customers, Fixed(true)}, {Suppliers, Fixed(false)}})},
-             {{"IsSupp", 'L'}, Kinds({{Customers, Fixed(false)}, {Suppliers, Fixed(true)}})},
+             {{"IsCust", 'L'}, BySide(Fixed(true), Fixed(false))},
+             {{"IsSupp", 'L'}, BySide(Fixed(false), Fixed(true))},
              {{"ComName", 'C', 80}, CompanyName(80)},
              {{"Address1", 'C', 60}, address.Street()},
              {{"Address2", 'C', 60}, Blank()},
@@ -135,7 +135,7 @@ Table OperationsTable() {
     return {
         "MMNN_PPOO_00000200",
         "distinte",
-        [](const Options& options) { return Operations * Parts(options) + Assemblies(options); },
+        Sum(Times(Operations, Parts), Assemblies),
         {{{"RecID", 'I'}, [](const Place& place) { return QVariant(place.row + 1); }},
          {{"PrdRef", 'C', 60},
           Kinds({{Times(Operations, Parts), OfParent(Operations, PartCode())}, {Assemblies, AssemblyCode()}})},
@@ -155,7 +155,7 @@ Table CostsTable() {
     const Rule child = Turn(1, {AnyOf(Parts, PartCode()), AnyOf(Parts, PartCode()), AnyOf(Bought, BoughtCode())});
     return {"MMNN_PPOO_00000300",
             "distinte",
-            [](const Options& options) { return Parts(options) + components * Assemblies(options); },
+            Sum(Parts, Times(components, Assemblies)),
             {{{"PrdRef", 'C', 60}, Kinds({{Parts, PartCode()}, {ofAssemblies, OfParent(components, AssemblyCode())}})},
              {{"CType", 'I'}, Fixed(100)},
              {{"CPrdRef", 'C', 60}, Kinds({{Parts, Blank()}, {ofAssemblies, child}})},

@@ -78,10 +78,14 @@ Rule AssemblyCode() { return Code("ASS-", 4); }
 
 Rule RemnantCode() { return Code("RIT-", 3, 100); }
 
-void Prepare(QuadrixScript& script) {
+void PrepareMaterials(QuadrixScript& script) {
     for (const MaterialRow& material : MaterialRows) {
         script.Material(material.code, material.description);
     }
+}
+
+void Prepare(QuadrixScript& script) {
+    PrepareMaterials(script);
     script.VatCode("22", "IVA 22%", 22);
     script.Translate("PPRR_PPRR", "UntName", "kg", "KG");
     script.Translate("PPRR_PPRR", "PGroup", "MECC", "MECCANICA");

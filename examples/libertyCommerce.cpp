@@ -60,8 +60,8 @@ QVector<Table> CounterpartyTables() {
     return {{"clfn",
              "controparti",
              Counterparties,
-             QVector<Field>{{{"cftipo", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-                            {{"cfcod", 'C', 8}, Kinds({{Customers, customer}, {Suppliers, Code("", 5)}})}} +
+             QVector<Field>{{{"cftipo", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+                            {{"cfcod", 'C', 8}, BySide(customer, Code("", 5))}} +
                  PartyColumns(Address("clfn"), Names),
              {{{"cftipo", "V"}, {"cfcod", "V1"}, {"cfrag1", "Autotrasporti Veloci S.r.l."}},
               {{"cftipo", "V"}, {"cfcod", "V2"}, {"cfrag1", "Corriere Espresso S.p.A."}},

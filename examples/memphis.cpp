@@ -1,6 +1,7 @@
 // Memphis: a database with customers and suppliers in one table, their destinations, and the chart of accounts in
 // ledgers and accounts.
 
+#include "examples/chartOfAccounts.h"
 #include "examples/plainTables.h"
 
 namespace examples {
@@ -60,8 +61,8 @@ QVector<Table> CounterpartyTables() {
     return {{"ANAGRAFICHE",
              "controparti",
              Counterparties,
-             QVector<Field>{{{"TipoAnag", 'C', 1}, Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}})},
-                            {{"CodAnag", 'C', 8}, Kinds({{Customers, Code("", 1)}, {Suppliers, Code("F", 5)}})}} +
+             QVector<Field>{{{"TipoAnag", 'C', 1}, BySide(Fixed("C"), Fixed("F"))},
+                            {{"CodAnag", 'C', 8}, BySide(Code("", 1), Code("F", 5))}} +
                  PartyColumns(Address("ANAGRAFICHE"), Names),
              {{{"TipoAnag", "C"}, {"CodAnag", "900001"}, {"Provincia", "TORINO"}},
               {{"TipoAnag", "F"}, {"CodAnag", "F90001"}, {"Sconto1", "dieci"}},

@@ -24,9 +24,6 @@ const Count Invoices = EachOf(4);
 Rule ArticleCode() { return Code("MX-", 5); }
 Rule CustomerCode() { return Code("201.", 5); }
 Rule SupplierCode() { return Code("401.", 5); }
-Rule BySide(const Rule& customer, const Rule& supplier) {
-    return Kinds({{Customers, customer}, {Suppliers, supplier}});
-}
 
 // --- Counterparties and accounts ----------------------------------------------------------------------------------
 
@@ -124,7 +121,7 @@ Table ArticleTable() {
                              {{"QTAINVENT", 'N', 12, 3}, Number(0, 500, 1)},
                              {{"QTACARICO", 'N', 12, 3}, Chance(30, Number(0, 100, 1))},
                              {{"QTASCARIC", 'N', 12, 3}, Chance(30, Number(0, 100, 1))}};
-    const Count rows = [](const Options& options) { return Articles(options) + Heads(options); };
+    const Count rows = Sum(Articles, Heads);
     return {"ART_MAG",
             "articoli",
             rows,

@@ -1,7 +1,5 @@
 #include "examples/plainTables.h"
 
-#include "examples/italian.h"
-
 namespace examples::described {
 
 namespace {
@@ -9,39 +7,23 @@ namespace {
 const QVariantList Payments{"RB30", "RB60", "BO30", "RD"};
 const QVariantList OwnBanks{"BA1", "BA2"};
 const QVariantList Agents{"AG1", "AG2", "AG3"};
-const QVariantList Lists{"L1", "L2"};
 const QVariantList Zones{"NORD", "CENTRO", "SUD"};
 const QVariantList CustomerKinds{"IND", "RIV", "ART"};
 const QVariantList Ports{"FR", "AS"};
 const QVariantList Carriers{"V1", "V2"};
-const QVariantList Units{"PZ", "KG", "MT"};
-const QVariantList Families{"MEC", "LAM", "VIT"};
 const QString Exempt = QStringLiteral("N8");
 const QString Euro = QStringLiteral("EUR");
 
 constexpr qint64 BranchesOfOne = 2;
 
-/// Without the columns that the source does not have.
-QVector<Field> Present(QVector<Field> fields) {
-    fields.removeIf([](const Field& field) { return field.column.name.isEmpty(); });
-    return fields;
-}
-
-Rule CustomersOnly(const Rule& rule) { return Kinds({{Customers, rule}, {Suppliers, {}}}); }
-
-/// The codes are the same in Quadrix.
-void Keep(QuadrixScript& script, const QString& table, const QByteArray& column, const QVariantList& codes) {
-    for (const QVariant& code : column.isEmpty() ? QVariantList() : codes) {
-        script.Translate(table, column, code.toString(), code.toString());
-    }
-}
+Rule CustomersOnly(const Rule& rule) { return BySide(rule, {}); }
 
 QVector<Field> IdentityColumns(const Address& address, const PartyNames& names) {
     return {{{names.name, 'C', 60}, CompanyName(60)},
             {{names.name2, 'C', 60}, IfPerson({}, Chance(10, OneOf({"Stabilimento 2", "Divisione Commerciale"})))},
             {{names.isPerson, 'C', 1}, IfPerson(Fixed(Yes), Fixed(No))},
-            {{names.surname, 'C', 40}, IfPerson(OwnSurname(), {})},
-            {{names.firstName, 'C', 40}, IfPerson(OwnFirstName(), {})},
+            {{names.surname, 'C', 40}, OwnSurname()},
+            {{names.firstName, 'C', 40}, OwnFirstName()},
             {{names.street, 'C', 60}, names.houseNumber.isEmpty() ? address.Street() : address.StreetName()},
             {{names.houseNumber, 'C', 10}, address.HouseNumber()},
             {{names.postCode, 'C', 10}, address.PostCode()},
@@ -63,19 +45,18 @@ QVector<Field> NumberColumns(const Address& address, const PartyNames& names) {
             {{names.mail, 'C', 80}, Chance(70, OnInternet("info@"))},
             {{names.certifiedMail, 'C', 80}, Chance(50, OnInternet("posta@pec."))},
             {{names.web, 'C', 80}, Chance(30, OnInternet("www."))},
-            {{names.contact, 'C', 40}, Chance(30, PersonName())}};
+            {{names.contact, 'C', 40}, Chance(30, FullName())}};
 }
 
 /// Most have the coordinates of their bank, some of these no IBAN.
 QVector<Field> BankColumns(const PartyNames& names) {
-    const BankAccount bank("party");
-    const auto ofBank = [](const Rule& part) { return Named("bank of a party", Chance(70, part)); };
-    return {{{names.abi, 'C', 5}, ofBank(bank.Abi())},
-            {{names.cab, 'C', 5}, ofBank(bank.Cab())},
-            {{names.cin, 'C', 1}, ofBank(bank.Check())},
-            {{names.account, 'C', 12}, ofBank(bank.Number())},
-            {{names.iban, 'C', 42}, Chance(70, ofBank(bank.Iban()))},
-            {{names.bic, 'C', 11}, ofBank(bank.Bic())}};
+    const BankAccount bank("party", 70);
+    return {{{names.abi, 'C', 5}, bank.Abi()},
+            {{names.cab, 'C', 5}, bank.Cab()},
+            {{names.cin, 'C', 1}, bank.Check()},
+            {{names.account, 'C', 12}, bank.Number()},
+            {{names.iban, 'C', 42}, Chance(70, bank.Iban())},
+            {{names.bic, 'C', 11}, bank.Bic()}};
 }
 
 QVector<Field> TradeColumns(const PartyNames& names) {
@@ -84,30 +65,23 @@ QVector<Field> TradeColumns(const PartyNames& names) {
             {{names.discount1, 'N', 6, 2}, OneOf({0, 0, 5, 10})},
             {{names.discount2, 'N', 6, 2}, Chance(10, Fixed(2))},
             {{names.agent, 'C', 4}, CustomersOnly(Chance(50, OneOf(Agents)))},
-            {{names.list, 'C', 4}, CustomersOnly(OneOf(Lists))},
+            {{names.list, 'C', 4}, BySide(Fixed(SalesList), Chance(50, Fixed(PurchaseList)))},
             {{names.currency, 'C', 3}, Chance(90, Fixed(Euro))},
             {{names.language, 'C', 3}, Chance(20, Fixed("IT"))},
             {{names.zone, 'C', 6}, CustomersOnly(OneOf(Zones))},
-            {{names.category, 'C', 4}, Kinds({{Customers, OneOf(CustomerKinds)}, {Suppliers, Fixed("FOR")}})},
+            {{names.category, 'C', 4}, BySide(OneOf(CustomerKinds), Fixed("FOR"))},
             {{names.exemption, 'C', 4}, Chance(5, Fixed(Exempt))},
             {{names.port, 'C', 2}, Chance(60, OneOf(Ports))},
             {{names.carrier, 'C', 4}, CustomersOnly(Chance(30, OneOf(Carriers)))},
             {{names.credit, 'N', 12, 2}, CustomersOnly(OneOf({0, 0, 5000, 20000}))},
-            {{names.ledger, 'C', 10}, Kinds({{Customers, Fixed("0401")}, {Suppliers, Fixed("0501")}})},
+            {{names.ledger, 'C', 10}, BySide(Fixed("0401"), Fixed("0501"))},
             {{names.isBlocked, 'C', 1}, Chance(3, Fixed(Yes), Fixed(No))}};
 }
 
-/// Cost and weight of an article agree in all columns that tell of them.
-Rule Cost() { return Named("cost of an article", Number(0.5, 90, 2)); }
-
 } // namespace
 
-QVector<Field> Behind(const Count& rows, QVector<Field> fields) {
-    for (Field& field : fields) {
-        field.rule = [rows, rule = field.rule](const Place& place) {
-            return rule ? rule(place.At(place.row + rows(place.options))) : QVariant();
-        };
-    }
+QVector<Field> Present(QVector<Field> fields) {
+    fields.removeIf([](const Field& field) { return field.column.name.isEmpty(); });
     return fields;
 }
 
@@ -117,13 +91,13 @@ QVector<Field> PartyColumns(const Address& address, const PartyNames& names) {
 }
 
 void PrepareParties(QuadrixScript& script, const QString& table, const PartyNames& names) {
-    Keep(script, table, names.payment, Payments);
-    Keep(script, table, names.agent, Agents);
-    Keep(script, table, names.list, Lists);
-    Keep(script, table, names.zone, Zones);
-    Keep(script, table, names.category, CustomerKinds + QVariantList{"FOR"});
-    Keep(script, table, names.port, Ports);
-    Keep(script, table, names.carrier, Carriers);
+    script.Keep(table, names.payment, Payments);
+    script.Keep(table, names.agent, Agents);
+    script.Keep(table, names.list, {SalesList, PurchaseList});
+    script.Keep(table, names.zone, Zones);
+    script.Keep(table, names.category, CustomerKinds + QVariantList{"FOR"});
+    script.Keep(table, names.port, Ports);
+    script.Keep(table, names.carrier, Carriers);
     if (!names.country.isEmpty()) {
         script.Translate(table, names.country, "IT", "ITA");
     }
@@ -134,6 +108,32 @@ void PrepareBases(QuadrixScript& script) {
     for (const QVariant& bank : OwnBanks) {
         script.Bank(bank.toString(), "Banca " + bank.toString());
     }
+}
+
+namespace {
+
+/// @param mark column of the side @param number of the first
+Table KnownParties(const QByteArray& code, const QByteArray& mark, qint64 number, qint64 count, const Rule& codes) {
+    const Address address("CON_TRO." + mark);
+    return {"CON_TRO",
+            {},
+            Exactly(count),
+            QVector<Field>{{{"CDCON", 'C', 10}, Code({}, 6, number)},
+                           {{"CORAS", 'C', 35}, Behind(Exactly(number), CompanyName(35))},
+                           {{code, 'C', 10}, codes},
+                           {{mark, 'I'}, Fixed(1)}} +
+                address.Columns("COIND", "COCAP", "COCIT", "COPRO")};
+}
+
+} // namespace
+
+void PrepareCustomers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options) {
+    Prepare(script, KnownParties("COCGE", "COCLI", 1, count, code), options);
+}
+
+void PrepareSuppliers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options) {
+    constexpr qint64 behind = 500001; ///< the numbers of the customers
+    Prepare(script, KnownParties("COFGE", "COFOR", behind, count, code), options);
 }
 
 Count Branches() { return Times(BranchesOfOne, EachOf(8)); }
@@ -148,91 +148,13 @@ QVector<Field> BranchColumns(const Address& address, const BranchNames& names) {
                     {{names.country, 'C', 3}, Chance(50, Fixed("IT"))},
                     {{names.office, 'C', 20}, Chance(60, address.Telephone())},
                     {{names.fax, 'C', 20}, Chance(10, address.Telephone())},
-                    {{names.contact, 'C', 40}, Chance(40, PersonName())},
+                    {{names.contact, 'C', 40}, Chance(40, FullName())},
                     {{names.isDefault, 'C', 1}, Turn(1, {Fixed(Yes), Fixed(No)})}});
 }
 
 /// There are fewer owners than half of the rows, and more customers.
 Rule OfBranch(const Rule& customer) {
     return With([](qint64 row) { return row / BranchesOfOne * 4; }, customer);
-}
-
-QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier) {
-    const auto onlyWith = [](const char* what, int percent, const Rule& rule) {
-        return Named(what, Chance(percent, rule));
-    };
-    const Rule weight = Named("weight of an article", Number(0.05, 40, 3));
-    return Present({{{names.description, 'C', 60}, ArticleText()},
-                    {{names.description2, 'C', 60}, Chance(20, OneOf({"zincato", "verniciato RAL 7035", "grezzo"}))},
-                    {{names.longText, 'M'}, Chance(15, Fixed("Con certificato 3.1, imballato a dieci"))},
-                    {{names.unit, 'C', 3}, OneOf({"PZ", "PZ", "PZ", "KG", "MT"})},
-                    {{names.unit2, 'C', 3}, onlyWith("second unit", 20, Fixed("KG"))},
-                    {{names.factor, 'N', 10, 4}, onlyWith("second unit", 20, Number(0.5, 12, 3))},
-                    {{names.purchaseUnit, 'C', 3}, Chance(10, Fixed("KG"))},
-                    {{names.vatCode, 'C', 4}, OneOf({"22", "22", "22", "10"})},
-                    {{names.family, 'C', 6}, OneOf(Families)},
-                    {{names.lastCost, 'N', 12, 4}, Chance(70, Cost(), Fixed(0))},
-                    {{names.standardCost, 'N', 12, 4}, Cost()},
-                    {{names.price, 'N', 12, 4}, Multiplied(1.5, Cost())},
-                    {{names.discount, 'N', 6, 2}, OneOf({0, 0, 5, 10})},
-                    {{names.netWeight, 'N', 12, 3}, weight},
-                    {{names.grossWeight, 'N', 12, 3}, Multiplied(1.05, weight)},
-                    {{names.lowestStock, 'N', 12, 3}, Chance(40, Whole(1, 20))},
-                    {{names.highestStock, 'N', 12, 3}, Chance(40, Whole(50, 200))},
-                    {{names.reorderPoint, 'N', 12, 3}, Chance(40, Whole(5, 30))},
-                    {{names.lowestOrder, 'N', 12, 3}, Chance(40, Whole(1, 10))},
-                    {{names.lot, 'N', 12, 3}, Chance(40, Whole(10, 50))},
-                    {{names.leadDays, 'I'}, Chance(40, Whole(1, 30))},
-                    {{names.supplier, 'C', 8}, onlyWith("own supplier", 60, supplier)},
-                    {{names.supplierCode, 'C', 25}, onlyWith("own supplier", 60, Code("FOR-", 5))},
-                    {{names.barCode, 'C', 20}, Chance(40, BarCode())},
-                    {{names.location, 'C', 15}, Chance(40, AnyOf(Exactly(200), Code("A-", 3)))},
-                    {{names.isCancelled, 'C', 1}, Chance(3, Fixed(Yes), Fixed(No))},
-                    {{names.note, 'M'}, Chance(10, OneOf({"Verniciare a parte", "Non impilare"}))},
-                    {{names.created, 'T'}, Day(300)}});
-}
-
-void PrepareArticles(QuadrixScript& script, const QString& table, const ArticleNames& names) {
-    for (const QByteArray& column : {names.unit, names.unit2, names.purchaseUnit}) {
-        Keep(script, table, column, Units);
-    }
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    Keep(script, table, names.family, Families);
-}
-
-QVector<Account> Chart(int firstLevel, int lastLevel) {
-    static const QVector<Account> all{{"01", "Immobilizzazioni", "A"},
-                                      {"0101", "Immobilizzazioni materiali", "A"},
-                                      {"01010001", "Impianti e macchinari", "A"},
-                                      {"01010002", "Attrezzature", "A"},
-                                      {"04", "Crediti", "A"},
-                                      {"0401", "Clienti", "A"},
-                                      {"04010001", "Clienti Italia", "A"},
-                                      {"05", "Debiti", "P"},
-                                      {"0501", "Fornitori", "P"},
-                                      {"05010001", "Fornitori Italia", "P"},
-                                      {"06", "Liquidità", "A"},
-                                      {"0601", "Banche", "A"},
-                                      {"06010001", "Banca c/c ordinario", "A"},
-                                      {"60", "Costi", "C"},
-                                      {"6001", "Acquisti", "C"},
-                                      {"60010001", "Acquisti di materie prime", "C"},
-                                      {"60010002", "Lavorazioni di terzi", "C"},
-                                      {"70", "Ricavi", "R"},
-                                      {"7001", "Ricavi di vendita", "R"},
-                                      {"70010001", "Vendite Italia", "R"},
-                                      {"70010002", "Vendite all'estero", "R"},
-                                      {"90", "Conti d'ordine", "O"},
-                                      {"9001", "Beni di terzi", "O"},
-                                      {"90010001", "Merce in conto visione", "O"}};
-    QVector<Account> asked = all;
-    asked.removeIf([=](const Account& account) { return account.Level() < firstLevel || account.Level() > lastLevel; });
-    return asked;
-}
-
-Rule Each(const QVariantList& values) {
-    return [values](const Place& place) { return values[place.row % values.size()]; };
 }
 
 } // namespace examples::described

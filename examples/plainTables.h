@@ -9,8 +9,8 @@ namespace examples::described {
 inline const QVariant Yes = QStringLiteral("S");
 inline const QVariant No = QStringLiteral("N");
 
-/// The fields of rows that stand behind so many of another table: row 0 is as the first one behind those.
-QVector<Field> Behind(const Count& rows, QVector<Field> fields);
+/// The fields whose columns the source has: those with a name.
+QVector<Field> Present(QVector<Field> fields);
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
@@ -48,7 +48,7 @@ struct PartyNames {
     QByteArray discount1 = {};
     QByteArray discount2 = {};
     QByteArray agent = {};
-    QByteArray list = {};
+    QByteArray list = {}; ///< `SalesList` of customers, `PurchaseList` of suppliers
     QByteArray currency = {};
     QByteArray language = {};
     QByteArray zone = {};
@@ -70,6 +70,9 @@ QVector<Field> PartyColumns(const Address& address, const PartyNames& names);
 void PrepareParties(QuadrixScript& script, const QString& table, const PartyNames& names);
 /// The own banks and the exemption that counterparties name, where the source does not bring them itself.
 void PrepareBases(QuadrixScript& script);
+/// So many customers and suppliers whom another origin has brought, for sources without any. @param code in the source
+void PrepareCustomers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options);
+void PrepareSuppliers(QuadrixScript& script, qint64 count, const Rule& code, const Options& options);
 
 struct BranchNames {
     QByteArray number = {};
@@ -119,37 +122,56 @@ struct ArticleNames {
     QByteArray supplierCode = {};
     QByteArray barCode = {};
     QByteArray location = {};
+    QByteArray length = {};
+    QByteArray width = {};
+    QByteArray thickness = {};
     QByteArray isCancelled = {};
     QByteArray note = {};
     QByteArray created = {};
 };
 
+/// What an article costs and is sold for, by its number, wherever it stands.
+Rule Cost();
+Rule SalesPrice();
 /// @param supplier code of any supplier
 QVector<Field> ArticleColumns(const ArticleNames& names, const Rule& supplier);
 void PrepareArticles(QuadrixScript& script, const QString& table, const ArticleNames& names);
 
-// --- Accounts -----------------------------------------------------------------------------------------------------
+// --- Prices -------------------------------------------------------------------------------------------------------
 
-struct Account {
-    QString code; ///< two digits of a group, four of a ledger, eight of an account
-    QString description;
-    QString kind; ///< A assets, P liabilities, C costs, R revenues, O memorandum
+/// The price lists: sales, purchase and those made for somebody.
+inline const QString SalesList = QStringLiteral("L1");
+inline const QString PurchaseList = QStringLiteral("A1");
+inline const QString SpecialList = QStringLiteral("P1");
 
-    int Level() const { return code.size() == 2 ? 1 : code.size() == 4 ? 2 : 3; }
-    /// Only those of the last level do.
-    bool TakesPostings() const { return Level() == 3; }
-    /// Code of what it stands in.
-    QString Parent() const { return Level() == 1 ? QString() : code.left(Level() == 2 ? 2 : 4); }
+struct ListNames {
+    QByteArray code = {};
+    QByteArray description = {};
+    QByteArray kind = {};
+    QByteArray currency = {};
+    QByteArray from = {};
 };
 
-/// The accounts of these levels.
-QVector<Account> Chart(int firstLevel, int lastLevel);
+/// The table of the lists. @param sales,purchase what their kind is
+Table ListTable(const QString& name, const ListNames& names, const QString& sales = QStringLiteral("V"),
+                const QString& purchase = QStringLiteral("A"));
 
-/// What a list has, a row for each of its elements.
-template<class Element, class Member>
-Rule Each(const QVector<Element>& list, Member member) {
-    return [=](const Place& place) { return QVariant(std::invoke(member, list[place.row % list.size()])); };
-}
-Rule Each(const QVariantList& values);
+struct PriceNames {
+    QByteArray list = {};
+    QByteArray article = {};
+    QByteArray from = {};
+    QByteArray to = {};
+    QByteArray quantity = {};
+    QByteArray price = {};
+    QByteArray discount1 = {};
+    QByteArray discount2 = {};
+    QByteArray discount3 = {};
+};
+
+/// A sales price, one for quantities and a purchase price of each article; behind them special ones of some.
+QVector<Field> PriceColumns(const PriceNames& names, const Count& articles, const Rule& article);
+Count Prices(const Count& articles);
+/// One rule for each of the lists, by the rows of prices.
+Rule ByList(const Count& articles, const Rule& sales, const Rule& purchase, const Rule& special);
 
 } // namespace examples::described

@@ -1,6 +1,7 @@
 // SAM: a database with persons who are customers, suppliers or both, their addresses and contacts, articles and the
 // chart of accounts.
 
+#include "examples/chartOfAccounts.h"
 #include "examples/plainTables.h"
 
 namespace examples {
@@ -11,7 +12,6 @@ namespace {
 
 using namespace described;
 
-constexpr qint64 SharedEvery = 10; ///< one supplier in so many is the person of a customer
 const Count Articles = [](const Options& options) { return options.rows; };
 
 const PartyNames PersonNames{.name = "RagioneSociale",
@@ -99,43 +99,33 @@ const ArticleNames ItemNames{.description = "Descrizione",
                              .created = "DataInserimento"};
 
 Rule SupplierCode() { return Code("F", 5); }
-Rule PersonId() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
-/// The person of a supplier: of some the one of a customer.
-Rule PersonOfSupplier() {
-    return [](const Place& place) {
-        const bool isCustomer = place.row % SharedEvery == SharedEvery / 2;
-        return QVariant((isCustomer ? place.row : Customers(place.options) + place.row) + 1);
-    };
-}
-
 QVector<Table> PersonTables() {
     return {{"Persone",
              "controparti",
              Counterparties,
-             QVector<Field>{{{"IdPersona", 'I'}, PersonId()}, {{"Codice", 'C', 8}, Code("P", 5)}} +
+             QVector<Field>{{{"IdPersona", 'I'}, RowNumber()}, {{"Codice", 'C', 8}, Code("P", 5)}} +
                  PartyColumns(Address("Persone"), PersonNames),
              {{{"IdPersona", 9000001}, {"Codice", "PROV"}, {"Provincia", "TORINO"}}},
              {{"IdPersona"}}},
             {"Clienti",
              "controparti",
              Customers,
-             QVector<Field>{{{"IdPersona", 'I'}, PersonId()}, {{"CodCliente", 'C', 8}, Code("", 1)}} +
+             QVector<Field>{{{"IdPersona", 'I'}, RowNumber()}, {{"CodCliente", 'C', 8}, Code("", 1)}} +
                  PartyColumns(Address("Clienti"), CustomerNames),
              {{{"IdPersona", 9000001}, {"CodCliente", "900001"}}, {{"IdPersona", 9000009}, {"CodCliente", "900002"}}},
              {{"IdPersona"}}},
             {"Fornitori",
              "controparti",
              Suppliers,
-             QVector<Field>{{{"IdPersona", 'I'}, PersonOfSupplier()}, {{"CodFornitore", 'C', 8}, SupplierCode()}} +
+             QVector<Field>{{{"IdPersona", 'I'}, Behind(Customers, IdentityNumber())},
+                            {{"CodFornitore", 'C', 8}, SupplierCode()}} +
                  Behind(Customers, PartyColumns(Address("Fornitori"), SupplierNames)),
              {},
              {{"IdPersona"}}},
             {"PersoneIndirizzi",
              "controparti",
              Branches(),
-             QVector<Field>{{{"IdPersona", 'I'}, OfBranch(PersonId())}} +
+             QVector<Field>{{{"IdPersona", 'I'}, OfBranch(RowNumber())}} +
                  BranchColumns(Address("PersoneIndirizzi"), {.number = "Progressivo",
                                                              .name = "Descrizione",
                                                              .street = "Indirizzo",
@@ -151,9 +141,9 @@ QVector<Table> PersonTables() {
             {"PersoneContatti",
              "controparti",
              EachOf(3),
-             {{{"IdPersona", 'I'}, With([](qint64 row) { return 2 * row; }, PersonId())},
+             {{{"IdPersona", 'I'}, With([](qint64 row) { return 2 * row; }, RowNumber())},
               {{"Progressivo", 'I'}, Fixed(1)},
-              {{"Nominativo", 'C', 60}, PersonName()},
+              {{"Nominativo", 'C', 60}, FullName()},
               {{"Ruolo", 'C', 40}, OneOf({"Acquisti", "Amministrazione", "Ufficio tecnico"})},
               {{"Telefono", 'C', 20}, Address("Persone").Telephone()},
               {{"Cellulare", 'C', 20}, Chance(60, Mobile())},

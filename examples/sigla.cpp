@@ -15,8 +15,8 @@ constexpr qint64 Lists = 2;
 const Count Articles = [](const Options& options) { return 2 * options.rows; };
 
 Rule ArticleCode() { return Code("SG-", 5); }
-Rule SideOf() { return Kinds({{Customers, Fixed("C")}, {Suppliers, Fixed("F")}}); }
-Rule PartyCode() { return Kinds({{Customers, Code("", 1)}, {Suppliers, Code("9", 4)}}); }
+Rule SideOf() { return BySide(Fixed("C"), Fixed("F")); }
+Rule PartyCode() { return BySide(Code("", 1), Code("9", 4)); }
 /// A day as a text, as everywhere in this source.
 Rule DayText() {
     return [](const Place& place) { return QVariant(Day(360)(place).toDateTime().toString(u"yyyyMMdd")); };
@@ -151,9 +151,7 @@ QVector<Table> PriceTables() {
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+    script.UsualVatCodes();
     script.Translate("CLIFO", "SOGGIVA_SN", "N", "N8");
     for (const char* code : {"RB30", "RB60", "RD"}) {
         script.Translate("CLIFO", "CODPAG", code, code);

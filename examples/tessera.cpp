@@ -1,7 +1,7 @@
 // Tessera: a database with customers and suppliers, articles, bills by revision, orders and what is made for them. Its
 // counterparties have the codes of Mexal, which stands beside it.
 
-#include "examples/describedRules.h"
+#include "examples/tessera.h"
 
 namespace examples {
 
@@ -9,56 +9,39 @@ namespace tessera {
 
 namespace {
 
-using namespace described;
-
 constexpr qint64 BillRows = 3;
 constexpr qint64 OrderLines = 2;
-const Count Articles = [](const Options& options) { return 2 * options.rows; };
 const Count Heads = EachOf(4); ///< articles with a bill: the first
 const Count CustomerOrders = EachOf(3);
 const Count WorkOrders = EachOf(6);
 const Count SupplierOrders = EachOf(5);
 
 Rule No() { return Fixed(0); }
-Rule ArticleCode() { return Code("TS-", 5); }
-Rule Id() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
-Rule Counted(const Count& count) { return AnyOf(count, Id()); }
-Rule CodeOfCounterparty() { return Kinds({{Customers, Code("201.", 5)}, {Suppliers, Code("401.", 5)}}); }
+Rule Counted(const Count& count) { return AnyOf(count, RowNumber()); }
 /// Id of a supplier: they stand behind the customers.
-Rule SupplierId() {
-    return [](const Place& place) {
-        return QVariant(Customers(place.options) + 1 + place.Draw().Below(Suppliers(place.options)));
-    };
-}
+Rule SupplierId() { return AnyBehind(Customers, Counterparties, RowNumber()); }
 
 QVector<Table> CodeTables() {
-    const auto codes = [](const char* name, const char* id, const char* code, const QStringList& values) {
+    const auto codes = [](const char* name, const char* id, const char* code, const QVariantList& values) {
         return Table{QLatin1String(name),
                      "controparti",
                      Exactly(values.size()),
-                     {{{id, 'I'}, Id()}, {{code, 'C', 4}, [values](const Place& place) {
-                                              return QVariant(values.value(static_cast<int>(place.row)));
-                                          }}}};
+                     {{{id, 'I'}, RowNumber()}, {{code, 'C', 4}, Each(values)}}};
     };
     return {codes("Pagam", "IdPag", "CodPag", {"B30", "B60", "RD"}),
             codes("Iva", "IdIva", "CodIva", {"22", "10", "N8"})};
 }
 
-QVector<Table> CounterpartyTables() {
+QVector<Table> CounterpartyTables(const Rule& code) {
     const Address address("CliFor");
     const Address destination("CliForDest");
-    const auto bySide = [](const Rule& customer, const Rule& supplier) {
-        return Kinds({{Customers, customer}, {Suppliers, supplier}});
-    };
     return {{"CliFor",
              "controparti",
              Counterparties,
-             {{{"IdCliFor", 'I'}, Id()},
-              {{"CodCliFor", 'C', 9}, CodeOfCounterparty()},
-              {{"FlgCli", 'I'}, bySide(Fixed(1), No())},
-              {{"FlgFor", 'I'}, bySide(No(), Fixed(1))},
+             {{{"IdCliFor", 'I'}, RowNumber()},
+              {{"CodCliFor", 'C', 9}, code},
+              {{"FlgCli", 'I'}, BySide(Fixed(1), No())},
+              {{"FlgFor", 'I'}, BySide(No(), Fixed(1))},
               {{"RagSoc", 'C', 50}, CompanyName(50)},
               {{"RagSoc2", 'C', 50}, {}},
               {{"Indir", 'C', 40}, address.Street()},
@@ -95,7 +78,7 @@ QVector<Table> CounterpartyTables() {
              "controparti",
              EachOf(4),
              {{{"IdCliFor", 'I'}, Counted(Customers)},
-              {{"Progr", 'I'}, Id()},
+              {{"Progr", 'I'}, RowNumber()},
               {{"RagSoc", 'C', 50}, Fixed("Magazzino")},
               {{"Indir", 'C', 40}, Chance(80, destination.Street())},
               {{"Cap", 'C', 10}, destination.PostCode()},
@@ -109,7 +92,7 @@ Table ArticleTable() {
     return {"Artic",
             "articoli",
             Articles,
-            {{{"IdArt", 'I'}, Id()},
+            {{{"IdArt", 'I'}, RowNumber()},
              {{"CodArt", 'C', 50}, ArticleCode()},
              {{"DesArt", 'C', 150}, ArticleText()},
              {{"DesArt2", 'C', 50}, Chance(20, Fixed("zincato"))},
@@ -142,7 +125,7 @@ QVector<Table> BillTables() {
     return {{"DisBasT",
              "distinte",
              Heads,
-             {{{"IdDisBas", 'I'}, Id()},
+             {{{"IdDisBas", 'I'}, RowNumber()},
               {{"CodArt", 'C', 50}, ArticleCode()},
               {{"Rev", 'C', 5}, Fixed("1")},
               {{"FlgAtt", 'I'}, Fixed(1)},
@@ -154,7 +137,7 @@ QVector<Table> BillTables() {
             {"DisBasF",
              "distinte",
              Heads,
-             {{{"IdDisBas", 'I'}, Id()},
+             {{{"IdDisBas", 'I'}, RowNumber()},
               {{"NumFas", 'I'}, Fixed(10)},
               {{"CodLav", 'C', 10}, OneOf({"SALD", "MONT"})},
               {{"TemAtt", 'N', 8, 2}, Whole(0, 30)},
@@ -166,7 +149,7 @@ QVector<Table> BillTables() {
             {"DisBasR",
              "distinte",
              Times(BillRows, Heads),
-             {{{"IdDisBas", 'I'}, OfParent(BillRows, Id())},
+             {{{"IdDisBas", 'I'}, OfParent(BillRows, RowNumber())},
               {{"NumRig", 'I'}, Line(BillRows)},
               {{"CodArt", 'C', 50}, AnyBehind(Heads, Articles, ArticleCode())},
               {{"Qta", 'N', 10, 3}, Number(0.5, 9, 1)},
@@ -184,9 +167,9 @@ QVector<Table> OrderTables(const QByteArray& name, const Count& orders, const Ru
     return {{QString(name + 'T'),
              "documenti",
              orders,
-             {{{id, 'I'}, Id()},
+             {{{id, 'I'}, RowNumber()},
               {{"AnnOrd", 'I'}, Fixed(2024)},
-              {{"NumOrd", 'I'}, Id()},
+              {{"NumOrd", 'I'}, RowNumber()},
               {{"DatOrd", 'T'}, Day(360)},
               {{"IdCliFor", 'I'}, counterparty},
               {{reference, 'C', 20}, Chance(50, Code("PO ", 1))},
@@ -199,9 +182,9 @@ QVector<Table> OrderTables(const QByteArray& name, const Count& orders, const Ru
             {QString(name + 'R'),
              "documenti",
              // The odd heads have a row as well.
-             [=](const Options& options) { return OrderLines * orders(options) + OrderLines * odd.size(); },
-             {{{id + 'R', 'I'}, Id()},
-              {{id, 'I'}, OfParent(OrderLines, Id())},
+             Times(OrderLines, Sum(orders, Exactly(odd.size()))),
+             {{{id + 'R', 'I'}, RowNumber()},
+              {{id, 'I'}, OfParent(OrderLines, RowNumber())},
               {{"NumRig", 'I'}, Line(OrderLines)},
               {{"CodArt", 'C', 50}, AnyOf(Articles, ArticleCode())},
               {{"DesArt", 'C', 100}, {}},
@@ -221,9 +204,9 @@ QVector<Table> WorkOrderTables() {
     return {{"OrdProT",
              "documenti",
              WorkOrders,
-             {{{"IdOrdPro", 'I'}, Id()},
-              {{"IdOrdCliR", 'I'}, Id()},
-              {{"NumOrdP", 'I'}, Id()},
+             {{{"IdOrdPro", 'I'}, RowNumber()},
+              {{"IdOrdCliR", 'I'}, RowNumber()},
+              {{"NumOrdP", 'I'}, RowNumber()},
               {{"DatOrdP", 'T'}, Day(360)},
               {{"DatCons", 'T'}, Day(360)},
               {{"Qta", 'N', 10, 2}, Whole(1, 20)},
@@ -233,7 +216,7 @@ QVector<Table> WorkOrderTables() {
             {"OrdProR",
              "documenti",
              Times(2, WorkOrders),
-             {{{"IdOrdPro", 'I'}, OfParent(2, Id())},
+             {{{"IdOrdPro", 'I'}, OfParent(2, RowNumber())},
               {{"NumRig", 'I'}, Line(2)},
               {{"CodArt", 'C', 50}, AnyOf(Articles, ArticleCode())},
               {{"DesArt", 'C', 100}, ArticleText()},
@@ -245,7 +228,7 @@ QVector<Table> WorkOrderTables() {
             {"OrdProF",
              "documenti",
              WorkOrders,
-             {{{"IdOrdPro", 'I'}, Id()},
+             {{{"IdOrdPro", 'I'}, RowNumber()},
               {{"NumFas", 'I'}, Fixed(10)},
               {{"CodLav", 'C', 10}, Fixed("SALD")},
               {{"Qta", 'N', 10, 2}, Whole(1, 20)},
@@ -255,11 +238,23 @@ QVector<Table> WorkOrderTables() {
              {{"IdOrdPro"}}}};
 }
 
-QuadrixScript PreparedFor(const Options& options) {
-    QuadrixScript script(options.company);
-    script.VatCode("22", "IVA 22%", 22);
-    script.VatCode("10", "IVA 10%", 10);
-    script.VatCode("N8", "Non imponibile art. 8", 0);
+} // namespace
+
+qint64 Articles(const Options& options) { return 2 * options.rows; }
+
+Rule ArticleCode() { return Code("TS-", 5); }
+
+QVector<Table> Tables(const Rule& code) {
+    const QVector<OddRow> customerOrders{{{"IdCliFor", 99999}, {"StatOrd", 0}},
+                                         {{"StatOrd", 2}},
+                                         {{"DatOrd", QDateTime(QDate(2005, 12, 31), QTime(0, 0), Qt::UTC)}}};
+    return CodeTables() + CounterpartyTables(code) + QVector<Table>{ArticleTable()} + BillTables() +
+           OrderTables("OrdCli", CustomerOrders, Counted(Customers), "RifCli", customerOrders) + WorkOrderTables() +
+           OrderTables("OrdFor", SupplierOrders, SupplierId(), "RifFor", {});
+}
+
+void Prepare(QuadrixScript& script) {
+    script.UsualVatCodes();
     for (const char* code : {"22", "10", "N8"}) {
         script.Translate("Iva", "CodIva", code, code);
     }
@@ -277,22 +272,15 @@ QuadrixScript PreparedFor(const Options& options) {
     script.WorkCentre("MONT", "Montaggio");
     script.DocumentReason("ORD", "ORDCL", "ORD");
     script.DocumentReason("ORD", "ORDFO", "ORD");
-    return script;
 }
-
-} // namespace
 
 } // namespace tessera
 
 Totals MakeTessera(const Options& options) {
     using namespace tessera;
-    const QVector<OddRow> customerOrders{{{"IdCliFor", 99999}, {"StatOrd", 0}},
-                                         {{"StatOrd", 2}},
-                                         {{"DatOrd", QDateTime(QDate(2005, 12, 31), QTime(0, 0), Qt::UTC)}}};
-    const QVector<Table> tables = CodeTables() + CounterpartyTables() + QVector<Table>{ArticleTable()} + BillTables() +
-                                  OrderTables("OrdCli", CustomerOrders, Counted(Customers), "RifCli", customerOrders) +
-                                  WorkOrderTables() + OrderTables("OrdFor", SupplierOrders, SupplierId(), "RifFor", {});
-    return Write("tessera.db", tables, options, PreparedFor(options));
+    QuadrixScript script(options.company);
+    Prepare(script);
+    return Write("tessera.db", Tables(BySide(Code("201.", 5), Code("401.", 5))), options, script);
 }
 
 } // namespace examples

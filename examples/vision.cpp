@@ -3,8 +3,6 @@
 
 #include "examples/plainTables.h"
 
-#include <numeric>
-
 namespace examples {
 
 namespace vision {
@@ -14,19 +12,7 @@ namespace {
 using namespace described;
 
 constexpr qint64 Parties = 10; ///< so many customers and so many suppliers
-constexpr qint64 Scales = 2;   ///< prices of an article in a list: of one piece and of ten
 const Count Articles = [](const Options& options) { return options.rows; };
-const QDateTime Start(QDate(2024, 1, 1), QTime(0, 0), Qt::UTC);
-const QDateTime End(QDate(2024, 12, 31), QTime(0, 0), Qt::UTC);
-
-/// A price list and of how many articles it has a price: the first ones.
-struct List {
-    QString code;
-    Count articles;
-};
-/// Two of sales, one of a customer, one of a supplier.
-const QVector<List> Lists{{"V1", Articles}, {"V2", EachOf(2)}, {"CL1", EachOf(10)}, {"A1", EachOf(5)}};
-
 const ArticleNames ItemNames{.description = "DESCR",
                              .description2 = "DESCR2",
                              .longText = "DESCR_EST",
@@ -52,6 +38,9 @@ const ArticleNames ItemNames{.description = "DESCR",
                              .supplierCode = "COD_ART_FOR",
                              .barCode = "BARCODE",
                              .location = "UBICAZIONE",
+                             .length = "LUNGHEZZA",
+                             .width = "LARGHEZZA",
+                             .thickness = "SPESSORE",
                              .isCancelled = "FLG_ANNULL",
                              .note = "NOTE",
                              .created = "DATA_INS"};
@@ -66,65 +55,43 @@ Table ArticleTable() {
             Articles,
             QVector<Field>{{{"COD_ART", 'C', 20}, ArticleCode()},
                            {{"TIPO_ART", 'C', 4}, OneOf({"PF", "SL", "MP"})},
-                           {{"DATA_MOD", 'T'}, Chance(30, Day(360))},
-                           {{"LUNGHEZZA", 'N', 12, 3}, Chance(30, Whole(100, 3000))},
-                           {{"LARGHEZZA", 'N', 12, 3}, Chance(30, Whole(50, 1500))},
-                           {{"SPESSORE", 'N', 12, 3}, Chance(30, Whole(1, 20))}} +
+                           {{"DATA_MOD", 'T'}, Chance(30, Day(360))}} +
                 ArticleColumns(ItemNames, AnyOf(Exactly(Parties), SupplierCode())),
             {{{"COD_ART", "PESO"}, {"PESO_NETTO", "due"}}, {{"COD_ART", "FORNITORE"}, {"COD_FOR", "F99999"}}},
             {{"COD_ART"}, {"DATA_INS"}}};
 }
 
+/// The list of purchases is of one supplier, the special one of one customer.
 QVector<Table> ListTables() {
-    QVector<Kind> lists;
-    QVector<Kind> articles;
-    for (const auto& [code, count] : Lists) {
-        lists.append({Times(Scales, count), Fixed(code)});
-        articles.append({Times(Scales, count), OfParent(Scales, ArticleCode())});
-    }
-    const auto rows = [lists](const Options& options) {
-        return std::accumulate(lists.begin(), lists.end(), qint64(0),
-                               [&](qint64 sum, const Kind& kind) { return sum + kind.rows(options); });
-    };
-    const Rule price = OfParent(Scales, Number(1, 190, 2));
-    return {{"LISTINI_T",
-             "listini",
-             Exactly(Lists.size()),
-             {{{"COD_LIS", 'C', 4}, Each(Lists, &List::code)},
-              {{"DESCR", 'C', 40}, Each({"Listino base", "Rivenditori", "Prezzi concordati", "Listino acquisti"})},
-              {{"TIPO_LIS", 'C', 1}, Each({"V", "V", "V", "A"})},
-              {{"COD_VAL", 'C', 3}, Each({"EUR", {}, "EUR", "EUR"})},
-              {{"DATA_INI", 'T'}, Fixed(Start)},
-              {{"COD_CLI", 'C', 8}, Each({{}, {}, "C00001", {}})},
-              {{"COD_FOR", 'C', 8}, Each({{}, {}, {}, "F00001"})}},
-             {{{"COD_LIS", "L9"}, {"DESCR", "Di un cliente che manca"}, {"COD_CLI", "C99999"}, {"COD_FOR", {}}}},
-             {{"COD_LIS"}}},
+    Table lists = ListTable(
+        "LISTINI_T",
+        {.code = "COD_LIS", .description = "DESCR", .kind = "TIPO_LIS", .currency = "COD_VAL", .from = "DATA_INI"});
+    lists.fields.append({{"COD_CLI", 'C', 8}, Each({{}, {}, "C00001"})});
+    lists.fields.append({{"COD_FOR", 'C', 8}, Each({{}, "F00001", {}})});
+    lists.odd = {{{"COD_LIS", "L9"}, {"DESCR", "Di un cliente che manca"}, {"COD_CLI", "C99999"}, {"COD_FOR", {}}}};
+    return {lists,
             {"LISTINI_R",
              "listini",
-             rows,
-             {{{"COD_LIS", 'C', 4}, Kinds(lists)},
-              {{"COD_ART", 'C', 20}, Kinds(articles)},
-              {{"DATA_INI", 'T'}, Fixed(Start)},
-              {{"DATA_FIN", 'T'}, OfParent(Scales, Chance(20, Fixed(End)))},
-              {{"QTA_DA", 'N', 12, 3}, Turn(1, {{}, Fixed(10)})},
-              {{"PREZZO", 'N', 12, 4}, Turn(1, {price, Multiplied(0.95, price)})},
-              {{"SCONTO1", 'N', 6, 2}, Chance(20, OneOf({5, 10}))},
-              {{"SCONTO2", 'N', 6, 2}, Chance(5, Fixed(2))},
-              {{"SCONTO3", 'N', 6, 2}, {}}},
-             {{{"COD_LIS", "L9"}}, {{"COD_LIS", "V1"}, {"COD_ART", "MANCA"}}},
+             Prices(Articles),
+             PriceColumns({.list = "COD_LIS",
+                           .article = "COD_ART",
+                           .from = "DATA_INI",
+                           .to = "DATA_FIN",
+                           .quantity = "QTA_DA",
+                           .price = "PREZZO",
+                           .discount1 = "SCONTO1",
+                           .discount2 = "SCONTO2",
+                           .discount3 = "SCONTO3"},
+                          Articles, ArticleCode()),
+             {{{"COD_LIS", "L9"}}, {{"COD_LIS", SalesList}, {"COD_ART", "MANCA"}}},
              {{"COD_LIS", "COD_ART"}}}};
 }
 
 QuadrixScript PreparedFor(const Options& options) {
     QuadrixScript script(options.company);
     PrepareArticles(script, "ARTICOLI", ItemNames);
-    for (qint64 row = 0; row < Parties; ++row) {
-        const Place place{options, row, 0};
-        script.Customer(Code("1", 5)(place).toString(), CustomerCode()(place).toString(),
-                        CompanyName(35)(place).toString());
-        script.Supplier(Code("2", 5)(place).toString(), SupplierCode()(place).toString(),
-                        CompanyName(35)(place.At(Parties + row)).toString());
-    }
+    PrepareCustomers(script, Parties, CustomerCode(), options);
+    PrepareSuppliers(script, Parties, SupplierCode(), options);
     return script;
 }
 

@@ -21,9 +21,6 @@ const Count CustomerOrders = EachOf(3);
 const Count SupplierOrders = EachOf(5);
 
 Rule No() { return Fixed(0); }
-Rule Id() {
-    return [](const Place& place) { return QVariant(place.row + 1); };
-}
 Rule ArticleCode() { return Code("VS-", 5); }
 Rule AnyArticle() { return AnyOf(Articles, ArticleCode()); }
 Rule CustomerCode() { return Code("C", 6); }
@@ -196,7 +193,7 @@ QVector<Table> OrderTables(const QString& side, const Count& orders, const QByte
              "documenti",
              orders,
              {{{"ANNO", 'I'}, Fixed(2024)},
-              {{"NUM_ORDINE", 'I'}, Id()},
+              {{"NUM_ORDINE", 'I'}, RowNumber()},
               {{"DATA_REG", 'T'}, Day(360)},
               {{codeColumn, 'C', 10}, code},
               {{"RIF_ORDINE", 'C', 20}, Chance(50, Code("PO ", 1))},
@@ -210,9 +207,9 @@ QVector<Table> OrderTables(const QString& side, const Count& orders, const QByte
             {"R_ORDINI_" + side,
              "documenti",
              // The odd heads have rows as well.
-             [=](const Options& options) { return OrderRows * (orders(options) + odd.size()); },
+             Times(OrderRows, Sum(orders, Exactly(odd.size()))),
              {{{"ANNO", 'I'}, Fixed(2024)},
-              {{"NUM_ORDINE", 'I'}, OfParent(OrderRows, Id())},
+              {{"NUM_ORDINE", 'I'}, OfParent(OrderRows, RowNumber())},
               {{"NUM_RIGA", 'I'}, Line(OrderRows)},
               {{"COD_ARTICOLO", 'C', 50}, AnyArticle()},
               {{"DESCRIZIONE", 'C', 100}, {}},
