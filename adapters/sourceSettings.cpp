@@ -17,6 +17,7 @@ namespace {
 
 const QString Section = QStringLiteral("IMPORT");
 const QString Database = QStringLiteral("Databasename");
+const QString DataSourceName = QStringLiteral("DSN");
 
 /// The section that holds a key of the origin under way.
 QString SectionOfKey(Session& session, const QString& key) {
@@ -199,9 +200,9 @@ Prepare DataSource(const QString& defaultDsn) {
     const ServerKeys keys{.username = "DSN_Username", .password = "DSN_Password"};
     const auto open = [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
-        source.DSN = Setting(session, "DSN", defaultDsn);
+        source.DSN = Setting(session, DataSourceName, defaultDsn);
         if (NamesSqliteFile(source.DSN)) {
-            UseSqliteFile(session, source, std::exchange(source.DSN, QString()), "DSN");
+            UseSqliteFile(session, source, std::exchange(source.DSN, QString()), DataSourceName);
             return true;
         }
         source.User = Peek(session, keys.username);
@@ -342,6 +343,11 @@ Prepare FixedFile(const QString& title, const QString& filter, const std::vector
 Prepare Fixed(const QString& connectionString) {
     return [=](Session& session, ovConnection& source) {
         ReadProvider(session, source);
+        const QString file = Peek(session, DataSourceName);
+        if (NamesSqliteFile(file)) {
+            UseSqliteFile(session, source, file, DataSourceName);
+            return true;
+        }
         source.ConnectionString = connectionString;
         ReadLine(session, source);
         return true;

@@ -90,7 +90,7 @@ Prepare FixedFolder(const QString& defaultFolder, const std::vector<sources::Fix
 /// A file of fixed width that the operator chooses. @param records the kinds of records in it, whose `file` is not read
 /// @param title,filter of the file dialog
 Prepare FixedFile(const QString& title, const QString& filter, const std::vector<sources::FixedRecord>& records);
-/// A connection string that is always the same.
+/// A connection string that is always the same, unless the setting DSN names a SQLite file in its place.
 Prepare Fixed(const QString& connectionString);
 
 } // namespace sourceSettings

@@ -13,20 +13,20 @@ using namespace proof;
 namespace {
 
 /// An origin, with where its example makes its source.
-struct Source {
+struct ExampleSource {
     const char* origin;
     const char* example;
     const char* place;
 };
 
-const Source Gescom{"Gescom", "gescom", "gescom/gescom.db"};
-const Source Arca{"Arca 2000", "arca2000", "arca2000"};
-const Source Mexal{"Mexal", "mexal", "mexal"};
+const ExampleSource OfGescom{"Gescom", "gescom", "gescom/gescom.db"};
+const ExampleSource OfArca{"Arca 2000", "arca2000", "arca2000"};
+const ExampleSource OfMexal{"Mexal", "mexal", "mexal"};
 
 /// A company into which all that an origin has was imported.
-class Migrated : public TestTarget {
+class MigratedOrigin : public TestTarget {
 public:
-    explicit Migrated(const Source& source)
+    explicit MigratedOrigin(const ExampleSource& source)
         : m_choice{"Prova Uno S.r.l.", {}, registry::Find(source.origin), ErrorAction::Ignore} {
         examples::Options options;
         options.rows = 40;
@@ -70,7 +70,7 @@ QString Told(const Proof& proof) {
 
 } // namespace
 
-Q_DECLARE_METATYPE(Source)
+Q_DECLARE_METATYPE(ExampleSource)
 
 /// One thing that is wrong in Quadrix, of what several origins import, is found by whoever reads the page.
 class TestProofOfOrigins : public QObject {
@@ -78,43 +78,44 @@ class TestProofOfOrigins : public QObject {
 
 private slots:
     void FindsOneFault_data() {
-        Columns<Source, QString, QString>("source", "change", "told");
-        Row("bills: a quantity", Gescom, "UPDATE X01_DIS_COM SET DCQTA = DCQTA + 0.5 WHERE RECORD_ID = 1",
+        Columns<ExampleSource, QString, QString>("source", "change", "told");
+        Row("bills: a quantity", OfGescom, "UPDATE X01_DIS_COM SET DCQTA = DCQTA + 0.5 WHERE RECORD_ID = 1",
             "value DIS_COM DCQTA");
-        Row("bills: a component's article", Gescom, "UPDATE X01_DIS_COM SET DCART = 'ALTRO' WHERE RECORD_ID = 1",
+        Row("bills: a component's article", OfGescom, "UPDATE X01_DIS_COM SET DCART = 'ALTRO' WHERE RECORD_ID = 1",
             "missing DIS_COM");
-        Row("bills: a component that is gone", Gescom, "DELETE FROM X01_DIS_COM WHERE RECORD_ID = 2",
+        Row("bills: a component that is gone", OfGescom, "DELETE FROM X01_DIS_COM WHERE RECORD_ID = 2",
             "missing DIS_COM");
-        Row("bills: a component too many", Gescom,
+        Row("bills: a component too many", OfGescom,
             "INSERT INTO X01_DIS_COM (IDDIS, IDDBL, DCART, DCQTA, DCPOS, USINS) SELECT IDDIS, IDDBL, 'ALTRO', 1, 990, "
             "USINS FROM X01_DIS_COM WHERE RECORD_ID = 1",
             "l'origine non ha più");
-        Row("documents: an amount", Gescom, "UPDATE X01_DOC_VER SET DRTOT = DRTOT + 0.01 WHERE RECORD_ID = 1",
+        Row("documents: an amount", OfGescom, "UPDATE X01_DOC_VER SET DRTOT = DRTOT + 0.01 WHERE RECORD_ID = 1",
             "value DOC_VER DRTOT");
-        Row("documents: a code", Gescom, "UPDATE X01_DOC_VER SET DRART = 'ALTRO' WHERE RECORD_ID = 1",
+        Row("documents: a code", OfGescom, "UPDATE X01_DOC_VER SET DRART = 'ALTRO' WHERE RECORD_ID = 1",
             "value DOC_VER DRART");
-        Row("documents: one that is gone", Gescom, "DELETE FROM X01_DOC_VEN WHERE RECORD_ID = 1", "missing DOC_VEN");
-        Row("documents: a row too many", Gescom,
+        Row("documents: one that is gone", OfGescom, "DELETE FROM X01_DOC_VEN WHERE RECORD_ID = 1", "missing DOC_VEN");
+        Row("documents: a row too many", OfGescom,
             "INSERT INTO X01_DOC_VER (IDTES, DRNUM, DRART, DRQTR, USINS) SELECT IDTES, 990, DRART, 1, USINS FROM "
             "X01_DOC_VER WHERE RECORD_ID = 1",
             "l'origine non ha più");
-        Row("prices: an amount", Arca, "UPDATE X01_LIS_ARS SET SCPRZ = SCPRZ + 0.01 WHERE RECORD_ID = 1",
+        Row("prices: an amount", OfArca, "UPDATE X01_LIS_ARS SET SCPRZ = SCPRZ + 0.01 WHERE RECORD_ID = 1",
             "value LIS_ARS SCPRZ");
-        Row("prices: one that is gone", Arca, "DELETE FROM X01_LIS_ARS WHERE RECORD_ID = 1", "missing LIS_ARS");
-        Row("articles: a code", Arca, "UPDATE X01_ART_ICO SET ARUMS = 'XX' WHERE RECORD_ID = 3", "value ART_ICO ARUMS");
-        Row("stock: a quantity", Mexal, "UPDATE X01_MOV_MAR SET MRQTA = MRQTA + 1 WHERE RECORD_ID = 1",
+        Row("prices: one that is gone", OfArca, "DELETE FROM X01_LIS_ARS WHERE RECORD_ID = 1", "missing LIS_ARS");
+        Row("articles: a code", OfArca, "UPDATE X01_ART_ICO SET ARUMS = 'XX' WHERE RECORD_ID = 3",
+            "value ART_ICO ARUMS");
+        Row("stock: a quantity", OfMexal, "UPDATE X01_MOV_MAR SET MRQTA = MRQTA + 1 WHERE RECORD_ID = 1",
             "value MOV_MAR MRQTA");
-        Row("stock: a row that is gone", Mexal, "DELETE FROM X01_MOV_MAR WHERE RECORD_ID = 1", "missing MOV_MAR");
-        Row("stock: a row too many", Mexal,
+        Row("stock: a row that is gone", OfMexal, "DELETE FROM X01_MOV_MAR WHERE RECORD_ID = 1", "missing MOV_MAR");
+        Row("stock: a row too many", OfMexal,
             "INSERT INTO X01_MOV_MAR (MRTES, MRNUM, MRART, MRQTA, MRMAG, USINS) SELECT MRTES, 0, 'ALTRO', 1, MRMAG, "
             "USINS FROM X01_MOV_MAR WHERE RECORD_ID = 1",
             "l'origine non ha più");
     }
     void FindsOneFault() {
-        QFETCH(const Source, source);
+        QFETCH(const ExampleSource, source);
         QFETCH(const QString, change);
         QFETCH(const QString, told);
-        Migrated target(source);
+        MigratedOrigin target(source);
         const QString before = Told(target.Compared());
         QVERIFY2(!before.contains(told) && !before.contains('\n'), qPrintable(before)); // nothing differs
         QCOMPARE(target.Execute(change), 1);

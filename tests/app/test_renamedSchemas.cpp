@@ -82,16 +82,16 @@ const Renamed Schemas[] = {
 };
 
 /// The source of an origin's fixture, as it is and with other names.
-class Source : public TestTarget {
+class RenamedSource : public TestTarget {
 public:
-    explicit Source(const Renamed& schema)
+    explicit RenamedSource(const Renamed& schema)
         : m_schema(schema) {
         Run(QString::fromUtf8(ReadFile(QStringLiteral(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/modImport_") +
                                        m_schema.module + "/source.sql")));
     }
-    ~Source() { CloseSource(Get()); }
-    Source(const Source&) = delete;
-    Source& operator=(const Source&) = delete;
+    ~RenamedSource() { CloseSource(Get()); }
+    RenamedSource(const RenamedSource&) = delete;
+    RenamedSource& operator=(const RenamedSource&) = delete;
 
     /// Gives each column whose meaning is known its name in the style; a name that is taken already is given to none.
     /// @return the names by logical column
@@ -152,7 +152,7 @@ private slots:
         qsizetype all = 0;
         qsizetype right = 0;
         for (const Renamed& schema : Schemas) {
-            Source source(schema);
+            RenamedSource source(schema);
             const QMap<QString, QString> renamed = source.Rename();
             const Inspection looked = source.Look();
             QStringList wrong;

@@ -187,7 +187,7 @@ Procedure AggiornaControparti() {
 /// The database is Oracle whatever the settings say, unless they name an Access file with its tables, for trials.
 bool PrepareSource(Session& session, ovConnection& source) {
     const bool prepared = sourceSettings::DataSource("BMS")(session, source);
-    if (!source.DSN.endsWith(u".mdb", Qt::CaseInsensitive)) {
+    if (!source.Embedded && !source.DSN.endsWith(u".mdb", Qt::CaseInsensitive)) {
         source.ProviderType = Provider::Oracle;
     }
     return prepared;
