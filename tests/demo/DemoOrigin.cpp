@@ -29,17 +29,16 @@ QStringList ListOf(const QStringList& words, const QString& name) {
 constexpr qint64 ExampleRows = 50;
 const QString SolutionSettings = "Solution.ini";
 
-/// The example of an origin, which is called as its module; empty when there is none, or when its rows name
-/// counterparties or articles that another origin brings.
+/// The example of an origin; empty when there is none, or when its rows name counterparties or articles that another
+/// origin brings.
 QString ExampleOf(const contract::Origin& origin) {
     static const QStringList leanOnOthers{"modImport_WinProgest", "modImport_Lantek30"};
     if (leanOnOthers.contains(origin.module)) {
         return {};
     }
-    const QString name = origin.module == "modImport_VS" ? "visualspace" : origin.module.section('_', 1).toLower();
     for (const examples::Example& example : examples::Examples()) {
-        if (example.name == name) {
-            return name;
+        if (example.origin == origin.name) {
+            return example.name;
         }
     }
     return {};
@@ -202,7 +201,8 @@ void DemoOrigin::Write() {
 /// Makes the example in the place of the one source; false when it will not do.
 bool DemoOrigin::MakeExample() {
     const QString example = ExampleOf(m_origin);
-    if (example.isEmpty() || m_sources.size() != 1) {
+    if (example.isEmpty() || m_sources.size() != 1 ||
+        FormatOf(m_origin, m_sources.first().fixture) == Format::OdbcSource) {
         return false;
     }
     Source& source = m_sources.first();
