@@ -36,8 +36,11 @@ void Installation::Make(const examples::Example& example, long rows, const std::
     std::ofstream(m_folder / "Quadrix.ini")
         << "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=quadrix.db\r\n"
         << "[IMPORT]\r\nDatabasename=" << source << "\r\nDSN=" << source << "\r\nDOC_DateStart=01/01/2017\r\n";
-    if (const fs::path own = folder / "Solution.ini"; fs::exists(own)) {
-        fs::copy_file(own, m_folder / "Solution.ini", fs::copy_options::overwrite_existing);
+    if (std::ifstream own(folder / "Solution.ini"); own) { // its place is beside the settings
+        const std::string text{std::istreambuf_iterator<char>(own), {}};
+        const std::string key = "DatabaseName=";
+        std::ofstream(m_folder / "Solution.ini")
+            << std::string(text).insert(text.find(key) + key.size(), folder.filename().string() + "/");
     }
     RunProgram(Program({"create-database", "--company", company, "--name", "Misure " + company}));
     if (const fs::path setUp = folder / "quadrix.sql"; fs::exists(setUp)) {

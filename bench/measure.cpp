@@ -47,6 +47,7 @@ Cost RunProgram(const std::vector<std::string>& command) {
     if (child == 0) {
         dup2(open("/dev/null", O_RDWR), STDOUT_FILENO);
         dup2(STDOUT_FILENO, STDIN_FILENO);
+        dup2(STDOUT_FILENO, STDERR_FILENO); // what a run tells of its rows
         execv(arguments.front(), arguments.data());
         _exit(127);
     }

@@ -6,9 +6,10 @@ namespace cli {
 namespace {
 
 Report Create(Context& context) {
-    const QString company = Required(context.options, "company").toUpper();
+    const QString given = Required(context.options, "company");
     const QString name = Required(context.options, "name");
-    CreateDatabase(context.session.Quadrix, company, name);
+    CreateDatabase(context.session.Quadrix, given, name);
+    const QString company = given.toUpper();
     const QString database = context.session.Quadrix.DatabaseName;
     return {ExitDone,
             QStringLiteral("Azienda %1 \"%2\" creata nel database '%3'").arg(company, name, database),

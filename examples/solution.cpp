@@ -3,8 +3,6 @@
 
 #include "examples/tessera.h"
 
-#include <QDir>
-
 namespace examples {
 
 namespace solution {
@@ -152,12 +150,10 @@ void Prepare(QuadrixScript& script) {
     script.DocumentReason("VEN", "FATCS", "FAT");
 }
 
-/// "Solution.ini" has its place beside the settings of Quadrix. The folder of the example is one of theirs, from which
-/// the path of the database counts.
-void WriteSettings(const Options& options, const QString& database) {
-    const QString path = QDir(QDir(options.folder).absolutePath()).dirName() + u'/' + database;
+/// "Solution.ini" has its place beside the settings of Quadrix; the path of the database counts from there.
+void WriteSettings(const Options& options, const QByteArray& database) {
     WriteText(options.folder + QStringLiteral("/Solution.ini"),
-              "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=" + path.toUtf8() + "\r\n");
+              "[DATABASE]\r\nProvider=SQLITE\r\nDatabaseName=" + database + "\r\n");
 }
 
 } // namespace

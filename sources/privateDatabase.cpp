@@ -27,6 +27,7 @@ constexpr qsizetype MostOfSqlite = 1999;
 } // namespace
 
 PrivateDatabase::PrivateDatabase() {
+    PrepareSqlite();
     // A database without a name is SQLite's own temporary file: it exists for this connection alone.
     const int code =
         sqlite3_open_v2("", &m_database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);

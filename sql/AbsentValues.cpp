@@ -20,8 +20,10 @@ constexpr quint64 WordBits = 64;
 /// As columns of texts compare: without the case of plain letters.
 QByteArray Folded(const QString& text) { return text.toUtf8().toUpper(); }
 
+/// Names of columns have one length: their ends tell most of them apart.
 bool IsSameName(const QString& left, const QString& right) {
-    return left.size() == right.size() && (left == right || left.compare(right, Qt::CaseInsensitive) == 0);
+    return left.size() == right.size() && (left.isEmpty() || left.back().toUpper() == right.back().toUpper()) &&
+           left.compare(right, Qt::CaseInsensitive) == 0;
 }
 
 std::array<quint64, 3> PlacesIn(const QByteArray& text) {

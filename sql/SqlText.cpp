@@ -6,24 +6,45 @@
 /// Keeps values apart from the words.
 class SqlText::Values final : public ValueWriter {
 public:
-    explicit Values(SqlText& text)
-        : m_text(text) {}
+    /// @param isKnown the words are there
+    explicit Values(SqlText& text, bool isKnown = false)
+        : m_text(text),
+          m_isKnown(isKnown) {}
 
     void Null() override { Take({StatementShape::Value::Kind::Null, 0, {}}); }
     void Text(QStringView text) override { Take({StatementShape::Value::Kind::Text, 0, text.toUtf8()}); }
     void Whole(qint64 number) override { Take(StatementShape::Value::OfInteger(number)); }
     void Number(double number) override { Take(StatementShape::Value::OfNumber(number)); }
-    void Words(QStringView sql) override { m_text += SqlText::Of(sql.toString(), m_text.m_provider); }
+    void Words(QStringView sql) override {
+        if (m_isKnown) {
+            m_hasWords = true;
+            return;
+        }
+        m_text += SqlText::Of(sql.toString(), m_text.m_provider);
+    }
+    bool HasWords() const { return m_hasWords; }
 
 private:
     void Take(StatementShape::Value value) {
-        m_text.m_shape.shape += '?';
         m_text.m_shape.values.append(std::move(value));
-        m_text.m_shape.isCommon = m_text.m_shape.HoldsFew();
+        if (!m_isKnown) {
+            m_text.m_shape.shape += '?';
+            m_text.m_shape.isCommon = m_text.m_shape.HoldsFew();
+        }
     }
 
     SqlText& m_text;
+    bool m_isKnown;
+    bool m_hasWords = false;
 };
+
+SqlText::SqlText(Provider provider, const QByteArray& shape, qsizetype values)
+    : m_provider(provider) {
+    m_shape.shape = shape;
+    m_shape.values.reserve(values);
+    m_shape.verb = StatementShape::VerbOf(shape);
+    m_shape.isCommon = true;
+}
 
 SqlText SqlText::Of(const QString& text, Provider provider) {
     SqlText made(provider);
@@ -58,6 +79,12 @@ SqlText& SqlText::Add(const QVariant& value, DataType type) {
     Values values(*this);
     mod_ovTools::WriteSqlValue(values, value, type, m_provider);
     return *this;
+}
+
+bool SqlText::Fill(const QVariant& value, DataType type) {
+    Values values(*this, true);
+    mod_ovTools::WriteSqlValue(values, value, type, m_provider);
+    return !values.HasWords();
 }
 
 /// Names and words are plain for the most part: they need no conversion.

@@ -12,6 +12,9 @@ public:
     /// @param provider whose words the values are written in
     explicit SqlText(Provider provider = Provider::SqlServer)
         : m_provider(provider) {}
+    /// A statement whose words are known from one before, with the places of its values: `Fill` gives these, in order.
+    /// @param shape of the one before
+    SqlText(Provider provider, const QByteArray& shape, qsizetype values);
     /// A statement, or a part of one, that is there as a text: its literals are taken out.
     static SqlText Of(const QString& text, Provider provider = Provider::SqlServer);
 
@@ -20,6 +23,9 @@ public:
     SqlText& operator+=(const SqlText& more);
     /// Adds a value, by the rules of `mod_ovTools::FormatSqlValue`.
     SqlText& Add(const QVariant& value, DataType type);
+    /// Gives the next value of a statement whose words are known. False, and nothing done, for one that takes words of
+    /// its own.
+    bool Fill(const QVariant& value, DataType type);
 
     /// The text, with the values as literals.
     QString Text() const { return m_shape.Text(); }

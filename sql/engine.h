@@ -159,6 +159,9 @@ struct ConnectionSettings {
     std::function<void(const QString& note)> note; ///< is told what was taken for granted when a file was read; or null
 };
 
+/// Sets the library of SQLite up for this program: before its first database is opened, later calls do nothing.
+void PrepareSqlite();
+
 /// Opens a SQLite file, creating it when missing unless readOnly; ":memory:" and "" (a private temporary file) work
 /// as SQLite has them. One that is only read may stand in a folder that may only be read, too. Raises `SqlError`.
 std::unique_ptr<Engine> OpenSqlite(const QString& file, bool readOnly = false);

@@ -52,6 +52,7 @@ void ovQueryConstructor::Reset() {
     m_table.clear();
     TableText.clear();
     WhereString.clear();
+    KnownInsert.clear();
     m_fields.clear();
     m_indexes.clear();
     m_order.clear();

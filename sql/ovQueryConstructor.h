@@ -64,6 +64,8 @@ public:
     QString ProcedureName;
     /// Appended verbatim to SELECT, UPDATE and DELETE; carries its own WHERE.
     QString WhereString;
+    /// What `InsertShape` gave for the same table and fields, which need not be made again; `Reset` clears it.
+    QByteArray KnownInsert;
     /// A note of the caller about the table; `Reset` clears it and no statement reads it.
     QString TableText;
 
@@ -124,6 +126,8 @@ public:
 
     /// The INSERT or the UPDATE of `MakeQuery` with its values apart; empty for any other kind.
     SqlText MakeStatement(StatementKind kind) const;
+    /// The words of the INSERT, with a place for each value; empty where a value has words of its own.
+    QByteArray InsertShape() const;
 
     /// Data type of a keyword such as "int" or "Counter" (any case); Char for every other.
     static DataType GetDataTypeFromString(const QString& keyword);
@@ -155,6 +159,7 @@ private:
     int TakeField(const QString& name, bool overwrite, const char* source, const char* description);
     QString SelectText(bool distinct) const;
     SqlText InsertStatement() const;
+    std::optional<SqlText> InsertOfShape(const QByteArray& shape) const;
     SqlText UpdateStatement() const;
     QString DeleteText() const;
     QString DropIndexText(DropMode mode) const;

@@ -57,7 +57,26 @@ SqlText ovQueryConstructor::MakeStatement(StatementKind kind) const {
                                            : SqlText(ProviderType);
 }
 
+/// None where a value has words of its own.
+std::optional<SqlText> ovQueryConstructor::InsertOfShape(const QByteArray& shape) const {
+    SqlText statement(ProviderType, shape, m_fields.size());
+    const bool isFilled = std::all_of(m_fields.cbegin(), m_fields.cend(), [&statement](const QueryField& field) {
+        return statement.Fill(field.Value, field.Type);
+    });
+    return isFilled ? std::optional(std::move(statement)) : std::nullopt;
+}
+
+QByteArray ovQueryConstructor::InsertShape() const {
+    const QByteArray shape = InsertStatement().Shape().shape;
+    return InsertOfShape(shape) ? shape : QByteArray();
+}
+
 SqlText ovQueryConstructor::InsertStatement() const {
+    if (!KnownInsert.isEmpty()) {
+        if (auto known = InsertOfShape(KnownInsert)) {
+            return std::move(*known);
+        }
+    }
     SqlText statement(ProviderType);
     statement += u"INSERT INTO ";
     statement += FullTableName();

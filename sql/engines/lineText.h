@@ -34,7 +34,8 @@ inline constexpr const char* ExpiredCertificate = "il certificato del server è 
 inline constexpr const char* NoHandshake = "la connessione cifrata (TLS, impostazione Encryption) non è riuscita";
 inline constexpr const char* AsksForPassword =
     "il server chiede la password in un modo che la mostrerebbe a chi si spacciasse per lui: la si dà solo su una "
-    "connessione cifrata e verificata, con l'impostazione Encryption=2";
+    "connessione cifrata e verificata, con l'impostazione Encryption=2; a un server MySQL anche con Encryption=1 e "
+    "l'autorità del suo certificato in EncryptionCA";
 inline constexpr const char* DeniedOrPlain =
     "utente o password errati, oppure l'utente può entrare solo su una connessione cifrata (TLS, impostazione "
     "Encryption=1)";

@@ -144,6 +144,11 @@ void TestLines::NoPasswordInClear_data() {
             QTest::addRow("%s, %s, encrypted", signOn.constData(), way) << way << signOn << Encryption::On;
         }
     }
+    // They give it to whoever has a key, which the other side tells.
+    for (const QByteArray signOn : {"caching_sha2_password", "sha256_password"}) {
+        QTest::addRow("%s", signOn.constData()) << "client" << signOn << Encryption::DriversOwn;
+        QTest::addRow("%s, encrypted", signOn.constData()) << "client" << signOn << Encryption::On;
+    }
 }
 
 void TestLines::NoPasswordInClear() {

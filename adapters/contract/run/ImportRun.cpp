@@ -213,11 +213,11 @@ void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& li
     }
 }
 
-const QStringList& ImportRun::ColumnsOf(const schema::Table& table, const std::vector<qint16>& fields) {
+ImportRun::RowShape& ImportRun::ShapeOf(const schema::Table& table, const std::vector<qint16>& fields) {
     const auto* bytes = reinterpret_cast<const char*>(fields.data());
     const auto size = static_cast<qsizetype>(fields.size() * sizeof(qint16));
-    const auto known = m_columns.constFind({&table, QByteArray::fromRawData(bytes, size)});
-    if (known != m_columns.cend()) {
+    const auto known = m_shapes.find({&table, QByteArray::fromRawData(bytes, size)});
+    if (known != m_shapes.end()) {
         return *known;
     }
     QMap<qint16, QString> names;
@@ -226,7 +226,7 @@ const QStringList& ImportRun::ColumnsOf(const schema::Table& table, const std::v
             names.insert(fields[place], table.columns[place].name);
         }
     }
-    return *m_columns.insert({&table, QByteArray(bytes, size)}, names.values());
+    return *m_shapes.insert({&table, QByteArray(bytes, size)}, {names.values(), {}});
 }
 
 bool ImportRun::Ask(const QString& question) {

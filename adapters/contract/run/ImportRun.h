@@ -140,10 +140,13 @@ public:
     /// @param id identity value of the new row, where somebody may ask for it
     void Inserted(const QString& table, const PendingRows::Id& id = {});
     void Updated(const QString& table) { m_account.Updated(table); }
-    /// The columns of a row that is written, in the order in which they are, without those of bytes. Many rows have the
-    /// same ones, and share the list.
+    /// What many rows of a table share that have the same columns.
+    struct RowShape {
+        QStringList columns; ///< in the order in which they are written, without those of bytes
+        QByteArray insert;   ///< see `ovQueryConstructor::KnownInsert`; empty before the first
+    };
     /// @param fields by the column's place in the table: its place in the row; -1 for one that is not written
-    const QStringList& ColumnsOf(const schema::Table& table, const std::vector<qint16>& fields);
+    RowShape& ShapeOf(const schema::Table& table, const std::vector<qint16>& fields);
     /// Whether somebody keeps what rows were before they are written, and what was written.
     bool KeepsImages() const { return m_session.Observer != nullptr && m_session.Observer->KeepsImages(); }
     /// Tells of a row that was written. @param complete puts in what is known only once the row stands in the database
@@ -183,10 +186,10 @@ private:
     QHash<QString, PendingRows::Id> m_lastIds;
     int m_loops = 0; ///< begun so far
     std::optional<bool> m_takesRowsBack;
-    QHash<std::pair<const schema::Table*, QByteArray>, QStringList> m_columns; ///< by table and fields
-    QHash<QString, bool> m_answers;                                            ///< by question
-    QHash<QString, QString> m_texts;                                           ///< by prompt
-    double m_start;                                                            ///< seconds on the operator's clock
+    QHash<std::pair<const schema::Table*, QByteArray>, RowShape> m_shapes; ///< by table and fields
+    QHash<QString, bool> m_answers;                                        ///< by question
+    QHash<QString, QString> m_texts;                                       ///< by prompt
+    double m_start;                                                        ///< seconds on the operator's clock
 };
 
 } // namespace contract

@@ -183,6 +183,11 @@ void TargetRow::Insert() {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }
     TellNameless();
+    ImportRun::RowShape& shape = m_run.ShapeOf(*m_table, m_fields);
+    if (shape.insert.isEmpty()) {
+        shape.insert = m_query.InsertShape();
+    }
+    m_query.KnownInsert = shape.insert;
     const PendingRows::Id id = m_run.GetSession().Quadrix.Insert(m_query, QStringLiteral("RECORD_ID"), m_links);
     m_run.Inserted(m_table->name, id);
     if (m_run.KeepsImages()) {
@@ -198,7 +203,7 @@ void TargetRow::Update(const QString& where) {
     m_query.WhereString = where;
     if (m_run.KeepsImages()) {
         TargetChange change{TargetChange::Kind::Updated, m_run.FullName(m_table->name), 0};
-        change.columns = m_run.ColumnsOf(*m_table, m_fields);
+        change.columns = m_run.ShapeOf(*m_table, m_fields).columns;
         change.digest = DigestOf(m_query);
         m_run.KeepImages(change, where);
     }
@@ -218,7 +223,7 @@ void TargetRow::TellNameless() const {
 
 void TargetRow::TellInserted(const PendingRows::Id& id) const {
     TargetChange change{TargetChange::Kind::Inserted, m_run.FullName(m_table->name), 0};
-    change.columns = m_run.ColumnsOf(*m_table, m_fields);
+    change.columns = m_run.ShapeOf(*m_table, m_fields).columns;
     if (m_links.empty()) {
         change.digest = DigestOf(m_query);
         m_run.TellChange(std::move(change), [id](TargetChange& told) { told.id = *id; });

@@ -285,9 +285,9 @@ bool PrepareSource(Session& session, ovConnection& source) {
     if (!answers) {
         return false;
     }
-    source.DatabaseName = answers->at(2);
-    if (sourceSettings::UseNamedFile(session, source, {})) {
-        return true;
+    if (sourceSettings::NamesSqliteFile(answers->at(2))) {
+        source.DatabaseName = answers->at(2);
+        return sourceSettings::UseNamedFile(session, source, {});
     }
     source.ConnectionString = "Provider=MSDASQL.1;Password=" + answers->at(1) +
                               ";Persist Security Info=True;User ID=" + answers->at(0) +

@@ -7,10 +7,13 @@
 
 namespace {
 
-/// Ways to sign on that do not show the password on the line. Those that do are the client's "mysql_clear_password" and
-/// "dialog", which a server, whoever that is, may ask for.
-constexpr const char* SafeSignOns = "mysql_native_password,client_ed25519,caching_sha2_password,sha256_password,"
-                                    "auth_gssapi_client,parsec";
+/// Ways to sign on that give the password to nobody. Those that show it to whoever asks are the client's
+/// "mysql_clear_password" and "dialog".
+constexpr const char* SafeSignOns = "mysql_native_password,client_ed25519,auth_gssapi_client,parsec";
+/// With those of MySQL, which hand it over to the holder of a key: on an encrypted line to its other end, else to
+/// whoever gives a key when asked for one.
+constexpr const char* KeyedSignOns = "mysql_native_password,client_ed25519,auth_gssapi_client,parsec,"
+                                     "caching_sha2_password,sha256_password";
 
 void SetFlag(st_mysql* handle, mysql_option option, bool on) {
     const my_bool value = on ? 1 : 0;
@@ -44,7 +47,8 @@ void SetMySqlLine(st_mysql* handle, const ConnectionSettings& settings) {
     // A port of this machine is no proof: any of its users may listen there. A socket is a file with an owner.
     const bool isKnown = settings.encryption == Encryption::Verified || settings.server.startsWith(u'/');
     if (!isKnown) {
-        mysql_optionsv(handle, MARIADB_OPT_RESTRICTED_AUTH, SafeSignOns);
+        const bool hasAuthority = settings.encryption == Encryption::On && !settings.encryptionCA.isEmpty();
+        mysql_optionsv(handle, MARIADB_OPT_RESTRICTED_AUTH, hasAuthority ? KeyedSignOns : SafeSignOns);
     }
     if (settings.encryption == Encryption::DriversOwn) {
         return;

@@ -1,5 +1,6 @@
 #include "sql/engines/sqlite/sqliteFile.h"
 
+#include "sql/engine.h"
 #include "sql/engines/sqlite/sqliteError.h"
 #include "sql/errors.h"
 
@@ -7,6 +8,9 @@
 #include <QUrl>
 
 #include <sqlite3.h>
+
+/// Nobody asks how much memory the library has: counting it takes a lock for each piece.
+void PrepareSqlite() { [[maybe_unused]] static const int once = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
 
 namespace sqliteFile {
 
@@ -22,6 +26,7 @@ namespace {
 }
 
 Handle Open(const QString& name, int flags, const QString& file) {
+    PrepareSqlite();
     sqlite3* opened = nullptr;
     // A connection works on one thread at a time.
     const int code = sqlite3_open_v2(name.toUtf8().constData(), &opened,

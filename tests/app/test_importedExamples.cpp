@@ -21,7 +21,10 @@ QString MakeSource(TestTarget& target, const examples::Example& example) {
     examples::Make(example.name, options);
     target.Db().ExecuteScript(QString::fromUtf8(ReadFile(options.folder + "/quadrix.sql")));
     const QString source = options.folder + (example.source.isEmpty() ? QString() : '/' + example.source);
-    QFile::copy(options.folder + "/Solution.ini", target.Folder.filePath("Solution.ini"));
+    if (QByteArray own = ReadFile(options.folder + "/Solution.ini");
+        !own.isEmpty()) { // its place is beside the settings
+        WriteFile(target.Folder.filePath("Solution.ini"), own.replace("DatabaseName=", "DatabaseName=source/"));
+    }
     for (const char* key : {"Databasename", "DSN"}) {
         target.Get().Config.SetAppConfig("IMPORT", key, source);
     }
@@ -74,7 +77,7 @@ qint64 ImportAll(TestTarget& target, const examples::Example& example, const con
 } // namespace
 
 /// Every example can be imported, and a second time without a row more.
-class TestExamples : public QObject {
+class TestImportedExamples : public QObject {
     Q_OBJECT
 
 private slots:
@@ -98,5 +101,5 @@ private slots:
     }
 };
 
-QUADRIX_TEST(TestExamples)
-#include "test_examples.moc"
+QUADRIX_TEST(TestImportedExamples)
+#include "test_importedExamples.moc"
