@@ -75,6 +75,8 @@ private slots:
         const QList<double> three{0, 10, 100};
         Row("one for any quantity", QList<double>{0}, QList<double>{0}, "999999999|0");
         Row("the lowest begins at one", QList<double>{1, 5}, QList<double>{1, 5}, "4.999999|1 999999999|5");
+        Row("the lowest twice", QList<double>{0, 0, 5}, QList<double>{0, 0, 5}, "4.999999|0 999999999|5");
+        Row("a higher one twice", QList<double>{0, 5, 5}, QList<double>{0, 5, 5}, "4.999999|0 999999999|5");
         Row("three", three, three, "9.999999|0 99.999999|10 999999999|100");
         Row("parts of a unit", QList<double>{0, 0.5}, QList<double>{0, 0.5}, "0.499999|0 999999999|0.5");
         Row("a new one between", three, QList<double>{0, 10, 50, 100},

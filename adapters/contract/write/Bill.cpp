@@ -5,6 +5,7 @@
 #include "adapters/contract/write/noLongerThere.h"
 #include "core/billCycles.h"
 #include "core/qdxProduction_articles.h"
+#include "core/qdxProduction_sheets.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -163,6 +164,15 @@ void BillWriter::Write(const Component& component, qint64 phase, const std::func
     } else {
         row.Insert();
     }
+}
+
+QString BillWriter::SheetOf(const QString& material, double thickness) {
+    const std::pair key(material, thickness);
+    const auto known = m_sheets.constFind(key);
+    return known != m_sheets.cend()
+               ? *known
+               : *m_sheets.insert(key,
+                                  qdxProduction::qdxGetCodiceLamieraEsterno(m_run.GetSession(), material, thickness));
 }
 
 void BillWriter::TellComponentsLeft() {

@@ -72,6 +72,9 @@ public:
     /// that the bill already has is rewritten; a quantity that is lost by that is logged where this run wrote it.
     /// @param phase RECORD_ID of the phase that consumes it @param more sets further columns
     void Write(const Component& component, qint64 phase, const std::function<void(TargetRow&)>& more = {});
+    /// The article of the sheets of a material and thickness; empty without one. No index finds it: each pair is looked
+    /// for once, as an import of bills writes no articles.
+    QString SheetOf(const QString& material, double thickness);
     /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
     /// no longer in the source, yet they stay. Called when the bill is complete.
     void TellComponentsLeft();
@@ -99,6 +102,7 @@ private:
     bool m_wasThere = false;             ///< the bill begun last
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
+    QHash<std::pair<QString, double>, QString> m_sheets;
 };
 
 /// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill

@@ -2,7 +2,6 @@
 
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Cam.h"
-#include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 
 namespace contract {
@@ -35,20 +34,19 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
 }
 
 /// The article of a sheet that a product is cut from: of its material and thickness.
-QString SheetOf(ImportRun& run, const QString& product) {
+QString SheetOf(ImportRun& run, BillWriter& writer, const QString& product) {
     Session& session = run.GetSession();
     const Recordset found = session.SourceConnection().ExecuteWC(OfProduct(run, Products, product));
     if (found.Eof()) {
         return {};
     }
     const SourceRow row(found);
-    return qdxProduction::qdxGetCodiceLamieraEsterno(session, MaterialOf(session, row.Text("DIS_MatRef")),
-                                                     NumberOf(row, "DIS_Thickness"));
+    return writer.SheetOf(MaterialOf(session, row.Text("DIS_MatRef")), NumberOf(row, "DIS_Thickness"));
 }
 
 void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, const QString& product, qint64 phase) {
     const QString child = row.HasColumn(ChildColumn) ? row.Text(ChildColumn) : QString();
-    const QString article = child.isEmpty() ? SheetOf(run, product) : ArticleOf(run, child);
+    const QString article = child.isEmpty() ? SheetOf(run, writer, product) : ArticleOf(run, child);
     if (article.isEmpty() || !writer.HasArticle(article)) {
         run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(NameOf(row, Costs, "PrdRef"), child));
         return;

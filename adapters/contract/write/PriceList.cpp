@@ -111,9 +111,13 @@ RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) cons
 
 RowOutcome PriceListWriter::AddScaleFrom(qint64 articleRow, const Scale& scale) {
     const double from = mod_ovTools::ReadNumber(scale.quantity).value_or(0);
-    const bool isLowest = !m_begun.contains(articleRow);
-    m_run.Remember(m_begun, articleRow);
-    if (isLowest && from > 1) {
+    const bool isFirst = !m_lowest.contains(articleRow);
+    if (isFirst) {
+        m_lowest.insert(articleRow, from);
+        m_run.WhenTakenBack([this, articleRow] { m_lowest.remove(articleRow); });
+    }
+    const bool isLowest = from <= m_lowest.value(articleRow);
+    if (isFirst && from > 1) {
         m_run.Log(QStringLiteral("PREZZO ANCHE PER MENO: %1: vale da %2, Quadrix lo applica anche sotto")
                       .arg(m_run.RowKey(), mod_ovTools::ToText(scale.quantity)));
     }

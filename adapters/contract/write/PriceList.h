@@ -78,8 +78,8 @@ private:
     QVariant First(const QString& query) const;
 
     ImportRun& m_run;
-    QSet<qint64> m_begun; ///< rows of articles that have their lowest scale, of those that hold from a quantity on
-    QSet<qint64> m_works; ///< RECORD_IDs of the work prices written so far
+    QHash<qint64, double> m_lowest; ///< quantity that the lowest scale of an article's row begins with
+    QSet<qint64> m_works;           ///< RECORD_IDs of the work prices written so far
 };
 
 } // namespace contract
