@@ -47,9 +47,7 @@ public:
         if (!m_present.contains(PhysicalName(table).toUpper())) {
             CreateTable(table);
             CreateIndexes(table);
-            if (m_quadrix.Embedded) {
-                TellStatistics(table);
-            }
+            TellExpected(table);
         }
     }
 
@@ -120,21 +118,18 @@ private:
                           columns.join(QStringLiteral(", ")) + u')');
     }
 
-    /// SQLite knows nothing of a table that is still empty, and may take the index of one column, under which thousands
-    /// of rows stand, before the key: it is told what the table will be like.
-    void TellStatistics(const schema::Table& table) {
+    /// A key finds a row; under a value of another column there may be thousands.
+    void TellExpected(const schema::Table& table) {
         if (table.key.size() < 2) {
             return;
         }
-        m_quadrix.Execute(u"ANALYZE " + PhysicalName(table)); // makes the table of statistics
-        const auto tell = [&](const QStringList& columns, const QString& rows) {
-            m_quadrix.Execute(u"INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES ('" + PhysicalName(table) + u"', '" +
-                              IndexName(table, columns) + u"', '1000000" + rows + u"')");
-        };
-        tell(table.key, QStringLiteral(" 100").repeated(table.key.size() - 1) + u" 1");
+        constexpr int some = 100;
+        constexpr int many = 1000;
+        m_quadrix.Expect(PhysicalName(table), IndexName(table, table.key),
+                         QList<int>(table.key.size() - 1, some) + QList<int>{1});
         for (const schema::Column& column : table.columns) {
             if (column.indexed) {
-                tell({column.name}, QStringLiteral(" 1000"));
+                m_quadrix.Expect(PhysicalName(table), IndexName(table, {column.name}), {many});
             }
         }
     }
@@ -227,9 +222,6 @@ void CreateDatabase(ovConnection& quadrix, const QString& company, const QString
     creation.FillShared();
     creation.FillCompany(name.trimmed());
     transaction->Keep();
-    if (quadrix.Embedded) {
-        quadrix.Execute(QStringLiteral("ANALYZE sqlite_schema")); // reads the statistics
-    }
 }
 
 void CreateSharedTable(ovConnection& quadrix, const QString& bareName) {

@@ -96,6 +96,10 @@ public:
     /// and gives back the identity values of all rows, in their order, when RETURNING and the column stand behind it;
     /// 0: there is none.
     virtual qsizetype LongestInsert() { return 0; }
+    /// Tells of an index of a table that is still empty how many rows will stand under one value of its first column,
+    /// of its first two and so on, of a million: a planner that knows nothing takes the first that fits. Nothing where
+    /// the database keeps account of that by itself.
+    virtual void Expect(const QString& /*table*/, const QString& /*index*/, const QList<int>& /*rows*/) {}
     /// Whether what a transaction reads stays as it was until its end, but for what its own statements write: it sees
     /// nothing of others, and there are no triggers.
     virtual bool KeepsItsView() { return false; }

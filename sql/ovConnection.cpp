@@ -434,6 +434,10 @@ void ovConnection::EndTrans() {
     ForgetNewTexts();
 }
 
+void ovConnection::Expect(const QString& table, const QString& index, const QList<int>& rows) {
+    Opened({}).Expect(table, index, rows);
+}
+
 qint64 ovConnection::LastInsertId() { return Opened({}).LastInsertId(); }
 
 void ovConnection::Interrupt() noexcept {

@@ -113,6 +113,8 @@ public:
     bool TransactionLost() const { return m_lost; }
     /// Identity value of the row inserted last on this connection.
     qint64 LastInsertId();
+    /// See `Engine::Expect`.
+    void Expect(const QString& table, const QString& index, const QList<int>& rows);
     /// Waits for a while before what failed is tried again, where it may pass by itself and nobody was asked about it.
     /// @param attempt tries so far
     void WaitToPass(const SqlError& error, int attempt) const;

@@ -49,6 +49,16 @@ private slots:
     }
 
     /// The second company brings its own tables and leaves the shared ones as the operator keeps them.
+    /// A code at a supplier has an index of its key and one of the supplier, who may have thousands.
+    void emptyTablesAreAskedByTheirKey() {
+        TestTarget target;
+        const QString plan = target
+                                 .Rows("EXPLAIN QUERY PLAN SELECT RECORD_ID FROM X01_ART_COD WHERE CDART = 'A' AND "
+                                       "CDCOD = 'B' AND COCON = 'C'")
+                                 .join('|');
+        QVERIFY2(plan.contains("IX_X01_ART_COD_CDART_CDCOD (CDART=? AND CDCOD=?)"), qPrintable(plan));
+    }
+
     void secondCompanySharesTheBaseTables_data() { Engines(); }
     void secondCompanySharesTheBaseTables() {
         QFETCH(TestTarget::On, engine);

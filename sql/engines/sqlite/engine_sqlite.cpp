@@ -110,6 +110,19 @@ public:
         return columns;
     }
 
+    void Expect(const QString& table, const QString& index, const QList<int>& rows) override {
+        QString statistics = QStringLiteral("1000000");
+        for (const int each : rows) {
+            statistics += u' ' + QString::number(each);
+        }
+        if (Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = 'sqlite_stat1'")).isEmpty()) {
+            Run(u"ANALYZE " + Quoted(table)); // makes the table of statistics
+        }
+        Run(u"INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES (" + TextLiteral(table) + u", " + TextLiteral(index) +
+            u", " + TextLiteral(statistics) + u')');
+        Run(QStringLiteral("ANALYZE sqlite_schema")); // reads it
+    }
+
     /// SQLite has no switch for triggers: their text waits in a table of its own while they are off, so that it is
     /// not lost when the program ends in between.
     void SetTriggersEnabled(const QString& table, bool enabled) override {
