@@ -185,19 +185,6 @@ Rule Digits(int count) {
 
 Rule ThreeDigits() { return Digits(3); }
 
-Rule DigitsAsNumber() {
-    return OnText("le sole cifre, come numero intero", [](const QString& text) {
-        QString digits = text;
-        digits.removeIf([](QChar character) { return !character.isDigit(); });
-        bool isNumber = false;
-        const qint64 number = digits.toLongLong(&isNumber);
-        if (!isNumber) {
-            throw ImportError(QStringLiteral("'%1' non ha un numero").arg(text));
-        }
-        return QString::number(number);
-    });
-}
-
 Rule WithoutBlanks() {
     return OnText("senza spazi", [](QString text) { return text.remove(u' '); });
 }

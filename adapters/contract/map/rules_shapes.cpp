@@ -39,6 +39,19 @@ Rule FirstNotBlank(const Rule& rule) {
             rule.side, rule.reads};
 }
 
+Rule DigitsAsNumber() {
+    return {"le sole cifre, come numero intero", [](const RuleInput& input) -> RuleValue {
+                QString digits = input.Text();
+                digits.removeIf([](QChar character) { return !character.isDigit(); });
+                bool isNumber = false;
+                const qint64 number = digits.toLongLong(&isNumber);
+                if (!isNumber) {
+                    throw ImportError(QStringLiteral("'%1' non ha un numero").arg(input.Text()));
+                }
+                return QString::number(number);
+            }};
+}
+
 Rule DateText(const QString& format) {
     return {QStringLiteral("giorno scritto \"%1\"; nessuno se è vuoto o tutto zeri").arg(format),
             [format](const RuleInput& input) -> RuleValue {

@@ -54,6 +54,12 @@ QString MarkOf(const SourceRow& row) {
     return kind + side;
 }
 
+/// The family of a document that is imported.
+const Family& FamilyOf(const SourceRow& row) {
+    const QString mark = MarkOf(row);
+    return mark == WorkMark ? WorkAccount : mark.endsWith(u'C') ? Sales : Purchases;
+}
+
 Rule Mark() {
     return {"il genere e il lato, \"C\" o \"F\"", [](const RuleInput& input) { return RuleValue(MarkOf(input.row)); }};
 }
@@ -252,7 +258,10 @@ public:
     explicit RowsUnderWay(ImportRun& run)
         : m_run(run) {}
 
-    void Begin() { m_gifts = 0; }
+    void Begin(const SourceRow& head) {
+        m_family = &FamilyOf(head);
+        m_gifts = 0;
+    }
     void SetOrigin(const SourceRow& row, TargetRow& target);
     void Written(const SourceRow& row, const WrittenRow& written);
     void SetTotals(const SourceRow& head, const WrittenDocument& document);
@@ -266,35 +275,34 @@ private:
         qint64 row;
         qint64 origin; ///< Id_DORig
     };
-    qint64 OriginRow(qint64 sourceRow);
+    qint64 OriginRow(const Family& family, qint64 sourceRow);
 
     ImportRun& m_run;
-    qint64 m_missing = 0; ///< Id_DORig that the row under way comes from and that is not there yet; 0: none
+    const Family* m_family = nullptr; ///< of the document
+    qint64 m_missing = 0;             ///< Id_DORig that the row under way comes from and that is not there yet; 0: none
     std::vector<OpenLink> m_openLinks;
     double m_gifts = 0; ///< amount of the rows of the document that are given away
 };
 
-/// The Quadrix row of a row of the source; 0 when it is not there.
-qint64 RowsUnderWay::OriginRow(qint64 sourceRow) {
-    static const std::vector<DocumentKind> kinds = Kinds();
+/// The Quadrix row of a row of the source, in the tables of a family; 0 when it is not there.
+qint64 RowsUnderWay::OriginRow(const Family& family, qint64 sourceRow) {
     Session& session = m_run.GetSession();
     const Recordset found = session.SourceConnection().ExecuteWC(
-        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, T.TipoDocumento, T.CliFor, R.Riga FROM DORig "
-                       "R\rJOIN DOTes T ON T.Id_DOTes = R.Id_DOTes\rWHERE R.Id_DORig = %1")
+        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, R.Riga FROM DORig R\rJOIN DOTes T ON "
+                       "T.Id_DOTes = R.Id_DOTes\rWHERE R.Id_DORig = %1")
             .arg(sourceRow));
     if (found.Eof()) {
         return 0;
     }
     const SourceRow row(found);
-    const QString mark = MarkOf(row);
-    const auto kind =
-        std::find_if(kinds.begin(), kinds.end(), [&mark](const DocumentKind& one) { return one.marks.contains(mark); });
-    const QString cause = CauseOf(session, row);
-    if (kind == kinds.end() || cause.isEmpty()) {
+    const QString cause = modImport::GetNewCode(session, "DO", "Cd_DO", row.Text("Cd_DO"), false);
+    const QString before = row.Text("NumeroDoc").section(u'/', 0, 0);
+    const bool hasNumber = std::any_of(before.begin(), before.end(), [](QChar each) { return each.isDigit(); });
+    if (cause.isEmpty() || !hasNumber) { // its document is not imported
         return 0;
     }
     const QString series = Field("NumeroDoc", SeriesOfNumber()).Text(session, row);
-    const DocumentWriter writer(m_run, kind->family);
+    const DocumentWriter writer(m_run, family);
     const qint64 head =
         writer.Find(Field("NumeroDoc", NumberBeforeSlash()).Text(session, row), cause, YearOf(row),
                     OfSeries(session, series.isEmpty() ? LookUp(session, "CAU_DOC", "CDCAD", cause, "CDSER") : series));
@@ -303,7 +311,7 @@ qint64 RowsUnderWay::OriginRow(qint64 sourceRow) {
 
 void RowsUnderWay::SetOrigin(const SourceRow& row, TargetRow& target) {
     const auto origin = static_cast<qint64>(NumberOf(row, "Id_DORig_Evade"));
-    const qint64 originRow = origin == 0 ? 0 : OriginRow(origin);
+    const qint64 originRow = origin == 0 ? 0 : OriginRow(*m_family, origin);
     m_missing = originRow == 0 ? origin : 0;
     if (originRow != 0) {
         target.Set("DRORI", originRow);
@@ -339,7 +347,7 @@ void RowsUnderWay::SetTotals(const SourceRow& head, const WrittenDocument& docum
 void RowsUnderWay::LinkRest() {
     int missing = 0;
     for (const OpenLink& link : m_openLinks) {
-        const qint64 origin = OriginRow(link.origin);
+        const qint64 origin = OriginRow(link.family, link.origin);
         if (origin == 0) {
             ++missing;
             continue;
@@ -358,8 +366,8 @@ HeadHooks HooksOf(ImportRun& run) {
     return {
         .leavesOut = [&run](const SourceRow& head) { return LeftOut(run, head); },
         .complete =
-            [&run, rows](const SourceRow& /*source*/, DocumentHead& head) {
-                rows->Begin();
+            [&run, rows](const SourceRow& source, DocumentHead& head) {
+                rows->Begin(source);
                 return Complete(run.GetSession(), head);
             },
         .moreOfRow = [rows](const SourceRow& row, TargetRow& target) { rows->SetOrigin(row, target); },
