@@ -4,6 +4,7 @@
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/noLongerThere.h"
+#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {

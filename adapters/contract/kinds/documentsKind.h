@@ -1,0 +1,29 @@
+#pragma once
+
+#include "adapters/contract/kinds/Documents.h"
+
+namespace contract {
+
+/// The causes of kinds of documents, each once; those that the documents tell are not among them.
+QStringList CausesOf(const std::vector<DocumentKind>& kinds);
+/// Their families, each once.
+std::vector<Family> FamiliesOf(const std::vector<DocumentKind>& kinds);
+
+/// The declaration with what follows from it; the procedure and its needs live on it.
+class DocumentsKind {
+public:
+    explicit DocumentsKind(Documents documents);
+
+    contract::Needs Needs() const;
+    /// The kind of a mark; null for one that is not imported.
+    const DocumentKind* KindOf(const QString& mark) const;
+
+    Documents declared;
+    QString headCondition;      ///< as it is declared, without that on the rows
+    std::vector<Mapping> pages; ///< with the named fields
+    Mapping head;
+    Mapping row;
+    std::optional<ProductionOrderWriter> production = {};
+};
+
+} // namespace contract
