@@ -102,8 +102,11 @@ struct HeadHooks {
     /// Sets what the fields cannot tell, before the document is looked for. Returns a further condition on the head
     /// that is there already, without AND; empty for none.
     std::function<QString(const SourceRow& head, DocumentHead&)> complete = {};
+    /// Sets what the lines of a row cannot tell, behind them, where it has to remember something.
     std::function<void(const SourceRow& row, TargetRow&)> moreOfRow = {};
+    /// Called behind each row that has been written.
     std::function<void(const SourceRow& row, const WrittenRow&)> rowWritten = {};
+    /// Called when all rows of a document and its totals have been written.
     std::function<void(const SourceRow& head, const WrittenDocument&)> documentWritten = {};
     /// Called behind the last head of a run that nobody interrupted.
     std::function<void()> end = {};
@@ -146,8 +149,8 @@ struct Documents {
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> moreOfRow = {};
     /// Called behind the check, before anything is written.
     std::function<void(ImportRun&)> before = {};
-    std::function<HeadHooks(ImportRun&)> ofHeads = {};
-    Needs further = {}; ///< what the hooks read and write
+    std::function<HeadHooks(ImportRun&)> ofHeads = {}; ///< with `HeadThenRows`, without a group
+    Needs further = {};                                ///< what the hooks read and write
 };
 
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
