@@ -50,7 +50,7 @@ SqlText NotesWhere(const QStringList& procedures, const QString& kind, const QSt
     where += procedures.size() == 1 ? QString(u" WHERE N.procedure = " + procedures.first())
                                     : QString(u" WHERE N.procedure IN (" + procedures.join(u',') + u')');
     if (!kind.isEmpty() && kind != GivenUpKind) {
-        where += Statement(u" AND N.kind = ?", {kind});
+        where += Statement(" AND N.kind = ?", {kind});
     }
     if (!text.isEmpty()) {
         where += Statement(QStringLiteral(" AND (%1) LIKE ? ESCAPE '\\'").arg(TableOf(kind).search), {Anywhere(text)});
@@ -138,10 +138,10 @@ Run History::RunOf(const Recordset& row) const {
 
 void History::LoadProcedures(Run& run) const {
     Recordset rows = m_file->ExecuteWC(Statement(
-        u"SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected, "
-        u"(SELECT COUNT(*) FROM rejects R JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id) AS "
-        u"imported FROM procedures P "
-        u"WHERE run = ? ORDER BY id",
+        "SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected, "
+        "(SELECT COUNT(*) FROM rejects R JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id) AS "
+        "imported FROM procedures P "
+        "WHERE run = ? ORDER BY id",
         {run.id}));
     for (; !rows.Eof(); rows.MoveNext()) {
         ProcedureRun procedure;
@@ -161,9 +161,8 @@ void History::LoadProcedures(Run& run) const {
 }
 
 void History::LoadGivenUp(ProcedureRun& procedure) const {
-    Recordset rows =
-        m_file->ExecuteWC(Statement(u"SELECT source_row, reason FROM rejects WHERE procedure = ? ORDER BY id LIMIT ?",
-                                    {procedure.id, MostGivenUp}));
+    Recordset rows = m_file->ExecuteWC(Statement(
+        "SELECT source_row, reason FROM rejects WHERE procedure = ? ORDER BY id LIMIT ?", {procedure.id, MostGivenUp}));
     for (; !rows.Eof(); rows.MoveNext()) {
         procedure.result.givenUp.append({Text(rows, "source_row"), Text(rows, "reason")});
     }
@@ -173,9 +172,9 @@ std::vector<Run> History::Runs(const QString& company, int most) const {
     SqlText query;
     query += u"SELECT * FROM runs";
     if (!company.isEmpty()) {
-        query += Statement(u" WHERE company = ?", {company});
+        query += Statement(" WHERE company = ?", {company});
     }
-    query += Statement(u" ORDER BY id DESC LIMIT ?", {most});
+    query += Statement(" ORDER BY id DESC LIMIT ?", {most});
     std::vector<Run> runs;
     {
         Recordset rows = m_file->ExecuteWC(query);
@@ -192,7 +191,7 @@ std::vector<Run> History::Runs(const QString& company, int most) const {
 Run History::Load(qint64 number) const {
     std::optional<Run> run;
     {
-        Recordset rows = m_file->ExecuteWC(Statement(u"SELECT * FROM runs WHERE id = ?", {number}));
+        Recordset rows = m_file->ExecuteWC(Statement("SELECT * FROM runs WHERE id = ?", {number}));
         if (rows.Eof()) {
             throw ImportError(QStringLiteral("nella cronologia non c'è l'esecuzione %1").arg(number));
         }
@@ -211,14 +210,14 @@ qint64 History::LastRun(const QString& company) const {
 }
 
 QString History::Log(qint64 run) const {
-    Recordset rows = m_file->ExecuteWC(Statement(u"SELECT log FROM runs WHERE id = ?", {run}));
+    Recordset rows = m_file->ExecuteWC(Statement("SELECT log FROM runs WHERE id = ?", {run}));
     const QByteArray packed = rows.Eof() ? QByteArray() : QByteArray::fromBase64(Text(rows, "log").toLatin1());
     return packed.isEmpty() ? QString() : DecodeText(qUncompress(packed), CodePage());
 }
 
 QStringList History::ProceduresOf(qint64 run) const {
     QStringList procedures;
-    Recordset rows = m_file->ExecuteWC(Statement(u"SELECT id FROM procedures WHERE run = ?", {run}));
+    Recordset rows = m_file->ExecuteWC(Statement("SELECT id FROM procedures WHERE run = ?", {run}));
     for (; !rows.Eof(); rows.MoveNext()) {
         procedures.append(QString::number(Number(rows, "id")));
     }
@@ -256,7 +255,7 @@ std::vector<Note> History::Notes(qint64 run, const QString& kind, const QString&
     query += NotesWhere(ProceduresOf(run), kind, text);
     query += u" ORDER BY ";
     query += OrderText(order);
-    query += Statement(u" LIMIT ? OFFSET ?", {most, from});
+    query += Statement(" LIMIT ? OFFSET ?", {most, from});
     Recordset rows = m_file->ExecuteWC(query);
     std::vector<Note> notes;
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -311,12 +310,12 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
     std::vector<WaitingCode> codes;
     {
         Recordset rows = m_file->ExecuteWC(Statement(
-            u"SELECT C.list, C.field, C.code, COUNT(DISTINCT C.source_row) AS rows, R.id AS run, R.origin, P.name FROM "
-            u"codes C "
-            u"JOIN procedures P ON P.id = C.procedure JOIN runs R ON R.id = P.run "
-            u"WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
-            u"S.trial = 0 "
-            u"GROUP BY Q.module, Q.name) GROUP BY C.list, C.field, C.code, P.id ORDER BY C.list, C.field, C.code",
+            "SELECT C.list, C.field, C.code, COUNT(DISTINCT W.source_row) AS rows, R.id AS run, R.origin, P.name FROM "
+            "waiting_rows W JOIN open_codes C ON C.id = W.code "
+            "JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run "
+            "WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
+            "S.trial = 0 "
+            "GROUP BY Q.module, Q.name) GROUP BY C.list, C.field, C.code, P.id ORDER BY C.list, C.field, C.code",
             {company}));
         for (; !rows.Eof(); rows.MoveNext()) {
             codes.push_back({{Text(rows, "list"), Text(rows, "field"), Text(rows, "code")},
@@ -335,8 +334,8 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
 
 QStringList History::RowsWaiting(qint64 run, const OpenCode& code) const {
     Recordset rows = m_file->ExecuteWC(
-        Statement(u"SELECT DISTINCT source_row FROM codes WHERE list = ? AND field = ? AND code = ? AND procedure IN "
-                  u"(SELECT id FROM procedures WHERE run = ?)",
+        Statement("SELECT DISTINCT source_row FROM waiting_rows WHERE code = (SELECT id FROM open_codes WHERE list = ? "
+                  "AND field = ? AND code = ?) AND procedure IN (SELECT id FROM procedures WHERE run = ?)",
                   {code.list, code.field, code.code, run}));
     QStringList names;
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -348,7 +347,7 @@ QStringList History::RowsWaiting(qint64 run, const OpenCode& code) const {
 qint64 History::Forget(const QDate& before) {
     Transaction transaction(*m_file);
     const QString limit = TimeText(before.startOfDay());
-    for (const char* table : {"notes", "rejects", "codes", "changes"}) {
+    for (const char* table : {"notes", "rejects", "waiting_rows", "changes"}) {
         m_file->Execute(Statement(
             QStringLiteral("DELETE FROM %1 WHERE procedure IN (SELECT P.id FROM procedures P JOIN runs R ON R.id = "
                            "P.run WHERE R.started < ?)")
@@ -356,8 +355,8 @@ qint64 History::Forget(const QDate& before) {
             {limit}));
     }
     m_file->Execute(QStringLiteral("DELETE FROM imported_rejects WHERE reject NOT IN (SELECT id FROM rejects)"));
-    m_file->Execute(Statement(u"DELETE FROM procedures WHERE run IN (SELECT id FROM runs WHERE started < ?)", {limit}));
-    const qint64 runs = m_file->Execute(Statement(u"DELETE FROM runs WHERE started < ?", {limit}));
+    m_file->Execute(Statement("DELETE FROM procedures WHERE run IN (SELECT id FROM runs WHERE started < ?)", {limit}));
+    const qint64 runs = m_file->Execute(Statement("DELETE FROM runs WHERE started < ?", {limit}));
     transaction.Keep();
     return runs;
 }

@@ -15,6 +15,9 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <array>
+#include <charconv>
+
 namespace history {
 
 namespace {
@@ -29,6 +32,16 @@ QString PackedLog(const QString& path) {
     QFile log(path);
     return log.open(QIODevice::ReadOnly) ? Packed(log.readAll()) : QString();
 }
+
+/// The number, and a blank behind it.
+void AppendNumber(QString& text, qint64 number) {
+    std::array<char, 24> digits{};
+    const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    text += QLatin1String(digits.data(), end - digits.data());
+    text += u' ';
+}
+
+qint64 Number(const Recordset& row) { return row.Fields(0).Value().toLongLong(); }
 
 } // namespace
 
@@ -83,9 +96,9 @@ void Recorder::Begin(const RunFacts& facts) {
     const Recordset names = m_session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
         mod_ovTools::FormatSqlValue(company, DataType::NVarChar, m_session.Quadrix.ProviderType));
-    m_file->Execute(Statement(u"INSERT INTO runs (started, worker, version, company, company_name, origin, data, work, "
-                              u"source, layout, code, options, trial, log_file) "
-                              u"VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+    m_file->Execute(Statement("INSERT INTO runs (started, worker, version, company, company_name, origin, data, work, "
+                              "source, layout, code, options, trial, log_file) "
+                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
                               {TimeText(m_session.Now()), WorkerText(), QCoreApplication::applicationVersion(), company,
                                names.Eof() ? QString() : names.Fields(0).Value().toString(), facts.origin, facts.data,
                                facts.work, facts.source, facts.layout, facts.code, facts.options.join(u'\n'),
@@ -101,8 +114,8 @@ void Recorder::Begin(const RunFacts& facts) {
 void Recorder::AdoptLogs() {
     std::vector<qint64> killed;
     {
-        Recordset runs = m_file->ExecuteWC(Statement(
-            u"SELECT id FROM runs WHERE ended IS NULL AND log IS NULL AND log_file = ?", {m_session.LogFile}));
+        Recordset runs = m_file->ExecuteWC(
+            Statement("SELECT id FROM runs WHERE ended IS NULL AND log IS NULL AND log_file = ?", {m_session.LogFile}));
         for (; !runs.Eof(); runs.MoveNext()) {
             const qint64 run = runs.Fields(0).Value().toLongLong();
             if (!FileLock::IsTaken(LockPath(FilePath(m_session.Config.ConfigFile()), run))) {
@@ -112,24 +125,24 @@ void Recorder::AdoptLogs() {
     }
     if (!killed.empty()) { // the last one wrote it
         m_file->Execute(
-            Statement(u"UPDATE runs SET log = ? WHERE id = ?", {PackedLog(m_session.LogFile), killed.back()}));
+            Statement("UPDATE runs SET log = ? WHERE id = ?", {PackedLog(m_session.LogFile), killed.back()}));
     }
 }
 
 /// Rows that this run leaves alone still wait for the codes that they waited for behind the run before it.
 void Recorder::KeepWaiting() {
     m_file->Execute(Statement(
-        u"INSERT INTO codes (procedure, list, field, code, source_row) SELECT ?, list, field, code, source_row FROM "
-        u"codes WHERE procedure = (SELECT MAX(P.id) FROM procedures P JOIN runs R ON R.id = P.run JOIN procedures N ON "
-        u"N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
-        u"R.company = M.company AND R.trial = 0)",
+        "INSERT INTO waiting_rows (procedure, code, source_row) SELECT ?, code, source_row FROM waiting_rows WHERE "
+        "procedure = (SELECT MAX(P.id) FROM procedures P JOIN runs R ON R.id = P.run JOIN procedures N ON "
+        "N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
+        "R.company = M.company AND R.trial = 0)",
         {m_procedure, m_procedure}));
     if (m_session.Selection == nullptr) {
         return;
     }
     for (const contract::RowSelection::Row& row : m_session.Selection->NotMet()) { // they will be
         m_file->Execute(
-            Statement(u"DELETE FROM codes WHERE procedure = ? AND source_row = ?", {m_procedure, row.name}));
+            Statement("DELETE FROM waiting_rows WHERE procedure = ? AND source_row = ?", {m_procedure, row.name}));
     }
 }
 
@@ -137,7 +150,7 @@ void Recorder::ProcedureBegins(const QString& module, const QString& procedure) 
     Try([&] {
         if (m_file != nullptr) {
             Write();
-            m_file->Execute(Statement(u"INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)",
+            m_file->Execute(Statement("INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)",
                                       {m_run, module, m_name.isEmpty() ? procedure : m_name}));
             m_procedure = m_file->LastInsertId();
             if (m_isPart && m_keepsImages) {
@@ -149,15 +162,17 @@ void Recorder::ProcedureBegins(const QString& module, const QString& procedure) 
 
 void Recorder::NoteStands(const QString& row, const QString& note) noexcept {
     Try([&] {
-        Keep(Statement(u"INSERT INTO notes (procedure, kind, source_row, note) VALUES (?, ?, ?, ?)",
+        Keep(Statement("INSERT INTO notes (procedure, kind, source_row, note) VALUES (?, ?, ?, ?)",
                        {m_procedure, note.section(u':', 0, 0), row, note.section(u':', 1).trimmed()}));
     });
 }
 
 void Recorder::CodeIsOpen(const QString& row, const OpenCode& code) noexcept {
     Try([&] {
-        Keep(Statement(u"INSERT INTO codes (procedure, list, field, code, source_row) VALUES (?, ?, ?, ?, ?)",
-                       {m_procedure, code.list, code.field, code.code, row}));
+        if (m_file != nullptr) {
+            Keep(Statement("INSERT INTO waiting_rows (procedure, code, source_row) VALUES (?, ?, ?)",
+                           {m_procedure, NumberOf(code), row}));
+        }
     });
 }
 
@@ -170,8 +185,8 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
             KeepInserted(change);
         } else {
             SqlText statement = Statement(
-                u"INSERT INTO changes (procedure, kind, target_table, target_id, before, columns, digest) "
-                u"VALUES (?, ?, ?, ?, ?, ?, ?)",
+                "INSERT INTO changes (procedure, kind, target_table, target_id, before, columns, digest) "
+                "VALUES (?, ?, ?, ?, ?, ?, ?)",
                 {m_procedure, static_cast<int>(change.kind), change.table, change.id,
                  change.before.isEmpty() ? QVariant()
                                          : ValuesText(change.before.keys(), change.before.values().toVector()),
@@ -196,14 +211,15 @@ void Recorder::KeepInserted(const TargetChange& change) {
     });
     InsertedRows& rows =
         same == m_inserted.end() ? m_inserted.emplace_back(InsertedRows{change.table, change.columns, {}}) : *same;
-    rows.rows += QString::number(change.id) + u' ' + QString::number(change.digest) + u' ';
+    AppendNumber(rows.rows, change.id);
+    AppendNumber(rows.rows, change.digest);
 }
 
 void Recorder::CloseChanges() {
     m_changes = 0;
     for (const InsertedRows& one : m_inserted) {
         m_waiting.push_back(
-            Statement(u"INSERT INTO changes (procedure, kind, target_table, columns, inserted) VALUES (?, ?, ?, ?, ?)",
+            Statement("INSERT INTO changes (procedure, kind, target_table, columns, inserted) VALUES (?, ?, ?, ?, ?)",
                       {m_procedure, static_cast<int>(TargetChange::Kind::Inserted), one.table, ColumnList(one.columns),
                        one.rows.trimmed()}));
     }
@@ -217,11 +233,20 @@ qint64 Recorder::ColumnList(const QStringList& columns) {
     const QString names = columns.join(u',');
     qint64& number = m_columnLists[names];
     if (number == 0) {
-        m_file->Execute(Statement(u"INSERT OR IGNORE INTO column_lists (names) VALUES (?)", {names}));
-        number = m_file->ExecuteWC(Statement(u"SELECT id FROM column_lists WHERE names = ?", {names}))
-                     .Fields(0)
-                     .Value()
-                     .toLongLong();
+        m_file->Execute(Statement("INSERT OR IGNORE INTO column_lists (names) VALUES (?)", {names}));
+        number = Number(m_file->ExecuteWC(Statement("SELECT id FROM column_lists WHERE names = ?", {names})));
+    }
+    return number;
+}
+
+/// The same of a code, which many rows wait for.
+qint64 Recorder::NumberOf(const OpenCode& code) {
+    qint64& number = m_codes[code.list + u'\x1f' + code.field + u'\x1f' + code.code];
+    if (number == 0) {
+        const QVariantList values{code.list, code.field, code.code};
+        m_file->Execute(Statement("INSERT OR IGNORE INTO open_codes (list, field, code) VALUES (?, ?, ?)", values));
+        number = Number(m_file->ExecuteWC(
+            Statement("SELECT id FROM open_codes WHERE list = ? AND field = ? AND code = ?", values)));
     }
     return number;
 }
@@ -229,8 +254,8 @@ qint64 Recorder::ColumnList(const QStringList& columns) {
 void Recorder::RowIsGivenUp(const RejectedRow& row) noexcept {
     Try([&] {
         Keep(Statement(
-            u"INSERT INTO rejects (procedure, source_row, source_table, source_key, number, reason, row_values) "
-            u"VALUES (?, ?, ?, ?, ?, ?, ?)",
+            "INSERT INTO rejects (procedure, source_row, source_table, source_key, number, reason, row_values) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?)",
             {m_procedure, row.row, row.table, row.key, row.number, row.reason, ValuesText(row.columns, row.values)}));
         KeepIfImported(row);
         if (m_since.elapsed() > MostMilliseconds) {
@@ -252,7 +277,7 @@ void Recorder::ProcedureEnds(const RunResult& result) noexcept {
     m_ending = std::max(m_ending, EndingOf(result));
     Try([&] {
         m_logFile = result.logFile.isEmpty() ? m_logFile : result.logFile;
-        Keep(Statement(u"UPDATE procedures SET result = ? WHERE id = ?",
+        Keep(Statement("UPDATE procedures SET result = ? WHERE id = ?",
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
         KeepImported();
         Write();
@@ -269,7 +294,7 @@ void Recorder::KeepIfImported(const RejectedRow& row) {
         m_imported = History(FilePath(m_session.Config.ConfigFile())).ImportedRejects(m_company, m_origin);
     }
     if (const qint64 run = m_imported->value(History::KeyOf(row)); run != 0) {
-        Keep(Statement(u"INSERT INTO imported_rejects (reject, run) SELECT MAX(id), ? FROM rejects", {run}));
+        Keep(Statement("INSERT INTO imported_rejects (reject, run) SELECT MAX(id), ? FROM rejects", {run}));
     }
 }
 
@@ -279,12 +304,12 @@ void Recorder::KeepImported() {
         return;
     }
     for (const qint64 reject : m_session.Selection->DoneRejects()) {
-        Keep(Statement(
-            u"INSERT OR REPLACE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
-            u"rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND O.row_values = "
-            u"R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id = P.run WHERE R.id = "
-            u"? AND S.company = ? AND S.origin = ?",
-            {m_run, reject, m_company, m_origin}));
+        Keep(
+            Statement("INSERT OR REPLACE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
+                      "rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND O.row_values = "
+                      "R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id = P.run WHERE R.id = "
+                      "? AND S.company = ? AND S.origin = ?",
+                      {m_run, reject, m_company, m_origin}));
     }
 }
 
@@ -305,7 +330,7 @@ void Recorder::Write() {
     CloseChanges();
     if (m_reached) {
         m_waiting.push_back(
-            Statement(u"UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ? WHERE id = ?",
+            Statement("UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ? WHERE id = ?",
                       {m_reached->loop, m_reached->rows, m_reached->last, m_procedure}));
         m_reached.reset();
     }
@@ -323,7 +348,7 @@ void Recorder::End() {
     }
     Write();
     const QString log = m_log ? Packed(EncodeText(*m_log, CodePage())) : PackedLog(m_logFile);
-    m_file->Execute(Statement(u"UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ? WHERE id = ?",
+    m_file->Execute(Statement("UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ? WHERE id = ?",
                               {TimeText(m_session.Now()), static_cast<int>(m_ending), log, m_logFile, m_run}));
 }
 

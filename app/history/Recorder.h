@@ -61,6 +61,7 @@ private:
     void CloseChanges();
     void Write();
     qint64 ColumnList(const QStringList& columns);
+    qint64 NumberOf(const OpenCode& code);
     void End();
 
     /// Rows that were inserted one after the other into a table, with the same columns: most of what an import does.
@@ -98,6 +99,7 @@ private:
     QString m_trouble;     ///< to be told in the log
     QElapsedTimer m_since; ///< it was written last
     QHash<QString, qint64> m_columnLists;
+    QHash<QString, qint64> m_codes;
 };
 
 } // namespace history

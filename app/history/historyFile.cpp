@@ -1,6 +1,7 @@
 #include "app/history/historyFile.h"
 
 #include "sql/ownFile.h"
+#include "sql/Transaction.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -30,11 +31,11 @@ const QStringList& Tables() {
         "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
         "CREATE INDEX IF NOT EXISTS rejects_row ON rejects (source_row)",
         "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER PRIMARY KEY, run INTEGER)",
-        "CREATE TABLE IF NOT EXISTS codes (id INTEGER PRIMARY KEY, procedure INTEGER, list TEXT, field TEXT, code "
-        "TEXT, "
+        "CREATE TABLE IF NOT EXISTS open_codes (id INTEGER PRIMARY KEY, list TEXT, field TEXT, code TEXT, "
+        "UNIQUE (list, field, code))",
+        "CREATE TABLE IF NOT EXISTS waiting_rows (id INTEGER PRIMARY KEY, procedure INTEGER, code INTEGER, "
         "source_row TEXT)",
-        "CREATE INDEX IF NOT EXISTS codes_code ON codes (list, field, code)",
-        "CREATE INDEX IF NOT EXISTS codes_procedure ON codes (procedure)",
+        "CREATE INDEX IF NOT EXISTS waiting_rows_code ON waiting_rows (procedure, code)",
         "CREATE TABLE IF NOT EXISTS changes (id INTEGER PRIMARY KEY, procedure INTEGER, kind INTEGER, "
         "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER, inserted TEXT)",
         "CREATE INDEX IF NOT EXISTS changes_procedure ON changes (procedure)",
@@ -80,6 +81,16 @@ void BringUpToDate(ovConnection& file) {
     if (file.ExecuteWC(QStringLiteral("SELECT 1 FROM pragma_table_info('changes') WHERE name = 'inserted'")).Eof()) {
         file.Execute(QStringLiteral("ALTER TABLE changes ADD COLUMN inserted TEXT"));
     }
+    if (!file.GetColumns(QStringLiteral("codes")).isEmpty()) { // they stood there with their list and field in each row
+        Transaction transaction(file);
+        file.Execute(QStringLiteral("INSERT OR IGNORE INTO open_codes (list, field, code) SELECT DISTINCT list, field, "
+                                    "code FROM codes"));
+        file.Execute(QStringLiteral("INSERT INTO waiting_rows (procedure, code, source_row) SELECT C.procedure, O.id, "
+                                    "C.source_row FROM codes C JOIN open_codes O ON O.list = C.list AND O.field = "
+                                    "C.field AND O.code = C.code ORDER BY C.id"));
+        file.Execute(QStringLiteral("DROP TABLE codes"));
+        transaction.Keep();
+    }
 }
 
 } // namespace
@@ -104,17 +115,19 @@ std::unique_ptr<ovConnection> Open(const QString& path) {
     return file;
 }
 
-SqlText Statement(QStringView words, const QVariantList& values) {
-    SqlText statement;
-    qsizetype start = 0;
+SqlText Statement(QAnyStringView words, const QVariantList& values) {
+    const QByteArray shape = words.visit([](auto view) {
+        if constexpr (std::is_same_v<decltype(view), QStringView>) {
+            return view.toUtf8();
+        } else {
+            return QByteArray(view.data(), view.size());
+        }
+    });
+    SqlText statement(Provider::SqlServer, shape, values.size());
     for (const QVariant& value : values) {
-        const qsizetype place = words.indexOf(u'?', start);
-        statement += words.sliced(start, place - start);
         const bool isNumber = value.typeId() != QMetaType::QString && !value.isNull();
-        statement.Add(value, isNumber ? DataType::Long : DataType::NVarChar);
-        start = place + 1;
+        statement.Fill(value, isNumber ? DataType::Long : DataType::NVarChar);
     }
-    statement += words.sliced(start);
     return statement;
 }
 

@@ -13,7 +13,7 @@ QString FilePath(const QString& settingsFile);
 std::unique_ptr<ovConnection> Open(const QString& path);
 
 /// A statement for its file: words with "?" in the places of values.
-SqlText Statement(QStringView words, const QVariantList& values);
+SqlText Statement(QAnyStringView words, const QVariantList& values);
 
 /// A point in time as the file keeps it, "yyyy-MM-dd hh:mm:ss"; invalid for none.
 QString TimeText(const QDateTime& time);

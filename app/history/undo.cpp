@@ -191,9 +191,9 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     Undoing undoing(session, run);
     {
         Recordset rows = history.File().ExecuteWC(
-            Statement(u"SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted FROM "
-                      u"changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
-                      u"WHERE P.run = ? ORDER BY C.id DESC",
+            Statement("SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted FROM "
+                      "changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
+                      "WHERE P.run = ? ORDER BY C.id DESC",
                       {number}));
         for (; !rows.Eof(); rows.MoveNext()) {
             for (const Change& change : ChangesOf(rows)) {
@@ -208,8 +208,8 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
         }
     }
     if (!isTrial) {
-        history.File().Execute(Statement(u"DELETE FROM imported_rejects WHERE run = ?", {number}));
-        history.File().Execute(Statement(u"UPDATE procedures SET undone = ? WHERE run = ?",
+        history.File().Execute(Statement("DELETE FROM imported_rejects WHERE run = ?", {number}));
+        history.File().Execute(Statement("UPDATE procedures SET undone = ? WHERE run = ?",
                                          {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
     }
     return undoing.Result;

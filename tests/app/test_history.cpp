@@ -147,6 +147,34 @@ private slots:
     }
 
     /// The rows given up come back mended in the file, or at the source, and are imported alone.
+    /// The list and field of a code stood in the row of each that waited for it.
+    void opensFilesOfEarlierReleases() {
+        Kept kept;
+        QCOMPARE(kept.Run(), FlowOutcome::Done);
+        const auto waiting = [&kept] {
+            QStringList codes;
+            for (const WaitingCode& one : History(kept.Path()).WaitingCodes("X01")) {
+                codes += one.code.list + '.' + one.code.field + '=' + one.code.code + ' ' + one.first.join(", ");
+            }
+            return codes;
+        };
+        const QStringList before = waiting();
+        QCOMPARE(before, QStringList("PROVA.UM=XX tabella 'ART', CODICE 'C'"));
+        {
+            const auto file = Open(kept.Path());
+            file->ExecuteScript("CREATE TABLE codes (id INTEGER PRIMARY KEY, procedure INTEGER, list TEXT, field TEXT, "
+                                "code TEXT, source_row TEXT);\n"
+                                "INSERT INTO codes SELECT W.id, procedure, list, field, O.code, source_row FROM "
+                                "waiting_rows W JOIN open_codes O ON O.id = W.code;\n"
+                                "DROP TABLE waiting_rows;\nDROP TABLE open_codes;\n"
+                                "ALTER TABLE changes DROP COLUMN inserted");
+        }
+        QCOMPARE(waiting(), before);
+        QCOMPARE(waiting(), before);
+        QCOMPARE(kept.Run(), FlowOutcome::Done);
+        QCOMPARE(waiting(), before);
+    }
+
     void importsRejectsAgain() {
         Kept kept;
         kept.Run();
