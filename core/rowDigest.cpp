@@ -1,6 +1,8 @@
 #include "core/rowDigest.h"
 
+#include "sql/dateDigits.h"
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 #include <array>
 #include <charconv>
@@ -16,15 +18,16 @@ constexpr int Digits = 12;
 
 void RowDigest::Add(const QVariant& value, DataType type) {
     if (!value.isNull()) {
+        QString storage;
         if (type == DataType::DateTime || type == DataType::Date) {
             const auto time = mod_ovTools::ReadDate(value);
-            time ? AddTime(*time) : AddText(mod_ovTools::ToText(value));
+            time ? AddTime(*time) : AddText(ViewText(value, storage));
         } else if (IsTextType(type)) {
-            AddText(QStringView(mod_ovTools::ToText(value)).trimmed());
+            AddText(ViewText(value, storage).trimmed());
         } else {
             const auto number = value.typeId() == QMetaType::Bool ? std::optional<double>(value.toBool())
                                                                   : mod_ovTools::ReadNumber(value);
-            number ? AddNumber(*number) : AddText(mod_ovTools::ToText(value));
+            number ? AddNumber(*number) : AddText(ViewText(value, storage));
         }
     }
     Add(u'\x1f');
@@ -38,19 +41,7 @@ void RowDigest::AddText(QStringView text) {
 
 /// yyyyMMddhhmmss.
 void RowDigest::AddTime(const QDateTime& time) {
-    const QDate day = time.date();
-    const QTime hour = time.time();
-    const std::array<std::pair<int, int>, 6> parts{{{day.year(), 1000},
-                                                    {day.month(), 10},
-                                                    {day.day(), 10},
-                                                    {hour.hour(), 10},
-                                                    {hour.minute(), 10},
-                                                    {hour.second(), 10}}};
-    for (const auto& [number, highest] : parts) {
-        for (int place = highest; place > 0; place /= 10) {
-            Add(static_cast<char16_t>(u'0' + number / place % 10));
-        }
-    }
+    AddText(DateDigits().Day(time.date(), u'\0').Clock(time.time(), u'\0').View());
 }
 
 void RowDigest::AddNumber(double number) {

@@ -1,3 +1,4 @@
+#include "sql/dateDigits.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ValueWriter.h"
 #include "sql/variantText.h"
@@ -177,38 +178,14 @@ void WriteBit(ValueWriter& out, const QVariant& value) {
 
 // --- dates
 
-void AppendPadded(QString& statement, int number, int digits) {
-    std::array<char16_t, 8> text{};
-    for (int at = digits; at-- > 0; number /= 10) {
-        text[static_cast<size_t>(at)] = static_cast<char16_t>(u'0' + number % 10);
-    }
-    statement += QStringView(text.data(), digits);
-}
-
-void AppendParts(QString& statement, const std::array<int, 3>& parts, int firstDigits, QStringView mark) {
-    AppendPadded(statement, parts[0], firstDigits);
-    statement += mark;
-    AppendPadded(statement, parts[1], 2);
-    statement += mark;
-    AppendPadded(statement, parts[2], 2);
-}
-
-void AppendDay(QString& statement, const QDateTime& dateTime, QStringView mark) {
-    const QDate date = dateTime.date();
-    AppendParts(statement, {date.year(), date.month(), date.day()}, 4, mark);
-}
-
-void AppendClock(QString& statement, const QDateTime& dateTime, QStringView mark) {
-    const QTime time = dateTime.time();
-    AppendParts(statement, {time.hour(), time.minute(), time.second()}, 2, mark);
-}
+constexpr char16_t noMark = u'\0';
 
 /// A date as a text, or in the marks of the databases that have some for it.
-void WriteMarked(ValueWriter& out, QStringView opening, const QString& date, QStringView closing) {
+void WriteMarked(ValueWriter& out, QStringView opening, const DateDigits& date, QStringView closing) {
     if (opening.isEmpty()) {
-        out.Text(date);
+        out.Text(date.View());
     } else {
-        out.Words(QString(opening + date + closing));
+        out.Words(QString(opening + date.View() + closing));
     }
 }
 
@@ -217,43 +194,35 @@ constexpr QStringView oracleClosing = u"','YYYYMMDDHH24MISS')";
 
 void WriteDate(ValueWriter& out, const QDateTime& date, Provider provider) {
     const bool isFoxPro = provider == Provider::VisualFoxPro;
-    QString text;
-    AppendDay(text, date, isFoxPro ? u"/" : provider == Provider::MySql ? u"-" : QStringView());
+    const char16_t mark = isFoxPro ? u'/' : provider == Provider::MySql ? u'-' : noMark;
+    const DateDigits day = DateDigits().Day(date.date(), mark);
     if (provider == Provider::Oracle) {
-        WriteMarked(out, oracleOpening, text, oracleClosing);
+        WriteMarked(out, oracleOpening, day, oracleClosing);
     } else {
-        WriteMarked(out, isFoxPro ? u"{^" : QStringView(), text, u"}");
+        WriteMarked(out, isFoxPro ? u"{^" : QStringView(), day, u"}");
     }
 }
 
 void WriteTime(ValueWriter& out, const QDateTime& date, Provider provider) {
-    QString text;
-    AppendClock(text, date, u":");
-    WriteMarked(out, provider == Provider::VisualFoxPro ? u"{" : QStringView(), text, u"}");
+    WriteMarked(out, provider == Provider::VisualFoxPro ? u"{" : QStringView(), DateDigits().Clock(date.time(), u':'),
+                u"}");
 }
 
-QString DayAndClock(const QDateTime& date, QStringView mark) {
-    QString text;
-    AppendDay(text, date, mark);
-    text += u' ';
-    AppendClock(text, date, u":");
-    return text;
+DateDigits DayAndClock(const QDateTime& date, char16_t mark) {
+    return DateDigits().Day(date.date(), mark).Mark(u' ').Clock(date.time(), u':');
 }
 
 void WriteDateTime(ValueWriter& out, const QDateTime& date, Provider provider) {
     switch (provider) {
     case Provider::Access:
-        return WriteMarked(out, u"#", DayAndClock(date, u"/"), u"#");
-    case Provider::Oracle: {
-        QString text;
-        AppendDay(text, date, {});
-        AppendClock(text, date, {});
-        return WriteMarked(out, oracleOpening, text, oracleClosing);
-    }
+        return WriteMarked(out, u"#", DayAndClock(date, u'/'), u"#");
+    case Provider::Oracle:
+        return WriteMarked(out, oracleOpening, DateDigits().Day(date.date(), noMark).Clock(date.time(), noMark),
+                           oracleClosing);
     case Provider::VisualFoxPro:
-        return WriteMarked(out, u"{^", DayAndClock(date, u"/"), u"}");
+        return WriteMarked(out, u"{^", DayAndClock(date, u'/'), u"}");
     default:
-        out.Text(DayAndClock(date, {}));
+        out.Text(DayAndClock(date, noMark).View());
     }
 }
 
@@ -302,13 +271,9 @@ void WriteDuration(ValueWriter& out, const QVariant& value) {
     const bool startsWell = !text.isEmpty() && IsDigit(text.front()); // "-1:30" must not lose its sign
     const auto parts = startsWell ? SplitDuration(text) : std::nullopt;
     constexpr int maximumHours = 9999;
-    QString stored;
-    if (parts && (*parts)[0] <= maximumHours && (*parts)[1] < 60 && (*parts)[2] < 60) {
-        AppendParts(stored, *parts, 4, {});
-    } else {
-        stored = QStringLiteral("00000000");
-    }
-    out.Text(stored);
+    const bool isStored = parts && (*parts)[0] <= maximumHours && (*parts)[1] < 60 && (*parts)[2] < 60;
+    const auto [hours, minutes, seconds] = isStored ? *parts : std::array<int, 3>{};
+    out.Text(DateDigits().Parts(hours, 4, minutes, seconds, noMark).View());
 }
 
 void WriteGuid(ValueWriter& out, QStringView text, Provider provider) {

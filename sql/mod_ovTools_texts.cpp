@@ -1,3 +1,4 @@
+#include "sql/dateDigits.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
@@ -8,14 +9,20 @@ namespace mod_ovTools {
 
 namespace {
 
+QString DayText(const QDate& day) {
+    return DateDigits::Holds(day) ? DateDigits().Day(day, u'-').Text() : day.toString(u"yyyy-MM-dd");
+}
+
+QString ClockText(const QTime& time) { return time.isValid() ? DateDigits().Clock(time, u':').Text() : QString(); }
+
 QString DateTimeText(const QDateTime& dateTime) {
     static const QDate zeroDate(1899, 12, 30);
-    const QString time = dateTime.time().toString(u"hh:mm:ss");
-    if (dateTime.date() == zeroDate) {
-        return time;
+    const QDate day = dateTime.date();
+    const QTime time = dateTime.time();
+    if (day == zeroDate) {
+        return ClockText(time);
     }
-    const QString date = dateTime.date().toString(u"yyyy-MM-dd");
-    return dateTime.time() == QTime(0, 0) ? date : date + u' ' + time;
+    return time == QTime(0, 0) ? DayText(day) : DayText(day) + u' ' + ClockText(time);
 }
 
 /// A float has fewer digits than the double it would become: 0.1 must not turn into 0.10000000149011612.
@@ -30,17 +37,25 @@ QString FloatText(float number) {
 } // namespace
 
 QString UpperChars(QString text) {
-    for (QChar& character : text) {
-        character = character.toUpper();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        const bool isPlain = character < u'a' || (character > u'z' && character < u'\x80');
+        if (const QChar upper = isPlain ? character : character.toUpper(); upper != character) {
+            text[i] = upper;
+        }
     }
     return text;
 }
 
 QString ToText(const QVariant& value) {
+    const int type = value.typeId();
+    if (type == QMetaType::QString) {
+        return *static_cast<const QString*>(value.constData());
+    }
     if (value.isNull()) {
         return {};
     }
-    switch (value.typeId()) {
+    switch (type) {
     case QMetaType::Double:
         return NumberText(value.toDouble());
     case QMetaType::Float:
@@ -48,9 +63,9 @@ QString ToText(const QVariant& value) {
     case QMetaType::Bool:
         return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
     case QMetaType::QDate:
-        return value.toDate().toString(u"yyyy-MM-dd");
+        return DayText(value.toDate());
     case QMetaType::QTime:
-        return value.toTime().toString(u"hh:mm:ss");
+        return ClockText(value.toTime());
     case QMetaType::QDateTime:
         return DateTimeText(value.toDateTime());
     default:

@@ -8,16 +8,24 @@
 
 namespace {
 
+/// The number that a part of a text is; 0, which no part of a day is, when it holds anything but digits.
+int NumberIn(QStringView text, qsizetype start, qsizetype digits) {
+    int number = 0;
+    for (const QChar c : text.sliced(start, digits)) {
+        if (c < u'0' || c > u'9') {
+            return 0;
+        }
+        number = number * 10 + (c.unicode() - u'0');
+    }
+    return number;
+}
+
 /// "2024-03-05" or "20240305" at the start of a text; an invalid date when it is neither.
-QDate ReadDay(const QString& text) {
+QDate ReadDay(QStringView text) {
     if (text.size() >= 10 && text.at(4) == u'-') {
-        return QDate::fromString(text.left(10), Qt::ISODate);
+        return text.at(7) == u'-' ? QDate(NumberIn(text, 0, 4), NumberIn(text, 5, 2), NumberIn(text, 8, 2)) : QDate();
     }
-    bool digits = text.size() >= 8;
-    for (int i = 0; digits && i < 8; ++i) {
-        digits = text.at(i) >= u'0' && text.at(i) <= u'9';
-    }
-    return digits ? QDate(text.left(4).toInt(), text.mid(4, 2).toInt(), text.mid(6, 2).toInt()) : QDate();
+    return text.size() >= 8 ? QDate(NumberIn(text, 0, 4), NumberIn(text, 4, 2), NumberIn(text, 6, 2)) : QDate();
 }
 
 /// The text as a date, or the text itself when it is none.
@@ -56,7 +64,7 @@ const QStringList& SqliteCursor::Columns() const {
     return m_statement->columns;
 }
 
-int SqliteCursor::IndexOf(const QString& name) const {
+int SqliteCursor::IndexOf(QAnyStringView name) const {
     return m_statement == nullptr ? -1 : m_statement->positions.Of(name, Columns());
 }
 
