@@ -13,7 +13,7 @@ public:
     virtual ~Record() = default;
 
     /// Sets a column. Raises `ImportError` naming a value that the column does not hold.
-    virtual Record& Set(const QString& column, const QVariant& value) = 0;
+    virtual Record& Set(QAnyStringView column, const QVariant& value) = 0;
     virtual void Insert() = 0;
     /// Updates the rows of a condition, with its own WHERE.
     virtual void Update(const QString& where) = 0;

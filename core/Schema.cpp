@@ -76,6 +76,12 @@ void Resolve(Column& column, const Catalogue& tables) {
     }
 }
 
+bool HoldsCodes(const Table& table, const Column& column) {
+    const bool isCode = !column.refersTo.isEmpty() || (column.name.startsWith(QStringLiteral("CD")) &&
+                                                       table.key.contains(column.name) && !column.foreign);
+    return isCode && IsTextType(column.type);
+}
+
 Catalogue MakeTables() {
     Catalogue tables;
     for (const auto& subject :
@@ -89,6 +95,7 @@ Catalogue MakeTables() {
             if (!column.refersTo.isEmpty()) {
                 Resolve(column, tables);
             }
+            column.holdsCodes = HoldsCodes(table, column);
         }
     }
     return tables;
@@ -109,10 +116,10 @@ void Table::Add(Column column) {
     columns.push_back(std::move(column));
 }
 
-const Column* Table::FindColumn(const QString& column) const {
+const Column* Table::FindColumn(QAnyStringView column) const {
     auto position = m_positions.find(column);
     if (position == m_positions.end()) {
-        position = m_positions.find(column.toUpper());
+        position = m_positions.find(column.toString().toUpper());
     }
     return position == m_positions.end() ? nullptr : &columns[position->second];
 }

@@ -22,6 +22,7 @@ struct Column {
     bool languageText = false; ///< its texts are kept by language in SYS_LNG too
     bool indexed = false;      ///< has an index of its own, beside that of the table's key
     bool essential = false;    ///< a row says nothing without it: its code, name, description or quantity
+    bool holdsCodes = false;   ///< codes of Quadrix: of the table itself ("CD..." in its key), or of another
     QString refersTo;          ///< bare name of the table whose codes it holds; empty for none
     QString refersToColumn;    ///< the column of those codes
     QString conditionColumn;   ///< column that names the table referred to, when one column serves several; else empty
@@ -36,14 +37,9 @@ public:
     std::vector<Column> columns; ///< in the order in which the table is created
 
     /// The column of that name, compared without case; null when there is none.
-    const Column* FindColumn(const QString& column) const;
+    const Column* FindColumn(QAnyStringView column) const;
     /// Name of the column that holds the table's own code: its key of one column; empty when it has none.
     QString CodeColumn() const { return key.size() == 1 ? key.front() : QString(); }
-    /// Whether a column holds codes of Quadrix: those of the table itself ("CD..." in its key) or another table's.
-    bool HoldsCodes(const Column& column) const {
-        return !column.refersTo.isEmpty() ||
-               (column.name.startsWith(u"CD") && key.contains(column.name) && !column.foreign);
-    }
     /// Whether no row is to be written without what the source has for a column: it is part of the key, or essential.
     bool Needs(const Column& column) const { return column.essential || key.contains(column.name); }
     /// Whether texts of it are kept by language in SYS_LNG too.

@@ -20,10 +20,8 @@ constexpr quint64 WordBits = 64;
 /// As columns of texts compare: without the case of plain letters.
 QByteArray Folded(const QString& text) { return text.toUtf8().toUpper(); }
 
-/// Names of columns have one length: their ends tell most of them apart.
 bool IsSameName(const QString& left, const QString& right) {
-    return left.size() == right.size() && (left.isEmpty() || left.back().toUpper() == right.back().toUpper()) &&
-           left.compare(right, Qt::CaseInsensitive) == 0;
+    return left.size() == right.size() && left.compare(right, Qt::CaseInsensitive) == 0;
 }
 
 std::array<quint64, 3> PlacesIn(const QByteArray& text) {
@@ -166,15 +164,11 @@ std::optional<std::vector<AbsentValues::Written>> AbsentValues::WritesOf(const S
 const std::vector<AbsentValues::Written>* AbsentValues::KnownWrites(const StatementShape& statement) {
     auto known = m_known.constFind(statement.shape);
     if (known == m_known.constEnd()) {
-        constexpr qsizetype mostShapes = 1024;
-        if (m_known.size() >= mostShapes) {
-            m_known.clear();
-        }
         auto writes = WritesOf(statement);
         if (!writes) {
             return nullptr;
         }
-        known = m_known.insert(statement.shape, *writes);
+        known = Keep(statement.shape, *std::move(writes));
     }
     return &*known;
 }
@@ -195,29 +189,48 @@ void AbsentValues::Runs(const StatementShape& statement) {
         Forget(); // it may be anything
         return;
     }
-    for (const Written& written : *writes) {
+    Take(*writes, statement);
+}
+
+void AbsentValues::Take(const std::vector<Written>& writes, const StatementShape& statement) {
+    for (const Written& written : writes) {
         Take(written, written.place < 0 ? nullptr : &statement.values.at(written.place));
     }
 }
 
 void AbsentValues::Inserts(const ovQueryConstructor& row, const StatementShape& statement) {
-    const int fields = row.GetFieldsCount() + 1;
-    if (fields != statement.values.size()) { // an expression stands among them
+    if (m_columns.empty() || row.GetFieldsCount() + 1 != statement.values.size()) { // an expression stands among them
         Runs(statement);
         return;
     }
+    auto known = m_known.constFind(statement.shape);
+    if (known == m_known.constEnd()) {
+        known = Keep(statement.shape, WritesOf(row));
+    }
+    Take(*known, statement);
+}
+
+/// The columns that the INSERT of a row writes, each value in the place of its field.
+std::vector<AbsentValues::Written> AbsentValues::WritesOf(const ovQueryConstructor& row) const {
     const QString table = row.FullTableName();
+    std::vector<Written> written;
     for (size_t index = 0; index < m_columns.size(); ++index) {
         const Column& known = m_columns[index];
-        if (!IsSameName(known.tableName, table)) {
-            continue;
-        }
-        for (int place = 0; place < fields; ++place) {
+        for (int place = 0; IsSameName(known.tableName, table) && place <= row.GetFieldsCount(); ++place) {
             if (IsSameName(row.Field(place).Name, known.columnName)) {
-                Take({qsizetype(index), place}, &statement.values.at(place));
+                written.push_back({qsizetype(index), place});
             }
         }
     }
+    return written;
+}
+
+AbsentValues::KnownShapes::const_iterator AbsentValues::Keep(const QByteArray& shape, std::vector<Written> writes) {
+    constexpr qsizetype mostShapes = 1024;
+    if (m_known.size() >= mostShapes) {
+        m_known.clear();
+    }
+    return m_known.insert(shape, std::move(writes));
 }
 
 /// @param value null for one that is not known
@@ -226,7 +239,7 @@ void AbsentValues::Take(const Written& written, const StatementShape::Value* val
     if (value == nullptr || (!value->IsText() && value->kind != StatementShape::Value::Kind::Null)) {
         column.Unclear();
     } else if (value->IsText()) {
-        const QByteArray text = value->bytes.toUpper();
+        const QByteArray text = QByteArray(value->bytes.constData(), value->bytes.size()).toUpper(); // which stays
         if (!column.filter.empty()) {
             column.Add(text);
         }

@@ -97,15 +97,19 @@ private:
     };
     Column& Known(const QString& table, const QString& name);
     bool Fill(Column& column, const QString& table, const QString& name, const Reader& read);
+    using KnownShapes = QHash<QByteArray, std::vector<Written>>;
     std::optional<std::vector<Written>> WritesOf(const StatementShape& statement) const;
+    std::vector<Written> WritesOf(const ovQueryConstructor& row) const;
+    KnownShapes::const_iterator Keep(const QByteArray& shape, std::vector<Written> writes);
     const std::vector<Written>* KnownWrites(const StatementShape& statement);
+    void Take(const std::vector<Written>& writes, const StatementShape& statement);
     void Take(const Written& written, const StatementShape::Value* value);
     void Forget();
 
     QHash<std::pair<QString, QString>, qsizetype> m_positions;
     std::vector<Column> m_columns;
     qint64 m_readings = 0;
-    QHash<QByteArray, std::vector<Written>> m_known; ///< by shape
+    KnownShapes m_known;
     bool m_isAssuming = false;
     bool m_hasDeleted = false;                               ///< since then: what was written may not be there
     std::vector<std::pair<qsizetype, QByteArray>> m_written; ///< column and value, since `BeginAssuming`

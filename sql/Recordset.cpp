@@ -30,16 +30,16 @@ Recordset::Field Recordset::Fields(int index) const {
 
 QStringList Recordset::Columns() const { return m_cursor ? m_cursor->Columns() : QStringList(); }
 
-bool Recordset::HasColumn(const QString& name) const { return m_cursor != nullptr && m_cursor->IndexOf(name) >= 0; }
+bool Recordset::HasColumn(QAnyStringView name) const { return m_cursor != nullptr && m_cursor->IndexOf(name) >= 0; }
 
-int Recordset::IndexOf(const QString& name) const {
+int Recordset::IndexOf(QAnyStringView name) const {
     if (m_eof) {
-        throw SqlError(Query(), QStringLiteral("nessuna riga da cui leggere la colonna '%1'").arg(name));
+        throw SqlError(Query(), QStringLiteral("nessuna riga da cui leggere la colonna '%1'").arg(name.toString()));
     }
     const int column = m_cursor->IndexOf(name);
     if (column < 0) {
         throw SqlError(Query(), QStringLiteral("la colonna '%1' non c'è (ci sono: %2)")
-                                    .arg(name, m_cursor->Columns().join(QStringLiteral(", "))));
+                                    .arg(name.toString(), m_cursor->Columns().join(QStringLiteral(", "))));
     }
     return column;
 }

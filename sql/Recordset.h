@@ -35,21 +35,21 @@ public:
 
     /// The column of that name (case does not matter) of the row under way. Raises `SqlError` naming the column and
     /// the query when there is no such column or no row.
-    Field Fields(const QString& name) const {
+    Field Fields(QAnyStringView name) const {
         const int column = IndexOf(name);
         return {*m_cursor, column};
     }
     Field Fields(int index) const;
     /// Same as `Fields(name).Value()`.
-    QVariant Value(const QString& name) const { return Fields(name).Value(); }
+    QVariant Value(QAnyStringView name) const { return Fields(name).Value(); }
 
     /// Names of the columns in the order of the result; empty on a closed recordset.
     QStringList Columns() const;
-    bool HasColumn(const QString& name) const;
+    bool HasColumn(QAnyStringView name) const;
     QString Query() const { return m_query.isEmpty() ? m_parts.Text() : m_query; }
 
 private:
-    int IndexOf(const QString& name) const;
+    int IndexOf(QAnyStringView name) const;
 
     std::unique_ptr<Cursor> m_cursor;
     QString m_query; ///< empty for one whose values stand apart

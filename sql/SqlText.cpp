@@ -3,6 +3,21 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ValueWriter.h"
 
+namespace {
+
+/// Copies the characters of a text, of which there is room for; false when they are not plain, so that it needs a
+/// conversion.
+bool CopyPlain(QStringView text, char* out) {
+    char16_t all = 0;
+    for (const QChar c : text) {
+        all |= c.unicode();
+        *out++ = static_cast<char>(c.unicode());
+    }
+    return all < 128;
+}
+
+} // namespace
+
 /// Keeps values apart from the words.
 class SqlText::Values final : public ValueWriter {
 public:
@@ -12,7 +27,7 @@ public:
           m_isKnown(isKnown) {}
 
     void Null() override { Take({StatementShape::Value::Kind::Null, 0, {}}); }
-    void Text(QStringView text) override { Take({StatementShape::Value::Kind::Text, 0, text.toUtf8()}); }
+    void Text(QStringView text) override { Take({StatementShape::Value::Kind::Text, 0, m_text.Placed(text)}); }
     void Whole(qint64 number) override { Take(StatementShape::Value::OfInteger(number)); }
     void Number(double number) override { Take(StatementShape::Value::OfNumber(number)); }
     void Words(QStringView sql) override {
@@ -70,7 +85,10 @@ SqlText& SqlText::operator+=(const SqlText& more) {
         return *this;
     }
     m_shape.shape += more.m_shape.shape;
-    m_shape.values += more.m_shape.values;
+    for (StatementShape::Value value : more.m_shape.values) {
+        value.bytes.detach();
+        m_shape.values.append(std::move(value));
+    }
     m_shape.isCommon = m_shape.HoldsFew();
     return *this;
 }
@@ -85,6 +103,25 @@ bool SqlText::Fill(const QVariant& value, DataType type) {
     Values values(*this, true);
     mod_ovTools::WriteSqlValue(values, value, type, m_provider);
     return !values.HasWords();
+}
+
+/// A text in UTF-8, in the room that was made for it while there is some, else in memory of its own.
+QByteArray SqlText::Placed(QStringView text) {
+    QByteArray& room = m_shape.texts;
+    const qsizetype start = room.size();
+    if (text.isEmpty()) {
+        return {};
+    }
+    if (!room.isDetached() || room.capacity() - start < text.size()) {
+        return text.toUtf8();
+    }
+    room.resize(start + text.size());
+    char* place = room.data() + start;
+    if (!CopyPlain(text, place)) {
+        room.resize(start);
+        return text.toUtf8();
+    }
+    return QByteArray::fromRawData(place, text.size());
 }
 
 /// Names and words are plain for the most part: they need no conversion.

@@ -17,14 +17,15 @@ struct sqlite3;
 class ColumnPositions {
 public:
     /// Position of the first column of that name, in any case; -1 when there is none.
-    int Of(const QString& name, const QStringList& columns) {
+    int Of(QAnyStringView name, const QStringList& columns) {
         auto known = m_known.find(name);
         if (known == m_known.end()) {
-            const auto found = std::find_if(columns.begin(), columns.end(), [&name](const QString& column) {
-                return column.compare(name, Qt::CaseInsensitive) == 0;
+            const QString text = name.toString();
+            const auto found = std::find_if(columns.begin(), columns.end(), [&text](const QString& column) {
+                return column.compare(text, Qt::CaseInsensitive) == 0;
             });
             const int position = found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
-            known = m_known.emplace(name, position).first;
+            known = m_known.emplace(text, position).first;
         }
         return known->second;
     }
@@ -44,7 +45,7 @@ public:
     /// Names of the columns, in the order of the result.
     virtual const QStringList& Columns() const = 0;
     /// Position of the first column of that name (case does not matter); -1 when there is none.
-    virtual int IndexOf(const QString& name) const { return m_positions.Of(name, Columns()); }
+    virtual int IndexOf(QAnyStringView name) const { return m_positions.Of(name, Columns()); }
     /// Value of a column (from 0) of the row under the cursor; a null variant is the database's Null.
     virtual QVariant Value(int column) const = 0;
 

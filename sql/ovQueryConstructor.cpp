@@ -103,15 +103,17 @@ int ovQueryConstructor::AddUpdateField(const QString& name, const QVariant& valu
     return index;
 }
 
-int ovQueryConstructor::AppendUpdateField(const QString& name, const QVariant& value, DataType type) {
+int ovQueryConstructor::AppendUpdateField(const QString& name, QVariant value, DataType type) {
     const int index = Append(m_fields, name);
-    SetUpdateField(index, value, type);
+    QueryField& field = m_fields.back();
+    field.Value = std::move(value);
+    field.Type = type;
     return index;
 }
 
-void ovQueryConstructor::SetUpdateField(int index, const QVariant& value, DataType type) {
+void ovQueryConstructor::SetUpdateField(int index, QVariant value, DataType type) {
     if (QueryField* field = Changeable(index)) {
-        field->Value = value;
+        field->Value = std::move(value);
         field->Type = type;
     }
 }

@@ -85,9 +85,9 @@ public:
     /// Adds a column and its value, for INSERT and UPDATE.
     int AddUpdateField(const QString& name, const QVariant& value, DataType type, bool overwrite = false);
     /// The same for a caller who knows that no field has the name: nothing is compared.
-    int AppendUpdateField(const QString& name, const QVariant& value, DataType type);
+    int AppendUpdateField(const QString& name, QVariant value, DataType type);
     /// Writes over the value of a field.
-    void SetUpdateField(int index, const QVariant& value, DataType type);
+    void SetUpdateField(int index, QVariant value, DataType type);
     /// Adds a parameter of a stored procedure, to the same list as the fields.
     int AddProcedureParam(const QString& name, const QVariant& value, DataType type, bool overwrite = false);
     /// Adds a column to the list of a SELECT, or to the key of a primary-key statement.

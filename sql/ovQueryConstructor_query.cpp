@@ -1,8 +1,18 @@
 #include "sql/ovQueryConstructor.h"
 
+#include <numeric>
+
 namespace {
 
 constexpr QStringView lineBreak = u"\r\n";
+
+/// The length of some texts and that of a value; of one that is no text, what it may take as one.
+qsizetype LengthWith(qsizetype length, const QueryField& field) {
+    constexpr qsizetype ofMoment = 20;
+    return length + (field.Value.typeId() == QMetaType::QString
+                         ? static_cast<const QString*>(field.Value.constData())->size()
+                         : ofMoment);
+}
 
 } // namespace
 
@@ -60,6 +70,7 @@ SqlText ovQueryConstructor::MakeStatement(StatementKind kind) const {
 /// None where a value has words of its own.
 std::optional<SqlText> ovQueryConstructor::InsertOfShape(const QByteArray& shape) const {
     SqlText statement(ProviderType, shape, m_fields.size());
+    statement.Reserve(std::accumulate(m_fields.cbegin(), m_fields.cend(), qsizetype(0), LengthWith));
     const bool isFilled = std::all_of(m_fields.cbegin(), m_fields.cend(), [&statement](const QueryField& field) {
         return statement.Fill(field.Value, field.Type);
     });

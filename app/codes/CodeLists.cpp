@@ -31,7 +31,7 @@ struct Destination {
     /// Whether an import makes what bears the code: it is that of the table itself, or of an article, which is imported
     /// under the code that the list tells.
     bool IsMadeByImports() const {
-        return column != nullptr && table->HoldsCodes(*column) &&
+        return column != nullptr && column->holdsCodes &&
                (column->refersTo.isEmpty() || column->refersTo == u"ART_ICO");
     }
     /// The table whose codes the column holds.

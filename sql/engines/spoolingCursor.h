@@ -28,7 +28,7 @@ public:
 
     bool Next() override;
     const QStringList& Columns() const override { return m_live != nullptr ? m_live->Columns() : m_columns; }
-    int IndexOf(const QString& name) const override {
+    int IndexOf(QAnyStringView name) const override {
         return m_live != nullptr ? m_live->IndexOf(name) : Cursor::IndexOf(name);
     }
     QVariant Value(int column) const override;

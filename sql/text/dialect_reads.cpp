@@ -40,7 +40,7 @@ bool OnlyReads(const QString& statement) {
     }
     bool ofName = false;
     for (; !tokens.AtEnd(); tokens.Skip()) {
-        if (!ofName && IsOneOf(tokens, Writing)) {
+        if (!ofName && tokens.TokenKind() == SqlTokens::Kind::Word && IsOneOf(tokens, Writing)) {
             return false;
         }
         ofName = tokens.Current() == u'.';

@@ -200,7 +200,7 @@ StatementShape StatementShape::Of(const QByteArray& statement) {
             return split;
         }
     }
-    return {statement, statement, {}, verb, false};
+    return {statement, {}, statement, {}, verb, false};
 }
 
 StatementShape StatementShape::OfPart(const QByteArray& part) { return Splitter(part).Split(); }

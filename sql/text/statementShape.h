@@ -18,7 +18,8 @@ struct StatementShape {
         };
         Kind kind = Kind::Text;
         qint64 integer = 0;
-        QByteArray bytes; ///< mostly a part of `text`, not a copy; empty for a number that comes from no text
+        /// Mostly a part of `text` or of `texts`, not a copy; empty for a number that comes from no text.
+        QByteArray bytes;
         double real = 0;
 
         bool IsText() const { return kind == Kind::Text; }
@@ -29,7 +30,8 @@ struct StatementShape {
     };
     enum class Verb { Other, Select, Insert, Update, Delete };
 
-    QByteArray text; ///< the whole statement; empty when it was made of its parts
+    QByteArray text;  ///< the whole statement; empty when it was made of its parts
+    QByteArray texts; ///< values one behind the other, that have no memory of their own
     QByteArray shape;
     QVector<Value> values;
     Verb verb = Verb::Other;

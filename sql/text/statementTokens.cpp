@@ -31,7 +31,9 @@ StatementToken::Kind KindOf(sqlScan::Kind kind) {
 } // namespace
 
 QVector<StatementToken> TokensOf(const QString& statement) {
+    constexpr qsizetype usualLength = 3;
     QVector<StatementToken> pieces;
+    pieces.reserve(statement.size() / usualLength);
     for (SqlTokens tokens(statement); !tokens.AtEnd(); tokens.Skip()) {
         pieces.append({KindOf(tokens.TokenKind()), tokens.Position(), tokens.Position() + tokens.View().size()});
     }

@@ -1,4 +1,5 @@
 #include "sql/mod_ovTools.h"
+#include "sql/SqlText.h"
 #include "tests/sql/localeSeparators.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -187,6 +188,27 @@ private slots:
         QCOMPARE(literal("1.234,5"), "1234.5");
         QCOMPARE(literal("1,234.5"), "1234.5");
         QCOMPARE(FormatSqlValue("12.7", DataType::Integer, Provider::SqlServer, separators), "13");
+    }
+
+    /// Texts that share the memory of their statement: what is made of it, and a copy, outlive it.
+    void SharedTexts() {
+        SqlText whole;
+        whole += u"SELECT N FROM T";
+        SqlText copy;
+        {
+            SqlText part(Provider::SqlServer, " WHERE A = ? AND B = ? AND C = ? AND D = ?", 4);
+            part.Reserve(12);
+            for (const char* text : {"Vite", "perch\xc3\xa9", "", "lungo, oltre lo spazio"}) {
+                QVERIFY(part.Fill(text, DataType::NVarChar));
+            }
+            whole += part;
+            copy = part;
+            QVERIFY(part.Fill("ancora", DataType::NVarChar));
+        }
+        const QString text =
+            QString::fromUtf8(" WHERE A = 'Vite' AND B = 'perch\xc3\xa9' AND C = '' AND D = 'lungo, oltre lo spazio'");
+        QCOMPARE(whole.Text(), "SELECT N FROM T" + text);
+        QCOMPARE(copy.Text(), text);
     }
 };
 

@@ -94,9 +94,14 @@ QStringList TiedColumns(const std::vector<Tie>& ties, bool ofOther) {
 
 QStringList BareColumns(const QString& columns) {
     QStringList bare;
-    for (QString column : columns.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
-        column = column.mid(column.indexOf(u'.') + 1).remove(u'[').remove(u']');
-        bare.append(column.section(u' ', 0, 0)); // without DESC
+    for (QStringView column : QStringView(columns).split(u", ", Qt::SkipEmptyParts)) {
+        column = column.mid(column.indexOf(u'.') + 1);
+        const qsizetype blank = column.indexOf(u' '); // DESC stands behind it
+        QString name = column.first(blank < 0 ? column.size() : blank).toString();
+        if (name.contains(u'[')) {
+            name.remove(u'[').remove(u']');
+        }
+        bare.append(name);
     }
     return bare;
 }

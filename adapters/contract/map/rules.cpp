@@ -14,6 +14,9 @@ QString RuleInput::Text() const {
     if (found) {
         return *found;
     }
+    if (columns.size() == 1) {
+        return row.Text(columns.first());
+    }
     QStringList texts;
     for (const QString& column : columns) {
         if (const QString text = row.Text(column); !text.isEmpty()) {

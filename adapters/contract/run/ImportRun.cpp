@@ -226,7 +226,7 @@ ImportRun::RowShape& ImportRun::ShapeOf(const schema::Table& table, const std::v
             names.insert(fields[place], table.columns[place].name);
         }
     }
-    return *m_shapes.insert({&table, QByteArray(bytes, size)}, {names.values(), {}});
+    return *m_shapes.insert({&table, QByteArray(bytes, size)}, {FullName(table.name), names.values(), {}});
 }
 
 bool ImportRun::Ask(const QString& question) {

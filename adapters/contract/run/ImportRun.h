@@ -142,6 +142,7 @@ public:
     void Updated(const QString& table) { m_account.Updated(table); }
     /// What many rows of a table share that have the same columns.
     struct RowShape {
+        QString fullTableName;
         QStringList columns; ///< in the order in which they are written, without those of bytes
         QByteArray insert;   ///< see `ovQueryConstructor::KnownInsert`; empty before the first
     };

@@ -4,12 +4,12 @@
 
 namespace contract {
 
-QString SourceRow::Text(const QString& column) const { return mod_ovTools::ToText(Value(column)).trimmed(); }
+QString SourceRow::Text(QAnyStringView column) const { return mod_ovTools::ToText(Value(column)).trimmed(); }
 
 namespace {
 
 /// The text of a column that a row is named by; of one that cannot be read it says so.
-QString NamingText(const SourceRow& row, const QString& column) {
+QString NamingText(const SourceRow& row, QAnyStringView column) {
     try {
         return row.Text(column);
     } catch (const ImportError&) {
@@ -20,14 +20,14 @@ QString NamingText(const SourceRow& row, const QString& column) {
 } // namespace
 
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn) {
-    QString name = QStringLiteral("tabella '%1'").arg(table);
+    QString name = u"tabella '" + table + u'\'';
     for (const char* number : {"_RECNO", "_RIGA"}) { // what files number their rows by
         if (row.HasColumn(QLatin1String(number))) {
             name += QStringLiteral(", riga ") + row.Text(QLatin1String(number));
         }
     }
-    for (const QString& column : keyColumn.split(QStringLiteral(", "))) {
-        name += QStringLiteral(", %1 '%2'").arg(column, NamingText(row, column));
+    for (const QStringView column : QStringView(keyColumn).split(u", ")) {
+        name += u", " + column + u" '" + NamingText(row, column) + u'\'';
     }
     return name;
 }

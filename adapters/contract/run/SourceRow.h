@@ -14,12 +14,12 @@ public:
         : m_rows(rows) {}
 
     /// The value as read; a null variant is Null.
-    QVariant Value(const QString& column) const { return m_rows.Value(column); }
+    QVariant Value(QAnyStringView column) const { return m_rows.Value(column); }
     /// The value as text without surrounding blanks; empty for Null.
-    QString Text(const QString& column) const;
+    QString Text(QAnyStringView column) const;
     /// Whether the text is empty.
-    bool IsBlank(const QString& column) const { return Text(column).isEmpty(); }
-    bool HasColumn(const QString& column) const { return m_rows.HasColumn(column); }
+    bool IsBlank(QAnyStringView column) const { return Text(column).isEmpty(); }
+    bool HasColumn(QAnyStringView column) const { return m_rows.HasColumn(column); }
 
 private:
     const Recordset& m_rows;

@@ -46,7 +46,10 @@ QString ShownValue(const QVariant& value) {
 }
 
 /// What the engines keep each in its own way, or replace silently, is none that can be written.
-void CheckText(const QString& table, const schema::Column& column, const QString& text) {
+void CheckCharacters(const QString& table, const schema::Column& column, const QString& text) {
+    if (std::none_of(text.begin(), text.end(), [](QChar c) { return c.isNull() || c.isSurrogate(); })) {
+        return;
+    }
     const char* wrong = text.contains(QChar(u'\0')) ? "contiene un carattere NUL"
                         : HasHalfCharacter(text)    ? "ha un carattere tagliato a metà"
                                                     : nullptr;
@@ -98,29 +101,37 @@ TargetRow::TargetRow(ImportRun& run, const QString& table)
     m_query.SetTable(table, m_table->shared ? QString() : run.GetSession().UserManager.Azienda());
 }
 
-const schema::Column& TargetRow::Find(const QString& column) const {
+const schema::Column& TargetRow::Find(QAnyStringView column) const {
     const schema::Column* found = m_table->FindColumn(column);
     if (found == nullptr) {
-        throw ImportError(QStringLiteral("la colonna '%1.%2' non è nello schema").arg(m_table->name, column));
+        throw ImportError(
+            QStringLiteral("la colonna '%1.%2' non è nello schema").arg(m_table->name, column.toString()));
     }
     return *found;
 }
 
+/// A text as it is written; a column without a size holds any length.
+QString TargetRow::CheckedText(const schema::Column& column, const QVariant& value) const {
+    QString text = mod_ovTools::ToText(value);
+    CheckCharacters(m_table->name, column, text);
+    if (column.size > 0 && text.size() > column.size) {
+        throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
+                              .arg(ShownValue(text), QString::number(text.size()), m_table->name, QString(column.name),
+                                   QString::number(column.size)));
+    }
+    const bool isUpper = (column.words && m_run.Case().upperTexts) || (column.holdsCodes && m_run.Case().upperKeys);
+    return isUpper ? mod_ovTools::UpperChars(std::move(text)) : text;
+}
+
 QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value) const {
+    if (column.type == DataType::Object) {
+        return BytesLiteral(value.toByteArray());
+    }
     if (value.isNull()) {
         return value;
     }
     if (IsTextType(column.type)) {
-        CheckText(m_table->name, column, mod_ovTools::ToText(value));
-    }
-    if (column.size > 0) { // a text: nothing else has a length
-        const QString text = mod_ovTools::ToText(value);
-        if (text.size() > column.size) {
-            throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
-                                  .arg(ShownValue(text), QString::number(text.size()), m_table->name,
-                                       QString(column.name), QString::number(column.size)));
-        }
-        return text;
+        return CheckedText(column, value);
     }
     const bool date = column.type == DataType::DateTime;
     if (!date && !IsNumber(column.type)) {
@@ -138,30 +149,22 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
     return value;
 }
 
-QVariant TargetRow::Cased(const schema::Column& column, const QVariant& value) const {
-    const bool upper = (column.words && m_run.Case().upperTexts) ||
-                       (m_run.Case().upperKeys && IsTextType(column.type) && m_table->HoldsCodes(column));
-    return upper && !value.isNull() ? mod_ovTools::UpperChars(mod_ovTools::ToText(value)) : value;
-}
-
-TargetRow& TargetRow::Set(const QString& column, const QVariant& value) {
+TargetRow& TargetRow::Set(QAnyStringView column, const QVariant& value) {
     const schema::Column& found = Find(column);
-    const bool isBytes = found.type == DataType::Object;
-    const QVariant written =
-        isBytes ? QVariant(BytesLiteral(value.toByteArray())) : Cased(found, Checked(found, value));
-    const DataType type = isBytes ? DataType::Expression : found.type;
+    QVariant written = Checked(found, value);
+    const DataType type = found.type == DataType::Object ? DataType::Expression : found.type;
     qint16& field = m_fields[PlaceOf(found)];
     if (field < 0) {
-        field = static_cast<qint16>(m_query.AppendUpdateField(found.name, written, type));
+        field = static_cast<qint16>(m_query.AppendUpdateField(found.name, std::move(written), type));
     } else {
-        m_query.SetUpdateField(field, written, type);
+        m_query.SetUpdateField(field, std::move(written), type);
     }
     return *this;
 }
 
-TargetRow& TargetRow::SetId(const QString& column, const PendingRows::Id& id) {
+TargetRow& TargetRow::SetId(QAnyStringView column, const PendingRows::Id& id) {
     if (*id == 0) {
-        m_links.push_back({column, id});
+        m_links.push_back({column.toString(), id});
     }
     return Set(column, *id);
 }
@@ -171,7 +174,7 @@ const QueryField* TargetRow::FieldOf(const schema::Column& column) const {
     return field < 0 ? nullptr : &m_query.Field(field);
 }
 
-QVariant TargetRow::Value(const QString& column) const {
+QVariant TargetRow::Value(QAnyStringView column) const {
     const schema::Column* found = m_table->FindColumn(column);
     const QueryField* field = found == nullptr ? nullptr : FieldOf(*found);
     return field == nullptr ? QVariant() : field->Value;
@@ -222,8 +225,9 @@ void TargetRow::TellNameless() const {
 }
 
 void TargetRow::TellInserted(const PendingRows::Id& id) const {
-    TargetChange change{TargetChange::Kind::Inserted, m_run.FullName(m_table->name), 0};
-    change.columns = m_run.ShapeOf(*m_table, m_fields).columns;
+    const ImportRun::RowShape& shape = m_run.ShapeOf(*m_table, m_fields);
+    TargetChange change{TargetChange::Kind::Inserted, shape.fullTableName, 0};
+    change.columns = shape.columns;
     if (m_links.empty()) {
         change.digest = DigestOf(m_query);
         m_run.TellChange(std::move(change), [id](TargetChange& told) { told.id = *id; });

@@ -19,11 +19,11 @@ public:
 
     /// Sets a column; a blank number or date is Null. Codes and texts that people read are written in upper case when
     /// the configuration says so (KEYFIELD_CHAR, TEXTFIELD_CHAR). Setting a column twice keeps the second value.
-    TargetRow& Set(const QString& column, const QVariant& value) override;
+    TargetRow& Set(QAnyStringView column, const QVariant& value) override;
     /// Sets a column to the identity value of a new row, which may not be known yet.
-    TargetRow& SetId(const QString& column, const PendingRows::Id& id);
+    TargetRow& SetId(QAnyStringView column, const PendingRows::Id& id);
     /// What a column has been set to; none when it has not been.
-    QVariant Value(const QString& column) const;
+    QVariant Value(QAnyStringView column) const;
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way. The name
     /// or description of a row that was set to nothing is told in the log: nobody will know what it is.
     void Insert() override;
@@ -31,14 +31,14 @@ public:
     void Update(const QString& where) override;
 
 private:
-    QVariant Cased(const schema::Column& column, const QVariant& value) const;
+    QString CheckedText(const schema::Column& column, const QVariant& value) const;
     QVariant Checked(const schema::Column& column, const QVariant& value) const;
-    const schema::Column& Find(const QString& column) const;
+    const schema::Column& Find(QAnyStringView column) const;
     size_t PlaceOf(const schema::Column& column) const {
         return static_cast<size_t>(&column - m_table->columns.data());
     }
     const QueryField* FieldOf(const schema::Column& column) const;
-    bool IsSet(const QString& column) const { return FieldOf(Find(column)) != nullptr; }
+    bool IsSet(QAnyStringView column) const { return FieldOf(Find(column)) != nullptr; }
     void TellNameless() const;
     void TellInserted(const PendingRows::Id& id) const;
 

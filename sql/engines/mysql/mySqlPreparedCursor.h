@@ -14,7 +14,7 @@ public:
 
     bool Next() override { return m_statement->Fetch(); }
     const QStringList& Columns() const override { return m_statement->Columns(); }
-    int IndexOf(const QString& name) const override { return m_statement->Positions().Of(name, Columns()); }
+    int IndexOf(QAnyStringView name) const override { return m_statement->Positions().Of(name, Columns()); }
     QVariant Value(int column) const override { return m_statement->Value(column); }
 
 private:

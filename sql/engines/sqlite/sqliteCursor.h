@@ -12,7 +12,7 @@ public:
 
     bool Next() override;
     const QStringList& Columns() const override;
-    int IndexOf(const QString& name) const override;
+    int IndexOf(QAnyStringView name) const override;
     QVariant Value(int column) const override;
 
 private:
