@@ -112,16 +112,16 @@ QHash<QString, int> Positions() {
 } // namespace
 
 void Table::Add(Column column) {
-    m_positions.emplace(column.name, columns.size());
+    m_positions.Insert(column.name, columns.size());
     columns.push_back(std::move(column));
 }
 
 const Column* Table::FindColumn(QAnyStringView column) const {
-    auto position = m_positions.find(column);
-    if (position == m_positions.end()) {
-        position = m_positions.find(column.toString().toUpper());
+    const std::size_t* position = m_positions.Find(column);
+    if (position == nullptr) {
+        position = m_positions.Find(column.toString().toUpper());
     }
-    return position == m_positions.end() ? nullptr : &columns[position->second];
+    return position == nullptr ? nullptr : &columns[*position];
 }
 
 const std::vector<Table>& Tables() {

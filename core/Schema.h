@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sql/nameHash.h"
+#include "sql/nameMap.h"
 #include "sql/types.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sql/nameHash.h"
+#include "sql/nameMap.h"
 #include "sql/SqlText.h"
 
 #include <QStringList>
@@ -18,18 +18,16 @@ class ColumnPositions {
 public:
     /// Position of the first column of that name, in any case; -1 when there is none.
     int Of(QAnyStringView name, const QStringList& columns) {
-        auto known = m_known.find(name);
-        if (known == m_known.end()) {
-            const QString text = name.toString();
-            const auto found = std::find_if(columns.begin(), columns.end(), [&text](const QString& column) {
-                return column.compare(text, Qt::CaseInsensitive) == 0;
-            });
-            const int position = found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
-            known = m_known.emplace(text, position).first;
+        if (const int* known = m_known.Find(name)) {
+            return *known;
         }
-        return known->second;
+        const QString text = name.toString();
+        const auto found = std::find_if(columns.begin(), columns.end(), [&text](const QString& column) {
+            return column.compare(text, Qt::CaseInsensitive) == 0;
+        });
+        return m_known.Insert(text, found == columns.end() ? -1 : static_cast<int>(found - columns.begin()));
     }
-    void Clear() { m_known.clear(); }
+    void Clear() { m_known.Clear(); }
 
 private:
     NameMap<int> m_known;

@@ -2,6 +2,7 @@
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -37,11 +38,10 @@ QString FloatText(float number) {
 } // namespace
 
 QString UpperChars(QString text) {
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar character = text.at(i);
-        const bool isPlain = character < u'a' || (character > u'z' && character < u'\x80');
-        if (const QChar upper = isPlain ? character : character.toUpper(); upper != character) {
-            text[i] = upper;
+    const auto mayChange = [](QChar c) { return c >= u'a' && (c <= u'z' || c >= u'\x80'); };
+    if (std::any_of(text.cbegin(), text.cend(), mayChange)) {
+        for (QChar& character : text) {
+            character = character.toUpper();
         }
     }
     return text;

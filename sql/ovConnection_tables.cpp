@@ -11,15 +11,16 @@ void ovConnection::SetCompany(const QString& code) {
 }
 
 QString ovConnection::GetFullTableName(const QString& table) const {
-    static const QStringList shared{QStringLiteral("TAB_"), QStringLiteral("SYS_"), QStringLiteral("GEN_")};
-    const QString prefix = m_company + u'_';
-    const bool isShared = shared.contains(table.left(4).toUpper());
+    const auto begins = [&table](QStringView with) { return table.startsWith(with, Qt::CaseInsensitive); };
+    const bool isShared = begins(u"TAB_") || begins(u"SYS_") || begins(u"GEN_");
     // A bare name that only begins like the company ("CON_TRO" of a company CON) holds no second "_" behind it.
-    const bool carriesCompany = table.startsWith(prefix, Qt::CaseInsensitive) && table.indexOf(u'_', prefix.size()) > 0;
+    const qsizetype mark = m_company.size();
+    const bool carriesCompany =
+        mark < table.size() && table.at(mark) == u'_' && begins(m_company) && table.indexOf(u'_', mark + 1) > 0;
     if (m_company.isEmpty() || isShared || carriesCompany) {
         return table;
     }
-    return prefix + table;
+    return m_company + u'_' + table;
 }
 
 QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) {

@@ -206,8 +206,10 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
 
 void Recorder::KeepInserted(const TargetChange& change) {
     constexpr qsizetype longest = qsizetype(8) * 1024; // memory stays in small pieces
+    // Rows of one shape are told with the very same list.
     const auto same = std::find_if(m_inserted.begin(), m_inserted.end(), [&change](const InsertedRows& one) {
-        return one.table == change.table && one.columns == change.columns && one.rows.size() < longest;
+        return one.columns.constData() == change.columns.constData() && one.rows.size() < longest &&
+               one.table == change.table;
     });
     InsertedRows& rows =
         same == m_inserted.end() ? m_inserted.emplace_back(InsertedRows{change.table, change.columns, {}}) : *same;
