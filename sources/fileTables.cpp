@@ -6,6 +6,7 @@
 #include "sql/errors.h"
 
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 
@@ -139,6 +140,14 @@ public:
         RefuseUses(statement, unreadable);
         return std::make_unique<CheckedCursor>(m_database.Reader().Query(statement));
     }
+    std::unique_ptr<Cursor> QueryApart(const SqlText& query) override {
+        const QByteArray& shape = query.Shape().shape;
+        if (!m_loadedFor.contains(shape)) {
+            LoadNamed(query.Text());
+            m_loadedFor.insert(shape);
+        }
+        return m_database.UnreadableColumns().empty() ? m_database.Reader().QueryApart(query) : Query(query.Text());
+    }
     void Begin() override { m_database.Reader().Begin(); }
     void Commit() override { m_database.Reader().Commit(); }
     void RollBack() override { m_database.Reader().RollBack(); }
@@ -214,6 +223,7 @@ private:
 
     QString m_where;
     std::vector<FileTable> m_pending; ///< not read yet
+    QSet<QByteArray> m_loadedFor;     ///< shapes of queries whose tables are read
     QStringList m_missing;            ///< wanted tables that the source does not have
     QStringList m_names;
     PrivateDatabase m_database;

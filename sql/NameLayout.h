@@ -13,6 +13,8 @@ public:
     /// Has a query run in the names of the database, and gives its rows the names that it was written in.
     /// Raises `ImportError` naming what cannot be said in the names of the database.
     virtual std::unique_ptr<Cursor> Query(const QString& query, Engine& engine, const Run& run) = 0;
+    /// Whether `Query` runs a query as it is written, so that it need not be asked to.
+    virtual bool LeavesAsItIs(const SqlText& query, Engine& engine) = 0;
     /// The columns of a table, by the names that statements are written in; empty when the database does not have it.
     virtual QVector<ColumnInfo> Columns(const QString& table, Engine& engine) = 0;
     /// The tables and views, by the names that statements are written in.

@@ -64,6 +64,20 @@ void ovConnection::RefuseWriting(const QString& statement) const {
     }
 }
 
+/// The same of one whose values stand apart: it is looked at once for all of them.
+void ovConnection::RefuseWriting(const SqlText& statement) {
+    constexpr qsizetype mostShapes = 1024;
+    const QByteArray& shape = statement.Shape().shape;
+    if (!ReadOnly || m_reading.contains(shape)) {
+        return;
+    }
+    RefuseWriting(statement.Text());
+    if (m_reading.size() >= mostShapes) {
+        m_reading.clear();
+    }
+    m_reading.insert(shape);
+}
+
 Engine& ovConnection::Opened(const QString& statement) const {
     if (m_engine == nullptr) {
         throw SqlError(statement, QStringLiteral("la connessione al database non è aperta"));
@@ -208,9 +222,9 @@ auto ovConnection::Apart(const SqlText& statement, const Run& run, const ovQuery
     if (m_isAhead) {
         SendBefore(statement.Shape().shape, statement.Shape().verb == StatementShape::Verb::Select);
     }
-    if (ReadOnly || Written || Trace) {
+    RefuseWriting(statement);
+    if (Written || Trace) {
         const QString text = statement.Text();
-        RefuseWriting(text);
         Show(Written, text);
         if (Trace) {
             Trace(dialect::Adapt(text, m_engine->TextDialect()));
@@ -241,7 +255,7 @@ qint64 ovConnection::ExecuteApart(const SqlText& statement, const ovQueryConstru
 }
 
 Recordset ovConnection::ExecuteWC(const SqlText& query) {
-    if (Layout) {
+    if (Layout && m_engine != nullptr && !Layout->LeavesAsItIs(query, *m_engine)) {
         return ExecuteWC(query.Text());
     }
     return WithDecision([&] {

@@ -151,6 +151,7 @@ public:
 private:
     Engine& Opened(const QString& statement) const;
     void RefuseWriting(const QString& statement) const;
+    void RefuseWriting(const SqlText& statement);
     void NoticeWriting(const QString& statement);
     /// The text that the engine is given; the trace gets it in the engine's own words.
     QString TextFor(const Engine& engine, const QString& statement) const;
@@ -184,6 +185,7 @@ private:
     std::unique_ptr<Engine> m_engine;
     QString m_company;
     AbsentValues m_absent;
+    QSet<QByteArray> m_reading;            ///< shapes that are known to read only
     std::optional<qint64> m_othersChanges; ///< those that it takes into account; none: the database cannot tell
     QStringList m_locks;                   ///< that it has taken
     AbsentValues::Point m_begin;           ///< of the transaction

@@ -46,6 +46,7 @@ Layout::~Layout() = default;
 
 LayoutTable& Layout::Known(const QString& table) {
     m_plans.clear();
+    m_isLeft.clear();
     LayoutTable& known = m_tables[table.toUpper()];
     if (known.name.isEmpty()) {
         known.name = table;
@@ -111,6 +112,19 @@ std::unique_ptr<Cursor> Layout::Query(const QString& query, Engine& engine, cons
         m_plans.insert(form.text, plan);
     }
     return plan->isSame ? run(query) : NamedCursor(run(Filled(plan->text, form.literals)), plan, engine);
+}
+
+bool Layout::LeavesAsItIs(const SqlText& query, Engine& engine) {
+    const QByteArray& shape = query.Shape().shape;
+    auto known = m_isLeft.constFind(shape);
+    if (known == m_isLeft.constEnd()) {
+        if (m_isLeft.size() >= MostPlans) {
+            m_isLeft.clear();
+        }
+        const QString text = query.Text();
+        known = m_isLeft.insert(shape, PlanOf(*this, text, TokensOf(text), engine.TextDialect()).isSame);
+    }
+    return *known;
 }
 
 QVector<ColumnInfo> Layout::Columns(const QString& table, Engine& engine) {

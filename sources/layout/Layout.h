@@ -34,6 +34,7 @@ public:
     QStringList InSource(const QStringList& names) const;
 
     std::unique_ptr<Cursor> Query(const QString& query, Engine& engine, const Run& run) override;
+    bool LeavesAsItIs(const SqlText& query, Engine& engine) override;
     QVector<ColumnInfo> Columns(const QString& table, Engine& engine) override;
     QStringList Tables(Engine& engine) override;
 
@@ -42,6 +43,7 @@ private:
 
     QHash<QString, LayoutTable> m_tables;                     ///< by logical name in upper case
     QHash<QString, std::shared_ptr<const QueryPlan>> m_plans; ///< by the text without its literals
+    QHash<QByteArray, bool> m_isLeft;                         ///< whether queries are run as they are, by their shape
 };
 
 } // namespace sources

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace contract {
 
@@ -82,6 +83,16 @@ Needs FieldNeeds(const QString& table, const std::vector<Field>& fields) {
     return needs;
 }
 
+/// One column without alias, brackets and the DESC behind it.
+QStringView BareColumn(QStringView column) {
+    column = column.mid(column.indexOf(u'.') + 1);
+    if (const qsizetype blank = column.indexOf(u' '); blank >= 0) {
+        column.truncate(blank);
+    }
+    const bool isBracketed = column.startsWith(u'[') && column.endsWith(u']');
+    return isBracketed ? column.sliced(1, column.size() - 2) : column;
+}
+
 QStringList TiedColumns(const std::vector<Tie>& ties, bool ofOther) {
     QStringList columns;
     for (const Tie& tie : ties) {
@@ -94,14 +105,8 @@ QStringList TiedColumns(const std::vector<Tie>& ties, bool ofOther) {
 
 QStringList BareColumns(const QString& columns) {
     QStringList bare;
-    for (QStringView column : QStringView(columns).split(u", ", Qt::SkipEmptyParts)) {
-        column = column.mid(column.indexOf(u'.') + 1);
-        const qsizetype blank = column.indexOf(u' '); // DESC stands behind it
-        QString name = column.first(blank < 0 ? column.size() : blank).toString();
-        if (name.contains(u'[')) {
-            name.remove(u'[').remove(u']');
-        }
-        bare.append(name);
+    for (const QStringView column : QStringView(columns).split(u", ", Qt::SkipEmptyParts)) {
+        bare.append(BareColumn(column).toString());
     }
     return bare;
 }
@@ -188,30 +193,48 @@ std::vector<Mapping> SourceTable::Mappings(const QString& target, const std::vec
     return mappings;
 }
 
-QString ChildTable::QueryOf(Session& session, const SourceRow& parent) const {
-    QStringList conditions;
+/// Many rows ask it with other values: they stand apart from its words.
+SqlText ChildTable::QueryOf(Session& session, const SourceRow& parent) const {
+    SqlText query(session.SourceConnection().ProviderType);
+    query += u"SELECT * FROM ";
+    query += table;
+    QStringView lead = u"\rWHERE ";
     for (const Tie& tie : on) {
-        const QVariant value = parent.Value(BareColumns(tie.Other()).first());
-        conditions.append(
-            value.isNull() && tie.tiesNulls
-                ? QStringLiteral("%1 IS NULL").arg(tie.column)
-                : QStringLiteral("%1 = %2").arg(tie.column, LiteralOf(session.SourceConnection(), value)));
+        query += std::exchange(lead, u"\r  AND ");
+        query += tie.column;
+        const QVariant value = parent.Value(BareColumn(tie.Other()));
+        if (value.isNull() && tie.tiesNulls) {
+            query += u" IS NULL";
+        } else {
+            query += u" = ";
+            query.Add(value, TypeOf(value));
+        }
     }
     if (!where.isEmpty()) {
-        conditions.append(where);
+        query += lead;
+        query += SqlText::Of(where, session.SourceConnection().ProviderType);
     }
-    return QStringLiteral("SELECT * FROM %1\rWHERE %2").arg(table, conditions.join(QStringLiteral("\r  AND "))) +
-           (order.isEmpty() ? QString() : QString("\rORDER BY " + order));
-}
-
-QString ChildTable::NamingColumns() const {
-    return BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", "));
+    if (!order.isEmpty()) {
+        query += u"\rORDER BY ";
+        query += order;
+    }
+    return query;
 }
 
 namespace {
 
 bool IsLacking(Session& session, const ChildTable& rows) {
     return rows.isOptional && session.SourceConnection().GetColumns(rows.table).isEmpty();
+}
+
+/// An error gains the name of the child.
+void Hand(const ChildTable& table, const SourceRow& child, const std::function<void(const SourceRow&)>& work) {
+    try {
+        work(child);
+    } catch (ImportError& error) {
+        error.AddContext(table.Name(child));
+        throw;
+    }
 }
 
 } // namespace
@@ -225,7 +248,10 @@ void ChildTable::ForEach(Session& session, const SourceRow& parent,
     if (IsLacking(session, *this)) {
         return;
     }
-    ForEachChild(session, QueryOf(session, parent), table, NamingColumns(), work);
+    Recordset rows = session.SourceConnection().ExecuteWC(QueryOf(session, parent));
+    for (const SourceRow child(rows); !rows.Eof(); rows.MoveNext()) {
+        Hand(*this, child, work);
+    }
 }
 
 void ChildTable::First(Session& session, const SourceRow& parent,
@@ -241,16 +267,12 @@ void ChildTable::First(Session& session, const SourceRow& parent,
     if (rows.Eof()) {
         return;
     }
-    const SourceRow first(rows);
-    try {
-        work(first);
-    } catch (ImportError& error) {
-        error.AddContext(Name(first));
-        throw;
-    }
+    Hand(*this, SourceRow(rows), work);
 }
 
-QString ChildTable::Name(const SourceRow& row) const { return NameOf(row, table, NamingColumns()); }
+QString ChildTable::Name(const SourceRow& row) const {
+    return NameOf(row, table, BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", ")));
+}
 
 Needs ChildTable::OwnNeeds(const QString& parent) const {
     if (table.isEmpty()) {

@@ -65,7 +65,8 @@ struct ChildTable {
     QString naming = {};      ///< columns that tell a row in messages; empty: those of the order
     bool isOptional = false;  ///< some releases of the source lack the table: it has no rows then
 
-    /// Hands each child of a row to `work`, as `ForEachChild` does; the row itself without a table.
+    /// Hands each child of a row to `work`, whose `ImportError` gains the name of the child; the row itself without a
+    /// table.
     void ForEach(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
     /// The same with the first of them alone.
     void First(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
@@ -77,8 +78,7 @@ struct ChildTable {
     Needs NeedsOf(const QString& parent, const std::vector<Field>& fields) const;
 
 private:
-    QString QueryOf(Session& session, const SourceRow& parent) const;
-    QString NamingColumns() const;
+    SqlText QueryOf(Session& session, const SourceRow& parent) const;
 };
 
 /// The columns of a list without alias and brackets: "T.[_MMNUM]" is "_MMNUM".

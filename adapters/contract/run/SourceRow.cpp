@@ -64,25 +64,23 @@ std::optional<QDate> DayOfDigits(const QString& digits) {
     return day.isValid() ? std::optional(day) : std::nullopt;
 }
 
-QString LiteralOf(const ovConnection& source, const QVariant& value) {
-    DataType type = DataType::Double;
+DataType TypeOf(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::QString:
-        type = DataType::NVarChar;
-        break;
+        return DataType::NVarChar;
     case QMetaType::QDate:
-        type = DataType::Date;
-        break;
+        return DataType::Date;
     case QMetaType::QDateTime:
-        type = DataType::DateTime;
-        break;
+        return DataType::DateTime;
     case QMetaType::Bool:
-        type = DataType::Bit;
-        break;
+        return DataType::Bit;
     default:
-        break;
+        return DataType::Double;
     }
-    return mod_ovTools::FormatSqlValue(value, type, source.ProviderType);
+}
+
+QString LiteralOf(const ovConnection& source, const QVariant& value) {
+    return mod_ovTools::FormatSqlValue(value, TypeOf(value), source.ProviderType);
 }
 
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,

@@ -39,6 +39,8 @@ QVariant DateOf(const SourceRow& row, const QString& column);
 /// The day of digits "dMMyyyy", whose day has no leading zero: "5032024" is 5 March 2024. None for any other text.
 std::optional<QDate> DayOfDigits(const QString& digits);
 
+/// What a value of a source row is compared as in the source's own statements; a number is a Double, as is Null.
+DataType TypeOf(const QVariant& value);
 /// A value of a source row as a literal of the source's own statements.
 QString LiteralOf(const ovConnection& source, const QVariant& value);
 
