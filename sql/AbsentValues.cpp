@@ -168,7 +168,7 @@ const std::vector<AbsentValues::Written>* AbsentValues::KnownWrites(const Statem
         if (!writes) {
             return nullptr;
         }
-        known = Keep(statement.shape, *std::move(writes));
+        known = Keep(statement.shape, *writes);
     }
     return &*known;
 }
@@ -225,12 +225,13 @@ std::vector<AbsentValues::Written> AbsentValues::WritesOf(const ovQueryConstruct
     return written;
 }
 
-AbsentValues::KnownShapes::const_iterator AbsentValues::Keep(const QByteArray& shape, std::vector<Written> writes) {
+AbsentValues::KnownShapes::const_iterator AbsentValues::Keep(const QByteArray& shape,
+                                                             const std::vector<Written>& writes) {
     constexpr qsizetype mostShapes = 1024;
     if (m_known.size() >= mostShapes) {
         m_known.clear();
     }
-    return m_known.insert(shape, std::move(writes));
+    return m_known.insert(shape, writes);
 }
 
 /// @param value null for one that is not known

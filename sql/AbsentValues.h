@@ -100,7 +100,7 @@ private:
     using KnownShapes = QHash<QByteArray, std::vector<Written>>;
     std::optional<std::vector<Written>> WritesOf(const StatementShape& statement) const;
     std::vector<Written> WritesOf(const ovQueryConstructor& row) const;
-    KnownShapes::const_iterator Keep(const QByteArray& shape, std::vector<Written> writes);
+    KnownShapes::const_iterator Keep(const QByteArray& shape, const std::vector<Written>& writes);
     const std::vector<Written>* KnownWrites(const StatementShape& statement);
     void Take(const std::vector<Written>& writes, const StatementShape& statement);
     void Take(const Written& written, const StatementShape::Value* value);

@@ -215,7 +215,7 @@ void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& li
 
 ImportRun::RowShape& ImportRun::ShapeOf(const schema::Table& table, const std::vector<qint16>& fields) {
     const auto* bytes = reinterpret_cast<const char*>(fields.data());
-    const auto size = static_cast<qsizetype>(fields.size() * sizeof(qint16));
+    const auto size = static_cast<qsizetype>(fields.size()) * qsizetype(sizeof(qint16));
     const auto known = m_shapes.find({&table, QByteArray::fromRawData(bytes, size)});
     if (known != m_shapes.end()) {
         return *known;
