@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr qsizetype MostKept = 512;
+constexpr qsizetype MostKept = 256;
 
 /// SQLite does not copy the texts: they live as long as the prepared statement holds them.
 void BindText(sqlite3_stmt* statement, int place, const QByteArray& text) {
