@@ -129,6 +129,27 @@ private slots:
         QVERIFY(!rows.State());
     }
 
+    /// What is set aside to be taken back is more than stays in memory.
+    void TakingBackManyRows() {
+        const auto connection = Open();
+        connection->Execute("CREATE TABLE T (N INTEGER PRIMARY KEY, A TEXT)");
+        connection->BeginTrans();
+        for (int n = 0; n < 2000; ++n) {
+            connection->Execute(QStringLiteral("INSERT INTO T VALUES (%1, '%2')").arg(n).arg(QString(500, u'a')));
+        }
+        connection->CommitTrans();
+        const auto changed = [&] { return connection->ExecuteCommand("SELECT COUNT(*) FROM T WHERE A LIKE 'b%'"); };
+        connection->BeginTrans();
+        connection->SetMark();
+        QCOMPARE(connection->Execute("UPDATE T SET A = REPLACE(A, 'a', 'b') WHERE A LIKE '%a%'"), 2000);
+        QCOMPARE(changed(), 2000);
+        connection->RollbackToMark();
+        QCOMPARE(changed(), 0);
+        connection->CommitTrans();
+        QCOMPARE(connection->Execute("UPDATE T SET A = REPLACE(A, 'a', 'b') WHERE A LIKE '%a%'"), 2000);
+        QCOMPARE(changed(), 2000);
+    }
+
     void Transactions() {
         const auto connection = Open();
         connection->Execute("CREATE TABLE T (N INTEGER)");

@@ -14,8 +14,9 @@
 /// Nobody asks how much memory the library has: counting it takes a lock for each piece.
 void PrepareSqlite() {
     // What a row changes stands aside until it is done, so that it can be taken back: in memory, for a file behind each
-    // row takes a tenth of an import.
-    constexpr int mostAside = 512 * 1024;
+    // row takes a tenth of an import. What is more goes into a file in one piece, of which SQLite writes 128 KiB at the
+    // most: beyond that it would take the disk for full.
+    constexpr int mostAside = 124 * 1024;
     [[maybe_unused]] static const std::array once{sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0),
                                                   sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, mostAside)};
 }
