@@ -105,6 +105,8 @@ bool SqlText::Fill(const QVariant& value, DataType type) {
     return !values.HasWords();
 }
 
+void SqlText::FillText(QStringView text) { Values(*this, true).Text(text); }
+
 /// A text in UTF-8, in the room that was made for it while there is some, else in memory of its own.
 QByteArray SqlText::Placed(QStringView text) {
     QByteArray& room = m_shape.texts;

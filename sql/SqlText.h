@@ -26,6 +26,8 @@ public:
     /// Gives the next value of a statement whose words are known. False, and nothing done, for one that takes words of
     /// its own.
     bool Fill(const QVariant& value, DataType type);
+    /// The same with a text as it is: `Fill` takes the text "Null" for Null.
+    void FillText(QStringView text);
     /// Makes room for the texts that `Fill` is going to give, in one piece of memory. @param characters of them all
     void Reserve(qsizetype characters) { m_shape.texts.reserve(characters); }
 

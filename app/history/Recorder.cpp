@@ -248,7 +248,7 @@ qint64 Recorder::NumberOf(const OpenCode& code) {
         const QVariantList values{code.list, code.field, code.code};
         m_file->Execute(Statement("INSERT OR IGNORE INTO open_codes (list, field, code) VALUES (?, ?, ?)", values));
         number = Number(m_file->ExecuteWC(
-            Statement("SELECT id FROM open_codes WHERE list = ? AND field = ? AND code = ?", values)));
+            Statement("SELECT id FROM open_codes WHERE list IS ? AND field IS ? AND code IS ?", values)));
     }
     return number;
 }

@@ -86,8 +86,8 @@ void BringUpToDate(ovConnection& file) {
         file.Execute(QStringLiteral("INSERT OR IGNORE INTO open_codes (list, field, code) SELECT DISTINCT list, field, "
                                     "code FROM codes"));
         file.Execute(QStringLiteral("INSERT INTO waiting_rows (procedure, code, source_row) SELECT C.procedure, O.id, "
-                                    "C.source_row FROM codes C JOIN open_codes O ON O.list = C.list AND O.field = "
-                                    "C.field AND O.code = C.code ORDER BY C.id"));
+                                    "C.source_row FROM codes C JOIN open_codes O ON O.list IS C.list AND O.field IS "
+                                    "C.field AND O.code IS C.code ORDER BY C.id"));
         file.Execute(QStringLiteral("DROP TABLE codes"));
         transaction.Keep();
     }
@@ -125,8 +125,8 @@ SqlText Statement(QAnyStringView words, const QVariantList& values) {
     });
     SqlText statement(Provider::SqlServer, shape, values.size());
     for (const QVariant& value : values) {
-        const bool isNumber = value.typeId() != QMetaType::QString && !value.isNull();
-        statement.Fill(value, isNumber ? DataType::Long : DataType::NVarChar);
+        const bool isText = value.typeId() == QMetaType::QString && !value.isNull();
+        isText ? statement.FillText(value.toString()) : static_cast<void>(statement.Fill(value, DataType::Long));
     }
     return statement;
 }

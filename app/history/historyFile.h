@@ -12,7 +12,7 @@ QString FilePath(const QString& settingsFile);
 /// Opens a history, and makes it when it is missing. Raises `SqlError` or `ImportError` naming the file.
 std::unique_ptr<ovConnection> Open(const QString& path);
 
-/// A statement for its file: words with "?" in the places of values.
+/// A statement for its file: words with "?" in the places of values. Texts are written as they are, "Null" too.
 SqlText Statement(QAnyStringView words, const QVariantList& values);
 
 /// A point in time as the file keeps it, "yyyy-MM-dd hh:mm:ss"; invalid for none.

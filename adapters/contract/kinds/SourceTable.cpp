@@ -83,14 +83,14 @@ Needs FieldNeeds(const QString& table, const std::vector<Field>& fields) {
     return needs;
 }
 
-/// One column without alias, brackets and the DESC behind it.
+/// One column without alias, brackets and the DESC behind it; between brackets stands a name whatever it holds.
 QStringView BareColumn(QStringView column) {
-    column = column.mid(column.indexOf(u'.') + 1);
-    if (const qsizetype blank = column.indexOf(u' '); blank >= 0) {
-        column.truncate(blank);
+    if (const qsizetype open = column.indexOf(u'['); open >= 0) {
+        return column.mid(open + 1, column.indexOf(u']', open) - open - 1);
     }
-    const bool isBracketed = column.startsWith(u'[') && column.endsWith(u']');
-    return isBracketed ? column.sliced(1, column.size() - 2) : column;
+    column = column.mid(column.indexOf(u'.') + 1);
+    const qsizetype blank = column.indexOf(u' ');
+    return blank < 0 ? column : column.first(blank);
 }
 
 QStringList TiedColumns(const std::vector<Tie>& ties, bool ofOther) {
