@@ -112,22 +112,20 @@ private slots:
 
     /// Only what is of the day that is asked for, or later; of a day that is none nothing is emptied or read.
     void articlesSinceADay() {
-        Trial import("CREATE TABLE ART (COD VARCHAR(4), NOME VARCHAR(9), DEL DATETIME TEXT); INSERT INTO ART VALUES "
-                     "('A', 'vecchio', '20240131 00:00:00'), ('B', 'nuovo', '20240201 00:00:00')");
+        Trial import(
+            "CREATE TABLE ART (COD VARCHAR(4), NOME VARCHAR(9), DEL DATETIME TEXT); INSERT INTO ART VALUES "
+            "('A', 'vecchio', '20240131 00:00:00'), ('B', 'nuovo', '20240201 00:00:00'), ('C', 'senza data', NULL)");
         import.Person.Inputs = {"01/02/2024", "1/2/2024", "ieri"};
         const Articles articles{.frame = FrameNamed("ImportArticoli"),
                                 .source = {.table = "ART", .key = "COD"},
                                 .code = "COD",
                                 .description = "NOME"};
-        const Procedure procedure = ProcedureOf(
-            std::nullopt, FrameOf(articles),
-            {AskedSince(PartOf(articles),
-                        "Data inizio importazione:", [](const ovConnection& source, const QDate& from) -> QString {
-                            return "DEL >= " + LiteralOf(source, from);
-                        })});
+        const Procedure procedure = ProcedureOf(std::nullopt, FrameOf(articles),
+                                                {AskedSince(PartOf(articles), "Data inizio importazione:", {"DEL"})});
         QCOMPARE(procedure.asks.size(), size_t{1});
         import.Run(procedure, "SELECT CDART FROM X01_ART_ICO");
         QVERIFY(import.Again);
+        QVERIFY2(import.Log().contains("RIGHE SENZA DATA: tabella 'ART', DEL: 1 non importate"), import.Log());
         procedure.run(import.Get(), {}, true);
         QCOMPARE(import.Get().Results.last().outcome, RunResult::Outcome::Failed);
         QCOMPARE(import.Rows("SELECT CDART FROM X01_ART_ICO"), QStringList{"B"});

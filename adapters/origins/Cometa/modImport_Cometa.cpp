@@ -191,11 +191,8 @@ Articles Articoli() {
 /// Articles created from the day on that the operator enters.
 Procedure ArticoliDaData() {
     const Articles articles = Articoli();
-    ImportPart part = AskedSince(
-        PartOf(articles), "Importare gli articoli creati dal (gg/mm/aaaa):",
-        [](const ovConnection& source, const QDate& from) { return QString(u"ARDINS >= " + LiteralOf(source, from)); });
-    part.needs.reads.push_back({ArticoliTable, {"ARDINS"}});
-    return ProcedureOf(Button::Art, FrameOf(articles), {part});
+    return ProcedureOf(Button::Art, FrameOf(articles),
+                       {AskedSince(PartOf(articles), "Importare gli articoli creati dal (gg/mm/aaaa):", {"ARDINS"})});
 }
 
 // --- Price lists --------------------------------------------------------------------------------------------------

@@ -267,12 +267,9 @@ Articles Articoli() {
 /// Articles created from the day on that the operator enters.
 Procedure ArticoliDaData() {
     const Articles articles = Articoli();
-    ImportPart part = AskedSince(PartOf(articles), "Importare gli articoli creati dal (gg/mm/aaaa):",
-                                 [](const ovConnection& source, const QDate& from) {
-                                     return QString(u"DATACREA >= " + LiteralOf(source, from.toString(DayFormat)));
-                                 });
-    part.needs.reads.push_back({ArticoliTable, {"DATACREA"}});
-    return ProcedureOf(Button::Art, FrameOf(articles), {part});
+    return ProcedureOf(
+        Button::Art, FrameOf(articles),
+        {AskedSince(PartOf(articles), "Importare gli articoli creati dal (gg/mm/aaaa):", {"DATACREA"}, DayFormat)});
 }
 
 const QString ListHeads = QStringLiteral("TABLIS");

@@ -98,12 +98,8 @@ Articles Articoli() {
 /// Articles that are new or changed since the day that the operator enters.
 Procedure ArticoliDaData() {
     const Articles articles = Articoli();
-    ImportPart part =
-        AskedSince(PartOf(articles), "Data inizio importazione:", [](const ovConnection& source, const QDate& from) {
-            return QStringLiteral("(DATA_INS >= %1 OR DATA_MOD >= %1)").arg(LiteralOf(source, from));
-        });
-    part.needs.reads.push_back({ArticoliTable, {"DATA_INS", "DATA_MOD"}});
-    return ProcedureOf(Button::Art, FrameOf(articles), {part});
+    return ProcedureOf(Button::Art, FrameOf(articles),
+                       {AskedSince(PartOf(articles), "Data inizio importazione:", {"DATA_INS", "DATA_MOD"})});
 }
 
 PriceLists Listini() {
