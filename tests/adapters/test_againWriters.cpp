@@ -205,6 +205,30 @@ private slots:
         QVERIFY2(target.Left().first().contains("'DADO': 1 rimane"), qPrintable(target.Left().first()));
     }
 
+    /// The phase that a bill had while the source told none goes, whatever it consumes; one by hand stays untold.
+    void phasesThatTheSourceHasNoMoreAreTold() {
+        WritersTarget target;
+        BillWriter bills(target.Run);
+        bills.Begin("VITE", "V");
+        bills.Write(Component{"DADO", 2}, bills.Write(Phase{}));
+        bills.ClosePhases();
+        bills.Begin("VITE", "V");
+        bills.Write(Phase{.sequence = 20, .work = "TAGLIO"});
+        bills.Write(Phase{.sequence = 30, .work = "GEN", .unitTime = 1});
+        bills.ClosePhases();
+        target.Execute("INSERT INTO X01_DIS_FAS (IDDIS, DLSEQ, DLLAV, USINS) VALUES (1, 40, 'A MANO', 'ANNA')");
+        const QString rows = "SELECT F.DLSEQ, C.DCART FROM X01_DIS_FAS F LEFT JOIN X01_DIS_COM C ON C.IDDBL = "
+                             "F.RECORD_ID ORDER BY F.DLSEQ";
+        QCOMPARE(target.Rows(rows), QStringList({"20|DADO", "30|NULL", "40|NULL"}));
+        QVERIFY(target.Left().isEmpty());
+        bills.Begin("VITE", "V");
+        bills.Write(Phase{.sequence = 20, .work = "TAGLIO"});
+        bills.ClosePhases();
+        QCOMPARE(target.Left().size(), qsizetype{1});
+        QVERIFY2(target.Left().first().contains("'30 GEN': 1 rimane"), qPrintable(target.Left().first()));
+        QCOMPARE(target.Rows(rows).size(), qsizetype{3});
+    }
+
     /// A row that is given up with what belongs to it was not left out by a rule.
     void rowsLeftOutAreCountedByTheirRule() {
         WritersTarget target;

@@ -117,6 +117,7 @@ public:
 
 private:
     bool IsFurther(const SourceRow& row);
+    bool GivesWay(const SourceRow& row, const BillHead& head);
     Phases WritePhases(const SourceRow& bill);
     int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
     qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
@@ -127,6 +128,7 @@ private:
     QString m_singleCode;
     BillWriter m_writer;
     QHash<QString, QString> m_firsts; ///< key of the first bill of each article, in the source
+    QHash<std::pair<QString, qint64>, QString> m_revisionTexts; ///< of the source, by article and number
     bool m_found = false;
 };
 
@@ -149,13 +151,21 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
         head.revision = declared.revision.Number(session, row);
     }
     head.active = declared.active.Value(session, row);
-    head.note = declared.note.Text(session, row);
+    if (declared.note.IsSet()) {
+        head.note = declared.note.Text(session, row);
+    }
+    if (GivesWay(row, head)) {
+        return Run().Skip(QStringLiteral("revisione già importata"));
+    }
     const RowOutcome outcome =
         m_writer.Begin(head, [&](TargetRow& target) { m_kind->head.Apply(target, session, row, {article}); });
     const Phases phases = WritePhases(row);
     declared.components.rows.ForEach(session, row, [&](const SourceRow& one) { WriteComponent(one, phases); });
     if (declared.after) {
         declared.after(Run(), m_writer, row);
+    }
+    if (declared.phases) {
+        m_writer.ClosePhases();
     }
     m_writer.TellComponentsLeft();
     return outcome;
@@ -176,6 +186,45 @@ bool BillImporter::IsFurther(const SourceRow& row) {
     return m_firsts.value(article) != bill;
 }
 
+/// The revision of a bill as the source writes it.
+QString RevisionText(const SourceRow& row, const Field& revision) {
+    QStringList texts;
+    for (const QString& column : revision.Columns()) {
+        texts.append(row.Text(column));
+    }
+    return texts.join(u' ');
+}
+
+/// Whether another revision of the source has become the same number in Quadrix, and stays.
+bool BillImporter::GivesWay(const SourceRow& row, const BillHead& head) {
+    const Bills& declared = m_kind->declared;
+    if (!declared.revision.IsSet()) {
+        return false;
+    }
+    const QString own = RevisionText(row, declared.revision);
+    const std::pair key(head.article.toUpper(), head.revision.toLongLong());
+    const auto before = m_revisionTexts.constFind(key);
+    const std::optional<QString> other =
+        before == m_revisionTexts.cend() ? std::nullopt : std::optional<QString>(*before);
+    const bool isAnother = other && *other != own;
+    const bool givesWay = isAnother && !(declared.active.IsSet() && mod_ovTools::ToBoolean(head.active));
+    if (isAnother) {
+        Run().Log((givesWay ? QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', che rimane")
+                            : QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', e la sostituisce"))
+                      .arg(Run().RowKey(), own, QString::number(key.second), *other));
+    }
+    if (!givesWay && other != own) {
+        Run().WhenTakenBack([this, key, other] {
+            m_revisionTexts.remove(key);
+            if (other) {
+                m_revisionTexts.insert(key, *other);
+            }
+        });
+        m_revisionTexts.insert(key, own);
+    }
+    return givesWay;
+}
+
 bool BillImporter::End() {
     if (Run().IsSingle() && !m_found) {
         m_writer.TellMissing(m_singleCode);
@@ -186,16 +235,11 @@ bool BillImporter::End() {
 }
 
 int BillImporter::SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const {
-    const int own = static_cast<int>(phases.number.Number(GetSession(), row));
-    if (own > last) {
-        return own;
+    if (!phases.number.IsSet()) {
+        return last + schema::defaults::FirstPhase;
     }
-    const int next = last + schema::defaults::FirstPhase;
-    if (phases.number.IsSet()) {
-        Run().Log(QStringLiteral("FASE RINUMERATA: %1: sequenza '%2' scritta come %3")
-                      .arg(phases.rows.Name(row), phases.number.Text(GetSession(), row), QString::number(next)));
-    }
-    return next;
+    return NumberBehind(Run(), last, static_cast<int>(phases.number.Number(GetSession(), row)),
+                        schema::defaults::FirstPhase, [&] { return phases.rows.Name(row); });
 }
 
 Phases BillImporter::WritePhases(const SourceRow& bill) {

@@ -43,8 +43,10 @@ struct Bills {
     SourceTable source;
     Field article;        ///< its CDART: `rules::ArticleCode` makes it
     Field sourceKey = {}; ///< without it the code column of the source
-    Field revision = {};  ///< without it an article has one bill
-    Field active = {};    ///< whether the revision is the one in force
+    /// Without it an article has one bill. Of several that become the same number the one in force counts, else the
+    /// first; the log tells the other.
+    Field revision = {};
+    Field active = {}; ///< whether the revision is the one in force
     Field note = {};
     Lines lines = {}; ///< further columns of DIS_BAS
     BillComponents components;

@@ -51,6 +51,7 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     const QDate today = session.UserManager.DataElaborazione;
     m_quantities.clear();
     m_phases.clear();
+    m_firstPhase = 0;
     QString condition = Equals(session, "DBART", head.article);
     if (!head.revision.isNull()) {
         condition += QStringLiteral(" AND DBREV = ") +
@@ -60,8 +61,8 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     m_wasThere = m_bill != 0;
     TargetRow row(m_run, "DIS_BAS");
     row.Set("IDOLD", head.sourceKey);
-    if (!head.note.isEmpty()) {
-        row.Set("DBNOT", head.note);
+    if (head.note && (m_wasThere || !head.note->isEmpty())) {
+        row.Set("DBNOT", head.note->isEmpty() ? QVariant() : QVariant(*head.note));
     }
     if (!head.active.isNull()) {
         row.Set("DBMAN", head.active);
@@ -110,10 +111,12 @@ qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&
     SetMore(row, more);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-        return known;
+    } else {
+        row.Insert();
     }
-    row.Insert();
-    return m_run.LastId("DIS_FAS");
+    const qint64 id = known != 0 ? known : m_run.LastId("DIS_FAS");
+    m_firstPhase = m_firstPhase == 0 ? id : m_firstPhase;
+    return id;
 }
 
 /// With what the run wrote of it before.
@@ -194,6 +197,27 @@ void BillWriter::TellComponentsLeft() {
                       m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
 }
 
+void BillWriter::ClosePhases() {
+    if (!m_wasThere) {
+        return;
+    }
+    const qint64 generic = TellPhasesLeft(m_run, m_bill, m_phases);
+    if (generic != 0 && m_firstPhase != 0) {
+        DropGeneric(generic);
+    }
+}
+
+/// What consumes components in place of the generic phase is the first that the source tells.
+void BillWriter::DropGeneric(qint64 phase) {
+    const QString consumed = Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("IDDBL", phase);
+    if (IdWhere(m_run.GetSession(), "DIS_COM", consumed) != 0) {
+        TargetRow parts(m_run, "DIS_COM");
+        parts.Set("IDDBL", m_firstPhase);
+        parts.Update(QStringLiteral("WHERE ") + consumed);
+    }
+    m_run.DeleteRows("DIS_FAS", Equals("RECORD_ID", phase));
+}
+
 void BillWriter::LinkSubAssemblies() {
     ovConnection& quadrix = m_run.GetSession().Quadrix;
     const QString bills = m_run.FullName("DIS_BAS");
@@ -241,6 +265,41 @@ QString BillWriter::Completion(QString text) const {
     text.replace("%2", QString::number(Phases()));
     text.replace("%3", QString::number(Components()));
     return text;
+}
+
+qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told) {
+    Session& session = run.GetSession();
+    QStringList left;
+    qint64 generic = 0;
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, DLSEQ, DLLAV, DLTAP, DLTUP FROM " +
+                                               run.FullName("DIS_FAS") + u" WHERE " + Equals("IDDIS", bill) + u" AND " +
+                                               OfImports(session) + u" ORDER BY DLSEQ, RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const int sequence = row.Value("DLSEQ").toInt();
+        if (told.contains(sequence)) {
+            continue;
+        }
+        const bool isGeneric = sequence == FirstPhase && row.Text("DLLAV") == GenericWork &&
+                               NumberOf(row, "DLTAP") == 0 && NumberOf(row, "DLTUP") == 0;
+        if (isGeneric) {
+            generic = row.Value("RECORD_ID").toLongLong();
+        } else {
+            left.append(QStringLiteral("'%1 %2'").arg(row.Text("DLSEQ"), row.Text("DLLAV")));
+        }
+    }
+    TellNoLongerThere(run, QStringLiteral("FASI"),
+                      run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
+    return generic;
+}
+
+int NumberBehind(ImportRun& run, int last, int own, int step, const std::function<QString()>& name) {
+    if (own > last) {
+        return own;
+    }
+    const int next = last + step;
+    run.Log(QStringLiteral("FASE RINUMERATA: %1: sequenza '%2' scritta come %3")
+                .arg(name(), own == 0 ? QString() : QString::number(own), QString::number(next)));
+    return next;
 }
 
 void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,

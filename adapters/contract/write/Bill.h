@@ -28,9 +28,9 @@ struct Phase {
 struct BillHead {
     QString article;
     QString sourceKey;
-    QVariant revision = {}; ///< Null: an article has one bill
-    QVariant active = {};   ///< whether it is the revision in force; Null: it is
-    QString note = {};
+    QVariant revision = {};           ///< Null: an article has one bill
+    QVariant active = {};             ///< whether it is the revision in force; Null: it is
+    std::optional<QString> note = {}; ///< none: the source has none, and what Quadrix has stays
 };
 
 /// What the quantity of a component does that its bill has got in this run already.
@@ -78,6 +78,9 @@ public:
     /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
     /// no longer in the source, yet they stay. Called when the bill is complete.
     void TellComponentsLeft();
+    /// The same of the phases, for a source that tells phases; called when those of the bill are complete. The generic
+    /// phase that an import gave the bill while the source told none goes: what it consumed, the first phase does.
+    void ClosePhases();
     /// Links every component whose article has a bill to that bill, of several revisions to the one in force; the
     /// others have no link. A bill that contains itself, over any number of levels, is logged with its path: it cannot
     /// be unfolded.
@@ -94,6 +97,7 @@ public:
     qint64 Components() const { return m_run.WrittenRows("DIS_COM"); }
 
 private:
+    void DropGeneric(qint64 phase);
     void LogCycles();
     double QuantityOf(const Component& component);
 
@@ -102,8 +106,20 @@ private:
     bool m_wasThere = false;             ///< the bill begun last
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
+    qint64 m_firstPhase = 0;             ///< the one of them that was written first
     QHash<std::pair<QString, double>, QString> m_sheets;
 };
+
+/// The number that a phase or operation of a source gets. Numbers tell those of a bill or order apart: one that is not
+/// higher than those before gives way to the next free one, and is logged.
+/// @param last of those written before, 0 for none @param own of the source, 0 for none
+/// @param step between numbers that the source does not give @param name of its row in the log
+int NumberBehind(ImportRun& run, int last, int own, int step, const std::function<QString()>& name);
+
+/// Tells which phases earlier imports have left in a bill (RECORD_ID) that the source no longer tells: they stay.
+/// @param told sequences of those that it tells
+/// @return RECORD_ID of the generic phase among them, without times, which is not told; 0 for none
+qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told);
 
 /// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill
 /// that is not there is told; a run that is cancelled links nothing.

@@ -24,9 +24,8 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
     int last = 0;
     ForEachChild(run.GetSession(), OfProduct(run, Operations, product) + "\rORDER BY OOrder", Operations,
                  "PrdRef, OOrder", [&](const SourceRow& row) {
-                     // Operations count from one; numbers tell phases apart, so one that comes again gives way.
-                     const int own = static_cast<int>(NumberOf(row, "OOrder"));
-                     last = own > last ? own : last + 1;
+                     last = NumberBehind(run, last, static_cast<int>(NumberOf(row, "OOrder")), OperationStep,
+                                         [&row] { return NameOf(row, Operations, "PrdRef, OOrder"); });
                      const qint64 id = writer.Write(Phase{last, WorkOf(run, row), {}, 0, NumberOf(row, "StdTime")});
                      first = first == 0 ? id : first;
                  });
@@ -63,6 +62,7 @@ RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, con
     }
     const RowOutcome outcome = writer.Begin(article, product);
     qdxMakeDistintaFromCAM(run, writer, product);
+    writer.ClosePhases();
     writer.TellComponentsLeft();
     return outcome;
 }

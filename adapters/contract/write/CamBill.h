@@ -9,6 +9,8 @@ namespace cam {
 /// What the cost of a product is made of; the materials among it are the components of its bill.
 inline const QString Costs = QStringLiteral("MMNN_PPOO_00000300");
 inline const QString IsMaterial = QStringLiteral("CType = 100");
+/// Operations count from one.
+inline constexpr int OperationStep = 1;
 
 } // namespace cam
 

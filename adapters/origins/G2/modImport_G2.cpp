@@ -43,15 +43,6 @@ Rule Article() { return ArticleCode(Articolo, "CODART"); }
 /// What is made for sale, and what goes into it; other kinds are a matter of SYS_IMP.
 Rule ArticleClass() { return Or(Choice({{"P", "PF"}, {"S", "CM"}, {"M", "CM"}}, {}), Translated(Articolo, "TIPOART")); }
 
-/// A version that is no number is the first revision.
-Rule Revision() {
-    return {"il numero, 0 per un altro testo", [](const RuleInput& input) {
-                bool isNumber = false;
-                const int revision = input.Text().toInt(&isNumber);
-                return RuleValue(isNumber ? revision : schema::defaults::BillRevision);
-            }};
-}
-
 /// The supplier of a component (first source column) and its own note.
 Rule ComponentNote() {
     return {QStringLiteral("\"Fornitore: \", codice e nome della prima colonna (%1); su un'altra riga l'altra")
@@ -186,7 +177,8 @@ Articles Articoli() {
                 {"ARCLA", "TIPOART", ArticleClass()},
                 {"ARFAM", "CODGRU", Translated(Articolo, "CODGRU")},
                 {"ARCOS", "COSTOULT, COSTOSTD", FirstNotZero()},
-                {"ARPRZ", "PREZZO1", NotZero()},
+                {"ARPRZ", "PREZZO1", RoundedTo(6)},
+                {"ARRIC", "PREZZO1, COSTOULT, COSTOSTD", MarkUp()},
                 {"ARSCO", "SCONTO1", RoundedTo(2)},
                 {"ARPSN", "PESONET", RoundedTo(3)},
                 {"ARPSL", "PESOLOR", RoundedTo(3)},
@@ -208,7 +200,6 @@ Articles Articoli() {
                        .minimum = "QTAMINORD"}},
         .aliases = {{.code = "BARCODE"}},
         .location = "UBICAZ",
-        .more = SetMarkUp,
     };
 }
 
@@ -220,10 +211,10 @@ Bills Distinte() {
         .frame = {.module = Module, .procedure = "ImportDistinteG2"},
         .source = {.table = Distinta, .key = "CODART", .order = "CODART, VERSIONE", .naming = "CODART, VERSIONE"},
         .article = {"CODART", Article()},
-        .revision = {"VERSIONE", Revision()},
+        .revision = {"VERSIONE", RevisionNumber()},
         .active = {"ATTIVA", Flag()},
         .note = "NOTE",
-        .lines = {{"DTINS", "DATACREA", NotBlank(AsRead())}},
+        .lines = {{"DBACT", "ATTIVA", Flag()}, {"DTINS", "DATACREA", NotBlank(AsRead())}},
         .components =
             {.rows = {.table = Componenti, .on = {{"CODPAD", "CODART"}}, .order = "PROGR", .naming = "CODPAD, PROGR"},
              .article = {"CODFIG", Article()},

@@ -90,22 +90,12 @@ qint64 BillOf(ImportRun& run, const QString& article) {
     return found.Eof() ? 0 : found.Fields(0).Value().toLongLong();
 }
 
-/// RECORD_ID of the generic phase that the import of a bill has left in it, and that the file does not tell; 0 without
-/// one.
-qint64 GenericPhase(ImportRun& run, qint64 bill, const SourceRow& row) {
+/// RECORD_ID of the generic phase that the import of a bill has left in it; 0 without one.
+qint64 GenericPhase(ImportRun& run, qint64 bill) {
     Session& session = run.GetSession();
-    const qint64 phase =
-        IdWhere(session, Phases,
-                Equals("IDDIS", bill) + " AND " + Equals(session, "DLLAV", schema::defaults::GenericWork) + " AND " +
-                    Equals("DLSEQ", schema::defaults::FirstPhase) + " AND " + OfImports(session));
-    bool isTold = false;
-    if (phase != 0) {
-        RowsOfBill().ForEach(session, row, [&isTold](const SourceRow& one) {
-            const double sequence = mod_ovTools::ReadNumber(one.Text("SEQUENZA")).value_or(0);
-            isTold = isTold || sequence == schema::defaults::FirstPhase;
-        });
-    }
-    return isTold ? 0 : phase;
+    return IdWhere(session, Phases,
+                   Equals("IDDIS", bill) + " AND " + Equals(session, "DLLAV", schema::defaults::GenericWork) + " AND " +
+                       Equals("DLSEQ", schema::defaults::FirstPhase) + " AND " + OfImports(session));
 }
 
 /// What the components of a bill that are consumed by no phase of it, or by the one that goes, are consumed by.
@@ -120,8 +110,46 @@ void PointComponents(ImportRun& run, qint64 bill, qint64 phase, qint64 leaving) 
     }
 }
 
+class PhaseImporter final : public Importer {
+public:
+    explicit PhaseImporter(ImportRun& run)
+        : Importer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+
+private:
+    void Meet(const SourceRow& row, qint64 bill);
+
+    QString m_article;             ///< of the file, of the row before
+    QHash<QString, int> m_highest; ///< before each line whose number has come before: the highest until then
+    QSet<int> m_sequences;         ///< of the phases that the article has in the file
+};
+
+/// Reads the numbers of the phases of an article with the first of them, and tells which ones the file no longer has.
+void PhaseImporter::Meet(const SourceRow& row, qint64 bill) {
+    if (row.Text("ARTICOLO") == m_article) {
+        return;
+    }
+    Run().Restores(m_article); // what a row told that is done once more is told again
+    m_article = row.Text("ARTICOLO");
+    m_highest.clear();
+    m_sequences.clear();
+    int highest = 0;
+    RowsOfBill().ForEach(GetSession(), row, [&](const SourceRow& one) {
+        int sequence = static_cast<int>(mod_ovTools::ReadNumber(one.Text("SEQUENZA")).value_or(0));
+        if (sequence > 0 && m_sequences.contains(sequence)) {
+            m_highest.insert(one.Text(Line), highest);
+            sequence = highest + schema::defaults::FirstPhase;
+        }
+        m_sequences.insert(sequence);
+        highest = std::max(highest, sequence);
+    });
+    TellPhasesLeft(Run(), bill, m_sequences);
+}
+
 /// The first real phase of a bill takes the place of its generic one.
-RowOutcome ImportLavorazione(ImportRun& run, const SourceRow& row) {
+RowOutcome PhaseImporter::Row(const SourceRow& row) {
+    ImportRun& run = Run();
     Session& session = run.GetSession();
     const QString article = Field("ARTICOLO", Article()).Text(session, row);
     const qint64 bill = BillOf(run, article);
@@ -129,8 +157,11 @@ RowOutcome ImportLavorazione(ImportRun& run, const SourceRow& row) {
         run.Log(QStringLiteral("DISTINTA NON TROVATA: %1: '%2'").arg(run.RowKey(), article));
         return run.Skip("distinta non trovata");
     }
-    const qint64 own = IdWhere(session, Phases, Equals("IDDIS", bill) + " AND " + Equals("DLSEQ", SequenceOf(row)));
-    const qint64 generic = GenericPhase(run, bill, row);
+    Meet(row, bill);
+    const int sequence = NumberBehind(run, m_highest.value(row.Text(Line)), SequenceOf(row),
+                                      schema::defaults::FirstPhase, [&run] { return run.RowKey(); });
+    const qint64 own = IdWhere(session, Phases, Equals("IDDIS", bill) + " AND " + Equals("DLSEQ", sequence));
+    const qint64 generic = m_sequences.contains(schema::defaults::FirstPhase) ? 0 : GenericPhase(run, bill);
     const qint64 known = own != 0 ? own : generic;
     TargetRow phase(run, Phases);
     phase.Set("IDDIS", bill);
@@ -138,6 +169,7 @@ RowOutcome ImportLavorazione(ImportRun& run, const SourceRow& row) {
     phase.Set("DLTMP", schema::defaults::TimeInMinutes);
     phase.Set("DLNUP", schema::defaults::Operators);
     PhaseMapping().Apply(phase, session, row, {});
+    phase.Set("DLSEQ", sequence);
     if (known != 0) {
         phase.Update("WHERE " + Equals("RECORD_ID", known));
     } else {
@@ -180,7 +212,9 @@ Procedure ImportLavorazioniLaminaFromCSV() {
                                                       .naming = Line + ", ARTICOLO, SEQUENZA"},
                                            .needs = PhaseNeeds(),
                                            .empties = Deleted({Phases}),
-                                           .make = Importing(ImportLavorazione)})});
+                                           .make = [](ImportRun& run, const QString&) {
+                                               return std::make_unique<PhaseImporter>(run);
+                                           }})});
 }
 
 } // namespace modImport_Lamina

@@ -20,6 +20,7 @@ namespace {
 
 const QString ManufacturingOrders = QStringLiteral("MMNN_MMOO_00000100");
 const QString Operations = QStringLiteral("MMNN_MMOO_00000300");
+const QString OperationKey = QStringLiteral("MnORef, OOrder");
 
 // --- Production orders --------------------------------------------------------------------------------------------
 
@@ -41,7 +42,7 @@ struct OrderFacts {
 OrderFacts FactsOf(ImportRun& run, const SourceRow& order) {
     OrderFacts facts;
     bool first = true;
-    ForEachChild(run.GetSession(), OperationsOf(run, order), Operations, "MnORef, OOrder", [&](const SourceRow& row) {
+    ForEachChild(run.GetSession(), OperationsOf(run, order), Operations, OperationKey, [&](const SourceRow& row) {
         if (std::exchange(first, false)) {
             facts = {DayOf(row, "CDate"), DayOf(row, "RDate"), NumberOf(row, "Quantity"), true};
         }
@@ -75,7 +76,7 @@ public:
 private:
     qint64 BillOf(const QString& product);
     qint64 FindOrder(qint64 bill, const OrderFacts& facts);
-    void WriteOperation(const SourceRow& row, qint64 order);
+    void WriteOperation(const SourceRow& row, qint64 order, int sequence);
 
     ImportRun& m_run;
     BillWriter m_bills;
@@ -106,9 +107,8 @@ qint64 OrderImporter::FindOrder(qint64 bill, const OrderFacts& facts) {
         OfImports(session) + " AND RECORD_ID > " + QString::number(m_written.value(IdentityOf(bill, facts))));
 }
 
-void OrderImporter::WriteOperation(const SourceRow& row, qint64 order) {
+void OrderImporter::WriteOperation(const SourceRow& row, qint64 order, int sequence) {
     Session& session = m_run.GetSession();
-    const auto sequence = static_cast<qint64>(NumberOf(row, "OOrder"));
     const qint64 known = IdWhere(session, "ORD_FAS", Equals("IDOPR", order) + " AND " + Equals("FLSEQ", sequence));
     TargetRow target(m_run, "ORD_FAS");
     target.Set("IDOPR", order);
@@ -147,8 +147,12 @@ RowOutcome OrderImporter::Row(const SourceRow& row) {
         target.Insert();
         order = m_run.LastId("ORD_PRO");
     }
-    ForEachChild(session, OperationsOf(m_run, row), Operations, "MnORef, OOrder",
-                 [&](const SourceRow& operation) { WriteOperation(operation, order); });
+    int sequence = 0;
+    ForEachChild(session, OperationsOf(m_run, row), Operations, OperationKey, [&](const SourceRow& operation) {
+        sequence = NumberBehind(m_run, sequence, static_cast<int>(NumberOf(operation, "OOrder")), cam::OperationStep,
+                                [&operation] { return NameOf(operation, Operations, OperationKey); });
+        WriteOperation(operation, order, sequence);
+    });
     qint64& last = m_written[IdentityOf(bill, facts)];
     m_run.Restores(last);
     last = order;
@@ -168,7 +172,7 @@ ImportPart OrdiniProduzione() {
             .source = {.table = ManufacturingOrders,
                        .key = "MnORef",
                        .order = "MnORef",
-                       .where = "DIS_IsQuote = 0",
+                       .where = "(DIS_IsQuote = 0 OR DIS_IsQuote IS NULL)",
                        .naming = "MnORef, PrdRef"},
             .needs = CamBillNeeds() + own,
             .empties = DeletedImports("ORD_PRO") + DeletedOrphans({"ORD_FAS"}, "IDOPR", "ORD_PRO"),

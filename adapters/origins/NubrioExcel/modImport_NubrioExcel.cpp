@@ -150,6 +150,7 @@ void WriteTreatment(ImportRun& run, BillWriter& writer, const SourceRow& row) {
         const RuleValue code = work.apply({run.GetSession(), row, {"Trattamento"}, {}});
         writer.Write(Phase{.sequence = 2 * schema::defaults::FirstPhase, .work = code->toString()});
     }
+    writer.ClosePhases();
 }
 
 Bills Distinte() {

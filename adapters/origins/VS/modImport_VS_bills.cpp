@@ -22,6 +22,7 @@ namespace {
 const QString DistintaBase = QStringLiteral("DISTINTA_BASE");
 const QString RowKey = QStringLiteral("PADRE, POSIZIONE");
 const QString Cicli = QStringLiteral("CICLI");
+const QString PhaseKey = QStringLiteral("COD_ARTICOLO, NUM_FASE");
 
 // --- Reading ------------------------------------------------------------------------------------------------------
 
@@ -81,11 +82,12 @@ std::vector<Bill> BillsOf(ImportRun& run, const QString& parent) {
 // --- Bills --------------------------------------------------------------------------------------------------------
 
 /// A phase of the source. A work that Quadrix lacks is the generic one, its code stands in the notes.
-Phase PhaseOf(Session& session, const SourceRow& row, int last) {
+Phase PhaseOf(ImportRun& run, const SourceRow& row, int last) {
     const QString code = row.Text("COD_LAVORAZIONE");
-    const QString work = TranslatedCode(session, Cicli, "COD_LAVORAZIONE", code, "LAV_ORA");
-    const int number = static_cast<int>(NumberOf(row, "NUM_FASE"));
-    Phase phase{number > 0 ? number : last + schema::defaults::FirstPhase, work};
+    const QString work = TranslatedCode(run.GetSession(), Cicli, "COD_LAVORAZIONE", code, "LAV_ORA");
+    const int number = NumberBehind(run, last, static_cast<int>(NumberOf(row, "NUM_FASE")),
+                                    schema::defaults::FirstPhase, [&row] { return NameOf(row, Cicli, PhaseKey); });
+    Phase phase{number, work};
     if (work.isEmpty() && !code.isEmpty()) {
         phase.note = "Lavorazione: " + code;
     }
@@ -100,8 +102,8 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
     int last = 0;
     ForEachChild(run.GetSession(),
                  "SELECT * FROM CICLI WHERE COD_ARTICOLO = " + run.Quoted(parent) + " ORDER BY NUM_FASE", Cicli,
-                 "COD_ARTICOLO, NUM_FASE", [&](const SourceRow& row) {
-                     const Phase phase = PhaseOf(run.GetSession(), row, last);
+                 PhaseKey, [&](const SourceRow& row) {
+                     const Phase phase = PhaseOf(run, row, last);
                      last = phase.sequence;
                      const qint64 id = writer.Write(phase);
                      first = first == 0 ? id : first;
@@ -125,6 +127,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
         for (const Component& component : bill.components) {
             writer.Write(component, phase);
         }
+        writer.ClosePhases();
         writer.TellComponentsLeft();
     }
     return outcome;
@@ -189,8 +192,7 @@ std::vector<Gone> GoneFrom(ImportRun& run, const BillWriter& writer, const Bill&
 }
 
 void Remove(ImportRun& run, const Gone& component) {
-    run.GetSession().Quadrix.Execute("DELETE FROM " + run.FullName("DIS_COM") + " WHERE " +
-                                     Equals("RECORD_ID", component.id));
+    run.DeleteRows("DIS_COM", Equals("RECORD_ID", component.id));
     run.Log(
         QStringLiteral("COMPONENTE ELIMINATO: %1: '%2' non è più nell'origine").arg(run.RowKey(), component.article));
 }
