@@ -1,7 +1,10 @@
 #include "adapters/contract/kinds/Counterparties.h"
 
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/write/Carrier.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -115,8 +118,8 @@ private:
 
 contract::Needs CounterpartiesKind::Needs() const {
     const QString& table = declared.source.table;
-    std::vector<Field> fields{declared.name,   declared.vatNumber, declared.taxCode,
-                              declared.number, declared.sameAs,    declared.created};
+    std::vector<Field> fields{declared.name,   declared.vatNumber, declared.taxCode, declared.number,
+                              declared.sameAs, declared.created,   declared.told};
     for (const QString& column : declared.roles.columns) {
         fields.emplace_back(column);
     }
@@ -173,7 +176,9 @@ public:
 private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
     Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
+    Placement PlaceByTold(const SourceIdentity& identity, const QString& told) const;
     RowOutcome Refresh(const SourceRow& row, const Roles& roles);
+    void ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping, const Roles& roles) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                      const Roles& roles) const;
     void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
@@ -223,8 +228,13 @@ RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& role
         return Run().Skip(QStringLiteral("controparte non importata"));
     }
     TargetRow target(Run(), Parties);
+    // A supplier who is a customer too has everything but the columns of a supplier from the customer's row.
+    const bool isFurther =
+        roles.supplier && !roles.customer && !LookUp(GetSession(), Parties, "CDCON", code, "COCGE").isEmpty();
     for (const CounterpartyMapping& mapping : m_kind->mappings) {
-        mapping.Whole().Apply(target, GetSession(), row, {code, roles});
+        const Mapping& lines = isFurther ? mapping.Role(false) : mapping.Whole();
+        lines.Apply(target, GetSession(), row, {code, roles});
+        ClearBlanks(target, row, lines, roles);
     }
     if (m_kind->declared.more) {
         m_kind->declared.more(Run(), row, target);
@@ -239,6 +249,39 @@ RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& role
         m_kind->declared.after(Run(), writer, row, owner);
     }
     return RowOutcome::Updated;
+}
+
+/// Columns that a blank of the source does not clear: a counterparty is made with them, whatever the source has.
+bool IsOfCreation(const QString& column) {
+    static const QStringList columns{"CDCON", "COINV", "COCON", "COCLI", "COFOR", "COVET", "COCGE",
+                                     "COFGE", "CONAZ", "COLNG", "COVAL", "COTPF", "DTINS", "USINS"};
+    return columns.contains(column);
+}
+
+bool IsOfRoles(Side side, const Roles& roles) {
+    return side == Side::Both || (side == Side::Customer ? roles.customer : roles.supplier);
+}
+
+/// What lines leave out because the source has nothing, or zero, is cleared: Null, or the zero of a number. A code
+/// that has no translation leaves what there is.
+void CounterpartyImporter::ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping,
+                                       const Roles& roles) const {
+    const auto clear = [&](const MapLine& line) {
+        if (line.sources.isEmpty() || !IsOfRoles(line.rule.side, roles) || IsOfCreation(line.target) ||
+            !target.Value(line.target).isNull()) {
+            return;
+        }
+        if (std::all_of(line.sources.begin(), line.sources.end(),
+                        [&row](const QString& one) { return row.IsBlank(one); })) {
+            target.Set(line.target, QVariant());
+        } else if (const auto number = mod_ovTools::ReadNumber(row.Value(line.sources.first()));
+                   number == 0.0 && schema::FindTable(Parties)->FindColumn(line.target)->type == DataType::Double) {
+            target.Set(line.target, 0);
+        }
+    };
+    std::for_each(mapping.lines.begin(), mapping.lines.end(), clear);
+    const std::vector<MapLine>& added = AddedLines(GetSession(), mapping);
+    std::for_each(added.begin(), added.end(), clear);
 }
 
 SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Roles& roles) const {
@@ -258,10 +301,20 @@ SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Role
 Placement CounterpartyImporter::PlaceOf(const SourceRow& row, const SourceIdentity& identity) const {
     const QString same = m_kind->declared.sameAs.Text(GetSession(), row, {{}, identity.roles});
     if (same.isEmpty()) {
-        return m_parties.Place(identity);
+        return PlaceByTold(identity, m_kind->declared.told.Text(GetSession(), row));
     }
     m_parties.TellMerge(identity, same);
     return {same, true};
+}
+
+/// As the register places it, with a code that SYS_IMP tells of another column.
+Placement CounterpartyImporter::PlaceByTold(const SourceIdentity& identity, const QString& told) const {
+    if (told.isEmpty() || !m_parties.ImportedBefore(identity).isEmpty()) {
+        return m_parties.Place(identity);
+    }
+    const QString same = m_parties.FindSame(identity);
+    return same.isEmpty() ? CounterpartyRegister(Run(), TakenCode::Update).Settle(identity, told)
+                          : Placement{same, true};
 }
 
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,

@@ -41,7 +41,9 @@ struct Counterparties {
     /// What tells it apart is the code column of the source; SYS_IMP knows it by this name when it is another one.
     QString codeName = {};
     QString codeTable = {}; ///< the same of the table
-    Field number = {};      ///< a customer's number, where the code is more than that
+    /// CDCON that SYS_IMP tells of another code of the source, before that one: it does not record what is missing.
+    Field told = {};
+    Field number = {}; ///< a customer's number, where the code is more than that
     /// CDCON of the counterparty that the source itself says it is, whatever their numbers; blank: it is looked for.
     Field sameAs = {};
     /// Of CON_TRO, over the usual ones: code, day of the import, marks and codes of the roles, Italy, euro and the

@@ -71,6 +71,17 @@ Field SameSubject() {
                                    "COD_CLIENTE", LookedUp("CON_TRO", "COCGE", "CDCON"))};
 }
 
+/// An exemption, as `ExemptVat` finds it; Null for a code that is known and is none.
+Rule Exemption(const QString& table, const QString& column) {
+    const Rule exempt = ExemptVat(table, column);
+    return {exempt.text,
+            [known = TranslatedOrKnown(table, column, "TAB_IVA").apply,
+             apply = exempt.apply](const RuleInput& input) -> RuleValue {
+                const RuleValue code = apply(input);
+                return code || !known(input) ? code : RuleValue(QVariant());
+            }};
+}
+
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
 Branches Indirizzi() {
@@ -115,7 +126,7 @@ Lines PartyLines(const QString& table, PartyWriting writing) {
         {"COPRO", "PROV", Text()},
         {"COPEC", "PEC", NotBlank(Text())},
         ByRole("COMOP", "COMOA", "COD_PAGAM", Translated(table, "COD_PAGAM")),
-        {"COESE", "COD_IVA", ExemptVat(table, "COD_IVA")},
+        {"COESE", "COD_IVA", Exemption(table, "COD_IVA")},
         {"COAGE", "COD_AGENTE", TranslatedOrKnown(table, "COD_AGENTE", "AGE_NTI")},
         ByRole("COLSC", "COLSF", "COD_LISTINO", Translated(table, "COD_LISTINO")),
         {"COVAL", "COD_VALUTA", Currency(table, "COD_VALUTA")},

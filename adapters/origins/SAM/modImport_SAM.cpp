@@ -2,7 +2,8 @@
 // both, with their addresses and contacts, articles, the chart of accounts. Of the layout the table of persons
 // (Persone) is known; every other name is this system's own in its style, all releases alike, and is fitted to an
 // installation by the layout file "Tracciati/SAM.ini". Whoever is both is one counterparty, found by IdPersona. SYS_IMP
-// knows the codes of a person by the table Persone. Known gaps: bills, price lists, documents.
+// knows a person by the table Persone and its code, else by the table and the code of the role. Known gaps: bills,
+// price lists, documents.
 
 #include "adapters/askedTexts.h"
 #include "adapters/contract/kinds/Articles.h"
@@ -12,6 +13,7 @@
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/sourceSettings.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -105,6 +107,13 @@ Rule SamePerson(const RoleTable& role, const RoleTable& other) {
             Side::Both, rows.OwnNeeds(role.table).reads};
 }
 
+/// CDCON that SYS_IMP tells for the code of a person, whatever the role's own.
+Rule CodeOfPerson() {
+    return {QStringLiteral("tradotto con SYS_IMP (%1, Codice)").arg(Persone), [](const RuleInput& input) {
+                return RuleValue(modImport::GetNewCode(input.session, Persone, "Codice", input.Text(), false));
+            }};
+}
+
 Branches Sedi() {
     return {
         .rows = {.table = "PersoneIndirizzi", .on = {{"IdPersona"}}, .order = "Progressivo"},
@@ -184,6 +193,7 @@ Counterparties PartiesOf(const RoleTable& role, const RoleTable& other) {
         .name = "RagioneSociale, RagioneSociale2",
         .vatNumber = "PartitaIva",
         .taxCode = "CodiceFiscale",
+        .told = {"Codice", CodeOfPerson()},
         .sameAs = {"IdPersona", SamePerson(role, other)},
         .lines = {LineGroup(PartyLines(Persone, ColumnsOf(role)).Over({})), {"CONRC", "NumeroCivico", Text()}},
         .numbers = {.office = "Telefono1",
