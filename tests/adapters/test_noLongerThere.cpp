@@ -28,6 +28,8 @@ private slots:
         Row("component", "modImport_Tessera", "ImportDistinteTessera",
             "DELETE FROM DisBasR WHERE IdDisBas = 2 AND CodArt = 'AB-03'",
             "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
+        Row("phase", "modImport_OSL", "ImportDistinteOSL", "DELETE FROM CICLI WHERE FASE = 20",
+            "FASI: tabella 'DISTINTA', PADRE 'te-100', '20 GEN': 1 rimane in Quadrix");
         Row("balance", "modImport_VS", "ImportSaldiVSP",
             "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
@@ -62,6 +64,43 @@ private slots:
                     QStringList());
             }
         }
+    }
+
+    void WhatTheSourceHasClearedIsCleared_data() {
+        Columns<QString, QString, QString, QString, QString>("module", "procedure", "change", "columns", "written");
+        const QString party =
+            "COMOP, COSC1, COSC2, COSF1, COCOC, COIBA, COFID, CONOT, SUBSTR(COINV, 1, 8) FROM X01_CON_TRO WHERE "
+            "CDCON = '000123'";
+        Row("nothing", "modImport_BMS", "AggiornaContropartiBMS", "UPDATE ANCLIENT SET COD_ZONA = 'Z2'", party,
+            "RB30|10.5|2|4|000000123456|IT72X0306905696000000123456|25000|Chiamare 'prima'|20200515");
+        // The row of the supplier, which comes behind, has blanks in the other columns.
+        Row("blanks and a zero", "modImport_BMS", "AggiornaContropartiBMS",
+            "UPDATE ANCLIENT SET COD_PAGAM = NULL, SCONTO1 = NULL, SCONTO2 = 0, NUM_CC = NULL, FIDO = 0, NOTE = ' ', "
+            "DT_INS = NULL WHERE COD_CLIENTE = 'C123'",
+            party, "NULL|NULL|0|4|NULL|NULL|0||20200515");
+        const QString exemption = "COESE FROM X01_CON_TRO WHERE COCGE = 'C124'";
+        Row("no exemption any more", "modImport_BMS", "AggiornaContropartiBMS",
+            "UPDATE ANCLIENT SET COD_IVA = '22' WHERE COD_CLIENTE = 'C124'", exemption, "NULL");
+        Row("a code without translation yet", "modImport_BMS", "AggiornaContropartiBMS",
+            "UPDATE ANCLIENT SET COD_IVA = 'ZZ' WHERE COD_CLIENTE = 'C124'", exemption, "N8");
+        Row("state and account", "modImport_ArcaEvolution", "ImportArticoliArcaEvolution",
+            "UPDATE AR SET Cd_ARStato = NULL, Cd_CGConto_VI = NULL",
+            "COUNT(*) FROM X01_ART_ICO WHERE AROBS <> '' OR ARCAC <> ''", "0");
+        Row("price", "modImport_G2", "ImportArticoliG2",
+            "UPDATE ANAART SET PREZZO1 = '0', COSTOULT = '999' WHERE CODART LIKE 'as-100%'",
+            "ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "0|999|0");
+    }
+    /// What is imported anew agrees with the source, not half with what it was.
+    void WhatTheSourceHasClearedIsCleared() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, procedure);
+        QFETCH(const QString, change);
+        QFETCH(const QString, columns);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        fixture.ChangeSource(change);
+        fixture.RunLine(procedure);
+        QTEST(fixture.Target().Rows("SELECT " + columns).join('\n'), "written");
     }
 };
 

@@ -7,12 +7,12 @@
 
 #include "adapters/origins/Arca2000/modImport_Arca2000.h"
 
+#include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
-#include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/Counterparty.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/PriceList.h"
@@ -158,23 +158,27 @@ Rule ParentAccount() {
             }};
 }
 
-const Mapping& PianoConti() {
-    static const Mapping mapping{
-        "PIA_CON",
-        Pianocon,
-        {
-            {"CDCNT", "codice", Text()},
-            {"PCDES", "descrizion", Text()},
-            {"PCMAS", "mastro, codice", ParentAccount()},
-            {"PCTIP", "tipo", AccountNature()},
-            {"PCNAT", "tipo", AccountNature()},
-            {"PCBIL", "sezione", Text()},
-            {"PCLEV", "livello", RoundedTo(0)},
-            {"PCDET", "livello", Is("3")},
-            {"PCRAG", "raggr", Text()},
-        },
+Accounts PianoConti() {
+    return {
+        .frame = {.module = Module, .procedure = "ImportPianoContiArca2000"},
+        .accounts =
+            {
+                .source = {.table = Pianocon, .key = "codice", .order = "codice"},
+                .target = "PIA_CON",
+                .code = "codice",
+                .lines =
+                    {
+                        {"PCDES", "descrizion", Text()},
+                        {"PCMAS", "mastro, codice", ParentAccount()},
+                        {"PCTIP", "tipo", AccountNature()},
+                        {"PCNAT", "tipo", AccountNature()},
+                        {"PCBIL", "sezione", Text()},
+                        {"PCLEV", "livello", RoundedTo(0)},
+                        {"PCDET", "livello", Is("3")},
+                        {"PCRAG", "raggr", Text()},
+                    },
+            },
     };
-    return mapping;
 }
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
@@ -323,27 +327,6 @@ void ImportContropartiArca2000(Session& session, const QString& singleCode, bool
     });
 }
 
-// --- Chart of accounts --------------------------------------------------------------------------------------------
-
-const Needs& PianoContiNeeds() {
-    static const Needs needs{{&PianoConti()}, {}, {}};
-    return needs;
-}
-
-void ImportPianoContiArca2000(Session& session, const QString& singleCode, bool reset) {
-    ImportRun run(session, Module, "ImportPianoContiArca2000", singleCode);
-    run.Guard([&] {
-        run.Announce("Inizio importazione Piano dei Conti");
-        run.Preflight(PianoContiNeeds());
-        run.Truncate(reset, {"PIA_CON"});
-        const QString where = singleCode.isEmpty() ? QString() : QString("\rWHERE codice = " + run.Quoted(singleCode));
-        run.Rows({"Piano dei Conti", Pianocon, "codice", "SELECT COUNT(*) FROM pianocon" + where,
-                  "SELECT * FROM pianocon" + where + "\rORDER BY codice"},
-                 [&](const SourceRow& row) { return WriteByCode(run, PianoConti(), row, {row.Text("codice")}); });
-        run.Complete("Piano dei Conti importato correttamente!");
-    });
-}
-
 // --- Source and entry ---------------------------------------------------------------------------------------------
 
 bool PrepareSource(Session& session, ovConnection& source) {
@@ -369,8 +352,7 @@ const Origin& Entry() {
              CounterpartyEmptying(),
              {{"Vuoi riportare gli indirizzi mail della controparte nei riferimenti?"}}},
             {Button::Art, "ImportArticoliArca2000", ImportArticoliArca2000, ArticoliNeeds(), ArticleEmptying()},
-            {Button::Piano, "ImportPianoContiArca2000", ImportPianoContiArca2000, PianoContiNeeds(),
-             Truncated({"PIA_CON"})},
+            ProcedureOf(Button::Piano, PianoConti()),
             {Button::Disegni, "ImportListiniArca2000", ImportListiniArca2000, ListiniNeeds(), PriceListEmptying()},
         },
     };

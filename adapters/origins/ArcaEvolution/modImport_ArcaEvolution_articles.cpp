@@ -170,6 +170,7 @@ ChildTable OfArticle(const QString& table, const QString& order, const QString& 
 /// @param files those of the run
 Articles Articoli(const std::shared_ptr<const Files>& files) {
     const QString ofSupplier = QStringLiteral("Cd_CF LIKE 'F%'");
+    const QString ofOther = QStringLiteral("(Cd_CF IS NULL OR NOT %1)").arg(ofSupplier);
     return {
         .frame = {.module = Module, .procedure = "ImportArticoliArcaEvolution"},
         .source = {.table = Ar, .key = "Cd_AR", .order = "Cd_AR"},
@@ -181,13 +182,13 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                   {"ARANN", "Obsoleto", Flag()},
                   {"ARDE2", "DescrizioneBreve", First(100)},
                   {"ARNOT", "Note_AR", Text()},
-                  {"AROBS", "Cd_ARStato", NotBlank(Text())},
+                  {"AROBS", "Cd_ARStato", Text()},
                   {"ARCLA", "DBFantasma, DBKit", HeadsBill()},
                   {"ARTIP", "Cd_ARClasse1", Translated(Ar, "Cd_ARClasse1")},
                   {"ARFAM", "Cd_ARGruppo1", Translated(Ar, "Cd_ARGruppo1")},
                   {"ARUMS", "Cd_ARMisura", TranslatedOrUpper(Ar, "Cd_ARMisura", schema::defaults::Unit)},
                   {"ARIVA", "Cd_Aliquota_V", VatCode(Ar, "Cd_Aliquota_V")},
-                  {"ARCAC", "Cd_CGConto_VI", NotBlank(Text())},
+                  {"ARCAC", "Cd_CGConto_VI", Text()},
                   {"ARMAG", "Fittizio", Not(Flag())},
                   {"ARSMN", "ScortaMinima", RoundedTo(6)},
                   {"ARSMX", "ScortaMassima", RoundedTo(6)},
@@ -211,7 +212,7 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                        .supplier = {"Cd_CF", KnownSupplier()},
                        .ownCode = "CodiceAlternativo",
                        .price = {"Cd_AR", Via(Ar, "Cd_AR", "CostoStandard", Text())}}},
-        .aliases = {{.rows = OfArticle(CodiciCf, "Cd_CF", "Cd_CF", "NOT " + ofSupplier),
+        .aliases = {{.rows = OfArticle(CodiciCf, "Cd_CF", "Cd_CF", ofOther),
                      .code = "CodiceAlternativo",
                      .counterparty = {"Cd_CF", KnownCustomer()}},
                     {.rows = OfArticle(AliasTable, "Riga", "Riga"), .code = "Alias"}},

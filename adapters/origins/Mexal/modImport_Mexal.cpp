@@ -66,23 +66,34 @@ Rule NamePart(int from, int count) {
             }};
 }
 
-/// The group of an account: "ccc" of "ccc.nnnnn"; a ledger has none.
+/// The group of an account: "ccc" of "ccc.nnnnn", which some installations write without the point; a ledger has none.
+std::optional<QString> GroupOf(const QString& code) {
+    constexpr qsizetype group = 3;
+    constexpr qsizetype account = 8;
+    if (const qsizetype point = code.indexOf(u'.'); point >= 0) {
+        return code.left(point);
+    }
+    const bool isAccount =
+        code.size() == account && std::all_of(code.begin(), code.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return isAccount ? std::optional(code.left(group)) : std::nullopt;
+}
+
 Rule Ledger() {
-    return {"ciò che sta davanti al punto; niente se manca", [](const RuleInput& input) -> RuleValue {
-                const QString code = input.Text();
-                const qsizetype point = code.indexOf(u'.');
-                return point < 0 ? RuleValue() : RuleValue(code.left(point));
+    return {"ciò che sta davanti al punto, le prime 3 di 8 cifre senza punto; niente se manca",
+            [](const RuleInput& input) -> RuleValue {
+                const auto group = GroupOf(input.Text());
+                return group ? RuleValue(*group) : RuleValue();
             }};
 }
 
 Rule Level() {
-    return {"1 per un mastro \"ccc\", 2 per un conto \"ccc.nnnnn\"",
-            [](const RuleInput& input) { return RuleValue(input.Text().contains(u'.') ? 2 : 1); }};
+    return {"1 per un mastro \"ccc\", 2 per un conto \"ccc.nnnnn\" o di 8 cifre",
+            [](const RuleInput& input) { return RuleValue(GroupOf(input.Text()) ? 2 : 1); }};
 }
 
 Rule IsAccount() {
-    return {"vero per un conto \"ccc.nnnnn\"",
-            [](const RuleInput& input) { return RuleValue(input.Text().contains(u'.')); }};
+    return {"vero per un conto \"ccc.nnnnn\" o di 8 cifre",
+            [](const RuleInput& input) { return RuleValue(GroupOf(input.Text()).has_value()); }};
 }
 
 // --- Counterparties -----------------------------------------------------------------------------------------------

@@ -61,13 +61,13 @@ Documents Documenti() {
         .source = {.table = "DOC_TES",
                    .key = "[_MMNUM]",
                    .order = "[_MMSIG], [_MMSER], [_MMNUM], [_MMCLI], [_MMDAT], [_MMRIG]",
-                   .where = "T.[_MMSIG] NOT IN ('MF', 'MA')", // stock movements, which are no documents
+                   .where = "(T.[_MMSIG] IS NULL OR T.[_MMSIG] NOT IN ('MF', 'MA'))", // MF, MA: stock movements
                    .naming = "_MMSIG, _MMSER, _MMNUM, _MMRIG",
                    .group = {"_MMSIG", "_MMSER", "_MMNUM", "_MMCLI", "_MMDAT"}},
         .rows = {.table = "DOC_RIG",
                  .on = {{"[_MMSIG]"}, {"[_MMSER]"}, {"[_MMNUM]"}, {"[_MMCLI]"}, {"[_MMDAT]"}},
                  .order = "[_MMRIG]",
-                 .where = "J1.[_MMSIG] NOT IN ('MF', 'MA')"},
+                 .where = "(J1.[_MMSIG] IS NULL OR J1.[_MMSIG] NOT IN ('MF', 'MA'))"},
         .kinds = Kinds(),
         .kind = "_MMSIG",
         .head =

@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/numberedLists.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
@@ -273,7 +274,7 @@ Procedure TabelleBase() {
         .series = InstalmentSeries{.count = "NRATE",
                                    .firstDays = "GGPRIMA",
                                    .everyDays = "GGRATA",
-                                   .start = {"FINEMESE", Choice({{"S", "FM"}, {"1", "FM"}, {"-1", "FM"}}, "DF")}},
+                                   .start = {"FINEMESE", FlagAs("FM", "DF")}},
     };
     const BaseTable vat =
         Codes("TABIVA", "CODIVA", "TAB_IVA", "IVDES", "Codici IVA",

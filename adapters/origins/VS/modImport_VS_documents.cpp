@@ -52,7 +52,7 @@ Documents OrdersOf(const Orders& orders) {
         .source = {.table = orders.heads,
                    .key = "NUM_ORDINE",
                    .order = "ANNO, NUM_ORDINE, NUM_RIGA",
-                   .where = "T.SALDATO = 0",
+                   .where = "(T.SALDATO = 0 OR T.SALDATO IS NULL)",
                    .naming = "ANNO, NUM_ORDINE, NUM_RIGA",
                    .group = {"ANNO", "NUM_ORDINE"}},
         .rows = {.table = orders.rows, .on = {{"ANNO"}, {"NUM_ORDINE"}}, .order = "NUM_RIGA"},
