@@ -131,6 +131,29 @@ private slots:
         QCOMPARE(import.Rows("SELECT CDART FROM X01_ART_ICO"), QStringList{"B"});
     }
 
+    /// A mark-up goes with the price that it was of; of a long description the log tells what is cut.
+    void articlesWithLess() {
+        Trial import("CREATE TABLE ART (COD VARCHAR(4), NOTA TEXT, PREZZO REAL, COSTO REAL)");
+        import.Get().Source->Execute("INSERT INTO ART VALUES ('A', '" + QString(300, 'x') + "', 10, 8)");
+        const Articles articles{.frame = FrameNamed("ImportArticoli"),
+                                .source = {.table = "ART", .key = "COD"},
+                                .code = "COD",
+                                .description = "COD",
+                                .lines = {{"ARDEC", "NOTA", First(255)},
+                                          {"ARCOS", "COSTO", RoundedTo(6)},
+                                          {"ARPRZ", "PREZZO", RoundedTo(6)}},
+                                .more = SetMarkUp};
+        const QString rows = "SELECT ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO";
+        import.Run(ProcedureOf(std::nullopt, articles), rows);
+        QCOMPARE(import.Rows(rows), QStringList{"10|8|25"});
+        QVERIFY2(import.Log().contains("TESTO RIDOTTO: tabella 'ART', COD 'A', colonna 'NOTA': scritti 255 caratteri "
+                                       "di 300"),
+                 import.Log());
+        import.Get().Source->Execute("UPDATE ART SET PREZZO = NULL, COSTO = 9");
+        import.Run(ProcedureOf(std::nullopt, articles), rows);
+        QCOMPARE(import.Rows(rows), QStringList{"NULL|9|NULL"});
+    }
+
     /// What reads rows of a table that some releases lack runs without it.
     void branchesOfAReleaseThatHasNone() {
         Trial import("CREATE TABLE CLI (COD VARCHAR(4), NOME VARCHAR(9)); INSERT INTO CLI VALUES ('A', 'Rossi')");

@@ -122,6 +122,7 @@ public:
 
 private:
     void SetUnits(const SourceRow& row, TargetRow& target) const;
+    void TellCut(const SourceRow& row, const TargetRow& target) const;
     void LinkSuppliers(const SourceRow& row, const QString& article) const;
     bool LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article, bool isFirst) const;
     void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const;
@@ -155,6 +156,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
         if (declared.more) {
             declared.more(Run(), row, target);
         }
+        TellCut(row, target);
     });
     m_writer.Texts(facts.code, declared.description.Text(GetSession(), row));
     LinkSuppliers(row, facts.code);
@@ -165,6 +167,30 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     Run().Restores(m_last);
     m_last = facts.code;
     return outcome;
+}
+
+/// A long description is a text of any length in the source: what its column does not hold, and no note gets, is told.
+void ArticleImporter::TellCut(const SourceRow& row, const TargetRow& target) const {
+    const QString column = QStringLiteral("ARDEC");
+    const schema::Table& articles = *schema::FindTable("ART_ICO");
+    for (const Mapping& mapping : m_kind->mappings) {
+        for (const MapLine& line : mapping.lines) {
+            if (line.target != column || line.sources.size() != 1) {
+                continue;
+            }
+            const QString& source = line.sources.first();
+            const auto isNote = [&](const MapLine& one) {
+                return one.sources.contains(source) && articles.FindColumn(one.target)->size == 0;
+            };
+            const qsizetype written = target.Value(column).toString().size();
+            const qsizetype all = row.Text(source).size();
+            if (written < all && written == articles.FindColumn(column)->size &&
+                std::none_of(mapping.lines.begin(), mapping.lines.end(), isNote)) {
+                Run().Log(QStringLiteral("TESTO RIDOTTO: %1, colonna '%2': scritti %3 caratteri di %4")
+                              .arg(Run().RowKey(), source, QString::number(written), QString::number(all)));
+            }
+        }
+    }
 }
 
 void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
@@ -265,7 +291,8 @@ const Frame UsualArticles{.module = {},
 
 void SetMarkUp(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& article) {
     if (const QVariant price = article.Value("ARPRZ"); price.isValid()) {
-        article.Set("ARRIC", MarkUpOf(price.toDouble(), article.Value("ARCOS").toDouble()));
+        article.Set("ARRIC", price.isNull() ? QVariant()
+                                            : QVariant(MarkUpOf(price.toDouble(), article.Value("ARCOS").toDouble())));
     }
 }
 

@@ -80,7 +80,7 @@ struct Articles {
 };
 
 /// A hook for `more`: sets ARRIC, the mark-up in percent of the price over the cost that the article has been given; 0
-/// for a price or a cost of 0, nothing without a price.
+/// for a price or a cost of 0, Null for a blank price, nothing where the source tells none.
 void SetMarkUp(ImportRun& run, const SourceRow& row, TargetRow& article);
 
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.

@@ -177,7 +177,11 @@ const QueryField* TargetRow::FieldOf(const schema::Column& column) const {
 QVariant TargetRow::Value(QAnyStringView column) const {
     const schema::Column* found = m_table->FindColumn(column);
     const QueryField* field = found == nullptr ? nullptr : FieldOf(*found);
-    return field == nullptr ? QVariant() : field->Value;
+    if (field == nullptr) {
+        return {};
+    }
+    // Null is a value: only a column that was not set has none.
+    return field->Value.isValid() ? field->Value : QVariant(QMetaType::fromType<QString>());
 }
 
 void TargetRow::Insert() {

@@ -7,6 +7,7 @@
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -101,8 +102,44 @@ QString FileOf(Session& session, const SourceRow& row) {
     return PathIn(folder, path);
 }
 
-/// The drawing of the last revision, which comes last, is the one that the article names.
-RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
+/// Whether a revision comes before another one: of two numbers the lower, else by their letters.
+bool IsOlder(const QString& revision, const QString& other) {
+    const auto number = mod_ovTools::ReadNumber(revision);
+    const auto otherNumber = mod_ovTools::ReadNumber(other);
+    return number && otherNumber ? *number < *otherNumber : revision.compare(other, Qt::CaseInsensitive) < 0;
+}
+
+/// The drawings of an article come one after the other, by a revision that is a text: "10" before "9".
+class DrawingImporter final : public Importer {
+public:
+    explicit DrawingImporter(ImportRun& run)
+        : Importer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+
+private:
+    void NameDrawing(const QString& article, const QString& path, const QString& revision);
+
+    QString m_article;  ///< of the drawing before
+    QString m_revision; ///< of the drawing that it names
+};
+
+/// The drawing of the last revision is the one that the article names.
+void DrawingImporter::NameDrawing(const QString& article, const QString& path, const QString& revision) {
+    TargetRow target(Run(), "ART_ICO");
+    target.Set("ARATT", true);
+    if (article != m_article || !IsOlder(revision, m_revision)) {
+        target.Set("ARDIS", QFileInfo(path).fileName());
+        Run().Restores(m_article);
+        Run().Restores(m_revision);
+        m_article = article;
+        m_revision = revision;
+    }
+    target.Update("WHERE " + Equals(GetSession(), "CDART", article));
+}
+
+RowOutcome DrawingImporter::Row(const SourceRow& row) {
+    ImportRun& run = Run();
     Session& session = run.GetSession();
     const QString article = ArticleCodeOf(session, ArticoliTable, "COD_ARTICOLO", row.Text("COD_ARTICOLO"));
     if (!IsImported(run, article)) {
@@ -113,10 +150,7 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row) {
         WriteAttachment(run, {"ART_ICO", article, path, FolderOf(session), row.Text("DESCRIZIONE"),
                               row.Text("REVISIONE"), DateOf(row, "DATA")});
     if (outcome != RowOutcome::Skipped) {
-        TargetRow target(run, "ART_ICO");
-        target.Set("ARATT", true);
-        target.Set("ARDIS", QFileInfo(path).fileName());
-        target.Update("WHERE " + Equals(session, "CDART", article));
+        NameDrawing(article, path, row.Text("REVISIONE"));
     }
     return outcome;
 }
@@ -137,7 +171,7 @@ Procedure Disegni() {
                     {{table, {"PERCORSO", "DESCRIZIONE", "DATA"}}},
                     AttachmentNeeds() + std::vector<TableNeed>{{"ART_ICO", {"CDART", "ARATT", "ARDIS"}}}},
           .empties = AttachmentEmptying("ART_ICO"),
-          .make = Importing(ImportDisegno)}});
+          .make = [](ImportRun& run, const QString&) { return std::make_unique<DrawingImporter>(run); }}});
 }
 
 } // namespace modImport_VS
