@@ -71,20 +71,15 @@ public:
         }
     }
 
-    /// Raises `ImportError` when references would be re-pointed that are re-pointed already.
+    /// Raises `ImportError` when, as far as is known, an earlier merge would make this one go astray.
     void RefuseRepeated() const {
-        if (m_references && IsRepeated()) {
-            throw ImportError(
-                EarlierMergeText(*m_result.earlier) +
-                QStringLiteral(". I riferimenti contengono già i codici nuovi: aggiornarli di nuovo li porterebbe su "
-                               "controparti sbagliate. Non è stato scritto nulla. Solo se da allora l'azienda di "
-                               "partenza è stata ricaricata si possono aggiornare ancora (dalla riga di comando: "
-                               "--update-references-again)"));
+        if (const QString refusal = RefusalText(m_result, m_references.has_value()); !refusal.isEmpty()) {
+            throw ImportError(refusal);
         }
     }
 
     /// Finds all matches; false when cancelled. Nothing is written up to its end.
-    bool Prepare(Progress& progress, bool again) {
+    bool Prepare(Progress& progress) {
         auto matches = merge::FindMatches(m_session, m_companies, progress);
         if (!matches) {
             return false;
@@ -96,9 +91,7 @@ public:
             m_copier.KnownReferences = &*m_references;
             m_result.takesUp = m_references->HasMarks() || (m_result.earlier && !m_result.earlier->IsDone());
         }
-        if (again || !IsRepeated()) {
-            TranslateCopies();
-        }
+        TranslateCopies();
         return true;
     }
 
@@ -130,9 +123,6 @@ public:
     }
 
 private:
-    /// Whether the references of the source company hold new codes already.
-    bool IsRepeated() const { return m_result.earlier && m_result.earlier->IsDone(); }
-
     /// Codes marked for another destination would be taken for codes of this one.
     void CheckInterrupted() const {
         const auto& earlier = m_result.earlier;
@@ -152,26 +142,35 @@ private:
     }
 
     void MergeOne(const MergeMatch& match) {
-        Transaction transaction(m_session.Quadrix);
-        merge::Copied copied;
-        qint64 updated = 0;
-        if (match.criterion == MergeCriterion::New) {
-            copied = m_copier.Copy(match);
-        }
-        if (m_references) {
-            updated = m_references->Repoint(match.oldCode, match.newCode);
-        }
-        transaction.Keep();
+        const merge::Copied copied = Write(match);
         for (auto table = copied.rows.begin(); table != copied.rows.end(); ++table) {
             m_result.copied[table.key()] += table.value();
         }
-        m_result.referencesUpdated += updated;
         ++m_result.merged;
         Log(match.oldCode + u' ' + match.oldName + u"   -->   " + match.newCode + u' ' + match.newName + u"   " +
             MergeCriterionText(match.criterion));
         for (const QString& note : copied.notes) {
             m_result.notes.Add(note);
             Log(note);
+        }
+    }
+
+    /// Copies it and re-points what refers to it, whole or not at all.
+    merge::Copied Write(const MergeMatch& match) {
+        try {
+            Transaction transaction(m_session.Quadrix);
+            merge::Copied copied;
+            if (match.criterion == MergeCriterion::New) {
+                copied = m_copier.Copy(match);
+            }
+            const qint64 updated = m_references ? m_references->Repoint(match.oldCode, match.newCode) : 0;
+            transaction.Keep();
+            m_result.referencesUpdated += updated;
+            return copied;
+        } catch (Error& error) {
+            error.AddContext(
+                QStringLiteral("Controparte %1 %2 di %3").arg(match.oldCode, match.oldName, m_companies.from));
+            throw;
         }
     }
 
@@ -262,7 +261,12 @@ bool FusioneControparti(Session& session, const QString& from, const QString& to
         }
         {
             const auto progress = session.Person.ShowProgress();
-            outcome.outcome = OutcomeOf(work.Prepare(*progress, again) && work.Run(*progress));
+            bool goesOn = work.Prepare(*progress);
+            if (goesOn && !again) {
+                work.RefuseRepeated(); // now it is known who would be copied
+            }
+            goesOn = goesOn && work.Run(*progress);
+            outcome.outcome = OutcomeOf(goesOn);
         }
         if (outcome.outcome != RunResult::Outcome::Done) {
             return false;
@@ -278,7 +282,7 @@ MergeResult PreviewFusioneControparti(Session& session, const QString& from, con
         const Operator::Busy busy(session.Person);
         Merge work(session, from, to, updateReferences, result);
         const auto progress = session.Person.ShowProgress();
-        result.outcome = OutcomeOf(work.Prepare(*progress, false));
+        result.outcome = OutcomeOf(work.Prepare(*progress));
         return true;
     });
     return result;

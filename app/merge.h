@@ -18,6 +18,7 @@ struct MergeMatch {
     QString newCode;
     QString newName;
     MergeCriterion criterion = MergeCriterion::New;
+    bool isRecognisable = true; ///< has a name or a number; another merge finds no copy of one that has not
 };
 
 /// A merge with references, as the target database remembers it (table SYS_FUS).
@@ -50,23 +51,29 @@ struct MergeResult {
 };
 
 /// Merges the counterparties of a company into another of the same database. Each is matched by VAT number, else tax
-/// code, else part of the name; one without a match is copied under the destination's next code, with its contacts and
+/// code, else part of the name; a number of one repeated character, such as "00000000000", matches nobody. One without
+/// a match is copied under the destination's next code, with its contacts and
 /// branches and the telephone numbers and web addresses of all of them. A copied code of another counterparty (the
 /// preferred carrier) becomes that one's new code; one that is no counterparty of the source is kept and noted.
 ///
 /// On request the columns of the source company's tables that hold counterparty codes (dictionary SYS_SYS) are
 /// re-pointed to the new codes. A re-pointed code is written with "X" for "0" until all are done, which tells it from
 /// an old code that is still to come; a run that fails or is cancelled leaves such codes, and the next run completes
-/// them. After a run that ended well the codes are new ones, and re-pointing them again would lead them astray: the
-/// database remembers it, and a further run is an error before anything is written.
+/// them. It finds what the first has copied as it finds everybody; a copy without name and numbers is not found, and
+/// made again: each one is noted.
+///
+/// After a run that ended well the codes are new ones, and re-pointing them again would lead them astray. Contacts,
+/// branches, numbers and addresses bear new codes too: a counterparty that is copied now would get those of another
+/// one. The database remembers the run, and a further one is an error before anything is written when it would re-point
+/// or copy.
 ///
 /// Each counterparty is merged as a whole or not at all. The matches are written to the merge log (`MergeLogFile`).
 /// @param from,to company codes. Unknown ones, twice the same, a code that is not six digits, tables or columns that
 /// one of the companies lacks, and a merge into a third company that was interrupted are errors before anything is
 /// written
 /// @param result what was done, also after an error; may be null
-/// @param again re-points the references although an earlier merge has done so: for a company that has been filled anew
-/// since then
+/// @param again merges and re-points the references although an earlier merge has done so: for a company that has been
+/// filled anew since then
 /// @return whether it ran to its end; errors are reported under "modMain", "FusioneControparti"
 bool FusioneControparti(Session& session, const QString& from, const QString& to, bool updateReferences,
                         MergeResult* result = nullptr, bool again = false);

@@ -101,7 +101,13 @@ MergeResult MergeAsked(Session& session) {
     if (merge.outcome != RunResult::Outcome::Done) {
         return merge;
     }
-    const bool again = answers->updateReferences && merge.earlier && merge.earlier->IsDone();
+    const QString refusal = RefusalText(merge, answers->updateReferences);
+    if (!refusal.isEmpty() && !answers->updateReferences) {
+        merge.outcome = RunResult::Outcome::Failed;
+        Guarded(session.Errors, MergeModule, MergeName, false, [&]() -> bool { throw ImportError(refusal); });
+        return merge;
+    }
+    const bool again = !refusal.isEmpty();
     if ((again && !AgreesToRepeat(session.Person, *merge.earlier)) ||
         !AgreesToMatches(session.Person, merge, answers->updateReferences)) {
         return cancelled;

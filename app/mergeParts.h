@@ -40,7 +40,7 @@ public:
     bool HasMarks() const;
     /// Re-points one code, marked; returns the number of rows changed.
     qint64 Repoint(const QString& oldCode, const QString& newCode);
-    /// Takes the marks away, all or none.
+    /// Takes the marks away, all or none. A code that holds an "X" of its own stays as it is.
     void Unmark();
 
     /// Whether a column of a table (bare name) holds counterparty codes in every row.
@@ -63,6 +63,7 @@ private:
     void Read();
     void Check() const;
     QString Update(const Reference& reference, const QString& value, const QString& which) const;
+    QStringList NeverMarked(const Reference& reference) const; ///< codes with an "X" that are no marked ones, quoted
 
     Session& m_session;
     Companies m_companies;

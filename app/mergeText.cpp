@@ -41,4 +41,29 @@ QString EarlierMergeText(const EarlierMerge& earlier) {
                      .arg(companies, Moment(earlier.begun), earlier.by);
 }
 
+QString RefusalText(const MergeResult& merge, bool updateReferences) {
+    if (!merge.earlier || !merge.earlier->IsDone()) {
+        return {};
+    }
+    const QString earlier = EarlierMergeText(*merge.earlier) + QStringLiteral(". ");
+    if (updateReferences) {
+        return earlier +
+               QStringLiteral("I riferimenti contengono già i codici nuovi: aggiornarli di nuovo li porterebbe "
+                              "su controparti sbagliate. Non è stato scritto nulla. Solo se da allora "
+                              "l'azienda di partenza è stata ricaricata si possono aggiornare ancora (dalla "
+                              "riga di comando: --update-references-again)");
+    }
+    const auto copied = std::find_if(merge.matches.begin(), merge.matches.end(),
+                                     [](const MergeMatch& match) { return match.criterion == MergeCriterion::New; });
+    return copied == merge.matches.end()
+               ? QString()
+               : earlier +
+                     QStringLiteral("Contatti, sedi, telefoni e indirizzi web hanno già i codici nuovi: le controparti "
+                                    "che ora si copierebbero (%1, la prima: %2 %3) prenderebbero quelli di altre. Non "
+                                    "è stato scritto nulla. Inserirle nell'azienda di destinazione e ripetere; se da "
+                                    "allora l'azienda di partenza è stata ricaricata, fondere aggiornando di nuovo i "
+                                    "riferimenti (dalla riga di comando: --update-references-again)")
+                         .arg(Number(merge.Count(MergeCriterion::New)), copied->oldCode, copied->oldName);
+}
+
 } // namespace modMain

@@ -65,6 +65,13 @@ Copied Copier::Copy(const modMain::MergeMatch& match) {
     for (const QString& table : Owners) {
         CopyRows({table, "CDCON", match.oldCode, match.newCode}, copied);
     }
+    if (!match.isRecognisable) {
+        copied.notes.append(
+            QStringLiteral("CONTROPARTE NON RICONOSCIBILE: controparte %1 di %2, copiata come %3: senza "
+                           "ragione sociale, partita IVA e codice fiscale, un'altra fusione la "
+                           "copierebbe di nuovo")
+                .arg(match.oldCode, m_companies.from, match.newCode));
+    }
     return copied;
 }
 

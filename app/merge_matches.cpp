@@ -1,4 +1,5 @@
 #include "app/mergeParts.h"
+#include "core/identifyingNumber.h"
 #include "sql/mod_ovTools.h"
 
 #include <QRegularExpression>
@@ -76,7 +77,7 @@ public:
 
 private:
     static void AddOnce(QHash<QString, int>& index, const QString& value, int position) {
-        if (!value.trimmed().isEmpty() && !index.contains(value.toUpper())) {
+        if (!IdentifyingNumber(value).isEmpty() && !index.contains(value.toUpper())) {
             index.insert(value.toUpper(), position);
         }
     }
@@ -115,12 +116,18 @@ public:
     }
 
 private:
-    /// The criteria in their order. A blank text is none: it would match anybody.
+    /// The criteria in their order. A blank text, and a number that tells nobody, is none: it would match anybody.
     std::optional<Found> Find(MergeMatch& match, const QString& vatNumber, const QString& taxCode) {
         std::optional<Found> found;
+        match.isRecognisable = false;
         const auto attempt = [&](MergeCriterion criterion, const QString& text, auto inDatabase,
                                  const Found* (Additions::*among)(const QString&) const) {
-            if (found || text.trimmed().isEmpty()) {
+            const bool isNumber = criterion != MergeCriterion::Name;
+            if ((isNumber ? IdentifyingNumber(text) : text.trimmed()).isEmpty()) {
+                return;
+            }
+            match.isRecognisable = true;
+            if (found) {
                 return;
             }
             found = inDatabase(text);
@@ -149,11 +156,17 @@ private:
         return rows.Eof() ? std::nullopt : std::optional(Found{TextOf(rows, "CDCON"), TextOf(rows, "CORAS")});
     }
 
-    /// The database decides; it is spared the names that are found nowhere, each of which would scan its table.
+    /// The database decides; it is spared the names that are found nowhere, each of which would scan its table. Where
+    /// it takes a part of the name for a pattern, the name itself would not be found: a copy of an earlier merge.
     std::optional<Found> NameInDatabase(const QString& name) {
         static const QRegularExpression wildcard(QStringLiteral("[%_\\[\\\\]"));
-        const bool possible = m_names.Find(name) >= 0 || name.contains(wildcard);
-        return possible ? InDatabase(u"CORAS LIKE " + Quoted(m_session, u'%' + name + u'%')) : std::nullopt;
+        static const QRegularExpression pattern(QStringLiteral("[\\[\\\\]"));
+        if (m_names.Find(name) < 0 && !name.contains(wildcard)) {
+            return std::nullopt;
+        }
+        const QString like = u"CORAS LIKE " + Quoted(m_session, u'%' + name + u'%');
+        return InDatabase(
+            name.contains(pattern) ? QString(u'(' + like + u" OR CORAS = " + Quoted(m_session, name) + u')') : like);
     }
 
     /// The destination's names and its highest code; every code must be a number for the highest to be one.

@@ -8,11 +8,16 @@ namespace merge {
 
 namespace {
 
-/// CONNM names the column that names the table, or is a comparison by itself.
+/// Which codes of a column may be marked.
+const QString WithX = QStringLiteral(" LIKE '%X%'");
+
+/// CONNM names the column that names the table, or is a comparison by itself, which may hold an OR.
 QString ConditionOf(const QString& connm) {
     static const QRegularExpression name(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
     const QString text = connm.trimmed();
-    return name.match(text).hasMatch() ? QString(text + u" = 'CON_TRO'") : text;
+    return name.match(text).hasMatch() ? QString(text + u" = 'CON_TRO'")
+           : text.isEmpty()            ? text
+                                       : QString(u'(' + text + u')');
 }
 
 bool HasColumn(const QVector<ColumnInfo>& columns, const QString& name) {
@@ -119,13 +124,32 @@ bool References::IsMarked(const QString& code) {
     return form.match(code).hasMatch();
 }
 
+QStringList References::NeverMarked(const Reference& reference) const {
+    QString query = u"SELECT DISTINCT " + reference.column + u" FROM " + TableOf(m_companies.from, reference.table) +
+                    u"\rWHERE " + reference.column + WithX;
+    if (!reference.condition.isEmpty()) {
+        query += u" AND\r      " + reference.condition;
+    }
+    QStringList literals;
+    for (Recordset rows = m_session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
+        const QString code = mod_ovTools::ToText(rows.Fields(0).Value());
+        if (!IsMarked(code.trimmed().toUpper())) {
+            literals.append(Quoted(m_session, code));
+        }
+    }
+    return literals;
+}
+
 /// All or none: a half of the tables with new codes and a half with marked ones could not be told apart from old codes
 /// by the next run.
 void References::Unmark() {
     Transaction transaction(m_session.Quadrix);
     for (const Reference& reference : m_references) {
-        m_session.Quadrix.Execute(
-            Update(reference, u"REPLACE(" + reference.column + u", 'X', '0')", QStringLiteral(" LIKE '%X%'")));
+        QString which = WithX;
+        if (const QStringList others = NeverMarked(reference); !others.isEmpty()) {
+            which += u" AND\r      " + reference.column + u" NOT IN (" + others.join(QStringLiteral(", ")) + u')';
+        }
+        m_session.Quadrix.Execute(Update(reference, u"REPLACE(" + reference.column + u", 'X', '0')", which));
     }
     transaction.Keep();
 }

@@ -50,11 +50,11 @@ QStringList EarlierLines(const MergeResult& result, bool references) {
         return {
             "Riferimenti segnati con X: una fusione precedente è rimasta interrotta; --update-references la riprende."};
     }
-    if (!result.earlier || (!references && result.earlier->IsDone())) {
-        return {};
+    if (result.earlier && !result.earlier->IsDone()) {
+        return {EarlierMergeText(*result.earlier) + "; --update-references la riprende."};
     }
-    return {EarlierMergeText(*result.earlier) +
-            (result.earlier->IsDone() ? QString(".") : QString("; --update-references la riprende."))};
+    const QString refusal = RefusalText(result, references);
+    return refusal.isEmpty() ? QStringList() : QStringList(refusal + '.');
 }
 
 QString PreviewText(const MergeResult& result, bool references) {
@@ -118,8 +118,10 @@ Command MergeCommand() {
         "fonde le controparti di un'azienda in quelle di un'altra",
         "Le corrispondenze si cercano per partita IVA, codice fiscale, ragione sociale; le controparti senza "
         "corrispondenza si copiano con un nuovo codice. --preview le elenca e non scrive nulla.\n"
-        "Una fusione con --update-references si annota nel database (tabella SYS_FUS) e una seconda si rifiuta: i "
-        "riferimenti contengono già i codici nuovi. Una fusione interrotta o fallita si riprende rilanciandola.",
+        "Una fusione con --update-references si annota nel database (tabella SYS_FUS). Da allora i riferimenti, i "
+        "contatti e i recapiti dell'azienda di partenza contengono i codici nuovi: si rifiuta una fusione che li "
+        "aggiornerebbe di nuovo o che copierebbe altre controparti. Una fusione interrotta o fallita si riprende "
+        "rilanciandola.",
         {{"from", "Codice dell'azienda di partenza.", "CODICE"},
          {"to", "Codice dell'azienda di destinazione.", "CODICE"},
          {"update-references", "Aggiorna i codici nelle tabelle dell'azienda di partenza."},

@@ -25,6 +25,11 @@ private slots:
             QStringList{"000001 000006 Rossi Mario NUOVO!!!!"});
         Row("blank texts match nobody", QStringList{"000001; ; ;", "000002;;;"}, QStringList{"000005;; ;"},
             QStringList{"000001 000006   NUOVO!!!!", "000002 000007  NUOVO!!!!"});
+        Row("a number of one character tells nobody",
+            QStringList{"000001;Uno;00000000000;", "000002;Due;00000000000;xxx", "000003;uno;;XXX"},
+            QStringList{"000005;Altro;00000000000;XXX"},
+            QStringList{"000001 000006 Uno NUOVO!!!!", "000002 000007 Due NUOVO!!!!",
+                        "000003 000006 Uno RAGIONE SOCIALE"});
         Row("quotes", QStringList{"000001;D'Est;;"}, QStringList{"000005;Neri D'Est;;"},
             QStringList{"000001 000005 Neri D'Est RAGIONE SOCIALE"});
         Row("accents and wildcards", QStringList{"000001;Società;;", "000002;A_C;;", "000003;100%;;"},
@@ -162,16 +167,35 @@ private slots:
         QCOMPARE(result.referencesUpdated, 16);
     }
 
+    void conditionThatIsAComparison_data() {
+        Columns<QString, QStringList>("condition", "codes");
+        Row("one", QString("DTNUM > 1"), QStringList({"000007", "000009", "000009", "000999"}));
+        Row("one of two", QString("DTNUM = 2 OR DTNUM = 4"), QStringList({"000007", "000009", "000003", "000999"}));
+    }
     void conditionThatIsAComparison() {
+        QFETCH(QString, condition);
         MergePair pair;
         FillAll(pair);
         pair.target.Execute("DELETE FROM SYS_SYS WHERE TABLK = 'CON_TRO'");
         pair.target.Execute("INSERT INTO SYS_SYS (TABLK, COLLK, TABNM, COLNM, CONNM) VALUES "
-                            "('CON_TRO', 'CDCON', 'DOC_VEN', 'DTCON', 'DTNUM > 1'), "
+                            "('CON_TRO', 'CDCON', 'DOC_VEN', 'DTCON', '" +
+                            condition +
+                            "'), "
                             "('ART_ICO', 'CDART', 'CON_TRO', 'CORAS', NULL)");
         QVERIFY(pair.Merge(true));
+        QTEST(pair.target.Rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM"), "codes");
+    }
+
+    /// A mark is an "X" in a code of six places; an "X" in another code was there before.
+    void codesWithAnXOfTheirOwnStay_data() { Engines(); }
+    void codesWithAnXOfTheirOwnStay() {
+        QFETCH(TestTarget::On, engine);
+        MergePair pair(engine);
+        FillAll(pair);
+        pair.target.Execute("INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (5, 'EXP001'), (6, 'D''X'), (7, 'XXX12')");
+        QVERIFY(pair.Merge(true));
         QCOMPARE(pair.target.Rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM"),
-                 QStringList({"000007", "000009", "000009", "000999"}));
+                 QStringList({"000010", "000009", "000009", "000999", "EXP001", "D'X", "XXX12"}));
     }
 
     void log() {

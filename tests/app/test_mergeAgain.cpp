@@ -36,17 +36,63 @@ private slots:
         QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS WHERE FUFIN IS NOT NULL"), QString("2"));
     }
 
-    /// After a merge of the references a counterparty that the source has gained may name its carrier by either code.
-    void carrierIsKeptAfterAMergeOfTheReferences() {
+    /// After a merge of the references contacts and numbers bear new codes: a copy would take those of another one.
+    void copiesAfterAMergeOfTheReferencesAreRefused_data() {
+        Columns<QString, QString, QString>("gained", "to", "told");
+        Row("gained since", QString("000010"), QString("X02"), QString("(1, la prima: 000009 Gialli)"));
+        Row("into a third company", QString(), QString("X03"), QString("(4, la prima: 000001 Rossi Mario)"));
+    }
+    void copiesAfterAMergeOfTheReferencesAreRefused() {
+        QFETCH(QString, gained);
+        QFETCH(QString, to);
+        QFETCH(QString, told);
         MergePair pair;
         FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
         QVERIFY(pair.Merge(true));
-        pair.Add("X01", "000020", "Gialli");
-        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '000007' WHERE CDCON = '000020'");
+        if (!gained.isEmpty()) {
+            pair.Add("X01", "000009", "Gialli"); // the code that the contacts of Bianchi Laura would bear now
+        }
+        const QStringList companies{"X01", "X02", "X03"};
+        const QStringList before = Contents(pair.target, companies);
+        const auto merge = [&](bool again) {
+            return FusioneControparti(pair.target.Get(), "X01", to, again, nullptr, again);
+        };
+        QVERIFY(!merge(false));
+        QVERIFY2(pair.Error().contains("è già stata fatta") && pair.Error().contains(told), qPrintable(pair.Error()));
+        QCOMPARE(Contents(pair.target, companies), before);
+        QVERIFY(merge(true)); // the source was filled anew
+    }
+
+    /// What was copied is found again, whatever its name is taken for; what nothing tells from others is noted.
+    void copiesAreFoundAgain_data() { Engines(); }
+    void copiesAreFoundAgain() {
+        QFETCH(TestTarget::On, engine);
+        MergePair pair(engine);
+        pair.Add("X01", "000001", "Rossi [ex Verdi]");
+        pair.Add("X01", "000002", "C:\\Bianchi %_");
+        pair.Add("X01", "000003", " ", "00000000000");
+        QVERIFY(pair.Merge(false));
         MergeResult result;
         QVERIFY(pair.Merge(false, &result));
-        QCOMPARE(pair.target.Value("SELECT COVEP FROM X02_CON_TRO WHERE CORAS = 'Gialli'"), QString("000007"));
+        QCOMPARE(pair.target.Rows("SELECT CORAS FROM X02_CON_TRO WHERE CORAS > ' ' ORDER BY CDCON"),
+                 pair.target.Rows("SELECT CORAS FROM X01_CON_TRO WHERE CORAS > ' ' ORDER BY CDCON"));
+        QCOMPARE(result.copied.value("CON_TRO"), 1);
         QCOMPARE(result.notes.count, 1);
+        QVERIFY(pair.target.Log("fusione.log")
+                    .contains("CONTROPARTE NON RICONOSCIBILE: controparte 000003 di X01, copiata come 000004"));
+    }
+
+    void failureNamesItsCounterparty() {
+        MergePair pair;
+        FillAll(pair);
+        pair.target.Db().Trace = [](const QString& statement) {
+            if (statement.startsWith("INSERT INTO X02_CON_RIF")) {
+                throw SqlError(statement, "fault");
+            }
+        };
+        QVERIFY(!pair.Merge(false));
+        QVERIFY2(pair.Error().startsWith("Controparte 000007 Verdi S.r.l. di X01: "), qPrintable(pair.Error()));
     }
 
     void interruptedMergeIsTold_data() {

@@ -67,6 +67,22 @@ private slots:
         QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS"), QString(dryRun ? "0" : "1"));
     }
 
+    /// The matches are not shown when nothing can come of them.
+    void buttonRefusesCopiesAfterAMergeOfTheReferences() {
+        MergePair pair;
+        FillAll(pair);
+        QVERIFY(pair.Merge(true));
+        pair.Add("X01", "000020", "Gialli");
+        const QStringList before = Contents(pair.target);
+        pair.target.Person.AnswerTo = {{"Fondere le Controparti di due Aziende?", true},
+                                       {"Aggiornare i Riferimenti alle tabelle esistenti?", false}};
+        pair.target.Person.Inputs = {QString("X01"), QString("X02")};
+        QCOMPARE(Press(pair), FlowOutcome::Failed);
+        QVERIFY2(pair.Error().contains("la prima: 000020 Gialli"), qPrintable(pair.Error()));
+        QCOMPARE(pair.target.Get().Results.last().errors, QStringList(pair.Error()));
+        QCOMPARE(Contents(pair.target), before);
+    }
+
     /// Nothing is written when the operator gives up, wherever he does.
     void buttonGivenUp_data() {
         Columns<std::optional<QString>, bool, QString, QString>("to", "merged", "givenUp", "answeredNo");

@@ -89,6 +89,12 @@ private slots:
             m_run.Run(QStringList(merge).replaceInStrings("--yes", "--preview") + QStringList("--update-references"));
         QVERIFY2(preview.exitCode == 0 && preview.output.contains("è già stata fatta"), qPrintable(preview.output));
         QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
+        Value("INSERT INTO X01_CON_TRO (CDCON, CORAS) VALUES ('000003', 'Gialli')");
+        for (const QString how : {"--preview", "--yes"}) {
+            const auto copying = m_run.Run({"merge", "--from", "X01", "--to", "X02", how});
+            QCOMPARE(copying.exitCode, how == "--yes" ? 1 : 0);
+            QVERIFY((how == "--yes" ? copying.errors : copying.output).contains("la prima: 000003 Gialli"));
+        }
         QCOMPARE(m_run.Run(merge + QStringList("--update-references-again")).exitCode, 0);
     }
 };

@@ -1,6 +1,7 @@
 #include "adapters/contract/write/CounterpartyRegister.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "core/identifyingNumber.h"
 #include "core/modImport.h"
 #include "sql/mod_ovTools.h"
 
@@ -24,15 +25,12 @@ constexpr qint64 HighestCode = 999999;
 
 QString SixDigits(qint64 number) { return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0')); }
 
-bool Agree(const QString& one, const QString& other) {
-    return !one.isEmpty() && one.compare(other, Qt::CaseInsensitive) == 0;
+bool IsOfSixDigits(const QString& code) {
+    return code.size() == 6 && std::all_of(code.begin(), code.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
-/// A VAT number or tax code; empty for one of a repeated character, such as "00000000000", which fills the field.
-QString Identifying(const QString& number) {
-    const QString text = number.trimmed();
-    const bool filler = text.count(text.left(1), Qt::CaseInsensitive) == text.size();
-    return filler ? QString() : text;
+bool Agree(const QString& one, const QString& other) {
+    return !one.isEmpty() && one.compare(other, Qt::CaseInsensitive) == 0;
 }
 
 /// A name without what is written now so, now otherwise: blanks, punctuation, case.
@@ -47,8 +45,8 @@ struct Identity {
     QString name;
 
     Identity(const QString& vat, const QString& tax, const QString& called)
-        : vatNumber(Identifying(vat)),
-          taxCode(Identifying(tax)),
+        : vatNumber(IdentifyingNumber(vat)),
+          taxCode(IdentifyingNumber(tax)),
           name(Bare(called)) {}
 
     bool HasNumber() const { return !vatNumber.isEmpty() || !taxCode.isEmpty(); }
@@ -134,8 +132,8 @@ std::optional<CounterpartyRegister::Party> CounterpartyRegister::Find(const QStr
 bool CounterpartyRegister::Exists(const QString& code) const { return Find(code).has_value(); }
 
 QString FindByIdentity(Session& session, const QString& vatNumber, const QString& taxCode) {
-    const QString vat = Identifying(vatNumber);
-    const QString tax = Identifying(taxCode);
+    const QString vat = IdentifyingNumber(vatNumber);
+    const QString tax = IdentifyingNumber(taxCode);
     if (vat.isEmpty() && tax.isEmpty()) {
         return {};
     }
@@ -194,17 +192,17 @@ QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const
 }
 
 QString CounterpartyRegister::NextCode() const {
-    const QString highest =
-        m_run.GetSession()
-            .Quadrix.GetMaxValue(QStringLiteral("CON_TRO"), QStringLiteral("CDCON"), {}, QStringLiteral("000000"))
-            .toString();
-    bool isNumber = false;
-    const qint64 number = highest.toLongLong(&isNumber);
-    if (!isNumber) {
-        throw ImportError(
-            QStringLiteral("il codice più alto di CON_TRO, '%1', non è un numero: non se ne può fare un altro")
-                .arg(highest));
+    ovConnection& quadrix = m_run.GetSession().Quadrix;
+    const auto highest = [&quadrix](const QString& where) {
+        return quadrix.GetMaxValue(Register, QStringLiteral("CDCON"), where, SixDigits(0)).toString().trimmed();
+    };
+    QString code = highest({});
+    // Others may stand among those of six digits or behind them: "99", "Z1".
+    for (QString below = QStringLiteral("<= ") + m_run.Quoted(SixDigits(HighestCode)); !IsOfSixDigits(code);
+         below = QStringLiteral("< ") + m_run.Quoted(code)) {
+        code = highest(QStringLiteral("WHERE CDCON LIKE '______%' AND CDCON ") + below);
     }
+    const qint64 number = code.toLongLong();
     if (number >= HighestCode) {
         throw ImportError(QStringLiteral("i codici a sei cifre di CON_TRO sono esauriti"));
     }
