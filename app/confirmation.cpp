@@ -26,19 +26,6 @@ QString PartOf(const QString& connectionString, const QStringList& keys) {
     return {};
 }
 
-QString Of(const ovConnection& source) {
-    if (!source.ConnectionString.isEmpty()) {
-        const QString place = PartOf(source.ConnectionString, {"DBQ", "Data Source", "Server", "DSN"});
-        const QString database = PartOf(source.ConnectionString, {"Initial Catalog", "Database"});
-        return database.isEmpty() ? place : QString(place + QStringLiteral(", database ") + database);
-    }
-    if (!source.DSN.isEmpty()) {
-        return QStringLiteral("DSN ") + source.DSN;
-    }
-    return source.Embedded ? QDir::toNativeSeparators(source.DatabaseName)
-                           : QStringLiteral("server %1, database %2").arg(source.Server, source.DatabaseName);
-}
-
 /// What the settings say of a source that is not open yet; a key that is not set is left out.
 QString OfSettings(Session& session, const Origin& origin) {
     QStringList parts;
@@ -53,10 +40,10 @@ QString OfSettings(Session& session, const Origin& origin) {
 }
 
 /// -1 when they cannot be counted.
-qint64 Count(Session& session, const RowsToDelete& rows) {
+qint64 Count(ovConnection& connection, const RowsToDelete& rows) {
     try {
         const QString where = rows.where.isEmpty() ? QString() : QString(" WHERE " + rows.where);
-        return session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + rows.table + where);
+        return connection.ExecuteCommand("SELECT COUNT(*) FROM " + rows.table + where);
     } catch (const Error&) {
         return -1; // the check before the run tells what is missing
     }
@@ -72,9 +59,23 @@ QString CompanyLine(Session& session) {
     return QStringLiteral("Azienda: %1 %2").arg(code, name).trimmed();
 }
 
+QString DatabaseText(const ovConnection& connection) {
+    if (!connection.ConnectionString.isEmpty()) {
+        const QString place = PartOf(connection.ConnectionString, {"DBQ", "Data Source", "Server", "DSN"});
+        const QString database = PartOf(connection.ConnectionString, {"Initial Catalog", "Database"});
+        return database.isEmpty() ? place : QString(place + QStringLiteral(", database ") + database);
+    }
+    if (!connection.DSN.isEmpty()) {
+        return QStringLiteral("DSN ") + connection.DSN;
+    }
+    return connection.Embedded
+               ? QDir::toNativeSeparators(connection.DatabaseName)
+               : QStringLiteral("server %1, database %2").arg(connection.Server, connection.DatabaseName);
+}
+
 QString SourceText(Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
     const Origin* from = FirstSourceOf(origin, procedures);
-    return from == nullptr ? QString() : session.Source ? Of(*session.Source) : OfSettings(session, *from);
+    return from == nullptr ? QString() : session.Source ? DatabaseText(*session.Source) : OfSettings(session, *from);
 }
 
 QString RunDetails(Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
@@ -91,13 +92,15 @@ QString RunDetails(Session& session, const Origin& origin, const std::vector<con
     return lines.join(u'\n');
 }
 
-QString RowsText(Session& session, const std::vector<RowsToDelete>& rows) {
+QString RowsText(ovConnection& connection, const std::vector<RowsToDelete>& rows) {
     QStringList lines;
     qint64 total = 0;
     bool atMost = false;
     for (const RowsToDelete& each : rows) {
-        const qint64 count = Count(session, each);
-        if (count > 0) {
+        const qint64 count = Count(connection, each);
+        if (count < 0) {
+            lines.append(QStringLiteral("  %1: non si possono contare").arg(each.table));
+        } else if (count > 0) {
             lines.append(QStringLiteral("  %1: %2").arg(each.table, Number(count)));
             total += count;
             atMost = atMost || each.atMost;

@@ -14,7 +14,9 @@ QString SourceText(Session& session, const contract::Origin& origin,
 /// Company, origin, what the procedures do, and the source, as `SourceText`.
 QString RunDetails(Session& session, const contract::Origin& origin,
                    const std::vector<const contract::Procedure*>& procedures);
-/// "Righe che verranno eliminate: 6.452" and, below it, those of each table that has some.
-QString RowsText(Session& session, const std::vector<contract::RowsToDelete>& rows);
+/// "server SRV, database QUADRIX": where a database stands, or the path of its file. A password is never shown.
+QString DatabaseText(const ovConnection& connection);
+/// "Righe che verranno eliminate: 6.452" and, below it, those of each table that has some, or that cannot be counted.
+QString RowsText(ovConnection& connection, const std::vector<contract::RowsToDelete>& rows);
 
 } // namespace confirmation

@@ -46,19 +46,18 @@ bool Refuse(Session& session, const QString& reason) {
     return false;
 }
 
-/// The code of the chosen company; empty when the database has no such company.
-QString FindCompany(Session& session, const Choice& choice) {
+/// The codes of the companies of the chosen name, in their order; of one that is chosen by its code that one alone.
+QStringList FindCompany(Session& session, const Choice& choice) {
     const QString name = mod_ovTools::FormatSqlValue(choice.company, DataType::NVarChar, session.Quadrix.ProviderType);
-    Recordset rows = session.Quadrix.ExecuteWC("SELECT CDAZI FROM SYS_AZI WHERE AZRAS = " + name);
-    QString code;
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT CDAZI FROM SYS_AZI WHERE AZRAS = " + name + " ORDER BY CDAZI");
+    QStringList codes;
     for (; !rows.Eof(); rows.MoveNext()) {
-        const QString found = mod_ovTools::ToText(rows.Value("CDAZI"));
-        if (found.compare(choice.companyCode, Qt::CaseInsensitive) == 0) {
-            return found;
+        const QString code = mod_ovTools::ToText(rows.Value("CDAZI"));
+        if (choice.companyCode.isEmpty() || code.compare(choice.companyCode, Qt::CaseInsensitive) == 0) {
+            codes.append(code);
         }
-        code = code.isEmpty() ? found : code;
     }
-    return choice.companyCode.isEmpty() ? code : QString();
+    return codes;
 }
 
 /// Each table once, where several procedures of a button empty it.
@@ -71,7 +70,7 @@ QString RowsDetails(Session& session, const std::vector<const Procedure*>& proce
             }
         }
     }
-    return confirmation::RowsText(session, rows);
+    return confirmation::RowsText(session.Quadrix, rows);
 }
 
 Answer AskReset(Session& session, const ImportRequest& request, const std::vector<const Procedure*>& procedures) {
@@ -332,11 +331,16 @@ bool CheckData(Session& session, const Choice& choice) {
             return Refuse(session, "Selezionare l'origine dei dati!");
         }
         session.Errors.Action = choice.errors;
-        const QString code = FindCompany(session, choice);
-        if (code.isEmpty()) {
+        const QStringList codes = FindCompany(session, choice);
+        if (codes.isEmpty()) {
             return Refuse(session, "Si è verificato un errore imprevisto sull'azienda selezionata!");
         }
-        TakeCompany(session, code);
+        if (codes.size() > 1) {
+            return Refuse(session,
+                          QStringLiteral("L'azienda '%1' c'è più volte, con i codici %2: indicarla col codice!")
+                              .arg(choice.company, codes.join(", ")));
+        }
+        TakeCompany(session, codes.first());
         return true;
     });
 }

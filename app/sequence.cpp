@@ -1,5 +1,7 @@
 #include "app/sequence.h"
 
+#include "adapters/contract/write/Cam.h"
+#include "app/confirmation.h"
 #include "app/connectSource.h"
 #include "app/resultText.h"
 #include "app/sequenceRun.h"
@@ -24,6 +26,36 @@ const QString CamStock = QStringLiteral("Saldi di Magazzino da Lantek 24");
 const QString FerrobrioStock = QStringLiteral("Saldi di Magazzino da Ferrobrio");
 const QString EmptyCompany = QStringLiteral("Svuotamento delle tabelle dell'azienda");
 const QString EmptyCam = QStringLiteral("Svuotamento del database CAM");
+const QString CamEmptying = QStringLiteral("SvuotaTabelleCam");
+
+/// Which company is emptied, where it stands, and how much goes.
+QString CompanyDetails(Session& session) {
+    const ovErrors::Acting acting(session.Errors, ErrorAction::Abort); // a count is not worth a question
+    std::vector<contract::RowsToDelete> rows;
+    for (const QString& table : modImport::TruncatedTables()) {
+        rows.push_back({session.Quadrix.GetFullTableName(table)});
+    }
+    return confirmation::CompanyLine(session) + "\nDatabase: " + confirmation::DatabaseText(session.Quadrix) + '\n' +
+           confirmation::RowsText(session.Quadrix, rows);
+}
+
+/// The same of the CAM database, as far as it can be looked at.
+QString CamDetails(const SequenceRun& run) {
+    Session& session = run.GetSession();
+    const ovErrors::Acting acting(session.Errors, ErrorAction::Abort);
+    try {
+        const auto cam = contract::qdxCamOpenConnection(session);
+        std::vector<contract::RowsToDelete> rows;
+        if (const contract::Procedure* emptying = run.Find(LantekExpert, CamEmptying)) {
+            for (const contract::TableNeed& need : emptying->needs.reads) {
+                rows.push_back({need.table});
+            }
+        }
+        return "Database: " + confirmation::DatabaseText(*cam) + '\n' + confirmation::RowsText(*cam, rows);
+    } catch (const Error& error) {
+        return "Il database CAM non si può aprire: " + error.Message();
+    }
+}
 
 /// Asks whether the company, and then the CAM database, is emptied, and does it. The question about the CAM database
 /// belongs to a yes to the first.
@@ -31,7 +63,7 @@ void AskAndEmpty(SequenceRun& run) {
     Operator& person = run.GetSession().Person;
     const Answer company = person.Ask("Attenzione: svuotare tutte le tabelle del database dell'azienda prima di "
                                       "effettuare l'importazione?",
-                                      Question::ExclamationNo);
+                                      Question::ExclamationNo, CompanyDetails(run.GetSession()));
     if (company == Answer::GivenUp) {
         throw SequenceRun::Declined();
     }
@@ -40,26 +72,28 @@ void AskAndEmpty(SequenceRun& run) {
     }
     run.PlanFirst(EmptyCompany);
     run.Begin(EmptyCompany);
+    run.Log("Inizio " + EmptyCompany);
     const EmptyingResult emptied = modImport::TruncateDatabase(run.GetSession());
     if (emptied.outcome != RunResult::Outcome::Done) {
         // An import into what is left would mix the old with the new.
         throw ImportError("le tabelle dell'azienda non sono state svuotate del tutto: la sequenza non prosegue");
     }
     qint64 rows = 0;
+    QStringList lines;
     for (const EmptyingResult::Table& table : emptied.tables) {
-        run.Log(EmptiedLine(table));
+        lines.append(EmptiedLine(table));
         rows += std::max<qint64>(table.rows, 0);
     }
-    run.End(Outcome::Done, EmptiedText(emptied.tables.size(), rows));
+    run.End(Outcome::Done, EmptiedText(emptied.tables.size(), rows), lines);
     const Answer cam = person.Ask("Attenzione: desideri svuotare anche il database del software CAM collegato?",
-                                  Question::ExclamationNo);
+                                  Question::ExclamationNo, CamDetails(run));
     if (cam == Answer::GivenUp) {
         throw SequenceRun::Stopped();
     }
     if (cam == Answer::Yes) {
         run.PlanFirst(EmptyCam);
         run.Begin(EmptyCam);
-        run.Import(LantekExpert, "SvuotaTabelleCam");
+        run.Import(LantekExpert, CamEmptying);
     }
 }
 
@@ -78,7 +112,6 @@ void ImportFromSource(SequenceRun& run, const QString& step, const QString& orig
 /// The second source of the stock balances: the settings of section IMPORT whose keys begin with the prefix.
 std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& name) {
     const QString prefix = name + '_';
-    run.WriteKeys(name, prefix);
     Session& session = run.GetSession();
     sourceSettings::ServerKeys keys;
     keys.username = prefix + "Username";
@@ -91,6 +124,7 @@ std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& nam
     keys.authorities = prefix + "EncryptionCA";
     const Operator::Quiet quiet(session.Person);
     return Guarded(session.Errors, "frmImport", "Sequence", std::unique_ptr<ovConnection>(), [&] {
+        run.WriteKeys(name, prefix);
         auto source = NewSource(session);
         sourceSettings::Server(name, keys)(session, *source);
         source->OpenConnection();
@@ -191,6 +225,7 @@ Ending SequenceResult::HowItEnded() const {
     whole.outcome = outcome;
     Ending ending = EndingOf(whole);
     for (const SequenceEntry& entry : entries) {
+        ending = std::max(ending, entry.isToBeRepeated ? Ending::Incomplete : Ending::Complete);
         for (const RunResult& result : entry.results) {
             ending = std::max(ending, EndingOf(result));
         }
@@ -212,6 +247,7 @@ SequenceResult Sequence(Session& session, const SequenceSettings& settings, cons
     return run.Guard("Sequence", [&] {
         run.Bar().SetStep("inizializzazione in corso");
         run.SelectCompany();
+        run.CheckLog();
         AskAndEmpty(run);
         ImportFromSource(run, Counterparties, ArcaEvolution, "ImportContropartiArcaEvolution",
                          "Impossibile connettersi ad Arca Evolution!");

@@ -2,6 +2,7 @@
 
 #include "adapters/registry.h"
 #include "app/importFlow.h"
+#include "app/startUp.h"
 #include "core/runEnding.h"
 
 /// What is fixed for one installation: read from "Sequence.ini", beside the settings file of the program.
@@ -10,7 +11,7 @@ struct SequenceSettings {
     using Source = QVector<QPair<QString, QString>>;
 
     QString file;                  ///< path of "Sequence.ini"
-    QString company;               ///< name of the company that is filled
+    QString company;               ///< name or code of the company that is filled
     QString logFile;               ///< path of the log of the sequences
     int script = 1;                ///< which one the window's button starts: 1 `Sequence`, 2 `Sequence2`
     QDate from;                    ///< documents from this day on; invalid: the setting DOC_DateStart stays as it is
@@ -70,6 +71,7 @@ struct SequenceEntry {
     QString message = {};            ///< why it is not `Done`, or what was done
     QStringList told = {};           ///< what its procedures told the operator, who may not have been there
     QVector<RunResult> results = {}; ///< of the procedures that ran
+    bool isToBeRepeated = false;     ///< `Done`, but what it needs was not there: the message tells what
 
     /// Source rows that its procedures gave up.
     qint64 GivenUp() const;
@@ -83,14 +85,14 @@ struct SequenceResult {
 
     /// Source rows that its procedures gave up.
     qint64 GivenUp() const;
-    /// How the whole ended: a step that failed or was skipped makes it fail, a row that a procedure gave up, or a
-    /// look-up that failed, makes it incomplete.
+    /// How the whole ended: a step that failed or was skipped makes it fail, a row that a procedure gave up, a look-up
+    /// that failed, or a step that is to be repeated, makes it incomplete.
     Ending HowItEnded() const;
 };
 
 /// What the sequences show or ask in the main window; a function that is not there is left out.
 struct SequenceWindow {
-    std::function<void(const QString& company)> SelectCompany;
+    std::function<void(const modMain::Company& company)> SelectCompany;
     std::function<void(const QString& origin)> SelectOrigin;
     /// Asks for the steps of `Sequence2`; none when the operator gave up.
     std::function<std::optional<SequenceSteps>()> LanciaSequenza;

@@ -1,5 +1,6 @@
 #include "adapters/contract/run/SourceRow.h"
 #include "adapters/contract/write/Document.h"
+#include "app/confirmation.h"
 #include "app/connectSource.h"
 #include "app/sequenceRun.h"
 
@@ -160,21 +161,20 @@ const QStringList& EmptiedTables() {
 }
 
 /// Which company is emptied and how much goes.
-QString EmptyingQuestion(Session& session, const SequenceSettings& settings) {
-    ovConnection& quadrix = session.Quadrix;
+QString EmptyingQuestion(const SequenceRun& run) {
+    ovConnection& quadrix = run.GetSession().Quadrix;
     qint64 rows = 0;
     qint64 shared = 0;
     for (const QString& table : EmptiedTables()) {
         rows += quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + quadrix.GetFullTableName(table));
         shared += table.startsWith(u"GEN_") ? 1 : 0;
     }
-    return QStringLiteral(
-               "Attenzione: prima di importare si svuotano %1 tabelle dell'azienda %2 %3 e %4 comuni a tutte "
-               "le aziende (GEN_...), in tutto %5 righe.\n\nProcedere?")
+    return QStringLiteral("Attenzione: prima di importare si svuotano %1 tabelle dell'azienda %2 e %3 comuni a tutte "
+                          "le aziende (GEN_...), in tutto %4 righe.\nDatabase: %5\n\nProcedere?")
         .arg(EmptiedTables().size() - shared)
-        .arg(session.UserManager.Azienda(), settings.company)
+        .arg(run.CompanyName())
         .arg(shared)
-        .arg(QLocale(QLocale::Italian, QLocale::Italy).toString(rows));
+        .arg(QLocale(QLocale::Italian, QLocale::Italy).toString(rows), confirmation::DatabaseText(quadrix));
 }
 
 void EmptyTables(SequenceRun& run, Triggers& triggers) {
@@ -251,8 +251,8 @@ QStringList FinalQueries(const ovConnection& quadrix) {
     // Of several revisions of a bill the article has the last.
     const QString bill = " FROM " + name("DIS_BAS") + " WHERE DBART = CDART";
     queries.append(update + " SET ARDBA = CDART, ARDRV = (SELECT MAX(DBREV)" + bill + ") WHERE " + heads);
-    queries.append(update + " SET ARDRI = (SELECT MAX(DBREI)" + bill + " AND (DBREV = ARDRV OR DBREV IS NULL)) WHERE " +
-                   heads);
+    queries.append(update + " SET ARDRI = (SELECT MAX(DBREI)" + bill +
+                   " AND (DBREV = ARDRV OR (DBREV IS NULL AND ARDRV IS NULL))) WHERE " + heads);
     queries.append("UPDATE " + name("DIS_BAS") + " SET DBMAN = 1 WHERE NOT EXISTS (SELECT 1 FROM " + name("DIS_COM") +
                    " WHERE DCART = DBART)");
     return queries;
@@ -316,7 +316,8 @@ SequenceResult Sequence2(Session& session, const SequenceSettings& settings, con
         if (steps->DeleteBefore) {
             run.LockAllCompanies();
         }
-        if (steps->DeleteBefore && window.AgreesToEmpty && !window.AgreesToEmpty(EmptyingQuestion(session, settings))) {
+        run.CheckLog();
+        if (steps->DeleteBefore && window.AgreesToEmpty && !window.AgreesToEmpty(EmptyingQuestion(run))) {
             throw SequenceRun::Declined();
         }
         run.Plan(TitlesOf(*steps));

@@ -4,7 +4,7 @@
 #include "app/connectSource.h"
 #include "app/resultText.h"
 #include "core/modImport.h"
-#include "core/modMain.h"
+#include "sql/ownFile.h"
 
 #include <QScopeGuard>
 
@@ -45,6 +45,11 @@ QString ReachedText(const QVector<RunResult>& results) {
     return QStringLiteral("righe lette %1 su %2").arg(rows - notReached).arg(rows);
 }
 
+/// "tabella 'CF', Cd_CF 'X1': ...": the row under way, where there was one, and what happened to it.
+QString TextOf(const ErrorEntry& error) {
+    return error.rowKey.isEmpty() ? error.message : QString(error.rowKey + ": " + error.message);
+}
+
 } // namespace
 
 SequenceRun::SequenceRun(Session& session, const SequenceSettings& settings, const SequenceWindow& window)
@@ -56,6 +61,7 @@ SequenceRun::SequenceRun(Session& session, const SequenceSettings& settings, con
 
 SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<void()>& body) {
     const Operator::Busy busy(m_session.Person);
+    m_procedure = procedure;
     // Not through the settings file, where a sequence that is killed would leave it.
     m_session.DocumentsFrom = m_settings.from;
     const auto back = qScopeGuard([this] { m_session.DocumentsFrom = {}; });
@@ -81,7 +87,7 @@ SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<
         m_session.Errors.Monitoring(QStringLiteral("frmImport"), procedure);
         if (m_current >= 0 && Current().outcome == Outcome::NotReached) {
             Current().outcome = Outcome::Failed;
-            Current().message = m_session.Errors.Entries().last().message;
+            Current().message = TextOf(m_session.Errors.Entries().last());
             Guarded(m_session.Errors, QStringLiteral("frmImport"), procedure, false, [&] {
                 LogOutcome();
                 return true;
@@ -119,6 +125,7 @@ QStringList SequenceRun::Shortcomings() const {
         } else if (entry.outcome != Outcome::Done) {
             others.append(entry.step + ": " + entry.message);
         } else {
+            others += entry.isToBeRepeated ? QStringList(entry.step + ": " + entry.message) : QStringList();
             for (const RunResult& result : entry.results) {
                 if (const QString losses = LossesText(result); !losses.isEmpty()) {
                     others.append(entry.step + ": " + losses);
@@ -148,12 +155,42 @@ void SequenceRun::Log(const QString& message) {
     m_logStarted = true;
 }
 
+modMain::Company SequenceRun::FindCompany() const {
+    const auto companies = modMain::GetCompanies(m_session);
+    const auto those = [&](QString modMain::Company::*part) {
+        QVector<modMain::Company> found;
+        for (const modMain::Company& company : companies) {
+            if ((company.*part).trimmed().compare(m_settings.company, Qt::CaseInsensitive) == 0) {
+                found.append(company);
+            }
+        }
+        return found;
+    };
+    const auto named = those(&modMain::Company::name);
+    const auto found = named.isEmpty() ? those(&modMain::Company::code) : named;
+    if (found.isEmpty()) {
+        throw ImportError(
+            QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(m_settings.company, m_settings.file));
+    }
+    if (found.size() > 1) {
+        QStringList codes;
+        for (const modMain::Company& company : found) {
+            codes.append(company.code);
+        }
+        throw ImportError(QStringLiteral("l'azienda '%1' del file '%2' c'è più volte, con i codici %3: scrivere in "
+                                         "Azienda il codice di quella da caricare")
+                              .arg(m_settings.company, m_settings.file, codes.join(", ")));
+    }
+    return found.first();
+}
+
 void SequenceRun::SelectCompany() {
+    m_company = FindCompany();
     if (m_window.SelectCompany) {
-        m_window.SelectCompany(m_settings.company);
+        m_window.SelectCompany(m_company);
     }
     // The gate wants an origin; each source is selected when its turn comes.
-    const Choice choice{m_settings.company, {}, registry::Origins().front(), m_session.Errors.Action};
+    const Choice choice{m_company.name, m_company.code, registry::Origins().front(), m_session.Errors.Action};
     if (!CheckData(m_session, choice)) {
         throw ImportError(
             QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(m_settings.company, m_settings.file));
@@ -161,6 +198,14 @@ void SequenceRun::SelectCompany() {
     m_locks.push_back(std::make_unique<CompanyLock>(m_session, QStringList(m_session.UserManager.Azienda()), Work));
     m_runLog.emplace(m_session, Work);
     m_recorder.emplace(m_session, history::RunFacts{.work = Work});
+}
+
+void SequenceRun::CheckLog() const {
+    QFile file;
+    const QString trouble = ownFile::Open(file, m_settings.logFile, ownFile::Start::Append);
+    if (!trouble.isEmpty()) {
+        throw ImportError(QStringLiteral("Log '%1': %2").arg(m_settings.logFile, trouble));
+    }
 }
 
 void SequenceRun::LockAllCompanies() {
@@ -189,9 +234,12 @@ void SequenceRun::Begin(const QString& step) {
     m_progress->SetStep(step);
 }
 
-void SequenceRun::End(Outcome outcome, const QString& message) {
-    Current().outcome = outcome;
+void SequenceRun::End(Outcome outcome, const QString& message, const QStringList& lines) {
+    Current().outcome = outcome; // so it ended, also when the log can no longer be written
     Current().message = message;
+    for (const QString& line : lines) {
+        Log(line);
+    }
     if (outcome == Outcome::Cancelled) {
         throw Stopped(); // logged with how far the whole came
     }
@@ -232,8 +280,19 @@ const contract::Origin& SequenceRun::OriginOf(const QString& name) const {
 }
 
 void SequenceRun::WriteKeys(const QString& section, const QString& prefix) {
-    for (const auto& [key, value] : m_settings.sources.value(section)) {
-        modMain::SetAppConfig(m_session, ImportSection, prefix + key, value);
+    QVector<QPair<QString, QString>> before;
+    try {
+        for (const auto& [key, value] : m_settings.sources.value(section)) {
+            const QString old = m_session.Config.PeekAppConfig(ImportSection, prefix + key);
+            m_session.Config.SetAppConfig(ImportSection, prefix + key, value);
+            before.append({prefix + key, old});
+        }
+    } catch (Error& error) {
+        error.AddContext(QStringLiteral("le chiavi della sezione %1 non si possono scrivere").arg(section));
+        for (const auto& [key, value] : before) { // the server of one source with the database of another is none
+            m_session.Config.SetAppConfig(ImportSection, key, value);
+        }
+        throw;
     }
 }
 
@@ -246,10 +305,12 @@ bool SequenceRun::Connect(const QString& origin) {
         Log(QStringLiteral("Il file '%1' non ha la sezione %2").arg(m_settings.file, section));
         return false;
     }
-    WriteKeys(section);
     const Operator::Quiet quiet(m_session.Person);
-    const sourceSettings::OfOrigin written(m_session, {}); // what was just written holds
-    return ConnectSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
+    return Guarded(m_session.Errors, QStringLiteral("frmImport"), m_procedure, false, [&] {
+        WriteKeys(section);
+        const sourceSettings::OfOrigin written(m_session, {}); // what was just written holds
+        return ConnectSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
+    });
 }
 
 bool SequenceRun::ConnectQuietly(const QString& origin) {
@@ -257,9 +318,9 @@ bool SequenceRun::ConnectQuietly(const QString& origin) {
     if (!m_settings.sources.contains(section)) {
         return false;
     }
-    WriteKeys(section);
-    const sourceSettings::OfOrigin written(m_session, {}); // what was just written holds
     try {
+        WriteKeys(section);
+        const sourceSettings::OfOrigin written(m_session, {}); // what was just written holds
         const bool opened = OpenSource(m_session, OriginOf(origin)) == SourceOutcome::Opened;
         m_session.Source->Errors = nullptr; // nobody is asked about its failures
         return opened;
@@ -279,8 +340,12 @@ qint64 SequenceRun::Quietly(const QString& title, const std::function<qint64()>&
     }
 }
 
+const contract::Procedure* SequenceRun::Find(const QString& origin, const QString& procedure) const {
+    return ProcedureOf(OriginOf(origin), procedure);
+}
+
 void SequenceRun::Import(const QString& origin, const QString& procedure) {
-    const contract::Procedure* found = ProcedureOf(OriginOf(origin), procedure);
+    const contract::Procedure* found = Find(origin, procedure);
     if (found == nullptr) {
         const QString text = QStringLiteral("%1: la procedura \"%2\" non è disponibile in questa versione!")
                                  .arg(OriginOf(origin).module, procedure);
@@ -293,6 +358,10 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
     QString message;
     if (outcome == Outcome::Failed) {
         message = Current().results.last().errors.join(u'\n');
+        if (const auto errors = m_session.Errors.Since(m_errorsBefore);
+            !errors.isEmpty() && !errors.last().rowKey.isEmpty()) {
+            message = errors.last().rowKey + ": " + message;
+        }
         LogStatement();
     } else if (outcome == Outcome::Cancelled) {
         message = ReachedText(Current().results);
@@ -300,6 +369,7 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
                m_session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " +
                                                 m_session.Quadrix.GetFullTableName("ART_ICO")) == 0) {
         message = "l'azienda non ha articoli: importarli e ripetere il passo";
+        Current().isToBeRepeated = true;
     }
     End(outcome, message);
 }

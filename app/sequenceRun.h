@@ -23,9 +23,13 @@ public:
     Progress& Bar() { return *m_progress; }
     /// Writes a line into the log of the sequence; the first one starts it anew.
     void Log(const QString& message);
-    /// Takes the company of the settings under work. Raises `ImportError` when there is none of that name.
-    /// Nobody else works on it from then on. Raises `ImportError` when somebody does.
+    /// Takes the company of the settings under work. Raises `ImportError` when there is none of that name or code, and
+    /// when several have the name. Nobody else works on it from then on. Raises `ImportError` when somebody does.
     void SelectCompany();
+    /// "X01 Prova", the company under work.
+    QString CompanyName() const { return m_company.code + ' ' + m_company.name; }
+    /// Raises `ImportError` when the log cannot be written: before anything is deleted. What stands there stays.
+    void CheckLog() const;
     /// Keeps everybody else from work on any company from now on, for the tables that all share. The same.
     void LockAllCompanies();
     /// Adds steps behind those planned.
@@ -36,14 +40,18 @@ public:
     void SetWeights(const QMap<QString, qint64>& weights) { m_weights = weights; }
     /// Starts a step. Raises `Stopped` when the operator pressed cancel.
     void Begin(const QString& step);
-    /// Ends the step under way.
-    void End(SequenceEntry::Outcome outcome, const QString& message = {});
+    /// Ends the step under way. @param lines for the log, in front of how it ended
+    void End(SequenceEntry::Outcome outcome, const QString& message = {}, const QStringList& lines = {});
     /// Skips the step because of its source; the text is told at the end.
     void SkipNotConnected(const QString& text);
 
-    /// Writes the values of a source of the settings into section IMPORT, its keys with `prefix` in front.
+    /// The procedure of an origin; null when its module has none of that name. Raises `ImportError` for an origin that
+    /// the list lacks.
+    const contract::Procedure* Find(const QString& origin, const QString& procedure) const;
+    /// Writes the values of a source of the settings into section IMPORT, its keys with `prefix` in front: all, or
+    /// none. Raises `ImportError` when one cannot be written, as another source would be opened then.
     void WriteKeys(const QString& section, const QString& prefix = {});
-    /// Writes the keys of an origin and opens it as the session's source.
+    /// Writes the keys of an origin and opens it as the session's source; false when either failed, which is reported.
     bool Connect(const QString& origin);
     /// Opens it quietly, with the keys as they are; an error is logged. False when it cannot be opened.
     bool ConnectQuietly(const QString& origin);
@@ -57,6 +65,7 @@ public:
 private:
     void Conclude();
     QStringList Shortcomings() const;
+    modMain::Company FindCompany() const;
     void LogOutcome();
     void LogStatement();
     void RunProcedure(const contract::Procedure& procedure);
@@ -66,6 +75,8 @@ private:
     SequenceEntry& Current() { return m_result.entries[m_current]; }
 
     Session& m_session;
+    modMain::Company m_company; ///< under work
+    QString m_procedure;        ///< under which errors are reported
     std::vector<std::unique_ptr<CompanyLock>> m_locks;
     std::optional<RunLog> m_runLog;
     std::optional<history::Recorder> m_recorder;

@@ -267,7 +267,11 @@ void frmImport::cmdSequence_Click() {
     }
     const Running running(*this);
     SequenceWindow window;
-    window.SelectCompany = [this](const QString& name) { cmbAzienda->setCurrentIndex(cmbAzienda->findText(name)); };
+    window.SelectCompany = [this](const modMain::Company& company) {
+        const auto known = std::find_if(m_companies.cbegin(), m_companies.cend(),
+                                        [&](const modMain::Company& each) { return each.code == company.code; });
+        cmbAzienda->setCurrentIndex(known == m_companies.cend() ? -1 : static_cast<int>(known - m_companies.cbegin()));
+    };
     window.SelectOrigin = [this](const QString& name) {
         cmbOrigine->setCurrentIndex(cmbOrigine->findText(name, Qt::MatchFixedString));
     };

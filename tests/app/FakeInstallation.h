@@ -5,6 +5,14 @@
 #include "tests/support/files.h"
 #include "tests/support/TestTarget.h"
 
+inline QVector<SequenceEntry::Outcome> OutcomesOf(const SequenceResult& result) {
+    QVector<SequenceEntry::Outcome> outcomes;
+    for (const SequenceEntry& entry : result.entries) {
+        outcomes.append(entry.outcome);
+    }
+    return outcomes;
+}
+
 /// A target whose sequence runs over origins that note how they were called: each opens the SQLite file that the
 /// setting Databasename names.
 class FakeInstallation {
@@ -62,6 +70,7 @@ public:
     QStringList Calls;                                       ///< "procedure database"
     QHash<QString, RunResult::Outcome> Ends;                 ///< by procedure; `Done` for the others
     QHash<QString, qint64> GivenUp;                          ///< rows, by procedure
+    QSet<QString> LackArticles;                              ///< procedures that find no article
     QSet<QString> Unreachable;                               ///< names of databases
     std::function<void(const QString&)> Work = [](auto&) {}; ///< what a procedure does, by name
 
@@ -104,6 +113,9 @@ private:
         result.inserted -= result.givenUpCount;
         result.notReached = result.sourceRows - result.inserted - result.givenUpCount;
         result.errors = result.outcome == RunResult::Outcome::Failed ? QStringList("tabella rotta") : QStringList();
+        if (LackArticles.contains(procedure)) {
+            result.notes.Add("ARTICOLO NON TROVATO: riga 1: 'A'");
+        }
         session.Results.append(result);
     }
 

@@ -142,6 +142,9 @@ private slots:
         choice.companyCode = "Z99";
         QVERIFY(!CheckData(target.Get(), choice));
         QCOMPARE(CheckData(target.Get(), {"Altra l'Una", {}, &fake.Origin, ErrorAction::Abort}), false);
+        choice.companyCode.clear();
+        QVERIFY(!CheckData(target.Get(), choice));
+        QVERIFY(target.Person.Messages.last().text.contains("con i codici A01, X01"));
         QVERIFY(target.Person.Reported.isEmpty());
     }
 

@@ -12,16 +12,9 @@ namespace {
 
 using Outcome = SequenceEntry::Outcome;
 
-QVector<Outcome> OutcomesOf(const SequenceResult& result) {
-    QVector<Outcome> outcomes;
-    for (const SequenceEntry& entry : result.entries) {
-        outcomes.append(entry.outcome);
-    }
-    return outcomes;
-}
-
 } // namespace
 
+/// The first sequence, and what both share.
 class TestSequence : public QObject {
     Q_OBJECT
 
@@ -30,7 +23,7 @@ private slots:
         FakeInstallation fake;
         QStringList selected;
         SequenceWindow window;
-        window.SelectCompany = [&](const QString& name) { selected.append(name); };
+        window.SelectCompany = [&](const modMain::Company& company) { selected.append(company.name); };
         window.SelectOrigin = [&](const QString& name) { selected.append(name); };
         fake.Work = [&](const QString& procedure) {
             modImport::WriteImportLog(fake.Target.Get(), "Riga di " + procedure, true);
@@ -80,6 +73,12 @@ private slots:
         QFETCH(bool, company);
         QFETCH(bool, cam);
         FakeInstallation fake;
+        const QString CamFile = fake.Target.Folder.filePath("cam.db");
+        ovConnection products;
+        OpenEmbedded(products, CamFile)
+            .ExecuteScript("CREATE TABLE PRODUCTS (N INTEGER); INSERT INTO PRODUCTS VALUES (1), (2)");
+        fake.Target.Get().Config.SetAppConfig("IMPORT", "CAM_Database", CamFile);
+        fake.OriginOf("Lantek Expert 30").procedures.front().needs.reads = {{"PRODUCTS", {}}};
         fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
         fake.Target.Person.AnswerTo = {{sequenceQuestions::Empty, company}, {sequenceQuestions::EmptyCam, cam}};
         const SequenceResult result = fake.Run();
@@ -88,7 +87,15 @@ private slots:
         for (const ScriptedOperator::Asked& asked : std::as_const(fake.Target.Person.Questions)) {
             QCOMPARE(asked.style, Question::ExclamationNo);
         }
+        QCOMPARE(fake.Target.Person.Questions.first().details,
+                 "Azienda: X01 Prova Uno S.r.l.\nDatabase: " + fake.Target.Db().DatabaseName +
+                     "\nRighe che verranno eliminate: 1\n  X01_CON_TRO: 1");
+        QVERIFY2(!company || fake.Target.Person.Questions.last().details ==
+                                 "Database: " + CamFile + "\nRighe che verranno eliminate: 2\n  PRODUCTS: 2",
+                 qPrintable(fake.Target.Person.Questions.last().details));
         QVERIFY(!company || result.entries[0].message == "tabelle svuotate: 60, righe eliminate: 1");
+        QCOMPARE(fake.Log().value(0),
+                 QString(company ? "Inizio Svuotamento delle tabelle dell'azienda" : "Inizio Import Controparti Arca"));
         QCOMPARE(fake.Log().contains("Tabella X01_CON_TRO: svuotata (1 riga eliminata)"), company);
         QCOMPARE(fake.Calls.contains("SvuotaTabelleCam -"), company && cam);
         QCOMPARE(result.entries.size(), 5 + (company ? 1 : 0) + (company && cam ? 1 : 0));
@@ -144,14 +151,64 @@ private slots:
                                                                "Impossibile connettersi a Lantek 24 / AUTOMA!");
     }
 
+    /// Of a step whose keys cannot be written no other source is opened, and the keys stay as they were.
+    void keysThatCannotBeWritten_data() {
+        Columns<QString, QString, QString>("database", "step", "procedure");
+        Row("the source", "arca.db", "Import Controparti Arca", "ImportContropartiArcaEvolution");
+        Row("the second source", "automa.db", "Saldi di Magazzino da AUTOMA", "ImportInventarioAUTOMA");
+        Row("of the second sequence", "mexal.db", "Saldi di Magazzino Mexal", "ImportSaldiMEX");
+    }
+    void keysThatCannotBeWritten() {
+        QFETCH(QString, database);
+        QFETCH(QString, step);
+        QFETCH(QString, procedure);
+        FakeInstallation fake;
+        const QString ini = fake.Target.Folder.filePath("Sequence.ini");
+        QString text = QString::fromLatin1(ReadFile(ini)); // the settings are ANSI
+        WriteFile(ini, "\xef\xbb\xbf" +
+                           text.replace("Databasename=" + database, "Servername=S\nDatabasename=\u03a9.db").toUtf8());
+        fake.Target.Get().Config.SetAppConfig("IMPORT", "Servername", "PRIMA");
+        SequenceSteps steps;
+        steps.SaldiMEX = true;
+        const bool second = database == "mexal.db";
+        const SequenceResult result = second ? fake.Run2(steps) : fake.Run();
+        const auto entry = std::find_if(result.entries.cbegin(), result.entries.cend(),
+                                        [&step](const SequenceEntry& each) { return each.step == step; });
+        QVERIFY(entry != result.entries.cend());
+        QCOMPARE(entry->outcome, Outcome::NotConnected);
+        QVERIFY2(entry->message.contains("Quadrix.ini"), qPrintable(entry->message));
+        QCOMPARE(fake.Calls.filter(procedure), QStringList());
+        QCOMPARE(fake.Calls.size(), second ? 0 : 4);
+        QVERIFY(!second || fake.Setting("Servername") == "PRIMA");
+    }
+
+    /// A step that has written nothing for want of the articles is no good end.
+    void stepsToBeRepeatedAreTold() {
+        FakeInstallation fake;
+        fake.LackArticles = {"ImportInventarioAUTOMA"};
+        const SequenceResult result = fake.Run();
+        QCOMPARE(result.HowItEnded(), Ending::Incomplete);
+        QCOMPARE(
+            fake.Target.Person.Messages.last().text,
+            QString("Importazione terminata, ma non tutto è riuscito:\nSaldi di Magazzino da AUTOMA: l'azienda non "
+                    "ha articoli: importarli e ripetere il passo"));
+    }
+
     void goesOnAfterAFailure() {
         FakeInstallation fake;
+        fake.Work = [&](const QString& procedure) {
+            if (procedure == "ImportDocumentiLantek24") {
+                const ovErrors::Row row(fake.Target.Get().Errors, "riga 7");
+                Guarded(fake.Target.Get().Errors, "modImport", procedure, false,
+                        []() -> bool { throw ImportError("tabella rotta"); });
+            }
+        };
         fake.Ends["ImportDocumentiLantek24"] = RunResult::Outcome::Failed;
         const SequenceResult result = fake.Run();
         QCOMPARE(fake.Calls.size(), 5);
         QCOMPARE(result.outcome, RunResult::Outcome::Failed);
         QCOMPARE(result.entries[1].outcome, Outcome::Failed);
-        QCOMPARE(result.entries[1].message, QString("tabella rotta"));
+        QCOMPARE(result.entries[1].message, QString("riga 7: tabella rotta"));
         QCOMPARE(fake.Target.Person.Messages.last().icon, Icon::Exclamation);
         QVERIFY(fake.Target.Person.Messages.last().text.contains("tabella rotta"));
     }
@@ -231,221 +288,37 @@ private slots:
         QVERIFY(!fake.Target.Get().Source);
     }
 
-    void stopsWithoutItsCompany() {
+    /// What it lacks is told before anything is asked or deleted.
+    void stopsBeforeItsQuestion_data() {
+        Columns<QString, QString, QString>("company", "log", "told");
+        Row("no such company", "Altra", "mig.log", "'Altra'");
+        Row("two of one name", "Prova Uno S.r.l.", "mig.log", "con i codici X01, X02");
+        Row("a log that cannot be written", "X02", "manca/mig.log", "manca/mig.log");
+    }
+    void stopsBeforeItsQuestion() {
+        QFETCH(QString, company);
+        QFETCH(QString, log);
+        QFETCH(QString, told);
         FakeInstallation fake;
-        fake.WriteIni("[SEQUENCE]\nAzienda=Altra\n");
+        fake.Target.AddCompany("X02", "Prova Due");
+        fake.Target.Execute("UPDATE SYS_AZI SET AZRAS = 'Prova Uno S.r.l.' WHERE CDAZI = 'X02'");
+        fake.WriteIni("[SEQUENCE]\nAzienda=" + company + "\nLogFile=" + log + "\n");
         const SequenceResult result = fake.Run();
         QCOMPARE(result.outcome, RunResult::Outcome::Failed);
         QVERIFY(fake.Calls.isEmpty());
         QVERIFY(fake.Target.Person.Questions.isEmpty());
-        QVERIFY(fake.Target.Person.Reported.last().message.contains("'Altra'"));
-        QCOMPARE(fake.Target.Person.Reported.last().procedure, QString("Sequence"));
+        const ErrorEntry& reported = fake.Target.Person.Reported.last();
+        QVERIFY2(reported.message.contains(told), qPrintable(reported.message));
+        QCOMPARE(reported.procedure, QString("Sequence"));
     }
 
-    void runsTheChosenSteps() {
+    void takesItsCompanyByCode() {
         FakeInstallation fake;
-        SequenceSteps steps;
-        for (const SequenceChoice& choice : SequenceChoices()) {
-            steps.*choice.step = choice.step != &SequenceSteps::DeleteBefore;
-        }
-        const SequenceResult result = fake.Run2(steps);
-        QCOMPARE(result.outcome, RunResult::Outcome::Done);
-        QCOMPARE(fake.Calls, QStringList({"ImportContropartiMEX mexal.db", "ImportDistinteTessera tessera.db",
-                                          "ImportOrdCliTessera tessera.db", "ImportDistinteVSP vs.db",
-                                          "ImportDocumentiMEX mexal.db", "ImportDocVenVSP vs.db",
-                                          "ImportDocAcqVSP vs.db", "ImportSaldiMEX mexal.db", "ImportSaldiVSP vs.db",
-                                          "ImportUbicazioniMEX mexal.db", "ImportUbicazioniVSP vs.db"}));
-        QStringList labels{"[Calcolo records]"};
-        for (const SequenceEntry& entry : result.entries) {
-            labels.append('[' + entry.step + ']');
-        }
-        labels.append("[Fine Importazione]");
-        QCOMPARE(fake.Log().filter(QRegularExpression("^\\[")), labels);
-        QCOMPARE(fake.Target.Person.Progresses.front().captions.first(),
-                 QString("Importazione in corso Lancio Sequenza di Importazione..."));
-    }
-
-    void skipsTheStepsOfALostSource() {
-        FakeInstallation fake;
-        fake.Unreachable = {"vs.db"};
-        SequenceSteps steps;
-        steps.DistinteVSP = true;
-        steps.SaldiMEX = true;
-        const SequenceResult result = fake.Run2(steps);
-        QCOMPARE(OutcomesOf(result), QVector<Outcome>({Outcome::NotConnected, Outcome::Done}));
-        QCOMPARE(fake.Target.Person.Messages.size(), 1);
-        QVERIFY(fake.Target.Person.Messages[0].text.contains("Impossibile connettersi a Visual Sapce! server spento"));
-        QVERIFY(fake.Target.Person.Reported.isEmpty());
-    }
-
-    /// One that empties what all companies share keeps everybody away, any other one those of its company.
-    void refusesACompanyUnderWork_data() {
-        Columns<QString, bool, bool>("locked", "empties", "runs");
-        Row("its own", QString("X01"), false, false);
-        Row("another one", QString("X02"), false, true);
-        Row("another one, and what all share goes", QString("X02"), true, false);
-    }
-    void refusesACompanyUnderWork() {
-        QFETCH(QString, locked);
-        QFETCH(bool, empties);
-        QFETCH(bool, runs);
-        FakeInstallation fake;
-        fake.Target.AddCompany("X02", "Prova Due S.p.A.");
-        ovConnection other;
-        OpenEmbedded(other, fake.Target.Db().DatabaseName);
-        QVERIFY(other.TakeLock(locked, "anna (PC-1)"));
-        SequenceSteps steps;
-        steps.DeleteBefore = empties;
-        steps.SaldiMEX = true;
-        QCOMPARE(fake.Run2(steps).outcome, runs ? RunResult::Outcome::Done : RunResult::Outcome::Failed);
-        QCOMPARE(fake.Calls.size(), runs ? 1 : 0);
-        QCOMPARE(fake.Target.Person.Reported.size(), runs ? 0 : 1);
-    }
-
-    void emptiesAndSwitchesTriggersOnAgain_data() {
-        Columns<RunResult::Outcome>("end");
-        Row("to the end", RunResult::Outcome::Done);
-        Row("cancelled", RunResult::Outcome::Cancelled);
-        Row("failed", RunResult::Outcome::Failed);
-    }
-    void emptiesAndSwitchesTriggersOnAgain() {
-        QFETCH(RunResult::Outcome, end);
-        FakeInstallation fake;
-        TestTarget& target = fake.Target;
-        target.Execute("CREATE TABLE FIRED (N INTEGER)");
-        target.Execute("CREATE TRIGGER TR_COM AFTER INSERT ON X01_ORD_COM BEGIN INSERT INTO FIRED VALUES (1); END");
-        target.Execute("INSERT INTO X01_CON_SED (CDCON) VALUES ('1')");
-        target.Execute("INSERT INTO X01_DIS_FAS (DLSEQ) VALUES (10)");
-        target.Execute("INSERT INTO GEN_DIS_FAS DEFAULT VALUES");
-        fake.Ends["ImportSaldiMEX"] = end;
-        QString firedWithin;
-        fake.Work = [&](const QString&) {
-            target.Execute("INSERT INTO X01_ORD_COM (OCQTA) VALUES (1)");
-            firedWithin = target.Value("SELECT COUNT(*) FROM FIRED");
-        };
-        SequenceSteps steps;
-        steps.DeleteBefore = true;
-        steps.SaldiMEX = true;
-        const SequenceResult result = fake.Run2(steps);
-        QCOMPARE(result.outcome, end);
-        QCOMPARE(firedWithin, QString("0"));
-        target.Execute("INSERT INTO X01_ORD_COM (OCQTA) VALUES (2)");
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM FIRED"), QString("1"));
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DIS_FAS"), QString("0"));
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM GEN_DIS_FAS"), QString("0"));
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_CON_SED"), QString("1")); // not of the list
-        QVERIFY(fake.Log().contains("[Reset Tabelle]"));
-        QVERIFY(fake.Log().contains("[Reset Tabella GEN_DIS_FAS]"));
-    }
-
-    void switchesTheOtherTriggersOnAgain_data() {
-        Columns<RunResult::Outcome>("end");
-        Row("to the end", RunResult::Outcome::Done);
-        Row("failed", RunResult::Outcome::Failed);
-    }
-    void switchesTheOtherTriggersOnAgain() {
-        QFETCH(RunResult::Outcome, end);
-        FakeInstallation fake;
-        TestTarget& target = fake.Target;
-        target.Execute("CREATE TABLE FIRED (N INTEGER)");
-        for (const QString table : {"ORD_COM", "ORD_FAS", "ORD_PRO"}) {
-            target.Execute("CREATE TRIGGER TR_" + table + " AFTER INSERT ON X01_" + table +
-                           " BEGIN INSERT INTO FIRED VALUES (1); END");
-        }
-        fake.Ends["ImportSaldiMEX"] = end;
-        fake.Work = [&](const QString&) {
-            target.Execute("DROP TABLE X01_ORD_COM");
-            target.Execute("DROP TABLE X01_ORD_FAS");
-        };
-        SequenceSteps steps;
-        steps.DeleteBefore = true;
-        steps.SaldiMEX = true;
-        const SequenceResult result = fake.Run2(steps);
-        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
-        for (const QString table : {"X01_ORD_COM", "X01_ORD_FAS"}) {
-            const QString told = "I trigger di " + table + " sono rimasti disattivati";
-            QVERIFY2(!target.Person.Events.filter(told).isEmpty(), qPrintable(target.Person.Events.join('\n')));
-        }
-        target.Execute("INSERT INTO X01_ORD_PRO DEFAULT VALUES");
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM FIRED"), QString("1"));
-    }
-
-    void putsRightWhatWasImported() {
-        FakeInstallation fake;
-        TestTarget& target = fake.Target;
-        for (const QString statement :
-             {"INSERT INTO X01_DOC_VEN (DTNUM) VALUES (1)", "INSERT INTO X01_DOC_VEN (DTNUM) VALUES (2)",
-              "INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (1, 1)",
-              "INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (9, 2)", "INSERT INTO X01_DOC_ACQ (DTNUM) VALUES (3)",
-              "INSERT INTO X01_DOC_CTR (IDTES) VALUES (7)"}) {
-            target.Execute(statement);
-        }
-        // A top, its part with a bill of its own, two raw parts, one of a class that stays, and one of no bill.
-        for (const QString article : {"TOP", "SEMI", "RAW", "KEEP", "ALONE"}) {
-            target.Execute("INSERT INTO X01_ART_ICO (CDART, ARCLA) VALUES ('" + article + "', 'XX')");
-        }
-        target.Execute("UPDATE X01_ART_ICO SET ARCLA = 'CL' WHERE CDART = 'KEEP'");
-        target.Execute("UPDATE X01_ART_ICO SET ARCLA = NULL WHERE CDART = 'RAW'");
-        target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBREI, DBMAN) VALUES ('TOP', 0, 5, 0)");
-        target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBREI, DBMAN) VALUES ('TOP', 2, 3, 0)");
-        target.Execute("INSERT INTO X01_DIS_BAS (DBART, DBREV, DBMAN) VALUES ('SEMI', 1, 0)");
-        for (const QString part : {"SEMI", "RAW", "KEEP"}) {
-            target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES ('" + part + "')");
-        }
-        target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES (NULL)");
-        SequenceSteps steps;
-        steps.Query = true;
-        QCOMPARE(fake.Run2(steps).outcome, RunResult::Outcome::Done);
-        QCOMPARE(target.Rows("SELECT DTNUM FROM X01_DOC_VEN"), QStringList("1"));
-        QCOMPARE(target.Rows("SELECT DRNUM FROM X01_DOC_VER"), QStringList("1"));
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_ACQ"), QString("0"));
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_DOC_CTR"), QString("0"));
-        QCOMPARE(target.Rows("SELECT CDART, ARCLA, ARDBA, ARDRV, ARDRI FROM X01_ART_ICO ORDER BY CDART"),
-                 QStringList({"ALONE|XX|NULL|NULL|NULL", "KEEP|CL|NULL|NULL|NULL", "RAW|CM|NULL|NULL|NULL",
-                              "SEMI|SL|SEMI|1|NULL", "TOP|PF|TOP|2|3"}));
-        QCOMPARE(target.Rows("SELECT DBART, DBMAN FROM X01_DIS_BAS ORDER BY RECORD_ID"),
-                 QStringList({"TOP|true", "TOP|true", "SEMI|false"}));
-    }
-
-    /// Before the tables are emptied it is told which company's, and how much goes.
-    void asksBeforeEmptying_data() {
-        Columns<bool>("agrees");
-        Row("agreed", true);
-        Row("declined", false);
-    }
-    void asksBeforeEmptying() {
-        QFETCH(bool, agrees);
-        FakeInstallation fake;
-        fake.Target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('A'), ('B')");
-        fake.Target.Execute("INSERT INTO GEN_DIS_FAS DEFAULT VALUES");
-        QString asked;
-        SequenceWindow window;
-        window.LanciaSequenza = [] {
-            SequenceSteps steps;
-            steps.DeleteBefore = true;
-            return std::optional(steps);
-        };
-        window.AgreesToEmpty = [&](const QString& question) {
-            asked = question;
-            return agrees;
-        };
-        const SequenceResult result = Sequence2(fake.Target.Get(), fake.Settings(), window);
-        QVERIFY2(asked.contains("26 tabelle dell'azienda X01 Prova Uno S.r.l. e 4 comuni") &&
-                     asked.contains("in tutto 3 righe"),
-                 qPrintable(asked));
-        QCOMPARE(result.outcome, agrees ? RunResult::Outcome::Done : RunResult::Outcome::Cancelled);
-        QCOMPARE(fake.Target.Value("SELECT COUNT(*) FROM X01_ART_ICO"), QString(agrees ? "0" : "2"));
-        QVERIFY(!agrees || result.entries[0].message == "tabelle svuotate: 30, righe eliminate: 3");
-    }
-
-    void declines() {
-        FakeInstallation fake;
-        SequenceWindow window;
-        window.LanciaSequenza = [] { return std::optional<SequenceSteps>(); };
-        const SequenceResult result = Sequence2(fake.Target.Get(), fake.Settings(), window);
-        QCOMPARE(result.outcome, RunResult::Outcome::Cancelled);
-        QVERIFY(result.entries.isEmpty());
-        QVERIFY(fake.Target.Person.Messages.isEmpty());
+        fake.Target.AddCompany("X02", "Prova Due");
+        fake.WriteIni("[SEQUENCE]\nAzienda=x02\n");
+        fake.Run();
+        QCOMPARE(fake.Target.Get().UserManager.Azienda(), QString("X02"));
+        QCOMPARE(fake.Target.Person.Questions.size(), 1);
     }
 
     void readsItsSettings_data() {
