@@ -38,12 +38,21 @@ QStringList ChosenNames(const ResetOptions& options) {
     return chosen;
 }
 
+/// What is asked: the tables of the system are those of every company, as their caption says.
+QString ChosenCaptions(const ResetOptions& options) {
+    QStringList chosen;
+    for (const ResetChoice& choice : ResetChoices()) {
+        chosen += options.*choice.option ? QStringList(choice.caption) : QStringList();
+    }
+    return chosen.join(QStringLiteral(", "));
+}
+
 Report Reset(Context& context) {
     const ResetOptions options = OptionsFrom(context.options);
     const QString company = TakeCompanyToEmpty(context);
     const QStringList kinds = ChosenNames(options);
     RequireYes(context.options,
-               QStringLiteral("Si eliminano dall'azienda %1: %2").arg(company, kinds.join(QStringLiteral(", "))));
+               QStringLiteral("Si eliminano dall'azienda %1: %2").arg(company, ChosenCaptions(options)));
     Report report = EmptyingReport(ResetDatabase(context.session, options));
     report.json["kinds"] = QJsonArray::fromStringList(kinds);
     return report;

@@ -131,13 +131,16 @@ void frmReset::ShowOptions() {
 
 bool frmReset::SelectOptions() { return exec() == Accepted; }
 
-/// Company and number of rows that the boxes ticked delete, as far as they are counted.
+/// Company and number of rows that the boxes ticked delete; those of tables that cannot be counted come on top.
 QString frmReset::WhatGoes() const {
     qint64 rows = 0;
     for (const auto& [option, count] : m_rows) {
         rows += m_options.*option ? count : 0;
     }
-    return "Azienda " + m_company + ": " + RowsText(rows);
+    const bool atLeast = std::any_of(ResetGroups().begin(), ResetGroups().end(), [this](const ResetGroup& group) {
+        return m_options.*group.option && RowsBehind(m_rows, group.option).isEmpty();
+    });
+    return "Azienda " + m_company + ": " + (atLeast ? "almeno " : "") + RowsText(rows);
 }
 
 void frmReset::cmdOk_Click() {

@@ -29,7 +29,9 @@ private slots:
         Columns<QStringList, QString>("arguments", "told");
         Row("reset unconfirmed", QStringList{"reset", "--company", "X01", "--kind", "docven"}, "--yes");
         Row("reset tells what goes along", QStringList{"reset", "--company", "X01", "--kind", "docven"},
-            "rilevamenti, ordprod, prevprod, docven");
+            "Rilevamenti di produzione, Ordini di produzione, Preventivi di produzione, Documenti di vendita");
+        Row("reset tells what all companies share", QStringList{"reset", "--company", "X01", "--kind", "systemtable"},
+            "Tabelle di sistema (di tutte le aziende)");
         Row("reset of nothing", QStringList{"reset", "--company", "X01", "--yes"}, "--kind");
         Row("reset of an unknown kind", QStringList{"reset", "--company", "X01", "--kind", "tutto", "--yes"}, "anaart");
         Row("truncate unconfirmed", QStringList{"truncate", "--company", "X01"}, "--yes");

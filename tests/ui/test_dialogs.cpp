@@ -194,8 +194,13 @@ private slots:
         };
         dialog.findChild<QCheckBox*>("chkAnaCon")->click();
         dialog.cmdOk_Click();
-        QCOMPARE(details, QString("Azienda DEM Prova: 6.452 righe"));
+        QCOMPARE(details, QString("Azienda DEM Prova: almeno 6.452 righe")); // the documents are not counted
         QCOMPARE(byDefault, QString("cmdNo"));
+        for (const char* name : {"chkAnaCon", "chkDocAcq", "chkRilevamenti", "chkPrevProd", "chkMaga"}) {
+            dialog.findChild<QCheckBox*>(name)->click();
+        }
+        dialog.cmdOk_Click();
+        QCOMPARE(details, QString("Azienda DEM Prova: 1 riga"));
     }
 
     // --- Sequence ---
