@@ -3,6 +3,7 @@
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/variantText.h"
 
 #include <QMap>
 #include <QSet>
@@ -29,8 +30,7 @@ const QMap<QString, QString>& ExternalColumns() {
 
 /// A code as a literal. A code that happens to be "Null" is one like any other.
 QString Quoted(const Session& session, const QString& text) {
-    const QString literal = FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
-    return literal.startsWith(u'\'') ? literal : QString(u'\'' + text + u'\'');
+    return FormatSqlValue(TextAsIs(text), DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
 /// Key of a translation in the memory: one text for the three, compared without case.
@@ -54,7 +54,7 @@ void AddMissing(Session& session, const QString& table, const QString& field, co
     query.SetTable(QStringLiteral("SYS_IMP"));
     query.AddUpdateField(QStringLiteral("TBNAM"), table, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("TBFLD"), field, DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("TBOLD"), Quoted(session, oldCode), DataType::Expression);
+    query.AddUpdateField(QStringLiteral("TBOLD"), TextAsIs(oldCode), DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("TBNEW"), QString(QLatin1String("")), DataType::NVarChar);
     session.Quadrix.Execute(query.MakeStatement(StatementKind::Insert));
 }
@@ -81,7 +81,8 @@ void NoteUntranslated(Session& session, const QString& table, const QString& fie
     }
 }
 
-/// The translation that SYS_IMP holds; none without a row.
+/// The translation that SYS_IMP holds, empty for blanks alone, which is how a column of a fixed length gives an empty
+/// text; none without a row.
 std::optional<QString> Find(Session& session, const QString& table, const QString& field, const QString& oldCode) {
     if (session.Quadrix.IsAbsent(QStringLiteral("SYS_IMP"), QStringLiteral("TBOLD"), oldCode)) {
         return std::nullopt;
@@ -94,8 +95,11 @@ std::optional<QString> Find(Session& session, const QString& table, const QStrin
     query += u" AND\r      TBOLD = ";
     query += SqlText::Of(Quoted(session, oldCode));
     const Recordset rows = session.Quadrix.ExecuteWC(query);
-    return rows.Eof() ? std::nullopt
-                      : std::optional(mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString());
+    if (rows.Eof()) {
+        return std::nullopt;
+    }
+    const QString newCode = mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString();
+    return newCode.trimmed().isEmpty() ? QString() : newCode;
 }
 
 QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,

@@ -1,6 +1,7 @@
 #include "core/qdxProduction_articles.h"
 
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 namespace qdxProduction {
 
@@ -11,7 +12,7 @@ const QString CodeColumn = QStringLiteral("CDART");
 
 QString OfCode(const Session& session, const QString& code) {
     return QStringLiteral("WHERE CDART = ") +
-           mod_ovTools::FormatSqlValue(code, DataType::NVarChar, session.Quadrix.ProviderType);
+           mod_ovTools::FormatSqlValue(TextAsIs(code), DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
 } // namespace

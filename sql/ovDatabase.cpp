@@ -1,6 +1,7 @@
 #include "sql/ovDatabase.h"
 
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 namespace {
 
@@ -74,7 +75,7 @@ SqlText SelectBy(const ovDatabase& database, const QString& table, const QString
     query += u" WHERE ";
     query += keyColumn;
     query += u" = ";
-    return query.Add(key, type);
+    return query.Add(TextAsIs(key), type);
 }
 
 } // namespace

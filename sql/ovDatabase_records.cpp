@@ -2,6 +2,7 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ovDatabase.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/variantText.h"
 
 #include <QFile>
 #include <QImage>
@@ -12,7 +13,7 @@ using mod_ovTools::FormatSqlValue;
 bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
                                       const QString& text, const QString& language) {
     const auto quoted = [this](const QString& value) {
-        return FormatSqlValue(value, DataType::NVarChar, GetProviderType());
+        return FormatSqlValue(TextAsIs(value), DataType::NVarChar, GetProviderType());
     };
     const QString where = QStringLiteral("WHERE LNTBL = ") + quoted(fullTableName) + QStringLiteral(" AND LNFLD = ") +
                           quoted(column) + QStringLiteral(" AND LNKEY = ") + quoted(key) +
@@ -20,7 +21,7 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     ovQueryConstructor query;
     query.ProviderType = GetProviderType();
     query.SetTable(QStringLiteral("SYS_LNG"));
-    query.AddUpdateField(QStringLiteral("LNTXT"), text, DataType::NText);
+    query.AddUpdateField(QStringLiteral("LNTXT"), TextAsIs(text), DataType::NText);
     const QString which = fullTableName + u'\n' + column + u'\n' + language;
     auto texts = m_newTexts.find(key);
     if (texts == m_newTexts.end() && IsAbsent(QStringLiteral("SYS_LNG"), QStringLiteral("LNKEY"), key)) {
@@ -36,7 +37,7 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
     }
     query.AddUpdateField(QStringLiteral("LNTBL"), fullTableName, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNFLD"), column, DataType::NVarChar);
-    query.AddUpdateField(QStringLiteral("LNKEY"), key, DataType::NVarChar);
+    query.AddUpdateField(QStringLiteral("LNKEY"), TextAsIs(key), DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
     InsertRow(query);
     if (texts != m_newTexts.end()) {

@@ -13,6 +13,13 @@ inline QStringView ViewText(const QVariant& value, QString& storage) {
     return storage;
 }
 
+/// A value as it is: the rules of `mod_ovTools::FormatSqlValue` take the text "Null" for Null, but not such bytes.
+inline QVariant TextAsIs(const QVariant& value) {
+    const bool isWord =
+        value.typeId() == QMetaType::QString && *static_cast<const QString*>(value.constData()) == u"Null";
+    return isWord ? QVariant(QByteArrayLiteral("Null")) : value;
+}
+
 /// Whether a value holds a number of its own kind, not a text that may be read as one.
 inline bool HoldsNumber(const QVariant& value) {
     switch (value.typeId()) {

@@ -28,6 +28,7 @@ private slots:
         Row("empty code has none", "TAB_MOP", "CDMOP", "", "");
         Row("quotes", "TAB_MOP", "CDMOP", "O'K", "Q1");
         Row("Null is empty", "TAB_MOP", "CDMOP", "NULLO", "");
+        Row("blanks are empty", "TAB_MOP", "CDMOP", "BIANCO", "");
     }
     void getNewCode() {
         TestTarget target;
@@ -35,12 +36,13 @@ private slots:
         AddTranslation(target, "ABCDEFGHIJKLMNOPQRST", "ABCDEFGHIJKLMNOPQRST", "A", "'B'");
         AddTranslation(target, "TAB_MOP", "CDMOP", "O''K", "'Q1'");
         AddTranslation(target, "TAB_MOP", "CDMOP", "NULLO", "NULL");
+        AddTranslation(target, "TAB_MOP", "CDMOP", "BIANCO", "'   '");
         AddTranslation(target, "TAB_MOP", "CDMOP", "", "'XX'");
         QFETCH(QString, table);
         QFETCH(QString, field);
         QFETCH(QString, oldCode);
         QTEST(GetNewCode(target.Get(), table, field, oldCode, false), "newCode");
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("5"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("6"));
     }
 
     void firstMatchStaysForTheRun() {

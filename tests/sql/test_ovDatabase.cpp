@@ -37,6 +37,9 @@ private slots:
         QCOMPARE(db.GetDbValue("CON_TRO", "COSCO", 12.5, "CDCON"), QVariant("000009"));
         QVERIFY(db.CheckExistValue("CON_TRO", "CORAS", "ROSSI")); // case does not matter, as on SQL Server
         QVERIFY(!db.CheckExistValue("CON_TRO", "CORAS", "Bianchi"));
+        db.Execute("INSERT INTO TAB_IVA (CDIVA, IVDES) VALUES ('022', 'Null')");
+        QVERIFY(db.CheckExistValue("TAB_IVA", "IVDES", "Null")); // a text like any other
+        QCOMPARE(db.GetDbValue("TAB_IVA", "IVDES", "Null", "CDIVA"), QVariant("022"));
         QVERIFY(db.CheckExistValue("CON_TRO", "COSCO", "12,5", DataType::Double));
         QVERIFY(ErrorOf<SqlError>([&] { db.GetDbValue("CON_TRO", "NOCOL", "1", "CORAS"); }));
     }

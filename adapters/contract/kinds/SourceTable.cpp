@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/SourceTable.h"
 
 #include "sql/statementTokens.h"
+#include "sql/variantText.h"
 
 #include <QSet>
 
@@ -207,7 +208,7 @@ SqlText ChildTable::QueryOf(Session& session, const SourceRow& parent) const {
             query += u" IS NULL";
         } else {
             query += u" = ";
-            query.Add(value, TypeOf(value));
+            query.Add(TextAsIs(value), TypeOf(value));
         }
     }
     if (!where.isEmpty()) {

@@ -7,6 +7,7 @@
 #include "core/runEnding.h"
 #include "core/Trial.h"
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 namespace contract {
 
@@ -339,7 +340,7 @@ void ImportRun::Log(const QString& message) { modImport::LogNote(m_session, mess
 void ImportRun::AppendToLog(const QString& line) { modImport::WriteImportLog(m_session, line, false); }
 
 QString ImportRun::Quoted(const QString& text) const {
-    return mod_ovTools::FormatSqlValue(text, DataType::NVarChar, m_session.Quadrix.ProviderType);
+    return mod_ovTools::FormatSqlValue(TextAsIs(text), DataType::NVarChar, m_session.Quadrix.ProviderType);
 }
 
 QString ImportRun::OnlyCode(const QString& lead, const QString& column, const QString& code) const {

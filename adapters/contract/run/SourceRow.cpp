@@ -1,6 +1,7 @@
 #include "adapters/contract/run/SourceRow.h"
 
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 namespace contract {
 
@@ -80,7 +81,7 @@ DataType TypeOf(const QVariant& value) {
 }
 
 QString LiteralOf(const ovConnection& source, const QVariant& value) {
-    return mod_ovTools::FormatSqlValue(value, TypeOf(value), source.ProviderType);
+    return mod_ovTools::FormatSqlValue(TextAsIs(value), TypeOf(value), source.ProviderType);
 }
 
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
