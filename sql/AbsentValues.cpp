@@ -1,5 +1,6 @@
 #include "sql/AbsentValues.h"
 
+#include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/text/writtenParts.h"
 
@@ -17,8 +18,14 @@ constexpr int AskedBefore = 100;
 constexpr quint64 FilterBits = quint64(1) << 23;
 constexpr quint64 WordBits = 64;
 
-/// As columns of texts compare: without the case of plain letters.
-QByteArray Folded(const QString& text) { return text.toUtf8().toUpper(); }
+/// Without case: what a column may take for the same text is the same here.
+QByteArray Folded(const QString& text) { return mod_ovTools::UpperChars(text).toUtf8(); }
+
+/// The same of a text in UTF-8, which may lie in memory of somebody else.
+QByteArray Folded(const QByteArray& text) {
+    const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<uchar>(c) < 128; });
+    return isPlain ? QByteArray(text.constData(), text.size()).toUpper() : Folded(QString::fromUtf8(text));
+}
 
 bool IsSameName(const QString& left, const QString& right) {
     return left.size() == right.size() && left.compare(right, Qt::CaseInsensitive) == 0;
@@ -240,7 +247,7 @@ void AbsentValues::Take(const Written& written, const StatementShape::Value* val
     if (value == nullptr || (!value->IsText() && value->kind != StatementShape::Value::Kind::Null)) {
         column.Unclear();
     } else if (value->IsText()) {
-        const QByteArray text = QByteArray(value->bytes.constData(), value->bytes.size()).toUpper(); // which stays
+        const QByteArray text = Folded(value->bytes);
         if (!column.filter.empty()) {
             column.Add(text);
         }

@@ -76,6 +76,7 @@ private slots:
         Row("DateText, another format", DateText("dd/MM/yyyy"), "'2023-01-02' A", "non è una data scritta dd/MM/yyyy");
         Row("Day", Day(), "'domani' A", "'domani' non è una data");
         Row("Implied, with a point", Implied(2), "'12.5' A", "'12.5' non è un numero intero");
+        Row("Implied, with an exponent", Implied(2), "'1E3' A", "'1E3' non è un numero intero");
         Row("NotZero", NotZero(), "'dieci' A", "'dieci' non è un numero");
         Row("UnitFactor, another operator", UnitFactor(), "'+' A, 2 B", "'+' non è né * né /");
         Row("CustomerOf", CustomerOf(), "'C9' A", "nessuna controparte ha il codice cliente 'C9'");
@@ -179,6 +180,9 @@ private:
         Row("Digits, not whole", ThreeDigits(), "'1.5' A", "1.5");
         Row("Digits, negative", ThreeDigits(), "'-1' A", "-1");
         Row("Digits, no number", ThreeDigits(), "'EST' A", "EST");
+        Row("Digits, with a fraction of nothing", ThreeDigits(), "'7,0' A", "007");
+        Row("Digits, a code like a number", ThreeDigits(), "'1E1' A", "1E1");
+        Row("Digits, more than a number has", Digits(5), "'123456789012345678901' A", "123456789012345678901");
         Row("WithoutBlanks", WithoutBlanks(), "'IT60 X030 6905' A", "IT60X0306905");
         Row("CodeAndText", CodeAndText(9), "'Vite' A", "K1 - Vite");
         Row("CodeAndText, cut", CodeAndText(6), "'Vite' A", "K1 - V");

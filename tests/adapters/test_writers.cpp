@@ -1,3 +1,4 @@
+#include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TriggersOff.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/Counterparty.h"
@@ -46,7 +47,10 @@ private slots:
         Row("whole number", "DIS_COM", "DCPOS", QVariant("1.5"), "'1.5' non è un numero intero");
         Row("whole number, of a source that counts in doubles", "DIS_COM", "DCPOS", QVariant(0.5),
             "'0.5' non è un numero intero");
+        Row("a code like a number", "DOC_VEN", "DTNUM", QVariant("1E3"), "'1E3' non è un numero intero");
         Row("large", "DOC_VER", "DRNUM", QVariant("3000000000"), "'3000000000' è un numero troppo grande");
+        Row("larger", "DOC_VEN", "DTNUM", QVariant("9223372036854775808"),
+            "'9223372036854775808' è un numero troppo grande");
         Row("date", "CON_TRO", "COINV", QVariant("31/02/2024"), "'31/02/2024' non è una data");
         Row("column", "CON_TRO", "COXXX", QVariant(1), "la colonna 'CON_TRO.COXXX' non è nello schema");
     }
@@ -136,15 +140,16 @@ private slots:
     void rowsHoldWhatFits() {
         Written target;
         TargetRow row(target.Run, "DOC_VER");
-        row.Set("DRNUM", "7.0")
+        row.Set("DRNUM", "7-")
             .Set("DRPRZ", "1,5")
             .Set("DRCON", " ")
             .Set("DRQTR", "")
+            .Set("DRDES", "Null")
             .Set("DRART", "A")
             .Set("DRART", "B");
         row.Insert();
-        QCOMPARE(target.Rows("SELECT DRNUM, DRPRZ, DRCON, DRQTR, DRART, USINS FROM X01_DOC_VER"),
-                 QStringList{"7|1.5|NULL|NULL|B|SYSTEM_IMPORT"});
+        QCOMPARE(target.Rows("SELECT DRNUM, DRPRZ, DRCON, DRQTR, DRDES = 'Null', DRART, USINS FROM X01_DOC_VER"),
+                 QStringList{"-7|1.5|NULL|NULL|1|B|SYSTEM_IMPORT"});
         QCOMPARE(target.Run.WrittenRows("DOC_VER"), qint64{1});
     }
 
@@ -175,6 +180,47 @@ private slots:
         QTEST(target.Rows("SELECT CDART, ARDES, CDEXT, ARUMS, ARMAT, ARNOT FROM X01_ART_ICO").value(0), "article");
     }
 
+    /// What a run has written is there for the next one, however the source writes it: SQLite knows the case of plain
+    /// letters alone.
+    void codesAreFoundAgain_data() {
+        Columns<QByteArray, QString>("settings", "code");
+        for (const QByteArray& settings : {QByteArray(), QByteArray("KEYFIELD_CHAR=0\n")}) {
+            for (const char* code : {"metà", "Unità'1", "CITTÀ", "b1", "Null"}) {
+                Row(QByteArray(settings + code).constData(), settings, QString::fromUtf8(code));
+            }
+        }
+    }
+    void codesAreFoundAgain() {
+        QFETCH(const QByteArray, settings);
+        QFETCH(const QString, code);
+        TestTarget target;
+        WriteFile(target.Folder.filePath("Quadrix.ini"), "[CONFIG]\n" + settings);
+        ImportRun run(target.Get(), "modImport_Prova", "ImportProva", "X");
+        Session& session = run.GetSession();
+        TargetRow(run, "TAB_MOP").Set("CDMOP", code).Set("MPDES", "Null").Insert();
+        QVERIFY(IsThere(session, "TAB_MOP", "CDMOP", code));
+        QCOMPARE(LookUp(session, "TAB_MOP", "CDMOP", code, "MPDES"), QString("Null"));
+        QVERIFY(IdWhere(session, "TAB_MOP", Equals(session, "CDMOP", code)) != 0);
+        const PriceListWriter lists(run);
+        QCOMPARE(lists.Head(code, "V", "Listino"), lists.Head(code, "V", "Listino"));
+    }
+
+    void documentsAreFoundByTheirNumber_data() {
+        Columns<QString, bool>("number", "isThere");
+        Row("digits", "502", true);
+        Row("as others write it", "+502,0", true);
+        Row("another", "503", false);
+        Row("none", "5E2", false);
+        Row("blank", "", false);
+    }
+    void documentsAreFoundByTheirNumber() {
+        QFETCH(const QString, number);
+        QFETCH(const bool, isThere);
+        Written target;
+        TargetRow(target.Run, "DOC_VEN").Set("DTNUM", "502.00").Set("DTCAU", "ORD").Set("DTANN", 2024).Insert();
+        QCOMPARE(DocumentWriter(target.Run, Sales).Find(number, "ORD", 2024) != 0, isThere);
+    }
+
     /// The translations are looked at before anything is written, whatever is imported.
     void checksTheTranslations() {
         TestTarget target;
@@ -201,18 +247,18 @@ private slots:
     }
 
     void numbersCounterparties_data() {
-        Columns<QString, QString>("highest", "next");
-        Row("none", "", "000001");
-        Row("one", "000999", "001000");
-        Row("a code that is no number", "ZZ9",
-            "il codice più alto di CON_TRO, 'ZZ9', non è un numero: non se ne può fare un altro");
-        Row("the last", "999999", "i codici a sei cifre di CON_TRO sono esauriti");
+        Columns<QStringList, QString>("codes", "next");
+        Row("none", QStringList(), "000001");
+        Row("one", QStringList{"000999"}, "001000");
+        Row("a code that is no number", QStringList{"ZZ9"}, "000001");
+        Row("others among them", QStringList{"000099", "99", "5000", "12A456", "5-0000", "ZZ9"}, "000100");
+        Row("the last", QStringList{"999999", "ZZ9"}, "i codici a sei cifre di CON_TRO sono esauriti");
     }
     void numbersCounterparties() {
-        QFETCH(const QString, highest);
+        QFETCH(const QStringList, codes);
         Written target;
-        if (!highest.isEmpty()) {
-            target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('" + highest + "')");
+        for (const QString& code : codes) {
+            target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('" + code + "')");
         }
         const CounterpartyRegister parties(target.Run);
         QString next;

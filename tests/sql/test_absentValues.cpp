@@ -57,6 +57,7 @@ private slots:
         Row("a condition in an update", "c1", text("UPDATE T SET B = CASE WHEN A = 'q1' THEN 1 END, A = 'c1'"));
         Row("an update of what has WHERE in its name", "c1", text("UPDATE T SET WHEREFROM = '1', A = 'c1'"));
         Row("an update of quoted names", "c1", text("UPDATE \"T\" SET \"A\" = 'c1'"));
+        Row("in another case", "metà", text("INSERT INTO T (A) VALUES ('METÀ')"));
         Row("a quoted table", "c1", text("INSERT INTO [T] (A) VALUES ('c1')"));
         Row("a table with its owner", "c1", text("INSERT INTO main.T (A) VALUES ('c1')"));
         Row("words before the table", "c1", text("INSERT OR REPLACE INTO T (A) VALUES ('c1')"));

@@ -7,6 +7,7 @@
 #include "core/Schema.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 namespace contract {
 
@@ -25,11 +26,28 @@ QString CodeOrDefault(Session& session, const QString& what, const QString& tabl
     return otherwise;
 }
 
+/// A text in capitals, where they differ in letters of which not every engine knows the case: SQLite takes "a" for "A",
+/// but not "à" for "À". None for any other.
+std::optional<QString> FurtherCapitals(const QString& text) {
+    constexpr char16_t firstFurther = 0x80;
+    const bool differs =
+        std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= firstFurther && c.toUpper() != c; });
+    return differs ? std::optional(mod_ovTools::UpperChars(text)) : std::nullopt;
+}
+
+QString Literal(const Session& session, const QString& text) {
+    return mod_ovTools::FormatSqlValue(TextAsIs(text), DataType::NVarChar, session.Quadrix.ProviderType);
+}
+
 } // namespace
 
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column) {
-    return mod_ovTools::ToText(session.Quadrix.GetDbValue(table, keyColumn, keyValue, column)).trimmed();
+    QVariant found = session.Quadrix.GetDbValue(table, keyColumn, keyValue, column);
+    if (const auto capitals = found.isNull() ? FurtherCapitals(keyValue) : std::nullopt) {
+        found = session.Quadrix.GetDbValue(table, keyColumn, *capitals, column);
+    }
+    return mod_ovTools::ToText(found).trimmed();
 }
 
 qint64 IdWhere(Session& session, const QString& table, const QString& condition) {
@@ -39,8 +57,11 @@ qint64 IdWhere(Session& session, const QString& table, const QString& condition)
 }
 
 QString Equals(const Session& session, const QString& column, const QString& text) {
-    return column + QStringLiteral(" = ") +
-           mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
+    if (const auto capitals = FurtherCapitals(text)) {
+        return column + QStringLiteral(" IN (") + Literal(session, text) + QStringLiteral(", ") +
+               Literal(session, *capitals) + u')';
+    }
+    return column + QStringLiteral(" = ") + Literal(session, text);
 }
 
 QString OfImports(const Session& session) {
@@ -87,7 +108,7 @@ QString ArticleCodeOf(Session& session, const QString& table, const QString& fie
     const int size = schema::FindTable("ART_ICO")->FindColumn("CDART")->size;
     const QString known = modImport::GetNewCode(session, table, field, code, false);
     if (!known.isEmpty()) {
-        return known;
+        return modImport::FormatKeyField(session, known);
     }
     if (code.size() > size) {
         modImport::LogNote(
@@ -118,7 +139,9 @@ void StoreNewCode(ImportRun& run, const QString& table, const QString& field, co
 }
 
 bool IsThere(Session& session, const QString& table, const QString& column, const QString& value) {
-    return session.Quadrix.CheckExistValue(table, column, value);
+    const auto capitals = FurtherCapitals(value);
+    return session.Quadrix.CheckExistValue(table, column, value) ||
+           (capitals && session.Quadrix.CheckExistValue(table, column, *capitals));
 }
 
 } // namespace contract

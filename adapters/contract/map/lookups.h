@@ -6,15 +6,16 @@ namespace contract {
 
 class ImportRun;
 
-/// One column of the first row of a Quadrix table (bare name) whose key column has that value, as text without
-/// surrounding blanks; empty when there is no such row.
+/// One column of the first row of a Quadrix table (bare name) whose key column has that value, as it is or in capitals,
+/// as text without surrounding blanks; empty when there is no such row.
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column);
 
 /// RECORD_ID of the first row of a Quadrix table that meets a condition (without WHERE); 0 when there is none.
 qint64 IdWhere(Session& session, const QString& table, const QString& condition);
 
-/// "COLUMN = literal": a condition on a text of the target.
+/// "COLUMN = literal": a condition on a text of the target. Codes are written in capitals, and not every engine takes
+/// "à" for "À": of a text with such a letter, "COLUMN IN (literal, literal in capitals)".
 QString Equals(const Session& session, const QString& column, const QString& text);
 /// The condition on rows of the target that an import has inserted.
 QString OfImports(const Session& session);
@@ -47,7 +48,7 @@ QString ArticleCodeOf(Session& session, const QString& table, const QString& fie
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
                   const QString& newCode);
 
-/// Whether a row of a Quadrix table has that value in that column.
+/// Whether a row of a Quadrix table has that value, as it is or in capitals, in that column.
 bool IsThere(Session& session, const QString& table, const QString& column, const QString& value);
 
 } // namespace contract

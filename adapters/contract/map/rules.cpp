@@ -2,11 +2,10 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
-
-#include <cmath>
 
 namespace contract {
 
@@ -180,9 +179,8 @@ Rule Part(int position, int count) {
 
 Rule Digits(int count) {
     return OnText(QStringLiteral("%1 cifre se è un numero intero").arg(count), [count](const QString& text) {
-        const auto number = mod_ovTools::ReadNumber(text);
-        const bool whole = number && *number >= 0 && *number == std::floor(*number);
-        return whole ? QStringLiteral("%1").arg(qRound64(*number), count, 10, QLatin1Char('0')) : text;
+        const auto number = ReadWholeNumber(text);
+        return number && *number >= 0 ? QStringLiteral("%1").arg(*number, count, 10, QLatin1Char('0')) : text;
     });
 }
 
@@ -407,9 +405,9 @@ Rule Exemption(const Rule& vatCode) {
     return {vatCode.text + QStringLiteral("; solo un codice di TAB_IVA con aliquota zero"),
             [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
                 const RuleValue code = apply(input);
-                const QVariant rate =
-                    code ? input.session.Quadrix.GetDbValue("TAB_IVA", "CDIVA", code->toString(), "IVALI") : QVariant();
-                return rate.isNull() || rate.toDouble() != 0 ? RuleValue() : code;
+                const QString rate =
+                    code ? LookUp(input.session, "TAB_IVA", "CDIVA", code->toString(), "IVALI") : QString();
+                return rate.isEmpty() || mod_ovTools::ToDouble(rate) != 0 ? RuleValue() : code;
             },
             vatCode.side, vatCode.reads};
 }

@@ -1,6 +1,7 @@
 // Rules on the shape of a value: dates and numbers that a source writes as texts, streets.
 
 #include "adapters/contract/map/rules.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "sql/mod_ovTools.h"
 
 #include <QRegularExpression>
@@ -107,11 +108,11 @@ Rule Implied(int decimals) {
                 if (text.isEmpty()) {
                     return QVariant();
                 }
-                const auto number = mod_ovTools::ReadNumber(text);
-                if (!number || *number != std::floor(*number)) {
+                const auto number = ReadWholeNumber(text);
+                if (!number) {
                     throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(text));
                 }
-                return QVariant(*number / std::pow(10, decimals));
+                return QVariant(static_cast<double>(*number) / std::pow(10, decimals));
             }};
 }
 

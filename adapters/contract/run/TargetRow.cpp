@@ -1,10 +1,12 @@
 #include "adapters/contract/run/TargetRow.h"
 
 #include "adapters/contract/map/wholeCharacters.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/run/ImportRun.h"
 #include "core/rowDigest.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 #include <cmath>
 #include <limits>
@@ -59,21 +61,27 @@ void CheckCharacters(const QString& table, const schema::Column& column, const Q
     }
 }
 
-/// A number that its column would round, or not hold at all, is none that can be written.
-void CheckNumber(const schema::Column& column, const QVariant& value) {
+/// A number that its column would round, or not hold at all, is none that can be written. A text for whole numbers is
+/// written as the number that it was taken for.
+QVariant CheckedNumber(const schema::Column& column, const QVariant& value) {
     const auto number = mod_ovTools::ReadNumber(value);
     if (!number) {
         throw ImportError(QStringLiteral("'%1' non è un numero").arg(ShownValue(value)));
     }
-    const bool isWhole = column.type == DataType::Integer || column.type == DataType::Long;
-    if (isWhole && *number != std::floor(*number)) {
-        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(ShownValue(value)));
+    if (column.type != DataType::Integer && column.type != DataType::Long) {
+        return value;
     }
+    const auto whole = ReadWholeNumber(value);
     const double limit = column.type == DataType::Integer ? std::numeric_limits<qint32>::max()
                                                           : static_cast<double>(std::numeric_limits<qint64>::max());
-    if (isWhole && std::abs(*number) > limit) {
+    const bool isLarge = *number == std::floor(*number) && std::abs(*number) >= limit;
+    if (isLarge && (!whole || std::abs(*number) > limit)) {
         throw ImportError(QStringLiteral("'%1' è un numero troppo grande").arg(ShownValue(value)));
     }
+    if (!whole) {
+        throw ImportError(QStringLiteral("'%1' non è un numero intero").arg(ShownValue(value)));
+    }
+    return value.typeId() == QMetaType::QString ? QVariant(*whole) : value;
 }
 
 /// The digest of what is written. Bytes are left out: engines show them each in its own way.
@@ -131,7 +139,7 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
         return value;
     }
     if (IsTextType(column.type)) {
-        return CheckedText(column, value);
+        return TextAsIs(CheckedText(column, value));
     }
     const bool date = column.type == DataType::DateTime;
     if (!date && !IsNumber(column.type)) {
@@ -143,10 +151,7 @@ QVariant TargetRow::Checked(const schema::Column& column, const QVariant& value)
     if (date && !mod_ovTools::ReadDate(value)) {
         throw ImportError(QStringLiteral("'%1' non è una data").arg(ShownValue(value)));
     }
-    if (!date) {
-        CheckNumber(column, value);
-    }
-    return value;
+    return date ? value : CheckedNumber(column, value);
 }
 
 TargetRow& TargetRow::Set(QAnyStringView column, const QVariant& value) {

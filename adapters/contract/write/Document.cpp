@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Document.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/run/askedDay.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/noLongerThere.h"
@@ -128,8 +129,11 @@ const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhe
 }
 
 qint64 DocumentWriter::Find(const QString& number, const QString& cause, int year, const QString& further) const {
-    const Session& session = m_run.GetSession();
-    QString condition = Equals(session, "DTNUM", number) + QStringLiteral("  AND ") + Equals(session, "DTCAU", cause);
+    const auto whole = ReadWholeNumber(number);
+    if (!whole) { // no document has it: whoever writes it is told
+        return 0;
+    }
+    QString condition = Equals("DTNUM", *whole) + QStringLiteral("  AND ") + Equals(m_run.GetSession(), "DTCAU", cause);
     if (year != 0) {
         condition += QStringLiteral(" AND ") + Equals("DTANN", year);
     }
