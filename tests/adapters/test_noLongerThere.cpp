@@ -86,6 +86,8 @@ private slots:
         Row("state and account", "modImport_ArcaEvolution", "ImportArticoliArcaEvolution",
             "UPDATE AR SET Cd_ARStato = NULL, Cd_CGConto_VI = NULL",
             "COUNT(*) FROM X01_ART_ICO WHERE AROBS <> '' OR ARCAC <> ''", "0");
+        Row("discounts", "modImport_ArcaEvolution", "ImportArticoliArcaEvolution", "UPDATE AR SET Sconto = '20'",
+            "DISTINCT ARSCO, ARSC2, ARSC3 FROM X01_ART_ICO WHERE IDEST > ''", "20|NULL|NULL");
         Row("price", "modImport_G2", "ImportArticoliG2",
             "UPDATE ANAART SET PREZZO1 = '0', COSTOULT = '999' WHERE CODART LIKE 'as-100%'",
             "ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "0|999|0");
