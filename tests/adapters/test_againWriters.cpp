@@ -3,6 +3,7 @@
 #include "adapters/contract/write/Document.h"
 #include "adapters/contract/write/PriceList.h"
 #include "adapters/contract/write/Stock.h"
+#include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
@@ -122,6 +123,31 @@ private slots:
         for (int run = 0; run < 2; ++run) {
             writer.Cost({"VITE", {}, 5, {}, "senza data", {}});
             writer.Cost({"VITE", QDate(2024, 1, 1), 6, {}, {}, {}});
+    /// Two codes of a source that are one article.
+    void articlesOfTwoCodesAreTold_data() {
+        Columns<QString, QString, QString, QString>("first", "second", "article", "told");
+        const QString longest(50, 'L');
+        Row("the same", "AB", "AB", "AB", "");
+        Row("in another case", "ab", "AB", "AB", "ARTICOLO DOPPIO: : 'AB' e un altro codice");
+        Row("translated", "OLD", "AB", "AB", "ARTICOLO DOPPIO: : 'AB' e un altro codice");
+        Row("cut", longest + "1", longest + "2", longest, "tagliato a 50 caratteri, è quello di un'altra riga");
+        Row("cut, of which one is whole", longest, longest + "2", longest, "tagliato a 50 caratteri");
+    }
+    void articlesOfTwoCodesAreTold() {
+        QFETCH(const QString, first);
+        QFETCH(const QString, second);
+        QFETCH(const QString, article);
+        QFETCH(const QString, told);
+        WritersTarget target;
+        ArticleWriter writer(target.Run);
+        writer.Claim(article, first);
+        writer.Claim("DADO", "DADO");
+        const auto error = ErrorOf<ImportError>([&] { writer.Claim(article, second); });
+        const QString log = QString::fromLatin1(target.Log());
+        QVERIFY2(error ? error->Message().contains(told) : log.contains(told), target.Log());
+        QCOMPARE(!error && log.contains("ARTICOLO"), told.startsWith("ARTICOLO"));
+    }
+
         }
         QCOMPARE(target.Rows("SELECT STDAT, STCOS FROM X01_STO_COS").size(), qsizetype{2});
     }

@@ -44,6 +44,9 @@ const CounterpartyMapping& Mapped() {
                                                {"CORAS", "NOME", Text()},
                                                {"COCLI", "", IsCustomer()},
                                                {"COMOP", "PAG", CustomerOnly(Text())},
+                                               {"COSC1", "SCONTO", CustomerOnly(Discount(1))},
+                                               {"COSC2", "SCONTO", CustomerOnly(Discount(2))},
+                                               {"COSC3", "ALTRO", CustomerOnly(NotBlank(RoundedTo(2)))},
                                                {"COCGE", "CODICE", CustomerOnly(Text())},
                                                {"COFOR", "", IsSupplier()},
                                                {"COMOA", "PAG", SupplierOnly(Text())},
@@ -53,6 +56,8 @@ const CounterpartyMapping& Mapped() {
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(contract::SourceIdentity)
 
 /// Who is whom among the counterparties, and what becomes of what hangs on them.
 class TestCounterparties : public QObject {
@@ -148,6 +153,95 @@ private slots:
         QVERIFY(target.Kinds().isEmpty());
     }
 
+    /// Two rows of one code, in one run or in two. Nobody goes into another one untold, and another run finds
+    /// what there is.
+    void TellsRowsOfOneCode_data() {
+        Columns<SourceIdentity, SourceIdentity, TakenCode, bool, QString, QStringList>("first", "second", "usual",
+                                                                                       "isOneRun", "place", "kinds");
+        const auto supplier = [](const QString& code, const QString& name, const QString& vatNumber = {}) {
+            return SourceIdentity{"FORNITORI", "CODICE", code, RoleOf(false), name, vatNumber, {}};
+        };
+        const SourceIdentity rossi = supplier("F1", "Rossi");
+        const SourceIdentity bianchi = supplier("f1", "Bianchi");
+        const SourceIdentity numbered = supplier("F1", "Bianchi", "99999990011");
+        const SourceIdentity stranger = supplier("F1", "Rossi", "01234567890");
+        const QStringList twice{"CONTROPARTE DOPPIA"};
+        const QStringList different{"CONTROPARTI DIVERSE"};
+        const QStringList taken{"CONTROPARTI DIVERSE", "CODICE OCCUPATO"};
+        const auto next = TakenCode::Next;
+        const auto update = TakenCode::Update;
+        Row("the same", rossi, rossi, next, true, QString("000001 known"), twice);
+        Row("the same, with a number now", rossi, stranger, next, true, QString("000001 known"), twice);
+        Row("another name", rossi, bianchi, next, true, QString("000002 new"), different);
+        Row("another name, taken over", rossi, bianchi, update, true, QString("000001 known"), twice + different);
+        Row("other numbers", stranger, numbered, next, true, QString("000002 new"), different);
+        Row("another number of that name", stranger, supplier("F1", "Rossi", "99999990011"), next, true,
+            QString("000002 new"), different);
+        Row("customers", Customer("1", "Rossi"), Customer("1", "Bianchi"), next, true, QString("000002 new"), taken);
+        Row("a code of the other role", Customer("1", "Rossi"), supplier("1", "Bianchi"), next, true,
+            QString("000002 new"), QStringList());
+        Row("renamed since", rossi, bianchi, next, false, QString("000001 known"), different);
+        Row("renamed since, with a number now", rossi, numbered, next, false, QString("000002 new"), different);
+        Row("called a little otherwise, with a number now", rossi, supplier("F1", "Rossi e figli", "99999990011"), next,
+            false, QString("000001 known"), QStringList());
+    }
+    void TellsRowsOfOneCode() {
+        QFETCH(const SourceIdentity, first);
+        QFETCH(const SourceIdentity, second);
+        QFETCH(const TakenCode, usual);
+        QFETCH(const bool, isOneRun);
+        PartiesTarget target;
+        const auto place = [&target](CounterpartyRegister& parties, const SourceIdentity& source) {
+            parties.Meet(source);
+            const Placement placement = parties.Place(source);
+            if (!placement.known) {
+                const QString code = '\'' + source.code + '\'';
+                target.Party(QString("'%1', '%2', '%3', NULL, %4, %5")
+                                 .arg(placement.code, source.name, source.vatNumber,
+                                      source.roles.customer ? code : "NULL", source.roles.supplier ? code : "NULL"));
+            }
+            return placement;
+        };
+        CounterpartyRegister parties(target.Run, usual);
+        place(parties, first);
+        CounterpartyRegister again(target.Run, usual);
+        QTEST(Placed(place(isOneRun ? parties : again, second)), "place");
+        QTEST(target.Kinds(), "kinds");
+        const QStringList rows = target.Rows("SELECT CDCON, CORAS, COIVA FROM X01_CON_TRO");
+        CounterpartyRegister third(target.Run, usual);
+        if (isOneRun) {
+            place(third, first);
+        }
+        place(third, second);
+        QCOMPARE(target.Rows("SELECT CDCON, CORAS, COIVA FROM X01_CON_TRO"), rows);
+    }
+
+    /// What has no code is nobody's.
+    void ABlankCodeMeansNobody() {
+        PartiesTarget target;
+        target.Party("'000001', 'A mano', NULL, NULL, '', ''");
+        const CounterpartyRegister parties(target.Run);
+        QCOMPARE(parties.ImportedBefore(Customer({}, "Rossi")), QString());
+        QCOMPARE(parties.FindByCode(Customer({}, "Rossi")), QString());
+    }
+
+    void StoresNumbers_data() {
+        Columns<QString, QString>("number", "stored");
+        Row("separators", "0471/123 45-6", "0471123456");
+        Row("prefix", "+39 0471 999", "+390471999");
+        Row("no number in front", "(0471) 123456", "00");
+        Row("words behind", "0471/123456 int. 5", "0471123456");
+        Row("two numbers", "0471/123456 - 0471/123457 casa", "04711234560471123457");
+        Row("a point", "0471.120 x", "0471.12");
+        Row("a point alone", ". x", "00");
+        Row("zeros", "00 x", "00");
+    }
+    /// However long a number is, it is written digit by digit.
+    void StoresNumbers() {
+        QFETCH(const QString, number);
+        QTEST(StoredNumber(number), "stored");
+    }
+
     void MergesByIdentity_data() {
         Columns<QString, QString, QString, QString>("party", "vatNumber", "taxCode", "found");
         const QString party = "'000001', 'Verdi', '01234567890', 'VRDMRA80A01H501U', 'C1', NULL";
@@ -186,11 +280,28 @@ private slots:
         QCOMPARE(target.Get().Notes.count, qint64{1});
     }
 
+    /// Discounts go one upon the other: of those of before none is left.
+    void DropsDiscountsOfBefore_data() {
+        Columns<QString, QString>("row", "discounts");
+        Row("one", "'8' SCONTO, 3 ALTRO", "8|NULL|3");
+        Row("none", "'' SCONTO, '' ALTRO", "NULL|NULL|NULL");
+    }
+    void DropsDiscountsOfBefore() {
+        QFETCH(const QString, row);
+        PartiesTarget target;
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON, COSC1, COSC2, COSC3) VALUES ('000001', 10, 5, 2)");
+        const Recordset rows = target.Db().ExecuteWC("SELECT 'C1' CODICE, 'Verdi' NOME, '' PAG, '' LISTINO, " + row);
+        CounterpartyWriter(target.Run, {}).Write(Mapped(), SourceRow(rows), {"000001", true}, RoleOf(true));
+        QTEST(target.Rows("SELECT COSC1, COSC2, COSC3 FROM X01_CON_TRO").join(';'), "discounts");
+    }
+
     /// A second role brings its columns, and what hangs on it unless it hangs there; a third time nothing is added.
     void BringsASecondRole() {
         PartiesTarget target;
-        const Recordset rows = target.Db().ExecuteWC("SELECT 'C1' CODICE, 'Verdi' NOME, 'R30' PAG, 'L1' LISTINO, "
-                                                     "'0471/12 34' TEL, 'Info@verdi.it' MAIL");
+        const Recordset rows =
+            target.Db().ExecuteWC("SELECT 'C1' CODICE, 'Verdi' NOME, 'R30' PAG, 'L1' LISTINO, '' SCONTO, "
+                                  "'' ALTRO, "
+                                  "'0471/12 34' TEL, 'Info@verdi.it' MAIL");
         const SourceRow row(rows);
         const auto write = [&](const Placement& place, const Roles& roles, const QString& telephone) {
             CounterpartyWriter writer(target.Run, {});

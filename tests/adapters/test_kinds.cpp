@@ -346,6 +346,16 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
                                  "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'mm'"}) {
             QVERIFY2(log.contains(line), qPrintable(log));
         }
+        // Prices and the preferred supplier follow the source, what somebody has entered stays.
+        import.Execute("INSERT INTO X01_CON_TRO (CDCON, COFGE) VALUES ('000004', 'F4')");
+        import.Execute(
+            "INSERT INTO X01_ART_FOR (CDART, CDCON, ARPRZ, AFABI, USINS) VALUES ('AB', '000004', 2, 1, 'ANNA')");
+        import.Get().Source->Execute("UPDATE FORNITORI SET CONTO = 'F4', PREZZO = 9 WHERE CONTO = 'F1'");
+        import.Get().Source->Execute("UPDATE FORNITORI SET PREZZO = 8 WHERE CONTO = 'F2'");
+        const QString links = "SELECT CDCON, ARPRZ, AFABI FROM X01_ART_FOR ORDER BY CDCON";
+        import.Run(ProcedureOf(std::nullopt, articles), links);
+        QCOMPARE(import.Rows(links), QStringList({"000002|5|false", "000003|8|true", "000004|2|true"}));
+        QVERIFY(import.Again);
     }
 
     /// The first bill of an article counts, wherever the further ones stand.

@@ -202,7 +202,12 @@ private:
         Row("MarkUp, rounded", MarkUp(), "10 A, 3 B", "233.33");
         Row("LeadingNumber", LeadingNumber(), "'10+5' A", "10");
         Row("LeadingNumber, one point", LeadingNumber(), "'1.5.2' A", "1.5");
-        Row("LeadingNumber, blank", LeadingNumber(), "NULL A", LeftOut);
+        Row("LeadingNumber, comma", LeadingNumber(), "'10,5' A", "10.5");
+        Row("LeadingNumber, negative", LeadingNumber(), "'-5' A", "-5");
+        Row("LeadingNumber, negative, then others", LeadingNumber(), "'-5+3' A", "-5");
+        Row("LeadingNumber, blank", LeadingNumber(), "NULL A", Null);
+        Row("Discount", Discount(2), "'10+5' A", "5");
+        Row("Discount, none", Discount(2), "'8' A", Null);
     }
 
     static void CodeRows() {

@@ -123,8 +123,9 @@ public:
 private:
     void SetUnits(const SourceRow& row, TargetRow& target) const;
     void TellCut(const SourceRow& row, const TargetRow& target) const;
+    void Claim(const SourceRow& row, const QString& article);
     void LinkSuppliers(const SourceRow& row, const QString& article) const;
-    bool LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article, bool isFirst) const;
+    SupplierLink LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier, bool isFirst) const;
     void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const;
     void WriteChildren(const SourceRow& row, const QString& article) const;
 
@@ -139,6 +140,9 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
         return Run().Skip(rule);
     }
     const Facts facts{declared.code.RequiredText(GetSession(), row)};
+    if (declared.there == ArticleThere::Rewritten) {
+        Claim(row, facts.code);
+    }
     if (!declared.furtherRows.isEmpty() && facts.code == m_last) {
         return Run().Skip(declared.furtherRows);
     }
@@ -219,31 +223,50 @@ void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
     }
 }
 
+void ArticleImporter::Claim(const SourceRow& row, const QString& article) {
+    QStringList codes;
+    for (const QString& column : m_kind->declared.code.Columns()) {
+        codes.append(row.Text(column));
+    }
+    m_writer.Claim(article, codes.join(u' '));
+}
+
+/// Rows of the source that tell one article tell its suppliers together.
 void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article) const {
+    Session& session = GetSession();
+    SupplierLinks links(Run(), article);
     bool isFirst = true;
     for (const SupplierOfArticle& each : m_kind->declared.suppliers) {
-        each.rows.ForEach(GetSession(), row, [&](const SourceRow& one) {
-            isFirst = !LinkSupplier(one, each, article, isFirst) && isFirst;
+        each.rows.ForEach(session, row, [&](const SourceRow& one) {
+            const QString supplier = each.supplier.Text(session, one);
+            if (supplier.isEmpty()) {
+                return;
+            }
+            links.Add(LinkOf(one, each, supplier, isFirst));
+            isFirst = false;
+            if (const QString code = each.ownCode.Text(session, one); !code.isEmpty()) {
+                m_writer.CodeAtCounterparty(article, code, supplier, each.ownDescription.Text(session, one));
+            }
         });
+    }
+    if (article != m_last) {
+        links.Close();
     }
 }
 
-/// @return whether there is a supplier
-bool ArticleImporter::LinkSupplier(const SourceRow& row, const SupplierOfArticle& of, const QString& article,
-                                   bool isFirst) const {
+SupplierLink ArticleImporter::LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier,
+                                     bool isFirst) const {
     Session& session = GetSession();
-    const QString supplier = of.supplier.Text(session, row);
-    if (supplier.isEmpty()) {
-        return false;
-    }
-    const bool preferred = of.preferred.IsSet() ? mod_ovTools::ToBoolean(of.preferred.Value(session, row)) : isFirst;
-    m_writer.Link(article, SupplierLink{supplier, of.price.Number(session, row), preferred,
-                                        of.leadDays.NumberOrNull(session, row), of.lot.NumberOrNull(session, row),
-                                        of.minimum.NumberOrNull(session, row)});
-    if (const QString code = of.ownCode.Text(session, row); !code.isEmpty()) {
-        m_writer.CodeAtCounterparty(article, code, supplier, of.ownDescription.Text(session, row));
-    }
-    return true;
+    const auto number = [&](const Field& field) {
+        const QVariant told = field.NumberOrNull(session, row);
+        return told.isNull() && field.IsSet() ? QVariant(QMetaType::fromType<double>()) : told;
+    };
+    return {.supplier = supplier,
+            .price = of.price.IsSet() ? QVariant(of.price.Number(session, row)) : QVariant(),
+            .preferred = of.preferred.IsSet() ? mod_ovTools::ToBoolean(of.preferred.Value(session, row)) : isFirst,
+            .leadDays = number(of.leadDays),
+            .lot = number(of.lot),
+            .minimum = number(of.minimum)};
 }
 
 void ArticleImporter::WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const {

@@ -5,7 +5,8 @@
 
 namespace contract {
 
-/// A supplier of an article, or several in rows of another table; one that is linked already stays as it is.
+/// A supplier of an article, or several in rows of another table. A link that an import has written is rewritten; one
+/// that somebody has entered stays as it is.
 struct SupplierOfArticle {
     ChildTable rows = {};
     Field supplier;            ///< its CDCON: `rules::KnownSupplier` finds it by its code
@@ -13,9 +14,11 @@ struct SupplierOfArticle {
     Field ownDescription = {}; ///< the same of its description
     Field price = {};
     Field leadDays = {};
-    Field lot = {};       ///< of a reorder
-    Field minimum = {};   ///< order quantity
-    Field preferred = {}; ///< a yes or no; without it the first of the article is
+    Field lot = {};     ///< of a reorder
+    Field minimum = {}; ///< order quantity
+    /// A yes or no; without it the first of the article is. Where the source has a preferred one, the links that
+    /// imports have written and that it no longer has are it no more.
+    Field preferred = {};
 };
 
 /// Codes that an article has beside its own, in the row itself or in rows of another table.
@@ -48,7 +51,8 @@ struct LanguageTexts {
 /// What becomes of an article that is there.
 enum class ArticleThere { Rewritten, Kept };
 
-/// An import of articles, with what hangs on them.
+/// An import of articles, with what hangs on them. A row without a code is given up, and so is one whose code differs
+/// from that of an earlier row only behind its 50th character.
 struct Articles {
     Frame frame = {};
     SourceTable source;

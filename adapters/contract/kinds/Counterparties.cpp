@@ -176,7 +176,6 @@ public:
 private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
     Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
-    Placement PlaceByTold(const SourceIdentity& identity, const QString& told) const;
     RowOutcome Refresh(const SourceRow& row, const Roles& roles);
     void ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping, const Roles& roles) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
@@ -206,6 +205,7 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
         return Refresh(row, roles);
     }
     const SourceIdentity identity = IdentityOf(row, roles);
+    m_parties.Meet(identity);
     const bool onlyCarrier = !roles.customer && !roles.supplier;
     const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : PlaceOf(row, identity);
     CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
@@ -284,37 +284,33 @@ void CounterpartyImporter::ClearBlanks(TargetRow& target, const SourceRow& row, 
     std::for_each(added.begin(), added.end(), clear);
 }
 
+/// Who a row is. Without a code nobody would know it again: neither a second import nor its documents.
 SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Roles& roles) const {
     const Counterparties& declared = m_kind->declared;
     const QString key = BareColumns(declared.source.key).first();
+    const QString code = row.Text(key);
+    if (code.isEmpty()) {
+        throw ImportError(QStringLiteral("colonna '%1': il codice manca").arg(key));
+    }
     const auto text = [&](const Field& field) { return field.Text(GetSession(), row); };
     return {declared.codeTable.isEmpty() ? declared.source.table : declared.codeTable,
             declared.codeName.isEmpty() ? key : declared.codeName,
-            row.Text(key),
+            code,
             roles,
             text(declared.name),
             text(declared.vatNumber),
             text(declared.taxCode),
-            text(declared.number)};
+            text(declared.number),
+            text(declared.told)};
 }
 
 Placement CounterpartyImporter::PlaceOf(const SourceRow& row, const SourceIdentity& identity) const {
     const QString same = m_kind->declared.sameAs.Text(GetSession(), row, {{}, identity.roles});
     if (same.isEmpty()) {
-        return PlaceByTold(identity, m_kind->declared.told.Text(GetSession(), row));
+        return m_parties.Place(identity);
     }
     m_parties.TellMerge(identity, same);
     return {same, true};
-}
-
-/// As the register places it, with a code that SYS_IMP tells of another column.
-Placement CounterpartyImporter::PlaceByTold(const SourceIdentity& identity, const QString& told) const {
-    if (told.isEmpty() || !m_parties.ImportedBefore(identity).isEmpty()) {
-        return m_parties.Place(identity);
-    }
-    const QString same = m_parties.FindSame(identity);
-    return same.isEmpty() ? CounterpartyRegister(Run(), TakenCode::Update).Settle(identity, told)
-                          : Placement{same, true};
 }
 
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,

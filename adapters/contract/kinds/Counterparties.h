@@ -30,7 +30,7 @@ enum class PartyWriting {
 
 /// An import of customers, suppliers and carriers. A counterparty that is there (by its code of the source, else its
 /// VAT number, else its tax code) gains the columns of its roles; what hangs on it is written unless it hangs there
-/// already.
+/// already. A row without a code is given up.
 struct Counterparties {
     Frame frame = {};
     SourceTable source;

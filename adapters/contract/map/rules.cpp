@@ -25,8 +25,11 @@ QString RuleInput::Text() const {
     return texts.join(u' ');
 }
 
+namespace {
+
+/// The number that a text begins with, with "." as decimal mark; none when it begins with no digit.
 std::optional<double> ReadLeadingNumber(const QString& text) {
-    qsizetype end = 0;
+    qsizetype end = text.startsWith(u'-') ? 1 : 0;
     bool decimals = false;
     while (end < text.size() && (text.at(end).isDigit() || (text.at(end) == u'.' && !decimals))) {
         decimals = decimals || text.at(end) == u'.';
@@ -36,8 +39,6 @@ std::optional<double> ReadLeadingNumber(const QString& text) {
     const double number = text.left(end).toDouble(&valid);
     return valid ? std::optional(number) : std::nullopt;
 }
-
-namespace {
 
 /// The number of a source column; the error does not name the column.
 double NumberIn(const SourceRow& row, const QString& column) {
@@ -191,25 +192,23 @@ Rule WithoutBlanks() {
 }
 
 Rule LeadingNumber() {
-    return {"il numero con cui comincia, solo se non è vuoto", [](const RuleInput& input) -> RuleValue {
+    return {"il numero con cui comincia", [](const RuleInput& input) -> RuleValue {
                 const QString text = input.Text();
                 if (text.isEmpty()) {
-                    return std::nullopt;
+                    return QVariant();
+                }
+                if (const auto number = mod_ovTools::ReadNumber(text)) {
+                    return QVariant(*number);
                 }
                 const auto number = ReadLeadingNumber(text);
                 if (!number) {
                     throw ImportError(QStringLiteral("'%1' non è un numero").arg(text));
                 }
-                bool whole = false;
-                text.toDouble(&whole);
-                if (!whole) {
-                    const QString what = IsDiscountChain(text) ? QStringLiteral("SCONTO RIDOTTO A UN SOLO VALORE")
-                                                               : QStringLiteral("NUMERO RIDOTTO");
-                    modImport::LogNote(input.session,
-                                       QStringLiteral("%1: %2, colonna '%3': '%4' letto come %5")
-                                           .arg(what, input.session.Errors.RowKey(), input.columns.first(), text,
-                                                mod_ovTools::NumberText(*number)));
-                }
+                const QString what = IsDiscountChain(text) ? QStringLiteral("SCONTO RIDOTTO A UN SOLO VALORE")
+                                                           : QStringLiteral("NUMERO RIDOTTO");
+                modImport::LogNote(input.session, QStringLiteral("%1: %2, colonna '%3': '%4' letto come %5")
+                                                      .arg(what, input.session.Errors.RowKey(), input.columns.first(),
+                                                           text, mod_ovTools::NumberText(*number)));
                 return QVariant(*number);
             }};
 }
@@ -250,10 +249,9 @@ Rule Times(double factor) {
 }
 
 Rule Discount(int position) {
-    return {QStringLiteral("numero %1 di quelli uniti da \"+\", niente se manca").arg(position),
-            [position](const RuleInput& input) -> RuleValue {
+    return {QStringLiteral("numero %1 di quelli uniti da \"+\"").arg(position), [position](const RuleInput& input) {
                 const double discount = DiscountsOf(input.Text())[static_cast<size_t>(position - 1)];
-                return discount == 0 ? RuleValue() : RuleValue(discount);
+                return RuleValue(discount == 0 ? QVariant() : discount);
             }};
 }
 

@@ -88,8 +88,8 @@ Rule ThreeDigits();
 Rule DigitsAsNumber();
 /// The text without any blanks.
 Rule WithoutBlanks();
-/// The number that the text begins with: "10+5" gives 10, and what is left behind is logged. Blank is left out. Raises
-/// `ImportError` when the text begins with none.
+/// The number that the text is, or begins with: "10+5" gives 10, and what is left behind is logged. Blank is Null.
+/// Raises `ImportError` when the text begins with none.
 Rule LeadingNumber();
 /// A number rounded to a count of decimals; blank is Null. Raises `ImportError` when it is no number.
 Rule RoundedTo(int decimals);
@@ -127,8 +127,8 @@ Rule StreetNumber();
 Rule CodeAndText(int count);
 /// A number times a factor, rounded to 6 decimals; blank is Null. Raises `ImportError` when it is no number.
 Rule Times(double factor);
-/// The n-th (from 1) of the discounts that a text joins with "+": of "10+4" the second is 4; left out when there is
-/// none. Raises `ImportError` when a part is no number, or there are more than three.
+/// The n-th (from 1) of the discounts that a text joins with "+": of "10+4" the second is 4; Null when there is none.
+/// Raises `ImportError` when a part is no number, or there are more than three.
 Rule Discount(int position);
 /// Whether the text is the given one, compared without case.
 Rule Is(const QString& text);
@@ -228,8 +228,5 @@ std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column);
 
 using ::MarkUpOf;
 using ::RoundedTo;
-
-/// The number that a text begins with, with "." as decimal mark; none when it begins with no digit.
-std::optional<double> ReadLeadingNumber(const QString& text);
 
 } // namespace contract

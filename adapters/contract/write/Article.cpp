@@ -8,6 +8,8 @@
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
+#include <algorithm>
+
 namespace contract {
 
 namespace {
@@ -51,6 +53,43 @@ QString ArticleWriter::CodeOf(const QString& table, const QString& field, const 
     return ArticleCodeOf(m_run.GetSession(), table, field, sourceCode);
 }
 
+namespace {
+
+/// What is kept of a source code, to tell another one of the same article from it.
+constexpr quint64 CodeMask = 0xffffffff00000000; ///< of its letters, in any case
+constexpr quint64 OwnMask = 1;                   ///< whether the article's code is it, as far as it goes
+
+quint64 DigestOf(const QString& sourceCode, bool isOwn) {
+    constexpr int codeBits = 32;
+    const quint64 code = static_cast<quint64>(qHash(mod_ovTools::UpperChars(sourceCode))) << codeBits;
+    return code | (static_cast<quint64>(qHash(sourceCode)) & ~CodeMask & ~OwnMask) | (isOwn ? OwnMask : 0);
+}
+
+} // namespace
+
+void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
+    Session& session = m_run.GetSession();
+    const int size = schema::FindTable(Art)->FindColumn(CodeColumn)->size;
+    const bool isOwn = article == modImport::FormatKeyField(session, FirstOf(sourceCode, size));
+    const quint64 digest = DigestOf(sourceCode, isOwn);
+    const size_t key = qHash(mod_ovTools::UpperChars(article));
+    const auto there = m_claimed.constFind(key);
+    if (there == m_claimed.constEnd()) {
+        m_claimed.insert(key, digest);
+        m_run.WhenTakenBack([this, key] { m_claimed.remove(key); });
+        return;
+    }
+    if (*there == digest) {
+        return;
+    }
+    if ((*there & CodeMask) != (digest & CodeMask) && (*there & digest & OwnMask) != 0) {
+        throw ImportError(QStringLiteral("il codice '%1', tagliato a %2 caratteri, è quello di un'altra riga")
+                              .arg(sourceCode, QString::number(size)));
+    }
+    m_run.Log(QStringLiteral("ARTICOLO DOPPIO: %1: '%2' e un altro codice dell'origine sono lo stesso articolo '%3'")
+                  .arg(m_run.RowKey(), sourceCode, article));
+}
+
 RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
                                 const std::function<void(TargetRow&)>& more) const {
     Session& session = m_run.GetSession();
@@ -85,31 +124,11 @@ QString ArticleWriter::Supplier(const QString& article, const QString& supplierS
                                  ? QString()
                                  : LookUp(m_run.GetSession(), "CON_TRO", "COFGE", supplierSourceCode, "CDCON");
     if (!supplier.isEmpty()) {
-        Link(article, supplier, price);
+        SupplierLinks links(m_run, article);
+        links.Add({supplier, price});
+        links.Close();
     }
     return supplier;
-}
-
-void ArticleWriter::Link(const QString& article, const SupplierLink& link) const {
-    Session& session = m_run.GetSession();
-    const QString where =
-        Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCON", link.supplier);
-    if (!session.Quadrix.IsAbsent("ART_FOR", CodeColumn, article) && IdWhere(session, "ART_FOR", where) != 0) {
-        return;
-    }
-    TargetRow row(m_run, "ART_FOR");
-    row.Set(CodeColumn, article);
-    row.Set("CDCON", link.supplier);
-    row.Set("DTINS", session.UserManager.DataElaborazione);
-    row.Set("ARPRZ", link.price);
-    row.Set("AFABI", link.preferred);
-    for (const auto& [column, value] :
-         {std::pair("AFGGR", link.leadDays), std::pair("AFLOR", link.lot), std::pair("AFQTR", link.minimum)}) {
-        if (!value.isNull()) {
-            row.Set(column, value);
-        }
-    }
-    row.Insert();
 }
 
 void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty,
@@ -193,6 +212,114 @@ RowOutcome ArticleWriter::Location(const QString& article, const QString& locati
     row.Set("UADEF", true);
     row.Insert();
     return RowOutcome::Inserted;
+}
+
+// --- Suppliers ----------------------------------------------------------------------------------------------------
+
+namespace {
+
+const QString LinkTable = QStringLiteral("ART_FOR");
+
+/// The columns of what a link tells beside whose it is.
+const std::array<QString, SupplierLink::Values> LinkColumns{"ARPRZ", "AFGGR", "AFLOR", "AFQTR"};
+
+std::array<QVariant, SupplierLink::Values> ValuesOf(const SupplierLink& link) {
+    return {link.price, link.leadDays, link.lot, link.minimum};
+}
+
+} // namespace
+
+SupplierLinks::SupplierLinks(ImportRun& run, QString article)
+    : m_run(run),
+      m_article(std::move(article)) {}
+
+void SupplierLinks::ReadThere() {
+    const Session& session = m_run.GetSession();
+    if (m_isRead || m_run.GetSession().Quadrix.IsAbsent(LinkTable, CodeColumn, m_article)) {
+        m_isRead = true;
+        return;
+    }
+    m_isRead = true;
+    Recordset rows =
+        m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM %1 WHERE ").arg(m_run.FullName(LinkTable)) +
+                                             Equals(session, CodeColumn, m_article));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        There there{row.Text("RECORD_ID"), false,
+                    row.Text("USINS").compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0,
+                    row.Text("CDCON"), mod_ovTools::ToBoolean(row.Value("AFABI"))};
+        for (size_t i = 0; i < LinkColumns.size(); ++i) {
+            there.values[i] = row.Value(LinkColumns[i]);
+        }
+        m_there.push_back(there);
+    }
+}
+
+void SupplierLinks::Add(const SupplierLink& link) {
+    ReadThere();
+    const auto isIt = [&link](const QString& supplier) {
+        return supplier.compare(link.supplier, Qt::CaseInsensitive) == 0;
+    };
+    if (std::any_of(m_new.begin(), m_new.end(), isIt)) {
+        return;
+    }
+    const auto there =
+        std::find_if(m_there.begin(), m_there.end(), [&](const There& one) { return isIt(one.supplier); });
+    if (there == m_there.end()) {
+        Insert(link);
+        m_new.append(link.supplier);
+    } else if (!there->hasCome) {
+        there->hasCome = true;
+        Rewrite(*there, link);
+    }
+    m_hasPreferred = m_hasPreferred || link.preferred;
+}
+
+void SupplierLinks::Insert(const SupplierLink& link) const {
+    TargetRow row(m_run, LinkTable);
+    row.Set(CodeColumn, m_article);
+    row.Set("CDCON", link.supplier);
+    row.Set("DTINS", m_run.GetSession().UserManager.DataElaborazione);
+    row.Set("ARPRZ", link.price.isNull() ? QVariant(0) : link.price);
+    row.Set("AFABI", link.preferred);
+    const std::array values = ValuesOf(link);
+    for (size_t i = 1; i < values.size(); ++i) {
+        if (!values[i].isNull()) {
+            row.Set(LinkColumns[i], values[i]);
+        }
+    }
+    row.Insert();
+}
+
+/// Writes what is another than it was, and nothing where nothing is.
+void SupplierLinks::Rewrite(const There& there, const SupplierLink& link) const {
+    if (!there.isByImport) {
+        return;
+    }
+    TargetRow row(m_run, LinkTable);
+    bool hasChanged = there.isPreferred != link.preferred;
+    if (hasChanged) {
+        row.Set("AFABI", link.preferred);
+    }
+    const std::array values = ValuesOf(link);
+    for (size_t i = 0; i < values.size(); ++i) {
+        if (values[i].isValid() && mod_ovTools::ReadNumber(there.values[i]) != mod_ovTools::ReadNumber(values[i])) {
+            row.Set(LinkColumns[i], values[i]);
+            hasChanged = true;
+        }
+    }
+    if (hasChanged) {
+        row.Update(QStringLiteral("WHERE RECORD_ID = ") + there.id);
+    }
+}
+
+void SupplierLinks::Close() const {
+    for (const There& there : m_there) {
+        if (m_hasPreferred && there.isPreferred && there.isByImport && !there.hasCome) {
+            TargetRow row(m_run, LinkTable);
+            row.Set("AFABI", false);
+            row.Update(QStringLiteral("WHERE RECORD_ID = ") + there.id);
+        }
+    }
 }
 
 } // namespace contract

@@ -34,14 +34,17 @@ struct HistoryLine {
     QVariant changed; ///< moment of the line in the source; Null for the moment of the import
 };
 
-/// A supplier of an article, a counterparty that is there.
+/// A supplier of an article, a counterparty that is there. A value that is not valid the source does not tell, and what
+/// there is of it stays; Null it has none.
 struct SupplierLink {
+    static constexpr size_t Values = 4; ///< beside the supplier and the mark
+
     QString supplier; ///< CDCON
-    double price = 0;
+    QVariant price = {};
     bool preferred = true;
-    QVariant leadDays = {}; ///< Null: not told
-    QVariant lot = {};      ///< of a reorder
-    QVariant minimum = {};  ///< order quantity
+    QVariant leadDays = {};
+    QVariant lot = {};     ///< of a reorder
+    QVariant minimum = {}; ///< order quantity
 };
 
 /// Writes articles and what hangs on them. It knows the target, never the origin.
@@ -54,6 +57,9 @@ public:
     /// CDART of a source code: translated through SYS_IMP (table and field), else the code itself in the case of key
     /// fields; at most 50 characters.
     QString CodeOf(const QString& table, const QString& field, const QString& sourceCode) const;
+    /// An article of a source code follows. One that an earlier row of the run had by another source code is told. Two
+    /// codes that only became one because both were cut are two articles: that raises `ImportError`.
+    void Claim(const QString& article, const QString& sourceCode);
     /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated.
     /// @param more sets what the mapping cannot tell, after it
     RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
@@ -62,15 +68,9 @@ public:
     void Text(const QString& article, const QString& column, const QString& text, const QString& language = "IT") const;
     /// Stores the description as language text of ARDES and ARDEC: 100 characters in upper case.
     void Texts(const QString& article, const QString& description) const;
-    /// Links a supplier, found by its code in the source.
+    /// Links the one supplier that the source tells of an article, found by its code in the source.
     /// @return the supplier's CDCON; empty when there is none, and nothing is written
     QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
-    /// Links a supplier, a counterparty that is there; one that is linked already stays as it is.
-    void Link(const QString& article, const QString& supplier, double price, bool preferred = true) const {
-        Link(article, SupplierLink{supplier, price, preferred});
-    }
-    /// The same, with what the supplier asks.
-    void Link(const QString& article, const SupplierLink& link) const;
     /// Writes the code that an article has at a counterparty, unless it is there.
     /// @param description that it has there; empty for none
     void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty,
@@ -90,6 +90,41 @@ private:
     void History(const QString& table, const QString& amountColumn, const HistoryLine& line) const;
 
     ImportRun& m_run;
+    QHash<size_t, quint64> m_claimed; ///< by the hash of the article's code: a digest of the source code, small
+};
+
+/// Writes the suppliers that the source tells of an article, all of them. It raises as `ArticleWriter` does.
+class SupplierLinks {
+public:
+    SupplierLinks(ImportRun& run, QString article);
+
+    /// Links a supplier. A link that an import has written is rewritten, one that somebody has entered stays as it is,
+    /// and so does that of a supplier who has come already.
+    void Add(const SupplierLink& link);
+    /// Behind the last supplier: where a preferred one came, those that an import has linked and that have not come
+    /// are it no longer.
+    void Close() const;
+
+private:
+    /// A link that was there before.
+    struct There {
+        QString id;
+        bool hasCome;
+        bool isByImport;
+        QString supplier;
+        bool isPreferred;
+        std::array<QVariant, SupplierLink::Values> values = {};
+    };
+    void ReadThere();
+    void Insert(const SupplierLink& link) const;
+    void Rewrite(const There& there, const SupplierLink& link) const;
+
+    ImportRun& m_run;
+    QString m_article;
+    bool m_isRead = false;
+    std::vector<There> m_there;
+    QStringList m_new; ///< suppliers
+    bool m_hasPreferred = false;
 };
 
 } // namespace contract

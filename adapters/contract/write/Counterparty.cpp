@@ -31,11 +31,46 @@ QString Digits(const QString& number) {
     return digits.removeIf([](QChar c) { return !c.isDigit(); });
 }
 
+/// A rule whose column is Null where it gives nothing: what a counterparty that is there has no more.
+Rule OrNull(const Rule& rule) {
+    return {rule.text,
+            [apply = rule.apply](const RuleInput& input) {
+                RuleValue value = apply(input);
+                return value ? value : RuleValue(QVariant());
+            },
+            rule.side, rule.reads};
+}
+
+/// Whether a column is one of the discounts that go one upon the other: some of before and some of now are none that
+/// anybody has agreed on.
+bool IsDiscount(const QString& column) {
+    static const QStringList discounts{"COSC1", "COSC2", "COSC3", "COSF1", "COSF2", "COSF3"};
+    return discounts.contains(column);
+}
+
+/// The number that a text begins with, digit by digit, without zeros that do not count; "0" when it begins with none.
+QString LeadingDigits(const QString& text) {
+    static const QRegularExpression number(QStringLiteral("^[0-9]*(\\.[0-9]*)?"));
+    QString digits = number.match(text).captured();
+    if (digits.contains(u'.')) {
+        static const QRegularExpression ending(QStringLiteral("\\.?0*$"));
+        digits.remove(ending);
+    }
+    static const QRegularExpression beginning(QStringLiteral("^0+(?=[0-9])"));
+    digits.remove(beginning);
+    return digits.isEmpty() || digits.startsWith(u'.') ? QString(u'0' + digits) : digits;
+}
+
 /// The lines of a role, behind the mark of the role.
 Mapping RoleLines(const Mapping& whole, Side side, const QString& mark) {
     Mapping role{whole.targetTable, whole.sourceTable, {{mark, {}, rules::Constant(true)}}, true};
     std::copy_if(whole.lines.begin(), whole.lines.end(), std::back_inserter(role.lines),
                  [side](const MapLine& line) { return line.rule.side == side; });
+    for (MapLine& line : role.lines) {
+        if (IsDiscount(line.target)) {
+            line.rule = OrNull(line.rule);
+        }
+    }
     return role;
 }
 
@@ -104,9 +139,7 @@ QString WithoutSeparators(QString text) { return Without(std::move(text), QStrin
 
 QString StoredNumber(const QString& number) {
     const QString bare = WithoutSeparators(number);
-    return number.isEmpty() || mod_ovTools::ReadNumber(bare)
-               ? bare
-               : QString(u'0' + mod_ovTools::NumberText(ReadLeadingNumber(bare).value_or(0)));
+    return number.isEmpty() || mod_ovTools::ReadNumber(bare) ? bare : QString(u'0' + LeadingDigits(bare));
 }
 
 QStringList NumberColumns::Names() const {

@@ -69,7 +69,8 @@ struct NumberColumns {
 };
 
 /// How a source row becomes a row of CON_TRO: whole for a new counterparty; for one that is there the columns of its
-/// roles alone (`CustomerOnly` and `SupplierOnly`, and the mark of the role).
+/// roles alone (`CustomerOnly` and `SupplierOnly`, and the mark of the role), of which a discount that the source does
+/// not tell is cleared.
 class CounterpartyMapping {
 public:
     explicit CounterpartyMapping(Mapping whole);

@@ -60,11 +60,29 @@ struct Identity {
     bool IsStranger(const Identity& other) const {
         return HasNumber() && other.HasNumber() && !SharesNumber(other) && !Agree(name, other.name);
     }
+    /// Whether the names are one, or one goes on where the other ends: "Rossi", "Rossi e figli".
+    bool IsCalledLike(const Identity& other) const {
+        return !name.isEmpty() && !other.name.isEmpty() && (name.startsWith(other.name) || other.name.startsWith(name));
+    }
+    /// Whether it may be the one that had the code of this one at an earlier import: one of another name only where
+    /// neither has a number.
+    bool MayHaveBeen(const Identity& other) const {
+        return Agree(name, other.name) ||
+               (!IsStranger(other) && (IsCalledLike(other) || (!HasNumber() && !other.HasNumber())));
+    }
 };
 
 template<class Who>
 Identity IdentityOf(const Who& who) {
     return {who.vatNumber, who.taxCode, who.name};
+}
+
+/// The first of some counterparties whose identity meets a condition; null when none does.
+template<class Who, class Condition>
+const Who* FirstThat(const std::vector<Who>& parties, Condition meets) {
+    const auto found =
+        std::find_if(parties.begin(), parties.end(), [&](const Who& one) { return meets(IdentityOf(one)); });
+    return found == parties.end() ? nullptr : &*found;
 }
 
 /// "'Acciai' (partita IVA 01234567890, codice fiscale RSSMRA...)": how the log names somebody.
@@ -169,6 +187,7 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
     look(QStringLiteral("cliente"), source.roles.customer, party->customer);
     look(QStringLiteral("fornitore"), source.roles.supplier, party->supplier);
     if (made) {
+        TellTwice(code);
         return;
     }
     const QString origin =
@@ -177,18 +196,83 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
                   .arg(m_run.RowKey(), Named(source), Named(*party), origin, code, replaced.join(QString())));
 }
 
-QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {
+void CounterpartyRegister::Meet(const SourceIdentity& source) {
+    m_again = false;
+    const QString code = source.code.toUpper();
+    for (const auto& [has, role] : {std::pair(source.roles.customer, u'C'), std::pair(source.roles.supplier, u'F')}) {
+        if (!has) {
+            continue;
+        }
+        const size_t hash = qHash(QString(role + code));
+        m_again = m_again || m_met.contains(hash);
+        m_run.Remember(m_met, hash);
+    }
+}
+
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(const SourceIdentity& source) const {
     const QString column = source.roles.customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
-    if (m_run.GetSession().Quadrix.IsAbsent(Register, column, source.code)) {
+    if (source.code.isEmpty() || m_run.GetSession().Quadrix.IsAbsent(Register, column, source.code)) {
+        return {};
+    }
+    return Parties(column + QStringLiteral(" = ") + m_run.Quoted(source.code));
+}
+
+QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {
+    const std::vector<Party> parties = OfSourceCode(source);
+    const Identity identity = IdentityOf(source);
+    const Party* party = FirstThat(parties, [&](const Identity& one) { return one.IsSame(identity); });
+    if (party == nullptr) {
+        party = FirstThat(parties, [&](const Identity& one) { return !one.IsStranger(identity); });
+    }
+    return party == nullptr ? QString() : party->code;
+}
+
+QString CounterpartyRegister::FindByCode(const SourceIdentity& source) const {
+    const std::vector<Party> parties = OfSourceCode(source);
+    if (parties.empty()) {
         return {};
     }
     const Identity identity = IdentityOf(source);
-    for (const Party& party : Parties(column + QStringLiteral(" = ") + m_run.Quoted(source.code))) {
-        if (!IdentityOf(party).IsStranger(identity)) {
-            return party.code;
+    if (const Party* same = FirstThat(parties, [&](const Identity& one) { return one.IsSame(identity); })) {
+        TellTwice(same->code);
+        return same->code;
+    }
+    if (m_again) {
+        return OfAnother(source, parties.front());
+    }
+    if (const Party* before = FirstThat(parties, [&](const Identity& one) { return one.MayHaveBeen(identity); })) {
+        if (!IdentityOf(*before).IsCalledLike(identity)) {
+            TellDifferent(source, *before, true);
         }
+        return before->code;
+    }
+    // Two origins may well have the same codes: who has other numbers is another one, of whom nothing is to be told.
+    if (const Party* unsure = FirstThat(parties, [&](const Identity& one) { return !one.IsStranger(identity); })) {
+        TellDifferent(source, *unsure, false);
     }
     return {};
+}
+
+/// What becomes of a source row whose code an earlier row had, which was another counterparty.
+QString CounterpartyRegister::OfAnother(const SourceIdentity& source, const Party& party) const {
+    const bool isUpdated = m_setting.value_or(m_usual) == TakenCode::Update;
+    if (isUpdated) {
+        TellTwice(party.code);
+    }
+    TellDifferent(source, party, isUpdated);
+    return isUpdated ? party.code : QString();
+}
+
+void CounterpartyRegister::TellTwice(const QString& code) const {
+    if (m_again) {
+        m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
+    }
+}
+
+void CounterpartyRegister::TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const {
+    m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3, %4, hanno lo stesso codice d'origine '%5': %6")
+                  .arg(m_run.RowKey(), Named(source), Named(party), party.code, source.code,
+                       isUpdated ? QStringLiteral("è aggiornata la riga che c'è") : QStringLiteral("restano due")));
 }
 
 QString CounterpartyRegister::NextCode() const {
@@ -210,44 +294,57 @@ QString CounterpartyRegister::NextCode() const {
 }
 
 Placement CounterpartyRegister::Place(const SourceIdentity& source) const {
-    QString known = ImportedBefore(source);
+    QString known = FindByCode(source);
     if (known.isEmpty()) {
         known = FindSame(source);
     }
     if (!known.isEmpty()) {
         return {known, true};
     }
-    const QString told = modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false);
-    if (!told.isEmpty()) {
-        return Settle(source, told, TakenCode::Update);
-    }
+    const QString told = source.told.isEmpty()
+                             ? modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false)
+                             : source.told;
     bool isNumber = false;
     const qint64 number = (source.number.isEmpty() ? source.code : source.number).toLongLong(&isNumber);
     const bool keepsNumber = source.roles.customer && isNumber && number > 0 && number <= HighestCode;
-    return Settle(source, keepsNumber ? SixDigits(number) : NextCode());
+    const QString code = !told.isEmpty() ? told : keepsNumber ? SixDigits(number) : NextCode();
+    const auto placement = Take(source, code, told.isEmpty() ? m_usual : TakenCode::Update);
+    return placement ? *placement : TakeNext(source, code);
 }
 
-Placement CounterpartyRegister::Settle(const SourceIdentity& source, const QString& code, TakenCode usual) const {
+Placement CounterpartyRegister::Settle(const SourceIdentity& source, const QString& code) const {
+    if (const auto placement = Take(source, code, m_usual)) {
+        return *placement;
+    }
+    const QString before = FindByCode(source);
+    return before.isEmpty() ? TakeNext(source, code) : Placement{before, true};
+}
+
+/// The code when it is free, or its counterparty is to be updated; none when another one has it.
+std::optional<Placement> CounterpartyRegister::Take(const SourceIdentity& source, const QString& code,
+                                                    TakenCode usual) const {
     const auto party = Find(code);
     if (!party) {
-        return {code, false};
+        return Placement{code, false};
     }
     const bool same = IdentityOf(source).IsSame(IdentityOf(*party));
-    if (same || m_setting.value_or(usual) == TakenCode::Update) {
-        m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
-        if (!same) {
-            m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: è aggiornata la riga "
-                                     "che c'è")
-                          .arg(m_run.RowKey(), Named(source), Named(*party), code));
-        }
-        return {code, true};
+    if (!same && m_setting.value_or(usual) != TakenCode::Update) {
+        return std::nullopt;
     }
-    if (const QString before = ImportedBefore(source); !before.isEmpty()) {
-        return {before, true};
+    m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
+    if (!same) {
+        m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: è aggiornata la riga "
+                                 "che c'è")
+                      .arg(m_run.RowKey(), Named(source), Named(*party), code));
     }
+    return Placement{code, true};
+}
+
+Placement CounterpartyRegister::TakeNext(const SourceIdentity& source, const QString& taken) const {
+    const auto party = Find(taken);
     const Placement next{NextCode(), false};
     m_run.Log(QStringLiteral("CODICE OCCUPATO: %1 %2 prende il codice %3: %4 è di %5")
-                  .arg(m_run.RowKey(), Named(source), next.code, code, Named(*party)));
+                  .arg(m_run.RowKey(), Named(source), next.code, taken, party ? Named(*party) : QString()));
     return next;
 }
 

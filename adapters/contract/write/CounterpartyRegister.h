@@ -14,6 +14,7 @@ struct SourceIdentity {
     QString vatNumber;
     QString taxCode;
     QString number = {}; ///< of a customer whose code is more than its number: the number
+    QString told = {};   ///< CDCON that SYS_IMP tells of another code of the source, before that of this one
 };
 
 /// The Quadrix code of a counterparty of the source.
@@ -40,15 +41,23 @@ public:
     /// nothing; a setting that is neither "aggiorna" nor "nuovo" raises `ImportError`
     explicit CounterpartyRegister(ImportRun& run, TakenCode usual = TakenCode::Next);
 
+    /// A source row begins: what the operations below tell and find depends on whether an earlier row of the run had
+    /// its code, in a role that it has too.
+    void Meet(const SourceIdentity& source);
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
     /// Logs that the counterparty of a source row and the one with a code become one, unless that was made from the
     /// row.
     void TellMerge(const SourceIdentity& source, const QString& code) const;
-    /// CDCON of the counterparty that an earlier import, or an earlier row, made from the same code: by COCGE for a
-    /// customer, by COFGE for a supplier. Where name and numbers are all others it is another counterparty, of another
-    /// origin. Empty when there is none.
+    /// CDCON of the counterparty that an earlier import made from the same code: by COCGE for a customer, by COFGE for
+    /// a supplier. Where name and numbers are all others it is another counterparty, of another origin. Empty when
+    /// there is none, and for a blank code.
     QString ImportedBefore(const SourceIdentity& source) const;
+    /// The same for a row that may be a new counterparty. One of another name is the one of before only where neither
+    /// has a number and no earlier row of the run had the code, and the log tells it; else the two stay two, which the
+    /// log tells too, unless their numbers say so. Where an earlier row had the code it is told, and who is another one
+    /// is updated or new as `TakenCode` says.
+    QString FindByCode(const SourceIdentity& source) const;
     /// Whether a counterparty has that code.
     bool Exists(const QString& code) const;
     /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
@@ -58,22 +67,29 @@ public:
     /// Finds the counterparty of a source row, or assigns it a code: the one imported from the same code before; else
     /// the one with its VAT number or tax code; else a customer's numeric code where six digits hold it, or the highest
     /// code plus one, as `Settle` gives it. The code that SYS_IMP tells is somebody's word: whoever has it is updated,
-    /// unless the setting says "nuovo".
+    /// unless the setting says "nuovo". `Meet` goes before it.
     Placement Place(const SourceIdentity& source) const;
     /// Gives a code to the counterparty of a source row when it is free. One that is taken is logged: by the same
     /// counterparty (equal VAT number or tax code, or one of the two has neither and the names agree) it is updated; by
     /// another one as `TakenCode` says, and the log names both.
-    Placement Settle(const SourceIdentity& source, const QString& code) const { return Settle(source, code, m_usual); }
+    Placement Settle(const SourceIdentity& source, const QString& code) const;
 
 private:
     struct Party;
     std::vector<Party> Parties(const QString& condition) const;
+    std::vector<Party> OfSourceCode(const SourceIdentity& source) const;
     std::optional<Party> Find(const QString& code) const;
-    Placement Settle(const SourceIdentity& source, const QString& code, TakenCode usual) const;
+    QString OfAnother(const SourceIdentity& source, const Party& party) const;
+    std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
+    Placement TakeNext(const SourceIdentity& source, const QString& taken) const;
+    void TellTwice(const QString& code) const;
+    void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;
 
     ImportRun& m_run;
     TakenCode m_usual;
     std::optional<TakenCode> m_setting; ///< none: as usual
+    QSet<size_t> m_met;                 ///< hashes of the roles and codes of the rows so far
+    bool m_again = false;               ///< whether the row under way has one of them
 };
 
 } // namespace contract

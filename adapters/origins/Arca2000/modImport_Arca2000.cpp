@@ -204,9 +204,16 @@ QString AssignCode(ImportRun& run, const CounterpartyRegister& parties, const QS
     return QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
 }
 
+/// A row that makes a supplier where it is new is one too where it made the supplier itself; else its letter is an F.
+bool AddsSupplier(ImportRun& run, const QString& sourceCode, const QString& party) {
+    return sourceCode.startsWith(u'F', Qt::CaseInsensitive) ||
+           (!IsCustomerCode(sourceCode) &&
+            LookUp(run.GetSession(), "CON_TRO", "CDCON", party, "COFGE").compare(sourceCode, Qt::CaseInsensitive) == 0);
+}
+
 /// A legal person that is there already only gains the role that the source row adds.
 RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
-    const bool supplier = row.Text("codice").startsWith(u'F', Qt::CaseInsensitive);
+    const bool supplier = AddsSupplier(run, row.Text("codice"), code);
     TargetRow target(run, "CON_TRO");
     FillMissingCodes(run, Controparti(), row, {code, RoleOf(!supplier)}, target);
     (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
@@ -251,11 +258,10 @@ void WriteAddresses(CounterpartyWriter& writer, const SourceRow& row, const Owne
 void WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& counterparty) {
     Session& session = run.GetSession();
     const QString defaultBranch = row.Text("destdiv");
-    Recordset rows = session.SourceConnection().ExecuteWC("SELECT * FROM destinaz\rWHERE codicecf = " +
-                                                          run.Quoted(row.Text("codice")));
-    for (const SourceRow branch(rows); !rows.Eof(); rows.MoveNext()) {
+    const QString query = "SELECT * FROM destinaz\rWHERE codicecf = " + run.Quoted(row.Text("codice"));
+    ForEachChild(session, query, Destinaz, "codicecf, codicedes", [&](const SourceRow& branch) {
         if (branch.IsBlank("indirizzo")) {
-            continue;
+            return;
         }
         TargetRow target = writer.NewRow("CON_SED");
         Sedi().Apply(target, session, branch, {counterparty.key});
@@ -264,21 +270,25 @@ void WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& 
         const Owner owner = writer.Branch(counterparty, target);
         writer.Telephone(owner, "Ufficio", branch.Text("telefono"));
         writer.Telephone(owner, "Fax (uff.)", branch.Text("fax"));
-    }
+    });
 }
 
-RowOutcome ImportControparte(ImportRun& run, const CounterpartyRegister& parties, const SourceRow& row,
+RowOutcome ImportControparte(ImportRun& run, CounterpartyRegister& parties, const SourceRow& row,
                              bool mailsToContacts) {
     const QString sourceCode = row.Text("codice");
+    if (sourceCode.isEmpty()) {
+        throw ImportError(QStringLiteral("colonna 'codice': il codice manca"));
+    }
     const Roles roles = RoleOf(IsCustomerCode(sourceCode));
     const QString name = QString(row.Text("descrizion") + ' ' + row.Text("supragsoc")).trimmed();
     const SourceIdentity source{
         Anagrafe, "codice", sourceCode, roles, name, row.Text("partiva"), row.Text("codfiscale")};
+    parties.Meet(source);
     if (const QString same = parties.FindSame(source); !same.isEmpty()) {
         return GainRole(run, row, same);
     }
     // A supplier's code does not tell its number: without this a second run would number it anew.
-    if (const QString before = roles.supplier ? parties.ImportedBefore(source) : QString(); !before.isEmpty()) {
+    if (const QString before = roles.supplier ? parties.FindByCode(source) : QString(); !before.isEmpty()) {
         return GainRole(run, row, before);
     }
     const Placement place = parties.Settle(source, AssignCode(run, parties, sourceCode));
@@ -316,7 +326,7 @@ void ImportContropartiArca2000(Session& session, const QString& singleCode, bool
     run.Guard([&] {
         run.Announce("Inizio importazione controparti");
         run.Preflight(ContropartiNeeds());
-        const CounterpartyRegister parties(run, TakenCode::Update);
+        CounterpartyRegister parties(run, TakenCode::Update);
         Empty(run, reset, CounterpartyEmptying());
         const bool mailsToContacts = run.Ask("Vuoi riportare gli indirizzi mail della controparte nei riferimenti?");
         const QString where = singleCode.isEmpty() ? QString() : "\rWHERE codice = " + run.Quoted(singleCode);

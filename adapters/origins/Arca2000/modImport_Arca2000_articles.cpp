@@ -158,13 +158,16 @@ void WritePrices(ImportRun& run, const ArticleWriter& writer, const QString& sou
     }
 }
 
-RowOutcome ImportArticolo(ImportRun& run, const SourceRow& row) {
+RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow& row) {
     const QString sourceCode = row.Text("codice");
-    const ArticleWriter writer(run);
+    if (sourceCode.isEmpty()) {
+        throw ImportError(QStringLiteral("colonna 'codice': il codice manca"));
+    }
     const Facts facts{writer.CodeOf("ART_ICO", "CDART", sourceCode)};
     if (IsVariant(facts.code)) {
         return run.Skip("variante -C");
     }
+    writer.Claim(facts.code, sourceCode);
     WritePrices(run, writer, sourceCode, facts.code);
     const RowOutcome outcome = writer.Write(Articoli(), row, facts);
     writer.Texts(facts.code, row.Text("descrizion"));
@@ -239,10 +242,11 @@ void ImportArticoliArca2000(Session& session, const QString& singleCode, bool re
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         Empty(run, reset, ArticleEmptying());
+        ArticleWriter writer(run);
         const QString where =
             singleCode.isEmpty() ? QString() : QString("\rWHERE codice LIKE " + run.Quoted(u'%' + singleCode + u'%'));
         run.Rows({"Articoli", Magart, "codice", "SELECT COUNT(*) FROM magart" + where, "SELECT * FROM magart" + where},
-                 [&](const SourceRow& row) { return ImportArticolo(run, row); });
+                 [&](const SourceRow& row) { return ImportArticolo(run, writer, row); });
         run.Complete("Articoli importati correttamente!");
     });
 }

@@ -92,6 +92,7 @@ void SetDiscount(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
 
 void LinkSuppliers(ImportRun& run, const SourceRow& row, const QString& article) {
     const ArticleWriter writer(run);
+    SupplierLinks links(run, article);
     for (int number = 1; number <= Suppliers; ++number) {
         const QString code = row.Text(OfSupplier("_ARFOR", number));
         if (code.isEmpty()) {
@@ -106,13 +107,14 @@ void LinkSuppliers(ImportRun& run, const SourceRow& row, const QString& article)
             const bool told = row.HasColumn(column) && !row.IsBlank(column);
             return told ? QVariant(NumberOf(row, column)) : QVariant();
         };
-        writer.Link(article, {supplier, NumberOf(row, OfSupplier("_ARFPR", number)), number == 1,
-                              numberIn(OfSupplier("_ARGGR", number)), numberIn(OfSupplier("_ARLOT", number)),
-                              numberIn(QStringLiteral("_ARQTA(%1,1)").arg(number))});
+        links.Add({supplier, NumberOf(row, OfSupplier("_ARFPR", number)), number == 1,
+                   numberIn(OfSupplier("_ARGGR", number)), numberIn(OfSupplier("_ARLOT", number)),
+                   numberIn(QStringLiteral("_ARQTA(%1,1)").arg(number))});
         if (const QString own = row.Text(OfSupplier("_ARCOF", number)); !own.isEmpty()) {
             writer.CodeAtCounterparty(article, own, supplier);
         }
     }
+    links.Close();
 }
 
 /// The company's own description and the one in English.
