@@ -60,8 +60,9 @@ private slots:
         QFETCH(const QVariant, quantity);
         WritersTarget target;
         PriceListWriter writer(target.Run);
-        writer.AddScale(writer.Article("L1", "VITE", {}), {quantity, 1});
-        writer.AddScale(writer.Article("L1", "VITE", {}), {quantity, 2});
+        const ListHead list = writer.Head("L1", "V", "Listino");
+        writer.AddScale(writer.Article(list, "VITE", {}), {quantity, 1});
+        writer.AddScale(writer.Article(list, "VITE", {}), {quantity, 2});
         writer.Work(Price("000001", quantity, 3));
         QTEST(target.Rows("SELECT SCQTA FROM X01_LIS_ARS").join('|'), "written");
         QTEST(target.Rows("SELECT SCQTA FROM X01_LIS_LAS").join('|'), "written");
@@ -82,6 +83,10 @@ private slots:
         Row("parts of a unit", QList<double>{0, 0.5}, QList<double>{0, 0.5}, "0.499999|0 999999999|0.5");
         Row("a new one between", three, QList<double>{0, 10, 50, 100},
             "9.999999|0 49.999999|10 99.999999|50 999999999|100");
+        Row("one that is there no more", three, QList<double>{0, 100}, "99.999999|0 999999999|100");
+        Row("one that begins elsewhere", QList<double>{0, 50}, QList<double>{0, 100}, "99.999999|0 999999999|100");
+        Row("only the lowest is left", three, QList<double>{0}, "999999999|0");
+        Row("in any order", QList<double>{100, 0, 10}, three, "9.999999|0 99.999999|10 999999999|100");
         Row("the lowest begins elsewhere", QList<double>{1, 10}, QList<double>{2, 10}, "9.999999|2 999999999|10");
     }
     void pricesThatHoldFromAQuantity() {
@@ -91,8 +96,9 @@ private slots:
         for (const QList<double>& quantities : {first, first, again}) {
             PriceListWriter writer(target.Run);
             for (const double from : quantities) {
-                writer.AddScaleFrom(writer.Article("L1", "VITE", {}), {from, from});
+                writer.AddScaleFrom(writer.Article(writer.Head("L1", "V", "Listino"), "VITE", {}), {from, from});
             }
+            writer.EndSteps();
         }
         QTEST(target.Rows("SELECT SCQTA, SCPRZ FROM X01_LIS_ARS ORDER BY SCQTA").join(' '), "written");
     }
@@ -117,12 +123,6 @@ private slots:
                               "000003|999999999|9"}));
     }
 
-    void historyWithoutADayIsWrittenOnce() {
-        WritersTarget target;
-        const ArticleWriter writer(target.Run);
-        for (int run = 0; run < 2; ++run) {
-            writer.Cost({"VITE", {}, 5, {}, "senza data", {}});
-            writer.Cost({"VITE", QDate(2024, 1, 1), 6, {}, {}, {}});
     /// Two codes of a source that are one article.
     void articlesOfTwoCodesAreTold_data() {
         Columns<QString, QString, QString, QString>("first", "second", "article", "told");
@@ -148,6 +148,12 @@ private slots:
         QCOMPARE(!error && log.contains("ARTICOLO"), told.startsWith("ARTICOLO"));
     }
 
+    void historyWithoutADayIsWrittenOnce() {
+        WritersTarget target;
+        const ArticleWriter writer(target.Run);
+        for (int run = 0; run < 2; ++run) {
+            writer.Cost({"VITE", {}, 5, {}, "senza data", {}});
+            writer.Cost({"VITE", QDate(2024, 1, 1), 6, {}, {}, {}});
         }
         QCOMPARE(target.Rows("SELECT STDAT, STCOS FROM X01_STO_COS").size(), qsizetype{2});
     }

@@ -201,8 +201,8 @@ private slots:
         QVERIFY(IsThere(session, "TAB_MOP", "CDMOP", code));
         QCOMPARE(LookUp(session, "TAB_MOP", "CDMOP", code, "MPDES"), QString("Null"));
         QVERIFY(IdWhere(session, "TAB_MOP", Equals(session, "CDMOP", code)) != 0);
-        const PriceListWriter lists(run);
-        QCOMPARE(lists.Head(code, "V", "Listino"), lists.Head(code, "V", "Listino"));
+        const qint64 list = PriceListWriter(run).Head(code, "V", "Listino").id;
+        QCOMPARE(PriceListWriter(run).Head(code, "V", "Listino").id, list);
     }
 
     void documentsAreFoundByTheirNumber_data() {
@@ -373,19 +373,43 @@ private slots:
         QCOMPARE(writer.FindRow(1, 2, {2, 3}), qint64{0});
     }
 
-    /// Without a quantity a price holds for any; the same quantity is rewritten, in another validity it is another.
+    /// Without a quantity a price holds for any; the same quantity is rewritten, in another validity it is another, and
+    /// so it is in the list of the other direction.
     void rewritesScales() {
         Written target;
-        const PriceListWriter writer(target.Run);
+        PriceListWriter writer(target.Run);
         const QDate newYear(2024, 1, 1);
-        QCOMPARE(writer.Head("L1", "V", "Listino"), writer.Head("L1", "V", "Altro nome"));
-        QVERIFY(writer.Head("L1", "A", "Acquisti") != writer.Head("L1", "V", "Listino"));
-        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {newYear, {}}), {{}, 10}), RowOutcome::Inserted);
-        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {newYear, {}}), {{}, 11}), RowOutcome::Updated);
-        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {newYear, {}}), {0.5, 12}), RowOutcome::Inserted);
-        QCOMPARE(writer.AddScale(writer.Article("L1", "A", {}), {{}, 13}), RowOutcome::Inserted);
-        QCOMPARE(target.Rows("SELECT IDLSD, SCQTA, SCPRZ FROM X01_LIS_ARS ORDER BY RECORD_ID"),
-                 QStringList({"1|999999999|11", "1|0.5|12", "2|999999999|13"}));
+        const ListHead sales = writer.Head("L1", "V", "Listino");
+        const ListHead purchases = writer.Head("L1", "A", "Acquisti");
+        QCOMPARE(writer.Head("L1", "V", "Listino").id, sales.id);
+        QVERIFY(purchases.id != sales.id);
+        QCOMPARE(writer.AddScale(writer.Article(sales, "A", {newYear}), {{}, 10, {5, 2}}), RowOutcome::Inserted);
+        QCOMPARE(writer.AddScale(writer.Article(sales, "A", {newYear}), {{}, 11, {4, {}}}), RowOutcome::Updated);
+        QCOMPARE(writer.AddScale(writer.Article(sales, "A", {newYear}), {0.5, 12}), RowOutcome::Inserted);
+        QCOMPARE(writer.AddScale(writer.Article(sales, "A", {}), {{}, 13}), RowOutcome::Inserted);
+        QCOMPARE(writer.AddScale(writer.Article(purchases, "A", {newYear}), {{}, 7}), RowOutcome::Inserted);
+        QCOMPARE(target.Rows("SELECT IDLSD, SCQTA, SCPRZ, SCSCO, SCSC2 FROM X01_LIS_ARS ORDER BY RECORD_ID"),
+                 QStringList({"1|999999999|11|4|NULL", "1|0.5|12|NULL|NULL", "2|999999999|13|NULL|NULL",
+                              "3|999999999|7|NULL|NULL"}));
+        QVERIFY(target.Log().contains("prezzo 11 sconti 4, prima 10 sconti 5+2"));
+    }
+
+    /// What a list and an article's row are in the source now, on rows that an earlier import wrote without their head.
+    void listsAreBroughtUpToDate() {
+        Written target;
+        const QDate newYear(2024, 1, 1);
+        PriceListWriter first(target.Run);
+        const qint64 row = first.Article(first.Head("L1", "V", "Listino", "USD"), "A", {newYear, QVariant()});
+        target.Execute("UPDATE X01_LIS_ART SET IDTES = NULL");
+        PriceListWriter again(target.Run);
+        const ListHead list = again.Head("L1", "V", "Listino 2024", "EUR");
+        QCOMPARE(again.Article(list, "A", {newYear, QDate(2024, 6, 30)}, "Fiera"), row);
+        QCOMPARE(again.Article(list, "A", {newYear}), row); // the source does not tell of the end
+        QCOMPARE(target.Rows("SELECT LTDES, LTVAL, IDTES, LAFIV, LANOT FROM X01_LIS_ART JOIN X01_LIS_TES USING "
+                             "(CDLIS)"),
+                 QStringList("Listino 2024|EUR|1|2024-06-30T00:00:00.000Z|Fiera"));
+        QVERIFY(target.Log().contains("ora in EUR, prima in USD"));
+        QVERIFY_THROWS_EXCEPTION(ImportError, again.Head("L1", "V", "Listino 2024", "USD"));
     }
 };
 

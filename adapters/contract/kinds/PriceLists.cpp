@@ -15,11 +15,27 @@ Rule UpToTheNext() {
             [](const RuleInput& input) { return RuleValue(input.Value()); }};
 }
 
+bool HoldsFromQuantities(const PriceFields& price) {
+    return std::ranges::any_of(price.scales, [](const ScaleFields& scale) { return scale.quantityFrom.IsSet(); });
+}
+
+/// Where prices hold from quantities on, those of an article in a list from one day belong together: each ends where
+/// the next begins, and without one of them another would hold in its place.
+PriceLists Grouped(PriceLists lists) {
+    for (const PriceFields& price : lists.prices) {
+        if (HoldsFromQuantities(price)) {
+            lists.source.group += price.list.Columns() + lists.article.Columns() + price.from.Columns();
+        }
+    }
+    lists.source.group.removeDuplicates();
+    return lists;
+}
+
 /// The declaration with the mappings that tell it; the procedure and its needs live on it.
 class PriceListsKind {
 public:
     explicit PriceListsKind(PriceLists lists)
-        : declared(std::move(lists)) {
+        : declared(Grouped(std::move(lists))) {
         const QString& table = declared.source.table;
         for (const PriceFields& price : declared.prices) {
             Add(FieldMapping("LIS_TES", table,
@@ -86,6 +102,7 @@ public:
           m_writer(run) {}
 
     RowOutcome Row(const SourceRow& row) override;
+    void EndGroup() override { m_writer.EndSteps(); }
 
 private:
     std::optional<RowOutcome> Write(const SourceRow& row, const PriceFields& price, const QString& article);
@@ -128,15 +145,18 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         const QString owner = price.owner.Text(session, row);
         const QString list = owner.isEmpty() ? price.list.Text(session, row) : owner;
         const QString direction = DirectionOf(row, price);
-        const Validity validity{price.from.Day(session, row), price.to.Day(session, row)};
-        m_writer.Head(list, direction,
-                      owner.isEmpty() ? price.description.Text(session, row)
-                                      : LookUp(session, "CON_TRO", "CDCON", owner, "CORAS"),
-                      price.currency.Text(session, row), price.since.Day(session, row));
+        Validity validity{price.from.Day(session, row)};
+        if (price.to.IsSet()) {
+            validity.to = price.to.Day(session, row);
+        }
+        const ListHead head = m_writer.Head(list, direction,
+                                            owner.isEmpty() ? price.description.Text(session, row)
+                                                            : LookUp(session, "CON_TRO", "CDCON", owner, "CORAS"),
+                                            price.currency.Text(session, row), price.since.Day(session, row));
         if (!owner.isEmpty()) {
             GiveList(owner, direction);
         }
-        const qint64 owning = m_writer.Article(list, article, validity, price.note.Text(session, row));
+        const qint64 owning = m_writer.Article(head, article, validity, price.note.Text(session, row));
         const RowOutcome one = isFrom ? m_writer.AddScaleFrom(owning, scale) : m_writer.AddScale(owning, scale);
         outcome = outcome == RowOutcome::Inserted ? outcome : one;
     }
@@ -182,8 +202,8 @@ std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRo
     const bool isFrom = fields.quantityFrom.IsSet();
     const Field& quantity = isFrom ? fields.quantityFrom : fields.quantity;
     Scale scale{quantity.NumberOrNull(session, row), fields.price.NumberOrNull(session, row)};
-    for (size_t i = 0; i < std::min(fields.discounts.size(), scale.discounts.size()); ++i) {
-        scale.discounts[i] = fields.discounts[i].NumberOrNull(session, row);
+    for (const Field& discount : fields.discounts) {
+        scale.discounts.push_back(discount.NumberOrNull(session, row));
     }
     return PriceOfRange{scale, isFrom};
 }
@@ -220,7 +240,7 @@ Frame FrameOf(const PriceLists& declared) { return Over(declared.frame, UsualPri
 ImportPart PartOf(const PriceLists& declared) {
     const auto kind = std::make_shared<const PriceListsKind>(declared);
     return {.step = FrameOf(declared).step,
-            .source = declared.source,
+            .source = kind->declared.source,
             .needs = kind->Needs(),
             .empties = PriceListEmptying(),
             .make = [kind](ImportRun& run, const QString&) { return std::make_unique<PriceImporter>(run, kind); }};

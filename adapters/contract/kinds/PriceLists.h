@@ -8,8 +8,9 @@ namespace contract {
 /// A price for a range of quantities: up to one or, in sources that tell it so, from one on. One whose price the rule
 /// leaves out (`rules::NotZero`) is none: how numbered columns that are not used are told.
 struct ScaleFields {
-    Field quantity = {};     ///< up to which it holds; blank and 0: any quantity
-    Field quantityFrom = {}; ///< in place of it, the one that it holds from; the rows come in its order
+    Field quantity = {}; ///< up to which it holds; blank and 0: any quantity
+    Field quantityFrom =
+        {}; ///< in place of it, the one that it holds from; the rows come by list, article, first day and quantity
     Field price;
     std::vector<Field> discounts = {}; ///< at most three
 };

@@ -2,8 +2,12 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "core/amounts.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace contract {
 
@@ -17,27 +21,49 @@ QVariant QuantityOf(const Scale& scale) {
     return isBlank || quantity == 0.0 ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
 }
 
+constexpr double QuantityStep = 0.000001; // quantities have 6 decimals
+
+const std::array<QString, 3> DiscountColumns{"SCSCO", "SCSC2", "SCSC3"};
+
 /// A scale row; prices of articles and costs of works differ in the column of the amount alone.
-TargetRow ScaleRow(ImportRun& run, const QString& table, const QString& amountColumn, qint64 owner,
-                   const Scale& scale) {
+TargetRow ScaleRow(ImportRun& run, const QString& table, const QString& amountColumn, const Scale& scale) {
     TargetRow row(run, table);
-    row.Set("IDLSD", owner);
     row.Set("SCQTA", QuantityOf(scale));
     row.Set(amountColumn, scale.price);
-    static const std::array<QString, 3> columns{"SCSCO", "SCSC2", "SCSC3"};
-    for (size_t i = 0; i < columns.size(); ++i) {
-        if (!scale.discounts[i].isNull()) {
-            row.Set(columns[i], scale.discounts[i]);
-        }
+    for (size_t i = 0; i < std::min(DiscountColumns.size(), scale.discounts.size()); ++i) {
+        row.Set(DiscountColumns[i], scale.discounts[i]);
     }
     return row;
+}
+
+double NumberOf(const QVariant& value) { return mod_ovTools::ReadNumber(value).value_or(0); }
+
+/// A price with its discounts, e.g. "12.5" or "12.5 sconti 10+5".
+QString AmountText(const QVariant& price, const std::vector<QVariant>& discounts) {
+    QStringList given;
+    for (const QVariant& discount : discounts) {
+        if (NumberOf(discount) != 0) {
+            given.append(mod_ovTools::ToText(discount));
+        }
+    }
+    const QString text = mod_ovTools::ToText(price);
+    return given.isEmpty() ? text : QString(text + QStringLiteral(" sconti ") + given.join(u'+'));
+}
+
+bool IsSameNumber(const QVariant& one, const QVariant& other) {
+    return mod_ovTools::ReadNumber(one) == mod_ovTools::ReadNumber(other);
+}
+
+QString DayText(const QVariant& day) {
+    const auto moment = mod_ovTools::ReadDate(day);
+    return moment ? moment->toString(QStringLiteral("dd/MM/yyyy")) : QStringLiteral("aperta");
 }
 
 } // namespace
 
 std::vector<TableNeed> PriceListNeeds() {
     return {{"LIS_TES", {"CDLIS", "LTDES", "LTTIP", "LTTYP", "LTVAL", "LTINV"}},
-            {"LIS_ART", {"CDLIS", "CDART", "LAINV", "LAFIV"}},
+            {"LIS_ART", {"IDTES", "CDLIS", "CDART", "LAINV", "LAFIV", "LANOT"}},
             {"LIS_ARS", ScaleColumns}};
 }
 
@@ -48,116 +74,223 @@ std::vector<TableNeed> WorkListNeeds() {
 
 Emptying PriceListEmptying() { return Truncated({"LIS_TES", "LIS_ART", "LIS_ARS"}); }
 
-qint64 PriceListWriter::Head(const QString& list, const QString& direction, const QString& description,
-                             const QString& currency, const QVariant& since) const {
-    Session& session = m_run.GetSession();
-    const qint64 known =
-        IdWhere(session, "LIS_TES",
-                Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "LTTIP", direction));
-    if (known != 0) {
-        return known;
+ListHead PriceListWriter::Head(const QString& list, const QString& direction, const QString& description,
+                               const QString& currency, const QVariant& since) {
+    const QString key = direction + u' ' + list;
+    if (const auto met = m_lists.find(key); met != m_lists.end()) {
+        if (!currency.isEmpty() && !met->currency.isEmpty() && currency != met->currency) {
+            throw ImportError(QStringLiteral("il listino '%1' è in %2, la riga in %3: un listino ha una sola valuta")
+                                  .arg(list, met->currency, currency));
+        }
+        return met->head;
     }
+    ListHead head = KnownHead(list, direction, description, currency);
+    if (head.id == 0) {
+        head = NewHead(list, direction, description, currency, since);
+    }
+    m_lists.insert(key, {head, currency});
+    m_run.WhenTakenBack([this, key] { m_lists.remove(key); });
+    return head;
+}
+
+ListHead PriceListWriter::NewHead(const QString& list, const QString& direction, const QString& description,
+                                  const QString& currency, const QVariant& since) const {
     TargetRow row(m_run, "LIS_TES");
     row.Set("CDLIS", list);
     row.Set("LTDES", description);
     row.Set("LTTIP", direction);
-    row.Set("LTINV", since.isNull() ? QVariant(session.UserManager.DataElaborazione) : since);
+    row.Set("LTINV", since.isNull() ? QVariant(m_run.GetSession().UserManager.DataElaborazione) : since);
     row.Set("LTTYP", schema::defaults::PriceListType);
     row.Set("LTVAL", currency.isEmpty() ? schema::defaults::Currency : currency);
     row.Insert();
-    return m_run.LastId("LIS_TES");
+    return {list, m_run.LastId("LIS_TES")};
 }
 
-qint64 PriceListWriter::Article(const QString& list, const QString& article, const Validity& validity,
+/// The head that is there, with the name and the currency of now; its id is 0 when there is none.
+ListHead PriceListWriter::KnownHead(const QString& list, const QString& direction, const QString& description,
+                                    const QString& currency) const {
+    Session& session = m_run.GetSession();
+    Recordset found =
+        session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, LTDES, LTVAL FROM " + m_run.FullName("LIS_TES") + u" WHERE " +
+                                  Equals(session, "CDLIS", list) + u" AND " + Equals(session, "LTTIP", direction));
+    if (found.Eof()) {
+        return {};
+    }
+    const ListHead head{list, found.Value("RECORD_ID").toLongLong()};
+    const QString name = found.Value("LTDES").toString();
+    const QString money = found.Value("LTVAL").toString();
+    found.Close();
+    TargetRow row(m_run, "LIS_TES");
+    const bool isRenamed = !description.isEmpty() && description != name;
+    if (isRenamed) {
+        row.Set("LTDES", description);
+    }
+    const bool isOtherMoney = !currency.isEmpty() && currency != money;
+    if (isOtherMoney) {
+        row.Set("LTVAL", currency);
+        m_run.Log(QStringLiteral("VALUTA SOSTITUITA: %1: listino '%2' ora in %3, prima in %4")
+                      .arg(m_run.RowKey(), list, currency, money));
+    }
+    if (isRenamed || isOtherMoney) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", head.id));
+    }
+    return head;
+}
+
+/// A row that was written before rows knew their head has none.
+qint64 PriceListWriter::Article(const ListHead& list, const QString& article, const Validity& validity,
                                 const QString& note) const {
     Session& session = m_run.GetSession();
-    const qint64 known =
-        IdWhere(session, "LIS_ART",
-                Equals(session, "CDLIS", list) + QStringLiteral(" AND ") + Equals(session, "CDART", article) +
-                    QStringLiteral(" AND ") + OnDay(session, "LAINV", validity.from));
-    if (known != 0) {
-        return known;
-    }
+    Recordset known = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, IDTES, LAFIV, LANOT FROM " + m_run.FullName("LIS_ART") + u" WHERE " +
+        Equals(session, "CDLIS", list.code) + u" AND " + Equals(session, "CDART", article) + u" AND " +
+        OnDay(session, "LAINV", validity.from) + u" AND COALESCE(IDTES, 0) IN (0, " + QString::number(list.id) +
+        u") ORDER BY COALESCE(IDTES, 0) DESC");
     TargetRow row(m_run, "LIS_ART");
-    row.Set("CDLIS", list);
-    row.Set("CDART", article);
-    row.Set("LAINV", validity.from);
-    row.Set("LAFIV", validity.to);
-    if (!note.isEmpty()) {
-        row.Set("LANOT", note);
+    row.Set("IDTES", list.id);
+    if (known.Eof()) {
+        row.Set("CDLIS", list.code);
+        row.Set("CDART", article);
+        row.Set("LAINV", validity.from);
+        row.Set("LAFIV", validity.to.value_or(QVariant()));
+        if (!note.isEmpty()) {
+            row.Set("LANOT", note);
+        }
+        row.Insert();
+        return m_run.LastId("LIS_ART");
     }
-    row.Insert();
-    return m_run.LastId("LIS_ART");
+    const qint64 id = known.Value("RECORD_ID").toLongLong();
+    bool changes = known.Value("IDTES").toLongLong() != list.id;
+    const QVariant end = known.Value("LAFIV");
+    if (validity.to && mod_ovTools::ReadDate(*validity.to) != mod_ovTools::ReadDate(end)) {
+        row.Set("LAFIV", *validity.to);
+        m_run.Log(QStringLiteral("FINE VALIDITÀ SOSTITUITA: %1: stesso listino, articolo e decorrenza; fine %2, "
+                                 "prima %3")
+                      .arg(m_run.RowKey(), DayText(*validity.to), DayText(end)));
+        changes = true;
+    }
+    if (!note.isEmpty() && note != known.Value("LANOT").toString()) {
+        row.Set("LANOT", note);
+        changes = true;
+    }
+    known.Close();
+    if (changes) {
+        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
+    }
+    return id;
 }
 
 RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
     Session& session = m_run.GetSession();
-    TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", articleRow, scale);
     const QString quantity =
         mod_ovTools::FormatSqlValue(QuantityOf(scale), DataType::Double, session.Quadrix.ProviderType);
-    Recordset known = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, SCPRZ FROM " +
-                                                session.Quadrix.GetFullTableName(QStringLiteral("LIS_ARS")) +
-                                                u" WHERE " + Equals("IDLSD", articleRow) + u" AND SCQTA = " + quantity);
-    if (known.Eof()) {
-        row.Insert();
-        return RowOutcome::Inserted;
+    const qint64 known = IdWhere(session, "LIS_ARS", Equals("IDLSD", articleRow) + u" AND SCQTA = " + quantity);
+    if (known != 0) {
+        Rewrite(known, scale);
+        return RowOutcome::Updated;
     }
-    const qint64 id = known.Value("RECORD_ID").toLongLong();
-    LogReplacedPrice(known.Value("SCPRZ"), scale);
+    TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", scale);
+    row.Set("IDLSD", articleRow);
+    row.Insert();
+    return RowOutcome::Inserted;
+}
+
+/// Writes a scale over one that is there.
+void PriceListWriter::Rewrite(qint64 id, const Scale& scale) const {
+    Recordset known = m_run.GetSession().Quadrix.ExecuteWC(
+        u"SELECT SCPRZ, SCSCO, SCSC2, SCSC3 FROM " + m_run.FullName("LIS_ARS") + u" WHERE " + Equals("RECORD_ID", id));
+    const QVariant price = known.Value("SCPRZ");
+    std::vector<QVariant> discounts;
+    bool isSame = IsSameNumber(price, scale.price);
+    for (size_t i = 0; i < std::min(DiscountColumns.size(), scale.discounts.size()); ++i) {
+        discounts.push_back(known.Value(DiscountColumns[i]));
+        isSame = isSame && NumberOf(discounts.back()) == NumberOf(scale.discounts[i]);
+    }
     known.Close();
-    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
-    return RowOutcome::Updated;
+    if (!isSame) {
+        m_run.Log(QStringLiteral("PREZZO SOSTITUITO: %1: stesso listino, articolo, decorrenza e quantità; prezzo %2, "
+                                 "prima %3")
+                      .arg(m_run.RowKey(), AmountText(scale.price, scale.discounts), AmountText(price, discounts)));
+    }
+    ScaleRow(m_run, "LIS_ARS", "SCPRZ", scale).Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
 }
 
 RowOutcome PriceListWriter::AddScaleFrom(qint64 articleRow, const Scale& scale) {
-    const double from = mod_ovTools::ReadNumber(scale.quantity).value_or(0);
-    const bool isFirst = !m_lowest.contains(articleRow);
-    if (isFirst) {
-        m_lowest.insert(articleRow, from);
-        m_run.WhenTakenBack([this, articleRow] { m_lowest.remove(articleRow); });
-    }
-    const bool isLowest = from <= m_lowest.value(articleRow);
-    if (isFirst && from > 1) {
+    const double from = RoundedTo(NumberOf(scale.quantity), 6);
+    Steps& steps = StepsOf(articleRow);
+    if (steps.written.empty() && from > 1) {
         m_run.Log(QStringLiteral("PREZZO ANCHE PER MENO: %1: vale da %2, Quadrix lo applica anche sotto")
                       .arg(m_run.RowKey(), mod_ovTools::ToText(scale.quantity)));
     }
-    return AddScale(articleRow,
-                    {isLowest ? UpToOfLowest(articleRow) : UpToOf(articleRow, from), scale.price, scale.discounts});
+    return WriteStep(steps, articleRow, from, scale);
 }
 
-/// Where the lowest scale ends that an earlier import has written; Null when there is none.
-QVariant PriceListWriter::UpToOfLowest(qint64 articleRow) const {
-    return First(u"SELECT MIN(SCQTA) FROM " + m_run.FullName("LIS_ARS") + u" WHERE " + Equals("IDLSD", articleRow));
-}
-
-/// Where a scale ends that begins at a quantity. The one that it begins in, unless it is itself, ends before it.
-QVariant PriceListWriter::UpToOf(qint64 articleRow, double from) const {
-    constexpr double step = 0.000001; // of quantities, which have 6 decimals
-    const Provider provider = m_run.GetSession().Quadrix.ProviderType;
-    const auto number = [&](double value) { return mod_ovTools::FormatSqlValue(value, DataType::Double, provider); };
-    const QString scales = u" FROM " + m_run.FullName("LIS_ARS") + u" WHERE " + Equals("IDLSD", articleRow);
-    const QVariant upTo = First(u"SELECT MIN(SCQTA)" + scales + u" AND SCQTA >= " + number(from));
-    const QVariant below = First(u"SELECT MAX(SCQTA)" + scales + u" AND SCQTA < " + number(from));
-    if (below.isNull() || from - mod_ovTools::ToDouble(below) >= 2 * step) {
-        TargetRow shortened(m_run, "LIS_ARS");
-        shortened.Set("SCQTA", RoundedTo(from - step, 6));
-        shortened.Update(QStringLiteral("WHERE ") + Equals("IDLSD", articleRow) + u" AND SCQTA = " +
-                         number(mod_ovTools::ToDouble(upTo)));
+PriceListWriter::Steps& PriceListWriter::StepsOf(qint64 articleRow) {
+    if (m_done.contains(articleRow)) {
+        throw ImportError(QStringLiteral("altre righe hanno già scritto i prezzi di questo listino, articolo e "
+                                         "decorrenza"));
     }
-    return upTo;
+    const auto [place, isNew] = m_steps.try_emplace(articleRow);
+    if (isNew) {
+        place->second.earlier = EarlierSteps(articleRow);
+        m_run.WhenTakenBack([this] { m_steps.clear(); });
+    }
+    return place->second;
 }
 
-QVariant PriceListWriter::First(const QString& query) const {
-    return m_run.GetSession().Quadrix.ExecuteWC(query).Fields(0).Value();
+/// The scales of an article's row as they stand: each begins behind the one before it, the lowest from nothing.
+std::vector<PriceListWriter::Step> PriceListWriter::EarlierSteps(qint64 articleRow) const {
+    Recordset rows =
+        m_run.GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, SCQTA FROM " + m_run.FullName("LIS_ARS") + u" WHERE " +
+                                             Equals("IDLSD", articleRow) + u" ORDER BY SCQTA");
+    std::vector<Step> steps;
+    for (double from = 0; !rows.Eof(); rows.MoveNext()) {
+        steps.push_back({from, rows.Value("RECORD_ID").toLongLong()});
+        from = NumberOf(rows.Value("SCQTA")) + QuantityStep;
+    }
+    return steps;
 }
 
-void PriceListWriter::LogReplacedPrice(const QVariant& before, const Scale& scale) const {
-    const auto old = mod_ovTools::ReadNumber(before);
-    const auto now = mod_ovTools::ReadNumber(scale.price);
-    if (old != now) {
-        m_run.Log(QStringLiteral("PREZZO SOSTITUITO: %1: stesso listino, articolo, decorrenza e quantità; prezzo %2, "
-                                 "prima %3")
-                      .arg(m_run.RowKey(), mod_ovTools::ToText(scale.price), mod_ovTools::ToText(before)));
+/// The first is the lowest of those that are there, whatever it began with; any other is the one of its quantity.
+RowOutcome PriceListWriter::WriteStep(Steps& steps, qint64 articleRow, double from, Scale scale) {
+    const auto isAt = [from](const Step& step) { return std::abs(step.from - from) < QuantityStep / 2; };
+    const auto next = std::ranges::find_if(steps.written, [&](const Step& step) { return step.from >= from; });
+    const bool isRepeated = next != steps.written.end() && isAt(*next);
+    const auto behind = isRepeated ? std::next(next) : next;
+    scale.quantity = behind == steps.written.end() ? QVariant() : QVariant(RoundedTo(behind->from - QuantityStep, 6));
+    if (isRepeated) {
+        Rewrite(next->id, scale);
+        return RowOutcome::Updated;
+    }
+    if (next != steps.written.begin()) { // the one that it begins in ends before it
+        TargetRow shortened(m_run, "LIS_ARS");
+        shortened.Set("SCQTA", RoundedTo(from - QuantityStep, 6));
+        shortened.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", std::prev(next)->id));
+    }
+    const auto known = steps.written.empty() ? steps.earlier.begin() : std::ranges::find_if(steps.earlier, isAt);
+    if (known == steps.earlier.end()) {
+        TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", scale);
+        row.Set("IDLSD", articleRow);
+        row.Insert();
+        steps.written.insert(next, {from, m_run.LastId("LIS_ARS")});
+        return RowOutcome::Inserted;
+    }
+    Rewrite(known->id, scale);
+    steps.written.insert(next, {from, known->id});
+    steps.earlier.erase(known);
+    return RowOutcome::Updated;
+}
+
+void PriceListWriter::EndSteps() {
+    for (const auto& [articleRow, steps] : std::exchange(m_steps, {})) {
+        m_run.Remember(m_done, articleRow);
+        for (const Step& left : steps.earlier) {
+            const QString condition = Equals("RECORD_ID", left.id) + u" AND " + OfImports(m_run.GetSession());
+            if (m_run.DeleteRows("LIS_ARS", condition) != 0) {
+                m_run.Log(QStringLiteral("PREZZO TOLTO: %1: l'origine non ha più un prezzo da %2")
+                              .arg(m_run.RowKey(), QString::number(RoundedTo(left.from, 6))));
+            }
+        }
     }
 }
 
@@ -199,7 +332,9 @@ void PriceListWriter::Work(const WorkPrice& price) {
     }
     row.Set("LLTYP", schema::defaults::WorkListType);
     row.Set("LLINV", price.validity.from);
-    row.Set("LLFIV", price.validity.to);
+    if (price.validity.to) {
+        row.Set("LLFIV", *price.validity.to);
+    }
     row.Set("LLVAL", schema::defaults::Currency);
     const auto write = [&](TargetRow& target, qint64 id) {
         if (id != 0) {
@@ -216,7 +351,8 @@ void PriceListWriter::Work(const WorkPrice& price) {
         known.price = m_run.LastId("LIS_LAV");
     }
     m_works.insert(known.price);
-    TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", known.price, price.scale);
+    TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", price.scale);
+    scale.Set("IDLSD", known.price);
     write(scale, known.scale);
 }
 

@@ -5,6 +5,9 @@
 
 #include <QSet>
 
+#include <map>
+#include <optional>
+
 namespace contract {
 
 /// What the writer below writes: of price lists, and of work price lists.
@@ -14,18 +17,24 @@ std::vector<TableNeed> WorkListNeeds();
 /// What a reset of the price lists empties.
 Emptying PriceListEmptying();
 
-/// Days between which a price holds; Null for open.
+/// Days between which a price holds; Null for open. An end that the source does not tell of leaves the one that is
+/// there.
 struct Validity {
     QVariant from;
-    QVariant to;
+    std::optional<QVariant> to = {};
 };
 
-/// A price up to a quantity, with its discounts. A quantity of 0, blank or Null is any quantity: the price holds
-/// without a limit.
+/// A price up to a quantity. A quantity of 0, blank or Null is any quantity: the price holds without a limit.
 struct Scale {
     QVariant quantity;
     QVariant price;
-    std::array<QVariant, 3> discounts = {};
+    std::vector<QVariant> discounts = {}; ///< as many as the source tells of, at most three; Null for none
+};
+
+/// A list in one direction. A sales list and a purchase list may bear the same code.
+struct ListHead {
+    QString code;
+    qint64 id = 0; ///< RECORD_ID
 };
 
 /// The price of a work on an article at a supplier.
@@ -45,21 +54,26 @@ public:
     explicit PriceListWriter(ImportRun& run)
         : m_run(run) {}
 
-    /// Makes sure that the list has its head. @param direction "V" sales or "A" purchases
-    /// @param currency empty: the euro @param since day from which it holds; Null: that of the import
-    /// @return RECORD_ID of the head
-    qint64 Head(const QString& list, const QString& direction, const QString& description, const QString& currency = {},
-                const QVariant& since = {}) const;
-    /// Makes sure that an article is in a list from a day on. @return RECORD_ID of its row
-    qint64 Article(const QString& list, const QString& article, const Validity& validity,
+    /// Makes sure that the list has its head, and brings name and currency up to date; another currency that it had is
+    /// logged. Within one import a list has one currency: a row in another raises `ImportError`.
+    /// @param direction "V" sales or "A" purchases @param currency empty: the euro, or what the head has
+    /// @param since day from which it holds; Null: that of the import
+    ListHead Head(const QString& list, const QString& direction, const QString& description,
+                  const QString& currency = {}, const QVariant& since = {});
+    /// Makes sure that an article is in a list from a day on, and brings end and note up to date; another end that it
+    /// had is logged. @return RECORD_ID of its row
+    qint64 Article(const ListHead& list, const QString& article, const Validity& validity,
                    const QString& note = {}) const;
     /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is
     /// logged.
     RowOutcome AddScale(qint64 articleRow, const Scale& scale) const;
-    /// Writes a price that holds from its quantity on, up to where the next one begins: the scale that it begins in
-    /// ends before it. Those of an article come in the order of their quantities. The lowest one holds for less than
-    /// its quantity too, as Quadrix knows no lower limit, which is logged.
+    /// Writes a price that holds from its quantity on, up to where the next one begins. All of an article's row belong
+    /// together: `EndSteps` follows behind the last of them, and one that comes after it raises `ImportError`. The
+    /// lowest one holds for less than its quantity too, as Quadrix knows no lower limit, which is logged.
     RowOutcome AddScaleFrom(qint64 articleRow, const Scale& scale);
+    /// Deletes the prices that an earlier import wrote from quantities on which the source has no more, and logs them:
+    /// they would go on holding beside the others.
+    void EndSteps();
     /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
     /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
     /// of them written once by this writer.
@@ -71,15 +85,36 @@ private:
         qint64 price = 0;
         qint64 scale = 0;
     };
+    /// A scale with the quantity that it holds from.
+    struct Step {
+        double from;
+        qint64 id; ///< RECORD_ID
+    };
+    /// The scales of an article's row while its rows are read, in the order of their quantities.
+    struct Steps {
+        std::vector<Step> written;
+        std::vector<Step> earlier; ///< of an import before; those found again are taken out
+    };
     KnownWork FindWork(const WorkPrice& price) const;
-    void LogReplacedPrice(const QVariant& before, const Scale& scale) const;
-    QVariant UpToOfLowest(qint64 articleRow) const;
-    QVariant UpToOf(qint64 articleRow, double from) const;
-    QVariant First(const QString& query) const;
+    ListHead NewHead(const QString& list, const QString& direction, const QString& description, const QString& currency,
+                     const QVariant& since) const;
+    ListHead KnownHead(const QString& list, const QString& direction, const QString& description,
+                       const QString& currency) const;
+    Steps& StepsOf(qint64 articleRow);
+    std::vector<Step> EarlierSteps(qint64 articleRow) const;
+    RowOutcome WriteStep(Steps& steps, qint64 articleRow, double from, Scale scale);
+    void Rewrite(qint64 id, const Scale& scale) const;
 
     ImportRun& m_run;
-    QHash<qint64, double> m_lowest; ///< quantity that the lowest scale of an article's row begins with
-    QSet<qint64> m_works;           ///< RECORD_IDs of the work prices written so far
+    /// A list that this import has met, and the currency of its rows; empty while none has told one.
+    struct MetList {
+        ListHead head;
+        QString currency;
+    };
+    QHash<QString, MetList> m_lists; ///< by direction and code
+    std::map<qint64, Steps> m_steps; ///< by article's row, of the rows that belong together
+    QSet<qint64> m_done;             ///< article's rows whose steps are written
+    QSet<qint64> m_works;            ///< RECORD_IDs of the work prices written so far
 };
 
 } // namespace contract

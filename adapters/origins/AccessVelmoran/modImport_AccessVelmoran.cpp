@@ -159,7 +159,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniAccessVelmoran", .confirmation = "Importare i Listini?"},
         .source = {.table = ListRows,
                    .key = "Codice",
-                   .order = "Codice, CodArticolo, QtaDa",
+                   .order = "Codice, CodArticolo, DataInizio, QtaDa",
                    .naming = "IdListino, CodArticolo, QtaDa",
                    .joins = {{.table = ListHeads, .on = ofList, .columns = {"Codice", "Nome", "Tipo", "Valuta"}}}},
         .article = {"CodArticolo", Article()},

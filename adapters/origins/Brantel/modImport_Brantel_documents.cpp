@@ -86,7 +86,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniBrantel", .confirmation = "Importare i Listini?"},
         .source = {.table = ListRows,
                    .key = "CodListino",
-                   .order = "CodListino, CodArticolo, QtaDa",
+                   .order = "CodListino, CodArticolo, DataInizio, QtaDa",
                    .naming = "CodListino, CodArticolo, QtaDa",
                    .joins = {{.table = ListHeads, .on = ofList, .columns = {"Descrizione", "Tipo", "Valuta"}}}},
         .article = {"CodArticolo", Article()},

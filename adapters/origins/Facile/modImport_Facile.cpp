@@ -237,7 +237,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniFacile", .confirmation = "Importare i Listini?"},
         .source = {.table = ListRows,
                    .key = "CODLIS",
-                   .order = "CODLIS, CODART, QTADA",
+                   .order = "CODLIS, CODART, DATAINIZIO, QTADA",
                    .naming = "CODLIS, CODART, QTADA",
                    .joins = {{.table = "LISTINI", .on = ofList, .columns = {"DESCRIZIONE", "TIPO"}}}},
         .article = {"CODART", Article()},

@@ -105,7 +105,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniFactory", .confirmation = "Importare i Listini?"},
         .source = {.table = "LISTRIGHE",
                    .key = "CODLIS",
-                   .order = "CODLIS, CODART, QTADA",
+                   .order = "CODLIS, CODART, DATAINI, QTADA",
                    .naming = "CODLIS, CODART, QTADA",
                    .joins = {{.table = "LISTINI", .on = {{"CODLIS"}}, .columns = {"DESCR", "TIPO"}}}},
         .article = {"CODART", Article()},

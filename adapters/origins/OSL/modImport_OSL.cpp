@@ -292,7 +292,7 @@ PriceLists Listini() {
         .frame = {.module = Module, .procedure = "ImportListiniOSL"},
         .source = {.table = ListRows,
                    .key = "CODLIS",
-                   .order = "CODLIS, CODART, QTASCAGL",
+                   .order = "CODLIS, CODART, DATAINI, QTASCAGL",
                    .naming = "CODLIS, CODART, QTASCAGL",
                    .joins = {{.table = ListHeads, .on = ofList, .columns = {"DESCR", "TIPO", "VALUTA"}}}},
         .article = {"CODART", Article()},
