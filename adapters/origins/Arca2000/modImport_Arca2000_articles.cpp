@@ -181,10 +181,10 @@ RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow
 /// The list of a customer has the code of its counterparty.
 struct CustomerList {
     QString sourceCode;
-    QString counterparty;
+    ListHead head;
 };
 
-CustomerList OpenList(ImportRun& run, const PriceListWriter& writer, const QString& sourceCode) {
+CustomerList OpenList(ImportRun& run, PriceListWriter& writer, const QString& sourceCode) {
     Session& session = run.GetSession();
     QString code;
     QString name;
@@ -198,23 +198,21 @@ CustomerList OpenList(ImportRun& run, const PriceListWriter& writer, const QStri
         code = found.Value("CDCON").toString();
         name = found.Value("CORAS").toString();
     }
-    writer.Head(code, schema::defaults::SalesList, name);
+    const ListHead head = writer.Head(code, schema::defaults::SalesList, name);
     TargetRow customer(run, "CON_TRO");
     customer.Set("COLSF", code);
     customer.Update("WHERE CDCON = " + run.Quoted(code));
-    return {sourceCode, code};
+    return {sourceCode, head};
 }
 
-RowOutcome ImportPrezzo(ImportRun& run, const SourceRow& row, CustomerList& list) {
-    const PriceListWriter writer(run);
+RowOutcome ImportPrezzo(ImportRun& run, PriceListWriter& writer, const SourceRow& row, CustomerList& list) {
     const QString sourceCode = row.Text("codclifor");
     if (list.sourceCode != sourceCode) {
         run.Restores(list);
         list = OpenList(run, writer, sourceCode);
     }
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
-    const qint64 articleRow =
-        writer.Article(list.counterparty, article, {row.Value("datainizio"), row.Value("datafine")});
+    const qint64 articleRow = writer.Article(list.head, article, {row.Value("datainizio"), row.Value("datafine")});
     return writer.AddScale(articleRow, {row.Value("u_qta"), AmountOf(run, row, "u_prezzo")});
 }
 
@@ -242,9 +240,9 @@ void ImportArticoliArca2000(Session& session, const QString& singleCode, bool re
         run.Announce("Inizio importazione articoli");
         run.Preflight(ArticoliNeeds());
         Empty(run, reset, ArticleEmptying());
-        ArticleWriter writer(run);
         const QString where =
             singleCode.isEmpty() ? QString() : QString("\rWHERE codice LIKE " + run.Quoted(u'%' + singleCode + u'%'));
+        ArticleWriter writer(run);
         run.Rows({"Articoli", Magart, "codice", "SELECT COUNT(*) FROM magart" + where, "SELECT * FROM magart" + where},
                  [&](const SourceRow& row) { return ImportArticolo(run, writer, row); });
         run.Complete("Articoli importati correttamente!");
@@ -272,10 +270,11 @@ void ImportListiniArca2000(Session& session, const QString& singleCode, bool res
         const QString where =
             QString("\rWHERE LEFT(codclifor,1) = 'C'") +
             (singleCode.isEmpty() ? QString() : QString("\rAND codclifor = " + run.Quoted(singleCode)));
+        PriceListWriter writer(run);
         CustomerList list;
         run.Rows({"Listini", Listini, "codicearti", "SELECT COUNT(*) FROM listini" + where,
                   "SELECT * FROM  listini" + where + "\rORDER BY codclifor"},
-                 [&](const SourceRow& row) { return ImportPrezzo(run, row, list); });
+                 [&](const SourceRow& row) { return ImportPrezzo(run, writer, row, list); });
         run.Complete("Listini importati correttamente!");
     });
 }
