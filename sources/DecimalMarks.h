@@ -5,32 +5,51 @@
 
 namespace sources {
 
-/// Watches how the numbers in the columns of a text file are written: "1.234" is a thousand and more where "2.500,75"
-/// stands beside it, and 1 and a bit beside "2.5".
+/// Watches how the numbers are written that stand as texts in the columns of a file: "1.234" is a thousand and more
+/// where "2.500,75" stands beside it, and 1 and a bit beside "2.5". A few values that are no numbers ("n.d.") do not
+/// change that; a column where more than a tenth of them are codes ("A.1", "00120", "10.1.2") keeps its points.
 class DecimalMarks {
 public:
+    /// What an operator can do, for the notes.
+    struct Remedies {
+        QString number; ///< where a mark divides thousands and nothing says so
+        QString code;   ///< where a column was taken for one of numbers and is none; empty: nothing
+    };
+
     /// @param told the mark that the file's description tells; 0: none
-    DecimalMarks(qsizetype columns, char told)
-        : m_columns(static_cast<size_t>(columns)),
-          m_told(told) {}
+    DecimalMarks(char told, Remedies remedies)
+        : m_told(told),
+          m_remedies(std::move(remedies)) {}
 
     /// A column of texts, as the file's description tells: what looks like numbers in it are codes.
-    void LeaveOut(int column);
+    void LeaveOut(int column) { Of(column).isLeftOut = true; }
     void Look(int column, QByteArrayView value);
+    /// A value that the file itself keeps as a number.
+    void LookAtNumber(int column) { ++Of(column).numbers; }
     /// Takes the marks between thousands out of the columns where it is known that they are, and notes the columns
     /// where it cannot be known. After the last row.
     void Settle(PrivateTable& table, Oddities& oddities) const;
 
 private:
     struct Column {
-        bool isOfNumbers = true;
-        bool hasCommas = false;  ///< a comma that divides decimals
-        bool hasPoints = false;  ///< a point that does
+        bool isLeftOut = false;
+        bool hasCommas = false; ///< a comma that divides decimals
+        bool hasPoints = false; ///< a point that does
+        qint64 numbers = 0;
+        qint64 codes = 0;        ///< digits that are no number: with letters, with zeros in front, with other points
+        qint64 words = 0;        ///< texts without a digit
+        QByteArray misfit;       ///< the first of the codes and words
         QByteArray pointGrouped; ///< the first value with points, which may divide thousands
         QByteArray commaGrouped; ///< the same with commas
+
+        bool IsOfNumbers() const;
     };
+    Column& Of(int column);
+    void SettleColumn(int column, PrivateTable& table, Oddities& oddities) const;
+
     std::vector<Column> m_columns;
     char m_told;
+    Remedies m_remedies;
 };
 
 } // namespace sources

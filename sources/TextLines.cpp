@@ -80,11 +80,21 @@ bool TextLines::Next(QByteArray& line) {
     return !line.isEmpty();
 }
 
-QByteArray TextLines::Take(qsizetype length) {
-    while (m_chunk.size() - m_read < length && !m_file.atEnd()) {
+QByteArray TextLines::Take(qsizetype length, bool isUtf8) {
+    constexpr qsizetype mostOfCharacter = 4;
+    while (m_chunk.size() - m_read < length * mostOfCharacter && !m_file.atEnd()) {
         Fill();
     }
-    const QByteArray bytes = m_chunk.mid(m_read, length);
+    QByteArray bytes = m_chunk.mid(m_read, length);
+    const auto isMore = [](char byte) { return (byte & 0xC0) == 0x80; }; // of the character before
+    qsizetype missing = isUtf8 ? std::count_if(bytes.begin(), bytes.end(), isMore) : 0;
+    for (qsizetype at = m_read + bytes.size(); isUtf8 && at < m_chunk.size(); ++at) {
+        missing -= isMore(m_chunk.at(at)) ? 0 : 1;
+        if (missing < 0) {
+            break;
+        }
+        bytes += m_chunk.at(at);
+    }
     m_read += bytes.size();
     return bytes;
 }

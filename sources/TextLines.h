@@ -18,8 +18,8 @@ public:
     /// Reads the next line, with what ends it; false at the end. Raises `ImportError` naming the file when reading
     /// fails and for a line that is too long to be one.
     bool Next(QByteArray& line);
-    /// Reads so many bytes, of a file without lines; fewer at the end.
-    QByteArray Take(qsizetype length);
+    /// Reads so many characters, of a file without lines; fewer at the end. @param isUtf8 else each is a byte
+    QByteArray Take(qsizetype length, bool isUtf8);
     /// Whether lines end somewhere near the start of the file.
     bool HasLines() const { return m_hasLines; }
     /// What the file itself tells of its texts: "UTF-8" by a mark or as UTF-16; none when it tells nothing.

@@ -40,6 +40,15 @@ void SetValue(PrivateTable& table, int column, const QVariant& value) {
     }
 }
 
+/// The code page of a file: its own, the one of the settings, or UTF-8 where all its accented letters are.
+QString PageOf(const TextLines& lines, const ConnectionSettings& settings) {
+    if (const auto& told = lines.TellsPage()) {
+        return *told;
+    }
+    const QString page = PlainPage(settings);
+    return page.isEmpty() && TextLines::IsUtf8(lines.Path()) ? QStringLiteral("UTF-8") : page;
+}
+
 /// Fills a table with the lines of a file that are of its kind.
 class FixedLoader {
 public:
@@ -50,8 +59,8 @@ public:
           m_record(record),
           m_others(others),
           m_lines(path),
-          m_page(m_lines.TellsPage().value_or(PlainPage(settings))),
-          m_untold(settings, m_lines.TellsPage().has_value(), path, m_page.Name()),
+          m_page(PageOf(m_lines, settings)),
+          m_untold(settings, m_page.Name() == u"UTF-8", path, m_page.Name()),
           m_oddities(settings, QStringLiteral("file '%1'").arg(path)) {}
 
     void Load(PrivateDatabase& database) {
@@ -76,7 +85,7 @@ private:
         if (m_lines.HasLines()) {
             return m_lines.Next(bytes);
         }
-        bytes = m_lines.Take(m_record.length);
+        bytes = m_lines.Take(m_record.length, m_page.Name() == u"UTF-8");
         return !bytes.isEmpty();
     }
 

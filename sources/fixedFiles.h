@@ -35,7 +35,8 @@ struct FixedRecord {
 
 /// Opens a folder of files of fixed width: each kind of record is a table of a private database, with the number of the
 /// line as first column (`RowNumberColumn`); a table is read when it is first asked for. A file without ends of lines
-/// is read in pieces of the length of a record. Blank lines are left out; blank numbers, and dates of blanks or zeros,
+/// is read in pieces of the length of a record. Where no code page is told, a file whose accented letters all are UTF-8
+/// is read as such. Blank lines are left out; blank numbers, and dates of blanks or zeros,
 /// are Null; what is no number or no date stays as its text. A line of another length than its record's (longer by more
 /// than blanks, or shorter where that may not be) is noted, as is how many lines were left out; asking for a value of
 /// it raises `ImportError` with file and line.

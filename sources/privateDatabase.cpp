@@ -109,10 +109,13 @@ QString PrivateTable::Statement() const {
 
 void PrivateTable::PrepareInsert() {
     const QString parameters = QStringLiteral(",?").repeated(m_columns.size());
-    const QByteArray insert = QStringLiteral("INSERT INTO %1 VALUES (?%2)").arg(Quoted(m_name), parameters).toUtf8();
+    m_insert = Prepare(QStringLiteral("INSERT INTO %1 VALUES (?%2)").arg(Quoted(m_name), parameters));
+}
+
+PrivateTable::Prepared PrivateTable::Prepare(const QString& statement) const {
     sqlite3_stmt* handle = nullptr;
-    Check(sqlite3_prepare_v2(m_database.m_database, insert.constData(), -1, &handle, nullptr));
-    m_insert.reset(handle);
+    Check(sqlite3_prepare_v2(m_database.m_database, statement.toUtf8().constData(), -1, &handle, nullptr));
+    return Prepared(handle);
 }
 
 void PrivateTable::AddColumns(const QVector<ColumnInfo>& columns) {
@@ -141,12 +144,29 @@ void PrivateTable::NumbersToTexts(int column) {
                        .arg(Quoted(m_name), name));
 }
 
-void PrivateTable::RemoveMark(int column, char mark, char unless) {
-    m_database.Run(
-        QStringLiteral("UPDATE %1 SET %2 = REPLACE(%2, '%3', '') WHERE %2 GLOB '*%3*' AND %2 NOT GLOB '*%4*' "
-                       "AND typeof(%2) = 'text'")
-            .arg(Quoted(m_name), Quoted(m_columns.at(column).name), QString(QLatin1Char(mark)),
-                 QString(QLatin1Char(unless))));
+void PrivateTable::RemoveMark(int column, char mark, const std::function<bool(QByteArrayView text)>& isOne) {
+    const QString name = Quoted(m_columns.at(column).name);
+    const QString sign{QLatin1Char(mark)};
+    const Prepared select =
+        Prepare(QStringLiteral("SELECT %1, %2 FROM %3 WHERE typeof(%2) = 'text' AND instr(%2, '%4') > 0")
+                    .arg(Quoted(m_numberColumn), name, Quoted(m_name), sign));
+    std::vector<qint64> rows;
+    int step = sqlite3_step(select.get());
+    for (; step == SQLITE_ROW; step = sqlite3_step(select.get())) {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(select.get(), 1));
+        if (isOne({text, sqlite3_column_bytes(select.get(), 1)})) {
+            rows.push_back(sqlite3_column_int64(select.get(), 0));
+        }
+    }
+    Check(step == SQLITE_DONE ? SQLITE_OK : step);
+    const Prepared update = Prepare(QStringLiteral("UPDATE %1 SET %2 = REPLACE(%2, '%3', '') WHERE %4 = ?")
+                                        .arg(Quoted(m_name), name, sign, Quoted(m_numberColumn)));
+    for (const qint64 row : rows) {
+        Check(sqlite3_bind_int64(update.get(), 1, row));
+        step = sqlite3_step(update.get());
+        Check(step == SQLITE_DONE ? SQLITE_OK : step);
+        Check(sqlite3_reset(update.get()));
+    }
 }
 
 void PrivateTable::SetText(int column, QByteArrayView utf8) {

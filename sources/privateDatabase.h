@@ -86,22 +86,24 @@ public:
     void Retype(const QVector<ColumnInfo>& columns);
     /// Turns the numbers in a column into their texts; after the last row.
     void NumbersToTexts(int column);
-    /// Takes a mark out of the texts in a column, but for those that have another one; after the last row.
-    void RemoveMark(int column, char mark, char unless);
+    /// Takes a mark out of the texts in a column that are such as ask for it; after the last row.
+    void RemoveMark(int column, char mark, const std::function<bool(QByteArrayView text)>& isOne);
 
 private:
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const noexcept;
     };
+    using Prepared = std::unique_ptr<sqlite3_stmt, Finalize>;
     void Check(int code) const;
     QString Statement() const;
     void PrepareInsert();
+    Prepared Prepare(const QString& statement) const;
 
     PrivateDatabase& m_database;
     QString m_name;
     QString m_numberColumn;
     QVector<ColumnInfo> m_columns;
-    std::unique_ptr<sqlite3_stmt, Finalize> m_insert;
+    Prepared m_insert;
     QHash<int, size_t> m_unreadable; ///< where the database notes those of a column
 };
 

@@ -51,6 +51,10 @@ PageOfFile FindPage(const CsvFile& file, const TextSchema& schema, const Connect
 const QString BrokenLine = QStringLiteral("un ritorno a capo (CR) in mezzo alla riga la spezza: toglierlo, o mettere "
                                           "il campo tra virgolette");
 
+const DecimalMarks::Remedies AsSchemaTells{
+    QStringLiteral("dirlo in schema.ini (DecimalSymbol)"),
+    QStringLiteral("se la colonna è di codici, dirla di tipo Text in schema.ini (Col1, Col2, ...)")};
+
 /// Fills a table with the records of a file.
 class TextLoader {
 public:
@@ -70,7 +74,7 @@ public:
         }
         {
             PrivateTable table(database, name, m_columns, RowNumberColumn);
-            DecimalMarks marks(names.size(), m_schema.decimalMark);
+            DecimalMarks marks(m_schema.decimalMark, AsSchemaTells);
             for (int column = 0; column < m_schema.areTexts.size(); ++column) {
                 if (m_schema.areTexts.at(column)) {
                     marks.LeaveOut(column);

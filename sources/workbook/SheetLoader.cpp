@@ -20,6 +20,15 @@ bool LooksLikeDate(QByteArrayView text) {
            std::all_of(text.begin(), text.begin() + size, [](char c) { return c >= '0' && c <= '9'; });
 }
 
+/// "5/3/2024", a date that somebody has written as a text.
+bool IsWrittenDate(QByteArrayView text) {
+    constexpr qsizetype longest = 10;
+    const QByteArrayView date = text.trimmed();
+    const auto isMark = [](char c) { return c == '/' || c == '.' || c == '-'; };
+    return date.size() <= longest && std::count_if(date.begin(), date.end(), isMark) == 2 &&
+           std::all_of(date.begin(), date.end(), [&](char c) { return isMark(c) || (c >= '0' && c <= '9'); });
+}
+
 /// The text of a cell of the header.
 QString HeaderText(const SheetCell& cell) {
     if (cell.kind != SheetCell::Kind::Number) {
@@ -86,7 +95,9 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
     if (m_target == nullptr) {
         Open(database, {});
     }
+    m_marks.Settle(*m_target, m_oddities);
     ChooseTypes();
+    NoteMixed();
     NoteEmptyFormulas();
     NoteMerged(reader.Merged());
     m_oddities.Tell();
@@ -194,7 +205,7 @@ void SheetLoader::AddRow(const SheetRow& row) {
     for (const SheetCell& cell : row.cells) {
         switch (cell.kind) {
         case SheetCell::Kind::Text:
-            AddText(row, cell.column, cell.text);
+            AddWritten(row, cell);
             break;
         case SheetCell::Kind::Number:
             AddNumber(row, cell);
@@ -204,7 +215,7 @@ void SheetLoader::AddRow(const SheetRow& row) {
             ++m_seen[static_cast<size_t>(cell.column)].bits;
             break;
         case SheetCell::Kind::Date:
-            AddDate(cell.column, cell.text);
+            AddDate(row, cell.column, cell.text);
             break;
         case SheetCell::Kind::Error:
             AddUnreadable(row, cell.column,
@@ -237,8 +248,20 @@ void SheetLoader::AddText(const SheetRow& row, int column, const QByteArray& tex
     m_target->SetText(column, text);
 }
 
-void SheetLoader::AddDate(int column, const QByteArray& text) {
+/// A text that somebody has written, not one that a format shows.
+void SheetLoader::AddWritten(const SheetRow& row, const SheetCell& cell) {
+    AddText(row, cell.column, cell.text);
+    m_marks.Look(cell.column, cell.text);
+    Seen& seen = m_seen[static_cast<size_t>(cell.column)];
+    if (!IsBlank(cell) && !LooksLikeDate(cell.text) && !IsWrittenDate(cell.text)) {
+        seen.firstOfThem = seen.textsAmongDates == 0 ? row.number : seen.firstOfThem;
+        ++seen.textsAmongDates;
+    }
+}
+
+void SheetLoader::AddDate(const SheetRow& row, int column, const QByteArray& text) {
     Seen& seen = m_seen[static_cast<size_t>(column)];
+    seen.firstDate = seen.dates == 0 ? row.number : seen.firstDate;
     ++seen.dates;
     seen.hasTimes = seen.hasTimes || text.contains(' ');
     m_target->SetText(column, text);
@@ -253,7 +276,7 @@ void SheetLoader::AddNumber(const SheetRow& row, const SheetCell& cell) {
         } else if (date->contains(':') && !date->contains(' ')) {
             AddText(row, cell.column, *date);
         } else if (!date->isEmpty()) {
-            AddDate(cell.column, *date);
+            AddDate(row, cell.column, *date);
         }
         return;
     }
@@ -261,6 +284,7 @@ void SheetLoader::AddNumber(const SheetRow& row, const SheetCell& cell) {
         AddText(row, cell.column, *padded);
         return;
     }
+    m_marks.LookAtNumber(cell.column);
     Seen& seen = m_seen[static_cast<size_t>(cell.column)];
     if (IsWhole(cell.number)) {
         ++seen.wholes;
@@ -291,16 +315,31 @@ void SheetLoader::ChooseTypes() {
         if (seen.Numbers() > 0 && seen.IsOfCodes()) {
             m_target->NumbersToTexts(column);
         }
-        if (seen.dates > 0 && seen.Numbers() > 0) {
-            m_oddities.Add(
-                QStringLiteral("COLONNA MISTA"), columns.at(column).name, 0,
-                QStringLiteral("%1 celle sono date, %2 sono numeri senza il formato di una data: questi non si "
-                               "leggono come date")
-                    .arg(seen.dates)
-                    .arg(seen.Numbers()));
-        }
     }
     m_target->Retype(columns);
+}
+
+/// Excel makes dates of codes such as "3-12".
+void SheetLoader::NoteMixed() {
+    for (int column = 0; column < m_target->Columns().size(); ++column) {
+        const Seen& seen = m_seen[static_cast<size_t>(column)];
+        if (seen.dates == 0 || seen.Numbers() + seen.textsAmongDates == 0) {
+            continue;
+        }
+        const QString others =
+            seen.Numbers() > 0
+                ? QStringLiteral("%1 sono numeri senza il formato di una data: questi non si leggono come date")
+                      .arg(seen.Numbers())
+                : QStringLiteral("%1 sono testi (il primo alla riga %2): un codice di cui Excel ha fatto una data si "
+                                 "legge come data; riscriverlo come testo")
+                      .arg(seen.textsAmongDates)
+                      .arg(seen.firstOfThem);
+        m_oddities.Add(QStringLiteral("COLONNA MISTA"), NameOf(column), 0,
+                       QStringLiteral("%1 celle sono date (la prima alla riga %2), %3")
+                           .arg(seen.dates)
+                           .arg(seen.firstDate)
+                           .arg(others));
+    }
 }
 
 void SheetLoader::TakeEmptyFormulas(SheetRow& row) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/DecimalMarks.h"
 #include "sources/Oddities.h"
 #include "sources/privateDatabase.h"
 #include "sources/UntoldPage.h"
@@ -28,10 +29,13 @@ private:
     struct Seen {
         qint64 texts = 0;
         qint64 textsLikeDates = 0;
+        qint64 textsAmongDates = 0; ///< that are no dates, however they are written
+        qint64 firstOfThem = 0;     ///< its row
         qint64 bits = 0;
         qint64 wholes = 0;
         qint64 fractions = 0;
         qint64 dates = 0;
+        qint64 firstDate = 0; ///< its row
         qint64 unreadable = 0;
         bool hasTimes = false;
 
@@ -48,12 +52,14 @@ private:
     void AddRow(const SheetRow& row);
     void AddNumber(const SheetRow& row, const SheetCell& cell);
     void AddText(const SheetRow& row, int column, const QByteArray& text);
-    void AddDate(int column, const QByteArray& text);
+    void AddWritten(const SheetRow& row, const SheetCell& cell);
+    void AddDate(const SheetRow& row, int column, const QByteArray& text);
     void AddUnreadable(const SheetRow& row, int column, const QString& why);
     void FindColumns();
     bool IsBehindEnd(const SheetRow& row);
     void SetParent(const SheetRow& row);
     void ChooseTypes();
+    void NoteMixed();
     /// Takes the formulas that give an empty text out of a row: they are no values.
     void TakeEmptyFormulas(SheetRow& row);
     void NoteEmptyFormulas();
@@ -64,6 +70,7 @@ private:
     bool m_since1904;
     Oddities m_oddities;
     UntoldPage m_untold;
+    DecimalMarks m_marks{0, {QStringLiteral("farne un numero nel foglio"), QString()}};
     std::unique_ptr<PrivateTable> m_target;
     std::vector<Seen> m_seen;
     QMap<int, qint64> m_emptyFormulas; ///< how many a column has

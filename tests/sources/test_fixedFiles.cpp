@@ -107,6 +107,22 @@ private slots:
         QVERIFY(Holds(ErrorTextOf([&] { engine->Query("SELECT * FROM MANCA"); }), {m_dir->path(), "manca.dat"}));
     }
 
+    /// Its fields are counted in characters, whatever bytes these take.
+    void ReadsUtf8_data() {
+        Columns<QByteArray>("end");
+        Row("lines", QByteArray("\n"));
+        Row("none", QByteArray());
+    }
+    void ReadsUtf8() {
+        QFETCH(const QByteArray, end);
+        WriteFile(m_dir->filePath("ordini.dat"),
+                  "T0001050324\xc3\x80\xe2\x82\xac\xc3\xac      " + end + "R0001\xc3\xa0" + "A0012345      " + end);
+        const auto engine = Open(false, QString());
+        QCOMPARE(Value(*engine, "SELECT CLIENTE FROM TESTE").toString(), QString::fromUtf8("À€ì"));
+        QCOMPARE(Value(*engine, "SELECT QUANTITA FROM RIGHE").toDouble(), 123.45);
+        QVERIFY2(m_notes.isEmpty(), qPrintable(m_notes.join('\n')));
+    }
+
     void NamesLinesOfAnotherLength_data() {
         Columns<QByteArray, bool, QString>("line", "mayBeShort", "error");
         Row("longer", QByteArray("R00012A0012345      x"), false,

@@ -177,6 +177,18 @@ private slots:
         Row("nothing tells", QByteArray("1.234\n5\n"), none, "1.234,5", "NUMERO AMBIGUO");
         Row("schema.ini tells", QByteArray("1.234\n5\n"), QByteArray("DecimalSymbol=,\n"), "1234,5", "SEGNO");
         Row("codes", QByteArray("1.234\n2,5\nA.1\n"), none, "1.234,2,5,A.1", "");
+        Row("lettered codes among many", QByteArray("10.100\n12,5\n007\nA-1\n"), none, "10.100,12,5,007,A-1", "");
+        Row("a dirty number", QByteArray("1.234\n12,5 \n- 5\n"), none, "1234,12,5 ,- 5", "SEGNO DELLE MIGLIAIA");
+        Row("a currency, blanks between thousands", QByteArray("1.234\n\x80 2,5\n1 000,5\n"), none,
+            QString::fromUtf8("1234,€ 2,5,1 000,5"), "SEGNO DELLE MIGLIAIA");
+        Row("a unit", QByteArray("1.234\n2,5 kg\n"), none, "1234,2,5 kg", "SEGNO DELLE MIGLIAIA");
+        Row("a word", QByteArray("1.234\n2,5\nn.d.\n"), none, "1234,2,5,n.d.", "SEGNO DELLE MIGLIAIA");
+        Row("a word, nothing tells", QByteArray("1.234\n2\nn.d.\n"), none, "1.234,2,n.d.", "NUMERO AMBIGUO");
+        Row("one code in eleven", QByteArray("1.234\n2,5\n10.1.2\n" + QByteArray("3\n").repeated(8)), none,
+            "1234,2,5,10.1.2,3,3,3,3,3,3,3,3", "SEGNO DELLE MIGLIAIA");
+        Row("words, commas told", QByteArray("10.100\n10.200\nTUBO\n"), QByteArray("DecimalSymbol=,\n"),
+            "10.100,10.200,TUBO", "NUMERO AMBIGUO");
+        Row("codes, commas told", QByteArray("10.100\n00.200\n"), QByteArray("DecimalSymbol=,\n"), "10.100,00.200", "");
         Row("contradiction", QByteArray("1.234\n2,5\n2.5\n"), none, "1.234,2,5,2.5", "NUMERO AMBIGUO");
         Row("fraction of three digits", QByteArray("0.125\n1,234\n"), none, "0.125,1234", "SEGNO DELLE MIGLIAIA");
         Row("fraction, commas told", QByteArray("0.125\n5\n"), QByteArray("DecimalSymbol=,\n"), "0.125,5", "");

@@ -9,6 +9,8 @@
 #include <QDateTime>
 #include <QTemporaryDir>
 
+#include <xlsxwriter.h>
+
 using namespace sourcesTest;
 
 namespace {
@@ -254,6 +256,39 @@ private slots:
         QTEST(names.join(','), "columns");
         QTEST(RowOf(*engine, "SELECT * FROM F"), "row");
         QCOMPARE(IsNoted("COLONNA RIPETUTA"), names.join(',').contains('('));
+    }
+
+    /// What a column holds together tells how its texts are meant.
+    void TellsTextsOfAColumn_data() {
+        Columns<QStringList, QString, QString>("cells", "read", "noted");
+        Row("thousands", QStringList{"1.234", "12,50", "#7.5"}, "1234,12,50,7.5", "SEGNO DELLE MIGLIAIA");
+        Row("nothing tells", QStringList{"1.234", "#7"}, "1.234,7", "NUMERO AMBIGUO");
+        Row("codes", QStringList{"10.100", "A-1"}, "10.100,A-1", "");
+        Row("a code that became a date", QStringList{"A-1", "@45629"}, "A-1,20241203",
+            "1 celle sono date (la prima alla riga 3), 1 sono testi (il primo alla riga 2)");
+        Row("a date written as a text", QStringList{"5/3/2024", "@45629"}, "5/3/2024,20241203", "");
+    }
+    void TellsTextsOfAColumn() {
+        QFETCH(const QStringList, cells);
+        QFETCH(const QString, noted);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("a.xlsx");
+        lxw_workbook* workbook = workbook_new(path.toUtf8().constData());
+        lxw_worksheet* sheet = workbook_add_worksheet(workbook, "F");
+        lxw_format* day = workbook_add_format(workbook);
+        format_set_num_format(day, "dd/mm/yyyy");
+        worksheet_write_string(sheet, 0, 0, "a", nullptr);
+        for (int row = 1; row <= cells.size(); ++row) {
+            const QString& cell = cells.at(row - 1);
+            if (cell.startsWith('#') || cell.startsWith('@')) {
+                worksheet_write_number(sheet, row, 0, cell.mid(1).toDouble(), cell.startsWith('@') ? day : nullptr);
+            } else {
+                worksheet_write_string(sheet, row, 0, cell.toUtf8().constData(), nullptr);
+            }
+        }
+        workbook_close(workbook);
+        QTEST(Values(*Open(path), "SELECT a || '' FROM F"), "read");
+        QVERIFY2(noted.isEmpty() ? m_notes.isEmpty() : IsNoted(noted), qPrintable(m_notes.join('\n')));
     }
 
     void ReadsTextsThatGoOnInFurtherRecords() {
