@@ -213,7 +213,7 @@ Bills Distinte() {
         .table = DistinteTable, .on = {{"CDPAD"}}, .order = "NRSEQ, _RIGA", .naming = "CDPAD, NRSEQ"};
     ChildTable phases = ofBill;
     phases.order = QStringLiteral("NRFAS, _RIGA");
-    phases.where = QStringLiteral("NRFAS IS NOT NULL AND NRFAS <> 0");
+    phases.where = QStringLiteral("TRIM(NRFAS, ' 0.') <> ''"); // as a number or as a padded text
     return {
         .frame = {.module = Module, .procedure = "ImportDistinteExcelAS400"},
         .source = {.table = DistinteTable, .key = "CDPAD", .order = "CDPAD", .distinct = true},
@@ -223,7 +223,7 @@ Bills Distinte() {
                        .quantity = "QTIMP",
                        .note = "NOTE",
                        .position = "NRSEQ",
-                       .phase = "NRFAS",
+                       .phase = {"NRFAS", NotZeroCode(Text())},
                        .lines = {{"DCCOE", "PCSCA", WasteFactor()}}},
         .phases =
             BillPhases{

@@ -2,9 +2,9 @@
 // headings of its first row, in any order: a row of level 0 is a product, one of level n belongs to the last one above
 // it of level n-1. Data end where "Livello" and "Codice" are both blank. Articles that Quadrix lacks are made, the
 // others stay as they are. Customer-specific, nothing of it is published: the headings are this system's own reading,
-// fitted to another workbook by "Tracciati/Nubrio Excel.ini". A level that skips one is noted and its row left out,
-// with those that belong to it; the treatment of a part without components has no bill that could have its phase, and
-// is logged.
+// fitted to another workbook by "Tracciati/Nubrio Excel.ini". A row without a level or of one that skips one is given
+// up, with those that belong to it, each by its code; the treatment of a part without components has no bill that could
+// have its phase, and is logged.
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
@@ -14,6 +14,7 @@
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
+#include "sql/errors.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -38,7 +39,7 @@ const ChildTable Below{
 
 Rule Article() { return ArticleCode("ART_ICO", "CDART"); }
 
-bool IsProduct(const SourceRow& row) { return row.Text("Livello") == u"0"; }
+bool IsProduct(const SourceRow& row) { return !row.IsBlank("Livello") && NumberOf(row, "Livello") == 0; }
 
 /// Whether rows belong to one.
 bool HasParts(Session& session, const SourceRow& row) {
@@ -80,13 +81,16 @@ Rule SupplierByName() {
             }};
 }
 
-/// Why a row that has no place among the levels is left out; empty for one that has.
-QString WithoutPlace(const SourceRow& row) {
+/// Gives a row up that has no place among the levels: no bill would have it.
+void CheckPlace(const SourceRow& row) {
     if (row.IsBlank("Livello")) {
-        return QStringLiteral("riga senza livello");
+        throw ImportError(QStringLiteral("la riga non ha il livello"));
     }
-    NumberOf(row, "Livello"); // what is none gives the row up
-    return row.IsBlank(Parent) && !IsProduct(row) ? QStringLiteral("riga di un livello che ne salta uno") : QString();
+    if (!IsProduct(row) && row.IsBlank(Parent)) {
+        throw ImportError(QStringLiteral("il livello '%1' non segue quello della riga sopra: la riga non appartiene a "
+                                         "nessuna distinta")
+                              .arg(row.Text("Livello")));
+    }
 }
 
 /// The treatment of a part without components is told: there is no bill for its phase.
@@ -123,8 +127,11 @@ Articles Articoli() {
         .suppliers = {{.supplier = {"Fornitore", SupplierByName()}, .price = "Costo"}},
         .there = ArticleThere::Kept,
         .empties = {},
-        .leavesOut = WithoutPlace,
-        .each = TellTreatmentWithoutBill,
+        .each =
+            [](ImportRun& run, const SourceRow& row) {
+                CheckPlace(row);
+                TellTreatmentWithoutBill(run, row);
+            },
         .further = {{}, {{Sheet, {Parent}}}, {{"CON_TRO", {"CDCON", "CORAS", "COFOR"}}}},
     };
 }
