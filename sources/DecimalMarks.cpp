@@ -145,36 +145,35 @@ void DecimalMarks::Settle(PrivateTable& table, Oddities& oddities) const {
 
 void DecimalMarks::SettleColumn(int column, PrivateTable& table, Oddities& oddities) const {
     const Column& seen = m_columns[static_cast<size_t>(column)];
-    const auto note = [&](const QString& kind, const QString& what) {
-        oddities.Add(kind, table.Columns().at(column).name, 0, what);
-    };
-    const QString ambiguous = QStringLiteral("NUMERO AMBIGUO");
+    const QString& name = table.Columns().at(column).name;
     const QString first = QString::fromUtf8(seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped);
     const char found = seen.hasCommas ? ',' : seen.hasPoints ? '.' : 0;
     const char decimal = found != 0 ? found : m_told;
     const QByteArray& thousands = decimal == ',' ? seen.pointGrouped : seen.commaGrouped;
     if (seen.hasCommas && seen.hasPoints) {
-        note(ambiguous, QStringLiteral("la colonna ha decimali con la virgola e altri con il punto: il segno in '%1' "
-                                       "si legge come quello dei decimali; scriverli nel file tutti allo stesso modo")
-                            .arg(first));
+        oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0,
+                     QStringLiteral("la colonna ha decimali con la virgola e altri con il punto: il segno in '%1' "
+                                    "si legge come quello dei decimali; scriverli nel file tutti allo stesso modo")
+                         .arg(first));
     } else if (decimal == 0) {
-        note(
-            ambiguous,
+        oddities.Add(
+            QStringLiteral("NUMERO AMBIGUO"), name, 0,
             QStringLiteral("se '%1' è un numero, il segno si legge come quello dei decimali; se divide le migliaia, %2")
                 .arg(first, m_remedies.number));
     } else if (thousands.isEmpty()) {
         return;
     } else if (found == 0 && !seen.misfit.isEmpty()) { // what is told holds for numbers: these may be codes
-        note(ambiguous, QStringLiteral("la colonna ha anche '%1', che non è un numero: il segno in '%2' resta, e se è "
-                                       "un numero si legge come quello dei decimali")
-                            .arg(QString::fromUtf8(seen.misfit), first));
+        oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0,
+                     QStringLiteral("la colonna ha anche '%1', che non è un numero: il segno in '%2' resta, e se è "
+                                    "un numero si legge come quello dei decimali")
+                         .arg(QString::fromUtf8(seen.misfit), first));
     } else {
         const char mark = decimal == ',' ? '.' : ',';
         table.RemoveMark(column, mark, [mark](QByteArrayView value) { return IsGrouped(WithoutSign(value), mark); });
         const QString remedy = m_remedies.code.isEmpty() ? QString() : QStringLiteral("; ") + m_remedies.code;
-        note(QStringLiteral("SEGNO DELLE MIGLIAIA"),
-             QStringLiteral("il segno in '%1' divide le migliaia, i decimali hanno '%2'%3")
-                 .arg(QString::fromUtf8(thousands), QString(QLatin1Char(decimal)), remedy));
+        oddities.Add(QStringLiteral("SEGNO DELLE MIGLIAIA"), name, 0,
+                     QStringLiteral("il segno in '%1' divide le migliaia, i decimali hanno '%2'%3")
+                         .arg(QString::fromUtf8(thousands), QString(QLatin1Char(decimal)), remedy));
     }
 }
 

@@ -2,8 +2,8 @@
 // suppliers, under the headings of its first row, in any order, up to the first row without a "Tipo". Counterparties
 // must be in Quadrix. Customer-specific, nothing of it is published: the headings are this system's own reading, fitted
 // to another workbook by "Tracciati/Siderea.ini". The import stands behind the button for drawings, whose caption is
-// that of price lists. An order is written as open ("PV"), for it has rows to deliver: "CO" would be a closed document to
-// Quadrix, whose rows nobody delivers. Known gaps: everything but open orders.
+// that of price lists. An order is written as open ("PV"), for it has rows to deliver: "CO" would be a closed document
+// to Quadrix, whose rows nobody delivers. Known gaps: everything but open orders.
 
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
