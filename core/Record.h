@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QString>
-#include <QVariant>
+#include <QVariantMap>
 
 #include <functional>
 #include <memory>
@@ -17,6 +17,9 @@ public:
     virtual void Insert() = 0;
     /// Updates the rows of a condition, with its own WHERE.
     virtual void Update(const QString& where) = 0;
+    /// Writes what follows from other rows into the row of a RECORD_ID: nobody has changed it, so that USMDF and DTMDF
+    /// stay as they are, and it counts for nothing. @param before what the columns that are written hold by now
+    virtual void UpdateDerived(qint64 id, const QVariantMap& before) = 0;
 
 protected:
     Record() = default;

@@ -3,7 +3,6 @@
 #include "core/amounts.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
-#include "sql/ovQueryConstructor.h"
 
 #include <QMap>
 
@@ -21,6 +20,9 @@ Cents ToCents(double amount) { return std::llround(RoundCurrency(amount) * 100);
 double FromCents(Cents cents) { return static_cast<double>(cents) / 100; }
 
 Cents Part(Cents amount, double percent) { return ToCents(FromCents(amount) * percent / 100); }
+
+/// The columns of a head that hold its totals.
+const QStringList TotalColumns{"DTMER", "DTSCT", "DTIMP", "DTIVA", "DTTOT"};
 
 double Number(const Recordset& rows, const QString& column) { return mod_ovTools::ToDouble(rows.Value(column)); }
 
@@ -80,9 +82,8 @@ QString RowTableOf(const QString& headTable) {
     throw ImportError(QStringLiteral("'%1' non è una testata di documenti").arg(headTable));
 }
 
-void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 head) {
+void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 head, Record& totals) {
     const QString document = QStringLiteral("documento %1, RECORD_ID %2").arg(headTable).arg(head);
-    const QString table = session.Quadrix.GetFullTableName(headTable);
     Cents discount = 0;
     Cents charges = 0;
     Cents merchandise = 0;
@@ -90,11 +91,17 @@ void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 hea
     for (const Cents amount : goods) {
         merchandise += amount;
     }
+    QVariantMap before;
     {
         const Recordset found = session.Quadrix.ExecuteWC(
-            QStringLiteral("SELECT DTSCO, DTSCI, DTSIM, DTSTR FROM %1 WHERE RECORD_ID = %2").arg(table).arg(head));
+            QStringLiteral("SELECT DTSCO, DTSCI, DTSIM, DTSTR, %1 FROM %2 WHERE RECORD_ID = %3")
+                .arg(TotalColumns.join(QStringLiteral(", ")), session.Quadrix.GetFullTableName(headTable))
+                .arg(head));
         if (found.Eof()) {
             throw ImportError(document + QStringLiteral(": la testata non c'è"));
+        }
+        for (const QString& column : TotalColumns) {
+            before.insert(column, found.Value(column));
         }
         const Cents first = Part(merchandise, Number(found, "DTSCO"));
         discount = first + Part(merchandise - first, Number(found, "DTSCI"));
@@ -102,16 +109,9 @@ void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 hea
     }
     const Cents taxable = merchandise - discount + charges;
     const Cents tax = TaxOf(session, goods, taxable, document);
-    ovQueryConstructor query;
-    query.ProviderType = session.Quadrix.ProviderType;
-    query.SetTable(headTable, session.UserManager.Azienda());
-    query.AddUpdateField("DTMER", FromCents(merchandise), DataType::Double, true);
-    query.AddUpdateField("DTSCT", FromCents(discount), DataType::Double, true);
-    query.AddUpdateField("DTIMP", FromCents(taxable), DataType::Double, true);
-    query.AddUpdateField("DTIVA", FromCents(tax), DataType::Double, true);
-    query.AddUpdateField("DTTOT", FromCents(taxable + tax), DataType::Double, true);
-    query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(head);
-    session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
+    totals.Set("DTMER", FromCents(merchandise)).Set("DTSCT", FromCents(discount)).Set("DTIMP", FromCents(taxable));
+    totals.Set("DTIVA", FromCents(tax)).Set("DTTOT", FromCents(taxable + tax));
+    totals.UpdateDerived(head, before);
 }
 
 } // namespace qdxProduction

@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <functional>
+
 class ovQueryConstructor;
 
 /// What is known of a table by its name.
@@ -60,10 +62,13 @@ public:
     virtual void InsertRow(const ovQueryConstructor& row) = 0;
     /// Switches the triggers of a table (physical name) off or on again, around a bulk load.
     void AlterTriggersStatus(const QString& fullTableName, bool enabled);
-    /// Writes (or rewrites) the text of a record's field in a language into the shared language table.
+    /// Writes a row of the language table, or where it has a condition its text into the row that is there.
+    using TextWriter = std::function<void(const ovQueryConstructor& row)>;
+    /// Writes (or rewrites) the text of a record's field in a language into the shared language table; one that is
+    /// there already as it is stays untouched. @param write who writes the row; empty: it is written as it is
     /// @return whether the text is a new one
     bool SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
-                              const QString& text, const QString& language = "IT");
+                              const QString& text, const QString& language = "IT", const TextWriter& write = {});
     /// The content of a file. Raises `ImportError` when it cannot be read.
     static QByteArray FileToBinary(const QString& file);
     /// Writes an image file (BMP, JPEG, PNG, GIF) as JPEG. @param quality 0 (smallest) to 100. Raises `PictureError`

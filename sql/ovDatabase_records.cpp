@@ -8,10 +8,21 @@
 #include <QImage>
 #include <QImageReader>
 
+#include <optional>
+
 using mod_ovTools::FormatSqlValue;
 
+namespace {
+
+/// The text that the first row of a query gives; none without a row.
+std::optional<QString> FirstText(const Recordset& rows) {
+    return rows.Eof() ? std::nullopt : std::optional(mod_ovTools::ToText(rows.Fields(0).Value()));
+}
+
+} // namespace
+
 bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
-                                      const QString& text, const QString& language) {
+                                      const QString& text, const QString& language, const TextWriter& write) {
     const auto quoted = [this](const QString& value) {
         return FormatSqlValue(TextAsIs(value), DataType::NVarChar, GetProviderType());
     };
@@ -28,18 +39,21 @@ bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QStrin
         texts = m_newTexts.insert(key, {});
     }
     // Of one that was written here the database is asked all the same: a statement may have deleted it since.
-    const bool isNew = (texts != m_newTexts.end() && !texts->contains(which)) ||
-                       ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM SYS_LNG ") + where).Eof();
-    if (!isNew) {
-        query.WhereString = where;
-        Execute(query.MakeStatement(StatementKind::Update));
+    const bool isKnownNew = texts != m_newTexts.end() && !texts->contains(which);
+    const std::optional<QString> there =
+        isKnownNew ? std::nullopt : FirstText(ExecuteWC(QStringLiteral("SELECT LNTXT FROM SYS_LNG ") + where));
+    if (there) {
+        if (*there != text) {
+            query.WhereString = where;
+            write ? write(query) : static_cast<void>(Execute(query.MakeStatement(StatementKind::Update)));
+        }
         return false;
     }
     query.AddUpdateField(QStringLiteral("LNTBL"), fullTableName, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNFLD"), column, DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNKEY"), TextAsIs(key), DataType::NVarChar);
     query.AddUpdateField(QStringLiteral("LNLNG"), language, DataType::NVarChar);
-    InsertRow(query);
+    write ? write(query) : InsertRow(query);
     if (texts != m_newTexts.end()) {
         texts->insert(which);
     }

@@ -223,6 +223,18 @@ void TargetRow::Update(const QString& where) {
     m_run.Updated(m_table->name);
 }
 
+void TargetRow::UpdateDerived(qint64 id, const QVariantMap& before) {
+    m_query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(id);
+    if (m_run.KeepsImages()) {
+        TargetChange change{TargetChange::Kind::Updated, m_run.FullName(m_table->name), id};
+        change.before = before;
+        change.columns = m_run.ShapeOf(*m_table, m_fields).columns;
+        change.digest = DigestOf(m_query);
+        m_run.TellChange(std::move(change), [](TargetChange&) {});
+    }
+    m_run.GetSession().Quadrix.Execute(m_query.MakeStatement(StatementKind::Update));
+}
+
 void TargetRow::TellNameless() const {
     for (const schema::Column& column : m_table->columns) {
         const QueryField* field = column.essential && column.words ? FieldOf(column) : nullptr;

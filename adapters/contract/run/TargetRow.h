@@ -29,6 +29,7 @@ public:
     void Insert() override;
     /// Updates the rows of a condition (with its own WHERE), with USMDF and (unless set) DTMDF.
     void Update(const QString& where) override;
+    void UpdateDerived(qint64 id, const QVariantMap& before) override;
 
 private:
     QString CheckedText(const schema::Column& column, const QVariant& value) const;

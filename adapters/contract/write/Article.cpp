@@ -103,12 +103,24 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
     return isNew ? RowOutcome::Inserted : RowOutcome::Updated;
 }
 
+namespace {
+
+void WriteText(ImportRun& run, const ovQueryConstructor& text) {
+    TargetRow row(run, "SYS_LNG");
+    for (int i = 0; i <= text.GetFieldsCount(); ++i) {
+        row.Set(text.Field(i).Name, text.Field(i).Value);
+    }
+    text.WhereString.isEmpty() ? row.Insert() : row.Update(text.WhereString);
+}
+
+} // namespace
+
 void ArticleWriter::Text(const QString& article, const QString& column, const QString& text,
                          const QString& language) const {
     const QString written = m_run.Case().upperTexts ? mod_ovTools::UpperChars(text) : text;
-    if (m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, written, language)) {
-        m_run.Inserted(QStringLiteral("SYS_LNG"));
-    }
+    m_run.GetSession().Quadrix.SetLanguageTextValue(
+        m_run.FullName(Art), column, article, written, language,
+        [this](const ovQueryConstructor& row) { WriteText(m_run, row); });
 }
 
 void ArticleWriter::Texts(const QString& article, const QString& description) const {

@@ -6,6 +6,7 @@
 #include "core/billCycles.h"
 #include "core/qdxProduction_articles.h"
 #include "core/qdxProduction_sheets.h"
+#include "core/rowDigest.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -166,6 +167,7 @@ void BillWriter::Write(const Component& component, qint64 phase, const std::func
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
     } else {
         row.Insert();
+        m_firstComponent = m_firstComponent == nullptr ? m_run.LastRow("DIS_COM") : m_firstComponent;
     }
 }
 
@@ -231,9 +233,36 @@ void BillWriter::LinkSubAssemblies() {
                              ? QStringLiteral("COALESCE((SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART AND "
                                               "DBMAN = 1), (SELECT MAX(RECORD_ID) FROM %2 WHERE DBART = %1.DCART))")
                              : QStringLiteral("(SELECT RECORD_ID FROM %2\rWHERE DBART = %1.DCART)");
-    quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = ").arg(m_run.FullName("DIS_COM")) +
-                    bill.arg(m_run.FullName("DIS_COM"), bills));
+    const QString components = m_run.FullName("DIS_COM");
+    if (m_run.KeepsImages()) {
+        TellLinks(bill.arg(components, bills));
+    }
+    quadrix.Execute(QStringLiteral("UPDATE %1\rSET IDDBF = ").arg(components) + bill.arg(components, bills));
     LogCycles();
+}
+
+/// Tells of the components whose link is about to change; those of this run go as a whole when it is taken back.
+/// @param bill expression for the bill of a component
+void BillWriter::TellLinks(const QString& bill) const {
+    const QString column = QStringLiteral("IDDBF");
+    const DataType type = schema::FindTable("DIS_COM")->FindColumn(column)->type;
+    const qint64 own = m_firstComponent == nullptr ? 0 : *m_firstComponent;
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, IDDBF, %1 BILL FROM %2").arg(bill, m_run.FullName("DIS_COM")) +
+        (own == 0 ? QString() : QStringLiteral(" WHERE RECORD_ID < %1").arg(own)));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (rows.Value("BILL").toLongLong() == rows.Value(column).toLongLong()) {
+            continue;
+        }
+        RowDigest digest;
+        digest.Add(rows.Value("BILL"), type);
+        TargetChange change{TargetChange::Kind::Updated, m_run.FullName("DIS_COM"),
+                            rows.Value("RECORD_ID").toLongLong()};
+        change.before.insert(column, rows.Value(column));
+        change.columns.append(column);
+        change.digest = digest.Value();
+        m_run.TellChange(std::move(change), [](TargetChange&) {});
+    }
 }
 
 void BillWriter::LogCycles() {

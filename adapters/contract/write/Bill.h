@@ -98,6 +98,7 @@ public:
 
 private:
     void DropGeneric(qint64 phase);
+    void TellLinks(const QString& bill) const;
     void LogCycles();
     double QuantityOf(const Component& component);
 
@@ -107,6 +108,7 @@ private:
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
     qint64 m_firstPhase = 0;             ///< the one of them that was written first
+    PendingRows::Id m_firstComponent;    ///< that the run has inserted; null: it has inserted none
     QHash<std::pair<QString, double>, QString> m_sheets;
 };
 

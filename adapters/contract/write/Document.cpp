@@ -295,7 +295,8 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
 }
 
 void DocumentWriter::Total(qint64 head) const {
-    qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head);
+    TargetRow totals(m_run, m_family.head);
+    qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head, totals);
 }
 
 } // namespace contract

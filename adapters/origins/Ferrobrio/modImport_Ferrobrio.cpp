@@ -82,7 +82,21 @@ RowOutcome ImportMateriale(ImportRun& run, const SourceRow& row) {
     return WriteByCode(run, Materiali(), row, {MaterialOf(run.GetSession(), row.Text("CodMateriale"))});
 }
 
-/// Gives what hangs on an article by the name of its table the article's new code.
+/// Gives the rows of a table that name an article in a column its new code.
+/// @param further a condition on them, with its AND; empty for none
+void RecodeColumn(ImportRun& run, const QString& table, const QString& column, const QString& oldCode,
+                  const QString& newCode, const QString& further = {}) {
+    Session& session = run.GetSession();
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, " + column + " FROM " + run.FullName(table) +
+                                               " WHERE " + Equals(session, column, oldCode) + further);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        TargetRow row(run, table);
+        row.Set(column, newCode);
+        row.UpdateDerived(rows.Value("RECORD_ID").toLongLong(), {{column, rows.Value(column)}});
+    }
+}
+
+/// The same of what hangs on an article by the name of its table.
 void RecodeOwned(ImportRun& run, const QString& oldCode, const QString& newCode) {
     struct Owned {
         QString table;
@@ -94,9 +108,8 @@ void RecodeOwned(ImportRun& run, const QString& oldCode, const QString& newCode)
                                        {"IMA_GES", "TBNAM", "ART_ICO", "TBKEY"},
                                        {"SYS_LNG", "LNTBL", run.FullName("ART_ICO"), "LNKEY"}}};
     for (const Owned& owned : tables) {
-        run.GetSession().Quadrix.Execute(QStringLiteral("UPDATE %1 SET %2 = %3 WHERE %4 = %5 AND %2 = %6")
-                                             .arg(run.FullName(owned.table), owned.keyColumn, run.Quoted(newCode),
-                                                  owned.ownerColumn, run.Quoted(owned.owner), run.Quoted(oldCode)));
+        RecodeColumn(run, owned.table, owned.keyColumn, oldCode, newCode,
+                     " AND " + Equals(run.GetSession(), owned.ownerColumn, owned.owner));
     }
 }
 
@@ -109,9 +122,7 @@ void Recode(ImportRun& run, const QString& oldCode, const QString& newCode) {
             const bool names = column.refersTo == QLatin1String("ART_ICO") && column.conditionColumn.isEmpty() &&
                                (column.refersToColumn.isEmpty() || column.refersToColumn == QLatin1String("CDART"));
             if ((own || names) && !table.shared) {
-                run.GetSession().Quadrix.Execute("UPDATE " + run.FullName(table.name) + " SET " + column.name + " = " +
-                                                 run.Quoted(newCode) + " WHERE " + column.name + " = " +
-                                                 run.Quoted(oldCode));
+                RecodeColumn(run, table.name, column.name, oldCode, newCode);
             }
         }
     }

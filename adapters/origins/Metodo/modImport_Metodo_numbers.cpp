@@ -57,17 +57,18 @@ std::vector<Labelled> LabelledOf(const SourceRow& row) {
     return all;
 }
 
-/// The rows of a label of a counterparty.
-QString RowsOf(ImportRun& run, const QString& party, const Labelled& labelled) {
-    const Session& session = run.GetSession();
-    return run.FullName(labelled.table) + " WHERE " + Equals(session, "TBNAM", "CON_TRO") + " AND " +
-           Equals(session, "TBKEY", party) + " AND " + Equals(session, labelled.labelColumn, labelled.label);
+/// The condition of the rows of a label of a counterparty.
+QString RowsOf(const Session& session, const QString& party, const Labelled& labelled) {
+    return Equals(session, "TBNAM", "CON_TRO") + " AND " + Equals(session, "TBKEY", party) + " AND " +
+           Equals(session, labelled.labelColumn, labelled.label);
 }
 
 /// Whether the one value under the label is that of the source.
 bool IsAligned(ImportRun& run, const QString& party, const Labelled& labelled) {
+    Session& session = run.GetSession();
     Recordset rows =
-        run.GetSession().Quadrix.ExecuteWC("SELECT " + labelled.valueColumn + " FROM " + RowsOf(run, party, labelled));
+        session.Quadrix.ExecuteWC("SELECT " + labelled.valueColumn + " FROM " + run.FullName(labelled.table) +
+                                  " WHERE " + RowsOf(session, party, labelled));
     QStringList values;
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         values.append(row.Text(labelled.valueColumn));
@@ -98,7 +99,7 @@ RowOutcome Riallinea(ImportRun& run, const SourceRow& row) {
             continue;
         }
         if (!keeps) {
-            session.Quadrix.Execute("DELETE " + RowsOf(run, party, labelled));
+            run.DeleteRows(labelled.table, RowsOf(session, party, labelled));
         }
         const Owner owner{"CON_TRO", party, keeps};
         if (labelled.table == u"NUM_TEL") {
