@@ -6,14 +6,14 @@
 namespace {
 
 /// Whether a table is one of Quadrix, by its physical name.
-bool IsOfQuadrix(const Session& session, const QString& table) {
-    const QString prefix = session.UserManager.Azienda() + u'_';
+bool IsOfQuadrix(const QString& company, const QString& table) {
+    const QString prefix = company + u'_';
     const QString bare = table.startsWith(prefix, Qt::CaseInsensitive) ? table.mid(prefix.size()) : table;
     return schema::FindTable(bare.toUpper()) != nullptr;
 }
 
 ovConnection& WhereAllIsTakenBack(Session& session) {
-    const QStringList tables = TablesWithoutTransactions(session);
+    const QStringList tables = TablesWithoutTransactions(session, session.UserManager.Azienda());
     if (!tables.isEmpty()) {
         throw ImportError(
             QStringLiteral("Una prova non si può fare: ciò che si scrive in %1 non si può riportare com'era. "
@@ -25,7 +25,7 @@ ovConnection& WhereAllIsTakenBack(Session& session) {
 
 } // namespace
 
-QStringList TablesWithoutTransactions(Session& session) {
+QStringList TablesWithoutTransactions(Session& session, const QString& company) {
     QStringList tables;
     if (session.Quadrix.Embedded || session.Quadrix.ProviderType != Provider::MySql) {
         return tables;
@@ -37,7 +37,7 @@ QStringList TablesWithoutTransactions(Session& session) {
                        "ORDER BY T.TABLE_NAME"));
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString table = mod_ovTools::ToText(rows.Value(QStringLiteral("TABNM")));
-        if (IsOfQuadrix(session, table)) {
+        if (IsOfQuadrix(company, table)) {
             tables.append(
                 QStringLiteral("%1 (%2)").arg(table, mod_ovTools::ToText(rows.Value(QStringLiteral("KIND")))));
         }

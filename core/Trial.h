@@ -5,7 +5,8 @@
 
 /// The tables of Quadrix that keep what is written to them whatever becomes of the transaction, each with the engine
 /// that it is of: "X01_CON_TRO (MyISAM)". Only MySQL and MariaDB have any. Raises `SqlError`.
-QStringList TablesWithoutTransactions(Session& session);
+/// @param company its code: its tables, and those of all companies, are looked at
+QStringList TablesWithoutTransactions(Session& session, const QString& company);
 
 /// A trial on the Quadrix database: whatever is done in it is taken back at the end of its life.
 class Trial {

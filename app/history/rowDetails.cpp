@@ -71,7 +71,7 @@ QStringList Conditions(Session& session, const RowName& name) {
     return conditions;
 }
 
-QVector<NamedValue> ValuesOf(const Recordset& row) {
+QVector<NamedValue> ValuesOfRow(const Recordset& row) {
     QVector<NamedValue> values;
     for (const QString& column : row.Columns()) {
         try {
@@ -91,7 +91,7 @@ QVector<NamedValue> Find(Session& session, const QString& text, const RowName& n
                 session.SourceConnection().ExecuteWC(QStringLiteral("SELECT * FROM [%1]").arg(name.table) + condition);
             for (; !rows.Eof(); rows.MoveNext()) {
                 if (contract::NameOf(contract::SourceRow(rows), name.table, KeyColumns(name)) == text) {
-                    return ValuesOf(rows);
+                    return ValuesOfRow(rows);
                 }
             }
         } catch (const SqlError&) { // it does not have that column, or not of that kind
@@ -232,7 +232,7 @@ private:
             if (rows.Eof()) {
                 return {};
             }
-            const QVector<NamedValue> first = ValuesOf(rows);
+            const QVector<NamedValue> first = ValuesOfRow(rows);
             rows.MoveNext();
             return rows.Eof() ? first : QVector<NamedValue>();
         } catch (const SqlError&) { // a database that lacks the table has no such row

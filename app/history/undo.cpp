@@ -1,12 +1,15 @@
 #include "app/history/undo.h"
 
 #include "app/CompanyLock.h"
+#include "app/history/LaterRuns.h"
 #include "core/rowDigest.h"
 #include "core/Schema.h"
 #include "core/Trial.h"
 #include "core/worker.h"
+#include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/Transaction.h"
+#include "sql/variantText.h"
 
 namespace history {
 
@@ -46,26 +49,38 @@ std::vector<Change> ChangesOf(const Recordset& kept) {
 
 QString WhereId(qint64 id) { return QStringLiteral("WHERE RECORD_ID = %1").arg(id); }
 
+QString RowPlace(const QString& table, qint64 id) { return table + u'/' + QString::number(id); }
+
+/// Rows that stay as they are, by table and number.
+struct Staying {
+    QHash<QString, QString> why;
+    QSet<QString> replacing; ///< inserted ones in whose place it is known which deleted one was
+};
+
 /// Takes the changes of one run back, the latest first.
 class Undoing {
 public:
-    Undoing(Session& session, const Run& run)
+    Undoing(Session& session, const Run& run, const LaterRuns& later, Staying stay)
         : m_quadrix(session.Quadrix),
-          m_company(run.company) {}
+          m_later(later),
+          m_company(run.company),
+          m_stay(std::move(stay)) {}
 
     void TakeBack(const Change& change) {
-        const QString row = change.table + u'/' + QString::number(change.id);
-        if (!m_isToUndo.contains(row)) { // the last that the run did to it
-            const QString why = Obstacle(change);
-            m_isToUndo.insert(row, why.isEmpty());
-            if (!why.isEmpty()) {
-                Keep(change, why);
-            }
-        }
-        if (!m_isToUndo.value(row)) {
+        const QString row = RowPlace(change.table, change.id);
+        if (const auto stays = m_stay.why.constFind(row); stays != m_stay.why.cend()) {
+            Keep(change, row, *stays);
             return;
         }
+        // Whatever the run has written of it: with the later changes taken back it is what the earlier ones left.
         const qint64 now = m_brought.value(row, change.id);
+        if (const QString why = Obstacle(change, now); !why.isEmpty()) {
+            m_stay.why.insert(row, why);
+            HasNewObstacles = HasNewObstacles || m_met.contains(row);
+            Keep(change, row, why);
+            return;
+        }
+        m_met.insert(row);
         switch (change.kind) {
         case TargetChange::Kind::Inserted:
             m_quadrix.Execute(QStringLiteral("DELETE FROM %1 %2").arg(change.table, WhereId(now)));
@@ -73,21 +88,59 @@ public:
             m_brought.remove(row) > 0 ? --Result.brought : ++Result.removed;
             break;
         case TargetChange::Kind::Updated:
-            Write(change, now);
+            Write(change, now, StatementKind::Update);
             Result.restored += m_restored.contains(row) ? 0 : 1;
             m_restored.insert(row);
             break;
         case TargetChange::Kind::Deleted:
-            Write(change, std::nullopt);
-            m_brought.insert(row, m_quadrix.LastInsertId());
+            RememberReplaced(change, row);
+            m_brought.insert(row, BringBack(change));
             ++Result.brought;
             break;
         }
     }
 
+    /// Of the deleted rows with the key of an inserted one that stays, the one that is most like it stays away: in its
+    /// place is the other. Called once all is taken back.
+    void KeepReplaced() {
+        for (const Standing& standing : m_standing) {
+            const Replaced* most = nullptr;
+            int likeness = -1;
+            for (const Replaced& replaced : m_replaced) {
+                const int equal = Likeness(standing, replaced);
+                if (equal > likeness && !m_stay.why.contains(replaced.row)) {
+                    likeness = equal;
+                    most = &replaced;
+                }
+            }
+            if (most != nullptr) {
+                m_stay.why.insert(most->row, QStringLiteral("al suo posto c'è la riga %1").arg(standing.id));
+                m_stay.replacing.insert(RowPlace(standing.table, standing.id));
+                HasNewObstacles = true;
+            }
+        }
+    }
+
+    Staying Stay() { return std::move(m_stay); }
+
+    /// Whether a row was found to stay that had been taken back in part.
+    bool HasNewObstacles = false;
     UndoResult Result;
 
 private:
+    /// An inserted row that stays, with what it is now. Columns in upper case.
+    struct Standing {
+        QString table;
+        qint64 id;
+        QVariantMap values;
+    };
+    /// A deleted row that may be the one in whose place such a row is.
+    struct Replaced {
+        QString row;
+        QString table;
+        QVariantMap values;
+    };
+
     const schema::Table& SchemaOf(const QString& table) const {
         const QString prefix = m_company + u'_';
         const QString bare = table.startsWith(prefix) ? table.mid(prefix.size()) : table;
@@ -103,33 +156,157 @@ private:
         return found == nullptr ? DataType::NVarChar : found->type;
     }
 
-    /// Why a row must stay as it is; empty when it is still what the run left.
-    QString Obstacle(const Change& change) const {
+    /// Why a row must stay as it is; empty when it is still what the change left.
+    /// @param id its number now
+    QString Obstacle(const Change& change, qint64 id) const {
         if (change.kind == TargetChange::Kind::Deleted) {
-            return {};
+            return ObstacleToBringing(change);
         }
-        Recordset rows =
-            m_quadrix.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 %3")
-                                    .arg(change.columns.join(QStringLiteral(", ")), change.table, WhereId(change.id)));
-        if (rows.Eof()) {
+        QStringList columns = change.columns;
+        if (change.kind == TargetChange::Kind::Inserted) { // who changes other columns leaves his name
+            for (const QString& column : {QStringLiteral("USMDF"), QStringLiteral("DTMDF")}) {
+                columns += columns.contains(column) ? QStringList() : QStringList(column);
+            }
+        }
+        Recordset rows = m_quadrix.ExecuteWC(
+            QStringLiteral("SELECT %1 FROM %2 %3").arg(columns.join(QStringLiteral(", ")), change.table, WhereId(id)));
+        if (rows.Eof() || m_later.HaveInserted(change.table, change.id)) {
             return QStringLiteral("non c'è più");
         }
         RowDigest digest;
         for (const QString& column : change.columns) {
             digest.Add(rows.Value(column), TypeOf(change.table, column));
         }
-        return digest.Value() == change.digest ? QString() : QStringLiteral("è stata modificata dopo");
+        const bool isAsLeft =
+            digest.Value() == change.digest &&
+            std::all_of(columns.begin() + change.columns.size(), columns.end(),
+                        [&rows](const auto& c) { return mod_ovTools::ToText(rows.Value(c)).isEmpty(); });
+        return isAsLeft ? QString() : QStringLiteral("è stata modificata dopo");
     }
 
-    void Keep(const Change& change, const QString& why) {
+    /// Why a row that is gone must not come back: another one would be there twice.
+    QString ObstacleToBringing(const Change& change) const {
+        if (const qint64 run = m_later.EmptiedBy(change.table); run != 0) {
+            return QStringLiteral("l'esecuzione %1 ha svuotato la tabella dopo").arg(run);
+        }
+        if (const qint64 run = m_rewritten.value(change.table); run != 0) {
+            return QStringLiteral("ha riscritto la tabella anche l'esecuzione %1, da annullare prima").arg(run);
+        }
+        const QString code = SchemaOf(change.table).CodeColumn();
+        const auto own = std::find_if(change.before.begin(), change.before.end(), [&code](const NamedValue& value) {
+            return !code.isEmpty() && value.name.compare(code, Qt::CaseInsensitive) == 0;
+        });
+        if (own == change.before.end() || own->value.isNull()) {
+            return {};
+        }
+        const Recordset rows =
+            m_quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM %1 WHERE %2 = %3")
+                                    .arg(change.table, code,
+                                         mod_ovTools::FormatSqlValue(TextAsIs(own->value), TypeOf(change.table, code),
+                                                                     m_quadrix.ProviderType)));
+        return rows.Eof() ? QString()
+                          : QStringLiteral("il suo codice è della riga %1").arg(rows.Fields(0).Value().toLongLong());
+    }
+
+    /// Remembers an inserted row that stays, unless somebody has deleted it, with nothing in its place.
+    void RememberStanding(const Change& change, const QString& row) {
+        if (change.kind != TargetChange::Kind::Inserted || SchemaOf(change.table).key.isEmpty() ||
+            m_stay.replacing.contains(row)) {
+            return;
+        }
+        if (const qint64 run = m_later.DeletedBy(change.table, change.id); run != 0) {
+            m_rewritten.insert(change.table, run);
+            return;
+        }
+        if (m_later.HaveInserted(change.table, change.id)) {
+            return;
+        }
+        Standing standing{change.table, change.id, {}};
+        const Recordset now =
+            m_quadrix.ExecuteWC(QStringLiteral("SELECT * FROM %1 %2").arg(change.table, WhereId(change.id)));
+        for (const QString& column : now.Eof() ? QStringList() : now.Columns()) {
+            standing.values.insert(column.toUpper(), now.Value(column));
+        }
+        if (!standing.values.isEmpty()) {
+            m_standing.push_back(std::move(standing));
+        }
+    }
+
+    void RememberReplaced(const Change& change, const QString& row) {
+        Replaced replaced{row, change.table, {}};
+        for (const NamedValue& each : m_standing.empty() ? QVector<NamedValue>() : change.before) {
+            replaced.values.insert(each.name.toUpper(), each.value);
+        }
+        if (std::any_of(m_standing.begin(), m_standing.end(),
+                        [&](const Standing& standing) { return Likeness(standing, replaced) >= 0; })) {
+            m_replaced.push_back(std::move(replaced));
+        }
+    }
+
+    /// How many columns of two rows are equal; -1 when they have not one key.
+    int Likeness(const Standing& standing, const Replaced& replaced) const {
+        if (standing.table != replaced.table) {
+            return -1;
+        }
+        int equal = 0;
+        const schema::Table& table = SchemaOf(standing.table);
+        for (const schema::Column& column : table.columns) {
+            RowDigest one;
+            RowDigest other;
+            one.Add(standing.values.value(column.name), column.type);
+            other.Add(replaced.values.value(column.name), column.type);
+            if (one.Value() == other.Value()) {
+                ++equal;
+            } else if (table.key.contains(column.name)) {
+                return -1;
+            }
+        }
+        return equal;
+    }
+
+    void Keep(const Change& change, const QString& row, const QString& why) {
+        if (m_kept.contains(row)) {
+            return;
+        }
+        m_kept.insert(row);
+        RememberStanding(change, row);
         ++Result.keptCount;
         if (Result.kept.size() < UndoResult::MostKept) {
             Result.kept.push_back({change.table, change.id, why});
         }
     }
 
-    /// Writes what a row had before. @param id none: it is gone
-    void Write(const Change& change, std::optional<qint64> id) const {
+    /// Brings a row that is gone back under its number, unless another row has it by now. Returns its number.
+    qint64 BringBack(const Change& change) const {
+        const bool isFree =
+            m_quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM %1 %2").arg(change.table, WhereId(change.id)))
+                .Eof();
+        if (isFree && MayNumber(change.table, true)) {
+            Write(change, change.id, StatementKind::Insert);
+            MayNumber(change.table, false);
+            return change.id;
+        }
+        Write(change, 0, StatementKind::Insert);
+        return m_quadrix.LastInsertId();
+    }
+
+    /// Says to SQL Server that rows of a table come with their numbers, or no more; the other engines take them as they
+    /// come. Returns whether they may.
+    bool MayNumber(const QString& table, bool may) const {
+        if (m_quadrix.ProviderType != Provider::SqlServer || m_quadrix.Embedded) {
+            return true;
+        }
+        try {
+            m_quadrix.Execute(QStringLiteral("SET IDENTITY_INSERT %1 %2")
+                                  .arg(table, may ? QStringLiteral("ON") : QStringLiteral("OFF")));
+        } catch (const Error&) { // the user has no right to that
+            return false;
+        }
+        return true;
+    }
+
+    /// Writes what a row had before. @param id its number; 0: the database gives it one
+    void Write(const Change& change, qint64 id, StatementKind kind) const {
         const schema::Table& table = SchemaOf(change.table);
         ovQueryConstructor query;
         query.ProviderType = m_quadrix.ProviderType;
@@ -139,18 +316,28 @@ private:
             query.AddUpdateField(
                 each.name,
                 areBytes ? QVariant(QStringLiteral("0x") + QString::fromLatin1(each.value.toByteArray().toHex()))
-                         : each.value,
+                         : TextAsIs(each.value),
                 areBytes ? DataType::Expression : TypeOf(change.table, each.name), true);
         }
-        query.WhereString = id ? WhereId(*id) : QString();
-        m_quadrix.Execute(query.MakeStatement(id ? StatementKind::Update : StatementKind::Insert));
+        if (kind == StatementKind::Update) {
+            query.WhereString = WhereId(id);
+        } else if (id != 0) {
+            query.AddUpdateField(QStringLiteral("RECORD_ID"), id, DataType::Long, true);
+        }
+        m_quadrix.Execute(query.MakeStatement(kind));
     }
 
     ovConnection& m_quadrix;
+    const LaterRuns& m_later;
     QString m_company;
-    QHash<QString, bool> m_isToUndo; ///< by table and number
+    Staying m_stay;
+    QHash<QString, qint64> m_rewritten; ///< tables of which a later run deleted rows that this one inserted: its number
+    std::vector<Standing> m_standing;
+    std::vector<Replaced> m_replaced;
+    QSet<QString> m_met; ///< rows of which something was taken back, by table and number
     QSet<QString> m_restored;
-    QHash<QString, qint64> m_brought; ///< new numbers of rows that are there again
+    QSet<QString> m_kept;
+    QHash<QString, qint64> m_brought; ///< numbers of rows that are there again
 };
 
 /// Resets and merges, which bear no module of an origin, keep no images of what they write over.
@@ -160,7 +347,7 @@ bool IsImport(const Run& run) {
                         [](const ProcedureRun& procedure) { return own.contains(procedure.result.module); });
 }
 
-void CheckMayUndo(const Run& run) {
+void CheckMayUndo(Session& session, const Run& run) {
     const auto refuse = [&run](const QString& why) {
         throw ImportError(QStringLiteral("l'esecuzione %1 %2").arg(QString::number(run.id), why));
     };
@@ -179,40 +366,76 @@ void CheckMayUndo(const Run& run) {
             refuse(QStringLiteral("è già stata annullata (%1)").arg(procedure.undone));
         }
     }
+    if (const QStringList tables = TablesWithoutTransactions(session, run.company); !tables.isEmpty()) {
+        refuse(
+            QStringLiteral("non si può annullare, nemmeno per prova: ciò che si scrive in %1 non si può riportare "
+                           "com'era se l'annullamento non riesce per intero. Le tabelle devono essere di un tipo con "
+                           "transazioni, come InnoDB")
+                .arg(tables.join(QStringLiteral(", "))));
+    }
+}
+
+} // namespace
+
+namespace {
+
+/// Takes back what a run wrote; called within a transaction. A row that is found to stay when some of it was taken back
+/// already stays as a whole: then it is done again.
+UndoResult TakeBackAll(Session& session, const History& history, const Run& run) {
+    const LaterRuns later(history, run);
+    Staying stay;
+    for (;;) {
+        session.Quadrix.SetMark();
+        Undoing undoing(session, run, later, std::move(stay));
+        Recordset rows = history.File().ExecuteWC(
+            Statement("SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted FROM "
+                      "changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
+                      "WHERE P.run = ? ORDER BY C.id DESC",
+                      {run.id}));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            for (const Change& change : ChangesOf(rows)) {
+                undoing.TakeBack(change);
+            }
+        }
+        undoing.KeepReplaced();
+        if (!undoing.HasNewObstacles) {
+            return undoing.Result;
+        }
+        stay = undoing.Stay();
+        session.Quadrix.RollbackToMark();
+    }
 }
 
 } // namespace
 
 UndoResult Undo(Session& session, const History& history, qint64 number) {
     const Run run = history.Load(number);
-    CheckMayUndo(run);
+    CheckMayUndo(session, run);
     const bool isTrial = session.Quadrix.InTransaction();
     Transaction transaction(session.Quadrix);
-    Undoing undoing(session, run);
-    {
-        Recordset rows = history.File().ExecuteWC(
-            Statement("SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted FROM "
-                      "changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
-                      "WHERE P.run = ? ORDER BY C.id DESC",
-                      {number}));
-        for (; !rows.Eof(); rows.MoveNext()) {
-            for (const Change& change : ChangesOf(rows)) {
-                undoing.TakeBack(change);
-            }
-        }
-    }
-    transaction.Keep();
+    UndoResult result = TakeBackAll(session, history, run);
     for (const ProcedureRun& procedure : run.procedures) {
         for (const RunResult::Emptied& emptied : procedure.result.emptied) {
-            undoing.Result.emptied += std::max<qint64>(0, emptied.rows);
+            result.emptied += std::max<qint64>(0, emptied.rows);
         }
     }
-    if (!isTrial) {
-        history.File().Execute(Statement("DELETE FROM imported_rejects WHERE run = ?", {number}));
-        history.File().Execute(Statement("UPDATE procedures SET undone = ? WHERE run = ?",
-                                         {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
+    if (isTrial) {
+        return result;
     }
-    return undoing.Result;
+    // A history that is locked, or cannot be written, is noticed while everything can still be put back.
+    Transaction told(history.File());
+    history.File().Execute(Statement("DELETE FROM imported_rejects WHERE run = ?", {number}));
+    history.File().Execute(Statement("UPDATE procedures SET undone = ? WHERE run = ?",
+                                     {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
+    transaction.Keep();
+    try {
+        told.Keep();
+    } catch (const Error& error) {
+        throw ImportError(QStringLiteral("l'esecuzione %1 è stata annullata, ma la cronologia non lo tiene: non "
+                                         "annullarla di nuovo. %2")
+                              .arg(QString::number(number), error.Message()));
+    }
+    return result;
 }
 
 UndoResult UndoAlone(Session& session, const History& history, qint64 number, bool isTrial) {

@@ -17,16 +17,17 @@ struct UndoResult {
 
     qint64 removed = 0;        ///< rows that the run had inserted
     qint64 restored = 0;       ///< rows that it had updated
-    qint64 brought = 0;        ///< rows that it had deleted one by one, which are there again under new numbers
+    qint64 brought = 0;        ///< rows that it had deleted one by one, which are there again
     qint64 keptCount = 0;      ///< rows that stay
     std::vector<KeptRow> kept; ///< the first 1000 of them
     qint64 emptied = 0;        ///< rows that the run had emptied tables of: they are gone
 };
 
 /// Takes back what a run has written into the target: rows that it inserted are removed, those that it updated get back
-/// what they had. A row that has been changed since, by whomever, stays and is named; the codes that SYS_IMP has taken
-/// in stay too. It is one transaction; within an open one (a trial) it is a part of that, and the history is not told.
-/// Raises `ImportError` for a run that was a trial, that is under way, or has been taken back before, or `SqlError`.
+/// what they had, those that it deleted come back under their numbers, which others may refer to. A row that has been
+/// changed since, by whomever, stays and is named; the codes that SYS_IMP has taken in stay too. It is one transaction;
+/// within an open one (a trial) it is a part of that, and the history is not told. Raises `ImportError` for a run that
+/// was a trial, that is under way, or has been taken back before, or `SqlError`.
 UndoResult Undo(Session& session, const History& history, qint64 run);
 /// The same while nobody else works on the company. Raises `ImportError` naming who does.
 /// @param isTrial everything is put back at the end

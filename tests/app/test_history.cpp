@@ -5,6 +5,7 @@
 #include "app/history/rejects.h"
 #include "app/history/undo.h"
 #include "sources/tableFile.h"
+#include "sql/Transaction.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -20,7 +21,8 @@ namespace {
 /// Articles of a small source into a target whose runs are kept.
 class Kept {
 public:
-    Kept() {
+    explicit Kept(TestTarget::On engine = TestTarget::On::Embedded)
+        : Target(engine) {
         m_origin.name = "Prova";
         m_origin.source.prepare = [this](Session&, ovConnection& source) {
             source.Embedded = true;
@@ -312,6 +314,91 @@ private slots:
         const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 2);
         QCOMPARE(result.keptCount, 0);
         QCOMPARE(kept.Articles(), first);
+    }
+
+    /// What others did behind a run, and what its taking back leaves and names.
+    void leavesWhatIsOfOthers_data() {
+        Columns<QString, QString, QStringList, QStringList>("source", "later", "articles", "kept");
+        const QString replaced = "UPDATE ART SET NOME = '-' WHERE CODICE = 'A'; "
+                                 "INSERT INTO ART VALUES ('A', 'Vite nuova', '2', 'PZ')";
+        const QString added = "INSERT INTO ART VALUES ('E', 'Nuovo', '1', 'PZ')";
+        Row("edited in a column of its own", added,
+            "UPDATE X01_ART_ICO SET ARNOT = 'x', USMDF = 'maria' WHERE CDART = 'E'",
+            QStringList{"A|Vite|1.5", "C|Rondella|3", "E|Nuovo|1"}, QStringList{"è stata modificata dopo"});
+        Row("edited in the place of a deleted one", replaced, "UPDATE X01_ART_ICO SET ARDES = 'Mia' WHERE CDART = 'A'",
+            QStringList{"A|Mia|2", "C|Rondella|3"},
+            QStringList{"è stata modificata dopo", "il suo codice è della riga 3"});
+        Row("in the place of a deleted one", replaced, "", QStringList{"A|Vite|1.5", "C|Rondella|3"}, QStringList{});
+        Row("removed from there", replaced, "DELETE FROM X01_ART_ICO WHERE CDART = 'A'",
+            QStringList{"A|Vite|1.5", "C|Rondella|3"}, QStringList{"non c'è più"});
+    }
+    void leavesWhatIsOfOthers() {
+        QFETCH(QString, source);
+        QFETCH(QString, later);
+        Kept kept;
+        kept.Run();
+        for (const QString& statement : source.split(';')) {
+            kept.Source(statement);
+        }
+        kept.Run();
+        if (!later.isEmpty()) {
+            kept.Target.Execute(later);
+        }
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 2);
+        QStringList why;
+        for (const KeptRow& row : result.kept) {
+            why += row.why;
+        }
+        QTEST(kept.Articles(), "articles");
+        QTEST(why, "kept");
+    }
+
+    /// A table that is emptied gives its numbers again: the rows of the later run bear them.
+    void leavesRowsThatCameAfterAReset() {
+        Kept kept;
+        kept.Run();
+        kept.Target.Execute("TRUNCATE TABLE X01_ART_ICO");
+        kept.Run();
+        const QStringList after = kept.Articles();
+        QCOMPARE(kept.Target.Value("SELECT MIN(RECORD_ID) FROM X01_ART_ICO"), "1");
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 1);
+        QCOMPARE(result.removed, 0);
+        QCOMPARE(result.kept.front().why, "non c'è più");
+        QCOMPARE(kept.Articles(), after);
+        QCOMPARE(Undo(kept.Target.Get(), History(kept.Path()), 2).removed, 2);
+    }
+
+    /// Either both the tables and the history tell of a taking back, or neither does.
+    void undoesNothingThatTheHistoryCannotTell() {
+        Kept kept;
+        kept.Run();
+        const QStringList articles = kept.Articles();
+        const History history(kept.Path());
+        {
+            const auto other = Open(kept.Path());
+            const Transaction writing(*other);
+            other->Execute("UPDATE runs SET worker = 'x'");
+            QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 1), SqlError);
+        }
+        QCOMPARE(kept.Articles(), articles);
+        QCOMPARE(Undo(kept.Target.Get(), history, 1).removed, 2);
+    }
+
+    /// Nor is anything taken back, even for a trial, where what is written cannot be.
+    void refusesTablesWithoutTransactions() {
+        if (!TestTarget::HasMariaDb()) {
+            QSKIP("needs the MariaDB server of scripts/test");
+        }
+        Kept kept(TestTarget::On::MariaDb);
+        kept.Run();
+        const QStringList articles = kept.Articles();
+        kept.Target.Execute("ALTER TABLE X01_ART_ICO ENGINE = MyISAM");
+        kept.Target.Get().UserManager.SetAzienda({}); // the taking back of a run needs none
+        const History history(kept.Path());
+        for (const bool isTrial : {true, false}) {
+            QVERIFY_EXCEPTION_THROWN(UndoAlone(kept.Target.Get(), history, 1, isTrial), ImportError);
+            QCOMPARE(kept.Articles(), articles);
+        }
     }
 
     /// A trial leaves nothing to take back.

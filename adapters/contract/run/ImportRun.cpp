@@ -258,7 +258,7 @@ bool ImportRun::Rows(const Loop& loop, const RowWork& row, const std::function<v
 
 bool ImportRun::TakesRowsBack() {
     if (!m_takesRowsBack) {
-        const QStringList tables = TablesWithoutTransactions(m_session);
+        const QStringList tables = TablesWithoutTransactions(m_session, m_session.UserManager.Azienda());
         m_takesRowsBack = tables.isEmpty();
         if (!tables.isEmpty()) {
             Log(QStringLiteral(
