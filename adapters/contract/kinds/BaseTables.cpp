@@ -101,17 +101,38 @@ RowOutcome WriteCode(ImportRun& run, const BaseTable& declared, const Mapping& m
         return run.Skip(rule);
     }
     Session& session = run.GetSession();
-    if (declared.code.IsSet()) {
-        return WriteByCode(run, mapping, row, {declared.code.RequiredText(session, row)});
+    return WriteByCode(run, mapping, row, {declared.code.RequiredText(session, row)});
+}
+
+/// The rows of a table without a code.
+class KeyedRows final : public Importer {
+public:
+    KeyedRows(ImportRun& run, const BaseTable& declared, std::shared_ptr<const Mapping> mapping)
+        : Importer(run),
+          m_declared(declared),
+          m_mapping(std::move(mapping)),
+          m_writer(run, declared.keys) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+
+private:
+    BaseTable m_declared;
+    std::shared_ptr<const Mapping> m_mapping;
+    WriterByKeys m_writer;
+};
+
+RowOutcome KeyedRows::Row(const SourceRow& row) {
+    if (const QString rule = m_declared.leavesOut ? m_declared.leavesOut(row) : QString(); !rule.isEmpty()) {
+        return Run().Skip(rule);
     }
-    for (const MapLine& line : mapping.lines) {
-        const bool isKey = declared.keys.contains(line.target);
-        if (isKey && schema::FindTable(declared.target)->FindColumn(line.target)->refersTo == u"ART_ICO" &&
-            !IsImported(run, Field(line.sources.join(QStringLiteral(", ")), line.rule).Text(session, row))) {
-            return run.Skip(ArticleMissing);
+    for (const MapLine& line : m_mapping->lines) {
+        const bool isKey = m_declared.keys.contains(line.target);
+        if (isKey && schema::FindTable(m_declared.target)->FindColumn(line.target)->refersTo == u"ART_ICO" &&
+            !IsImported(Run(), Field(line.sources.join(QStringLiteral(", ")), line.rule).Text(GetSession(), row))) {
+            return Run().Skip(ArticleMissing);
         }
     }
-    return WriteByKeys(run, mapping, row, {}, declared.keys);
+    return m_writer.Write(*m_mapping, row, {});
 }
 
 /// Accounts, whose paths follow when all of them are there.
@@ -141,9 +162,14 @@ ImportPart PartOf(const BaseTable& declared) {
             .source = declared.source,
             .needs = NeedsOf(*mapping),
             .empties = declared.empties,
-            .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
-                return WriteCode(run, declared, *mapping, row);
-            })};
+            .make = [declared, mapping](ImportRun& run, const QString& singleCode) -> std::unique_ptr<Importer> {
+                if (!declared.code.IsSet()) {
+                    return std::make_unique<KeyedRows>(run, declared, mapping);
+                }
+                return Importing([declared, mapping](ImportRun& one, const SourceRow& row) {
+                    return WriteCode(one, declared, *mapping, row);
+                })(run, singleCode);
+            }};
 }
 
 Frame FrameOf(const Banks& declared) {

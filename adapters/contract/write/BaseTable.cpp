@@ -36,18 +36,35 @@ RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& 
     return Write(target, known ? Equals(run.GetSession(), codeColumn, facts.code) : QString());
 }
 
-RowOutcome WriteByKeys(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts,
-                       const QStringList& keys) {
-    Session& session = run.GetSession();
+RowOutcome WriterByKeys::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) {
+    Session& session = m_run.GetSession();
     const schema::Table& table = *schema::FindTable(mapping.targetTable);
-    TargetRow target(run, table.name);
+    TargetRow target(m_run, table.name);
     mapping.Apply(target, session, row, facts);
     QStringList conditions;
-    for (const QString& key : keys) {
+    for (const QString& key : m_keys) {
         conditions.append(HasValue(session, *table.FindColumn(key), target.Value(key)));
     }
-    const qint64 known = IdWhere(session, table.name, conditions.join(QStringLiteral(" AND ")));
-    return Write(target, known != 0 ? Equals("RECORD_ID", known) : QString());
+    const qint64 known = Known(table.name, conditions.join(QStringLiteral(" AND ")));
+    return contract::Write(target, known != 0 ? Equals("RECORD_ID", known) : QString());
+}
+
+/// RECORD_ID of the row that the one under way is; 0 for a new one.
+qint64 WriterByKeys::Known(const QString& table, const QString& condition) {
+    Session& session = m_run.GetSession();
+    const size_t hash = qHash(condition);
+    const int before = m_written[hash]++;
+    m_run.WhenTakenBack([this, hash] { --m_written[hash]; });
+    if (before == 0) {
+        return IdWhere(session, table, condition + QStringLiteral(" ORDER BY RECORD_ID"));
+    }
+    Recordset rows =
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM %1 WHERE ").arg(m_run.FullName(table)) +
+                                  condition + QStringLiteral(" ORDER BY RECORD_ID"));
+    for (int i = 0; i < before && !rows.Eof(); ++i) {
+        rows.MoveNext();
+    }
+    return rows.Eof() ? 0 : rows.Fields(0).Value().toLongLong();
 }
 
 } // namespace contract

@@ -10,8 +10,23 @@ namespace contract {
 RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts);
 
 /// The same for a table whose rows several columns tell apart, which the mapping sets: the letters of intent of a
-/// customer, the checks of an article.
-RowOutcome WriteByKeys(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts,
-                       const QStringList& keys);
+/// customer, the checks of an article. Rows of one run that nothing tells apart stay as many: the second is written
+/// over the second that an earlier import has left.
+class WriterByKeys {
+public:
+    /// @param run the run under way @param keys target columns
+    WriterByKeys(ImportRun& run, QStringList keys)
+        : m_run(run),
+          m_keys(std::move(keys)) {}
+
+    RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts);
+
+private:
+    qint64 Known(const QString& table, const QString& condition);
+
+    ImportRun& m_run;
+    QStringList m_keys;
+    QHash<size_t, int> m_written; ///< rows of this run, by hashes of their keys
+};
 
 } // namespace contract

@@ -190,7 +190,7 @@ BaseTable LettereIntento() {
                 {"DIVIM", "DIIMPDIC", RoundedTo(2)},
             },
         .empties = DeletedImports("DIC_INT"),
-        .keys = {"DICON", "DIANN", "DINUM"},
+        .keys = {"DICON", "DIANN", "DINUM", "DIDLI"},
     };
 }
 
