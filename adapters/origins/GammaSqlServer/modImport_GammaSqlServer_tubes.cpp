@@ -89,13 +89,29 @@ void SetUsual(TargetRow& article) {
     article.Set("ARMAD", schema::defaults::Warehouse);
 }
 
+/// The profile of a tube, unless one has its external code. One that bears the code itself has been entered by hand: it
+/// gains the external code alone.
+void WriteProfile(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString external = row.Text("PROFILO");
+    if (external.isEmpty() || !LookUp(session, "TAB_PRF", "PREXT", external, "CDPRF").isEmpty()) {
+        return;
+    }
+    const QString code = Field("PROFILO", Profile()).Text(session, row);
+    if (!IsThere(session, "TAB_PRF", "CDPRF", code)) {
+        WriteByCode(run, ProfileMapping(), row, {code});
+    } else if (LookUp(session, "TAB_PRF", "CDPRF", code, "PREXT").isEmpty()) {
+        TargetRow profile(run, "TAB_PRF");
+        profile.Set("PREXT", external);
+        profile.Update("WHERE " + Equals(session, "CDPRF", code));
+    }
+}
+
 RowOutcome ImportTube(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString code = Field("CODICE").RequiredText(session, row);
     const QString article = Field("CODICE", Article()).Text(session, row);
-    if (!row.IsBlank("PROFILO") && LookUp(session, "TAB_PRF", "PREXT", row.Text("PROFILO"), "CDPRF").isEmpty()) {
-        WriteByCode(run, ProfileMapping(), row, {});
-    }
+    WriteProfile(run, row);
     const QString material = row.Text("MATERIALE");
     if (!material.isEmpty() && LookUp(session, "TAB_MAT", "MAEXT", material, "CDMAT").isEmpty()) {
         run.Log(QStringLiteral("MATERIALE NON TROVATO: %1: '%2'").arg(run.RowKey(), material));

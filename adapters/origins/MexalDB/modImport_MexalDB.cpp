@@ -123,9 +123,12 @@ QString ConditionOf(Session& session, const Group& group) {
     return u'(' + conditions.join(QStringLiteral(" OR ")) + u')';
 }
 
-/// A customer who is invoiced to another is a destination of that one.
-const QString IsDestination = QStringLiteral("J1.CKY_CNT_CLI_FATT > ''");
-const QString IsNoDestination = QStringLiteral("(J1.CKY_CNT_CLI_FATT IS NULL OR J1.CKY_CNT_CLI_FATT = '')");
+/// A customer who is invoiced to another is a destination of that one. Texts are padded with blanks, which not every
+/// engine passes over.
+const QString IsDestination =
+    QStringLiteral("TRIM(J1.CKY_CNT_CLI_FATT) > '' AND TRIM(J1.CKY_CNT_CLI_FATT) <> TRIM(T.CKY_CNT)");
+const QString IsNoDestination = QStringLiteral("(J1.CKY_CNT_CLI_FATT IS NULL OR TRIM(J1.CKY_CNT_CLI_FATT) = '' OR "
+                                               "TRIM(J1.CKY_CNT_CLI_FATT) = TRIM(T.CKY_CNT))");
 
 /// The accounts of a group that fulfil a condition, with their conditions of trade.
 SourceTable AccountsOf(const Group& group, const QString& where) {
@@ -214,7 +217,7 @@ RowOutcome ImportDestinazione(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const Field owner("CKY_CNT_CLI_FATT", CustomerOf());
     CounterpartyWriter writer(run, Field("DTT_CRE", DayThere()).Value(session, row));
-    const Owner counterparty{"CON_TRO", owner.Text(session, row), true};
+    const Owner counterparty{"CON_TRO", owner.RequiredText(session, row), true};
     TargetRow branch = writer.NewRow("CON_SED");
     for (const Mapping& mapping : Destinazione()) {
         mapping.Apply(branch, session, row, {counterparty.key});
