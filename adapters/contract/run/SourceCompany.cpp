@@ -56,13 +56,20 @@ QString SourceCompany::Take(ovConnection& source, sources::Layout& layout, const
 
 QString SourceCompany::TakeByPrefix(ovConnection& source) const {
     QStringList companies;
+    bool hasNoPrefix = false;
     for (const QString& table : source.GetTables()) {
         if (table.compare(m_key.table, Qt::CaseInsensitive) == 0) {
-            return {};
-        }
-        if (table.endsWith(m_key.table, Qt::CaseInsensitive)) {
+            if (m_code.isEmpty() || !ColumnsOf(source, m_key.table).isEmpty()) {
+                return {};
+            }
+            hasNoPrefix = true; // the table of the company is another, and is not there
+        } else if (table.endsWith(m_key.table, Qt::CaseInsensitive)) {
             companies.append(table.chopped(m_key.table.size()));
         }
+    }
+    if (companies.isEmpty() && hasNoPrefix) {
+        return QStringLiteral("origine: azienda '%1'; le tabelle, come '%2', non hanno davanti un codice (%3)")
+            .arg(m_code, m_key.table, m_setting);
     }
     return companies.isEmpty() ? QString() : Wrong(companies); // without any it is the tables that are missing
 }
@@ -93,21 +100,19 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
     return {};
 }
 
-/// Of the table that lists them, else of the others: what cannot be told apart must not be imported for each company.
+/// Of the table that lists them and of the others: what cannot be told apart must not be imported for each company, and
+/// a company need not have rows in every table.
 QList<QVariant> SourceCompany::Companies(ovConnection& source, const QStringList& tables) const {
-    QList<QVariant> companies = ValuesOf(source, m_key.table, ColumnIn(ColumnsOf(source, m_key.table)));
-    if (!companies.isEmpty()) {
-        return companies;
-    }
+    QList<QVariant> companies;
     QSet<QString> known;
-    for (const QString& table : tables) {
+    for (const QString& table : QStringList{m_key.table} + tables) {
         const QString column = ColumnIn(ColumnsOf(source, table));
         if (column.isEmpty()) {
             continue;
         }
         for (const QVariant& value : ValuesOf(source, table, column)) {
-            if (!known.contains(TextOf(value))) {
-                known.insert(TextOf(value));
+            if (const QString text = TextOf(value); !text.isEmpty() && !known.contains(text)) {
+                known.insert(text);
                 companies.append(value);
             }
         }

@@ -18,8 +18,8 @@ public:
     /// connection need not be open.
     void CallTables(sources::Layout& layout, const QStringList& tables) const;
     /// Looks for the company in the open source; where a column tells companies apart, the rows of the others are not
-    /// read from then on. Without a setting a company that is alone is the one; where the table that lists them is
-    /// empty, the others tell which there are. Returns what is wrong, in a line that names the companies that are
+    /// read from then on. Without a setting a company that is alone is the one; each table that has the column
+    /// tells which there are. Returns what is wrong, in a line that names the companies that are
     /// there; empty when nothing is. Raises `SqlError`.
     QString Take(ovConnection& source, sources::Layout& layout, const QStringList& tables) const;
 
