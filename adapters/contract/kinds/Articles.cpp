@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/Articles.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -69,7 +70,8 @@ void ArticlesKind::AddPages() {
     addOwn({}, FieldMapping("UBI_ART", table, {{"CDUBI", declared.location}}));
     for (const Aliases& each : declared.aliases) {
         addOwn(each.rows,
-               FieldMapping("ART_COD", tableOf(each.rows), {{"CDCOD", each.code}, {"COCON", each.counterparty}}));
+               FieldMapping("ART_COD", tableOf(each.rows),
+                            {{"CDCOD", each.code}, {"CODES", each.ownDescription}, {"COCON", each.counterparty}}));
     }
     for (const UnitsOfArticle& each : declared.units) {
         pages.push_back(FieldMapping("ART_ICO", tableOf(each.rows), {{"ARUM2", each.unit}, {"ARCOE", each.factor}}));
@@ -128,6 +130,7 @@ private:
     SupplierLink LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier, bool isFirst) const;
     void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const;
     void WriteChildren(const SourceRow& row, const QString& article) const;
+    RowOutcome FillCodesOf(const SourceRow& row, const Facts& facts) const;
 
     std::shared_ptr<const ArticlesKind> m_kind;
     ArticleWriter m_writer;
@@ -152,6 +155,9 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (declared.there == ArticleThere::Kept && IsThere(GetSession(), "ART_ICO", "CDART", facts.code)) {
         return Run().Skip(QStringLiteral("articolo già presente"));
     }
+    if (FillsCodes(Run()) && IsThere(GetSession(), "ART_ICO", "CDART", facts.code)) {
+        return FillCodesOf(row, facts);
+    }
     const RowOutcome outcome = m_writer.Write(m_kind->mappings.front(), row, facts, [&](TargetRow& target) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
             m_kind->mappings[i].Apply(target, GetSession(), row, facts);
@@ -171,6 +177,22 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     Run().Restores(m_last);
     m_last = facts.code;
     return outcome;
+}
+
+/// An article that is there gets the codes that it lacks, and nothing else.
+RowOutcome ArticleImporter::FillCodesOf(const SourceRow& row, const Facts& facts) const {
+    const MissingCodes missing(Run(), QStringLiteral("ART_ICO"), facts);
+    TargetRow target(Run(), "ART_ICO");
+    for (const Mapping& mapping : m_kind->mappings) {
+        missing.Apply(mapping, row, target);
+    }
+    TargetRow further(Run(), "ART_ICO");
+    SetUnits(row, further);
+    if (m_kind->declared.more) {
+        m_kind->declared.more(Run(), row, further);
+    }
+    missing.Take(further, m_kind->declared.further.mappings, target);
+    return missing.Write(target);
 }
 
 /// A long description is a text of any length in the source: what its column does not hold, and no note gets, is told.
@@ -279,7 +301,7 @@ void ArticleImporter::WriteAlias(const SourceRow& row, const Aliases& alias, con
     if (!alias.counterparty.IsSet()) {
         m_writer.InternalCode(article, code);
     } else if (!counterparty.isEmpty()) {
-        m_writer.CodeAtCounterparty(article, code, counterparty);
+        m_writer.CodeAtCounterparty(article, code, counterparty, alias.ownDescription.Text(session, row));
     } else if (alias.counterparty.IsBlank(row)) { // one that is not there its rule tells
         Run().Log(QStringLiteral("CODICE SENZA CONTROPARTE: %1: '%2'").arg(Run().RowKey(), code));
     }

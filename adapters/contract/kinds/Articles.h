@@ -28,6 +28,7 @@ struct Aliases {
     /// CDCON of the counterparty that calls the article so (`rules::KnownCustomer`): without one nothing is written,
     /// and a blank one is logged. Without the field the code is one of the company's own.
     Field counterparty = {};
+    Field ownDescription = {}; ///< that the article has there
 };
 
 /// Units of an article in rows of another table, beside those that its own lines write.

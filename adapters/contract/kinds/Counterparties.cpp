@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/write/Carrier.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -180,6 +181,8 @@ private:
     void ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping, const Roles& roles) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                      const Roles& roles) const;
+    RowOutcome FillCodesOf(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
+                           const Roles& roles) const;
     void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
     template<class Declared>
     void ForEach(const Child<Declared>& child, const SourceRow& row,
@@ -209,6 +212,9 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     const bool onlyCarrier = !roles.customer && !roles.supplier;
     const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : PlaceOf(row, identity);
     CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
+    if (place.known && FillsCodes(Run())) {
+        return FillCodesOf(writer, row, place, roles);
+    }
     const RowOutcome outcome = Write(writer, row, place, roles);
     writer.Numbers(OwnerOf(place), row, declared.numbers);
     WriteChildren(writer, row, OwnerOf(place));
@@ -305,7 +311,10 @@ SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Role
 }
 
 Placement CounterpartyImporter::PlaceOf(const SourceRow& row, const SourceIdentity& identity) const {
-    const QString same = m_kind->declared.sameAs.Text(GetSession(), row, {{}, identity.roles});
+    QString same = m_kind->declared.sameAs.Text(GetSession(), row, {{}, identity.roles});
+    if (!same.isEmpty() && !m_kind->declared.sameIsTold) {
+        same = m_parties.NoStranger(identity, same);
+    }
     if (same.isEmpty()) {
         return m_parties.Place(identity);
     }
@@ -327,6 +336,31 @@ RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceR
         }
     };
     return writer.Write(m_kind->mappings.front(), row, place, roles, more);
+}
+
+/// A counterparty that is there, and its branches, get the codes that they lack, and nothing else.
+RowOutcome CounterpartyImporter::FillCodesOf(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
+                                             const Roles& roles) const {
+    const MissingCodes missing(Run(), Parties, {place.code, roles});
+    TargetRow target(Run(), Parties);
+    for (const CounterpartyMapping& mapping : m_kind->mappings) {
+        missing.Apply(mapping.Whole(), row, target);
+    }
+    if (m_kind->declared.more) {
+        TargetRow further(Run(), Parties);
+        m_kind->declared.more(Run(), row, further);
+        missing.Take(further, m_kind->declared.further.mappings, target);
+    }
+    bool filledBranch = false;
+    for (const Child<Branches>& child : m_kind->branches) {
+        ForEach(child, row, [&](const SourceRow& one) {
+            TargetRow branch = writer.NewRow(BranchTable);
+            child.mapping.Apply(branch, GetSession(), one, {place.code});
+            filledBranch = writer.FillBranch(OwnerOf(place), branch) || filledBranch;
+        });
+    }
+    const RowOutcome outcome = missing.Write(target);
+    return filledBranch ? RowOutcome::Updated : outcome;
 }
 
 template<class Declared>

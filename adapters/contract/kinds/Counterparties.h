@@ -46,6 +46,9 @@ struct Counterparties {
     Field number = {}; ///< a customer's number, where the code is more than that
     /// CDCON of the counterparty that the source itself says it is, whatever their numbers; blank: it is looked for.
     Field sameAs = {};
+    /// Whether the source links the two by its own word, so that they are one whatever names and numbers say; else a
+    /// stranger is not taken for the one.
+    bool sameIsTold = false;
     /// Of CON_TRO, over the usual ones: code, day of the import, marks and codes of the roles, Italy, euro and the
     /// like.
     Lines lines = {};

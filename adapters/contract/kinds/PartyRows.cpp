@@ -48,7 +48,8 @@ contract::Needs PartyRowsKind::Needs() const {
     return needs;
 }
 
-RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row) {
+RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row,
+                 CounterpartyWriter::MetChildren& met) {
     if (std::all_of(kind.essential.begin(), kind.essential.end(),
                     [&row](const QString& column) { return row.IsBlank(column); })) {
         return run.Skip(IsBranch(kind.declared) ? QStringLiteral("sede senza indirizzo")
@@ -62,7 +63,7 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
     if (code.isEmpty()) {
         return run.Skip(QStringLiteral("controparte non trovata"));
     }
-    CounterpartyWriter writer(run, {});
+    CounterpartyWriter writer(run, {}, &met);
     const Owner hangsOn{QStringLiteral("CON_TRO"), code, true};
     const qint64 before = run.WrittenRows(kind.mapping.targetTable);
     TargetRow target = writer.NewRow(kind.mapping.targetTable);
@@ -73,6 +74,19 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
                ? RowOutcome::Inserted
                : run.Skip(QStringLiteral("già presente nella controparte"));
 }
+
+class PartyRowsImporter final : public Importer {
+public:
+    PartyRowsImporter(ImportRun& run, std::shared_ptr<const PartyRowsKind> kind)
+        : Importer(run),
+          m_kind(std::move(kind)) {}
+
+    RowOutcome Row(const SourceRow& row) override { return Write(Run(), *m_kind, row, m_met); }
+
+private:
+    std::shared_ptr<const PartyRowsKind> m_kind;
+    CounterpartyWriter::MetChildren m_met;
+};
 
 /// Telephones and addresses of the rows alone, not those of the counterparties.
 Emptying EmptyingOf(const QString& table) {
@@ -98,7 +112,7 @@ ImportPart PartOf(const PartyRows& declared) {
             .source = declared.source,
             .needs = kind->Needs(),
             .empties = EmptyingOf(kind->mapping.targetTable),
-            .make = Importing([kind](ImportRun& run, const SourceRow& row) { return Write(run, *kind, row); })};
+            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<PartyRowsImporter>(run, kind); }};
 }
 
 } // namespace contract

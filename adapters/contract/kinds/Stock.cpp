@@ -82,8 +82,13 @@ Frame FrameOf(const Balances& declared) {
 }
 
 ImportPart PartOf(const Balances& declared) {
+    const QString warehouse = declared.warehouse.Columns().join(QStringLiteral(", "));
+    const Field place =
+        warehouse.isEmpty()
+            ? declared.warehouse
+            : Field(warehouse, WarehouseWritten(declared.source.table, declared.warehouse.Columns().first()));
     const auto page = std::make_shared<const Mapping>(FieldMapping("MOV_MAR", declared.source.table,
-                                                                   {{"MRMAG", declared.warehouse},
+                                                                   {{"MRMAG", place},
                                                                     {"MRART", declared.article},
                                                                     {"MRQTA", declared.quantity},
                                                                     {"MRUMS", declared.unit},

@@ -14,6 +14,7 @@ namespace {
 const QString Prefix = QStringLiteral("+39");
 const QString Telephones = QStringLiteral("NUM_TEL");
 const QString Addresses = QStringLiteral("IND_WEB");
+const QStringList AlikeBranches{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
 
 QString Without(QString text, const QString& characters) {
     return text.removeIf([&characters](QChar c) { return characters.contains(c); });
@@ -156,6 +157,16 @@ CounterpartyMapping::CounterpartyMapping(Mapping whole)
 RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
                                      const Roles& roles, const std::function<void(TargetRow&)>& more) const {
     TargetRow target(m_run, QStringLiteral("CON_TRO"));
+    if (place.known && FillsCodes(m_run)) {
+        const MissingCodes missing(m_run, QStringLiteral("CON_TRO"), {place.code, roles});
+        missing.Apply(mapping.Whole(), row, target);
+        if (more) {
+            TargetRow further(m_run, QStringLiteral("CON_TRO"));
+            more(further);
+            missing.Take(further, {}, target);
+        }
+        return missing.Write(target);
+    }
     Apply(mapping, row, place, roles, target);
     if (more) {
         more(target);
@@ -173,8 +184,6 @@ void CounterpartyWriter::Apply(const CounterpartyMapping& mapping, const SourceR
     const auto apply = [&](const Mapping& one) { one.Apply(target, m_run.GetSession(), row, {place.code, roles}); };
     if (!place.known) {
         apply(mapping.Whole());
-    } else {
-        FillMissingCodes(m_run, mapping.Whole(), row, {place.code, roles}, target);
     }
     for (const bool customer : {true, false}) {
         if (place.known && (customer ? roles.customer : roles.supplier)) {
@@ -292,11 +301,19 @@ std::optional<Owner> CounterpartyWriter::Met(const Owner& counterparty, const Ta
             return Bare(rows.Value(column)) == Bare(row.Value(column));
         });
         if (same && !m_met.contains(table + id)) {
-            m_met.insert(table + id);
+            MeetChild(table + id);
             return Owner{table, id, true};
         }
     }
     return std::nullopt;
+}
+
+void CounterpartyWriter::MeetChild(const QString& child) {
+    if (&m_met == &m_ownMet) { // gone with the row
+        m_met.insert(child);
+    } else {
+        m_run.Remember(m_met, child);
+    }
 }
 
 QString CounterpartyWriter::ChildrenOf(const Owner& counterparty, const QString& table) const {
@@ -312,7 +329,7 @@ Owner CounterpartyWriter::Insert(TargetRow& row, const QString& table, const Own
         return {table, {}, false, m_run.LastRow(table)};
     }
     const QString id = QString::number(m_run.LastId(table));
-    m_met.insert(table + id);
+    MeetChild(table + id);
     return {table, id};
 }
 
@@ -329,8 +346,8 @@ Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact)
 }
 
 Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
-    static const QStringList alike{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
-    if (const auto met = Met(counterparty, branch, BranchTable, alike)) {
+    if (const auto met = Met(counterparty, branch, BranchTable, AlikeBranches)) {
+        FillMet(*met, branch);
         return *met;
     }
     const QString code = mod_ovTools::ToText(branch.Value(QStringLiteral("CDSED")));
@@ -340,6 +357,32 @@ Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
         m_run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come '%3'").arg(m_run.RowKey(), code, free));
     }
     return Insert(branch, BranchTable, counterparty);
+}
+
+bool CounterpartyWriter::FillBranch(const Owner& counterparty, const TargetRow& branch) {
+    const auto met = Met(counterparty, branch, BranchTable, AlikeBranches);
+    return met && FillMet(*met, branch);
+}
+
+/// A branch that is there gets the codes that it lacks; false when it lacks none.
+bool CounterpartyWriter::FillMet(const Owner& met, const TargetRow& branch) const {
+    const QString where = QStringLiteral("WHERE RECORD_ID = ") + met.key;
+    const Recordset there = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM %1 ").arg(m_run.FullName(BranchTable)) + where);
+    TargetRow lacking(m_run, BranchTable);
+    bool lacks = false;
+    for (const schema::Column& column : schema::FindTable(BranchTable)->columns) {
+        const QVariant value = branch.Value(column.name);
+        if (!there.Eof() && !column.refersTo.isEmpty() && !mod_ovTools::ToText(value).isEmpty() &&
+            SourceRow(there).IsBlank(column.name)) {
+            lacking.Set(column.name, value);
+            lacks = true;
+        }
+    }
+    if (lacks) {
+        lacking.Update(where);
+    }
+    return lacks;
 }
 
 /// The code, where another branch of the counterparty has it behind an "F", else the first number that is free.

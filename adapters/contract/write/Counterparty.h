@@ -91,10 +91,16 @@ private:
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class CounterpartyWriter {
 public:
+    /// Children that were there and stand for a row of the source already, as table and RECORD_ID.
+    using MetChildren = QSet<QString>;
+
     /// @param run the run under way @param created DTINS of the rows; Null for the moment of the import
-    CounterpartyWriter(ImportRun& run, QVariant created)
+    /// @param met outlives the writer, where children of one counterparty come in several rows of the source; null: all
+    /// of them come in one
+    CounterpartyWriter(ImportRun& run, QVariant created, MetChildren* met = nullptr)
         : m_run(run),
-          m_created(std::move(created)) {}
+          m_created(std::move(created)),
+          m_met(met == nullptr ? m_ownMet : *met) {}
 
     /// Inserts a new counterparty, or updates the columns of its roles on one that is there.
     /// @param more sets what the mapping cannot tell, after it
@@ -123,8 +129,11 @@ public:
     /// returns the owner for what hangs on it.
     Owner Contact(const Owner& counterparty, TargetRow& contact);
     /// Inserts a branch of a counterparty, which a mapping has filled, unless one of that kind, name and address is
-    /// there, and returns the owner for what hangs on it. A code that another branch has is changed, and logged.
+    /// there, and returns the owner for what hangs on it. A code that another branch has is changed, and logged. One
+    /// that is there gets the codes of Quadrix that it lacks.
     Owner Branch(const Owner& counterparty, TargetRow& branch);
+    /// Gives a branch that is there the codes of Quadrix that it lacks; false when it lacks none, or is not there.
+    bool FillBranch(const Owner& counterparty, const TargetRow& branch);
     /// A row of a table that hangs on a counterparty, with its creation moment.
     TargetRow NewRow(const QString& table) const;
     TargetRow NewRow(const QString& table, const Owner& owner) const;
@@ -132,6 +141,8 @@ public:
 private:
     std::optional<Owner> Met(const Owner& counterparty, const TargetRow& row, const QString& table,
                              const QStringList& alike);
+    void MeetChild(const QString& child);
+    bool FillMet(const Owner& met, const TargetRow& branch) const;
     QString ChildrenOf(const Owner& counterparty, const QString& table) const;
     Owner Insert(TargetRow& row, const QString& table, const Owner& counterparty);
     bool Hangs(const Owner& owner, const QString& table, const QString& column,
@@ -141,7 +152,8 @@ private:
 
     ImportRun& m_run;
     QVariant m_created;
-    QSet<QString> m_met;                        ///< children that were there and stand for one of the source row
+    MetChildren m_ownMet;
+    MetChildren& m_met;
     std::optional<QSet<QString>> m_branchCodes; ///< of the counterparty under way, in upper case
 };
 

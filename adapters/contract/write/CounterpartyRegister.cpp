@@ -167,6 +167,30 @@ QString CounterpartyRegister::FindSame(const SourceIdentity& source) const {
     return code;
 }
 
+QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QString& code) const {
+    const auto party = Find(code);
+    const Identity identity = IdentityOf(source);
+    if (!party || !IdentityOf(*party).IsStranger(identity) ||
+        Agree(source.roles.customer ? party->customer : party->supplier, source.code)) { // or has been made one before
+        return code;
+    }
+    const QString& other = source.roles.customer ? party->supplier : party->customer;
+    const QString column = source.roles.customer ? QStringLiteral("COFGE") : QStringLiteral("COCGE");
+    const std::vector<Party> parties =
+        other.isEmpty() ? std::vector<Party>() : Parties(column + QStringLiteral(" = ") + m_run.Quoted(other));
+    if (const Party* same = FirstThat(parties, [&](const Identity& one) { return !one.IsStranger(identity); })) {
+        return same->code;
+    }
+    const QChar role = source.roles.customer ? u'F' : u'C';
+    if (parties.size() == 1 && m_met.contains(qHash(QString(role + other.toUpper())))) {
+        return code; // the source's own: whatever it tells of the two
+    }
+    m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3, %4, sono una per il codice dell'altro ruolo '%5': "
+                             "restano due")
+                  .arg(m_run.RowKey(), Named(source), Named(*party), code, other));
+    return {};
+}
+
 void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString& code) const {
     const auto party = Find(code);
     if (!party) {

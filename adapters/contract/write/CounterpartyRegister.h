@@ -46,6 +46,11 @@ public:
     void Meet(const SourceIdentity& source);
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
+    /// The counterparty that the source says a row is, which is known by its code: a stranger, whose name and numbers
+    /// are all others, is not, unless a row of this run had that code or an earlier import made them one. Then it is
+    /// another one with the same code of the other role; empty when there is none, and the log tells that the two stay
+    /// two. @param code CDCON
+    QString NoStranger(const SourceIdentity& source, const QString& code) const;
     /// Logs that the counterparty of a source row and the one with a code become one, unless that was made from the
     /// row.
     void TellMerge(const SourceIdentity& source, const QString& code) const;

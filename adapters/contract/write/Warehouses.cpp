@@ -5,6 +5,13 @@
 
 namespace contract {
 
+Rule WarehouseWritten(const QString& table, const QString& field) {
+    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti com'è se MAG_AZZ lo ha, altrimenti annotato, "
+                           "scritto nel log e \"%3\"")
+                .arg(table, field, schema::defaults::Warehouse),
+            [](const RuleInput&) { return RuleValue(); }};
+}
+
 QString Warehouses::CodeOf(const QString& code) {
     using schema::defaults::Warehouse;
     if (code.isEmpty()) {

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "adapters/contract/map/rules.h"
 #include "adapters/contract/run/ImportRun.h"
 
 #include <QSet>
 
 namespace contract {
+
+/// How `Warehouses` makes a code, for a mapping of what it writes: the rule itself gives no value.
+/// @param table,field of the codes, as SYS_IMP knows them
+Rule WarehouseWritten(const QString& table, const QString& field);
 
 /// The warehouses of a source: translated through SYS_IMP, else known to MAG_AZZ, else the principal one, which the log
 /// tells once for each.

@@ -1,13 +1,40 @@
 #pragma once
 
 #include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/SourceRow.h"
 
 namespace contract {
 
-/// Sets the codes that a row of a table with a code lacks, of those that a mapping translates, where the run is limited
-/// to rows whose codes have been translated since (`RowSelection::FillsCodes`); else nothing. What stands in a column
-/// stays. Raises as `Mapping::Apply` does. @param facts with the code of the row
-void FillMissingCodes(ImportRun& run, const Mapping& whole, const SourceRow& row, const Facts& facts,
-                      TargetRow& target);
+/// Whether a run gives rows that are there the codes that have been translated since, and leaves the rest of them as it
+/// is (`RowSelection::FillsCodes`).
+bool FillsCodes(const ImportRun& run);
+
+/// The codes that a row of the target lacks which is there: a column that is blank, or still holds what stands in for a
+/// code without a translation, which is the source's own code, the ordinary VAT rate or the euro.
+/// Every operation raises `SqlError` or, for a value that does not fit, `ImportError`.
+class MissingCodes {
+public:
+    /// @param run the run under way @param table bare name of a table with a code
+    /// @param facts of the row: its code, and the roles of a counterparty. A supplier who is a customer too gets from
+    /// the supplier's row the columns of a supplier alone.
+    MissingCodes(ImportRun& run, QString table, Facts facts);
+
+    /// Sets those that a mapping translates.
+    void Apply(const Mapping& mapping, const SourceRow& row, TargetRow& target) const;
+    /// Sets those that another row has been given: codes of tables of Quadrix, and what the mappings translate.
+    void Take(const TargetRow& given, const std::vector<const Mapping*>& mappings, TargetRow& target) const;
+    /// Updates the row with what has been set; one without anything is left out.
+    RowOutcome Write(TargetRow& target) const;
+
+private:
+    bool Lacks(const QString& column, const QString& sourceCode = {}) const;
+    bool IsOfRow(Side side) const;
+
+    ImportRun& m_run;
+    QString m_table;
+    Facts m_facts;
+    QHash<QString, QString> m_there; ///< texts of the row, by column
+    bool m_addsSupplier = false;
+};
 
 } // namespace contract

@@ -1,7 +1,7 @@
 // Articles of Ad Hoc Revolution: ART_ICOL with PAR_RIOR (reorder), KEY_ARTI (further codes), LIS_TINI and LIS_SCAG
 // (prices) and SALDIART (last costs); and the sheets among them, whose formats are articles of their own there.
-// Left out: homogeneous category and brand (ARCATOMO, ARCODMAR), which Quadrix has no column for; description, unit and
-// kind of a further code (CADESART, CAUNIMIS, CA__TIPO), which are those of the article.
+// Left out: homogeneous category and brand (ARCATOMO, ARCODMAR), which Quadrix has no column for; unit and kind of a
+// further code (CAUNIMIS, CA__TIPO), which are those of the article.
 
 #include "adapters/origins/AdHoc/modImport_AdHoc.h"
 
@@ -100,8 +100,14 @@ std::vector<Aliases> FurtherCodes() {
             .table = KeyArti, .on = {{"CACODART", "ARCODART"}}, .order = "CACODICE", .where = QLatin1String(where)};
     };
     return {
-        {.rows = rows("CATIPCON = 'F'"), .code = "CACODICE", .counterparty = {"CACODCON", KnownSupplier()}},
-        {.rows = rows("CATIPCON = 'C'"), .code = "CACODICE", .counterparty = {"CACODCON", KnownCustomer()}},
+        {.rows = rows("CATIPCON = 'F'"),
+         .code = "CACODICE",
+         .counterparty = {"CACODCON", KnownSupplier()},
+         .ownDescription = {"CADESART", First(100)}},
+        {.rows = rows("CATIPCON = 'C'"),
+         .code = "CACODICE",
+         .counterparty = {"CACODCON", KnownCustomer()},
+         .ownDescription = {"CADESART", First(100)}},
         {.rows = rows("(CACODCON IS NULL OR CACODCON = '') AND CACODICE <> CACODART"), .code = "CACODICE"},
     };
 }

@@ -96,6 +96,7 @@ const Mapping& RigaMapping() {
             {"MRTPM", "MMFLCASC", Choice({{"+", schema::defaults::LoadMovement}}, OtherMovement)},
             {"MRSTA", "", Constant(schema::defaults::Closed)},
             {"MRCAM", "MMCAUMAG", Or(Translated(MvmDett, "MMCAUMAG"), QVariant())},
+            {"MRMAG", "MMCODMAG", WarehouseWritten(MvmDett, "MMCODMAG")},
         },
     };
     return mapping;

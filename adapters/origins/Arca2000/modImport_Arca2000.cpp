@@ -215,7 +215,11 @@ bool AddsSupplier(ImportRun& run, const QString& sourceCode, const QString& part
 RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
     const bool supplier = AddsSupplier(run, row.Text("codice"), code);
     TargetRow target(run, "CON_TRO");
-    FillMissingCodes(run, Controparti(), row, {code, RoleOf(!supplier)}, target);
+    if (FillsCodes(run)) {
+        const MissingCodes missing(run, "CON_TRO", {code, RoleOf(!supplier)});
+        missing.Apply(Controparti(), row, target);
+        return missing.Write(target);
+    }
     (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
     target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
     return RowOutcome::Updated;

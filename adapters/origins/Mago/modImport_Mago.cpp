@@ -332,6 +332,7 @@ Counterparties Fornitori() {
     };
     suppliers.more = SetIban;
     suppliers.sameAs = {"LinkedCustSupp", LinkedCustomer()};
+    suppliers.sameIsTold = true;
     suppliers.empties = false;
     return suppliers;
 }
@@ -364,7 +365,7 @@ BaseTable LettereIntento() {
                 {"DIPRT", "TelProtocol", Text()},
             },
         .empties = DeletedImports("DIC_INT"),
-        .keys = {"DICON", "DIANN", "DIPRG"},
+        .keys = {"DICON", "DIANN", "DIPRG", "DINLI"},
     };
 }
 

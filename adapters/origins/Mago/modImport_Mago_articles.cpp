@@ -1,8 +1,8 @@
 // Articles of Mago.net: MA_Items with MA_ItemsGoodsData and MA_ItemsManufacturingData, one row each, and the suppliers,
 // customers' codes, bar codes, units, costs and languages of an item in tables of their own. ProductSubCtg has no place
-// beside ProductCtg, nor have discounts of suppliers and the texts that counterparties have for an item; a supplier who
-// is disabled for an item is none of it. Which number of Nature is finished and which semi-finished is not sure: what
-// is not purchased is finished when it heads a bill.
+// beside ProductCtg, nor have discounts of suppliers; a supplier who is disabled for an item is none of it. Which
+// number of Nature is finished and which semi-finished is not sure: what is not purchased is finished when it heads a
+// bill.
 
 #include "adapters/origins/Mago/modImport_Mago.h"
 
@@ -147,6 +147,7 @@ Articles Articoli() {
                      .naming = "Item, Supplier"},
             .supplier = {"Supplier", KnownSupplier()},
             .ownCode = "SupplierCode",
+            .ownDescription = {"SupplierDescription", First(100)},
             .price = {"StandardPrice, LastPrice", FirstNotZero()},
             .leadDays = "DaysForDelivery",
             .minimum = "MinOrderQty",
@@ -157,7 +158,8 @@ Articles Articoli() {
                     {.rows = OfItem("MA_ItemsPurchaseBarCode", "BarCode"), .code = "BarCode"},
                     {.rows = OfItem(Customers, "Customer"),
                      .code = "CustomerCode",
-                     .counterparty = {"Customer", KnownCustomer()}}},
+                     .counterparty = {"Customer", KnownCustomer()},
+                     .ownDescription = {"CustomerDescription", First(100)}}},
         .location = {"DefaultLocation, Location", FirstNotBlank(Text())},
         .languages = {{
             .rows = OfItem(Languages, "Language"),

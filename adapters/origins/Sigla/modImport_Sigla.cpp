@@ -10,6 +10,7 @@
 #include "adapters/contract/kinds/askedSince.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -73,8 +74,8 @@ Rule GroupAndFamily() {
 /// Left out unless one of the flags says so: "S" out of use, "A" cancelled.
 Rule IsOutOfUse() {
     return {"vero se la prima colonna è \"S\" o la seconda \"A\"", [](const RuleInput& input) {
-                return RuleValue(input.row.Text(input.columns.first()) == u"S" ||
-                                 input.row.Text(input.columns.last()) == u"A");
+                return RuleValue(input.row.Text(input.columns.first()).compare(u"S", Qt::CaseInsensitive) == 0 ||
+                                 input.row.Text(input.columns.last()).compare(u"A", Qt::CaseInsensitive) == 0);
             }};
 }
 
@@ -128,7 +129,8 @@ void AddCommercialData(ImportRun& run, const SourceRow& row, TargetRow& target) 
     const bool isNew = !target.Value("CDCON").isNull();
     const Roles roles = PartyRoles().of(row);
     CommercialRows().ForEach(run.GetSession(), row, [&](const SourceRow& commercial) {
-        const Mapping& mapping = isNew ? Commerciale().Whole() : Commerciale().Role(roles.customer);
+        const bool isWhole = isNew || FillsCodes(run);
+        const Mapping& mapping = isWhole ? Commerciale().Whole() : Commerciale().Role(roles.customer);
         mapping.Apply(target, run.GetSession(), commercial, {{}, roles});
     });
     if (isNew) {
@@ -150,7 +152,7 @@ void AddNumbers(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row
 /// Not every installation has the commercial data, and notes.
 Needs FurtherNeeds() {
     const Mapping& commercial = Commerciale().Whole();
-    return {{},
+    return {{&commercial},
             {{Clifo, {}, {"PTEL", "TEL"}},
              {.table = CommercialTable,
               .columns = {"TIPO", "CODICE"},
