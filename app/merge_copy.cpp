@@ -2,6 +2,7 @@
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/variantText.h"
 
 namespace merge {
 
@@ -106,7 +107,7 @@ QString Copier::InsertText(const Rows& what, const Recordset& row, Copied& copie
         const bool isKey = column.compare(what.keyColumn, Qt::CaseInsensitive) == 0;
         const QVariant value = isKey ? QVariant(what.newKey) : Translated(what, column, row.Value(column), copied);
         columns.append(column);
-        values.append(mod_ovTools::FormatSqlValue(value, types.value(column.toUpper(), DataType::Char),
+        values.append(mod_ovTools::FormatSqlValue(TextAsIs(value), types.value(column.toUpper(), DataType::Char),
                                                   m_session.Quadrix.ProviderType));
     }
     return u"INSERT INTO " + TableOf(m_companies.to, what.table) + u" (" + columns.join(QStringLiteral(", ")) +

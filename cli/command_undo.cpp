@@ -22,7 +22,7 @@ Report UndoRun(Context& context) {
         lines += QStringLiteral("Era una prova: il database è rimasto com'era.");
     }
     Report report;
-    report.exitCode = result.keptCount > 0 ? ExitIncomplete : ExitDone;
+    report.exitCode = result.keptCount > 0 || result.isPartial ? ExitIncomplete : ExitDone;
     report.text = lines.join(u'\n');
     QJsonArray kept;
     for (const history::KeptRow& row : result.kept) {
@@ -35,6 +35,7 @@ Report UndoRun(Context& context) {
                    {"kept", result.keptCount},
                    {"keptRows", kept},
                    {"emptied", result.emptied},
+                   {"partial", result.isPartial},
                    {"dryRun", isTrial}};
     return report;
 }

@@ -6,6 +6,7 @@
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
+#include <QFile>
 #include <QJsonDocument>
 
 namespace history {
@@ -106,6 +107,10 @@ QString EndingText(const Run& run) {
     if (run.ended.isValid() && run.procedures.empty()) {
         return QStringLiteral("non eseguita");
     }
+    if (run.isPartial) {
+        return (run.ended.isValid() ? ::EndingText(run.ending) : QStringLiteral("finita non si sa come")) +
+               QStringLiteral("; la cronologia non la tiene per intero");
+    }
     return run.WasKilled() ? QStringLiteral("interrotta: il programma è terminato prima della fine")
                            : ::EndingText(run.ending);
 }
@@ -122,6 +127,7 @@ Run History::RunOf(const Recordset& row) const {
     run.isUnderWay = !run.ended.isValid() && FileLock::IsTaken(LockPath(m_path, run.id));
     run.ending = static_cast<Ending>(Number(row, "ending"));
     run.isTrial = Number(row, "trial") != 0;
+    run.isPartial = Number(row, "partial") != 0 || QFile::exists(PartialPath(m_path, run.id));
     run.worker = Text(row, "worker");
     run.version = Text(row, "version");
     run.company = Text(row, "company");

@@ -25,6 +25,7 @@ struct Run {
     bool isUnderWay = false;
     Ending ending = Ending::Complete; ///< of one that has ended
     bool isTrial = false;
+    bool isPartial = false; ///< from some point on it was not kept what the run did
     QString worker;
     QString version;
     QString company;

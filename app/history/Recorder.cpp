@@ -12,6 +12,7 @@
 #include "sql/Transaction.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 
@@ -49,6 +50,7 @@ Recorder::Recorder(Session& session, RunFacts facts)
     : m_session(session),
       m_isPart(session.Selection != nullptr || !facts.code.isEmpty()),
       m_keepsImages(!facts.isTrial),
+      m_first(session.Results.size()),
       m_logFile(session.LogFile) {
     Try([&] { Begin(facts); });
     m_session.Observer = this;
@@ -57,6 +59,9 @@ Recorder::Recorder(Session& session, RunFacts facts)
 Recorder::~Recorder() {
     m_session.Observer = nullptr;
     Try([this] { End(); });
+    if (m_isPartial) {
+        TellPartial();
+    }
     TellTrouble();
 }
 
@@ -71,8 +76,12 @@ void Recorder::Try(const Work& work) noexcept {
         m_inserted.clear();
         m_updated.clear();
         const auto* own = dynamic_cast<const Error*>(&error);
-        m_trouble = QStringLiteral("La cronologia non tiene questa esecuzione: ") +
-                    (own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
+        m_isPartial = m_run != 0;
+        m_trouble =
+            (m_isPartial ? QStringLiteral("La cronologia non tiene il resto di questa esecuzione, che annullarla "
+                                          "non toglierebbe: ")
+                         : QStringLiteral("La cronologia non tiene questa esecuzione: ")) +
+            (own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
     }
 }
 
@@ -81,8 +90,12 @@ void Recorder::TellTrouble() noexcept {
     if (m_trouble.isEmpty()) {
         return;
     }
+    const QString trouble = std::exchange(m_trouble, {});
+    if (m_session.Results.size() > m_first) {
+        m_session.Results.last().details.append(trouble);
+    }
     try {
-        modImport::WriteImportLog(m_session, std::exchange(m_trouble, {}), false);
+        modImport::WriteImportLog(m_session, trouble, false);
     } catch (const std::exception&) { // the log tells of its own trouble
     }
 }
@@ -92,6 +105,7 @@ void Recorder::Begin(const RunFacts& facts) {
     m_file = Open(path);
     m_file->Execute(QStringLiteral("PRAGMA cache_size = -1024")); // KiB: it only adds
     AdoptLogs();
+    AdoptPartial();
     const QString company = facts.company.isEmpty() ? m_session.UserManager.Azienda() : facts.company;
     const Recordset names = m_session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
@@ -126,6 +140,17 @@ void Recorder::AdoptLogs() {
     if (!killed.empty()) { // the last one wrote it
         m_file->Execute(
             Statement("UPDATE runs SET log = ? WHERE id = ?", {PackedLog(m_session.LogFile), killed.back()}));
+    }
+}
+
+/// What runs have left beside a history that they could not write to.
+void Recorder::AdoptPartial() {
+    const QFileInfo own(FilePath(m_session.Config.ConfigFile()));
+    for (const QFileInfo& file :
+         own.dir().entryInfoList({own.fileName() + QStringLiteral(".*.parziale")}, QDir::Files)) {
+        m_file->Execute(Statement("UPDATE runs SET partial = 1 WHERE id = ?",
+                                  {file.completeSuffix().section(u'.', -2, -2).toLongLong()}));
+        QFile::remove(file.filePath());
     }
 }
 
@@ -212,18 +237,24 @@ void Recorder::KeepInserted(const TargetChange& change) {
                one.table == change.table;
     });
     InsertedRows& rows =
-        same == m_inserted.end() ? m_inserted.emplace_back(InsertedRows{change.table, change.columns, {}}) : *same;
+        same == m_inserted.end() ? m_inserted.emplace_back(InsertedRows{change.table, change.columns, {}, {}}) : *same;
     AppendNumber(rows.rows, change.id);
     AppendNumber(rows.rows, change.digest);
+    ++m_place;
+    AppendNumber(rows.places, m_place - std::exchange(rows.last, m_place));
 }
 
 void Recorder::CloseChanges() {
     m_changes = 0;
+    m_place = 0;
+    ++m_block;
+    const bool areMixed = m_inserted.size() > 1; // rows refer to rows of other tables
     for (const InsertedRows& one : m_inserted) {
-        m_waiting.push_back(
-            Statement("INSERT INTO changes (procedure, kind, target_table, columns, inserted) VALUES (?, ?, ?, ?, ?)",
-                      {m_procedure, static_cast<int>(TargetChange::Kind::Inserted), one.table, ColumnList(one.columns),
-                       one.rows.trimmed()}));
+        m_waiting.push_back(Statement(
+            "INSERT INTO changes (procedure, kind, target_table, columns, inserted, places) VALUES (?, ?, ?, ?, ?, ?)",
+            {m_procedure, static_cast<int>(TargetChange::Kind::Inserted), one.table, ColumnList(one.columns),
+             one.rows.trimmed(),
+             areMixed ? QVariant(QString(QString::number(m_block) + u' ' + one.places.trimmed())) : QVariant()}));
     }
     m_inserted.clear();
     std::move(m_updated.begin(), m_updated.end(), std::back_inserter(m_waiting));
@@ -349,9 +380,24 @@ void Recorder::End() {
         return;
     }
     Write();
+    TellEnd(*m_file, false);
+}
+
+void Recorder::TellEnd(ovConnection& file, bool isPartial) const {
     const QString log = m_log ? Packed(EncodeText(*m_log, CodePage())) : PackedLog(m_logFile);
-    m_file->Execute(Statement("UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ? WHERE id = ?",
-                              {TimeText(m_session.Now()), static_cast<int>(m_ending), log, m_logFile, m_run}));
+    file.Execute(Statement(
+        "UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ?, partial = ? WHERE id = ?",
+        {TimeText(m_session.Now()), static_cast<int>(m_ending), log, m_logFile, static_cast<int>(isPartial), m_run}));
+}
+
+/// What stood in the way may be gone by the end of the run; else a file says it.
+void Recorder::TellPartial() const noexcept {
+    const QString path = FilePath(m_session.Config.ConfigFile());
+    try {
+        TellEnd(*Open(path), true);
+    } catch (const std::exception&) {
+        static_cast<void>(QFile(PartialPath(path, m_run)).open(QIODevice::WriteOnly));
+    }
 }
 
 } // namespace history

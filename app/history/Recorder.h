@@ -24,7 +24,8 @@ struct RunFacts {
 
 /// Keeps what the procedures of a press do, from its construction to its end, as a run of the history. It is written
 /// down shortly behind each commit, so that a kill leaves it behind by half a second at the most. Trouble with the file
-/// never stops an import: the log tells it once, and the rest of the run is not kept.
+/// never stops an import: the log and the result tell it once, the rest of the run is not kept, and the run is marked
+/// so.
 class Recorder final : public RunObserver {
 public:
     Recorder(Session& session, RunFacts facts);
@@ -63,12 +64,17 @@ private:
     qint64 ColumnList(const QStringList& columns);
     qint64 NumberOf(const OpenCode& code);
     void End();
+    void TellEnd(ovConnection& file, bool isPartial) const;
+    void TellPartial() const noexcept;
+    void AdoptPartial();
 
     /// Rows that were inserted one after the other into a table, with the same columns: most of what an import does.
     struct InsertedRows {
         QString table;
         QStringList columns;
-        QString rows; ///< "id digest" of each, with blanks between them
+        QString rows;   ///< "id digest" of each, with blanks between them
+        QString places; ///< how far each is behind the one before it, among the rows of all tables
+        qint64 last = 0;
     };
     struct Reached {
         int loop;
@@ -82,6 +88,8 @@ private:
     std::unique_ptr<ovConnection> m_file; ///< null: nothing is kept, or not any more
     std::unique_ptr<FileLock> m_lock;
     qint64 m_run = 0;
+    bool m_isPartial = false; ///< something of the run could not be kept
+    qsizetype m_first;        ///< results of the session before it
     qint64 m_procedure = 0;
     Ending m_ending = Ending::Complete; ///< the worst of its procedures
     std::optional<QString> m_log;       ///< null: the log stands in the file
@@ -90,6 +98,8 @@ private:
     std::vector<SqlText> m_waiting;       ///< to be written
     std::vector<InsertedRows> m_inserted; ///< behind them
     std::vector<SqlText> m_updated;       ///< behind those: rows that were inserted may be among them
+    qint64 m_block = 0;                   ///< how often they were written
+    qint64 m_place = 0;                   ///< of the last one of them
     size_t m_changes = 0;                 ///< rows in both
     std::optional<Reached> m_reached;     ///< behind them all
     QString m_company;

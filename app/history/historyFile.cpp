@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QLocale>
 
+#include <array>
+
 namespace history {
 
 namespace {
@@ -18,7 +20,7 @@ const QStringList& Tables() {
         // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): each goes over several lines
         "CREATE TABLE IF NOT EXISTS runs (id INTEGER PRIMARY KEY AUTOINCREMENT, started TEXT, ended TEXT, worker TEXT, "
         "version TEXT, company TEXT, company_name TEXT, origin TEXT, data TEXT, work TEXT, source TEXT, layout TEXT, "
-        "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT)",
+        "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT, partial INTEGER)",
         "CREATE TABLE IF NOT EXISTS procedures (id INTEGER PRIMARY KEY AUTOINCREMENT, run INTEGER, module TEXT, "
         "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT)",
         "CREATE INDEX IF NOT EXISTS procedures_run ON procedures (run)",
@@ -37,7 +39,8 @@ const QStringList& Tables() {
         "source_row TEXT)",
         "CREATE INDEX IF NOT EXISTS waiting_rows_code ON waiting_rows (procedure, code)",
         "CREATE TABLE IF NOT EXISTS changes (id INTEGER PRIMARY KEY, procedure INTEGER, kind INTEGER, "
-        "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER, inserted TEXT)",
+        "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER, inserted TEXT, places "
+        "TEXT)",
         "CREATE INDEX IF NOT EXISTS changes_procedure ON changes (procedure)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
     };
@@ -78,8 +81,15 @@ QVariant ValueOf(const QJsonArray& typed) {
 
 /// Adds what tables have gained since a file was made.
 void BringUpToDate(ovConnection& file) {
-    if (file.ExecuteWC(QStringLiteral("SELECT 1 FROM pragma_table_info('changes') WHERE name = 'inserted'")).Eof()) {
-        file.Execute(QStringLiteral("ALTER TABLE changes ADD COLUMN inserted TEXT"));
+    static constexpr std::array<std::array<const char*, 3>, 3> gained{
+        {{"changes", "inserted", "TEXT"}, {"changes", "places", "TEXT"}, {"runs", "partial", "INTEGER"}}};
+    for (const auto& [table, column, type] : gained) {
+        if (file.ExecuteWC(Statement("SELECT 1 FROM pragma_table_info(?) WHERE name = ?",
+                                     {QString::fromLatin1(table), QString::fromLatin1(column)}))
+                .Eof()) {
+            file.Execute(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                             .arg(QLatin1String(table), QLatin1String(column), QLatin1String(type)));
+        }
     }
     if (!file.GetColumns(QStringLiteral("codes")).isEmpty()) { // they stood there with their list and field in each row
         Transaction transaction(file);
@@ -156,6 +166,10 @@ QVector<NamedValue> ValuesOf(const QString& text) {
 
 QString LockPath(const QString& path, qint64 run) {
     return QStringLiteral("%1.%2.lock").arg(path, QString::number(run));
+}
+
+QString PartialPath(const QString& path, qint64 run) {
+    return QStringLiteral("%1.%2.parziale").arg(path, QString::number(run));
 }
 
 } // namespace history

@@ -21,6 +21,8 @@ QDateTime TimeOf(const QVariant& value);
 
 /// The lock that the run of that number holds while its program lives.
 QString LockPath(const QString& path, qint64 run);
+/// The file that says, in place of a history that could not be written, that it does not keep all of a run.
+QString PartialPath(const QString& path, qint64 run);
 
 /// Values with their names as one text, in their order, and back: each comes back as the kind of value that it was.
 QString ValuesText(const QStringList& names, const QVector<QVariant>& values);

@@ -1,6 +1,7 @@
 #include "app/history/undo.h"
 
 #include "app/CompanyLock.h"
+#include "app/history/keptChanges.h"
 #include "app/history/LaterRuns.h"
 #include "core/rowDigest.h"
 #include "core/Schema.h"
@@ -14,38 +15,6 @@
 namespace history {
 
 namespace {
-
-/// A written row as the history keeps it.
-struct Change {
-    TargetChange::Kind kind;
-    QString table;
-    qint64 id;
-    QVector<NamedValue> before;
-    QStringList columns;
-    qint64 digest;
-};
-
-/// What a row of the history holds: one change, or rows that were inserted into a table, the last one first.
-std::vector<Change> ChangesOf(const Recordset& kept) {
-    const Change one{static_cast<TargetChange::Kind>(kept.Fields(0).Value().toInt()),
-                     kept.Fields(1).Value().toString(),
-                     kept.Fields(2).Value().toLongLong(),
-                     ValuesOf(kept.Fields(3).Value().toString()),
-                     kept.Fields(4).Value().toString().split(u',', Qt::SkipEmptyParts),
-                     kept.Fields(5).Value().toLongLong()};
-    const QString inserted = kept.Fields(6).Value().toString();
-    if (inserted.isEmpty()) {
-        return {one};
-    }
-    std::vector<Change> changes;
-    const QList<QStringView> numbers = QStringView(inserted).split(u' ');
-    for (qsizetype i = numbers.size() - 2; i >= 0; i -= 2) {
-        Change& change = changes.emplace_back(one);
-        change.id = numbers.at(i).toLongLong();
-        change.digest = numbers.at(i + 1).toLongLong();
-    }
-    return changes;
-}
 
 QString WhereId(qint64 id) { return QStringLiteral("WHERE RECORD_ID = %1").arg(id); }
 
@@ -387,16 +356,7 @@ UndoResult TakeBackAll(Session& session, const History& history, const Run& run)
     for (;;) {
         session.Quadrix.SetMark();
         Undoing undoing(session, run, later, std::move(stay));
-        Recordset rows = history.File().ExecuteWC(
-            Statement("SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted FROM "
-                      "changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
-                      "WHERE P.run = ? ORDER BY C.id DESC",
-                      {run.id}));
-        for (; !rows.Eof(); rows.MoveNext()) {
-            for (const Change& change : ChangesOf(rows)) {
-                undoing.TakeBack(change);
-            }
-        }
+        ForEachChangeBackwards(history, run.id, [&undoing](const Change& change) { undoing.TakeBack(change); });
         undoing.KeepReplaced();
         if (!undoing.HasNewObstacles) {
             return undoing.Result;
@@ -414,6 +374,8 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     const bool isTrial = session.Quadrix.InTransaction();
     Transaction transaction(session.Quadrix);
     UndoResult result = TakeBackAll(session, history, run);
+    result.isPartial = run.isPartial;
+    result.wasKilled = run.WasKilled();
     for (const ProcedureRun& procedure : run.procedures) {
         for (const RunResult::Emptied& emptied : procedure.result.emptied) {
             result.emptied += std::max<qint64>(0, emptied.rows);
@@ -465,6 +427,14 @@ QStringList LinesOf(const UndoResult& result) {
     if (result.emptied > 0) {
         lines += QStringLiteral("Le %1 righe che l'esecuzione ha eliminato svuotando le tabelle non tornano.")
                      .arg(result.emptied);
+    }
+    if (result.isPartial) {
+        lines +=
+            QStringLiteral("La cronologia non tiene l'esecuzione per intero: ciò che ha scritto dopo non si annulla.");
+    } else if (result.wasKilled) {
+        lines +=
+            QStringLiteral("Il programma è terminato prima della fine: ciò che ha scritto nell'ultimo mezzo secondo "
+                           "può mancare dalla cronologia, e allora non si annulla.");
     }
     return lines;
 }

@@ -21,6 +21,8 @@ struct UndoResult {
     qint64 keptCount = 0;      ///< rows that stay
     std::vector<KeptRow> kept; ///< the first 1000 of them
     qint64 emptied = 0;        ///< rows that the run had emptied tables of: they are gone
+    bool isPartial = false;    ///< the history does not keep all that the run wrote: the rest is not taken back
+    bool wasKilled = false;    ///< the history may lack what the run wrote in its last half second
 };
 
 /// Takes back what a run has written into the target: rows that it inserted are removed, those that it updated get back

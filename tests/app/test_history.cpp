@@ -2,6 +2,8 @@
 #include "adapters/contract/run/ImportRun.h"
 #include "app/history/again.h"
 #include "app/history/compare.h"
+#include "app/history/keptChanges.h"
+#include "app/history/Recorder.h"
 #include "app/history/rejects.h"
 #include "app/history/undo.h"
 #include "sources/tableFile.h"
@@ -29,8 +31,16 @@ public:
             source.DatabaseName = Target.Folder.filePath("source.db");
             return true;
         };
-        m_origin.procedures.push_back(
-            {Button::Art, "ImportArticoliProva", [](Session& session, const QString&, bool) { Import(session); }, {}});
+        m_origin.procedures.push_back({Button::Art,
+                                       "ImportArticoliProva",
+                                       [this](Session& session, const QString&, bool) {
+                                           Import(session);
+                                           if (Meanwhile) {
+                                               Meanwhile();
+                                               Import(session);
+                                           }
+                                       },
+                                       {}});
         ovConnection source;
         source.Embedded = true;
         source.DatabaseName = Target.Folder.filePath("source.db");
@@ -82,6 +92,7 @@ public:
     QString Path() const { return FilePath(Target.Get().Config.ConfigFile()); }
 
     mutable TestTarget Target;
+    std::function<void()> Meanwhile; ///< happens under way, before the rows are imported once more
 
 private:
     static void Import(Session& session) {
@@ -179,7 +190,8 @@ private slots:
                                 "INSERT INTO codes SELECT W.id, procedure, list, field, O.code, source_row FROM "
                                 "waiting_rows W JOIN open_codes O ON O.id = W.code;\n"
                                 "DROP TABLE waiting_rows;\nDROP TABLE open_codes;\n"
-                                "ALTER TABLE changes DROP COLUMN inserted");
+                                "ALTER TABLE changes DROP COLUMN inserted;\n"
+                                "ALTER TABLE changes DROP COLUMN places;\nALTER TABLE runs DROP COLUMN partial");
         }
         QCOMPARE(kept.Waiting(), before);
         QCOMPARE(kept.Waiting(), before);
@@ -368,6 +380,45 @@ private slots:
         QCOMPARE(Undo(kept.Target.Get(), History(kept.Path()), 2).removed, 2);
     }
 
+    /// Where the history breaks off under a run, it says so, and so does the taking back of what it has.
+    void tellsThatItBreaksOff_data() {
+        Columns<QString, QString, QString>("trouble", "mend", "ending");
+        Row("until the end", "DROP TABLE changes", "",
+            "completata ma non per intero; la cronologia non la tiene per intero");
+        Row("behind the end", "DROP TABLE changes;ALTER TABLE runs RENAME COLUMN ended TO past",
+            "ALTER TABLE runs RENAME COLUMN past TO ended",
+            "finita non si sa come; la cronologia non la tiene per intero");
+    }
+    void tellsThatItBreaksOff() {
+        QFETCH(QString, trouble);
+        QFETCH(QString, mend);
+        Kept kept;
+        kept.Meanwhile = [&] {
+            const auto other = Open(kept.Path());
+            for (const QString& statement : trouble.split(u';')) {
+                other->Execute(statement);
+            }
+            kept.Source("UPDATE ART SET COSTO = '2'");
+        };
+        QCOMPARE(kept.Run(), FlowOutcome::Done);
+        kept.Meanwhile = {};
+        QCOMPARE(kept.Articles().size(), 4);
+        QVERIFY(kept.Target.Get().Results.last().details.last().contains("non tiene il resto di questa esecuzione"));
+        if (!mend.isEmpty()) {
+            ovConnection file;
+            file.Embedded = true;
+            file.DatabaseName = kept.Path();
+            file.OpenConnection();
+            file.Execute(mend);
+        }
+        QTEST(EndingText(History(kept.Path()).Load(1)), "ending");
+        QVERIFY(Undo(kept.Target.Get(), History(kept.Path()), 1).isPartial);
+        kept.Run();
+        QVERIFY(History(kept.Path()).Load(1).isPartial);
+        QCOMPARE(QDir(kept.Target.Folder.path()).entryList({"*.parziale"}), QStringList());
+        QCOMPARE(EndingText(History(kept.Path()).Load(2)), "completata");
+    }
+
     /// Either both the tables and the history tell of a taking back, or neither does.
     void undoesNothingThatTheHistoryCannotTell() {
         Kept kept;
@@ -399,6 +450,43 @@ private slots:
             QVERIFY_EXCEPTION_THROWN(UndoAlone(kept.Target.Get(), history, 1, isTrial), ImportError);
             QCOMPARE(kept.Articles(), articles);
         }
+    }
+
+    /// Rows of several tables that were inserted by turns go in the reverse order, as foreign keys may demand.
+    void removesRowsFromTheLast() {
+        Kept kept;
+        kept.Run();
+        History history(kept.Path());
+        const auto file = Open(kept.Path());
+        file->ExecuteScript("DELETE FROM changes;\nDELETE FROM runs;\nDELETE FROM procedures");
+        const auto tell = [](Recorder& recorder, const char* table, qint64 id) {
+            static const QStringList columns{"USINS"};
+            TargetChange change{TargetChange::Kind::Inserted, table, id};
+            change.columns = columns;
+            recorder.TargetChanges(change);
+        };
+        {
+            Recorder recorder(kept.Target.Get(), {});
+            recorder.ProcedureBegins("modImport_Prova", "ImportProva");
+            for (qint64 id = 1; id <= 900; ++id) { // more than a record holds
+                tell(recorder, "X01_DIS_TES", id);
+                tell(recorder, "X01_DIS_RIG", id);
+            }
+            recorder.TargetChanges({TargetChange::Kind::Deleted, "X01_DIS_FAS", 7});
+            tell(recorder, "X01_DIS_RIG", 901);
+            tell(recorder, "X01_DIS_RIG", 902);
+            recorder.ProcedureEnds({});
+        }
+        QStringList order;
+        ForEachChangeBackwards(history, history.LastRun(), [&](const Change& change) {
+            order += change.table.mid(4) + ' ' + QString::number(change.id);
+        });
+        QStringList expected{"DIS_RIG 902", "DIS_RIG 901", "DIS_FAS 7"};
+        for (qint64 id = 900; id >= 1; --id) {
+            expected += QStringLiteral("DIS_RIG %1").arg(id);
+            expected += QStringLiteral("DIS_TES %1").arg(id);
+        }
+        QCOMPARE(order, expected);
     }
 
     /// A trial leaves nothing to take back.

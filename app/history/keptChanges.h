@@ -1,0 +1,22 @@
+#pragma once
+
+#include "app/history/History.h"
+
+namespace history {
+
+/// A written row as the history keeps it.
+struct Change {
+    TargetChange::Kind kind;
+    QString table; ///< physical name
+    qint64 id;     ///< RECORD_ID
+    QVector<NamedValue> before;
+    QStringList columns;
+    qint64 digest;
+    qint64 block = 0; ///< records of one number hold rows that were inserted by turns; 0: the record stands alone
+    qint64 place = 0; ///< of an inserted row among all of its block
+};
+
+/// Hands the changes of a run to `work`, the last one first. Raises `SqlError`.
+void ForEachChangeBackwards(const History& history, qint64 run, const std::function<void(const Change&)>& work);
+
+} // namespace history
