@@ -12,12 +12,13 @@ private slots:
     void WhatTheSourceHasNoMoreIsTold_data() {
         Columns<QString, QString, QString, QString>("module", "procedure", "change", "told");
         Row("row of a head and its rows", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
-            "DELETE FROM DORig WHERE Id_DORig = 103", "RIGHE: tabella 'DOTes', Id_DOTes '10', NumeroDoc '000012/A': 1");
+            "DELETE FROM DORig WHERE Id_DORig = 103",
+            "RIGHE: ORDCL 12/2024 di 'Officine Riunite (come fornitore)', DRNUM '4': 1");
         Row("document", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
             "DELETE FROM DOTes WHERE Id_DOTes = 12", "DOCUMENTI: DDTVE 5/2024 di ");
         Row("row of an order", "modImport_Lantek24", "ImportDocumentiLantek24",
             "DELETE FROM SSHH_PPOO_00000200 WHERE OrdRef = 'PO-2024-0012' AND LineNum = 2",
-            "RIGHE: tabella 'SSHH_PPOO_00000100', OrdRef 'PO-2024-0012': 1");
+            "RIGHE: ORDFL 20240012/2024 di 'Nome di 200', DRNUM '2': 1");
         Row("order that is settled", "modImport_VS", "ImportDocVenVSP",
             "UPDATE T_ORDINI_CLI SET SALDATO = 1 WHERE ANNO = 2024 AND NUM_ORDINE = 7", "DOCUMENTI: ORDCV 7/2024 di ");
         Row("order whose rows are delivered", "modImport_VS", "ImportDocVenVSP",
@@ -88,6 +89,11 @@ private slots:
             "COUNT(*) FROM X01_ART_ICO WHERE AROBS <> '' OR ARCAC <> ''", "0");
         Row("discounts", "modImport_ArcaEvolution", "ImportArticoliArcaEvolution", "UPDATE AR SET Sconto = '20'",
             "DISTINCT ARSCO, ARSC2, ARSC3 FROM X01_ART_ICO WHERE IDEST > ''", "20|NULL|NULL");
+        Row("row that comes from no other any more", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
+            "UPDATE DORig SET Id_DORig_Evade = NULL WHERE Id_DORig = 120",
+            "COUNT(DRORI) FROM X01_DOC_VER WHERE DRQTR = 4", "0");
+        Row("phase of a row", "modImport_Gescom", "ImportDocumentiGescom", "DELETE FROM MOVMAG",
+            "COUNT(*) FROM X01_DOC_CTR WHERE DRLAV <> '' OR DRLDS <> '' OR DRSEQ <> 0", "0");
         Row("price", "modImport_G2", "ImportArticoliG2",
             "UPDATE ANAART SET PREZZO1 = '0', COSTOULT = '999' WHERE CODART LIKE 'as-100%'",
             "ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "0|999|0");

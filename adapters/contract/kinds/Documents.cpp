@@ -1,4 +1,4 @@
-#include "adapters/contract/kinds/documentsKind.h"
+#include "adapters/contract/kinds/documentChecks.h"
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/OpenDocument.h"
@@ -34,24 +34,30 @@ std::vector<DocumentKind> KindsOf(ImportRun& run, const Documents& declared) {
     return kinds;
 }
 
-OpenDocument::Options OptionsOf(ImportRun& run, const Documents& declared) {
+OpenDocument::Options OptionsOf(ImportRun& run, const DocumentsKind& kind) {
+    const Documents& declared = kind.declared;
     const bool checks = declared.checksArticles && ReadDocumentSettings(run.GetSession()).checkArticles;
-    return {checks, declared.imported == Imported::Asked && AskSkipImported(run)};
+    return {checks, declared.imported == Imported::Asked && AskSkipImported(run), kind.furtherOfHead,
+            kind.furtherOfRow};
 }
 
 QString StateOf(const DocumentRow& row) {
     using namespace schema::defaults;
-    return row.delivered <= 0 ? ToDeliver : row.delivered < row.quantity ? PartlyDelivered : Delivered;
+    const double sign = row.quantity < 0 ? -1 : 1; // what comes back is counted below zero
+    const double delivered = sign * row.delivered;
+    return delivered <= 0 ? ToDeliver : delivered < sign * row.quantity ? PartlyDelivered : Delivered;
 }
 
 class DocumentImporter final : public Importer {
 public:
-    DocumentImporter(ImportRun& run, std::shared_ptr<const DocumentsKind> kind)
+    DocumentImporter(ImportRun& run, std::shared_ptr<const DocumentsKind> kind, QString singleCode)
         : Importer(run),
           m_kind(std::move(kind)),
+          m_singleCode(std::move(singleCode)),
           m_kinds(KindsOf(run, Declared())),
           m_from(FromOf(run, Declared())),
-          m_options(OptionsOf(run, Declared())) {
+          m_options(OptionsOf(run, *m_kind)),
+          m_checks(run, *m_kind) {
         if (Declared().before) {
             Declared().before(run);
         }
@@ -82,6 +88,7 @@ private:
             : documents(run, family, options) {}
         OpenDocument documents;
         QString key;
+        QString party; ///< of the head, in the source
     };
 
     /// The document that a source row is of.
@@ -93,7 +100,7 @@ private:
         std::optional<OpenDocument::Head> made = {}; ///< made before its rows are read
     };
 
-    void TellWithoutDay() const;
+    void RequireParty(const Place& place, const Facts& facts);
     void DropOthers(const SourceRow& row);
     Place PlaceOf(const SourceRow& head, const DocumentKind& kind);
     RowOutcome WriteRow(const Place& place, const SourceRow& row);
@@ -105,12 +112,13 @@ private:
     DocumentRow RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts);
     QString CauseOf(const SourceRow& row, const DocumentKind& kind);
     int YearOf(const SourceRow& row);
-    bool IsOlder(const SourceRow& row) const;
 
     std::shared_ptr<const DocumentsKind> m_kind;
+    QString m_singleCode;
     std::vector<DocumentKind> m_kinds; ///< that are imported
     QDate m_from;
     OpenDocument::Options m_options;
+    DocumentChecks m_checks;
     HeadHooks m_ofHeads;
     std::map<int, OfFamily> m_families;
     QString m_group;
@@ -123,48 +131,24 @@ QString DocumentImporter::Condition() const {
         return Declared().sinceCondition(source, m_from);
     }
     const QString column = Declared().head.day.Columns().value(0);
-    return QString(Declared().source.joins.empty() ? column : u"T." + column) + " >= " + LiteralOf(source, m_from);
-}
-
-/// The condition on the day leaves them behind, and nobody would know.
-void DocumentImporter::TellWithoutDay() const {
-    const QString& table = Declared().source.table;
-    const QString& where = m_kind->headCondition;
-    if (Run().IsSingle() || Declared().sinceCondition || where.contains(QStringLiteral("J1."))) {
-        return;
-    }
-    const qint64 count = GetSession().SourceConnection().ExecuteCommand(
-        QStringLiteral("SELECT COUNT(*) FROM %1 T WHERE T.%2 IS NULL%3")
-            .arg(table, Declared().head.day.Columns().value(0),
-                 where.isEmpty() ? QString() : QStringLiteral(" AND (%1)").arg(where)));
-    if (count > 0) {
-        Run().Log(QStringLiteral("DOCUMENTI SENZA DATA: tabella '%1', %2 non importati").arg(table).arg(count));
-    }
+    const QString day = Declared().source.joins.empty() ? column : QString(u"T." + column);
+    return QStringLiteral("(%1 >= %2 OR %1 IS NULL)").arg(day, LiteralOf(source, m_from));
 }
 
 void DocumentImporter::Begin() {
-    TellWithoutDay();
-    if (Declared().reading != Reading::Joined) {
-        return;
+    m_checks.ReadTwins(m_singleCode);
+    if (Declared().reading == Reading::Joined) {
+        m_checks.TellUnjoined();
     }
-    const ChildTable& rows = Declared().rows;
-    const QString& heads = Declared().source.table;
-    QStringList fromRows;
-    QStringList fromHeads;
-    for (const Tie& tie : rows.on) {
-        fromRows.append(QStringLiteral("O.%2 = L.%1").arg(tie.column, tie.Other()));
-        fromHeads.append(QStringLiteral("O.%1 = L.%2").arg(tie.column, tie.Other()));
+    if (!Declared().row.vatCode.IsSet()) {
+        Run().Log(QStringLiteral("CODICE IVA DELL'ARTICOLO: tabella '%1': le righe non ne hanno")
+                      .arg(m_kind->pages.back().sourceTable));
     }
-    const QString both = QStringLiteral(" AND ");
-    TellUnmatched(Run(), {rows.table, heads, fromRows.join(both), rows.on.front().Other(),
-                          QString(rows.where).replace("J1.", "L.")});
-    TellUnmatched(Run(), {heads, rows.table, fromHeads.join(both), rows.on.front().column,
-                          QString(m_kind->headCondition).replace("T.", "L.")});
 }
 
 /// Rows that belong to others than the one before begin anew: what was under way has ended, or was given up.
 void DocumentImporter::DropOthers(const SourceRow& row) {
-    const QString group = GroupText(row, Declared().source.group);
+    const QString group = Declared().source.GroupOf(row);
     if (group != m_group || Declared().source.group.isEmpty()) {
         Run().Restores(m_group);
         for (auto& [number, family] : m_families) {
@@ -176,11 +160,6 @@ void DocumentImporter::DropOthers(const SourceRow& row) {
     }
 }
 
-bool DocumentImporter::IsOlder(const SourceRow& row) const {
-    const QVariant day = Declared().head.day.Day(GetSession(), row);
-    return !day.isNull() && day.toDateTime().date() < m_from;
-}
-
 RowOutcome DocumentImporter::Row(const SourceRow& row) {
     DropOthers(row);
     const DocumentKind* kind = m_kind->KindOf(Declared().kind.Text(GetSession(), row));
@@ -190,12 +169,14 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
     if (!m_families.contains(kind->family.number)) {
         return Run().Skip("documento dell'altra parte");
     }
-    if (IsOlder(row)) {
+    const QVariant day = Declared().head.day.Day(GetSession(), row);
+    if (!day.isNull() && day.toDateTime().date() < m_from) {
         return Run().Skip("documento anteriore alla data d'inizio");
     }
     if (const QString rule = m_ofHeads.leavesOut ? m_ofHeads.leavesOut(row) : QString(); !rule.isEmpty()) {
         return Run().Skip(rule);
     }
+    m_checks.Require(row, day);
     if (Declared().reading != Reading::HeadThenRows) {
         if (const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString(); !rule.isEmpty()) {
             return Run().Skip(rule);
@@ -267,6 +248,7 @@ void DocumentImporter::Enter(const Place& place) {
 RowOutcome DocumentImporter::WriteRow(const Place& place, const SourceRow& row) {
     Enter(place);
     const Facts facts{{}, RoleOf(IsOfCustomers(place.kind))};
+    RequireParty(place, facts);
     OpenDocument& documents = place.family.documents;
     DocumentRow values;
     qint64 id = 0;
@@ -290,6 +272,24 @@ RowOutcome DocumentImporter::WriteRow(const Place& place, const SourceRow& row) 
         m_ofHeads.rowWritten(row, {id, values, documents.Current(), place.kind.family});
     }
     return outcome;
+}
+
+/// Rows of another counterparty are no part of a document, whatever number they have; one that is not told is the same.
+void DocumentImporter::RequireParty(const Place& place, const Facts& facts) {
+    const Field& field = Declared().head.counterparty;
+    const OfFamily& family = place.family;
+    const QStringList columns = field.Columns();
+    const bool isTold = std::any_of(columns.begin(), columns.end(),
+                                    [&place](const QString& column) { return !place.head.IsBlank(column); });
+    if (!isTold || !family.documents.Has(place.key) || GroupText(place.head, columns) == family.party) {
+        return;
+    }
+    const QString party = field.Text(GetSession(), place.head, facts);
+    if (const QString& ofHead = family.documents.Current().counterparty; party != ofHead) {
+        throw ImportError(
+            ColumnNames(columns) +
+            QStringLiteral(": la riga è della controparte '%1', il suo documento di '%2'").arg(party, ofHead));
+    }
 }
 
 QString DocumentImporter::CauseOf(const SourceRow& row, const DocumentKind& kind) {
@@ -326,9 +326,11 @@ OpenDocument::Head DocumentImporter::HeadOf(const Place& place) {
     const Facts facts{{}, RoleOf(IsOfCustomers(kind))};
     const QString counterparty = fields.counterparty.Text(session, row, facts);
     if (counterparty.isEmpty()) {
-        throw ImportError(QStringLiteral("colonna '%1': il documento non ha una controparte")
-                              .arg(fields.counterparty.Columns().join(QStringLiteral("', '"))));
+        throw ImportError(ColumnNames(fields.counterparty.Columns()) +
+                          QStringLiteral(": il documento non ha una controparte"));
     }
+    Run().Restores(place.family.party);
+    place.family.party = GroupText(row, fields.counterparty.Columns());
     const QString series = fields.series.IsSet() ? fields.series.Text(session, row) : NoSeries;
     const QString name = fields.name.Text(session, row, facts);
     const QString state = fields.state.Text(session, row);
@@ -342,17 +344,23 @@ OpenDocument::Head DocumentImporter::HeadOf(const Place& place) {
                       !state.isEmpty() ? state
                       : kind.isOpen    ? ToDeliver
                                        : Delivered};
-    QString further = fields.series.IsSet() && !series.isEmpty() ? Equals(session, "DTSER", series) : QString();
+    QStringList further;
     if (m_ofHeads.complete) {
-        further = m_ofHeads.complete(row, head);
+        further.append(m_ofHeads.complete(row, head));
+    } else if (fields.series.IsSet()) {
+        further.append(OfSeries(session, series));
     }
+    if (fields.countedByParty) {
+        further.append(Equals(session, "DTCON", counterparty));
+    }
+    further.removeAll(QString());
     const auto more = [this, &row, facts](TargetRow& target) {
         m_kind->head.Apply(target, GetSession(), row, facts);
         if (Declared().moreOfHead) {
             Declared().moreOfHead(Run(), row, target);
         }
     };
-    return {head, more, further};
+    return {head, more, further.join(QStringLiteral(" AND "))};
 }
 
 DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts) {
@@ -376,6 +384,7 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
         values.discounts[i] = fields.discounts[i].Number(session, row);
     }
     values.vatCode = fields.vatCode.Text(session, row, facts);
+    values.tellsVat = fields.vatCode.IsSet();
     values.state = fields.state.IsSet() ? fields.state.Text(session, row) : kind.isOpen ? StateOf(values) : Delivered;
     return values;
 }
@@ -440,15 +449,17 @@ Frame FrameOf(const Documents& declared) { return Over(declared.frame, UsualDocu
 ImportPart PartOf(const Documents& declared) {
     const auto kind = std::make_shared<const DocumentsKind>(declared);
     const Emptying ofCauses = DocumentEmptying(CausesOf(declared.kinds));
-    return {.step = FrameOf(declared).step,
-            .source = kind->declared.source,
-            .needs = kind->Needs(),
-            .empties = declared.empties.value_or(declared.which == Which::Asked ? AtMost(ofCauses) : ofCauses) +
-                       (declared.production ? ProductionOrderEmptying() : Emptying()),
-            .asks = AsksOf(declared),
-            .make = [kind](ImportRun& run, const QString&) { return std::make_unique<DocumentImporter>(run, kind); },
-            .triggersOff = DocumentRowTables() + (declared.production ? QStringList("ORD_COM") : QStringList()),
-            .triggersOffToEmpty = declared.production ? QStringList({"ORD_FAS", "ORD_PRO"}) : QStringList()};
+    return {
+        .step = FrameOf(declared).step,
+        .source = kind->declared.source,
+        .needs = kind->Needs(),
+        .empties = declared.empties.value_or(declared.which == Which::Asked ? AtMost(ofCauses) : ofCauses) +
+                   (declared.production ? ProductionOrderEmptying() : Emptying()),
+        .asks = AsksOf(declared),
+        .make = [kind](ImportRun& run,
+                       const QString& singleCode) { return std::make_unique<DocumentImporter>(run, kind, singleCode); },
+        .triggersOff = DocumentRowTables() + (declared.production ? QStringList("ORD_COM") : QStringList()),
+        .triggersOffToEmpty = declared.production ? QStringList({"ORD_FAS", "ORD_PRO"}) : QStringList()};
 }
 
 } // namespace contract

@@ -23,11 +23,13 @@ struct DocumentHeadFields {
     Field number;
     Field day;
     Field year = {};    ///< without it that of the day
-    Field series = {};  ///< without it, or blank, numbers count over all series
+    Field series = {};  ///< without it numbers count over all series; a blank one is the main series
     Field counterparty; ///< its CDCON: `rules::PartyOf`, `CustomerOf` or `SupplierOf`; without one it is given up
     Field name = {};    ///< without it, or blank, that of the counterparty
     Field state = {};   ///< without it "to deliver", or "delivered" for a kind that is not open
     Lines lines = {};   ///< further columns of the head
+    /// Whether each counterparty has numbers of its own; else a number is of one document, whoever it is of.
+    bool countedByParty = false;
 };
 
 /// A row of a document.
@@ -42,9 +44,9 @@ struct DocumentRowFields {
     Field delivered = {};
     Field price = {};
     std::vector<Field> discounts = {}; ///< at most three
-    Field vatCode = {};
-    Field state = {}; ///< without it what the quantities tell
-    Lines lines = {}; ///< further columns of the row
+    Field vatCode = {}; ///< without it, or blank, a row of goods has that of its article, which is logged
+    Field state = {};   ///< without it what the quantities tell
+    Lines lines = {};   ///< further columns of the row
 };
 
 /// How heads and rows are read.
@@ -114,12 +116,15 @@ struct HeadHooks {
     std::optional<Emptying> empties = {}; ///< where settings narrow what the declaration empties
 };
 
-/// An import of documents. Rows whose article is not there are left out as the setting DOC_CheckArticoli says; a
-/// document that is there is rewritten, and what the source no longer has of it is told. Totals follow from the rows.
+/// An import of documents. One without a day is given up, and so is one whose number another of the source has already
+/// taken in the run, or whose rows are of several counterparties; so are those whose heads rows cannot tell apart. Rows
+/// whose article is not there are left out as the setting DOC_CheckArticoli says; a document that is there is
+/// rewritten, and what the source no longer has of it is told. Totals follow from the rows.
 struct Documents {
     Frame frame = {}; ///< %1, the number of documents, may stand in the completion message
     /// Heads, or heads and rows in one table. The order must bring the rows of a document together, and the group are
-    /// columns of the head that do not differ among them. In conditions the heads are T, the rows J1.
+    /// columns of the head that do not differ among them; where rows are joined, the columns that tie them to their
+    /// head belong to both anyway. In conditions the heads are T, the rows J1.
     SourceTable source;
     /// The rows; of columns that have the same name in both tables that of the head is read. Their condition names them
     /// J1 where they are joined.

@@ -142,7 +142,8 @@ ImportRun::Loop SourceTable::Loop(const ImportRun& run, const QString& step, con
                             : QStringLiteral("SELECT COUNT(*) FROM (SELECT %1%2) D").arg(counted, from),
             QStringLiteral("SELECT ") + (distinct ? counted : all) + JoinColumns(*this) + from +
                 (order.isEmpty() ? QString() : QString("\rORDER BY " + Qualified(order))),
-            group};
+            group,
+            groupOf};
 }
 
 Needs SourceTable::OwnNeeds() const {

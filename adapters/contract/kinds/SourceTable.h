@@ -31,6 +31,7 @@ struct SourceTable {
     QString where = {};     ///< condition on the rows, without WHERE; with joins the table is T, they are J1, J2, ...
     QString naming = {};    ///< columns that tell a row in messages; empty: the key
     QStringList group = {}; ///< see `ImportRun::Loop`
+    std::function<QString(const SourceRow&)> groupOf = {}; ///< the same
     /// Each value of the key comes once, with the columns of the joins, and nothing else of the rows is read.
     bool distinct = false;
     QString apart = {}; ///< with `distinct`: further columns, separated by ", ", whose values come with the key
@@ -43,6 +44,8 @@ struct SourceTable {
     /// @param further condition known only at the run; empty for none @param singleCode empty for all
     ImportRun::Loop Loop(const ImportRun& run, const QString& step, const QString& further,
                          const QString& singleCode) const;
+    /// What tells which rows a row belongs to; empty without a group.
+    QString GroupOf(const SourceRow& row) const { return groupOf ? groupOf(row) : GroupText(row, group); }
     /// Columns that the statement itself names, and the tables of the joins.
     Needs OwnNeeds() const;
     /// What fields read of the row and of other tables.

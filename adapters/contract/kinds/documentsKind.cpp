@@ -58,6 +58,48 @@ QStringList RowColumns(const Documents& declared) {
     return columns;
 }
 
+/// The columns of a head that rows name, as the source's statements have them.
+QStringList TiesOf(const Documents& declared) {
+    QStringList ties;
+    for (const Tie& tie : declared.rows.on) {
+        ties.append(tie.Other());
+    }
+    return declared.reading == Reading::OneTable ? QStringList() : ties;
+}
+
+/// The source of a joined query. Heads that have a number in common do not mix their rows.
+SourceTable JoinedSource(const Documents& declared) {
+    SourceTable source = declared.source;
+    const ChildTable& rows = declared.rows;
+    QStringList order = source.order.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+    const QStringList orderOfRows = rows.order.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+    order.removeIf([&](const QString& column) { return orderOfRows.contains(column); });
+    for (const QString& tie : TiesOf(declared)) {
+        if (!order.contains(tie)) {
+            order.append(tie);
+        }
+        if (const QStringList bare = BareColumns(tie); !source.group.contains(bare.first())) {
+            source.group += bare;
+        }
+    }
+    source.order = (order + orderOfRows).join(QStringLiteral(", "));
+    source.joins.push_back({rows.table, rows.on, RowColumns(declared), false});
+    QStringList conditions{source.where, rows.where};
+    conditions.removeAll(QString());
+    source.where = conditions.join(QStringLiteral(" AND "));
+    return source;
+}
+
+/// The columns of a table that a mapping or a hook may write or not.
+QStringList FurtherColumns(const Documents& declared, const QString& table, const Mapping& mapping) {
+    QStringList columns = mapping.TargetColumns();
+    for (const TableNeed& need : declared.further.writes) {
+        columns += need.table == table ? need.columns : QStringList();
+    }
+    columns.removeDuplicates();
+    return columns;
+}
+
 } // namespace
 
 QStringList CausesOf(const std::vector<DocumentKind>& kinds) {
@@ -83,12 +125,10 @@ std::vector<Family> FamiliesOf(const std::vector<DocumentKind>& kinds) {
 
 DocumentsKind::DocumentsKind(Documents documents)
     : declared(std::move(documents)),
-      headCondition(declared.source.where) {
+      headCondition(declared.source.where),
+      ties(TiesOf(declared)) {
     if (declared.reading == Reading::Joined) {
-        QStringList conditions{declared.source.where, declared.rows.where};
-        conditions.removeAll(QString());
-        declared.source.joins.push_back({declared.rows.table, declared.rows.on, RowColumns(declared), false});
-        declared.source.where = conditions.join(QStringLiteral(" AND "));
+        declared.source = JoinedSource(declared);
     }
     const QString& heads = declared.source.table;
     const QString& rows = declared.rows.table.isEmpty() ? heads : declared.rows.table;
@@ -98,6 +138,8 @@ DocumentsKind::DocumentsKind(Documents documents)
     }
     head = {pages.front().targetTable, heads, declared.head.lines.Over({})};
     row = {pages.at(1).targetTable, rows, declared.row.lines.Over({})};
+    furtherOfHead = FurtherColumns(declared, head.targetTable, head);
+    furtherOfRow = FurtherColumns(declared, row.targetTable, row);
     if (declared.production) {
         production.emplace(*declared.production);
     }

@@ -19,7 +19,11 @@ public:
     const DocumentKind* KindOf(const QString& mark) const;
 
     Documents declared;
-    QString headCondition;      ///< as it is declared, without that on the rows
+    QString headCondition; ///< as it is declared, without that on the rows
+    QStringList ties;      ///< columns of the heads that the rows name; none where a table has them both
+    /// Columns that are not written for each head or row: written over, those that are not are emptied.
+    QStringList furtherOfHead;
+    QStringList furtherOfRow;
     std::vector<Mapping> pages; ///< with the named fields
     Mapping head;
     Mapping row;

@@ -55,6 +55,8 @@ public:
         /// come ordered; empty: every row stands alone. Rows that belong together are carried over or given up as one,
         /// and a cancel waits for their end.
         QStringList group = {};
+        /// What tells it of a row where the values as they are do not; null: they do.
+        std::function<QString(const SourceRow&)> groupOf = {};
         /// The database that holds the rows; null: the source of the import.
         ovConnection* database = nullptr;
     };

@@ -118,7 +118,7 @@ void RowLoop::Read() {
     m_held.emplace(rows);
     const SourceRow current(rows);
     for (; !rows.Eof(); rows.MoveNext()) {
-        const QString value = GroupText(current, m_loop.group);
+        const QString value = m_loop.groupOf ? m_loop.groupOf(current) : GroupText(current, m_loop.group);
         if (!m_unit.rows.empty() && value != m_unit.value) {
             Take(std::exchange(m_unit, {}));
         }

@@ -100,6 +100,28 @@ void TellUnmatched(ImportRun& run, const Joined& joined) {
     }
 }
 
+namespace {
+
+QString DocumentName(const QString& cause, const QString& number, const QString& year, const QString& party) {
+    return QStringLiteral("%1 %2/%3 di '%4'").arg(cause, number, year, party);
+}
+
+/// What is left of a quantity, which is negative for what comes back.
+double Remaining(const DocumentRow& row) {
+    const double rest = row.quantity - row.delivered;
+    return row.quantity < 0 ? std::min(0.0, rest) : std::max(0.0, rest);
+}
+
+} // namespace
+
+QString NameOf(const DocumentHead& head) {
+    return DocumentName(head.cause.code, head.number, QString::number(head.year), head.name);
+}
+
+QString OfSeries(const Session& session, const QString& series) {
+    return series.isEmpty() ? QStringLiteral("(DTSER IS NULL OR DTSER = '')") : Equals(session, "DTSER", series);
+}
+
 double DocumentRow::Amount() const {
     return RoundedTo(mod_ovTools::ApplyDiscounts(quantity, price, discounts[0], discounts[1], discounts[2]), 2);
 }
@@ -201,8 +223,8 @@ void DocumentWriter::Update(TargetRow& head, qint64 id) {
 
 TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const {
     const Recordset article = m_run.GetSession().Quadrix.ExecuteWC(
-        QStringLiteral("SELECT ARDES, ARUMS, ARUM2 FROM ") + m_run.FullName("ART_ICO") + QStringLiteral(" WHERE ") +
-        Equals(m_run.GetSession(), "CDART", row.article));
+        QStringLiteral("SELECT ARDES, ARUMS, ARUM2, ARIVA FROM ") + m_run.FullName("ART_ICO") +
+        QStringLiteral(" WHERE ") + Equals(m_run.GetSession(), "CDART", row.article));
     const auto fromArticle = [&](const QString& own, const QString& column) {
         return own.isEmpty() && !article.Eof() ? TextOf(article, column) : own;
     };
@@ -221,7 +243,7 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
     target.Set("DRQT2", row.quantity2);
     target.Set("DRQTE", row.delivered);
     target.Set("DRSTA", row.state);
-    target.Set("DRQTD", std::max(0.0, row.quantity - row.delivered));
+    target.Set("DRQTD", Remaining(row));
     target.Set("DRPRZ", row.price);
     target.Set("DRPR2", row.price);
     target.Set("DRPRA", row.price);
@@ -230,11 +252,27 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
     target.Set("DRSC3", row.discounts[2]);
     target.Set("DRTOT", row.Amount());
     target.Set("DRTTA", row.Amount());
-    target.Set("DRIVA", row.vatCode);
+    target.Set("DRIVA", VatOf(row, fromArticle({}, "ARIVA")));
     target.Set("DRCAM", of.cause.reason);
     target.Set("DRTPM", of.cause.movement);
     target.Set("DRMAG", of.cause.warehouse);
     return target;
+}
+
+/// A row of goods without a code would count as free of tax.
+QString DocumentWriter::VatOf(const DocumentRow& row, const QString& ofArticle) const {
+    const bool isOfGoods = !row.article.isEmpty() && row.type != DescriptionRow && row.quantity != 0;
+    if (!row.vatCode.isEmpty() || !isOfGoods) {
+        return row.vatCode;
+    }
+    if (ofArticle.isEmpty()) {
+        m_run.Log(QStringLiteral("RIGA SENZA CODICE IVA: %1: nemmeno l'articolo '%2' ne ha uno")
+                      .arg(m_run.RowKey(), row.article));
+    } else if (row.tellsVat) {
+        m_run.Log(QStringLiteral("CODICE IVA DELL'ARTICOLO: %1: '%2' di '%3', la riga non ne ha")
+                      .arg(m_run.RowKey(), ofArticle, row.article));
+    }
+    return ofArticle;
 }
 
 qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
@@ -250,24 +288,20 @@ qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but)
     return 0;
 }
 
-qint64 DocumentWriter::PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const {
-    const qint64 known = wasThere ? FindRow(head, number, rewritten) : 0;
-    if (known == 0) {
-        row.Insert();
-        return 0;
-    }
-    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-    rewritten.insert(known);
-    return known;
-}
-
-qint64 DocumentWriter::TellRowsLeft(qint64 head, qint64 writtenNow) const {
+qint64 DocumentWriter::TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written) const {
     Session& session = m_run.GetSession();
-    const qint64 imported = session.Quadrix.ExecuteCommand(
-        QStringLiteral("SELECT COUNT(*) FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
-        Equals("IDTES", head) + QStringLiteral(" AND ") + OfImports(session));
-    TellNoLongerThere(m_run, QStringLiteral("RIGHE"), m_run.RowKey(), imported - writtenNow);
-    return std::max<qint64>(0, imported - writtenNow);
+    QStringList left;
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, DRNUM FROM " + m_run.FullName(m_family.row) +
+                                               u" WHERE " + Equals("IDTES", head) + u" AND " + OfImports(session) +
+                                               u" ORDER BY DRNUM, RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        if (!written.contains(rows.Fields(0).Value().toLongLong())) {
+            left.append(u'\'' + TextOf(rows, "DRNUM") + u'\'');
+        }
+    }
+    TellNoLongerThere(m_run, QStringLiteral("RIGHE"),
+                      QStringLiteral("%1, DRNUM %2").arg(name, left.join(QStringLiteral(", "))), left.size());
+    return left.size();
 }
 
 void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
@@ -286,9 +320,8 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
     for (; !heads.Eof(); heads.MoveNext()) {
         if (!m_seen.contains(heads.Value("RECORD_ID").toLongLong())) {
             TellNotMetAgain(m_run, QStringLiteral("DOCUMENTI"),
-                            QStringLiteral("%1 %2/%3 di '%4'")
-                                .arg(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
-                                     TextOf(heads, "DTRAS")),
+                            DocumentName(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
+                                         TextOf(heads, "DTRAS")),
                             1);
         }
     }

@@ -86,6 +86,11 @@ struct DocumentHead {
     QString state;
 };
 
+/// How the log names a document: "ORDCL 12/2024 di 'Rossi'".
+QString NameOf(const DocumentHead& head);
+/// The condition on the heads of a series, of which a blank one is the main series.
+QString OfSeries(const Session& session, const QString& series);
+
 /// A document row.
 struct DocumentRow {
     int number = 0;
@@ -98,7 +103,8 @@ struct DocumentRow {
     double delivered = 0;
     double price = 0;
     std::array<double, 3> discounts = {};
-    QString vatCode;
+    QString vatCode;      ///< empty: that of the article, of a row of goods
+    bool tellsVat = true; ///< whether the source has VAT codes: one of the article in place of it is logged then
     QString state;
 
     /// Amount of the row, less its discounts, rounded to cents.
@@ -134,12 +140,10 @@ public:
     /// RECORD_ID of a row of a head by its number, to be rewritten when its document is imported again; 0 when there is
     /// none. @param but rows that have been rewritten already: a number may come twice
     qint64 FindRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
-    /// Writes a row of a head: over the one of its number when an earlier import has written the head, which is then
-    /// added to `rewritten`, else anew. Returns the RECORD_ID of the one written over; 0 when it is inserted.
-    qint64 PutRow(TargetRow& row, qint64 head, int number, bool wasThere, QSet<qint64>& rewritten) const;
-    /// Tells how many rows an import has written to a head beyond those of this run: they were imported before and are
-    /// no longer in the source, yet they still count in the totals. @return their number
-    qint64 TellRowsLeft(qint64 head, qint64 writtenNow) const;
+    /// Tells which rows an import has written to a head beyond those of this run: they were imported before and are no
+    /// longer in the source, yet they still count in the totals. @param name of the document
+    /// @param written RECORD_ID of those of this run @return their number
+    qint64 TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written) const;
     /// Tells which documents of these causes, of that day or later, an earlier import has written and this run has not
     /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
     /// run of a single code tells none.
@@ -150,6 +154,7 @@ public:
 private:
     void SetAddress(TargetRow& row, const DocumentHead& head) const;
     QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
+    QString VatOf(const DocumentRow& row, const QString& ofArticle) const;
 
     ImportRun& m_run;
     Family m_family;

@@ -5,6 +5,19 @@
 
 namespace contract {
 
+namespace {
+
+/// What was there before and is not written now does not stay.
+void EmptyOthers(TargetRow& target, const QStringList& columns) {
+    for (const QString& column : columns) {
+        if (target.Value(column).isNull()) {
+            target.Set(column, QVariant());
+        }
+    }
+}
+
+} // namespace
+
 qint64 OpenDocument::Find(const Head& head) {
     const DocumentHead& fields = head.fields;
     const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year, head.further);
@@ -15,7 +28,12 @@ qint64 OpenDocument::Find(const Head& head) {
 OpenDocument::State OpenDocument::Write(const QString& key, const Head& head, qint64 known) {
     const DocumentHead& fields = head.fields;
     State state{key, 0, fields, known != 0};
+    if (m_ended.contains(known)) {
+        throw ImportError(QStringLiteral("%1 è già un altro documento dell'origine, che non si riscrive con questo")
+                              .arg(NameOf(fields)));
+    }
     if (state.wasThere && m_options.skipImported) {
+        m_run.Remember(m_ended, known);
         return state;
     }
     TargetRow target = m_writer.Head(fields);
@@ -23,6 +41,7 @@ OpenDocument::State OpenDocument::Write(const QString& key, const Head& head, qi
         head.more(target);
     }
     if (state.wasThere) {
+        EmptyOthers(target, m_options.furtherOfHead);
         m_writer.Update(target, known);
         state.id = known;
     } else {
@@ -64,10 +83,20 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
     if (more) {
         more(target);
     }
-    ++state.rows;
-    const qint64 known = m_writer.PutRow(target, state.id, row.number, state.wasThere, state.rewritten);
+    const qint64 known = state.wasThere ? m_writer.FindRow(state.id, row.number, state.written) : 0;
+    if (known != 0) {
+        EmptyOthers(target, m_options.furtherOfRow);
+        target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+    } else {
+        target.Insert();
+    }
+    const bool isAsked = id != nullptr || state.wasThere;
+    const qint64 written = known != 0 ? known : isAsked ? m_run.LastId(m_family.row) : 0;
     if (id != nullptr) {
-        *id = known != 0 ? known : m_run.LastId(m_family.row);
+        *id = written;
+    }
+    if (state.wasThere) {
+        state.written.insert(written);
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
@@ -75,8 +104,10 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
 std::optional<OpenDocument::Ended> OpenDocument::End() {
     std::optional<Ended> ended;
     if (m_state && m_state->id != 0) {
-        ended = {m_state->id, m_state->wasThere ? m_writer.TellRowsLeft(m_state->id, m_state->rows) : 0};
+        ended = {m_state->id,
+                 m_state->wasThere ? m_writer.TellRowsLeft(m_state->id, NameOf(m_state->head), m_state->written) : 0};
         m_writer.Total(m_state->id);
+        m_run.Remember(m_ended, m_state->id);
         m_run.Restores(m_count);
         ++m_count;
     }

@@ -6,7 +6,8 @@ namespace contract {
 
 /// The documents of a family whose rows are read one after the other, with those of one document together: a head is
 /// written with the first of its rows that is written, the totals with the last. A document that is there already is
-/// rewritten. What a row that fails has begun is begun anew by the next.
+/// rewritten, unless it is one that the run has come across: two of the source have one number then, and the second is
+/// given up with `ImportError`. What a row that fails has begun is begun anew by the next.
 class OpenDocument {
 public:
     using More = std::function<void(TargetRow&)>;
@@ -20,6 +21,9 @@ public:
     struct Options {
         bool checkArticles = true; ///< a row whose article is missing is left out, and logged
         bool skipImported = false; ///< a document that is there already is left out
+        /// Columns that are not written each time: of a head or row that is written over they are emptied then.
+        QStringList furtherOfHead = {};
+        QStringList furtherOfRow = {};
     };
     /// A document that has ended.
     struct Ended {
@@ -40,6 +44,8 @@ public:
     /// @param row asked after it @param more sets further columns @param id gets the RECORD_ID of the row; may be null
     RowOutcome Row(const QString& key, const std::function<Head()>& head, const std::function<DocumentRow()>& row,
                    const More& more = {}, qint64* id = nullptr);
+    /// Whether the document of that key is under way.
+    bool Has(const QString& key) const { return m_state && m_state->key == key; }
     /// The head of the document under way, which must be there.
     const DocumentHead& Current() const { return m_state->head; }
     /// Ends the document under way: its totals follow from its rows. Returns none when there is none, or it is left
@@ -60,8 +66,7 @@ private:
         qint64 id = 0; ///< 0: the document is left out
         DocumentHead head = {};
         bool wasThere = false;
-        QSet<qint64> rewritten = {}; ///< rows of a document that was there
-        qint64 rows = 0;
+        QSet<qint64> written = {}; ///< rows of a document that was there
     };
     qint64 Find(const Head& head);
     State Write(const QString& key, const Head& head, qint64 known);
@@ -72,6 +77,7 @@ private:
     Options m_options;
     DocumentWriter m_writer;
     std::optional<State> m_state;
+    QSet<qint64> m_ended; ///< heads of the documents that have ended, or been left out
     int m_count = 0;
 };
 

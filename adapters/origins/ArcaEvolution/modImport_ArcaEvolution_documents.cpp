@@ -2,9 +2,9 @@
 
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
 
-#include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution_links.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
@@ -23,9 +23,6 @@ const QString Testate = QStringLiteral("DOTes");
 const QString Righe = QStringLiteral("DORig");
 const QString Totali = QStringLiteral("DOTotali");
 
-/// Of documents to subcontractors, whoever they stand with.
-const QString WorkMark = QStringLiteral("L");
-
 /// The kinds of document and what they become. Returns, reports, pro-forma invoices, production, transfers and
 /// inventories are not imported.
 std::vector<DocumentKind> Kinds() {
@@ -40,56 +37,13 @@ std::vector<DocumentKind> Kinds() {
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-/// Kind and side of a document.
-QString MarkOf(const SourceRow& row) {
-    static const QString sides = QStringLiteral("CF");
-    const QString kind = row.Text("TipoDocumento").toUpper();
-    if (kind == WorkMark || !QStringLiteral("POBFAN").contains(kind)) {
-        return kind;
-    }
-    const QString side = row.Text("CliFor").toUpper();
-    if (side.size() != 1 || !sides.contains(side)) {
-        throw ImportError(QStringLiteral("'%1' non è C (cliente) né F (fornitore)").arg(side));
-    }
-    return kind + side;
-}
-
-/// The family of a document that is imported.
-const Family& FamilyOf(const SourceRow& row) {
-    const QString mark = MarkOf(row);
-    return mark == WorkMark ? WorkAccount : mark.endsWith(u'C') ? Sales : Purchases;
-}
-
 Rule Mark() {
     return {"il genere e il lato, \"C\" o \"F\"", [](const RuleInput& input) { return RuleValue(MarkOf(input.row)); }};
-}
-
-Rule SeriesOfNumber() {
-    return {"ciò che segue la barra",
-            [](const RuleInput& input) { return RuleValue(input.Text().section(u'/', 1).trimmed()); }};
-}
-
-Rule NumberBeforeSlash() {
-    return {"le sole cifre prima della barra, come numero intero", [](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                return DigitsAsNumber().apply(
-                    {input.session, input.row, input.columns, input.facts, text.section(u'/', 0, 0)});
-            }};
-}
-
-/// The accounting year, that of the date when the source has none.
-int YearOf(const SourceRow& row) {
-    return row.IsBlank("EsAnno") ? DateOf(row, "DataDoc").toDate().year() : static_cast<int>(NumberOf(row, "EsAnno"));
 }
 
 Rule Year() {
     return {"l'esercizio; vuoto: l'anno della data",
             [](const RuleInput& input) { return RuleValue(YearOf(input.row)); }};
-}
-
-QString PartyOf(Session& session, const QString& code) {
-    const bool isCustomer = code.startsWith(u'C', Qt::CaseInsensitive);
-    return LookUp(session, "CON_TRO", isCustomer ? "COCGE" : "COFGE", code, "CDCON");
 }
 
 Rule Party() {
@@ -223,10 +177,6 @@ QString LeftOut(ImportRun& run, const SourceRow& head) {
     return QStringLiteral("causale non tradotta");
 }
 
-QString OfSeries(const Session& session, const QString& series) {
-    return Equals(session, "COALESCE(DTSER, '')", series);
-}
-
 /// The cause has a document type of its own, and a series that numbers without one count in.
 QString Complete(const Session& session, DocumentHead& head) {
     head.cause.type = head.cause.kind.isEmpty() ? head.cause.type : head.cause.kind;
@@ -252,115 +202,6 @@ QStringList CausesToRemove(Session& session) {
     return causes.replace(u';', u',').remove(u' ').split(u',', Qt::SkipEmptyParts);
 }
 
-/// The rows that rows of documents come from, and what a document gives away.
-class RowsUnderWay {
-public:
-    explicit RowsUnderWay(ImportRun& run)
-        : m_run(run) {}
-
-    void Begin(const SourceRow& head) {
-        m_family = &FamilyOf(head);
-        m_gifts = 0;
-    }
-    void SetOrigin(const SourceRow& row, TargetRow& target);
-    void Written(const SourceRow& row, const WrittenRow& written);
-    void SetTotals(const SourceRow& head, const WrittenDocument& document);
-    /// Links the rows whose origin came behind them, and tells how many have none.
-    void LinkRest();
-
-private:
-    /// A row whose origin row has not been there yet.
-    struct OpenLink {
-        const Family& family;
-        qint64 row;
-        qint64 origin; ///< Id_DORig
-    };
-    qint64 OriginRow(const Family& family, qint64 sourceRow);
-
-    ImportRun& m_run;
-    const Family* m_family = nullptr; ///< of the document
-    qint64 m_missing = 0;             ///< Id_DORig that the row under way comes from and that is not there yet; 0: none
-    std::vector<OpenLink> m_openLinks;
-    double m_gifts = 0; ///< amount of the rows of the document that are given away
-};
-
-/// The Quadrix row of a row of the source, in the tables of a family; 0 when it is not there.
-qint64 RowsUnderWay::OriginRow(const Family& family, qint64 sourceRow) {
-    Session& session = m_run.GetSession();
-    const Recordset found = session.SourceConnection().ExecuteWC(
-        QStringLiteral("SELECT T.NumeroDoc, T.EsAnno, T.DataDoc, T.Cd_DO, R.Riga FROM DORig R\rJOIN DOTes T ON "
-                       "T.Id_DOTes = R.Id_DOTes\rWHERE R.Id_DORig = %1")
-            .arg(sourceRow));
-    if (found.Eof()) {
-        return 0;
-    }
-    const SourceRow row(found);
-    const QString cause = modImport::GetNewCode(session, "DO", "Cd_DO", row.Text("Cd_DO"), false);
-    const QString before = row.Text("NumeroDoc").section(u'/', 0, 0);
-    const bool hasNumber = std::any_of(before.begin(), before.end(), [](QChar each) { return each.isDigit(); });
-    if (cause.isEmpty() || !hasNumber) { // its document is not imported
-        return 0;
-    }
-    const QString series = Field("NumeroDoc", SeriesOfNumber()).Text(session, row);
-    const DocumentWriter writer(m_run, family);
-    const qint64 head =
-        writer.Find(Field("NumeroDoc", NumberBeforeSlash()).Text(session, row), cause, YearOf(row),
-                    OfSeries(session, series.isEmpty() ? LookUp(session, "CAU_DOC", "CDCAD", cause, "CDSER") : series));
-    return head == 0 ? 0 : writer.FindRow(head, static_cast<int>(NumberOf(row, "Riga")));
-}
-
-void RowsUnderWay::SetOrigin(const SourceRow& row, TargetRow& target) {
-    const auto origin = static_cast<qint64>(NumberOf(row, "Id_DORig_Evade"));
-    const qint64 originRow = origin == 0 ? 0 : OriginRow(*m_family, origin);
-    m_missing = originRow == 0 ? origin : 0;
-    if (originRow != 0) {
-        target.Set("DRORI", originRow);
-    }
-}
-
-void RowsUnderWay::Written(const SourceRow& row, const WrittenRow& written) {
-    constexpr double noGift = 1;
-    m_gifts += NumberOf(row, "Omaggio") > noGift ? NumberOf(row, "PrezzoTotaleV") : 0;
-    if (m_missing != 0) {
-        m_openLinks.push_back({written.family, written.id, m_missing});
-        m_run.WhenTakenBack([this] { m_openLinks.pop_back(); });
-    }
-}
-
-/// Totals follow from the rows; those of the source stand in their place where it has them, as they are on the paper,
-/// unless rows that it has no more still stand in the document.
-void RowsUnderWay::SetTotals(const SourceRow& head, const WrittenDocument& document) {
-    Session& session = m_run.GetSession();
-    const Recordset found = session.SourceConnection().ExecuteWC(
-        "SELECT * FROM DOTotali\rWHERE Id_DOTes = " + LiteralOf(session.SourceConnection(), head.Value("Id_DOTes")));
-    TargetRow target(m_run, document.family.head);
-    target.Set("DTOMA", m_gifts);
-    if (document.rowsLeft == 0 && !found.Eof()) {
-        const SourceRow totals(found);
-        target.Set("DTIMP", NumberOf(totals, "TotImponibileV"));
-        target.Set("DTIVA", NumberOf(totals, "TotImpostaV"));
-        target.Set("DTTOT", NumberOf(totals, "TotDocumentoV"));
-    }
-    target.Update("WHERE " + Equals("RECORD_ID", document.id));
-}
-
-void RowsUnderWay::LinkRest() {
-    int missing = 0;
-    for (const OpenLink& link : m_openLinks) {
-        const qint64 origin = OriginRow(link.family, link.origin);
-        if (origin == 0) {
-            ++missing;
-            continue;
-        }
-        TargetRow target(m_run, link.family.row);
-        target.Set("DRORI", origin);
-        target.Update("WHERE " + Equals("RECORD_ID", link.row));
-    }
-    if (missing > 0) {
-        m_run.Log(QStringLiteral("Righe la cui riga d'origine non è tra i documenti importati: %1").arg(missing));
-    }
-}
-
 HeadHooks HooksOf(ImportRun& run) {
     const auto rows = std::make_shared<RowsUnderWay>(run);
     return {
@@ -383,7 +224,8 @@ HeadHooks HooksOf(ImportRun& run) {
 Needs NeedsOfHooks() {
     Needs needs{
         {},
-        {{Testate, {"Id_DOTes", "NumeroDoc", "EsAnno", "DataDoc", "Cd_DO", "TipoDocumento", "CliFor", "Cd_CFDest"}},
+        {{Testate,
+          {"Id_DOTes", "NumeroDoc", "EsAnno", "DataDoc", "Cd_DO", "Cd_CF", "TipoDocumento", "CliFor", "Cd_CFDest"}},
          {Righe, {"Id_DORig", "Riga", "Id_DORig_Evade", "TipoPC", "Omaggio", "PrezzoTotaleV"}},
          {Totali, {"Id_DOTes", "TotImponibileV", "TotImpostaV", "TotDocumentoV"}}},
         {}};

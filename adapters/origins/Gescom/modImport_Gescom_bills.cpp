@@ -18,7 +18,10 @@ Bills Distinte() {
         .article = {"PADISBAS", Article()},
         .components =
             {
-                .rows = {.table = disbas, .on = {{"PADISBAS"}}, .order = "RGDISBAS", .naming = "FIDISBAS"},
+                .rows = {.table = disbas,
+                         .on = {{"PADISBAS"}},
+                         .order = "RGDISBAS",
+                         .naming = "PADISBAS, RGDISBAS, FIDISBAS"},
                 .article = {"FIDISBAS", Article()},
                 .quantity = "QTDISBAS",
                 .note = "NTDISBAS",
@@ -27,7 +30,10 @@ Bills Distinte() {
             },
         .phases =
             BillPhases{
-                .rows = {.table = Arcfas, .on = {{"ARARCFAS", "PADISBAS"}}, .order = "SQARCFAS", .naming = "CODFASEL"},
+                .rows = {.table = Arcfas,
+                         .on = {{"ARARCFAS", "PADISBAS"}},
+                         .order = "SQARCFAS",
+                         .naming = "ARARCFAS, SQARCFAS, CODFASEL"},
                 .key = "CODFASEL",
                 .number = "SQARCFAS",
                 .work = {"CODFASEL", Work(Arcfas, "CODFASEL")},

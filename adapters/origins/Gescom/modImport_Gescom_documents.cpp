@@ -17,6 +17,8 @@ const QString Movmag = QStringLiteral("MOVMAG");
 
 /// The VAT code of every row: what was delivered is there to be looked at, not to be invoiced again.
 const QString VatCode = QStringLiteral("22");
+/// Kinds of movement that are rows of one document to a subcontractor.
+const QStringList WorkMarks{"LE", "LEB"};
 /// Kind of a document whose cause CAU_DOC lacks.
 const QString DeliveryNote = QStringLiteral("DDT");
 
@@ -95,6 +97,13 @@ void RequireVatCode(ImportRun& run) {
     }
 }
 
+/// The documents of a number and year, one for each cause; rows of other kinds are none of them.
+QString DocumentOf(const SourceRow& row) {
+    const QString kind = row.Text("CSRIEMOV").toUpper();
+    return GroupText(row, {"RDRIEMOV", "ESRIEMOV"}) + QChar(u'\x1f') +
+           (kind == WorkMarks.last() ? WorkMarks.first() : kind);
+}
+
 std::vector<TableNeed> PhaseColumns() {
     std::vector<TableNeed> columns;
     for (const Family& family : {Sales, Purchases, WorkAccount}) {
@@ -107,8 +116,7 @@ std::vector<TableNeed> PhaseColumns() {
 
 // --- Documents ----------------------------------------------------------------------------------------------------
 
-/// Rows of one number come together; they may belong to several documents, as every family and every year counts from
-/// one.
+/// Every family and every year counts from one.
 Documents Documenti() {
     return {
         .frame = {.module = Module,
@@ -119,18 +127,15 @@ Documents Documenti() {
         .source = {.table = Riemov,
                    .key = "RDRIEMOV",
                    .order = "RDRIEMOV, ESRIEMOV, CSRIEMOV, RGRIEMOV",
-                   .naming = "RDRIEMOV, RGRIEMOV",
-                   .group = {"RDRIEMOV"}},
+                   .naming = "RDRIEMOV, ESRIEMOV, CSRIEMOV, RGRIEMOV",
+                   .group = {"RDRIEMOV", "ESRIEMOV", "CSRIEMOV"},
+                   .groupOf = DocumentOf},
         .reading = Reading::OneTable,
         .kinds =
             {
                 {.marks = {"BV"}, .cause = "DTGES", .type = DeliveryNote, .family = Sales, .isOpen = false},
                 {.marks = {"97"}, .cause = "DAGES", .type = DeliveryNote, .family = Purchases, .isOpen = false},
-                {.marks = {"LE", "LEB"},
-                 .cause = "RSGES",
-                 .type = DeliveryNote,
-                 .family = WorkAccount,
-                 .isOpen = false},
+                {.marks = WorkMarks, .cause = "RSGES", .type = DeliveryNote, .family = WorkAccount, .isOpen = false},
             },
         .kind = "CSRIEMOV",
         .head =

@@ -71,7 +71,7 @@ Rule StateOfRow() {
 }
 
 /// A row without a product is a text, and has no VAT.
-Rule VatOfProduct() { return WhenNotBlank("PrdRef", VatCode(OrderCodes, "TaxRef")); }
+Rule VatOfProduct() { return WhenNotBlank("PrdRef", NotBlank(VatCode(OrderCodes, "TaxRef"))); }
 
 // --- Hooks --------------------------------------------------------------------------------------------------------
 

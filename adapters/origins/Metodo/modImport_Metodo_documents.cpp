@@ -59,12 +59,14 @@ void TellCurrency(ImportRun& run, const SourceRow& row, TargetRow& /*target*/) {
     }
 }
 
-/// Texts and variants count nothing; a row that is closed has been delivered.
-void SetKindOfRow(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
-    static const QStringList texts{"D", "R", "V"};
-    if (texts.contains(row.Text("TIPORIGA").toUpper())) {
-        target.Set("DRTIP", schema::defaults::DescriptionRow);
-    }
+/// Texts and variants count nothing.
+Rule KindOfRow() {
+    using schema::defaults::DescriptionRow;
+    return Choice({{"D", DescriptionRow}, {"R", DescriptionRow}, {"V", DescriptionRow}}, {});
+}
+
+/// A row that is closed has been delivered.
+void CloseRow(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
     if (row.Text("RIGACHIUSA") == u"1") {
         target.Set("DRSTA", schema::defaults::Delivered);
     }
@@ -138,6 +140,7 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
             {
                 .number = "POSIZIONE",
                 .article = {"CODART", Article()},
+                .type = {"TIPORIGA", KindOfRow()},
                 .description = "DESCRIZIONEART",
                 .unit = {"UMGEST", ArticleUnit("")},
                 .quantity = "QTAGEST",
@@ -158,12 +161,11 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
                     },
             },
         .moreOfHead = TellCurrency,
-        .moreOfRow = SetKindOfRow,
+        .moreOfRow = CloseRow,
         .further = {{},
-                    std::vector<TableNeed>{{Righe, {}, {"TIPORIGA", "RIGACHIUSA"}},
-                                           {Teste, {}, {"CODCAMBIO", "VALCAMBIO"}}} +
+                    std::vector<TableNeed>{{Righe, {}, {"RIGACHIUSA"}}, {Teste, {}, {"CODCAMBIO", "VALCAMBIO"}}} +
                         DocumentCurrency().Reads(),
-                    {{"DOC_VER", {"DRTIP", "DRSTA"}}, {"DOC_ACR", {"DRTIP", "DRSTA"}}}},
+                    {{"DOC_VER", {"DRSTA", "DRORI"}}, {"DOC_ACR", {"DRSTA", "DRORI"}}}}, // links are made anew
     };
 }
 
@@ -179,20 +181,21 @@ struct ImportedRow {
 ImportedRow FindImported(ImportRun& run, const QVariant& document, int number) {
     Session& session = run.GetSession();
     ovConnection& source = session.SourceConnection();
-    const Recordset heads = source.ExecuteWC("SELECT T.TIPODOC, T.NUMERODOC, T.ESERCIZIO, T.BIS, J1.CLIFOR FROM "
-                                             "TESTEDOCUMENTI T INNER JOIN PARAMETRIDOC J1 ON J1.CODICE = T.TIPODOC "
-                                             "WHERE T.PROGRESSIVO = " +
-                                             LiteralOf(source, document));
+    const Recordset heads =
+        source.ExecuteWC("SELECT T.TIPODOC, T.NUMERODOC, T.ESERCIZIO, T.BIS, T.DATADOC, J1.CLIFOR FROM "
+                         "TESTEDOCUMENTI T INNER JOIN PARAMETRIDOC J1 ON J1.CODICE = T.TIPODOC "
+                         "WHERE T.PROGRESSIVO = " +
+                         LiteralOf(source, document));
     if (heads.Eof()) {
         return {};
     }
     const SourceRow head(heads);
     const Family& family = head.Text("CLIFOR").compare(u"F", Qt::CaseInsensitive) == 0 ? Purchases : Sales;
     const QString cause = modImport::GetNewCode(session, Parametri, "CODICE", head.Text("TIPODOC"), true);
-    const QString series = head.Text("BIS");
     const DocumentWriter writer(run, family);
-    const qint64 id = writer.Find(head.Text("NUMERODOC"), cause, static_cast<int>(NumberOf(head, "ESERCIZIO")),
-                                  series.isEmpty() ? QString() : Equals(session, "DTSER", series));
+    const qint64 id =
+        writer.Find(head.Text("NUMERODOC"), cause, static_cast<int>(NumberOf(head, "ESERCIZIO")),
+                    OfSeries(session, head.Text("BIS")) + u" AND " + OnDay(session, "DTDAT", DateOf(head, "DATADOC")));
     return {family.row, id == 0 ? 0 : writer.FindRow(id, number)};
 }
 

@@ -83,6 +83,7 @@ Documents Documenti() {
                         {"DTMOP", "_MMPAG", Translated(PiaCon, "_PCPAG")},
                         {"DTVAL", "_MMVAL", NumberedCurrency()},
                     },
+                .countedByParty = true,
             },
         .row =
             {

@@ -127,7 +127,7 @@ Documents Ordini(bool customers) {
                 .delivered = "QTEVA",
                 .price = "PRUNI",
                 .discounts = {"SCON1", "SCON2"},
-                .vatCode = {"CDIVA", VatCode(Parti, "CDIVA")},
+                .vatCode = {"CDIVA", NotBlank(VatCode(Parti, "CDIVA"))},
                 .lines = {{"DRCON", "DTCNS", NotNull(Giorno())}, {"DRCOR", "DTCNS", NotNull(Giorno())}},
             },
         .sinceCondition = EveryRow,

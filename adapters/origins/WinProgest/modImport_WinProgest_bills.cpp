@@ -30,7 +30,7 @@ Bills DistinteWinProgest() {
         .source = {.table = Nftdis, .key = "PADRE", .order = "PADRE"},
         .article = {"PADRE", Article()},
         .sourceKey = {"PADRE", First(50)},
-        .components = {.rows = {.table = Nfcodis, .on = {{"PADRE"}}, .order = "NINS", .naming = "FIGLIO"},
+        .components = {.rows = {.table = Nfcodis, .on = {{"PADRE"}}, .order = "NINS", .naming = "PADRE, NINS, FIGLIO"},
                        .article = {"FIGLIO", Article()},
                        .quantity = "QTA",
                        .note = {"CODFOR", SupplierNote(Nfcodis, "FIGLIO")}},

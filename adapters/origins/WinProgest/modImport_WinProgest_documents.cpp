@@ -62,40 +62,15 @@ Rule Party(bool supplier) {
 
 Rule TypeOfRow() { return Choice({{DescriptionRow, DescriptionRow}}, NormalRow); }
 
-/// A row without a VAT code has that of its article. A code that Quadrix does not know would leave the tax short.
+/// A code that Quadrix does not know would leave the tax short.
 Rule VatOfRow() {
-    return {"codice IVA; vuoto: quello dell'articolo; nessuno per una riga descrittiva",
-            [](const RuleInput& input) -> RuleValue {
-                Session& session = input.session;
-                const SourceRow& row = input.row;
-                if (row.Text("TIPRIG").compare(DescriptionRow, Qt::CaseInsensitive) == 0) {
-                    return QString();
-                }
-                if (!row.IsBlank("IVA")) {
-                    return VatCodeOf(session, Articoli, "IVA", row.Text("IVA"));
-                }
-                const QString article = ArticleCodeOf(session, Articoli, "CODART", row.Text("CODART"));
-                const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARIVA");
-                return own.isEmpty() ? schema::defaults::VatCode : own;
+    return {"codice IVA; nessuno per una riga descrittiva", [](const RuleInput& input) {
+                const bool isText = input.row.Text("TIPRIG").compare(DescriptionRow, Qt::CaseInsensitive) == 0;
+                return RuleValue(isText ? QString() : VatCodeOf(input.session, Articoli, "IVA", input.Text()));
             }};
 }
 
 // --- Hooks --------------------------------------------------------------------------------------------------------
-
-QString TwinKey(const QVariant& number, const QVariant& day) {
-    return mod_ovTools::ToText(number) + u'|' + mod_ovTools::ToText(day);
-}
-
-/// Number and day that more than one head has: they share their rows, and nobody can tell whose they are.
-QSet<QString> TwinsOf(ImportRun& run, const DocumentKind& kind) {
-    QSet<QString> twins;
-    Recordset rows = run.GetSession().SourceConnection().ExecuteWC("SELECT NUMDOC, DATDOC FROM " + kind.head +
-                                                                   "\rGROUP BY NUMDOC, DATDOC\rHAVING COUNT(*) > 1");
-    for (; !rows.Eof(); rows.MoveNext()) {
-        twins.insert(TwinKey(rows.Value("NUMDOC"), rows.Value("DATDOC")));
-    }
-    return twins;
-}
 
 /// A document has been delivered when each of its rows has, those that are texts aside.
 void CloseDelivered(ImportRun& run, const WrittenDocument& document) {
@@ -113,15 +88,6 @@ void CloseDelivered(ImportRun& run, const WrittenDocument& document) {
 
 HeadHooks HooksOf(ImportRun& run, const DocumentKind& kind) {
     HeadHooks hooks;
-    hooks.leavesOut = [twins = TwinsOf(run, kind)](const SourceRow& head) {
-        if (twins.contains(TwinKey(head.Value("NUMDOC"), head.Value("DATDOC")))) {
-            throw ImportError(
-                QStringLiteral("colonne 'NUMDOC', 'DATDOC': più testate hanno il numero '%1' del %2, le righe non "
-                               "si possono distinguere")
-                    .arg(head.Text("NUMDOC"), head.Text("DATDOC")));
-        }
-        return QString();
-    };
     // WinProgest counts some documents more than once in a year: the day tells them apart.
     hooks.complete = [&run](const SourceRow& /*head*/, const DocumentHead& head) {
         return OnDay(run.GetSession(), "DTDAT", head.day);
@@ -164,7 +130,7 @@ Documents DocumentsOf(const DocumentKind& kind, const Emptying& empties) {
                 .delivered = "QTAEVA",
                 .price = "PREZZO",
                 .discounts = {"SCO1", "SCO2", "SCO3"},
-                .vatCode = {"IVA, CODART, TIPRIG", VatOfRow()},
+                .vatCode = {"IVA, TIPRIG", VatOfRow()},
                 .lines = {{"DRCOR", "DATCON", NotBlank(AsRead())}}},
         .imported = Imported::Asked,
         .empties = empties,

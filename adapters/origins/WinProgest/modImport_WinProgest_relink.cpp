@@ -1,5 +1,6 @@
 // WinProgest: the link (DRORI) of document rows to the rows that they come from, of documents that are in Quadrix. Only
-// documents whose number is unique within their year take part: of the others nobody can tell which row is meant.
+// documents whose number is unique within their year take part, and rows whose number is unique in theirs: of the
+// others nobody can tell which row is meant.
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TriggersOff.h"
@@ -11,17 +12,29 @@ namespace modImport_WinProgest {
 
 namespace {
 
-/// The document of a number in a year; 0 when there is none, or more than one.
-qint64 OnlyHead(Session& session, const DocumentKind& kind, const QString& number, int year) {
-    const Recordset found = session.Quadrix.ExecuteWC(
-        "SELECT MAX(RECORD_ID), COUNT(*) FROM " + session.Quadrix.GetFullTableName(kind.family.head) + " WHERE " +
-        Equals(session, "DTNUM", number) + " AND " + Equals(session, "DTCAU", kind.cause) + " AND " +
-        Equals("DTANN", year));
+/// The one row of a Quadrix table that meets a condition; 0 when there is none, or more than one.
+qint64 OnlyRow(Session& session, const QString& table, const QString& condition) {
+    const Recordset found = session.Quadrix.ExecuteWC("SELECT MAX(RECORD_ID), COUNT(*) FROM " +
+                                                      session.Quadrix.GetFullTableName(table) + " WHERE " + condition);
     return found.Fields(1).Value().toInt() == 1 ? found.Fields(0).Value().toLongLong() : 0;
 }
 
+/// The document of a number in a year.
+qint64 OnlyHead(Session& session, const DocumentKind& kind, const QString& number, int year) {
+    return OnlyRow(session, kind.family.head,
+                   Equals(session, "DTNUM", number) + " AND " + Equals(session, "DTCAU", kind.cause) + " AND " +
+                       Equals("DTANN", year));
+}
+
 qint64 RowOfHead(Session& session, const DocumentKind& kind, qint64 head, int row) {
-    return head == 0 ? 0 : IdWhere(session, kind.family.row, Equals("IDTES", head) + " AND " + Equals("DRNUM", row));
+    return head == 0 ? 0 : OnlyRow(session, kind.family.row, Equals("IDTES", head) + " AND " + Equals("DRNUM", row));
+}
+
+/// Whether the source has one document of a number in a year.
+bool IsUnique(Session& session, const DocumentKind& kind, const QVariant& number, int year) {
+    ovConnection& source = session.SourceConnection();
+    return source.ExecuteCommand("SELECT COUNT(*) FROM " + kind.head + "\rWHERE NUMDOC = " + LiteralOf(source, number) +
+                                 " AND YEAR(DATDOC) = " + QString::number(year)) == 1;
 }
 
 /// The link that a row fills in; null for a row that comes from no other.
@@ -31,14 +44,18 @@ const Link* LinkOf(const DocumentKind& kind, const SourceRow& row) {
     return link == kind.links.end() ? nullptr : &*link;
 }
 
-/// RECORD_ID of the row that a row comes from; 0 when it is not in Quadrix.
+/// RECORD_ID of the row that a row comes from; 0 when it is not in Quadrix, or not the only one.
 qint64 OriginOf(Session& session, const Link& link, const SourceRow& row) {
     const QVariant day = DateOf(row, link.day);
     if (day.isNull()) {
         return 0;
     }
     const DocumentKind& from = Of(link.kind);
-    const qint64 head = OnlyHead(session, from, row.Text(link.number), day.toDate().year());
+    const int year = day.toDate().year();
+    if (!IsUnique(session, from, row.Value(link.number), year)) {
+        return 0;
+    }
+    const qint64 head = OnlyHead(session, from, row.Text(link.number), year);
     return RowOfHead(session, from, head, static_cast<int>(NumberOf(row, link.row)));
 }
 
@@ -52,7 +69,7 @@ bool Relink(ImportRun& run, const DocumentKind& kind, qint64 head, const SourceR
     const qint64 here = RowOfHead(session, kind, head, static_cast<int>(NumberOf(row, "NRIGA")));
     const qint64 origin = OriginOf(session, *link, row);
     if (here == 0 || origin == 0) {
-        run.Log(QStringLiteral("RIGA NON RIALLINEATA: %1, %2: %3 in Quadrix")
+        run.Log(QStringLiteral("RIGA NON RIALLINEATA: %1, %2: %3 in Quadrix, o non è la sola")
                     .arg(run.RowKey(), NameOf(row, kind.rows, "NRIGA"),
                          here == 0 ? QStringLiteral("non è")
                                    : QStringLiteral("la riga di origine '%1' del documento '%2' non è")
@@ -83,6 +100,7 @@ Needs NeedsOf(const DocumentKind& kind) {
     TableNeed rows{kind.rows, {"NUMDOC", "DATDOC", "NRIGA"}};
     for (const Link& link : kind.links) {
         rows.columns << link.number << link.day << link.row;
+        needs.reads.push_back({Of(link.kind).head, {"NUMDOC", "DATDOC"}});
     }
     needs.reads.push_back(rows);
     return needs;
