@@ -1,6 +1,11 @@
 #include "adapters/registry.h"
 #include "app/connectSource.h"
+#include "app/history/historyFile.h"
+#include "app/history/Recorder.h"
+#include "app/history/undo.h"
+#include "core/Schema.h"
 #include "examples/examples.h"
+#include "tests/support/disturbed.h"
 #include "tests/support/files.h"
 #include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
@@ -74,21 +79,76 @@ qint64 ImportAll(TestTarget& target, const examples::Example& example, const con
     return inserted;
 }
 
+/// An example in a company whose runs are kept.
+class KeptExample {
+public:
+    explicit KeptExample(const examples::Example& example)
+        : m_example(example),
+          m_origin(*registry::Find(example.origin)),
+          m_source(MakeSource(m_target, example)) {}
+
+    /// Runs the imports of the example as one run.
+    void Import() {
+        const history::Recorder recorder(m_target.Get(), {.origin = m_origin.name});
+        ImportAll(m_target, m_example, m_origin, m_source);
+    }
+    history::UndoResult Undo() {
+        const history::History history(history::FilePath(m_target.Get().Config.ConfigFile()));
+        return history::Undo(m_target.Get(), history, history.LastRun());
+    }
+
+    /// All rows but the translations of codes, which an undo leaves.
+    QStringList Rows() {
+        QStringList rows;
+        for (const schema::Table& table : schema::Tables()) {
+            if (table.name != "SYS_IMP" && !table.name.startsWith("SYS_SYS")) {
+                const QString name = m_target.Db().GetFullTableName(table.name);
+                for (const QString& row : m_target.Rows("SELECT * FROM " + name + " ORDER BY RECORD_ID")) {
+                    rows.append(name + ' ' + row);
+                }
+            }
+        }
+        return rows;
+    }
+
+    void Disturb() { ::Disturb(m_target); }
+
+private:
+    TestTarget m_target;
+    const examples::Example& m_example;
+    const contract::Origin& m_origin;
+    QString m_source;
+};
+
+/// What of the rows is not in the others, the first few.
+QString RowsNotIn(const QStringList& others, const QStringList& rows) {
+    const QSet<QString> known(others.begin(), others.end());
+    QStringList left;
+    for (const QString& row : rows) {
+        if (!known.contains(row) && left.size() < 3) {
+            left.append(row);
+        }
+    }
+    return left.join('\n');
+}
+
+void AddExamples() {
+    QTest::addColumn<int>("index");
+    for (int index = 0; index < examples::Examples().size(); ++index) {
+        if (const examples::Example& example = examples::Examples().at(index); !example.origin.isEmpty()) {
+            QTest::newRow(example.name.toLatin1().constData()) << index;
+        }
+    }
+}
+
 } // namespace
 
-/// Every example can be imported, and a second time without a row more.
+/// Every example can be imported, a second time without a row more, and an undo puts everything back.
 class TestImportedExamples : public QObject {
     Q_OBJECT
 
 private slots:
-    void canBeImported_data() {
-        QTest::addColumn<int>("index");
-        for (int index = 0; index < examples::Examples().size(); ++index) {
-            if (const examples::Example& example = examples::Examples().at(index); !example.origin.isEmpty()) {
-                QTest::newRow(example.name.toLatin1().constData()) << index;
-            }
-        }
-    }
+    void canBeImported_data() { AddExamples(); }
     void canBeImported() {
         QFETCH(const int, index);
         const examples::Example& example = examples::Examples().at(index);
@@ -98,6 +158,24 @@ private slots:
         const QString source = MakeSource(target, example);
         QVERIFY(ImportAll(target, example, *origin, source) > 0 || example.name == "lantek30");
         QCOMPARE(ImportAll(target, example, *origin, source), 0);
+    }
+
+    void anUndoPutsBack_data() { AddExamples(); }
+    void anUndoPutsBack() {
+        QFETCH(const int, index);
+        KeptExample kept(examples::Examples().at(index));
+        QStringList before = kept.Rows();
+        kept.Import();
+        QCOMPARE(kept.Undo().keptCount, 0);
+        QCOMPARE(RowsNotIn(before, kept.Rows()), QString());
+        QCOMPARE(RowsNotIn(kept.Rows(), before), QString());
+        kept.Import();
+        kept.Disturb();
+        before = kept.Rows();
+        kept.Import();
+        QCOMPARE(kept.Undo().keptCount, 0);
+        QCOMPARE(RowsNotIn(before, kept.Rows()), QString());
+        QCOMPARE(RowsNotIn(kept.Rows(), before), QString());
     }
 };
 
