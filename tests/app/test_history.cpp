@@ -337,6 +337,10 @@ private slots:
         Row("edited in a column of its own", added,
             "UPDATE X01_ART_ICO SET ARNOT = 'x', USMDF = 'maria' WHERE CDART = 'E'",
             QStringList{"A|Vite|1.5", "C|Rondella|3", "E|Nuovo|1"}, QStringList{"è stata modificata dopo"});
+        Row("edited in a column that the run wrote first of it",
+            "INSERT INTO ART VALUES ('E', 'Nuovo', '1', 'PZ'), ('E', 'Altro', '2', 'PZ')",
+            "UPDATE X01_ART_ICO SET DTINS = '20000101' WHERE CDART = 'E'",
+            QStringList{"A|Vite|1.5", "C|Rondella|3", "E|Altro|2"}, QStringList{"è stata modificata dopo"});
         Row("edited in the place of a deleted one", replaced, "UPDATE X01_ART_ICO SET ARDES = 'Mia' WHERE CDART = 'A'",
             QStringList{"A|Mia|2", "C|Rondella|3"},
             QStringList{"è stata modificata dopo", "il suo codice è della riga 3"});
