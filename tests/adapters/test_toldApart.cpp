@@ -4,12 +4,12 @@
 
 #include <QTest>
 
-/// Which rows of a source are a document, and which document of Quadrix it is.
-class TestDocuments : public QObject {
+/// Which rows of a source are a document or a bill, and which one of Quadrix it is.
+class TestToldApart : public QObject {
     Q_OBJECT
 
 private slots:
-    void DocumentsAreToldApart_data() {
+    void WhatIsOneInQuadrixIsToldApart_data() {
         Columns<QString, QString, QString, QString, QString, QString>("module", "line", "change", "told", "query",
                                                                       "rows");
         const QString heads = "GROUP_CONCAT(DTCON || '/' || COALESCE(DTSER, '') || '/' || (SELECT COUNT(*) FROM "
@@ -70,9 +70,19 @@ private slots:
         Row("what comes back", "modImport_Template", "ImportOrdini",
             "UPDATE RIGHE SET QUANTITA = '-10', EVASA = '-4' WHERE ARTICOLO = 'AR-1'", "ARTICOLO NON TROVATO",
             "DISTINCT DRSTA, DRQTD FROM X01_DOC_VER WHERE DRART = 'AR-1'", "PE|-6");
+        Row("two bills of one revision", "modImport_Tessera", "ImportDistinteTessera",
+            "INSERT INTO DisBasT SELECT 90, CodArt, Rev, FlgAtt, Note FROM DisBasT WHERE IdDisBas = 2; INSERT INTO "
+            "DisBasR SELECT 90, NumRig, CodArt, '70', NumFas, Note FROM DisBasR WHERE IdDisBas = 2",
+            "la distinta di 'AB-01', revisione 1, è già quella che l'origine chiama '2'",
+            "IDOLD, (SELECT COUNT(*) FROM X01_DIS_COM WHERE DCQTA = 70) FROM X01_DIS_BAS WHERE DBART = 'AB-01' AND "
+            "DBREV = 1",
+            "2|0");
+        Row("a component without a quantity", "modImport_Tessera", "ImportDistinteTessera",
+            "UPDATE DisBasR SET Qta = NULL WHERE IdDisBas = 2 AND NumRig = 2",
+            "NumRig '2', CodArt 'AB-03': 'AB-03', scritto con 0", "DCQTA FROM X01_DIS_COM WHERE DCART = 'AB-03'", "0");
     }
-    /// What the fixture holds has been imported; the documents are imported again over what is changed in the source.
-    void DocumentsAreToldApart() {
+    /// What the fixture holds has been imported; it is imported again from the source as it is changed then.
+    void WhatIsOneInQuadrixIsToldApart() {
         QFETCH(const QString, module);
         QFETCH(const QString, line);
         QFETCH(const QString, change);
@@ -93,5 +103,5 @@ private slots:
     }
 };
 
-QUADRIX_TEST(TestDocuments)
-#include "test_documents.moc"
+QUADRIX_TEST(TestToldApart)
+#include "test_toldApart.moc"

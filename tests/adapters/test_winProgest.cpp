@@ -106,7 +106,8 @@ private slots:
             "FROM X01_DOC_VEN WHERE DTNUM = 11");
         Run("ImportDocumentiWinProgest", {false});
         QCOMPARE(Log().count("RIGHE NON"), 1);
-        QVERIFY(Log().contains("RIGHE NON PIÙ NELL'ORIGINE: ORDWP 11/2023 di 'Bianchi e Neri S.p.A.', DRNUM '9': 1 rimane"));
+        QVERIFY(Log().contains(
+            "RIGHE NON PIÙ NELL'ORIGINE: ORDWP 11/2023 di 'Bianchi e Neri S.p.A.', DRNUM '9': 1 rimane"));
     }
 
     void anErrorThatEndsTheBillsIsLogged() {

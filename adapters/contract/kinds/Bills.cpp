@@ -117,7 +117,7 @@ public:
 
 private:
     bool IsFurther(const SourceRow& row);
-    bool GivesWay(const SourceRow& row, const BillHead& head);
+    bool GivesWay(const SourceRow& row, BillHead& head);
     Phases WritePhases(const SourceRow& bill);
     int SequenceOf(const BillPhases& phases, const SourceRow& row, int last) const;
     qint64 PhaseOf(const SourceRow& row, const Phases& phases) const;
@@ -196,7 +196,7 @@ QString RevisionText(const SourceRow& row, const Field& revision) {
 }
 
 /// Whether another revision of the source has become the same number in Quadrix, and stays.
-bool BillImporter::GivesWay(const SourceRow& row, const BillHead& head) {
+bool BillImporter::GivesWay(const SourceRow& row, BillHead& head) {
     const Bills& declared = m_kind->declared;
     if (!declared.revision.IsSet()) {
         return false;
@@ -208,6 +208,7 @@ bool BillImporter::GivesWay(const SourceRow& row, const BillHead& head) {
         before == m_revisionTexts.cend() ? std::nullopt : std::optional<QString>(*before);
     const bool isAnother = other && *other != own;
     const bool givesWay = isAnother && !(declared.active.IsSet() && mod_ovTools::ToBoolean(head.active));
+    head.replaces = isAnother && !givesWay;
     if (isAnother) {
         Run().Log((givesWay ? QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', che rimane")
                             : QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', e la sostituisce"))
@@ -326,6 +327,12 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     component.repeated = parts.repeated;
     if (m_kind->declared.component) {
         m_kind->declared.component(Run(), row, component);
+    }
+    const QStringList told = parts.quantity.Columns();
+    if (component.quantity == 0 &&
+        std::all_of(told.begin(), told.end(), [&row](const QString& column) { return row.IsBlank(column); })) {
+        Run().Log(
+            QStringLiteral("COMPONENTE SENZA QUANTITÀ: %1: '%2', scritto con 0").arg(parts.rows.Name(row), article));
     }
     m_writer.Write(component, phase, [&](TargetRow& target) { m_kind->ofComponent.Apply(target, session, row, {}); });
 }

@@ -118,9 +118,8 @@ void WriteText(ImportRun& run, const ovQueryConstructor& text) {
 void ArticleWriter::Text(const QString& article, const QString& column, const QString& text,
                          const QString& language) const {
     const QString written = m_run.Case().upperTexts ? mod_ovTools::UpperChars(text) : text;
-    m_run.GetSession().Quadrix.SetLanguageTextValue(
-        m_run.FullName(Art), column, article, written, language,
-        [this](const ovQueryConstructor& row) { WriteText(m_run, row); });
+    m_run.GetSession().Quadrix.SetLanguageTextValue(m_run.FullName(Art), column, article, written, language,
+                                                    [this](const ovQueryConstructor& row) { WriteText(m_run, row); });
 }
 
 void ArticleWriter::Texts(const QString& article, const QString& description) const {

@@ -60,6 +60,7 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     }
     m_bill = IdWhere(session, "DIS_BAS", condition);
     m_wasThere = m_bill != 0;
+    Claim(head);
     TargetRow row(m_run, "DIS_BAS");
     row.Set("IDOLD", head.sourceKey);
     if (head.note && (m_wasThere || !head.note->isEmpty())) {
@@ -82,7 +83,24 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     SetMore(row, more);
     row.Insert();
     m_bill = m_run.LastId("DIS_BAS");
+    m_run.Remember(m_begun, m_bill);
     return RowOutcome::Inserted;
+}
+
+void BillWriter::Claim(const BillHead& head) {
+    if (!m_wasThere) {
+        return;
+    }
+    if (m_begun.contains(m_bill) && !head.replaces) {
+        const QString other = LookUp(m_run.GetSession(), "DIS_BAS", "RECORD_ID", QString::number(m_bill), "IDOLD");
+        if (other != head.sourceKey.trimmed()) {
+            const QString revision =
+                head.revision.isNull() ? QString() : QStringLiteral(", revisione %1,").arg(head.revision.toLongLong());
+            throw ImportError(QStringLiteral("la distinta di '%1'%2 è già quella che l'origine chiama '%3'")
+                                  .arg(head.article, revision, other));
+        }
+    }
+    m_run.Remember(m_begun, m_bill);
 }
 
 qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&)>& more) {

@@ -31,6 +31,7 @@ struct BillHead {
     QVariant revision = {};           ///< Null: an article has one bill
     QVariant active = {};             ///< whether it is the revision in force; Null: it is
     std::optional<QString> note = {}; ///< none: the source has none, and what Quadrix has stays
+    bool replaces = false;            ///< whether it takes the place of another one that the run has written
 };
 
 /// What the quantity of a component does that its bill has got in this run already.
@@ -61,7 +62,9 @@ public:
     /// Makes sure that an article has a bill: a new one is inserted, an existing one marked as changed. What it holds
     /// is written by the calls below. @param sourceKey key of the bill in the source
     RowOutcome Begin(const QString& article, const QString& sourceKey) { return Begin(BillHead{article, sourceKey}); }
-    /// The same; an article has one bill for each revision. @param more sets further columns
+    /// The same; an article has one bill for each revision. One that the run has begun by another key of the source
+    /// raises `ImportError`, unless it is to be replaced: their components would be mixed. @param more sets further
+    /// columns
     RowOutcome Begin(const BillHead& head, const std::function<void(TargetRow&)>& more = {});
     /// RECORD_ID of the bill begun last.
     qint64 BillId() const { return m_bill; }
@@ -97,6 +100,7 @@ public:
     qint64 Components() const { return m_run.WrittenRows("DIS_COM"); }
 
 private:
+    void Claim(const BillHead& head);
     void DropGeneric(qint64 phase);
     void TellLinks(const QString& bill) const;
     void LogCycles();
@@ -105,6 +109,7 @@ private:
     ImportRun& m_run;
     qint64 m_bill = 0;
     bool m_wasThere = false;             ///< the bill begun last
+    QSet<qint64> m_begun;                ///< bills of the run
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
     qint64 m_firstPhase = 0;             ///< the one of them that was written first
