@@ -88,7 +88,7 @@ Bills Distinte() {
         .note = "NOTE",
         .components =
             {
-                .rows = {.table = "DISTCOMP", .on = {{"IDDIST"}}, .order = "POS", .naming = "POS, CODCOMP"},
+                .rows = {.table = "DISTCOMP", .on = {{"IDDIST"}}, .order = "POS", .naming = "IDDIST, POS, CODCOMP"},
                 .article = {"CODCOMP", Article()},
                 .quantity = "QTA",
                 .note = "NOTE",
@@ -102,7 +102,7 @@ Bills Distinte() {
             },
         .phases =
             BillPhases{
-                .rows = {.table = "CICLI", .on = {{"IDDIST"}}, .order = "SEQ"},
+                .rows = {.table = "CICLI", .on = {{"IDDIST"}}, .order = "SEQ", .naming = "IDDIST, SEQ"},
                 .key = "SEQ",
                 .number = "SEQ",
                 .work = {"CODLAV", Work("Lavorazioni", "CODLAV")},

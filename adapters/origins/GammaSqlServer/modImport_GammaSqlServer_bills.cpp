@@ -45,7 +45,7 @@ Bills Distinte() {
                 .rows = {.table = "PD96_LEGAMIDISBA",
                          .on = {{"PD96_IDDISBA_PD95", "PD95_IDDISBA"}},
                          .order = "PD96_SEQCOMP",
-                         .naming = "PD96_COMPON"},
+                         .naming = "PD96_IDDISBA_PD95, PD96_SEQCOMP, PD96_COMPON"},
                 .article = {"PD96_COMPON", Article()},
                 .quantity = "PD96_QUANT_1",
                 .position = "PD96_SEQCOMP",
