@@ -1,0 +1,191 @@
+#include "app/history/keptChanges.h"
+#include "app/history/Recorder.h"
+#include "app/history/undo.h"
+#include "sql/Transaction.h"
+#include "tests/app/KeptRuns.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QTest>
+
+using namespace history;
+
+/// What is taken back of a run, and what is not.
+class TestUndo : public QObject {
+    Q_OBJECT
+
+private slots:
+    /// What a run wrote is taken back, but for what somebody has changed since.
+    void takesARunBack() {
+        Kept kept;
+        kept.Run();
+        const QStringList first = kept.Articles();
+        kept.Source("UPDATE ART SET NOME = 'Altro', COSTO = '9'");
+        kept.Run();
+        QCOMPARE(kept.Account(), "4 = 2 + 2 + 0 + 0");
+        kept.Target.Execute("UPDATE X01_ART_ICO SET ARDES = 'Mio' WHERE CDART = 'D'");
+        History history(kept.Path());
+        const UndoResult result = Undo(kept.Target.Get(), history, 2);
+        QCOMPARE(result.removed, 1);
+        QCOMPARE(result.restored, 2);
+        QCOMPARE(result.keptCount, 1);
+        QCOMPARE(result.kept.front().why, "è stata modificata dopo");
+        QCOMPARE(kept.Articles(), first + QStringList{"D|Mio|9"});
+        QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 2), ImportError);
+    }
+
+    /// Rows that one run writes several times go back to what they were before the first.
+    void takesBackWhatWasWrittenTwice() {
+        Kept kept;
+        kept.Run();
+        const QStringList first = kept.Articles();
+        kept.Source("DELETE FROM ART");
+        kept.Source("INSERT INTO ART VALUES ('A', '-', '1', 'PZ'), ('A', 'Vite nuova', '2', 'PZ'), "
+                    "('C', 'Una', '1', 'PZ'), ('C', 'Altra', '2', 'PZ'), ('E', 'Nuovo', '1', 'PZ'), "
+                    "('E', 'Altro', '2', 'PZ'), ('F', 'Nuovo', '1', 'PZ'), ('F', '-', '1', 'PZ'), "
+                    "('F', 'Di nuovo', '2', 'PZ')");
+        kept.Run();
+        QCOMPARE(kept.Articles(), (QStringList{"A|Vite nuova|2", "C|Altra|2", "E|Altro|2", "F|Di nuovo|2"}));
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 2);
+        QCOMPARE(result.keptCount, 0);
+        QCOMPARE(kept.Articles(), first);
+    }
+
+    /// What others did behind a run, and what its taking back leaves and names.
+    void leavesWhatIsOfOthers_data() {
+        Columns<QString, QString, QStringList, QStringList>("source", "later", "articles", "kept");
+        const QString replaced = "UPDATE ART SET NOME = '-' WHERE CODICE = 'A'; "
+                                 "INSERT INTO ART VALUES ('A', 'Vite nuova', '2', 'PZ')";
+        const QString added = "INSERT INTO ART VALUES ('E', 'Nuovo', '1', 'PZ')";
+        Row("edited in a column of its own", added,
+            "UPDATE X01_ART_ICO SET ARNOT = 'x', USMDF = 'maria' WHERE CDART = 'E'",
+            QStringList{"A|Vite|1.5", "C|Rondella|3", "E|Nuovo|1"}, QStringList{"è stata modificata dopo"});
+        Row("edited in a column that the run wrote first of it",
+            "INSERT INTO ART VALUES ('E', 'Nuovo', '1', 'PZ'), ('E', 'Altro', '2', 'PZ')",
+            "UPDATE X01_ART_ICO SET DTINS = '20000101' WHERE CDART = 'E'",
+            QStringList{"A|Vite|1.5", "C|Rondella|3", "E|Altro|2"}, QStringList{"è stata modificata dopo"});
+        Row("edited in the place of a deleted one", replaced, "UPDATE X01_ART_ICO SET ARDES = 'Mia' WHERE CDART = 'A'",
+            QStringList{"A|Mia|2", "C|Rondella|3"},
+            QStringList{"è stata modificata dopo", "il suo codice è della riga 3"});
+        Row("in the place of a deleted one", replaced, "", QStringList{"A|Vite|1.5", "C|Rondella|3"}, QStringList{});
+        Row("removed from there", replaced, "DELETE FROM X01_ART_ICO WHERE CDART = 'A'",
+            QStringList{"A|Vite|1.5", "C|Rondella|3"}, QStringList{"non c'è più"});
+    }
+    void leavesWhatIsOfOthers() {
+        QFETCH(QString, source);
+        QFETCH(QString, later);
+        Kept kept;
+        kept.Run();
+        for (const QString& statement : source.split(';')) {
+            kept.Source(statement);
+        }
+        kept.Run();
+        if (!later.isEmpty()) {
+            kept.Target.Execute(later);
+        }
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 2);
+        QStringList why;
+        for (const KeptRow& row : result.kept) {
+            why += row.why;
+        }
+        QTEST(kept.Articles(), "articles");
+        QTEST(why, "kept");
+    }
+
+    /// A table that is emptied gives its numbers again: the rows of the later run bear them.
+    void leavesRowsThatCameAfterAReset() {
+        Kept kept;
+        kept.Run();
+        kept.Target.Execute("TRUNCATE TABLE X01_ART_ICO");
+        kept.Run();
+        const QStringList after = kept.Articles();
+        QCOMPARE(kept.Target.Value("SELECT MIN(RECORD_ID) FROM X01_ART_ICO"), "1");
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 1);
+        QCOMPARE(result.removed, 0);
+        QCOMPARE(result.kept.front().why, "non c'è più");
+        QCOMPARE(kept.Articles(), after);
+        QCOMPARE(Undo(kept.Target.Get(), History(kept.Path()), 2).removed, 2);
+    }
+
+    /// Either both the tables and the history tell of a taking back, or neither does.
+    void undoesNothingThatTheHistoryCannotTell() {
+        Kept kept;
+        kept.Run();
+        const QStringList articles = kept.Articles();
+        const History history(kept.Path());
+        {
+            const auto other = Open(kept.Path());
+            const Transaction writing(*other);
+            other->Execute("UPDATE runs SET worker = 'x'");
+            QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 1), SqlError);
+        }
+        QCOMPARE(kept.Articles(), articles);
+        QCOMPARE(Undo(kept.Target.Get(), history, 1).removed, 2);
+    }
+
+    /// Nor is anything taken back, even for a trial, where what is written cannot be.
+    void refusesTablesWithoutTransactions() {
+        if (!TestTarget::HasMariaDb()) {
+            QSKIP("needs the MariaDB server of scripts/test");
+        }
+        Kept kept(TestTarget::On::MariaDb);
+        kept.Run();
+        const QStringList articles = kept.Articles();
+        kept.Target.Execute("ALTER TABLE X01_ART_ICO ENGINE = MyISAM");
+        kept.Target.Get().UserManager.SetAzienda({}); // the taking back of a run needs none
+        const History history(kept.Path());
+        for (const bool isTrial : {true, false}) {
+            QVERIFY_EXCEPTION_THROWN(UndoAlone(kept.Target.Get(), history, 1, isTrial), ImportError);
+            QCOMPARE(kept.Articles(), articles);
+        }
+    }
+
+    /// Rows of several tables that were inserted by turns go in the reverse order, as foreign keys may demand.
+    void removesRowsFromTheLast() {
+        Kept kept;
+        kept.Run();
+        History history(kept.Path());
+        const auto file = Open(kept.Path());
+        file->ExecuteScript("DELETE FROM changes;\nDELETE FROM runs;\nDELETE FROM procedures");
+        const auto tell = [](Recorder& recorder, const char* table, qint64 id) {
+            static const QStringList columns{"USINS"};
+            TargetChange change{TargetChange::Kind::Inserted, table, id};
+            change.columns = columns;
+            recorder.TargetChanges(change);
+        };
+        {
+            Recorder recorder(kept.Target.Get(), {});
+            recorder.ProcedureBegins("modImport_Prova", "ImportProva");
+            for (qint64 id = 1; id <= 900; ++id) { // more than a record holds
+                tell(recorder, "X01_DIS_TES", id);
+                tell(recorder, "X01_DIS_RIG", id);
+            }
+            recorder.TargetChanges({TargetChange::Kind::Deleted, "X01_DIS_FAS", 7});
+            tell(recorder, "X01_DIS_RIG", 901);
+            tell(recorder, "X01_DIS_RIG", 902);
+            recorder.ProcedureEnds({});
+        }
+        QStringList order;
+        ForEachChangeBackwards(history, history.LastRun(), [&](const Change& change) {
+            order += change.table.mid(4) + ' ' + QString::number(change.id);
+        });
+        QStringList expected{"DIS_RIG 902", "DIS_RIG 901", "DIS_FAS 7"};
+        for (qint64 id = 900; id >= 1; --id) {
+            expected += QStringLiteral("DIS_RIG %1").arg(id);
+            expected += QStringLiteral("DIS_TES %1").arg(id);
+        }
+        QCOMPARE(order, expected);
+    }
+
+    /// A trial leaves nothing to take back.
+    void keepsTrials() {
+        Kept kept;
+        kept.Run({}, true);
+        History history(kept.Path());
+        QVERIFY(history.Load(1).isTrial);
+        QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 1), ImportError);
+    }
+};
+
+QUADRIX_TEST(TestUndo)
+#include "test_undo.moc"
