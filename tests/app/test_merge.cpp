@@ -26,8 +26,8 @@ private slots:
         Row("blank texts match nobody", QStringList{"000001; ; ;", "000002;;;"}, QStringList{"000005;; ;"},
             QStringList{"000001 000006   NUOVO!!!!", "000002 000007  NUOVO!!!!"});
         Row("a number of one character tells nobody",
-            QStringList{"000001;Uno;00000000000;", "000002;Due;00000000000;dve", "000003;uno;;DVE"},
-            QStringList{"000005;Altro;00000000000;DVE"},
+            QStringList{"000001;Uno;00000000000;", "000002;Due;00000000000;aaa", "000003;uno;;AAA"},
+            QStringList{"000005;Altro;00000000000;AAA"},
             QStringList{"000001 000006 Uno NUOVO!!!!", "000002 000007 Due NUOVO!!!!",
                         "000003 000006 Uno RAGIONE SOCIALE"});
         Row("quotes", QStringList{"000001;D'Est;;"}, QStringList{"000005;Neri D'Est;;"},
