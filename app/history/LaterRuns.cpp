@@ -1,5 +1,6 @@
 #include "app/history/LaterRuns.h"
 
+#include "app/history/keptChanges.h"
 #include "app/history/resultJson.h"
 
 #include <QJsonDocument>
@@ -9,28 +10,44 @@ namespace history {
 LaterRuns::LaterRuns(const History& history, const Run& run)
     : m_history(history),
       m_run(run.id) {
+    LoadHighest();
     LoadInserted();
     LoadEmptied();
     LoadDeleted();
 }
 
-void LaterRuns::LoadInserted() {
+void LaterRuns::ForEachInsertedRow(const QString& runs,
+                                   const std::function<void(const QString& table, qint64 id)>& work) const {
     Recordset rows = m_history.File().ExecuteWC(
-        Statement("SELECT C.target_table, C.target_id, C.inserted FROM changes C JOIN procedures P ON P.id = "
-                  "C.procedure WHERE P.run > ? AND C.kind = ?",
+        Statement(QString("SELECT C.target_table, C.target_id, C.inserted FROM changes C JOIN procedures P ON P.id = "
+                          "C.procedure WHERE P.run " +
+                          runs + " ? AND C.kind = ?"),
                   {m_run, static_cast<int>(TargetChange::Kind::Inserted)}));
     for (; !rows.Eof(); rows.MoveNext()) {
-        QSet<qint64>& numbers = m_inserted[rows.Fields(0).Value().toString()];
+        const QString table = rows.Fields(0).Value().toString();
         const QString inserted = rows.Fields(2).Value().toString();
         if (inserted.isEmpty()) {
-            numbers.insert(rows.Fields(1).Value().toLongLong());
-            continue;
-        }
-        const QList<QStringView> each = QStringView(inserted).split(u' ');
-        for (qsizetype i = 0; i < each.size(); i += 2) { // a digest is behind each
-            numbers.insert(each.at(i).toLongLong());
+            work(table, rows.Fields(1).Value().toLongLong());
+        } else {
+            ForEachInserted(inserted, [&](qint64 id, qint64) { work(table, id); });
         }
     }
+}
+
+void LaterRuns::LoadHighest() {
+    ForEachInsertedRow(QStringLiteral("="), [this](const QString& table, qint64 id) {
+        qint64& highest = m_highest[table];
+        highest = std::max(highest, id);
+    });
+}
+
+/// Those alone that a row of the run may have had: all the others are higher, and many.
+void LaterRuns::LoadInserted() {
+    ForEachInsertedRow(QStringLiteral(">"), [this](const QString& table, qint64 id) {
+        if (id <= m_highest.value(table)) {
+            m_inserted[table].insert(id);
+        }
+    });
 }
 
 void LaterRuns::LoadEmptied() {
@@ -55,8 +72,11 @@ void LaterRuns::LoadDeleted() {
                   "WHERE P.run > ? AND P.undone IS NULL AND C.kind = ?",
                   {m_run, static_cast<int>(TargetChange::Kind::Deleted)}));
     for (; !rows.Eof(); rows.MoveNext()) {
-        m_deleted[rows.Fields(0).Value().toString()].insert(rows.Fields(1).Value().toLongLong(),
-                                                            rows.Fields(2).Value().toLongLong());
+        const QString table = rows.Fields(0).Value().toString();
+        const qint64 id = rows.Fields(1).Value().toLongLong();
+        if (id <= m_highest.value(table)) {
+            m_deleted[table].insert(id, rows.Fields(2).Value().toLongLong());
+        }
     }
 }
 

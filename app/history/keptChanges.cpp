@@ -17,12 +17,11 @@ std::vector<Change> ChangesOf(const Recordset& kept) {
         return {one};
     }
     std::vector<Change> changes;
-    const QList<QStringView> numbers = QStringView(inserted).split(u' ');
-    for (qsizetype i = 0; i + 1 < numbers.size(); i += 2) {
+    ForEachInserted(inserted, [&](qint64 id, qint64 digest) {
         Change& change = changes.emplace_back(one);
-        change.id = numbers.at(i).toLongLong();
-        change.digest = numbers.at(i + 1).toLongLong();
-    }
+        change.id = id;
+        change.digest = digest;
+    });
     // The number of the block, then how far each row is behind the one before it.
     const QString places = kept.Fields(7).Value().toString();
     const QList<QStringView> steps = QStringView(places).split(u' ', Qt::SkipEmptyParts);
@@ -37,6 +36,13 @@ std::vector<Change> ChangesOf(const Recordset& kept) {
 }
 
 } // namespace
+
+void ForEachInserted(const QString& inserted, const std::function<void(qint64 id, qint64 digest)>& work) {
+    const QList<QStringView> numbers = QStringView(inserted).split(u' ', Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i + 1 < numbers.size(); i += 2) {
+        work(numbers.at(i).toLongLong(), numbers.at(i + 1).toLongLong());
+    }
+}
 
 void ForEachChangeBackwards(const History& history, qint64 run, const std::function<void(const Change&)>& work) {
     std::vector<Change> waiting; // of one block

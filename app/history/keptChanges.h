@@ -16,6 +16,10 @@ struct Change {
     qint64 place = 0; ///< of an inserted row among all of its block
 };
 
+/// Hands on the rows that one record of the history tells, in the order in which they were inserted.
+/// @param inserted "id digest" of each, with blanks between them
+void ForEachInserted(const QString& inserted, const std::function<void(qint64 id, qint64 digest)>& work);
+
 /// Hands the changes of a run to `work`, the last one first. Raises `SqlError`.
 void ForEachChangeBackwards(const History& history, qint64 run, const std::function<void(const Change&)>& work);
 

@@ -344,10 +344,6 @@ void CheckMayUndo(Session& session, const Run& run) {
     }
 }
 
-} // namespace
-
-namespace {
-
 /// Takes back what a run wrote; called within a transaction. A row that is found to stay when some of it was taken back
 /// already stays as a whole: then it is done again.
 UndoResult TakeBackAll(Session& session, const History& history, const Run& run) {

@@ -9,8 +9,8 @@ namespace contract {
 /// leaves out (`rules::NotZero`) is none: how numbered columns that are not used are told.
 struct ScaleFields {
     Field quantity = {}; ///< up to which it holds; blank and 0: any quantity
-    Field quantityFrom =
-        {}; ///< in place of it, the one that it holds from; the rows come by list, article, first day and quantity
+    /// In place of it, the one that it holds from: then the rows come by list, article, first day and quantity.
+    Field quantityFrom = {};
     Field price;
     std::vector<Field> discounts = {}; ///< at most three
 };
