@@ -69,16 +69,15 @@ private slots:
 
     void WhatTheSourceHasClearedIsCleared_data() {
         Columns<QString, QString, QString, QString, QString>("module", "procedure", "change", "columns", "written");
-        const QString party =
-            "COMOP, COSC1, COSC2, COSF1, COCOC, COIBA, COFID, CONOT, SUBSTR(COINV, 1, 8) FROM X01_CON_TRO WHERE "
-            "CDCON = '000123'";
+        const QString party = "COMOP, COSC1, COSC2, COSF1, COCOC, COIBA, COFID, CONOT, COINV FROM X01_CON_TRO WHERE "
+                              "CDCON = '000123'";
         Row("nothing", "modImport_BMS", "AggiornaContropartiBMS", "UPDATE ANCLIENT SET COD_ZONA = 'Z2'", party,
-            "RB30|10.5|2|4|000000123456|IT72X0306905696000000123456|25000|Chiamare 'prima'|20200515");
+            "RB30|10.5|2|4|000000123456|IT72X0306905696000000123456|25000|Chiamare 'prima'|2020-05-15T00:00:00.000Z");
         // The row of the supplier, which comes behind, has blanks in the other columns.
         Row("blanks and a zero", "modImport_BMS", "AggiornaContropartiBMS",
             "UPDATE ANCLIENT SET COD_PAGAM = NULL, SCONTO1 = NULL, SCONTO2 = 0, NUM_CC = NULL, FIDO = 0, NOTE = ' ', "
             "DT_INS = NULL WHERE COD_CLIENTE = 'C123'",
-            party, "NULL|NULL|0|4|NULL|NULL|0||20200515");
+            party, "NULL|NULL|0|4|NULL|NULL|0||2020-05-15T00:00:00.000Z");
         const QString exemption = "COESE FROM X01_CON_TRO WHERE COCGE = 'C124'";
         Row("no exemption any more", "modImport_BMS", "AggiornaContropartiBMS",
             "UPDATE ANCLIENT SET COD_IVA = '22' WHERE COD_CLIENTE = 'C124'", exemption, "NULL");

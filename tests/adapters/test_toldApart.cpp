@@ -12,9 +12,8 @@ private slots:
     void WhatIsOneInQuadrixIsToldApart_data() {
         Columns<QString, QString, QString, QString, QString, QString>("module", "line", "change", "told", "query",
                                                                       "rows");
-        const QString heads = "GROUP_CONCAT(DTCON || '/' || COALESCE(DTSER, '') || '/' || (SELECT COUNT(*) FROM "
-                              "X01_DOC_%1R R WHERE R.IDTES = T.RECORD_ID)) FROM (SELECT * FROM X01_DOC_%2 WHERE %3 "
-                              "ORDER BY RECORD_ID) T";
+        const QString heads = "DTCON, COALESCE(DTSER, ''), (SELECT COUNT(*) FROM X01_DOC_%1R R WHERE R.IDTES = "
+                              "T.RECORD_ID) FROM X01_DOC_%2 T WHERE %3 ORDER BY RECORD_ID";
         const QString sales = heads.arg("VE", "VEN");
         Row("joined, one number of two customers", "modImport_Tessera", "ImportOrdCliTessera",
             "INSERT INTO OrdCliT VALUES (8, 2024, 7, '20240201 00:00:00', 13, NULL, NULL, 0, 0, NULL);"
@@ -24,18 +23,18 @@ private slots:
             "INSERT INTO OrdCliR SELECT 113, 8, 2, CodArt, DesArt, UniMis, Qta, QtaEva, Prezzo, Sconto1, Sconto2, "
             "IdIva, "
             "DatCons FROM OrdCliR WHERE IdOrdCliR = 102",
-            "NumOrd '7', NumRig '1': ORDCL 7/2024 di '", sales.arg("DTNUM = 7 AND DTANN = 2024"), "000123//3");
+            "NumOrd '7', NumRig '1': ORDCL 7/2024 di '", sales.arg("DTNUM = 7 AND DTANN = 2024"), "000123||3");
         Row("one number in two series", "modImport_Solution", "ImportDocumentiSolution inputs=01/02/2024",
             "INSERT INTO DOC_TES (DT_ID, DT_TIPO, DT_NUMERO, DT_ANNO, DT_DATA, DT_CODCON) VALUES (8, 'BC', 7, 2024, "
             "'20240203 00:00:00', 'C0001'); INSERT INTO DOC_RIG (DR_IDTES, DR_RIGA, DR_CODART, DR_QTA) VALUES (8, 1, "
             "'te-100', '1')",
             "CODICE IVA DELL'ARTICOLO: tabella 'DOC_TES', DT_TIPO 'BC'", sales.arg("DTNUM = 7 AND DTCAU = 'DDTCS'"),
-            "000002/A/1,000001//1");
+            "000002|A|1\n000001||1");
         Row("heads that share their rows", "modImport_OSL", "ImportDocumentiOSL answers=si",
             "INSERT INTO ORDTES (ANNO, TIPO, NUMERO, DATA, CODICE) VALUES (2024, 'C', 2, '20240309 00:00:00', '123')",
             "NRIGA '1': colonne 'ANNO', 'TIPO', 'NUMERO': più testate hanno '2024', 'C', '2', le righe non si possono "
             "distinguere",
-            "GROUP_CONCAT(DTCON) FROM X01_DOC_VEN WHERE DTNUM = 2", "000124");
+            "DTCON FROM X01_DOC_VEN WHERE DTNUM = 2", "000124");
         Row("digits alone, and the row that comes from them", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
             "INSERT INTO DOTes (Id_DOTes, Cd_DO, CliFor, TipoDocumento, NumeroDoc, DataDoc, EsAnno, Cd_CF, Esecutivo) "
             "VALUES (30, 'OC', 'C', 'O', '13', '20240201 00:00:00', '2024', 'C000123', 1), (31, 'OC', 'C', 'O', "
@@ -61,12 +60,12 @@ private slots:
             "INSERT INTO RIEMOV VALUES (10, 'BV', '20240302 00:00:00', 2024, '77', 'C', 2, 'AB-03', '1', '1', '1')",
             "RDRIEMOV '10', ESRIEMOV '2024', CSRIEMOV 'BV', RGRIEMOV '2': colonne 'CLRIEMOV', 'FLRIEMOV': la riga è "
             "della controparte '000077', il suo documento di '000123'",
-            sales.arg("DTNUM = 10"), "000123//1");
+            sales.arg("DTNUM = 10"), "000123||1");
         Row("no day", "modImport_Gescom", "ImportDocumentiGescom",
             "UPDATE RIEMOV SET DTRIEMOV = NULL WHERE RDRIEMOV = 10",
             "RDRIEMOV '10', ESRIEMOV '2024', CSRIEMOV 'BV', RGRIEMOV '1': colonna 'DTRIEMOV': il documento non ha una "
             "data",
-            sales.arg("DTNUM = 10"), "000123//1");
+            sales.arg("DTNUM = 10"), "000123||1");
         Row("what comes back", "modImport_Template", "ImportOrdini",
             "UPDATE RIGHE SET QUANTITA = '-10', EVASA = '-4' WHERE ARTICOLO = 'AR-1'", "ARTICOLO NON TROVATO",
             "DISTINCT DRSTA, DRQTD FROM X01_DOC_VER WHERE DRART = 'AR-1'", "PE|-6");

@@ -405,8 +405,8 @@ private slots:
         const ListHead list = again.Head("L1", "V", "Listino 2024", "EUR");
         QCOMPARE(again.Article(list, "A", {newYear, QDate(2024, 6, 30)}, "Fiera"), row);
         QCOMPARE(again.Article(list, "A", {newYear}), row); // the source does not tell of the end
-        QCOMPARE(target.Rows("SELECT LTDES, LTVAL, IDTES, LAFIV, LANOT FROM X01_LIS_ART JOIN X01_LIS_TES USING "
-                             "(CDLIS)"),
+        QCOMPARE(target.Rows("SELECT LTDES, LTVAL, IDTES, LAFIV, LANOT FROM X01_LIS_ART A JOIN X01_LIS_TES T ON "
+                             "T.CDLIS = A.CDLIS"),
                  QStringList("Listino 2024|EUR|1|2024-06-30T00:00:00.000Z|Fiera"));
         QVERIFY(target.Log().contains("ora in EUR, prima in USD"));
         QVERIFY_THROWS_EXCEPTION(ImportError, again.Head("L1", "V", "Listino 2024", "USD"));

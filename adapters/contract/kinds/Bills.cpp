@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/Bills.h"
 
+#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/write/Article.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -290,7 +291,7 @@ qint64 BillImporter::PhaseOf(const SourceRow& row, const Phases& phases) const {
     if (found != phases.byKey.cend()) {
         return *found;
     }
-    if (!key.isEmpty() && key != u"0") {
+    if (!key.isEmpty() && ReadWholeNumber(key) != 0) { // "0", "00": none
         Run().Log(QStringLiteral("FASE NON TROVATA: %1: '%2', si usa la prima").arg(parts.rows.Name(row), key));
     }
     return phases.first;

@@ -213,7 +213,8 @@ Bills Distinte() {
         .table = DistinteTable, .on = {{"CDPAD"}}, .order = "NRSEQ, _RIGA", .naming = "CDPAD, NRSEQ"};
     ChildTable phases = ofBill;
     phases.order = QStringLiteral("NRFAS, _RIGA");
-    phases.where = QStringLiteral("TRIM(NRFAS, ' 0.') <> ''"); // as a number or as a padded text
+    // The rest give no phase: blank or zero, as a number or as a padded text.
+    phases.where = QStringLiteral("REPLACE(REPLACE(REPLACE(NRFAS, ' ', ''), '0', ''), '.', '') <> ''");
     return {
         .frame = {.module = Module, .procedure = "ImportDistinteExcelAS400"},
         .source = {.table = DistinteTable, .key = "CDPAD", .order = "CDPAD", .distinct = true},

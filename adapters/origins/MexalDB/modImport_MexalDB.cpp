@@ -126,9 +126,9 @@ QString ConditionOf(Session& session, const Group& group) {
 /// A customer who is invoiced to another is a destination of that one. Texts are padded with blanks, which not every
 /// engine passes over.
 const QString IsDestination =
-    QStringLiteral("TRIM(J1.CKY_CNT_CLI_FATT) > '' AND TRIM(J1.CKY_CNT_CLI_FATT) <> TRIM(T.CKY_CNT)");
-const QString IsNoDestination = QStringLiteral("(J1.CKY_CNT_CLI_FATT IS NULL OR TRIM(J1.CKY_CNT_CLI_FATT) = '' OR "
-                                               "TRIM(J1.CKY_CNT_CLI_FATT) = TRIM(T.CKY_CNT))");
+    QStringLiteral("RTRIM(J1.CKY_CNT_CLI_FATT) > '' AND RTRIM(J1.CKY_CNT_CLI_FATT) <> RTRIM(T.CKY_CNT)");
+const QString IsNoDestination = QStringLiteral("(J1.CKY_CNT_CLI_FATT IS NULL OR RTRIM(J1.CKY_CNT_CLI_FATT) = '' OR "
+                                               "RTRIM(J1.CKY_CNT_CLI_FATT) = RTRIM(T.CKY_CNT))");
 
 /// The accounts of a group that fulfil a condition, with their conditions of trade.
 SourceTable AccountsOf(const Group& group, const QString& where) {

@@ -104,7 +104,7 @@ Bills Distinte() {
         .source = {.table = Modelli,
                    .key = "R_ARTICOLO",
                    .order = "R_ARTICOLO, PRIORITA, ID_MODELLO",
-                   .where = "STATO = 'V' AND (R_COMMESSA IS NULL OR TRIM(R_COMMESSA) = '')",
+                   .where = "STATO = 'V' AND (R_COMMESSA IS NULL OR RTRIM(R_COMMESSA) = '')",
                    .naming = "R_ARTICOLO, ID_MODELLO"},
         .article = {"R_ARTICOLO", Article()},
         .sourceKey = "ID_MODELLO",
