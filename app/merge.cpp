@@ -1,5 +1,6 @@
 #include "app/merge.h"
 
+#include "adapters/contract/run/RowTransaction.h"
 #include "app/CompanyLock.h"
 #include "app/mergeRecord.h"
 #include "app/mergeText.h"
@@ -8,6 +9,7 @@
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 namespace merge {
@@ -55,6 +57,12 @@ Companies FindCompanies(Session& session, const QString& from, const QString& to
     return {result.from.code, result.to.code};
 }
 
+/// What was written for a counterparty.
+struct Written {
+    merge::Copied copied;
+    qint64 updated = 0; ///< rows that refer to it
+};
+
 /// One merge, from its checks to its log.
 class Merge {
 public:
@@ -63,7 +71,8 @@ public:
           m_result(result),
           m_companies(FindCompanies(session, from, to, result)),
           m_copier(session, m_companies),
-          m_records(session) {
+          m_records(session),
+          m_together(std::max(1, contract::RowsTogether(session))) {
         m_result.earlier = m_records.LastOf(m_companies.from);
         CheckInterrupted();
         if (updateReferences) {
@@ -107,13 +116,12 @@ public:
         }
         progress.SetStep(QStringLiteral("fusione controparti"));
         progress.SetMax(static_cast<float>(m_result.matches.size()));
-        for (const MergeMatch& match : m_result.matches) {
+        while (m_result.merged < m_result.matches.size()) {
             if (progress.Cancel()) {
                 LogInterrupted();
                 return false;
             }
-            MergeOne(match);
-            progress.SetValue(static_cast<float>(m_result.merged));
+            MergeTogether(progress);
         }
         if (m_references) {
             EndReferences();
@@ -141,37 +149,80 @@ private:
         };
     }
 
-    void MergeOne(const MergeMatch& match) {
-        const merge::Copied copied = Write(match);
-        for (auto table = copied.rows.begin(); table != copied.rows.end(); ++table) {
-            m_result.copied[table.key()] += table.value();
+    /// Merges the next counterparties in one transaction, as many as half a second takes. Where one fails those before
+    /// it are merged.
+    void MergeTogether(Progress& progress) {
+        const auto rest = m_result.matches.cbegin() + m_result.merged;
+        const auto end = rest + std::min(m_together, m_result.matches.size() - m_result.merged);
+        Transaction transaction(m_session.Quadrix);
+        QElapsedTimer time;
+        time.start();
+        std::vector<Written> written;
+        size_t marked = 0; // of them, those before the mark
+        try {
+            for (auto next = rest; next != end; ++next) {
+                m_session.Quadrix.SetMark();
+                marked = written.size();
+                written.push_back(Write(*next));
+                progress.SetValue(static_cast<float>(next - m_result.matches.cbegin() + 1));
+                if (time.elapsed() > contract::MostMillisecondsTogether || progress.Cancel()) {
+                    break;
+                }
+            }
+        } catch (...) {
+            written.resize(marked);
+            KeepBeforeMark(transaction, written);
+            throw;
         }
-        ++m_result.merged;
-        Log(match.oldCode + u' ' + match.oldName + u"   -->   " + match.newCode + u' ' + match.newName + u"   " +
-            MergeCriterionText(match.criterion));
-        for (const QString& note : copied.notes) {
-            m_result.notes.Add(note);
-            Log(note);
+        transaction.Keep();
+        Tell(written);
+    }
+
+    /// Keeps what came before an error, which tells more than what may go wrong here.
+    void KeepBeforeMark(Transaction& transaction, const std::vector<Written>& written) noexcept {
+        try {
+            m_session.Quadrix.RollbackToMark();
+            transaction.Keep();
+            Tell(written);
+        } catch (...) {
+            m_session.Errors.Monitoring(Module, Procedure);
         }
     }
 
     /// Copies it and re-points what refers to it, whole or not at all.
-    merge::Copied Write(const MergeMatch& match) {
+    Written Write(const MergeMatch& match) {
         try {
-            Transaction transaction(m_session.Quadrix);
-            merge::Copied copied;
+            Written written;
             if (match.criterion == MergeCriterion::New) {
-                copied = m_copier.Copy(match);
+                written.copied = m_copier.Copy(match);
             }
-            const qint64 updated = m_references ? m_references->Repoint(match.oldCode, match.newCode) : 0;
-            transaction.Keep();
-            m_result.referencesUpdated += updated;
-            return copied;
+            written.updated = m_references ? m_references->Repoint(match.oldCode, match.newCode) : 0;
+            return written;
         } catch (Error& error) {
             error.AddContext(
                 QStringLiteral("Controparte %1 %2 di %3").arg(match.oldCode, match.oldName, m_companies.from));
             throw;
         }
+    }
+
+    /// Counts and logs counterparties whose rows stand now.
+    void Tell(const std::vector<Written>& written) {
+        QStringList lines;
+        for (const Written& one : written) {
+            const MergeMatch& match = m_result.matches.at(m_result.merged);
+            ++m_result.merged;
+            m_result.referencesUpdated += one.updated;
+            for (auto table = one.copied.rows.begin(); table != one.copied.rows.end(); ++table) {
+                m_result.copied[table.key()] += table.value();
+            }
+            lines += match.oldCode + u' ' + match.oldName + u"   -->   " + match.newCode + u' ' + match.newName +
+                     u"   " + MergeCriterionText(match.criterion);
+            for (const QString& note : one.copied.notes) {
+                m_result.notes.Add(note);
+                lines += note;
+            }
+        }
+        modImport::WriteLog(m_session, lines, MergeLogFile(m_session));
     }
 
     /// With the marks goes what tells them from old codes: in the same moment it is noted that all are new.
@@ -207,6 +258,7 @@ private:
     Companies m_companies;
     Copier m_copier;
     merge::Records m_records;
+    qsizetype m_together; ///< counterparties that are committed together at the most
     std::optional<References> m_references;
     QHash<QString, QString> m_newCodes;
 };

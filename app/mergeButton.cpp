@@ -3,6 +3,8 @@
 #include "app/history/Recorder.h"
 #include "app/mergeText.h"
 
+#include <QFileInfo>
+
 namespace modMain {
 
 namespace {
@@ -120,6 +122,7 @@ MergeResult MergeAsked(Session& session) {
 RunResult Kept(Session& session, const std::function<MergeResult()>& merge) {
     const qint64 errorsBefore = session.Errors.Count();
     const double start = session.Person.WorkedSeconds();
+    const qint64 logStart = QFileInfo(MergeLogFile(session)).size();
     if (session.Observer != nullptr) {
         session.Observer->ProcedureBegins(MergeModule, MergeName);
     }
@@ -132,6 +135,7 @@ RunResult Kept(Session& session, const std::function<MergeResult()>& merge) {
             QStringLiteral("Fusione di %1 in %2").arg(CompanyText(merged.from), CompanyText(merged.to)));
         account.details.append("Log della fusione: " + MergeLogFile(session));
         account.logFile = MergeLogFile(session);
+        account.logStart = logStart;
     }
     if (session.Observer != nullptr) {
         session.Observer->ProcedureEnds(account);

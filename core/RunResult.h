@@ -79,6 +79,7 @@ struct RunResult {
     double seconds = 0;
     QStringList details; ///< what else there is to tell of the run, line by line
     QString logFile;     ///< its log, where that is not the import log
+    qint64 logStart = 0; ///< where in that file its lines begin, in bytes
 
     /// Whether the classes add up to the source rows.
     bool AddsUp() const { return inserted + updated + skipped + givenUpCount + notReached == sourceRows; }

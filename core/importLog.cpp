@@ -73,6 +73,14 @@ bool WriteImportLog(Session& session, const QString& message, bool startNew, con
     return true;
 }
 
+void WriteLog(const Session& session, const QStringList& messages, const QString& fileName) {
+    QString lines;
+    for (const QString& message : messages) {
+        lines += TimedLine(session, message);
+    }
+    WriteLines(session, lines, false, fileName);
+}
+
 void WriteHeldLines(Session& session) {
     for (const auto& tale : std::exchange(session.HeldTales, {})) {
         tale(*session.Observer);

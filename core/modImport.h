@@ -46,6 +46,8 @@ bool IsWarehouseDestination(int family, int docTypeIndex);
 /// @param fileName empty for the default log of the session
 /// @return true; raises `ImportError` naming the file when it cannot be written
 bool WriteImportLog(Session& session, const QString& message, bool startNew, const QString& fileName = {});
+/// Appends such a line for each message to a log of its own, in one go. Raises `ImportError` naming the file.
+void WriteLog(const Session& session, const QStringList& messages, const QString& fileName);
 
 /// Writes the lines of rows that are committed now, in one go, and notes them for the result of the run; the observer
 /// is told of the rows. Until then `WriteImportLog` and `LogNote` hold what goes to the default log. Raises

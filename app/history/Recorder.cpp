@@ -29,9 +29,10 @@ constexpr size_t MostWaiting = 5000;
 /// A log as the history keeps it: packed, as it repeats itself.
 QString Packed(const QByteArray& log) { return QString::fromLatin1(qCompress(log).toBase64()); }
 
-QString PackedLog(const QString& path) {
+/// What a file holds from a place on; null when it cannot be read.
+QString PackedLog(const QString& path, qint64 start = 0) {
     QFile log(path);
-    return log.open(QIODevice::ReadOnly) ? Packed(log.readAll()) : QString();
+    return log.open(QIODevice::ReadOnly) && log.seek(start) ? Packed(log.readAll()) : QString();
 }
 
 /// The number, and a blank behind it.
@@ -309,7 +310,10 @@ void Recorder::RowsStand(int loop, qint64 rows, const QString& last) noexcept {
 void Recorder::ProcedureEnds(const RunResult& result) noexcept {
     m_ending = std::max(m_ending, EndingOf(result));
     Try([&] {
-        m_logFile = result.logFile.isEmpty() ? m_logFile : result.logFile;
+        if (!result.logFile.isEmpty()) {
+            m_logFile = result.logFile;
+            m_logStart = result.logStart;
+        }
         Keep(Statement("UPDATE procedures SET result = ? WHERE id = ?",
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
         KeepImported();
@@ -384,7 +388,7 @@ void Recorder::End() {
 }
 
 void Recorder::TellEnd(ovConnection& file, bool isPartial) const {
-    const QString log = m_log ? Packed(EncodeText(*m_log, CodePage())) : PackedLog(m_logFile);
+    const QString log = m_log ? Packed(EncodeText(*m_log, CodePage())) : PackedLog(m_logFile, m_logStart);
     file.Execute(Statement(
         "UPDATE runs SET ended = ?, ending = ?, log = ?, log_file = ?, partial = ? WHERE id = ?",
         {TimeText(m_session.Now()), static_cast<int>(m_ending), log, m_logFile, static_cast<int>(isPartial), m_run}));

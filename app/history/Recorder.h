@@ -94,6 +94,7 @@ private:
     Ending m_ending = Ending::Complete; ///< the worst of its procedures
     std::optional<QString> m_log;       ///< null: the log stands in the file
     QString m_logFile;
+    qint64 m_logStart = 0;                ///< of this run in it, in bytes
     QString m_name;                       ///< of the procedure of the list that runs; empty: none is known
     std::vector<SqlText> m_waiting;       ///< to be written
     std::vector<InsertedRows> m_inserted; ///< behind them

@@ -1,3 +1,5 @@
+#include "app/history/History.h"
+#include "app/mergeButton.h"
 #include "tests/app/MergePair.h"
 #include "tests/support/QuadrixTest.h"
 
@@ -164,6 +166,44 @@ private slots:
         QVERIFY(pair.target.Person.Progresses.back().closed);
         QVERIFY(pair.Merge(true));
         QCOMPARE(Contents(pair.target), whole);
+    }
+
+    /// Counterparties are committed together; those before one that fails stand, whole, and are told of.
+    void whatComesBeforeAFailureStays_data() { Engines(); }
+    void whatComesBeforeAFailureStays() {
+        QFETCH(TestTarget::On, engine);
+        MergePair pair(engine);
+        FillAll(pair);
+        int begun = 0;
+        pair.target.Db().Trace = [&begun](const QString& statement) {
+            begun += statement.startsWith("BEGIN") ? 1 : 0;
+            if (statement.startsWith("INSERT INTO X02_NUM_TEL") && statement.contains("'045'")) {
+                throw SqlError(statement, "fault");
+            }
+        };
+        MergeResult result;
+        QVERIFY(!pair.Merge(true, &result));
+        pair.target.Db().Trace = nullptr;
+        QCOMPARE(begun, 1);
+        QCOMPARE(result.merged, 3);
+        QCOMPARE(pair.target.Log("fusione.log").count("-->"), 3);
+        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM X02_CON_TRO"), QString("2"));
+        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM X02_NUM_TEL"), QString("0"));
+        QVERIFY2(pair.Error().contains("Controparte 000007"), qPrintable(pair.Error()));
+    }
+
+    /// One merge writes behind the other in the merge log; the history keeps with each what is of it.
+    void historyKeepsTheLinesOfEachMerge() {
+        MergePair pair;
+        FillAll(pair);
+        Session& session = pair.target.Get();
+        for (int run = 1; run <= 2; ++run) {
+            QCOMPARE(MergeAndKeep(session, "X01", "X02", false, false).outcome, RunResult::Outcome::Done);
+            const QString log = history::History(history::FilePath(session.Config.ConfigFile())).Log(run);
+            QCOMPARE(log.count("Inizio fusione"), 1);
+            QCOMPARE(log.count("NUOVO!!!!   "), 0);
+            QCOMPARE(log.count("Controparti fuse: 5"), 1);
+        }
     }
 
     /// Wherever a statement fails, the next run ends where an undisturbed one does.

@@ -9,21 +9,10 @@ namespace {
 
 constexpr int MostRedone = 3; ///< times that rows are done again whose transaction the database has ended
 
-/// Rows that are committed together at the most; 0, also where the database takes none back: every statement commits by
-/// itself. Raises `ImportError` for a
-/// setting that is no such number: what a failing row leaves depends on it.
-int RowsTogether(ImportRun& run) {
-    Session& session = run.GetSession();
-    const QString text =
-        modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"), QStringLiteral("1000"));
-    bool isNumber = false;
-    const int rows = text.trimmed().toInt(&isNumber);
-    if (!isNumber || rows < 0) {
-        throw ImportError(QStringLiteral("impostazione GruppoRighe della sezione IMPORT: '%1' non è un numero intero "
-                                         "da 0 in su")
-                              .arg(text));
-    }
-    return rows > 0 && run.TakesRowsBack() ? rows : 0;
+/// Rows that are committed together at the most; 0 where the database takes none back, too.
+int RowsOf(ImportRun& run) {
+    const int rows = RowsTogether(run.GetSession());
+    return run.TakesRowsBack() ? rows : 0;
 }
 
 /// The error that some work ends with; null when it does not.
@@ -56,7 +45,7 @@ RowLoop::RowLoop(ImportRun& run, const ImportRun::Loop& loop, const ImportRun::R
       m_loop(loop),
       m_row(row),
       m_groupEnd(groupEnd),
-      m_transaction(m_session, RowsTogether(run)) {}
+      m_transaction(m_session, RowsOf(run)) {}
 
 ovConnection& RowLoop::Database() const {
     return m_loop.database != nullptr ? *m_loop.database : m_session.SourceConnection();

@@ -1,18 +1,30 @@
 #include "adapters/contract/run/RowTransaction.h"
 
+#include "core/modMain.h"
+
 #include <algorithm>
 
 namespace contract {
 
 namespace {
 
-/// Others wait for what is locked, and the operator for the progress.
-constexpr qint64 MostMilliseconds = 500;
-
 /// Rows that are done with the database asked about each step before the next ones go ahead again.
 constexpr int FewRows = 16;
 
 } // namespace
+
+int RowsTogether(Session& session) {
+    const QString text =
+        modMain::GetAppConfig(session, QStringLiteral("IMPORT"), QStringLiteral("GruppoRighe"), QStringLiteral("1000"));
+    bool isNumber = false;
+    const int rows = text.trimmed().toInt(&isNumber);
+    if (!isNumber || rows < 0) {
+        throw ImportError(QStringLiteral("impostazione GruppoRighe della sezione IMPORT: '%1' non è un numero intero "
+                                         "da 0 in su")
+                              .arg(text));
+    }
+    return rows;
+}
 
 RowTransaction::RowTransaction(Session& session, int most)
     : m_session(session),
@@ -88,7 +100,7 @@ void RowTransaction::Slow(qsizetype rows) {
 
 bool RowTransaction::IsFull(qsizetype rows) const {
     const int most = m_slowed == 0 || GivesUpGoingAhead() ? m_most : std::max(m_ahead, FewRows);
-    return rows >= std::min(most, m_most) || (m_time.isValid() && m_time.elapsed() > MostMilliseconds);
+    return rows >= std::min(most, m_most) || (m_time.isValid() && m_time.elapsed() > MostMillisecondsTogether);
 }
 
 void RowTransaction::Commit() {

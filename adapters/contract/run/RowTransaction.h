@@ -6,6 +6,13 @@
 
 namespace contract {
 
+/// Rows that are committed together at the most, by the setting GruppoRighe; 0: every statement commits by itself.
+/// Raises `ImportError` for a setting that is no such number: what a failing row leaves depends on it.
+int RowsTogether(Session& session);
+
+/// How long they are put together at the most: others wait for what is locked, and the operator for the progress.
+inline constexpr qint64 MostMillisecondsTogether = 500;
+
 /// The transaction of the target that source rows are written in, several together: each can be taken back alone, with
 /// what it has put into memory, until all are committed. To a server it goes ahead (`ovConnection::BeginTrans`): when
 /// that does not hold, the rows are done again in smaller groups, and in the end with the database asked about each
