@@ -81,8 +81,15 @@ void NoteUntranslated(Session& session, const QString& table, const QString& fie
     }
 }
 
-/// The translation that SYS_IMP holds, empty for blanks alone, which is how a column of a fixed length gives an empty
-/// text; none without a row.
+/// A code as it was written, without the blanks that a column of a fixed length puts behind it.
+QString WithoutPadding(QString code) {
+    while (code.endsWith(u' ')) {
+        code.chop(1);
+    }
+    return code;
+}
+
+/// The translation that SYS_IMP holds; none without a row.
 std::optional<QString> Find(Session& session, const QString& table, const QString& field, const QString& oldCode) {
     if (session.Quadrix.IsAbsent(QStringLiteral("SYS_IMP"), QStringLiteral("TBOLD"), oldCode)) {
         return std::nullopt;
@@ -98,8 +105,7 @@ std::optional<QString> Find(Session& session, const QString& table, const QStrin
     if (rows.Eof()) {
         return std::nullopt;
     }
-    const QString newCode = mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString();
-    return newCode.trimmed().isEmpty() ? QString() : newCode;
+    return WithoutPadding(mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString());
 }
 
 QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,
@@ -212,10 +218,10 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
     return {};
 }
 
-/// First column of the first row as text; empty without a row.
-QString FirstText(Session& session, const QString& query) {
+/// The code in the first column of the first row; empty without a row.
+QString FirstCode(Session& session, const QString& query) {
     const Recordset rows = session.Quadrix.ExecuteWC(query);
-    return rows.Eof() ? QString() : mod_ovTools::NzText(rows.Fields(0).Value(), true).toString();
+    return rows.Eof() ? QString() : WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
 }
 
 } // namespace
@@ -249,7 +255,7 @@ QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode,
         const QString condition = asCustomer   ? customer
                                   : asSupplier ? supplier
                                                : customer + QStringLiteral(" OR\r      ") + supplier;
-        return FirstText(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
+        return FirstCode(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
                                       QStringLiteral("_CON_TRO\rWHERE ") + condition);
     });
 }
@@ -263,7 +269,7 @@ QString GetExternalCode(Session& session, const QString& tableName, const QStrin
         if (key.isEmpty()) {
             return QString();
         }
-        return FirstText(session, QStringLiteral("SELECT ") + (toQuadrix ? key : external) + QStringLiteral(" FROM ") +
+        return FirstCode(session, QStringLiteral("SELECT ") + (toQuadrix ? key : external) + QStringLiteral(" FROM ") +
                                       session.Quadrix.GetFullTableName(tableName) + QStringLiteral("\rWHERE ") +
                                       (toQuadrix ? external : key) + QStringLiteral(" = ") + Quoted(session, code));
     });

@@ -299,10 +299,20 @@ private:
     bool m_hasIdentity = false;
 };
 
+/// SQL Server reads a backslash at the end of a line as "goes on", within a literal too, and drops it with the line
+/// break: behind another one, and with a second break, both stay.
+QString WithBackslashesKept(QString statement) {
+    return statement.replace(QLatin1String("\\\r\n"), QLatin1String("\\\\\r\n\r\n"))
+        .replace(QLatin1String("\\\n"), QLatin1String("\\\\\n\n"));
+}
+
 } // namespace
 
 QString Adapt(const QString& statement, Dialect target) {
-    if (target == Dialect::SqlServer || target == Dialect::Other) {
+    if (target == Dialect::SqlServer) {
+        return WithBackslashesKept(statement);
+    }
+    if (target == Dialect::Other) {
         return statement;
     }
     return Adapter(statement, target).Adapt();

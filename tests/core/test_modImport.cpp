@@ -29,6 +29,7 @@ private slots:
         Row("quotes", "TAB_MOP", "CDMOP", "O'K", "Q1");
         Row("Null is empty", "TAB_MOP", "CDMOP", "NULLO", "");
         Row("blanks are empty", "TAB_MOP", "CDMOP", "BIANCO", "");
+        Row("blanks behind it are padding", "TAB_MOP", "CDMOP", "FISSO", " 031");
     }
     void getNewCode() {
         TestTarget target;
@@ -37,12 +38,13 @@ private slots:
         AddTranslation(target, "TAB_MOP", "CDMOP", "O''K", "'Q1'");
         AddTranslation(target, "TAB_MOP", "CDMOP", "NULLO", "NULL");
         AddTranslation(target, "TAB_MOP", "CDMOP", "BIANCO", "'   '");
+        AddTranslation(target, "TAB_MOP", "CDMOP", "FISSO", "' 031      '");
         AddTranslation(target, "TAB_MOP", "CDMOP", "", "'XX'");
         QFETCH(QString, table);
         QFETCH(QString, field);
         QFETCH(QString, oldCode);
         QTEST(GetNewCode(target.Get(), table, field, oldCode, false), "newCode");
-        QCOMPARE(target.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("6"));
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("7"));
     }
 
     void firstMatchStaysForTheRun() {

@@ -71,6 +71,30 @@ private slots:
         QCOMPARE(dialect::Adapt(text, Dialect::Other), text);
     }
 
+    /// Read as SQL Server reads a literal, a text with backslashes at the ends of lines is what it was.
+    void BackslashesAtEndsOfLines_data() {
+        Columns<QString>("literal");
+        Row("line feed", "'C:\\dis\\\nb'");
+        Row("carriage return and line feed", "'C:\\dis\\\r\nb'");
+        Row("several", "'a\\\\\n\nb\\\r\n\\\r\n\\'");
+    }
+    void BackslashesAtEndsOfLines() {
+        QFETCH(QString, literal);
+        QString read;
+        const QString sent = dialect::Adapt("UPDATE T SET A = " + literal, Dialect::SqlServer);
+        for (qsizetype at = 0; at < sent.size(); ++at) {
+            const QStringView rest = QStringView(sent).mid(at);
+            const bool goesOn = rest.startsWith(u"\\\r\n") || rest.startsWith(u"\\\n");
+            if (goesOn) {
+                at += rest.at(1) == u'\r' ? 2 : 1;
+            } else {
+                read += rest.at(0);
+            }
+        }
+        QCOMPARE(read, "UPDATE T SET A = " + literal);
+        QVERIFY(sent != read);
+    }
+
     void Untouched_data() {
         Columns<QString>("text");
         Row("literal", "INSERT INTO T (A) VALUES ('DELETE dbo.X LEFT(A,1) [b] GETDATE() LEN(x)')");

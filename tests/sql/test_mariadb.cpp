@@ -19,6 +19,7 @@ private slots:
     void ColumnsAndTables();
     void FailingStatements_data();
     void FailingStatements();
+    void StatementThatTheServerDoesNotTake();
 
 private:
     MariaDbServer m_server;
@@ -233,6 +234,26 @@ void TestMariaDb::FailingStatements() {
         QCOMPARE(error->Statement(), statement);
         QVERIFY2(error->EngineCode().contains(code), qPrintable(error->EngineCode()));
         QVERIFY2(error->Message().contains(words), qPrintable(error->Message()));
+    }
+}
+
+/// The server would answer by closing the connection; values go the same way, in a text and apart.
+void TestMariaDb::StatementThatTheServerDoesNotTake() {
+    const auto opened = m_server.Open("client");
+    ovConnection& connection = *opened;
+    MariaDbServer::Fill(connection, 1);
+    const auto longest = connection.ExecuteCommand("SELECT @@max_allowed_packet");
+    const QString value(static_cast<qsizetype>(longest), u'x');
+    SqlText apart(Provider::MySql);
+    apart += u"UPDATE NUMBERS SET T = ";
+    apart.Add(value, DataType::NVarChar);
+    for (const auto& run : {std::function<void()>([&] { connection.Execute(apart); }), std::function<void()>([&] {
+                                connection.Execute("UPDATE NUMBERS SET T = '" + value + "'");
+                            })}) {
+        const auto error = ErrorOf<SqlError>(run);
+        QVERIFY(error && error->EngineCode() == "1153" && !error->MayPass());
+        QVERIFY(error->Message().contains("max_allowed_packet"));
+        QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS"), 1);
     }
 }
 

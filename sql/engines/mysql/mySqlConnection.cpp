@@ -9,6 +9,9 @@
 #include <mysql.h>
 
 #include <errmsg.h>
+#include <mysqld_error.h>
+
+#include <memory>
 
 #ifdef Q_OS_WIN
 #include <winsock2.h>
@@ -86,6 +89,22 @@ void MySqlConnection::Open() {
         throw error;
     }
     m_id = mysql_thread_id(m_handle);
+    AskLongest();
+}
+
+void MySqlConnection::AskLongest() {
+    m_longest = 0;
+    if (mysql_query(m_handle, "SELECT @@max_allowed_packet") != 0) {
+        return;
+    }
+    const std::unique_ptr<MYSQL_RES, decltype(&mysql_free_result)> result(mysql_store_result(m_handle),
+                                                                          &mysql_free_result);
+    const MYSQL_ROW row = result == nullptr ? nullptr : mysql_fetch_row(result.get());
+    m_longest = row == nullptr || row[0] == nullptr ? 0 : QByteArray(row[0]).toLongLong();
+}
+
+SqlError MySqlConnection::LengthError(const QString& statement) {
+    return MakeError(statement, ER_NET_PACKET_TOO_LARGE, "Got a packet bigger than 'max_allowed_packet' bytes");
 }
 
 QString MySqlConnection::LineWarning() const {
@@ -146,6 +165,9 @@ unsigned MySqlConnection::ErrorCode() const {
 
 void MySqlConnection::Send(const QString& statement) {
     const QByteArray text = statement.toUtf8();
+    if (!Takes(text.size())) {
+        throw LengthError(statement);
+    }
     if (m_handle == nullptr ||
         mysql_real_query(m_handle, text.constData(), static_cast<unsigned long>(text.size())) != 0) {
         throw MakeError(statement);

@@ -25,6 +25,11 @@ public:
     st_mysql_res* Result(const QString& statement);
     /// Reads and drops the further results of a call of a stored procedure.
     void DropFurtherResults();
+    /// Whether the server takes a statement of so many bytes, values among them: to a longer one it would answer by
+    /// closing the connection.
+    bool Takes(qsizetype bytes) const { return m_longest == 0 || bytes < m_longest; }
+    /// The error of a statement that was not sent, as it is longer.
+    SqlError LengthError(const QString& statement);
     /// Rows changed by the statement sent last.
     qint64 RowsChanged() const;
     /// Identity value given by the statement sent last; 0 when it gave none.
@@ -67,6 +72,7 @@ private:
     static constexpr int RowsWorthReading = 1000;
 
     void Close() noexcept;
+    void AskLongest();
     void Connect(st_mysql* handle) const;
     bool IsAsAskedFor(st_mysql* handle) const;
     SqlError OpeningError() const;
@@ -76,5 +82,6 @@ private:
     MySqlLine m_line;
     st_mysql* m_handle = nullptr;
     unsigned long m_id = 0;
+    qsizetype m_longest = 0; ///< statement that the server takes, in bytes; 0: it did not tell
     bool m_lost = false;
 };

@@ -57,9 +57,14 @@ bool MySqlStatement::Run(const QVector<StatementShape::Value>& values, const Sta
     m_statement = statement;
     std::vector<MYSQL_BIND> places(static_cast<size_t>(values.size()));
     size_t index = 0;
+    qsizetype bytes = 0;
     for (const StatementShape::Value& value : values) {
         Bind(places[index], value);
+        bytes += value.bytes.size();
         ++index;
+    }
+    if (!m_connection->Takes(bytes)) {
+        throw m_connection->LengthError(statement.Text());
     }
     if ((!places.empty() && mysql_stmt_bind_param(m_handle, places.data()) != 0) || mysql_stmt_execute(m_handle) != 0) {
         if (mysql_stmt_errno(m_handle) == CR_NEW_STMT_METADATA) {
