@@ -1,6 +1,7 @@
 #include "adapters/contract/write/SheetFormat.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "core/qdxProduction_sheets.h"
 #include "sql/mod_ovTools.h"
@@ -62,6 +63,10 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
         *id = known != 0 ? known : run.LastId(FormatTable);
     }
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
+QString SearchText(const QString& code, const QString& description) {
+    return FirstOf(code + QStringLiteral(" - ") + description, schema::FindTable("ART_ICO")->FindColumn("ARCDR")->size);
 }
 
 KnownFormat FindFormat(ImportRun& run, const QString& externalCode) {

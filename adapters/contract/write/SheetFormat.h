@@ -27,6 +27,9 @@ struct SheetFormat {
 /// @param id gets its RECORD_ID; may be null
 RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* id = nullptr);
 
+/// What a sheet article is searched by (ARCDR), as every article: its code and description, at most 100 characters.
+QString SearchText(const QString& code, const QString& description);
+
 /// A format as stock knows it.
 struct KnownFormat {
     QString article; ///< empty: there is none

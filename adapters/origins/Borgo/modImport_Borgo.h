@@ -22,8 +22,9 @@ inline contract::Rule Article() { return contract::rules::ArticleCode(CodesOf, C
 /// The unit of a code of the source; `blank` when there is none.
 inline contract::Rule ArticleUnit(const QString& blank) { return contract::rules::Unit(Articoli, "Um", blank); }
 
-/// Kilograms of a sheet of a format (ART_FMT) by its measures, the thickness of its article and its density, 3
-/// decimals; 0 when the format, the thickness or the density is not known. Raises `SqlError`.
+/// Kilograms of a sheet of a format (ART_FMT): its own weight (LMPES), else by its measures, the thickness of its
+/// article and its density, 3 decimals; 0 when the format is not known, or it has no weight and the thickness or the
+/// density is not known. Raises `SqlError`.
 double GetPesoFormatoBorgo(Session& session, const QString& article, const QString& format);
 /// Kilograms of so many sheets of a format; 0 when its weight is not known. Raises `SqlError`.
 double GetQuantitaFormatoBorgo(Session& session, const QString& article, const QString& format, double sheets);

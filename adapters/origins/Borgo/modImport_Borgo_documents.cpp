@@ -34,7 +34,10 @@ double GetPesoFormatoBorgo(Session& session, const QString& article, const QStri
     const auto number = [&](const char* column) {
         return mod_ovTools::ToDouble(OfFormat(session, article, format, QLatin1String(column)));
     };
-    return qdxProduction::qdxPesoFormato(session, article, number("LMDMX"), number("LMDMY"), number("LMPSR"));
+    const double own = number("LMPES");
+    return own != 0
+               ? own
+               : qdxProduction::qdxPesoFormato(session, article, number("LMDMX"), number("LMDMY"), number("LMPSR"));
 }
 
 double GetQuantitaFormatoBorgo(Session& session, const QString& article, const QString& format, double sheets) {
@@ -84,12 +87,30 @@ Rule RowDelivered() {
             }};
 }
 
+/// The price of sheets stays that of the unit that the source counts them in.
+void TellUnitOfPrice(const RuleInput& input, const QString& unit) {
+    const QString ofArticle =
+        mod_ovTools::ToText(input.session.Quadrix.GetDbValue("ART_ICO", "CDART", ArticleOf(input), "ARUMS")).trimmed();
+    if (NumberOf(input.row, "Prezzo") != 0 && !unit.isEmpty() && unit.compare(ofArticle, Qt::CaseInsensitive) != 0) {
+        modImport::LogNote(
+            input.session,
+            QStringLiteral("PREZZO DI ALTRA UNITÀ: %1: la quantità passa da '%2' a '%3', il prezzo %4 resta")
+                .arg(input.session.Errors.RowKey(), unit, ofArticle,
+                     mod_ovTools::NumberText(NumberOf(input.row, "Prezzo"))));
+    }
+}
+
 /// A row that counts in kilograms now has the unit of its article.
 Rule RowUnit() {
     const Rule unit = ArticleUnit("");
-    return {unit.text + QStringLiteral("; quella dell'articolo per una riga di fogli"),
-            [unit = unit.apply](const RuleInput& input) {
-                return SheetWeight(input) == 0 ? unit({input.session, input.row, {"Um"}, input.facts}) : RuleValue();
+    return {unit.text + QStringLiteral("; quella dell'articolo per una riga di fogli, un'altra va nel log"),
+            [unit = unit.apply](const RuleInput& input) -> RuleValue {
+                const RuleValue own = unit({input.session, input.row, {"Um"}, input.facts});
+                if (SheetWeight(input) == 0) {
+                    return own;
+                }
+                TellUnitOfPrice(input, own ? mod_ovTools::ToText(*own) : QString());
+                return {};
             }};
 }
 

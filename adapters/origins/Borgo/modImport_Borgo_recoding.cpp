@@ -4,6 +4,7 @@
 #include "adapters/contract/kinds/ImportTable.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/SheetFormat.h"
 #include "adapters/origins/Borgo/modImport_Borgo.h"
 #include "core/modImport.h"
 #include "core/qdxProduction_sheets.h"
@@ -44,8 +45,9 @@ const QVector<Reference>& References() {
 }
 
 Needs RecodingNeeds() {
-    Needs needs{
-        {}, {{Articoli, {"CodArt", "Lamiera"}}}, {{CodesOf, {"ARMAT", "ARDMZ"}}, {"SYS_LNG", {"LNTBL", "LNKEY"}}}};
+    Needs needs{{},
+                {{Articoli, {"CodArt", "Lamiera"}}},
+                {{CodesOf, {"ARMAT", "ARDMZ", "ARDES", "ARCDR"}}, {"SYS_LNG", {"LNTBL", "LNKEY"}}}};
     for (const Reference& one : References()) {
         needs.writes.push_back({one.table, {one.column}});
     }
@@ -59,13 +61,17 @@ void MoveTexts(ImportRun& run, const QString& from, const QString& to) {
     row.Update("WHERE LNTBL = " + run.Quoted(run.FullName(CodesOf)) + " AND LNKEY = " + run.Quoted(from));
 }
 
-void MoveReferences(ImportRun& run, const QString& from, const QString& to) {
+/// @param searchText of the article under its new code
+void MoveReferences(ImportRun& run, const QString& from, const QString& to, const QString& searchText) {
     for (const Reference& one : References()) {
         const QString where = Equals(run.GetSession(), one.column, from) +
                               (one.where.isEmpty() ? QString() : QString(" AND " + one.where));
         if (IdWhere(run.GetSession(), one.table, where) != 0) {
             TargetRow row(run, one.table);
             row.Set(one.column, to);
+            if (one.table == CodesOf && one.column == CodeField) {
+                row.Set("ARCDR", searchText);
+            }
             row.Update("WHERE " + where);
         }
     }
@@ -77,17 +83,18 @@ struct Sheet {
     QString article; ///< its CDART; empty when there is none
     QString material;
     double thickness = 0; ///< mm
+    QString description = {};
 };
 
 Sheet FindSheet(Session& session, const QString& article) {
-    const Recordset found =
-        session.Quadrix.ExecuteWC("SELECT CDART, ARMAT, ARDMZ FROM " + session.Quadrix.GetFullTableName(CodesOf) +
-                                  " WHERE " + Equals(session, CodeField, article));
+    const Recordset found = session.Quadrix.ExecuteWC("SELECT CDART, ARMAT, ARDMZ, ARDES FROM " +
+                                                      session.Quadrix.GetFullTableName(CodesOf) + " WHERE " +
+                                                      Equals(session, CodeField, article));
     if (found.Eof()) {
         return {};
     }
     const SourceRow row(found);
-    return {row.Text("CDART"), row.Text("ARMAT"), mod_ovTools::ToDouble(row.Value("ARDMZ"))};
+    return {row.Text("CDART"), row.Text("ARMAT"), mod_ovTools::ToDouble(row.Value("ARDMZ")), row.Text("ARDES")};
 }
 
 /// A sheet of the source, by the code that it has been given, or by its own where no article has that one.
@@ -99,7 +106,7 @@ Sheet SheetOf(Session& session, const QString& source) {
 RowOutcome Recode(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString source = Field("CodArt").RequiredText(session, row);
-    const auto [article, material, thickness] = SheetOf(session, source);
+    const auto [article, material, thickness, description] = SheetOf(session, source);
     if (article.isEmpty()) {
         run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(run.RowKey(), source));
         return run.Skip(ArticleMissing);
@@ -118,7 +125,7 @@ RowOutcome Recode(ImportRun& run, const SourceRow& row) {
                     .arg(run.RowKey(), article, code));
         return run.Skip("codice di un altro articolo");
     }
-    MoveReferences(run, article, code);
+    MoveReferences(run, article, code, SearchText(code, description));
     StoreNewCode(run, CodesOf, CodeField, article, code);
     if (source.compare(article, Qt::CaseInsensitive) != 0) {
         StoreNewCode(run, CodesOf, CodeField, source, code);

@@ -51,6 +51,12 @@ const Mapping& Materiali() {
     return mapping;
 }
 
+/// The search text of an article whose description is its code.
+Rule CodeTwice() {
+    return {"codice, \" - \" e codice",
+            [](const RuleInput& input) { return RuleValue(SearchText(input.facts.code, input.facts.code)); }};
+}
+
 /// A sheet article that is new: what its code, material and measures leave open.
 const Mapping& Articoli() {
     static const Mapping mapping{
@@ -59,6 +65,7 @@ const Mapping& Articoli() {
         {
             {"CDEXT", "CodLamiera", Text()},
             {"ARDES", "CodLamiera", Code()},
+            {"ARCDR", "CodLamiera", CodeTwice()},
             {"ARCLA", "", Constant("LM")},
             {"ARTPG", "", Constant(schema::defaults::ArticleKind)},
             {"ARUMS", "", Constant(schema::defaults::Unit)},
@@ -131,7 +138,7 @@ void Recode(ImportRun& run, const QString& oldCode, const QString& newCode) {
 /// A sheet with its material.
 struct Sheet {
     QString oldCode;
-    QString code; ///< the new one
+    QString code; ///< the new one; empty when neither the source has one nor material and thickness make one
     QString material;
     QString family;
     double density = 0; ///< kg/dm3
@@ -147,9 +154,18 @@ Sheet SheetOf(ImportRun& run, const SourceRow& row) {
     sheet.family = row.Text("Famiglia");
     sheet.density = NumberOf(row, "PesoSpecifico");
     const QString own = row.Text("CodErp");
-    sheet.code = own.isEmpty() ? qdxProduction::qdxAnaGetCodeArtSheet(sheet.material, sheet.size.thickness)
-                               : modImport::FormatKeyField(session, own);
+    if (!own.isEmpty()) {
+        sheet.code = modImport::FormatKeyField(session, own);
+    } else if (!sheet.material.isEmpty() && sheet.size.thickness != 0) {
+        sheet.code = qdxProduction::qdxAnaGetCodeArtSheet(sheet.material, sheet.size.thickness);
+    }
     return sheet;
+}
+
+/// An article of the old code beside that of the new one: what hangs on the two cannot be told to be one.
+void TellOldArticle(ImportRun& run, const QString& old, const QString& code) {
+    run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' sarebbe '%3', che c'è già: resta, con ciò che lo usa")
+                .arg(run.RowKey(), old, code));
 }
 
 /// The article of the sheet under its new code: the old one recoded, unless the new one is there already.
@@ -157,7 +173,11 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     Session& session = run.GetSession();
     const QString old = modImport::FormatKeyField(session, sheet.oldCode);
     const bool there = IsThere(session, "ART_ICO", "CDART", sheet.code);
-    const bool recoded = !there && old != sheet.code && IsThere(session, "ART_ICO", "CDART", old);
+    const bool hasOld = old.compare(sheet.code, Qt::CaseInsensitive) != 0 && IsThere(session, "ART_ICO", "CDART", old);
+    const bool recoded = !there && hasOld;
+    if (there && hasOld) {
+        TellOldArticle(run, old, sheet.code);
+    }
     std::optional<Transaction> asOne; // an article that only some of the tables know by its new code would be two
     if (recoded) {
         asOne.emplace(session.Quadrix);
@@ -177,6 +197,10 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     }
     TargetRow target(run, "ART_ICO");
     setSheet(target);
+    if (recoded) {
+        const QVariant description = session.Quadrix.GetDbValue("ART_ICO", "CDART", sheet.code, "ARDES");
+        target.Set("ARCDR", SearchText(sheet.code, mod_ovTools::ToText(description)));
+    }
     target.Update("WHERE " + Equals(session, "CDART", sheet.code));
     if (asOne) {
         asOne->Keep();
@@ -184,9 +208,11 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     return RowOutcome::Updated;
 }
 
-RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
-    const Sheet sheet = SheetOf(run, row);
-    const RowOutcome outcome = WriteArticle(run, row, sheet);
+void WriteFormat(ImportRun& run, const Sheet& sheet) {
+    if (sheet.size.length <= 0 || sheet.size.width <= 0) {
+        run.Log(QStringLiteral("FORMATO SENZA MISURE: %1").arg(run.RowKey()));
+        return;
+    }
     SheetFormat format;
     format.article = sheet.code;
     format.code = qdxProduction::qdxCalcolaCodiceFormatoArticolo(sheet.size.length, sheet.size.width);
@@ -196,6 +222,17 @@ RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
     format.old = sheet.oldCode;
     format.external = sheet.oldCode;
     WriteSheetFormat(run, format);
+}
+
+RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
+    const Sheet sheet = SheetOf(run, row);
+    if (sheet.code.isEmpty()) {
+        run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' non ha materiale o spessore")
+                    .arg(run.RowKey(), sheet.oldCode));
+        return run.Skip("lamiera senza materiale o spessore");
+    }
+    const RowOutcome outcome = WriteArticle(run, row, sheet);
+    WriteFormat(run, sheet);
     ArticleWriter(run).InternalCode(sheet.code, sheet.oldCode);
     StoreNewCode(run, "ART_ICO", "CDART", sheet.oldCode, sheet.code);
     return outcome;
@@ -209,7 +246,7 @@ const Needs& MaterialiNeeds() {
                   ArticleNeeds()};
         const std::vector<TableNeed> formats = SheetFormatNeeds();
         all.writes.insert(all.writes.end(), formats.begin(), formats.end());
-        all.writes.push_back({"ART_ICO", {"ARMAT", "ARDMZ", "ARLAM", "ARFAM"}});
+        all.writes.push_back({"ART_ICO", {"ARMAT", "ARDMZ", "ARLAM", "ARFAM", "ARCDR"}});
         all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP"}});
         all.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
         return all;
