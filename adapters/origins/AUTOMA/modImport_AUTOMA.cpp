@@ -152,6 +152,19 @@ void CheckThickness(ImportRun& run, const SourceRow& row, const QString& article
     }
 }
 
+/// Stock counts wherever it lies: a cell that is not there, or that is no location, is told.
+void CheckLocation(ImportRun& run, const SourceRow& row, const QString& location) {
+    Session& session = run.GetSession();
+    if (location.isEmpty()) {
+        run.Log(QStringLiteral("CELLA NON TROVATA: %1: '%2', giacenza senza ubicazione")
+                    .arg(run.RowKey(), row.Text("ID_CELLA")));
+    } else if (IdWhere(session, "UBI_MAG",
+                       Equals(session, "CDMAG", schema::defaults::Warehouse) + " AND " +
+                           Equals(session, "CDUBI", location)) == 0) {
+        run.Log(QStringLiteral("UBICAZIONE NON TROVATA: %1: '%2' non è in UBI_MAG").arg(run.RowKey(), location));
+    }
+}
+
 RowOutcome ImportGiacenza(ImportRun& run, StockWriter& writer, const SourceRow& row) {
     const QString code = row.Text("COD_ARTICOLO");
     const KnownFormat format = FindFormat(run, code);
@@ -171,6 +184,7 @@ RowOutcome ImportGiacenza(ImportRun& run, StockWriter& writer, const SourceRow& 
     const RowOutcome outcome = writer.Balance(line);
     if (outcome != RowOutcome::Skipped) {
         CheckThickness(run, row, line.article);
+        CheckLocation(run, row, line.location);
         WriteHandlingUnit(run, row);
     }
     return outcome;
@@ -204,11 +218,11 @@ void ImportInventarioAUTOMA(Session& session, const QString& singleCode, bool re
         }
         StockWriter writer(run);
         const QString from =
-            "GIACENZE G\rJOIN CELLE C ON C.ID_CELLA = G.ID_CELLA\rWHERE G.QTA > 0" +
+            "GIACENZE G\rLEFT JOIN CELLE C ON C.ID_CELLA = G.ID_CELLA\rWHERE G.QTA > 0" +
             (singleCode.isEmpty() ? QString() : QString(" AND G.COD_ARTICOLO = " + run.Quoted(singleCode)));
         const bool toTheEnd =
             run.Rows({"Saldi di magazzino", Giacenze, "COD_ARTICOLO, COD_CELLA", "SELECT COUNT(*) FROM " + from,
-                      "SELECT G.*, C.COD_CELLA FROM " + from + "\rORDER BY G.COD_ARTICOLO, C.COD_CELLA"},
+                      "SELECT G.*, C.COD_CELLA FROM " + from + "\rORDER BY G.COD_ARTICOLO, C.COD_CELLA, G.ID_CELLA"},
                      [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
         if (toTheEnd) {
             writer.TellRowsLeft();
