@@ -96,6 +96,15 @@ private slots:
         Row("price", "modImport_G2", "ImportArticoliG2",
             "UPDATE ANAART SET PREZZO1 = '0', COSTOULT = '999' WHERE CODART LIKE 'as-100%'",
             "ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "0|999|0");
+        const QString prices = "ARPRZ, ARRIC, ARSCO FROM X01_ART_ICO WHERE CDART = ";
+        Row("price that holds no more", "modImport_AdHoc", "ImportArticoliAhr",
+            "UPDATE LIS_TINI SET LIDATDIS = '20240101 00:00:00'", prices + "'TE-100'", "NULL|NULL|NULL");
+        Row("list without prices", "modImport_Esatto", "ImportArticoliE", "DELETE FROM ListiniRighe",
+            prices + "'TE-100'", "NULL|NULL|NULL");
+        Row("price that is over", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
+            "UPDATE LI10_LISTARTIC SET LI10_DATAFINEVAL = '20240101 00:00:00'", prices + "'AS-100'", "NULL|NULL|NULL");
+        Row("long description", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
+            "UPDATE MG87_ARTDESC SET MG87_DESCARTEST = NULL", "ARDEC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "");
     }
     /// What is imported anew agrees with the source, not half with what it was.
     void WhatTheSourceHasClearedIsCleared() {

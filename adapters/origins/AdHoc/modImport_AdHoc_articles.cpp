@@ -65,7 +65,8 @@ double CostOf(ImportRun& run, const SourceRow& row) {
     return ofBalance != 0 ? ofBalance : NumberOf(row, "PRCOSSTA");
 }
 
-/// The price that holds today: of the first list, and of its quantities the dearest, which is that of few pieces.
+/// The price that holds today: of the first list, and of its quantities the dearest, which is that of few pieces. One
+/// that holds no more is cleared with its discounts.
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     ovConnection& source = run.GetSession().SourceConnection();
     const QString today = LiteralOf(source, run.GetSession().UserManager.DataElaborazione);
@@ -76,6 +77,9 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
         ")\r  AND (L.LIDATDIS IS NULL OR L.LIDATDIS >= " + today +
         ")\rORDER BY L.LICODLIS, L.CPROWNUM, S.LIPREZZO DESC");
     if (prices.Eof()) {
+        for (const char* column : {"ARPRZ", "ARSCO", "ARSC2", "ARSC3"}) {
+            target.Set(column, QVariant());
+        }
         return;
     }
     const SourceRow price(prices);

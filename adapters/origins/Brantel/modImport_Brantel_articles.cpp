@@ -22,7 +22,7 @@ contract::Articles ArticlesOf() {
             {
                 {"CDEXT", "CodArticolo", Text()},
                 {"IDEST", "IdArticolo", Text()},
-                {"ARDEC", "DescrizioneEst", NotBlank(First(255))},
+                {"ARDEC", "DescrizioneEst", First(255)},
                 {"ARUMS", "Um", ArticleUnit(schema::defaults::Unit)},
                 {"ARUM2", "Um2", ArticleUnit("")},
                 {"ARCOE", "FattConv", NotZero()},

@@ -85,7 +85,7 @@ Rule SamePerson() {
             {{CliFor, {"CodCliFor", "IdAnagGen", "TipoAnagrafica"}}}};
 }
 
-/// The price of the article without variant that holds today: the one that began last.
+/// The price of the article without variant that holds today: the one that began last; without one it is cleared.
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     ovConnection& source = run.GetSession().SourceConnection();
     const Recordset prices = source.ExecuteWC(
@@ -93,10 +93,9 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
         "\r  AND CodListino = " + LiteralOf(source, FirstList) +
         "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND (DataInizio IS NULL OR DataInizio <= " +
         LiteralOf(source, run.GetSession().UserManager.DataElaborazione) + ")\rORDER BY DataInizio DESC");
-    if (!prices.Eof()) {
-        target.Set("ARPRZ", RoundedTo(NumberOf(SourceRow(prices), "PrezzoLis"), UnitDecimals));
-        SetMarkUp(run, row, target);
-    }
+    target.Set("ARPRZ",
+               prices.Eof() ? QVariant() : QVariant(RoundedTo(NumberOf(SourceRow(prices), "PrezzoLis"), UnitDecimals)));
+    SetMarkUp(run, row, target);
 }
 
 QString WithoutName(const SourceRow& row) {

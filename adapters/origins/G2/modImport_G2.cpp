@@ -168,7 +168,7 @@ Articles Articoli() {
             {
                 {"CDEXT", "CODART", First(50)},
                 {"ARDE2", "DESART2", First(100)},
-                {"ARDEC", "DESEST", NotBlank(First(255))},
+                {"ARDEC", "DESEST", First(255)},
                 {"ARUMS", "UM1", Unit(Articolo, "UM1", schema::defaults::Unit)},
                 {"ARUM2", "UM2", Unit(Articolo, "UM2", "")},
                 {"ARCOE", "COEFFUM", NotZero()},

@@ -43,12 +43,14 @@ ChildTable FirstListPrices() {
                      "NULL) AND (LI10_DEPOS_MG58 = '' OR LI10_DEPOS_MG58 IS NULL)"};
 }
 
-/// The sales price of an article is that of the first list that holds on the day of the import.
+/// The sales price of an article is that of the first list that holds on the day of the import; without one it is
+/// cleared.
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& article) {
     Session& session = run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     const Field from("LI10_DATAINIZIOVAL");
     const Field to("LI10_DATAFINEVAL");
+    article.Set("ARPRZ", QVariant());
     FirstListPrices().ForEach(session, row, [&](const SourceRow& price) {
         const QVariant begin = from.Day(session, price);
         const QVariant end = to.Day(session, price);
@@ -115,7 +117,7 @@ Articles Articoli() {
         .lines =
             {
                 {"CDEXT", "MG66_CODART", First(50)},
-                {"ARDEC", "MG87_DESCARTEST", NotBlank(First(255))},
+                {"ARDEC", "MG87_DESCARTEST", First(255)},
                 {"ARUMS", "MG66_UM1", Unit(Anagrart, "MG66_UM1", schema::defaults::Unit)},
                 {"ARUM2", "MG66_UM2", Unit(Anagrart, "MG66_UM1", "")},
                 {"ARCOE", "MG66_FATTCONV", NotZero()},
