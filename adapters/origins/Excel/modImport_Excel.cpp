@@ -3,7 +3,7 @@
 // "ART_FOR.COFGE" of what hangs on it, "NUM_TEL.Ufficio" with the label of the number, "FLD:Lega" with the name of a
 // free attribute. The second row is for who reads the sheet; data end at the first row without a code. The layout is
 // this system's own; codes are translated under EXCEL. A header that is none of these is told once and not imported.
-// Known gaps: columns of the system itself (who wrote a record when), branches, contacts.
+// Known gaps: columns of the system itself (who wrote a record when, the codes of a counterparty), branches, contacts.
 
 #include "adapters/origins/Excel/modImport_Excel.h"
 
@@ -70,9 +70,10 @@ QStringList ColumnsReadBy(const Needs& needs) {
     return columns;
 }
 
-/// Whether a column can be given by a sheet: not those that tell who wrote the record when.
+/// Whether a column can be given by a sheet: not those that tell who wrote the record when, nor the codes that a
+/// counterparty is given and known again by.
 bool IsForSheets(const schema::Table& table, const QString& name) {
-    static const QStringList ofTheSystem{"RECORD_ID", "USINS", "DTINS", "USMDF", "DTMDF"};
+    static const QStringList ofTheSystem{"RECORD_ID", "USINS", "DTINS", "USMDF", "DTMDF", "CDCON", "COFGE"};
     return table.FindColumn(name) != nullptr && !ofTheSystem.contains(name, Qt::CaseInsensitive);
 }
 
@@ -98,8 +99,14 @@ void FindHeaders(ImportRun& run, const QString& sheet, const QStringList& read, 
     }
 }
 
+/// A blank cell leaves what the record has of the usual lines, and the day that a new one has been given.
 void SetFurther(const Beyond& beyond, const SourceRow& row, TargetRow& target) {
+    static const QString day = QStringLiteral("ARINV");
     for (const Further& further : beyond.found->columns) {
+        const bool hasUsual = target.Value(further.column).isValid() || further.column == day;
+        if (hasUsual && row.IsBlank(further.column)) {
+            continue;
+        }
         target.Set(further.column, sheetCells::GetXlsValue(row, further.column, further.type));
     }
 }
@@ -230,7 +237,11 @@ Procedure ImportArticoliExcel() {
                 {"ARGGA", "ARGGA", RoundedTo(0)},
                 {"ARNOT", "ARNOT", Text()},
             },
-        .suppliers = {{.supplier = {"ART_FOR.COFGE", KnownSupplier()}, .ownCode = "ART_COD.CDCOD", .price = "ARCOS"}},
+        .suppliers = {{.supplier = {"ART_FOR.COFGE", KnownSupplier()},
+                       .ownCode = "ART_COD.CDCOD",
+                       .price = "ARCOS",
+                       .leadDays = "ARGGA",
+                       .lot = "ARLOR"}},
         .location = "UBI_ART.CDUBI",
         .empties = ArticleEmptying() + FreeAttributeEmptying("ART_ICO"),
         .more = [beyond](ImportRun& /*run*/, const SourceRow& row,

@@ -186,7 +186,9 @@ Articles Articoli() {
             },
         .suppliers = {{.supplier = {"CDFOR", NotZeroCode(KnownSupplier())},
                        .ownCode = "ARTFO",
-                       .price = {"CSSTD, CSULT", FirstNotZero()}}},
+                       .price = {"CSSTD, CSULT", FirstNotZero()},
+                       .leadDays = "GGAPP",
+                       .lot = "LTRIO"}},
         .location = "CDUBI",
     };
 }

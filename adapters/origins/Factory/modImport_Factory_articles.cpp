@@ -68,7 +68,9 @@ contract::Articles ArticlesOf() {
             },
         .suppliers = {{.supplier = {"CODFOR", KnownSupplier()},
                        .ownCode = "CODARTFOR",
-                       .price = {"COSTO, COSTOULT", FirstNotZero()}}},
+                       .price = {"COSTO, COSTOULT", FirstNotZero()},
+                       .leadDays = "LEADTIME",
+                       .lot = "LOTTO"}},
         .location = "UBICAZIONE",
         .condition = ConditionOfSettings,
     };

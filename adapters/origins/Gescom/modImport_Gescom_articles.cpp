@@ -39,6 +39,8 @@ Articles Articoli() {
             .supplier = {"FOARTICO", KnownSupplier()},
             .ownCode = "CFARTICO",
             .price = {"CSARTICO, CUARTICO", FirstNotZero()},
+            .leadDays = "GGARTICO",
+            .lot = "LRARTICO",
         }},
         .location = "UBARTICO",
     };
