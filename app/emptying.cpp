@@ -39,16 +39,21 @@ EmptyingResult EmptyAndKeep(Session& session, const EmptyingWork& work,
     const double start = session.Person.WorkedSeconds();
     try {
         const CompanyLock lock(session, work.companies, work.name);
-        history::Recorder recorder(session, {.work = work.name, .options = work.options});
-        recorder.ProcedureBegins(work.module, work.procedure);
+        std::optional<history::Recorder> recorder;
+        if (session.Observer == nullptr) {
+            recorder.emplace(session, history::RunFacts{.work = work.name, .options = work.options});
+        }
+        session.Observer->ProcedureBegins(work.module, work.procedure);
         try {
             empty(result);
         } catch (...) {
             result.outcome = RunResult::Outcome::Failed;
             session.Errors.Monitoring(work.module, work.procedure);
         }
-        recorder.Logs(LogOf(result));
-        recorder.ProcedureEnds(AccountOf(session, work, result, errorsBefore, start));
+        if (recorder) {
+            recorder->Logs(LogOf(result));
+        }
+        session.Observer->ProcedureEnds(AccountOf(session, work, result, errorsBefore, start));
     } catch (...) {
         result.outcome = RunResult::Outcome::Failed;
         session.Errors.Monitoring(work.module, work.procedure);

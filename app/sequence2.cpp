@@ -2,6 +2,7 @@
 #include "adapters/contract/write/Document.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
+#include "app/sequenceQueries.h"
 #include "app/sequenceRun.h"
 
 #include <QLocale>
@@ -182,11 +183,15 @@ void EmptyTables(SequenceRun& run, Triggers& triggers) {
     run.Log('[' + ResetStep + ']');
     triggers.Disable();
     qint64 rows = 0;
-    for (const QString& table : EmptiedTables()) {
-        run.Log("[Reset Tabella " + table + ']');
+    run.KeepStep("frmImport", [&](RunResult& account) {
         ovConnection& quadrix = run.GetSession().Quadrix;
-        rows += quadrix.Execute("DELETE " + quadrix.GetFullTableName(table));
-    }
+        for (const QString& table : EmptiedTables()) {
+            run.Log("[Reset Tabella " + table + ']');
+            const QString name = quadrix.GetFullTableName(table);
+            account.emptied.append({name, quadrix.Execute("DELETE " + name)});
+            rows += account.emptied.last().rows;
+        }
+    });
     run.End(Outcome::Done, EmptiedText(EmptiedTables().size(), rows));
 }
 
@@ -228,45 +233,16 @@ void ImportChosen(SequenceRun& run, const SequenceSteps& steps) {
     }
 }
 
-/// The statements that put right what the imports leave, for the company under work.
-QStringList FinalQueries(const ovConnection& quadrix) {
-    const auto name = [&quadrix](const char* table) { return quadrix.GetFullTableName(table); };
-    QStringList queries;
-    for (const contract::Family* family : {&contract::Sales, &contract::Purchases, &contract::WorkAccount}) {
-        const QString heads = quadrix.GetFullTableName(family->head);
-        const QString rows = quadrix.GetFullTableName(family->row);
-        queries.append(QStringLiteral("DELETE FROM %1 WHERE (SELECT COUNT(RECORD_ID) FROM %2 WHERE IDTES = "
-                                      "%1.RECORD_ID) = 0")
-                           .arg(heads, rows));
-        queries.append(QStringLiteral("DELETE FROM %2 WHERE IDTES NOT IN (SELECT RECORD_ID FROM %1)").arg(heads, rows));
-    }
-    const QString update = "UPDATE " + name("ART_ICO");
-    const QString heads = "EXISTS (SELECT 1 FROM " + name("DIS_BAS") + " WHERE DBART = CDART)";
-    const QString isPart = "EXISTS (SELECT 1 FROM " + name("DIS_COM") + " WHERE DCART = CDART)";
-    queries.append(update + " SET ARCLA = 'PF' WHERE " + heads + " AND NOT " + isPart);
-    queries.append(update + " SET ARCLA = 'SL' WHERE " + heads + " AND " + isPart +
-                   " AND (ARCLA IS NULL OR ARCLA <> 'FA')");
-    queries.append(update + " SET ARCLA = 'CM' WHERE NOT " + heads + " AND " + isPart +
-                   " AND (ARCLA IS NULL OR ARCLA NOT IN ('FA', 'CL'))");
-    // Of several revisions of a bill the article has the last.
-    const QString bill = " FROM " + name("DIS_BAS") + " WHERE DBART = CDART";
-    queries.append(update + " SET ARDBA = CDART, ARDRV = (SELECT MAX(DBREV)" + bill + ") WHERE " + heads);
-    queries.append(update + " SET ARDRI = (SELECT MAX(DBREI)" + bill +
-                   " AND (DBREV = ARDRV OR (DBREV IS NULL AND ARDRV IS NULL))) WHERE " + heads);
-    queries.append("UPDATE " + name("DIS_BAS") + " SET DBMAN = 1 WHERE NOT EXISTS (SELECT 1 FROM " + name("DIS_COM") +
-                   " WHERE DCART = DBART)");
-    return queries;
-}
-
 void RunFinalQueries(SequenceRun& run) {
     run.Begin(QueryStep);
     run.Log('[' + QueryStep + ']');
-    ovConnection& quadrix = run.GetSession().Quadrix;
-    qint64 changed = 0;
-    for (const QString& query : FinalQueries(quadrix)) {
-        changed += quadrix.Execute(query);
-    }
-    run.End(Outcome::Done, QStringLiteral("righe sistemate: %1").arg(changed));
+    QString righted;
+    // What it does is taken back like an import.
+    run.KeepStep("frmSequence", [&](RunResult& account) {
+        righted = QStringLiteral("righe sistemate: %1").arg(PutImportedRowsRight(run.GetSession()));
+        account.details.append(righted);
+    });
+    run.End(Outcome::Done, righted);
 }
 
 void RunSteps(SequenceRun& run, const SequenceSteps& steps) {

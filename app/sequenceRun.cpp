@@ -261,6 +261,28 @@ void SequenceRun::LogOutcome() {
     Log(line);
 }
 
+void SequenceRun::KeepStep(const QString& module, const std::function<void(RunResult& account)>& work) {
+    RunResult account;
+    account.module = module;
+    account.procedure = Current().step;
+    const double start = m_session.Person.WorkedSeconds();
+    m_recorder->ProcedureBegins(account.module, account.procedure);
+    const auto end = [&] {
+        account.seconds = m_session.Person.WorkedSeconds() - start;
+        m_recorder->ProcedureEnds(account);
+    };
+    try {
+        work(account);
+    } catch (const std::exception& error) {
+        const auto* own = dynamic_cast<const Error*>(&error);
+        account.outcome = RunResult::Outcome::Failed;
+        account.errors.append(own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
+        end();
+        throw;
+    }
+    end();
+}
+
 void SequenceRun::SkipNotConnected(const QString& text) {
     const auto errors = m_session.Errors.Since(m_errorsBefore);
     const QString reason = errors.isEmpty() ? QString() : errors.last().message;

@@ -42,6 +42,10 @@ public:
     void Begin(const QString& step);
     /// Ends the step under way. @param lines for the log, in front of how it ended
     void End(SequenceEntry::Outcome outcome, const QString& message = {}, const QStringList& lines = {});
+    /// Does the work of a step that is no procedure of an origin, and has the history keep it as one, also when it
+    /// fails.
+    /// @param module under which @param work tells what it empties or has to tell
+    void KeepStep(const QString& module, const std::function<void(RunResult& account)>& work);
     /// Skips the step because of its source; the text is told at the end.
     void SkipNotConnected(const QString& text);
 

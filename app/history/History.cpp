@@ -100,6 +100,11 @@ Reject RejectOf(const Recordset& row) {
 
 } // namespace
 
+bool Run::IsUndone() const {
+    return std::any_of(procedures.begin(), procedures.end(),
+                       [](const ProcedureRun& procedure) { return !procedure.undone.isEmpty(); });
+}
+
 QString EndingText(const Run& run) {
     if (run.isUnderWay) {
         return QStringLiteral("in corso");
@@ -314,13 +319,15 @@ QHash<QString, qint64> History::ImportedRejects(const QString& company, const QS
 
 std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostRows) const {
     std::vector<WaitingCode> codes;
+    std::vector<qint64> procedures; ///< their numbers
     {
         Recordset rows = m_file->ExecuteWC(Statement(
-            "SELECT C.list, C.field, C.code, COUNT(DISTINCT W.source_row) AS rows, R.id AS run, R.origin, P.name FROM "
-            "waiting_rows W JOIN open_codes C ON C.id = W.code "
+            "SELECT C.list, C.field, C.code, COUNT(DISTINCT W.source_row) AS rows, R.id AS run, R.origin, P.name, P.id "
+            "AS procedure "
+            "FROM waiting_rows W JOIN open_codes C ON C.id = W.code "
             "JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run "
             "WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
-            "S.trial = 0 "
+            "S.trial = 0 AND Q.undone IS NULL "
             "GROUP BY Q.module, Q.name) GROUP BY C.list, C.field, C.code, P.id ORDER BY C.list, C.field, C.code",
             {company}));
         for (; !rows.Eof(); rows.MoveNext()) {
@@ -330,19 +337,20 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
                              Number(rows, "run"),
                              Text(rows, "origin"),
                              Text(rows, "name")});
+            procedures.push_back(Number(rows, "procedure"));
         }
     }
-    for (WaitingCode& code : codes) {
-        code.first = RowsWaiting(code.run, code.code).mid(0, mostRows);
+    for (size_t i = 0; i < codes.size(); ++i) {
+        codes[i].first = RowsWaiting(procedures[i], codes[i].code).mid(0, mostRows);
     }
     return codes;
 }
 
-QStringList History::RowsWaiting(qint64 run, const OpenCode& code) const {
+QStringList History::RowsWaiting(qint64 procedure, const OpenCode& code) const {
     Recordset rows = m_file->ExecuteWC(
         Statement("SELECT DISTINCT source_row FROM waiting_rows WHERE code = (SELECT id FROM open_codes WHERE list = ? "
-                  "AND field = ? AND code = ?) AND procedure IN (SELECT id FROM procedures WHERE run = ?)",
-                  {code.list, code.field, code.code, run}));
+                  "AND field = ? AND code = ?) AND procedure = ?",
+                  {code.list, code.field, code.code, procedure}));
     QStringList names;
     for (; !rows.Eof(); rows.MoveNext()) {
         names.append(Text(rows, "source_row"));
@@ -353,7 +361,7 @@ QStringList History::RowsWaiting(qint64 run, const OpenCode& code) const {
 qint64 History::Forget(const QDate& before) {
     Transaction transaction(*m_file);
     const QString limit = TimeText(before.startOfDay());
-    for (const char* table : {"notes", "rejects", "waiting_rows", "changes"}) {
+    for (const char* table : {"notes", "rejects", "waiting_rows", "changes", "left_away"}) {
         m_file->Execute(Statement(
             QStringLiteral("DELETE FROM %1 WHERE procedure IN (SELECT P.id FROM procedures P JOIN runs R ON R.id = "
                            "P.run WHERE R.started < ?)")

@@ -40,6 +40,8 @@ struct Run {
     std::vector<ProcedureRun> procedures;
 
     bool WasKilled() const { return !ended.isValid() && !isUnderWay; }
+    /// Whether what it wrote was taken back.
+    bool IsUndone() const;
 };
 /// "completata", "interrotta: il programma è terminato prima della fine", ...
 QString EndingText(const Run& run);
@@ -126,11 +128,9 @@ public:
     /// that did.
     QHash<QString, qint64> ImportedRejects(const QString& company, const QString& origin) const;
 
-    /// The codes that the last run of each procedure of a company has met without a translation. Whether they have one
-    /// by now is not known here. @param company its code
+    /// The codes that the last run of each procedure of a company, of those that were not taken back, has met without a
+    /// translation. Whether they have one by now is not known here. @param company its code
     std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows = 100) const;
-    /// The names of all source rows that wait for a code in a run.
-    QStringList RowsWaiting(qint64 run, const OpenCode& code) const;
 
     /// Removes runs that began before a day, with all that is kept of them; returns how many.
     qint64 Forget(const QDate& before);
@@ -138,6 +138,8 @@ public:
     ovConnection& File() const { return *m_file; }
 
 private:
+    /// The names of all source rows that wait for a code in a procedure of a run, by its number.
+    QStringList RowsWaiting(qint64 procedure, const OpenCode& code) const;
     Run RunOf(const Recordset& row) const;
     /// Their numbers, as they stand in a query.
     QStringList ProceduresOf(qint64 run) const;

@@ -14,15 +14,29 @@ LaterRuns::LaterRuns(const History& history, const Run& run)
     LoadInserted();
     LoadEmptied();
     LoadDeleted();
+    LoadLeftAway();
 }
 
-void LaterRuns::ForEachInsertedRow(const QString& runs,
-                                   const std::function<void(const QString& table, qint64 id)>& work) const {
+const LaterRuns::LeftAway* LaterRuns::FindLeftAway(const QString& table, qint64 id) const {
+    const auto rows = m_leftAway.constFind(table);
+    if (rows == m_leftAway.cend()) {
+        return nullptr;
+    }
+    const auto row = rows->constFind(id);
+    return row == rows->cend() ? nullptr : &*row;
+}
+
+void LaterRuns::ForEachRow(const QString& runs, const std::vector<TargetChange::Kind>& kinds,
+                           const std::function<void(const QString& table, qint64 id)>& work) const {
+    QStringList numbers;
+    for (const TargetChange::Kind kind : kinds) {
+        numbers += QString::number(static_cast<int>(kind));
+    }
     Recordset rows = m_history.File().ExecuteWC(
         Statement(QString("SELECT C.target_table, C.target_id, C.inserted FROM changes C JOIN procedures P ON P.id = "
                           "C.procedure WHERE P.run " +
-                          runs + " ? AND C.kind = ?"),
-                  {m_run, static_cast<int>(TargetChange::Kind::Inserted)}));
+                          runs + " ? AND C.kind IN (" + numbers.join(u',') + ")"),
+                  {m_run}));
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString table = rows.Fields(0).Value().toString();
         const QString inserted = rows.Fields(2).Value().toString();
@@ -34,8 +48,12 @@ void LaterRuns::ForEachInsertedRow(const QString& runs,
     }
 }
 
+void LaterRuns::ForEachOwnRow(const std::function<void(const QString& table, qint64 id)>& work) const {
+    ForEachRow(QStringLiteral("="), {TargetChange::Kind::Inserted, TargetChange::Kind::Updated}, work);
+}
+
 void LaterRuns::LoadHighest() {
-    ForEachInsertedRow(QStringLiteral("="), [this](const QString& table, qint64 id) {
+    ForEachOwnRow([this](const QString& table, qint64 id) {
         qint64& highest = m_highest[table];
         highest = std::max(highest, id);
     });
@@ -43,7 +61,7 @@ void LaterRuns::LoadHighest() {
 
 /// Those alone that a row of the run may have had: all the others are higher, and many.
 void LaterRuns::LoadInserted() {
-    ForEachInsertedRow(QStringLiteral(">"), [this](const QString& table, qint64 id) {
+    ForEachRow(QStringLiteral(">"), {TargetChange::Kind::Inserted}, [this](const QString& table, qint64 id) {
         if (id <= m_highest.value(table)) {
             m_inserted[table].insert(id);
         }
@@ -65,17 +83,42 @@ void LaterRuns::LoadEmptied() {
     }
 }
 
-/// What a run deleted that was taken back is there again.
 void LaterRuns::LoadDeleted() {
+    QHash<QString, QHash<qint64, qint64>> deleted; // the last run, by table and number
+    {
+        Recordset rows = m_history.File().ExecuteWC(
+            Statement("SELECT C.target_table, C.target_id, P.run FROM changes C JOIN procedures P ON P.id = "
+                      "C.procedure WHERE P.run > ? AND P.undone IS NULL AND C.kind = ? ORDER BY P.run",
+                      {m_run, static_cast<int>(TargetChange::Kind::Deleted)}));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            const QString table = rows.Fields(0).Value().toString();
+            const qint64 id = rows.Fields(1).Value().toLongLong();
+            if (id <= m_highest.value(table) && EmptiedBy(table) == 0 && !HaveInserted(table, id)) {
+                deleted[table].insert(id, rows.Fields(2).Value().toLongLong());
+            }
+        }
+    }
+    if (deleted.isEmpty()) {
+        return;
+    }
+    ForEachOwnRow([this, &deleted](const QString& table, qint64 id) {
+        if (const qint64 run = deleted.value(table).value(id); run > m_last.run) {
+            m_last = {table, id, run};
+        }
+    });
+}
+
+void LaterRuns::LoadLeftAway() {
     Recordset rows = m_history.File().ExecuteWC(
-        Statement("SELECT C.target_table, C.target_id, P.run FROM changes C JOIN procedures P ON P.id = C.procedure "
-                  "WHERE P.run > ? AND P.undone IS NULL AND C.kind = ?",
-                  {m_run, static_cast<int>(TargetChange::Kind::Deleted)}));
+        Statement("SELECT L.target_table, L.target_id, L.before, P.run FROM left_away L JOIN procedures P ON P.id = "
+                  "L.procedure WHERE P.run > ? ORDER BY L.id",
+                  {m_run}));
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString table = rows.Fields(0).Value().toString();
         const qint64 id = rows.Fields(1).Value().toLongLong();
         if (id <= m_highest.value(table)) {
-            m_deleted[table].insert(id, rows.Fields(2).Value().toLongLong());
+            m_leftAway[table].insert(
+                id, {rows.Fields(3).Value().toLongLong(), ValuesOf(rows.Fields(2).Value().toString())});
         }
     }
 }

@@ -7,31 +7,49 @@ namespace history {
 /// What the runs behind one have done to the tables that it wrote to. Everything raises `SqlError`.
 class LaterRuns {
 public:
+    /// A row that the run wrote, and the later one that has deleted it.
+    struct Deletion {
+        QString table; ///< physical name
+        qint64 id = 0;
+        qint64 run = 0; ///< 0: none has
+    };
+    /// A row that a later run had deleted, and that the taking back of that one has not brought back under its number.
+    struct LeftAway {
+        qint64 run;
+        QVector<NamedValue> before; ///< all that it was
+    };
+
     LaterRuns(const History& history, const Run& run);
 
-    /// Whether a later run has inserted a row under that number of a row that the run inserted: a table that was
-    /// emptied may give its numbers again. @param table physical name
+    /// Whether a later run has inserted a row under that number of a row that the run wrote: a table that was emptied
+    /// may give its numbers again. @param table physical name
     bool HaveInserted(const QString& table, qint64 id) const { return m_inserted.value(table).contains(id); }
     /// The number of the first that has emptied the table, in part or whole; 0: none has.
     qint64 EmptiedBy(const QString& table) const { return m_emptied.value(table); }
-    /// The number of the run that has deleted that row, which the run inserted, and was not taken back; 0: none has.
-    qint64 DeletedBy(const QString& table, qint64 id) const { return m_deleted.value(table).value(id); }
+    /// The latest that has deleted a row which the run wrote, and was not taken back. One that is gone with its table
+    /// does not count.
+    const Deletion& Last() const { return m_last; }
+    /// What became of a row that the run inserted; null when the taking back of no later run has left it away.
+    const LeftAway* FindLeftAway(const QString& table, qint64 id) const;
 
 private:
     /// @param runs how the runs compare with this one: "=" or ">"
-    void ForEachInsertedRow(const QString& runs,
-                            const std::function<void(const QString& table, qint64 id)>& work) const;
+    void ForEachRow(const QString& runs, const std::vector<TargetChange::Kind>& kinds,
+                    const std::function<void(const QString& table, qint64 id)>& work) const;
+    void ForEachOwnRow(const std::function<void(const QString& table, qint64 id)>& work) const;
     void LoadHighest();
     void LoadInserted();
     void LoadEmptied();
     void LoadDeleted();
+    void LoadLeftAway();
 
     const History& m_history;
     qint64 m_run;
-    QHash<QString, qint64> m_highest;                ///< number that the run has inserted, by table
-    QHash<QString, QSet<qint64>> m_inserted;         ///< by table
-    QHash<QString, qint64> m_emptied;                ///< the run
-    QHash<QString, QHash<qint64, qint64>> m_deleted; ///< the run, by table and number
+    QHash<QString, qint64> m_highest;                   ///< number that the run has written to, by table
+    QHash<QString, QSet<qint64>> m_inserted;            ///< by table
+    QHash<QString, qint64> m_emptied;                   ///< the run
+    QHash<QString, QHash<qint64, LeftAway>> m_leftAway; ///< by table and number
+    Deletion m_last;
 };
 
 } // namespace history

@@ -54,11 +54,11 @@ Recorder::Recorder(Session& session, RunFacts facts)
       m_first(session.Results.size()),
       m_logFile(session.LogFile) {
     Try([&] { Begin(facts); });
-    m_session.Observer = this;
+    m_before = std::exchange(m_session.Observer, this);
 }
 
 Recorder::~Recorder() {
-    m_session.Observer = nullptr;
+    m_session.Observer = m_before;
     Try([this] { End(); });
     if (m_isPartial) {
         TellPartial();
@@ -161,7 +161,7 @@ void Recorder::KeepWaiting() {
         "INSERT INTO waiting_rows (procedure, code, source_row) SELECT ?, code, source_row FROM waiting_rows WHERE "
         "procedure = (SELECT MAX(P.id) FROM procedures P JOIN runs R ON R.id = P.run JOIN procedures N ON "
         "N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
-        "R.company = M.company AND R.trial = 0)",
+        "R.company = M.company AND R.trial = 0 AND P.undone IS NULL)",
         {m_procedure, m_procedure}));
     if (m_session.Selection == nullptr) {
         return;

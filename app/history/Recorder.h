@@ -83,7 +83,8 @@ private:
     };
 
     Session& m_session;
-    bool m_isPart; ///< of the rows that the procedures could take
+    RunObserver* m_before = nullptr; ///< who is told again behind the run
+    bool m_isPart;                   ///< of the rows that the procedures could take
     bool m_keepsImages;
     std::unique_ptr<ovConnection> m_file; ///< null: nothing is kept, or not any more
     std::unique_ptr<FileLock> m_lock;

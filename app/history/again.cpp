@@ -61,12 +61,12 @@ std::optional<Again> RejectsAgain(Session& session, const History& history, qint
 
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 number, ErrorAction errors) {
     const Run run = history.Load(number);
+    Again again;
+    again.request.only = RestOf(run);
     if (!CanGoOn(run)) {
         throw ImportError(
             QStringLiteral("l'esecuzione %1 non si è interrotta: non c'è nulla da riprendere").arg(number));
     }
-    Again again;
-    again.request.only = RestOf(run);
     again.question = QStringLiteral("Riprendere l'esecuzione %1 da dove si è interrotta?").arg(number);
     const QString text = ReachedLines(run).join(u'\n');
     return Prepare(session, run, errors, text, again) ? std::optional(again) : std::nullopt;
@@ -74,7 +74,8 @@ std::optional<Again> RestAgain(Session& session, const History& history, qint64 
 
 bool CanGoOn(const Run& run) {
     const bool brokeOff = run.ended.isValid() && (run.ending == Ending::Interrupted || run.ending == Ending::Failed);
-    return !run.isTrial && !run.origin.isEmpty() && !run.procedures.empty() && (run.WasKilled() || brokeOff);
+    return !run.isTrial && !run.IsUndone() && !run.origin.isEmpty() && !run.procedures.empty() &&
+           (run.WasKilled() || brokeOff);
 }
 
 qint64 RejectsIn(const Run& run) {

@@ -18,10 +18,11 @@ struct Again {
 /// repeated and for mistakes in the files.
 std::optional<Again> RejectsAgain(Session& session, const History& history, qint64 run, const QStringList& files,
                                   ErrorAction errors);
-/// What a run that broke off has not reached; the same otherwise.
+/// What a run that broke off has not reached; the same otherwise. One that was taken back is refused.
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 run, ErrorAction errors);
 
-/// Whether a run broke off and can go on: it was interrupted, failed or was killed, and was no trial.
+/// Whether a run broke off and can go on: it was interrupted, failed or was killed, was no trial, and was not taken
+/// back.
 bool CanGoOn(const Run& run);
 /// How many rows it has given up.
 qint64 RejectsIn(const Run& run);

@@ -42,6 +42,9 @@ const QStringList& Tables() {
         "target_table TEXT, target_id INTEGER, before TEXT, columns INTEGER, digest INTEGER, inserted TEXT, places "
         "TEXT)",
         "CREATE INDEX IF NOT EXISTS changes_procedure ON changes (procedure)",
+        // rows that it had deleted, and that its taking back has not brought back under their numbers
+        "CREATE TABLE IF NOT EXISTS left_away (id INTEGER PRIMARY KEY, procedure INTEGER, target_table TEXT, target_id "
+        "INTEGER, before TEXT)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
     };
     return tables;

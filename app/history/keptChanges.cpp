@@ -11,7 +11,8 @@ std::vector<Change> ChangesOf(const Recordset& kept) {
                      kept.Fields(2).Value().toLongLong(),
                      ValuesOf(kept.Fields(3).Value().toString()),
                      kept.Fields(4).Value().toString().split(u',', Qt::SkipEmptyParts),
-                     kept.Fields(5).Value().toLongLong()};
+                     kept.Fields(5).Value().toLongLong(),
+                     kept.Fields(8).Value().toLongLong()};
     const QString inserted = kept.Fields(6).Value().toString();
     if (inserted.isEmpty()) {
         return {one};
@@ -54,8 +55,9 @@ void ForEachChangeBackwards(const History& history, qint64 run, const std::funct
         }
     };
     Recordset rows = history.File().ExecuteWC(
-        Statement("SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted, C.places FROM "
-                  "changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = C.procedure "
+        Statement("SELECT C.kind, C.target_table, C.target_id, C.before, L.names, C.digest, C.inserted, C.places, "
+                  "C.procedure FROM changes C LEFT JOIN column_lists L ON L.id = C.columns JOIN procedures P ON P.id = "
+                  "C.procedure "
                   "WHERE P.run = ? ORDER BY C.id DESC",
                   {run}));
     for (; !rows.Eof(); rows.MoveNext()) {

@@ -12,6 +12,7 @@ struct Change {
     QVector<NamedValue> before;
     QStringList columns;
     qint64 digest;
+    qint64 procedure; ///< of the run, by its number in the history
     qint64 block = 0; ///< records of one number hold rows that were inserted by turns; 0: the record stands alone
     qint64 place = 0; ///< of an inserted row among all of its block
 };

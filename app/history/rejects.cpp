@@ -212,6 +212,10 @@ void Repeat(Session& session, const Run& run, ImportRequest& request) {
 }
 
 std::unique_ptr<contract::RowSelection> RestOf(const Run& run) {
+    if (run.IsUndone()) { // the rows in front of where it stopped are gone
+        throw ImportError(
+            QStringLiteral("l'esecuzione %1 è stata annullata: non si riprende, importare da capo").arg(run.id));
+    }
     auto selection = std::make_unique<contract::RowSelection>();
     for (const ProcedureRun& procedure : run.procedures) {
         const bool isWhole = procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done;

@@ -21,7 +21,8 @@ std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qi
 /// Has a press repeat a run: its company, its origin, its button or procedure. Raises `ImportError` when one of them is
 /// no longer there.
 void Repeat(Session& session, const Run& run, ImportRequest& request);
-/// What a run that broke off has not reached: each of its procedures goes on where it stopped.
+/// What a run that broke off has not reached: each of its procedures goes on where it stopped. Raises `ImportError` for
+/// one that was taken back: what is in front of where it stopped is gone.
 std::unique_ptr<contract::RowSelection> RestOf(const Run& run);
 
 } // namespace history

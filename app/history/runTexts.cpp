@@ -30,6 +30,12 @@ QString SkippedText(const RunResult& result) {
            (reasons.isEmpty() ? QString() : QString(QStringLiteral(" (") + reasons.join(QStringLiteral("; ")) + u')'));
 }
 
+/// "completata (prova)", "completata; annullata"
+QString StateText(const Run& run) {
+    return EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()) +
+           (run.IsUndone() ? QStringLiteral("; annullata") : QString());
+}
+
 /// "30, aperte 6": the others were imported by later runs
 QString GivenUpText(const Run& run) {
     qint64 all = 0;
@@ -58,21 +64,14 @@ const QStringList& ProcedureHeadings() {
 QStringList ProcedureCells(const ProcedureRun& procedure) {
     const RunResult& result = procedure.result;
     const QString title = ProcedureTitle(result.module, result.procedure);
-    if (!procedure.hasEnded) {
-        return Visible({title,
-                        {},
-                        {},
-                        {},
-                        {},
-                        NumberText(procedure.rejects),
-                        {},
-                        {},
-                        QStringLiteral("non è arrivata alla fine; fatte le prime %1 righe")
-                            .arg(NumberText(procedure.reached.rows))});
-    }
-    QString ending = EndingText(EndingOf(result));
+    QString ending = procedure.hasEnded ? EndingText(EndingOf(result))
+                                        : QStringLiteral("non è arrivata alla fine; fatte le prime %1 righe")
+                                              .arg(NumberText(procedure.reached.rows));
     if (!procedure.undone.isEmpty()) {
         ending += QStringLiteral("; annullata: ") + procedure.undone;
+    }
+    if (!procedure.hasEnded) {
+        return Visible({title, {}, {}, {}, {}, NumberText(procedure.rejects), {}, {}, ending});
     }
     return Visible({title, NumberText(result.sourceRows), NumberText(result.inserted), NumberText(result.updated),
                     SkippedText(result), NumberText(result.givenUpCount), NumberText(result.notReached),
@@ -92,9 +91,8 @@ QStringList RunCells(const Run& run) {
         inserted += procedure.result.inserted;
         updated += procedure.result.updated;
     }
-    return Visible({QString::number(run.id), Time(run.started),
-                    EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()), GivenUpText(run),
-                    run.work, QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), NumberText(inserted),
+    return Visible({QString::number(run.id), Time(run.started), StateText(run), GivenUpText(run), run.work,
+                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), NumberText(inserted),
                     NumberText(updated), run.worker});
 }
 

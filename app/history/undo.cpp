@@ -20,6 +20,18 @@ QString WhereId(qint64 id) { return QStringLiteral("WHERE RECORD_ID = %1").arg(i
 
 QString RowPlace(const QString& table, qint64 id) { return table + u'/' + QString::number(id); }
 
+/// The columns by which it is known in whose place a row is: the key of its table; without one, the first that tells
+/// which row it belongs to. None where a table has neither.
+QStringList PlaceColumns(const schema::Table& table) {
+    if (!table.key.isEmpty()) {
+        return table.key;
+    }
+    const auto owner = std::find_if(table.columns.begin(), table.columns.end(), [](const schema::Column& column) {
+        return !column.refersTo.isEmpty() || (column.type == DataType::Long && column.indexed);
+    });
+    return owner == table.columns.end() ? QStringList() : QStringList(owner->name);
+}
+
 /// Rows that stay as they are, by table and number.
 struct Staying {
     QHash<QString, QString> why;
@@ -65,6 +77,9 @@ public:
             RememberReplaced(change, row);
             m_brought.insert(row, BringBack(change));
             ++Result.brought;
+            if (m_brought.value(row) != change.id) {
+                LeftAway.push_back(change);
+            }
             break;
         }
     }
@@ -83,7 +98,7 @@ public:
                 }
             }
             if (most != nullptr) {
-                m_stay.why.insert(most->row, QStringLiteral("al suo posto c'è la riga %1").arg(standing.id));
+                m_stay.why.insert(most->row, QStringLiteral("al suo posto c'è ") + standing.what);
                 m_stay.replacing.insert(RowPlace(standing.table, standing.id));
                 HasNewObstacles = true;
             }
@@ -95,12 +110,14 @@ public:
     /// Whether a row was found to stay that had been taken back in part.
     bool HasNewObstacles = false;
     UndoResult Result;
+    std::vector<Change> LeftAway; ///< deleted rows that have not come back under their numbers
 
 private:
-    /// An inserted row that stays, with what it is now. Columns in upper case.
+    /// An inserted row that stays, with what it is now, or in whose place something else stays. Columns in upper case.
     struct Standing {
         QString table;
         qint64 id;
+        QString what; ///< stays
         QVariantMap values;
     };
     /// A deleted row that may be the one in whose place such a row is.
@@ -158,9 +175,6 @@ private:
         if (const qint64 run = m_later.EmptiedBy(change.table); run != 0) {
             return QStringLiteral("l'esecuzione %1 ha svuotato la tabella dopo").arg(run);
         }
-        if (const qint64 run = m_rewritten.value(change.table); run != 0) {
-            return QStringLiteral("ha riscritto la tabella anche l'esecuzione %1, da annullare prima").arg(run);
-        }
         const QString code = SchemaOf(change.table).CodeColumn();
         const auto own = std::find_if(change.before.begin(), change.before.end(), [&code](const NamedValue& value) {
             return !code.isEmpty() && value.name.compare(code, Qt::CaseInsensitive) == 0;
@@ -179,22 +193,22 @@ private:
 
     /// Remembers an inserted row that stays, unless somebody has deleted it, with nothing in its place.
     void RememberStanding(const Change& change, const QString& row) {
-        if (change.kind != TargetChange::Kind::Inserted || SchemaOf(change.table).key.isEmpty() ||
-            m_stay.replacing.contains(row)) {
+        if (change.kind != TargetChange::Kind::Inserted || PlaceColumns(SchemaOf(change.table)).isEmpty() ||
+            m_stay.replacing.contains(row) || m_later.HaveInserted(change.table, change.id)) {
             return;
         }
-        if (const qint64 run = m_later.DeletedBy(change.table, change.id); run != 0) {
-            m_rewritten.insert(change.table, run);
-            return;
-        }
-        if (m_later.HaveInserted(change.table, change.id)) {
-            return;
-        }
-        Standing standing{change.table, change.id, {}};
-        const Recordset now =
-            m_quadrix.ExecuteWC(QStringLiteral("SELECT * FROM %1 %2").arg(change.table, WhereId(change.id)));
-        for (const QString& column : now.Eof() ? QStringList() : now.Columns()) {
-            standing.values.insert(column.toUpper(), now.Value(column));
+        Standing standing{change.table, change.id, QStringLiteral("la riga %1").arg(change.id), {}};
+        if (const LaterRuns::LeftAway* away = m_later.FindLeftAway(change.table, change.id)) {
+            standing.what = QStringLiteral("ciò che ha lasciato l'annullamento dell'esecuzione %1").arg(away->run);
+            for (const NamedValue& each : away->before) {
+                standing.values.insert(each.name.toUpper(), each.value);
+            }
+        } else {
+            const Recordset now =
+                m_quadrix.ExecuteWC(QStringLiteral("SELECT * FROM %1 %2").arg(change.table, WhereId(change.id)));
+            for (const QString& column : now.Eof() ? QStringList() : now.Columns()) {
+                standing.values.insert(column.toUpper(), now.Value(column));
+            }
         }
         if (!standing.values.isEmpty()) {
             m_standing.push_back(std::move(standing));
@@ -212,28 +226,32 @@ private:
         }
     }
 
-    /// How many columns of two rows are equal; -1 when they have not one key.
+    /// How many columns of two rows are equal; -1 when they have not one place.
     int Likeness(const Standing& standing, const Replaced& replaced) const {
         if (standing.table != replaced.table) {
             return -1;
         }
-        int equal = 0;
         const schema::Table& table = SchemaOf(standing.table);
-        for (const schema::Column& column : table.columns) {
+        const auto isEqual = [&](const schema::Column& column) {
             RowDigest one;
             RowDigest other;
             one.Add(standing.values.value(column.name), column.type);
             other.Add(replaced.values.value(column.name), column.type);
-            if (one.Value() == other.Value()) {
-                ++equal;
-            } else if (table.key.contains(column.name)) {
+            return one.Value() == other.Value();
+        };
+        for (const QString& place : PlaceColumns(table)) {
+            const bool isOwn = !table.key.isEmpty() || !mod_ovTools::ToText(standing.values.value(place)).isEmpty();
+            if (!isOwn || !isEqual(*table.FindColumn(place))) {
                 return -1;
             }
         }
-        return equal;
+        return static_cast<int>(std::count_if(table.columns.begin(), table.columns.end(), isEqual));
     }
 
     void Keep(const Change& change, const QString& row, const QString& why) {
+        if (change.kind == TargetChange::Kind::Deleted) {
+            LeftAway.push_back(change);
+        }
         if (m_kept.contains(row)) {
             return;
         }
@@ -300,7 +318,6 @@ private:
     const LaterRuns& m_later;
     QString m_company;
     Staying m_stay;
-    QHash<QString, qint64> m_rewritten; ///< tables of which a later run deleted rows that this one inserted: its number
     std::vector<Standing> m_standing;
     std::vector<Replaced> m_replaced;
     QSet<QString> m_met; ///< rows of which something was taken back, by table and number
@@ -309,11 +326,12 @@ private:
     QHash<QString, qint64> m_brought; ///< numbers of rows that are there again
 };
 
-/// Resets and merges, which bear no module of an origin, keep no images of what they write over.
+/// Resets and merges keep no images of what they write over; a sequence may begin with one.
 bool IsImport(const Run& run) {
     static const QStringList own{"frmImport", "modImport", "modMain"};
-    return std::none_of(run.procedures.begin(), run.procedures.end(),
-                        [](const ProcedureRun& procedure) { return own.contains(procedure.result.module); });
+    return run.procedures.empty() ||
+           std::any_of(run.procedures.begin(), run.procedures.end(),
+                       [](const ProcedureRun& procedure) { return !own.contains(procedure.result.module); });
 }
 
 void CheckMayUndo(Session& session, const Run& run) {
@@ -344,10 +362,27 @@ void CheckMayUndo(Session& session, const Run& run) {
     }
 }
 
+/// Of two runs over the same rows the later one is taken back first: else what it wrote in the place of rows of the
+/// earlier one would be there beside what the earlier one had replaced.
+void CheckIsLast(const LaterRuns& later, qint64 number) {
+    const LaterRuns::Deletion& last = later.Last();
+    if (last.run != 0) {
+        throw ImportError(
+            QStringLiteral("l'esecuzione %1 non si annulla prima della %2, che ha eliminato righe scritte "
+                           "da questa (%3, RECORD_ID %4). Annullare prima la %2")
+                .arg(QString::number(number), QString::number(last.run), last.table, QString::number(last.id)));
+    }
+}
+
+/// What of a run was taken back.
+struct TakenBack {
+    UndoResult result;
+    std::vector<Change> leftAway; ///< deleted rows that have not come back under their numbers
+};
+
 /// Takes back what a run wrote; called within a transaction. A row that is found to stay when some of it was taken back
 /// already stays as a whole: then it is done again.
-UndoResult TakeBackAll(Session& session, const History& history, const Run& run) {
-    const LaterRuns later(history, run);
+TakenBack TakeBackAll(Session& session, const History& history, const Run& run, const LaterRuns& later) {
     Staying stay;
     for (;;) {
         session.Quadrix.SetMark();
@@ -355,10 +390,25 @@ UndoResult TakeBackAll(Session& session, const History& history, const Run& run)
         ForEachChangeBackwards(history, run.id, [&undoing](const Change& change) { undoing.TakeBack(change); });
         undoing.KeepReplaced();
         if (!undoing.HasNewObstacles) {
-            return undoing.Result;
+            return {std::move(undoing.Result), std::move(undoing.LeftAway)};
         }
         stay = undoing.Stay();
         session.Quadrix.RollbackToMark();
+    }
+}
+
+/// Whoever takes an earlier run back must know that something else may stand in their place.
+void KeepLeftAway(const History& history, const std::vector<Change>& leftAway) {
+    for (const Change& change : leftAway) {
+        QStringList names;
+        QVector<QVariant> values;
+        for (const NamedValue& each : change.before) {
+            names += each.name;
+            values += each.value;
+        }
+        history.File().Execute(
+            Statement("INSERT INTO left_away (procedure, target_table, target_id, before) VALUES (?, ?, ?, ?)",
+                      {change.procedure, change.table, change.id, ValuesText(names, values)}));
     }
 }
 
@@ -367,9 +417,11 @@ UndoResult TakeBackAll(Session& session, const History& history, const Run& run)
 UndoResult Undo(Session& session, const History& history, qint64 number) {
     const Run run = history.Load(number);
     CheckMayUndo(session, run);
+    const LaterRuns later(history, run);
+    CheckIsLast(later, number);
     const bool isTrial = session.Quadrix.InTransaction();
     Transaction transaction(session.Quadrix);
-    UndoResult result = TakeBackAll(session, history, run);
+    auto [result, leftAway] = TakeBackAll(session, history, run, later);
     result.isPartial = run.isPartial;
     result.wasKilled = run.WasKilled();
     for (const ProcedureRun& procedure : run.procedures) {
@@ -385,6 +437,7 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     history.File().Execute(Statement("DELETE FROM imported_rejects WHERE run = ?", {number}));
     history.File().Execute(Statement("UPDATE procedures SET undone = ? WHERE run = ?",
                                      {WorkText(session.Now(), QStringLiteral("annullamento")), number}));
+    KeepLeftAway(history, leftAway);
     transaction.Keep();
     try {
         told.Keep();

@@ -67,6 +67,7 @@ public:
     contract::Origin& OriginOf(const QString& name) { return m_origins[name.toUpper()]; }
 
     TestTarget Target;
+    qsizetype Observed = 0;                                  ///< calls under which the history listened
     QStringList Calls;                                       ///< "procedure database"
     QHash<QString, RunResult::Outcome> Ends;                 ///< by procedure; `Done` for the others
     QHash<QString, qint64> GivenUp;                          ///< rows, by procedure
@@ -103,6 +104,7 @@ private:
     void Called(Session& session, const QString& procedure, const QString& code, bool reset) {
         const QString database = session.Source ? QFileInfo(session.Source->DatabaseName).fileName() : QString("-");
         Calls.append(procedure + ' ' + database + (code.isEmpty() && !reset ? "" : " wrong arguments"));
+        Observed += session.Observer != nullptr ? 1 : 0;
         Work(procedure);
         RunResult result;
         result.procedure = procedure;

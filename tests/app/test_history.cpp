@@ -2,6 +2,7 @@
 #include "app/history/compare.h"
 #include "app/history/Recorder.h"
 #include "app/history/rejects.h"
+#include "app/history/runTexts.h"
 #include "app/history/undo.h"
 #include "sources/tableFile.h"
 #include "sql/Transaction.h"
@@ -177,6 +178,30 @@ private slots:
         kept.Source("INSERT INTO ART VALUES ('0', 'Nuovo', '1', 'PZ')");
         kept.Run(RestOf(history.Load(1)));
         QVERIFY(kept.Target.Get().Results.last().errors.first().contains("al posto di tabella 'ART', CODICE 'A' c'è"));
+    }
+
+    /// What was taken back is no ground to go on from: neither for the rest of a run, nor for its codes.
+    void knowsWhatWasTakenBack() {
+        Kept kept;
+        kept.Target.Person.CancelAt = 3;
+        kept.Run();
+        kept.Target.Person.CancelAt.reset();
+        const History history(kept.Path());
+        QVERIFY(CanGoOn(history.Load(1)));
+        Undo(kept.Target.Get(), history, 1);
+        QVERIFY(!CanGoOn(history.Load(1)));
+        QVERIFY_EXCEPTION_THROWN(RestOf(history.Load(1)), ImportError);
+        QVERIFY(RunCells(history.Load(1)).contains("interrotta dall'operatore; annullata"));
+        kept.Run();
+        const QStringList waiting = kept.Waiting();
+        QCOMPARE(waiting.size(), 1);
+        kept.Source("UPDATE ART SET UM = 'PZ'");
+        kept.Run();
+        QCOMPARE(kept.Waiting(), QStringList());
+        Undo(kept.Target.Get(), history, 3);
+        QCOMPARE(kept.Waiting(), waiting);
+        Undo(kept.Target.Get(), history, 2);
+        QCOMPARE(kept.Waiting(), QStringList());
     }
 
     /// Where the history breaks off under a run, it says so, and so does the taking back of what it has.

@@ -1,4 +1,5 @@
 #include "adapters/contract/write/Document.h"
+#include "app/history/History.h"
 #include "core/modImport.h"
 #include "tests/app/FakeInstallation.h"
 #include "tests/support/errorOf.h"
@@ -100,6 +101,11 @@ private slots:
         QCOMPARE(fake.Calls.contains("SvuotaTabelleCam -"), company && cam);
         QCOMPARE(result.entries.size(), 5 + (company ? 1 : 0) + (company && cam ? 1 : 0));
         QCOMPARE(result.entries.first().outcome, Outcome::Done);
+        const auto runs = history::History(history::FilePath(fake.Target.Get().Config.ConfigFile())).Runs();
+        QCOMPARE(runs.size(), 1U); // the emptying is a part of it
+        QCOMPARE(runs.front().procedures.size(), company ? 1U : 0U);
+        QVERIFY(!company || runs.front().procedures.front().result.emptied.size() == 60);
+        QCOMPARE(fake.Observed, fake.Calls.size());
     }
 
     /// Giving a question up is no No: nothing goes on behind it.

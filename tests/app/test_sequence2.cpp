@@ -1,3 +1,4 @@
+#include "app/history/undo.h"
 #include "tests/app/FakeInstallation.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -168,6 +169,15 @@ private slots:
             target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES ('" + part + "')");
         }
         target.Execute("INSERT INTO X01_DIS_COM (DCART) VALUES (NULL)");
+        const QStringList tables{"DOC_VEN", "DOC_VER", "DOC_ACQ", "DOC_CTR", "ART_ICO", "DIS_BAS"};
+        const auto all = [&] {
+            QStringList rows;
+            for (const QString& table : tables) {
+                rows += target.Rows("SELECT * FROM X01_" + table + " ORDER BY RECORD_ID");
+            }
+            return rows;
+        };
+        const QStringList before = all();
         SequenceSteps steps;
         steps.Query = true;
         QCOMPARE(fake.Run2(steps).outcome, RunResult::Outcome::Done);
@@ -180,6 +190,9 @@ private slots:
                               "RAW|CM|NULL|NULL|NULL", "SEMI|SL|SEMI|1|NULL", "TOP|PF|TOP|2|3"}));
         QCOMPARE(target.Rows("SELECT DBART, DBMAN FROM X01_DIS_BAS WHERE DBART <> 'PAIR' ORDER BY RECORD_ID"),
                  QStringList({"TOP|true", "TOP|true", "SEMI|false"}));
+        const history::History history(history::FilePath(target.Get().Config.ConfigFile()));
+        QCOMPARE(history::Undo(target.Get(), history, 1).keptCount, 0);
+        QCOMPARE(all(), before);
     }
 
     /// Before the tables are emptied it is told which company's, and how much goes.
@@ -211,6 +224,9 @@ private slots:
         QCOMPARE(result.outcome, agrees ? RunResult::Outcome::Done : RunResult::Outcome::Cancelled);
         QCOMPARE(fake.Target.Value("SELECT COUNT(*) FROM X01_ART_ICO"), QString(agrees ? "0" : "2"));
         QVERIFY(!agrees || result.entries[0].message == "tabelle svuotate: 30, righe eliminate: 3");
+        const history::Run kept = history::History(history::FilePath(fake.Target.Get().Config.ConfigFile())).Load(1);
+        QCOMPARE(kept.procedures.size(), agrees ? 1U : 0U);
+        QVERIFY(!agrees || kept.procedures.front().result.emptied.size() == 30);
     }
 
     void declines() {

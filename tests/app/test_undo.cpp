@@ -3,12 +3,30 @@
 #include "app/history/undo.h"
 #include "sql/Transaction.h"
 #include "tests/app/KeptRuns.h"
+#include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
 #include <QTest>
 
 using namespace history;
+
+namespace {
+
+/// A run that writes the contacts of a counterparty anew, in a table without a key.
+void WriteContacts(TestTarget& target, const QStringList& names) {
+    const Recorder recorder(target.Get(), {.origin = "Prova"});
+    contract::ImportRun run(target.Get(), "modImport_Prova", "ImportContatti", {});
+    run.Guard([&] {
+        run.DeleteRows("CON_RIF", "CDCON = '1'");
+        for (const QString& name : names) {
+            contract::TargetRow contact(run, "CON_RIF");
+            contact.Set("CDCON", "1").Set("RFNOM", name).Set("RFQUA", QString(name + " s.r.l.")).Insert();
+        }
+    });
+}
+
+} // namespace
 
 /// What is taken back of a run, and what is not.
 class TestUndo : public QObject {
@@ -90,6 +108,38 @@ private slots:
         }
         QTEST(kept.Articles(), "articles");
         QTEST(why, "kept");
+    }
+
+    /// Runs over the same rows are taken back from the last; what somebody has changed of it is there once.
+    void takesRunsBackFromTheLast_data() {
+        Columns<QString, QStringList, QStringList>("edit", "afterThird", "afterSecond");
+        Row("as they are", "", QStringList{"Anna|Anna s.r.l.", "Bea|Bea s.r.l."}, QStringList{"Anna|Anna s.r.l."});
+        Row("one edited", "UPDATE X01_CON_RIF SET RFNOM = 'Annina', USMDF = 'maria' WHERE RFNOM = 'Anna'",
+            QStringList{"Annina|Anna s.r.l.", "Bea|Bea s.r.l."}, QStringList{"Annina|Anna s.r.l."});
+    }
+    void takesRunsBackFromTheLast() {
+        QFETCH(QString, edit);
+        Kept kept;
+        WriteContacts(kept.Target, {"Anna"});
+        WriteContacts(kept.Target, {"Anna", "Bea"});
+        WriteContacts(kept.Target, {"Anna", "Bea"});
+        const auto contacts = [&] { return kept.Target.Rows("SELECT RFNOM, RFQUA FROM X01_CON_RIF ORDER BY RFNOM"); };
+        const QStringList before = contacts();
+        const History history(kept.Path());
+        const auto refusal = ErrorOf<ImportError>([&] { Undo(kept.Target.Get(), history, 2); });
+        QVERIFY(refusal && refusal->Message().contains("Annullare prima la 3"));
+        QCOMPARE(contacts(), before);
+        QVERIFY(!history.Load(2).IsUndone());
+        if (!edit.isEmpty()) {
+            kept.Target.Execute(edit);
+        }
+        const UndoResult third = Undo(kept.Target.Get(), history, 3);
+        QTEST(contacts(), "afterThird");
+        QCOMPARE(third.keptCount, edit.isEmpty() ? 0 : 2);
+        Undo(kept.Target.Get(), history, 2);
+        QTEST(contacts(), "afterSecond");
+        Undo(kept.Target.Get(), history, 1);
+        QCOMPARE(contacts().size(), edit.isEmpty() ? 0 : 1);
     }
 
     /// A table that is emptied gives its numbers again: the rows of the later run bear them.
