@@ -15,6 +15,7 @@ int IsSpace(unsigned char) { return 0; }
 
 CsvFile::CsvFile(const QString& path, char separator, int skipped)
     : m_lines(path),
+      m_separator(separator),
       m_parser(std::make_unique<csv_parser>()) {
     QByteArray line;
     while (m_line < skipped && m_lines.Next(line)) {
@@ -27,10 +28,18 @@ CsvFile::CsvFile(const QString& path, char separator, int skipped)
 
 CsvFile::~CsvFile() { csv_free(m_parser.get()); }
 
+bool CsvFile::NextLine(QByteArray& line) {
+    if (m_again.isEmpty()) {
+        return m_lines.Next(line);
+    }
+    line = m_again.takeFirst();
+    return true;
+}
+
 bool CsvFile::Next(Record& record) {
     while (m_complete.isEmpty() && !m_ended) {
         QByteArray line;
-        if (m_lines.Next(line)) {
+        if (NextLine(line)) {
             Feed(line);
         } else {
             EndFile();
@@ -63,41 +72,122 @@ void TakeRecord(int /*end*/, void* data) {
 
 } // namespace
 
-void CsvFile::Feed(const QByteArray& bytes) {
-    ++m_line;
-    if (m_open.line == 0) {
-        m_open.line = m_line;
+QString CsvFile::Tell(Damage damage) {
+    switch (damage) {
+    case Damage::Return:
+        return QStringLiteral("un ritorno a capo (CR) in mezzo alla riga la spezza: toglierlo, o mettere il campo tra "
+                              "virgolette");
+    case Damage::Quote:
+        return QStringLiteral(
+            "in un campo tra virgolette ce n'è una che non lo chiude: raddoppiarla (\"\"), o togliere "
+            "quelle attorno al campo");
+    case Damage::None:
+        break;
     }
+    return {};
+}
+
+bool CsvFile::IsInQuotes() const {
+    constexpr int fieldBegun = 2;
+    return m_parser->quoted != 0 && m_parser->pstate == fieldBegun;
+}
+
+/// Behind a quote that closes the field, or is the first of two.
+bool CsvFile::IsBehindQuote() const {
+    constexpr int fieldMayHaveEnded = 3;
+    return m_parser->pstate == fieldMayHaveEnded;
+}
+
+void CsvFile::Hand(QByteArrayView bytes) {
     Sink sink{m_open, m_complete};
     const auto size = static_cast<size_t>(bytes.size());
-    if (csv_parse(m_parser.get(), bytes.constData(), size, TakeField, TakeRecord, &sink) != size) {
+    if (csv_parse(m_parser.get(), bytes.data(), size, TakeField, TakeRecord, &sink) != size) {
         throw ImportError(
             QStringLiteral("file '%1', riga %2: %3")
                 .arg(Path(), QString::number(m_line), QLatin1String(csv_strerror(csv_error(m_parser.get())))));
     }
+}
+
+/// Hands a line to the library, quote by quote: it takes a stray one for a character of the field, which would go on
+/// into the next records. False at such a quote.
+bool CsvFile::Parse(QByteArrayView line) {
+    while (!line.isEmpty()) {
+        const bool wasInQuotes = IsInQuotes();
+        const qsizetype quote = line.indexOf('"');
+        const qsizetype end = quote < 0 ? line.size() : quote + 1;
+        Hand(line.first(end));
+        line = line.sliced(end);
+        if (!wasInQuotes && IsInQuotes()) {
+            m_opened = m_line;
+            m_held.clear();
+        }
+        if (!IsBehindQuote()) {
+            continue;
+        }
+        if (line.startsWith('"')) {
+            Hand(line.first(1));
+            line = line.sliced(1);
+            continue;
+        }
+        while (!line.isEmpty() && !EndsField(line.front()) && (line.front() == ' ' || line.front() == '\t')) {
+            line = line.sliced(1);
+        }
+        if (!line.isEmpty() && !EndsField(line.front())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CsvFile::Feed(const QByteArray& line) {
+    ++m_line;
+    if (m_open.line == 0) {
+        m_open.line = m_line;
+    }
+    if (IsInQuotes()) {
+        m_held.append(line);
+    }
+    if (!Parse(line)) {
+        GiveUp();
+        return;
+    }
     constexpr int rowNotBegun = 0;
     const bool isOpen = m_parser->pstate != rowNotBegun;
     if (m_complete.size() > 1 || (m_complete.size() == 1 && isOpen)) {
-        Record whole{m_complete.first().line, {}, true};
-        for (const Record& part : std::as_const(m_complete)) {
-            whole.fields += part.fields;
-        }
-        m_complete = {whole};
-        // What is open goes on in the next line, which no other record begins on.
-        m_open = isOpen ? Record{m_line + 1, m_open.fields, true} : Record{};
+        Join(isOpen, Damage::Return);
     }
-    const bool isBlank = WithoutEnd(bytes).isEmpty();
+    const bool isBlank = WithoutEnd(line).isEmpty();
     if (isBlank && m_open.fields.isEmpty() && m_complete.isEmpty() && m_open.line == m_line) {
         m_open = {};
     }
 }
 
+/// The record with a stray quote ends with the line where its field was opened: those behind it are read for
+/// themselves.
+void CsvFile::GiveUp() {
+    Sink sink{m_open, m_complete};
+    csv_fini(m_parser.get(), TakeField, TakeRecord, &sink);
+    Join(false, Damage::Quote);
+    m_again = std::exchange(m_held, {}) + m_again;
+    m_line = m_opened;
+}
+
+/// Makes one damaged record of those that are complete. @param isOpen whether another one has begun behind them
+void CsvFile::Join(bool isOpen, Damage damage) {
+    Record whole{m_complete.first().line, {}, damage};
+    for (const Record& part : std::as_const(m_complete)) {
+        whole.fields += part.fields;
+    }
+    m_complete = {whole};
+    // What is open goes on in the next line, which no other record begins on.
+    m_open = isOpen ? Record{m_line + 1, m_open.fields, damage} : Record{};
+}
+
 void CsvFile::EndFile() {
     m_ended = true;
     Sink sink{m_open, m_complete};
-    constexpr int fieldBegun = 2; // the library tells of a quote that is not closed only where it takes no other one
-    const bool isOpen = m_parser->pstate == fieldBegun && m_parser->quoted != 0;
-    if (isOpen || csv_fini(m_parser.get(), TakeField, TakeRecord, &sink) != 0) {
+    // The library tells of a quote that is not closed only where it takes no other one.
+    if (IsInQuotes() || csv_fini(m_parser.get(), TakeField, TakeRecord, &sink) != 0) {
         throw ImportError(
             QStringLiteral("file '%1', riga %2: le virgolette che vi si aprono non si chiudono, il file è incompleto")
                 .arg(Path(), QString::number(m_open.line)));

@@ -12,14 +12,21 @@ struct csv_parser;
 namespace sources {
 
 /// A text file with a record a line and a separator between the fields. A field between double quotes may hold the
-/// separator, line breaks and, doubled, quotes. Blanks are kept; lines without any character are left out.
+/// separator, line breaks and, doubled, quotes. Blanks are kept, but those between a closing quote and the separator;
+/// lines without any character are left out.
 class CsvFile {
 public:
+    /// What keeps the fields of a record from being told from each other.
+    enum class Damage {
+        None,
+        Return, ///< a CR outside of quotes, in a file whose lines end otherwise
+        Quote,  ///< a quote in a field between quotes that neither ends it nor is doubled
+    };
     /// One record: the bytes of its fields, and the number of the line that it begins on, from 1.
     struct Record {
         qint64 line = 0;
-        QVector<QByteArray> fields;
-        bool isBroken = false; ///< by a CR outside of quotes, in a file whose lines end otherwise: no record is told
+        QVector<QByteArray> fields; ///< of a damaged one some of them
+        Damage damage = Damage::None;
     };
 
     /// Raises `ImportError` naming the file when it cannot be read. @param skipped lines at its start that are no
@@ -31,17 +38,32 @@ public:
 
     const QString& Path() const { return m_lines.Path(); }
     const TextLines& Lines() const { return m_lines; }
-    /// Reads the next record; false at the end. Raises `ImportError` naming file and line for a quote that is not
-    /// closed, and when reading fails.
+    /// Reads the next record; false at the end. What follows a record with a stray quote begins on the line behind the
+    /// one where that field was opened. Raises `ImportError` naming file and line for a quote that is not closed, and
+    /// when reading fails.
     bool Next(Record& record);
+    /// What is wrong, and what can be done; empty for nothing.
+    static QString Tell(Damage damage);
 
 private:
-    void Feed(const QByteArray& bytes);
+    bool NextLine(QByteArray& line);
+    void Feed(const QByteArray& line);
+    bool Parse(QByteArrayView line);
+    void Hand(QByteArrayView bytes);
+    void GiveUp();
+    void Join(bool isOpen, Damage damage);
     void EndFile();
+    bool IsInQuotes() const;
+    bool IsBehindQuote() const;
+    bool EndsField(char byte) const { return byte == m_separator || byte == '\r' || byte == '\n'; }
 
     TextLines m_lines;
+    char m_separator;
     bool m_ended = false;
     qint64 m_line = 0;
+    qint64 m_opened = 0;        ///< the line where the field between quotes under way was opened
+    QList<QByteArray> m_held;   ///< the lines behind it that have been read
+    QList<QByteArray> m_again;  ///< lines to be read once more
     Record m_open;              ///< the record under way
     QVector<Record> m_complete; ///< records read and not handed out yet, the next one last
     std::unique_ptr<csv_parser> m_parser;

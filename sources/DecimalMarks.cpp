@@ -26,11 +26,6 @@ bool IsGrouped(QByteArrayView digits, char mark) {
     return (digits.size() - first) % group == 0;
 }
 
-QByteArrayView WithoutSign(QByteArrayView value) {
-    const QByteArrayView text = value.trimmed();
-    return text.startsWith('-') || text.startsWith('+') ? text.sliced(1) : text;
-}
-
 /// Whether a character may stand about a number without being of it: a sign, blanks, a currency in any code page.
 bool IsAbout(char byte) {
     constexpr unsigned char ascii = 0x80;
@@ -60,9 +55,10 @@ QByteArrayView Bare(QByteArrayView value) {
 
 /// How a value is written.
 struct Written {
-    enum class Kind { Plain, Grouped, Decimal, Code, Word };
-    Kind kind = Kind::Plain;
-    char mark = 0; ///< of a grouped one the mark between thousands, of a decimal one that of the decimals
+    enum class Kind { Number, Code, Word };
+    Kind kind = Kind::Number;
+    char thousands = 0; ///< the mark between its thousands; of a value with no other mark perhaps that of its decimals
+    char decimals = 0;  ///< the mark before its decimals
 };
 
 Written HowMarked(QByteArrayView text) {
@@ -70,30 +66,31 @@ Written HowMarked(QByteArrayView text) {
     const qsizetype comma = text.lastIndexOf(',');
     const qsizetype point = text.lastIndexOf('.');
     const char last = comma > point ? ',' : '.';
+    const char other = last == ',' ? '.' : ',';
     const qsizetype at = std::max(comma, point);
     if (at < 0) {
-        return {AreDigits(text) ? Plain : Code, 0};
+        return {AreDigits(text) ? Number : Code};
     }
     const QByteArrayView whole = text.first(at);
+    const bool hasDecimals = AreDigits(text.sliced(at + 1));
     if (comma >= 0 && point >= 0) {
-        const bool isNumber = IsGrouped(whole, last == ',' ? '.' : ',') && AreDigits(text.sliced(at + 1));
-        return {isNumber ? Decimal : Code, last};
+        return hasDecimals && IsGrouped(whole, other) ? Written{Number, other, last} : Written{Code};
     }
     if (IsGrouped(text, last)) {
-        return {Grouped, last};
+        return {Number, last};
     }
-    return {AreDigits(whole) && AreDigits(text.sliced(at + 1)) ? Decimal : Code, last};
+    return hasDecimals && AreDigits(whole) ? Written{Number, 0, last} : Written{Code};
 }
 
 Written HowWritten(QByteArrayView value) {
     using enum Written::Kind;
     if (std::none_of(value.begin(), value.end(), IsDigit)) {
-        return {Word, 0};
+        return {Word};
     }
     const QByteArrayView text = Bare(value);
     const bool isPadded = text.size() > 1 && text[0] == '0' && IsDigit(text[1]);
     if (isPadded || std::any_of(text.begin(), text.end(), IsLetter)) {
-        return {Code, 0};
+        return {Code};
     }
     return text.contains(' ') ? HowMarked(text.toByteArray().replace(" ", "")) : HowMarked(text);
 }
@@ -119,61 +116,85 @@ void DecimalMarks::Look(int column, QByteArrayView value) {
     if (seen.isLeftOut || text.isEmpty()) {
         return;
     }
-    const auto [kind, mark] = HowWritten(text);
-    if (kind == Written::Kind::Code || kind == Written::Kind::Word) {
+    const auto [kind, thousands, decimals] = HowWritten(text);
+    if (kind != Written::Kind::Number) {
         ++(kind == Written::Kind::Code ? seen.codes : seen.words);
         seen.misfit = seen.misfit.isEmpty() ? text.toByteArray() : seen.misfit;
         return;
     }
     ++seen.numbers;
-    if (kind == Written::Kind::Decimal) {
-        (mark == ',' ? seen.hasCommas : seen.hasPoints) = true;
-    } else if (kind == Written::Kind::Grouped) {
-        QByteArray& grouped = mark == ',' ? seen.commaGrouped : seen.pointGrouped;
-        grouped = grouped.isEmpty() ? text.toByteArray() : grouped;
+    seen.hasCommas = seen.hasCommas || decimals == ',';
+    seen.hasPoints = seen.hasPoints || decimals == '.';
+    if (thousands != 0) {
+        QByteArray& first = decimals == 0 ? (thousands == ',' ? seen.commaGrouped : seen.pointGrouped)
+                                          : (thousands == ',' ? seen.commaDivided : seen.pointDivided);
+        first = first.isEmpty() ? text.toByteArray() : first;
     }
 }
 
 void DecimalMarks::Settle(PrivateTable& table, Oddities& oddities) const {
     for (int column = 0; column < static_cast<int>(m_columns.size()); ++column) {
-        const Column& seen = m_columns[static_cast<size_t>(column)];
-        if (seen.IsOfNumbers() && !(seen.pointGrouped.isEmpty() && seen.commaGrouped.isEmpty())) {
+        if (m_columns[static_cast<size_t>(column)].IsOfNumbers()) {
             SettleColumn(column, table, oddities);
         }
     }
 }
 
+/// The mark between the thousands of values that have no other one; 0 for none, and where it cannot be known, which is
+/// noted.
+char DecimalMarks::FindThousands(const Column& seen, const QString& name, Oddities& oddities) const {
+    constexpr char none = 0;
+    if (seen.pointGrouped.isEmpty() && seen.commaGrouped.isEmpty()) {
+        return none;
+    }
+    const QString first = QString::fromUtf8(seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped);
+    const char found = seen.hasCommas ? ',' : seen.hasPoints ? '.' : none;
+    const char decimal = found != none ? found : m_told;
+    const char thousands = decimal == ',' ? '.' : ',';
+    const auto noteAmbiguous = [&](const QString& what) {
+        oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0, what);
+        return none;
+    };
+    if (seen.hasCommas && seen.hasPoints) {
+        return noteAmbiguous(
+            QStringLiteral("la colonna ha decimali con la virgola e altri con il punto: il segno in '%1' si legge come "
+                           "quello dei decimali; scriverli nel file tutti allo stesso modo")
+                .arg(first));
+    }
+    if (decimal == none) {
+        return noteAmbiguous(
+            QStringLiteral("se '%1' è un numero, il segno si legge come quello dei decimali; se divide le migliaia, %2")
+                .arg(first, m_remedies.number));
+    }
+    if (seen.Grouped(thousands).isEmpty()) {
+        return none;
+    }
+    if (found == none && !seen.misfit.isEmpty()) { // what is told holds for numbers: these may be codes
+        return noteAmbiguous(
+            QStringLiteral("la colonna ha anche '%1', che non è un numero: il segno in '%2' resta, e se è un numero si "
+                           "legge come quello dei decimali")
+                .arg(QString::fromUtf8(seen.misfit), first));
+    }
+    return thousands;
+}
+
 void DecimalMarks::SettleColumn(int column, PrivateTable& table, Oddities& oddities) const {
     const Column& seen = m_columns[static_cast<size_t>(column)];
     const QString& name = table.Columns().at(column).name;
-    const QString first = QString::fromUtf8(seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped);
-    const char found = seen.hasCommas ? ',' : seen.hasPoints ? '.' : 0;
-    const char decimal = found != 0 ? found : m_told;
-    const QByteArray& thousands = decimal == ',' ? seen.pointGrouped : seen.commaGrouped;
-    if (seen.hasCommas && seen.hasPoints) {
-        oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0,
-                     QStringLiteral("la colonna ha decimali con la virgola e altri con il punto: il segno in '%1' "
-                                    "si legge come quello dei decimali; scriverli nel file tutti allo stesso modo")
-                         .arg(first));
-    } else if (decimal == 0) {
+    const char thousands = FindThousands(seen, name, oddities);
+    for (const char mark : {'.', ','}) {
+        const QByteArray& sample = mark == thousands ? seen.Grouped(mark) : seen.Divided(mark);
+        if (sample.isEmpty()) {
+            continue;
+        }
+        table.RemoveMark(column, mark, [mark, thousands](QByteArrayView value) {
+            const Written written = HowWritten(value);
+            return written.thousands == mark && (written.decimals != 0 || mark == thousands);
+        });
         oddities.Add(
-            QStringLiteral("NUMERO AMBIGUO"), name, 0,
-            QStringLiteral("se '%1' è un numero, il segno si legge come quello dei decimali; se divide le migliaia, %2")
-                .arg(first, m_remedies.number));
-    } else if (thousands.isEmpty()) {
-        return;
-    } else if (found == 0 && !seen.misfit.isEmpty()) { // what is told holds for numbers: these may be codes
-        oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0,
-                     QStringLiteral("la colonna ha anche '%1', che non è un numero: il segno in '%2' resta, e se è "
-                                    "un numero si legge come quello dei decimali")
-                         .arg(QString::fromUtf8(seen.misfit), first));
-    } else {
-        const char mark = decimal == ',' ? '.' : ',';
-        table.RemoveMark(column, mark, [mark](QByteArrayView value) { return IsGrouped(WithoutSign(value), mark); });
-        const QString remedy = m_remedies.code.isEmpty() ? QString() : QStringLiteral("; ") + m_remedies.code;
-        oddities.Add(QStringLiteral("SEGNO DELLE MIGLIAIA"), name, 0,
-                     QStringLiteral("il segno in '%1' divide le migliaia, i decimali hanno '%2'%3")
-                         .arg(QString::fromUtf8(thousands), QString(QLatin1Char(decimal)), remedy));
+            QStringLiteral("SEGNO DELLE MIGLIAIA"), name, 0,
+            QStringLiteral("il segno in '%1' divide le migliaia, i decimali hanno '%2'; %3")
+                .arg(QString::fromUtf8(sample), QString(QLatin1Char(mark == ',' ? '.' : ',')), m_remedies.code));
     }
 }
 

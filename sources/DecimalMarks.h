@@ -6,14 +6,15 @@
 namespace sources {
 
 /// Watches how the numbers are written that stand as texts in the columns of a file: "1.234" is a thousand and more
-/// where "2.500,75" stands beside it, and 1 and a bit beside "2.5". A few values that are no numbers ("n.d.") do not
-/// change that; a column where more than a tenth of them are codes ("A.1", "00120", "10.1.2") keeps its points.
+/// where "2,75" stands beside it, and 1 and a bit beside "2.5"; the marks of "2.500,75" tell themselves. A few values
+/// that are no numbers ("n.d.") do not change that; a column where more than a tenth of them are codes ("A.1", "00120",
+/// "10.1.2") keeps its points.
 class DecimalMarks {
 public:
     /// What an operator can do, for the notes.
     struct Remedies {
         QString number; ///< where a mark divides thousands and nothing says so
-        QString code;   ///< where a column was taken for one of numbers and is none; empty: nothing
+        QString code;   ///< where a column was taken for one of numbers and is none
     };
 
     /// @param told the mark that the file's description tells; 0: none
@@ -23,6 +24,7 @@ public:
 
     /// A column of texts, as the file's description tells: what looks like numbers in it are codes.
     void LeaveOut(int column) { Of(column).isLeftOut = true; }
+    /// @param value as it stands in the table, UTF-8
     void Look(int column, QByteArrayView value);
     /// A value that the file itself keeps as a number.
     void LookAtNumber(int column) { ++Of(column).numbers; }
@@ -41,10 +43,15 @@ private:
         QByteArray misfit;       ///< the first of the codes and words
         QByteArray pointGrouped; ///< the first value with points, which may divide thousands
         QByteArray commaGrouped; ///< the same with commas
+        QByteArray pointDivided; ///< the first one with points that do, before a comma: "1.234,50"
+        QByteArray commaDivided; ///< the same with commas, before a point
 
         bool IsOfNumbers() const;
+        const QByteArray& Grouped(char mark) const { return mark == ',' ? commaGrouped : pointGrouped; }
+        const QByteArray& Divided(char mark) const { return mark == ',' ? commaDivided : pointDivided; }
     };
     Column& Of(int column);
+    char FindThousands(const Column& seen, const QString& name, Oddities& oddities) const;
     void SettleColumn(int column, PrivateTable& table, Oddities& oddities) const;
 
     std::vector<Column> m_columns;

@@ -83,11 +83,11 @@ void PrivateDatabase::Fail() const {
 
 void PrivateTable::Finalize::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
 
-PrivateTable::PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns,
-                           const QString& numberColumn)
+PrivateTable::PrivateTable(PrivateDatabase& database, QString name, const QVector<ColumnInfo>& columns,
+                           QString numberColumn)
     : m_database(database),
-      m_name(name),
-      m_numberColumn(numberColumn),
+      m_name(std::move(name)),
+      m_numberColumn(std::move(numberColumn)),
       m_columns(columns) {
     if (columns.size() > MostOfSqlite) {
         throw ImportError(QStringLiteral("ha %1 colonne, se ne leggono al massimo %2: togliere quelle che non servono")

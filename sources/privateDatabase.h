@@ -65,8 +65,8 @@ class PrivateTable {
 public:
     /// @param columns without the number of the row, which comes first by itself; texts compare without case
     /// @param numberColumn what that one is called
-    PrivateTable(PrivateDatabase& database, const QString& name, const QVector<ColumnInfo>& columns,
-                 const QString& numberColumn = RecordNumberColumn);
+    PrivateTable(PrivateDatabase& database, QString name, const QVector<ColumnInfo>& columns,
+                 QString numberColumn = RecordNumberColumn);
 
     // The values of the row under way, by column (from 0); a column that is not set is Null.
     void SetText(int column, QByteArrayView utf8);

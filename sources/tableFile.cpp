@@ -244,8 +244,9 @@ void ReadCsv(TableOfFile& table) {
     const auto told = file.Lines().TellsPage();
     const CodePage page(told ? *told : TextLines::IsUtf8(table.path) ? QStringLiteral("UTF-8") : QString());
     for (CsvFile::Record record; file.Next(record);) {
-        if (record.isBroken) {
-            throw ImportError(QStringLiteral("riga %1: un ritorno a capo (CR) la spezza").arg(record.line));
+        if (record.damage != CsvFile::Damage::None) {
+            throw ImportError(
+                QStringLiteral("riga %1: %2").arg(QString::number(record.line), CsvFile::Tell(record.damage)));
         }
         QStringList values;
         for (const QByteArray& field : record.fields) {

@@ -48,9 +48,6 @@ PageOfFile FindPage(const CsvFile& file, const TextSchema& schema, const Connect
     return {isUtf8 ? QStringLiteral("UTF-8") : told, !schema.codePage.isEmpty()};
 }
 
-const QString BrokenLine = QStringLiteral("un ritorno a capo (CR) in mezzo alla riga la spezza: toglierlo, o mettere "
-                                          "il campo tra virgolette");
-
 const DecimalMarks::Remedies AsSchemaTells{
     QStringLiteral("dirlo in schema.ini (DecimalSymbol)"),
     QStringLiteral("se la colonna è di codici, dirla di tipo Text in schema.ini (Col1, Col2, ...)")};
@@ -99,9 +96,9 @@ private:
             throw ImportError(
                 QStringLiteral("il file '%1' è vuoto: manca la riga con i nomi delle colonne").arg(m_file.Path()));
         }
-        if (header.isBroken) {
-            throw ImportError(
-                QStringLiteral("file '%1', riga %2: %3").arg(m_file.Path(), QString::number(header.line), BrokenLine));
+        if (header.damage != CsvFile::Damage::None) {
+            throw ImportError(QStringLiteral("file '%1', riga %2: %3")
+                                  .arg(m_file.Path(), QString::number(header.line), CsvFile::Tell(header.damage)));
         }
         if (names.isEmpty()) {
             for (const QByteArray& field : std::as_const(header.fields)) {
@@ -127,20 +124,19 @@ private:
         while (fields.size() > m_columns.size() && fields.last().isEmpty()) {
             fields.removeLast();
         }
-        if (record.isBroken || fields.size() > m_columns.size() || fields.size() < m_named) {
+        if (record.damage != CsvFile::Damage::None || fields.size() > m_columns.size() || fields.size() < m_named) {
             AddUnreadable(table, record);
             return;
         }
         for (int column = 0; column < fields.size(); ++column) {
             if (!fields.at(column).isEmpty()) {
-                AddField(table, record.line, column, fields.at(column));
-                marks.Look(column, fields.at(column));
+                AddField(table, marks, record.line, column, fields.at(column));
             }
         }
         table.AddRow(record.line);
     }
 
-    void AddField(PrivateTable& table, qint64 line, int column, const QByteArray& bytes) {
+    void AddField(PrivateTable& table, DecimalMarks& marks, qint64 line, int column, const QByteArray& bytes) {
         const QString& name = m_columns.at(column).name;
         m_utf8.resize(0);
         if (!m_page.AppendUtf8(bytes, m_utf8)) {
@@ -152,12 +148,13 @@ private:
         }
         m_untold.Look(m_utf8, line, name, bytes);
         table.SetText(column, m_utf8);
+        marks.Look(column, m_utf8);
     }
 
     /// Which of its fields are which cannot be known.
     void AddUnreadable(PrivateTable& table, const CsvFile::Record& record) {
-        const QString why = record.isBroken
-                                ? BrokenLine
+        const QString why = record.damage != CsvFile::Damage::None
+                                ? CsvFile::Tell(record.damage)
                                 : QStringLiteral("ha %1 campi, le colonne sono %2; controllare separatore e virgolette")
                                       .arg(record.fields.size())
                                       .arg(m_columns.size());

@@ -73,6 +73,7 @@ CellFormat::Kind KindOf(const Section& section) {
 CellFormat::CellFormat(const QString& code) {
     const Section section = ReadSection(code);
     m_kind = KindOf(section);
+    m_isPercent = m_kind == Kind::Number && section.symbols.contains(u'%');
     m_pattern = m_kind == Kind::Padded ? section.shown : QString();
 }
 
@@ -83,6 +84,7 @@ CellFormat CellFormat::BuiltIn(int number) {
     const bool isTime =
         (number >= 18 && number <= 21) || (number >= 32 && number <= 35) || number == 45 || number == 47;
     constexpr int elapsed = 46;
+    format.m_isPercent = number == 9 || number == 10;
     format.m_kind = isDate ? Kind::Date : isTime ? Kind::Time : number == elapsed ? Kind::Elapsed : Kind::Number;
     return format;
 }

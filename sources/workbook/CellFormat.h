@@ -25,12 +25,15 @@ public:
     static CellFormat BuiltIn(int number);
 
     Kind GetKind() const { return m_kind; }
+    /// Whether a number is shown a hundredfold, with the sign "%".
+    bool IsPercent() const { return m_isPercent; }
     /// The number as the cell shows it when it is a code with leading zeros: "00120" for 120; none for another format
     /// and for a number that is not whole or below zero.
     std::optional<QByteArray> Padded(double number) const;
 
 private:
     Kind m_kind = Kind::Number;
+    bool m_isPercent = false;
     QString m_pattern; ///< of a padded code: "0" and "#" are digits, any other character stands for itself
 };
 

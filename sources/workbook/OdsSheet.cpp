@@ -222,8 +222,10 @@ void OdsSheet::TakeValue(SheetCell& cell, const OdsCell& told, const QString& sh
     } else if (IsShownAsCode(shown)) {
         cell.text = shown.toUtf8();
     } else {
+        static const CellFormat percent(QStringLiteral("0%"));
         cell.kind = SheetCell::Kind::Number;
         cell.number = *number;
+        cell.format = told.type == u"percentage" ? &percent : nullptr;
     }
 }
 

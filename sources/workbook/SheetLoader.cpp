@@ -98,6 +98,7 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
     m_marks.Settle(*m_target, m_oddities);
     ChooseTypes();
     NoteMixed();
+    NotePercents();
     NoteEmptyFormulas();
     NoteMerged(reader.Merged());
     m_oddities.Tell();
@@ -286,6 +287,10 @@ void SheetLoader::AddNumber(const SheetRow& row, const SheetCell& cell) {
     }
     m_marks.LookAtNumber(cell.column);
     Seen& seen = m_seen[static_cast<size_t>(cell.column)];
+    if (cell.format != nullptr && cell.format->IsPercent() && ++seen.percents == 1) {
+        seen.firstPercent = row.number;
+        seen.percent = cell.number;
+    }
     if (IsWhole(cell.number)) {
         ++seen.wholes;
         m_target->SetInteger(cell.column, static_cast<qint64>(cell.number));
@@ -326,19 +331,36 @@ void SheetLoader::NoteMixed() {
         if (seen.dates == 0 || seen.Numbers() + seen.textsAmongDates == 0) {
             continue;
         }
-        const QString others =
-            seen.Numbers() > 0
-                ? QStringLiteral("%1 sono numeri senza il formato di una data: questi non si leggono come date")
-                      .arg(seen.Numbers())
-                : QStringLiteral("%1 sono testi (il primo alla riga %2): un codice di cui Excel ha fatto una data si "
-                                 "legge come data; riscriverlo come testo")
-                      .arg(seen.textsAmongDates)
-                      .arg(seen.firstOfThem);
+        const QString numbers =
+            seen.Numbers() > 0 ? QStringLiteral(", %1 numeri senza il formato di una data (non si leggono come date)")
+                                     .arg(seen.Numbers())
+                               : QString();
+        const QString texts =
+            seen.textsAmongDates > 0
+                ? QStringLiteral(", %1 testi (il primo alla riga %2)").arg(seen.textsAmongDates).arg(seen.firstOfThem)
+                : QString();
         m_oddities.Add(QStringLiteral("COLONNA MISTA"), NameOf(column), 0,
-                       QStringLiteral("%1 celle sono date (la prima alla riga %2), %3")
+                       QStringLiteral("%1 celle sono date (la prima alla riga %2)%3%4; un codice di cui Excel ha fatto "
+                                      "una data si legge come data: riscriverlo come testo")
                            .arg(seen.dates)
                            .arg(seen.firstDate)
-                           .arg(others));
+                           .arg(numbers, texts));
+    }
+}
+
+/// A percentage is kept as its hundredth part: a discount of 10% as 0.1.
+void SheetLoader::NotePercents() {
+    for (int column = 0; column < m_target->Columns().size(); ++column) {
+        const Seen& seen = m_seen[static_cast<size_t>(column)];
+        if (seen.percents > 0) {
+            constexpr double hundred = 100;
+            m_oddities.Add(
+                QStringLiteral("PERCENTUALE"), NameOf(column), seen.firstPercent,
+                QStringLiteral("%1 celle hanno il formato percentuale: dove il foglio mostra %2% si legge %3; "
+                               "se serve %2, scrivere nella colonna i numeri senza quel formato")
+                    .arg(QString::number(seen.percents), QString::number(seen.percent * hundred),
+                         QString::number(seen.percent)));
+        }
     }
 }
 

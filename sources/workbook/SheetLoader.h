@@ -36,6 +36,9 @@ private:
         qint64 fractions = 0;
         qint64 dates = 0;
         qint64 firstDate = 0; ///< its row
+        qint64 percents = 0;
+        qint64 firstPercent = 0; ///< its row
+        double percent = 0;      ///< what stands there
         qint64 unreadable = 0;
         bool hasTimes = false;
 
@@ -60,6 +63,7 @@ private:
     void SetParent(const SheetRow& row);
     void ChooseTypes();
     void NoteMixed();
+    void NotePercents();
     /// Takes the formulas that give an empty text out of a row: they are no values.
     void TakeEmptyFormulas(SheetRow& row);
     void NoteEmptyFormulas();
@@ -70,7 +74,10 @@ private:
     bool m_since1904;
     Oddities m_oddities;
     UntoldPage m_untold;
-    DecimalMarks m_marks{0, {QStringLiteral("farne un numero nel foglio"), QString()}};
+    DecimalMarks m_marks{0,
+                         {QStringLiteral("farne un numero nel foglio"),
+                          QStringLiteral("se la colonna è di codici, scrivere in altro modo quelli che sembrano numeri "
+                                         "con i decimali: gli altri restano come sono")}};
     std::unique_ptr<PrivateTable> m_target;
     std::vector<Seen> m_seen;
     QMap<int, qint64> m_emptyFormulas; ///< how many a column has

@@ -42,7 +42,7 @@ private slots:
                  QString(" due blanks "));
         QCOMPARE(Value(*engine, "SELECT \"[_X]\" FROM ART_MAG WHERE _ARCOD = 'c'").toString(),
                  QString("Tubo 1\" zincato"));
-        QCOMPARE(Value(*engine, "SELECT [_ARPRZ(1)] FROM ART_MAG").toString(), QString("1.234,50"));
+        QCOMPARE(Value(*engine, "SELECT [_ARPRZ(1)] FROM ART_MAG").toString(), QString("1234,50"));
         QCOMPARE(Value(*engine, "SELECT COUNT(*) FROM ART_MAG WHERE [_ARPRZ(1)] IS NULL").toInt(), 2);
     }
 
@@ -130,6 +130,42 @@ private slots:
         QVERIFY2(m_notes.join('\n').contains("NON LEGGIBILE: file '"), qPrintable(m_notes.join('\n')));
     }
 
+    /// A quote that is not doubled takes no neighbour with it.
+    void GivesUpTheLineOfAStrayQuote_data() {
+        Columns<QByteArray, QString, QString>("lines", "read", "noted");
+        const QByteArray after("\"2\";\"b\";7\n3;\"c\";9\n");
+        const QString noted = "RIGA NON LEGGIBILE: file '%1', riga 2: in un campo tra virgolette";
+        Row("inches", QByteArray("1;\"a 1/2\"\";5\n") + after, "2 3:b:7 4:c:9", noted);
+        Row("inches, key quoted", QByteArray("\"1\";\"a 1/2\"\";\"5\"\n") + after, "2 3:b:7 4:c:9", noted);
+        Row("inside", QByteArray("1;\"a\" 1/2;5\n") + after, "2 3:b:7 4:c:9", noted);
+        Row("two fields with blanks", QByteArray("1;\"a\" \"b\";5\n") + after, "2 3:b:7 4:c:9", noted);
+        Row("behind a field of two lines", QByteArray("\"x\ny\";\"a\"1;5\n") + after, "2 4:b:7 5:c:9", noted);
+        Row("twice", QByteArray("1;\"a\"\";5\n1;\"a\"\";5\n") + after, "2 3 4:b:7 5:c:9", "(così 2 volte)");
+        Row("blanks behind the quote", QByteArray("1;\"a\" ;5\n") + after, "2:a:5 3:b:7 4:c:9", "");
+        Row("blanks behind the last", QByteArray("1;\"a\";\"5\" \r\n") + after, "2:a:5 3:b:7 4:c:9", "");
+        Row("doubled, over two lines", QByteArray("1;\"\"\"a\"\"\nb\";5\n") + after, "2:\"a\"\nb:5 4:b:7 5:c:9", "");
+    }
+    void GivesUpTheLineOfAStrayQuote() {
+        QFETCH(const QByteArray, lines);
+        QFETCH(const QString, noted);
+        Write("dati.csv", "k;t;n\n" + lines);
+        const auto engine = Open();
+        QStringList read;
+        const auto rows = engine->Query("SELECT _RIGA, t, n FROM dati ORDER BY _RIGA");
+        while (rows->Next()) {
+            QString row = rows->Value(0).toString();
+            const QString error =
+                ErrorTextOf([&] { row += ':' + rows->Value(1).toString() + ':' + rows->Value(2).toString(); });
+            QVERIFY2(error == "no error" || error.contains("virgolette"), qPrintable(error));
+            read.append(row);
+        }
+        QTEST(read.join(' '), "read");
+        const QString expected = noted.contains("%1") ? noted.arg(m_dir->filePath("dati.csv")) : noted;
+        QVERIFY2(noted.isEmpty() ? !m_notes.join('\n').contains("NON LEGGIBILE")
+                                 : m_notes.join('\n').contains(expected),
+                 qPrintable(m_notes.join('\n')));
+    }
+
     /// What programs of old, and Excel, leave in text files.
     void ReadsOdditiesOfPrograms_data() {
         Columns<QByteArray, QString, QString>("content", "second", "noted");
@@ -172,7 +208,12 @@ private slots:
         const QByteArray none;
         Row("decimal commas", QByteArray("1.234\n2,5\n-1.000.000\n"), none, "1234,2,5,-1000000",
             "SEGNO DELLE MIGLIAIA");
-        Row("both marks", QByteArray("1.234\n2.500,75\n"), none, "1234,2.500,75", "SEGNO DELLE MIGLIAIA");
+        Row("both marks", QByteArray("1.234\n2.500,75\n"), none, "1234,2500,75", "SEGNO DELLE MIGLIAIA");
+        Row("both marks alone", QByteArray("9\n2.500,75\n1,234.5-\n"), none, "9,2500,75,1234.5-", "in '2.500,75'");
+        Row("both marks beside the other way", QByteArray("1.234\n2.500,75\n2.5\n"), none, "1.234,2500,75,2.5",
+            "AMBIGUO");
+        Row("a sign behind, blanks of other kinds", QByteArray("2,5\n1.234-\n1.234\xa0\n- 1.234\n"), none,
+            QString::fromUtf8("2,5,1234-,1234\u00a0,- 1234"), "SEGNO DELLE MIGLIAIA");
         Row("decimal points", QByteArray("1.234\n2.5\n1,000\n"), none, "1.234,2.5,1000", "SEGNO DELLE MIGLIAIA");
         Row("nothing tells", QByteArray("1.234\n5\n"), none, "1.234,5", "NUMERO AMBIGUO");
         Row("schema.ini tells", QByteArray("1.234\n5\n"), QByteArray("DecimalSymbol=,\n"), "1234,5", "SEGNO");
@@ -181,6 +222,8 @@ private slots:
         Row("a dirty number", QByteArray("1.234\n12,5 \n- 5\n"), none, "1234,12,5 ,- 5", "SEGNO DELLE MIGLIAIA");
         Row("a currency, blanks between thousands", QByteArray("1.234\n\x80 2,5\n1 000,5\n"), none,
             QString::fromUtf8("1234,€ 2,5,1 000,5"), "SEGNO DELLE MIGLIAIA");
+        Row("a currency in front", QByteArray("\x80 1.234\n2,5\n"), none, QString::fromUtf8("€ 1234,2,5"),
+            "in '€ 1.234'");
         Row("a unit", QByteArray("1.234\n2,5 kg\n"), none, "1234,2,5 kg", "SEGNO DELLE MIGLIAIA");
         Row("a word", QByteArray("1.234\n2,5\nn.d.\n"), none, "1234,2,5,n.d.", "SEGNO DELLE MIGLIAIA");
         Row("a word, nothing tells", QByteArray("1.234\n2\nn.d.\n"), none, "1.234,2,n.d.", "NUMERO AMBIGUO");

@@ -265,7 +265,13 @@ private slots:
         Row("nothing tells", QStringList{"1.234", "#7"}, "1.234,7", "NUMERO AMBIGUO");
         Row("codes", QStringList{"10.100", "A-1"}, "10.100,A-1", "");
         Row("a code that became a date", QStringList{"A-1", "@45629"}, "A-1,20241203",
-            "1 celle sono date (la prima alla riga 3), 1 sono testi (il primo alla riga 2)");
+            "1 celle sono date (la prima alla riga 3), 1 testi (il primo alla riga 2)");
+        Row("a date among numbers and texts", QStringList{"#12", "@45629", "12/A", "#7"}, "12,20241203,12/A,7",
+            "1 celle sono date (la prima alla riga 3), 2 numeri senza il formato di una data (non si leggono come "
+            "date), 1 testi (il primo alla riga 4)");
+        Row("a percentage", QStringList{"#5", "%0.1"}, "5,0.1", "riga 3, colonna 'a': 1 celle hanno il formato");
+        Row("a sign behind", QStringList{"1.234-", "2,5"}, "1234-,2,5", "scrivere in altro modo");
+        Row("codes without decimals", QStringList{"10.100", "12/5"}, "10.100,12/5", "");
         Row("a date written as a text", QStringList{"5/3/2024", "@45629"}, "5/3/2024,20241203", "");
     }
     void TellsTextsOfAColumn() {
@@ -277,11 +283,14 @@ private slots:
         lxw_worksheet* sheet = workbook_add_worksheet(workbook, "F");
         lxw_format* day = workbook_add_format(workbook);
         format_set_num_format(day, "dd/mm/yyyy");
+        lxw_format* percent = workbook_add_format(workbook);
+        format_set_num_format(percent, "0.0%");
+        const QMap<QChar, lxw_format*> formats{{'#', nullptr}, {'@', day}, {'%', percent}};
         worksheet_write_string(sheet, 0, 0, "a", nullptr);
         for (int row = 1; row <= cells.size(); ++row) {
             const QString& cell = cells.at(row - 1);
-            if (cell.startsWith('#') || cell.startsWith('@')) {
-                worksheet_write_number(sheet, row, 0, cell.mid(1).toDouble(), cell.startsWith('@') ? day : nullptr);
+            if (formats.contains(cell.front())) {
+                worksheet_write_number(sheet, row, 0, cell.mid(1).toDouble(), formats.value(cell.front()));
             } else {
                 worksheet_write_string(sheet, row, 0, cell.toUtf8().constData(), nullptr);
             }
