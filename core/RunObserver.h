@@ -43,6 +43,7 @@ public:
     virtual void ProcedureBegins(const QString& /*module*/, const QString& /*procedure*/) noexcept {}
     /// A line that the log tells of a row. @param row its name; empty for one of the whole run
     virtual void NoteStands(const QString& /*row*/, const QString& /*note*/) noexcept {}
+    /// @param row name of the source row that waits for the code, or of the one that it is part of
     virtual void CodeIsOpen(const QString& /*row*/, const OpenCode& /*code*/) noexcept {}
     /// Whether it wants to be told what rows were before they were updated or deleted.
     virtual bool KeepsImages() const noexcept { return false; }

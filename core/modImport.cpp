@@ -70,9 +70,10 @@ void Remember(Session& session, const QString& key, const QString& newCode) {
     session.Translations.insert(key, newCode);
 }
 
-/// Keeps a code that has no translation for the result of the run, and the row that waits for it.
+/// Keeps a code that has no translation for the result of the run, and the row that waits for it: the one that would be
+/// imported again, which may be the head of the row that has the code.
 void NoteUntranslated(Session& session, const QString& table, const QString& field, const QString& oldCode) {
-    Tell(session, [row = session.Errors.RowKey(), code = OpenCode{table, field, oldCode}](RunObserver& observer) {
+    Tell(session, [row = session.Errors.WholeRowKey(), code = OpenCode{table, field, oldCode}](RunObserver& observer) {
         observer.CodeIsOpen(row, code);
     });
     const QString text = table + u'.' + field + QStringLiteral(" = ") + oldCode;

@@ -126,10 +126,16 @@ ovErrors::Row::Row(ovErrors& errors, const QString& key)
       m_outerKey(errors.m_rowKey),
       m_outer(errors.m_inRow) {
     m_errors.m_rowKey = VisibleLine(key);
+    if (!m_outer) {
+        m_errors.m_wholeRowKey = m_errors.m_rowKey;
+    }
     m_errors.m_inRow = true;
 }
 
 ovErrors::Row::~Row() {
     m_errors.m_rowKey = m_outerKey;
+    if (!m_outer) {
+        m_errors.m_wholeRowKey.clear();
+    }
     m_errors.m_inRow = m_outer;
 }

@@ -81,6 +81,8 @@ public:
 
     /// Key of the source row under way, for the entries; empty outside a row.
     const QString& RowKey() const { return m_rowKey; }
+    /// Key of the source row that the one under way is part of; its own where it is part of none.
+    const QString& WholeRowKey() const { return m_wholeRowKey; }
     bool InRow() const { return m_inRow; }
 
     /// Marks a source row as under way for its lifetime; a row within a row gives way to the outer one again.
@@ -139,6 +141,7 @@ private:
     QVector<ErrorEntry> m_entries;
     qint64 m_count = 0;
     QString m_rowKey;
+    QString m_wholeRowKey; ///< of the outermost one
     bool m_inRow = false;
     bool m_asWhole = false;
     QVector<ErrorEntry> m_waiting; ///< to be shown

@@ -221,12 +221,14 @@ private slots:
             {
                 const ovErrors::Row inner(m_errors, "1a");
                 QCOMPARE(m_errors.RowKey(), "1a");
+                QCOMPARE(m_errors.WholeRowKey(), "1");
             }
             QVERIFY(m_errors.InRow());
             QCOMPARE(m_errors.RowKey(), "1");
         }
         QVERIFY(!m_errors.InRow());
         QCOMPARE(m_errors.RowKey(), "");
+        QCOMPARE(m_errors.WholeRowKey(), "");
     }
 
     void Monitoring_data() {
