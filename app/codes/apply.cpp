@@ -77,6 +77,9 @@ ImportRequest RequestFor(Session& session, const RowsToRepeat& rows) {
     request.reset = false;
     request.only = std::make_shared<contract::RowSelection>();
     request.only->FillCodes();
+    for (const Code& code : rows.codes) {
+        request.only->FillCode(code.table, code.field, code.oldCode);
+    }
     for (auto procedure = rows.rows.begin(); procedure != rows.rows.end(); ++procedure) {
         for (const QString& name : procedure.value()) {
             request.only->Add({.procedure = procedure.key(), .name = name, .table = {}, .key = {}});

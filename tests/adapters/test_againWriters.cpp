@@ -74,20 +74,24 @@ private slots:
         QTest::addColumn<QList<double>>("first");
         QTest::addColumn<QList<double>>("again");
         QTest::addColumn<QString>("written");
+        QTest::addColumn<QString>("gone"); // of the last time
         const QList<double> three{0, 10, 100};
-        Row("one for any quantity", QList<double>{0}, QList<double>{0}, "999999999|0");
-        Row("the lowest begins at one", QList<double>{1, 5}, QList<double>{1, 5}, "4.999999|1 999999999|5");
-        Row("the lowest twice", QList<double>{0, 0, 5}, QList<double>{0, 0, 5}, "4.999999|0 999999999|5");
-        Row("a higher one twice", QList<double>{0, 5, 5}, QList<double>{0, 5, 5}, "4.999999|0 999999999|5");
-        Row("three", three, three, "9.999999|0 99.999999|10 999999999|100");
-        Row("parts of a unit", QList<double>{0, 0.5}, QList<double>{0, 0.5}, "0.499999|0 999999999|0.5");
+        Row("one for any quantity", QList<double>{0}, QList<double>{0}, "999999999|0", "");
+        Row("the lowest begins at one", QList<double>{1, 5}, QList<double>{1, 5}, "4.999999|1 999999999|5", "");
+        Row("the lowest twice", QList<double>{0, 0, 5}, QList<double>{0, 0, 5}, "4.999999|0 999999999|5", "");
+        Row("a higher one twice", QList<double>{0, 5, 5}, QList<double>{0, 5, 5}, "4.999999|0 999999999|5", "");
+        Row("three", three, three, "9.999999|0 99.999999|10 999999999|100", "");
+        Row("parts of a unit", QList<double>{0, 0.5}, QList<double>{0, 0.5}, "0.499999|0 999999999|0.5", "");
         Row("a new one between", three, QList<double>{0, 10, 50, 100},
-            "9.999999|0 49.999999|10 99.999999|50 999999999|100");
-        Row("one that is there no more", three, QList<double>{0, 100}, "99.999999|0 999999999|100");
-        Row("one that begins elsewhere", QList<double>{0, 50}, QList<double>{0, 100}, "99.999999|0 999999999|100");
-        Row("only the lowest is left", three, QList<double>{0}, "999999999|0");
-        Row("in any order", QList<double>{100, 0, 10}, three, "9.999999|0 99.999999|10 999999999|100");
-        Row("the lowest begins elsewhere", QList<double>{1, 10}, QList<double>{2, 10}, "9.999999|2 999999999|10");
+            "9.999999|0 49.999999|10 99.999999|50 999999999|100", "");
+        Row("one that is there no more", three, QList<double>{0, 100}, "99.999999|0 999999999|100", "un prezzo da 10");
+        Row("the lowest is there no more", three, QList<double>{10, 100}, "99.999999|10 999999999|100",
+            "il prezzo fino a 9.999999");
+        Row("one that begins elsewhere", QList<double>{0, 50}, QList<double>{0, 100}, "99.999999|0 999999999|100",
+            "un prezzo da 50");
+        Row("only the lowest is left", three, QList<double>{0}, "999999999|0", "un prezzo da 10; un prezzo da 100");
+        Row("in any order", QList<double>{100, 0, 10}, three, "9.999999|0 99.999999|10 999999999|100", "");
+        Row("the lowest begins elsewhere", QList<double>{1, 10}, QList<double>{2, 10}, "9.999999|2 999999999|10", "");
     }
     void pricesThatHoldFromAQuantity() {
         QFETCH(const QList<double>, first);
@@ -101,6 +105,11 @@ private slots:
             writer.EndSteps();
         }
         QTEST(target.Rows("SELECT SCQTA, SCPRZ FROM X01_LIS_ARS ORDER BY SCQTA").join(' '), "written");
+        QStringList gone = QString::fromLatin1(target.Log()).remove('\r').split('\n').filter("PREZZO TOLTO");
+        for (QString& line : gone) {
+            line = line.section("listino 'L1', articolo 'VITE': l'origine non ha più ", 1);
+        }
+        QTEST(gone.join("; "), "gone");
     }
 
     /// Also where the supplier has been imported since, and where the source has two alike.
@@ -180,6 +189,34 @@ private slots:
         target.Get().UserManager.DataElaborazione = QDate(2025, 1, 2);
         StockWriter(target.Run).Balance({.warehouse = "001", .article = "VITE", .quantity = 1});
         QCOMPARE(target.Rows("SELECT MMANN, MMNUM FROM X01_MOV_MAG"), QStringList({"2024|1", "2025|1"}));
+    }
+
+    /// A balance whose warehouse is known by now takes the row of its quantity with it, and none of another.
+    void aBalanceLeavesItsWarehouse_data() {
+        Columns<QString, double, QString>("article", "quantity", "written");
+        Row("several are alike", "VITE", 4.0, "1|001|VITE|3 2|002|VITE|4 1|001|DADO|7");
+        Row("of another quantity", "VITE", 5.0, "give up");
+        Row("none is there", "ROSETTA", 2.0, "1|001|VITE|3 1|001|VITE|4 1|001|DADO|7 2|002|ROSETTA|2");
+    }
+    void aBalanceLeavesItsWarehouse() {
+        QFETCH(const QString, article);
+        QFETCH(const double, quantity);
+        QFETCH(const QString, written);
+        WritersTarget target;
+        target.Execute("INSERT INTO X01_ART_ICO (CDART, ARDES) VALUES ('ROSETTA', 'Rosetta')");
+        StockWriter first(target.Run);
+        first.Balance("001", "VITE", 3);
+        first.Balance("001", "VITE", 4);
+        first.Balance("001", "DADO", 7);
+        StockWriter again(target.Run);
+        const StockLine line{.warehouse = "002", .article = article, .quantity = quantity, .left = "001"};
+        if (written == "give up") {
+            QVERIFY_THROWS_EXCEPTION(ImportError, again.Balance(line));
+            return;
+        }
+        again.Balance(line);
+        QCOMPARE(target.Rows("SELECT MRTES, MRMAG, MRART, MRQTA FROM X01_MOV_MAR ORDER BY RECORD_ID").join(' '),
+                 written);
     }
 
     /// A row that is tried again rewrites what its first attempt rewrote, and a movement of a hand is nobody's.

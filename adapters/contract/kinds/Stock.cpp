@@ -31,11 +31,13 @@ RowOutcome BalanceImporter::Row(const SourceRow& row) {
         return Run().Skip(rule);
     }
     Session& session = GetSession();
-    StockLine line{m_warehouses.CodeOf(m_declared.warehouse.Text(session, row)), m_declared.article.Text(session, row),
+    const QString warehouse = m_declared.warehouse.Text(session, row);
+    StockLine line{m_warehouses.CodeOf(warehouse), m_declared.article.Text(session, row),
                    m_declared.quantity.Number(session, row)};
     line.unit = m_declared.unit.Text(session, row);
     line.price = m_declared.price.NumberOrNull(session, row);
     line.location = m_declared.location.Text(session, row);
+    line.left = m_warehouses.LeftBy(warehouse);
     return m_writer.Balance(line);
 }
 

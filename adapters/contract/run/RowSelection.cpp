@@ -13,6 +13,11 @@ QString PlaceOf(const RowSelection::Row& row) {
     return row.table + u'\x1e' + (isBlank ? QString(u'#' + QString::number(row.number)) : row.key);
 }
 
+/// Codes are compared without case, and without the blanks of a column of a fixed length.
+QString PlaceOfCode(const QString& list, const QString& field, const QString& code) {
+    return mod_ovTools::UpperChars(list + u'\x1f' + field + u'\x1f' + code.trimmed());
+}
+
 /// A value that cannot be read is as good as none.
 QString ReadableText(const QVariant& value) {
     return value.metaType() == QMetaType::fromType<ImportError>() ? QString() : mod_ovTools::ToText(value);
@@ -60,6 +65,14 @@ void RowSelection::Add(const Row& row) {
         m_places[row.procedure].insert(PlaceOf(row), rows.size());
     }
     rows.push_back({row});
+}
+
+void RowSelection::FillCode(const QString& list, const QString& field, const QString& code) {
+    m_codes.insert(PlaceOfCode(list, field, code));
+}
+
+bool RowSelection::FillsCode(const QString& list, const QString& field, const QString& code) const {
+    return m_codes.contains(PlaceOfCode(list, field, code));
 }
 
 std::optional<RowSelection::Reached> RowSelection::ReachedBefore() const {

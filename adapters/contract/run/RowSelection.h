@@ -48,9 +48,12 @@ public:
     /// Has a procedure not run at all.
     void LeaveOut(const QString& procedure) { m_leftOut.insert(procedure); }
 
-    /// Has rows that are there get the codes that they lack, whatever else of them stays as it is.
+    /// Has rows that are there get codes that they lack, whatever else of them stays as it is.
     void FillCodes() { m_fillsCodes = true; }
     bool FillsCodes() const { return m_fillsCodes; }
+    /// One of the codes that they wait for, by its place in SYS_IMP (TBNAM, TBFLD, TBOLD).
+    void FillCode(const QString& list, const QString& field, const QString& code);
+    bool FillsCode(const QString& list, const QString& field, const QString& code) const;
 
     /// Whether there is something to do for a procedure: where some are limited to rows, these alone run.
     bool Wants(const QString& procedure) const {
@@ -84,6 +87,7 @@ private:
     QSet<QString> m_leftOut;
     QVector<qint64> m_done;
     bool m_fillsCodes = false;
+    QSet<QString> m_codes; ///< that are filled in
 };
 
 } // namespace contract

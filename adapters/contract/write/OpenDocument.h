@@ -31,10 +31,10 @@ public:
         qint64 rowsLeft; ///< an earlier import has written them, and they are no longer in the source
     };
 
-    OpenDocument(ImportRun& run, const Family& family, const Options& options)
+    OpenDocument(ImportRun& run, const Family& family, Options options)
         : m_run(run),
           m_family(family),
-          m_options(options),
+          m_options(std::move(options)),
           m_writer(run, family) {}
 
     DocumentWriter& Writer() { return m_writer; }

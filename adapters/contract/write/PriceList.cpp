@@ -245,13 +245,15 @@ std::vector<PriceListWriter::Step> PriceListWriter::EarlierSteps(qint64 articleR
                                              Equals("IDLSD", articleRow) + u" ORDER BY SCQTA");
     std::vector<Step> steps;
     for (double from = 0; !rows.Eof(); rows.MoveNext()) {
-        steps.push_back({from, rows.Value("RECORD_ID").toLongLong()});
-        from = NumberOf(rows.Value("SCQTA")) + QuantityStep;
+        const double to = NumberOf(rows.Value("SCQTA"));
+        steps.push_back({from, rows.Value("RECORD_ID").toLongLong(), to});
+        from = to + QuantityStep;
     }
     return steps;
 }
 
-/// The first is the lowest of those that are there, whatever it began with; any other is the one of its quantity.
+/// It is the one of its quantity among those that are there; else the lowest, whatever it began with, where it begins
+/// in that.
 RowOutcome PriceListWriter::WriteStep(Steps& steps, qint64 articleRow, double from, Scale scale) {
     const auto isAt = [from](const Step& step) { return std::abs(step.from - from) < QuantityStep / 2; };
     const auto next = std::ranges::find_if(steps.written, [&](const Step& step) { return step.from >= from; });
@@ -267,7 +269,11 @@ RowOutcome PriceListWriter::WriteStep(Steps& steps, qint64 articleRow, double fr
         shortened.Set("SCQTA", RoundedTo(from - QuantityStep, 6));
         shortened.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", std::prev(next)->id));
     }
-    const auto known = steps.written.empty() ? steps.earlier.begin() : std::ranges::find_if(steps.earlier, isAt);
+    auto known = std::ranges::find_if(steps.earlier, isAt);
+    if (known == steps.earlier.end()) {
+        known =
+            std::ranges::find_if(steps.earlier, [from](const Step& step) { return step.from == 0 && from <= step.to; });
+    }
     if (known == steps.earlier.end()) {
         TargetRow row = ScaleRow(m_run, "LIS_ARS", "SCPRZ", scale);
         row.Set("IDLSD", articleRow);
@@ -281,14 +287,23 @@ RowOutcome PriceListWriter::WriteStep(Steps& steps, qint64 articleRow, double fr
     return RowOutcome::Updated;
 }
 
+void PriceListWriter::TellStepGone(qint64 articleRow, const Step& step) const {
+    const Recordset row = m_run.GetSession().Quadrix.ExecuteWC(
+        u"SELECT CDLIS, CDART FROM " + m_run.FullName("LIS_ART") + u" WHERE " + Equals("RECORD_ID", articleRow));
+    const QString which = step.from == 0
+                              ? QStringLiteral("il prezzo fino a ") + mod_ovTools::NumberText(RoundedTo(step.to, 6))
+                              : QStringLiteral("un prezzo da ") + mod_ovTools::NumberText(RoundedTo(step.from, 6));
+    m_run.Log(QStringLiteral("PREZZO TOLTO: listino '%1', articolo '%2': l'origine non ha più %3")
+                  .arg(row.Value("CDLIS").toString(), row.Value("CDART").toString(), which));
+}
+
 void PriceListWriter::EndSteps() {
     for (const auto& [articleRow, steps] : std::exchange(m_steps, {})) {
         m_run.Remember(m_done, articleRow);
         for (const Step& left : steps.earlier) {
             const QString condition = Equals("RECORD_ID", left.id) + u" AND " + OfImports(m_run.GetSession());
             if (m_run.DeleteRows("LIS_ARS", condition) != 0) {
-                m_run.Log(QStringLiteral("PREZZO TOLTO: %1: l'origine non ha più un prezzo da %2")
-                              .arg(m_run.RowKey(), QString::number(RoundedTo(left.from, 6))));
+                TellStepGone(articleRow, left);
             }
         }
     }

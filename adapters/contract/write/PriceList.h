@@ -87,8 +87,9 @@ private:
     };
     /// A scale with the quantity that it holds from.
     struct Step {
-        double from;
-        qint64 id; ///< RECORD_ID
+        double from;   ///< 0 for the lowest of an earlier import, which may have been written from more
+        qint64 id;     ///< RECORD_ID
+        double to = 0; ///< of an earlier import: the last quantity of it
     };
     /// The scales of an article's row while its rows are read, in the order of their quantities.
     struct Steps {
@@ -102,6 +103,7 @@ private:
                        const QString& currency) const;
     Steps& StepsOf(qint64 articleRow);
     std::vector<Step> EarlierSteps(qint64 articleRow) const;
+    void TellStepGone(qint64 articleRow, const Step& step) const;
     RowOutcome WriteStep(Steps& steps, qint64 articleRow, double from, Scale scale);
     void Rewrite(qint64 id, const Scale& scale) const;
 

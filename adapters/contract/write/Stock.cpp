@@ -7,11 +7,16 @@
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace contract {
 
 using namespace schema::defaults;
 
 namespace {
+
+constexpr double LeastQuantity = 0.000001; // quantities have 6 decimals
 
 /// What a line may have beyond its article and quantity.
 void SetParticulars(TargetRow& row, const StockLine& line) {
@@ -89,32 +94,58 @@ void StockWriter::InsertMovement(Movement& movement, const StockLine& line) {
     movement.id = m_run.LastId("MOV_MAG");
 }
 
-/// The row of that balance that is still to be rewritten: several may be alike.
-qint64 StockWriter::FindRow(const Movement& movement, const StockLine& line) const {
+/// The rows of a movement that may be of that balance and are still to be rewritten: several may be alike.
+std::vector<StockWriter::Known> StockWriter::FindRows(const Movement& movement, const StockLine& line) const {
+    std::vector<Known> known;
     if (!movement.wasThere) {
-        return 0;
+        return known;
     }
     Session& session = m_run.GetSession();
     const auto same = [&](const QString& column, const QString& text) {
         return QString(u" AND " + Equals(session, QStringLiteral("COALESCE(%1, '')").arg(column), text));
     };
     // An inventory has all of its rows in one movement: it is the article that finds few of them.
-    Recordset rows = session.Quadrix.ExecuteWC(
-        u"SELECT RECORD_ID FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("COALESCE(MRTES, 0)", movement.id) +
-        u" AND " + Equals(session, "MRART", line.article) + same("MRUBI", line.location) + same("MRFMT", line.format) +
-        same("MRSFR", line.offcut) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MRQTA FROM " + m_run.FullName("MOV_MAR") +
+                                               u" WHERE " + Equals("COALESCE(MRTES, 0)", movement.id) + u" AND " +
+                                               Equals(session, "MRART", line.article) + same("MRUBI", line.location) +
+                                               same("MRFMT", line.format) + same("MRSFR", line.offcut) + u" AND " +
+                                               OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         if (const qint64 id = rows.Fields(0).Value().toLongLong(); !movement.rewritten.contains(id)) {
-            return id;
+            known.push_back({id, mod_ovTools::ToDouble(rows.Fields(1).Value())});
         }
     }
-    return 0;
+    return known;
+}
+
+/// The row of a balance that an earlier import has written.
+StockWriter::Known StockWriter::FindKnown(const StockLine& line) {
+    const std::vector<Known> rows = FindRows(FindMovement(line), line);
+    if (line.left.isEmpty()) {
+        return rows.empty() ? Known() : rows.front();
+    }
+    const auto isSame = [&line](const Known& row) {
+        return std::abs(row.quantity - line.quantity) < LeastQuantity / 2;
+    };
+    StockLine before = line;
+    before.warehouse = line.left;
+    const std::vector<Known> left = FindRows(FindMovement(before), line);
+    if (const auto row = std::ranges::find_if(left, isSame); row != left.end()) {
+        return {row->id, row->quantity, line.left != line.warehouse};
+    }
+    if (!left.empty()) {
+        throw ImportError(QStringLiteral("l'articolo '%1' non ha nel magazzino '%2', dove stava senza la traduzione, "
+                                         "una giacenza di %3: i saldi vanno importati da capo, svuotando")
+                              .arg(line.article, line.left, mod_ovTools::NumberText(line.quantity)));
+    }
+    const auto row = std::ranges::find_if(rows, isSame);
+    return row == rows.end() ? Known() : *row;
 }
 
 RowOutcome StockWriter::Balance(const StockLine& line) {
     Movement& movement = FindMovement(line);
-    const qint64 known = FindRow(movement, line);
-    if (known == 0 && line.quantity == 0) {
+    const Known known = FindKnown(line);
+    if (known.id == 0 && line.quantity == 0) {
         return m_run.Skip(QStringLiteral("giacenza a zero"));
     }
     const Recordset found = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") +
@@ -142,16 +173,18 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     row.Set("MRSTA", Closed);
     SetParticulars(row, line);
     m_run.Remember(movement.offcuts, !line.offcut.isEmpty());
-    if (known != 0) {
-        row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-        m_run.Remember(movement.rewritten, known);
-        return RowOutcome::Updated;
+    if (known.id == 0 || known.isElsewhere) {
+        row.Set("MRNUM", movement.last + 1);
+        m_run.Restores(movement.last);
+        ++movement.last;
     }
-    row.Set("MRNUM", movement.last + 1);
-    row.Insert();
-    m_run.Restores(movement.last);
-    ++movement.last;
-    return RowOutcome::Inserted;
+    if (known.id == 0) {
+        row.Insert();
+        return RowOutcome::Inserted;
+    }
+    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known.id));
+    m_run.Remember(movement.rewritten, known.id);
+    return RowOutcome::Updated;
 }
 
 void StockWriter::TellRowsLeft() {

@@ -23,6 +23,7 @@ struct StockLine {
     QString unit = {};   ///< empty: that of the article
     QVariant price = {}; ///< Null: the article's cost
     QString location = {};
+    QString left = {};   ///< warehouse that it stood in while nobody knew its own; empty: none
     bool sheet = false;  ///< a sheet: it stands in a movement of sheets
     QString format = {}; ///< CDFMT of the sheet
     QString offcut = {}; ///< code of the offcut that it is; empty for a whole sheet
@@ -43,7 +44,8 @@ public:
     RowOutcome Balance(const QString& warehouse, const QString& article, double quantity) {
         return Balance(StockLine{warehouse, article, quantity});
     }
-    /// The same, of a balance with all its particulars.
+    /// The same, of a balance with all its particulars. One that has left a warehouse takes its row with it: the one of
+    /// its quantity; where there are only others, `ImportError` is raised, as they may be of other balances.
     RowOutcome Balance(const StockLine& line);
 
     /// Tells how many rows earlier imports have left in the movements of this run that it has not written: their
@@ -60,11 +62,18 @@ private:
         QSet<bool> offcuts = {};     ///< whether offcuts and whether others have been written
         bool wasThere = false;
     };
+    /// A row that an earlier import has written.
+    struct Known {
+        qint64 id = 0; ///< RECORD_ID; 0: none
+        double quantity = 0;
+        bool isElsewhere = false; ///< in the warehouse that the balance has left
+    };
     /// The movement that a line belongs to, of this run or an earlier one; with id 0 when there is none.
     Movement& FindMovement(const StockLine& line);
     Movement ReadMovement(const StockLine& line) const;
     void InsertMovement(Movement& movement, const StockLine& line);
-    qint64 FindRow(const Movement& movement, const StockLine& line) const;
+    Known FindKnown(const StockLine& line);
+    std::vector<Known> FindRows(const Movement& movement, const StockLine& line) const;
 
     ImportRun& m_run;
     using Key = QPair<QString, bool>;

@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Warehouses.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/RowSelection.h"
 #include "core/schemaDefaults.h"
 
 namespace contract {
@@ -24,6 +25,11 @@ QString Warehouses::CodeOf(const QString& code) {
                       .arg(code, Warehouse));
     }
     return known.isEmpty() ? Warehouse : known;
+}
+
+QString Warehouses::LeftBy(const QString& code) const {
+    const RowSelection* rows = m_run.GetSession().Selection;
+    return rows != nullptr && rows->FillsCode(m_table, m_field, code) ? schema::defaults::Warehouse : QString();
 }
 
 } // namespace contract

@@ -23,6 +23,9 @@ public:
 
     /// CDMAG of one; the principal one for a blank code. Raises `SqlError`.
     QString CodeOf(const QString& code);
+    /// CDMAG of the warehouse that a balance of one stands in which is imported again as it waited for its translation;
+    /// empty where it waited for none.
+    QString LeftBy(const QString& code) const;
 
 private:
     ImportRun& m_run;
