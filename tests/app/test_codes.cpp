@@ -35,6 +35,37 @@ codes::Change Pag(const QString& oldCode, const QString& newCode) {
     return {.table = "anagrafe", .field = "pag", .oldCode = oldCode, .newCode = newCode};
 }
 
+/// Imports an example, by its buttons that ask nothing.
+void Import(TestTarget& test, const examples::Example& example) {
+    for (const char* key : {"Databasename", "DSN"}) {
+        test.Get().Config.SetAppConfig("IMPORT", key, test.Folder.filePath("source/") + example.source);
+    }
+    test.Get().Config.SetAppConfig("IMPORT", "DOC_DateStart", "01/01/2000");
+    test.Person.Otherwise = false;
+    for (const QString& import : example.imports) {
+        if (const auto button = contract::ButtonFromName(import)) {
+            ImportRequest request;
+            request.choice = {"Prova Uno S.r.l.", {}, registry::Find(example.origin), ErrorAction::Ignore};
+            request.button = *button;
+            request.confirmed = true;
+            request.reset = false;
+            [&] { QCOMPARE(RunImport(test.Get(), request), FlowOutcome::Done); }();
+        }
+    }
+}
+
+/// Makes an example in the folder of a company, with its translations.
+const examples::Example& MakeExample(TestTarget& test, const QString& name) {
+    examples::Options options;
+    options.rows = 40;
+    options.folder = test.Folder.filePath("source");
+    options.company = "X01";
+    examples::Make(name, options);
+    test.Db().ExecuteScript(QString::fromUtf8(ReadFile(options.folder + "/quadrix.sql")));
+    const auto& all = examples::Examples();
+    return *std::find_if(all.begin(), all.end(), [&name](const auto& example) { return example.name == name; });
+}
+
 template<class Work>
 QString Refusal(const Work& work) {
     try {
@@ -285,6 +316,68 @@ private slots:
         QVERIFY(codes::FindRowsToRepeat(worklist).empty());
         worklist.Refresh();
         QCOMPARE(waitingForLate(), waiting);
+    }
+
+    void appliedLateIsAsAppliedEarly_data() {
+        Columns<QString, QString, QString, QString>("example", "list", "field", "rows");
+        Row("of heads, with linked rows", "metodo", "ANAGRAFICACF", "PORTO",
+            "SELECT H.DTNUM, H.DTPOR, R.DRNUM, R.DRORI FROM X01_DOC_VEN H JOIN X01_DOC_VER R ON R.IDTES = H.RECORD_ID "
+            "ORDER BY R.RECORD_ID");
+        Row("of rows behind their head", "metodo", "RIGHEDOCUMENTI", "CODDEPOSITO",
+            "SELECT IDTES, DRNUM, DRMAG, DRORI FROM X01_DOC_VER ORDER BY RECORD_ID");
+        Row("warehouse of balances", "adhoc", "SALDIART", "SLCODMAG",
+            "SELECT M.MMMAG, R.MRMAG, R.MRART, R.MRQTA FROM X01_MOV_MAR R JOIN X01_MOV_MAG M ON M.RECORD_ID = R.MRTES "
+            "WHERE M.MMINV = 1 ORDER BY R.MRMAG, R.MRART, R.MRQTA");
+    }
+    /// Rows that waited for a code are in the end what they were at once with it, and each is found again.
+    void appliedLateIsAsAppliedEarly() {
+        QFETCH(QString, example);
+        QFETCH(QString, list);
+        QFETCH(QString, field);
+        QFETCH(QString, rows);
+        const QString ofList = " FROM SYS_IMP WHERE TBNAM = '" + list + "' AND TBFLD = '" + field + "'";
+        const QString deposit = "UPDATE SYS_IMP SET TBNEW = '002' WHERE TBFLD = 'CODDEPOSITO'"; // not the usual one
+        TestTarget early;
+        const examples::Example& source = MakeExample(early, example);
+        early.Execute(deposit);
+        Import(early, source);
+        TestTarget late;
+        MakeExample(late, example);
+        late.Execute(deposit);
+        const QStringList given = late.Rows("SELECT TBOLD, TBNEW" + ofList);
+        late.Execute("DELETE" + ofList);
+        Import(late, source);
+        QVERIFY(!given.isEmpty() && late.Rows(rows) != early.Rows(rows));
+        for (const QString& each : given) {
+            late.Execute("UPDATE SYS_IMP SET TBNEW = '" + each.section('|', 1) + "' WHERE TBNAM = '" + list +
+                         "' AND TBFLD = '" + field + "' AND TBOLD = '" + each.section('|', 0, 0) + "'");
+        }
+        Worklist worklist(late.Get(), registry::Find(source.origin));
+        late.Get().Results.clear();
+        for (const codes::RowsToRepeat& each : codes::FindRowsToRepeat(worklist)) {
+            QCOMPARE(codes::Repeat(late.Get(), each), FlowOutcome::Done);
+        }
+        QCOMPARE(late.Rows(rows), early.Rows(rows));
+        for (const RunResult& result : late.Get().Results) {
+            QVERIFY(std::none_of(result.notes.kinds.begin(), result.notes.kinds.end(),
+                                 [](const auto& kind) { return kind.name.startsWith("RIGA CHE"); }));
+        }
+    }
+
+    /// Two procedures of one press have rows that wait for one code.
+    void rowsAreOfTheirProcedure() {
+        TestTarget test;
+        const examples::Example& example = MakeExample(test, "arcaevolution");
+        Import(test, example);
+        test.Execute("UPDATE SYS_IMP SET TBNEW = '000001' WHERE TBNAM = 'CF' AND TBFLD = 'Cd_DOVettore'");
+        Worklist worklist(test.Get(), registry::Find(example.origin));
+        const std::vector<codes::RowsToRepeat> all = codes::FindRowsToRepeat(worklist);
+        QCOMPARE(all.size(), size_t(1));
+        QCOMPARE(all.front().rows.size(), qsizetype(2));
+        for (const auto& [procedure, names] : all.front().rows.asKeyValueRange()) {
+            const QString table = procedure == "ImportVettoriArcaEvolution" ? "tabella 'DOVettore'" : "tabella 'CF'";
+            QCOMPARE(names.filter(table), names);
+        }
     }
 };
 

@@ -65,8 +65,101 @@ Rule KindOfRow() {
     return Choice({{"D", DescriptionRow}, {"R", DescriptionRow}, {"V", DescriptionRow}}, {});
 }
 
+// --- Origins of rows ----------------------------------------------------------------------------------------------
+
+/// A row of a document as Quadrix has it.
+struct ImportedRow {
+    QString table;
+    qint64 id = 0; ///< RECORD_ID; 0: it is not there
+};
+
+/// @param document PROGRESSIVO of its head @param number POSIZIONE
+ImportedRow FindImported(ImportRun& run, const QVariant& document, int number) {
+    Session& session = run.GetSession();
+    ovConnection& source = session.SourceConnection();
+    const Recordset heads =
+        source.ExecuteWC("SELECT T.TIPODOC, T.NUMERODOC, T.ESERCIZIO, T.BIS, T.DATADOC, J1.CLIFOR FROM "
+                         "TESTEDOCUMENTI T INNER JOIN PARAMETRIDOC J1 ON J1.CODICE = T.TIPODOC "
+                         "WHERE T.PROGRESSIVO = " +
+                         LiteralOf(source, document));
+    if (heads.Eof()) {
+        return {};
+    }
+    const SourceRow head(heads);
+    const Family& family = head.Text("CLIFOR").compare(u"F", Qt::CaseInsensitive) == 0 ? Purchases : Sales;
+    const QString cause = modImport::GetNewCode(session, Parametri, "CODICE", head.Text("TIPODOC"), true);
+    const DocumentWriter writer(run, family);
+    const qint64 id =
+        writer.Find(head.Text("NUMERODOC"), cause, static_cast<int>(NumberOf(head, "ESERCIZIO")),
+                    OfSeries(session, head.Text("BIS")) + u" AND " + OnDay(session, "DTDAT", DateOf(head, "DATADOC")));
+    return {family.row, id == 0 ? 0 : writer.FindRow(id, number)};
+}
+
+/// The row that a row was made from. @param row with IDTESTARP and IDRIGARP
+ImportedRow FindOrigin(ImportRun& run, const SourceRow& row) {
+    ovConnection& source = run.GetSession().SourceConnection();
+    const Recordset origins = source.ExecuteWC(
+        "SELECT POSIZIONE FROM RIGHEDOCUMENTI WHERE IDTESTA = " + LiteralOf(source, row.Value("IDTESTARP")) +
+        " AND IDRIGA = " + LiteralOf(source, row.Value("IDRIGARP")));
+    return origins.Eof()
+               ? ImportedRow()
+               : FindImported(run, row.Value("IDTESTARP"), static_cast<int>(NumberOf(SourceRow(origins), "POSIZIONE")));
+}
+
+QVariant LinkTo(const ImportedRow& origin) { return origin.id == 0 ? QVariant() : QVariant(origin.id); }
+
+/// Links a row to the one that it was made from; one that has none any more has no link either.
+RowOutcome LinkRow(ImportRun& run, const SourceRow& row) {
+    const ImportedRow made = FindImported(run, row.Value("IDTESTA"), static_cast<int>(NumberOf(row, "POSIZIONE")));
+    if (made.id == 0) {
+        return run.Skip("riga non importata");
+    }
+    const ImportedRow origin = FindOrigin(run, row);
+    const QString link = LookUp(run.GetSession(), made.table, "RECORD_ID", QString::number(made.id), "DRORI");
+    if (mod_ovTools::ToText(LinkTo(origin)) == link) {
+        return run.Skip(origin.id == 0 ? QStringLiteral("riga d'origine non importata")
+                                       : QStringLiteral("riga già collegata alla sua origine"));
+    }
+    TargetRow target(run, made.table);
+    target.Set("DRORI", LinkTo(origin));
+    target.Update("WHERE " + Equals("RECORD_ID", made.id));
+    return RowOutcome::Updated;
+}
+
+/// What the second pass does not come to is done with the row: it takes the place of another, which had a link of its
+/// own, or is imported with some others alone, and then it is linked at once.
+void SetOrigin(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    if (NumberOf(row, "IDTESTARP") <= 0) {
+        target.Set("DRORI", QVariant());
+    } else if (run.IsPart()) {
+        target.Set("DRORI", LinkTo(FindOrigin(run, row)));
+    }
+}
+
+/// The same of the rows that were made from one which is imported with some others alone.
+void LinkMade(ImportRun& run, const SourceRow& row) {
+    ovConnection& source = run.GetSession().SourceConnection();
+    Recordset made = source.ExecuteWC(
+        "SELECT IDTESTA, POSIZIONE, IDTESTARP, IDRIGARP FROM RIGHEDOCUMENTI WHERE IDTESTARP = " +
+        LiteralOf(source, row.Value("IDTESTA")) + " AND IDRIGARP = " + LiteralOf(source, row.Value("IDRIGA")));
+    for (const SourceRow each(made); !made.Eof(); made.MoveNext()) {
+        LinkRow(run, each);
+    }
+}
+
+HeadHooks LinksOf(ImportRun& run) {
+    return {.rowWritten = [&run](const SourceRow& row, const WrittenRow& /*written*/) {
+        if (run.IsPart()) {
+            LinkMade(run, row);
+        }
+    }};
+}
+
+// --- Documents ----------------------------------------------------------------------------------------------------
+
 /// A row that is closed has been delivered.
-void CloseRow(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
+void CompleteRow(ImportRun& run, const SourceRow& row, TargetRow& target) {
+    SetOrigin(run, row, target);
     if (row.Text("RIGACHIUSA") == u"1") {
         target.Set("DRSTA", schema::defaults::Delivered);
     }
@@ -95,7 +188,6 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
                    .key = "PROGRESSIVO",
                    .order = "PROGRESSIVO",
                    .naming = "ESERCIZIO, TIPODOC, NUMERODOC",
-                   .group = {"PROGRESSIVO"},
                    .told = which,
                    .joins = {{.table = Parametri,
                               .on = {{"CODICE", "TIPODOC"}},
@@ -161,70 +253,14 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
                     },
             },
         .moreOfHead = TellCurrency,
-        .moreOfRow = CloseRow,
+        .moreOfRow = CompleteRow,
+        .ofHeads = LinksOf,
         .further = {{},
-                    std::vector<TableNeed>{{Righe, {}, {"RIGACHIUSA"}}, {Teste, {}, {"CODCAMBIO", "VALCAMBIO"}}} +
+                    std::vector<TableNeed>{{Righe, {"IDRIGA", "IDTESTARP", "IDRIGARP"}, {"RIGACHIUSA"}},
+                                           {Teste, {}, {"CODCAMBIO", "VALCAMBIO"}}} +
                         DocumentCurrency().Reads(),
-                    {{"DOC_VER", {"DRSTA", "DRORI"}}, {"DOC_ACR", {"DRSTA", "DRORI"}}}}, // links are made anew
+                    {{"DOC_VER", {"DRSTA"}}, {"DOC_ACR", {"DRSTA"}}}}, // DRORI: the links of Origins
     };
-}
-
-// --- Origins of rows ----------------------------------------------------------------------------------------------
-
-/// A row of a document as Quadrix has it.
-struct ImportedRow {
-    QString table;
-    qint64 id = 0; ///< RECORD_ID; 0: it is not there
-};
-
-/// @param document PROGRESSIVO of its head @param number POSIZIONE
-ImportedRow FindImported(ImportRun& run, const QVariant& document, int number) {
-    Session& session = run.GetSession();
-    ovConnection& source = session.SourceConnection();
-    const Recordset heads =
-        source.ExecuteWC("SELECT T.TIPODOC, T.NUMERODOC, T.ESERCIZIO, T.BIS, T.DATADOC, J1.CLIFOR FROM "
-                         "TESTEDOCUMENTI T INNER JOIN PARAMETRIDOC J1 ON J1.CODICE = T.TIPODOC "
-                         "WHERE T.PROGRESSIVO = " +
-                         LiteralOf(source, document));
-    if (heads.Eof()) {
-        return {};
-    }
-    const SourceRow head(heads);
-    const Family& family = head.Text("CLIFOR").compare(u"F", Qt::CaseInsensitive) == 0 ? Purchases : Sales;
-    const QString cause = modImport::GetNewCode(session, Parametri, "CODICE", head.Text("TIPODOC"), true);
-    const DocumentWriter writer(run, family);
-    const qint64 id =
-        writer.Find(head.Text("NUMERODOC"), cause, static_cast<int>(NumberOf(head, "ESERCIZIO")),
-                    OfSeries(session, head.Text("BIS")) + u" AND " + OnDay(session, "DTDAT", DateOf(head, "DATADOC")));
-    return {family.row, id == 0 ? 0 : writer.FindRow(id, number)};
-}
-
-/// Links a row to the one that it was made from.
-RowOutcome LinkRow(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
-    ovConnection& source = session.SourceConnection();
-    const ImportedRow made = FindImported(run, row.Value("IDTESTA"), static_cast<int>(NumberOf(row, "POSIZIONE")));
-    if (made.id == 0) {
-        return run.Skip("riga non importata");
-    }
-    const Recordset origins = source.ExecuteWC(
-        "SELECT POSIZIONE FROM RIGHEDOCUMENTI WHERE IDTESTA = " + LiteralOf(source, row.Value("IDTESTARP")) +
-        " AND IDRIGA = " + LiteralOf(source, row.Value("IDRIGARP")));
-    const ImportedRow origin =
-        origins.Eof()
-            ? ImportedRow()
-            : FindImported(run, row.Value("IDTESTARP"), static_cast<int>(NumberOf(SourceRow(origins), "POSIZIONE")));
-    if (origin.id == 0) {
-        return run.Skip("riga d'origine non importata");
-    }
-    const QString link = QString::number(origin.id);
-    if (LookUp(session, made.table, "RECORD_ID", QString::number(made.id), "DRORI") == link) {
-        return run.Skip("riga già collegata alla sua origine");
-    }
-    TargetRow target(run, made.table);
-    target.Set("DRORI", origin.id);
-    target.Update("WHERE " + Equals("RECORD_ID", made.id));
-    return RowOutcome::Updated;
 }
 
 /// The second pass, once every row has its place. @param ofOne of the document asked for alone: what it was made from,
