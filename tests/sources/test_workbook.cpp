@@ -116,6 +116,7 @@ private slots:
         QCOMPARE(row(6), QString("6|'x'|'x'|-|!'abc' non è un numero|!'2024-02-30' non è una data|-"));
         QCOMPARE(row(7), row(6).replace('6', '7'));
         QCOMPARE(row(8), QString("8|'ultima'|-|-|-|-|-"));
+        QVERIFY(IsNoted("PERCENTUALE: File") && IsNoted("dove il foglio mostra 25% si legge 0.25"));
         QVERIFY(IsNoted("A8:B8"));
         QVERIFY(IsNoted("RIGA NASCOSTA"));
     }
