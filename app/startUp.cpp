@@ -117,7 +117,13 @@ void TellOthersAtWork(Session& session, const QString& settingsFile) {
 void ReadConnection(Session& session) {
     ovConfig& config = session.Config;
     ovConnection& connection = session.Quadrix;
-    SetProvider(connection, config.GetAppConfig(Section, "Provider", "MSSQL"));
+    const QString provider = config.GetAppConfig(Section, "Provider", "MSSQL");
+    if (!SetProvider(connection, provider)) {
+        session.Person.Message(QStringLiteral("Provider '%1', sezione [%2] di '%3': non è tra MSSQL, ACCESS, SYBASE, "
+                                              "MYSQL, ORACLE e SQLITE; si usa SQL Server")
+                                   .arg(provider, Section, QDir::toNativeSeparators(config.ConfigFile())),
+                               Icon::Exclamation);
+    }
     connection.Driver = config.PeekAppConfig(Section, "Driver");
     ReadLine(session, connection, Section, "Encryption", "EncryptionCA");
     connection.Server = config.GetAppConfig(Section, "ServerName", QSysInfo::machineHostName().toUpper());

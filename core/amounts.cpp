@@ -7,8 +7,12 @@
 double RoundedTo(double number, int decimals) {
     const double scale = std::pow(10.0, decimals);
     const double scaled = number * scale;
-    if (scaled == std::floor(scaled)) {
+    constexpr double digits = 9007199254740992; // 2^53: beyond it there are no decimals
+    if (std::abs(scaled) >= digits) {
         return number;
+    }
+    if (scaled == std::floor(scaled)) {
+        return scaled / scale; // "number" itself may be a little off, as 7 * 0.1 is
     }
     return std::round(QString::number(scaled, 'g', 15).toDouble()) / scale;
 }

@@ -4,6 +4,7 @@
 #include "core/Operator.h"
 #include "ui/lists.h"
 #include "ui/ReviewDialog.h"
+#include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QDialogButtonBox>
@@ -62,5 +63,5 @@ CodePreview::CodePreview(const QStringList& lines, const codes::Preview& preview
     all->addWidget(NewTable(preview), 1);
     all->addWidget(question);
     all->addWidget(YesAndNo(*this));
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    windowPlace::SizeTo(*this, WidthInCharacters, HeightInLines);
 }

@@ -1,6 +1,7 @@
 #include "ui/ReviewDialog.h"
 
 #include "core/Operator.h"
+#include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QDialogButtonBox>
@@ -52,5 +53,5 @@ ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QW
     all->addWidget(NewList(lines), 1);
     all->addWidget(text);
     all->addWidget(YesAndNo(*this));
-    resize(fontMetrics().averageCharWidth() * ReviewWidth, fontMetrics().lineSpacing() * (ReviewHeight + 6));
+    windowPlace::SizeTo(*this, ReviewWidth, ReviewHeight + 6);
 }

@@ -2,6 +2,7 @@
 
 #include "sql/visibleText.h"
 #include "ui/lists.h"
+#include "ui/windowPlace.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -31,5 +32,5 @@ TextDialog::TextDialog(const QString& title, const QString& text, QWidget* paren
     auto* all = new QVBoxLayout(this);
     all->addWidget(lines, 1);
     all->addWidget(close, 0, Qt::AlignRight);
-    resize(fontMetrics().averageCharWidth() * TextWidth, fontMetrics().lineSpacing() * TextHeight);
+    windowPlace::SizeTo(*this, TextWidth, TextHeight);
 }

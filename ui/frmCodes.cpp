@@ -8,6 +8,7 @@
 #include "ui/CodeDetails.h"
 #include "ui/CodePreview.h"
 #include "ui/inspectMarks.h"
+#include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
@@ -81,7 +82,7 @@ void frmCodes::Lay() {
     all->addWidget(m_summary);
     all->addWidget(parts, 1);
     all->addLayout(NewButtons());
-    resize(fontMetrics().averageCharWidth() * CodesWidth, fontMetrics().lineSpacing() * CodesHeight);
+    windowPlace::SizeTo(*this, CodesWidth, CodesHeight);
 }
 
 QLayout* frmCodes::NewFilter() {

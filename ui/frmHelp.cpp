@@ -3,6 +3,7 @@
 #include "adapters/mappingPages.h"
 #include "app/process.h"
 #include "ui/ManualPane.h"
+#include "ui/windowPlace.h"
 
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -88,7 +89,7 @@ frmHelp::frmHelp(const contract::Origin* origin, const QString& procedure, QWidg
     auto* all = new QVBoxLayout(this);
     all->addWidget(tabs, 1);
     all->addLayout(buttons);
-    resize(fontMetrics().averageCharWidth() * HelpWidth, fontMetrics().lineSpacing() * HelpHeight);
+    windowPlace::SizeTo(*this, HelpWidth, HelpHeight);
     if (origin != nullptr && !procedure.isEmpty()) {
         tabs->setCurrentWidget(mapping);
         if (mapping->find(procedure)) {

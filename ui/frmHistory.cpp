@@ -67,7 +67,7 @@ void frmHistory::Lay() {
     all->addLayout(search);
     all->addWidget(m_list, 1);
     all->addLayout(NewButtons());
-    resize(fontMetrics().averageCharWidth() * HistoryWidth, fontMetrics().lineSpacing() * HistoryHeight);
+    windowPlace::SizeTo(*this, HistoryWidth, HistoryHeight);
 }
 
 QLayout* frmHistory::NewButtons() {

@@ -8,6 +8,7 @@
 #include "ui/OriginList.h"
 #include "ui/SourceBar.h"
 #include "ui/toolButtons.h"
+#include "ui/windowPlace.h"
 
 #include <QFormLayout>
 #include <QGridLayout>
@@ -72,7 +73,7 @@ void frmImport::Lay() {
     all->addLayout(work);
     all->addWidget(NewAccount(), 1);
     all->addLayout(status);
-    resize(fontMetrics().averageCharWidth() * ImportWidth, fontMetrics().lineSpacing() * ImportHeight);
+    windowPlace::SizeTo(*this, ImportWidth, ImportHeight);
 }
 
 QGroupBox* frmImport::NewChoices() {

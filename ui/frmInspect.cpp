@@ -7,6 +7,7 @@
 #include "ui/InspectFurther.h"
 #include "ui/inspectMarks.h"
 #include "ui/InspectPreview.h"
+#include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
@@ -107,7 +108,7 @@ void frmInspect::Lay() {
     all->addWidget(m_summary);
     all->addWidget(parts, 1);
     all->addLayout(buttons);
-    resize(fontMetrics().averageCharWidth() * InspectWidth, fontMetrics().lineSpacing() * InspectHeight);
+    windowPlace::SizeTo(*this, InspectWidth, InspectHeight);
 }
 
 QWidget* frmInspect::NewTables() {

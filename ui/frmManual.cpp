@@ -1,6 +1,7 @@
 #include "ui/frmManual.h"
 
 #include "ui/ManualPane.h"
+#include "ui/windowPlace.h"
 
 #include <QKeyEvent>
 #include <QPushButton>
@@ -25,7 +26,7 @@ frmManual::frmManual(const QString& page, QWidget* parent)
     auto* all = new QVBoxLayout(this);
     all->addWidget(pane, 1);
     all->addWidget(close, 0, Qt::AlignRight);
-    resize(fontMetrics().averageCharWidth() * ManualWidth, fontMetrics().lineSpacing() * ManualHeight);
+    windowPlace::SizeTo(*this, ManualWidth, ManualHeight);
     pane->setFocus();
 }
 

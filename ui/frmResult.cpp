@@ -83,7 +83,7 @@ void frmResult::Lay() {
     all->addWidget(head);
     all->addWidget(parts, 1);
     all->addLayout(NewButtons());
-    resize(fontMetrics().averageCharWidth() * WidthInCharacters, fontMetrics().lineSpacing() * HeightInLines);
+    windowPlace::SizeTo(*this, WidthInCharacters, HeightInLines);
 }
 
 QWidget* frmResult::NewProcedures() {

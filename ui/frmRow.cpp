@@ -3,10 +3,12 @@
 #include "sql/mod_ovTools.h"
 #include "sql/visibleText.h"
 #include "ui/lists.h"
+#include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QGroupBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QTabWidget>
@@ -61,7 +63,7 @@ frmRow::frmRow(const history::Note& note, const history::RowDetails& details, QW
     all->addWidget(head);
     all->addWidget(parts, 1);
     all->addWidget(close, 0, Qt::AlignRight);
-    resize(width, fontMetrics().lineSpacing() * RowHeight);
+    resize(windowPlace::Fitted({width, fontMetrics().lineSpacing() * RowHeight}, screen()->availableSize()));
 }
 
 QWidget* frmRow::NewSource(const history::RowDetails& details) {

@@ -30,6 +30,12 @@ void Keep(const QWidget& window, const QString& folder, const QString& key) {
     }
 }
 
+void SizeTo(QWidget& window, int characters, int lines) {
+    const QFontMetrics font = window.fontMetrics();
+    window.resize(
+        Fitted({font.averageCharWidth() * characters, font.lineSpacing() * lines}, window.screen()->availableSize()));
+}
+
 QSize Fitted(const QSize& wanted, const QSize& available) { return wanted.boundedTo(available - Frame); }
 
 } // namespace windowPlace

@@ -117,6 +117,7 @@ void Deepen(TableFigures& figures, const TableFigures& deeper) {
     const auto isOfValues = [](const Difference& each) { return each.kind == Difference::Kind::Value; };
     figures.equal = std::max<qint64>(0, figures.OfTarget() - figures.surplus - deeper.different);
     figures.different = deeper.different;
+    figures.samples = deeper.samples;
     std::erase_if(figures.differences, isOfValues);
     std::copy_if(deeper.differences.begin(), deeper.differences.end(), std::back_inserter(figures.differences),
                  isOfValues);

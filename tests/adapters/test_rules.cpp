@@ -74,6 +74,7 @@ private slots:
         Row("DateText, no such day", DateText("yyyyMMdd"), "'20230231' A",
             "'20230231' non è una data scritta yyyyMMdd");
         Row("DateText, another format", DateText("dd/MM/yyyy"), "'2023-01-02' A", "non è una data scritta dd/MM/yyyy");
+        Row("DateText, no leap day", DateText("ddMMyy"), "'290201' A", "non è una data scritta ddMMyy");
         Row("Day", Day(), "'domani' A", "'domani' non è una data");
         Row("Implied, with a point", Implied(2), "'12.5' A", "'12.5' non è un numero intero");
         Row("Implied, with an exponent", Implied(2), "'1E3' A", "'1E3' non è un numero intero");
@@ -270,6 +271,7 @@ private:
         Row("FirstNotBlank, none", FirstNotBlank(NotBlank(Text())), "NULL A, '' B", LeftOut);
         Row("DateText", DateText("yyyyMMdd"), "'20230115' A", "2023-01-15");
         Row("DateText, two digits of a year", DateText("ddMMyy"), "'150149' A", "2049-01-15");
+        Row("DateText, a leap day of 2000", DateText("yyMMdd"), "'000229' A", "2000-02-29");
         Row("DateText, of the last century", DateText("ddMMyy"), "'150187' A", "1987-01-15");
         Row("DateText, zeros", DateText("yyyyMMdd"), "'00000000' A", Null);
         Row("DateText, separators alone", DateText("dd/MM/yyyy"), "'  /  /    ' A", Null);

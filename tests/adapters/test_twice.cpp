@@ -59,17 +59,17 @@ public:
 
     /// The rows without what was heard.
     TableRows TakenBack(TableRows rows) const {
-        for (auto change = m_changes.crbegin(); change != m_changes.crend(); ++change) {
-            if (change->kind == TargetChange::Kind::Inserted) {
-                rows[change->table].remove(change->id);
-                continue;
+        std::for_each(m_changes.crbegin(), m_changes.crend(), [&rows](const TargetChange& change) {
+            if (change.kind == TargetChange::Kind::Inserted) {
+                rows[change.table].remove(change.id);
+                return;
             }
-            RowValues& row = rows[change->table][change->id];
-            row.insert("RECORD_ID", QString::number(change->id));
-            for (const auto& [column, value] : change->before.asKeyValueRange()) {
+            RowValues& row = rows[change.table][change.id];
+            row.insert("RECORD_ID", QString::number(change.id));
+            for (const auto& [column, value] : change.before.asKeyValueRange()) {
                 row.insert(column, mod_ovTools::ToText(value));
             }
-        }
+        });
         return rows;
     }
 

@@ -45,7 +45,7 @@ QStringList Prepare(TestTarget& target, const contract::Origin& origin, const QS
         if (answer == "yes" || answer == "no") {
             target.Person.Answers.push_back(answer == "yes");
         } else {
-            target.Person.Inputs.push_back(QString(answer).replace("%SOURCE%", source));
+            target.Person.Inputs.emplace_back(QString(answer).replace("%SOURCE%", source));
         }
     }
     const auto button = contract::ButtonFromName(parts.first());
@@ -152,12 +152,11 @@ private slots:
     void canBeImported() {
         QFETCH(const int, index);
         const examples::Example& example = examples::Examples().at(index);
-        const contract::Origin* origin = registry::Find(example.origin);
-        QVERIFY(origin != nullptr);
+        const contract::Origin& origin = *registry::Find(example.origin);
         TestTarget target;
         const QString source = MakeSource(target, example);
-        QVERIFY(ImportAll(target, example, *origin, source) > 0 || example.name == "lantek30");
-        QCOMPARE(ImportAll(target, example, *origin, source), 0);
+        QVERIFY(ImportAll(target, example, origin, source) > 0 || example.name == "lantek30");
+        QCOMPARE(ImportAll(target, example, origin, source), 0);
     }
 
     void anUndoPutsBack_data() { AddExamples(); }

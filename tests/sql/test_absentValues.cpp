@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+Q_DECLARE_METATYPE(std::function<void(ovConnection&)>)
+
 /// What is said not to be there must not be there, whoever has written it and how.
 class TestAbsentValues : public QObject {
     Q_OBJECT
@@ -165,8 +167,6 @@ private slots:
         QVERIFY(isAbsent("z9"));
     }
 };
-
-Q_DECLARE_METATYPE(std::function<void(ovConnection&)>)
 
 QUADRIX_TEST(TestAbsentValues)
 #include "test_absentValues.moc"

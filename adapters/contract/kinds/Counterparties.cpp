@@ -161,7 +161,8 @@ public:
         : Importer(run),
           m_kind(std::move(kind)),
           m_singleCode(std::move(singleCode)),
-          m_parties(run) {
+          m_parties(run),
+          m_carriers(run, m_parties) {
         if (m_kind->declared.writing == PartyWriting::Refreshed) {
             m_earlier.emplace(run);
         }
@@ -191,6 +192,7 @@ private:
     std::shared_ptr<const CounterpartiesKind> m_kind;
     QString m_singleCode;
     CounterpartyRegister m_parties;
+    Carriers m_carriers;
     std::optional<EarlierImports> m_earlier; ///< of a refresh
 };
 
@@ -210,7 +212,7 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     const SourceIdentity identity = IdentityOf(row, roles);
     m_parties.Meet(identity);
     const bool onlyCarrier = !roles.customer && !roles.supplier;
-    const Placement place = onlyCarrier ? PlaceCarrier(Run(), m_parties, identity) : PlaceOf(row, identity);
+    const Placement place = onlyCarrier ? m_carriers.Place(identity) : PlaceOf(row, identity);
     CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
     if (place.known && FillsCodes(Run())) {
         return FillCodesOf(writer, row, place, roles);
@@ -222,7 +224,7 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
         declared.after(Run(), writer, row, OwnerOf(place));
     }
     if (onlyCarrier) {
-        RememberCarrier(Run(), identity, place.code);
+        m_carriers.Remember(identity, place.code);
     }
     return outcome;
 }

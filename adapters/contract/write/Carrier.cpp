@@ -14,35 +14,45 @@ QString TranslationOf(const Session& session, const SourceIdentity& source) {
            Equals(session, "TBOLD", source.code);
 }
 
-/// The code that a carrier has in SYS_IMP; empty when it has none. A code that an earlier import gave it may have gone
-/// to a customer or supplier since, when the counterparties were emptied and numbered anew: then it is none.
-QString CodeBefore(Session& session, const SourceIdentity& source) {
-    const QString code = modImport::GetNewCode(session, source.table, source.field, source.code, false);
-    if (code.isEmpty()) {
-        return {};
-    }
-    const bool byImport =
-        IdWhere(session, "SYS_IMP", TranslationOf(session, source) + " AND " + OfImports(session)) != 0;
-    const bool isCarrier = mod_ovTools::ToBoolean(session.Quadrix.GetDbValue("CON_TRO", "CDCON", code, "COVET", true));
-    return byImport && !isCarrier ? QString() : code;
+/// Whether an import has written it, and not a person.
+bool IsOfImport(Session& session, const SourceIdentity& source) {
+    return IdWhere(session, "SYS_IMP", TranslationOf(session, source) + " AND " + OfImports(session)) != 0;
 }
 
 } // namespace
 
-Placement PlaceCarrier(ImportRun& run, const CounterpartyRegister& parties, const SourceIdentity& source) {
-    const QString before = CodeBefore(run.GetSession(), source);
-    QString code = FindByIdentity(run.GetSession(), source.vatNumber, {});
-    if (code.isEmpty()) {
-        code = before.isEmpty() ? parties.NextCode() : before;
-    } else if (code != before) {
-        parties.TellMerge(source, code);
+/// The code that a carrier has in SYS_IMP; empty when it has none. A code that an earlier import gave it may have gone
+/// to a customer or supplier since, when the counterparties were emptied and numbered anew: then it is none.
+QString Carriers::CodeBefore(const SourceIdentity& source) const {
+    Session& session = m_run.GetSession();
+    const QString code = modImport::GetNewCode(session, source.table, source.field, source.code, false);
+    if (code.isEmpty() || !IsOfImport(session, source)) {
+        return code;
     }
-    return {code, parties.Exists(code)};
+    const bool isCarrier = mod_ovTools::ToBoolean(session.Quadrix.GetDbValue("CON_TRO", "CDCON", code, "COVET", true));
+    return isCarrier ? code : QString();
 }
 
-void RememberCarrier(ImportRun& run, const SourceIdentity& source, const QString& code) {
-    if (code != CodeBefore(run.GetSession(), source)) {
-        StoreNewCode(run, source.table, source.field, source.code, code);
+Placement Carriers::Place(const SourceIdentity& source) const {
+    const QString before = CodeBefore(source);
+    QString code = FindByIdentity(m_run.GetSession(), source.vatNumber, {});
+    if (code.isEmpty()) {
+        const bool isAnothers = m_placed.value(before, source.code) != source.code && // numbered anew
+                                IsOfImport(m_run.GetSession(), source);
+        code = before.isEmpty() || isAnothers ? m_parties.NextCode() : before;
+    } else if (code != before) {
+        m_parties.TellMerge(source, code);
+    }
+    return {code, m_parties.Exists(code)};
+}
+
+void Carriers::Remember(const SourceIdentity& source, const QString& code) {
+    if (code != CodeBefore(source)) {
+        StoreNewCode(m_run, source.table, source.field, source.code, code);
+    }
+    if (!m_placed.contains(code)) {
+        m_placed.insert(code, source.code);
+        m_run.WhenTakenBack([this, code] { m_placed.remove(code); });
     }
 }
 

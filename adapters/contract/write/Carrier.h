@@ -4,13 +4,26 @@
 
 namespace contract {
 
-// A carrier has no column for its code of the source, as customers and suppliers have: SYS_IMP tells what became of it.
+/// The carriers of a run. A carrier has no column for its code of the source, as customers and suppliers have: SYS_IMP
+/// tells what became of it. Every operation raises as the register does.
+class Carriers {
+public:
+    Carriers(ImportRun& run, const CounterpartyRegister& parties)
+        : m_run(run),
+          m_parties(parties) {}
 
-/// Finds the counterparty of a carrier: the one with its VAT number; else the one that SYS_IMP tells; else the next
-/// free code. Raises as the register does.
-Placement PlaceCarrier(ImportRun& run, const CounterpartyRegister& parties, const SourceIdentity& source);
+    /// Finds the counterparty of a carrier: the one with its VAT number; else the one that SYS_IMP tells; else the next
+    /// free code.
+    Placement Place(const SourceIdentity& source) const;
+    /// Stores in SYS_IMP what became of a carrier, unless it stands there.
+    void Remember(const SourceIdentity& source, const QString& code);
 
-/// Stores in SYS_IMP what became of a carrier, unless it stands there.
-void RememberCarrier(ImportRun& run, const SourceIdentity& source, const QString& code);
+private:
+    QString CodeBefore(const SourceIdentity& source) const;
+
+    ImportRun& m_run;
+    const CounterpartyRegister& m_parties;
+    QHash<QString, QString> m_placed; ///< CDCON: the carrier of the source that this run gave it to first
+};
 
 } // namespace contract

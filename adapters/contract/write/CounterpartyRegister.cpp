@@ -296,7 +296,8 @@ void CounterpartyRegister::TellTwice(const QString& code) const {
 void CounterpartyRegister::TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const {
     m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3, %4, hanno lo stesso codice d'origine '%5': %6")
                   .arg(m_run.RowKey(), Named(source), Named(party), party.code, source.code,
-                       isUpdated ? QStringLiteral("è aggiornata la riga che c'è") : QStringLiteral("restano due")));
+                       isUpdated ? QStringLiteral("la riga che c'è resta com'è, e prende il ruolo che le manca")
+                                 : QStringLiteral("restano due")));
 }
 
 QString CounterpartyRegister::NextCode() const {
@@ -357,8 +358,8 @@ std::optional<Placement> CounterpartyRegister::Take(const SourceIdentity& source
     }
     m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
     if (!same) {
-        m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: è aggiornata la riga "
-                                 "che c'è")
+        m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: la riga che c'è resta "
+                                 "com'è, e prende il ruolo che le manca")
                       .arg(m_run.RowKey(), Named(source), Named(*party), code));
     }
     return Placement{code, true};

@@ -143,6 +143,7 @@ Documents DocumentsOf(const DocumentKind& kind, const Emptying& empties) {
 
 Procedure DocumentiWinProgest(Button button) {
     std::vector<ImportPart> parts;
+    parts.reserve(AllKinds.size());
     for (const Kind kind : AllKinds) {
         parts.push_back(PartOf(DocumentsOf(Of(kind), parts.empty() ? DocumentEmptying() : Emptying())));
     }
