@@ -9,8 +9,8 @@ namespace dialect {
 
 /// Turns a statement written for SQL Server into the engine's own words. Only what the engine says differently is
 /// changed; comments and quoted names are never touched, nor are literals, but for a date and time (whatever column it
-/// goes to) on MySQL, which does not read it as SQL Server does, and for a backslash at the end of a line on SQL Server,
-/// which would drop it. What is not known is left as it is. Other databases get the text untouched.
+/// goes to) on MySQL, which does not read it as SQL Server does, and for a backslash at the end of a line on SQL
+/// Server, which would drop it. What is not known is left as it is. Other databases get the text untouched.
 QString Adapt(const QString& statement, Dialect target);
 
 /// A date and time as the statement builder writes it ("20240305 10:20:30"), as MySQL reads it.

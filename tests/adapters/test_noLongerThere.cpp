@@ -103,6 +103,25 @@ private slots:
             prices + "'TE-100'", "NULL|NULL|NULL");
         Row("price that is over", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
             "UPDATE LI10_LISTARTIC SET LI10_DATAFINEVAL = '20240101 00:00:00'", prices + "'AS-100'", "NULL|NULL|NULL");
+        Row("price and drawing of a file", "modImport_NetSuite", "ImportArticoliNetSuite",
+            "UPDATE ANPA200F SET PRVEN = NULL, NRDIS = NULL WHERE CDPAR = 'as-100'",
+            "ARPRZ, ARRIC, ARDIS FROM X01_ART_ICO WHERE CDART = 'AS-100'", "NULL|NULL|");
+        Row("factor", "modImport_NetSuite", "ImportArticoliNetSuite",
+            "UPDATE ANPA200F SET CFCON = 0 WHERE CDPAR = 'SL-200'", "ARCOE FROM X01_ART_ICO WHERE CDART = 'SL-200'",
+            "NULL");
+        Row("prices of another table", "modImport_Metodo", "ImportArticoliMetodo", "DELETE FROM LISTINIARTICOLI",
+            prices + "'AB-01'", "NULL|NULL|5");
+        Row("units of another table", "modImport_Metodo", "ImportArticoliMetodo",
+            "DELETE FROM ARTICOLIUMPREFERITE WHERE TIPOUM > 1",
+            "ARUMS, ARUM2, ARUMV, ARUMP, ARCOE FROM X01_ART_ICO WHERE CDART = 'AB-01'", "NR|NULL|NULL|NULL|NULL");
+        Row("what was long", "modImport_Metodo", "ImportArticoliMetodo",
+            "UPDATE ANAGRAFICAARTICOLI SET DESCRESTESA = 'breve' WHERE CODICE = 'AB-02'",
+            "ARDEC, ARNOT FROM X01_ART_ICO WHERE CDART = 'AB-02'", "breve|NULL");
+        Row("description at a customer", "modImport_Metodo", "ImportArticoliMetodo",
+            "UPDATE RELAZIONICFV SET DESCRIZIONE = 'Nuova' WHERE RIFERIMENTO = 'CANC-2A'",
+            "CODES FROM X01_ART_COD WHERE CDCOD = 'CANC-2A'", "Nuova");
+        Row("location", "modImport_Tessera", "ImportArticoliTessera", "UPDATE Artic SET CodUbi = 'C-9' WHERE IdArt = 1",
+            "CDUBI, UADEF FROM X01_UBI_ART WHERE CDART = 'AB-01' ORDER BY CDUBI", "A-01|false\nC-9|true");
         Row("long description", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
             "UPDATE MG87_ARTDESC SET MG87_DESCARTEST = NULL", "ARDEC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "");
     }

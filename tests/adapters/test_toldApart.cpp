@@ -76,6 +76,26 @@ private slots:
             "IDOLD, (SELECT COUNT(*) FROM X01_DIS_COM WHERE DCQTA = 70) FROM X01_DIS_BAS WHERE DBART = 'AB-01' AND "
             "DBREV = 1",
             "2|0");
+        Row("a revision in the place of another", "modImport_Punta", "ImportDistintePunta",
+            "INSERT INTO DISTINTE VALUES ('te-100', 'A', 10, 'TR-200', '2', 10, NULL); INSERT INTO DISTINTE VALUES "
+            "('te-100', 'A', 20, 'VT-10', '8', 20, NULL); DELETE FROM DISTINTE WHERE REV = '1'",
+            "'B' diventa 0 come 'A', e la sostituisce",
+            "DBMAN, DCART, DCQTA FROM X01_DIS_BAS B INNER JOIN X01_DIS_COM C ON C.IDDIS = B.RECORD_ID WHERE DBART = "
+            "'TE-100' AND DBREV = 0",
+            "true|VT-10|6");
+        Row("a blank revision in the place of none", "modImport_Punta", "ImportDistintePunta",
+            "INSERT INTO DISTINTE VALUES ('TR-200', '', 10, 'VT-10', '5', NULL, NULL)",
+            "'' diventa 0 come '', e la sostituisce",
+            "DCQTA FROM X01_DIS_BAS B INNER JOIN X01_DIS_COM C ON C.IDDIS = B.RECORD_ID WHERE DBART = 'TR-200'", "5");
+        Row("a component without an end", "modImport_NetSuite", "ImportDistinteNetSuite",
+            "UPDATE DIBA200F SET DTFIV = 99999999 WHERE NRSEQ = 10 AND CDPAD = 'as-100'", "COMPONENTE SCADUTO",
+            "COUNT(*) FROM X01_DIS_COM WHERE DCART = 'SL-200' AND DCPOS = 10", "1");
+        Row("a third discount", "modImport_Metodo", "ImportDocumentiMetodo",
+            "UPDATE TESTEDOCUMENTI SET SCONTOFINALE = '10+5+2' WHERE PROGRESSIVO = 1", "'10+5+2' scritto come 10 e 6.9",
+            "DTSCO, DTSCI FROM X01_DOC_VEN WHERE DTNUM = 7 AND DTSCO > 0", "10|6.9");
+        Row("a default branch with another street", "modImport_Veldra", "ImportContropartiVeldra",
+            "UPDATE Sedi SET Indirizzo = 'Via Nuova' WHERE Progressivo = 1", "DUE SEDI PREDEFINITE",
+            "COUNT(*) FROM X01_CON_SED WHERE SEDEF = 1 AND CDSED IN ('001', 'F001')", "2");
         Row("a component without a quantity", "modImport_Tessera", "ImportDistinteTessera",
             "UPDATE DisBasR SET Qta = NULL WHERE IdDisBas = 2 AND NumRig = 2",
             "NumRig '2', CodArt 'AB-03': 'AB-03', scritto con 0", "DCQTA FROM X01_DIS_COM WHERE DCART = 'AB-03'", "0");

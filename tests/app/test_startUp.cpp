@@ -72,7 +72,7 @@ private slots:
         QVERIFY(!modMain::ConnectQuadrix(session, Ini()));
         QTEST(static_cast<int>(session.Quadrix.ProviderType), "provider");
         QTEST(session.Quadrix.Embedded, "embedded");
-        const bool isTold = !person.Messages.isEmpty() && person.Messages.first().contains("non è tra MSSQL");
+        const bool isTold = !person.Messages.isEmpty() && person.Messages.first().text.contains("non è tra MSSQL");
         QCOMPARE(isTold, QTest::currentDataTag() == QString("unknown"));
     }
 

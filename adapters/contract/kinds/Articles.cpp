@@ -321,7 +321,7 @@ void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article
         });
     }
     if (const QString location = m_kind->declared.location.Text(session, row); !location.isEmpty()) {
-        m_writer.Location(article, location);
+        m_writer.OwnLocation(article, location);
     }
 }
 

@@ -97,6 +97,24 @@ private:
     }
 };
 
+/// The revision of a bill as the source writes it.
+struct SourceRevision {
+    QString text;
+    bool isNull = true; ///< another one than a blank: their components are others
+
+    bool operator==(const SourceRevision&) const = default;
+};
+
+SourceRevision RevisionOf(const SourceRow& row, const Field& revision) {
+    QStringList texts;
+    bool isNull = true;
+    for (const QString& column : revision.Columns()) {
+        texts.append(row.Text(column));
+        isNull = isNull && row.Value(column).isNull();
+    }
+    return {texts.join(u' '), isNull};
+}
+
 /// The phases of the bill under way: RECORD_ID of the first, and of each by its key.
 struct Phases {
     qint64 first = 0;
@@ -129,7 +147,7 @@ private:
     QString m_singleCode;
     BillWriter m_writer;
     QHash<QString, QString> m_firsts; ///< key of the first bill of each article, in the source
-    QHash<std::pair<QString, qint64>, QString> m_revisionTexts; ///< of the source, by article and number
+    QHash<std::pair<QString, qint64>, SourceRevision> m_revisions; ///< of the source, by article and number
     bool m_found = false;
 };
 
@@ -187,42 +205,33 @@ bool BillImporter::IsFurther(const SourceRow& row) {
     return m_firsts.value(article) != bill;
 }
 
-/// The revision of a bill as the source writes it.
-QString RevisionText(const SourceRow& row, const Field& revision) {
-    QStringList texts;
-    for (const QString& column : revision.Columns()) {
-        texts.append(row.Text(column));
-    }
-    return texts.join(u' ');
-}
-
 /// Whether another revision of the source has become the same number in Quadrix, and stays.
 bool BillImporter::GivesWay(const SourceRow& row, BillHead& head) {
     const Bills& declared = m_kind->declared;
     if (!declared.revision.IsSet()) {
         return false;
     }
-    const QString own = RevisionText(row, declared.revision);
+    const SourceRevision own = RevisionOf(row, declared.revision);
     const std::pair key(head.article.toUpper(), head.revision.toLongLong());
-    const auto before = m_revisionTexts.constFind(key);
-    const std::optional<QString> other =
-        before == m_revisionTexts.cend() ? std::nullopt : std::optional<QString>(*before);
+    const auto before = m_revisions.constFind(key);
+    const std::optional<SourceRevision> other =
+        before == m_revisions.cend() ? std::nullopt : std::optional<SourceRevision>(*before);
     const bool isAnother = other && *other != own;
     const bool givesWay = isAnother && !(declared.active.IsSet() && mod_ovTools::ToBoolean(head.active));
     head.replaces = isAnother && !givesWay;
     if (isAnother) {
         Run().Log((givesWay ? QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', che rimane")
                             : QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', e la sostituisce"))
-                      .arg(Run().RowKey(), own, QString::number(key.second), *other));
+                      .arg(Run().RowKey(), own.text, QString::number(key.second), other->text));
     }
     if (!givesWay && other != own) {
         Run().WhenTakenBack([this, key, other] {
-            m_revisionTexts.remove(key);
+            m_revisions.remove(key);
             if (other) {
-                m_revisionTexts.insert(key, *other);
+                m_revisions.insert(key, *other);
             }
         });
-        m_revisionTexts.insert(key, own);
+        m_revisions.insert(key, own);
     }
     return givesWay;
 }
@@ -348,14 +357,14 @@ const Frame UsualBills{.module = {},
 } // namespace
 
 Rule rules::RevisionNumber() {
-    return {"il numero; 0 per un altro testo, che va nel log se non è vuoto", [](const RuleInput& input) {
+    return {"il numero intero; 0 per un altro testo, che va nel log se non è vuoto", [](const RuleInput& input) {
                 const QString text = input.Text();
-                const auto number = mod_ovTools::ReadNumber(text);
+                const auto number = ReadWholeNumber(text);
                 if (!text.isEmpty() && !number) {
                     modImport::LogNote(input.session, QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0")
                                                           .arg(input.session.Errors.RowKey(), text));
                 }
-                return RuleValue(static_cast<int>(number.value_or(0)));
+                return RuleValue(number.value_or(0));
             }};
 }
 

@@ -63,7 +63,7 @@ struct Bills {
 
 namespace rules {
 
-/// A revision that is a number; 0 for any other text, which is logged unless it is blank.
+/// A revision that is a whole number; 0 for any other text, which is logged unless it is blank.
 Rule RevisionNumber();
 
 /// The factor by which a component allows for a waste in percent (DCCOE): 5 gives 1.05, blank 1. Raises `ImportError`

@@ -19,6 +19,20 @@ bool IsNoDay(const QString& text) {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c == u'0' || !c.isLetterOrNumber(); });
 }
 
+/// The day of a text; not valid when it tells none. Of two digits of a year 50 is 1950, 49 is 2049. The century is put
+/// in front of them: 29/02/00 is a day of 2000 and none of 1900.
+QDate DayOf(QString text, QString format) {
+    constexpr int turn = 2050;
+    constexpr int century = 100;
+    const qsizetype year = format.contains(QLatin1String("yyyy")) ? -1 : format.indexOf(QLatin1String("yy"));
+    if (year < 0 || text.size() < year) {
+        return QDate::fromString(text, format);
+    }
+    const QDate day =
+        QDate::fromString(text.insert(year, QLatin1String("20")), format.insert(year, QLatin1String("yy")));
+    return day.year() < turn ? day : day.addYears(-century);
+}
+
 QRegularExpressionMatch NumberOfStreet(const QString& street) {
     static const QRegularExpression number(QStringLiteral("^(.*?\\S)[\\s,]+(?:n\\.?\\s*|n°\\s*)?(\\d\\S{0,9})$"),
                                            QRegularExpression::CaseInsensitiveOption);
@@ -60,11 +74,7 @@ Rule DateText(const QString& format) {
                 if (IsNoDay(text)) {
                     return QVariant();
                 }
-                QDate day = QDate::fromString(text, format);
-                constexpr int turn = 1950; // of two digits of a year 50 is 1950, 49 is 2049
-                if (day.isValid() && !format.contains(QLatin1String("yyyy")) && day.year() < turn) {
-                    day = day.addYears(100);
-                }
+                const QDate day = DayOf(text, format);
                 if (!day.isValid()) {
                     throw ImportError(QStringLiteral("'%1' non è una data scritta %2").arg(text, format));
                 }

@@ -90,6 +90,20 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
                   .arg(m_run.RowKey(), sourceCode, article));
 }
 
+namespace {
+
+/// A factor that the source tells of some articles is none of the others: that of before would make other quantities.
+void ClearFactor(const Mapping& mapping, TargetRow& target) {
+    const QString factor = QStringLiteral("ARCOE");
+    const bool isTold = std::any_of(mapping.lines.begin(), mapping.lines.end(),
+                                    [&factor](const MapLine& line) { return line.target == factor; });
+    if (isTold && !target.Value(factor).isValid()) {
+        target.Set(factor, QVariant());
+    }
+}
+
+} // namespace
+
 RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
                                 const std::function<void(TargetRow&)>& more) const {
     Session& session = m_run.GetSession();
@@ -99,6 +113,7 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
         if (more) {
             more(target);
         }
+        ClearFactor(mapping, target);
     });
     return isNew ? RowOutcome::Inserted : RowOutcome::Updated;
 }
@@ -144,11 +159,16 @@ QString ArticleWriter::Supplier(const QString& article, const QString& supplierS
 
 void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty,
                                        const QString& description) const {
-    Session& session = m_run.GetSession();
-    if (IdWhere(session, "ART_COD",
-                Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
-                    QStringLiteral(" AND ") + Equals(session, "COCON", counterparty)) != 0) {
-        return;
+    const Session& session = m_run.GetSession();
+    {
+        Recordset there = m_run.GetSession().Quadrix.ExecuteWC(
+            QStringLiteral("SELECT RECORD_ID, CODES, USINS FROM %1 WHERE ").arg(m_run.FullName("ART_COD")) +
+            Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
+            QStringLiteral(" AND ") + Equals(session, "COCON", counterparty) + QStringLiteral(" ORDER BY RECORD_ID"));
+        if (!there.Eof()) {
+            Describe(SourceRow(there), description);
+            return;
+        }
     }
     TargetRow row(m_run, "ART_COD");
     row.Set(CodeColumn, article);
@@ -160,6 +180,16 @@ void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& co
         row.Set("CODES", description);
     }
     row.Insert();
+}
+
+/// Brings the description of a code that an import has written up to date; somebody's own stays.
+void ArticleWriter::Describe(const SourceRow& there, const QString& description) const {
+    TargetRow row(m_run, "ART_COD");
+    row.Set("CODES", description);
+    const bool isByImport = there.Text("USINS").compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0;
+    if (isByImport && !description.isEmpty() && there.Text("CODES") != row.Value("CODES").toString().trimmed()) {
+        row.Update(QStringLiteral("WHERE RECORD_ID = ") + there.Text("RECORD_ID"));
+    }
 }
 
 void ArticleWriter::InternalCode(const QString& article, const QString& code) const {
@@ -223,6 +253,28 @@ RowOutcome ArticleWriter::Location(const QString& article, const QString& locati
     row.Set("UADEF", true);
     row.Insert();
     return RowOutcome::Inserted;
+}
+
+void ArticleWriter::OwnLocation(const QString& article, const QString& location) const {
+    Location(article, location);
+    const Session& session = m_run.GetSession();
+    const QString others = Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + OfImports(session);
+    std::vector<std::pair<QString, bool>> changed; // RECORD_ID, and whether it is the default one now
+    {
+        Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+            QStringLiteral("SELECT RECORD_ID, CDUBI, UADEF FROM %1 WHERE ").arg(m_run.FullName("UBI_ART")) + others);
+        for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+            const bool isIt = row.Text("CDUBI").compare(location, Qt::CaseInsensitive) == 0;
+            if (isIt != mod_ovTools::ToBoolean(row.Value("UADEF"))) {
+                changed.emplace_back(row.Text("RECORD_ID"), isIt);
+            }
+        }
+    }
+    for (const auto& [id, isDefault] : changed) {
+        TargetRow row(m_run, "UBI_ART");
+        row.Set("UADEF", isDefault);
+        row.Update(QStringLiteral("WHERE RECORD_ID = ") + id);
+    }
 }
 
 // --- Suppliers ----------------------------------------------------------------------------------------------------

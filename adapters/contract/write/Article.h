@@ -71,8 +71,8 @@ public:
     /// Links the one supplier that the source tells of an article, found by its code in the source.
     /// @return the supplier's CDCON; empty when there is none, and nothing is written
     QString Supplier(const QString& article, const QString& supplierSourceCode, double price) const;
-    /// Writes the code that an article has at a counterparty, unless it is there.
-    /// @param description that it has there; empty for none
+    /// Writes the code that an article has at a counterparty. One that is there stays, with the description of now
+    /// where an import has written it. @param description that it has there; empty for none
     void CodeAtCounterparty(const QString& article, const QString& code, const QString& counterparty,
                             const QString& description = {}) const;
     /// Writes another code of an article, of the company's own, unless it is there.
@@ -86,7 +86,12 @@ public:
     /// @return whether the article has gained it; else it is skipped
     RowOutcome Location(const QString& article, const QString& location, const QString& description = {}) const;
 
+    /// The same of an article that has one location in the source: others that imports have given it are its default
+    /// ones no longer.
+    void OwnLocation(const QString& article, const QString& location) const;
+
 private:
+    void Describe(const SourceRow& there, const QString& description) const;
     void History(const QString& table, const QString& amountColumn, const HistoryLine& line) const;
 
     ImportRun& m_run;

@@ -60,6 +60,7 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     }
     m_bill = IdWhere(session, "DIS_BAS", condition);
     m_wasThere = m_bill != 0;
+    m_replaces = m_wasThere && head.replaces;
     Claim(head);
     TargetRow row(m_run, "DIS_BAS");
     row.Set("IDOLD", head.sourceKey);
@@ -204,31 +205,70 @@ void BillWriter::TellComponentsLeft() {
     }
     Session& session = m_run.GetSession();
     QStringList left;
+    QList<qint64> ids;
     Recordset rows =
-        session.Quadrix.ExecuteWC(u"SELECT DCART FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
+        session.Quadrix.ExecuteWC(u"SELECT DCART, RECORD_ID FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
                                   Equals("IDDIS", m_bill) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString article = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
         if (!m_quantities.contains(article.toUpper())) {
             left.append(u'\'' + article + u'\'');
+            ids.append(rows.Fields(1).Value().toLongLong());
         }
+    }
+    if (m_replaces) {
+        DropReplacedComponents(ids);
+        return;
+    }
+    for (const qint64 id : ids) {
+        m_run.Remember(m_leftParts, id);
     }
     TellNoLongerThere(m_run, QStringLiteral("COMPONENTI"),
                       m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
+}
+
+void BillWriter::DropReplacedComponents(const QList<qint64>& left) {
+    for (const qint64 id : left) {
+        if (!m_leftParts.contains(id)) {
+            m_run.DeleteRows("DIS_COM", Equals("RECORD_ID", id));
+        }
+    }
 }
 
 void BillWriter::ClosePhases() {
     if (!m_wasThere) {
         return;
     }
-    const qint64 generic = TellPhasesLeft(m_run, m_bill, m_phases);
+    if (m_replaces) {
+        DropReplacedPhases();
+        return;
+    }
+    const qint64 generic = TellPhasesLeft(m_run, m_bill, m_phases, &m_leftPhases);
     if (generic != 0 && m_firstPhase != 0) {
-        DropGeneric(generic);
+        DropPhase(generic);
     }
 }
 
-/// What consumes components in place of the generic phase is the first that the source tells.
-void BillWriter::DropGeneric(qint64 phase) {
+void BillWriter::DropReplacedPhases() {
+    QList<qint64> replaced;
+    {
+        Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+            u"SELECT RECORD_ID, DLSEQ FROM " + m_run.FullName("DIS_FAS") + u" WHERE " + Equals("IDDIS", m_bill) +
+            u" AND " + OfImports(m_run.GetSession()));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            const qint64 id = rows.Fields(0).Value().toLongLong();
+            if (!m_phases.contains(rows.Fields(1).Value().toInt()) && !m_leftPhases.contains(id)) {
+                replaced.append(id);
+            }
+        }
+    }
+    for (const qint64 phase : replaced) {
+        DropPhase(phase);
+    }
+}
+
+/// What consumes components in place of a phase that goes is the first that the source tells.
+void BillWriter::DropPhase(qint64 phase) {
     const QString consumed = Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + Equals("IDDBL", phase);
     if (IdWhere(m_run.GetSession(), "DIS_COM", consumed) != 0) {
         TargetRow parts(m_run, "DIS_COM");
@@ -314,7 +354,7 @@ QString BillWriter::Completion(QString text) const {
     return text;
 }
 
-qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told) {
+qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told, QSet<qint64>* ids) {
     Session& session = run.GetSession();
     QStringList left;
     qint64 generic = 0;
@@ -332,6 +372,9 @@ qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told) {
             generic = row.Value("RECORD_ID").toLongLong();
         } else {
             left.append(QStringLiteral("'%1 %2'").arg(row.Text("DLSEQ"), row.Text("DLLAV")));
+            if (ids != nullptr) {
+                run.Remember(*ids, row.Value("RECORD_ID").toLongLong());
+            }
         }
     }
     TellNoLongerThere(run, QStringLiteral("FASI"),

@@ -31,7 +31,8 @@ struct BillHead {
     QVariant revision = {};           ///< Null: an article has one bill
     QVariant active = {};             ///< whether it is the revision in force; Null: it is
     std::optional<QString> note = {}; ///< none: the source has none, and what Quadrix has stays
-    bool replaces = false;            ///< whether it takes the place of another one that the run has written
+    /// Whether it takes the place of another one that the run has written: what only that one has goes.
+    bool replaces = false;
 };
 
 /// What the quantity of a component does that its bill has got in this run already.
@@ -79,7 +80,8 @@ public:
     /// for once, as an import of bills writes no articles.
     QString SheetOf(const QString& material, double thickness);
     /// Tells which components earlier imports have left in the bill begun last that this run has not written: they are
-    /// no longer in the source, yet they stay. Called when the bill is complete.
+    /// no longer in the source, yet they stay. Called when the bill is complete. Those that the run has written for a
+    /// bill whose place this one takes go.
     void TellComponentsLeft();
     /// The same of the phases, for a source that tells phases; called when those of the bill are complete. The generic
     /// phase that an import gave the bill while the source told none goes: what it consumed, the first phase does.
@@ -101,7 +103,9 @@ public:
 
 private:
     void Claim(const BillHead& head);
-    void DropGeneric(qint64 phase);
+    void DropReplacedPhases();
+    void DropReplacedComponents(const QList<qint64>& left);
+    void DropPhase(qint64 phase);
     void TellLinks(const QString& bill) const;
     void LogCycles();
     double QuantityOf(const Component& component);
@@ -109,6 +113,9 @@ private:
     ImportRun& m_run;
     qint64 m_bill = 0;
     bool m_wasThere = false;             ///< the bill begun last
+    bool m_replaces = false;             ///< the same, as `BillHead` tells
+    QSet<qint64> m_leftParts;            ///< components of earlier imports that a bill of the run has no longer
+    QSet<qint64> m_leftPhases;           ///< the same of phases
     QSet<qint64> m_begun;                ///< bills of the run
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
@@ -125,8 +132,9 @@ int NumberBehind(ImportRun& run, int last, int own, int step, const std::functio
 
 /// Tells which phases earlier imports have left in a bill (RECORD_ID) that the source no longer tells: they stay.
 /// @param told sequences of those that it tells
+/// @param ids gets RECORD_ID of each; outlives the run
 /// @return RECORD_ID of the generic phase among them, without times, which is not told; 0 for none
-qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told);
+qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told, QSet<qint64>* ids = nullptr);
 
 /// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill
 /// that is not there is told; a run that is cancelled links nothing.

@@ -356,7 +356,26 @@ Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
         branch.Set(QStringLiteral("CDSED"), free);
         m_run.Log(QStringLiteral("SEDE RINUMERATA: %1: '%2' scritta come '%3'").arg(m_run.RowKey(), code, free));
     }
+    TellSecondDefault(counterparty, branch);
     return Insert(branch, BranchTable, counterparty);
+}
+
+/// A branch whose address has changed is a new one beside that of before, which documents may name: both being the
+/// default one, somebody has to choose.
+void CounterpartyWriter::TellSecondDefault(const Owner& counterparty, const TargetRow& branch) const {
+    if (!counterparty.known || !mod_ovTools::ToBoolean(branch.Value(QStringLiteral("SEDEF")))) {
+        return;
+    }
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(ChildrenOf(counterparty, BranchTable));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (mod_ovTools::ToBoolean(row.Value("SEDEF"))) {
+            m_run.Log(QStringLiteral("DUE SEDI PREDEFINITE: %1: '%2' (%3) e '%4' (%5)")
+                          .arg(m_run.RowKey(), row.Text("CDSED"), row.Text("SEIND"),
+                               mod_ovTools::ToText(branch.Value(QStringLiteral("CDSED"))),
+                               mod_ovTools::ToText(branch.Value(QStringLiteral("SEIND")))));
+            return;
+        }
+    }
 }
 
 bool CounterpartyWriter::FillBranch(const Owner& counterparty, const TargetRow& branch) {

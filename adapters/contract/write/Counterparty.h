@@ -147,6 +147,7 @@ private:
     Owner Insert(TargetRow& row, const QString& table, const Owner& counterparty);
     bool Hangs(const Owner& owner, const QString& table, const QString& column,
                const std::function<bool(const QString&)>& isIt) const;
+    void TellSecondDefault(const Owner& counterparty, const TargetRow& branch) const;
     QString FreeBranchCode(const Owner& counterparty, const QString& code);
     void Address(const Owner& owner, const QString& kind, const QString& label, const QString& address) const;
 

@@ -7,9 +7,9 @@
 
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/map/supplierNote.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
-#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -35,9 +35,10 @@ const std::vector<Tie> OfBill{{"IDDIST"}};
 
 Rule Article() { return ArticleCode(Distinta, "CODART"); }
 
-/// A revision that is no number is 0.
-int RevisionOf(const SourceRow& row) {
-    return static_cast<int>(mod_ovTools::ReadNumber(row.Text("REVIS")).value_or(0));
+/// Where a revision stands among those of its article: by its number, 0 for any other text, then by its text.
+std::pair<qint64, QString> PlaceOf(const SourceRow& row) {
+    const QString text = row.Text("REVIS").toUpper();
+    return {ReadWholeNumber(text).value_or(0), text};
 }
 
 /// Of the revisions of an article the highest that is active is the one in force.
@@ -50,7 +51,7 @@ Rule IsInForce() {
                 };
                 bool inForce = isActive(input.row);
                 revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
-                    inForce = inForce && !(isActive(other) && RevisionOf(other) > RevisionOf(input.row));
+                    inForce = inForce && !(isActive(other) && PlaceOf(other) > PlaceOf(input.row));
                 });
                 return RuleValue(inForce);
             },

@@ -114,12 +114,12 @@ bool ParseRowLumen(const QString& line, LumenAccount& account) {
 
 // --- Accounts -----------------------------------------------------------------------------------------------------
 
-/// A rule on what a line tells; left out when that is blank.
+/// A rule on what a line tells; Null when that is blank.
 Rule Of(const QString& words, std::function<QVariant(const LumenAccount&)> value) {
     return {words, [value = std::move(value)](const RuleInput& input) -> RuleValue {
                 LumenAccount account;
                 const QVariant told = ParseRowLumen(input.Value().toString(), account) ? value(account) : QVariant();
-                return told.toString().isEmpty() ? RuleValue() : RuleValue(told);
+                return RuleValue(told.toString().isEmpty() ? QVariant() : told);
             }};
 }
 

@@ -6,6 +6,7 @@
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
 #include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
 #include "core/schemaDefaults.h"
 
@@ -69,6 +70,12 @@ private:
     ChildTable m_rows = OfArticle(UnitaPreferite, "TIPOUM");
 };
 
+/// What a unit of the article is when no row tells it.
+Rule NoUnit() {
+    return {"nessuna, se nessuna riga di ARTICOLIUMPREFERITE la dice",
+            [](const RuleInput&) { return RuleValue(QVariant()); }};
+}
+
 /// How much of the second unit a stock unit is.
 Rule Factor() {
     const ChildTable factors = OfArticle("ARTICOLIFATTORICONVERSIONE", "UM1, UM2");
@@ -105,7 +112,7 @@ Rule ListPrice() {
                     price = amount({input.session, row, {"PREZZOEURO", "PREZZO"}, input.facts});
                 }
             });
-            return price;
+            return price ? price : RuleValue(QVariant());
         },
         Side::Both,
         std::vector<TableNeed>{{prices.table, {}, {"PREZZOEURO", "PREZZO", "UM"}}} + Units().Reads() +
@@ -118,6 +125,25 @@ Rule WhenLonger(int count) {
                 const QString text = input.Text();
                 return FirstOf(text, count) == text ? RuleValue() : RuleValue(text);
             }};
+}
+
+/// A note that an import has made of a long description goes when that has become short; somebody's own stays.
+void ClearLongText(ImportRun& run, const SourceRow& row, TargetRow& article) {
+    if (article.Value("ARNOT").isValid()) {
+        return;
+    }
+    Session& session = run.GetSession();
+    const QString code = Field("CODICE", Article()).Text(session, row);
+    const QString note = LookUp(session, "ART_ICO", "CDART", code, "ARNOT");
+    const QString start = FirstOf(note, LongTextSize);
+    if (start != note && start.trimmed() == LookUp(session, "ART_ICO", "CDART", code, "ARDEC")) {
+        article.Set("ARNOT", QVariant());
+    }
+}
+
+void Complete(ImportRun& run, const SourceRow& row, TargetRow& article) {
+    SetMarkUp(run, row, article);
+    ClearLongText(run, row, article);
 }
 
 /// The head of variants is no article of its own.
@@ -152,11 +178,14 @@ Articles Articoli() {
         .lines =
             {
                 {"CDEXT", "CODICE", Text()},
-                {"ARDEC", "DESCRESTESA", NotBlank(First(LongTextSize))},
+                {"ARDEC", "DESCRESTESA", First(LongTextSize)},
                 {"ARNOT", "DESCRESTESA", WhenLonger(LongTextSize)},
                 {"ARFAM", "GRUPPO", NotZeroTranslated("GRUPPO")},
                 {"ARTIP", "CATEGORIA", NotZeroTranslated("CATEGORIA")},
                 {"ARUMS", "", Constant(schema::defaults::Unit)},
+                {"ARUM2", "", NoUnit()},
+                {"ARUMV", "", NoUnit()},
+                {"ARUMP", "", NoUnit()},
                 {"ARCOE", "", Factor()},
                 {"ARIVA", "CODIVA", Or(NotZeroCode(ArticleVat()), schema::defaults::VatCode)},
                 {"ARCAC", "SCGENVENDITEITA", Text()},
@@ -199,7 +228,7 @@ Articles Articoli() {
                    .unit = {"UM", ArticleUnit(schema::defaults::Unit)},
                    .places = {"TIPOUM", Choice({{"1", "ARUMS"}, {"2", "ARUM2"}, {"3", "ARUMV"}, {"8", "ARUMP"}}, "")}}},
         .leavesOut = HeadOfVariants,
-        .more = SetMarkUp,
+        .more = Complete,
         .further = {{}, {{ArticoliTable, {}, {"ARTTIPOLOGIA"}}}, {{"ART_ICO", {"ARRIC"}}}},
     };
 }

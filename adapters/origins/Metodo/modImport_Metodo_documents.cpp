@@ -9,6 +9,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -41,6 +42,25 @@ Rule Delivered() {
     return {"la prima meno ciò che ne resta", [](const RuleInput& input) {
                 return RuleValue(NumberOf(input.row, input.columns.first()) -
                                  NumberOf(input.row, input.columns.last()));
+            }};
+}
+
+/// The second and the third discount of a document, which has a place for one behind the first.
+Rule FurtherDiscounts() {
+    return {"il secondo di quelli uniti da \"+\"; un terzo vi si riunisce, e va nel log",
+            [](const RuleInput& input) -> RuleValue {
+                constexpr double whole = 100;
+                constexpr int decimals = 6;
+                const auto [first, second, third] = DiscountsOf(input.Text());
+                if (third == 0) {
+                    return second == 0 ? QVariant() : QVariant(second);
+                }
+                const double both = contract::RoundedTo(second + third - second * third / whole, decimals);
+                modImport::LogNote(input.session,
+                                   QStringLiteral("SCONTI RIUNITI: %1: '%2' scritto come %3 e %4")
+                                       .arg(input.session.Errors.RowKey(), input.Text(), mod_ovTools::NumberText(first),
+                                            mod_ovTools::NumberText(both)));
+                return both;
             }};
 }
 
@@ -215,7 +235,7 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
                         {"DTRID", "DATARIFDOC", Day()},
                         {"DTMOP", "CODPAGAMENTO", Coded("PAGAMENTI")},
                         {"DTSCO", "SCONTOFINALE", Discount(1)},
-                        {"DTSCI", "SCONTOFINALE", Discount(2)},
+                        {"DTSCI", "SCONTOFINALE", FurtherDiscounts()},
                         {"DTPOR", "PORTO", Coded("PORTO")},
                         {"DTCOR", "DATACONSEGNA", NotBlank(Day())},
                         {"DTSTR", "TOTSPESETRASPEURO", RoundedTo(2)},

@@ -210,14 +210,14 @@ Articles Articoli() {
                 {"ARCLA", "TPPAR", Choice({{"P", "PF"}, {"S", "SL"}}, "CM")},
                 {"ARFAM", "CDGRU", Translated(Parti, "CDGRU")},
                 {"ARCOS", "CSSTD, CSULT", FirstNotZero()},
-                {"ARPRZ", "PRVEN", NotZero()},
+                {"ARPRZ", "PRVEN", RoundedTo(6)},
                 {"ARPSN", "PSNET", RoundedTo(3)},
                 {"ARPSL", "PSLOR", RoundedTo(3)},
                 {"ARSMN", "SCMIN", RoundedTo(6)},
                 {"ARSMX", "SCMAX", RoundedTo(6)},
                 {"ARLOR", "LTRIO", RoundedTo(6)},
                 {"ARGGA", "GGAPP", RoundedTo(0)},
-                {"ARDIS", "NRDIS", NotBlank(Text())},
+                {"ARDIS", "NRDIS", Text()},
                 {"ARANN", "ATPAR", Not(Is(""))},
             },
         .suppliers = {{.supplier = {"CDFOR", KnownSupplier()}, .price = {"CSSTD, CSULT", FirstNotZero()}}},
@@ -228,6 +228,16 @@ Articles Articoli() {
 }
 
 // --- Bills --------------------------------------------------------------------------------------------------------
+
+/// A day of nines alone is no end.
+Rule LastDay() {
+    const Rule day = Giorno();
+    return {day.text + QStringLiteral(", o tutto nove"), [apply = day.apply](const RuleInput& input) -> RuleValue {
+                const QString text = input.Text();
+                const bool isOpen = std::all_of(text.begin(), text.end(), [](QChar c) { return c == u'9'; });
+                return isOpen ? RuleValue(QVariant()) : apply(input);
+            }};
+}
 
 /// A file holds the components of every bill, each under the code of its article.
 Bills Distinte() {
@@ -243,7 +253,7 @@ Bills Distinte() {
                 .from = {"DTINV", Giorno()},
                 .note = "DSNOT",
                 .position = "NRSEQ",
-                .until = {"DTFIV", Giorno()},
+                .until = {"DTFIV", LastDay()},
                 .lines = {{"DCCOE", "PCSCA", WasteFactor()}},
             },
         .phases =

@@ -121,7 +121,7 @@ Articles Articoli() {
                 {"ARDE2", "DESCR2", First(100)},
                 {"ARUMS", "UM", Unit(ArticoliTable, "UM", schema::defaults::Unit)},
                 {"ARUM2", "UMACQ", Unit(ArticoliTable, "UM", "")},
-                {"ARUMP", "UMACQ", NotBlank(Unit(ArticoliTable, "UM", ""))},
+                {"ARUMP", "UMACQ", Unit(ArticoliTable, "UM", "")},
                 {"ARCOE", "FATTCONV", NotZero()},
                 {"ARIVA", "CODIVA", VatCode(ArticoliTable, "CODIVA")},
                 {"ARCLA", "CLASSE", Choice({{"P", "PF"}, {"S", "SL"}}, "CM")},

@@ -8,9 +8,9 @@
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
-#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -27,18 +27,20 @@ const QString Cicli = QStringLiteral("CICLI");
 
 Rule Article() { return ArticleCode(ArticoliTable, "COD_ART"); }
 
-/// Of the revisions of an article the highest is the one in force.
+/// Of the revisions of an article the highest is the one in force: the highest number, of equal ones and of those that
+/// are none the last text.
 Rule IsInForce() {
     const ChildTable revisions{
         .table = DistinteTable, .on = {{"COD_PADRE"}}, .order = "REV", .naming = "COD_PADRE, REV"};
-    return {"vero per la revisione più alta dell'articolo",
+    return {"vero per la revisione più alta dell'articolo, come numero e poi come testo",
             [revisions](const RuleInput& input) {
-                const auto number = [](const SourceRow& row) {
-                    return mod_ovTools::ReadNumber(row.Text("REV")).value_or(0);
+                const auto place = [](const SourceRow& row) {
+                    const QString text = row.Text("REV").toUpper();
+                    return std::pair(ReadWholeNumber(text).value_or(0), text);
                 };
                 bool isHighest = true;
                 revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
-                    isHighest = isHighest && number(other) <= number(input.row);
+                    isHighest = isHighest && place(other) <= place(input.row);
                 });
                 return RuleValue(isHighest);
             },

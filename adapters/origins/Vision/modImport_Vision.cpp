@@ -59,7 +59,7 @@ Articles Articoli() {
                 {"ARUMS", "UM", Unit(ArticoliTable, "UM", schema::defaults::Unit)},
                 {"ARUM2", "UM2", Unit(ArticoliTable, "UM", "")},
                 {"ARCOE", "FATT_CONV", NotZero()},
-                {"ARUMP", "UM_ACQ", NotBlank(Unit(ArticoliTable, "UM", ""))},
+                {"ARUMP", "UM_ACQ", Unit(ArticoliTable, "UM", "")},
                 {"ARIVA", "COD_IVA", VatCode(ArticoliTable, "COD_IVA")},
                 {"ARCLA", "TIPO_ART", Choice({{"PF", "PF"}, {"SL", "SL"}}, "CM")},
                 {"ARFAM", "COD_FAM", TranslatedOrKnown(ArticoliTable, "COD_FAM", "FAM_PRO")},
