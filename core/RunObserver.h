@@ -45,6 +45,8 @@ public:
     virtual void NoteStands(const QString& /*row*/, const QString& /*note*/) noexcept {}
     /// @param row name of the source row that waits for the code, or of the one that it is part of
     virtual void CodeIsOpen(const QString& /*row*/, const OpenCode& /*code*/) noexcept {}
+    /// Rows that are there keep the codes that they have, and what they waited for before this run they wait for still.
+    virtual void CodesAreLeft() noexcept {}
     /// Whether it wants to be told what rows were before they were updated or deleted.
     virtual bool KeepsImages() const noexcept { return false; }
     virtual void TargetChanges(const TargetChange& /*change*/) noexcept {}

@@ -155,14 +155,19 @@ void Recorder::AdoptPartial() {
     }
 }
 
-/// Rows that this run leaves alone still wait for the codes that they waited for behind the run before it.
+/// Rows still wait for the codes that they waited for behind the run before this one, which may not come to them.
 void Recorder::KeepWaiting() {
     m_file->Execute(Statement(
-        "INSERT INTO waiting_rows (procedure, code, source_row) SELECT ?, code, source_row FROM waiting_rows WHERE "
+        "INSERT INTO waiting_rows (procedure, code, source_row) SELECT DISTINCT ?, code, source_row FROM waiting_rows "
+        "WHERE "
         "procedure = (SELECT MAX(P.id) FROM procedures P JOIN runs R ON R.id = P.run JOIN procedures N ON "
         "N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
         "R.company = M.company AND R.trial = 0 AND P.undone IS NULL)",
         {m_procedure, m_procedure}));
+    m_lastKept = m_file->ExecuteWC(Statement("SELECT COALESCE(MAX(rowid), 0) FROM waiting_rows", {}))
+                     .Fields(0)
+                     .Value()
+                     .toLongLong();
     if (m_session.Selection == nullptr) {
         return;
     }
@@ -179,7 +184,8 @@ void Recorder::ProcedureBegins(const QString& module, const QString& procedure) 
             m_file->Execute(Statement("INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)",
                                       {m_run, module, m_name.isEmpty() ? procedure : m_name}));
             m_procedure = m_file->LastInsertId();
-            if (m_isPart && m_keepsImages) {
+            m_leavesCodes = false;
+            if (m_keepsImages) {
                 KeepWaiting();
             }
         }
@@ -318,6 +324,11 @@ void Recorder::ProcedureEnds(const RunResult& result) noexcept {
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
         KeepImported();
         Write();
+        const bool isWhole = !m_isPart && result.outcome == RunResult::Outcome::Done && !m_leavesCodes;
+        if (m_file != nullptr && (isWhole || !result.emptied.isEmpty())) { // it has come to every row
+            m_file->Execute(
+                Statement("DELETE FROM waiting_rows WHERE procedure = ? AND rowid <= ?", {m_procedure, m_lastKept}));
+        }
     });
     TellTrouble();
 }

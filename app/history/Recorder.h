@@ -42,6 +42,7 @@ public:
     void ProcedureBegins(const QString& module, const QString& procedure) noexcept override;
     void NoteStands(const QString& row, const QString& note) noexcept override;
     void CodeIsOpen(const QString& row, const OpenCode& code) noexcept override;
+    void CodesAreLeft() noexcept override { m_leavesCodes = true; }
     bool KeepsImages() const noexcept override { return m_file != nullptr && m_keepsImages; }
     void TargetChanges(const TargetChange& change) noexcept override;
     void RowIsGivenUp(const RejectedRow& row) noexcept override;
@@ -95,6 +96,8 @@ private:
     Ending m_ending = Ending::Complete; ///< the worst of its procedures
     std::optional<QString> m_log;       ///< null: the log stands in the file
     QString m_logFile;
+    qint64 m_lastKept = 0;                ///< waiting rows up to this one were those of the run before
+    bool m_leavesCodes = false;           ///< of rows that were there
     qint64 m_logStart = 0;                ///< of this run in it, in bytes
     QString m_name;                       ///< of the procedure of the list that runs; empty: none is known
     std::vector<SqlText> m_waiting;       ///< to be written

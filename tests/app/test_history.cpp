@@ -204,6 +204,29 @@ private slots:
         QCOMPARE(kept.Waiting(), QStringList());
     }
 
+    /// A run that breaks off has not come to all who wait; one that leaves codes as they are has given nobody his.
+    void keepsWhoWaits() {
+        Kept kept;
+        kept.Run();
+        const QStringList waiting = kept.Waiting();
+        QCOMPARE(waiting.size(), 1);
+        kept.Source("UPDATE ART SET UM = 'PZ'");
+        kept.Target.Person.CancelAt = 0;
+        kept.Run();
+        kept.Target.Person.CancelAt.reset();
+        QCOMPARE(kept.Waiting(), waiting);
+        kept.Target.Db().Trace = [&kept](const QString&) {
+            if (RunObserver* observer = kept.Target.Get().Observer) {
+                observer->CodesAreLeft();
+            }
+        };
+        kept.Run();
+        QCOMPARE(kept.Waiting(), waiting);
+        kept.Target.Db().Trace = nullptr;
+        kept.Run();
+        QCOMPARE(kept.Waiting(), QStringList());
+    }
+
     /// Where the history breaks off under a run, it says so, and so does the taking back of what it has.
     void tellsThatItBreaksOff_data() {
         Columns<QString, QString, QString>("trouble", "mend", "ending");
