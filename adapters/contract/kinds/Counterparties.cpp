@@ -217,9 +217,6 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     if (place.known && FillsCodes(Run())) {
         return FillCodesOf(writer, row, place, roles);
     }
-    if (RunObserver* observer = GetSession().Observer; place.known && observer != nullptr) {
-        observer->CodesAreLeft();
-    }
     const RowOutcome outcome = Write(writer, row, place, roles);
     writer.Numbers(OwnerOf(place), row, declared.numbers);
     WriteChildren(writer, row, OwnerOf(place));

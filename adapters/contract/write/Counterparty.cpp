@@ -172,6 +172,7 @@ RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const S
         more(target);
     }
     if (place.known) {
+        LeaveCodes(m_run);
         target.Update(QStringLiteral("WHERE CDCON = ") + m_run.Quoted(place.code));
         return RowOutcome::Updated;
     }

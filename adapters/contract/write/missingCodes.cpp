@@ -24,6 +24,12 @@ bool FillsCodes(const ImportRun& run) {
     return session.Selection != nullptr && session.Selection->FillsCodes();
 }
 
+void LeaveCodes(ImportRun& run) {
+    if (RunObserver* observer = run.GetSession().Observer; observer != nullptr) {
+        observer->CodesAreLeft();
+    }
+}
+
 MissingCodes::MissingCodes(ImportRun& run, QString table, Facts facts)
     : m_run(run),
       m_table(std::move(table)),

@@ -8,6 +8,8 @@ namespace contract {
 /// Whether a run gives rows that are there the codes that have been translated since, and leaves the rest of them as it
 /// is (`RowSelection::FillsCodes`).
 bool FillsCodes(const ImportRun& run);
+/// A row that is there keeps the codes that it has: those that it waits for it waits for still.
+void LeaveCodes(ImportRun& run);
 
 /// The codes that a row of the target lacks which is there: a column that is blank, or still holds what stands in for a
 /// code without a translation, which is the source's own code, the ordinary VAT rate or the euro.

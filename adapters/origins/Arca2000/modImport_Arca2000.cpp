@@ -221,6 +221,7 @@ RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
         return missing.Write(target);
     }
     (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
+    LeaveCodes(run);
     target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
     return RowOutcome::Updated;
 }
