@@ -63,10 +63,6 @@ std::optional<Again> RestAgain(Session& session, const History& history, qint64 
     const Run run = history.Load(number);
     Again again;
     again.request.only = RestOf(run);
-    if (!CanGoOn(run)) {
-        throw ImportError(
-            QStringLiteral("l'esecuzione %1 non si è interrotta: non c'è nulla da riprendere").arg(number));
-    }
     again.question = QStringLiteral("Riprendere l'esecuzione %1 da dove si è interrotta?").arg(number);
     const QString text = ReachedLines(run).join(u'\n');
     return Prepare(session, run, errors, text, again) ? std::optional(again) : std::nullopt;

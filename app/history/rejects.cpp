@@ -1,6 +1,7 @@
 #include "app/history/rejects.h"
 
 #include "adapters/registry.h"
+#include "app/history/again.h"
 #include "app/startUp.h"
 #include "sources/tableFile.h"
 #include "sql/mod_ovTools.h"
@@ -215,6 +216,12 @@ std::unique_ptr<contract::RowSelection> RestOf(const Run& run) {
     if (run.IsUndone()) { // the rows in front of where it stopped are gone
         throw ImportError(
             QStringLiteral("l'esecuzione %1 è stata annullata: non si riprende, importare da capo").arg(run.id));
+    }
+    if (!CanGoOn(run)) {
+        throw ImportError((run.isTrial ? QStringLiteral("l'esecuzione %1 era una prova e non ha scritto nulla")
+                                       : QStringLiteral("l'esecuzione %1 non si è interrotta"))
+                              .arg(run.id) +
+                          QStringLiteral(": non c'è nulla da riprendere"));
     }
     auto selection = std::make_unique<contract::RowSelection>();
     for (const ProcedureRun& procedure : run.procedures) {

@@ -22,7 +22,8 @@ std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qi
 /// no longer there.
 void Repeat(Session& session, const Run& run, ImportRequest& request);
 /// What a run that broke off has not reached: each of its procedures goes on where it stopped. Raises `ImportError` for
-/// one that was taken back: what is in front of where it stopped is gone.
+/// one that was taken back, as what is in front of where it stopped is gone, for a trial, and for one that came to its
+/// end.
 std::unique_ptr<contract::RowSelection> RestOf(const Run& run);
 
 } // namespace history

@@ -1,3 +1,4 @@
+#include "adapters/contract/write/Carrier.h"
 #include "adapters/contract/write/Counterparty.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -135,6 +136,32 @@ private slots:
         const CounterpartyRegister parties(target.Run);
         QCOMPARE(Placed(parties.Place(Customer("71", "Rossi", "99999990011"))), QString("000500 known"));
         QCOMPARE(target.Kinds(), QStringList({"CONTROPARTE DOPPIA", "CONTROPARTI DIVERSE"}));
+    }
+
+    /// Two carriers of one code in SYS_IMP: numbered anew by imports they are two, by somebody's word they are one.
+    void KeepsCarriersApart_data() {
+        Columns<QString, QString>("writer", "second");
+        Row("numbered anew", "SYSTEM_IMPORT", "000101 new");
+        Row("somebody's word", "MARIO", "000100 known");
+    }
+    void KeepsCarriersApart() {
+        QFETCH(const QString, writer);
+        PartiesTarget target;
+        target.Party("'000100', 'Corriere', NULL, NULL, NULL, NULL");
+        target.Execute("UPDATE X01_CON_TRO SET COVET = 1");
+        for (const char* code : {"V1", "V2"}) {
+            target.Execute(QStringLiteral("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW, USINS) VALUES ('VETTORI', "
+                                          "'CODICE', '%1', '000100', '%2')")
+                               .arg(QLatin1String(code), writer));
+        }
+        const CounterpartyRegister parties(target.Run);
+        Carriers carriers(target.Run, parties);
+        const SourceIdentity first{"VETTORI", "CODICE", "V1", {}, "Corriere", {}, {}};
+        const SourceIdentity second{"VETTORI", "CODICE", "V2", {}, "Rizzi Rosa", {}, {}};
+        QCOMPARE(Placed(carriers.Place(first)), QString("000100 known"));
+        carriers.Remember(first, "000100");
+        QCOMPARE(Placed(carriers.Place(first)), QString("000100 known"));
+        QTEST(Placed(carriers.Place(second)), "second");
     }
 
     /// The code of the source finds what an earlier import wrote, but not what another origin wrote under that code.

@@ -193,6 +193,7 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(RestOf(history.Load(1)), ImportError);
         QVERIFY(RunCells(history.Load(1)).contains("interrotta dall'operatore; annullata"));
         kept.Run();
+        QVERIFY_EXCEPTION_THROWN(RestOf(history.Load(2)), ImportError); // it came to its end
         const QStringList waiting = kept.Waiting();
         QCOMPARE(waiting.size(), 1);
         kept.Source("UPDATE ART SET UM = 'PZ'");
