@@ -13,6 +13,6 @@ struct EmptyingWork {
 
 /// Does it while nobody else works on these companies, and keeps it in the history as a run of its own, or as a
 /// procedure of the run that is under way: what was emptied stands there, also after an error. Errors are reported.
-/// @param empty empties the tables, and tells how it went
+/// @param empty empties the tables, each told to the observer of the session before, and tells how it went
 EmptyingResult EmptyAndKeep(Session& session, const EmptyingWork& work,
                             const std::function<void(EmptyingResult&)>& empty);

@@ -161,7 +161,7 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
             request.only->Begin(procedure->name);
         }
         if (recorder != nullptr) {
-            recorder->Begins(procedure->name);
+            recorder->Begins(procedure->name, request.choice.origin->name);
         }
         procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
         const FlowOutcome outcome = OutcomeOf(session, first);
@@ -226,6 +226,7 @@ history::RunFacts FactsOf(Session& session, const ImportRequest& request,
         .source = confirmation::SourceText(session, origin, procedures),
         .layout = LayoutText(session, origin, procedures),
         .code = request.singleCode,
+        .resumes = request.resumes,
         .isTrial = request.dryRun,
     };
     if (request.only != nullptr) {

@@ -50,6 +50,7 @@ struct ImportRequest {
     /// The source rows that the procedures are limited to, such as those that an earlier run has given up; null: all.
     /// Nothing is emptied then.
     std::shared_ptr<contract::RowSelection> only;
+    qint64 resumes = 0;  ///< the run of the history that `only` goes on with; 0: none
     TrialLook look = {}; ///< at such a trial
 };
 

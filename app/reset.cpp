@@ -73,10 +73,12 @@ QString DeleteStatement(const ovConnection& connection, const QString& table) {
 }
 
 /// Empties the tables of one group; false when the operator cancelled.
-bool EmptyGroup(ovConnection& connection, const ResetGroup& group, Progress& progress, EmptyingResult& result) {
+bool EmptyGroup(Session& session, const ResetGroup& group, Progress& progress, EmptyingResult& result) {
+    ovConnection& connection = session.Quadrix;
     for (const QString& table : group.tables) {
-        const qint64 rows = connection.Execute(DeleteStatement(connection, table));
-        result.tables.append({connection.GetFullTableName(table), rows});
+        const QString name = connection.GetFullTableName(table);
+        session.Observer->TableIsEmptied(name);
+        result.tables.append({name, connection.Execute(DeleteStatement(connection, table))});
         progress.SetValue(progress.Value() + 1);
         if (progress.Cancel()) {
             return false;
@@ -107,7 +109,7 @@ void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& 
     progress->SetMax(StartMax + MaxPerOption * static_cast<float>(CountOf(options)));
     progress->SetValue(StartValue);
     for (const ResetGroup& group : ResetGroups()) {
-        if (options.*group.option && !EmptyGroup(session.Quadrix, group, *progress, result)) {
+        if (options.*group.option && !EmptyGroup(session, group, *progress, result)) {
             result.outcome = RunResult::Outcome::Cancelled;
             return;
         }

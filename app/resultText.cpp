@@ -59,6 +59,9 @@ QStringList ResultLines(const RunResult& result, int most) {
         }
     }
     lines.append(RowsLine(result));
+    if (result.givenUpBefore > 0) {
+        lines.append("Righe abbandonate prima dell'interruzione: " + Number(result.givenUpBefore));
+    }
     if (result.failedLookUps > 0) {
         lines.append("Ricerche non riuscite: " + Number(result.failedLookUps));
     }

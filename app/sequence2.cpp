@@ -188,6 +188,7 @@ void EmptyTables(SequenceRun& run, Triggers& triggers) {
         for (const QString& table : EmptiedTables()) {
             run.Log("[Reset Tabella " + table + ']');
             const QString name = quadrix.GetFullTableName(table);
+            run.GetSession().Observer->TableIsEmptied(name);
             account.emptied.append({name, quadrix.Execute("DELETE " + name)});
             rows += account.emptied.last().rows;
         }

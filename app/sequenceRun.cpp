@@ -375,7 +375,9 @@ void SequenceRun::Import(const QString& origin, const QString& procedure) {
         End(Outcome::Unavailable, text);
         return;
     }
+    m_recorder->Begins(found->name, OriginOf(origin).name);
     RunProcedure(*found);
+    m_recorder->Begins({}, {});
     const Outcome outcome = OutcomeOf(Current().results);
     QString message;
     if (outcome == Outcome::Failed) {

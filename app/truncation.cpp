@@ -22,8 +22,10 @@ void TruncateAll(Session& session, EmptyingResult& result) {
     ovConnection& connection = session.Quadrix;
     for (const QString& table : TruncatedTables()) {
         const QString name = connection.GetFullTableName(table);
+        session.Observer->TableIsEmptied(name);
         result.tables.append({name, connection.Execute(QStringLiteral("TRUNCATE TABLE ") + name)});
         if (table == ArticleTable) {
+            session.Observer->TableIsEmptied(LanguageTable);
             result.tables.append({LanguageTable, connection.Execute(DeleteArticleTexts(connection))});
         }
     }

@@ -2,6 +2,7 @@
 
 #include "adapters/registry.h"
 #include "app/startUp.h"
+#include "cli/TerminalOperator.h"
 #include "core/nearNames.h"
 
 #include <QFile>
@@ -113,6 +114,61 @@ contract::Button ButtonFrom(const QString& data, const contract::Origin& origin)
 
 ErrorAction ErrorsFrom(const QCommandLineParser& options) {
     return ErrorModeAction(OneOf("errors", options.value("errors"), ErrorNames));
+}
+
+namespace {
+
+QString QuotedList(const QStringList& texts) { return u'"' + texts.join(QStringLiteral("\", \"")) + u'"'; }
+
+/// The questions of a kind that the command line does not answer; raises `UsageError` when it answers more.
+QStringList Unanswered(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given,
+                       const QString& option) {
+    QStringList questions;
+    for (const contract::AnswerNeed& need : needed) {
+        if (need.kind == kind) {
+            questions.append(need.question);
+        }
+    }
+    if (given > static_cast<size_t>(questions.size())) {
+        throw UsageError(
+            QStringLiteral("Risposte --%1 in più: %2, mentre si chiede %3")
+                .arg(option, QString::number(given),
+                     questions.isEmpty() ? QStringLiteral("niente") : QString("solo " + QuotedList(questions))));
+    }
+    return questions.mid(static_cast<qsizetype>(given));
+}
+
+} // namespace
+
+void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses) {
+    std::vector<contract::AnswerNeed> needed;
+    bool wantsFile = false;
+    for (const AskingPress& press : presses) {
+        const auto own = contract::AnswersNeeded(press.origin, press.procedures);
+        needed.insert(needed.end(), own.begin(), own.end());
+        const contract::Origin* source = FirstSourceOf(press.origin, press.procedures);
+        wantsFile = wantsFile || (source != nullptr && source->source.prepare.place == contract::Place::Chosen);
+    }
+    const GivenAnswers& given = context.person.AnswersLeft();
+    const QStringList yesNo = Unanswered(needed, contract::AnswerKind::YesNo, given.questions.size(), "answer");
+    const QStringList texts = Unanswered(needed, contract::AnswerKind::Text, given.inputs.size(), "input");
+    const bool lacksFile = wantsFile && given.files.empty();
+    if (context.person.HasPerson() || (yesNo.isEmpty() && texts.isEmpty() && !lacksFile)) {
+        return;
+    }
+    QStringList missing;
+    if (!yesNo.isEmpty()) {
+        missing.append(QStringLiteral("%1 (--answer yes oppure --answer no, una per domanda)").arg(QuotedList(yesNo)));
+    }
+    if (!texts.isEmpty()) {
+        missing.append(
+            QStringLiteral("%1 (--input TESTO, uno per domanda, o --input-file FILE)").arg(QuotedList(texts)));
+    }
+    if (lacksFile) {
+        missing.append(QStringLiteral("il file dell'origine (--file PERCORSO)"));
+    }
+    throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")
+                         .arg(missing.join(QStringLiteral("; "))));
 }
 
 } // namespace cli

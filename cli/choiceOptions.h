@@ -26,6 +26,14 @@ const contract::Origin& OriginFrom(const QCommandLineParser& options);
 contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin);
 /// The same of one value of --data.
 contract::Button ButtonFrom(const QString& data, const contract::Origin& origin);
+/// An import that is pressed, or compared as if it were.
+struct AskingPress {
+    const contract::Origin& origin;
+    std::vector<const contract::Procedure*> procedures;
+};
+/// Raises `UsageError` where the command line answers more than the questions of these presses, one after the other,
+/// or, with nobody there to ask, less: before anything is deleted or written.
+void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses);
 /// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.
 ErrorAction ErrorsFrom(const QCommandLineParser& options);
 

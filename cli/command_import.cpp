@@ -14,47 +14,6 @@ namespace cli {
 
 namespace {
 
-QString QuotedList(const QStringList& texts) { return u'"' + texts.join(QStringLiteral("\", \"")) + u'"'; }
-
-/// The questions of a kind that the command line does not answer; raises `UsageError` when it answers more.
-QStringList Unanswered(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given,
-                       const QString& option) {
-    QStringList questions;
-    for (const contract::AnswerNeed& need : needed) {
-        if (need.kind == kind) {
-            questions.append(need.question);
-        }
-    }
-    if (given > static_cast<size_t>(questions.size())) {
-        throw UsageError(
-            QStringLiteral("Risposte --%1 in più: %2, mentre si chiede %3")
-                .arg(option, QString::number(given),
-                     questions.isEmpty() ? QStringLiteral("niente") : QString("solo " + QuotedList(questions))));
-    }
-    return questions.mid(static_cast<qsizetype>(given));
-}
-
-/// Nothing may be deleted before it is known that every question will have its answer.
-void RequireAnswers(const Context& context, const ImportRequest& request) {
-    const auto needed = contract::AnswersNeeded(*request.choice.origin, CalledBy(request));
-    const GivenAnswers& given = context.person.AnswersLeft();
-    const QStringList yesNo = Unanswered(needed, contract::AnswerKind::YesNo, given.questions.size(), "answer");
-    const QStringList texts = Unanswered(needed, contract::AnswerKind::Text, given.inputs.size(), "input");
-    if (context.person.HasPerson() || (yesNo.isEmpty() && texts.isEmpty())) {
-        return;
-    }
-    QStringList missing;
-    if (!yesNo.isEmpty()) {
-        missing.append(QStringLiteral("%1 (--answer yes oppure --answer no, una per domanda)").arg(QuotedList(yesNo)));
-    }
-    if (!texts.isEmpty()) {
-        missing.append(
-            QStringLiteral("%1 (--input TESTO, uno per domanda, o --input-file FILE)").arg(QuotedList(texts)));
-    }
-    throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")
-                         .arg(missing.join(QStringLiteral("; "))));
-}
-
 /// The run that is imported again in part, of --rejects-of or --resume; 0 without them.
 qint64 EarlierRun(const QCommandLineParser& options) {
     const bool resumes = options.isSet("resume");
@@ -79,16 +38,25 @@ qint64 EarlierRun(const QCommandLineParser& options) {
     return run;
 }
 
-/// What of an earlier run is imported again.
-void TakeEarlier(Context& context, qint64 number, ImportRequest& request) {
+/// What of an earlier run is imported again, press by press.
+std::vector<ImportRequest> EarlierRequests(Context& context, qint64 number) {
     const history::History history(history::FilePath(context.session.Config.ConfigFile()));
     const history::Run run = history.Load(number);
-    history::Repeat(context.session, run, request);
     const QStringList mended = context.options.values("mended");
-    request.only = context.options.isSet("resume") ? history::RestOf(run)
-                   : mended.isEmpty()              ? history::RejectsOf(history, number)
-                                                   : history::MendedRejects(history, number, mended);
-    request.reset = false;
+    const bool resumes = context.options.isSet("resume");
+    std::vector<ImportRequest> requests;
+    for (const QString& press : resumes ? QStringList(QString()) : history::PressesOf(history, run)) {
+        ImportRequest request;
+        request.resumes = resumes ? number : 0;
+        request.only = resumes            ? history::RestOf(history, run)
+                       : mended.isEmpty() ? history::RejectsOf(history, number, press)
+                                          : history::MendedRejects(history, number, mended, press);
+        if (request.only != nullptr) {
+            history::Repeat(context.session, run, press, request);
+            requests.push_back(std::move(request));
+        }
+    }
+    return requests;
 }
 
 void TakeChoice(Context& context, ImportRequest& request) {
@@ -105,20 +73,31 @@ void TakeChoice(Context& context, ImportRequest& request) {
     TakeCompanyOption(context, request.choice);
 }
 
-ImportRequest RequestFrom(Context& context) {
-    ImportRequest request;
-    request.choice.errors = ErrorsFrom(context.options);
-    if (const qint64 run = EarlierRun(context.options); run != 0) {
-        TakeEarlier(context, run, request);
-    } else {
-        TakeChoice(context, request);
+std::vector<AskingPress> PressesOf(const std::vector<ImportRequest>& requests) {
+    std::vector<AskingPress> presses;
+    for (const ImportRequest& request : requests) {
+        presses.push_back({*request.choice.origin, CalledBy(request)});
     }
-    request.singleCode = context.options.value("code");
-    request.confirmed = true;
-    request.reset = request.reset.value_or(context.options.isSet("reset"));
-    request.dryRun = context.options.isSet("dry-run");
-    RequireAnswers(context, request);
-    return request;
+    return presses;
+}
+
+/// The presses that the command line wants, one after the other.
+std::vector<ImportRequest> RequestsFrom(Context& context) {
+    std::vector<ImportRequest> requests(1);
+    if (const qint64 run = EarlierRun(context.options); run != 0) {
+        requests = EarlierRequests(context, run);
+    } else {
+        TakeChoice(context, requests.front());
+        requests.front().singleCode = context.options.value("code");
+    }
+    for (ImportRequest& request : requests) {
+        request.choice.errors = ErrorsFrom(context.options);
+        request.confirmed = true;
+        request.reset = context.options.isSet("reset");
+        request.dryRun = context.options.isSet("dry-run");
+    }
+    RequireAnswers(context, PressesOf(requests));
+    return requests;
 }
 
 /// The outcome of a press that came to no result, or whose results do not tell.
@@ -162,10 +141,24 @@ qint64 LastRun(const Session& session, const QString& company) {
     return OfHistory(session, qint64{0}, [&](const history::History& history) { return history.LastRun(company); });
 }
 
+/// The runs with rows given up that none has imported yet: the run, and those that it goes on with.
+QList<qint64> RunsWithRejects(const history::History& history, qint64 last) {
+    QList<qint64> runs;
+    for (qint64 number = last; number != 0;) {
+        const history::Run run = history.Load(number);
+        if (history::RejectsIn(run) > 0) {
+            runs.prepend(number);
+        }
+        number = run.resumes;
+    }
+    return runs;
+}
+
 /// What there is to do about what an import has left open, by the commands that do it.
-QStringList NextSteps(const Session& session, const RunResult& total, qint64 run) {
+QStringList NextSteps(const Session& session, const RunResult& total, qint64 last) {
     QStringList steps;
-    if (OfHistory(session, false, [run](const auto& history) { return history::RejectsIn(history.Load(run)) > 0; })) {
+    for (const qint64 run :
+         OfHistory(session, QList<qint64>(), [last](const auto& history) { return RunsWithRejects(history, last); })) {
         steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
                                     "import --rejects-of %1 --mended FILE")
                          .arg(run));
@@ -196,9 +189,13 @@ QString Text(const Session& session, bool dryRun, const RunResult& total, qint64
 }
 
 Report Import(Context& context) {
-    const ImportRequest request = RequestFrom(context);
+    const std::vector<ImportRequest> requests = RequestsFrom(context);
+    const ImportRequest& request = requests.front();
     const qint64 before = LastRun(context.session, request.choice.companyCode);
-    const FlowOutcome flow = RunImport(context.session, request);
+    auto flow = FlowOutcome::Done;
+    for (size_t press = 0; press < requests.size() && flow == FlowOutcome::Done; ++press) {
+        flow = RunImport(context.session, requests[press]);
+    }
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
     if (total.outcome == RunResult::Outcome::Failed && context.person.GaveUp()) {

@@ -46,6 +46,11 @@ Report MakeReport(Context& context) {
     choice.origin = &OriginFrom(context.options);
     const auto wanted = WantedFrom(context.options, *choice.origin);
     TakeCompanyOption(context, choice);
+    std::vector<AskingPress> presses;
+    for (const proof::Wanted& each : wanted) {
+        presses.push_back({*choice.origin, proof::ProceduresOf(*choice.origin, each)});
+    }
+    RequireAnswers(context, presses);
     const QString path = context.options.value("output");
     QFile file; // a path that cannot be written to is told before the work
     OpenOutput(file, path,

@@ -106,6 +106,7 @@ RunResult Total(const QVector<RunResult>& results) {
         total.skipped += result.skipped;
         total.notReached += result.notReached;
         total.givenUpCount += result.givenUpCount;
+        total.givenUpBefore += result.givenUpBefore;
         total.failedLookUps += result.failedLookUps;
         total.emptied += result.emptied;
         total.givenUp += result.givenUp.mid(0, MostListed - total.givenUp.size());
@@ -128,6 +129,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"skipped", result.skipped},
             {"skippedBy", SkippedByJson(result)},
             {"givenUp", result.givenUpCount},
+            {"givenUpBefore", result.givenUpBefore},
             {"failedLookUps", result.failedLookUps},
             {"notReached", result.notReached},
             {"givenUpRows", GivenUpJson(result)},

@@ -20,6 +20,8 @@ struct RejectedRow {
     QString reason;
     QStringList columns;
     QVector<QVariant> values; ///< one that cannot be read is Null
+    int loop = 0;             ///< of the procedure that read it, from 0
+    qint64 place = 0;         ///< how many source rows that one had read with it
 };
 
 /// A row of a target table that was written, by its identity.
@@ -50,6 +52,9 @@ public:
     /// Whether it wants to be told what rows were before they were updated or deleted.
     virtual bool KeepsImages() const noexcept { return false; }
     virtual void TargetChanges(const TargetChange& /*change*/) noexcept {}
+    /// The rows of a table are about to be deleted, all of them or those of imports, without being told one by one.
+    /// @param table physical name
+    virtual void TableIsEmptied(const QString& /*table*/) noexcept {}
     virtual void RowIsGivenUp(const RejectedRow& /*row*/) noexcept {}
     /// Everything told so far is committed.
     /// @param loop of the procedure, from 0 @param rows source rows of it that are done @param last name of the last

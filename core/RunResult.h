@@ -68,6 +68,8 @@ struct RunResult {
     QMap<QString, qint64> skippedBy; ///< rows left out, by the rule that left them out
     qint64 notReached = 0;           ///< source rows behind a cancel or an error
     qint64 givenUpCount = 0;
+    qint64 givenUpBefore =
+        0; ///< rows that the runs which this one goes on with have given up, and are not imported yet
     qint64 failedLookUps = 0; ///< look-ups that failed; their rows went on as without a translation
     QVector<GivenUp> givenUp; ///< the first 1000 of them
     QMap<QString, TableCount> tables;

@@ -17,7 +17,8 @@ Ending EndingOf(const RunResult& result) {
     case RunResult::Outcome::Done:
         break;
     }
-    return result.givenUpCount > 0 || result.failedLookUps > 0 ? Ending::Incomplete : Ending::Complete;
+    return result.givenUpCount > 0 || result.givenUpBefore > 0 || result.failedLookUps > 0 ? Ending::Incomplete
+                                                                                           : Ending::Complete;
 }
 
 QString EndingText(Ending ending) {
@@ -36,13 +37,14 @@ QString EndingText(Ending ending) {
 
 QString LossesText(const RunResult& result) {
     QStringList losses;
-    if (result.givenUpCount > 0) {
-        losses.append("Righe abbandonate: " + Number(result.givenUpCount));
-    }
-    if (result.failedLookUps > 0) {
-        losses.append((losses.isEmpty() ? "Ricerche non riuscite: " : "ricerche non riuscite: ") +
-                      Number(result.failedLookUps));
-    }
+    const auto tell = [&losses](const QString& what, qint64 count) {
+        if (count > 0) {
+            losses.append((losses.isEmpty() ? what : QString(what.front().toLower() + what.mid(1))) + Number(count));
+        }
+    };
+    tell(QStringLiteral("Righe abbandonate: "), result.givenUpCount);
+    tell(QStringLiteral("Righe abbandonate prima dell'interruzione: "), result.givenUpBefore);
+    tell(QStringLiteral("Ricerche non riuscite: "), result.failedLookUps);
     return losses.join(QStringLiteral(", "));
 }
 

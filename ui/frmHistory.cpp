@@ -228,19 +228,23 @@ void frmHistory::cmdWriteRejects_Click() {
 }
 
 void frmHistory::cmdImportRejects_Click() {
-    Try([this] { Confirm(history::RejectsAgain(m_session, m_history, Current()->id, {}, Errors())); });
+    Try([this] { ConfirmAll(history::RejectsAgain(m_session, m_history, Current()->id, {}, Errors())); });
 }
 
 void frmHistory::cmdImportMended_Click() {
     const qint64 run = Current()->id;
     const QString file = m_person.OpenFile("File degli scarti corretti", "File degli scarti|*.xlsx;*.csv;*.ods;*.xls");
     if (!file.isEmpty()) {
-        Try([&] { Confirm(history::RejectsAgain(m_session, m_history, run, {file}, Errors())); });
+        Try([&] { ConfirmAll(history::RejectsAgain(m_session, m_history, run, {file}, Errors())); });
     }
 }
 
 void frmHistory::cmdResume_Click() {
-    Try([this] { Confirm(history::RestAgain(m_session, m_history, Current()->id, Errors())); });
+    Try([this] {
+        if (const auto again = history::RestAgain(m_session, m_history, Current()->id, Errors())) {
+            ConfirmAll({*again});
+        }
+    });
 }
 
 void frmHistory::cmdUndo_Click() {
@@ -256,9 +260,13 @@ void frmHistory::cmdUndo_Click() {
     });
 }
 
-void frmHistory::Confirm(const std::optional<history::Again>& again) {
-    if (again && m_person.Ask(again->question, Question::Plain, again->details) == Answer::Yes) {
-        Import(again->request);
+/// A no leaves the others out as well.
+void frmHistory::ConfirmAll(const std::vector<history::Again>& all) {
+    for (const history::Again& again : all) {
+        if (m_person.Ask(again.question, Question::Plain, again.details) != Answer::Yes) {
+            return;
+        }
+        Import(again.request);
         Refresh();
     }
 }

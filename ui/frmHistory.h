@@ -48,7 +48,7 @@ private:
     const history::Run* Current() const;
     template<class Work>
     void Try(const Work& work);
-    void Confirm(const std::optional<history::Again>& again);
+    void ConfirmAll(const std::vector<history::Again>& all);
     void ShowText(const QString& title, const QString& text);
 
     Session& m_session;

@@ -14,9 +14,11 @@ namespace {
 constexpr qsizetype MostNamed = 3; ///< rows that a line names
 
 RowsToRepeat& OfRun(std::vector<RowsToRepeat>& all, const history::WaitingCode& code) {
-    const auto known =
-        std::find_if(all.begin(), all.end(), [&code](const RowsToRepeat& each) { return each.run == code.run; });
-    return known != all.end() ? *known : all.emplace_back(RowsToRepeat{.run = code.run, .origin = code.origin});
+    const QString press = code.isOfSeveral ? code.procedure : QString();
+    const auto known = std::find_if(
+        all.begin(), all.end(), [&](const RowsToRepeat& each) { return each.run == code.run && each.press == press; });
+    return known != all.end() ? *known
+                              : all.emplace_back(RowsToRepeat{.run = code.run, .origin = code.origin, .press = press});
 }
 
 } // namespace
@@ -52,7 +54,7 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
     for (const history::WaitingCode& each :
          history.WaitingCodes(session.UserManager.Azienda(), std::numeric_limits<int>::max())) {
         const Code* known = worklist.Find(each.code.list, each.code.field, each.code.code);
-        if (known == nullptr || known->IsOpen()) {
+        if (known == nullptr || known->IsOpen() || each.origin.isEmpty()) {
             continue;
         }
         RowsToRepeat& rows = OfRun(all, each);
@@ -62,7 +64,8 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
         names += each.first;
         names.removeDuplicates();
     }
-    std::sort(all.begin(), all.end(), [](const RowsToRepeat& a, const RowsToRepeat& b) { return a.run < b.run; });
+    std::stable_sort(all.begin(), all.end(),
+                     [](const RowsToRepeat& a, const RowsToRepeat& b) { return a.run < b.run; });
     return all;
 }
 
@@ -71,7 +74,7 @@ namespace {
 ImportRequest RequestFor(Session& session, const RowsToRepeat& rows) {
     const history::History history(history::FilePath(session.Config.ConfigFile()));
     ImportRequest request;
-    history::Repeat(session, history.Load(rows.run), request);
+    history::Repeat(session, history.Load(rows.run), rows.press, request);
     request.choice.errors = ErrorAction::Ignore;
     request.confirmed = true;
     request.reset = false;

@@ -11,6 +11,7 @@ namespace codes {
 struct RowsToRepeat {
     qint64 run = 0;
     QString origin;
+    QString press = {};                   ///< of a run of several origins the procedure; else empty
     std::vector<Code> codes = {};         ///< those that were translated since, with their rows
     QMap<QString, QStringList> rows = {}; ///< names of the rows, each once, by procedure
 
@@ -19,7 +20,8 @@ struct RowsToRepeat {
     QStringList Lines(Worklist& worklist) const;
 };
 
-/// The rows of the company under work, run by run, the oldest first. Raises `SqlError`.
+/// The rows of the company under work, run by run, the oldest first. Runs of several origins that do not tell whose
+/// their procedures were are left out. Raises `SqlError`.
 std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist);
 
 /// Imports the rows of a run again, alone: rows that are there get the codes that they lack. A row that fails is given

@@ -76,7 +76,7 @@ QStringView OrderText(NoteOrder order) {
 SqlText SelectRejects(QStringView rest, const QVariantList& values) {
     const QString query = QStringLiteral(
         "SELECT R.*, P.name AS name, I.run AS imported_by FROM rejects R JOIN procedures P ON P.id = R.procedure "
-        "LEFT JOIN imported_rejects I ON I.reject = R.id ");
+        "LEFT JOIN standing_imports I ON I.reject = R.id ");
     return Statement(QString(query + rest), values);
 }
 
@@ -143,6 +143,7 @@ Run History::RunOf(const Recordset& row) const {
     run.source = Text(row, "source");
     run.layout = Text(row, "layout");
     run.code = Text(row, "code");
+    run.resumes = Number(row, "resumes");
     run.options = Text(row, "options").split(u'\n', Qt::SkipEmptyParts);
     return run;
 }
@@ -150,8 +151,11 @@ Run History::RunOf(const Recordset& row) const {
 void History::LoadProcedures(Run& run) const {
     Recordset rows = m_file->ExecuteWC(Statement(
         "SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected, "
-        "(SELECT COUNT(*) FROM rejects R JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id) AS "
-        "imported FROM procedures P "
+        "(SELECT COUNT(*) FROM rejects R JOIN standing_imports I ON I.reject = R.id WHERE R.procedure = P.id) AS "
+        "imported, "
+        "(SELECT COUNT(*) FROM rejects R LEFT JOIN standing_imports I ON I.reject = R.id WHERE R.procedure = P.id AND "
+        "I.reject IS NULL AND (R.loop < P.reached_loop OR (COALESCE(R.loop, P.reached_loop) = P.reached_loop AND "
+        "COALESCE(R.place, 0) <= P.reached_rows))) AS behind FROM procedures P "
         "WHERE run = ? ORDER BY id",
         {run.id}));
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -163,10 +167,14 @@ void History::LoadProcedures(Run& run) const {
         procedure.result.module = Text(rows, "module");
         procedure.result.procedure = Text(rows, "name");
         procedure.reached = {static_cast<int>(Number(rows, "reached_loop")), Number(rows, "reached_rows"),
-                             Text(rows, "reached_last")};
+                             Text(rows, "reached_last"), Number(rows, "behind")};
         procedure.rejects = Number(rows, "rejected");
         procedure.imported = Number(rows, "imported");
         procedure.undone = Text(rows, "undone");
+        procedure.origin = Text(rows, "origin");
+        if (procedure.origin.isEmpty()) {
+            procedure.origin = run.origin;
+        }
         run.procedures.push_back(procedure);
     }
 }
@@ -307,8 +315,10 @@ QString History::KeyOf(const RejectedRow& row) {
 }
 
 QHash<QString, qint64> History::ImportedRejects(const QString& company, const QString& origin) const {
-    Recordset rows = m_file->ExecuteWC(SelectRejects(
-        u"JOIN runs S ON S.id = P.run WHERE I.run IS NOT NULL AND S.company = ? AND S.origin = ?", {company, origin}));
+    Recordset rows = m_file->ExecuteWC(
+        SelectRejects(u"JOIN runs S ON S.id = P.run WHERE I.run IS NOT NULL AND S.company = ? AND COALESCE(P.origin, "
+                      "S.origin) = ?",
+                      {company, origin}));
     QHash<QString, qint64> imported;
     for (; !rows.Eof(); rows.MoveNext()) {
         const Reject reject = RejectOf(rows);
@@ -322,8 +332,8 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
     std::vector<qint64> procedures; ///< their numbers
     {
         Recordset rows = m_file->ExecuteWC(Statement(
-            "SELECT C.list, C.field, C.code, COUNT(DISTINCT W.source_row) AS rows, R.id AS run, R.origin, P.name, P.id "
-            "AS procedure "
+            "SELECT C.list, C.field, C.code, COUNT(DISTINCT W.source_row) AS rows, R.id AS run, COALESCE(P.origin, "
+            "R.origin) AS origin, COALESCE(R.origin, '') = '' AS several, P.name, P.id AS procedure "
             "FROM waiting_rows W JOIN open_codes C ON C.id = W.code "
             "JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run "
             "WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
@@ -336,7 +346,8 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
                              {},
                              Number(rows, "run"),
                              Text(rows, "origin"),
-                             Text(rows, "name")});
+                             Text(rows, "name"),
+                             Number(rows, "several") != 0});
             procedures.push_back(Number(rows, "procedure"));
         }
     }
@@ -358,10 +369,16 @@ QStringList History::RowsWaiting(qint64 procedure, const OpenCode& code) const {
     return names;
 }
 
+History::Emptied History::EmptiedBehind(qint64 run) const {
+    const Recordset rows = m_file->ExecuteWC(Statement(
+        "SELECT emptied_by, target_table FROM emptied_behind WHERE run = ? ORDER BY emptied_by LIMIT 1", {run}));
+    return rows.Eof() ? Emptied() : Emptied{Number(rows, "emptied_by"), Text(rows, "target_table")};
+}
+
 qint64 History::Forget(const QDate& before) {
     Transaction transaction(*m_file);
     const QString limit = TimeText(before.startOfDay());
-    for (const char* table : {"notes", "rejects", "waiting_rows", "changes", "left_away"}) {
+    for (const char* table : {"notes", "rejects", "waiting_rows", "changes", "left_away", "touched_tables"}) {
         m_file->Execute(Statement(
             QStringLiteral("DELETE FROM %1 WHERE procedure IN (SELECT P.id FROM procedures P JOIN runs R ON R.id = "
                            "P.run WHERE R.started < ?)")

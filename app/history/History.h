@@ -14,6 +14,7 @@ struct ProcedureRun {
     contract::RowSelection::Reached reached; ///< source rows that were committed last
     qint64 rejects = 0;                      ///< rows given up that are kept
     qint64 imported = 0;                     ///< those of them that a later run has imported, mended or not
+    QString origin;                          ///< whose procedure it is; empty: not known
     QString undone;                          ///< when and by whom what it wrote was taken back; empty: it was not
 };
 
@@ -37,6 +38,7 @@ struct Run {
     QString layout; ///< text of the layout file of its source; empty: it had none
     QString code;   ///< that it was limited to; empty: to none
     QStringList options;
+    qint64 resumes = 0; ///< the run that it goes on with; 0: it begins by itself
     std::vector<ProcedureRun> procedures;
 
     bool WasKilled() const { return !ended.isValid() && !isUnderWay; }
@@ -85,8 +87,9 @@ struct WaitingCode {
     qint64 rows = 0;   ///< of the last run that met it
     QStringList first; ///< names of the first of them
     qint64 run = 0;
-    QString origin;
+    QString origin; ///< of the procedure; empty: not known
     QString procedure;
+    bool isOfSeveral = false; ///< the run was one of several origins
 };
 
 /// Reads the history of the runs. Everything raises `SqlError`.
@@ -131,6 +134,13 @@ public:
     /// The codes that the last run of each procedure of a company, of those that were not taken back, has met without a
     /// translation. Whether they have one by now is not known here. @param company its code
     std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows = 100) const;
+
+    /// A table that a run has written to and a later one in its company has emptied since; the run is 0 without one.
+    struct Emptied {
+        qint64 run = 0;
+        QString table = {}; ///< physical name
+    };
+    Emptied EmptiedBehind(qint64 run) const;
 
     /// Removes runs that began before a day, with all that is kept of them; returns how many.
     qint64 Forget(const QDate& before);

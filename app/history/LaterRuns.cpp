@@ -1,9 +1,6 @@
 #include "app/history/LaterRuns.h"
 
 #include "app/history/keptChanges.h"
-#include "app/history/resultJson.h"
-
-#include <QJsonDocument>
 
 namespace history {
 
@@ -70,16 +67,11 @@ void LaterRuns::LoadInserted() {
 
 void LaterRuns::LoadEmptied() {
     Recordset rows = m_history.File().ExecuteWC(
-        Statement("SELECT P.run, P.result FROM procedures P JOIN runs R ON R.id = P.run WHERE P.run > ? AND R.trial = "
-                  "0 AND P.result IS NOT NULL ORDER BY P.id",
+        Statement("SELECT T.target_table, MIN(P.run) FROM touched_tables T JOIN procedures P ON P.id = T.procedure "
+                  "WHERE T.emptied = 1 AND P.run > ? GROUP BY T.target_table",
                   {m_run}));
     for (; !rows.Eof(); rows.MoveNext()) {
-        const QByteArray text = rows.Fields(1).Value().toString().toUtf8();
-        for (const RunResult::Emptied& emptied : ResultFrom(QJsonDocument::fromJson(text).object()).emptied) {
-            if (!m_emptied.contains(emptied.table)) {
-                m_emptied.insert(emptied.table, rows.Fields(0).Value().toLongLong());
-            }
-        }
+        m_emptied.insert(rows.Fields(0).Value().toString(), rows.Fields(1).Value().toLongLong());
     }
 }
 

@@ -112,12 +112,12 @@ void Recorder::Begin(const RunFacts& facts) {
         QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
         mod_ovTools::FormatSqlValue(company, DataType::NVarChar, m_session.Quadrix.ProviderType));
     m_file->Execute(Statement("INSERT INTO runs (started, worker, version, company, company_name, origin, data, work, "
-                              "source, layout, code, options, trial, log_file) "
-                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                              "source, layout, code, options, resumes, trial, log_file) "
+                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
                               {TimeText(m_session.Now()), WorkerText(), QCoreApplication::applicationVersion(), company,
                                names.Eof() ? QString() : names.Fields(0).Value().toString(), facts.origin, facts.data,
                                facts.work, facts.source, facts.layout, facts.code, facts.options.join(u'\n'),
-                               static_cast<int>(facts.isTrial), m_session.LogFile}));
+                               facts.resumes, static_cast<int>(facts.isTrial), m_session.LogFile}));
     m_company = company;
     m_origin = facts.origin;
     m_run = m_file->LastInsertId();
@@ -177,14 +177,23 @@ void Recorder::KeepWaiting() {
     }
 }
 
+void Recorder::Begins(const QString& procedure, const QString& origin) {
+    m_name = procedure;
+    if (m_origin != origin) {
+        m_origin = origin;
+        m_imported.reset();
+    }
+}
+
 void Recorder::ProcedureBegins(const QString& module, const QString& procedure) noexcept {
     Try([&] {
         if (m_file != nullptr) {
             Write();
-            m_file->Execute(Statement("INSERT INTO procedures (run, module, name) VALUES (?, ?, ?)",
-                                      {m_run, module, m_name.isEmpty() ? procedure : m_name}));
+            m_file->Execute(Statement("INSERT INTO procedures (run, module, name, origin) VALUES (?, ?, ?, ?)",
+                                      {m_run, module, m_name.isEmpty() ? procedure : m_name, m_origin}));
             m_procedure = m_file->LastInsertId();
             m_leavesCodes = false;
+            m_written.clear();
             if (m_keepsImages) {
                 KeepWaiting();
             }
@@ -228,12 +237,34 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
                 Keep(std::move(statement));
             } else {
                 m_updated.push_back(std::move(statement));
+                KeepWritten(change.table);
             }
         }
         if (++m_changes >= MostWaiting) {
             Write();
         }
     });
+}
+
+void Recorder::TableIsEmptied(const QString& table) noexcept {
+    Try([&] {
+        if (m_keepsImages) { // a trial brings them back
+            KeepTouched(table, true);
+            Write(); // before they go: that may take long
+        }
+    });
+}
+
+void Recorder::KeepTouched(const QString& table, bool isEmptied) {
+    Keep(Statement("INSERT OR IGNORE INTO touched_tables (procedure, target_table, emptied) VALUES (?, ?, ?)",
+                   {m_procedure, table, static_cast<int>(isEmptied)}));
+}
+
+void Recorder::KeepWritten(const QString& table) {
+    if (!m_written.contains(table)) {
+        m_written.insert(table);
+        KeepTouched(table, false);
+    }
 }
 
 void Recorder::KeepInserted(const TargetChange& change) {
@@ -249,6 +280,7 @@ void Recorder::KeepInserted(const TargetChange& change) {
     AppendNumber(rows.rows, change.digest);
     ++m_place;
     AppendNumber(rows.places, m_place - std::exchange(rows.last, m_place));
+    KeepWritten(change.table);
 }
 
 void Recorder::CloseChanges() {
@@ -294,9 +326,10 @@ qint64 Recorder::NumberOf(const OpenCode& code) {
 void Recorder::RowIsGivenUp(const RejectedRow& row) noexcept {
     Try([&] {
         Keep(Statement(
-            "INSERT INTO rejects (procedure, source_row, source_table, source_key, number, reason, row_values) "
-            "VALUES (?, ?, ?, ?, ?, ?, ?)",
-            {m_procedure, row.row, row.table, row.key, row.number, row.reason, ValuesText(row.columns, row.values)}));
+            "INSERT INTO rejects (procedure, source_row, source_table, source_key, number, reason, row_values, loop, "
+            "place) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+            {m_procedure, row.row, row.table, row.key, row.number, row.reason, ValuesText(row.columns, row.values),
+             row.loop, row.place}));
         KeepIfImported(row);
         if (m_since.elapsed() > MostMilliseconds) {
             Write();
@@ -356,7 +389,7 @@ void Recorder::KeepImported() {
             Statement("INSERT OR REPLACE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
                       "rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND O.row_values = "
                       "R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id = P.run WHERE R.id = "
-                      "? AND S.company = ? AND S.origin = ?",
+                      "? AND S.company = ? AND COALESCE(P.origin, S.origin) = ?",
                       {m_run, reject, m_company, m_origin}));
     }
 }

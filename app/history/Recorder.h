@@ -19,6 +19,7 @@ struct RunFacts {
     QString company = {};     ///< its code; empty: the one under work
     QString code = {};        ///< that the run is limited to; empty: it takes all
     QStringList options = {}; ///< what else was chosen, in the operator's words
+    qint64 resumes = 0;       ///< the run that it goes on with; 0: none
     bool isTrial = false;
 };
 
@@ -33,8 +34,9 @@ public:
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    /// The procedure of the list that is to run: what follows is kept under this name, whatever its run reports under.
-    void Begins(const QString& procedure) { m_name = procedure; }
+    /// The procedure of the list of an origin that is to run: what follows is kept under this name, whatever its run
+    /// reports under. Both empty: what follows is none of them.
+    void Begins(const QString& procedure, const QString& origin);
 
     /// What the history keeps as the log of a run that does not write the import log.
     void Logs(const QString& text) { m_log = text; }
@@ -45,6 +47,7 @@ public:
     void CodesAreLeft() noexcept override { m_leavesCodes = true; }
     bool KeepsImages() const noexcept override { return m_file != nullptr && m_keepsImages; }
     void TargetChanges(const TargetChange& change) noexcept override;
+    void TableIsEmptied(const QString& table) noexcept override;
     void RowIsGivenUp(const RejectedRow& row) noexcept override;
     void RowsStand(int loop, qint64 rows, const QString& last) noexcept override;
     void ProcedureEnds(const RunResult& result) noexcept override;
@@ -60,6 +63,8 @@ private:
     void KeepImported();
     void Keep(SqlText statement);
     void KeepInserted(const TargetChange& change);
+    void KeepWritten(const QString& table);
+    void KeepTouched(const QString& table, bool isEmptied);
     void CloseChanges();
     void Write();
     qint64 ColumnList(const QStringList& columns);
@@ -108,11 +113,12 @@ private:
     size_t m_changes = 0;                 ///< rows in both
     std::optional<Reached> m_reached;     ///< behind them all
     QString m_company;
-    QString m_origin;
+    QString m_origin; ///< of the procedures
     std::optional<QHash<QString, qint64>>
-        m_imported;        ///< rows given up before and imported since; none: not asked for yet
-    QString m_trouble;     ///< to be told in the log
-    QElapsedTimer m_since; ///< it was written last
+        m_imported;          ///< rows of it given up before and imported since; none: not asked for yet
+    QString m_trouble;       ///< to be told in the log
+    QElapsedTimer m_since;   ///< it was written last
+    QSet<QString> m_written; ///< tables of the target, by the procedure
     QHash<QString, qint64> m_columnLists;
     QHash<QString, qint64> m_codes;
 };

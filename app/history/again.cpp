@@ -28,8 +28,9 @@ QStringList ReachedLines(const Run& run) {
 }
 
 /// Fills in what both ways have in common; false when the company cannot be worked on.
-bool Prepare(Session& session, const Run& run, ErrorAction errors, const QString& rows, Again& again) {
-    Repeat(session, run, again.request);
+bool Prepare(Session& session, const Run& run, const QString& press, ErrorAction errors, const QString& rows,
+             Again& again) {
+    Repeat(session, run, press, again.request);
     again.request.choice.errors = errors;
     again.request.reset = false;
     again.request.confirmed = true;
@@ -43,29 +44,41 @@ bool Prepare(Session& session, const Run& run, ErrorAction errors, const QString
 
 } // namespace
 
-std::optional<Again> RejectsAgain(Session& session, const History& history, qint64 number, const QStringList& files,
-                                  ErrorAction errors) {
+std::vector<Again> RejectsAgain(Session& session, const History& history, qint64 number, const QStringList& files,
+                                ErrorAction errors) {
     const Run run = history.Load(number);
-    Again again;
-    again.request.only = files.isEmpty() ? RejectsOf(history, number) : MendedRejects(history, number, files);
-    const qint64 rows = again.request.only->Count();
-    again.question = files.isEmpty() ? QStringLiteral("Importare di nuovo le righe abbandonate?")
-                                     : QStringLiteral("Importare le righe corrette?");
-    QString text =
-        QStringLiteral("Righe: %1, abbandonate dall'esecuzione %2").arg(Number(rows), QString::number(number));
-    if (!files.isEmpty()) {
-        text += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
+    std::vector<Again> all;
+    for (const QString& press : PressesOf(history, run)) {
+        Again again;
+        again.request.only =
+            files.isEmpty() ? RejectsOf(history, number, press) : MendedRejects(history, number, files, press);
+        if (again.request.only == nullptr) {
+            continue;
+        }
+        const qint64 rows = again.request.only->Count();
+        again.question = files.isEmpty() ? QStringLiteral("Importare di nuovo le righe abbandonate?")
+                                         : QStringLiteral("Importare le righe corrette?");
+        QString text =
+            QStringLiteral("Righe: %1, abbandonate dall'esecuzione %2").arg(Number(rows), QString::number(number));
+        if (!files.isEmpty()) {
+            text += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
+        }
+        if (!Prepare(session, run, press, errors, text, again)) {
+            return {};
+        }
+        all.push_back(std::move(again));
     }
-    return Prepare(session, run, errors, text, again) ? std::optional(again) : std::nullopt;
+    return all;
 }
 
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 number, ErrorAction errors) {
     const Run run = history.Load(number);
     Again again;
-    again.request.only = RestOf(run);
+    again.request.only = RestOf(history, run);
+    again.request.resumes = number;
     again.question = QStringLiteral("Riprendere l'esecuzione %1 da dove si è interrotta?").arg(number);
     const QString text = ReachedLines(run).join(u'\n');
-    return Prepare(session, run, errors, text, again) ? std::optional(again) : std::nullopt;
+    return Prepare(session, run, {}, errors, text, again) ? std::optional(again) : std::nullopt;
 }
 
 bool CanGoOn(const Run& run) {

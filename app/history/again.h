@@ -13,12 +13,12 @@ struct Again {
 };
 
 /// The rows that a run has given up, as their source has them now, or as files of `WriteRejects` have them mended
-/// (`files` empty: the former). Takes the company of the run under work. None when it is not there or cannot be worked
-/// on, which the operator has been told; raises `ImportError` for a run without such rows, for one that cannot be
-/// repeated and for mistakes in the files.
-std::optional<Again> RejectsAgain(Session& session, const History& history, qint64 run, const QStringList& files,
-                                  ErrorAction errors);
-/// What a run that broke off has not reached; the same otherwise. One that was taken back is refused.
+/// (`files` empty: the former), press by press. Takes the company of the run under work. None when it is not there or
+/// cannot be worked on, which the operator has been told; raises `ImportError` for a run without such rows, for one
+/// that cannot be repeated and for mistakes in the files.
+std::vector<Again> RejectsAgain(Session& session, const History& history, qint64 run, const QStringList& files,
+                                ErrorAction errors);
+/// What a run that broke off has not reached, in one press; the same otherwise. Refused as by `RestOf`.
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 run, ErrorAction errors);
 
 /// Whether a run broke off and can go on: it was interrupted, failed or was killed, was no trial, and was not taken

@@ -20,16 +20,18 @@ const QStringList& Tables() {
         // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): each goes over several lines
         "CREATE TABLE IF NOT EXISTS runs (id INTEGER PRIMARY KEY AUTOINCREMENT, started TEXT, ended TEXT, worker TEXT, "
         "version TEXT, company TEXT, company_name TEXT, origin TEXT, data TEXT, work TEXT, source TEXT, layout TEXT, "
-        "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT, partial INTEGER)",
+        "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT, partial INTEGER, resumes "
+        "INTEGER)",
         "CREATE TABLE IF NOT EXISTS procedures (id INTEGER PRIMARY KEY AUTOINCREMENT, run INTEGER, module TEXT, "
-        "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT)",
+        "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT, origin "
+        "TEXT)",
         "CREATE INDEX IF NOT EXISTS procedures_run ON procedures (run)",
         "CREATE TABLE IF NOT EXISTS notes (id INTEGER PRIMARY KEY, procedure INTEGER, kind TEXT, source_row TEXT, "
         "note TEXT, done INTEGER DEFAULT 0)",
         "CREATE INDEX IF NOT EXISTS notes_procedure ON notes (procedure, kind)",
         "CREATE TABLE IF NOT EXISTS rejects (id INTEGER PRIMARY KEY, procedure INTEGER, source_row TEXT, "
         "source_table TEXT, source_key TEXT, number INTEGER, reason TEXT, row_values TEXT, "
-        "done INTEGER DEFAULT 0)",
+        "done INTEGER DEFAULT 0, loop INTEGER, place INTEGER)",
         "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
         "CREATE INDEX IF NOT EXISTS rejects_row ON rejects (source_row)",
         "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER PRIMARY KEY, run INTEGER)",
@@ -46,6 +48,19 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS left_away (id INTEGER PRIMARY KEY, procedure INTEGER, target_table TEXT, target_id "
         "INTEGER, before TEXT)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
+        // tables of the target that a procedure has written rows of, or emptied
+        "CREATE TABLE IF NOT EXISTS touched_tables (procedure INTEGER, target_table TEXT, emptied INTEGER, PRIMARY KEY "
+        "(procedure, target_table, emptied))",
+        "CREATE INDEX IF NOT EXISTS touched_tables_table ON touched_tables (target_table, emptied)",
+        // tables that a run has written to, with the later ones in the same company that have emptied them: a table
+        // of all companies is emptied in part
+        "CREATE VIEW IF NOT EXISTS emptied_behind AS SELECT P.run AS run, W.target_table AS target_table, L.run AS "
+        "emptied_by FROM touched_tables W JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run JOIN "
+        "touched_tables E ON E.target_table = W.target_table AND E.procedure > W.procedure JOIN procedures L ON L.id = "
+        "E.procedure JOIN runs S ON S.id = L.run AND S.company = R.company WHERE W.emptied = 0 AND E.emptied = 1",
+        // rows given up that a run has imported since, and that have not gone since
+        "CREATE VIEW IF NOT EXISTS standing_imports AS SELECT reject, run FROM imported_rejects WHERE run NOT IN "
+        "(SELECT run FROM emptied_behind)",
     };
     return tables;
 }
@@ -82,10 +97,29 @@ QVariant ValueOf(const QJsonArray& typed) {
     return value.convert(type) ? value : QVariant(text);
 }
 
+/// The tables that the procedures of a file have touched which did not tell them apart from what they wrote.
+void FillTouched(ovConnection& file) {
+    Transaction transaction(file);
+    file.Execute(
+        QStringLiteral("INSERT OR IGNORE INTO touched_tables (procedure, target_table, emptied) SELECT DISTINCT "
+                       "procedure, target_table, 0 FROM changes WHERE kind IN (%1, %2)")
+            .arg(static_cast<int>(TargetChange::Kind::Inserted))
+            .arg(static_cast<int>(TargetChange::Kind::Updated)));
+    file.Execute(QStringLiteral("INSERT OR IGNORE INTO touched_tables (procedure, target_table, emptied) SELECT P.id, "
+                                "json_extract(E.value, '$[0]'), 1 FROM procedures P JOIN runs R ON R.id = P.run, "
+                                "json_each(P.result, '$.emptied') E WHERE R.trial = 0 AND P.result IS NOT NULL"));
+    transaction.Keep();
+}
+
 /// Adds what tables have gained since a file was made.
 void BringUpToDate(ovConnection& file) {
-    static constexpr std::array<std::array<const char*, 3>, 3> gained{
-        {{"changes", "inserted", "TEXT"}, {"changes", "places", "TEXT"}, {"runs", "partial", "INTEGER"}}};
+    static constexpr std::array<std::array<const char*, 3>, 7> gained{{{"changes", "inserted", "TEXT"},
+                                                                       {"changes", "places", "TEXT"},
+                                                                       {"runs", "partial", "INTEGER"},
+                                                                       {"runs", "resumes", "INTEGER"},
+                                                                       {"procedures", "origin", "TEXT"},
+                                                                       {"rejects", "loop", "INTEGER"},
+                                                                       {"rejects", "place", "INTEGER"}}};
     for (const auto& [table, column, type] : gained) {
         if (file.ExecuteWC(Statement("SELECT 1 FROM pragma_table_info(?) WHERE name = ?",
                                      {QString::fromLatin1(table), QString::fromLatin1(column)}))
@@ -121,10 +155,14 @@ std::unique_ptr<ovConnection> Open(const QString& path) {
     file->ProviderType = Provider::SqlServer;
     file->DatabaseName = path;
     file->OpenConnection();
+    const bool tellsTouched = !file->GetColumns(QStringLiteral("touched_tables")).isEmpty();
     for (const QString& table : Tables()) {
         file->Execute(table);
     }
     BringUpToDate(*file);
+    if (!tellsTouched) {
+        FillTouched(*file);
+    }
     return file;
 }
 

@@ -40,11 +40,13 @@ contract::RowSelection::Row Wanted(const Reject& reject) {
             .reject = reject.id};
 }
 
-/// Reads a file with mended rows back.
+/// Reads a file with mended rows back: of one procedure, or of all.
 class MendedFile {
 public:
-    MendedFile(const QHash<qint64, Reject>& rejects, contract::RowSelection& selection, QStringList& mistakes)
+    MendedFile(const QHash<qint64, Reject>& rejects, const QString& procedure, contract::RowSelection& selection,
+               QStringList& mistakes)
         : m_rejects(rejects),
+          m_procedure(procedure),
           m_selection(selection),
           m_mistakes(mistakes) {}
 
@@ -60,6 +62,8 @@ public:
             Take(table.columns, row);
         }
     }
+    /// Of any procedure.
+    qint64 Rows() const { return m_rows; }
 
 private:
     void Take(const QStringList& columns, const sources::TableOfFile::Row& row) {
@@ -81,7 +85,10 @@ private:
                 Mend(wanted, row, columns.at(column), was, row.values.at(column));
             }
         }
-        m_selection.Add(wanted);
+        ++m_rows;
+        if (m_procedure.isEmpty() || m_procedure == reject->procedure) {
+            m_selection.Add(wanted);
+        }
     }
 
     /// The new value is of the kind of the old one.
@@ -113,9 +120,11 @@ private:
     }
 
     const QHash<qint64, Reject>& m_rejects;
+    const QString& m_procedure; ///< empty: all
     contract::RowSelection& m_selection;
     QStringList& m_mistakes;
     QString m_path;
+    qint64 m_rows = 0;
 };
 
 /// Hands those rows of a run to `work` that no later run has imported.
@@ -160,9 +169,26 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
     return files;
 }
 
-std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run) {
+QStringList PressesOf(const History& history, const Run& run) {
+    QStringList procedures;
+    if (!run.origin.isEmpty()) {
+        return {QString()};
+    }
+    ForEachOpen(history, run.id, [&procedures](const Reject& reject) {
+        if (!procedures.contains(reject.procedure)) {
+            procedures.append(reject.procedure);
+        }
+    });
+    return procedures.isEmpty() ? QStringList(QString()) : procedures;
+}
+
+std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run, const QString& press) {
     auto selection = std::make_unique<contract::RowSelection>();
-    ForEachOpen(history, run, [&selection](const Reject& reject) { selection->Add(Wanted(reject)); });
+    ForEachOpen(history, run, [&](const Reject& reject) {
+        if (press.isEmpty() || reject.procedure == press) {
+            selection->Add(Wanted(reject));
+        }
+    });
     if (selection->Count() == 0) { // without a row to be limited to everything would be imported
         throw ImportError(
             QStringLiteral("l'esecuzione %1 non ha righe abbandonate, o sono già state importate").arg(run));
@@ -170,26 +196,35 @@ std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64
     return selection;
 }
 
-std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files) {
+std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files,
+                                                      const QString& press) {
     QHash<qint64, Reject> rejects;
     history.ForEachReject(run, [&rejects](const Reject& reject) { rejects.insert(reject.id, reject); });
     auto selection = std::make_unique<contract::RowSelection>();
     QStringList mistakes;
-    MendedFile reader(rejects, *selection, mistakes);
+    MendedFile reader(rejects, press, *selection, mistakes);
     for (const QString& file : files) {
         reader.Read(file);
     }
     if (!mistakes.isEmpty()) {
         throw ImportError(mistakes.join(u'\n'));
     }
-    if (selection->Count() == 0) {
+    if (reader.Rows() > 0 && selection->Count() == 0) {
+        return nullptr;
+    }
+    if (reader.Rows() == 0) {
         throw ImportError(QStringLiteral("file '%1': non c'è nessuna riga").arg(files.join(QStringLiteral("', '"))));
     }
     return selection;
 }
 
-void Repeat(Session& session, const Run& run, ImportRequest& request) {
-    request.choice.origin = registry::Find(run.origin);
+void Repeat(Session& session, const Run& run, const QString& procedure, ImportRequest& request) {
+    const bool isOfSeveral = run.origin.isEmpty();
+    const auto own = std::find_if(run.procedures.begin(), run.procedures.end(),
+                                  [&procedure](const auto& each) { return each.result.procedure == procedure; });
+    const QString origin = isOfSeveral && own != run.procedures.end() ? own->origin : run.origin;
+    const QString data = isOfSeveral ? procedure : run.data;
+    request.choice.origin = registry::Find(origin);
     if (request.choice.origin == nullptr) {
         throw ImportError(QStringLiteral("l'esecuzione %1 non è l'importazione di un'origine").arg(run.id));
     }
@@ -203,19 +238,49 @@ void Repeat(Session& session, const Run& run, ImportRequest& request) {
         throw ImportError(QStringLiteral("l'azienda %1 dell'esecuzione %2 non c'è più").arg(run.company).arg(run.id));
     }
     request.singleCode = run.code;
-    if (ProcedureOf(*request.choice.origin, run.data) != nullptr) {
-        request.procedure = run.data;
-    } else if (const auto button = contract::ButtonFromName(run.data)) {
+    if (ProcedureOf(*request.choice.origin, data) != nullptr) {
+        request.procedure = data;
+    } else if (const auto button = contract::ButtonFromName(data)) {
         request.button = *button;
     } else {
-        throw ImportError(QStringLiteral("l'origine %1 non ha più '%2'").arg(run.origin, run.data));
+        throw ImportError(QStringLiteral("l'origine %1 non ha più '%2'").arg(origin, data));
     }
 }
 
-std::unique_ptr<contract::RowSelection> RestOf(const Run& run) {
-    if (run.IsUndone()) { // the rows in front of where it stopped are gone
+namespace {
+
+/// Raises `ImportError` where rows that a run has written, or one that it goes on with, are there no more.
+void CheckStands(const History& history, const Run& run, qint64 resumed) {
+    if (run.IsUndone()) {
         throw ImportError(
-            QStringLiteral("l'esecuzione %1 è stata annullata: non si riprende, importare da capo").arg(run.id));
+            (run.id == resumed
+                 ? QStringLiteral("l'esecuzione %1 è stata annullata").arg(run.id)
+                 : QStringLiteral("l'esecuzione %1, che la %2 riprende, è stata annullata").arg(run.id).arg(resumed)) +
+            QStringLiteral(": non si riprende, importare da capo"));
+    }
+    if (const History::Emptied emptied = history.EmptiedBehind(run.id); emptied.run != 0) {
+        throw ImportError(
+            QStringLiteral("l'esecuzione %1 ha svuotato dopo la tabella %2, in cui la %3 aveva scritto: non "
+                           "si riprende, importare da capo")
+                .arg(QString::number(emptied.run), emptied.table, QString::number(run.id)));
+    }
+}
+
+/// The run and those that it goes on with, the latest first.
+std::vector<Run> ChainOf(const History& history, const Run& run) {
+    std::vector<Run> chain{run};
+    while (chain.back().resumes != 0) {
+        chain.push_back(history.Load(chain.back().resumes));
+    }
+    return chain;
+}
+
+} // namespace
+
+std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run& run) {
+    const std::vector<Run> chain = ChainOf(history, run);
+    for (const Run& each : chain) {
+        CheckStands(history, each, run.id);
     }
     if (!CanGoOn(run)) {
         throw ImportError((run.isTrial ? QStringLiteral("l'esecuzione %1 era una prova e non ha scritto nulla")
@@ -224,13 +289,26 @@ std::unique_ptr<contract::RowSelection> RestOf(const Run& run) {
                           QStringLiteral(": non c'è nulla da riprendere"));
     }
     auto selection = std::make_unique<contract::RowSelection>();
-    for (const ProcedureRun& procedure : run.procedures) {
-        const bool isWhole = procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done;
-        if (!isWhole && procedure.reached.rows > 0) {
-            selection->GoOn(procedure.result.procedure, procedure.reached);
-        } else if (isWhole) {
-            selection->LeaveOut(procedure.result.procedure);
+    QMap<QString, contract::RowSelection::Reached> reached; // by procedure, what the latest run has
+    QSet<QString> whole;
+    for (const Run& each : chain) {
+        for (const ProcedureRun& procedure : each.procedures) {
+            const QString& name = procedure.result.procedure;
+            if (procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done) {
+                whole.insert(name);
+            } else if (const auto later = reached.find(name); later != reached.end()) {
+                later->givenUp += procedure.reached.givenUp; // a run begins behind the one that it goes on with
+            } else if (procedure.reached.rows > 0) {
+                reached.insert(name, procedure.reached);
+            }
         }
+    }
+    for (const QString& name : whole) {
+        selection->LeaveOut(name);
+        reached.remove(name);
+    }
+    for (const auto& [name, place] : reached.asKeyValueRange()) {
+        selection->GoOn(name, place);
     }
     return selection;
 }

@@ -43,6 +43,7 @@ constexpr NamedNumber Numbers[] = {
     {"skipped", &RunResult::skipped},
     {"notReached", &RunResult::notReached},
     {"givenUp", &RunResult::givenUpCount},
+    {"givenUpBefore", &RunResult::givenUpBefore},
     {"failedLookUps", &RunResult::failedLookUps},
     {"untranslated", &RunResult::untranslatedCount},
 };

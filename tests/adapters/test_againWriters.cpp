@@ -296,6 +296,11 @@ private slots:
         QCOMPARE(target.Left().size(), qsizetype{1});
         QVERIFY2(target.Left().first().contains("'30 GEN': 1 rimane"), qPrintable(target.Left().first()));
         QCOMPARE(target.Rows(rows).size(), qsizetype{3});
+        bills.Begin("VITE", "V"); // the source has none of them any more
+        bills.Write(Component{"DADO", 2}, bills.WriteGeneric());
+        bills.ClosePhases();
+        QCOMPARE(target.Rows(rows), QStringList({"20|DADO", "30|NULL", "40|NULL"}));
+        QVERIFY2(target.Left().last().contains("'20 TAGLIO'"), qPrintable(target.Left().last()));
     }
 
     /// A row that is given up with what belongs to it was not left out by a rule.

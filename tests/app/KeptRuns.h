@@ -39,7 +39,8 @@ public:
         Target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('PROVA', 'UM', 'PZ', 'NR')");
     }
 
-    FlowOutcome Run(const std::shared_ptr<contract::RowSelection>& only = {}, bool dryRun = false) {
+    /// @param resumes the run that `only` goes on with
+    FlowOutcome Run(const std::shared_ptr<contract::RowSelection>& only = {}, bool dryRun = false, qint64 resumes = 0) {
         ImportRequest request;
         request.choice = {"Prova Uno S.r.l.", {}, &m_origin, ErrorAction::Ignore};
         request.button = contract::Button::Art;
@@ -47,6 +48,7 @@ public:
         request.reset = false;
         request.dryRun = dryRun;
         request.only = only;
+        request.resumes = resumes;
         Target.Get().Results.clear();
         return RunImport(Target.Get(), request);
     }

@@ -66,6 +66,20 @@ const examples::Example& MakeExample(TestTarget& test, const QString& name) {
     return *std::find_if(all.begin(), all.end(), [&name](const auto& example) { return example.name == name; });
 }
 
+/// Imports it without the translations of a list, which are given afterwards: codes with what they become.
+QStringList ImportBeforeCodes(TestTarget& test, const examples::Example& example, const QString& list,
+                              const QString& field) {
+    const QString ofList = " FROM SYS_IMP WHERE TBNAM = '" + list + "' AND TBFLD = '" + field + "'";
+    const QStringList given = test.Rows("SELECT TBOLD, TBNEW" + ofList);
+    test.Execute("DELETE" + ofList);
+    Import(test, example);
+    for (const QString& each : given) {
+        test.Execute("UPDATE SYS_IMP SET TBNEW = '" + each.section('|', 1) + "' WHERE TBNAM = '" + list +
+                     "' AND TBFLD = '" + field + "' AND TBOLD = '" + each.section('|', 0, 0) + "'");
+    }
+    return given;
+}
+
 template<class Work>
 QString Refusal(const Work& work) {
     try {
@@ -335,7 +349,6 @@ private slots:
         QFETCH(QString, list);
         QFETCH(QString, field);
         QFETCH(QString, rows);
-        const QString ofList = " FROM SYS_IMP WHERE TBNAM = '" + list + "' AND TBFLD = '" + field + "'";
         const QString deposit = "UPDATE SYS_IMP SET TBNEW = '002' WHERE TBFLD = 'CODDEPOSITO'"; // not the usual one
         TestTarget early;
         const examples::Example& source = MakeExample(early, example);
@@ -344,14 +357,8 @@ private slots:
         TestTarget late;
         MakeExample(late, example);
         late.Execute(deposit);
-        const QStringList given = late.Rows("SELECT TBOLD, TBNEW" + ofList);
-        late.Execute("DELETE" + ofList);
-        Import(late, source);
+        const QStringList given = ImportBeforeCodes(late, source, list, field);
         QVERIFY(!given.isEmpty() && late.Rows(rows) != early.Rows(rows));
-        for (const QString& each : given) {
-            late.Execute("UPDATE SYS_IMP SET TBNEW = '" + each.section('|', 1) + "' WHERE TBNAM = '" + list +
-                         "' AND TBFLD = '" + field + "' AND TBOLD = '" + each.section('|', 0, 0) + "'");
-        }
         Worklist worklist(late.Get(), registry::Find(source.origin));
         late.Get().Results.clear();
         for (const codes::RowsToRepeat& each : codes::FindRowsToRepeat(worklist)) {
@@ -361,6 +368,43 @@ private slots:
         for (const RunResult& result : late.Get().Results) {
             QVERIFY(std::none_of(result.notes.kinds.begin(), result.notes.kinds.end(),
                                  [](const auto& kind) { return kind.name.startsWith("RIGA CHE"); }));
+        }
+    }
+
+    void whatIsGoneStaysGone_data() {
+        Columns<QString, QString, QString, QString>("example", "list", "field", "tables");
+        Row("counterparties", "arcaevolution", "CF", "Cd_PG", "CON_TRO,CON_SED,CON_RIF");
+        Row("articles", "metodo", "ANAGRAFICAARTICOLI", "GRUPPO", "ART_ICO");
+        Row("documents", "metodo", "ANAGRAFICACF", "PORTO", "DOC_VEN,DOC_VER,DOC_VED,DOC_ACQ,DOC_ACR,DOC_ACD");
+        Row("balances", "adhoc", "SALDIART", "SLCODMAG", "MOV_MAG,MOV_MAR");
+    }
+    /// Giving codes to rows that somebody has deleted since does not import them.
+    void whatIsGoneStaysGone() {
+        QFETCH(QString, tables);
+        QFETCH(QString, list);
+        QFETCH(QString, field);
+        QFETCH(QString, example);
+        TestTarget test;
+        const examples::Example& source = MakeExample(test, example);
+        QVERIFY(!ImportBeforeCodes(test, source, list, field).isEmpty());
+        for (const QString& table : tables.split(',')) {
+            test.Execute("DELETE FROM X01_" + table);
+        }
+        Worklist worklist(test.Get(), registry::Find(source.origin));
+        test.Get().Results.clear();
+        const auto waiting = codes::FindRowsToRepeat(worklist);
+        QVERIFY(!waiting.empty());
+        for (const codes::RowsToRepeat& each : waiting) {
+            QCOMPARE(codes::Repeat(test.Get(), each), FlowOutcome::Done);
+        }
+        qint64 gone = 0;
+        for (const RunResult& result : test.Get().Results) {
+            QCOMPARE(result.inserted + result.givenUpCount, 0);
+            gone += result.skippedBy.value("in Quadrix non c'è più");
+        }
+        QVERIFY(gone > 0);
+        for (const QString& table : tables.split(',')) {
+            QCOMPARE(test.Value("SELECT COUNT(*) FROM X01_" + table), QString("0"));
         }
     }
 

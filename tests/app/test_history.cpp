@@ -4,9 +4,12 @@
 #include "app/history/rejects.h"
 #include "app/history/runTexts.h"
 #include "app/history/undo.h"
+#include "app/reset.h"
+#include "core/runEnding.h"
 #include "sources/tableFile.h"
 #include "sql/Transaction.h"
 #include "tests/app/KeptRuns.h"
+#include "tests/support/errorOf.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -55,7 +58,6 @@ private slots:
         QVERIFY(history.Log(1).contains("Riga abbandonata: tabella 'ART', CODICE 'B'"));
     }
 
-    /// The rows given up come back mended in the file, or at the source, and are imported alone.
     /// A code that reads like no value is one.
     void keepsCodesAsTheyAre() {
         Kept kept;
@@ -87,6 +89,7 @@ private slots:
         QCOMPARE(kept.Waiting(), before);
     }
 
+    /// The rows given up come back mended in the file, or at the source, and are imported alone.
     void importsRejectsAgain() {
         Kept kept;
         kept.Run();
@@ -172,11 +175,11 @@ private slots:
         QCOMPARE(kept.Account(), "4 = 1 + 0 + 0 + 1");
         kept.Target.Person.CancelAt.reset();
         History history(kept.Path());
-        kept.Run(RestOf(history.Load(1)));
+        kept.Run(RestOf(history, history.Load(1)));
         QCOMPARE(kept.Account(), "4 = 1 + 0 + 1 + 2");
-        QCOMPARE(kept.Target.Get().Results.last().skippedBy.firstKey(), "già importata prima dell'interruzione");
+        QCOMPARE(kept.Target.Get().Results.last().skippedBy.firstKey(), "già vista prima dell'interruzione");
         kept.Source("INSERT INTO ART VALUES ('0', 'Nuovo', '1', 'PZ')");
-        kept.Run(RestOf(history.Load(1)));
+        kept.Run(RestOf(history, history.Load(1)));
         QVERIFY(kept.Target.Get().Results.last().errors.first().contains("al posto di tabella 'ART', CODICE 'A' c'è"));
     }
 
@@ -190,10 +193,10 @@ private slots:
         QVERIFY(CanGoOn(history.Load(1)));
         Undo(kept.Target.Get(), history, 1);
         QVERIFY(!CanGoOn(history.Load(1)));
-        QVERIFY_EXCEPTION_THROWN(RestOf(history.Load(1)), ImportError);
+        QVERIFY_EXCEPTION_THROWN(RestOf(history, history.Load(1)), ImportError);
         QVERIFY(RunCells(history.Load(1)).contains("interrotta dall'operatore; annullata"));
         kept.Run();
-        QVERIFY_EXCEPTION_THROWN(RestOf(history.Load(2)), ImportError); // it came to its end
+        QVERIFY_EXCEPTION_THROWN(RestOf(history, history.Load(2)), ImportError); // it came to its end
         const QStringList waiting = kept.Waiting();
         QCOMPARE(waiting.size(), 1);
         kept.Source("UPDATE ART SET UM = 'PZ'");
@@ -203,6 +206,54 @@ private slots:
         QCOMPARE(kept.Waiting(), waiting);
         Undo(kept.Target.Get(), history, 2);
         QCOMPARE(kept.Waiting(), QStringList());
+    }
+
+    /// Rows that went with their table are not there: those that were mended neither, nor those in front of a rest.
+    void knowsWhatWasEmptied() {
+        Kept kept;
+        kept.Target.Person.CancelAt = 3;
+        kept.Run();
+        kept.Target.Person.CancelAt.reset();
+        const History history(kept.Path());
+        kept.Source("UPDATE ART SET COSTO = '2' WHERE CODICE = 'B'");
+        kept.Run(RejectsOf(history, 1));
+        QCOMPARE(RejectsIn(history.Load(1)), 0);
+        QVERIFY(RestOf(history, history.Load(1)) != nullptr);
+        ResetOptions options;
+        options.AnaArt = true;
+        QCOMPARE(ResetDatabase(kept.Target.Get(), options).outcome, RunResult::Outcome::Done);
+        QCOMPARE(RejectsIn(history.Load(1)), 1);
+        QVERIFY(ErrorOf([&] { RestOf(history, history.Load(1)); })
+                    ->Message()
+                    .contains("l'esecuzione 3 ha svuotato dopo la tabella X01_ART_ICO, in cui la 1 aveva scritto"));
+        const auto file = Open(kept.Path()); // of a release that kept it with the results alone
+        file->Execute("DROP TABLE touched_tables");
+        QCOMPARE(RejectsIn(History(kept.Path()).Load(1)), 1);
+    }
+
+    /// A run that goes on with another stands on what that one wrote, and tells the rows that it had given up.
+    void standsOnTheRunsBefore() {
+        Kept kept;
+        kept.Source("INSERT INTO ART VALUES ('AA', 'Vite corta', 'uno', 'PZ')");
+        kept.Target.Person.CancelAt = 3;
+        kept.Run(); // A, AA and B, which is the last: the next one begins with it
+        QCOMPARE(kept.Account(), "5 = 1 + 0 + 0 + 2");
+        const History history(kept.Path());
+        const auto resume = [&kept, &history](qint64 run) {
+            kept.Run(RestOf(history, history.Load(run)), false, run);
+            return kept.Target.Get().Results.last();
+        };
+        kept.Target.Person.CancelAt = 4;
+        QCOMPARE(resume(1).givenUpBefore, 0);
+        kept.Target.Person.CancelAt.reset();
+        const RunResult rest = resume(2);
+        QCOMPARE(kept.Account(), "5 = 0 + 0 + 4 + 1");
+        QCOMPARE(rest.givenUpBefore, 2); // AA and B
+        QVERIFY(LossesText(rest).contains("abbandonate prima dell'interruzione: 2"));
+        Undo(kept.Target.Get(), history, 1);
+        QVERIFY(ErrorOf([&] { RestOf(history, history.Load(2)); })
+                    ->Message()
+                    .contains("l'esecuzione 1, che la 2 riprende, è stata"));
     }
 
     /// A run that breaks off has not come to all who wait; one that leaves codes as they are has given nobody his.

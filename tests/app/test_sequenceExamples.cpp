@@ -1,4 +1,6 @@
+#include "app/codes/apply.h"
 #include "app/connectSource.h"
+#include "app/history/again.h"
 #include "app/sequence.h"
 #include "examples/examples.h"
 #include "tests/app/sequenceQuestions.h"
@@ -135,6 +137,44 @@ private slots:
                               "Saldi di Magazzino da Lantek 24", "Saldi di Magazzino da Ferrobrio"}));
         QCOMPARE(SequenceLines(result).first(), QString("Passi 6: completati 6"));
         QVERIFY(installation.Target.Log("mig.log").contains(hint.toLatin1()));
+    }
+
+    /// Each procedure by itself, out of its own source: rows given up, and those that wait for a code.
+    void rowsAreImportedAgain() {
+        Installation installation(Workshop);
+        Session& session = installation.Target.Get();
+        installation.ImportArticles();
+        installation.Target.Execute("DELETE FROM SYS_IMP WHERE TBNAM = 'CF' AND TBFLD = 'Cd_PG'");
+        installation.Run();
+        const history::History history(history::FilePath(session.Config.ConfigFile()));
+        const qint64 run = history.LastRun("X01");
+        QCOMPARE(history.Load(run).origin, QString());
+        QStringList pressed;
+        for (const history::Again& again : history::RejectsAgain(session, history, run, {}, ErrorAction::Ignore)) {
+            pressed.append(again.request.choice.origin->name + ' ' + again.request.procedure);
+        }
+        QCOMPARE(pressed, QStringList({"Arca Evolution ImportContropartiArcaEvolution",
+                                       "Lantek 24 ImportDocumentiLantek24", "AUTOMA ImportInventarioAUTOMA",
+                                       "Lantek 24 ImportInventarioLantek24", "Ferrobrio ImportSaldiFerrobrio"}));
+        session.Config.SetAppConfig("IMPORT", "Databasename",
+                                    installation.Target.Folder.filePath("arcaevolution/arca.db"));
+        const QString open = "TBNAM = 'CF' AND TBFLD = 'Cd_PG'";
+        const QString code = installation.Target.Value("SELECT MIN(TBOLD) FROM SYS_IMP WHERE " + open);
+        QVERIFY(!code.isEmpty());
+        installation.Target.Execute("UPDATE SYS_IMP SET TBNEW = 'PAG' WHERE " + open + " AND TBOLD = '" + code + "'");
+        codes::Worklist worklist(session, nullptr);
+        const auto waiting = codes::FindRowsToRepeat(worklist);
+        QCOMPARE(waiting.size(), size_t(1));
+        QCOMPARE(waiting.front().origin + ' ' + waiting.front().press, pressed.front());
+        QCOMPARE(codes::Repeat(session, waiting.front()), FlowOutcome::Done);
+        QCOMPARE(session.Results.last().updated, waiting.front().Count());
+        QCOMPARE(session.Results.last().inserted, 0);
+
+        session.Results.clear();
+        const auto all = history::RejectsAgain(session, history, run, {}, ErrorAction::Ignore);
+        QCOMPARE(RunImport(session, all.front().request), FlowOutcome::Done);
+        QCOMPARE(session.Results.last().sourceRows, 2);
+        QCOMPARE(session.Results.last().givenUpCount, 2); // they are as wrong as before
     }
 
     /// What the operator has filled in between two presses counts in the second, and what is still open is told again.

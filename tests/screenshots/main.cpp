@@ -283,7 +283,7 @@ void TakeAfterImport(TestWindow& test, const Album& album) {
     session.Quadrix.Execute("DROP TRIGGER REFUSED");
     const history::History history(history::FilePath(session.Config.ConfigFile()));
     const qint64 incomplete = 2;
-    RunImport(session, history::RejectsAgain(session, history, incomplete, {}, ErrorAction::Ignore)->request);
+    RunImport(session, history::RejectsAgain(session, history, incomplete, {}, ErrorAction::Ignore).front().request);
     const qint64 last = history.LastRun();
     test.Window().findChild<QToolButton*>("cmdHistory")->click();
     auto* runs = test.Window().findChild<frmHistory*>();

@@ -155,8 +155,8 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (declared.there == ArticleThere::Kept && IsThere(GetSession(), "ART_ICO", "CDART", facts.code)) {
         return Run().Skip(QStringLiteral("articolo già presente"));
     }
-    if (FillsCodes(Run()) && IsThere(GetSession(), "ART_ICO", "CDART", facts.code)) {
-        return FillCodesOf(row, facts);
+    if (FillsCodes(Run())) {
+        return IsThere(GetSession(), "ART_ICO", "CDART", facts.code) ? FillCodesOf(row, facts) : SkipGone(Run());
     }
     const RowOutcome outcome = m_writer.Write(m_kind->mappings.front(), row, facts, [&](TargetRow& target) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -173,6 +174,9 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
     if (declared.note.IsSet()) {
         head.note = declared.note.Text(session, row);
     }
+    if (FillsCodes(Run()) && m_writer.Find(head) == 0) {
+        return SkipGone(Run());
+    }
     if (GivesWay(row, head)) {
         return Run().Skip(QStringLiteral("revisione già importata"));
     }
@@ -288,7 +292,7 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
         });
     }
     if (written.first == 0) {
-        written.first = m_writer.Write(Phase{});
+        written.first = m_kind->declared.phases ? m_writer.WriteGeneric() : m_writer.Write(Phase{});
     }
     return written;
 }

@@ -214,8 +214,8 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     const bool onlyCarrier = !roles.customer && !roles.supplier;
     const Placement place = onlyCarrier ? m_carriers.Place(identity) : PlaceOf(row, identity);
     CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
-    if (place.known && FillsCodes(Run())) {
-        return FillCodesOf(writer, row, place, roles);
+    if (FillsCodes(Run())) {
+        return place.known ? FillCodesOf(writer, row, place, roles) : SkipGone(Run());
     }
     const RowOutcome outcome = Write(writer, row, place, roles);
     writer.Numbers(OwnerOf(place), row, declared.numbers);

@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/PartyRows.h"
 
+#include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 
 namespace contract {
@@ -68,6 +69,10 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
     const qint64 before = run.WrittenRows(kind.mapping.targetTable);
     TargetRow target = writer.NewRow(kind.mapping.targetTable);
     kind.mapping.Apply(target, run.GetSession(), row, {code});
+    if (FillsCodes(run) && IsBranch(kind.declared)) {
+        return writer.FillBranch(hangsOn, target) ? RowOutcome::Updated
+                                                  : run.Skip(QStringLiteral("nessuna sede a cui manchi un codice"));
+    }
     const Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
     writer.Numbers(owner, row, kind.declared.numbers);
     return run.WrittenRows(kind.mapping.targetTable) > before

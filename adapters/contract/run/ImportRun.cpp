@@ -192,6 +192,7 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
     }
     for (const QString& table : tables) {
         const QString name = FullName(table);
+        WillEmpty(name);
         // A server that is told to truncate does not tell how many rows there were.
         const qint64 before = m_session.Quadrix.Embedded
                                   ? -1
@@ -203,8 +204,15 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
 }
 
 void ImportRun::Delete(const QString& table, const QString& statement) {
+    WillEmpty(table);
     const qint64 rows = m_session.Quadrix.Execute(statement);
     TellEmptied(table, rows, QStringLiteral("Tabella %1: %2").arg(table, DeletedText(rows)));
+}
+
+void ImportRun::WillEmpty(const QString& table) const {
+    if (m_session.Observer != nullptr) {
+        m_session.Observer->TableIsEmptied(table);
+    }
 }
 
 void ImportRun::TellEmptied(const QString& table, qint64 rows, const QString& line) {

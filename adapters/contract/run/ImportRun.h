@@ -173,6 +173,7 @@ private:
     void AppendToLog(const QString& line);
     void LogLines();
     void LogOrReport(const QString& message);
+    void WillEmpty(const QString& table) const;
     void TellEmptied(const QString& table, qint64 rows, const QString& line);
     void TellNotMet();
     void LogEnding();

@@ -14,6 +14,7 @@ void RowLoop::FindPlace() {
     if (!reached || m_loopNumber > reached->loop) {
         return;
     }
+    m_run.m_account.Result.givenUpBefore = reached->givenUp;
     m_before = m_loopNumber < reached->loop ? std::numeric_limits<qint64>::max() : reached->rows;
     m_lastBefore = m_loopNumber < reached->loop ? QString() : reached->last;
 }
@@ -39,7 +40,7 @@ bool RowLoop::IsBehind(const Unit& unit) {
                 .arg(m_lastBefore, unit.keys.last()));
     }
     for (qint64 row = 0; row < rows; ++row) {
-        m_run.m_account.Count(RowOutcome::Skipped, QStringLiteral("già importata prima dell'interruzione"));
+        m_run.m_account.Count(RowOutcome::Skipped, QStringLiteral("già vista prima dell'interruzione"));
     }
     m_run.CommitAccount();
     return false;
@@ -104,7 +105,9 @@ void RowLoop::TellGivenUp(const Unit& unit, size_t row, const QString& reason) {
                          NumberOf(shown),
                          reason,
                          m_held->Columns(),
-                         {}};
+                         {},
+                         m_loopNumber,
+                         unit.end};
     for (QVariant& value : values) {
         value = value.metaType() == QMetaType::fromType<ImportError>() ? QVariant() : value;
     }

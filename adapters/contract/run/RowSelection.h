@@ -35,7 +35,8 @@ public:
     struct Reached {
         int loop = 0; ///< from 0
         qint64 rows = 0;
-        QString last; ///< name of the last of these rows
+        QString last;       ///< name of the last of these rows
+        qint64 givenUp = 0; ///< of these rows, those that it has given up and no later run has imported
     };
 
     /// The procedure of the list that is to run: what follows is told of it, whatever name its run reports under.

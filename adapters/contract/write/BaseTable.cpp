@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -31,6 +32,9 @@ QString HasValue(const Session& session, const schema::Column& column, const QVa
 RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
     const QString codeColumn = schema::FindTable(mapping.targetTable)->CodeColumn();
     const bool known = IsThere(run.GetSession(), mapping.targetTable, codeColumn, facts.code);
+    if (!known && FillsCodes(run)) {
+        return SkipGone(run);
+    }
     TargetRow target(run, mapping.targetTable);
     mapping.Apply(target, run.GetSession(), row, facts);
     return Write(target, known ? Equals(run.GetSession(), codeColumn, facts.code) : QString());

@@ -47,18 +47,23 @@ bool BillWriter::HasArticle(const QString& article) const {
     return IsThere(m_run.GetSession(), "ART_ICO", "CDART", article);
 }
 
+qint64 BillWriter::Find(const BillHead& head) const {
+    Session& session = m_run.GetSession();
+    QString condition = Equals(session, "DBART", head.article);
+    if (!head.revision.isNull()) {
+        condition += QStringLiteral(" AND DBREV = ") +
+                     mod_ovTools::FormatSqlValue(head.revision, DataType::Integer, session.Quadrix.ProviderType);
+    }
+    return IdWhere(session, "DIS_BAS", condition);
+}
+
 RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     m_quantities.clear();
     m_phases.clear();
     m_firstPhase = 0;
-    QString condition = Equals(session, "DBART", head.article);
-    if (!head.revision.isNull()) {
-        condition += QStringLiteral(" AND DBREV = ") +
-                     mod_ovTools::FormatSqlValue(head.revision, DataType::Integer, session.Quadrix.ProviderType);
-    }
-    m_bill = IdWhere(session, "DIS_BAS", condition);
+    m_bill = Find(head);
     m_wasThere = m_bill != 0;
     m_replaces = m_wasThere && head.replaces;
     Claim(head);
@@ -137,6 +142,15 @@ qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&
     const qint64 id = known != 0 ? known : m_run.LastId("DIS_FAS");
     m_firstPhase = m_firstPhase == 0 ? id : m_firstPhase;
     return id;
+}
+
+qint64 BillWriter::WriteGeneric() {
+    const qint64 first = m_wasThere && !m_replaces
+                             ? IdWhere(m_run.GetSession(), "DIS_FAS",
+                                       Equals("IDDIS", m_bill) + QStringLiteral(" AND ") +
+                                           OfImports(m_run.GetSession()) + QStringLiteral(" ORDER BY DLSEQ, RECORD_ID"))
+                             : 0;
+    return first != 0 ? first : Write(Phase{});
 }
 
 /// With what the run wrote of it before.

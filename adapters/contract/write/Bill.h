@@ -60,6 +60,8 @@ public:
 
     /// Whether the article is there.
     bool HasArticle(const QString& article) const;
+    /// RECORD_ID of the bill of an article, and of its revision where that is told; 0 when there is none.
+    qint64 Find(const BillHead& head) const;
     /// Makes sure that an article has a bill: a new one is inserted, an existing one marked as changed. What it holds
     /// is written by the calls below. @param sourceKey key of the bill in the source
     RowOutcome Begin(const QString& article, const QString& sourceKey) { return Begin(BillHead{article, sourceKey}); }
@@ -69,6 +71,10 @@ public:
     RowOutcome Begin(const BillHead& head, const std::function<void(TargetRow&)>& more = {});
     /// RECORD_ID of the bill begun last.
     qint64 BillId() const { return m_bill; }
+    /// The phase that a bill begun last which has none in the source hangs its components on: the first that an import
+    /// has written, where the bill was there with phases that are none of these, else the generic one, which is
+    /// written. @return its RECORD_ID
+    qint64 WriteGeneric();
     /// Writes a phase of the bill begun last, or the phase of that sequence number when it is there.
     /// @param more sets further columns @return its RECORD_ID
     qint64 Write(const Phase& phase, const std::function<void(TargetRow&)>& more = {});

@@ -29,7 +29,7 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
                      const qint64 id = writer.Write(Phase{last, WorkOf(run, row), {}, 0, NumberOf(row, "StdTime")});
                      first = first == 0 ? id : first;
                  });
-    return first == 0 ? writer.Write(Phase{}) : first;
+    return first == 0 ? writer.WriteGeneric() : first;
 }
 
 /// The article of a sheet that a product is cut from: of its material and thickness.

@@ -157,7 +157,10 @@ CounterpartyMapping::CounterpartyMapping(Mapping whole)
 RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
                                      const Roles& roles, const std::function<void(TargetRow&)>& more) const {
     TargetRow target(m_run, QStringLiteral("CON_TRO"));
-    if (place.known && FillsCodes(m_run)) {
+    if (FillsCodes(m_run) && !place.known) {
+        return SkipGone(m_run);
+    }
+    if (FillsCodes(m_run)) {
         const MissingCodes missing(m_run, QStringLiteral("CON_TRO"), {place.code, roles});
         missing.Apply(mapping.Whole(), row, target);
         if (more) {

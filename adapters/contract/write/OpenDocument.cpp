@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/missingCodes.h"
 
 namespace contract {
 
@@ -36,6 +37,9 @@ OpenDocument::State OpenDocument::Write(const QString& key, const Head& head, qi
         m_run.Remember(m_ended, known);
         return state;
     }
+    if (!state.wasThere && FillsCodes(m_run)) {
+        return state;
+    }
     TargetRow target = m_writer.Head(fields);
     if (head.more) {
         head.more(target);
@@ -50,12 +54,16 @@ OpenDocument::State OpenDocument::Write(const QString& key, const Head& head, qi
     return state;
 }
 
+RowOutcome OpenDocument::SkipUnwritten(const State& state) const {
+    return state.wasThere ? m_run.Skip(AlreadyImported) : SkipGone(m_run);
+}
+
 RowOutcome OpenDocument::Begin(const QString& key, const Head& head) {
     const State state = Write(key, head, Find(head));
     m_run.Restores(m_state);
     m_state = state;
     if (state.id == 0) {
-        return m_run.Skip(AlreadyImported);
+        return SkipUnwritten(state);
     }
     return state.wasThere ? RowOutcome::Updated : RowOutcome::Inserted;
 }
@@ -72,7 +80,7 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
         return m_run.Skip(ArticleMissing);
     }
     State state = begins ? Write(key, first, known) : *m_state;
-    const RowOutcome outcome = state.id == 0 ? m_run.Skip(AlreadyImported) : WriteRow(state, values, more, id);
+    const RowOutcome outcome = state.id == 0 ? SkipUnwritten(state) : WriteRow(state, values, more, id);
     m_run.Restores(m_state);
     m_state = state;
     return outcome;

@@ -63,13 +63,14 @@ public:
 private:
     struct State {
         QString key = {};
-        qint64 id = 0; ///< 0: the document is left out
+        qint64 id = 0; ///< 0: the document is left out, as it was there, or as it is there no more
         DocumentHead head = {};
         bool wasThere = false;
         QSet<qint64> written = {}; ///< rows of a document that was there
     };
     qint64 Find(const Head& head);
     State Write(const QString& key, const Head& head, qint64 known);
+    RowOutcome SkipUnwritten(const State& state) const;
     RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
 
     ImportRun& m_run;

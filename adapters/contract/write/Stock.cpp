@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -147,6 +148,9 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     const Known known = FindKnown(line);
     if (known.id == 0 && line.quantity == 0) {
         return m_run.Skip(QStringLiteral("giacenza a zero"));
+    }
+    if (known.id == 0 && FillsCodes(m_run)) {
+        return SkipGone(m_run);
     }
     const Recordset found = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") +
                                                                  m_run.FullName("ART_ICO") + QStringLiteral(" WHERE ") +

@@ -24,6 +24,8 @@ bool FillsCodes(const ImportRun& run) {
     return session.Selection != nullptr && session.Selection->FillsCodes();
 }
 
+RowOutcome SkipGone(ImportRun& run) { return run.Skip(QStringLiteral("in Quadrix non c'è più")); }
+
 void LeaveCodes(ImportRun& run) {
     if (RunObserver* observer = run.GetSession().Observer; observer != nullptr) {
         observer->CodesAreLeft();

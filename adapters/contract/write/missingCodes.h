@@ -8,6 +8,8 @@ namespace contract {
 /// Whether a run gives rows that are there the codes that have been translated since, and leaves the rest of them as it
 /// is (`RowSelection::FillsCodes`).
 bool FillsCodes(const ImportRun& run);
+/// Leaves out a row that such a run does not find in the target: it has gone since.
+RowOutcome SkipGone(ImportRun& run);
 /// A row that is there keeps the codes that it has: those that it waits for it waits for still.
 void LeaveCodes(ImportRun& run);
 

@@ -108,7 +108,7 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
                      const qint64 id = writer.Write(phase);
                      first = first == 0 ? id : first;
                  });
-    return first == 0 ? writer.Write(Phase{}) : first;
+    return first == 0 ? writer.WriteGeneric() : first;
 }
 
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
