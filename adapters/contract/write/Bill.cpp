@@ -145,11 +145,15 @@ qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&
 }
 
 qint64 BillWriter::WriteGeneric() {
-    const qint64 first = m_wasThere && !m_replaces
-                             ? IdWhere(m_run.GetSession(), "DIS_FAS",
-                                       Equals("IDDIS", m_bill) + QStringLiteral(" AND ") +
-                                           OfImports(m_run.GetSession()) + QStringLiteral(" ORDER BY DLSEQ, RECORD_ID"))
-                             : 0;
+    Session& session = m_run.GetSession();
+    const QString isOther = QStringLiteral("(DLSEQ <> %1 OR DLLAV <> ").arg(FirstPhase) + m_run.Quoted(GenericWork) +
+                            QStringLiteral(" OR COALESCE(DLTAP, 0) <> 0 OR COALESCE(DLTUP, 0) <> 0)");
+    const qint64 first =
+        m_wasThere && !m_replaces
+            ? IdWhere(session, "DIS_FAS",
+                      Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + isOther + QStringLiteral(" AND ") +
+                          OfImports(session) + QStringLiteral(" ORDER BY DLSEQ, RECORD_ID"))
+            : 0;
     return first != 0 ? first : Write(Phase{});
 }
 
