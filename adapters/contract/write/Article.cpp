@@ -65,7 +65,36 @@ quint64 DigestOf(const QString& sourceCode, bool isOwn) {
     return code | (static_cast<quint64>(qHash(sourceCode)) & ~CodeMask & ~OwnMask) | (isOwn ? OwnMask : 0);
 }
 
+/// A text without the marks of its letters, by which some collations tell nothing apart ("È" and "E").
+QString WithoutMarks(const QString& text) {
+    QString plain = mod_ovTools::UpperChars(text).normalized(QString::NormalizationForm_KD);
+    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+    return plain;
+}
+
 } // namespace
+
+/// Raises `ImportError` where the database takes the article for another one of the run.
+void ArticleWriter::CheckApart(const QString& article) {
+    constexpr char16_t firstFurther = 0x80;
+    const bool isPlain = std::none_of(article.begin(), article.end(), [](QChar c) { return c >= firstFurther; });
+    if (isPlain && m_marked.isEmpty()) {
+        return;
+    }
+    const QString upper = mod_ovTools::UpperChars(article);
+    const QString plain = isPlain ? upper : WithoutMarks(article);
+    const size_t key = qHash(plain);
+    const bool mayBeAnother = m_marked.contains(key) || (plain != upper && m_claimed.contains(key));
+    const QString there = mayBeAnother ? LookUp(m_run.GetSession(), Art, CodeColumn, article, CodeColumn) : QString();
+    if (!there.isEmpty() && mod_ovTools::UpperChars(there) != upper) {
+        throw ImportError(
+            QStringLiteral("il codice '%1' è per il database lo stesso di '%2', che è un altro articolo dell'origine")
+                .arg(article, there));
+    }
+    if (plain != upper) {
+        m_run.Remember(m_marked, key);
+    }
+}
 
 void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     Session& session = m_run.GetSession();
@@ -75,6 +104,7 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     const size_t key = qHash(mod_ovTools::UpperChars(article));
     const auto there = m_claimed.constFind(key);
     if (there == m_claimed.constEnd()) {
+        CheckApart(article);
         m_claimed.insert(key, digest);
         m_run.WhenTakenBack([this, key] { m_claimed.remove(key); });
         return;
