@@ -1,4 +1,5 @@
 #include "adapters/contract/map/rules.h"
+#include "adapters/contract/map/wholeNumbers.h"
 #include "sql/mod_ovTools.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -6,6 +7,8 @@
 #include "tests/support/TestTarget.h"
 
 #include <QTest>
+
+#include <limits>
 
 using namespace contract;
 using namespace contract::rules;
@@ -98,6 +101,15 @@ private slots:
         QCOMPARE(TextOf(Apply(KnownSupplier(), "'F9' A")), LeftOut);
         QVERIFY2(QString::fromLatin1(m_target->Log()).contains("FORNITORE NON TROVATO: riga 8: 'F9'"),
                  m_target->Log().constData());
+    }
+
+    /// Numbers of rows and years: what is behind the mark is cut, what a number of Quadrix does not hold is an error.
+    void wholeParts() {
+        QCOMPARE(WholePartOf(3.9), 3);
+        QCOMPARE(WholePartOf(-2147483648.0 + 0.5), -2147483647);
+        for (const double number : {2147483648.0, -1e300, std::numeric_limits<double>::quiet_NaN()}) {
+            QVERIFY(ErrorOf<ImportError>([number] { WholePartOf(number); }).has_value());
+        }
     }
 
     /// Of a number of which only the beginning counts, the rest does not get lost silently.

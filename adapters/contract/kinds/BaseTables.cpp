@@ -59,7 +59,7 @@ void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields
 
 void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Session& session, const SourceRow& term,
                const QString& start) {
-    const int count = static_cast<int>(series.count.Number(session, term));
+    const int count = series.count.WholeNumber(session, term);
     for (int i = 0; i < count; ++i) {
         all.push_back({series.type.Text(session, term),
                        series.firstDays.Number(session, term) + i * series.everyDays.Number(session, term),

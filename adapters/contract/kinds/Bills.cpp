@@ -253,8 +253,8 @@ int BillImporter::SequenceOf(const BillPhases& phases, const SourceRow& row, int
     if (!phases.number.IsSet()) {
         return last + schema::defaults::FirstPhase;
     }
-    return NumberBehind(Run(), last, static_cast<int>(phases.number.Number(GetSession(), row)),
-                        schema::defaults::FirstPhase, [&] { return phases.rows.Name(row); });
+    return NumberBehind(Run(), last, phases.number.WholeNumber(GetSession(), row), schema::defaults::FirstPhase,
+                        [&] { return phases.rows.Name(row); });
 }
 
 Phases BillImporter::WritePhases(const SourceRow& bill) {

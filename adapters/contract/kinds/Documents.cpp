@@ -308,7 +308,7 @@ int DocumentImporter::YearOf(const SourceRow& row) {
     if (!fields.year.IsSet()) {
         return fields.day.Day(GetSession(), row).toDateTime().date().year();
     }
-    const int year = static_cast<int>(fields.year.Number(GetSession(), row));
+    const int year = fields.year.WholeNumber(GetSession(), row);
     if (year <= 0) {
         throw ImportError(
             QStringLiteral("colonna '%1': '%2' non è un anno")
@@ -368,7 +368,7 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     Session& session = GetSession();
     const DocumentRowFields& fields = Declared().row;
     DocumentRow values;
-    values.number = static_cast<int>(fields.number.Number(session, row));
+    values.number = fields.number.WholeNumber(session, row);
     values.article = fields.article.Text(session, row);
     values.type = fields.type.Text(session, row);
     if (values.type.isEmpty()) {

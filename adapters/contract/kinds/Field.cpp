@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/Field.h"
 
+#include "adapters/contract/map/wholeNumbers.h"
 #include "sql/mod_ovTools.h"
 
 #include <algorithm>
@@ -82,6 +83,15 @@ double Field::Number(Session& session, const SourceRow& row, const Facts& facts)
         Refuse(QStringLiteral("'%1' non è un numero").arg(text));
     }
     return *number;
+}
+
+int Field::WholeNumber(Session& session, const SourceRow& row) const {
+    const double number = Number(session, row);
+    try {
+        return WholePartOf(number);
+    } catch (const ImportError& error) {
+        Refuse(error.Message());
+    }
 }
 
 QVariant Field::NumberOrNull(Session& session, const SourceRow& row) const {

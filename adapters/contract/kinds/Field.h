@@ -30,6 +30,8 @@ public:
     QString RequiredText(Session& session, const SourceRow& row) const;
     /// The same as number; 0 for blank and Null. Raises `ImportError` naming the columns when it is none.
     double Number(Session& session, const SourceRow& row, const Facts& facts = {}) const;
+    /// What the number has in front of its decimal mark. Raises `ImportError` also where 32 bits do not hold it.
+    int WholeNumber(Session& session, const SourceRow& row) const;
     /// The same as number; Null for blank.
     QVariant NumberOrNull(Session& session, const SourceRow& row) const;
     /// The same as date; Null for blank. Raises `ImportError` naming the columns when it is none.
@@ -48,7 +50,7 @@ public:
 
 private:
     RuleValue Apply(Session& session, const SourceRow& row, const Facts& facts) const;
-    void Refuse(const QString& why) const;
+    [[noreturn]] void Refuse(const QString& why) const;
 
     std::optional<MapLine> m_line;
 };

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -11,6 +12,7 @@ const QString Orders = QStringLiteral("ORD_PRO");
 const QString Parts = QStringLiteral("ORD_COM");
 const QString Phases = QStringLiteral("ORD_FAS");
 const QString PartOwner = QStringLiteral("IDORD");
+const QString PartArticle = QStringLiteral("OCART");
 const QString PhaseOwner = QStringLiteral("IDOPR");
 
 /// The rows that an earlier import wrote for an owner: rewritten one after the other, the rest is deleted.
@@ -44,6 +46,14 @@ private:
     QString m_table;
     QList<qint64> m_known;
 };
+
+/// A component is written without its article as well: what the order needs would be wrong without it.
+void TellMissingArticle(ImportRun& run, const TargetRow& part, const QString& name) {
+    const QString article = mod_ovTools::ToText(part.Value(PartArticle));
+    if (!article.isEmpty() && !IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
+        run.Log(QStringLiteral("COMPONENTE SENZA ARTICOLO: %1: '%2'").arg(name, article));
+    }
+}
 
 } // namespace
 
@@ -88,6 +98,9 @@ void ProductionOrderWriter::WriteChildren(ImportRun& run, const SourceRow& order
         TargetRow target(run, mapping.targetTable);
         target.Set(owner, id);
         mapping.Apply(target, run.GetSession(), row, {});
+        if (mapping.targetTable == Parts) {
+            TellMissingArticle(run, target, rows.Name(row));
+        }
         known.Write(target);
     });
     for (const qint64 rest : known.Rest()) {

@@ -53,13 +53,27 @@ double NumberIn(const SourceRow& row, const QString& column) {
 
 } // namespace
 
-double NumberOf(const SourceRow& row, const QString& column) {
+namespace {
+
+/// What some work makes of a column, whose errors name it.
+template<class Work>
+auto OfColumn(const QString& column, const Work& work) {
     try {
-        return NumberIn(row, column);
+        return work();
     } catch (ImportError& error) {
         error.AddContext(QStringLiteral("colonna '%1'").arg(column));
         throw;
     }
+}
+
+} // namespace
+
+double NumberOf(const SourceRow& row, const QString& column) {
+    return OfColumn(column, [&] { return NumberIn(row, column); });
+}
+
+int WholeNumberOf(const SourceRow& row, const QString& column) {
+    return OfColumn(column, [&] { return WholePartOf(NumberIn(row, column)); });
 }
 
 std::array<double, 3> DiscountsOf(const QString& text) {

@@ -220,6 +220,9 @@ Rule SupplierOnly(const Rule& rule);
 /// The number of a source column, 0 when it is blank. Raises `ImportError` naming the column when it is no number.
 double NumberOf(const SourceRow& row, const QString& column);
 
+/// What it has in front of the decimal mark. Raises `ImportError` naming the column also where 32 bits do not hold it.
+int WholeNumberOf(const SourceRow& row, const QString& column);
+
 /// The discounts that a text joins with "+", 0 for those that are not there: "10+4" gives 10, 4, 0. Raises
 /// `ImportError` when a part is no number, or there are more than three.
 std::array<double, 3> DiscountsOf(const QString& text);

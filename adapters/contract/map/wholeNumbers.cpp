@@ -1,10 +1,12 @@
 #include "adapters/contract/map/wholeNumbers.h"
 
+#include "sql/errors.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace contract {
 
@@ -54,6 +56,13 @@ std::optional<qint64> ReadWholeNumber(const QVariant& value) {
     }
     QString storage;
     return WholeOf(ViewText(value, storage));
+}
+
+int WholePartOf(double number) {
+    if (!(std::abs(number) < -static_cast<double>(std::numeric_limits<int>::min()))) {
+        throw ImportError(QStringLiteral("%1 è troppo grande").arg(mod_ovTools::NumberText(number)));
+    }
+    return static_cast<int>(number);
 }
 
 } // namespace contract

@@ -10,4 +10,7 @@ namespace contract {
 /// mark. None for any other value, and for one that 64 bits do not hold. An exponent is none: "1E3" is a code.
 std::optional<qint64> ReadWholeNumber(const QVariant& value);
 
+/// What a number has in front of its decimal mark. Raises `ImportError` where 32 bits do not hold it.
+int WholePartOf(double number);
+
 } // namespace contract

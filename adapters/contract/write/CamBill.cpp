@@ -24,7 +24,7 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
     int last = 0;
     ForEachChild(run.GetSession(), OfProduct(run, Operations, product) + "\rORDER BY OOrder", Operations,
                  "PrdRef, OOrder", [&](const SourceRow& row) {
-                     last = NumberBehind(run, last, static_cast<int>(NumberOf(row, "OOrder")), OperationStep,
+                     last = NumberBehind(run, last, WholeNumberOf(row, "OOrder"), OperationStep,
                                          [&row] { return NameOf(row, Operations, "PrdRef, OOrder"); });
                      const qint64 id = writer.Write(Phase{last, WorkOf(run, row), {}, 0, NumberOf(row, "StdTime")});
                      first = first == 0 ? id : first;

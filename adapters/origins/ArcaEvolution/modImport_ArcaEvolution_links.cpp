@@ -44,7 +44,7 @@ Rule NumberBeforeSlash() {
 }
 
 int YearOf(const SourceRow& row) {
-    return row.IsBlank("EsAnno") ? DateOf(row, "DataDoc").toDate().year() : static_cast<int>(NumberOf(row, "EsAnno"));
+    return row.IsBlank("EsAnno") ? DateOf(row, "DataDoc").toDate().year() : WholeNumberOf(row, "EsAnno");
 }
 
 QString PartyOf(Session& session, const QString& code) {
@@ -118,7 +118,7 @@ qint64 RowsUnderWay::OriginRow(const Family& family, qint64 sourceRow) {
                                     QStringList{OfSeries(session, series), Equals(session, "DTCON", party),
                                                 OnDay(session, "DTDAT", DateOf(row, "DataDoc"))}
                                         .join(QStringLiteral(" AND ")));
-    return head == 0 || HasTwin(session, row, of) ? 0 : writer.FindRow(head, static_cast<int>(NumberOf(row, "Riga")));
+    return head == 0 || HasTwin(session, row, of) ? 0 : writer.FindRow(head, WholeNumberOf(row, "Riga"));
 }
 
 void RowsUnderWay::SetOrigin(const SourceRow& row, TargetRow& target) {

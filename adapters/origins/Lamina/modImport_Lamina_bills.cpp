@@ -10,6 +10,8 @@
 #include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
 
+#include <limits>
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -74,7 +76,7 @@ const Mapping& PhaseMapping() {
 }
 
 int SequenceOf(const SourceRow& row) {
-    const int sequence = static_cast<int>(NumberOf(row, "SEQUENZA"));
+    const int sequence = WholeNumberOf(row, "SEQUENZA");
     if (sequence <= 0) {
         throw ImportError(
             QStringLiteral("colonna 'SEQUENZA': '%1' non è il numero di una fase").arg(row.Text("SEQUENZA")));
@@ -136,7 +138,9 @@ void PhaseImporter::Meet(const SourceRow& row, qint64 bill) {
     m_sequences.clear();
     int highest = 0;
     RowsOfBill().ForEach(GetSession(), row, [&](const SourceRow& one) {
-        int sequence = static_cast<int>(mod_ovTools::ReadNumber(one.Text("SEQUENZA")).value_or(0));
+        // one that cannot be read is told with its own row
+        const double number = mod_ovTools::ReadNumber(one.Text("SEQUENZA")).value_or(0);
+        auto sequence = static_cast<int>(std::clamp<double>(number, 0, std::numeric_limits<int>::max()));
         if (sequence > 0 && m_sequences.contains(sequence)) {
             m_highest.insert(one.Text(Line), highest);
             sequence = highest + schema::defaults::FirstPhase;

@@ -149,7 +149,7 @@ RowOutcome OrderImporter::Row(const SourceRow& row) {
     }
     int sequence = 0;
     ForEachChild(session, OperationsOf(m_run, row), Operations, OperationKey, [&](const SourceRow& operation) {
-        sequence = NumberBehind(m_run, sequence, static_cast<int>(NumberOf(operation, "OOrder")), cam::OperationStep,
+        sequence = NumberBehind(m_run, sequence, WholeNumberOf(operation, "OOrder"), cam::OperationStep,
                                 [&operation] { return NameOf(operation, Operations, OperationKey); });
         WriteOperation(operation, order, sequence);
     });

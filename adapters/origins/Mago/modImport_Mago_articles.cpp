@@ -103,7 +103,7 @@ Articles Articoli() {
         .lines =
             {
                 {"CDEXT", "Item", Text()},
-                {"ARDEC", "DescriptionText", NotBlank(First(255))},
+                {"ARDEC", "DescriptionText", First(255)},
                 {"ARDE2", "ShortDescription", Text()},
                 {"ARUMS", "BaseUoM", ItemUnit(schema::defaults::Unit)},
                 {"ARUMP", "ReceiptUoM", ItemUnit("")},

@@ -110,7 +110,7 @@ ImportedRow FindImported(ImportRun& run, const QVariant& document, int number) {
     const QString cause = modImport::GetNewCode(session, Parametri, "CODICE", head.Text("TIPODOC"), true);
     const DocumentWriter writer(run, family);
     const qint64 id =
-        writer.Find(head.Text("NUMERODOC"), cause, static_cast<int>(NumberOf(head, "ESERCIZIO")),
+        writer.Find(head.Text("NUMERODOC"), cause, WholeNumberOf(head, "ESERCIZIO"),
                     OfSeries(session, head.Text("BIS")) + u" AND " + OnDay(session, "DTDAT", DateOf(head, "DATADOC")));
     return {family.row, id == 0 ? 0 : writer.FindRow(id, number)};
 }
@@ -121,16 +121,15 @@ ImportedRow FindOrigin(ImportRun& run, const SourceRow& row) {
     const Recordset origins = source.ExecuteWC(
         "SELECT POSIZIONE FROM RIGHEDOCUMENTI WHERE IDTESTA = " + LiteralOf(source, row.Value("IDTESTARP")) +
         " AND IDRIGA = " + LiteralOf(source, row.Value("IDRIGARP")));
-    return origins.Eof()
-               ? ImportedRow()
-               : FindImported(run, row.Value("IDTESTARP"), static_cast<int>(NumberOf(SourceRow(origins), "POSIZIONE")));
+    return origins.Eof() ? ImportedRow()
+                         : FindImported(run, row.Value("IDTESTARP"), WholeNumberOf(SourceRow(origins), "POSIZIONE"));
 }
 
 QVariant LinkTo(const ImportedRow& origin) { return origin.id == 0 ? QVariant() : QVariant(origin.id); }
 
 /// Links a row to the one that it was made from; one that has none any more has no link either.
 RowOutcome LinkRow(ImportRun& run, const SourceRow& row) {
-    const ImportedRow made = FindImported(run, row.Value("IDTESTA"), static_cast<int>(NumberOf(row, "POSIZIONE")));
+    const ImportedRow made = FindImported(run, row.Value("IDTESTA"), WholeNumberOf(row, "POSIZIONE"));
     if (made.id == 0) {
         return run.Skip("riga non importata");
     }

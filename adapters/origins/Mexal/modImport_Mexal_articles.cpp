@@ -217,7 +217,7 @@ QString WarehouseOf(Session& session, const SourceRow& row) {
     if (!known.isEmpty() || number.isEmpty()) {
         return known.isEmpty() ? schema::defaults::Warehouse : known;
     }
-    return QStringLiteral("%1").arg(static_cast<int>(NumberOf(row, "NUMMAG")), 3, 10, QLatin1Char('0'));
+    return QStringLiteral("%1").arg(WholeNumberOf(row, "NUMMAG"), 3, 10, QLatin1Char('0'));
 }
 
 RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row, QSet<QString>& seen) {

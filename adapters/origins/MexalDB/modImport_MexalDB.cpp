@@ -294,7 +294,7 @@ Articles Articoli() {
 /// Phases are numbered 1, 2, 3 and stand at 10, 20, 30; a component without one belongs to the first.
 Rule PhaseNumber() {
     return {"dieci volte il numero, almeno 10", [](const RuleInput& input) {
-                const int number = static_cast<int>(NumberOf(input.row, input.columns.first()));
+                const int number = WholeNumberOf(input.row, input.columns.first());
                 return RuleValue(std::max(1, number) * schema::defaults::FirstPhase);
             }};
 }

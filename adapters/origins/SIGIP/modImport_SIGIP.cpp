@@ -318,9 +318,9 @@ public:
         if (row.IsBlank("DATCON") && row.IsBlank("DATCNF")) {
             return m_run.Skip(QStringLiteral("riga senza date di consegna"));
         }
-        const int year = static_cast<int>(NumberOf(row, "ANNO"));
+        const int year = WholeNumberOf(row, "ANNO");
         const qint64 head = m_writer.Find(row.Text("NUMORD"), m_side.kind.cause, year);
-        const qint64 id = head == 0 ? 0 : m_writer.FindRow(head, static_cast<int>(NumberOf(row, "NUMRIG")));
+        const qint64 id = head == 0 ? 0 : m_writer.FindRow(head, WholeNumberOf(row, "NUMRIG"));
         if (id == 0) {
             m_run.Log(QStringLiteral("RIGA NON TROVATA: %1").arg(m_run.RowKey()));
             return m_run.Skip(QStringLiteral("riga che non è in Quadrix"));

@@ -68,7 +68,7 @@ ProductionOrders Produzione() {
                   {"OPDTC", "DatCons", Day()},
                   {"OPQTA", "Qta", FirstNotZero()},
                   {"OPSTA", "Stato", Text()}},
-        .parts = {.rows = {.table = "OrdProR", .on = {{"IdOrdPro"}}, .order = "NumRig"},
+        .parts = {.rows = {.table = "OrdProR", .on = {{"IdOrdPro"}}, .order = "NumRig", .naming = "IdOrdPro, NumRig"},
                   .lines =
                       {
                           {"OCART", "CodArt", Article()},

@@ -85,8 +85,8 @@ std::vector<Bill> BillsOf(ImportRun& run, const QString& parent) {
 Phase PhaseOf(ImportRun& run, const SourceRow& row, int last) {
     const QString code = row.Text("COD_LAVORAZIONE");
     const QString work = TranslatedCode(run.GetSession(), Cicli, "COD_LAVORAZIONE", code, "LAV_ORA");
-    const int number = NumberBehind(run, last, static_cast<int>(NumberOf(row, "NUM_FASE")),
-                                    schema::defaults::FirstPhase, [&row] { return NameOf(row, Cicli, PhaseKey); });
+    const int number = NumberBehind(run, last, WholeNumberOf(row, "NUM_FASE"), schema::defaults::FirstPhase,
+                                    [&row] { return NameOf(row, Cicli, PhaseKey); });
     Phase phase{number, work};
     if (work.isEmpty() && !code.isEmpty()) {
         phase.note = "Lavorazione: " + code;

@@ -56,7 +56,7 @@ qint64 OriginOf(Session& session, const Link& link, const SourceRow& row) {
         return 0;
     }
     const qint64 head = OnlyHead(session, from, row.Text(link.number), year);
-    return RowOfHead(session, from, head, static_cast<int>(NumberOf(row, link.row)));
+    return RowOfHead(session, from, head, WholeNumberOf(row, link.row));
 }
 
 /// Links a row to the one it comes from. A row, or its origin, that is not in Quadrix is logged.
@@ -66,7 +66,7 @@ bool Relink(ImportRun& run, const DocumentKind& kind, qint64 head, const SourceR
     if (link == nullptr) {
         return false;
     }
-    const qint64 here = RowOfHead(session, kind, head, static_cast<int>(NumberOf(row, "NRIGA")));
+    const qint64 here = RowOfHead(session, kind, head, WholeNumberOf(row, "NRIGA"));
     const qint64 origin = OriginOf(session, *link, row);
     if (here == 0 || origin == 0) {
         run.Log(QStringLiteral("RIGA NON RIALLINEATA: %1, %2: %3 in Quadrix, o non è la sola")
