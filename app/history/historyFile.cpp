@@ -56,8 +56,8 @@ const QStringList& Tables() {
         // of all companies is emptied in part
         "CREATE VIEW IF NOT EXISTS emptied_behind AS SELECT P.run AS run, W.target_table AS target_table, L.run AS "
         "emptied_by FROM touched_tables W JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run JOIN "
-        "touched_tables E ON E.target_table = W.target_table AND E.procedure > W.procedure JOIN procedures L ON L.id = "
-        "E.procedure JOIN runs S ON S.id = L.run AND S.company = R.company WHERE W.emptied = 0 AND E.emptied = 1",
+        "touched_tables E ON E.target_table = W.target_table JOIN procedures L ON L.id = E.procedure AND L.run > P.run "
+        "JOIN runs S ON S.id = L.run AND S.company = R.company WHERE W.emptied = 0 AND E.emptied = 1",
         // rows given up that a run has imported since, and that have not gone since
         "CREATE VIEW IF NOT EXISTS standing_imports AS SELECT reject, run FROM imported_rejects WHERE run NOT IN "
         "(SELECT run FROM emptied_behind)",
