@@ -99,7 +99,7 @@ Written HowWritten(QByteArrayView value) {
 
 bool DecimalMarks::Column::IsOfNumbers() const {
     constexpr qint64 tenth = 10;
-    return !isLeftOut && codes * tenth <= numbers && words <= numbers;
+    return !isLeftOut && (isTold || (codes * tenth <= numbers && words <= numbers));
 }
 
 DecimalMarks::Column& DecimalMarks::Of(int column) {
@@ -134,9 +134,34 @@ void DecimalMarks::Look(int column, QByteArrayView value) {
 
 void DecimalMarks::Settle(PrivateTable& table, Oddities& oddities) const {
     for (int column = 0; column < static_cast<int>(m_columns.size()); ++column) {
-        if (m_columns[static_cast<size_t>(column)].IsOfNumbers()) {
+        const Column& seen = m_columns[static_cast<size_t>(column)];
+        if (seen.IsOfNumbers()) {
             SettleColumn(column, table, oddities);
+        } else if (!seen.isLeftOut) {
+            NoteAmongOthers(seen, table.Columns().at(column).name, oddities);
         }
+    }
+}
+
+namespace {
+
+void NoteAmbiguous(const QString& name, const QString& what, Oddities& oddities) {
+    oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0, what);
+}
+
+QString AmongOthers(const QByteArray& other, const QString& value) {
+    return QStringLiteral("la colonna ha anche '%1', che non è un numero: il segno in '%2' resta, e se è un numero si "
+                          "legge come quello dei decimali")
+        .arg(QString::fromUtf8(other), value);
+}
+
+} // namespace
+
+/// A column of codes has none with decimals: its marks are its own.
+void DecimalMarks::NoteAmongOthers(const Column& seen, const QString& name, Oddities& oddities) const {
+    const QByteArray& first = seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped;
+    if (!first.isEmpty() && (seen.hasCommas || seen.hasPoints || seen.codes == 0)) {
+        NoteAmbiguous(name, AmongOthers(seen.misfit, QString::fromUtf8(first)), oddities);
     }
 }
 
@@ -148,14 +173,14 @@ char DecimalMarks::FindThousands(const Column& seen, const QString& name, Odditi
         return none;
     }
     const QString first = QString::fromUtf8(seen.pointGrouped.isEmpty() ? seen.commaGrouped : seen.pointGrouped);
-    const char found = seen.hasCommas ? ',' : seen.hasPoints ? '.' : none;
+    const char found = seen.isTold ? m_told : seen.hasCommas ? ',' : seen.hasPoints ? '.' : none;
     const char decimal = found != none ? found : m_told;
     const char thousands = decimal == ',' ? '.' : ',';
     const auto noteAmbiguous = [&](const QString& what) {
-        oddities.Add(QStringLiteral("NUMERO AMBIGUO"), name, 0, what);
+        NoteAmbiguous(name, what, oddities);
         return none;
     };
-    if (seen.hasCommas && seen.hasPoints) {
+    if (seen.hasCommas && seen.hasPoints && !seen.isTold) {
         return noteAmbiguous(
             QStringLiteral("la colonna ha decimali con la virgola e altri con il punto: il segno in '%1' si legge come "
                            "quello dei decimali; scriverli nel file tutti allo stesso modo")
@@ -170,10 +195,7 @@ char DecimalMarks::FindThousands(const Column& seen, const QString& name, Odditi
         return none;
     }
     if (found == none && !seen.misfit.isEmpty()) { // what is told holds for numbers: these may be codes
-        return noteAmbiguous(
-            QStringLiteral("la colonna ha anche '%1', che non è un numero: il segno in '%2' resta, e se è un numero si "
-                           "legge come quello dei decimali")
-                .arg(QString::fromUtf8(seen.misfit), first));
+        return noteAmbiguous(AmongOthers(seen.misfit, first));
     }
     return thousands;
 }

@@ -8,7 +8,7 @@ namespace sources {
 /// Watches how the numbers are written that stand as texts in the columns of a file: "1.234" is a thousand and more
 /// where "2,75" stands beside it, and 1 and a bit beside "2.5"; the marks of "2.500,75" tell themselves. A few values
 /// that are no numbers ("n.d.") do not change that; a column where more than a tenth of them are codes ("A.1", "00120",
-/// "10.1.2") keeps its points.
+/// "10.1.2") keeps its points, which is noted where they may be numbers.
 class DecimalMarks {
 public:
     /// What an operator can do, for the notes.
@@ -24,6 +24,9 @@ public:
 
     /// A column of texts, as the file's description tells: what looks like numbers in it are codes.
     void LeaveOut(int column) { Of(column).isLeftOut = true; }
+    /// A column of numbers, as the file's description tells, which tells their mark as well: whatever else stands in
+    /// it.
+    void TellNumbers(int column) { Of(column).isTold = m_told != 0; }
     /// @param value as it stands in the table, UTF-8
     void Look(int column, QByteArrayView value);
     /// A value that the file itself keeps as a number.
@@ -35,6 +38,7 @@ public:
 private:
     struct Column {
         bool isLeftOut = false;
+        bool isTold = false;    ///< of numbers with the mark that is told
         bool hasCommas = false; ///< a comma that divides decimals
         bool hasPoints = false; ///< a point that does
         qint64 numbers = 0;
@@ -52,6 +56,7 @@ private:
     };
     Column& Of(int column);
     char FindThousands(const Column& seen, const QString& name, Oddities& oddities) const;
+    void NoteAmongOthers(const Column& seen, const QString& name, Oddities& oddities) const;
     void SettleColumn(int column, PrivateTable& table, Oddities& oddities) const;
 
     std::vector<Column> m_columns;

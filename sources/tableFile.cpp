@@ -175,17 +175,33 @@ private:
     lxw_row_t m_row = 0;
 };
 
+QString DateText(const QByteArray& written) {
+    return mod_ovTools::ToText(mod_ovTools::ReadDate(QString::fromUtf8(written)).value_or(QDateTime()));
+}
+
+/// A number as its format shows it: a day that is typed into a sheet is one.
+QString NumberText(const SheetCell& cell, bool since1904) {
+    const auto kind = cell.format != nullptr ? cell.format->GetKind() : CellFormat::Kind::Number;
+    if (kind == CellFormat::Kind::Date || kind == CellFormat::Kind::Time) {
+        const auto date = DateOfSerial(cell.number, kind, since1904);
+        const bool isTime = date && date->contains(':') && !date->contains(' ');
+        return !date ? mod_ovTools::ToText(cell.number) : isTime ? QString::fromUtf8(*date) : DateText(*date);
+    }
+    const auto padded = cell.format != nullptr ? cell.format->Padded(cell.number) : std::nullopt;
+    return padded ? QString::fromUtf8(*padded) : mod_ovTools::ToText(cell.number);
+}
+
 /// A cell as its text; raises `ImportError` for one that cannot be read.
-QString TextOf(const SheetCell& cell, qint64 row) {
+QString TextOf(const SheetCell& cell, qint64 row, bool since1904) {
     switch (cell.kind) {
     case SheetCell::Kind::Number:
-        return mod_ovTools::ToText(cell.number);
+        return NumberText(cell, since1904);
     case SheetCell::Kind::Boolean:
         return mod_ovTools::ToText(cell.number != 0);
     case SheetCell::Kind::Text:
         return QString::fromUtf8(cell.text);
     case SheetCell::Kind::Date:
-        return mod_ovTools::ToText(mod_ovTools::ReadDate(QString::fromUtf8(cell.text)).value_or(QDateTime()));
+        return DateText(cell.text);
     case SheetCell::Kind::EmptyText:
         return {};
     default:
@@ -224,7 +240,7 @@ void ReadWorkbook(TableOfFile& table) {
             while (values.size() < cell.column) {
                 values.append(QString());
             }
-            values.append(TextOf(cell, row.number));
+            values.append(TextOf(cell, row.number, book->Since1904()));
         }
         Take(table, row.number, std::move(values));
     }

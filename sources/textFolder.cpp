@@ -3,6 +3,7 @@
 #include "sources/CsvFile.h"
 #include "sources/DecimalMarks.h"
 #include "sources/fileTables.h"
+#include "sources/spoiltCodes.h"
 #include "sources/textSchema.h"
 #include "sources/UntoldPage.h"
 #include "sql/CodePage.h"
@@ -75,6 +76,8 @@ public:
             for (int column = 0; column < m_schema.areTexts.size(); ++column) {
                 if (m_schema.areTexts.at(column)) {
                     marks.LeaveOut(column);
+                } else if (m_schema.areNumbers.at(column)) {
+                    marks.TellNumbers(column);
                 }
             }
             for (CsvFile::Record record; m_file.Next(record);) {
@@ -118,8 +121,11 @@ private:
 
     void AddRecord(PrivateTable& table, DecimalMarks& marks, CsvFile::Record& record) {
         QVector<QByteArray>& fields = record.fields;
-        if (fields.size() == 1 && m_columns.size() > 1 && fields.first().trimmed().isEmpty()) {
-            return; // blanks are no record
+        const bool isBlank = m_columns.size() > 1 && std::all_of(fields.begin(), fields.end(), [](const auto& field) {
+                                 return field.trimmed().isEmpty();
+                             });
+        if (isBlank) { // as Excel writes them behind its last one: no record
+            return;
         }
         while (fields.size() > m_columns.size() && fields.last().isEmpty()) {
             fields.removeLast();
@@ -147,8 +153,22 @@ private:
             return;
         }
         m_untold.Look(m_utf8, line, name, bytes);
+        TakeFormula(column, line);
+        spoiltCodes::Look(m_utf8, name, line, m_oddities);
         table.SetText(column, m_utf8);
         marks.Look(column, m_utf8);
+    }
+
+    /// ="00123", by which programs have Excel keep the zeros of a code: it is what the formula gives.
+    void TakeFormula(int column, qint64 line) {
+        constexpr qsizetype around = 3;
+        const bool isFormula = m_utf8.size() >= around && m_utf8.startsWith("=\"") && m_utf8.endsWith('"') &&
+                               m_utf8.indexOf('"', 2) == m_utf8.size() - 1;
+        if (isFormula) {
+            m_oddities.Add(QStringLiteral("FORMULA DI TESTO"), m_columns.at(column).name, line,
+                           QStringLiteral("'%1' si legge senza il segno = e le virgolette").arg(QString(m_utf8)));
+            m_utf8 = m_utf8.sliced(2).chopped(1);
+        }
     }
 
     /// Which of its fields are which cannot be known.

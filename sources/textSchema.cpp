@@ -84,11 +84,21 @@ QString NameOf(const QString& line) {
     return line.section(u' ', 0, 0);
 }
 
-/// Whether the type in a column's line is one of texts.
-bool IsText(const QString& line) {
-    static const QStringList texts{"TEXT", "CHAR", "MEMO", "LONGCHAR"};
+/// The type in a column's line, in capitals; empty without one.
+QString TypeOf(const QString& line) {
     const qsizetype nameEnd = line.startsWith(u'"') ? line.indexOf(u'"', 1) + 1 : line.indexOf(u' ');
-    return nameEnd > 0 && texts.contains(line.mid(nameEnd).simplified().section(u' ', 0, 0).toUpper());
+    return nameEnd > 0 ? line.mid(nameEnd).simplified().section(u' ', 0, 0).toUpper() : QString();
+}
+
+bool IsOfTexts(const QString& type) {
+    static const QStringList texts{"TEXT", "CHAR", "MEMO", "LONGCHAR"};
+    return texts.contains(type);
+}
+
+bool IsOfNumbers(const QString& type) {
+    static const QStringList numbers{"BYTE",     "SHORT",  "INTEGER", "LONG",    "SINGLE",
+                                     "CURRENCY", "DOUBLE", "FLOAT",   "DECIMAL", "NUMERIC"};
+    return numbers.contains(type);
 }
 
 } // namespace
@@ -117,7 +127,8 @@ TextSchema ReadTextSchema(const QString& path) {
             break;
         }
         schema.columns.append(NameOf(line));
-        schema.areTexts.append(IsText(line));
+        schema.areTexts.append(IsOfTexts(TypeOf(line)));
+        schema.areNumbers.append(IsOfNumbers(TypeOf(line)));
     }
     if (!schema.hasHeader && schema.columns.isEmpty()) {
         throw ImportError(QStringLiteral("file '%1': schema.ini lo dice senza intestazione, ma non nomina le colonne "

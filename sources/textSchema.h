@@ -8,13 +8,14 @@ namespace sources {
 /// How a text file of a folder is laid out.
 struct TextSchema {
     char separator = ';';
-    bool hasHeader = true; ///< the first line names the columns
-    QStringList columns;   ///< own names, in order; empty: those of the header
-    QList<bool> areTexts;  ///< whether the type of each of them is one of texts, by which codes are told from numbers
-    QString codePage;      ///< empty: not told
-    char decimalMark = 0;  ///< "," or "."; 0: not told
-    int skipped = 0;       ///< lines in front of the header: one that tells the separator
-    bool isFound = true;   ///< the separator was found by looking
+    bool hasHeader = true;  ///< the first line names the columns
+    QStringList columns;    ///< own names, in order; empty: those of the header
+    QList<bool> areTexts;   ///< whether the type of each of them is one of texts, by which codes are told from numbers
+    QList<bool> areNumbers; ///< whether it is one of numbers: what is told of their decimal mark holds then
+    QString codePage;       ///< empty: not told
+    char decimalMark = 0;   ///< "," or "."; 0: not told
+    int skipped = 0;        ///< lines in front of the header: one that tells the separator
+    bool isFound = true;    ///< the separator was found by looking
 };
 
 /// Reads the section of a file in the "schema.ini" of its folder, as ODBC text drivers know it: Format (CSVDelimited,

@@ -1,5 +1,6 @@
 #include "sources/workbook/SheetLoader.h"
 
+#include "sources/spoiltCodes.h"
 #include "sql/errors.h"
 
 #include <cmath>
@@ -253,6 +254,7 @@ void SheetLoader::AddText(const SheetRow& row, int column, const QByteArray& tex
 void SheetLoader::AddWritten(const SheetRow& row, const SheetCell& cell) {
     AddText(row, cell.column, cell.text);
     m_marks.Look(cell.column, cell.text);
+    spoiltCodes::Look(cell.text, NameOf(cell.column), row.number, m_oddities);
     Seen& seen = m_seen[static_cast<size_t>(cell.column)];
     if (!IsBlank(cell) && !LooksLikeDate(cell.text) && !IsWrittenDate(cell.text)) {
         seen.firstOfThem = seen.textsAmongDates == 0 ? row.number : seen.firstOfThem;
@@ -286,6 +288,7 @@ void SheetLoader::AddNumber(const SheetRow& row, const SheetCell& cell) {
         return;
     }
     m_marks.LookAtNumber(cell.column);
+    spoiltCodes::Look(cell.number, NameOf(cell.column), row.number, m_oddities);
     Seen& seen = m_seen[static_cast<size_t>(cell.column)];
     if (cell.format != nullptr && cell.format->IsPercent() && ++seen.percents == 1) {
         seen.firstPercent = row.number;

@@ -1,9 +1,11 @@
 #include "sources/tableFile.h"
 #include "sql/errors.h"
+#include "sql/mod_ovTools.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 
 #include <QTemporaryDir>
+#include <xlsxwriter.h>
 
 /// Tables that are written for people and come back from them.
 class TestTableFile : public QObject {
@@ -16,6 +18,7 @@ private slots:
     void WritesOverItsOwnAlone();
     void WhatPeopleMakeOfIt_data();
     void WhatPeopleMakeOfIt();
+    void WhatExcelMakesOfIt();
 
 private:
     QTemporaryDir m_folder;
@@ -91,6 +94,27 @@ void TestTableFile::WhatPeopleMakeOfIt() {
         rows = {error.Message()};
     }
     QCOMPARE(rows.join(u'/'), values.contains(QLatin1String("%1")) ? values.arg(path) : values);
+}
+
+/// What is typed into a cell comes back as it shows.
+void TestTableFile::WhatExcelMakesOfIt() {
+    const QString path = m_folder.filePath("excel.xlsx");
+    lxw_workbook* workbook = workbook_new(path.toUtf8().constData());
+    lxw_worksheet* sheet = workbook_add_worksheet(workbook, "F");
+    const auto write = [&](int column, double number, const char* shown) {
+        lxw_format* format = workbook_add_format(workbook);
+        format_set_num_format(format, shown);
+        worksheet_write_string(sheet, 0, static_cast<lxw_col_t>(column), QByteArray(1, char('A' + column)), nullptr);
+        worksheet_write_number(sheet, 1, static_cast<lxw_col_t>(column), number, format);
+    };
+    write(0, 45350, "dd/mm/yyyy");
+    write(1, 123, "00000");
+    write(2, 0.5, "hh:mm");
+    write(3, 12.5, "0.00");
+    workbook_close(workbook);
+    const QStringList values = sources::ReadTable(path).rows.front().values;
+    QCOMPARE(mod_ovTools::ReadDate(values.front()), QDate(2024, 2, 28).startOfDay());
+    QCOMPARE(values.mid(1).join('|'), "00123|12:00:00|12.5");
 }
 
 QUADRIX_TEST(TestTableFile)

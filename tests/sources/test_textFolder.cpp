@@ -190,6 +190,11 @@ private slots:
         Row("separator told", QByteArray("sep=|\na|b\n1|x;,\n"), "x;,", "separatore '|'");
         Row("separator in a quoted name", QByteArray("a,\"c; d\",b\n1,2,x\n"), "x", "separatore ','");
         Row("name twice", QByteArray("c;b;C\n1;x;2\n"), "x", "si legge come 'c (1)'");
+        Row("lines of separators", QByteArray("a;b\n;\n1;x\n; \n;;;\n"), "x", "");
+        Row("a formula that keeps zeros", QByteArray("a;b\n1;=\"007\"\n"), "007", "'=\"007\"' si legge senza");
+        Row("another formula", QByteArray("a;b\n1;\"=\"\"a\"\"&\"\"b\"\"\"\n"), "=\"a\"&\"b\"", "");
+        Row("a code that Excel has cut", QByteArray("a;b\n1;8,01234E+12\n"), "8,01234E+12",
+            "riga 2, colonna 'b': '8,01234E+12' è un numero abbreviato");
         Row("own number of row", QByteArray("_riga;b\n1;x\n"), "x", "si legge come '_riga (1)'");
     }
     void ReadsOdditiesOfPrograms() {
@@ -217,8 +222,9 @@ private slots:
         Row("decimal points", QByteArray("1.234\n2.5\n1,000\n"), none, "1.234,2.5,1000", "SEGNO DELLE MIGLIAIA");
         Row("nothing tells", QByteArray("1.234\n5\n"), none, "1.234,5", "NUMERO AMBIGUO");
         Row("schema.ini tells", QByteArray("1.234\n5\n"), QByteArray("DecimalSymbol=,\n"), "1234,5", "SEGNO");
-        Row("codes", QByteArray("1.234\n2,5\nA.1\n"), none, "1.234,2,5,A.1", "");
-        Row("lettered codes among many", QByteArray("10.100\n12,5\n007\nA-1\n"), none, "10.100,12,5,007,A-1", "");
+        Row("codes", QByteArray("1.234\n2,5\nA.1\n"), none, "1.234,2,5,A.1", "la colonna ha anche 'A.1'");
+        Row("lettered codes among many", QByteArray("10.100\n12,5\n007\nA-1\n"), none, "10.100,12,5,007,A-1",
+            "NUMERO AMBIGUO");
         Row("a dirty number", QByteArray("1.234\n12,5 \n- 5\n"), none, "1234,12,5 ,- 5", "SEGNO DELLE MIGLIAIA");
         Row("a currency, blanks between thousands", QByteArray("1.234\n\x80 2,5\n1 000,5\n"), none,
             QString::fromUtf8("1234,€ 2,5,1 000,5"), "SEGNO DELLE MIGLIAIA");
@@ -227,6 +233,10 @@ private slots:
         Row("a unit", QByteArray("1.234\n2,5 kg\n"), none, "1234,2,5 kg", "SEGNO DELLE MIGLIAIA");
         Row("a word", QByteArray("1.234\n2,5\nn.d.\n"), none, "1234,2,5,n.d.", "SEGNO DELLE MIGLIAIA");
         Row("a word, nothing tells", QByteArray("1.234\n2\nn.d.\n"), none, "1.234,2,n.d.", "NUMERO AMBIGUO");
+        Row("more words than numbers", QByteArray("1.234\nsu richiesta\nn.d.\n"), none, "1.234,su richiesta,n.d.",
+            "NUMERO AMBIGUO");
+        Row("numbers, as told", QByteArray("1.234\n1 x 3,00\n2.5\n"), QByteArray("DecimalSymbol=,\nCol1=a Double\n"),
+            "1234,1 x 3,00,2.5", "SEGNO DELLE MIGLIAIA");
         Row("one code in eleven", QByteArray("1.234\n2,5\n10.1.2\n" + QByteArray("3\n").repeated(8)), none,
             "1234,2,5,10.1.2,3,3,3,3,3,3,3,3", "SEGNO DELLE MIGLIAIA");
         Row("words, commas told", QByteArray("10.100\n10.200\nTUBO\n"), QByteArray("DecimalSymbol=,\n"),

@@ -271,6 +271,9 @@ private slots:
             "1 celle sono date (la prima alla riga 3), 2 numeri senza il formato di una data (non si leggono come "
             "date), 1 testi (il primo alla riga 4)");
         Row("a percentage", QStringList{"#5", "%0.1"}, "5,0.1", "riga 3, colonna 'a': 1 celle hanno il formato");
+        Row("more digits than a cell keeps", QStringList{"#8012340000024123", "#5"}, "8012340000024123,5",
+            "riga 2, colonna 'a': '8012340000024123' ha più delle 15 cifre");
+        Row("a code that Excel has cut", QStringList{"8.01234E+12", "A"}, "8.01234E+12,A", "è un numero abbreviato");
         Row("a sign behind", QStringList{"1.234-", "2,5"}, "1234-,2,5", "scrivere in altro modo");
         Row("codes without decimals", QStringList{"10.100", "12/5"}, "10.100,12/5", "");
         Row("a date written as a text", QStringList{"5/3/2024", "@45629"}, "5/3/2024,20241203", "");

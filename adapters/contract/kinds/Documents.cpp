@@ -444,6 +444,8 @@ std::vector<Field> DiscountFields(const QString& column) {
     return {{column, rules::Discount(1)}, {column, rules::Discount(2)}, {column, rules::Discount(3)}};
 }
 
+QString EveryRow(const ovConnection& /*source*/, const QDate& /*from*/) { return {}; }
+
 Frame FrameOf(const Documents& declared) { return Over(declared.frame, UsualDocuments); }
 
 ImportPart PartOf(const Documents& declared) {

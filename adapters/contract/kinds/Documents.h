@@ -17,6 +17,10 @@ struct DocumentKind {
 /// The discounts that a text joins with "+", as fields of a row.
 std::vector<Field> DiscountFields(const QString& column);
 
+/// The condition of a source that is to be asked for every row (`Documents::sinceCondition`): its days are texts, or
+/// may be, which no comparison of the source puts in order.
+QString EveryRow(const ovConnection& source, const QDate& from);
+
 /// The head of a document. The fields know whether it is of a customer (family of sales) or a supplier: see
 /// `rules::PartyOf`.
 struct DocumentHeadFields {

@@ -105,6 +105,7 @@ Documents CommesseDiExcel() {
                 .discounts = {"M"},
                 .lines = {{"DRCOR", "N", Day()}},
             },
+        .sinceCondition = EveryRow,
     };
 }
 

@@ -213,7 +213,7 @@ Documents OrdersOf() {
                 .vatCode = {"IVA", NotBlank(VatCode(Codes, "IVA"))},
                 .lines = {{"DRCOR", "CONSEGNA", TextDay()}, {"DRNOT", "NOTE", Text()}},
             },
-        .sinceCondition = [](const ovConnection&, const QDate&) { return QString(); }, // days are texts
+        .sinceCondition = EveryRow,
     };
 }
 

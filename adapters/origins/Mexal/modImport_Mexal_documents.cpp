@@ -97,7 +97,7 @@ Documents Documenti() {
                 .vatCode = {"_MMALI", NotBlank(VatCode(ArtMag, "_ARIVA"))},
                 .lines = {{"DRCOR", "_MMSCA", NotBlank(DayOfNumber())}},
             },
-        .sinceCondition = [](const ovConnection&, const QDate&) { return QString(); },
+        .sinceCondition = EveryRow,
     };
 }
 

@@ -40,7 +40,6 @@ OrderFiles ToSuppliers() {
 }
 
 /// Days are numbers of two kinds, which no condition could compare: every row is read, and older ones are left out.
-QString EveryRow(const ovConnection& /*source*/, const QDate& /*from*/) { return {}; }
 
 PaymentTerms Pagamenti() {
     return {

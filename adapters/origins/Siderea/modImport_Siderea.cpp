@@ -153,6 +153,7 @@ Documents OrdiniAperti() {
                         {"DRNOT", "Note", Text()},
                     },
             },
+        .sinceCondition = EveryRow,
         .leavesOut = Delivered,
     };
 }
