@@ -138,6 +138,21 @@ FlowOutcome Open(Session& session, const Origin* source, const Origin*& open) {
                                               : FlowOutcome::Declined;
 }
 
+/// A procedure that an earlier run has done whole, but for rows that are open still, keeps this one from being whole.
+void TellLeftOut(Session& session, const Origin& origin, const Procedure& procedure, qint64 givenUp) {
+    if (givenUp > 0) {
+        RunResult result;
+        result.module = origin.module;
+        result.procedure = procedure.name;
+        result.givenUpBefore = givenUp;
+        session.Results.append(result);
+        if (session.Observer != nullptr) {
+            session.Observer->ProcedureBegins(result.module, result.procedure);
+            session.Observer->ProcedureEnds(result);
+        }
+    }
+}
+
 /// @param open the origin whose source is open; null: none is
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
                           const std::vector<const Procedure*>& procedures, const Origin* open,
@@ -151,6 +166,7 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
         if (request.only != nullptr && !request.only->Wants(procedure->name)) {
+            TellLeftOut(session, *request.choice.origin, *procedure, request.only->LeftBy(procedure->name));
             continue;
         }
         const FlowOutcome source = Open(session, SourceOf(*request.choice.origin, *procedure), open);

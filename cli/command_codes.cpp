@@ -5,6 +5,7 @@
 #include "app/resultText.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
+#include "cli/keptRuns.h"
 #include "cli/resultReport.h"
 #include "cli/TerminalOperator.h"
 
@@ -140,6 +141,11 @@ Report Set(Worklist& worklist, const QCommandLineParser& options) {
 
 Report Export(Worklist& worklist, const QCommandLineParser& options) {
     const QString path = Required(options, "out");
+    if (HoldsWork(worklist, path)) {
+        RequireYes(options, QStringLiteral("'%1' ha codici compilati che non sono stati ripresi (codes import): si "
+                                           "perderebbero")
+                                .arg(QDir::toNativeSeparators(path)));
+    }
     const std::vector<Code> shown = Shown(worklist, options);
     WriteFile(worklist, shown, path);
     return {ExitDone,
@@ -183,8 +189,9 @@ void AddPreview(Report& report, QStringList& lines, const Preview& preview) {
 
 FlowOutcome RepeatAll(Session& session, const std::vector<RowsToRepeat>& all) {
     auto outcome = FlowOutcome::Done;
-    for (auto rows = all.begin(); rows != all.end() && outcome == FlowOutcome::Done; ++rows) {
-        outcome = Repeat(session, *rows);
+    for (auto rows = all.begin(); rows != all.end() && outcome != FlowOutcome::Cancelled; ++rows) {
+        const FlowOutcome one = Repeat(session, *rows); // each run has a source of its own
+        outcome = one == FlowOutcome::Done ? outcome : one;
     }
     return outcome;
 }
@@ -195,7 +202,7 @@ Report Apply(Worklist& worklist, const QCommandLineParser& options) {
     if (all.empty()) {
         return {ExitDone,
                 "Nessuna riga importata attende codici tradotti nel frattempo.",
-                {{"rowsRepeated", 0}, {"dryRun", options.isSet("dry-run")}}};
+                {{"rowsRepeated", 0}, {"dryRun", options.isSet("dry-run")}, {"run", QJsonValue()}}};
     }
     QStringList lines;
     qint64 rows = 0;
@@ -204,6 +211,7 @@ Report Apply(Worklist& worklist, const QCommandLineParser& options) {
         rows += each.Count();
     }
     Preview preview;
+    const KeptRuns kept(session);
     const bool dryRun = options.isSet("dry-run");
     if (dryRun) {
         preview = PreviewOf(session, all);
@@ -218,7 +226,10 @@ Report Apply(Worklist& worklist, const QCommandLineParser& options) {
     if (dryRun) {
         AddPreview(report, lines, preview);
     }
+    const QList<qint64> runs = kept.Of(session.UserManager.Azienda(), static_cast<qsizetype>(all.size()));
+    lines += RunLines(session, runs, total.untranslatedCount > 0);
     report.text = lines.join(u'\n');
+    report.json["run"] = RunNumberJson(runs);
     report.json["rowsRepeated"] = rows;
     report.json["dryRun"] = dryRun;
     return report;
@@ -241,6 +252,9 @@ Report Codes(Context& context) {
     const contract::Origin* origin = context.options.isSet("origin") ? &OriginFrom(context.options) : nullptr;
     if (context.options.isSet("describe") && origin == nullptr) {
         throw UsageError("L'opzione --describe vuole --origin");
+    }
+    if (context.options.isSet("describe")) {
+        RequireOpeningAnswers(context, {origin});
     }
     TakeCompany(context.session, choice.companyCode);
     Worklist worklist(context.session, origin);
@@ -286,6 +300,7 @@ Command CodesCommand() {
          {"out", "File da scrivere.", "FILE"},
          {"in", "File da riprendere.", "FILE"},
          {"dry-run", "Con apply: prova, e alla fine il database torna com'era."},
+         {"yes", "Con export: sovrascrive un file con codici compilati che non sono stati ripresi."},
          InputOption(),
          InputFileOption(),
          {"file", "File da scegliere dove l'origine ne chiede uno.", "PERCORSO"},

@@ -5,6 +5,7 @@
 #include "app/RunLog.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
+#include "cli/keptRuns.h"
 #include "cli/resultReport.h"
 #include "cli/TerminalOperator.h"
 
@@ -126,88 +127,68 @@ QJsonArray ProceduresJson(const QVector<RunResult>& results) {
     return procedures;
 }
 
-/// What the history tells; `otherwise` where it cannot be read: the log has told it, and the import stands.
-template<class Result, class Ask>
-Result OfHistory(const Session& session, Result otherwise, const Ask& ask) {
-    try {
-        return ask(history::History(history::FilePath(session.Config.ConfigFile())));
-    } catch (const Error&) {
-        return otherwise;
+/// The end of its work is the operator's, who was asked what to do about an error and gave up there.
+void TellInterrupted(Session& session, RunResult& total) {
+    total.outcome = RunResult::Outcome::Cancelled;
+    for (RunResult& result : session.Results) {
+        const bool hasFailed = result.outcome == RunResult::Outcome::Failed;
+        result.outcome = hasFailed ? RunResult::Outcome::Cancelled : result.outcome;
     }
 }
 
-/// The number of the last run of a company that is kept; 0 when none is.
-qint64 LastRun(const Session& session, const QString& company) {
-    return OfHistory(session, qint64{0}, [&](const history::History& history) { return history.LastRun(company); });
+/// What there is to say of a code that no row of the source has; empty when it was met.
+QString UnknownCode(const ImportRequest& request, const RunResult& total) {
+    const bool isMet = request.singleCode.isEmpty() || total.sourceRows > 0;
+    return isMet || total.outcome != RunResult::Outcome::Done
+               ? QString()
+               : QStringLiteral("Nessuna riga dell'origine ha il codice '%1': non è stato importato nulla.")
+                     .arg(request.singleCode);
 }
 
-/// The runs with rows given up that none has imported yet: the run, and those that it goes on with.
-QList<qint64> RunsWithRejects(const history::History& history, qint64 last) {
-    QList<qint64> runs;
-    for (qint64 number = last; number != 0;) {
-        const history::Run run = history.Load(number);
-        if (history::RejectsIn(run) > 0) {
-            runs.prepend(number);
-        }
-        number = run.resumes;
-    }
-    return runs;
-}
-
-/// What there is to do about what an import has left open, by the commands that do it.
-QStringList NextSteps(const Session& session, const RunResult& total, qint64 last) {
-    QStringList steps;
-    for (const qint64 run :
-         OfHistory(session, QList<qint64>(), [last](const auto& history) { return RunsWithRejects(history, last); })) {
-        steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
-                                    "import --rejects-of %1 --mended FILE")
-                         .arg(run));
-    }
-    if (total.untranslatedCount > 0) {
-        steps.append(QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1")
-                         .arg(session.UserManager.Azienda()));
-    }
-    return steps;
-}
-
-QString Text(const Session& session, bool dryRun, const RunResult& total, qint64 run) {
+QStringList Lines(const Context& context, const ImportRequest& request) {
+    const Session& session = context.session;
     QStringList lines;
     for (const RunResult& result : session.Results) {
         lines += ResultLines(result);
     }
-    if (dryRun) {
+    if (request.dryRun) {
         lines.append("Era una prova: il database è rimasto com'era.");
     }
     if (!session.Results.isEmpty()) {
         lines.append("Log: " + LogOfLast(session));
     }
-    if (run > 0) {
-        lines.append(QStringLiteral("Esecuzione: %1").arg(run));
-        lines += dryRun ? QStringList() : NextSteps(session, total, run);
-    }
-    return lines.join(u'\n');
+    return lines;
 }
 
-Report Import(Context& context) {
-    const std::vector<ImportRequest> requests = RequestsFrom(context);
-    const ImportRequest& request = requests.front();
-    const qint64 before = LastRun(context.session, request.choice.companyCode);
-    auto flow = FlowOutcome::Done;
-    for (size_t press = 0; press < requests.size() && flow == FlowOutcome::Done; ++press) {
-        flow = RunImport(context.session, requests[press]);
-    }
+/// How the presses ended together.
+RunResult TotalOf(Context& context, FlowOutcome flow) {
     RunResult total = Total(context.session.Results);
     total.outcome = OutcomeOf(flow);
     if (total.outcome == RunResult::Outcome::Failed && context.person.GaveUp()) {
-        total.outcome = RunResult::Outcome::Cancelled; // at the question what to do about an error
+        TellInterrupted(context.session, total);
     }
-    const qint64 last = LastRun(context.session, request.choice.companyCode);
-    const qint64 run = last > before ? last : 0; // trouble with the history leaves an earlier one the last
-    Report report{ExitCodeOf(EndingOf(total)), Text(context.session, request.dryRun, total, run), ResultJson(total)};
-    report.json["run"] = run > 0 ? QJsonValue(run) : QJsonValue();
+    return total;
+}
+
+/// How the command ended, as text and as JSON.
+Report ReportOf(const Context& context, const ImportRequest& request, const RunResult& total,
+                const QList<qint64>& runs) {
+    Report report{ExitCodeOf(EndingOf(total)), {}, ResultJson(total)};
+    QStringList lines = Lines(context, request);
+    if (const QString unknown = UnknownCode(request, total); !unknown.isEmpty()) {
+        lines.append(unknown);
+        report.exitCode = ExitIncomplete;
+        report.json["outcome"] = EndingName(Ending::Incomplete);
+        report.json["errors"] = QJsonArray{unknown};
+    }
+    const bool isDone = !request.dryRun;
+    const QStringList steps = RunLines(context.session, runs, isDone && total.untranslatedCount > 0,
+                                       isDone && !context.options.isSet("rejects-of"));
+    report.text = (lines + (isDone ? steps : steps.mid(0, 1))).join(u'\n');
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
         report.json.remove("errors"); // what went wrong has been told outside the procedures
     }
+    report.json["run"] = RunNumberJson(runs);
     report.json["origin"] = request.choice.origin->name;
     report.json["company"] = request.choice.companyCode;
     report.json["data"] = request.procedure.isEmpty() ? contract::ButtonName(request.button) : request.procedure;
@@ -215,6 +196,18 @@ Report Import(Context& context) {
     report.json["log"] = LogOfLast(context.session);
     report.json["procedures"] = ProceduresJson(context.session.Results);
     return report;
+}
+
+Report Import(Context& context) {
+    const std::vector<ImportRequest> requests = RequestsFrom(context);
+    const ImportRequest& request = requests.front();
+    const KeptRuns kept(context.session);
+    auto flow = FlowOutcome::Done;
+    for (size_t press = 0; press < requests.size() && flow == FlowOutcome::Done; ++press) {
+        flow = RunImport(context.session, requests[press]);
+    }
+    const RunResult total = TotalOf(context, flow);
+    return ReportOf(context, request, total, kept.Of(request.choice.companyCode));
 }
 
 } // namespace

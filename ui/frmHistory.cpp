@@ -260,13 +260,15 @@ void frmHistory::cmdUndo_Click() {
     });
 }
 
-/// A no leaves the others out as well.
 void frmHistory::ConfirmAll(const std::vector<history::Again>& all) {
     for (const history::Again& again : all) {
-        if (m_person.Ask(again.question, Question::Plain, again.details) != Answer::Yes) {
+        const Answer answer = m_person.Ask(again.question, Question::Plain, again.details);
+        if (answer == Answer::GivenUp) {
             return;
         }
-        Import(again.request);
-        Refresh();
+        if (answer == Answer::Yes) {
+            Import(again.request);
+            Refresh();
+        }
     }
 }

@@ -120,17 +120,6 @@ private:
     Saved m_saved;
 };
 
-/// A list that no import asks for would be read by none. One that stands in SYS_IMP may be that of another program.
-void CheckKnown(const Worklist& worklist, const CodeList& list) {
-    const bool isThere = std::any_of(worklist.Codes().begin(), worklist.Codes().end(), [&list](const Code& code) {
-        return KeyOf(code.table, code.field) == KeyOf(list.table, list.field);
-    });
-    if (list.origins.isEmpty() && list.bases.empty() && !isThere) {
-        throw ImportError(
-            QStringLiteral("nessuna origine ha un elenco '%1': verificare tabella e campo").arg(list.Name()));
-    }
-}
-
 } // namespace
 
 Change Checked(Worklist& worklist, Change change) {
@@ -138,7 +127,6 @@ Change Checked(Worklist& worklist, Change change) {
     change.field = change.field.left(NameLength);
     change.newCode = change.newCode.trimmed();
     const CodeList& list = worklist.ListOf(change.table, change.field);
-    CheckKnown(worklist, list);
     CheckSize(change.oldCode, schema::FindTable("SYS_IMP")->FindColumn("TBOLD")->size, QStringLiteral("SYS_IMP.TBOLD"));
     if (change.oldCode.isEmpty()) {
         throw ImportError(QStringLiteral("il codice dell'origine è vuoto"));

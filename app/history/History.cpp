@@ -76,7 +76,7 @@ QStringView OrderText(NoteOrder order) {
 SqlText SelectRejects(QStringView rest, const QVariantList& values) {
     const QString query = QStringLiteral(
         "SELECT R.*, P.name AS name, I.run AS imported_by FROM rejects R JOIN procedures P ON P.id = R.procedure "
-        "LEFT JOIN standing_imports I ON I.reject = R.id ");
+        "LEFT JOIN imported_rejects I ON I.reject = R.id ");
     return Statement(QString(query + rest), values);
 }
 
@@ -151,9 +151,9 @@ Run History::RunOf(const Recordset& row) const {
 void History::LoadProcedures(Run& run) const {
     Recordset rows = m_file->ExecuteWC(Statement(
         "SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected, "
-        "(SELECT COUNT(*) FROM rejects R JOIN standing_imports I ON I.reject = R.id WHERE R.procedure = P.id) AS "
+        "(SELECT COUNT(*) FROM rejects R JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id) AS "
         "imported, "
-        "(SELECT COUNT(*) FROM rejects R LEFT JOIN standing_imports I ON I.reject = R.id WHERE R.procedure = P.id AND "
+        "(SELECT COUNT(*) FROM rejects R LEFT JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id AND "
         "I.reject IS NULL AND (R.loop < P.reached_loop OR (COALESCE(R.loop, P.reached_loop) = P.reached_loop AND "
         "COALESCE(R.place, 0) <= P.reached_rows))) AS behind FROM procedures P "
         "WHERE run = ? ORDER BY id",
@@ -370,8 +370,11 @@ QStringList History::RowsWaiting(qint64 procedure, const OpenCode& code) const {
 }
 
 History::Emptied History::EmptiedBehind(qint64 run) const {
-    const Recordset rows = m_file->ExecuteWC(Statement(
-        "SELECT emptied_by, target_table FROM emptied_behind WHERE run = ? ORDER BY emptied_by LIMIT 1", {run}));
+    SqlText query;
+    query += u"SELECT L.run AS emptied_by, W.target_table AS target_table";
+    query += history::EmptiedBehind();
+    query += Statement(" AND P.run = ? ORDER BY L.run LIMIT 1", {run});
+    const Recordset rows = m_file->ExecuteWC(query);
     return rows.Eof() ? Emptied() : Emptied{Number(rows, "emptied_by"), Text(rows, "target_table")};
 }
 

@@ -10,7 +10,7 @@ LaterRuns::LaterRuns(const History& history, const Run& run)
     LoadHighest();
     LoadInserted();
     LoadEmptied();
-    LoadDeleted();
+    LoadOverwritten();
     LoadLeftAway();
 }
 
@@ -75,27 +75,28 @@ void LaterRuns::LoadEmptied() {
     }
 }
 
-void LaterRuns::LoadDeleted() {
-    QHash<QString, QHash<qint64, qint64>> deleted; // the last run, by table and number
+void LaterRuns::LoadOverwritten() {
+    QHash<QString, QHash<qint64, Overwriting>> overwritten; // the last, by table and number
     {
-        Recordset rows = m_history.File().ExecuteWC(
-            Statement("SELECT C.target_table, C.target_id, P.run FROM changes C JOIN procedures P ON P.id = "
-                      "C.procedure WHERE P.run > ? AND P.undone IS NULL AND C.kind = ? ORDER BY P.run",
-                      {m_run, static_cast<int>(TargetChange::Kind::Deleted)}));
+        Recordset rows = m_history.File().ExecuteWC(Statement(
+            "SELECT C.target_table, C.target_id, P.run, C.kind FROM changes C JOIN procedures P ON P.id = "
+            "C.procedure WHERE P.run > ? AND P.undone IS NULL AND C.kind IN (?, ?) ORDER BY P.run",
+            {m_run, static_cast<int>(TargetChange::Kind::Deleted), static_cast<int>(TargetChange::Kind::Updated)}));
         for (; !rows.Eof(); rows.MoveNext()) {
-            const QString table = rows.Fields(0).Value().toString();
-            const qint64 id = rows.Fields(1).Value().toLongLong();
-            if (id <= m_highest.value(table) && EmptiedBy(table) == 0 && !HaveInserted(table, id)) {
-                deleted[table].insert(id, rows.Fields(2).Value().toLongLong());
+            const Overwriting one{rows.Fields(0).Value().toString(), rows.Fields(1).Value().toLongLong(),
+                                  rows.Fields(2).Value().toLongLong(),
+                                  rows.Fields(3).Value().toInt() == static_cast<int>(TargetChange::Kind::Deleted)};
+            if (one.id <= m_highest.value(one.table) && EmptiedBy(one.table) == 0 && !HaveInserted(one.table, one.id)) {
+                overwritten[one.table].insert(one.id, one);
             }
         }
     }
-    if (deleted.isEmpty()) {
+    if (overwritten.isEmpty()) {
         return;
     }
-    ForEachOwnRow([this, &deleted](const QString& table, qint64 id) {
-        if (const qint64 run = deleted.value(table).value(id); run > m_last.run) {
-            m_last = {table, id, run};
+    ForEachOwnRow([this, &overwritten](const QString& table, qint64 id) {
+        if (const Overwriting one = overwritten.value(table).value(id); one.run > m_last.run) {
+            m_last = one;
         }
     });
 }

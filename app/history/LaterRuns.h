@@ -7,11 +7,12 @@ namespace history {
 /// What the runs behind one have done to the tables that it wrote to. Everything raises `SqlError`.
 class LaterRuns {
 public:
-    /// A row that the run wrote, and the later one that has deleted it.
-    struct Deletion {
+    /// A row that the run wrote, and the later one that has deleted it or written over it.
+    struct Overwriting {
         QString table; ///< physical name
         qint64 id = 0;
         qint64 run = 0; ///< 0: none has
+        bool isDeletion = false;
     };
     /// A row that a later run had deleted, and that the taking back of that one has not brought back under its number.
     struct LeftAway {
@@ -26,9 +27,9 @@ public:
     bool HaveInserted(const QString& table, qint64 id) const { return m_inserted.value(table).contains(id); }
     /// The number of the first that has emptied the table, in part or whole; 0: none has.
     qint64 EmptiedBy(const QString& table) const { return m_emptied.value(table); }
-    /// The latest that has deleted a row which the run wrote, and was not taken back. One that is gone with its table
-    /// does not count.
-    const Deletion& Last() const { return m_last; }
+    /// The latest that has deleted or updated a row which the run wrote, and was not taken back. A row that is gone
+    /// with its table does not count.
+    const Overwriting& Last() const { return m_last; }
     /// What became of a row that the run inserted; null when the taking back of no later run has left it away.
     const LeftAway* FindLeftAway(const QString& table, qint64 id) const;
 
@@ -40,7 +41,7 @@ private:
     void LoadHighest();
     void LoadInserted();
     void LoadEmptied();
-    void LoadDeleted();
+    void LoadOverwritten();
     void LoadLeftAway();
 
     const History& m_history;
@@ -49,7 +50,7 @@ private:
     QHash<QString, QSet<qint64>> m_inserted;            ///< by table
     QHash<QString, qint64> m_emptied;                   ///< the run
     QHash<QString, QHash<qint64, LeftAway>> m_leftAway; ///< by table and number
-    Deletion m_last;
+    Overwriting m_last;
 };
 
 } // namespace history

@@ -250,9 +250,19 @@ void Recorder::TableIsEmptied(const QString& table) noexcept {
     Try([&] {
         if (m_keepsImages) { // a trial brings them back
             KeepTouched(table, true);
+            KeepForgotten(table);
             Write(); // before they go: that may take long
         }
     });
+}
+
+/// Rows given up and imported since that stood in a table which the procedure empties are imported no more.
+void Recorder::KeepForgotten(const QString& table) {
+    SqlText forget;
+    forget += u"DELETE FROM imported_rejects WHERE run IN (SELECT P.run";
+    forget += EmptiedBehind();
+    forget += Statement(" AND E.procedure = ? AND W.target_table = ?)", {m_procedure, table});
+    Keep(std::move(forget));
 }
 
 void Recorder::KeepTouched(const QString& table, bool isEmptied) {

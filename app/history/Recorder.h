@@ -64,6 +64,7 @@ private:
     void Keep(SqlText statement);
     void KeepInserted(const TargetChange& change);
     void KeepWritten(const QString& table);
+    void KeepForgotten(const QString& table);
     void KeepTouched(const QString& table, bool isEmptied);
     void CloseChanges();
     void Write();

@@ -15,6 +15,8 @@ namespace history {
 
 namespace {
 
+constexpr int TellsTouched = 1; ///< version of a file whose procedures tell the tables that they have touched
+
 const QStringList& Tables() {
     static const QStringList tables{
         // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): each goes over several lines
@@ -52,15 +54,6 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS touched_tables (procedure INTEGER, target_table TEXT, emptied INTEGER, PRIMARY KEY "
         "(procedure, target_table, emptied))",
         "CREATE INDEX IF NOT EXISTS touched_tables_table ON touched_tables (target_table, emptied)",
-        // tables that a run has written to, with the later ones in the same company that have emptied them: a table
-        // of all companies is emptied in part
-        "CREATE VIEW IF NOT EXISTS emptied_behind AS SELECT P.run AS run, W.target_table AS target_table, L.run AS "
-        "emptied_by FROM touched_tables W JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run JOIN "
-        "touched_tables E ON E.target_table = W.target_table JOIN procedures L ON L.id = E.procedure AND L.run > P.run "
-        "JOIN runs S ON S.id = L.run AND S.company = R.company WHERE W.emptied = 0 AND E.emptied = 1",
-        // rows given up that a run has imported since, and that have not gone since
-        "CREATE VIEW IF NOT EXISTS standing_imports AS SELECT reject, run FROM imported_rejects WHERE run NOT IN "
-        "(SELECT run FROM emptied_behind)",
     };
     return tables;
 }
@@ -97,7 +90,8 @@ QVariant ValueOf(const QJsonArray& typed) {
     return value.convert(type) ? value : QVariant(text);
 }
 
-/// The tables that the procedures of a file have touched which did not tell them apart from what they wrote.
+/// The tables that the procedures of a file have touched which did not tell them apart from what they wrote; rows that
+/// went with them are not imported any more. Nothing is done twice.
 void FillTouched(ovConnection& file) {
     Transaction transaction(file);
     file.Execute(
@@ -108,6 +102,12 @@ void FillTouched(ovConnection& file) {
     file.Execute(QStringLiteral("INSERT OR IGNORE INTO touched_tables (procedure, target_table, emptied) SELECT P.id, "
                                 "json_extract(E.value, '$[0]'), 1 FROM procedures P JOIN runs R ON R.id = P.run, "
                                 "json_each(P.result, '$.emptied') E WHERE R.trial = 0 AND P.result IS NOT NULL"));
+    SqlText forget;
+    forget += u"DELETE FROM imported_rejects WHERE run IN (SELECT P.run";
+    forget += EmptiedBehind();
+    forget += u")";
+    file.Execute(forget);
+    file.Execute(QStringLiteral("PRAGMA user_version = %1").arg(TellsTouched));
     transaction.Keep();
 }
 
@@ -142,6 +142,17 @@ void BringUpToDate(ovConnection& file) {
 
 } // namespace
 
+SqlText EmptiedBehind() {
+    // What another company has emptied of a table of all companies may be of its own alone: the texts by language are.
+    SqlText from;
+    from +=
+        u" FROM procedures P JOIN runs R ON R.id = P.run JOIN touched_tables W ON W.procedure = P.id AND W.emptied = "
+        u"0 JOIN touched_tables E ON E.target_table = W.target_table AND E.emptied = 1 JOIN procedures L ON L.id = "
+        u"E.procedure AND L.run > P.run JOIN runs S ON S.id = L.run WHERE (S.company = R.company OR "
+        u"(SUBSTR(W.target_table, 1, LENGTH(R.company) + 1) <> R.company || '_' AND W.target_table <> 'SYS_LNG'))";
+    return from;
+}
+
 QString FilePath(const QString& settingsFile) {
     return QFileInfo(settingsFile).absoluteDir().filePath(QStringLiteral("Cronologia.sqlite"));
 }
@@ -155,12 +166,11 @@ std::unique_ptr<ovConnection> Open(const QString& path) {
     file->ProviderType = Provider::SqlServer;
     file->DatabaseName = path;
     file->OpenConnection();
-    const bool tellsTouched = !file->GetColumns(QStringLiteral("touched_tables")).isEmpty();
     for (const QString& table : Tables()) {
         file->Execute(table);
     }
     BringUpToDate(*file);
-    if (!tellsTouched) {
+    if (file->ExecuteCommand(QStringLiteral("PRAGMA user_version")) < TellsTouched) {
         FillTouched(*file);
     }
     return file;

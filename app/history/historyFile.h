@@ -24,6 +24,10 @@ QString LockPath(const QString& path, qint64 run);
 /// The file that says, in place of a history that could not be written, that it does not keep all of a run.
 QString PartialPath(const QString& path, qint64 run);
 
+/// FROM and WHERE of a query for the tables (W.target_table) that a run (P.run) has written to and a procedure (E) of a
+/// later one (L.run) has emptied since.
+SqlText EmptiedBehind();
+
 /// Values with their names as one text, in their order, and back: each comes back as the kind of value that it was.
 QString ValuesText(const QStringList& names, const QVector<QVariant>& values);
 struct NamedValue {

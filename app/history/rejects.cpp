@@ -290,12 +290,12 @@ std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run
     }
     auto selection = std::make_unique<contract::RowSelection>();
     QMap<QString, contract::RowSelection::Reached> reached; // by procedure, what the latest run has
-    QSet<QString> whole;
+    QMap<QString, qint64> whole;                            ///< with what it has given up
     for (const Run& each : chain) {
         for (const ProcedureRun& procedure : each.procedures) {
             const QString& name = procedure.result.procedure;
             if (procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done) {
-                whole.insert(name);
+                whole[name] += procedure.rejects - procedure.imported;
             } else if (const auto later = reached.find(name); later != reached.end()) {
                 later->givenUp += procedure.reached.givenUp; // a run begins behind the one that it goes on with
             } else if (procedure.reached.rows > 0) {
@@ -303,9 +303,8 @@ std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run
             }
         }
     }
-    for (const QString& name : whole) {
-        selection->LeaveOut(name);
-        reached.remove(name);
+    for (const auto& [name, givenUp] : whole.asKeyValueRange()) {
+        selection->LeaveOut(name, givenUp + reached.take(name).givenUp);
     }
     for (const auto& [name, place] : reached.asKeyValueRange()) {
         selection->GoOn(name, place);

@@ -363,14 +363,17 @@ void CheckMayUndo(Session& session, const Run& run) {
 }
 
 /// Of two runs over the same rows the later one is taken back first: else what it wrote in the place of rows of the
-/// earlier one would be there beside what the earlier one had replaced.
+/// earlier one would be there beside what the earlier one had replaced, and rows that it wrote over would stay without
+/// what belongs to them.
 void CheckIsLast(const LaterRuns& later, qint64 number) {
-    const LaterRuns::Deletion& last = later.Last();
+    const LaterRuns::Overwriting& last = later.Last();
     if (last.run != 0) {
         throw ImportError(
-            QStringLiteral("l'esecuzione %1 non si annulla prima della %2, che ha eliminato righe scritte "
-                           "da questa (%3, RECORD_ID %4). Annullare prima la %2")
-                .arg(QString::number(number), QString::number(last.run), last.table, QString::number(last.id)));
+            QStringLiteral("l'esecuzione %1 non si annulla prima della %2, che ha %3 righe scritte da questa (%4, "
+                           "RECORD_ID %5). Annullare prima la %2")
+                .arg(QString::number(number), QString::number(last.run),
+                     last.isDeletion ? QStringLiteral("eliminato") : QStringLiteral("modificato"), last.table,
+                     QString::number(last.id)));
     }
 }
 

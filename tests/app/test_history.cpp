@@ -227,8 +227,11 @@ private slots:
                     ->Message()
                     .contains("l'esecuzione 3 ha svuotato dopo la tabella X01_ART_ICO, in cui la 1 aveva scritto"));
         const auto file = Open(kept.Path()); // of a release that kept it with the results alone
-        file->Execute("DROP TABLE touched_tables");
-        QCOMPARE(RejectsIn(History(kept.Path()).Load(1)), 1);
+        file->ExecuteScript(
+            "DROP TABLE touched_tables; INSERT INTO imported_rejects VALUES (1, 2); PRAGMA user_version = 0");
+        const History earlier(kept.Path());
+        QCOMPARE(RejectsIn(earlier.Load(1)), 1);
+        QVERIFY(ErrorOf([&] { RestOf(earlier, earlier.Load(1)); }).has_value());
     }
 
     /// A run that goes on with another stands on what that one wrote, and tells the rows that it had given up.
@@ -254,6 +257,21 @@ private slots:
         QVERIFY(ErrorOf([&] { RestOf(history, history.Load(2)); })
                     ->Message()
                     .contains("l'esecuzione 1, che la 2 riprende, è stata"));
+    }
+
+    /// What a procedure that is not run again has left open keeps the whole from being whole.
+    void tellsWhatIsLeftOut() {
+        Kept kept;
+        kept.Run();
+        const auto file = Open(kept.Path());
+        file->ExecuteScript("UPDATE runs SET ending = 2; INSERT INTO procedures (run, module, name) VALUES (1, "
+                            "'modImport_Prova', 'ImportAltro')");
+        const History history(kept.Path());
+        kept.Run(RestOf(history, history.Load(1)), false, 1);
+        const auto& results = kept.Target.Get().Results;
+        QCOMPARE(results.size(), 1);
+        QCOMPARE(results.last().givenUpBefore, 2);
+        QCOMPARE(EndingText(history.Load(2)), "completata ma non per intero");
     }
 
     /// A run that breaks off has not come to all who wait; one that leaves codes as they are has given nobody his.

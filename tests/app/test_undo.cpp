@@ -43,6 +43,10 @@ private slots:
         QCOMPARE(kept.Account(), "4 = 2 + 2 + 0 + 0");
         kept.Target.Execute("UPDATE X01_ART_ICO SET ARDES = 'Mio' WHERE CDART = 'D'");
         History history(kept.Path());
+        QVERIFY(
+            ErrorOf([&] { Undo(kept.Target.Get(), history, 1); })
+                ->Message()
+                .startsWith("l'esecuzione 1 non si annulla prima della 2, che ha modificato righe scritte da questa"));
         const UndoResult result = Undo(kept.Target.Get(), history, 2);
         QCOMPARE(result.removed, 1);
         QCOMPARE(result.restored, 2);

@@ -69,9 +69,9 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
     const qint64 before = run.WrittenRows(kind.mapping.targetTable);
     TargetRow target = writer.NewRow(kind.mapping.targetTable);
     kind.mapping.Apply(target, run.GetSession(), row, {code});
-    if (FillsCodes(run) && IsBranch(kind.declared)) {
-        return writer.FillBranch(hangsOn, target) ? RowOutcome::Updated
-                                                  : run.Skip(QStringLiteral("nessuna sede a cui manchi un codice"));
+    if (FillsCodes(run)) { // contacts have none that could be given
+        const bool isFilled = IsBranch(kind.declared) && writer.FillBranch(hangsOn, target);
+        return isFilled ? RowOutcome::Updated : run.Skip(QStringLiteral("riga a cui non mancano codici"));
     }
     const Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
     writer.Numbers(owner, row, kind.declared.numbers);

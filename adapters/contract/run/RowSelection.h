@@ -46,8 +46,11 @@ public:
     void Add(const Row& row);
     /// Has a procedure go on behind what an earlier run has reached.
     void GoOn(const QString& procedure, const Reached& reached) { m_reached.insert(procedure, reached); }
-    /// Has a procedure not run at all.
-    void LeaveOut(const QString& procedure) { m_leftOut.insert(procedure); }
+    /// Has a procedure not run at all: an earlier run has done it.
+    /// @param givenUp rows that it has given up then, and that are not imported yet
+    void LeaveOut(const QString& procedure, qint64 givenUp) { m_leftOut.insert(procedure, givenUp); }
+    /// What a procedure that is left out has given up; 0 for any other.
+    qint64 LeftBy(const QString& procedure) const { return m_leftOut.value(procedure); }
 
     /// Has rows that are there get codes that they lack, whatever else of them stays as it is.
     void FillCodes() { m_fillsCodes = true; }
@@ -85,7 +88,7 @@ private:
     QHash<QString, std::vector<Wanted>> m_rows;           ///< by procedure
     QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
     QHash<QString, Reached> m_reached;
-    QSet<QString> m_leftOut;
+    QHash<QString, qint64> m_leftOut;
     QVector<qint64> m_done;
     bool m_fillsCodes = false;
     QSet<QString> m_codes; ///< that are filled in

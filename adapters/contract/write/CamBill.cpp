@@ -2,6 +2,7 @@
 
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Cam.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 
 namespace contract {
@@ -59,6 +60,9 @@ RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, con
     const QString article = ArticleOf(run, product);
     if (!IsImported(run, article)) {
         return run.Skip(ArticleMissing);
+    }
+    if (FillsCodes(run) && writer.Find({article, product}) == 0) {
+        return SkipGone(run);
     }
     const RowOutcome outcome = writer.Begin(article, product);
     qdxMakeDistintaFromCAM(run, writer, product);

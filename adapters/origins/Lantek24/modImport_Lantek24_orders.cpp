@@ -7,6 +7,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -129,11 +130,14 @@ RowOutcome OrderImporter::Row(const SourceRow& row) {
     Session& session = m_run.GetSession();
     const qint64 bill = BillOf(row.Text("PrdRef"));
     if (bill == 0) {
-        return m_run.Skip(ArticleMissing);
+        return FillsCodes(m_run) ? SkipGone(m_run) : m_run.Skip(ArticleMissing);
     }
     const OrderFacts facts = FactsOf(m_run, row);
     qint64 order = FindOrder(bill, facts);
     const bool known = order != 0;
+    if (!known && FillsCodes(m_run)) {
+        return SkipGone(m_run);
+    }
     TargetRow target(m_run, "ORD_PRO");
     target.Set("OPDAT", facts.day);
     target.Set("OPDTC", facts.due);

@@ -6,6 +6,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Bill.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
@@ -116,13 +117,15 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
     if (!IsImported(run, article)) {
         return run.Skip(ArticleMissing);
     }
-    RowOutcome outcome = RowOutcome::Updated;
+    RowOutcome outcome = FillsCodes(run) ? RowOutcome::Skipped : RowOutcome::Updated;
     const std::vector<Bill> bills = BillsOf(run, parent);
     for (const Bill& bill : bills) {
-        const bool inForce = &bill == &bills.back();
-        if (writer.Begin(BillHead{article, parent, bill.revision, inForce}) == RowOutcome::Inserted) {
-            outcome = RowOutcome::Inserted;
+        const BillHead head{article, parent, bill.revision, &bill == &bills.back()};
+        if (FillsCodes(run) && writer.Find(head) == 0) {
+            continue;
         }
+        const RowOutcome one = writer.Begin(head);
+        outcome = outcome == RowOutcome::Inserted ? outcome : one;
         const qint64 phase = WritePhases(run, writer, parent);
         for (const Component& component : bill.components) {
             writer.Write(component, phase);
@@ -130,7 +133,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
         writer.ClosePhases();
         writer.TellComponentsLeft();
     }
-    return outcome;
+    return outcome == RowOutcome::Skipped ? SkipGone(run) : outcome;
 }
 
 // --- Correction ---------------------------------------------------------------------------------------------------
