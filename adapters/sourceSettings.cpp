@@ -31,6 +31,7 @@ QString KeyName(Session& session, const QString& key) {
 }
 
 QString Setting(Session& session, const QString& key, const QString& defaultValue) {
+    modMain::RequireWhole(session, SectionOfKey(session, key), key);
     return modMain::GetAppConfig(session, SectionOfKey(session, key), key, defaultValue);
 }
 
@@ -189,11 +190,7 @@ QString PathAdvice(Session& session, const ovConnection& source) {
     if (path.isEmpty() || !source.ConnectionString.contains(path)) {
         return {};
     }
-    const QString cut = session.Config.IsCut(SectionOfKey(session, Database), Database)
-                            ? QStringLiteral("; del percorso si leggono solo i primi %1 caratteri: accorciarlo")
-                                  .arg(ovConfig::LongestValue)
-                            : QString();
-    return QStringLiteral("il percorso è quello della ") + KeyName(session, Database) + cut;
+    return QStringLiteral("il percorso è quello della ") + KeyName(session, Database);
 }
 
 Prepare DataSource(const QString& defaultDsn) {

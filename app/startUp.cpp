@@ -124,6 +124,9 @@ void ReadConnection(Session& session) {
                                    .arg(provider, Section, QDir::toNativeSeparators(config.ConfigFile())),
                                Icon::Exclamation);
     }
+    for (const char* key : {"ServerName", "DatabaseName", "Username"}) {
+        RequireWhole(session, Section, QLatin1String(key));
+    }
     connection.Driver = config.PeekAppConfig(Section, "Driver");
     ReadLine(session, connection, Section, "Encryption", "EncryptionCA");
     connection.Server = config.GetAppConfig(Section, "ServerName", QSysInfo::machineHostName().toUpper());

@@ -87,13 +87,16 @@ const QStringList& RunHeadings() {
 QStringList RunCells(const Run& run) {
     qint64 inserted = 0;
     qint64 updated = 0;
+    bool isCounted = true; // of a procedure that did not come to its end nobody has
     for (const ProcedureRun& procedure : run.procedures) {
         inserted += procedure.result.inserted;
         updated += procedure.result.updated;
+        isCounted = isCounted && procedure.hasEnded;
     }
+    const auto counted = [isCounted](qint64 rows) { return isCounted ? NumberText(rows) : QStringLiteral("?"); };
     return Visible({QString::number(run.id), Time(run.started), StateText(run), GivenUpText(run), run.work,
-                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), NumberText(inserted),
-                    NumberText(updated), run.worker});
+                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), counted(inserted),
+                    counted(updated), run.worker});
 }
 
 QStringList HeadLines(const Run& run) {

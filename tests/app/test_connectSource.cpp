@@ -223,7 +223,7 @@ private slots:
         Columns<QString, QStringList>("path", "parts");
         Row("missing", "", QStringList{"Manca il percorso"});
         Row("wrong", "altrove", QStringList{"/altrove'", "non esiste", "il percorso è quello"});
-        Row("cut", "d/" + QString(130, 'x'), QStringList{"non esiste", "solo i primi 127 caratteri"});
+        Row("cut", "d/" + QString(130, 'x'), QStringList{"ne sono letti solo i primi 127 caratteri"});
     }
     void namesTheSettingOfAPath() {
         QFETCH(QString, path);
