@@ -70,7 +70,11 @@ QStringList ResultLines(const RunResult& result, int most) {
         lines.append(TableLine(table.key(), table.value()));
     }
     for (const QString& error : result.errors) {
-        lines.append("Errore: " + error);
+        QStringList parts = error.split(u'\n'); // those behind the first are set in: none passes for a line of ours
+        lines.append("Errore: " + parts.takeFirst());
+        for (const QString& part : parts) {
+            lines.append("    " + part);
+        }
     }
     QStringList reasons;
     for (const RunResult::GivenUp& row : result.givenUp) {

@@ -120,42 +120,34 @@ namespace {
 
 QString QuotedList(const QStringList& texts) { return u'"' + texts.join(QStringLiteral("\", \"")) + u'"'; }
 
-/// The questions of a kind that the command line does not answer; raises `UsageError` when it answers more.
-QStringList Unanswered(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given,
-                       const QString& option) {
+/// The questions of a kind that the command line does not answer.
+QStringList Unanswered(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given) {
     QStringList questions;
     for (const contract::AnswerNeed& need : needed) {
         if (need.kind == kind) {
             questions.append(need.question);
         }
     }
+    return questions.mid(static_cast<qsizetype>(given));
+}
+
+/// Raises `UsageError` when the command line answers more than the questions of a kind.
+void RefuseSurplus(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given,
+                   const QString& option) {
+    const QStringList questions = Unanswered(needed, kind, 0);
     if (given > static_cast<size_t>(questions.size())) {
         throw UsageError(
             QStringLiteral("Risposte --%1 in più: %2, mentre si chiede %3")
                 .arg(option, QString::number(given),
                      questions.isEmpty() ? QStringLiteral("niente") : QString("solo " + QuotedList(questions))));
     }
-    return questions.mid(static_cast<qsizetype>(given));
 }
 
-} // namespace
-
-void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses) {
-    std::vector<contract::AnswerNeed> needed;
-    bool wantsFile = false;
-    for (const AskingPress& press : presses) {
-        const auto own = contract::AnswersNeeded(press.origin, press.procedures);
-        needed.insert(needed.end(), own.begin(), own.end());
-        const contract::Origin* source = FirstSourceOf(press.origin, press.procedures);
-        wantsFile = wantsFile || (source != nullptr && source->source.prepare.place == contract::Place::Chosen);
-    }
+/// Raises `UsageError` naming the questions, and the files, that nobody is there to answer.
+void RequireAnswered(const Context& context, const std::vector<contract::AnswerNeed>& needed, size_t files) {
     const GivenAnswers& given = context.person.AnswersLeft();
-    const QStringList yesNo = Unanswered(needed, contract::AnswerKind::YesNo, given.questions.size(), "answer");
-    const QStringList texts = Unanswered(needed, contract::AnswerKind::Text, given.inputs.size(), "input");
-    const bool lacksFile = wantsFile && given.files.empty();
-    if (context.person.HasPerson() || (yesNo.isEmpty() && texts.isEmpty() && !lacksFile)) {
-        return;
-    }
+    const QStringList yesNo = Unanswered(needed, contract::AnswerKind::YesNo, given.questions.size());
+    const QStringList texts = Unanswered(needed, contract::AnswerKind::Text, given.inputs.size());
     QStringList missing;
     if (!yesNo.isEmpty()) {
         missing.append(QStringLiteral("%1 (--answer yes oppure --answer no, una per domanda)").arg(QuotedList(yesNo)));
@@ -164,11 +156,43 @@ void RequireAnswers(const Context& context, const std::vector<AskingPress>& pres
         missing.append(
             QStringLiteral("%1 (--input TESTO, uno per domanda, o --input-file FILE)").arg(QuotedList(texts)));
     }
-    if (lacksFile) {
+    if (given.files.size() < files) {
         missing.append(QStringLiteral("il file dell'origine (--file PERCORSO)"));
     }
-    throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")
-                         .arg(missing.join(QStringLiteral("; "))));
+    if (!missing.isEmpty() && !context.person.HasPerson()) {
+        throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")
+                             .arg(missing.join(QStringLiteral("; "))));
+    }
+}
+
+} // namespace
+
+bool WantsFile(const contract::Origin* source) {
+    return source != nullptr && source->source.prepare.place == contract::Place::Chosen;
+}
+
+void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses) {
+    std::vector<contract::AnswerNeed> needed;
+    bool wantsFile = false;
+    for (const AskingPress& press : presses) {
+        const auto own = contract::AnswersNeeded(press.origin, press.procedures);
+        needed.insert(needed.end(), own.begin(), own.end());
+        wantsFile = wantsFile || WantsFile(FirstSourceOf(press.origin, press.procedures));
+    }
+    const GivenAnswers& given = context.person.AnswersLeft();
+    RefuseSurplus(needed, contract::AnswerKind::YesNo, given.questions.size(), "answer");
+    RefuseSurplus(needed, contract::AnswerKind::Text, given.inputs.size(), "input");
+    RequireAnswered(context, needed, wantsFile ? 1 : 0);
+}
+
+void RequireOpeningAnswers(const Context& context, const std::vector<const contract::Origin*>& sources) {
+    std::vector<contract::AnswerNeed> needed;
+    size_t files = 0;
+    for (const contract::Origin* source : sources) {
+        needed.insert(needed.end(), source->source.asks.begin(), source->source.asks.end());
+        files += WantsFile(source) ? 1 : 0;
+    }
+    RequireAnswered(context, needed, files);
 }
 
 } // namespace cli

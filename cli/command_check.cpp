@@ -34,30 +34,47 @@ QString NameOf(const contract::Procedure& procedure) {
     return QString(DataOf(procedure) + u' ' + procedure.name).trimmed();
 }
 
+/// The sources that looking at procedures opens, in their order.
+std::vector<const contract::Origin*> OpenedBy(const contract::Origin& origin,
+                                              const std::vector<const contract::Procedure*>& procedures) {
+    std::vector<const contract::Origin*> opened;
+    const contract::Origin* open = nullptr;
+    for (const contract::Procedure* procedure : procedures) {
+        const contract::Origin* source = contract::SourceOf(origin, *procedure);
+        if (source != nullptr && source != open) {
+            opened.push_back(source);
+        }
+        open = source;
+    }
+    return opened;
+}
+
 Report Check(Context& context) {
     Choice choice;
     RequireAll(context.options, {"company", "origin"});
     choice.origin = &OriginFrom(context.options);
     choice.errors = ErrorAction::Abort;
     TakeCompanyOption(context, choice);
-    const auto findings = check::Run(context.session, choice, ToCheck(*choice.origin, context.options));
+    const auto procedures = ToCheck(*choice.origin, context.options);
+    RequireOpeningAnswers(context, OpenedBy(*choice.origin, procedures));
+    const auto findings = check::Run(context.session, choice, procedures);
     if (!findings) {
         return {ExitFailed, {}, {}};
     }
     Report report;
     QStringList lines;
-    QJsonArray procedures;
+    QJsonArray found;
     for (const check::Finding& finding : *findings) {
         lines += check::Lines(finding, NameOf(*finding.procedure));
-        procedures.append(QJsonObject{{"data", DataOf(*finding.procedure)},
-                                      {"procedure", finding.procedure->name},
-                                      {"missing", QJsonArray::fromStringList(finding.lacks.necessary)},
-                                      {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)},
-                                      {"changes", QJsonArray::fromStringList(finding.changes)}});
+        found.append(QJsonObject{{"data", DataOf(*finding.procedure)},
+                                 {"procedure", finding.procedure->name},
+                                 {"missing", QJsonArray::fromStringList(finding.lacks.necessary)},
+                                 {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)},
+                                 {"changes", QJsonArray::fromStringList(finding.changes)}});
         report.exitCode = finding.lacks.necessary.isEmpty() ? report.exitCode : ExitFailed;
     }
     report.text = lines.join(u'\n');
-    report.json["procedures"] = procedures;
+    report.json["procedures"] = found;
     return report;
 }
 
@@ -66,7 +83,8 @@ Report Check(Context& context) {
 Command CheckCommand() {
     return {"check",
             "controlla che origine e azienda abbiano ciò che l'importazione legge e scrive; non scrive nulla",
-            {},
+            "Codice d'uscita 1 quando a una delle procedure manca qualcosa di necessario, anche se le altre hanno "
+            "tutto: con\n--data si guarda solo ciò che si vuole importare.",
             {CompanyOption(),
              OriginOption(),
              DataOption(),

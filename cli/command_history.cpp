@@ -7,8 +7,12 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/resultReport.h"
+#include "sources/tableFile.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
+#include <QTemporaryDir>
 
 namespace cli {
 
@@ -98,18 +102,73 @@ QStringList Lines(const History& history, const Run& run) {
     return lines;
 }
 
-Report List(const Context& context, const History& history) {
-    const std::vector<Run> runs = history.Runs(context.options.value("company"));
+/// Raises `UsageError` for a company that there is not; false when Quadrix does not open, which has been told.
+bool IsCompany(Context& context) {
+    if (!modMain::ConnectQuadrix(context.session, modMain::SettingsFilePath(context.options.value("config")))) {
+        return false;
+    }
+    Choice choice;
+    TakeCompanyOption(context, choice);
+    return true;
+}
+
+Report List(Context& context, const History& history) {
+    const QString company = context.options.value("company");
+    const std::vector<Run> runs = history.Runs(company);
     Report report;
+    if (runs.empty() && !company.isEmpty() && !IsCompany(context)) {
+        report.exitCode = ExitFailed;
+        return report;
+    }
     QStringList lines{RunHeadings().join(QStringLiteral(" | "))};
     QJsonArray json;
     for (const Run& run : runs) {
         lines += RunCells(run).join(QStringLiteral(" | "));
         json.append(RunJson(run));
     }
-    report.text = runs.empty() ? QStringLiteral("La cronologia è vuota.") : lines.join(u'\n');
+    const QString ofWhom = company.isEmpty() ? QString() : QStringLiteral(" dell'azienda %1").arg(company);
+    report.text = runs.empty() ? QStringLiteral("La cronologia%1 è vuota.").arg(ofWhom) : lines.join(u'\n');
     report.json["runs"] = json;
     return report;
+}
+
+/// Whether a table stands where another one of its kind is about to be written, with something else in it.
+bool IsOther(const QString& there, const QString& fresh) {
+    if (!QFileInfo(there).isFile() || QFileInfo(there).size() == 0) {
+        return false;
+    }
+    const sources::TableOfFile old = sources::ReadTable(there);
+    const sources::TableOfFile now = sources::ReadTable(fresh);
+    constexpr int kind = 2; // first columns, by which a file that may be written over is told
+    return old.columns.mid(0, kind) == now.columns.mid(0, kind) &&
+           !(old.columns == now.columns &&
+             std::equal(old.rows.begin(), old.rows.end(), now.rows.begin(), now.rows.end(),
+                        [](const auto& a, const auto& b) { return a.values == b.values; }));
+}
+
+/// The files of rows given up in which somebody has changed something, or which are those of another run.
+QStringList ChangedRejects(const History& history, qint64 run, const QString& path) {
+    const QTemporaryDir folder;
+    QStringList changed;
+    try {
+        for (const QString& file : WriteRejects(history, run, folder.filePath(QFileInfo(path).fileName()))) {
+            const QString there = QFileInfo(path).dir().filePath(QFileInfo(file).fileName());
+            changed += IsOther(there, file) ? QStringList(QDir::toNativeSeparators(there)) : QStringList();
+        }
+    } catch (const ImportError&) {
+        return changed; // what cannot be written or read is told by the writing
+    }
+    return changed;
+}
+
+/// Writes the rows given up. Raises `UsageError` for a file that is being mended, unless --yes was given.
+QStringList SaveRejects(const Context& context, const History& history, qint64 run) {
+    const QString path = context.options.value("rejects");
+    if (const QStringList changed = ChangedRejects(history, run, path); !changed.isEmpty()) {
+        RequireYes(context.options, QStringLiteral("'%1' ha righe corrette, o di un'altra esecuzione: si perderebbero")
+                                        .arg(changed.join(QStringLiteral("', '"))));
+    }
+    return WriteRejects(history, run, path);
 }
 
 Report One(const Context& context, const History& history, qint64 number) {
@@ -123,7 +182,7 @@ Report One(const Context& context, const History& history, qint64 number) {
     }
     QStringList lines = Lines(history, run);
     if (context.options.isSet("rejects")) {
-        const QStringList files = WriteRejects(history, number, context.options.value("rejects"));
+        const QStringList files = SaveRejects(context, history, number);
         lines += files.isEmpty() ? QStringLiteral("Nessuna riga scartata: nessun file scritto.")
                                  : QStringLiteral("Righe scartate scritte in: ") + files.join(QStringLiteral(", "));
         report.json["rejectFiles"] = QJsonArray::fromStringList(files);
@@ -197,7 +256,7 @@ Command HistoryCommand() {
              {"notes", "Con --run: scrive le sue annotazioni, riga per riga, in un file .csv o .xlsx.", "FILE"},
              {"rejects", "Con --run: scrive le righe abbandonate in un file .csv o .xlsx, da correggere.", "FILE"},
              {"forget-before", "Toglie le esecuzioni cominciate prima di questo giorno, GG/MM/AAAA.", "GIORNO"},
-             YesOption()},
+             {"yes", "Conferma --forget-before; con --rejects sovrascrive un file che qualcuno ha corretto."}},
             Need::Nothing,
             Show};
 }

@@ -205,6 +205,7 @@ Inspection LookAt(Context& context, const contract::Origin& origin) {
 
 Report Inspect(Context& context) {
     const contract::Origin& origin = OriginFrom(context.options);
+    RequireOpeningAnswers(context, {&origin});
     Session& session = context.session;
     const auto close = qScopeGuard([&session] { CloseSource(session); });
     const Operator::Busy busy(session.Person);

@@ -1,5 +1,6 @@
 #include "adapters/registry.h"
 #include "app/importFlow.h"
+#include "cli/choiceOptions.h"
 #include "cli/commands.h"
 
 #include <QJsonArray>
@@ -19,9 +20,13 @@ QStringList ProcedureNames(const Origin& origin, Button button) {
     return names;
 }
 
-/// The questions that a press asks, in their order, as "import --answer" and "--input" answer them.
+/// The questions that a press asks, in their order, as "import --answer" and "--input" answer them; in front of them
+/// the file of the source, where one is to be chosen.
 QJsonArray QuestionsJson(const Origin& origin, const std::vector<const contract::Procedure*>& procedures) {
     QJsonArray questions;
+    if (WantsFile(contract::FirstSourceOf(origin, procedures))) {
+        questions.append(QJsonObject{{"question", "File dell'origine"}, {"option", "file"}});
+    }
     for (const contract::AnswerNeed& need : contract::AnswersNeeded(origin, procedures)) {
         const bool text = need.kind == contract::AnswerKind::Text;
         questions.append(QJsonObject{{"question", need.question}, {"option", text ? "input" : "answer"}});

@@ -1,7 +1,9 @@
 #include "app/sequence.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
+#include "cli/keptRuns.h"
 #include "cli/resultReport.h"
+#include "cli/TerminalOperator.h"
 #include "core/nearNames.h"
 
 #include <QJsonArray>
@@ -71,6 +73,45 @@ int ScriptFrom(const QCommandLineParser& options, const SequenceSettings& settin
     return options.isSet("script") ? OneOf("script", options.value("script"), {"1", "2"}) + 1 : settings.script;
 }
 
+/// Raises `UsageError` for steps given to sequence 1, which has none to choose from.
+void RefuseSteps(const QCommandLineParser& options) {
+    if (options.isSet("steps")) {
+        throw UsageError(
+            QStringLiteral("--steps vale con la sequenza 2, e %1 la 1: indicare --script 2")
+                .arg(options.isSet("script") ? QStringLiteral("si è chiesta") : QStringLiteral("Sequence.ini indica")));
+    }
+}
+
+/// Raises `UsageError` where nobody answers what sequence 1 asks about the emptying: before the first table is.
+void RequireEmptyingAnswers(const Context& context) {
+    const std::deque<bool>& given = context.person.AnswersLeft().questions;
+    const bool empties = !given.empty() && given.front();
+    if (!context.person.HasPerson() && given.size() < (empties ? 2U : 1U)) {
+        throw UsageError(QStringLiteral("Manca la risposta a \"%1\" (--answer yes oppure --answer no, una per "
+                                        "domanda). Non è stato eliminato né scritto nulla.")
+                             .arg(empties ? QStringLiteral("svuotare anche il database del software CAM collegato?")
+                                          : QStringLiteral("svuotare tutte le tabelle del database dell'azienda?")));
+    }
+}
+
+bool HasUntranslated(const SequenceResult& result) {
+    return std::any_of(result.entries.cbegin(), result.entries.cend(), [](const SequenceEntry& entry) {
+        return std::any_of(entry.results.cbegin(), entry.results.cend(),
+                           [](const RunResult& procedure) { return procedure.untranslatedCount > 0; });
+    });
+}
+
+Report ReportOf(const Context& context, const SequenceResult& result, const QList<qint64>& runs) {
+    const Ending ending = result.HowItEnded();
+    Report report{ExitCodeOf(ending), {}, {{"outcome", EndingName(ending)}}};
+    report.text = (SequenceLines(result) + RunLines(context.session, runs, HasUntranslated(result))).join(u'\n');
+    report.json["givenUp"] = result.GivenUp();
+    report.json["steps"] = EntriesJson(result);
+    report.json["log"] = result.logFile;
+    report.json["run"] = RunNumberJson(runs);
+    return report;
+}
+
 Report Sequence(Context& context) {
     const SequenceSettings settings = ReadSequenceSettings(context.session);
     const int script = ScriptFrom(context.options, settings);
@@ -80,19 +121,20 @@ Report Sequence(Context& context) {
         const SequenceSteps steps = StepsFrom(context.options);
         window.LanciaSequenza = [steps] { return std::optional(steps); };
         what += steps.DeleteBefore ? " e prima ne svuota le tabelle, con quelle comuni GEN_..." : "";
+    } else {
+        RefuseSteps(context.options);
     }
     RequireYes(context.options, what);
+    if (script == 1) {
+        RequireEmptyingAnswers(context);
+    }
     context.session.Errors.Action = ErrorsFrom(context.options);
+    const KeptRuns kept(context.session);
     const SequenceResult result =
         script == 1 ? ::Sequence(context.session, settings, window) : Sequence2(context.session, settings, window);
-    const Ending ending = result.HowItEnded();
-    Report report{ExitCodeOf(ending), SequenceLines(result).join(u'\n'), {}};
+    Report report = ReportOf(context, result, kept.Of(context.session.UserManager.Azienda()));
     report.json["script"] = script;
     report.json["company"] = settings.company;
-    report.json["outcome"] = EndingName(ending);
-    report.json["givenUp"] = result.GivenUp();
-    report.json["steps"] = EntriesJson(result);
-    report.json["log"] = result.logFile;
     return report;
 }
 

@@ -2,6 +2,7 @@
 
 #include "sources/tableFile.h"
 
+#include <QFileInfo>
 #include <QHash>
 
 namespace codes {
@@ -118,6 +119,15 @@ public:
         }
     }
 
+    /// Whether somebody has filled in what Quadrix does not have.
+    bool IsWork(const sources::TableOfFile::Row& row) const {
+        const QString code = Cell(row, NewColumn).trimmed();
+        const Code* known =
+            m_worklist.Find(Cell(row, ListColumn).trimmed(), Cell(row, FieldColumn).trimmed(), Cell(row, OldColumn));
+        return code.isEmpty() ? !Cell(row, MakeColumn).trimmed().isEmpty()
+                              : known == nullptr || known->newCode.compare(code, Qt::CaseInsensitive) != 0;
+    }
+
     FilePlan Result;
 
 private:
@@ -172,6 +182,19 @@ void WriteFile(Worklist& worklist, const std::vector<Code>& codes, const QString
     }
     AddChoices(worklist, codes, *file);
     file->Close();
+}
+
+bool HoldsWork(Worklist& worklist, const QString& path) {
+    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0) {
+        return false;
+    }
+    try {
+        const sources::TableOfFile file = sources::ReadTable(path);
+        const Plan plan(worklist, file.columns);
+        return std::any_of(file.rows.begin(), file.rows.end(), [&plan](const auto& row) { return plan.IsWork(row); });
+    } catch (const ImportError&) {
+        return false; // no file of codes: it is not written over
+    }
 }
 
 FilePlan ReadFile(Worklist& worklist, const QString& path) {

@@ -9,6 +9,10 @@ namespace codes {
 /// in UTF-8 with its mark). Raises `ImportError` naming a file that cannot be written, or whose name ends otherwise.
 void WriteFile(Worklist& worklist, const std::vector<Code>& codes, const QString& path);
 
+/// Whether a file of codes was filled in with some that Quadrix does not have, as nobody has read it back: writing over
+/// it loses them. False for what is no such file.
+bool HoldsWork(Worklist& worklist, const QString& path);
+
 /// What a file that was filled in asks for.
 struct FilePlan {
     std::vector<Change> changes;

@@ -110,9 +110,12 @@ private slots:
             row["Crea (S)"] = choices.isEmpty() ? "S" : "";
             row["Descrizione"] = choices.isEmpty() ? "Nuovo" : "";
         });
+        const QStringList again = QStringList{"codes", "export", "--all", "--out", Path("compilati.xlsx")} + m_which;
+        QCOMPARE(m_run.Run(again).exitCode, 2); // what the customer has filled in would be lost
         QCOMPARE(
             Json({"codes", "import", "--in", Path("compilati.xlsx"), "--company", "X01"}, 0)["changed"].toInteger(),
             open);
+        QCOMPARE(m_run.Run(again).exitCode, 0);
         const QString terms = "SELECT COUNT(*) FROM X01_CON_TRO WHERE COALESCE(COMOP, COMOA, '') <> ''";
         const int before = Value(terms).toInt();
         const QJsonArray cells = Json({"codes", "apply", "--dry-run", "--company", "X01"}, 0)["cells"].toArray();
@@ -124,6 +127,7 @@ private slots:
         QVERIFY(written > 0);
         QJsonObject applied = Json({"codes", "apply", "--company", "X01"}, 0);
         QCOMPARE(Value(terms).toInt(), before + static_cast<int>(written));
+        QVERIFY(applied["run"].toInt() > 4);
         QVERIFY2(applied["notes"].toArray().isEmpty() || !QJsonDocument(applied).toJson().contains("NON PIÙ"),
                  "a part of the rows says nothing of the others");
         QCOMPARE(Json(QStringList{"codes", "list"} + m_which, 0)["open"].toInt(), 0);
@@ -135,6 +139,9 @@ private slots:
             const QString number = QString::number(run);
             m_run.Run({"history", "--run", number, "--rejects", Path("scarti.xlsx")});
             Fill(Path("scarti.xlsx"), Path("corretti.xlsx"), how);
+            if (m_run.Run({"history", "--run", number, "--rejects", Path("corretti.xlsx")}).exitCode != 2) {
+                QTest::qFail("what is mended is written over", __FILE__, __LINE__);
+            }
             QFile::remove(Path("scarti.xlsx"));
             const QJsonObject result =
                 Json({"import", "--rejects-of", number, "--mended", Path("corretti.xlsx"), "--errors", "ignore"}, 0);
@@ -185,6 +192,12 @@ private slots:
     void comparesTheRuns() {
         const QString told = m_run.Run({"history", "--run", "10", "--compare", "2"}).output;
         QVERIFY2(told.contains("Ora importata: ImportArticoliGescom"), qPrintable(told));
+    }
+
+    /// What was not reached is told beside what was given up.
+    void tellsHowToGoOn() {
+        const QString told = m_run.Run(QStringList{"import", "--errors", "abort", "--data", "cli"} + m_which).output;
+        QVERIFY2(told.contains("riprendere da dove si è fermata: import --resume "), qPrintable(told));
     }
 
     /// An import that the history could not keep stands, and is not taken for the one before it.

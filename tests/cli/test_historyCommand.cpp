@@ -35,6 +35,7 @@ private slots:
         Columns<QStringList, int, QString>("arguments", "exitCode", "told");
         Row("no number", QStringList{"--run", "uno"}, 2, "--run: 'uno' non è il numero di un'esecuzione");
         Row("no such run", QStringList{"--run", "9"}, 1, "9");
+        Row("no such company", QStringList{"--company", "X99"}, 2, "L'azienda 'X99' non esiste");
         Row("notes of no run", QStringList{"--notes", "note.csv"}, 2, "--notes vale con --run");
         Row("no day", QStringList{"--forget-before", "2024-01-01", "--yes"}, 2, "non è una data GG/MM/AAAA");
         Row("forgetting unconfirmed", QStringList{"--forget-before", "01/01/2024"}, 2, "--yes");

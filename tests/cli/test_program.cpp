@@ -60,6 +60,9 @@ private slots:
         row("unknown answer", Import({"--answer", "forse"}), "'forse' non previsto");
         row("an answer too many", Import({"--answer", "yes", "--answer", "no"}), "Risposte --answer in più: 2");
         row("a text that nobody asks for", Import({"--answer", "yes", "--input", "x"}), "si chiede niente");
+        row("no file to check", {"check", "--company", "X01", "--origin", "Excel"}, "--file PERCORSO");
+        row("no file to look at", {"inspect", "--origin", "Excel"}, "--file PERCORSO");
+        row("no names to open by", {"codes", "list", "--describe", "--company", "X01", "--origin", "SAM"}, "--input");
         row("unknown company", Import({}).replaceInStrings("X01", "X02"), "forse 'X01'? (aziende presenti: X01)");
     }
     void refusesWrongUsage() {
@@ -252,9 +255,20 @@ private slots:
         const QJsonArray questions = arca["buttons"].toArray()[0].toObject()["questions"].toArray();
         QCOMPARE(questions.size(), 1);
         QVERIFY(questions[0].toObject()["question"].toString().startsWith("Vuoi riportare"));
+        const auto excel = std::find_if(origins.begin(), origins.end(),
+                                        [](const QJsonValue& origin) { return origin["name"] == "Excel"; });
+        const QJsonObject asked = excel->toObject()["questions"].toObject();
+        QCOMPARE(asked["ImportArticoliExcel"].toArray()[0].toObject()["option"].toString(), QString("file"));
         for (const QJsonValue& origin : origins) {
             QVERIFY2(origin.toObject()["built"].toBool(), qPrintable(origin.toObject()["name"].toString()));
         }
+    }
+
+    void tellsACodeThatTheSourceLacks() {
+        m_cli->CreateCompany();
+        const auto ended = m_cli->Run(Import({"--answer", "no", "--code", "NESSUNO"}));
+        QCOMPARE(ended.exitCode, 4);
+        QVERIFY2(ended.output.contains("Nessuna riga dell'origine ha il codice 'NESSUNO'"), qPrintable(ended.output));
     }
 
     void inspectsTheSource() {

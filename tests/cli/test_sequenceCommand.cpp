@@ -48,6 +48,9 @@ private slots:
         Row("without steps", QStringList{"--yes"}, "--steps");
         Row("no such step", QStringList{"--steps", "saldimex,saldimx", "--yes"}, "'saldimx'");
         Row("no such script", QStringList{"--script", "3", "--yes"}, "3");
+        Row("steps of the other one", QStringList{"--script", "1", "--steps", "all", "--yes"}, "sequenza 2");
+        Row("nobody to ask", QStringList{"--script", "1", "--yes"}, "svuotare tutte le tabelle");
+        Row("half answered", QStringList{"--script", "1", "--yes", "--answer", "yes"}, "database del software CAM");
     }
     void refusals() {
         QFETCH(QStringList, arguments);
@@ -64,6 +67,7 @@ private slots:
             Sequence({"--steps", "distintesic,contropartimex", "--steps", "SaldiVSP", "--yes", "--json"});
         QCOMPARE(ended.exitCode, 1);
         const QJsonObject json = ended.Json();
+        QCOMPARE(json["run"].toInt(), 1);
         QCOMPARE(Steps(json), QStringList({"Controparti Mexal done", "Distinte Base Tessera done",
                                            "Saldi di Magazzino Visual Space notConnected"}));
         const QJsonObject imported = json["steps"][0]["procedures"][0].toObject();

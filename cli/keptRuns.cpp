@@ -1,0 +1,101 @@
+#include "cli/keptRuns.h"
+
+#include "app/history/again.h"
+#include "app/history/rejects.h"
+
+#include <QJsonValue>
+
+namespace cli {
+
+namespace {
+
+/// What the history tells; `otherwise` where it cannot be read.
+template<class Result, class Ask>
+Result OfHistory(const Session& session, Result otherwise, const Ask& ask) {
+    try {
+        return ask(history::History(history::FilePath(session.Config.ConfigFile())));
+    } catch (const Error&) {
+        return otherwise;
+    }
+}
+
+/// The runs with rows given up that none has imported yet: the run, and those that it goes on with.
+QList<qint64> RunsWithRejects(const history::History& history, qint64 last) {
+    QList<qint64> runs;
+    for (qint64 number = last; number != 0;) {
+        const history::Run run = history.Load(number);
+        if (history::RejectsIn(run) > 0) {
+            runs.prepend(number);
+        }
+        number = run.resumes;
+    }
+    return runs;
+}
+
+/// Whether a run broke off behind its beginning and can go on.
+bool HasRest(const history::History& history, qint64 number) {
+    const history::Run run = history.Load(number);
+    const bool began = std::any_of(run.procedures.begin(), run.procedures.end(),
+                                   [](const auto& procedure) { return procedure.result.sourceRows > 0; });
+    return began && history::CanGoOn(run) && history::RestOf(history, run) != nullptr;
+}
+
+QStringList NextSteps(const Session& session, qint64 run, bool untranslated, bool resumes) {
+    QStringList steps;
+    if (resumes && OfHistory(session, false, [run](const auto& history) { return HasRest(history, run); })) {
+        steps.append(
+            QStringLiteral("Non è arrivata alla fine; riprendere da dove si è fermata: import --resume %1").arg(run));
+    }
+    for (const qint64 each :
+         OfHistory(session, QList<qint64>(), [run](const auto& history) { return RunsWithRejects(history, run); })) {
+        steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
+                                    "import --rejects-of %1 --mended FILE")
+                         .arg(each));
+    }
+    if (untranslated) {
+        steps.append(QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1")
+                         .arg(session.UserManager.Azienda()));
+    }
+    return steps;
+}
+
+} // namespace
+
+KeptRuns::KeptRuns(const Session& session)
+    : m_session(session),
+      m_before(OfHistory(session, qint64{0}, [](const history::History& history) {
+          const std::vector<history::Run> last = history.Runs({}, 1);
+          return last.empty() ? 0 : last.front().id;
+      })) {}
+
+QList<qint64> KeptRuns::Of(const QString& company, qsizetype most) const {
+    if (company.isEmpty()) {
+        return {};
+    }
+    return OfHistory(m_session, QList<qint64>(), [&](const history::History& history) {
+        QList<qint64> runs;
+        for (const history::Run& run : history.Runs(company, static_cast<int>(most))) {
+            if (run.id > m_before && !run.procedures.empty()) {
+                runs.prepend(run.id);
+            }
+        }
+        return runs;
+    });
+}
+
+QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes) {
+    if (runs.isEmpty()) {
+        return {};
+    }
+    QStringList numbers;
+    for (const qint64 run : runs) {
+        numbers.append(QString::number(run));
+    }
+    const QString title = runs.size() == 1 ? QStringLiteral("Esecuzione: ") : QStringLiteral("Esecuzioni: ");
+    return QStringList(title + numbers.join(QStringLiteral(", "))) +
+           NextSteps(session, runs.last(), untranslated, resumes);
+}
+
+QJsonValue RunNumberJson(const QList<qint64>& runs) { return runs.isEmpty() ? QJsonValue() : QJsonValue(runs.last()); }
+
+} // namespace cli
