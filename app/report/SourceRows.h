@@ -5,8 +5,8 @@
 
 namespace proof {
 
-/// Which row of the source was under way when a row of Quadrix was rewritten, and which were given up, during the
-/// lifetime of the object.
+/// Which rows of Quadrix were rewritten, also with what stood there, which row of the source was under way then, and
+/// which were given up, during the lifetime of the object.
 class SourceRows final : public RunObserver {
 public:
     explicit SourceRows(Session& session)
@@ -22,12 +22,18 @@ public:
 
     bool KeepsImages() const noexcept override { return true; }
     void TargetChanges(const TargetChange& change) noexcept override {
-        if (change.kind == TargetChange::Kind::Updated && !change.row.isEmpty()) {
-            m_rows[change.table].insert(change.id, change.row);
+        if (change.kind == TargetChange::Kind::Updated) {
+            QString& row = m_rows[change.table][change.id];
+            row = change.row.isEmpty() ? row : change.row;
             for (const QString& column : change.columns) {
                 m_columns[change.table].insert(column.toUpper());
             }
         }
+    }
+    /// Whether a row was rewritten. @param table physical name @param id its RECORD_ID
+    bool IsRewritten(const QString& table, qint64 id) const {
+        const auto rows = m_rows.constFind(table);
+        return rows != m_rows.cend() && rows->contains(id);
     }
     /// Whether a column of a table (physical name) was written in a row that was there.
     bool IsRewritten(const QString& table, const QString& column) const {

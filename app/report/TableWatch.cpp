@@ -151,7 +151,8 @@ void TableWatch::Place(qint64 id, const Recordset& row, Prints& rest, QMultiHash
         return;
     }
     const bool isSame = before->content == now.content;
-    const bool isWritten = !isSame || before->marks != now.marks;
+    // A mark without a time of day is the same after a second import on its day.
+    const bool isWritten = !isSame || before->marks != now.marks || m_sourceRows.IsRewritten(m_name, id);
     rest.erase(before);
     if (!isWritten) {
         const bool isImported = row.HasColumn(Marks.first()) &&
