@@ -16,11 +16,24 @@ const QString Title = QStringLiteral("Verbale di quadratura");
 
 QString Moment(const QDateTime& moment) { return moment.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
 
+/// From which day on, and by which conditions, the source was read; what it leaves out nobody has compared.
+QString Limits(const Proof& proof) {
+    QStringList lines;
+    for (const Kind& kind : proof.kinds) {
+        for (const Step& step : kind.steps) {
+            lines += step.result.details;
+        }
+    }
+    lines.removeDuplicates();
+    return lines.join(u'\n');
+}
+
 QString Facts(const Proof& proof) {
     const QList<QPair<QString, QString>> facts{
         {"Azienda", QString(proof.companyCode + u' ' + proof.companyName).trimmed()},
         {"Origine", proof.origin},
         {"Sorgente", proof.source},
+        {"Che cosa se ne legge", Limits(proof)},
         {"Database Quadrix", proof.database},
         {"Confrontate", Moment(proof.begun) + " – " + Moment(proof.ended)},
         {"Eseguito da", proof.worker},
@@ -118,14 +131,13 @@ QString Method() {
                         "secondo la chiave, con ciò che è in Quadrix adesso. Il confronto non ha scritto nulla: "
                         "alla fine il database è rimasto com'era. Nessuna cifra viene dai contatori delle "
                         "importazioni fatte.")) +
-           Element(
-               "p",
-               Text("Si confrontano le colonne che l'importazione riscrive su una riga che c'è già, e tutte quelle "
-                    "che dà alle controparti; ciò che dà solo a una riga nuova si vede dalle righe mancanti. "
-                    "«Importate, non riscritte» sono righe scritte da un'importazione che la rilettura ha ritrovato "
-                    "com'erano, o che l'origine non ha più. Righe di Quadrix che nessuna importazione ha scritto, "
-                    "come quelle presenti da prima o inserite a mano, sono contate a parte, «di altri», e non sono "
-                    "un errore. Le somme sono esatte al milionesimo.")) +
+           Element("p",
+                   Text("Si confrontano le colonne che l'importazione riscrive su una riga che c'è già, e tutte quelle "
+                        "che dà alle controparti; ciò che dà solo a una riga nuova si vede dalle righe mancanti. "
+                        "«Importate, non riscritte» sono righe scritte da un'importazione che una nuova importazione "
+                        "lascia come sono, o che l'origine non ha più. Righe di Quadrix che nessuna importazione ha "
+                        "scritto, come quelle presenti da prima o inserite a mano, sono contate a parte, «di altri», "
+                        "e non sono un errore. Le somme sono esatte al milionesimo.")) +
            Element("h3", "Le regole dell'esito") +
            Table({},
                  {{{Tag(Light::Green), Text(rules.at(0))}},

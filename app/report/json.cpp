@@ -85,6 +85,7 @@ QJsonObject Json(const Step& step) {
                                       return QJsonObject{{"row", row.rowKey}, {"reason", row.reason}};
                                   })},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
+            {"details", QJsonArray::fromStringList(result.details)},
             {"errors", QJsonArray::fromStringList(result.errors)}};
 }
 

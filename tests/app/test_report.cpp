@@ -10,6 +10,8 @@
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
+#include <QDir>
+#include <QJsonDocument>
 #include <QTest>
 
 using namespace proof;
@@ -36,12 +38,16 @@ public:
         }
         Person.Otherwise = true;
         for (const Wanted& each : AllOf(Gescom())) {
-            ImportRequest request;
-            request.choice = Chosen();
-            request.button = each.button;
-            request.reset = false;
-            RunImport(Get(), request);
+            Import(each.button);
         }
+    }
+
+    void Import(contract::Button button) {
+        ImportRequest request;
+        request.choice = Chosen();
+        request.button = button;
+        request.reset = false;
+        RunImport(Get(), request);
     }
 
     static Choice Chosen() { return {"Prova Uno S.r.l.", {}, &Gescom(), ErrorAction::Ignore}; }
@@ -119,6 +125,47 @@ private slots:
         QCOMPARE(target.Get().Results.size(), results);
         QVERIFY2(target.Person.Events.filter("[").isEmpty(), qPrintable(target.Person.Events.join('\n')));
         QCOMPARE(Digest(target.Compared()), Digest(proof));
+    }
+
+    /// A row that an import writes as it stands there is compared, also where nothing tells that from a row left alone:
+    /// articles know the day on which they were changed, and not the time.
+    void ComparesWhatStaysAsItIs() {
+        Migrated target;
+        target.Import(contract::Button::Art);
+        const Proof proof = target.Compared({{contract::Button::Art}});
+        QCOMPARE(Differences(proof), QStringList());
+        const TableFigures& figures = Figures(proof, "ART_ICO");
+        QCOMPARE(QString::number(figures.equal), target.Value("SELECT COUNT(*) FROM X01_ART_ICO"));
+        QCOMPARE(figures.kept, 0);
+        QCOMPARE(figures.totals.at(0).amounts.at(0).target.Value(),
+                 target.Value("SELECT SUM(ARCOS) FROM X01_ART_ICO").toDouble());
+        QVERIFY2(VerdictOf(FindingsOf(proof)).reason.contains("concord"), "no row was compared");
+    }
+
+    /// What is never read of the source, by the day of the settings or a condition of the layout, is told wherever
+    /// somebody looks whether all has arrived.
+    void TellsWhatIsNotRead() {
+        Migrated target;
+        ovConnection source;
+        const qint64 rows = OpenEmbedded(source, target.Folder.filePath("gescom/gescom.db"))
+                                .ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM RIEMOV WHERE RGRIEMOV > 1"));
+        QVERIFY(rows > 0);
+        target.Get().Config.SetAppConfig("IMPORT", "DOC_DateStart", "01/03/2100");
+        QDir(target.Folder.path()).mkpath("Tracciati");
+        WriteFile(target.Folder.filePath("Tracciati/Gescom.ini"), "[FILTRI]\nRIEMOV=RGRIEMOV > 1\n");
+        target.Import(contract::Button::Doc);
+        const QStringList told{
+            "Filtro del tracciato: della tabella 'RIEMOV' si leggono le righe con RGRIEMOV > 1",
+            QString("Documenti dal 01/01/2100 (anno di DOC_DateStart), righe più vecchie non lette: %1").arg(rows)};
+        QCOMPARE(target.Get().Results.last().details, told);
+        const Proof proof = target.Compared({{contract::Button::Doc}});
+        const QString firstPage = Html(proof).section("class=\"kind", 0, 0);
+        const QByteArray json = QJsonDocument(Json(proof)).toJson();
+        for (const QString& line : told) {
+            QVERIFY2(QString::fromLatin1(target.Log()).contains(line), target.Log().constData());
+            QVERIFY2(firstPage.contains(line.toHtmlEscaped()), qPrintable(firstPage));
+            QVERIFY(QString::fromUtf8(json).contains(line));
+        }
     }
 
     /// Whatever is done to Quadrix by hand is found and named, with both values.

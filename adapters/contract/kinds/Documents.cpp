@@ -22,6 +22,16 @@ QDate FromOf(ImportRun& run, const Documents& declared) {
     return declared.since == Since::Setting ? from : QDate(from.year(), 1, 1);
 }
 
+/// The day from which documents are read, and where it comes from: "Documenti dal 01/01/2017 (DOC_DateStart)".
+QString SinceText(const Documents& declared, const QDate& from) {
+    const QString ground = declared.oldest.isValid()          ? QString()
+                           : declared.since == Since::Asked   ? QStringLiteral(" (come risposto)")
+                           : declared.since == Since::Setting ? QStringLiteral(" (DOC_DateStart)")
+                                                              : QStringLiteral(" (anno di DOC_DateStart)");
+    return QStringLiteral("%1 dal %2%3")
+        .arg(FrameOf(declared).step, from.toString(QStringLiteral("dd/MM/yyyy")), ground);
+}
+
 bool IsOfCustomers(const DocumentKind& kind) { return kind.family.number == Sales.number; }
 
 /// The kinds that are imported, which the operator may be asked.
@@ -70,6 +80,7 @@ public:
     }
 
     QString Condition() const override;
+    LeftOut LeavesOut() const override;
     Emptying Empties(const Emptying& declared) const override {
         return Declared().which == Which::Asked ? DocumentEmptying(CausesOf(m_kinds))
                                                 : m_ofHeads.empties.value_or(declared);
@@ -123,6 +134,7 @@ private:
     std::map<int, OfFamily> m_families;
     QString m_group;
     QSet<QString> m_causes; ///< of the documents of the run
+    qint64 m_older = 0;     ///< rows before the first day that the source has given all the same
 };
 
 QString DocumentImporter::Condition() const {
@@ -133,6 +145,12 @@ QString DocumentImporter::Condition() const {
     const QString column = Declared().head.day.Columns().value(0);
     const QString day = Declared().source.joins.empty() ? column : QString(u"T." + column);
     return QStringLiteral("(%1 >= %2 OR %1 IS NULL)").arg(day, LiteralOf(source, m_from));
+}
+
+Importer::LeftOut DocumentImporter::LeavesOut() const {
+    return Condition().isEmpty()
+               ? LeftOut()
+               : LeftOut{SinceText(Declared(), m_from) + QStringLiteral(", righe più vecchie non lette"), {}};
 }
 
 void DocumentImporter::Begin() {
@@ -171,6 +189,8 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
     }
     const QVariant day = Declared().head.day.Day(GetSession(), row);
     if (!day.isNull() && day.toDateTime().date() < m_from) {
+        Run().Restores(m_older);
+        ++m_older;
         return Run().Skip("documento anteriore alla data d'inizio");
     }
     if (const QString rule = m_ofHeads.leavesOut ? m_ofHeads.leavesOut(row) : QString(); !rule.isEmpty()) {
@@ -397,6 +417,10 @@ void DocumentImporter::EndGroup() {
 }
 
 bool DocumentImporter::End() {
+    if (Condition().isEmpty() && !Run().IsPart()) {
+        Run().Tell(QStringLiteral("%1, righe più vecchie saltate: %2")
+                       .arg(SinceText(Declared(), m_from), QString::number(m_older)));
+    }
     if (m_ofHeads.end) {
         m_ofHeads.end();
     }

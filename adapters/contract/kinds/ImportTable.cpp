@@ -30,9 +30,16 @@ struct Import {
 bool RunPart(ImportRun& run, const ImportPart& part, Importer& importer, const QString& told,
              const QString& singleCode) {
     importer.Begin();
-    QStringList conditions{told, importer.Condition()};
-    conditions.removeAll(QString());
-    const auto loop = part.source.Loop(run, part.step, conditions.join(QStringLiteral(" AND ")), singleCode);
+    const auto loopWith = [&](const QString& condition) {
+        QStringList conditions{told, condition};
+        conditions.removeAll(QString());
+        return part.source.Loop(run, part.step, conditions.join(QStringLiteral(" AND ")), singleCode);
+    };
+    ImportRun::Loop loop = loopWith(importer.Condition());
+    if (const Importer::LeftOut leftOut = importer.LeavesOut(); !leftOut.words.isEmpty()) {
+        loop.leftOut = leftOut.words;
+        loop.countAll = loopWith(leftOut.condition).count;
+    }
     const bool toTheEnd = run.Rows(
         loop, [&importer](const SourceRow& row) { return importer.Row(row); }, [&importer] { importer.EndGroup(); });
     return toTheEnd && importer.End();

@@ -34,6 +34,12 @@ public:
 
     /// A condition on the rows that only the run knows, without AND; empty for none.
     virtual QString Condition() const { return {}; }
+    /// Rows that the condition leaves behind by their day.
+    struct LeftOut {
+        QString words = {};     ///< what tells them, before their number; empty: there are none
+        QString condition = {}; ///< what is left of the condition, so that they are read too
+    };
+    virtual LeftOut LeavesOut() const { return {}; }
     /// What a reset empties, where an answer has narrowed it. @param declared as the part has it
     virtual Emptying Empties(const Emptying& declared) const { return declared; }
     /// Called behind the emptying, before the first row.

@@ -51,6 +51,11 @@ public:
     QString Condition() const override {
         return With(m_asked.days.Since(GetSession().SourceConnection(), m_asked.from));
     }
+    LeftOut LeavesOut() const override {
+        return {QStringLiteral("%1 dal %2 (come risposto), righe più vecchie o senza data non lette")
+                    .arg(m_asked.step, m_asked.from.toString(QStringLiteral("dd/MM/yyyy"))),
+                m_rows->Condition()};
+    }
     Emptying Empties(const Emptying& declared) const override { return m_rows->Empties(declared); }
     void Begin() override {
         TellWithoutDay();

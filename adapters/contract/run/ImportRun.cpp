@@ -2,6 +2,7 @@
 
 #include "adapters/contract/run/RowLoop.h"
 #include "adapters/contract/run/RowSelection.h"
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/run/SourceMemory.h"
 #include "core/lineSettings.h"
 #include "core/runEnding.h"
@@ -184,6 +185,9 @@ void ImportRun::Preflight(const Needs& needs) {
     for (const QString& change : RememberSource(m_session, m_account.Result.module, needs)) {
         Log(change);
     }
+    for (const QString& filter : m_single ? QStringList() : FilterLines(m_session, needs)) {
+        Tell(filter);
+    }
 }
 
 void ImportRun::Truncate(bool reset, const QStringList& tables) {
@@ -341,6 +345,13 @@ void ImportRun::Complete(const QString& message) {
         lines.append(WasTrial + u'.');
     }
     m_session.Person.Message(lines.join(u'\n'), losses.isEmpty() ? Icon::Information : Icon::Exclamation);
+}
+
+void ImportRun::Tell(const QString& line) {
+    if (!m_account.Result.details.contains(line)) {
+        m_account.Result.details.append(line);
+        AppendToLog(line);
+    }
 }
 
 void ImportRun::Log(const QString& message) { modImport::LogNote(m_session, message); }

@@ -59,6 +59,9 @@ public:
         std::function<QString(const SourceRow&)> groupOf = {};
         /// The database that holds the rows; null: the source of the import.
         ovConnection* database = nullptr;
+        /// What tells, before their number, the rows that the queries leave behind by their day; empty: there are none.
+        QString leftOut = {};
+        QString countAll = {}; ///< query that counts these too
     };
     using RowWork = std::function<RowOutcome(const SourceRow&)>;
     /// Reads the rows and hands each to `row`. Several are committed together (setting GruppoRighe of section IMPORT):
@@ -94,6 +97,8 @@ public:
 
     /// Appends a line about the row under way to the import log; it also stands in the result.
     void Log(const QString& message);
+    /// Appends a line to the log and to what the result tells of the whole run, each once.
+    void Tell(const QString& line);
     /// A text as an SQL literal of the target.
     QString Quoted(const QString& text) const;
     /// "\rWHERE column = 'code'", the condition of a run of a single code; empty for a run of all.

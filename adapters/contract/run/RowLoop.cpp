@@ -87,8 +87,20 @@ void RowLoop::CountRows() {
     m_count = Database().ExecuteCommand(m_loop.count);
     m_run.m_account.Result.sourceRows += IsSelective() ? 0 : m_count;
     m_run.CommitAccount();
+    TellLeftOut();
     if (m_progress != nullptr) {
         m_progress->SetMax(static_cast<float>(m_count));
+    }
+}
+
+/// A run for some rows alone leaves all others out anyway; one for a code tells why it does not find it.
+void RowLoop::TellLeftOut() {
+    if (m_loop.countAll.isEmpty() || IsSelective()) {
+        return;
+    }
+    const qint64 leftOut = Database().ExecuteCommand(m_loop.countAll) - m_count;
+    if (leftOut > 0 || !m_run.IsSingle()) {
+        m_run.Tell(QStringLiteral("%1: %2").arg(m_loop.leftOut, QString::number(leftOut)));
     }
 }
 

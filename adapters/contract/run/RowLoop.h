@@ -29,6 +29,7 @@ private:
     };
 
     void CountRows();
+    void TellLeftOut();
     bool IsSelective() const;
     void FindPlace();
     void Add(const SourceRow& current, const Recordset& rows);

@@ -318,6 +318,27 @@ void SourceLayout::CheckFilter(ovConnection& source, const Entry& entry) const {
     }
 }
 
+QString SourceLayout::FilterOf(const QString& table) const {
+    for (const Entry& entry : m_file.Entries(LayoutFile::Filters)) {
+        if (IsSame(entry.key, table)) {
+            return entry.value;
+        }
+    }
+    return {};
+}
+
+QStringList FilterLines(const Session& session, const Needs& needs) {
+    QStringList lines;
+    for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
+        const QString filter = session.Layout == nullptr ? QString() : session.Layout->FilterOf(table.name);
+        if (!filter.isEmpty()) {
+            lines.append(QStringLiteral("Filtro del tracciato: della tabella '%1' si leggono le righe con %2")
+                             .arg(table.name, filter));
+        }
+    }
+    return lines;
+}
+
 const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& mapping) {
     static const std::vector<MapLine> none;
     return session.Layout == nullptr ? none : session.Layout->AddedTo(mapping);

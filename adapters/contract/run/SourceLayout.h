@@ -22,6 +22,8 @@ public:
     void Check(ovConnection& source, const QString& table, const QStringList& columns) const;
     /// Looks for the company in the open source: see `SourceCompany::Take`.
     QString TakeCompany(ovConnection& source) const;
+    /// The condition of a table; empty when all of its rows are read.
+    QString FilterOf(const QString& table) const;
     /// The lines that a mapping gains.
     const std::vector<MapLine>& AddedTo(const Mapping& mapping) const;
 
@@ -58,6 +60,10 @@ private:
 
 /// The lines that a mapping gains by the layout of the source that is open.
 const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& mapping);
+
+/// What the layout of the source that is open leaves out of the tables that a procedure reads, a line for each
+/// condition; none without any.
+QStringList FilterLines(const Session& session, const Needs& needs);
 
 /// The names of a source that is open; made without any when it has none.
 sources::Layout& LayoutOf(ovConnection& source);
