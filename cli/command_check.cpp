@@ -49,6 +49,13 @@ std::vector<const contract::Origin*> OpenedBy(const contract::Origin& origin,
     return opened;
 }
 
+/// Whether something necessary is missing in the source, and not in Quadrix alone.
+bool LacksOfSource(const check::Finding& finding) {
+    const QStringList& lines = finding.lacks.necessary;
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QString& line) { return line.startsWith(QLatin1String("origine: ")); });
+}
+
 Report Check(Context& context) {
     Choice choice;
     RequireAll(context.options, {"company", "origin"});
@@ -72,6 +79,12 @@ Report Check(Context& context) {
                                  {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)},
                                  {"changes", QJsonArray::fromStringList(finding.changes)}});
         report.exitCode = finding.lacks.necessary.isEmpty() ? report.exitCode : ExitFailed;
+    }
+    if (std::any_of(findings->begin(), findings->end(), LacksOfSource)) {
+        lines.append(
+            QStringLiteral("Quali nomi della sorgente possono stare al posto di ciò che manca, guardati anche i "
+                           "valori: inspect --origin \"%1\"")
+                .arg(choice.origin->name));
     }
     report.text = lines.join(u'\n');
     report.json["procedures"] = found;

@@ -306,6 +306,7 @@ private slots:
         m_cli->CreateCompany();
         const QStringList check{"check", "--company", "X01", "--origin", "Arca 2000"};
         QCOMPARE(m_cli->Run(check + QStringList{"--data", "cli"}).exitCode, 0);
+        QVERIFY(m_cli->Run(check + QStringList{"--data", "piano"}).output.contains("inspect --origin \"Arca 2000\""));
         const auto missing = m_cli->Run(check + QStringList{"--data", "piano", "--json"});
         QCOMPARE(missing.exitCode, 1);
         const QJsonObject procedure = missing.Json()["procedures"].toArray()[0].toObject();
