@@ -321,6 +321,8 @@ private slots:
                      changed.output.contains("; in meno VECCHIA"),
                  qPrintable(changed.output));
         QCOMPARE(ReadFile(memory), QByteArray("anagrafe\tVECCHIA\n")); // only an import remembers
+        const auto refused = m_cli->Run(QStringList{"import", "--data", "piano"} + check.mid(1));
+        QVERIFY2(refused.output.contains("Mancano:\n    origine: tabella 'pianocon'"), qPrintable(refused.output));
     }
 
     void stopsAtAnInterrupt_data() {
