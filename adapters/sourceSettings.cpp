@@ -3,6 +3,7 @@
 #include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/storedPassword.h"
+#include "core/wholeSettings.h"
 #include "sources/textFolder.h"
 #include "sql/mod_ovTools.h"
 
@@ -31,8 +32,7 @@ QString KeyName(Session& session, const QString& key) {
 }
 
 QString Setting(Session& session, const QString& key, const QString& defaultValue) {
-    modMain::RequireWhole(session, SectionOfKey(session, key), key);
-    return modMain::GetAppConfig(session, SectionOfKey(session, key), key, defaultValue);
+    return modMain::GetWholeConfig(session, SectionOfKey(session, key), key, defaultValue);
 }
 
 /// A setting that is not written when it is missing.

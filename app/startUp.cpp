@@ -5,6 +5,7 @@
 #include "core/modMain.h"
 #include "core/passwordScrambling.h"
 #include "core/storedPassword.h"
+#include "core/wholeSettings.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ownFile.h"
 

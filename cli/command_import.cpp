@@ -141,7 +141,7 @@ QString UnknownCode(const ImportRequest& request, const RunResult& total) {
     const bool isMet = request.singleCode.isEmpty() || total.sourceRows > 0;
     return isMet || total.outcome != RunResult::Outcome::Done
                ? QString()
-               : QStringLiteral("Nessuna riga dell'origine ha il codice '%1': non è stato importato nulla.")
+               : QStringLiteral("Nessuna riga letta dell'origine ha il codice '%1': non è stato importato nulla.")
                      .arg(request.singleCode);
 }
 
@@ -203,11 +203,13 @@ Report Import(Context& context) {
     const ImportRequest& request = requests.front();
     const KeptRuns kept(context.session);
     auto flow = FlowOutcome::Done;
-    for (size_t press = 0; press < requests.size() && flow == FlowOutcome::Done; ++press) {
-        flow = RunImport(context.session, requests[press]);
+    for (size_t press = 0; press < requests.size() && flow != FlowOutcome::Cancelled; ++press) {
+        const FlowOutcome one = RunImport(context.session, requests[press]); // each has a source of its own
+        flow = one == FlowOutcome::Done ? flow : one;
     }
     const RunResult total = TotalOf(context, flow);
-    return ReportOf(context, request, total, kept.Of(request.choice.companyCode));
+    return ReportOf(context, request, total,
+                    kept.Of(request.choice.companyCode, static_cast<qsizetype>(requests.size())));
 }
 
 } // namespace

@@ -92,8 +92,12 @@ QStringList RunLines(const Session& session, const QList<qint64>& runs, bool unt
         numbers.append(QString::number(run));
     }
     const QString title = runs.size() == 1 ? QStringLiteral("Esecuzione: ") : QStringLiteral("Esecuzioni: ");
-    return QStringList(title + numbers.join(QStringLiteral(", "))) +
-           NextSteps(session, runs.last(), untranslated, resumes);
+    QStringList lines(title + numbers.join(QStringLiteral(", ")));
+    for (const qint64 run : runs) {
+        lines += NextSteps(session, run, untranslated && run == runs.last(), resumes);
+    }
+    lines.removeDuplicates();
+    return lines;
 }
 
 QJsonValue RunNumberJson(const QList<qint64>& runs) { return runs.isEmpty() ? QJsonValue() : QJsonValue(runs.last()); }

@@ -114,6 +114,7 @@ RunResult Total(const QVector<RunResult>& results) {
         total.untranslatedCount += result.untranslatedCount;
         total.notes.Add(result.notes);
         total.errors += result.errors;
+        total.details += result.details;
         total.seconds += result.seconds;
         AddTables(total, result);
     }
@@ -138,6 +139,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
             {"untranslatedCount", result.untranslatedCount},
             {"notes", NotesJson(result.notes)},
+            {"details", QJsonArray::fromStringList(result.details)},
             {"errors", QJsonArray::fromStringList(result.errors)},
             {"seconds", result.seconds}};
 }

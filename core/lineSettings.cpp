@@ -49,15 +49,6 @@ void SetLine(ovConnection& connection, const LineText& text, const QDir& folder)
     connection.EncryptionCA = ReadAuthorities(text, connection.Encrypted, folder);
 }
 
-void RequireWhole(Session& session, const QString& section, const QString& key) {
-    if (session.Config.IsCut(section, key)) {
-        throw ImportError(QStringLiteral("chiave %1, sezione [%2] di '%3': ne sono letti solo i primi %4 caratteri; "
-                                         "accorciarla")
-                              .arg(key, section, QDir::toNativeSeparators(session.Config.ConfigFile()))
-                              .arg(ovConfig::LongestValue));
-    }
-}
-
 void ReadLine(Session& session, ovConnection& connection, const QString& section, const QString& encryptionKey,
               const QString& authoritiesKey) {
     const QString file = session.Config.ConfigFile();

@@ -24,10 +24,6 @@ void SetLine(ovConnection& connection, const LineText& text, const QDir& folder)
 void ReadLine(Session& session, ovConnection& connection, const QString& section, const QString& encryptionKey,
               const QString& authoritiesKey);
 
-/// Raises `ImportError` naming a key of a section of "Quadrix.ini" that has more characters than are read of one: what is
-/// left of it would name something else.
-void RequireWhole(Session& session, const QString& section, const QString& key);
-
 /// Tells the operator, once in a session, that the line of an open connection is not encrypted. Nothing for one that
 /// is, or that does not leave this machine.
 void TellLine(Session& session, ovConnection& connection);

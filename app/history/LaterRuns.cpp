@@ -6,7 +6,8 @@ namespace history {
 
 LaterRuns::LaterRuns(const History& history, const Run& run)
     : m_history(history),
-      m_run(run.id) {
+      m_run(run.id),
+      m_company(run.company) {
     LoadHighest();
     LoadInserted();
     LoadEmptied();
@@ -78,10 +79,12 @@ void LaterRuns::LoadEmptied() {
 void LaterRuns::LoadOverwritten() {
     QHash<QString, QHash<qint64, Overwriting>> overwritten; // the last, by table and number
     {
-        Recordset rows = m_history.File().ExecuteWC(Statement(
-            "SELECT C.target_table, C.target_id, P.run, C.kind FROM changes C JOIN procedures P ON P.id = "
-            "C.procedure WHERE P.run > ? AND P.undone IS NULL AND C.kind IN (?, ?) ORDER BY P.run",
-            {m_run, static_cast<int>(TargetChange::Kind::Deleted), static_cast<int>(TargetChange::Kind::Updated)}));
+        Recordset rows = m_history.File().ExecuteWC(
+            Statement("SELECT C.target_table, C.target_id, P.run, C.kind FROM changes C JOIN procedures P ON P.id = "
+                      "C.procedure JOIN runs R ON R.id = P.run WHERE P.run > ? AND R.company = ? AND P.undone IS NULL "
+                      "AND C.kind IN (?, ?) ORDER BY P.run",
+                      {m_run, m_company, static_cast<int>(TargetChange::Kind::Deleted),
+                       static_cast<int>(TargetChange::Kind::Updated)}));
         for (; !rows.Eof(); rows.MoveNext()) {
             const Overwriting one{rows.Fields(0).Value().toString(), rows.Fields(1).Value().toLongLong(),
                                   rows.Fields(2).Value().toLongLong(),

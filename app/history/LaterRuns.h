@@ -27,8 +27,8 @@ public:
     bool HaveInserted(const QString& table, qint64 id) const { return m_inserted.value(table).contains(id); }
     /// The number of the first that has emptied the table, in part or whole; 0: none has.
     qint64 EmptiedBy(const QString& table) const { return m_emptied.value(table); }
-    /// The latest that has deleted or updated a row which the run wrote, and was not taken back. A row that is gone
-    /// with its table does not count.
+    /// The latest in its company that has deleted or updated a row which the run wrote, and was not taken back. A row
+    /// that is gone with its table does not count.
     const Overwriting& Last() const { return m_last; }
     /// What became of a row that the run inserted; null when the taking back of no later run has left it away.
     const LeftAway* FindLeftAway(const QString& table, qint64 id) const;
@@ -46,6 +46,7 @@ private:
 
     const History& m_history;
     qint64 m_run;
+    QString m_company;
     QHash<QString, qint64> m_highest;                   ///< number that the run has written to, by table
     QHash<QString, QSet<qint64>> m_inserted;            ///< by table
     QHash<QString, qint64> m_emptied;                   ///< the run

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace history {
 
@@ -38,6 +39,21 @@ contract::RowSelection::Row Wanted(const Reject& reject) {
             .columns = reject.row.columns,
             .values = reject.row.values,
             .reject = reject.id};
+}
+
+/// A day as it comes from a cell of dates, written like the text that it takes the place of: sources whose days are
+/// texts know their own form alone. Anything else as it is.
+QString InFormOf(const QString& was, const QString& now) {
+    const QDate day = QDate::fromString(now, Qt::ISODate);
+    static const QRegularExpression written(QStringLiteral(R"(^\d{1,2}([/.-])\d{1,2}[/.-](\d{2}|\d{4})$)"));
+    static const QRegularExpression digits(QStringLiteral(R"(^(19|20)\d{6}$)"));
+    const auto parts = written.match(was.trimmed());
+    if (day.isValid() && parts.hasMatch()) {
+        const QString mark = parts.captured(1);
+        const QString year = parts.capturedLength(2) == 2 ? QStringLiteral("yy") : QStringLiteral("yyyy");
+        return day.toString(QStringLiteral("dd%1MM%1").arg(mark) + year);
+    }
+    return day.isValid() && digits.match(was.trimmed()).hasMatch() ? day.toString(QStringLiteral("yyyyMMdd")) : now;
 }
 
 /// Reads a file with mended rows back: of one procedure, or of all.
@@ -110,6 +126,8 @@ private:
                 return;
             }
             now = *date;
+        } else if (!text.isEmpty() && type == QMetaType::QString) {
+            now = InFormOf(was.toString(), text);
         }
         wanted.mended.insert(column, {was, now});
     }

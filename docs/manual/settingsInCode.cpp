@@ -21,7 +21,7 @@ struct Reader {
 
 constexpr Reader Readers[] = {
     {R"([cC]onfig\.(?:Get|Peek)AppConfig\()", 0, 1, 2},
-    {R"(modMain::(?:GetAppConfig|IsAppConfigOn)\()", 1, 2, 3},
+    {R"(modMain::(?:GetAppConfig|GetWholeConfig|IsAppConfigOn)\()", 1, 2, 3},
     {R"(\bGetConfig\()", None, 0, 1, "CONFIG"},
     {R"(\bIsUpper\()", None, 1, 2, "CONFIG"},
     {R"((?<![:\w])Setting\()", None, 1, 2, "IMPORT"},

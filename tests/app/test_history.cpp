@@ -114,6 +114,29 @@ private slots:
         QCOMPARE(RejectsIn(history.Load(1)), 0);
     }
 
+    /// A sheet gives days back in a form of its own, where the source has them as texts.
+    void writesDaysAsTheSourceDoes_data() {
+        Columns<QString, QString, QString>("was", "typed", "read");
+        Row("with marks", "31/02/2024", "2024-02-28", "28/02/2024");
+        Row("two digits of a year", "31.02.24", "2024-02-28", "28.02.24");
+        Row("without marks", "20240231", "2024-02-28", "20240228");
+        Row("no day before", "da definire", "2024-02-28", "2024-02-28");
+        Row("no day now", "31/02/2024", "febbraio", "febbraio");
+    }
+    void writesDaysAsTheSourceDoes() {
+        QFETCH(QString, was);
+        QFETCH(QString, typed);
+        Kept kept;
+        kept.Source("UPDATE ART SET NOME = '" + was + "' WHERE CODICE = 'B'");
+        kept.Run();
+        const History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.csv");
+        WriteRejects(history, 1, path);
+        WriteFile(path, ReadFile(path).replace(was.toUtf8(), typed.toUtf8()).replace(";due;", ";2;"));
+        kept.Run(MendedRejects(history, 1, {path}));
+        QTEST(kept.Target.Value("SELECT ARDES FROM X01_ART_ICO WHERE CDART = 'B'"), "read");
+    }
+
     void refusesWrongMending_data() {
         Columns<QByteArray, QByteArray, QString>("before", "after", "mistake");
         QTest::newRow("another file") << QByteArray("_SCARTO") << QByteArray("SCARTO") << "non è un file degli scarti";

@@ -56,6 +56,16 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 2), ImportError);
     }
 
+    /// Tables of all companies are written by each: what another one has changed stays, and locks nobody.
+    void isLockedByItsCompanyAlone() {
+        Kept kept;
+        kept.Run();
+        kept.Source("UPDATE ART SET NOME = 'Altro'");
+        kept.Run();
+        Open(kept.Path())->Execute("UPDATE runs SET company = 'X02' WHERE id = 2");
+        QCOMPARE(Undo(kept.Target.Get(), History(kept.Path()), 1).keptCount, 2);
+    }
+
     /// Rows that one run writes several times go back to what they were before the first.
     void takesBackWhatWasWrittenTwice() {
         Kept kept;

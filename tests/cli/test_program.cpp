@@ -268,7 +268,8 @@ private slots:
         m_cli->CreateCompany();
         const auto ended = m_cli->Run(Import({"--answer", "no", "--code", "NESSUNO"}));
         QCOMPARE(ended.exitCode, 4);
-        QVERIFY2(ended.output.contains("Nessuna riga dell'origine ha il codice 'NESSUNO'"), qPrintable(ended.output));
+        QVERIFY2(ended.output.contains("Nessuna riga letta dell'origine ha il codice 'NESSUNO'"),
+                 qPrintable(ended.output));
     }
 
     void inspectsTheSource() {

@@ -120,6 +120,12 @@ public:
     QString Condition() const override {
         return m_kind->declared.condition ? m_kind->declared.condition(GetSession()) : QString();
     }
+    void Begin() override {
+        const QString condition = Condition();
+        if (!condition.isEmpty() && !Run().IsPart()) {
+            Run().Tell(QStringLiteral("Condizione delle impostazioni: si leggono gli articoli con %1").arg(condition));
+        }
+    }
     RowOutcome Row(const SourceRow& row) override;
 
 private:

@@ -4,6 +4,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
 #include "core/modMain.h"
+#include "core/wholeSettings.h"
 
 #include <QFileInfo>
 
@@ -64,7 +65,7 @@ public:
 
 /// Raises `ImportError` when the settings tell no folder.
 QString FolderOf(Session& session) {
-    const QString folder = modMain::GetAppConfig(session, Section, "SourcePathAttachArticoli", "");
+    const QString folder = modMain::GetWholeConfig(session, Section, "SourcePathAttachArticoli", "");
     if (folder.isEmpty()) {
         throw ImportError(
             "impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella degli allegati");

@@ -7,6 +7,7 @@
 #include "core/lineSettings.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 
 namespace contract {
 
@@ -31,7 +32,7 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
 }
 
 QString CamProductsFolder(Session& session, const QString& prefix) {
-    return modMain::GetAppConfig(session, QStringLiteral("IMPORT"), prefix + QStringLiteral("_Path"), {})
+    return modMain::GetWholeConfig(session, QStringLiteral("IMPORT"), prefix + QStringLiteral("_Path"), {})
         .replace(u'\\', u'/');
 }
 

@@ -11,6 +11,7 @@
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 #include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
 
@@ -76,14 +77,14 @@ struct Files {
 
 Files ReadFolders(Session& session) {
     const auto folder = [&session](const QString& key) {
-        return modMain::GetAppConfig(session, Section, key, "").replace(u'\\', u'/');
+        return modMain::GetWholeConfig(session, Section, key, "").replace(u'\\', u'/');
     };
     return {FilesIn(folder("SourcePathAttachArticoli"), "*"), FilesIn(folder("SourcePathFileDBCNote"), "*.txt")};
 }
 
 /// A condition of the operator's own on AR.
 QString ConditionOfSettings(Session& session) {
-    const QString condition = modMain::GetAppConfig(session, Section, "WhereArticoli", "0");
+    const QString condition = modMain::GetWholeConfig(session, Section, "WhereArticoli", "0");
     return condition.isEmpty() || condition == "0" ? QString() : QString('(' + condition + ')');
 }
 

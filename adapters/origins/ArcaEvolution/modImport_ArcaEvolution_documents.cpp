@@ -8,6 +8,7 @@
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 #include "sql/mod_ovTools.h"
 
 using namespace contract;
@@ -198,7 +199,7 @@ QStringList CausesOf(Session& session) {
 
 /// The causes whose documents a reset removes, of the setting DOC_Truncate; none for all.
 QStringList CausesToRemove(Session& session) {
-    QString causes = modMain::GetAppConfig(session, "IMPORT", "DOC_Truncate", "");
+    QString causes = modMain::GetWholeConfig(session, "IMPORT", "DOC_Truncate", "");
     return causes.replace(u';', u',').remove(u' ').split(u',', Qt::SkipEmptyParts);
 }
 

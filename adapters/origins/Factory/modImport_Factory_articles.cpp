@@ -5,6 +5,7 @@
 #include "adapters/origins/Factory/modImport_Factory.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -17,7 +18,7 @@ const QString Section = QStringLiteral("IMPORT");
 
 /// A condition of the operator's own on the articles.
 QString ConditionOfSettings(Session& session) {
-    const QString condition = modMain::GetAppConfig(session, Section, "WhereArticoli", "0");
+    const QString condition = modMain::GetWholeConfig(session, Section, "WhereArticoli", "0");
     return condition.isEmpty() || condition == u"0" ? QString() : QString(u'(' + condition + u')');
 }
 

@@ -11,6 +11,7 @@
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/sourceSettings.h"
 #include "core/modMain.h"
+#include "core/wholeSettings.h"
 #include "sql/mod_ovTools.h"
 
 using namespace contract;
@@ -162,8 +163,8 @@ bool PrepareSource(Session& session, ovConnection& source) {
     source.NetworkCredential = mod_ovTools::ReadNumber(answers->at(1)).value_or(0) == 1;
     source.User = answers->at(2);
     source.Password = answers->at(3);
-    source.DatabaseName = modMain::GetAppConfig(session, sourceSettings::SectionOf(session, "Memphis", "Databasename"),
-                                                "Databasename", "MEMPHIS");
+    source.DatabaseName = modMain::GetWholeConfig(
+        session, sourceSettings::SectionOf(session, "Memphis", "Databasename"), "Databasename", "MEMPHIS");
     if (!sourceSettings::UseNamedFile(session, source)) {
         sourceSettings::ReadLine(session, source);
     }

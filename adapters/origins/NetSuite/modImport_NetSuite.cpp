@@ -18,6 +18,7 @@
 #include "adapters/sourceSettings.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 
 #include <QRegularExpression>
 
@@ -281,7 +282,7 @@ bool IsLibrary(const QString& name) {
 /// The files stand in a library, which the layout file can tell for each.
 bool PrepareSource(Session& session, ovConnection& source) {
     const bool prepared = sourceSettings::DataSource("NETSUITE")(session, source);
-    const QString library = modMain::GetAppConfig(session, "IMPORT", "Databasename", {}).trimmed();
+    const QString library = modMain::GetWholeConfig(session, "IMPORT", "Databasename", {}).trimmed();
     if (prepared && IsLibrary(library)) {
         for (const QString& file : Files()) {
             LayoutOf(source).CallTable(file, library + u'.' + file);

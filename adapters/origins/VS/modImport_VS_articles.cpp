@@ -7,6 +7,7 @@
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 #include "sql/mod_ovTools.h"
 
 #include <QDir>
@@ -82,7 +83,9 @@ bool IsFullPath(const QString& path) {
     return hasDrive || path.startsWith(u'/') || path.startsWith(u'\\');
 }
 
-QString FolderOf(Session& session) { return modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", ""); }
+QString FolderOf(Session& session) {
+    return modMain::GetWholeConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+}
 
 /// Where a drawing is: the source tells full paths; others count from the folder of the settings.
 QString FileOf(Session& session, const SourceRow& row) {

@@ -16,6 +16,7 @@
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
+#include "core/wholeSettings.h"
 #include "sql/mod_ovTools.h"
 
 #include <QFileInfo>
@@ -291,7 +292,7 @@ Procedure CodificheProcedure() {
 // --- Drawings -----------------------------------------------------------------------------------------------------
 
 QString FolderOfDrawings(Session& session) {
-    const QString folder = modMain::GetAppConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+    const QString folder = modMain::GetWholeConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
     if (folder.isEmpty()) {
         throw ImportError("impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella dei disegni");
     }
