@@ -76,6 +76,7 @@ void TakeChoice(Context& context, ImportRequest& request) {
 
 std::vector<AskingPress> PressesOf(const std::vector<ImportRequest>& requests) {
     std::vector<AskingPress> presses;
+    presses.reserve(requests.size());
     for (const ImportRequest& request : requests) {
         presses.push_back({*request.choice.origin, CalledBy(request)});
     }

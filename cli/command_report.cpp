@@ -47,6 +47,7 @@ Report MakeReport(Context& context) {
     const auto wanted = WantedFrom(context.options, *choice.origin);
     TakeCompanyOption(context, choice);
     std::vector<AskingPress> presses;
+    presses.reserve(wanted.size());
     for (const proof::Wanted& each : wanted) {
         presses.push_back({*choice.origin, proof::ProceduresOf(*choice.origin, each)});
     }

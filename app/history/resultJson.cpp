@@ -24,7 +24,7 @@ QJsonArray NotesJson(const Notes& notes) {
 
 QStringList TextsOf(const QJsonValue& value) {
     QStringList texts;
-    for (const QJsonValue& text : value.toArray()) {
+    for (const auto text : value.toArray()) {
         texts.append(text.toString());
     }
     return texts;
@@ -90,10 +90,10 @@ RunResult ResultFrom(const QJsonObject& json) {
         const QJsonArray counts = table.value().toArray();
         result.tables.insert(table.key(), {counts.at(0).toInteger(), counts.at(1).toInteger()});
     }
-    for (const QJsonValue& emptied : json["emptied"].toArray()) {
+    for (const auto emptied : json["emptied"].toArray()) {
         result.emptied.append({emptied.toArray().at(0).toString(), emptied.toArray().at(1).toInteger()});
     }
-    for (const QJsonValue& kind : json["notes"].toArray()) {
+    for (const auto kind : json["notes"].toArray()) {
         const QJsonArray parts = kind.toArray();
         result.notes.kinds.append({parts.at(0).toString(), parts.at(1).toInteger(), parts.at(2).toString()});
     }

@@ -12,6 +12,8 @@
 using codes::Code;
 using codes::Worklist;
 
+Q_DECLARE_METATYPE(codes::Change)
+
 namespace {
 
 /// A company with payment terms, VAT codes and units, and codes of Arca 2000 that wait.
@@ -425,8 +427,6 @@ private slots:
         }
     }
 };
-
-Q_DECLARE_METATYPE(codes::Change)
 
 QUADRIX_TEST(TestCodes)
 #include "test_codes.moc"
