@@ -165,6 +165,9 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
     }
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
+        if (recorder != nullptr) {
+            recorder->Begins(procedure->name, request.choice.origin->name);
+        }
         if (request.only != nullptr && !request.only->Wants(procedure->name)) {
             TellLeftOut(session, *request.choice.origin, *procedure, request.only->LeftBy(procedure->name));
             continue;
@@ -175,9 +178,6 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
         }
         if (request.only != nullptr) {
             request.only->Begin(procedure->name);
-        }
-        if (recorder != nullptr) {
-            recorder->Begins(procedure->name, request.choice.origin->name);
         }
         procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
         const FlowOutcome outcome = OutcomeOf(session, first);

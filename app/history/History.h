@@ -135,7 +135,7 @@ public:
     /// translation. Whether they have one by now is not known here. @param company its code
     std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows = 100) const;
 
-    /// A table that a run has written to and a later one in its company has emptied since; the run is 0 without one.
+    /// A table that a run has written to and a later one has emptied since; the run is 0 without one.
     struct Emptied {
         qint64 run = 0;
         QString table = {}; ///< physical name

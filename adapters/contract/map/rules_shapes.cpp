@@ -1,4 +1,4 @@
-// Rules on the shape of a value: dates and numbers that a source writes as texts, streets.
+// Rules on the shape of a value: dates, numbers and discounts that a source writes as texts, streets.
 
 #include "adapters/contract/map/rules.h"
 #include "adapters/contract/map/wholeNumbers.h"
@@ -40,6 +40,31 @@ QRegularExpressionMatch NumberOfStreet(const QString& street) {
 }
 
 } // namespace
+
+std::array<double, 3> DiscountsOf(const QString& text) {
+    std::array<double, 3> discounts{};
+    const QStringList parts = text.split(u'+', Qt::SkipEmptyParts);
+    if (static_cast<size_t>(parts.size()) > discounts.size()) {
+        throw ImportError(QStringLiteral("'%1' sono più di tre sconti").arg(text));
+    }
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        const auto number = mod_ovTools::ReadNumber(parts.at(i).trimmed());
+        if (!number) {
+            throw ImportError(QStringLiteral("'%1' non è uno sconto").arg(text));
+        }
+        discounts[static_cast<size_t>(i)] = *number;
+    }
+    return discounts;
+}
+
+std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
+    try {
+        return DiscountsOf(row.Text(column));
+    } catch (ImportError& error) {
+        error.AddContext(QStringLiteral("colonna '%1'").arg(column));
+        throw;
+    }
+}
 
 namespace rules {
 
