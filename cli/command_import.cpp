@@ -46,7 +46,8 @@ std::vector<ImportRequest> EarlierRequests(Context& context, qint64 number) {
     const QStringList mended = context.options.values("mended");
     const bool resumes = context.options.isSet("resume");
     std::vector<ImportRequest> requests;
-    for (const QString& press : resumes ? QStringList(QString()) : history::PressesOf(history, run)) {
+    for (const QString& press :
+         resumes ? QStringList(QString()) : history::PressesOf(history, run, !mended.isEmpty())) {
         ImportRequest request;
         request.resumes = resumes ? number : 0;
         request.only = resumes            ? history::RestOf(history, run)

@@ -48,7 +48,7 @@ std::vector<Again> RejectsAgain(Session& session, const History& history, qint64
                                 ErrorAction errors) {
     const Run run = history.Load(number);
     std::vector<Again> all;
-    for (const QString& press : PressesOf(history, run)) {
+    for (const QString& press : PressesOf(history, run, !files.isEmpty())) {
         Again again;
         again.request.only =
             files.isEmpty() ? RejectsOf(history, number, press) : MendedRejects(history, number, files, press);

@@ -187,13 +187,13 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
     return files;
 }
 
-QStringList PressesOf(const History& history, const Run& run) {
+QStringList PressesOf(const History& history, const Run& run, bool areMended) {
     QStringList procedures;
     if (!run.origin.isEmpty()) {
         return {QString()};
     }
-    ForEachOpen(history, run.id, [&procedures](const Reject& reject) {
-        if (!procedures.contains(reject.procedure)) {
+    history.ForEachReject(run.id, [&](const Reject& reject) {
+        if ((areMended || reject.importedBy == 0) && !procedures.contains(reject.procedure)) {
             procedures.append(reject.procedure);
         }
     });

@@ -14,7 +14,8 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
 
 /// The presses that repeat the rows which a run has given up and none has imported since: a run of several origins has
 /// one for each of its procedures that has such rows (its name), the others have one (empty).
-QStringList PressesOf(const History& history, const Run& run);
+/// @param areMended files may hold rows that have been imported since as well
+QStringList PressesOf(const History& history, const Run& run, bool areMended);
 /// Those rows, to be imported again as their source has them now. Raises `ImportError` when there are none.
 /// @param press empty: all of them
 std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run, const QString& press = {});

@@ -1,6 +1,7 @@
 #include "app/codes/apply.h"
 #include "app/connectSource.h"
 #include "app/history/again.h"
+#include "app/history/rejects.h"
 #include "app/sequence.h"
 #include "examples/examples.h"
 #include "tests/app/sequenceQuestions.h"
@@ -175,6 +176,13 @@ private slots:
         QCOMPARE(RunImport(session, all.front().request), FlowOutcome::Done);
         QCOMPARE(session.Results.last().sourceRows, 2);
         QCOMPARE(session.Results.last().givenUpCount, 2); // they are as wrong as before
+
+        // A file may hold rows that are imported by now, while those of others are open.
+        const QString path = installation.Target.Folder.filePath("scarti.csv");
+        const QStringList files = history::WriteRejects(history, run, path);
+        history.File().Execute("INSERT INTO imported_rejects SELECT R.id, 1 FROM rejects R JOIN procedures P ON P.id = "
+                               "R.procedure WHERE P.name = 'ImportSaldiFerrobrio'");
+        QCOMPARE(history::RejectsAgain(session, history, run, {files.last()}, ErrorAction::Ignore).size(), size_t(1));
     }
 
     /// What the operator has filled in between two presses counts in the second, and what is still open is told again.
