@@ -114,6 +114,7 @@ Report SavedReport(const Saved& saved) {
 /// The codes of Quadrix that a list takes.
 Report Values(Worklist& worklist, const QCommandLineParser& options) {
     RequireAll(options, {"table", "field"});
+    worklist.RequireList(options.value("table"), options.value("field"));
     const CodeList& list = worklist.ListOf(options.value("table"), options.value("field"));
     QStringList lines{QStringLiteral("%1, va in %2: %3").arg(list.Name(), FeedsText(list), KindText(list))};
     QJsonArray array;

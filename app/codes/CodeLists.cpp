@@ -88,7 +88,16 @@ CodeLists::CodeLists() {
             draft->list.bases.clear();
         }
         m_lists.insert(draft.key(), draft->list);
+        m_declared.insert(draft.key());
     }
+}
+
+QStringList CodeLists::Names() const {
+    QStringList names;
+    for (const QString& key : m_declared) {
+        names.append(m_lists.value(key).Name());
+    }
+    return names;
 }
 
 const CodeList& CodeLists::Of(const QString& table, const QString& field) {

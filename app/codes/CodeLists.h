@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 
 #include <vector>
@@ -42,9 +43,14 @@ public:
     /// The list of a table and a field. One that no origin declares is that of a base table when it bears its name,
     /// else of any text.
     const CodeList& Of(const QString& table, const QString& field);
+    /// Whether a procedure of an origin asks for codes of a list.
+    bool Knows(const QString& table, const QString& field) const { return m_declared.contains(KeyOf(table, field)); }
+    /// "TABLE.FIELD" of those that procedures ask for.
+    QStringList Names() const;
 
 private:
     QHash<QString, CodeList> m_lists;
+    QSet<QString> m_declared; ///< keys of those of procedures
 };
 
 } // namespace codes

@@ -3,7 +3,10 @@
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceRow.h"
 #include "app/codes/waiting.h"
+#include "core/nearNames.h"
 #include "core/Schema.h"
+
+#include <algorithm>
 
 namespace codes {
 
@@ -84,6 +87,15 @@ void Worklist::ReadCodes() {
 const Code* Worklist::Find(const QString& table, const QString& field, const QString& oldCode) const {
     const auto position = m_positions.constFind(PositionKey(table, field, oldCode));
     return position == m_positions.constEnd() ? nullptr : &m_codes[*position];
+}
+
+void Worklist::RequireList(const QString& table, const QString& field) const {
+    const auto isOf = [key = KeyOf(table, field)](const Code& code) { return KeyOf(code.table, code.field) == key; };
+    if (!m_lists.Knows(table, field) && std::none_of(m_codes.begin(), m_codes.end(), isOf)) {
+        const QString name = table + u'.' + field;
+        throw ImportError(
+            QStringLiteral("nessuna origine chiede i codici di '%1'%2").arg(name, Suggestion(name, m_lists.Names())));
+    }
 }
 
 const TargetCodes& Worklist::Targets(const BaseTable& base) {

@@ -44,6 +44,9 @@ public:
     const Code* Find(const QString& table, const QString& field, const QString& oldCode) const;
     const CodeList& ListOf(const Code& code) { return m_lists.Of(code.table, code.field); }
     const CodeList& ListOf(const QString& table, const QString& field) { return m_lists.Of(table, field); }
+    /// Raises `ImportError` for a list that no origin asks for and SYS_IMP does not hold, with those that are near:
+    /// nobody would ever read its codes.
+    void RequireList(const QString& table, const QString& field) const;
     /// The codes of a base table, which are read when they are first asked for. Raises `SqlError`.
     const TargetCodes& Targets(const BaseTable& base);
     /// The codes that a list chooses from; null when any text is one.

@@ -126,6 +126,7 @@ Change Checked(Worklist& worklist, Change change) {
     change.table = change.table.left(NameLength);
     change.field = change.field.left(NameLength);
     change.newCode = change.newCode.trimmed();
+    worklist.RequireList(change.table, change.field);
     const CodeList& list = worklist.ListOf(change.table, change.field);
     CheckSize(change.oldCode, schema::FindTable("SYS_IMP")->FindColumn("TBOLD")->size, QStringLiteral("SYS_IMP.TBOLD"));
     if (change.oldCode.isEmpty()) {

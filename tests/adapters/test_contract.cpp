@@ -3,6 +3,7 @@
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
+#include "adapters/contract/map/codesOfRule.h"
 #include "core/Schema.h"
 
 #include <QDir>
@@ -23,6 +24,27 @@ QStringList FoldersOf(const QString& folder) {
 const contract::Procedure& ProcedureOf(const QString& module, const QString& name) {
     const std::vector<contract::Procedure>& all = FixtureOrigins().value(module)->procedures;
     return *std::find_if(all.begin(), all.end(), [&name](const auto& each) { return each.name == name; });
+}
+
+/// What SYS_IMP tells a list of codes by.
+QString ListKey(const QString& table, const QString& field) {
+    constexpr int size = 20;
+    return QString(table.trimmed().left(size) + '.' + field.trimmed().left(size)).toUpper();
+}
+
+const QSet<QString>& DeclaredLists() {
+    static const QSet<QString> declared = [] {
+        QSet<QString> lists;
+        for (const contract::Origin* origin : OriginsWithModule()) {
+            for (const contract::Procedure& procedure : origin->procedures) {
+                for (const contract::CodeUse& use : contract::CodesOf(procedure.needs)) {
+                    lists.insert(ListKey(use.list, use.field));
+                }
+            }
+        }
+        return lists;
+    }();
+    return declared;
 }
 
 /// The questions and prompts since the script began anew.
@@ -235,6 +257,12 @@ private slots:
         if (embedded && fixture.File().IsClose()) {
             const QString statements = fixture.Compare("statements.sql", fixture.Statements());
             QVERIFY2(statements.isEmpty(), qPrintable(statements));
+        }
+        Recordset lists = fixture.Target().Db().ExecuteWC("SELECT DISTINCT TBNAM, TBFLD FROM SYS_IMP");
+        for (; !lists.Eof(); lists.MoveNext()) {
+            const QString list = ListKey(lists.Fields(0).Value().toString(), lists.Fields(1).Value().toString());
+            QVERIFY2(DeclaredLists().contains(list), // else nobody can translate its codes by name
+                     qPrintable(list + " is no list of codes that a procedure declares"));
         }
     }
 

@@ -175,6 +175,9 @@ private slots:
             codes::Change{.table = "anagrafe", .field = "classe", .oldCode = "1", .newCode = "12345678901"},
             "CON_TRO.COCCC ne tiene 10");
         Row("no code of the source", Pag("", "RD"), "vuoto");
+        Row("a list that nobody asks for",
+            codes::Change{.table = "anagrafe", .field = "pga", .oldCode = "1", .newCode = "RD"},
+            "nessuna origine chiede i codici di 'anagrafe.pga': forse 'anagrafe.pag'");
     }
     void refusals() {
         QFETCH(codes::Change, change);

@@ -117,6 +117,14 @@ private:
     }
 };
 
+/// How SYS_IMP knows what tells a counterparty apart.
+CodeUse CodeOf(const Counterparties& declared) {
+    return {.list = declared.codeTable.isEmpty() ? declared.source.table : declared.codeTable,
+            .field = declared.codeName.isEmpty() ? BareColumns(declared.source.key).first() : declared.codeName,
+            .table = QStringLiteral("CON_TRO"),
+            .column = QStringLiteral("CDCON")};
+}
+
 contract::Needs CounterpartiesKind::Needs() const {
     const QString& table = declared.source.table;
     std::vector<Field> fields{declared.name,   declared.vatNumber, declared.taxCode, declared.number,
@@ -149,6 +157,7 @@ contract::Needs CounterpartiesKind::Needs() const {
     add(branches);
     add(contacts);
     needs.writes = needs.writes + CounterpartyNeeds();
+    needs.codes.push_back(CodeOf(declared));
     if (declared.roles.knowsCarriers) {
         needs.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
     }
@@ -301,8 +310,9 @@ SourceIdentity CounterpartyImporter::IdentityOf(const SourceRow& row, const Role
         throw ImportError(QStringLiteral("colonna '%1': il codice manca").arg(key));
     }
     const auto text = [&](const Field& field) { return field.Text(GetSession(), row); };
-    return {declared.codeTable.isEmpty() ? declared.source.table : declared.codeTable,
-            declared.codeName.isEmpty() ? key : declared.codeName,
+    const CodeUse use = CodeOf(declared);
+    return {use.list,
+            use.field,
             code,
             roles,
             text(declared.name),

@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/Field.h"
 
+#include "adapters/contract/map/codesOfRule.h"
 #include "adapters/contract/map/wholeNumbers.h"
 #include "sql/mod_ovTools.h"
 
@@ -120,6 +121,8 @@ QStringList Field::Columns() const { return m_line ? m_line->sources : QStringLi
 
 std::vector<TableNeed> Field::Reads() const { return m_line ? m_line->rule.reads : std::vector<TableNeed>(); }
 
+std::vector<CodeUse> Field::Codes() const { return m_line ? CodesOf(m_line->rule) : std::vector<CodeUse>(); }
+
 MapLine Field::LineTo(const QString& target) const {
     MapLine line = m_line.value_or(MapLine({}, {}, rules::AsRead()));
     line.target = target;
@@ -202,6 +205,7 @@ Needs operator+(Needs first, const Needs& second) {
     first.mappings.insert(first.mappings.end(), second.mappings.begin(), second.mappings.end());
     first.reads = first.reads + second.reads;
     first.writes = first.writes + second.writes;
+    first.codes.insert(first.codes.end(), second.codes.begin(), second.codes.end());
     return first;
 }
 

@@ -45,6 +45,8 @@ public:
     QStringList Columns() const;
     /// What it reads of other tables.
     std::vector<TableNeed> Reads() const;
+    /// The codes that it translates.
+    std::vector<CodeUse> Codes() const;
     /// The line of a mapping that writes it to a column of the target.
     MapLine LineTo(const QString& target) const;
 

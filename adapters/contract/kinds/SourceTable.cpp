@@ -76,6 +76,8 @@ Needs FieldNeeds(const QString& table, const std::vector<Field>& fields) {
     for (const Field& field : fields) {
         columns += field.Columns();
         needs.reads = needs.reads + field.Reads();
+        const std::vector<CodeUse> codes = field.Codes();
+        needs.codes.insert(needs.codes.end(), codes.begin(), codes.end());
     }
     columns.removeDuplicates();
     if (!columns.isEmpty()) {

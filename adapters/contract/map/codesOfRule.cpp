@@ -18,7 +18,7 @@ std::vector<CodeUse> CodesOf(const Rule& rule) {
 }
 
 std::vector<CodeUse> CodesOf(const Needs& needs) {
-    std::vector<CodeUse> all;
+    std::vector<CodeUse> all = needs.codes;
     for (const Mapping* mapping : needs.mappings) {
         for (const MapLine& line : mapping->lines) {
             for (CodeUse use : CodesOf(line.rule)) {

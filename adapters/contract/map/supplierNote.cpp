@@ -41,8 +41,8 @@ QString PartyOrSurvivor(Session& session, const QString& code, bool supplier) {
 namespace rules {
 
 Rule SupplierNote(const QString& table, const QString& naming) {
-    return {"\"Fornitore: \", codice e nome del fornitore, che se manca va nel log e non si scrive; poi gli altri "
-            "testi, uno per riga",
+    return {"\"Fornitore: \", codice e nome del fornitore, di uno fuso il superstite di SYS_IMP (UNIFICATI, "
+            "F-CODICECF); uno che manca va nel log e non si scrive; poi gli altri testi, uno per riga",
             [table, naming](const RuleInput& input) {
                 QStringList lines{
                     NoteOf(input.session, input.row.Text(input.columns.first()), NameOf(input.row, table, naming))};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/contract/map/CodeUse.h"
 #include "adapters/contract/map/Mapping.h"
 
 #include <QSet>
@@ -13,6 +14,7 @@ struct Needs {
     std::vector<const Mapping*> mappings;
     std::vector<TableNeed> reads;
     std::vector<TableNeed> writes;
+    std::vector<CodeUse> codes = {}; ///< translated beyond what the rules of the mappings tell
 };
 
 /// Tables and columns of a procedure, in their order, each once.

@@ -82,7 +82,8 @@ const Needs& CamBillNeeds() {
                              {{Operations, {"PrdRef", "OOrder", "WrkRef", "OprRef", "StdTime"}},
                               {Costs, {"PrdRef", "CType", "StdQuan"}},
                               {Products, {"PrdRef", "DIS_MatRef", "DIS_Thickness"}}},
-                             BillNeeds()};
+                             BillNeeds(),
+                             {{.list = "MMNN_PPOO", .field = "OprRef", .table = "DIS_LAV", .column = "DLLAV"}}};
     return needs;
 }
 

@@ -247,6 +247,7 @@ void MovementImporter::EndGroup() {
 Procedure Movimenti() {
     Needs needs = NeedsOf(MovimentoMapping()) + NeedsOf(RigaMapping());
     needs.reads.push_back({MvmDett, {"MMCODMAG"}});
+    needs.codes.push_back({.list = MvmMast, .field = Serial, .table = "MOV_MAG", .column = "MMNUM"});
     needs.writes = StockNeeds() + std::vector<TableNeed>{{"MOV_MAG", {"MMCAM"}},
                                                          {"MOV_MAR", {"MRCAM"}},
                                                          LookedUp("MAG_AZZ", {"CDMAG"}),

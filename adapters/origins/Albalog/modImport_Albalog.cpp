@@ -179,7 +179,8 @@ Counterparties Controparti() {
         .further = {{},
                     {{Anagraf, {}, {Codvet}}},
                     {{"CON_TRO", {"CDCON", "COCGE", "COFGE", "COVEP", "COVET"}},
-                     {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}}},
+                     {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}},
+                    {{.list = Anagraf, .field = Codvet}}},
     };
 }
 

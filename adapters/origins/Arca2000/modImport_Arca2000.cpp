@@ -319,7 +319,8 @@ const Needs& ContropartiNeeds() {
                     {"persdacont", "telefono", "fax", "telefono2", "telefono3", "url", "email", "emailamm", "emailven",
                      "emailacq", "destdiv"}},
                    {Destinaz, {"telefono", "fax"}}},
-                  CounterpartyNeeds()};
+                  CounterpartyNeeds(),
+                  {{.list = Anagrafe, .field = "codice", .table = "CON_TRO", .column = "CDCON"}}};
         all.writes.push_back({"CON_SED", {"SEDEF"}});
         return all;
     }();

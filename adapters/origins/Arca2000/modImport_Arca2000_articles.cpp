@@ -225,7 +225,8 @@ const Needs& ArticoliNeeds() {
                    {Listini,
                     {"codicearti", "codclifor", "gruppo", "datainizio", "datafine", "prezzo", "sconto", "commento",
                      "timestamp", "u_qta"}}},
-                  ArticleNeeds()};
+                  ArticleNeeds(),
+                  {{.list = "LIS_LAV", .field = "CDLAV", .codeTable = "LAV_ORA"}}};
         const std::vector<TableNeed> lists = WorkListNeeds();
         all.writes.insert(all.writes.end(), lists.begin(), lists.end());
         return all;

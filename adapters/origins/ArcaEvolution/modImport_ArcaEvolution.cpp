@@ -36,7 +36,8 @@ const QString SediTable = QStringLiteral("CFSede");
 
 /// The language of the counterparty, Italian when the source has none; a number that is not known is recorded.
 Rule Language() {
-    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" se è vuoto; altrimenti tradotto",
+    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" se è vuoto; altrimenti "
+            "tradotto con SYS_IMP (CF, Id_Lingua)",
             [](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) {
                     return schema::defaults::Language;

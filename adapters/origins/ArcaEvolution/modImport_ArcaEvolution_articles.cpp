@@ -118,8 +118,8 @@ Rule UnitPlaces() {
 
 Rule LanguageCode() {
     return {
-        "1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; altrimenti tradotto, scritto nel log se "
-        "manca",
+        "1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; altrimenti tradotto con SYS_IMP (CF, "
+        "Id_Lingua), scritto nel log se manca",
         [](const RuleInput& input) -> RuleValue {
             const QString language = LanguageOf(input.session, input.Text());
             if (language.isEmpty()) {

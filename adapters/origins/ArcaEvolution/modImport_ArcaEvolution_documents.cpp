@@ -120,7 +120,9 @@ Rule InSecondUnit() {
 }
 
 Rule VatOfRow() {
-    return {"codice IVA; nessuno per una riga descrittiva", [](const RuleInput& input) -> RuleValue {
+    return {"tradotto con SYS_IMP (DORig, Cd_Aliquota), altrimenti com'è se TAB_IVA lo ha, altrimenti annotato e "
+            "scritto nel log; nessuno per una riga descrittiva",
+            [](const RuleInput& input) -> RuleValue {
                 return IsText(input.row) ? QString() : VatCodeOf(input.session, Righe, "Cd_Aliquota", input.Text());
             }};
 }

@@ -243,7 +243,9 @@ const Needs& MaterialiNeeds() {
         Needs all{{&Materiali(), &Articoli()},
                   {{MaterialiTable, {"CodMateriale", "PesoSpecifico", "Famiglia"}},
                    {Lamiere, {"CodLamiera", "CodMateriale", "Spessore", "Lunghezza", "Larghezza", "CodErp"}}},
-                  ArticleNeeds()};
+                  ArticleNeeds(),
+                  {{.list = "TAB_MAT", .field = "CDMAT", .table = "TAB_MAT", .column = "CDMAT"},
+                   {.list = MaterialiTable, .field = "Famiglia", .table = "ART_ICO", .column = "ARFAM"}}};
         const std::vector<TableNeed> formats = SheetFormatNeeds();
         all.writes.insert(all.writes.end(), formats.begin(), formats.end());
         all.writes.push_back({"ART_ICO", {"ARMAT", "ARDMZ", "ARLAM", "ARFAM", "ARCDR"}});
@@ -309,7 +311,8 @@ const Needs& SaldiNeeds() {
         Needs all{{},
                   {{Giacenze, {"Codice", "Magazzino", "Quantita", "Ubicazione", "Sfrido", "Costo"}},
                    {Lamiere, {"CodLamiera", "Lunghezza", "Larghezza"}}},
-                  StockNeeds()};
+                  StockNeeds(),
+                  {{.list = "FERROBRIO", .field = "MAGAZZINO", .table = "MOV_MAR", .column = "MRMAG"}}};
         all.writes.push_back({"MOV_MAG", {"MMLAM"}});
         all.writes.push_back({"MOV_MAR", {"MRUBI", "MRFMT", "MRSFR", "MRLMX", "MRLMY"}});
         all.writes.push_back({"ART_FMT", {"CDART", "CDFMT"}});

@@ -162,7 +162,8 @@ Documents Documenti() {
         .before = RequireVatCode,
         .further = {{},
                     {{Movmag, {"FSMOVMAG", "NDMOVMAG", "ARMOVMAG"}}, {Arcfas, {"CODFASEL", "ARARCFAS", "SQARCFAS"}}},
-                    PhaseColumns()},
+                    PhaseColumns(),
+                    {{.list = Arcfas, .field = "CODFASEL", .codeTable = "LAV_ORA"}}},
     };
 }
 

@@ -105,7 +105,8 @@ Counterparties Controparti() {
         .further = {{},
                     {{Customers, {"CusRef", "PymName", "BnkAcc", "SwCode", "Iban"}},
                      {Suppliers, {"SuppRef", "PymName", "BnkAcc", "SwCode", "Iban"}}},
-                    {{"CON_TRO", {"COMOP", "COMOA", "COCOC", "COBIC", "COIBA"}}}},
+                    {{"CON_TRO", {"COMOP", "COMOA", "COCOC", "COBIC", "COIBA"}}},
+                    {{.list = Codes, .field = "PymName", .table = "CON_TRO", .column = "COMOP"}}},
     };
 }
 

@@ -119,6 +119,7 @@ std::vector<TableNeed> SheetStockNeeds() {
 
 Procedure InventarioProcedure() {
     Needs needs{{}, {{Inventory, {"LocDefault", "MinStock", "MinOrder"}}}, SheetStockNeeds()};
+    needs.codes.push_back({.list = "WWHH_IIVV", .field = "WrhRef", .table = "MOV_MAR", .column = "MRMAG"});
     needs.writes.push_back({"ART_ICO", {"CDART", "ARSMN", "ARQMR"}});
     return ProcedureOf(
         Button::Saldi,

@@ -356,7 +356,8 @@ const Needs& InventarioNeeds() {
                     {"PrdRef", "DIS_PClass", "DIS_CamQuan", "DIS_InProgress", "DIS_Length", "DIS_Width",
                      "DIS_IsRemnant", "DIS_Price", "CurCost"}},
                    {Inventory, {"PrdRef", "StockQ", "WrhRef", "LocDefault"}}},
-                  StockNeeds()};
+                  StockNeeds(),
+                  {{.list = "WWHH_IIVV", .field = "WrhRef", .table = "MOV_MAR", .column = "MRMAG"}}};
         all.writes.push_back({"MOV_MAG", {"MMLAM"}});
         all.writes.push_back({"MOV_MAR", {"MRUBI", "MRFMT", "MRSFR", "MRLMX", "MRLMY"}});
         return all;

@@ -236,7 +236,10 @@ RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row
 } // namespace
 
 const Needs& SaldiNeeds() {
-    static const Needs needs{{}, {{ArtMag, {"_ARCOD", "NUMMAG", "QTAINVENT", "QTACARICO", "QTASCARIC"}}}, StockNeeds()};
+    static const Needs needs{{},
+                             {{ArtMag, {"_ARCOD", "NUMMAG", "QTAINVENT", "QTACARICO", "QTASCARIC"}}},
+                             StockNeeds(),
+                             {{.list = ArtMag, .field = "NUMMAG", .table = "MOV_MAR", .column = "MRMAG"}}};
     return needs;
 }
 

@@ -23,17 +23,19 @@ Rule DayOfNumber() {
 
 /// The counterparty of a document.
 Rule Counterparty() {
-    return {"controparte come la trova GetControparteMexal; riga abbandonata se manca",
-            [](const RuleInput& input) -> RuleValue {
-                const bool customer = input.facts.roles.customer;
-                const QString code = GetControparteMexal(input.session, input.Text(), customer);
-                if (code.isEmpty()) {
-                    throw ImportError(
-                        QStringLiteral("nessuna controparte ha il codice %1 '%2'")
-                            .arg(customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"), input.Text()));
-                }
-                return code;
-            }};
+    return {
+        "tradotto con SYS_IMP (CON_TRO, CDCON), altrimenti la controparte importata da quel codice; riga abbandonata "
+        "se manca",
+        [](const RuleInput& input) -> RuleValue {
+            const bool customer = input.facts.roles.customer;
+            const QString code = GetControparteMexal(input.session, input.Text(), customer);
+            if (code.isEmpty()) {
+                throw ImportError(
+                    QStringLiteral("nessuna controparte ha il codice %1 '%2'")
+                        .arg(customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"), input.Text()));
+            }
+            return code;
+        }};
 }
 
 /// What a sign becomes. Each has a cause of its own, as each counts from one; the causes are none of other origins,

@@ -242,7 +242,8 @@ const Needs& DistinteNeeds() {
     static const Needs needs{
         {},
         {DistintaBaseNeed(), {Cicli, {"COD_ARTICOLO", "NUM_FASE", "COD_LAVORAZIONE", "TEMPO_ATTR", "TEMPO_UNIT"}}},
-        BillNeeds()};
+        BillNeeds(),
+        {{.list = Cicli, .field = "COD_LAVORAZIONE", .table = "DIS_LAV", .column = "DLLAV"}}};
     return needs;
 }
 

@@ -39,8 +39,9 @@ const QString Codifiche = QStringLiteral("CODIFICHE");
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
 Rule Customer() {
-    return {"CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita",
-            [](const RuleInput& input) { return RuleValue(RequireCounterparty(input.session, input.Text(), false)); }};
+    return {
+        "CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita, SYS_IMP (UNIFICATI, C-CODICECF)",
+        [](const RuleInput& input) { return RuleValue(RequireCounterparty(input.session, input.Text(), false)); }};
 }
 
 /// Whether today lies in a promotion's days; a blank end is open.
@@ -128,7 +129,8 @@ QString CodeOf(const SourceRow& row, const QString& column) {
 
 /// A supplier is found as those of the bills are; one that is not there leaves the article without it.
 Rule Supplier() {
-    return {"CDCON della riga di CON_TRO di cui è COFGE, o di quella in cui è stata unita; se manca va nel log",
+    return {"CDCON della riga di CON_TRO di cui è COFGE, o di quella in cui è stata unita, SYS_IMP "
+            "(UNIFICATI, F-CODICECF); se manca va nel log",
             [](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
                 const QString supplier = code.isEmpty() ? code : PartyOrSurvivor(input.session, code, true);

@@ -53,8 +53,10 @@ Rule NumberOfDocument() {
 }
 
 Rule Party(bool supplier) {
-    return {supplier ? "CDCON della riga di CON_TRO di cui è COFGE, o di quella in cui è stata unita"
-                     : "CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita",
+    return {supplier ? "CDCON della riga di CON_TRO di cui è COFGE, o di quella in cui è stata unita, SYS_IMP "
+                       "(UNIFICATI, F-CODICECF)"
+                     : "CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita, SYS_IMP "
+                       "(UNIFICATI, C-CODICECF)",
             [supplier](const RuleInput& input) {
                 return RuleValue(RequireCounterparty(input.session, input.Text(), supplier));
             }};
@@ -64,7 +66,9 @@ Rule TypeOfRow() { return Choice({{DescriptionRow, DescriptionRow}}, NormalRow);
 
 /// A code that Quadrix does not know would leave the tax short.
 Rule VatOfRow() {
-    return {"codice IVA; nessuno per una riga descrittiva", [](const RuleInput& input) {
+    return {"tradotto con SYS_IMP (ARTICOLI, IVA), altrimenti com'è se TAB_IVA lo ha, altrimenti annotato e scritto "
+            "nel log; nessuno per una riga descrittiva",
+            [](const RuleInput& input) {
                 const bool isText = input.row.Text("TIPRIG").compare(DescriptionRow, Qt::CaseInsensitive) == 0;
                 return RuleValue(isText ? QString() : VatCodeOf(input.session, Articoli, "IVA", input.Text()));
             }};
