@@ -29,10 +29,10 @@ const contract::MapLine* LineTo(const contract::Mapping& mapping, const QString&
 /// Reads code and description of the source rows that a base table is imported from.
 void ReadDescriptions(ovConnection& source, const contract::Mapping& mapping, QHash<QString, QString>& found) {
     const schema::Table* table = schema::FindTable(mapping.targetTable);
-    const QString codeColumn = table == nullptr ? QString() : table->CodeColumn();
-    if (codeColumn.isEmpty()) {
+    if (table == nullptr || table->CodeColumn().isEmpty()) {
         return;
     }
+    const QString codeColumn = table->CodeColumn();
     const contract::MapLine* code = LineTo(mapping, codeColumn);
     const contract::MapLine* description = LineTo(mapping, DescriptionColumn({table->name, codeColumn}));
     if (code == nullptr || description == nullptr) {
