@@ -1,6 +1,7 @@
 #include "core/modImport.h"
 
 #include "core/Schema.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/variantText.h"
@@ -102,8 +103,8 @@ std::optional<QString> Find(Session& session, const QString& table, const QStrin
     query += SqlText::Of(Quoted(session, field));
     query += u" AND\r      TBOLD = ";
     query += SqlText::Of(Quoted(session, oldCode));
-    const Recordset rows = session.Quadrix.ExecuteWC(query);
-    if (rows.Eof()) {
+    Recordset rows = session.Quadrix.ExecuteWC(query);
+    if (!StepToCode(rows, "TBOLD", oldCode)) {
         return std::nullopt;
     }
     return WithoutPadding(mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString());
@@ -219,10 +220,14 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
     return {};
 }
 
-/// The code in the first column of the first row; empty without a row.
-QString FirstCode(Session& session, const QString& query) {
-    const Recordset rows = session.Quadrix.ExecuteWC(query);
-    return rows.Eof() ? QString() : WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
+/// The code in the first column of the first row that is meant; empty when none is.
+QString FirstCode(Session& session, const QString& query, const std::function<bool(const Recordset&)>& isMeant) {
+    for (Recordset rows = session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
+        if (isMeant(rows)) {
+            return WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -256,8 +261,18 @@ QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode,
         const QString condition = asCustomer   ? customer
                                   : asSupplier ? supplier
                                                : customer + QStringLiteral(" OR\r      ") + supplier;
-        return FirstCode(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
-                                      QStringLiteral("_CON_TRO\rWHERE ") + condition);
+        const QString code = QString(sourceCode).replace(QLatin1String("''"), QLatin1String("'"));
+        const auto has = [&](const Recordset& rows, const QString& column) {
+            return IsSameCode(mod_ovTools::ToText(rows.Value(column)), code);
+        };
+        return FirstCode(session,
+                         QStringLiteral("SELECT CDCON, COCGE, COFGE FROM ") + session.UserManager.Azienda() +
+                             QStringLiteral("_CON_TRO\rWHERE ") + condition,
+                         [&](const Recordset& rows) {
+                             return partialMatch ||
+                                    ((asCustomer || !asSupplier) && has(rows, QStringLiteral("COCGE"))) ||
+                                    (!asCustomer && has(rows, QStringLiteral("COFGE")));
+                         });
     });
 }
 
@@ -270,9 +285,13 @@ QString GetExternalCode(Session& session, const QString& tableName, const QStrin
         if (key.isEmpty()) {
             return QString();
         }
-        return FirstCode(session, QStringLiteral("SELECT ") + (toQuadrix ? key : external) + QStringLiteral(" FROM ") +
-                                      session.Quadrix.GetFullTableName(tableName) + QStringLiteral("\rWHERE ") +
-                                      (toQuadrix ? external : key) + QStringLiteral(" = ") + Quoted(session, code));
+        const QString& wanted = toQuadrix ? key : external;
+        const QString& known = toQuadrix ? external : key;
+        return FirstCode(session,
+                         QStringLiteral("SELECT %1, %2 FROM ").arg(wanted, known) +
+                             session.Quadrix.GetFullTableName(tableName) + QStringLiteral("\rWHERE ") + known +
+                             QStringLiteral(" = ") + Quoted(session, code),
+                         [&](const Recordset& rows) { return IsCodeAsked(rows.Value(known), code); });
     });
 }
 
