@@ -9,6 +9,8 @@
 #include <QMap>
 #include <QSet>
 
+#include <algorithm>
+
 using mod_ovTools::FormatSqlValue;
 
 namespace modImport {
@@ -220,10 +222,31 @@ QString Looked(Session& session, const QString& procedure, const What& what, con
     return {};
 }
 
-/// The code in the first column of the first row that is meant; empty when none is.
-QString FirstCode(Session& session, const QString& query, const std::function<bool(const Recordset&)>& isMeant) {
-    for (Recordset rows = session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
-        if (isMeant(rows)) {
+/// The code in the first column of the first row; empty without a row.
+QString FirstCode(Session& session, const QString& query) {
+    const Recordset rows = session.Quadrix.ExecuteWC(query);
+    return rows.Eof() ? QString() : WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
+}
+
+/// The same of the first row that has the code asked for in one of the columns, which is looked at where the database
+/// may take another code for it, as servers do with letters.
+/// @param query without its SELECT and the column of the code that is wanted
+QString FirstCodeOf(Session& session, const QString& wanted, const QString& query, const QString& asked,
+                    const QStringList& columns) {
+    const QString select = QStringLiteral("SELECT ") + wanted;
+    const QString first = FirstCode(session, select + query);
+    const bool mayBeOfAnother =
+        !session.Quadrix.Embedded && std::any_of(asked.begin(), asked.end(), [](QChar c) { return c.isLetter(); });
+    if (first.isEmpty() || !mayBeOfAnother) {
+        return first;
+    }
+    Recordset rows =
+        session.Quadrix.ExecuteWC(select + QStringLiteral(", ") + columns.join(QStringLiteral(", ")) + query);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto isAsked = [&](const QString& column) {
+            return IsSameCode(mod_ovTools::ToText(rows.Value(column)), asked);
+        };
+        if (std::any_of(columns.begin(), columns.end(), isAsked)) {
             return WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
         }
     }
@@ -261,18 +284,16 @@ QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode,
         const QString condition = asCustomer   ? customer
                                   : asSupplier ? supplier
                                                : customer + QStringLiteral(" OR\r      ") + supplier;
+        const QString query =
+            QStringLiteral(" FROM ") + session.UserManager.Azienda() + QStringLiteral("_CON_TRO\rWHERE ") + condition;
+        if (partialMatch) {
+            return FirstCode(session, QStringLiteral("SELECT CDCON") + query);
+        }
+        const QStringList columns = asCustomer   ? QStringList("COCGE")
+                                    : asSupplier ? QStringList("COFGE")
+                                                 : QStringList{"COCGE", "COFGE"};
         const QString code = QString(sourceCode).replace(QLatin1String("''"), QLatin1String("'"));
-        const auto has = [&](const Recordset& rows, const QString& column) {
-            return IsSameCode(mod_ovTools::ToText(rows.Value(column)), code);
-        };
-        return FirstCode(session,
-                         QStringLiteral("SELECT CDCON, COCGE, COFGE FROM ") + session.UserManager.Azienda() +
-                             QStringLiteral("_CON_TRO\rWHERE ") + condition,
-                         [&](const Recordset& rows) {
-                             return partialMatch ||
-                                    ((asCustomer || !asSupplier) && has(rows, QStringLiteral("COCGE"))) ||
-                                    (!asCustomer && has(rows, QStringLiteral("COFGE")));
-                         });
+        return FirstCodeOf(session, QStringLiteral("CDCON"), query, code, columns);
     });
 }
 
@@ -287,11 +308,10 @@ QString GetExternalCode(Session& session, const QString& tableName, const QStrin
         }
         const QString& wanted = toQuadrix ? key : external;
         const QString& known = toQuadrix ? external : key;
-        return FirstCode(session,
-                         QStringLiteral("SELECT %1, %2 FROM ").arg(wanted, known) +
-                             session.Quadrix.GetFullTableName(tableName) + QStringLiteral("\rWHERE ") + known +
-                             QStringLiteral(" = ") + Quoted(session, code),
-                         [&](const Recordset& rows) { return IsCodeAsked(rows.Value(known), code); });
+        return FirstCodeOf(session, wanted,
+                           QStringLiteral(" FROM ") + session.Quadrix.GetFullTableName(tableName) +
+                               QStringLiteral("\rWHERE ") + known + QStringLiteral(" = ") + Quoted(session, code),
+                           code, {known});
     });
 }
 
