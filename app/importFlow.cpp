@@ -244,6 +244,7 @@ history::RunFacts FactsOf(Session& session, const ImportRequest& request,
         .code = request.singleCode,
         .resumes = request.resumes,
         .isTrial = request.dryRun,
+        .kept = request.kept,
     };
     if (request.only != nullptr) {
         facts.options.append(request.only->Count() > 0 ? history::OnlySomeRows

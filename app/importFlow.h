@@ -52,6 +52,9 @@ struct ImportRequest {
     std::shared_ptr<contract::RowSelection> only;
     qint64 resumes = 0;  ///< the run of the history that `only` goes on with; 0: none
     TrialLook look = {}; ///< at such a trial
+    /// Is told the number of the run in the history at its end; not of one that is not kept, or in which
+    /// no procedure ran. It raises nothing.
+    std::function<void(qint64 run)> kept = {};
 };
 
 enum class FlowOutcome {

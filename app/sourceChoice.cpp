@@ -90,8 +90,13 @@ QString ServerLine(const Session& session, const Source& source) {
 
 Source Read(Session& session, const contract::Origin& origin) {
     const Entries entries(session, origin);
-    return {origin.source.prepare.place,        entries.Read(entries.Database()), entries.Read(entries.Server()),
-            entries.Read(entries.DataSource()), entries.Read(entries.User()),     entries.IsIntegrated()};
+    return {origin.source.prepare.place,
+            entries.Read(entries.Database()),
+            entries.Read(entries.Server()),
+            entries.Read(entries.DataSource()),
+            entries.Read(entries.User()),
+            entries.IsIntegrated(),
+            !entries.Read(entries.Password()).isEmpty()};
 }
 
 void Write(Session& session, const contract::Origin& origin, const Source& source,

@@ -14,15 +14,16 @@ struct Source {
     QString server;
     QString dsn;
     QString user;
-    bool integrated = false; ///< integrated sign-on: no user
+    bool integrated = false;  ///< integrated sign-on: no user
+    bool hasPassword = false; ///< the settings have one
 };
 
 /// What the settings say, as the import reads them; what is not set is empty. Raises `ImportError` when they cannot be
 /// read.
 Source Read(Session& session, const contract::Origin& origin);
 /// Writes what is chosen into the settings, each in the section that it was read from. @param password written as it
-/// is, in place of the one that stands there; none leaves that. Raises `ImportError` when the settings cannot be
-/// written, or a value is longer than is read.
+/// is, in place of the one that stands there; an empty one takes that away, none leaves it. Raises `ImportError` when
+/// the settings cannot be written, or a value is longer than is read.
 void Write(Session& session, const contract::Origin& origin, const Source& source,
            const std::optional<QString>& password);
 /// The sections of the settings that hold what `Write` writes, the origin's own first: "AUTOMA", "IMPORT".

@@ -7,12 +7,8 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/resultReport.h"
-#include "sources/tableFile.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
-#include <QTemporaryDir>
 
 namespace cli {
 
@@ -130,35 +126,6 @@ Report List(Context& context, const History& history) {
     report.text = runs.empty() ? QStringLiteral("La cronologia%1 è vuota.").arg(ofWhom) : lines.join(u'\n');
     report.json["runs"] = json;
     return report;
-}
-
-/// Whether a table stands where another one of its kind is about to be written, with something else in it.
-bool IsOther(const QString& there, const QString& fresh) {
-    if (!QFileInfo(there).isFile() || QFileInfo(there).size() == 0) {
-        return false;
-    }
-    const sources::TableOfFile old = sources::ReadTable(there);
-    const sources::TableOfFile now = sources::ReadTable(fresh);
-    constexpr int kind = 2; // first columns, by which a file that may be written over is told
-    return old.columns.mid(0, kind) == now.columns.mid(0, kind) &&
-           !(old.columns == now.columns &&
-             std::equal(old.rows.begin(), old.rows.end(), now.rows.begin(), now.rows.end(),
-                        [](const auto& a, const auto& b) { return a.values == b.values; }));
-}
-
-/// The files of rows given up in which somebody has changed something, or which are those of another run.
-QStringList ChangedRejects(const History& history, qint64 run, const QString& path) {
-    const QTemporaryDir folder;
-    QStringList changed;
-    try {
-        for (const QString& file : WriteRejects(history, run, folder.filePath(QFileInfo(path).fileName()))) {
-            const QString there = QFileInfo(path).dir().filePath(QFileInfo(file).fileName());
-            changed += IsOther(there, file) ? QStringList(QDir::toNativeSeparators(there)) : QStringList();
-        }
-    } catch (const ImportError&) {
-        return changed; // what cannot be written or read is told by the writing
-    }
-    return changed;
 }
 
 /// Writes the rows given up. Raises `UsageError` for a file that is being mended, unless --yes was given.

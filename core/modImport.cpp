@@ -1,12 +1,15 @@
 #include "core/modImport.h"
 
 #include "core/Schema.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/variantText.h"
 
 #include <QMap>
 #include <QSet>
+
+#include <algorithm>
 
 using mod_ovTools::FormatSqlValue;
 
@@ -102,8 +105,8 @@ std::optional<QString> Find(Session& session, const QString& table, const QStrin
     query += SqlText::Of(Quoted(session, field));
     query += u" AND\r      TBOLD = ";
     query += SqlText::Of(Quoted(session, oldCode));
-    const Recordset rows = session.Quadrix.ExecuteWC(query);
-    if (rows.Eof()) {
+    Recordset rows = session.Quadrix.ExecuteWC(query);
+    if (!StepToCode(rows, "TBOLD", oldCode)) {
         return std::nullopt;
     }
     return WithoutPadding(mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString());
@@ -225,6 +228,31 @@ QString FirstCode(Session& session, const QString& query) {
     return rows.Eof() ? QString() : WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
 }
 
+/// The same of the first row that has the code asked for in one of the columns, which is looked at where the database
+/// may take another code for it, as servers do with letters.
+/// @param query without its SELECT and the column of the code that is wanted
+QString FirstCodeOf(Session& session, const QString& wanted, const QString& query, const QString& asked,
+                    const QStringList& columns) {
+    const QString select = QStringLiteral("SELECT ") + wanted;
+    const QString first = FirstCode(session, select + query);
+    const bool mayBeOfAnother =
+        !session.Quadrix.Embedded && std::any_of(asked.begin(), asked.end(), [](QChar c) { return c.isLetter(); });
+    if (first.isEmpty() || !mayBeOfAnother) {
+        return first;
+    }
+    Recordset rows =
+        session.Quadrix.ExecuteWC(select + QStringLiteral(", ") + columns.join(QStringLiteral(", ")) + query);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto isAsked = [&](const QString& column) {
+            return IsSameCode(mod_ovTools::ToText(rows.Value(column)), asked);
+        };
+        if (std::any_of(columns.begin(), columns.end(), isAsked)) {
+            return WithoutPadding(mod_ovTools::NzText(rows.Fields(0).Value(), true).toString());
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
@@ -256,8 +284,16 @@ QString GetNewControparteFromCodExt(Session& session, const QString& sourceCode,
         const QString condition = asCustomer   ? customer
                                   : asSupplier ? supplier
                                                : customer + QStringLiteral(" OR\r      ") + supplier;
-        return FirstCode(session, QStringLiteral("SELECT CDCON FROM ") + session.UserManager.Azienda() +
-                                      QStringLiteral("_CON_TRO\rWHERE ") + condition);
+        const QString query =
+            QStringLiteral(" FROM ") + session.UserManager.Azienda() + QStringLiteral("_CON_TRO\rWHERE ") + condition;
+        if (partialMatch) {
+            return FirstCode(session, QStringLiteral("SELECT CDCON") + query);
+        }
+        const QStringList columns = asCustomer   ? QStringList("COCGE")
+                                    : asSupplier ? QStringList("COFGE")
+                                                 : QStringList{"COCGE", "COFGE"};
+        const QString code = QString(sourceCode).replace(QLatin1String("''"), QLatin1String("'"));
+        return FirstCodeOf(session, QStringLiteral("CDCON"), query, code, columns);
     });
 }
 
@@ -270,9 +306,12 @@ QString GetExternalCode(Session& session, const QString& tableName, const QStrin
         if (key.isEmpty()) {
             return QString();
         }
-        return FirstCode(session, QStringLiteral("SELECT ") + (toQuadrix ? key : external) + QStringLiteral(" FROM ") +
-                                      session.Quadrix.GetFullTableName(tableName) + QStringLiteral("\rWHERE ") +
-                                      (toQuadrix ? external : key) + QStringLiteral(" = ") + Quoted(session, code));
+        const QString& wanted = toQuadrix ? key : external;
+        const QString& known = toQuadrix ? external : key;
+        return FirstCodeOf(session, wanted,
+                           QStringLiteral(" FROM ") + session.Quadrix.GetFullTableName(tableName) +
+                               QStringLiteral("\rWHERE ") + known + QStringLiteral(" = ") + Quoted(session, code),
+                           code, {known});
     });
 }
 

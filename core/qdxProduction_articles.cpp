@@ -1,5 +1,6 @@
 #include "core/qdxProduction_articles.h"
 
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
@@ -20,7 +21,7 @@ QString OfCode(const Session& session, const QString& code) {
 bool qdxInsertUpdateArticolo(Session& session, const QString& code, Record& article,
                              const std::function<void()>& fill) {
     const QDate today = session.UserManager.DataElaborazione;
-    if (session.Quadrix.CheckExistValue(Articles, CodeColumn, code)) {
+    if (HasOwnCode(session.Quadrix, Articles, CodeColumn, code)) {
         fill();
         article.Set(QStringLiteral("DTMDF"), today);
         article.Update(OfCode(session, code));

@@ -1,5 +1,6 @@
 #include "sql/ovDatabase.h"
 
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
@@ -65,17 +66,27 @@ constexpr TypeWord TypeWords[] = {
     {"VARBINARY", "object"},
 };
 
+/// A column of the rows of a key, and the key as they have it.
 SqlText SelectBy(const ovDatabase& database, const QString& table, const QString& column, const QString& keyColumn,
                  const QVariant& key, DataType type) {
     SqlText query(database.GetProviderType());
     query += u"SELECT ";
     query += column;
+    if (column != keyColumn) {
+        query += u", ";
+        query += keyColumn;
+    }
     query += u" FROM ";
     query += database.GetFullTableName(table);
     query += u" WHERE ";
     query += keyColumn;
     query += u" = ";
     return query.Add(TextAsIs(key), type);
+}
+
+/// Whether one of the rows, which then stand on it, has the key asked for.
+bool HasKey(Recordset& rows, const QString& keyColumn, const QVariant& key) {
+    return key.typeId() == QMetaType::QString ? StepToCode(rows, keyColumn, key.toString()) : !rows.Eof();
 }
 
 } // namespace
@@ -85,13 +96,17 @@ QVariant ovDatabase::GetDbValue(const QString& table, const QString& keyColumn, 
     if (keyValue.typeId() == QMetaType::QString && IsAbsent(table, keyColumn, keyValue.toString())) {
         return defaultValue;
     }
-    const Recordset rows = ExecuteWC(SelectBy(*this, table, column, keyColumn, keyValue, TypeOf(keyValue)));
-    return rows.Eof() ? defaultValue : rows.Fields(0).Value();
+    Recordset rows = ExecuteWC(SelectBy(*this, table, column, keyColumn, keyValue, TypeOf(keyValue)));
+    return HasKey(rows, keyColumn, keyValue) ? rows.Fields(0).Value() : defaultValue;
 }
 
 bool ovDatabase::CheckExistValue(const QString& table, const QString& column, const QVariant& value, DataType type) {
     const bool isKnown = value.typeId() == QMetaType::QString && IsAbsent(table, column, value.toString());
-    return !isKnown && !ExecuteWC(SelectBy(*this, table, column, column, value, type)).Eof();
+    if (isKnown) {
+        return false;
+    }
+    Recordset rows = ExecuteWC(SelectBy(*this, table, column, column, value, type));
+    return HasKey(rows, column, value);
 }
 
 QVariant ovDatabase::GetMaxValue(const QString& table, const QString& column, const QString& where,

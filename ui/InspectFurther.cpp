@@ -38,8 +38,14 @@ void InspectFurther::Lay() {
     m_filter->setAccessibleName("Condizione sulle righe");
     m_filter->setPlaceholderText("nei nomi della sorgente, per esempio SOCIETA = '01'");
     auto* setFilter = lists::NewButton("cmdSetFilter", "Scrivi il f&iltro", {});
-    connect(setFilter, &QPushButton::clicked, this,
-            [this] { Done(inspection::SetFilter(m_session, m_origin, m_table, m_filter->text())); });
+    connect(setFilter, &QPushButton::clicked, this, [this] { Change([this] { return WriteFilter(); }); });
+    connect(m_filter, &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (text.trimmed() == m_written) {
+            m_typed.remove(m_table);
+        } else {
+            m_typed.insert(m_table, text.trimmed());
+        }
+    });
     auto* filterRow = new QHBoxLayout;
     auto* filterLabel = new QLabel("Righe da &leggere:");
     filterLabel->setBuddy(m_filter);
@@ -61,12 +67,13 @@ void InspectFurther::Lay() {
     m_rule->addItem(QString());
     m_rule->addItems(contract::RuleForms());
     auto* add = lists::NewButton("cmdAdd", "A&ggiungi", {});
-    connect(add, &QPushButton::clicked, this,
-            [this] { Done(inspection::SetAdded(m_session, m_origin, m_target->currentText(), NewValue())); });
+    connect(add, &QPushButton::clicked, this, [this] {
+        Change([this] { return inspection::SetAdded(m_session, m_origin, m_target->currentText(), NewValue()); });
+    });
     auto* remove = lists::NewButton("cmdRemove", "&Elimina", {});
     connect(remove, &QPushButton::clicked, this, [this] {
         if (const QTreeWidgetItem* item = m_added->currentItem()) {
-            Done(inspection::RemoveAdded(m_session, m_origin, item->text(0)));
+            Change([this, item] { return inspection::RemoveAdded(m_session, m_origin, item->text(0)); });
         }
     });
     auto* lines = new QFormLayout;
@@ -106,9 +113,10 @@ void InspectFurther::FillAdded() {
     try {
         further = inspection::ReadFurther(m_session, m_origin, m_table);
     } catch (const ImportError&) {
-        return; // the head of the dialog tells what is wrong with the file
+        further = {}; // the head of the dialog tells what is wrong with the file
     }
-    m_filter->setText(further.filter);
+    m_written = further.filter;
+    m_filter->setText(m_typed.value(m_table, m_written));
     for (const auto& [target, value] : further.added) {
         new QTreeWidgetItem(m_added, {target, value});
     }
@@ -123,10 +131,24 @@ QString InspectFurther::NewValue() const {
                : inspection::AddedValue(m_table, text, m_rule->currentText());
 }
 
-void InspectFurther::Done(const QString& trouble) {
-    if (!trouble.isEmpty()) {
-        m_session.Person.Message("Il tracciato resta com'era: " + trouble, Icon::Exclamation);
-        return;
+QString InspectFurther::WriteFilter() {
+    const QString trouble = inspection::SetFilter(m_session, m_origin, m_table, m_filter->text());
+    if (trouble.isEmpty()) {
+        m_typed.remove(m_table);
     }
-    emit Changed();
+    return trouble;
+}
+
+QStringList InspectFurther::Unwritten() const {
+    QStringList lines;
+    for (const auto& [table, condition] : m_typed.asKeyValueRange()) {
+        lines.append(table + ": " + (condition.isEmpty() ? QString("(nessuna)") : condition));
+    }
+    return lines;
+}
+
+void InspectFurther::Change(const std::function<QString()>& change) {
+    if (inspectMarks::ChangeOrTell(m_session.Person, change)) {
+        emit Changed();
+    }
 }

@@ -19,6 +19,8 @@ public:
 
     /// @param table null for none
     void Show(const inspection::Table* table);
+    /// The conditions that were typed and not written, each with its table: "ARCLFR: SOCIETA = '01'".
+    QStringList Unwritten() const;
 
 signals:
     /// The layout file has been changed.
@@ -26,13 +28,16 @@ signals:
 
 private:
     void Lay();
-    void Done(const QString& trouble);
+    QString WriteFilter();
+    void Change(const std::function<QString()>& change);
     void FillAdded();
     QString NewValue() const;
 
     Session& m_session;
     const contract::Origin& m_origin;
     QString m_table;
+    QString m_written;              ///< the condition of the table, as the layout file has it
+    QMap<QString, QString> m_typed; ///< conditions that are not written, by table
     QLineEdit* m_filter = nullptr;
     QTreeWidget* m_added = nullptr;
     QComboBox* m_target = nullptr;

@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -153,14 +152,17 @@ QString WindowOperator::OpenFile(const QString& title, const QString& filter) {
 }
 
 QString WindowOperator::SaveFile(const QString& title, const QString& name, const QString& filter) {
-    if (m_ending) {
-        return {};
-    }
-    const Waiting waiting(*this);
-    QString chosen;
-    const QString path = QFileDialog::getSaveFileName(Parent(), title, name, FileDialogFilter(filter), &chosen);
-    static const QRegularExpression ending(QStringLiteral("\\*(\\.\\w+)"));
-    return path.isEmpty() || !QFileInfo(path).suffix().isEmpty() ? path : path + ending.match(chosen).captured(1);
+    QFileDialog dialog(Parent(), title, {}, FileDialogFilter(filter));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    // The dialog itself completes the name: it asks about the file that will be written.
+    const auto takeEnding = [&dialog](const QString& chosen) {
+        static const QRegularExpression ending(QStringLiteral("\\*\\.(\\w+)"));
+        dialog.setDefaultSuffix(ending.match(chosen).captured(1));
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, takeEnding);
+    takeEnding(dialog.selectedNameFilter());
+    dialog.selectFile(name);
+    return Exec(dialog) == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 ErrorAnswer WindowOperator::ChooseOnError(const ErrorEntry& error) {

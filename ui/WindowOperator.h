@@ -24,7 +24,8 @@ public:
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;
     /// Lets the operator choose a file to write; an empty path when he gave up. One that is there is written over only
-    /// when he agrees. @param name that is proposed @param filter "description|pattern" pairs, the usual one first
+    /// when he agrees; a name without an ending gets that of the filter. @param name that is proposed @param filter
+    /// "description|pattern" pairs, the usual one first
     QString SaveFile(const QString& title, const QString& name, const QString& filter);
     ErrorAnswer ChooseOnError(const ErrorEntry& error) override;
     std::unique_ptr<Progress> ShowProgress() override;

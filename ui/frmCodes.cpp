@@ -8,11 +8,12 @@
 #include "ui/CodeDetails.h"
 #include "ui/CodePreview.h"
 #include "ui/inspectMarks.h"
+#include "ui/told.h"
+#include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,7 +32,7 @@ constexpr int CodesWidth = 170; ///< characters
 constexpr int CodesHeight = 40; ///< lines
 constexpr int MostKeys = 5;     ///< suggestions that have a key
 
-const QString Files = QStringLiteral("Cartella di lavoro (*.xlsx);;Testo CSV (*.csv)");
+const QString CodeFiles = QStringLiteral("Cartella di lavoro|*.xlsx|Testo CSV|*.csv");
 
 enum CodeColumn { OldColumn, WordsColumn, FieldColumn, RowsColumn, NewColumn };
 
@@ -49,9 +50,10 @@ QPushButton* NewButton(const QString& name, const QString& caption, const QStrin
 
 } // namespace
 
-frmCodes::frmCodes(Session& session, const contract::Origin* origin, QWidget* parent)
+frmCodes::frmCodes(Session& session, WindowOperator& person, const contract::Origin* origin, QWidget* parent)
     : QDialog(parent),
       m_session(session),
+      m_person(person),
       m_origin(origin),
       m_worklist(session, origin) {
     setObjectName("frmCodes");
@@ -226,7 +228,7 @@ void frmCodes::ShowItem(QTreeWidgetItem& item, const Code& code) {
 
 void frmCodes::Show() {
     const Code* code = Current();
-    m_details->Show(code, code == nullptr ? std::nullopt : PendingOf(*code));
+    Told(m_person, [&] { m_details->Show(code, code == nullptr ? std::nullopt : PendingOf(*code)); });
     const auto open = std::count_if(m_worklist.Codes().begin(), m_worklist.Codes().end(),
                                     [](const Code& each) { return each.IsOpen(); });
     m_summary->SetText(QString("Codici in attesa: %1 su %2; scelti e non ancora salvati: %3")
@@ -251,10 +253,8 @@ std::vector<Change> frmCodes::Pending() const { return {m_pending.begin(), m_pen
 
 // --- Choosing and saving ------------------------------------------------------------------------------------------
 
-void frmCodes::Tell(const Error& error) { m_session.Person.Message(error.Message(), Icon::Exclamation); }
-
 void frmCodes::Take(const Change& change) {
-    try {
+    const bool isTaken = Told(m_person, [&] {
         const Change checked = Checked(m_worklist, change);
         const Code* code = m_worklist.Find(change.table, change.field, change.oldCode);
         const QString key = KeyOfCode(change.table, change.field, change.oldCode);
@@ -263,8 +263,8 @@ void frmCodes::Take(const Change& change) {
         } else {
             m_pending.insert(key, checked);
         }
-    } catch (const Error& error) {
-        Tell(error);
+    });
+    if (!isTaken) {
         return;
     }
     if (m_codes->currentItem() != nullptr && Current() != nullptr) {
@@ -288,37 +288,40 @@ void frmCodes::TakeAway() {
     }
 }
 
-void frmCodes::Saves(const std::vector<Change>& changes) {
-    try {
+/// What was chosen beside these stays to be saved. @return false when nothing was saved, which has been told
+bool frmCodes::Saves(const std::vector<Change>& changes) {
+    const bool isSaved = Told(m_person, [&] {
         const Saved saved = Save(m_worklist, changes);
-        m_pending.clear();
-        m_session.Person.Message(saved.Text());
-    } catch (const Error& error) {
-        Tell(error);
-    }
+        for (const Change& change : changes) {
+            m_pending.remove(KeyOfCode(change.table, change.field, change.oldCode));
+        }
+        m_person.Message(saved.Text());
+    });
     FillLists();
     Fill();
+    return isSaved;
 }
 
 void frmCodes::cmdSave_Click() { Saves(Pending()); }
 
 void frmCodes::cmdDescribe_Click() {
     const auto close = qScopeGuard([this] { CloseSource(m_session); });
-    try {
-        const Operator::Busy busy(m_session.Person);
+    const auto describe = [this] {
+        const Operator::Busy busy(m_person);
         if (inspection::OpenToLook(m_session, *m_origin)) {
             m_worklist.TakeDescriptions(*m_origin);
         }
-    } catch (const Error& error) {
-        m_session.Person.Message("Impossibile connettersi a " + m_origin->name + "!\n\n" + error.Message(),
-                                 Icon::Exclamation);
-    }
+    };
+    Told(m_person, describe, "Impossibile connettersi a " + m_origin->name + "!\n\n");
     Fill();
 }
 
 void frmCodes::cmdExport_Click() {
-    const QString path = QFileDialog::getSaveFileName(this, "Esporta i codici", "codici.xlsx", Files);
-    if (path.isEmpty()) {
+    const QString path = m_person.SaveFile("Esporta i codici", "codici.xlsx", CodeFiles);
+    if (path.isEmpty() ||
+        (HoldsWork(m_worklist, path) && m_person.Ask("Il file ha codici compilati che non sono stati ripresi: si "
+                                                     "perderebbero. Sovrascriverlo?",
+                                                     Question::ExclamationNo, path) != Answer::Yes)) {
         return;
     }
     std::vector<Code> shown;
@@ -327,24 +330,21 @@ void frmCodes::cmdExport_Click() {
             shown.push_back(code);
         }
     }
-    try {
-        const Operator::Busy busy(m_session.Person);
+    Told(m_person, [&] {
+        const Operator::Busy busy(m_person);
         WriteFile(m_worklist, shown, path);
-    } catch (const Error& error) {
-        Tell(error);
-    }
+    });
 }
 
 void frmCodes::cmdImport_Click() {
-    const QString path =
-        m_session.Person.OpenFile("Codici compilati", "Cartella di lavoro (*.xlsx)|*.xlsx|Testo CSV (*.csv)|*.csv");
+    const QString path = m_person.OpenFile("Codici compilati", CodeFiles);
     if (path.isEmpty()) {
         return;
     }
-    try {
+    Told(m_person, [&] {
         const FilePlan plan = ReadFile(m_worklist, path);
         if (!plan.mistakes.isEmpty()) {
-            m_session.Person.Message(
+            m_person.Message(
                 "Non si è salvato nulla: correggere il file e ripetere.\n\n" + plan.mistakes.mid(0, 20).join('\n') +
                     (plan.mistakes.size() > 20 ? QString("\n... e altri %1 errori").arg(plan.mistakes.size() - 20)
                                                : QString()),
@@ -355,19 +355,29 @@ void frmCodes::cmdImport_Click() {
         for (const Change& change : plan.changes) {
             lines.append(QString("%1.%2: '%3' = '%4'").arg(change.table, change.field, change.oldCode, change.newCode));
         }
-        if (m_session.Person.Review(plan.Text() + "\n\nSalvare questi codici?", lines)) {
+        if (m_person.Review(plan.Text() + "\n\nSalvare questi codici?", lines)) {
             Saves(plan.changes);
         }
-    } catch (const Error& error) {
-        Tell(error);
+    });
+}
+
+/// Codes that are not saved translate nothing yet. @return false when they are not to be applied now
+bool frmCodes::SavesBeforeApplying() {
+    if (m_pending.isEmpty()) {
+        return true;
     }
+    const Answer answer = m_person.Ask("I codici scelti non sono salvati, e così non si applicano. Salvarli?");
+    return answer == Answer::Yes ? Saves(Pending()) : answer == Answer::No;
 }
 
 void frmCodes::cmdApply_Click() {
-    try {
+    if (!SavesBeforeApplying()) {
+        return;
+    }
+    Told(m_person, [this] {
         const std::vector<RowsToRepeat> all = FindRowsToRepeat(m_worklist);
         if (all.empty()) {
-            m_session.Person.Message("Nessuna riga importata attende codici tradotti nel frattempo.");
+            m_person.Message("Nessuna riga importata attende codici tradotti nel frattempo.");
             return;
         }
         QStringList lines;
@@ -376,25 +386,23 @@ void frmCodes::cmdApply_Click() {
         }
         std::optional<Preview> preview;
         {
-            const Operator::Quiet quiet(m_session.Person); // a trial's end is none that the operator waits for
+            const Operator::Quiet quiet(m_person); // a trial's end is none that the operator waits for
             preview = PreviewOf(m_session, all);
         }
         if (!preview->IsWhole()) {
-            m_session.Person.Message("La prova non è arrivata alla fine: non si è scritto nulla.", Icon::Exclamation);
+            m_person.Message("La prova non è arrivata alla fine: non si è scritto nulla.", Icon::Exclamation);
         } else if (CodePreview(lines, *preview, this).exec() == QDialog::Accepted) {
             Apply(all);
         }
-    } catch (const Error& error) {
-        Tell(error);
-    }
-    m_worklist.Refresh();
+    });
+    Told(m_person, [this] { m_worklist.Refresh(); });
     Fill();
 }
 
 void frmCodes::Apply(const std::vector<RowsToRepeat>& all) {
     const qsizetype first = m_session.Results.size();
     const bool isDone = std::all_of(all.begin(), all.end(), [this](const RowsToRepeat& rows) {
-        const Operator::Quiet quiet(m_session.Person); // what the procedures say at their end stands in the lines
+        const Operator::Quiet quiet(m_person); // what the procedures say at their end stands in the lines
         return Repeat(m_session, rows) == FlowOutcome::Done;
     });
     QStringList lines{isDone ? "Codici applicati alle righe già importate."
@@ -402,12 +410,12 @@ void frmCodes::Apply(const std::vector<RowsToRepeat>& all) {
     for (const RunResult& result : m_session.Results.mid(first)) {
         lines.append(ResultLines(result).mid(0, 2).join('\n'));
     }
-    m_session.Person.Message(lines.join("\n\n"), isDone ? Icon::Information : Icon::Exclamation);
+    m_person.Message(lines.join("\n\n"), isDone ? Icon::Information : Icon::Exclamation);
 }
 
 void frmCodes::reject() {
-    if (m_pending.isEmpty() || m_session.Person.Ask("I codici scelti non sono salvati. Chiudere senza salvarli?",
-                                                    Question::ExclamationNo) == Answer::Yes) {
+    if (m_pending.isEmpty() || m_person.Ask("I codici scelti non sono salvati. Chiudere senza salvarli?",
+                                            Question::ExclamationNo) == Answer::Yes) {
         QDialog::reject();
     }
 }

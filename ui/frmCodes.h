@@ -13,6 +13,7 @@ class QLineEdit;
 class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
+class WindowOperator;
 class WrappedLabel;
 
 /// "Codici": the codes of sources that wait for their codes of Quadrix. What is chosen is written when it is saved.
@@ -20,8 +21,9 @@ class frmCodes final : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param origin whose codes are shown alone; null for those of all. Raises `SqlError`.
-    frmCodes(Session& session, const contract::Origin* origin, QWidget* parent);
+    /// @param person the session's operator @param origin whose codes are shown alone; null for those of all. Raises
+    /// `SqlError`.
+    frmCodes(Session& session, WindowOperator& person, const contract::Origin* origin, QWidget* parent);
 
 public slots:
     void cmdSave_Click();
@@ -46,16 +48,17 @@ private:
     void Show();
     void ShowItem(QTreeWidgetItem& item, const codes::Code& code);
     void Take(const codes::Change& change);
-    void Saves(const std::vector<codes::Change>& changes);
+    bool Saves(const std::vector<codes::Change>& changes);
+    bool SavesBeforeApplying();
     void Apply(const std::vector<codes::RowsToRepeat>& all);
     void GoOn();
     bool IsShown(const codes::Code& code);
     const codes::Code* Current() const;
     std::optional<codes::Change> PendingOf(const codes::Code& code) const;
     std::vector<codes::Change> Pending() const;
-    void Tell(const Error& error);
 
     Session& m_session;
+    WindowOperator& m_person;
     const contract::Origin* m_origin;
     codes::Worklist m_worklist;
     QHash<QString, codes::Change> m_pending; ///< what is chosen and not saved yet, by code

@@ -6,6 +6,7 @@
 #include "app/history/undo.h"
 #include "ui/lists.h"
 #include "ui/TextDialog.h"
+#include "ui/told.h"
 #include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 
@@ -103,18 +104,8 @@ QLayout* frmHistory::NewButtons() {
     return both;
 }
 
-/// Trouble with the history or with a file is told, and changes nothing.
-template<class Work>
-void frmHistory::Try(const Work& work) {
-    try {
-        work();
-    } catch (const Error& error) {
-        m_person.Message(error.Message(), Icon::Exclamation);
-    }
-}
-
 void frmHistory::Refresh() {
-    Try([this] {
+    Told(m_person, [this] {
         const QVector<qint64> chosen = Chosen();
         m_runs = m_history.Runs();
         QVector<QStringList> rows;
@@ -192,7 +183,7 @@ void frmHistory::cmdOpen_Click() {
 
 void frmHistory::cmdCompare_Click() {
     const QVector<qint64> chosen = Chosen();
-    Try([&] {
+    Told(m_person, [&] {
         const QStringList lines = history::Differences(m_history, chosen.at(0), chosen.at(1));
         ShowText(QStringLiteral("Dall'esecuzione %1 alla %2").arg(chosen.at(0)).arg(chosen.at(1)),
                  lines.isEmpty() ? QStringLiteral("Nessuna differenza.") : lines.join(u'\n'));
@@ -201,7 +192,7 @@ void frmHistory::cmdCompare_Click() {
 
 void frmHistory::cmdLog_Click() {
     const qint64 run = Current()->id;
-    Try([&] {
+    Told(m_person, [&] {
         const QString log = m_history.Log(run);
         ShowText(QStringLiteral("Registro dell'esecuzione %1").arg(run),
                  log.isEmpty() ? QStringLiteral("Il registro di questa esecuzione non c'è.") : log);
@@ -212,13 +203,25 @@ void frmHistory::ShowText(const QString& title, const QString& text) { TextDialo
 
 // --- Importing again ----------------------------------------------------------------------------------------------
 
+/// The dialog that chose the file has asked about that one, whatever is in it, and about none beside it.
+bool frmHistory::MayWriteRejects(qint64 run, const QString& path) {
+    const QStringList changed = history::ChangedRejects(m_history, run, path);
+    return changed.isEmpty() ||
+           m_person.Ask("C'è un file con righe corrette, o di un'altra esecuzione: si perderebbero. "
+                        "Sovrascriverlo?",
+                        Question::ExclamationNo, changed.join(u'\n')) == Answer::Yes;
+}
+
 void frmHistory::cmdWriteRejects_Click() {
     const qint64 run = Current()->id;
     const QString path = m_person.SaveFile("Scarti in un file", QStringLiteral("scarti-%1.xlsx").arg(run), TableFiles);
     if (path.isEmpty()) {
         return;
     }
-    Try([&] {
+    Told(m_person, [&] {
+        if (!MayWriteRejects(run, path)) {
+            return;
+        }
         const QStringList files = history::WriteRejects(m_history, run, path);
         m_person.Message(
             QStringLiteral("Righe abbandonate scritte in:\n%1\n\nCorreggere i valori, lasciare nel file solo "
@@ -228,19 +231,19 @@ void frmHistory::cmdWriteRejects_Click() {
 }
 
 void frmHistory::cmdImportRejects_Click() {
-    Try([this] { ConfirmAll(history::RejectsAgain(m_session, m_history, Current()->id, {}, Errors())); });
+    Told(m_person, [this] { ConfirmAll(history::RejectsAgain(m_session, m_history, Current()->id, {}, Errors())); });
 }
 
 void frmHistory::cmdImportMended_Click() {
     const qint64 run = Current()->id;
     const QString file = m_person.OpenFile("File degli scarti corretti", "File degli scarti|*.xlsx;*.csv;*.ods;*.xls");
     if (!file.isEmpty()) {
-        Try([&] { ConfirmAll(history::RejectsAgain(m_session, m_history, run, {file}, Errors())); });
+        Told(m_person, [&] { ConfirmAll(history::RejectsAgain(m_session, m_history, run, {file}, Errors())); });
     }
 }
 
 void frmHistory::cmdResume_Click() {
-    Try([this] {
+    Told(m_person, [this] {
         if (const auto again = history::RestAgain(m_session, m_history, Current()->id, Errors())) {
             ConfirmAll({*again});
         }
@@ -249,7 +252,7 @@ void frmHistory::cmdResume_Click() {
 
 void frmHistory::cmdUndo_Click() {
     const qint64 run = Current()->id;
-    Try([&] {
+    Told(m_person, [&] {
         const QString what = history::LinesOf(history::UndoAlone(m_session, m_history, run, true)).join(u'\n');
         if (m_person.Ask(QStringLiteral("Annullare l'esecuzione %1?").arg(run), Question::ExclamationNo, what) ==
             Answer::Yes) {

@@ -46,8 +46,7 @@ private:
     void ShowChoices();
     QVector<qint64> Chosen() const;
     const history::Run* Current() const;
-    template<class Work>
-    void Try(const Work& work);
+    bool MayWriteRejects(qint64 run, const QString& path);
     void ConfirmAll(const std::vector<history::Again>& all);
     void ShowText(const QString& title, const QString& text);
 

@@ -15,6 +15,7 @@
 #include "ui/LogView.h"
 #include "ui/OriginList.h"
 #include "ui/SourceBar.h"
+#include "ui/told.h"
 #include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 
@@ -124,7 +125,7 @@ void frmImport::RenewCompanies() {
         const auto kept = std::find_if(m_companies.cbegin(), m_companies.cend(),
                                        [&chosen](const modMain::Company& each) { return each.code == chosen; });
         cmbAzienda->setCurrentIndex(kept == m_companies.cend() ? -1 : int(kept - m_companies.cbegin()));
-    } catch (const SqlError&) {
+    } catch (const Error&) {
         return;
     }
 }
@@ -227,13 +228,14 @@ void frmImport::Run(ImportRequest request) {
 }
 
 /// @param what it does, as the account names it
-void frmImport::Start(const ImportRequest& request, const QString& what) {
+void frmImport::Start(ImportRequest request, const QString& what) {
     if (m_running) {
         return;
     }
     const Running running(*this);
     const qsizetype first = m_session.Results.size();
-    const qint64 before = LastRun();
+    qint64 kept = 0; // the history has runs of other programs as well
+    request.kept = [&kept](qint64 run) { kept = run; };
     m_account->setCurrentWidget(m_log);
     ShowLog(m_session.LogFile);
     const FlowOutcome outcome = RunImport(m_session, request);
@@ -242,8 +244,8 @@ void frmImport::Start(const ImportRequest& request, const QString& what) {
                     outcome);
     }
     ShowSource();
-    if (const qint64 run = LastRun(); run > before) {
-        ShowRun(run);
+    if (kept != 0) {
+        ShowRun(kept);
     }
 }
 
@@ -255,10 +257,12 @@ void frmImport::cmdReset_Click() {
     if (!CheckData(m_session, Chosen())) {
         return;
     }
-    frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), this);
-    if (dialog.SelectOptions()) {
-        ShowEmptied(ResetDatabase(m_session, dialog.Options()));
-    }
+    Told(m_person, [this] {
+        frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), this);
+        if (dialog.SelectOptions()) {
+            ShowEmptied(ResetDatabase(m_session, dialog.Options()));
+        }
+    });
 }
 
 void frmImport::cmdSequence_Click() {
@@ -266,6 +270,7 @@ void frmImport::cmdSequence_Click() {
         return;
     }
     const Running running(*this);
+    const LockedChoice locked(*this);
     SequenceWindow window;
     window.SelectCompany = [this](const modMain::Company& company) {
         const auto known = std::find_if(m_companies.cbegin(), m_companies.cend(),

@@ -67,6 +67,7 @@ protected:
 
 private:
     class Running;
+    class LockedChoice;
 
     void Lay();
     QGroupBox* NewChoices();
@@ -92,8 +93,7 @@ private:
     void TellNothingToTry(class QMenu& menu) const;
     void Run(ImportRequest request);
     void ImportAgain(const ImportRequest& request);
-    void Start(const ImportRequest& request, const QString& what);
-    qint64 LastRun() const;
+    void Start(ImportRequest request, const QString& what);
     void FocusFirstChoice();
     QString CompanyText() const;
     QString SettingsFolder() const;

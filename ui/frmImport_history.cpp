@@ -1,13 +1,11 @@
-#include "app/history/History.h"
 #include "app/procedureTitle.h"
 #include "ui/frmHistory.h"
 #include "ui/frmImport_running.h"
 #include "ui/frmResult.h"
-#include "ui/OriginList.h"
+#include "ui/told.h"
 #include "ui/toolButtons.h"
 #include "ui/WindowOperator.h"
 
-#include <QFileInfo>
 #include <QToolButton>
 
 QToolButton* frmImport::NewHistoryTool() {
@@ -18,35 +16,20 @@ QToolButton* frmImport::NewHistoryTool() {
     return history;
 }
 
-/// Number of the latest run that is kept; 0 without one.
-qint64 frmImport::LastRun() const {
-    const QString path = history::FilePath(m_session.Config.ConfigFile());
-    if (!QFileInfo::exists(path)) {
-        return 0;
-    }
-    try {
-        return history::History(path).LastRun();
-    } catch (const Error&) {
-        return 0; // the log has told that the run is not kept
-    }
-}
-
 void frmImport::ShowRun(qint64 run) {
-    try {
+    Told(m_person, [this, run] {
         delete m_resultWindow;
         m_resultWindow = new frmResult(m_session, m_person, run, this);
         m_resultWindow->show();
         m_resultWindow->activateWindow();
-    } catch (const Error& error) {
-        m_person.Message(error.Message(), Icon::Exclamation);
-    }
+    });
 }
 
 void frmImport::cmdHistory_Click() {
     if (m_running) {
         return;
     }
-    try {
+    Told(m_person, [this] {
         if (m_history == nullptr) {
             m_history = new frmHistory(m_session, m_person, this);
             m_history->Import = [this](const ImportRequest& request) { ImportAgain(request); };
@@ -58,9 +41,7 @@ void frmImport::cmdHistory_Click() {
         m_history->show();
         m_history->raise();
         m_history->activateWindow();
-    } catch (const Error& error) {
-        m_person.Message(error.Message(), Icon::Exclamation);
-    }
+    });
 }
 
 /// The window shows what is imported: company and origin of the earlier run.
@@ -68,6 +49,7 @@ void frmImport::ImportAgain(const ImportRequest& request) {
     if (m_running) {
         return;
     }
+    const LockedChoice locked(*this);
     const auto company =
         std::find_if(m_companies.cbegin(), m_companies.cend(),
                      [&request](const modMain::Company& each) { return each.code == request.choice.companyCode; });

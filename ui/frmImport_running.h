@@ -1,7 +1,9 @@
 #pragma once
 
+#include "ui/ChoiceList.h"
 #include "ui/frmImport.h"
 #include "ui/LogView.h"
+#include "ui/OriginList.h"
 
 /// An operation under way, for its lifetime: no other one starts, and the window closes behind it when that was asked.
 class frmImport::Running {
@@ -22,4 +24,31 @@ public:
 
 private:
     frmImport& m_window;
+};
+
+/// A window whose lists are locked shows another company and origin while it works on them, and what it was locked on
+/// behind that: it stores what it shows when it closes. Buttons that the settings hide stay hidden.
+class frmImport::LockedChoice {
+public:
+    explicit LockedChoice(frmImport& window)
+        : m_window(window),
+          m_state(window.m_state),
+          m_company(window.cmbAzienda->currentIndex()),
+          m_origin(window.cmbOrigine->currentIndex()) {}
+    ~LockedChoice() {
+        if (m_state.locked) {
+            m_window.cmbAzienda->setCurrentIndex(m_company);
+            m_window.cmbOrigine->setCurrentIndex(m_origin);
+            m_window.m_state = m_state;
+            m_window.ShowState();
+        }
+    }
+    LockedChoice(const LockedChoice&) = delete;
+    LockedChoice& operator=(const LockedChoice&) = delete;
+
+private:
+    frmImport& m_window;
+    WindowState m_state;
+    int m_company;
+    int m_origin;
 };

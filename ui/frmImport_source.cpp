@@ -6,9 +6,8 @@
 #include "ui/frmInspect.h"
 #include "ui/frmSource.h"
 #include "ui/SourceBar.h"
+#include "ui/told.h"
 #include "ui/WindowOperator.h"
-
-#include <QFileDialog>
 
 /// What will be read by the origin that is chosen.
 void frmImport::ShowSource() {
@@ -33,7 +32,7 @@ void frmImport::cmdSource_Click() {
     if (m_running || Chosen().origin == nullptr) {
         return;
     }
-    frmSource(m_session, *Chosen().origin, this).exec();
+    Told(m_person, [this] { frmSource(m_session, *Chosen().origin, this).exec(); });
     ShowSource();
 }
 
@@ -60,10 +59,12 @@ void frmImport::cmdInspect_Click() {
         return;
     }
     const Running running(*this);
-    if (!Chosen().companyCode.isEmpty()) {
-        TakeCompany(m_session, Chosen().companyCode); // the preview writes for it, and takes it back
-    }
-    frmInspect::Show(m_session, *Chosen().origin, this);
+    Told(m_person, [this] {
+        if (!Chosen().companyCode.isEmpty()) {
+            TakeCompany(m_session, Chosen().companyCode); // the preview writes for it, and takes it back
+        }
+        frmInspect::Show(m_session, *Chosen().origin, this);
+    });
     ShowSource();
 }
 
@@ -71,21 +72,18 @@ void frmImport::WriteTemplate(contract::Button button) {
     if (m_running) {
         return;
     }
-    const QString path =
-        QFileDialog::getSaveFileName(this, "Modello da compilare", "modello.xlsx", "Cartella di lavoro (*.xlsx)");
+    const QString path = m_person.SaveFile("Modello da compilare", "modello.xlsx", "Cartella di lavoro|*.xlsx");
     if (path.isEmpty()) {
         return;
     }
     const Running running(*this);
     const bool hasCompany = !Chosen().companyCode.isEmpty();
-    try {
+    Told(m_person, [&] {
         const Operator::Busy busy(m_person);
         if (hasCompany) {
             TakeCompany(m_session, Chosen().companyCode);
         }
         ShowAccount("Modello per l'origine " + Chosen().origin->name,
                     {sheetTemplate::Write(hasCompany ? &m_session : nullptr, button, path).Text(path)});
-    } catch (const Error& error) {
-        m_person.Message(error.Message(), Icon::Exclamation);
-    }
+    });
 }

@@ -7,6 +7,7 @@
 #include "ui/frmHelp.h"
 #include "ui/frmImport_running.h"
 #include "ui/ImportButtons.h"
+#include "ui/told.h"
 #include "ui/WindowOperator.h"
 
 #include <QDesktopServices>
@@ -51,12 +52,10 @@ void frmImport::cmdCodes_Click() {
         return;
     }
     const Running running(*this);
-    try {
+    Told(m_person, [this] {
         TakeCompany(m_session, Chosen().companyCode);
-        frmCodes(m_session, Chosen().origin, this).exec();
-    } catch (const Error& error) {
-        m_person.Message(error.Message(), Icon::Exclamation);
-    }
+        frmCodes(m_session, m_person, Chosen().origin, this).exec();
+    });
 }
 
 /// The imports that can be tried now.

@@ -7,6 +7,7 @@
 #include "ui/InspectFurther.h"
 #include "ui/inspectMarks.h"
 #include "ui/InspectPreview.h"
+#include "ui/told.h"
 #include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
@@ -33,7 +34,7 @@ enum ColumnOfTables { TableColumn, TableStateColumn, TableInSourceColumn, TableR
 
 void frmInspect::Show(Session& session, const contract::Origin& origin, QWidget* parent) {
     const auto close = qScopeGuard([&session] { CloseSource(session); });
-    try {
+    const auto show = [&] {
         {
             const Operator::Busy busy(session.Person);
             if (!inspection::OpenToLook(session, origin)) {
@@ -41,10 +42,8 @@ void frmInspect::Show(Session& session, const contract::Origin& origin, QWidget*
             }
         }
         frmInspect(session, origin, parent).exec();
-    } catch (const Error& error) {
-        session.Person.Message("Impossibile connettersi a " + origin.name + "!\n\n" + error.Message(),
-                               Icon::Exclamation);
-    }
+    };
+    Told(session.Person, show, "Impossibile connettersi a " + origin.name + "!\n\n");
 }
 
 frmInspect::frmInspect(Session& session, const contract::Origin& origin, QWidget* parent)
@@ -97,7 +96,7 @@ void frmInspect::Lay() {
     auto* close = new QPushButton("C&hiudi");
     close->setObjectName("cmdClose");
     close->setAutoDefault(false);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    connect(close, &QPushButton::clicked, this, &frmInspect::reject);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_onlyMissing);
     buttons->addStretch();
@@ -191,19 +190,17 @@ void frmInspect::ShowTable() {
     }
 }
 
-void frmInspect::Tell(const QString& trouble) {
-    if (!trouble.isEmpty()) {
-        m_session.Person.Message("Il tracciato resta com'era: " + trouble, Icon::Exclamation);
-    }
+void frmInspect::Take(const QMap<QString, QString>& names) {
+    inspectMarks::ChangeOrTell(m_session.Person, [&] { return inspection::TakeNames(m_session, m_origin, names); });
+    Refresh();
 }
 
-void frmInspect::Take(const QMap<QString, QString>& names) {
-    try {
-        Tell(inspection::TakeNames(m_session, m_origin, names));
-    } catch (const ImportError& error) {
-        Tell(error.Message());
+void frmInspect::reject() {
+    const QStringList typed = m_further->Unwritten();
+    if (typed.isEmpty() || m_session.Person.Ask("Una condizione non è scritta nel tracciato. Chiudere senza scriverla?",
+                                                Question::ExclamationNo, typed.join('\n')) == Answer::Yes) {
+        QDialog::reject();
     }
-    Refresh();
 }
 
 void frmInspect::cmdTakeEqual_Click() {

@@ -33,6 +33,8 @@ public slots:
     void cmdTakeEqual_Click();
     /// Shows all that is proposed, and takes it when the operator agrees.
     void cmdTakeAll_Click();
+    /// Asks about a condition that is not written before it closes.
+    void reject() override;
     /// Looks at the source again and keeps the table that is chosen.
     void Refresh();
 
@@ -41,7 +43,6 @@ private:
     QWidget* NewTables();
     void FillTables();
     void ShowTable();
-    void Tell(const QString& trouble);
     const inspection::Table* Chosen() const;
 
     Session& m_session;

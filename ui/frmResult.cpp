@@ -6,6 +6,7 @@
 #include "ui/ChoiceList.h"
 #include "ui/frmRow.h"
 #include "ui/lists.h"
+#include "ui/told.h"
 #include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
@@ -263,11 +264,7 @@ void frmResult::OpenRow(const QModelIndex& index) {
         m_notes->setExpanded(index.siblingAtColumn(0), !m_notes->isExpanded(index.siblingAtColumn(0)));
         return;
     }
-    try {
-        frmRow(*note, history::LookUp(m_session, m_history, m_run, *note), this).exec();
-    } catch (const Error& error) {
-        Tell(error.Message());
-    }
+    Told(m_person, [&] { frmRow(*note, history::LookUp(m_session, m_history, m_run, *note), this).exec(); });
 }
 
 void frmResult::Copy() {
@@ -284,14 +281,12 @@ void frmResult::cmdExport_Click() {
     if (path.isEmpty()) {
         return;
     }
-    try {
+    Told(m_person, [&] {
         const Operator::Busy busy(m_person);
         const qint64 written = m_model->Shown().Write(path);
         m_count->setText(
             QStringLiteral("Scritte %1 annotazioni in %2").arg(lists::NumberText(written), QFileInfo(path).fileName()));
-    } catch (const Error& error) {
-        Tell(error.Message());
-    }
+    });
 }
 
 void frmResult::Tell(const QString& trouble) { m_person.Message(trouble, Icon::Exclamation); }

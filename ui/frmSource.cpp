@@ -2,6 +2,7 @@
 
 #include "core/Operator.h"
 #include "ui/choiceDialog.h"
+#include "ui/told.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
@@ -125,14 +126,30 @@ void frmSource::AddUser(QFormLayout& lines) {
     m_password->setPlaceholderText("lasciare vuota per non cambiarla");
     lines.addRow("&Utente:", m_user);
     lines.addRow("&Password:", m_password);
+    m_noPassword = new QCheckBox("&Togliere la password registrata");
+    m_noPassword->setObjectName("chkNoPassword");
+    lines.addRow(QString(), m_noPassword);
+    connect(m_noPassword, &QCheckBox::toggled, this, &frmSource::EnableUser);
     if (m_integrated != nullptr) {
-        const auto enable = [this](bool integrated) {
-            m_user->setEnabled(!integrated);
-            m_password->setEnabled(!integrated);
-        };
-        connect(m_integrated, &QCheckBox::toggled, this, enable);
-        enable(m_integrated->isChecked());
+        connect(m_integrated, &QCheckBox::toggled, this, &frmSource::EnableUser);
     }
+    EnableUser();
+}
+
+void frmSource::EnableUser() {
+    const bool hasUser = m_integrated == nullptr || !m_integrated->isChecked();
+    m_user->setEnabled(hasUser);
+    m_noPassword->setEnabled(hasUser && m_source.hasPassword);
+    m_password->setEnabled(hasUser && !m_noPassword->isChecked());
+}
+
+/// What the password becomes; none when it stays as it is.
+std::optional<QString> frmSource::NewPassword() const {
+    if (m_noPassword != nullptr && m_noPassword->isEnabled() && m_noPassword->isChecked()) {
+        return QString();
+    }
+    const bool isTyped = m_password != nullptr && m_password->isEnabled() && !m_password->text().isEmpty();
+    return isTyped ? std::optional(m_password->text()) : std::nullopt;
 }
 
 void frmSource::Browse() {
@@ -162,12 +179,7 @@ sourceChoice::Source frmSource::Chosen() const {
 
 void frmSource::cmdOk_Click() {
     const sourceChoice::Source chosen = Chosen();
-    const bool hasPassword = m_password != nullptr && m_password->isEnabled() && !m_password->text().isEmpty();
-    try {
-        sourceChoice::Write(m_session, m_origin, chosen,
-                            hasPassword ? std::optional(m_password->text()) : std::nullopt);
-    } catch (const ImportError& error) {
-        m_session.Person.Message(error.Message(), Icon::Exclamation);
+    if (!Told(m_session.Person, [&] { sourceChoice::Write(m_session, m_origin, chosen, NewPassword()); })) {
         return;
     }
     if (m_path != nullptr) {

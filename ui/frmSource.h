@@ -26,6 +26,8 @@ private:
     void AddServer(QFormLayout& lines);
     void AddDataSource(QFormLayout& lines);
     void AddUser(QFormLayout& lines);
+    void EnableUser();
+    std::optional<QString> NewPassword() const;
     void Browse();
     void cmdOk_Click();
 
@@ -39,4 +41,5 @@ private:
     QLineEdit* m_user = nullptr;
     QLineEdit* m_password = nullptr;
     QCheckBox* m_integrated = nullptr;
+    QCheckBox* m_noPassword = nullptr;
 };

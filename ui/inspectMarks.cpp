@@ -1,5 +1,7 @@
 #include "ui/inspectMarks.h"
 
+#include "ui/told.h"
+
 #include <QHeaderView>
 #include <QTreeWidget>
 
@@ -27,6 +29,17 @@ void FitColumns(QTreeWidget& list) {
         list.resizeColumnToContents(column);
         list.setColumnWidth(column, std::min(list.columnWidth(column), most));
     }
+}
+
+bool ChangeOrTell(Operator& person, const std::function<QString()>& change) {
+    const QString stays = QStringLiteral("Il tracciato resta com'era: ");
+    QString trouble;
+    const bool isDone = Told(
+        person, [&] { trouble = change(); }, stays);
+    if (!trouble.isEmpty()) {
+        person.Message(stays + trouble, Icon::Exclamation);
+    }
+    return isDone && trouble.isEmpty();
 }
 
 } // namespace inspectMarks

@@ -12,5 +12,8 @@ namespace inspectMarks {
 void Show(QTreeWidgetItem& item, int column, inspection::Mark mark);
 /// Columns as wide as what stands in them, none wider than a third of the list.
 void FitColumns(QTreeWidget& list);
+/// Changes the layout file, and tells what is wrong when it stays as it was. @param change returns that, or raises it;
+/// empty when all is well @return whether it was changed
+bool ChangeOrTell(Operator& person, const std::function<QString()>& change);
 
 } // namespace inspectMarks

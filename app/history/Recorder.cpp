@@ -51,6 +51,7 @@ Recorder::Recorder(Session& session, RunFacts facts)
     : m_session(session),
       m_isPart(session.Selection != nullptr || !facts.code.isEmpty()),
       m_keepsImages(!facts.isTrial),
+      m_kept(facts.kept),
       m_first(session.Results.size()),
       m_logFile(session.LogFile) {
     Try([&] { Begin(facts); });
@@ -64,6 +65,9 @@ Recorder::~Recorder() {
         TellPartial();
     }
     TellTrouble();
+    if (m_kept && m_procedure != 0) {
+        m_kept(m_run);
+    }
 }
 
 /// Nothing of what the history has trouble with may reach the import.

@@ -7,6 +7,8 @@
 
 #include <QElapsedTimer>
 
+#include <functional>
+
 namespace history {
 
 /// What is known of a run when it begins.
@@ -21,6 +23,9 @@ struct RunFacts {
     QStringList options = {}; ///< what else was chosen, in the operator's words
     qint64 resumes = 0;       ///< the run that it goes on with; 0: none
     bool isTrial = false;
+    /// Is told the number of the run at its end; not of one that is not kept, or in which
+    /// no procedure ran. It raises nothing.
+    std::function<void(qint64 run)> kept = {};
 };
 
 /// Keeps what the procedures of a press do, from its construction to its end, as a run of the history. It is written
@@ -96,6 +101,7 @@ private:
     std::unique_ptr<ovConnection> m_file; ///< null: nothing is kept, or not any more
     std::unique_ptr<FileLock> m_lock;
     qint64 m_run = 0;
+    std::function<void(qint64 run)> m_kept;
     bool m_isPartial = false; ///< something of the run could not be kept
     qsizetype m_first;        ///< results of the session before it
     qint64 m_procedure = 0;

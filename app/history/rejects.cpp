@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 namespace history {
 
@@ -154,6 +155,20 @@ void ForEachOpen(const History& history, qint64 run, const std::function<void(co
     });
 }
 
+/// Whether a table stands where another one of its kind is about to be written, with something else in it.
+bool IsOther(const QString& there, const QString& fresh) {
+    if (!QFileInfo(there).isFile() || QFileInfo(there).size() == 0) {
+        return false;
+    }
+    const sources::TableOfFile old = sources::ReadTable(there);
+    const sources::TableOfFile now = sources::ReadTable(fresh);
+    constexpr int kind = 2; // first columns, by which a file that may be written over is told
+    return old.columns.mid(0, kind) == now.columns.mid(0, kind) &&
+           !(old.columns == now.columns &&
+             std::equal(old.rows.begin(), old.rows.end(), now.rows.begin(), now.rows.end(),
+                        [](const auto& a, const auto& b) { return a.values == b.values; }));
+}
+
 } // namespace
 
 QStringList WriteRejects(const History& history, qint64 run, const QString& path) {
@@ -185,6 +200,20 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
         writer->Close();
     }
     return files;
+}
+
+QStringList ChangedRejects(const History& history, qint64 run, const QString& path) {
+    const QTemporaryDir folder;
+    QStringList changed;
+    try {
+        for (const QString& file : WriteRejects(history, run, folder.filePath(QFileInfo(path).fileName()))) {
+            const QString there = QFileInfo(path).dir().filePath(QFileInfo(file).fileName());
+            changed += IsOther(there, file) ? QStringList(QDir::toNativeSeparators(there)) : QStringList();
+        }
+    } catch (const ImportError&) {
+        return changed; // what cannot be written or read is told by the writing
+    }
+    return changed;
 }
 
 QStringList PressesOf(const History& history, const Run& run, bool areMended) {

@@ -11,6 +11,9 @@ namespace history {
 /// tables of several shapes gives a file for each, with the name of the table behind that of the file.
 /// @return the files that were written; none when the run has given up nothing. Raises `ImportError` naming the file.
 QStringList WriteRejects(const History& history, qint64 run, const QString& path);
+/// Of the files that this would write over, those in which somebody has changed something, or which are of another run.
+/// One that cannot be written or read is left to the writing, which tells it.
+QStringList ChangedRejects(const History& history, qint64 run, const QString& path);
 
 /// The presses that repeat the rows which a run has given up and none has imported since: a run of several origins has
 /// one for each of its procedures that has such rows (its name), the others have one (empty).

@@ -1,4 +1,3 @@
-#include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Bill.h"
 #include "adapters/contract/write/Document.h"
@@ -156,40 +155,6 @@ private slots:
         const QString log = QString::fromLatin1(target.Log());
         QVERIFY2(error ? error->Message().contains(told) : log.contains(told), target.Log());
         QCOMPARE(!error && log.contains("ARTICOLO"), told.startsWith("ARTICOLO"));
-    }
-
-    /// What the collation of a database takes for one code are two articles for SQLite, which has none.
-    void articlesOfOneCollationAreNotMixed_data() {
-        Columns<TestTarget::On, QString, QString, bool>("engine", "first", "second", "isOne");
-        const QString marked = QString::fromUtf8("TÈ1");
-        Row("MariaDB", TestTarget::On::MariaDb, marked, "TE1", true);
-        Row("MariaDB, the other way round", TestTarget::On::MariaDb, "TE1", marked, true);
-        Row("MariaDB, the same", TestTarget::On::MariaDb, marked, marked, false);
-        Row("SQLite", TestTarget::On::Embedded, marked, "TE1", false);
-    }
-    void articlesOfOneCollationAreNotMixed() {
-        QFETCH(const TestTarget::On, engine);
-        QFETCH(const QString, first);
-        QFETCH(const QString, second);
-        if (engine == TestTarget::On::MariaDb && !TestTarget::HasMariaDb()) {
-            QSKIP("needs the MariaDB server of scripts/test");
-        }
-        TestTarget target(engine);
-        ImportRun run(target.Get(), "modImport_Prova", "Prova", {});
-        for (int time = 0; time < 2; ++time) { // the second finds what the first has left
-            ArticleWriter writer(run);
-            const auto write = [&](const QString& code) {
-                writer.Claim(code, code);
-                TargetRow article(run, "ART_ICO");
-                if (IdWhere(target.Get(), "ART_ICO", Equals(target.Get(), "CDART", code)) == 0) {
-                    article.Set("CDART", code).Insert();
-                }
-            };
-            write(first);
-            const auto error = ErrorOf<ImportError>([&] { write(second); });
-            QTEST(error.has_value(), "isOne");
-            QVERIFY(!error || error->Message().contains("è per il database lo stesso di '" + first + "'"));
-        }
     }
 
     void historyWithoutADayIsWrittenOnce() {

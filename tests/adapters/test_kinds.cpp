@@ -317,8 +317,8 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
             .description = "NOME",
             .lines = {{"ARUMS", "UM", Unit("ARTICOLI", "UM", "NR")},
                       {"ARCDR", "",
-                       OfFirst("ARTICOLI", {.table = "MANCA", .on = {{"CODICE"}}, .isOptional = true}, "NOTA",
-                               Text())}},
+                       OfFirst("ARTICOLI", {.table = "MANCA", .on = {{"CODICE"}}, .isOptional = true}, "NOTA", Text())},
+                      {"ARPRZ", "", OrNone(OfFirst("ARTICOLI", rowsOf("FORNITORI", "PREZZO"), "PREZZO", Text()))}},
             .suppliers = {{.rows = rowsOf("FORNITORI", "PREZZO"),
                            .supplier = {"CONTO", KnownSupplier()},
                            .ownCode = "SUO",
@@ -356,6 +356,11 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
         import.Run(ProcedureOf(std::nullopt, articles), links);
         QCOMPARE(import.Rows(links), QStringList({"000002|5|false", "000003|8|true", "000004|2|true"}));
         QVERIFY(import.Again);
+        const QString price = "SELECT ARPRZ FROM X01_ART_ICO";
+        QCOMPARE(import.Rows(price), QStringList{"1"});
+        import.Get().Source->Execute("DELETE FROM FORNITORI"); // what there is no row of any more is cleared
+        import.Run(ProcedureOf(std::nullopt, articles), price);
+        QCOMPARE(import.Rows(price), QStringList{"NULL"});
     }
 
     /// The first bill of an article counts, wherever the further ones stand.

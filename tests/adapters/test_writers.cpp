@@ -344,6 +344,39 @@ private slots:
         QCOMPARE(target.Value("SELECT DDL FROM QDX_TRIGGERS_OFF"), text);
     }
 
+    /// Where the server is gone nothing can be run by hand: the next import wakes them up. Tables without triggers are
+    /// none of the trouble.
+    void triggersOfAServerThatIsGoneAreLeftToTheNextRun_data() {
+        Columns<TestTarget::On>("engine");
+        Row("MariaDB", TestTarget::On::MariaDbAgain);
+        Row("SQLite", TestTarget::On::Embedded);
+    }
+    void triggersOfAServerThatIsGoneAreLeftToTheNextRun() {
+        QFETCH(const TestTarget::On, engine);
+        if (engine != TestTarget::On::Embedded && !TestTarget::HasMariaDb()) {
+            QSKIP("needs the MariaDB server of scripts/test");
+        }
+        TestTarget target(engine);
+        target.Execute(engine == TestTarget::On::Embedded
+                           ? "CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VER BEGIN SELECT 1; END"
+                           : "CREATE TRIGGER conta AFTER INSERT ON X01_DOC_VER FOR EACH ROW SET @conta = 1");
+        ImportRun run(target.Get(), "modImport_Prova", "ImportProva", {});
+        run.Guard([&] {
+            const TriggersOff triggers(run, DocumentRowTables());
+            target.Db().CloseConnection();
+        });
+        const QStringList errors = target.Get().Results.last().errors;
+        QCOMPARE(errors.size(), 1);
+        QVERIFY2(errors[0].startsWith("I trigger di X01_DOC_VER sono rimasti disattivati") &&
+                     errors[0].contains("i trigger 'conta' attendono nella tabella QDX_TRIGGERS_OFF"),
+                 qPrintable(errors[0]));
+        target.Db().OpenConnection();
+        QCOMPARE(target.Value("SELECT NAME FROM QDX_TRIGGERS_OFF"), QString("conta"));
+        { const TriggersOff next(run, DocumentRowTables()); }
+        QVERIFY(!target.Db().GetTables().contains("QDX_TRIGGERS_OFF"));
+        target.Execute("DROP TRIGGER conta");
+    }
+
     void valuesDocumentRows_data() {
         QTest::addColumn<QList<double>>("numbers"); // quantity, price, discounts
         Columns<double>("amount");

@@ -251,8 +251,10 @@ void TakeCodes(TestWindow& test, const Album& album) {
         "INSERT INTO TAB_MPR (CDMOP, NRRAT, MPGGF) VALUES ('RB30', 1, 30);\n"
         "INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', 'RIBA 30 GG FM', ''), "
         "('anagrafe', 'pag', 'RIMESSA DIRETTA', ''), ('anagrafe', 'classe', 'GROSSISTI', '')");
-    frmCodes dialog(test.Get(), registry::Find("Arca 2000"), &test.Window());
+    frmCodes dialog(test.Get(), test.Person(), registry::Find("Arca 2000"), &test.Window());
     dialog.show();
+    dialog.activateWindow(); // its keys are those of the active window
+    static_cast<void>(QTest::qWaitForWindowActive(&dialog));
     auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
     list->setCurrentItem(list->findItems("RIMESSA DIRETTA", Qt::MatchExactly).value(0));
     QTest::keyClick(list, Qt::Key_1);

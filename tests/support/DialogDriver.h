@@ -6,6 +6,7 @@
 #include "ui/WrappedLabel.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,6 +32,22 @@ public:
     std::deque<std::optional<QString>> Inputs; ///< one per input box; past the end it is given up
     /// Called for a dialog, before it is answered, or again and again for one of another kind; true: leave it alone.
     std::function<bool(QWidget&)> On;
+
+    /// From now on file dialogs are answered with a path, and agreed to when they ask whether to write over it.
+    void AnswerFiles(const QString& path) {
+        On = [path](QWidget& dialog) {
+            auto* box = qobject_cast<QMessageBox*>(&dialog);
+            auto* files = qobject_cast<QFileDialog*>(box == nullptr ? &dialog : box->parentWidget());
+            if (files != nullptr && box != nullptr) {
+                box->button(QMessageBox::Yes)->click();
+            } else if (files != nullptr && !files->property("answered").toBool()) {
+                files->setProperty("answered", true);
+                files->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+                QTimer::singleShot(0, files, [files] { static_cast<QDialog*>(files)->accept(); });
+            }
+            return files != nullptr;
+        };
+    }
 
     /// "[i] text", "[!] text", "? text = cmdYes", "review question = cmdYes", "> prompt", "error message", "reported
     /// message", in order.

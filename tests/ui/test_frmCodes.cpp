@@ -1,3 +1,4 @@
+#include "sources/tableFile.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestWindow.h"
@@ -106,6 +107,46 @@ private slots:
             dialog.findChild<QPushButton*>("cmdSave")->click();
         }));
         QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("0"));
+    }
+
+    /// What is chosen and not saved outlasts a file of other codes, and is saved before it is applied.
+    void KeepsWhatIsNotSaved() {
+        CodedWindow test;
+        DialogDriver driver;
+        QVERIFY(test.InDialog(driver, [&](frmCodes& dialog) {
+            const auto press = [&dialog](const char* name) { dialog.findChild<QPushButton*>(name)->click(); };
+            const QString path = test.Folder.filePath("codici.xlsx");
+            driver.AnswerFiles(test.Folder.filePath("codici"));
+            press("cmdExport");
+            sources::TableOfFile file = sources::ReadTable(path);
+            const auto fill = [&](qsizetype row, const QString& code) {
+                file.rows.at(static_cast<size_t>(row)).values[file.columns.indexOf("Nuovo codice")] = code;
+                const auto writer = sources::TableWriter::Create(path, {}, file.columns);
+                for (const auto& each : file.rows) {
+                    writer->AddRow(QVector<QVariant>(each.values.begin(), each.values.end()));
+                }
+                writer->Close();
+            };
+            fill(0, "B9");
+            driver.Otherwise = "cmdNo";
+            press("cmdExport");
+            QVERIFY2(driver.Events.value(0).contains("codici compilati"), qPrintable(driver.Events.join('\n')));
+            driver.Otherwise.clear();
+            driver.AnswerFiles(path);
+            auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
+            list->setCurrentItem(list->topLevelItem(1));
+            dialog.findChild<QComboBox*>("cmbTarget")->setEditText("RD");
+            press("cmdUse");
+            press("cmdImport");
+            QVERIFY2(driver.Events.last().contains("Codici cambiati: 1"), qPrintable(driver.Events.last()));
+            QCOMPARE(Shown(dialog), QStringList({"Rimessa diretta=RD (da salvare)", "Vista="}));
+            press("cmdApply");
+        }));
+        QVERIFY2(
+            driver.Events.contains("? I codici scelti non sono salvati, e così non si applicano. Salvarli? = cmdYes"),
+            qPrintable(driver.Events.join('\n')));
+        QCOMPARE(test.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = 'Rimessa diretta'"), QString("RD"));
+        QCOMPARE(test.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = 'Bonifico'"), QString("B9"));
     }
 
     /// Every cell with both values, a row that goes, and no work without a yes.

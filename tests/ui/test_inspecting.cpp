@@ -7,8 +7,8 @@
 #include "ui/frmInspect.h"
 #include "ui/frmSource.h"
 
+#include <QCheckBox>
 #include <QDesktopServices>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -296,6 +296,61 @@ private slots:
         // What the rules did meanwhile has left nothing.
         QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("0"));
         QVERIFY(!QFileInfo::exists(test.Folder.filePath("import.log")));
+    }
+
+    /// What is typed is there until it is written, or given up with a yes; a file that cannot be written is told.
+    void KeepsAConditionThatIsNotWritten() {
+        ForeignWindow test;
+        test.Set("IMPORT", "Databasename", "sorgente.sqlite");
+        QDir(test.Folder.path()).mkpath("Tracciati");
+        WriteFile(test.Folder.filePath("Tracciati/Gescom.ini"), "[TABELLE]\nARCLFR=SOGGETTI\nARDEST=LUOGHI\n");
+        DialogDriver driver;
+        QStringList seen;
+        const AtDialog<frmInspect> at(driver, [&](frmInspect& dialog) {
+            auto* filter = dialog.findChild<QLineEdit*>("txtFilter");
+            ChooseItem(dialog, "lstTables", "ARCLFR");
+            QTest::keyClicks(filter, "X = 1");
+            ChooseItem(dialog, "lstTables", "ARDEST");
+            seen.append(filter->text());
+            ChooseItem(dialog, "lstTables", "ARCLFR");
+            seen.append(filter->text());
+            driver.Otherwise = "cmdNo";
+            Press(dialog, "cmdClose");
+            seen.append(dialog.isVisible() ? "open" : "closed");
+            // As without the right to write into the folder, which an administrator has always.
+            QDir(test.Folder.filePath("Tracciati")).removeRecursively();
+            WriteFile(test.Folder.filePath("Tracciati"), "");
+            Press(dialog, "cmdSetFilter");
+            Press(dialog, "cmdAdd");
+            seen.append(filter->text());
+        });
+        test.Tool("cmdInspect").click();
+        QVERIFY(at.Done());
+        QCOMPARE(seen, QStringList({"", "X = 1", "open", "X = 1"}));
+        QCOMPARE(driver.Events.size(), 3);
+        QVERIFY(driver.Events.first().startsWith("? Una condizione non è scritta"));
+        for (const QString& told : driver.Events.mid(1)) {
+            QVERIFY2(told.startsWith("[!] Il tracciato resta com'era: "), qPrintable(told));
+        }
+    }
+
+    void TakesAPasswordAway() {
+        ForeignWindow test;
+        test.Set("IMPORT", "Username", "sa");
+        test.Set("IMPORT", "Password", "segreta");
+        DialogDriver driver;
+        const auto press = [&](bool away) {
+            const AtDialog<frmSource> at(driver, [away](frmSource& dialog) {
+                dialog.findChild<QCheckBox*>("chkNoPassword")->setChecked(away);
+                Press(dialog, "cmdOk");
+            });
+            test.Tool("cmdSource").click();
+            return at.Done();
+        };
+        QVERIFY(press(false));
+        QCOMPARE(test.Setting("IMPORT", "Password"), QString("segreta"));
+        QVERIFY(press(true));
+        QCOMPARE(test.Setting("IMPORT", "Password"), QString());
     }
 
 private:

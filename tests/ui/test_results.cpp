@@ -1,3 +1,4 @@
+#include "app/history/Recorder.h"
 #include "sources/tableFile.h"
 #include "tests/support/ArcaWindow.h"
 #include "tests/support/DialogDriver.h"
@@ -11,7 +12,6 @@
 #include "ui/TextDialog.h"
 
 #include <QClipboard>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QTableWidget>
@@ -54,18 +54,7 @@ public:
     QString Rows() { return Value("SELECT COUNT(*) FROM DEM_CON_TRO"); }
 };
 
-/// Answers file dialogs with a path, and does something with windows of a kind before they are closed.
-void AnswerFiles(DialogDriver& driver, const QString& path) {
-    driver.On = [path](QWidget& dialog) {
-        auto* files = qobject_cast<QFileDialog*>(&dialog);
-        if (files != nullptr) {
-            files->findChild<QLineEdit*>("fileNameEdit")->setText(path);
-            static_cast<QDialog*>(files)->accept();
-        }
-        return files != nullptr;
-    };
-}
-
+/// Does something with windows of a kind before they are closed.
 template<class Dialog>
 void Look(DialogDriver& driver, std::function<void(Dialog&)> look) {
     driver.On = [look = std::move(look)](QWidget& dialog) {
@@ -113,6 +102,23 @@ private slots:
     }
 
     /// By typing, by kind, and back.
+    /// Another program that works on the same settings has runs in the same history.
+    void TheResultIsThatOfItsOwnRun() {
+        DialogDriver driver;
+        ArcaWindow test;
+        driver.On = [&](QWidget& dialog) {
+            const auto* box = qobject_cast<QMessageBox*>(&dialog);
+            if (box != nullptr && box->text().startsWith("Controparti importate")) {
+                history::Recorder other(test.Get(), {.work = "di un altro"});
+                other.ProcedureBegins("modImport_Altro", "Import");
+            }
+            return false;
+        };
+        test.Button("cmdImportCli").click();
+        QCOMPARE(history::History(history::FilePath(test.Get().Config.ConfigFile())).LastRun(), 2);
+        QCOMPARE(Part<frmResult>(test.Window(), "frmResult").Run(), 1);
+    }
+
     void NotesAreSearchedTickedAndCopied() {
         DialogDriver driver;
         ImportedWindow test(driver);
@@ -153,7 +159,7 @@ private slots:
         kinds.setCurrentIndex(kinds.findData(history::GivenUpKind));
         emit kinds.activated(kinds.currentIndex());
         const QString path = test.Folder.filePath("note.csv");
-        AnswerFiles(driver, path);
+        driver.AnswerFiles(path);
         Press(test.Shown(), "cmdExport");
         const sources::TableOfFile table = sources::ReadTable(path);
         QCOMPARE(table.rows.size(), size_t(1));
@@ -236,6 +242,29 @@ private slots:
         }
     }
 
+    /// What the settings lock stands behind the rejects of another company and origin as before, and is stored so.
+    void ALockedWindowStaysLocked() {
+        DialogDriver driver;
+        ImportedWindow test(driver);
+        test.Mend();
+        CreateDatabase(test.Get().Quadrix, "ALT", "Altra S.r.l.");
+        const QString before = test.Rows();
+        test.Window().close();
+        test.Set("IMPORT", "AZIENDA", "Altra S.r.l.");
+        test.Set("IMPORT", "ORIGINE", "Gescom");
+        test.Set("IMPORT", "Disable_Configuration", "1");
+        test.Set("IMPORT", "Disable_ImportArt", "1");
+        test.Start();
+        Press(test.History(), "cmdImportRejects");
+        QCOMPARE(test.Rows().toInt() - before.toInt(), 1);
+        QCOMPARE(test.List("cmbAzienda").currentText(), QString("Altra S.r.l."));
+        QCOMPARE(test.List("cmbOrigine").currentText(), QString("Gescom"));
+        QVERIFY(!test.Button("cmdImportArt").isVisible() && test.Button("cmdImportCli").isVisible());
+        test.Window().close();
+        QCOMPARE(test.Setting("IMPORT", "AZIENDA"), QString("Altra S.r.l."));
+        QCOMPARE(test.Setting("IMPORT", "ORIGINE"), QString("Gescom"));
+    }
+
     /// What it comes to is seen before it is done.
     void ARunIsTakenBack() {
         DialogDriver driver;
@@ -264,7 +293,7 @@ private slots:
         ImportedWindow test(driver);
         auto& history = test.History();
         const QString path = test.Folder.filePath("scarti.csv");
-        AnswerFiles(driver, path);
+        driver.AnswerFiles(path);
         Press(history, "cmdWriteRejects");
         QVERIFY2(driver.Events.value(0).startsWith("[i] Righe abbandonate scritte in:"),
                  qPrintable(driver.Events.join('\n')));
@@ -280,6 +309,31 @@ private slots:
         Press(history, "cmdImportMended");
         QVERIFY(driver.Events.contains("? Importare le righe corrette? = cmdYes"));
         QCOMPARE(test.Value("SELECT COUNT(*) FROM DEM_CON_TRO WHERE CORAS LIKE 'Nome corretto%'"), QString("1"));
+    }
+
+    /// Whatever name was typed for it: what was mended is lost with a yes only.
+    void MendedRejectsAreNotWrittenOver() {
+        DialogDriver driver;
+        ImportedWindow test(driver);
+        auto& history = test.History();
+        driver.AnswerFiles(test.Folder.filePath("scarti"));
+        driver.Otherwise = "cmdNo";
+        Press(history, "cmdWriteRejects");
+        const QString path = test.Folder.filePath("scarti.xlsx");
+        const sources::TableOfFile rejects = sources::ReadTable(path);
+        Press(history, "cmdWriteRejects"); // nobody has touched it
+        QCOMPARE(driver.Events.size(), 2);
+        QStringList values = rejects.rows.at(0).values;
+        values[rejects.columns.indexOf("descrizion")] = "Nome corretto";
+        {
+            const auto writer = sources::TableWriter::Create(path, {}, rejects.columns);
+            writer->AddRow(QVector<QVariant>(values.begin(), values.end()));
+            writer->Close();
+        }
+        Press(history, "cmdWriteRejects");
+        QVERIFY2(driver.Events.size() == 3 && driver.Events.last().contains("righe corrette"),
+                 qPrintable(driver.Events.join('\n')));
+        QCOMPARE(sources::ReadTable(path).rows.at(0).values, values);
     }
 
     void AnInterruptedRunGoesOn() {

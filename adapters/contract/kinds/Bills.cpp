@@ -26,6 +26,10 @@ public:
             const BillPhases& phase = *declared.phases;
             ofPhase = {"DIS_FAS", phase.rows.table, phase.lines.Over({})};
             mappings.push_back({"DIS_FAS", phase.rows.table, phase.lines.Over(NamedLines(phase))});
+            if (phase.isOutside.IsSet()) {
+                mappings.push_back(FieldMapping("DIS_COM", phase.rows.table, {{"DCCTL", phase.isOutside}}));
+                mappings.back().isPart = true;
+            }
         }
         const BillComponents& part = declared.components;
         ofComponent = {"DIS_COM", part.rows.table, part.lines.Over({})};
@@ -120,7 +124,7 @@ SourceRevision RevisionOf(const SourceRow& row, const Field& revision) {
 struct Phases {
     qint64 first = 0;
     QHash<QString, qint64> byKey = {};
-    QSet<qint64> ofSuppliers = {}; ///< those that a supplier does
+    QSet<qint64> outside = {}; ///< those whose components are sent
 };
 
 class BillImporter final : public Importer {
@@ -282,8 +286,11 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
             const qint64 id =
                 m_writer.Write(phase, [&](TargetRow& target) { m_kind->ofPhase.Apply(target, session, row, {}); });
             written.first = written.first == 0 ? id : written.first;
-            if (phases.sendsComponents && !phase.supplier.isEmpty()) {
-                written.ofSuppliers.insert(id);
+            const bool isOutside = phases.isOutside.IsSet()
+                                       ? mod_ovTools::ToBoolean(phases.isOutside.Value(session, row))
+                                       : !phase.supplier.isEmpty();
+            if (phases.sendsComponents && isOutside) {
+                written.outside.insert(id);
             }
             const QString key = phases.key.Text(session, row);
             if (!written.byKey.contains(key)) {
@@ -337,7 +344,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     Component component{article, parts.quantity.Number(session, row), parts.note.Text(session, row),
                         parts.position.Value(session, row)};
     const qint64 phase = PhaseOf(row, phases);
-    component.subcontracted = phases.ofSuppliers.contains(phase);
+    component.subcontracted = phases.outside.contains(phase);
     component.repeated = parts.repeated;
     if (m_kind->declared.component) {
         m_kind->declared.component(Run(), row, component);
@@ -360,16 +367,24 @@ const Frame UsualBills{.module = {},
 
 } // namespace
 
+std::pair<qint64, QString> PlaceOfRevision(const QString& text) {
+    const auto number = ReadWholeNumber(text);
+    return {number.value_or(0), number ? QString() : text.toUpper()};
+}
+
+qint64 NumberOfRevision(Session& session, const QString& text) {
+    const auto number = ReadWholeNumber(text);
+    if (!text.isEmpty() && !number) {
+        modImport::LogNote(
+            session,
+            QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0").arg(session.Errors.RowKey(), text));
+    }
+    return number.value_or(0);
+}
+
 Rule rules::RevisionNumber() {
-    return {"il numero intero; 0 per un altro testo, che va nel log se non è vuoto", [](const RuleInput& input) {
-                const QString text = input.Text();
-                const auto number = ReadWholeNumber(text);
-                if (!text.isEmpty() && !number) {
-                    modImport::LogNote(input.session, QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0")
-                                                          .arg(input.session.Errors.RowKey(), text));
-                }
-                return RuleValue(number.value_or(0));
-            }};
+    return {"il numero intero; 0 per un altro testo, che va nel log se non è vuoto",
+            [](const RuleInput& input) { return RuleValue(NumberOfRevision(input.session, input.Text())); }};
 }
 
 Rule rules::WasteFactor() {

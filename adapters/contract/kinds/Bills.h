@@ -18,8 +18,10 @@ struct BillPhases {
     Field cost = {};      ///< per hour
     Field supplier = {};  ///< CDCON of who does it: `rules::KnownSupplier`
     Lines lines = {};     ///< further columns of DIS_FAS
-    /// Whether the components of a phase that a supplier does go to him: they are marked as subcontracted then.
+    /// Whether the components of a phase that is done outside go there: they are marked as subcontracted then.
     bool sendsComponents = false;
+    /// Whether it is done outside, where the source tells that beside the supplier; without it what a supplier does is.
+    Field isOutside = {};
 };
 
 /// The components of a bill. One whose article is not there is left out, and logged.
@@ -60,6 +62,13 @@ struct Bills {
     std::function<void(ImportRun&, BillWriter&, const SourceRow&)> after = {};
     Needs further = {}; ///< what the hooks read and write
 };
+
+/// Where a revision stands among those of its article: by its number, 0 for any other text, and by that text, in
+/// capitals; equal for those that are the same one, such as "1" and "01".
+std::pair<qint64, QString> PlaceOfRevision(const QString& text);
+
+/// The number of a revision: 0 for a text that is no whole number, which is logged unless it is blank.
+qint64 NumberOfRevision(Session& session, const QString& text);
 
 namespace rules {
 

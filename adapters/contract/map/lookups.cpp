@@ -6,6 +6,7 @@
 #include "core/modImport.h"
 #include "core/Schema.h"
 #include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
@@ -122,9 +123,10 @@ void StoreNewCode(ImportRun& run, const QString& table, const QString& field, co
                   const QString& newCode) {
     Session& session = run.GetSession();
     const qint64 known =
-        IdWhere(session, "SYS_IMP",
-                Equals(session, "TBNAM", table) + QStringLiteral(" AND ") + Equals(session, "TBFLD", field) +
-                    QStringLiteral(" AND ") + Equals(session, "TBOLD", oldCode));
+        IdOfCode(session.Quadrix, "SYS_IMP",
+                 Equals(session, "TBNAM", table) + QStringLiteral(" AND ") + Equals(session, "TBFLD", field) +
+                     QStringLiteral(" AND ") + Equals(session, "TBOLD", oldCode),
+                 "TBOLD", oldCode);
     TargetRow row(run, "SYS_IMP");
     row.Set("TBNEW", newCode);
     if (known != 0) {

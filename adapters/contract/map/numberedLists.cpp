@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "core/modImport.h"
 #include "core/Schema.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract::rules {
@@ -38,8 +39,9 @@ void Keep(Session& session, const QString& origin, const QString& code, const QS
                               .arg(code.size())
                               .arg(size));
     }
-    const qint64 waiting = IdWhere(
-        session, "SYS_IMP", ConditionOf(session, origin) + QStringLiteral(" AND ") + Equals(session, "TBOLD", code));
+    const qint64 waiting = IdOfCode(
+        session.Quadrix, "SYS_IMP",
+        ConditionOf(session, origin) + QStringLiteral(" AND ") + Equals(session, "TBOLD", code), "TBOLD", code);
     const auto text = [&session](const QString& value) {
         return mod_ovTools::FormatSqlValue(value, DataType::NVarChar, session.Quadrix.ProviderType);
     };

@@ -63,7 +63,31 @@ void ImportRun::LogOrReport(const QString& message) {
     }
 }
 
-void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
+namespace {
+
+/// What is left to be done about triggers that an error has left off; empty where its message tells that.
+QString LeftToDo(const Error& error, const QString& table, const std::optional<QStringList>& waiting) {
+    const auto* refused = dynamic_cast<const SqlError*>(&error);
+    const QString statement = refused == nullptr ? QString() : refused->Statement();
+    const auto begins = [&statement](QLatin1String word) { return statement.startsWith(word, Qt::CaseInsensitive); };
+    if (!waiting) {
+        return QStringLiteral("da eseguire a mano: ") +
+               (statement.isEmpty() ? QStringLiteral("ALTER TABLE %1 ENABLE TRIGGER ALL").arg(table) : statement);
+    }
+    if (begins(QLatin1String("CREATE")) || begins(QLatin1String("DELETE"))) {
+        return QStringLiteral("da eseguire a mano: ") + statement;
+    }
+    const bool isTold = statement.isEmpty() && refused != nullptr && !refused->MayPass();
+    return isTold || waiting->isEmpty()
+               ? QString()
+               : QStringLiteral("i trigger '%1' attendono nella tabella QDX_TRIGGERS_OFF: la prossima importazione di "
+                                "questi dati li riattiva")
+                     .arg(waiting->join(QStringLiteral("', '")));
+}
+
+} // namespace
+
+void ImportRun::SwitchTriggersOn(const QString& table, const std::optional<QStringList>& waiting) noexcept {
     const auto switchOn = [&] { m_session.Quadrix.AlterTriggersStatus(FullName(table), true); };
     try {
         try {
@@ -72,10 +96,11 @@ void ImportRun::SwitchTriggersOn(const QString& table) noexcept {
             switchOn();
         }
     } catch (Error& error) {
-        error.AddContext(QStringLiteral("I trigger di %1 sono rimasti disattivati").arg(FullName(table)));
-        if (const auto* refused = dynamic_cast<const SqlError*>(&error);
-            refused != nullptr && !refused->Statement().isEmpty()) {
-            error.AddAdvice(QStringLiteral("da eseguire a mano: ") + refused->Statement());
+        const bool isSure = waiting && !waiting->isEmpty();
+        error.AddContext(QStringLiteral("I trigger di %1 %2 rimasti disattivati")
+                             .arg(FullName(table), isSure ? QStringLiteral("sono") : QStringLiteral("possono essere")));
+        if (const QString advice = LeftToDo(error, FullName(table), waiting); !advice.isEmpty()) {
+            error.AddAdvice(advice);
         }
         m_failed = true;
         m_account.Result.errors.append(error.Message());

@@ -87,9 +87,11 @@ public:
     void BeforeCompletion(std::function<void()> work) { m_beforeCompletion = std::move(work); }
 
     /// Switches the triggers of a table (bare name) on again, whatever has happened. It is tried once more when it
-    /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told, with the
-    /// statement that is left to be run by hand, and the run counts as failed.
-    void SwitchTriggersOn(const QString& table) noexcept;
+    /// fails: nobody would notice triggers that stay off. In the end the operator and the log are told, with what is
+    /// left to be done, and the run counts as failed.
+    /// @param waiting names of the triggers that are to be made again; empty where it is not known whether there are
+    /// any, none where the database has a switch for all of a table
+    void SwitchTriggersOn(const QString& table, const std::optional<QStringList>& waiting) noexcept;
 
     /// Deletes the rows of a table (bare name) that a condition names (without WHERE), for rows that are written anew;
     /// returns how many. Unlike `Delete` it is part of the row under way.

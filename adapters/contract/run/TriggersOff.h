@@ -18,11 +18,19 @@ public:
     void SwitchOn(const QString& table);
 
 private:
+    /// A table whose triggers are off.
+    struct Off {
+        QString table; ///< bare name
+        /// Its triggers that are to be made again; empty where they are not known, none where there is a switch for
+        /// them.
+        std::optional<QStringList> waiting = QStringList();
+    };
     void SwitchOff(const QString& table);
+    std::optional<QStringList> Waiting(const QString& table) const;
     void SwitchAllOn() noexcept;
 
     ImportRun& m_run;
-    QStringList m_off = {}; ///< bare names
+    std::vector<Off> m_off = {};
 };
 
 } // namespace contract

@@ -6,6 +6,7 @@
 #include "core/modImport.h"
 #include "core/qdxProduction_articles.h"
 #include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 #include <algorithm>
@@ -65,36 +66,7 @@ quint64 DigestOf(const QString& sourceCode, bool isOwn) {
     return code | (static_cast<quint64>(qHash(sourceCode)) & ~CodeMask & ~OwnMask) | (isOwn ? OwnMask : 0);
 }
 
-/// A text without the marks of its letters, by which some collations tell nothing apart ("È" and "E").
-QString WithoutMarks(const QString& text) {
-    QString plain = mod_ovTools::UpperChars(text).normalized(QString::NormalizationForm_KD);
-    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
-    return plain;
-}
-
 } // namespace
-
-/// Raises `ImportError` where the database takes the article for another one of the run.
-void ArticleWriter::CheckApart(const QString& article) {
-    constexpr char16_t firstFurther = 0x80;
-    const bool isPlain = std::none_of(article.begin(), article.end(), [](QChar c) { return c >= firstFurther; });
-    if (isPlain && m_marked.isEmpty()) {
-        return;
-    }
-    const QString upper = mod_ovTools::UpperChars(article);
-    const QString plain = isPlain ? upper : WithoutMarks(article);
-    const size_t key = qHash(plain);
-    const bool mayBeAnother = m_marked.contains(key) || (plain != upper && m_claimed.contains(key));
-    const QString there = mayBeAnother ? LookUp(m_run.GetSession(), Art, CodeColumn, article, CodeColumn) : QString();
-    if (!there.isEmpty() && mod_ovTools::UpperChars(there) != upper) {
-        throw ImportError(
-            QStringLiteral("il codice '%1' è per il database lo stesso di '%2', che è un altro articolo dell'origine")
-                .arg(article, there));
-    }
-    if (plain != upper) {
-        m_run.Remember(m_marked, key);
-    }
-}
 
 void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     Session& session = m_run.GetSession();
@@ -104,7 +76,6 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     const size_t key = qHash(mod_ovTools::UpperChars(article));
     const auto there = m_claimed.constFind(key);
     if (there == m_claimed.constEnd()) {
-        CheckApart(article);
         m_claimed.insert(key, digest);
         m_run.WhenTakenBack([this, key] { m_claimed.remove(key); });
         return;
@@ -192,10 +163,10 @@ void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& co
     const Session& session = m_run.GetSession();
     {
         Recordset there = m_run.GetSession().Quadrix.ExecuteWC(
-            QStringLiteral("SELECT RECORD_ID, CODES, USINS FROM %1 WHERE ").arg(m_run.FullName("ART_COD")) +
+            QStringLiteral("SELECT RECORD_ID, CDCOD, CODES, USINS FROM %1 WHERE ").arg(m_run.FullName("ART_COD")) +
             Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
             QStringLiteral(" AND ") + Equals(session, "COCON", counterparty) + QStringLiteral(" ORDER BY RECORD_ID"));
-        if (!there.Eof()) {
+        if (StepToCode(there, "CDCOD", code)) {
             Describe(SourceRow(there), description);
             return;
         }
@@ -224,9 +195,10 @@ void ArticleWriter::Describe(const SourceRow& there, const QString& description)
 
 void ArticleWriter::InternalCode(const QString& article, const QString& code) const {
     Session& session = m_run.GetSession();
-    if (IdWhere(session, "ART_COD",
-                Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
-                    QStringLiteral(" AND ") + Equals(session, "COTIP", "I")) != 0) {
+    if (IdOfCode(session.Quadrix, "ART_COD",
+                 Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDCOD", code) +
+                     QStringLiteral(" AND ") + Equals(session, "COTIP", "I"),
+                 "CDCOD", code) != 0) {
         return;
     }
     TargetRow row(m_run, "ART_COD");
@@ -262,18 +234,18 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
 RowOutcome ArticleWriter::Location(const QString& article, const QString& location, const QString& description) const {
     using schema::defaults::Warehouse;
     Session& session = m_run.GetSession();
-    if (IdWhere(session, "UBI_MAG",
-                Equals(session, "CDMAG", Warehouse) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location)) ==
-        0) {
+    if (IdOfCode(session.Quadrix, "UBI_MAG",
+                 Equals(session, "CDMAG", Warehouse) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location),
+                 "CDUBI", location) == 0) {
         TargetRow place(m_run, "UBI_MAG");
         place.Set("CDMAG", Warehouse);
         place.Set("CDUBI", location);
         place.Set("UBDES", description.isEmpty() ? location : description);
         place.Insert();
     }
-    if (IdWhere(session, "UBI_ART",
-                Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location)) !=
-        0) {
+    if (IdOfCode(session.Quadrix, "UBI_ART",
+                 Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location),
+                 "CDUBI", location) != 0) {
         return m_run.Skip(QStringLiteral("articolo già nell'ubicazione"));
     }
     TargetRow row(m_run, "UBI_ART");

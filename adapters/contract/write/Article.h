@@ -58,10 +58,10 @@ public:
     /// fields; at most 50 characters.
     QString CodeOf(const QString& table, const QString& field, const QString& sourceCode) const;
     /// An article of a source code follows. One that an earlier row of the run had by another source code is told. Two
-    /// codes that only became one because both were cut, or that are one for the database alone, whose collation does
-    /// not tell "È" from "E", are two articles: that raises `ImportError`.
+    /// codes that only became one because both were cut are two articles: that raises `ImportError`.
     void Claim(const QString& article, const QString& sourceCode);
-    /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated.
+    /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated. Where
+    /// the database takes the code of another article for it ("È" and "E"), that raises `ImportError`.
     /// @param more sets what the mapping cannot tell, after it
     RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
                      const std::function<void(TargetRow&)>& more = {}) const;
@@ -93,11 +93,9 @@ public:
 
 private:
     void Describe(const SourceRow& there, const QString& description) const;
-    void CheckApart(const QString& article);
     void History(const QString& table, const QString& amountColumn, const HistoryLine& line) const;
 
     ImportRun& m_run;
-    QSet<size_t> m_marked;            ///< of articles with accents: the hash of the code without them
     QHash<size_t, quint64> m_claimed; ///< by the hash of the article's code: a digest of the source code, small
 };
 

@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Attachment.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "sql/codeAsked.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -74,9 +75,10 @@ RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
     }
     const Session& session = run.GetSession();
     const qint64 known =
-        IdWhere(run.GetSession(), AttachmentTable,
-                Equals(session, "ATTBL", file.table) + QStringLiteral(" AND ") + Equals(session, "ATKEY", file.key) +
-                    QStringLiteral(" AND ") + Equals(session, "ATNAM", info.fileName()));
+        IdOfCode(run.GetSession().Quadrix, AttachmentTable,
+                 Equals(session, "ATTBL", file.table) + QStringLiteral(" AND ") + Equals(session, "ATKEY", file.key) +
+                     QStringLiteral(" AND ") + Equals(session, "ATNAM", info.fileName()),
+                 "ATNAM", info.fileName());
     TargetRow row(run, AttachmentTable);
     row.Set("ATTBL", file.table);
     row.Set("ATKEY", file.key);

@@ -3,7 +3,10 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/missingCodes.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
+
+#include <algorithm>
 
 namespace contract {
 
@@ -29,9 +32,23 @@ QString HasValue(const Session& session, const schema::Column& column, const QVa
 
 } // namespace
 
+namespace {
+
+/// Whether a row has the code as it is or, where databases may take them for two, in capitals.
+bool HasCode(Session& session, const QString& table, const QString& column, const QString& code) {
+    constexpr char16_t firstFurther = 0x80;
+    const QString capitals = mod_ovTools::UpperChars(code);
+    const bool isCapital = std::equal(code.begin(), code.end(), capitals.begin(),
+                                      [](QChar is, QChar capital) { return is == capital || is < firstFurther; });
+    return HasOwnCode(session.Quadrix, table, column, code) ||
+           (!isCapital && HasOwnCode(session.Quadrix, table, column, capitals));
+}
+
+} // namespace
+
 RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
     const QString codeColumn = schema::FindTable(mapping.targetTable)->CodeColumn();
-    const bool known = IsThere(run.GetSession(), mapping.targetTable, codeColumn, facts.code);
+    const bool known = HasCode(run.GetSession(), mapping.targetTable, codeColumn, facts.code);
     if (!known && FillsCodes(run)) {
         return SkipGone(run);
     }

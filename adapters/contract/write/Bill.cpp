@@ -159,7 +159,7 @@ qint64 BillWriter::WriteGeneric() {
 
 /// With what the run wrote of it before.
 double BillWriter::QuantityOf(const Component& component) {
-    const QString article = component.article.toUpper();
+    const QString article = mod_ovTools::UpperChars(component.article);
     double quantity = component.quantity;
     if (const auto before = m_quantities.constFind(article); before != m_quantities.cend()) {
         if (component.repeated == Repeated::Adds) {
@@ -177,8 +177,8 @@ double BillWriter::QuantityOf(const Component& component) {
 void BillWriter::Write(const Component& component, qint64 phase, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const bool addsToAnother =
-        component.repeated == Repeated::Adds && m_quantities.contains(component.article.toUpper());
-    const bool mayBeThere = m_wasThere || m_quantities.contains(component.article.toUpper());
+        component.repeated == Repeated::Adds && m_quantities.contains(mod_ovTools::UpperChars(component.article));
+    const bool mayBeThere = m_wasThere || m_quantities.contains(mod_ovTools::UpperChars(component.article));
     const double quantity = QuantityOf(component);
     const qint64 known = mayBeThere
                              ? IdWhere(session, "DIS_COM",
@@ -229,7 +229,7 @@ void BillWriter::TellComponentsLeft() {
                                   Equals("IDDIS", m_bill) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString article = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
-        if (!m_quantities.contains(article.toUpper())) {
+        if (!m_quantities.contains(mod_ovTools::UpperChars(article))) {
             left.append(u'\'' + article + u'\'');
             ids.append(rows.Fields(1).Value().toLongLong());
         }

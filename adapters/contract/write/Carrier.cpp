@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "core/modImport.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -16,7 +17,8 @@ QString TranslationOf(const Session& session, const SourceIdentity& source) {
 
 /// Whether an import has written it, and not a person.
 bool IsOfImport(Session& session, const SourceIdentity& source) {
-    return IdWhere(session, "SYS_IMP", TranslationOf(session, source) + " AND " + OfImports(session)) != 0;
+    return IdOfCode(session.Quadrix, "SYS_IMP", TranslationOf(session, source) + " AND " + OfImports(session), "TBOLD",
+                    source.code) != 0;
 }
 
 } // namespace

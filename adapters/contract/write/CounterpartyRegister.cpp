@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "core/identifyingNumber.h"
 #include "core/modImport.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -20,6 +21,7 @@ struct CounterpartyRegister::Party {
 namespace {
 
 const QString Register = QStringLiteral("CON_TRO");
+const QString CodeColumn = QStringLiteral("CDCON");
 
 constexpr qint64 HighestCode = 999999;
 
@@ -127,12 +129,21 @@ CounterpartyRegister::CounterpartyRegister(ImportRun& run, TakenCode usual)
       m_usual(usual),
       m_setting(ReadTakenCode(run.GetSession())) {}
 
-std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QString& condition) const {
+/// The counterparties that have a code in a column. CDCON is there once: where it is one with another for the database
+/// alone, that raises `ImportError`.
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QString& column,
+                                                                       const QString& code) const {
     std::vector<Party> parties;
-    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") +
-                                                          m_run.FullName(QStringLiteral("CON_TRO")) +
-                                                          QStringLiteral(" WHERE ") + condition);
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM ") + m_run.FullName(QStringLiteral("CON_TRO")) + QStringLiteral(" WHERE ") +
+        column + QStringLiteral(" = ") + m_run.Quoted(code));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (column == CodeColumn) {
+            CheckCodeAsked(row.Value(column), code);
+        }
+        if (!IsCodeAsked(row.Value(column), code)) {
+            continue;
+        }
         parties.push_back({row.Text("CDCON"), WholeName(mod_ovTools::ToText(row.Value("CORAS")), row.Text("CORA2")),
                            row.Text("COIVA"), row.Text("COFIS"), row.Text("COCGE"), row.Text("COFGE")});
     }
@@ -140,10 +151,10 @@ std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QSt
 }
 
 std::optional<CounterpartyRegister::Party> CounterpartyRegister::Find(const QString& code) const {
-    if (m_run.GetSession().Quadrix.IsAbsent(Register, QStringLiteral("CDCON"), code)) {
+    if (m_run.GetSession().Quadrix.IsAbsent(Register, CodeColumn, code)) {
         return std::nullopt;
     }
-    const std::vector<Party> parties = Parties(QStringLiteral("CDCON = ") + m_run.Quoted(code));
+    const std::vector<Party> parties = Parties(CodeColumn, code);
     return parties.empty() ? std::nullopt : std::optional(parties.front());
 }
 
@@ -176,13 +187,12 @@ QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QSt
     }
     const QString& other = source.roles.customer ? party->supplier : party->customer;
     const QString column = source.roles.customer ? QStringLiteral("COFGE") : QStringLiteral("COCGE");
-    const std::vector<Party> parties =
-        other.isEmpty() ? std::vector<Party>() : Parties(column + QStringLiteral(" = ") + m_run.Quoted(other));
+    const std::vector<Party> parties = other.isEmpty() ? std::vector<Party>() : Parties(column, other);
     if (const Party* same = FirstThat(parties, [&](const Identity& one) { return !one.IsStranger(identity); })) {
         return same->code;
     }
     const QChar role = source.roles.customer ? u'F' : u'C';
-    if (parties.size() == 1 && m_met.contains(qHash(QString(role + other.toUpper())))) {
+    if (parties.size() == 1 && m_met.contains(qHash(QString(role + mod_ovTools::UpperChars(other))))) {
         return code; // the source's own: whatever it tells of the two
     }
     m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3, %4, sono una per il codice dell'altro ruolo '%5': "
@@ -191,21 +201,31 @@ QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QSt
     return {};
 }
 
+/// "; il codice cliente '7' lascia il posto a '9'", of each source code that a counterparty has and loses to a source
+/// row that it becomes; empty for none.
+QString CounterpartyRegister::Replaced(const SourceIdentity& source, const Party& party) {
+    QString replaced;
+    const auto look = [&](const QString& role, bool has, const QString& there) {
+        if (has && !there.isEmpty() && !Agree(there, source.code)) {
+            replaced += QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'").arg(role, there, source.code);
+        }
+    };
+    look(QStringLiteral("cliente"), source.roles.customer, party.customer);
+    look(QStringLiteral("fornitore"), source.roles.supplier, party.supplier);
+    return replaced;
+}
+
 void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString& code) const {
     const auto party = Find(code);
     if (!party) {
         return;
     }
     QStringList codes;
-    QStringList replaced;
     bool made = false;
     const auto look = [&](const QString& role, bool has, const QString& there) {
         made = made || (has && Agree(there, source.code));
         if (!there.isEmpty()) {
             codes.append(QStringLiteral("%1 '%2'").arg(role, there));
-        }
-        if (has && !there.isEmpty()) {
-            replaced.append(QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'").arg(role, there, source.code));
         }
     };
     look(QStringLiteral("cliente"), source.roles.customer, party->customer);
@@ -217,12 +237,12 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
     const QString origin =
         codes.isEmpty() ? QStringLiteral("senza codice d'origine") : codes.join(QStringLiteral(", "));
     m_run.Log(QStringLiteral("CONTROPARTI UNITE: %1 %2 e %3, %4, diventano una: %5%6")
-                  .arg(m_run.RowKey(), Named(source), Named(*party), origin, code, replaced.join(QString())));
+                  .arg(m_run.RowKey(), Named(source), Named(*party), origin, code, Replaced(source, *party)));
 }
 
 void CounterpartyRegister::Meet(const SourceIdentity& source) {
     m_again = false;
-    const QString code = source.code.toUpper();
+    const QString code = mod_ovTools::UpperChars(source.code);
     for (const auto& [has, role] : {std::pair(source.roles.customer, u'C'), std::pair(source.roles.supplier, u'F')}) {
         if (!has) {
             continue;
@@ -238,7 +258,7 @@ std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(cons
     if (source.code.isEmpty() || m_run.GetSession().Quadrix.IsAbsent(Register, column, source.code)) {
         return {};
     }
-    return Parties(column + QStringLiteral(" = ") + m_run.Quoted(source.code));
+    return Parties(column, source.code);
 }
 
 QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {
@@ -359,8 +379,8 @@ std::optional<Placement> CounterpartyRegister::Take(const SourceIdentity& source
     m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
     if (!same) {
         m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: la riga che c'è resta "
-                                 "com'è, e prende il ruolo che le manca")
-                      .arg(m_run.RowKey(), Named(source), Named(*party), code));
+                                 "com'è, e prende il ruolo che le manca%5")
+                      .arg(m_run.RowKey(), Named(source), Named(*party), code, Replaced(source, *party)));
     }
     return Placement{code, true};
 }

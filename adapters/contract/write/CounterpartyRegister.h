@@ -81,12 +81,13 @@ public:
 
 private:
     struct Party;
-    std::vector<Party> Parties(const QString& condition) const;
+    std::vector<Party> Parties(const QString& column, const QString& code) const;
     std::vector<Party> OfSourceCode(const SourceIdentity& source) const;
     std::optional<Party> Find(const QString& code) const;
     QString OfAnother(const SourceIdentity& source, const Party& party) const;
     std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
     Placement TakeNext(const SourceIdentity& source, const QString& taken) const;
+    static QString Replaced(const SourceIdentity& source, const Party& party);
     void TellTwice(const QString& code) const;
     void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;
 

@@ -9,6 +9,7 @@
 #include "core/modMain.h"
 #include "core/qdxProduction.h"
 #include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -132,10 +133,10 @@ const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhe
         return *known;
     }
     Cause cause{code, typeWhenMissing, Warehouse, {}, {}};
-    const Recordset rows =
+    Recordset rows =
         m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName("CAU_DOC") +
                                              QStringLiteral(" WHERE ") + Equals(m_run.GetSession(), "CDCAD", code));
-    if (rows.Eof()) {
+    if (!StepToCode(rows, "CDCAD", code)) {
         m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'")
                       .arg(code, typeWhenMissing));
     } else {
@@ -162,7 +163,7 @@ qint64 DocumentWriter::Find(const QString& number, const QString& cause, int yea
     if (!further.isEmpty()) {
         condition += QStringLiteral(" AND ") + further;
     }
-    return IdWhere(m_run.GetSession(), m_family.head, condition);
+    return IdOfCode(m_run.GetSession().Quadrix, m_family.head, condition, "DTCAU", cause);
 }
 
 TargetRow DocumentWriter::Head(const DocumentHead& head) const {

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "sql/codeAsked.h"
 
 namespace contract {
 
@@ -24,10 +25,11 @@ void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
         return;
     }
     Session& session = run.GetSession();
-    const qint64 known = IdWhere(session, AttributeTable,
-                                 Equals(session, "FLTAB", attribute.table) + QStringLiteral(" AND ") +
-                                     Equals(session, "FLKEY", attribute.key) + QStringLiteral(" AND ") +
-                                     Equals(session, "FLFLD", attribute.name));
+    const qint64 known = IdOfCode(session.Quadrix, AttributeTable,
+                                  Equals(session, "FLTAB", attribute.table) + QStringLiteral(" AND ") +
+                                      Equals(session, "FLKEY", attribute.key) + QStringLiteral(" AND ") +
+                                      Equals(session, "FLFLD", attribute.name),
+                                  "FLFLD", attribute.name);
     TargetRow row(run, AttributeTable);
     row.Set("FLTAB", attribute.table);
     row.Set("FLKEY", attribute.key);

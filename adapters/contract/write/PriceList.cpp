@@ -4,6 +4,7 @@
 #include "adapters/contract/run/TargetRow.h"
 #include "core/amounts.h"
 #include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 #include <algorithm>
@@ -110,10 +111,10 @@ ListHead PriceListWriter::NewHead(const QString& list, const QString& direction,
 ListHead PriceListWriter::KnownHead(const QString& list, const QString& direction, const QString& description,
                                     const QString& currency) const {
     Session& session = m_run.GetSession();
-    Recordset found =
-        session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, LTDES, LTVAL FROM " + m_run.FullName("LIS_TES") + u" WHERE " +
-                                  Equals(session, "CDLIS", list) + u" AND " + Equals(session, "LTTIP", direction));
-    if (found.Eof()) {
+    Recordset found = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, CDLIS, LTDES, LTVAL FROM " + m_run.FullName("LIS_TES") + u" WHERE " +
+        Equals(session, "CDLIS", list) + u" AND " + Equals(session, "LTTIP", direction));
+    if (!StepToCode(found, "CDLIS", list)) {
         return {};
     }
     const ListHead head{list, found.Value("RECORD_ID").toLongLong()};

@@ -4,6 +4,7 @@
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "core/qdxProduction_sheets.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -28,9 +29,10 @@ std::vector<TableNeed> SheetFormatNeeds() {
 
 RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* id) {
     Session& session = run.GetSession();
-    const qint64 known = IdWhere(session, FormatTable,
-                                 Equals(session, "CDART", format.article) + QStringLiteral(" AND ") +
-                                     Equals(session, "CDFMT", format.code));
+    const qint64 known = IdOfCode(session.Quadrix, FormatTable,
+                                  Equals(session, "CDART", format.article) + QStringLiteral(" AND ") +
+                                      Equals(session, "CDFMT", format.code),
+                                  "CDFMT", format.code);
     TargetRow row(run, FormatTable);
     const auto setText = [&row](const QString& column, const QString& text) {
         if (!text.isEmpty()) {
@@ -71,10 +73,9 @@ QString SearchText(const QString& code, const QString& description) {
 
 KnownFormat FindFormat(ImportRun& run, const QString& externalCode) {
     Session& session = run.GetSession();
-    const Recordset found =
-        session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(FormatTable) +
-                                  QStringLiteral(" WHERE ") + Equals(session, "LMEXT", externalCode));
-    if (externalCode.isEmpty() || found.Eof()) {
+    Recordset found = session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(FormatTable) +
+                                                QStringLiteral(" WHERE ") + Equals(session, "LMEXT", externalCode));
+    if (externalCode.isEmpty() || !StepToCode(found, "LMEXT", externalCode)) {
         return {};
     }
     const SourceRow row(found);

@@ -54,15 +54,23 @@ Rule FamilyOrGroup() {
 // --- Amounts ------------------------------------------------------------------------------------------------------
 
 /// The cost of an article: the last one, else that of its balances, else the standard cost.
-double CostOf(ImportRun& run, const SourceRow& row) {
+double CostOf(Session& session, const SourceRow& row) {
     if (const double last = NumberOf(row, "ARULTCOS"); last != 0) {
         return last;
     }
-    ovConnection& source = run.GetSession().SourceConnection();
+    ovConnection& source = session.SourceConnection();
     const Recordset balances = source.ExecuteWC("SELECT MAX(SLVALUCA) AS SLVALUCA FROM SALDIART\rWHERE SLCODICE = " +
                                                 LiteralOf(source, row.Text("ARCODART")));
     const double ofBalance = balances.Eof() ? 0 : NumberOf(SourceRow(balances), "SLVALUCA");
     return ofBalance != 0 ? ofBalance : NumberOf(row, "PRCOSSTA");
+}
+
+/// The same, for what the usual supplier asks.
+Rule Cost() {
+    return {"la prima; se è zero il SLVALUCA più alto di SALDIART, altrimenti PRCOSSTA di PAR_RIOR",
+            [](const RuleInput& input) { return RuleValue(RoundedTo(CostOf(input.session, input.row), UnitDecimals)); },
+            Side::Both,
+            {{SaldiArt, {"SLCODICE", "SLVALUCA"}}, {ParRior, {}, {"PRCOSSTA"}}}};
 }
 
 /// The price that holds today: of the first list, and of its quantities the dearest, which is that of few pieces. One
@@ -90,7 +98,7 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
 }
 
 void SetAmounts(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    target.Set("ARCOS", RoundedTo(CostOf(run, row), UnitDecimals));
+    target.Set("ARCOS", RoundedTo(CostOf(run.GetSession(), row), UnitDecimals));
     SetPrice(run, row, target);
     SetMarkUp(run, row, target);
 }
@@ -167,7 +175,7 @@ Articles Articoli() {
                 {"ARGGA", "PRGIOAPP", RoundedTo(0)},
             },
         .suppliers = {{.supplier = {"PRCODFOR", KnownSupplier()},
-                       .price = "ARULTCOS",
+                       .price = {"ARULTCOS", Cost()},
                        .leadDays = "PRGIOAPP",
                        .lot = "PRLOTRIO",
                        .minimum = "PRQTAMIN"}},

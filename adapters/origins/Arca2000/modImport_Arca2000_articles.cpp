@@ -86,7 +86,7 @@ const Mapping& Articoli() {
             {"ARCLA", "gruppo", ArticleClass()},
             {"ARUMS", "unmisura", TranslatedOrUpper("magart", "unmisura", schema::defaults::Unit)},
             {"ARUM2", "unmisura1", TranslatedOrUpper("magart", "unmisura", "")},
-            {"ARCOE", "fatt1", RoundedTo(6)},
+            {"ARCOE", "fatt1", NotZero()},
             {"ARUMP", "unmisura", UpperOr(3, schema::defaults::Unit)},
             {"ARCOP", "", Constant(schema::defaults::PurchaseUnitFactor)},
             {"ARIVA", "", Constant(schema::defaults::VatCode)},

@@ -219,7 +219,7 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                     {.rows = OfArticle(AliasTable, "Riga", "Riga"), .code = "Alias"}},
         .units = {{.rows = OfArticle(Misure, "DefaultMisura DESC, Cd_ARMisura", "Cd_ARMisura"),
                    .unit = {"Cd_ARMisura", TranslatedOrUpper(Ar, "Cd_ARMisura", "")},
-                   .factor = "UMFatt",
+                   .factor = {"UMFatt", NotZero()},
                    .places = {"DefaultMisura, TipoARMisura", UnitPlaces()}}},
         .languages = {{.rows = OfArticle(Lingue, "Id_Lingua", "Id_Lingua"),
                        .language = {"Id_Lingua", LanguageCode()},

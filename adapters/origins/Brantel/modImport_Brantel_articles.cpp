@@ -79,7 +79,7 @@ Bills Distinte() {
                    .naming = "CodArticolo, Revisione"},
         .article = {"CodArticolo", Article()},
         .sourceKey = "IdDistinta",
-        .revision = "Revisione",
+        .revision = {"Revisione", RevisionNumber()},
         .active = {"Attiva", Flag()},
         .note = "Note",
         .components =

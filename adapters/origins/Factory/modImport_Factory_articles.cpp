@@ -86,7 +86,7 @@ Bills Distinte() {
         .source = {.table = "DISTINTE", .key = "CODART", .order = "CODART, REV", .naming = "CODART, REV"},
         .article = {"CODART", Article()},
         .sourceKey = "IDDIST",
-        .revision = "REV",
+        .revision = {"REV", RevisionNumber()},
         .active = {"ATTIVA", Flag()},
         .note = "NOTE",
         .components =

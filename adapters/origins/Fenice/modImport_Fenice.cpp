@@ -7,7 +7,6 @@
 
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/map/supplierNote.h"
-#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -35,11 +34,7 @@ const std::vector<Tie> OfBill{{"IDDIST"}};
 
 Rule Article() { return ArticleCode(Distinta, "CODART"); }
 
-/// Where a revision stands among those of its article: by its number, 0 for any other text, then by its text.
-std::pair<qint64, QString> PlaceOf(const SourceRow& row) {
-    const QString text = row.Text("REVIS").toUpper();
-    return {ReadWholeNumber(text).value_or(0), text};
-}
+std::pair<qint64, QString> PlaceOf(const SourceRow& row) { return PlaceOfRevision(row.Text("REVIS")); }
 
 /// Of the revisions of an article the highest that is active is the one in force.
 Rule IsInForce() {
@@ -95,6 +90,7 @@ Bills Distinte() {
                 .supplier = {"CODFOR", KnownSupplier()},
                 .lines = {{"DLMAC", "CODMAC", Translated(Fasi, "CODMAC")}},
                 .sendsComponents = true,
+                .isOutside = {"CODFOR", Or(NotBlank(Constant(true)), false)},
             },
     };
 }

@@ -34,13 +34,29 @@ Rule ArticleClass() {
         }};
 }
 
-/// Prices of the first sales list, the newest last.
+/// Prices of the first sales list.
 ChildTable FirstListPrices() {
     return {.table = Listartic,
             .on = {{"LI10_DITTA_CG18", "MG66_DITTA_CG18"}, {"LI10_CODART_MG66", "MG66_CODART"}},
             .order = "LI10_DATAINIZIOVAL",
             .where = "LI10_NUMLIST = 1 AND LI10_FLGVENDACQ = 0 AND (LI10_OPZIONE_MG5E = '' OR LI10_OPZIONE_MG5E IS "
                      "NULL) AND (LI10_DEPOS_MG58 = '' OR LI10_DEPOS_MG58 IS NULL)"};
+}
+
+/// A price of the first sales list that holds on the day of the import.
+struct HeldPrice {
+    double quantity; ///< of its scale; 0 also for one piece
+    QDate begin;
+    double price;
+};
+
+/// Whether it is the price of the article rather than another one: by the smaller quantity, of equal ones the newer, of
+/// those that begin on one day, which the source has in no order, the dearest.
+bool IsBefore(const HeldPrice& one, const HeldPrice& other) {
+    if (one.quantity != other.quantity) {
+        return one.quantity < other.quantity;
+    }
+    return one.begin != other.begin ? one.begin > other.begin : one.price > other.price;
 }
 
 /// The sales price of an article is that of the first list that holds on the day of the import; without one it is
@@ -50,21 +66,24 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& article) {
     const QDate today = session.UserManager.DataElaborazione;
     const Field from("LI10_DATAINIZIOVAL");
     const Field to("LI10_DATAFINEVAL");
-    article.Set("ARPRZ", QVariant());
+    std::optional<HeldPrice> best;
     FirstListPrices().ForEach(session, row, [&](const SourceRow& price) {
         const QVariant begin = from.Day(session, price);
         const QVariant end = to.Day(session, price);
         const bool holds = (begin.isNull() || begin.toDate() <= today) && (end.isNull() || end.toDate() >= today);
-        if (holds) {
-            article.Set("ARPRZ", RoundedTo(NumberOf(price, "LI10_PREZZO"), 6));
+        const double quantity = NumberOf(price, "LI10_QTA");
+        const HeldPrice own{quantity <= 1 ? 0 : quantity, begin.toDate(), RoundedTo(NumberOf(price, "LI10_PREZZO"), 6)};
+        if (holds && (!best || IsBefore(own, *best))) {
+            best = own;
         }
     });
+    article.Set("ARPRZ", best ? QVariant(best->price) : QVariant());
     SetMarkUp(run, row, article);
 }
 
 Needs PriceNeeds() {
     Needs needs = FirstListPrices().OwnNeeds(Anagrart);
-    needs.reads.push_back({Listartic, {"LI10_PREZZO", "LI10_DATAFINEVAL"}});
+    needs.reads.push_back({Listartic, {"LI10_PREZZO", "LI10_DATAFINEVAL"}, {"LI10_QTA"}});
     needs.writes.push_back({"ART_ICO", {"ARPRZ", "ARCOS", "ARRIC"}});
     return needs;
 }

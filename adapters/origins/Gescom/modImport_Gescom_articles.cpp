@@ -24,7 +24,7 @@ Articles Articoli() {
                 {"ARANN", "ANARTICO", Is("S")},
                 {"ARUMS", "UMARTICO", TranslatedOrUpper(ArticoliTable, "UMARTICO", schema::defaults::Unit)},
                 {"ARUM2", "U2ARTICO", TranslatedOrUpper(ArticoliTable, "UMARTICO", "")},
-                {"ARCOE", "FCARTICO", RoundedTo(6)},
+                {"ARCOE", "FCARTICO", NotZero()},
                 {"ARIVA", "IVARTICO", VatCode(ArticoliTable, "IVARTICO")},
                 {"ARSMN", "SMARTICO", RoundedTo(6)},
                 {"ARLOR", "LRARTICO", RoundedTo(6)},

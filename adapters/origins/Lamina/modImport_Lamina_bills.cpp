@@ -36,7 +36,7 @@ Bills BillsOf() {
                    .distinct = true,
                    .apart = "REVISIONE"},
         .article = {"PADRE", Article()},
-        .revision = "REVISIONE",
+        .revision = {"REVISIONE", RevisionNumber()},
         .components =
             {
                 .rows = {.table = Distinte,

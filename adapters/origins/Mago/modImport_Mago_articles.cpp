@@ -132,11 +132,11 @@ Articles Articoli() {
                 {"ARPUR", "ReorderPoint", RoundedTo(6)},
                 {"ARQMR", "MinProductionQty", RoundedTo(6)},
                 {"ARGGA", "LeadTime", RoundedTo(0)},
-                {"ARDUC", "Supplier", OfFirst(Goods, UsualSupplier(), "LastPurchaseDocDate", NotNull(Day(NoDay)))},
+                {"ARDUC", "Supplier", OrNone(OfFirst(Goods, UsualSupplier(), "LastPurchaseDocDate", Day(NoDay)))},
                 {"ARMAG", "IsGood", Flag()},
                 {"ARANN", "Disabled", Flag()},
                 {"ARNOT", "InternalNote, PublicNote", OnLines()},
-                {"ARDIS", "Picture", NotBlank(Text())},
+                {"ARDIS", "Picture", Text()},
                 {"DTINS", "CreationDate", NotNull(Day(NoDay))},
             },
         .suppliers = {{

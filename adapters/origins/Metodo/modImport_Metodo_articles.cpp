@@ -80,13 +80,13 @@ Rule NoUnit() {
 Rule Factor() {
     const ChildTable factors = OfArticle("ARTICOLIFATTORICONVERSIONE", "UM1, UM2");
     return {"FATTORE della sua riga di ARTICOLIFATTORICONVERSIONE dall'unità di TIPOUM 1 a quella di TIPOUM 2; niente "
-            "se manca",
-            [units = Units(), factors](const RuleInput& input) {
+            "se manca o è zero",
+            [units = Units(), factors, notZero = NotZero().apply](const RuleInput& input) {
                 const QHash<QString, QString> of = units.Of(input);
                 RuleValue factor;
                 factors.ForEach(input.session, input.row, [&](const SourceRow& row) {
                     if (of.contains("2") && row.Text("UM1") == of.value("1") && row.Text("UM2") == of.value("2")) {
-                        factor = NumberOf(row, "FATTORE");
+                        factor = notZero({input.session, row, {"FATTORE"}, input.facts});
                     }
                 });
                 return factor;
@@ -206,7 +206,7 @@ Articles Articoli() {
                 {"ARMAG", "AGGIORNAMAG", Flag()},
                 {"DTINS", "DATAMODIFICA", NotBlank(AsRead())},
                 {"ARCOS", "", Or(OfFirst(ArticoliTable, purchases, "PREZZOEURO", RoundedTo(6)), 0)},
-                {"ARDUC", "", OfFirst(ArticoliTable, purchases, "DATA", Day())},
+                {"ARDUC", "", OrNone(OfFirst(ArticoliTable, purchases, "DATA", Day()))},
                 {"ARPRZ", "", ListPrice()},
             },
         .suppliers = {{.supplier = {"FORNPREFACQ", KnownSupplier()},

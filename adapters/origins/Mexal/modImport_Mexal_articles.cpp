@@ -7,6 +7,8 @@
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
+#include <QRegularExpression>
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -81,13 +83,11 @@ QString LeftOut(const SourceRow& row) {
     return isArticle ? QString() : QStringLiteral("riga che non è un articolo");
 }
 
-/// The discount category is a discount only where it is a number.
+/// The discount category is a discount only where it is a number; any other one is none.
 void SetDiscount(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
-    bool isNumber = false;
-    const double discount = row.Text("_ARSCO").replace(',', '.').toDouble(&isNumber);
-    if (isNumber) {
-        target.Set("ARSCO", discount);
-    }
+    static const QRegularExpression number(QStringLiteral("^[0-9]+([.,][0-9]*)?$"));
+    const bool isDiscount = number.match(row.Text("_ARSCO")).hasMatch();
+    target.Set("ARSCO", isDiscount ? QVariant(RoundedTo(NumberOf(row, "_ARSCO"), 2)) : QVariant());
 }
 
 void LinkSuppliers(ImportRun& run, const SourceRow& row, const QString& article) {
@@ -140,7 +140,7 @@ Articles Articoli() {
                 {"ARANN", "_ARANN", Flag()},
                 {"ARUMS", "_ARUM1", TranslatedOrUpper(ArtMag, "_ARUM1", schema::defaults::Unit)},
                 {"ARUM2", "_ARUM2", TranslatedOrUpper(ArtMag, "_ARUM1", "")},
-                {"ARCOE", "_ARKOEPTA", RoundedTo(6)},
+                {"ARCOE", "_ARKOEPTA", NotZero()},
                 {"ARIVA", "_ARIVA", VatCode(ArtMag, "_ARIVA")},
                 {"ARSMN", "_ARSMI", RoundedTo(6)},
                 {"ARSMX", "_ARSMA", RoundedTo(6)},

@@ -214,6 +214,9 @@ const std::vector<Mapping>& Destinazione() {
 }
 
 RowOutcome ImportDestinazione(ImportRun& run, const SourceRow& row) {
+    if (row.IsBlank("CDS_INDIR")) {
+        return run.Skip(QStringLiteral("sede senza indirizzo"));
+    }
     Session& session = run.GetSession();
     const Field owner("CKY_CNT_CLI_FATT", CustomerOf());
     CounterpartyWriter writer(run, Field("DTT_CRE", DayThere()).Value(session, row));
@@ -264,13 +267,14 @@ Articles Articoli() {
                 {"ARCOE", "NCF_CONV", NotZero()},
                 {"ARFAM", "CKY_CAT_STAT_ART, NKY_CAT_STAT_ART", Category()},
                 {"ARCOS", "NMP_UCA, NMP_COSTD", FirstNotZero()},
-                {"ARPRZ", "", OfFirst(Anagrafiche, OfArticle("AR_PREZZI", "ID_CR = 1"), "NPZ_LIS", RoundedTo(6))},
+                {"ARPRZ", "",
+                 OrNone(OfFirst(Anagrafiche, OfArticle("AR_PREZZI", "ID_CR = 1"), "NPZ_LIS", RoundedTo(6)))},
                 {"ARCLA", "IFL_ART_DBP", Choice({{"S", "PF"}}, "CM")},
                 {"ARANN", "IFL_ART_ANN", Flag()},
                 {"ARINV", "DTT_CRE", DayThere()},
                 {"DTINS", "DTT_CRE", DayThere()},
-                {"ARSMN", "", OfFirst(Anagrafiche, stock, "NQT_SCORTA_MIN", RoundedTo(6))},
-                {"ARSMX", "", OfFirst(Anagrafiche, stock, "NQT_SCORTA_MAX", RoundedTo(6))},
+                {"ARSMN", "", OrNone(OfFirst(Anagrafiche, stock, "NQT_SCORTA_MIN", RoundedTo(6)))},
+                {"ARSMX", "", OrNone(OfFirst(Anagrafiche, stock, "NQT_SCORTA_MAX", RoundedTo(6)))},
                 {"ARIVA", "",
                  Or(OfFirst(Anagrafiche, OfArticle("AR_CONDIZIONI_COMM", {}), "NKY_ALIQ",
                             VatCode("AR_CONDIZIONI_COMM", "NKY_ALIQ")),

@@ -139,6 +139,7 @@ Bills Distinte() {
                 .lines = {{"DLMAC", "R_CEN_LAVORO", Translated(Attivita, "R_CEN_LAVORO")},
                           {"DLNUP", "NUM_RISORSE", NotZero()}},
                 .sendsComponents = true,
+                .isOutside = {"POL_ATTIVITA", Is("E")},
             },
         .furtherRows = "modello ulteriore dello stesso articolo",
         .leavesOut = OfOtherKind,

@@ -8,7 +8,6 @@
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
-#include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -34,10 +33,7 @@ Rule IsInForce() {
         .table = DistinteTable, .on = {{"COD_PADRE"}}, .order = "REV", .naming = "COD_PADRE, REV"};
     return {"vero per la revisione più alta dell'articolo, come numero e poi come testo",
             [revisions](const RuleInput& input) {
-                const auto place = [](const SourceRow& row) {
-                    const QString text = row.Text("REV").toUpper();
-                    return std::pair(ReadWholeNumber(text).value_or(0), text);
-                };
+                const auto place = [](const SourceRow& row) { return PlaceOfRevision(row.Text("REV")); };
                 bool isHighest = true;
                 revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
                     isHighest = isHighest && place(other) <= place(input.row);

@@ -160,19 +160,24 @@ Articles Articoli() {
 
 // --- Bills --------------------------------------------------------------------------------------------------------
 
-/// The revision of a bill: the highest one among its rows, as number, for the column may hold texts.
+/// The revision of a bill, as its rows have it: the highest one among them, as number, then as text.
+QString HighestRevision(Session& session, const SourceRow& row) {
+    QString highest;
+    ForEachChild(session,
+                 "SELECT DISTINCT REVISI FROM DISBAS WHERE PADRE = " +
+                     LiteralOf(session.SourceConnection(), row.Value("PADRE")),
+                 Disbas, "REVISI", [&highest](const SourceRow& one) {
+                     const QString text = one.Text("REVISI");
+                     highest = PlaceOfRevision(text) > PlaceOfRevision(highest) ? text : highest;
+                 });
+    return highest;
+}
+
 Field Revision() {
     return {"PADRE",
-            {"la più alta fra quelle delle righe",
-             [](const RuleInput& input) -> RuleValue {
-                 ovConnection& source = input.session.SourceConnection();
-                 double highest = 0;
-                 ForEachChild(input.session,
-                              "SELECT DISTINCT REVISI FROM DISBAS WHERE PADRE = " + LiteralOf(source, input.Value()),
-                              Disbas, "REVISI", [&highest](const SourceRow& row) {
-                                  highest = std::max(highest, contract::RoundedTo(NumberOf(row, "REVISI"), 0));
-                              });
-                 return highest;
+            {"la più alta fra quelle delle righe, come numero e poi come testo; " + RevisionNumber().text,
+             [](const RuleInput& input) {
+                 return RuleValue(NumberOfRevision(input.session, HighestRevision(input.session, input.row)));
              },
              contract::Side::Both,
              {{Disbas, {"PADRE", "REVISI"}}}}};
@@ -180,10 +185,10 @@ Field Revision() {
 
 /// Nobody knows whether a row of an older revision still counts.
 void TellOtherRevision(ImportRun& run, const SourceRow& row, Component& /*component*/) {
-    const double revision = Revision().Number(run.GetSession(), row);
-    if (NumberOf(row, "REVISI") != revision) {
+    const QString revision = HighestRevision(run.GetSession(), row);
+    if (PlaceOfRevision(row.Text("REVISI")) != PlaceOfRevision(revision)) {
         run.Log(QStringLiteral("COMPONENTE DI ALTRA REVISIONE: %1: è della revisione '%2', la distinta della '%3'")
-                    .arg(NameOf(row, Disbas, "PADRE, NUMRIG"), row.Text("REVISI"), QString::number(revision)));
+                    .arg(NameOf(row, Disbas, "PADRE, NUMRIG"), row.Text("REVISI"), revision));
     }
 }
 

@@ -58,7 +58,7 @@ Articles Articoli() {
                 {"ARANN", "ANNULLATO", Flag()},
                 {"ARUMS", "UM", TranslatedOrUpper(ArticoliTable, "UM", schema::defaults::Unit)},
                 {"ARUM2", "UM_2", TranslatedOrUpper(ArticoliTable, "UM", "")},
-                {"ARCOE", "COEFFICIENTE", RoundedTo(6)},
+                {"ARCOE", "COEFFICIENTE", NotZero()},
                 {"ARIVA", "COD_IVA", VatCode(ArticoliTable, "COD_IVA")},
                 {"ARSMN", "SCORTA_MINIMA", RoundedTo(6)},
                 {"ARLOR", "LOTTO_RIORDINO", RoundedTo(6)},

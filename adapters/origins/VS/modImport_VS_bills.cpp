@@ -29,7 +29,8 @@ const QString PhaseKey = QStringLiteral("COD_ARTICOLO, NUM_FASE");
 
 /// A bill of the source: a revision of a parent with its components.
 struct Bill {
-    int revision;
+    qint64 revision;
+    QString text; ///< of the revision, in the source
     std::vector<Component> components;
 };
 
@@ -58,24 +59,30 @@ void AddComponent(ImportRun& run, const SourceRow& row, Bill& bill) {
     bill.components.push_back({article, NumberOf(row, "QUANTITA"), row.Text("NOTE"), row.Value("POSIZIONE")});
 }
 
+/// Of revisions that become the same number the last one counts.
+void TellReplaced(ImportRun& run, const Bill& former, const Bill& last) {
+    run.Log(QStringLiteral("REVISIONE RIPETUTA: %1: '%2' diventa %3 come '%4', e la sostituisce")
+                .arg(run.RowKey(), last.text, QString::number(last.revision), former.text));
+}
+
 /// The bills of a parent, the revision in force last.
 std::vector<Bill> BillsOf(ImportRun& run, const QString& parent) {
-    std::map<int, Bill> bills;
-    ForEachChild(
-        run.GetSession(), "SELECT * FROM DISTINTA_BASE WHERE PADRE = " + run.Quoted(parent) + " ORDER BY POSIZIONE",
-        DistintaBase, RowKey, [&](const SourceRow& row) {
-            const double revision = NumberOf(row, "REVISIONE");
-            const int number = static_cast<int>(revision);
-            if (number != revision) {
-                throw ImportError(
-                    QStringLiteral("colonna 'REVISIONE': '%1' non è un numero intero").arg(row.Text("REVISIONE")));
-            }
-            AddComponent(run, row, bills.try_emplace(number, Bill{number, {}}).first->second);
-        });
+    std::map<std::pair<qint64, QString>, Bill> bills;
+    ForEachChild(run.GetSession(),
+                 "SELECT * FROM DISTINTA_BASE WHERE PADRE = " + run.Quoted(parent) + " ORDER BY POSIZIONE",
+                 DistintaBase, RowKey, [&](const SourceRow& row) {
+                     const QString text = row.Text("REVISIONE");
+                     AddComponent(run, row, bills.try_emplace(PlaceOfRevision(text), Bill{0, text, {}}).first->second);
+                 });
     std::vector<Bill> sorted;
     sorted.reserve(bills.size());
-    for (auto& bill : bills) {
-        sorted.push_back(std::move(bill.second));
+    for (auto& [place, bill] : bills) {
+        bill.revision = NumberOfRevision(run.GetSession(), bill.text);
+        if (!sorted.empty() && sorted.back().revision == bill.revision) {
+            TellReplaced(run, sorted.back(), bill);
+            sorted.pop_back();
+        }
+        sorted.push_back(std::move(bill));
     }
     return sorted;
 }
@@ -139,7 +146,7 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
 // --- Correction ---------------------------------------------------------------------------------------------------
 
 /// RECORD_ID of the bill of a revision, when an import wrote it; else 0.
-qint64 ImportedBill(Session& session, const QString& article, int revision) {
+qint64 ImportedBill(Session& session, const QString& article, qint64 revision) {
     return IdWhere(session, "DIS_BAS",
                    Equals(session, "DBART", article) + " AND " + Equals("DBREV", revision) + " AND " +
                        OfImports(session));

@@ -159,7 +159,7 @@ contract::Articles ArticoliWinProgest() {
                   {"ARDIS", "DISEGNO", Text()},
                   {"ARUMS", "UM", TranslatedOrUpper(Articoli, "UM", schema::defaults::Unit)},
                   {"ARUM2", "UM2", TranslatedOrUpper(Articoli, "UM", "")},
-                  {"ARCOE", "FATCON", RoundedTo(6)},
+                  {"ARCOE", "FATCON", NotZero()},
                   {"ARIVA", "IVA", VatCode(Articoli, "IVA")},
                   {"ARSMN", "SCOMIN", RoundedTo(6)},
                   {"ARLOR", "LOTRIO", RoundedTo(6)},
