@@ -52,19 +52,28 @@ double RateOf(Session& session, const QString& vatCode, const QString& document)
     return mod_ovTools::ToDouble(rate);
 }
 
-/// Tax on a taxable amount that is spread over the VAT codes as the goods are.
-Cents TaxOf(Session& session, const QMap<QString, Cents>& goods, Cents taxable, const QString& document) {
+/// The part of an amount that falls to a part of a whole; none of a whole that is zero.
+double ShareOf(Cents amount, Cents part, Cents whole) {
+    return whole == 0 ? 0 : FromCents(amount) * (static_cast<double>(part) / static_cast<double>(whole));
+}
+
+/// Tax by VAT code: each is taxed on its own goods, less its part of the discount, which is a percentage of them, and
+/// with its part of the charges, which follow the goods whatever their sign. The last one takes what rounding leaves.
+Cents TaxOf(Session& session, const QMap<QString, Cents>& goods, Cents discount, Cents charges,
+            const QString& document) {
     Cents all = 0;
+    Cents moved = 0; // sold and taken back alike
     for (const Cents amount : goods) {
         all += amount;
+        moved += std::abs(amount);
     }
-    Cents left = taxable;
+    Cents left = all - discount + charges;
     Cents tax = 0;
     for (auto line = goods.cbegin(); line != goods.cend(); ++line) {
         const bool last = std::next(line) == goods.cend();
-        const Cents share = last || all == 0
-                                ? left
-                                : ToCents(FromCents(taxable) * (static_cast<double>(*line) / static_cast<double>(all)));
+        const Cents share =
+            last ? left
+                 : ToCents(FromCents(*line) - ShareOf(discount, *line, all) + ShareOf(charges, std::abs(*line), moved));
         left -= share;
         tax += Part(share, RateOf(session, line.key(), document));
     }
@@ -108,7 +117,7 @@ void qdxDocAggiornaTotale(Session& session, const QString& headTable, qint64 hea
         charges = ToCents(Number(found, "DTSIM")) + ToCents(Number(found, "DTSTR"));
     }
     const Cents taxable = merchandise - discount + charges;
-    const Cents tax = TaxOf(session, goods, taxable, document);
+    const Cents tax = TaxOf(session, goods, discount, charges, document);
     totals.Set("DTMER", FromCents(merchandise)).Set("DTSCT", FromCents(discount)).Set("DTIMP", FromCents(taxable));
     totals.Set("DTIVA", FromCents(tax)).Set("DTTOT", FromCents(taxable + tax));
     totals.UpdateDerived(head, before);

@@ -43,7 +43,10 @@ LayoutTable::Names LayoutTable::NamesOf(const QStringList& columnsOfSource) cons
     QSet<qsizetype> named;
     for (const Column& column : m_columns) {
         const qsizetype position = column.inSource.isEmpty() ? -1 : PositionOf(column.inSource, columnsOfSource);
-        if (position < 0 || named.contains(position)) {
+        // One that is read by its own name as well keeps it.
+        const bool isOther = position >= 0 && m_known.contains(columnsOfSource[position].toUpper()) &&
+                             Find(columnsOfSource[position]) == nullptr;
+        if (position < 0 || isOther || named.contains(position)) {
             result.more.append({column.name, static_cast<int>(position)});
         } else {
             named.insert(position);

@@ -339,11 +339,12 @@ INSERT INTO UNITA VALUES ('AB', 'kg', 2, '/', 4), ('AB', 'pz', 2, '*', 3), ('AB'
                                                  "KG|0.25|CF", "CF|0.25|CF"}));
         QVERIFY(import.Again);
         const QString log = DecodeText(import.Log(), CodePage());
-        for (const char* line : {"FORNITORE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB': 'F9'",
-                                 "CLIENTE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB': 'C9'",
-                                 "CODICE SENZA CONTROPARTE: tabella 'ARTICOLI', CODICE 'AB': 'K-0'",
-                                 "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'pz' (fattore 3)",
-                                 "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'mm'"}) {
+        for (const char* line :
+             {"FORNITORE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB', tabella 'FORNITORI', PREZZO '1': 'F9'",
+              "CLIENTE NON TROVATO: tabella 'ARTICOLI', CODICE 'AB', tabella 'CLIENTI', SUO 'K-9': 'C9'",
+              "CODICE SENZA CONTROPARTE: tabella 'ARTICOLI', CODICE 'AB', tabella 'CLIENTI', SUO 'K-0': 'K-0'",
+              "tabella 'UNITA', USO '2', UM 'pz': 'pz' (fattore 3)",
+              "UNITÀ DI MISURA ULTERIORE: tabella 'ARTICOLI', CODICE 'AB': 'mm'"}) {
             QVERIFY2(log.contains(line), qPrintable(log));
         }
         // Prices and the preferred supplier follow the source, what somebody has entered stays.

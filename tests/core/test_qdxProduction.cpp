@@ -78,6 +78,11 @@ private slots:
 
         Row("a return", "", "022 -50", "-50|0|-50|-11|-61");
         Row("a row taken back, transport stays", "DTSTR 10", "022 100, 022 -100", "0|0|10|2.2|12.2");
+        // what is sold and what comes back are taxed at their own rates
+        Row("an exchange", "", "022 100, 010 -100", "0|0|0|12|12");
+        Row("an exchange, nearly", "DTSCO 10", "022 100, 010 -90", "10|1|9|11.7|20.7");
+        // 5.00 of the transport at 10 %, 5.00 at 22 %
+        Row("an exchange with transport", "DTSTR 10", "022 100, 010 -100", "0|0|10|13.6|23.6");
     }
     void totals() {
         QFETCH(const QString, head);

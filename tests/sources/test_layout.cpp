@@ -205,6 +205,10 @@ private slots:
         static_cast<sources::Layout&>(*m_source.Layout).CallColumn("Clienti", "Nome2", "rag. soc");
         QCOMPARE(Text(m_source.ExecuteWC("SELECT * FROM Clienti")),
                  QString("Cod=C1 Nome=Rossi TIPO=C Fax= Nome2=Rossi"));
+        // Also that of one that is read by its own name.
+        static_cast<sources::Layout&>(*m_source.Layout).CallColumn("Righe", "Altra", "id");
+        QCOMPARE(Text(m_source.ExecuteWC("SELECT * FROM Righe WHERE Riga = 10")),
+                 QString("ID=1 Riga=10 Qta=2 DATA=x Altra=1 Sconto="));
     }
 
     /// A column that the layout adds is read also where a query lists its columns.

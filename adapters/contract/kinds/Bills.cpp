@@ -52,6 +52,13 @@ public:
         return needs + declared.further;
     }
 
+    /// Whether rows of components tell their phase, each once more; rows of their own are a phase each.
+    bool PhasesOfComponents() const {
+        const ChildTable& parts = declared.components.rows;
+        const ChildTable& phases = declared.phases->rows;
+        return phases.table == parts.table && (parts.where.isEmpty() || phases.where == parts.where);
+    }
+
     Bills declared;
     Field key;
     std::vector<Mapping> mappings;
@@ -125,6 +132,51 @@ struct Phases {
     qint64 first = 0;
     QHash<QString, qint64> byKey = {};
     QSet<qint64> outside = {}; ///< those whose components are sent
+};
+
+/// The phases of a bill that the rows of its components tell, each once more: the first row with a work tells it, else
+/// the first one.
+class ToldPhases {
+public:
+    ToldPhases(const BillPhases& phases, Session& session)
+        : m_phases(phases),
+          m_session(session) {}
+
+    /// Takes in a row, all of them before the first is asked about.
+    void Read(const SourceRow& row) {
+        if (HasWork(row)) {
+            m_withWork.insert(KeyOf(row));
+        }
+    }
+    /// Whether it is the row that tells its phase. A work beside that of the phase is logged.
+    bool IsFirst(ImportRun& run, const SourceRow& row, const QString& work) {
+        const QString key = KeyOf(row);
+        const auto before = m_works.constFind(key);
+        if (before == m_works.cend()) {
+            const bool tells = HasWork(row) || !m_withWork.contains(key);
+            if (tells) {
+                m_works.insert(key, work);
+            }
+            return tells;
+        }
+        if (HasWork(row) && before->compare(work, Qt::CaseInsensitive) != 0) {
+            run.Log(QStringLiteral("FASE CON DUE LAVORAZIONI: %1: '%2', resta '%3'")
+                        .arg(m_phases.rows.Name(row), work, *before));
+        }
+        return false;
+    }
+
+private:
+    bool HasWork(const SourceRow& row) const {
+        const QStringList columns = m_phases.work.Columns();
+        return std::any_of(columns.begin(), columns.end(), [&row](const QString& one) { return !row.IsBlank(one); });
+    }
+    QString KeyOf(const SourceRow& row) const { return m_phases.key.Text(m_session, row); }
+
+    const BillPhases& m_phases;
+    Session& m_session;
+    QSet<QString> m_withWork;        ///< keys
+    QHash<QString, QString> m_works; ///< of the phases told, by key
 };
 
 class BillImporter final : public Importer {
@@ -267,17 +319,18 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
         const BillPhases& phases = *m_kind->declared.phases;
         Session& session = GetSession();
         int last = 0;
-        const ChildTable& parts = m_kind->declared.components.rows;
-        // Rows of components tell their phase, each once more; rows of their own are a phase each.
-        const bool byComponents =
-            phases.rows.table == parts.table && (parts.where.isEmpty() || phases.rows.where == parts.where);
+        ToldPhases told(phases, session);
+        if (m_kind->PhasesOfComponents() && phases.work.IsSet()) {
+            phases.rows.ForEach(session, bill, [&told](const SourceRow& row) { told.Read(row); });
+        }
         phases.rows.ForEach(session, bill, [&](const SourceRow& row) {
-            if (byComponents && written.byKey.contains(phases.key.Text(session, row))) {
+            const QString work = phases.work.Text(session, row);
+            if (m_kind->PhasesOfComponents() && !told.IsFirst(Run(), row, work)) {
                 return;
             }
             last = SequenceOf(phases, row, last);
             const Phase phase{last,
-                              phases.work.Text(session, row),
+                              work,
                               phases.note.Text(session, row),
                               phases.setUpTime.Number(session, row),
                               phases.unitTime.Number(session, row),

@@ -236,7 +236,6 @@ RowOutcome DocumentImporter::WriteDocument(Place place) {
 std::optional<RowOutcome> DocumentImporter::WriteRows(const Place& place) {
     std::optional<RowOutcome> outcome;
     Declared().rows.ForEach(GetSession(), place.head, [&](const SourceRow& row) {
-        const ovErrors::Row underWay(GetSession().Errors, Run().RowKey() + ", " + Declared().rows.Name(row));
         const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString();
         const RowOutcome one = rule.isEmpty() ? WriteRow(place, row) : Run().Skip(rule);
         outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;

@@ -231,8 +231,13 @@ bool IsLacking(Session& session, const ChildTable& rows) {
     return rows.isOptional && session.SourceConnection().GetColumns(rows.table).isEmpty();
 }
 
-/// An error gains the name of the child.
-void Hand(const ChildTable& table, const SourceRow& child, const std::function<void(const SourceRow&)>& work) {
+/// What is logged meanwhile names the child behind the row that it belongs to, and an error gains its name.
+void Hand(Session& session, const ChildTable& table, const SourceRow& child,
+          const std::function<void(const SourceRow&)>& work) {
+    std::optional<ovErrors::Row> underWay;
+    if (session.Errors.InRow()) {
+        underWay.emplace(session.Errors, session.Errors.RowKey() + QStringLiteral(", ") + table.Name(child));
+    }
     try {
         work(child);
     } catch (ImportError& error) {
@@ -254,7 +259,7 @@ void ChildTable::ForEach(Session& session, const SourceRow& parent,
     }
     Recordset rows = session.SourceConnection().ExecuteWC(QueryOf(session, parent));
     for (const SourceRow child(rows); !rows.Eof(); rows.MoveNext()) {
-        Hand(*this, child, work);
+        Hand(session, *this, child, work);
     }
 }
 
@@ -271,11 +276,15 @@ void ChildTable::First(Session& session, const SourceRow& parent,
     if (rows.Eof()) {
         return;
     }
-    Hand(*this, SourceRow(rows), work);
+    Hand(session, *this, SourceRow(rows), work);
 }
 
 QString ChildTable::Name(const SourceRow& row) const {
-    return NameOf(row, table, BareColumns(naming.isEmpty() ? order : naming).join(QStringLiteral(", ")));
+    QStringList columns = BareColumns(naming.isEmpty() ? order : naming);
+    if (columns.isEmpty()) {
+        columns = TiedColumns(on, false);
+    }
+    return NameOf(row, table, columns.join(QStringLiteral(", ")));
 }
 
 Needs ChildTable::OwnNeeds(const QString& parent) const {

@@ -65,10 +65,10 @@ struct ChildTable {
     std::vector<Tie> on = {}; ///< columns of the child, each with the column of the parent that it equals
     QString order = {};       ///< columns, separated by ", "
     QString where = {};       ///< a further condition, without WHERE
-    QString naming = {};      ///< columns that tell a row in messages; empty: those of the order
+    QString naming = {};      ///< columns that tell a row in messages; empty: the order's, else the ties'
     bool isOptional = false;  ///< some releases of the source lack the table: it has no rows then
 
-    /// Hands each child of a row to `work`, whose `ImportError` gains the name of the child; the row itself without a
+    /// Hands each child of a row to `work`, whose notes and `ImportError` name the child too; the row itself without a
     /// table.
     void ForEach(Session& session, const SourceRow& parent, const std::function<void(const SourceRow&)>& work) const;
     /// The same with the first of them alone.

@@ -17,6 +17,8 @@
 #include "sources/privateDatabase.h"
 #include "sources/workbook/Workbook.h"
 
+#include <QRegularExpression>
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -196,7 +198,7 @@ Articles Articoli() {
 // --- Bills --------------------------------------------------------------------------------------------------------
 
 /// A bill counts in the unit of the article: another one is told.
-void CheckUnit(ImportRun& run, const SourceRow& row, Component& component) {
+void CheckUnit(ImportRun& run, const SourceRow& row, const Component& component) {
     const QString unit = row.Text("UNMIS");
     if (unit.isEmpty()) {
         return;
@@ -210,12 +212,25 @@ void CheckUnit(ImportRun& run, const SourceRow& row, Component& component) {
     }
 }
 
+/// A work that stands beside no phase: no phase of Quadrix has it.
+void CheckWork(ImportRun& run, const SourceRow& row) {
+    const QString work = row.Text("CDLAV");
+    if (!work.isEmpty() && row.Text("NRFAS").remove(QRegularExpression(QStringLiteral("[ 0.]"))).isEmpty()) {
+        run.Log(QStringLiteral("LAVORAZIONE SENZA FASE: %1: '%2' non si importa").arg(run.RowKey(), work));
+    }
+}
+
+void CheckComponent(ImportRun& run, const SourceRow& row, Component& component) {
+    CheckUnit(run, row, component);
+    CheckWork(run, row);
+}
+
 Bills Distinte() {
     const ChildTable ofBill{
         .table = DistinteTable, .on = {{"CDPAD"}}, .order = "NRSEQ, _RIGA", .naming = "CDPAD, NRSEQ"};
     ChildTable phases = ofBill;
     phases.order = QStringLiteral("NRFAS, _RIGA");
-    // The rest give no phase: blank or zero, as a number or as a padded text.
+    // The rest give no phase, as in `CheckWork`: blank or zero, as a number or as a padded text.
     phases.where = QStringLiteral("REPLACE(REPLACE(REPLACE(NRFAS, ' ', ''), '0', ''), '.', '') <> ''");
     return {
         .frame = {.module = Module, .procedure = "ImportDistinteExcelAS400"},
@@ -231,7 +246,7 @@ Bills Distinte() {
         .phases =
             BillPhases{
                 .rows = phases, .key = "NRFAS", .number = "NRFAS", .work = {"CDLAV", Work(DistinteTable, "CDLAV")}},
-        .component = CheckUnit,
+        .component = CheckComponent,
         .further = {{}, {{DistinteTable, {}, {"UNMIS"}}}, {{"ART_ICO", {"CDART", "ARUMS"}}}},
     };
 }

@@ -1,7 +1,6 @@
 // Ferrobrio, the store of one customer: a SQL Server database, FERROBRIO unless the setting Databasename names another.
 // Materials with the new codes of the sheet articles, stock.
 // Tables and columns are this system's own reading; they stand in this file alone.
-// Known gaps: attachments of an article keep the code that it had, as their table serves every company.
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/Mapping.h"
@@ -9,6 +8,7 @@
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/ArticleRecoding.h"
 #include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "adapters/contract/write/Stock.h"
@@ -17,7 +17,6 @@
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
-#include "sql/Transaction.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -89,52 +88,6 @@ RowOutcome ImportMateriale(ImportRun& run, const SourceRow& row) {
     return WriteByCode(run, Materiali(), row, {MaterialOf(run.GetSession(), row.Text("CodMateriale"))});
 }
 
-/// Gives the rows of a table that name an article in a column its new code.
-/// @param further a condition on them, with its AND; empty for none
-void RecodeColumn(ImportRun& run, const QString& table, const QString& column, const QString& oldCode,
-                  const QString& newCode, const QString& further = {}) {
-    Session& session = run.GetSession();
-    Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, " + column + " FROM " + run.FullName(table) +
-                                               " WHERE " + Equals(session, column, oldCode) + further);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        TargetRow row(run, table);
-        row.Set(column, newCode);
-        row.UpdateDerived(rows.Value("RECORD_ID").toLongLong(), {{column, rows.Value(column)}});
-    }
-}
-
-/// The same of what hangs on an article by the name of its table.
-void RecodeOwned(ImportRun& run, const QString& oldCode, const QString& newCode) {
-    struct Owned {
-        QString table;
-        QString ownerColumn;
-        QString owner;
-        QString keyColumn;
-    };
-    const std::array<Owned, 3> tables{{{"FLD_VAL", "FLTAB", "ART_ICO", "FLKEY"},
-                                       {"IMA_GES", "TBNAM", "ART_ICO", "TBKEY"},
-                                       {"SYS_LNG", "LNTBL", run.FullName("ART_ICO"), "LNKEY"}}};
-    for (const Owned& owned : tables) {
-        RecodeColumn(run, owned.table, owned.keyColumn, oldCode, newCode,
-                     " AND " + Equals(run.GetSession(), owned.ownerColumn, owned.owner));
-    }
-}
-
-/// Gives an article another code, in every table of the company that names it.
-void Recode(ImportRun& run, const QString& oldCode, const QString& newCode) {
-    RecodeOwned(run, oldCode, newCode);
-    for (const schema::Table& table : schema::Tables()) {
-        for (const schema::Column& column : table.columns) {
-            const bool own = table.name == QLatin1String("ART_ICO") && column.name == QLatin1String("CDART");
-            const bool names = column.refersTo == QLatin1String("ART_ICO") && column.conditionColumn.isEmpty() &&
-                               (column.refersToColumn.isEmpty() || column.refersToColumn == QLatin1String("CDART"));
-            if ((own || names) && !table.shared) {
-                RecodeColumn(run, table.name, column.name, oldCode, newCode);
-            }
-        }
-    }
-}
-
 /// A sheet with its material.
 struct Sheet {
     QString oldCode;
@@ -178,10 +131,8 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     if (there && hasOld) {
         TellOldArticle(run, old, sheet.code);
     }
-    std::optional<Transaction> asOne; // an article that only some of the tables know by its new code would be two
     if (recoded) {
-        asOne.emplace(session.Quadrix);
-        Recode(run, old, sheet.code);
+        RecodeArticle(run, old, sheet.code);
     }
     const auto setSheet = [&](TargetRow& target) {
         target.Set("ARMAT", sheet.material);
@@ -197,14 +148,7 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     }
     TargetRow target(run, "ART_ICO");
     setSheet(target);
-    if (recoded) {
-        const QVariant description = session.Quadrix.GetDbValue("ART_ICO", "CDART", sheet.code, "ARDES");
-        target.Set("ARCDR", SearchText(sheet.code, mod_ovTools::ToText(description)));
-    }
     target.Update("WHERE " + Equals(session, "CDART", sheet.code));
-    if (asOne) {
-        asOne->Keep();
-    }
     return RowOutcome::Updated;
 }
 
@@ -246,9 +190,8 @@ const Needs& MaterialiNeeds() {
                   ArticleNeeds(),
                   {{.list = "TAB_MAT", .field = "CDMAT", .table = "TAB_MAT", .column = "CDMAT"},
                    {.list = MaterialiTable, .field = "Famiglia", .table = "ART_ICO", .column = "ARFAM"}}};
-        const std::vector<TableNeed> formats = SheetFormatNeeds();
-        all.writes.insert(all.writes.end(), formats.begin(), formats.end());
-        all.writes.push_back({"ART_ICO", {"ARMAT", "ARDMZ", "ARLAM", "ARFAM", "ARCDR"}});
+        all.writes = all.writes + SheetFormatNeeds() + RecodingNeeds();
+        all.writes.push_back({"ART_ICO", {"ARMAT", "ARDMZ", "ARLAM", "ARFAM"}});
         all.writes.push_back({"ART_COD", {"CDART", "CDCOD", "COTIP"}});
         all.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
         return all;

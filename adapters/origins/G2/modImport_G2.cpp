@@ -9,7 +9,7 @@
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PartyColumns.h"
-#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/supplierNote.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
@@ -42,25 +42,6 @@ Rule Article() { return ArticleCode(Articolo, "CODART"); }
 
 /// What is made for sale, and what goes into it; other kinds are a matter of SYS_IMP.
 Rule ArticleClass() { return Or(Choice({{"P", "PF"}, {"S", "CM"}, {"M", "CM"}}, {}), Translated(Articolo, "TIPOART")); }
-
-/// The supplier of a component (first source column) and its own note.
-Rule ComponentNote() {
-    return {QStringLiteral("\"Fornitore: \", codice e nome della prima colonna (%1); su un'altra riga l'altra")
-                .arg(KnownSupplier().text),
-            [known = KnownSupplier().apply](const RuleInput& input) -> RuleValue {
-                const QStringList column{input.columns.first()};
-                const QString supplier =
-                    known({input.session, input.row, column, input.facts}).value_or(QVariant()).toString();
-                QStringList lines;
-                if (!supplier.isEmpty()) {
-                    lines.append(QStringLiteral("Fornitore: %1 - %2")
-                                     .arg(supplier, LookUp(input.session, "CON_TRO", "CDCON", supplier, "CORAS")));
-                }
-                lines.append(input.row.Text(input.columns.last()));
-                lines.removeAll(QString());
-                return lines.isEmpty() ? RuleValue() : lines.join(u'\n');
-            }};
-}
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
@@ -219,7 +200,7 @@ Bills Distinte() {
             {.rows = {.table = Componenti, .on = {{"CODPAD", "CODART"}}, .order = "PROGR", .naming = "CODPAD, PROGR"},
              .article = {"CODFIG", Article()},
              .quantity = "QUANTITA",
-             .note = {"FORNITORE, NOTE", ComponentNote()},
+             .note = {"FORNITORE, NOTE", SupplierNote(Componenti, "CODPAD, PROGR")},
              .position = "PROGR"},
     };
 }

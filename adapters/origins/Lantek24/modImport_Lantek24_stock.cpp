@@ -22,15 +22,21 @@ const QString Inventory = QStringLiteral("WWHH_IIVV_00000100");
 
 // --- Stock --------------------------------------------------------------------------------------------------------
 
-/// Minimum stock and minimum order stand with the inventory.
+/// Minimum stock and minimum order stand with each warehouse that may hold the product, also with an empty one: the
+/// article needs the stock of all of them together, and orders the greatest of their orders at the least.
 void UpdateArticle(ImportRun& run, const SourceRow& row, const QString& article) {
-    const double minimum = NumberOf(row, "MinStock");
-    const double order = NumberOf(row, "MinOrder");
-    if ((minimum == 0 && order == 0) || !IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
+    const ChildTable warehouses{.table = Inventory, .on = {{"PrdRef"}}, .order = "WrhRef", .naming = "WrhRef, PrdRef"};
+    if (!IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
         return;
     }
+    double minimum = 0;
+    double order = 0;
+    warehouses.ForEach(run.GetSession(), row, [&](const SourceRow& one) {
+        minimum += NumberOf(one, "MinStock");
+        order = std::max(order, NumberOf(one, "MinOrder"));
+    });
     TargetRow target(run, "ART_ICO");
-    target.Set("ARSMN", minimum);
+    target.Set("ARSMN", RoundedTo(minimum, 6));
     target.Set("ARQMR", order);
     target.Update("WHERE " + Equals(run.GetSession(), "CDART", article));
 }

@@ -16,6 +16,8 @@
 #include "sources/privateDatabase.h"
 #include "sql/errors.h"
 
+#include <QRegularExpression>
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -59,6 +61,23 @@ Rule KindOfPlace() {
             Side::Both, Below.OwnNeeds(Sheet).reads};
 }
 
+/// CDCON of the first counterparty whose name begins with a text, suppliers before others; empty for none.
+QString PartyByBeginning(Session& session, const QString& begin) {
+    QString pattern = begin; // what LIKE reads as a pattern stands for any character there, and is compared below
+    static const QRegularExpression wildcards(QStringLiteral("[%_\\[]"));
+    const bool isPlain = !begin.contains(wildcards);
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT CDCON, CORAS FROM %1 WHERE CORAS LIKE %2 ORDER BY COFOR DESC, CDCON")
+            .arg(session.Quadrix.GetFullTableName("CON_TRO"),
+                 LiteralOf(session.Quadrix, QString(pattern.replace(wildcards, QStringLiteral("_")) + u'%'))));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (isPlain || row.Text("CORAS").startsWith(begin, Qt::CaseInsensitive)) {
+            return row.Text("CDCON");
+        }
+    }
+    return {};
+}
+
 /// The counterparty whose name begins with the text; one that is not there is logged, and left out.
 Rule SupplierByName() {
     return {"fornitore il cui nome comincia così; se manca va nel log e non si scrive",
@@ -67,17 +86,14 @@ Rule SupplierByName() {
                 if (name.isEmpty()) {
                     return std::nullopt;
                 }
-                Session& session = input.session;
-                const Recordset rows = session.Quadrix.ExecuteWC(
-                    QStringLiteral("SELECT CDCON FROM %1 WHERE CORAS LIKE %2 ORDER BY COFOR DESC, CDCON")
-                        .arg(session.Quadrix.GetFullTableName("CON_TRO"),
-                             LiteralOf(session.Quadrix, QString(name.left(35) + u'%'))));
-                if (rows.Eof()) {
+                const QString supplier = PartyByBeginning(input.session, name.left(35));
+                if (supplier.isEmpty()) {
                     modImport::LogNote(
-                        session, QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(session.Errors.RowKey(), name));
+                        input.session,
+                        QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(input.session.Errors.RowKey(), name));
                     return std::nullopt;
                 }
-                return SourceRow(rows).Text("CDCON");
+                return supplier;
             }};
 }
 

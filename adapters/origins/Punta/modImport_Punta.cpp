@@ -79,7 +79,8 @@ Articles Articoli() {
         .suppliers = {{.supplier = {"COD_FORN", KnownSupplier()},
                        .ownCode = "COD_ART_FORN",
                        .price = {"COSTO_STD, COSTO_ULT", FirstNotZero()},
-                       .leadDays = "GG_CONS"}},
+                       .leadDays = "GG_CONS",
+                       .lot = "LOTTO"}},
         .location = "COD_UBIC",
     };
 }

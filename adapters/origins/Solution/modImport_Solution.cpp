@@ -108,7 +108,11 @@ Articles Articoli() {
                 {"ARNOT", "AA_NOTE", Text()},
                 {"ARANN", "AA_ANN", Flag()},
             },
-        .suppliers = {{.supplier = {"AA_CODFOR", KnownSupplier()}, .ownCode = "AA_ARTFOR", .price = "AA_COSTO"}},
+        .suppliers = {{.supplier = {"AA_CODFOR", KnownSupplier()},
+                       .ownCode = "AA_ARTFOR",
+                       .price = "AA_COSTO",
+                       .leadDays = "AA_GGRIO",
+                       .lot = "AA_LOTTO"}},
     };
 }
 

@@ -110,6 +110,8 @@ Articles Articoli() {
             .supplier = {"IdFor", GetCodContropartiTessera(KnownSupplier())},
             .ownCode = "CodArtFor",
             .price = {"CosStd, CosUlt", FirstNotZero()},
+            .leadDays = "GgRio",
+            .lot = "LotRio",
         }},
         .location = "CodUbi",
     };

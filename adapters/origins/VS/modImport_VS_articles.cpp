@@ -70,7 +70,9 @@ Articles Articoli() {
             },
         .suppliers = {{.supplier = {CodFornitore, Supplier()},
                        .ownCode = "COD_ART_FORNITORE",
-                       .price = {"COSTO_ULTIMO, COSTO_STANDARD", FirstNotZero()}}},
+                       .price = {"COSTO_ULTIMO, COSTO_STANDARD", FirstNotZero()},
+                       .leadDays = "GIORNI_RIORDINO",
+                       .lot = "LOTTO_RIORDINO"}},
     };
 }
 

@@ -171,7 +171,10 @@ contract::Articles ArticoliWinProgest() {
                   {"ARSCO", "SCO1", RoundedTo(2)},
                   {"ARSC2", "SCO2", RoundedTo(2)},
                   {"ARSC3", "SCO3", RoundedTo(2)}},
-        .suppliers = {{.supplier = {"CODFOR", Supplier()}, .price = {"ULTCOS, COSTO", FirstNotZero()}}},
+        .suppliers = {{.supplier = {"CODFOR", Supplier()},
+                       .price = {"ULTCOS, COSTO", FirstNotZero()},
+                       .leadDays = "GGRIO",
+                       .lot = "LOTRIO"}},
         .further = {{}, {}, {CounterpartyNeed()}},
     };
 }
