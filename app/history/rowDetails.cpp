@@ -26,6 +26,9 @@ struct RowName {
     QVector<QPair<QString, QString>> codes; ///< columns and their texts
 };
 
+/// The name of the row that was read: of a note about one that belongs to it, such as a component, the part in front.
+QString ReadRow(const QString& name) { return name.left(name.indexOf(QLatin1String(", tabella '"))); }
+
 RowName Parsed(const QString& name) {
     static const QRegularExpression table(QStringLiteral("^tabella '([^']*)'"));
     static const QRegularExpression number(QStringLiteral("^, riga (\\d+)"));
@@ -250,7 +253,8 @@ private:
 
 RowDetails LookUp(Session& session, const History& history, const Run& run, const Note& note) {
     RowDetails details;
-    RowName name = Parsed(note.row);
+    const QString row = ReadRow(note.row);
+    RowName name = Parsed(row);
     const Origin* origin = registry::Find(run.origin);
     const contract::Procedure* procedure = origin == nullptr ? nullptr : ProcedureOf(*origin, note.procedure);
     if (const auto reject = note.kind == GivenUpKind ? history.FindReject(note.id) : std::nullopt) {
@@ -265,7 +269,7 @@ RowDetails LookUp(Session& session, const History& history, const Run& run, cons
     }
     const Origin* source = contract::SourceOf(*origin, *procedure);
     if (details.source.isEmpty() && source != nullptr) {
-        ReadAgain(session, *source, note.row, details);
+        ReadAgain(session, *source, row, details);
     } else if (details.source.isEmpty()) {
         details.sourceTrouble = QStringLiteral("La procedura non legge una sorgente che si possa riaprire.");
     }
