@@ -210,7 +210,17 @@ QString DocumentWriter::DestinationName(const DocumentHead& head, const QString&
     return LookUp(m_run.GetSession(), "MAG_AZZ", "CDMAG", head.cause.warehouse, "MADES");
 }
 
+/// Amounts in a foreign currency would count as so many euro.
+void DocumentWriter::TellExchangeRate(const TargetRow& head) const {
+    const QString currency = mod_ovTools::ToText(head.Value("DTVAL")).trimmed();
+    const bool isForeign = !currency.isEmpty() && currency.compare(Currency, Qt::CaseInsensitive) != 0;
+    if (isForeign && mod_ovTools::ToDouble(head.Value("DTCMB")) == ExchangeRate) {
+        m_run.Log(QStringLiteral("CAMBIO MANCANTE: %1: '%2', scritto 1").arg(m_run.RowKey(), currency));
+    }
+}
+
 qint64 DocumentWriter::Insert(TargetRow& head) {
+    TellExchangeRate(head);
     head.Insert();
     const qint64 id = m_run.LastId(m_family.head);
     Saw(id);
@@ -219,6 +229,7 @@ qint64 DocumentWriter::Insert(TargetRow& head) {
 
 void DocumentWriter::Update(TargetRow& head, qint64 id) {
     Saw(id);
+    TellExchangeRate(head);
     head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
 }
 

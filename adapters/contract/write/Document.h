@@ -157,6 +157,7 @@ private:
     QString VatOf(const DocumentRow& row, const QString& ofArticle) const;
 
     ImportRun& m_run;
+    void TellExchangeRate(const TargetRow& head) const;
     Family m_family;
     QHash<QString, Cause> m_causes;
     QSet<qint64> m_seen; ///< heads whose documents the source has
