@@ -273,11 +273,13 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
 
 /// A row of goods without a code would count as free of tax.
 QString DocumentWriter::VatOf(const DocumentRow& row, const QString& ofArticle) const {
-    const bool isOfGoods = !row.article.isEmpty() && row.type != DescriptionRow && row.quantity != 0;
+    const bool isOfGoods = row.type != DescriptionRow && row.quantity != 0 && !row.IsText();
     if (!row.vatCode.isEmpty() || !isOfGoods) {
         return row.vatCode;
     }
-    if (ofArticle.isEmpty()) {
+    if (row.article.isEmpty()) {
+        m_run.Log(QStringLiteral("RIGA SENZA CODICE IVA: %1: non ha nemmeno un articolo").arg(m_run.RowKey()));
+    } else if (ofArticle.isEmpty()) {
         m_run.Log(QStringLiteral("RIGA SENZA CODICE IVA: %1: nemmeno l'articolo '%2' ne ha uno")
                       .arg(m_run.RowKey(), row.article));
     } else if (row.tellsVat) {

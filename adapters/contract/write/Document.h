@@ -109,6 +109,8 @@ struct DocumentRow {
 
     /// Amount of the row, less its discounts, rounded to cents.
     double Amount() const;
+    /// Whether there is nothing in it but its description: neither an article nor an amount.
+    bool IsText() const { return article.isEmpty() && Amount() == 0; }
 };
 
 /// Writes documents of a family. It knows the target, never the origin.
