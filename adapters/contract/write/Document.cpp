@@ -346,4 +346,31 @@ void DocumentWriter::Total(qint64 head) const {
     qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head, totals);
 }
 
+void SetTotals(ImportRun& run, const Family& family, qint64 head, const SourceTotals& totals) {
+    const std::array<std::pair<QString, std::optional<double>>, 4> columns{
+        {{"DTMER", totals.goods}, {"DTIMP", totals.taxable}, {"DTIVA", totals.tax}, {"DTTOT", totals.total}}};
+    const Recordset found =
+        run.GetSession().Quadrix.ExecuteWC(u"SELECT DTOMA, DTMER, DTIMP, DTIVA, DTTOT FROM " +
+                                           run.FullName(family.head) + u" WHERE " + Equals("RECORD_ID", head));
+    TargetRow target(run, family.head);
+    target.Set("DTOMA", totals.gifts);
+    QVariantMap before{{"DTOMA", found.Value("DTOMA")}};
+    QStringList others;
+    for (const auto& [column, total] : columns) {
+        if (!total) {
+            continue;
+        }
+        target.Set(column, *total);
+        before.insert(column, found.Value(column));
+        const QString ofRows = QString::number(mod_ovTools::ToDouble(found.Value(column)), 'f', 2);
+        if (const QString ofSource = QString::number(*total, 'f', 2); ofRows != ofSource) {
+            others.append(QStringLiteral("%1 %2 dalle righe, %3 nell'origine").arg(column, ofRows, ofSource));
+        }
+    }
+    if (!others.isEmpty()) {
+        run.Log(QStringLiteral("TOTALE DIVERSO: %1: %2").arg(run.RowKey(), others.join(QStringLiteral("; "))));
+    }
+    target.UpdateDerived(head, before);
+}
+
 } // namespace contract

@@ -165,4 +165,17 @@ private:
     QSet<qint64> m_seen; ///< heads whose documents the source has
 };
 
+/// What the source says that a document comes to.
+struct SourceTotals {
+    double gifts = 0; ///< amount of the rows that are given away
+    // Without one that of the rows stays.
+    std::optional<double> goods = {};
+    std::optional<double> taxable = {};
+    std::optional<double> tax = {};
+    std::optional<double> total = {};
+};
+/// Writes them over those that follow from the rows, as they are on the paper; those that differ are logged.
+/// @param head RECORD_ID of a document whose totals have been written
+void SetTotals(ImportRun& run, const Family& family, qint64 head, const SourceTotals& totals);
+
 } // namespace contract
