@@ -157,9 +157,9 @@ private:
     void SetAddress(TargetRow& row, const DocumentHead& head) const;
     QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
     QString VatOf(const DocumentRow& row, const QString& ofArticle) const;
+    void TellExchangeRate(const TargetRow& head) const;
 
     ImportRun& m_run;
-    void TellExchangeRate(const TargetRow& head) const;
     Family m_family;
     QHash<QString, Cause> m_causes;
     QSet<qint64> m_seen; ///< heads whose documents the source has
