@@ -327,16 +327,20 @@ QString SourceLayout::FilterOf(const QString& table) const {
     return {};
 }
 
-QStringList FilterLines(const Session& session, const Needs& needs) {
-    QStringList lines;
+QStringList FilterLines(Session& session, const Needs& needs) {
+    if (session.Layout == nullptr) {
+        return {};
+    }
+    QStringList tables;
+    QStringList filters;
     for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
-        const QString filter = session.Layout == nullptr ? QString() : session.Layout->FilterOf(table.name);
-        if (!filter.isEmpty()) {
-            lines.append(QStringLiteral("Filtro del tracciato: della tabella '%1' si leggono le righe con %2")
-                             .arg(table.name, filter));
+        tables.append(table.name);
+        if (const QString filter = session.Layout->FilterOf(table.name); !filter.isEmpty()) {
+            filters.append(QStringLiteral("Filtro del tracciato: della tabella '%1' si leggono le righe con %2")
+                               .arg(table.name, filter));
         }
     }
-    return lines;
+    return tables.isEmpty() ? filters : session.Layout->CompanyLines(session.SourceConnection(), tables) + filters;
 }
 
 const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& mapping) {
@@ -345,6 +349,29 @@ const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& ma
 }
 
 sources::Layout& LayoutOf(ovConnection& source) {
+QStringList SourceLayout::CompanyLines(ovConnection& source, const QStringList& tables) const {
+    if (!m_company) {
+        return {};
+    }
+    QStringList lines = m_company->Lines(tables);
+    for (const Entry& entry : m_file.Entries(LayoutFile::Tables)) {
+        const QString name = sources::NameParts(entry.value).last();
+        if (tables.contains(entry.key, Qt::CaseInsensitive) &&
+            m_company->IsOfAnother(name, source.GetTables(), m_known.keys())) {
+            lines.append(QStringLiteral("Tabella di un'altra azienda: '%1' si legge da '%2', che il tracciato nomina")
+                             .arg(entry.key, name));
+        }
+    }
+    return lines;
+}
+
+QStringList SourceLayout::WithoutOthers(const QStringList& tables) const {
+    QStringList own = tables;
+    own.removeIf(
+        [&](const QString& name) { return m_company && m_company->IsOfAnother(name, tables, m_known.keys()); });
+    return own;
+}
+
     if (source.Layout == nullptr) {
         source.Layout = std::make_shared<sources::Layout>();
     }
