@@ -187,13 +187,14 @@ QMap<QString, QStringList> ColumnsByTable(Probe& probe, const QStringList& table
 }
 
 /// Looks for the tables that are missing among those that nothing reads, and shows the one that is suggested first.
-void SuggestTables(Inspection& inspection, Probe& probe, const NamesBefore& before) {
+/// @param candidates names of the source
+void SuggestTables(Inspection& inspection, Probe& probe, const NamesBefore& before, const QStringList& candidates) {
     const bool isAllThere = std::all_of(inspection.tables.begin(), inspection.tables.end(),
                                         [](const Table& table) { return table.isFound || !table.trouble.isEmpty(); });
     if (isAllThere) {
         return;
     }
-    const QMap<QString, QStringList> columns = ColumnsByTable(probe, inspection.others);
+    const QMap<QString, QStringList> columns = ColumnsByTable(probe, candidates);
     const auto isLookedFor = [](const Table& table) { return !table.isFound && table.trouble.isEmpty(); };
     for (Table& table : inspection.tables) {
         if (isLookedFor(table)) {
@@ -274,6 +275,8 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
     const auto kept = source.Layout; // the probe puts its own in its place
     Probe probe(source);
     inspection.others = probe.Tables();
+    QStringList candidates =
+        session.Layout == nullptr ? inspection.others : session.Layout->WithoutOthers(inspection.others);
     const contract::SeenTables seen = contract::SeenAtLastImport(session, origin.module);
     for (Table& table : inspection.tables) {
         const sources::LayoutTable* called = layout == nullptr ? nullptr : layout->Find(table.name);
@@ -288,7 +291,8 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
         }
     }
     const NamesBefore before = ReadNamesBefore(LayoutFolder(session));
-    SuggestTables(inspection, probe, before);
+    candidates.removeIf([&](const QString& name) { return !inspection.others.contains(name); }); // those that are read
+    SuggestTables(inspection, probe, before, candidates);
     SuggestAll(inspection.tables, before);
     return inspection;
 }

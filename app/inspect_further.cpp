@@ -17,10 +17,9 @@ const QString ConstantMark = QStringLiteral("costante:");
 
 bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
 
-/// The table of the source that an added column reads; empty for a constant.
-QString TableOf(const QString& value) {
-    const QString column = value.section(QStringLiteral("->"), 0, 0).trimmed();
-    return value.startsWith(ConstantMark, Qt::CaseInsensitive) ? QString() : column.section(u'.', 0, -2);
+/// Whether the value of an added column is one for every table, or comes from that one.
+bool IsFor(const QString& value, const QString& table) {
+    return value.startsWith(ConstantMark, Qt::CaseInsensitive) || value.startsWith(table + u'.', Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -35,8 +34,7 @@ Further ReadFurther(const Session& session, const contract::Origin& origin, cons
         further.filter = IsSame(entry.key, table) ? entry.value : further.filter;
     }
     for (const LayoutFile::Entry& entry : file->Entries(LayoutFile::Added)) {
-        const QString its = TableOf(entry.value);
-        if (its.isEmpty() || IsSame(its, table)) {
+        if (IsFor(entry.value, table)) {
             further.added.push_back({entry.key, entry.value});
         }
     }
@@ -89,7 +87,8 @@ QString RemoveAdded(Session& session, const contract::Origin& origin, const QStr
 }
 
 QString AddedValue(const QString& table, const QString& column, const QString& rule) {
-    const QString read = table + u'.' + column;
+    const bool isPlain = !column.contains(QLatin1String("->"));
+    const QString read = table + u'.' + (isPlain ? LayoutEdit::Written(column) : QString(u'[' + column + u']'));
     return rule.trimmed().isEmpty() ? read : QString(read + QStringLiteral(" -> ") + rule.trimmed());
 }
 

@@ -8,6 +8,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 
 namespace inspection {
@@ -117,6 +118,18 @@ void Fill(Preview& preview, Session& session, const contract::Origin& origin, co
 
 } // namespace
 
+namespace {
+
+/// Whether another mapping shows the rows that some lines are of.
+bool IsPartOfOthers(const contract::Mapping& mapping, const contract::Needs& needs) {
+    return mapping.isPart &&
+           std::any_of(needs.mappings.begin(), needs.mappings.end(), [&mapping](const contract::Mapping* other) {
+               return !other->isPart && other->targetTable == mapping.targetTable;
+           });
+}
+
+} // namespace
+
 std::vector<PreviewOf> Previews(const contract::Origin& origin) {
     std::vector<PreviewOf> previews;
     QSet<QString> told;
@@ -124,7 +137,7 @@ std::vector<PreviewOf> Previews(const contract::Origin& origin) {
         for (const contract::Mapping* mapping : procedure.needs.mappings) {
             const QString title =
                 QStringLiteral("%1 da %2 (%3)").arg(mapping->targetTable, mapping->sourceTable, procedure.name);
-            if (contract::SourceOf(origin, procedure) == &origin && !mapping->isPart &&
+            if (contract::SourceOf(origin, procedure) == &origin && !IsPartOfOthers(*mapping, procedure.needs) &&
                 !mapping->sourceTable.isEmpty() && !told.contains(title)) {
                 told.insert(title);
                 previews.push_back({&procedure, mapping, title});

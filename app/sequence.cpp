@@ -31,12 +31,8 @@ const QString CamEmptying = QStringLiteral("SvuotaTabelleCam");
 /// Which company is emptied, where it stands, and how much goes.
 QString CompanyDetails(Session& session) {
     const ovErrors::Acting acting(session.Errors, ErrorAction::Abort); // a count is not worth a question
-    std::vector<contract::RowsToDelete> rows;
-    for (const QString& table : modImport::TruncatedTables()) {
-        rows.push_back({session.Quadrix.GetFullTableName(table)});
-    }
     return confirmation::CompanyLine(session) + "\nDatabase: " + confirmation::DatabaseText(session.Quadrix) + '\n' +
-           confirmation::RowsText(session.Quadrix, rows);
+           confirmation::RowsText(session.Quadrix, modImport::RowsOfTruncation(session));
 }
 
 /// The same of the CAM database, as far as it can be looked at.

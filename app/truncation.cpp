@@ -10,11 +10,10 @@ namespace {
 const QString ArticleTable = QStringLiteral("ART_ICO");
 const QString LanguageTable = QStringLiteral("SYS_LNG");
 
-/// The texts of the articles; those of other tables stay.
-QString DeleteArticleTexts(const ovConnection& connection) {
+/// The condition on the texts of the articles; those of other tables stay.
+QString OfArticles(const ovConnection& connection) {
     const QString owner = connection.GetFullTableName(ArticleTable);
-    return QStringLiteral("DELETE SYS_LNG WHERE LNTBL = ") +
-           mod_ovTools::FormatSqlValue(owner, DataType::NVarChar, connection.ProviderType);
+    return QStringLiteral("LNTBL = ") + mod_ovTools::FormatSqlValue(owner, DataType::NVarChar, connection.ProviderType);
 }
 
 void TruncateAll(Session& session, EmptyingResult& result) {
@@ -26,7 +25,8 @@ void TruncateAll(Session& session, EmptyingResult& result) {
         result.tables.append({name, connection.Execute(QStringLiteral("TRUNCATE TABLE ") + name)});
         if (table == ArticleTable) {
             session.Observer->TableIsEmptied(LanguageTable);
-            result.tables.append({LanguageTable, connection.Execute(DeleteArticleTexts(connection))});
+            result.tables.append(
+                {LanguageTable, connection.Execute(QStringLiteral("DELETE SYS_LNG WHERE ") + OfArticles(connection))});
         }
     }
 }
@@ -54,6 +54,17 @@ const QStringList& TruncatedTables() {
                                     // counterparties
                                     "CON_SED", "CON_RIF", "NUM_TEL", "IND_WEB", "CON_TRO"};
     return tables;
+}
+
+std::vector<contract::RowsToDelete> RowsOfTruncation(const Session& session) {
+    std::vector<contract::RowsToDelete> rows;
+    for (const QString& table : TruncatedTables()) {
+        rows.push_back({session.Quadrix.GetFullTableName(table)});
+        if (table == ArticleTable) {
+            rows.push_back({LanguageTable, OfArticles(session.Quadrix)});
+        }
+    }
+    return rows;
 }
 
 EmptyingResult TruncateDatabase(Session& session) {

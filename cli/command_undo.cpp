@@ -35,6 +35,7 @@ Report UndoRun(Context& context) {
                    {"kept", result.keptCount},
                    {"keptRows", kept},
                    {"emptied", result.emptied},
+                   {"outside", QJsonArray::fromStringList(result.outside)},
                    {"partial", result.isPartial},
                    {"dryRun", isTrial}};
     return report;

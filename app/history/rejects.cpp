@@ -322,6 +322,17 @@ std::vector<Run> ChainOf(const History& history, const Run& run) {
     return chain;
 }
 
+QString WhyNotToGoOn(const Run& run) {
+    if (run.isTrial) {
+        return QStringLiteral("era una prova e non ha scritto nulla: non c'è nulla da riprendere");
+    }
+    const bool brokeOff = run.WasKilled() || run.ending == Ending::Interrupted || run.ending == Ending::Failed;
+    return brokeOff && !run.isUnderWay && run.origin.isEmpty()
+               ? QStringLiteral("non è l'importazione di una sola origine: una sequenza non si riprende, si ripete "
+                                "dall'inizio")
+               : QStringLiteral("non si è interrotta: non c'è nulla da riprendere");
+}
+
 } // namespace
 
 std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run& run) {
@@ -330,10 +341,7 @@ std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run
         CheckStands(history, each, run.id);
     }
     if (!CanGoOn(run)) {
-        throw ImportError((run.isTrial ? QStringLiteral("l'esecuzione %1 era una prova e non ha scritto nulla")
-                                       : QStringLiteral("l'esecuzione %1 non si è interrotta"))
-                              .arg(run.id) +
-                          QStringLiteral(": non c'è nulla da riprendere"));
+        throw ImportError(QStringLiteral("l'esecuzione %1 %2").arg(QString::number(run.id), WhyNotToGoOn(run)));
     }
     auto selection = std::make_unique<contract::RowSelection>();
     QMap<QString, contract::RowSelection::Reached> reached; // by procedure, what the latest run has

@@ -1,5 +1,6 @@
 #include "app/history/undo.h"
 
+#include "adapters/registry.h"
 #include "app/CompanyLock.h"
 #include "app/history/keptChanges.h"
 #include "app/history/LaterRuns.h"
@@ -334,6 +335,23 @@ bool IsImport(const Run& run) {
                        [](const ProcedureRun& procedure) { return !own.contains(procedure.result.module); });
 }
 
+/// Whether a procedure writes into the database of a CAM software alone: it needs no table of Quadrix.
+bool WorksOutside(const ProcedureRun& run) {
+    for (const contract::Origin* origin : registry::All()) {
+        for (const contract::Procedure& procedure : origin->procedures) {
+            if (origin->module == run.result.module && procedure.name == run.result.procedure) {
+                return procedure.needs.writes.empty() && procedure.needs.mappings.empty();
+            }
+        }
+    }
+    return false;
+}
+
+/// Whether nothing of a run stands in Quadrix, whatever it has done.
+bool IsOutside(const Run& run) {
+    return !run.procedures.empty() && std::all_of(run.procedures.begin(), run.procedures.end(), WorksOutside);
+}
+
 void CheckMayUndo(Session& session, const Run& run) {
     const auto refuse = [&run](const QString& why) {
         throw ImportError(QStringLiteral("l'esecuzione %1 %2").arg(QString::number(run.id), why));
@@ -347,6 +365,10 @@ void CheckMayUndo(Session& session, const Run& run) {
     if (!IsImport(run)) {
         refuse(
             QStringLiteral("non è un'importazione: ciò che ha svuotato o fuso torna solo con una copia del database"));
+    }
+    if (IsOutside(run)) {
+        refuse(QStringLiteral("ha scritto soltanto nel database del CAM, fuori da Quadrix: ciò che vi ha copiato o "
+                              "svuotato si riporta com'era da lì, o con una sua copia"));
     }
     for (const ProcedureRun& procedure : run.procedures) {
         if (!procedure.undone.isEmpty()) {
@@ -428,6 +450,7 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     result.isPartial = run.isPartial;
     result.wasKilled = run.WasKilled();
     for (const ProcedureRun& procedure : run.procedures) {
+        result.outside += WorksOutside(procedure) ? QStringList(procedure.result.procedure) : QStringList();
         for (const RunResult::Emptied& emptied : procedure.result.emptied) {
             result.emptied += std::max<qint64>(0, emptied.rows);
         }
@@ -463,7 +486,7 @@ UndoResult UndoAlone(Session& session, const History& history, qint64 number, bo
 }
 
 bool CanUndo(const Run& run) {
-    return !run.isTrial && !run.isUnderWay && !run.procedures.empty() && IsImport(run) &&
+    return !run.isTrial && !run.isUnderWay && !run.procedures.empty() && IsImport(run) && !IsOutside(run) &&
            std::all_of(run.procedures.begin(), run.procedures.end(),
                        [](const ProcedureRun& procedure) { return procedure.undone.isEmpty(); });
 }
@@ -479,6 +502,10 @@ QStringList LinesOf(const UndoResult& result) {
     if (result.emptied > 0) {
         lines += QStringLiteral("Le %1 righe che l'esecuzione ha eliminato svuotando le tabelle non tornano.")
                      .arg(result.emptied);
+    }
+    if (!result.outside.isEmpty()) {
+        lines += QStringLiteral("Nel database del CAM, fuori da Quadrix, resta ciò che ha fatto: %1.")
+                     .arg(result.outside.join(QStringLiteral(", ")));
     }
     if (result.isPartial) {
         lines +=

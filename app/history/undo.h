@@ -21,6 +21,7 @@ struct UndoResult {
     qint64 keptCount = 0;      ///< rows that stay
     std::vector<KeptRow> kept; ///< the first 1000 of them
     qint64 emptied = 0;        ///< rows that the run had emptied tables of: they are gone
+    QStringList outside;       ///< procedures of the run that work outside Quadrix: what they did stays
     bool isPartial = false;    ///< the history does not keep all that the run wrote: the rest is not taken back
     bool wasKilled = false;    ///< the history may lack what the run wrote in its last half second
 };
@@ -29,8 +30,8 @@ struct UndoResult {
 /// what they had, those that it deleted come back under their numbers, which others may refer to. A row that has been
 /// changed since, by whomever, stays and is named; the codes that SYS_IMP has taken in stay too. It is one transaction;
 /// within an open one (a trial) it is a part of that, and the history is not told. Raises `ImportError` for a run that
-/// was a trial, that is under way, has been taken back before, or of which a later run that was not taken back has
-/// deleted rows, which is named; or `SqlError`.
+/// was a trial, that is under way, has been taken back before, has worked outside Quadrix alone, or of which a later
+/// run that was not taken back has deleted rows, which is named; or `SqlError`.
 UndoResult Undo(Session& session, const History& history, qint64 run);
 /// The same while nobody else works on the company. Raises `ImportError` naming who does.
 /// @param isTrial everything is put back at the end

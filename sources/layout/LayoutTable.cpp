@@ -100,6 +100,12 @@ QString Quoted(const QString& name, Dialect dialect) {
     if (dialect == Dialect::Other) {
         return IsPlain(name) ? name : QString(u'"' + name + u'"');
     }
+    if (name.contains(u']')) { // the server alone reads a doubled one
+        const QChar quote = dialect == Dialect::MySql ? u'`' : u'"';
+        return dialect == Dialect::SqlServer
+                   ? QString(u'[' + QString(name).replace(QStringLiteral("]"), QStringLiteral("]]")) + u']')
+                   : QString(quote + name + quote);
+    }
     return u'[' + name + u']';
 }
 

@@ -88,9 +88,11 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
             if (m_target == nullptr) {
                 Open(database, {});
             }
-            if (!IsBehindEnd(row)) {
+            if (!IsBehindEnd(row) && !RepeatsHeader(row)) {
                 AddRow(row);
             }
+        } else if (m_target != nullptr) {
+            NoteAboveFirst(row);
         }
     }
     if (m_target == nullptr) {
@@ -166,6 +168,44 @@ bool SheetLoader::IsBehindEnd(const SheetRow& row) {
                            .arg(m_table.end.join(QStringLiteral("' e '"))));
     }
     return m_hasEnded;
+}
+
+bool SheetLoader::RepeatsHeader(const SheetRow& row) {
+    qsizetype filled = 0;
+    for (const SheetCell& cell : row.cells) {
+        if (IsBlank(cell)) {
+            continue;
+        }
+        const bool isName = m_table.headerRow > 0 && cell.kind == SheetCell::Kind::Text &&
+                            cell.column < m_target->Columns().size() &&
+                            HeaderText(cell).compare(NameOf(cell.column), Qt::CaseInsensitive) == 0;
+        if (!isName) {
+            return false;
+        }
+        ++filled;
+    }
+    if (filled < 2) {
+        return false; // one value may be a name by chance
+    }
+    m_oddities.Add(QStringLiteral("INTESTAZIONE RIPETUTA"), QString(), row.number,
+                   QStringLiteral("ogni cella ha il nome della sua colonna: non si legge"));
+    return true;
+}
+
+void SheetLoader::NoteAboveFirst(const SheetRow& row) {
+    for (const int column : std::as_const(m_end)) {
+        const SheetCell* cell = CellIn(row, column);
+        if (cell == nullptr) {
+            continue;
+        }
+        const QString text = HeaderText(*cell);
+        if (std::ranges::any_of(text, [](QChar c) { return c.isDigit(); })) {
+            m_oddities.Add(QStringLiteral("RIGA SOPRA I DATI"), NameOf(column), row.number,
+                           QStringLiteral("'%1' sembra un codice; i dati cominciano alla riga %2: non si legge")
+                               .arg(text, QString::number(m_table.firstRow)));
+            return;
+        }
+    }
 }
 
 void SheetLoader::SetParent(const SheetRow& row) {

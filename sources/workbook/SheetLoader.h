@@ -60,6 +60,10 @@ private:
     void AddUnreadable(const SheetRow& row, int column, const QString& why);
     void FindColumns();
     bool IsBehindEnd(const SheetRow& row);
+    /// Whether each value is the name of its column, as where somebody has put sheets together; that is noted.
+    bool RepeatsHeader(const SheetRow& row);
+    /// Notes a row between header and first row that holds a code, not what the code is called for who reads the sheet.
+    void NoteAboveFirst(const SheetRow& row);
     void SetParent(const SheetRow& row);
     void ChooseTypes();
     void NoteMixed();

@@ -128,6 +128,7 @@ private slots:
         QVERIFY2(error.contains("azienda 'C'; ci sono 'A', 'B' (chiave DBGruppo"), qPrintable(error));
         QCOMPARE(end("b"), QString("rows 1"));
         QCOMPARE(fixture.Target().Rows("SELECT CDCNT FROM X01_PIA_CON"), QStringList{"99"});
+        QCOMPARE(fixture.Results().last().details, QStringList("Azienda dell'origine: 'B'"));
         // The table that lists them is empty.
         fixture.ChangeSource("DELETE FROM ClientiFornitori");
         QVERIFY(end("").contains("quale azienda si importa; ci sono 'A', 'B'"));
@@ -135,6 +136,46 @@ private slots:
         // A filter of the installation that names a company is no reason to read the others.
         fixture.WriteLayout("[FILTRI]\nPianoConti=DBGruppo = 'B' OR CodConto <> ''\n");
         QCOMPARE(end("b"), QString("rows 1"));
+    }
+
+    /// Rows that name no company are those of one that is alone unless a setting names it; they are told either way.
+    void RowsOfNoCompanyAreTold() {
+        Fixture fixture(FixtureFolder("modImport_Esatto"), *registry::Find("EsaSoftware \"e\""));
+        fixture.ChangeSource("DELETE FROM PianoConti");
+        for (const char* company : {"'A'", "''", "'  '", "NULL"}) {
+            fixture.ChangeSource(
+                QString(
+                    "INSERT INTO PianoConti (DBGruppo, CodConto, DesConto) VALUES (%1, '9' || ABS(RANDOM() % 90000), "
+                    "'Conto')")
+                    .arg(company));
+        }
+        const auto told = [&](const QString& company) -> QString {
+            const QString end = EndOf(fixture, "DBGruppo", company, "ImportPianoContiE reset");
+            return end + ", " + fixture.Results().last().details.join('|');
+        };
+        QCOMPARE(told("A"), QString("rows 1, Azienda dell'origine: 'A'|Righe senza azienda: della tabella 'PianoConti' "
+                                    "sono 3, e non si leggono"));
+        QCOMPARE(told(""), QString("rows 4, Azienda dell'origine: 'A'|Righe senza azienda: della tabella 'PianoConti' "
+                                   "sono 3, e si leggono con quelle dell'azienda"));
+    }
+
+    /// A table of another company stands in for none; where the layout file names one, that is told.
+    void TablesOfAnotherCompanyAreNotProposed() {
+        const auto addCompany = [](ovConnection& source) {
+            source.Execute("CREATE TABLE dem1ART_ICOL (ARCODART TEXT)");
+        };
+        Fixture fixture(FixtureFolder("modImport_AdHoc"), *registry::Find("Ad-Hoc"), TestTarget::On::Embedded,
+                        addCompany, {{"CONTI", "demoCONTI"}, {"MASTRI", "dem1MASTRI"}, {"ART_ICOL", "demoART_ICOL"}});
+        const auto end = [&] { return EndOf(fixture, "AZIENDA_IMPORT", "DEMO", "ImportPianoContiAhr reset"); };
+        const QString error = end();
+        QVERIFY2(error.contains("tabella 'MASTRI', nell'origine 'DEMOMASTRI'") &&
+                     !error.contains("dem1", Qt::CaseInsensitive),
+                 qPrintable(error));
+        fixture.WriteLayout("[TABELLE]\nMASTRI=dem1MASTRI\n");
+        QCOMPARE(end(), QString("rows 11"));
+        QCOMPARE(fixture.Results().last().details,
+                 QStringList({"Azienda dell'origine: 'DEMO'", "Tabella di un'altra azienda: 'MASTRI' si legge da "
+                                                              "'dem1MASTRI', che il tracciato nomina"}));
     }
 };
 

@@ -191,6 +191,41 @@ private slots:
         QCOMPARE(target.Rows("SELECT MMANN, MMNUM FROM X01_MOV_MAG"), QStringList({"2024|1", "2025|1"}));
     }
 
+    /// Two origins have stock of one article in one warehouse: each rewrites its own, and tells of its own alone. A
+    /// movement that is nobody's yet goes to the first that finds it.
+    void aMovementIsOfOneOrigin_data() {
+        Columns<bool, QStringList, QStringList>("kept", "written", "left");
+        Row("both are new", true, QStringList({"1|VITE|4", "1|DADO|7", "2|VITE|5"}),
+            QStringList{"movimento 1/2024, magazzino '001': 1 rimane in Quadrix"});
+        Row("of before", false, QStringList({"1|VITE|4", "1|DADO|7", "2|VITE|5"}),
+            QStringList{"movimento 1/2024, magazzino '001': 1 rimane in Quadrix"});
+    }
+    void aMovementIsOfOneOrigin() {
+        QFETCH(const bool, kept);
+        WritersTarget target;
+        ImportRun other(target.Get(), "modImport_Altra", "ImportSaldiAltra", {});
+        StockWriter(target.Run).Balance("001", "VITE", 3);
+        StockWriter(target.Run).Balance("001", "DADO", 7);
+        if (!kept) {
+            target.Execute("DELETE FROM SYS_IMP");
+            target.Get().Translations.clear();
+        } else {
+            StockWriter(other).Balance("001", "VITE", 6);
+        }
+        StockWriter again(target.Run);
+        QCOMPARE(again.Balance("001", "VITE", 4), RowOutcome::Updated);
+        StockWriter others(other);
+        QCOMPARE(others.Balance("001", "VITE", 5), kept ? RowOutcome::Updated : RowOutcome::Inserted);
+        again.TellRowsLeft();
+        others.TellRowsLeft();
+        QTEST(target.Rows("SELECT MRTES, MRART, MRQTA FROM X01_MOV_MAR ORDER BY RECORD_ID"), "written");
+        QTEST(target.Left(), "left");
+        // The numbers begin anew behind an emptying: who comes first takes the one that was another's.
+        target.Execute("DELETE FROM X01_MOV_MAG");
+        StockWriter(other).Balance("001", "VITE", 5);
+        QCOMPARE(target.Rows("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = '2024/1'"), QStringList{"modImport_Altra"});
+    }
+
     /// A balance whose warehouse is known by now takes the row of its quantity with it, and none of another.
     void aBalanceLeavesItsWarehouse_data() {
         Columns<QString, double, QString>("article", "quantity", "written");

@@ -200,11 +200,25 @@ private slots:
         const contract::Origin& origin = *FixtureOrigins().value("modImport_Tessera");
         Fixture fixture(FixtureFolder("modImport_Tessera"), origin);
         fixture.WriteLayout("[COLONNE]\nCliFor.Cell=Cell\n[AGGIUNTE]\nCON_TRO.CONOM=CliFor.Citta -> FirstUpper(4)\n"
-                            "CON_TRO.COBLK=costante:1\n");
+                            "CON_TRO.COBLK=costante:S\nCON_TRO.COOBS=CliFor.[Via -> n.] -> Testo\n");
+        Change(fixture, "ALTER TABLE CliFor ADD COLUMN [Via -> n.] VARCHAR(9) DEFAULT 'Piazza'");
         fixture.RunLine("ImportContropartiTessera");
         QCOMPARE(fixture.Results().last().errors, QStringList());
-        QCOMPARE(fixture.Target().Rows("SELECT CONOM, COBLK FROM X01_CON_TRO WHERE COCGE = '00000123'"),
-                 QStringList("RIVA|true"));
+        QCOMPARE(fixture.Target().Rows("SELECT CONOM, COBLK, COOBS FROM X01_CON_TRO WHERE COCGE = '00000123'"),
+                 QStringList("RIVA|true|Piazza"));
+    }
+
+    /// One row stands for several: which of them would give the column.
+    void AHeadReadByItsKeyTakesConstantsAlone() {
+        const contract::Origin& origin = *FixtureOrigins().value("modImport_Gescom");
+        Fixture fixture(FixtureFolder("modImport_Gescom"), origin);
+        const QString line = *std::find_if(fixture.Lines().begin(), fixture.Lines().end(),
+                                           [](const QString& each) { return each.startsWith("ImportDistint"); });
+        fixture.WriteLayout("[AGGIUNTE]\nDIS_BAS.DBOBS=DISBAS.PADISBAS\n");
+        QVERIFY_THROWS_EXCEPTION(ImportError, fixture.RunLine(line));
+        fixture.WriteLayout("[AGGIUNTE]\nDIS_BAS.DBOBS=costante:x\n");
+        fixture.RunLine(line);
+        QCOMPARE(fixture.Target().Value("SELECT COUNT(*) FROM X01_DIS_BAS WHERE DBOBS IS NULL"), QString("0"));
     }
 
     void AChangedSourceIsTold() {
@@ -256,6 +270,9 @@ private slots:
             "la regola 'First' vuole 1 argomenti, non 0");
         Row("column that is added", "[AGGIUNTE]\nCON_TRO.CONOM=CliFor.Nome\n", "non ha la colonna 'Nome'");
         Row("constant", "[AGGIUNTE]\nCON_TRO.COSC1=costante:molto\n", "'molto' non è un numero");
+        Row("yes or no", "[AGGIUNTE]\nCON_TRO.COBLK=costante:forse\n", "'forse' non è né un sì");
+        Row("written with others", "[AGGIUNTE]\nART_FOR.AFLOR=costante:5\n",
+            "le righe di 'ART_FOR' si scrivono insieme a quelle di un'altra tabella");
         Row("nothing writes it", "[AGGIUNTE]\nPIA_CON.PCDES=CliFor.Note\n", "l'origine non scrive 'PIA_CON'");
         Row("necessary, but marked", "[COLONNE]\nCliFor.RagSoc=\n",
             "origine: colonna 'CliFor.RagSoc' (segnata come mancante nel tracciato)");

@@ -31,6 +31,9 @@ private slots:
             "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
         Row("phase", "modImport_OSL", "ImportDistinteOSL", "DELETE FROM CICLI WHERE FASE = 20",
             "FASI: tabella 'DISTINTA', PADRE 'te-100', '20 GEN': 1 rimane in Quadrix");
+        Row("production order", "modImport_Lantek24", "ImportDocumentiLantek24",
+            "DELETE FROM MMNN_MMOO_00000100 WHERE MnORef = 'MO-2'",
+            "ORDINI DI PRODUZIONE: MO-2 di 'PZ-01' del 05/01/2024, quantità 10: 1 rimane in Quadrix");
         Row("balance", "modImport_VS", "ImportSaldiVSP",
             "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
@@ -65,6 +68,31 @@ private slots:
                     QStringList());
             }
         }
+    }
+
+    /// A production order has no code of its own in Quadrix: another day and quantity of one are no other order.
+    void AnOrderOfTheSourceIsOneInQuadrix_data() {
+        Columns<QString, QString>("keeps", "orders");
+        Row("changed", "", "3|MO-1|7 4|MO-2|10 5|MO-3|10");
+        Row("of before, alike", "DELETE FROM SYS_IMP WHERE TBNEW <> '3'", "3|MO-1|7 4|MO-2|10 5|MO-3|10");
+        Row("bills emptied since", "DELETE FROM X01_DIS_BAS", "3|MO-1|7 4|MO-2|10 5|MO-3|10");
+    }
+    void AnOrderOfTheSourceIsOneInQuadrix() {
+        QFETCH(const QString, keeps);
+        Fixture fixture(FixtureFolder("modImport_Lantek24"), *FixtureOrigins().value("modImport_Lantek24"));
+        fixture.Run();
+        if (!keeps.isEmpty()) {
+            fixture.Target().Execute(keeps);
+        }
+        fixture.ChangeSource("UPDATE MMNN_MMOO_00000300 SET Quantity = '7', CDate = '20240109 00:00:00' WHERE MnORef = "
+                             "'MO-1'");
+        fixture.RunLine("ImportDocumentiLantek24");
+        QTEST(fixture.Target()
+                  .Rows("SELECT O.RECORD_ID, TBOLD, OPQTA FROM X01_ORD_PRO O LEFT JOIN SYS_IMP ON TBNAM = "
+                        "'X01_ORD_PRO' AND TBNEW = CAST(O.RECORD_ID AS VARCHAR(9)) WHERE O.USINS = 'SYSTEM_IMPORT'")
+                  .join(' '),
+              "orders");
+        QVERIFY(!fixture.Target().Log().contains("ORDINI DI PRODUZIONE"));
     }
 
     void WhatTheSourceHasClearedIsCleared_data() {

@@ -219,7 +219,20 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(RestOf(history, history.Load(1)), ImportError);
         QVERIFY(RunCells(history.Load(1)).contains("interrotta dall'operatore; annullata"));
         kept.Run();
-        QVERIFY_EXCEPTION_THROWN(RestOf(history, history.Load(2)), ImportError); // it came to its end
+        const auto refusal = [&history](qint64 run) {
+            const auto error = ErrorOf<ImportError>([&] { RestOf(history, history.Load(run)); });
+            return error ? error->Message() : QString();
+        };
+        QCOMPARE(refusal(2), "l'esecuzione 2 non si è interrotta: non c'è nulla da riprendere");
+        Open(kept.Path())
+            ->Execute(QString("UPDATE runs SET origin = '', ending = %1 WHERE id = 2")
+                          .arg(static_cast<int>(Ending::Interrupted)));
+        QCOMPARE(refusal(2),
+                 "l'esecuzione 2 non è l'importazione di una sola origine: una sequenza non si riprende, si "
+                 "ripete dall'inizio");
+        Open(kept.Path())
+            ->Execute(QString("UPDATE runs SET origin = 'Prova', ending = %1 WHERE id = 2")
+                          .arg(static_cast<int>(Ending::Incomplete)));
         const QStringList waiting = kept.Waiting();
         QCOMPARE(waiting.size(), 1);
         kept.Source("UPDATE ART SET UM = 'PZ'");

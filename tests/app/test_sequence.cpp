@@ -81,6 +81,7 @@ private slots:
         fake.Target.Get().Config.SetAppConfig("IMPORT", "CAM_Database", CamFile);
         fake.OriginOf("Lantek Expert 30").procedures.front().needs.reads = {{"PRODUCTS", {}}};
         fake.Target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
+        fake.Target.Execute("INSERT INTO SYS_LNG (LNTBL, LNKEY) VALUES ('X01_ART_ICO', 'A'), ('X02_ART_ICO', 'A')");
         fake.Target.Person.AnswerTo = {{sequenceQuestions::Empty, company}, {sequenceQuestions::EmptyCam, cam}};
         const SequenceResult result = fake.Run();
         QTEST(fake.Target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), "left");
@@ -90,11 +91,11 @@ private slots:
         }
         QCOMPARE(fake.Target.Person.Questions.first().details,
                  "Azienda: X01 Prova Uno S.r.l.\nDatabase: " + fake.Target.Db().DatabaseName +
-                     "\nRighe che verranno eliminate: 1\n  X01_CON_TRO: 1");
+                     "\nRighe che verranno eliminate: 2\n  SYS_LNG: 1\n  X01_CON_TRO: 1");
         QVERIFY2(!company || fake.Target.Person.Questions.last().details ==
                                  "Database: " + CamFile + "\nRighe che verranno eliminate: 2\n  PRODUCTS: 2",
                  qPrintable(fake.Target.Person.Questions.last().details));
-        QVERIFY(!company || result.entries[0].message == "tabelle svuotate: 60, righe eliminate: 1");
+        QVERIFY(!company || result.entries[0].message == "tabelle svuotate: 60, righe eliminate: 2");
         QCOMPARE(fake.Log().value(0),
                  QString(company ? "Inizio Svuotamento delle tabelle dell'azienda" : "Inizio Import Controparti Arca"));
         QCOMPARE(fake.Log().contains("Tabella X01_CON_TRO: svuotata (1 riga eliminata)"), company);

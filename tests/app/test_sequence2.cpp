@@ -113,6 +113,45 @@ private slots:
         QVERIFY(fake.Log().contains("[Reset Tabella GEN_DIS_FAS]"));
     }
 
+    /// Whoever is given a code anew takes over nothing that an import has hung on the one who had it; what a hand has
+    /// hung there stays, and is told.
+    void emptiesWhatHangsOnCounterparties() {
+        FakeInstallation fake;
+        TestTarget& target = fake.Target;
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000069')");
+        for (const char* row :
+             {"'CON_TRO', '000069', 'a@b.it', 'SYSTEM_IMPORT'",
+              "'CON_RIF', '7', 'c@b.it', "
+              "'SYSTEM_IMPORT'",
+              "'ART_ICO', '000069', 'd@b.it', 'SYSTEM_IMPORT'", "'CON_TRO', '000069', 'e@b.it', 'ANNA'"}) {
+            target.Execute(QString("INSERT INTO X01_IND_WEB (TBNAM, TBKEY, WBIND, USINS) VALUES (%1)").arg(row));
+        }
+        target.Execute("INSERT INTO X01_CON_SED (CDCON, CDSED, USINS) VALUES ('000069', '1', 'SYSTEM_IMPORT'), "
+                       "('000069', '2', NULL)");
+        SequenceWindow window;
+        window.LanciaSequenza = [] {
+            SequenceSteps steps;
+            steps.DeleteBefore = true;
+            return std::optional(steps);
+        };
+        const QStringList told{"Con le controparti vanno le righe che le importazioni vi hanno appeso: 3 "
+                               "(X01_IND_WEB: 2, X01_CON_SED: 1)",
+                               "Restano le righe inserite a mano, che passano a chi avrà il codice della loro "
+                               "controparte: 2 (X01_IND_WEB: 1, X01_CON_SED: 1)"};
+        window.AgreesToEmpty = [&](const QString& question) {
+            return question.contains(told.join(".\n") + ".\n\nProcedere?");
+        };
+        const SequenceResult result = Sequence2(target.Get(), fake.Settings(), window);
+        QCOMPARE(result.entries.value(0).message, "tabelle svuotate: 30, righe eliminate: 4; " + told.join("; "));
+        QCOMPARE(target.Rows("SELECT WBIND FROM X01_IND_WEB"), QStringList({"d@b.it", "e@b.it"}));
+        QCOMPARE(target.Rows("SELECT CDSED FROM X01_CON_SED"), QStringList{"2"});
+        QVERIFY(fake.Log().contains(told.first()) && fake.Log().contains(told.last()));
+        const history::History history(history::FilePath(target.Get().Config.ConfigFile()));
+        const RunResult kept = history.Load(1).procedures.front().result;
+        QCOMPARE(kept.emptied.mid(30).size(), 2);
+        QCOMPARE(kept.details, told);
+    }
+
     void switchesTheOtherTriggersOnAgain_data() {
         Columns<RunResult::Outcome>("end");
         Row("to the end", RunResult::Outcome::Done);

@@ -1,3 +1,4 @@
+#include "adapters/registry.h"
 #include "app/history/keptChanges.h"
 #include "app/history/Recorder.h"
 #include "app/history/undo.h"
@@ -54,6 +55,37 @@ private slots:
         QCOMPARE(result.kept.front().why, "è stata modificata dopo");
         QCOMPARE(kept.Articles(), first + QStringList{"D|Mio|9"});
         QVERIFY_EXCEPTION_THROWN(Undo(kept.Target.Get(), history, 2), ImportError);
+    }
+
+    /// What stands in the database of the CAM stays there: nobody is told that it was taken back.
+    void refusesWhatStandsOutside() {
+        QStringList outside;
+        for (const contract::Origin* origin : registry::All()) {
+            for (const contract::Procedure& procedure : origin->procedures) {
+                outside += procedure.needs.writes.empty() && procedure.needs.mappings.empty()
+                               ? QStringList(procedure.name)
+                               : QStringList();
+            }
+        }
+        QCOMPARE(outside,
+                 QStringList({"CopyScrapsFromLantekToLantek", "CopyProductsFromLantekToLantek", "SvuotaTabelleCam"}));
+        Kept kept;
+        kept.Run();
+        Open(kept.Path())
+            ->Execute("INSERT INTO procedures (run, module, name) SELECT 1, 'modImport_Lantek30', "
+                      "'SvuotaTabelleCam'");
+        const History history(kept.Path());
+        const UndoResult result = Undo(kept.Target.Get(), history, 1);
+        QCOMPARE(result.outside, QStringList{"SvuotaTabelleCam"});
+        QVERIFY(LinesOf(result).contains("Nel database del CAM, fuori da Quadrix, resta ciò che ha fatto: "
+                                         "SvuotaTabelleCam."));
+        kept.Run();
+        Open(kept.Path())
+            ->Execute("UPDATE procedures SET module = 'modImport_Lantek30', name = "
+                      "'CopyProductsFromLantekToLantek' WHERE run = 2");
+        QVERIFY(!CanUndo(history.Load(2)));
+        const auto error = ErrorOf<ImportError>([&] { Undo(kept.Target.Get(), history, 2); });
+        QVERIFY(error && error->Message().startsWith("l'esecuzione 2 ha scritto soltanto nel database del CAM"));
     }
 
     /// Tables of all companies are written by each: what another one has changed stays, and locks nobody.

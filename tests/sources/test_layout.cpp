@@ -199,6 +199,17 @@ private slots:
         QVERIFY(m_source.GetColumns("Nessuna").isEmpty());
     }
 
+    /// Signs that names are written between may stand in one.
+    void ATableMayHaveBracketsInItsName() {
+        m_source.Execute(R"(CREATE TABLE "Sconti [1]" (Cod VARCHAR(8)))");
+        m_source.Execute(R"(INSERT INTO "Sconti [1]" VALUES ('S1'))");
+        auto& layout = static_cast<sources::Layout&>(*m_source.Layout);
+        for (const char* written : {"Sconti [1]", "[Sconti [1]]"}) {
+            layout.CallTable("Sconti", written);
+            QCOMPARE(Text(m_source.ExecuteWC("SELECT S.Cod FROM Sconti S")), QString("Cod=S1"));
+        }
+    }
+
     /// Two logical columns may stand in one of the source.
     void OneColumnServesTwoNames() {
         MakeLayout();

@@ -53,6 +53,7 @@ void ArticlesKind::AddPages() {
             return;
         }
         for (Mapping& each : declared.source.Mappings(page.targetTable, page.lines)) {
+            each.isPart = page.isPart;
             pages.push_back(std::move(each));
         }
     };
@@ -75,7 +76,6 @@ void ArticlesKind::AddPages() {
     }
     for (const UnitsOfArticle& each : declared.units) {
         pages.push_back(FieldMapping("ART_ICO", tableOf(each.rows), {{"ARUM2", each.unit}, {"ARCOE", each.factor}}));
-        pages.back().isPart = true;
     }
     for (const LanguageTexts& each : declared.languages) {
         pages.push_back(FieldMapping("SYS_LNG", tableOf(each.rows), {{"LNLNG", each.language}, {"LNTXT", each.text}}));

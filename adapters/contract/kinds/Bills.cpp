@@ -28,7 +28,6 @@ public:
             mappings.push_back({"DIS_FAS", phase.rows.table, phase.lines.Over(NamedLines(phase))});
             if (phase.isOutside.IsSet()) {
                 mappings.push_back(FieldMapping("DIS_COM", phase.rows.table, {{"DCCTL", phase.isOutside}}));
-                mappings.back().isPart = true;
             }
         }
         const BillComponents& part = declared.components;

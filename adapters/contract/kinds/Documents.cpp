@@ -390,9 +390,6 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     values.number = fields.number.WholeNumber(session, row);
     values.article = fields.article.Text(session, row);
     values.type = fields.type.Text(session, row);
-    if (values.type.isEmpty()) {
-        values.type = values.article.isEmpty() ? DescriptionRow : NormalRow;
-    }
     values.description = fields.description.Text(session, row);
     values.unit = fields.unit.Text(session, row);
     values.quantity = fields.quantity.Number(session, row);
@@ -401,6 +398,9 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     values.price = fields.price.Number(session, row);
     for (size_t i = 0; i < std::min(fields.discounts.size(), values.discounts.size()); ++i) {
         values.discounts[i] = fields.discounts[i].Number(session, row);
+    }
+    if (values.type.isEmpty()) {
+        values.type = values.IsText() ? DescriptionRow : NormalRow;
     }
     values.vatCode = fields.vatCode.Text(session, row, facts);
     values.tellsVat = fields.vatCode.IsSet();

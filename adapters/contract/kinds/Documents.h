@@ -40,7 +40,7 @@ struct DocumentHeadFields {
 struct DocumentRowFields {
     Field number;
     Field article = {};     ///< its CDART: `rules::ArticleCode`
-    Field type = {};        ///< DRTIP; without it a row without article is a text
+    Field type = {};        ///< DRTIP; without it, or blank, a row without article and without amount is a text
     Field description = {}; ///< without it, or blank, that of the article
     Field unit = {};        ///< the same
     Field quantity = {};

@@ -184,7 +184,7 @@ QStringList Lines::SourcesOf(const QString& target) const {
 
 Mapping FieldMapping(const QString& target, const QString& source,
                      const std::vector<std::pair<QString, Field>>& fields) {
-    Mapping mapping{target, source, {}};
+    Mapping mapping{.targetTable = target, .sourceTable = source, .lines = {}, .isPart = true};
     for (const auto& [column, field] : fields) {
         if (field.IsSet()) {
             mapping.lines.push_back(field.LineTo(column));

@@ -78,6 +78,7 @@ public:
 private:
     void Add(const Mapping& page) {
         for (Mapping& each : declared.source.Mappings(page.targetTable, page.lines)) {
+            each.isPart = page.isPart;
             pages.push_back(std::move(each));
         }
     }

@@ -191,6 +191,7 @@ std::vector<Mapping> SourceTable::Mappings(const QString& target, const std::vec
                                     [&from](const Mapping& one) { return one.sourceTable == from; });
         if (mapping == mappings.end()) {
             mapping = mappings.insert(mappings.end(), Mapping{target, from, {}});
+            mapping->isOfKeys = distinct;
         }
         mapping->lines.push_back(line);
     }

@@ -27,9 +27,11 @@ struct Mapping {
     QString targetTable; ///< bare name
     QString sourceTable;
     std::vector<MapLine> lines;
-    /// Whether the lines are some of another mapping's, for rows that are there: what the layout of a source adds goes
-    /// with that one alone.
+    /// Whether rows are not written by the lines: they tell some of another mapping's, or rows that are written with
+    /// those of another table. What the layout of a source adds does not go with them.
     bool isPart = false;
+    /// Whether the query names its columns and each row stands for several of the table: no other column can be read.
+    bool isOfKeys = false;
 
     /// Sets every column whose rule gives a value, then those that the layout of the source adds. An `ImportError` of a
     /// rule or of a value that does not fit gains the name of its source column.

@@ -109,6 +109,8 @@ public:
     /// Physical name of a company table: the company's code and the bare name.
     QString FullName(const QString& table) const { return m_session.Quadrix.GetFullTableName(table); }
     Session& GetSession() const { return m_session; }
+    /// Of the procedure, for example "modImport_Arca2000".
+    const QString& Module() const { return m_account.Result.module; }
     /// How codes and texts are written, as the configuration said when the run began.
     const modImport::FieldCase& Case() const { return m_case; }
     bool IsSingle() const { return m_single; }

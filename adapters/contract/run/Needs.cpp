@@ -49,8 +49,9 @@ public:
         }
         if (present.isEmpty()) {
             const QStringList tables = m_isSource ? m_connection.GetTables() : QStringList();
-            m_lacks.necessary.append(
-                QStringLiteral("%1: tabella '%2'%3").arg(m_where, name, GroundedSuggestions(name, tables)));
+            const QStringList own = layout == nullptr ? tables : layout->WithoutOthers(tables);
+            m_lacks.necessary.append(QStringLiteral("%1: tabella '%2'%3%4")
+                                         .arg(m_where, name, CalledOtherwise(name), GroundedSuggestions(name, own)));
             return;
         }
         QStringList others = m_isSource ? present : QStringList(); // a column that is read already is nobody else's
@@ -76,6 +77,14 @@ public:
     }
 
 private:
+    /// How the source calls a table, where that is another name.
+    QString CalledOtherwise(const QString& table) const {
+        const sources::LayoutTable* known = m_isSource ? LayoutOf(m_connection).Find(table) : nullptr;
+        const QString called = known == nullptr ? table : known->inSource.last();
+        return called.compare(table, Qt::CaseInsensitive) == 0 ? QString()
+                                                               : QStringLiteral(", nell'origine '%1'").arg(called);
+    }
+
     ovConnection& m_connection;
     bool m_isSource;
     QString m_where;

@@ -5,7 +5,6 @@
 #include "sources/layout/Layout.h"
 
 #include <QDir>
-#include <QSet>
 
 namespace contract {
 
@@ -33,6 +32,11 @@ QList<QVariant> ValuesOf(ovConnection& source, const QString& table, const QStri
 
 QString TextOf(const QVariant& value) { return value.toString().trimmed(); }
 
+QString ConditionOf(const QString& column, const QString& literal) {
+    const bool isNull = literal.compare(u"NULL", Qt::CaseInsensitive) == 0;
+    return column + (isNull ? QStringLiteral(" IS NULL") : QString(QStringLiteral(" = ") + literal));
+}
+
 } // namespace
 
 SourceCompany::SourceCompany(Session& session, CompanyKey key)
@@ -50,16 +54,17 @@ void SourceCompany::CallTables(sources::Layout& layout, const QStringList& table
     }
 }
 
-QString SourceCompany::Take(ovConnection& source, sources::Layout& layout, const QStringList& tables) const {
+QString SourceCompany::Take(ovConnection& source, sources::Layout& layout, const QStringList& tables) {
     return m_key.column.isEmpty() ? TakeByPrefix(source) : TakeByColumn(source, layout, tables);
 }
 
-QString SourceCompany::TakeByPrefix(ovConnection& source) const {
+QString SourceCompany::TakeByPrefix(ovConnection& source) {
     QStringList companies;
     bool hasNoPrefix = false;
     for (const QString& table : source.GetTables()) {
         if (table.compare(m_key.table, Qt::CaseInsensitive) == 0) {
             if (m_code.isEmpty() || !ColumnsOf(source, m_key.table).isEmpty()) {
+                m_taken = m_code;
                 return {};
             }
             hasNoPrefix = true; // the table of the company is another, and is not there
@@ -74,25 +79,40 @@ QString SourceCompany::TakeByPrefix(ovConnection& source) const {
     return companies.isEmpty() ? QString() : Wrong(companies); // without any it is the tables that are missing
 }
 
-QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) const {
+QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layout, const QStringList& tables) {
     if (ColumnIn(ColumnsOf(source, m_key.table)).isEmpty()) {
         return m_code.isEmpty() ? QString() : Lacking(m_key.table);
     }
+    const Values values = ValuesByTable(source, QStringList{m_key.table} + tables);
     QVariant company;
     QStringList companies;
-    for (const QVariant& value : Companies(source, tables)) {
-        companies.append(TextOf(value));
-        if (m_code.isEmpty() || TextOf(value).compare(m_code, Qt::CaseInsensitive) == 0) {
-            company = value;
+    for (const QString& table : QStringList{m_key.table} + tables) {
+        for (const QVariant& value : values.value(table)) {
+            const QString text = TextOf(value);
+            if (text.isEmpty() || companies.contains(text)) {
+                continue;
+            }
+            companies.append(text);
+            company = m_code.isEmpty() || text.compare(m_code, Qt::CaseInsensitive) == 0 ? value : company;
         }
     }
     if (company.isNull() || (m_code.isEmpty() && companies.size() > 1)) {
         return companies.isEmpty() ? QString() : Wrong(companies);
     }
+    m_taken = TextOf(company);
+    m_takesNameless = m_code.isEmpty();
     for (const QString& table : tables) {
         const QStringList columns = ColumnsOf(source, table);
         if (const QString column = ColumnIn(columns); !column.isEmpty()) {
-            FilterBy(layout, table, column, LiteralOf(source, company));
+            CountNameless(source, table, column, values.value(table));
+            QStringList literals{LiteralOf(source, company)};
+            for (const QVariant& value : values.value(table)) {
+                const bool isTaken = TextOf(value).isEmpty() ? m_takesNameless : TextOf(value) == m_taken;
+                if (const QString literal = LiteralOf(source, value); isTaken && !literals.contains(literal)) {
+                    literals.append(literal);
+                }
+            }
+            FilterBy(layout, table, column, literals);
         } else if (!columns.isEmpty() && !m_code.isEmpty() && !IsEnding()) { // its rows would come from every company
             return Lacking(table);
         }
@@ -102,35 +122,76 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
 
 /// Of the table that lists them and of the others: what cannot be told apart must not be imported for each company, and
 /// a company need not have rows in every table.
-QList<QVariant> SourceCompany::Companies(ovConnection& source, const QStringList& tables) const {
-    QList<QVariant> companies;
-    QSet<QString> known;
-    for (const QString& table : QStringList{m_key.table} + tables) {
-        const QString column = ColumnIn(ColumnsOf(source, table));
-        if (column.isEmpty()) {
-            continue;
-        }
-        for (const QVariant& value : ValuesOf(source, table, column)) {
-            if (const QString text = TextOf(value); !text.isEmpty() && !known.contains(text)) {
-                known.insert(text);
-                companies.append(value);
-            }
+SourceCompany::Values SourceCompany::ValuesByTable(ovConnection& source, const QStringList& tables) const {
+    Values values;
+    for (const QString& table : tables) {
+        const QString column = values.contains(table) ? QString() : ColumnIn(ColumnsOf(source, table));
+        if (!column.isEmpty()) {
+            values.insert(table, ValuesOf(source, table, column));
         }
     }
-    return companies;
+    return values;
+}
+
+/// Those that are not read cannot be counted a second time.
+void SourceCompany::CountNameless(ovConnection& source, const QString& table, const QString& column,
+                                  const QList<QVariant>& values) {
+    QStringList conditions;
+    for (const QVariant& value : values) {
+        if (TextOf(value).isEmpty()) {
+            conditions.append(ConditionOf(column, LiteralOf(source, value)));
+        }
+    }
+    if (!conditions.isEmpty()) {
+        m_nameless[table] = source.ExecuteCommand(
+            QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2").arg(table, conditions.join(QStringLiteral(" OR "))));
+    }
 }
 
 /// A layout that is taken again has the condition already.
 void SourceCompany::FilterBy(sources::Layout& layout, const QString& table, const QString& column,
-                             const QString& literal) const {
+                             const QStringList& literals) const {
     const QString called = layout.InSource({table + u'.' + column}).first().section(u'.', -1);
-    const QString condition = called + QStringLiteral(" = ") + literal;
+    QStringList conditions;
+    for (const QString& literal : literals) {
+        conditions.append(ConditionOf(called, literal));
+    }
+    const QString any = conditions.join(QStringLiteral(" OR "));
+    const QString condition = conditions.size() > 1 ? QString(u'(' + any + u')') : any;
     const sources::LayoutTable* known = layout.Find(table);
     const QString own = known == nullptr ? QString() : known->filter;
     const bool isThere = own == condition || own.endsWith(QString(u") AND " + condition));
     if (!isThere) {
         layout.Filter(table, own.isEmpty() ? condition : QStringLiteral("(%1) AND %2").arg(own, condition));
     }
+}
+
+QStringList SourceCompany::Lines(const QStringList& tables) const {
+    if (m_taken.isEmpty()) {
+        return {};
+    }
+    QStringList lines{QStringLiteral("Azienda dell'origine: '%1'").arg(m_taken)};
+    for (const QString& table : tables) {
+        if (const qint64 rows = m_nameless.value(table); rows > 0) {
+            lines.append(QStringLiteral("Righe senza azienda: della tabella '%1' sono %2, e %3")
+                             .arg(table, QString::number(rows),
+                                  m_takesNameless ? QStringLiteral("si leggono con quelle dell'azienda")
+                                                  : QStringLiteral("non si leggono")));
+        }
+    }
+    return lines;
+}
+
+bool SourceCompany::IsOfAnother(const QString& name, const QStringList& tables, const QStringList& read) const {
+    if (!m_key.column.isEmpty() || m_code.isEmpty() || name.startsWith(m_code, Qt::CaseInsensitive)) {
+        return false;
+    }
+    return std::any_of(tables.begin(), tables.end(), [&](const QString& table) {
+        const QString code =
+            table.endsWith(m_key.table, Qt::CaseInsensitive) ? table.chopped(m_key.table.size()) : QString();
+        return !code.isEmpty() && name.startsWith(code, Qt::CaseInsensitive) &&
+               read.contains(name.sliced(code.size()), Qt::CaseInsensitive);
+    });
 }
 
 /// The column that tells the company; empty when it is not among them.

@@ -40,6 +40,15 @@ std::pair<QString, QString> Cut(const QString& name, const QMap<QString, QString
     return Cut(name);
 }
 
+/// Where the mark in front of a rule stands, behind a column that may be in brackets; the end without one.
+qsizetype RuleMarkIn(const QString& value) {
+    const qsizetype open = value.indexOf(QLatin1String(".["));
+    const qsizetype first = value.indexOf(RuleMark);
+    const bool isInBrackets = open >= 0 && first > open && value.indexOf(u']', open) > first;
+    const qsizetype mark = isInBrackets ? value.indexOf(RuleMark, value.indexOf(u']', open)) : first;
+    return mark < 0 ? value.size() : mark;
+}
+
 QString LineKey(const QString& target, const QString& source) { return target.toUpper() + u'|' + source.toUpper(); }
 
 /// What is wrong with a condition as a text; empty when nothing is. What it names, the source judges.
@@ -58,6 +67,16 @@ QString WrongCondition(const QString& condition) {
                                  : QString();
 }
 
+// What a yes and a no are called; the first as in a column of the source.
+const QStringList SetFlags{"1", "-1", "S", "Y", "T", "True"};
+const QStringList UnsetFlags{"0", "N", "F", "False", "No"};
+
+/// A yes or a no; none when it is neither.
+std::optional<bool> FlagOf(const QString& value) {
+    const bool isSet = SetFlags.contains(value, Qt::CaseInsensitive);
+    return isSet || UnsetFlags.contains(value, Qt::CaseInsensitive) ? std::optional(isSet) : std::nullopt;
+}
+
 /// What keeps a constant from standing in a column; empty when nothing does.
 QString WrongConstant(const schema::Column& column, const QString& value) {
     const bool isNumber = column.type == DataType::Integer || column.type == DataType::Long ||
@@ -68,6 +87,10 @@ QString WrongConstant(const schema::Column& column, const QString& value) {
     if (column.type == DataType::DateTime && !mod_ovTools::ReadDate(value)) {
         return QStringLiteral("'%1' non è una data").arg(value);
     }
+    if (column.type == DataType::Bit && !FlagOf(value)) {
+        return QStringLiteral("'%1' non è né un sì (%2) né un no (%3)")
+            .arg(value, SetFlags.join(QStringLiteral(", ")), UnsetFlags.join(QStringLiteral(", ")));
+    }
     return column.size > 0 && value.size() > column.size
                ? QStringLiteral("'%1' ha %2 caratteri, la colonna ne tiene %3")
                      .arg(value, QString::number(value.size()), QString::number(column.size))
@@ -75,7 +98,7 @@ QString WrongConstant(const schema::Column& column, const QString& value) {
 }
 
 QVariant ConstantOf(const schema::Column& column, const QString& value) {
-    return column.type == DataType::Bit ? QVariant(value == QLatin1String("1")) : QVariant(value);
+    return column.type == DataType::Bit ? QVariant(FlagOf(value).value_or(false)) : QVariant(value);
 }
 
 } // namespace
@@ -183,7 +206,7 @@ void SourceLayout::TakeAdded(sources::Layout& layout) {
 QString SourceLayout::SourceColumn(const QString& table, const QString& column) const {
     for (const Entry& entry : m_file.Entries(LayoutFile::Columns)) {
         const auto [ofTable, logical] = Cut(entry.key, m_known);
-        if (IsSame(ofTable, table) && IsSame(entry.value, column)) {
+        if (IsSame(ofTable, table) && IsSame(sources::NameParts(entry.value).join(u'.'), column)) {
             return logical;
         }
     }
@@ -205,9 +228,11 @@ SourceLayout::Added SourceLayout::AddedOf(const Entry& entry) const {
         }
         return {entry, target->name, {}, {}, MapLine(found->name, {}, rules::Constant(ConstantOf(*found, value)))};
     }
-    const auto [sourceTable, sourceColumn] = Cut(entry.value.section(RuleMark, 0, 0).trimmed(), m_known);
-    const QString rule = entry.value.section(RuleMark, 1).trimmed();
+    const qsizetype mark = RuleMarkIn(entry.value);
+    const auto [sourceTable, written] = Cut(entry.value.first(mark).trimmed(), m_known);
+    const QString rule = entry.value.sliced(mark).mid(RuleMark.size()).trimmed();
     const QString& known = KnownTable(LayoutFile::Added, entry, sourceTable);
+    const QString sourceColumn = written.startsWith(u'[') ? sources::NameParts(written).join(u'.') : written;
     if (sourceColumn.isEmpty()) {
         throw wrong(QStringLiteral("manca la colonna: 'TABELLA.Colonna' o 'costante:valore'"));
     }
@@ -225,13 +250,19 @@ void SourceLayout::Place(const Added& added) {
     if (schema::FindTable(added.target)->key.contains(added.line.target)) {
         throw wrong(QStringLiteral("'%1' è la chiave della tabella").arg(added.line.target));
     }
+    const auto writes = [&](const Mapping* mapping) { return mapping->targetTable == added.target; };
     QSet<QString> placed;
     for (const Mapping* mapping : m_mappings) {
-        const bool fits = !mapping->isPart && mapping->targetTable == added.target &&
-                          (added.table.isEmpty() || IsSame(mapping->sourceTable, added.table));
+        const bool fits =
+            !mapping->isPart && writes(mapping) && (added.table.isEmpty() || IsSame(mapping->sourceTable, added.table));
         const QString key = LineKey(mapping->targetTable, mapping->sourceTable);
         if (!fits || placed.contains(key)) {
             continue;
+        }
+        if (mapping->isOfKeys && !added.column.isEmpty()) {
+            throw wrong(QStringLiteral("di '%1' si legge la chiave sola, una volta per più righe: una riga di '%2' non "
+                                       "può prenderne un'altra colonna")
+                            .arg(added.table, added.target));
         }
         for (const MapLine& line : mapping->lines) {
             if (line.target == added.line.target && !line.sources.isEmpty()) {
@@ -244,6 +275,15 @@ void SourceLayout::Place(const Added& added) {
         placed.insert(key);
     }
     if (placed.isEmpty()) {
+        const bool isWithOthers = std::any_of(m_mappings.begin(), m_mappings.end(), writes) &&
+                                  std::none_of(m_mappings.begin(), m_mappings.end(), [&](const Mapping* mapping) {
+                                      return writes(mapping) && !mapping->isPart;
+                                  });
+        if (isWithOthers) {
+            throw wrong(QStringLiteral("le righe di '%1' si scrivono insieme a quelle di un'altra tabella, e non "
+                                       "prendono colonne in più")
+                            .arg(added.target));
+        }
         throw wrong(
             added.table.isEmpty()
                 ? QStringLiteral("l'origine non scrive '%1' da una tabella di corrispondenze").arg(added.target)
@@ -305,6 +345,29 @@ QString SourceLayout::TakeCompany(ovConnection& source) const {
     return m_company ? m_company->Take(source, LayoutOf(source), m_known.keys()) : QString();
 }
 
+QStringList SourceLayout::CompanyLines(ovConnection& source, const QStringList& tables) const {
+    if (!m_company) {
+        return {};
+    }
+    QStringList lines = m_company->Lines(tables);
+    for (const Entry& entry : m_file.Entries(LayoutFile::Tables)) {
+        const QString name = sources::NameParts(entry.value).last();
+        if (tables.contains(entry.key, Qt::CaseInsensitive) &&
+            m_company->IsOfAnother(name, source.GetTables(), m_known.keys())) {
+            lines.append(QStringLiteral("Tabella di un'altra azienda: '%1' si legge da '%2', che il tracciato nomina")
+                             .arg(entry.key, name));
+        }
+    }
+    return lines;
+}
+
+QStringList SourceLayout::WithoutOthers(const QStringList& tables) const {
+    QStringList own = tables;
+    own.removeIf(
+        [&](const QString& name) { return m_company && m_company->IsOfAnother(name, tables, m_known.keys()); });
+    return own;
+}
+
 /// The source itself is asked, for no row.
 void SourceLayout::CheckFilter(ovConnection& source, const Entry& entry) const {
     ovErrors* const errors = std::exchange(source.Errors, nullptr);
@@ -327,16 +390,20 @@ QString SourceLayout::FilterOf(const QString& table) const {
     return {};
 }
 
-QStringList FilterLines(const Session& session, const Needs& needs) {
-    QStringList lines;
+QStringList FilterLines(Session& session, const Needs& needs) {
+    if (session.Layout == nullptr) {
+        return {};
+    }
+    QStringList tables;
+    QStringList filters;
     for (const NeededTables::Table& table : NeededTables::Read(needs).Tables()) {
-        const QString filter = session.Layout == nullptr ? QString() : session.Layout->FilterOf(table.name);
-        if (!filter.isEmpty()) {
-            lines.append(QStringLiteral("Filtro del tracciato: della tabella '%1' si leggono le righe con %2")
-                             .arg(table.name, filter));
+        tables.append(table.name);
+        if (const QString filter = session.Layout->FilterOf(table.name); !filter.isEmpty()) {
+            filters.append(QStringLiteral("Filtro del tracciato: della tabella '%1' si leggono le righe con %2")
+                               .arg(table.name, filter));
         }
     }
-    return lines;
+    return tables.isEmpty() ? filters : session.Layout->CompanyLines(session.SourceConnection(), tables) + filters;
 }
 
 const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& mapping) {

@@ -22,6 +22,11 @@ public:
     void Check(ovConnection& source, const QString& table, const QStringList& columns) const;
     /// Looks for the company in the open source: see `SourceCompany::Take`.
     QString TakeCompany(ovConnection& source) const;
+    /// What is told of it: see `SourceCompany::Lines`; also a table of another company that the file has read in place
+    /// of its own. @param tables logical ones
+    QStringList CompanyLines(ovConnection& source, const QStringList& tables) const;
+    /// Of tables of the source, those that do not bear the code of another company than that which is imported.
+    QStringList WithoutOthers(const QStringList& tables) const;
     /// The condition of a table; empty when all of its rows are read.
     QString FilterOf(const QString& table) const;
     /// The lines that a mapping gains.
@@ -51,8 +56,8 @@ private:
     QString SourceColumn(const QString& table, const QString& column) const;
 
     sources::LayoutFile m_file;
-    std::optional<SourceCompany> m_company;
-    QMap<QString, QStringList> m_known; ///< logical columns of each table that the origin reads
+    mutable std::optional<SourceCompany> m_company; ///< learns which one it is from the open source
+    QMap<QString, QStringList> m_known;             ///< logical columns of each table that the origin reads
     std::vector<const Mapping*> m_mappings;
     QHash<QString, std::vector<MapLine>> m_lines; ///< by target and source table
     std::vector<Added> m_added;
@@ -61,9 +66,9 @@ private:
 /// The lines that a mapping gains by the layout of the source that is open.
 const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& mapping);
 
-/// What the layout of the source that is open leaves out of the tables that a procedure reads, a line for each
-/// condition; none without any.
-QStringList FilterLines(const Session& session, const Needs& needs);
+/// What is read of the tables of a procedure in the source that is open, where it is not all: the company, the rows
+/// that name none, a line for each condition of the layout; none without any.
+QStringList FilterLines(Session& session, const Needs& needs);
 
 /// The names of a source that is open; made without any when it has none.
 sources::Layout& LayoutOf(ovConnection& source);

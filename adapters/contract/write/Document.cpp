@@ -210,7 +210,17 @@ QString DocumentWriter::DestinationName(const DocumentHead& head, const QString&
     return LookUp(m_run.GetSession(), "MAG_AZZ", "CDMAG", head.cause.warehouse, "MADES");
 }
 
+/// Amounts in a foreign currency would count as so many euro.
+void DocumentWriter::TellExchangeRate(const TargetRow& head) const {
+    const QString currency = mod_ovTools::ToText(head.Value("DTVAL")).trimmed();
+    const bool isForeign = !currency.isEmpty() && currency.compare(Currency, Qt::CaseInsensitive) != 0;
+    if (isForeign && mod_ovTools::ToDouble(head.Value("DTCMB")) == ExchangeRate) {
+        m_run.Log(QStringLiteral("CAMBIO MANCANTE: %1: '%2', scritto 1").arg(m_run.RowKey(), currency));
+    }
+}
+
 qint64 DocumentWriter::Insert(TargetRow& head) {
+    TellExchangeRate(head);
     head.Insert();
     const qint64 id = m_run.LastId(m_family.head);
     Saw(id);
@@ -219,6 +229,7 @@ qint64 DocumentWriter::Insert(TargetRow& head) {
 
 void DocumentWriter::Update(TargetRow& head, qint64 id) {
     Saw(id);
+    TellExchangeRate(head);
     head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
 }
 
@@ -262,11 +273,13 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
 
 /// A row of goods without a code would count as free of tax.
 QString DocumentWriter::VatOf(const DocumentRow& row, const QString& ofArticle) const {
-    const bool isOfGoods = !row.article.isEmpty() && row.type != DescriptionRow && row.quantity != 0;
+    const bool isOfGoods = row.type != DescriptionRow && row.quantity != 0 && !row.IsText();
     if (!row.vatCode.isEmpty() || !isOfGoods) {
         return row.vatCode;
     }
-    if (ofArticle.isEmpty()) {
+    if (row.article.isEmpty()) {
+        m_run.Log(QStringLiteral("RIGA SENZA CODICE IVA: %1: non ha nemmeno un articolo").arg(m_run.RowKey()));
+    } else if (ofArticle.isEmpty()) {
         m_run.Log(QStringLiteral("RIGA SENZA CODICE IVA: %1: nemmeno l'articolo '%2' ne ha uno")
                       .arg(m_run.RowKey(), row.article));
     } else if (row.tellsVat) {
@@ -331,6 +344,33 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
 void DocumentWriter::Total(qint64 head) const {
     TargetRow totals(m_run, m_family.head);
     qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head, totals);
+}
+
+void SetTotals(ImportRun& run, const Family& family, qint64 head, const SourceTotals& totals) {
+    const std::array<std::pair<QString, std::optional<double>>, 4> columns{
+        {{"DTMER", totals.goods}, {"DTIMP", totals.taxable}, {"DTIVA", totals.tax}, {"DTTOT", totals.total}}};
+    const Recordset found =
+        run.GetSession().Quadrix.ExecuteWC(u"SELECT DTOMA, DTMER, DTIMP, DTIVA, DTTOT FROM " +
+                                           run.FullName(family.head) + u" WHERE " + Equals("RECORD_ID", head));
+    TargetRow target(run, family.head);
+    target.Set("DTOMA", totals.gifts);
+    QVariantMap before{{"DTOMA", found.Value("DTOMA")}};
+    QStringList others;
+    for (const auto& [column, total] : columns) {
+        if (!total) {
+            continue;
+        }
+        target.Set(column, *total);
+        before.insert(column, found.Value(column));
+        const QString ofRows = QString::number(mod_ovTools::ToDouble(found.Value(column)), 'f', 2);
+        if (const QString ofSource = QString::number(*total, 'f', 2); ofRows != ofSource) {
+            others.append(QStringLiteral("%1 %2 dalle righe, %3 nell'origine").arg(column, ofRows, ofSource));
+        }
+    }
+    if (!others.isEmpty()) {
+        run.Log(QStringLiteral("TOTALE DIVERSO: %1: %2").arg(run.RowKey(), others.join(QStringLiteral("; "))));
+    }
+    target.UpdateDerived(head, before);
 }
 
 } // namespace contract

@@ -109,6 +109,8 @@ struct DocumentRow {
 
     /// Amount of the row, less its discounts, rounded to cents.
     double Amount() const;
+    /// Whether there is nothing in it but its description: neither an article nor an amount.
+    bool IsText() const { return article.isEmpty() && Amount() == 0; }
 };
 
 /// Writes documents of a family. It knows the target, never the origin.
@@ -155,11 +157,25 @@ private:
     void SetAddress(TargetRow& row, const DocumentHead& head) const;
     QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
     QString VatOf(const DocumentRow& row, const QString& ofArticle) const;
+    void TellExchangeRate(const TargetRow& head) const;
 
     ImportRun& m_run;
     Family m_family;
     QHash<QString, Cause> m_causes;
     QSet<qint64> m_seen; ///< heads whose documents the source has
 };
+
+/// What the source says that a document comes to.
+struct SourceTotals {
+    double gifts = 0; ///< amount of the rows that are given away
+    // Without one that of the rows stays.
+    std::optional<double> goods = {};
+    std::optional<double> taxable = {};
+    std::optional<double> tax = {};
+    std::optional<double> total = {};
+};
+/// Writes them over those that follow from the rows, as they are on the paper; those that differ are logged.
+/// @param head RECORD_ID of a document whose totals have been written
+void SetTotals(ImportRun& run, const Family& family, qint64 head, const SourceTotals& totals);
 
 } // namespace contract

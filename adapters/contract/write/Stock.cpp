@@ -5,6 +5,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/noLongerThere.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -16,6 +17,9 @@ namespace contract {
 using namespace schema::defaults;
 
 namespace {
+
+const QString Movements = QStringLiteral("MOV_MAG");
+const QString NumberInYear = QStringLiteral("MMANN/MMNUM");
 
 constexpr double LeastQuantity = 0.000001; // quantities have 6 decimals
 
@@ -41,7 +45,8 @@ std::vector<TableNeed> StockNeeds() {
     return {
         {"MOV_MAG", {"MMANN", "MMNUM", "MMDAT", "MMMAG", "MMTPM", "MMSTA", "MMINV", "MMESR"}},
         {"MOV_MAR",
-         {"MRTES", "MRNUM", "MRART", "MRDES", "MRUMS", "MRQTA", "MRQTI", "MRPRZ", "MRVAL", "MRMAG", "MRTPM", "MRSTA"}}};
+         {"MRTES", "MRNUM", "MRART", "MRDES", "MRUMS", "MRQTA", "MRQTI", "MRPRZ", "MRVAL", "MRMAG", "MRTPM", "MRSTA"}},
+        {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}};
 }
 
 Emptying StockEmptying() { return Deleted({"ART_MAG", "MOV_MAR", "MOV_MAG"}); }
@@ -54,19 +59,35 @@ StockWriter::Movement& StockWriter::FindMovement(const StockLine& line) {
                : m_movements.emplace(std::pair(line.warehouse, line.sheet), ReadMovement(line)).first->second;
 }
 
+/// The module that a movement is of; empty while nobody has taken it.
+QString StockWriter::KeeperOf(const QString& code) const {
+    return modImport::GetNewCode(m_run.GetSession(), m_run.FullName(Movements), NumberInYear, code, false);
+}
+
+/// The movement of this module, else the first that is nobody's.
 StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
     Movement movement;
     Session& session = m_run.GetSession();
     const int year = session.UserManager.DataElaborazione.year();
     Recordset found = session.Quadrix.ExecuteWC(
-        u"SELECT RECORD_ID, MMNUM FROM " + m_run.FullName("MOV_MAG") + u" WHERE " + Equals("MMANN", year) + u" AND " +
+        u"SELECT RECORD_ID, MMNUM FROM " + m_run.FullName(Movements) + u" WHERE " + Equals("MMANN", year) + u" AND " +
         Equals(session, "MMMAG", line.warehouse) + u" AND MMINV = 1 AND COALESCE(MMLAM, 0) = " +
         QString::number(line.sheet ? 1 : 0) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
-    if (!found.Eof()) {
+    for (; !found.Eof() && !movement.isKept; found.MoveNext()) {
         const qint64 number = found.Fields(1).Value().toLongLong();
-        movement = {.id = found.Fields(0).Value().toLongLong(), .wasThere = true};
-        movement.name = QStringLiteral("movimento %1/%2").arg(number).arg(year);
-        found.Close();
+        const QString code = QStringLiteral("%1/%2").arg(year).arg(number);
+        const QString keeper = KeeperOf(code);
+        const bool isOurs = keeper == m_run.Module();
+        if (isOurs || (keeper.isEmpty() && movement.id == 0)) {
+            movement = {.id = found.Fields(0).Value().toLongLong(),
+                        .code = code,
+                        .name = QStringLiteral("movimento %1/%2").arg(number).arg(year),
+                        .wasThere = true,
+                        .isKept = isOurs};
+        }
+    }
+    found.Close();
+    if (movement.wasThere) {
         movement.last = session.Quadrix.ExecuteCommand("SELECT MAX(MRNUM) FROM " + m_run.FullName("MOV_MAR") +
                                                        " WHERE " + Equals("MRTES", movement.id));
         movement.lastBefore = movement.last;
@@ -77,10 +98,11 @@ StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
 void StockWriter::InsertMovement(Movement& movement, const StockLine& line) {
     Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
-    TargetRow row(m_run, "MOV_MAG");
+    TargetRow row(m_run, Movements);
     row.Set("MMANN", today.year());
     const QString year = QStringLiteral("WHERE ") + Equals("MMANN", today.year());
-    row.Set("MMNUM", session.Quadrix.GetMaxValue("MOV_MAG", "MMNUM", year).toLongLong() + 1);
+    const qint64 number = session.Quadrix.GetMaxValue(Movements, "MMNUM", year).toLongLong() + 1;
+    row.Set("MMNUM", number);
     row.Set("MMDAT", today);
     row.Set("MMMAG", line.warehouse);
     row.Set("MMTPM", LoadMovement);
@@ -92,7 +114,16 @@ void StockWriter::InsertMovement(Movement& movement, const StockLine& line) {
     }
     row.Insert();
     m_run.Restores(movement);
-    movement.id = m_run.LastId("MOV_MAG");
+    movement.id = m_run.LastId(Movements);
+    movement.code = QStringLiteral("%1/%2").arg(today.year()).arg(number);
+}
+
+/// Has SYS_IMP say that the movement is of this module, also in place of what it says of one of that number that is
+/// gone.
+void StockWriter::Keep(Movement& movement) {
+    m_run.Restores(movement.isKept);
+    StoreNewCode(m_run, m_run.FullName(Movements), NumberInYear, movement.code, m_run.Module());
+    movement.isKept = true;
 }
 
 /// The rows of a movement that may be of that balance and are still to be rewritten: several may be alike.
@@ -161,6 +192,9 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     }
     if (movement.id == 0) {
         InsertMovement(movement, line);
+    }
+    if (!movement.isKept) {
+        Keep(movement);
     }
     const double price = mod_ovTools::ToDouble(line.price.isNull() ? found.Value("ARCOS") : line.price);
     TargetRow row(m_run, "MOV_MAR");

@@ -31,9 +31,10 @@ struct StockLine {
     double width = 0;    ///< of the sheet, mm
 };
 
-/// Writes opening balances: one load movement for each warehouse (and one more for its sheets) and year, with a row for
-/// each balance. What an earlier import wrote in the year is found and rewritten. It knows the target, never the
-/// origin. Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
+/// Writes opening balances: one load movement for each module, warehouse (and one more for its sheets) and year, with a
+/// row for each balance. What an earlier import of the module wrote in the year is found and rewritten: SYS_IMP keeps
+/// whose a movement is, and one that is nobody's yet is taken. It knows the target, never the origin. Every operation
+/// raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class StockWriter {
 public:
     explicit StockWriter(ImportRun& run)
@@ -55,12 +56,14 @@ public:
 private:
     struct Movement {
         qint64 id = 0;
+        QString code = {};           ///< "2024/1", for SYS_IMP
         QString name = {};           ///< in the operator's words
         qint64 last = 0;             ///< number of its last row
         qint64 lastBefore = 0;       ///< the same, before this run
         QSet<qint64> rewritten = {}; ///< of its rows that were there
         QSet<bool> offcuts = {};     ///< whether offcuts and whether others have been written
         bool wasThere = false;
+        bool isKept = false; ///< SYS_IMP says that it is of this module
     };
     /// A row that an earlier import has written.
     struct Known {
@@ -71,7 +74,9 @@ private:
     /// The movement that a line belongs to, of this run or an earlier one; with id 0 when there is none.
     Movement& FindMovement(const StockLine& line);
     Movement ReadMovement(const StockLine& line) const;
+    QString KeeperOf(const QString& code) const;
     void InsertMovement(Movement& movement, const StockLine& line);
+    void Keep(Movement& movement);
     Known FindKnown(const StockLine& line);
     std::vector<Known> FindRows(const Movement& movement, const StockLine& line) const;
 

@@ -66,21 +66,6 @@ Rule WholeName() {
             }};
 }
 
-/// A draft is still to be delivered, as is a document with a row that is not delivered.
-Rule State() {
-    return {"da consegnare finché è una bozza o ha una riga non evasa; altrimenti chiuso",
-            [](const RuleInput& input) -> RuleValue {
-                const ovConnection& source = input.session.SourceConnection();
-                const qint64 open = input.session.SourceConnection().ExecuteCommand(
-                    "SELECT COUNT(*) FROM DORig\rWHERE Id_DOTes = " + LiteralOf(source, input.row.Value("Id_DOTes")) +
-                    " AND COALESCE(Evasa, 0) = 0");
-                const bool draft = !mod_ovTools::ToBoolean(input.row.Value("Esecutivo"));
-                return draft || open > 0 ? schema::defaults::ToDeliver : schema::defaults::Closed;
-            },
-            Side::Both,
-            {{Righe, {"Id_DOTes", "Evasa"}}}};
-}
-
 /// A rate of zero is none: the document is in euro.
 Rule ExchangeRate() {
     return {"com'è, 1 se è zero o vuoto", [](const RuleInput& input) {
@@ -92,6 +77,37 @@ Rule ExchangeRate() {
 /// Rows that only refer to another document, and rows without an article, are texts.
 bool IsText(const SourceRow& row) {
     return row.IsBlank("Cd_AR") || row.Text("TipoRigaRif").compare(u"R", Qt::CaseInsensitive) == 0;
+}
+
+/// Whether a document has a row that is not delivered: one of goods or, where there are only texts, any.
+bool HasOpenRow(Session& session, const QVariant& document) {
+    ovConnection& source = session.SourceConnection();
+    Recordset rows = source.ExecuteWC("SELECT Cd_AR, TipoRigaRif, Evasa FROM DORig\rWHERE Id_DOTes = " +
+                                      LiteralOf(source, document));
+    bool hasGoods = false;
+    bool hasOpenText = false;
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const bool isOpen = !mod_ovTools::ToBoolean(row.Value("Evasa"));
+        const bool isText = IsText(row);
+        if (isOpen && !isText) {
+            return true;
+        }
+        hasGoods = hasGoods || !isText;
+        hasOpenText = hasOpenText || (isOpen && isText);
+    }
+    return hasOpenText && !hasGoods;
+}
+
+/// A draft is still to be delivered, as is a document with a row that is not delivered.
+Rule State() {
+    return {"da consegnare finché è una bozza o ha una riga non evasa, i testi a parte; altrimenti chiuso",
+            [](const RuleInput& input) -> RuleValue {
+                const bool draft = !mod_ovTools::ToBoolean(input.row.Value("Esecutivo"));
+                return draft || HasOpenRow(input.session, input.row.Value("Id_DOTes")) ? schema::defaults::ToDeliver
+                                                                                       : schema::defaults::Closed;
+            },
+            Side::Both,
+            {{Righe, {"Id_DOTes", "Cd_AR", "TipoRigaRif", "Evasa"}}}};
 }
 
 Rule TypeOfRow() {

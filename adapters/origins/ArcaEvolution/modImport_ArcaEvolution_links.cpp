@@ -145,15 +145,14 @@ void RowsUnderWay::SetTotals(const SourceRow& head, const WrittenDocument& docum
     Session& session = m_run.GetSession();
     const Recordset found = session.SourceConnection().ExecuteWC(
         "SELECT * FROM DOTotali\rWHERE Id_DOTes = " + LiteralOf(session.SourceConnection(), head.Value("Id_DOTes")));
-    TargetRow target(m_run, document.family.head);
-    target.Set("DTOMA", m_gifts);
+    SourceTotals totals{.gifts = m_gifts};
     if (document.rowsLeft == 0 && !found.Eof()) {
-        const SourceRow totals(found);
-        target.Set("DTIMP", NumberOf(totals, "TotImponibileV"));
-        target.Set("DTIVA", NumberOf(totals, "TotImpostaV"));
-        target.Set("DTTOT", NumberOf(totals, "TotDocumentoV"));
+        const SourceRow row(found);
+        totals.taxable = NumberOf(row, "TotImponibileV");
+        totals.tax = NumberOf(row, "TotImpostaV");
+        totals.total = NumberOf(row, "TotDocumentoV");
     }
-    target.Update("WHERE " + Equals("RECORD_ID", document.id));
+    contract::SetTotals(m_run, document.family, document.id, totals);
 }
 
 void RowsUnderWay::LinkRest() {

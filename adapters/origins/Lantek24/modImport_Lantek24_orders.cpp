@@ -8,6 +8,8 @@
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -21,12 +23,13 @@ namespace {
 
 const QString ManufacturingOrders = QStringLiteral("MMNN_MMOO_00000100");
 const QString Operations = QStringLiteral("MMNN_MMOO_00000300");
+const QString OrderKey = QStringLiteral("MnORef");
 const QString OperationKey = QStringLiteral("MnORef, OOrder");
 
 // --- Production orders --------------------------------------------------------------------------------------------
 
 QString OperationsOf(const ImportRun& run, const SourceRow& order) {
-    return "SELECT * FROM " + Operations + "\rWHERE MnORef = " + run.Quoted(order.Text("MnORef")) + "\rORDER BY OOrder";
+    return "SELECT * FROM " + Operations + "\rWHERE MnORef = " + run.Quoted(order.Text(OrderKey)) + "\rORDER BY OOrder";
 }
 
 /// An operation is over when it has an end.
@@ -52,13 +55,6 @@ OrderFacts FactsOf(ImportRun& run, const SourceRow& order) {
     return facts;
 }
 
-/// An order has no code of its own in Quadrix: bill, day and quantity tell it apart from others.
-using OrderIdentity = std::tuple<qint64, qint64, double>;
-
-OrderIdentity IdentityOf(qint64 bill, const OrderFacts& facts) {
-    return {bill, facts.day.isNull() ? 0 : facts.day.toDateTime().toMSecsSinceEpoch(), facts.quantity};
-}
-
 QString StateOf(bool over) { return over ? schema::defaults::Closed : schema::defaults::ToDeliver; }
 
 class OrderImporter final : public Importer {
@@ -71,18 +67,26 @@ public:
     RowOutcome Row(const SourceRow& row) override;
     bool End() override {
         m_bills.LinkSubAssemblies();
+        TellOrdersLeft();
         return true;
     }
 
 private:
     qint64 BillOf(const QString& product);
-    qint64 FindOrder(qint64 bill, const OrderFacts& facts);
+    QString ImportedOrders() const;
+    void ReadKept();
+    qint64 KeptOrder(const QString& code, qint64 bill);
+    qint64 OrderOfBefore(qint64 bill, const OrderFacts& facts);
+    void WriteOrder(const SourceRow& row, qint64 bill, const OrderFacts& facts, qint64& order);
     void WriteOperation(const SourceRow& row, qint64 order, int sequence);
+    void TellOrdersLeft();
 
     ImportRun& m_run;
     BillWriter m_bills;
-    QHash<QString, qint64> m_billIds;      ///< of this run, by product
-    QMap<OrderIdentity, qint64> m_written; ///< last of the orders of this run that are alike
+    QHash<QString, qint64> m_billIds;              ///< of this run, by product
+    std::optional<QMap<qint64, QString>> m_kept{}; ///< what SYS_IMP said before this run: RECORD_ID, MnORef
+    QSet<QString> m_met;                           ///< MnORef of the rows of this run
+    QSet<qint64> m_written;                        ///< orders of this run
 };
 
 /// The bill of a product, written once in a run; 0 when its article is not there.
@@ -96,16 +100,75 @@ qint64 OrderImporter::BillOf(const QString& product) {
     return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
 }
 
-/// The order that an earlier import has written; 0 when there is none. Those alike are taken one after the other, in
-/// the order in which they were written: a run that comes again finds each where it was.
-qint64 OrderImporter::FindOrder(qint64 bill, const OrderFacts& facts) {
+/// The condition on orders that an import has written.
+QString OrderImporter::ImportedOrders() const {
+    const Session& session = m_run.GetSession();
+    return Equals(session, "OPTPD", schema::defaults::OrderOfBill) + " AND " + OfImports(session);
+}
+
+/// An order has no code of its own in Quadrix: SYS_IMP keeps which one that of the source has become.
+void OrderImporter::ReadKept() {
     Session& session = m_run.GetSession();
-    const Provider provider = session.Quadrix.ProviderType;
-    return session.Quadrix.ExecuteCommand(
-        "SELECT MIN(RECORD_ID) FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " +
-        Equals(session, "OPTPD", schema::defaults::OrderOfBill) + " AND " + OnDay(session, "OPDAT", facts.day) +
-        " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, provider) + " AND " +
-        OfImports(session) + " AND RECORD_ID > " + QString::number(m_written.value(IdentityOf(bill, facts))));
+    m_kept.emplace();
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT TBOLD, TBNEW FROM SYS_IMP WHERE " +
+                                               Equals(session, "TBNAM", m_run.FullName("ORD_PRO")) + " AND " +
+                                               Equals(session, "TBFLD", OrderKey));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        m_kept->insert(row.Text("TBNEW").toLongLong(), row.Text("TBOLD"));
+    }
+}
+
+/// The order that an earlier import has made of one of the source; 0 when it is gone: its number may be another's then.
+qint64 OrderImporter::KeptOrder(const QString& code, qint64 bill) {
+    const qint64 id =
+        modImport::GetNewCode(m_run.GetSession(), m_run.FullName("ORD_PRO"), OrderKey, code, false).toLongLong();
+    if (id == 0 || m_written.contains(id)) {
+        return 0;
+    }
+    return IdWhere(m_run.GetSession(), "ORD_PRO",
+                   Equals("RECORD_ID", id) + " AND (" + Equals("OPIDD", bill) +
+                       " OR OPIDD NOT IN (SELECT RECORD_ID FROM " + m_run.FullName("DIS_BAS") + ")) AND " +
+                       ImportedOrders());
+}
+
+/// One that an earlier import has written while SYS_IMP kept none: bill, day and quantity tell it apart from others, of
+/// which those alike are taken in the order in which they were written. 0 when there is none.
+qint64 OrderImporter::OrderOfBefore(qint64 bill, const OrderFacts& facts) {
+    Session& session = m_run.GetSession();
+    Recordset rows = session.Quadrix.ExecuteWC(
+        "SELECT RECORD_ID FROM " + m_run.FullName("ORD_PRO") + " WHERE " + Equals("OPIDD", bill) + " AND " +
+        OnDay(session, "OPDAT", facts.day) +
+        " AND OPQTA = " + mod_ovTools::FormatSqlValue(facts.quantity, DataType::Double, session.Quadrix.ProviderType) +
+        " AND " + ImportedOrders() + " ORDER BY RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const qint64 id = rows.Fields(0).Value().toLongLong();
+        if (!m_kept->contains(id) && !m_written.contains(id)) {
+            return id;
+        }
+    }
+    return 0;
+}
+
+/// @param order RECORD_ID of the one that is known; 0: it is inserted, and gets its own
+void OrderImporter::WriteOrder(const SourceRow& row, qint64 bill, const OrderFacts& facts, qint64& order) {
+    TargetRow target(m_run, "ORD_PRO");
+    target.Set("OPDAT", facts.day);
+    target.Set("OPDTC", facts.due);
+    target.Set("OPQTA", facts.quantity);
+    target.Set("OPSTA", StateOf(facts.over));
+    target.Set("OPTPD", schema::defaults::OrderOfBill);
+    target.Set("OPIDD", bill);
+    if (order != 0) {
+        target.Update("WHERE " + Equals("RECORD_ID", order));
+    } else {
+        target.Insert();
+        order = m_run.LastId("ORD_PRO");
+    }
+    m_run.Remember(m_written, order);
+    const QString code = row.Text(OrderKey);
+    if (m_kept->value(order) != code) {
+        StoreNewCode(m_run, m_run.FullName("ORD_PRO"), OrderKey, code, QString::number(order));
+    }
 }
 
 void OrderImporter::WriteOperation(const SourceRow& row, qint64 order, int sequence) {
@@ -127,40 +190,58 @@ void OrderImporter::WriteOperation(const SourceRow& row, qint64 order, int seque
 }
 
 RowOutcome OrderImporter::Row(const SourceRow& row) {
-    Session& session = m_run.GetSession();
+    if (!m_kept) {
+        ReadKept();
+    }
+    m_run.Remember(m_met, row.Text(OrderKey));
     const qint64 bill = BillOf(row.Text("PrdRef"));
     if (bill == 0) {
         return FillsCodes(m_run) ? SkipGone(m_run) : m_run.Skip(ArticleMissing);
     }
     const OrderFacts facts = FactsOf(m_run, row);
-    qint64 order = FindOrder(bill, facts);
+    qint64 order = KeptOrder(row.Text(OrderKey), bill);
+    order = order != 0 ? order : OrderOfBefore(bill, facts);
     const bool known = order != 0;
     if (!known && FillsCodes(m_run)) {
         return SkipGone(m_run);
     }
-    TargetRow target(m_run, "ORD_PRO");
-    target.Set("OPDAT", facts.day);
-    target.Set("OPDTC", facts.due);
-    target.Set("OPQTA", facts.quantity);
-    target.Set("OPSTA", StateOf(facts.over));
-    target.Set("OPTPD", schema::defaults::OrderOfBill);
-    target.Set("OPIDD", bill);
-    if (known) {
-        target.Update("WHERE " + Equals("RECORD_ID", order));
-    } else {
-        target.Insert();
-        order = m_run.LastId("ORD_PRO");
-    }
+    WriteOrder(row, bill, facts, order);
     int sequence = 0;
-    ForEachChild(session, OperationsOf(m_run, row), Operations, OperationKey, [&](const SourceRow& operation) {
-        sequence = NumberBehind(m_run, sequence, WholeNumberOf(operation, "OOrder"), cam::OperationStep,
-                                [&operation] { return NameOf(operation, Operations, OperationKey); });
-        WriteOperation(operation, order, sequence);
-    });
-    qint64& last = m_written[IdentityOf(bill, facts)];
-    m_run.Restores(last);
-    last = order;
+    ForEachChild(m_run.GetSession(), OperationsOf(m_run, row), Operations, OperationKey,
+                 [&](const SourceRow& operation) {
+                     sequence = NumberBehind(m_run, sequence, WholeNumberOf(operation, "OOrder"), cam::OperationStep,
+                                             [&operation] { return NameOf(operation, Operations, OperationKey); });
+                     WriteOperation(operation, order, sequence);
+                 });
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
+}
+
+/// Tells the orders of earlier imports whose order the source has no more. One that SYS_IMP does not keep is told where
+/// this run has met its bill.
+void OrderImporter::TellOrdersLeft() {
+    if (m_run.IsPart() || !m_kept) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    const QSet<qint64> bills(m_billIds.cbegin(), m_billIds.cend());
+    Recordset rows = session.Quadrix.ExecuteWC(
+        "SELECT O.RECORD_ID, O.OPIDD, O.OPDAT, O.OPQTA, D.DBART FROM " + m_run.FullName("ORD_PRO") + " O LEFT JOIN " +
+        m_run.FullName("DIS_BAS") + " D ON D.RECORD_ID = O.OPIDD WHERE " +
+        Equals(session, "O.OPTPD", schema::defaults::OrderOfBill) + " AND " +
+        Equals(session, "O.USINS", schema::defaults::ImportUser) + " ORDER BY O.RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const qint64 id = row.Value("RECORD_ID").toLongLong();
+        const QString code = m_kept->value(id);
+        const bool isTheirs = code.isEmpty() ? bills.contains(row.Value("OPIDD").toLongLong()) : !m_met.contains(code);
+        if (isTheirs && !m_written.contains(id)) {
+            TellNotMetAgain(m_run, QStringLiteral("ORDINI DI PRODUZIONE"),
+                            QStringLiteral("%1'%2' del %3, quantità %4")
+                                .arg(code.isEmpty() ? QString() : code + QStringLiteral(" di "), row.Text("DBART"),
+                                     row.Value("OPDAT").toDate().toString(QStringLiteral("dd/MM/yyyy")),
+                                     mod_ovTools::NumberText(NumberOf(row, "OPQTA"))),
+                            1);
+        }
+    }
 }
 
 } // namespace
@@ -171,11 +252,12 @@ ImportPart OrdiniProduzione() {
         {{ManufacturingOrders, {"PrdRef"}},
          {Operations, {"MnORef", "OOrder", "WrkRef", "OprRef", "Quantity", "MQ", "CDate", "RDate", "EDate"}}},
         {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPTPD", "OPIDD"}},
-         {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}}}};
+         {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}},
+         {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}}};
     return {.step = "Ordini di produzione",
             .source = {.table = ManufacturingOrders,
-                       .key = "MnORef",
-                       .order = "MnORef",
+                       .key = OrderKey,
+                       .order = OrderKey,
                        .where = "(DIS_IsQuote = 0 OR DIS_IsQuote IS NULL)",
                        .naming = "MnORef, PrdRef"},
             .needs = CamBillNeeds() + own,

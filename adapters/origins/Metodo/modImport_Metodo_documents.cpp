@@ -1,7 +1,7 @@
 // Documents of Metodo: TESTEDOCUMENTI with the parameters of their type (PARAMETRIDOC), RIGHEDOCUMENTI. The cause of a
-// document is what SYS_IMP has for its type. A row knows the one that it was made from (IDTESTARP, IDRIGARP). Totals
-// follow from the rows, which keep the amounts of the source: those in euro, so that a document in another currency is
-// one in euro here, and the log tells it.
+// document is what SYS_IMP has for its type. A row knows the one that it was made from (IDTESTARP, IDRIGARP). Rows and
+// totals are those of the source in euro, so that a document in another currency is one in euro here, and the log tells
+// it; where a release does not have the totals they follow from the rows.
 
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
@@ -166,15 +166,52 @@ void LinkMade(ImportRun& run, const SourceRow& row) {
     }
 }
 
-HeadHooks LinksOf(ImportRun& run) {
-    return {.rowWritten = [&run](const SourceRow& row, const WrittenRow& /*written*/) {
-        if (run.IsPart()) {
-            LinkMade(run, row);
-        }
-    }};
+// --- Documents ----------------------------------------------------------------------------------------------------
+
+/// Totals that some releases have, of the document as it is on the paper.
+const QStringList& TotalColumns() {
+    static const QStringList columns{"TOTMERCEEURO", "TOTIMPONIBILEEURO", "TOTIMPOSTAEURO", "TOTDOCUMENTOEURO"};
+    return columns;
 }
 
-// --- Documents ----------------------------------------------------------------------------------------------------
+/// The amount of a row that is given away.
+double GiftOf(const SourceRow& row, const WrittenRow& written) {
+    if (row.Text("TIPORIGA").compare(u"O", Qt::CaseInsensitive) != 0) {
+        return 0;
+    }
+    return row.IsBlank("TOTNETTORIGAEURO") ? written.values.Amount() : NumberOf(row, "TOTNETTORIGAEURO");
+}
+
+/// Rows that the source has no more are in none of its totals.
+SourceTotals TotalsOf(const SourceRow& head, const WrittenDocument& document, double gifts) {
+    const auto total = [&](qsizetype place) -> std::optional<double> {
+        const QString& column = TotalColumns().at(place);
+        return document.rowsLeft > 0 || head.IsBlank(column) ? std::nullopt : std::optional(NumberOf(head, column));
+    };
+    return {.gifts = gifts, .goods = total(0), .taxable = total(1), .tax = total(2), .total = total(3)};
+}
+
+HeadHooks HooksOf(ImportRun& run) {
+    const auto gifts = std::make_shared<double>(); // of the document under way
+    return {
+        .complete =
+            [&run, gifts](const SourceRow& /*source*/, const DocumentHead& head) {
+                *gifts = 0;
+                return OfSeries(run.GetSession(), head.series);
+            },
+        .rowWritten =
+            [&run, gifts](const SourceRow& row, const WrittenRow& written) {
+                *gifts += GiftOf(row, written);
+                if (run.IsPart()) {
+                    LinkMade(run, row);
+                }
+            },
+        .documentWritten =
+            [&run, gifts](const SourceRow& head, const WrittenDocument& document) {
+                SetTotals(run, document.family, document.id, TotalsOf(head, document, *gifts));
+            },
+    };
+}
 
 /// A row that is closed has been delivered.
 void CompleteRow(ImportRun& run, const SourceRow& row, TargetRow& target) {
@@ -273,12 +310,15 @@ Documents DocumentsOf(const std::function<QString(ImportRun&)>& which) {
             },
         .moreOfHead = TellCurrency,
         .moreOfRow = CompleteRow,
-        .ofHeads = LinksOf,
+        .ofHeads = HooksOf,
         .further = {{},
                     std::vector<TableNeed>{{Righe, {"IDRIGA", "IDTESTARP", "IDRIGARP"}, {"RIGACHIUSA"}},
-                                           {Teste, {}, {"CODCAMBIO", "VALCAMBIO"}}} +
+                                           {Teste, {}, QStringList{"CODCAMBIO", "VALCAMBIO"} + TotalColumns()}} +
                         DocumentCurrency().Reads(),
-                    {{"DOC_VER", {"DRSTA"}}, {"DOC_ACR", {"DRSTA"}}}}, // DRORI: the links of Origins
+                    {{"DOC_VEN", {"DTOMA"}},
+                     {"DOC_ACQ", {"DTOMA"}},
+                     {"DOC_VER", {"DRSTA"}},
+                     {"DOC_ACR", {"DRSTA"}}}}, // DRORI: the links of Origins
     };
 }
 

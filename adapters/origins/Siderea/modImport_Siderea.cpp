@@ -38,7 +38,17 @@ double LeftOf(const SourceRow& row) {
                                            : NumberOf(row, "Quantita residua");
 }
 
-QString Delivered(const SourceRow& row) { return LeftOf(row) <= 0 ? QStringLiteral("riga già evasa") : QString(); }
+/// Rows of which nothing is left stay behind, and so do returns, of which less than nothing is ordered.
+QString Delivered(const SourceRow& row) {
+    const double left = LeftOf(row);
+    if (left > 0) {
+        return {};
+    }
+    return left < 0 && NumberOf(row, "Quantita ordinata") < 0 ? QStringLiteral("riga di reso, con quantità negativa")
+                                                              : QStringLiteral("riga già evasa");
+}
+
+Rule OwnArticle() { return ArticleCode("ART_ICO", "CDART"); }
 
 /// The counterparty that SYS_IMP tells for the code, else the one that was imported from it.
 Rule Party() {
@@ -92,6 +102,17 @@ Rule EarliestDay() {
             Side::Both, OfOrder.OwnNeeds(Sheet).reads};
 }
 
+/// Where DOC_CheckArticoli leaves a row whose article is missing, it is a text.
+Rule TypeOfRow() {
+    return {"descrittiva se il suo articolo non è in Quadrix, o se non ha né articolo né importo; altrimenti normale",
+            [article = OwnArticle().apply](const RuleInput& input) -> RuleValue {
+                const auto code = article(input);
+                const QString text = code ? code->toString() : QString();
+                const bool isMissing = !text.isEmpty() && !IsThere(input.session, "ART_ICO", "CDART", text);
+                return isMissing ? RuleValue(schema::defaults::DescriptionRow) : RuleValue();
+            }};
+}
+
 Rule State() {
     return {"\"PE\" se qualcosa è già consegnato, altrimenti \"PV\"", [](const RuleInput& input) {
                 return RuleValue(NumberOf(input.row, input.columns.first()) > 0 ? schema::defaults::PartlyDelivered
@@ -136,7 +157,8 @@ Documents OrdiniAperti() {
         .row =
             {
                 .number = {"Riga", NumberOfRow()},
-                .article = {"Articolo", ArticleCode("ART_ICO", "CDART")},
+                .article = {"Articolo", OwnArticle()},
+                .type = {"Articolo", TypeOfRow()},
                 .description = "Descrizione",
                 .unit = {"U.M.", Unit(Sheet, "U.M.", "")},
                 .quantity = "Quantita ordinata",

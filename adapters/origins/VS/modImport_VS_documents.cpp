@@ -35,10 +35,17 @@ Rule Counterparty(bool customer) {
             Side::Both, RegisterReads(customer)};
 }
 
-/// Rows that are delivered in full stay behind; a text has no quantity and comes along.
+/// Rows that are delivered in full stay behind, and so do returns, of which less than nothing is ordered; a text, which
+/// has no amount, comes along.
 QString LeftOut(const SourceRow& row) {
-    const bool isDelivered = !row.IsBlank("COD_ARTICOLO") && NumberOf(row, "QTA_EVASA") >= NumberOf(row, "QTA");
-    return isDelivered ? QStringLiteral("riga già consegnata") : QString();
+    const double ordered = NumberOf(row, "QTA");
+    const double delivered = NumberOf(row, "QTA_EVASA");
+    const bool isText = row.IsBlank("COD_ARTICOLO") && (ordered == 0 || NumberOf(row, "PREZZO") == 0);
+    if (isText || delivered < ordered) {
+        return {};
+    }
+    return ordered < 0 && delivered > ordered ? QStringLiteral("riga di reso, con quantità negativa")
+                                              : QStringLiteral("riga già consegnata");
 }
 
 Documents OrdersOf(const Orders& orders) {
