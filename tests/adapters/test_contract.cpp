@@ -261,7 +261,8 @@ private slots:
         Recordset lists = fixture.Target().Db().ExecuteWC("SELECT DISTINCT TBNAM, TBFLD FROM SYS_IMP");
         for (; !lists.Eof(); lists.MoveNext()) {
             const QString list = ListKey(lists.Fields(0).Value().toString(), lists.Fields(1).Value().toString());
-            QVERIFY2(DeclaredLists().contains(list), // else nobody can translate its codes by name
+            const bool isOfCompany = list.startsWith("X01_");       // what the imports of one keep for themselves
+            QVERIFY2(isOfCompany || DeclaredLists().contains(list), // else nobody can translate its codes by name
                      qPrintable(list + " is no list of codes that a procedure declares"));
         }
     }
