@@ -19,7 +19,7 @@ public:
 
     /// @param table null for none
     void Show(const inspection::Table* table);
-    /// The conditions that were typed and not written, each with its table: "ARCLFR: SOCIETA = '01'".
+    /// The conditions that were typed and not written, each behind its table and a colon.
     QStringList Unwritten() const;
 
 signals:

@@ -23,13 +23,14 @@ namespace {
 
 const QString ManufacturingOrders = QStringLiteral("MMNN_MMOO_00000100");
 const QString Operations = QStringLiteral("MMNN_MMOO_00000300");
-const QString OrderKey = QStringLiteral("MnORef");
+const QString OrderNumber = QStringLiteral("MnORef");
 const QString OperationKey = QStringLiteral("MnORef, OOrder");
 
 // --- Production orders --------------------------------------------------------------------------------------------
 
 QString OperationsOf(const ImportRun& run, const SourceRow& order) {
-    return "SELECT * FROM " + Operations + "\rWHERE MnORef = " + run.Quoted(order.Text(OrderKey)) + "\rORDER BY OOrder";
+    return "SELECT * FROM " + Operations + "\rWHERE MnORef = " + run.Quoted(order.Text(OrderNumber)) +
+           "\rORDER BY OOrder";
 }
 
 /// An operation is over when it has an end.
@@ -112,7 +113,7 @@ void OrderImporter::ReadKept() {
     m_kept.emplace();
     Recordset rows = session.Quadrix.ExecuteWC("SELECT TBOLD, TBNEW FROM SYS_IMP WHERE " +
                                                Equals(session, "TBNAM", m_run.FullName("ORD_PRO")) + " AND " +
-                                               Equals(session, "TBFLD", OrderKey));
+                                               Equals(session, "TBFLD", OrderNumber));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         m_kept->insert(row.Text("TBNEW").toLongLong(), row.Text("TBOLD"));
     }
@@ -121,7 +122,7 @@ void OrderImporter::ReadKept() {
 /// The order that an earlier import has made of one of the source; 0 when it is gone: its number may be another's then.
 qint64 OrderImporter::KeptOrder(const QString& code, qint64 bill) {
     const qint64 id =
-        modImport::GetNewCode(m_run.GetSession(), m_run.FullName("ORD_PRO"), OrderKey, code, false).toLongLong();
+        modImport::GetNewCode(m_run.GetSession(), m_run.FullName("ORD_PRO"), OrderNumber, code, false).toLongLong();
     if (id == 0 || m_written.contains(id)) {
         return 0;
     }
@@ -165,9 +166,9 @@ void OrderImporter::WriteOrder(const SourceRow& row, qint64 bill, const OrderFac
         order = m_run.LastId("ORD_PRO");
     }
     m_run.Remember(m_written, order);
-    const QString code = row.Text(OrderKey);
+    const QString code = row.Text(OrderNumber);
     if (m_kept->value(order) != code) {
-        StoreNewCode(m_run, m_run.FullName("ORD_PRO"), OrderKey, code, QString::number(order));
+        StoreNewCode(m_run, m_run.FullName("ORD_PRO"), OrderNumber, code, QString::number(order));
     }
 }
 
@@ -193,13 +194,13 @@ RowOutcome OrderImporter::Row(const SourceRow& row) {
     if (!m_kept) {
         ReadKept();
     }
-    m_run.Remember(m_met, row.Text(OrderKey));
+    m_run.Remember(m_met, row.Text(OrderNumber));
     const qint64 bill = BillOf(row.Text("PrdRef"));
     if (bill == 0) {
         return FillsCodes(m_run) ? SkipGone(m_run) : m_run.Skip(ArticleMissing);
     }
     const OrderFacts facts = FactsOf(m_run, row);
-    qint64 order = KeptOrder(row.Text(OrderKey), bill);
+    qint64 order = KeptOrder(row.Text(OrderNumber), bill);
     order = order != 0 ? order : OrderOfBefore(bill, facts);
     const bool known = order != 0;
     if (!known && FillsCodes(m_run)) {
@@ -256,8 +257,8 @@ ImportPart OrdiniProduzione() {
          {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}}};
     return {.step = "Ordini di produzione",
             .source = {.table = ManufacturingOrders,
-                       .key = OrderKey,
-                       .order = OrderKey,
+                       .key = OrderNumber,
+                       .order = OrderNumber,
                        .where = "(DIS_IsQuote = 0 OR DIS_IsQuote IS NULL)",
                        .naming = "MnORef, PrdRef"},
             .needs = CamBillNeeds() + own,
