@@ -1,6 +1,7 @@
 #include "ui/frmHistory.h"
 
 #include "app/history/compare.h"
+#include "app/history/mayUndo.h"
 #include "app/history/rejects.h"
 #include "app/history/runTexts.h"
 #include "app/history/undo.h"

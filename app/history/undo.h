@@ -37,8 +37,6 @@ UndoResult Undo(Session& session, const History& history, qint64 run);
 /// @param isTrial everything is put back at the end
 UndoResult UndoAlone(Session& session, const History& history, qint64 run, bool isTrial);
 
-/// Whether there may be something to take back.
-bool CanUndo(const Run& run);
 /// What was done, or would be, for the operator: one line each.
 QStringList LinesOf(const UndoResult& result);
 

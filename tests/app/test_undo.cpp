@@ -1,5 +1,6 @@
 #include "adapters/registry.h"
 #include "app/history/keptChanges.h"
+#include "app/history/mayUndo.h"
 #include "app/history/Recorder.h"
 #include "app/history/undo.h"
 #include "sql/Transaction.h"
