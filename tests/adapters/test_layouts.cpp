@@ -212,8 +212,7 @@ private slots:
     void AHeadReadByItsKeyTakesConstantsAlone() {
         const contract::Origin& origin = *FixtureOrigins().value("modImport_Gescom");
         Fixture fixture(FixtureFolder("modImport_Gescom"), origin);
-        const QString line = *std::find_if(fixture.Lines().begin(), fixture.Lines().end(),
-                                           [](const QString& each) { return each.startsWith("ImportDistint"); });
+        const QString line = fixture.Lines().filter("ImportDistint").constFirst();
         fixture.WriteLayout("[AGGIUNTE]\nDIS_BAS.DBOBS=DISBAS.PADISBAS\n");
         QVERIFY_THROWS_EXCEPTION(ImportError, fixture.RunLine(line));
         fixture.WriteLayout("[AGGIUNTE]\nDIS_BAS.DBOBS=costante:x\n");
