@@ -89,7 +89,7 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
     for (const QString& table : QStringList{m_key.table} + tables) {
         for (const QVariant& value : values.value(table)) {
             const QString text = TextOf(value);
-            if (text.isEmpty() || companies.contains(text)) {
+            if (text.isEmpty() || companies.contains(text, Qt::CaseInsensitive)) {
                 continue;
             }
             companies.append(text);
@@ -107,7 +107,8 @@ QString SourceCompany::TakeByColumn(ovConnection& source, sources::Layout& layou
             CountNameless(source, table, column, values.value(table));
             QStringList literals{LiteralOf(source, company)};
             for (const QVariant& value : values.value(table)) {
-                const bool isTaken = TextOf(value).isEmpty() ? m_takesNameless : TextOf(value) == m_taken;
+                const QString text = TextOf(value);
+                const bool isTaken = text.isEmpty() ? m_takesNameless : text.compare(m_taken, Qt::CaseInsensitive) == 0;
                 if (const QString literal = LiteralOf(source, value); isTaken && !literals.contains(literal)) {
                     literals.append(literal);
                 }
