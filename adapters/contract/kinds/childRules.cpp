@@ -38,12 +38,6 @@ Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& colum
             rule.side, ReadsOf(parent, rows, names) + rule.reads};
 }
 
-Rule OrNone(const Rule& rule) {
-    return {rule.text + QStringLiteral("; vuoto se manca"),
-            [apply = rule.apply](const RuleInput& input) { return RuleValue(apply(input).value_or(QVariant())); },
-            rule.side, rule.reads};
-}
-
 Rule NamedBy(const QString& parent, const ChildTable& rows, const QString& column, const QVariant& yes,
              const QVariant& no) {
     return {QStringLiteral("\"%1\" se è %2 della sua prima riga di %3, altrimenti \"%4\"")

@@ -9,9 +9,6 @@ namespace contract::rules {
 /// there is none. @param parent table of the row under way @param columns of the further table, separated by ", "
 Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& columns, const Rule& rule);
 
-/// Null where a rule such as `OfFirst` gives no value: what the source has no row of any more is cleared.
-Rule OrNone(const Rule& rule);
-
 /// The text of the source columns and that of a column of each row that belongs to the one under way, each on a line of
 /// its own; blank ones are left out. @param parent table of the row under way
 Rule WithLines(const QString& parent, const ChildTable& rows, const QString& column);

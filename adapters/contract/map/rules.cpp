@@ -423,7 +423,9 @@ Rule Country(const QString& table, const QString& field) {
 }
 
 Rule Or(const Rule& rule, const QVariant& otherwise) {
-    return {QStringLiteral("%1; \"%2\" se manca").arg(rule.text, mod_ovTools::ToText(otherwise)),
+    const QString words =
+        otherwise.isNull() ? QStringLiteral("vuoto") : QString(u'"' + mod_ovTools::ToText(otherwise) + u'"');
+    return {QStringLiteral("%1; %2 se manca").arg(rule.text, words),
             [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
                 RuleValue value = apply(input);
                 return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);

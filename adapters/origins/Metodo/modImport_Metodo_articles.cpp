@@ -206,7 +206,7 @@ Articles Articoli() {
                 {"ARMAG", "AGGIORNAMAG", Flag()},
                 {"DTINS", "DATAMODIFICA", NotBlank(AsRead())},
                 {"ARCOS", "", Or(OfFirst(ArticoliTable, purchases, "PREZZOEURO", RoundedTo(6)), 0)},
-                {"ARDUC", "", OrNone(OfFirst(ArticoliTable, purchases, "DATA", Day()))},
+                {"ARDUC", "", Or(OfFirst(ArticoliTable, purchases, "DATA", Day()), QVariant())},
                 {"ARPRZ", "", ListPrice()},
             },
         .suppliers = {{.supplier = {"FORNPREFACQ", KnownSupplier()},
