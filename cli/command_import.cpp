@@ -42,23 +42,10 @@ qint64 EarlierRun(const QCommandLineParser& options) {
 /// What of an earlier run is imported again, press by press.
 std::vector<ImportRequest> EarlierRequests(Context& context, qint64 number) {
     const history::History history(history::FilePath(context.session.Config.ConfigFile()));
-    const history::Run run = history.Load(number);
-    const QStringList mended = context.options.values("mended");
-    const bool resumes = context.options.isSet("resume");
-    std::vector<ImportRequest> requests;
-    for (const QString& press :
-         resumes ? QStringList(QString()) : history::PressesOf(history, run, !mended.isEmpty())) {
-        ImportRequest request;
-        request.resumes = resumes ? number : 0;
-        request.only = resumes            ? history::RestOf(history, run)
-                       : mended.isEmpty() ? history::RejectsOf(history, number, press)
-                                          : history::MendedRejects(history, number, mended, press);
-        if (request.only != nullptr) {
-            history::Repeat(context.session, run, press, request);
-            requests.push_back(std::move(request));
-        }
+    if (context.options.isSet("resume")) {
+        return {history::RestRequest(context.session, history, number)};
     }
-    return requests;
+    return history::RejectRequests(context.session, history, number, context.options.values("mended"));
 }
 
 void TakeChoice(Context& context, ImportRequest& request) {

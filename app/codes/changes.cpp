@@ -69,13 +69,8 @@ void MakeCode(contract::ImportRun& run, const BaseTable& base, const Change& cha
 
 /// Raises `ImportError` when the translation is no longer what the operator was shown.
 void CheckUnchanged(Session& session, const Worklist& worklist, const Change& change) {
-    const auto is = [&session](const char* column, const QString& text) {
-        return contract::Equals(session, QString::fromLatin1(column), text);
-    };
-    const Recordset rows = session.Quadrix.ExecuteWC(
-        QStringLiteral("SELECT TBNEW FROM SYS_IMP WHERE ") + is("TBNAM", change.table) + QStringLiteral(" AND ") +
-        is("TBFLD", change.field) + QStringLiteral(" AND ") + is("TBOLD", change.oldCode));
-    const QString now = rows.Eof() ? QString() : rows.Fields(0).Value().toString().trimmed();
+    const QString now =
+        contract::StoredNewCode(session, change.table, change.field, change.oldCode).value_or(QString());
     const Code* shown = worklist.Find(change.table, change.field, change.oldCode);
     if (now != (shown == nullptr ? QString() : shown->newCode) && now != change.newCode) {
         throw ImportError(QStringLiteral("%1.%2, '%3': qualcuno ha dato intanto il codice '%4'; aggiornare l'elenco")

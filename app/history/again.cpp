@@ -27,58 +27,69 @@ QStringList ReachedLines(const Run& run) {
     return lines;
 }
 
-/// Fills in what both ways have in common; false when the company cannot be worked on.
-bool Prepare(Session& session, const Run& run, const QString& press, ErrorAction errors, const QString& rows,
-             Again& again) {
-    Repeat(session, run, press, again.request);
-    again.request.choice.errors = errors;
-    again.request.reset = false;
-    again.request.confirmed = true;
-    if (!CheckData(session, again.request.choice)) {
-        return false;
+/// The request with what is asked before; none when its company cannot be worked on.
+std::optional<Again> Asked(Session& session, ImportRequest request, ErrorAction errors, const QString& question,
+                           const QString& rows) {
+    request.choice.errors = errors;
+    request.confirmed = true;
+    if (!CheckData(session, request.choice)) {
+        return std::nullopt;
     }
-    again.details =
-        confirmation::RunDetails(session, *again.request.choice.origin, CalledBy(again.request)) + u'\n' + rows;
-    return true;
+    const QString what = confirmation::RunDetails(session, *request.choice.origin, CalledBy(request));
+    return Again{.request = std::move(request), .question = question, .details = what + u'\n' + rows};
 }
 
 } // namespace
 
+std::vector<ImportRequest> RejectRequests(Session& session, const History& history, qint64 number,
+                                          const QStringList& files) {
+    const Run run = history.Load(number);
+    std::vector<ImportRequest> requests;
+    for (const QString& press : PressesOf(history, run, !files.isEmpty())) {
+        ImportRequest request;
+        request.only =
+            files.isEmpty() ? RejectsOf(history, number, press) : MendedRejects(history, number, files, press);
+        if (request.only != nullptr) {
+            Repeat(session, run, press, request);
+            requests.push_back(std::move(request));
+        }
+    }
+    return requests;
+}
+
+ImportRequest RestRequest(Session& session, const History& history, qint64 number) {
+    const Run run = history.Load(number);
+    ImportRequest request;
+    request.only = RestOf(history, run);
+    request.resumes = number;
+    Repeat(session, run, {}, request);
+    return request;
+}
+
 std::vector<Again> RejectsAgain(Session& session, const History& history, qint64 number, const QStringList& files,
                                 ErrorAction errors) {
-    const Run run = history.Load(number);
+    const QString question = files.isEmpty() ? QStringLiteral("Importare di nuovo le righe abbandonate?")
+                                             : QStringLiteral("Importare le righe corrette?");
     std::vector<Again> all;
-    for (const QString& press : PressesOf(history, run, !files.isEmpty())) {
-        Again again;
-        again.request.only =
-            files.isEmpty() ? RejectsOf(history, number, press) : MendedRejects(history, number, files, press);
-        if (again.request.only == nullptr) {
-            continue;
-        }
-        const qint64 rows = again.request.only->Count();
-        again.question = files.isEmpty() ? QStringLiteral("Importare di nuovo le righe abbandonate?")
-                                         : QStringLiteral("Importare le righe corrette?");
-        QString text =
-            QStringLiteral("Righe: %1, abbandonate dall'esecuzione %2").arg(Number(rows), QString::number(number));
+    for (ImportRequest& request : RejectRequests(session, history, number, files)) {
+        QString rows = QStringLiteral("Righe: %1, abbandonate dall'esecuzione %2")
+                           .arg(Number(request.only->Count()), QString::number(number));
         if (!files.isEmpty()) {
-            text += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
+            rows += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
         }
-        if (!Prepare(session, run, press, errors, text, again)) {
+        std::optional<Again> again = Asked(session, std::move(request), errors, question, rows);
+        if (!again) {
             return {};
         }
-        all.push_back(std::move(again));
+        all.push_back(std::move(*again));
     }
     return all;
 }
 
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 number, ErrorAction errors) {
-    const Run run = history.Load(number);
-    Again again;
-    again.request.only = RestOf(history, run);
-    again.request.resumes = number;
-    again.question = QStringLiteral("Riprendere l'esecuzione %1 da dove si è interrotta?").arg(number);
-    const QString text = ReachedLines(run).join(u'\n');
-    return Prepare(session, run, {}, errors, text, again) ? std::optional(again) : std::nullopt;
+    return Asked(session, RestRequest(session, history, number), errors,
+                 QStringLiteral("Riprendere l'esecuzione %1 da dove si è interrotta?").arg(number),
+                 ReachedLines(history.Load(number)).join(u'\n'));
 }
 
 bool CanGoOn(const Run& run) {

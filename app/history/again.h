@@ -13,12 +13,18 @@ struct Again {
 };
 
 /// The rows that a run has given up, as their source has them now, or as files of `WriteRejects` have them mended
-/// (`files` empty: the former), press by press. Takes the company of the run under work. None when it is not there or
-/// cannot be worked on, which the operator has been told; raises `ImportError` for a run without such rows, for one
-/// that cannot be repeated and for mistakes in the files.
+/// (`files` empty: the former), press by press, unasked. Raises `ImportError` for a run without such rows, for one that
+/// cannot be repeated and for mistakes in the files.
+std::vector<ImportRequest> RejectRequests(Session& session, const History& history, qint64 run,
+                                          const QStringList& files);
+/// What a run that broke off has not reached, in one press. Refused as by `RestOf`.
+ImportRequest RestRequest(Session& session, const History& history, qint64 run);
+
+/// `RejectRequests` with what is asked before each. Takes the company of the run under work. None when it is not there
+/// or cannot be worked on, which the operator has been told.
 std::vector<Again> RejectsAgain(Session& session, const History& history, qint64 run, const QStringList& files,
                                 ErrorAction errors);
-/// What a run that broke off has not reached, in one press; the same otherwise. Refused as by `RestOf`.
+/// `RestRequest` in the same way.
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 run, ErrorAction errors);
 
 /// Whether a run broke off and can go on: it was interrupted, failed or was killed, was no trial, and was not taken

@@ -128,13 +128,7 @@ void Deepen(TableFigures& figures, const TableFigures& deeper) {
 
 /// Whether SYS_IMP still has no code of Quadrix for a code.
 bool IsOpen(Session& session, const ::OpenCode& code) {
-    const auto is = [&session](const char* column, const QString& text) {
-        return Equals(session, QString::fromLatin1(column), text);
-    };
-    return session.Quadrix.ExecuteCommand(
-               QStringLiteral("SELECT COUNT(*) FROM SYS_IMP WHERE COALESCE(TBNEW, '') = '' "
-                              "AND %1 AND %2 AND %3")
-                   .arg(is("TBNAM", code.list), is("TBFLD", code.field), is("TBOLD", code.code))) > 0;
+    return StoredNewCode(session, code.list, code.field, code.code) == QString();
 }
 
 /// One kind under comparison.

@@ -51,6 +51,16 @@ QString LookUp(Session& session, const QString& table, const QString& keyColumn,
     return mod_ovTools::ToText(found).trimmed();
 }
 
+QString RoleText(bool customer) { return customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"); }
+
+QString FoundParty(const QString& found, const QString& sourceCode, const QString& role) {
+    if (found.isEmpty()) {
+        throw ImportError(QStringLiteral("nessuna controparte ha il codice %1'%2'")
+                              .arg(role.isEmpty() ? QString() : role + u' ', sourceCode));
+    }
+    return found;
+}
+
 qint64 IdWhere(Session& session, const QString& table, const QString& condition) {
     return session.Quadrix.ExecuteCommand(QStringLiteral("SELECT RECORD_ID FROM ") +
                                           session.Quadrix.GetFullTableName(table) + QStringLiteral(" WHERE ") +
@@ -119,14 +129,27 @@ QString ArticleCodeOf(Session& session, const QString& table, const QString& fie
     return modImport::FormatKeyField(session, FirstOf(code, size));
 }
 
+namespace {
+
+QString TranslationOf(const Session& session, const QString& table, const QString& field, const QString& oldCode) {
+    return Equals(session, "TBNAM", table) + QStringLiteral(" AND ") + Equals(session, "TBFLD", field) +
+           QStringLiteral(" AND ") + Equals(session, "TBOLD", oldCode);
+}
+
+} // namespace
+
+std::optional<QString> StoredNewCode(Session& session, const QString& table, const QString& field,
+                                     const QString& oldCode) {
+    Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT TBOLD, TBNEW FROM SYS_IMP WHERE ") +
+                                               TranslationOf(session, table, field, oldCode));
+    return StepToCode(rows, "TBOLD", oldCode) ? std::optional(rows.Value("TBNEW").toString().trimmed()) : std::nullopt;
+}
+
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
                   const QString& newCode) {
     Session& session = run.GetSession();
     const qint64 known =
-        IdOfCode(session.Quadrix, "SYS_IMP",
-                 Equals(session, "TBNAM", table) + QStringLiteral(" AND ") + Equals(session, "TBFLD", field) +
-                     QStringLiteral(" AND ") + Equals(session, "TBOLD", oldCode),
-                 "TBOLD", oldCode);
+        IdOfCode(session.Quadrix, "SYS_IMP", TranslationOf(session, table, field, oldCode), "TBOLD", oldCode);
     TargetRow row(run, "SYS_IMP");
     row.Set("TBNEW", newCode);
     if (known != 0) {

@@ -11,6 +11,13 @@ class ImportRun;
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column);
 
+/// A counterparty that was looked for, as it was found. Raises `ImportError` when it is empty: a row of a counterparty
+/// that is not there is given up.
+/// @param role what the source's code is one of, "cliente" or "fornitore"; empty where it tells no roles apart
+QString FoundParty(const QString& found, const QString& sourceCode, const QString& role);
+/// The word for the role in messages.
+QString RoleText(bool customer);
+
 /// RECORD_ID of the first row of a Quadrix table that meets a condition (without WHERE); 0 when there is none.
 qint64 IdWhere(Session& session, const QString& table, const QString& condition);
 
@@ -42,6 +49,11 @@ QString CurrencyOf(Session& session, const QString& table, const QString& field,
 /// CDART of an article of the source: translated through SYS_IMP, else the code itself in the case of key fields; one
 /// of more than 50 characters is cut, and logged.
 QString ArticleCodeOf(Session& session, const QString& table, const QString& field, const QString& code);
+
+/// What SYS_IMP says of a code of the source at this moment, without blanks around it: empty for one that is only
+/// recorded, none for one that is not there.
+std::optional<QString> StoredNewCode(Session& session, const QString& table, const QString& field,
+                                     const QString& oldCode);
 
 /// Writes what a code of the source has become into SYS_IMP, in place of what stands there, so that later lookups find
 /// it.

@@ -19,12 +19,7 @@ Rule CounterpartyOf(const QString& who, const QString& codeColumn) {
                 if (input.Text().isEmpty()) {
                     return std::nullopt;
                 }
-                const QString code = ImportedFrom(input, codeColumn);
-                if (code.isEmpty()) {
-                    throw ImportError(
-                        QStringLiteral("nessuna controparte ha il codice %1 '%2'").arg(who, input.Text()));
-                }
-                return code;
+                return FoundParty(ImportedFrom(input, codeColumn), input.Text(), who);
             }};
 }
 

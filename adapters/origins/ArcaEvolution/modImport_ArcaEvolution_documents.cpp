@@ -50,11 +50,8 @@ Rule Year() {
 Rule Party() {
     return {"CDCON della riga di CON_TRO di cui è COCGE se comincia per C, altrimenti COFGE",
             [](const RuleInput& input) -> RuleValue {
-                const QString party = modImport_ArcaEvolution::PartyOf(input.session, input.Text());
-                if (party.isEmpty()) {
-                    throw ImportError(QStringLiteral("nessuna controparte ha il codice '%1'").arg(input.Text()));
-                }
-                return party;
+                const QString code = input.Text();
+                return FoundParty(modImport_ArcaEvolution::PartyOf(input.session, code), code, {});
             }};
 }
 

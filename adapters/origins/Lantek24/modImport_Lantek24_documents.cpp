@@ -37,12 +37,8 @@ Rule DayOrNull() {
 
 Rule Supplier() {
     return {"CDCON della riga di CON_TRO di cui è COFGE", [](const RuleInput& input) -> RuleValue {
-                const QString counterparty = LookUp(input.session, "CON_TRO", "COFGE", input.Text(), "CDCON");
-                if (counterparty.isEmpty()) {
-                    throw ImportError(
-                        QStringLiteral("nessuna controparte ha il codice fornitore '%1'").arg(input.Text()));
-                }
-                return counterparty;
+                const QString code = input.Text();
+                return FoundParty(LookUp(input.session, "CON_TRO", "COFGE", code, "CDCON"), code, RoleText(false));
             }};
 }
 

@@ -3,6 +3,8 @@
 
 #include "adapters/origins/Mexal/modImport_Mexal.h"
 
+#include "adapters/contract/map/lookups.h"
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -28,13 +30,8 @@ Rule Counterparty() {
         "se manca",
         [](const RuleInput& input) -> RuleValue {
             const bool customer = input.facts.roles.customer;
-            const QString code = GetControparteMexal(input.session, input.Text(), customer);
-            if (code.isEmpty()) {
-                throw ImportError(
-                    QStringLiteral("nessuna controparte ha il codice %1 '%2'")
-                        .arg(customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"), input.Text()));
-            }
-            return code;
+            return FoundParty(GetControparteMexal(input.session, input.Text(), customer), input.Text(),
+                              RoleText(customer));
         }};
 }
 

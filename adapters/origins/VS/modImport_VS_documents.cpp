@@ -3,6 +3,8 @@
 
 #include "adapters/origins/VS/modImport_VS.h"
 
+#include "adapters/contract/map/lookups.h"
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -24,13 +26,8 @@ struct Orders {
 Rule Counterparty(bool customer) {
     return {"controparte come la trova GetNewControparteFromVisual; riga abbandonata se manca",
             [customer](const RuleInput& input) -> RuleValue {
-                const QString code = GetNewControparteFromVisual(input.session, input.Text(), customer);
-                if (code.isEmpty()) {
-                    throw ImportError(
-                        QStringLiteral("nessuna controparte ha il codice %1 '%2', né la sua partita IVA")
-                            .arg(customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"), input.Text()));
-                }
-                return code;
+                const QString code = input.Text();
+                return FoundParty(GetNewControparteFromVisual(input.session, code, customer), code, RoleText(customer));
             },
             Side::Both, RegisterReads(customer)};
 }

@@ -105,12 +105,7 @@ const Mapping& CodificheMapping() {
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier) {
-    const QString found = PartyOrSurvivor(session, sourceCode, supplier);
-    if (found.isEmpty()) {
-        throw ImportError(QStringLiteral("nessuna controparte ha il codice %1 '%2'")
-                              .arg(supplier ? QStringLiteral("fornitore") : QStringLiteral("cliente"), sourceCode));
-    }
-    return found;
+    return FoundParty(PartyOrSurvivor(session, sourceCode, supplier), sourceCode, RoleText(!supplier));
 }
 
 TableNeed CounterpartyNeed() { return LookedUp("CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}); }
