@@ -13,9 +13,10 @@ int IsSpace(unsigned char) { return 0; }
 
 } // namespace
 
-CsvFile::CsvFile(const QString& path, char separator, int skipped)
+CsvFile::CsvFile(const QString& path, char separator, int skipped, char quote)
     : m_lines(path),
       m_separator(separator),
+      m_quote(quote),
       m_parser(std::make_unique<csv_parser>()) {
     QByteArray line;
     while (m_line < skipped && m_lines.Next(line)) {
@@ -23,6 +24,7 @@ CsvFile::CsvFile(const QString& path, char separator, int skipped)
     }
     csv_init(m_parser.get(), 0);
     csv_set_delim(m_parser.get(), static_cast<unsigned char>(separator));
+    csv_set_quote(m_parser.get(), static_cast<unsigned char>(quote));
     csv_set_space_func(m_parser.get(), IsSpace);
 }
 
@@ -113,7 +115,7 @@ void CsvFile::Hand(QByteArrayView bytes) {
 bool CsvFile::Parse(QByteArrayView line) {
     while (!line.isEmpty()) {
         const bool wasInQuotes = IsInQuotes();
-        const qsizetype quote = line.indexOf('"');
+        const qsizetype quote = line.indexOf(m_quote);
         const qsizetype end = quote < 0 ? line.size() : quote + 1;
         Hand(line.first(end));
         line = line.sliced(end);
@@ -124,7 +126,7 @@ bool CsvFile::Parse(QByteArrayView line) {
         if (!IsBehindQuote()) {
             continue;
         }
-        if (line.startsWith('"')) {
+        if (line.startsWith(m_quote)) {
             Hand(line.first(1));
             line = line.sliced(1);
             continue;
@@ -139,8 +141,20 @@ bool CsvFile::Parse(QByteArrayView line) {
     return true;
 }
 
+/// A line of a file without quotes.
+void CsvFile::Split(const QByteArray& line) {
+    const QByteArray text = WithoutEnd(line).toByteArray();
+    if (!text.isEmpty()) {
+        m_complete.append({m_line, text.split(m_separator), text.contains('\r') ? Damage::Return : Damage::None});
+    }
+}
+
 void CsvFile::Feed(const QByteArray& line) {
     ++m_line;
+    if (m_quote == NoQuote) {
+        Split(line);
+        return;
+    }
     if (m_open.line == 0) {
         m_open.line = m_line;
     }

@@ -13,9 +13,11 @@ namespace sources {
 
 /// A text file with a record a line and a separator between the fields. A field between double quotes may hold the
 /// separator, line breaks and, doubled, quotes. Blanks are kept, but those between a closing quote and the separator;
-/// lines without any character are left out.
+/// lines without any character are left out. Where it has no quotes, every line is a record.
 class CsvFile {
 public:
+    static constexpr char NoQuote = '\0';
+
     /// What keeps the fields of a record from being told from each other.
     enum class Damage {
         None,
@@ -30,8 +32,8 @@ public:
     };
 
     /// Raises `ImportError` naming the file when it cannot be read. @param skipped lines at its start that are no
-    /// records
-    CsvFile(const QString& path, char separator, int skipped = 0);
+    /// records @param quote what stands around fields; `NoQuote` for nothing
+    CsvFile(const QString& path, char separator, int skipped = 0, char quote = '"');
     ~CsvFile();
     CsvFile(const CsvFile&) = delete;
     CsvFile& operator=(const CsvFile&) = delete;
@@ -48,6 +50,7 @@ public:
 private:
     bool NextLine(QByteArray& line);
     void Feed(const QByteArray& line);
+    void Split(const QByteArray& line);
     bool Parse(QByteArrayView line);
     void Hand(QByteArrayView bytes);
     void GiveUp();
@@ -59,6 +62,7 @@ private:
 
     TextLines m_lines;
     char m_separator;
+    char m_quote;
     bool m_ended = false;
     qint64 m_line = 0;
     qint64 m_opened = 0;        ///< the line where the field between quotes under way was opened

@@ -16,6 +16,11 @@ void Oddities::Add(const QString& kind, const QString& column, qint64 row, const
     }
 }
 
+void Oddities::AddRepeatedHeader(qint64 row) {
+    Add(QStringLiteral("INTESTAZIONE RIPETUTA"), QString(), row,
+        QStringLiteral("ogni cella ha il nome della sua colonna: non si legge"));
+}
+
 void Oddities::Tell() {
     for (const Kind& kind : m_kinds) {
         QString note = kind.name + QStringLiteral(": ") + m_place;

@@ -21,6 +21,8 @@ public:
     /// Notes one. @param kind by which notes are counted together: "VALORE NON LEGGIBILE" @param column empty for what
     /// concerns the row @param row from 1; 0 for what concerns the column or the table
     void Add(const QString& kind, const QString& column, qint64 row, const QString& what);
+    /// Notes a row that has the name of its column in each cell, and is not read.
+    void AddRepeatedHeader(qint64 row);
     /// Notes a value that cannot be read and has the table raise why, with place, row and column, when it is asked for.
     void SpoilValue(PrivateTable& table, int column, qint64 row, const QString& why);
     /// The same with every value of a row that cannot be read; it is to be added yet.

@@ -59,7 +59,7 @@ public:
     TextLoader(const QString& path, const ConnectionSettings& settings)
         : m_settings(settings),
           m_schema(ReadTextSchema(path)),
-          m_file(path, m_schema.separator, m_schema.skipped),
+          m_file(path, m_schema.separator, m_schema.skipped, m_schema.quote),
           m_pageOfFile(FindPage(m_file, m_schema, settings)),
           m_page(m_pageOfFile.name),
           m_untold(settings, m_pageOfFile.isTold || m_page.Name() == u"UTF-8", path, m_page.Name()),
@@ -67,6 +67,11 @@ public:
 
     void Load(PrivateDatabase& database, const QString& name) {
         const QStringList names = ColumnNames();
+        if (!m_schema.unused.isEmpty()) {
+            m_oddities.Add(QStringLiteral("CHIAVE SCONOSCIUTA"), QString(), 0,
+                           QStringLiteral("schema.ini, %1: niente di questo si legge")
+                               .arg(m_schema.unused.join(QStringLiteral(", "))));
+        }
         for (const QString& column : names) {
             m_columns.append({column, QStringLiteral("TEXT")});
         }
@@ -93,7 +98,6 @@ public:
 private:
     /// The names of the columns: the schema's own, else those of the header, which is read in any case.
     QStringList ColumnNames() {
-        QStringList names = m_schema.columns;
         CsvFile::Record header;
         if (m_schema.hasHeader && !m_file.Next(header)) {
             throw ImportError(
@@ -103,13 +107,13 @@ private:
             throw ImportError(QStringLiteral("file '%1', riga %2: %3")
                                   .arg(m_file.Path(), QString::number(header.line), CsvFile::Tell(header.damage)));
         }
-        if (names.isEmpty()) {
-            for (const QByteArray& field : std::as_const(header.fields)) {
-                QByteArray utf8;
-                m_page.AppendUtf8(field, utf8);
-                m_untold.Look(utf8, header.line, QString(), field);
-                names.append(QString::fromUtf8(utf8).simplified());
-            }
+        const QStringList found = NamesIn(header);
+        if (m_schema.hasHeader && !m_schema.columns.isEmpty()) {
+            CompareNames(found);
+        }
+        const QStringList names = m_schema.columns.isEmpty() ? found : m_schema.columns;
+        for (const QString& name : m_schema.hasHeader ? found : names) {
+            m_header.append(name.toCaseFolded());
         }
         m_named = std::count_if(names.begin(), names.end(), [](const QString& name) { return !name.isEmpty(); });
         QStringList places;
@@ -119,12 +123,81 @@ private:
         return DistinctNames(names, places, m_oddities);
     }
 
+    QStringList NamesIn(const CsvFile::Record& header) {
+        QStringList names;
+        for (const QByteArray& field : header.fields) {
+            QByteArray utf8;
+            m_page.AppendUtf8(field, utf8);
+            m_untold.Look(utf8, header.line, QString(), field);
+            names.append(QString::fromUtf8(utf8).simplified());
+        }
+        return names;
+    }
+
+    /// Refuses a header that is another one than the schema tells: it may be the first record, or columns have changed
+    /// their places. Some names may be others, by which columns are renamed.
+    void CompareNames(const QStringList& found) const {
+        const QStringList& told = m_schema.columns;
+        bool isHeader = false;
+        for (qsizetype column = 0; column < told.size(); ++column) {
+            const auto isSame = [&](const QString& name) {
+                return name.compare(told.at(column).simplified(), Qt::CaseInsensitive) == 0;
+            };
+            const auto there = std::ranges::find_if(found, isSame);
+            if (there == found.end()) {
+                continue;
+            }
+            isHeader = true;
+            if (!isSame(found.value(column))) {
+                throw ImportError(QStringLiteral("file '%1': per schema.ini la colonna %2 è '%3', nel file è '%4' e "
+                                                 "'%3' è la %5: elencare le colonne (Col1, Col2, ...) nell'ordine del "
+                                                 "file")
+                                      .arg(m_file.Path(), QString::number(column + 1), told.at(column),
+                                           found.value(column), QString::number(there - found.begin() + 1)));
+            }
+        }
+        if (!isHeader) {
+            constexpr qsizetype shown = 5;
+            const auto list = [](const QStringList& names) {
+                return QString(u'\'' + names.mid(0, shown).join(QStringLiteral("', '")) + u'\'');
+            };
+            throw ImportError(
+                QStringLiteral("file '%1': la prima riga (%2) non ha nessuno dei nomi che dice schema.ini "
+                               "(%3): se è già un dato, scrivervi ColNameHeader=False; se sono i nomi "
+                               "delle colonne, scrivere quelli in schema.ini")
+                    .arg(m_file.Path(), list(found), list(told)));
+        }
+    }
+
+    /// Whether each field of a record is the name of its column, as where somebody has put files together; that is
+    /// noted.
+    bool RepeatsHeader(const CsvFile::Record& record) {
+        qsizetype filled = 0;
+        for (qsizetype column = 0; column < record.fields.size(); ++column) {
+            const QByteArray& field = record.fields.at(column);
+            if (field.trimmed().isEmpty()) {
+                continue;
+            }
+            QByteArray utf8;
+            m_page.AppendUtf8(field, utf8);
+            if (QString::fromUtf8(utf8).simplified().toCaseFolded() != m_header.value(column)) {
+                return false;
+            }
+            ++filled;
+        }
+        if (filled < 2) {
+            return false; // one value may be a name by chance
+        }
+        m_oddities.AddRepeatedHeader(record.line);
+        return true;
+    }
+
     void AddRecord(PrivateTable& table, DecimalMarks& marks, CsvFile::Record& record) {
         QVector<QByteArray>& fields = record.fields;
         const bool isBlank = m_columns.size() > 1 && std::all_of(fields.begin(), fields.end(), [](const auto& field) {
                                  return field.trimmed().isEmpty();
                              });
-        if (isBlank) { // as Excel writes them behind its last one: no record
+        if (isBlank || RepeatsHeader(record)) { // blank as Excel writes them behind its last one: no record
             return;
         }
         while (fields.size() > m_columns.size() && fields.last().isEmpty()) {
@@ -153,10 +226,23 @@ private:
             return;
         }
         m_untold.Look(m_utf8, line, name, bytes);
+        LookForLines(column, line, bytes);
         TakeFormula(column, line);
         spoiltCodes::Look(m_utf8, name, line, m_oddities);
         table.SetText(column, m_utf8);
         marks.Look(column, m_utf8);
+    }
+
+    /// Quotes that are none put records together: what stands between two of them is one field.
+    void LookForLines(int column, qint64 line, const QByteArray& field) {
+        const bool isLikeRecord =
+            m_columns.size() > 1 && field.contains('\n') && field.count(m_schema.separator) >= m_columns.size() - 1;
+        if (isLikeRecord) {
+            m_oddities.Add(QStringLiteral("CAMPO SU PIÙ RIGHE"), m_columns.at(column).name, line,
+                           QStringLiteral("il campo tra virgolette va a capo e ha tanti separatori quanti una riga: se "
+                                          "ne ha unite due, raddoppiare le virgolette che non lo chiudono, o dire in "
+                                          "schema.ini che non ce ne sono (TextDelimiter=none)"));
+        }
     }
 
     /// ="00123", by which programs have Excel keep the zeros of a code: it is what the formula gives.
@@ -202,6 +288,7 @@ private:
     UntoldPage m_untold;
     Oddities m_oddities;
     QVector<ColumnInfo> m_columns;
+    QStringList m_header;  ///< the names that the file gives its columns, folded; where it gives none those told
     qsizetype m_named = 0; ///< columns that have a name in the file: a record has them all
     QByteArray m_utf8;
 };

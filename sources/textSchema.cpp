@@ -1,29 +1,32 @@
 #include "sources/textSchema.h"
 
+#include "sources/CsvFile.h"
 #include "sources/findFile.h"
-#include "sources/TextLines.h"
+#include "sql/CodePage.h"
 #include "sql/errors.h"
 #include "sql/SettingsFile.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QStringDecoder>
 
 namespace sources {
 
 namespace {
 
 /// What stands outside of quotes.
-QByteArray WithoutQuoted(const QByteArray& line) {
+QByteArray WithoutQuoted(const QByteArray& line, char quote) {
     QByteArray outside;
     bool isQuoted = false;
     for (const char byte : line) {
-        isQuoted = isQuoted != (byte == '"');
+        isQuoted = isQuoted != (quote != CsvFile::NoQuote && byte == quote);
         outside += isQuoted ? QByteArray() : QByteArray(1, byte);
     }
     return outside;
 }
 
-char SeparatorOfLine(const QByteArray& line) {
-    const QByteArray outside = WithoutQuoted(line);
+char SeparatorOfLine(const QByteArray& line, char quote) {
+    const QByteArray outside = WithoutQuoted(line, quote);
     for (const char candidate : {';', '\t', ',', '|'}) {
         if (outside.contains(candidate)) {
             return candidate;
@@ -42,7 +45,133 @@ void LookForSeparator(const QString& path, TextSchema& schema) {
         schema.separator = first.back();
         schema.skipped = 1;
     } else {
-        schema.separator = SeparatorOfLine(line);
+        schema.separator = SeparatorOfLine(line, schema.quote);
+    }
+}
+
+/// A value that a file's section in "schema.ini" gives to a key, and where.
+struct SchemaValue {
+    QString key;
+    QString value; ///< empty: not told
+    QString path;  ///< of the file that is described
+    int line = 0;  ///< of "schema.ini", from 1
+
+    [[noreturn]] void Refuse(const QString& why) const {
+        throw ImportError(QStringLiteral("file '%1': schema.ini, riga %2: '%3=%4' %5")
+                              .arg(path, QString::number(line), key, value, why));
+    }
+    bool Is(const char* other) const { return value.compare(QLatin1String(other), Qt::CaseInsensitive) == 0; }
+};
+
+/// The keys of a section with the lines that they stand in.
+struct SchemaLine {
+    QString key;
+    QString text;
+    int line = 0;
+};
+
+QString SchemaText(const QString& path) {
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QByteArray bytes = file.readAll();
+    const auto marked = QStringConverter::encodingForData(bytes);
+    return marked ? QString(QStringDecoder(*marked)(bytes)) : DecodeText(bytes, CodePage());
+}
+
+std::vector<SchemaLine> SchemaLinesOf(const QString& path, const QString& section) {
+    std::vector<SchemaLine> keys;
+    bool isWithin = false;
+    int number = 0;
+    const QStringList lines = SchemaText(path).split(u'\n');
+    for (const QString& each : lines) {
+        const QString line = each.trimmed();
+        ++number;
+        if (line.startsWith(u'[')) {
+            if (isWithin) {
+                break; // the first section of that name counts
+            }
+            isWithin = line.mid(1).section(u']', 0, 0).trimmed().compare(section, Qt::CaseInsensitive) == 0;
+        } else if (isWithin && line.indexOf(u'=') > 0 && !line.startsWith(u';')) {
+            keys.push_back({line.section(u'=', 0, 0).trimmed(), line, number});
+        }
+    }
+    return keys;
+}
+
+/// The description of one file: what is told, and which of it has been read.
+class SchemaSection {
+public:
+    explicit SchemaSection(const QString& path)
+        : m_path(path),
+          m_info(path),
+          m_file(FindFile(m_info.path() + QStringLiteral("/schema.ini"))),
+          m_keys(SchemaLinesOf(m_file.Path(), m_info.fileName())) {}
+
+    SchemaValue Read(const QString& key) {
+        m_read.append(key);
+        const auto line = std::ranges::find_if(
+            m_keys, [&key](const SchemaLine& each) { return key.compare(each.key, Qt::CaseInsensitive) == 0; });
+        return {key, m_file.Path().isEmpty() ? QString() : m_file.Read(m_info.fileName(), key), m_path,
+                line == m_keys.end() ? 0 : line->line};
+    }
+    /// The lines whose keys nobody has read.
+    QStringList Unread() const {
+        QStringList lines;
+        for (const SchemaLine& key : m_keys) {
+            if (!m_read.contains(key.key, Qt::CaseInsensitive)) {
+                lines.append(QStringLiteral("riga %1: '%2'").arg(QString::number(key.line), key.text));
+            }
+        }
+        return lines;
+    }
+
+private:
+    QString m_path;
+    QFileInfo m_info;
+    SettingsFile m_file;
+    std::vector<SchemaLine> m_keys;
+    QStringList m_read;
+};
+
+bool HasHeader(const SchemaValue& told) {
+    const bool isTrue = told.value.isEmpty() || told.Is("True") || told.Is("1");
+    if (!isTrue && !told.Is("False") && !told.Is("0")) {
+        told.Refuse(QStringLiteral("non è né True né False"));
+    }
+    return isTrue;
+}
+
+char QuoteOf(const SchemaValue& told) {
+    if (told.Is("none")) {
+        return CsvFile::NoQuote;
+    }
+    if (told.value != u"'" && told.value != u"\"" && !told.value.isEmpty()) {
+        told.Refuse(QStringLiteral("non è uno dei segni che possono stare attorno ai campi (\", ' o none)"));
+    }
+    return told.value.isEmpty() ? '"' : told.value.front().toLatin1();
+}
+
+char DecimalMarkOf(const SchemaValue& told) {
+    if (told.value != u"," && told.value != u"." && !told.value.isEmpty()) {
+        told.Refuse(QStringLiteral("non è un segno dei decimali (, o .)"));
+    }
+    return told.value.isEmpty() ? '\0' : told.value.front().toLatin1();
+}
+
+/// Dates are read day first, or year first: any other order would give another day.
+void CheckDates(const SchemaValue& told) {
+    QString order;
+    for (const QChar letter : told.value.toLower()) {
+        const QChar part = letter == u'g' ? QChar(u'd') : letter == u'a' ? QChar(u'y') : letter;
+        if (QStringView(u"dmy").contains(part) && !order.contains(part)) {
+            order += part;
+        }
+    }
+    if (!told.value.isEmpty() && order != u"dmy" && order != u"ymd") {
+        told.Refuse(QStringLiteral("non è uno dei modi in cui le date si leggono (giorno, mese, anno, come dd/mm/yyyy, "
+                                   "o anno, mese, giorno, come yyyy-mm-dd): scriverle nel file in uno di questi"));
     }
 }
 
@@ -104,25 +233,24 @@ bool IsOfNumbers(const QString& type) {
 } // namespace
 
 TextSchema ReadTextSchema(const QString& path) {
-    const QFileInfo info(path);
-    SettingsFile file(FindFile(info.path() + QStringLiteral("/schema.ini")));
-    const auto read = [&](const QString& key) {
-        return file.Path().isEmpty() ? QString() : file.Read(info.fileName(), key);
-    };
+    SchemaSection section(path);
     TextSchema schema;
-    const QString format = read(QStringLiteral("Format"));
+    schema.quote = QuoteOf(section.Read(QStringLiteral("TextDelimiter")));
+    const QString format = section.Read(QStringLiteral("Format")).value;
     schema.isFound = format.isEmpty();
     if (schema.isFound) {
         LookForSeparator(path, schema);
     } else {
         schema.separator = SeparatorOf(format, path);
     }
-    const QString mark = read(QStringLiteral("DecimalSymbol"));
-    schema.decimalMark = mark == u"," ? ',' : mark == u"." ? '.' : '\0';
-    schema.hasHeader = read(QStringLiteral("ColNameHeader")).compare(u"False", Qt::CaseInsensitive) != 0;
-    schema.codePage = CodePageOf(read(QStringLiteral("CharacterSet")));
+    schema.decimalMark = DecimalMarkOf(section.Read(QStringLiteral("DecimalSymbol")));
+    schema.hasHeader = HasHeader(section.Read(QStringLiteral("ColNameHeader")));
+    schema.codePage = CodePageOf(section.Read(QStringLiteral("CharacterSet")).value);
+    CheckDates(section.Read(QStringLiteral("DateTimeFormat")));
+    section.Read(
+        QStringLiteral("MaxScanRows")); // by which drivers guess types: here nothing is guessed by the first rows
     for (int column = 1;; ++column) {
-        const QString line = read(QStringLiteral("Col%1").arg(column));
+        const QString line = section.Read(QStringLiteral("Col%1").arg(column)).value;
         if (line.isEmpty()) {
             break;
         }
@@ -130,6 +258,7 @@ TextSchema ReadTextSchema(const QString& path) {
         schema.areTexts.append(IsOfTexts(TypeOf(line)));
         schema.areNumbers.append(IsOfNumbers(TypeOf(line)));
     }
+    schema.unused = section.Unread();
     if (!schema.hasHeader && schema.columns.isEmpty()) {
         throw ImportError(QStringLiteral("file '%1': schema.ini lo dice senza intestazione, ma non nomina le colonne "
                                          "(Col1=..., Col2=...)")

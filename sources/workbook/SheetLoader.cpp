@@ -187,8 +187,7 @@ bool SheetLoader::RepeatsHeader(const SheetRow& row) {
     if (filled < 2) {
         return false; // one value may be a name by chance
     }
-    m_oddities.Add(QStringLiteral("INTESTAZIONE RIPETUTA"), QString(), row.number,
-                   QStringLiteral("ogni cella ha il nome della sua colonna: non si legge"));
+    m_oddities.AddRepeatedHeader(row.number);
     return true;
 }
 

@@ -61,7 +61,12 @@ private slots:
             QByteArray("Format=Delimited(|)\nColNameHeader=False\nCol1=A Text\n"
                        "Col2=\"B\" Text Width 10\n"),
             "x");
-        Row("schema: own names over a header", QByteArray("uno;due\n1;x\n"), QByteArray("Col1=A Text\nCol2=B Text\n"),
+        Row("schema: an own name over one of a header", QByteArray("a;due\n1;x\n"),
+            QByteArray("ColNameHeader=1\nCol1=A Text\nCol2=B Text\n"), "x");
+        Row("schema: no header", QByteArray("1;x\n"), QByteArray("ColNameHeader=0\nCol1=A Text\nCol2=B Text\n"), "x");
+        Row("schema: no quotes", QByteArray("a;b\n1;\"x\n"), QByteArray("TextDelimiter=none\n"), "\"x");
+        Row("schema: other quotes", QByteArray("a;b\n1;'x;'';y'\n"), QByteArray("TextDelimiter='\n"), "x;';y");
+        Row("schema: dates as they are read", QByteArray("a;b\n1;x\n"), QByteArray("DateTimeFormat=gg/mm/aaaa hh:nn\n"),
             "x");
     }
     void FindsSeparatorAndCodePage() {
@@ -82,6 +87,16 @@ private slots:
         Row("empty", none, none, QStringList{"vuoto"});
         Row("header broken by a CR", QByteArray("a;b\r1;2\n3;4\n"), none, QStringList{"riga 1", "(CR)"});
         Row("neither header nor names", QByteArray("1;2\n"), QByteArray("ColNameHeader=False\n"), QStringList{"Col1"});
+        const QByteArray columns("Col1=Codice Text\nCol2=Costo\nCol3=Prezzo\n");
+        Row("a record for a header", QByteArray("A1;5;9\n"), columns,
+            QStringList{"('A1', '5', '9')", "('Codice', 'Costo', 'Prezzo')", "ColNameHeader=False"});
+        Row("columns at other places", QByteArray("Codice;Prezzo;Costo\nA1;9;5\n"), columns,
+            QStringList{"la colonna 2 è 'Costo', nel file è 'Prezzo' e 'Costo' è la 3"});
+        Row("header or not", QByteArray("a;b\n"), QByteArray("ColNameHeader=No\n"),
+            QStringList{"schema.ini, riga 2: 'ColNameHeader=No'"});
+        Row("month first", QByteArray("a;b\n"), QByteArray("\nDateTimeFormat=MM/dd/yyyy\n"),
+            QStringList{"schema.ini, riga 3: 'DateTimeFormat=MM/dd/yyyy'"});
+        Row("other quotes", QByteArray("a;b\n"), QByteArray("TextDelimiter=|\n"), QStringList{"'TextDelimiter=|'"});
         Row("no format", QByteArray("1;2\n"), QByteArray("Format=FixedLength\n"), QStringList{"FixedLength"});
     }
     void NamesWhatCannotBeRead() {
@@ -195,6 +210,9 @@ private slots:
         Row("another formula", QByteArray("a;b\n1;\"=\"\"a\"\"&\"\"b\"\"\"\n"), "=\"a\"&\"b\"", "");
         Row("a code that Excel has cut", QByteArray("a;b\n1;8,01234E+12\n"), "8,01234E+12",
             "riga 2, colonna 'b': '8,01234E+12' è un numero abbreviato");
+        Row("header repeated", QByteArray("a;b\n1;x\n A;\"B\"\n"), "x", "riga 3: ogni cella ha il nome");
+        Row("two records in one field", QByteArray("a;b\n1;\"x\n2;\"\n"), "x\n2;",
+            "colonna 'b': il campo tra virgolette");
         Row("own number of row", QByteArray("_riga;b\n1;x\n"), "x", "si legge come '_riga (1)'");
     }
     void ReadsOdditiesOfPrograms() {
@@ -257,6 +275,16 @@ private slots:
         QTEST(Values(*Open(), "SELECT a FROM dati"), "read");
         const QString notes = m_notes.join('\n');
         QVERIFY2(noted.isEmpty() ? notes.isEmpty() : notes.contains(noted), qPrintable(notes));
+    }
+
+    void NotesWhatSchemaTellsInVain() {
+        Write("dati.csv", "a;b\n1;x\n");
+        Write("schema.ini", "[altri.csv]\nColl1=a\n[dati.csv]\nMaxScanRows=0\nnumberdigits=2\nDecimalSymbol=,\nCol3="
+                            "b\n[Dati.csv]\nx=1\n");
+        QCOMPARE(Value(*Open(), "SELECT a FROM dati").toString(), QString("1"));
+        QVERIFY2(m_notes.join('\n').contains("CHIAVE SCONOSCIUTA") &&
+                     m_notes.join('\n').contains("schema.ini, riga 5: 'numberdigits=2', riga 7: 'Col3=b': niente"),
+                 qPrintable(m_notes.join('\n')));
     }
 
     void OffersAFileByItsFullName() {
