@@ -13,6 +13,7 @@
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/codeRules.h"
+#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/sourceSettings.h"
@@ -34,12 +35,11 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
     }
     const QString known = modImport::GetNewCode(session, "CON_TRO", "CDCON", code, false);
     const QString quoted = QString(code).replace('\'', "''"); // it goes into the statement as it is
-    return known.isEmpty() ? modImport::GetNewControparteFromCodExt(session, quoted, customer, !customer, false)
-                           : known;
-}
-
-QString CurrencyOfNumber(Session& session, const QString& number) {
-    return CurrencyOf(session, PiaCon, "_PCVAL", number == u"1" ? QString() : number);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    const QString found = modImport::GetNewControparteFromCodExt(session, quoted, customer, !customer, false);
+    return found.isEmpty() ? JoinedParty(session, customer ? "COCGE" : "COFGE", code) : found;
 }
 
 Rule NumberedCurrency() {
