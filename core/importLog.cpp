@@ -1,4 +1,5 @@
 #include "core/modImport.h"
+#include "core/modMain.h"
 #include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ownFile.h"
@@ -16,18 +17,23 @@ QChar First(const QString& text) {
     return text.at(0);
 }
 
-/// Whether the configuration key is 1; a configuration that cannot be read changes no value.
 bool IsUpper(Session& session, const QString& key, const QString& defaultValue) {
-    try {
-        return mod_ovTools::ReadNumber(session.Config.GetConfig(key, defaultValue)).value_or(0) == 1;
-    } catch (const Error&) {
-        return false;
-    }
+    return modMain::IsOn(session, QStringLiteral("CONFIG"), key, session.Config.GetConfig(key, defaultValue));
 }
 
 bool UpperKeys(Session& session) { return IsUpper(session, QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1")); }
 
 bool UpperTexts(Session& session) { return IsUpper(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")); }
+
+/// The value in upper case when the configuration says so; one that cannot be read, or says neither yes nor no, changes
+/// no value.
+QString InCase(Session& session, bool (*isUpper)(Session&), const QString& value) {
+    try {
+        return isUpper(session) ? mod_ovTools::UpperChars(value) : value;
+    } catch (const Error&) {
+        return value;
+    }
+}
 
 void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
     QFile file;
@@ -120,13 +126,9 @@ void LogNote(Session& session, const QString& message) {
     WriteImportLog(session, line, false);
 }
 
-QString FormatKeyField(Session& session, const QString& value) {
-    return UpperKeys(session) ? mod_ovTools::UpperChars(value) : value;
-}
+QString FormatKeyField(Session& session, const QString& value) { return InCase(session, UpperKeys, value); }
 
-QString FormatTextField(Session& session, const QString& value) {
-    return UpperTexts(session) ? mod_ovTools::UpperChars(value) : value;
-}
+QString FormatTextField(Session& session, const QString& value) { return InCase(session, UpperTexts, value); }
 
 FieldCase ReadFieldCase(Session& session) { return {UpperKeys(session), UpperTexts(session)}; }
 

@@ -68,7 +68,8 @@ QString FormatKeyField(Session& session, const QString& value);
 /// The same for the configuration key TEXTFIELD_CHAR (default "0").
 QString FormatTextField(Session& session, const QString& value);
 
-/// What both keys say, read once for the many values of a run.
+/// What both keys say, read once for the many values of a run. Raises `ImportError` naming one that says neither yes
+/// nor no, or settings that cannot be read.
 struct FieldCase {
     bool upperKeys = true;
     bool upperTexts = false;

@@ -2,7 +2,7 @@
 
 #include "sql/mod_ovTools.h"
 
-#include <QFileInfo>
+#include <QDir>
 
 namespace modMain {
 
@@ -37,8 +37,19 @@ QString GetAppConfig(Session& session, const QString& section, const QString& ke
     }
 }
 
+bool IsOn(const Session& session, const QString& section, const QString& key, const QString& text) {
+    const auto number = text.trimmed().isEmpty() ? 0 : mod_ovTools::ReadNumber(text);
+    if (number != 0 && number != 1) {
+        throw ImportError(
+            QStringLiteral("chiave %1, sezione [%2] di '%3': '%4' non è 1 (sì) né 0 (no); un commento è una "
+                           "riga a sé")
+                .arg(key, section, QDir::toNativeSeparators(session.Config.ConfigFile()), text));
+    }
+    return number == 1;
+}
+
 bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
-    return mod_ovTools::ReadNumber(GetAppConfig(session, section, key, defaultValue)).value_or(0) == 1;
+    return IsOn(session, section, key, GetAppConfig(session, section, key, defaultValue));
 }
 
 void SetAppConfig(Session& session, const QString& section, const QString& key, const QString& value) {

@@ -4,8 +4,8 @@
 
 class ovQueryConstructor;
 
-/// Settings and small services that every floor calls. None of them raises: an error is reported through the error
-/// collector under "modMain" and gives the result named with each.
+/// Settings and small services that every floor calls. But for the settings of yes or no none of them raises: an error
+/// is reported through the error collector under "modMain" and gives the result named with each.
 namespace modMain {
 
 /// What the file system tells about a file or folder.
@@ -24,7 +24,10 @@ struct FileInfo {
 /// default, and the default is returned, as it is after an error; a file that cannot be read is reported once.
 QString GetAppConfig(Session& session, const QString& section, const QString& key, const QString& defaultValue);
 
-/// Whether a setting, read as `GetAppConfig` does, is the number 1 ("1", "1.0").
+/// Whether a setting of yes or no is on: the number 1 ("1", "1.0"). @param text as it was read; a blank one is off
+/// Raises `ImportError` naming key, section and file for what is neither 1 nor 0: nobody knows what was meant by it.
+bool IsOn(const Session& session, const QString& section, const QString& key, const QString& text);
+/// The same of a setting that is read as `GetAppConfig` does.
 bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue);
 
 /// Writes a setting into "Quadrix.ini".

@@ -61,13 +61,15 @@ private slots:
     }
 
     void readsSwitches_data() {
-        Columns<QString, bool>("value", "on");
-        Row("1", "1", true);
-        Row("1.0", "1.0", true);
-        Row("0", "0", false);
-        Row("2", "2", false);
-        Row("yes", "yes", false);
-        Row("missing", "", true); // the default
+        Columns<QString, QString>("value", "on");
+        Row("1", "1", "yes");
+        Row("1.0", "1.0", "yes");
+        Row("0", "0", "no");
+        Row("0.0", " 0.0", "no");
+        Row("2", "2", "refused");
+        Row("yes", "yes", "refused");
+        Row("a comment behind it", "1 ; controlla", "refused");
+        Row("missing", "", "yes"); // the default
     }
     void readsSwitches() {
         QFETCH(QString, value);
@@ -76,7 +78,13 @@ private slots:
         Session session(person);
         session.Config.SetConfigFile(folder.filePath("Quadrix.ini"));
         modMain::SetAppConfig(session, "IMPORT", "Key", value);
-        QTEST(modMain::IsAppConfigOn(session, "IMPORT", "Key", "1"), "on");
+        QString on;
+        const auto refused = ErrorOf<ImportError>([&] {
+            on = modMain::IsAppConfigOn(session, "IMPORT", "Key", "1") ? "yes" : "no"; //
+        });
+        QTEST(refused ? QString("refused") : on, "on");
+        QVERIFY(!refused || refused->Message().startsWith("chiave Key, sezione [IMPORT] di '" +
+                                                          folder.filePath("Quadrix.ini") + "': '" + value + "' non è"));
     }
 
     void reportsUnreadableSettings() {
