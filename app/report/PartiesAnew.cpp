@@ -20,6 +20,14 @@ const QString AsSupplier = QStringLiteral("COFGE");
 /// By these a counterparty is found: its code, its codes in the source, its numbers.
 const QStringList FoundBy{Code, AsCustomer, AsSupplier, "COIVA", "COFIS"};
 
+const QStringList Lists{"COLSC", "COLSF"};
+
+/// Whether the price list of a counterparty is the one of its own code.
+bool IsOwnList(const Recordset& rows, const QString& column) {
+    const QString list = mod_ovTools::ToText(rows.Value(column)).trimmed();
+    return !list.isEmpty() && list == mod_ovTools::ToText(rows.Value(Code)).trimmed();
+}
+
 /// A code that nobody has, and that comes before every number.
 QString HiddenCode(qint64 id) { return u'!' + QString::number(id, 36); }
 
@@ -42,11 +50,16 @@ bool IsOfOne(const QMap<QString, QVariant>& values) {
 
 void PartiesAnew::Hide() {
     Recordset rows =
-        m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, USINS, " + FoundBy.join(u", ") + u" FROM " + m_table);
+        m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, USINS, " + (FoundBy + Lists).join(u", ") + u" FROM " + m_table);
     for (; !rows.Eof(); rows.MoveNext()) {
-        Party party{rows.Value(IdColumn).toLongLong(), {}};
+        Party party{rows.Value(IdColumn).toLongLong(), {}, {}};
         for (const QString& column : FoundBy) {
             party.foundBy.insert(column, rows.Value(column));
+        }
+        for (const QString& column : Lists) {
+            if (IsOwnList(rows, column)) {
+                party.ownLists.insert(column, rows.Value(column));
+            }
         }
         m_last = std::max(m_last, party.id);
         const bool isImported =
@@ -105,6 +118,7 @@ void PartiesAnew::Show() {
         const auto given = anew.constFind(SourceCodes(party.foundBy));
         if (given != anew.cend()) {
             values.insert(*given);
+            values.insert(party.ownLists);
             values.insert(QStringLiteral("USMDF"), schema::defaults::ImportUser);
             values.insert(QStringLiteral("DTMDF"), m_session.Now());
         }

@@ -25,7 +25,8 @@ private:
     using Values = QMap<QString, QVariant>; ///< by column
     struct Party {
         qint64 id = 0;
-        Values foundBy; ///< the columns by which it would be found
+        Values foundBy;  ///< the columns by which it would be found
+        Values ownLists; ///< COLSC, COLSF where that is its own price list, which an import of counterparties leaves
     };
 
     QHash<QString, Values> TakeAnew();

@@ -158,9 +158,7 @@ contract::Needs CounterpartiesKind::Needs() const {
     add(contacts);
     needs.writes = needs.writes + CounterpartyNeeds();
     needs.codes.push_back(CodeOf(declared));
-    if (declared.roles.knowsCarriers) {
-        needs.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
-    }
+    needs.writes.push_back({"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}});
     return needs + declared.further;
 }
 
@@ -189,8 +187,9 @@ private:
     Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
     RowOutcome Refresh(const SourceRow& row, const Roles& roles);
     void ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping, const Roles& roles) const;
-    RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
-                     const Roles& roles) const;
+    PartyMarks MarksOf(const SourceRow& row, const Roles& roles) const;
+    RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place, const Roles& roles,
+                     const Joining& joining) const;
     RowOutcome FillCodesOf(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                            const Roles& roles) const;
     void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
@@ -218,15 +217,18 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     if (declared.writing == PartyWriting::Refreshed) {
         return Refresh(row, roles);
     }
-    const SourceIdentity identity = IdentityOf(row, roles);
+    SourceIdentity identity = IdentityOf(row, roles);
+    identity.marks = MarksOf(row, roles);
     m_parties.Meet(identity);
     const bool onlyCarrier = !roles.customer && !roles.supplier;
-    const Placement place = onlyCarrier ? m_carriers.Place(identity) : PlaceOf(row, identity);
+    Placement place = onlyCarrier ? m_carriers.Place(identity) : PlaceOf(row, identity);
     CounterpartyWriter writer(Run(), declared.created.Value(GetSession(), row));
     if (FillsCodes(Run())) {
         return place.known ? FillCodesOf(writer, row, place, roles) : SkipGone(Run());
     }
-    const RowOutcome outcome = Write(writer, row, place, roles);
+    const Joining joining = m_parties.Join(identity, place);
+    place.isAgain = joining.isAgain;
+    const RowOutcome outcome = Write(writer, row, place, roles, joining);
     writer.Numbers(OwnerOf(place), row, declared.numbers);
     WriteChildren(writer, row, OwnerOf(place));
     if (declared.after) {
@@ -334,11 +336,50 @@ Placement CounterpartyImporter::PlaceOf(const SourceRow& row, const SourceIdenti
     return {same, true};
 }
 
+PartyMarks CounterpartyImporter::MarksOf(const SourceRow& row, const Roles& roles) const {
+    const bool tells = std::any_of(m_kind->mappings.begin(), m_kind->mappings.end(),
+                                   [](const CounterpartyMapping& one) { return !one.Marks().lines.empty(); });
+    if (!tells) {
+        return {};
+    }
+    TargetRow told(Run(), Parties);
+    for (const CounterpartyMapping& mapping : m_kind->mappings) {
+        mapping.Marks().Apply(told, GetSession(), row, {{}, roles});
+    }
+    const auto mark = [&told](const char* column) {
+        const QVariant value = told.Value(column);
+        return value.isValid() ? std::optional(mod_ovTools::ToBoolean(value)) : std::nullopt;
+    };
+    return {mark("COANN"), mark("COBLK")};
+}
+
+/// What the columns of a counterparty that is there become where another row of the source, or a list of prices of its
+/// own, has a say in them.
+void SetJoined(TargetRow& target, const QString& party, const Joining& joining) {
+    const auto set = [&target](const char* column, std::optional<bool> value) {
+        if (value) {
+            target.Set(column, *value);
+        }
+    };
+    set("COCLI", joining.keeps.customer ? std::optional(true) : std::nullopt);
+    set("COFOR", joining.keeps.supplier ? std::optional(true) : std::nullopt);
+    set("COANN", joining.marks.cancelled);
+    set("COBLK", joining.marks.blocked);
+    for (const QString& column : joining.ownLists) {
+        if (target.Value(column).isValid()) {
+            target.Set(column, party);
+        }
+    }
+}
+
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
-                                       const Roles& roles) const {
+                                       const Roles& roles, const Joining& joining) const {
+    Roles written = roles;
+    written.customer = roles.customer && !joining.keeps.customer;
+    written.supplier = roles.supplier && !joining.keeps.supplier;
     const auto more = [&](TargetRow& target) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
-            writer.Apply(m_kind->mappings[i], row, place, roles, target);
+            writer.Apply(m_kind->mappings[i], row, place, written, target);
         }
         if (place.known && roles.carrier) {
             target.Set("COVET", true);
@@ -346,8 +387,9 @@ RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceR
         if (m_kind->declared.more) {
             m_kind->declared.more(Run(), row, target);
         }
+        SetJoined(target, place.code, joining);
     };
-    return writer.Write(m_kind->mappings.front(), row, place, roles, more);
+    return writer.Write(m_kind->mappings.front(), row, place, written, more);
 }
 
 /// A counterparty that is there, and its branches, get the codes that they lack, and nothing else.

@@ -1,5 +1,6 @@
 #include "adapters/contract/map/lookups.h"
 
+#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/ImportRun.h"
 #include "adapters/contract/run/TargetRow.h"
@@ -36,6 +37,11 @@ std::optional<QString> FurtherCapitals(const QString& text) {
     return differs ? std::optional(mod_ovTools::UpperChars(text)) : std::nullopt;
 }
 
+/// Whether a column holds the code that a counterparty has in the source.
+bool IsSourceCode(const QString& table, const QString& column) {
+    return table == u"CON_TRO" && (column == u"COCGE" || column == u"COFGE");
+}
+
 QString Literal(const Session& session, const QString& text) {
     return mod_ovTools::FormatSqlValue(TextAsIs(text), DataType::NVarChar, session.Quadrix.ProviderType);
 }
@@ -47,6 +53,12 @@ QString LookUp(Session& session, const QString& table, const QString& keyColumn,
     QVariant found = session.Quadrix.GetDbValue(table, keyColumn, keyValue, column);
     if (const auto capitals = found.isNull() ? FurtherCapitals(keyValue) : std::nullopt) {
         found = session.Quadrix.GetDbValue(table, keyColumn, *capitals, column);
+    }
+    if (found.isNull() && IsSourceCode(table, keyColumn)) {
+        const QString party = JoinedParty(session, keyColumn, keyValue);
+        if (!party.isEmpty() && !IsThere(session, table, keyColumn, keyValue)) {
+            found = session.Quadrix.GetDbValue(table, QStringLiteral("CDCON"), party, column);
+        }
     }
     return mod_ovTools::ToText(found).trimmed();
 }

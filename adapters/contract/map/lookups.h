@@ -7,7 +7,8 @@ namespace contract {
 class ImportRun;
 
 /// One column of the first row of a Quadrix table (bare name) whose key column has that value, as it is or in capitals,
-/// as text without surrounding blanks; empty when there is no such row.
+/// as text without surrounding blanks; empty when there is no such row. By COCGE and COFGE a counterparty is also found
+/// under the source codes that it has beside them (`JoinedParty`).
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column);
 

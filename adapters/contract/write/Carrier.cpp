@@ -45,7 +45,8 @@ Placement Carriers::Place(const SourceIdentity& source) const {
     } else if (code != before) {
         m_parties.TellMerge(source, code);
     }
-    return {code, m_parties.Exists(code)};
+    const bool known = m_parties.Exists(code);
+    return {code, known, known && code == before && !m_placed.contains(code)};
 }
 
 void Carriers::Remember(const SourceIdentity& source, const QString& code) {

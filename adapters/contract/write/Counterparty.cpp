@@ -62,6 +62,28 @@ QString LeadingDigits(const QString& text) {
     return digits.isEmpty() || digits.startsWith(u'.') ? QString(u'0' + digits) : digits;
 }
 
+/// Whether a number as it is stored may be none of this country, or several in one.
+bool IsDoubtful(const QString& stored) {
+    constexpr int most = 15; // of the digits of a number anywhere
+    const auto digits = std::count_if(stored.begin(), stored.end(), [](QChar c) { return c.isDigit(); });
+    return stored.startsWith(u'+') || stored.startsWith(u"00") || digits > most;
+}
+
+/// The e-mail addresses of a text: those between ";", ",", "/" and blanks where each part is one, else those between
+/// ";" and ",", else the text as it is.
+QStringList MailsOf(const QString& text) {
+    static const QRegularExpression anyBorder(QStringLiteral("[;,/\\\\\\s]+"));
+    static const QRegularExpression sureBorder(QStringLiteral("[;,]+"));
+    for (const QRegularExpression& border : {anyBorder, sureBorder}) {
+        const QStringList parts = text.split(border, Qt::SkipEmptyParts);
+        if (parts.size() > 1 &&
+            std::all_of(parts.begin(), parts.end(), [](const QString& part) { return part.count(u'@') == 1; })) {
+            return parts;
+        }
+    }
+    return {text};
+}
+
 /// The lines of a role, behind the mark of the role.
 Mapping RoleLines(const Mapping& whole, Side side, const QString& mark) {
     Mapping role{whole.targetTable, whole.sourceTable, {{mark, {}, rules::Constant(true)}}, true};
@@ -152,7 +174,13 @@ QStringList NumberColumns::Names() const {
 CounterpartyMapping::CounterpartyMapping(Mapping whole)
     : m_whole(std::move(whole)),
       m_customer(RoleLines(m_whole, Side::Customer, QStringLiteral("COCLI"))),
-      m_supplier(RoleLines(m_whole, Side::Supplier, QStringLiteral("COFOR"))) {}
+      m_supplier(RoleLines(m_whole, Side::Supplier, QStringLiteral("COFOR"))),
+      m_marks{m_whole.targetTable, m_whole.sourceTable, {}, true} {
+    std::copy_if(m_whole.lines.begin(), m_whole.lines.end(), std::back_inserter(m_marks.lines),
+                 [](const MapLine& line) {
+                     return !line.sources.isEmpty() && (line.target == u"COANN" || line.target == u"COBLK");
+                 });
+}
 
 RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
                                      const Roles& roles, const std::function<void(TargetRow&)>& more) const {
@@ -204,6 +232,15 @@ TargetRow CounterpartyWriter::NewRow(const QString& table) const {
     return row;
 }
 
+/// Whether something that does not hang on an owner is not written on it again, which the log tells.
+bool CounterpartyWriter::IsLeft(const Owner& owner, const QString& what, const QString& value) const {
+    if (owner.isAgain) {
+        m_run.Log(QStringLiteral("RECAPITO DIVERSO: %1: %2 '%3' non è tra i recapiti di Quadrix, che restano come sono")
+                      .arg(m_run.RowKey(), what, value));
+    }
+    return owner.isAgain;
+}
+
 /// A row that hangs on an owner.
 TargetRow CounterpartyWriter::NewRow(const QString& table, const Owner& owner) const {
     const QString key = QStringLiteral("TBKEY");
@@ -243,15 +280,20 @@ void CounterpartyWriter::Numbers(const Owner& owner, const SourceRow& row, const
 }
 
 void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, const QString& number) const {
-    if (number.isEmpty()) {
+    if (number.isEmpty() || owner.table.isEmpty()) {
         return;
     }
     const QString stored = StoredNumber(number);
     const bool isNumber = stored == WithoutSeparators(number);
     const QString digits = Digits(stored);
     if (Hangs(owner, QStringLiteral("NUM_TEL"), QStringLiteral("NRNUM"),
-              [&digits](const QString& there) { return Digits(there) == digits; })) {
+              [&digits](const QString& there) { return Digits(there) == digits; }) ||
+        IsLeft(owner, label, number)) {
         return;
+    }
+    if (isNumber && IsDoubtful(stored)) {
+        m_run.Log(QStringLiteral("TELEFONO DUBBIO: %1: '%2', scritto come '%3 %4'")
+                      .arg(m_run.RowKey(), number, Prefix, stored));
     }
     if (!isNumber) {
         m_run.Log(QStringLiteral("TELEFONO NON NUMERICO: %1: '%2' non è un numero, scritto come '%3'")
@@ -268,7 +310,8 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
 void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const QString& label,
                                  const QString& address) const {
     if (Hangs(owner, QStringLiteral("IND_WEB"), QStringLiteral("WBIND"),
-              [&address](const QString& there) { return there.compare(address, Qt::CaseInsensitive) == 0; })) {
+              [&address](const QString& there) { return there.compare(address, Qt::CaseInsensitive) == 0; }) ||
+        IsLeft(owner, label, address)) {
         return;
     }
     TargetRow row = NewRow(QStringLiteral("IND_WEB"), owner);
@@ -279,14 +322,19 @@ void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const 
 }
 
 void CounterpartyWriter::WebSite(const Owner& owner, const QString& address, const QString& label) const {
-    if (!address.isEmpty()) {
+    if (!address.isEmpty() && !owner.table.isEmpty()) {
         Address(owner, QStringLiteral("W"), label, WithoutSeparators(address));
     }
 }
 
 void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QString& address) const {
-    if (!address.isEmpty()) {
-        Address(owner, QStringLiteral("E"), label, Without(address.toLower(), QStringLiteral("/ \\")));
+    if (address.isEmpty() || owner.table.isEmpty()) {
+        return;
+    }
+    QString under = label;
+    for (const QString& one : MailsOf(address)) {
+        Address(owner, QStringLiteral("E"), under, Without(one.toLower(), QStringLiteral("/ \\")));
+        under = label == u"@ Principale" ? QStringLiteral("@ Ufficio") : label;
     }
 }
 
@@ -306,7 +354,7 @@ std::optional<Owner> CounterpartyWriter::Met(const Owner& counterparty, const Ta
         });
         if (same && !m_met.contains(table + id)) {
             MeetChild(table + id);
-            return Owner{table, id, true};
+            return Owner{table, id, true, {}, counterparty.isAgain};
         }
     }
     return std::nullopt;
@@ -345,8 +393,12 @@ Owner CounterpartyWriter::Contact(const Owner& counterparty, const QString& name
 }
 
 Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact) {
-    const auto met = Met(counterparty, contact, ContactTable, {QStringLiteral("RFNOM")});
-    return met ? *met : Insert(contact, ContactTable, counterparty);
+    if (const auto met = Met(counterparty, contact, ContactTable, {QStringLiteral("RFNOM")})) {
+        return *met;
+    }
+    const bool isLeft = IsLeft(counterparty, QStringLiteral("riferimento"),
+                               mod_ovTools::ToText(contact.Value(QStringLiteral("RFNOM"))));
+    return isLeft ? Owner{} : Insert(contact, ContactTable, counterparty);
 }
 
 Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {

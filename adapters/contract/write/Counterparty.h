@@ -14,10 +14,13 @@ struct Owner {
     QString key;             ///< its code or RECORD_ID
     bool known = false;      ///< whether it was there before the source row
     PendingRows::Id id = {}; ///< RECORD_ID in place of the key; null: the key is known
+    bool isAgain = false;    ///< as `Placement::isAgain`
 };
 
 /// The counterparty itself as owner.
-inline Owner OwnerOf(const Placement& place) { return {QStringLiteral("CON_TRO"), place.code, place.known}; }
+inline Owner OwnerOf(const Placement& place) {
+    return {QStringLiteral("CON_TRO"), place.code, place.known, {}, place.isAgain};
+}
 
 /// What the writer below writes, and what the register reads.
 std::vector<TableNeed> CounterpartyNeeds();
@@ -78,13 +81,16 @@ public:
     const Mapping& Whole() const { return m_whole; }
     /// What a role adds.
     const Mapping& Role(bool customer) const { return customer ? m_customer : m_supplier; }
-    /// All three, for `Needs`.
+    /// The marks that hold for all roles, COANN and COBLK, as far as the source tells them.
+    const Mapping& Marks() const { return m_marks; }
+    /// The whole and the roles, for `Needs`.
     std::vector<const Mapping*> All() const { return {&m_whole, &m_customer, &m_supplier}; }
 
 private:
     Mapping m_whole;
     Mapping m_customer;
     Mapping m_supplier;
+    Mapping m_marks;
 };
 
 /// Writes the counterparty of a source row and what hangs on it. It knows the target, never the origin.
@@ -111,19 +117,24 @@ public:
     void Apply(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place, const Roles& roles,
                TargetRow& target) const;
 
-    // What hangs on an owner that was there before is written unless it hangs there already.
+    // What hangs on an owner that was there before is written unless it hangs there already. Numbers, addresses and
+    // contacts of one that the source row has made before are not: they may have been mended or deleted since; the log
+    // names those that do not hang there. An owner without a table is none, on which nothing is written.
 
     /// Writes the numbers and addresses of the columns, each under its usual label.
     void Numbers(const Owner& owner, const SourceRow& row, const NumberColumns& columns) const;
     /// Writes a telephone number as "+39" and the number without separators. What is no number is written as a zero
-    /// and the number that it begins with, and logged. A blank one writes nothing.
+    /// and the number that it begins with, and logged, as is one with a prefix of a country or of more than 15 digits.
+    /// A blank one writes nothing.
     void Telephone(const Owner& owner, const QString& label, const QString& number) const;
     /// Writes a web site, without separators. A blank one writes nothing.
     void WebSite(const Owner& owner, const QString& address,
                  const QString& label = QStringLiteral("Indirizzo Web")) const;
-    /// Writes an e-mail address in lower case, without "/", " " and "\". A blank one writes nothing.
+    /// Writes an e-mail address in lower case, without "/", " " and "\". A blank one writes nothing; of several in one
+    /// text each is written, those behind the first under "@ Ufficio" where its label is "@ Principale".
     void Mail(const Owner& owner, const QString& label, const QString& address) const;
-    /// Writes a contact person of a counterparty and returns the owner for what hangs on it.
+    /// Writes a contact person of a counterparty and returns the owner for what hangs on it; none for a contact that is
+    /// not written again.
     Owner Contact(const Owner& counterparty, const QString& name);
     /// Inserts a contact person of a counterparty, which a mapping has filled, unless one of that name is there, and
     /// returns the owner for what hangs on it.
@@ -150,6 +161,7 @@ private:
     void TellSecondDefault(const Owner& counterparty, const TargetRow& branch) const;
     QString FreeBranchCode(const Owner& counterparty, const QString& code);
     void Address(const Owner& owner, const QString& kind, const QString& label, const QString& address) const;
+    bool IsLeft(const Owner& owner, const QString& what, const QString& value) const;
 
     ImportRun& m_run;
     QVariant m_created;

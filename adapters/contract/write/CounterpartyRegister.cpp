@@ -3,20 +3,11 @@
 #include "adapters/contract/map/lookups.h"
 #include "core/identifyingNumber.h"
 #include "core/modImport.h"
+#include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
-
-/// A row of CON_TRO, as far as it tells who that is.
-struct CounterpartyRegister::Party {
-    QString code;
-    QString name;
-    QString vatNumber;
-    QString taxCode;
-    QString customer; ///< COCGE
-    QString supplier; ///< COFGE
-};
 
 namespace {
 
@@ -127,7 +118,31 @@ std::optional<TakenCode> ReadTakenCode(Session& session) {
 CounterpartyRegister::CounterpartyRegister(ImportRun& run, TakenCode usual)
     : m_run(run),
       m_usual(usual),
-      m_setting(ReadTakenCode(run.GetSession())) {}
+      m_setting(ReadTakenCode(run.GetSession())),
+      m_joined(run) {}
+
+CounterpartyRegister::Party CounterpartyRegister::PartyOf(const SourceRow& row) {
+    const QString changedBy = row.Text("USMDF");
+    const QString madeBy = row.Text("USINS");
+    const auto isImport = [](const QString& user) { return Agree(user, schema::defaults::ImportUser); };
+    Party party{row.Text("CDCON"),
+                WholeName(mod_ovTools::ToText(row.Value("CORAS")), row.Text("CORA2")),
+                row.Text("COIVA"),
+                row.Text("COFIS"),
+                row.Text("COCGE"),
+                row.Text("COFGE"),
+                mod_ovTools::ToBoolean(row.Value("COANN")),
+                mod_ovTools::ToBoolean(row.Value("COBLK")),
+                !isImport(changedBy.isEmpty() ? madeBy : changedBy),
+                isImport(madeBy) && changedBy.isEmpty(),
+                {}};
+    for (const QString& column : {QStringLiteral("COLSC"), QStringLiteral("COLSF")}) {
+        if (Agree(row.Text(column), party.code)) {
+            party.ownLists.append(column);
+        }
+    }
+    return party;
+}
 
 /// The counterparties that have a code in a column. CDCON is there once: where it is one with another for the database
 /// alone, that raises `ImportError`.
@@ -144,8 +159,7 @@ std::vector<CounterpartyRegister::Party> CounterpartyRegister::Parties(const QSt
         if (!IsCodeAsked(row.Value(column), code)) {
             continue;
         }
-        parties.push_back({row.Text("CDCON"), WholeName(mod_ovTools::ToText(row.Value("CORAS")), row.Text("CORA2")),
-                           row.Text("COIVA"), row.Text("COFIS"), row.Text("COCGE"), row.Text("COFGE")});
+        parties.push_back(PartyOf(row));
     }
     return parties;
 }
@@ -202,17 +216,29 @@ QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QSt
 }
 
 /// "; il codice cliente '7' lascia il posto a '9'", of each source code that a counterparty has and loses to a source
-/// row that it becomes; empty for none.
-QString CounterpartyRegister::Replaced(const SourceIdentity& source, const Party& party) {
+/// row that it becomes, or that it keeps before that of a cancelled row; empty for none.
+QString CounterpartyRegister::Replaced(const SourceIdentity& source, const Party& party) const {
     QString replaced;
-    const auto look = [&](const QString& role, bool has, const QString& there) {
+    const auto look = [&](bool customer, bool has, const QString& there) {
         if (has && !there.isEmpty() && !Agree(there, source.code)) {
-            replaced += QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'").arg(role, there, source.code);
+            replaced += (KeepsCode(source, party, customer)
+                             ? QStringLiteral("; resta il codice %1 '%2', la riga di '%3' è annullata")
+                             : QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'"))
+                            .arg(RoleText(customer), there, source.code);
         }
     };
-    look(QStringLiteral("cliente"), source.roles.customer, party.customer);
-    look(QStringLiteral("fornitore"), source.roles.supplier, party.supplier);
+    look(true, source.roles.customer, party.customer);
+    look(false, source.roles.supplier, party.supplier);
     return replaced;
+}
+
+/// Whether a counterparty keeps the code that it has in a role: the code of the source row stands beside it already, or
+/// is that of a row that is cancelled.
+bool CounterpartyRegister::KeepsCode(const SourceIdentity& source, const Party& party, bool customer) const {
+    const QString& there = customer ? party.customer : party.supplier;
+    return !there.isEmpty() && !Agree(there, source.code) &&
+           (m_joined.PartyOf(customer, source.code) == party.code ||
+            (source.marks.cancelled == true && !party.isCancelled));
 }
 
 void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString& code) const {
@@ -222,14 +248,14 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
     }
     QStringList codes;
     bool made = false;
-    const auto look = [&](const QString& role, bool has, const QString& there) {
-        made = made || (has && Agree(there, source.code));
+    const auto look = [&](bool customer, bool has, const QString& there) {
+        made = made || (has && (Agree(there, source.code) || m_joined.PartyOf(customer, source.code) == code));
         if (!there.isEmpty()) {
-            codes.append(QStringLiteral("%1 '%2'").arg(role, there));
+            codes.append(QStringLiteral("%1 '%2'").arg(RoleText(customer), there));
         }
     };
-    look(QStringLiteral("cliente"), source.roles.customer, party->customer);
-    look(QStringLiteral("fornitore"), source.roles.supplier, party->supplier);
+    look(true, source.roles.customer, party->customer);
+    look(false, source.roles.supplier, party->supplier);
     if (made) {
         TellTwice(code);
         return;

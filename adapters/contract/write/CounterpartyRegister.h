@@ -1,8 +1,14 @@
 #pragma once
 
-#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/write/JoinedCodes.h"
 
 namespace contract {
+
+/// The marks of a counterparty that hold for all of its roles; none where the source does not tell it.
+struct PartyMarks {
+    std::optional<bool> cancelled = {}; ///< COANN
+    std::optional<bool> blocked = {};   ///< COBLK
+};
 
 /// What tells a counterparty of the source from others.
 struct SourceIdentity {
@@ -15,12 +21,24 @@ struct SourceIdentity {
     QString taxCode;
     QString number = {}; ///< of a customer whose code is more than its number: the number
     QString told = {};   ///< CDCON that SYS_IMP tells of another code of the source, before that of this one
+    PartyMarks marks = {};
 };
 
 /// The Quadrix code of a counterparty of the source.
 struct Placement {
     QString code;
     bool known = false; ///< the counterparty is there already: it only gains what the source row adds
+    /// The source row made the counterparty, or became one with it, at an earlier run: what hung on it then has been
+    /// written, and may have been mended or deleted since.
+    bool isAgain = false;
+};
+
+/// What a source row leaves of the counterparty that it is one with.
+struct Joining {
+    bool isAgain = false;      ///< as `Placement::isAgain`
+    Roles keeps = {};          ///< roles that another row of the source has given it, whose columns stay
+    PartyMarks marks = {};     ///< those to be written
+    QStringList ownLists = {}; ///< COLSC, COLSF where that is the counterparty's own price list, which stays
 };
 
 /// What happens to a counterparty whose code belongs to another one.
@@ -44,6 +62,10 @@ public:
     /// A source row begins: what the operations below tell and find depends on whether an earlier row of the run had
     /// its code, in a role that it has too.
     void Meet(const SourceIdentity& source);
+    /// The source row is written into the counterparty that was found for it. A source code that another row takes the
+    /// column of is kept, so that documents find it (`JoinedCodes`); the row of a cancelled customer takes nothing from
+    /// one that is in force. Cancelled or blocked is who is so in every row; the log tells where rows differ.
+    Joining Join(const SourceIdentity& source, const Placement& place);
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
     /// The counterparty that the source says a row is, which is known by its code: a stranger, whose name and numbers
@@ -80,14 +102,39 @@ public:
     Placement Settle(const SourceIdentity& source, const QString& code) const;
 
 private:
-    struct Party;
+    /// A row of CON_TRO, as far as it tells who that is, and what another row of the source would change.
+    struct Party {
+        QString code;
+        QString name;
+        QString vatNumber;
+        QString taxCode;
+        QString customer; ///< COCGE
+        QString supplier; ///< COFGE
+        bool isCancelled;
+        bool isBlocked;
+        bool isByHand;        ///< whether somebody has written the row last, and not an import
+        bool isUntouched;     ///< whether it is as an import has inserted it
+        QStringList ownLists; ///< COLSC, COLSF where that is a list of the counterparty's own code
+    };
+    /// The marks that all rows so far have, and whether a hand had been at the counterparty before the first of them.
+    struct MetMarks {
+        bool cancelled = true;
+        bool blocked = true;
+        bool isByHand = false;
+    };
+    static Party PartyOf(const SourceRow& row);
     std::vector<Party> Parties(const QString& column, const QString& code) const;
     std::vector<Party> OfSourceCode(const SourceIdentity& source) const;
     std::optional<Party> Find(const QString& code) const;
     QString OfAnother(const SourceIdentity& source, const Party& party) const;
     std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
     Placement TakeNext(const SourceIdentity& source, const QString& taken) const;
-    static QString Replaced(const SourceIdentity& source, const Party& party);
+    QString Replaced(const SourceIdentity& source, const Party& party) const;
+    bool KeepsCode(const SourceIdentity& source, const Party& party, bool customer) const;
+    void JoinRole(const SourceIdentity& source, const Party& party, bool customer, Joining& joining);
+    void BeginParty(const SourceIdentity& source, const QString& code);
+    PartyMarks MarksOf(const SourceIdentity& source, const Party& party, bool isAgain);
+    void RememberMarks(const QString& code, const MetMarks& marks);
     void TellTwice(const QString& code) const;
     void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;
 
@@ -96,6 +143,9 @@ private:
     std::optional<TakenCode> m_setting; ///< none: as usual
     QSet<size_t> m_met;                 ///< hashes of the roles and codes of the rows so far
     bool m_again = false;               ///< whether the row under way has one of them
+    mutable JoinedCodes m_joined;
+    QSet<QString> m_joinedNow;           ///< roles and codes that the run has given to counterparties
+    QHash<QString, MetMarks> m_metMarks; ///< by CDCON, of the rows of the run so far
 };
 
 } // namespace contract

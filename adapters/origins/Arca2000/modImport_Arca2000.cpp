@@ -212,7 +212,8 @@ bool AddsSupplier(ImportRun& run, const QString& sourceCode, const QString& part
 }
 
 /// A legal person that is there already only gains the role that the source row adds.
-RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
+RowOutcome GainRole(ImportRun& run, CounterpartyRegister& parties, const SourceRow& row, SourceIdentity source,
+                    const QString& code) {
     const bool supplier = AddsSupplier(run, row.Text("codice"), code);
     TargetRow target(run, "CON_TRO");
     if (FillsCodes(run)) {
@@ -220,7 +221,13 @@ RowOutcome GainRole(ImportRun& run, const SourceRow& row, const QString& code) {
         missing.Apply(Controparti(), row, target);
         return missing.Write(target);
     }
-    (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
+    source.roles = RoleOf(!supplier);
+    const Roles keeps = parties.Join(source, {code, true}).keeps;
+    if (keeps.customer || keeps.supplier) {
+        target.Set(supplier ? "COFOR" : "COCLI", true);
+    } else {
+        (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
+    }
     LeaveCodes(run);
     target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
     return RowOutcome::Updated;
@@ -290,16 +297,17 @@ RowOutcome ImportControparte(ImportRun& run, CounterpartyRegister& parties, cons
         Anagrafe, "codice", sourceCode, roles, name, row.Text("partiva"), row.Text("codfiscale")};
     parties.Meet(source);
     if (const QString same = parties.FindSame(source); !same.isEmpty()) {
-        return GainRole(run, row, same);
+        return GainRole(run, parties, row, source, same);
     }
     // A supplier's code does not tell its number: without this a second run would number it anew.
     if (const QString before = roles.supplier ? parties.FindByCode(source) : QString(); !before.isEmpty()) {
-        return GainRole(run, row, before);
+        return GainRole(run, parties, row, source, before);
     }
     const Placement place = parties.Settle(source, AssignCode(run, parties, sourceCode));
     if (place.known) {
-        return GainRole(run, row, place.code);
+        return GainRole(run, parties, row, source, place.code);
     }
+    parties.Join(source, place);
     TargetRow target(run, "CON_TRO");
     Controparti().Apply(target, run.GetSession(), row, {place.code, roles});
     target.Insert();

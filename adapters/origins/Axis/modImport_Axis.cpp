@@ -27,16 +27,16 @@ const QString ArticoliTable = QStringLiteral("Articoli");
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-/// A VAT number as Quadrix keeps it. An Italian one, with "IT" in front or no letters: its digits alone, those of 7 to
-/// 10 digits with zeros in front to 11. One of another country, with two other letters in front: the text without
-/// surrounding blanks, in upper case. Empty for a blank one.
-QString FormatPartitaIvaAxis(const QString& number) {
+/// A VAT number as Quadrix keeps it. An Italian one, with "IT" in front or of somebody in Italy: its digits alone,
+/// those of 7 to 10 digits with zeros in front to 11. One of another country, with two other letters in front or of
+/// somebody elsewhere: the text without surrounding blanks, in upper case. Empty for a blank one.
+QString FormatPartitaIvaAxis(const QString& number, bool isInItaly) {
     constexpr int shortest = 7;
     constexpr int length = 11;
     const auto isLetter = [](QChar one) { return one >= u'A' && one <= u'Z'; };
     QString text = number.trimmed().toUpper();
     const bool hasPrefix = text.size() > 1 && isLetter(text.at(0)) && isLetter(text.at(1));
-    if (hasPrefix && !text.startsWith(u"IT")) {
+    if (hasPrefix ? !text.startsWith(u"IT") : !isInItaly) {
         return text;
     }
     text.removeIf([](QChar one) { return one < u'0' || one > u'9'; });
@@ -44,8 +44,11 @@ QString FormatPartitaIvaAxis(const QString& number) {
 }
 
 Rule VatNumber() {
-    return {"come la scrive FormatPartitaIvaAxis; niente se è vuota", [](const RuleInput& input) {
-                const QString number = FormatPartitaIvaAxis(input.Text());
+    return {"come la scrive FormatPartitaIvaAxis, di un italiano se Nazione è l'Italia o vuota; niente se è vuota",
+            [country = Country(Anagrafiche, "Nazione").apply](const RuleInput& input) {
+                const RuleValue found = country({input.session, input.row, {"Nazione"}, input.facts});
+                const bool isInItaly = found && found->toString() == schema::defaults::Country;
+                const QString number = FormatPartitaIvaAxis(input.row.Text(input.columns.first()), isInItaly);
                 return number.isEmpty() ? RuleValue() : RuleValue(number);
             }};
 }

@@ -8,6 +8,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/sourceSettings.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -64,10 +65,33 @@ const PartyColumns Columns{
     .created = "DataInserimento",
 };
 
-/// Five digits of a bank's code: the counterparty's own, else that of the bank that it names.
-Rule BankCode(const QString& column) {
+/// Five digits of a bank's code: the counterparty's own, else that of the bank that it names, unless that is another
+/// one than the counterparty's other code tells: ABI and CAB of two banks are no bank.
+/// @param column of CLIFOR @param there the same of BANCHE @param other the column of the other code
+Rule BankCode(const QString& column, const QString& there, const QString& other, const QString& otherThere) {
+    constexpr int digits = 5;
     const ChildTable bank{.table = "BANCHE", .on = {{"CodBanca"}}};
-    return Or(NotBlank(Digits(5)), OfFirst(Clifor, bank, column, NotBlank(Digits(5))));
+    const Rule own = NotBlank(Digits(digits));
+    const Rule named = OfFirst(Clifor, bank, there, own);
+    const Rule otherNamed = OfFirst(Clifor, bank, otherThere, own);
+    return {QStringLiteral("%1; altrimenti %2, se %3 è vuoto o è quello di BANCHE").arg(own.text, named.text, other),
+            [=](const RuleInput& input) -> RuleValue {
+                if (const RuleValue mine = own.apply(input)) {
+                    return mine;
+                }
+                const RuleValue value = named.apply(input);
+                const RuleValue ownOther =
+                    own.apply({input.session, input.row, {other}, input.facts, input.row.Text(other)});
+                if (!value || !ownOther || ownOther == otherNamed.apply(input)) {
+                    return value;
+                }
+                modImport::LogNote(input.session,
+                                   QStringLiteral("BANCA DIVERSA: %1: %2 '%3' non è della banca '%4': '%5' resta vuoto")
+                                       .arg(input.session.Errors.RowKey(), other, ownOther->toString(),
+                                            input.row.Text("CodBanca"), column));
+                return std::nullopt;
+            },
+            Side::Both, named.reads + otherNamed.reads};
 }
 
 Branches Destinazioni() {
@@ -98,7 +122,9 @@ Counterparties Controparti() {
         .name = "RagSoc, RagSoc2",
         .vatNumber = "PartitaIVA",
         .taxCode = "CodFiscale",
-        .lines = {usual, {"COABI", "ABI", BankCode("ABI")}, {"COCAB", "CAB_Banca", BankCode("CAB")}},
+        .lines = {usual,
+                  {"COABI", "ABI", BankCode("ABI", "ABI", "CAB_Banca", "CAB")},
+                  {"COCAB", "CAB_Banca", BankCode("CAB_Banca", "CAB", "ABI", "ABI")}},
         .numbers = {.office = "Telefono",
                     .office2 = "Telefono2",
                     .fax = "Fax",

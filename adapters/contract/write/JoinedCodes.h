@@ -1,0 +1,30 @@
+#pragma once
+
+#include "adapters/contract/run/ImportRun.h"
+
+namespace contract {
+
+/// The source codes of counterparties that stand in no COCGE or COFGE, because another row that is the same
+/// counterparty has the column: SYS_IMP keeps them, and `JoinedParty` finds by them. Every operation raises `SqlError`.
+class JoinedCodes {
+public:
+    explicit JoinedCodes(ImportRun& run)
+        : m_run(run) {}
+
+    /// CDCON of the counterparty of a code of that role; empty when it is none of these.
+    QString PartyOf(bool customer, const QString& code);
+    /// Keeps a code, unless it is kept.
+    void Add(bool customer, const QString& code, const QString& party);
+    /// Forgets a code that has the column of its role from now on.
+    void Drop(bool customer, const QString& code);
+    /// Forgets the codes of a counterparty of before, whose CDCON goes to a new one.
+    void DropOf(const QString& party);
+
+private:
+    QHash<QString, QString>& Parties();
+
+    ImportRun& m_run;
+    std::optional<QHash<QString, QString>> m_parties; ///< by column and code; none before somebody asks
+};
+
+} // namespace contract
