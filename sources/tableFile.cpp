@@ -233,7 +233,7 @@ void Take(TableOfFile& table, qint64 number, QStringList values) {
 
 void ReadWorkbook(TableOfFile& table) {
     const auto book = OpenWorkbook(table.path);
-    const auto sheet = book->Read(0);
+    const auto sheet = book->Read(PlacedSheets(*book).front());
     for (SheetRow row; sheet->Next(row);) {
         QStringList values;
         for (const SheetCell& cell : row.cells) {

@@ -12,8 +12,8 @@ inline const QString ParentRowColumn = QStringLiteral("_PADRE");
 /// How a sheet of a workbook is read as a table.
 struct SheetTable {
     QString table; ///< name that queries ask for
-    /// Name of the sheet, or "#" and its place among the worksheets, from 1; of several with "/" between, which no name
-    /// can have, the first that is there.
+    /// Name of the sheet, or "#" and its place among the worksheets, from 1, where hidden ones come behind those that
+    /// are seen; of several with "/" between, which no name can have, the first that is there.
     QString sheet = "#1";
     int headerRow = 1; ///< row with the names of the columns; 0: they are called A, B, ...
     int firstRow = 0;  ///< first row that is read; 0: the one behind the header
@@ -30,7 +30,7 @@ struct SheetTable {
 /// Opens a workbook of Excel (`OpenWorkbook`): each sheet is a table of a private database under its own name and under
 /// "#1", "#2", ... (which are not listed), with its first row as header; `sheets` says which are read otherwise. A
 /// sheet is read when it is first asked for; first column is the number of the row (`RowNumberColumn`), and a row
-/// without any value is none.
+/// without any value is none. A sheet that is read by its place while the workbook has others is noted.
 ///
 /// A number is a number; shown with leading zeros ("00000") it is the text that is shown. Texts keep their blanks. A
 /// date comes as one, a boolean as a bit, a formula as the value that it had when the file was saved. A column of whole

@@ -14,6 +14,7 @@ public:
     explicit Ods(Package package);
 
     QStringList Sheets() const override { return m_sheets; }
+    bool IsHidden(int sheet) const override { return m_areHidden.at(sheet); }
     std::unique_ptr<SheetReader> Read(int sheet) override;
     /// They are written out.
     bool Since1904() const override { return false; }
@@ -23,6 +24,7 @@ private:
 
     Package m_package;
     QStringList m_sheets;
+    QList<bool> m_areHidden;
 };
 
 } // namespace sources

@@ -7,6 +7,9 @@
 
 #include <QFile>
 
+#include <algorithm>
+#include <numeric>
+
 namespace sources {
 
 namespace {
@@ -69,6 +72,13 @@ std::unique_ptr<Workbook> OpenWorkbook(const QString& path, const QString& codeP
         error.AddContext(QStringLiteral("File '%1'").arg(path));
         throw;
     }
+}
+
+QList<int> PlacedSheets(const Workbook& workbook) {
+    QList<int> sheets(workbook.Sheets().size());
+    std::iota(sheets.begin(), sheets.end(), 0);
+    std::ranges::stable_partition(sheets, [&workbook](int sheet) { return !workbook.IsHidden(sheet); });
+    return sheets;
 }
 
 QString ColumnLetters(int column) {

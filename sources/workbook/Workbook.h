@@ -53,6 +53,8 @@ public:
     virtual ~Workbook() = default;
     /// Names of the worksheets in the order of their tabs, hidden ones too; sheets of charts and macros are none.
     virtual QStringList Sheets() const = 0;
+    /// Whether whoever opens the workbook does not see a sheet. @param sheet its place, from 0
+    virtual bool IsHidden(int sheet) const = 0;
     /// Begins to read a sheet. @param sheet its place, from 0. Raises `ImportError`, without the name of the file.
     virtual std::unique_ptr<SheetReader> Read(int sheet) = 0;
     /// Whether its dates count from 1904.
@@ -66,6 +68,9 @@ public:
 /// `ImportError` naming the file when it cannot be opened, is damaged, cut or protected by a password, or is something
 /// else under such a name: a page of HTML, a text, a file of another program.
 std::unique_ptr<Workbook> OpenWorkbook(const QString& path, const QString& codePage = {});
+
+/// The sheets in the order by which they are called by their places: those that are seen, then the hidden ones.
+QList<int> PlacedSheets(const Workbook& workbook);
 
 constexpr int MostColumns = 16384; ///< of a sheet
 

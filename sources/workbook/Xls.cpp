@@ -93,7 +93,8 @@ void Xls::ReadRecord(BiffRecords& records) {
 void Xls::ReadSheet(BiffRecords& records) {
     constexpr quint8 worksheet = 0;
     if (records.At<quint8>(5) == worksheet) {
-        m_sheets.push_back({Text(records, 6, 1), records.At<quint32>(0)});
+        constexpr quint8 visibility = 3; // bits of it: seen, hidden, hidden from the menu too
+        m_sheets.push_back({Text(records, 6, 1), records.At<quint32>(0), (records.At<quint8>(4) & visibility) != 0});
     }
 }
 

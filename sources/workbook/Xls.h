@@ -14,6 +14,7 @@ public:
     Xls(const QString& path, const QString& codePage);
 
     QStringList Sheets() const override;
+    bool IsHidden(int sheet) const override { return m_sheets.at(static_cast<size_t>(sheet)).isHidden; }
     std::unique_ptr<SheetReader> Read(int sheet) override;
     bool Since1904() const override { return m_since1904; }
     QString UntoldPage() const override { return m_isUnicode || m_tellsPage ? QString() : m_page.Name(); }
@@ -27,6 +28,7 @@ private:
     struct Sheet {
         QString name;
         qint64 offset = 0; ///< in the stream
+        bool isHidden = false;
     };
     void ReadShared();
     void ReadRecord(BiffRecords& records);

@@ -151,8 +151,16 @@ void XlsSheet::ReadCells() {
 /// The result is a number, or says what it is with its last two bytes.
 void XlsSheet::ReadFormula(SheetCell cell) {
     constexpr quint16 isOther = 0xffff;
+    constexpr qsizetype marksAt = ValueAt + 8;
+    constexpr quint16 toBeReckoned = 2; // when the file is opened: programs that do not reckon write 0 with it
     if (m_records.At<quint16>(ValueAt + 6) != isOther) {
-        Add(cell, std::bit_cast<double>(m_records.At<quint64>(ValueAt)));
+        const auto number = std::bit_cast<double>(m_records.At<quint64>(ValueAt));
+        if (number == 0 && (m_records.At<quint16>(marksAt) & toBeReckoned) != 0) {
+            cell.kind = SheetCell::Kind::NoValue;
+            m_row.cells.push_back(std::move(cell));
+        } else {
+            Add(cell, number);
+        }
         return;
     }
     const auto kind = m_records.At<quint8>(ValueAt);

@@ -27,6 +27,7 @@ public:
     }
     bool Is(QStringView name) const { return xml.name() == name; }
     QString Attribute(const char* name) const { return xml.attributes().value(QLatin1String(name)).toString(); }
+    bool IsOn(const char* name) const { return Attribute(name) == u"1" || Attribute(name) == u"true"; }
 
 private:
     QString m_name;
@@ -145,8 +146,9 @@ void Xlsx::ReadSheets(const QString& part) {
     Part book(m_package, part);
     while (book.NextElement()) {
         if (book.Is(u"workbookPr")) {
-            const QString since = book.Attribute("date1904");
-            m_since1904 = since == u"1" || since == u"true";
+            m_since1904 = book.IsOn("date1904");
+        } else if (book.Is(u"calcPr")) {
+            m_wantsReckoning = book.IsOn("fullCalcOnLoad");
         } else if (book.Is(u"sheet")) {
             QString id;
             const auto attributes = book.xml.attributes();
@@ -155,7 +157,9 @@ void Xlsx::ReadSheets(const QString& part) {
             }
             const Relation relation = relations.value(id);
             if (relation.type == u"worksheet") {
-                m_sheets.push_back({book.Attribute("name"), relation.part});
+                const QString state = book.Attribute("state");
+                m_sheets.push_back(
+                    {book.Attribute("name"), relation.part, state == u"hidden" || state == u"veryHidden"});
             }
         }
     }

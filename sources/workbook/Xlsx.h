@@ -15,9 +15,12 @@ public:
     explicit Xlsx(const QString& path);
 
     QStringList Sheets() const override;
+    bool IsHidden(int sheet) const override { return m_sheets.at(static_cast<size_t>(sheet)).isHidden; }
     std::unique_ptr<SheetReader> Read(int sheet) override;
     bool Since1904() const override { return m_since1904; }
 
+    /// Whether all formulas are to be reckoned when it is opened, as programs ask for that do not reckon.
+    bool WantsReckoning() const { return m_wantsReckoning; }
     const TextTable& Texts() const { return m_texts; }
     /// The format of that number in the list of styles; null for one that is not there.
     const CellFormat* Format(int style) const;
@@ -26,6 +29,7 @@ private:
     struct Sheet {
         QString name;
         QString part; ///< of the package
+        bool isHidden = false;
     };
     void ReadSheets(const QString& part);
     void ReadStyles(const QString& part);
@@ -33,6 +37,7 @@ private:
 
     Package m_package;
     bool m_since1904 = false;
+    bool m_wantsReckoning = false;
     std::vector<Sheet> m_sheets;
     std::vector<CellFormat> m_formats;
     TextTable m_texts;

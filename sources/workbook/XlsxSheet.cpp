@@ -93,7 +93,8 @@ SheetCell XlsxSheet::ReadCell() {
             m_xml.skipCurrentElement();
         }
     }
-    if (isFormula && !hasValue) {
+    const bool isZero = cell.kind == SheetCell::Kind::Number && cell.number == 0;
+    if (isFormula && (!hasValue || (isZero && m_workbook.WantsReckoning()))) {
         cell.kind = SheetCell::Kind::NoValue;
     } else if (isFormula && cell.kind == SheetCell::Kind::Text && cell.text.isEmpty()) {
         cell.kind = SheetCell::Kind::EmptyText;
