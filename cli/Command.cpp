@@ -6,6 +6,16 @@ namespace cli {
 
 QString ActionFrom(const QCommandLineParser& options) { return options.positionalArguments().value(0); }
 
+QStringList Command::Actions() const {
+    QStringList actions;
+    for (const Use& use : uses) {
+        if (!use.name.isEmpty() && !use.name.startsWith(QLatin1String("--"))) {
+            actions.append(use.name);
+        }
+    }
+    return actions;
+}
+
 QString Required(const QCommandLineParser& options, const QString& name) {
     const QString value = options.value(name);
     if (value.isEmpty()) {
@@ -27,6 +37,15 @@ void RequireAll(const QCommandLineParser& options, const QStringList& names) {
     if (!missing.isEmpty()) {
         throw UsageError(QStringLiteral("Manca l'opzione %1").arg(missing.first()));
     }
+}
+
+qint64 RunFrom(const QCommandLineParser& options, const QString& name) {
+    const QString text = Required(options, name);
+    const qint64 run = text.toLongLong(); // 0 for what is no number
+    if (run <= 0) {
+        throw UsageError(QStringLiteral("--%1: '%2' non è il numero di un'esecuzione").arg(name, text));
+    }
+    return run;
 }
 
 int OneOf(const QString& option, const QString& value, const QStringList& values) {

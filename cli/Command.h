@@ -31,6 +31,7 @@ struct Report {
     ExitCode exitCode = ExitDone;
     QString text;
     QJsonObject json;
+    bool isAll = false; ///< nothing else was done: where it cannot be shown, the command has failed
 };
 
 /// What a command works with.
@@ -48,6 +49,13 @@ enum class Need {
     DatabaseToFill ///< the same; an embedded one is made when missing
 };
 
+/// A way in which a command is used.
+struct Use {
+    QString name;      ///< the word behind the command, or an option, such as "--run", that decides; empty: any other
+    QStringList takes; ///< those of the command's options that it takes
+    QString why = {};  ///< why it takes no others; empty where that needs no word
+};
+
 /// One command of the program.
 struct Command {
     QString name;
@@ -56,7 +64,11 @@ struct Command {
     QList<QCommandLineOption> options;
     Need need = Need::Nothing;
     std::function<Report(Context&)> run;
-    QStringList actions = {}; ///< words one of which follows the name; empty: none does
+    std::vector<Use> uses = {}; ///< the first that the command line names holds; empty: all options go together
+    QStringList repeated = {};  ///< options that may come several times, beside the answers
+
+    /// The words one of which follows the name; empty: none does.
+    QStringList Actions() const;
 };
 
 /// The word behind the name of a command that has actions.
@@ -66,6 +78,9 @@ QString ActionFrom(const QCommandLineParser& options);
 QString Required(const QCommandLineParser& options, const QString& name);
 /// Raises `UsageError` naming those of the options that are not there, all together.
 void RequireAll(const QCommandLineParser& options, const QStringList& names);
+
+/// The run of the history whose number an option gives. Raises `UsageError` for what is none.
+qint64 RunFrom(const QCommandLineParser& options, const QString& name);
 
 /// One of the values of an option, by position in `values`. Raises `UsageError` listing them.
 int OneOf(const QString& option, const QString& value, const QStringList& values);

@@ -15,7 +15,8 @@ void StatementTrace::Start(const QString& path, Session& session, const QStringL
 }
 
 void StatementTrace::Target(const QString& statement) {
-    if (m_file.isOpen()) {
+    const bool takesBack = statement.startsWith(QLatin1String("ROLLBACK"));
+    if (m_file.isOpen() && !(m_isBroken && takesBack)) { // what the trace lacks is not done: it is taken back
         Write((m_session->Quadrix.Embedded ? ReplayText(statement) : statement) + QStringLiteral(";\n"));
     }
 }
@@ -28,7 +29,8 @@ void StatementTrace::Source(const QString& statement) {
 
 void StatementTrace::Write(const QString& text) {
     const QByteArray bytes = text.toUtf8();
-    if (m_file.write(bytes) != bytes.size() || !m_file.flush()) {
+    m_isBroken = m_isBroken || m_file.write(bytes) != bytes.size() || !m_file.flush();
+    if (m_isBroken) {
         throw ImportError(QStringLiteral("File di traccia '%1': %2").arg(m_path, m_file.errorString()));
     }
 }

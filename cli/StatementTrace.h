@@ -27,5 +27,6 @@ private:
 
     QString m_path;
     QFile m_file;
+    bool m_isBroken = false; ///< a statement is missing in it
     const Session* m_session = nullptr;
 };

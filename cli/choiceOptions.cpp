@@ -1,11 +1,12 @@
 #include "cli/choiceOptions.h"
 
 #include "adapters/registry.h"
+#include "adapters/sourceSettings.h"
 #include "app/startUp.h"
 #include "cli/TerminalOperator.h"
 #include "core/nearNames.h"
 
-#include <QFile>
+#include <QFileInfo>
 
 namespace cli {
 
@@ -131,23 +132,62 @@ QStringList Unanswered(const std::vector<contract::AnswerNeed>& needed, contract
     return questions.mid(static_cast<qsizetype>(given));
 }
 
-/// Raises `UsageError` when the command line answers more than the questions of a kind.
-void RefuseSurplus(const std::vector<contract::AnswerNeed>& needed, contract::AnswerKind kind, size_t given,
-                   const QString& option) {
-    const QStringList questions = Unanswered(needed, kind, 0);
-    if (given > static_cast<size_t>(questions.size())) {
-        throw UsageError(
-            QStringLiteral("Risposte --%1 in più: %2, mentre si chiede %3")
-                .arg(option, QString::number(given),
-                     questions.isEmpty() ? QStringLiteral("niente") : QString("solo " + QuotedList(questions))));
+/// What presses, or the opening of sources, ask for.
+struct Asked {
+    std::vector<contract::AnswerNeed> questions;
+    qsizetype files = 0;      ///< that are asked for
+    qsizetype knownFiles = 0; ///< the same, but for those that the settings may name
+};
+
+/// Adds the file that opening a source asks for, unless the settings name one that is there.
+void AddFile(Asked& asked, Session& session, const contract::Origin& source) {
+    const contract::Place place = source.source.prepare.place;
+    const sourceSettings::OfOrigin settings(session, source.name);
+    const QString path = place == contract::Place::File ? sourceSettings::DatabasePath(session) : QString();
+    const bool isNamed = sourceSettings::NamesSqliteFile(path) || QFileInfo(path).isFile();
+    asked.knownFiles += place == contract::Place::Chosen ? 1 : 0;
+    asked.files += place == contract::Place::Chosen || (place == contract::Place::File && !isNamed) ? 1 : 0;
+}
+
+/// Adds what a press asks: each source is opened in place of the one before.
+void AddPress(Asked& asked, Session& session, const AskingPress& press) {
+    const auto own = contract::AnswersNeeded(press.origin, press.procedures);
+    asked.questions.insert(asked.questions.end(), own.begin(), own.end());
+    const contract::Origin* open = nullptr;
+    for (const contract::Procedure* procedure : press.procedures) {
+        const contract::Origin* source = contract::SourceOf(press.origin, *procedure);
+        if (source != nullptr && source != open) {
+            AddFile(asked, session, *source);
+            open = source;
+        }
     }
 }
 
-/// Raises `UsageError` naming the questions, and the files, that nobody is there to answer.
-void RequireAnswered(const Context& context, const std::vector<contract::AnswerNeed>& needed, size_t files) {
+/// Raises `UsageError` when the command line answers more than it is asked.
+void RefuseSurplus(const QString& option, size_t given, const QStringList& questions, const QString& advice = {}) {
+    if (given > static_cast<size_t>(questions.size())) {
+        throw UsageError(QStringLiteral("Risposte --%1 in più: %2, mentre %3%4")
+                             .arg(option, QString::number(given),
+                                  questions.isEmpty() ? QStringLiteral("non si chiede niente")
+                                                      : QString("si chiede solo " + QuotedList(questions)),
+                                  advice));
+    }
+}
+
+/// The same for the answers of every kind.
+void RefuseSurplus(const Context& context, const Asked& asked) {
     const GivenAnswers& given = context.person.AnswersLeft();
-    const QStringList yesNo = Unanswered(needed, contract::AnswerKind::YesNo, given.questions.size());
-    const QStringList texts = Unanswered(needed, contract::AnswerKind::Text, given.inputs.size());
+    RefuseSurplus("answer", given.questions.size(), Unanswered(asked.questions, contract::AnswerKind::YesNo, 0));
+    RefuseSurplus("input", given.inputs.size(), Unanswered(asked.questions, contract::AnswerKind::Text, 0));
+    RefuseSurplus("file", given.files.size(), QStringList(asked.files, "il file dell'origine"),
+                  asked.files == 0 ? QStringLiteral(": la sorgente è quella che le impostazioni nominano") : QString());
+}
+
+/// Raises `UsageError` naming the questions, and the files, that nobody is there to answer.
+void RequireAnswered(const Context& context, const Asked& asked) {
+    const GivenAnswers& given = context.person.AnswersLeft();
+    const QStringList yesNo = Unanswered(asked.questions, contract::AnswerKind::YesNo, given.questions.size());
+    const QStringList texts = Unanswered(asked.questions, contract::AnswerKind::Text, given.inputs.size());
     QStringList missing;
     if (!yesNo.isEmpty()) {
         missing.append(QStringLiteral("%1 (--answer yes oppure --answer no, una per domanda)").arg(QuotedList(yesNo)));
@@ -156,7 +196,7 @@ void RequireAnswered(const Context& context, const std::vector<contract::AnswerN
         missing.append(
             QStringLiteral("%1 (--input TESTO, uno per domanda, o --input-file FILE)").arg(QuotedList(texts)));
     }
-    if (given.files.size() < files) {
+    if (static_cast<qsizetype>(given.files.size()) < asked.knownFiles) {
         missing.append(QStringLiteral("il file dell'origine (--file PERCORSO)"));
     }
     if (!missing.isEmpty() && !context.person.HasPerson()) {
@@ -167,32 +207,23 @@ void RequireAnswered(const Context& context, const std::vector<contract::AnswerN
 
 } // namespace
 
-bool WantsFile(const contract::Origin* source) {
-    return source != nullptr && source->source.prepare.place == contract::Place::Chosen;
-}
-
 void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses) {
-    std::vector<contract::AnswerNeed> needed;
-    bool wantsFile = false;
+    Asked asked;
     for (const AskingPress& press : presses) {
-        const auto own = contract::AnswersNeeded(press.origin, press.procedures);
-        needed.insert(needed.end(), own.begin(), own.end());
-        wantsFile = wantsFile || WantsFile(FirstSourceOf(press.origin, press.procedures));
+        AddPress(asked, context.session, press);
     }
-    const GivenAnswers& given = context.person.AnswersLeft();
-    RefuseSurplus(needed, contract::AnswerKind::YesNo, given.questions.size(), "answer");
-    RefuseSurplus(needed, contract::AnswerKind::Text, given.inputs.size(), "input");
-    RequireAnswered(context, needed, wantsFile ? 1 : 0);
+    RefuseSurplus(context, asked);
+    RequireAnswered(context, asked);
 }
 
 void RequireOpeningAnswers(const Context& context, const std::vector<const contract::Origin*>& sources) {
-    std::vector<contract::AnswerNeed> needed;
-    size_t files = 0;
+    Asked asked;
     for (const contract::Origin* source : sources) {
-        needed.insert(needed.end(), source->source.asks.begin(), source->source.asks.end());
-        files += WantsFile(source) ? 1 : 0;
+        asked.questions.insert(asked.questions.end(), source->source.asks.begin(), source->source.asks.end());
+        AddFile(asked, context.session, *source);
     }
-    RequireAnswered(context, needed, files);
+    RefuseSurplus(context, asked);
+    RequireAnswered(context, asked);
 }
 
 } // namespace cli

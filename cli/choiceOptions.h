@@ -31,12 +31,10 @@ struct AskingPress {
     const contract::Origin& origin;
     std::vector<const contract::Procedure*> procedures;
 };
-/// Whether opening a source lets its file be chosen. @param source null: none is opened
-bool WantsFile(const contract::Origin* source);
 /// Raises `UsageError` where the command line answers more than the questions of these presses, one after the other,
 /// or, with nobody there to ask, less: before anything is deleted or written.
 void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses);
-/// The same, for a command that only opens sources, one after the other: answers beyond their questions may be there.
+/// The same, for a command that only opens sources, one after the other.
 void RequireOpeningAnswers(const Context& context, const std::vector<const contract::Origin*>& sources);
 /// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.
 ErrorAction ErrorsFrom(const QCommandLineParser& options);

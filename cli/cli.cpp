@@ -5,6 +5,7 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/help.h"
+#include "cli/optionRules.h"
 #include "cli/StatementTrace.h"
 #include "cli/terminal.h"
 #include "cli/TerminalOperator.h"
@@ -107,17 +108,17 @@ QString UnknownOptions(const QStringList& unknown, const QStringList& known) {
 
 /// Raises `UsageError` unless the words behind the name of a command are what it wants.
 void CheckWords(const QStringList& words, const Command& command) {
-    const QStringList unexpected = words.mid(command.actions.isEmpty() ? 0 : 1);
+    const QStringList actions = command.Actions();
+    const QStringList unexpected = words.mid(actions.isEmpty() ? 0 : 1);
     if (!unexpected.isEmpty()) {
         throw UsageError(QStringLiteral("Argomento inatteso: '%1'").arg(unexpected.join("', '")));
     }
-    if (!command.actions.isEmpty() && !command.actions.contains(words.value(0))) {
+    if (!actions.isEmpty() && !actions.contains(words.value(0))) {
         throw UsageError(
             words.isEmpty()
-                ? QStringLiteral("Dopo '%1' manca una parola tra %2").arg(command.name, command.actions.join(", "))
+                ? QStringLiteral("Dopo '%1' manca una parola tra %2").arg(command.name, actions.join(", "))
                 : QStringLiteral("'%1 %2' non esiste%3 (parole ammesse: %4)")
-                      .arg(command.name, words.front(), Suggestion(words.front(), command.actions),
-                           command.actions.join(", ")));
+                      .arg(command.name, words.front(), Suggestion(words.front(), actions), actions.join(", ")));
     }
 }
 
@@ -211,10 +212,11 @@ int Show(Report report, bool json) {
     } else if (!report.text.isEmpty()) {
         isTold = PrintTo(stdout, report.text + u'\n');
     }
-    if (!isTold) { // what was done is done: the code goes on telling how it ended
+    if (!isTold) {
         PrintTo(stderr, "Il risultato non si è potuto scrivere per intero sull'uscita\n");
     }
-    return report.exitCode;
+    // What was done is done: the code goes on telling how that ended.
+    return !isTold && report.isAll ? ExitFailed : report.exitCode;
 }
 
 int ShowError(const QString& message, ExitCode exitCode, bool json) {
@@ -246,6 +248,7 @@ int RunArguments(QStringList arguments) {
         return ExitDone;
     }
     CheckWords(parser.positionalArguments(), command);
+    CheckOptions(command, parser);
     return Show(RunCommand(command, parser), parser.isSet("json"));
 }
 

@@ -69,6 +69,7 @@ Report Check(Context& context) {
         return {ExitFailed, {}, {}};
     }
     Report report;
+    report.isAll = true;
     QStringList lines;
     QJsonArray found;
     for (const check::Finding& finding : *findings) {

@@ -75,33 +75,43 @@ QJsonObject Json(Worklist& worklist, Suggester& suggester, const Code& code) {
 
 // --- The actions
 
-std::vector<Code> Shown(const Worklist& worklist, const QCommandLineParser& options) {
-    std::vector<Code> shown;
-    std::copy_if(worklist.Codes().begin(), worklist.Codes().end(), std::back_inserter(shown),
-                 [all = options.isSet("all")](const Code& code) { return all || code.IsOpen(); });
-    return shown;
+/// The codes of --table and --field; of every list without them. Raises `ImportError` for a list that nobody asks for.
+std::vector<Code> Chosen(const Worklist& worklist, const QCommandLineParser& options) {
+    const auto isOf = [&options](const char* option, const QString& name) {
+        return !options.isSet(option) || options.value(option).compare(name, Qt::CaseInsensitive) == 0;
+    };
+    std::vector<Code> chosen;
+    std::copy_if(worklist.Codes().begin(), worklist.Codes().end(), std::back_inserter(chosen),
+                 [&isOf](const Code& code) { return isOf("table", code.table) && isOf("field", code.field); });
+    if (chosen.empty() && options.isSet("table")) {
+        RequireAll(options, {"field"});
+        worklist.RequireList(options.value("table"), options.value("field"));
+    }
+    return chosen;
 }
 
-qsizetype OpenCodes(const Worklist& worklist) {
-    return std::count_if(worklist.Codes().begin(), worklist.Codes().end(),
-                         [](const Code& code) { return code.IsOpen(); });
+/// Those of them that are shown.
+std::vector<Code> Shown(std::vector<Code> chosen, const QCommandLineParser& options) {
+    std::erase_if(chosen, [all = options.isSet("all")](const Code& code) { return !all && !code.IsOpen(); });
+    return chosen;
 }
 
 /// The codes that wait are told by the exit code, for scripts that go on only without any.
-ExitCode WhileOpen(const Worklist& worklist) { return OpenCodes(worklist) > 0 ? ExitIncomplete : ExitDone; }
-
 Report List(Worklist& worklist, const QCommandLineParser& options) {
     Suggester suggester(worklist);
     QStringList lines;
     QJsonArray array;
-    for (const Code& code : Shown(worklist, options)) {
+    const std::vector<Code> chosen = Chosen(worklist, options);
+    for (const Code& code : Shown(chosen, options)) {
         lines += Lines(worklist, suggester, code);
         array.append(Json(worklist, suggester, code));
     }
+    const auto open = std::count_if(chosen.begin(), chosen.end(), [](const Code& code) { return code.IsOpen(); });
     lines.append(QStringLiteral("Codici in attesa: %1; tradotti: %2")
-                     .arg(OpenCodes(worklist))
-                     .arg(static_cast<qsizetype>(worklist.Codes().size()) - OpenCodes(worklist)));
-    return {WhileOpen(worklist), lines.join(u'\n'), {{"codes", array}, {"open", OpenCodes(worklist)}}};
+                     .arg(open)
+                     .arg(static_cast<qsizetype>(chosen.size()) - open));
+    const ExitCode whileOpen = open > 0 ? ExitIncomplete : ExitDone;
+    return {whileOpen, lines.join(u'\n'), {{"codes", array}, {"open", static_cast<qint64>(open)}}, true};
 }
 
 Report SavedReport(const Saved& saved) {
@@ -124,7 +134,7 @@ Report Values(Worklist& worklist, const QCommandLineParser& options) {
             array.append(QJsonObject{{"code", each.code}, {"description", each.description}});
         }
     }
-    return {ExitDone, lines.join(u'\n'), {{"values", array}, {"size", list.size}}};
+    return {ExitDone, lines.join(u'\n'), {{"values", array}, {"size", list.size}}, true};
 }
 
 Report Set(Worklist& worklist, const QCommandLineParser& options) {
@@ -147,7 +157,7 @@ Report Export(Worklist& worklist, const QCommandLineParser& options) {
                                            "perderebbero")
                                 .arg(QDir::toNativeSeparators(path)));
     }
-    const std::vector<Code> shown = Shown(worklist, options);
+    const std::vector<Code> shown = Shown(Chosen(worklist, options), options);
     WriteFile(worklist, shown, path);
     return {ExitDone,
             QStringLiteral("Codici scritti in %1: %2").arg(QDir::toNativeSeparators(path)).arg(shown.size()),
@@ -251,20 +261,27 @@ Report Codes(Context& context) {
     Choice choice;
     TakeCompanyOption(context, choice);
     const contract::Origin* origin = context.options.isSet("origin") ? &OriginFrom(context.options) : nullptr;
-    if (context.options.isSet("describe") && origin == nullptr) {
+    const bool describes = context.options.isSet("describe");
+    if (describes && origin == nullptr) {
         throw UsageError("L'opzione --describe vuole --origin");
     }
-    if (context.options.isSet("describe")) {
-        RequireOpeningAnswers(context, {origin});
+    if (ActionFrom(context.options) != u"apply") { // which asks what the imports ask that it does again
+        RequireOpeningAnswers(context, describes ? std::vector{origin} : std::vector<const contract::Origin*>());
     }
     TakeCompany(context.session, choice.companyCode);
     Worklist worklist(context.session, origin);
-    if (context.options.isSet("describe") && !Describe(worklist, *origin)) {
+    if (describes && !Describe(worklist, *origin)) {
         return {ExitCancelled, {}, {}};
     }
     static const QHash<QString, Report (*)(Worklist&, const QCommandLineParser&)> actions{
         {"list", List}, {"values", Values}, {"set", Set}, {"export", Export}, {"import", Import}, {"apply", Apply}};
     return actions.value(ActionFrom(context.options))(worklist, context.options);
+}
+
+/// The options of an action that can read the descriptions of codes from their source.
+QStringList WithDescriptions(const QStringList& own) {
+    return own +
+           QStringList{"company", "origin", "table", "field", "describe", "input", "input-file", "file", "answer"};
 }
 
 } // namespace
@@ -292,8 +309,8 @@ Command CodesCommand() {
          {"origin", "Solo i codici di questa origine.", "NOME"},
          {"all", "Anche i codici già tradotti."},
          {"describe", "Legge le descrizioni dei codici dalla sorgente di --origin."},
-         {"table", "Tabella del codice in SYS_IMP (TBNAM).", "TABELLA"},
-         {"field", "Campo del codice in SYS_IMP (TBFLD).", "CAMPO"},
+         {"table", "Tabella del codice in SYS_IMP (TBNAM); list ed export scelgono i suoi codici.", "TABELLA"},
+         {"field", "Campo del codice in SYS_IMP (TBFLD); list ed export scelgono i suoi codici.", "CAMPO"},
          {"old", "Codice dell'origine (TBOLD).", "CODICE"},
          {"new", "Codice di Quadrix (TBNEW).", "CODICE"},
          {"create", "Crea il codice di --new se Quadrix non lo ha."},
@@ -308,7 +325,12 @@ Command CodesCommand() {
          {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"}},
         Need::Database,
         Codes,
-        {"list", "values", "set", "export", "import", "apply"}};
+        {{"list", WithDescriptions({"all"})},
+         {"values", {"company", "origin", "table", "field"}},
+         {"set", {"company", "origin", "table", "field", "old", "new", "create", "description"}},
+         {"export", WithDescriptions({"all", "out", "yes"})},
+         {"import", {"company", "origin", "in"}},
+         {"apply", {"company", "origin", "dry-run", "input", "input-file", "file", "answer"}}}};
 }
 
 } // namespace cli

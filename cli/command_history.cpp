@@ -16,16 +16,6 @@ namespace {
 
 using namespace history;
 
-/// A run by its number. Raises `UsageError` for what is none.
-qint64 RunNumber(const QString& text, const QString& option) {
-    bool isNumber = false;
-    const qint64 run = text.toLongLong(&isNumber);
-    if (!isNumber || run <= 0) {
-        throw UsageError(QStringLiteral("--%1: '%2' non è il numero di un'esecuzione").arg(option, text));
-    }
-    return run;
-}
-
 QJsonObject RunJson(const Run& run) {
     QJsonArray procedures;
     for (const ProcedureRun& procedure : run.procedures) {
@@ -47,7 +37,7 @@ QJsonObject RunJson(const Run& run) {
             {"ending", run.isUnderWay    ? QString("running")
                        : run.WasKilled() ? QString("killed")
                                          : EndingName(run.ending)},
-            {"trial", run.isTrial},
+            {"dryRun", run.isTrial},
             {"worker", run.worker},
             {"company", run.company},
             {"origin", run.origin},
@@ -98,24 +88,25 @@ QStringList Lines(const History& history, const Run& run) {
     return lines;
 }
 
-/// Raises `UsageError` for a company that there is not; false when Quadrix does not open, which has been told.
-bool IsCompany(Context& context) {
+/// The company of --company as its runs name it; empty without the option. Raises `UsageError` for one that there is
+/// not; none when Quadrix does not open, which has been told.
+std::optional<QString> CompanyFrom(Context& context, const History& history) {
+    const QString given = context.options.value("company");
+    if (given.isEmpty() || history.LastRun(given) > 0) {
+        return given;
+    }
     if (!modMain::ConnectQuadrix(context.session, modMain::SettingsFilePath(context.options.value("config")))) {
-        return false;
+        return std::nullopt;
     }
     Choice choice;
     TakeCompanyOption(context, choice);
-    return true;
+    return choice.companyCode;
 }
 
-Report List(Context& context, const History& history) {
-    const QString company = context.options.value("company");
+Report List(const History& history, const QString& company) {
     const std::vector<Run> runs = history.Runs(company);
     Report report;
-    if (runs.empty() && !company.isEmpty() && !IsCompany(context)) {
-        report.exitCode = ExitFailed;
-        return report;
-    }
+    report.isAll = true;
     QStringList lines{RunHeadings().join(QStringLiteral(" | "))};
     QJsonArray json;
     for (const Run& run : runs) {
@@ -141,6 +132,7 @@ QStringList SaveRejects(const Context& context, const History& history, qint64 r
 Report One(const Context& context, const History& history, qint64 number) {
     const Run run = history.Load(number);
     Report report;
+    report.isAll = true;
     report.json = RunJson(run);
     if (context.options.isSet("log")) {
         report.text = history.Log(number);
@@ -167,18 +159,26 @@ Report One(const Context& context, const History& history, qint64 number) {
     return report;
 }
 
-/// Removes what is kept of old runs.
-Report Forget(const Context& context, History& history) {
+/// Removes what is kept of old runs. @param company empty: of every company
+Report Forget(const Context& context, History& history, const QString& company) {
     const QString text = context.options.value("forget-before");
     const QDate day = QDate::fromString(text, QStringLiteral("dd/MM/yyyy"));
     if (!day.isValid()) {
         throw UsageError(QStringLiteral("--forget-before: '%1' non è una data GG/MM/AAAA").arg(text));
     }
+    const std::vector<Run> all = history.Runs(company, std::numeric_limits<int>::max());
+    const auto old = std::count_if(all.begin(), all.end(), [limit = day.startOfDay()](const Run& run) {
+        return run.started < limit; //
+    });
+    const QString ofWhom =
+        company.isEmpty() ? QStringLiteral("di tutte le aziende") : QStringLiteral("dell'azienda %1").arg(company);
     RequireYes(context.options,
-               QStringLiteral("toglie dalla cronologia le esecuzioni cominciate prima del %1").arg(text));
-    const qint64 runs = history.Forget(day);
+               QStringLiteral("toglie dalla cronologia le esecuzioni %1 cominciate prima del %2, che sono %3")
+                   .arg(ofWhom, text)
+                   .arg(old));
+    const qint64 runs = history.Forget(day, company);
     Report report;
-    report.text = QStringLiteral("Esecuzioni tolte dalla cronologia: %1").arg(runs);
+    report.text = QStringLiteral("Esecuzioni %1 tolte dalla cronologia: %2").arg(ofWhom).arg(runs);
     report.json["forgotten"] = runs;
     return report;
 }
@@ -186,27 +186,26 @@ Report Forget(const Context& context, History& history) {
 Report Two(const History& history, qint64 before, qint64 after) {
     const QStringList lines = Differences(history, before, after);
     Report report;
+    report.isAll = true;
     report.text = lines.isEmpty() ? QStringLiteral("Nessuna differenza.") : lines.join(u'\n');
     report.json["differences"] = QJsonArray::fromStringList(lines);
     return report;
 }
 
 Report Show(Context& context) {
-    History history(FilePath(modMain::SettingsFilePath(context.options.value("config"))));
-    if (context.options.isSet("forget-before")) {
-        return Forget(context, history);
+    const QCommandLineParser& options = context.options;
+    History history(FilePath(modMain::SettingsFilePath(options.value("config"))));
+    if (options.isSet("compare")) {
+        return Two(history, RunFrom(options, "compare"), RunFrom(options, "run"));
     }
-    if (!context.options.isSet("run")) {
-        for (const char* option : {"compare", "log", "notes", "rejects"}) {
-            if (context.options.isSet(option)) {
-                throw UsageError(QStringLiteral("--%1 vale con --run").arg(QLatin1String(option)));
-            }
-        }
-        return List(context, history);
+    if (options.isSet("log") || options.isSet("run")) {
+        return One(context, history, RunFrom(options, "run"));
     }
-    const qint64 run = RunNumber(context.options.value("run"), "run");
-    return context.options.isSet("compare") ? Two(history, RunNumber(context.options.value("compare"), "compare"), run)
-                                            : One(context, history, run);
+    const auto company = CompanyFrom(context, history);
+    if (!company) {
+        return {ExitFailed, {}, {}};
+    }
+    return options.isSet("forget-before") ? Forget(context, history, *company) : List(history, *company);
 }
 
 } // namespace
@@ -216,7 +215,7 @@ Command HistoryCommand() {
             "elenca le esecuzioni fatte e mostra che cosa ha fatto ognuna",
             "Senza --run le elenca tutte, la più recente prima. La cronologia sta in Cronologia.sqlite, accanto alle "
             "impostazioni.",
-            {{"company", "Solo le esecuzioni di questa azienda.", "CODICE"},
+            {{"company", "Solo le esecuzioni di questa azienda; con --forget-before toglie solo le sue.", "CODICE"},
              {"run", "Mostra l'esecuzione con questo numero.", "NUMERO"},
              {"compare", "Con --run: che cosa è cambiato rispetto a questa.", "NUMERO"},
              {"log", "Con --run: il suo log."},
@@ -225,7 +224,12 @@ Command HistoryCommand() {
              {"forget-before", "Toglie le esecuzioni cominciate prima di questo giorno, GG/MM/AAAA.", "GIORNO"},
              {"yes", "Conferma --forget-before; con --rejects sovrascrive un file che qualcuno ha corretto."}},
             Need::Nothing,
-            Show};
+            Show,
+            {{"--forget-before", {"company", "yes"}},
+             {"--compare", {"run"}},
+             {"--log", {"run"}},
+             {"--run", {"notes", "rejects", "yes"}},
+             {"", {"company"}}}};
 }
 
 } // namespace cli

@@ -17,26 +17,12 @@ namespace {
 
 /// The run that is imported again in part, of --rejects-of or --resume; 0 without them.
 qint64 EarlierRun(const QCommandLineParser& options) {
-    const bool resumes = options.isSet("resume");
-    if (options.isSet("mended") && !options.isSet("rejects-of")) {
-        throw UsageError(QStringLiteral("--mended vale con --rejects-of"));
-    }
-    if (!resumes && !options.isSet("rejects-of")) {
-        return 0;
-    }
-    for (const char* option : {"code", "reset", "data", "origin", "company"}) {
+    for (const char* option : {"resume", "rejects-of"}) {
         if (options.isSet(option)) {
-            throw UsageError(QStringLiteral("--%1 non vale con --rejects-of e --resume: dati, origine e azienda sono "
-                                            "quelli dell'esecuzione, e non si svuota nulla")
-                                 .arg(QLatin1String(option)));
+            return RunFrom(options, option);
         }
     }
-    const QString text = options.value(resumes ? "resume" : "rejects-of");
-    const qint64 run = text.toLongLong();
-    if (run <= 0 || (resumes && options.isSet("rejects-of"))) {
-        throw UsageError(QStringLiteral("'%1' non è il numero di un'esecuzione").arg(text));
-    }
-    return run;
+    return 0;
 }
 
 /// What of an earlier run is imported again, press by press.
@@ -201,6 +187,18 @@ Report Import(Context& context) {
                     kept.Of(request.choice.companyCode, static_cast<qsizetype>(requests.size())));
 }
 
+/// What is imported decides what else may be told.
+std::vector<Use> Uses() {
+    const QStringList how{"dry-run", "answer", "input", "input-file", "file", "errors", "yes"};
+    const QStringList what{"company", "origin", "data"};
+    const QString ofTheRun =
+        QStringLiteral("dati, origine e azienda sono quelli dell'esecuzione, e non si svuota nulla");
+    return {{"--resume", how, ofTheRun},
+            {"--rejects-of", how + QStringList("mended"), ofTheRun},
+            {"--code", how + what, QStringLiteral("per una riga sola non si svuotano le altre")},
+            {"", how + what + QStringList("reset")}};
+}
+
 } // namespace
 
 Command ImportCommand() {
@@ -231,7 +229,9 @@ Command ImportCommand() {
              ErrorsOption(),
              {"yes", "Conferma una procedura che non fa altro che eliminare dati."}},
             Need::Database,
-            Import};
+            Import,
+            Uses(),
+            {"mended"}};
 }
 
 } // namespace cli

@@ -216,6 +216,7 @@ Report Inspect(Context& context) {
         return {session.Errors.Entries().isEmpty() ? ExitCancelled : ExitFailed, {}, {}};
     }
     Report report{inspection::IsComplete(*looked) ? ExitDone : ExitFailed, Text(*looked), Json(*looked)};
+    report.isAll = !context.options.isSet("write") && !context.options.isSet("take-equal");
     if (context.options.isSet("write")) {
         inspection::WriteDraft(*looked);
         report.text += QStringLiteral("\nScritto: %1. Una proposta vale quando le si toglie il \";\" iniziale.")

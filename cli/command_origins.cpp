@@ -20,6 +20,11 @@ QStringList ProcedureNames(const Origin& origin, Button button) {
     return names;
 }
 
+/// Whether opening a source lets its file be chosen. @param source null: none is opened
+bool WantsFile(const Origin* source) {
+    return source != nullptr && source->source.prepare.place == contract::Place::Chosen;
+}
+
 /// The questions that a press asks, in their order, as "import --answer" and "--input" answer them; in front of them
 /// the file of the source, where one is to be chosen.
 QJsonArray QuestionsJson(const Origin& origin, const std::vector<const contract::Procedure*>& procedures) {
@@ -107,7 +112,7 @@ Report ListOrigins(Context& context) {
                          .arg(ReadyData(*origin).isEmpty() ? "(non disponibile in questa versione)"
                                                            : ReadyData(*origin).join(", ")));
     }
-    return {ExitDone, lines.join(u'\n'), {{"origins", origins}}};
+    return {ExitDone, lines.join(u'\n'), {{"origins", origins}}, true};
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/outputFile.h"
+#include "cli/terminal.h"
 #include "cli/TerminalOperator.h"
 
 #include <QDir>
@@ -53,10 +54,8 @@ Report MakeReport(Context& context) {
     }
     RequireAnswers(context, presses);
     const QString path = context.options.value("output");
-    QFile file; // a path that cannot be written to is told before the work
-    OpenOutput(file, path,
-               {QStringLiteral("Verbale"), proof::FirstLine,
-                modMain::OwnFiles(context.session, context.session.Config.ConfigFile())});
+    CheckOutput(path, {QStringLiteral("Verbale"), proof::FirstLine,
+                       modMain::OwnFiles(context.session, context.session.Config.ConfigFile())});
     GivenAnswers answers;
     const auto made =
         proof::Make(context.session, choice, wanted,
@@ -64,7 +63,10 @@ Report MakeReport(Context& context) {
     if (!made) {
         return {ExitFailed, {}, {}};
     }
-    proof::WritePage(file, path, *made);
+    if (terminal::Interrupted() || context.person.GaveUp()) {
+        return {ExitCancelled, "Annullato: il verbale non è stato scritto.", {}};
+    }
+    proof::WritePage(path, *made);
     const proof::Verdict verdict = proof::VerdictOf(proof::FindingsOf(*made));
     Report report{CodeOf(verdict.light), {}, proof::Json(*made)};
     report.text = verdict.reason + QStringLiteral("\nVerbale: ") + QDir::toNativeSeparators(path);
@@ -96,7 +98,9 @@ Command ReportCommand() {
          InputFileOption(),
          {"file", "File da scegliere dove la procedura ne chiede uno.", "PERCORSO"}},
         Need::Database,
-        MakeReport};
+        MakeReport,
+        {},
+        {"data"}};
 }
 
 } // namespace cli

@@ -69,9 +69,14 @@ QString Details() {
 } // namespace
 
 Command ResetCommand() {
-    return {"reset",        "elimina i dati scelti di un'azienda",
-            Details(),      {CompanyOption(), {"kind", "Dati da eliminare; si può ripetere.", "DATI"}, YesOption()},
-            Need::Database, Reset};
+    return {"reset",
+            "elimina i dati scelti di un'azienda",
+            Details(),
+            {CompanyOption(), {"kind", "Dati da eliminare; si può ripetere.", "DATI"}, YesOption()},
+            Need::Database,
+            Reset,
+            {},
+            {"kind"}};
 }
 
 } // namespace cli

@@ -6,6 +6,7 @@
 #include "cli/TerminalOperator.h"
 #include "core/nearNames.h"
 
+#include <QDir>
 #include <QJsonArray>
 
 namespace cli {
@@ -112,8 +113,26 @@ Report ReportOf(const Context& context, const SequenceResult& result, const QLis
     return report;
 }
 
+/// Raises `UsageError` for a company that there is not, naming those that there are.
+void RequireCompany(Session& session, const SequenceSettings& settings) {
+    QStringList known;
+    for (const modMain::Company& company : modMain::GetCompanies(session)) {
+        for (const QString& name : {company.name.trimmed(), company.code.trimmed()}) {
+            if (name.compare(settings.company, Qt::CaseInsensitive) == 0) {
+                return;
+            }
+            known.append(name);
+        }
+    }
+    throw UsageError(QStringLiteral("L'azienda '%1' di '%2' non esiste%3 (aziende presenti: %4)")
+                         .arg(settings.company, QDir::toNativeSeparators(settings.file),
+                              Suggestion(settings.company, known),
+                              known.isEmpty() ? QStringLiteral("nessuna") : known.join(", ")));
+}
+
 Report Sequence(Context& context) {
     const SequenceSettings settings = ReadSequenceSettings(context.session);
+    RequireCompany(context.session, settings);
     const int script = ScriptFrom(context.options, settings);
     SequenceWindow window;
     QString what = QStringLiteral("La sequenza %1 importa nell'azienda '%2'").arg(script).arg(settings.company);
@@ -155,7 +174,9 @@ Command SequenceCommand() {
              ErrorsOption(),
              YesOption()},
             Need::Database,
-            Sequence};
+            Sequence,
+            {},
+            {"steps"}};
 }
 
 } // namespace cli

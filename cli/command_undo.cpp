@@ -7,26 +7,38 @@ namespace cli {
 
 namespace {
 
+/// What --yes answers.
+QString Question(qint64 number, const history::UndoResult& wouldBe) {
+    const QString what = QStringLiteral("toglie quello che ha scritto l'esecuzione %1").arg(number);
+    return wouldBe.left.empty() ? what
+                                : QStringLiteral("%1, e lascia righe che vi si riferiscono (%2)")
+                                      .arg(what, brokenReferences::TextOf(wouldBe.left));
+}
+
 Report UndoRun(Context& context) {
-    RequireAll(context.options, {"run"});
-    const qint64 number = context.options.value("run").toLongLong();
+    const qint64 number = RunFrom(context.options, "run");
     const bool isTrial = context.options.isSet("dry-run");
-    if (!isTrial) {
-        RequireYes(context.options, QStringLiteral("toglie quello che ha scritto l'esecuzione %1").arg(number));
-    }
     Session& session = context.session;
-    const history::History history(history::FilePath(session.Config.ConfigFile()));
+    const history::History history(session);
+    if (!isTrial && !context.options.isSet("yes")) {
+        RequireYes(context.options, Question(number, history::UndoAlone(session, history, number, true)));
+    }
     const history::UndoResult result = history::UndoAlone(session, history, number, isTrial);
     QStringList lines = history::LinesOf(result);
     if (isTrial) {
         lines += QStringLiteral("Era una prova: il database è rimasto com'era.");
     }
     Report report;
-    report.exitCode = result.keptCount > 0 || result.isPartial ? ExitIncomplete : ExitDone;
+    const bool isIncomplete = result.keptCount > 0 || result.isPartial || !result.left.empty();
+    report.exitCode = isIncomplete ? ExitIncomplete : ExitDone;
     report.text = lines.join(u'\n');
     QJsonArray kept;
     for (const history::KeptRow& row : result.kept) {
         kept.append(QJsonObject{{"table", row.table}, {"id", row.id}, {"why", row.why}});
+    }
+    QJsonArray left;
+    for (const brokenReferences::Broken& each : result.left) {
+        left.append(QJsonObject{{"table", each.table}, {"column", each.column}, {"rows", each.rows}});
     }
     report.json = {{"run", number},
                    {"removed", result.removed},
@@ -34,6 +46,7 @@ Report UndoRun(Context& context) {
                    {"brought", result.brought},
                    {"kept", result.keptCount},
                    {"keptRows", kept},
+                   {"leftReferring", left},
                    {"emptied", result.emptied},
                    {"outside", QJsonArray::fromStringList(result.outside)},
                    {"partial", result.isPartial},

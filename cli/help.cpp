@@ -48,7 +48,7 @@ QString ProgramHelp() {
 }
 
 QString CommandHelp(const Command& command) {
-    const QString actions = command.actions.isEmpty() ? QString() : QString(u' ' + command.actions.join(u'|'));
+    const QString actions = command.Actions().isEmpty() ? QString() : QString(u' ' + command.Actions().join(u'|'));
     QString text = "Uso: quadrix-import-cli " + command.name + actions + " [OPZIONI]\n\n" +
                    command.summary.left(1).toUpper() + command.summary.mid(1) + u'\n';
     if (!command.details.isEmpty()) {

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace cli {
 
@@ -33,20 +34,38 @@ bool IsTaken(const QString& path, const QStringList& taken) {
     });
 }
 
+[[noreturn]] void Refuse(const QString& path, const OutputKind& kind, const QString& why) {
+    throw ImportError(QStringLiteral("%1 '%2': %3").arg(kind.name, QDir::toNativeSeparators(path), why));
+}
+
+/// Refuses a path that is kept for something else.
+void RefuseOther(const QString& path, const OutputKind& kind) {
+    if (IsTaken(path, kind.taken)) {
+        Refuse(path, kind,
+               QStringLiteral("è un file del programma, o il suo database o l'origine: indicarne un altro"));
+    }
+    if (!IsOfKind(path, kind.firstLine)) {
+        Refuse(path, kind, QStringLiteral("esiste già e contiene altro: non viene sovrascritto, indicarne un altro"));
+    }
+}
+
 } // namespace
 
 void OpenOutput(QFile& file, const QString& path, const OutputKind& kind) {
-    const auto refuse = [&](const QString& why) {
-        throw ImportError(QStringLiteral("%1 '%2': %3").arg(kind.name, QDir::toNativeSeparators(path), why));
-    };
-    if (IsTaken(path, kind.taken)) {
-        refuse(QStringLiteral("è un file del programma, o il suo database o l'origine: indicarne un altro"));
-    }
-    if (!IsOfKind(path, kind.firstLine)) {
-        refuse(QStringLiteral("esiste già e contiene altro: non viene sovrascritto, indicarne un altro"));
-    }
+    RefuseOther(path, kind);
     if (const QString trouble = ownFile::Open(file, path, ownFile::Start::Anew); !trouble.isEmpty()) {
-        refuse(trouble);
+        Refuse(path, kind, trouble);
+    }
+}
+
+void CheckOutput(const QString& path, const OutputKind& kind) {
+    RefuseOther(path, kind);
+    if (const QString obstacle = ownFile::Obstacle(path); !obstacle.isEmpty()) {
+        Refuse(path, kind, obstacle);
+    }
+    QSaveFile probe(path); // goes without a trace
+    if (!probe.open(QIODevice::WriteOnly)) {
+        Refuse(path, kind, probe.errorString());
     }
 }
 

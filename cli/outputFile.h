@@ -16,5 +16,7 @@ struct OutputKind {
 /// written before, or an empty one is written over: a wrong argument must not cost a database. Raises `ImportError`
 /// naming the file and why it is not written.
 void OpenOutput(QFile& file, const QString& path, const OutputKind& kind);
+/// Raises what `OpenOutput` would; what stands there stays, for a file that is written whole when there is all of it.
+void CheckOutput(const QString& path, const OutputKind& kind);
 
 } // namespace cli

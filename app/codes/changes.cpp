@@ -48,7 +48,9 @@ void CheckMaking(const BaseTable& base, const Change& change) {
             QStringLiteral("in %1 un codice non si crea da qui: vuole più di codice e descrizione").arg(base.table));
     }
     if (change.description.trimmed().isEmpty()) {
-        throw ImportError(QStringLiteral("per creare '%1' in %2 serve la descrizione").arg(change.newCode, base.table));
+        throw ImportError(QStringLiteral("per creare '%1' in %2 serve la descrizione (colonna 'Descrizione' del file, "
+                                         "opzione --description)")
+                              .arg(change.newCode, base.table));
     }
     const schema::Table& table = *schema::FindTable(base.table);
     CheckSize(change.newCode, table.FindColumn(base.column)->size, base.table + u'.' + base.column);

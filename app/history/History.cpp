@@ -378,19 +378,20 @@ History::Emptied History::EmptiedBehind(qint64 run) const {
     return rows.Eof() ? Emptied() : Emptied{Number(rows, "emptied_by"), Text(rows, "target_table")};
 }
 
-qint64 History::Forget(const QDate& before) {
+qint64 History::Forget(const QDate& before, const QString& company) {
     Transaction transaction(*m_file);
-    const QString limit = TimeText(before.startOfDay());
+    const QVariantList which{TimeText(before.startOfDay()), company, company};
+    const QString old = QStringLiteral("started < ? AND (? = '' OR company = ?)");
     for (const char* table : {"notes", "rejects", "waiting_rows", "changes", "left_away", "touched_tables"}) {
-        m_file->Execute(Statement(
-            QStringLiteral("DELETE FROM %1 WHERE procedure IN (SELECT P.id FROM procedures P JOIN runs R ON R.id = "
-                           "P.run WHERE R.started < ?)")
-                .arg(QLatin1String(table)),
-            {limit}));
+        m_file->Execute(Statement(QStringLiteral("DELETE FROM %1 WHERE procedure IN (SELECT id FROM procedures WHERE "
+                                                 "run IN (SELECT id FROM runs WHERE %2))")
+                                      .arg(QLatin1String(table), old),
+                                  which));
     }
     m_file->Execute(QStringLiteral("DELETE FROM imported_rejects WHERE reject NOT IN (SELECT id FROM rejects)"));
-    m_file->Execute(Statement("DELETE FROM procedures WHERE run IN (SELECT id FROM runs WHERE started < ?)", {limit}));
-    const qint64 runs = m_file->Execute(Statement("DELETE FROM runs WHERE started < ?", {limit}));
+    m_file->Execute(Statement(
+        QStringLiteral("DELETE FROM procedures WHERE run IN (SELECT id FROM runs WHERE %1)").arg(old), which));
+    const qint64 runs = m_file->Execute(Statement(QStringLiteral("DELETE FROM runs WHERE %1").arg(old), which));
     transaction.Keep();
     return runs;
 }

@@ -143,7 +143,8 @@ public:
     Emptied EmptiedBehind(qint64 run) const;
 
     /// Removes runs that began before a day, with all that is kept of them; returns how many.
-    qint64 Forget(const QDate& before);
+    /// @param company its code; empty for all
+    qint64 Forget(const QDate& before, const QString& company = {});
 
     ovConnection& File() const { return *m_file; }
 

@@ -70,19 +70,20 @@ QJsonObject Json(const TableFigures& table) {
 
 QJsonObject Json(const Step& step) {
     const RunResult& result = step.result;
-    QJsonObject skipped;
+    QJsonObject skippedBy;
     for (const auto& [rule, rows] : result.skippedBy.asKeyValueRange()) {
-        skipped[rule] = rows;
+        skippedBy[rule] = rows;
     }
     return {{"title", step.title},
-            {"rows", result.sourceRows},
+            {"sourceRows", result.sourceRows},
             {"found", result.updated},
             {"missing", result.inserted},
-            {"skipped", skipped},
+            {"skipped", result.skipped},
+            {"skippedBy", skippedBy},
             {"givenUp", result.givenUpCount},
             {"givenUpRows", Array(result.givenUp,
                                   [](const RunResult::GivenUp& row) {
-                                      return QJsonObject{{"row", row.rowKey}, {"reason", row.reason}};
+                                      return QJsonObject{{"key", row.rowKey}, {"reason", row.reason}};
                                   })},
             {"untranslated", QJsonArray::fromStringList(result.untranslated)},
             {"details", QJsonArray::fromStringList(result.details)},
@@ -118,7 +119,7 @@ QJsonObject Json(const Proof& proof) {
     QJsonObject json = FoundJson(proof);
     json["source"] = proof.source;
     json["database"] = proof.database;
-    json["begun"] = proof.begun.toString(Qt::ISODate);
+    json["started"] = proof.begun.toString(Qt::ISODate);
     json["ended"] = proof.ended.toString(Qt::ISODate);
     json["worker"] = proof.worker;
     json["version"] = proof.version;

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QRegularExpression>
+#include <QSaveFile>
 
 namespace proof {
 
@@ -17,9 +18,14 @@ namespace {
 
 } // namespace
 
-void WritePage(QFile& file, const QString& path, const Proof& proof) {
+void WritePage(const QString& path, const Proof& proof) {
+    if (const QString obstacle = ownFile::Obstacle(path); !obstacle.isEmpty()) {
+        Refuse(path, obstacle);
+    }
     const QByteArray page = Html(proof).toUtf8();
-    if (file.write(page) != page.size() || !file.flush()) {
+    QSaveFile file(path); // a page that is there stays until this one is whole
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
+        file.write(page) != page.size() || !file.commit()) {
         Refuse(path, file.errorString());
     }
 }
@@ -31,11 +37,7 @@ QString KeepPage(const QString& folder, const Proof& proof) {
             .arg(proof.companyCode, proof.origin, proof.ended.toString(QStringLiteral("yyyy-MM-dd HHmmss")));
     const QString path = QDir(folder).filePath(QString(name).replace(unusual, QStringLiteral("_")));
     QDir().mkpath(folder);
-    QFile file;
-    if (const QString trouble = ownFile::Open(file, path, ownFile::Start::Anew); !trouble.isEmpty()) {
-        Refuse(path, trouble);
-    }
-    WritePage(file, path, proof);
+    WritePage(path, proof);
     return path;
 }
 

@@ -160,7 +160,7 @@ private slots:
         Row("one that Quadrix lacks", Pag("ZZ99", "RDD"), "'RDD' non è in TAB_MOP: forse 'RD' (Rimessa diretta)?");
         codes::Change make = Pag("ZZ99", "NU");
         make.isMade = true;
-        Row("made without words", make, "per creare 'NU' in TAB_MOP serve la descrizione");
+        Row("made without words", make, "per creare 'NU' in TAB_MOP serve la descrizione (colonna 'Descrizione'");
         make.newCode = "UNCODICELUNGO";
         make.description = "Nuovo";
         Row("longer than the column", make, "'UNCODICELUNGO' ha 13 caratteri, CON_TRO.COMOP");

@@ -38,6 +38,12 @@ private slots:
         Row("unknown code", QStringList{"set", "--table", "anagrafe", "--field", "pag", "--old", "007", "--new", "XX"},
             1, "'XX' non è in TAB_MOP");
         Row("descriptions of nobody", QStringList{"list", "--describe"}, 2, "--origin");
+        Row("a trial of a code", QStringList{"set", "--table", "anagrafe", "--dry-run"}, 2,
+            "--dry-run non vale con set: vale con apply");
+        Row("a trial of a file", QStringList{"import", "--in", "a.csv", "--dry-run"}, 2,
+            "--dry-run non vale con import");
+        Row("a file without its source", QStringList{"list", "--file", "a.db"}, 2, "Risposte --file in più: 1");
+        Row("a list that is none", QStringList{"list", "--table", "anagrafe", "--field", "pgg"}, 1, "'anagrafe.pgg'");
     }
     void refusals() {
         QFETCH(QStringList, arguments);
@@ -55,6 +61,10 @@ private slots:
         const QJsonObject code = listed.Json()["codes"].toArray().at(0).toObject();
         QCOMPARE(code["oldCode"].toString(), QString("007"));
         QCOMPARE(code["baseTables"].toArray(), QJsonArray{"TAB_MOP"});
+
+        const QJsonObject others = Codes({"list", "--table", "arclfr", "--json"}).Json();
+        QCOMPARE(others["codes"].toArray().size(), 1);
+        QCOMPARE(others["codes"].toArray().first().toObject()["table"].toString(), QString("ARCLFR"));
 
         const QString file = m_run.Folder.filePath("codici.csv");
         QCOMPARE(Codes({"export", "--out", file}).exitCode, 0);

@@ -1,6 +1,7 @@
 #include "examples/examples.h"
 #include "sources/tableFile.h"
 #include "tests/cli/CliRun.h"
+#include "tests/support/embedded.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -38,6 +39,12 @@ private slots:
         Row("no such company", QStringList{"--company", "X99"}, 2, "L'azienda 'X99' non esiste");
         Row("notes of no run", QStringList{"--notes", "note.csv"}, 2, "--notes vale con --run");
         Row("no day", QStringList{"--forget-before", "2024-01-01", "--yes"}, 2, "non è una data GG/MM/AAAA");
+        Row("forgetting one run", QStringList{"--run", "1", "--forget-before", "01/01/2024", "--yes"}, 2,
+            "--run non vale con --forget-before");
+        Row("log and rejects", QStringList{"--run", "1", "--log", "--rejects", "r.csv"}, 2,
+            "--rejects non vale con --log");
+        Row("how many go", QStringList{"--company", "X01", "--forget-before", "01/01/2999"}, 2,
+            "le esecuzioni dell'azienda X01 cominciate prima del 01/01/2999, che sono 1");
         Row("forgetting unconfirmed", QStringList{"--forget-before", "01/01/2024"}, 2, "--yes");
     }
     void refusals() {
@@ -46,6 +53,20 @@ private slots:
         const auto ended = History(arguments);
         QTEST(ended.exitCode, "exitCode");
         QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
+    }
+
+    /// What --yes answers names the rows of a hand that are left behind.
+    void asksAboutWhatRefers() {
+        ovConnection quadrix;
+        OpenEmbedded(quadrix, m_run.Database())
+            .Execute("INSERT INTO X01_ART_FOR (CDART, CDCON) SELECT 'A', MIN(CDCON) FROM X01_CON_TRO");
+        const auto asked = m_run.Run({"undo", "--run", "1"});
+        QCOMPARE(asked.exitCode, 2);
+        QVERIFY2(asked.errors.contains("lascia righe che vi si riferiscono (X01_ART_FOR (CDCON): 1): ripetere"),
+                 qPrintable(asked.errors));
+        const auto tried = m_run.Run({"undo", "--run", "1", "--dry-run", "--json"});
+        QCOMPARE(tried.exitCode, 4);
+        QCOMPARE(tried.Json()["leftReferring"].toArray().at(0)["table"].toString(), QString("X01_ART_FOR"));
     }
 
     /// What is told of a run by row is the same in JSON and in a table, and goes with the run.
@@ -66,9 +87,20 @@ private slots:
         }
 
         QCOMPARE(History({"--forget-before", "01/01/2000", "--yes", "--json"}).Json()["forgotten"].toInt(), 0);
+        m_run.Run({"create-database", "--company", "X02", "--name", "Prova Due"});
+        const QStringList ofAnother{"--company", "X02", "--forget-before", "01/01/2999", "--yes", "--json"};
+        QCOMPARE(History(ofAnother).Json()["forgotten"].toInt(), 0);
         QCOMPARE(History({"--json"}).Json()["runs"].toArray().size(), 1);
         QCOMPARE(History({"--forget-before", "01/01/2999", "--yes", "--json"}).Json()["forgotten"].toInt(), 1);
         QCOMPARE(History({"--json"}).Json()["runs"].toArray().size(), 0);
+    }
+
+    /// So does the result of an import that empties, which asks nobody.
+    void tellsWhatAResetLeaves() {
+        const auto ended = m_run.Run({"import", "--company", "X01", "--origin", "Arca 2000", "--data", "cli",
+                                      "--errors", "ignore", "--answer", "no", "--reset", "--dry-run"});
+        QVERIFY2(ended.output.contains("si riferiscono a ciò che si elimina: X01_ART_FOR (CDCON): 1"),
+                 qPrintable(ended.output + ended.errors));
     }
 };
 

@@ -60,6 +60,17 @@ private slots:
         row("unknown answer", Import({"--answer", "forse"}), "'forse' non previsto");
         row("an answer too many", Import({"--answer", "yes", "--answer", "no"}), "Risposte --answer in più: 2");
         row("a text that nobody asks for", Import({"--answer", "yes", "--input", "x"}), "si chiede niente");
+        row("a file that nobody asks for", Import({"--answer", "yes", "--file", "b.db"}), "Risposte --file in più: 1");
+        row("a file to check", {"check", "--company", "X01", "--origin", "Arca 2000", "--file", "b.db"},
+            "la sorgente è quella che le impostazioni nominano");
+        row("two of one", Import({"--data", "art"}), "--data vale una volta sola: è indicata con 'cli', 'art'");
+        row("a code that is empty", Import({"--code", " "}), "--code non dice nulla");
+        row("a code and a reset", Import({"--code", "C1", "--reset"}),
+            "--reset non vale con --code: per una riga sola");
+        row("data of an earlier run", {"import", "--resume", "1", "--data", "cli"},
+            "--data non vale con --resume: dati");
+        row("mended rows of no run", Import({"--mended", "a.csv"}), "--mended vale con --rejects-of");
+        row("nearly a run", {"undo", "--run", "1abc", "--yes"}, "'1abc' non è il numero di un'esecuzione");
         row("no file to check", {"check", "--company", "X01", "--origin", "Excel"}, "--file PERCORSO");
         row("no file to look at", {"inspect", "--origin", "Excel"}, "--file PERCORSO");
         row("no names to open by", {"codes", "list", "--describe", "--company", "X01", "--origin", "SAM"}, "--input");
@@ -324,6 +335,20 @@ private slots:
         QCOMPARE(ReadFile(memory), QByteArray("anagrafe\tVECCHIA\n")); // only an import remembers
         const auto refused = m_cli->Run(QStringList{"import", "--data", "piano"} + check.mid(1));
         QVERIFY2(refused.output.contains("Mancano:\n    origine: tabella 'pianocon'"), qPrintable(refused.output));
+    }
+
+    /// A command that does nothing but tell has failed where that cannot be read.
+    void tellsWhatCannotBeWritten() {
+        if (!QFile::exists("/dev/full")) {
+            QSKIP("no device that is full");
+        }
+        m_cli->CreateCompany();
+        for (const QStringList& command : {QStringList{"origins"}, QStringList{"history", "--json"}}) {
+            QProcess process;
+            process.setStandardOutputFile("/dev/full");
+            process.start(QUADRIX_CLI, QStringList{"--config", m_cli->Folder.path()} + command);
+            QCOMPARE(CliRun::End(process).exitCode, 1);
+        }
     }
 
     void stopsAtAnInterrupt_data() {

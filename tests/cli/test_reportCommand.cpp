@@ -1,3 +1,4 @@
+#include "app/report/html.h"
 #include "examples/examples.h"
 #include "tests/cli/CliRun.h"
 #include "tests/support/embedded.h"
@@ -6,6 +7,10 @@
 
 #include <QJsonArray>
 #include <QTest>
+
+#ifndef Q_OS_WIN
+#include <csignal>
+#endif
 
 /// The page that proves a migration, from the command line.
 class TestReportCommand : public QObject {
@@ -47,6 +52,36 @@ private slots:
         QCOMPARE(refused.exitCode, 1);
         QVERIFY2(refused.errors.contains("non viene sovrascritto"), qPrintable(refused.errors));
         QCOMPARE(ReadFile(page), QByteArray("altro"));
+    }
+
+    /// What is interrupted says so, and leaves the page that is there.
+    void IsInterrupted() {
+#ifdef Q_OS_WIN
+        QSKIP("no signals to send");
+#else
+        const CliRun cli;
+        examples::Options options;
+        options.rows = 5000;
+        options.folder = cli.Folder.filePath("arca");
+        options.tables = QStringList{"controparti"};
+        examples::Make("arca2000", options);
+        cli.Set("IMPORT", "Databasename", "arca");
+        QCOMPARE(cli.CreateCompany().exitCode, 0);
+        const QString page = cli.Folder.filePath("verbale.html");
+        const QByteArray before = proof::FirstLine.toUtf8() + "\nprima";
+        WriteFile(page, before);
+        const QString trace = cli.Folder.filePath("traccia.sql");
+        const auto process = cli.Start({"report", "--company", "X01", "--origin", "Arca 2000", "--data", "cli",
+                                        "--answer", "no", "--output", page, "--trace", trace, "--json"});
+        QTRY_VERIFY_WITH_TIMEOUT(ReadFile(trace).contains("INSERT INTO X01_CON_TRO"), 60000);
+        QCOMPARE(ReadFile(page), before);
+        QCOMPARE(kill(static_cast<pid_t>(process->processId()), SIGINT), 0);
+        const auto ended = CliRun::End(*process);
+        QCOMPARE(ended.exitCode, 3);
+        QCOMPARE(ended.Json()["outcome"].toString(), QString("cancelled"));
+        QCOMPARE(ReadFile(page), before);
+        QCOMPARE(QDir(cli.Folder.path()).entryList({"verbale*"}).size(), 1);
+#endif
     }
 };
 

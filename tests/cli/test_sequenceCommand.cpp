@@ -61,6 +61,17 @@ private slots:
         QVERIFY(!QFile::exists(m_run.Folder.filePath("sequence.log")));
     }
 
+    void namesTheCompaniesThatThereAre() {
+        const QString settings = m_run.Folder.filePath("Sequence.ini");
+        const QByteArray right = ReadFile(settings);
+        WriteFile(settings, QByteArray(right).replace("Prova Uno", "Prova Due"));
+        const auto ended = Sequence({"--steps", "all", "--yes"});
+        WriteFile(settings, right);
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY2(ended.errors.contains("forse 'Prova Uno'? (aziende presenti: Prova Uno, X01)"),
+                 qPrintable(ended.errors));
+    }
+
     /// A skipped step makes the program fail, and the others run; steps may be given several times.
     void skipsWhatCannotBeReached() {
         const auto ended =
