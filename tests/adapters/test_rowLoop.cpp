@@ -65,6 +65,36 @@ private slots:
         m_remembered.clear();
     }
 
+    /// What is not of the database, such as a trace that the disk has no room for, takes the rows of a commit along.
+    void ATraceThatCannotBeWritten_data() {
+        Columns<QString, int>("statement", "written");
+        Row("a commit", "COMMIT", 0);
+        Row("the second commit", "COMMIT", 2);
+        Row("an insert", "INSERT", 0);
+    }
+    void ATraceThatCannotBeWritten() {
+        QFETCH(const QString, statement);
+        QFETCH(const int, written);
+        modMain::SetAppConfig(m_target.Get(), "IMPORT", "GruppoRighe", "2");
+        bool isBroken = false;
+        int passed = 0;
+        m_target.Db().Trace = [&](const QString& text) {
+            isBroken = isBroken || (text.startsWith(statement) && ++passed * 2 > written);
+            if (isBroken && !text.startsWith("ROLLBACK")) {
+                throw ImportError("File di traccia: disco pieno");
+            }
+        };
+        const RunResult& result = Import({"A1", "A2", "A3", "A4", "A5"});
+        m_target.Db().Trace = {};
+        QCOMPARE(result.inserted, qint64(written));
+        QCOMPARE(Written().size(), written);
+        QVERIFY(result.AddsUp());
+        QVERIFY2(result.errors.join(' ').contains("disco pieno") || result.givenUpCount > 0,
+                 qPrintable(result.errors.join(' ')));
+        QVERIFY2(statement != "COMMIT" || result.errors.first().contains(", che non sono scritte: "),
+                 qPrintable(result.errors.join(' ')));
+    }
+
     void ARowThatFails_data() {
         Columns<QString, QStringList, QString>("together", "left", "told");
         Row("is taken back alone", "200", QStringList{"A1", "A3"}, "");

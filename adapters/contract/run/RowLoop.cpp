@@ -383,6 +383,12 @@ void RowLoop::GiveUpFor(const Unit& unit, const Error& error) noexcept {
 /// are to be retried; else they count as not reached, and the error names them.
 /// @return false when they had to be done again, as they had gone ahead in what does not hold
 bool RowLoop::Commit() {
+    const auto takeBack = [this](Error& error, const QString& how) {
+        m_run.m_account.TakeBack();
+        error.AddContext(
+            QStringLiteral("Righe da %1 a %2, %3").arg(m_done.front().keys.first(), m_done.back().keys.last(), how));
+    };
+    const QString notWritten = QStringLiteral("che non sono scritte");
     try {
         m_transaction.Commit();
     } catch (const AheadError&) {
@@ -390,12 +396,8 @@ bool RowLoop::Commit() {
         Commit();
         return false;
     } catch (SqlError& error) {
-        m_run.m_account.TakeBack();
-        const QString rows =
-            QStringLiteral("Righe da %1 a %2").arg(m_done.front().keys.first(), m_done.back().keys.last());
         const bool inDoubt = error.AnswerLost();
-        error.AddContext(rows + (inDoubt ? QStringLiteral(", che possono essere scritte o no")
-                                         : QStringLiteral(", che non sono scritte")));
+        takeBack(error, inDoubt ? QStringLiteral("che possono essere scritte o no") : notWritten);
         try {
             m_session.Errors.Decide(error, m_redone + 1, inDoubt);
         } catch (...) {
@@ -405,6 +407,10 @@ bool RowLoop::Commit() {
         m_session.Quadrix.WaitToPass(error, m_redone + 1);
         Redo();
         return true;
+    } catch (Error& error) { // not of the database: the trace of its statements, for one, cannot be written
+        takeBack(error, notWritten);
+        m_done.clear();
+        throw;
     }
     m_redone = m_done.empty() ? m_redone : 0;
     const Unit last = m_done.empty() ? Unit() : m_done.back();

@@ -108,7 +108,9 @@ void RowTransaction::Commit() {
     if (m_isOpen && !m_isPart) {
         try {
             m_session.Quadrix.CommitTrans();
-        } catch (const SqlError&) {
+        } catch (const AheadError&) { // whoever does the rows again takes them back
+            throw;
+        } catch (const Error&) {
             TakeBack();
             throw;
         }
