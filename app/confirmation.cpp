@@ -2,6 +2,7 @@
 
 #include "adapters/contract/run/Origin.h"
 #include "adapters/sourceSettings.h"
+#include "app/mergeRecord.h"
 #include "app/procedureTitle.h"
 #include "sql/mod_ovTools.h"
 
@@ -88,6 +89,9 @@ QString RunDetails(Session& session, const Origin& origin, const std::vector<con
     const QString source = SourceText(session, origin, procedures);
     if (!source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + source);
+    }
+    if (const QString merged = merge::MergedText(session, session.UserManager.Azienda()); !merged.isEmpty()) {
+        lines.append(QStringLiteral("Attenzione: ") + merged);
     }
     return lines.join(u'\n');
 }

@@ -11,7 +11,8 @@ QString CompanyLine(Session& session);
 /// without one. A password is never shown.
 QString SourceText(Session& session, const contract::Origin& origin,
                    const std::vector<const contract::Procedure*>& procedures);
-/// Company, origin, what the procedures do, and the source, as `SourceText`.
+/// Company, origin, what the procedures do, the source, as `SourceText`, and whether the company has been merged into
+/// another.
 QString RunDetails(Session& session, const contract::Origin& origin,
                    const std::vector<const contract::Procedure*>& procedures);
 /// "server SRV, database QUADRIX": where a database stands, or the path of its file. A password is never shown.

@@ -15,6 +15,7 @@ RunResult AccountOf(const Session& session, const EmptyingWork& work, const Empt
     for (const EmptyingResult::Table& table : emptied.tables) {
         account.emptied.append({table.name, table.rows});
     }
+    account.details = emptied.told;
     for (const ErrorEntry& entry : session.Errors.Since(errorsBefore)) {
         account.errors.append(entry.message);
     }
@@ -27,7 +28,7 @@ QString LogOf(const EmptyingResult& result) {
     for (const EmptyingResult::Table& table : result.tables) {
         lines.append(EmptiedLine(table));
     }
-    return lines.join(u'\n');
+    return (lines + result.told).join(u'\n');
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/merge.h"
+#include "core/Schema.h"
 
 /// The parts of a counterparty merge.
 namespace merge {
@@ -76,6 +77,27 @@ struct Copied {
     QStringList notes;          ///< lines for the log
 };
 
+/// Codes of tables of which each company has its own, such as price lists, banks and agents: a copy bears those of the
+/// company that it comes from.
+class OwnCodes {
+public:
+    OwnCodes(Session& session, Companies companies);
+
+    /// What is to be told of a code that is copied: the destination does not have it, or calls something else so.
+    /// Empty for any other value, and for a code that has been told.
+    /// @param table,column where it stands
+    QString NoteOf(const QString& counterparty, const QString& table, const QString& column, const QString& code);
+
+private:
+    /// How a company describes a code; none when it does not have it.
+    std::optional<QString> DescriptionOf(const QString& company, const schema::Table& table, const QString& codeColumn,
+                                         const QString& code) const;
+
+    Session& m_session;
+    Companies m_companies;
+    QSet<QString> m_told; ///< codes looked at, with their tables
+};
+
 /// Copies counterparties into the destination company.
 class Copier {
 public:
@@ -103,12 +125,13 @@ private:
     void ReadTypes(const QString& table);
     void CopyRows(const Rows& what, Copied& copied);
     void CopyAttached(const QString& owner, const QString& oldKey, const QString& newKey, Copied& copied);
-    QString InsertText(const Rows& what, const Recordset& row, Copied& copied) const;
+    QString InsertText(const Rows& what, const Recordset& row, Copied& copied);
     bool HoldsCounterparty(const QString& table, const QString& column) const;
-    QVariant Translated(const Rows& what, const QString& column, const QVariant& value, Copied& copied) const;
+    QVariant Translated(const Rows& what, const QString& column, const QVariant& value, Copied& copied);
 
     Session& m_session;
     Companies m_companies;
+    OwnCodes m_ownCodes;
     QHash<QString, QMap<QString, DataType>> m_types; ///< of the columns, by bare table name
 };
 

@@ -1,5 +1,6 @@
 #include "app/mergeRecord.h"
 
+#include "app/mergeText.h"
 #include "core/createDatabase.h"
 #include "core/Schema.h"
 #include "core/worker.h"
@@ -103,6 +104,16 @@ void Records::End() {
     query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
     query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(m_id);
     m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
+}
+
+QString MergedText(Session& session, const QString& company) {
+    const auto last = Records(session).LastOf(company);
+    return last ? modMain::EarlierMergeText(*last) +
+                      QStringLiteral(
+                          ": le righe di %1 hanno i codici delle controparti di %2, e quelle che si importano "
+                          "adesso avrebbero i propri")
+                          .arg(last->from.code, last->to.code)
+                : QString();
 }
 
 } // namespace merge

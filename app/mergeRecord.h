@@ -30,4 +30,8 @@ private:
     qint64 m_id = 0; ///< RECORD_ID of the merge under way; 0: it is not noted
 };
 
+/// What whoever imports into a company must know of a merge with references out of it: its rows hold the codes of
+/// another company since. Empty without one. @param company its code
+QString MergedText(Session& session, const QString& company);
+
 } // namespace merge

@@ -36,7 +36,8 @@ const QStringList Attached{"NUM_TEL", "IND_WEB"};
 
 Copier::Copier(Session& session, Companies companies)
     : m_session(session),
-      m_companies(std::move(companies)) {
+      m_companies(companies),
+      m_ownCodes(session, std::move(companies)) {
     for (const QString& table : QStringList(Master) + Attached + Owners) {
         ReadTypes(table);
     }
@@ -96,7 +97,7 @@ void Copier::CopyAttached(const QString& owner, const QString& oldKey, const QSt
     }
 }
 
-QString Copier::InsertText(const Rows& what, const Recordset& row, Copied& copied) const {
+QString Copier::InsertText(const Rows& what, const Recordset& row, Copied& copied) {
     const auto& types = m_types[what.table];
     QStringList columns;
     QStringList values;
@@ -121,9 +122,14 @@ bool Copier::HoldsCounterparty(const QString& table, const QString& column) cons
 }
 
 /// The source may hold the code of the other counterparty old or already re-pointed.
-QVariant Copier::Translated(const Rows& what, const QString& column, const QVariant& value, Copied& copied) const {
+QVariant Copier::Translated(const Rows& what, const QString& column, const QVariant& value, Copied& copied) {
     const QString code = mod_ovTools::ToText(value);
-    if (code.trimmed().isEmpty() || !HoldsCounterparty(what.table, column)) {
+    if (code.trimmed().isEmpty()) {
+        return value;
+    }
+    if (!HoldsCounterparty(what.table, column)) {
+        const QString note = m_ownCodes.NoteOf(what.oldKey, what.table, column, code.trimmed());
+        copied.notes += note.isEmpty() ? QStringList() : QStringList(note);
         return value;
     }
     if (References::IsMarked(code)) {

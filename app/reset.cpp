@@ -2,6 +2,7 @@
 
 #include "app/CompanyLock.h"
 #include "app/emptying.h"
+#include "app/hangingRows.h"
 #include "core/runEnding.h"
 #include "sql/ovQueryConstructor.h"
 
@@ -87,20 +88,35 @@ bool EmptyGroup(Session& session, const ResetGroup& group, Progress& progress, E
     return true;
 }
 
+/// The tables of an option.
+QStringList TablesOf(ResetOption option) {
+    QStringList tables;
+    for (const ResetGroup& group : ResetGroups()) {
+        tables += group.option == option ? group.tables : QStringList();
+    }
+    return tables;
+}
+
 /// The rows in the tables of an option; none when it has no tables or one of them cannot be counted.
 std::optional<qint64> CountRows(ovConnection& connection, ResetOption option) {
     std::optional<qint64> rows;
     try {
-        for (const ResetGroup& group : ResetGroups()) {
-            for (const QString& table : group.option == option ? group.tables : QStringList()) {
-                const QString name = connection.GetFullTableName(table);
-                rows = rows.value_or(0) + connection.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + name);
-            }
+        for (const QString& table : TablesOf(option)) {
+            const QString name = connection.GetFullTableName(table);
+            rows = rows.value_or(0) + connection.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + name);
         }
     } catch (const SqlError&) {
         return std::nullopt;
     }
     return rows;
+}
+
+void EmptyHanging(Session& session, EmptyingResult& result) {
+    const QStringList tables = TablesOf(&R::AnaCon);
+    result.told += hangingRows::Texts(session, tables);
+    for (const RunResult::Emptied& table : hangingRows::Delete(session, tables)) {
+        result.tables.append({table.table, table.rows});
+    }
 }
 
 void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& result) {
@@ -112,6 +128,9 @@ void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& 
         if (options.*group.option && !EmptyGroup(session, group, *progress, result)) {
             result.outcome = RunResult::Outcome::Cancelled;
             return;
+        }
+        if (options.*group.option && group.option == &R::AnaCon) {
+            EmptyHanging(session, result);
         }
     }
 }
@@ -169,6 +188,16 @@ ResetRows CountResetRows(Session& session) {
         }
     }
     return rows;
+}
+
+QStringList BesidesReset(Session& session, const ResetOptions& options) {
+    const Operator::Busy busy(session.Person);
+    const ovErrors::Acting acting(session.Errors, ErrorAction::Abort);
+    try {
+        return options.AnaCon ? hangingRows::Texts(session, TablesOf(&R::AnaCon)) : QStringList();
+    } catch (const SqlError&) {
+        return {};
+    }
 }
 
 bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details) {

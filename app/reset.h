@@ -65,7 +65,12 @@ struct EmptyingResult {
 
     RunResult::Outcome outcome = RunResult::Outcome::Done;
     QVector<Table> tables; ///< the tables emptied, in order; those not named keep their rows
+    QStringList told;      ///< what went along, and what stays though it hangs on what went
 };
+
+/// What goes and stays besides the rows of the chosen tables, in sentences; none when there is nothing to tell, or when
+/// it cannot be counted.
+QStringList BesidesReset(Session& session, const ResetOptions& options);
 
 /// "Tabella X01_DOC_VEN: svuotata (1.200 righe eliminate)"
 QString EmptiedLine(const EmptyingResult::Table& table);
@@ -76,6 +81,6 @@ QString EmptiedLine(const EmptyingResult::Table& table);
 bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details = {});
 
 /// Deletes every row of the chosen tables of the company under work, with a progress dialog that can be cancelled
-/// between two tables. Each statement commits by itself: what was emptied before a cancel or an error stays empty.
-/// An error is reported under "frmImport", "cmdReset_Click".
+/// between two tables. With the counterparties goes what imports have hung on them. Each statement commits by itself:
+/// what was emptied before a cancel or an error stays empty. An error is reported under "frmImport", "cmdReset_Click".
 EmptyingResult ResetDatabase(Session& session, const ResetOptions& options);

@@ -1,8 +1,8 @@
-#include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/SourceRow.h"
 #include "adapters/contract/write/Document.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
+#include "app/hangingRows.h"
 #include "app/sequenceQueries.h"
 #include "app/sequenceRun.h"
 
@@ -162,65 +162,6 @@ const QStringList& EmptiedTables() {
     return tables;
 }
 
-/// Rows that hang on counterparties by their codes in a table that is not emptied: whoever is given such a code anew
-/// would take them over.
-struct Hanging {
-    QString table;       ///< bare name
-    QString column = {}; ///< that names the table of the owner; empty: the owner is a counterparty
-};
-
-const std::vector<Hanging>& HangingOnCounterparties() {
-    static const std::vector<Hanging> all{
-        {"IND_WEB", "TBNAM"}, {"CON_SED"}, {"DIC_INT"}, {"FLD_VAL", "FLTAB"}, {"IMA_GES", "TBNAM"}};
-    return all;
-}
-
-/// The condition on those that imports have written, or on those of others.
-QString ConditionOf(const Session& session, const Hanging& hanging, bool ofImports) {
-    const QString imports = contract::OfImports(session);
-    return (ofImports ? imports : QString("(USINS IS NULL OR NOT " + imports + ')')) +
-           (hanging.column.isEmpty() ? QString()
-                                     : QString(" AND " + hanging.column + " IN ('CON_TRO', 'CON_RIF', 'CON_SED')"));
-}
-
-/// Those rows, by table (physical name); tables without any are left out.
-QList<RunResult::Emptied> HangingRows(Session& session, bool ofImports) {
-    QList<RunResult::Emptied> found;
-    for (const Hanging& hanging : HangingOnCounterparties()) {
-        const QString name = session.Quadrix.GetFullTableName(hanging.table);
-        const qint64 rows = session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + name + " WHERE " +
-                                                           ConditionOf(session, hanging, ofImports));
-        if (rows > 0) {
-            found.append({name, rows});
-        }
-    }
-    return found;
-}
-
-/// "3 (X01_IND_WEB: 2, X01_CON_SED: 1)"
-QString RowsText(const QList<RunResult::Emptied>& rows) {
-    const QLocale italian(QLocale::Italian, QLocale::Italy);
-    qint64 all = 0;
-    QStringList tables;
-    for (const RunResult::Emptied& each : rows) {
-        all += each.rows;
-        tables.append(each.table + ": " + italian.toString(each.rows));
-    }
-    return italian.toString(all) + " (" + tables.join(", ") + ')';
-}
-
-QString TakenAlongText(const QList<RunResult::Emptied>& rows) {
-    return rows.isEmpty() ? QString()
-                          : "Con le controparti vanno le righe che le importazioni vi hanno appeso: " + RowsText(rows);
-}
-
-QString LeftByHandText(const QList<RunResult::Emptied>& rows) {
-    return rows.isEmpty()
-               ? QString()
-               : "Restano le righe inserite a mano, che passano a chi avrà il codice della loro controparte: " +
-                     RowsText(rows);
-}
-
 /// Which company is emptied and how much goes.
 QString EmptyingQuestion(const SequenceRun& run) {
     ovConnection& quadrix = run.GetSession().Quadrix;
@@ -237,38 +178,10 @@ QString EmptyingQuestion(const SequenceRun& run) {
             .arg(run.CompanyName())
             .arg(shared)
             .arg(QLocale(QLocale::Italian, QLocale::Italy).toString(rows), confirmation::DatabaseText(quadrix));
-    for (const QString& text :
-         {TakenAlongText(HangingRows(run.GetSession(), true)), LeftByHandText(HangingRows(run.GetSession(), false))}) {
-        question += text.isEmpty() ? QString() : text + ".\n";
+    for (const QString& text : hangingRows::Texts(run.GetSession(), EmptiedTables())) {
+        question += text + ".\n";
     }
     return question + "\nProcedere?";
-}
-
-/// Deletes what imports have hung on the counterparties, which are gone, and tells what stays. Returns the rows.
-qint64 DeleteHanging(SequenceRun& run, RunResult& account) {
-    Session& session = run.GetSession();
-    const QList<RunResult::Emptied> taken = HangingRows(session, true);
-    for (const Hanging& hanging : HangingOnCounterparties()) {
-        const QString name = session.Quadrix.GetFullTableName(hanging.table);
-        const bool hasSome =
-            std::any_of(taken.begin(), taken.end(), [&](const auto& each) { return each.table == name; });
-        if (hasSome) {
-            session.Observer->TableIsEmptied(name);
-            session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + ConditionOf(session, hanging, true));
-        }
-    }
-    qint64 rows = 0;
-    for (const RunResult::Emptied& each : taken) {
-        account.emptied.append({each.table, each.rows});
-        rows += each.rows;
-    }
-    for (const QString& text : {TakenAlongText(taken), LeftByHandText(HangingRows(session, false))}) {
-        if (!text.isEmpty()) {
-            run.Log(text);
-            account.details.append(text);
-        }
-    }
-    return rows;
 }
 
 void EmptyTables(SequenceRun& run, Triggers& triggers) {
@@ -286,8 +199,15 @@ void EmptyTables(SequenceRun& run, Triggers& triggers) {
             account.emptied.append({name, quadrix.Execute("DELETE " + name)});
             rows += account.emptied.last().rows;
         }
-        rows += DeleteHanging(run, account);
-        told = account.details;
+        told = hangingRows::Texts(run.GetSession(), EmptiedTables());
+        for (const RunResult::Emptied& table : hangingRows::Delete(run.GetSession(), EmptiedTables())) {
+            account.emptied.append(table);
+            rows += table.rows;
+        }
+        for (const QString& text : std::as_const(told)) {
+            run.Log(text);
+        }
+        account.details += told;
     });
     run.End(Outcome::Done, (QStringList(EmptiedText(EmptiedTables().size(), rows)) + told).join("; "));
 }

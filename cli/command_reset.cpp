@@ -52,7 +52,9 @@ Report Reset(Context& context) {
     const QString company = TakeCompanyToEmpty(context);
     const QStringList kinds = ChosenNames(options);
     RequireYes(context.options,
-               QStringLiteral("Si eliminano dall'azienda %1: %2").arg(company, ChosenCaptions(options)));
+               (QStringList(QStringLiteral("Si eliminano dall'azienda %1: %2").arg(company, ChosenCaptions(options))) +
+                BesidesReset(context.session, options))
+                   .join(u'\n'));
     Report report = EmptyingReport(ResetDatabase(context.session, options));
     report.json["kinds"] = QJsonArray::fromStringList(kinds);
     return report;

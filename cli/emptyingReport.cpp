@@ -26,6 +26,7 @@ Report EmptyingReport(const EmptyingResult& result) {
         tables.append(json);
         lines.append(EmptiedLine(table));
     }
+    lines += result.told;
     if (result.outcome != RunResult::Outcome::Done) {
         lines.append("Le tabelle non elencate sono rimaste come erano.");
     }

@@ -140,7 +140,12 @@ void frmImport::ApplySettings() {
     }
     m_settled = true;
     const auto isOn = [this](const QString& key) {
-        return modMain::IsAppConfigOn(m_session, Section, key, QStringLiteral("0"));
+        try {
+            return modMain::IsAppConfigOn(m_session, Section, key, QStringLiteral("0"));
+        } catch (const ImportError&) {
+            m_session.MonitorOnce(QStringLiteral("frmImport"), QStringLiteral("ApplySettings"));
+            return false;
+        }
     };
     if (m_state.locked || isOn(LockKey)) {
         SelectStoredOrigin();
@@ -258,7 +263,8 @@ void frmImport::cmdReset_Click() {
         return;
     }
     Told(m_person, [this] {
-        frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), this);
+        frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), BesidesReset(m_session, {.AnaCon = true}),
+                        this);
         if (dialog.SelectOptions()) {
             ShowEmptied(ResetDatabase(m_session, dialog.Options()));
         }
@@ -330,6 +336,7 @@ void frmImport::ShowEmptied(const EmptyingResult& result) {
     for (const EmptyingResult::Table& table : result.tables) {
         lines.append(EmptiedLine(table));
     }
+    lines += result.told;
     ShowAccount("Reset Database", lines);
 }
 

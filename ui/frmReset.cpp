@@ -58,11 +58,12 @@ QString CaptionOf(ResetOption option) {
 
 } // namespace
 
-frmReset::frmReset(Operator& person, QString company, ResetRows rows, QWidget* parent)
+frmReset::frmReset(Operator& person, QString company, ResetRows rows, QStringList withCounterparties, QWidget* parent)
     : QDialog(parent),
       m_person(person),
       m_company(std::move(company)),
-      m_rows(std::move(rows)) {
+      m_rows(std::move(rows)),
+      m_withCounterparties(std::move(withCounterparties)) {
     setObjectName("frmReset");
     setWindowTitle("Reset Database");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -87,9 +88,9 @@ void frmReset::Lay() {
     auto* all = new QVBoxLayout(this);
     all->addWidget(title);
     all->addLayout(columns, 1);
-    auto* stays = new WrappedLabel("Telefoni e indirizzi web (tabelle NUM_TEL e IND_WEB) non vengono eliminati: la "
-                                   "prossima importazione delle controparti li aggiunge di nuovo, se non si risponde "
-                                   "Sì alla sua domanda sul reset.");
+    auto* stays = new WrappedLabel("Con le controparti vanno i telefoni, gli indirizzi web e le altre righe che le "
+                                   "importazioni vi hanno appeso (NUM_TEL, IND_WEB, ...); quelle inserite a mano "
+                                   "restano, e passano a chi avrà quel codice.");
     stays->setObjectName("lblStays");
     all->addWidget(stays);
     const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
@@ -140,7 +141,8 @@ QString frmReset::WhatGoes() const {
     const bool atLeast = std::any_of(ResetGroups().begin(), ResetGroups().end(), [this](const ResetGroup& group) {
         return m_options.*group.option && RowsBehind(m_rows, group.option).isEmpty();
     });
-    return "Azienda " + m_company + ": " + (atLeast ? "almeno " : "") + RowsText(rows);
+    const QStringList lines{"Azienda " + m_company + ": " + (atLeast ? "almeno " : "") + RowsText(rows)};
+    return (lines + (m_options.AnaCon ? m_withCounterparties : QStringList())).join(u'\n');
 }
 
 void frmReset::cmdOk_Click() {

@@ -14,7 +14,8 @@ class frmReset final : public QDialog {
 public:
     /// @param company code and name of the company that is emptied, shown for safety
     /// @param rows what each option would delete, shown beside it
-    frmReset(Operator& person, QString company, ResetRows rows, QWidget* parent);
+    /// @param withCounterparties what else goes or stays with the counterparties, told before
+    frmReset(Operator& person, QString company, ResetRows rows, QStringList withCounterparties, QWidget* parent);
 
     /// Shows the dialog and returns whether the operator confirmed; `Options` are what he chose then.
     bool SelectOptions();
@@ -36,6 +37,7 @@ private:
     Operator& m_person;
     QString m_company;
     ResetRows m_rows;
+    QStringList m_withCounterparties;
     ResetOptions m_options;
     std::vector<std::pair<ResetOption, QCheckBox*>> m_boxes;
 };

@@ -143,6 +143,28 @@ private slots:
                  noted);
     }
 
+    /// A price list or an agent of the other company is another one here, or none.
+    void codesOfTheCompanysOwnTablesAreTold() {
+        MergePair pair;
+        FillAll(pair);
+        pair.target.Execute("UPDATE X01_CON_TRO SET COLSC = 'L9', COAGE = 'A1', COBAN = 'B1', CONAZ = 'ITA'");
+        for (const char* row :
+             {"X01_AGE_NTI (CDAGE, AGDES) VALUES ('A1', 'Rossi')", "X02_AGE_NTI (CDAGE, AGDES) VALUES ('A1', 'Verdi')",
+              "X01_BAN_CHE (CDBAN, BADES) VALUES ('B1', 'Banca')",
+              "X02_BAN_CHE (CDBAN, BADES) VALUES ('B1', 'banca')"}) {
+            pair.target.Execute(QString("INSERT INTO ") + row);
+        }
+        MergeResult result;
+        QVERIFY(pair.Merge(false, &result));
+        QCOMPARE(result.Count(MergeCriterion::New), 2);
+        QCOMPARE(result.notes.count, 2);
+        const QString log = pair.target.Log("fusione.log");
+        for (const char* note : {"CODICE CHE MANCA: controparte 000007 di X01, colonna COLSC: 'L9'",
+                                 "CODICE DI ALTRO SIGNIFICATO: controparte 000007 di X01, colonna COAGE: 'A1'"}) {
+            QVERIFY2(log.contains(note), qPrintable(log));
+        }
+    }
+
     void referencesOfTheSourceAreRepointed_data() { Engines(); }
     void referencesOfTheSourceAreRepointed() {
         QFETCH(TestTarget::On, engine);

@@ -1,5 +1,6 @@
 #include "app/history/History.h"
 #include "app/mergeButton.h"
+#include "app/mergeRecord.h"
 #include "tests/app/MergePair.h"
 #include "tests/support/QuadrixTest.h"
 
@@ -36,6 +37,8 @@ private slots:
         QVERIFY(pair.Merge(true, nullptr, true));
         QVERIFY(Contents(pair.target) != merged);
         QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS WHERE FUFIN IS NOT NULL"), QString("2"));
+        QVERIFY(merge::MergedText(pair.target.Get(), "X01").contains("le righe di X01 hanno i codici"));
+        QCOMPARE(merge::MergedText(pair.target.Get(), "X02"), QString());
     }
 
     /// After a merge of the references contacts and numbers bear new codes: a copy would take those of another one.

@@ -178,6 +178,28 @@ private slots:
         QCOMPARE(target.Get().Errors.Action, ErrorAction::Ask);
     }
 
+    /// Whoever gets the code of a counterparty next would have the telephones of another.
+    void WithCounterpartiesGoesWhatImportsHungOnThem() {
+        TestTarget target;
+        FillResetTables(target);
+        target.Execute("DELETE FROM X01_NUM_TEL");
+        for (const char* row : {"'CON_TRO', '000001', 'SYSTEM_IMPORT'", "'CON_RIF', '7', 'SYSTEM_IMPORT'",
+                                "'CON_TRO', '000002', 'MARIO'", "'TAB_AGE', '01', 'SYSTEM_IMPORT'"}) {
+            target.Execute(QString("INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, USINS) VALUES (%1)").arg(row));
+        }
+        const QStringList told{
+            "Con le controparti vanno le righe che le importazioni vi hanno appeso: 2 (X01_NUM_TEL: 2)",
+            "Restano le righe inserite a mano, che passano a chi avrà il codice della loro "
+            "controparte: 1 (X01_NUM_TEL: 1)"};
+        QCOMPARE(BesidesReset(target.Get(), Named("AnaCon")), told);
+        QCOMPARE(BesidesReset(target.Get(), Named("AnaArt")), QStringList());
+        const EmptyingResult result = ResetDatabase(target.Get(), Named("AnaCon"));
+        QCOMPARE(result.told, told);
+        QCOMPARE(NamesOf(result).last(), QString("X01_NUM_TEL"));
+        QCOMPARE(result.tables.last().rows, 2);
+        QCOMPARE(target.Value("SELECT GROUP_CONCAT(TBKEY) FROM X01_NUM_TEL"), QString("000002,01"));
+    }
+
     void AFailureLeavesWhatWasEmptiedBefore() {
         TestTarget target;
         QStringList tables = FillResetTables(target);

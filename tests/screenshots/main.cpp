@@ -98,7 +98,7 @@ void RunScript(TestWindow& test) {
 }
 
 void TakeReset(TestWindow& test, const Album& album) {
-    frmReset dialog(test.Person(), "DEM Officine Dimostrative S.r.l.", CountResetRows(test.Get()), &test.Window());
+    frmReset dialog(test.Person(), "DEM Officine Dimostrative S.r.l.", CountResetRows(test.Get()), {}, &test.Window());
     dialog.show();
     dialog.findChild<QCheckBox*>("chkAnaCon")->click();
     album.Take(dialog, "frmReset");

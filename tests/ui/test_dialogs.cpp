@@ -117,7 +117,7 @@ private slots:
 
     void BoxesMoveEachOther() {
         WindowOperator person;
-        frmReset dialog(person, "Prova", {}, nullptr);
+        frmReset dialog(person, "Prova", {}, {}, nullptr);
         const auto ticked = [&dialog] {
             QStringList names;
             for (const QCheckBox* box : dialog.findChildren<QCheckBox*>()) {
@@ -141,7 +141,7 @@ private slots:
 
     void OkNeedsAChoiceAndAYes() {
         WindowOperator person;
-        frmReset dialog(person, "Prova", {}, nullptr);
+        frmReset dialog(person, "Prova", {}, {}, nullptr);
         DialogDriver driver;
         driver.Otherwise = "cmdNo";
         int turn = 0;
@@ -172,7 +172,8 @@ private slots:
 
     void ResetTellsWhatGoesAndWhatStays() {
         WindowOperator person;
-        frmReset dialog(person, "DEM Prova", {{&ResetOptions::AnaCon, 6452}, {&ResetOptions::Maga, 1}}, nullptr);
+        frmReset dialog(person, "DEM Prova", {{&ResetOptions::AnaCon, 6452}, {&ResetOptions::Maga, 1}}, {"Con loro"},
+                        nullptr);
         const auto caption = [&dialog](const char* name) {
             return dialog.findChild<QCheckBox*>(name)->text().remove('&');
         };
@@ -194,7 +195,7 @@ private slots:
         };
         dialog.findChild<QCheckBox*>("chkAnaCon")->click();
         dialog.cmdOk_Click();
-        QCOMPARE(details, QString("Azienda DEM Prova: almeno 6.452 righe")); // the documents are not counted
+        QCOMPARE(details, QString("Azienda DEM Prova: almeno 6.452 righe<br>Con loro")); // the documents are not counted
         QCOMPARE(byDefault, QString("cmdNo"));
         for (const char* name : {"chkAnaCon", "chkDocAcq", "chkRilevamenti", "chkPrevProd", "chkMaga"}) {
             dialog.findChild<QCheckBox*>(name)->click();

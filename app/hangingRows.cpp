@@ -1,0 +1,82 @@
+#include "app/hangingRows.h"
+
+#include "adapters/contract/map/lookups.h"
+
+#include <QLocale>
+
+namespace hangingRows {
+
+namespace {
+
+struct Hanging {
+    QString table;       ///< bare name
+    QString column = {}; ///< that names the table of the owner; empty: the owner is a counterparty
+};
+
+const std::vector<Hanging>& All() {
+    static const std::vector<Hanging> all{{"NUM_TEL", "TBNAM"}, {"IND_WEB", "TBNAM"}, {"CON_SED"},
+                                          {"DIC_INT"},          {"FLD_VAL", "FLTAB"}, {"IMA_GES", "TBNAM"}};
+    return all;
+}
+
+/// The condition on those that imports have written, or on those of others.
+QString ConditionOf(const Session& session, const Hanging& hanging, bool ofImports) {
+    const QString imports = contract::OfImports(session);
+    return (ofImports ? imports : QString("(USINS IS NULL OR NOT " + imports + ')')) +
+           (hanging.column.isEmpty() ? QString()
+                                     : QString(" AND " + hanging.column + " IN ('CON_TRO', 'CON_RIF', 'CON_SED')"));
+}
+
+/// Those rows by table (physical name), tables without any left out.
+QList<RunResult::Emptied> Count(Session& session, const QStringList& emptied, bool ofImports) {
+    QList<RunResult::Emptied> found;
+    for (const Hanging& hanging : All()) {
+        const QString name = session.Quadrix.GetFullTableName(hanging.table);
+        const qint64 rows = emptied.contains(hanging.table)
+                                ? 0
+                                : session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + name + " WHERE " +
+                                                                 ConditionOf(session, hanging, ofImports));
+        if (rows > 0) {
+            found.append({name, rows});
+        }
+    }
+    return found;
+}
+
+/// "3 (X01_IND_WEB: 2, X01_CON_SED: 1)" behind a sentence; none without rows.
+QStringList TextOf(const QString& sentence, const QList<RunResult::Emptied>& rows) {
+    const QLocale italian(QLocale::Italian, QLocale::Italy);
+    qint64 all = 0;
+    QStringList tables;
+    for (const RunResult::Emptied& each : rows) {
+        all += each.rows;
+        tables.append(each.table + ": " + italian.toString(each.rows));
+    }
+    return all == 0 ? QStringList()
+                    : QStringList(sentence + ": " + italian.toString(all) + " (" + tables.join(", ") + ')');
+}
+
+} // namespace
+
+QStringList Texts(Session& session, const QStringList& emptied) {
+    return TextOf("Con le controparti vanno le righe che le importazioni vi hanno appeso",
+                  Count(session, emptied, true)) +
+           TextOf("Restano le righe inserite a mano, che passano a chi avrà il codice della loro controparte",
+                  Count(session, emptied, false));
+}
+
+QList<RunResult::Emptied> Delete(Session& session, const QStringList& emptied) {
+    const QList<RunResult::Emptied> taken = Count(session, emptied, true);
+    for (const Hanging& hanging : All()) {
+        const QString name = session.Quadrix.GetFullTableName(hanging.table);
+        const bool hasSome =
+            std::any_of(taken.begin(), taken.end(), [&](const auto& each) { return each.table == name; });
+        if (hasSome) {
+            session.Observer->TableIsEmptied(name);
+            session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + ConditionOf(session, hanging, true));
+        }
+    }
+    return taken;
+}
+
+} // namespace hangingRows
