@@ -109,9 +109,9 @@ private slots:
         const QTemporaryDir first;
         const QTemporaryDir second;
         const QTemporaryDir other;
-        MakeIn(example, first.path(), 300, 5);
-        MakeIn(example, second.path(), 300, 5);
-        MakeIn(example, other.path(), 300, 6);
+        MakeIn(example, first.path(), 60, 5);
+        MakeIn(example, second.path(), 60, 5);
+        MakeIn(example, other.path(), 60, 6);
         QCOMPARE(HashOf(first.path()), HashOf(second.path()));
         QVERIFY(HashOf(first.path()) != HashOf(other.path()));
     }
