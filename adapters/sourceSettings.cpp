@@ -25,10 +25,18 @@ QString SectionOfKey(Session& session, const QString& key) {
     return SectionOf(session, session.SettingsOrigin.value_or(QString()), key);
 }
 
-/// A setting as messages name it.
+/// A setting as messages name it, where it is to be corrected.
 QString KeyName(Session& session, const QString& key) {
-    return QStringLiteral("chiave %1, sezione [%2] di '%3'")
-        .arg(key, SectionOfKey(session, key), QDir::toNativeSeparators(session.Config.ConfigFile()));
+    const auto name = [](const QString& of, const QString& section, const QString& file) {
+        return QStringLiteral("chiave %1, sezione [%2] di '%3'").arg(of, section, QDir::toNativeSeparators(file));
+    };
+    const QString section = SectionOfKey(session, key);
+    if (const auto& written = session.Written; written && section == Section && key.startsWith(written->prefix)) {
+        if (const QString own = key.mid(written->prefix.size()); written->keys.contains(own)) {
+            return name(own, written->section, written->file);
+        }
+    }
+    return name(key, section, session.Config.ConfigFile());
 }
 
 QString Setting(Session& session, const QString& key, const QString& defaultValue) {

@@ -23,6 +23,13 @@ struct SequenceSettings {
 /// Reads "Sequence.ini". Raises `ImportError` naming the file and the key when it is missing or a value is none.
 SequenceSettings ReadSequenceSettings(Session& session);
 
+/// The setting of the first day of documents, as results tell it.
+inline const QString FirstDaySetting = QStringLiteral("DateStart di Sequence.ini");
+/// What the history keeps of that day among the options of a sequence; nothing for an invalid one.
+QStringList FirstDayOptions(const QDate& from);
+/// The day that the options of a run tell so; invalid: none does.
+QDate FirstDayOf(const QStringList& options);
+
 /// The steps of `Sequence2`, one per check box of the dialog, in its order.
 struct SequenceSteps {
     bool ContropartiMEX = false;

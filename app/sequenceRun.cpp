@@ -64,7 +64,12 @@ SequenceResult SequenceRun::Guard(const QString& procedure, const std::function<
     m_procedure = procedure;
     // Not through the settings file, where a sequence that is killed would leave it.
     m_session.DocumentsFrom = m_settings.from;
-    const auto back = qScopeGuard([this] { m_session.DocumentsFrom = {}; });
+    m_session.DocumentsFromSetting = FirstDaySetting;
+    const auto back = qScopeGuard([this] {
+        m_session.DocumentsFrom = {};
+        m_session.DocumentsFromSetting.clear();
+        m_session.Written.reset();
+    });
     try {
         m_progress = m_session.Person.ShowProgress();
         body();
@@ -197,7 +202,7 @@ void SequenceRun::SelectCompany() {
     }
     m_locks.push_back(std::make_unique<CompanyLock>(m_session, QStringList(m_session.UserManager.Azienda()), Work));
     m_runLog.emplace(m_session, Work);
-    m_recorder.emplace(m_session, history::RunFacts{.work = Work});
+    m_recorder.emplace(m_session, history::RunFacts{.work = Work, .options = FirstDayOptions(m_settings.from)});
 }
 
 void SequenceRun::CheckLog() const {
@@ -303,12 +308,15 @@ const contract::Origin& SequenceRun::OriginOf(const QString& name) const {
 
 void SequenceRun::WriteKeys(const QString& section, const QString& prefix) {
     QVector<QPair<QString, QString>> before;
+    WrittenSettings written{m_settings.file, section, prefix, {}};
     try {
         for (const auto& [key, value] : m_settings.sources.value(section)) {
             const QString old = m_session.Config.PeekAppConfig(ImportSection, prefix + key);
             m_session.Config.SetAppConfig(ImportSection, prefix + key, value);
             before.append({prefix + key, old});
+            written.keys.append(key);
         }
+        m_session.Written = written;
     } catch (Error& error) {
         error.AddContext(QStringLiteral("le chiavi della sezione %1 non si possono scrivere").arg(section));
         for (const auto& [key, value] : before) { // the server of one source with the database of another is none

@@ -69,7 +69,26 @@ int ReadScript(SettingsFile& file) {
     return 2;
 }
 
+/// "Documenti dal 01/05/2024 (DateStart di Sequence.ini)"
+QString FirstDayText(const QDate& from) {
+    return QStringLiteral("Documenti dal %1 (%2)").arg(from.toString(QStringLiteral("dd/MM/yyyy")), FirstDaySetting);
+}
+
 } // namespace
+
+QStringList FirstDayOptions(const QDate& from) {
+    return from.isValid() ? QStringList(FirstDayText(from)) : QStringList();
+}
+
+QDate FirstDayOf(const QStringList& options) {
+    for (const QString& option : options) {
+        const QDate day = QDate::fromString(option.section(u' ', 2, 2), QStringLiteral("dd/MM/yyyy"));
+        if (day.isValid() && option == FirstDayText(day)) {
+            return day;
+        }
+    }
+    return {};
+}
 
 SequenceSettings ReadSequenceSettings(Session& session) {
     const QDir folder = QFileInfo(session.Config.ConfigFile()).absoluteDir();

@@ -59,6 +59,15 @@ private:
     QSet<Hashes> m_seen; ///< two hashes of each: small, however many and long the codes are
 };
 
+/// What somebody writes into section IMPORT of the settings before he opens a source: it is corrected where he has it
+/// from.
+struct WrittenSettings {
+    QString file;
+    QString section;  ///< of the file
+    QString prefix;   ///< in front of its keys in IMPORT
+    QStringList keys; ///< of the file
+};
+
 /// What lives for the run: the framework objects, the two connections, the operator and the clock.
 /// Passed by reference; there is one per program.
 class Session {
@@ -76,6 +85,8 @@ public:
     /// The origin whose section of the settings goes before the common one; empty: none does, whatever is opened
     /// within. Absent while nothing is opened.
     std::optional<QString> SettingsOrigin;
+    /// What was last written into the settings for a source, while that counts; none: nothing was.
+    std::optional<WrittenSettings> Written;
     /// What the layout file of its origin tells, while it is open; null without such a file.
     std::shared_ptr<const contract::SourceLayout> Layout;
     /// Sees every statement that a source is asked, in the source's own words.
@@ -100,6 +111,8 @@ public:
 
     /// From which day on documents are imported, in place of the setting DOC_DateStart; invalid: the setting counts.
     QDate DocumentsFrom;
+    /// What this day is told as: "DateStart di Sequence.ini".
+    QString DocumentsFromSetting;
 
     /// Passwords of the settings of which the operator knows that they stay legible.
     QSet<QString> LegiblePasswords;

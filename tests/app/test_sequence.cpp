@@ -1,4 +1,5 @@
 #include "adapters/contract/write/Document.h"
+#include "adapters/sourceSettings.h"
 #include "app/history/History.h"
 #include "core/modImport.h"
 #include "tests/app/FakeInstallation.h"
@@ -278,6 +279,29 @@ private slots:
         script == 1 ? fake.Run() : fake.Run2(steps);
         QCOMPARE(within, QVector<QDate>(script == 1 ? 5 : 1, QDate(2020, 2, 1)));
         QCOMPARE(from(), QDate(2018, 5, 5));
+    }
+
+    /// What is wrong with a source is to be corrected where the sequence has it from: it writes the settings each time.
+    void namesItsOwnSettings_data() {
+        Columns<QString>("origin");
+        Row("a source", "Arca Evolution");
+        Row("the one beside it", "Ferrobrio");
+    }
+    void namesItsOwnSettings() {
+        QFETCH(const QString, origin);
+        FakeInstallation fake;
+        fake.OriginOf("Arca Evolution").source.prepare = sourceSettings::Server("ARCA");
+        const bool isArca = origin == "Arca Evolution";
+        QFile::remove(fake.Target.Folder.filePath(isArca ? "arca.db" : "ferrobrio.db"));
+        fake.Run();
+        const QString file = QDir::toNativeSeparators(fake.Target.Folder.filePath("Sequence.ini"));
+        const QString told = QString("chiave Databasename, sezione [%1] di '%2'").arg(origin.toUpper(), file);
+        QStringList messages;
+        for (const ErrorEntry& error : fake.Target.Get().Errors.Entries()) {
+            messages.append(error.message);
+        }
+        QVERIFY2(messages.join('\n').contains(told), qPrintable(messages.join('\n')));
+        QVERIFY(!fake.Target.Get().Written);
     }
 
     void stopsWhenCancelled() {

@@ -23,11 +23,13 @@ QDate FromOf(ImportRun& run, const Documents& declared) {
 }
 
 /// The day from which documents are read, and where it comes from: "Documenti dal 01/01/2017 (DOC_DateStart)".
-QString SinceText(const Documents& declared, const QDate& from) {
+QString SinceText(const Session& session, const Documents& declared, const QDate& from) {
+    const bool isOfSetting = !session.DocumentsFrom.isValid();
+    const QString setting = isOfSetting ? QStringLiteral("DOC_DateStart") : session.DocumentsFromSetting;
     const QString ground = declared.oldest.isValid()          ? QString()
                            : declared.since == Since::Asked   ? QStringLiteral(" (come risposto)")
-                           : declared.since == Since::Setting ? QStringLiteral(" (DOC_DateStart)")
-                                                              : QStringLiteral(" (anno di DOC_DateStart)");
+                           : declared.since == Since::Setting ? QStringLiteral(" (%1)").arg(setting)
+                                                              : QStringLiteral(" (anno di %1)").arg(setting);
     return QStringLiteral("%1 dal %2%3")
         .arg(FrameOf(declared).step, from.toString(QStringLiteral("dd/MM/yyyy")), ground);
 }
@@ -150,7 +152,8 @@ QString DocumentImporter::Condition() const {
 Importer::LeftOut DocumentImporter::LeavesOut() const {
     return Condition().isEmpty()
                ? LeftOut()
-               : LeftOut{SinceText(Declared(), m_from) + QStringLiteral(", righe più vecchie non lette"), {}};
+               : LeftOut{SinceText(GetSession(), Declared(), m_from) + QStringLiteral(", righe più vecchie non lette"),
+                         {}};
 }
 
 void DocumentImporter::Begin() {
@@ -418,7 +421,10 @@ void DocumentImporter::EndGroup() {
 bool DocumentImporter::End() {
     if (Condition().isEmpty() && !Run().IsPart()) {
         Run().Tell(QStringLiteral("%1, righe più vecchie saltate: %2")
-                       .arg(SinceText(Declared(), m_from), QString::number(m_older)));
+                       .arg(SinceText(GetSession(), Declared(), m_from), QString::number(m_older)));
+    }
+    for (const auto& [rule, count] : m_leftOut.asKeyValueRange()) {
+        Run().Tell(QStringLiteral("%1, righe saltate: %2: %3").arg(FrameOf(Declared()).step, rule).arg(count));
     }
     if (m_ofHeads.end) {
         m_ofHeads.end();
