@@ -1,6 +1,7 @@
 #include "app/importFlow.h"
 
 #include "adapters/contract/run/Origin.h"
+#include "app/brokenReferences.h"
 #include "app/CompanyLock.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
@@ -10,6 +11,7 @@
 #include "app/mergeButton.h"
 #include "app/procedureTitle.h"
 #include "app/RunLog.h"
+#include "core/modImport.h"
 #include "core/Trial.h"
 #include "sources/layout/LayoutFile.h"
 #include "sql/mod_ovTools.h"
@@ -60,8 +62,8 @@ QStringList FindCompany(Session& session, const Choice& choice) {
     return codes;
 }
 
-/// Each table once, where several procedures of a button empty it.
-QString RowsDetails(Session& session, const std::vector<const Procedure*>& procedures) {
+/// What the procedures delete at a reset: each table once, where several of a button empty it.
+std::vector<RowsToDelete> RowsToReset(Session& session, const std::vector<const Procedure*>& procedures) {
     std::vector<RowsToDelete> rows;
     for (const Procedure* procedure : procedures) {
         for (const RowsToDelete& each : DeletedByReset(session, *procedure)) {
@@ -70,15 +72,30 @@ QString RowsDetails(Session& session, const std::vector<const Procedure*>& proce
             }
         }
     }
-    return confirmation::RowsText(session.Quadrix, rows);
+    return rows;
+}
+
+/// The rows that a reset leaves referring to what it deletes; empty when there are none.
+QString LeftByReset(Session& session, const std::vector<RowsToDelete>& rows) {
+    const QString left = brokenReferences::TextOf(brokenReferences::LeftBy(session, rows));
+    return left.isEmpty()
+               ? left
+               : QStringLiteral("Righe che restano e si riferiscono a ciò che si elimina: %1. Chi avrà poi quei "
+                                "codici avrà anche queste righe.")
+                     .arg(left);
 }
 
 Answer AskReset(Session& session, const ImportRequest& request, const std::vector<const Procedure*>& procedures) {
     if (request.reset) {
         return *request.reset ? Answer::Yes : Answer::No;
     }
-    const QString details = confirmation::RunDetails(session, *request.choice.origin, procedures) + u'\n' +
-                            RowsDetails(session, procedures);
+    const std::vector<RowsToDelete> rows = RowsToReset(session, procedures);
+    QStringList lines{confirmation::RunDetails(session, *request.choice.origin, procedures),
+                      confirmation::RowsText(session.Quadrix, rows)};
+    if (const QString left = LeftByReset(session, rows); !left.isEmpty()) {
+        lines.append(left);
+    }
+    const QString details = lines.join(u'\n');
     if (request.procedure.isEmpty() && request.button == Button::Cli &&
         request.choice.origin->deletesAllCounterparties) {
         return session.Person.Ask("Cancellare tutte le controparti prima di importarle?", Question::ExclamationNo,
@@ -153,6 +170,19 @@ void TellLeftOut(Session& session, const Origin& origin, const Procedure& proced
     }
 }
 
+/// What a reset leaves, to those who were not asked before it. @param first place of the first result
+void TellLeft(Session& session, const QString& left, qsizetype first) {
+    if (left.isEmpty() || session.Results.size() <= first) {
+        return;
+    }
+    session.Results[first].details.append(left);
+    try {
+        modImport::WriteImportLog(session, left, false);
+    } catch (const Error&) {
+        session.Errors.Monitoring(Form, QStringLiteral("TellLeft"));
+    }
+}
+
 /// @param open the origin whose source is open; null: none is
 FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
                           const std::vector<const Procedure*>& procedures, const Origin* open,
@@ -163,6 +193,8 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
     if (reset == Answer::GivenUp) {
         return FlowOutcome::Declined;
     }
+    QString left =
+        reset == Answer::Yes && request.reset ? LeftByReset(session, RowsToReset(session, procedures)) : QString();
     const qsizetype first = session.Results.size();
     for (const Procedure* procedure : procedures) {
         if (recorder != nullptr) {
@@ -180,6 +212,7 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
             request.only->Begin(procedure->name);
         }
         procedure->run(session, request.singleCode, reset == Answer::Yes && procedure->asksReset);
+        TellLeft(session, std::exchange(left, {}), first);
         const FlowOutcome outcome = OutcomeOf(session, first);
         if (outcome != FlowOutcome::Done) {
             return outcome;

@@ -43,6 +43,7 @@ QJsonObject RunJson(const Run& run) {
             {"origin", run.origin},
             {"data", run.data},
             {"work", run.work},
+            {"database", run.database},
             {"source", run.source},
             {"layout", run.layout},
             {"code", run.code},
@@ -107,10 +108,16 @@ Report List(const History& history, const QString& company) {
     const std::vector<Run> runs = history.Runs(company);
     Report report;
     report.isAll = true;
-    QStringList lines{RunHeadings().join(QStringLiteral(" | "))};
+    // Which one the settings name is known once it is open, and this command needs none.
+    const bool areSeveral =
+        std::any_of(runs.begin(), runs.end(), [&runs](const Run& run) { return run.target != runs.front().target; });
+    const auto line = [areSeveral](const QStringList& cells, const QString& database) {
+        return (areSeveral ? cells + QStringList(database) : cells).join(QStringLiteral(" | "));
+    };
+    QStringList lines{line(RunHeadings(), QStringLiteral("Database"))};
     QJsonArray json;
     for (const Run& run : runs) {
-        lines += RunCells(run).join(QStringLiteral(" | "));
+        lines += line(RunCells(run), run.database);
         json.append(RunJson(run));
     }
     const QString ofWhom = company.isEmpty() ? QString() : QStringLiteral(" dell'azienda %1").arg(company);

@@ -27,7 +27,7 @@ qint64 EarlierRun(const QCommandLineParser& options) {
 
 /// What of an earlier run is imported again, press by press.
 std::vector<ImportRequest> EarlierRequests(Context& context, qint64 number) {
-    const history::History history(history::FilePath(context.session.Config.ConfigFile()));
+    const history::History history(context.session);
     if (context.options.isSet("resume")) {
         return {history::RestRequest(context.session, history, number)};
     }

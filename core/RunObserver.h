@@ -52,9 +52,9 @@ public:
     /// Whether it wants to be told what rows were before they were updated or deleted.
     virtual bool KeepsImages() const noexcept { return false; }
     virtual void TargetChanges(const TargetChange& /*change*/) noexcept {}
-    /// The rows of a table are about to be deleted, all of them or those of imports, without being told one by one.
-    /// @param table physical name
-    virtual void TableIsEmptied(const QString& /*table*/) noexcept {}
+    /// The rows of a table are about to be deleted without being told one by one.
+    /// @param table physical name @param condition on those that go; empty: all of them
+    virtual void TableIsEmptied(const QString& /*table*/, const QString& /*condition*/ = {}) noexcept {}
     virtual void RowIsGivenUp(const RejectedRow& /*row*/) noexcept {}
     /// Everything told so far is committed.
     /// @param loop of the procedure, from 0 @param rows source rows of it that are done @param last name of the last

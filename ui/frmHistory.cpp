@@ -31,7 +31,7 @@ frmHistory::frmHistory(Session& session, WindowOperator& person, QWidget* parent
     : QDialog(parent),
       m_session(session),
       m_person(person),
-      m_history(history::FilePath(session.Config.ConfigFile())) {
+      m_history(session) {
     setObjectName("frmHistory");
     setWindowTitle("Cronologia delle esecuzioni");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -138,8 +138,9 @@ void frmHistory::Filter() {
 void frmHistory::ShowChoices() {
     const QVector<qint64> chosen = Chosen();
     const history::Run* run = Current();
-    const bool hasRejects = run != nullptr && history::RejectsIn(*run) > 0;
-    const bool hadRejects = run != nullptr && std::any_of(run->procedures.begin(), run->procedures.end(),
+    const bool isHere = run != nullptr && !run->isElsewhere;
+    const bool hasRejects = isHere && history::RejectsIn(*run) > 0;
+    const bool hadRejects = isHere && std::any_of(run->procedures.begin(), run->procedures.end(),
                                                           [](const auto& each) { return each.rejects > 0; });
     const auto enable = [this](const char* name, bool isOn) { findChild<QPushButton*>(name)->setEnabled(isOn); };
     enable("cmdOpen", run != nullptr);

@@ -50,7 +50,7 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
     if (!QFileInfo::exists(path)) {
         return all;
     }
-    const history::History history(path);
+    const history::History history(session);
     for (const history::WaitingCode& each :
          history.WaitingCodes(session.UserManager.Azienda(), std::numeric_limits<int>::max())) {
         const Code* known = worklist.Find(each.code.list, each.code.field, each.code.code);
@@ -72,7 +72,7 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
 namespace {
 
 ImportRequest RequestFor(Session& session, const RowsToRepeat& rows) {
-    const history::History history(history::FilePath(session.Config.ConfigFile()));
+    const history::History history(session);
     ImportRequest request;
     history::Repeat(session, history.Load(rows.run), rows.press, request);
     request.choice.errors = ErrorAction::Ignore;

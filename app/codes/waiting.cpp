@@ -21,7 +21,7 @@ WaitingRows::WaitingRows(Session& session) {
     if (!QFileInfo::exists(path)) { // no run has been kept yet
         return;
     }
-    const history::History history(path);
+    const history::History history(session);
     for (const history::WaitingCode& each : history.WaitingCodes(session.UserManager.Azienda(), MostTold)) {
         Waiting& waiting = m_rows[KeyOf(each.code.list, each.code.field, each.code.code)];
         waiting.rows += each.rows;

@@ -1,5 +1,6 @@
 #include "app/history/History.h"
 
+#include "app/history/keptChanges.h"
 #include "app/history/resultJson.h"
 #include "sql/CodePage.h"
 #include "sql/FileLock.h"
@@ -72,11 +73,23 @@ QStringView OrderText(NoteOrder order) {
     }
 }
 
-/// Rows given up, with the run that has imported them since. @param rest of the query, from WHERE or a further JOIN on
+/// Of a row given up R.
+const QString IsImported = QStringLiteral("R.id IN (SELECT reject FROM imported_rejects)");
+
+/// Runs with the database that each has written to. @param rest of the query, from WHERE on
+SqlText SelectRuns(QAnyStringView rest, const QVariantList& values) {
+    return Statement(QString("SELECT R.*, D.place AS place, D.identity AS identity FROM runs R LEFT JOIN "
+                             "written_databases D ON D.id = R.target " +
+                             rest.toString()),
+                     values);
+}
+
+/// Rows given up, with the last run that has imported them since. @param rest of the query, from WHERE or a further
+/// JOIN on
 SqlText SelectRejects(QStringView rest, const QVariantList& values) {
     const QString query = QStringLiteral(
-        "SELECT R.*, P.name AS name, I.run AS imported_by FROM rejects R JOIN procedures P ON P.id = R.procedure "
-        "LEFT JOIN imported_rejects I ON I.reject = R.id ");
+        "SELECT R.*, P.name AS name, (SELECT MAX(I.run) FROM imported_rejects I WHERE I.reject = R.id) AS imported_by "
+        "FROM rejects R JOIN procedures P ON P.id = R.procedure ");
     return Statement(QString(query + rest), values);
 }
 
@@ -105,6 +118,11 @@ bool Run::IsUndone() const {
                        [](const ProcedureRun& procedure) { return !procedure.undone.isEmpty(); });
 }
 
+QString ElsewhereText(const Run& run) {
+    return QStringLiteral("ha scritto in un altro database (%1), non in quello delle impostazioni di adesso")
+        .arg(run.database);
+}
+
 QString EndingText(const Run& run) {
     if (run.isUnderWay) {
         return QStringLiteral("in corso");
@@ -123,6 +141,16 @@ QString EndingText(const Run& run) {
 History::History(const QString& path)
     : m_path(path),
       m_file(Open(path)) {}
+
+History::History(Session& session)
+    : History(FilePath(session.Config.ConfigFile())) {
+    m_database = DatabaseOf(session.Quadrix);
+}
+
+QString History::Here(const QString& runs) const {
+    const qint64 number = m_database ? NumberOf(*m_file, *m_database) : 0;
+    return WroteTo(m_database && number == 0 ? -1 : number, runs); // of one that no run has written to there are none
+}
 
 Run History::RunOf(const Recordset& row) const {
     Run run;
@@ -144,20 +172,21 @@ Run History::RunOf(const Recordset& row) const {
     run.layout = Text(row, "layout");
     run.code = Text(row, "code");
     run.resumes = Number(row, "resumes");
+    run.target = Number(row, "target");
+    run.database = Text(row, "place");
+    run.isElsewhere = m_database && run.target != 0 && !AreOne({run.database, Number(row, "identity")}, *m_database);
     run.options = Text(row, "options").split(u'\n', Qt::SkipEmptyParts);
     return run;
 }
 
 void History::LoadProcedures(Run& run) const {
-    Recordset rows = m_file->ExecuteWC(Statement(
+    const QString query =
         "SELECT P.*, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id) AS rejected, "
-        "(SELECT COUNT(*) FROM rejects R JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id) AS "
-        "imported, "
-        "(SELECT COUNT(*) FROM rejects R LEFT JOIN imported_rejects I ON I.reject = R.id WHERE R.procedure = P.id AND "
-        "I.reject IS NULL AND (R.loop < P.reached_loop OR (COALESCE(R.loop, P.reached_loop) = P.reached_loop AND "
-        "COALESCE(R.place, 0) <= P.reached_rows))) AS behind FROM procedures P "
-        "WHERE run = ? ORDER BY id",
-        {run.id}));
+        "(SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id AND " +
+        IsImported + ") AS imported, (SELECT COUNT(*) FROM rejects R WHERE R.procedure = P.id AND NOT " + IsImported +
+        " AND (R.loop < P.reached_loop OR (COALESCE(R.loop, P.reached_loop) = P.reached_loop AND "
+        "COALESCE(R.place, 0) <= P.reached_rows))) AS behind FROM procedures P WHERE run = ? ORDER BY id";
+    Recordset rows = m_file->ExecuteWC(Statement(query, {run.id}));
     for (; !rows.Eof(); rows.MoveNext()) {
         ProcedureRun procedure;
         procedure.id = Number(rows, "id");
@@ -188,12 +217,8 @@ void History::LoadGivenUp(ProcedureRun& procedure) const {
 }
 
 std::vector<Run> History::Runs(const QString& company, int most) const {
-    SqlText query;
-    query += u"SELECT * FROM runs";
-    if (!company.isEmpty()) {
-        query += Statement(" WHERE company = ?", {company});
-    }
-    query += Statement(" ORDER BY id DESC LIMIT ?", {most});
+    SqlText query = company.isEmpty() ? SelectRuns("", {}) : SelectRuns("WHERE R.company = ?", {company});
+    query += Statement(" ORDER BY R.id DESC LIMIT ?", {most});
     std::vector<Run> runs;
     {
         Recordset rows = m_file->ExecuteWC(query);
@@ -210,7 +235,7 @@ std::vector<Run> History::Runs(const QString& company, int most) const {
 Run History::Load(qint64 number) const {
     std::optional<Run> run;
     {
-        Recordset rows = m_file->ExecuteWC(Statement("SELECT * FROM runs WHERE id = ?", {number}));
+        Recordset rows = m_file->ExecuteWC(SelectRuns("WHERE R.id = ?", {number}));
         if (rows.Eof()) {
             throw ImportError(QStringLiteral("nella cronologia non c'è l'esecuzione %1").arg(number));
         }
@@ -316,13 +341,13 @@ QString History::KeyOf(const RejectedRow& row) {
 
 QHash<QString, qint64> History::ImportedRejects(const QString& company, const QString& origin) const {
     Recordset rows = m_file->ExecuteWC(
-        SelectRejects(u"JOIN runs S ON S.id = P.run WHERE I.run IS NOT NULL AND S.company = ? AND COALESCE(P.origin, "
-                      "S.origin) = ?",
+        SelectRejects(QString("JOIN runs S ON S.id = P.run WHERE " + IsImported +
+                              " AND S.company = ? AND COALESCE(P.origin, S.origin) = ? AND " + Here("S")),
                       {company, origin}));
     QHash<QString, qint64> imported;
     for (; !rows.Eof(); rows.MoveNext()) {
         const Reject reject = RejectOf(rows);
-        imported.insert(KeyOf(reject.row), reject.importedBy);
+        imported.insert(KeyOf(reject.row), reject.id);
     }
     return imported;
 }
@@ -331,15 +356,16 @@ std::vector<WaitingCode> History::WaitingCodes(const QString& company, int mostR
     std::vector<WaitingCode> codes;
     std::vector<qint64> procedures; ///< their numbers
     {
-        Recordset rows = m_file->ExecuteWC(Statement(
+        const QString query =
             "SELECT C.list, C.field, C.code, COUNT(DISTINCT W.source_row) AS rows, R.id AS run, COALESCE(P.origin, "
             "R.origin) AS origin, COALESCE(R.origin, '') = '' AS several, P.name, P.id AS procedure "
             "FROM waiting_rows W JOIN open_codes C ON C.id = W.code "
             "JOIN procedures P ON P.id = W.procedure JOIN runs R ON R.id = P.run "
             "WHERE P.id IN (SELECT MAX(Q.id) FROM procedures Q JOIN runs S ON S.id = Q.run WHERE S.company = ? AND "
-            "S.trial = 0 AND Q.undone IS NULL "
-            "GROUP BY Q.module, Q.name) GROUP BY C.list, C.field, C.code, P.id ORDER BY C.list, C.field, C.code",
-            {company}));
+            "S.trial = 0 AND Q.undone IS NULL AND " +
+            Here("S") +
+            " GROUP BY Q.module, Q.name) GROUP BY C.list, C.field, C.code, P.id ORDER BY C.list, C.field, C.code";
+        Recordset rows = m_file->ExecuteWC(Statement(query, {company}));
         for (; !rows.Eof(); rows.MoveNext()) {
             codes.push_back({{Text(rows, "list"), Text(rows, "field"), Text(rows, "code")},
                              Number(rows, "rows"),
@@ -370,12 +396,24 @@ QStringList History::RowsWaiting(qint64 procedure, const OpenCode& code) const {
 }
 
 History::Emptied History::EmptiedBehind(qint64 run) const {
-    SqlText query;
-    query += u"SELECT L.run AS emptied_by, W.target_table AS target_table";
-    query += history::EmptiedBehind();
-    query += Statement(" AND P.run = ? ORDER BY L.run LIMIT 1", {run});
-    const Recordset rows = m_file->ExecuteWC(query);
-    return rows.Eof() ? Emptied() : Emptied{Number(rows, "emptied_by"), Text(rows, "target_table")};
+    struct Part {
+        Emptied emptied;
+        QString rows;
+    };
+    std::vector<Part> parts;
+    {
+        Recordset rows = m_file->ExecuteWC(Statement(
+            QString("SELECT L.run AS emptied_by, W.target_table AS target_table, E.emptied_rows AS emptied_rows" +
+                    history::EmptiedBehind() + " AND P.run = ? ORDER BY L.run"),
+            {run}));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            parts.push_back({{Number(rows, "emptied_by"), Text(rows, "target_table")}, Text(rows, "emptied_rows")});
+        }
+    }
+    const auto first = std::find_if(parts.begin(), parts.end(), [&](const Part& part) {
+        return part.rows.isEmpty() || HasWritten(*m_file, run, part.emptied.table, RowNumbers(part.rows));
+    });
+    return first == parts.end() ? Emptied() : first->emptied;
 }
 
 qint64 History::Forget(const QDate& before, const QString& company) {

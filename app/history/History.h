@@ -2,6 +2,7 @@
 
 #include "adapters/contract/run/RowSelection.h"
 #include "app/history/historyFile.h"
+#include "app/history/writtenDatabase.h"
 #include "core/runEnding.h"
 
 namespace history {
@@ -38,13 +39,18 @@ struct Run {
     QString layout; ///< text of the layout file of its source; empty: it had none
     QString code;   ///< that it was limited to; empty: to none
     QStringList options;
-    qint64 resumes = 0; ///< the run that it goes on with; 0: it begins by itself
+    qint64 resumes = 0;       ///< the run that it goes on with; 0: it begins by itself
+    qint64 target = 0;        ///< number of the database that it has written to; 0: not known
+    QString database;         ///< where that is; empty: not known
+    bool isElsewhere = false; ///< that is another one than the history was opened for: nothing of it stands here
     std::vector<ProcedureRun> procedures;
 
     bool WasKilled() const { return !ended.isValid() && !isUnderWay; }
     /// Whether what it wrote was taken back.
     bool IsUndone() const;
 };
+/// What there is to say of a run into another database: "ha scritto in un altro database, ...".
+QString ElsewhereText(const Run& run);
 /// "completata", "interrotta: il programma è terminato prima della fine", ...
 QString EndingText(const Run& run);
 
@@ -95,8 +101,10 @@ struct WaitingCode {
 /// Reads the history of the runs. Everything raises `SqlError`.
 class History {
 public:
-    /// Opens it, and makes an empty one when there is none.
+    /// Opens it, and makes an empty one when there is none. It takes all runs for runs into one database.
     explicit History(const QString& path);
+    /// Opens that of a session, for the database of Quadrix that is open there: runs into another one are told apart.
+    explicit History(Session& session);
 
     /// The runs, the latest first. @param company its code; empty for all
     std::vector<Run> Runs(const QString& company = {}, int most = 1000) const;
@@ -127,15 +135,15 @@ public:
     /// The row given up that a note of `GivenUpKind` tells; none when it is not kept any more.
     std::optional<Reject> FindReject(qint64 note) const;
 
-    /// The rows of a source that runs into a company have given up and later ones have imported (`KeyOf`), with the run
-    /// that did.
+    /// The rows of a source that runs into a company of the database have given up and later ones have imported
+    /// (`KeyOf`), with the number of the row given up.
     QHash<QString, qint64> ImportedRejects(const QString& company, const QString& origin) const;
 
-    /// The codes that the last run of each procedure of a company, of those that were not taken back, has met without a
-    /// translation. Whether they have one by now is not known here. @param company its code
+    /// The codes that the last run of each procedure of a company of the database, of those that were not taken back,
+    /// has met without a translation. Whether they have one by now is not known here. @param company its code
     std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows = 100) const;
 
-    /// A table that a run has written to and a later one has emptied since; the run is 0 without one.
+    /// A table in which rows that a run has written were, until a later one emptied it; the run is 0 without one.
     struct Emptied {
         qint64 run = 0;
         QString table = {}; ///< physical name
@@ -152,6 +160,8 @@ private:
     /// The names of all source rows that wait for a code in a procedure of a run, by its number.
     QStringList RowsWaiting(qint64 procedure, const OpenCode& code) const;
     Run RunOf(const Recordset& row) const;
+    /// `WroteTo` the database that it was opened for.
+    QString Here(const QString& runs) const;
     /// Their numbers, as they stand in a query.
     QStringList ProceduresOf(qint64 run) const;
     void LoadProcedures(Run& run) const;
@@ -159,6 +169,7 @@ private:
 
     QString m_path;
     std::unique_ptr<ovConnection> m_file;
+    std::optional<WrittenDatabase> m_database; ///< that it was opened for; none: whichever
 };
 
 } // namespace history

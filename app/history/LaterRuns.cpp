@@ -7,7 +7,8 @@ namespace history {
 LaterRuns::LaterRuns(const History& history, const Run& run)
     : m_history(history),
       m_run(run.id),
-      m_company(run.company) {
+      m_company(run.company),
+      m_here(WroteTo(run.target, QStringLiteral("R"))) {
     LoadHighest();
     LoadInserted();
     LoadEmptied();
@@ -32,8 +33,8 @@ void LaterRuns::ForEachRow(const QString& runs, const std::vector<TargetChange::
     }
     Recordset rows = m_history.File().ExecuteWC(
         Statement(QString("SELECT C.target_table, C.target_id, C.inserted FROM changes C JOIN procedures P ON P.id = "
-                          "C.procedure WHERE P.run " +
-                          runs + " ? AND C.kind IN (" + numbers.join(u',') + ")"),
+                          "C.procedure JOIN runs R ON R.id = P.run WHERE P.run " +
+                          runs + " ? AND C.kind IN (" + numbers.join(u',') + ") AND " + m_here),
                   {m_run}));
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString table = rows.Fields(0).Value().toString();
@@ -67,29 +68,65 @@ void LaterRuns::LoadInserted() {
 }
 
 void LaterRuns::LoadEmptied() {
-    Recordset rows = m_history.File().ExecuteWC(
-        Statement("SELECT T.target_table, MIN(P.run) FROM touched_tables T JOIN procedures P ON P.id = T.procedure "
-                  "WHERE T.emptied = 1 AND P.run > ? GROUP BY T.target_table",
-                  {m_run}));
-    for (; !rows.Eof(); rows.MoveNext()) {
-        m_emptied.insert(rows.Fields(0).Value().toString(), rows.Fields(1).Value().toLongLong());
+    struct Part {
+        QString table;
+        qint64 run;
+        RowNumbers rows;
+    };
+    std::vector<Part> parts;
+    const auto take = [this](const QString& table, qint64 run) {
+        qint64& first = m_emptied[table];
+        first = first == 0 ? run : std::min(first, run);
+    };
+    {
+        Recordset rows = m_history.File().ExecuteWC(
+            Statement(QString("SELECT T.target_table, P.run, T.emptied_rows FROM touched_tables T JOIN procedures P ON "
+                              "P.id = T.procedure JOIN runs R ON R.id = P.run WHERE T.emptied = 1 AND P.run > ? AND " +
+                              m_here),
+                      {m_run}));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            const QString table = rows.Fields(0).Value().toString();
+            const qint64 run = rows.Fields(1).Value().toLongLong();
+            const QString numbers = rows.Fields(2).Value().toString();
+            if (numbers.isEmpty()) {
+                m_whole.insert(table);
+                take(table, run);
+            } else {
+                parts.push_back({table, run, RowNumbers(numbers)});
+            }
+        }
     }
+    for (const Part& part : parts) {
+        m_parts[part.table].push_back(part.rows);
+        if (HasWritten(m_history.File(), m_run, part.table, part.rows)) {
+            take(part.table, part.run);
+        }
+    }
+}
+
+bool LaterRuns::WasEmptied(const QString& table, qint64 id) const {
+    const auto parts = m_parts.constFind(table);
+    return m_whole.contains(table) ||
+           (parts != m_parts.cend() &&
+            std::any_of(parts->begin(), parts->end(), [id](const RowNumbers& rows) { return rows.Contains(id); }));
 }
 
 void LaterRuns::LoadOverwritten() {
     QHash<QString, QHash<qint64, Overwriting>> overwritten; // the last, by table and number
     {
         Recordset rows = m_history.File().ExecuteWC(
-            Statement("SELECT C.target_table, C.target_id, P.run, C.kind FROM changes C JOIN procedures P ON P.id = "
-                      "C.procedure JOIN runs R ON R.id = P.run WHERE P.run > ? AND R.company = ? AND P.undone IS NULL "
-                      "AND C.kind IN (?, ?) ORDER BY P.run",
+            Statement(QString("SELECT C.target_table, C.target_id, P.run, C.kind FROM changes C JOIN procedures P ON "
+                              "P.id = C.procedure JOIN runs R ON R.id = P.run WHERE P.run > ? AND R.company = ? AND "
+                              "P.undone IS NULL AND C.kind IN (?, ?) AND " +
+                              m_here + " ORDER BY P.run"),
                       {m_run, m_company, static_cast<int>(TargetChange::Kind::Deleted),
                        static_cast<int>(TargetChange::Kind::Updated)}));
         for (; !rows.Eof(); rows.MoveNext()) {
             const Overwriting one{rows.Fields(0).Value().toString(), rows.Fields(1).Value().toLongLong(),
                                   rows.Fields(2).Value().toLongLong(),
                                   rows.Fields(3).Value().toInt() == static_cast<int>(TargetChange::Kind::Deleted)};
-            if (one.id <= m_highest.value(one.table) && EmptiedBy(one.table) == 0 && !HaveInserted(one.table, one.id)) {
+            if (one.id <= m_highest.value(one.table) && !WasEmptied(one.table, one.id) &&
+                !HaveInserted(one.table, one.id)) {
                 overwritten[one.table].insert(one.id, one);
             }
         }
@@ -106,8 +143,9 @@ void LaterRuns::LoadOverwritten() {
 
 void LaterRuns::LoadLeftAway() {
     Recordset rows = m_history.File().ExecuteWC(
-        Statement("SELECT L.target_table, L.target_id, L.before, P.run FROM left_away L JOIN procedures P ON P.id = "
-                  "L.procedure WHERE P.run > ? ORDER BY L.id",
+        Statement(QString("SELECT L.target_table, L.target_id, L.before, P.run FROM left_away L JOIN procedures P ON "
+                          "P.id = L.procedure JOIN runs R ON R.id = P.run WHERE P.run > ? AND " +
+                          m_here + " ORDER BY L.id"),
                   {m_run}));
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString table = rows.Fields(0).Value().toString();

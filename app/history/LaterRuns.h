@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/history/History.h"
+#include "app/history/RowNumbers.h"
 
 namespace history {
 
@@ -25,7 +26,7 @@ public:
     /// Whether a later run has inserted a row under that number of a row that the run wrote: a table that was emptied
     /// may give its numbers again. @param table physical name
     bool HaveInserted(const QString& table, qint64 id) const { return m_inserted.value(table).contains(id); }
-    /// The number of the first that has emptied the table, in part or whole; 0: none has.
+    /// The number of the first that has emptied the table whole, or of rows that the run wrote; 0: none has.
     qint64 EmptiedBy(const QString& table) const { return m_emptied.value(table); }
     /// The latest in its company that has deleted or updated a row which the run wrote, and was not taken back. A row
     /// that is gone with its table does not count.
@@ -41,15 +42,19 @@ private:
     void LoadHighest();
     void LoadInserted();
     void LoadEmptied();
+    bool WasEmptied(const QString& table, qint64 id) const;
     void LoadOverwritten();
     void LoadLeftAway();
 
     const History& m_history;
     qint64 m_run;
     QString m_company;
+    QString m_here;                                     ///< condition on runs R: into the same database
     QHash<QString, qint64> m_highest;                   ///< number that the run has written to, by table
     QHash<QString, QSet<qint64>> m_inserted;            ///< by table
-    QHash<QString, qint64> m_emptied;                   ///< the run
+    QHash<QString, qint64> m_emptied;                   ///< the run, by table
+    QSet<QString> m_whole;                              ///< tables that were emptied whole
+    QHash<QString, std::vector<RowNumbers>> m_parts;    ///< what was emptied of the others
     QHash<QString, QHash<qint64, LeftAway>> m_leftAway; ///< by table and number
     Overwriting m_last;
 };

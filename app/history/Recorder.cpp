@@ -115,13 +115,17 @@ void Recorder::Begin(const RunFacts& facts) {
     const Recordset names = m_session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
         mod_ovTools::FormatSqlValue(company, DataType::NVarChar, m_session.Quadrix.ProviderType));
+    if (!facts.isTrial) {
+        Identify(m_session.Quadrix);
+    }
+    m_target = KeptNumberOf(*m_file, DatabaseOf(m_session.Quadrix));
     m_file->Execute(Statement("INSERT INTO runs (started, worker, version, company, company_name, origin, data, work, "
-                              "source, layout, code, options, resumes, trial, log_file) "
-                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                              "source, layout, code, options, resumes, trial, log_file, target) "
+                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
                               {TimeText(m_session.Now()), WorkerText(), QCoreApplication::applicationVersion(), company,
                                names.Eof() ? QString() : names.Fields(0).Value().toString(), facts.origin, facts.data,
                                facts.work, facts.source, facts.layout, facts.code, facts.options.join(u'\n'),
-                               facts.resumes, static_cast<int>(facts.isTrial), m_session.LogFile}));
+                               facts.resumes, static_cast<int>(facts.isTrial), m_session.LogFile, m_target}));
     m_company = company;
     m_origin = facts.origin;
     m_run = m_file->LastInsertId();
@@ -166,7 +170,7 @@ void Recorder::KeepWaiting() {
         "WHERE "
         "procedure = (SELECT MAX(P.id) FROM procedures P JOIN runs R ON R.id = P.run JOIN procedures N ON "
         "N.id = ? JOIN runs M ON M.id = N.run WHERE P.id < N.id AND P.module = N.module AND P.name = N.name AND "
-        "R.company = M.company AND R.trial = 0 AND P.undone IS NULL)",
+        "R.company = M.company AND COALESCE(R.target = M.target, 1) = 1 AND R.trial = 0 AND P.undone IS NULL)",
         {m_procedure, m_procedure}));
     m_lastKept = m_file->ExecuteWC(Statement("SELECT COALESCE(MAX(rowid), 0) FROM waiting_rows", {}))
                      .Fields(0)
@@ -250,28 +254,18 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
     });
 }
 
-void Recorder::TableIsEmptied(const QString& table) noexcept {
+void Recorder::TableIsEmptied(const QString& table, const QString& condition) noexcept {
     Try([&] {
-        if (m_keepsImages) { // a trial brings them back
-            KeepTouched(table, true);
-            KeepForgotten(table);
+        if (!m_keepsImages || m_file == nullptr) { // a trial brings them back
+            return;
+        }
+        const std::optional<RowNumbers> rows = condition.isEmpty() ? std::nullopt : NumbersOf(table, condition);
+        if (!rows || !rows->IsEmpty()) {
+            KeepTouched(table, true, rows);
             Write(); // before they go: that may take long
+            KeepForgotten(table, rows);
         }
     });
-}
-
-/// Rows given up and imported since that stood in a table which the procedure empties are imported no more.
-void Recorder::KeepForgotten(const QString& table) {
-    SqlText forget;
-    forget += u"DELETE FROM imported_rejects WHERE run IN (SELECT P.run";
-    forget += EmptiedBehind();
-    forget += Statement(" AND E.procedure = ? AND W.target_table = ?)", {m_procedure, table});
-    Keep(std::move(forget));
-}
-
-void Recorder::KeepTouched(const QString& table, bool isEmptied) {
-    Keep(Statement("INSERT OR IGNORE INTO touched_tables (procedure, target_table, emptied) VALUES (?, ?, ?)",
-                   {m_procedure, table, static_cast<int>(isEmptied)}));
 }
 
 void Recorder::KeepWritten(const QString& table) {
@@ -386,10 +380,12 @@ void Recorder::KeepIfImported(const RejectedRow& row) {
         return;
     }
     if (!m_imported) {
-        m_imported = History(FilePath(m_session.Config.ConfigFile())).ImportedRejects(m_company, m_origin);
+        m_imported = History(m_session).ImportedRejects(m_company, m_origin);
     }
-    if (const qint64 run = m_imported->value(History::KeyOf(row)); run != 0) {
-        Keep(Statement("INSERT INTO imported_rejects (reject, run) SELECT MAX(id), ? FROM rejects", {run}));
+    if (const qint64 before = m_imported->value(History::KeyOf(row)); before != 0) {
+        Keep(Statement("INSERT INTO imported_rejects (reject, run) SELECT (SELECT MAX(id) FROM rejects), run FROM "
+                       "imported_rejects WHERE reject = ?",
+                       {before}));
     }
 }
 
@@ -400,10 +396,11 @@ void Recorder::KeepImported() {
     }
     for (const qint64 reject : m_session.Selection->DoneRejects()) {
         Keep(
-            Statement("INSERT OR REPLACE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
-                      "rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND O.row_values = "
-                      "R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id = P.run WHERE R.id = "
-                      "? AND S.company = ? AND COALESCE(P.origin, S.origin) = ?",
+            Statement(QString("INSERT OR IGNORE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
+                              "rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND "
+                              "O.row_values = R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id "
+                              "= P.run WHERE R.id = ? AND S.company = ? AND COALESCE(P.origin, S.origin) = ? AND " +
+                              WroteTo(m_target, "S")),
                       {m_run, reject, m_company, m_origin}));
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/history/RowNumbers.h"
 #include "core/runEnding.h"
 #include "core/Session.h"
 #include "sql/FileLock.h"
@@ -48,11 +49,11 @@ public:
 
     void ProcedureBegins(const QString& module, const QString& procedure) noexcept override;
     void NoteStands(const QString& row, const QString& note) noexcept override;
-    void CodeIsOpen(const QString& row, const OpenCode& code) noexcept override;
+    void CodeIsOpen(const QString& row, const ::OpenCode& code) noexcept override;
     void CodesAreLeft() noexcept override { m_leavesCodes = true; }
     bool KeepsImages() const noexcept override { return m_file != nullptr && m_keepsImages; }
     void TargetChanges(const TargetChange& change) noexcept override;
-    void TableIsEmptied(const QString& table) noexcept override;
+    void TableIsEmptied(const QString& table, const QString& condition) noexcept override;
     void RowIsGivenUp(const RejectedRow& row) noexcept override;
     void RowsStand(int loop, qint64 rows, const QString& last) noexcept override;
     void ProcedureEnds(const RunResult& result) noexcept override;
@@ -69,12 +70,13 @@ private:
     void Keep(SqlText statement);
     void KeepInserted(const TargetChange& change);
     void KeepWritten(const QString& table);
-    void KeepForgotten(const QString& table);
-    void KeepTouched(const QString& table, bool isEmptied);
+    std::optional<RowNumbers> NumbersOf(const QString& table, const QString& condition) const;
+    void KeepForgotten(const QString& table, const std::optional<RowNumbers>& rows);
+    void KeepTouched(const QString& table, bool isEmptied, const std::optional<RowNumbers>& rows = {});
     void CloseChanges();
     void Write();
     qint64 ColumnList(const QStringList& columns);
-    qint64 NumberOf(const OpenCode& code);
+    qint64 NumberOf(const ::OpenCode& code);
     void End();
     void TellEnd(ovConnection& file, bool isPartial) const;
     void TellPartial() const noexcept;
@@ -120,9 +122,10 @@ private:
     size_t m_changes = 0;                 ///< rows in both
     std::optional<Reached> m_reached;     ///< behind them all
     QString m_company;
-    QString m_origin; ///< of the procedures
+    qint64 m_target = 0; ///< number of the database that it writes to
+    QString m_origin;    ///< of the procedures
     std::optional<QHash<QString, qint64>>
-        m_imported;          ///< rows of it given up before and imported since; none: not asked for yet
+        m_imported;          ///< rows given up before and imported since, by their key; none: not asked for yet
     QString m_trouble;       ///< to be told in the log
     QElapsedTimer m_since;   ///< it was written last
     QSet<QString> m_written; ///< tables of the target, by the procedure

@@ -1,6 +1,7 @@
 #include "app/history/again.h"
 
 #include "app/confirmation.h"
+#include "app/history/keptChanges.h"
 #include "app/history/rejects.h"
 
 #include <QLocale>
@@ -39,6 +40,59 @@ std::optional<Again> Asked(Session& session, ImportRequest request, ErrorAction 
     return Again{.request = std::move(request), .question = question, .details = what + u'\n' + rows};
 }
 
+/// Table and number of the last row that a run has written and that neither it nor a later one has deleted; none when
+/// all are.
+std::optional<std::pair<QString, qint64>> LastRow(const History& history, qint64 run) {
+    std::optional<std::pair<QString, qint64>> last;
+    QSet<std::pair<QString, qint64>> deleted;
+    {
+        Recordset rows = history.File().ExecuteWC(
+            Statement("SELECT C.target_table, C.target_id FROM changes C JOIN procedures P ON P.id = C.procedure WHERE "
+                      "P.run >= ? AND C.kind = ?",
+                      {run, static_cast<int>(TargetChange::Kind::Deleted)}));
+        for (; !rows.Eof(); rows.MoveNext()) {
+            deleted.insert({rows.Fields(0).Value().toString(), rows.Fields(1).Value().toLongLong()});
+        }
+    }
+    Recordset rows = history.File().ExecuteWC(Statement(
+        "SELECT C.target_table, C.target_id, C.inserted FROM changes C JOIN procedures P ON P.id = C.procedure "
+        "WHERE P.run = ? AND C.kind <> ? ORDER BY C.id DESC",
+        {run, static_cast<int>(TargetChange::Kind::Deleted)}));
+    for (; !rows.Eof() && !last; rows.MoveNext()) {
+        const QString table = rows.Fields(0).Value().toString();
+        const auto take = [&](qint64 id) {
+            if (!deleted.contains({table, id})) {
+                last = {table, id};
+            }
+        };
+        if (const QString inserted = rows.Fields(2).Value().toString(); !inserted.isEmpty()) {
+            ForEachInserted(inserted, [&](qint64 id, qint64) { take(id); });
+        } else {
+            take(rows.Fields(1).Value().toLongLong());
+        }
+    }
+    return last;
+}
+
+/// Raises `ImportError` where the last row of a run, or of that which it goes on with, is not there.
+void CheckLastRow(Session& session, const History& history, Run run) {
+    auto last = LastRow(history, run.id);
+    while (!last && run.resumes != 0) {
+        run = history.Load(run.resumes);
+        last = LastRow(history, run.id);
+    }
+    if (last &&
+        session.Quadrix
+            .ExecuteWC(
+                QStringLiteral("SELECT RECORD_ID FROM %1 WHERE RECORD_ID = %2").arg(last->first).arg(last->second))
+            .Eof()) {
+        throw ImportError(
+            QStringLiteral("l'ultima riga scritta dall'esecuzione %1 non c'è (%2, RECORD_ID %3): il database non è più "
+                           "quello di allora, o qualcuno l'ha eliminata. Non si riprende, importare da capo")
+                .arg(QString::number(run.id), last->first, QString::number(last->second)));
+    }
+}
+
 } // namespace
 
 std::vector<ImportRequest> RejectRequests(Session& session, const History& history, qint64 number,
@@ -61,6 +115,7 @@ ImportRequest RestRequest(Session& session, const History& history, qint64 numbe
     const Run run = history.Load(number);
     ImportRequest request;
     request.only = RestOf(history, run);
+    CheckLastRow(session, history, run);
     request.resumes = number;
     Repeat(session, run, {}, request);
     return request;
@@ -94,7 +149,7 @@ std::optional<Again> RestAgain(Session& session, const History& history, qint64 
 
 bool CanGoOn(const Run& run) {
     const bool brokeOff = run.ended.isValid() && (run.ending == Ending::Interrupted || run.ending == Ending::Failed);
-    return !run.isTrial && !run.IsUndone() && !run.origin.isEmpty() && !run.procedures.empty() &&
+    return !run.isTrial && !run.isElsewhere && !run.IsUndone() && !run.origin.isEmpty() && !run.procedures.empty() &&
            (run.WasKilled() || brokeOff);
 }
 

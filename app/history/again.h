@@ -17,7 +17,8 @@ struct Again {
 /// cannot be repeated and for mistakes in the files.
 std::vector<ImportRequest> RejectRequests(Session& session, const History& history, qint64 run,
                                           const QStringList& files);
-/// What a run that broke off has not reached, in one press. Refused as by `RestOf`.
+/// What a run that broke off has not reached, in one press. Refused as by `RestOf`, and where the last row that it has
+/// written is not there: an older copy of the database has come back.
 ImportRequest RestRequest(Session& session, const History& history, qint64 run);
 
 /// `RejectRequests` with what is asked before each. Takes the company of the run under work. None when it is not there
@@ -27,8 +28,8 @@ std::vector<Again> RejectsAgain(Session& session, const History& history, qint64
 /// `RestRequest` in the same way.
 std::optional<Again> RestAgain(Session& session, const History& history, qint64 run, ErrorAction errors);
 
-/// Whether a run broke off and can go on: it was interrupted, failed or was killed, was no trial, and was not taken
-/// back.
+/// Whether a run broke off and can go on: it was interrupted, failed or was killed, was no trial, was not taken back,
+/// and has written to this database.
 bool CanGoOn(const Run& run);
 /// How many rows it has given up.
 qint64 RejectsIn(const Run& run);

@@ -23,6 +23,9 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS runs (id INTEGER PRIMARY KEY AUTOINCREMENT, started TEXT, ended TEXT, worker TEXT, "
         "version TEXT, company TEXT, company_name TEXT, origin TEXT, data TEXT, work TEXT, source TEXT, layout TEXT, "
         "code TEXT, options TEXT, trial INTEGER, ending INTEGER, log_file TEXT, log TEXT, partial INTEGER, resumes "
+        "INTEGER, target INTEGER)",
+        // databases of Quadrix that runs have written to
+        "CREATE TABLE IF NOT EXISTS written_databases (id INTEGER PRIMARY KEY AUTOINCREMENT, place TEXT, identity "
         "INTEGER)",
         "CREATE TABLE IF NOT EXISTS procedures (id INTEGER PRIMARY KEY AUTOINCREMENT, run INTEGER, module TEXT, "
         "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT, origin "
@@ -36,7 +39,7 @@ const QStringList& Tables() {
         "done INTEGER DEFAULT 0, loop INTEGER, place INTEGER)",
         "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
         "CREATE INDEX IF NOT EXISTS rejects_row ON rejects (source_row)",
-        "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER PRIMARY KEY, run INTEGER)",
+        "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER, run INTEGER, PRIMARY KEY (reject, run))",
         "CREATE TABLE IF NOT EXISTS open_codes (id INTEGER PRIMARY KEY, list TEXT, field TEXT, code TEXT, "
         "UNIQUE (list, field, code))",
         "CREATE TABLE IF NOT EXISTS waiting_rows (id INTEGER PRIMARY KEY, procedure INTEGER, code INTEGER, "
@@ -50,9 +53,9 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS left_away (id INTEGER PRIMARY KEY, procedure INTEGER, target_table TEXT, target_id "
         "INTEGER, before TEXT)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
-        // tables of the target that a procedure has written rows of, or emptied
-        "CREATE TABLE IF NOT EXISTS touched_tables (procedure INTEGER, target_table TEXT, emptied INTEGER, PRIMARY KEY "
-        "(procedure, target_table, emptied))",
+        // tables of the target that a procedure has written rows of, or emptied: whole, or of rows of those numbers
+        "CREATE TABLE IF NOT EXISTS touched_tables (procedure INTEGER, target_table TEXT, emptied INTEGER, "
+        "emptied_rows TEXT, PRIMARY KEY (procedure, target_table, emptied))",
         "CREATE INDEX IF NOT EXISTS touched_tables_table ON touched_tables (target_table, emptied)",
     };
     return tables;
@@ -102,21 +105,34 @@ void FillTouched(ovConnection& file) {
     file.Execute(QStringLiteral("INSERT OR IGNORE INTO touched_tables (procedure, target_table, emptied) SELECT P.id, "
                                 "json_extract(E.value, '$[0]'), 1 FROM procedures P JOIN runs R ON R.id = P.run, "
                                 "json_each(P.result, '$.emptied') E WHERE R.trial = 0 AND P.result IS NOT NULL"));
-    SqlText forget;
-    forget += u"DELETE FROM imported_rejects WHERE run IN (SELECT P.run";
-    forget += EmptiedBehind();
-    forget += u")";
-    file.Execute(forget);
+    file.Execute(QString(u"DELETE FROM imported_rejects WHERE run IN (SELECT P.run" + EmptiedBehind() + u')'));
     file.Execute(QStringLiteral("PRAGMA user_version = %1").arg(TellsTouched));
+    transaction.Keep();
+}
+
+/// A row given up was kept as imported by one run alone.
+void KeepEveryImport(ovConnection& file) {
+    if (file.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM pragma_table_info('imported_rejects') WHERE pk > 0")) >
+        1) {
+        return;
+    }
+    Transaction transaction(file);
+    file.Execute(QStringLiteral("ALTER TABLE imported_rejects RENAME TO imported_once"));
+    file.Execute(
+        QStringLiteral("CREATE TABLE imported_rejects (reject INTEGER, run INTEGER, PRIMARY KEY (reject, run))"));
+    file.Execute(QStringLiteral("INSERT INTO imported_rejects SELECT reject, run FROM imported_once"));
+    file.Execute(QStringLiteral("DROP TABLE imported_once"));
     transaction.Keep();
 }
 
 /// Adds what tables have gained since a file was made.
 void BringUpToDate(ovConnection& file) {
-    static constexpr std::array<std::array<const char*, 3>, 7> gained{{{"changes", "inserted", "TEXT"},
+    static constexpr std::array<std::array<const char*, 3>, 9> gained{{{"changes", "inserted", "TEXT"},
                                                                        {"changes", "places", "TEXT"},
                                                                        {"runs", "partial", "INTEGER"},
                                                                        {"runs", "resumes", "INTEGER"},
+                                                                       {"runs", "target", "INTEGER"},
+                                                                       {"touched_tables", "emptied_rows", "TEXT"},
                                                                        {"procedures", "origin", "TEXT"},
                                                                        {"rejects", "loop", "INTEGER"},
                                                                        {"rejects", "place", "INTEGER"}}};
@@ -138,19 +154,19 @@ void BringUpToDate(ovConnection& file) {
         file.Execute(QStringLiteral("DROP TABLE codes"));
         transaction.Keep();
     }
+    KeepEveryImport(file);
 }
 
 } // namespace
 
-SqlText EmptiedBehind() {
+QString EmptiedBehind() {
     // What another company has emptied of a table of all companies may be of its own alone: the texts by language are.
-    SqlText from;
-    from +=
-        u" FROM procedures P JOIN runs R ON R.id = P.run JOIN touched_tables W ON W.procedure = P.id AND W.emptied = "
-        u"0 JOIN touched_tables E ON E.target_table = W.target_table AND E.emptied = 1 JOIN procedures L ON L.id = "
-        u"E.procedure AND L.run > P.run JOIN runs S ON S.id = L.run WHERE (S.company = R.company OR "
-        u"(SUBSTR(W.target_table, 1, LENGTH(R.company) + 1) <> R.company || '_' AND W.target_table <> 'SYS_LNG'))";
-    return from;
+    return QStringLiteral(
+        " FROM procedures P JOIN runs R ON R.id = P.run JOIN touched_tables W ON W.procedure = P.id AND W.emptied = "
+        "0 JOIN touched_tables E ON E.target_table = W.target_table AND E.emptied = 1 JOIN procedures L ON L.id = "
+        "E.procedure AND L.run > P.run JOIN runs S ON S.id = L.run WHERE COALESCE(S.target = R.target, 1) = 1 AND "
+        "(S.company = R.company OR (SUBSTR(W.target_table, 1, LENGTH(R.company) + 1) <> R.company || '_' AND "
+        "W.target_table <> 'SYS_LNG'))");
 }
 
 QString FilePath(const QString& settingsFile) {

@@ -25,8 +25,8 @@ QString LockPath(const QString& path, qint64 run);
 QString PartialPath(const QString& path, qint64 run);
 
 /// FROM and WHERE of a query for the tables (W.target_table) that a run (P.run) has written to and a procedure (E) of a
-/// later one (L.run) has emptied since.
-SqlText EmptiedBehind();
+/// later one (L.run) has emptied since: whole, or of the rows whose numbers stand in E.emptied_rows.
+QString EmptiedBehind();
 
 /// Values with their names as one text, in their order, and back: each comes back as the kind of value that it was.
 QString ValuesText(const QStringList& names, const QVector<QVariant>& values);

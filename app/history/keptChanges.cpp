@@ -45,6 +45,20 @@ void ForEachInserted(const QString& inserted, const std::function<void(qint64 id
     }
 }
 
+bool HasWritten(ovConnection& file, qint64 run, const QString& table, const RowNumbers& numbers) {
+    bool hasWritten = false;
+    Recordset rows = file.ExecuteWC(Statement(
+        "SELECT C.target_id, C.inserted FROM changes C JOIN procedures P ON P.id = C.procedure WHERE P.run = "
+        "? AND C.target_table = ? AND C.kind IN (?, ?)",
+        {run, table, static_cast<int>(TargetChange::Kind::Inserted), static_cast<int>(TargetChange::Kind::Updated)}));
+    for (; !rows.Eof() && !hasWritten; rows.MoveNext()) {
+        const QString inserted = rows.Fields(1).Value().toString();
+        hasWritten = inserted.isEmpty() && numbers.Contains(rows.Fields(0).Value().toLongLong());
+        ForEachInserted(inserted, [&](qint64 id, qint64) { hasWritten = hasWritten || numbers.Contains(id); });
+    }
+    return hasWritten;
+}
+
 void ForEachChangeBackwards(const History& history, qint64 run, const std::function<void(const Change&)>& work) {
     std::vector<Change> waiting; // of one block
     const auto hand = [&] {

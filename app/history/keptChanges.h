@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/history/History.h"
+#include "app/history/RowNumbers.h"
 
 namespace history {
 
@@ -20,6 +21,9 @@ struct Change {
 /// Hands on the rows that one record of the history tells, in the order in which they were inserted.
 /// @param inserted "id digest" of each, with blanks between them
 void ForEachInserted(const QString& inserted, const std::function<void(qint64 id, qint64 digest)>& work);
+
+/// Whether a run has inserted or updated rows of a table (physical name) under one of those numbers. Raises `SqlError`.
+bool HasWritten(ovConnection& file, qint64 run, const QString& table, const RowNumbers& numbers);
 
 /// Hands the changes of a run to `work`, the last one first. Raises `SqlError`.
 void ForEachChangeBackwards(const History& history, qint64 run, const std::function<void(const Change&)>& work);

@@ -42,6 +42,9 @@ void CheckMayUndo(Session& session, const Run& run) {
     if (run.isTrial) {
         refuse(QStringLiteral("era una prova: non ha lasciato nulla da annullare"));
     }
+    if (run.isElsewhere) {
+        refuse(ElsewhereText(run));
+    }
     if (run.isUnderWay) {
         refuse(QStringLiteral("è ancora in corso"));
     }
@@ -68,7 +71,8 @@ void CheckMayUndo(Session& session, const Run& run) {
 }
 
 bool CanUndo(const Run& run) {
-    return !run.isTrial && !run.isUnderWay && !run.procedures.empty() && IsImport(run) && !IsOutside(run) &&
+    return !run.isTrial && !run.isElsewhere && !run.isUnderWay && !run.procedures.empty() && IsImport(run) &&
+           !IsOutside(run) &&
            std::all_of(run.procedures.begin(), run.procedures.end(),
                        [](const ProcedureRun& procedure) { return procedure.undone.isEmpty(); });
 }

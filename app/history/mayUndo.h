@@ -11,7 +11,8 @@ bool CanUndo(const Run& run);
 bool WorksOutside(const ProcedureRun& run);
 
 /// Raises `ImportError` saying why a run cannot be taken back: it was a trial, is under way, is no import, has worked
-/// outside Quadrix alone, has been taken back before, or has written tables that know no transactions.
+/// outside Quadrix alone or into another database, has been taken back before, or has written tables that know no
+/// transactions.
 void CheckMayUndo(Session& session, const Run& run);
 
 } // namespace history

@@ -266,6 +266,9 @@ std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qi
 }
 
 void Repeat(Session& session, const Run& run, const QString& procedure, ImportRequest& request) {
+    if (run.isElsewhere) {
+        throw ImportError(QStringLiteral("l'esecuzione %1 %2").arg(QString::number(run.id), ElsewhereText(run)));
+    }
     const bool isOfSeveral = run.origin.isEmpty();
     const auto own = std::find_if(run.procedures.begin(), run.procedures.end(),
                                   [&procedure](const auto& each) { return each.result.procedure == procedure; });
@@ -323,6 +326,9 @@ std::vector<Run> ChainOf(const History& history, const Run& run) {
 }
 
 QString WhyNotToGoOn(const Run& run) {
+    if (run.isElsewhere) {
+        return ElsewhereText(run);
+    }
     if (run.isTrial) {
         return QStringLiteral("era una prova e non ha scritto nulla: non c'è nulla da riprendere");
     }

@@ -28,7 +28,7 @@ std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64
 std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files,
                                                       const QString& press = {});
 /// Has a press repeat a run: its company, its origin, its button or procedure. Raises `ImportError` when one of them is
-/// no longer there.
+/// no longer there, or when the run has written to another database.
 /// @param procedure of a run of several origins: that one of them
 void Repeat(Session& session, const Run& run, const QString& procedure, ImportRequest& request);
 /// What a run that broke off has not reached: each of its procedures goes on where it stopped. Raises `ImportError` for

@@ -33,7 +33,8 @@ QString SkippedText(const RunResult& result) {
 /// "completata (prova)", "completata; annullata"
 QString StateText(const Run& run) {
     return EndingText(run) + (run.isTrial ? QStringLiteral(" (prova)") : QString()) +
-           (run.IsUndone() ? QStringLiteral("; annullata") : QString());
+           (run.IsUndone() ? QStringLiteral("; annullata") : QString()) +
+           (run.isElsewhere ? QString(QStringLiteral("; in un altro database: ") + run.database) : QString());
 }
 
 /// "30, aperte 6": the others were imported by later runs
@@ -104,6 +105,10 @@ QStringList HeadLines(const Run& run) {
                       QStringLiteral("Azienda: %1 %2, dal %3 al %4, %5")
                           .arg(run.company, run.companyName, Time(run.started),
                                run.ended.isValid() ? Time(run.ended) : QStringLiteral("..."), run.worker)};
+    if (!run.database.isEmpty()) {
+        lines.append(QStringLiteral("Database: ") + run.database +
+                     (run.isElsewhere ? QStringLiteral(" (non è quello delle impostazioni di adesso)") : QString()));
+    }
     if (!run.source.isEmpty()) {
         lines.append(QStringLiteral("Sorgente: ") + QDir::toNativeSeparators(run.source));
     }

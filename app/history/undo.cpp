@@ -4,6 +4,7 @@
 #include "app/history/keptChanges.h"
 #include "app/history/LaterRuns.h"
 #include "app/history/mayUndo.h"
+#include "app/history/Referring.h"
 #include "core/rowDigest.h"
 #include "core/Schema.h"
 #include "core/Trial.h"
@@ -389,7 +390,9 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     CheckIsLast(later, number);
     const bool isTrial = session.Quadrix.InTransaction();
     Transaction transaction(session.Quadrix);
+    const Referring referring(session, history, run);
     auto [result, leftAway] = TakeBackAll(session, history, run, later);
+    result.left = referring.Left();
     result.isPartial = run.isPartial;
     result.wasKilled = run.WasKilled();
     for (const ProcedureRun& procedure : run.procedures) {
@@ -435,6 +438,12 @@ QStringList LinesOf(const UndoResult& result) {
                       QStringLiteral("Righe che restano come sono: %1").arg(result.keptCount)};
     for (const KeptRow& row : result.kept) {
         lines += QStringLiteral("  %1, RECORD_ID %2: %3").arg(row.table, QString::number(row.id), row.why);
+    }
+    if (!result.left.empty()) {
+        lines +=
+            QStringLiteral("Righe che restano e si riferiscono a ciò che si toglie: %1. Chi avrà poi quei codici avrà "
+                           "anche queste righe: correggerle o eliminarle.")
+                .arg(brokenReferences::TextOf(result.left));
     }
     if (result.emptied > 0) {
         lines += QStringLiteral("Le %1 righe che l'esecuzione ha eliminato svuotando le tabelle non tornano.")

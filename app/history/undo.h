@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/brokenReferences.h"
 #include "app/history/History.h"
 
 namespace history {
@@ -20,18 +21,21 @@ struct UndoResult {
     qint64 brought = 0;        ///< rows that it had deleted one by one, which are there again
     qint64 keptCount = 0;      ///< rows that stay
     std::vector<KeptRow> kept; ///< the first 1000 of them
-    qint64 emptied = 0;        ///< rows that the run had emptied tables of: they are gone
-    QStringList outside;       ///< procedures of the run that work outside Quadrix: what they did stays
-    bool isPartial = false;    ///< the history does not keep all that the run wrote: the rest is not taken back
-    bool wasKilled = false;    ///< the history may lack what the run wrote in its last half second
+    /// Rows that are left referring to what was removed: of a hand, of a merge, of earlier runs.
+    std::vector<brokenReferences::Broken> left;
+    qint64 emptied = 0;     ///< rows that the run had emptied tables of: they are gone
+    QStringList outside;    ///< procedures of the run that work outside Quadrix: what they did stays
+    bool isPartial = false; ///< the history does not keep all that the run wrote: the rest is not taken back
+    bool wasKilled = false; ///< the history may lack what the run wrote in its last half second
 };
 
 /// Takes back what a run has written into the target: rows that it inserted are removed, those that it updated get back
 /// what they had, those that it deleted come back under their numbers, which others may refer to. A row that has been
 /// changed since, by whomever, stays and is named; the codes that SYS_IMP has taken in stay too. It is one transaction;
 /// within an open one (a trial) it is a part of that, and the history is not told. Raises `ImportError` for a run that
-/// was a trial, that is under way, has been taken back before, has worked outside Quadrix alone, or of which a later
-/// run that was not taken back has deleted rows, which is named; or `SqlError`.
+/// was a trial, that is under way, has been taken back before, has worked outside Quadrix alone or into another
+/// database, or of which a later run that was not taken back has deleted or changed rows, or written rows that refer to
+/// them, which is named; or `SqlError`.
 UndoResult Undo(Session& session, const History& history, qint64 run);
 /// The same while nobody else works on the company. Raises `ImportError` naming who does.
 /// @param isTrial everything is put back at the end

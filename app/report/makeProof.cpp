@@ -336,7 +336,7 @@ void Comparison::TakeHistory() {
         return;
     }
     const QString company = m_session.UserManager.Azienda();
-    const history::History history(path);
+    const history::History history(m_session);
     for (const history::WaitingCode& code : history.WaitingCodes(company, 1)) {
         if (code.origin == m_choice.origin->name && IsOpen(m_session, code.code)) {
             AddWaiting(code);

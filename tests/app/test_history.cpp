@@ -1,5 +1,6 @@
 #include "app/history/again.h"
 #include "app/history/compare.h"
+#include "app/history/mayUndo.h"
 #include "app/history/Recorder.h"
 #include "app/history/rejects.h"
 #include "app/history/runTexts.h"
@@ -81,10 +82,17 @@ private slots:
                                 "waiting_rows W JOIN open_codes O ON O.id = W.code;\n"
                                 "DROP TABLE waiting_rows;\nDROP TABLE open_codes;\n"
                                 "ALTER TABLE changes DROP COLUMN inserted;\n"
-                                "ALTER TABLE changes DROP COLUMN places;\nALTER TABLE runs DROP COLUMN partial");
+                                "ALTER TABLE changes DROP COLUMN places;\nALTER TABLE runs DROP COLUMN partial;\n"
+                                "ALTER TABLE runs DROP COLUMN target;\n"
+                                "ALTER TABLE touched_tables DROP COLUMN emptied_rows;\n"
+                                "DROP TABLE imported_rejects;\nDROP TABLE written_databases;\n"
+                                "CREATE TABLE imported_rejects (reject INTEGER PRIMARY KEY, run INTEGER);\n"
+                                "INSERT INTO imported_rejects VALUES (1, 1)");
         }
         QCOMPARE(kept.Waiting(), before);
         QCOMPARE(kept.Waiting(), before);
+        QCOMPARE(RejectsIn(History(kept.Target.Get()).Load(1)), 1);
+        QVERIFY(!History(kept.Target.Get()).Load(1).isElsewhere); // it does not tell
         QCOMPARE(kept.Run(), FlowOutcome::Done);
         QCOMPARE(kept.Waiting(), before);
     }
@@ -268,6 +276,92 @@ private slots:
         const History earlier(kept.Path());
         QCOMPARE(RejectsIn(earlier.Load(1)), 1);
         QVERIFY(ErrorOf([&] { RestOf(earlier, earlier.Load(1)); }).has_value());
+    }
+
+    /// What goes by a condition takes away what was done with those rows alone.
+    void knowsWhatWasEmptiedInPart_data() {
+        Columns<QString, qint64, qint64>("condition", "emptiedBy", "open");
+        Row("no row", "CDART = 'Z'", qint64(0), qint64(1));
+        Row("rows of others", "CDART = 'M'", qint64(0), qint64(1));
+        Row("a row of the run", "CDART = 'A'", qint64(3), qint64(1));
+        Row("the row that was mended", "CDART = 'B'", qint64(0), qint64(2));
+        Row("both", "CDART IN ('A', 'B', 'M')", qint64(3), qint64(2));
+    }
+    void knowsWhatWasEmptiedInPart() {
+        QFETCH(QString, condition);
+        QFETCH(qint64, emptiedBy);
+        Kept kept;
+        kept.Run();
+        const History history(kept.Path());
+        kept.Source("UPDATE ART SET COSTO = '2' WHERE CODICE = 'B'");
+        kept.Run(RejectsOf(history, 1));
+        QCOMPARE(RejectsIn(history.Load(1)), 1);
+        kept.Target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('M')");
+        {
+            const Recorder recorder(kept.Target.Get(), {.origin = "Prova"});
+            contract::ImportRun run(kept.Target.Get(), "modImport_Prova", "ImportAltro", {});
+            run.Guard([&] {
+                contract::Empty(run, true,
+                                {{.table = "ART_ICO", .way = contract::Emptied::Way::DeleteFrom, .where = condition}});
+            });
+        }
+        QCOMPARE(history.EmptiedBehind(1).run, emptiedBy);
+        QTEST(RejectsIn(history.Load(1)), "open");
+    }
+
+    /// A second mending that is taken back leaves the first.
+    void keepsEveryMending() {
+        Kept kept;
+        kept.Run();
+        const History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.csv");
+        WriteRejects(history, 1, path);
+        const QByteArray rejects = ReadFile(path);
+        for (const char* cost : {"2", "5"}) {
+            WriteFile(path, QByteArray(rejects).replace("due", cost));
+            kept.Run(MendedRejects(history, 1, {path}));
+        }
+        QCOMPARE(RejectsIn(history.Load(1)), 1);
+        Undo(kept.Target.Get(), history, 3);
+        QCOMPARE(kept.Articles()[1], "B|Dado|2");
+        QCOMPARE(RejectsIn(history.Load(1)), 1);
+        Undo(kept.Target.Get(), history, 2);
+        QCOMPARE(RejectsIn(history.Load(1)), 2);
+    }
+
+    /// Of a run into another database nothing stands here; nor does it of one whose last row is not there.
+    void knowsTheDatabase() {
+        Kept kept;
+        kept.Target.Person.CancelAt = 3;
+        kept.Run();
+        kept.Target.Person.CancelAt.reset();
+        Session& session = kept.Target.Get();
+        const auto refusal = [&](const auto& work) {
+            const auto error = ErrorOf<ImportError>(work);
+            return error ? error->Message() : QString();
+        };
+        const History history(session);
+        QVERIFY(!history.Load(1).isElsewhere && CanGoOn(history.Load(1)) && CanUndo(history.Load(1)));
+        QVERIFY(!refusal([&] { RestRequest(session, history, 1); }).contains("importare da capo"));
+        kept.Target.Execute("DELETE FROM X01_ART_ICO WHERE CDART = 'C'");
+        QVERIFY(refusal([&] { RestRequest(session, history, 1); }).contains("importare da capo"));
+        const auto elsewhere = [&] {
+            const Run run = history.Load(1);
+            return run.isElsewhere && !CanGoOn(run) && !CanUndo(run) && history.WaitingCodes("X01").empty() &&
+                   RunCells(run)[2].contains("in un altro database: " + run.database) &&
+                   refusal([&] { Undo(session, history, 1); }).contains("in un altro database") &&
+                   refusal([&] { RestRequest(session, history, 1); }).contains("in un altro database") &&
+                   refusal([&] { RejectRequests(session, history, 1, {}); }).contains("in un altro database");
+        };
+        const auto file = Open(kept.Path());
+        file->Execute("UPDATE written_databases SET identity = 0, place = '/altro/quadrix.db'");
+        QVERIFY(elsewhere());
+        kept.Run(); // what was given up there is given up here
+        QCOMPARE(history.LastRun("X01"), 2);
+        QVERIFY(!history.Load(2).isElsewhere && history.Load(1).isElsewhere);
+        QVERIFY(!history.WaitingCodes("X01").empty());
+        kept.Target.Execute("PRAGMA application_id = 77"); // another one at its place
+        QVERIFY(History(session).Load(2).isElsewhere);
     }
 
     /// A run that goes on with another stands on what that one wrote, and tells the rows that it had given up.

@@ -36,7 +36,8 @@ private slots:
         }
         QStringList statements;
         target.Db().Trace = [&](const QString& statement) {
-            if (!statement.contains("sqlite_sequence") && !statement.startsWith("SELECT")) {
+            if (!statement.contains("sqlite_sequence") && !statement.startsWith("SELECT") &&
+                !statement.startsWith("PRAGMA")) {
                 statements.append(statement);
             }
         };

@@ -3,6 +3,7 @@
 #include "app/history/mayUndo.h"
 #include "app/history/Recorder.h"
 #include "app/history/undo.h"
+#include "core/schemaDefaults.h"
 #include "sql/Transaction.h"
 #include "tests/app/KeptRuns.h"
 #include "tests/support/errorOf.h"
@@ -26,6 +27,22 @@ void WriteContacts(TestTarget& target, const QStringList& names) {
             contact.Set("CDCON", "1").Set("RFNOM", name).Set("RFQUA", QString(name + " s.r.l.")).Insert();
         }
     });
+}
+
+/// A run that links articles to a supplier.
+void LinkArticles(TestTarget& target, const QStringList& articles) {
+    const Recorder recorder(target.Get(), {.origin = "Prova"});
+    contract::ImportRun run(target.Get(), "modImport_Prova", "ImportFornitori", {});
+    run.Guard([&] {
+        for (const QString& article : articles) {
+            contract::TargetRow(run, "ART_FOR").Set("CDART", article).Set("CDCON", "000001").Insert();
+        }
+    });
+}
+
+QStringList TextsOf(const std::vector<brokenReferences::Broken>& broken) {
+    const QString text = brokenReferences::TextOf(broken);
+    return text.isEmpty() ? QStringList() : text.split(", ");
 }
 
 } // namespace
@@ -272,6 +289,66 @@ private slots:
             expected += QStringLiteral("DIS_TES %1").arg(id);
         }
         QCOMPARE(order, expected);
+    }
+
+    /// What a later run wrote and refers to what goes is taken back before; what is of others is told.
+    void tellsWhatRefersToWhatGoes_data() {
+        Columns<QStringList, QString, QString, QStringList>("linked", "later", "first", "left");
+        Row("of a later run", QStringList{"A", "C"}, "", "Annullare prima la 2", QStringList{});
+        Row("of a later run, to articles of others", QStringList{"Z"}, "", "", QStringList{});
+        Row("of a run of another company", QStringList{"A"}, "UPDATE runs SET company = 'X02' WHERE id = 2", "",
+            QStringList{"X01_ART_FOR (CDART): 1"});
+        Row("of a hand", QStringList{}, "INSERT INTO X01_ART_FOR (CDART) VALUES ('A'), ('a '), ('Z')", "",
+            QStringList{"X01_ART_FOR (CDART): 2"});
+        Row("of a hand, by the name of the table", QStringList{},
+            "INSERT INTO X01_IMA_GES (TBNAM, TBKEY) VALUES ('ART_ICO', 'C'), ('CON_TRO', 'C')", "",
+            QStringList{"X01_IMA_GES (TBKEY): 1"});
+        Row("to what stays", QStringList{"A"}, "UPDATE X01_ART_ICO SET ARDES = 'Mia' WHERE CDART = 'A'", "",
+            QStringList{});
+    }
+    void tellsWhatRefersToWhatGoes() {
+        QFETCH(QString, later);
+        QFETCH(QString, first);
+        QFETCH(QStringList, linked);
+        Kept kept;
+        kept.Run();
+        if (!linked.isEmpty()) {
+            LinkArticles(kept.Target, linked);
+        }
+        if (later.startsWith("UPDATE runs")) {
+            Open(kept.Path())->Execute(later);
+        } else if (!later.isEmpty()) {
+            kept.Target.Execute(later);
+        }
+        const History history(kept.Target.Get());
+        const QStringList before = kept.Articles();
+        if (!first.isEmpty()) {
+            const auto refusal = ErrorOf<ImportError>([&] { Undo(kept.Target.Get(), history, 1); });
+            QVERIFY(refusal && refusal->Message().contains("(X01_ART_FOR). " + first));
+            QCOMPARE(kept.Articles(), before);
+            Undo(kept.Target.Get(), history, 2);
+        }
+        const UndoResult result = Undo(kept.Target.Get(), history, 1);
+        QTEST(TextsOf(result.left), "left");
+        QCOMPARE(LinesOf(result).filter("si riferiscono a ciò che si toglie").size(), result.left.empty() ? 0 : 1);
+    }
+
+    /// The same of what a reset deletes, in part or whole.
+    void tellsWhatAResetLeaves() {
+        TestTarget target;
+        Session& session = target.Get();
+        session.UserManager.SetAzienda("X01");
+        const QString import = QString("'%1'").arg(schema::defaults::ImportUser);
+        target.Execute("INSERT INTO X01_ART_ICO (CDART, USINS) VALUES ('A', " + import + "), ('B', Null)");
+        target.Execute("INSERT INTO X01_ART_FOR (CDART, USINS) VALUES ('A', Null), ('A', " + import + "), ('B', Null)");
+        const auto left = [&](const contract::Emptying& emptying) {
+            return TextsOf(brokenReferences::LeftBy(session, contract::RowsOf(session, emptying)));
+        };
+        QCOMPARE(left(contract::Truncated({"ART_ICO"})), QStringList{"X01_ART_FOR (CDART): 3"});
+        QCOMPARE(left(contract::DeletedImports("ART_ICO")), QStringList{"X01_ART_FOR (CDART): 2"});
+        QCOMPARE(left(contract::DeletedImports("ART_ICO") + contract::DeletedImports("ART_FOR")),
+                 QStringList{"X01_ART_FOR (CDART): 1"});
+        QCOMPARE(left(contract::Truncated({"ART_ICO", "ART_FOR"})), QStringList());
     }
 
     /// A trial leaves nothing to take back.

@@ -91,12 +91,9 @@ void Empty(ImportRun& run, bool reset, const Emptying& emptying) {
             run.Truncate(reset, {one.table});
             continue;
         }
-        const QString table = run.FullName(one.table);
         const QString where = one.child.isEmpty() ? one.where : WithoutParent(one);
-        const bool from = one.way == Emptied::Way::DeleteFrom;
-        run.Delete(table,
-                   QString::fromLatin1(from ? "DELETE FROM " : "DELETE ") + table +
-                       (where.isEmpty() ? where : QString(u" WHERE " + WithTableNames(run.GetSession(), where))));
+        run.Delete(QString::fromLatin1(one.way == Emptied::Way::DeleteFrom ? "DELETE FROM" : "DELETE"),
+                   run.FullName(one.table), WithTableNames(run.GetSession(), where));
     }
 }
 

@@ -232,15 +232,16 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
     }
 }
 
-void ImportRun::Delete(const QString& table, const QString& statement) {
-    WillEmpty(table);
-    const qint64 rows = m_session.Quadrix.Execute(statement);
+void ImportRun::Delete(const QString& words, const QString& table, const QString& condition) {
+    WillEmpty(table, condition);
+    const QString where = condition.isEmpty() ? QString() : QString(u" WHERE " + condition);
+    const qint64 rows = m_session.Quadrix.Execute(words + u' ' + table + where);
     TellEmptied(table, rows, QStringLiteral("Tabella %1: %2").arg(table, DeletedText(rows)));
 }
 
-void ImportRun::WillEmpty(const QString& table) const {
+void ImportRun::WillEmpty(const QString& table, const QString& condition) const {
     if (m_session.Observer != nullptr) {
-        m_session.Observer->TableIsEmptied(table);
+        m_session.Observer->TableIsEmptied(table, condition);
     }
 }
 

@@ -35,9 +35,9 @@ public:
     void Preflight(const Needs& needs);
     /// Empties tables (bare names), in their order, when the operator asked for it. Result and log tell the rows.
     void Truncate(bool reset, const QStringList& tables);
-    /// Runs a statement that deletes rows of a table (physical name) before the first row is read; result and log tell
-    /// how many.
-    void Delete(const QString& table, const QString& statement);
+    /// Deletes rows of a table (physical name) before the first row is read; result and log tell how many.
+    /// @param words of the statement in front of the name @param condition on them; empty: all
+    void Delete(const QString& words, const QString& table, const QString& condition);
     /// Asks a yes/no question of this origin, each once in a run. When the operator gives it up, the run ends there as
     /// cancelled.
     bool Ask(const QString& question);
@@ -182,7 +182,7 @@ private:
     void AppendToLog(const QString& line);
     void LogLines();
     void LogOrReport(const QString& message);
-    void WillEmpty(const QString& table) const;
+    void WillEmpty(const QString& table, const QString& condition = {}) const;
     void TellEmptied(const QString& table, qint64 rows, const QString& line);
     void TellNotMet();
     void LogEnding();

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "adapters/contract/run/Emptying.h"
+
+/// Rows that refer by their codes to rows that go: whoever is given such a code next gets them too.
+namespace brokenReferences {
+
+/// A column that holds codes of another table.
+struct Reference {
+    QString table; ///< bare name
+    QString column;
+    QString of;    ///< the column of those codes, in the other table
+    QString owner; ///< column that names the other table; empty: it is always that one
+};
+/// The columns of the schema that hold codes of a table (bare name).
+std::vector<Reference> ReferencesTo(const QString& table);
+
+/// Rows left referring to what is not there.
+struct Broken {
+    QString table; ///< physical name
+    QString column;
+    qint64 rows = 0;
+};
+/// What would be left of the company under work when those rows are deleted. A table that cannot be read is left out:
+/// it is not there, or the check before the run tells it.
+std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToDelete>& rows);
+
+/// "X01_DOC_ACQ (DTCON): 92, X01_ART_FOR (AFFOR): 147"; empty when nothing is left.
+QString TextOf(const std::vector<Broken>& broken);
+
+} // namespace brokenReferences
