@@ -423,9 +423,6 @@ bool DocumentImporter::End() {
         Run().Tell(QStringLiteral("%1, righe più vecchie saltate: %2")
                        .arg(SinceText(GetSession(), Declared(), m_from), QString::number(m_older)));
     }
-    for (const auto& [rule, count] : m_leftOut.asKeyValueRange()) {
-        Run().Tell(QStringLiteral("%1, righe saltate: %2: %3").arg(FrameOf(Declared()).step, rule).arg(count));
-    }
     if (m_ofHeads.end) {
         m_ofHeads.end();
     }
