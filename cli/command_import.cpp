@@ -10,6 +10,7 @@
 #include "cli/TerminalOperator.h"
 
 #include <QJsonArray>
+#include <QDir>
 
 namespace cli {
 
@@ -26,12 +27,36 @@ qint64 EarlierRun(const QCommandLineParser& options) {
 }
 
 /// What of an earlier run is imported again, press by press.
+/// The files of --mended. Rows of several tables stand in a file each, beside the name that history --rejects was
+/// given: "scarti-4.csv" stands for "scarti-4-CLIENTI.csv" and the others where it is not there itself.
+QStringList MendedFiles(const QStringList& named) {
+    QStringList files;
+    for (const QString& name : named) {
+        const QFileInfo file(name);
+        QStringList those{name};
+        if (!file.exists()) {
+            those.clear();
+            const QString begins = file.completeBaseName() + u'-';
+            for (const QFileInfo& other : file.dir().entryInfoList(QDir::Files, QDir::Name)) {
+                if (other.fileName().startsWith(begins) && other.suffix() == file.suffix()) {
+                    those.append(other.filePath());
+                }
+            }
+        }
+        if (those.isEmpty()) {
+            throw UsageError(QStringLiteral("--mended: il file '%1' non c'è").arg(name));
+        }
+        files += those;
+    }
+    return files;
+}
+
 std::vector<ImportRequest> EarlierRequests(Context& context, qint64 number) {
     const history::History history(context.session);
     if (context.options.isSet("resume")) {
         return {history::RestRequest(context.session, history, number)};
     }
-    return history::RejectRequests(context.session, history, number, context.options.values("mended"));
+    return history::RejectRequests(context.session, history, number, MendedFiles(context.options.values("mended")));
 }
 
 void TakeChoice(Context& context, ImportRequest& request) {
@@ -157,8 +182,9 @@ Report ReportOf(const Context& context, const ImportRequest& request, const RunR
         report.json["errors"] = QJsonArray{unknown};
     }
     const bool isDone = !request.dryRun;
-    const QStringList steps = RunLines(context.session, runs, isDone && total.untranslatedCount > 0,
-                                       isDone && !context.options.isSet("rejects-of"));
+    const qint64 earlier = context.options.value("rejects-of").toLongLong();
+    const QStringList steps =
+        RunLines(context.session, runs, isDone && total.untranslatedCount > 0, isDone && earlier == 0, earlier);
     report.text = (lines + (isDone ? steps : steps.mid(0, 1))).join(u'\n');
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
         report.json.remove("errors"); // what went wrong has been told outside the procedures

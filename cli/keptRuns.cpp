@@ -19,9 +19,13 @@ Result OfHistory(const Session& session, Result otherwise, const Ask& ask) {
     }
 }
 
-/// The runs with rows given up that none has imported yet: the run, and those that it goes on with.
-QList<qint64> RunsWithRejects(const history::History& history, qint64 last) {
+/// The runs with rows given up that none has imported yet: the run, and those that it goes on with. The one whose rows
+/// it was to import has them all, with those that it did not come to.
+QList<qint64> RunsWithRejects(const history::History& history, qint64 last, qint64 rejectsOf) {
     QList<qint64> runs;
+    if (rejectsOf != 0 && history::RejectsIn(history.Load(rejectsOf)) > 0) {
+        return {rejectsOf};
+    }
     for (qint64 number = last; number != 0;) {
         const history::Run run = history.Load(number);
         if (history::RejectsIn(run) > 0) {
@@ -40,14 +44,15 @@ bool HasRest(const history::History& history, qint64 number) {
     return began && history::CanGoOn(run) && history::RestOf(history, run) != nullptr;
 }
 
-QStringList NextSteps(const Session& session, qint64 run, bool untranslated, bool resumes) {
+QStringList NextSteps(const Session& session, qint64 run, bool untranslated, bool resumes, qint64 rejectsOf) {
     QStringList steps;
     if (resumes && OfHistory(session, false, [run](const auto& history) { return HasRest(history, run); })) {
         steps.append(
             QStringLiteral("Non è arrivata alla fine; riprendere da dove si è fermata: import --resume %1").arg(run));
     }
-    for (const qint64 each :
-         OfHistory(session, QList<qint64>(), [run](const auto& history) { return RunsWithRejects(history, run); })) {
+    for (const qint64 each : OfHistory(session, QList<qint64>(), [run, rejectsOf](const auto& history) {
+             return RunsWithRejects(history, run, rejectsOf);
+         })) {
         steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
                                     "import --rejects-of %1 --mended FILE")
                          .arg(each));
@@ -83,7 +88,8 @@ QList<qint64> KeptRuns::Of(const QString& company, qsizetype most) const {
     });
 }
 
-QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes) {
+QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes,
+                     qint64 rejectsOf) {
     if (runs.isEmpty()) {
         return {};
     }
@@ -94,7 +100,7 @@ QStringList RunLines(const Session& session, const QList<qint64>& runs, bool unt
     const QString title = runs.size() == 1 ? QStringLiteral("Esecuzione: ") : QStringLiteral("Esecuzioni: ");
     QStringList lines(title + numbers.join(QStringLiteral(", ")));
     for (const qint64 run : runs) {
-        lines += NextSteps(session, run, untranslated && run == runs.last(), resumes);
+        lines += NextSteps(session, run, untranslated && run == runs.last(), resumes, rejectsOf);
     }
     lines.removeDuplicates();
     return lines;

@@ -23,7 +23,9 @@ private:
 /// "Esecuzione: 4", and what the run has left open, by the commands that do it: first its rest when it broke off and
 /// can go on, then the rows given up, then the codes. Nothing for no run.
 /// @param untranslated whether codes wait for their translation @param resumes whether its rest may be told
-QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes = false);
+/// @param rejectsOf the run whose rows given up were imported again, which has all that are still open; 0: none
+QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes = false,
+                     qint64 rejectsOf = 0);
 /// The last of the runs; null without one.
 QJsonValue RunNumberJson(const QList<qint64>& runs);
 

@@ -6,6 +6,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/run/RowSelection.h"
 #include "sql/CodePage.h"
 #include "tests/support/embedded.h"
 #include "tests/support/errorOf.h"
@@ -432,6 +433,45 @@ INSERT INTO LETTERE VALUES ('C1', 2024, '12', '2024-12-31'), ('C9', 2024, '13', 
                                .source = {.table = "CONTROLLI", .key = "ARTICOLO", .order = "ARTICOLO, NUM"},
                                .target = "CHK_LST",
                                .lines = {{"CDART", "ARTICOLO", ArticleCode("CONTROLLI", "ARTICOLO")},
+    void partsThatAreNotReached_data() {
+        Columns<bool>("limited");
+        Row("of all rows", false);
+        Row("of rows given up before", true);
+    }
+    /// What a run that breaks off does not come to counts as not reached, and the tables not begun are told.
+    void partsThatAreNotReached() {
+        QFETCH(const bool, limited);
+        Trial import("CREATE TABLE A (COD VARCHAR(4)); CREATE TABLE B (COD VARCHAR(4)); "
+                     "INSERT INTO A VALUES ('1'), ('2'), ('3'); INSERT INTO B VALUES ('4'), ('5')");
+        const auto part = [](const QString& table) {
+            const EachRow row = [](ImportRun&, const SourceRow& each) {
+                if (each.Text("COD") == "2") {
+                    throw ImportError("guasta");
+                }
+                return RowOutcome::Inserted;
+            };
+            return ImportPart{.step = "Tabella " + table,
+                              .source = {.table = table, .key = "COD"},
+                              .needs = {},
+                              .make = Importing(row)};
+        };
+        import.Get().Errors.Action = ErrorAction::Abort;
+        RowSelection rows;
+        rows.Add({.procedure = "Import", .name = "tabella 'A', COD '2'", .table = "A", .key = "2"});
+        rows.Add({.procedure = "Import", .name = "tabella 'B', COD '5'", .table = "B", .key = "5"});
+        rows.Begin("Import");
+        import.Get().Selection = limited ? &rows : nullptr;
+        ProcedureOf(std::nullopt, FrameNamed("Import"), {part("A"), part("B")}).run(import.Get(), {}, false);
+        import.Get().Selection = nullptr;
+        const RunResult& result = import.Get().Results.last();
+        QCOMPARE(result.outcome, RunResult::Outcome::Failed);
+        QCOMPARE(result.sourceRows, limited ? 2 : 5);
+        QCOMPARE(result.givenUpCount, 1);
+        QCOMPARE(result.notReached, limited ? 1 : 3);
+        QVERIFY(result.AddsUp());
+        QCOMPARE(result.details, limited ? QStringList() : QStringList("Tabella B, righe non lette: 2"));
+    }
+
                                          {"CKFAS", "FASE", NotBlank(Text())},
                                          {"CKSEQ", "NUM", RoundedTo(0)},
                                          {"CKMAX", "MASSIMO", RoundedTo(6)}},

@@ -25,32 +25,34 @@ struct Import {
     Needs needs;
 };
 
-/// @param told condition that settings or operator tell; empty for none
-/// @return false when the operator cancelled, or there is no completion to be told
-bool RunPart(ImportRun& run, const ImportPart& part, Importer& importer, const QString& told,
-             const QString& singleCode) {
-    importer.Begin();
-    const auto loopWith = [&](const QString& condition) {
-        QStringList conditions{told, condition};
-        conditions.removeAll(QString());
-        return part.source.Loop(run, part.step, conditions.join(QStringLiteral(" AND ")), singleCode);
-    };
-    ImportRun::Loop loop = loopWith(importer.Condition());
-    if (const Importer::LeftOut leftOut = importer.LeavesOut(); !leftOut.words.isEmpty()) {
-        loop.leftOut = leftOut.words;
-        loop.countAll = loopWith(leftOut.condition).count;
-    }
-    const bool toTheEnd = run.Rows(
-        loop, [&importer](const SourceRow& row) { return importer.Row(row); }, [&importer] { importer.EndGroup(); });
-    return toTheEnd && importer.End();
-}
-
 /// A part in a run of the procedure.
 struct PartOfRun {
     const ImportPart& declared;
     QString told; ///< condition that settings or operator tell; empty for none
     std::unique_ptr<Importer> importer;
 };
+
+ImportRun::Loop LoopOf(ImportRun& run, const PartOfRun& part, const QString& condition, const QString& singleCode) {
+    QStringList conditions{part.told, condition};
+    conditions.removeAll(QString());
+    return part.declared.source.Loop(run, part.declared.step, conditions.join(QStringLiteral(" AND ")), singleCode);
+}
+
+/// @param begun parts whose rows have been read, or are
+/// @return false when the operator cancelled, or there is no completion to be told
+bool RunPart(ImportRun& run, const PartOfRun& part, const QString& singleCode, size_t& begun) {
+    Importer& importer = *part.importer;
+    importer.Begin();
+    ImportRun::Loop loop = LoopOf(run, part, importer.Condition(), singleCode);
+    if (const Importer::LeftOut leftOut = importer.LeavesOut(); !leftOut.words.isEmpty()) {
+        loop.leftOut = leftOut.words;
+        loop.countAll = LoopOf(run, part, leftOut.condition, singleCode).count;
+    }
+    ++begun;
+    const bool toTheEnd = run.Rows(
+        loop, [&importer](const SourceRow& row) { return importer.Row(row); }, [&importer] { importer.EndGroup(); });
+    return toTheEnd && importer.End();
+}
 
 std::vector<PartOfRun> PartsOf(ImportRun& run, const Import& import, const QString& singleCode) {
     std::vector<PartOfRun> parts;
@@ -86,15 +88,44 @@ void EmptyFor(ImportRun& run, const std::vector<PartOfRun>& parts, TriggersOff& 
     }
 }
 
+/// Counts the rows of the parts from one on, which a run that broke off does not come to.
+void LeaveUnread(ImportRun& run, const std::vector<PartOfRun>& parts, size_t from, const QString& singleCode) {
+    for (size_t i = from; i < parts.size(); ++i) {
+        try {
+            run.DoesNotReach(LoopOf(run, parts[i], parts[i].importer->Condition(), singleCode));
+        } catch (const Error&) { // its condition cannot be asked for any more
+            run.DoesNotReach({parts[i].declared.step, {}, {}, {}, {}});
+        }
+    }
+}
+
+/// Runs them in turn. @return whether the completion message is shown
+bool RunInTurn(ImportRun& run, const std::vector<PartOfRun>& parts, const QString& singleCode) {
+    size_t begun = 0;
+    bool isWhole = true;
+    try {
+        for (size_t i = 0; isWhole && i < parts.size(); ++i) {
+            isWhole = RunPart(run, parts[i], singleCode, begun);
+        }
+    } catch (...) {
+        LeaveUnread(run, parts, begun, singleCode);
+        throw;
+    }
+    if (run.WasCancelled()) {
+        LeaveUnread(run, parts, begun, singleCode);
+    }
+    return isWhole;
+}
+
 void RunParts(ImportRun& run, const Import& import, const QString& singleCode, bool reset) {
     const std::vector<PartOfRun> parts = PartsOf(run, import, singleCode);
     TriggersOff triggers(run, QuietTables(parts));
     EmptyFor(run, parts, triggers, reset);
+    if (!RunInTurn(run, parts, singleCode)) {
+        return;
+    }
     QString completion = import.frame.completion;
     for (const PartOfRun& part : parts) {
-        if (!RunPart(run, part.declared, *part.importer, part.told, singleCode)) {
-            return;
-        }
         completion = part.importer->Completion(completion);
     }
     run.Complete(completion);

@@ -109,9 +109,41 @@ void ImportRun::SwitchTriggersOn(const QString& table, const std::optional<QStri
     }
 }
 
+void ImportRun::DoesNotReach(const Loop& loop) noexcept {
+    if (m_session.Selection != nullptr && m_session.Selection->Limits()) { // it counts those that it was limited to
+        return;
+    }
+    std::optional<qint64> rows;
+    try {
+        const ovErrors::Acting acting(m_session.Errors, ErrorAction::Abort); // a count is not worth a question
+        ovConnection& database = loop.database != nullptr ? *loop.database : m_session.SourceConnection();
+        rows = loop.count.isEmpty() ? std::nullopt : std::optional(database.ExecuteCommand(loop.count));
+        m_account.Result.sourceRows += rows.value_or(0);
+    } catch (...) { // what the run broke off for has been told
+        rows.reset();
+    }
+    try {
+        if (rows != 0) {
+            Tell(QStringLiteral("%1, righe non lette: %2")
+                     .arg(loop.step, rows ? QString::number(*rows) : QStringLiteral("non si sa quante")));
+        }
+    } catch (...) {
+        m_session.Errors.Monitoring(m_account.Result.module, m_account.Result.procedure);
+    }
+}
+
+/// A run that broke off has not reached those of the rows it was limited to that it has not met.
+void ImportRun::CountNotMet() {
+    const bool brokeOff = m_failed || WasCancelled();
+    if (brokeOff && m_session.Selection != nullptr && m_session.Selection->Limits()) {
+        m_account.Result.sourceRows += static_cast<qint64>(m_session.Selection->NotMet().size());
+    }
+}
+
 void ImportRun::Finish() {
     CommitAccount();
     TellNotMet();
+    CountNotMet();
     m_account.Result.notReached =
         std::max<qint64>(0, m_account.Result.sourceRows - m_account.Result.inserted - m_account.Result.updated -
                                 m_account.Result.skipped - m_account.Result.givenUpCount);

@@ -71,6 +71,11 @@ public:
     /// @param groupEnd called after the last of the rows that belong together
     /// @return false when the operator cancelled
     bool Rows(const Loop& loop, const RowWork& row, const std::function<void()>& groupEnd = {});
+    /// Counts the rows of a loop that a run which broke off does not come to: they are not reached, and log and result
+    /// tell them with its step. Where that cannot be asked any more (or the query is empty) they tell the step alone.
+    void DoesNotReach(const Loop& loop) noexcept;
+    /// Whether the operator has cancelled the run.
+    bool WasCancelled() const { return m_account.Result.outcome == RunResult::Outcome::Cancelled; }
     /// Leaves the row under way out by a rule of the import, which the result tells with the number of its rows.
     /// @param rule in the operator's words, e.g. "documento già importato"
     RowOutcome Skip(const QString& rule) {
@@ -185,6 +190,7 @@ private:
     void WillEmpty(const QString& table, const QString& condition = {}) const;
     void TellEmptied(const QString& table, qint64 rows, const QString& line);
     void TellNotMet();
+    void CountNotMet();
     void LogEnding();
     void Finish();
 

@@ -65,7 +65,7 @@ public:
         };
         for (const QString& column : table.necessary) {
             if (!Has(present, column)) {
-                m_lacks.necessary.append(line(column));
+                m_lacks.necessary.append(line(column) + InsteadOf(layout, table.name, column));
             }
         }
         for (const QString& column : table.optional) {
@@ -77,6 +77,15 @@ public:
     }
 
 private:
+    /// What is to be done about a necessary column of which the layout says that the source has none; empty for others.
+    static QString InsteadOf(const SourceLayout* layout, const QString& table, const QString& column) {
+        return layout == nullptr || !layout->IsMarkedMissing(table, column)
+                   ? QString()
+                   : QStringLiteral(
+                         ": è necessaria. Indicare in [COLONNE] la colonna che la sostituisce; se l'origine "
+                         "non ne ha una, indicare in [TABELLE] una vista o una copia della tabella che abbia "
+                         "in più una colonna vuota con questo nome");
+    }
     /// How the source calls a table, where that is another name.
     QString CalledOtherwise(const QString& table) const {
         const sources::LayoutTable* known = m_isSource ? LayoutOf(m_connection).Find(table) : nullptr;
