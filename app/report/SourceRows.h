@@ -42,7 +42,14 @@ public:
 
     /// The rows that were given up, as the history tells them apart.
     const QStringList& GivenUp() const { return m_givenUp; }
-    void RowIsGivenUp(const RejectedRow& row) noexcept override { m_givenUp.append(history::History::KeyOf(row)); }
+    /// The source is read a second time: a row that is given up again counts once.
+    void AreReadAgain() { m_before = QSet<QString>(m_givenUp.begin(), m_givenUp.end()); }
+    void RowIsGivenUp(const RejectedRow& row) noexcept override {
+        const QString key = history::History::KeyOf(row);
+        if (!m_before.contains(key)) {
+            m_givenUp.append(key);
+        }
+    }
 
 private:
     Session& m_session;
@@ -50,6 +57,7 @@ private:
     QHash<QString, QHash<qint64, QString>> m_rows; ///< by table
     QHash<QString, QSet<QString>> m_columns;       ///< that were rewritten, by table
     QStringList m_givenUp;
+    QSet<QString> m_before; ///< given up when the source was read first
 };
 
 } // namespace proof

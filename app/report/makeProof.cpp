@@ -6,6 +6,7 @@
 #include "app/history/History.h"
 #include "app/procedureTitle.h"
 #include "app/process.h"
+#include "app/report/FirstDay.h"
 #include "app/report/PartiesAnew.h"
 #include "app/report/TableWatch.h"
 #include "core/worker.h"
@@ -113,9 +114,12 @@ QStringList ColumnsIn(const QString& table, const QStringList& columns) {
 
 /// Takes what more of the rows that are there was compared. Rows that are missing or too many are told by the trial
 /// that saw all of them.
-void Deepen(TableFigures& figures, const TableFigures& deeper) {
+/// @param givenUp rows of the source that could not be read so: those of Quadrix are not compared
+void Deepen(TableFigures& figures, const TableFigures& deeper, qint64 givenUp) {
     const auto isOfValues = [](const Difference& each) { return each.kind == Difference::Kind::Value; };
-    figures.equal = std::max<qint64>(0, figures.OfTarget() - figures.surplus - deeper.different);
+    const qint64 there = figures.OfTarget() - figures.surplus - deeper.different;
+    figures.equal = std::max<qint64>(0, there - givenUp);
+    figures.kept += std::max<qint64>(0, there) - figures.equal;
     figures.different = deeper.different;
     figures.samples = deeper.samples;
     std::erase_if(figures.differences, isOfValues);
@@ -134,10 +138,13 @@ bool IsOpen(Session& session, const ::OpenCode& code) {
 /// One kind under comparison.
 class Comparison {
 public:
-    Comparison(Session& session, const Choice& choice, const Answers& answers, Wanted wanted)
+    /// @param past runs that are kept, the latest first
+    Comparison(Session& session, const Choice& choice, const Answers& answers, const std::vector<history::Run>& past,
+               Wanted wanted)
         : m_session(session),
           m_choice(choice),
           m_answers(answers),
+          m_past(past),
           m_wanted(std::move(wanted)),
           m_procedures(ProceduresOf(*choice.origin, m_wanted)),
           m_sourceRows(session) {}
@@ -157,10 +164,12 @@ private:
     void TellUncompared();
     bool CanRepeat() const;
     void CompareParties();
+    qint64 TakeGivenUpAnew(const QVector<RunResult>& anew);
 
     Session& m_session;
     const Choice& m_choice;
     const Answers& m_answers;
+    const std::vector<history::Run>& m_past;
     Wanted m_wanted;
     std::vector<const Procedure*> m_procedures;
     SourceRows m_sourceRows;
@@ -220,9 +229,9 @@ Kind Comparison::Run() {
     if (m_answers.keep) {
         m_answers.keep();
     }
+    const FirstDay firstDay(m_session, m_past, *m_choice.origin, m_procedures);
     const FlowOutcome outcome = RunImport(m_session, Request(Look()));
     TakeSteps(first);
-    TakeHistory();
     if (outcome != FlowOutcome::Done) {
         TakeTrouble(quiet.Kept());
     }
@@ -236,6 +245,7 @@ Kind Comparison::Run() {
         CompareParties();
         TellUncompared();
     }
+    TakeHistory();
     return m_kind;
 }
 
@@ -264,6 +274,7 @@ void Comparison::CompareParties() {
                      m_sourceRows);
     PartiesAnew anew(m_session);
     const qsizetype first = m_session.Results.size();
+    m_sourceRows.AreReadAgain();
     const FlowOutcome outcome = RunImport(m_session, Request({[&] {
                                                                   watch.Before();
                                                                   anew.Hide();
@@ -272,14 +283,36 @@ void Comparison::CompareParties() {
                                                                   anew.Show();
                                                                   watch.After();
                                                               }}));
+    const QVector<RunResult> results = m_session.Results.mid(first);
     m_session.Results.resize(first);
     if (outcome != FlowOutcome::Done) {
         m_kind.trouble = QStringLiteral("le controparti non si sono potute rileggere per intero");
         return;
     }
     watch.Since();
-    Deepen(*figures, watch.Figures());
+    Deepen(*figures, watch.Figures(), TakeGivenUpAnew(results));
     m_isDeepened = true;
+}
+
+/// Takes the rows that were given up only where their counterparty was written anew: what it keeps when it is there
+/// was not looked at before. Returns how many.
+qint64 Comparison::TakeGivenUpAnew(const QVector<RunResult>& anew) {
+    qint64 rows = 0;
+    for (size_t i = 0; i < std::min(m_kind.steps.size(), static_cast<size_t>(anew.size())); ++i) {
+        RunResult& result = m_kind.steps[i].result;
+        const RunResult& again = anew.at(static_cast<qsizetype>(i));
+        const qint64 more = std::clamp<qint64>(again.givenUpCount - result.givenUpCount, 0, result.updated);
+        QSet<QString> known;
+        for (const RunResult::GivenUp& row : result.givenUp) {
+            known.insert(row.rowKey);
+        }
+        std::copy_if(again.givenUp.begin(), again.givenUp.end(), std::back_inserter(result.givenUp),
+                     [&](const RunResult::GivenUp& row) { return more > 0 && !known.contains(row.rowKey); });
+        result.givenUpCount += more;
+        result.updated -= more; // they were found
+        rows += more;
+    }
+    return rows;
 }
 
 /// The columns of the compared rows that nobody has compared, with the number of their cells.
@@ -414,9 +447,10 @@ std::optional<Proof> Make(Session& session, Choice choice, const std::vector<Wan
     proof.worker = WorkerText();
     proof.version = process::VersionText(QStringLiteral("Quadrix/IMPORT")).section(u'\n', 0, 0);
     {
+        const std::vector<history::Run> past = PastOf(session);
         const Undisturbed undisturbed(session);
         for (const Wanted& each : wanted) {
-            Comparison comparison(session, choice, answers, each);
+            Comparison comparison(session, choice, answers, past, each);
             proof.kinds.push_back(comparison.Run());
             proof.source = proof.source.isEmpty() ? comparison.Source() : proof.source;
         }

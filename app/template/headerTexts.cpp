@@ -12,7 +12,7 @@ constexpr std::array Texts{
     HeaderText{
         "COCGE", "Codice",
         "Il codice che il cliente o il fornitore ha da chi compila; Quadrix gliene dà uno suo e conserva questo. "
-        "Reimportato, aggiorna la stessa controparte.",
+        "Reimportato, ritrova la stessa controparte: nome, indirizzo e condizioni restano quelli di Quadrix.",
         "ESEMPIO-1"},
     HeaderText{"CORAS", "Ragione sociale", "Oltre 35 caratteri continua nella seconda riga, CORA2.",
                "Esempio S.r.l. (da sovrascrivere)"},

@@ -4,6 +4,7 @@
 #include "app/report/json.h"
 #include "app/report/makeProof.h"
 #include "app/report/verdict.h"
+#include "app/sequence.h"
 #include "examples/examples.h"
 #include "tests/app/gescom.h"
 #include "tests/support/QuadrixTest.h"
@@ -166,6 +167,28 @@ private slots:
             QVERIFY2(firstPage.contains(line.toHtmlEscaped()), qPrintable(firstPage));
             QVERIFY(QString::fromUtf8(json).contains(line));
         }
+    }
+
+    /// Rows that a sequence has left out by its own first day are not missing, whatever the setting says.
+    void TakesTheDayOfTheSequence() {
+        Migrated target;
+        Session& session = target.Get();
+        const QString last = target.Value("SELECT MAX(DTDAT) FROM X01_DOC_VEN").left(8);
+        const QDate day = QDate::fromString(last, "yyyyMMdd");
+        QVERIFY2(day.isValid(), qPrintable(last));
+        for (const char* table : {"DOC_VER", "DOC_VEN"}) {
+            target.Execute(QString("DELETE FROM X01_") + table);
+        }
+        QVERIFY(VerdictOf(FindingsOf(target.Compared({{contract::Button::Doc}}))).light == Light::Red);
+        ovConnection kept;
+        OpenEmbedded(kept, target.Folder.filePath("Cronologia.sqlite"))
+            .Execute("UPDATE runs SET options = '" + FirstDayOptions(day.addYears(1)).join(QString()) + "'");
+        kept.CloseConnection();
+        const Proof proof = target.Compared({{contract::Button::Doc}});
+        const Verdict verdict = VerdictOf(FindingsOf(proof));
+        QVERIFY2(verdict.light != Light::Red, qPrintable(verdict.reason));
+        QVERIFY(Html(proof).contains("anno di DateStart di Sequence.ini, esecuzione "));
+        QVERIFY(!session.DocumentsFrom.isValid());
     }
 
     /// Whatever is done to Quadrix by hand is found and named, with both values.

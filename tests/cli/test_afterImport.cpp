@@ -134,6 +134,19 @@ private slots:
         QVERIFY(Json({"codes", "apply", "--company", "X01"}, 0)["rowsRepeated"].toInt() == 0);
     }
 
+    /// A run of rows given up that breaks off leaves those behind it where they were.
+    void namesTheRejectsThatAreOpen() {
+        const QStringList again{"import", "--rejects-of", "4", "--errors", "abort"};
+        const CliRun::Ended ended = m_run.Run(again);
+        QCOMPARE(ended.exitCode, 1);
+        QVERIFY2(ended.output.contains("poi import --rejects-of 4 --mended") &&
+                     !ended.output.contains("non raggiunte 0"),
+                 qPrintable(ended.output));
+        const CliRun::Ended missing = m_run.Run({"import", "--rejects-of", "1", "--mended", Path("manca.csv")});
+        QCOMPARE(missing.exitCode, 2);
+        QVERIFY2(missing.errors.contains("manca.csv' non c'è"), qPrintable(missing.errors));
+    }
+
     void importsWhatIsMended() {
         const auto mend = [this](int run, const std::function<void(QMap<QString, QString> & row)>& how) {
             const QString number = QString::number(run);
@@ -143,9 +156,10 @@ private slots:
                 QTest::qFail("what is mended is written over", __FILE__, __LINE__);
             }
             QFile::remove(Path("scarti.xlsx"));
+            QFile::rename(Path("corretti.xlsx"), Path("corretti-TABELLA.xlsx")); // as one of several is named
             const QJsonObject result =
                 Json({"import", "--rejects-of", number, "--mended", Path("corretti.xlsx"), "--errors", "ignore"}, 0);
-            QFile::remove(Path("corretti.xlsx"));
+            QFile::remove(Path("corretti-TABELLA.xlsx"));
             return result;
         };
         mend(1, [](QMap<QString, QString>& row) { row["SC1CLFOR"] = "10"; });
@@ -183,6 +197,18 @@ private slots:
         QVERIFY2(runs.contains("Nessuna riga scartata"), qPrintable(runs));
         const QJsonObject after = Json(QStringList{"report", "--output", Path("2.html")} + m_which, 4);
         QCOMPARE(after["verdict"].toString(), QString("yellow"));
+        // Those of counterparties too, which an import leaves as they are when they are there.
+        qint64 mended = 0;
+        qint64 imported = 0;
+        for (const QJsonValue& data : after["data"].toArray()) {
+            mended += data["mended"].toInteger();
+        }
+        for (const char* run : {"1", "2", "4"}) {
+            for (const QJsonValue& procedure : Json({"history", "--run", run}, 0)["procedures"].toArray()) {
+                imported += procedure["rejectsImported"].toInteger();
+            }
+        }
+        QCOMPARE(mended, imported);
         QVERIFY2(after["reason"].toString().contains("si sono importate coi valori corretti") &&
                      !after["reason"].toString().contains("non si possono importare") &&
                      !after["reason"].toString().contains("senza traduzione"),
@@ -190,7 +216,7 @@ private slots:
     }
 
     void comparesTheRuns() {
-        const QString told = m_run.Run({"history", "--run", "10", "--compare", "2"}).output;
+        const QString told = m_run.Run({"history", "--run", "11", "--compare", "2"}).output;
         QVERIFY2(told.contains("Ora importata: ImportArticoliGescom"), qPrintable(told));
     }
 
