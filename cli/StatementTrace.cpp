@@ -16,7 +16,7 @@ void StatementTrace::Start(const QString& path, Session& session, const QStringL
 
 void StatementTrace::Target(const QString& statement) {
     const bool takesBack = statement.startsWith(QLatin1String("ROLLBACK"));
-    if (m_file.isOpen() && !(m_isBroken && takesBack)) { // what the trace lacks is not done: it is taken back
+    if (m_file.isOpen() && (m_trouble.isEmpty() || !takesBack)) { // what the trace lacks is not done: it is taken back
         Write((m_session->Quadrix.Embedded ? ReplayText(statement) : statement) + QStringLiteral(";\n"));
     }
 }
@@ -29,8 +29,11 @@ void StatementTrace::Source(const QString& statement) {
 
 void StatementTrace::Write(const QString& text) {
     const QByteArray bytes = text.toUtf8();
-    m_isBroken = m_isBroken || m_file.write(bytes) != bytes.size() || !m_file.flush();
-    if (m_isBroken) {
-        throw ImportError(QStringLiteral("File di traccia '%1': %2").arg(m_path, m_file.errorString()));
+    if (m_trouble.isEmpty() && (m_file.write(bytes) != bytes.size() || !m_file.flush())) {
+        const bool isPart = m_file.error() == QFileDevice::WriteError; // the system has given no reason
+        m_trouble = isPart ? QStringLiteral("ne è scritta solo una parte (disco pieno?)") : m_file.errorString();
+    }
+    if (!m_trouble.isEmpty()) {
+        throw ImportError(QStringLiteral("File di traccia '%1': %2").arg(m_path, m_trouble));
     }
 }

@@ -27,6 +27,6 @@ private:
 
     QString m_path;
     QFile m_file;
-    bool m_isBroken = false; ///< a statement is missing in it
+    QString m_trouble; ///< why a statement is missing in it; empty: none is
     const Session* m_session = nullptr;
 };
