@@ -96,7 +96,10 @@ private slots:
         test.Set("IMPORT", "Disable_ImportDoc", "si");
         test.Set("IMPORT", "Disable_ImportCli", "1");
         test.Set("IMPORT", "Disable_Sequence", "1");
+        DialogDriver driver;
         test.Start();
+        QVERIFY2(driver.Events.size() == 1 && driver.Events.first().contains("Disable_ImportDoc"),
+                 qPrintable(driver.Events.join('|')));
         for (const char* list : {"cmbAzienda", "cmbOrigine", "cmbErrors"}) {
             QVERIFY(!test.List(list).isEnabled());
         }
