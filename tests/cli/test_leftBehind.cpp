@@ -48,6 +48,7 @@ private slots:
     void traceIsWrittenAnew() {
         const QString path = m_cli->Folder.filePath("trace.sql");
         WriteFile(path, ""); // made by whoever wanted its name
+        m_cli->Run({"truncate", "--company", "X01", "--yes"}); // the first run marks the database
         QByteArray first;
         for (int time = 0; time < 2; ++time) {
             m_cli->Run({"truncate", "--company", "X01", "--yes", "--trace", path});
