@@ -1,6 +1,8 @@
 #include "adapters/contract/kinds/Articles.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/ArticleRemains.h"
+#include "adapters/contract/write/cutTexts.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -115,7 +117,8 @@ public:
     ArticleImporter(ImportRun& run, std::shared_ptr<const ArticlesKind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
-          m_writer(run) {}
+          m_writer(run),
+          m_remains(run) {}
 
     QString Condition() const override {
         return m_kind->declared.condition ? m_kind->declared.condition(GetSession()) : QString();
@@ -125,23 +128,108 @@ public:
         if (!condition.isEmpty() && !Run().IsPart()) {
             Run().Tell(QStringLiteral("Condizione delle impostazioni: si leggono gli articoli con %1").arg(condition));
         }
+        LookAtSource();
     }
     RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_remains.Close();
+        return true;
+    }
 
 private:
+    void LookAtSource();
     void SetUnits(const SourceRow& row, TargetRow& target) const;
-    void TellCut(const SourceRow& row, const TargetRow& target) const;
     void Claim(const SourceRow& row, const QString& article);
-    void LinkSuppliers(const SourceRow& row, const QString& article) const;
+    void LinkSuppliers(const SourceRow& row, const QString& article);
     SupplierLink LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier, bool isFirst) const;
-    void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const;
-    void WriteChildren(const SourceRow& row, const QString& article) const;
+    QString DescriptionThere(const SourceRow& row, const Field& description) const;
+    void WriteCode(const QString& article, const QString& code, const QString& counterparty,
+                   const QString& description);
+    void WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article);
+    void WriteChildren(const SourceRow& row, const QString& article);
     RowOutcome FillCodesOf(const SourceRow& row, const Facts& facts) const;
 
     std::shared_ptr<const ArticlesKind> m_kind;
     ArticleWriter m_writer;
-    QString m_last; ///< CDART of the article carried over last
+    ArticleRemains m_remains;
+    bool m_tellsSuppliers = false; ///< whether the source has the columns that tell them
+    QString m_last;                ///< CDART of the article carried over last
 };
+
+/// Whether the source has the columns that a field reads, of a table or of those joined with it.
+class ColumnsOfSource {
+public:
+    ColumnsOfSource(Session& session, const SourceTable& source)
+        : m_session(session),
+          m_source(source) {}
+
+    bool Has(const ChildTable& rows, const Field& field) {
+        if (!rows.table.isEmpty()) {
+            return AreIn({rows.table}, field);
+        }
+        QStringList tables{m_source.table};
+        for (const Join& join : m_source.joins) {
+            tables.append(join.table);
+        }
+        return AreIn(tables, field);
+    }
+
+private:
+    bool AreIn(const QStringList& tables, const Field& field) {
+        const QStringList columns = BareColumns(field.Columns().join(QStringLiteral(", ")));
+        return std::all_of(columns.begin(), columns.end(), [&](const QString& column) {
+            return std::any_of(tables.begin(), tables.end(),
+                               [&](const QString& table) { return Of(table).contains(column, Qt::CaseInsensitive); });
+        });
+    }
+    const QStringList& Of(const QString& table) {
+        QStringList& columns = m_columns[table];
+        if (columns.isEmpty()) {
+            for (const ColumnInfo& column : m_session.SourceConnection().GetColumns(table)) {
+                columns.append(column.name);
+            }
+        }
+        return columns;
+    }
+
+    Session& m_session;
+    const SourceTable& m_source;
+    QHash<QString, QStringList> m_columns; ///< by table
+};
+
+/// What the source has no column for, it does not say that there is none of.
+void ArticleImporter::LookAtSource() {
+    const Articles& declared = m_kind->declared;
+    ColumnsOfSource columns(GetSession(), declared.source);
+    int internal = 0;
+    int ofCounterparties = 0;
+    bool hasInternal = true;
+    bool hasOfCounterparties = true;
+    for (const Aliases& each : declared.aliases) {
+        const bool has = columns.Has(each.rows, each.code);
+        if (each.counterparty.IsSet()) {
+            ++ofCounterparties;
+            hasOfCounterparties = hasOfCounterparties && has && columns.Has(each.rows, each.counterparty);
+        } else {
+            ++internal;
+            hasInternal = hasInternal && has;
+        }
+    }
+    m_tellsSuppliers = !declared.suppliers.empty();
+    for (const SupplierOfArticle& each : declared.suppliers) {
+        m_tellsSuppliers = m_tellsSuppliers && columns.Has(each.rows, each.supplier);
+        if (each.ownCode.IsSet()) {
+            ++ofCounterparties;
+            hasOfCounterparties = hasOfCounterparties && columns.Has(each.rows, each.ownCode);
+        }
+    }
+    const bool hasTexts = std::all_of(declared.languages.begin(), declared.languages.end(),
+                                      [&](const LanguageTexts& each) { return columns.Has(each.rows, each.text); });
+    m_remains.Begin({.internalCodes = internal > 0 && hasInternal,
+                     .counterpartyCodes = ofCounterparties > 0 && hasOfCounterparties,
+                     .texts = !declared.languages.empty() && hasTexts,
+                     .location = declared.location.IsSet() && columns.Has({}, declared.location)});
+}
 
 RowOutcome ArticleImporter::Row(const SourceRow& row) {
     const Articles& declared = m_kind->declared;
@@ -164,6 +252,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (FillsCodes(Run())) {
         return IsThere(GetSession(), "ART_ICO", "CDART", facts.code) ? FillCodesOf(row, facts) : SkipGone(Run());
     }
+    m_remains.RowBegins(facts.code);
     const RowOutcome outcome = m_writer.Write(m_kind->mappings.front(), row, facts, [&](TargetRow& target) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
             m_kind->mappings[i].Apply(target, GetSession(), row, facts);
@@ -172,7 +261,9 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
         if (declared.more) {
             declared.more(Run(), row, target);
         }
-        TellCut(row, target);
+        for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
+            TellCut(Run(), m_kind->mappings[i], row, target);
+        }
     });
     m_writer.Texts(facts.code, declared.description.Text(GetSession(), row));
     LinkSuppliers(row, facts.code);
@@ -180,6 +271,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (declared.after) {
         declared.after(Run(), row, facts.code);
     }
+    m_remains.RowEnds(facts.code);
     Run().Restores(m_last);
     m_last = facts.code;
     return outcome;
@@ -199,30 +291,6 @@ RowOutcome ArticleImporter::FillCodesOf(const SourceRow& row, const Facts& facts
     }
     missing.Take(further, m_kind->declared.further.mappings, target);
     return missing.Write(target);
-}
-
-/// A long description is a text of any length in the source: what its column does not hold, and no note gets, is told.
-void ArticleImporter::TellCut(const SourceRow& row, const TargetRow& target) const {
-    const QString column = QStringLiteral("ARDEC");
-    const schema::Table& articles = *schema::FindTable("ART_ICO");
-    for (const Mapping& mapping : m_kind->mappings) {
-        for (const MapLine& line : mapping.lines) {
-            if (line.target != column || line.sources.size() != 1) {
-                continue;
-            }
-            const QString& source = line.sources.first();
-            const auto isNote = [&](const MapLine& one) {
-                return one.sources.contains(source) && articles.FindColumn(one.target)->size == 0;
-            };
-            const qsizetype written = target.Value(column).toString().size();
-            const qsizetype all = row.Text(source).size();
-            if (written < all && written == articles.FindColumn(column)->size &&
-                std::none_of(mapping.lines.begin(), mapping.lines.end(), isNote)) {
-                Run().Log(QStringLiteral("TESTO RIDOTTO: %1, colonna '%2': scritti %3 caratteri di %4")
-                              .arg(Run().RowKey(), source, QString::number(written), QString::number(all)));
-            }
-        }
-    }
 }
 
 void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
@@ -260,7 +328,7 @@ void ArticleImporter::Claim(const SourceRow& row, const QString& article) {
 }
 
 /// Rows of the source that tell one article tell its suppliers together.
-void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article) const {
+void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article) {
     Session& session = GetSession();
     SupplierLinks links(Run(), article);
     bool isFirst = true;
@@ -272,12 +340,13 @@ void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article
             }
             links.Add(LinkOf(one, each, supplier, isFirst));
             isFirst = false;
+            m_remains.ShowsCounterparty(article, supplier);
             if (const QString code = each.ownCode.Text(session, one); !code.isEmpty()) {
-                m_writer.CodeAtCounterparty(article, code, supplier, each.ownDescription.Text(session, one));
+                WriteCode(article, code, supplier, DescriptionThere(one, each.ownDescription));
             }
         });
     }
-    if (article != m_last) {
+    if (article != m_last && m_tellsSuppliers) {
         links.Close();
     }
 }
@@ -297,23 +366,43 @@ SupplierLink ArticleImporter::LinkOf(const SourceRow& row, const SupplierOfArtic
             .minimum = number(of.minimum)};
 }
 
-void ArticleImporter::WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) const {
+/// What the article is called there; what its column does not hold is told.
+QString ArticleImporter::DescriptionThere(const SourceRow& row, const Field& description) const {
+    const QString text = description.Text(GetSession(), row);
+    if (const QStringList columns = description.Columns(); columns.size() == 1) {
+        if (const QString all = row.Text(columns.first()); all.startsWith(text)) {
+            TellCut(Run(), columns, text, all);
+        }
+    }
+    return text;
+}
+
+/// @param counterparty CDCON; empty for a code of the company's own
+void ArticleImporter::WriteCode(const QString& article, const QString& code, const QString& counterparty,
+                                const QString& description) {
+    if (counterparty.isEmpty()) {
+        m_writer.InternalCode(article, code);
+    } else {
+        m_writer.CodeAtCounterparty(article, code, counterparty, description);
+    }
+    m_remains.Shows(article, code, counterparty);
+}
+
+void ArticleImporter::WriteAlias(const SourceRow& row, const Aliases& alias, const QString& article) {
     Session& session = GetSession();
     const QString code = alias.code.Text(session, row);
     const QString counterparty = alias.counterparty.Text(session, row);
     if (code.isEmpty()) {
         return;
     }
-    if (!alias.counterparty.IsSet()) {
-        m_writer.InternalCode(article, code);
-    } else if (!counterparty.isEmpty()) {
-        m_writer.CodeAtCounterparty(article, code, counterparty, alias.ownDescription.Text(session, row));
+    if (!alias.counterparty.IsSet() || !counterparty.isEmpty()) {
+        WriteCode(article, code, counterparty, DescriptionThere(row, alias.ownDescription));
     } else if (alias.counterparty.IsBlank(row)) { // one that is not there its rule tells
         Run().Log(QStringLiteral("CODICE SENZA CONTROPARTE: %1: '%2'").arg(Run().RowKey(), code));
     }
 }
 
-void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article) const {
+void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article) {
     Session& session = GetSession();
     for (const Aliases& each : m_kind->declared.aliases) {
         each.rows.ForEach(session, row, [&](const SourceRow& one) { WriteAlias(one, each, article); });
@@ -323,11 +412,13 @@ void ArticleImporter::WriteChildren(const SourceRow& row, const QString& article
             const QString language = each.language.Text(session, one);
             if (const QString text = each.text.Text(session, one); !text.isEmpty() && !language.isEmpty()) {
                 m_writer.Text(article, QStringLiteral("ARDES"), text, language);
+                m_remains.ShowsText(article, language);
             }
         });
     }
     if (const QString location = m_kind->declared.location.Text(session, row); !location.isEmpty()) {
         m_writer.OwnLocation(article, location);
+        m_remains.ShowsLocation(article);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/cutTexts.h"
 #include "core/modImport.h"
 #include "core/qdxProduction_articles.h"
 #include "core/schemaDefaults.h"
@@ -115,6 +116,7 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
             more(target);
         }
         ClearFactor(mapping, target);
+        TellCut(m_run, mapping, row, target);
     });
     return isNew ? RowOutcome::Inserted : RowOutcome::Updated;
 }
@@ -336,7 +338,6 @@ void SupplierLinks::Add(const SupplierLink& link) {
         there->hasCome = true;
         Rewrite(*there, link);
     }
-    m_hasPreferred = m_hasPreferred || link.preferred;
 }
 
 void SupplierLinks::Insert(const SupplierLink& link) const {
@@ -377,9 +378,10 @@ void SupplierLinks::Rewrite(const There& there, const SupplierLink& link) const 
     }
 }
 
-void SupplierLinks::Close() const {
+void SupplierLinks::Close() {
+    ReadThere();
     for (const There& there : m_there) {
-        if (m_hasPreferred && there.isPreferred && there.isByImport && !there.hasCome) {
+        if (there.isPreferred && there.isByImport && !there.hasCome) {
             TargetRow row(m_run, LinkTable);
             row.Set("AFABI", false);
             row.Update(QStringLiteral("WHERE RECORD_ID = ") + there.id);

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "sql/codeAsked.h"
 
 namespace contract {
@@ -20,16 +21,35 @@ Emptying FreeAttributeEmptying(const QString& table) {
     return {{.table = AttributeTable, .way = Emptied::Way::Delete, .where = QStringLiteral("FLTAB = '%1'").arg(table)}};
 }
 
+namespace {
+
+QString OfRecord(const Session& session, const QString& table, const QString& key) {
+    return Equals(session, "FLTAB", table) + QStringLiteral(" AND ") + Equals(session, "FLKEY", key);
+}
+
+void TakeAway(ImportRun& run, const FreeAttribute& attribute, qint64 known) {
+    const QString condition = Equals("RECORD_ID", known) + QStringLiteral(" AND ") + OfImports(run.GetSession());
+    if (known != 0 && run.DeleteRows(AttributeTable, condition) != 0) {
+        run.Log(QStringLiteral("ATTRIBUTO TOLTO: %1: '%2' di '%3' nell'origine è vuoto")
+                    .arg(run.RowKey(), attribute.name, attribute.key));
+    }
+}
+
+} // namespace
+
 void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
-    if (attribute.value.isEmpty()) {
+    Session& session = run.GetSession();
+    if (attribute.value.isEmpty() && session.Quadrix.IsAbsent(AttributeTable, "FLKEY", attribute.key)) {
         return;
     }
-    Session& session = run.GetSession();
     const qint64 known = IdOfCode(session.Quadrix, AttributeTable,
-                                  Equals(session, "FLTAB", attribute.table) + QStringLiteral(" AND ") +
-                                      Equals(session, "FLKEY", attribute.key) + QStringLiteral(" AND ") +
+                                  OfRecord(session, attribute.table, attribute.key) + QStringLiteral(" AND ") +
                                       Equals(session, "FLFLD", attribute.name),
                                   "FLFLD", attribute.name);
+    if (attribute.value.isEmpty()) {
+        TakeAway(run, attribute, known);
+        return;
+    }
     TargetRow row(run, AttributeTable);
     row.Set("FLTAB", attribute.table);
     row.Set("FLKEY", attribute.key);
@@ -40,6 +60,21 @@ void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
     } else {
         row.Insert();
+    }
+}
+
+void TellAttributesLeft(ImportRun& run, const QString& table, const QString& key, const QStringList& names) {
+    Session& session = run.GetSession();
+    if (session.Quadrix.IsAbsent(AttributeTable, "FLKEY", key)) {
+        return;
+    }
+    Recordset rows =
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT FLFLD FROM %1 WHERE ").arg(run.FullName(AttributeTable)) +
+                                  OfRecord(session, table, key) + QStringLiteral(" AND ") + OfImports(session));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (const QString name = row.Text("FLFLD"); !names.contains(name, Qt::CaseInsensitive)) {
+            TellNoLongerThere(run, QStringLiteral("ATTRIBUTI"), QStringLiteral("'%1' di '%2'").arg(name, key), 1);
+        }
     }
 }
 

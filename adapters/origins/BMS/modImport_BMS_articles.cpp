@@ -27,10 +27,12 @@ ChildTable OfArticle(const QString& table, const QString& order) {
 ChildTable Characteristics() { return OfArticle(Caratteristiche, "COD_CARATT"); }
 
 void WriteCharacteristics(ImportRun& run, const SourceRow& row, const QString& article) {
+    QStringList names;
     Characteristics().ForEach(run.GetSession(), row, [&](const SourceRow& one) {
-        WriteFreeAttribute(run,
-                           {"ART_ICO", article, one.Text("COD_CARATT"), one.Text("VALORE"), one.Text("DES_CARATT")});
+        names.append(one.Text("COD_CARATT"));
+        WriteFreeAttribute(run, {"ART_ICO", article, names.last(), one.Text("VALORE"), one.Text("DES_CARATT")});
     });
+    TellAttributesLeft(run, "ART_ICO", article, names);
 }
 
 } // namespace

@@ -1,0 +1,202 @@
+#include "adapters/contract/write/ArticleRemains.h"
+
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
+#include "sql/mod_ovTools.h"
+
+namespace contract {
+
+namespace {
+
+const QString Codes = QStringLiteral("ART_COD");
+const QString Locations = QStringLiteral("UBI_ART");
+const QString Languages = QStringLiteral("SYS_LNG");
+const QString ArticleColumn = QStringLiteral("CDART");
+
+QString KeyOf(const QString& article) { return mod_ovTools::UpperChars(article); }
+
+bool IsSameText(const QString& one, const QString& other) { return one.compare(other, Qt::CaseInsensitive) == 0; }
+
+} // namespace
+
+void ArticleRemains::Begin(const Told& told) { m_told = m_run.IsPart() ? Told() : told; }
+
+bool ArticleRemains::LooksAtAny() const {
+    return m_told.internalCodes || m_told.counterpartyCodes || m_told.texts || m_told.location;
+}
+
+void ArticleRemains::RowBegins(const QString& article) {
+    if (!LooksAtAny()) {
+        return;
+    }
+    const QString key = KeyOf(article);
+    ++m_begun[key];
+    if (m_read.contains(key)) {
+        return;
+    }
+    Remains remains{article};
+    ReadCodes(remains);
+    ReadTexts(remains);
+    ReadLocations(remains);
+    m_run.Remember(m_read, key);
+    if (!remains.all.empty()) {
+        m_left[key] = std::move(remains);
+        m_run.WhenTakenBack([this, key] { m_left.erase(key); });
+    }
+}
+
+void ArticleRemains::RowEnds(const QString& article) {
+    const auto begun = m_begun.find(KeyOf(article));
+    if (begun != m_begun.end() && --*begun == 0) {
+        m_begun.erase(begun);
+    }
+}
+
+void ArticleRemains::ReadCodes(Remains& into) const {
+    Session& session = m_run.GetSession();
+    if ((!m_told.internalCodes && !m_told.counterpartyCodes) ||
+        session.Quadrix.IsAbsent(Codes, ArticleColumn, into.article)) {
+        return;
+    }
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, CDCOD, COTIP, COCON FROM %1 WHERE ").arg(m_run.FullName(Codes)) +
+        Equals(session, ArticleColumn, into.article) + QStringLiteral(" AND ") + OfImports(session));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const bool isInternal = row.Text("COTIP") == u"I";
+        if (isInternal && m_told.internalCodes) {
+            into.all.push_back({Kind::InternalCode, row.Text("RECORD_ID"), row.Text("CDCOD")});
+        } else if (!isInternal && m_told.counterpartyCodes && !row.IsBlank("COCON")) {
+            into.all.push_back(
+                {Kind::CounterpartyCode, row.Text("RECORD_ID"), row.Text("CDCOD"), row.Text("COCON"), false});
+        }
+    }
+}
+
+void ArticleRemains::ReadTexts(Remains& into) const {
+    Session& session = m_run.GetSession();
+    if (!m_told.texts || session.Quadrix.IsAbsent(Languages, QStringLiteral("LNKEY"), into.article)) {
+        return;
+    }
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, LNLNG FROM %1 WHERE ").arg(m_run.FullName(Languages)) +
+        Equals(session, "LNTBL", m_run.FullName("ART_ICO")) + QStringLiteral(" AND LNFLD = 'ARDES' AND ") +
+        Equals(session, "LNKEY", into.article) + QStringLiteral(" AND ") + OfImports(session));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (row.Text("LNLNG") != schema::defaults::Language) {
+            into.all.push_back({Kind::Text, row.Text("RECORD_ID"), row.Text("LNLNG")});
+        }
+    }
+}
+
+void ArticleRemains::ReadLocations(Remains& into) const {
+    Session& session = m_run.GetSession();
+    if (!m_told.location || session.Quadrix.IsAbsent(Locations, ArticleColumn, into.article)) {
+        return;
+    }
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, CDUBI, UADEF FROM %1 WHERE ").arg(m_run.FullName(Locations)) +
+        Equals(session, ArticleColumn, into.article) + QStringLiteral(" AND ") + OfImports(session));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (mod_ovTools::ToBoolean(row.Value("UADEF"))) {
+            into.all.push_back({Kind::Location, row.Text("RECORD_ID"), row.Text("CDUBI")});
+        }
+    }
+}
+
+/// What the source shows is no remain.
+template<class Condition>
+void ArticleRemains::Found(const QString& article, Condition condition) {
+    const auto left = m_left.find(KeyOf(article));
+    if (left != m_left.end()) {
+        std::erase_if(left->second.all, condition);
+        if (left->second.all.empty()) {
+            m_left.erase(left);
+        }
+    }
+}
+
+void ArticleRemains::Shows(const QString& article, const QString& code, const QString& counterparty) {
+    const Kind kind = counterparty.isEmpty() ? Kind::InternalCode : Kind::CounterpartyCode;
+    Found(article, [&](const Remain& one) {
+        return one.kind == kind && IsSameCode(one.what, code) && IsSameText(one.counterparty, counterparty);
+    });
+    ShowsCounterparty(article, counterparty);
+}
+
+void ArticleRemains::ShowsCounterparty(const QString& article, const QString& counterparty) {
+    const auto left = m_left.find(KeyOf(article));
+    if (left == m_left.end()) {
+        return;
+    }
+    for (Remain& one : left->second.all) {
+        one.isReplaced = one.isReplaced || IsSameText(one.counterparty, counterparty);
+    }
+}
+
+void ArticleRemains::ShowsText(const QString& article, const QString& language) {
+    Found(article, [&](const Remain& one) { return one.kind == Kind::Text && IsSameText(one.what, language); });
+}
+
+void ArticleRemains::ShowsLocation(const QString& article) {
+    Found(article, [](const Remain& one) { return one.kind == Kind::Location; });
+}
+
+void ArticleRemains::Close() {
+    for (const auto& [key, remains] : std::exchange(m_left, {})) {
+        for (const Remain& remain : remains.all) {
+            const bool goes = remain.isReplaced && !m_begun.contains(key);
+            goes ? TakeAway(remains.article, remain) : Tell(remains.article, remain);
+        }
+    }
+}
+
+namespace {
+
+QString CodeText(const QString& code, const QString& counterparty) {
+    return counterparty.isEmpty() ? QStringLiteral("'%1'").arg(code)
+                                  : QStringLiteral("'%1' di '%2'").arg(code, counterparty);
+}
+
+} // namespace
+
+void ArticleRemains::Tell(const QString& article, const Remain& remain) const {
+    const QString of = QStringLiteral("articolo '%1', ").arg(article);
+    switch (remain.kind) {
+    case Kind::InternalCode:
+    case Kind::CounterpartyCode:
+        return TellNotMetAgain(m_run, QStringLiteral("CODICI"), of + CodeText(remain.what, remain.counterparty), 1);
+    case Kind::Text:
+        return TellNotMetAgain(m_run, QStringLiteral("TESTI"), of + QStringLiteral("lingua '%1'").arg(remain.what), 1);
+    case Kind::Location:
+        return TellNotMetAgain(m_run, QStringLiteral("UBICAZIONI"), of + QStringLiteral("'%1'").arg(remain.what), 1);
+    }
+}
+
+void ArticleRemains::TakeAway(const QString& article, const Remain& remain) const {
+    const QString row = QStringLiteral("RECORD_ID = ") + remain.id;
+    const QString line = QStringLiteral("%1: articolo '%2': l'origine non ha più %3");
+    switch (remain.kind) {
+    case Kind::InternalCode:
+    case Kind::CounterpartyCode:
+        m_run.DeleteRows(Codes, row);
+        m_run.Log(line.arg(QStringLiteral("CODICE TOLTO"), article, CodeText(remain.what, remain.counterparty)));
+        return;
+    case Kind::Text:
+        m_run.DeleteRows(Languages, row);
+        m_run.Log(line.arg(QStringLiteral("TESTO TOLTO"), article,
+                           QStringLiteral("la descrizione in '%1'").arg(remain.what)));
+        return;
+    case Kind::Location:
+        TargetRow location(m_run, Locations);
+        location.Set("UADEF", false);
+        location.Update(QStringLiteral("WHERE ") + row);
+        m_run.Log(line.arg(QStringLiteral("UBICAZIONE TOLTA"), article,
+                           QStringLiteral("'%1', che vi resta ma non è più quella consueta").arg(remain.what)));
+        return;
+    }
+}
+
+} // namespace contract

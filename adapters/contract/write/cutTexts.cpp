@@ -1,0 +1,65 @@
+#include "adapters/contract/write/cutTexts.h"
+
+#include <algorithm>
+
+namespace contract {
+
+namespace {
+
+bool IsText(const schema::Column& column) { return column.size > 0 || column.type == DataType::NText; }
+
+/// Whether a column is as full as it can be. Up to two characters may be missing, where the last one would be half of
+/// one and where blanks were.
+bool IsFull(const schema::Column& column, const QString& written) {
+    constexpr int spare = 2;
+    return !written.isEmpty() && written.size() >= column.size - spare;
+}
+
+bool IsBeginning(const schema::Column& column, const QString& written, const QString& all) {
+    return all.size() > column.size && written.size() < all.size() && all.startsWith(written, Qt::CaseInsensitive);
+}
+
+/// Whether another column of the row holds what one has left out: the whole text, or the rest by itself or in a note.
+bool IsRestElsewhere(const schema::Table& table, const TargetRow& target, const QString& written, const QString& all) {
+    const QString rest = all.mid(written.size()).trimmed();
+    return std::any_of(table.columns.begin(), table.columns.end(), [&](const schema::Column& column) {
+        if (!IsText(column)) {
+            return false;
+        }
+        const QString text = target.Value(column.name).toString().trimmed();
+        return text.contains(all, Qt::CaseInsensitive) || text.compare(rest, Qt::CaseInsensitive) == 0 ||
+               (column.size == 0 && text.contains(rest, Qt::CaseInsensitive));
+    });
+}
+
+} // namespace
+
+void TellCut(ImportRun& run, const QStringList& columns, const QString& written, const QString& all) {
+    if (written.size() < all.size()) {
+        run.Log(QStringLiteral("TESTO RIDOTTO: %1, colonna '%2': scritti %3 caratteri di %4")
+                    .arg(run.RowKey(), columns.join(QStringLiteral("', '")), QString::number(written.size()),
+                         QString::number(all.size())));
+    }
+}
+
+void TellCut(ImportRun& run, const Mapping& mapping, const SourceRow& row, const TargetRow& target) {
+    const schema::Table& table = *schema::FindTable(mapping.targetTable);
+    for (const MapLine& line : mapping.lines) {
+        const schema::Column* column = table.FindColumn(line.target);
+        const bool isText = column != nullptr && column->size > 0 && column->refersTo.isEmpty();
+        if (!isText || line.sources.isEmpty()) { // a code is another word than the source's, not its beginning
+            continue;
+        }
+        const QString written = target.Value(line.target).toString().trimmed();
+        if (!IsFull(*column, written)) {
+            continue;
+        }
+        const Facts none;
+        const QString all = RuleInput{run.GetSession(), row, line.sources, none}.Text();
+        if (IsBeginning(*column, written, all) && !IsRestElsewhere(table, target, written, all)) {
+            TellCut(run, line.sources, written, all);
+        }
+    }
+}
+
+} // namespace contract
