@@ -15,6 +15,17 @@ Rule UpToTheNext() {
             [](const RuleInput& input) { return RuleValue(input.Value()); }};
 }
 
+/// The quantity that a price holds up to, as the source tells it.
+Field UpTo(const Field& quantity) {
+    if (!quantity.IsSet()) {
+        return quantity;
+    }
+    const MapLine line = quantity.LineTo(QStringLiteral("SCQTA"));
+    Rule rule = line.rule;
+    rule.text += QStringLiteral("; la quantità fin cui vale");
+    return {line.sources.join(QStringLiteral(", ")), rule};
+}
+
 bool HoldsFromQuantities(const PriceFields& price) {
     return std::ranges::any_of(price.scales, [](const ScaleFields& scale) { return scale.quantityFrom.IsSet(); });
 }
@@ -86,7 +97,7 @@ private:
         static const QStringList discounts{"SCSCO", "SCSC2", "SCSC3"};
         std::vector<std::pair<QString, Field>> fields{
             {"SCQTA", scale.quantityFrom.IsSet() ? Field(scale.quantityFrom.Columns().join(u','), UpToTheNext())
-                                                 : scale.quantity},
+                                                 : UpTo(scale.quantity)},
             {"SCPRZ", scale.price}};
         for (size_t i = 0; i < std::min<size_t>(discounts.size(), scale.discounts.size()); ++i) {
             fields.emplace_back(discounts.at(static_cast<qsizetype>(i)), scale.discounts[i]);
@@ -104,6 +115,10 @@ public:
 
     RowOutcome Row(const SourceRow& row) override;
     void EndGroup() override { m_writer.EndSteps(); }
+    bool End() override {
+        m_writer.EndLists();
+        return true;
+    }
 
 private:
     std::optional<RowOutcome> Write(const SourceRow& row, const PriceFields& price, const QString& article);

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "core/amounts.h"
 #include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
@@ -140,7 +141,7 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
 
 /// A row that was written before rows knew their head has none.
 qint64 PriceListWriter::Article(const ListHead& list, const QString& article, const Validity& validity,
-                                const QString& note) const {
+                                const QString& note) {
     Session& session = m_run.GetSession();
     Recordset known = session.Quadrix.ExecuteWC(
         u"SELECT RECORD_ID, IDTES, LAFIV, LANOT FROM " + m_run.FullName("LIS_ART") + u" WHERE " +
@@ -158,7 +159,10 @@ qint64 PriceListWriter::Article(const ListHead& list, const QString& article, co
             row.Set("LANOT", note);
         }
         row.Insert();
-        return m_run.LastId("LIS_ART");
+        const qint64 inserted = m_run.LastId("LIS_ART");
+        m_run.Remember(m_rows, inserted);
+        m_run.Remember(m_scaled, inserted);
+        return inserted;
     }
     const qint64 id = known.Value("RECORD_ID").toLongLong();
     bool changes = known.Value("IDTES").toLongLong() != list.id;
@@ -178,15 +182,35 @@ qint64 PriceListWriter::Article(const ListHead& list, const QString& article, co
     if (changes) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
     }
+    m_run.Remember(m_rows, id);
     return id;
 }
 
-RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) const {
+/// What an earlier import wrote of an article's row, before anything is written of it now.
+void PriceListWriter::ReadScales(qint64 articleRow) {
+    if (m_scaled.contains(articleRow)) {
+        return;
+    }
+    m_run.Remember(m_scaled, articleRow);
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, SCQTA FROM " + m_run.FullName("LIS_ARS") +
+                                                          u" WHERE " + Equals("IDLSD", articleRow) + u" AND " +
+                                                          OfImports(m_run.GetSession()) + u" ORDER BY SCQTA");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        m_left[articleRow].push_back({0, rows.Value("RECORD_ID").toLongLong(), NumberOf(rows.Value("SCQTA"))});
+    }
+    m_run.WhenTakenBack([this, articleRow] { m_left.erase(articleRow); });
+}
+
+RowOutcome PriceListWriter::AddScale(qint64 articleRow, const Scale& scale) {
+    ReadScales(articleRow);
     Session& session = m_run.GetSession();
     const QString quantity =
         mod_ovTools::FormatSqlValue(QuantityOf(scale), DataType::Double, session.Quadrix.ProviderType);
     const qint64 known = IdWhere(session, "LIS_ARS", Equals("IDLSD", articleRow) + u" AND SCQTA = " + quantity);
     if (known != 0) {
+        if (const auto left = m_left.find(articleRow); left != m_left.end()) {
+            std::erase_if(left->second, [known](const Step& step) { return step.id == known; });
+        }
         Rewrite(known, scale);
         return RowOutcome::Updated;
     }
@@ -219,9 +243,8 @@ void PriceListWriter::Rewrite(qint64 id, const Scale& scale) const {
 RowOutcome PriceListWriter::AddScaleFrom(qint64 articleRow, const Scale& scale) {
     const double from = RoundedTo(NumberOf(scale.quantity), 6);
     Steps& steps = StepsOf(articleRow);
-    if (steps.written.empty() && from > 1) {
-        m_run.Log(QStringLiteral("PREZZO ANCHE PER MENO: %1: vale da %2, Quadrix lo applica anche sotto")
-                      .arg(m_run.RowKey(), mod_ovTools::ToText(scale.quantity)));
+    if (steps.written.empty() || from < steps.written.front().from) {
+        steps.lowest = QStringLiteral("%1: vale da %2").arg(m_run.RowKey(), mod_ovTools::ToText(scale.quantity));
     }
     return WriteStep(steps, articleRow, from, scale);
 }
@@ -288,19 +311,33 @@ RowOutcome PriceListWriter::WriteStep(Steps& steps, qint64 articleRow, double fr
     return RowOutcome::Updated;
 }
 
+namespace {
+
+/// "listino 'L1', articolo 'VITE'".
+QString NameOfRow(const ImportRun& run, qint64 articleRow) {
+    const Recordset row = run.GetSession().Quadrix.ExecuteWC(u"SELECT CDLIS, CDART FROM " + run.FullName("LIS_ART") +
+                                                             u" WHERE " + Equals("RECORD_ID", articleRow));
+    return QStringLiteral("listino '%1', articolo '%2'")
+        .arg(row.Value("CDLIS").toString(), row.Value("CDART").toString());
+}
+
+} // namespace
+
 void PriceListWriter::TellStepGone(qint64 articleRow, const Step& step) const {
-    const Recordset row = m_run.GetSession().Quadrix.ExecuteWC(
-        u"SELECT CDLIS, CDART FROM " + m_run.FullName("LIS_ART") + u" WHERE " + Equals("RECORD_ID", articleRow));
-    const QString which = step.from == 0
+    const QString which = step.from != 0
+                              ? QStringLiteral("un prezzo da ") + mod_ovTools::NumberText(RoundedTo(step.from, 6))
+                          : step.to < schema::defaults::AnyQuantity
                               ? QStringLiteral("il prezzo fino a ") + mod_ovTools::NumberText(RoundedTo(step.to, 6))
-                              : QStringLiteral("un prezzo da ") + mod_ovTools::NumberText(RoundedTo(step.from, 6));
-    m_run.Log(QStringLiteral("PREZZO TOLTO: listino '%1', articolo '%2': l'origine non ha più %3")
-                  .arg(row.Value("CDLIS").toString(), row.Value("CDART").toString(), which));
+                              : QStringLiteral("il prezzo per ogni quantità");
+    m_run.Log(QStringLiteral("PREZZO TOLTO: %1: l'origine non ha più %2").arg(NameOfRow(m_run, articleRow), which));
 }
 
 void PriceListWriter::EndSteps() {
     for (const auto& [articleRow, steps] : std::exchange(m_steps, {})) {
         m_run.Remember(m_done, articleRow);
+        if (!steps.written.empty() && steps.written.front().from > 1) {
+            m_run.Log(QStringLiteral("PREZZO ANCHE PER MENO: %1, Quadrix lo applica anche sotto").arg(steps.lowest));
+        }
         for (const Step& left : steps.earlier) {
             const QString condition = Equals("RECORD_ID", left.id) + u" AND " + OfImports(m_run.GetSession());
             if (m_run.DeleteRows("LIS_ARS", condition) != 0) {
@@ -308,6 +345,50 @@ void PriceListWriter::EndSteps() {
             }
         }
     }
+}
+
+void PriceListWriter::EndLists() {
+    if (m_run.IsPart()) {
+        return;
+    }
+    EndScales();
+    std::map<qint64, ListHead> heads; // in the order in which they stand, also in the log
+    for (const MetList& met : std::as_const(m_lists)) {
+        heads.emplace(met.head.id, met.head);
+    }
+    for (const auto& [id, head] : heads) {
+        TellRowsLeft(head);
+    }
+}
+
+void PriceListWriter::EndScales() {
+    for (const auto& [articleRow, scales] : std::exchange(m_left, {})) {
+        if (m_run.HasGivenUp() && !scales.empty()) {
+            TellNotMetAgain(m_run, QStringLiteral("PREZZI"), NameOfRow(m_run, articleRow),
+                            static_cast<qint64>(scales.size()));
+            continue;
+        }
+        for (const Step& scale : scales) {
+            m_run.DeleteRows("LIS_ARS", Equals("RECORD_ID", scale.id));
+            TellStepGone(articleRow, scale);
+        }
+    }
+}
+
+/// Prices whose end has come hold no more: the source may well have put them away.
+void PriceListWriter::TellRowsLeft(const ListHead& list) const {
+    const Session& session = m_run.GetSession();
+    const QDate today = session.UserManager.DataElaborazione;
+    Recordset rows =
+        m_run.GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, LAFIV FROM " + m_run.FullName("LIS_ART") + u" WHERE " +
+                                             Equals("IDTES", list.id) + u" AND " + OfImports(session));
+    qint64 left = 0;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto end = mod_ovTools::ReadDate(rows.Value("LAFIV"));
+        const bool holds = !end || end->date() >= today;
+        left += holds && !m_rows.contains(rows.Value("RECORD_ID").toLongLong()) ? 1 : 0;
+    }
+    TellNotMetAgain(m_run, QStringLiteral("PREZZI"), QStringLiteral("listino '%1'").arg(list.code), left);
 }
 
 /// A price that was written before its work or its supplier was known has none of them.

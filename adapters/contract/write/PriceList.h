@@ -62,11 +62,10 @@ public:
                   const QString& currency = {}, const QVariant& since = {});
     /// Makes sure that an article is in a list from a day on, and brings end and note up to date; another end that it
     /// had is logged. @return RECORD_ID of its row
-    qint64 Article(const ListHead& list, const QString& article, const Validity& validity,
-                   const QString& note = {}) const;
+    qint64 Article(const ListHead& list, const QString& article, const Validity& validity, const QString& note = {});
     /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is
-    /// logged.
-    RowOutcome AddScale(qint64 articleRow, const Scale& scale) const;
+    /// logged. `EndLists` follows behind the last one of the source.
+    RowOutcome AddScale(qint64 articleRow, const Scale& scale);
     /// Writes a price that holds from its quantity on, up to where the next one begins. All of an article's row belong
     /// together: `EndSteps` follows behind the last of them, and one that comes after it raises `ImportError`. The
     /// lowest one holds for less than its quantity too, as Quadrix knows no lower limit, which is logged.
@@ -74,6 +73,11 @@ public:
     /// Deletes the prices that an earlier import wrote from quantities on which the source has no more, and logs them:
     /// they would go on holding beside the others.
     void EndSteps();
+    /// Behind the last row of the source: deletes the scales that an earlier import wrote for an article's row and that
+    /// `AddScale` has not met, and logs them, as they would go on holding; where rows were given up, which may have
+    /// them, it tells them only. Prices of the lists that were met which hold today and have not come it tells too.
+    /// Nothing in a run that takes some of the source rows alone.
+    void EndLists();
     /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
     /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
     /// of them written once by this writer.
@@ -93,6 +97,7 @@ private:
     };
     /// The scales of an article's row while its rows are read, in the order of their quantities.
     struct Steps {
+        QString lowest; ///< the row of the lowest one, and its quantity, in a message
         std::vector<Step> written;
         std::vector<Step> earlier; ///< of an import before; those found again are taken out
     };
@@ -101,6 +106,9 @@ private:
                      const QVariant& since) const;
     ListHead KnownHead(const QString& list, const QString& direction, const QString& description,
                        const QString& currency) const;
+    void ReadScales(qint64 articleRow);
+    void EndScales();
+    void TellRowsLeft(const ListHead& list) const;
     Steps& StepsOf(qint64 articleRow);
     std::vector<Step> EarlierSteps(qint64 articleRow) const;
     void TellStepGone(qint64 articleRow, const Step& step) const;
@@ -113,10 +121,13 @@ private:
         ListHead head;
         QString currency;
     };
-    QHash<QString, MetList> m_lists; ///< by direction and code
-    std::map<qint64, Steps> m_steps; ///< by article's row, of the rows that belong together
-    QSet<qint64> m_done;             ///< article's rows whose steps are written
-    QSet<qint64> m_works;            ///< RECORD_IDs of the work prices written so far
+    QHash<QString, MetList> m_lists;            ///< by direction and code
+    std::map<qint64, Steps> m_steps;            ///< by article's row, of the rows that belong together
+    QSet<qint64> m_done;                        ///< article's rows whose steps are written
+    QSet<qint64> m_rows;                        ///< article's rows that this import has met
+    QSet<qint64> m_scaled;                      ///< those of them whose scales of before are known
+    std::map<qint64, std::vector<Step>> m_left; ///< by article's row: its scales of before that have not come
+    QSet<qint64> m_works;                       ///< RECORD_IDs of the work prices written so far
 };
 
 } // namespace contract

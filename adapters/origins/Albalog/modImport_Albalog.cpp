@@ -3,7 +3,8 @@
 // that each has (codvet) are known; every other name is this system's own in their style, all releases alike, and is
 // fitted to an installation by the layout file "Tracciati/Albalog.ini". A carrier may stand behind those that it
 // serves: SYS_IMP (anagraf, codvet) holds who has which until all are there. Quadrix numbers the price lists: SYS_IMP
-// tells the number of each code (codicilistino, Albalog). Known gaps: destinations, bills, stock, documents.
+// tells the number of each code (codicilistino, Albalog). A price holds up to qtalis, blank or 0 for any quantity.
+// Known gaps: destinations, bills, stock, documents.
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Counterparties.h"

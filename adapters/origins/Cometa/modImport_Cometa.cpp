@@ -2,7 +2,8 @@
 // their destinations, articles from a day on, price lists. The whole layout, tables and columns, is this system's own
 // in the product's style, all releases alike, and is fitted to an installation by the layout file
 // "Tracciati/Cometa.ini". Quadrix numbers the price lists: SYS_IMP tells the number of each code (codicilistino,
-// COMETA). Left out: prices of a list that LISTES does not have, which are told. Known gaps: bills, stock, documents.
+// COMETA). A price holds up to LRQTAX, blank or 0 for any quantity. Left out: prices of a list that LISTES does not
+// have, which are told. Known gaps: bills, stock, documents.
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/askedSince.h"

@@ -1,9 +1,11 @@
 // Articles and price lists of Gamma: MG66 holds a row for each article, MG87 its descriptions, PD18 what production
-// knows of it; LI10 the prices of the numbered lists, LI16 those of single customers and suppliers. Left out: prices of
-// a single warehouse (LI10_DEPOS_MG58), which Quadrix does not know; LI10_LASTCHANGE.
+// knows of it; LI10 the prices of the numbered lists, which hold from LI10_QTA on, LI16 those of single customers and
+// suppliers. A supplier of an article has its cost, days and lot. Left out: prices of a single warehouse
+// (LI10_DEPOS_MG58), which Quadrix does not know; LI10_LASTCHANGE.
 
 #include "adapters/origins/GammaSqlServer/modImport_GammaSqlServer.h"
 
+#include "adapters/contract/kinds/childRules.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -88,6 +90,8 @@ Needs PriceNeeds() {
     return needs;
 }
 
+const QString Artclifor = QStringLiteral("MG73_ARTCLIFOR");
+
 /// Rows of the article in another table. @param table,code its name and the code of its columns
 ChildTable OfArticle(const QString& table, const QString& code, const QString& order, const QString& where) {
     return {.table = table,
@@ -97,7 +101,14 @@ ChildTable OfArticle(const QString& table, const QString& code, const QString& o
 }
 
 ChildTable CodesOf(const QString& where) {
-    return OfArticle("MG73_ARTCLIFOR", "MG73", "MG73_TIPOCF_CG44, MG73_CLIFOR_CG44", where);
+    return OfArticle(Artclifor, "MG73", "MG73_TIPOCF_CG44, MG73_CLIFOR_CG44", where);
+}
+
+/// What the article itself tells, for one of its suppliers.
+Field OfItsArticle(const QString& columns, const Rule& rule) {
+    const ChildTable article{.table = Anagrart,
+                             .on = {{"MG66_DITTA_CG18", "MG73_DITTA_CG18"}, {"MG66_CODART", "MG73_CODART_MG66"}}};
+    return {"MG73_CODART_MG66", OfFirst(Artclifor, article, columns, rule)};
 }
 
 /// A price with its two surcharges in percent.
@@ -156,6 +167,9 @@ Articles Articoli() {
         .suppliers = {{.rows = CodesOf("MG73_TIPOCF_CG44 = 1"),
                        .supplier = {"MG73_CLIFOR_CG44", KnownSupplier()},
                        .ownCode = "MG73_CODARTCF",
+                       .price = OfItsArticle("MG66_COSTOSTD, MG66_COSTOULT", FirstNotZero()),
+                       .leadDays = OfItsArticle("MG66_GGAPPROV", RoundedTo(0)),
+                       .lot = OfItsArticle("MG66_LOTTORIOR", RoundedTo(6)),
                        .preferred = {"MG73_FLGFORPREF", Flag()}}},
         .aliases = {{.rows = CodesOf("MG73_TIPOCF_CG44 = 0"),
                      .code = "MG73_CODARTCF",
@@ -186,7 +200,7 @@ PriceLists Listini() {
             .direction = {"LI10_FLGVENDACQ", Choice({{"0", "V"}, {"1", "A"}}, "?")},
             .from = "LI10_DATAINIZIOVAL",
             .to = "LI10_DATAFINEVAL",
-            .scales = {{.quantity = "LI10_QTA", .price = "LI10_PREZZO"}},
+            .scales = {{.quantityFrom = "LI10_QTA", .price = "LI10_PREZZO"}},
         }},
         .leavesOut =
             [](const SourceRow& row) {

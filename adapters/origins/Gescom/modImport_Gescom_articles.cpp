@@ -1,4 +1,5 @@
-// Articles and price lists of Gescom: ARTICOLI holds a row for each article, LISTINI one for each price.
+// Articles and price lists of Gescom: ARTICOLI holds a row for each article, LISTINI one for each price, which holds up
+// to QTLISTIN, blank or 0 for any quantity.
 
 #include "adapters/origins/Gescom/modImport_Gescom.h"
 
