@@ -1,6 +1,7 @@
 #include "app/history/again.h"
 #include "app/history/rejects.h"
 #include "app/importFlow.h"
+#include "app/mergeRecord.h"
 #include "app/resultText.h"
 #include "app/RunLog.h"
 #include "cli/choiceOptions.h"
@@ -9,8 +10,8 @@
 #include "cli/resultReport.h"
 #include "cli/TerminalOperator.h"
 
-#include <QJsonArray>
 #include <QDir>
+#include <QJsonArray>
 
 namespace cli {
 
@@ -26,7 +27,6 @@ qint64 EarlierRun(const QCommandLineParser& options) {
     return 0;
 }
 
-/// What of an earlier run is imported again, press by press.
 /// The files of --mended. Rows of several tables stand in a file each, beside the name that history --rejects was
 /// given: "scarti-4.csv" stands for "scarti-4-CLIENTI.csv" and the others where it is not there itself.
 QStringList MendedFiles(const QStringList& named) {
@@ -51,6 +51,7 @@ QStringList MendedFiles(const QStringList& named) {
     return files;
 }
 
+/// What of an earlier run is imported again, press by press.
 std::vector<ImportRequest> EarlierRequests(Context& context, qint64 number) {
     const history::History history(context.session);
     if (context.options.isSet("resume")) {
@@ -71,6 +72,10 @@ void TakeChoice(Context& context, ImportRequest& request) {
         request.button = ButtonFrom(context.options, *request.choice.origin);
     }
     TakeCompanyOption(context, request.choice);
+    const QString merged = merge::MergedText(context.session, request.choice.companyCode);
+    if (!merged.isEmpty() && !context.options.isSet("dry-run")) {
+        RequireYes(context.options, merged);
+    }
 }
 
 std::vector<AskingPress> PressesOf(const std::vector<ImportRequest>& requests) {
