@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/write/Carrier.h"
+#include "adapters/contract/write/cutTexts.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -15,12 +16,22 @@ using namespace rules;
 
 const QString Parties = QStringLiteral("CON_TRO");
 
+/// The lines of names and addresses, which are lost where they are cut: the name of a counterparty goes on in a second
+/// column, and of codes a part is kept.
+Mapping TextsOf(const Mapping& mapping) {
+    static const QStringList columns{"COIND", "COIN2", "COCIT", "SERAS", "SEIND", "SECIT", "SERIF", "RFNOM"};
+    Mapping texts = mapping;
+    std::erase_if(texts.lines, [](const MapLine& line) { return !columns.contains(line.target); });
+    return texts;
+}
+
 /// A child table with its lines as a mapping.
 template<class Declared>
 struct Child {
     Declared declared;
     Mapping mapping;
     QStringList essential; ///< source columns without which a row is none
+    Mapping texts = TextsOf(mapping);
 };
 
 std::vector<MapLine> UsualLines(const Counterparties& declared) {
@@ -85,6 +96,7 @@ public:
         const bool isRefresh = declared.writing == PartyWriting::Refreshed;
         for (Mapping& mapping : declared.source.Mappings(
                  Parties, declared.lines.Over(isRefresh ? std::vector<MapLine>() : UsualLines(declared)))) {
+            texts.push_back(TextsOf(mapping));
             mappings.emplace_back(std::move(mapping));
         }
         const QString& parent = declared.source.table;
@@ -105,6 +117,7 @@ public:
 
     Counterparties declared;
     std::vector<CounterpartyMapping> mappings; ///< one for each table that is read
+    std::vector<Mapping> texts;                ///< the texts of each
     std::vector<Child<Branches>> branches;
     std::vector<Child<Contacts>> contacts;
     std::vector<Mapping> pages; ///< of the numbers, for the page
@@ -388,6 +401,11 @@ RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceR
             m_kind->declared.more(Run(), row, target);
         }
         SetJoined(target, place.code, joining);
+        if (!place.known) {
+            for (const Mapping& texts : m_kind->texts) {
+                TellCut(Run(), texts, row, target);
+            }
+        }
     };
     return writer.Write(m_kind->mappings.front(), row, place, written, more);
 }
@@ -434,7 +452,11 @@ void CounterpartyImporter::WriteChildren(CounterpartyWriter& writer, const Sourc
         ForEach(child, row, [&](const SourceRow& one) {
             TargetRow target = writer.NewRow(BranchTable);
             child.mapping.Apply(target, GetSession(), one, {owner.key});
-            writer.Numbers(writer.Branch(owner, target), one, child.declared.numbers);
+            const Owner branch = writer.Branch(owner, target);
+            if (!branch.known) {
+                TellCut(Run(), child.texts, one, target);
+            }
+            writer.Numbers(branch, one, child.declared.numbers);
         });
     }
     for (const Child<Contacts>& child : m_kind->contacts) {
