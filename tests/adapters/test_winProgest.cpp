@@ -132,6 +132,20 @@ private slots:
         QVERIFY(Person().Messages.isEmpty());
     }
 
+    void aLinkThatTheSourceHasNoMoreGoes() {
+        Set("DOC_CheckArticoli", "0");
+        Run("ImportDocumentiWinProgest", {false});
+        const QString ofOrder = " FROM X01_DOC_VER WHERE DRQTR = 4 AND DRNUM = ";
+        m_fixture->Target().Execute("UPDATE X01_DOC_VER SET DRORI = 3 WHERE DRQTR = 4 AND DRNUM = 1");
+        m_fixture->Target().Execute(
+            "INSERT INTO X01_DOC_VER (IDTES, DRNUM, DRQTR, DRORI, USINS) SELECT IDTES, 2, 4, 3, 'ANNA'" + ofOrder +
+            '1');
+        m_fixture->Target().Execute("DELETE FROM X01_DOC_VER WHERE DRDES = 'consegna completa'");
+        Run("RiallineaDRORIWinProgest", {true, false, false, false});
+        QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '1'), QStringList{"NULL"});
+        QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '2'), QStringList{"3"}); // a hand has linked it
+    }
+
     void documentsThatComeFromNoOtherHaveNothingToLink() {
         OpenSource();
         contract::ImportRun run(Target(), modImport_WinProgest::Module, "RiallineaDRORIWinProgest", {});

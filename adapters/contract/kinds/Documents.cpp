@@ -49,8 +49,10 @@ std::vector<DocumentKind> KindsOf(ImportRun& run, const Documents& declared) {
 OpenDocument::Options OptionsOf(ImportRun& run, const DocumentsKind& kind) {
     const Documents& declared = kind.declared;
     const bool checks = declared.checksArticles && ReadDocumentSettings(run.GetSession()).checkArticles;
-    return {checks, declared.imported == Imported::Asked && AskSkipImported(run), kind.furtherOfHead,
-            kind.furtherOfRow};
+    const Session& session = run.GetSession();
+    return {checks, declared.imported == Imported::Asked && AskSkipImported(run),
+            kind.furtherOfHead + WrittenColumns(session, kind.head),
+            kind.furtherOfRow + WrittenColumns(session, kind.row)};
 }
 
 QString StateOf(const DocumentRow& row) {
@@ -119,12 +121,12 @@ private:
     RowOutcome WriteRow(const Place& place, const SourceRow& row);
     RowOutcome WriteDocument(Place place);
     std::optional<RowOutcome> WriteRows(const Place& place);
+    RowOutcome LeaveOut(const QString& rule);
     void EndDocument(const Place& place);
     void Enter(const Place& place);
     OpenDocument::Head HeadOf(const Place& place);
     DocumentRow RowOf(const SourceRow& row, const DocumentKind& kind, const Facts& facts);
     QString CauseOf(const SourceRow& row, const DocumentKind& kind);
-    int YearOf(const SourceRow& row);
 
     std::shared_ptr<const DocumentsKind> m_kind;
     QString m_singleCode;
@@ -135,8 +137,9 @@ private:
     HeadHooks m_ofHeads;
     std::map<int, OfFamily> m_families;
     QString m_group;
-    QSet<QString> m_causes; ///< of the documents of the run
-    qint64 m_older = 0;     ///< rows before the first day that the source has given all the same
+    QSet<QString> m_causes;          ///< of the documents of the run
+    QMap<QString, qint64> m_leftOut; ///< rows of documents, by the rule that leaves them out
+    qint64 m_older = 0;              ///< rows before the first day that the source has given all the same
 };
 
 QString DocumentImporter::Condition() const {
@@ -157,8 +160,8 @@ Importer::LeftOut DocumentImporter::LeavesOut() const {
 }
 
 void DocumentImporter::Begin() {
-    m_checks.ReadTwins(m_singleCode);
-    if (Declared().reading == Reading::Joined) {
+    m_checks.ReadTwins(m_singleCode, m_ofHeads.leavesOut);
+    if (Declared().reading != Reading::OneTable) {
         m_checks.TellUnjoined();
     }
     if (!Declared().row.vatCode.IsSet()) {
@@ -212,7 +215,7 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
 DocumentImporter::Place DocumentImporter::PlaceOf(const SourceRow& head, const DocumentKind& kind) {
     const DocumentHeadFields& fields = Declared().head;
     OfFamily& family = m_families.at(kind.family.number);
-    QString key = QStringList{m_group, CauseOf(head, kind), QString::number(YearOf(head)),
+    QString key = QStringList{m_group, CauseOf(head, kind), QString::number(m_checks.YearOf(head)),
                               fields.series.Text(GetSession(), head), fields.number.Text(GetSession(), head)}
                       .join(QChar(u'\x1f'));
     return {head, kind, family, std::move(key), std::nullopt};
@@ -229,7 +232,9 @@ RowOutcome DocumentImporter::WriteDocument(Place place) {
     Enter(place);
     const RowOutcome outcome = place.family.documents.Begin(place.key, *place.made);
     if (outcome != RowOutcome::Skipped) {
-        WriteRows(place);
+        if (!WriteRows(place)) {
+            Run().Log(QStringLiteral("DOCUMENTO SENZA RIGHE: %1: se ne scrive la testata").arg(Run().RowKey()));
+        }
         EndDocument(place);
     }
     return outcome;
@@ -240,10 +245,17 @@ std::optional<RowOutcome> DocumentImporter::WriteRows(const Place& place) {
     std::optional<RowOutcome> outcome;
     Declared().rows.ForEach(GetSession(), place.head, [&](const SourceRow& row) {
         const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString();
-        const RowOutcome one = rule.isEmpty() ? WriteRow(place, row) : Run().Skip(rule);
+        const RowOutcome one = rule.isEmpty() ? WriteRow(place, row) : LeaveOut(rule);
         outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;
     });
     return outcome;
+}
+
+/// Heads are what the result counts: rows of them that are left out are told apart.
+RowOutcome DocumentImporter::LeaveOut(const QString& rule) {
+    Run().Restores(m_leftOut);
+    ++m_leftOut[rule];
+    return Run().Skip(rule);
 }
 
 /// Ends the document of a head that is one of its own, rather than one of several that make it up.
@@ -325,20 +337,6 @@ QString DocumentImporter::CauseOf(const SourceRow& row, const DocumentKind& kind
     return cause;
 }
 
-int DocumentImporter::YearOf(const SourceRow& row) {
-    const DocumentHeadFields& fields = Declared().head;
-    if (!fields.year.IsSet()) {
-        return fields.day.Day(GetSession(), row).toDateTime().date().year();
-    }
-    const int year = fields.year.WholeNumber(GetSession(), row);
-    if (year <= 0) {
-        throw ImportError(
-            QStringLiteral("colonna '%1': '%2' non è un anno")
-                .arg(fields.year.Columns().join(QStringLiteral("', '")), fields.year.Text(GetSession(), row)));
-    }
-    return year;
-}
-
 OpenDocument::Head DocumentImporter::HeadOf(const Place& place) {
     using namespace schema::defaults;
     Session& session = GetSession();
@@ -360,7 +358,7 @@ OpenDocument::Head DocumentImporter::HeadOf(const Place& place) {
                       series,
                       fields.number.Text(session, row),
                       fields.day.Day(session, row),
-                      YearOf(row),
+                      m_checks.YearOf(row),
                       counterparty,
                       name.isEmpty() ? LookUp(session, "CON_TRO", "CDCON", counterparty, "CORAS") : name,
                       !state.isEmpty() ? state
@@ -423,6 +421,9 @@ bool DocumentImporter::End() {
         Run().Tell(QStringLiteral("%1, righe più vecchie saltate: %2")
                        .arg(SinceText(GetSession(), Declared(), m_from), QString::number(m_older)));
     }
+    for (const auto& [rule, count] : m_leftOut.asKeyValueRange()) {
+        Run().Tell(QStringLiteral("%1, righe saltate: %2: %3").arg(FrameOf(Declared()).step, rule).arg(count));
+    }
     if (m_ofHeads.end) {
         m_ofHeads.end();
     }
@@ -430,7 +431,7 @@ bool DocumentImporter::End() {
     causes.removeDuplicates();
     // Of some documents alone nothing follows about the others.
     for (auto family = m_families.cbegin(); !Declared().source.told && family != m_families.cend(); ++family) {
-        family->second.documents.TellDocumentsLeft(causes, m_from);
+        family->second.documents.TellDocumentsLeft(causes, m_from, Declared().others);
     }
     return true;
 }

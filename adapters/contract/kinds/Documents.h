@@ -123,15 +123,16 @@ struct HeadHooks {
 /// An import of documents. One without a day is given up, and so is one whose number another of the source has already
 /// taken in the run, or whose rows are of several counterparties; so are those whose heads rows cannot tell apart. Rows
 /// whose article is not there are left out as the setting DOC_CheckArticoli says; a document that is there is
-/// rewritten, and what the source no longer has of it is told. Totals follow from the rows.
+/// rewritten, and what the source no longer has of it is told, and so are rows without a head. Totals follow from the
+/// rows.
 struct Documents {
     Frame frame = {}; ///< %1, the number of documents, may stand in the completion message
     /// Heads, or heads and rows in one table. The order must bring the rows of a document together, and the group are
     /// columns of the head that do not differ among them; where rows are joined, the columns that tie them to their
     /// head belong to both anyway. In conditions the heads are T, the rows J1.
     SourceTable source;
-    /// The rows; of columns that have the same name in both tables that of the head is read. Their condition names them
-    /// J1 where they are joined.
+    /// The rows; where they are joined, of columns that have the same name in both tables that of the head is read.
+    /// Their condition names them J1.
     ChildTable rows = {};
     Reading reading = Reading::Joined;
     WithoutRows withoutRows = WithoutRows::LeftOut;
@@ -147,12 +148,17 @@ struct Documents {
     std::function<QString(const ovConnection& source, const QDate& from)> sinceCondition = {};
     Which which = Which::All;
     Imported imported = Imported::Rewritten;
+    /// Where else the origin imports documents of the same causes from, in the operator's words ("dal file Excel"):
+    /// what is not in the source may be theirs.
+    QString others = {};
     bool checksArticles = true; ///< whether the setting DOC_CheckArticoli counts; else every row is written
     std::optional<ProductionOrders> production = {}; ///< of the rows
     std::optional<Emptying> empties = {};            ///< without it the documents of its causes that an import wrote
 
     // What is odd about an origin.
-    LeavesOut leavesOut = {}; ///< for each source row; with `HeadThenRows` for each row of a document
+    /// For each source row. With `HeadThenRows` for each row of a document: the result tells how many of them at the
+    /// end.
+    LeavesOut leavesOut = {};
     /// Set what the lines cannot tell, behind them.
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> moreOfHead = {};
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> moreOfRow = {};

@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/ProductionOrders.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Document.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -18,12 +19,13 @@ const QString PhaseOwner = QStringLiteral("IDOPR");
 /// The rows that an earlier import wrote for an owner: rewritten one after the other, the rest is deleted.
 class Rewriter {
 public:
-    Rewriter(ImportRun& run, const QString& table, const QString& condition)
+    Rewriter(ImportRun& run, const Mapping& mapping, const QString& condition)
         : m_run(run),
-          m_table(table) {
-        Recordset rows =
-            run.GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID FROM " + run.FullName(table) + " WHERE " + condition +
-                                               " AND " + OfImports(run.GetSession()) + " ORDER BY RECORD_ID");
+          m_table(mapping.targetTable),
+          m_columns(WrittenColumns(run.GetSession(), mapping)) {
+        Recordset rows = run.GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID FROM " + run.FullName(m_table) +
+                                                            " WHERE " + condition + " AND " +
+                                                            OfImports(run.GetSession()) + " ORDER BY RECORD_ID");
         for (; !rows.Eof(); rows.MoveNext()) {
             m_known.append(rows.Fields(0).Value().toLongLong());
         }
@@ -35,6 +37,7 @@ public:
             row.Insert();
             return m_run.LastId(m_table);
         }
+        EmptyOthers(row, m_columns); // what has stood there may have been another
         const qint64 id = m_known.takeFirst();
         row.Update("WHERE " + Equals("RECORD_ID", id));
         return id;
@@ -44,6 +47,7 @@ public:
 private:
     ImportRun& m_run;
     QString m_table;
+    QStringList m_columns;
     QList<qint64> m_known;
 };
 
@@ -74,7 +78,7 @@ Needs ProductionOrderWriter::NeedsUnder(const QString& parent) const {
 
 void ProductionOrderWriter::Write(ImportRun& run, const SourceRow& row, qint64 document) const {
     Session& session = run.GetSession();
-    Rewriter known(run, Orders,
+    Rewriter known(run, m_order,
                    Equals("OPIDD", document) + " AND " + Equals(session, "OPTPD", schema::defaults::OrderOfDocument));
     m_declared.rows.ForEach(session, row, [&](const SourceRow& order) {
         TargetRow target(run, Orders);
@@ -93,7 +97,7 @@ void ProductionOrderWriter::Write(ImportRun& run, const SourceRow& row, qint64 d
 
 void ProductionOrderWriter::WriteChildren(ImportRun& run, const SourceRow& order, qint64 id, const ChildTable& rows,
                                           const Mapping& mapping, const QString& owner) const {
-    Rewriter known(run, mapping.targetTable, Equals(owner, id));
+    Rewriter known(run, mapping, Equals(owner, id));
     rows.ForEach(run.GetSession(), order, [&](const SourceRow& row) {
         TargetRow target(run, mapping.targetTable);
         target.Set(owner, id);

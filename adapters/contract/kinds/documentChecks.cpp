@@ -7,7 +7,21 @@ QString ColumnNames(const QStringList& columns) {
         .arg(columns.join(QStringLiteral("', '")));
 }
 
-void DocumentChecks::ReadTwins(const QString& singleCode) {
+namespace {
+
+/// The columns without an alias.
+QStringList Unqualified(const QStringList& columns) {
+    QStringList names;
+    for (const QString& column : columns) {
+        names.append(column.mid(column.indexOf(u'.') + 1));
+    }
+    names.removeDuplicates();
+    return names;
+}
+
+} // namespace
+
+void DocumentChecks::ReadTwins(const QString& singleCode, const LeavesOut& leavesOut) {
     if (m_kind.ties.isEmpty()) {
         return;
     }
@@ -18,8 +32,24 @@ void DocumentChecks::ReadTwins(const QString& singleCode) {
         m_run.OnlyCode(QStringLiteral("\rWHERE"), heads.key, singleCode) +
         QStringLiteral("\rGROUP BY %1\rHAVING COUNT(*) > 1").arg(columns));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        m_twins.insert(TiesOf(row));
+        if (IsTwin(row, leavesOut)) {
+            m_twins.insert(TiesOf(row));
+        }
     }
+}
+
+/// Of heads that are left out nothing is read.
+bool DocumentChecks::IsTwin(const SourceRow& ties, const LeavesOut& leavesOut) const {
+    if (!leavesOut) {
+        return true;
+    }
+    ChildTable heads{.table = m_kind.declared.source.table, .order = m_kind.ties.join(QStringLiteral(", "))};
+    for (const QString& tie : m_kind.ties) {
+        heads.on.push_back({tie, tie, true});
+    }
+    int count = 0;
+    heads.ForEach(m_run.GetSession(), ties, [&](const SourceRow& head) { count += leavesOut(head).isEmpty() ? 1 : 0; });
+    return count > 1;
 }
 
 QString DocumentChecks::TiesOf(const SourceRow& head) const {
@@ -31,15 +61,20 @@ void DocumentChecks::TellUnjoined() const {
     const QString& heads = m_kind.declared.source.table;
     QStringList fromRows;
     QStringList fromHeads;
+    QStringList namesOfRow;
     for (const Tie& tie : rows.on) {
+        namesOfRow.append(tie.column);
         fromRows.append(QStringLiteral("O.%2 = L.%1").arg(tie.column, tie.Other()));
         fromHeads.append(QStringLiteral("O.%1 = L.%2").arg(tie.column, tie.Other()));
     }
+    namesOfRow += rows.order.split(QStringLiteral(", "), Qt::SkipEmptyParts);
     const QString both = QStringLiteral(" AND ");
     TellUnmatched(m_run, {rows.table, heads, fromRows.join(both), rows.on.front().Other(),
-                          QString(rows.where).replace("J1.", "L.")});
-    TellUnmatched(m_run, {heads, rows.table, fromHeads.join(both), rows.on.front().column,
-                          QString(m_kind.headCondition).replace("T.", "L.")});
+                          QString(m_kind.rowCondition).replace("J1.", "L."), Unqualified(namesOfRow)});
+    if (m_kind.declared.reading == Reading::Joined) { // else each head is read, whatever rows it has
+        TellUnmatched(m_run, {heads, rows.table, fromHeads.join(both), rows.on.front().column,
+                              QString(m_kind.headCondition).replace("T.", "L."), Unqualified(m_kind.ties)});
+    }
 }
 
 void DocumentChecks::Require(const SourceRow& head, const QVariant& day) const {
@@ -53,6 +88,31 @@ void DocumentChecks::Require(const SourceRow& head, const QVariant& day) const {
                           QStringLiteral(": più testate hanno '%1', le righe non si possono distinguere")
                               .arg(GroupText(head, columns).replace(QChar(u'\x1f'), QLatin1String("', '"))));
     }
+}
+
+int DocumentChecks::YearOf(const SourceRow& head) const {
+    constexpr int century = 100;
+    Session& session = m_run.GetSession();
+    const DocumentHeadFields& fields = m_kind.declared.head;
+    const int ofDay = fields.day.Day(session, head).toDateTime().date().year();
+    if (!fields.year.IsSet()) {
+        return ofDay;
+    }
+    const int year = fields.year.WholeNumber(session, head);
+    if (year <= 0) {
+        throw ImportError(ColumnNames(fields.year.Columns()) +
+                          QStringLiteral(": '%1' non è un anno").arg(fields.year.Text(session, head)));
+    }
+    if (year >= century) {
+        return year;
+    }
+    if (year != ofDay % century) {
+        throw ImportError(ColumnNames(fields.year.Columns()) +
+                          QStringLiteral(": l'anno '%1' ha due cifre, e non sono le ultime di quello della data, '%2'")
+                              .arg(fields.year.Text(session, head))
+                              .arg(ofDay));
+    }
+    return ofDay;
 }
 
 } // namespace contract

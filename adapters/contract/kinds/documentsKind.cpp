@@ -126,9 +126,12 @@ std::vector<Family> FamiliesOf(const std::vector<DocumentKind>& kinds) {
 DocumentsKind::DocumentsKind(Documents documents)
     : declared(std::move(documents)),
       headCondition(declared.source.where),
+      rowCondition(declared.rows.where),
       ties(TiesOf(declared)) {
     if (declared.reading == Reading::Joined) {
         declared.source = JoinedSource(declared);
+    } else {
+        declared.rows.where.remove("J1.");
     }
     const QString& heads = declared.source.table;
     const QString& rows = declared.rows.table.isEmpty() ? heads : declared.rows.table;

@@ -20,6 +20,7 @@ public:
 
     Documents declared;
     QString headCondition; ///< as it is declared, without that on the rows
+    QString rowCondition;  ///< as it is declared, over J1
     QStringList ties;      ///< columns of the heads that the rows name; none where a table has them both
     /// Columns that are not written for each head or row: written over, those that are not are emptied.
     QStringList furtherOfHead;

@@ -3,6 +3,8 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/run/askedDay.h"
+#include "adapters/contract/run/SourceLayout.h"
+#include "adapters/contract/run/SourceRow.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "core/modImport.h"
@@ -90,14 +92,36 @@ void TellUnmatched(ImportRun& run, const Joined& joined) {
     if (run.IsSingle()) {
         return;
     }
-    const qint64 count = run.GetSession().SourceConnection().ExecuteCommand(
-        QStringLiteral("SELECT COUNT(*) FROM %1 L LEFT JOIN %2 O ON %3 WHERE O.%4 IS NULL%5")
-            .arg(joined.table, joined.other, joined.on, joined.blank,
-                 joined.where.isEmpty() ? QString() : QString(" AND " + joined.where)));
-    if (count > 0) {
-        run.Log(QStringLiteral("RIGHE SENZA CORRISPONDENZA: %1 di '%2' non ne hanno in '%3', non si importano")
-                    .arg(count)
-                    .arg(joined.table, joined.other));
+    ovConnection& source = run.GetSession().SourceConnection();
+    const QString from = QStringLiteral(" FROM %1 L LEFT JOIN %2 O ON %3 WHERE O.%4 IS NULL%5")
+                             .arg(joined.table, joined.other, joined.on, joined.blank,
+                                  joined.where.isEmpty() ? QString() : QString(" AND " + joined.where));
+    const qint64 count = source.ExecuteCommand(QStringLiteral("SELECT COUNT(*)") + from);
+    if (count == 0) {
+        return;
+    }
+    const QString columns = joined.naming.join(QStringLiteral(", L."));
+    const Recordset first = source.ExecuteWC(u"SELECT L.*" + from + u" ORDER BY L." + columns);
+    const QString names = joined.naming.join(QStringLiteral(", ")).remove(u'[').remove(u']');
+    run.Log(
+        QStringLiteral("RIGHE SENZA CORRISPONDENZA: %1 di '%2' non ne hanno in '%3', non si importano; la prima: %4")
+            .arg(count)
+            .arg(joined.table, joined.other, NameOf(SourceRow(first), joined.table, names)));
+}
+
+QStringList WrittenColumns(const Session& session, const Mapping& mapping) {
+    QStringList columns = mapping.TargetColumns();
+    for (const MapLine& added : AddedLines(session, mapping)) {
+        columns.append(added.target);
+    }
+    return columns;
+}
+
+void EmptyOthers(TargetRow& row, const QStringList& columns) {
+    for (const QString& column : columns) {
+        if (row.Value(column).isNull()) {
+            row.Set(column, QVariant());
+        }
     }
 }
 
@@ -318,7 +342,7 @@ qint64 DocumentWriter::TellRowsLeft(qint64 head, const QString& name, const QSet
     return left.size();
 }
 
-void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
+void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from, const QString& others) const {
     if (m_run.IsPart() || causes.isEmpty()) {
         return;
     }
@@ -333,10 +357,10 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
         mod_ovTools::FormatSqlValue(from, DataType::DateTime, session.Quadrix.ProviderType) + u" ORDER BY RECORD_ID");
     for (; !heads.Eof(); heads.MoveNext()) {
         if (!m_seen.contains(heads.Value("RECORD_ID").toLongLong())) {
+            const QString name = DocumentName(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
+                                              TextOf(heads, "DTRAS"));
             TellNotMetAgain(m_run, QStringLiteral("DOCUMENTI"),
-                            DocumentName(TextOf(heads, "DTCAU"), TextOf(heads, "DTNUM"), TextOf(heads, "DTANN"),
-                                         TextOf(heads, "DTRAS")),
-                            1);
+                            others.isEmpty() ? name : QStringLiteral("%1, se non viene %2").arg(name, others), 1);
         }
     }
 }

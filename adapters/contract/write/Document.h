@@ -7,6 +7,8 @@
 
 namespace contract {
 
+struct Mapping;
+
 /// A family of documents: its tables.
 struct Family {
     int number; ///< 0 sales, 1 purchases, 2 subcontracting
@@ -55,12 +57,13 @@ bool AskSkipImported(ImportRun& run);
 struct Joined {
     QString table;
     QString other;
-    QString on;    ///< condition of the join, over L (the table) and O (the other)
-    QString blank; ///< a column of the other that is never Null
-    QString where; ///< condition on L; empty for every row
+    QString on;         ///< condition of the join, over L (the table) and O (the other)
+    QString blank;      ///< a column of the other that is never Null
+    QString where;      ///< condition on L; empty for every row
+    QStringList naming; ///< columns of L that tell a row, as statements have them
 };
-/// Logs how many rows of the table the join leaves out, which nobody would notice: rows without their head, heads
-/// without rows. A run of a single code does not ask.
+/// Logs how many rows of the table the join leaves out, which nobody would notice, and the first of them: rows without
+/// their head, heads without rows. A run of a single code does not ask.
 void TellUnmatched(ImportRun& run, const Joined& joined);
 
 /// What a cause of CAU_DOC sets on its documents.
@@ -149,7 +152,8 @@ public:
     /// Tells which documents of these causes, of that day or later, an earlier import has written and this run has not
     /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
     /// run of a single code tells none.
-    void TellDocumentsLeft(const QStringList& causes, const QDate& from) const;
+    /// @param others where else documents of these causes are imported from; empty: nowhere
+    void TellDocumentsLeft(const QStringList& causes, const QDate& from, const QString& others = {}) const;
     /// Recomputes the totals of a head from its rows.
     void Total(qint64 head) const;
 
@@ -164,6 +168,12 @@ private:
     QHash<QString, Cause> m_causes;
     QSet<qint64> m_seen; ///< heads whose documents the source has
 };
+
+/// The columns that a mapping writes, with those that the layout of the source adds.
+QStringList WrittenColumns(const Session& session, const Mapping& mapping);
+/// Sets those of the columns to Null that nothing has been set to: of a row that is written over, what was there before
+/// does not stay.
+void EmptyOthers(TargetRow& row, const QStringList& columns);
 
 /// What the source says that a document comes to.
 struct SourceTotals {

@@ -6,19 +6,6 @@
 
 namespace contract {
 
-namespace {
-
-/// What was there before and is not written now does not stay.
-void EmptyOthers(TargetRow& target, const QStringList& columns) {
-    for (const QString& column : columns) {
-        if (target.Value(column).isNull()) {
-            target.Set(column, QVariant());
-        }
-    }
-}
-
-} // namespace
-
 qint64 OpenDocument::Find(const Head& head) {
     const DocumentHead& fields = head.fields;
     const qint64 known = m_writer.Find(fields.number, fields.cause.code, fields.year, head.further);

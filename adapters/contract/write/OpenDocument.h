@@ -56,8 +56,8 @@ public:
     /// Documents ended so far.
     int Count() const { return m_count; }
     /// Tells the documents that are no longer in the source: see `DocumentWriter::TellDocumentsLeft`.
-    void TellDocumentsLeft(const QStringList& causes, const QDate& from) const {
-        m_writer.TellDocumentsLeft(causes, from);
+    void TellDocumentsLeft(const QStringList& causes, const QDate& from, const QString& others) const {
+        m_writer.TellDocumentsLeft(causes, from, others);
     }
 
 private:

@@ -87,15 +87,21 @@ Rule RowDelivered() {
             }};
 }
 
-/// The price of sheets stays that of the unit that the source counts them in.
-void TellUnitOfPrice(const RuleInput& input, const QString& unit) {
+/// The price of sheets stays that of the unit that the source counts them in. A row that names none counts in that of
+/// its article when its quantity is the weight already.
+/// @param weight kilograms of its sheets
+void TellUnitOfPrice(const RuleInput& input, const QString& unit, double weight) {
+    constexpr double sameWeight = 0.001;
     const QString ofArticle =
         mod_ovTools::ToText(input.session.Quadrix.GetDbValue("ART_ICO", "CDART", ArticleOf(input), "ARUMS")).trimmed();
-    if (NumberOf(input.row, "Prezzo") != 0 && !unit.isEmpty() && unit.compare(ofArticle, Qt::CaseInsensitive) != 0) {
+    const bool isSame = unit.isEmpty() ? std::abs(weight - NumberOf(input.row, "Qta")) < sameWeight
+                                       : unit.compare(ofArticle, Qt::CaseInsensitive) == 0;
+    if (NumberOf(input.row, "Prezzo") != 0 && !isSame) {
         modImport::LogNote(
             input.session,
-            QStringLiteral("PREZZO DI ALTRA UNITÀ: %1: la quantità passa da '%2' a '%3', il prezzo %4 resta")
-                .arg(input.session.Errors.RowKey(), unit, ofArticle,
+            QStringLiteral("PREZZO DI ALTRA UNITÀ: %1: la quantità passa da %2 a '%3', il prezzo %4 resta")
+                .arg(input.session.Errors.RowKey(),
+                     unit.isEmpty() ? QStringLiteral("nessuna unità") : QString(u'\'' + unit + u'\''), ofArticle,
                      mod_ovTools::NumberText(NumberOf(input.row, "Prezzo"))));
     }
 }
@@ -106,10 +112,11 @@ Rule RowUnit() {
     return {unit.text + QStringLiteral("; quella dell'articolo per una riga di fogli, un'altra va nel log"),
             [unit = unit.apply](const RuleInput& input) -> RuleValue {
                 const RuleValue own = unit({input.session, input.row, {"Um"}, input.facts});
-                if (SheetWeight(input) == 0) {
+                const double weight = SheetWeight(input);
+                if (weight == 0) {
                     return own;
                 }
-                TellUnitOfPrice(input, own ? mod_ovTools::ToText(*own) : QString());
+                TellUnitOfPrice(input, own ? mod_ovTools::ToText(*own) : QString(), weight);
                 return {};
             }};
 }

@@ -17,6 +17,16 @@ namespace {
 const QString ListHeads = QStringLiteral("Listini");
 const QString ListRows = QStringLiteral("ListiniRighe");
 
+/// Rows of which nothing is left stay behind, and so do returns, of which less than nothing is ordered.
+QString Settled(const SourceRow& row) {
+    const double ordered = NumberOf(row, "Qta");
+    if (row.IsBlank("QtaEvasa") || NumberOf(row, "QtaEvasa") < ordered) {
+        return {};
+    }
+    return ordered < 0 ? QStringLiteral("riga di reso, con quantità negativa")
+                       : QStringLiteral("riga senza quantità da consegnare");
+}
+
 /// What is still to be delivered of an order is imported, and what has been delivered in part.
 Documents Ordini() {
     const QString heads = QStringLiteral("OrdiniTestata");
@@ -29,10 +39,7 @@ Documents Ordini() {
                   .confirmation = "Importare gli Ordini Aperti?"},
         .source =
             {.table = heads, .key = "Numero", .order = "Anno, Numero", .where = "Tipo = 'C'", .naming = "Anno, Numero"},
-        .rows = {.table = "OrdiniRighe",
-                 .on = {{"IdOrdine"}},
-                 .order = "Riga",
-                 .where = "(QtaEvasa < Qta OR QtaEvasa IS NULL)"},
+        .rows = {.table = "OrdiniRighe", .on = {{"IdOrdine"}}, .order = "Riga"},
         .reading = Reading::HeadThenRows,
         .kinds = {{.cause = "ORDCL", .type = "ORD", .family = Sales}},
         .head =
@@ -65,6 +72,7 @@ Documents Ordini() {
                 .vatCode = {"CodIva", NotBlank(VatCode(Articoli, "CodIva"))},
                 .lines = {{"DRCOR", "DataConsegna", Day()}, {"DRNOT", "Note", Text()}},
             },
+        .leavesOut = Settled,
     };
 }
 

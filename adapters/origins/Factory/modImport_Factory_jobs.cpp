@@ -60,6 +60,7 @@ Documents Commesse() {
                 .vatCode = {"CODIVA", NotBlank(VatCode(Articoli, "CODIVA"))},
                 .lines = {{"DRCOR", "CONSEGNA", Day()}},
             },
+        .others = "dal file Excel",
     };
 }
 
@@ -106,6 +107,7 @@ Documents CommesseDiExcel() {
                 .lines = {{"DRCOR", "N", Day()}},
             },
         .sinceCondition = EveryRow,
+        .others = "dalla base di dati",
     };
 }
 

@@ -92,15 +92,12 @@ Documents Ordini(bool customers) {
     const OrderFiles files = customers ? OfCustomers() : ToSuppliers();
     return {
         .frame = {.module = Module, .procedure = files.procedure},
-        .source = {.table = files.heads,
-                   .key = "NRORD",
-                   .order = "AAORD, NRORD, NRRIG",
-                   .naming = "AAORD, NRORD, NRRIG",
-                   .group = {"AAORD", "NRORD"}},
+        .source = {.table = files.heads, .key = "NRORD", .order = "AAORD, NRORD", .naming = "AAORD, NRORD"},
         .rows = {.table = files.rows,
                  .on = {{"AAORD"}, {"NRORD"}},
                  .order = "NRRIG",
                  .where = "(J1.FLSAL IS NULL OR J1.FLSAL <> 'S')"},
+        .reading = Reading::HeadThenRows, // both have a state of their own
         .kinds = {files.kind},
         .head =
             {
@@ -131,7 +128,8 @@ Documents Ordini(bool customers) {
             },
         .sinceCondition = EveryRow,
         .leavesOut = Cancelled,
-        .further = ReadsState(files.heads),
+        .ofHeads = [](ImportRun& /*run*/) { return HeadHooks{.leavesOut = Cancelled}; },
+        .further = {{}, ReadsState(files.heads).reads + ReadsState(files.rows).reads, {}},
     };
 }
 

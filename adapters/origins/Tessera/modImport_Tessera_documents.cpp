@@ -21,10 +21,11 @@ struct Side {
     DocumentKind kind;
 };
 
-/// State of an order: the counterparty has confirmed one of state 1, every other state is closed.
+/// State of an order: one of state 1 has been confirmed, which leaves it to be delivered: "CO" would be a closed
+/// document to Quadrix, whose rows nobody delivers. Every state that is not named is closed.
 Rule State() {
     using namespace schema::defaults;
-    return Choice({{"0", ToDeliver}, {"1", "CO"}, {"4", PartlyDelivered}}, Delivered);
+    return Choice({{"0", ToDeliver}, {"1", ToDeliver}, {"4", PartlyDelivered}}, Delivered);
 }
 
 Documents OrdersOf(const Side& side) {

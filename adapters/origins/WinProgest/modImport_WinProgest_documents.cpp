@@ -62,7 +62,11 @@ Rule Party(bool supplier) {
             }};
 }
 
-Rule TypeOfRow() { return Choice({{DescriptionRow, DescriptionRow}}, NormalRow); }
+/// A row that is not marked may be a text all the same.
+Rule TypeOfRow() {
+    return {R"("D" per "D"; altrimenti "D" per una riga senza articolo e senza importo, "N" per le altre)",
+            Choice({{DescriptionRow, DescriptionRow}}, "").apply};
+}
 
 /// A code that Quadrix does not know would leave the tax short.
 Rule VatOfRow() {

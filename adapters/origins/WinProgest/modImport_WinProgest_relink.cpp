@@ -59,14 +59,26 @@ qint64 OriginOf(Session& session, const Link& link, const SourceRow& row) {
     return RowOfHead(session, from, head, WholeNumberOf(row, link.row));
 }
 
+/// Takes the link off a row that an import has written, and that comes from no other now.
+bool Unlink(ImportRun& run, const DocumentKind& kind, qint64 here) {
+    const QString condition = Equals("RECORD_ID", here) + " AND DRORI <> 0 AND " + OfImports(run.GetSession());
+    if (here == 0 || OnlyRow(run.GetSession(), kind.family.row, condition) == 0) {
+        return false;
+    }
+    TargetRow target(run, kind.family.row);
+    target.Set("DRORI", QVariant());
+    target.Update("WHERE " + Equals("RECORD_ID", here));
+    return true;
+}
+
 /// Links a row to the one it comes from. A row, or its origin, that is not in Quadrix is logged.
 bool Relink(ImportRun& run, const DocumentKind& kind, qint64 head, const SourceRow& row) {
     Session& session = run.GetSession();
     const Link* link = LinkOf(kind, row);
-    if (link == nullptr) {
-        return false;
-    }
     const qint64 here = RowOfHead(session, kind, head, WholeNumberOf(row, "NRIGA"));
+    if (link == nullptr) {
+        return Unlink(run, kind, here);
+    }
     const qint64 origin = OriginOf(session, *link, row);
     if (here == 0 || origin == 0) {
         run.Log(QStringLiteral("RIGA NON RIALLINEATA: %1, %2: %3 in Quadrix, o non è la sola")
