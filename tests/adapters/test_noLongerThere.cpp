@@ -26,6 +26,9 @@ private slots:
             "DOCUMENTI: ORDCV 8/2024 di ");
         Row("order that is closed", "modImport_Tessera", "ImportOrdCliTessera",
             "UPDATE OrdCliT SET StatOrd = 2 WHERE AnnOrd = 2024 AND NumOrd = 7", "DOCUMENTI: ORDCL 7/2024 di ");
+        Row("job that another source may have", "modImport_Factory", "ImportCommesseAperteFactory",
+            "UPDATE COMMESSE SET STATO = 'C' WHERE IDCOMM = 1",
+            "DOCUMENTI: ORDCL 7/2024 di 'Officine Meccaniche', se non viene dal file Excel: 1");
         Row("component", "modImport_Tessera", "ImportDistinteTessera",
             "DELETE FROM DisBasR WHERE IdDisBas = 2 AND CodArt = 'AB-03'",
             "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
@@ -131,6 +134,9 @@ private slots:
             prices + "'TE-100'", "NULL|NULL|NULL");
         Row("price that is over", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
             "UPDATE LI10_LISTARTIC SET LI10_DATAFINEVAL = '20240101 00:00:00'", prices + "'AS-100'", "NULL|NULL|NULL");
+        Row("article of a component", "modImport_Tessera", "ImportOrdCliTessera",
+            "UPDATE OrdProR SET CodArt = NULL WHERE IdOrdPro = 1 AND CodArt = 'AB-03'",
+            "OCART, OCQTA FROM X01_ORD_COM WHERE OCDES = 'Vite'", "NULL|8");
         Row("price and drawing of a file", "modImport_NetSuite", "ImportArticoliNetSuite",
             "UPDATE ANPA200F SET PRVEN = NULL, NRDIS = NULL WHERE CDPAR = 'as-100'",
             "ARPRZ, ARRIC, ARDIS FROM X01_ART_ICO WHERE CDART = 'AS-100'", "NULL|NULL|");
