@@ -126,6 +126,7 @@ private slots:
         QCOMPARE(procedure.asks.size(), size_t{1});
         import.Run(procedure, "SELECT CDART FROM X01_ART_ICO");
         QVERIFY(import.Again);
+        QVERIFY2(import.Log().contains("colonna 'NOME': scritti 100 caratteri di 107"), import.Log());
         QVERIFY2(import.Log().contains("RIGHE SENZA DATA: tabella 'ART', DEL: 1 non importate"), import.Log());
         procedure.run(import.Get(), {}, true);
         QCOMPARE(import.Get().Results.last().outcome, RunResult::Outcome::Failed);
@@ -134,12 +135,14 @@ private slots:
 
     /// A mark-up goes with the price that it was of; of a long description the log tells what is cut.
     void articlesWithLess() {
-        Trial import("CREATE TABLE ART (COD VARCHAR(4), NOTA TEXT, PREZZO REAL, COSTO REAL)");
-        import.Get().Source->Execute("INSERT INTO ART VALUES ('A', '" + QString(300, 'x') + "', 10, 8)");
+        Trial import("CREATE TABLE ART (COD VARCHAR(4), NOTA TEXT, PREZZO REAL, COSTO REAL, NOME TEXT)");
+        const QString name = QString("Guarnizione ").repeated(9);
+        import.Get().Source->Execute("INSERT INTO ART VALUES ('A', '" + QString(300, 'x') + "', 10, 8, '" + name +
+                                     "')");
         const Articles articles{.frame = FrameNamed("ImportArticoli"),
                                 .source = {.table = "ART", .key = "COD"},
                                 .code = "COD",
-                                .description = "COD",
+                                .description = "NOME",
                                 .lines = {{"ARDEC", "NOTA", First(255)},
                                           {"ARCOS", "COSTO", RoundedTo(6)},
                                           {"ARPRZ", "PREZZO", RoundedTo(6)}},

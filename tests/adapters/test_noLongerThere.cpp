@@ -39,6 +39,14 @@ private slots:
             "ORDINI DI PRODUZIONE: MO-2 di 'PZ-01' del 05/01/2024, quantità 10: 1 rimane in Quadrix");
         Row("balance", "modImport_VS", "ImportSaldiVSP",
             "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
+        Row("code at a supplier that is none of the article any more", "modImport_OS1", "ImportArticoliOS1",
+            "DELETE FROM ARTFORN WHERE CodFornitore = '124' AND Codice = 'te-100'",
+            "CODICI: articolo 'TE-100', 'VR-1' di '000126': 1 rimane in Quadrix");
+        Row("attribute", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTCAR",
+            "ATTRIBUTI: 'COLORE' di 'TE-100': 1 rimane in Quadrix");
+        Row("price of an article", "modImport_Gescom", "ImportListiniGescom",
+            "DELETE FROM LISTINI WHERE CDLISTIN = 'L1' AND DILISTIN LIKE '2025%'",
+            "PREZZI: listino 'L1': 1 rimane in Quadrix");
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
     }
     /// It stays, and the totals of a document go on agreeing with its rows.
@@ -167,8 +175,28 @@ private slots:
         QFETCH(const QString, columns);
         Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
         fixture.Run();
-        fixture.ChangeSource(change);
+        for (const QString& one : change.split("; ")) {
+            fixture.ChangeSource(one);
+        }
         fixture.RunLine(procedure);
+        const QString codes = "CDART, CDCOD FROM X01_ART_COD WHERE CDART LIKE 'TE-%' ORDER BY CDART, CDCOD";
+        Row("codes of an article, of which one goes to another", "modImport_OS1", "ImportArticoliOS1",
+            "UPDATE ARTICOLI SET CodiceBarre = CASE Codice WHEN 'TE-200' THEN '8001234567890' END; UPDATE ARTFORN SET "
+            "CodArtFornitore = 'VR-3' WHERE CodArtFornitore = 'VR-1'",
+            codes, "TE-100|AS-77\nTE-100|VR-3\nTE-200|8001234567890\nTE-200|VR-2");
+        Row("location of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET Ubicazione = NULL",
+            "CDUBI, UADEF FROM X01_UBI_ART", "A-01-3|false");
+        Row("supplier of an article", "modImport_OS1", "ImportArticoliOS1",
+            "DELETE FROM ARTFORN; UPDATE ARTICOLI SET CodFornitore = NULL", "COUNT(*), SUM(AFABI) FROM X01_ART_FOR",
+            "3|0");
+        Row("text in another language", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTLIN",
+            "COUNT(*) FROM SYS_LNG WHERE LNLNG = 'EN'", "0");
+        Row("attribute", "modImport_BMS", "ImportArticoliBMS", "UPDATE LGARTCAR SET VALORE = ' '",
+            "COUNT(*) FROM X01_FLD_VAL", "0");
+        Row("price up to a quantity that is another now", "modImport_Gescom", "ImportListiniGescom",
+            "DELETE FROM LISTINI WHERE CDLISTIN = 'L4' OR CDLISTIN = 'L3'; UPDATE LISTINI SET QTLISTIN = '50' WHERE "
+            "QTLISTIN = '100'",
+            "SCQTA, SCPRZ FROM X01_LIS_ARS WHERE IDLSD = 1 ORDER BY SCQTA", "10|95.5\n50|90");
         QTEST(fixture.Target().Rows("SELECT " + columns).join('\n'), "written");
     }
 };
