@@ -24,6 +24,20 @@ double Number(const QVariant& value) {
     return *number;
 }
 
+// What people write for a yes and a no.
+const QStringList YesWords{"1", "-1", "true", "vero", QStringLiteral("sì"), "si", "s", "y", "x"};
+const QStringList NoWords{"0", "false", "falso", "no", "n"};
+
+bool YesOrNo(const QVariant& value) {
+    const QString text = mod_ovTools::ToText(value).trimmed().normalized(QString::NormalizationForm_C);
+    const bool isYes = YesWords.contains(text, Qt::CaseInsensitive);
+    if (!isYes && !text.isEmpty() && !NoWords.contains(text, Qt::CaseInsensitive)) {
+        throw ImportError(QStringLiteral("'%1' non è né un sì (%2) né un no (%3)")
+                              .arg(text, YesWords.join(QStringLiteral(", ")), NoWords.join(QStringLiteral(", "))));
+    }
+    return isYes;
+}
+
 QVariant ValueAs(const QVariant& value, DataType type) {
     switch (type) {
     case DataType::Date:
@@ -32,9 +46,10 @@ QVariant ValueAs(const QVariant& value, DataType type) {
     case DataType::Integer:
     case DataType::Long:
     case DataType::Double:
-    case DataType::Bit:
     case DataType::TinyInt:
         return Number(value);
+    case DataType::Bit:
+        return YesOrNo(value) ? 1.0 : 0.0;
     default:
         return mod_ovTools::NzText(value.isNull() ? value : mod_ovTools::ToText(value));
     }
@@ -49,6 +64,10 @@ QVariant GetXlsValue(const contract::SourceRow& row, const QString& column, Data
         error.AddContext(QStringLiteral("colonna '%1'").arg(column));
         throw;
     }
+}
+
+bool IsYes(const contract::SourceRow& row, const QString& column) {
+    return GetXlsValue(row, column, DataType::Bit).toBool();
 }
 
 int GetColumn(ovConnection& source, const QString& table, const QString& field) {

@@ -132,6 +132,26 @@ void OfferCodes(Book& book, lxw_worksheet* sheet, lxw_col_t column, const QStrin
     book.Check(worksheet_data_validation_range(sheet, TemplateHeadRows, column, LXW_ROW_MAX - 1, column, &codes));
 }
 
+/// Lets nothing but some values into the rows of a column.
+void OfferChoices(Book& book, lxw_worksheet* sheet, lxw_col_t column, const QStringList& choices) {
+    QByteArrayList texts;
+    std::vector<char*> values;
+    for (const QString& choice : choices) {
+        texts.append(choice.toUtf8());
+    }
+    for (QByteArray& text : texts) {
+        values.push_back(text.data());
+    }
+    values.push_back(nullptr);
+    QByteArray message =
+        QStringLiteral("Si scrive uno di questi: %1.").arg(choices.join(QStringLiteral(", "))).toUtf8();
+    lxw_data_validation validation{};
+    validation.validate = LXW_VALIDATION_TYPE_LIST;
+    validation.value_list = values.data();
+    validation.error_message = message.data();
+    book.Check(worksheet_data_validation_range(sheet, TemplateHeadRows, column, LXW_ROW_MAX - 1, column, &validation));
+}
+
 /// The cells with the codes of the list of that title, as formulas name them; empty for one without codes.
 QString CellsOf(const TemplateFile& file, const QString& title) {
     const auto list = std::find_if(file.lists.begin(), file.lists.end(),
@@ -155,6 +175,8 @@ void WriteColumn(Book& book, lxw_worksheet* sheet, const Formats& formats, lxw_c
     WriteNote(book, sheet, place, column.note);
     if (!codes.isEmpty()) {
         OfferCodes(book, sheet, place, column.list, codes);
+    } else if (!column.choices.isEmpty()) {
+        OfferChoices(book, sheet, place, column.choices);
     }
 }
 

@@ -26,7 +26,8 @@ struct TemplateColumn {
     QString note;       ///< comment at the header
     bool isText = true; ///< what is typed stays as it is typed: a code keeps its zeros
     bool isNeeded = false;
-    QString list = {}; ///< title of its list; empty: anything can be written
+    QString list = {};        ///< title of its list; empty: anything can be written
+    QStringList choices = {}; ///< the only values that can be written; empty: all, or those of the list
     QVariant example = {};
 };
 

@@ -90,6 +90,10 @@ QString KindText(const schema::Column& column) {
     }
 }
 
+QStringList ChoicesOf(const schema::Column& column) {
+    return column.type == DataType::Bit ? QStringList{"1", "0"} : QStringList();
+}
+
 QString CodeText(const schema::Column& column) {
     return QStringLiteral("Codice di %1 (%2)%3. Vale anche il codice di chi compila: dopo l'importazione il programma "
                           "chiede quale codice di Quadrix è.")
@@ -135,6 +139,7 @@ private:
                                   .isText = IsTextType(meant.column->type),
                                   .isNeeded = m_needs.necessary.contains(header),
                                   .list = list == nullptr ? QString() : list->title,
+                                  .choices = ChoicesOf(*meant.column),
                                   .example = ExampleOf(*text, *meant.column, list)});
     }
 

@@ -58,6 +58,29 @@ private slots:
         QCOMPARE(read.typeId() == QMetaType::QString, value.typeId() == QMetaType::QString);
     }
 
+    void ReadsYesAndNo_data() {
+        Columns<QString>("word");
+        for (const char* yes : {"1", "-1", "1.0", "TRUE", "vero", "S\u00ec", "SI", " s ", "Y", "x"}) {
+            Row(yes, QString("yes"));
+        }
+        for (const char* no : {"0", "False", "FALSO", "no", "N", ""}) {
+            Row(no, QString("no"));
+        }
+        for (const char* none : {"2", "forse", "si?"}) {
+            Row(none, QString("colonna 'C': '%1' non \u00e8 n\u00e9 un s\u00ec (").arg(none));
+        }
+    }
+    void ReadsYesAndNo() {
+        const QString cell = QString::fromUtf8(QTest::currentDataTag());
+        const QString number = cell.contains(u'.') ? "%1" : "'%1'"; // a cell of numbers
+        const Recordset rows =
+            m_source->ExecuteWC("SELECT " + number.arg(cell) + " AS C FROM [Foglio] WHERE _RIGA = 2");
+        QString said;
+        const auto error = ErrorOf<ImportError>([&] { said = IsYes(contract::SourceRow(rows), "C") ? "yes" : "no"; });
+        QFETCH(QString, word);
+        QVERIFY2(error ? error->Message().contains(word) : said == word, qPrintable(error ? error->Message() : said));
+    }
+
     void NamesWhatIsNone() {
         const auto number = ErrorOf<ImportError>([&] { Read(3, "Descrizione", DataType::Double); });
         QVERIFY(number && number->Message().contains("colonna 'Descrizione': 'Citt"));

@@ -97,7 +97,8 @@ private slots:
         const qsizetype place = written.lists.indexOf("Modi di pagamento") * 3;
         const QString cells = QString("Codici!$%1$2:$%1$3").arg(QChar(u'A' + static_cast<char16_t>(place)));
         QVERIFY2(sheet.contains("<formula1>" + cells + "</formula1>"), qPrintable(sheet));
-        QCOMPARE(sheet.count("<formula1>"), 5); // country, payment, agent, price list, currency
+        QCOMPARE(sheet.count("<formula1>"), 7); // country, payment, agent, price list, currency; customer, supplier
+        QCOMPARE(sheet.count("<formula1>\"1,0\"</formula1>"), 2);
         const QString texts = company.Part("xl/sharedStrings.xml");
         QVERIFY(texts.contains("Rimessa diretta") && texts.contains("RB30"));
         const QString notes = company.Part("xl/comments1.xml");
@@ -107,7 +108,7 @@ private slots:
             QVERIFY2(notes.contains(QString::fromUtf8(note)), note);
         }
         sheetTemplate::Write(nullptr, Button::Cli, company.Path());
-        QVERIFY(!company.Part("xl/worksheets/sheet1.xml").contains("<formula1>"));
+        QVERIFY(!company.Part("xl/worksheets/sheet1.xml").contains("<formula1>Codici"));
     }
 
     void keepsWhatIsNotItsOwn_data() {

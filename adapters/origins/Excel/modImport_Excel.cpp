@@ -17,7 +17,6 @@
 #include "core/Schema.h"
 #include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
-#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -132,9 +131,8 @@ SourceTable RowsOf(const QString& sheet, const QString& key) {
 /// Who is neither marked as a customer nor as a supplier is a customer.
 RoleTeller RolesOfSheet() {
     const auto of = [](const SourceRow& row) {
-        const auto isSet = [&row](const QString& column) { return mod_ovTools::ToBoolean(row.Value(column)); };
-        const bool supplier = isSet("COFOR");
-        return Roles{isSet("COCLI") || (!supplier && row.IsBlank("COCLI")), supplier};
+        const bool supplier = sheetCells::IsYes(row, "COFOR");
+        return Roles{sheetCells::IsYes(row, "COCLI") || (!supplier && row.IsBlank("COCLI")), supplier};
     };
     return {{}, of};
 }
