@@ -14,11 +14,11 @@ private slots:
         QTest::addColumn<QStringList>("source"); // code;name;vatNumber;taxCode
         Columns<QStringList, QStringList>("destination", "matches");
         const QString vat = "01234567890";
-        Row("VAT number", QStringList{"000001;Rossi;" + vat + ";RSS"},
-            QStringList{"000004;Altro;;RSS", "000005;Rossi;;", "000006;Rossi snc;" + vat + ";"},
+        Row("VAT number", QStringList{"000001;Rossi;" + vat + ";RSS80"},
+            QStringList{"000004;Altro;;RSS80", "000005;Rossi;;", "000006;Rossi snc;" + vat + ";"},
             QStringList{"000001 000006 Rossi snc PARTITA IVA"});
-        Row("tax code", QStringList{"000001;Rossi;" + vat + ";RSS"}, QStringList{"000005;Rossi;;", "000006;Altro;;RSS"},
-            QStringList{"000001 000006 Altro CODICE FISCALE"});
+        Row("tax code", QStringList{"000001;Rossi;" + vat + ";RSS80"},
+            QStringList{"000005;Rossi;;", "000006;Altro;;RSS80"}, QStringList{"000001 000006 Altro CODICE FISCALE"});
         Row("part of a name", QStringList{"000001;Rossi;" + vat + ";"}, QStringList{"000005;Ditta ROSSI Mario;;"},
             QStringList{"000001 000005 Ditta ROSSI Mario RAGIONE SOCIALE"});
         Row("a longer name is no match", QStringList{"000001;Rossi Mario;;"}, QStringList{"000005;Rossi;;"},
@@ -30,6 +30,8 @@ private slots:
             QStringList{"000005;Altro;00000000000;AAA"},
             QStringList{"000001 000006 Uno NUOVO!!!!", "000002 000007 Due NUOVO!!!!",
                         "000003 000006 Uno RAGIONE SOCIALE"});
+        Row("a word in place of a number tells nobody", QStringList{"000001;Uno;ESTERO;n.d."},
+            QStringList{"000005;Altro;ESTERO;N.D."}, QStringList{"000001 000006 Uno NUOVO!!!!"});
         Row("quotes", QStringList{"000001;D'Est;;"}, QStringList{"000005;Neri D'Est;;"},
             QStringList{"000001 000005 Neri D'Est RAGIONE SOCIALE"});
         Row("accents and wildcards", QStringList{"000001;Società;;", "000002;A_C;;", "000003;100%;;"},
@@ -39,8 +41,8 @@ private slots:
         Row("first of an empty company", QStringList{"000031;Uno;;"}, QStringList{},
             QStringList{"000031 000001 Uno NUOVO!!!!"});
         Row("the copy of an earlier one is found",
-            QStringList{"000001;Uno;" + vat + ";", "000002;Due;" + vat + ";", "000003;uno;;", "000004;Tre;;TRE",
-                        "000005;Altro;;tre"},
+            QStringList{"000001;Uno;" + vat + ";", "000002;Due;" + vat + ";", "000003;uno;;", "000004;Tre;;TRE3",
+                        "000005;Altro;;tre3"},
             QStringList{"000005;Cinque;;"},
             QStringList{"000001 000006 Uno NUOVO!!!!", "000002 000006 Uno PARTITA IVA",
                         "000003 000006 Uno RAGIONE SOCIALE", "000004 000007 Tre NUOVO!!!!",
