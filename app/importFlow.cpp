@@ -170,16 +170,35 @@ void TellLeftOut(Session& session, const Origin& origin, const Procedure& proced
     }
 }
 
+/// Adds a line to what a procedure has told, which has ended.
+void TellIn(Session& session, RunResult& result, const QString& line) {
+    result.details.append(line);
+    try {
+        modImport::WriteImportLog(session, line, false);
+    } catch (const Error&) {
+        session.Errors.Monitoring(Form, QStringLiteral("TellIn"));
+    }
+}
+
 /// What a reset leaves, to those who were not asked before it. @param first place of the first result
 void TellLeft(Session& session, const QString& left, qsizetype first) {
-    if (left.isEmpty() || session.Results.size() <= first) {
-        return;
+    if (!left.isEmpty() && session.Results.size() > first) {
+        TellIn(session, session.Results[first], left);
     }
-    session.Results[first].details.append(left);
-    try {
-        modImport::WriteImportLog(session, left, false);
-    } catch (const Error&) {
-        session.Errors.Monitoring(Form, QStringLiteral("TellLeft"));
+}
+
+/// The procedures behind one that broke off, which do not run: their rows stand in no account.
+void TellNotRun(Session& session, const ImportRequest& request, const std::vector<const Procedure*>& procedures,
+                const Procedure* broken) {
+    QStringList titles;
+    for (auto each = std::find(procedures.begin(), procedures.end(), broken) + 1; each < procedures.end(); ++each) {
+        if (request.only == nullptr || request.only->Wants((*each)->name)) {
+            titles.append(ProcedureTitle(*request.choice.origin, **each));
+        }
+    }
+    if (!titles.isEmpty()) {
+        TellIn(session, session.Results.last(),
+               QStringLiteral("Non eseguite: %1").arg(titles.join(QStringLiteral(", "))));
     }
 }
 
@@ -215,6 +234,7 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
         TellLeft(session, std::exchange(left, {}), first);
         const FlowOutcome outcome = OutcomeOf(session, first);
         if (outcome != FlowOutcome::Done) {
+            TellNotRun(session, request, procedures, procedure);
             return outcome;
         }
     }

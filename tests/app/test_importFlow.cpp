@@ -221,6 +221,8 @@ private slots:
         End(target.Get(), RunResult::Outcome::Failed); // of an earlier press
         QTEST(RunImport(target.Get(), Request(fake)), "flow");
         QTEST(static_cast<int>(fake.Calls.size()), "calls");
+        const QStringList told = target.Get().Results.last().details; // nobody takes what has not run for done
+        QVERIFY2(told.filter("Non eseguite: ").size() == 2 - fake.Calls.size(), qPrintable(told.join('\n')));
         QVERIFY(!target.Get().Source);
     }
 
