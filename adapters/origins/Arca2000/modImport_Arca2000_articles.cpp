@@ -273,9 +273,12 @@ void ImportListiniArca2000(Session& session, const QString& singleCode, bool res
             (singleCode.isEmpty() ? QString() : QString("\rAND codclifor = " + run.Quoted(singleCode)));
         PriceListWriter writer(run);
         CustomerList list;
-        run.Rows({"Listini", Listini, "codicearti", "SELECT COUNT(*) FROM listini" + where,
-                  "SELECT * FROM  listini" + where + "\rORDER BY codclifor"},
-                 [&](const SourceRow& row) { return ImportPrezzo(run, writer, row, list); });
+        const bool toTheEnd = run.Rows({"Listini", Listini, "codicearti", "SELECT COUNT(*) FROM listini" + where,
+                                        "SELECT * FROM  listini" + where + "\rORDER BY codclifor"},
+                                       [&](const SourceRow& row) { return ImportPrezzo(run, writer, row, list); });
+        if (toTheEnd) {
+            writer.EndLists();
+        }
         run.Complete("Listini importati correttamente!");
     });
 }
