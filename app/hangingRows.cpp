@@ -72,8 +72,9 @@ QList<RunResult::Emptied> Delete(Session& session, const QStringList& emptied) {
         const bool hasSome =
             std::any_of(taken.begin(), taken.end(), [&](const auto& each) { return each.table == name; });
         if (hasSome) {
-            session.Observer->TableIsEmptied(name);
-            session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + ConditionOf(session, hanging, true));
+            const QString condition = ConditionOf(session, hanging, true);
+            session.Observer->TableIsEmptied(name, condition);
+            session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + condition);
         }
     }
     return taken;

@@ -24,7 +24,7 @@ void TruncateAll(Session& session, EmptyingResult& result) {
         session.Observer->TableIsEmptied(name);
         result.tables.append({name, connection.Execute(QStringLiteral("TRUNCATE TABLE ") + name)});
         if (table == ArticleTable) {
-            session.Observer->TableIsEmptied(LanguageTable);
+            session.Observer->TableIsEmptied(LanguageTable, OfArticles(connection));
             result.tables.append(
                 {LanguageTable, connection.Execute(QStringLiteral("DELETE SYS_LNG WHERE ") + OfArticles(connection))});
         }
