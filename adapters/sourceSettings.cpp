@@ -229,8 +229,8 @@ Prepare Server(const QString& defaultDatabase, const ServerKeys& keys) {
                               keys.authorities);
         }
         const auto sectionOf = [&session](const QString& key) { return SectionOfKey(session, key); };
-        source.NetworkCredential =
-            modMain::IsAppConfigOn(session, NetworkSection(sectionOf, keys), keys.network, keys.networkDefault);
+        source.NetworkCredential = modMain::IsOne(
+            modMain::GetAppConfig(session, NetworkSection(sectionOf, keys), keys.network, keys.networkDefault));
         if (!source.NetworkCredential) {
             source.User = Setting(session, keys.username, "sa");
             Setting(session, keys.password, ""); // stands in the file from then on, to be filled in

@@ -133,7 +133,7 @@ void ReadConnection(Session& session) {
     connection.Server = config.GetAppConfig(Section, "ServerName", QSysInfo::machineHostName().toUpper());
     connection.DatabaseName = config.GetAppConfig(Section, "DatabaseName", "QUADRIX");
     const QString network = config.GetAppConfig(Section, "NetworkCredential", "1");
-    connection.NetworkCredential = IsOn(session, Section, "NetworkCredential", network);
+    connection.NetworkCredential = IsOne(network);
     if (!connection.NetworkCredential) {
         connection.User = config.GetAppConfig(Section, "Username", mod_ovTools::GetUserName());
         connection.Password = ReadPassword(session);

@@ -17,22 +17,25 @@ QChar First(const QString& text) {
     return text.at(0);
 }
 
-bool IsUpper(Session& session, const QString& key, const QString& defaultValue) {
-    return modMain::IsOn(session, QStringLiteral("CONFIG"), key, session.Config.GetConfig(key, defaultValue));
+/// What the two keys say, and their defaults.
+struct CaseKey {
+    QString name;
+    QString defaultValue;
+};
+const CaseKey KeyFields{QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1")};
+const CaseKey TextFields{QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")};
+
+/// What a configuration says; empty when it cannot be read.
+QString Said(Session& session, const CaseKey& key) {
+    try {
+        return session.Config.GetConfig(key.name, key.defaultValue);
+    } catch (const Error&) {
+        return {};
+    }
 }
 
-bool UpperKeys(Session& session) { return IsUpper(session, QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1")); }
-
-bool UpperTexts(Session& session) { return IsUpper(session, QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")); }
-
-/// The value in upper case when the configuration says so; one that cannot be read, or says neither yes nor no, changes
-/// no value.
-QString InCase(Session& session, bool (*isUpper)(Session&), const QString& value) {
-    try {
-        return isUpper(session) ? mod_ovTools::UpperChars(value) : value;
-    } catch (const Error&) {
-        return value;
-    }
+QString InCase(Session& session, const CaseKey& key, const QString& value) {
+    return modMain::IsOne(Said(session, key)) ? mod_ovTools::UpperChars(value) : value;
 }
 
 void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
@@ -126,11 +129,25 @@ void LogNote(Session& session, const QString& message) {
     WriteImportLog(session, line, false);
 }
 
-QString FormatKeyField(Session& session, const QString& value) { return InCase(session, UpperKeys, value); }
+QString FormatKeyField(Session& session, const QString& value) { return InCase(session, KeyFields, value); }
 
-QString FormatTextField(Session& session, const QString& value) { return InCase(session, UpperTexts, value); }
+QString FormatTextField(Session& session, const QString& value) { return InCase(session, TextFields, value); }
 
-FieldCase ReadFieldCase(Session& session) { return {UpperKeys(session), UpperTexts(session)}; }
+FieldCase ReadFieldCase(Session& session) {
+    return {modMain::IsOne(Said(session, KeyFields)), modMain::IsOne(Said(session, TextFields))};
+}
+
+QStringList FieldCaseLines(Session& session) {
+    QStringList lines;
+    for (const CaseKey& key : {KeyFields, TextFields}) {
+        const QString said = Said(session, key);
+        if (!said.trimmed().isEmpty() && !mod_ovTools::ReadNumber(said)) {
+            lines.append(QStringLiteral("Chiave %1, sezione [CONFIG] di '%2': '%3' non è un numero e vale 0")
+                             .arg(key.name, session.Config.ConfigFile(), said));
+        }
+    }
+    return lines;
+}
 
 bool IsDigitChar(const QString& text) {
     const QChar first = First(text);

@@ -68,13 +68,14 @@ QString FormatKeyField(Session& session, const QString& value);
 /// The same for the configuration key TEXTFIELD_CHAR (default "0").
 QString FormatTextField(Session& session, const QString& value);
 
-/// What both keys say, read once for the many values of a run. Raises `ImportError` naming one that says neither yes
-/// nor no, or settings that cannot be read.
+/// What both keys say, read once for the many values of a run.
 struct FieldCase {
     bool upperKeys = true;
     bool upperTexts = false;
 };
 FieldCase ReadFieldCase(Session& session);
+/// A line for each of them that is no number, and so counts as 0.
+QStringList FieldCaseLines(Session& session);
 
 /// Whether the first character is one of "0" to "9". Raises `ImportError` on an empty text.
 bool IsDigitChar(const QString& text);

@@ -37,7 +37,10 @@ QString GetAppConfig(Session& session, const QString& section, const QString& ke
     }
 }
 
-bool IsOn(const Session& session, const QString& section, const QString& key, const QString& text) {
+bool IsOne(const QString& text) { return mod_ovTools::ReadNumber(text) == 1; }
+
+bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
+    const QString text = GetAppConfig(session, section, key, defaultValue);
     const auto number = text.trimmed().isEmpty() ? 0 : mod_ovTools::ReadNumber(text);
     if (number != 0 && number != 1) {
         throw ImportError(
@@ -46,10 +49,6 @@ bool IsOn(const Session& session, const QString& section, const QString& key, co
                 .arg(key, section, QDir::toNativeSeparators(session.Config.ConfigFile()), text));
     }
     return number == 1;
-}
-
-bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
-    return IsOn(session, section, key, GetAppConfig(session, section, key, defaultValue));
 }
 
 void SetAppConfig(Session& session, const QString& section, const QString& key, const QString& value) {

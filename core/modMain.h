@@ -24,10 +24,10 @@ struct FileInfo {
 /// default, and the default is returned, as it is after an error; a file that cannot be read is reported once.
 QString GetAppConfig(Session& session, const QString& section, const QString& key, const QString& defaultValue);
 
-/// Whether a setting of yes or no is on: the number 1 ("1", "1.0"). @param text as it was read; a blank one is off
-/// Raises `ImportError` naming key, section and file for what is neither 1 nor 0: nobody knows what was meant by it.
-bool IsOn(const Session& session, const QString& section, const QString& key, const QString& text);
-/// The same of a setting that is read as `GetAppConfig` does.
+/// Whether a text is the number 1 ("1", "1.0"); whatever else it says is no.
+bool IsOne(const QString& text);
+/// Whether a setting of yes or no, read as `GetAppConfig` does, is on: 1; a blank one is off. Raises `ImportError` naming
+/// key, section and file for what is neither 1 nor 0: nobody knows what was meant by it.
 bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue);
 
 /// Writes a setting into "Quadrix.ini".

@@ -32,7 +32,7 @@ private slots:
     void seedsTheDatabaseSection_data() {
         Columns<QString, QString>("network", "keys");
         Row("integrated sign-on", "", "Provider=,ServerName=,DatabaseName=,NetworkCredential=");
-        Row("own user", "0", "NetworkCredential=,Provider=,ServerName=,DatabaseName=,Username=,Password=");
+        Row("own user", "no", "NetworkCredential=,Provider=,ServerName=,DatabaseName=,Username=,Password=");
     }
     void seedsTheDatabaseSection() {
         QFETCH(QString, network);

@@ -226,7 +226,7 @@ void ImportRun::AnnounceAppending(const QString& announcement) {
 }
 
 void ImportRun::LogLines() {
-    for (const QString& line : modMain::UnencryptedLines(m_session)) {
+    for (const QString& line : modMain::UnencryptedLines(m_session) + modImport::FieldCaseLines(m_session)) {
         AppendToLog(line);
     }
 }
