@@ -1,0 +1,236 @@
+#include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/joinedParty.h"
+#include "adapters/contract/map/lookups.h"
+#include "tests/adapters/Trial.h"
+#include "tests/support/QuadrixTest.h"
+#include "tests/support/rows.h"
+
+#include <QTest>
+
+using namespace contract;
+using namespace contract::rules;
+
+namespace {
+
+const char* const Vat = "01234567890";
+
+/// Customers and suppliers by the first letter of their code.
+class PartiesTrial : public Trial {
+public:
+    PartiesTrial()
+        : Trial(
+              "CREATE TABLE ANAG (RIGA INT, CODICE VARCHAR(8), NOME VARCHAR(20), IVA VARCHAR(20), ANN VARCHAR(1), "
+              "BLOC VARCHAR(1), PAG VARCHAR(4), LIS VARCHAR(6), TEL VARCHAR(30), MAIL VARCHAR(60), RIF VARCHAR(20))") {}
+
+    /// @param marks "A": cancelled, "B": blocked
+    void Source(const QString& code, const QString& marks = {}, const QString& vatNumber = Vat) {
+        ++m_row;
+        Get().Source->Execute(
+            QStringLiteral("INSERT INTO ANAG VALUES (%1, '%2', 'Rossi %2', '%3', '%4', '%5', 'P%2', 'L', '', '', '')")
+                .arg(QString::number(m_row), code, vatNumber, marks.contains('A') ? "S" : "N",
+                     marks.contains('B') ? "S" : "N"));
+    }
+    void Change(const QString& code, const QString& changes) {
+        Get().Source->Execute("UPDATE ANAG SET " + changes + " WHERE CODICE = '" + code + '\'');
+    }
+    /// @return the kinds of lines that the log has about the run
+    QStringList Import(bool reset = false) {
+        const Counterparties parties{
+            .frame = FrameNamed("ImportAnag"),
+            .source = {.table = "ANAG", .key = "CODICE", .order = "RIGA"},
+            .roles = ByPrefix("CODICE", {.customer = {"C"}, .supplier = {"F"}}),
+            .name = "NOME",
+            .vatNumber = "IVA",
+            .lines = {{"CORAS", "NOME", Text()},
+                      {"COIVA", "IVA", NotBlank(Text())},
+                      {"COANN", "ANN", Flag()},
+                      {"COBLK", "BLOC", Flag()},
+                      ByRole("COMOP", "COMOA", "PAG", Text()),
+                      ByRole("COLSC", "COLSF", "LIS", Text())},
+            .numbers = {.office = "TEL", .mail = "MAIL"},
+            .contacts = {{.lines = {{"RFNOM", "RIF", Text()}}, .numbers = {}}},
+        };
+        ProcedureOf(std::nullopt, parties).run(Get(), {}, reset);
+        QStringList kinds;
+        for (const Notes::Kind& kind : Get().Results.last().notes.kinds) {
+            kinds.append(kind.name);
+        }
+        kinds.sort();
+        return kinds;
+    }
+    QString Party(const QString& column, const QString& code) {
+        return LookUp(Get(), "CON_TRO", column, code, "CDCON");
+    }
+    QString One(const QString& query) { return Rows(query).join(';'); }
+
+private:
+    int m_row = 0;
+};
+
+} // namespace
+
+/// Counterparties that several rows of the source are, and those that are imported again.
+class TestJoinedParties : public QObject {
+    Q_OBJECT
+
+private slots:
+    /// Whatever row came first: by each of the codes documents find the counterparty, which is out of force only where
+    /// all rows are.
+    void SeveralRows_data() {
+        Columns<QStringList, QString, QStringList>("rows", "party", "kinds");
+        const QString united = "CONTROPARTI UNITE";
+        const QString cancelled = "ANNULLATA SOLO IN PARTE";
+        Row("two in force", QStringList{"C1", "C2"}, "C2|NULL|PC2|false|false", QStringList{united});
+        Row("the first is cancelled", QStringList{"C1 A", "C2"}, "C2|NULL|PC2|false|false",
+            QStringList{cancelled, united});
+        Row("the second is cancelled", QStringList{"C1", "C2 A"}, "C1|NULL|PC1|false|false",
+            QStringList{cancelled, united});
+        Row("both are cancelled", QStringList{"C1 A", "C2 A"}, "C2|NULL|PC2|true|false", QStringList{united});
+        Row("the third is in force", QStringList{"C1 A", "C2 A", "C3"}, "C3|NULL|PC3|false|false",
+            QStringList{cancelled, united});
+        Row("a cancelled customer who supplies", QStringList{"C1 A", "F1"}, "C1|F1|PC1|false|false",
+            QStringList{cancelled, united});
+        Row("a blocked customer who supplies", QStringList{"C1 B", "F1"}, "C1|F1|PC1|false|false",
+            QStringList{"BLOCCATA SOLO IN PARTE", united});
+    }
+    void SeveralRows() {
+        QFETCH(const QStringList, rows);
+        PartiesTrial trial;
+        for (const QString& row : rows) {
+            trial.Source(row.section(' ', 0, 0), row.section(' ', 1));
+        }
+        const QString all = "SELECT COCGE, COFGE, COMOP, COANN, COBLK FROM X01_CON_TRO";
+        QTEST(trial.Import(), "kinds");
+        const QStringList kept = trial.Rows("SELECT TBNAM, TBFLD, TBOLD, TBNEW FROM SYS_IMP ORDER BY TBOLD");
+        for (int run = 0; run < 2; ++run) { // another import says and changes nothing
+            QTEST(trial.One(all), "party");
+            for (const QString& row : rows) {
+                const QString code = row.section(' ', 0, 0);
+                QCOMPARE(trial.Party(code.startsWith('C') ? "COCGE" : "COFGE", code), QString("000001"));
+            }
+            QCOMPARE(trial.Party("COFGE", "C1"), QString());
+            QCOMPARE(trial.Rows("SELECT TBNAM, TBFLD, TBOLD, TBNEW FROM SYS_IMP ORDER BY TBOLD"), kept);
+            QCOMPARE(trial.Import(), QStringList());
+        }
+    }
+
+    /// What somebody has cancelled in Quadrix stays so when another row joins it.
+    void CancelledByHand() {
+        PartiesTrial trial;
+        trial.Source("C1");
+        trial.Import();
+        trial.Execute("UPDATE X01_CON_TRO SET COANN = 1, USMDF = 'MARIA'");
+        trial.Source("C2");
+        QCOMPARE(trial.Import(), QStringList({"ANNULLATA SOLO IN PARTE", "CONTROPARTI UNITE"}));
+        QCOMPARE(trial.One("SELECT COANN FROM X01_CON_TRO"), QString("true"));
+    }
+
+    /// A code whose row has a number of its own now is that of another one, as is the CDCON that was given anew.
+    void CodesThatMoveOn() {
+        PartiesTrial trial;
+        for (const char* code : {"C1", "C2"}) {
+            trial.Source(code);
+        }
+        trial.Import();
+        trial.Change("C1", "IVA = '99999990011'");
+        trial.Import();
+        QCOMPARE(trial.Party("COCGE", "C1"), QString("000002"));
+        QCOMPARE(trial.One("SELECT TBOLD FROM SYS_IMP"), QString());
+        trial.Change("C1", "IVA = '01234567890'");
+        trial.Import(true);
+        QCOMPARE(trial.Party("COCGE", "C1"), QString("000001"));
+        trial.Change("C2", "CODICE = 'C3', IVA = '99999990011'");
+        trial.Change("C1", "CODICE = 'C4', IVA = '70370370911'");
+        trial.Import(true);
+        QCOMPARE(trial.Party("COCGE", "C1"), QString());
+    }
+
+    /// A number that fills the field makes nobody one with another.
+    void WordsForANumber() {
+        PartiesTrial trial;
+        trial.Source("C1", {}, "ESTERO");
+        trial.Source("C2", {}, "estero");
+        QCOMPARE(trial.Import(), QStringList());
+        QCOMPARE(trial.Rows("SELECT COCGE, COIVA FROM X01_CON_TRO"), QStringList({"C1|ESTERO", "C2|estero"}));
+    }
+
+    /// What a hand has mended or deleted, and what the source has changed, is told and stays; who is new to a
+    /// counterparty brings his own.
+    void NumbersAgain_data() {
+        Columns<QString, QString, QString, QStringList>("hand", "changes", "numbers", "kinds");
+        const QString before = "04371;rossi@x.it;Anna";
+        const QStringList told{"RECAPITO DIVERSO"};
+        Row("as they were", QString(), QString(), before, QStringList());
+        Row("a telephone mended", "UPDATE X01_NUM_TEL SET NRNUM = '9'", QString(), "9;rossi@x.it;Anna", told);
+        Row("all deleted", "DELETE FROM X01_NUM_TEL; DELETE FROM X01_IND_WEB; DELETE FROM X01_CON_RIF", QString(), ";;",
+            told);
+        Row("a contact renamed", "UPDATE X01_CON_RIF SET RFNOM = 'Anna B.'", QString(), "04371;rossi@x.it;Anna B.",
+            told);
+        Row("changed in the source", QString(), "TEL = '2', MAIL = 'new@x.it', RIF = 'Berta'", before, told);
+    }
+    void NumbersAgain() {
+        QFETCH(const QString, hand);
+        QFETCH(const QString, changes);
+        PartiesTrial trial;
+        trial.Source("C1");
+        trial.Change("C1", "TEL = '0437/1', MAIL = 'Rossi@x.it', RIF = 'Anna'");
+        trial.Import();
+        for (const QString& statement : hand.split("; ", Qt::SkipEmptyParts)) {
+            trial.Execute(statement);
+        }
+        if (!changes.isEmpty()) {
+            trial.Change("C1", changes);
+        }
+        QTEST(trial.Import(), "kinds");
+        const QString numbers = trial.One("SELECT NRNUM FROM X01_NUM_TEL") + ';' +
+                                trial.One("SELECT WBIND FROM X01_IND_WEB") + ';' +
+                                trial.One("SELECT RFNOM FROM X01_CON_RIF");
+        QTEST(numbers, "numbers");
+        trial.Source("F1");
+        trial.Change("F1", "TEL = '77'");
+        trial.Import();
+        QVERIFY(trial.Rows("SELECT NRNUM FROM X01_NUM_TEL").contains("77"));
+    }
+
+    /// Several addresses in one text, and numbers that may be others.
+    void SeveralInOne_data() {
+        Columns<QString, QString, QStringList, QStringList>("telephone", "mail", "written", "kinds");
+        const QStringList two{"@ Principale|a@x.it", "@ Ufficio|b@y.it"};
+        Row("blanks", QString(), "A@x.it b@y.it", two, QStringList());
+        Row("a stroke", QString(), "a@x.it / b@y.it", two, QStringList());
+        Row("a semicolon", QString(), "a@x.it;b@y.it;", two, QStringList());
+        Row("words", QString(), "Anna a@x.it, Berta b@y.it",
+            QStringList{"@ Principale|annaa@x.it", "@ Ufficio|bertab@y.it"}, QStringList());
+        Row("one", QString(), "a@x .it", QStringList{"@ Principale|a@x.it"}, QStringList());
+        const QStringList doubtful{"TELEFONO DUBBIO"};
+        Row("of another country", "+49 89 123456", QString(), QStringList{"Ufficio|+4989123456"}, doubtful);
+        Row("two numbers", "0437/123456-0437/654321", QString(), QStringList{"Ufficio|04371234560437654321"}, doubtful);
+    }
+    void SeveralInOne() {
+        QFETCH(const QString, telephone);
+        QFETCH(const QString, mail);
+        PartiesTrial trial;
+        trial.Source("C1");
+        trial.Change("C1", "TEL = '" + telephone + "', MAIL = '" + mail + '\'');
+        QTEST(trial.Import(), "kinds");
+        QTEST(trial.Rows("SELECT NRDES, NRNUM FROM X01_NUM_TEL UNION ALL SELECT WBDES, WBIND FROM X01_IND_WEB"),
+              "written");
+    }
+
+    /// A counterparty's own price list is not taken away by the list that the source has for everybody.
+    void OwnList() {
+        PartiesTrial trial;
+        trial.Source("C1");
+        trial.Import();
+        trial.Execute("UPDATE X01_CON_TRO SET COLSC = CDCON");
+        trial.Execute("INSERT INTO X01_LIS_TES (CDLIS, LTTIP) VALUES ('000001', 'V')");
+        trial.Import();
+        QCOMPARE(trial.One("SELECT COLSC FROM X01_CON_TRO"), QString("000001"));
+        trial.Execute("UPDATE X01_CON_TRO SET COLSC = 'X'");
+        trial.Import();
+        QCOMPARE(trial.One("SELECT COLSC FROM X01_CON_TRO"), QString("L"));
+    }
+};
+
+QUADRIX_TEST(TestJoinedParties)
+#include "test_joinedParties.moc"
