@@ -338,6 +338,56 @@ private slots:
         QVERIFY2(target.Left().last().contains("'20 TAGLIO'"), qPrintable(target.Left().last()));
     }
 
+    /// An import that knows no phases hangs its components on what is there, and writes over none.
+    void aPhaseThatIsThereStays_data() {
+        Columns<QString, QString>("change", "written");
+        Row("nothing", "", "10|GEN|0|NULL|DADO");
+        Row("filled in", "UPDATE X01_DIS_FAS SET DLLAV = 'TORN', DLTAP = 15", "10|TORN|15|NULL|DADO");
+        Row("with a cost", "UPDATE X01_DIS_FAS SET DLCOS = 42", "10|GEN|0|42|DADO");
+        Row("by hand", "UPDATE X01_DIS_FAS SET DLLAV = 'TORN', USINS = 'ANNA'", "10|TORN|0|NULL|DADO");
+        Row("by hand elsewhere", "UPDATE X01_DIS_FAS SET DLSEQ = 30, USINS = 'ANNA'", "30|GEN|0|NULL|DADO");
+        Row("gone", "DELETE FROM X01_DIS_FAS", "10|GEN|0|NULL|DADO");
+    }
+    void aPhaseThatIsThereStays() {
+        QFETCH(const QString, change);
+        WritersTarget target;
+        for (int run = 0; run < 2; ++run) {
+            BillWriter bills(target.Run);
+            bills.Begin("VITE", "V");
+            bills.Write(Component{"DADO", 2}, bills.KeepPhase());
+            bills.ClosePhases();
+            if (run == 0 && !change.isEmpty()) {
+                target.Execute(change);
+            }
+        }
+        QTEST(target
+                  .Rows("SELECT F.DLSEQ, F.DLLAV, F.DLTAP, NULLIF(F.DLCOS, 0), C.DCART FROM X01_DIS_FAS F LEFT JOIN "
+                        "X01_DIS_COM C ON C.IDDBL = F.RECORD_ID ORDER BY F.DLSEQ")
+                  .join(' '),
+              "written");
+        QVERIFY(target.Left().isEmpty());
+    }
+
+    /// What another kind of stock of the module has, and what is another's, is none that is left.
+    void aWarehouseThatIsEmptyIsTold() {
+        WritersTarget target;
+        ImportRun other(target.Get(), "modImport_Altra", "ImportSaldiAltra", {});
+        StockWriter first(target.Run);
+        first.Balance("001", "VITE", 3);
+        first.Balance("002", "VITE", 4);
+        first.Balance({.warehouse = "003", .article = "VITE", .quantity = 1, .sheet = true});
+        StockWriter(other).Balance("004", "VITE", 5);
+        StockWriter again(target.Run);
+        again.Balance("001", "VITE", 3);
+        again.TellRowsLeft();
+        StockWriter none(target.Run);
+        none.TellRowsLeft();
+        none.WritesLike({.warehouse = "003", .article = "VITE", .sheet = true});
+        none.TellRowsLeft();
+        QCOMPARE(target.Left(), QStringList({"movimento 2/2024, magazzino '002': 1 rimane in Quadrix",
+                                             "movimento 3/2024, magazzino '003': 1 rimane in Quadrix"}));
+    }
+
     /// A row that is given up with what belongs to it was not left out by a rule.
     void rowsLeftOutAreCountedByTheirRule() {
         WritersTarget target;

@@ -34,11 +34,11 @@ private slots:
             "COMPONENTI: tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03': 1");
         Row("phase", "modImport_OSL", "ImportDistinteOSL", "DELETE FROM CICLI WHERE FASE = 20",
             "FASI: tabella 'DISTINTA', PADRE 'te-100', '20 GEN': 1 rimane in Quadrix");
+        Row("bill", "modImport_OSL", "ImportDistinteOSL", "DELETE FROM DISTINTA WHERE PADRE = 'te-100'",
+            "DISTINTE: 'TE-100', revisione 0: 1 rimane in Quadrix");
         Row("production order", "modImport_Lantek24", "ImportDocumentiLantek24",
             "DELETE FROM MMNN_MMOO_00000100 WHERE MnORef = 'MO-2'",
             "ORDINI DI PRODUZIONE: MO-2 di 'PZ-01' del 05/01/2024, quantità 10: 1 rimane in Quadrix");
-        Row("balance", "modImport_VS", "ImportSaldiVSP",
-            "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
         Row("code at a supplier that is none of the article any more", "modImport_OS1", "ImportArticoliOS1",
             "DELETE FROM ARTFORN WHERE CodFornitore = '124' AND Codice = 'te-100'",
             "CODICI: articolo 'TE-100', 'VR-1' di '000126': 1 rimane in Quadrix");
@@ -47,7 +47,11 @@ private slots:
         Row("price of an article", "modImport_Gescom", "ImportListiniGescom",
             "DELETE FROM LISTINI WHERE CDLISTIN = 'L1' AND DILISTIN LIKE '2025%'",
             "PREZZI: listino 'L1': 1 rimane in Quadrix");
+        Row("balance", "modImport_VS", "ImportSaldiVSP",
+            "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
+        Row("balances of a warehouse that is empty", "modImport_AdHoc", "ImportInventarioAhr",
+            "UPDATE SALDIART SET SLQTAPER = 0 WHERE SLCODMAG = '002'", "magazzino '002': 1 rimane in Quadrix");
     }
     /// It stays, and the totals of a document go on agreeing with its rows.
     void WhatTheSourceHasNoMoreIsTold() {
@@ -130,8 +134,20 @@ private slots:
         Row("row that comes from no other any more", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution",
             "UPDATE DORig SET Id_DORig_Evade = NULL WHERE Id_DORig = 120",
             "COUNT(DRORI) FROM X01_DOC_VER WHERE DRQTR = 4", "0");
+        Row("article of a component", "modImport_Tessera", "ImportOrdCliTessera",
+            "UPDATE OrdProR SET CodArt = NULL WHERE IdOrdPro = 1 AND CodArt = 'AB-03'",
+            "OCART, OCQTA FROM X01_ORD_COM WHERE OCDES = 'Vite'", "NULL|8");
         Row("phase of a row", "modImport_Gescom", "ImportDocumentiGescom", "DELETE FROM MOVMAG",
             "COUNT(*) FROM X01_DOC_CTR WHERE DRLAV <> '' OR DRLDS <> '' OR DRSEQ <> 0", "0");
+        Row("supplier and machine of a phase", "modImport_OSL", "ImportDistinteOSL",
+            "UPDATE CICLI SET CODFOR = NULL, MACCHINA = NULL",
+            "COUNT(*) FROM X01_DIS_FAS WHERE DLFOR <> '' OR DLMAC <> ''", "0");
+        Row("phase that is done inside", "modImport_GammaSqlServer", "ImportDistinteGammaSqlServer",
+            "UPDATE PD48_CICLI SET PD48_INDTIPOPROV = 0", "COUNT(*) FROM X01_DIS_FAS WHERE DLFOR <> ''", "0");
+        Row("supplier of a phase that is not known", "modImport_OSL", "ImportDistinteOSL",
+            "UPDATE CICLI SET CODFOR = '999'", "COUNT(*) FROM X01_DIS_FAS WHERE DLFOR <> ''", "1");
+        Row("type of an instalment", "modImport_Metodo", "ImportModalitaPagamentoMetodo",
+            "UPDATE TABRATEPAG SET TIPOPAG = 0", "COUNT(*) FROM TAB_MPR WHERE MPTIP <> ''", "0");
         Row("price", "modImport_G2", "ImportArticoliG2",
             "UPDATE ANAART SET PREZZO1 = '0', COSTOULT = '999' WHERE CODART LIKE 'as-100%'",
             "ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "0|999|0");
@@ -142,9 +158,6 @@ private slots:
             prices + "'TE-100'", "NULL|NULL|NULL");
         Row("price that is over", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
             "UPDATE LI10_LISTARTIC SET LI10_DATAFINEVAL = '20240101 00:00:00'", prices + "'AS-100'", "NULL|NULL|NULL");
-        Row("article of a component", "modImport_Tessera", "ImportOrdCliTessera",
-            "UPDATE OrdProR SET CodArt = NULL WHERE IdOrdPro = 1 AND CodArt = 'AB-03'",
-            "OCART, OCQTA FROM X01_ORD_COM WHERE OCDES = 'Vite'", "NULL|8");
         Row("price and drawing of a file", "modImport_NetSuite", "ImportArticoliNetSuite",
             "UPDATE ANPA200F SET PRVEN = NULL, NRDIS = NULL WHERE CDPAR = 'as-100'",
             "ARPRZ, ARRIC, ARDIS FROM X01_ART_ICO WHERE CDART = 'AS-100'", "NULL|NULL|");
@@ -164,21 +177,6 @@ private slots:
             "CODES FROM X01_ART_COD WHERE CDCOD = 'CANC-2A'", "Nuova");
         Row("location", "modImport_Tessera", "ImportArticoliTessera", "UPDATE Artic SET CodUbi = 'C-9' WHERE IdArt = 1",
             "CDUBI, UADEF FROM X01_UBI_ART WHERE CDART = 'AB-01' ORDER BY CDUBI", "A-01|false\nC-9|true");
-        Row("long description", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
-            "UPDATE MG87_ARTDESC SET MG87_DESCARTEST = NULL", "ARDEC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "");
-    }
-    /// What is imported anew agrees with the source, not half with what it was.
-    void WhatTheSourceHasClearedIsCleared() {
-        QFETCH(const QString, module);
-        QFETCH(const QString, procedure);
-        QFETCH(const QString, change);
-        QFETCH(const QString, columns);
-        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
-        fixture.Run();
-        for (const QString& one : change.split("; ")) {
-            fixture.ChangeSource(one);
-        }
-        fixture.RunLine(procedure);
         const QString codes = "CDART, CDCOD FROM X01_ART_COD WHERE CDART LIKE 'TE-%' ORDER BY CDART, CDCOD";
         Row("codes of an article, of which one goes to another", "modImport_OS1", "ImportArticoliOS1",
             "UPDATE ARTICOLI SET CodiceBarre = CASE Codice WHEN 'TE-200' THEN '8001234567890' END; UPDATE ARTFORN SET "
@@ -197,6 +195,21 @@ private slots:
             "DELETE FROM LISTINI WHERE CDLISTIN = 'L4' OR CDLISTIN = 'L3'; UPDATE LISTINI SET QTLISTIN = '50' WHERE "
             "QTLISTIN = '100'",
             "SCQTA, SCPRZ FROM X01_LIS_ARS WHERE IDLSD = 1 ORDER BY SCQTA", "10|95.5\n50|90");
+        Row("long description", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
+            "UPDATE MG87_ARTDESC SET MG87_DESCARTEST = NULL", "ARDEC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "");
+    }
+    /// What is imported anew agrees with the source, not half with what it was.
+    void WhatTheSourceHasClearedIsCleared() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, procedure);
+        QFETCH(const QString, change);
+        QFETCH(const QString, columns);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        for (const QString& one : change.split("; ")) {
+            fixture.ChangeSource(one);
+        }
+        fixture.RunLine(procedure);
         QTEST(fixture.Target().Rows("SELECT " + columns).join('\n'), "written");
     }
 };

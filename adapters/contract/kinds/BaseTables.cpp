@@ -9,6 +9,8 @@ namespace contract {
 
 namespace {
 
+const QString InstalmentCount = QStringLiteral("MPRAT");
+
 /// The lines of a base table with its code column, as a mapping that lives as long as the part.
 std::shared_ptr<const Mapping> MappingOf(const BaseTable& declared) {
     const schema::Table& table = *schema::FindTable(declared.target);
@@ -45,13 +47,20 @@ std::optional<double> FixedDayOf(const Field& fixedDay, Session& session, const 
     return fixedDay.IsSet() ? std::optional(fixedDay.Number(session, row)) : std::nullopt;
 }
 
+/// The payment type; empty for a blank one and where its rule gives Null, none for one that is not known or not told.
+std::optional<QString> PaymentTypeOf(const Field& type, Session& session, const SourceRow& row) {
+    const QString code = type.Text(session, row);
+    const bool isKept = code.isEmpty() && (!type.IsSet() || (!type.IsBlank(row) && type.IsLeftOut(session, row)));
+    return isKept ? std::nullopt : std::optional(code);
+}
+
 void AddInstalments(std::vector<Instalment>& all, const InstalmentFields& fields, Session& session,
                     const SourceRow& term, const QString& start) {
     fields.rows.ForEach(session, term, [&](const SourceRow& row) {
         if (fields.days.IsBlank(row) && fields.start.IsBlank(row) && fields.percent.IsBlank(row)) {
             return;
         }
-        all.push_back({fields.type.Text(session, row), fields.days.Number(session, row),
+        all.push_back({PaymentTypeOf(fields.type, session, row), fields.days.Number(session, row),
                        StartOf(fields.start, session, row, start), fields.percent.Number(session, row),
                        FixedDayOf(fields.fixedDay, session, row)});
     });
@@ -61,19 +70,33 @@ void AddSeries(std::vector<Instalment>& all, const InstalmentSeries& series, Ses
                const QString& start) {
     const int count = series.count.WholeNumber(session, term);
     for (int i = 0; i < count; ++i) {
-        all.push_back({series.type.Text(session, term),
+        all.push_back({PaymentTypeOf(series.type, session, term),
                        series.firstDays.Number(session, term) + i * series.everyDays.Number(session, term),
                        StartOf(series.start, session, term, start), 0, FixedDayOf(series.fixedDay, session, term)});
     }
 }
 
 /// A mapping with the number of instalments, unless it has it already.
-Mapping WithCount(Mapping mapping, size_t instalments) {
-    const QString column = QStringLiteral("MPRAT");
-    if (!mapping.TargetColumns().contains(column)) {
-        mapping.lines.emplace_back(column, QString(), rules::Constant(static_cast<int>(instalments)));
+Mapping WithCount(Mapping mapping, int instalments) {
+    if (!mapping.TargetColumns().contains(InstalmentCount)) {
+        mapping.lines.emplace_back(InstalmentCount, QString(), rules::Constant(instalments));
     }
     return mapping;
+}
+
+/// Tells a number of the source that is not that of its instalments; 0 and blank are none.
+void TellOtherCount(ImportRun& run, const Mapping& mapping, const SourceRow& row, const QString& term,
+                    int instalments) {
+    for (const MapLine& line : mapping.lines) {
+        if (line.target != InstalmentCount) {
+            continue;
+        }
+        const int told = Field(line.sources.join(QStringLiteral(", ")), line.rule).WholeNumber(run.GetSession(), row);
+        if (told != 0 && told != instalments) {
+            run.Log(QStringLiteral("RATE DIVERSE DAL NUMERO: %1: '%2' ne dice %3, l'origine ne ha %4")
+                        .arg(run.RowKey(), term, QString::number(told), QString::number(instalments)));
+        }
+    }
 }
 
 RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping& mapping, const SourceRow& row) {
@@ -91,8 +114,13 @@ RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping
     for (qsizetype i = 0; i < shares.size(); ++i) {
         instalments[static_cast<size_t>(i)].percent = shares.at(i);
     }
-    const RowOutcome outcome = WriteByCode(run, WithCount(mapping, instalments.size()), row, {code});
-    WriteInstalments(run, code, instalments);
+    const int count = static_cast<int>(instalments.size());
+    const Mapping counted = WithCount(mapping, count == 0 ? CountInstalments(session, code) : count);
+    const RowOutcome outcome = WriteByCode(run, counted, row, {code});
+    if (outcome != RowOutcome::Skipped) {
+        TellOtherCount(run, mapping, row, code, count);
+        WriteInstalments(run, code, instalments);
+    }
     return outcome;
 }
 

@@ -53,8 +53,9 @@ struct InstalmentSeries {
     Field start = {};    ///< as above
 };
 
-/// An import of payment terms, which serve every company: a reset deletes only those that an import wrote. The number
-/// of instalments (MPRAT) is that of those written, unless a line tells it.
+/// An import of payment terms, which serve every company: a reset deletes only those that an import wrote, and a term
+/// for which the source has no instalments keeps its own. The number of instalments (MPRAT) is that of those there are,
+/// unless a line tells it; one that is told and is another is logged.
 struct PaymentTerms {
     Frame frame = {};
     SourceTable source;

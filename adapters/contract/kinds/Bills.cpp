@@ -26,7 +26,7 @@ public:
             const BillPhases& phase = *declared.phases;
             ofPhase = {"DIS_FAS", phase.rows.table, phase.lines.Over({})};
             mappings.push_back({"DIS_FAS", phase.rows.table, phase.lines.Over(NamedLines(phase))});
-            if (phase.isOutside.IsSet()) {
+            if (phase.sendsComponents && phase.isOutside.IsSet()) {
                 mappings.push_back(FieldMapping("DIS_COM", phase.rows.table, {{"DCCTL", phase.isOutside}}));
             }
         }
@@ -94,7 +94,8 @@ private:
                              {"DLTAP", phase.setUpTime},
                              {"DLTUP", phase.unitTime},
                              {"DLCOS", phase.cost},
-                             {"DLFOR", phase.supplier}})
+                             {"DLFOR", phase.supplier},
+                             {"DLMAC", phase.machine}})
             .lines;
     }
     static std::vector<MapLine> NamedLines(const BillComponents& part) {
@@ -124,6 +125,14 @@ SourceRevision RevisionOf(const SourceRow& row, const Field& revision) {
         isNull = isNull && row.Value(column).isNull();
     }
     return {texts.join(u' '), isNull};
+}
+
+/// A code; empty for a blank one, none for one that is not known or not told.
+/// @param isNone whether there is none, whatever the field holds
+std::optional<QString> CodeOrCleared(Session& session, const Field& field, const SourceRow& row, bool isNone = false) {
+    const QString code = field.Text(session, row);
+    const bool isKept = code.isEmpty() && !(field.IsSet() && (isNone || field.IsBlank(row)));
+    return isKept ? std::nullopt : std::optional(code);
 }
 
 /// The phases of the bill under way: RECORD_ID of the first, and of each by its key.
@@ -219,6 +228,7 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
     }
     const QString article = declared.article.Text(session, row);
     if (!IsImported(Run(), article)) {
+        m_writer.Meet(article);
         return Run().Skip(ArticleMissing);
     }
     BillHead head{article, m_kind->key.Text(session, row)};
@@ -226,6 +236,7 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
         head.revision = declared.revision.Number(session, row);
     }
     head.active = declared.active.Value(session, row);
+    head.alone = declared.oneInForce;
     if (declared.note.IsSet()) {
         head.note = declared.note.Text(session, row);
     }
@@ -300,6 +311,9 @@ bool BillImporter::End() {
         m_writer.TellMissing(m_singleCode);
         return false;
     }
+    if (m_kind->declared.hasAll) {
+        m_writer.TellBillsLeft();
+    }
     m_writer.LinkSubAssemblies();
     return true;
 }
@@ -328,19 +342,21 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
                 return;
             }
             last = SequenceOf(phases, row, last);
+            const bool toldInside =
+                phases.isOutside.IsSet() && !mod_ovTools::ToBoolean(phases.isOutside.Value(session, row));
             const Phase phase{last,
                               work,
                               phases.note.Text(session, row),
                               phases.setUpTime.Number(session, row),
                               phases.unitTime.Number(session, row),
                               phases.cost.Number(session, row),
-                              phases.supplier.Text(session, row)};
+                              CodeOrCleared(session, phases.supplier, row, toldInside),
+                              CodeOrCleared(session, phases.machine, row)};
             const qint64 id =
                 m_writer.Write(phase, [&](TargetRow& target) { m_kind->ofPhase.Apply(target, session, row, {}); });
             written.first = written.first == 0 ? id : written.first;
-            const bool isOutside = phases.isOutside.IsSet()
-                                       ? mod_ovTools::ToBoolean(phases.isOutside.Value(session, row))
-                                       : !phase.supplier.isEmpty();
+            const bool isOutside =
+                phases.isOutside.IsSet() ? !toldInside : !phase.supplier.value_or(QString()).isEmpty();
             if (phases.sendsComponents && isOutside) {
                 written.outside.insert(id);
             }
@@ -351,7 +367,7 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
         });
     }
     if (written.first == 0) {
-        written.first = m_kind->declared.phases ? m_writer.WriteGeneric() : m_writer.Write(Phase{});
+        written.first = m_kind->declared.phases ? m_writer.WriteGeneric() : m_writer.KeepPhase();
     }
     return written;
 }
@@ -437,6 +453,21 @@ qint64 NumberOfRevision(Session& session, const QString& text) {
 Rule rules::RevisionNumber() {
     return {"il numero intero; 0 per un altro testo, che va nel log se non è vuoto",
             [](const RuleInput& input) { return RuleValue(NumberOfRevision(input.session, input.Text())); }};
+}
+
+Rule rules::IsNewestRevision(const ChildTable& revisions, const QString& column,
+                             const std::function<bool(Session&, const SourceRow&)>& counts) {
+    return {"vero per la revisione più alta dell'articolo, come numero e poi come testo",
+            [revisions, column, counts](const RuleInput& input) {
+                const auto place = PlaceOfRevision(input.row.Text(column));
+                bool isNewest = true;
+                revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
+                    const bool isNewer = PlaceOfRevision(other.Text(column)) > place;
+                    isNewest = isNewest && !(isNewer && (!counts || counts(input.session, other)));
+                });
+                return RuleValue(isNewest);
+            },
+            Side::Both, revisions.OwnNeeds(revisions.table).reads};
 }
 
 Rule rules::WasteFactor() {

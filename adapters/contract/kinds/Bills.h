@@ -16,11 +16,14 @@ struct BillPhases {
     Field setUpTime = {}; ///< minutes
     Field unitTime = {};  ///< minutes
     Field cost = {};      ///< per hour
-    Field supplier = {};  ///< CDCON of who does it: `rules::KnownSupplier`
-    Lines lines = {};     ///< further columns of DIS_FAS
+    // One of these two that is blank is cleared; one that is told and not known leaves what Quadrix has.
+    Field supplier = {}; ///< CDCON of who does it: `rules::KnownSupplier`
+    Field machine = {};  ///< CDMAC of the machine
+    Lines lines = {};    ///< further columns of DIS_FAS
     /// Whether the components of a phase that is done outside go there: they are marked as subcontracted then.
     bool sendsComponents = false;
     /// Whether it is done outside, where the source tells that beside the supplier; without it what a supplier does is.
+    /// One that is done inside has no supplier.
     Field isOutside = {};
 };
 
@@ -49,10 +52,15 @@ struct Bills {
     /// first; the log tells the other.
     Field revision = {};
     Field active = {}; ///< whether the revision is the one in force
+    /// Whether it is that alone: other revisions that imports wrote lose it, also where the source has them no more.
+    bool oneInForce = false;
     Field note = {};
     Lines lines = {}; ///< further columns of DIS_BAS
     BillComponents components;
     std::optional<BillPhases> phases = {};
+    /// Whether the source has all of the bills, so that one of an earlier import that is not in it is told; false for a
+    /// file of some of them.
+    bool hasAll = true;
     /// Why the bills of an article behind its first are left out, in the operator's words; empty: they rewrite it.
     QString furtherRows = {};
     LeavesOut leavesOut = {};
@@ -74,6 +82,12 @@ namespace rules {
 
 /// A revision that is a whole number; 0 for any other text, which is logged unless it is blank.
 Rule RevisionNumber();
+
+/// Whether a revision is the newest of its article: the highest number, of equal ones and of those that are none the
+/// last text. @param revisions rows that have those of the article @param column of the revision, in both
+/// @param counts which of those rows tell one; none: all of them
+Rule IsNewestRevision(const ChildTable& revisions, const QString& column,
+                      const std::function<bool(Session&, const SourceRow&)>& counts = {});
 
 /// The factor by which a component allows for a waste in percent (DCCOE): 5 gives 1.05, blank 1. Raises `ImportError`
 /// when it is no number.

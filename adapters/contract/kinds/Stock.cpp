@@ -12,7 +12,9 @@ public:
         : Importer(run),
           m_declared(std::move(declared)),
           m_writer(run),
-          m_warehouses(run, m_declared.source.table, m_declared.warehouse.Columns().value(0)) {}
+          m_warehouses(run, m_declared.source.table, m_declared.warehouse.Columns().value(0)) {
+        m_writer.WritesLike({});
+    }
 
     RowOutcome Row(const SourceRow& row) override;
     bool End() override {

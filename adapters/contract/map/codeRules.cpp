@@ -14,6 +14,14 @@ Rule NotZeroCode(const Rule& rule) {
             rule.side, rule.reads};
 }
 
+Rule ClearedWhenBlank(const Rule& rule) {
+    return {rule.text + QStringLiteral("; vuoto se è vuoto"),
+            [apply = rule.apply](const RuleInput& input) {
+                return input.Text().isEmpty() ? RuleValue(QVariant()) : apply(input);
+            },
+            rule.side, rule.reads};
+}
+
 Rule BalanceSection(const QString& economic) {
     QList<QPair<QString, QString>> sections{{"A", "SP"}, {"P", "SP"}};
     for (const QChar letter : economic) {

@@ -7,6 +7,9 @@ namespace contract::rules {
 
 /// Left out when the source columns hold a code that is none: blank or zero.
 Rule NotZeroCode(const Rule& rule);
+/// Null, so that the target is cleared, when the source columns are blank; a code that is told and has no translation
+/// is left out as ever.
+Rule ClearedWhenBlank(const Rule& rule);
 /// The section of the balance sheet that a letter tells: "SP" for assets (A) and liabilities (P), "CE" for those of
 /// profit and loss, empty for any other. @param economic the letters of profit and loss, such as "CR"
 Rule BalanceSection(const QString& economic);

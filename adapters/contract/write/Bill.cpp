@@ -23,6 +23,13 @@ void SetPrices(ImportRun& run, TargetRow& row, const QString& article) {
     row.Set("DCPRZ", amounts.price);
 }
 
+/// Whether a phase is the generic one as imports write it, with nothing that somebody has entered.
+bool IsGenericAsWritten(const SourceRow& phase) {
+    return phase.Value("DLSEQ").toInt() == FirstPhase && phase.Text("DLLAV") == GenericWork &&
+           NumberOf(phase, "DLTAP") == 0 && NumberOf(phase, "DLTUP") == 0 && NumberOf(phase, "DLCOS") == 0 &&
+           phase.IsBlank("DLNOT") && phase.IsBlank("DLFOR") && phase.IsBlank("DLMAC");
+}
+
 void SetMore(TargetRow& row, const std::function<void(TargetRow&)>& more) {
     if (more) {
         more(row);
@@ -35,7 +42,7 @@ std::vector<TableNeed> BillNeeds() {
     return {
         {"DIS_BAS", {"DBART", "DBREV", "DBMAN", "DBANN", "DBINV", "DBNOT", "IDOLD"}},
         {"DIS_FAS",
-         {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT", "DLFOR"}},
+         {"IDDIS", "DLSEQ", "DLACT", "DLLAV", "DLTAP", "DLTUP", "DLTMP", "DLNUP", "DLCOS", "DLNOT", "DLFOR", "DLMAC"}},
         {"DIS_COM",
          {"IDDIS", "IDDBL", "IDDBF", "DCART", "DCPOS", "DCQTA", "DCCOS", "DCRIC", "DCPRZ", "DCCTL", "DCCOE", "DCNOT"}},
         LookedUp("ART_ICO", {"CDART", "ARCOS", "ARRIC", "ARPRZ"})};
@@ -72,12 +79,16 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     if (head.note && (m_wasThere || !head.note->isEmpty())) {
         row.Set("DBNOT", head.note->isEmpty() ? QVariant() : QVariant(*head.note));
     }
+    const bool isAlone = head.alone && (head.active.isNull() || mod_ovTools::ToBoolean(head.active));
     if (!head.active.isNull()) {
         row.Set("DBMAN", head.active);
     }
     if (m_bill != 0) {
         SetMore(row, more);
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", m_bill));
+        if (isAlone) {
+            WithdrawOthers(head.article);
+        }
         return RowOutcome::Updated;
     }
     row.Set("DBART", head.article);
@@ -90,7 +101,26 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     row.Insert();
     m_bill = m_run.LastId("DIS_BAS");
     m_run.Remember(m_begun, m_bill);
+    if (isAlone) {
+        WithdrawOthers(head.article);
+    }
     return RowOutcome::Inserted;
+}
+
+/// Other revisions of the bill begun last that imports wrote are no longer in force; one that somebody has entered is
+/// his.
+void BillWriter::WithdrawOthers(const QString& article) {
+    Session& session = m_run.GetSession();
+    const QString others = Equals(session, "DBART", article) +
+                           QStringLiteral(" AND RECORD_ID <> %1 AND DBMAN = 1 AND ").arg(m_bill) + OfImports(session);
+    if (IdWhere(session, "DIS_BAS", others) == 0) {
+        return;
+    }
+    TargetRow row(m_run, "DIS_BAS");
+    row.Set("DBMAN", false);
+    row.Update(QStringLiteral("WHERE ") + others);
+    m_run.Restores(m_withdrawals);
+    ++m_withdrawals;
 }
 
 void BillWriter::Claim(const BillHead& head) {
@@ -130,9 +160,13 @@ qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&
     row.Set("DLNUP", Operators);
     row.Set("DLCOS", phase.cost);
     row.Set("DLNOT", phase.note);
-    if (!phase.supplier.isEmpty()) {
-        row.Set("DLFOR", phase.supplier);
-    }
+    const auto setCode = [&row, known](const QString& column, const std::optional<QString>& code) {
+        if (code && (known != 0 || !code->isEmpty())) {
+            row.Set(column, code->isEmpty() ? QVariant() : QVariant(*code));
+        }
+    };
+    setCode("DLFOR", phase.supplier);
+    setCode("DLMAC", phase.machine);
     SetMore(row, more);
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
@@ -144,17 +178,35 @@ qint64 BillWriter::Write(const Phase& phase, const std::function<void(TargetRow&
     return id;
 }
 
+/// The first phase of the bill begun last, where the generic one is not there as imports write it; none without phases.
+BillWriter::KnownPhase BillWriter::FirstInPlaceOfGeneric() const {
+    KnownPhase first;
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, DLSEQ, DLLAV, DLTAP, DLTUP, DLCOS, DLNOT, DLFOR, DLMAC FROM " + m_run.FullName("DIS_FAS") +
+        u" WHERE " + Equals("IDDIS", m_bill) + u" ORDER BY DLSEQ, RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (IsGenericAsWritten(row)) {
+            return {};
+        }
+        if (first.id == 0) {
+            first = {row.Value("RECORD_ID").toLongLong(), row.Value("DLSEQ").toInt()};
+        }
+    }
+    return first;
+}
+
 qint64 BillWriter::WriteGeneric() {
-    Session& session = m_run.GetSession();
-    const QString isOther = QStringLiteral("(DLSEQ <> %1 OR DLLAV <> ").arg(FirstPhase) + m_run.Quoted(GenericWork) +
-                            QStringLiteral(" OR COALESCE(DLTAP, 0) <> 0 OR COALESCE(DLTUP, 0) <> 0)");
-    const qint64 first =
-        m_wasThere && !m_replaces
-            ? IdWhere(session, "DIS_FAS",
-                      Equals("IDDIS", m_bill) + QStringLiteral(" AND ") + isOther + QStringLiteral(" AND ") +
-                          OfImports(session) + QStringLiteral(" ORDER BY DLSEQ, RECORD_ID"))
-            : 0;
-    return first != 0 ? first : Write(Phase{});
+    const KnownPhase first = m_wasThere && !m_replaces ? FirstInPlaceOfGeneric() : KnownPhase();
+    return first.id != 0 ? first.id : Write(Phase{});
+}
+
+qint64 BillWriter::KeepPhase() {
+    const KnownPhase first = m_wasThere ? FirstInPlaceOfGeneric() : KnownPhase();
+    if (first.id == 0) {
+        return Write(Phase{});
+    }
+    m_phases.insert(first.sequence);
+    return first.id;
 }
 
 /// With what the run wrote of it before.
@@ -243,6 +295,27 @@ void BillWriter::TellComponentsLeft() {
     }
     TellNoLongerThere(m_run, QStringLiteral("COMPONENTI"),
                       m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
+}
+
+void BillWriter::TellBillsLeft() {
+    if (m_run.IsPart()) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    Recordset rows =
+        session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, DBART, DBREV, DBMAN FROM " + m_run.FullName("DIS_BAS") +
+                                  u" WHERE " + OfImports(session) + u" ORDER BY RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const QString article = row.Text("DBART");
+        if (m_begun.contains(row.Value("RECORD_ID").toLongLong()) || m_met.contains(mod_ovTools::UpperChars(article))) {
+            continue;
+        }
+        const bool isInForce = mod_ovTools::ToBoolean(row.Value("DBMAN"));
+        TellNotMetAgain(m_run, QStringLiteral("DISTINTE"),
+                        QStringLiteral("'%1', revisione %2%3")
+                            .arg(article, row.Text("DBREV"), isInForce ? QString() : QStringLiteral(", non in vigore")),
+                        1);
+    }
 }
 
 void BillWriter::DropReplacedComponents(const QList<qint64>& left) {
@@ -425,6 +498,7 @@ void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& si
         writer.TellMissing(singleCode);
         return;
     }
+    writer.TellBillsLeft();
     writer.LinkSubAssemblies();
     run.Complete(writer.Completion(completion));
 }

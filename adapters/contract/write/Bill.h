@@ -4,6 +4,7 @@
 #include "adapters/contract/run/ImportRun.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -18,18 +19,22 @@ struct Phase {
     int sequence = 0; ///< 0: the first
     QString work;     ///< empty: the generic work centre
     QString note = {};
-    double setUpTime = 0;  ///< in minutes
-    double unitTime = 0;   ///< in minutes
-    double cost = 0;       ///< per hour
-    QString supplier = {}; ///< CDCON of who does it; empty for the company itself
+    double setUpTime = 0; ///< in minutes
+    double unitTime = 0;  ///< in minutes
+    double cost = 0;      ///< per hour
+    /// CDCON of who does it, empty for the company itself; none: not told, and what Quadrix has stays.
+    std::optional<QString> supplier = {};
+    std::optional<QString> machine = {}; ///< CDMAC; the same
 };
 
 /// A bill.
 struct BillHead {
     QString article;
     QString sourceKey;
-    QVariant revision = {};           ///< Null: an article has one bill
-    QVariant active = {};             ///< whether it is the revision in force; Null: it is
+    QVariant revision = {}; ///< Null: an article has one bill
+    QVariant active = {};   ///< whether it is the revision in force; Null: it is
+    /// Whether it is that alone, where it is in force: other revisions of the article that imports wrote no longer are.
+    bool alone = false;
     std::optional<QString> note = {}; ///< none: the source has none, and what Quadrix has stays
     /// Whether it takes the place of another one that the run has written: what only that one has goes.
     bool replaces = false;
@@ -71,10 +76,12 @@ public:
     RowOutcome Begin(const BillHead& head, const std::function<void(TargetRow&)>& more = {});
     /// RECORD_ID of the bill begun last.
     qint64 BillId() const { return m_bill; }
-    /// The phase that a bill begun last which has none in the source hangs its components on: the first that an import
-    /// has written, where the bill was there with phases that are none of these, else the generic one, which is
-    /// written. @return its RECORD_ID
+    /// The phase that a bill begun last which has none in the source hangs its components on: the first that is there
+    /// as it is, where the bill has phases and none that is the generic one as imports write it; else that one, which
+    /// is written. @return its RECORD_ID
     qint64 WriteGeneric();
+    /// The same for a source that tells no phases of any bill: those that are there are none that it has no more.
+    qint64 KeepPhase();
     /// Writes a phase of the bill begun last, or the phase of that sequence number when it is there.
     /// @param more sets further columns @return its RECORD_ID
     qint64 Write(const Phase& phase, const std::function<void(TargetRow&)>& more = {});
@@ -89,6 +96,11 @@ public:
     /// no longer in the source, yet they stay. Called when the bill is complete. Those that the run has written for a
     /// bill whose place this one takes go.
     void TellComponentsLeft();
+    /// Keeps in mind that the source has bills of an article that are not begun.
+    void Meet(const QString& article) { m_met.insert(mod_ovTools::UpperChars(article)); }
+    /// Tells which bills of earlier imports the source has no more, as the run has neither begun them nor met their
+    /// article: they stay. Called behind the last row; a run of some of the rows tells nothing.
+    void TellBillsLeft();
     /// The same of the phases, for a source that tells phases; called when those of the bill are complete. The generic
     /// phase that an import gave the bill while the source told none goes: what it consumed, the first phase does.
     void ClosePhases();
@@ -103,12 +115,19 @@ public:
     QString Completion(QString text) const;
 
     // Bills, phases and components of the run, for the completion message.
-    qint64 Bills() const { return m_run.WrittenRows("DIS_BAS"); }
+    qint64 Bills() const { return m_run.WrittenRows("DIS_BAS") - m_withdrawals; }
     qint64 Phases() const { return m_run.WrittenRows("DIS_FAS"); }
     qint64 Components() const { return m_run.WrittenRows("DIS_COM"); }
 
 private:
     void Claim(const BillHead& head);
+    void WithdrawOthers(const QString& article);
+    /// A phase that is there.
+    struct KnownPhase {
+        qint64 id = 0; ///< 0: none
+        int sequence = 0;
+    };
+    KnownPhase FirstInPlaceOfGeneric() const;
     void DropReplacedPhases();
     void DropReplacedComponents(const QList<qint64>& left);
     void DropPhase(qint64 phase);
@@ -123,6 +142,8 @@ private:
     QSet<qint64> m_leftParts;            ///< components of earlier imports that a bill of the run has no longer
     QSet<qint64> m_leftPhases;           ///< the same of phases
     QSet<qint64> m_begun;                ///< bills of the run
+    QSet<QString> m_met;                 ///< articles whose bills the source has, in capitals
+    qint64 m_withdrawals = 0;            ///< updates of bills that are no longer in force
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
     qint64 m_firstPhase = 0;             ///< the one of them that was written first
@@ -143,7 +164,7 @@ int NumberBehind(ImportRun& run, int last, int own, int step, const std::functio
 qint64 TellPhasesLeft(ImportRun& run, qint64 bill, const QSet<int>& told, QSet<qint64>* ids = nullptr);
 
 /// Imports the bills of a run: reads their heads and hands each to `bill`, then links the sub-assemblies. A single bill
-/// that is not there is told; a run that is cancelled links nothing.
+/// that is not there is told, and bills that the source has no more; a run that is cancelled links nothing.
 /// @param singleCode of the bill that is wanted; empty for all
 /// @param completion the message at the end, in which %1 bills, %2 phases and %3 components may stand
 void ImportBills(ImportRun& run, const ImportRun::Loop& heads, const QString& singleCode, const QString& completion,

@@ -59,6 +59,7 @@ void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, co
 RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const QString& product) {
     const QString article = ArticleOf(run, product);
     if (!IsImported(run, article)) {
+        writer.Meet(article);
         return run.Skip(ArticleMissing);
     }
     if (FillsCodes(run) && writer.Find({article, product}) == 0) {

@@ -64,6 +64,22 @@ QString StockWriter::KeeperOf(const QString& code) const {
     return modImport::GetNewCode(m_run.GetSession(), m_run.FullName(Movements), NumberInYear, code, false);
 }
 
+/// A movement that is there, without the number of its last row.
+StockWriter::Movement StockWriter::KnownMovement(qint64 id, qint64 number) const {
+    const int year = m_run.GetSession().UserManager.DataElaborazione.year();
+    const QString code = QStringLiteral("%1/%2").arg(year).arg(number);
+    return {.id = id,
+            .code = code,
+            .name = QStringLiteral("movimento %1/%2").arg(number).arg(year),
+            .wasThere = true,
+            .isKept = KeeperOf(code) == m_run.Module()};
+}
+
+qint64 StockWriter::LastRow(const Movement& movement) const {
+    return m_run.GetSession().Quadrix.ExecuteCommand("SELECT MAX(MRNUM) FROM " + m_run.FullName("MOV_MAR") + " WHERE " +
+                                                     Equals("MRTES", movement.id));
+}
+
 /// The movement of this module, else the first that is nobody's.
 StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
     Movement movement;
@@ -74,22 +90,14 @@ StockWriter::Movement StockWriter::ReadMovement(const StockLine& line) const {
         Equals(session, "MMMAG", line.warehouse) + u" AND MMINV = 1 AND COALESCE(MMLAM, 0) = " +
         QString::number(line.sheet ? 1 : 0) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !found.Eof() && !movement.isKept; found.MoveNext()) {
-        const qint64 number = found.Fields(1).Value().toLongLong();
-        const QString code = QStringLiteral("%1/%2").arg(year).arg(number);
-        const QString keeper = KeeperOf(code);
-        const bool isOurs = keeper == m_run.Module();
-        if (isOurs || (keeper.isEmpty() && movement.id == 0)) {
-            movement = {.id = found.Fields(0).Value().toLongLong(),
-                        .code = code,
-                        .name = QStringLiteral("movimento %1/%2").arg(number).arg(year),
-                        .wasThere = true,
-                        .isKept = isOurs};
+        const Movement one = KnownMovement(found.Fields(0).Value().toLongLong(), found.Fields(1).Value().toLongLong());
+        if (one.isKept || (movement.id == 0 && KeeperOf(one.code).isEmpty())) {
+            movement = one;
         }
     }
     found.Close();
     if (movement.wasThere) {
-        movement.last = session.Quadrix.ExecuteCommand("SELECT MAX(MRNUM) FROM " + m_run.FullName("MOV_MAR") +
-                                                       " WHERE " + Equals("MRTES", movement.id));
+        movement.last = LastRow(movement);
         movement.lastBefore = movement.last;
     }
     return movement;
@@ -210,7 +218,7 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     row.Set("MRTPM", LoadMovement);
     row.Set("MRSTA", Closed);
     SetParticulars(row, line);
-    m_run.Remember(movement.offcuts, !line.offcut.isEmpty());
+    WritesLike(line);
     if (known.id == 0 || known.isElsewhere) {
         row.Set("MRNUM", movement.last + 1);
         m_run.Restores(movement.last);
@@ -229,22 +237,46 @@ void StockWriter::TellRowsLeft() {
     if (m_run.IsPart()) {
         return;
     }
-    Session& session = m_run.GetSession();
     for (const auto& [place, movement] : m_movements) {
-        if (!movement.wasThere || movement.offcuts.isEmpty()) {
-            continue;
+        if (movement.wasThere) {
+            TellRowsLeft(movement, place.first, place.second);
         }
-        qint64 left = 0;
-        Recordset rows = session.Quadrix.ExecuteWC(
-            u"SELECT RECORD_ID, MRSFR FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("MRTES", movement.id) +
-            u" AND " + OfImports(session) + u" AND MRNUM <= " + QString::number(movement.lastBefore));
-        for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-            // Offcuts and what is none may come by imports of their own.
-            const bool isOurs = movement.offcuts.contains(!row.IsBlank("MRSFR"));
-            left += isOurs && !movement.rewritten.contains(row.Value("RECORD_ID").toLongLong()) ? 1 : 0;
+    }
+    TellWarehousesLeft();
+}
+
+void StockWriter::TellRowsLeft(const Movement& movement, const QString& warehouse, bool sheets) const {
+    Session& session = m_run.GetSession();
+    qint64 left = 0;
+    Recordset rows = session.Quadrix.ExecuteWC(
+        u"SELECT RECORD_ID, MRSFR FROM " + m_run.FullName("MOV_MAR") + u" WHERE " + Equals("MRTES", movement.id) +
+        u" AND " + OfImports(session) + u" AND MRNUM <= " + QString::number(movement.lastBefore));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        // Sheets, offcuts and what is none may come by imports of their own.
+        const bool isOurs = m_written.contains({sheets, !row.IsBlank("MRSFR")});
+        left += isOurs && !movement.rewritten.contains(row.Value("RECORD_ID").toLongLong()) ? 1 : 0;
+    }
+    TellNotMetAgain(m_run, QStringLiteral("GIACENZE"),
+                    QStringLiteral("%1, magazzino '%2'").arg(movement.name, warehouse), left);
+}
+
+/// A warehouse in which the source has nothing any more is met by no row.
+void StockWriter::TellWarehousesLeft() const {
+    Session& session = m_run.GetSession();
+    const int year = session.UserManager.DataElaborazione.year();
+    QSet<qint64> met;
+    for (const auto& [place, movement] : m_movements) {
+        met.insert(movement.id);
+    }
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MMNUM, MMMAG, MMLAM FROM " +
+                                               m_run.FullName(Movements) + u" WHERE " + Equals("MMANN", year) +
+                                               u" AND MMINV = 1 AND " + OfImports(session) + u" ORDER BY RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        Movement movement = KnownMovement(row.Value("RECORD_ID").toLongLong(), row.Value("MMNUM").toLongLong());
+        if (movement.isKept && !met.contains(movement.id)) {
+            movement.lastBefore = LastRow(movement);
+            TellRowsLeft(movement, row.Text("MMMAG"), mod_ovTools::ToBoolean(row.Value("MMLAM")));
         }
-        TellNotMetAgain(m_run, QStringLiteral("GIACENZE"),
-                        QStringLiteral("%1, magazzino '%2'").arg(movement.name, place.first), left);
     }
 }
 

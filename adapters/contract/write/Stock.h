@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <map>
+#include <set>
 
 namespace contract {
 
@@ -49,8 +50,11 @@ public:
     /// its quantity; where there are only others, `ImportError` is raised, as they may be of other balances.
     RowOutcome Balance(const StockLine& line);
 
-    /// Tells how many rows earlier imports have left in the movements of this run that it has not written: their
-    /// quantities still count.
+    /// Has balances like this one, sheets or offcuts or what is none, count as written by the run also where the source
+    /// has not one of them.
+    void WritesLike(const StockLine& line) { m_written.insert({line.sheet, !line.offcut.isEmpty()}); }
+    /// Tells how many rows earlier imports have left in the movements of this run, and in those of the module and year
+    /// whose warehouse the run has not met, that it has not written: their quantities still count.
     void TellRowsLeft();
 
 private:
@@ -61,7 +65,6 @@ private:
         qint64 last = 0;             ///< number of its last row
         qint64 lastBefore = 0;       ///< the same, before this run
         QSet<qint64> rewritten = {}; ///< of its rows that were there
-        QSet<bool> offcuts = {};     ///< whether offcuts and whether others have been written
         bool wasThere = false;
         bool isKept = false; ///< SYS_IMP says that it is of this module
     };
@@ -74,15 +77,20 @@ private:
     /// The movement that a line belongs to, of this run or an earlier one; with id 0 when there is none.
     Movement& FindMovement(const StockLine& line);
     Movement ReadMovement(const StockLine& line) const;
+    Movement KnownMovement(qint64 id, qint64 number) const;
+    qint64 LastRow(const Movement& movement) const;
     QString KeeperOf(const QString& code) const;
     void InsertMovement(Movement& movement, const StockLine& line);
     void Keep(Movement& movement);
     Known FindKnown(const StockLine& line);
     std::vector<Known> FindRows(const Movement& movement, const StockLine& line) const;
+    void TellRowsLeft(const Movement& movement, const QString& warehouse, bool sheets) const;
+    void TellWarehousesLeft() const;
 
     ImportRun& m_run;
     using Key = QPair<QString, bool>;
-    std::map<Key, Movement> m_movements; ///< by warehouse and of sheets or not
+    std::map<Key, Movement> m_movements;       ///< by warehouse and of sheets or not
+    std::set<std::pair<bool, bool>> m_written; ///< whether sheets and whether offcuts
 };
 
 } // namespace contract

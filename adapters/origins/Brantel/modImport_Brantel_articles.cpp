@@ -106,7 +106,7 @@ Bills Distinte() {
                 .unitTime = "TempoUnit",
                 .cost = "Costo",
                 .supplier = {"CodFornitore", KnownSupplier()},
-                .lines = {{"DLMAC", "Macchina", TranslatedOrKnown(phases, "Macchina", "MAC_CHI")}},
+                .machine = {"Macchina", TranslatedOrKnown(phases, "Macchina", "MAC_CHI")},
             },
     };
 }

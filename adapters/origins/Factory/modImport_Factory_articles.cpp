@@ -114,7 +114,7 @@ Bills Distinte() {
                 .unitTime = "TUNIT",
                 .cost = "COSTO",
                 .supplier = {"CODFOR", KnownSupplier()},
-                .lines = {{"DLMAC", "CODMAC", Text()}},
+                .machine = "CODMAC",
             },
     };
 }

@@ -62,7 +62,8 @@ Bills Distinte() {
                 .setUpTime = "PD48_TEMPOSETUP",
                 .unitTime = "PD48_TEMPOLAV",
                 .supplier = {"PD48_CODFORN_CG44, PD48_INDTIPOPROV", OfOutside()},
-                .lines = {{"DLMAC", "PD48_MACCHINA_PD08", Translated("PD08_MACCHINE", "PD08_CODMACC")}},
+                .machine = {"PD48_MACCHINA_PD08", Translated("PD08_MACCHINE", "PD08_CODMACC")},
+                .isOutside = {"PD48_INDTIPOPROV", Is("1")},
             },
         .furtherRows = "altra distinta dello stesso articolo",
     };

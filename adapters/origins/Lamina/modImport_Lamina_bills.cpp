@@ -1,8 +1,9 @@
-// Bills of Lamina, and their phases, which come in a file of their own: until then a bill has the generic one. Whoever
-// imports the bills again imports their phases behind them.
+// Bills of Lamina, and their phases, which come in a file of their own: until then a bill has the generic one. Bills that
+// are imported again keep theirs.
 
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/readFiles.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/origins/Lamina/modImport_Lamina.h"
@@ -37,6 +38,8 @@ Bills BillsOf() {
                    .apart = "REVISIONE"},
         .article = {"PADRE", Article()},
         .revision = {"REVISIONE", RevisionNumber()},
+        .active = {"REVISIONE", IsNewestRevision({.table = Distinte, .on = {{"PADRE"}}, .order = Line}, "REVISIONE")},
+        .oneInForce = true,
         .components =
             {
                 .rows = {.table = Distinte,
@@ -64,11 +67,11 @@ const Mapping& PhaseMapping() {
         {
             {"DLSEQ", "SEQUENZA", RoundedTo(0)},
             {"DLLAV", "LAVORAZIONE", Or(Translated("Lavorazioni", "Descrizione"), schema::defaults::GenericWork)},
-            {"DLMAC", "MACCHINA", TranslatedOrKnown(Codes, "MACCHINA", "MAC_CHI")},
+            {"DLMAC", "MACCHINA", ClearedWhenBlank(TranslatedOrKnown(Codes, "MACCHINA", "MAC_CHI"))},
             {"DLTAP", "TEMPO_SETUP", RoundedTo(6)},
             {"DLTUP", "TEMPO_UNITARIO", RoundedTo(6)},
             {"DLCOS", "COSTO_ORARIO", RoundedTo(6)},
-            {"DLFOR", "FORNITORE", KnownSupplier()},
+            {"DLFOR", "FORNITORE", ClearedWhenBlank(KnownSupplier())},
             {"DLNOT", "NOTE", Text()},
         },
     };

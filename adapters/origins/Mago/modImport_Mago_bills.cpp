@@ -102,11 +102,8 @@ Bills Distinte() {
                 .cost = {"Operation", OfFirst(Routing, {.table = "MA_Operations", .on = {{"Operation"}}}, "HourlyCost",
                                               RoundedTo(6))},
                 .supplier = {"Supplier", Supplier()},
-                .lines =
-                    {
-                        {"DLMAC", "WC", Translated("MA_WorkCenters", "WC")},
-                        {"DLNUP", "NoOfProcessingWorkers", NotZero()},
-                    },
+                .machine = {"WC", Translated("MA_WorkCenters", "WC")},
+                .lines = {{"DLNUP", "NoOfProcessingWorkers", NotZero()}},
                 .sendsComponents = true,
             },
         .component = TellOtherUnit,

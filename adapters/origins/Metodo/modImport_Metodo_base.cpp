@@ -86,7 +86,7 @@ Procedure ImportModalitaPagamentoMetodo() {
             },
         .instalments = {{
             .rows = {.table = "TABRATEPAG", .on = {{"CODICE"}}, .order = "CODICE, NUMERO"},
-            .type = {"TIPOPAG", NotZeroCode(Text())},
+            .type = {"TIPOPAG", Or(NotZeroCode(Text()), QVariant())},
             .days = "GIORNI",
             .fixedDay = {"GIORNOFISSO", NotZero()},
             .start = {"FINEMESE", Choice({{"1", "FM"}}, "DF")},

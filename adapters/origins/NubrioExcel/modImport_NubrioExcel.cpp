@@ -176,6 +176,7 @@ void WriteTreatment(ImportRun& run, BillWriter& writer, const SourceRow& row) {
     writer.ClosePhases();
 }
 
+/// A sheet has the bills of some products.
 Bills Distinte() {
     return {
         .frame = {.module = Module, .procedure = "ImportDistinteNubrioExcel"},
@@ -188,12 +189,16 @@ Bills Distinte() {
                        }},
         .article = {"Codice", Article()},
         .revision = {"Rev.", RevisionNumber()},
+        .active = {"Rev.",
+                   IsNewestRevision({.table = Sheet, .on = {{"Codice"}}, .order = RowNumber}, "Rev.", HasParts)},
+        .oneInForce = true,
         .components = {.rows = Below,
                        .article = {"Codice", Article()},
                        .quantity = "Quantita",
                        .note = "Note",
                        .repeated = Repeated::Adds,
                        .lines = {{"DCDMX", "Lunghezza mm", RoundedTo(6)}, {"DCDMY", "Larghezza mm", RoundedTo(6)}}},
+        .hasAll = false,
         .component = SetPosition,
         .after = WriteTreatment,
         .further = {{}, {{Sheet, {Parent}, {"Trattamento"}}}, {}},

@@ -183,7 +183,7 @@ Bills Distinte() {
                 .unitTime = "TUNIT",
                 .cost = "COSTOORA",
                 .supplier = {"CODFOR", KnownSupplier()},
-                .lines = {{"DLMAC", "MACCHINA", TranslatedOrKnown(Cicli, "MACCHINA", "MAC_CHI")}},
+                .machine = {"MACCHINA", TranslatedOrKnown(Cicli, "MACCHINA", "MAC_CHI")},
             },
     };
 }

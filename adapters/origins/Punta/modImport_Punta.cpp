@@ -26,23 +26,6 @@ const QString Cicli = QStringLiteral("CICLI");
 
 Rule Article() { return ArticleCode(ArticoliTable, "COD_ART"); }
 
-/// Of the revisions of an article the highest is the one in force: the highest number, of equal ones and of those that
-/// are none the last text.
-Rule IsInForce() {
-    const ChildTable revisions{
-        .table = DistinteTable, .on = {{"COD_PADRE"}}, .order = "REV", .naming = "COD_PADRE, REV"};
-    return {"vero per la revisione più alta dell'articolo, come numero e poi come testo",
-            [revisions](const RuleInput& input) {
-                const auto place = [](const SourceRow& row) { return PlaceOfRevision(row.Text("REV")); };
-                bool isHighest = true;
-                revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
-                    isHighest = isHighest && place(other) <= place(input.row);
-                });
-                return RuleValue(isHighest);
-            },
-            Side::Both, revisions.OwnNeeds(DistinteTable).reads};
-}
-
 Articles Articoli() {
     return {
         .frame = {.module = Module, .procedure = "ImportArticoliPunta"},
@@ -96,7 +79,11 @@ Bills Distinte() {
                    .apart = "REV"},
         .article = {"COD_PADRE", Article()},
         .revision = {"REV", RevisionNumber()},
-        .active = {"REV", IsInForce()},
+        .active = {"REV",
+                   IsNewestRevision(
+                       {.table = DistinteTable, .on = {{"COD_PADRE"}}, .order = "REV", .naming = "COD_PADRE, REV"},
+                       "REV")},
+        .oneInForce = true,
         .components = {.rows = {.table = DistinteTable,
                                 .on = {{"COD_PADRE"}, {.column = "REV", .tiesNulls = true}},
                                 .order = "RIGA",

@@ -201,6 +201,8 @@ Bills Distinte() {
         .source = {.table = Disbas, .key = "PADRE", .order = "PADRE", .distinct = true},
         .article = {"PADRE", Article()},
         .revision = Revision(),
+        .active = {"", Constant(true)},
+        .oneInForce = true,
         .components =
             {
                 .rows = {.table = Disbas, .on = {{"PADRE"}}, .order = "NUMRIG", .naming = "PADRE, NUMRIG"},

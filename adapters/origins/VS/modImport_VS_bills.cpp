@@ -122,12 +122,13 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
 RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
     const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", parent);
     if (!IsImported(run, article)) {
+        writer.Meet(article);
         return run.Skip(ArticleMissing);
     }
     RowOutcome outcome = FillsCodes(run) ? RowOutcome::Skipped : RowOutcome::Updated;
     const std::vector<Bill> bills = BillsOf(run, parent);
     for (const Bill& bill : bills) {
-        const BillHead head{article, parent, bill.revision, &bill == &bills.back()};
+        const BillHead head{article, parent, bill.revision, &bill == &bills.back(), true};
         if (FillsCodes(run) && writer.Find(head) == 0) {
             continue;
         }
@@ -209,6 +210,7 @@ void Remove(ImportRun& run, const Gone& component) {
 
 RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
     const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", parent);
+    writer.Meet(article);
     RowOutcome outcome = run.Skip("distinta che nessuna importazione ha scritto");
     std::vector<Gone> gone;
     for (const Bill& bill : BillsOf(run, parent)) {
