@@ -148,6 +148,8 @@ private slots:
             "UPDATE CICLI SET CODFOR = '999'", "COUNT(*) FROM X01_DIS_FAS WHERE DLFOR <> ''", "1");
         Row("type of an instalment", "modImport_Metodo", "ImportModalitaPagamentoMetodo",
             "UPDATE TABRATEPAG SET TIPOPAG = 0", "COUNT(*) FROM TAB_MPR WHERE MPTIP <> ''", "0");
+        Row("note of a price", "modImport_Panthera", "ImportListiniPanthera", "UPDATE LST_VEN_RIG SET NOTE = NULL",
+            "COUNT(*) FROM X01_LIS_ART WHERE CDLIS LIKE 'V%' AND LANOT <> ''", "0");
         Row("price", "modImport_G2", "ImportArticoliG2",
             "UPDATE ANAART SET PREZZO1 = '0', COSTOULT = '999' WHERE CODART LIKE 'as-100%'",
             "ARPRZ, ARCOS, ARRIC FROM X01_ART_ICO WHERE CDART = 'AS-100'", "0|999|0");

@@ -172,7 +172,8 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         if (!owner.isEmpty()) {
             GiveList(owner, direction);
         }
-        const qint64 owning = m_writer.Article(head, article, validity, price.note.Text(session, row));
+        const qint64 owning = m_writer.Article(
+            head, article, validity, price.note.IsSet() ? std::optional(price.note.Text(session, row)) : std::nullopt);
         const RowOutcome one = isFrom ? m_writer.AddScaleFrom(owning, scale) : m_writer.AddScale(owning, scale);
         outcome = outcome == RowOutcome::Inserted ? outcome : one;
     }

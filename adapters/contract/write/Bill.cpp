@@ -79,16 +79,13 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     if (head.note && (m_wasThere || !head.note->isEmpty())) {
         row.Set("DBNOT", head.note->isEmpty() ? QVariant() : QVariant(*head.note));
     }
-    const bool isAlone = head.alone && (head.active.isNull() || mod_ovTools::ToBoolean(head.active));
     if (!head.active.isNull()) {
         row.Set("DBMAN", head.active);
     }
     if (m_bill != 0) {
         SetMore(row, more);
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", m_bill));
-        if (isAlone) {
-            WithdrawOthers(head.article);
-        }
+        WithdrawOthers(head);
         return RowOutcome::Updated;
     }
     row.Set("DBART", head.article);
@@ -101,19 +98,18 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     row.Insert();
     m_bill = m_run.LastId("DIS_BAS");
     m_run.Remember(m_begun, m_bill);
-    if (isAlone) {
-        WithdrawOthers(head.article);
-    }
+    WithdrawOthers(head);
     return RowOutcome::Inserted;
 }
 
 /// Other revisions of the bill begun last that imports wrote are no longer in force; one that somebody has entered is
 /// his.
-void BillWriter::WithdrawOthers(const QString& article) {
+void BillWriter::WithdrawOthers(const BillHead& head) {
+    const bool isAlone = head.alone && (head.active.isNull() || mod_ovTools::ToBoolean(head.active));
     Session& session = m_run.GetSession();
-    const QString others = Equals(session, "DBART", article) +
+    const QString others = Equals(session, "DBART", head.article) +
                            QStringLiteral(" AND RECORD_ID <> %1 AND DBMAN = 1 AND ").arg(m_bill) + OfImports(session);
-    if (IdWhere(session, "DIS_BAS", others) == 0) {
+    if (!isAlone || IdWhere(session, "DIS_BAS", others) == 0) {
         return;
     }
     TargetRow row(m_run, "DIS_BAS");
@@ -201,12 +197,11 @@ qint64 BillWriter::WriteGeneric() {
 }
 
 qint64 BillWriter::KeepPhase() {
-    const KnownPhase first = m_wasThere ? FirstInPlaceOfGeneric() : KnownPhase();
-    if (first.id == 0) {
-        return Write(Phase{});
+    if (const KnownPhase first = m_wasThere ? FirstInPlaceOfGeneric() : KnownPhase(); first.id != 0) {
+        m_phases.insert(first.sequence);
+        return first.id;
     }
-    m_phases.insert(first.sequence);
-    return first.id;
+    return Write(Phase{});
 }
 
 /// With what the run wrote of it before.
@@ -310,11 +305,12 @@ void BillWriter::TellBillsLeft() {
         if (m_begun.contains(row.Value("RECORD_ID").toLongLong()) || m_met.contains(mod_ovTools::UpperChars(article))) {
             continue;
         }
-        const bool isInForce = mod_ovTools::ToBoolean(row.Value("DBMAN"));
-        TellNotMetAgain(m_run, QStringLiteral("DISTINTE"),
-                        QStringLiteral("'%1', revisione %2%3")
-                            .arg(article, row.Text("DBREV"), isInForce ? QString() : QStringLiteral(", non in vigore")),
-                        1);
+        TellNotMetAgain(
+            m_run, QStringLiteral("DISTINTE"),
+            QStringLiteral("'%1', revisione %2%3")
+                .arg(article, row.Text("DBREV"),
+                     mod_ovTools::ToBoolean(row.Value("DBMAN")) ? QString() : QStringLiteral(", non in vigore")),
+            1);
     }
 }
 

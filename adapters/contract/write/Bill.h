@@ -121,7 +121,7 @@ public:
 
 private:
     void Claim(const BillHead& head);
-    void WithdrawOthers(const QString& article);
+    void WithdrawOthers(const BillHead& head);
     /// A phase that is there.
     struct KnownPhase {
         qint64 id = 0; ///< 0: none

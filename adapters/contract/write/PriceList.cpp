@@ -141,7 +141,7 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
 
 /// A row that was written before rows knew their head has none.
 qint64 PriceListWriter::Article(const ListHead& list, const QString& article, const Validity& validity,
-                                const QString& note) {
+                                const std::optional<QString>& note) {
     Session& session = m_run.GetSession();
     Recordset known = session.Quadrix.ExecuteWC(
         u"SELECT RECORD_ID, IDTES, LAFIV, LANOT FROM " + m_run.FullName("LIS_ART") + u" WHERE " +
@@ -155,8 +155,8 @@ qint64 PriceListWriter::Article(const ListHead& list, const QString& article, co
         row.Set("CDART", article);
         row.Set("LAINV", validity.from);
         row.Set("LAFIV", validity.to.value_or(QVariant()));
-        if (!note.isEmpty()) {
-            row.Set("LANOT", note);
+        if (note && !note->isEmpty()) {
+            row.Set("LANOT", *note);
         }
         row.Insert();
         const qint64 inserted = m_run.LastId("LIS_ART");
@@ -174,8 +174,12 @@ qint64 PriceListWriter::Article(const ListHead& list, const QString& article, co
                       .arg(m_run.RowKey(), DayText(*validity.to), DayText(end)));
         changes = true;
     }
-    if (!note.isEmpty() && note != known.Value("LANOT").toString()) {
-        row.Set("LANOT", note);
+    if (note && !note->isEmpty()) {
+        m_run.Remember(m_noted, id);
+    }
+    // Of several rows of the source that are one here, one without a note does not clear that of another.
+    if (note && *note != known.Value("LANOT").toString() && !(note->isEmpty() && m_noted.contains(id))) {
+        row.Set("LANOT", note->isEmpty() ? QVariant() : QVariant(*note));
         changes = true;
     }
     known.Close();

@@ -60,9 +60,10 @@ public:
     /// @param since day from which it holds; Null: that of the import
     ListHead Head(const QString& list, const QString& direction, const QString& description,
                   const QString& currency = {}, const QVariant& since = {});
-    /// Makes sure that an article is in a list from a day on, and brings end and note up to date; another end that it
-    /// had is logged. @return RECORD_ID of its row
-    qint64 Article(const ListHead& list, const QString& article, const Validity& validity, const QString& note = {});
+    /// Makes sure that an article is in a list from a day on, and brings end and note up to date, where they are told;
+    /// another end that it had is logged. @return RECORD_ID of its row
+    qint64 Article(const ListHead& list, const QString& article, const Validity& validity,
+                   const std::optional<QString>& note = {});
     /// Writes a scale of an article's row; one of the same quantity is rewritten, and another price that it had is
     /// logged. `EndLists` follows behind the last one of the source.
     RowOutcome AddScale(qint64 articleRow, const Scale& scale);
@@ -127,6 +128,7 @@ private:
     QSet<qint64> m_rows;                        ///< article's rows that this import has met
     QSet<qint64> m_scaled;                      ///< those of them whose scales of before are known
     std::map<qint64, std::vector<Step>> m_left; ///< by article's row: its scales of before that have not come
+    QSet<qint64> m_noted;                       ///< article's rows of which a row of the source has told a note
     QSet<qint64> m_works;                       ///< RECORD_IDs of the work prices written so far
 };
 

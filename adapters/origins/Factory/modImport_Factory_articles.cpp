@@ -114,7 +114,7 @@ Bills Distinte() {
                 .unitTime = "TUNIT",
                 .cost = "COSTO",
                 .supplier = {"CODFOR", KnownSupplier()},
-                .machine = "CODMAC",
+                .machine = {"CODMAC", Text()},
             },
     };
 }
