@@ -90,7 +90,7 @@ private slots:
             QStringList{cancelled, united});
         Row("a cancelled customer who supplies", QStringList{"C1 A", "F1"}, "C1|F1|PC1|false|false",
             QStringList{cancelled, united});
-        Row("a blocked customer who supplies", QStringList{"C1 B", "F1"}, "C1|F1|PC1|false|false",
+        Row("a blocked customer who supplies", QStringList{"C1 B", "F1"}, "C1|F1|PC1|false|true",
             QStringList{"BLOCCATA SOLO IN PARTE", united});
     }
     void SeveralRows() {
@@ -112,6 +112,23 @@ private slots:
             QCOMPARE(trial.Rows("SELECT TBNAM, TBFLD, TBOLD, TBNEW FROM SYS_IMP ORDER BY TBOLD"), kept);
             QCOMPARE(trial.Import(), QStringList());
         }
+    }
+
+    /// The source has given the code to somebody else since: his documents are not those of who had it before.
+    void OneCodeOfTwo() {
+        PartiesTrial trial;
+        trial.Source("C1");
+        trial.Import();
+        trial.Change("C1", "NOME = 'Bianchi', IVA = '11111111115'");
+        QCOMPARE(trial.Import(), QStringList({"CODICE DI DUE CONTROPARTI"}));
+        QCOMPARE(trial.One("SELECT CDCON, COCGE FROM X01_CON_TRO"), QString("000001|C1;000002|C1"));
+        QCOMPARE(trial.Party("COCGE", "C1"), QString("000002"));
+        QCOMPARE(LookUp(trial.Get(), "CON_TRO", "COCGE", "C1", "CORAS"), QString("Bianchi"));
+        QCOMPARE(trial.Import(), QStringList());
+        trial.Execute("DELETE FROM SYS_IMP"); // as after a merge, which copies the codes of another company
+        trial.Get().Notes = {};
+        QCOMPARE(trial.Party("COCGE", "C1"), QString("000001"));
+        QCOMPARE(trial.Get().Notes.kinds.first().name, QString("CODICE DI PIÙ CONTROPARTI"));
     }
 
     /// What somebody has cancelled in Quadrix stays so when another row joins it.

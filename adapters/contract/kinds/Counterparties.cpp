@@ -369,15 +369,15 @@ PartyMarks CounterpartyImporter::MarksOf(const SourceRow& row, const Roles& role
 /// What the columns of a counterparty that is there become where another row of the source, or a list of prices of its
 /// own, has a say in them.
 void SetJoined(TargetRow& target, const QString& party, const Joining& joining) {
-    const auto set = [&target](const char* column, std::optional<bool> value) {
-        if (value) {
-            target.Set(column, *value);
-        }
-    };
-    set("COCLI", joining.keeps.customer ? std::optional(true) : std::nullopt);
-    set("COFOR", joining.keeps.supplier ? std::optional(true) : std::nullopt);
-    set("COANN", joining.marks.cancelled);
-    set("COBLK", joining.marks.blocked);
+    if (joining.keeps.customer) {
+        target.Set("COCLI", true);
+    }
+    if (joining.keeps.supplier) {
+        target.Set("COFOR", true);
+    }
+    if (joining.isRevived) {
+        target.Set("COANN", false);
+    }
     for (const QString& column : joining.ownLists) {
         if (target.Value(column).isValid()) {
             target.Set(column, party);

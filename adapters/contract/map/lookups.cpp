@@ -37,28 +37,64 @@ std::optional<QString> FurtherCapitals(const QString& text) {
     return differs ? std::optional(mod_ovTools::UpperChars(text)) : std::nullopt;
 }
 
+const QString PartyTable = QStringLiteral("CON_TRO");
+const QString PartyCode = QStringLiteral("CDCON");
+
 /// Whether a column holds the code that a counterparty has in the source.
 bool IsSourceCode(const QString& table, const QString& column) {
-    return table == u"CON_TRO" && (column == u"COCGE" || column == u"COFGE");
+    return table == PartyTable && (column == u"COCGE" || column == u"COFGE");
 }
 
 QString Literal(const Session& session, const QString& text) {
     return mod_ovTools::FormatSqlValue(TextAsIs(text), DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
+/// The codes of the counterparties that have a source code in that column, the oldest first.
+QStringList PartiesWith(Session& session, const QString& column, const QString& code) {
+    const ovConnection& quadrix = session.Quadrix;
+    if (session.Quadrix.IsAbsent(PartyTable, column, code) && !FurtherCapitals(code)) {
+        return {};
+    }
+    QStringList parties;
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT CDCON, %1 FROM %2 WHERE %3 ORDER BY RECORD_ID")
+            .arg(column, quadrix.GetFullTableName(PartyTable), Equals(session, column, code)));
+    for (; StepToCode(rows, column, code); rows.MoveNext()) {
+        parties.append(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
+    }
+    return parties;
+}
+
+/// The counterparty that has a source code, or that it has become one of; empty when there is none. A code of several is
+/// that of the one that an import has made of it last, else, as where a merge has copied it, of the oldest, and the log
+/// tells it.
+QString PartyOfSourceCode(Session& session, const QString& column, const QString& code) {
+    const QStringList parties = code.isEmpty() ? QStringList() : PartiesWith(session, column, code);
+    if (parties.size() == 1) {
+        return parties.front();
+    }
+    if (const QString joined = JoinedParty(session, column, code); !joined.isEmpty()) {
+        return joined;
+    }
+    if (!parties.isEmpty()) {
+        modImport::LogNote(session, QStringLiteral("CODICE DI PIÙ CONTROPARTI: %1: il codice %2 '%3' è di %4: preso %5")
+                                        .arg(session.Errors.RowKey(), RoleText(column == u"COCGE"), code,
+                                             parties.join(QStringLiteral(", ")), parties.front()));
+    }
+    return parties.value(0);
+}
+
 } // namespace
 
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column) {
+    if (IsSourceCode(table, keyColumn)) {
+        const QString party = PartyOfSourceCode(session, keyColumn, keyValue);
+        return party.isEmpty() || column == PartyCode ? party : LookUp(session, table, PartyCode, party, column);
+    }
     QVariant found = session.Quadrix.GetDbValue(table, keyColumn, keyValue, column);
     if (const auto capitals = found.isNull() ? FurtherCapitals(keyValue) : std::nullopt) {
         found = session.Quadrix.GetDbValue(table, keyColumn, *capitals, column);
-    }
-    if (found.isNull() && IsSourceCode(table, keyColumn)) {
-        const QString party = JoinedParty(session, keyColumn, keyValue);
-        if (!party.isEmpty() && !IsThere(session, table, keyColumn, keyValue)) {
-            found = session.Quadrix.GetDbValue(table, QStringLiteral("CDCON"), party, column);
-        }
     }
     return mod_ovTools::ToText(found).trimmed();
 }

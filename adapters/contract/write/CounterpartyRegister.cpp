@@ -279,8 +279,9 @@ void CounterpartyRegister::Meet(const SourceIdentity& source) {
     }
 }
 
-std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(const SourceIdentity& source) const {
-    const QString column = source.roles.customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(const SourceIdentity& source,
+                                                                            bool customer) const {
+    const QString column = customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
     if (source.code.isEmpty() || m_run.GetSession().Quadrix.IsAbsent(Register, column, source.code)) {
         return {};
     }
@@ -288,7 +289,7 @@ std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(cons
 }
 
 QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {
-    const std::vector<Party> parties = OfSourceCode(source);
+    const std::vector<Party> parties = OfSourceCode(source, source.roles.customer);
     const Identity identity = IdentityOf(source);
     const Party* party = FirstThat(parties, [&](const Identity& one) { return one.IsSame(identity); });
     if (party == nullptr) {
@@ -298,7 +299,7 @@ QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const
 }
 
 QString CounterpartyRegister::FindByCode(const SourceIdentity& source) const {
-    const std::vector<Party> parties = OfSourceCode(source);
+    const std::vector<Party> parties = OfSourceCode(source, source.roles.customer);
     if (parties.empty()) {
         return {};
     }

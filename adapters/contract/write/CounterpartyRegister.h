@@ -37,7 +37,7 @@ struct Placement {
 struct Joining {
     bool isAgain = false;      ///< as `Placement::isAgain`
     Roles keeps = {};          ///< roles that another row of the source has given it, whose columns stay
-    PartyMarks marks = {};     ///< those to be written
+    bool isRevived = false;    ///< it is cancelled no longer
     QStringList ownLists = {}; ///< COLSC, COLSF where that is the counterparty's own price list, which stays
 };
 
@@ -64,7 +64,8 @@ public:
     void Meet(const SourceIdentity& source);
     /// The source row is written into the counterparty that was found for it. A source code that another row takes the
     /// column of is kept, so that documents find it (`JoinedCodes`); the row of a cancelled customer takes nothing from
-    /// one that is in force. Cancelled or blocked is who is so in every row; the log tells where rows differ.
+    /// one that is in force. Cancelled is who is so in every row, blocked who is so in the first; the log tells where
+    /// rows differ.
     Joining Join(const SourceIdentity& source, const Placement& place);
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
@@ -116,15 +117,14 @@ private:
         bool isUntouched;     ///< whether it is as an import has inserted it
         QStringList ownLists; ///< COLSC, COLSF where that is a list of the counterparty's own code
     };
-    /// The marks that all rows so far have, and whether a hand had been at the counterparty before the first of them.
+    /// Whether all rows so far are cancelled, and whether a hand had been at the counterparty before the first of them.
     struct MetMarks {
         bool cancelled = true;
-        bool blocked = true;
         bool isByHand = false;
     };
     static Party PartyOf(const SourceRow& row);
     std::vector<Party> Parties(const QString& column, const QString& code) const;
-    std::vector<Party> OfSourceCode(const SourceIdentity& source) const;
+    std::vector<Party> OfSourceCode(const SourceIdentity& source, bool customer) const;
     std::optional<Party> Find(const QString& code) const;
     QString OfAnother(const SourceIdentity& source, const Party& party) const;
     std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
@@ -133,7 +133,8 @@ private:
     bool KeepsCode(const SourceIdentity& source, const Party& party, bool customer) const;
     void JoinRole(const SourceIdentity& source, const Party& party, bool customer, Joining& joining);
     void BeginParty(const SourceIdentity& source, const QString& code);
-    PartyMarks MarksOf(const SourceIdentity& source, const Party& party, bool isAgain);
+    void KeepOwner(const SourceIdentity& source, bool customer, const QString& code);
+    bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
     void RememberMarks(const QString& code, const MetMarks& marks);
     void TellTwice(const QString& code) const;
     void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;

@@ -49,7 +49,7 @@ Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement
             JoinRole(source, *party, customer, joining);
         }
     }
-    joining.marks = MarksOf(source, *party, joining.isAgain);
+    joining.isRevived = Revives(source, *party, joining.isAgain);
     joining.ownLists = ListsThatAreThere(m_run.GetSession(), party->code, party->ownLists);
     return joining;
 }
@@ -58,13 +58,27 @@ void CounterpartyRegister::BeginParty(const SourceIdentity& source, const QStrin
     m_joined.DropOf(code);
     for (const bool customer : {true, false}) {
         if (HasRole(source.roles, customer)) {
-            m_joined.Drop(customer, source.code);
+            KeepOwner(source, customer, code);
             m_run.Remember(m_joinedNow, InRole(customer, source.code));
         }
     }
     if (source.marks.cancelled || source.marks.blocked) {
-        RememberMarks(code, {source.marks.cancelled.value_or(false), source.marks.blocked.value_or(false), false});
+        RememberMarks(code, {source.marks.cancelled.value_or(false), false});
     }
+}
+
+/// Where another counterparty has the source code too, which may have been another one's before, documents of the
+/// source are those of the new one.
+void CounterpartyRegister::KeepOwner(const SourceIdentity& source, bool customer, const QString& code) {
+    const std::vector<Party> others = OfSourceCode(source, customer);
+    if (others.empty()) {
+        m_joined.Drop(customer, source.code);
+        return;
+    }
+    m_run.Log(QStringLiteral("CODICE DI DUE CONTROPARTI: %1: il codice '%2' è di %3 e da ora di %4, che i documenti "
+                             "trovano")
+                  .arg(m_run.RowKey(), source.code, others.front().code, code));
+    m_joined.Add(customer, source.code, code);
 }
 
 void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& party, bool customer, Joining& joining) {
@@ -90,29 +104,29 @@ void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& p
     }
 }
 
-/// The marks that a counterparty loses to a row that it becomes one with: those that all rows before had, where no hand
-/// has been at it.
-PartyMarks CounterpartyRegister::MarksOf(const SourceIdentity& source, const Party& party, bool isAgain) {
+/// Whether a counterparty is cancelled no longer for a row that it becomes one with: cancelled is who is so in every
+/// row, unless a hand has been at it. Nobody is unblocked because another row, that of his as a supplier, says nothing
+/// of it.
+bool CounterpartyRegister::Revives(const SourceIdentity& source, const Party& party, bool isAgain) {
     if (!source.marks.cancelled && !source.marks.blocked) {
-        return {};
+        return false;
     }
+    const auto differs = [&](std::optional<bool> told, bool isMarked) {
+        return !isAgain && told.value_or(isMarked) != isMarked;
+    };
     const bool isFirst = !m_metMarks.contains(party.code);
     MetMarks met = isFirst ? MetMarks{.isByHand = party.isByHand} : m_metMarks.value(party.code);
-    const auto follow = [&](std::optional<bool> told, bool isMarked, bool hadAll,
-                            const MarkWords& words) -> std::optional<bool> {
-        if (isAgain || told.value_or(isMarked) == isMarked) {
-            return std::nullopt;
-        }
-        const bool clears = isMarked && !met.isByHand && (isFirst ? party.isUntouched : hadAll);
-        m_run.Log(DifferentMark(words, m_run.RowKey(), party.code, isMarked, clears));
-        return clears ? std::optional<bool>(false) : std::optional<bool>();
-    };
-    const PartyMarks marks{follow(source.marks.cancelled, party.isCancelled, met.cancelled, CancelledWords),
-                           follow(source.marks.blocked, party.isBlocked, met.blocked, BlockedWords)};
+    bool revives = false;
+    if (differs(source.marks.cancelled, party.isCancelled)) {
+        revives = party.isCancelled && !met.isByHand && (isFirst ? party.isUntouched : met.cancelled);
+        m_run.Log(DifferentMark(CancelledWords, m_run.RowKey(), party.code, party.isCancelled, revives));
+    }
+    if (differs(source.marks.blocked, party.isBlocked)) {
+        m_run.Log(DifferentMark(BlockedWords, m_run.RowKey(), party.code, party.isBlocked, false));
+    }
     met.cancelled = met.cancelled && source.marks.cancelled.value_or(false);
-    met.blocked = met.blocked && source.marks.blocked.value_or(false);
     RememberMarks(party.code, met);
-    return marks;
+    return revives;
 }
 
 void CounterpartyRegister::RememberMarks(const QString& code, const MetMarks& marks) {

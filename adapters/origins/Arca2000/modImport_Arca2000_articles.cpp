@@ -2,6 +2,7 @@
 
 #include "adapters/origins/Arca2000/modImport_Arca2000.h"
 
+#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/run/TargetRow.h"
@@ -191,12 +192,18 @@ CustomerList OpenList(ImportRun& run, PriceListWriter& writer, const QString& so
     {
         const Recordset found = session.Quadrix.ExecuteWC("SELECT CDCON, CORAS FROM " + run.FullName("CON_TRO") +
                                                           "\rWHERE COCGE = " + run.Quoted(sourceCode));
-        if (found.Eof()) {
+        if (!found.Eof()) {
+            code = found.Value("CDCON").toString();
+            name = found.Value("CORAS").toString();
+        }
+    }
+    if (code.isEmpty()) { // another row of the same counterparty may have the column
+        code = JoinedParty(session, "COCGE", sourceCode);
+        if (code.isEmpty()) {
             throw ImportError(
                 QStringLiteral("colonna 'codclifor': nessuna controparte ha il codice cliente '%1'").arg(sourceCode));
         }
-        code = found.Value("CDCON").toString();
-        name = found.Value("CORAS").toString();
+        name = LookUp(session, "CON_TRO", "CDCON", code, "CORAS");
     }
     const ListHead head = writer.Head(code, schema::defaults::SalesList, name);
     TargetRow customer(run, "CON_TRO");

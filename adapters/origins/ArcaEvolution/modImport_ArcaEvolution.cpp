@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Document.h"
+#include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution_links.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -345,9 +346,8 @@ void SetCarrier(ImportRun& run, CounterpartyWriter& /*writer*/, const SourceRow&
     const ovConnection& source = session.SourceConnection();
     ForEachChild(session, "SELECT Cd_CF FROM CF\rWHERE Cd_DOVettore = " + LiteralOf(source, row.Value("Cd_DOVettore")),
                  Cf, "Cd_CF", [&](const SourceRow& party) {
-                     const QString code = party.Text("Cd_CF");
-                     const QString without = '(' + Equals(session, "COCGE", code) + " OR " +
-                                             Equals(session, "COFGE", code) + ") AND COALESCE(COVEP, '') = ''";
+                     const QString code = PartyOf(session, party.Text("Cd_CF"));
+                     const QString without = Equals(session, "CDCON", code) + " AND COALESCE(COVEP, '') = ''";
                      if (const qint64 id = IdWhere(session, "CON_TRO", without); id != 0) {
                          TargetRow target(run, "CON_TRO");
                          target.Set("COVEP", carrier.key);

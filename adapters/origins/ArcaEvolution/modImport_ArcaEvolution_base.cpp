@@ -103,14 +103,14 @@ const Mapping& Fornitori() {
 
 RowOutcome SistemaFornitore(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
-    const QString code = row.Text("Cd_CF");
-    if (!IsThere(session, "CON_TRO", "COFGE", code)) {
+    const QString supplier = LookUp(session, "CON_TRO", "COFGE", row.Text("Cd_CF"), "CDCON");
+    if (supplier.isEmpty()) {
         run.Log(QStringLiteral("FORNITORE NON TROVATO: %1").arg(run.RowKey()));
         return run.Skip("fornitore non trovato");
     }
     TargetRow target(run, "CON_TRO");
     Fornitori().Apply(target, session, row, {});
-    target.Update("WHERE COFGE = " + run.Quoted(code));
+    target.Update("WHERE CDCON = " + run.Quoted(supplier));
     return RowOutcome::Updated;
 }
 
