@@ -1,9 +1,9 @@
 #include "app/brokenReferences.h"
 
+#include "core/italianText.h"
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 
-#include <QLocale>
 #include <QMap>
 
 namespace brokenReferences {
@@ -82,10 +82,9 @@ std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToD
 }
 
 QString TextOf(const std::vector<Broken>& broken) {
-    const QLocale italian(QLocale::Italian, QLocale::Italy);
     QStringList parts;
     for (const Broken& each : broken) {
-        parts.append(QStringLiteral("%1 (%2): %3").arg(each.table, each.column, italian.toString(each.rows)));
+        parts.append(QStringLiteral("%1 (%2): %3").arg(each.table, each.column, italian::NumberText(each.rows)));
     }
     return parts.join(QStringLiteral(", "));
 }

@@ -4,18 +4,16 @@
 #include "adapters/sourceSettings.h"
 #include "app/mergeRecord.h"
 #include "app/procedureTitle.h"
+#include "core/italianText.h"
 #include "sql/mod_ovTools.h"
 
 #include <QDir>
-#include <QLocale>
 
 using namespace contract;
 
 namespace confirmation {
 
 namespace {
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
 
 /// The part of a connection string behind one of the keys; empty when it has none of them.
 QString PartOf(const QString& connectionString, const QStringList& keys) {
@@ -105,7 +103,7 @@ QString RowsText(ovConnection& connection, const std::vector<RowsToDelete>& rows
         if (count < 0) {
             lines.append(QStringLiteral("  %1: non si possono contare").arg(each.table));
         } else if (count > 0) {
-            lines.append(QStringLiteral("  %1: %2").arg(each.table, Number(count)));
+            lines.append(QStringLiteral("  %1: %2").arg(each.table, italian::NumberText(count)));
             total += count;
             atMost = atMost || each.atMost;
         }
@@ -114,7 +112,8 @@ QString RowsText(ovConnection& connection, const std::vector<RowsToDelete>& rows
         return QStringLiteral("Nessuna riga da eliminare.");
     }
     const QString upTo = atMost ? QStringLiteral("fino a ") : QString();
-    return QStringLiteral("Righe che verranno eliminate: %1%2\n%3").arg(upTo, Number(total), lines.join(u'\n'));
+    return QStringLiteral("Righe che verranno eliminate: %1%2\n%3")
+        .arg(upTo, italian::NumberText(total), lines.join(u'\n'));
 }
 
 } // namespace confirmation

@@ -1,8 +1,7 @@
 #include "app/hangingRows.h"
 
 #include "adapters/contract/map/lookups.h"
-
-#include <QLocale>
+#include "core/italianText.h"
 
 namespace hangingRows {
 
@@ -45,15 +44,14 @@ QList<RunResult::Emptied> Count(Session& session, const QStringList& emptied, bo
 
 /// "3 (X01_IND_WEB: 2, X01_CON_SED: 1)" behind a sentence; none without rows.
 QStringList TextOf(const QString& sentence, const QList<RunResult::Emptied>& rows) {
-    const QLocale italian(QLocale::Italian, QLocale::Italy);
     qint64 all = 0;
     QStringList tables;
     for (const RunResult::Emptied& each : rows) {
         all += each.rows;
-        tables.append(each.table + ": " + italian.toString(each.rows));
+        tables.append(each.table + ": " + italian::NumberText(each.rows));
     }
     return all == 0 ? QStringList()
-                    : QStringList(sentence + ": " + italian.toString(all) + " (" + tables.join(", ") + ')');
+                    : QStringList(sentence + ": " + italian::NumberText(all) + " (" + tables.join(", ") + ')');
 }
 
 } // namespace

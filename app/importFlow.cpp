@@ -12,9 +12,12 @@
 #include "app/procedureTitle.h"
 #include "app/RunLog.h"
 #include "core/modImport.h"
+#include "core/runEnding.h"
 #include "core/Trial.h"
 #include "sources/layout/LayoutFile.h"
 #include "sql/mod_ovTools.h"
+
+#include <QScopeGuard>
 
 using namespace contract;
 
@@ -106,12 +109,10 @@ Answer AskReset(Session& session, const ImportRequest& request, const std::vecto
 
 /// How the procedures ended whose results stand in the session from `first` on.
 FlowOutcome OutcomeOf(const Session& session, qsizetype first) {
-    for (const RunResult& result : session.Results.mid(first)) {
-        if (result.outcome != RunResult::Outcome::Done) {
-            return result.outcome == RunResult::Outcome::Failed ? FlowOutcome::Failed : FlowOutcome::Cancelled;
-        }
-    }
-    return FlowOutcome::Done;
+    const auto broken = FirstNotDone(session.Results.mid(first));
+    return !broken                                 ? FlowOutcome::Done
+           : *broken == RunResult::Outcome::Failed ? FlowOutcome::Failed
+                                                   : FlowOutcome::Cancelled;
 }
 
 /// Every procedure of an origin that can run: its module's and those of the program itself.
@@ -241,19 +242,6 @@ FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
     return FlowOutcome::Done;
 }
 
-/// Closes the source at the end of its life, however it is reached.
-class SourceCloser {
-public:
-    explicit SourceCloser(Session& session)
-        : m_session(session) {}
-    ~SourceCloser() { CloseSource(m_session); }
-    SourceCloser(const SourceCloser&) = delete;
-    SourceCloser& operator=(const SourceCloser&) = delete;
-
-private:
-    Session& m_session;
-};
-
 /// What is done, for those who meet it: "importazione: Controparti da Gescom".
 QString WorkOf(const Origin& origin, const std::vector<const Procedure*>& procedures) {
     QStringList titles;
@@ -262,21 +250,6 @@ QString WorkOf(const Origin& origin, const std::vector<const Procedure*>& proced
     }
     return QStringLiteral("importazione: ") + titles.join(QStringLiteral(", "));
 }
-
-/// The rows that a press is limited to, while it runs.
-class Limited {
-public:
-    Limited(Session& session, RowSelection* rows)
-        : m_session(session) {
-        m_session.Selection = rows;
-    }
-    ~Limited() { m_session.Selection = nullptr; }
-    Limited(const Limited&) = delete;
-    Limited& operator=(const Limited&) = delete;
-
-private:
-    Session& m_session;
-};
 
 /// The text of the layout file of the source that is read first; empty without one.
 QString LayoutText(const Session& session, const Origin& origin, const std::vector<const Procedure*>& procedures) {
@@ -312,8 +285,9 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     const QString work = WorkOf(*request.choice.origin, procedures);
     const CompanyLock lock(session, {session.UserManager.Azienda()}, work);
     const RunLog log(session, work);
-    const Limited limited(session, request.only.get());
-    const SourceCloser closer(session);
+    session.Selection = request.only.get(); // the rows that a press is limited to, while it runs
+    const auto unlimited = qScopeGuard([&] { session.Selection = nullptr; });
+    const auto closer = qScopeGuard([&] { CloseSource(session); });
     const Origin* open = nullptr;
     const FlowOutcome source = Open(session, FirstSourceOf(*request.choice.origin, procedures), open);
     if (source != FlowOutcome::Done) {

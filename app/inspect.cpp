@@ -6,6 +6,7 @@
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect_suggest.h"
+#include "core/names.h"
 #include "sources/layout/LayoutFile.h"
 #include "sql/mod_ovTools.h"
 
@@ -28,12 +29,6 @@ QString LayoutFolder(const Session& session) {
 }
 
 // --- What the origin reads
-
-void AddOnce(QStringList& names, const QString& name) {
-    if (!names.contains(name, Qt::CaseInsensitive)) {
-        names.append(name);
-    }
-}
 
 Table& Named(std::vector<Table>& tables, const QString& name) {
     const auto found = std::find_if(tables.begin(), tables.end(), [&name](const Table& table) {
@@ -59,13 +54,13 @@ std::vector<Table> ReadTables(const contract::Origin& origin) {
                 continue;
             }
             Table& table = Named(tables, need.name);
-            AddOnce(table.procedures, procedure.name);
+            names::AddOnce(table.procedures, procedure.name);
             for (const QString& name : need.necessary + need.optional) {
                 Column& column = ColumnOf(table, name);
                 column.isNecessary = column.isNecessary || need.necessary.contains(name, Qt::CaseInsensitive);
-                AddOnce(column.procedures, procedure.name);
+                names::AddOnce(column.procedures, procedure.name);
                 for (const QString& target : need.feeds.value(name)) {
-                    AddOnce(column.feeds, target);
+                    names::AddOnce(column.feeds, target);
                 }
             }
         }

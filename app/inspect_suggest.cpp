@@ -1,6 +1,7 @@
 #include "app/inspect_suggest.h"
 
 #include "app/inspect_fields.h"
+#include "core/names.h"
 #include "core/nearNames.h"
 #include "sources/layout/LayoutFile.h"
 #include "sources/layout/LayoutTable.h"
@@ -17,8 +18,6 @@ namespace {
 using sources::LayoutFile;
 
 constexpr size_t MostSuggestions = 5;
-
-bool Has(const QStringList& names, const QString& name) { return names.contains(name, Qt::CaseInsensitive); }
 
 // --- What names tell
 
@@ -207,12 +206,12 @@ void AddRenamed(Collected& collected, const Column& column, const Meant& meant, 
         before.append(known.name);
     }
     const QStringList now = OwnNames(compared.table);
-    if (gone < 0 || Has(now, column.called)) {
+    if (gone < 0 || names::Has(now, column.called)) {
         return;
     }
     const QString type = compared.table.lastTime[gone].type;
     for (const OwnColumn& own : compared.free) {
-        if (Has(before, own.name) || type.isEmpty() || own.type.compare(type, Qt::CaseInsensitive) != 0 ||
+        if (names::Has(before, own.name) || type.isEmpty() || own.type.compare(type, Qt::CaseInsensitive) != 0 ||
             Contradicts(own, meant.ItsLook())) {
             continue;
         }
@@ -299,8 +298,9 @@ qsizetype Counterparts(const Table& table, const QString& name, const QStringLis
     }
     return std::count_if(table.columns.begin(), table.columns.end(), [&](const Column& column) {
         const Meant meant(table, column, logicalBare);
-        return Has(columns, column.name) || std::any_of(meant.Fields().begin(), meant.Fields().end(),
-                                                        [&](const Field* field) { return fields.contains(field); });
+        return names::Has(columns, column.name) ||
+               std::any_of(meant.Fields().begin(), meant.Fields().end(),
+                           [&](const Field* field) { return fields.contains(field); });
     });
 }
 
@@ -350,7 +350,7 @@ void SuggestColumns(Table& table, const NamesBefore& before, const NamesBefore& 
     std::vector<OwnColumn> free;
     QStringList names;
     for (const OwnColumn& own : table.own) {
-        if (!Has(read, own.name)) {
+        if (!names::Has(read, own.name)) {
             free.push_back(own);
             names.append(own.name);
         }

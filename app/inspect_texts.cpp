@@ -2,8 +2,7 @@
 
 #include "adapters/contract/run/SourceMemory.h"
 #include "app/inspect_draft.h"
-
-#include <QLocale>
+#include "core/italianText.h"
 
 #include <algorithm>
 
@@ -89,9 +88,7 @@ QString ValuesText(const Table& table, const QString& own) {
     return values.join(QStringLiteral(", "));
 }
 
-QString RowsText(qint64 rows) {
-    return rows < 0 ? QString() : QLocale(QLocale::Italian, QLocale::Italy).toString(rows);
-}
+QString RowsText(qint64 rows) { return rows < 0 ? QString() : italian::NumberText(rows); }
 
 QString Summary(const Inspection& inspection) {
     qsizetype found = 0;

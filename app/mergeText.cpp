@@ -1,15 +1,8 @@
 #include "app/mergeText.h"
 
-#include <QLocale>
+#include "core/italianText.h"
 
 namespace modMain {
-
-namespace {
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
-QString Moment(const QDateTime& moment) { return moment.toString(QStringLiteral("dd/MM/yyyy HH:mm")); }
-
-} // namespace
 
 QString CompanyText(const Company& company) {
     return company.name.isEmpty() ? company.code : QString(company.code + u' ' + company.name);
@@ -21,11 +14,11 @@ QString MatchLine(const MergeMatch& match) {
 }
 
 QStringList MatchCounts(const MergeResult& result) {
-    QStringList lines{QStringLiteral("Controparti: ") + Number(result.matches.size())};
+    QStringList lines{QStringLiteral("Controparti: ") + italian::NumberText(result.matches.size())};
     for (int criterion = 0; criterion < MergeCriterionCount; ++criterion) {
         const auto each = static_cast<MergeCriterion>(criterion);
         const bool doubtful = each == MergeCriterion::Name && result.Count(each) > 0;
-        lines.append(u"  " + MergeCriterionText(each) + u": " + Number(result.Count(each)) +
+        lines.append(u"  " + MergeCriterionText(each) + u": " + italian::NumberText(result.Count(each)) +
                      (doubtful ? u" (per sola ragione sociale: da verificare)" : u""));
     }
     return lines;
@@ -35,10 +28,10 @@ QString EarlierMergeText(const EarlierMerge& earlier) {
     const QString companies = CompanyText(earlier.from) + u" in " + CompanyText(earlier.to);
     return earlier.IsDone()
                ? QStringLiteral("La fusione di %1, con l'aggiornamento dei riferimenti, è già stata fatta il %2 da %3")
-                     .arg(companies, Moment(earlier.ended), earlier.by)
+                     .arg(companies, italian::MinuteText(earlier.ended), earlier.by)
                : QStringLiteral("La fusione di %1, con l'aggiornamento dei riferimenti, cominciata il %2 da %3, è "
                                 "rimasta interrotta")
-                     .arg(companies, Moment(earlier.begun), earlier.by);
+                     .arg(companies, italian::MinuteText(earlier.begun), earlier.by);
 }
 
 QString RefusalText(const MergeResult& merge, bool updateReferences) {
@@ -63,7 +56,7 @@ QString RefusalText(const MergeResult& merge, bool updateReferences) {
                                     "è stato scritto nulla. Inserirle nell'azienda di destinazione e ripetere; se da "
                                     "allora l'azienda di partenza è stata ricaricata, fondere aggiornando di nuovo i "
                                     "riferimenti (dalla riga di comando: --update-references-again)")
-                         .arg(Number(merge.Count(MergeCriterion::New)), copied->oldCode, copied->oldName);
+                         .arg(italian::NumberText(merge.Count(MergeCriterion::New)), copied->oldCode, copied->oldName);
 }
 
 } // namespace modMain

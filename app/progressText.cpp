@@ -1,6 +1,6 @@
 #include "app/progressText.h"
 
-#include <QLocale>
+#include "core/italianText.h"
 
 #include <cmath>
 
@@ -12,9 +12,7 @@ constexpr double FewPerSecond = 10;   ///< under it the rate is told with a deci
 constexpr qint64 Minute = 60;
 constexpr qint64 Hour = 3600;
 
-QString Number(double number, int decimals = 0) {
-    return QLocale(QLocale::Italian, QLocale::Italy).toString(number, 'f', decimals);
-}
+QString Number(double number, int decimals = 0) { return italian::Locale().toString(number, 'f', decimals); }
 
 } // namespace
 

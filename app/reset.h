@@ -78,7 +78,7 @@ QString EmptiedLine(const EmptyingResult::Table& table);
 /// Whether the chosen options may be deleted: at least one must be chosen and the operator must agree; No is the
 /// default.
 /// @param details what goes, in lines of text, shown with the question
-bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details = {});
+bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details);
 
 /// Deletes every row of the chosen tables of the company under work, with a progress dialog that can be cancelled
 /// between two tables. With the counterparties goes what imports have hung on them. Each statement commits by itself:

@@ -1,34 +1,26 @@
 #include "app/resultText.h"
 
 #include "app/procedureTitle.h"
+#include "core/italianText.h"
 #include "sql/visibleText.h"
 
-#include <QLocale>
-
 namespace {
-
-const QLocale& Italian() {
-    static const QLocale locale(QLocale::Italian, QLocale::Italy);
-    return locale;
-}
-
-QString Number(qint64 number) { return Italian().toString(number); }
 
 /// "Controparti da Arca 2000: completata in 12,3 s"
 QString EndingLine(const RunResult& result) {
     const Ending ending = EndingOf(result);
     const bool toTheEnd = ending == Ending::Complete || ending == Ending::Incomplete;
     return ProcedureTitle(result.module, result.procedure) + ": " + EndingText(ending) +
-           (toTheEnd ? " in " : " dopo ") + Italian().toString(result.seconds, 'f', 1) + " s";
+           (toTheEnd ? " in " : " dopo ") + italian::Locale().toString(result.seconds, 'f', 1) + " s";
 }
 
 QString TableLine(const QString& table, const RunResult::TableCount& count) {
     return QStringLiteral("Tabella %1: scritte %2, aggiornate %3")
-        .arg(table, Number(count.inserted), Number(count.updated));
+        .arg(table, italian::NumberText(count.inserted), italian::NumberText(count.updated));
 }
 
 QString NoteLine(const Notes::Kind& kind) {
-    const QString often = kind.count == 1 ? QString() : QString(" (" + Number(kind.count) + ')');
+    const QString often = kind.count == 1 ? QString() : QString(" (" + italian::NumberText(kind.count) + ')');
     return kind.name + often + (kind.first.isEmpty() ? QString() : QString(": " + kind.first)) +
            (kind.count == 1 ? "" : ", ...");
 }
@@ -38,13 +30,13 @@ void AddList(QStringList& lines, const QString& title, const QStringList& entrie
     if (count == 0) {
         return;
     }
-    lines.append(title + " (" + Number(count) + "):");
+    lines.append(title + " (" + italian::NumberText(count) + "):");
     for (const QString& entry : entries.mid(0, most)) {
         lines.append("  " + entry);
     }
     const qint64 shown = std::min<qint64>(entries.size(), most);
     if (shown < count) {
-        lines.append(QStringLiteral("  ... e altre %1").arg(Number(count - shown)));
+        lines.append(QStringLiteral("  ... e altre %1").arg(italian::NumberText(count - shown)));
     }
 }
 
@@ -60,10 +52,10 @@ QStringList ResultLines(const RunResult& result, int most) {
     }
     lines.append(RowsLine(result));
     if (result.givenUpBefore > 0) {
-        lines.append("Righe abbandonate prima dell'interruzione: " + Number(result.givenUpBefore));
+        lines.append("Righe abbandonate prima dell'interruzione: " + italian::NumberText(result.givenUpBefore));
     }
     if (result.failedLookUps > 0) {
-        lines.append("Ricerche non riuscite: " + Number(result.failedLookUps));
+        lines.append("Ricerche non riuscite: " + italian::NumberText(result.failedLookUps));
     }
     lines += result.details;
     for (auto table = result.tables.cbegin(); table != result.tables.cend(); ++table) {
@@ -83,7 +75,7 @@ QStringList ResultLines(const RunResult& result, int most) {
     AddList(lines, "Righe abbandonate", reasons, result.givenUpCount, most);
     QStringList rules;
     for (auto rule = result.skippedBy.cbegin(); rule != result.skippedBy.cend(); ++rule) {
-        rules.append(rule.key() + ": " + Number(rule.value()));
+        rules.append(rule.key() + ": " + italian::NumberText(rule.value()));
     }
     AddList(lines, "Righe saltate, per motivo", rules, rules.size(), most);
     QStringList notes;

@@ -5,8 +5,7 @@
 #include "app/hangingRows.h"
 #include "app/sequenceQueries.h"
 #include "app/sequenceRun.h"
-
-#include <QLocale>
+#include "core/italianText.h"
 
 namespace {
 
@@ -177,7 +176,7 @@ QString EmptyingQuestion(const SequenceRun& run) {
             .arg(EmptiedTables().size() - shared)
             .arg(run.CompanyName())
             .arg(shared)
-            .arg(QLocale(QLocale::Italian, QLocale::Italy).toString(rows), confirmation::DatabaseText(quadrix));
+            .arg(italian::NumberText(rows), confirmation::DatabaseText(quadrix));
     for (const QString& text : hangingRows::Texts(run.GetSession(), EmptiedTables())) {
         question += text + ".\n";
     }

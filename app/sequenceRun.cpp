@@ -2,8 +2,8 @@
 
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
-#include "app/resultText.h"
 #include "core/modImport.h"
+#include "core/runEnding.h"
 #include "sql/ownFile.h"
 
 #include <QScopeGuard>
@@ -18,12 +18,8 @@ const QString ImportSection = QStringLiteral("IMPORT");
 const QString Work = QStringLiteral("sequenza di importazione");
 
 Outcome OutcomeOf(const QVector<RunResult>& results) {
-    for (const RunResult& result : results) {
-        if (result.outcome != RunResult::Outcome::Done) {
-            return result.outcome == RunResult::Outcome::Failed ? Outcome::Failed : Outcome::Cancelled;
-        }
-    }
-    return Outcome::Done;
+    const auto broken = FirstNotDone(results);
+    return !broken ? Outcome::Done : *broken == RunResult::Outcome::Failed ? Outcome::Failed : Outcome::Cancelled;
 }
 
 /// Whether rows were left out for want of their article.
@@ -279,9 +275,8 @@ void SequenceRun::KeepStep(const QString& module, const std::function<void(RunRe
     try {
         work(account);
     } catch (const std::exception& error) {
-        const auto* own = dynamic_cast<const Error*>(&error);
         account.outcome = RunResult::Outcome::Failed;
-        account.errors.append(own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
+        account.errors.append(MessageOf(error));
         end();
         throw;
     }
@@ -430,11 +425,6 @@ void SequenceRun::RunProcedure(const contract::Procedure& procedure) {
 
 void SequenceRun::ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure) {
     std::swap(m_session.Source, source);
-    try {
-        Import(origin, procedure);
-    } catch (...) {
-        std::swap(m_session.Source, source);
-        throw;
-    }
-    std::swap(m_session.Source, source);
+    const auto back = qScopeGuard([&] { std::swap(m_session.Source, source); });
+    Import(origin, procedure);
 }

@@ -1,4 +1,5 @@
 #include "app/sequence.h"
+#include "core/italianText.h"
 #include "core/storedPassword.h"
 #include "sql/mod_ovTools.h"
 #include "sql/SettingsFile.h"
@@ -71,7 +72,7 @@ int ReadScript(SettingsFile& file) {
 
 /// "Documenti dal 01/05/2024 (DateStart di Sequence.ini)"
 QString FirstDayText(const QDate& from) {
-    return QStringLiteral("Documenti dal %1 (%2)").arg(from.toString(QStringLiteral("dd/MM/yyyy")), FirstDaySetting);
+    return QStringLiteral("Documenti dal %1 (%2)").arg(italian::DayText(from), FirstDaySetting);
 }
 
 } // namespace

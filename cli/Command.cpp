@@ -52,7 +52,7 @@ int OneOf(const QString& option, const QString& value, const QStringList& values
     const auto index = values.indexOf(value.toLower());
     if (index < 0) {
         throw UsageError(QStringLiteral("Opzione --%1: valore '%2' non previsto%3 (valori ammessi: %4)")
-                             .arg(option, value, Suggestion(value, values), values.join(", ")));
+                             .arg(option, value, DidYouMean(value, values), values.join(", ")));
     }
     return static_cast<int>(index);
 }

@@ -80,7 +80,7 @@ void TakeCompanyOption(Context& context, Choice& choice) {
     }
     const QString known = names.isEmpty() ? QString("nessuna") : names.join(", ");
     throw UsageError(
-        QStringLiteral("L'azienda '%1' non esiste%2 (aziende presenti: %3)").arg(code, Suggestion(code, names), known));
+        QStringLiteral("L'azienda '%1' non esiste%2 (aziende presenti: %3)").arg(code, DidYouMean(code, names), known));
 }
 
 const contract::Origin& OriginFrom(const QCommandLineParser& options) {
@@ -93,7 +93,7 @@ const contract::Origin& OriginFrom(const QCommandLineParser& options) {
         names.append(origin->name);
     }
     throw UsageError(QStringLiteral("L'origine '%1' non esiste%2 (il comando origins le elenca)")
-                         .arg(name, Suggestion(name, names)));
+                         .arg(name, DidYouMean(name, names)));
 }
 
 contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin) {
@@ -110,7 +110,7 @@ contract::Button ButtonFrom(const QString& data, const contract::Origin& origin)
     }
     throw UsageError(
         QStringLiteral("Opzione --data: valore '%1' non previsto%2 (valori ammessi: %3, o una procedura di %4)")
-            .arg(data, Suggestion(data, DataKinds() + procedures), DataKinds().join(", "), origin.name));
+            .arg(data, DidYouMean(data, DataKinds() + procedures), DataKinds().join(", "), origin.name));
 }
 
 ErrorAction ErrorsFrom(const QCommandLineParser& options) {

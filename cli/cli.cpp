@@ -12,7 +12,6 @@
 #include "core/nearNames.h"
 #include "sql/visibleText.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -82,7 +81,7 @@ const Command& CommandOf(const QString& name) {
         names.append(command.name);
     }
     throw UsageError(
-        QStringLiteral("Il comando '%1' non esiste%2 (--help li elenca)").arg(name, Suggestion(name, names)));
+        QStringLiteral("Il comando '%1' non esiste%2 (--help li elenca)").arg(name, DidYouMean(name, names)));
 }
 
 /// The names of options without their short forms.
@@ -118,7 +117,7 @@ void CheckWords(const QStringList& words, const Command& command) {
             words.isEmpty()
                 ? QStringLiteral("Dopo '%1' manca una parola tra %2").arg(command.name, actions.join(", "))
                 : QStringLiteral("'%1 %2' non esiste%3 (parole ammesse: %4)")
-                      .arg(command.name, words.front(), Suggestion(words.front(), actions), actions.join(", ")));
+                      .arg(command.name, words.front(), DidYouMean(words.front(), actions), actions.join(", ")));
     }
 }
 

@@ -4,11 +4,11 @@
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/TerminalOperator.h"
+#include "core/italianText.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QLocale>
 #include <QScopeGuard>
 
 namespace cli {
@@ -50,8 +50,7 @@ QString HeadOf(const inspection::Table& table) {
     const QString called = table.inSource.compare(table.name, Qt::CaseInsensitive) == 0
                                ? QString()
                                : QStringLiteral(" (nell'origine %1)").arg(table.inSource);
-    return QStringLiteral("Tabella %1%2: righe %3")
-        .arg(table.name, called, QLocale(QLocale::Italian, QLocale::Italy).toString(table.rows));
+    return QStringLiteral("Tabella %1%2: righe %3").arg(table.name, called, italian::NumberText(table.rows));
 }
 
 QString MissingLine(const inspection::Column& column) {

@@ -36,7 +36,7 @@ SequenceSteps StepsFrom(const QCommandLineParser& options) {
         }
         if (!known) {
             throw UsageError(QStringLiteral("Il passo '%1' non esiste%2 (passi: all, %3)")
-                                 .arg(given, Suggestion(name, StepNames()), StepNames().join(", ")));
+                                 .arg(given, DidYouMean(name, StepNames()), StepNames().join(", ")));
         }
     }
     if (steps == SequenceSteps()) {
@@ -126,7 +126,7 @@ void RequireCompany(Session& session, const SequenceSettings& settings) {
     }
     throw UsageError(QStringLiteral("L'azienda '%1' di '%2' non esiste%3 (aziende presenti: %4)")
                          .arg(settings.company, QDir::toNativeSeparators(settings.file),
-                              Suggestion(settings.company, known),
+                              DidYouMean(settings.company, known),
                               known.isEmpty() ? QStringLiteral("nessuna") : known.join(", ")));
 }
 

@@ -96,22 +96,14 @@ ExitCode ExitCodeOf(Ending ending) {
 
 RunResult Total(const QVector<RunResult>& results) {
     RunResult total;
+    total.outcome = FirstNotDone(results).value_or(RunResult::Outcome::Done);
     for (const RunResult& result : results) {
-        if (total.outcome == RunResult::Outcome::Done) {
-            total.outcome = result.outcome;
+        for (const RunResult::Number& number : RunResult::Numbers) {
+            total.*number.member += result.*number.member;
         }
-        total.sourceRows += result.sourceRows;
-        total.inserted += result.inserted;
-        total.updated += result.updated;
-        total.skipped += result.skipped;
-        total.notReached += result.notReached;
-        total.givenUpCount += result.givenUpCount;
-        total.givenUpBefore += result.givenUpBefore;
-        total.failedLookUps += result.failedLookUps;
         total.emptied += result.emptied;
         total.givenUp += result.givenUp.mid(0, MostListed - total.givenUp.size());
         total.untranslated += result.untranslated.mid(0, MostListed - total.untranslated.size());
-        total.untranslatedCount += result.untranslatedCount;
         total.notes.Add(result.notes);
         total.errors += result.errors;
         total.details += result.details;

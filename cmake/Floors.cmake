@@ -2,7 +2,7 @@
 
 add_library(quadrix_flags INTERFACE)
 target_compile_options(quadrix_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Wmissing-declarations
     -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 target_compile_definitions(quadrix_flags INTERFACE
     QT_USE_QSTRINGBUILDER QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH)

@@ -83,6 +83,24 @@ struct RunResult {
     QString logFile;     ///< its log, where that is not the import log
     qint64 logStart = 0; ///< where in that file its lines begin, in bytes
 
+    /// One of the numbers above, with the name that it is kept under.
+    struct Number {
+        const char* name;
+        qint64 RunResult::*member;
+    };
+    /// All of them: by these results are kept and added up.
+    static constexpr Number Numbers[] = {
+        {"sourceRows", &RunResult::sourceRows},
+        {"inserted", &RunResult::inserted},
+        {"updated", &RunResult::updated},
+        {"skipped", &RunResult::skipped},
+        {"notReached", &RunResult::notReached},
+        {"givenUp", &RunResult::givenUpCount},
+        {"givenUpBefore", &RunResult::givenUpBefore},
+        {"failedLookUps", &RunResult::failedLookUps},
+        {"untranslated", &RunResult::untranslatedCount},
+    };
+
     /// Whether the classes add up to the source rows.
     bool AddsUp() const { return inserted + updated + skipped + givenUpCount + notReached == sourceRows; }
 };

@@ -1,3 +1,4 @@
+#include "core/italianText.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "sql/CodePage.h"
@@ -50,8 +51,7 @@ void WriteTo(const QString& path, const QByteArray& bytes, bool startNew) {
 }
 
 QString TimedLine(const Session& session, const QString& message) {
-    return session.Now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) + QStringLiteral(" - ") +
-           VisibleText(message) + QStringLiteral("\r\n");
+    return italian::MomentText(session.Now()) + QStringLiteral(" - ") + VisibleText(message) + QStringLiteral("\r\n");
 }
 
 void WriteLines(const Session& session, const QString& lines, bool startNew, const QString& fileName) {

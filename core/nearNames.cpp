@@ -189,7 +189,7 @@ QString GroundedSuggestions(const QString& name, const QStringList& names) {
                              : QString(QStringLiteral(" (c'è: ") + grounds.join(QStringLiteral("; ")) + u')');
 }
 
-QString Suggestion(const QString& name, const QStringList& names) {
+QString DidYouMean(const QString& name, const QStringList& names) {
     const QStringList near = NearNames(name, names);
     return near.isEmpty() ? QString() : QString(": forse '" + near.join("' o '") + "'?");
 }

@@ -7,7 +7,7 @@
 QStringList NearNames(const QString& name, const QStringList& names);
 
 /// ": forse 'Arca 2000'?" for the near names, or the empty text without any.
-QString Suggestion(const QString& name, const QStringList& names);
+QString DidYouMean(const QString& name, const QStringList& names);
 
 /// Why a name may be the one that was meant, the surest first.
 enum class NameGround {

@@ -1,12 +1,6 @@
 #include "core/runEnding.h"
 
-#include <QLocale>
-
-namespace {
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
-
-} // namespace
+#include "core/italianText.h"
 
 Ending EndingOf(const RunResult& result) {
     switch (result.outcome) {
@@ -35,11 +29,21 @@ QString EndingText(Ending ending) {
     return QStringLiteral("completata");
 }
 
+std::optional<RunResult::Outcome> FirstNotDone(const QVector<RunResult>& results) {
+    for (const RunResult& result : results) {
+        if (result.outcome != RunResult::Outcome::Done) {
+            return result.outcome;
+        }
+    }
+    return {};
+}
+
 QString LossesText(const RunResult& result) {
     QStringList losses;
     const auto tell = [&losses](const QString& what, qint64 count) {
         if (count > 0) {
-            losses.append((losses.isEmpty() ? what : QString(what.front().toLower() + what.mid(1))) + Number(count));
+            losses.append((losses.isEmpty() ? what : QString(what.front().toLower() + what.mid(1))) +
+                          italian::NumberText(count));
         }
     };
     tell(QStringLiteral("Righe abbandonate: "), result.givenUpCount);
@@ -51,15 +55,17 @@ QString LossesText(const RunResult& result) {
 QString RowsLine(const RunResult& result) {
     return QStringLiteral(
                "Righe dell'origine %1: inserite %2, aggiornate %3, saltate %4, abbandonate %5, non raggiunte %6")
-        .arg(Number(result.sourceRows), Number(result.inserted), Number(result.updated), Number(result.skipped),
-             Number(result.givenUpCount), Number(result.notReached));
+        .arg(italian::NumberText(result.sourceRows), italian::NumberText(result.inserted),
+             italian::NumberText(result.updated), italian::NumberText(result.skipped),
+             italian::NumberText(result.givenUpCount), italian::NumberText(result.notReached));
 }
 
 QString DeletedText(qint64 rows) {
     if (rows < 0) {
         return {};
     }
-    return rows == 1 ? QStringLiteral("1 riga eliminata") : Number(rows) + QStringLiteral(" righe eliminate");
+    return rows == 1 ? QStringLiteral("1 riga eliminata")
+                     : italian::NumberText(rows) + QStringLiteral(" righe eliminate");
 }
 
 QString EmptiedLine(const QString& table, qint64 rows) {

@@ -2,6 +2,8 @@
 
 #include "core/RunResult.h"
 
+#include <optional>
+
 /// How a run ended, the better before the worse: `std::max` of several is how they ended together.
 enum class Ending {
     Complete,
@@ -14,6 +16,9 @@ enum class Ending {
 Ending EndingOf(const RunResult& result);
 /// "completata", "completata ma non per intero", "interrotta dall'operatore", "interrotta da un errore"
 QString EndingText(Ending ending);
+
+/// The outcome of the first of the results that is not done; none when all are.
+std::optional<RunResult::Outcome> FirstNotDone(const QVector<RunResult>& results);
 
 /// "Righe abbandonate: 81, ricerche non riuscite: 2"; empty when nothing was lost.
 QString LossesText(const RunResult& result);

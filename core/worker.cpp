@@ -1,5 +1,6 @@
 #include "core/worker.h"
 
+#include "core/italianText.h"
 #include "sql/mod_ovTools.h"
 
 #include <QCoreApplication>
@@ -9,6 +10,6 @@ QString WorkerText() { return QStringLiteral("%1 (%2)").arg(mod_ovTools::GetUser
 
 QString WorkText(const QDateTime& since, const QString& work) {
     return QStringLiteral("%1, processo %2, dal %3: %4")
-        .arg(WorkerText(), QString::number(QCoreApplication::applicationPid()),
-             since.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")), work.simplified());
+        .arg(WorkerText(), QString::number(QCoreApplication::applicationPid()), italian::MomentText(since),
+             work.simplified());
 }

@@ -51,6 +51,12 @@ private:
     mutable QByteArray m_utf8;
 };
 
+/// What an exception says, whether it is one of ours or of a library.
+inline QString MessageOf(const std::exception& error) {
+    const auto* ours = dynamic_cast<const Error*>(&error);
+    return ours != nullptr ? ours->Message() : QString::fromUtf8(error.what());
+}
+
 /// A statement, or the opening of a database, that an engine refused.
 class SqlError : public Error {
 public:

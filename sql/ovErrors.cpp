@@ -29,9 +29,8 @@ ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
     ErrorEntry entry;
     entry.time = Now();
     entry.rowKey = m_rowKey;
-    const auto* ours = dynamic_cast<const Error*>(&error);
-    entry.message = ours != nullptr ? ours->Message() : QString::fromUtf8(error.what());
-    if (ours != nullptr && !ours->RowKey().isEmpty()) {
+    entry.message = MessageOf(error);
+    if (const auto* ours = dynamic_cast<const Error*>(&error); ours != nullptr && !ours->RowKey().isEmpty()) {
         entry.rowKey = ours->RowKey();
     }
     entry.mayPass = dynamic_cast<const ImportError*>(&error) == nullptr;

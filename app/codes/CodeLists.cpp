@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/codesOfRule.h"
 #include "adapters/registry.h"
+#include "core/names.h"
 #include "core/Schema.h"
 
 #include <algorithm>
@@ -12,12 +13,6 @@ namespace codes {
 namespace {
 
 int MostCharacters() { return schema::FindTable(QStringLiteral("SYS_IMP"))->FindColumn(QStringLiteral("TBNEW"))->size; }
-
-void AddOnce(QStringList& names, const QString& name) {
-    if (!names.contains(name, Qt::CaseInsensitive)) {
-        names.append(name);
-    }
-}
 
 /// Where a translated code goes, as the schema tells it.
 struct Destination {
@@ -50,10 +45,10 @@ struct Draft {
     bool isMadeByImports = false;
 
     void Add(const contract::Origin& origin, const contract::CodeUse& need) {
-        AddOnce(list.origins, origin.name);
+        names::AddOnce(list.origins, origin.name);
         const Destination to(need);
         if (to.column != nullptr) {
-            AddOnce(list.feeds, to.table->name + u'.' + to.column->name);
+            names::AddOnce(list.feeds, to.table->name + u'.' + to.column->name);
             list.size = to.column->size > 0 ? std::min(list.size, to.column->size) : list.size;
         }
         isMadeByImports = isMadeByImports || to.IsMadeByImports();

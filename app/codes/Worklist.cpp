@@ -94,7 +94,7 @@ void Worklist::RequireList(const QString& table, const QString& field) const {
     if (!m_lists.Knows(table, field) && std::none_of(m_codes.begin(), m_codes.end(), isOf)) {
         const QString name = table + u'.' + field;
         throw ImportError(
-            QStringLiteral("nessuna origine chiede i codici di '%1'%2").arg(name, Suggestion(name, m_lists.Names())));
+            QStringLiteral("nessuna origine chiede i codici di '%1'%2").arg(name, DidYouMean(name, m_lists.Names())));
     }
 }
 

@@ -1,10 +1,9 @@
 #include "app/codes/preview.h"
 
 #include "app/report/names.h"
+#include "core/italianText.h"
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
-
-#include <QLocale>
 
 namespace codes {
 
@@ -127,14 +126,13 @@ private:
 } // namespace
 
 QString Preview::Text() const {
-    static const QLocale italian(QLocale::Italian, QLocale::Italy);
     QMap<QString, qint64> counts;
     for (const CellChange& cell : cells) {
         ++counts[cell.table];
     }
     QStringList parts;
     for (const auto& [table, count] : counts.asKeyValueRange()) {
-        parts.append(QStringLiteral("%1 in %2").arg(italian.toString(count), table));
+        parts.append(QStringLiteral("%1 in %2").arg(italian::NumberText(count), table));
     }
     return parts.isEmpty() ? QStringLiteral("Nessuna cella cambierebbe: ciò che c'è già resta.")
                            : QStringLiteral("Celle che cambierebbero: ") + parts.join(QStringLiteral(", "));

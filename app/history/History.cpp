@@ -250,7 +250,7 @@ Run History::Load(qint64 number) const {
 
 qint64 History::LastRun(const QString& company) const {
     const std::vector<Run> runs = Runs(company, 1);
-    return runs.empty() || runs.front().procedures.empty() ? 0 : runs.front().id;
+    return runs.empty() ? 0 : runs.front().id;
 }
 
 QString History::Log(qint64 run) const {

@@ -141,7 +141,7 @@ public:
 
     /// The codes that the last run of each procedure of a company of the database, of those that were not taken back,
     /// has met without a translation. Whether they have one by now is not known here. @param company its code
-    std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows = 100) const;
+    std::vector<WaitingCode> WaitingCodes(const QString& company, int mostRows) const;
 
     /// A table in which rows that a run has written were, until a later one emptied it; the run is 0 without one.
     struct Emptied {

@@ -80,13 +80,12 @@ void Recorder::Try(const Work& work) noexcept {
         m_waiting.clear();
         m_inserted.clear();
         m_updated.clear();
-        const auto* own = dynamic_cast<const Error*>(&error);
         m_isPartial = m_run != 0;
         m_trouble =
             (m_isPartial ? QStringLiteral("La cronologia non tiene il resto di questa esecuzione, che annullarla "
                                           "non toglierebbe: ")
                          : QStringLiteral("La cronologia non tiene questa esecuzione: ")) +
-            (own != nullptr ? own->Message() : QString::fromUtf8(error.what()));
+            MessageOf(error);
     }
 }
 

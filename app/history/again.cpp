@@ -3,14 +3,11 @@
 #include "app/confirmation.h"
 #include "app/history/keptChanges.h"
 #include "app/history/rejects.h"
-
-#include <QLocale>
+#include "core/italianText.h"
 
 namespace history {
 
 namespace {
-
-QString Number(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
 
 /// Where each procedure goes on: "ImportArticoliGescom: dopo le prime 1.200 righe (ultima: tabella ...)".
 QStringList ReachedLines(const Run& run) {
@@ -20,7 +17,8 @@ QStringList ReachedLines(const Run& run) {
             lines.append(QStringLiteral("%1: già completata").arg(procedure.result.procedure));
         } else if (procedure.reached.rows > 0) {
             lines.append(QStringLiteral("%1: dopo %2 righe scritte, dietro %3")
-                             .arg(procedure.result.procedure, Number(procedure.reached.rows), procedure.reached.last));
+                             .arg(procedure.result.procedure, italian::NumberText(procedure.reached.rows),
+                                  procedure.reached.last));
         } else {
             lines.append(QStringLiteral("%1: dall'inizio").arg(procedure.result.procedure));
         }
@@ -128,7 +126,7 @@ std::vector<Again> RejectsAgain(Session& session, const History& history, qint64
     std::vector<Again> all;
     for (ImportRequest& request : RejectRequests(session, history, number, files)) {
         QString rows = QStringLiteral("Righe: %1, abbandonate dall'esecuzione %2")
-                           .arg(Number(request.only->Count()), QString::number(number));
+                           .arg(italian::NumberText(request.only->Count()), QString::number(number));
         if (!files.isEmpty()) {
             rows += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
         }

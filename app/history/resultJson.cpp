@@ -30,24 +30,6 @@ QStringList TextsOf(const QJsonValue& value) {
     return texts;
 }
 
-/// The numbers of a result, each under its name.
-struct NamedNumber {
-    const char* name;
-    qint64 RunResult::*member;
-};
-
-constexpr NamedNumber Numbers[] = {
-    {"sourceRows", &RunResult::sourceRows},
-    {"inserted", &RunResult::inserted},
-    {"updated", &RunResult::updated},
-    {"skipped", &RunResult::skipped},
-    {"notReached", &RunResult::notReached},
-    {"givenUp", &RunResult::givenUpCount},
-    {"givenUpBefore", &RunResult::givenUpBefore},
-    {"failedLookUps", &RunResult::failedLookUps},
-    {"untranslated", &RunResult::untranslatedCount},
-};
-
 } // namespace
 
 QJsonObject ToJson(const RunResult& result) {
@@ -69,7 +51,7 @@ QJsonObject ToJson(const RunResult& result) {
                      {"details", QJsonArray::fromStringList(result.details)},
                      {"codes", QJsonArray::fromStringList(result.untranslated)},
                      {"seconds", result.seconds}};
-    for (const NamedNumber& number : Numbers) {
+    for (const RunResult::Number& number : RunResult::Numbers) {
         json.insert(QLatin1String(number.name), result.*number.member);
     }
     return json;
@@ -78,7 +60,7 @@ QJsonObject ToJson(const RunResult& result) {
 RunResult ResultFrom(const QJsonObject& json) {
     RunResult result;
     result.outcome = static_cast<RunResult::Outcome>(json["outcome"].toInt());
-    for (const NamedNumber& number : Numbers) {
+    for (const RunResult::Number& number : RunResult::Numbers) {
         result.*number.member = json[QLatin1String(number.name)].toInteger();
     }
     const QJsonObject skipped = json["skippedBy"].toObject();

@@ -2,31 +2,22 @@
 
 #include "app/history/again.h"
 #include "app/procedureTitle.h"
+#include "core/italianText.h"
 #include "sql/visibleText.h"
 
 #include <QDir>
-#include <QLocale>
 
 namespace history {
 
 namespace {
 
-const QLocale& Italian() {
-    static const QLocale locale(QLocale::Italian, QLocale::Italy);
-    return locale;
-}
-
-QString NumberText(qint64 number) { return Italian().toString(number); }
-
-QString Time(const QDateTime& time) { return time.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
-
 /// "12 (documento già importato: 10; senza codice: 2)"
 QString SkippedText(const RunResult& result) {
     QStringList reasons;
     for (const auto& [reason, rows] : result.skippedBy.asKeyValueRange()) {
-        reasons.append(reason + QStringLiteral(": ") + NumberText(rows));
+        reasons.append(reason + QStringLiteral(": ") + italian::NumberText(rows));
     }
-    return NumberText(result.skipped) +
+    return italian::NumberText(result.skipped) +
            (reasons.isEmpty() ? QString() : QString(QStringLiteral(" (") + reasons.join(QStringLiteral("; ")) + u')'));
 }
 
@@ -44,7 +35,8 @@ QString GivenUpText(const Run& run) {
         all += procedure.rejects;
     }
     const qint64 open = RejectsIn(run);
-    return open == all ? NumberText(all) : QStringLiteral("%1, aperte %2").arg(NumberText(all), NumberText(open));
+    return open == all ? italian::NumberText(all)
+                       : QStringLiteral("%1, aperte %2").arg(italian::NumberText(all), italian::NumberText(open));
 }
 
 QStringList Visible(QStringList texts) {
@@ -67,16 +59,17 @@ QStringList ProcedureCells(const ProcedureRun& procedure) {
     const QString title = ProcedureTitle(result.module, result.procedure);
     QString ending = procedure.hasEnded ? EndingText(EndingOf(result))
                                         : QStringLiteral("non è arrivata alla fine; fatte le prime %1 righe")
-                                              .arg(NumberText(procedure.reached.rows));
+                                              .arg(italian::NumberText(procedure.reached.rows));
     if (!procedure.undone.isEmpty()) {
         ending += QStringLiteral("; annullata: ") + procedure.undone;
     }
     if (!procedure.hasEnded) {
-        return Visible({title, {}, {}, {}, {}, NumberText(procedure.rejects), {}, {}, ending});
+        return Visible({title, {}, {}, {}, {}, italian::NumberText(procedure.rejects), {}, {}, ending});
     }
-    return Visible({title, NumberText(result.sourceRows), NumberText(result.inserted), NumberText(result.updated),
-                    SkippedText(result), NumberText(result.givenUpCount), NumberText(result.notReached),
-                    Italian().toString(result.seconds, 'f', 1), ending});
+    return Visible({title, italian::NumberText(result.sourceRows), italian::NumberText(result.inserted),
+                    italian::NumberText(result.updated), SkippedText(result), italian::NumberText(result.givenUpCount),
+                    italian::NumberText(result.notReached), italian::Locale().toString(result.seconds, 'f', 1),
+                    ending});
 }
 
 const QStringList& RunHeadings() {
@@ -94,17 +87,20 @@ QStringList RunCells(const Run& run) {
         updated += procedure.result.updated;
         isCounted = isCounted && procedure.hasEnded;
     }
-    const auto counted = [isCounted](qint64 rows) { return isCounted ? NumberText(rows) : QStringLiteral("?"); };
-    return Visible({QString::number(run.id), Time(run.started), StateText(run), GivenUpText(run), run.work,
-                    QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), counted(inserted),
+    const auto counted = [isCounted](qint64 rows) {
+        return isCounted ? italian::NumberText(rows) : QStringLiteral("?");
+    };
+    return Visible({QString::number(run.id), italian::MomentText(run.started), StateText(run), GivenUpText(run),
+                    run.work, QStringLiteral("%1 %2").arg(run.company, run.companyName).trimmed(), counted(inserted),
                     counted(updated), run.worker});
 }
 
 QStringList HeadLines(const Run& run) {
     QStringList lines{QStringLiteral("Esecuzione %1, %2: %3").arg(QString::number(run.id), run.work, EndingText(run)),
                       QStringLiteral("Azienda: %1 %2, dal %3 al %4, %5")
-                          .arg(run.company, run.companyName, Time(run.started),
-                               run.ended.isValid() ? Time(run.ended) : QStringLiteral("..."), run.worker)};
+                          .arg(run.company, run.companyName, italian::MomentText(run.started),
+                               run.ended.isValid() ? italian::MomentText(run.ended) : QStringLiteral("..."),
+                               run.worker)};
     if (!run.database.isEmpty()) {
         lines.append(QStringLiteral("Database: ") + run.database +
                      (run.isElsewhere ? QStringLiteral(" (non è quello delle impostazioni di adesso)") : QString()));

@@ -5,6 +5,7 @@
 #include "app/report/html_words.h"
 #include "app/report/json.h"
 #include "app/report/verdict.h"
+#include "core/italianText.h"
 
 namespace proof {
 
@@ -13,8 +14,6 @@ using namespace html;
 namespace {
 
 const QString Title = QStringLiteral("Verbale di quadratura");
-
-QString Moment(const QDateTime& moment) { return moment.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")); }
 
 /// From which day on, and by which conditions, the source was read; what it leaves out nobody has compared.
 QString Limits(const Proof& proof) {
@@ -35,7 +34,7 @@ QString Facts(const Proof& proof) {
         {"Sorgente", proof.source},
         {"Che cosa se ne legge", Limits(proof)},
         {"Database Quadrix", proof.database},
-        {"Confrontate", Moment(proof.begun) + " – " + Moment(proof.ended)},
+        {"Confrontate", italian::MomentText(proof.begun) + " – " + italian::MomentText(proof.ended)},
         {"Eseguito da", proof.worker},
         {"Programma", proof.version},
     };

@@ -1,21 +1,12 @@
 #include "app/report/html_words.h"
 
-#include <QLocale>
+#include "core/italianText.h"
 
 namespace proof::html {
 
-namespace {
-
-const QLocale& Italian() {
-    static const QLocale locale(QLocale::Italian, QLocale::Italy);
-    return locale;
-}
-
-} // namespace
-
 QString Text(const QString& text) { return text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")); }
 
-QString Number(qint64 number) { return Italian().toString(number); }
+QString Number(qint64 number) { return italian::NumberText(number); }
 
 QString Amount(double amount) {
     const QString exact = QString::number(amount, 'f', 6);
@@ -23,7 +14,7 @@ QString Amount(double amount) {
     while (decimals > 2 && exact.at(exact.size() - 7 + decimals) == u'0') {
         --decimals;
     }
-    return Italian().toString(amount, 'f', static_cast<int>(decimals));
+    return italian::Locale().toString(amount, 'f', static_cast<int>(decimals));
 }
 
 QString Element(const QString& tag, const QString& content, const QString& cssClass) {

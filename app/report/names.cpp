@@ -1,8 +1,7 @@
 #include "app/report/names.h"
 
+#include "core/italianText.h"
 #include "sql/mod_ovTools.h"
-
-#include <QLocale>
 
 #include <array>
 
@@ -191,14 +190,14 @@ QString ColumnTitle(const QString& column) {
 }
 
 QString Shown(const schema::Column* column, const QVariant& value) {
-    static const QLocale italian(QLocale::Italian, QLocale::Italy);
     if (value.isNull()) {
         return {};
     }
     const DataType type = column == nullptr ? DataType::NVarChar : column->type;
     if (type == DataType::Double) {
         const auto number = mod_ovTools::ReadNumber(value);
-        return number ? italian.toString(*number, 'f', QLocale::FloatingPointShortest) : mod_ovTools::ToText(value);
+        return number ? italian::Locale().toString(*number, 'f', QLocale::FloatingPointShortest)
+                      : mod_ovTools::ToText(value);
     }
     if (type == DataType::Bit) {
         return mod_ovTools::ToBoolean(value) ? QStringLiteral("Sì") : QStringLiteral("No");
@@ -206,8 +205,9 @@ QString Shown(const schema::Column* column, const QVariant& value) {
     if (type == DataType::DateTime) {
         const auto day = mod_ovTools::ReadDate(value);
         const bool isMidnight = day && day->time() == QTime(0, 0);
-        return day ? day->toString(isMidnight ? QStringLiteral("dd/MM/yyyy") : QStringLiteral("dd/MM/yyyy HH:mm:ss"))
-                   : mod_ovTools::ToText(value);
+        return !day         ? mod_ovTools::ToText(value)
+               : isMidnight ? italian::DayText(day->date())
+                            : italian::MomentText(*day);
     }
     return type == DataType::Object ? QStringLiteral("(file)") : mod_ovTools::ToText(value);
 }

@@ -1,9 +1,8 @@
 #include "app/report/verdict.h"
 
 #include "adapters/contract/write/Document.h"
+#include "core/italianText.h"
 #include "core/runEnding.h"
-
-#include <QLocale>
 
 namespace proof {
 
@@ -14,9 +13,8 @@ const QString Gone = QStringLiteral("NON PIÙ NELL'ORIGINE");
 
 /// "1 riga manca", "2.000 righe mancano"; nothing for none.
 QStringList Counted(qint64 count, const char* one, const char* many) {
-    static const QLocale italian(QLocale::Italian, QLocale::Italy);
     return count == 0 ? QStringList()
-                      : QStringList(italian.toString(count) + u' ' + QString::fromUtf8(count == 1 ? one : many));
+                      : QStringList(italian::NumberText(count) + u' ' + QString::fromUtf8(count == 1 ? one : many));
 }
 
 /// "a", "a e b", "a, b e c".

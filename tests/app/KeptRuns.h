@@ -72,7 +72,7 @@ public:
     /// The codes that rows wait for, each with them.
     QStringList Waiting() const {
         QStringList codes;
-        for (const history::WaitingCode& one : history::History(Path()).WaitingCodes("X01")) {
+        for (const history::WaitingCode& one : history::History(Path()).WaitingCodes("X01", 10)) {
             codes += one.code.list + '.' + one.code.field + '=' + one.code.code + ' ' + one.first.join(", ");
         }
         return codes;

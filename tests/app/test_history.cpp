@@ -51,7 +51,7 @@ private slots:
                  "UNITÀ NON TROVATA|tabella 'ART', CODICE 'C'|XX");
         history.SetDone(notes[0], true);
         QCOMPARE(history.NoteKinds(1).front().done, 1);
-        const auto codes = history.WaitingCodes("X01");
+        const auto codes = history.WaitingCodes("X01", 10);
         QCOMPARE(codes.size(), 1U);
         QCOMPARE(codes[0].code.list + codes[0].code.field + codes[0].code.code + codes[0].first.join(','),
                  "PROVAUMXX"
@@ -107,13 +107,13 @@ private slots:
         QVERIFY(ReadFile(path).contains("_SCARTO;_RIGA_ORIGINE;_MOTIVO;CODICE;NOME;COSTO;UM\r\n"));
         WriteFile(path, ReadFile(path).replace("due", "2"));
         kept.Source("UPDATE ART SET NOME = 'Vite lunga' WHERE CODICE = 'A'"); // not among them
-        QCOMPARE(kept.Run(MendedRejects(history, 1, {path})), FlowOutcome::Done);
+        QCOMPARE(kept.Run(MendedRejects(history, 1, {path}, {})), FlowOutcome::Done);
         QCOMPARE(kept.Account(), "2 = 1 + 0 + 0 + 1");
         QCOMPARE(kept.Articles(), QStringList({"A|Vite|1.5", "B|Dado|2", "C|Rondella|3"}));
-        QCOMPARE(history.WaitingCodes("X01").front().first.size(),
+        QCOMPARE(history.WaitingCodes("X01", 10).front().first.size(),
                  2); // that of the first run, which was left alone, too
         kept.Source("UPDATE ART SET COSTO = '4' WHERE CODICE = 'D'");
-        kept.Run(RejectsOf(history, 2));
+        kept.Run(RejectsOf(history, 2, {}));
         QCOMPARE(kept.Account(), "1 = 1 + 0 + 0 + 0");
         QVERIFY(Differences(history, 2, 3).last().startsWith("Ora importata: "));
         const QStringList whole = Differences(history, 1, 3); // the row of the second run is that of the first
@@ -141,7 +141,7 @@ private slots:
         const QString path = kept.Target.Folder.filePath("scarti.csv");
         WriteRejects(history, 1, path);
         WriteFile(path, ReadFile(path).replace(was.toUtf8(), typed.toUtf8()).replace(";due;", ";2;"));
-        kept.Run(MendedRejects(history, 1, {path}));
+        kept.Run(MendedRejects(history, 1, {path}, {}));
         QTEST(kept.Target.Value("SELECT ARDES FROM X01_ART_ICO WHERE CDART = 'B'"), "read");
     }
 
@@ -165,7 +165,7 @@ private slots:
         WriteRejects(history, 1, path);
         WriteFile(path, ReadFile(path).replace(before, after));
         try {
-            MendedRejects(history, 1, {path});
+            MendedRejects(history, 1, {path}, {});
             QFAIL("nothing was refused");
         } catch (const ImportError& error) {
             QVERIFY2(error.Message().contains(mistake), qPrintable(error.Message()));
@@ -190,7 +190,7 @@ private slots:
         mended->Close();
         kept.Source("UPDATE ART SET COSTO = 'tre' WHERE CODICE = 'B'");
         kept.Source("DELETE FROM ART WHERE CODICE = 'D'");
-        kept.Run(MendedRejects(history, 1, {own}));
+        kept.Run(MendedRejects(history, 1, {own}, {}));
         QCOMPARE(kept.Account(), "1 = 0 + 0 + 0 + 1");
         const RunResult& result = kept.Target.Get().Results.last();
         QVERIFY(result.givenUp.front().reason.contains("la fonte ha ora 'tre', quando è stata scartata aveva 'due'"));
@@ -260,7 +260,7 @@ private slots:
         kept.Target.Person.CancelAt.reset();
         const History history(kept.Path());
         kept.Source("UPDATE ART SET COSTO = '2' WHERE CODICE = 'B'");
-        kept.Run(RejectsOf(history, 1));
+        kept.Run(RejectsOf(history, 1, {}));
         QCOMPARE(RejectsIn(history.Load(1)), 0);
         QVERIFY(RestOf(history, history.Load(1)) != nullptr);
         ResetOptions options;
@@ -294,7 +294,7 @@ private slots:
         kept.Run();
         const History history(kept.Path());
         kept.Source("UPDATE ART SET COSTO = '2' WHERE CODICE = 'B'");
-        kept.Run(RejectsOf(history, 1));
+        kept.Run(RejectsOf(history, 1, {}));
         QCOMPARE(RejectsIn(history.Load(1)), 1);
         kept.Target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('M')");
         {
@@ -319,7 +319,7 @@ private slots:
         const QByteArray rejects = ReadFile(path);
         for (const char* cost : {"2", "5"}) {
             WriteFile(path, QByteArray(rejects).replace("due", cost));
-            kept.Run(MendedRejects(history, 1, {path}));
+            kept.Run(MendedRejects(history, 1, {path}, {}));
         }
         QCOMPARE(RejectsIn(history.Load(1)), 1);
         Undo(kept.Target.Get(), history, 3);
@@ -347,7 +347,7 @@ private slots:
         QVERIFY(refusal([&] { RestRequest(session, history, 1); }).contains("importare da capo"));
         const auto elsewhere = [&] {
             const Run run = history.Load(1);
-            return run.isElsewhere && !CanGoOn(run) && !CanUndo(run) && history.WaitingCodes("X01").empty() &&
+            return run.isElsewhere && !CanGoOn(run) && !CanUndo(run) && history.WaitingCodes("X01", 10).empty() &&
                    RunCells(run)[2].contains("in un altro database: " + run.database) &&
                    refusal([&] { Undo(session, history, 1); }).contains("in un altro database") &&
                    refusal([&] { RestRequest(session, history, 1); }).contains("in un altro database") &&
@@ -359,7 +359,7 @@ private slots:
         kept.Run(); // what was given up there is given up here
         QCOMPARE(history.LastRun("X01"), 2);
         QVERIFY(!history.Load(2).isElsewhere && history.Load(1).isElsewhere);
-        QVERIFY(!history.WaitingCodes("X01").empty());
+        QVERIFY(!history.WaitingCodes("X01", 10).empty());
         kept.Target.Execute("PRAGMA application_id = 77"); // another one at its place
         QVERIFY(History(session).Load(2).isElsewhere);
     }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "sql/ovConnection.h"
 #include "sql/SettingsFile.h"
+#include "tests/support/embedded.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -41,6 +43,12 @@ public:
     }
     Ended Run(const QStringList& arguments) const { return End(*Start(arguments)); }
 
+    /// Runs a query on the database of the program; the first column of the first row, empty without one.
+    QString Value(const QString& query) const {
+        ovConnection connection;
+        const Recordset rows = OpenEmbedded(connection, Database()).ExecuteWC(query);
+        return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
+    }
     QString Database() const { return Folder.filePath("quadrix.db"); }
     Ended CreateCompany() const { return Run({"create-database", "--company", "x01", "--name", "Prova Uno"}); }
 

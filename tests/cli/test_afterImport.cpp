@@ -23,11 +23,6 @@ class TestAfterImport : public QObject {
             connection.CloseConnection();
         }
     }
-    QString Value(const QString& query) const {
-        ovConnection connection;
-        const Recordset rows = OpenEmbedded(connection, m_run.Database()).ExecuteWC(query);
-        return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
-    }
     QJsonObject Json(const QStringList& arguments, int exitCode) const {
         const CliRun::Ended ended = m_run.Run(arguments + QStringList("--json"));
         if (ended.exitCode != exitCode) {
@@ -117,16 +112,16 @@ private slots:
             open);
         QCOMPARE(m_run.Run(again).exitCode, 0);
         const QString terms = "SELECT COUNT(*) FROM X01_CON_TRO WHERE COALESCE(COMOP, COMOA, '') <> ''";
-        const int before = Value(terms).toInt();
+        const int before = m_run.Value(terms).toInt();
         const QJsonArray cells = Json({"codes", "apply", "--dry-run", "--company", "X01"}, 0)["cells"].toArray();
-        QCOMPARE(Value(terms).toInt(), before);
+        QCOMPARE(m_run.Value(terms).toInt(), before);
         const auto isTerm = [](const QJsonValue& cell) {
             return cell["table"] == "CON_TRO" && cell["column"].toString().startsWith("COMO");
         };
         const auto written = std::count_if(cells.begin(), cells.end(), isTerm);
         QVERIFY(written > 0);
         QJsonObject applied = Json({"codes", "apply", "--company", "X01"}, 0);
-        QCOMPARE(Value(terms).toInt(), before + static_cast<int>(written));
+        QCOMPARE(m_run.Value(terms).toInt(), before + static_cast<int>(written));
         QVERIFY(applied["run"].toInt() > 4);
         QVERIFY2(applied["notes"].toArray().isEmpty() || !QJsonDocument(applied).toJson().contains("NON PIÙ"),
                  "a part of the rows says nothing of the others");
@@ -172,9 +167,10 @@ private slots:
                                         "ORDER BY RGRIEMOV");
         QVERIFY(!rows.Eof());
         for (; !rows.Eof(); rows.MoveNext()) {
-            QCOMPARE(Value("SELECT R.DRQTR FROM X01_DOC_VER R JOIN X01_DOC_VEN T ON T.RECORD_ID = R.IDTES WHERE "
-                           "T.DTNUM = 1 AND R.DRART = '" +
-                           rows.Fields(0).Value().toString() + "'")
+            QCOMPARE(m_run
+                         .Value("SELECT R.DRQTR FROM X01_DOC_VER R JOIN X01_DOC_VEN T ON T.RECORD_ID = R.IDTES WHERE "
+                                "T.DTNUM = 1 AND R.DRART = '" +
+                                rows.Fields(0).Value().toString() + "'")
                          .toDouble(),
                      rows.Fields(1).Value().toDouble());
         }

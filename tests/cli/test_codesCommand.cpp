@@ -1,6 +1,4 @@
-#include "sql/ovConnection.h"
 #include "tests/cli/CliRun.h"
-#include "tests/support/embedded.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -13,11 +11,6 @@ class TestCodesCommand : public QObject {
 
     CliRun m_run;
 
-    QString Value(const QString& query) const {
-        ovConnection connection;
-        const Recordset rows = OpenEmbedded(connection, m_run.Database()).ExecuteWC(query);
-        return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
-    }
     CliRun::Ended Codes(const QStringList& arguments) const {
         return m_run.Run(QStringList("codes") + arguments + QStringList{"--company", "X01"});
     }
@@ -25,9 +18,9 @@ class TestCodesCommand : public QObject {
 private slots:
     void initTestCase() {
         QCOMPARE(m_run.CreateCompany().exitCode, 0);
-        Value("INSERT INTO TAB_MOP (CDMOP, MPDES) VALUES ('RD', 'Rimessa diretta')");
-        Value("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', '007', ''), "
-              "('ARCLFR', 'ZONCLFOR', '1', '')");
+        m_run.Value("INSERT INTO TAB_MOP (CDMOP, MPDES) VALUES ('RD', 'Rimessa diretta')");
+        m_run.Value("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('anagrafe', 'pag', '007', ''), "
+                    "('ARCLFR', 'ZONCLFOR', '1', '')");
     }
 
     void refusals_data() {
@@ -81,17 +74,17 @@ private slots:
         QVERIFY2(wrong.output.startsWith("Riga 2, colonna 'Nuovo codice': 'R D' non è in TAB_MOP: forse 'RD' (Rimessa "
                                          "diretta)?"),
                  qPrintable(wrong.output));
-        QCOMPARE(Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("0"));
+        QCOMPARE(m_run.Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBNEW <> ''"), QString("0"));
         const auto right = fill("rd", "NORD");
         QVERIFY2(right.exitCode == 0, qPrintable(right.output + right.errors));
-        QCOMPARE(Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = '007'"), QString("RD"));
+        QCOMPARE(m_run.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = '007'"), QString("RD"));
         QCOMPARE(Codes({"list"}).exitCode, 0);
 
         QCOMPARE(Codes({"set", "--table", "anagrafe", "--field", "pag", "--old", "8", "--new", "vf", "--create",
                         "--description", "Vista fattura"})
                      .exitCode,
                  0);
-        QCOMPARE(Value("SELECT MPDES FROM TAB_MOP WHERE CDMOP = 'VF'"), QString("Vista fattura"));
+        QCOMPARE(m_run.Value("SELECT MPDES FROM TAB_MOP WHERE CDMOP = 'VF'"), QString("Vista fattura"));
     }
 };
 

@@ -1,6 +1,4 @@
-#include "sql/ovConnection.h"
 #include "tests/cli/CliRun.h"
-#include "tests/support/embedded.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
@@ -12,21 +10,14 @@ class TestMergeCommand : public QObject {
 
     CliRun m_run;
 
-    /// Runs a query on the database of the program; the first column of the first row.
-    QString Value(const QString& query) const {
-        ovConnection connection;
-        const Recordset rows = OpenEmbedded(connection, m_run.Database()).ExecuteWC(query);
-        return rows.Eof() ? QString() : rows.Fields(0).Value().toString();
-    }
-
 private slots:
     void initTestCase() {
         QCOMPARE(m_run.CreateCompany().exitCode, 0);
         QCOMPARE(m_run.Run({"create-database", "--company", "X02", "--name", "Prova Due"}).exitCode, 0);
-        Value(
+        m_run.Value(
             "INSERT INTO X01_CON_TRO (CDCON, CORAS, COIVA) VALUES ('000001', 'Rossi', '01'), ('000002', 'Verdi', '')");
-        Value("INSERT INTO X02_CON_TRO (CDCON, CORAS, COIVA) VALUES ('000009', 'Rossi S.r.l.', '01')");
-        Value("INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000002')");
+        m_run.Value("INSERT INTO X02_CON_TRO (CDCON, CORAS, COIVA) VALUES ('000009', 'Rossi S.r.l.', '01')");
+        m_run.Value("INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000002')");
     }
 
     void refusals_data() {
@@ -39,11 +30,11 @@ private slots:
     void refusals() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, told);
-        const QString before = Value("SELECT COUNT(*) FROM X02_CON_TRO");
+        const QString before = m_run.Value("SELECT COUNT(*) FROM X02_CON_TRO");
         const auto ended = m_run.Run(QStringList("merge") + arguments);
         QTEST(ended.exitCode, "exitCode");
         QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
-        QCOMPARE(Value("SELECT COUNT(*) FROM X02_CON_TRO"), before);
+        QCOMPARE(m_run.Value("SELECT COUNT(*) FROM X02_CON_TRO"), before);
     }
 
     void previewsThenMerges() {
@@ -54,7 +45,7 @@ private slots:
                                                                                     {"newCode", "000009"},
                                                                                     {"newName", "Rossi S.r.l."},
                                                                                     {"criterion", "PARTITA IVA"}}));
-        QCOMPARE(Value("SELECT COUNT(*) FROM X02_CON_TRO"), QString("1"));
+        QCOMPARE(m_run.Value("SELECT COUNT(*) FROM X02_CON_TRO"), QString("1"));
 
         const auto merged =
             m_run.Run({"merge", "--from", "X01", "--to", "X02", "--update-references", "--yes", "--json"});
@@ -65,8 +56,8 @@ private slots:
         QCOMPARE(json["criteria"].toObject()["NUOVO!!!!"].toInt(), 1);
         QCOMPARE(json["copied"].toObject()["CON_TRO"].toInt(), 1);
         QCOMPARE(json["referencesUpdated"].toInt(), 1);
-        QCOMPARE(Value("SELECT CORAS FROM X02_CON_TRO WHERE CDCON = '000010'"), QString("Verdi"));
-        QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
+        QCOMPARE(m_run.Value("SELECT CORAS FROM X02_CON_TRO WHERE CDCON = '000010'"), QString("Verdi"));
+        QCOMPARE(m_run.Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
 
         const QJsonObject run = m_run.Run({"history", "--json"}).Json()["runs"].toArray().first().toObject();
         QCOMPARE(run["work"].toString(), QString("fusione delle controparti di X01 in quelle di X02"));
@@ -88,8 +79,8 @@ private slots:
         const auto preview =
             m_run.Run(QStringList(merge).replaceInStrings("--yes", "--preview") + QStringList("--update-references"));
         QVERIFY2(preview.exitCode == 0 && preview.output.contains("è già stata fatta"), qPrintable(preview.output));
-        QCOMPARE(Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
-        Value("INSERT INTO X01_CON_TRO (CDCON, CORAS) VALUES ('000003', 'Gialli')");
+        QCOMPARE(m_run.Value("SELECT DTCON FROM X01_DOC_VEN"), QString("000010"));
+        m_run.Value("INSERT INTO X01_CON_TRO (CDCON, CORAS) VALUES ('000003', 'Gialli')");
         for (const QString how : {"--preview", "--yes"}) {
             const auto copying = m_run.Run({"merge", "--from", "X01", "--to", "X02", how});
             QCOMPARE(copying.exitCode, how == "--yes" ? 1 : 0);

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QThread>
-
-#include <future>
+#include "tests/support/ListeningThread.h"
 
 /// A line to a server, in a thread of its own, that breaks when the server has answered a request which holds certain
 /// words: the answer does not arrive any more.
@@ -12,35 +8,14 @@ class CutLine {
 public:
     /// @param at where the line begins
     CutLine(const QString& host, int port, const QHostAddress& at = QHostAddress::LocalHost)
-        : m_context(new QObject) {
-        m_context->moveToThread(&m_thread);
-        m_thread.start();
-        std::promise<quint16> listening;
-        QMetaObject::invokeMethod(m_context, [&] {
-            auto* server = new QTcpServer(m_context);
-            QObject::connect(server, &QTcpServer::newConnection, m_context, [this, server, host, port] {
-                Join(server->nextPendingConnection(), host, static_cast<quint16>(port));
-            });
-            server->listen(at);
-            listening.set_value(server->serverPort());
-        });
-        Port = listening.get_future().get();
-    }
-    ~CutLine() {
-        m_context->deleteLater();
-        m_thread.quit();
-        m_thread.wait();
-    }
-    CutLine(const CutLine&) = delete;
-    CutLine& operator=(const CutLine&) = delete;
+        : m_thread(at, [this, host, port](QTcpSocket* client) { Join(client, host, static_cast<quint16>(port)); }),
+          Port(m_thread.Port()) {}
 
     /// Breaks the line, once, at the next request that holds the words.
     void CutAt(const QByteArray& words) {
         QMetaObject::invokeMethod(
-            m_context, [this, words] { m_words = words; }, Qt::BlockingQueuedConnection);
+            m_thread.Context(), [this, words] { m_words = words; }, Qt::BlockingQueuedConnection);
     }
-
-    quint16 Port = 0;
 
 private:
     void Join(QTcpSocket* client, const QString& host, quint16 port) {
@@ -62,7 +37,9 @@ private:
         QObject::connect(client, &QTcpSocket::disconnected, client, &QObject::deleteLater);
     }
 
-    QThread m_thread;
-    QObject* m_context;
     QByteArray m_words;
+    ListeningThread m_thread; // the last: what it uses is there before it and after it
+
+public:
+    const quint16 Port;
 };

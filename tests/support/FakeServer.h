@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QMutex>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QThread>
+#include "tests/support/ListeningThread.h"
 
-#include <future>
+#include <QMutex>
 
 /// A server that only pretends to be one, in a thread of its own: it says what it is told to, and keeps what it hears.
 class FakeServer {
@@ -14,36 +11,16 @@ public:
     using Answer = std::function<QByteArray(int turn, const QByteArray& heard)>;
 
     /// @param greeting said to who comes, before anything is heard; empty for a server that waits
-    FakeServer(const QByteArray& greeting, Answer answer)
-        : m_context(new QObject) {
-        m_context->moveToThread(&m_thread);
-        m_thread.start();
-        std::promise<quint16> listening;
-        QMetaObject::invokeMethod(m_context, [&] {
-            auto* server = new QTcpServer(m_context);
-            QObject::connect(server, &QTcpServer::newConnection, m_context, [this, server, greeting, answer] {
-                Serve(server->nextPendingConnection(), greeting, answer);
-            });
-            server->listen(QHostAddress::LocalHost);
-            listening.set_value(server->serverPort());
-        });
-        Port = listening.get_future().get();
-    }
-    ~FakeServer() {
-        m_context->deleteLater();
-        m_thread.quit();
-        m_thread.wait();
-    }
-    FakeServer(const FakeServer&) = delete;
-    FakeServer& operator=(const FakeServer&) = delete;
+    FakeServer(const QByteArray& greeting, const Answer& answer)
+        : m_thread(QHostAddress::LocalHost,
+                   [this, greeting, answer](QTcpSocket* client) { Serve(client, greeting, answer); }),
+          Port(m_thread.Port()) {}
 
     /// What was heard so far, over all lines.
     QVector<QByteArray> Heard() const {
         const QMutexLocker lock(&m_mutex);
         return m_heard;
     }
-
-    quint16 Port = 0;
 
 private:
     void Serve(QTcpSocket* client, const QByteArray& greeting, const Answer& answer) {
@@ -63,8 +40,10 @@ private:
         QObject::connect(client, &QTcpSocket::disconnected, client, &QObject::deleteLater);
     }
 
-    QThread m_thread;
-    QObject* m_context;
     mutable QMutex m_mutex;
     QVector<QByteArray> m_heard;
+    ListeningThread m_thread; // the last: what it uses is there before it and after it
+
+public:
+    const quint16 Port;
 };

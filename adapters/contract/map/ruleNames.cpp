@@ -78,7 +78,7 @@ const NamedRule NamedRules[] = {
         known += {QString::fromLatin1(rule.name), QString::fromLatin1(rule.function)};
     }
     throw ImportError(QStringLiteral("la regola '%1' non c'è%2; ci sono %3")
-                          .arg(name, Suggestion(name, known), names.join(QStringLiteral(", "))));
+                          .arg(name, DidYouMean(name, known), names.join(QStringLiteral(", "))));
 }
 
 } // namespace

@@ -22,6 +22,7 @@ using namespace contract::rules;
 namespace modImport_Tessera {
 
 const contract::Origin& Entry();
+const contract::Origin& EntryWithSolution();
 
 Rule GetCodContropartiTessera(const Rule& rule) { return Via(CliFor, "IdCliFor", "CodCliFor", rule); }
 
