@@ -1,6 +1,7 @@
 #include "app/inspect_further.h"
 
 #include "app/inspect_draft.h"
+#include "core/names.h"
 #include "core/Schema.h"
 #include "sources/layout/LayoutFile.h"
 
@@ -14,8 +15,6 @@ using sources::LayoutEdit;
 using sources::LayoutFile;
 
 const QString ConstantMark = QStringLiteral("costante:");
-
-bool IsSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
 
 /// Whether the value of an added column is one for every table, or comes from that one.
 bool IsFor(const QString& value, const QString& table) {
@@ -31,7 +30,7 @@ Further ReadFurther(const Session& session, const contract::Origin& origin, cons
         return further;
     }
     for (const LayoutFile::Entry& entry : file->Entries(LayoutFile::Filters)) {
-        further.filter = IsSame(entry.key, table) ? entry.value : further.filter;
+        further.filter = names::AreSame(entry.key, table) ? entry.value : further.filter;
     }
     for (const LayoutFile::Entry& entry : file->Entries(LayoutFile::Added)) {
         if (IsFor(entry.value, table)) {
@@ -47,7 +46,7 @@ QStringList FreeTargets(const contract::Origin& origin, const QString& table) {
     QSet<QString> filled;
     for (const contract::Procedure& procedure : origin.procedures) {
         for (const contract::Mapping* mapping : procedure.needs.mappings) {
-            if (mapping->isPart || !IsSame(mapping->sourceTable, table)) {
+            if (mapping->isPart || !names::AreSame(mapping->sourceTable, table)) {
                 continue;
             }
             for (const contract::MapLine& line : mapping->lines) {
@@ -86,12 +85,14 @@ QString RemoveAdded(Session& session, const contract::Origin& origin, const QStr
     return ChangeLayout(session, origin, [&](LayoutEdit& edit) { edit.Remove(LayoutFile::Added, target); });
 }
 
-QString AddedValue(const QString& table, const QString& column, const QString& rule) {
+QString AddedValue(const QString& table, const QString& typed, const QString& rule) {
+    const QString column = typed.trimmed();
+    if (column.startsWith(ConstantMark, Qt::CaseInsensitive)) {
+        return ConstantMark + column.mid(ConstantMark.size()).trimmed();
+    }
     const bool isPlain = !column.contains(QLatin1String("->"));
     const QString read = table + u'.' + (isPlain ? LayoutEdit::Written(column) : QString(u'[' + column + u']'));
     return rule.trimmed().isEmpty() ? read : QString(read + QStringLiteral(" -> ") + rule.trimmed());
 }
-
-QString ConstantValue(const QString& value) { return ConstantMark + value.trimmed(); }
 
 } // namespace inspection

@@ -23,13 +23,13 @@ QStringList FreeTargets(const contract::Origin& origin, const QString& table);
 
 /// Writes a condition; an empty one takes it out. What `ChangeLayout` returns and raises.
 QString SetFilter(Session& session, const contract::Origin& origin, const QString& table, const QString& condition);
-/// Writes a further column. @param value as `AddedValue` or `ConstantValue` gives it
+/// Writes a further column. @param value as `AddedValue` gives it
 QString SetAdded(Session& session, const contract::Origin& origin, const QString& target, const QString& value);
 /// Takes a further column out.
 QString RemoveAdded(Session& session, const contract::Origin& origin, const QString& target);
-/// "TABELLA.Colonna -> Regola", as the file has it. @param rule empty for the usual one
-QString AddedValue(const QString& table, const QString& column, const QString& rule);
-/// "costante:valore".
-QString ConstantValue(const QString& value);
+/// "TABELLA.Colonna -> Regola" or "costante:valore", as the file has it.
+/// @param typed the name of a column as the source has it, or "costante:" and a value
+/// @param rule empty for the usual one; a constant has none
+QString AddedValue(const QString& table, const QString& typed, const QString& rule);
 
 } // namespace inspection

@@ -21,9 +21,10 @@ Report UndoRun(Context& context) {
     Session& session = context.session;
     const history::History history(session);
     if (!isTrial && !context.options.isSet("yes")) {
-        RequireYes(context.options, Question(number, history::UndoAlone(session, history, number, true)));
+        RequireYes(context.options, Question(number, history::TryUndo(session, history, number)));
     }
-    const history::UndoResult result = history::UndoAlone(session, history, number, isTrial);
+    const history::UndoResult result =
+        isTrial ? history::TryUndo(session, history, number) : history::UndoAlone(session, history, number);
     QStringList lines = history::LinesOf(result);
     if (isTrial) {
         lines += QStringLiteral("Era una prova: il database è rimasto com'era.");

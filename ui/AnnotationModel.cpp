@@ -1,5 +1,6 @@
 #include "ui/AnnotationModel.h"
 
+#include "core/italianText.h"
 #include "ui/lists.h"
 
 #include "sql/errors.h"
@@ -32,8 +33,8 @@ template<class Result, class Work>
 Result AnnotationModel::Try(Result otherwise, const Work& work) const {
     try {
         return work();
-    } catch (const Error& error) {
-        emit Failed(error.Message());
+    } catch (const std::exception& error) {
+        emit Failed(MessageOf(error));
         return otherwise;
     }
 }
@@ -96,7 +97,7 @@ QVariant AnnotationModel::KindData(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         return QStringLiteral("%1: %2, di cui fatte %3")
-            .arg(VisibleLine(kind.kind), lists::NumberText(kind.count), lists::NumberText(kind.done));
+            .arg(VisibleLine(kind.kind), italian::NumberText(kind.count), italian::NumberText(kind.done));
     case Qt::CheckStateRole:
         return StateOf(kind);
     default:

@@ -1,5 +1,6 @@
 #include "ui/ErrorDialog.h"
 
+#include "core/italianText.h"
 #include "core/Operator.h"
 #include "ui/mnemonics.h"
 #include "ui/WrappedLabel.h"
@@ -169,7 +170,7 @@ void ErrorDialog::AddCopy(QDialogButtonBox& buttons, const QString& text) {
 }
 
 QString ErrorDialog::TextOf(const ErrorEntry& error) {
-    QStringList lines{error.time.toString("dd/MM/yyyy HH:mm:ss"), error.message};
+    QStringList lines{italian::MomentText(error.time), error.message};
     const auto add = [&lines](const QString& title, const QString& text) {
         if (!text.isEmpty()) {
             lines.append(title + ": " + text);

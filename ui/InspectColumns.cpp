@@ -2,6 +2,7 @@
 
 #include "ui/ChoiceList.h"
 #include "ui/inspectMarks.h"
+#include "ui/lists.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -30,22 +31,6 @@ void FillNames(QComboBox& list, const std::vector<inspection::Suggestion>& sugge
     }
 }
 
-ChoiceList* NewNames(const QString& name, const QString& accessibleName) {
-    auto* list = new ChoiceList;
-    list->setObjectName(name);
-    list->setAccessibleName(accessibleName);
-    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    list->setMaxVisibleItems(20);
-    return list;
-}
-
-QPushButton* NewUse(const QString& name, const QString& caption) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setAutoDefault(false);
-    return button;
-}
-
 QHBoxLayout* NewRow(QLabel* label, QComboBox* list, QPushButton* button) {
     label->setBuddy(list);
     auto* row = new QHBoxLayout;
@@ -59,8 +44,8 @@ QHBoxLayout* NewRow(QLabel* label, QComboBox* list, QPushButton* button) {
 
 InspectColumns::InspectColumns(QWidget* parent)
     : QWidget(parent) {
-    m_tableName = NewNames("cmbTableName", "Tabella della sorgente");
-    m_useTable = NewUse("cmdUseTable", "&Usa la tabella");
+    m_tableName = lists::NewNameList("cmbTableName", "Tabella della sorgente");
+    m_useTable = lists::NewButton("cmdUseTable", "&Usa la tabella", {});
     connect(m_useTable, &QPushButton::clicked, this,
             [this] { emit Chosen(m_table.name, m_tableName->currentData().toString()); });
     m_columns = new QTreeWidget;
@@ -72,8 +57,8 @@ InspectColumns::InspectColumns(QWidget* parent)
     m_columns->setAllColumnsShowFocus(true);
     connect(m_columns, &QTreeWidget::currentItemChanged, this, [this] { ShowColumn(); });
     m_label = new QLabel("Co&lonna:");
-    m_columnName = NewNames("cmbColumnName", "Colonna della sorgente");
-    m_useColumn = NewUse("cmdUseColumn", "Usa la c&olonna");
+    m_columnName = lists::NewNameList("cmbColumnName", "Colonna della sorgente");
+    m_useColumn = lists::NewButton("cmdUseColumn", "Usa la c&olonna", {});
     connect(m_useColumn, &QPushButton::clicked, this, [this] {
         if (const Column* column = Current()) {
             emit Chosen(m_table.name + '.' + column->name, m_columnName->currentData().toString());

@@ -12,19 +12,6 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-namespace {
-
-ChoiceList* NewList(const QString& name, const QString& accessibleName) {
-    auto* list = new ChoiceList;
-    list->setObjectName(name);
-    list->setAccessibleName(accessibleName);
-    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    list->setMaxVisibleItems(20);
-    return list;
-}
-
-} // namespace
-
 InspectFurther::InspectFurther(Session& session, const contract::Origin& origin, QWidget* parent)
     : QWidget(parent),
       m_session(session),
@@ -57,16 +44,16 @@ void InspectFurther::Lay() {
     m_added->setAccessibleName("Altri campi di Quadrix");
     m_added->setHeaderLabels({"Campo di Quadrix", "Da dove viene"});
     m_added->setRootIsDecorated(false);
-    m_target = NewList("cmbTarget", "Campo di Quadrix");
-    m_source = NewList("cmbSource", "Colonna della sorgente, o una costante");
+    m_target = lists::NewNameList("cmbTarget", "Campo di Quadrix");
+    m_source = lists::NewNameList("cmbSource", "Colonna della sorgente, o una costante");
     m_source->setEditable(true);
     m_source->setInsertPolicy(QComboBox::NoInsert);
-    m_rule = NewList("cmbRule", "Regola");
+    m_rule = lists::NewNameList("cmbRule", "Regola");
     m_rule->setEditable(true);
     m_rule->setInsertPolicy(QComboBox::NoInsert);
     m_rule->addItem(QString());
     m_rule->addItems(contract::RuleForms());
-    auto* add = lists::NewButton("cmdAdd", "A&ggiungi", {});
+    auto* add = lists::NewButton("cmdAdd", "Aggi&ungi", {});
     connect(add, &QPushButton::clicked, this, [this] {
         Change([this] { return inspection::SetAdded(m_session, m_origin, m_target->currentText(), NewValue()); });
     });
@@ -124,11 +111,7 @@ void InspectFurther::FillAdded() {
 }
 
 QString InspectFurther::NewValue() const {
-    const QString text = m_source->currentText().trimmed();
-    const QString constant = "costante:";
-    return text.startsWith(constant, Qt::CaseInsensitive)
-               ? inspection::ConstantValue(text.mid(constant.size()))
-               : inspection::AddedValue(m_table, text, m_rule->currentText());
+    return inspection::AddedValue(m_table, m_source->currentText(), m_rule->currentText());
 }
 
 QString InspectFurther::WriteFilter() {

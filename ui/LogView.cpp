@@ -18,14 +18,14 @@ constexpr int Interval = 300; ///< milliseconds between two looks at the file
 LogView::LogView(QWidget* parent)
     : QWidget(parent),
       m_text(new QPlainTextEdit),
-      m_cut(new QLabel("Le righe più vecchie non sono mostrate: il registro intero è nel file import.log.")) {
+      m_cut(new QLabel),
+      m_open(new QPushButton("Apri carte&lla")) {
     m_text->setObjectName("txtLog");
     m_text->setAccessibleName("Registro dell'importazione");
     m_text->setReadOnly(true);
     m_text->setTabChangesFocus(true);
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_text->setMaximumBlockCount(MostLines);
-    m_text->setPlaceholderText("Il registro (import.log) è vuoto.");
     m_cut->setObjectName("lblLogCut");
     m_cut->hide();
     // Where the last line stands is known only after the text has been laid out, long after it was added.
@@ -33,14 +33,12 @@ LogView::LogView(QWidget* parent)
     connect(bar, &QScrollBar::rangeChanged, this, &LogView::ScrollToEnd);
     connect(bar, &QScrollBar::actionTriggered, this,
             [this, bar] { m_follows = bar->sliderPosition() == bar->maximum(); });
-    auto* open = new QPushButton("Apri carte&lla");
-    open->setObjectName("cmdOpenLogFolder");
-    open->setToolTip("Apre la cartella che contiene import.log");
-    connect(open, &QPushButton::clicked, this, &LogView::OpenFolder);
+    m_open->setObjectName("cmdOpenLogFolder");
+    connect(m_open, &QPushButton::clicked, this, &LogView::OpenFolder);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_cut, 1);
     buttons->addStretch();
-    buttons->addWidget(open);
+    buttons->addWidget(m_open);
     auto* all = new QVBoxLayout(this);
     all->addWidget(m_text, 1);
     all->addLayout(buttons);
@@ -50,6 +48,11 @@ LogView::LogView(QWidget* parent)
 
 void LogView::Follow(const QString& path) {
     m_path = path;
+    const QString name = QFileInfo(path).fileName();
+    m_text->setPlaceholderText(QStringLiteral("Il registro (%1) è vuoto.").arg(name));
+    m_cut->setText(
+        QStringLiteral("Le righe più vecchie non sono mostrate: il registro intero è nel file %1.").arg(name));
+    m_open->setToolTip(QStringLiteral("Apre la cartella che contiene %1").arg(name));
     m_tail = LogTail(path);
     Forget();
     Refresh();

@@ -7,8 +7,9 @@
 
 class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
-/// The end of the import log, followed as it grows, and a button that opens its folder.
+/// The end of the log of an import, followed as it grows, and a button that opens its folder.
 class LogView final : public QWidget {
     Q_OBJECT
 
@@ -36,6 +37,7 @@ private:
 
     QPlainTextEdit* m_text;
     QLabel* m_cut;
+    QPushButton* m_open;   ///< the folder
     bool m_follows = true; ///< the last line is to be seen: nobody has scrolled up to read
     QString m_path;
     LogTail m_tail{QString()};

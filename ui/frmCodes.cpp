@@ -8,13 +8,13 @@
 #include "ui/CodeDetails.h"
 #include "ui/CodePreview.h"
 #include "ui/inspectMarks.h"
+#include "ui/lists.h"
 #include "ui/told.h"
 #include "ui/WindowOperator.h"
 #include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -38,14 +38,6 @@ enum CodeColumn { OldColumn, WordsColumn, FieldColumn, RowsColumn, NewColumn };
 
 QString KeyOfCode(const QString& table, const QString& field, const QString& oldCode) {
     return KeyOf(table, field) + QChar(0) + oldCode;
-}
-
-QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setAutoDefault(false);
-    button->setToolTip(hint);
-    return button;
 }
 
 } // namespace
@@ -134,16 +126,17 @@ QWidget* frmCodes::NewList() {
 }
 
 QLayout* frmCodes::NewButtons() {
-    auto* describe = NewButton("cmdDescribe", "Leggi &descrizioni",
-                               "Legge dalla sorgente dell'origine le descrizioni dei suoi codici");
+    auto* describe = lists::NewButton("cmdDescribe", "Leggi &descrizioni",
+                                      "Legge dalla sorgente dell'origine le descrizioni dei suoi codici");
     describe->setEnabled(m_origin != nullptr);
-    auto* write = NewButton("cmdExport", "&Esporta...", "Scrive i codici mostrati in un file da compilare");
-    auto* read = NewButton("cmdImport", "&Importa...", "Riprende un file compilato");
-    auto* apply = NewButton("cmdApply", "&Applica alle righe già importate...",
-                            "Importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo");
-    m_save = NewButton("cmdSave", "&Salva", "Scrive in SYS_IMP i codici scelti");
-    m_save->setShortcut(QKeySequence::Save);
-    auto* close = NewButton("cmdClose", "C&hiudi", {});
+    auto* write = lists::NewButton("cmdExport", "&Esporta...", "Scrive i codici mostrati in un file da compilare");
+    auto* read = lists::NewButton("cmdImport", "&Importa...", "Riprende un file compilato");
+    auto* apply =
+        lists::NewButton("cmdApply", "&Applica alle righe già importate...",
+                         "Importa di nuovo, da sole, le righe importate senza i codici tradotti nel frattempo");
+    m_save = lists::NewButton("cmdSave", "&Salva", "Scrive in SYS_IMP i codici scelti");
+    connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, m_save, &QPushButton::click);
+    auto* close = lists::NewButton("cmdClose", "C&hiudi", {});
     connect(describe, &QPushButton::clicked, this, &frmCodes::cmdDescribe_Click);
     connect(write, &QPushButton::clicked, this, &frmCodes::cmdExport_Click);
     connect(read, &QPushButton::clicked, this, &frmCodes::cmdImport_Click);

@@ -12,7 +12,6 @@
 #include "ui/windowPlace.h"
 
 #include <QFileInfo>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -24,6 +23,13 @@ namespace {
 constexpr int HistoryWidth = 190; ///< characters
 constexpr int HistoryHeight = 34; ///< lines
 const QString TableFiles = QStringLiteral("Cartella di Excel|*.xlsx|File CSV|*.csv");
+
+/// Does what may take long, as the pointer shows, and gives what it gives.
+template<class Work>
+auto Busily(Operator& person, const Work& work) {
+    const Operator::Busy busy(person);
+    return work();
+}
 
 } // namespace
 
@@ -141,7 +147,7 @@ void frmHistory::ShowChoices() {
     const bool isHere = run != nullptr && !run->isElsewhere;
     const bool hasRejects = isHere && history::RejectsIn(*run) > 0;
     const bool hadRejects = isHere && std::any_of(run->procedures.begin(), run->procedures.end(),
-                                                          [](const auto& each) { return each.rejects > 0; });
+                                                  [](const auto& each) { return each.rejects > 0; });
     const auto enable = [this](const char* name, bool isOn) { findChild<QPushButton*>(name)->setEnabled(isOn); };
     enable("cmdOpen", run != nullptr);
     enable("cmdLog", run != nullptr);
@@ -186,7 +192,8 @@ void frmHistory::cmdOpen_Click() {
 void frmHistory::cmdCompare_Click() {
     const QVector<qint64> chosen = Chosen();
     Told(m_person, [&] {
-        const QStringList lines = history::Differences(m_history, chosen.at(0), chosen.at(1));
+        const QStringList lines =
+            Busily(m_person, [&] { return history::Differences(m_history, chosen.at(0), chosen.at(1)); });
         ShowText(QStringLiteral("Dall'esecuzione %1 alla %2").arg(chosen.at(0)).arg(chosen.at(1)),
                  lines.isEmpty() ? QStringLiteral("Nessuna differenza.") : lines.join(u'\n'));
     });
@@ -195,7 +202,7 @@ void frmHistory::cmdCompare_Click() {
 void frmHistory::cmdLog_Click() {
     const qint64 run = Current()->id;
     Told(m_person, [&] {
-        const QString log = m_history.Log(run);
+        const QString log = Busily(m_person, [&] { return m_history.Log(run); });
         ShowText(QStringLiteral("Registro dell'esecuzione %1").arg(run),
                  log.isEmpty() ? QStringLiteral("Il registro di questa esecuzione non c'è.") : log);
     });
@@ -207,7 +214,7 @@ void frmHistory::ShowText(const QString& title, const QString& text) { TextDialo
 
 /// The dialog that chose the file has asked about that one, whatever is in it, and about none beside it.
 bool frmHistory::MayWriteRejects(qint64 run, const QString& path) {
-    const QStringList changed = history::ChangedRejects(m_history, run, path);
+    const QStringList changed = Busily(m_person, [&] { return history::ChangedRejects(m_history, run, path); });
     return changed.isEmpty() ||
            m_person.Ask("C'è un file con righe corrette, o di un'altra esecuzione: si perderebbero. "
                         "Sovrascriverlo?",
@@ -224,7 +231,7 @@ void frmHistory::cmdWriteRejects_Click() {
         if (!MayWriteRejects(run, path)) {
             return;
         }
-        const QStringList files = history::WriteRejects(m_history, run, path);
+        const QStringList files = Busily(m_person, [&] { return history::WriteRejects(m_history, run, path); });
         m_person.Message(
             QStringLiteral("Righe abbandonate scritte in:\n%1\n\nCorreggere i valori, lasciare nel file solo "
                            "le righe da importare, poi \"Importa scarti corretti\".")
@@ -255,10 +262,11 @@ void frmHistory::cmdResume_Click() {
 void frmHistory::cmdUndo_Click() {
     const qint64 run = Current()->id;
     Told(m_person, [&] {
-        const QString what = history::LinesOf(history::UndoAlone(m_session, m_history, run, true)).join(u'\n');
+        const QString what =
+            history::LinesOf(Busily(m_person, [&] { return history::TryUndo(m_session, m_history, run); })).join(u'\n');
         if (m_person.Ask(QStringLiteral("Annullare l'esecuzione %1?").arg(run), Question::ExclamationNo, what) ==
             Answer::Yes) {
-            const auto done = history::UndoAlone(m_session, m_history, run, false);
+            const auto done = Busily(m_person, [&] { return history::UndoAlone(m_session, m_history, run); });
             m_person.Message(history::LinesOf(done).join(u'\n'));
             Refresh();
         }

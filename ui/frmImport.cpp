@@ -4,6 +4,7 @@
 #include "app/reset.h"
 #include "app/resultText.h"
 #include "app/sequence.h"
+#include "core/italianText.h"
 #include "core/modMain.h"
 #include "ui/ChoiceList.h"
 #include "ui/ConnectionBanner.h"
@@ -112,6 +113,13 @@ void frmImport::FillCompanies(const QVector<modMain::Company>& companies) {
     }
 }
 
+/// Chooses a company by its code; none when the list has it not.
+void frmImport::SelectCompany(const QString& code) {
+    const auto known = std::find_if(m_companies.cbegin(), m_companies.cend(),
+                                    [&code](const modMain::Company& each) { return each.code == code; });
+    cmbAzienda->setCurrentIndex(known == m_companies.cend() ? -1 : static_cast<int>(known - m_companies.cbegin()));
+}
+
 /// A company may have been made since: the list is read anew when it opens, and the choice stays. A database that does
 /// not answer leaves the list as it is; whatever is started next will tell.
 void frmImport::RenewCompanies() {
@@ -122,10 +130,8 @@ void frmImport::RenewCompanies() {
     try {
         const QString chosen = m_companies.value(cmbAzienda->currentIndex()).code;
         FillCompanies(modMain::GetCompanies(m_session));
-        const auto kept = std::find_if(m_companies.cbegin(), m_companies.cend(),
-                                       [&chosen](const modMain::Company& each) { return each.code == chosen; });
-        cmbAzienda->setCurrentIndex(kept == m_companies.cend() ? -1 : int(kept - m_companies.cbegin()));
-    } catch (const Error&) {
+        SelectCompany(chosen);
+    } catch (const std::exception&) {
         return;
     }
 }
@@ -278,11 +284,7 @@ void frmImport::cmdSequence_Click() {
     const Running running(*this);
     const LockedChoice locked(*this);
     SequenceWindow window;
-    window.SelectCompany = [this](const modMain::Company& company) {
-        const auto known = std::find_if(m_companies.cbegin(), m_companies.cend(),
-                                        [&](const modMain::Company& each) { return each.code == company.code; });
-        cmbAzienda->setCurrentIndex(known == m_companies.cend() ? -1 : static_cast<int>(known - m_companies.cbegin()));
-    };
+    window.SelectCompany = [this](const modMain::Company& company) { SelectCompany(company.code); };
     window.SelectOrigin = [this](const QString& name) {
         cmbOrigine->setCurrentIndex(cmbOrigine->findText(name, Qt::MatchFixedString));
     };
@@ -342,7 +344,7 @@ void frmImport::ShowEmptied(const EmptyingResult& result) {
 
 /// The account of an operation under a line that says which one it was, of which company and when.
 void frmImport::ShowAccount(const QString& what, const QStringList& lines) {
-    const QString when = m_session.Now().toString("dd/MM/yyyy HH:mm");
+    const QString when = italian::MinuteText(m_session.Now());
     const QStringList head{what + ", azienda " + CompanyText() + ", " + when};
     m_result->setPlainText((head + lines).join(u'\n'));
     m_account->setCurrentWidget(m_result);

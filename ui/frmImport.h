@@ -76,10 +76,10 @@ private:
     QList<QToolButton*> NewTrialTools();
     QToolButton* NewHistoryTool();
     QWidget* NewAccount();
-    QPushButton* NewTool(const QString& name, const QString& caption, const QString& hint);
 
     void LoadCompanies();
     void FillCompanies(const QVector<modMain::Company>& companies);
+    void SelectCompany(const QString& code);
     void RenewCompanies();
     void FillOrigins();
     void ApplySettings();

@@ -50,10 +50,7 @@ void frmImport::ImportAgain(const ImportRequest& request) {
         return;
     }
     const LockedChoice locked(*this);
-    const auto company =
-        std::find_if(m_companies.cbegin(), m_companies.cend(),
-                     [&request](const modMain::Company& each) { return each.code == request.choice.companyCode; });
-    cmbAzienda->setCurrentIndex(company == m_companies.cend() ? -1 : static_cast<int>(company - m_companies.cbegin()));
+    SelectCompany(request.choice.companyCode);
     cmbOrigine->setCurrentIndex(cmbOrigine->findText(request.choice.origin->name));
     QStringList titles;
     for (const contract::Procedure* procedure : CalledBy(request)) {

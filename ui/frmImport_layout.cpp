@@ -4,6 +4,7 @@
 #include "ui/ElidedLabel.h"
 #include "ui/frmImport.h"
 #include "ui/ImportButtons.h"
+#include "ui/lists.h"
 #include "ui/LogView.h"
 #include "ui/OriginList.h"
 #include "ui/SourceBar.h"
@@ -118,14 +119,6 @@ QGroupBox* frmImport::NewImports() {
     return group;
 }
 
-QPushButton* frmImport::NewTool(const QString& name, const QString& caption, const QString& hint) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setToolTip(hint);
-    button->setAccessibleDescription(hint);
-    return button;
-}
-
 QList<QToolButton*> frmImport::NewTrialTools() {
     auto* check = NewToolButton("cmdCheck", "Verifica",
                                 "Guarda se sorgente e azienda hanno ciò che serve, senza scrivere", QKeySequence("F7"));
@@ -147,9 +140,9 @@ QList<QToolButton*> frmImport::NewTrialTools() {
 }
 
 QGroupBox* frmImport::NewTools() {
-    cmdReset = NewTool("cmdReset", "&Reset Database...", "Elimina i dati scelti dell'azienda");
-    cmdSequence = NewTool("cmdSequence", "Se&quenza...", "Esegue la sequenza di importazione");
-    cmdExit = NewTool("cmdExit", "&Esci", "Chiude il programma");
+    cmdReset = lists::NewButton("cmdReset", "&Reset Database...", "Elimina i dati scelti dell'azienda");
+    cmdSequence = lists::NewButton("cmdSequence", "Se&quenza...", "Esegue la sequenza di importazione");
+    cmdExit = lists::NewButton("cmdExit", "&Esci", "Chiude il programma");
     connect(cmdReset, &QPushButton::clicked, this, &frmImport::cmdReset_Click);
     connect(cmdSequence, &QPushButton::clicked, this, &frmImport::cmdSequence_Click);
     connect(cmdExit, &QPushButton::clicked, this, &QWidget::close);

@@ -26,15 +26,16 @@ void frmImport::cmdCheck_Click() {
     for (const contract::Procedure& procedure : origin->procedures) {
         procedures.push_back(&procedure);
     }
-    const qsizetype errors = m_session.Errors.Entries().size();
+    const qint64 before = m_session.Errors.Count();
     const auto findings = check::Run(m_session, Chosen(), procedures);
     QStringList lines;
     for (const check::Finding& finding : findings.value_or(std::vector<check::Finding>())) {
         lines += QStringList{{}} + check::Lines(finding, finding.procedure->name);
     }
-    for (const ErrorEntry& entry :
-         m_session.Errors.Entries().mid(findings ? m_session.Errors.Entries().size() : errors)) {
-        lines.append("Errore: " + entry.message);
+    if (!findings) {
+        for (const ErrorEntry& entry : m_session.Errors.Since(before)) {
+            lines.append("Errore: " + entry.message);
+        }
     }
     if (lines.isEmpty()) {
         lines.append("Non c'è nulla da verificare: l'origine non ha importazioni in questa versione.");

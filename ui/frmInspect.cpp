@@ -7,6 +7,7 @@
 #include "ui/InspectFurther.h"
 #include "ui/inspectMarks.h"
 #include "ui/InspectPreview.h"
+#include "ui/lists.h"
 #include "ui/told.h"
 #include "ui/windowPlace.h"
 #include "ui/WrappedLabel.h"
@@ -16,6 +17,7 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTreeWidget>
@@ -82,20 +84,14 @@ void frmInspect::Lay() {
     parts->setSizes({part * 2, part * 3});
     parts->setStretchFactor(0, 2);
     parts->setStretchFactor(1, 3);
-    auto* takeAll = new QPushButton("&Accetta le proposte...");
-    takeAll->setObjectName("cmdTakeAll");
-    takeAll->setAutoDefault(false);
-    takeAll->setToolTip("Mostra tutti i nomi proposti e, dopo la conferma, li scrive nel tracciato");
+    auto* takeAll = lists::NewButton("cmdTakeAll", "&Accetta le proposte...",
+                                     "Mostra tutti i nomi proposti e, dopo la conferma, li scrive nel tracciato");
     connect(takeAll, &QPushButton::clicked, this, &frmInspect::cmdTakeAll_Click);
-    auto* takeEqual = new QPushButton("Accetta &gli uguali");
-    takeEqual->setObjectName("cmdTakeEqual");
-    takeEqual->setAutoDefault(false);
-    takeEqual->setShortcut(QKeySequence("Ctrl+U"));
-    takeEqual->setToolTip("Scrive nel tracciato i nomi uguali salvo maiuscole, spazi e segni (Ctrl+U)");
+    auto* takeEqual = lists::NewButton("cmdTakeEqual", "Accetta &gli uguali",
+                                       "Scrive nel tracciato i nomi uguali salvo maiuscole, spazi e segni (Ctrl+U)");
+    connect(new QShortcut(QKeySequence("Ctrl+U"), this), &QShortcut::activated, takeEqual, &QPushButton::click);
     connect(takeEqual, &QPushButton::clicked, this, &frmInspect::cmdTakeEqual_Click);
-    auto* close = new QPushButton("C&hiudi");
-    close->setObjectName("cmdClose");
-    close->setAutoDefault(false);
+    auto* close = lists::NewButton("cmdClose", "C&hiudi", {});
     connect(close, &QPushButton::clicked, this, &frmInspect::reject);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_onlyMissing);
@@ -140,8 +136,8 @@ void frmInspect::Refresh() {
     const Operator::Busy busy(m_session.Person);
     try {
         m_shown = inspection::Inspect(m_session, m_origin);
-    } catch (const Error& error) {
-        m_shown.layoutTrouble = error.Message();
+    } catch (const std::exception& error) {
+        m_shown.layoutTrouble = MessageOf(error);
     }
     QStringList lines{inspection::Summary(m_shown)};
     lines.append("Tracciato: " + QDir::toNativeSeparators(m_shown.layoutFile) +

@@ -1,11 +1,11 @@
 #include "ui/frmReset.h"
 
+#include "core/italianText.h"
 #include "ui/choiceDialog.h"
 #include "ui/WrappedLabel.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -33,9 +33,7 @@ QString TablesHint(ResetOption option) {
 }
 
 /// "1.200 righe"
-QString RowsText(qint64 rows) {
-    return QLocale(QLocale::Italian, QLocale::Italy).toString(rows) + (rows == 1 ? " riga" : " righe");
-}
+QString RowsText(qint64 rows) { return italian::NumberText(rows) + (rows == 1 ? " riga" : " righe"); }
 
 /// What an option would delete, behind its caption; empty for one that is not counted.
 QString RowsBehind(const ResetRows& rows, ResetOption option) {

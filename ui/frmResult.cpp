@@ -2,6 +2,7 @@
 
 #include "app/history/rowDetails.h"
 #include "app/history/runTexts.h"
+#include "core/italianText.h"
 #include "ui/AnnotationModel.h"
 #include "ui/ChoiceList.h"
 #include "ui/frmRow.h"
@@ -192,7 +193,7 @@ QLayout* frmResult::NewButtons() {
 void frmResult::FillKinds() {
     m_kind->addItem("Tutti", QString());
     for (const history::NoteKind& kind : m_model->Shown().Kinds()) {
-        m_kind->addItem(QStringLiteral("%1 (%2)").arg(kind.kind, lists::NumberText(kind.count)), kind.kind);
+        m_kind->addItem(QStringLiteral("%1 (%2)").arg(kind.kind, italian::NumberText(kind.count)), kind.kind);
     }
 }
 
@@ -231,7 +232,7 @@ void frmResult::ShowCount() {
         count += kind.count;
         done += kind.done;
     }
-    m_count->setText(QStringLiteral("%1, fatte %2").arg(lists::NumberText(count), lists::NumberText(done)));
+    m_count->setText(QStringLiteral("%1, fatte %2").arg(italian::NumberText(count), italian::NumberText(done)));
 }
 
 // --- What is done with them ---------------------------------------------------------------------------------------
@@ -284,8 +285,8 @@ void frmResult::cmdExport_Click() {
     Told(m_person, [&] {
         const Operator::Busy busy(m_person);
         const qint64 written = m_model->Shown().Write(path);
-        m_count->setText(
-            QStringLiteral("Scritte %1 annotazioni in %2").arg(lists::NumberText(written), QFileInfo(path).fileName()));
+        m_count->setText(QStringLiteral("Scritte %1 annotazioni in %2")
+                             .arg(italian::NumberText(written), QFileInfo(path).fileName()));
     });
 }
 

@@ -1,7 +1,8 @@
 #include "ui/lists.h"
 
+#include "ui/ChoiceList.h"
+
 #include <QHeaderView>
-#include <QLocale>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTableWidget>
@@ -60,8 +61,6 @@ void ChooseRow(QTableWidget& table, int row) {
                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
-QString NumberText(qint64 number) { return QLocale(QLocale::Italian, QLocale::Italy).toString(number); }
-
 QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint) {
     auto* button = new QPushButton(caption);
     button->setObjectName(name);
@@ -69,6 +68,16 @@ QPushButton* NewButton(const QString& name, const QString& caption, const QStrin
     button->setAccessibleDescription(hint);
     button->setAutoDefault(false);
     return button;
+}
+
+ChoiceList* NewNameList(const QString& name, const QString& title) {
+    constexpr int mostVisible = 20;
+    auto* list = new ChoiceList;
+    list->setObjectName(name);
+    list->setAccessibleName(title);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list->setMaxVisibleItems(mostVisible);
+    return list;
 }
 
 } // namespace lists

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <QVector>
 
+class ChoiceList;
 class QPushButton;
 class QTableWidget;
 
@@ -17,10 +18,9 @@ void AlignNumbers(QTableWidget& table);
 /// Chooses a row alone, whatever keys are down meanwhile.
 void ChooseRow(QTableWidget& table, int row);
 
-/// A number of things, its thousands apart: "12.345".
-QString NumberText(qint64 number);
-
 /// A button that Enter does not press unless it has the focus. @param hint its tool tip, and what is read aloud
 QPushButton* NewButton(const QString& name, const QString& caption, const QString& hint);
+/// A list of names, some of them long, of which one is chosen; it has none yet. @param title what is read aloud
+ChoiceList* NewNameList(const QString& name, const QString& title);
 
 } // namespace lists

@@ -10,8 +10,8 @@ bool Told(Operator& person, const Work& work, const QString& before = {}) {
     try {
         work();
         return true;
-    } catch (const Error& error) {
-        person.Message(before + error.Message(), Icon::Exclamation);
+    } catch (const std::exception& error) {
+        person.Message(before + MessageOf(error), Icon::Exclamation);
         return false;
     }
 }

@@ -381,6 +381,8 @@ void KeepLeftAway(const History& history, const std::vector<Change>& leftAway) {
     }
 }
 
+QString WorkOfUndo(qint64 number) { return QStringLiteral("annullamento dell'esecuzione %1").arg(number); }
+
 } // namespace
 
 UndoResult Undo(Session& session, const History& history, qint64 number) {
@@ -421,13 +423,14 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     return result;
 }
 
-UndoResult UndoAlone(Session& session, const History& history, qint64 number, bool isTrial) {
-    const CompanyLock lock(session, {history.Load(number).company},
-                           QStringLiteral("annullamento dell'esecuzione %1").arg(number));
-    std::optional<Trial> trial;
-    if (isTrial) {
-        trial.emplace(session);
-    }
+UndoResult UndoAlone(Session& session, const History& history, qint64 number) {
+    const CompanyLock lock(session, {history.Load(number).company}, WorkOfUndo(number));
+    return Undo(session, history, number);
+}
+
+UndoResult TryUndo(Session& session, const History& history, qint64 number) {
+    const CompanyLock lock(session, {history.Load(number).company}, WorkOfUndo(number));
+    const Trial trial(session);
     return Undo(session, history, number);
 }
 

@@ -38,8 +38,9 @@ struct UndoResult {
 /// them, which is named; or `SqlError`.
 UndoResult Undo(Session& session, const History& history, qint64 run);
 /// The same while nobody else works on the company. Raises `ImportError` naming who does.
-/// @param isTrial everything is put back at the end
-UndoResult UndoAlone(Session& session, const History& history, qint64 run, bool isTrial);
+UndoResult UndoAlone(Session& session, const History& history, qint64 run);
+/// What `UndoAlone` would do, found out by doing it: everything is put back at the end.
+UndoResult TryUndo(Session& session, const History& history, qint64 run);
 
 /// What was done, or would be, for the operator: one line each.
 QStringList LinesOf(const UndoResult& result);

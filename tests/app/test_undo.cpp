@@ -248,8 +248,8 @@ private slots:
         kept.Target.Execute("ALTER TABLE X01_ART_ICO ENGINE = MyISAM");
         kept.Target.Get().UserManager.SetAzienda({}); // the taking back of a run needs none
         const History history(kept.Path());
-        for (const bool isTrial : {true, false}) {
-            QVERIFY_EXCEPTION_THROWN(UndoAlone(kept.Target.Get(), history, 1, isTrial), ImportError);
+        for (const auto undo : {TryUndo, UndoAlone}) {
+            QVERIFY_EXCEPTION_THROWN(undo(kept.Target.Get(), history, 1), ImportError);
             QCOMPARE(kept.Articles(), articles);
         }
     }

@@ -1,9 +1,11 @@
 #include "tests/support/DialogDriver.h"
+#include "tests/support/flaws.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "ui/frmProgress.h"
 #include "ui/frmReset.h"
 #include "ui/frmSequence.h"
+#include "ui/told.h"
 #include "ui/WindowOperator.h"
 
 #include <QCheckBox>
@@ -34,13 +36,16 @@ private slots:
             lines.append(QString("%1 <b>Rossi</b> & C.").arg(line));
         }
         QString shown;
+        QString flaw;
         QTimer::singleShot(50, [&] {
             QWidget* dialog = QApplication::activeModalWidget();
             shown = dialog->findChild<QPlainTextEdit*>("txtList")->toPlainText();
+            flaw = flaws::Of(*dialog);
             QTest::keyClick(dialog, Qt::Key(key), key == Qt::Key_S ? Qt::AltModifier : Qt::NoModifier);
         });
         QTEST(person.Review("Fondere?", lines), "agrees");
         QCOMPARE(shown, lines.join('\n'));
+        QCOMPARE(flaw, QString());
     }
 
     // --- Progress ---
@@ -62,6 +67,7 @@ private slots:
         }
         const QPoint middle = dialog.screen()->geometry().center();
         QVERIFY((dialog.geometry().center() - middle).manhattanLength() <= 4);
+        QCOMPARE(flaws::Of(dialog), QString());
     }
 
     void ACancelIsSeenAtTheNextValue() {
@@ -163,11 +169,14 @@ private slots:
         QCOMPARE(driver.Events, QStringList({"[!] Selezionare almeno un opzione!",
                                              "? Confermi l'eliminazione di tutti i dati selezionati? = cmdNo",
                                              "? Confermi l'eliminazione di tutti i dati selezionati? = cmdYes"}));
+        QString flaw;
         driver.On = [&](QWidget& shown) {
+            flaw = flaws::Of(shown);
             shown.findChild<QPushButton*>("cmdCancel")->click();
             return true;
         };
         QVERIFY(!dialog.SelectOptions());
+        QCOMPARE(flaw, QString());
     }
 
     void ResetTellsWhatGoesAndWhatStays() {
@@ -195,7 +204,8 @@ private slots:
         };
         dialog.findChild<QCheckBox*>("chkAnaCon")->click();
         dialog.cmdOk_Click();
-        QCOMPARE(details, QString("Azienda DEM Prova: almeno 6.452 righe<br>Con loro")); // the documents are not counted
+        QCOMPARE(details,
+                 QString("Azienda DEM Prova: almeno 6.452 righe<br>Con loro")); // the documents are not counted
         QCOMPARE(byDefault, QString("cmdNo"));
         for (const char* name : {"chkAnaCon", "chkDocAcq", "chkRilevamenti", "chkPrevProd", "chkMaga"}) {
             dialog.findChild<QCheckBox*>(name)->click();
@@ -211,7 +221,9 @@ private slots:
         QCOMPARE(dialog.findChildren<QCheckBox*>().size(), 13);
         DialogDriver driver;
         QString button = "cmdOk";
+        QString flaw;
         driver.On = [&](QWidget& shown) {
+            flaw = flaws::Of(shown);
             for (const char* name : {"chkSaldiMEX", "chkQuery"}) {
                 shown.findChild<QCheckBox*>(name)->setChecked(true);
             }
@@ -222,6 +234,7 @@ private slots:
         expected.SaldiMEX = true;
         expected.Query = true;
         QCOMPARE(dialog.LanciaSequenza(), std::optional(expected));
+        QCOMPARE(flaw, QString());
         button = "cmdCancel";
         QCOMPARE(dialog.LanciaSequenza(), std::nullopt);
     }
@@ -306,7 +319,9 @@ private slots:
         WindowOperator person;
         DialogDriver driver;
         driver.ErrorClicks = {clicked};
-        driver.On = [](QWidget& dialog) {
+        QString flaw;
+        driver.On = [&flaw](QWidget& dialog) {
+            flaw = flaws::Of(dialog);
             dialog.findChild<QPushButton*>("cmdCopy")->click();
             return false;
         };
@@ -317,10 +332,28 @@ private slots:
         error.engineMessage = "too long [22001]";
         QCOMPARE(static_cast<int>(person.ChooseOnError(error)), answer);
         QCOMPARE(driver.Events, QStringList{"error Valore troppo lungo"});
+        QCOMPARE(flaw, QString());
         const QString copied = QGuiApplication::clipboard()->text();
         for (const QString& part : {error.message, error.rowKey, error.statement, error.engineMessage}) {
             QVERIFY2(copied.contains(part), qPrintable(copied));
         }
+    }
+
+    /// Nothing may leave a slot, of whatever kind it is.
+    void WhateverIsRaisedIsTold_data() {
+        Columns<std::function<void()>, QString>("work", "told");
+        Row("nothing", std::function<void()>([] {}), "");
+        Row("an error of ours", std::function<void()>([] { throw ImportError("città"); }), "[!] Prima: città");
+        Row("one of a library", std::function<void()>([] { throw std::runtime_error("bad \xc3\xa8"); }),
+            "[!] Prima: bad è");
+    }
+    void WhateverIsRaisedIsTold() {
+        QFETCH(std::function<void()>, work);
+        QFETCH(QString, told);
+        WindowOperator person;
+        DialogDriver driver;
+        QCOMPARE(Told(person, work, "Prima: "), told.isEmpty());
+        QCOMPARE(driver.Events.join('|'), told);
     }
 
     void OutsideARowNothingCanBeSkipped() {

@@ -1,5 +1,6 @@
 #include "sources/tableFile.h"
 #include "tests/support/DialogDriver.h"
+#include "tests/support/flaws.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestWindow.h"
 #include "ui/CodePreview.h"
@@ -67,6 +68,7 @@ private slots:
         CodedWindow test;
         DialogDriver driver;
         QVERIFY(test.InDialog(driver, [&](frmCodes& dialog) {
+            QCOMPARE(flaws::Of(dialog), QString());
             auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
             QCOMPARE(Shown(dialog), QStringList({"Bonifico=", "Rimessa diretta=", "Vista="}));
             QCOMPARE(dialog.findChild<QListWidget*>("lstSuggestions")->item(0)->text(),

@@ -1,10 +1,10 @@
 #include "adapters/registry.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/files.h"
+#include "tests/support/flaws.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "tests/support/TestWindow.h"
-#include "ui/mnemonics.h"
 #include "ui/windowPlace.h"
 
 #include <QTest>
@@ -22,46 +22,6 @@ constexpr std::array<const char*, 8> ImportControls{"cmdImportCli",   "cmdImport
                                                     "cmdImportPiano", "cmdImportDisegni"};
 
 QString Caption(const QPushButton& button) { return button.text().remove('&'); }
-
-/// Every control of the window that a mnemonic of its own stands for and that is on the screen now.
-QStringList VisibleCaptions(QWidget& window) {
-    QStringList captions;
-    for (const QPushButton* button : window.findChildren<QPushButton*>()) {
-        if (button->isVisible()) {
-            captions.append(button->text());
-        }
-    }
-    for (const QLabel* label : window.findChildren<QLabel*>()) {
-        if (label->isVisible() && label->buddy() != nullptr) {
-            captions.append(label->text());
-        }
-    }
-    return captions;
-}
-
-/// What a control lacks for those who see it, read it aloud or reach it by its letter; empty when all is well.
-QString Flaw(QWidget& window) {
-    QSet<QChar> letters;
-    for (const QString& caption : VisibleCaptions(window)) {
-        const QChar letter = MnemonicOf(caption);
-        if (letter.isNull() || letters.contains(letter)) {
-            return "mnemonic of " + caption;
-        }
-        letters.insert(letter);
-    }
-    for (const QPushButton* button : window.findChildren<QPushButton*>()) {
-        if (button->isVisible() && (button->width() < button->sizeHint().width() ||
-                                    button->height() < button->sizeHint().height() || button->text().isEmpty())) {
-            return QStringLiteral("size of %1: %2 x %3").arg(button->text()).arg(button->width()).arg(button->height());
-        }
-    }
-    for (const QComboBox* list : window.findChildren<QComboBox*>()) {
-        if (list->accessibleName().isEmpty() || list->focusPolicy() == Qt::NoFocus) {
-            return "name of " + list->objectName();
-        }
-    }
-    return {};
-}
 
 } // namespace
 
@@ -267,7 +227,7 @@ private slots:
         }
         test.Window().resize(test.Window().minimumSizeHint());
         QTest::qWait(1);
-        QTRY_COMPARE(Flaw(test.Window()), QString());
+        QTRY_COMPARE(flaws::Of(test.Window()), QString());
     }
 
     void TheWheelChangesNoChoice_data() {

@@ -1,5 +1,6 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/files.h"
+#include "tests/support/flaws.h"
 #include "tests/support/foreignSource.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/TestWindow.h"
@@ -137,7 +138,9 @@ private slots:
         ForeignWindow test;
         DialogDriver driver;
         int actions = 0;
+        QString flaw;
         const AtDialog<frmSource> source(driver, [&](frmSource& dialog) {
+            flaw = flaws::Of(dialog);
             dialog.findChild<QLineEdit*>("txtDatabase")->setText("sorgente.sqlite");
             Press(dialog, "cmdOk");
             actions += 2;
@@ -145,6 +148,7 @@ private slots:
         test.Tool("cmdSource").click();
         ++actions;
         QVERIFY(source.Done());
+        QCOMPARE(flaw, QString());
         const AtDialog<frmInspect> fit(driver, [&](frmInspect& dialog) {
             ChooseItem(dialog, "lstTables", "ARCLFR");
             ChooseData(dialog, "cmbTableName", "SOGGETTI");
@@ -233,7 +237,9 @@ private slots:
         DialogDriver driver;
         QString selected;
         QString keys;
+        QString flaw;
         const AtDialog<frmHelp> at(driver, [&](frmHelp& dialog) {
+            flaw = flaws::OfEachTab(dialog);
             selected = dialog.findChild<QTextBrowser*>("txtMapping")->textCursor().selectedText();
             keys = dialog.findChild<QTextBrowser*>("txtKeys")->toPlainText();
         });
@@ -242,6 +248,7 @@ private slots:
         test.Button("cmdImportArt").setFocus();
         QTest::keyClick(&test.Button("cmdImportArt"), Qt::Key_F1);
         QTRY_VERIFY(at.Done());
+        QCOMPARE(flaw, QString());
         QCOMPARE(selected, QString("ImportArticoliGescom"));
         for (const QToolButton* tool : test.Window().findChildren<QToolButton*>()) {
             const QString key = tool->shortcut().toString();
@@ -260,6 +267,7 @@ private slots:
         const QByteArray before = ReadFile(path);
         DialogDriver driver;
         QStringList shown;
+        QString flaw;
         const AtDialog<frmInspect> at(driver, [&](frmInspect& dialog) {
             ChooseItem(dialog, "lstTables", "ARCLFR");
             dialog.findChild<QLineEdit*>("txtFilter")->setText("SOCIETA = '02'");
@@ -271,6 +279,7 @@ private slots:
             Press(dialog, "cmdAdd");
             auto* tabs = dialog.findChild<QTabWidget*>();
             tabs->setCurrentIndex(2);
+            flaw = flaws::OfEachTab(dialog);
             const auto* values = dialog.findChild<QTableWidget*>("tblPreview");
             for (int row = 0; row < values->rowCount(); ++row) {
                 shown.append(values->item(row, 0)->text() + '=' +
@@ -286,6 +295,7 @@ private slots:
         });
         test.Tool("cmdInspect").click();
         QVERIFY(at.Done());
+        QCOMPARE(flaw, QString());
         QVERIFY2(shown.contains("CON_TRO.CORAS=Acciaierie Nord S.p.A."), qPrintable(shown.join('\n')));
         QVERIFY(shown.contains("CON_TRO.CONOM=NOR"));
         QVERIFY(shown.contains("CON_TRO.CDCON=(lo assegna l'importazione)"));

@@ -2,6 +2,7 @@
 #include "sources/tableFile.h"
 #include "tests/support/ArcaWindow.h"
 #include "tests/support/DialogDriver.h"
+#include "tests/support/flaws.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "ui/AnnotationModel.h"
@@ -174,7 +175,9 @@ private slots:
         QAbstractItemModel& model = *test.Notes().model();
         QStringList codes;
         QStringList became;
+        QString flaw;
         Look<frmRow>(driver, [&](frmRow& row) {
+            flaw = flaws::Of(row);
             auto& source = Part<QTableWidget>(row, "tblSource");
             const auto at = ColumnOf(source, 0).indexOf("codice");
             codes.append(at < 0 ? QString() : source.item(static_cast<int>(at), 1)->text());
@@ -186,6 +189,8 @@ private slots:
         emit test.Notes().activated(model.index(0, 0, model.index(0, 0)));
         emit test.Notes().activated(model.index(0, 0, model.index(1, 0)));
         QCOMPARE(codes.size(), 2);
+        QCOMPARE(flaw, QString());
+        QCOMPARE(flaws::Of(test.Shown()), QString());
         for (const QString& code : codes) {
             QVERIFY(!code.trimmed().isEmpty());
         }
@@ -265,8 +270,10 @@ private slots:
         QCOMPARE(test.Setting("IMPORT", "ORIGINE"), QString("Gescom"));
     }
 
-    /// What it comes to is seen before it is done.
+    /// What it comes to is seen before it is done; the pointer tells that it is under way, both times.
     void ARunIsTakenBack() {
+        int deletes = 0;
+        int busyDeletes = 0;
         DialogDriver driver;
         ImportedWindow test(driver);
         QString details;
@@ -279,8 +286,15 @@ private slots:
         };
         driver.Otherwise = "cmdYes";
         auto& history = test.History();
+        QCOMPARE(flaws::Of(history), QString());
         const QString rows = test.Rows();
+        test.Get().Quadrix.Written = [&](const QString& statement) {
+            const bool isDelete = statement.startsWith("DELETE");
+            deletes += isDelete ? 1 : 0;
+            busyDeletes += isDelete && QGuiApplication::overrideCursor() != nullptr ? 1 : 0;
+        };
         Press(history, "cmdUndo");
+        QVERIFY(deletes > 1 && busyDeletes == deletes && QGuiApplication::overrideCursor() == nullptr);
         QVERIFY2(details.contains("Righe tolte: ") && details.endsWith("righe: " + rows), qPrintable(details));
         QCOMPARE(driver.Events.value(0), QString("? Annullare l'esecuzione 1? = cmdYes"));
         QCOMPARE(test.Rows(), QString("0"));
@@ -361,12 +375,16 @@ private slots:
         // Two runs are compared, the log of one is read.
         auto& runs = Part<QTableWidget>(history, "tblRuns");
         QString text;
-        Look<TextDialog>(
-            driver, [&text](TextDialog& dialog) { text = Part<QPlainTextEdit>(dialog, "txtLines").toPlainText(); });
+        QString flaw;
+        Look<TextDialog>(driver, [&](TextDialog& dialog) {
+            text = Part<QPlainTextEdit>(dialog, "txtLines").toPlainText();
+            flaw = flaws::Of(dialog);
+        });
         lists::ChooseRow(runs, 0);
         QVERIFY(!Part<QPushButton>(history, "cmdResume").isEnabled());
         Press(history, "cmdLog");
         QVERIFY2(text.contains("Inizio importazione controparti"), qPrintable(text));
+        QCOMPARE(flaw, QString());
         runs.selectAll();
         Press(history, "cmdCompare");
         QVERIFY2(text.contains("non raggiunte: da "), qPrintable(text));
