@@ -131,6 +131,21 @@ private slots:
         QCOMPARE(trial.Get().Notes.kinds.first().name, QString("CODICE DI PIÙ CONTROPARTI"));
     }
 
+    /// A sheet that was opened and saved has lost the zeros in front.
+    void LostZeros_data() {
+        Columns<QString, QStringList>("vatNumber", "kinds");
+        Row("whole", "01234567890", QStringList());
+        Row("one is lost", "1234567890", QStringList("ZERI PERSI"));
+        Row("of another country", "DE123456789", QStringList());
+        Row("a short number", "1234", QStringList());
+    }
+    void LostZeros() {
+        QFETCH(const QString, vatNumber);
+        PartiesTrial trial;
+        trial.Source("C1", {}, vatNumber);
+        QTEST(trial.Import(), "kinds");
+    }
+
     /// What somebody has cancelled in Quadrix stays so when another row joins it.
     void CancelledByHand() {
         PartiesTrial trial;

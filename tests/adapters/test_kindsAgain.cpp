@@ -1,3 +1,4 @@
+#include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Bills.h"
 #include "tests/adapters/Trial.h"
@@ -55,6 +56,26 @@ private slots:
         QVERIFY(import.Log().contains("'A', revisione 8, non in vigore: 1 rimane"));
         QVERIFY(!import.Log().contains("revisione 7"));
         QTEST(import.Rows(written).join(' '), "written");
+    }
+
+    /// A sheet may have a code twice: which of the two is right only somebody can tell.
+    void oneCodeOfTwoRows_data() {
+        Columns<QString, bool>("second", "told");
+        Row("the same", "('A', 'Vite', 1)", false);
+        Row("other data", "('A', 'Bullone', 1)", true);
+        Row("a blank behind it", "('A ', 'Vite', 2)", true);
+    }
+    void oneCodeOfTwoRows() {
+        QFETCH(const QString, second);
+        Trial import("CREATE TABLE ART (COD VARCHAR(5), DES VARCHAR(20), PESO INT)");
+        import.Get().Source->Execute("INSERT INTO ART VALUES ('A', 'Vite', 1), ('B', 'Dado', 1), " + second);
+        const Articles articles{.frame = FrameNamed("ImportArt"),
+                                .source = {.table = "ART", .key = "COD"},
+                                .code = {"COD", ArticleCode("ART", "COD")},
+                                .description = "DES",
+                                .lines = {{"ARDES", "DES", Text()}, {"ARSMN", "PESO", RoundedTo(0)}}};
+        import.Run(ProcedureOf(std::nullopt, articles), "SELECT CDART, ARDES FROM X01_ART_ICO ORDER BY CDART");
+        QTEST(import.Log().contains("ARTICOLO DOPPIO: tabella 'ART'"), "told");
     }
 
     /// What somebody has entered stays; shares and numbers that do not agree are told.

@@ -75,21 +75,22 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     const bool isOwn = article == modImport::FormatKeyField(session, FirstOf(sourceCode, size));
     const quint64 digest = DigestOf(sourceCode, isOwn);
     const size_t key = qHash(mod_ovTools::UpperChars(article));
-    const auto there = m_claimed.constFind(key);
-    if (there == m_claimed.constEnd()) {
-        m_claimed.insert(key, digest);
+    const auto there = m_claimed.find(key);
+    if (there == m_claimed.end()) {
+        m_claimed.insert(key, {digest});
         m_run.WhenTakenBack([this, key] { m_claimed.remove(key); });
         return;
     }
-    if (*there == digest) {
+    if (there->code == digest) {
         return;
     }
-    if ((*there & CodeMask) != (digest & CodeMask) && (*there & digest & OwnMask) != 0) {
+    if ((there->code & CodeMask) != (digest & CodeMask) && (there->code & digest & OwnMask) != 0) {
         throw ImportError(QStringLiteral("il codice '%1', tagliato a %2 caratteri, è quello di un'altra riga")
                               .arg(sourceCode, QString::number(size)));
     }
     m_run.Log(QStringLiteral("ARTICOLO DOPPIO: %1: '%2' e un altro codice dell'origine sono lo stesso articolo '%3'")
                   .arg(m_run.RowKey(), sourceCode, article));
+    there->values = 0; // that the two rows differ is told with it
 }
 
 namespace {
@@ -106,6 +107,29 @@ void ClearFactor(const Mapping& mapping, TargetRow& target) {
 
 } // namespace
 
+/// A source that has a code twice, as sheets have, tells two things of one article: the later one counts.
+void ArticleWriter::TellOther(const Mapping& mapping, const TargetRow& target, const QString& article) const {
+    const auto claimed = m_claimed.find(qHash(mod_ovTools::UpperChars(article)));
+    if (claimed == m_claimed.end()) {
+        return;
+    }
+    size_t values = 1;
+    for (const MapLine& line : mapping.lines) {
+        values = qHashMulti(values, line.target, mod_ovTools::ToText(target.Value(line.target)));
+    }
+    if (claimed->values != 0 && claimed->values != values) {
+        m_run.Log(
+            QStringLiteral("ARTICOLO DOPPIO: %1: una riga di prima ha scritto altro dell'articolo '%2': vale questa")
+                .arg(m_run.RowKey(), article));
+    }
+    m_run.WhenTakenBack([this, key = claimed.key(), before = claimed->values] {
+        if (const auto there = m_claimed.find(key); there != m_claimed.end()) {
+            there->values = before;
+        }
+    });
+    claimed->values = values;
+}
+
 RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
                                 const std::function<void(TargetRow&)>& more) const {
     Session& session = m_run.GetSession();
@@ -117,6 +141,7 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
         }
         ClearFactor(mapping, target);
         TellCut(m_run, mapping, row, target);
+        TellOther(mapping, target, facts.code);
     });
     return isNew ? RowOutcome::Inserted : RowOutcome::Updated;
 }

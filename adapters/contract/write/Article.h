@@ -60,7 +60,8 @@ public:
     /// An article of a source code follows. One that an earlier row of the run had by another source code is told. Two
     /// codes that only became one because both were cut are two articles: that raises `ImportError`.
     void Claim(const QString& article, const QString& sourceCode);
-    /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated. Where
+    /// Writes the article of `facts.code`: a new one is inserted as valid from today, an existing one is updated, and
+    /// one that an earlier row of the run has written otherwise is told, where it was claimed. Where
     /// the database takes the code of another article for it ("È" and "E"), that raises `ImportError`.
     /// @param more sets what the mapping cannot tell, after it
     RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts,
@@ -95,8 +96,15 @@ private:
     void Describe(const SourceRow& there, const QString& description) const;
     void History(const QString& table, const QString& amountColumn, const HistoryLine& line) const;
 
+    /// An article that a row of the run has claimed, in digests: it is small.
+    struct Claimed {
+        quint64 code;      ///< of the source code
+        size_t values = 0; ///< of what the last row has written of it; 0: nothing yet
+    };
+    void TellOther(const Mapping& mapping, const TargetRow& target, const QString& article) const;
+
     ImportRun& m_run;
-    QHash<size_t, quint64> m_claimed; ///< by the hash of the article's code: a digest of the source code, small
+    mutable QHash<size_t, Claimed> m_claimed; ///< by the hash of the article's code
 };
 
 /// Writes the suppliers that the source tells of an article, all of them. It raises as `ArticleWriter` does.
