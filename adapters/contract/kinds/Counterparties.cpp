@@ -385,31 +385,6 @@ void SetJoined(TargetRow& target, const QString& party, const Joining& joining) 
     }
 }
 
-/// Numbers of Italy that are shorter than they are: a sheet that was opened and saved writes 184 for 00184. They are
-/// written as they are, for nobody knows what was lost.
-void TellLostZeros(ImportRun& run, const TargetRow& target) {
-    struct Digits {
-        const char* column;
-        qsizetype least;
-        qsizetype size;
-    };
-    const QString country = target.Value("CONAZ").toString();
-    if (!country.isEmpty() && country != u"ITA") {
-        return;
-    }
-    for (const Digits& each : {Digits{"COIVA", 8, 11}, Digits{"COFIS", 8, 11}, Digits{"COCAP", 3, 5}}) {
-        const QString text = target.Value(each.column).toString().trimmed();
-        const bool isNumber = std::all_of(text.begin(), text.end(), modImport::IsDigitChar);
-        if (isNumber && text.size() >= each.least && text.size() < each.size) {
-            run.Log(QStringLiteral("ZERI PERSI: %1: '%2' (%3) ha %4 cifre e non %5: se ne mancano davanti, formattare "
-                                   "come testo la colonna del foglio e reimportare")
-                        .arg(run.RowKey(), text, QLatin1String(each.column))
-                        .arg(text.size())
-                        .arg(each.size));
-        }
-    }
-}
-
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                                        const Roles& roles, const Joining& joining) const {
     Roles written = roles;

@@ -1,5 +1,7 @@
 #include "adapters/contract/write/cutTexts.h"
 
+#include "core/modImport.h"
+
 #include <algorithm>
 
 namespace contract {
@@ -58,6 +60,29 @@ void TellCut(ImportRun& run, const Mapping& mapping, const SourceRow& row, const
         const QString all = RuleInput{run.GetSession(), row, line.sources, none}.Text();
         if (IsBeginning(*column, written, all) && !IsRestElsewhere(table, target, written, all)) {
             TellCut(run, line.sources, written, all);
+        }
+    }
+}
+
+void TellLostZeros(ImportRun& run, const TargetRow& target) {
+    struct Digits {
+        const char* column;
+        qsizetype least;
+        qsizetype size;
+    };
+    const QString country = target.Value("CONAZ").toString();
+    if (!country.isEmpty() && country != u"ITA") {
+        return;
+    }
+    for (const Digits& each : {Digits{"COIVA", 8, 11}, Digits{"COFIS", 8, 11}, Digits{"COCAP", 3, 5}}) {
+        const QString text = target.Value(each.column).toString().trimmed();
+        const bool isNumber = std::all_of(text.begin(), text.end(), modImport::IsDigitChar);
+        if (isNumber && text.size() >= each.least && text.size() < each.size) {
+            run.Log(QStringLiteral("ZERI PERSI: %1: '%2' (%3) ha %4 cifre e non %5: se ne mancano davanti, formattare "
+                                   "come testo la colonna del foglio e reimportare")
+                        .arg(run.RowKey(), text, QLatin1String(each.column))
+                        .arg(text.size())
+                        .arg(each.size));
         }
     }
 }

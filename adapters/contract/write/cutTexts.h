@@ -14,4 +14,10 @@ void TellCut(ImportRun& run, const Mapping& mapping, const SourceRow& row, const
 /// The same of one text. @param columns of the source, for the message @param written what is left of `all`
 void TellCut(ImportRun& run, const QStringList& columns, const QString& written, const QString& all);
 
+/// Logs the VAT number, numeric tax code and postal code of a counterparty of Italy that have fewer digits than such
+/// have
+/// (`ZERI PERSI`): a sheet that was opened and saved writes 184 for 00184. They are written as they are, for nobody
+/// knows what was lost.
+void TellLostZeros(ImportRun& run, const TargetRow& target);
+
 } // namespace contract
