@@ -3,6 +3,7 @@
 #include "app/importFlow.h"
 #include "app/inspect_draft.h"
 #include "app/inspect_fields.h"
+#include "app/inspect_further.h"
 #include "app/inspect_suggest.h"
 #include "core/Schema.h"
 #include "tests/app/gescom.h"
@@ -77,6 +78,19 @@ class TestInspect : public QObject {
     Q_OBJECT
 
 private slots:
+    void WritesWhatIsAdded_data() {
+        Columns<QString, QString, QString>("typed", "rule", "value");
+        Row("a column", " NOME ", "", "ARCLFR.NOME");
+        Row("with a rule", "NOME", " First(3) ", "ARCLFR.NOME -> First(3)");
+        Row("that has the mark of a rule", "A->B", "", "ARCLFR.[A->B]");
+        Row("a constant, which has no rule", " Costante: 1 ", "First(3)", "costante:1");
+    }
+    void WritesWhatIsAdded() {
+        QFETCH(QString, typed);
+        QFETCH(QString, rule);
+        QTEST(AddedValue("ARCLFR", typed, rule), "value");
+    }
+
     /// A line that cannot be read hides no other.
     void ShowsTheRestOfATable() {
         TestTarget target;
