@@ -8,9 +8,7 @@ namespace sources {
 /// Watches how the numbers are written that stand as texts in the columns of a file: "1.234" is a thousand and more
 /// where "2,75" stands beside it, and 1 and a bit beside "2.5"; the marks of "2.500,75" tell themselves. A few values
 /// that are no numbers ("n.d.") do not change that; a column where more than a tenth of them are codes ("A.1", "00120",
-/// "10.1.2") keeps its points, which is noted where they may be numbers. Two equal marks, as of "1.234.567", divide
-/// thousands where values with fewer stand beside them. An amount with its currency ("€ 1.234,50") becomes the number
-/// where nothing is in doubt: one currency in the column, known marks; else it stays as it stands.
+/// "10.1.2") keeps its points, which is noted where they may be numbers.
 class DecimalMarks {
 public:
     /// What an operator can do, for the notes.
@@ -33,8 +31,8 @@ public:
     void Look(int column, QByteArrayView value);
     /// A value that the file itself keeps as a number.
     void LookAtNumber(int column) { ++Of(column).numbers; }
-    /// Takes the marks between thousands, and currencies, out of the columns where it is known that they are, and notes
-    /// the columns where it cannot be known. After the last row.
+    /// Takes the marks between thousands out of the columns where it is known that they are, and notes the columns
+    /// where it cannot be known. After the last row.
     void Settle(PrivateTable& table, Oddities& oddities) const;
 
 private:
@@ -44,28 +42,20 @@ private:
         bool hasCommas = false; ///< a comma that divides decimals
         bool hasPoints = false; ///< a point that does
         qint64 numbers = 0;
-        qint64 codes = 0;           ///< digits that are no number: with letters, with zeros in front, with other points
-        qint64 words = 0;           ///< texts without a digit
-        QByteArray misfit;          ///< the first of the codes and words
-        QByteArray pointGrouped;    ///< the first value with points, which may divide thousands
-        QByteArray commaGrouped;    ///< the same with commas
-        QByteArray pointDivided;    ///< the first one with points that do, before a comma: "1.234,50"
-        QByteArray commaDivided;    ///< the same with commas, before a point
-        QByteArray pointTwice;      ///< the first one with several points and nothing else: "1.234.567"
-        QByteArray commaTwice;      ///< the same with commas
-        qint64 twice = 0;           ///< values with several equal marks
-        QByteArray currency;        ///< of the first amount
-        QByteArray amount;          ///< the first amount
-        bool hasCurrencies = false; ///< several
+        qint64 codes = 0;        ///< digits that are no number: with letters, with zeros in front, with other points
+        qint64 words = 0;        ///< texts without a digit
+        QByteArray misfit;       ///< the first of the codes and words
+        QByteArray pointGrouped; ///< the first value with points, which may divide thousands
+        QByteArray commaGrouped; ///< the same with commas
+        QByteArray pointDivided; ///< the first one with points that do, before a comma: "1.234,50"
+        QByteArray commaDivided; ///< the same with commas, before a point
 
         bool IsOfNumbers() const;
         const QByteArray& Grouped(char mark) const { return mark == ',' ? commaGrouped : pointGrouped; }
-        /// The mark of decimals as numbers with several equal marks tell it; 0 where they tell none.
-        char DecimalByTwice() const;
         const QByteArray& Divided(char mark) const { return mark == ',' ? commaDivided : pointDivided; }
     };
     Column& Of(int column);
-    char FindDecimal(const Column& seen, const QString& name, Oddities& oddities) const;
+    char FindThousands(const Column& seen, const QString& name, Oddities& oddities) const;
     void NoteAmongOthers(const Column& seen, const QString& name, Oddities& oddities) const;
     void SettleColumn(int column, PrivateTable& table, Oddities& oddities) const;
 

@@ -144,25 +144,25 @@ void PrivateTable::NumbersToTexts(int column) {
                        .arg(Quoted(m_name), name));
 }
 
-void PrivateTable::Rewrite(int column, const std::function<std::optional<QByteArray>(QByteArrayView text)>& change) {
+void PrivateTable::RemoveMark(int column, char mark, const std::function<bool(QByteArrayView text)>& isOne) {
     const QString name = Quoted(m_columns.at(column).name);
-    const Prepared select = Prepare(QStringLiteral("SELECT %1, %2 FROM %3 WHERE typeof(%2) = 'text'")
-                                        .arg(Quoted(m_numberColumn), name, Quoted(m_name)));
-    std::vector<std::pair<qint64, QByteArray>> rows;
+    const QString sign{QLatin1Char(mark)};
+    const Prepared select =
+        Prepare(QStringLiteral("SELECT %1, %2 FROM %3 WHERE typeof(%2) = 'text' AND instr(%2, '%4') > 0")
+                    .arg(Quoted(m_numberColumn), name, Quoted(m_name), sign));
+    std::vector<qint64> rows;
     int step = sqlite3_step(select.get());
     for (; step == SQLITE_ROW; step = sqlite3_step(select.get())) {
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(select.get(), 1));
-        if (auto changed = change({text, sqlite3_column_bytes(select.get(), 1)})) {
-            rows.emplace_back(sqlite3_column_int64(select.get(), 0), std::move(*changed));
+        if (isOne({text, sqlite3_column_bytes(select.get(), 1)})) {
+            rows.push_back(sqlite3_column_int64(select.get(), 0));
         }
     }
     Check(step == SQLITE_DONE ? SQLITE_OK : step);
-    const Prepared update =
-        Prepare(QStringLiteral("UPDATE %1 SET %2 = ? WHERE %3 = ?").arg(Quoted(m_name), name, Quoted(m_numberColumn)));
-    for (const auto& [row, text] : rows) {
-        Check(sqlite3_bind_text64(update.get(), 1, text.constData(), static_cast<sqlite3_uint64>(text.size()),
-                                  SQLITE_STATIC, SQLITE_UTF8));
-        Check(sqlite3_bind_int64(update.get(), 2, row));
+    const Prepared update = Prepare(QStringLiteral("UPDATE %1 SET %2 = REPLACE(%2, '%3', '') WHERE %4 = ?")
+                                        .arg(Quoted(m_name), name, sign, Quoted(m_numberColumn)));
+    for (const qint64 row : rows) {
+        Check(sqlite3_bind_int64(update.get(), 1, row));
         step = sqlite3_step(update.get());
         Check(step == SQLITE_DONE ? SQLITE_OK : step);
         Check(sqlite3_reset(update.get()));

@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <functional>
-#include <optional>
 #include <vector>
 
 struct sqlite3;
@@ -87,8 +86,8 @@ public:
     void Retype(const QVector<ColumnInfo>& columns);
     /// Turns the numbers in a column into their texts; after the last row.
     void NumbersToTexts(int column);
-    /// Writes the texts in a column otherwise; after the last row. @param change nothing for one that stays
-    void Rewrite(int column, const std::function<std::optional<QByteArray>(QByteArrayView text)>& change);
+    /// Takes a mark out of the texts in a column that are such as ask for it; after the last row.
+    void RemoveMark(int column, char mark, const std::function<bool(QByteArrayView text)>& isOne);
 
 private:
     struct Finalize {
