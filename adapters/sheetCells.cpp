@@ -25,11 +25,14 @@ double Number(const QVariant& value) {
 }
 
 // What people write for a yes and a no.
-const QStringList YesWords{"1", "-1", "true", "vero", QStringLiteral("sì"), "si", "s", "y", "x"};
+const QStringList YesWords{"1", "-1", "true", "vero", QStringLiteral("sì"), "si", "s", "yes", "y", "x"};
 const QStringList NoWords{"0", "false", "falso", "no", "n"};
 
 bool YesOrNo(const QVariant& value) {
     const QString text = mod_ovTools::ToText(value).trimmed().normalized(QString::NormalizationForm_C);
+    if (const auto number = mod_ovTools::ReadNumber(text); number == 0 || number == 1) {
+        return number == 1;
+    }
     const bool isYes = YesWords.contains(text, Qt::CaseInsensitive);
     if (!isYes && !text.isEmpty() && !NoWords.contains(text, Qt::CaseInsensitive)) {
         throw ImportError(QStringLiteral("'%1' non è né un sì (%2) né un no (%3)")

@@ -123,6 +123,12 @@ private:
         return DistinctNames(names, places, m_oddities);
     }
 
+    static bool IsNumber(const QString& text) {
+        return !text.isEmpty() && std::ranges::all_of(text, [](QChar c) {
+            return (c >= u'0' && c <= u'9') || c == u'.' || c == u',' || c == u'-';
+        });
+    }
+
     QStringList NamesIn(const CsvFile::Record& header) {
         QStringList names;
         for (const QByteArray& field : header.fields) {
@@ -135,7 +141,7 @@ private:
     }
 
     /// Refuses a header that is another one than the schema tells: it may be the first record, or columns have changed
-    /// their places. Some names may be others, by which columns are renamed.
+    /// their places. Names may be others, by which columns are renamed; a number is none.
     void CompareNames(const QStringList& found) const {
         const QStringList& told = m_schema.columns;
         bool isHeader = false;
@@ -156,7 +162,7 @@ private:
                                            found.value(column), QString::number(there - found.begin() + 1)));
             }
         }
-        if (!isHeader) {
+        if (!isHeader && std::ranges::any_of(found, IsNumber)) {
             constexpr qsizetype shown = 5;
             const auto list = [](const QStringList& names) {
                 return QString(u'\'' + names.mid(0, shown).join(QStringLiteral("', '")) + u'\'');
@@ -233,10 +239,14 @@ private:
         marks.Look(column, m_utf8);
     }
 
-    /// Quotes that are none put records together: what stands between two of them is one field.
+    /// Quotes that are none put records together: what stands between two of them is one field, whose first line has
+    /// the separators of the rest of a record.
     void LookForLines(int column, qint64 line, const QByteArray& field) {
-        const bool isLikeRecord =
-            m_columns.size() > 1 && field.contains('\n') && field.count(m_schema.separator) >= m_columns.size() - 1;
+        const qsizetype behind = m_columns.size() - 1 - column;
+        const qsizetype end = field.indexOf('\n');
+        const bool isLikeRecord = m_columns.size() > 1 && end >= 0 &&
+                                  field.first(end).count(m_schema.separator) == behind &&
+                                  field.count(m_schema.separator) >= m_columns.size() - 1;
         if (isLikeRecord) {
             m_oddities.Add(QStringLiteral("CAMPO SU PIÙ RIGHE"), m_columns.at(column).name, line,
                            QStringLiteral("il campo tra virgolette va a capo e ha tanti separatori quanti una riga: se "

@@ -42,12 +42,22 @@ FoundSheet FindSheet(const Workbook& workbook, const QString& wanted) {
     return {};
 }
 
+/// Whether a sheet has no cell, as those that a program adds by itself.
+bool IsEmpty(Workbook& workbook, int sheet) {
+    try {
+        SheetRow row;
+        return !workbook.Read(sheet)->Next(row);
+    } catch (const ImportError&) { // what cannot be read is something
+        return false;
+    }
+}
+
 /// Tells which sheet is read where others might be meant.
-void NoteChosen(const Workbook& workbook, const QString& path, int sheet, const ConnectionSettings& settings) {
+void NoteChosen(Workbook& workbook, const QString& path, int sheet, const ConnectionSettings& settings) {
     const QStringList names = workbook.Sheets();
     QStringList others;
     for (int other = 0; other < names.size(); ++other) {
-        if (other != sheet) {
+        if (other != sheet && !IsEmpty(workbook, other)) {
             others.append(u'\'' + names.at(other) +
                           (workbook.IsHidden(other) ? QStringLiteral("' (nascosto)") : QStringLiteral("'")));
         }

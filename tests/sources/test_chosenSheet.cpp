@@ -49,6 +49,7 @@ private slots:
         worksheet_write_string(old, 0, 0, "Codice", nullptr);
         worksheet_write_string(sheet, 0, 0, "Codice", nullptr);
         worksheet_write_string(sheet, 1, 0, "C1", nullptr);
+        workbook_add_worksheet(workbook, "Foglio3"); // empty, as programs add them
         worksheet_activate(sheet);
         worksheet_set_first_sheet(sheet);
         worksheet_hide(old);

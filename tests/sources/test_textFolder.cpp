@@ -63,6 +63,8 @@ private slots:
             "x");
         Row("schema: an own name over one of a header", QByteArray("a;due\n1;x\n"),
             QByteArray("ColNameHeader=1\nCol1=A Text\nCol2=B Text\n"), "x");
+        Row("schema: own names over a header", QByteArray("uno;due\n1;x\n"), QByteArray("Col1=A Text\nCol2=B Text\n"),
+            "x");
         Row("schema: no header", QByteArray("1;x\n"), QByteArray("ColNameHeader=0\nCol1=A Text\nCol2=B Text\n"), "x");
         Row("schema: no quotes", QByteArray("a;b\n1;\"x\n"), QByteArray("TextDelimiter=none\n"), "\"x");
         Row("schema: other quotes", QByteArray("a;b\n1;'x;'';y'\n"), QByteArray("TextDelimiter='\n"), "x;';y");
@@ -211,6 +213,7 @@ private slots:
         Row("a code that Excel has cut", QByteArray("a;b\n1;8,01234E+12\n"), "8,01234E+12",
             "riga 2, colonna 'b': '8,01234E+12' è un numero abbreviato");
         Row("header repeated", QByteArray("a;b\n1;x\n A;\"B\"\n"), "x", "riga 3: ogni cella ha il nome");
+        Row("lines with separators in one field", QByteArray("a;b\n1;\"x; y\nz; w\"\n"), "x; y\nz; w", "");
         Row("two records in one field", QByteArray("a;b\n1;\"x\n2;\"\n"), "x\n2;",
             "colonna 'b': il campo tra virgolette");
         Row("own number of row", QByteArray("_riga;b\n1;x\n"), "x", "si legge come '_riga (1)'");
