@@ -7,6 +7,7 @@
 #include "ui/WindowOperator.h"
 
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QTemporaryDir>
 
