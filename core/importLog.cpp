@@ -23,8 +23,8 @@ struct CaseKey {
     QString name;
     QString defaultValue;
 };
-const CaseKey KeyFields{QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1")};
-const CaseKey TextFields{QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")};
+const auto KeyFields = CaseKey{QStringLiteral("KEYFIELD_CHAR"), QStringLiteral("1")};
+const auto TextFields = CaseKey{QStringLiteral("TEXTFIELD_CHAR"), QStringLiteral("0")};
 
 /// What a configuration says; empty when it cannot be read.
 QString Said(Session& session, const CaseKey& key) {
