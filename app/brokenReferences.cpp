@@ -19,9 +19,9 @@ QString WhereGoing(const QStringList& conditions) {
                : QStringLiteral(" WHERE (%1)").arg(conditions.join(QStringLiteral(") OR (")));
 }
 
-/// The query that counts what one reference leaves. @param target physical name of the table of the codes
-QString CountQuery(ovConnection& quadrix, const Reference& reference, const schema::Table& owner, const Going& going) {
-    const QString table = quadrix.GetFullTableName(reference.table);
+/// The query that counts what one reference leaves in a table (physical name).
+QString CountQuery(ovConnection& quadrix, const Reference& reference, const QString& table, const schema::Table& owner,
+                   const Going& going) {
     const QString target = quadrix.GetFullTableName(owner.name);
     QString query = QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 IN (SELECT %3 FROM %4%5)")
                         .arg(table, reference.column, reference.of, target, WhereGoing(going.value(target)));
@@ -35,7 +35,45 @@ QString CountQuery(ovConnection& quadrix, const Reference& reference, const sche
     return query;
 }
 
+/// What one reference leaves, table by table.
+void AddLeft(ovConnection& quadrix, const Reference& reference, const schema::Table& owner, const QString& company,
+             const Going& going, std::vector<Broken>& broken) {
+    for (const QString& referring : ReferringTables(quadrix, reference, owner.name, company)) {
+        if (going.value(referring).contains(QString())) { // it goes whole
+            continue;
+        }
+        try {
+            const qint64 count = quadrix.ExecuteCommand(CountQuery(quadrix, reference, referring, owner, going));
+            if (count > 0) {
+                broken.push_back({referring, reference.column, count});
+            }
+        } catch (const Error&) { // as it is said of this
+            continue;
+        }
+    }
+}
+
 } // namespace
+
+QString PhysicalName(const QString& table, const QString& company) {
+    const schema::Table* known = schema::FindTable(table);
+    return known == nullptr || known->shared ? table : QString(company + u'_' + table);
+}
+
+QStringList ReferringTables(ovConnection& quadrix, const Reference& reference, const QString& table,
+                            const QString& company) {
+    QStringList tables{PhysicalName(reference.table, company)};
+    const schema::Table* known = schema::FindTable(table);
+    if (known == nullptr || !known->shared || tables.first() == reference.table) {
+        return tables;
+    }
+    Recordset companies = quadrix.ExecuteWC(QStringLiteral("SELECT CDAZI FROM SYS_AZI ORDER BY CDAZI"));
+    for (; !companies.Eof(); companies.MoveNext()) {
+        tables.append(PhysicalName(reference.table, mod_ovTools::ToText(companies.Fields(0).Value()).trimmed()));
+    }
+    tables.removeDuplicates();
+    return tables;
+}
 
 std::vector<Reference> ReferencesTo(const QString& name) {
     std::vector<Reference> references;
@@ -64,18 +102,7 @@ std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToD
             continue;
         }
         for (const Reference& reference : ReferencesTo(table.name)) {
-            const QString referring = quadrix.GetFullTableName(reference.table);
-            if (going.value(referring).contains(QString())) { // it goes whole
-                continue;
-            }
-            try {
-                const qint64 count = quadrix.ExecuteCommand(CountQuery(quadrix, reference, table, going));
-                if (count > 0) {
-                    broken.push_back({referring, reference.column, count});
-                }
-            } catch (const Error&) { // as it is said of this
-                continue;
-            }
+            AddLeft(quadrix, reference, table, session.UserManager.Azienda(), going, broken);
         }
     }
     return broken;

@@ -15,13 +15,21 @@ struct Reference {
 /// The columns of the schema that hold codes of a table (bare name).
 std::vector<Reference> ReferencesTo(const QString& table);
 
+/// The physical name of a table (bare name) in a company.
+QString PhysicalName(const QString& table, const QString& company);
+/// The tables in which rows may refer to a table (bare name) of a company, by their physical names: to one that all
+/// companies share those of all of them. They need not be there. Raises `SqlError`.
+QStringList ReferringTables(ovConnection& quadrix, const Reference& reference, const QString& table,
+                            const QString& company);
+
 /// Rows left referring to what is not there.
 struct Broken {
     QString table; ///< physical name
     QString column;
     qint64 rows = 0;
 };
-/// What would be left of the company under work when those rows are deleted. A table that cannot be read is left out:
+/// What would be left when those rows of the company under work are deleted: in it, and to tables that all companies
+/// share in the others too. A table that cannot be read is left out:
 /// it is not there, or the check before the run tells it.
 std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToDelete>& rows);
 

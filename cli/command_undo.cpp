@@ -15,6 +15,14 @@ QString Question(qint64 number, const history::UndoResult& wouldBe) {
                                       .arg(what, brokenReferences::TextOf(wouldBe.left));
 }
 
+QJsonArray BrokenJson(const std::vector<brokenReferences::Broken>& broken) {
+    QJsonArray rows;
+    for (const brokenReferences::Broken& each : broken) {
+        rows.append(QJsonObject{{"table", each.table}, {"column", each.column}, {"rows", each.rows}});
+    }
+    return rows;
+}
+
 Report UndoRun(Context& context) {
     const qint64 number = RunFrom(context.options, "run");
     const bool isTrial = context.options.isSet("dry-run");
@@ -37,17 +45,14 @@ Report UndoRun(Context& context) {
     for (const history::KeptRow& row : result.kept) {
         kept.append(QJsonObject{{"table", row.table}, {"id", row.id}, {"why", row.why}});
     }
-    QJsonArray left;
-    for (const brokenReferences::Broken& each : result.left) {
-        left.append(QJsonObject{{"table", each.table}, {"column", each.column}, {"rows", each.rows}});
-    }
     report.json = {{"run", number},
                    {"removed", result.removed},
                    {"restored", result.restored},
                    {"brought", result.brought},
                    {"kept", result.keptCount},
                    {"keptRows", kept},
-                   {"leftReferring", left},
+                   {"leftReferring", BrokenJson(result.left)},
+                   {"leftAsBefore", BrokenJson(result.leftAsBefore)},
                    {"emptied", result.emptied},
                    {"outside", QJsonArray::fromStringList(result.outside)},
                    {"partial", result.isPartial},

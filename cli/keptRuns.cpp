@@ -36,12 +36,19 @@ QList<qint64> RunsWithRejects(const history::History& history, qint64 last, qint
     return runs;
 }
 
+/// Whether a run was to go on with another one and found the source changed: going on with it finds the same.
+bool FoundAnotherSource(const history::Run& run) {
+    return std::any_of(run.procedures.begin(), run.procedures.end(), [](const history::ProcedureRun& procedure) {
+        return !procedure.result.errors.filter(contract::ImportAnew).isEmpty();
+    });
+}
+
 /// Whether a run broke off behind its beginning and can go on.
 bool HasRest(const history::History& history, qint64 number) {
     const history::Run run = history.Load(number);
     const bool began = std::any_of(run.procedures.begin(), run.procedures.end(),
                                    [](const auto& procedure) { return procedure.result.sourceRows > 0; });
-    return began && history::CanGoOn(run) && history::RestOf(history, run) != nullptr;
+    return began && !FoundAnotherSource(run) && history::CanGoOn(run) && history::RestOf(history, run) != nullptr;
 }
 
 QStringList NextSteps(const Session& session, qint64 run, bool untranslated, bool resumes, qint64 rejectsOf) {

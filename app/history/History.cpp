@@ -119,8 +119,13 @@ bool Run::IsUndone() const {
 }
 
 QString ElsewhereText(const Run& run) {
-    return QStringLiteral("ha scritto in un altro database (%1), non in quello delle impostazioni di adesso")
-        .arg(run.database);
+    return run.wasReplaced
+               ? QStringLiteral(
+                     "ha scritto in un altro database, che stava allo stesso posto (%1): quello che c'è adesso "
+                     "è stato creato di nuovo, o è un altro file con lo stesso nome")
+                     .arg(run.database)
+               : QStringLiteral("ha scritto in un altro database (%1), non in quello delle impostazioni di adesso")
+                     .arg(run.database);
 }
 
 QString EndingText(const Run& run) {
@@ -175,6 +180,7 @@ Run History::RunOf(const Recordset& row) const {
     run.target = Number(row, "target");
     run.database = Text(row, "place");
     run.isElsewhere = m_database && run.target != 0 && !AreOne({run.database, Number(row, "identity")}, *m_database);
+    run.wasReplaced = run.isElsewhere && AreOne({run.database, 0}, {m_database->place, 0});
     run.options = Text(row, "options").split(u'\n', Qt::SkipEmptyParts);
     return run;
 }
@@ -395,23 +401,24 @@ QStringList History::RowsWaiting(qint64 procedure, const OpenCode& code) const {
     return names;
 }
 
-History::Emptied History::EmptiedBehind(qint64 run) const {
+History::Emptied History::EmptiedBehind(qint64 run, const QString& tables, qint64 procedure) const {
     struct Part {
         Emptied emptied;
-        QString rows;
+        QVariant rows; ///< numbers; null: all
     };
     std::vector<Part> parts;
     {
         Recordset rows = m_file->ExecuteWC(Statement(
             QString("SELECT L.run AS emptied_by, W.target_table AS target_table, E.emptied_rows AS emptied_rows" +
-                    history::EmptiedBehind() + " AND P.run = ? ORDER BY L.run"),
-            {run}));
+                    history::EmptiedBehind() +
+                    " AND P.run = ? AND W.target_table LIKE ? AND ? IN (0, P.id) ORDER BY L.run"),
+            {run, tables, procedure}));
         for (; !rows.Eof(); rows.MoveNext()) {
-            parts.push_back({{Number(rows, "emptied_by"), Text(rows, "target_table")}, Text(rows, "emptied_rows")});
+            parts.push_back({{Number(rows, "emptied_by"), Text(rows, "target_table")}, rows.Value("emptied_rows")});
         }
     }
     const auto first = std::find_if(parts.begin(), parts.end(), [&](const Part& part) {
-        return part.rows.isEmpty() || HasWritten(*m_file, run, part.emptied.table, RowNumbers(part.rows));
+        return part.rows.isNull() || HasWritten(*m_file, run, part.emptied.table, RowNumbers(part.rows.toString()));
     });
     return first == parts.end() ? Emptied() : first->emptied;
 }

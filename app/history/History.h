@@ -43,6 +43,7 @@ struct Run {
     qint64 target = 0;        ///< number of the database that it has written to; 0: not known
     QString database;         ///< where that is; empty: not known
     bool isElsewhere = false; ///< that is another one than the history was opened for: nothing of it stands here
+    bool wasReplaced = false; ///< the other one stood at the same place
     std::vector<ProcedureRun> procedures;
 
     bool WasKilled() const { return !ended.isValid() && !isUnderWay; }
@@ -148,7 +149,9 @@ public:
         qint64 run = 0;
         QString table = {}; ///< physical name
     };
-    Emptied EmptiedBehind(qint64 run) const;
+    /// @param tables pattern (LIKE) of the physical names of those that count
+    /// @param procedure number of the one of the run that counts; 0: all of them
+    Emptied EmptiedBehind(qint64 run, const QString& tables = QStringLiteral("%"), qint64 procedure = 0) const;
 
     /// Removes runs that began before a day, with all that is kept of them; returns how many.
     /// @param company its code; empty for all

@@ -259,8 +259,8 @@ void Recorder::TableIsEmptied(const QString& table, const QString& condition) no
             return;
         }
         const std::optional<RowNumbers> rows = condition.isEmpty() ? std::nullopt : NumbersOf(table, condition);
+        KeepTouched(table, true, rows); // even of no row: what a run had deleted does not come back behind it
         if (!rows || !rows->IsEmpty()) {
-            KeepTouched(table, true, rows);
             Write(); // before they go: that may take long
             KeepForgotten(table, rows);
         }

@@ -42,7 +42,7 @@ QString RowNumbers::Text() const {
         parts.append(span.first == span.last ? QString::number(span.first)
                                              : QStringLiteral("%1-%2").arg(span.first).arg(span.last));
     }
-    return parts.join(u' ');
+    return parts.isEmpty() ? QStringLiteral("") : parts.join(u' ');
 }
 
 } // namespace history

@@ -17,7 +17,7 @@ public:
     void Add(qint64 number);
     bool IsEmpty() const { return m_spans.empty(); }
     bool Contains(qint64 number) const;
-    /// "1-5 9"
+    /// "1-5 9"; empty, and not null, without any
     QString Text() const;
 
 private:

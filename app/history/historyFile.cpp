@@ -53,7 +53,7 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS left_away (id INTEGER PRIMARY KEY, procedure INTEGER, target_table TEXT, target_id "
         "INTEGER, before TEXT)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
-        // tables of the target that a procedure has written rows of, or emptied: whole, or of rows of those numbers
+        // tables of the target that a procedure has written rows of, or emptied: whole (null), or of rows of those numbers
         "CREATE TABLE IF NOT EXISTS touched_tables (procedure INTEGER, target_table TEXT, emptied INTEGER, "
         "emptied_rows TEXT, PRIMARY KEY (procedure, target_table, emptied))",
         "CREATE INDEX IF NOT EXISTS touched_tables_table ON touched_tables (target_table, emptied)",

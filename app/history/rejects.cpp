@@ -155,6 +155,24 @@ void ForEachOpen(const History& history, qint64 run, const std::function<void(co
     });
 }
 
+/// Why a row was given up; where the reason names columns of another table, such as that of the rows of a document, the
+/// file has none of them to be mended.
+QString ReasonOf(const RejectedRow& row) {
+    static const QRegularExpression named(QStringLiteral("colonna '([^']+)'"));
+    QStringList columns;
+    for (const auto& match : named.globalMatch(row.reason)) {
+        columns += match.captured(1);
+    }
+    const bool isElsewhere = !columns.isEmpty() && !row.columns.isEmpty() &&
+                             std::none_of(columns.begin(), columns.end(), [&row](const QString& column) {
+                                 return row.columns.contains(column, Qt::CaseInsensitive);
+                             });
+    return isElsewhere
+               ? row.reason + QStringLiteral(" (il valore sta in una riga di un'altra tabella, che qui non c'è: "
+                                             "si corregge nella sorgente)")
+               : row.reason;
+}
+
 /// Whether a table stands where another one of its kind is about to be written, with something else in it.
 bool IsOther(const QString& there, const QString& fresh) {
     if (!QFileInfo(there).isFile() || QFileInfo(there).size() == 0) {
@@ -193,7 +211,7 @@ QStringList WriteRejects(const History& history, qint64 run, const QString& path
     }
     ForEachOpen(history, run, [&](const Reject& reject) {
         const QString shape = reject.row.table + u'\x1e' + reject.row.columns.join(u'\x1f');
-        QVector<QVariant> values{reject.id, reject.row.row, reject.row.reason};
+        QVector<QVariant> values{reject.id, reject.row.row, ReasonOf(reject.row)};
         writers[static_cast<size_t>(tables.indexOf(shape))]->AddRow(values + reject.row.values);
     });
     for (const auto& writer : writers) {

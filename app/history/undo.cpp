@@ -174,7 +174,7 @@ private:
 
     /// Why a row that is gone must not come back: another one would be there twice.
     QString ObstacleToBringing(const Change& change) const {
-        if (const qint64 run = m_later.EmptiedBy(change.table); run != 0) {
+        if (const qint64 run = m_later.EmptiedInPartBy(change.table); run != 0) {
             return QStringLiteral("l'esecuzione %1 ha svuotato la tabella dopo").arg(run);
         }
         const QString code = SchemaOf(change.table).CodeColumn();
@@ -394,7 +394,9 @@ UndoResult Undo(Session& session, const History& history, qint64 number) {
     Transaction transaction(session.Quadrix);
     const Referring referring(session, history, run);
     auto [result, leftAway] = TakeBackAll(session, history, run, later);
-    result.left = referring.Left();
+    Referring::Left left = referring.WhatIsLeft();
+    result.left = std::move(left.byRun);
+    result.leftAsBefore = std::move(left.before);
     result.isPartial = run.isPartial;
     result.wasKilled = run.WasKilled();
     for (const ProcedureRun& procedure : run.procedures) {
@@ -447,6 +449,12 @@ QStringList LinesOf(const UndoResult& result) {
             QStringLiteral("Righe che restano e si riferiscono a ciò che si toglie: %1. Chi avrà poi quei codici avrà "
                            "anche queste righe: correggerle o eliminarle.")
                 .arg(brokenReferences::TextOf(result.left));
+    }
+    if (!result.leftAsBefore.empty()) {
+        lines +=
+            QStringLiteral("Righe di esecuzioni precedenti che hanno codici che senza questa non ci sono, come prima "
+                           "che fosse eseguita: %1.")
+                .arg(brokenReferences::TextOf(result.leftAsBefore));
     }
     if (result.emptied > 0) {
         lines += QStringLiteral("Le %1 righe che l'esecuzione ha eliminato svuotando le tabelle non tornano.")

@@ -21,8 +21,11 @@ struct UndoResult {
     qint64 brought = 0;        ///< rows that it had deleted one by one, which are there again
     qint64 keptCount = 0;      ///< rows that stay
     std::vector<KeptRow> kept; ///< the first 1000 of them
-    /// Rows that are left referring to what was removed: of a hand, of a merge, of earlier runs.
+    /// Rows that are left referring to what was removed: of a hand, of a merge.
     std::vector<brokenReferences::Broken> left;
+    /// The same of earlier runs, whose rows had those codes before the run brought what they mean: nothing of it is
+    /// left.
+    std::vector<brokenReferences::Broken> leftAsBefore;
     qint64 emptied = 0;     ///< rows that the run had emptied tables of: they are gone
     QStringList outside;    ///< procedures of the run that work outside Quadrix: what they did stays
     bool isPartial = false; ///< the history does not keep all that the run wrote: the rest is not taken back

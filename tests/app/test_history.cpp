@@ -355,13 +355,13 @@ private slots:
         };
         const auto file = Open(kept.Path());
         file->Execute("UPDATE written_databases SET identity = 0, place = '/altro/quadrix.db'");
-        QVERIFY(elsewhere());
+        QVERIFY(elsewhere() && !history.Load(1).wasReplaced);
         kept.Run(); // what was given up there is given up here
         QCOMPARE(history.LastRun("X01"), 2);
         QVERIFY(!history.Load(2).isElsewhere && history.Load(1).isElsewhere);
         QVERIFY(!history.WaitingCodes("X01", 10).empty());
         kept.Target.Execute("PRAGMA application_id = 77"); // another one at its place
-        QVERIFY(History(session).Load(2).isElsewhere);
+        QVERIFY(ElsewhereText(History(session).Load(2)).contains("che stava allo stesso posto"));
     }
 
     /// A run that goes on with another stands on what that one wrote, and tells the rows that it had given up.
@@ -387,6 +387,39 @@ private slots:
         QVERIFY(ErrorOf([&] { RestOf(history, history.Load(2)); })
                     ->Message()
                     .contains("l'esecuzione 1, che la 2 riprende, è stata"));
+    }
+
+    /// A source that has become shorter does not pass for one that was seen whole.
+    void doesNotGoOnWithFewerRows() {
+        Kept kept;
+        kept.Target.Person.CancelAt = 3;
+        kept.Run();
+        kept.Target.Person.CancelAt.reset();
+        const History history(kept.Path());
+        kept.Source("DELETE FROM ART WHERE CODICE <> 'D'");
+        kept.Run(RestOf(history, history.Load(1)), false, 1);
+        const RunResult& result = kept.Target.Get().Results.last();
+        QVERIFY(result.outcome == RunResult::Outcome::Failed);
+        QVERIFY2(result.errors.join('\n').contains("la fonte ha meno righe di allora"),
+                 qPrintable(result.errors.join('\n')));
+    }
+
+    /// Rows that an older release read where heads are read now: the file has not what is wrong, and nobody knows them.
+    void tellsRejectsOfRowsThatAreReadOtherwise() {
+        Kept kept;
+        kept.Run();
+        Open(kept.Path())
+            ->Execute("UPDATE rejects SET source_key = source_key || char(31) || '10', source_row = source_row || ', "
+                      "NRRIG ''10''', reason = 'tabella ''RIGHE'': colonna ''QTA'': ''x'' non è un numero'");
+        const History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.csv");
+        WriteRejects(history, 1, path);
+        QCOMPARE(QString::fromUtf8(ReadFile(path)).count("si corregge nella sorgente)"), 2);
+        kept.Run(RejectsOf(history, 1, {}));
+        const auto& kinds = kept.Target.Get().Results.last().notes.kinds;
+        QCOMPARE(kinds.size(), 1);
+        QCOMPARE(kinds.front().name, "RIGA CHE NON SI RITROVA");
+        QCOMPARE(kinds.front().count, 2);
     }
 
     /// What a procedure that is not run again has left open keeps the whole from being whole.

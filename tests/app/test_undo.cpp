@@ -333,6 +333,104 @@ private slots:
         QCOMPARE(LinesOf(result).filter("si riferiscono a ciò che si toglie").size(), result.left.empty() ? 0 : 1);
     }
 
+    /// What earlier runs had written with those codes is as it was before; writing them again makes no reference.
+    void tellsWhatStoodBefore_data() {
+        Columns<QString, QString, QString, QStringList, QStringList>("later", "edit", "first", "left", "before");
+        const QStringList one{"X01_ART_FOR (CDART): 1"};
+        Row("as it was", "", "", "", QStringList{}, one);
+        Row("written again", "A", "", "", QStringList{}, one);
+        Row("given the code later", "A", "UPDATE X01_ART_FOR SET CDART = 'Z'", "Annullare prima la 3", QStringList{},
+            QStringList{});
+        Row("edited", "", "UPDATE X01_ART_FOR SET USMDF = 'maria'", "", one, QStringList{});
+    }
+    void tellsWhatStoodBefore() {
+        QFETCH(QString, later);
+        QFETCH(QString, edit);
+        QFETCH(QString, first);
+        Kept kept;
+        LinkArticles(kept.Target, {"A"});
+        kept.Run();
+        if (!edit.isEmpty()) {
+            kept.Target.Execute(edit);
+        }
+        if (!later.isEmpty()) {
+            const Recorder recorder(kept.Target.Get(), {.origin = "Prova"});
+            contract::ImportRun run(kept.Target.Get(), "modImport_Prova", "ImportFornitori", {});
+            run.Guard(
+                [&] { contract::TargetRow(run, "ART_FOR").Set("CDART", later).Update("WHERE CDCON = '000001'"); });
+        }
+        const History history(kept.Target.Get());
+        if (!first.isEmpty()) {
+            const auto refusal = ErrorOf<ImportError>([&] { Undo(kept.Target.Get(), history, 2); });
+            QVERIFY(refusal && refusal->Message().contains("(X01_ART_FOR). " + first));
+            return;
+        }
+        const UndoResult result = Undo(kept.Target.Get(), history, 2);
+        QTEST(TextsOf(result.left), "left");
+        QTEST(TextsOf(result.leftAsBefore), "before");
+        QCOMPARE(LinesOf(result).filter("come prima che fosse eseguita").size(), result.leftAsBefore.empty() ? 0 : 1);
+    }
+
+    /// Every company may refer to tables that all share, in what is taken back and in what a reset deletes.
+    void looksThroughAllCompanies() {
+        TestTarget target;
+        Session& session = target.Get();
+        session.UserManager.SetAzienda("X01");
+        target.Execute("INSERT INTO SYS_AZI (CDAZI) VALUES ('X02')");
+        target.Execute("CREATE TABLE X02_CON_TRO (RECORD_ID INTEGER PRIMARY KEY, COMOP TEXT)");
+        const auto write = [&](const QString& company, const QString& table, const QString& column) {
+            const Recorder recorder(session, {.origin = "Prova", .company = company});
+            session.UserManager.SetAzienda(company);
+            contract::ImportRun run(session, "modImport_Prova", "ImportProva", {});
+            run.Guard([&] {
+                if (table == "CON_TRO") {
+                    target.Execute("INSERT INTO X02_CON_TRO (COMOP) VALUES ('BO60')");
+                } else {
+                    contract::TargetRow(run, table).Set(column, "BO60").Insert();
+                }
+            });
+            session.UserManager.SetAzienda("X01");
+        };
+        write("X01", "TAB_MOP", "CDMOP");
+        write("X02", "CON_TRO", "COMOP");
+        QCOMPARE(
+            TextsOf(brokenReferences::LeftBy(session, contract::RowsOf(session, contract::DeletedImports("TAB_MOP")))),
+            QStringList{"X02_CON_TRO (COMOP): 1"});
+        const History history(session);
+        Open(FilePath(session.Config.ConfigFile()))
+            ->Execute("INSERT INTO changes (procedure, kind, target_table, target_id, inserted) SELECT id, 0, "
+                      "'X02_CON_TRO', 0, '1 1' FROM procedures WHERE run = 2");
+        const auto refusal = ErrorOf<ImportError>([&] { Undo(session, history, 1); });
+        QVERIFY(refusal && refusal->Message().contains("(X02_CON_TRO). Annullare prima la 2"));
+        Open(FilePath(session.Config.ConfigFile()))->Execute("DELETE FROM changes WHERE target_table = 'X02_CON_TRO'");
+        QCOMPARE(TextsOf(Undo(session, history, 1).left), QStringList{"X02_CON_TRO (COMOP): 1"});
+    }
+
+    /// A row that went before its table was emptied, or some rows of it, would have gone with them.
+    void bringsNothingBackBehindAReset_data() {
+        Columns<QString>("where");
+        Row("no row", "RFNOM = 'Z'");
+        Row("some rows", "RFNOM = 'Bea'");
+    }
+    void bringsNothingBackBehindAReset() {
+        QFETCH(QString, where);
+        Kept kept;
+        WriteContacts(kept.Target, {"Anna"});
+        WriteContacts(kept.Target, {});
+        kept.Target.Execute("INSERT INTO X01_CON_RIF (CDCON, RFNOM) VALUES ('2', 'Bea')");
+        {
+            const Recorder recorder(kept.Target.Get(), {.origin = "Prova"});
+            contract::ImportRun run(kept.Target.Get(), "modImport_Prova", "ImportAltro", {});
+            run.Guard([&] {
+                contract::Empty(run, true,
+                                {{.table = "CON_RIF", .way = contract::Emptied::Way::DeleteFrom, .where = where}});
+            });
+        }
+        const UndoResult result = Undo(kept.Target.Get(), History(kept.Path()), 2);
+        QCOMPARE(result.brought, 0);
+        QCOMPARE(result.kept.front().why, "l'esecuzione 3 ha svuotato la tabella dopo");
+    }
+
     /// The same of what a reset deletes, in part or whole.
     void tellsWhatAResetLeaves() {
         TestTarget target;

@@ -176,6 +176,12 @@ void ImportRun::TellNotMet() {
     }
     try {
         for (const RowSelection::Row& row : m_session.Selection->NotMet()) {
+            if (m_session.Selection->IsToldOtherwise(row)) {
+                Log(QStringLiteral("RIGA CHE NON SI RITROVA: ") + row.name +
+                    QStringLiteral(": la sorgente si legge ora in un altro modo, per testate o per righe, e non si può "
+                                   "dire se ce l'ha ancora"));
+                continue;
+            }
             Log(QStringLiteral("RIGA CHE LA FONTE NON HA PIÙ: ") + row.name +
                 (row.mended.isEmpty() ? QString()
                                       : QStringLiteral(", o non più con i valori che aveva: la correzione non "

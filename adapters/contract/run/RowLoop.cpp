@@ -139,6 +139,7 @@ void RowLoop::Read() {
     if (!m_unit.rows.empty()) {
         Take(std::exchange(m_unit, {}));
     }
+    CheckCameBehind();
 }
 
 /// Adds the row that the source stands on to those that belong together.

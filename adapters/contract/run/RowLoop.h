@@ -35,6 +35,7 @@ private:
     void Add(const SourceRow& current, const Recordset& rows);
     void Take(Unit unit);
     bool IsBehind(const Unit& unit);
+    void CheckCameBehind() const;
     bool Select(Unit& unit);
     void Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const;
     void TellGivenUp(const Unit& unit, size_t row, const QString& reason);

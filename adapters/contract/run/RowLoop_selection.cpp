@@ -5,6 +5,12 @@
 
 namespace contract {
 
+namespace {
+
+constexpr qint64 AllRows = std::numeric_limits<qint64>::max(); ///< of a loop that an earlier run has done whole
+
+} // namespace
+
 /// Whether the run is limited to certain rows: then these alone are counted.
 bool RowLoop::IsSelective() const { return m_session.Selection != nullptr && m_session.Selection->Limits(); }
 
@@ -15,7 +21,7 @@ void RowLoop::FindPlace() {
         return;
     }
     m_run.m_account.Result.givenUpBefore = reached->givenUp;
-    m_before = m_loopNumber < reached->loop ? std::numeric_limits<qint64>::max() : reached->rows;
+    m_before = m_loopNumber < reached->loop ? AllRows : reached->rows;
     m_lastBefore = m_loopNumber < reached->loop ? QString() : reached->last;
 }
 
@@ -33,17 +39,26 @@ bool RowLoop::IsBehind(const Unit& unit) {
     if (m_before <= 0) {
         return true;
     }
-    m_before -= std::min(m_before, rows);
+    m_before -= m_before == AllRows ? 0 : std::min(m_before, rows);
     if (m_before == 0 && unit.keys.last() != m_lastBefore) {
-        throw ImportError(
-            QStringLiteral("la fonte è cambiata dopo l'interruzione: al posto di %1 c'è %2; importare da capo")
-                .arg(m_lastBefore, unit.keys.last()));
+        throw ImportError(QStringLiteral("la fonte è cambiata dopo l'interruzione: al posto di %1 c'è %2; %3")
+                              .arg(m_lastBefore, unit.keys.last(), ImportAnew));
     }
     for (qint64 row = 0; row < rows; ++row) {
         m_run.m_account.Count(RowOutcome::Skipped, QStringLiteral("già vista prima dell'interruzione"));
     }
     m_run.CommitAccount();
     return false;
+}
+
+/// Raises `ImportError` where all rows are read and the place that an earlier run had reached did not come: which of
+/// them are new cannot be told.
+void RowLoop::CheckCameBehind() const {
+    if (m_before > 0 && m_before != AllRows) {
+        throw ImportError(QStringLiteral("la fonte ha meno righe di allora (%1, %2 in meno di quelle già viste prima "
+                                         "dell'interruzione, l'ultima era %3); %4")
+                              .arg(QString::number(m_read), QString::number(m_before), m_lastBefore, ImportAnew));
+    }
 }
 
 /// Whether one of the rows is wanted; what has been mended takes the place of what the source has.

@@ -23,6 +23,8 @@ QString ReadableText(const QVariant& value) {
     return value.metaType() == QMetaType::fromType<ImportError>() ? QString() : mod_ovTools::ToText(value);
 }
 
+qsizetype KeyParts(const RowSelection::Row& row) { return row.key.count(u'\x1f') + 1; }
+
 enum class Likeness { Other, ButForMended, Same };
 
 /// How much a source row is still what a wanted row was.
@@ -87,6 +89,7 @@ const RowSelection::Row* RowSelection::Find(const Row& met) {
     if (rows == m_rows.end()) {
         return nullptr;
     }
+    m_keyParts.insert(met.table, KeyParts(met));
     const auto& ofProcedure = *m_places.constFind(m_procedure);
     QList<size_t> places = ofProcedure.values(met.name);
     if (places.isEmpty()) { // the row may have moved in its file
@@ -125,6 +128,11 @@ std::vector<RowSelection::Row> RowSelection::NotMet() const {
         }
     }
     return rows;
+}
+
+bool RowSelection::IsToldOtherwise(const Row& row) const {
+    const auto parts = m_keyParts.constFind(row.table);
+    return !row.key.isEmpty() && parts != m_keyParts.cend() && *parts != KeyParts(row);
 }
 
 } // namespace contract

@@ -10,6 +10,9 @@ QString KeyOf(const SourceRow& row, const QString& keyColumn);
 /// The number of a source row in its file; 0: it has none.
 qint64 NumberOf(const SourceRow& row);
 
+/// What the refusal to go on with an earlier run ends with, where the source is another one.
+inline const QString ImportAnew = QStringLiteral("importare da capo");
+
 /// The source rows that the procedures of a press are limited to: those that an earlier run has given up, with what
 /// has been mended in them, or those that it has not reached.
 class RowSelection {
@@ -74,6 +77,10 @@ public:
     const Row* Find(const Row& met);
     /// Those of its rows that have not been met yet, such as those that the source has no more.
     std::vector<Row> NotMet() const;
+    /// Whether the rows of its table have been told apart by other columns than a row was when it was given up: by an
+    /// older release, which read rows of documents where now their heads are read. Whether it is still there is not
+    /// known then.
+    bool IsToldOtherwise(const Row& row) const;
 
     /// Rows that were given up before (by their numbers) are done and committed now.
     void Done(const QVector<qint64>& rejects) { m_done += rejects; }
@@ -87,6 +94,7 @@ private:
     QString m_procedure;                                  ///< under way
     QHash<QString, std::vector<Wanted>> m_rows;           ///< by procedure
     QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
+    QHash<QString, qsizetype> m_keyParts;                 ///< in how many columns `KeyOf` the rows met stands, by table
     QHash<QString, Reached> m_reached;
     QHash<QString, qint64> m_leftOut;
     QVector<qint64> m_done;
