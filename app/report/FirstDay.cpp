@@ -1,5 +1,6 @@
 #include "app/report/FirstDay.h"
 
+#include "adapters/contract/write/Document.h"
 #include "app/sequence.h"
 
 #include <QFileInfo>
@@ -8,17 +9,50 @@ namespace proof {
 
 namespace {
 
-/// Whether a run has imported, with all rows of its source, one of some procedures of an origin.
-bool HasImported(const history::Run& run, const contract::Origin& origin,
-                 const std::vector<const contract::Procedure*>& procedures) {
-    const bool isWhole = !run.isTrial && !run.IsUndone() && !run.isElsewhere && run.code.isEmpty() &&
-                         !run.options.contains(history::OnlySomeRows);
-    const auto isOne = [&](const history::ProcedureRun& ran) {
-        return (ran.origin.isEmpty() ? run.origin : ran.origin) == origin.name &&
-               std::any_of(procedures.begin(), procedures.end(),
-                           [&ran](const auto* each) { return each->name == ran.result.procedure; });
-    };
-    return isWhole && std::any_of(run.procedures.begin(), run.procedures.end(), isOne);
+/// Whether what a run wrote stands in Quadrix, with all rows of its source.
+bool Stands(const history::Run& run) {
+    return !run.isTrial && !run.IsUndone() && !run.isElsewhere && run.code.isEmpty() &&
+           !run.options.contains(history::OnlySomeRows);
+}
+
+bool IsOf(const history::Run& run, const history::ProcedureRun& ran, const contract::Origin& origin,
+          const contract::Procedure& procedure) {
+    return (ran.origin.isEmpty() ? run.origin : ran.origin) == origin.name && ran.result.procedure == procedure.name;
+}
+
+/// Whether it has come to the end, and no later one has emptied its documents.
+bool IsWhole(const history::History& history, const history::Run& run, const history::ProcedureRun& ran) {
+    return ran.hasEnded && ran.result.outcome == RunResult::Outcome::Done &&
+           history.EmptiedBehind(run.id, run.company + QStringLiteral("_DOC_%"), ran.id).run == 0;
+}
+
+/// A first day, and the run that went by it.
+struct DayOfRun {
+    QDate day;
+    qint64 run = 0; ///< 0: it is that of the settings
+};
+
+/// The earliest day that a whole run of a procedure went by: all behind it is there. Without a whole one that of the
+/// last; none when it has not run.
+/// @param day of the settings, by which all go that are no sequence with a day
+std::optional<DayOfRun> EarliestDay(const history::History& history, const std::vector<history::Run>& past,
+                                    const contract::Origin& origin, const contract::Procedure& procedure, QDate day) {
+    std::optional<DayOfRun> last;
+    std::optional<DayOfRun> earliest;
+    for (const history::Run& run : past) {
+        for (const history::ProcedureRun& ran : run.procedures) {
+            if (!Stands(run) || !IsOf(run, ran, origin, procedure)) {
+                continue;
+            }
+            const QDate own = FirstDayOf(run.options);
+            const DayOfRun one{own.isValid() ? own : day, own.isValid() ? run.id : 0};
+            last = last ? last : one;
+            if (IsWhole(history, run, ran) && (!earliest || one.day < earliest->day)) {
+                earliest = one;
+            }
+        }
+    }
+    return earliest ? earliest : last;
 }
 
 } // namespace
@@ -34,14 +68,20 @@ FirstDay::FirstDay(Session& session, const std::vector<history::Run>& past, cons
     : m_session(session),
       m_day(session.DocumentsFrom),
       m_setting(session.DocumentsFromSetting) {
-    const auto last = std::find_if(past.begin(), past.end(),
-                                   [&](const history::Run& run) { return HasImported(run, origin, procedures); });
-    if (last == past.end()) {
+    if (past.empty() || std::none_of(past.begin(), past.end(),
+                                     [](const history::Run& run) { return FirstDayOf(run.options).isValid(); })) {
         return;
     }
-    if (const QDate day = FirstDayOf(last->options); day.isValid()) {
-        m_session.DocumentsFrom = day;
-        m_session.DocumentsFromSetting = QStringLiteral("%1, esecuzione %2").arg(FirstDaySetting).arg(last->id);
+    const history::History history(session);
+    const QDate day = contract::ReadDocumentSettings(session).from;
+    std::optional<DayOfRun> latest; // of several procedures: what one of them has left out is not missing
+    for (const contract::Procedure* procedure : procedures) {
+        const auto one = EarliestDay(history, past, origin, *procedure, day);
+        latest = one && (!latest || one->day > latest->day) ? one : latest;
+    }
+    if (latest && latest->run != 0) {
+        m_session.DocumentsFrom = latest->day;
+        m_session.DocumentsFromSetting = QStringLiteral("%1, esecuzione %2").arg(FirstDaySetting).arg(latest->run);
     }
 }
 

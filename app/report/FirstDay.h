@@ -9,10 +9,11 @@ namespace proof {
 std::vector<history::Run> PastOf(Session& session);
 
 /// While it lives, documents are read from the day on that a sequence went by when it imported them: what it left out
-/// on purpose is not missing.
+/// on purpose is not missing, unless another run has imported it.
 class FirstDay {
 public:
-    /// Takes the day where the last of the runs that have imported one of some procedures is such a sequence.
+    /// Takes the earliest day of the whole runs of a procedure that stand, where that is of such a sequence; of several
+    /// procedures that of the latest day. Raises `SqlError`, or `ImportError` when DOC_DateStart is no date.
     /// @param past see `PastOf`
     FirstDay(Session& session, const std::vector<history::Run>& past, const contract::Origin& origin,
              const std::vector<const contract::Procedure*>& procedures);

@@ -173,6 +173,7 @@ private slots:
     void TakesTheDayOfTheSequence() {
         Migrated target;
         Session& session = target.Get();
+        target.Import(contract::Button::Doc);
         const QString last = target.Value("SELECT MAX(DTDAT) FROM X01_DOC_VEN").left(8);
         const QDate day = QDate::fromString(last, "yyyyMMdd");
         QVERIFY2(day.isValid(), qPrintable(last));
@@ -180,10 +181,14 @@ private slots:
             target.Execute(QString("DELETE FROM X01_") + table);
         }
         QVERIFY(VerdictOf(FindingsOf(target.Compared({{contract::Button::Doc}}))).light == Light::Red);
-        ovConnection kept;
-        OpenEmbedded(kept, target.Folder.filePath("Cronologia.sqlite"))
-            .Execute("UPDATE runs SET options = '" + FirstDayOptions(day.addYears(1)).join(QString()) + "'");
-        kept.CloseConnection();
+        const auto setDay = [&](const QString& of) {
+            ovConnection kept;
+            OpenEmbedded(kept, target.Folder.filePath("Cronologia.sqlite"))
+                .Execute("UPDATE runs SET options = '" + FirstDayOptions(day.addYears(1)).join(QString()) + "'" + of);
+        };
+        setDay(" WHERE id = (SELECT MAX(id) FROM runs WHERE trial = 0)"); // one before it has imported them
+        QVERIFY(VerdictOf(FindingsOf(target.Compared({{contract::Button::Doc}}))).light == Light::Red);
+        setDay({});
         const Proof proof = target.Compared({{contract::Button::Doc}});
         const Verdict verdict = VerdictOf(FindingsOf(proof));
         QVERIFY2(verdict.light != Light::Red, qPrintable(verdict.reason));
