@@ -141,8 +141,15 @@ private slots:
             "INSERT INTO X01_DOC_VER (IDTES, DRNUM, DRQTR, DRORI, USINS) SELECT IDTES, 2, 4, 3, 'ANNA'" + ofOrder +
             '1');
         m_fixture->Target().Execute("DELETE FROM X01_DOC_VER WHERE DRDES = 'consegna completa'");
+        m_fixture->Target().Execute("UPDATE X01_DOC_VER SET USMDF = 'MARIO' WHERE DRQTR = 4 AND DRNUM = 1");
+        Run("RiallineaDRORIWinProgest", {true, false, false, false});
+        QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '1'), QStringList{"3"}); // so has one here
+        QVERIFY(!Log().contains("COLLEGAMENTO TOLTO"));
+        m_fixture->Target().Execute("UPDATE X01_DOC_VER SET USMDF = Null WHERE DRQTR = 4 AND DRNUM = 1");
         Run("RiallineaDRORIWinProgest", {true, false, false, false});
         QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '1'), QStringList{"NULL"});
+        QVERIFY2(Log().contains("COLLEGAMENTO TOLTO: "), qPrintable(Log()));
+        QVERIFY(Log().contains(": DRORI era '3'"));
         QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '2'), QStringList{"3"}); // a hand has linked it
     }
 

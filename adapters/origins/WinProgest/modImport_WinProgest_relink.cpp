@@ -5,6 +5,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TriggersOff.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
+#include "core/schemaDefaults.h"
 
 using namespace contract;
 
@@ -59,12 +60,19 @@ qint64 OriginOf(Session& session, const Link& link, const SourceRow& row) {
     return RowOfHead(session, from, head, WholeNumberOf(row, link.row));
 }
 
-/// Takes the link off a row that an import has written, and that comes from no other now.
-bool Unlink(ImportRun& run, const DocumentKind& kind, qint64 here) {
-    const QString condition = Equals("RECORD_ID", here) + " AND DRORI <> 0 AND " + OfImports(run.GetSession());
-    if (here == 0 || OnlyRow(run.GetSession(), kind.family.row, condition) == 0) {
+/// Takes the link off a row that imports alone have written, and that comes from no other now. One that somebody has
+/// changed by hand may have been linked by that one.
+bool Unlink(ImportRun& run, const DocumentKind& kind, qint64 here, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const Recordset found =
+        session.Quadrix.ExecuteWC("SELECT DRORI, USMDF FROM " + session.Quadrix.GetFullTableName(kind.family.row) +
+                                  " WHERE " + Equals("RECORD_ID", here) + " AND DRORI <> 0 AND " + OfImports(session));
+    const QString changer = here == 0 || found.Eof() ? QString() : mod_ovTools::ToText(found.Value("USMDF")).trimmed();
+    if (here == 0 || found.Eof() || (!changer.isEmpty() && changer != schema::defaults::ImportUser)) {
         return false;
     }
+    run.Log(QStringLiteral("COLLEGAMENTO TOLTO: %1, %2: DRORI era '%3'")
+                .arg(run.RowKey(), NameOf(row, kind.rows, "NRIGA"), mod_ovTools::ToText(found.Value("DRORI"))));
     TargetRow target(run, kind.family.row);
     target.Set("DRORI", QVariant());
     target.Update("WHERE " + Equals("RECORD_ID", here));
@@ -77,7 +85,7 @@ bool Relink(ImportRun& run, const DocumentKind& kind, qint64 head, const SourceR
     const Link* link = LinkOf(kind, row);
     const qint64 here = RowOfHead(session, kind, head, WholeNumberOf(row, "NRIGA"));
     if (link == nullptr) {
-        return Unlink(run, kind, here);
+        return Unlink(run, kind, here, row);
     }
     const qint64 origin = OriginOf(session, *link, row);
     if (here == 0 || origin == 0) {
