@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/origins/Mexal/modImport_Mexal.h"
 #include "tests/adapters/Trial.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -34,7 +35,7 @@ public:
         Get().Source->Execute("UPDATE ANAG SET " + changes + " WHERE CODICE = '" + code + '\'');
     }
     /// @return the kinds of lines that the log has about the run
-    QStringList Import(bool reset = false) {
+    QStringList Import(bool reset = false, PartyWriting writing = PartyWriting::Imported) {
         const Counterparties parties{
             .frame = FrameNamed("ImportAnag"),
             .source = {.table = "ANAG", .key = "CODICE", .order = "RIGA"},
@@ -49,6 +50,7 @@ public:
                       ByRole("COLSC", "COLSF", "LIS", Text())},
             .numbers = {.office = "TEL", .mail = "MAIL"},
             .contacts = {{.lines = {{"RFNOM", "RIF", Text()}}, .numbers = {}}},
+            .writing = writing,
         };
         ProcedureOf(std::nullopt, parties).run(Get(), {}, reset);
         QStringList kinds;
@@ -124,11 +126,65 @@ private slots:
         QCOMPARE(trial.One("SELECT CDCON, COCGE FROM X01_CON_TRO"), QString("000001|C1;000002|C1"));
         QCOMPARE(trial.Party("COCGE", "C1"), QString("000002"));
         QCOMPARE(LookUp(trial.Get(), "CON_TRO", "COCGE", "C1", "CORAS"), QString("Bianchi"));
+        QCOMPARE(modImport_Mexal::GetControparteMexal(trial.Get(), "C1", true), QString("000002"));
         QCOMPARE(trial.Import(), QStringList());
+        trial.Execute("UPDATE X01_CON_TRO SET COCGE = NULL WHERE CDCON = '000002'"); // as the log advises
+        QCOMPARE(trial.Party("COCGE", "C1"), QString("000001"));
+        trial.Execute("UPDATE X01_CON_TRO SET COCGE = 'C1'");
         trial.Execute("DELETE FROM SYS_IMP"); // as after a merge, which copies the codes of another company
         trial.Get().Notes = {};
         QCOMPARE(trial.Party("COCGE", "C1"), QString("000001"));
         QCOMPARE(trial.Get().Notes.kinds.first().name, QString("CODICE DI PIÙ CONTROPARTI"));
+    }
+
+    /// A code goes to and fro between counterparties: documents find the one that an import of it wrote last, and each
+    /// change is told once, as is which one was taken.
+    void CodeToAndFro() {
+        PartiesTrial trial;
+        trial.Source("C1");
+        trial.Source("F2", {}, "11111111115");
+        trial.Import();
+        const QStringList told{"CODICE DI DUE CONTROPARTI"};
+        for (const auto& [vatNumber, owner] : {std::pair("11111111115", "000002"), std::pair(Vat, "000001")}) {
+            trial.Change("C1", QString("NOME = 'X%1', IVA = '%1'").arg(vatNumber));
+            QVERIFY(trial.Import().contains(told.first()));
+            QCOMPARE(trial.One("SELECT CDCON, COCGE, COFGE FROM X01_CON_TRO"), QString("000001|C1|NULL;000002|C1|F2"));
+            QCOMPARE(trial.One("SELECT TBFLD, TBOLD, TBNEW FROM SYS_IMP"), QString("COCGE|C1|%1").arg(owner));
+            trial.Get().Notes = {};
+            QCOMPARE(trial.Party("COCGE", "C1"), QString(owner));
+            QCOMPARE(trial.Get().Notes.kinds.first().name, QString("CODICE DI PIÙ CONTROPARTI"));
+            QVERIFY(!trial.Import().contains(told.first()));
+        }
+    }
+
+    /// A number that the source corrects in all rows of a counterparty makes no other one of it.
+    void NumberCorrected() {
+        PartiesTrial trial;
+        for (const char* code : {"C1", "C2"}) {
+            trial.Source(code);
+            trial.Change(code, "NOME = 'Rossi'");
+        }
+        trial.Import();
+        trial.Change("C1", "IVA = '11111111115'");
+        trial.Change("C2", "IVA = '11111111115'");
+        QCOMPARE(trial.Import(), QStringList());
+        QCOMPARE(trial.Party("COCGE", "C1") + trial.Party("COCGE", "C2"), QString("000001000001"));
+        QCOMPARE(trial.One("SELECT COCGE FROM X01_CON_TRO"), QString("C2"));
+    }
+
+    /// A refresh writes the telephones of every row, and the columns of the one that has them.
+    void RefreshOfSeveralRows() {
+        PartiesTrial trial;
+        for (const char* code : {"C1", "C2"}) {
+            trial.Source(code);
+            trial.Change(code, QString("TEL = '0437%1'").arg(code[1]));
+        }
+        trial.Import();
+        trial.Change("C1", "PAG = 'X1', TEL = '7'");
+        trial.Change("C2", "PAG = 'X2'");
+        QCOMPARE(trial.Import(false, PartyWriting::Refreshed), QStringList());
+        QCOMPARE(trial.One("SELECT COMOP FROM X01_CON_TRO"), QString("X2"));
+        QCOMPARE(trial.One("SELECT NRNUM FROM X01_NUM_TEL"), QString("7;04372"));
     }
 
     /// A sheet that was opened and saved has lost the zeros in front.
@@ -164,8 +220,8 @@ private slots:
             trial.Source(code);
         }
         trial.Import();
-        trial.Change("C1", "IVA = '99999990011'");
-        trial.Import();
+        trial.Change("C1", "NOME = 'Bianchi', IVA = '99999990011'");
+        QCOMPARE(trial.Import(), QStringList({"CODICE DI DUE CONTROPARTI"}));
         QCOMPARE(trial.Party("COCGE", "C1"), QString("000002"));
         QCOMPARE(trial.One("SELECT TBOLD FROM SYS_IMP"), QString());
         trial.Change("C1", "IVA = '01234567890'");

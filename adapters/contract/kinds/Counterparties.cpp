@@ -199,13 +199,14 @@ private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
     Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
     RowOutcome Refresh(const SourceRow& row, const Roles& roles);
+    void RefreshColumns(const SourceRow& row, const QString& code, const Roles& roles);
     void ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping, const Roles& roles) const;
     PartyMarks MarksOf(const SourceRow& row, const Roles& roles) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place, const Roles& roles,
                      const Joining& joining) const;
     RowOutcome FillCodesOf(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                            const Roles& roles) const;
-    void WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const;
+    void WriteHanging(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner);
     template<class Declared>
     void ForEach(const Child<Declared>& child, const SourceRow& row,
                  const std::function<void(const SourceRow&)>& work) const;
@@ -242,11 +243,7 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
     const Joining joining = m_parties.Join(identity, place);
     place.isAgain = joining.isAgain;
     const RowOutcome outcome = Write(writer, row, place, roles, joining);
-    writer.Numbers(OwnerOf(place), row, declared.numbers);
-    WriteChildren(writer, row, OwnerOf(place));
-    if (declared.after) {
-        declared.after(Run(), writer, row, OwnerOf(place));
-    }
+    WriteHanging(writer, row, OwnerOf(place));
     if (onlyCarrier) {
         m_carriers.Remember(identity, place.code);
     }
@@ -254,11 +251,23 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
 }
 
 RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& roles) {
-    const QString code = m_parties.ImportedBefore(IdentityOf(row, roles));
+    const SourceIdentity identity = IdentityOf(row, roles);
+    const QString code = m_parties.ImportedBefore(identity);
     if (code.isEmpty()) {
         Run().Log(QStringLiteral("CONTROPARTE NON TROVATA: %1").arg(Run().RowKey()));
         return Run().Skip(QStringLiteral("controparte non importata"));
     }
+    const Roles held = m_parties.RolesHeld(identity, code);
+    if (held.customer || held.supplier || held.carrier) { // else another row, of the same counterparty, has the columns
+        RefreshColumns(row, code, held);
+    }
+    m_earlier->Drop(code);
+    CounterpartyWriter writer(Run(), m_kind->declared.created.Value(GetSession(), row));
+    WriteHanging(writer, row, {Parties, code, true});
+    return RowOutcome::Updated;
+}
+
+void CounterpartyImporter::RefreshColumns(const SourceRow& row, const QString& code, const Roles& roles) {
     TargetRow target(Run(), Parties);
     // A supplier who is a customer too has everything but the columns of a supplier from the customer's row.
     const bool isFurther =
@@ -272,15 +281,6 @@ RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& role
         m_kind->declared.more(Run(), row, target);
     }
     target.Update(QStringLiteral("WHERE CDCON = ") + Run().Quoted(code));
-    m_earlier->Drop(code);
-    CounterpartyWriter writer(Run(), m_kind->declared.created.Value(GetSession(), row));
-    const Owner owner{Parties, code, true};
-    writer.Numbers(owner, row, m_kind->declared.numbers);
-    WriteChildren(writer, row, owner);
-    if (m_kind->declared.after) {
-        m_kind->declared.after(Run(), writer, row, owner);
-    }
-    return RowOutcome::Updated;
 }
 
 /// Columns that a blank of the source does not clear: a counterparty is made with them, whatever the source has.
@@ -448,7 +448,8 @@ void CounterpartyImporter::ForEach(const Child<Declared>& child, const SourceRow
     });
 }
 
-void CounterpartyImporter::WriteChildren(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) const {
+void CounterpartyImporter::WriteHanging(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner) {
+    writer.Numbers(owner, row, m_kind->declared.numbers);
     for (const Child<Branches>& child : m_kind->branches) {
         ForEach(child, row, [&](const SourceRow& one) {
             TargetRow target = writer.NewRow(BranchTable);
@@ -466,6 +467,9 @@ void CounterpartyImporter::WriteChildren(CounterpartyWriter& writer, const Sourc
             child.mapping.Apply(target, GetSession(), one, {owner.key});
             writer.Numbers(writer.Contact(owner, target), one, child.declared.numbers);
         });
+    }
+    if (m_kind->declared.after) {
+        m_kind->declared.after(Run(), writer, row, owner);
     }
 }
 

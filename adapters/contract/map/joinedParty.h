@@ -4,11 +4,14 @@
 
 namespace contract {
 
-/// The list of SYS_IMP that keeps the source codes of a company's counterparties that stand in no COCGE or COFGE: two
-/// customers of one VAT number are one counterparty, which has one customer's code. Its fields are those two columns.
+/// The list of SYS_IMP that keeps the source codes of a company's counterparties that do not tell by COCGE or COFGE
+/// alone whose they are: two customers of one VAT number are one counterparty, which has one customer's code; a code
+/// that the source has given to somebody else is there twice. Its fields are those two columns.
 QString JoinedPartyList(const Session& session);
+/// Whether a list of SYS_IMP is that of one company or another: what imports keep there is nobody's to translate.
+bool IsJoinedPartyList(const QString& table, const QString& field);
 
-/// CDCON of the counterparty that a source code of that list became; empty when there is none.
+/// CDCON of the counterparty that a source code of that list is of; empty when there is none.
 /// @param column "COCGE" for a customer's code, "COFGE" for a supplier's. Raises `SqlError`.
 QString JoinedParty(Session& session, const QString& column, const QString& code);
 

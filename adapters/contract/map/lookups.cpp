@@ -65,23 +65,30 @@ QStringList PartiesWith(Session& session, const QString& column, const QString& 
     return parties;
 }
 
-/// The counterparty that has a source code, or that it has become one of; empty when there is none. A code of several is
-/// that of the one that an import has made of it last, else, as where a merge has copied it, of the oldest, and the log
-/// tells it.
+/// The counterparty of a source code; empty when there is none. A code of several is that of the one that an import of
+/// it has written last, else, as where a merge has copied it, of the oldest, and the log tells it.
 QString PartyOfSourceCode(Session& session, const QString& column, const QString& code) {
-    const QStringList parties = code.isEmpty() ? QStringList() : PartiesWith(session, column, code);
-    if (parties.size() == 1) {
-        return parties.front();
+    if (code.isEmpty()) {
+        return {};
     }
-    if (const QString joined = JoinedParty(session, column, code); !joined.isEmpty()) {
-        return joined;
+    QStringList parties = PartiesWith(session, column, code);
+    QString last = JoinedParty(session, column, code);
+    if (!last.isEmpty() && !parties.isEmpty() && !parties.contains(last) &&
+        LookUp(session, PartyTable, PartyCode, last, column).isEmpty()) {
+        last.clear(); // somebody has taken the code away from it, and left it to the others
     }
-    if (!parties.isEmpty()) {
-        modImport::LogNote(session, QStringLiteral("CODICE DI PIÙ CONTROPARTI: %1: il codice %2 '%3' è di %4: preso %5")
-                                        .arg(session.Errors.RowKey(), RoleText(column == u"COCGE"), code,
-                                             parties.join(QStringLiteral(", ")), parties.front()));
+    if (!last.isEmpty() && !parties.contains(last)) {
+        parties.append(last);
     }
-    return parties.value(0);
+    const QString party = last.isEmpty() ? parties.value(0) : last;
+    if (parties.size() > 1) {
+        modImport::LogNote(
+            session,
+            QStringLiteral("CODICE DI PIÙ CONTROPARTI: %1: il codice %2 '%3' è di %4: preso %5%6")
+                .arg(session.Errors.RowKey(), RoleText(column == u"COCGE"), code, parties.join(QStringLiteral(", ")),
+                     party, last.isEmpty() ? QString() : QStringLiteral(", a cui l'ha dato l'ultima importazione")));
+    }
+    return party;
 }
 
 } // namespace

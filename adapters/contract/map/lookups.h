@@ -8,7 +8,8 @@ class ImportRun;
 
 /// One column of the first row of a Quadrix table (bare name) whose key column has that value, as it is or in capitals,
 /// as text without surrounding blanks; empty when there is no such row. By COCGE and COFGE a counterparty is also found
-/// under the source codes that it has beside them (`JoinedParty`).
+/// under the source codes that it has beside them, and one code of several is that of the one that an import of it has
+/// written last (`JoinedParty`), which the log tells.
 QString LookUp(Session& session, const QString& table, const QString& keyColumn, const QString& keyValue,
                const QString& column);
 

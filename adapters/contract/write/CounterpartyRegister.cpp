@@ -196,7 +196,8 @@ QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QSt
     const auto party = Find(code);
     const Identity identity = IdentityOf(source);
     if (!party || !IdentityOf(*party).IsStranger(identity) ||
-        Agree(source.roles.customer ? party->customer : party->supplier, source.code)) { // or has been made one before
+        Agree(source.roles.customer ? party->customer : party->supplier, source.code) ||
+        m_joined.PartyOf(source.roles.customer, source.code) == code) { // or has been made one before
         return code;
     }
     const QString& other = source.roles.customer ? party->supplier : party->customer;
@@ -268,6 +269,7 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
 
 void CounterpartyRegister::Meet(const SourceIdentity& source) {
     m_again = false;
+    m_held.reset();
     const QString code = mod_ovTools::UpperChars(source.code);
     for (const auto& [has, role] : {std::pair(source.roles.customer, u'C'), std::pair(source.roles.supplier, u'F')}) {
         if (!has) {
@@ -279,13 +281,41 @@ void CounterpartyRegister::Meet(const SourceIdentity& source) {
     }
 }
 
-std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(const SourceIdentity& source,
-                                                                            bool customer) const {
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::Holders(const QString& code, bool customer) const {
     const QString column = customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
-    if (source.code.isEmpty() || m_run.GetSession().Quadrix.IsAbsent(Register, column, source.code)) {
+    if (code.isEmpty() || m_run.GetSession().Quadrix.IsAbsent(Register, column, code)) {
         return {};
     }
-    return Parties(column, source.code);
+    return Parties(column, code);
+}
+
+/// Those that have the code or that an import of it has written last, who is the first.
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::OfSourceCode(const SourceIdentity& source,
+                                                                            bool customer) const {
+    std::vector<Party> parties = Holders(source.code, customer);
+    m_held = {source.code, customer, parties};
+    const QString owner = source.code.isEmpty() ? QString() : m_joined.PartyOf(customer, source.code);
+    const auto held =
+        std::find_if(parties.begin(), parties.end(), [&owner](const Party& one) { return one.code == owner; });
+    if (held != parties.end()) {
+        std::rotate(parties.begin(), held, held + 1);
+    } else if (const auto beside = owner.isEmpty() ? std::nullopt : Find(owner)) {
+        parties.insert(parties.begin(), *beside);
+    }
+    return parties;
+}
+
+Roles CounterpartyRegister::RolesHeld(const SourceIdentity& source, const QString& code) const {
+    Roles held = source.roles;
+    const auto look = [&](bool customer, bool& has) {
+        if (has && m_joined.PartyOf(customer, source.code) == code) { // it has the column, as another one, or none has
+            const auto party = Find(code);
+            has = party && Agree(customer ? party->customer : party->supplier, source.code);
+        }
+    };
+    look(true, held.customer);
+    look(false, held.supplier);
+    return held;
 }
 
 QString CounterpartyRegister::ImportedBefore(const SourceIdentity& source) const {

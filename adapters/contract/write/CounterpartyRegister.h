@@ -62,10 +62,10 @@ public:
     /// A source row begins: what the operations below tell and find depends on whether an earlier row of the run had
     /// its code, in a role that it has too.
     void Meet(const SourceIdentity& source);
-    /// The source row is written into the counterparty that was found for it. A source code that another row takes the
-    /// column of is kept, so that documents find it (`JoinedCodes`); the row of a cancelled customer takes nothing from
-    /// one that is in force. Cancelled is who is so in every row, blocked who is so in the first; the log tells where
-    /// rows differ.
+    /// The source row is written into the counterparty that was found for it, which documents of its code find from now
+    /// on (`JoinedCodes`); the log tells it where they found another one. The row of a cancelled customer takes nothing
+    /// from one that is in force. Cancelled is who is so in every row, blocked who is so in the first; the log tells
+    /// where rows differ.
     Joining Join(const SourceIdentity& source, const Placement& place);
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
@@ -78,9 +78,12 @@ public:
     /// row.
     void TellMerge(const SourceIdentity& source, const QString& code) const;
     /// CDCON of the counterparty that an earlier import made from the same code: by COCGE for a customer, by COFGE for
-    /// a supplier. Where name and numbers are all others it is another counterparty, of another origin. Empty when
-    /// there is none, and for a blank code.
+    /// a supplier, and by the codes that stand beside them. Where name and numbers are all others it is another
+    /// counterparty, of another origin. Empty when there is none, and for a blank code.
     QString ImportedBefore(const SourceIdentity& source) const;
+    /// The roles of a source row whose columns in its counterparty are those of the row; those of the others are of
+    /// another row, beside which its code stands. @param code CDCON
+    Roles RolesHeld(const SourceIdentity& source, const QString& code) const;
     /// The same for a row that may be a new counterparty. One of another name is the one of before only where neither
     /// has a number and no earlier row of the run had the code, and the log tells it; else the two stay two, which the
     /// log tells too, unless their numbers say so. Where an earlier row had the code it is told, and who is another one
@@ -122,8 +125,15 @@ private:
         bool cancelled = true;
         bool isByHand = false;
     };
+    /// Who has a source code in the column of a role.
+    struct HeldCode {
+        QString code;
+        bool customer;
+        std::vector<Party> parties;
+    };
     static Party PartyOf(const SourceRow& row);
     std::vector<Party> Parties(const QString& column, const QString& code) const;
+    std::vector<Party> Holders(const QString& code, bool customer) const;
     std::vector<Party> OfSourceCode(const SourceIdentity& source, bool customer) const;
     std::optional<Party> Find(const QString& code) const;
     QString OfAnother(const SourceIdentity& source, const Party& party) const;
@@ -133,7 +143,9 @@ private:
     bool KeepsCode(const SourceIdentity& source, const Party& party, bool customer) const;
     void JoinRole(const SourceIdentity& source, const Party& party, bool customer, Joining& joining);
     void BeginParty(const SourceIdentity& source, const QString& code);
-    void KeepOwner(const SourceIdentity& source, bool customer, const QString& code);
+    std::vector<Party> OtherHolders(const SourceIdentity& source, bool customer, const QString& party) const;
+    void KeepOwner(const SourceIdentity& source, bool customer, const QString& party, bool holds);
+    void KeepDisplaced(bool customer, const QString& code, const QString& party);
     bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
     void RememberMarks(const QString& code, const MetMarks& marks);
     void TellTwice(const QString& code) const;
@@ -145,8 +157,9 @@ private:
     QSet<size_t> m_met;                 ///< hashes of the roles and codes of the rows so far
     bool m_again = false;               ///< whether the row under way has one of them
     mutable JoinedCodes m_joined;
-    QSet<QString> m_joinedNow;           ///< roles and codes that the run has given to counterparties
-    QHash<QString, MetMarks> m_metMarks; ///< by CDCON, of the rows of the run so far
+    mutable std::optional<HeldCode> m_held; ///< as it was read for the row under way, of which nothing is written yet
+    QSet<QString> m_joinedNow;              ///< roles and codes that the run has given to counterparties
+    QHash<QString, MetMarks> m_metMarks;    ///< by CDCON, of the rows of the run so far
 };
 
 } // namespace contract

@@ -42,6 +42,7 @@ Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement
     Joining joining{.isAgain = place.isAgain};
     if (!party) {
         BeginParty(source, place.code);
+        m_held.reset();
         return joining;
     }
     for (const bool customer : {true, false}) {
@@ -49,6 +50,7 @@ Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement
             JoinRole(source, *party, customer, joining);
         }
     }
+    m_held.reset();
     joining.isRevived = Revives(source, *party, joining.isAgain);
     joining.ownLists = ListsThatAreThere(m_run.GetSession(), party->code, party->ownLists);
     return joining;
@@ -58,7 +60,7 @@ void CounterpartyRegister::BeginParty(const SourceIdentity& source, const QStrin
     m_joined.DropOf(code);
     for (const bool customer : {true, false}) {
         if (HasRole(source.roles, customer)) {
-            KeepOwner(source, customer, code);
+            KeepOwner(source, customer, code, true);
             m_run.Remember(m_joinedNow, InRole(customer, source.code));
         }
     }
@@ -67,40 +69,61 @@ void CounterpartyRegister::BeginParty(const SourceIdentity& source, const QStrin
     }
 }
 
-/// Where another counterparty has the source code too, which may have been another one's before, documents of the
-/// source are those of the new one.
-void CounterpartyRegister::KeepOwner(const SourceIdentity& source, bool customer, const QString& code) {
-    const std::vector<Party> others = OfSourceCode(source, customer);
-    if (others.empty()) {
-        m_joined.Drop(customer, source.code);
-        return;
+/// Who else has the source code of a row in the column of a role.
+std::vector<CounterpartyRegister::Party> CounterpartyRegister::OtherHolders(const SourceIdentity& source, bool customer,
+                                                                            const QString& party) const {
+    const bool isRead = m_held && m_held->customer == customer && m_held->code == source.code;
+    std::vector<Party> others = isRead ? m_held->parties : Holders(source.code, customer);
+    std::erase_if(others, [&party](const Party& one) { return one.code == party; });
+    return others;
+}
+
+/// Documents of the source code are those of the counterparty that the row is written into, as the list tells unless
+/// that is the only one with the code; where they were another one's before, the log tells it.
+/// @param holds whether the counterparty has the column of the role from now on
+void CounterpartyRegister::KeepOwner(const SourceIdentity& source, bool customer, const QString& party, bool holds) {
+    const std::vector<Party> others = OtherHolders(source, customer, party);
+    QString before = m_joined.PartyOf(customer, source.code);
+    if (before.isEmpty() || (before != party && !Exists(before))) {
+        before = others.empty() ? party : others.front().code;
     }
-    m_run.Log(QStringLiteral("CODICE DI DUE CONTROPARTI: %1: il codice '%2' è di %3 e da ora di %4, che i documenti "
-                             "trovano")
-                  .arg(m_run.RowKey(), source.code, others.front().code, code));
-    m_joined.Add(customer, source.code, code);
+    if (before != party) {
+        m_run.Log(QStringLiteral("CODICE DI DUE CONTROPARTI: %1: il codice '%2' è di %3 e da ora di %4, che i "
+                                 "documenti trovano")
+                      .arg(m_run.RowKey(), source.code, before, party));
+    }
+    if (holds && others.empty()) {
+        m_joined.Drop(customer, source.code);
+    } else {
+        m_joined.Add(customer, source.code, party);
+    }
+}
+
+/// The code that another row has taken the column of stands beside it, unless an import has made it another one's
+/// since.
+void CounterpartyRegister::KeepDisplaced(bool customer, const QString& code, const QString& party) {
+    const QString owner = m_joined.PartyOf(customer, code);
+    if (owner.isEmpty() || !Exists(owner)) {
+        m_joined.Add(customer, code, party);
+    }
 }
 
 void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& party, bool customer, Joining& joining) {
     const QString& there = customer ? party.customer : party.supplier;
     const bool has = there.compare(source.code, Qt::CaseInsensitive) == 0;
-    const bool isBeside = m_joined.PartyOf(customer, source.code) == party.code;
+    const bool isBeside = !has && m_joined.PartyOf(customer, source.code) == party.code;
+    const bool keeps = !has && KeepsCode(source, party, customer);
     const QString code = InRole(customer, source.code);
     joining.isAgain = joining.isAgain || ((has || isBeside) && !m_joinedNow.contains(code));
-    if (has) {
-        return;
-    }
-    if (!isBeside) {
+    if (!has && !isBeside) {
         m_run.Remember(m_joinedNow, code);
     }
-    if (KeepsCode(source, party, customer)) {
+    if (keeps) {
         (customer ? joining.keeps.customer : joining.keeps.supplier) = true;
-        m_joined.Add(customer, source.code, party.code);
-        return;
     }
-    m_joined.Drop(customer, source.code);
-    if (!there.isEmpty()) {
-        m_joined.Add(customer, there, party.code);
+    KeepOwner(source, customer, party.code, !keeps);
+    if (!has && !keeps && !there.isEmpty()) {
+        KeepDisplaced(customer, there, party.code);
     }
 }
 

@@ -4,8 +4,9 @@
 
 namespace contract {
 
-/// The source codes of counterparties that stand in no COCGE or COFGE, because another row that is the same
-/// counterparty has the column: SYS_IMP keeps them, and `JoinedParty` finds by them. Every operation raises `SqlError`.
+/// The source codes whose counterparty, the one that an import of the code has written last, is not the only one with
+/// it in COCGE or COFGE: another row that is the same counterparty has the column, or another counterparty has the code
+/// too. SYS_IMP keeps them, and `JoinedParty` finds by them. Every operation raises `SqlError`.
 class JoinedCodes {
 public:
     explicit JoinedCodes(ImportRun& run)
@@ -13,9 +14,9 @@ public:
 
     /// CDCON of the counterparty of a code of that role; empty when it is none of these.
     QString PartyOf(bool customer, const QString& code);
-    /// Keeps a code, unless it is kept.
+    /// Keeps a code as that of a counterparty, in place of another one.
     void Add(bool customer, const QString& code, const QString& party);
-    /// Forgets a code that has the column of its role from now on.
+    /// Forgets a code that its counterparty alone has in the column from now on.
     void Drop(bool customer, const QString& code);
     /// Forgets the codes of a counterparty of before, whose CDCON goes to a new one.
     void DropOf(const QString& party);

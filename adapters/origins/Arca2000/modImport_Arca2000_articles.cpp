@@ -187,9 +187,12 @@ struct CustomerList {
 
 CustomerList OpenList(ImportRun& run, PriceListWriter& writer, const QString& sourceCode) {
     Session& session = run.GetSession();
-    QString code;
-    QString name;
-    {
+    // Several may have the code, or the one whose it is may have another one in the column.
+    QString code = JoinedParty(session, "COCGE", sourceCode).isEmpty()
+                       ? QString()
+                       : LookUp(session, "CON_TRO", "COCGE", sourceCode, "CDCON");
+    QString name = code.isEmpty() ? QString() : LookUp(session, "CON_TRO", "CDCON", code, "CORAS");
+    if (code.isEmpty()) {
         const Recordset found = session.Quadrix.ExecuteWC("SELECT CDCON, CORAS FROM " + run.FullName("CON_TRO") +
                                                           "\rWHERE COCGE = " + run.Quoted(sourceCode));
         if (!found.Eof()) {
@@ -197,13 +200,9 @@ CustomerList OpenList(ImportRun& run, PriceListWriter& writer, const QString& so
             name = found.Value("CORAS").toString();
         }
     }
-    if (code.isEmpty()) { // another row of the same counterparty may have the column
-        code = JoinedParty(session, "COCGE", sourceCode);
-        if (code.isEmpty()) {
-            throw ImportError(
-                QStringLiteral("colonna 'codclifor': nessuna controparte ha il codice cliente '%1'").arg(sourceCode));
-        }
-        name = LookUp(session, "CON_TRO", "CDCON", code, "CORAS");
+    if (code.isEmpty()) {
+        throw ImportError(
+            QStringLiteral("colonna 'codclifor': nessuna controparte ha il codice cliente '%1'").arg(sourceCode));
     }
     const ListHead head = writer.Head(code, schema::defaults::SalesList, name);
     TargetRow customer(run, "CON_TRO");

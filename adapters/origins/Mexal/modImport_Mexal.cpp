@@ -38,8 +38,10 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
     if (!known.isEmpty()) {
         return known;
     }
-    const QString found = modImport::GetNewControparteFromCodExt(session, quoted, customer, !customer, false);
-    return found.isEmpty() ? JoinedParty(session, customer ? "COCGE" : "COFGE", code) : found;
+    const QString column = customer ? "COCGE" : "COFGE";
+    return JoinedParty(session, column, code).isEmpty()
+               ? modImport::GetNewControparteFromCodExt(session, quoted, customer, !customer, false)
+               : LookUp(session, "CON_TRO", column, code, "CDCON");
 }
 
 Rule NumberedCurrency() {
