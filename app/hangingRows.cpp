@@ -1,6 +1,7 @@
 #include "app/hangingRows.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "app/brokenReferences.h"
 #include "core/italianText.h"
 
 namespace hangingRows {
@@ -56,11 +57,36 @@ QStringList TextOf(const QString& sentence, const QList<RunResult::Emptied>& row
 
 } // namespace
 
+QStringList LeftTexts(Session& session, const QStringList& emptied) {
+    std::vector<contract::RowsToDelete> going;
+    for (const QString& table : {QStringLiteral("CON_SED"), QStringLiteral("CON_RIF"), QStringLiteral("CON_TRO")}) {
+        if (emptied.contains(table)) {
+            going.push_back({session.Quadrix.GetFullTableName(table)});
+        }
+    }
+    QStringList whole; // physical names
+    for (const QString& table : emptied) {
+        whole.append(session.Quadrix.GetFullTableName(table));
+    }
+    std::vector<brokenReferences::Broken> left = brokenReferences::LeftBy(session, going);
+    std::erase_if(left, [&whole](const brokenReferences::Broken& one) { return whole.contains(one.table); });
+    return left.empty()
+               ? QStringList()
+               : QStringList("Restano righe di altre tabelle che nominano le controparti, e passano a chi avrà "
+                             "i loro codici: " +
+                             brokenReferences::TextOf(left));
+}
+
 QStringList Texts(Session& session, const QStringList& emptied) {
+    QStringList told = emptied; // as the other sentences tell of those that hang
+    for (const Hanging& hanging : All()) {
+        told.append(hanging.table);
+    }
     return TextOf("Con le controparti vanno le righe che le importazioni vi hanno appeso",
                   Count(session, emptied, true)) +
            TextOf("Restano le righe inserite a mano, che passano a chi avrà il codice della loro controparte",
-                  Count(session, emptied, false));
+                  Count(session, emptied, false)) +
+           LeftTexts(session, told);
 }
 
 QList<RunResult::Emptied> Delete(Session& session, const QStringList& emptied) {

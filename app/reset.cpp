@@ -97,6 +97,15 @@ QStringList TablesOf(ResetOption option) {
     return tables;
 }
 
+/// The tables of all chosen options.
+QStringList TablesOf(const ResetOptions& options) {
+    QStringList tables;
+    for (const ResetGroup& group : ResetGroups()) {
+        tables += options.*group.option ? group.tables : QStringList();
+    }
+    return tables;
+}
+
 /// The rows in the tables of an option; none when it has no tables or one of them cannot be counted.
 std::optional<qint64> CountRows(ovConnection& connection, ResetOption option) {
     std::optional<qint64> rows;
@@ -112,9 +121,7 @@ std::optional<qint64> CountRows(ovConnection& connection, ResetOption option) {
 }
 
 void EmptyHanging(Session& session, EmptyingResult& result) {
-    const QStringList tables = TablesOf(&R::AnaCon);
-    result.told += hangingRows::Texts(session, tables);
-    for (const RunResult::Emptied& table : hangingRows::Delete(session, tables)) {
+    for (const RunResult::Emptied& table : hangingRows::Delete(session, TablesOf(&R::AnaCon))) {
         result.tables.append({table.table, table.rows});
     }
 }
@@ -125,11 +132,14 @@ void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& 
     progress->SetMax(StartMax + MaxPerOption * static_cast<float>(CountOf(options)));
     progress->SetValue(StartValue);
     for (const ResetGroup& group : ResetGroups()) {
+        const bool isOfParties = group.option == &R::AnaCon && options.AnaCon;
+        const QStringList told = isOfParties ? hangingRows::Texts(session, group.tables) : QStringList();
         if (options.*group.option && !EmptyGroup(session, group, *progress, result)) {
             result.outcome = RunResult::Outcome::Cancelled;
             return;
         }
-        if (options.*group.option && group.option == &R::AnaCon) {
+        if (isOfParties) {
+            result.told += told;
             EmptyHanging(session, result);
         }
     }
@@ -194,7 +204,7 @@ QStringList BesidesReset(Session& session, const ResetOptions& options) {
     const Operator::Busy busy(session.Person);
     const ovErrors::Acting acting(session.Errors, ErrorAction::Abort);
     try {
-        return options.AnaCon ? hangingRows::Texts(session, TablesOf(&R::AnaCon)) : QStringList();
+        return options.AnaCon ? hangingRows::Texts(session, TablesOf(AfterClick(options, &R::AnaCon))) : QStringList();
     } catch (const SqlError&) {
         return {};
     }

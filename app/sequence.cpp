@@ -3,6 +3,7 @@
 #include "adapters/contract/write/Cam.h"
 #include "app/confirmation.h"
 #include "app/connectSource.h"
+#include "app/hangingRows.h"
 #include "app/resultText.h"
 #include "app/sequenceRun.h"
 #include "app/truncation.h"
@@ -32,7 +33,9 @@ const QString CamEmptying = QStringLiteral("SvuotaTabelleCam");
 QString CompanyDetails(Session& session) {
     const ovErrors::Acting acting(session.Errors, ErrorAction::Abort); // a count is not worth a question
     return confirmation::CompanyLine(session) + "\nDatabase: " + confirmation::DatabaseText(session.Quadrix) + '\n' +
-           confirmation::RowsText(session.Quadrix, modImport::RowsOfTruncation(session));
+           (QStringList(confirmation::RowsText(session.Quadrix, modImport::RowsOfTruncation(session))) +
+            hangingRows::LeftTexts(session, modImport::TruncatedTables()))
+               .join('\n');
 }
 
 /// The same of the CAM database, as far as it can be looked at.
@@ -80,6 +83,7 @@ void AskAndEmpty(SequenceRun& run) {
         lines.append(EmptiedLine(table));
         rows += std::max<qint64>(table.rows, 0);
     }
+    lines += emptied.told;
     run.End(Outcome::Done, EmptiedText(emptied.tables.size(), rows), lines);
     const Answer cam = person.Ask("Attenzione: desideri svuotare anche il database del software CAM collegato?",
                                   Question::ExclamationNo, CamDetails(run));

@@ -191,6 +191,7 @@ void EmptyTables(SequenceRun& run, Triggers& triggers) {
     QStringList told;
     run.KeepStep("frmImport", [&](RunResult& account) {
         ovConnection& quadrix = run.GetSession().Quadrix;
+        told = hangingRows::Texts(run.GetSession(), EmptiedTables());
         for (const QString& table : EmptiedTables()) {
             run.Log("[Reset Tabella " + table + ']');
             const QString name = quadrix.GetFullTableName(table);
@@ -198,7 +199,6 @@ void EmptyTables(SequenceRun& run, Triggers& triggers) {
             account.emptied.append({name, quadrix.Execute("DELETE " + name)});
             rows += account.emptied.last().rows;
         }
-        told = hangingRows::Texts(run.GetSession(), EmptiedTables());
         for (const RunResult::Emptied& table : hangingRows::Delete(run.GetSession(), EmptiedTables())) {
             account.emptied.append(table);
             rows += table.rows;

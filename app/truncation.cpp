@@ -1,6 +1,7 @@
 #include "app/truncation.h"
 
 #include "app/emptying.h"
+#include "app/hangingRows.h"
 #include "sql/mod_ovTools.h"
 
 namespace modImport {
@@ -18,6 +19,7 @@ QString OfArticles(const ovConnection& connection) {
 
 void TruncateAll(Session& session, EmptyingResult& result) {
     const Operator::Busy busy(session.Person);
+    result.told = hangingRows::LeftTexts(session, TruncatedTables());
     ovConnection& connection = session.Quadrix;
     for (const QString& table : TruncatedTables()) {
         const QString name = connection.GetFullTableName(table);

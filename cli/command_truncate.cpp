@@ -1,3 +1,4 @@
+#include "app/hangingRows.h"
 #include "app/truncation.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
@@ -9,7 +10,10 @@ namespace {
 
 Report Truncate(Context& context) {
     const QString company = TakeCompanyToEmpty(context);
-    RequireYes(context.options, QStringLiteral("Si svuotano tutte le tabelle importate dell'azienda %1").arg(company));
+    const QStringList question =
+        QStringList(QStringLiteral("Si svuotano tutte le tabelle importate dell'azienda %1").arg(company)) +
+        hangingRows::LeftTexts(context.session, modImport::TruncatedTables());
+    RequireYes(context.options, question.join(u'\n'));
     return EmptyingReport(modImport::TruncateDatabase(context.session));
 }
 

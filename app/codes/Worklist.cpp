@@ -1,5 +1,6 @@
 #include "app/codes/Worklist.h"
 
+#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceRow.h"
 #include "app/codes/waiting.h"
@@ -69,6 +70,9 @@ void Worklist::ReadCodes() {
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto text = [&rows](int column) { return rows.Fields(column).Value().toString(); }; // with its blanks
         Code code{.table = text(0), .field = text(1), .oldCode = text(2), .newCode = text(3).trimmed()};
+        if (contract::IsJoinedPartyList(code.table, code.field)) {
+            continue;
+        }
         const CodeList& list = m_lists.Of(code.table, code.field);
         const QString key = PositionKey(code.table, code.field, code.oldCode);
         if ((m_origin != nullptr && !list.origins.contains(m_origin->name)) || m_positions.contains(key)) {
@@ -91,6 +95,12 @@ const Code* Worklist::Find(const QString& table, const QString& field, const QSt
 
 void Worklist::RequireList(const QString& table, const QString& field) const {
     const auto isOf = [key = KeyOf(table, field)](const Code& code) { return KeyOf(code.table, code.field) == key; };
+    if (contract::IsJoinedPartyList(table, field)) {
+        throw ImportError(
+            QStringLiteral("'%1.%2' non è da tradurre: è l'elenco delle importazioni, di quale controparte "
+                           "è un codice della sorgente che in CON_TRO non basta a dirlo")
+                .arg(table, field));
+    }
     if (!m_lists.Knows(table, field) && std::none_of(m_codes.begin(), m_codes.end(), isOf)) {
         const QString name = table + u'.' + field;
         throw ImportError(

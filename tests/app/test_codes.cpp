@@ -178,6 +178,9 @@ private slots:
         Row("a list that nobody asks for",
             codes::Change{.table = "anagrafe", .field = "pga", .oldCode = "1", .newCode = "RD"},
             "nessuna origine chiede i codici di 'anagrafe.pga': forse 'anagrafe.pag'");
+        Row("whose a code is, as imports keep it",
+            codes::Change{.table = "X01_CON_TRO", .field = "COCGE", .oldCode = "1", .newCode = "000002"},
+            "'X01_CON_TRO.COCGE' non è da tradurre");
     }
     void refusals() {
         QFETCH(codes::Change, change);
@@ -230,6 +233,7 @@ private slots:
         for (const QString& code : odd) {
             test.Wait("anagrafe", "pag", code, "RD");
         }
+        test.Wait("X02_CON_TRO", "COCGE", "C1", "000001"); // kept by imports, and nobody's to translate
         Worklist worklist(test.Get(), nullptr);
         const QString path = test.Folder.filePath(name);
         codes::WriteFile(worklist, worklist.Codes(), path);

@@ -187,10 +187,14 @@ private slots:
                                 "'CON_TRO', '000002', 'MARIO'", "'TAB_AGE', '01', 'SYSTEM_IMPORT'"}) {
             target.Execute(QString("INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, USINS) VALUES (%1)").arg(row));
         }
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
+        target.Execute("INSERT INTO X01_ART_FOR (CDCON) VALUES ('000001')");
         const QStringList told{
             "Con le controparti vanno le righe che le importazioni vi hanno appeso: 2 (X01_NUM_TEL: 2)",
             "Restano le righe inserite a mano, che passano a chi avrà il codice della loro "
-            "controparte: 1 (X01_NUM_TEL: 1)"};
+            "controparte: 1 (X01_NUM_TEL: 1)",
+            "Restano righe di altre tabelle che nominano le controparti, e passano a chi avrà i loro codici: "
+            "X01_ART_FOR (CDCON): 1"};
         QCOMPARE(BesidesReset(target.Get(), Named("AnaCon")), told);
         QCOMPARE(BesidesReset(target.Get(), Named("AnaArt")), QStringList());
         const EmptyingResult result = ResetDatabase(target.Get(), Named("AnaCon"));
