@@ -6,7 +6,9 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PartyColumns.h"
+#include "adapters/contract/map/lookups.h"
 #include "adapters/sourceSettings.h"
+#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -27,28 +29,40 @@ const QString ArticoliTable = QStringLiteral("Articoli");
 
 // --- Counterparties -----------------------------------------------------------------------------------------------
 
-/// A VAT number as Quadrix keeps it. An Italian one, with "IT" in front or of somebody in Italy: its digits alone,
-/// those of 7 to 10 digits with zeros in front to 11. One of another country, with two other letters in front or of
-/// somebody elsewhere: the text without surrounding blanks, in upper case. Empty for a blank one.
-QString FormatPartitaIvaAxis(const QString& number, bool isInItaly) {
+/// A VAT number as Quadrix keeps it. An Italian one, with "IT" in front or of somebody not known to be elsewhere: its
+/// digits alone, those of 7 to 10 digits with zeros in front to 11. One of another country, with two other letters in
+/// front or of somebody elsewhere: the text without surrounding blanks, in upper case. Empty for a blank one.
+QString FormatPartitaIvaAxis(const QString& number, bool isItalian) {
     constexpr int shortest = 7;
     constexpr int length = 11;
     const auto isLetter = [](QChar one) { return one >= u'A' && one <= u'Z'; };
     QString text = number.trimmed().toUpper();
     const bool hasPrefix = text.size() > 1 && isLetter(text.at(0)) && isLetter(text.at(1));
-    if (hasPrefix ? !text.startsWith(u"IT") : !isInItaly) {
+    if (hasPrefix ? !text.startsWith(u"IT") : !isItalian) {
         return text;
     }
     text.removeIf([](QChar one) { return one < u'0' || one > u'9'; });
     return text.size() < shortest ? text : text.rightJustified(length, u'0');
 }
 
+/// Whether a country that the rule of countries has found is another one than Italy: what no translation tells and
+/// TAB_NAZ does not have, such as a number of the program's own, is not known to be one.
+bool IsKnownAbroad(const RuleInput& input, const RuleValue& found) {
+    if (!found || found->toString() == schema::defaults::Country) {
+        return false;
+    }
+    const QString code = found->toString();
+    return modImport::GetNewCode(input.session, Anagrafiche, "Nazione", input.row.Text("Nazione"), false) == code ||
+           IsThere(input.session, "TAB_NAZ", "CDNAZ", code);
+}
+
 Rule VatNumber() {
-    return {"come la scrive FormatPartitaIvaAxis, di un italiano se Nazione è l'Italia o vuota; niente se è vuota",
+    return {"come la scrive FormatPartitaIvaAxis, di un italiano salvo che Nazione sia un altro paese, tradotto o in "
+            "TAB_NAZ; niente se è vuota",
             [country = Country(Anagrafiche, "Nazione").apply](const RuleInput& input) {
                 const RuleValue found = country({input.session, input.row, {"Nazione"}, input.facts});
-                const bool isInItaly = found && found->toString() == schema::defaults::Country;
-                const QString number = FormatPartitaIvaAxis(input.row.Text(input.columns.first()), isInItaly);
+                const bool isItalian = !IsKnownAbroad(input, found);
+                const QString number = FormatPartitaIvaAxis(input.row.Text(input.columns.first()), isItalian);
                 return number.isEmpty() ? RuleValue() : RuleValue(number);
             }};
 }
