@@ -162,7 +162,7 @@ private slots:
         PartiesTrial trial;
         for (const char* code : {"C1", "C2"}) {
             trial.Source(code);
-            trial.Change(code, "NOME = 'Rossi'");
+            trial.Change(code, code[1] == '1' ? "NOME = 'Rossi'" : "NOME = 'Rossi filiale'");
         }
         trial.Import();
         trial.Change("C1", "IVA = '11111111115'");

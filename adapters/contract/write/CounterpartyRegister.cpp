@@ -185,7 +185,11 @@ QString FindByIdentity(Session& session, const QString& vatNumber, const QString
 }
 
 QString CounterpartyRegister::FindSame(const SourceIdentity& source) const {
-    const QString code = FindByIdentity(m_run.GetSession(), source.vatNumber, source.taxCode);
+    QString code = FindByIdentity(m_run.GetSession(), source.vatNumber, source.taxCode);
+    if (code.isEmpty()) { // the source may have corrected the number in every row of a counterparty
+        const QString vat = IdentifyingNumber(source.vatNumber);
+        code = m_corrected.value(vat.isEmpty() ? IdentifyingNumber(source.taxCode) : vat);
+    }
     if (!code.isEmpty()) {
         TellMerge(source, code);
     }
@@ -345,6 +349,7 @@ QString CounterpartyRegister::FindByCode(const SourceIdentity& source) const {
         if (!IdentityOf(*before).IsCalledLike(identity)) {
             TellDifferent(source, *before, true);
         }
+        RememberNumbers(source, before->code);
         return before->code;
     }
     // Two origins may well have the same codes: who has other numbers is another one, of whom nothing is to be told.
@@ -352,6 +357,16 @@ QString CounterpartyRegister::FindByCode(const SourceIdentity& source) const {
         TellDifferent(source, *unsure, false);
     }
     return {};
+}
+
+/// Other rows of the run with the numbers of a source row are the counterparty that this one is by its code and name,
+/// and which keeps the number that it has.
+void CounterpartyRegister::RememberNumbers(const SourceIdentity& source, const QString& code) const {
+    for (const QString& number : {IdentifyingNumber(source.vatNumber), IdentifyingNumber(source.taxCode)}) {
+        if (!number.isEmpty()) {
+            m_corrected.insert(number, code);
+        }
+    }
 }
 
 /// What becomes of a source row whose code an earlier row had, which was another counterparty.

@@ -135,6 +135,7 @@ private:
     std::vector<Party> Parties(const QString& column, const QString& code) const;
     std::vector<Party> Holders(const QString& code, bool customer) const;
     std::vector<Party> OfSourceCode(const SourceIdentity& source, bool customer) const;
+    void RememberNumbers(const SourceIdentity& source, const QString& code) const;
     std::optional<Party> Find(const QString& code) const;
     QString OfAnother(const SourceIdentity& source, const Party& party) const;
     std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
@@ -157,6 +158,7 @@ private:
     QSet<size_t> m_met;                 ///< hashes of the roles and codes of the rows so far
     bool m_again = false;               ///< whether the row under way has one of them
     mutable JoinedCodes m_joined;
+    mutable QHash<QString, QString> m_corrected; ///< CDCON by numbers of rows that are its by code and name alone
     mutable std::optional<HeldCode> m_held; ///< as it was read for the row under way, of which nothing is written yet
     QSet<QString> m_joinedNow;              ///< roles and codes that the run has given to counterparties
     QHash<QString, MetMarks> m_metMarks;    ///< by CDCON, of the rows of the run so far
