@@ -42,13 +42,14 @@ bool IsOne(const QString& text) { return mod_ovTools::ReadNumber(text) == 1; }
 bool IsAppConfigOn(Session& session, const QString& section, const QString& key, const QString& defaultValue) {
     const QString text = GetAppConfig(session, section, key, defaultValue);
     const auto number = text.trimmed().isEmpty() ? 0 : mod_ovTools::ReadNumber(text);
-    if (number != 0 && number != 1) {
+    const bool isOn = number == 1;
+    if (!isOn && number != 0) {
         throw ImportError(
             QStringLiteral("chiave %1, sezione [%2] di '%3': '%4' non è 1 (sì) né 0 (no); un commento è una "
                            "riga a sé")
                 .arg(key, section, QDir::toNativeSeparators(session.Config.ConfigFile()), text));
     }
-    return number == 1;
+    return isOn;
 }
 
 void SetAppConfig(Session& session, const QString& section, const QString& key, const QString& value) {

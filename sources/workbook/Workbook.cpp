@@ -77,7 +77,7 @@ std::unique_ptr<Workbook> OpenWorkbook(const QString& path, const QString& codeP
 QList<int> PlacedSheets(const Workbook& workbook) {
     QList<int> sheets(workbook.Sheets().size());
     std::iota(sheets.begin(), sheets.end(), 0);
-    std::ranges::stable_partition(sheets, [&workbook](int sheet) { return !workbook.IsHidden(sheet); });
+    std::stable_partition(sheets.begin(), sheets.end(), [&workbook](int sheet) { return !workbook.IsHidden(sheet); });
     return sheets;
 }
 
