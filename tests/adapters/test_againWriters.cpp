@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Bill.h"
 #include "adapters/contract/write/Document.h"
+#include "adapters/contract/write/FreeAttribute.h"
 #include "adapters/contract/write/PriceList.h"
 #include "adapters/contract/write/Stock.h"
 #include "tests/support/errorOf.h"
@@ -366,6 +367,21 @@ private slots:
                   .join(' '),
               "written");
         QVERIFY(target.Left().isEmpty());
+    }
+
+    /// Of several rows of an article, as a sheet has them for its suppliers, one tells the attribute.
+    void anAttributeThatTheRunHasWrittenStays() {
+        WritersTarget target;
+        const QString attributes = "SELECT FLFLD, FLVAL FROM X01_FLD_VAL ORDER BY FLFLD";
+        FreeAttributeWriter first(target.Run);
+        first.Write({"ART_ICO", "VITE", "Lega", "S235"});
+        first.Write({"ART_ICO", "VITE", "lega", ""});
+        first.Write({"ART_ICO", "VITE", "Colore", "rosso"});
+        QCOMPARE(target.Rows(attributes), QStringList({"Colore|rosso", "Lega|S235"}));
+        FreeAttributeWriter again(target.Run);
+        again.Write({"ART_ICO", "VITE", "Lega", ""});
+        again.Write({"ART_ICO", "VITE", "Colore", "blu"});
+        QCOMPARE(target.Rows(attributes), QStringList{"Colore|blu"});
     }
 
     /// What another kind of stock of the module has, and what is another's, is none that is left.

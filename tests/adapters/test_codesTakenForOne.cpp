@@ -85,7 +85,7 @@ const std::array Cases{
          "SELECT CDCOD FROM X01_ART_COD", false},
     Case{"attributes",
          [](ImportRun& run, const QString& code) {
-             WriteFreeAttribute(run, {"ART_ICO", "VITE", code, "valore"});
+             FreeAttributeWriter(run).Write({"ART_ICO", "VITE", code, "valore"});
          },
          "SELECT FLFLD FROM X01_FLD_VAL", false},
 };

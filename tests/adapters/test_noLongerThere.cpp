@@ -42,6 +42,12 @@ private slots:
         Row("code at a supplier that is none of the article any more", "modImport_OS1", "ImportArticoliOS1",
             "DELETE FROM ARTFORN WHERE CodFornitore = '124' AND Codice = 'te-100'",
             "CODICI: articolo 'TE-100', 'VR-1' di '000126': 1 rimane in Quadrix");
+        Row("code of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET CodiceBarre = NULL",
+            "CODICI: articolo 'TE-100', '8001234567890': 1 rimane in Quadrix");
+        Row("location of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET Ubicazione = NULL",
+            "UBICAZIONI: articolo 'TE-100', 'A-01-3': 1 rimane in Quadrix");
+        Row("text in another language", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTLIN",
+            "TESTI: articolo 'TE-100', lingua 'EN': 1 rimane in Quadrix");
         Row("attribute", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTCAR",
             "ATTRIBUTI: 'COLORE' di 'TE-100': 1 rimane in Quadrix");
         Row("price of an article", "modImport_Gescom", "ImportListiniGescom",
@@ -50,6 +56,8 @@ private slots:
         Row("balance", "modImport_VS", "ImportSaldiVSP",
             "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
+        Row("sheets of which there are none", "modImport_Lantek24", "ImportInventarioLantek24",
+            "UPDATE WWHH_IIVV_00000100 SET StockQ = 0", "GIACENZE: movimento");
         Row("balances of a warehouse that is empty", "modImport_AdHoc", "ImportInventarioAhr",
             "UPDATE SALDIART SET SLQTAPER = 0 WHERE SLCODMAG = '002'", "magazzino '002': 1 rimane in Quadrix");
     }
@@ -83,6 +91,59 @@ private slots:
                     QStringList());
             }
         }
+    }
+
+    /// Columns of a sheet are called as those of Quadrix, with their table before a point.
+    void WhatASheetHasNoMoreIsTold() {
+        const QString module = "modImport_Excel";
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        fixture.Target().Execute(
+            "INSERT INTO X01_ART_COD (CDART, CDCOD, COTIP, COTPC, COCON, USINS) SELECT MAX(CDART), "
+            "'PRIMA', 'C', 'PER', '000001', 'SYSTEM_IMPORT' FROM X01_ART_ICO WHERE USINS = "
+            "'SYSTEM_IMPORT'");
+        fixture.Target().Execute("INSERT INTO X01_UBI_ART (CDART, CDUBI, UADEF, USINS) SELECT '7', 'PRIMA', 1, USINS "
+                                 "FROM X01_ART_COD WHERE CDCOD = 'PRIMA'");
+        fixture.RunLine("ImportArticoliExcel");
+        const QString log = QString::fromLatin1(fixture.Target().Log()).section("Inizio", -1);
+        QVERIFY2(log.contains("CODICI NON PIÙ NELL'ORIGINE") && log.contains("'PRIMA' di '000001'"), qPrintable(log));
+        QVERIFY2(log.contains("UBICAZIONI NON PIÙ NELL'ORIGINE"), qPrintable(log));
+    }
+
+    void WhatMayBeOfAnotherOriginIsNotTold_data() {
+        Columns<QString, QString, QString, QString, QString>("module", "procedure", "table", "change", "told");
+        Row("codes", "modImport_OS1", "ImportArticoliOS1", "X01_ART_ICO", "UPDATE ARTICOLI SET CodiceBarre = NULL",
+            "articoli");
+        Row("attributes", "modImport_BMS", "ImportArticoliBMS", "X01_ART_ICO", "DELETE FROM LGARTCAR", "attributi");
+        Row("bills", "modImport_OSL", "ImportDistinteOSL", "X01_DIS_BAS", "DELETE FROM DISTINTA WHERE PADRE = 'te-100'",
+            "distinte");
+        Row("prices", "modImport_Gescom", "ImportListiniGescom", "X01_LIS_TES",
+            "DELETE FROM LISTINI WHERE CDLISTIN = 'L1' AND DILISTIN LIKE '2025%'", "prezzi");
+    }
+    /// An import knows of what it wrote only that an import did; one line tells that another origin writes here too.
+    void WhatMayBeOfAnotherOriginIsNotTold() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, procedure);
+        QFETCH(const QString, table);
+        QFETCH(const QString, change);
+        QFETCH(const QString, told);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        const QString own = "SELECT TBOLD FROM SYS_IMP WHERE TBFLD = 'MODULO' AND TBNAM = '" + table + "'";
+        QCOMPARE(fixture.Target().Rows(own), QStringList{module});
+        const auto another = [&] {
+            fixture.Target().Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('" + table +
+                                     "', 'MODULO', 'modImport_Altra', 'modImport_Altra')");
+        };
+        another();
+        fixture.ChangeSource(change);
+        fixture.RunLine(procedure);
+        const QString log = QString::fromLatin1(fixture.Target().Log()).section("Inizio", -1);
+        QVERIFY2(!log.contains("NON PI") && log.contains("RIMANENZE NON CERCATE: " + told) &&
+                     log.contains("modImport_Altra"),
+                 qPrintable(log));
+        fixture.RunLine(procedure + " reset");
+        QCOMPARE(fixture.Target().Rows(own), QStringList{module}); // what the other one has written is gone
     }
 
     /// A production order has no code of its own in Quadrix: another day and quantity of one are no other order.
@@ -183,14 +244,9 @@ private slots:
         Row("codes of an article, of which one goes to another", "modImport_OS1", "ImportArticoliOS1",
             "UPDATE ARTICOLI SET CodiceBarre = CASE Codice WHEN 'TE-200' THEN '8001234567890' END; UPDATE ARTFORN SET "
             "CodArtFornitore = 'VR-3' WHERE CodArtFornitore = 'VR-1'",
-            codes, "TE-100|AS-77\nTE-100|VR-3\nTE-200|8001234567890\nTE-200|VR-2");
-        Row("location of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET Ubicazione = NULL",
-            "CDUBI, UADEF FROM X01_UBI_ART", "A-01-3|false");
-        Row("supplier of an article", "modImport_OS1", "ImportArticoliOS1",
-            "DELETE FROM ARTFORN; UPDATE ARTICOLI SET CodFornitore = NULL", "COUNT(*), SUM(AFABI) FROM X01_ART_FOR",
-            "3|0");
-        Row("text in another language", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTLIN",
-            "COUNT(*) FROM SYS_LNG WHERE LNLNG = 'EN'", "0");
+            codes, "TE-100|AS-77\nTE-100|VR-1\nTE-100|VR-3\nTE-200|8001234567890\nTE-200|VR-2");
+        Row("attribute without the column of values", "modImport_BMS", "ImportArticoliBMS",
+            "[COLONNE]\nLGARTCAR.VALORE=\n", "COUNT(*) FROM X01_FLD_VAL WHERE FLVAL <> ''", "1");
         Row("attribute", "modImport_BMS", "ImportArticoliBMS", "UPDATE LGARTCAR SET VALORE = ' '",
             "COUNT(*) FROM X01_FLD_VAL", "0");
         Row("price up to a quantity that is another now", "modImport_Gescom", "ImportListiniGescom",
@@ -209,7 +265,7 @@ private slots:
         Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
         fixture.Run();
         for (const QString& one : change.split("; ")) {
-            fixture.ChangeSource(one);
+            one.startsWith('[') ? fixture.WriteLayout(one) : fixture.ChangeSource(one);
         }
         fixture.RunLine(procedure);
         QTEST(fixture.Target().Rows("SELECT " + columns).join('\n'), "written");

@@ -81,7 +81,7 @@ private slots:
         QCOMPARE(result.sourceRows, 1);
         QVERIFY2(result.inserted == 1, qPrintable(result.givenUp.value(0).reason + result.errors.join(' ')));
         QCOMPARE(company.Rows(query), QStringList(row));
-        QCOMPARE(company.Rows("SELECT TBFLD, TBOLD FROM SYS_IMP").join(u'\n'), QString());
+        QCOMPARE(company.Rows("SELECT TBFLD, TBOLD FROM SYS_IMP WHERE TBFLD <> 'MODULO'").join(u'\n'), QString());
         for (const char* trouble : {"SCONOSCIUTA", "NON TROVAT", "MANCANO", "COLONNE"}) {
             QVERIFY2(!company.Log().contains(trouble), company.Log().constData());
         }

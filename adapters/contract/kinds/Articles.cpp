@@ -118,6 +118,7 @@ public:
         : Importer(run),
           m_kind(std::move(kind)),
           m_writer(run),
+          m_attributes(run),
           m_remains(run) {}
 
     QString Condition() const override {
@@ -151,9 +152,9 @@ private:
 
     std::shared_ptr<const ArticlesKind> m_kind;
     ArticleWriter m_writer;
+    FreeAttributeWriter m_attributes;
     ArticleRemains m_remains;
-    bool m_tellsSuppliers = false; ///< whether the source has the columns that tell them
-    QString m_last;                ///< CDART of the article carried over last
+    QString m_last; ///< CDART of the article carried over last
 };
 
 /// Whether the source has the columns that a field reads, of a table or of those joined with it.
@@ -175,11 +176,14 @@ public:
     }
 
 private:
+    /// A sheet may have a point in the name of a column: then it is no alias that stands before it.
     bool AreIn(const QStringList& tables, const Field& field) {
-        const QStringList columns = BareColumns(field.Columns().join(QStringLiteral(", ")));
+        const QStringList columns = field.Columns();
         return std::all_of(columns.begin(), columns.end(), [&](const QString& column) {
-            return std::any_of(tables.begin(), tables.end(),
-                               [&](const QString& table) { return Of(table).contains(column, Qt::CaseInsensitive); });
+            const QString bare = BareColumns(column).value(0);
+            return std::any_of(tables.begin(), tables.end(), [&](const QString& table) {
+                return Of(table).contains(column, Qt::CaseInsensitive) || Of(table).contains(bare, Qt::CaseInsensitive);
+            });
         });
     }
     const QStringList& Of(const QString& table) {
@@ -215,12 +219,11 @@ void ArticleImporter::LookAtSource() {
             hasInternal = hasInternal && has;
         }
     }
-    m_tellsSuppliers = !declared.suppliers.empty();
     for (const SupplierOfArticle& each : declared.suppliers) {
-        m_tellsSuppliers = m_tellsSuppliers && columns.Has(each.rows, each.supplier);
         if (each.ownCode.IsSet()) {
             ++ofCounterparties;
-            hasOfCounterparties = hasOfCounterparties && columns.Has(each.rows, each.ownCode);
+            hasOfCounterparties =
+                hasOfCounterparties && columns.Has(each.rows, each.supplier) && columns.Has(each.rows, each.ownCode);
         }
     }
     const bool hasTexts = std::all_of(declared.languages.begin(), declared.languages.end(),
@@ -270,6 +273,9 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     WriteChildren(row, facts.code);
     if (declared.after) {
         declared.after(Run(), row, facts.code);
+    }
+    if (declared.attributes) {
+        declared.attributes(Run(), m_attributes, row, facts.code);
     }
     m_remains.RowEnds(facts.code);
     Run().Restores(m_last);
@@ -340,13 +346,12 @@ void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article
             }
             links.Add(LinkOf(one, each, supplier, isFirst));
             isFirst = false;
-            m_remains.ShowsCounterparty(article, supplier);
             if (const QString code = each.ownCode.Text(session, one); !code.isEmpty()) {
                 WriteCode(article, code, supplier, DescriptionThere(one, each.ownDescription));
             }
         });
     }
-    if (article != m_last && m_tellsSuppliers) {
+    if (article != m_last) {
         links.Close();
     }
 }

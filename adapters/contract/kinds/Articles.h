@@ -2,6 +2,7 @@
 
 #include "adapters/contract/kinds/ImportTable.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/FreeAttribute.h"
 
 namespace contract {
 
@@ -81,6 +82,8 @@ struct Articles {
     std::function<void(ImportRun&, const SourceRow&)> each = {};
     /// Writes what hangs on the article beyond the declaration. @param article its CDART
     std::function<void(ImportRun&, const SourceRow&, const QString& article)> after = {};
+    /// Writes the free attributes of the article. @param article its CDART
+    std::function<void(ImportRun&, FreeAttributeWriter&, const SourceRow&, const QString& article)> attributes = {};
     Needs further = {}; ///< what the hooks read and write
 };
 

@@ -58,10 +58,12 @@ RowOutcome WriteLocation(ImportRun& run, const Locations& declared, const Source
 
 class StockRows final : public Importer {
 public:
-    StockRows(ImportRun& run, EachBalance row)
+    StockRows(ImportRun& run, EachBalance row, const StockLine& like)
         : Importer(run),
           m_row(std::move(row)),
-          m_stock(run) {}
+          m_stock(run) {
+        m_stock.WritesLike(like);
+    }
     RowOutcome Row(const SourceRow& row) override { return m_row(Run(), m_stock, row); }
     bool End() override {
         m_stock.TellRowsLeft();
@@ -75,8 +77,10 @@ private:
 
 } // namespace
 
-MakeImporter ImportingStock(EachBalance row) {
-    return [row = std::move(row)](ImportRun& run, const QString&) { return std::make_unique<StockRows>(run, row); };
+MakeImporter ImportingStock(EachBalance row, const StockLine& like) {
+    return [row = std::move(row), like](ImportRun& run, const QString&) {
+        return std::make_unique<StockRows>(run, row, like);
+    };
 }
 
 Frame FrameOf(const Balances& declared) {

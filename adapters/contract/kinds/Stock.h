@@ -30,9 +30,10 @@ struct Locations {
 };
 
 /// What carries one row over where an origin writes its balances by a hand of its own, such as those of sheets. In the
-/// end what earlier imports have left is told.
+/// end what earlier imports have left of that kind is told.
+/// @param like a balance such as the origin writes, see `StockWriter::WritesLike`
 using EachBalance = std::function<RowOutcome(ImportRun&, StockWriter&, const SourceRow&)>;
-MakeImporter ImportingStock(EachBalance row);
+MakeImporter ImportingStock(EachBalance row, const StockLine& like);
 
 /// The declaration as part of a procedure, and what the procedure tells of itself: see `ProcedureOf`.
 ImportPart PartOf(const Balances& declared);

@@ -363,6 +363,7 @@ void SupplierLinks::Add(const SupplierLink& link) {
         there->hasCome = true;
         Rewrite(*there, link);
     }
+    m_hasPreferred = m_hasPreferred || link.preferred;
 }
 
 void SupplierLinks::Insert(const SupplierLink& link) const {
@@ -403,10 +404,9 @@ void SupplierLinks::Rewrite(const There& there, const SupplierLink& link) const 
     }
 }
 
-void SupplierLinks::Close() {
-    ReadThere();
+void SupplierLinks::Close() const {
     for (const There& there : m_there) {
-        if (there.isPreferred && there.isByImport && !there.hasCome) {
+        if (m_hasPreferred && there.isPreferred && there.isByImport && !there.hasCome) {
             TargetRow row(m_run, LinkTable);
             row.Set("AFABI", false);
             row.Update(QStringLiteral("WHERE RECORD_ID = ") + there.id);

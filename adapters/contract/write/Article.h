@@ -115,9 +115,9 @@ public:
     /// Links a supplier. A link that an import has written is rewritten, one that somebody has entered stays as it is,
     /// and so does that of a supplier who has come already.
     void Add(const SupplierLink& link);
-    /// Behind the last supplier, also where the source has none any more: those that an import has linked and that have
-    /// not come are no longer the preferred one.
-    void Close();
+    /// Behind the last supplier: where a preferred one came, those that an import has linked and that have not come
+    /// are it no longer.
+    void Close() const;
 
 private:
     /// A link that was there before.
@@ -138,6 +138,7 @@ private:
     bool m_isRead = false;
     std::vector<There> m_there;
     QStringList m_new; ///< suppliers
+    bool m_hasPreferred = false;
 };
 
 } // namespace contract

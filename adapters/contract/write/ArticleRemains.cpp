@@ -1,7 +1,6 @@
 #include "adapters/contract/write/ArticleRemains.h"
 
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
@@ -20,6 +19,8 @@ QString KeyOf(const QString& article) { return mod_ovTools::UpperChars(article);
 
 bool IsSameText(const QString& one, const QString& other) { return one.compare(other, Qt::CaseInsensitive) == 0; }
 
+size_t DigestOf(const QString& code) { return qHash(mod_ovTools::UpperChars(code)); }
+
 } // namespace
 
 void ArticleRemains::Begin(const Told& told) { m_told = m_run.IsPart() ? Told() : told; }
@@ -29,6 +30,7 @@ bool ArticleRemains::LooksAtAny() const {
 }
 
 void ArticleRemains::RowBegins(const QString& article) {
+    m_modules.Keep();
     if (!LooksAtAny()) {
         return;
     }
@@ -69,8 +71,7 @@ void ArticleRemains::ReadCodes(Remains& into) const {
         if (isInternal && m_told.internalCodes) {
             into.all.push_back({Kind::InternalCode, row.Text("RECORD_ID"), row.Text("CDCOD")});
         } else if (!isInternal && m_told.counterpartyCodes && !row.IsBlank("COCON")) {
-            into.all.push_back(
-                {Kind::CounterpartyCode, row.Text("RECORD_ID"), row.Text("CDCOD"), row.Text("COCON"), false});
+            into.all.push_back({Kind::CounterpartyCode, row.Text("RECORD_ID"), row.Text("CDCOD"), row.Text("COCON")});
         }
     }
 }
@@ -123,16 +124,8 @@ void ArticleRemains::Shows(const QString& article, const QString& code, const QS
     Found(article, [&](const Remain& one) {
         return one.kind == kind && IsSameCode(one.what, code) && IsSameText(one.counterparty, counterparty);
     });
-    ShowsCounterparty(article, counterparty);
-}
-
-void ArticleRemains::ShowsCounterparty(const QString& article, const QString& counterparty) {
-    const auto left = m_left.find(KeyOf(article));
-    if (left == m_left.end()) {
-        return;
-    }
-    for (Remain& one : left->second.all) {
-        one.isReplaced = one.isReplaced || IsSameText(one.counterparty, counterparty);
+    if (m_told.internalCodes && kind == Kind::InternalCode) {
+        m_run.Remember(m_codes, DigestOf(code));
     }
 }
 
@@ -145,10 +138,15 @@ void ArticleRemains::ShowsLocation(const QString& article) {
 }
 
 void ArticleRemains::Close() {
+    const bool isAlone = !LooksAtAny() || m_modules.IsAlone(QStringLiteral("articoli"));
     for (const auto& [key, remains] : std::exchange(m_left, {})) {
+        const bool isWhole = !m_begun.contains(key); // else a row that was given up may have shown it
         for (const Remain& remain : remains.all) {
-            const bool goes = remain.isReplaced && !m_begun.contains(key);
-            goes ? TakeAway(remains.article, remain) : Tell(remains.article, remain);
+            if (remain.kind == Kind::InternalCode && isWhole && m_codes.contains(DigestOf(remain.what))) {
+                TakeOff(remains.article, remain);
+            } else if (isAlone) {
+                Tell(remains.article, remain);
+            }
         }
     }
 }
@@ -175,28 +173,10 @@ void ArticleRemains::Tell(const QString& article, const Remain& remain) const {
     }
 }
 
-void ArticleRemains::TakeAway(const QString& article, const Remain& remain) const {
-    const QString row = QStringLiteral("RECORD_ID = ") + remain.id;
-    const QString line = QStringLiteral("%1: articolo '%2': l'origine non ha più %3");
-    switch (remain.kind) {
-    case Kind::InternalCode:
-    case Kind::CounterpartyCode:
-        m_run.DeleteRows(Codes, row);
-        m_run.Log(line.arg(QStringLiteral("CODICE TOLTO"), article, CodeText(remain.what, remain.counterparty)));
-        return;
-    case Kind::Text:
-        m_run.DeleteRows(Languages, row);
-        m_run.Log(line.arg(QStringLiteral("TESTO TOLTO"), article,
-                           QStringLiteral("la descrizione in '%1'").arg(remain.what)));
-        return;
-    case Kind::Location:
-        TargetRow location(m_run, Locations);
-        location.Set("UADEF", false);
-        location.Update(QStringLiteral("WHERE ") + row);
-        m_run.Log(line.arg(QStringLiteral("UBICAZIONE TOLTA"), article,
-                           QStringLiteral("'%1', che vi resta ma non è più quella consueta").arg(remain.what)));
-        return;
-    }
+void ArticleRemains::TakeOff(const QString& article, const Remain& code) const {
+    m_run.DeleteRows(Codes, QStringLiteral("RECORD_ID = ") + code.id);
+    m_run.Log(QStringLiteral("CODICE TOLTO: articolo '%1': l'origine ha dato '%2' a un altro articolo")
+                  .arg(article, code.what));
 }
 
 } // namespace contract

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/write/ImportingModules.h"
 
 #include <QSet>
 
@@ -9,8 +9,9 @@
 namespace contract {
 
 /// What earlier imports have hung on articles, and the source no longer shows: their further codes, their texts in
-/// other languages, their default location. It is found article by article while the source is read, and taken away
-/// behind the last row. What somebody has entered stays. Every operation raises `SqlError`.
+/// other languages, their default location. It is found article by article while the source is read, and told behind
+/// the last row: it stays. Where another module imports articles too nothing is told, as it may be of that one. What
+/// somebody has entered is not looked at. Every operation raises `SqlError`.
 class ArticleRemains {
 public:
     /// What the source tells of its articles; the rest is not looked at.
@@ -22,7 +23,8 @@ public:
     };
 
     explicit ArticleRemains(ImportRun& run)
-        : m_run(run) {}
+        : m_run(run),
+          m_modules(run, QStringLiteral("ART_ICO")) {}
 
     /// A run that takes some of the source rows alone leaves everything as it is.
     void Begin(const Told& told);
@@ -30,14 +32,12 @@ public:
     void RowBegins(const QString& article);
     /// What the row shows of its article. @param counterparty CDCON; empty for a code of the company's own
     void Shows(const QString& article, const QString& code, const QString& counterparty);
-    /// The same of a counterparty that it names, whether or not with a code.
-    void ShowsCounterparty(const QString& article, const QString& counterparty);
     void ShowsText(const QString& article, const QString& language);
     void ShowsLocation(const QString& article);
     /// The row is carried over.
     void RowEnds(const QString& article);
-    /// Behind the last row: what no row has shown goes, and is logged. What may have been in a row that was given up is
-    /// told only, and so is the code at a counterparty that the source does not name with the article any more.
+    /// Behind the last row: tells what no row has shown. A code of the company's own that the run has written to
+    /// another article is taken off the one that had it, and logged.
     void Close();
 
 private:
@@ -47,7 +47,6 @@ private:
         QString id;   ///< RECORD_ID
         QString what; ///< code, language, location
         QString counterparty = {};
-        bool isReplaced = true; ///< whether the source tells otherwise now, rather than nothing
     };
     struct Remains {
         QString article; ///< CDART
@@ -61,13 +60,15 @@ private:
     template<class Condition>
     void Found(const QString& article, Condition condition);
     void Tell(const QString& article, const Remain& remain) const;
-    void TakeAway(const QString& article, const Remain& remain) const;
+    void TakeOff(const QString& article, const Remain& code) const;
 
     ImportRun& m_run;
+    ImportingModules m_modules;
     Told m_told;
     QSet<QString> m_read;              ///< articles, in capitals
     std::map<QString, Remains> m_left; ///< by the same
     QHash<QString, int> m_begun;       ///< by the same: rows that have not ended
+    QSet<size_t> m_codes;              ///< codes of the company's own that the run has written, in digests
 };
 
 } // namespace contract

@@ -60,6 +60,7 @@ qint64 BillWriter::Find(const BillHead& head) const {
 RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
+    m_modules.Keep();
     m_quantities.clear();
     m_phases.clear();
     m_firstPhase = 0;
@@ -217,7 +218,7 @@ void BillWriter::TellComponentsLeft() {
 }
 
 void BillWriter::TellBillsLeft() {
-    if (m_run.IsPart()) {
+    if (m_run.IsPart() || !m_modules.IsAlone(QStringLiteral("distinte"))) {
         return;
     }
     Session& session = m_run.GetSession();

@@ -3,6 +3,7 @@
 #include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/run/ImportRun.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/ImportingModules.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -61,7 +62,8 @@ struct Component {
 class BillWriter {
 public:
     explicit BillWriter(ImportRun& run)
-        : m_run(run) {}
+        : m_run(run),
+          m_modules(run, QStringLiteral("DIS_BAS")) {}
 
     /// Whether the article is there.
     bool HasArticle(const QString& article) const;
@@ -99,7 +101,8 @@ public:
     /// Keeps in mind that the source has bills of an article that are not begun.
     void Meet(const QString& article) { m_met.insert(mod_ovTools::UpperChars(article)); }
     /// Tells which bills of earlier imports the source has no more, as the run has neither begun them nor met their
-    /// article: they stay. Called behind the last row; a run of some of the rows tells nothing.
+    /// article: they stay. Called behind the last row; a run of some of the rows tells nothing, and nothing is told
+    /// where another module imports bills too, as they may be of that one.
     void TellBillsLeft();
     /// The same of the phases, for a source that tells phases; called when those of the bill are complete. The generic
     /// phase that an import gave the bill while the source told none goes: what it consumed, the first phase does.
@@ -136,6 +139,7 @@ private:
     double QuantityOf(const Component& component);
 
     ImportRun& m_run;
+    ImportingModules m_modules;
     qint64 m_bill = 0;
     bool m_wasThere = false;             ///< the bill begun last
     bool m_replaces = false;             ///< the same, as `BillHead` tells

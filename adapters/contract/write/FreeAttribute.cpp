@@ -2,8 +2,10 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/ImportingModules.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "sql/codeAsked.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -27,18 +29,22 @@ QString OfRecord(const Session& session, const QString& table, const QString& ke
     return Equals(session, "FLTAB", table) + QStringLiteral(" AND ") + Equals(session, "FLKEY", key);
 }
 
-void TakeAway(ImportRun& run, const FreeAttribute& attribute, qint64 known) {
-    const QString condition = Equals("RECORD_ID", known) + QStringLiteral(" AND ") + OfImports(run.GetSession());
-    if (known != 0 && run.DeleteRows(AttributeTable, condition) != 0) {
-        run.Log(QStringLiteral("ATTRIBUTO TOLTO: %1: '%2' di '%3' nell'origine è vuoto")
-                    .arg(run.RowKey(), attribute.name, attribute.key));
-    }
+QString KeyOf(const FreeAttribute& attribute) {
+    return mod_ovTools::UpperChars(QStringList{attribute.table, attribute.key, attribute.name}.join(u'\n'));
 }
 
 } // namespace
 
-void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
-    Session& session = run.GetSession();
+void FreeAttributeWriter::TakeAway(const FreeAttribute& attribute, qint64 known) const {
+    const QString condition = Equals("RECORD_ID", known) + QStringLiteral(" AND ") + OfImports(m_run.GetSession());
+    if (known != 0 && !m_written.contains(KeyOf(attribute)) && m_run.DeleteRows(AttributeTable, condition) != 0) {
+        m_run.Log(QStringLiteral("ATTRIBUTO TOLTO: %1: '%2' di '%3' nell'origine è vuoto")
+                      .arg(m_run.RowKey(), attribute.name, attribute.key));
+    }
+}
+
+void FreeAttributeWriter::Write(const FreeAttribute& attribute) {
+    Session& session = m_run.GetSession();
     if (attribute.value.isEmpty() && session.Quadrix.IsAbsent(AttributeTable, "FLKEY", attribute.key)) {
         return;
     }
@@ -47,10 +53,10 @@ void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
                                       Equals(session, "FLFLD", attribute.name),
                                   "FLFLD", attribute.name);
     if (attribute.value.isEmpty()) {
-        TakeAway(run, attribute, known);
+        TakeAway(attribute, known);
         return;
     }
-    TargetRow row(run, AttributeTable);
+    TargetRow row(m_run, AttributeTable);
     row.Set("FLTAB", attribute.table);
     row.Set("FLKEY", attribute.key);
     row.Set("FLFLD", attribute.name);
@@ -61,20 +67,29 @@ void WriteFreeAttribute(ImportRun& run, const FreeAttribute& attribute) {
     } else {
         row.Insert();
     }
+    m_run.Remember(m_written, KeyOf(attribute));
 }
 
-void TellAttributesLeft(ImportRun& run, const QString& table, const QString& key, const QStringList& names) {
-    Session& session = run.GetSession();
+void FreeAttributeWriter::TellLeft(const QString& table, const QString& key, const QStringList& names) const {
+    Session& session = m_run.GetSession();
     if (session.Quadrix.IsAbsent(AttributeTable, "FLKEY", key)) {
         return;
     }
     Recordset rows =
-        session.Quadrix.ExecuteWC(QStringLiteral("SELECT FLFLD FROM %1 WHERE ").arg(run.FullName(AttributeTable)) +
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT FLFLD FROM %1 WHERE ").arg(m_run.FullName(AttributeTable)) +
                                   OfRecord(session, table, key) + QStringLiteral(" AND ") + OfImports(session));
+    QStringList left;
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         if (const QString name = row.Text("FLFLD"); !names.contains(name, Qt::CaseInsensitive)) {
-            TellNoLongerThere(run, QStringLiteral("ATTRIBUTI"), QStringLiteral("'%1' di '%2'").arg(name, key), 1);
+            left.append(name);
         }
+    }
+    rows.Close();
+    if (left.isEmpty() || !ImportingModules(m_run, table).IsAlone(QStringLiteral("attributi"))) {
+        return;
+    }
+    for (const QString& name : std::as_const(left)) {
+        TellNoLongerThere(m_run, QStringLiteral("ATTRIBUTI"), QStringLiteral("'%1' di '%2'").arg(name, key), 1);
     }
 }
 

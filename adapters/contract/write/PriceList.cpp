@@ -86,6 +86,7 @@ ListHead PriceListWriter::Head(const QString& list, const QString& direction, co
         }
         return met->head;
     }
+    m_modules.Keep();
     ListHead head = KnownHead(list, direction, description, currency);
     if (head.id == 0) {
         head = NewHead(list, direction, description, currency, since);
@@ -355,7 +356,11 @@ void PriceListWriter::EndLists() {
     if (m_run.IsPart()) {
         return;
     }
-    EndScales();
+    const bool isAlone = m_modules.IsAlone(QStringLiteral("prezzi"));
+    EndScales(isAlone && !m_run.HasGivenUp());
+    if (!isAlone) {
+        return;
+    }
     std::map<qint64, ListHead> heads; // in the order in which they stand, also in the log
     for (const MetList& met : std::as_const(m_lists)) {
         heads.emplace(met.head.id, met.head);
@@ -365,9 +370,9 @@ void PriceListWriter::EndLists() {
     }
 }
 
-void PriceListWriter::EndScales() {
+void PriceListWriter::EndScales(bool areDeleted) {
     for (const auto& [articleRow, scales] : std::exchange(m_left, {})) {
-        if (m_run.HasGivenUp() && !scales.empty()) {
+        if (!areDeleted && !scales.empty()) {
             TellNotMetAgain(m_run, QStringLiteral("PREZZI"), NameOfRow(m_run, articleRow),
                             static_cast<qint64>(scales.size()));
             continue;

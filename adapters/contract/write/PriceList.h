@@ -1,7 +1,7 @@
 #pragma once
 
 #include "adapters/contract/run/Emptying.h"
-#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/write/ImportingModules.h"
 
 #include <QSet>
 
@@ -52,7 +52,8 @@ struct WorkPrice {
 class PriceListWriter {
 public:
     explicit PriceListWriter(ImportRun& run)
-        : m_run(run) {}
+        : m_run(run),
+          m_modules(run, QStringLiteral("LIS_TES")) {}
 
     /// Makes sure that the list has its head, and brings name and currency up to date; another currency that it had is
     /// logged. Within one import a list has one currency: a row in another raises `ImportError`.
@@ -76,8 +77,9 @@ public:
     void EndSteps();
     /// Behind the last row of the source: deletes the scales that an earlier import wrote for an article's row and that
     /// `AddScale` has not met, and logs them, as they would go on holding; where rows were given up, which may have
-    /// them, it tells them only. Prices of the lists that were met which hold today and have not come it tells too.
-    /// Nothing in a run that takes some of the source rows alone.
+    /// them, or another module imports prices too, it tells them only. Prices of the lists that were met which hold
+    /// today and have not come it tells too, where no other module imports prices. Nothing in a run that takes some of
+    /// the source rows alone.
     void EndLists();
     /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
     /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
@@ -108,7 +110,7 @@ private:
     ListHead KnownHead(const QString& list, const QString& direction, const QString& description,
                        const QString& currency) const;
     void ReadScales(qint64 articleRow);
-    void EndScales();
+    void EndScales(bool areDeleted);
     void TellRowsLeft(const ListHead& list) const;
     Steps& StepsOf(qint64 articleRow);
     std::vector<Step> EarlierSteps(qint64 articleRow) const;
@@ -117,6 +119,7 @@ private:
     void Rewrite(qint64 id, const Scale& scale) const;
 
     ImportRun& m_run;
+    ImportingModules m_modules;
     /// A list that this import has met, and the currency of its rows; empty while none has told one.
     struct MetList {
         ListHead head;

@@ -233,6 +233,13 @@ RowOutcome StockWriter::Balance(const StockLine& line) {
     return RowOutcome::Updated;
 }
 
+void StockWriter::WritesAll() {
+    for (const bool sheets : {false, true}) {
+        m_written.insert({sheets, false});
+        m_written.insert({sheets, true});
+    }
+}
+
 void StockWriter::TellRowsLeft() {
     if (m_run.IsPart()) {
         return;

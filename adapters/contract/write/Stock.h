@@ -53,6 +53,8 @@ public:
     /// Has balances like this one, sheets or offcuts or what is none, count as written by the run also where the source
     /// has not one of them.
     void WritesLike(const StockLine& line) { m_written.insert({line.sheet, !line.offcut.isEmpty()}); }
+    /// The same of sheets, offcuts and what is none of them.
+    void WritesAll();
     /// Tells how many rows earlier imports have left in the movements of this run, and in those of the module and year
     /// whose warehouse the run has not met, that it has not written: their quantities still count.
     void TellRowsLeft();

@@ -217,6 +217,7 @@ void ImportInventarioAUTOMA(Session& session, const QString& singleCode, bool re
             return;
         }
         StockWriter writer(run);
+        writer.WritesAll();
         const QString from =
             "GIACENZE G\rLEFT JOIN CELLE C ON C.ID_CELLA = G.ID_CELLA\rWHERE G.QTA > 0" +
             (singleCode.isEmpty() ? QString() : QString(" AND G.COD_ARTICOLO = " + run.Quoted(singleCode)));

@@ -3,7 +3,7 @@
 // whose prices hold from QTA_DA on; bills (LGLEGAMI) with their cycles (LGCICLI). Not read: the first day of a
 // component (DT_INI_VAL).
 
-#include "adapters/contract/write/FreeAttribute.h"
+#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/origins/BMS/modImport_BMS.h"
 #include "core/schemaDefaults.h"
 
@@ -26,13 +26,23 @@ ChildTable OfArticle(const QString& table, const QString& order) {
 
 ChildTable Characteristics() { return OfArticle(Caratteristiche, "COD_CARATT"); }
 
-void WriteCharacteristics(ImportRun& run, const SourceRow& row, const QString& article) {
+/// Whether the source has the column of the values: without it nobody knows which are blank.
+bool HasValues(Session& session) {
+    const sources::LayoutTable* layout = LayoutOf(session.SourceConnection()).Find(Caratteristiche);
+    const auto* column = layout == nullptr ? nullptr : layout->Find("VALORE");
+    return column == nullptr || !column->inSource.isEmpty();
+}
+
+void WriteCharacteristics(ImportRun& run, FreeAttributeWriter& writer, const SourceRow& row, const QString& article) {
     QStringList names;
+    const bool hasValues = HasValues(run.GetSession());
     Characteristics().ForEach(run.GetSession(), row, [&](const SourceRow& one) {
         names.append(one.Text("COD_CARATT"));
-        WriteFreeAttribute(run, {"ART_ICO", article, names.last(), one.Text("VALORE"), one.Text("DES_CARATT")});
+        if (hasValues) {
+            writer.Write({"ART_ICO", article, names.last(), one.Text("VALORE"), one.Text("DES_CARATT")});
+        }
     });
-    TellAttributesLeft(run, "ART_ICO", article, names);
+    writer.TellLeft("ART_ICO", article, names);
 }
 
 } // namespace
@@ -80,7 +90,7 @@ Articles Articoli() {
                        .text = "DESCR"}},
         .empties = ArticleEmptying() + FreeAttributeEmptying("ART_ICO"),
         .more = SetMarkUp,
-        .after = WriteCharacteristics,
+        .attributes = WriteCharacteristics,
         .further = Characteristics().OwnNeeds(Artmag) +
                    Needs{{},
                          {{Caratteristiche, {}, {"VALORE", "DES_CARATT"}}},

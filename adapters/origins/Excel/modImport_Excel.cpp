@@ -244,13 +244,13 @@ Procedure ImportArticoliExcel() {
         .empties = ArticleEmptying() + FreeAttributeEmptying("ART_ICO"),
         .more = [beyond](ImportRun& /*run*/, const SourceRow& row,
                          TargetRow& article) { SetFurther(beyond, row, article); },
-        .after =
-            [beyond](ImportRun& run, const SourceRow& row, const QString& article) {
+        .attributes =
+            [beyond](ImportRun& /*run*/, FreeAttributeWriter& writer, const SourceRow& row, const QString& article) {
                 for (const QString& header : beyond.found->marked) {
-                    WriteFreeAttribute(run, {.table = "ART_ICO",
-                                             .key = article,
-                                             .name = header.mid(Attribute.size()),
-                                             .value = row.Text(header)});
+                    writer.Write({.table = "ART_ICO",
+                                  .key = article,
+                                  .name = header.mid(Attribute.size()),
+                                  .value = row.Text(header)});
                 }
             },
         .further = {{}, {}, FreeAttributeNeeds()},

@@ -272,6 +272,7 @@ void ImportSaldiFerrobrio(Session& session, const QString& singleCode, bool rese
         run.Preflight(SaldiNeeds());
         Empty(run, reset, StockEmptying());
         StockWriter writer(run);
+        writer.WritesAll();
         const QString from = "Giacenze G\rLEFT JOIN Lamiere L ON L.CodLamiera = G.Codice\rWHERE G.Quantita <> 0" +
                              (singleCode.isEmpty() ? QString() : QString(" AND G.Codice = " + run.Quoted(singleCode)));
         const bool toTheEnd =

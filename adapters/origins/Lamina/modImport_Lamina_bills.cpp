@@ -1,5 +1,5 @@
-// Bills of Lamina, and their phases, which come in a file of their own: until then a bill has the generic one. Bills that
-// are imported again keep theirs.
+// Bills of Lamina, and their phases, which come in a file of their own: until then a bill has the generic one. Bills
+// that are imported again keep theirs.
 
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/readFiles.h"
@@ -52,6 +52,7 @@ Bills BillsOf() {
                 .position = "POSIZIONE",
                 .lines = {{"DCDMX", "LUNGHEZZA", RoundedTo(6)}, {"DCDMY", "LARGHEZZA", RoundedTo(6)}},
             },
+        .hasAll = false,
     };
 }
 

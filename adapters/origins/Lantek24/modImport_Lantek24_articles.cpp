@@ -102,8 +102,11 @@ void WriteFurther(ImportRun& run, const SourceRow& row, const QString& article) 
     if (!folder.isEmpty() && !row.IsBlank("Image")) {
         StoreImage(run, {"ART_ICO", article, PathIn(folder, row.Text("Image")), folder});
     }
+}
+
+void WriteAttributes(ImportRun& /*run*/, FreeAttributeWriter& writer, const SourceRow& row, const QString& article) {
     for (const QString& column : UserColumns()) {
-        WriteFreeAttribute(run, {"ART_ICO", article, column, row.Text(column)});
+        writer.Write({"ART_ICO", article, column, row.Text(column)});
     }
 }
 
@@ -151,6 +154,7 @@ Articles Articoli() {
                   {"ARRIC", "DIS_Price, CurCost, StdCost", MarkUp()}},
         .empties = ArticleEmptying() + Truncated({"ART_FMT"}) + FreeAttributeEmptying("ART_ICO"),
         .after = WriteFurther,
+        .attributes = WriteAttributes,
         .further = {{},
                     {{Products, QStringList{"Image"} + UserColumns()}, {Materials, {"MatRef", "Density"}}},
                     SheetFormatNeeds() + FreeAttributeNeeds() + ImageNeeds()},

@@ -146,7 +146,7 @@ Procedure InventarioProcedure() {
                                 .isOptional = false}}},
           .needs = needs,
           .empties = StockEmptying(),
-          .make = ImportingStock(ImportSaldo)}});
+          .make = ImportingStock(ImportSaldo, {.warehouse = {}, .article = {}, .sheet = true})}});
 }
 
 /// A reset deletes the remnants that an import wrote, with their stock.
@@ -167,7 +167,8 @@ Procedure RitagliProcedure() {
                      .where = "DIS_PClass = '51' AND\r      DIS_IsRemnant = 1 AND\r      DIS_CamQuan > 0"},
           .needs = {{}, {reads}, SheetFormatNeeds() + SheetStockNeeds() + ImageNeeds()},
           .empties = DeletedImports("ART_FMT", "LMSFR > ''") + DeletedImports("MOV_MAR", "MRSFR > ''"),
-          .make = ImportingStock(ImportRitaglio)}});
+          .make =
+              ImportingStock(ImportRitaglio, {.warehouse = {}, .article = {}, .sheet = true, .offcut = "ritaglio"})}});
 }
 
 } // namespace modImport_Lantek24

@@ -299,7 +299,9 @@ class Stocktaker {
 public:
     explicit Stocktaker(ImportRun& run)
         : m_run(run),
-          m_writer(run) {}
+          m_writer(run) {
+        m_writer.WritesAll();
+    }
 
     RowOutcome Row(const SourceRow& row);
     void TellRowsLeft() { m_writer.TellRowsLeft(); }

@@ -250,6 +250,7 @@ void ImportSaldiMEX(Session& session, const QString& singleCode, bool reset) {
         run.Preflight(SaldiNeeds());
         Empty(run, reset, StockEmptying());
         StockWriter writer(run);
+        writer.WritesLike({});
         QSet<QString> seen;
         const QString from = " FROM ART_MAG" + run.OnlyCode(" WHERE", "[_ARCOD]", singleCode);
         const bool toTheEnd = run.Rows({"Saldi di Magazzino",
