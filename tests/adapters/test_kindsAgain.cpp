@@ -84,7 +84,7 @@ private slots:
         Row("none in the source", "('T', 0, NULL, NULL)", "1|40|ANNA 2|60|ANNA", "");
         Row("a further one", "('T', 1, 100, NULL)", "1|40|ANNA 2|60|ANNA", "RATA NON RISCRITTA");
         Row("two thirds", "('U', 2, 33.33, 33.33)", "1|33.33|SYSTEM_IMPORT 2|33.33|SYSTEM_IMPORT",
-            "RATE NON AL 100%: ");
+            "RATE DIVERSE DA CENTO: ");
         Row("within a cent", "('U', 2, 33.33, 66.66)", "1|33.33|SYSTEM_IMPORT 2|66.66|SYSTEM_IMPORT", "");
         Row("another number", "('U', 3, 50, 50)", "1|50|SYSTEM_IMPORT 2|50|SYSTEM_IMPORT", "RATE DIVERSE DAL NUMERO: ");
         Row("a number alone", "('U', 1, NULL, NULL)", "", "RATE DIVERSE DAL NUMERO: ");

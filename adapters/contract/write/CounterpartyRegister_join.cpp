@@ -14,16 +14,16 @@ bool HasRole(const Roles& roles, bool customer) { return customer ? roles.custom
 
 /// A mark in the words of the log.
 struct MarkWords {
-    QString label;
+    QString label; ///< with what stands behind it
     QString adjective;
 };
 
-const MarkWords CancelledWords{QStringLiteral("ANNULLATA SOLO IN PARTE"), QStringLiteral("annullata")};
-const MarkWords BlockedWords{QStringLiteral("BLOCCATA SOLO IN PARTE"), QStringLiteral("bloccata")};
+const MarkWords CancelledWords{QStringLiteral("ANNULLATA SOLO IN PARTE: "), QStringLiteral("annullata")};
+const MarkWords BlockedWords{QStringLiteral("BLOCCATA SOLO IN PARTE: "), QStringLiteral("bloccata")};
 
 /// "tabella ... è annullata, la controparte 000001 no: resta com'è".
 QString DifferentMark(const MarkWords& words, const QString& row, const QString& party, bool isOfParty, bool clears) {
-    return QStringLiteral("%1: %2 %3 %4, la controparte %5 %6: %7")
+    return QStringLiteral("%1%2 %3 %4, la controparte %5 %6: %7")
         .arg(words.label, row, isOfParty ? QStringLiteral("non è") : QStringLiteral("è"), words.adjective, party,
              isOfParty ? QStringLiteral("sì") : QStringLiteral("no"),
              clears ? QStringLiteral("non lo è più") : QStringLiteral("resta com'è"));

@@ -55,7 +55,7 @@ void TellShares(ImportRun& run, const QString& term) {
         sum += mod_ovTools::ToDouble(rows.Fields(0).Value());
     }
     if (std::abs(sum - Whole) > Cent + Cent / 100) {
-        run.Log(QStringLiteral("RATE NON AL 100%: %1: '%2' arriva a %3")
+        run.Log(QStringLiteral("RATE DIVERSE DA CENTO: %1: '%2' arriva a %3")
                     .arg(run.RowKey(), term, mod_ovTools::NumberText(RoundedTo(sum, 2))));
     }
 }

@@ -80,9 +80,8 @@ void TellLostZeros(ImportRun& run, const TargetRow& target) {
         if (isNumber && text.size() >= each.least && text.size() < each.size) {
             run.Log(QStringLiteral("ZERI PERSI: %1: '%2' (%3) ha %4 cifre e non %5: se ne mancano davanti, formattare "
                                    "come testo la colonna del foglio e reimportare")
-                        .arg(run.RowKey(), text, QLatin1String(each.column))
-                        .arg(text.size())
-                        .arg(each.size));
+                        .arg(run.RowKey(), text, QLatin1String(each.column), QString::number(text.size()),
+                             QString::number(each.size)));
         }
     }
 }
