@@ -362,7 +362,8 @@ private slots:
             }
         }
         QTEST(target
-                  .Rows("SELECT F.DLSEQ, F.DLLAV, F.DLTAP, NULLIF(F.DLCOS, 0), C.DCART FROM X01_DIS_FAS F LEFT JOIN "
+                  .Rows("SELECT F.DLSEQ, F.DLLAV, F.DLTAP, CASE WHEN F.DLCOS <> 0 THEN F.DLCOS END, C.DCART FROM "
+                        "X01_DIS_FAS F LEFT JOIN "
                         "X01_DIS_COM C ON C.IDDBL = F.RECORD_ID ORDER BY F.DLSEQ")
                   .join(' '),
               "written");
