@@ -1,9 +1,9 @@
 #include "app/codes/Worklist.h"
 
-#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceRow.h"
 #include "app/codes/waiting.h"
+#include "app/startUp.h"
 #include "core/nearNames.h"
 #include "core/Schema.h"
 
@@ -53,7 +53,19 @@ void ReadDescriptions(ovConnection& source, const contract::Mapping& mapping, QH
 Worklist::Worklist(Session& session, const contract::Origin* origin)
     : m_session(session),
       m_origin(origin) {
+    for (const modMain::Company& company : modMain::GetCompanies(session)) {
+        m_companies.append(company.code + u'_');
+    }
     Refresh();
+}
+
+/// Imports keep what they know of the rows of a table of a company under the name of that table.
+bool Worklist::IsOwnList(const QString& table) const {
+    return std::any_of(m_companies.begin(), m_companies.end(), [&table](const QString& prefix) {
+        const schema::Table* known =
+            table.startsWith(prefix, Qt::CaseInsensitive) ? schema::FindTable(table.mid(prefix.size())) : nullptr;
+        return known != nullptr && !known->shared;
+    });
 }
 
 void Worklist::Refresh() {
@@ -70,7 +82,7 @@ void Worklist::ReadCodes() {
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto text = [&rows](int column) { return rows.Fields(column).Value().toString(); }; // with its blanks
         Code code{.table = text(0), .field = text(1), .oldCode = text(2), .newCode = text(3).trimmed()};
-        if (contract::IsJoinedPartyList(code.table, code.field)) {
+        if (IsOwnList(code.table)) {
             continue;
         }
         const CodeList& list = m_lists.Of(code.table, code.field);
@@ -95,11 +107,9 @@ const Code* Worklist::Find(const QString& table, const QString& field, const QSt
 
 void Worklist::RequireList(const QString& table, const QString& field) const {
     const auto isOf = [key = KeyOf(table, field)](const Code& code) { return KeyOf(code.table, code.field) == key; };
-    if (contract::IsJoinedPartyList(table, field)) {
-        throw ImportError(
-            QStringLiteral("'%1.%2' non è da tradurre: è l'elenco delle importazioni, di quale controparte "
-                           "è un codice della sorgente che in CON_TRO non basta a dirlo")
-                .arg(table, field));
+    if (IsOwnList(table)) {
+        throw ImportError(QStringLiteral("'%1.%2' non è da tradurre: è un elenco che le importazioni tengono per sé")
+                              .arg(table, field));
     }
     if (!m_lists.Knows(table, field) && std::none_of(m_codes.begin(), m_codes.end(), isOf)) {
         const QString name = table + u'.' + field;

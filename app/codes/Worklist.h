@@ -58,10 +58,12 @@ public:
 
 private:
     void ReadCodes();
+    bool IsOwnList(const QString& table) const;
 
     Session& m_session;
     const contract::Origin* m_origin;
     CodeLists m_lists;
+    QStringList m_companies; ///< what stands in front of the tables of each
     std::vector<Code> m_codes;
     QHash<QString, size_t> m_positions;       ///< of the codes, by list and code
     std::map<QString, TargetCodes> m_targets; ///< by table and column

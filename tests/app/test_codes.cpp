@@ -180,7 +180,7 @@ private slots:
             "nessuna origine chiede i codici di 'anagrafe.pga': forse 'anagrafe.pag'");
         Row("whose a code is, as imports keep it",
             codes::Change{.table = "X01_CON_TRO", .field = "COCGE", .oldCode = "1", .newCode = "000002"},
-            "'X01_CON_TRO.COCGE' non è da tradurre");
+            "'X01_CON_TRO.COCGE' non è da tradurre: è un elenco");
     }
     void refusals() {
         QFETCH(codes::Change, change);
@@ -233,7 +233,9 @@ private slots:
         for (const QString& code : odd) {
             test.Wait("anagrafe", "pag", code, "RD");
         }
+        test.AddCompany("X02", "Prova Due");
         test.Wait("X02_CON_TRO", "COCGE", "C1", "000001"); // kept by imports, and nobody's to translate
+        test.Wait("X01_ART_ICO", "MODULO", "modImport_Gescom", "modImport_Gescom");
         Worklist worklist(test.Get(), nullptr);
         const QString path = test.Folder.filePath(name);
         codes::WriteFile(worklist, worklist.Codes(), path);

@@ -6,12 +6,6 @@ namespace contract {
 
 QString JoinedPartyList(const Session& session) { return session.Quadrix.GetFullTableName(QStringLiteral("CON_TRO")); }
 
-bool IsJoinedPartyList(const QString& table, const QString& field) {
-    return table.endsWith(QStringLiteral("_CON_TRO"), Qt::CaseInsensitive) &&
-           (field.compare(QStringLiteral("COCGE"), Qt::CaseInsensitive) == 0 ||
-            field.compare(QStringLiteral("COFGE"), Qt::CaseInsensitive) == 0);
-}
-
 QString JoinedParty(Session& session, const QString& column, const QString& code) {
     if (code.isEmpty() || session.Quadrix.IsAbsent(QStringLiteral("SYS_IMP"), QStringLiteral("TBOLD"), code)) {
         return {};

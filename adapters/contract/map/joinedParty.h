@@ -8,11 +8,8 @@ namespace contract {
 /// alone whose they are: two customers of one VAT number are one counterparty, which has one customer's code; a code
 /// that the source has given to somebody else is there twice. Its fields are those two columns.
 QString JoinedPartyList(const Session& session);
-/// Whether a list of SYS_IMP is that of one company or another: what imports keep there is nobody's to translate.
-bool IsJoinedPartyList(const QString& table, const QString& field);
-
 /// CDCON of the counterparty that a source code of that list is of; empty when there is none.
-/// @param column "COCGE" for a customer's code, "COFGE" for a supplier's. Raises `SqlError`.
+/// @param column as `SourceCodeColumn`. Raises `SqlError`.
 QString JoinedParty(Session& session, const QString& column, const QString& code);
 
 } // namespace contract

@@ -42,7 +42,7 @@ const QString PartyCode = QStringLiteral("CDCON");
 
 /// Whether a column holds the code that a counterparty has in the source.
 bool IsSourceCode(const QString& table, const QString& column) {
-    return table == PartyTable && (column == u"COCGE" || column == u"COFGE");
+    return table == PartyTable && (column == SourceCodeColumn(true) || column == SourceCodeColumn(false));
 }
 
 QString Literal(const Session& session, const QString& text) {
@@ -83,10 +83,10 @@ QString PartyOfSourceCode(Session& session, const QString& column, const QString
     const QString party = last.isEmpty() ? parties.value(0) : last;
     if (parties.size() > 1) {
         modImport::LogNote(
-            session,
-            QStringLiteral("CODICE DI PIÙ CONTROPARTI: %1: il codice %2 '%3' è di %4: preso %5%6")
-                .arg(session.Errors.RowKey(), RoleText(column == u"COCGE"), code, parties.join(QStringLiteral(", ")),
-                     party, last.isEmpty() ? QString() : QStringLiteral(", a cui l'ha dato l'ultima importazione")));
+            session, QStringLiteral("CODICE DI PIÙ CONTROPARTI: %1: il codice %2 '%3' è di %4: preso %5%6")
+                         .arg(session.Errors.RowKey(), RoleText(column == SourceCodeColumn(true)), code,
+                              parties.join(QStringLiteral(", ")), party,
+                              last.isEmpty() ? QString() : QStringLiteral(", a cui l'ha dato l'ultima importazione")));
     }
     return party;
 }
@@ -107,6 +107,8 @@ QString LookUp(Session& session, const QString& table, const QString& keyColumn,
 }
 
 QString RoleText(bool customer) { return customer ? QStringLiteral("cliente") : QStringLiteral("fornitore"); }
+
+QString SourceCodeColumn(bool customer) { return customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE"); }
 
 QString FoundParty(const QString& found, const QString& sourceCode, const QString& role) {
     if (found.isEmpty()) {

@@ -19,6 +19,8 @@ QString LookUp(Session& session, const QString& table, const QString& keyColumn,
 QString FoundParty(const QString& found, const QString& sourceCode, const QString& role);
 /// The word for the role in messages.
 QString RoleText(bool customer);
+/// The column of CON_TRO with the code that a counterparty has in the source in that role: "COCGE", "COFGE".
+QString SourceCodeColumn(bool customer);
 
 /// RECORD_ID of the first row of a Quadrix table that meets a condition (without WHERE); 0 when there is none.
 qint64 IdWhere(Session& session, const QString& table, const QString& condition);

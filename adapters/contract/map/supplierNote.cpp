@@ -29,7 +29,7 @@ QString NoteOf(Session& session, const QString& code, const QString& row) {
 } // namespace
 
 QString PartyOrSurvivor(Session& session, const QString& code, bool supplier) {
-    const QString found = LookUp(session, "CON_TRO", supplier ? "COFGE" : "COCGE", code, "CDCON");
+    const QString found = LookUp(session, "CON_TRO", SourceCodeColumn(!supplier), code, "CDCON");
     if (!found.isEmpty()) {
         return found;
     }

@@ -136,6 +136,20 @@ public:
         m_session.Memory.Restores(variable);
     }
 
+    /// Gives an entry of a hash, which outlives the row, its present value back, or takes it out again where there is
+    /// none, when what follows is taken back.
+    template<class Key, class Value>
+    void RestoresEntry(QHash<Key, Value>& hash, const Key& key) {
+        const auto there = hash.constFind(key);
+        WhenTakenBack([&hash, key, before = there == hash.cend() ? std::nullopt : std::optional<Value>(*there)] {
+            if (before) {
+                hash.insert(key, *before);
+            } else {
+                hash.remove(key);
+            }
+        });
+    }
+
     /// Puts a value into a set that outlives the row, until what is written now is taken back.
     template<class Value>
     void Remember(QSet<Value>& set, const Value& value) {

@@ -77,8 +77,8 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     const size_t key = qHash(mod_ovTools::UpperChars(article));
     const auto there = m_claimed.find(key);
     if (there == m_claimed.end()) {
+        m_run.RestoresEntry(m_claimed, key);
         m_claimed.insert(key, {digest});
-        m_run.WhenTakenBack([this, key] { m_claimed.remove(key); });
         return;
     }
     if (there->code == digest) {
@@ -90,7 +90,8 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
     }
     m_run.Log(QStringLiteral("ARTICOLO DOPPIO: %1: '%2' e un altro codice dell'origine sono lo stesso articolo '%3'")
                   .arg(m_run.RowKey(), sourceCode, article));
-    there->values = 0; // that the two rows differ is told with it
+    m_run.RestoresEntry(m_claimed, key);
+    m_claimed[key].values = 0; // that the two rows differ is told with it
 }
 
 namespace {
@@ -122,11 +123,7 @@ void ArticleWriter::TellOther(const Mapping& mapping, const TargetRow& target, c
             QStringLiteral("ARTICOLO DOPPIO: %1: una riga di prima ha scritto altro dell'articolo '%2': vale questa")
                 .arg(m_run.RowKey(), article));
     }
-    m_run.WhenTakenBack([this, key = claimed.key(), before = claimed->values] {
-        if (const auto there = m_claimed.find(key); there != m_claimed.end()) {
-            there->values = before;
-        }
-    });
+    m_run.RestoresEntry(m_claimed, claimed.key());
     claimed->values = values;
 }
 

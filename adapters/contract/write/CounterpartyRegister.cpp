@@ -205,7 +205,7 @@ QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QSt
         return code;
     }
     const QString& other = source.roles.customer ? party->supplier : party->customer;
-    const QString column = source.roles.customer ? QStringLiteral("COFGE") : QStringLiteral("COCGE");
+    const QString column = SourceCodeColumn(!source.roles.customer);
     const std::vector<Party> parties = other.isEmpty() ? std::vector<Party>() : Parties(column, other);
     if (const Party* same = FirstThat(parties, [&](const Identity& one) { return !one.IsStranger(identity); })) {
         return same->code;
@@ -286,7 +286,7 @@ void CounterpartyRegister::Meet(const SourceIdentity& source) {
 }
 
 std::vector<CounterpartyRegister::Party> CounterpartyRegister::Holders(const QString& code, bool customer) const {
-    const QString column = customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE");
+    const QString column = SourceCodeColumn(customer);
     if (code.isEmpty() || m_run.GetSession().Quadrix.IsAbsent(Register, column, code)) {
         return {};
     }
@@ -364,6 +364,7 @@ QString CounterpartyRegister::FindByCode(const SourceIdentity& source) const {
 void CounterpartyRegister::RememberNumbers(const SourceIdentity& source, const QString& code) const {
     for (const QString& number : {IdentifyingNumber(source.vatNumber), IdentifyingNumber(source.taxCode)}) {
         if (!number.isEmpty()) {
+            m_run.RestoresEntry(m_corrected, number);
             m_corrected.insert(number, code);
         }
     }

@@ -148,7 +148,6 @@ private:
     void KeepOwner(const SourceIdentity& source, bool customer, const QString& party, bool holds);
     void KeepDisplaced(bool customer, const QString& code, const QString& party);
     bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
-    void RememberMarks(const QString& code, const MetMarks& marks);
     void TellTwice(const QString& code) const;
     void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;
 

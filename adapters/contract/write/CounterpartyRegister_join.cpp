@@ -65,7 +65,8 @@ void CounterpartyRegister::BeginParty(const SourceIdentity& source, const QStrin
         }
     }
     if (source.marks.cancelled || source.marks.blocked) {
-        RememberMarks(code, {source.marks.cancelled.value_or(false), false});
+        m_run.RestoresEntry(m_metMarks, code);
+        m_metMarks.insert(code, {source.marks.cancelled.value_or(false), false});
     }
 }
 
@@ -148,21 +149,9 @@ bool CounterpartyRegister::Revives(const SourceIdentity& source, const Party& pa
         m_run.Log(DifferentMark(BlockedWords, m_run.RowKey(), party.code, party.isBlocked, false));
     }
     met.cancelled = met.cancelled && source.marks.cancelled.value_or(false);
-    RememberMarks(party.code, met);
+    m_run.RestoresEntry(m_metMarks, party.code);
+    m_metMarks.insert(party.code, met);
     return revives;
-}
-
-void CounterpartyRegister::RememberMarks(const QString& code, const MetMarks& marks) {
-    const auto before = m_metMarks.constFind(code);
-    m_run.WhenTakenBack(
-        [this, code, had = before != m_metMarks.cend(), old = before == m_metMarks.cend() ? MetMarks{} : *before] {
-            if (had) {
-                m_metMarks.insert(code, old);
-            } else {
-                m_metMarks.remove(code);
-            }
-        });
-    m_metMarks.insert(code, marks);
 }
 
 } // namespace contract

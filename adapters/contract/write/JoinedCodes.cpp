@@ -2,13 +2,14 @@
 
 #include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
 
 namespace {
 
-QString ColumnOf(bool customer) { return customer ? QStringLiteral("COCGE") : QStringLiteral("COFGE"); }
+const QString JoinedTable = QStringLiteral("SYS_IMP");
 
 QString KeyOf(const QString& column, const QString& code) { return column + u' ' + mod_ovTools::UpperChars(code); }
 
@@ -18,8 +19,8 @@ QHash<QString, QString>& JoinedCodes::Parties() {
     if (!m_parties) {
         m_parties.emplace();
         Session& session = m_run.GetSession();
-        Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT TBFLD, TBOLD, TBNEW FROM SYS_IMP WHERE ") +
-                                                   Equals(session, "TBNAM", JoinedPartyList(session)));
+        Recordset rows =
+            session.Quadrix.ExecuteWC(QStringLiteral("SELECT TBFLD, TBOLD, TBNEW FROM SYS_IMP WHERE ") + OfList());
         for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
             m_parties->insert(KeyOf(row.Text("TBFLD"), row.Text("TBOLD")), row.Text("TBNEW"));
         }
@@ -28,41 +29,47 @@ QHash<QString, QString>& JoinedCodes::Parties() {
 }
 
 QString JoinedCodes::PartyOf(bool customer, const QString& code) {
-    return Parties().value(KeyOf(ColumnOf(customer), code));
+    return Parties().value(KeyOf(SourceCodeColumn(customer), code));
 }
 
 void JoinedCodes::Add(bool customer, const QString& code, const QString& party) {
     if (PartyOf(customer, code) == party) {
         return;
     }
-    m_run.Restores(m_parties);
-    m_parties->insert(KeyOf(ColumnOf(customer), code), party);
-    StoreNewCode(m_run, JoinedPartyList(m_run.GetSession()), ColumnOf(customer), code, party);
+    const QString key = KeyOf(SourceCodeColumn(customer), code);
+    m_run.RestoresEntry(Parties(), key);
+    Parties().insert(key, party);
+    StoreNewCode(m_run, JoinedPartyList(m_run.GetSession()), SourceCodeColumn(customer), code, party);
 }
 
 void JoinedCodes::Drop(bool customer, const QString& code) {
-    const QString key = KeyOf(ColumnOf(customer), code);
-    if (!Parties().contains(key)) {
+    if (!Parties().contains(KeyOf(SourceCodeColumn(customer), code))) {
         return;
     }
-    m_run.Restores(m_parties);
-    m_parties->remove(key);
-    const Session& session = m_run.GetSession();
-    m_run.DeleteRows(QStringLiteral("SYS_IMP"), Equals(session, "TBNAM", JoinedPartyList(session)) + u" AND " +
-                                                    Equals(session, "TBFLD", ColumnOf(customer)) + u" AND " +
-                                                    Equals(session, "TBOLD", code));
+    Forget(KeyOf(SourceCodeColumn(customer), code));
+    Session& session = m_run.GetSession();
+    const QString condition = OfList() + u" AND " + Equals(session, "TBFLD", SourceCodeColumn(customer)) + u" AND " +
+                              Equals(session, "TBOLD", code);
+    m_run.DeleteRows(JoinedTable,
+                     Equals("RECORD_ID", IdOfCode(session.Quadrix, JoinedTable, condition, "TBOLD", code)));
 }
 
 void JoinedCodes::DropOf(const QString& party) {
-    const QHash<QString, QString>& parties = Parties();
-    if (std::none_of(parties.begin(), parties.end(), [&party](const QString& one) { return one == party; })) {
+    const QStringList keys = Parties().keys(party);
+    if (keys.isEmpty()) {
         return;
     }
-    m_run.Restores(m_parties);
-    m_parties->removeIf([&party](auto one) { return one.value() == party; });
-    const Session& session = m_run.GetSession();
-    m_run.DeleteRows(QStringLiteral("SYS_IMP"),
-                     Equals(session, "TBNAM", JoinedPartyList(session)) + u" AND " + Equals(session, "TBNEW", party));
+    for (const QString& key : keys) {
+        Forget(key);
+    }
+    m_run.DeleteRows(JoinedTable, OfList() + u" AND " + Equals(m_run.GetSession(), "TBNEW", party));
 }
+
+void JoinedCodes::Forget(const QString& key) {
+    m_run.RestoresEntry(Parties(), key);
+    Parties().remove(key);
+}
+
+QString JoinedCodes::OfList() const { return Equals(m_run.GetSession(), "TBNAM", JoinedPartyList(m_run.GetSession())); }
 
 } // namespace contract

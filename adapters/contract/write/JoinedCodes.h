@@ -23,6 +23,8 @@ public:
 
 private:
     QHash<QString, QString>& Parties();
+    void Forget(const QString& key);
+    QString OfList() const;
 
     ImportRun& m_run;
     std::optional<QHash<QString, QString>> m_parties; ///< by column and code; none before somebody asks

@@ -49,7 +49,7 @@ int YearOf(const SourceRow& row) {
 
 QString PartyOf(Session& session, const QString& code) {
     const bool isCustomer = code.startsWith(u'C', Qt::CaseInsensitive);
-    return LookUp(session, "CON_TRO", isCustomer ? "COCGE" : "COFGE", code, "CDCON");
+    return LookUp(session, "CON_TRO", SourceCodeColumn(isCustomer), code, "CDCON");
 }
 
 namespace {

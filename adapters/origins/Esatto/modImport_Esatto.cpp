@@ -73,7 +73,7 @@ Rule SamePerson() {
                     "SELECT CodCliFor FROM ClientiFornitori\rWHERE IdAnagGen = " + LiteralOf(source, input.Value()) +
                     "\r  AND TipoAnagrafica = " + (isCustomer ? "2" : "1") + "\rORDER BY CodCliFor");
                 for (const SourceRow other(others); !others.Eof(); others.MoveNext()) {
-                    const QString code = LookUp(input.session, "CON_TRO", isCustomer ? "COFGE" : "COCGE",
+                    const QString code = LookUp(input.session, "CON_TRO", SourceCodeColumn(!isCustomer),
                                                 other.Text("CodCliFor"), "CDCON");
                     if (!code.isEmpty()) {
                         return code;

@@ -61,7 +61,7 @@ Rule SamePerson() {
                                      .arg(LiteralOf(source, input.row.Value("CG44_CODICE_CG16")),
                                           isCustomer ? QStringLiteral("1") : QStringLiteral("0")));
             for (const SourceRow other(others); !others.Eof(); others.MoveNext()) {
-                const QString column = isCustomer ? QStringLiteral("COFGE") : QStringLiteral("COCGE");
+                const QString column = SourceCodeColumn(!isCustomer);
                 const QString code = other.Text("CG44_CLIFOR");
                 const QString name = input.row.Text("CG16_RAGSOANAG").left(35).trimmed();
                 // Another origin may have given the same code to somebody else.

@@ -60,7 +60,7 @@ Join LastYear(const QStringList& columns) {
 
 QString ImportedParty(Session& session, const SourceRow& row) {
     const bool isSupplier = row.Text("TIPOCONTO").compare(u"F", Qt::CaseInsensitive) == 0;
-    return LookUp(session, "CON_TRO", isSupplier ? "COFGE" : "COCGE", row.Text("CODCONTO"), "CDCON");
+    return LookUp(session, "CON_TRO", SourceCodeColumn(!isSupplier), row.Text("CODCONTO"), "CDCON");
 }
 
 // --- Entry --------------------------------------------------------------------------------------------------------

@@ -38,7 +38,7 @@ QString GetControparteMexal(Session& session, const QString& code, bool customer
     if (!known.isEmpty()) {
         return known;
     }
-    const QString column = customer ? "COCGE" : "COFGE";
+    const QString column = SourceCodeColumn(customer);
     return JoinedParty(session, column, code).isEmpty()
                ? modImport::GetNewControparteFromCodExt(session, quoted, customer, !customer, false)
                : LookUp(session, "CON_TRO", column, code, "CDCON");

@@ -28,7 +28,7 @@ QString GetNewControparteFromVisual(Session& session, const QString& code, bool 
     const QString& column = customer ? CodCliente : CodFornitore;
     QString found = modImport::GetNewCode(session, table, column, code, false);
     if (found.isEmpty()) {
-        found = LookUp(session, "CON_TRO", customer ? "COCGE" : "COFGE", code, "CDCON");
+        found = LookUp(session, "CON_TRO", SourceCodeColumn(customer), code, "CDCON");
     }
     if (!found.isEmpty()) {
         return found;
