@@ -188,6 +188,11 @@ void ReadLine(Session& session, ovConnection& source) {
     modMain::ReadLine(session, source, SectionOfKey(session, key), key, QStringLiteral("EncryptionCA"));
 }
 
+QString Condition(Session& session, const QString& key) {
+    const QString condition = modMain::GetWholeConfig(session, Section, key, QStringLiteral("0"));
+    return condition.isEmpty() || condition == u"0" ? QString() : QString(u'(' + condition + u')');
+}
+
 QString DatabasePath(Session& session) {
     const QString path = Peek(session, Database);
     return path.isEmpty() ? path : FromSettingsFolder(session, path);

@@ -435,50 +435,6 @@ const Frame UsualBills{.module = {},
 
 } // namespace
 
-std::pair<qint64, QString> PlaceOfRevision(const QString& text) {
-    const auto number = ReadWholeNumber(text);
-    return {number.value_or(0), number ? QString() : text.toUpper()};
-}
-
-qint64 NumberOfRevision(Session& session, const QString& text) {
-    const auto number = ReadWholeNumber(text);
-    if (!text.isEmpty() && !number) {
-        modImport::LogNote(
-            session,
-            QStringLiteral("REVISIONE SENZA NUMERO: %1: '%2' scritta come 0").arg(session.Errors.RowKey(), text));
-    }
-    return number.value_or(0);
-}
-
-Rule rules::RevisionNumber() {
-    return {"il numero intero; 0 per un altro testo, che va nel log se non è vuoto",
-            [](const RuleInput& input) { return RuleValue(NumberOfRevision(input.session, input.Text())); }};
-}
-
-Rule rules::IsNewestRevision(const ChildTable& revisions, const QString& column,
-                             const std::function<bool(Session&, const SourceRow&)>& counts) {
-    return {"vero per la revisione più alta dell'articolo, come numero e poi come testo",
-            [revisions, column, counts](const RuleInput& input) {
-                const auto place = PlaceOfRevision(input.row.Text(column));
-                bool isNewest = true;
-                revisions.ForEach(input.session, input.row, [&](const SourceRow& other) {
-                    const bool isNewer = PlaceOfRevision(other.Text(column)) > place;
-                    isNewest = isNewest && !(isNewer && (!counts || counts(input.session, other)));
-                });
-                return RuleValue(isNewest);
-            },
-            Side::Both, revisions.OwnNeeds(revisions.table).reads};
-}
-
-Rule rules::WasteFactor() {
-    return {"1 più la percentuale, 6 decimali; 1 se è vuoto", [](const RuleInput& input) {
-                constexpr double hundred = 100;
-                constexpr int decimals = 6;
-                const double waste = NumberOf(input.row, input.columns.first());
-                return RuleValue(contract::RoundedTo(1 + waste / hundred, decimals));
-            }};
-}
-
 Frame FrameOf(const Bills& declared) { return Over(declared.frame, UsualBills); }
 
 ImportPart PartOf(const Bills& declared) {

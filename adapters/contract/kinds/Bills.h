@@ -82,6 +82,8 @@ namespace rules {
 
 /// A revision that is a whole number; 0 for any other text, which is logged unless it is blank.
 Rule RevisionNumber();
+/// The sequence of a phase that the source counts 1, 2, 3: 10, 20, 30; a blank one and 0 belong to the first.
+Rule PhaseInTens();
 
 /// Whether a revision is the newest of its article: the highest number, of equal ones and of those that are none the
 /// last text. @param revisions rows that have those of the article @param column of the revision, in both

@@ -8,6 +8,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Attachment.h"
+#include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
@@ -80,12 +81,6 @@ Files ReadFolders(Session& session) {
         return modMain::GetWholeConfig(session, Section, key, "").replace(u'\\', u'/');
     };
     return {FilesIn(folder("SourcePathAttachArticoli"), "*"), FilesIn(folder("SourcePathFileDBCNote"), "*.txt")};
-}
-
-/// A condition of the operator's own on AR.
-QString ConditionOfSettings(Session& session) {
-    const QString condition = modMain::GetWholeConfig(session, Section, "WhereArticoli", "0");
-    return condition.isEmpty() || condition == "0" ? QString() : QString('(' + condition + ')');
 }
 
 /// The text of a note file: UTF-8, or the code page of Windows when it is none.
@@ -225,7 +220,7 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                        .language = {"Id_Lingua", LanguageCode()},
                        .text = "Descrizione"}},
         .empties = ArticleEmptying() + AttachmentEmptying("ART_ICO"),
-        .condition = ConditionOfSettings,
+        .condition = [](Session& session) { return sourceSettings::Condition(session, "WhereArticoli"); },
         .more =
             [files](ImportRun& run, const SourceRow& row, TargetRow& target) {
                 SetPrice(run, row, target);

@@ -3,9 +3,9 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/origins/Factory/modImport_Factory.h"
+#include "adapters/sourceSettings.h"
 #include "core/modMain.h"
 #include "core/schemaDefaults.h"
-#include "core/wholeSettings.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -15,12 +15,6 @@ namespace modImport_Factory {
 namespace {
 
 const QString Section = QStringLiteral("IMPORT");
-
-/// A condition of the operator's own on the articles.
-QString ConditionOfSettings(Session& session) {
-    const QString condition = modMain::GetWholeConfig(session, Section, "WhereArticoli", "0");
-    return condition.isEmpty() || condition == u"0" ? QString() : QString(u'(' + condition + u')');
-}
 
 /// A measure of the piece, which not every installation keeps in its articles.
 Rule Measure() {
@@ -73,7 +67,7 @@ contract::Articles ArticlesOf() {
                        .leadDays = "LEADTIME",
                        .lot = "LOTTO"}},
         .location = "UBICAZIONE",
-        .condition = ConditionOfSettings,
+        .condition = [](Session& session) { return sourceSettings::Condition(session, "WhereArticoli"); },
     };
 }
 

@@ -2,23 +2,9 @@
 
 #include "adapters/origins/Mexal/modImport_Mexal.h"
 
-#include "core/schemaDefaults.h"
-
 using namespace contract;
 
 namespace modImport_Mexal {
-
-namespace {
-
-/// Phases are numbered 1, 2, 3 and stand at 10, 20, 30; a component without one belongs to the first.
-Rule PhaseNumber() {
-    return {"dieci volte il numero, almeno 10", [](const RuleInput& input) {
-                const int number = WholeNumberOf(input.row, input.columns.first());
-                return RuleValue(std::max(1, number) * schema::defaults::FirstPhase);
-            }};
-}
-
-} // namespace
 
 Bills Distinte() {
     const QString disMat = QStringLiteral("DIS_MAT");
@@ -36,8 +22,10 @@ Bills Distinte() {
                        .quantity = "_DBQTA",
                        .note = "_DBNOT",
                        .position = {"_DBRIG", rules::FirstNotZero()},
-                       .phase = {"_DBFAS", PhaseNumber()}},
-        .phases = BillPhases{.rows = rows, .key = {"_DBFAS", PhaseNumber()}, .number = {"_DBFAS", PhaseNumber()}},
+                       .phase = {"_DBFAS", rules::PhaseInTens()}},
+        .phases = BillPhases{.rows = rows,
+                             .key = {"_DBFAS", rules::PhaseInTens()},
+                             .number = {"_DBFAS", rules::PhaseInTens()}},
     };
 }
 

@@ -295,14 +295,6 @@ Articles Articoli() {
 
 // --- Bills --------------------------------------------------------------------------------------------------------
 
-/// Phases are numbered 1, 2, 3 and stand at 10, 20, 30; a component without one belongs to the first.
-Rule PhaseNumber() {
-    return {"dieci volte il numero, almeno 10", [](const RuleInput& input) {
-                const int number = WholeNumberOf(input.row, input.columns.first());
-                return RuleValue(std::max(1, number) * schema::defaults::FirstPhase);
-            }};
-}
-
 /// Rows of an article that is said to have no bill are what is left of one.
 QString WithoutBill(const SourceRow& row) {
     const QString flag = row.Text("IFL_ART_DBP");
@@ -330,8 +322,8 @@ Bills Distinte() {
                        .quantity = "NQT_COMP",
                        .note = "CDS_NOTE",
                        .position = "NPR_RIGA",
-                       .phase = {"NPR_FASE", PhaseNumber()}},
-        .phases = BillPhases{.rows = rows, .key = {"NPR_FASE", PhaseNumber()}, .number = {"NPR_FASE", PhaseNumber()}},
+                       .phase = {"NPR_FASE", PhaseInTens()}},
+        .phases = BillPhases{.rows = rows, .key = {"NPR_FASE", PhaseInTens()}, .number = {"NPR_FASE", PhaseInTens()}},
         .leavesOut = WithoutBill,
     };
 }
