@@ -188,8 +188,8 @@ void ReadLine(Session& session, ovConnection& source) {
     modMain::ReadLine(session, source, SectionOfKey(session, key), key, QStringLiteral("EncryptionCA"));
 }
 
-QString Condition(Session& session, const QString& key) {
-    const QString condition = modMain::GetWholeConfig(session, Section, key, QStringLiteral("0"));
+QString ArticleCondition(Session& session) {
+    const QString condition = modMain::GetWholeConfig(session, Section, "WhereArticoli", "0");
     return condition.isEmpty() || condition == u"0" ? QString() : QString(u'(' + condition + u')');
 }
 

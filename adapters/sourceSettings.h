@@ -45,9 +45,9 @@ private:
 
 /// Reads the settings Encryption and EncryptionCA of section IMPORT into a connection; raises as `modMain::ReadLine`.
 void ReadLine(Session& session, ovConnection& source);
-/// A condition of the operator's own on what is read, in brackets: a setting of section IMPORT; empty where it is not
-/// set or 0.
-QString Condition(Session& session, const QString& key);
+/// The operator's own condition on the articles that are read, in brackets: setting WhereArticoli of section IMPORT.
+/// Empty where it is not set or 0.
+QString ArticleCondition(Session& session);
 /// The path of the setting Databasename, counted from the folder of the settings; empty when it is not set.
 QString DatabasePath(Session& session);
 /// What an error says of the path of a file source: which setting it stands in, and whether only its beginning was

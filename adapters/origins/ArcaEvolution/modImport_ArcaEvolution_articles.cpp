@@ -220,7 +220,7 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                        .language = {"Id_Lingua", LanguageCode()},
                        .text = "Descrizione"}},
         .empties = ArticleEmptying() + AttachmentEmptying("ART_ICO"),
-        .condition = [](Session& session) { return sourceSettings::Condition(session, "WhereArticoli"); },
+        .condition = sourceSettings::ArticleCondition,
         .more =
             [files](ImportRun& run, const SourceRow& row, TargetRow& target) {
                 SetPrice(run, row, target);

@@ -67,7 +67,7 @@ contract::Articles ArticlesOf() {
                        .leadDays = "LEADTIME",
                        .lot = "LOTTO"}},
         .location = "UBICAZIONE",
-        .condition = [](Session& session) { return sourceSettings::Condition(session, "WhereArticoli"); },
+        .condition = sourceSettings::ArticleCondition,
     };
 }
 
