@@ -53,6 +53,15 @@ void AddLeft(ovConnection& quadrix, const Reference& reference, const schema::Ta
     }
 }
 
+/// What of the attachments hangs on a table, all companies' together; without it where none do. An undo does not look
+/// at them: nobody can tell whose company's they are.
+std::optional<Reference> AttachmentsOf(const schema::Table& table) {
+    const QString code = table.name == u"DIS_BAS" ? QStringLiteral("DBART") : table.CodeColumn();
+    return code.isEmpty() ? std::nullopt
+                          : std::optional(Reference{QStringLiteral("SYS_ATT"), QStringLiteral("ATKEY"), code,
+                                                    QStringLiteral("ATTBL")});
+}
+
 } // namespace
 
 QString PhysicalName(const QString& table, const QString& company) {
@@ -103,6 +112,9 @@ std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToD
         }
         for (const Reference& reference : ReferencesTo(table.name)) {
             AddLeft(quadrix, reference, table, session.UserManager.Azienda(), going, broken);
+        }
+        if (const auto attachments = AttachmentsOf(table)) {
+            AddLeft(quadrix, *attachments, table, session.UserManager.Azienda(), going, broken);
         }
     }
     return broken;

@@ -29,8 +29,8 @@ struct Broken {
     qint64 rows = 0;
 };
 /// What would be left when those rows of the company under work are deleted: in it, and to tables that all companies
-/// share in the others too. A table that cannot be read is left out:
-/// it is not there, or the check before the run tells it.
+/// share in the others too; attachments by their key, whichever company has them. A table that cannot be read is left
+/// out: it is not there, or the check before the run tells it.
 std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToDelete>& rows);
 
 /// "X01_DOC_ACQ (DTCON): 92, X01_ART_FOR (AFFOR): 147"; empty when nothing is left.

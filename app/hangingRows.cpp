@@ -10,32 +10,69 @@ namespace {
 
 struct Hanging {
     QString table;       ///< bare name
-    QString column = {}; ///< that names the table of the owner; empty: the owner is a counterparty
+    QString column = {}; ///< that names the table of the owner; empty: the owner is always of that kind
+    bool whole = false;  ///< texts of it, which go whoever has written them; the column has the physical name
 };
 
-const std::vector<Hanging>& All() {
-    static const std::vector<Hanging> all{{"NUM_TEL", "TBNAM"}, {"IND_WEB", "TBNAM"}, {"CON_SED"},
-                                          {"DIC_INT"},          {"FLD_VAL", "FLTAB"}, {"IMA_GES", "TBNAM"}};
-    return all;
+/// Master data whose codes others get when it is gone.
+struct Owner {
+    QStringList tables; ///< bare names, its own last
+    std::vector<Hanging> hanging;
+    QString goes; ///< in front of the rows that go along
+    QString stays;
+    QString names; ///< as those are told that only name it
+};
+
+const std::vector<Owner>& Owners() {
+    static const std::vector<Owner> owners{
+        {{"DIS_BAS", "ART_COD", "ART_ICO"},
+         {{"SYS_LNG", "LNTBL", true}, {"FLD_VAL", "FLTAB"}, {"IMA_GES", "TBNAM"}, {"ART_FOR"}, {"UBI_ART"}},
+         "Con gli articoli vanno i testi in lingua e le righe che le importazioni vi hanno appeso",
+         "Restano le righe inserite a mano, che passano a chi avrà il codice del loro articolo",
+         "gli articoli"},
+        {{"CON_RIF", "CON_SED", "CON_TRO"},
+         {{"NUM_TEL", "TBNAM"},
+          {"IND_WEB", "TBNAM"},
+          {"CON_SED"},
+          {"DIC_INT"},
+          {"FLD_VAL", "FLTAB"},
+          {"IMA_GES", "TBNAM"}},
+         "Con le controparti vanno le righe che le importazioni vi hanno appeso",
+         "Restano le righe inserite a mano, che passano a chi avrà il codice della loro controparte",
+         "le controparti"},
+    };
+    return owners;
+}
+
+/// Those whose own table is among these (bare names).
+std::vector<Owner> OwnersAmong(const QStringList& tables) {
+    std::vector<Owner> found = Owners();
+    std::erase_if(found, [&tables](const Owner& owner) { return !tables.contains(owner.tables.last()); });
+    return found;
 }
 
 /// The condition on those that imports have written, or on those of others.
-QString ConditionOf(const Session& session, const Hanging& hanging, bool ofImports) {
+QString ConditionOf(const Session& session, const Owner& owner, const Hanging& hanging, bool ofImports) {
+    if (hanging.whole) {
+        const QString texts =
+            contract::Equals(session, hanging.column, session.Quadrix.GetFullTableName(owner.tables.last()));
+        return ofImports ? texts : QStringLiteral("1 = 0");
+    }
     const QString imports = contract::OfImports(session);
     return (ofImports ? imports : QString("(USINS IS NULL OR NOT " + imports + ')')) +
            (hanging.column.isEmpty() ? QString()
-                                     : QString(" AND " + hanging.column + " IN ('CON_TRO', 'CON_RIF', 'CON_SED')"));
+                                     : QString(" AND " + hanging.column + " IN ('" + owner.tables.join("', '") + "')"));
 }
 
 /// Those rows by table (physical name), tables without any left out.
-QList<RunResult::Emptied> Count(Session& session, const QStringList& emptied, bool ofImports) {
+QList<RunResult::Emptied> Count(Session& session, const Owner& owner, const QStringList& emptied, bool ofImports) {
     QList<RunResult::Emptied> found;
-    for (const Hanging& hanging : All()) {
+    for (const Hanging& hanging : owner.hanging) {
         const QString name = session.Quadrix.GetFullTableName(hanging.table);
         const qint64 rows = emptied.contains(hanging.table)
                                 ? 0
                                 : session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + name + " WHERE " +
-                                                                 ConditionOf(session, hanging, ofImports));
+                                                                 ConditionOf(session, owner, hanging, ofImports));
         if (rows > 0) {
             found.append({name, rows});
         }
@@ -55,53 +92,68 @@ QStringList TextOf(const QString& sentence, const QList<RunResult::Emptied>& row
                     : QStringList(sentence + ": " + italian::NumberText(all) + " (" + tables.join(", ") + ')');
 }
 
-} // namespace
-
-QStringList LeftTexts(Session& session, const QStringList& emptied) {
+/// The rows of other tables that name master data; none of tables that are emptied, or told already (bare names).
+QStringList LeftText(Session& session, const Owner& owner, const QStringList& emptied, const QStringList& told) {
     std::vector<contract::RowsToDelete> going;
-    for (const QString& table : {QStringLiteral("CON_SED"), QStringLiteral("CON_RIF"), QStringLiteral("CON_TRO")}) {
+    for (const QString& table : owner.tables) {
         if (emptied.contains(table)) {
             going.push_back({session.Quadrix.GetFullTableName(table)});
         }
     }
     QStringList whole; // physical names
-    for (const QString& table : emptied) {
+    for (const QString& table : emptied + told) {
         whole.append(session.Quadrix.GetFullTableName(table));
     }
     std::vector<brokenReferences::Broken> left = brokenReferences::LeftBy(session, going);
     std::erase_if(left, [&whole](const brokenReferences::Broken& one) { return whole.contains(one.table); });
-    return left.empty()
-               ? QStringList()
-               : QStringList("Restano righe di altre tabelle che nominano le controparti, e passano a chi avrà "
-                             "i loro codici: " +
-                             brokenReferences::TextOf(left));
+    return left.empty() ? QStringList()
+                        : QStringList("Restano righe di altre tabelle che nominano " + owner.names +
+                                      ", e passano a chi avrà i loro codici: " + brokenReferences::TextOf(left));
 }
 
-QStringList Texts(Session& session, const QStringList& emptied) {
-    QStringList told = emptied; // as the other sentences tell of those that hang
-    for (const Hanging& hanging : All()) {
-        told.append(hanging.table);
+} // namespace
+
+QStringList LeftTexts(Session& session, const QStringList& emptied) {
+    QStringList texts;
+    for (const Owner& owner : OwnersAmong(emptied)) {
+        texts += LeftText(session, owner, emptied, {});
     }
-    return TextOf("Con le controparti vanno le righe che le importazioni vi hanno appeso",
-                  Count(session, emptied, true)) +
-           TextOf("Restano le righe inserite a mano, che passano a chi avrà il codice della loro controparte",
-                  Count(session, emptied, false)) +
-           LeftTexts(session, told);
+    return texts;
 }
 
-QList<RunResult::Emptied> Delete(Session& session, const QStringList& emptied) {
-    const QList<RunResult::Emptied> taken = Count(session, emptied, true);
-    for (const Hanging& hanging : All()) {
-        const QString name = session.Quadrix.GetFullTableName(hanging.table);
-        const bool hasSome =
-            std::any_of(taken.begin(), taken.end(), [&](const auto& each) { return each.table == name; });
-        if (hasSome) {
-            const QString condition = ConditionOf(session, hanging, true);
-            session.Observer->TableIsEmptied(name, condition);
-            session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + condition);
+QStringList Texts(Session& session, const QStringList& going, const QStringList& besides) {
+    const QStringList emptied = going + besides;
+    QStringList told; // by the sentences on those that hang
+    for (const Owner& owner : OwnersAmong(emptied)) {
+        for (const Hanging& hanging : owner.hanging) {
+            told.append(hanging.table);
         }
     }
-    return taken;
+    QStringList texts;
+    for (const Owner& owner : OwnersAmong(going)) {
+        texts += TextOf(owner.goes, Count(session, owner, emptied, true)) +
+                 TextOf(owner.stays, Count(session, owner, emptied, false)) + LeftText(session, owner, emptied, told);
+    }
+    return texts;
+}
+
+QList<RunResult::Emptied> Delete(Session& session, const QStringList& going) {
+    QList<RunResult::Emptied> all;
+    for (const Owner& owner : OwnersAmong(going)) {
+        const QList<RunResult::Emptied> taken = Count(session, owner, going, true);
+        for (const Hanging& hanging : owner.hanging) {
+            const QString name = session.Quadrix.GetFullTableName(hanging.table);
+            const bool hasSome =
+                std::any_of(taken.begin(), taken.end(), [&](const auto& each) { return each.table == name; });
+            if (hasSome) {
+                const QString condition = ConditionOf(session, owner, hanging, true);
+                session.Observer->TableIsEmptied(name, condition);
+                session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + condition);
+            }
+        }
+        all += taken;
+    }
+    return all;
 }
 
 } // namespace hangingRows

@@ -73,21 +73,6 @@ QString DeleteStatement(const ovConnection& connection, const QString& table) {
     return builder.MakeQuery(StatementKind::Delete);
 }
 
-/// Empties the tables of one group; false when the operator cancelled.
-bool EmptyGroup(Session& session, const ResetGroup& group, Progress& progress, EmptyingResult& result) {
-    ovConnection& connection = session.Quadrix;
-    for (const QString& table : group.tables) {
-        const QString name = connection.GetFullTableName(table);
-        session.Observer->TableIsEmptied(name);
-        result.tables.append({name, connection.Execute(DeleteStatement(connection, table))});
-        progress.SetValue(progress.Value() + 1);
-        if (progress.Cancel()) {
-            return false;
-        }
-    }
-    return true;
-}
-
 /// The tables of an option.
 QStringList TablesOf(ResetOption option) {
     QStringList tables;
@@ -120,10 +105,31 @@ std::optional<qint64> CountRows(ovConnection& connection, ResetOption option) {
     return rows;
 }
 
-void EmptyHanging(Session& session, EmptyingResult& result) {
-    for (const RunResult::Emptied& table : hangingRows::Delete(session, TablesOf(&R::AnaCon))) {
+/// Deletes what hangs on the rows of a group, which are gone.
+void EmptyHanging(Session& session, const ResetGroup& group, EmptyingResult& result) {
+    for (const RunResult::Emptied& table : hangingRows::Delete(session, group.tables)) {
         result.tables.append({table.table, table.rows});
     }
+}
+
+/// Empties the tables of one group, the last one with what hangs on its rows; false when the operator cancelled.
+bool EmptyGroup(Session& session, const ResetGroup& group, const QStringList& told, Progress& progress,
+                EmptyingResult& result) {
+    ovConnection& connection = session.Quadrix;
+    for (const QString& table : group.tables) {
+        const QString name = connection.GetFullTableName(table);
+        session.Observer->TableIsEmptied(name);
+        result.tables.append({name, connection.Execute(DeleteStatement(connection, table))});
+        if (table == group.tables.last()) {
+            result.told += told;
+            EmptyHanging(session, group, result);
+        }
+        progress.SetValue(progress.Value() + 1);
+        if (progress.Cancel()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& result) {
@@ -131,16 +137,16 @@ void EmptyGroups(Session& session, const ResetOptions& options, EmptyingResult& 
     const std::unique_ptr<Progress> progress = session.Person.ShowProgress();
     progress->SetMax(StartMax + MaxPerOption * static_cast<float>(CountOf(options)));
     progress->SetValue(StartValue);
+    std::vector<std::pair<ResetGroup, QStringList>> groups; // each with what is told of it, as long as all is there
     for (const ResetGroup& group : ResetGroups()) {
-        const bool isOfParties = group.option == &R::AnaCon && options.AnaCon;
-        const QStringList told = isOfParties ? hangingRows::Texts(session, group.tables) : QStringList();
-        if (options.*group.option && !EmptyGroup(session, group, *progress, result)) {
+        if (options.*group.option) {
+            groups.emplace_back(group, hangingRows::Texts(session, group.tables, TablesOf(options)));
+        }
+    }
+    for (const auto& [group, told] : groups) {
+        if (!EmptyGroup(session, group, told, *progress, result)) {
             result.outcome = RunResult::Outcome::Cancelled;
             return;
-        }
-        if (isOfParties) {
-            result.told += told;
-            EmptyHanging(session, result);
         }
     }
 }
@@ -204,7 +210,7 @@ QStringList BesidesReset(Session& session, const ResetOptions& options) {
     const Operator::Busy busy(session.Person);
     const ovErrors::Acting acting(session.Errors, ErrorAction::Abort);
     try {
-        return options.AnaCon ? hangingRows::Texts(session, TablesOf(AfterClick(options, &R::AnaCon))) : QStringList();
+        return hangingRows::Texts(session, TablesOf(options));
     } catch (const SqlError&) {
         return {};
     }

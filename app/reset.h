@@ -81,6 +81,7 @@ QString EmptiedLine(const EmptyingResult::Table& table);
 bool ConfirmReset(Operator& person, const ResetOptions& options, const QString& details);
 
 /// Deletes every row of the chosen tables of the company under work, with a progress dialog that can be cancelled
-/// between two tables. With the counterparties goes what imports have hung on them. Each statement commits by itself:
-/// what was emptied before a cancel or an error stays empty. An error is reported under "frmImport", "cmdReset_Click".
+/// between two tables. With articles and counterparties goes what hangs on them, as `BesidesReset` tells. Each
+/// statement commits by itself: what was emptied before a cancel or an error stays empty. An error is reported under
+/// "frmImport", "cmdReset_Click".
 EmptyingResult ResetDatabase(Session& session, const ResetOptions& options);

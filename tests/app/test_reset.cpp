@@ -178,8 +178,36 @@ private slots:
         QCOMPARE(target.Get().Errors.Action, ErrorAction::Ask);
     }
 
-    /// Whoever gets the code of a counterparty next would have the telephones of another.
-    void WithCounterpartiesGoesWhatImportsHungOnThem() {
+    /// Whoever gets the code next would have the telephones of another counterparty, the attributes of another article.
+    /// A cancel behind the last table of the group leaves them as little.
+    void WhatHangsOnMasterDataGoesAlong_data() {
+        Columns<QString, int, QStringList, QStringList>("chosen", "cancelAt", "told", "left");
+        const QStringList ofArticles{
+            "Con gli articoli vanno i testi in lingua e le righe che le importazioni vi hanno appeso: 3 (SYS_LNG: 1, "
+            "X01_FLD_VAL: 1, X01_ART_FOR: 1)",
+            "Restano le righe inserite a mano, che passano a chi avrà il codice del loro articolo: 1 (X01_ART_FOR: 1)",
+            "Restano righe di altre tabelle che nominano gli articoli, e passano a chi avrà i loro codici: "
+            "X01_LIS_ART (CDART): 1, SYS_ATT (ATKEY): 1"};
+        const QStringList ofParties{
+            "Con le controparti vanno le righe che le importazioni vi hanno appeso: 3 (X01_NUM_TEL: 2, X01_FLD_VAL: 1)",
+            "Restano le righe inserite a mano, che passano a chi avrà il codice della loro controparte: 1 "
+            "(X01_NUM_TEL: 1)"};
+        const QStringList suppliers{
+            "Restano righe di altre tabelle che nominano le controparti, e passano a chi avrà i "
+            "loro codici: X01_ART_FOR (CDCON): 2"};
+        const QStringList articles{"for MARIO", "lng X02_ART_ICO"};
+        const QStringList parties{"tel 000002", "tel 01"};
+        Row("counterparties", "AnaCon", 99, ofParties + suppliers,
+            QStringList{"fld ART_ICO", "for MARIO", "for SYSTEM_IMPORT", "lng X01_ART_ICO", "lng X02_ART_ICO"} +
+                parties);
+        Row("articles", "AnaArt", 99, ofArticles,
+            QStringList("fld CON_TRO") + articles + QStringList{"tel 000001", "tel 000002", "tel 01", "tel 7"});
+        Row("both", "AnaArt AnaCon", 99, ofArticles + ofParties, articles + parties);
+        Row("cancelled at their end", "AnaArt AnaCon", 5, ofArticles + ofParties, articles + parties);
+    }
+    void WhatHangsOnMasterDataGoesAlong() {
+        QFETCH(QString, chosen);
+        QFETCH(int, cancelAt);
         TestTarget target;
         FillResetTables(target);
         target.Execute("DELETE FROM X01_NUM_TEL");
@@ -187,21 +215,24 @@ private slots:
                                 "'CON_TRO', '000002', 'MARIO'", "'TAB_AGE', '01', 'SYSTEM_IMPORT'"}) {
             target.Execute(QString("INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, USINS) VALUES (%1)").arg(row));
         }
-        target.Execute("INSERT INTO X01_CON_TRO (CDCON) VALUES ('000001')");
-        target.Execute("INSERT INTO X01_ART_FOR (CDCON) VALUES ('000001')");
-        const QStringList told{
-            "Con le controparti vanno le righe che le importazioni vi hanno appeso: 2 (X01_NUM_TEL: 2)",
-            "Restano le righe inserite a mano, che passano a chi avrà il codice della loro "
-            "controparte: 1 (X01_NUM_TEL: 1)",
-            "Restano righe di altre tabelle che nominano le controparti, e passano a chi avrà i loro codici: "
-            "X01_ART_FOR (CDCON): 1"};
-        QCOMPARE(BesidesReset(target.Get(), Named("AnaCon")), told);
-        QCOMPARE(BesidesReset(target.Get(), Named("AnaArt")), QStringList());
-        const EmptyingResult result = ResetDatabase(target.Get(), Named("AnaCon"));
-        QCOMPARE(result.told, told);
-        QCOMPARE(NamesOf(result).last(), QString("X01_NUM_TEL"));
-        QCOMPARE(result.tables.last().rows, 2);
-        QCOMPARE(target.Rows("SELECT TBKEY FROM X01_NUM_TEL ORDER BY TBKEY"), QStringList({"000002", "01"}));
+        for (const char* row :
+             {"X01_CON_TRO (CDCON) VALUES ('000001')", "X01_ART_ICO (CDART) VALUES ('A')",
+              "X01_ART_FOR (CDART, CDCON, USINS) VALUES ('A', '000001', 'SYSTEM_IMPORT'), ('A', '000001', 'MARIO')",
+              "SYS_LNG (LNTBL, LNKEY, USINS) VALUES ('X01_ART_ICO', 'A', 'MARIO'), ('X02_ART_ICO', 'A', 'MARIO')",
+              "X01_FLD_VAL (FLTAB, FLKEY, USINS) VALUES ('ART_ICO', 'A', 'SYSTEM_IMPORT'), "
+              "('CON_TRO', '000001', 'SYSTEM_IMPORT')",
+              "X01_LIS_ART (CDART) VALUES ('A')", "SYS_ATT (ATTBL, ATKEY) VALUES ('ART_ICO', 'A')"}) {
+            target.Execute(QString("INSERT INTO ") + row);
+        }
+        QTEST(BesidesReset(target.Get(), Named(chosen)), "told");
+        target.Person.CancelAt = static_cast<float>(cancelAt);
+        const EmptyingResult result = ResetDatabase(target.Get(), Named(chosen));
+        QTEST(result.told, "told");
+        QCOMPARE(result.outcome == RunResult::Outcome::Cancelled, cancelAt < 99);
+        QTEST(target.Rows("SELECT 'tel ' || TBKEY FROM X01_NUM_TEL UNION ALL SELECT 'for ' || USINS FROM X01_ART_FOR "
+                          "UNION ALL SELECT 'lng ' || LNTBL FROM SYS_LNG UNION ALL SELECT 'fld ' || FLTAB FROM "
+                          "X01_FLD_VAL ORDER BY 1"),
+              "left");
     }
 
     void AFailureLeavesWhatWasEmptiedBefore() {
