@@ -8,6 +8,7 @@
 #include "sql/CodePage.h"
 
 #include <QDir>
+#include <QScopeGuard>
 
 namespace {
 
@@ -27,8 +28,8 @@ QString ReadCodePage(Session& session, const QString& origin) {
 }
 
 /// Fills the connection from settings and questions and opens it; false when the operator gave up.
-bool Open(Session& session, const contract::Origin& origin, ovConnection& source) {
-    if (!origin.source.prepare(session, source)) {
+bool Open(Session& session, const contract::Origin& origin, const contract::Opening& prepare, ovConnection& source) {
+    if (!prepare(session, source)) {
         return false;
     }
     contract::SourceLayout::Take(session, origin, source);
@@ -65,7 +66,19 @@ SourceOutcome OpenSource(Session& session, const contract::Origin& origin) {
     CloseSource(session);
     const sourceSettings::OfOrigin own(session, origin.name);
     session.Source = NewSource(session, origin.name);
-    return Open(session, origin, *session.Source) ? SourceOutcome::Opened : SourceOutcome::GivenUp;
+    return Open(session, origin, origin.source.prepare, *session.Source) ? SourceOutcome::Opened
+                                                                         : SourceOutcome::GivenUp;
+}
+
+std::optional<SecondSource> OpenBeside(Session& session, const contract::Origin& origin,
+                                       const contract::Opening& prepare) {
+    const auto first = session.Layout;
+    const auto back = qScopeGuard([&] { session.Layout = first; });
+    auto connection = NewSource(session, origin.name);
+    if (!Open(session, origin, prepare, *connection)) {
+        return std::nullopt;
+    }
+    return SecondSource{std::move(connection), session.Layout};
 }
 
 SourceOutcome ConnectSource(Session& session, const contract::Origin& origin) {

@@ -25,6 +25,16 @@ std::unique_ptr<ovConnection> NewSource(Session& session, const QString& origin 
 /// Opens a source that is filled. An error tells where the path stands that it was opened by.
 void OpenPrepared(Session& session, ovConnection& source);
 
+/// A source beside that of the session, with what its layout file tells.
+struct SecondSource {
+    std::unique_ptr<ovConnection> connection;
+    std::shared_ptr<const contract::SourceLayout> layout;
+};
+/// Opens the source of an origin beside that of the session. @param prepare fills it, with other settings than its own
+/// @return none when the operator gave up. Raises as `OpenSource`.
+std::optional<SecondSource> OpenBeside(Session& session, const contract::Origin& origin,
+                                       const contract::Opening& prepare);
+
 /// Closes the session's source and releases it; does nothing when there is none.
 void CloseSource(Session& session);
 

@@ -7,7 +7,6 @@
 #include "app/resultText.h"
 #include "app/sequenceRun.h"
 #include "app/truncation.h"
-#include "core/lineSettings.h"
 
 namespace {
 
@@ -110,7 +109,7 @@ void ImportFromSource(SequenceRun& run, const QString& step, const QString& orig
 }
 
 /// The second source of the stock balances: the settings of section IMPORT whose keys begin with the prefix.
-std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& name) {
+std::optional<SecondSource> ConnectSecond(SequenceRun& run, const QString& name) {
     const QString prefix = name + '_';
     Session& session = run.GetSession();
     sourceSettings::ServerKeys keys;
@@ -123,13 +122,10 @@ std::unique_ptr<ovConnection> ConnectSecond(SequenceRun& run, const QString& nam
     keys.encryption = prefix + "Encryption";
     keys.authorities = prefix + "EncryptionCA";
     const Operator::Quiet quiet(session.Person);
-    return Guarded(session.Errors, "frmImport", "Sequence", std::unique_ptr<ovConnection>(), [&] {
+    return Guarded(session.Errors, "frmImport", "Sequence", std::optional<SecondSource>(), [&] {
         run.WriteKeys(name, prefix);
-        auto source = NewSource(session);
-        sourceSettings::Server(name, keys)(session, *source);
-        source->OpenConnection();
-        modMain::TellLine(session, *source);
-        return source;
+        const sourceSettings::OfOrigin written(session, {}); // what was just written holds
+        return OpenBeside(session, run.OriginOf(name), sourceSettings::Server(name, keys));
     });
 }
 
@@ -139,7 +135,7 @@ void ImportFromSecond(SequenceRun& run, const QString& step, const QString& name
     run.Begin(step);
     run.Log("Inizio " + step);
     if (auto source = ConnectSecond(run, name)) {
-        run.ImportFrom(source, origin, procedure);
+        run.ImportFrom(*source, origin, procedure);
     } else {
         run.SkipNotConnected(notConnected);
     }

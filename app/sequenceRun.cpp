@@ -423,8 +423,12 @@ void SequenceRun::RunProcedure(const contract::Procedure& procedure) {
     }
 }
 
-void SequenceRun::ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure) {
-    std::swap(m_session.Source, source);
-    const auto back = qScopeGuard([&] { std::swap(m_session.Source, source); });
+void SequenceRun::ImportFrom(SecondSource& source, const QString& origin, const QString& procedure) {
+    const auto swap = [&] {
+        std::swap(m_session.Source, source.connection);
+        std::swap(m_session.Layout, source.layout);
+    };
+    swap();
+    const auto back = qScopeGuard(swap);
     Import(origin, procedure);
 }

@@ -2,6 +2,7 @@
 
 #include "adapters/sourceSettings.h"
 #include "app/CompanyLock.h"
+#include "app/connectSource.h"
 #include "app/history/Recorder.h"
 #include "app/RunLog.h"
 #include "app/sequence.h"
@@ -49,6 +50,8 @@ public:
     /// Skips the step because of its source; the text is told at the end.
     void SkipNotConnected(const QString& text);
 
+    /// The origin of that name. Raises `ImportError` for one that the list lacks.
+    const contract::Origin& OriginOf(const QString& name) const;
     /// The procedure of an origin; null when its module has none of that name. Raises `ImportError` for an origin that
     /// the list lacks.
     const contract::Procedure* Find(const QString& origin, const QString& procedure) const;
@@ -64,7 +67,7 @@ public:
     /// Runs a procedure of an origin as the step under way, and ends the step.
     void Import(const QString& origin, const QString& procedure);
     /// The same on another connection than the session's source, which is put back.
-    void ImportFrom(std::unique_ptr<ovConnection>& source, const QString& origin, const QString& procedure);
+    void ImportFrom(SecondSource& source, const QString& origin, const QString& procedure);
 
 private:
     void Conclude();
@@ -75,7 +78,6 @@ private:
     void RunProcedure(const contract::Procedure& procedure);
     void TellStopped();
     float WeightOf(const SequenceEntry& entry) const { return static_cast<float>(m_weights.value(entry.step, 1)); }
-    const contract::Origin& OriginOf(const QString& name) const;
     SequenceEntry& Current() { return m_result.entries[m_current]; }
 
     Session& m_session;

@@ -216,6 +216,12 @@ void RequireAnswers(const Context& context, const std::vector<AskingPress>& pres
     RequireAnswered(context, asked);
 }
 
+void RequireAnswersTo(const Context& context, const std::vector<contract::AnswerNeed>& questions) {
+    const Asked asked{.questions = questions};
+    RefuseSurplus(context, asked);
+    RequireAnswered(context, asked);
+}
+
 void RequireOpeningAnswers(const Context& context, const std::vector<const contract::Origin*>& sources) {
     Asked asked;
     for (const contract::Origin* source : sources) {

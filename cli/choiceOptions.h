@@ -34,6 +34,8 @@ struct AskingPress {
 /// Raises `UsageError` where the command line answers more than the questions of these presses, one after the other,
 /// or, with nobody there to ask, less: before anything is deleted or written.
 void RequireAnswers(const Context& context, const std::vector<AskingPress>& presses);
+/// The same of questions that no procedure asks.
+void RequireAnswersTo(const Context& context, const std::vector<contract::AnswerNeed>& questions);
 /// The same, for a command that only opens sources, one after the other.
 void RequireOpeningAnswers(const Context& context, const std::vector<const contract::Origin*>& sources);
 /// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.

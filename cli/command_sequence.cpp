@@ -83,16 +83,17 @@ void RefuseSteps(const QCommandLineParser& options) {
     }
 }
 
-/// Raises `UsageError` where nobody answers what sequence 1 asks about the emptying: before the first table is.
-void RequireEmptyingAnswers(const Context& context) {
-    const std::deque<bool>& given = context.person.AnswersLeft().questions;
-    const bool empties = !given.empty() && given.front();
-    if (!context.person.HasPerson() && given.size() < (empties ? 2U : 1U)) {
-        throw UsageError(QStringLiteral("Manca la risposta a \"%1\" (--answer yes oppure --answer no, una per "
-                                        "domanda). Non è stato eliminato né scritto nulla.")
-                             .arg(empties ? QStringLiteral("svuotare anche il database del software CAM collegato?")
-                                          : QStringLiteral("svuotare tutte le tabelle del database dell'azienda?")));
+/// What a sequence asks: sequence 1 about the emptying, before the first table is; the steps of both ask nothing.
+std::vector<contract::AnswerNeed> QuestionsOf(const Context& context, int script) {
+    if (script != 1) {
+        return {};
     }
+    const std::deque<bool>& given = context.person.AnswersLeft().questions;
+    std::vector<contract::AnswerNeed> questions{{"svuotare tutte le tabelle del database dell'azienda?"}};
+    if (!given.empty() && given.front()) {
+        questions.push_back({"svuotare anche il database del software CAM collegato?"});
+    }
+    return questions;
 }
 
 bool HasUntranslated(const SequenceResult& result) {
@@ -144,9 +145,7 @@ Report Sequence(Context& context) {
         RefuseSteps(context.options);
     }
     RequireYes(context.options, what);
-    if (script == 1) {
-        RequireEmptyingAnswers(context);
-    }
+    RequireAnswersTo(context, QuestionsOf(context, script));
     context.session.Errors.Action = ErrorsFrom(context.options);
     const KeptRuns kept(context.session);
     const SequenceResult result =

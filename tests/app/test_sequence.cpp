@@ -281,6 +281,30 @@ private slots:
         QCOMPARE(from(), QDate(2018, 5, 5));
     }
 
+    /// The source beside that of Lantek 24 is read by its own layout file, and only it.
+    void readsTheSecondSourceByItsLayout() {
+        FakeInstallation fake;
+        ovConnection stock;
+        OpenEmbedded(stock, fake.Target.Folder.filePath("ferrobrio.db"))
+            .ExecuteScript("CREATE TABLE GIAC_REALI (QTA INTEGER); INSERT INTO GIAC_REALI VALUES (10), (60), (70)");
+        QVERIFY(QDir(fake.Target.Folder.path()).mkdir("Tracciati"));
+        WriteFile(fake.Target.Folder.filePath("Tracciati/Ferrobrio.ini"),
+                  "[TABELLE]\nGIACENZE=GIAC_REALI\n[FILTRI]\nGIACENZE=QTA >= 50\n");
+        contract::Procedure& procedure = fake.OriginOf("Ferrobrio").procedures.front();
+        procedure.needs.reads = {{"GIACENZE", {"QTA"}}};
+        qint64 rows = 0;
+        QStringList laidOut;
+        fake.Work = [&](const QString& name) {
+            if (fake.Target.Get().Layout) {
+                laidOut.append(name);
+                rows = fake.Target.Get().SourceConnection().ExecuteCommand("SELECT COUNT(QTA) FROM GIACENZE");
+            }
+        };
+        QCOMPARE(fake.Run().outcome, RunResult::Outcome::Done);
+        QCOMPARE(laidOut, QStringList("ImportSaldiFerrobrio"));
+        QCOMPARE(rows, 2);
+    }
+
     /// What is wrong with a source is to be corrected where the sequence has it from: it writes the settings each time.
     void namesItsOwnSettings_data() {
         Columns<QString>("origin");

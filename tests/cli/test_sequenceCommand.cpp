@@ -51,6 +51,9 @@ private slots:
         Row("steps of the other one", QStringList{"--script", "1", "--steps", "all", "--yes"}, "sequenza 2");
         Row("nobody to ask", QStringList{"--script", "1", "--yes"}, "svuotare tutte le tabelle");
         Row("half answered", QStringList{"--script", "1", "--yes", "--answer", "yes"}, "database del software CAM");
+        Row("an answer behind a no", QStringList{"--script", "1", "--yes", "--answer", "no", "--answer", "yes"},
+            "Risposte --answer in più: 2");
+        Row("nothing is asked", QStringList{"--steps", "all", "--yes", "--input", "x"}, "Risposte --input in più: 1");
     }
     void refusals() {
         QFETCH(QStringList, arguments);
