@@ -1,10 +1,13 @@
 #include "core/Session.h"
 
 #include "core/modImport.h"
+#include "sql/mod_ovTools.h"
 
+/// Without case, as SYS_IMP has them.
 UntranslatedCodes::Hashes UntranslatedCodes::HashesOf(const QString& code) {
     constexpr size_t otherSeed = 0x9e3779b9;
-    return {qHash(code, 1), qHash(code, otherSeed)};
+    const QString capitals = mod_ovTools::UpperChars(code);
+    return {qHash(capitals, 1), qHash(capitals, otherSeed)};
 }
 
 bool UntranslatedCodes::Add(const QString& code) {

@@ -112,12 +112,19 @@ std::optional<QString> Find(Session& session, const QString& table, const QStrin
     return WithoutPadding(mod_ovTools::NzText(rows.Value(QStringLiteral("TBNEW")), true).toString());
 }
 
+/// What becomes of a code without a translation.
+enum class Missing {
+    Add,  ///< it is added to SYS_IMP, and told
+    Tell, ///< it is told where SYS_IMP has it
+    Leave
+};
+
 QString Translate(Session& session, const QString& table, const QString& field, const QString& oldCode,
-                  bool addIfMissing) {
+                  Missing missing) {
     const QString key = MemoryKey(table, field, oldCode);
     const auto known = session.Translations.constFind(key);
     if (known != session.Translations.constEnd()) {
-        if (known->isEmpty()) {
+        if (known->isEmpty() && missing != Missing::Leave) {
             NoteUntranslated(session, table, field, oldCode);
         }
         return *known;
@@ -126,12 +133,12 @@ QString Translate(Session& session, const QString& table, const QString& field, 
     if (found) {
         const QString& newCode = *found;
         Remember(session, key, newCode);
-        if (newCode.isEmpty()) {
+        if (newCode.isEmpty() && missing != Missing::Leave) {
             NoteUntranslated(session, table, field, oldCode);
         }
         return newCode;
     }
-    if (addIfMissing) {
+    if (missing == Missing::Add) {
         AddMissing(session, table, field, oldCode);
         NoteUntranslated(session, table, field, oldCode);
     }
@@ -253,18 +260,27 @@ QString FirstCodeOf(Session& session, const QString& wanted, const QString& quer
     return {};
 }
 
-} // namespace
-
-QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
-                   bool addIfMissing) {
+QString NewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
+                Missing missing) {
     if (oldCode.isEmpty()) {
         return {};
     }
     const Operator::Busy busy(session.Person);
     const auto what = [&] { return QStringLiteral("%1.%2 = %3").arg(tableName, fieldName, oldCode); };
     return Looked(session, QStringLiteral("GetNewCode"), what, [&] {
-        return Translate(session, tableName.left(NameLength), fieldName.left(NameLength), oldCode, addIfMissing);
+        return Translate(session, tableName.left(NameLength), fieldName.left(NameLength), oldCode, missing);
     });
+}
+
+} // namespace
+
+QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
+                   bool addIfMissing) {
+    return NewCode(session, tableName, fieldName, oldCode, addIfMissing ? Missing::Add : Missing::Tell);
+}
+
+QString FindNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode) {
+    return NewCode(session, tableName, fieldName, oldCode, Missing::Leave);
 }
 
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,

@@ -16,6 +16,9 @@ namespace modImport {
 QString GetNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                    bool addIfMissing);
 
+/// The same of a code that may be known otherwise: nothing is recorded or told of one without a translation.
+QString FindNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode);
+
 /// Takes in a translation that has been written into SYS_IMP just now, in place of the one remembered.
 void RememberNewCode(Session& session, const QString& tableName, const QString& fieldName, const QString& oldCode,
                      const QString& newCode);

@@ -153,6 +153,27 @@ private slots:
         QCOMPARE(m_target->Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBOLD = ''"), QString("0"));
     }
 
+    /// A code that waited for its translation and that Quadrix has itself by now waits no more.
+    void takesCodesThatCameLater() {
+        UntranslatedCodes& told = m_target->Get().Untranslated;
+        const auto apply = [&](const Rule& rule) {
+            told.Forget();
+            return TextOf(Apply(rule, "'W2' A"));
+        };
+        const Rule currency = Currency("tab", "dopo");
+        const Rule bank = OwnBank("tab", "dopo");
+        QCOMPARE(apply(currency), QString("EUR"));
+        QCOMPARE(told.First(), QStringList("tab.dopo = W2"));
+        QCOMPARE(apply(bank), LeftOut);
+        QCOMPARE(told.Count(), 1);
+        m_target->Execute("INSERT INTO TAB_VAL (CDVAL) VALUES ('W2')");
+        m_target->Execute("INSERT INTO X01_BAN_CHE (CDBAN, BAEXT) VALUES ('00009', 'W2')");
+        QCOMPARE(apply(currency), QString("W2"));
+        QCOMPARE(told.Count(), 0);
+        QCOMPARE(apply(bank), QString("00009"));
+        QCOMPARE(told.Count(), 0);
+    }
+
     void rounds_data() {
         Columns<double, int, double>("number", "decimals", "rounded");
         Row("a half held below itself", 1.005, 2, 1.01);

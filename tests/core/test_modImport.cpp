@@ -64,6 +64,8 @@ private slots:
         QCOMPARE(GetNewCode(target.Get(), "ANAGRAFICACF", "VALUTA", "LIT", true), QString());
         QCOMPARE(target.Rows("SELECT TBNAM, TBFLD, TBOLD, TBNEW FROM SYS_IMP"),
                  QStringList("ANAGRAFICACF|VALUTA|LIT|"));
+        GetNewCode(target.Get(), "ANAGRAFICACF", "VALUTA", "lit", true); // one row and one code, whatever the case
+        QCOMPARE(target.Value("SELECT COUNT(*) FROM SYS_IMP"), QString("1"));
         QCOMPARE(target.Get().Untranslated.First(), QStringList("ANAGRAFICACF.VALUTA = LIT"));
     }
 

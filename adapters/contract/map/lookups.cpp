@@ -150,7 +150,7 @@ QString OnDay(const Session& session, const QString& column, const QVariant& day
 
 QString TranslatedCode(Session& session, const QString& table, const QString& field, const QString& code,
                        const QString& codeTable) {
-    const QString known = modImport::GetNewCode(session, table, field, code, false);
+    const QString known = modImport::FindNewCode(session, table, field, code);
     if (!known.isEmpty() || code.isEmpty()) {
         return known;
     }

@@ -100,7 +100,7 @@ Rule OwnBank(const QString& table, const QString& field) {
                     return std::nullopt;
                 }
                 Session& session = input.session;
-                const QString translated = modImport::GetNewCode(session, table, field, input.Text(), false);
+                const QString translated = modImport::FindNewCode(session, table, field, input.Text());
                 const QString code =
                     translated.isEmpty() ? LookUp(session, "BAN_CHE", "BAEXT", input.Text(), "CDBAN") : translated;
                 if (code.isEmpty()) {
