@@ -56,5 +56,9 @@ QString ProcedureTitle(const QString& module, const QString& procedure) {
             return ProcedureTitle(*origin, *found);
         }
     }
-    return procedure;
+    static const QMap<QString, QString> ofProgram{
+        {"frmImport.cmdReset_Click", "Eliminazione dei dati scelti (Reset Database)"},
+        {"modImport.TruncateDatabase", "Eliminazione dei dati dell'azienda"},
+    };
+    return ofProgram.value(module + u'.' + procedure, procedure);
 }

@@ -14,6 +14,12 @@ QString EndingLine(const RunResult& result) {
            (toTheEnd ? " in " : " dopo ") + italian::Locale().toString(result.seconds, 'f', 1) + " s";
 }
 
+/// Whether it is work of the program on Quadrix alone, as a reset or a step of a sequence is.
+bool IsWithoutSource(const RunResult& result) {
+    static const QStringList modules{"frmImport", "frmSequence", "modImport"};
+    return modules.contains(result.module);
+}
+
 QString TableLine(const QString& table, const RunResult::TableCount& count) {
     return QStringLiteral("Tabella %1: scritte %2, aggiornate %3")
         .arg(table, italian::NumberText(count.inserted), italian::NumberText(count.updated));
@@ -44,13 +50,18 @@ void AddList(QStringList& lines, const QString& title, const QStringList& entrie
 
 QStringList ResultLines(const RunResult& result, int most) {
     QStringList lines{EndingLine(result)};
+    const bool isAlone = IsWithoutSource(result);
     for (const RunResult::Emptied& emptied : result.emptied) {
-        if (emptied.rows != 0) {
+        if (isAlone) {
+            lines.append(EmptiedLine(emptied.table, emptied.rows));
+        } else if (emptied.rows != 0) {
             const QString what = emptied.rows < 0 ? QStringLiteral("svuotata") : DeletedText(emptied.rows);
             lines.append(QStringLiteral("Tabella %1: %2 prima di importare").arg(emptied.table, what));
         }
     }
-    lines.append(RowsLine(result));
+    if (!isAlone) {
+        lines.append(RowsLine(result));
+    }
     if (result.givenUpBefore > 0) {
         lines.append("Righe abbandonate prima dell'interruzione: " + italian::NumberText(result.givenUpBefore));
     }

@@ -47,6 +47,19 @@ private slots:
                       "  ... e altre 1", "Codici senza traduzione (1):", "  anagrafe.pag = ZZ"}));
     }
 
+    /// What the program does to Quadrix alone has no rows of a source.
+    void AResetIsNoImport() {
+        RunResult result;
+        result.module = "frmImport";
+        result.procedure = "cmdReset_Click";
+        result.emptied = {{"X01_CON_SED", 8}, {"X01_CON_TRO", 0}};
+        result.details = {"Restano righe"};
+        QCOMPARE(ResultLines(result),
+                 QStringList({"Eliminazione dei dati scelti (Reset Database): completata in 0,0 s",
+                              "Tabella X01_CON_SED: svuotata (8 righe eliminate)",
+                              "Tabella X01_CON_TRO: svuotata (0 righe eliminate)", "Restano righe"}));
+    }
+
     void OneRunEndsAsItEnded_data() {
         Columns<RunResult::Outcome, int, int, Ending, QString>("outcome", "givenUp", "failedLookUps", "ending", "text");
         Row("complete", RunResult::Outcome::Done, 0, 0, Ending::Complete, "completata");
