@@ -4,6 +4,7 @@
 #include "core/Schema.h"
 #include "sql/ovQueryConstructor.h"
 #include "sql/Transaction.h"
+#include "sql/variantText.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -66,7 +67,7 @@ public:
     }
 
     void FillCompany(const QString& name) {
-        Insert(QStringLiteral("SYS_AZI"), {{"CDAZI", m_company}, {"AZRAS", name}});
+        Insert(QStringLiteral("SYS_AZI"), {{"CDAZI", m_company}, {"AZRAS", TextAsIs(name)}});
         if (IsEmpty(QStringLiteral("MAG_AZZ"))) {
             Insert(QStringLiteral("MAG_AZZ"), {{"CDMAG", "001"}, {"MADES", "Magazzino principale"}});
         }
@@ -207,6 +208,10 @@ QString CheckedCode(const QString& company) {
 void CreateDatabase(ovConnection& quadrix, const QString& company, const QString& name) {
     if (name.trimmed().isEmpty()) {
         throw ImportError(QStringLiteral("Azienda '%1': manca la ragione sociale").arg(company));
+    }
+    if (const int size = schema::FindTable("SYS_AZI")->FindColumn("AZRAS")->size; name.trimmed().size() > size) {
+        throw ImportError(QStringLiteral("Azienda '%1': la ragione sociale ha %2 caratteri, al più sono %3")
+                              .arg(company, QString::number(name.trimmed().size()), QString::number(size)));
     }
     Creation creation(quadrix, CheckedCode(company));
     creation.CheckCompanyIsNew(name.trimmed());

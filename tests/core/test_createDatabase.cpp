@@ -73,6 +73,8 @@ private slots:
         QCOMPARE(target.Value("SELECT COUNT(*) FROM SYS_SYS"), references);
         target.Execute("INSERT INTO X02_CON_TRO (CDCON) VALUES ('000001')");
         QCOMPARE(target.Value("SELECT COUNT(*) FROM X01_CON_TRO"), QString("0"));
+        target.AddCompany("x03", "Null");
+        QCOMPARE(target.Value("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = 'X03'"), QString("Null"));
     }
 
     void refusals_data() {
@@ -81,6 +83,7 @@ private slots:
         Row("same code in small letters", "x01", "Altra", "'X01': esiste già");
         Row("same name", "X02", "Prova Uno S.r.l.", "AZRAS");
         Row("no name", "X02", "  ", "ragione sociale");
+        Row("name too long", "X02", QString(61, 'x'), "al più sono 60");
         Row("no code", "", "Altra", "lettere e cifre");
         Row("a digit first", "1X", "Altra", "lettere e cifre");
         Row("no part of a table name", "X0;", "Altra", "lettere e cifre");
