@@ -203,16 +203,17 @@ void TellNotRun(Session& session, const ImportRequest& request, const std::vecto
     }
 }
 
-/// @param open the origin whose source is open; null: none is
-FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
-                          const std::vector<const Procedure*>& procedures, const Origin* open,
-                          history::Recorder* recorder) {
+/// Whether the procedures are to empty their tables.
+Answer ResetOf(Session& session, const ImportRequest& request, const std::vector<const Procedure*>& procedures) {
     const bool asks = request.only == nullptr && std::any_of(procedures.begin(), procedures.end(),
                                                              [](const auto* each) { return each->asksReset; });
-    const Answer reset = asks ? AskReset(session, request, procedures) : Answer::No;
-    if (reset == Answer::GivenUp) {
-        return FlowOutcome::Declined;
-    }
+    return asks ? AskReset(session, request, procedures) : Answer::No;
+}
+
+/// @param open the origin whose source is open; null: none is
+FlowOutcome RunProcedures(Session& session, const ImportRequest& request,
+                          const std::vector<const Procedure*>& procedures, Answer reset, const Origin* open,
+                          history::Recorder* recorder) {
     QString left =
         reset == Answer::Yes && request.reset ? LeftByReset(session, RowsToReset(session, procedures)) : QString();
     const qsizetype first = session.Results.size();
@@ -297,14 +298,19 @@ FlowOutcome RunConfirmed(Session& session, const ImportRequest& request,
     if (!request.look.before) {
         recorder.emplace(session, FactsOf(session, request, procedures, work));
     }
+    const Answer reset = ResetOf(session, request, procedures); // nothing is locked while it is asked
+    if (reset == Answer::GivenUp) {
+        return FlowOutcome::Declined;
+    }
     if (!request.dryRun) {
-        return RunProcedures(session, request, procedures, open, recorder ? &*recorder : nullptr);
+        return RunProcedures(session, request, procedures, reset, open, recorder ? &*recorder : nullptr);
     }
     const Trial trial(session);
     if (request.look.before) {
         request.look.before();
     }
-    const FlowOutcome outcome = RunProcedures(session, request, procedures, open, recorder ? &*recorder : nullptr);
+    const FlowOutcome outcome =
+        RunProcedures(session, request, procedures, reset, open, recorder ? &*recorder : nullptr);
     if (request.look.after) {
         request.look.after();
     }

@@ -147,7 +147,8 @@ struct Origin {
     std::vector<Procedure> procedures;
     /// Which question the counterparty button asks about emptying the target: true for an origin whose counterparty
     /// import deletes every counterparty, whoever wrote it: "Cancellare tutte le controparti prima di importarle?" (No
-    /// is the default button); false for "Resettare prima di importare?".
+    /// is the default button); false for "Resettare prima di importare?", whose details tell every table and its rows.
+    /// No origin of the list is known to be one of the first kind.
     bool deletesAllCounterparties = false;
 };
 
