@@ -285,7 +285,8 @@ bool IsLibrary(const QString& name) {
 /// The files stand in a library, which the layout file can tell for each.
 bool PrepareSource(Session& session, ovConnection& source) {
     const bool prepared = sourceSettings::DataSource("NETSUITE")(session, source);
-    const QString library = modMain::GetWholeConfig(session, "IMPORT", "Databasename", {}).trimmed();
+    const QString section = sourceSettings::SectionOf(session, "Kordel NetSuite", "Databasename");
+    const QString library = modMain::GetWholeConfig(session, section, "Databasename", {}).trimmed();
     if (prepared && IsLibrary(library)) {
         for (const QString& file : Files()) {
             LayoutOf(source).CallTable(file, library + u'.' + file);
