@@ -21,6 +21,7 @@ namespace {
 
 const QString Section = QStringLiteral("DATABASE");
 const QString LogName = QStringLiteral("import.log");
+const QString WrongPassword = QStringLiteral("utente o password errati"); ///< as the databases' refusals are told
 
 /// Whether a file can be made in a folder; the attributes of a folder alone do not tell.
 bool IsWritable(const QString& folder) {
@@ -64,8 +65,8 @@ void HidePassword(Session& session, const QString& password) {
         if (scrambled.size() > ovConfig::LongestValue) {
             throw ImportError(QStringLiteral("la password è troppo lunga per essere mascherata"));
         }
-        session.Config.SetAppConfig(Section, "Password", scrambled);
-        session.Config.SetAppConfig(Section, "PasswordEncryption", "1");
+        // At once: a scrambled text that passes for a clear one would be scrambled again.
+        session.Config.File().Write(Section, {{"Password", scrambled}, {"PasswordEncryption", "1"}});
     } catch (const ImportError& error) {
         storedPassword::TellLegible(session, session.Config.File(), Section, "Password", error.Message());
     }
@@ -90,6 +91,23 @@ QString ReadPassword(Session& session) {
         HidePassword(session, stored);
     }
     return stored;
+}
+
+/// Opens the database. A clear password that was written over a hidden one is not what it says.
+void Open(Session& session) {
+    try {
+        session.Quadrix.OpenConnection();
+    } catch (Error& error) {
+        const bool isHidden = !session.Quadrix.NetworkCredential &&
+                              !storedPassword::FromEnvironment(session.Config.File(), Section, "Password") &&
+                              session.Config.PeekAppConfig(Section, "PasswordEncryption") == u"1";
+        if (isHidden && error.Message().contains(WrongPassword)) {
+            error.AddContext(QStringLiteral("La password di [%1] in '%2' è nascosta (PasswordEncryption=1); se è stata "
+                                            "riscritta in chiaro, mettere PasswordEncryption=0")
+                                 .arg(Section, QDir::toNativeSeparators(session.Config.ConfigFile())));
+        }
+        throw;
+    }
 }
 
 /// A line that means nothing is one that somebody meant something by.
@@ -203,7 +221,7 @@ bool ConnectQuadrix(Session& session, const QString& settingsFile, MissingDataba
             session.Quadrix.DatabaseName = QDir::cleanPath(folder.absoluteFilePath(session.Quadrix.DatabaseName));
             CheckDatabaseFile(session.Quadrix.DatabaseName, missing);
         }
-        session.Quadrix.OpenConnection();
+        Open(session);
         TellLine(session, session.Quadrix);
         session.Config.LoadConfig();
         return true;

@@ -19,7 +19,9 @@ public:
     /// Raises `ImportError` naming the file when it exists and cannot be read, or holds what is no text.
     QString Read(const QString& section, const QString& key);
     /// Writes the value, creating folder, file, section or key when missing. Raises `ImportError` naming the file.
-    void Write(const QString& section, const QString& key, const QString& value);
+    void Write(const QString& section, const QString& key, const QString& value) { Write(section, {{key, value}}); }
+    /// Writes several values of a section at once: all or none, also when the program ends in between.
+    void Write(const QString& section, const QList<std::pair<QString, QString>>& values);
     /// Lines that are neither a section, nor a value, nor a comment, as "riga 3: '[DATABASE'". Raises as `Read` does.
     QStringList BrokenLines();
     /// Forgets what was read.

@@ -85,6 +85,19 @@ Place Find(const QStringList& lines, const QString& section, const QString& key)
     return place;
 }
 
+void Put(QStringList& lines, const QString& section, const QString& key, const QString& value) {
+    const QString end = lines.isEmpty() || lines.first().endsWith(u'\r') ? QStringLiteral("\r") : QString();
+    const QString line = key + u'=' + Protected(value) + end;
+    const Place place = Find(lines, section, key);
+    if (place.key >= 0) {
+        lines[place.key] = line;
+    } else if (place.section >= 0) {
+        lines.insert(place.last + 1, line);
+    } else {
+        lines << u'[' + section + u']' + end << line;
+    }
+}
+
 ImportError FileError(const QString& path, const QString& what) {
     return ImportError(QStringLiteral("File delle impostazioni '%1': %2").arg(QDir::toNativeSeparators(path), what));
 }
@@ -223,21 +236,14 @@ QStringList SettingsFile::BrokenLines() {
     return broken;
 }
 
-void SettingsFile::Write(const QString& section, const QString& key, const QString& value) {
-    if (value.contains(u'\n') || value.contains(u'\r')) {
-        throw FileError(m_path, QStringLiteral("il valore di '%1' va a capo").arg(key));
-    }
+void SettingsFile::Write(const QString& section, const QList<std::pair<QString, QString>>& values) {
     Load();
     QStringList lines = m_lines;
-    const QString end = lines.isEmpty() || lines.first().endsWith(u'\r') ? QStringLiteral("\r") : QString();
-    const QString line = key + u'=' + Protected(value) + end;
-    const Place place = Find(lines, section, key);
-    if (place.key >= 0) {
-        lines[place.key] = line;
-    } else if (place.section >= 0) {
-        lines.insert(place.last + 1, line);
-    } else {
-        lines << u'[' + section + u']' + end << line;
+    for (const auto& [key, value] : values) {
+        if (value.contains(u'\n') || value.contains(u'\r')) {
+            throw FileError(m_path, QStringLiteral("il valore di '%1' va a capo").arg(key));
+        }
+        Put(lines, section, key, value);
     }
     if (lines == m_lines) {
         return;

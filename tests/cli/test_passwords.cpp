@@ -28,6 +28,10 @@ private slots:
             Row("target, MariaDB refuses it", "DATABASE",
                 QStringList{"Provider=MYSQL", "ServerName=" + server[0] + ':' + server[1], "DatabaseName=q"},
                 "Segreta;9}{", "utente o password errati");
+            Row("target, MariaDB, written over a hidden one", "DATABASE",
+                QStringList{"Provider=MYSQL", "ServerName=" + server[0] + ':' + server[1], "DatabaseName=q",
+                            "PasswordEncryption=1"},
+                "Segreta9", "mettere PasswordEncryption=0: ");
         }
     }
     void AreNotSeen() {

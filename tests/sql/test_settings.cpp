@@ -67,6 +67,16 @@ private slots:
         QTEST(Content(), "after");
     }
 
+    /// Values that mean something together.
+    void writesAllOrNone() {
+        Put("[A]\r\nKey=1\r\n");
+        SettingsFile file(m_path);
+        QVERIFY_EXCEPTION_THROWN(file.Write("A", {{"Key", "2"}, {"Other", "a\nb"}}), ImportError);
+        QCOMPARE(Content(), QByteArray("[A]\r\nKey=1\r\n"));
+        file.Write("A", {{"Key", "2"}, {"Other", "b"}});
+        QCOMPARE(Content(), QByteArray("[A]\r\nKey=2\r\nOther=b\r\n"));
+    }
+
     void bringsBackWhatItWrote_data() {
         Columns<QString>("value");
         for (const char* value :
