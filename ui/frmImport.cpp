@@ -269,8 +269,8 @@ void frmImport::cmdReset_Click() {
         return;
     }
     Told(m_person, [this] {
-        frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), BesidesReset(m_session, {.AnaCon = true}),
-                        this);
+        const auto besides = [this](const ResetOptions& options) { return BesidesReset(m_session, options); };
+        frmReset dialog(m_person, CompanyText(), CountResetRows(m_session), besides, this);
         if (dialog.SelectOptions()) {
             ShowEmptied(ResetDatabase(m_session, dialog.Options()));
         }

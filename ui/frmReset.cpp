@@ -56,12 +56,12 @@ QString CaptionOf(ResetOption option) {
 
 } // namespace
 
-frmReset::frmReset(Operator& person, QString company, ResetRows rows, QStringList withCounterparties, QWidget* parent)
+frmReset::frmReset(Operator& person, QString company, ResetRows rows, Besides besides, QWidget* parent)
     : QDialog(parent),
       m_person(person),
       m_company(std::move(company)),
       m_rows(std::move(rows)),
-      m_withCounterparties(std::move(withCounterparties)) {
+      m_besides(std::move(besides)) {
     setObjectName("frmReset");
     setWindowTitle("Reset Database");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -86,9 +86,9 @@ void frmReset::Lay() {
     auto* all = new QVBoxLayout(this);
     all->addWidget(title);
     all->addLayout(columns, 1);
-    auto* stays = new WrappedLabel("Con le controparti vanno i telefoni, gli indirizzi web e le altre righe che le "
-                                   "importazioni vi hanno appeso (NUM_TEL, IND_WEB, ...); quelle inserite a mano "
-                                   "restano, e passano a chi avrà quel codice.");
+    auto* stays = new WrappedLabel("Con gli articoli e le controparti vanno le righe che le importazioni vi hanno "
+                                   "appeso (fornitori, attributi, telefoni, indirizzi web, ...), e i testi in lingua "
+                                   "degli articoli; quelle inserite a mano restano, e passano a chi avrà quel codice.");
     stays->setObjectName("lblStays");
     all->addWidget(stays);
     const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
@@ -140,7 +140,7 @@ QString frmReset::WhatGoes() const {
         return m_options.*group.option && RowsBehind(m_rows, group.option).isEmpty();
     });
     const QStringList lines{"Azienda " + m_company + ": " + (atLeast ? "almeno " : "") + RowsText(rows)};
-    return (lines + (m_options.AnaCon ? m_withCounterparties : QStringList())).join(u'\n');
+    return (lines + (m_besides ? m_besides(m_options) : QStringList())).join(u'\n');
 }
 
 void frmReset::cmdOk_Click() {

@@ -12,10 +12,12 @@ class frmReset final : public QDialog {
     Q_OBJECT
 
 public:
+    using Besides = std::function<QStringList(const ResetOptions& options)>;
+
     /// @param company code and name of the company that is emptied, shown for safety
     /// @param rows what each option would delete, shown beside it
-    /// @param withCounterparties what else goes or stays with the counterparties, told before
-    frmReset(Operator& person, QString company, ResetRows rows, QStringList withCounterparties, QWidget* parent);
+    /// @param besides what else goes or stays with the options chosen, told before
+    frmReset(Operator& person, QString company, ResetRows rows, Besides besides, QWidget* parent);
 
     /// Shows the dialog and returns whether the operator confirmed; `Options` are what he chose then.
     bool SelectOptions();
@@ -37,7 +39,7 @@ private:
     Operator& m_person;
     QString m_company;
     ResetRows m_rows;
-    QStringList m_withCounterparties;
+    Besides m_besides;
     ResetOptions m_options;
     std::vector<std::pair<ResetOption, QCheckBox*>> m_boxes;
 };

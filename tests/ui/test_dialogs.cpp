@@ -181,7 +181,10 @@ private slots:
 
     void ResetTellsWhatGoesAndWhatStays() {
         WindowOperator person;
-        frmReset dialog(person, "DEM Prova", {{&ResetOptions::AnaCon, 6452}, {&ResetOptions::Maga, 1}}, {"Con loro"},
+        const auto besides = [](const ResetOptions& options) {
+            return options.AnaArt ? QStringList("Con tutti") : options.AnaCon ? QStringList("Con loro") : QStringList();
+        };
+        frmReset dialog(person, "DEM Prova", {{&ResetOptions::AnaCon, 6452}, {&ResetOptions::Maga, 1}}, besides,
                         nullptr);
         const auto caption = [&dialog](const char* name) {
             return dialog.findChild<QCheckBox*>(name)->text().remove('&');
@@ -191,7 +194,7 @@ private slots:
         QCOMPARE(caption("chkAnaArt"), QString("Anagrafica articoli"));
         QVERIFY(dialog.findChild<QLabel*>("lblCompany")->text().contains("DEM Prova"));
         const QString stays = dialog.findChild<QLabel*>("lblStays")->text();
-        QVERIFY(stays.contains("NUM_TEL") && stays.contains("IND_WEB"));
+        QVERIFY(stays.contains("attributi") && stays.contains("telefoni"));
         QString details;
         QString byDefault;
         DialogDriver driver;
@@ -212,6 +215,9 @@ private slots:
         }
         dialog.cmdOk_Click();
         QCOMPARE(details, QString("Azienda DEM Prova: 1 riga"));
+        dialog.findChild<QCheckBox*>("chkAnaArt")->click();
+        dialog.cmdOk_Click();
+        QVERIFY2(details.endsWith("<br>Con tutti"), qPrintable(details));
     }
 
     // --- Sequence ---
