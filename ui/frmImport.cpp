@@ -288,7 +288,7 @@ void frmImport::cmdSequence_Click() {
     window.SelectOrigin = [this](const QString& name) {
         cmbOrigine->setCurrentIndex(cmbOrigine->findText(name, Qt::MatchFixedString));
     };
-    window.LanciaSequenza = [this] { return frmSequence(this).LanciaSequenza(); };
+    window.LanciaSequenza = [this] { return frmSequence(m_person, this).LanciaSequenza(); };
     window.AgreesToEmpty = [this](const QString& question) {
         return m_person.Ask(question, Question::ExclamationNo) == Answer::Yes;
     };

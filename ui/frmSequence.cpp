@@ -8,8 +8,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-frmSequence::frmSequence(QWidget* parent)
-    : QDialog(parent) {
+frmSequence::frmSequence(Operator& person, QWidget* parent)
+    : QDialog(parent),
+      m_person(person) {
     setObjectName("frmSequence");
     setWindowTitle("Sequenza di importazione");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -31,19 +32,28 @@ void frmSequence::Lay() {
         m_boxes.emplace_back(choice.step, box);
     }
     const choiceDialog::Buttons buttons = choiceDialog::NewButtons();
-    connect(buttons.ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(buttons.ok, &QPushButton::clicked, this, &frmSequence::cmdOk_Click);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
     all->addStretch();
     all->addLayout(buttons.row);
 }
 
-std::optional<SequenceSteps> frmSequence::LanciaSequenza() {
-    if (exec() != Accepted) {
-        return std::nullopt;
-    }
+SequenceSteps frmSequence::Steps() const {
     SequenceSteps steps;
     for (const auto& [step, box] : m_boxes) {
         steps.*step = box->isChecked();
     }
     return steps;
+}
+
+void frmSequence::cmdOk_Click() {
+    if (Steps() == SequenceSteps()) {
+        m_person.Message(QStringLiteral("Selezionare almeno un opzione!"), Icon::Exclamation);
+    } else {
+        accept();
+    }
+}
+
+std::optional<SequenceSteps> frmSequence::LanciaSequenza() {
+    return exec() == Accepted ? std::optional(Steps()) : std::nullopt;
 }

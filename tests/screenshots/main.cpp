@@ -105,7 +105,7 @@ void TakeReset(TestWindow& test, const Album& album) {
 }
 
 void TakeSequence(TestWindow& test, const Album& album) {
-    frmSequence dialog(&test.Window());
+    frmSequence dialog(test.Person(), &test.Window());
     dialog.show();
     album.Take(dialog, "frmSequence");
 }

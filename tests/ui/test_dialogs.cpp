@@ -223,7 +223,8 @@ private slots:
     // --- Sequence ---
 
     void TheStepsAreThoseTicked() {
-        frmSequence dialog(nullptr);
+        WindowOperator person;
+        frmSequence dialog(person, nullptr);
         QCOMPARE(dialog.findChildren<QCheckBox*>().size(), 13);
         DialogDriver driver;
         QString button = "cmdOk";
@@ -243,6 +244,12 @@ private slots:
         QCOMPARE(flaw, QString());
         button = "cmdCancel";
         QCOMPARE(dialog.LanciaSequenza(), std::nullopt);
+        for (const char* name : {"chkSaldiMEX", "chkQuery"}) {
+            dialog.findChild<QCheckBox*>(name)->setChecked(false);
+        }
+        driver.On = {};
+        dialog.cmdOk_Click();
+        QCOMPARE(driver.Events, QStringList("[!] Selezionare almeno un opzione!"));
     }
 
     // --- Questions and errors ---
