@@ -105,11 +105,16 @@ void frmImport::LoadCompanies() {
     ShowConnection(trouble);
 }
 
+/// Those of one name bear their code too, here and in the settings: without it nobody knows which one is meant.
 void frmImport::FillCompanies(const QVector<modMain::Company>& companies) {
     m_companies = companies;
     cmbAzienda->clear();
     for (const modMain::Company& company : companies) {
-        cmbAzienda->addItem(company.name);
+        const auto isOfName = [&company](const modMain::Company& other) {
+            return other.name.compare(company.name, Qt::CaseInsensitive) == 0;
+        };
+        const bool isAlone = std::count_if(companies.cbegin(), companies.cend(), isOfName) == 1;
+        cmbAzienda->addItem(isAlone ? company.name : QStringLiteral("%1 (%2)").arg(company.name, company.code));
     }
 }
 

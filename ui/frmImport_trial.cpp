@@ -95,15 +95,18 @@ void frmImport::FillTrials(QMenu& menu) {
 
 void frmImport::FillProofs(QMenu& menu) {
     menu.clear();
-    for (const contract::Button button : ButtonsToTry()) {
-        connect(menu.addAction(HintOf(m_state, button, Chosen().origin).what), &QAction::triggered, this,
-                [this, button] { Prove(button); });
-    }
-    if (menu.isEmpty()) {
+    const QList<contract::Button> buttons = ButtonsToTry();
+    if (buttons.isEmpty()) {
         TellNothingToTry(menu);
         return;
     }
-    menu.addSeparator();
+    if (TaskProcedure(m_state.mode).isEmpty()) {
+        for (const contract::Button button : buttons) {
+            connect(menu.addAction(HintOf(m_state, button, Chosen().origin).what), &QAction::triggered, this,
+                    [this, button] { Prove(button); });
+        }
+        menu.addSeparator();
+    }
     connect(menu.addAction("Tutto ciò che l'origine importa"), &QAction::triggered, this, [this] { Prove({}); });
 }
 
@@ -131,7 +134,10 @@ void frmImport::Prove(std::optional<contract::Button> button) {
 void frmImport::ShowHelp() {
     const contract::Origin* origin = Chosen().origin;
     const auto button = m_imports->Focused();
-    const auto procedures =
-        origin != nullptr && button ? ProceduresOf(*origin, *button) : std::vector<const contract::Procedure*>();
-    frmHelp(origin, procedures.empty() ? QString() : procedures.front()->name, this).exec();
+    QString procedure = TaskProcedure(m_state.mode);
+    if (procedure.isEmpty() && origin != nullptr && button) {
+        const auto procedures = ProceduresOf(*origin, *button);
+        procedure = procedures.empty() ? QString() : procedures.front()->name;
+    }
+    frmHelp(origin, procedure, this).exec();
 }

@@ -7,6 +7,7 @@
 #include "tests/support/TestWindow.h"
 #include "ui/windowPlace.h"
 
+#include <QMenu>
 #include <QTest>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -46,6 +47,34 @@ private slots:
         QVERIFY(test.Button("cmdReset").isVisible() && test.Button("cmdSequence").isVisible());
         QVERIFY(!test.Window().findChild<QWidget*>("frmConnection")->isVisible());
         QCOMPARE(test.Setting("IMPORT", "Disable_ImportPiano"), QString("0"));
+    }
+
+    /// Of two companies of one name the list tells the code; the one chosen last is chosen again.
+    void TellsCompaniesOfOneNameApart() {
+        TestWindow test;
+        test.Set("IMPORT", "AZIENDA", Company);
+        test.Start();
+        CreateDatabase(test.Get().Quadrix, "ALT", "Altra S.r.l.");
+        test.Get().Quadrix.Execute("UPDATE SYS_AZI SET AZRAS = '" + Company + "'");
+        test.Window().close();
+        test.Set("IMPORT", "AZIENDA", Company);
+        test.Start();
+        QCOMPARE(test.List("cmbAzienda").currentIndex(), -1);
+        test.Choose("cmbAzienda", Company + " (DEM)");
+        test.Window().close();
+        test.Start();
+        QCOMPARE(test.List("cmbAzienda").currentText(), Company + " (DEM)");
+        QCOMPARE(test.List("cmbAzienda").count(), 2);
+    }
+
+    void ATaskIsNothingToCompare() {
+        TestWindow test;
+        test.Start(StartMode::Fast3);
+        test.Choose("cmbOrigine", "Ad-Hoc");
+        auto* menu = test.Window().findChild<QToolButton*>("cmdProof")->menu();
+        emit menu->aboutToShow();
+        QCOMPARE(menu->actions().size(), 1);
+        QCOMPARE(menu->actions().first()->text(), QString("Tutto ciò che l'origine importa"));
     }
 
     void SettingsHideAndLock() {
