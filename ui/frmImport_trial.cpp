@@ -93,6 +93,7 @@ void frmImport::FillTrials(QMenu& menu) {
     }
 }
 
+/// The task of a start mode is a repair, which has nothing to be compared.
 void frmImport::FillProofs(QMenu& menu) {
     menu.clear();
     const QList<contract::Button> buttons = ButtonsToTry();
@@ -116,7 +117,8 @@ void frmImport::Prove(std::optional<contract::Button> button) {
     }
     const Running running(*this);
     const contract::Origin& origin = *Chosen().origin;
-    const std::vector<proof::Wanted> wanted = button ? std::vector<proof::Wanted>{{*button}} : proof::AllOf(origin);
+    const std::vector<proof::Wanted> wanted =
+        button ? std::vector<proof::Wanted>{{*button}} : proof::AllOf(origin);
     Guarded(m_session.Errors, "frmImport", "Prove", false, [&] {
         const auto made = proof::Make(m_session, Chosen(), wanted);
         if (made) {
