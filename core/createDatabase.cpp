@@ -200,6 +200,14 @@ QString CheckedCode(const QString& company) {
                 .arg(company)
                 .arg(size));
     }
+    for (const schema::Table& table : schema::Tables()) {
+        const schema::Table* shared = table.shared ? nullptr : schema::FindTable(code + u'_' + table.name);
+        if (shared != nullptr) {
+            throw ImportError(QStringLiteral("Azienda '%1': la sua tabella %2 avrebbe il nome di una tabella comune a "
+                                             "tutte le aziende; scegliere un altro codice")
+                                  .arg(company, shared->name));
+        }
+    }
     return code;
 }
 

@@ -89,6 +89,7 @@ private slots:
         Row("no part of a table name", "X0;", "Altra", "lettere e cifre");
         Row("an end of line behind it", "X02\n", "Altra", "lettere e cifre");
         Row("a letter that is two in capitals", "ßA", "Altra", "lettere e cifre");
+        Row("tables that all share are called so", "gen", "Altra", "GEN_ART_ICO");
         Row("too long", "ABCDEFGHIJK", "Altra", "al più 10");
     }
     void refusals() {
