@@ -171,6 +171,11 @@ std::optional<SequenceResult> Press(Session& session, const Choice& choice, cons
         return std::nullopt;
     }
     const SequenceSettings settings = ReadSequenceSettings(session);
+    const QString merged = MergedTextOf(session, settings);
+    if (!merged.isEmpty() && session.Person.Ask("Attenzione: " + merged + ".\n\nImportare lo stesso?",
+                                                Question::ExclamationNo) != Answer::Yes) {
+        return std::nullopt;
+    }
     return settings.script == 1 ? Sequence(session, settings, window) : Sequence2(session, settings, window);
 }
 

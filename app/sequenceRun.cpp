@@ -2,6 +2,7 @@
 
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
+#include "app/mergeRecord.h"
 #include "core/modImport.h"
 #include "core/runEnding.h"
 #include "sql/ownFile.h"
@@ -47,6 +48,42 @@ QString TextOf(const ErrorEntry& error) {
 }
 
 } // namespace
+
+modMain::Company CompanyOf(Session& session, const SequenceSettings& settings) {
+    const auto companies = modMain::GetCompanies(session);
+    const auto those = [&](QString modMain::Company::*part) {
+        QVector<modMain::Company> found;
+        for (const modMain::Company& company : companies) {
+            if ((company.*part).trimmed().compare(settings.company, Qt::CaseInsensitive) == 0) {
+                found.append(company);
+            }
+        }
+        return found;
+    };
+    const auto named = those(&modMain::Company::name);
+    const auto found = named.isEmpty() ? those(&modMain::Company::code) : named;
+    if (found.isEmpty()) {
+        throw ImportError(QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(settings.company, settings.file));
+    }
+    if (found.size() > 1) {
+        QStringList codes;
+        for (const modMain::Company& company : found) {
+            codes.append(company.code);
+        }
+        throw ImportError(QStringLiteral("l'azienda '%1' del file '%2' c'è più volte, con i codici %3: scrivere in "
+                                         "Azienda il codice di quella da caricare")
+                              .arg(settings.company, settings.file, codes.join(", ")));
+    }
+    return found.first();
+}
+
+QString MergedTextOf(Session& session, const SequenceSettings& settings) {
+    try {
+        return merge::MergedText(session, CompanyOf(session, settings).code);
+    } catch (const ImportError&) {
+        return {};
+    }
+}
 
 SequenceRun::SequenceRun(Session& session, const SequenceSettings& settings, const SequenceWindow& window)
     : m_session(session),
@@ -156,37 +193,8 @@ void SequenceRun::Log(const QString& message) {
     m_logStarted = true;
 }
 
-modMain::Company SequenceRun::FindCompany() const {
-    const auto companies = modMain::GetCompanies(m_session);
-    const auto those = [&](QString modMain::Company::*part) {
-        QVector<modMain::Company> found;
-        for (const modMain::Company& company : companies) {
-            if ((company.*part).trimmed().compare(m_settings.company, Qt::CaseInsensitive) == 0) {
-                found.append(company);
-            }
-        }
-        return found;
-    };
-    const auto named = those(&modMain::Company::name);
-    const auto found = named.isEmpty() ? those(&modMain::Company::code) : named;
-    if (found.isEmpty()) {
-        throw ImportError(
-            QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(m_settings.company, m_settings.file));
-    }
-    if (found.size() > 1) {
-        QStringList codes;
-        for (const modMain::Company& company : found) {
-            codes.append(company.code);
-        }
-        throw ImportError(QStringLiteral("l'azienda '%1' del file '%2' c'è più volte, con i codici %3: scrivere in "
-                                         "Azienda il codice di quella da caricare")
-                              .arg(m_settings.company, m_settings.file, codes.join(", ")));
-    }
-    return found.first();
-}
-
 void SequenceRun::SelectCompany() {
-    m_company = FindCompany();
+    m_company = CompanyOf(m_session, m_settings);
     if (m_window.SelectCompany) {
         m_window.SelectCompany(m_company);
     }

@@ -7,6 +7,12 @@
 #include "app/RunLog.h"
 #include "app/sequence.h"
 
+/// The company of the settings. Raises `ImportError` when there is none of that name or code, and when several have the
+/// name.
+modMain::Company CompanyOf(Session& session, const SequenceSettings& settings);
+/// `merge::MergedText` of that company; empty without one, which the sequence then tells.
+QString MergedTextOf(Session& session, const SequenceSettings& settings);
+
 /// What the two sequences share: log, progress, sources, procedures and the account of the steps.
 class SequenceRun {
 public:
@@ -24,8 +30,8 @@ public:
     Progress& Bar() { return *m_progress; }
     /// Writes a line into the log of the sequence; the first one starts it anew.
     void Log(const QString& message);
-    /// Takes the company of the settings under work. Raises `ImportError` when there is none of that name or code, and
-    /// when several have the name. Nobody else works on it from then on. Raises `ImportError` when somebody does.
+    /// Takes the company of the settings under work; raises as `CompanyOf`. Nobody else works on it from then on.
+    /// Raises `ImportError` when somebody does.
     void SelectCompany();
     /// "X01 Prova", the company under work.
     QString CompanyName() const { return m_company.code + ' ' + m_company.name; }
@@ -72,7 +78,6 @@ public:
 private:
     void Conclude();
     QStringList Shortcomings() const;
-    modMain::Company FindCompany() const;
     void LogOutcome();
     void LogStatement();
     void RunProcedure(const contract::Procedure& procedure);

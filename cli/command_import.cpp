@@ -72,9 +72,29 @@ void TakeChoice(Context& context, ImportRequest& request) {
         request.button = ButtonFrom(context.options, *request.choice.origin);
     }
     TakeCompanyOption(context, request.choice);
+}
+
+/// Raises `UsageError` for a company that was merged into another, unless that is agreed to.
+void RequireNotMerged(Context& context, const ImportRequest& request) {
     const QString merged = merge::MergedText(context.session, request.choice.companyCode);
     if (!merged.isEmpty() && !context.options.isSet("dry-run")) {
         RequireYes(context.options, merged);
+    }
+}
+
+/// Raises `UsageError` for an option that a procedure of the press would not heed.
+void RefuseUnheeded(const Context& context, const ImportRequest& request) {
+    const auto procedures = CalledBy(request);
+    const auto all =
+        std::find_if(procedures.begin(), procedures.end(), [](const auto* each) { return !each->takesCode; });
+    if (context.options.isSet("code") && all != procedures.end()) {
+        throw UsageError(QStringLiteral("--code non vale con %1: prende tutte le righe").arg((*all)->name));
+    }
+    const bool empties =
+        std::any_of(procedures.begin(), procedures.end(), [](const auto* each) { return each->asksReset; });
+    if (context.options.isSet("reset") && !procedures.empty() && !empties) {
+        throw UsageError(
+            QStringLiteral("--reset non vale con %1: prima di farlo non svuota nulla").arg(procedures.front()->name));
     }
 }
 
@@ -97,6 +117,8 @@ std::vector<ImportRequest> RequestsFrom(Context& context) {
         requests.front().singleCode = context.options.value("code");
     }
     for (ImportRequest& request : requests) {
+        RefuseUnheeded(context, request);
+        RequireNotMerged(context, request);
         request.choice.errors = ErrorsFrom(context.options);
         request.confirmed = true;
         request.reset = context.options.isSet("reset");

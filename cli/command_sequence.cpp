@@ -1,4 +1,4 @@
-#include "app/sequence.h"
+#include "app/sequenceRun.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/keptRuns.h"
@@ -143,6 +143,9 @@ Report Sequence(Context& context) {
         what += steps.DeleteBefore ? " e prima ne svuota le tabelle, con quelle comuni GEN_..." : "";
     } else {
         RefuseSteps(context.options);
+    }
+    if (const QString merged = MergedTextOf(context.session, settings); !merged.isEmpty()) {
+        what += ". " + merged;
     }
     RequireYes(context.options, what);
     RequireAnswersTo(context, QuestionsOf(context, script));

@@ -1,4 +1,5 @@
 #include "adapters/contract/write/Document.h"
+#include "adapters/registry.h"
 #include "adapters/sourceSettings.h"
 #include "app/history/History.h"
 #include "core/modImport.h"
@@ -108,6 +109,20 @@ private slots:
         QCOMPARE(runs.front().procedures.size(), company ? 1U : 0U);
         QVERIFY(!company || runs.front().procedures.front().result.emptied.size() == 60);
         QCOMPARE(fake.Observed, fake.Calls.size());
+    }
+
+    void asksBeforeItWritesIntoAMergedCompany() {
+        FakeInstallation fake;
+        fake.Target.Execute("INSERT INTO SYS_FUS (FUPAR, FUDES, FUINI, FUFIN) VALUES ('X01', 'X09', '20240305', "
+                            "'20240305')");
+        fake.Target.Person.Answers = {true, false};
+        fake.Target.Person.Inputs = {QString("Tr1v0la8")};
+        const Choice choice{"Prova Uno S.r.l.", {}, registry::Find("Mexal"), ErrorAction::Ignore};
+        QVERIFY(!PressSequence(fake.Target.Get(), choice, {}));
+        const ScriptedOperator::Asked& asked = fake.Target.Person.Questions.last();
+        QVERIFY2(asked.question.contains("le righe di X01 hanno i codici delle controparti di X09"),
+                 qPrintable(asked.question));
+        QCOMPARE(asked.style, Question::ExclamationNo);
     }
 
     /// Giving a question up is no No: nothing goes on behind it.

@@ -142,6 +142,17 @@ private slots:
         QVERIFY2(missing.errors.contains("manca.csv' non c'è"), qPrintable(missing.errors));
     }
 
+    /// Rows of a run want the same consent as an import.
+    void tellsThatTheCompanyWasMerged() {
+        Change(m_run.Database(), {"INSERT INTO SYS_FUS (FUPAR, FUDES, FUINI, FUFIN) VALUES ('X01', 'X09', '20240305', "
+                                  "'20240305')"});
+        const CliRun::Ended ended = m_run.Run({"import", "--rejects-of", "4", "--errors", "abort"});
+        Change(m_run.Database(), {"DELETE FROM SYS_FUS"});
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY2(ended.errors.contains("le righe di X01 hanno i codici delle controparti di X09"),
+                 qPrintable(ended.errors));
+    }
+
     void importsWhatIsMended() {
         const auto mend = [this](int run, const std::function<void(QMap<QString, QString> & row)>& how) {
             const QString number = QString::number(run);

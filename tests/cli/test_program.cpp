@@ -67,6 +67,11 @@ private slots:
         row("a code that is empty", Import({"--code", " "}), "--code non dice nulla");
         row("a code and a reset", Import({"--code", "C1", "--reset"}),
             "--reset non vale con --code: per una riga sola");
+        const QStringList merge{"import", "--company", "X01", "--origin", "Kordel NetSuite", "--data", "disegni"};
+        row("a code where all are taken", merge + QStringList{"--code", "000002"},
+            "--code non vale con FusioneControparti");
+        row("a reset where nothing is emptied", merge + QStringList{"--reset"},
+            "--reset non vale con FusioneControparti");
         row("data of an earlier run", {"import", "--resume", "1", "--data", "cli"},
             "--data non vale con --resume: dati");
         row("mended rows of no run", Import({"--mended", "a.csv"}), "--mended vale con --rejects-of");

@@ -64,6 +64,15 @@ private slots:
         QVERIFY(!QFile::exists(m_run.Folder.filePath("sequence.log")));
     }
 
+    void tellsThatTheCompanyWasMerged() {
+        m_run.Value("INSERT INTO SYS_FUS (FUPAR, FUDES, FUINI, FUFIN) VALUES ('X01', 'X09', '20240305', '20240305')");
+        const auto ended = Sequence({"--steps", "all"});
+        m_run.Value("DELETE FROM SYS_FUS");
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY2(ended.errors.contains("le righe di X01 hanno i codici delle controparti di X09"),
+                 qPrintable(ended.errors));
+    }
+
     void namesTheCompaniesThatThereAre() {
         const QString settings = m_run.Folder.filePath("Sequence.ini");
         const QByteArray right = ReadFile(settings);

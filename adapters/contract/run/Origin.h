@@ -65,6 +65,7 @@ struct Procedure {
     QString confirmation = {}; ///< question that the button starts with; empty for the usual one of the button
     bool opensSource = true;   ///< whether the origin's source is opened for it
     bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
+    bool takesCode = true;     ///< whether it can be limited to a single code
     QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
     /// The origin whose source it reads, opened with that one's settings and layout; null: its own origin's.
     const Origin* readsOf = nullptr;

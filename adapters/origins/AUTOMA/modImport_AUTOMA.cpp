@@ -259,7 +259,12 @@ const Origin& Entry() {
         Shown::Keep,
         {
             {std::nullopt, "ImportInventarioAUTOMA", ImportInventarioAUTOMA, InventarioNeeds(), StockEmptying()},
-            {std::nullopt, "ImportUbicazioniAUTOMA", ImportUbicazioniAUTOMA, UbicazioniNeeds(), LocationEmptying()},
+            {.button = {},
+             .name = "ImportUbicazioniAUTOMA",
+             .run = ImportUbicazioniAUTOMA,
+             .needs = UbicazioniNeeds(),
+             .empties = LocationEmptying(),
+             .takesCode = false},
         },
     };
     return origin;

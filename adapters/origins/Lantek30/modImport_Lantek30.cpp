@@ -407,6 +407,7 @@ Procedure BetweenCams(std::optional<Button> button, const QString& name, decltyp
 Procedure Emptying() {
     Procedure emptying = BetweenCams({}, "SvuotaTabelleCam", SvuotaTabelleCam, SvuotaNeeds(),
                                      "Attenzione: desideri svuotare anche il database del software CAM collegato?");
+    emptying.takesCode = false;
     emptying.destroys =
         QStringLiteral("Si svuota il database CAM: tutte le righe di %1, %2 e %3").arg(Products, Operations, Values);
     return emptying;
