@@ -1,5 +1,6 @@
 #include "app/brokenReferences.h"
 
+#include "app/mergeRecord.h"
 #include "core/italianText.h"
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
@@ -73,12 +74,20 @@ QStringList ReferringTables(ovConnection& quadrix, const Reference& reference, c
                             const QString& company) {
     QStringList tables{PhysicalName(reference.table, company)};
     const schema::Table* known = schema::FindTable(table);
-    if (known == nullptr || !known->shared || tables.first() == reference.table) {
+    if (known == nullptr || tables.first() == reference.table) {
         return tables;
     }
-    Recordset companies = quadrix.ExecuteWC(QStringLiteral("SELECT CDAZI FROM SYS_AZI ORDER BY CDAZI"));
-    for (; !companies.Eof(); companies.MoveNext()) {
-        tables.append(PhysicalName(reference.table, mod_ovTools::ToText(companies.Fields(0).Value()).trimmed()));
+    QStringList others;
+    if (known->shared) {
+        Recordset companies = quadrix.ExecuteWC(QStringLiteral("SELECT CDAZI FROM SYS_AZI ORDER BY CDAZI"));
+        for (; !companies.Eof(); companies.MoveNext()) {
+            others.append(mod_ovTools::ToText(companies.Fields(0).Value()).trimmed());
+        }
+    } else if (table == merge::Master) {
+        others = merge::MergedInto(quadrix, company);
+    }
+    for (const QString& other : std::as_const(others)) {
+        tables.append(PhysicalName(reference.table, other));
     }
     tables.removeDuplicates();
     return tables;

@@ -18,7 +18,8 @@ std::vector<Reference> ReferencesTo(const QString& table);
 /// The physical name of a table (bare name) in a company.
 QString PhysicalName(const QString& table, const QString& company);
 /// The tables in which rows may refer to a table (bare name) of a company, by their physical names: to one that all
-/// companies share those of all of them. They need not be there. Raises `SqlError`.
+/// companies share those of all of them, to counterparties also those of companies that were merged into this one with
+/// their references. They need not be there. Raises `SqlError`.
 QStringList ReferringTables(ovConnection& quadrix, const Reference& reference, const QString& table,
                             const QString& company);
 
@@ -28,9 +29,9 @@ struct Broken {
     QString column;
     qint64 rows = 0;
 };
-/// What would be left when those rows of the company under work are deleted: in it, and to tables that all companies
-/// share in the others too; attachments by their key, whichever company has them. A table that cannot be read is left
-/// out: it is not there, or the check before the run tells it.
+/// What would be left in all those tables when those rows of the company under work are deleted, and of attachments,
+/// whichever company has them. A table that cannot be read is left out: it is not there, or the check before the run
+/// tells it.
 std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToDelete>& rows);
 
 /// "X01_DOC_ACQ (DTCON): 92, X01_ART_FOR (AFFOR): 147"; empty when nothing is left.

@@ -5,9 +5,11 @@
 #include "app/mergeRecord.h"
 #include "app/mergeText.h"
 #include "core/modImport.h"
+#include "core/Trial.h"
 #include "sql/companyCode.h"
 #include "sql/mod_ovTools.h"
 #include "sql/Transaction.h"
+#include "sql/visibleText.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -70,19 +72,25 @@ public:
         : m_session(session),
           m_result(result),
           m_companies(FindCompanies(session, from, to, result)),
-          m_copier(session, m_companies),
+          m_references(session, m_companies),
+          m_updates(updateReferences),
+          m_copier(session, m_companies, m_references),
           m_records(session),
+          m_trial(session.Quadrix.InTransaction() ? u". " + WasTrial : QString()),
           m_together(std::max(1, contract::RowsTogether(session))) {
         m_result.earlier = m_records.LastOf(m_companies.from);
+        m_result.ofDestination = m_records.LastOf(m_companies.to);
         CheckInterrupted();
-        if (updateReferences) {
-            m_references.emplace(session, m_companies);
+        if (m_updates) {
+            m_references.Check();
         }
     }
 
     /// Raises `ImportError` when, as far as is known, an earlier merge would make this one go astray.
-    void RefuseRepeated() const {
-        if (const QString refusal = RefusalText(m_result, m_references.has_value()); !refusal.isEmpty()) {
+    void RefuseRepeated(const MergeConsent& consent) const {
+        const QString ofSource = consent.again ? QString() : RefusalText(m_result, m_updates);
+        const QString refusal = ofSource.isEmpty() && !consent.intoMerged ? IntoMergedRefusal(m_result) : ofSource;
+        if (!refusal.isEmpty()) {
             throw ImportError(refusal);
         }
     }
@@ -94,11 +102,14 @@ public:
             return false;
         }
         m_result.matches = std::move(*matches);
-        if (m_references) {
-            m_references->CheckMarks(m_result.matches);
-            m_references->ReadCodes();
-            m_copier.KnownReferences = &*m_references;
-            m_result.takesUp = m_references->HasMarks() || (m_result.earlier && !m_result.earlier->IsDone());
+        if (m_updates) {
+            m_references.CheckMarks(m_result.matches);
+            m_references.ReadCodes();
+            m_result.takesUp = m_references.HasMarks() || IsInterrupted();
+            m_strangers = m_references.NotesOfStrangers(m_result.matches, m_result.takesUp);
+            for (const QString& note : std::as_const(m_strangers)) {
+                m_result.notes.Add(VisibleLine(note));
+            }
         }
         TranslateCopies();
         return true;
@@ -106,14 +117,18 @@ public:
 
     /// Merges all; false when cancelled between two counterparties.
     bool Run(Progress& progress) {
-        if (m_references) {
+        if (m_updates) {
             m_records.Prepare();
-            m_records.Begin(m_companies, m_result.earlier);
+            if (IsInterrupted()) {
+                m_records.TakeUp(*m_result.earlier);
+            }
         }
-        Log(QStringLiteral("Inizio fusione controparti da %1 a %2").arg(m_companies.from, m_companies.to));
+        Log(QStringLiteral("Inizio fusione controparti da %1 a %2").arg(m_companies.from, m_companies.to) +
+            (m_trial.isEmpty() ? u"" : u" (prova)"));
         if (m_result.takesUp) {
             Log(QStringLiteral("Si riprende una fusione interrotta: i riferimenti segnati con X si completano"));
         }
+        WriteLines(m_strangers);
         progress.SetStep(QStringLiteral("fusione controparti"));
         progress.SetMax(static_cast<float>(m_result.matches.size()));
         while (m_result.merged < m_result.matches.size()) {
@@ -123,7 +138,7 @@ public:
             }
             MergeTogether(progress);
         }
-        if (m_references) {
+        if (m_updates) {
             EndReferences();
         }
         LogSummary();
@@ -133,11 +148,12 @@ public:
 private:
     /// Codes marked for another destination would be taken for codes of this one.
     void CheckInterrupted() const {
-        const auto& earlier = m_result.earlier;
-        if (earlier && !earlier->IsDone() && earlier->to.code != m_companies.to) {
-            throw ImportError(EarlierMergeText(*earlier) + QStringLiteral(": completarla prima di farne un'altra"));
+        if (IsInterrupted() && m_result.earlier->to.code != m_companies.to) {
+            throw ImportError(EarlierMergeText(*m_result.earlier) +
+                              QStringLiteral(": completarla prima di farne un'altra"));
         }
     }
+    bool IsInterrupted() const { return m_result.earlier && !m_result.earlier->IsDone(); }
 
     void TranslateCopies() {
         for (const MergeMatch& match : m_result.matches) {
@@ -160,6 +176,9 @@ private:
         std::vector<Written> written;
         size_t marked = 0; // of them, those before the mark
         try {
+            if (m_updates) {
+                m_records.Begin(m_companies); // nothing done, nothing noted
+            }
             for (auto next = rest; next != end; ++next) {
                 m_session.Quadrix.SetMark();
                 marked = written.size();
@@ -180,6 +199,9 @@ private:
 
     /// Keeps what came before an error, which tells more than what may go wrong here.
     void KeepBeforeMark(Transaction& transaction, const std::vector<Written>& written) noexcept {
+        if (written.empty()) {
+            return;
+        }
         try {
             m_session.Quadrix.RollbackToMark();
             transaction.Keep();
@@ -196,7 +218,7 @@ private:
             if (match.criterion == MergeCriterion::New) {
                 written.copied = m_copier.Copy(match);
             }
-            written.updated = m_references ? m_references->Repoint(match.oldCode, match.newCode) : 0;
+            written.updated = m_updates ? m_references.Repoint(match.oldCode, match.newCode) : 0;
             return written;
         } catch (Error& error) {
             error.AddContext(
@@ -218,9 +240,17 @@ private:
             lines += match.oldCode + u' ' + match.oldName + u"   -->   " + match.newCode + u' ' + match.newName +
                      u"   " + MergeCriterionText(match.criterion);
             for (const QString& note : one.copied.notes) {
-                m_result.notes.Add(note);
+                m_result.notes.Add(VisibleLine(note));
                 lines += note;
             }
+        }
+        WriteLines(lines);
+    }
+
+    /// A value must not pass for a line of its own.
+    void WriteLines(QStringList lines) const {
+        for (QString& line : lines) {
+            line = VisibleLine(line);
         }
         modImport::WriteLog(m_session, lines, MergeLogFile(m_session));
     }
@@ -228,7 +258,7 @@ private:
     /// With the marks goes what tells them from old codes: in the same moment it is noted that all are new.
     void EndReferences() {
         Transaction transaction(m_session.Quadrix);
-        m_references->Unmark();
+        m_references.Unmark();
         m_records.End();
         transaction.Keep();
     }
@@ -238,7 +268,8 @@ private:
     void LogInterrupted() {
         Log(QStringLiteral("Fusione interrotta: %1 controparti fuse su %2")
                 .arg(m_result.merged)
-                .arg(m_result.matches.size()));
+                .arg(m_result.matches.size()) +
+            m_trial);
     }
 
     void LogSummary() {
@@ -247,7 +278,8 @@ private:
             const auto each = static_cast<MergeCriterion>(criterion);
             counts.append(MergeCriterionText(each) + u' ' + QString::number(m_result.Count(each)));
         }
-        Log(QStringLiteral("Controparti fuse: %1 (%2)").arg(m_result.merged).arg(counts.join(QStringLiteral(", "))));
+        Log(QStringLiteral("Controparti fuse: %1 (%2)").arg(m_result.merged).arg(counts.join(QStringLiteral(", "))) +
+            m_trial);
         if (const qint64 byName = m_result.Count(MergeCriterion::Name); byName > 0) {
             Log(QStringLiteral("Corrispondenze per sola ragione sociale, da verificare: %1").arg(byName));
         }
@@ -256,10 +288,13 @@ private:
     Session& m_session;
     MergeResult& m_result;
     Companies m_companies;
+    References m_references;
+    bool m_updates; ///< the references are re-pointed
     Copier m_copier;
     merge::Records m_records;
-    qsizetype m_together; ///< counterparties that are committed together at the most
-    std::optional<References> m_references;
+    QString m_trial;         ///< what its end tells of a trial
+    qsizetype m_together;    ///< counterparties that are committed together at the most
+    QStringList m_strangers; ///< notes on references to none of them
     QHash<QString, QString> m_newCodes;
 };
 
@@ -296,7 +331,7 @@ QString MergeLogFile(const Session& session) {
 }
 
 bool FusioneControparti(Session& session, const QString& from, const QString& to, bool updateReferences,
-                        MergeResult* result, bool again) {
+                        MergeResult* result, const MergeConsent& consent) {
     MergeResult own;
     MergeResult& outcome = result != nullptr ? *result : own;
     outcome = {};
@@ -308,14 +343,12 @@ bool FusioneControparti(Session& session, const QString& from, const QString& to
                                updateReferences ? QStringList{companies.from, companies.to} : QStringList(companies.to),
                                QStringLiteral("fusione controparti da %1 a %2").arg(companies.from, companies.to));
         Merge work(session, from, to, updateReferences, outcome);
-        if (!again) {
-            work.RefuseRepeated();
-        }
+        work.RefuseRepeated(consent);
         {
             const auto progress = session.Person.ShowProgress();
             bool goesOn = work.Prepare(*progress);
-            if (goesOn && !again) {
-                work.RefuseRepeated(); // now it is known who would be copied
+            if (goesOn) {
+                work.RefuseRepeated(consent); // now it is known who would be copied
             }
             goesOn = goesOn && work.Run(*progress);
             outcome.outcome = OutcomeOf(goesOn);
@@ -323,7 +356,8 @@ bool FusioneControparti(Session& session, const QString& from, const QString& to
         if (outcome.outcome != RunResult::Outcome::Done) {
             return false;
         }
-        session.Person.Message("Fusione completata correttamente!");
+        session.Person.Message("Fusione completata correttamente!" +
+                               (session.Quadrix.InTransaction() ? u'\n' + WasTrial + u'.' : QString()));
         return true;
     });
 }

@@ -38,16 +38,24 @@ struct MergeResult {
     RunResult::Outcome outcome = RunResult::Outcome::Failed;
     Company from;
     Company to;
-    std::optional<EarlierMerge> earlier; ///< the last merge with references out of the source company
-    bool takesUp = false;                ///< completes a merge with references that was interrupted
-    QVector<MergeMatch> matches;         ///< every counterparty of the source, by old code; empty before all are known
-    qint64 merged = 0;                   ///< how many of them were dealt with, from the first
-    QMap<QString, qint64> copied;        ///< rows written into the destination, by bare table name
-    qint64 referencesUpdated = 0;        ///< rows of the source company that were re-pointed
-    Notes notes;                         ///< what the merge log tells beside the matches
+    std::optional<EarlierMerge> earlier;       ///< the last merge with references out of the source company
+    std::optional<EarlierMerge> ofDestination; ///< the last one out of the destination
+    bool takesUp = false;                      ///< completes a merge with references that was interrupted
+    QVector<MergeMatch> matches;  ///< every counterparty of the source, by old code; empty before all are known
+    qint64 merged = 0;            ///< how many of them were dealt with, from the first
+    QMap<QString, qint64> copied; ///< rows written into the destination, by bare table name
+    qint64 referencesUpdated = 0; ///< rows of the source company that were re-pointed
+    Notes notes;                  ///< what the merge log tells beside the matches
 
     /// How many of the matches were found so.
     qint64 Count(MergeCriterion criterion) const;
+};
+
+/// What a merge does although an earlier one with references speaks against it: for companies that have been filled
+/// anew since then.
+struct MergeConsent {
+    bool again = false;      ///< merges and re-points the references of a source company that was merged already
+    bool intoMerged = false; ///< copies into a destination that was itself merged into another company
 };
 
 /// Merges the counterparties of a company into another of the same database. Each is matched by VAT number, else tax
@@ -65,18 +73,18 @@ struct MergeResult {
 /// After a run that ended well the codes are new ones, and re-pointing them again would lead them astray. Contacts,
 /// branches, numbers and addresses bear new codes too: a counterparty that is copied now would get those of another
 /// one. The database remembers the run, and a further one is an error before anything is written when it would re-point
-/// or copy.
+/// or copy. So is one that would copy into a company whose rows bear the codes of another since a merge out of it. A
+/// code in the references that no counterparty of the source has means somebody else afterwards, or nobody: it is
+/// noted.
 ///
 /// Each counterparty is merged as a whole or not at all. The matches are written to the merge log (`MergeLogFile`).
 /// @param from,to company codes. Unknown ones, twice the same, a code that is not six digits, tables or columns that
 /// one of the companies lacks, and a merge into a third company that was interrupted are errors before anything is
 /// written
 /// @param result what was done, also after an error; may be null
-/// @param again merges and re-points the references although an earlier merge has done so: for a company that has been
-/// filled anew since then
 /// @return whether it ran to its end; errors are reported under "modMain", "FusioneControparti"
 bool FusioneControparti(Session& session, const QString& from, const QString& to, bool updateReferences,
-                        MergeResult* result = nullptr, bool again = false);
+                        MergeResult* result = nullptr, const MergeConsent& consent = {});
 
 /// The matches that a merge would make; writes nothing. Errors as `FusioneControparti`, but an earlier merge is only
 /// told in the result.

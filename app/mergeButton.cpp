@@ -1,6 +1,7 @@
 #include "app/mergeButton.h"
 
 #include "app/history/Recorder.h"
+#include "app/mergeParts.h"
 #include "app/mergeText.h"
 
 #include <QFileInfo>
@@ -71,16 +72,27 @@ bool AgreesToRepeat(Operator& person, const EarlierMerge& earlier) {
                       Question::ExclamationNo) == Answer::Yes;
 }
 
+/// Whether counterparties are to be copied into a company whose rows bear the codes of another.
+bool AgreesToCopies(Operator& person, const MergeResult& preview) {
+    return person.Ask(IntoMergedText(preview) +
+                          QStringLiteral(".\n\nCopiarle è giusto solo se da allora %1 è stata ricaricata.\n\nCopiarle?")
+                              .arg(preview.to.code),
+                      Question::ExclamationNo) == Answer::Yes;
+}
+
 /// Shows what would become of every counterparty, and asks.
 bool AgreesToMatches(Operator& person, const MergeResult& preview, bool updateReferences) {
     QStringList lines;
     for (const MergeMatch& match : preview.matches) {
         lines.append(MatchLine(match));
     }
-    QStringList question = MatchCounts(preview);
+    QStringList question = MatchCounts(preview) + NoteLines(preview);
     question.append(updateReferences
                         ? QStringLiteral("I riferimenti di %1 si aggiornano.").arg(CompanyText(preview.from))
                         : QStringLiteral("I riferimenti di %1 restano come sono.").arg(CompanyText(preview.from)));
+    if (const QString merged = IntoMergedText(preview); !merged.isEmpty()) {
+        question.append(QStringLiteral("Attenzione: ") + merged + u'.');
+    }
     if (preview.takesUp) {
         question.append(preview.earlier && !preview.earlier->IsDone()
                             ? QString(EarlierMergeText(*preview.earlier) + ": si riprende.")
@@ -109,12 +121,13 @@ MergeResult MergeAsked(Session& session) {
         Guarded(session.Errors, MergeModule, MergeName, false, [&]() -> bool { throw ImportError(refusal); });
         return merge;
     }
-    const bool again = !refusal.isEmpty();
-    if ((again && !AgreesToRepeat(session.Person, *merge.earlier)) ||
+    const MergeConsent consent{.again = !refusal.isEmpty(), .intoMerged = !IntoMergedRefusal(merge).isEmpty()};
+    if ((consent.again && !AgreesToRepeat(session.Person, *merge.earlier)) ||
+        (consent.intoMerged && !AgreesToCopies(session.Person, merge)) ||
         !AgreesToMatches(session.Person, merge, answers->updateReferences)) {
         return cancelled;
     }
-    FusioneControparti(session, answers->from, answers->to, answers->updateReferences, &merge, again);
+    FusioneControparti(session, answers->from, answers->to, answers->updateReferences, &merge, consent);
     return merge;
 }
 
@@ -159,6 +172,7 @@ contract::Procedure MergeProcedure() {
                   {QStringLiteral("Fondere le controparti così abbinate?")}};
     merge.opensSource = false;
     merge.asksReset = false;
+    merge.takesCode = false;
     return merge;
 }
 
@@ -170,15 +184,26 @@ const std::vector<contract::Procedure>& ProgramProcedures(const contract::Origin
     return origin.name == MergeOrigin ? merge : none;
 }
 
-MergeResult MergeAndKeep(Session& session, const QString& from, const QString& to, bool updateReferences, bool again) {
+MergeResult MergeAndKeep(Session& session, const QString& from, const QString& to, bool updateReferences,
+                         const MergeConsent& consent) {
     MergeResult merged;
-    history::Recorder recorder(session,
-                               {.work = QStringLiteral("fusione delle controparti di %1 in quelle di %2").arg(from, to),
-                                .company = to,
-                                .options = {updateReferences ? QStringLiteral("Riferimenti: si aggiornano")
-                                                             : QStringLiteral("Riferimenti: restano come sono")}});
+    const bool areThere = Guarded(session.Errors, MergeModule, MergeName, false, [&] {
+        merged.from = merge::FindCompany(session, from);
+        merged.to = merge::FindCompany(session, to);
+        return true;
+    });
+    if (!areThere) {
+        return merged;
+    }
+    history::Recorder recorder(
+        session,
+        {.work =
+             QStringLiteral("fusione delle controparti di %1 in quelle di %2").arg(merged.from.code, merged.to.code),
+         .company = merged.to.code,
+         .options = {updateReferences ? QStringLiteral("Riferimenti: si aggiornano")
+                                      : QStringLiteral("Riferimenti: restano come sono")}});
     Kept(session, [&] {
-        FusioneControparti(session, from, to, updateReferences, &merged, again);
+        FusioneControparti(session, from, to, updateReferences, &merged, consent);
         return merged;
     });
     return merged;

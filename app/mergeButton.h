@@ -9,8 +9,9 @@ namespace modMain {
 /// counterparties behind "Fusione Controparti". Empty for most origins.
 const std::vector<contract::Procedure>& ProgramProcedures(const contract::Origin& origin);
 
-/// `FusioneControparti`, kept in the history as a run of its own, of the destination. @return what was done, also after
-/// an error
-MergeResult MergeAndKeep(Session& session, const QString& from, const QString& to, bool updateReferences, bool again);
+/// `FusioneControparti`, kept in the history as a run of its own, of the destination; companies that there are not are
+/// no run. @return what was done, also after an error
+MergeResult MergeAndKeep(Session& session, const QString& from, const QString& to, bool updateReferences,
+                         const MergeConsent& consent = {});
 
 } // namespace modMain

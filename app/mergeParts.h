@@ -29,9 +29,11 @@ std::optional<QVector<modMain::MergeMatch>> FindMatches(Session& session, const 
 /// The columns of the source company that hold counterparty codes.
 class References {
 public:
-    /// Reads the dictionary. Raises `ImportError` when it names a table or column that the company lacks.
+    /// Reads the dictionary.
     References(Session& session, Companies companies);
 
+    /// Raises `ImportError` when the dictionary names a table or column that the company lacks.
+    void Check() const;
     /// Raises `ImportError` when a new code could be taken for an old one that is still to be re-pointed: one without
     /// a "0" cannot be marked.
     void CheckMarks(const QVector<modMain::MergeMatch>& matches) const;
@@ -39,6 +41,9 @@ public:
     void ReadCodes();
     /// Whether some of them are marked: a merge was interrupted.
     bool HasMarks() const;
+    /// What is to be told of codes that no counterparty of the source has, each once: they stay, and mean whoever has
+    /// them in the destination. @param takesUp an interrupted merge: codes without a "0" may be new ones already
+    QStringList NotesOfStrangers(const QVector<modMain::MergeMatch>& matches, bool takesUp) const;
     /// Re-points one code, marked; returns the number of rows changed.
     qint64 Repoint(const QString& oldCode, const QString& newCode);
     /// Takes the marks away, all or none. A code that holds an "X" of its own stays as it is.
@@ -62,7 +67,8 @@ private:
     };
 
     void Read();
-    void Check() const;
+    /// None when it has no such code.
+    std::optional<QString> NameInDestination(const QString& code) const;
     QString Update(const Reference& reference, const QString& value, const QString& which) const;
     QStringList NeverMarked(const Reference& reference) const; ///< codes with an "X" that are no marked ones, quoted
 
@@ -102,12 +108,11 @@ private:
 class Copier {
 public:
     /// Raises `ImportError` when the destination lacks a column of the source.
-    Copier(Session& session, Companies companies);
+    /// @param references tells further columns that refer to counterparties than the schema does; lives as long
+    Copier(Session& session, Companies companies, const References& references);
 
     /// Gives the new code of another counterparty that a copied row refers to; none: it is kept, and noted.
     std::function<std::optional<QString>(const QString& oldCode)> NewCodeOf = [](auto&) { return std::nullopt; };
-    /// Tells further columns that refer to counterparties than the schema does; may be null.
-    const References* KnownReferences = nullptr;
 
     /// Copies a counterparty with all that hangs on it.
     Copied Copy(const modMain::MergeMatch& match);
@@ -131,6 +136,7 @@ private:
 
     Session& m_session;
     Companies m_companies;
+    const References& m_references;
     OwnCodes m_ownCodes;
     QHash<QString, QMap<QString, DataType>> m_types; ///< of the columns, by bare table name
 };

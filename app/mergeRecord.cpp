@@ -38,15 +38,16 @@ QDateTime MomentOf(const Recordset& rows, const char* column) {
     return mod_ovTools::ReadDate(rows.Value(QLatin1String(column))).value_or(QDateTime());
 }
 
+bool IsThere(ovConnection& quadrix) { return quadrix.GetTables().contains(Table, Qt::CaseInsensitive); }
+
 } // namespace
 
 Records::Records(Session& session)
-    : m_session(session) {}
-
-bool Records::IsThere() const { return m_session.Quadrix.GetTables().contains(Table, Qt::CaseInsensitive); }
+    : m_session(session),
+      m_isOff(session.Quadrix.InTransaction()) {}
 
 std::optional<modMain::EarlierMerge> Records::LastOf(const QString& company) const {
-    if (!IsThere()) {
+    if (!IsThere(m_session.Quadrix)) {
         return std::nullopt;
     }
     const Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + Table + u"\rWHERE FUPAR = " +
@@ -64,7 +65,7 @@ std::optional<modMain::EarlierMerge> Records::LastOf(const QString& company) con
 }
 
 void Records::Prepare() {
-    if (IsOff() || IsThere()) {
+    if (m_isOff || IsThere(m_session.Quadrix)) {
         return;
     }
     try {
@@ -78,12 +79,10 @@ void Records::Prepare() {
     }
 }
 
-void Records::Begin(const Companies& companies, const std::optional<modMain::EarlierMerge>& last) {
-    if (IsOff()) {
-        return;
-    }
-    if (last && !last->ended.isValid()) {
-        m_id = last->id;
+void Records::TakeUp(const modMain::EarlierMerge& interrupted) { m_id = m_isOff ? 0 : interrupted.id; }
+
+void Records::Begin(const Companies& companies) {
+    if (m_isOff || m_id != 0) {
         return;
     }
     ovQueryConstructor query = NewQuery(m_session);
@@ -104,6 +103,23 @@ void Records::End() {
     query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
     query.WhereString = QStringLiteral("WHERE RECORD_ID = %1").arg(m_id);
     m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
+}
+
+QStringList MergedInto(ovConnection& quadrix, const QString& company) {
+    QStringList merged;
+    if (!IsThere(quadrix)) {
+        return merged;
+    }
+    Recordset rows = quadrix.ExecuteWC(
+        QStringLiteral("SELECT FUPAR, FUDES FROM %1\rWHERE FUFIN IS NOT NULL\rORDER BY RECORD_ID").arg(Table));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString from = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
+        merged.removeAll(from);
+        if (mod_ovTools::ToText(rows.Fields(1).Value()).trimmed().compare(company, Qt::CaseInsensitive) == 0) {
+            merged.append(from);
+        }
+    }
+    return merged;
 }
 
 QString MergedText(Session& session, const QString& company) {

@@ -15,20 +15,23 @@ public:
 
     /// Makes the table when it is missing. Raises `ImportError` telling what to do when it cannot be made.
     void Prepare();
-    /// Notes that a merge begins, or that an interrupted one is taken up.
-    void Begin(const Companies& companies, const std::optional<modMain::EarlierMerge>& last);
+    /// Takes up an interrupted merge: its end is that one's.
+    void TakeUp(const modMain::EarlierMerge& interrupted);
+    /// Notes that a merge begins, in the transaction of what it does first; one that is noted already is not again.
+    void Begin(const Companies& companies);
     /// Notes that it has ended well.
     void End();
 
 private:
+    Session& m_session;
     /// Within a trial nothing is noted: it must leave no trace, and making a table ends the transaction of some
     /// engines.
-    bool IsOff() const { return m_session.Quadrix.InTransaction(); }
-    bool IsThere() const;
-
-    Session& m_session;
+    bool m_isOff;
     qint64 m_id = 0; ///< RECORD_ID of the merge under way; 0: it is not noted
 };
+
+/// The codes of the companies whose rows hold the codes of a company: their last merge with references went into it.
+QStringList MergedInto(ovConnection& quadrix, const QString& company);
 
 /// What whoever imports into a company must know of a merge with references out of it: its rows hold the codes of
 /// another company since. Empty without one. @param company its code

@@ -1,16 +1,30 @@
 #include "app/mergeText.h"
 
 #include "core/italianText.h"
+#include "sql/visibleText.h"
 
 namespace modMain {
+
+namespace {
+
+/// "3, la prima: 000007 Verdi", of those that are copied; empty when nobody is.
+QString CopiedText(const MergeResult& merge) {
+    const auto first = std::find_if(merge.matches.begin(), merge.matches.end(),
+                                    [](const MergeMatch& match) { return match.criterion == MergeCriterion::New; });
+    return first == merge.matches.end() ? QString()
+                                        : VisibleLine(italian::NumberText(merge.Count(MergeCriterion::New)) +
+                                                      u", la prima: " + first->oldCode + u' ' + first->oldName);
+}
+
+} // namespace
 
 QString CompanyText(const Company& company) {
     return company.name.isEmpty() ? company.code : QString(company.code + u' ' + company.name);
 }
 
 QString MatchLine(const MergeMatch& match) {
-    return match.oldCode + u' ' + match.oldName + u" --> " + match.newCode + u' ' + match.newName + u" (" +
-           MergeCriterionText(match.criterion) + u')';
+    return VisibleLine(match.oldCode + u' ' + match.oldName + u" --> " + match.newCode + u' ' + match.newName + u" (" +
+                       MergeCriterionText(match.criterion) + u')');
 }
 
 QStringList MatchCounts(const MergeResult& result) {
@@ -20,6 +34,14 @@ QStringList MatchCounts(const MergeResult& result) {
         const bool doubtful = each == MergeCriterion::Name && result.Count(each) > 0;
         lines.append(u"  " + MergeCriterionText(each) + u": " + italian::NumberText(result.Count(each)) +
                      (doubtful ? u" (per sola ragione sociale: da verificare)" : u""));
+    }
+    return lines;
+}
+
+QStringList NoteLines(const MergeResult& result) {
+    QStringList lines;
+    for (const Notes::Kind& kind : result.notes.kinds) {
+        lines.append(QStringLiteral("%1 (%2): %3").arg(kind.name).arg(kind.count).arg(kind.first));
     }
     return lines;
 }
@@ -46,17 +68,40 @@ QString RefusalText(const MergeResult& merge, bool updateReferences) {
                               "l'azienda di partenza è stata ricaricata si possono aggiornare ancora (dalla "
                               "riga di comando: --update-references-again)");
     }
-    const auto copied = std::find_if(merge.matches.begin(), merge.matches.end(),
-                                     [](const MergeMatch& match) { return match.criterion == MergeCriterion::New; });
-    return copied == merge.matches.end()
-               ? QString()
+    const QString copied = CopiedText(merge);
+    return copied.isEmpty()
+               ? copied
                : earlier +
                      QStringLiteral("Contatti, sedi, telefoni e indirizzi web hanno già i codici nuovi: le controparti "
-                                    "che ora si copierebbero (%1, la prima: %2 %3) prenderebbero quelli di altre. Non "
+                                    "che ora si copierebbero (%1) prenderebbero quelli di altre. Non "
                                     "è stato scritto nulla. Inserirle nell'azienda di destinazione e ripetere; se da "
                                     "allora l'azienda di partenza è stata ricaricata, fondere aggiornando di nuovo i "
                                     "riferimenti (dalla riga di comando: --update-references-again)")
-                         .arg(italian::NumberText(merge.Count(MergeCriterion::New)), copied->oldCode, copied->oldName);
+                         .arg(copied);
+}
+
+QString IntoMergedText(const MergeResult& merge) {
+    if (!merge.ofDestination) {
+        return {};
+    }
+    const QString copied = CopiedText(merge);
+    return EarlierMergeText(*merge.ofDestination) +
+           QStringLiteral(": le righe di %1 hanno i codici delle controparti di %2")
+               .arg(merge.to.code, merge.ofDestination->to.code) +
+           (copied.isEmpty() ? QString()
+                             : QStringLiteral(", e le controparti che ora si copierebbero in %1 (%2) prenderebbero "
+                                              "contatti, recapiti e documenti di altre")
+                                   .arg(merge.to.code, copied));
+}
+
+QString IntoMergedRefusal(const MergeResult& merge) {
+    return !merge.ofDestination || CopiedText(merge).isEmpty()
+               ? QString()
+               : IntoMergedText(merge) +
+                     QStringLiteral(". Non è stato scritto nulla. Fondere nell'azienda che ha quei codici; solo se da "
+                                    "allora %1 è stata ricaricata si possono copiare qui (dalla riga di comando: "
+                                    "--into-merged)")
+                         .arg(merge.to.code);
 }
 
 } // namespace modMain

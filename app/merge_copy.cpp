@@ -34,9 +34,10 @@ const QStringList Attached{"NUM_TEL", "IND_WEB"};
 
 } // namespace
 
-Copier::Copier(Session& session, Companies companies)
+Copier::Copier(Session& session, Companies companies, const References& references)
     : m_session(session),
       m_companies(companies),
+      m_references(references),
       m_ownCodes(session, std::move(companies)) {
     for (const QString& table : QStringList(Master) + Attached + Owners) {
         ReadTypes(table);
@@ -118,7 +119,7 @@ QString Copier::InsertText(const Rows& what, const Recordset& row, Copied& copie
 bool Copier::HoldsCounterparty(const QString& table, const QString& column) const {
     const schema::Column* known = schema::FindTable(table)->FindColumn(column);
     const bool inSchema = known != nullptr && known->refersTo == Master && known->conditionColumn.isEmpty();
-    return inSchema || (KnownReferences != nullptr && KnownReferences->Holds(table, column));
+    return inSchema || m_references.Holds(table, column);
 }
 
 /// The source may hold the code of the other counterparty old or already re-pointed.

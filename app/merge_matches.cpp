@@ -34,60 +34,51 @@ struct Found {
     QString name;
 };
 
+/// Texts without case, accents and blanks around: what is one for a database is one of these, whatever its collation.
+QString Folded(const QString& text) {
+    QString folded = text.normalized(QString::NormalizationForm_KD);
+    folded.removeIf([](QChar character) { return character.isMark(); });
+    return folded.toUpper();
+}
+
 /// Names that are searched for a part. All are one text, or 20,000 searches among 20,000 names would take minutes.
 class Names {
 public:
-    void Add(const QString& name) {
-        m_starts.push_back(m_text.size());
-        m_text += Folded(name) + u'\n';
-    }
-    /// Number of the first name that contains the part, whatever its case and accents; -1 when there is none.
-    int Find(const QString& part) const {
-        const qsizetype place = m_text.indexOf(Folded(part));
-        const auto after = std::upper_bound(m_starts.begin(), m_starts.end(), place);
-        return static_cast<int>(after - m_starts.begin()) - 1;
+    void Add(const QString& name) { m_text += Folded(name) + u'\n'; }
+    /// Whether a search for a part may find one of them. A database decides what it finds; a part that it takes for a
+    /// pattern may find any.
+    bool MayHold(const QString& part) const {
+        static const QRegularExpression wildcard(QStringLiteral("[%_\\[\\\\]"));
+        return m_text.contains(Folded(part)) || (!m_text.isEmpty() && part.contains(wildcard));
     }
 
 private:
-    static QString Folded(const QString& name) {
-        QString text = name.normalized(QString::NormalizationForm_KD);
-        text.removeIf([](QChar character) { return character.isMark(); });
-        return text.toUpper();
-    }
-
     QString m_text;
-    std::vector<qsizetype> m_starts;
 };
 
-/// The counterparties that the merge adds before the one at hand: not yet in the database, but found as if they were.
+/// The counterparties that the merge adds before the one at hand: not yet in the destination, but found as if they
+/// were. The source holds them as the destination will, and is asked: a database finds what no comparison here would.
 class Additions {
 public:
-    void Add(const Found& added, const QString& vatNumber, const QString& taxCode) {
-        const auto position = static_cast<int>(m_added.size());
-        m_added.push_back(added);
-        AddOnce(m_byVatNumber, vatNumber, position);
-        AddOnce(m_byTaxCode, taxCode, position);
+    void Add(const QString& oldCode, const Found& added, const QString& vatNumber, const QString& taxCode) {
+        m_added.insert(oldCode, added);
+        m_numbers.insert(Folded(vatNumber).trimmed());
+        m_numbers.insert(Folded(taxCode).trimmed());
         m_names.Add(added.name);
     }
-    const Found* ByVatNumber(const QString& vatNumber) const {
-        return At(m_byVatNumber.value(vatNumber.toUpper(), -1));
+    /// Whether one of them may be found by a number, or by a part of its name.
+    bool MayHold(MergeCriterion criterion, const QString& text) const {
+        return criterion == MergeCriterion::Name ? m_names.MayHold(text) : m_numbers.contains(Folded(text).trimmed());
     }
-    const Found* ByTaxCode(const QString& taxCode) const { return At(m_byTaxCode.value(taxCode.toUpper(), -1)); }
-    const Found* ByName(const QString& part) const { return At(m_names.Find(part)); }
+    /// The one that has that code in the source.
+    std::optional<Found> At(const QString& oldCode) const {
+        const auto added = m_added.constFind(oldCode);
+        return added == m_added.cend() ? std::nullopt : std::optional(*added);
+    }
 
 private:
-    static void AddOnce(QHash<QString, int>& index, const QString& value, int position) {
-        if (!IdentifyingNumber(value).isEmpty() && !index.contains(value.toUpper())) {
-            index.insert(value.toUpper(), position);
-        }
-    }
-    const Found* At(int position) const {
-        return position < 0 ? nullptr : &m_added[static_cast<std::size_t>(position)];
-    }
-
-    std::vector<Found> m_added;
-    QHash<QString, int> m_byVatNumber;
-    QHash<QString, int> m_byTaxCode;
+    QHash<QString, Found> m_added;
+    QSet<QString> m_numbers;
     Names m_names;
 };
 
@@ -110,7 +101,7 @@ public:
         match.newCode = found ? found->code : NextCode();
         match.newName = found ? found->name : match.oldName;
         if (!found) {
-            m_additions.Add({match.newCode, match.newName}, vatNumber, taxCode);
+            m_additions.Add(match.oldCode, {match.newCode, match.newName}, vatNumber, taxCode);
         }
         return match;
     }
@@ -120,8 +111,7 @@ private:
     std::optional<Found> Find(MergeMatch& match, const QString& vatNumber, const QString& taxCode) {
         std::optional<Found> found;
         match.isRecognisable = false;
-        const auto attempt = [&](MergeCriterion criterion, const QString& text, auto inDatabase,
-                                 const Found* (Additions::*among)(const QString&) const) {
+        const auto attempt = [&](MergeCriterion criterion, const QString& text, const QString& condition) {
             const bool isNumber = criterion != MergeCriterion::Name;
             if ((isNumber ? IdentifyingNumber(text) : text.trimmed()).isEmpty()) {
                 return;
@@ -130,43 +120,45 @@ private:
             if (found) {
                 return;
             }
-            found = inDatabase(text);
-            if (const Found* added = found ? nullptr : (m_additions.*among)(text)) {
-                found = *added;
+            if (isNumber || m_names.MayHold(text)) { // a search for a name reads all of them
+                found = InDestination(condition);
+            }
+            if (!found && m_additions.MayHold(criterion, text)) {
+                found = AmongAdditions(condition);
             }
             match.criterion = found ? criterion : MergeCriterion::New;
         };
-        const auto equal = [this](const char* column) {
-            return [this, column](const QString& text) {
-                return InDatabase(QLatin1String(column) + u" = " + Quoted(m_session, text));
-            };
-        };
-        attempt(MergeCriterion::VatNumber, vatNumber, equal("COIVA"), &Additions::ByVatNumber);
-        attempt(MergeCriterion::TaxCode, taxCode, equal("COFIS"), &Additions::ByTaxCode);
-        attempt(
-            MergeCriterion::Name, match.oldName, [this](const QString& name) { return NameInDatabase(name); },
-            &Additions::ByName);
+        attempt(MergeCriterion::VatNumber, vatNumber, u"COIVA = " + Quoted(m_session, vatNumber));
+        attempt(MergeCriterion::TaxCode, taxCode, u"COFIS = " + Quoted(m_session, taxCode));
+        attempt(MergeCriterion::Name, match.oldName, NameCondition(match.oldName));
         return found;
     }
 
-    std::optional<Found> InDatabase(const QString& condition) {
+    std::optional<Found> InDestination(const QString& condition) {
         const Recordset rows =
             m_session.Quadrix.ExecuteWC(u"SELECT CDCON, CORAS FROM " + TableOf(m_companies.to, Master) + u"\rWHERE " +
                                         condition + u"\rORDER BY RECORD_ID");
         return rows.Eof() ? std::nullopt : std::optional(Found{TextOf(rows, "CDCON"), TextOf(rows, "CORAS")});
     }
 
-    /// The database decides; it is spared the names that are found nowhere, each of which would scan its table. Where
-    /// it takes a part of the name for a pattern, the name itself would not be found: a copy of an earlier merge.
-    std::optional<Found> NameInDatabase(const QString& name) {
-        static const QRegularExpression wildcard(QStringLiteral("[%_\\[\\\\]"));
-        static const QRegularExpression pattern(QStringLiteral("[\\[\\\\]"));
-        if (m_names.Find(name) < 0 && !name.contains(wildcard)) {
-            return std::nullopt;
+    /// The first that will stand in the destination: they are copied by their codes.
+    std::optional<Found> AmongAdditions(const QString& condition) {
+        Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT CDCON FROM " + TableOf(m_companies.from, Master) +
+                                                     u"\rWHERE " + condition + u"\rORDER BY CDCON");
+        for (; !rows.Eof(); rows.MoveNext()) {
+            if (auto added = m_additions.At(TextOf(rows, "CDCON"))) {
+                return added;
+            }
         }
+        return std::nullopt;
+    }
+
+    /// Where the database takes a part of the name for a pattern, the name itself would not be found: a copy of an
+    /// earlier merge.
+    QString NameCondition(const QString& name) const {
+        static const QRegularExpression pattern(QStringLiteral("[\\[\\\\]"));
         const QString like = u"CORAS LIKE " + Quoted(m_session, u'%' + name + u'%');
-        return InDatabase(
-            name.contains(pattern) ? QString(u'(' + like + u" OR CORAS = " + Quoted(m_session, name) + u')') : like);
+        return name.contains(pattern) ? QString(u'(' + like + u" OR CORAS = " + Quoted(m_session, name) + u')') : like;
     }
 
     /// The destination's names and its highest code; every code must be a number for the highest to be one.

@@ -32,7 +32,6 @@ References::References(Session& session, Companies companies)
     : m_session(session),
       m_companies(std::move(companies)) {
     Read();
-    Check();
 }
 
 void References::Read() {
@@ -99,6 +98,44 @@ void References::ReadCodes() {
             reference.codes.insert(mod_ovTools::ToText(rows.Fields(0).Value()).trimmed());
         }
     }
+}
+
+QStringList References::NotesOfStrangers(const QVector<modMain::MergeMatch>& matches, bool takesUp) const {
+    QSet<QString> known;
+    QHash<QString, std::optional<QString>> names; // of the destination, as it will be
+    for (const modMain::MergeMatch& match : matches) {
+        known.insert(match.oldCode);
+        names.insert(match.newCode, match.newName);
+        if (takesUp && !match.newCode.contains(u'0')) {
+            known.insert(match.newCode);
+        }
+    }
+    QStringList notes;
+    for (const Reference& reference : m_references) {
+        QStringList strangers = QSet<QString>(reference.codes).subtract(known).values();
+        strangers.sort();
+        for (const QString& code : std::as_const(strangers)) {
+            if (code.isEmpty() || IsMarked(code)) {
+                continue;
+            }
+            if (!names.contains(code)) {
+                names.insert(code, NameInDestination(code));
+            }
+            notes.append(
+                QStringLiteral("RIFERIMENTO SENZA CONTROPARTE: %1, colonna %2: '%3' resta com'è, nessuna "
+                               "controparte di %4 ha questo codice; in %5 %6")
+                    .arg(TableOf(m_companies.from, reference.table), reference.column, code, m_companies.from,
+                         m_companies.to,
+                         names[code] ? QStringLiteral("è '%1'").arg(*names[code]) : QStringLiteral("non c'è")));
+        }
+    }
+    return notes;
+}
+
+std::optional<QString> References::NameInDestination(const QString& code) const {
+    const Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT CORAS FROM " + TableOf(m_companies.to, Master) +
+                                                       u"\rWHERE CDCON = " + Quoted(m_session, code));
+    return rows.Eof() ? std::nullopt : std::optional(mod_ovTools::ToText(rows.Fields(0).Value()));
 }
 
 qint64 References::Repoint(const QString& oldCode, const QString& newCode) {

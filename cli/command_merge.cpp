@@ -44,8 +44,8 @@ QJsonObject Json(const MergeResult& result) {
             {"notes", NotesJson(result.notes)}};
 }
 
-/// What an earlier merge means for the one at hand; empty when it means nothing.
-QStringList EarlierLines(const MergeResult& result, bool references) {
+/// What an earlier merge out of the source means for the one at hand; empty when it means nothing.
+QStringList SourceLines(const MergeResult& result, bool references) {
     if (result.takesUp && !result.earlier) {
         return {
             "Riferimenti segnati con X: una fusione precedente è rimasta interrotta; --update-references la riprende."};
@@ -57,12 +57,21 @@ QStringList EarlierLines(const MergeResult& result, bool references) {
     return refusal.isEmpty() ? QStringList() : QStringList(refusal + '.');
 }
 
+/// What earlier merges out of the two companies mean.
+QStringList EarlierLines(const MergeResult& result, bool references) {
+    const QString copies = IntoMergedRefusal(result);
+    if (const QString merged = copies.isEmpty() ? IntoMergedText(result) : copies; !merged.isEmpty()) {
+        return QStringList(merged + '.') + SourceLines(result, references);
+    }
+    return SourceLines(result, references);
+}
+
 QString PreviewText(const MergeResult& result, bool references) {
     QStringList lines;
     for (const MergeMatch& match : result.matches) {
         lines.append(MatchLine(match));
     }
-    lines += MatchCounts(result) + EarlierLines(result, references);
+    lines += MatchCounts(result) + NoteLines(result) + EarlierLines(result, references);
     return (lines + QStringList("Era un'anteprima: il database è rimasto com'era.")).join(u'\n');
 }
 
@@ -77,9 +86,7 @@ QString MergedText(const Session& session, const MergeResult& result) {
         lines.append(QStringLiteral("  righe copiate in %1: %2").arg(table.key()).arg(table.value()));
     }
     lines.append(QStringLiteral("Riferimenti aggiornati: %1").arg(result.referencesUpdated));
-    for (const Notes::Kind& kind : result.notes.kinds) {
-        lines.append(QStringLiteral("%1 (%2): %3").arg(kind.name).arg(kind.count).arg(kind.first));
-    }
+    lines += NoteLines(result);
     lines.append("Log: " + MergeLogFile(session));
     return lines.join(u'\n');
 }
@@ -95,7 +102,8 @@ Report Merge(Context& context) {
         result = PreviewFusioneControparti(context.session, from, to, references);
     } else {
         RequireYes(context.options, QStringLiteral("Le controparti di %1 si fondono in quelle di %2").arg(from, to));
-        result = MergeAndKeep(context.session, from, to, references, again);
+        result = MergeAndKeep(context.session, from, to, references,
+                              {.again = again, .intoMerged = context.options.isSet("into-merged")});
     }
     Report report{ExitCodeOf(result.outcome), {}, Json(result)};
     report.json["preview"] = preview;
@@ -128,6 +136,9 @@ Command MergeCommand() {
          {"update-references-again",
           "Li aggiorna anche se una fusione li ha già aggiornati: solo quando da allora l'azienda di partenza è stata "
           "ricaricata, altrimenti i codici nuovi si prendono per vecchi e si rovinano."},
+         {"into-merged",
+          "Copia anche in un'azienda che è stata a sua volta fusa in un'altra: solo quando da allora è stata "
+          "ricaricata, altrimenti le copie prendono contatti, recapiti e documenti di altre controparti."},
          {"preview", "Elenca le corrispondenze, senza scrivere."},
          YesOption()},
         Need::Database,

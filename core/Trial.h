@@ -8,6 +8,9 @@
 /// @param company its code: its tables, and those of all companies, are looked at
 QStringList TablesWithoutTransactions(Session& session, const QString& company);
 
+/// What a run tells at its end when it was a trial.
+inline const QString WasTrial = QStringLiteral("Era una prova: il database resta com'era");
+
 /// A trial on the Quadrix database: whatever is done in it is taken back at the end of its life.
 class Trial {
 public:

@@ -87,6 +87,7 @@ void Referring::AddRows(const Column& column, const brokenReferences::Reference&
             continue;
         }
         LeftRows left{reference, table, target == column.table};
+        left.isOfMerged = !left.isOfAll && table != PhysicalName(reference.table);
         const bool isNamed = IsThere(table, QStringLiteral("USMDF"));
         Recordset rows = m_quadrix.ExecuteWC(
             QStringLiteral(
@@ -195,7 +196,7 @@ void Referring::FindWriters(std::vector<LeftRows>& left) const {
 /// the code, or wrote it again behind such a one. Writing the code again that was there already makes no reference.
 bool Referring::TakeWriter(LeftRows& rows, qint64 id, const Recordset& change) const {
     const auto code = rows.codes.constFind(id);
-    if (code == rows.codes.cend()) {
+    if (code == rows.codes.cend() || rows.isOfMerged) {
         return false;
     }
     if (change.Fields(3).Value().toLongLong() < m_run) {

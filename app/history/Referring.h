@@ -36,6 +36,7 @@ private:
         brokenReferences::Reference reference;
         QString table;                     ///< physical name
         bool isOfAll = false;              ///< what they refer to is of all companies
+        bool isOfMerged = false;           ///< a merge gave them their codes, whoever has written them
         QHash<qint64, QString> codes = {}; ///< by number of the row
         QSet<qint64> ofHands = {};         ///< somebody has changed them since they were imported
         QSet<qint64> ofEarlier = {};       ///< an earlier run has written them

@@ -19,8 +19,9 @@ struct MergePair {
         target.Execute("INSERT INTO " + company + "_CON_TRO (CDCON, CORAS, COIVA, COFIS) VALUES (" + quoted(code) +
                        ", " + quoted(name) + ", " + quoted(vatNumber) + ", " + quoted(taxCode) + ")");
     }
-    bool Merge(bool updateReferences, modMain::MergeResult* result = nullptr, bool again = false) {
-        return modMain::FusioneControparti(target.Get(), "X01", "X02", updateReferences, result, again);
+    bool Merge(bool updateReferences, modMain::MergeResult* result = nullptr,
+               const modMain::MergeConsent& consent = {}) {
+        return modMain::FusioneControparti(target.Get(), "X01", "X02", updateReferences, result, consent);
     }
     /// With references; cancelled behind the counterparty that is copied first.
     bool MergeUntilTheFirstCopy(modMain::MergeResult* result = nullptr) {
@@ -81,6 +82,15 @@ inline QStringList Contents(TestTarget& target, const QStringList& companies = {
         }
     }
     return contents;
+}
+
+/// How many lines of a kind a merge has noted.
+inline qint64 Noted(const modMain::MergeResult& result, const QString& kind) {
+    qint64 count = 0;
+    for (const Notes::Kind& one : result.notes.kinds) {
+        count += one.name == kind ? one.count : 0;
+    }
+    return count;
 }
 
 inline void Engines() {

@@ -47,6 +47,10 @@ private slots:
             QStringList{"000001 000006 Uno NUOVO!!!!", "000002 000006 Uno PARTITA IVA",
                         "000003 000006 Uno RAGIONE SOCIALE", "000004 000007 Tre NUOVO!!!!",
                         "000005 000007 Tre CODICE FISCALE"});
+        Row("a copy is found as the database finds",
+            QStringList{"000001;Nicolò;;", "000002;Nicolo;;", "000003;ABC srl;;", "000004;a_c;;"}, QStringList{},
+            QStringList{"000001 000001 Nicolò NUOVO!!!!", "000002 000002 Nicolo NUOVO!!!!",
+                        "000003 000003 ABC srl NUOVO!!!!", "000004 000003 ABC srl RAGIONE SOCIALE"});
         Row("names do not run into each other", QStringList{"000001;AB;;", "000002;CD;;", "000003;BC;;"}, QStringList{},
             QStringList{"000001 000001 AB NUOVO!!!!", "000002 000002 CD NUOVO!!!!", "000003 000003 BC NUOVO!!!!"});
     }
@@ -117,7 +121,8 @@ private slots:
                  QStringList({"CON_TRO|000010|a@b.it", "CON_RIF|" + ugo + "|ugo@b.it"}));
     }
 
-    /// The carrier of a copied counterparty, matched or copied itself, or none that is known.
+    /// Two codes of a copied counterparty, one that the schema knows and one that the dictionary tells: of somebody
+    /// who is matched or copied himself, or of none that is known.
     void carrierOfACopy_data() {
         Columns<QString, bool, QString, bool>("carrier", "references", "copied", "noted");
         for (const bool references : {false, true}) {
@@ -135,11 +140,16 @@ private slots:
         QFETCH(bool, noted);
         MergePair pair;
         FillAll(pair);
-        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '" + carrier + "' WHERE CDCON = '000007'");
+        pair.target.Execute("INSERT INTO SYS_SYS (TABLK, COLLK, TABNM, COLNM) VALUES ('CON_TRO', 'CDCON', 'CON_TRO', "
+                            "'COALT')");
+        pair.target.Execute("UPDATE X01_CON_TRO SET COVEP = '" + carrier + "', COALT = '" + carrier +
+                            "' WHERE CDCON = '000007'");
         MergeResult result;
         QVERIFY(pair.Merge(references, &result));
-        QTEST(pair.target.Value("SELECT COVEP FROM X02_CON_TRO WHERE CDCON = '000010'"), "copied");
-        QCOMPARE(result.notes.count, noted ? 1 : 0);
+        for (const QString column : {"COVEP", "COALT"}) {
+            QTEST(pair.target.Value("SELECT " + column + " FROM X02_CON_TRO WHERE CDCON = '000010'"), "copied");
+        }
+        QCOMPARE(Noted(result, "CODICE NON TRADOTTO"), noted ? 2 : 0);
         QCOMPARE(pair.target.Log("fusione.log")
                      .contains("CODICE NON TRADOTTO: controparte 000007 di X01, colonna COVEP: '000999'"),
                  noted);
@@ -189,6 +199,33 @@ private slots:
         QCOMPARE(rows("SELECT CDCON FROM X01_CON_TRO ORDER BY CDCON"), QString("000001 000002 000003 000007 000010"));
         QCOMPARE(rows("SELECT DTCON FROM X02_DOC_VEN"), QString("000007"));
         QCOMPARE(result.referencesUpdated, 16);
+    }
+
+    /// What names nobody of the source means whoever has that code in the destination afterwards.
+    void referencesToNobodyAreNoted() {
+        MergePair pair;
+        pair.Add("X01", "000001", "Tre\n27/11/2026 - 000009 Falso");
+        pair.Add("X02", "000001", "Uno");
+        pair.Add("X02", "000002", "Due");
+        pair.target.Execute(
+            "INSERT INTO X01_DOC_VEN (DTNUM, DTCON) VALUES (1, '000001'), (2, '000002'), (3, '000002'), "
+            "(4, '000003'), (5, ''), (6, 'DIRETTO')");
+        const QString kind = "RIFERIMENTO SENZA CONTROPARTE";
+        QCOMPARE(Noted(PreviewFusioneControparti(pair.target.Get(), "X01", "X02", true), kind), 3);
+        MergeResult result;
+        QVERIFY(pair.Merge(true, &result));
+        QCOMPARE(Noted(result, kind), 3);
+        const QString log = QString::fromLatin1(pair.target.Log("fusione.log"));
+        for (const char* told :
+             {"'000002' resta com'è, nessuna controparte di X01 ha questo codice; in X02 è 'Due'",
+              "'000003' resta com'è, nessuna controparte di X01 ha questo codice; in X02 è 'Tre\\n27/",
+              "X01_DOC_VEN, colonna DTCON: 'DIRETTO' resta com'è, nessuna controparte di X01 ha "
+              "questo codice; in X02 non c'è"}) {
+            QVERIFY2(log.count(told) == 1, qPrintable(log));
+        }
+        QVERIFY(!log.contains("\n27/11/2026")); // no name is a line of its own
+        QCOMPARE(pair.target.Rows("SELECT DTCON FROM X01_DOC_VEN ORDER BY DTNUM"),
+                 QStringList({"000003", "000002", "000002", "000003", "", "DIRETTO"}));
     }
 
     void conditionThatIsAComparison_data() {

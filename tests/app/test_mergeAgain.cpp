@@ -4,6 +4,7 @@
 #include "tests/app/MergePair.h"
 #include "tests/support/QuadrixTest.h"
 
+#include <QDir>
 #include <QTest>
 
 using namespace modMain;
@@ -34,7 +35,7 @@ private slots:
         QCOMPARE(Contents(pair.target), merged);
         QVERIFY(pair.Merge(false)); // everybody is found again, nothing is re-pointed
         QCOMPARE(Contents(pair.target), merged);
-        QVERIFY(pair.Merge(true, nullptr, true));
+        QVERIFY(pair.Merge(true, nullptr, {.again = true}));
         QVERIFY(Contents(pair.target) != merged);
         QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS WHERE FUFIN IS NOT NULL"), QString("2"));
         QVERIFY(merge::MergedText(pair.target.Get(), "X01").contains("le righe di X01 hanno i codici"));
@@ -61,12 +62,65 @@ private slots:
         const QStringList companies{"X01", "X02", "X03"};
         const QStringList before = Contents(pair.target, companies);
         const auto merge = [&](bool again) {
-            return FusioneControparti(pair.target.Get(), "X01", to, again, nullptr, again);
+            return FusioneControparti(pair.target.Get(), "X01", to, again, nullptr, {.again = again});
         };
         QVERIFY(!merge(false));
         QVERIFY2(pair.Error().contains("è già stata fatta") && pair.Error().contains(told), qPrintable(pair.Error()));
         QCOMPARE(Contents(pair.target, companies), before);
         QVERIFY(merge(true)); // the source was filled anew
+    }
+
+    /// A company whose references bear the codes of another takes no copies: they would be given what is of others.
+    void copiesIntoACompanyThatWasMergedAreRefused_data() {
+        Columns<QString, QString, bool>("statement", "told", "refused");
+        Row("done", "", "è già stata fatta", true);
+        Row("interrupted", "UPDATE SYS_FUS SET FUFIN = NULL", "è rimasta interrotta", true);
+        Row("nobody is copied", "UPDATE X03_CON_TRO SET CORAS = 'Rossi'", "è già stata fatta", false);
+    }
+    void copiesIntoACompanyThatWasMergedAreRefused() {
+        QFETCH(QString, statement);
+        QFETCH(QString, told);
+        QFETCH(bool, refused);
+        MergePair pair;
+        FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
+        pair.Add("X03", "000001", "Zeta");
+        QVERIFY(pair.Merge(true));
+        pair.target.Db().ExecuteScript(statement);
+        const QStringList before = Contents(pair.target);
+        const auto merge = [&](const MergeConsent& consent) {
+            return FusioneControparti(pair.target.Get(), "X03", "X01", true, nullptr, consent);
+        };
+        const MergeResult preview = PreviewFusioneControparti(pair.target.Get(), "X03", "X01", true);
+        QVERIFY(preview.ofDestination && preview.ofDestination->to.code == "X02");
+        QCOMPARE(merge({}), !refused);
+        QVERIFY2(!refused || (pair.Error().contains(told) && pair.Error().contains("(1, la prima: 000001 Zeta)")),
+                 qPrintable(pair.Error()));
+        QCOMPARE(Contents(pair.target), before);
+        QVERIFY(!refused || merge({.intoMerged = true})); // it was filled anew
+    }
+
+    /// A merge finds what another has copied as that one found it, whatever the collation.
+    void mergeMadeTwiceFindsTheSame_data() { Engines(); }
+    void mergeMadeTwiceFindsTheSame() {
+        QFETCH(TestTarget::On, engine);
+        MergePair pair(engine);
+        const QStringList names{"Nicolò Rossi", "Nicolo Rossi", "Bìanchi", "Perù Srl", "Peru",
+                                "a_c",          "STRASSE",      "Straße",  "È.C.A.",   "e.c.a."};
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            pair.Add("X01", QStringLiteral("%1").arg(i + 1, 6, 10, QChar('0')), names[i]);
+        }
+        pair.Add("X01", "000021", "Uno", "IT01234567890");
+        pair.Add("X01", "000022", "Due", "it01234567890 ", "ABC");
+        pair.Add("X01", "000023", "Quattro", "", "abc");
+        MergeResult first;
+        MergeResult second;
+        QVERIFY(pair.Merge(false, &first) && pair.Merge(false, &second));
+        QCOMPARE(second.Count(MergeCriterion::New), 0);
+        for (qsizetype i = 0; i < first.matches.size(); ++i) {
+            QCOMPARE(second.matches[i].oldCode + second.matches[i].newCode,
+                     first.matches[i].oldCode + first.matches[i].newCode);
+        }
     }
 
     /// What was copied is found again, whatever its name is taken for; what nothing tells from others is noted.
@@ -129,6 +183,47 @@ private slots:
             QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM X01_DOC_VEN WHERE DTCON LIKE '%X%'"), QString("0"));
             QVERIFY(!pair.Merge(true)); // it is done now
         }
+    }
+
+    /// A merge that has done nothing keeps from no other one.
+    void nothingDoneIsNotAnInterruption_data() {
+        Columns<QString, RunResult::Outcome>("trouble", "outcome");
+        Row("the first counterparty fails", "UPDATE X01_", RunResult::Outcome::Failed);
+        Row("the log cannot be written", "log", RunResult::Outcome::Failed);
+        Row("cancelled before the first", "BEGIN", RunResult::Outcome::Cancelled);
+        Row("cancelled before all are found", "", RunResult::Outcome::Cancelled);
+    }
+    void nothingDoneIsNotAnInterruption() {
+        QFETCH(QString, trouble);
+        MergePair pair;
+        FillAll(pair);
+        pair.target.AddCompany("X03", "Prova Tre");
+        const QStringList before = Contents(pair.target);
+        const QString log = MergeLogFile(pair.target.Get());
+        if (trouble == "log") {
+            QVERIFY(QDir().mkpath(log));
+        }
+        if (trouble.isEmpty()) {
+            pair.target.Person.CancelAt = 0;
+        }
+        pair.target.Db().Trace = [&](const QString& statement) {
+            if (trouble.startsWith("UPDATE") && statement.startsWith(trouble)) {
+                throw SqlError(statement, "fault");
+            }
+            if (trouble == "BEGIN" &&
+                statement.contains("FROM X01_DOC_VEN")) { // the last that is read before the first
+                pair.target.Person.CancelAt = 0;
+            }
+        };
+        MergeResult result;
+        QVERIFY(!pair.Merge(true, &result));
+        pair.target.Db().Trace = nullptr;
+        pair.target.Person.CancelAt.reset();
+        QTEST(result.outcome, "outcome");
+        QCOMPARE(Contents(pair.target), before);
+        QCOMPARE(pair.target.Value("SELECT COUNT(*) FROM SYS_FUS"), QString("0"));
+        QVERIFY(trouble != "log" || QDir().rmdir(log));
+        QVERIFY(FusioneControparti(pair.target.Get(), "X01", "X03", true));
     }
 
     /// Whoever may not make tables learns it before anything is written.
@@ -201,8 +296,11 @@ private slots:
         FillAll(pair);
         Session& session = pair.target.Get();
         for (int run = 1; run <= 2; ++run) {
-            QCOMPARE(MergeAndKeep(session, "X01", "X02", false, false).outcome, RunResult::Outcome::Done);
-            const QString log = history::History(history::FilePath(session.Config.ConfigFile())).Log(run);
+            QCOMPARE(MergeAndKeep(session, "x01", "x02", false).outcome, RunResult::Outcome::Done);
+            const history::History history(history::FilePath(session.Config.ConfigFile()));
+            QCOMPARE(history.Load(run).company + ", " + history.Load(run).work,
+                     "X02, fusione delle controparti di X01 in quelle di X02"); // as SYS_AZI writes them
+            const QString log = history.Log(run);
             QCOMPARE(log.count("Inizio fusione"), 1);
             QCOMPARE(log.count("NUOVO!!!!   "), 0);
             QCOMPARE(log.count("Controparti fuse: 5"), 1);

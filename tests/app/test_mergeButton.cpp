@@ -12,7 +12,9 @@ namespace {
 const QStringList Counts{"Controparti: 5", "  PARTITA IVA: 1", "  CODICE FISCALE: 1",
                          "  RAGIONE SOCIALE: 1 (per sola ragione sociale: da verificare)", "  NUOVO!!!!: 2"};
 const QString Review = Counts.join('\n') +
-                       "\nI riferimenti di X01 Prova Uno S.r.l. si aggiornano.\n\nFondere le controparti di X01 "
+                       "\nRIFERIMENTO SENZA CONTROPARTE (1): X01_DOC_VEN, colonna DTCON: '000999' resta com'è, nessuna "
+                       "controparte di X01 ha questo codice; in X02 non c'è\nI riferimenti di X01 Prova Uno S.r.l. si "
+                       "aggiornano.\n\nFondere le controparti di X01 "
                        "Prova Uno S.r.l. in quelle di X02 Prova Due S.p.A.?";
 
 FlowOutcome Press(MergePair& pair, bool dryRun = false) {
@@ -51,7 +53,9 @@ private slots:
             QStringList({"? Fondere le Controparti di due Aziende? = si", "> Codice Azienda di Partenza:",
                          "> Codice Azienda di Destinazione:", "? Aggiornare i Riferimenti alle tabelle esistenti? = si",
                          "progress", "progress closed", "? " + Review + " = si", "progress", "progress closed",
-                         "[i] Fusione completata correttamente!"}));
+                         "[i] Fusione completata correttamente!" +
+                             QString(dryRun ? "\nEra una prova: il database resta com'era." : "")}));
+        QCOMPARE(pair.target.Log("fusione.log").contains("Era una prova: il database resta com'era"), dryRun);
         QCOMPARE(pair.target.Person.Reviewed.at(2), QString("000003 Bianchi --> 000009 Bianchi (RAGIONE SOCIALE)"));
         QCOMPARE(pair.target.Person.Prompts.last().title, QString("Fusione Controparti"));
         QCOMPARE(pair.target.Person.Prompts.last().defaultText, QString("X02"));
@@ -85,22 +89,26 @@ private slots:
 
     /// Nothing is written when the operator gives up, wherever he does.
     void buttonGivenUp_data() {
-        Columns<std::optional<QString>, bool, QString, QString>("to", "merged", "givenUp", "answeredNo");
+        Columns<std::optional<QString>, QString, QString, QString>("to", "merged", "givenUp", "answeredNo");
         const std::optional<QString> to = "X02";
-        Row("at a prompt", std::optional<QString>(), false, QString(), QString());
-        Row("at the references", to, false, QString("Aggiornare i Riferimenti alle tabelle esistenti?"), QString());
-        Row("at the matches", to, false, QString(), Review);
-        Row("at the earlier merge", to, true, QString(), QString("La fusione di X01"));
+        Row("at a prompt", std::optional<QString>(), QString(), QString(), QString());
+        Row("at the references", to, QString(), QString("Aggiornare i Riferimenti alle tabelle esistenti?"), QString());
+        Row("at the matches", to, QString(), QString(), Review);
+        Row("at the earlier merge", to, QString("X01"), QString(), QString("La fusione di X01"));
+        Row("at that of the destination", to, QString("X02"), QString(), QString("La fusione di X02"));
     }
     void buttonGivenUp() {
         QFETCH(std::optional<QString>, to);
-        QFETCH(bool, merged);
+        QFETCH(QString, merged);
         QFETCH(QString, givenUp);
         QFETCH(QString, answeredNo);
         MergePair pair;
         FillAll(pair);
         pair.target.Person.GiveUpAt = {givenUp};
-        QVERIFY(!merged || pair.Merge(true));
+        if (!merged.isEmpty()) {
+            pair.target.AddCompany("X03", "Prova Tre");
+            QVERIFY(FusioneControparti(pair.target.Get(), merged, "X03", true));
+        }
         const QStringList before = Contents(pair.target);
         pair.target.Person.Inputs = {QString("X01"), to};
         pair.target.Person.Answers = {true, true, false};

@@ -406,6 +406,36 @@ private slots:
         QCOMPARE(TextsOf(Undo(session, history, 1).left), QStringList{"X02_CON_TRO (COMOP): 1"});
     }
 
+    /// What a merge has led to the counterparties of a company stands in another one.
+    void looksThroughCompaniesThatWereMerged() {
+        TestTarget target;
+        Session& session = target.Get();
+        target.AddCompany("X02", "Prova Due");
+        session.UserManager.SetAzienda("X02");
+        const auto write = [&](const char* table, const char* code, const char* column) {
+            const Recorder recorder(session, {.origin = "Prova"});
+            contract::ImportRun run(session, "modImport_Prova", "ImportProva", {});
+            run.Guard([&] { contract::TargetRow(run, table).Set(column, code).Insert(); });
+        };
+        write("DOC_VEN", "000005", "DTCON");
+        session.UserManager.SetAzienda("X01");
+        write("CON_TRO", "000010", "CDCON");
+        const auto left = [&] {
+            return TextsOf(
+                brokenReferences::LeftBy(session, contract::RowsOf(session, contract::DeletedImports("CON_TRO"))));
+        };
+        target.Execute("UPDATE X02_DOC_VEN SET DTCON = '000010'"); // as a merge does
+        QCOMPARE(left(), QStringList());
+        target.Execute("INSERT INTO SYS_FUS (FUPAR, FUDES, FUFIN) VALUES ('X02', 'X01', '20240305')");
+        const QStringList documents{"X02_DOC_VEN (DTCON): 1"};
+        QCOMPARE(left(), documents);
+        const UndoResult result = Undo(session, History(session), 2);
+        QCOMPARE(TextsOf(result.left), documents);
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON, USINS) SELECT '000010', USINS FROM X02_DOC_VEN");
+        target.Execute("INSERT INTO SYS_FUS (FUPAR, FUDES, FUFIN) VALUES ('X02', 'X03', '20240306')");
+        QCOMPARE(left(), QStringList()); // they bear the codes of a third company now
+    }
+
     /// A row that went before its table was emptied, or some rows of it, would have gone with them.
     void bringsNothingBackBehindAReset_data() {
         Columns<QString>("where");

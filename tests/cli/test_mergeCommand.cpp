@@ -48,7 +48,7 @@ private slots:
         QCOMPARE(m_run.Value("SELECT COUNT(*) FROM X02_CON_TRO"), QString("1"));
 
         const auto merged =
-            m_run.Run({"merge", "--from", "X01", "--to", "X02", "--update-references", "--yes", "--json"});
+            m_run.Run({"merge", "--from", "x01", "--to", "x02", "--update-references", "--yes", "--json"});
         QCOMPARE(merged.exitCode, 0);
         const QJsonObject json = merged.Json();
         QCOMPARE(json["outcome"].toString(), QString("done"));
@@ -87,6 +87,19 @@ private slots:
             QVERIFY((how == "--yes" ? copying.errors : copying.output).contains("la prima: 000003 Gialli"));
         }
         QCOMPARE(m_run.Run(merge + QStringList("--update-references-again")).exitCode, 0);
+    }
+
+    /// Copies into a company that was merged itself want the option of that name.
+    void copiesIntoAMergedCompanyAreRefused() {
+        QCOMPARE(m_run.Run({"create-database", "--company", "X03", "--name", "Prova Tre"}).exitCode, 0);
+        m_run.Value("INSERT INTO X03_CON_TRO (CDCON, CORAS) VALUES ('000001', 'Zeta')");
+        const QStringList merge{"merge", "--from", "X03", "--to", "X01"};
+        const auto refused = m_run.Run(merge + QStringList("--yes"));
+        QCOMPARE(refused.exitCode, 1);
+        QVERIFY2(refused.errors.contains("--into-merged"), qPrintable(refused.errors));
+        const auto preview = m_run.Run(merge + QStringList("--preview"));
+        QVERIFY2(preview.exitCode == 0 && preview.output.contains("la prima: 000001 Zeta"), qPrintable(preview.output));
+        QCOMPARE(m_run.Run(merge + QStringList{"--yes", "--into-merged"}).exitCode, 0);
     }
 };
 

@@ -12,12 +12,6 @@
 
 namespace contract {
 
-namespace {
-
-const QString WasTrial = QStringLiteral("Era una prova: il database resta com'era");
-
-} // namespace
-
 ImportRun::ImportRun(Session& session, const QString& module, const QString& procedure, const QString& singleCode)
     : m_session(session),
       m_case(modImport::ReadFieldCase(session)),
