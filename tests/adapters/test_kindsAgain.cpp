@@ -1,6 +1,8 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/kinds/Bills.h"
+#include "adapters/contract/kinds/PartyRows.h"
+#include "adapters/contract/kinds/Stock.h"
 #include "tests/adapters/Trial.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -112,6 +114,130 @@ private slots:
         QFETCH(const QString, told);
         const QString log = QString::fromLatin1(import.Log());
         QVERIFY2(told.isEmpty() ? !log.contains("RAT") : log.contains(told), qPrintable(log));
+    }
+
+    /// The source tells no phases: what somebody has made of them stays, and whom they consume.
+    void phasesOfAPlannerStay_data() {
+        Columns<QString, QString>("planner", "phases");
+        Row("nothing", "", "C 10, D 10, E 10");
+        Row("a further phase", "UPDATE X01_DIS_COM SET IDDBL = 100 WHERE DCART = 'C'", "C 20, D 10, E 10");
+        Row("a phase of another bill", "UPDATE X01_DIS_COM SET IDDBL = 101 WHERE DCART = 'C'", "C 10, D 10, E 10");
+        Row("the generic one has a name",
+            "UPDATE X01_DIS_FAS SET DLNOT = 'Taglio' WHERE DLSEQ = 10; "
+            "UPDATE X01_DIS_COM SET IDDBL = 100 WHERE DCART = 'C'",
+            "C 20, D 10, E 10");
+    }
+    void phasesOfAPlannerStay() {
+        QFETCH(const QString, planner);
+        Trial import("CREATE TABLE DISTINTE (PADRE VARCHAR(60), FIGLIO VARCHAR(10)); INSERT INTO DISTINTE VALUES "
+                     "('A', 'C'), ('A', 'D')");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('A'), ('C'), ('D'), ('E')");
+        const Bills bills{.frame = FrameNamed("ImportDistinte"),
+                          .source = {.table = "DISTINTE", .key = "PADRE", .order = "PADRE", .distinct = true},
+                          .article = {"PADRE", ArticleCode("DISTINTE", "PADRE")},
+                          .components = {.rows = {.table = "DISTINTE", .on = {{"PADRE"}}, .order = "FIGLIO"},
+                                         .article = {"FIGLIO", ArticleCode("DISTINTE", "FIGLIO")},
+                                         .quantity = Fixed(1)}};
+        const Procedure procedure = ProcedureOf(std::nullopt, bills);
+        procedure.run(import.Get(), {}, false);
+        import.Execute("INSERT INTO X01_DIS_FAS (RECORD_ID, IDDIS, DLSEQ, DLLAV) SELECT 100, RECORD_ID, 20, 'SAL' FROM "
+                       "X01_DIS_BAS");
+        import.Execute("INSERT INTO X01_DIS_FAS (RECORD_ID, IDDIS, DLSEQ, DLLAV) VALUES (101, 999, 20, 'SAL')");
+        for (const QString& change : planner.split("; ", Qt::SkipEmptyParts)) {
+            import.Execute(change);
+        }
+        import.Get().Source->Execute("INSERT INTO DISTINTE VALUES ('A', 'E')");
+        procedure.run(import.Get(), {}, false);
+        QTEST(import
+                  .Rows("SELECT DCART || ' ' || DLSEQ FROM X01_DIS_COM C JOIN X01_DIS_FAS F ON F.RECORD_ID = C.IDDBL "
+                        "ORDER BY DCART")
+                  .join(", "),
+              "phases");
+    }
+
+    /// Two keys of the source that are cut to one are two bills, whose components must not be mixed.
+    void keysCutToOneAreTwoBills() {
+        const QString first = QString(50, 'X') + 'A';
+        Trial import("CREATE TABLE DISTINTE (PADRE VARCHAR(60), FIGLIO VARCHAR(10)); INSERT INTO DISTINTE VALUES ('" +
+                     first + "', 'C'), ('" + QString(50, 'X') + "B', 'D')");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('" + QString(50, 'X') + "'), ('C'), ('D')");
+        const Bills bills{.frame = FrameNamed("ImportDistinte"),
+                          .source = {.table = "DISTINTE", .key = "PADRE", .order = "PADRE"},
+                          .article = {"PADRE", First(50)},
+                          .sourceKey = {"PADRE", First(50)},
+                          .components = {.rows = {.table = "DISTINTE", .on = {{"PADRE"}}, .order = "FIGLIO"},
+                                         .article = {"FIGLIO", ArticleCode("DISTINTE", "FIGLIO")},
+                                         .quantity = Fixed(1)}};
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, bills), "SELECT DCART FROM X01_DIS_COM");
+        QCOMPARE(import.Rows("SELECT DCART FROM X01_DIS_COM"), QStringList{"C"});
+        QCOMPARE(result.givenUpCount, 1);
+        QVERIFY2(import.Log().contains("B', tagliato a 'XXX"), import.Log());
+    }
+
+    /// An article has the locations that the source shows of it; what else an import has given it is told.
+    void locationsFollowTheSource_data() {
+        Columns<QString, QString>("source", "defaults");
+        Row("another one", "('A', 'U2')", "A U2, B U1, C HAND");
+        Row("two of one article", "('A', 'U1'), ('A', 'U2')", "A U1, A U2, B U1, C HAND");
+        Row("article that it lacks", "('B', 'U1')", "A U1, B U1, C HAND");
+        Row("somebody's own", "('C', 'U1')", "A U1, B U1, C HAND, C U1");
+    }
+    void locationsFollowTheSource() {
+        QFETCH(const QString, source);
+        Trial import("CREATE TABLE POSTI (ART VARCHAR(5), POSTO VARCHAR(5)); INSERT INTO POSTI VALUES ('A', 'U1'), "
+                     "('B', 'U1')");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('A'), ('B'), ('C')");
+        import.Execute("INSERT INTO X01_UBI_ART (CDART, CDUBI, UADEF, USINS) VALUES ('C', 'HAND', 1, 'ANNA')");
+        const Locations locations{.frame = FrameNamed("ImportPosti"),
+                                  .source = {.table = "POSTI", .key = "ART", .order = "ART, POSTO"},
+                                  .article = {"ART", ArticleCode("POSTI", "ART")},
+                                  .location = "POSTO"};
+        const QString defaults = "SELECT CDART || ' ' || CDUBI FROM X01_UBI_ART WHERE UADEF = 1 ORDER BY CDART, CDUBI";
+        const Procedure procedure = ProcedureOf(std::nullopt, locations);
+        procedure.run(import.Get(), {}, false);
+        import.Get().Source->Execute("DELETE FROM POSTI");
+        import.Get().Source->Execute("INSERT INTO POSTI VALUES " + source);
+        procedure.run(import.Get(), {}, false);
+        QTEST(import.Rows(defaults).join(", "), "defaults");
+        QCOMPARE(import.Log().contains("articolo 'A', 'U1': 1 rimane"), source == "('A', 'U2')");
+        import.Get().Source->Execute("DELETE FROM POSTI");
+        import.Get().Source->Execute("INSERT INTO POSTI VALUES ('A', 'U1')");
+        procedure.run(import.Get(), {}, false); // it is there again
+        QVERIFY(import.Rows(defaults).contains("A U1"));
+    }
+
+    /// Numbers of branches and contacts that somebody has mended stay as they are.
+    void mendedNumbersStay_data() {
+        Columns<PartyRow, QString>("kind", "name");
+        Row("of a branch", PartyRow::Branch, QString("SEIND"));
+        Row("of a contact", PartyRow::Contact, QString("RFNOM"));
+    }
+    void mendedNumbersStay() {
+        QFETCH(const PartyRow, kind);
+        QFETCH(const QString, name);
+        Trial import("CREATE TABLE RIGHE (CLIENTE VARCHAR(10), NOME VARCHAR(20), TEL VARCHAR(20), MAIL VARCHAR(20)); "
+                     "INSERT INTO RIGHE VALUES ('7', 'Via Roma', '0464551240', 'a@b.example')");
+        import.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000007', '7')");
+        const PartyRows rows{.kind = kind,
+                             .frame = FrameNamed("ImportRighe"),
+                             .source = {.table = "RIGHE", .key = "CLIENTE", .order = "CLIENTE"},
+                             .roles = Always({.customer = true}),
+                             .owner = "CLIENTE",
+                             .lines = {{name, "NOME", Text()}},
+                             .numbers = {.office = "TEL", .mail = "MAIL"}};
+        const Procedure procedure = ProcedureOf(std::nullopt, rows);
+        procedure.run(import.Get(), {}, false);
+        QCOMPARE(import.Rows("SELECT NRNUM FROM X01_NUM_TEL"), QStringList("0464551240"));
+        import.Execute("UPDATE X01_NUM_TEL SET NRNUM = '0464999999'");
+        import.Execute("DELETE FROM X01_IND_WEB");
+        procedure.run(import.Get(), {}, false);
+        QCOMPARE(import.Rows("SELECT NRNUM FROM X01_NUM_TEL"), QStringList("0464999999"));
+        QCOMPARE(import.Value("SELECT COUNT(*) FROM X01_IND_WEB"), QString("0"));
+        QCOMPARE(import.Log().count("RECAPITO DIVERSO"), 2);
+        QCOMPARE(import.Get().Results.last().skipped, 1);
+        import.Execute("DELETE FROM X01_NUM_TEL"); // as one that another procedure has made without numbers
+        procedure.run(import.Get(), {}, false);
+        QCOMPARE(import.Get().Results.last().updated, 1);
     }
 };
 

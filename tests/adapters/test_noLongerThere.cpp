@@ -50,9 +50,24 @@ private slots:
             "TESTI: articolo 'TE-100', lingua 'EN': 1 rimane in Quadrix");
         Row("attribute", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTCAR",
             "ATTRIBUTI: 'COLORE' di 'TE-100': 1 rimane in Quadrix");
+        Row("attachment", "modImport_Factory", "ImportAllegatiFactory",
+            "DELETE FROM ALLEGATI WHERE NOMEFILE = 'ciclo.txt'",
+            "ALLEGATI: ART_ICO 'TE-100', 'ciclo.txt': 1 rimane in Quadrix");
+        Row("check of an article", "modImport_Factory", "ImportControlliFactory",
+            "DELETE FROM CONTROLLI WHERE PROGR = 2", "RIGHE: CHK_LST, CDART 'TE-100', CKFAS '10', CKSEQ '2': 1");
         Row("price of an article", "modImport_Gescom", "ImportListiniGescom",
             "DELETE FROM LISTINI WHERE CDLISTIN = 'L1' AND DILISTIN LIKE '2025%'",
             "PREZZI: listino 'L1': 1 rimane in Quadrix");
+        Row("price list of one of several procedures", "modImport_GammaSqlServer", "ImportListiniGammaSqlServer",
+            "DELETE FROM LI10_LISTARTIC WHERE LI10_NUMLIST = 3", "PREZZI: listino '3': 1 rimane in Quadrix");
+        Row("price list of one of several parts", "modImport_Panthera", "ImportListiniPanthera",
+            "UPDATE LST_ACQ SET STATO = 'A'", "PREZZI: listino 'ACQ1': ");
+        Row("list of a customer's own", "modImport_Panthera", "ImportListiniPanthera",
+            "DELETE FROM LST_VEN_RIG WHERE R_CLIENTE = 'C0123'", "PREZZI: listino '000123': 1 rimane in Quadrix");
+        Row("instalments", "modImport_AdHoc", "ImportTabelleBaseAHR", "DELETE FROM PAG_2AME WHERE P2CODICE = 'RB3'",
+            "RATE: pagamento 'RB3");
+        Row("movement of stock", "modImport_AdHoc", "ImportMovimentiAhr",
+            "DELETE FROM MVM_MAST WHERE MMSERIAL = '0000000002'", "MOVIMENTI: movimento 2/2024: 1 rimane in Quadrix");
         Row("balance", "modImport_VS", "ImportSaldiVSP",
             "DELETE FROM STOCK WHERE COD_ARTICOLO = 'TE-300' AND COD_MAGAZZINO = 'M9'",
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
@@ -91,6 +106,33 @@ private slots:
                     QStringList());
             }
         }
+    }
+
+    /// What a run leaves out stays as it was, and is not told as gone.
+    void WhatIsLeftOutIsNotGone_data() {
+        Columns<QString, QString, QString, QString>("module", "procedure", "article", "told");
+        Row("component of a kind", "modImport_Tessera", "ImportDistinteTessera", "AB-03",
+            "NON RISCRITTO: componenti di tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03'");
+        Row("component that a correction would delete", "modImport_VS", "CorreggiDistinteVSP answers=si", "TE-300",
+            "ARTICOLO NON TROVATO: tabella 'DISTINTA_BASE', PADRE 'TE-200'");
+        Row("row of a document", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution", "AB-03",
+            "NON RISCRITTO: righe di ORDCL 12/2024 di ");
+    }
+    void WhatIsLeftOutIsNotGone() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, procedure);
+        QFETCH(const QString, article);
+        QFETCH(const QString, told);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        fixture.RunLine(procedure);
+        const qsizetype rows = fixture.Content().size();
+        fixture.Target().Execute("UPDATE X01_ART_ICO SET CDART = 'RINOMINATO' WHERE CDART = '" + article + "'");
+        fixture.RunLine(procedure);
+        const QString log = QString::fromLatin1(fixture.Target().Log()).section("Inizio", -1);
+        QVERIFY2(log.contains(told), qPrintable(log));
+        QVERIFY2(!log.contains("NON PI") && !log.contains("COMPONENTE ELIMINATO"), qPrintable(log));
+        QCOMPARE(fixture.Content().size(), rows);
     }
 
     /// Columns of a sheet are called as those of Quadrix, with their table before a point.

@@ -131,7 +131,7 @@ SourceRevision RevisionOf(const SourceRow& row, const Field& revision) {
 /// @param isNone whether there is none, whatever the field holds
 std::optional<QString> CodeOrCleared(Session& session, const Field& field, const SourceRow& row, bool isNone = false) {
     const QString code = field.Text(session, row);
-    const bool isKept = code.isEmpty() && !(field.IsSet() && (isNone || field.IsBlank(row)));
+    const bool isKept = code.isEmpty() && !(field.IsGiven(row) && (isNone || field.IsBlank(row)));
     return isKept ? std::nullopt : std::optional(code);
 }
 
@@ -232,12 +232,13 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
         return Run().Skip(ArticleMissing);
     }
     BillHead head{article, m_kind->key.Text(session, row)};
+    head.wholeKey = GroupText(row, m_kind->key.Columns());
     if (declared.revision.IsSet()) {
         head.revision = declared.revision.Number(session, row);
     }
     head.active = declared.active.Value(session, row);
     head.alone = declared.oneInForce;
-    if (declared.note.IsSet()) {
+    if (declared.note.IsGiven(row)) {
         head.note = declared.note.Text(session, row);
     }
     if (FillsCodes(Run()) && m_writer.Find(head) == 0) {
@@ -343,7 +344,7 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
             }
             last = SequenceOf(phases, row, last);
             const bool toldInside =
-                phases.isOutside.IsSet() && !mod_ovTools::ToBoolean(phases.isOutside.Value(session, row));
+                phases.isOutside.IsGiven(row) && !mod_ovTools::ToBoolean(phases.isOutside.Value(session, row));
             const Phase phase{last,
                               work,
                               phases.note.Text(session, row),
@@ -356,7 +357,7 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
                 m_writer.Write(phase, [&](TargetRow& target) { m_kind->ofPhase.Apply(target, session, row, {}); });
             written.first = written.first == 0 ? id : written.first;
             const bool isOutside =
-                phases.isOutside.IsSet() ? !toldInside : !phase.supplier.value_or(QString()).isEmpty();
+                phases.isOutside.IsGiven(row) ? !toldInside : !phase.supplier.value_or(QString()).isEmpty();
             if (phases.sendsComponents && isOutside) {
                 written.outside.insert(id);
             }
@@ -407,6 +408,7 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
     Session& session = GetSession();
     const QString article = parts.article.Text(session, row);
     if (IsOutOfItsDays(row) || !IsImported(Run(), article, parts.rows.Name(row))) {
+        m_writer.LeaveOut(article);
         return;
     }
     Component component{article, parts.quantity.Number(session, row), parts.note.Text(session, row),

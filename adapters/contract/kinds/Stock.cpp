@@ -1,6 +1,13 @@
 #include "adapters/contract/kinds/Stock.h"
 
+#include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "adapters/contract/write/Warehouses.h"
+#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
+
+#include <QSet>
 
 namespace contract {
 
@@ -43,17 +50,85 @@ RowOutcome BalanceImporter::Row(const SourceRow& row) {
     return m_writer.Balance(line);
 }
 
-RowOutcome WriteLocation(ImportRun& run, const Locations& declared, const SourceRow& row) {
-    Session& session = run.GetSession();
-    const QString article = declared.article.Text(session, row);
-    const QString location = declared.location.Text(session, row);
+class LocationImporter final : public Importer {
+public:
+    LocationImporter(ImportRun& run, Locations declared)
+        : Importer(run),
+          m_declared(std::move(declared)) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override;
+
+private:
+    /// A row of UBI_ART that is to change.
+    struct Place {
+        QString id;
+        QString article;
+        QString location;
+        bool isShown;
+    };
+    static size_t DigestOf(const QString& article, const QString& location = {}) {
+        return qHash(mod_ovTools::UpperChars(article + QChar(u'\x1f') + location));
+    }
+    std::vector<Place> ChangedPlaces() const;
+
+    Locations m_declared;
+    QSet<size_t> m_articles; ///< of the run, in digests
+    QSet<size_t> m_shown;    ///< the same with each of their locations
+};
+
+RowOutcome LocationImporter::Row(const SourceRow& row) {
+    Session& session = GetSession();
+    const QString article = m_declared.article.Text(session, row);
+    const QString location = m_declared.location.Text(session, row);
     if (location.isEmpty()) {
-        return run.Skip(QStringLiteral("riga senza ubicazione"));
+        return Run().Skip(QStringLiteral("riga senza ubicazione"));
     }
-    if (!IsImported(run, article)) {
-        return run.Skip(ArticleMissing);
+    if (!IsImported(Run(), article)) {
+        return Run().Skip(ArticleMissing);
     }
-    return ArticleWriter(run).Location(article, location, declared.description.Text(session, row));
+    Run().Remember(m_articles, DigestOf(article));
+    Run().Remember(m_shown, DigestOf(article, location));
+    return ArticleWriter(Run()).Location(article, location, m_declared.description.Text(session, row));
+}
+
+/// The locations that imports have given the articles of the run: default ones that it has not shown, and those that it
+/// has shown and an import has put aside.
+std::vector<LocationImporter::Place> LocationImporter::ChangedPlaces() const {
+    std::vector<Place> changed;
+    Recordset rows = GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, CDART, CDUBI, UADEF, USMDF FROM " +
+                                                    Run().FullName("UBI_ART") + u" WHERE " + OfImports(GetSession()) +
+                                                    u" ORDER BY RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const Place place{row.Text("RECORD_ID"), row.Text("CDART"), row.Text("CDUBI"),
+                          m_shown.contains(DigestOf(row.Text("CDART"), row.Text("CDUBI")))};
+        const bool isDefault = mod_ovTools::ToBoolean(row.Value("UADEF"));
+        const bool isPutAside = !isDefault && row.Text("USMDF") == schema::defaults::ImportUser;
+        if (place.isShown ? isPutAside : isDefault && m_articles.contains(DigestOf(place.article))) {
+            changed.push_back(place);
+        }
+    }
+    return changed;
+}
+
+/// An article has the locations that the source shows of it; what else imports have given it is none of its default
+/// ones, unless a row that was given up may have shown it.
+bool LocationImporter::End() {
+    if (Run().IsPart()) {
+        return true;
+    }
+    for (const Place& place : ChangedPlaces()) {
+        if (place.isShown || !Run().HasGivenUp()) {
+            TargetRow row(Run(), "UBI_ART");
+            row.Set("UADEF", place.isShown);
+            row.Update(QStringLiteral("WHERE RECORD_ID = ") + place.id);
+        }
+        if (!place.isShown) {
+            TellNotMetAgain(Run(), QStringLiteral("UBICAZIONI"),
+                            QStringLiteral("articolo '%1', '%2'").arg(place.article, place.location), 1);
+        }
+    }
+    return true;
 }
 
 class StockRows final : public Importer {
@@ -130,11 +205,10 @@ ImportPart PartOf(const Locations& declared) {
             .source = declared.source,
             .needs = needs,
             .empties = LocationEmptying(),
-            .make = Importing(
-                // The pages go along: the needs point to them.
-                [declared, page, place](ImportRun& run, const SourceRow& row) {
-                    return WriteLocation(run, declared, row);
-                })};
+            // The pages go along: the needs point to them.
+            .make = [declared, page, place](ImportRun& run, const QString&) {
+                return std::make_unique<LocationImporter>(run, declared);
+            }};
 }
 
 } // namespace contract

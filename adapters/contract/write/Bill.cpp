@@ -57,12 +57,22 @@ qint64 BillWriter::Find(const BillHead& head) const {
     return IdWhere(session, "DIS_BAS", condition);
 }
 
+namespace {
+
+QString KeyOf(const BillHead& head) { return (head.wholeKey.isEmpty() ? head.sourceKey : head.wholeKey).trimmed(); }
+
+size_t DigestOf(const BillHead& head) { return qHash(KeyOf(head)); }
+
+} // namespace
+
 RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(TargetRow&)>& more) {
     Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     m_modules.Keep();
     m_quantities.clear();
+    m_leftOut.clear();
     m_phases.clear();
+    m_tellsNoPhase = false;
     m_firstPhase = 0;
     m_bill = Find(head);
     m_wasThere = m_bill != 0;
@@ -91,7 +101,7 @@ RowOutcome BillWriter::Begin(const BillHead& head, const std::function<void(Targ
     SetMore(row, more);
     row.Insert();
     m_bill = m_run.LastId("DIS_BAS");
-    m_run.Remember(m_begun, m_bill);
+    KeepBegun(head);
     WithdrawOthers(head);
     return RowOutcome::Inserted;
 }
@@ -113,20 +123,27 @@ void BillWriter::WithdrawOthers(const BillHead& head) {
     ++m_withdrawals;
 }
 
+void BillWriter::KeepBegun(const BillHead& head) {
+    m_run.RestoresEntry(m_begun, m_bill);
+    m_begun.insert(m_bill, DigestOf(head));
+}
+
 void BillWriter::Claim(const BillHead& head) {
     if (!m_wasThere) {
         return;
     }
-    if (m_begun.contains(m_bill) && !head.replaces) {
+    const auto begun = m_begun.constFind(m_bill);
+    if (begun != m_begun.cend() && *begun != DigestOf(head) && !head.replaces) {
         const QString other = LookUp(m_run.GetSession(), "DIS_BAS", "RECORD_ID", QString::number(m_bill), "IDOLD");
-        if (other != head.sourceKey.trimmed()) {
-            const QString revision =
-                head.revision.isNull() ? QString() : QStringLiteral(", revisione %1,").arg(head.revision.toLongLong());
-            throw ImportError(QStringLiteral("la distinta di '%1'%2 è già quella che l'origine chiama '%3'")
-                                  .arg(head.article, revision, other));
-        }
+        const QString revision =
+            head.revision.isNull() ? QString() : QStringLiteral(", revisione %1,").arg(head.revision.toLongLong());
+        throw ImportError(other == head.sourceKey.trimmed()
+                              ? QStringLiteral("'%1', tagliato a '%2', è la chiave di un'altra distinta dell'origine")
+                                    .arg(KeyOf(head), other)
+                              : QStringLiteral("la distinta di '%1'%2 è già quella che l'origine chiama '%3'")
+                                    .arg(head.article, revision, other));
     }
-    m_run.Remember(m_begun, m_bill);
+    KeepBegun(head);
 }
 
 /// With what the run wrote of it before.
@@ -159,7 +176,9 @@ void BillWriter::Write(const Component& component, qint64 phase, const std::func
                              : 0;
     TargetRow row(m_run, "DIS_COM");
     row.Set("IDDIS", m_bill);
-    row.Set("IDDBL", phase);
+    if (known == 0 || !m_tellsNoPhase || !HangsOnPhase(known)) {
+        row.Set("IDDBL", phase);
+    }
     row.Set("DCART", component.article);
     row.Set("DCQTA", quantity);
     SetPrices(m_run, row, component.article);
@@ -180,6 +199,13 @@ void BillWriter::Write(const Component& component, qint64 phase, const std::func
     }
 }
 
+/// Whether a component (RECORD_ID) hangs on a phase of the bill begun last.
+bool BillWriter::HangsOnPhase(qint64 component) const {
+    return IdWhere(m_run.GetSession(), "DIS_FAS",
+                   Equals("IDDIS", m_bill) + u" AND RECORD_ID = (SELECT IDDBL FROM " + m_run.FullName("DIS_COM") +
+                       u" WHERE " + Equals("RECORD_ID", component) + u')') != 0;
+}
+
 QString BillWriter::SheetOf(const QString& material, double thickness) {
     const std::pair key(material, thickness);
     const auto known = m_sheets.constFind(key);
@@ -195,14 +221,15 @@ void BillWriter::TellComponentsLeft() {
     }
     Session& session = m_run.GetSession();
     QStringList left;
+    QStringList leftOut;
     QList<qint64> ids;
     Recordset rows =
         session.Quadrix.ExecuteWC(u"SELECT DCART, RECORD_ID FROM " + m_run.FullName("DIS_COM") + u" WHERE " +
                                   Equals("IDDIS", m_bill) + u" AND " + OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString article = mod_ovTools::ToText(rows.Fields(0).Value()).trimmed();
-        if (!m_quantities.contains(mod_ovTools::UpperChars(article))) {
-            left.append(u'\'' + article + u'\'');
+        if (const QString key = mod_ovTools::UpperChars(article); !m_quantities.contains(key)) {
+            (m_leftOut.contains(key) ? leftOut : left).append(u'\'' + article + u'\'');
             ids.append(rows.Fields(1).Value().toLongLong());
         }
     }
@@ -213,8 +240,11 @@ void BillWriter::TellComponentsLeft() {
     for (const qint64 id : ids) {
         m_run.Remember(m_leftParts, id);
     }
-    TellNoLongerThere(m_run, QStringLiteral("COMPONENTI"),
-                      m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
+    const auto ofBill = [this](const QStringList& articles) {
+        return QString(m_run.RowKey() + u", " + articles.join(QStringLiteral(", ")));
+    };
+    TellNoLongerThere(m_run, QStringLiteral("COMPONENTI"), ofBill(left), left.size());
+    TellNotRewritten(m_run, QStringLiteral("componenti"), ofBill(leftOut), leftOut.size());
 }
 
 void BillWriter::TellBillsLeft() {

@@ -39,6 +39,7 @@ struct BillHead {
     std::optional<QString> note = {}; ///< none: the source has none, and what Quadrix has stays
     /// Whether it takes the place of another one that the run has written: what only that one has goes.
     bool replaces = false;
+    QString wholeKey = {}; ///< of what `sourceKey` is cut from; empty: it is whole
 };
 
 /// What the quantity of a component does that its bill has got in this run already.
@@ -80,7 +81,7 @@ public:
     qint64 BillId() const { return m_bill; }
     /// The phase that a bill begun last which has none in the source hangs its components on: the first that is there
     /// as it is, where the bill has phases and none that is the generic one as imports write it; else that one, which
-    /// is written. @return its RECORD_ID
+    /// is written. Components of the bill that hang on one of its phases stay there. @return its RECORD_ID
     qint64 WriteGeneric();
     /// The same for a source that tells no phases of any bill: those that are there are none that it has no more.
     qint64 KeepPhase();
@@ -98,6 +99,9 @@ public:
     /// no longer in the source, yet they stay. Called when the bill is complete. Those that the run has written for a
     /// bill whose place this one takes go.
     void TellComponentsLeft();
+    /// The source has a component of the bill begun last that is not written now, as its article is missing or its days
+    /// are over. Where an earlier import wrote it, it stays as it was, which `TellComponentsLeft` says.
+    void LeaveOut(const QString& article) { m_leftOut.insert(mod_ovTools::UpperChars(article)); }
     /// Keeps in mind that the source has bills of an article that are not begun.
     void Meet(const QString& article) { m_met.insert(mod_ovTools::UpperChars(article)); }
     /// Tells which bills of earlier imports the source has no more, as the run has neither begun them nor met their
@@ -124,6 +128,7 @@ public:
 
 private:
     void Claim(const BillHead& head);
+    void KeepBegun(const BillHead& head);
     void WithdrawOthers(const BillHead& head);
     /// A phase that is there.
     struct KnownPhase {
@@ -137,6 +142,7 @@ private:
     void TellLinks(const QString& bill) const;
     void LogCycles();
     double QuantityOf(const Component& component);
+    bool HangsOnPhase(qint64 component) const;
 
     ImportRun& m_run;
     ImportingModules m_modules;
@@ -145,11 +151,13 @@ private:
     bool m_replaces = false;             ///< the same, as `BillHead` tells
     QSet<qint64> m_leftParts;            ///< components of earlier imports that a bill of the run has no longer
     QSet<qint64> m_leftPhases;           ///< the same of phases
-    QSet<qint64> m_begun;                ///< bills of the run
+    QHash<qint64, size_t> m_begun;       ///< bills of the run: digests of their whole keys
     QSet<QString> m_met;                 ///< articles whose bills the source has, in capitals
     qint64 m_withdrawals = 0;            ///< updates of bills that are no longer in force
     QHash<QString, double> m_quantities; ///< of the bill begun last, by article
+    QSet<QString> m_leftOut;             ///< articles of its components that are not written, in capitals
     QSet<int> m_phases;                  ///< of the bill begun last, by sequence
+    bool m_tellsNoPhase = false;         ///< the source, of the same
     qint64 m_firstPhase = 0;             ///< the one of them that was written first
     PendingRows::Id m_firstComponent;    ///< that the run has inserted; null: it has inserted none
     QHash<std::pair<QString, double>, QString> m_sheets;

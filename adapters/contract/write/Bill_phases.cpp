@@ -83,11 +83,13 @@ BillWriter::KnownPhase BillWriter::FirstInPlaceOfGeneric() const {
 }
 
 qint64 BillWriter::WriteGeneric() {
-    const KnownPhase first = m_wasThere && !m_replaces ? FirstInPlaceOfGeneric() : KnownPhase();
+    m_tellsNoPhase = m_wasThere && !m_replaces;
+    const KnownPhase first = m_tellsNoPhase ? FirstInPlaceOfGeneric() : KnownPhase();
     return first.id != 0 ? first.id : Write(Phase{});
 }
 
 qint64 BillWriter::KeepPhase() {
+    m_tellsNoPhase = m_wasThere;
     if (const KnownPhase first = m_wasThere ? FirstInPlaceOfGeneric() : KnownPhase(); first.id != 0) {
         m_phases.insert(first.sequence);
         return first.id;

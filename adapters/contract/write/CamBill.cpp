@@ -49,6 +49,7 @@ void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, co
     const QString article = child.isEmpty() ? SheetOf(run, writer, product) : ArticleOf(run, child);
     if (article.isEmpty() || !writer.HasArticle(article)) {
         run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2'").arg(NameOf(row, Costs, "PrdRef"), child));
+        writer.LeaveOut(article);
         return;
     }
     writer.Write(Component{article, NumberOf(row, "StdQuan")}, phase);

@@ -27,4 +27,9 @@ void TellNotMetAgain(ImportRun& run, const QString& kind, const QString& what, q
     }
 }
 
+void TellNotRewritten(ImportRun& run, const QString& kind, const QString& what, qint64 count) {
+    Tell(run, QStringLiteral("NON RISCRITTO: %1 di %2, che l'origine ha e si lasciano fuori: %3 in Quadrix come prima"),
+         kind, what, count);
+}
+
 } // namespace contract

@@ -13,4 +13,8 @@ void TellNoLongerThere(ImportRun& run, const QString& kind, const QString& what,
 /// theirs.
 void TellNotMetAgain(ImportRun& run, const QString& kind, const QString& what, qint64 count);
 
+/// Tells of rows of earlier imports that the source still has, where this run leaves them out: they stay as they were.
+/// Says nothing for a count of 0. @param kind,what as above; the kind in small letters
+void TellNotRewritten(ImportRun& run, const QString& kind, const QString& what, qint64 count);
+
 } // namespace contract

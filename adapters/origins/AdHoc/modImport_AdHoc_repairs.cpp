@@ -72,13 +72,13 @@ private:
 
 void CorreggiFormati(ImportRun& run, const QString& offcut) {
     Session& session = run.GetSession();
-    if (!offcut.isEmpty() && IdWhere(session, "ART_FMT", Equals(session, "LMSFR", offcut)) == 0) {
+    const QString offcuts = QStringLiteral("LMOLD <> '' AND LMSFR <> ''") + run.OnlyCode(" AND", "LMSFR", offcut);
+    if (!offcut.isEmpty() && IdWhere(session, "ART_FMT", offcuts) == 0) {
         session.Person.Message("Impossibile trovare il formato!", Icon::Exclamation);
         return;
     }
     OffcutPictures pictures(run);
-    const QString from =
-        run.FullName("ART_FMT") + " WHERE LMOLD <> '' AND LMSFR <> ''" + run.OnlyCode(" AND", "LMSFR", offcut);
+    const QString from = run.FullName("ART_FMT") + " WHERE " + offcuts;
     run.Rows({.step = "Disegni Ritagli",
               .table = "ART_FMT",
               .keyColumn = "CDART, CDFMT",

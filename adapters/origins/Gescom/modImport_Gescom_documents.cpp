@@ -97,11 +97,12 @@ void RequireVatCode(ImportRun& run) {
     }
 }
 
-/// The documents of a number and year, one for each cause; rows of other kinds are none of them.
+/// The documents of a number and year, one for each cause. Rows of other kinds are none of them: those whose kind
+/// stands between the two of a subcontractor must not part his document.
 QString DocumentOf(const SourceRow& row) {
     const QString kind = row.Text("CSRIEMOV").toUpper();
     return GroupText(row, {"RDRIEMOV", "ESRIEMOV"}) + QChar(u'\x1f') +
-           (kind == WorkMarks.last() ? WorkMarks.first() : kind);
+           (kind.startsWith(WorkMarks.first()) ? WorkMarks.first() : kind);
 }
 
 std::vector<TableNeed> PhaseColumns() {

@@ -32,6 +32,7 @@ struct Bill {
     qint64 revision;
     QString text; ///< of the revision, in the source
     std::vector<Component> components;
+    QStringList leftOut = {}; ///< articles of components that Quadrix lacks
 };
 
 /// A component's quantity counts in the unit of its article; another one is told, as nobody converts it.
@@ -53,6 +54,7 @@ void TellOtherUnit(ImportRun& run, const SourceRow& row, const QString& article)
 void AddComponent(ImportRun& run, const SourceRow& row, Bill& bill) {
     const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", row.Text("FIGLIO"));
     if (!IsImported(run, article, NameOf(row, DistintaBase, RowKey))) {
+        bill.leftOut.append(article);
         return;
     }
     TellOtherUnit(run, row, article);
@@ -138,6 +140,9 @@ RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& par
         for (const Component& component : bill.components) {
             writer.Write(component, phase);
         }
+        for (const QString& leftOut : bill.leftOut) {
+            writer.LeaveOut(leftOut);
+        }
         writer.ClosePhases();
         writer.TellComponentsLeft();
     }
@@ -188,6 +193,9 @@ std::vector<Gone> GoneFrom(ImportRun& run, const BillWriter& writer, const Bill&
     QSet<QString> there;
     for (const Component& component : bill.components) {
         there.insert(component.article.toUpper());
+    }
+    for (const QString& leftOut : bill.leftOut) {
+        there.insert(leftOut.toUpper());
     }
     Session& session = run.GetSession();
     std::vector<Gone> gone;
