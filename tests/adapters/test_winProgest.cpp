@@ -153,6 +153,56 @@ private slots:
         QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '2'), QStringList{"3"}); // a hand has linked it
     }
 
+    void aRowOfAHandStays() {
+        Set("DOC_CheckArticoli", "0");
+        Run("ImportDocumentiWinProgest", {false});
+        const QString rows = "SELECT COUNT(*) FROM X01_DOC_VER R JOIN X01_DOC_VEN T ON T.RECORD_ID = R.IDTES WHERE "
+                             "DTNUM = 11 AND DRNUM = 1 AND R.USINS = ";
+        m_fixture->Target().Execute(
+            "UPDATE X01_DOC_VER SET USINS = 'ANNA' WHERE DRNUM = 1 AND IDTES IN (SELECT RECORD_ID FROM X01_DOC_VEN "
+            "WHERE DTNUM = 11)");
+        const QStringList byHand = m_fixture->Target().Rows(rows + "'ANNA'");
+        for (int run = 0; run < 2; ++run) {
+            Run("ImportDocumentiWinProgest", {false});
+            QCOMPARE(Log().count("RIGA DI ALTRA MANO: ") > 0, run == 0);
+            QCOMPARE(m_fixture->Target().Rows(rows + "'ANNA'"), byHand);
+            QCOMPARE(m_fixture->Target().Rows(rows + "'SYSTEM_IMPORT'"), byHand);
+        }
+    }
+
+    void discountsThatTheSourceHasNoMoreGo() {
+        Run("ImportPromozioniWinProgest");
+        for (const char* discount :
+             {"'PR1', 50, 'SYSTEM_IMPORT', NULL", "'PR1', 60, 'ANNA', NULL", "'PR1', 70, 'SYSTEM_IMPORT', 'ANNA'"}) {
+            m_fixture->Target().Execute(
+                QString("INSERT INTO X01_PRO_MOR (CDPRM, PRSC1, USINS, USMDF) VALUES (%1)").arg(discount));
+        }
+        m_fixture->Target().Execute("INSERT INTO X01_PRO_MOZ (CDPRM, USINS) VALUES ('PR9', 'SYSTEM_IMPORT')");
+        m_fixture->Target().Execute("UPDATE X01_PRO_MOR SET PRSC1 = 4 WHERE PRSC1 = 3");
+        Run("ImportPromozioniWinProgest");
+        QCOMPARE(m_fixture->Target().Rows("SELECT PRSC1 FROM X01_PRO_MOR WHERE CDPRM = 'PR1' ORDER BY RECORD_ID"),
+                 QStringList({"3", "10", "60", "70"}));
+        for (const char* told : {"SCONTO TOLTO: promozione 'PR1', 50+0+0", "SCONTI DI ALTRA MANO: promozione 'PR1': 1",
+                                 "ORIGINE: promozione 'PR1', 70+0+0: 1", "ABBANDONATE: 'PR9': 1"}) {
+            QVERIFY2(Log().contains(told), qPrintable(Log()));
+        }
+    }
+
+    void aCodeThatWentToAnotherArticleIsTakenOff() {
+        Run("ImportArticoliWinProgest");
+        Run("ImportCodificheWinProgest");
+        const QStringList codes =
+            m_fixture->Target().Rows("SELECT CDART, CDCOD FROM X01_ART_COD ORDER BY CDART, CDCOD");
+        m_fixture->Target().Execute("UPDATE X01_ART_COD SET CDART = 'S300' WHERE CDCOD = 'VECCHIO'");
+        Run("ImportCodificheWinProgest");
+        QVERIFY2(Log().contains("CODICE TOLTO: articolo 'S300': l'origine ha dato 'VECCHIO'"), qPrintable(Log()));
+        QCOMPARE(m_fixture->Target().Rows("SELECT CDART, CDCOD FROM X01_ART_COD ORDER BY CDART, CDCOD"), codes);
+        m_fixture->Target().Execute("INSERT INTO X01_ART_COD (CDART, CDCOD, COTIP, USINS) VALUES ('S300', 'BAR', 'I', "
+                                    "'SYSTEM_IMPORT')");
+        Run("ImportCodificheWinProgest");
+        QVERIFY2(Log().contains("ABBANDONATE: articolo 'S300', 'BAR': 1 rimane"), qPrintable(Log()));
+    }
+
     void documentsThatComeFromNoOtherHaveNothingToLink() {
         OpenSource();
         contract::ImportRun run(Target(), modImport_WinProgest::Module, "RiallineaDRORIWinProgest", {});

@@ -65,7 +65,7 @@ public:
 
 /// Raises `ImportError` when the settings tell no folder.
 QString FolderOf(Session& session) {
-    const QString folder = modMain::GetWholeConfig(session, Section, "SourcePathAttachArticoli", "");
+    const QString folder = AttachmentFolder(session);
     if (folder.isEmpty()) {
         throw ImportError(
             "impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella degli allegati");
@@ -79,9 +79,16 @@ public:
         : Importer(run),
           m_kind(std::move(kind)),
           m_folder(FolderOf(run.GetSession())),
+          m_writer(run),
           m_logsEach(modMain::IsAppConfigOn(run.GetSession(), Section, "DebugAttach", "0")) {}
 
     RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        for (const AttachedRecords& records : Declared().records) {
+            m_writer.TellLeft(records.table);
+        }
+        return true;
+    }
 
 private:
     const Attachments& Declared() const { return m_kind->declared; }
@@ -91,6 +98,7 @@ private:
 
     std::shared_ptr<const AttachmentsKind> m_kind;
     QString m_folder;
+    AttachmentWriter m_writer;
     bool m_logsEach;
 };
 
@@ -108,8 +116,8 @@ RowOutcome AttachmentImporter::Row(const SourceRow& row) {
     }
     const QString path = PathIn(m_folder, PathOf(row));
     const RowOutcome outcome =
-        WriteAttachment(Run(), {records->table, key, path, m_folder, Declared().description.Text(session, row),
-                                Declared().revision.Text(session, row), Declared().day.Day(session, row)});
+        m_writer.Write({records->table, key, path, m_folder, Declared().description.Text(session, row),
+                        Declared().revision.Text(session, row), Declared().day.Day(session, row)});
     if (m_logsEach) {
         Run().Log(QStringLiteral("ALLEGATO: %1: '%2'").arg(key, path));
     }

@@ -4,6 +4,8 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Bank.h"
 #include "adapters/contract/write/BaseTable.h"
+#include "adapters/contract/write/ImportingModules.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -44,13 +46,13 @@ QString StartOf(const Field& start, Session& session, const SourceRow& row, cons
 }
 
 std::optional<double> FixedDayOf(const Field& fixedDay, Session& session, const SourceRow& row) {
-    return fixedDay.IsSet() ? std::optional(fixedDay.Number(session, row)) : std::nullopt;
+    return fixedDay.IsGiven(row) ? std::optional(fixedDay.Number(session, row)) : std::nullopt;
 }
 
 /// The payment type; empty for a blank one and where its rule gives Null, none for one that is not known or not told.
 std::optional<QString> PaymentTypeOf(const Field& type, Session& session, const SourceRow& row) {
     const QString code = type.Text(session, row);
-    const bool isKept = code.isEmpty() && (!type.IsSet() || (!type.IsBlank(row) && type.IsLeftOut(session, row)));
+    const bool isKept = code.isEmpty() && (!type.IsGiven(row) || (!type.IsBlank(row) && type.IsLeftOut(session, row)));
     return isKept ? std::nullopt : std::optional(code);
 }
 
@@ -139,14 +141,23 @@ public:
         : Importer(run),
           m_declared(declared),
           m_mapping(std::move(mapping)),
-          m_writer(run, declared.keys) {}
+          m_writer(run, declared.keys),
+          m_modules(run, declared.target) {}
 
     RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        if (!Run().IsPart()) {
+            m_writer.TellLeft(m_declared.target, m_missing);
+        }
+        return true;
+    }
 
 private:
     BaseTable m_declared;
     std::shared_ptr<const Mapping> m_mapping;
     WriterByKeys m_writer;
+    ImportingModules m_modules;
+    QSet<QString> m_missing; ///< articles, in capitals
 };
 
 RowOutcome KeyedRows::Row(const SourceRow& row) {
@@ -155,11 +166,16 @@ RowOutcome KeyedRows::Row(const SourceRow& row) {
     }
     for (const MapLine& line : m_mapping->lines) {
         const bool isKey = m_declared.keys.contains(line.target);
-        if (isKey && schema::FindTable(m_declared.target)->FindColumn(line.target)->refersTo == u"ART_ICO" &&
-            !IsImported(Run(), Field(line.sources.join(QStringLiteral(", ")), line.rule).Text(GetSession(), row))) {
+        if (!isKey || schema::FindTable(m_declared.target)->FindColumn(line.target)->refersTo != u"ART_ICO") {
+            continue;
+        }
+        const QString article = Field(line.sources.join(QStringLiteral(", ")), line.rule).Text(GetSession(), row);
+        if (!IsImported(Run(), article)) {
+            m_missing.insert(mod_ovTools::UpperChars(article));
             return Run().Skip(ArticleMissing);
         }
     }
+    m_modules.Keep();
     return m_writer.Write(*m_mapping, row, {});
 }
 

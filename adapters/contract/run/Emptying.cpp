@@ -1,6 +1,7 @@
 #include "adapters/contract/run/Emptying.h"
 
 #include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/otherCompanies.h"
 #include "core/schemaDefaults.h"
 
 #include <QRegularExpression>
@@ -37,6 +38,30 @@ QString BeforeParentsGo(const Emptied& one, const Emptying& emptying) {
     return QStringLiteral("%1 IN (SELECT RECORD_ID FROM {%2}%3) OR %4")
         .arg(one.child, one.parent, parent->where.isEmpty() ? QString() : QString(u" WHERE " + parent->where),
              WithoutParent(one));
+}
+
+/// Where no other company could have a record of that code, all of them.
+QString OfThisCompany(Session& session, const Emptied& one) {
+    const QStringList others = TablesOfOthers(session, one.records);
+    return others.isEmpty()
+               ? one.where
+               : QString(one.where + u" AND " + OfThisCompanyAlone(session, one.child, one.records, one.code, others));
+}
+
+/// Rows of records that other companies have too stay: nobody can tell whose they are.
+void TellShared(ImportRun& run, const Emptied& one) {
+    Session& session = run.GetSession();
+    if (one.records.isEmpty() || TablesOfOthers(session, one.records).isEmpty()) {
+        return;
+    }
+    const qint64 rows = session.Quadrix.ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2 AND ").arg(run.FullName(one.table), one.where) +
+        OfThisCompanyAlone(session, one.child, one.records, one.code, {}));
+    if (rows > 0) {
+        run.Tell(
+            QStringLiteral("RIGHE DI PIÙ AZIENDE: %1: ne restano %2, di codici di %3 che ha anche un'altra azienda")
+                .arg(run.FullName(one.table), QString::number(rows), one.records));
+    }
 }
 
 } // namespace
@@ -91,16 +116,21 @@ void Empty(ImportRun& run, bool reset, const Emptying& emptying) {
             run.Truncate(reset, {one.table});
             continue;
         }
-        const QString where = one.child.isEmpty() ? one.where : WithoutParent(one);
+        const QString where = !one.records.isEmpty() ? OfThisCompany(run.GetSession(), one)
+                              : one.child.isEmpty()  ? one.where
+                                                     : WithoutParent(one);
         run.Delete(QString::fromLatin1(one.way == Emptied::Way::DeleteFrom ? "DELETE FROM" : "DELETE"),
                    run.FullName(one.table), WithTableNames(run.GetSession(), where));
+        TellShared(run, one);
     }
 }
 
 std::vector<RowsToDelete> RowsOf(Session& session, const Emptying& emptying) {
     std::vector<RowsToDelete> rows;
     for (const Emptied& one : emptying) {
-        const QString where = one.child.isEmpty() ? one.where : BeforeParentsGo(one, emptying);
+        const QString where = !one.records.isEmpty() ? OfThisCompany(session, one)
+                              : one.child.isEmpty()  ? one.where
+                                                     : BeforeParentsGo(one, emptying);
         rows.push_back({session.Quadrix.GetFullTableName(one.table), WithTableNames(session, where), one.atMost});
     }
     return rows;

@@ -19,6 +19,10 @@ struct Emptied {
     QString where = {};  ///< a condition on them; "{NAME}" in it is the physical name of a table. Empty: all rows
     QString child = {};  ///< column that ties the table to `parent`: the rows go that are left without one
     QString parent = {}; ///< bare name of a table that is emptied before
+    /// Of rows that all companies share and that hang on a record by the code in their column `child`: the bare name of
+    /// the table of the records. Those go that hang on a record of this company and of no other.
+    QString records = {};
+    QString code = {};   ///< column of `records`
     bool atMost = false; ///< the procedure may leave some of them
 };
 /// What a reset deletes, in its order.

@@ -1,6 +1,7 @@
 #include "adapters/contract/write/ArticleRecoding.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/otherCompanies.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "core/Schema.h"
@@ -32,7 +33,6 @@ const std::vector<CodeReference>& CodeReferences() {
                 }
             }
         }
-        found.push_back({"SYS_ATT", "ATKEY", "ATTBL IN ('ART_ICO', 'DIS_BAS')"});
         found.push_back({"IMA_GES", "TBKEY", "TBNAM = 'ART_ICO'"});
         found.push_back({"FLD_VAL", "FLKEY", "FLTAB = 'ART_ICO'"});
         return found;
@@ -57,10 +57,47 @@ void Move(ImportRun& run, const CodeReference& reference, const QString& from, c
     row.Update("WHERE " + where);
 }
 
+const CodeReference Attachments{"SYS_ATT", "ATKEY", "ATTBL IN ('ART_ICO', 'DIS_BAS')"};
+
+bool IsOfOthers(Session& session, const QString& article) {
+    const QStringList others = TablesOfOthers(session, ArticleTable);
+    return std::any_of(others.begin(), others.end(), [&](const QString& table) {
+        return session.Quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE ").arg(table) +
+                                              Equals(session, OwnColumn, article)) != 0;
+    });
+}
+
+/// Attachments of a code that another company has too are its as well: they stay, and the new code gets the same.
+void MoveAttachments(ImportRun& run, const QString& from, const QString& to) {
+    Session& session = run.GetSession();
+    if (!IsOfOthers(session, from)) {
+        Move(run, Attachments, from, to);
+        return;
+    }
+    std::vector<TargetRow> copies;
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT * FROM SYS_ATT WHERE " + Equals(session, "ATKEY", from) +
+                                               " AND " + Attachments.where + " ORDER BY RECORD_ID");
+    for (; !rows.Eof(); rows.MoveNext()) {
+        TargetRow& copy = copies.emplace_back(run, Attachments.table);
+        for (const schema::Column& column : schema::FindTable(Attachments.table)->columns) {
+            if (column.name.startsWith(u"AT")) { // the others are of the row itself
+                copy.Set(column.name, rows.Value(column.name));
+            }
+        }
+        copy.Set(Attachments.column, to);
+    }
+    rows.Close();
+    for (TargetRow& copy : copies) {
+        copy.Insert();
+    }
+}
+
 } // namespace
 
 std::vector<TableNeed> RecodingNeeds() {
-    std::vector<TableNeed> needs{{ArticleTable, {OwnColumn, "ARDES", "ARCDR"}}, {"SYS_LNG", {"LNTBL", "LNKEY"}}};
+    std::vector<TableNeed> needs{{ArticleTable, {OwnColumn, "ARDES", "ARCDR"}},
+                                 {"SYS_LNG", {"LNTBL", "LNKEY"}},
+                                 {Attachments.table, {Attachments.column}}};
     for (const CodeReference& one : CodeReferences()) {
         needs.push_back({one.table, {one.column}});
     }
@@ -75,6 +112,7 @@ void RecodeArticle(ImportRun& run, const QString& from, const QString& to) {
     for (const CodeReference& one : CodeReferences()) {
         Move(run, one, from, to);
     }
+    MoveAttachments(run, from, to);
     Move(run, {"SYS_LNG", "LNKEY", "LNTBL = " + run.Quoted(run.FullName(ArticleTable))}, from, to);
     asOne.Keep();
 }

@@ -67,11 +67,30 @@ void ArticleRemains::ReadCodes(Remains& into) const {
         QStringLiteral("SELECT RECORD_ID, CDCOD, COTIP, COCON FROM %1 WHERE ").arg(m_run.FullName(Codes)) +
         Equals(session, ArticleColumn, into.article) + QStringLiteral(" AND ") + OfImports(session));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        const bool isInternal = row.Text("COTIP") == u"I";
-        if (isInternal && m_told.internalCodes) {
-            into.all.push_back({Kind::InternalCode, row.Text("RECORD_ID"), row.Text("CDCOD")});
-        } else if (!isInternal && m_told.counterpartyCodes && !row.IsBlank("COCON")) {
-            into.all.push_back({Kind::CounterpartyCode, row.Text("RECORD_ID"), row.Text("CDCOD"), row.Text("COCON")});
+        AddCode(into, row);
+    }
+}
+
+void ArticleRemains::AddCode(Remains& into, const SourceRow& row) const {
+    const bool isInternal = row.Text("COTIP") == u"I";
+    if (isInternal && m_told.internalCodes) {
+        into.all.push_back({Kind::InternalCode, row.Text("RECORD_ID"), row.Text("CDCOD")});
+    } else if (!isInternal && m_told.counterpartyCodes && !row.IsBlank("COCON")) {
+        into.all.push_back({Kind::CounterpartyCode, row.Text("RECORD_ID"), row.Text("CDCOD"), row.Text("COCON")});
+    }
+}
+
+void ArticleRemains::ReadCodesOfOthers() {
+    Session& session = m_run.GetSession();
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, CDART, CDCOD, COTIP, COCON FROM %1 WHERE ").arg(m_run.FullName(Codes)) +
+        OfImports(session) + QStringLiteral(" ORDER BY CDART, RECORD_ID"));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const QString article = row.Text(ArticleColumn);
+        if (!m_read.contains(KeyOf(article))) {
+            Remains& remains = m_left[KeyOf(article)];
+            remains.article = article;
+            AddCode(remains, row);
         }
     }
 }
@@ -138,6 +157,9 @@ void ArticleRemains::ShowsLocation(const QString& article) {
 }
 
 void ArticleRemains::Close() {
+    if (m_told.ofAllArticles) {
+        ReadCodesOfOthers();
+    }
     const bool isAlone = !LooksAtAny() || m_modules.IsAlone(QStringLiteral("articoli"));
     for (const auto& [key, remains] : std::exchange(m_left, {})) {
         const bool isWhole = !m_begun.contains(key); // else a row that was given up may have shown it

@@ -20,6 +20,7 @@ public:
         bool counterpartyCodes = false;
         bool texts = false; ///< descriptions in other languages
         bool location = false;
+        bool ofAllArticles = false; ///< codes also of articles that no row has met: the source has nothing but codes
     };
 
     explicit ArticleRemains(ImportRun& run)
@@ -55,6 +56,8 @@ private:
 
     bool LooksAtAny() const;
     void ReadCodes(Remains& into) const;
+    void ReadCodesOfOthers();
+    void AddCode(Remains& into, const SourceRow& row) const;
     void ReadTexts(Remains& into) const;
     void ReadLocations(Remains& into) const;
     template<class Condition>

@@ -1,6 +1,10 @@
 #include "adapters/contract/write/Attachment.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/otherCompanies.h"
+#include "adapters/contract/write/noLongerThere.h"
+#include "adapters/sourceSettings.h"
+#include "core/wholeSettings.h"
 #include "sql/codeAsked.h"
 
 #include <QDir>
@@ -12,7 +16,13 @@ namespace contract {
 namespace {
 
 const QString AttachmentTable = QStringLiteral("SYS_ATT");
+const QString KeyColumn = QStringLiteral("ATKEY");
 const QString Elsewhere = QStringLiteral("file su un altro computer");
+
+/// The column with the code that files hang on: a bill has none but that of its article.
+QString CodeOfRecords(const QString& table) {
+    return table == u"DIS_BAS" ? QStringLiteral("DBART") : schema::FindTable(table)->CodeColumn();
+}
 
 bool IsWithin(const QString& folder, const QString& path) {
     const QString whole = QDir::cleanPath(QString(folder).replace(u'\\', u'/'));
@@ -56,7 +66,16 @@ std::vector<TableNeed> AttachmentNeeds() {
 }
 
 Emptying AttachmentEmptying(const QString& table) {
-    return DeletedImports(AttachmentTable, QStringLiteral("ATTBL = '%1'").arg(table));
+    Emptying emptying = DeletedImports(AttachmentTable, QStringLiteral("ATTBL = '%1'").arg(table));
+    emptying.front().child = KeyColumn;
+    emptying.front().records = table;
+    emptying.front().code = CodeOfRecords(table);
+    return emptying;
+}
+
+QString AttachmentFolder(Session& session) {
+    const QString folder = modMain::GetWholeConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+    return folder.isEmpty() ? folder : sourceSettings::FromSettingsFolder(session, folder).replace(u'\\', u'/');
 }
 
 QString PathIn(const QString& folder, const QString& name) {
@@ -64,22 +83,73 @@ QString PathIn(const QString& folder, const QString& name) {
     return QDir::cleanPath(QString(portable(folder) + u'/' + portable(name)));
 }
 
-RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
-    if (!MayBeOpened(run, file, QStringLiteral("ALLEGATO"))) {
-        return run.Skip(Elsewhere);
+const QStringList& AttachmentWriter::Others(const QString& table) {
+    const auto known = m_others.find(table);
+    return known != m_others.end() ? known->second
+                                   : m_others.emplace(table, TablesOfOthers(m_run.GetSession(), table)).first->second;
+}
+
+/// Whether another company has a record of that code, which is told once.
+bool AttachmentWriter::IsOfOthers(const AttachedFile& file) {
+    Session& session = m_run.GetSession();
+    const QString code = CodeOfRecords(file.table);
+    for (const QString& table : Others(file.table)) {
+        Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(code, table) +
+                                                   Equals(session, code, file.key));
+        if (StepToCode(rows, code, file.key)) {
+            m_run.Tell(QStringLiteral("ALLEGATI DI PIÙ AZIENDE: codici di %1 stanno anche in %2: i loro allegati si "
+                                      "vedono in tutte e due le aziende, e nessuna riscrive o svuota quelli dell'altra")
+                           .arg(m_run.FullName(file.table), table));
+            return true;
+        }
+    }
+    return false;
+}
+
+ImportingModules& AttachmentWriter::ModulesOf(const QString& table) {
+    return m_modules.try_emplace(table, m_run, table, QStringLiteral("ALLEGATI")).first->second;
+}
+
+/// RECORD_ID of the attachment that the file is already; 0 when there is none.
+qint64 AttachmentWriter::Known(const AttachedFile& file) {
+    Session& session = m_run.GetSession();
+    const QString name = QFileInfo(file.path).fileName();
+    qint64 ofName = 0;
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, ATKEY, ATNAM, ATLNK FROM %1 WHERE ").arg(AttachmentTable) +
+        Equals(session, "ATTBL", file.table) + QStringLiteral(" AND ") + Equals(session, KeyColumn, file.key) +
+        QStringLiteral(" ORDER BY RECORD_ID"));
+    for (const SourceRow row(rows); StepToCode(rows, KeyColumn, file.key); rows.MoveNext()) {
+        const qint64 id = row.Value("RECORD_ID").toLongLong();
+        if (row.Text("ATLNK") == file.path) {
+            return id;
+        }
+        if (ofName == 0 && IsSameCode(row.Text("ATNAM"), name) && !m_written.contains(id)) {
+            ofName = id;
+        }
+    }
+    rows.Close();
+    return ofName != 0 && !IsOfOthers(file) ? ofName : 0;
+}
+
+/// What an earlier import has attached stays as it is: the source still tells it.
+RowOutcome AttachmentWriter::SkipFile(const AttachedFile& file, const QString& rule) {
+    m_run.Remember(m_written, Known(file));
+    return m_run.Skip(rule);
+}
+
+RowOutcome AttachmentWriter::Write(const AttachedFile& file) {
+    ModulesOf(file.table).Keep();
+    if (!MayBeOpened(m_run, file, QStringLiteral("ALLEGATO"))) {
+        return SkipFile(file, Elsewhere);
     }
     const QFileInfo info(file.path);
     if (!info.isFile()) {
-        run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(run.RowKey(), file.path));
-        return run.Skip(QStringLiteral("file non trovato"));
+        m_run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), file.path));
+        return SkipFile(file, QStringLiteral("file non trovato"));
     }
-    const Session& session = run.GetSession();
-    const qint64 known =
-        IdOfCode(run.GetSession().Quadrix, AttachmentTable,
-                 Equals(session, "ATTBL", file.table) + QStringLiteral(" AND ") + Equals(session, "ATKEY", file.key) +
-                     QStringLiteral(" AND ") + Equals(session, "ATNAM", info.fileName()),
-                 "ATNAM", info.fileName());
-    TargetRow row(run, AttachmentTable);
+    const qint64 known = Known(file);
+    TargetRow row(m_run, AttachmentTable);
     row.Set("ATTBL", file.table);
     row.Set("ATKEY", file.key);
     row.Set("ATNAM", info.fileName());
@@ -90,11 +160,43 @@ RowOutcome WriteAttachment(ImportRun& run, const AttachedFile& file) {
     row.Set("ATDAT", file.day.isNull() ? QVariant(info.lastModified()) : file.day);
     row.Set("ATREV", file.revision);
     if (known != 0) {
+        if (m_written.contains(known)) {
+            m_run.Log(QStringLiteral("ALLEGATO DOPPIO: %1: una riga di prima ha già collegato '%2': vale questa")
+                          .arg(m_run.RowKey(), file.path));
+        }
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
+        m_run.Remember(m_written, known);
         return RowOutcome::Updated;
     }
     row.Insert();
+    m_run.Remember(m_written, m_run.LastId(AttachmentTable));
+    IsOfOthers(file);
     return RowOutcome::Inserted;
+}
+
+void AttachmentWriter::TellLeft(const QString& table) {
+    if (m_run.IsPart()) {
+        return;
+    }
+    Session& session = m_run.GetSession();
+    std::vector<QString> left;
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, ATKEY, ATNAM FROM %1 WHERE ").arg(AttachmentTable) +
+        Equals(session, "ATTBL", table) + QStringLiteral(" AND ") + OfImports(session) + QStringLiteral(" AND ") +
+        OfThisCompanyAlone(session, KeyColumn, table, CodeOfRecords(table), Others(table)) +
+        QStringLiteral(" ORDER BY ATKEY, ATNAM, RECORD_ID"));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (!m_written.contains(row.Value("RECORD_ID").toLongLong())) {
+            left.push_back(QStringLiteral("%1 '%2', '%3'").arg(table, row.Text(KeyColumn), row.Text("ATNAM")));
+        }
+    }
+    rows.Close();
+    if (left.empty() || !ModulesOf(table).IsAlone(QStringLiteral("allegati"))) {
+        return;
+    }
+    for (const QString& one : left) {
+        TellNotMetAgain(m_run, QStringLiteral("ALLEGATI"), one, 1);
+    }
 }
 
 std::vector<TableNeed> ImageNeeds() { return {{"IMA_GES", {"TBNAM", "TBKEY", "IMIMG"}}}; }

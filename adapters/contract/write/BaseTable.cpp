@@ -2,7 +2,9 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/ImportingModules.h"
 #include "adapters/contract/write/missingCodes.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
@@ -49,8 +51,8 @@ bool HasCode(Session& session, const QString& table, const QString& column, cons
 RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
     const QString codeColumn = schema::FindTable(mapping.targetTable)->CodeColumn();
     const bool known = HasCode(run.GetSession(), mapping.targetTable, codeColumn, facts.code);
-    if (!known && FillsCodes(run)) {
-        return SkipGone(run);
+    if (FillsCodes(run)) {
+        return known ? FillCodesOf(run, mapping, row, facts) : SkipGone(run);
     }
     TargetRow target(run, mapping.targetTable);
     mapping.Apply(target, run.GetSession(), row, facts);
@@ -60,6 +62,9 @@ RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& 
 RowOutcome WriterByKeys::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) {
     Session& session = m_run.GetSession();
     const schema::Table& table = *schema::FindTable(mapping.targetTable);
+    if (!m_lastBefore) {
+        m_lastBefore = LastId(table.name);
+    }
     TargetRow target(m_run, table.name);
     mapping.Apply(target, session, row, facts);
     QStringList conditions;
@@ -67,7 +72,40 @@ RowOutcome WriterByKeys::Write(const Mapping& mapping, const SourceRow& row, con
         conditions.append(HasValue(session, *table.FindColumn(key), target.Value(key)));
     }
     const qint64 known = Known(table.name, conditions.join(QStringLiteral(" AND ")));
+    m_run.Remember(m_rewritten, known);
     return contract::Write(target, known != 0 ? Equals("RECORD_ID", known) : QString());
+}
+
+qint64 WriterByKeys::LastId(const QString& table) const {
+    return m_run.GetSession().Quadrix.ExecuteCommand(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") +
+                                                     m_run.FullName(table));
+}
+
+void WriterByKeys::TellLeft(const QString& table, const QSet<QString>& but) const {
+    QStringList left;
+    Session& session = m_run.GetSession();
+    Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID, %1 FROM %2 WHERE RECORD_ID <= %3 AND ")
+                                                   .arg(m_keys.join(QStringLiteral(", ")), m_run.FullName(table),
+                                                        QString::number(m_lastBefore ? *m_lastBefore : LastId(table))) +
+                                               OfImports(session) + QStringLiteral(" ORDER BY RECORD_ID"));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        QStringList keys;
+        bool isLeftOut = m_rewritten.contains(row.Value("RECORD_ID").toLongLong());
+        for (const QString& key : m_keys) {
+            isLeftOut = isLeftOut || but.contains(mod_ovTools::UpperChars(row.Text(key)));
+            keys.append(QStringLiteral("%1 '%2'").arg(key, row.Text(key)));
+        }
+        if (!isLeftOut) {
+            left.append(keys.join(QStringLiteral(", ")));
+        }
+    }
+    rows.Close();
+    if (left.isEmpty() || !ImportingModules(m_run, table).IsAlone(table)) {
+        return;
+    }
+    for (const QString& one : std::as_const(left)) {
+        TellNotMetAgain(m_run, QStringLiteral("RIGHE"), table + QStringLiteral(", ") + one, 1);
+    }
 }
 
 /// RECORD_ID of the row that the one under way is; 0 for a new one.

@@ -2,6 +2,8 @@
 
 #include "adapters/contract/run/ImportRun.h"
 
+#include <QSet>
+
 namespace contract {
 
 /// Writes a row of a table whose key is one code column: inserted when the code is new, updated when it is there.
@@ -20,13 +22,19 @@ public:
           m_keys(std::move(keys)) {}
 
     RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts);
+    /// Behind the last row of a whole run: tells what earlier imports have written into the table (bare name) and the
+    /// run has not. @param but values of keys, in capitals, whose rows the source has and the run leaves out
+    void TellLeft(const QString& table, const QSet<QString>& but) const;
 
 private:
     qint64 Known(const QString& table, const QString& condition);
+    qint64 LastId(const QString& table) const;
 
     ImportRun& m_run;
     QStringList m_keys;
-    QHash<size_t, int> m_written; ///< rows of this run, by hashes of their keys
+    QHash<size_t, int> m_written;         ///< rows of this run, by hashes of their keys
+    std::optional<qint64> m_lastBefore{}; ///< RECORD_ID of the last row that was there before
+    QSet<qint64> m_rewritten;             ///< RECORD_IDs
 };
 
 } // namespace contract

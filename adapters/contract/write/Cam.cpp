@@ -32,8 +32,9 @@ std::unique_ptr<ovConnection> qdxCamOpenConnection(Session& session, const QStri
 }
 
 QString CamProductsFolder(Session& session, const QString& prefix) {
-    return modMain::GetWholeConfig(session, QStringLiteral("IMPORT"), prefix + QStringLiteral("_Path"), {})
-        .replace(u'\\', u'/');
+    const QString folder =
+        modMain::GetWholeConfig(session, QStringLiteral("IMPORT"), prefix + QStringLiteral("_Path"), {});
+    return folder.isEmpty() ? folder : sourceSettings::FromSettingsFolder(session, folder).replace(u'\\', u'/');
 }
 
 void qdxAggiornaImmagineRitagli(ImportRun& run, qint64 format, const QString& product) {

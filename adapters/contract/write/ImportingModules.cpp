@@ -8,19 +8,19 @@ namespace contract {
 namespace {
 
 const QString Translations = QStringLiteral("SYS_IMP");
-const QString ModuleField = QStringLiteral("MODULO");
-
-QString OfList(const Session& session, const QString& list) {
-    return Equals(session, "TBNAM", list) + QStringLiteral(" AND ") + Equals(session, "TBFLD", ModuleField);
-}
 
 } // namespace
+
+QString ImportingModules::OfList() const {
+    const Session& session = m_run.GetSession();
+    return Equals(session, "TBNAM", List()) + QStringLiteral(" AND ") + Equals(session, "TBFLD", m_field);
+}
 
 QStringList ImportingModules::Others() const {
     Session& session = m_run.GetSession();
     QStringList others;
-    Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT TBOLD FROM SYS_IMP WHERE ") +
-                                               OfList(session, List()) + QStringLiteral(" ORDER BY TBOLD"));
+    Recordset rows = session.Quadrix.ExecuteWC(QStringLiteral("SELECT TBOLD FROM SYS_IMP WHERE ") + OfList() +
+                                               QStringLiteral(" ORDER BY TBOLD"));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         if (const QString module = row.Text("TBOLD"); module.compare(m_run.Module(), Qt::CaseInsensitive) != 0) {
             others.append(module);
@@ -39,11 +39,10 @@ void ImportingModules::Keep() {
     if (!Others().isEmpty() &&
         session.Quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE ").arg(List()) +
                                        OfImports(session)) == 0) {
-        m_run.DeleteRows(Translations,
-                         OfList(session, List()) + QStringLiteral(" AND TBOLD <> ") + m_run.Quoted(m_run.Module()));
+        m_run.DeleteRows(Translations, OfList() + QStringLiteral(" AND TBOLD <> ") + m_run.Quoted(m_run.Module()));
     }
-    if (!StoredNewCode(session, List(), ModuleField, m_run.Module())) {
-        StoreNewCode(m_run, List(), ModuleField, m_run.Module(), m_run.Module());
+    if (!StoredNewCode(session, List(), m_field, m_run.Module())) {
+        StoreNewCode(m_run, List(), m_field, m_run.Module(), m_run.Module());
     }
 }
 

@@ -8,10 +8,11 @@ namespace contract {
 /// SYS_IMP keeps a row for each module and table, in a list of the company's own. Every operation raises `SqlError`.
 class ImportingModules {
 public:
-    /// @param table bare name
-    ImportingModules(ImportRun& run, QString table)
+    /// @param table bare name @param field of the list, where what is imported hangs on rows of the table
+    ImportingModules(ImportRun& run, QString table, QString field = QStringLiteral("MODULO"))
         : m_run(run),
-          m_table(std::move(table)) {}
+          m_table(std::move(table)),
+          m_field(std::move(field)) {}
 
     /// Has SYS_IMP say that the module of the run imports into the table. Called with each row, before it is written:
     /// where no row of an import is left, those that wrote them are forgotten.
@@ -22,10 +23,12 @@ public:
 
 private:
     QString List() const { return m_run.FullName(m_table); }
+    QString OfList() const;
     QStringList Others() const;
 
     ImportRun& m_run;
     QString m_table;
+    QString m_field;
     bool m_isKept = false;
 };
 

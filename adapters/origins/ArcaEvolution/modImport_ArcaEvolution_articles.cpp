@@ -74,13 +74,15 @@ const QString Section = QStringLiteral("IMPORT");
 struct Files {
     FilesByCode attachments;
     FilesByCode notes;
+    std::shared_ptr<AttachmentWriter> writer = {};
 };
 
-Files ReadFolders(Session& session) {
-    const auto folder = [&session](const QString& key) {
-        return modMain::GetWholeConfig(session, Section, key, "").replace(u'\\', u'/');
-    };
-    return {FilesIn(folder("SourcePathAttachArticoli"), "*"), FilesIn(folder("SourcePathFileDBCNote"), "*.txt")};
+Files ReadFolders(ImportRun& run) {
+    Session& session = run.GetSession();
+    const QString notes = modMain::GetWholeConfig(session, Section, "SourcePathFileDBCNote", "");
+    return {FilesIn(AttachmentFolder(session), "*"),
+            FilesIn(notes.isEmpty() ? notes : sourceSettings::FromSettingsFolder(session, notes), "*.txt"),
+            std::make_shared<AttachmentWriter>(run)};
 }
 
 /// The text of a note file: UTF-8, or the code page of Windows when it is none.
@@ -150,7 +152,7 @@ void Attach(ImportRun& run, const Files& files, const SourceRow& row, const QStr
     QStringList own = files.attachments.values(row.Text("Cd_AR").toUpper());
     own.sort();
     for (const QString& file : own) {
-        contract::WriteAttachment(run, {"ART_ICO", article, file});
+        files.writer->Write({"ART_ICO", article, file});
         if (modMain::IsAppConfigOn(run.GetSession(), Section, "DebugAttach", "0")) {
             run.Log(QStringLiteral("ALLEGATO: %1: '%2'").arg(article, file));
         }
@@ -219,7 +221,7 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
         .languages = {{.rows = OfArticle(Lingue, "Id_Lingua", "Id_Lingua"),
                        .language = {"Id_Lingua", LanguageCode()},
                        .text = "Descrizione"}},
-        .empties = ArticleEmptying() + AttachmentEmptying("ART_ICO"),
+        .empties = AttachmentEmptying("ART_ICO") + ArticleEmptying(),
         .condition = sourceSettings::ArticleCondition,
         .more =
             [files](ImportRun& run, const SourceRow& row, TargetRow& target) {
@@ -273,7 +275,7 @@ Procedure ArticoliProcedure() {
     const Articles articles = Articoli(files);
     ImportPart part = PartOf(articles);
     part.make = [make = part.make, files](ImportRun& run, const QString& singleCode) {
-        *files = ReadFolders(run.GetSession());
+        *files = ReadFolders(run);
         return make(run, singleCode);
     };
     return ProcedureOf(Button::Art, FrameOf(articles), {part, Ubicazioni()});

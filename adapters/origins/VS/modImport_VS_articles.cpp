@@ -85,10 +85,6 @@ bool IsFullPath(const QString& path) {
     return hasDrive || path.startsWith(u'/') || path.startsWith(u'\\');
 }
 
-QString FolderOf(Session& session) {
-    return modMain::GetWholeConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
-}
-
 /// Where a drawing is: the source tells full paths; others count from the folder of the settings.
 QString FileOf(Session& session, const SourceRow& row) {
     const QString path = row.Text("PERCORSO");
@@ -98,7 +94,7 @@ QString FileOf(Session& session, const SourceRow& row) {
     if (IsFullPath(path)) {
         return QDir::cleanPath(QString(path).replace(u'\\', u'/'));
     }
-    const QString folder = FolderOf(session);
+    const QString folder = AttachmentFolder(session);
     if (folder.isEmpty()) {
         throw ImportError(QStringLiteral("colonna 'PERCORSO': '%1' non è un percorso completo, e l'impostazione "
                                          "SourcePathAttachArticoli della sezione IMPORT non dice la cartella")
@@ -118,13 +114,19 @@ bool IsOlder(const QString& revision, const QString& other) {
 class DrawingImporter final : public Importer {
 public:
     explicit DrawingImporter(ImportRun& run)
-        : Importer(run) {}
+        : Importer(run),
+          m_writer(run) {}
 
     RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_writer.TellLeft("ART_ICO");
+        return true;
+    }
 
 private:
     void NameDrawing(const QString& article, const QString& path, const QString& revision);
 
+    AttachmentWriter m_writer;
     QString m_article;  ///< of the drawing before
     QString m_revision; ///< of the drawing that it names
 };
@@ -151,9 +153,8 @@ RowOutcome DrawingImporter::Row(const SourceRow& row) {
         return run.Skip(ArticleMissing);
     }
     const QString path = FileOf(session, row);
-    const RowOutcome outcome =
-        WriteAttachment(run, {"ART_ICO", article, path, FolderOf(session), row.Text("DESCRIZIONE"),
-                              row.Text("REVISIONE"), DateOf(row, "DATA")});
+    const RowOutcome outcome = m_writer.Write({"ART_ICO", article, path, AttachmentFolder(session),
+                                               row.Text("DESCRIZIONE"), row.Text("REVISIONE"), DateOf(row, "DATA")});
     if (outcome != RowOutcome::Skipped) {
         NameDrawing(article, path, row.Text("REVISIONE"));
     }

@@ -1,7 +1,7 @@
 // WinProgest: a folder of data files, or the same tables on SQL Server, as the operator answers. Articles, bills,
 // documents, promotions, article codes, drawings; the link of document rows to those they come from.
 // NFTDIS, NFCODIS and the head tables of the documents are known from installations; all other tables and columns are
-// this system's own reading. Bills and documents stand in files of their own.
+// this system's own reading. Bills, promotions and documents stand in files of their own.
 // Known gaps: PRO_MOR has no column for the article of a discount (logged); counterparties are not imported.
 
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
@@ -9,8 +9,8 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/supplierNote.h"
+#include "adapters/contract/write/ArticleRemains.h"
 #include "adapters/contract/write/Attachment.h"
-#include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/Document.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
@@ -32,60 +32,9 @@ const contract::Origin& Entry();
 
 namespace {
 
-const QString Promo = QStringLiteral("PROMO");
-const QString Promor = QStringLiteral("PROMOR");
 const QString Codifiche = QStringLiteral("CODIFICHE");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
-
-Rule Customer() {
-    return {
-        "CDCON della riga di CON_TRO di cui è COCGE, o di quella in cui è stata unita, SYS_IMP (UNIFICATI, C-CODICECF)",
-        [](const RuleInput& input) { return RuleValue(RequireCounterparty(input.session, input.Text(), false)); }};
-}
-
-/// Whether today lies in a promotion's days; a blank end is open.
-Rule ValidToday() {
-    return {"vero se il giorno dell'importazione sta fra le due; una vuota non limita",
-            [](const RuleInput& input) -> RuleValue {
-                const QDate today = input.session.UserManager.DataElaborazione;
-                const auto day = [&input](qsizetype column, const QDate& open) {
-                    const QVariant value = DateOf(input.row, input.columns.at(column));
-                    return value.isNull() ? open : value.toDate();
-                };
-                return day(0, today) <= today && today <= day(1, today);
-            }};
-}
-
-const Mapping& Promozioni() {
-    static const Mapping mapping{
-        "PRO_MOZ",
-        Promo,
-        {
-            {"CDPRM", "CODPRO", Code()},
-            {"PMDES", "DESCR", Text()},
-            {"PMTIP", "TIPO", Text()},
-            {"PMCON", "CODCLI", NotBlank(Customer())},
-            {"PMVLD", "DATINI, DATFIN", ValidToday()},
-        },
-    };
-    return mapping;
-}
-
-const Mapping& RighePromozione() {
-    static const Mapping mapping{
-        "PRO_MOR",
-        Promor,
-        {
-            {"CDPRM", "CODPRO", Code()},
-            {"PRSC1", "SCO1", RoundedTo(2)},
-            {"PRSC2", "SCO2", RoundedTo(2)},
-            {"PRSC3", "SCO3", RoundedTo(2)},
-            {"PRVLD", "", Constant(true)},
-        },
-    };
-    return mapping;
-}
 
 const Mapping& CodificheMapping() {
     static const Mapping mapping{
@@ -108,17 +57,16 @@ QString RequireCounterparty(Session& session, const QString& sourceCode, bool su
     return FoundParty(PartyOrSurvivor(session, sourceCode, supplier), sourceCode, RoleText(!supplier));
 }
 
-TableNeed CounterpartyNeed() { return LookedUp("CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}); }
-
-namespace {
-
-/// The code of a row. Raises `ImportError` when it is blank.
 QString CodeOf(const SourceRow& row, const QString& column) {
     if (row.IsBlank(column)) {
         throw ImportError(QStringLiteral("colonna '%1': il codice manca").arg(column));
     }
     return row.Text(column);
 }
+
+TableNeed CounterpartyNeed() { return LookedUp("CON_TRO", {"CDCON", "COCGE", "COFGE", "CORAS"}); }
+
+namespace {
 
 // --- Articles -----------------------------------------------------------------------------------------------------
 
@@ -174,58 +122,6 @@ contract::Articles ArticoliWinProgest() {
     };
 }
 
-// --- Promotions ---------------------------------------------------------------------------------------------------
-
-/// RECORD_IDs of the rows that a promotion has, in the order in which they were written.
-std::vector<qint64> RowsOfPromotion(ImportRun& run, const QString& code) {
-    std::vector<qint64> rows;
-    Recordset found =
-        run.GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID FROM " + run.FullName("PRO_MOR") + " WHERE " +
-                                           Equals(run.GetSession(), "CDPRM", code) + " ORDER BY RECORD_ID");
-    for (; !found.Eof(); found.MoveNext()) {
-        rows.push_back(found.Fields(0).Value().toLongLong());
-    }
-    return rows;
-}
-
-RowOutcome ImportPromozione(ImportRun& run, const SourceRow& row) {
-    const Facts facts{CodeOf(row, "CODPRO")};
-    const RowOutcome outcome = WriteByCode(run, Promozioni(), row, facts);
-    // The rows have no key of their own: the first in the source is the first here.
-    const std::vector<qint64> known = RowsOfPromotion(run, facts.code);
-    size_t next = 0;
-    ForEachChild(
-        run.GetSession(), "SELECT * FROM PROMOR\rWHERE CODPRO = " + run.Quoted(facts.code) + "\rORDER BY CODART",
-        Promor, "CODART", [&](const SourceRow& discount) {
-            TargetRow target(run, "PRO_MOR");
-            RighePromozione().Apply(target, run.GetSession(), discount, facts);
-            if (next < known.size()) {
-                target.Update("WHERE " + Equals("RECORD_ID", known[next++]));
-            } else {
-                target.Insert();
-            }
-            if (!discount.IsBlank("CODART")) {
-                run.Log(QStringLiteral("ARTICOLO DELLA PROMOZIONE NON RIPORTATO: promozione '%1', articolo '%2'")
-                            .arg(facts.code, discount.Text("CODART")));
-            }
-        });
-    return outcome;
-}
-
-Procedure PromozioniProcedure() {
-    return ProcedureOf(Button::Saldi,
-                       {.module = Module,
-                        .procedure = "ImportPromozioniWinProgest",
-                        .announcement = "Inizio importazione Promozioni da WinProgest",
-                        .errors = "Errore: ",
-                        .completion = "Promozioni importate correttamente!"},
-                       {{.step = "Promozioni",
-                         .source = {.table = Promo, .key = "CODPRO", .order = "CODPRO"},
-                         .needs = {{&Promozioni(), &RighePromozione()}, {{Promor, {"CODART"}}}, {CounterpartyNeed()}},
-                         .empties = Truncated({"PRO_MOZ", "PRO_MOR"}),
-                         .make = Importing(ImportPromozione)}});
-}
-
 // --- Article codes ------------------------------------------------------------------------------------------------
 
 /// The counterparty that uses the code; empty for a code of the company's own.
@@ -245,21 +141,47 @@ QString OwnerOfCode(ImportRun& run, const SourceRow& row) {
     }
 }
 
-RowOutcome ImportCodifica(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
-    const Facts facts{ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"))};
-    if (!IsImported(run, facts.code)) {
-        return run.Skip(ArticleMissing);
+class CodeImporter final : public Importer {
+public:
+    explicit CodeImporter(ImportRun& run)
+        : Importer(run),
+          m_remains(run) {}
+
+    void Begin() override {
+        m_remains.Begin({.internalCodes = true, .counterpartyCodes = true, .ofAllArticles = true});
     }
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_remains.Close();
+        return true;
+    }
+
+private:
+    RowOutcome Write(const SourceRow& row, const Facts& facts);
+
+    ArticleRemains m_remains;
+};
+
+RowOutcome CodeImporter::Row(const SourceRow& row) {
+    const Facts facts{ArticleWriter(Run()).CodeOf(Articoli, "CODART", row.Text("CODART"))};
+    m_remains.RowBegins(facts.code);
+    const RowOutcome outcome = IsImported(Run(), facts.code) ? Write(row, facts) : Run().Skip(ArticleMissing);
+    m_remains.RowEnds(facts.code);
+    return outcome;
+}
+
+RowOutcome CodeImporter::Write(const SourceRow& row, const Facts& facts) {
+    Session& session = GetSession();
     const QString code = CodeOf(row, "CODALT");
-    const QString owner = OwnerOfCode(run, row);
-    TargetRow target(run, "ART_COD");
+    const QString owner = OwnerOfCode(Run(), row);
+    TargetRow target(Run(), "ART_COD");
     CodificheMapping().Apply(target, session, row, facts);
     target.Set("COTIP", owner.isEmpty() ? "I" : "C");
     if (!owner.isEmpty()) {
         target.Set("COTPC", "PER");
         target.Set("COCON", owner);
     }
+    m_remains.Shows(facts.code, code, owner);
     // The same code may be used by several counterparties.
     const QString same = Equals(session, "CDART", facts.code) + " AND " + Equals(session, "CDCOD", code) + " AND " +
                          (owner.isEmpty() ? Equals(session, "COTIP", "I") : Equals(session, "COCON", owner));
@@ -286,30 +208,47 @@ Procedure CodificheProcedure() {
                     {{Codifiche, {"CODCLF", "TIPCLF"}}},
                     {{"ART_COD", {"COTIP", "COTPC", "COCON"}}, {"ART_ICO", {"CDART"}}, CounterpartyNeed()}},
           .empties = Truncated({"ART_COD"}),
-          .make = Importing(ImportCodifica)}});
+          .make = [](ImportRun& run, const QString&) { return std::make_unique<CodeImporter>(run); }}});
 }
 
 // --- Drawings -----------------------------------------------------------------------------------------------------
 
 QString FolderOfDrawings(Session& session) {
-    const QString folder = modMain::GetWholeConfig(session, "IMPORT", "SourcePathAttachArticoli", "");
+    const QString folder = AttachmentFolder(session);
     if (folder.isEmpty()) {
         throw ImportError("impostazione SourcePathAttachArticoli della sezione IMPORT: manca la cartella dei disegni");
     }
     return folder;
 }
 
-RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& folder) {
-    Session& session = run.GetSession();
-    const QString article = ArticleWriter(run).CodeOf(Articoli, "CODART", row.Text("CODART"));
-    if (!IsImported(run, article)) {
-        return run.Skip(ArticleMissing);
+class DrawingImporter final : public Importer {
+public:
+    explicit DrawingImporter(ImportRun& run)
+        : Importer(run),
+          m_folder(FolderOfDrawings(run.GetSession())),
+          m_writer(run) {}
+
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_writer.TellLeft("ART_ICO");
+        return true;
     }
-    const RowOutcome outcome = WriteAttachment(run, {"ART_ICO", article, PathIn(folder, row.Text("DISEGNO")), folder});
+
+private:
+    QString m_folder;
+    AttachmentWriter m_writer;
+};
+
+RowOutcome DrawingImporter::Row(const SourceRow& row) {
+    const QString article = ArticleWriter(Run()).CodeOf(Articoli, "CODART", row.Text("CODART"));
+    if (!IsImported(Run(), article)) {
+        return Run().Skip(ArticleMissing);
+    }
+    const RowOutcome outcome = m_writer.Write({"ART_ICO", article, PathIn(m_folder, row.Text("DISEGNO")), m_folder});
     if (outcome != RowOutcome::Skipped) {
-        TargetRow target(run, "ART_ICO");
+        TargetRow target(Run(), "ART_ICO");
         target.Set("ARATT", true);
-        target.Update("WHERE " + Equals(session, "CDART", article));
+        target.Update("WHERE " + Equals(GetSession(), "CDART", article));
     }
     return outcome;
 }
@@ -317,21 +256,17 @@ RowOutcome ImportDisegno(ImportRun& run, const SourceRow& row, const QString& fo
 Procedure DisegniProcedure() {
     Needs needs{{}, {}, AttachmentNeeds()};
     needs.writes.push_back({"ART_ICO", {"CDART", "ARATT"}});
-    const auto make = [](ImportRun& run, const QString& singleCode) {
-        const QString folder = FolderOfDrawings(run.GetSession());
-        return Importing([folder](ImportRun& of, const SourceRow& row) { return ImportDisegno(of, row, folder); })(
-            run, singleCode);
-    };
-    return ProcedureOf(Button::Disegni,
-                       {.module = Module,
-                        .procedure = "ImportDisegniWinProgest",
-                        .announcement = "Inizio importazione Disegni da WinProgest",
-                        .completion = "Disegni importati correttamente!"},
-                       {{.step = "Disegni",
-                         .source = {.table = Articoli, .key = "CODART", .order = "CODART", .where = "DISEGNO > ''"},
-                         .needs = needs,
-                         .empties = AttachmentEmptying("ART_ICO"),
-                         .make = make}});
+    return ProcedureOf(
+        Button::Disegni,
+        {.module = Module,
+         .procedure = "ImportDisegniWinProgest",
+         .announcement = "Inizio importazione Disegni da WinProgest",
+         .completion = "Disegni importati correttamente!"},
+        {{.step = "Disegni",
+          .source = {.table = Articoli, .key = "CODART", .order = "CODART", .where = "DISEGNO > ''"},
+          .needs = needs,
+          .empties = AttachmentEmptying("ART_ICO"),
+          .make = [](ImportRun& run, const QString&) { return std::make_unique<DrawingImporter>(run); }}});
 }
 
 // --- Source and entry ---------------------------------------------------------------------------------------------
@@ -393,7 +328,7 @@ const Origin& Entry() {
             ProcedureOf(Button::Dis, DistinteWinProgest()),
             DocumentiWinProgest(Button::Doc), // as a whole: both buttons do the same
             DocumentiWinProgest(Button::Acq),
-            PromozioniProcedure(),
+            Promozioni(),
             CodificheProcedure(),
             DisegniProcedure(),
         },

@@ -14,6 +14,9 @@ inline const QString Articoli = QStringLiteral("ARTICOLI");
 /// As `PartyOrSurvivor`. Raises `ImportError` when there is no such counterparty.
 QString RequireCounterparty(Session& session, const QString& sourceCode, bool supplier);
 
+/// The code of a row. Raises `ImportError` when it is blank.
+QString CodeOf(const contract::SourceRow& row, const QString& column);
+
 /// What finding a counterparty reads.
 contract::TableNeed CounterpartyNeed();
 
@@ -21,6 +24,7 @@ contract::TableNeed CounterpartyNeed();
 inline contract::Rule Article() { return contract::rules::ArticleCode(Articoli, "CODART"); }
 
 contract::Bills DistinteWinProgest();
+contract::Procedure Promozioni();
 
 /// The kinds of documents, each with a head and a row table of its own.
 enum class Kind { Offers, Orders, DeliveryNotes, Invoices, ProForma, SupplierOrders };
