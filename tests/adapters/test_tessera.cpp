@@ -87,6 +87,45 @@ private slots:
         QCOMPARE(target.Rows("SELECT WHAT FROM SEEN ORDER BY rowid"),
                  QStringList({"+ORD_COM", "+ORD_FAS", "+ORD_PRO", "+DOC_VER"}));
     }
+
+    /// Each order stays the one of its number, with what somebody has hung on it.
+    void KnowsProductionOrdersByTheirNumber_data() {
+        Columns<QString, QString, QString>("gone", "orders", "told");
+        Row("none", "0", "1|INI|A 2|PIA|B", "");
+        Row("one that somebody has worked on", "1", "1|INI|A 2|PIA|B", "ORDINI DI PRODUZIONE NON PIÙ NELL'ORIGINE");
+        Row("one that is the import's", "3", "1|INI|A 2|PIA|B", "ORDINE DI PRODUZIONE TOLTO: ");
+        Row("kept by none", "-", "1|INI|A 2|PIA|B", "");
+    }
+    void KnowsProductionOrdersByTheirNumber() {
+        QFETCH(const QString, gone);
+        QFETCH(const QString, told);
+        TestTarget target;
+        target.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000001', 'C1')");
+        target.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
+        Session& session = target.Get();
+        session.Source = std::make_unique<ovConnection>();
+        session.Source->Errors = &session.Errors;
+        OpenEmbedded(*session.Source).ExecuteScript(TesseraSource);
+        session.Source->Execute("INSERT INTO OrdProT VALUES (2, 1, 2, NULL, NULL, 1, 'PIA'), (3, 1, 3, NULL, NULL, 1, "
+                                "'LAN')");
+        const auto run = [&] { RunProcedure(session, *registry::Find("Tessera"), "ImportOrdCliTessera", {}, false); };
+        run();
+        target.Execute("INSERT INTO X01_ORD_COM (IDORD, OCART, USINS) VALUES (1, 'A', 'ANNA'), (2, 'B', 'ANNA')");
+        if (gone == "-") {
+            target.Execute("DELETE FROM SYS_IMP");
+        }
+        session.Source->Execute("DELETE FROM OrdProT WHERE NumOrdP = " + (gone == "-" ? QString("0") : gone));
+        run();
+        const QString log = QString::fromLatin1(target.Log());
+        QVERIFY2(told.isEmpty() ? !log.contains("PRODUZIONE") : log.contains(told), qPrintable(log));
+        run();
+        QTEST(target
+                  .Rows("SELECT P.RECORD_ID, OPSTA, OCART FROM X01_ORD_PRO P JOIN X01_ORD_COM C ON C.IDORD = "
+                        "P.RECORD_ID AND C.USINS = 'ANNA' ORDER BY P.RECORD_ID")
+                  .join(' '),
+              "orders");
+        QCOMPARE(target.Rows("SELECT RECORD_ID FROM X01_ORD_PRO").size(), gone == "3" ? 2 : 3);
+    }
 };
 
 QUADRIX_TEST(TestTessera)

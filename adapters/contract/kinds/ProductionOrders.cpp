@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Document.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -32,23 +33,69 @@ public:
     }
 
     /// Writes the row and returns its RECORD_ID.
-    qint64 Write(TargetRow& row) {
-        if (m_known.isEmpty()) {
+    qint64 Write(TargetRow& row) { return WriteOver(row, m_known.value(0)); }
+    /// @param id of the row that it goes over; 0: it is a new one
+    qint64 WriteOver(TargetRow& row, qint64 id) {
+        if (id == 0) {
             row.Insert();
             return m_run.LastId(m_table);
         }
         EmptyOthers(row, m_columns); // what has stood there may have been another
-        const qint64 id = m_known.takeFirst();
+        m_known.removeOne(id);
         row.Update("WHERE " + Equals("RECORD_ID", id));
         return id;
     }
-    QList<qint64> Rest() const { return m_known; }
+    const QList<qint64>& Rest() const { return m_known; }
 
 private:
     ImportRun& m_run;
     QString m_table;
     QStringList m_columns;
     QList<qint64> m_known;
+};
+
+/// Which production order of a document row has which number in the source: ORD_PRO has no column for it.
+class KeptNumbers {
+public:
+    /// @param field column of the source with the numbers
+    KeptNumbers(ImportRun& run, QString field, qint64 document)
+        : m_run(run),
+          m_field(std::move(field)),
+          m_document(QString::number(document) + u'/') {}
+
+    void Read() {
+        Session& session = m_run.GetSession();
+        Recordset rows = session.Quadrix.ExecuteWC(
+            "SELECT TBOLD, TBNEW FROM SYS_IMP WHERE " + Equals(session, "TBNAM", m_run.FullName(Orders)) + " AND " +
+            Equals(session, "TBFLD", m_field) + " AND TBOLD LIKE " + m_run.Quoted(m_document + u'%'));
+        for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+            m_ids.insert(row.Text("TBOLD").mid(m_document.size()), row.Text("TBNEW").toLongLong());
+        }
+    }
+    /// The order that has the number, else, of those that an import has written while none was kept, the first; 0 for
+    /// none. @param there those that are there and have not been written
+    qint64 Find(const QString& number, const QList<qint64>& there) const {
+        if (const qint64 id = m_ids.value(number); there.contains(id)) {
+            return id;
+        }
+        const QList<qint64> kept = m_ids.values();
+        const auto other = std::ranges::find_if(there, [&kept](qint64 id) { return !kept.contains(id); });
+        return other == there.end() ? 0 : *other;
+    }
+    void Keep(const QString& number, qint64 id) {
+        if (!number.isEmpty() && m_ids.value(number) != id) {
+            StoreNewCode(m_run, m_run.FullName(Orders), m_field, m_document + number, QString::number(id));
+            m_ids.insert(number, id);
+        }
+    }
+    /// "NUMBER 'n'", for messages.
+    QString NameOf(qint64 id) const { return QStringLiteral("%1 '%2'").arg(m_field, m_ids.key(id)); }
+
+private:
+    ImportRun& m_run;
+    QString m_field;
+    QString m_document; ///< what its numbers begin with in SYS_IMP
+    QHash<QString, qint64> m_ids;
 };
 
 /// A component is written without its article as well: what the order needs would be wrong without it.
@@ -72,7 +119,11 @@ Needs ProductionOrderWriter::NeedsUnder(const QString& parent) const {
     const QString& orders = m_declared.rows.table;
     Needs needs = m_declared.rows.OwnNeeds(parent) + m_declared.parts.rows.OwnNeeds(orders) +
                   m_declared.phases.rows.OwnNeeds(orders) + NeedsOf(m_order) + NeedsOf(m_part) + NeedsOf(m_phase);
-    needs.writes = {{Orders, {"OPIDD", "OPTPD"}}, {Parts, {PartOwner}}, {Phases, {PhaseOwner}}};
+    needs.reads.push_back({m_declared.rows.table, {m_declared.number}});
+    needs.writes = {{Orders, {"OPIDD", "OPTPD"}},
+                    {Parts, {PartOwner}},
+                    {Phases, {PhaseOwner}},
+                    {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}};
     return needs;
 }
 
@@ -80,19 +131,42 @@ void ProductionOrderWriter::Write(ImportRun& run, const SourceRow& row, qint64 d
     Session& session = run.GetSession();
     Rewriter known(run, m_order,
                    Equals("OPIDD", document) + " AND " + Equals(session, "OPTPD", schema::defaults::OrderOfDocument));
+    KeptNumbers numbers(run, m_declared.number, document);
+    if (!known.Rest().isEmpty()) {
+        numbers.Read();
+    }
     m_declared.rows.ForEach(session, row, [&](const SourceRow& order) {
         TargetRow target(run, Orders);
         m_order.Apply(target, session, order, {});
         target.Set("OPIDD", document);
-        const qint64 id = known.Write(target);
+        const QString number = order.Text(m_declared.number);
+        const qint64 id = known.WriteOver(target, numbers.Find(number, known.Rest()));
+        numbers.Keep(number, id);
         WriteChildren(run, order, id, m_declared.parts.rows, m_part, PartOwner);
         WriteChildren(run, order, id, m_declared.phases.rows, m_phase, PhaseOwner);
     });
     for (const qint64 rest : known.Rest()) {
-        run.DeleteRows(Parts, Equals(PartOwner, rest));
-        run.DeleteRows(Phases, Equals(PhaseOwner, rest));
-        run.DeleteRows(Orders, Equals("RECORD_ID", rest));
+        TakeAway(run, rest, QStringLiteral("%1, %2").arg(run.RowKey(), numbers.NameOf(rest)));
     }
+}
+
+/// @param order one that the source has no more
+void ProductionOrderWriter::TakeAway(ImportRun& run, qint64 order, const QString& name) const {
+    const QString user = run.Quoted(schema::defaults::ImportUser);
+    const QString byHand =
+        QStringLiteral(" AND (COALESCE(USINS, '') <> %1 OR COALESCE(USMDF, '') NOT IN ('', %1))").arg(user);
+    const std::array<std::pair<QString, QString>, 3> rows{
+        {{Parts, Equals(PartOwner, order)}, {Phases, Equals(PhaseOwner, order)}, {Orders, Equals("RECORD_ID", order)}}};
+    const bool isOfImports = std::ranges::all_of(
+        rows, [&](const auto& each) { return IdWhere(run.GetSession(), each.first, each.second + byHand) == 0; });
+    if (!isOfImports) {
+        TellNoLongerThere(run, QStringLiteral("ORDINI DI PRODUZIONE"), name, 1);
+        return;
+    }
+    for (const auto& [table, condition] : rows) {
+        run.DeleteRows(table, condition);
+    }
+    run.Log(QStringLiteral("ORDINE DI PRODUZIONE TOLTO: %1: l'origine non lo ha più").arg(name));
 }
 
 void ProductionOrderWriter::WriteChildren(ImportRun& run, const SourceRow& order, qint64 id, const ChildTable& rows,
@@ -109,6 +183,10 @@ void ProductionOrderWriter::WriteChildren(ImportRun& run, const SourceRow& order
     });
     for (const qint64 rest : known.Rest()) {
         run.DeleteRows(mapping.targetTable, Equals("RECORD_ID", rest));
+    }
+    if (!known.Rest().isEmpty()) {
+        run.Log(QStringLiteral("RIGHE DI PRODUZIONE TOLTE: %1: %2 di %3 che l'origine non ha più")
+                    .arg(run.RowKey(), QString::number(known.Rest().size()), mapping.targetTable));
     }
 }
 

@@ -17,9 +17,11 @@ struct OrderPhases {
 };
 
 /// The production orders of the rows of a document (ORD_PRO). What an earlier import wrote for a row is rewritten, and
-/// what the source no longer has of it deleted.
+/// what the source no longer has of it deleted and logged; an order in which somebody has entered or changed something
+/// stays, and is told.
 struct ProductionOrders {
     ChildTable rows;
+    QString number;   ///< column of the rows that tells an order from the others of its document row: SYS_IMP keeps it
     Lines lines = {}; ///< of ORD_PRO, beside the link to the row of the document
     OrderParts parts;
     OrderPhases phases;
@@ -37,6 +39,7 @@ public:
     void Write(ImportRun& run, const SourceRow& row, qint64 document) const;
 
 private:
+    void TakeAway(ImportRun& run, qint64 order, const QString& name) const;
     void WriteChildren(ImportRun& run, const SourceRow& order, qint64 id, const ChildTable& rows,
                        const Mapping& mapping, const QString& owner) const;
 

@@ -65,6 +65,7 @@ Documents OrdersOf(const Side& side) {
 ProductionOrders Produzione() {
     return {
         .rows = {.table = "OrdProT", .on = {{"IdOrdCliR"}}, .order = "NumOrdP"},
+        .number = "NumOrdP",
         .lines = {{"OPDAT", "DatOrdP", Day()},
                   {"OPDTC", "DatCons", Day()},
                   {"OPQTA", "Qta", FirstNotZero()},
