@@ -101,7 +101,7 @@ private slots:
             WriteFile(path, "x");
         }
         const QString path = name.startsWith("//") ? name : PathIn(folder, name);
-        QTEST(WriteAttachment(target.Run, {"ART_ICO", "A1", path, folder}), "outcome");
+        QTEST(AttachmentWriter(target.Run).Write({"ART_ICO", "A1", path, folder}), "outcome");
         QVERIFY2(told.isEmpty() ? target.Log().isEmpty() : target.Log().contains(told.toLatin1()), target.Log());
     }
 
@@ -397,13 +397,15 @@ private slots:
     /// A document may be imported again: its rows are found by their numbers, each once.
     void findsRowsToRewrite() {
         Written target;
-        for (const char* row : {"1, 1", "1, 2", "1, 2", "9, 2"}) {
-            target.Execute(QString("INSERT INTO X01_DOC_VER (IDTES, DRNUM) VALUES (%1)").arg(row));
+        for (const char* row : {"1, 2, 'ANNA'", "1, 2, 'SYSTEM_IMPORT'", "1, 2, 'SYSTEM_IMPORT'", "9, 2, 'ANNA'"}) {
+            target.Execute(QString("INSERT INTO X01_DOC_VER (IDTES, DRNUM, USINS) VALUES (%1)").arg(row));
         }
         const DocumentWriter writer(target.Run, Sales);
         QCOMPARE(writer.FindRow(1, 2), qint64{2});
-        QCOMPARE(writer.FindRow(1, 2, {2}), qint64{3});
-        QCOMPARE(writer.FindRow(1, 2, {2, 3}), qint64{0});
+        QCOMPARE(writer.FindRow(9, 2), qint64{4});
+        QCOMPARE(writer.FindImportedRow(1, 2), qint64{2});
+        QCOMPARE(writer.FindImportedRow(1, 2, {2}), qint64{3});
+        QCOMPARE(writer.FindImportedRow(1, 2, {2, 3}), qint64{0});
     }
 
     /// Without a quantity a price holds for any; the same quantity is rewritten, in another validity it is another, and

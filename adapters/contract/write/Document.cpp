@@ -313,11 +313,19 @@ QString DocumentWriter::VatOf(const DocumentRow& row, const QString& ofArticle) 
     return ofArticle;
 }
 
-qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
+qint64 DocumentWriter::FindRow(qint64 head, int number) const {
+    const qint64 imported = FindImportedRow(head, number);
+    return imported != 0 ? imported
+                         : IdWhere(m_run.GetSession(), m_family.row,
+                                   Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
+                                       QStringLiteral(" ORDER BY RECORD_ID"));
+}
+
+qint64 DocumentWriter::FindImportedRow(qint64 head, int number, const QSet<qint64>& but) const {
     Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
         QStringLiteral("SELECT RECORD_ID FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
-        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
-        QStringLiteral(" ORDER BY RECORD_ID"));
+        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) + QStringLiteral(" AND ") +
+        OfImports(m_run.GetSession()) + QStringLiteral(" ORDER BY RECORD_ID"));
     for (; !rows.Eof(); rows.MoveNext()) {
         if (const qint64 row = rows.Fields(0).Value().toLongLong(); !but.contains(row)) {
             return row;
@@ -326,20 +334,26 @@ qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but)
     return 0;
 }
 
-qint64 DocumentWriter::TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written) const {
+qint64 DocumentWriter::TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written,
+                                    const QSet<int>& leftOut) const {
     Session& session = m_run.GetSession();
     QStringList left;
+    QStringList notRewritten;
     Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, DRNUM FROM " + m_run.FullName(m_family.row) +
                                                u" WHERE " + Equals("IDTES", head) + u" AND " + OfImports(session) +
                                                u" ORDER BY DRNUM, RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         if (!written.contains(rows.Fields(0).Value().toLongLong())) {
-            left.append(u'\'' + TextOf(rows, "DRNUM") + u'\'');
+            const bool isLeftOut = leftOut.contains(rows.Value("DRNUM").toInt());
+            (isLeftOut ? notRewritten : left).append(u'\'' + TextOf(rows, "DRNUM") + u'\'');
         }
     }
-    TellNoLongerThere(m_run, QStringLiteral("RIGHE"),
-                      QStringLiteral("%1, DRNUM %2").arg(name, left.join(QStringLiteral(", "))), left.size());
-    return left.size();
+    const auto ofDocument = [&name](const QStringList& numbers) {
+        return QStringLiteral("%1, DRNUM %2").arg(name, numbers.join(QStringLiteral(", ")));
+    };
+    TellNoLongerThere(m_run, QStringLiteral("RIGHE"), ofDocument(left), left.size());
+    TellNotRewritten(m_run, QStringLiteral("righe"), ofDocument(notRewritten), notRewritten.size());
+    return left.size() + notRewritten.size();
 }
 
 void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& from, const QString& others) const {

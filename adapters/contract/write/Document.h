@@ -142,13 +142,18 @@ public:
     /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
     /// follow before it is inserted.
     TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
-    /// RECORD_ID of a row of a head by its number, to be rewritten when its document is imported again; 0 when there is
-    /// none. @param but rows that have been rewritten already: a number may come twice
-    qint64 FindRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
+    /// RECORD_ID of a row of a head by its number, of an import where one has written it; 0 when there is none.
+    qint64 FindRow(qint64 head, int number) const;
+    /// The same, to be rewritten when its document is imported again: somebody's own is none.
+    /// @param but rows that have been rewritten already: a number may come twice
+    qint64 FindImportedRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
     /// Tells which rows an import has written to a head beyond those of this run: they were imported before and are no
     /// longer in the source, yet they still count in the totals. @param name of the document
-    /// @param written RECORD_ID of those of this run @return their number
-    qint64 TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written) const;
+    /// @param written RECORD_ID of those of this run
+    /// @param leftOut DRNUM of those that the source has and this run leaves out: they are told apart
+    /// @return their number
+    qint64 TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written,
+                        const QSet<int>& leftOut = {}) const;
     /// Tells which documents of these causes, of that day or later, an earlier import has written and this run has not
     /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
     /// run of a single code tells none.

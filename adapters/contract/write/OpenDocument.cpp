@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
+#include "core/schemaDefaults.h"
 
 namespace contract {
 
@@ -61,9 +62,13 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     const Head first = begins ? head() : Head();
     const qint64 known = begins ? Find(first) : 0;
     const DocumentRow values = row();
+    if (m_leftOut.key != key) {
+        m_leftOut = {key};
+    }
     if (m_options.checkArticles && !values.article.isEmpty() &&
         !IsThere(m_run.GetSession(), "ART_ICO", "CDART", values.article)) {
         m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), values.article));
+        m_leftOut.numbers.insert(values.number);
         return m_run.Skip(ArticleMissing);
     }
     State state = begins ? Write(key, first, known) : *m_state;
@@ -73,16 +78,29 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     return outcome;
 }
 
+/// A row of that number which somebody has entered counts too.
+void OpenDocument::TellOther(const State& state, int number) const {
+    const QString isOther = QStringLiteral("COALESCE(USINS, '') <> ") + m_run.Quoted(schema::defaults::ImportUser);
+    if (state.wasThere && IdWhere(m_run.GetSession(), m_family.row,
+                                  Equals("IDTES", state.id) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
+                                      QStringLiteral(" AND ") + isOther) != 0) {
+        m_run.Log(QStringLiteral("RIGA DI ALTRA MANO: %1: la riga %2 di %3 non è di un'importazione: resta, e quella "
+                                 "dell'origine le sta accanto")
+                      .arg(m_run.RowKey(), QString::number(number), NameOf(state.head)));
+    }
+}
+
 RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const {
     TargetRow target = m_writer.Row(state.id, state.head, row);
     if (more) {
         more(target);
     }
-    const qint64 known = state.wasThere ? m_writer.FindRow(state.id, row.number, state.written) : 0;
+    const qint64 known = state.wasThere ? m_writer.FindImportedRow(state.id, row.number, state.written) : 0;
     if (known != 0) {
         EmptyOthers(target, m_options.furtherOfRow);
         target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
     } else {
+        TellOther(state, row.number);
         target.Insert();
     }
     const bool isAsked = id != nullptr || state.wasThere;
@@ -99,8 +117,10 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
 std::optional<OpenDocument::Ended> OpenDocument::End() {
     std::optional<Ended> ended;
     if (m_state && m_state->id != 0) {
-        ended = {m_state->id,
-                 m_state->wasThere ? m_writer.TellRowsLeft(m_state->id, NameOf(m_state->head), m_state->written) : 0};
+        const QSet<int> leftOut = m_leftOut.key == m_state->key ? m_leftOut.numbers : QSet<int>();
+        ended = {m_state->id, m_state->wasThere
+                                  ? m_writer.TellRowsLeft(m_state->id, NameOf(m_state->head), m_state->written, leftOut)
+                                  : 0};
         m_writer.Total(m_state->id);
         m_run.Remember(m_ended, m_state->id);
         m_run.Restores(m_count);

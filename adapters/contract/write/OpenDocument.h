@@ -68,9 +68,15 @@ private:
         bool wasThere = false;
         QSet<qint64> written = {}; ///< rows of a document that was there
     };
+    /// Rows of a document that the source has and that are not written.
+    struct LeftOut {
+        QString key = {};
+        QSet<int> numbers = {};
+    };
     qint64 Find(const Head& head);
     State Write(const QString& key, const Head& head, qint64 known);
     RowOutcome SkipUnwritten(const State& state) const;
+    void TellOther(const State& state, int number) const;
     RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
 
     ImportRun& m_run;
@@ -78,6 +84,7 @@ private:
     Options m_options;
     DocumentWriter m_writer;
     std::optional<State> m_state;
+    LeftOut m_leftOut;    ///< of the document whose row came last; its head may not be written yet
     QSet<qint64> m_ended; ///< heads of the documents that have ended, or been left out
     int m_count = 0;
 };
