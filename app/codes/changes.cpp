@@ -95,7 +95,8 @@ public:
         }
         CheckUnchanged(m_run.GetSession(), m_worklist, change);
         MakeMissing(change);
-        contract::StoreNewCode(m_run, change.table, change.field, change.oldCode, change.newCode);
+        contract::StoreNewCode(m_run, change.table, change.field, change.oldCode, change.newCode,
+                               contract::Word::OfPerson);
         ++m_saved.changed;
     }
     const Saved& Result() const { return m_saved; }

@@ -133,6 +133,52 @@ private slots:
                               "000003|999999999|9"}));
     }
 
+    /// A second import of other prices of works: one that another has replaced would go on holding beside it.
+    void workPricesThatHaveGone_data() {
+        Columns<QString, QString, QString, QString>("byHand", "written", "gone", "told");
+        const QString hand("UPDATE X01_LIS_LAS SET USMDF = 'ANNA'");
+        Row("as imported", QString(), "000002|999999999|2 000003|999999999|7 000001|5|3", "1", "1 rimane");
+        Row("changed by hand", hand, "000001|999999999|1 000002|999999999|2 000003|999999999|7 000001|5|3", "0",
+            "2 rimangono");
+    }
+    void workPricesThatHaveGone() {
+        QFETCH(const QString, byHand);
+        QFETCH(const QString, told);
+        WritersTarget target;
+        PriceListWriter first(target.Run);
+        first.Work(Price("000001", 0, 1));
+        first.Work(Price("000002", 0, 2));
+        first.Work(Price("000003", 0, 7));
+        first.EndWorks("VITE");
+        QVERIFY(target.Left().isEmpty());
+        if (!byHand.isEmpty()) {
+            target.Execute(byHand);
+        }
+        PriceListWriter again(target.Run);
+        again.Work(Price("000001", 5, 3));
+        again.Work(Price("000003", 0, 7));
+        again.EndWorks("VITE");
+        QTEST(target
+                  .Rows("SELECT L.CDFOR, S.SCQTA, S.SCCOS FROM X01_LIS_LAV L JOIN X01_LIS_LAS S ON S.IDLSD = "
+                        "L.RECORD_ID ORDER BY L.RECORD_ID")
+                  .join(' '),
+              "written");
+        QTEST(QString::number(target.Log().count("PREZZO TOLTO")), "gone");
+        QVERIFY2(target.Left().join(' ').contains(told), target.Log());
+    }
+
+    /// The name of a list that somebody has made by hand.
+    void renamedListsAreTold() {
+        WritersTarget target;
+        target.Execute("INSERT INTO X01_LIS_TES (CDLIS, LTTIP, LTDES, LTVAL, USINS) VALUES ('A', 'V', 'Promo', 'EUR', "
+                       "'ANNA'), ('B', 'V', 'Promo', 'EUR', 'SYSTEM_IMPORT')");
+        for (const char* list : {"A", "B", "A"}) {
+            PriceListWriter(target.Run).Head(list, "V", "Base");
+        }
+        QCOMPARE(target.Rows("SELECT LTDES FROM X01_LIS_TES"), QStringList({"Base", "Base"}));
+        QCOMPARE(target.Log().count("LISTINO RINOMINATO"), 1);
+    }
+
     /// Two codes of a source that are one article.
     void articlesOfTwoCodesAreTold_data() {
         Columns<QString, QString, QString, QString>("first", "second", "article", "told");

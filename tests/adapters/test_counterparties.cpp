@@ -1,3 +1,4 @@
+#include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/write/Carrier.h"
 #include "adapters/contract/write/Counterparty.h"
 #include "tests/support/errorOf.h"
@@ -195,6 +196,47 @@ private slots:
         const QStringList twice{"CONTROPARTE DOPPIA"};
         const QStringList different{"CONTROPARTI DIVERSE"};
         const QStringList taken{"CONTROPARTI DIVERSE", "CODICE OCCUPATO"};
+    /// The number of a carrier that an import has kept for all companies is perhaps another company's.
+    void CarriersOfSeveralCompanies_data() {
+        Columns<bool, QString, QString, bool, QString>("isAlone", "name", "user", "isCarrier", "place");
+        const QString import("SYSTEM_IMPORT");
+        Row("alone, renamed since", true, QString("Altro nome"), import, true, QString("000100 known"));
+        Row("alone, a customer by now", true, QString("Corriere"), import, false, QString("000101 new"));
+        Row("its own", false, QString("Corriere S.r.l."), import, true, QString("000100 known"));
+        Row("another's", false, QString("Altro nome"), import, true, QString("000090 known"));
+        Row("another's, a customer here", false, QString("Altro nome"), import, false, QString("000090 known"));
+        Row("somebody's word", false, QString("Altro nome"), QString("ANNA"), false, QString("000100 known"));
+    }
+    void CarriersOfSeveralCompanies() {
+        QFETCH(const bool, isAlone);
+        QFETCH(const QString, name);
+        QFETCH(const QString, user);
+        QFETCH(const bool, isCarrier);
+        PartiesTarget target;
+        if (!isAlone) {
+            target.AddCompany("X02", "Prova Due S.r.l.");
+        }
+        target.Party("'000090', 'CORRIERE', NULL, NULL, NULL, NULL");
+        target.Party(QString("'000100', '%1', NULL, NULL, NULL, NULL").arg(name));
+        target.Execute("UPDATE X01_CON_TRO SET USINS = 'SYSTEM_IMPORT', COVET = " + QString(isCarrier ? "1" : "0"));
+        target.Execute("UPDATE X01_CON_TRO SET COVET = 1 WHERE CDCON = '000090'");
+        target.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW, USINS) VALUES ('VETTORI', 'CODICE', 'V1', "
+                       "'000100', '" +
+                       user + "')");
+        const CounterpartyRegister parties(target.Run);
+        Carriers carriers(target.Run, parties);
+        const SourceIdentity carrier{"VETTORI", "CODICE", "V1", {}, "Corriere", {}, {}};
+        const Placement place = carriers.Place(carrier);
+        QTEST(Placed(place), "place");
+        carriers.Remember(carrier, place.code);
+        QCOMPARE(CarrierCode(target.Get(), "VETTORI", "CODICE", "V1"), place.code);
+        QCOMPARE(target.Value("SELECT TBNEW FROM SYS_IMP WHERE TBNAM = 'VETTORI'"), isAlone ? place.code : "000100");
+        if (!isAlone) {
+            target.Choose("X02");
+            QCOMPARE(CarrierCode(target.Get(), "VETTORI", "CODICE", "V1"), user == "ANNA" ? QString("000100") : QString());
+        }
+    }
+
         const auto next = TakenCode::Next;
         const auto update = TakenCode::Update;
         Row("the same", rossi, rossi, next, true, QString("000001 known"), twice);

@@ -223,6 +223,30 @@ INSERT INTO LISTINO VALUES ('L1', 'AB', 10, 5, 100, 4), ('L1', 'CD', 0, 7, 0, 0)
         QCOMPARE(result.skippedBy.keys(), QStringList({"articolo non trovato"}));
     }
 
+    /// A row without a price would be the price from its day on, and one of less than nothing never holds.
+    void pricesThatAreNone() {
+        Trial import(R"(
+CREATE TABLE LISTINO (LISTINO VARCHAR(4), ARTICOLO VARCHAR(10), FINO REAL, PREZZO REAL, SCONTO REAL);
+INSERT INTO LISTINO VALUES ('L1', 'AB', 10, 5, NULL), ('L1', 'AB', 20, NULL, 0), ('L1', 'AB', 30, NULL, 15), ('L1', 'AB', -5, 4, NULL);
+)");
+        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
+        const PriceLists lists{
+            .frame = FrameNamed("ImportListini"),
+            .source = {.table = "LISTINO", .key = "LISTINO", .order = "LISTINO, FINO", .naming = "ARTICOLO, FINO"},
+            .article = {"ARTICOLO", ArticleCode("LISTINO", "ARTICOLO")},
+            .prices = {{.list = "LISTINO",
+                        .direction = Fixed("V"),
+                        .scales = {{.quantity = "FINO", .price = "PREZZO", .discounts = {"SCONTO"}}}}},
+        };
+        const QString rows = "SELECT SCQTA, SCPRZ, SCSCO FROM X01_LIS_ARS ORDER BY SCQTA";
+        const RunResult& result = import.Run(ProcedureOf(std::nullopt, lists), rows);
+        QCOMPARE(import.Rows(rows), QStringList({"10|5|NULL", "30|NULL|15"}));
+        QVERIFY(import.Again);
+        QCOMPARE(result.skippedBy.keys(), QStringList({"riga senza prezzi"}));
+        QCOMPARE(result.givenUp.size(), 1);
+        QCOMPARE(import.Log().count("PREZZO VUOTO"), 1);
+    }
+
     /// Instalments by their number, and by columns of the term's own row.
     void paymentTerms() {
         Trial import(R"(

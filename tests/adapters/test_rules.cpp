@@ -1,3 +1,4 @@
+#include "adapters/contract/map/numberedLists.h"
 #include "adapters/contract/map/rules.h"
 #include "adapters/contract/map/wholeNumbers.h"
 #include "sql/mod_ovTools.h"
@@ -153,6 +154,31 @@ private slots:
         QCOMPARE(m_target->Value("SELECT COUNT(*) FROM SYS_IMP WHERE TBOLD = ''"), QString("0"));
     }
 
+    /// A number that an import has given a list is another one in a company where somebody has made a list of it; what
+    /// somebody has entered holds in all.
+    void numbersListsByCompany() {
+        TestTarget target;
+        const auto number = [&target](const QString& company, const Rule& rule, const char* code = "L1") {
+            target.Choose(company);
+            Recordset rows = target.Db().ExecuteWC(QString("SELECT '%1' A").arg(code));
+            return TextOf(rule.apply({target.Get(), SourceRow(rows), {"A"}, {}}));
+        };
+        const Rule numbered = NumberedList("Prova");
+        const Rule ofParty = ListOfParty("Prova", "tab", "col");
+        target.AddCompany("X02", "Prova Due S.r.l.");
+        target.Execute("INSERT INTO X02_LIS_TES (CDLIS, LTDES, USINS) VALUES ('1', 'Promo', 'ANNA')");
+        QCOMPARE(number("X01", numbered), QString("1"));
+        QCOMPARE(number("X02", ofParty), QString("2"));
+        QCOMPARE(number("X02", numbered), QString("2"));
+        QCOMPARE(number("X01", numbered), QString("1"));
+        QCOMPARE(number("X01", numbered, "L2"), QString("3")); // 2 is that of L1 in the other company
+        QCOMPARE(number("X02", numbered, "L2"), QString("3"));
+        QCOMPARE(target.Log().count("LISTINO OCCUPATO"), 1);
+        target.Execute("UPDATE SYS_IMP SET TBNEW = '9' WHERE TBNAM = 'codicilistino' AND TBOLD = 'L1'");
+        target.Get().Translations.clear();
+        QCOMPARE(number("X02", numbered), QString("9"));
+    }
+
     /// A code that waited for its translation and that Quadrix has itself by now waits no more.
     void takesCodesThatCameLater() {
         UntranslatedCodes& told = m_target->Get().Untranslated;
@@ -270,6 +296,7 @@ private:
         Row("Country, blank", Country(table, field), "NULL A", "ITA");
         Row("Country, Italy", Country(table, field), "'Italia' A", "ITA");
         Row("Country, three letters", Country(table, field), "'fra' A", "FRA");
+        Row("Country, three digits", Country(table, field), "'215' A", LeftOut);
         Row("Country, two letters", Country(table, field), "'FR' A", LeftOut);
         Row("LookedUp", LookedUp("CON_TRO", "COFGE", "CDCON"), "'F7' A", "000007");
         Row("LookedUp, none", LookedUp("CON_TRO", "COFGE", "CDCON"), "'F8' A", LeftOut);

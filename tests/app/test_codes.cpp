@@ -209,6 +209,7 @@ private slots:
             codes::Save(worklist, {Pag("ZZ99", "rd"), Pag("A1", ""), Pag("A2", "B9"), make, same});
         QCOMPARE(saved.Text(), QString("Codici cambiati: 4; rimasti com'erano: 1; creati: TAB_MOP.NUOVO"));
         QCOMPARE(test.Translations(), QStringList({"ZZ99|RD", "A1|", "A2|B9", "N1|NUOVO", "N2|NUOVO"}));
+        QCOMPARE(test.Value("SELECT COUNT(*) FROM SYS_IMP WHERE USINS IS NOT NULL"), QString("0")); // somebody's word
         QCOMPARE(test.Rows("SELECT MPDES, MPEXT, USINS FROM TAB_MOP WHERE CDMOP = 'NUOVO'"),
                  QStringList("Vista fattura|N1|SYSTEM_IMPORT"));
         QCOMPARE(modImport::GetNewCode(test.Get(), "anagrafe", "pag", "ZZ99", false), QString("RD"));

@@ -4,6 +4,7 @@
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -211,6 +212,13 @@ void PriceImporter::GiveList(const QString& owner, const QString& direction) con
 }
 
 std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRow& row,
+/// Whether a scale has neither a price nor a discount on the one that the article has.
+bool SaysNothing(const Scale& scale) {
+    return scale.price.isNull() && std::ranges::all_of(scale.discounts, [](const QVariant& discount) {
+               return mod_ovTools::ReadNumber(discount).value_or(0) == 0;
+           });
+}
+
                                                                   const ScaleFields& fields) const {
     Session& session = GetSession();
     if (fields.price.IsLeftOut(session, row)) {
@@ -223,6 +231,15 @@ std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRo
         scale.discounts.push_back(discount.NumberOrNull(session, row));
     }
     return PriceOfRange{scale, isFrom};
+    if (const auto limit = mod_ovTools::ReadNumber(scale.quantity); limit && *limit < 0) {
+        throw ImportError(QStringLiteral("colonna '%1': una quantità di %2 non è di nessun prezzo")
+                              .arg(quantity.Columns().join(QStringLiteral("', '")), mod_ovTools::NumberText(*limit)));
+    }
+    if (SaysNothing(scale)) {
+        Run().Log(QStringLiteral("PREZZO VUOTO: %1, colonna '%2'")
+                      .arg(Run().RowKey(), fields.price.Columns().join(QStringLiteral("', '"))));
+        return std::nullopt;
+    }
 }
 
 QString PriceImporter::DirectionOf(const SourceRow& row, const PriceFields& price) const {

@@ -203,12 +203,13 @@ std::optional<QString> StoredNewCode(Session& session, const QString& table, con
 }
 
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
-                  const QString& newCode) {
+                  const QString& newCode, Word word) {
     Session& session = run.GetSession();
     const qint64 known =
         IdOfCode(session.Quadrix, "SYS_IMP", TranslationOf(session, table, field, oldCode), "TBOLD", oldCode);
     TargetRow row(run, "SYS_IMP");
     row.Set("TBNEW", newCode);
+    row.Set("USINS", word == Word::OfImport ? QVariant(schema::defaults::ImportUser) : QVariant());
     if (known != 0) {
         row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
     } else {

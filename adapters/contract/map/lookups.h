@@ -59,10 +59,13 @@ QString ArticleCodeOf(Session& session, const QString& table, const QString& fie
 std::optional<QString> StoredNewCode(Session& session, const QString& table, const QString& field,
                                      const QString& oldCode);
 
+/// Whose word a translation is.
+enum class Word { OfImport, OfPerson };
+
 /// Writes what a code of the source has become into SYS_IMP, in place of what stands there, so that later lookups find
-/// it.
+/// it. USINS tells whose word it is: that of an import is the one who imports, somebody's is Null.
 void StoreNewCode(ImportRun& run, const QString& table, const QString& field, const QString& oldCode,
-                  const QString& newCode);
+                  const QString& newCode, Word word = Word::OfImport);
 
 /// Whether a row of a Quadrix table has that value, as it is or in capitals, in that column.
 bool IsThere(Session& session, const QString& table, const QString& column, const QString& value);

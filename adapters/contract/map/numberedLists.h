@@ -6,7 +6,8 @@
 namespace contract::rules {
 
 /// CDLIS of a price list: the number that SYS_IMP tells; a code without one is given the number behind the highest,
-/// which no list of Quadrix has, and it is kept in SYS_IMP. Left out when blank.
+/// which no list of Quadrix has, and it is kept in SYS_IMP. Where an import has given it in another company and a list
+/// of a hand has it in this one, the company gets a number of its own, which the log tells. Left out when blank.
 /// @param origin field of SYS_IMP
 Rule NumberedList(const QString& origin);
 

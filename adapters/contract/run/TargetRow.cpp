@@ -190,7 +190,14 @@ QVariant TargetRow::Value(QAnyStringView column) const {
 }
 
 void TargetRow::Insert() {
-    Set(QStringLiteral("USINS"), schema::defaults::ImportUser);
+    for (const auto& [column, value] : m_whenNew) {
+        if (!IsSet(column)) {
+            Set(column, value);
+        }
+    }
+    if (!IsSet(QStringLiteral("USINS"))) {
+        Set(QStringLiteral("USINS"), schema::defaults::ImportUser);
+    }
     if (!IsSet(QStringLiteral("DTINS"))) {
         Set(QStringLiteral("DTINS"), m_run.GetSession().Now());
     }

@@ -1,46 +1,48 @@
 #include "adapters/contract/write/Carrier.h"
 
+#include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
-#include "core/modImport.h"
-#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
 
-namespace {
-
-/// The row of SYS_IMP that tells what became of a carrier.
-QString TranslationOf(const Session& session, const SourceIdentity& source) {
-    return Equals(session, "TBNAM", source.table) + " AND " + Equals(session, "TBFLD", source.field) + " AND " +
-           Equals(session, "TBOLD", source.code);
+/// What an import has kept of a carrier in this company; empty for nothing.
+QString Carriers::Kept(const SourceIdentity& source) const {
+    const auto [list, field] = CarriersOf(m_run.GetSession(), source.table, source.field);
+    return StoredNewCode(m_run.GetSession(), list, field, source.code).value_or(QString());
 }
 
-/// Whether an import has written it, and not a person.
-bool IsOfImport(Session& session, const SourceIdentity& source) {
-    return IdOfCode(session.Quadrix, "SYS_IMP", TranslationOf(session, source) + " AND " + OfImports(session), "TBOLD",
-                    source.code) != 0;
-}
-
-} // namespace
-
-/// The code that a carrier has in SYS_IMP; empty when it has none. A code that an earlier import gave it may have gone
-/// to a customer or supplier since, when the counterparties were emptied and numbered anew: then it is none.
-QString Carriers::CodeBefore(const SourceIdentity& source) const {
-    Session& session = m_run.GetSession();
-    const QString code = modImport::GetNewCode(session, source.table, source.field, source.code, false);
-    if (code.isEmpty() || !IsOfImport(session, source)) {
-        return code;
+bool Carriers::IsAlone() {
+    if (!m_isAlone) {
+        m_isAlone = IsOnlyCompany(m_run.GetSession());
     }
-    const bool isCarrier = mod_ovTools::ToBoolean(session.Quadrix.GetDbValue("CON_TRO", "CDCON", code, "COVET", true));
-    return isCarrier ? code : QString();
+    return *m_isAlone;
 }
 
-Placement Carriers::Place(const SourceIdentity& source) const {
-    const QString before = CodeBefore(source);
+/// What an import has kept in the list of all companies, which earlier releases had alone: where there are several, the
+/// code may be another company's, whose carrier has another name and other numbers here.
+QString Carriers::OfAll(const SourceIdentity& source) {
+    const QString code = StoredNewCode(m_run.GetSession(), source.table, source.field, source.code).value_or(QString());
+    return code.isEmpty() || IsAlone() ? code : m_parties.CarrierOfBefore(source, code);
+}
+
+/// The code that an earlier import gave a carrier; empty when there is none. One that has gone to a customer or
+/// supplier since, when the counterparties were emptied and numbered anew, is none.
+QString Carriers::GivenBefore(const SourceIdentity& source) {
+    const QString kept = Kept(source);
+    const QString code = kept.isEmpty() ? OfAll(source) : kept;
+    ovConnection& quadrix = m_run.GetSession().Quadrix;
+    return !code.isEmpty() && mod_ovTools::ToBoolean(quadrix.GetDbValue("CON_TRO", "CDCON", code, "COVET", true))
+               ? code
+               : QString();
+}
+
+Placement Carriers::Place(const SourceIdentity& source) {
+    const QString told = ToldCode(m_run.GetSession(), source.table, source.field, source.code);
+    const QString before = told.isEmpty() ? GivenBefore(source) : told;
     QString code = FindByIdentity(m_run.GetSession(), source.vatNumber, {});
     if (code.isEmpty()) {
-        const bool isAnothers = m_placed.value(before, source.code) != source.code && // numbered anew
-                                IsOfImport(m_run.GetSession(), source);
+        const bool isAnothers = told.isEmpty() && m_placed.value(before, source.code) != source.code; // numbered anew
         code = before.isEmpty() || isAnothers ? m_parties.NextCode() : before;
     } else if (code != before) {
         m_parties.TellMerge(source, code);
@@ -50,7 +52,15 @@ Placement Carriers::Place(const SourceIdentity& source) const {
 }
 
 void Carriers::Remember(const SourceIdentity& source, const QString& code) {
-    if (code != CodeBefore(source)) {
+    if (code != Kept(source)) {
+        const auto [list, field] = CarriersOf(m_run.GetSession(), source.table, source.field);
+        StoreNewCode(m_run, list, field, source.code, code);
+    }
+    const QString ofAll =
+        StoredNewCode(m_run.GetSession(), source.table, source.field, source.code).value_or(QString());
+    const bool isStale =
+        ofAll != code && IsAlone() && ToldCode(m_run.GetSession(), source.table, source.field, source.code).isEmpty();
+    if (ofAll.isEmpty() || isStale) {
         StoreNewCode(m_run, source.table, source.field, source.code, code);
     }
     if (!m_placed.contains(code)) {

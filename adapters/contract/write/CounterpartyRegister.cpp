@@ -359,6 +359,28 @@ QString CounterpartyRegister::FindByCode(const SourceIdentity& source) const {
     return {};
 }
 
+QString CounterpartyRegister::CarrierOfBefore(const SourceIdentity& source, const QString& code) const {
+    const Identity identity = IdentityOf(source);
+    if (const auto party = Find(code)) {
+        const Identity one = IdentityOf(*party);
+        if (one.SharesNumber(identity) || (one.IsCalledLike(identity) && !one.IsStranger(identity))) {
+            return code;
+        }
+    }
+    Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral(
+            "SELECT * FROM %1 WHERE COVET = 1 AND COALESCE(COCGE, '') = '' AND COALESCE(COFGE, '') = '' AND ")
+            .arg(m_run.FullName(Register)) +
+        OfImports(m_run.GetSession()) + QStringLiteral(" ORDER BY CDCON"));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const Party party = PartyOf(row);
+        if (const Identity one = IdentityOf(party); Agree(one.name, identity.name) && !one.IsStranger(identity)) {
+            return party.code;
+        }
+    }
+    return {};
+}
+
 /// Other rows of the run with the numbers of a source row are the counterparty that this one is by its code and name,
 /// and which keeps the number that it has.
 void CounterpartyRegister::RememberNumbers(const SourceIdentity& source, const QString& code) const {

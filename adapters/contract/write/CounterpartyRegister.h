@@ -94,6 +94,10 @@ public:
     /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
     /// digits are used up.
     QString NextCode() const;
+    /// CDCON of the carrier that an earlier import made of one of the source, where a code may be another company's:
+    /// the counterparty with the code by number or name, else the imported one that is called so and is nothing but a
+    /// carrier; empty when there is none.
+    QString CarrierOfBefore(const SourceIdentity& source, const QString& code) const;
 
     /// Finds the counterparty of a source row, or assigns it a code: the one imported from the same code before; else
     /// the one with its VAT number or tax code; else a customer's numeric code where six digits hold it, or the highest

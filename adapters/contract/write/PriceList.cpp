@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/noLongerThere.h"
+#include "adapters/contract/write/scaleRows.h"
 #include "core/amounts.h"
 #include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
@@ -17,26 +18,9 @@ namespace {
 
 const QStringList ScaleColumns{"IDLSD", "SCQTA", "SCPRZ", "SCSCO", "SCSC2", "SCSC3"};
 
-QVariant QuantityOf(const Scale& scale) {
-    const auto quantity = mod_ovTools::ReadNumber(scale.quantity);
-    const bool isBlank = mod_ovTools::ToText(scale.quantity).trimmed().isEmpty();
-    return isBlank || quantity == 0.0 ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
-}
-
 constexpr double QuantityStep = 0.000001; // quantities have 6 decimals
 
 const std::array<QString, 3> DiscountColumns{"SCSCO", "SCSC2", "SCSC3"};
-
-/// A scale row; prices of articles and costs of works differ in the column of the amount alone.
-TargetRow ScaleRow(ImportRun& run, const QString& table, const QString& amountColumn, const Scale& scale) {
-    TargetRow row(run, table);
-    row.Set("SCQTA", QuantityOf(scale));
-    row.Set(amountColumn, scale.price);
-    for (size_t i = 0; i < std::min(DiscountColumns.size(), scale.discounts.size()); ++i) {
-        row.Set(DiscountColumns[i], scale.discounts[i]);
-    }
-    return row;
-}
 
 double NumberOf(const QVariant& value) { return mod_ovTools::ReadNumber(value).value_or(0); }
 
@@ -62,6 +46,22 @@ QString DayText(const QVariant& day) {
 }
 
 } // namespace
+
+QVariant QuantityOf(const Scale& scale) {
+    const auto quantity = mod_ovTools::ReadNumber(scale.quantity);
+    const bool isBlank = mod_ovTools::ToText(scale.quantity).trimmed().isEmpty();
+    return isBlank || quantity == 0.0 ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
+}
+
+TargetRow ScaleRow(ImportRun& run, const QString& table, const QString& amountColumn, const Scale& scale) {
+    TargetRow row(run, table);
+    row.Set("SCQTA", QuantityOf(scale));
+    row.Set(amountColumn, scale.price);
+    for (size_t i = 0; i < std::min(DiscountColumns.size(), scale.discounts.size()); ++i) {
+        row.Set(DiscountColumns[i], scale.discounts[i]);
+    }
+    return row;
+}
 
 std::vector<TableNeed> PriceListNeeds() {
     return {{"LIS_TES", {"CDLIS", "LTDES", "LTTIP", "LTTYP", "LTVAL", "LTINV"}},
@@ -114,7 +114,7 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
                                     const QString& currency) const {
     Session& session = m_run.GetSession();
     Recordset found = session.Quadrix.ExecuteWC(
-        u"SELECT RECORD_ID, CDLIS, LTDES, LTVAL FROM " + m_run.FullName("LIS_TES") + u" WHERE " +
+        u"SELECT RECORD_ID, CDLIS, LTDES, LTVAL, USINS FROM " + m_run.FullName("LIS_TES") + u" WHERE " +
         Equals(session, "CDLIS", list) + u" AND " + Equals(session, "LTTIP", direction));
     if (!StepToCode(found, "CDLIS", list)) {
         return {};
@@ -123,11 +123,18 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
     const QString name = found.Value("LTDES").toString();
     const QString money = found.Value("LTVAL").toString();
     found.Close();
+    const bool isHands =
+        found.Value("USINS").toString().trimmed().compare(schema::defaults::ImportUser, Qt::CaseInsensitive) != 0;
     TargetRow row(m_run, "LIS_TES");
     const bool isRenamed = !description.isEmpty() && description != name;
     if (isRenamed) {
         row.Set("LTDES", description);
     }
+        if (isHands) {
+            m_run.Log(QStringLiteral("LISTINO RINOMINATO: %1: il listino '%2', inserito a mano, ora si chiama '%3', prima "
+                                     "'%4'")
+                          .arg(m_run.RowKey(), list, description, name));
+        }
     const bool isOtherMoney = !currency.isEmpty() && currency != money;
     if (isOtherMoney) {
         row.Set("LTVAL", currency);
@@ -397,69 +404,7 @@ void PriceListWriter::TellRowsLeft(const ListHead& list) const {
         const bool holds = !end || end->date() >= today;
         left += holds && !m_rows.contains(rows.Value("RECORD_ID").toLongLong()) ? 1 : 0;
     }
-    TellNotMetAgain(m_run, QStringLiteral("PREZZI"), QStringLiteral("listino '%1'").arg(list.code), left);
-}
-
-/// A price that was written before its work or its supplier was known has none of them.
-PriceListWriter::KnownWork PriceListWriter::FindWork(const WorkPrice& price) const {
-    Session& session = m_run.GetSession();
-    if (session.Quadrix.IsAbsent("LIS_LAV", "CDART", price.article)) {
-        return {};
-    }
-    const auto sameOrBlank = [&](const QString& column, const QString& value) {
-        const QString text = QStringLiteral("COALESCE(%1, '')").arg(column);
-        return QString(u'(' + Equals(session, text, value) + u" OR " + text + u" = '')");
-    };
-    Recordset rows = session.Quadrix.ExecuteWC(
-        u"SELECT L.RECORD_ID, S.RECORD_ID SCALE_ID FROM " + m_run.FullName("LIS_LAV") + u" L JOIN " +
-        m_run.FullName("LIS_LAS") + u" S ON S.IDLSD = L.RECORD_ID WHERE " + Equals(session, "L.CDART", price.article) +
-        u" AND " + OnDay(session, "L.LLINV", price.validity.from) + u" AND S.SCQTA = " +
-        mod_ovTools::FormatSqlValue(QuantityOf(price.scale), DataType::Double, session.Quadrix.ProviderType) +
-        u" AND " + sameOrBlank("L.CDLAV", price.work) + u" AND " + sameOrBlank("L.CDFOR", price.supplier) +
-        u" ORDER BY L.CDFOR DESC, L.CDLAV DESC, L.RECORD_ID");
-    for (; !rows.Eof(); rows.MoveNext()) {
-        const KnownWork known{rows.Fields(0).Value().toLongLong(), rows.Fields(1).Value().toLongLong()};
-        if (!m_works.contains(known.price)) {
-            return known;
-        }
-    }
-    return {};
-}
-
-void PriceListWriter::Work(const WorkPrice& price) {
-    KnownWork known = FindWork(price);
-    TargetRow row(m_run, "LIS_LAV");
-    if (!price.work.isEmpty()) {
-        row.Set("CDLAV", price.work);
-    }
-    row.Set("CDART", price.article);
-    if (!price.supplier.isEmpty()) {
-        row.Set("CDFOR", price.supplier);
-    }
-    row.Set("LLTYP", schema::defaults::WorkListType);
-    row.Set("LLINV", price.validity.from);
-    if (price.validity.to) {
-        row.Set("LLFIV", *price.validity.to);
-    }
-    row.Set("LLVAL", schema::defaults::Currency);
-    const auto write = [&](TargetRow& target, qint64 id) {
-        if (id != 0) {
-            target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", id));
-            return;
-        }
-        if (!price.created.isNull()) {
-            target.Set("DTINS", price.created);
-        }
-        target.Insert();
-    };
-    write(row, known.price);
-    if (known.price == 0) {
-        known.price = m_run.LastId("LIS_LAV");
-    }
-    m_works.insert(known.price);
-    TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", price.scale);
-    scale.Set("IDLSD", known.price);
-    write(scale, known.scale);
+    TellNotMetAgain(m_run, QStringLiteral("PREZZI"), QStringLiteral("listino '%1'").arg(code), left);
 }
 
 } // namespace contract

@@ -88,6 +88,10 @@ public:
 
 private:
     /// RECORD_IDs of a work price and of its scale; 0 for none.
+    /// Behind all works of an article: deletes the prices that an earlier import wrote and that `Work` has not met where
+    /// one of the same work, supplier and first day has come, beside which they would go on holding, and logs them. The
+    /// others that hold today, and those that a hand has changed since, it tells only.
+    void EndWorks(const QString& article);
     struct KnownWork {
         qint64 price = 0;
         qint64 scale = 0;
@@ -121,6 +125,8 @@ private:
     ImportRun& m_run;
     ImportingModules m_modules;
     /// A list that this import has met, and the currency of its rows; empty while none has told one.
+    void TellWorkGone(const QString& article, const QString& supplier, const QDate& from,
+                      const QVariant& quantity) const;
     struct MetList {
         ListHead head;
         QString currency;

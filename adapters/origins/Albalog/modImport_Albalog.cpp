@@ -10,11 +10,11 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/kinds/PriceLists.h"
+#include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/numberedLists.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/sourceSettings.h"
-#include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -64,7 +64,7 @@ QString CarrierOf(Session& session, const QString& code) {
             return party;
         }
     }
-    return modImport::GetNewCode(session, Anagraf, Codana, code, false);
+    return CarrierCode(session, Anagraf, Codana, code);
 }
 
 /// Gives a counterparty the carrier that SYS_IMP tells.

@@ -161,6 +161,7 @@ void WritePrices(ImportRun& run, const ArticleWriter& writer, const QString& sou
 
 RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow& row) {
     const QString sourceCode = row.Text("codice");
+    lists.EndWorks(article);
     if (sourceCode.isEmpty()) {
         throw ImportError(QStringLiteral("colonna 'codice': il codice manca"));
     }

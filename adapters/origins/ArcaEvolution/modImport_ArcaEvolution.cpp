@@ -9,6 +9,7 @@
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution.h"
 
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Document.h"
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution_links.h"
@@ -320,7 +321,7 @@ Counterparties Controparti() {
                   {"COAG2", "Cd_Agente_2", Translated(Cf, "Cd_Agente_2")},
                   {"COPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
                   {"COMOS", "Cd_DOSped", Translated(Cf, "Cd_DOSped")},
-                  {"COVEP", "Cd_DOVettore", Translated(Cf, "Cd_DOVettore")},
+                  {"COVEP", "Cd_DOVettore", Carrier(Cf, "Cd_DOVettore")},
                   // A state is only set on counterparties that are held up.
                   {"COBLK", "Cd_CFStato", Choice({{"", "0"}}, "1")},
                   {"CONOT", "Note_CF", Text()},

@@ -2,6 +2,7 @@
 
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
+#include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
 
 using namespace contract;
@@ -15,7 +16,7 @@ const QString Spedizionieri = QStringLiteral("TABSPEDIZ");
 
 const Mapping& Vettore() {
     static const Mapping mapping{
-        "CON_TRO", Riservati, {{"COVEP", "CODSPED", Translated(Spedizionieri, "CODICE")}}, true};
+        "CON_TRO", Riservati, {{"COVEP", "CODSPED", Carrier(Spedizionieri, "CODICE")}}, true};
     return mapping;
 }
 
